@@ -1,0 +1,35 @@
+// text_fields.h: the small tools that field files and output files are taken apart and put together with.
+#pragma once
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// The text without blanks, tabs and other control characters at its ends.
+std::string_view trimmed(std::string_view text);
+
+/// ASCII letters in upper case; other bytes as they are.
+std::string upper_case(std::string_view text);
+
+/// True if both texts are equal but for the case of ASCII letters.
+bool equal_ignoring_case(std::string_view a, std::string_view b);
+
+/// `text` with blanks put before it up to `width`; a longer text is cut to its first `width` characters.
+std::string pad_field(std::string_view text, std::size_t width);
+
+/// Takes the first item of `rest`, cut at blank, comma, apostrophe, semicolon or tab; `rest` keeps what
+/// follows, trimmed.
+/// @return the item; empty when nothing is left
+std::string_view next_token(std::string_view& rest);
+
+/// The first word of a line and the rest, with blank, comma, apostrophe and semicolon as delimiters.
+struct FirstToken {
+  std::string token;
+  std::string rest;
+};
+FirstToken first_token(std::string_view line);
+
+/// True if the bytes are valid UTF-8.
+bool is_valid_utf8(std::string_view bytes);
+
+/// Text of a field file as UTF-8: bytes that are not valid UTF-8 are taken as Windows-1252.
+std::string text_from_field_file(std::string_view bytes);

@@ -1,0 +1,91 @@
+// reading.h: the in-memory form of a reading, and the bytes it is stored as.
+//
+// Conventions: frequency Hz, ascending; resistivity ohm-m; phase degrees; a missing value is no_data (-1e32);
+// a mask value is 1 for a point that counts and 0 for a masked one. Field numbers count from 1, as everywhere
+// in the trade.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/dao/recordset.h"
+
+namespace Module_database {
+
+inline constexpr int field_count = 20;  // fields for each frequency
+inline constexpr int mask_count = 2;    // resistivity, phase
+
+enum Field : int {
+  field_resistivity = 1,
+  field_phase = 2,
+  field_resistivity_deviation = 3,  // averaged and merged readings; raw: electric field magnitude
+  field_phase_deviation = 4,        // averaged and merged readings; raw: magnetic field magnitude
+  field_impedance_real = 9,
+  field_impedance_imaginary = 10,
+  field_resistivity_error = 11,  // or variance of the impedance
+  field_phase_error = 12,        // or variance of the impedance
+};
+
+/// The arrays of one reading: n frequencies, 20 fields and 2 masks for each. The field runs fastest, as in
+/// the stored bytes.
+struct Curve {
+  std::vector<float> frequencies;  // length n
+  std::vector<float> data;         // length 20 n
+  std::vector<std::int32_t> mask;  // length 2 n
+
+  [[nodiscard]] std::size_t count() const { return frequencies.size(); }
+  /// Makes room for n frequencies, everything 0.
+  void assign(std::size_t n);
+  float& value(int field_number, std::size_t index) {
+    return data[index * field_count + static_cast<std::size_t>(field_number - 1)];
+  }
+  [[nodiscard]] float value(int field_number, std::size_t index) const {
+    return data[index * field_count + static_cast<std::size_t>(field_number - 1)];
+  }
+  std::int32_t& masked_in(int field_number, std::size_t index) {
+    return mask[index * mask_count + static_cast<std::size_t>(field_number - 1)];
+  }
+  [[nodiscard]] std::int32_t masked_in(int field_number, std::size_t index) const {
+    return mask[index * mask_count + static_cast<std::size_t>(field_number - 1)];
+  }
+};
+
+/// Which readings belong together: one component of one station at one scan rate.
+struct ReadingKey {
+  std::string line;
+  double station = 0.0;
+  std::int32_t reference_type = 0;
+  float scan_rate = 0.0F;  // Hz; 0 for a merged curve
+  std::string data_type;   // ExHx, ExHy, EyHx, EyHy, QP
+  float dipole = 0.0F;     // m
+};
+
+/// One stored reading with what stands in its row beside the curve.
+struct StoredReading {
+  std::int32_t ID = 0;      // 0: there is none
+  std::int32_t FileID = 0;  // above 0 raw or imported, below 0 derived
+  std::int32_t EventNumber = 0;
+  Curve curve;
+  bool UseReading = true;
+  bool UseResistivity = true;
+  bool UsePhase = true;
+  float ResOffset = 1.0F;    // factor on resistivity
+  float PhaseOffset = 0.0F;  // degrees, added to phase
+};
+
+/// Reads the current row of a recordset on ReadingsDataTable; a ResOffset of 0 or below reads as 1.
+/// Throws if the row's bytes don't have the lengths that its NumFrequencies asks for.
+StoredReading read_reading(const dao::Recordset& row);
+
+/// Writes NumFrequencies, NumFields and the three byte columns of the row being edited.
+void write_curve(dao::Recordset& row, const Curve& curve);
+
+// Little-endian bytes of an array and back. The bytes must be a whole number of elements.
+std::span<const std::byte> bytes_of(std::span<const float> values);
+std::span<const std::byte> bytes_of(std::span<const std::int32_t> values);
+std::vector<float> singles_from(std::span<const std::byte> bytes);
+std::vector<std::int32_t> longs_from(std::span<const std::byte> bytes);
+
+}  // namespace Module_database

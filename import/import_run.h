@@ -1,0 +1,26 @@
+// import_run.h: a whole import or scan, from a list of files to averages and merged curves.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "import/import_report.h"
+#include "import/reading_record.h"
+
+namespace Module_data_file {
+
+enum class ImportMode { scan, import };
+
+/// Reads each file in turn into the open survey (or only counts its stations), then brings averages and
+/// merged curves of what was touched up to date. Each file is one transaction. Progress is shown and a stop
+/// is asked for between files and between stations; what was stored by then stays. A fault in the choices is
+/// one message and ends the run before anything is stored.
+/// @param report one entry for each file, in their order
+/// @return 0; -1 if the run was ended by a fault of the choices or by a failure that is not one file's
+[[nodiscard]] int run_import(const ImportChoices& choices, const std::vector<std::string>& files,
+                             ImportMode mode, ImportReport& report);
+
+/// The files below a folder that have the extension ("edi"), in natural order of their names, folder by
+/// folder.
+std::vector<std::string> find_import_files(const std::string& folder, const std::string& extension);
+
+}  // namespace Module_data_file

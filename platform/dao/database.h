@@ -1,0 +1,97 @@
+// database.h: the database engine as the survey's modules know it, on SQLite.
+//
+// Statements are worded in the engine's dialect: types COUNTER, LONG, SINGLE, DOUBLE, TEXT(n), BIT,
+// LONGBINARY, DATETIME; WITH PRIMARY; [names in brackets]; Val(...); Abs(...); date literals #MM/DD/YYYY#;
+// text literals in apostrophes, which know no escape. What the engine's comparison means holds here too: text
+// compares without regard to case and to trailing blanks, a date literal matches its whole day, a SINGLE
+// column compares by the decimal that people see (0.1 finds 0.1). Failures throw dao::Error with the engine's
+// description.
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/dao/error.h"
+#include "platform/dao/recordset.h"
+
+namespace dao {
+
+class Connection;  // the SQLite handle with its cache of prepared statements
+
+enum class ColumnType {
+  counter,
+  long_integer,
+  single_float,
+  double_float,
+  text,
+  bit,
+  long_binary,
+  date_time
+};
+
+struct Column {
+  std::string name;
+  ColumnType type = ColumnType::long_integer;
+  int size = 0;  // characters of a TEXT(n) column
+};
+
+enum class Access { read_write, read_only };
+
+/// An open database file. Movable; closes with its last recordset gone or on close().
+class Database {
+ public:
+  Database();
+  Database(Database&&) noexcept;
+  Database& operator=(Database&&) noexcept;
+  ~Database();
+
+  /// Makes a new, empty file. Fails if the file exists or can't be made. `locale` is the engine's locale
+  /// string
+  /// (";LANGID=0x0409;CP=1252;COUNTRY=0"); text is kept as UTF-8 whatever it says.
+  static Database create(const std::string& path, std::string_view locale);
+
+  /// Opens an existing file of this engine. A missing, unreadable, damaged or foreign file is an error at
+  /// once.
+  static Database open(const std::string& path, Access access = Access::read_write);
+
+  [[nodiscard]] bool is_open() const;
+
+  /// Closes the file; recordsets still open are closed with it. Closing twice is harmless.
+  void close();
+
+  /// Runs one statement that returns no rows.
+  void execute(std::string_view statement);
+
+  /// Names of the tables, without the engine's own, in the order they were created.
+  [[nodiscard]] std::vector<std::string> table_names() const;
+
+  /// The columns of a table as declared; an unknown table is an error.
+  [[nodiscard]] std::vector<Column> columns(std::string_view table) const;
+
+  /// Opens a recordset on a SELECT. One that names a single table, with `*` or plain columns and without
+  /// DISTINCT or aggregates, is a dynaset and can be edited; any other is a snapshot.
+  [[nodiscard]] Recordset open_recordset(std::string_view statement);
+
+ private:
+  friend class Transaction;
+  std::shared_ptr<Connection> connection_;
+};
+
+/// Groups writes: all of them are kept by commit(), or none if the scope is left without it. Transactions
+/// don't nest. Everything that a transaction wrote is seen by recordsets of the same database at once.
+class Transaction {
+ public:
+  explicit Transaction(Database& database);
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  ~Transaction();
+  void commit();
+  void roll_back();
+
+ private:
+  std::shared_ptr<Connection> connection_;  // empty once finished
+};
+
+}  // namespace dao

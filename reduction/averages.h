@@ -1,0 +1,34 @@
+// averages.h: from repeats to averages and from averages to merged curves.
+//
+// All procedures need an open survey. Each reports 0, or -1 after a message; its result then has ID 0.
+#pragma once
+#include <cstdint>
+
+#include "database/reading.h"
+
+namespace Module_averaged_data {
+
+using Module_database::ReadingKey;
+using Module_database::StoredReading;
+
+enum class AllowRaw { no, yes };  // whether a file of already reduced data may stand in
+
+/// Reduces the repeats of a key to its stored average (ReductionType 1). Use flags, masks and offsets of an
+/// average with the same number of frequencies are kept; otherwise the earlier row is replaced.
+/// @param average the stored row; ID 0 if no repeat is used, and then nothing was stored or changed
+[[nodiscard]] int average_repeats(const ReadingKey& key, StoredReading& average);
+
+/// Combines the averages of all scan rates of a key (its scan rate is ignored) into the stored merged curve
+/// (ReductionType 2). @param merged the stored row; ID 0 if no scan rate is used
+[[nodiscard]] int merge_scan_rates(const ReadingKey& key, StoredReading& merged);
+
+/// The stored average (reduction 1) or merged curve (reduction 2) of a key, made if it is missing.
+/// @param reading ID 0 if there is none and none can be made
+[[nodiscard]] int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const ReadingKey& key,
+                                      StoredReading& reading);
+
+/// Rebuilds all averages, then all merged curves of the survey, with progress; can be stopped between
+/// stations, and what was rebuilt by then is kept.
+[[nodiscard]] int recalculate_merged();
+
+}  // namespace Module_averaged_data

@@ -1,0 +1,37 @@
+// recording_interface.h: a user interface that keeps what it is told and gives the answers a test has put
+// into it.
+#pragma once
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/user_interface.h"
+
+struct Recorded {
+  std::vector<std::string> messages;
+  std::vector<std::string> questions;
+  std::vector<FileDialogRequest> file_dialogs;
+  std::deque<bool> yes_no_answers;       // No when empty
+  std::deque<std::string> path_answers;  // cancelled when empty
+  std::vector<int> progress;
+  bool busy = false;
+  std::function<bool()> stop = [] { return false; };
+};
+
+/// Installs a recording interface for the life of a test and puts the earlier one back.
+class RecordingInterface {
+ public:
+  RecordingInterface();
+  RecordingInterface(const RecordingInterface&) = delete;
+  RecordingInterface& operator=(const RecordingInterface&) = delete;
+  ~RecordingInterface();
+
+  Recorded* operator->() { return &recorded_; }
+  /// The messages shown since the last call.
+  std::vector<std::string> take_messages();
+
+ private:
+  Recorded recorded_;
+  std::unique_ptr<UserInterface> earlier_;
+};
