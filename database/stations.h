@@ -1,7 +1,6 @@
 // stations.h: the survey's stations and the places on the ground that they share.
 #pragma once
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace Module_database {
@@ -28,20 +27,21 @@ struct GivenPlace {
 };
 
 /// Looks a station up by line and station number; with `create` adds what is missing. Local coordinates of a
-/// new station follow from line and station. `place`, if given, wins over the location's own when the station
-/// is new. Needs an open survey; throws dao::Error.
+/// new station follow from line and station. The place of a new station is that of its location, if that is
+/// known already; else the given place, or without one what the survey grid gives. Needs an open survey;
+/// throws dao::Error.
 StationRows find_station(StationSearch mode, std::string_view line, double station,
                          const GivenPlace* place = nullptr);
 
-/// Looks for a location within a Manhattan distance of 1 m (of coordinates rounded to one decimal). Fills
-/// LocationID, MapX, MapY, Elevation of `rows` if there is one; otherwise LocationID is -1 and, in look_up
-/// mode, the map coordinates are computed from the survey grid.
-void find_location(StationSearch mode, StationRows& rows);
+/// The location within a Manhattan distance of 1 m of a place (rounded to one decimal), with its map
+/// coordinates. If there is none, LocationID is -1 and the map coordinates are computed from the survey grid.
+/// StationID stays -1.
+StationRows find_location(double local_x, double local_y);
 
 /// The number of a line text without its letter, negative for W and S: 200 for "200E", -200 for "200W".
 double line_to_number(std::string_view line);
 
-/// The largest value of a column, 0 when the table is empty.
+/// The largest value of a numeric column, 0 when the table is empty.
 double get_max_value(std::string_view column, std::string_view table);
 
 }  // namespace Module_database

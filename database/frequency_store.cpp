@@ -1,0 +1,129 @@
+#include "database/frequency_store.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "database/reading.h"
+#include "database/survey_database.h"
+
+namespace Module_database {
+
+namespace {
+
+constexpr float same_list_tolerance = 0.001F;  // Hz; only for lists of equal length
+
+struct FrequencyFlags {
+  std::vector<float> frequencies;   // Hz, ascending
+  std::vector<std::int32_t> flags;  // 1 is enabled
+};
+
+bool same_list(const std::vector<float>& stored, std::span<const float> given) {
+  return stored.size() == given.size() &&
+         std::equal(stored.begin(), stored.end(), given.begin(),
+                    [](float a, float b) { return !(std::fabs(a - b) > same_list_tolerance); });
+}
+
+// The given frequencies that the list lacks, ascending, each once.
+std::vector<float> missing_from(const std::vector<float>& stored, std::span<const float> given) {
+  std::vector<float> missing;
+  std::copy_if(given.begin(), given.end(), std::back_inserter(missing),
+               [&](float frequency) { return !std::binary_search(stored.begin(), stored.end(), frequency); });
+  std::sort(missing.begin(), missing.end());
+  missing.erase(std::unique(missing.begin(), missing.end()), missing.end());
+  return missing;
+}
+
+FrequencyFlags with_added(const FrequencyFlags& stored, const std::vector<float>& added) {
+  FrequencyFlags merged;
+  const std::size_t total = stored.frequencies.size() + added.size();
+  merged.frequencies.reserve(total);
+  merged.flags.reserve(total);
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < stored.frequencies.size(); ++i) {
+    for (; next < added.size() && added[next] < stored.frequencies[i]; ++next) {
+      merged.frequencies.push_back(added[next]);
+      merged.flags.push_back(1);
+    }
+    merged.frequencies.push_back(stored.frequencies[i]);
+    merged.flags.push_back(stored.flags[i]);
+  }
+  merged.frequencies.insert(merged.frequencies.end(), added.begin() + static_cast<std::ptrdiff_t>(next),
+                            added.end());
+  merged.flags.resize(total, 1);
+  return merged;
+}
+
+FrequencyFlags read_flags(const dao::Recordset& row) {
+  FrequencyFlags list{singles_from(row.get_binary("FreqBinary")), longs_from(row.get_binary("MaskBinary"))};
+  const auto count = static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
+  if (list.frequencies.size() != count || list.flags.size() != count) {
+    throw dao::Error("the frequency list of reference type " + plain_text(row.get_long("ReferenceType")) +
+                     " is damaged");
+  }
+  return list;
+}
+
+void write_flags(dao::Recordset& row, const FrequencyFlags& list) {
+  row.set_long("NumFrequencies", static_cast<std::int32_t>(list.frequencies.size()));
+  row.set_binary("FreqBinary", bytes_of(list.frequencies));
+  row.set_binary("MaskBinary", bytes_of(list.flags));
+}
+
+void merge_frequencies(std::int32_t reference_type, std::span<const float> frequencies) {
+  dao::Recordset row = open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsFrequencyTable WHERE ReferenceType = " + format_number(reference_type, "0"));
+  if (row.eof()) {
+    FrequencyFlags list{{frequencies.begin(), frequencies.end()}, {}};
+    // A reading may hold a frequency twice, the list never does.
+    list.frequencies.erase(std::unique(list.frequencies.begin(), list.frequencies.end()),
+                           list.frequencies.end());
+    list.flags.assign(list.frequencies.size(), 1);
+    row.add_new();
+    row.set_long("ReferenceType", reference_type);
+    write_flags(row, list);
+    row.update();
+    return;
+  }
+  const FrequencyFlags stored = read_flags(row);
+  if (same_list(stored.frequencies, frequencies)) {
+    return;
+  }
+  const std::vector<float> added = missing_from(stored.frequencies, frequencies);
+  if (added.empty()) {
+    return;
+  }
+  row.edit();
+  write_flags(row, with_added(stored, added));
+  row.update();
+}
+
+}  // namespace
+
+int add_reading_frequencies(std::int32_t reference_type, float /*scan_rate*/,
+                            std::span<const float> frequencies) {
+  return trap_errors("An error occurred while adding the frequency data: ",
+                     [&] { merge_frequencies(reference_type, frequencies); });
+}
+
+int load_reference_frequencies(std::int32_t reference_type) {
+  return trap_errors("An error occurred while creating the frequency lists: ", [&] {
+    dao::Recordset& lists = open_survey().frequency_lists;
+    lists.requery();
+    lists.find_first("ReferenceType = " + format_number(reference_type, "0"));
+    if (lists.no_match()) {
+      session().frequency_count = 0;
+      return;
+    }
+    FrequencyFlags list = read_flags(lists);
+    session().frequency_count = static_cast<std::int32_t>(list.frequencies.size());
+    session().frequency_list = std::move(list.frequencies);
+    session().frequency_enabled = std::move(list.flags);
+  });
+}
+
+}  // namespace Module_database

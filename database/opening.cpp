@@ -1,0 +1,186 @@
+// Opening keeps one promise above all: whatever happens on the way, a survey stands at the path. The
+// compacted copy is made beside it first; only then the earlier bytes become the ".bak" and the copy takes
+// the path, each by one rename.
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "database/schema.h"
+#include "database/survey_database.h"
+#include "platform/dao/compact.h"
+#include "platform/files/safe_files.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_database {
+
+namespace {
+
+constexpr int required_tables = 6;  // of the seven names that a survey is known by
+constexpr std::string_view form_message = "This database does not have the required form";
+
+bool has_table(const std::vector<std::string>& names, std::string_view wanted) {
+  return std::any_of(names.begin(), names.end(),
+                     [&](const std::string& name) { return equal_ignoring_case(trimmed(name), wanted); });
+}
+
+bool has_required_form(const dao::Database& database) {
+  const std::vector<std::string> names = database.table_names();
+  const auto tables = survey_tables();
+  const auto found = std::count_if(tables.begin(), tables.end(), [&](const TableSchema& table) {
+    return table.required && has_table(names, table.name);
+  });
+  return found >= required_tables;
+}
+
+// A folder's own file, where the path leads through a link: renames must meet the survey, not the link.
+fs::path real_path(const fs::path& path) { return fs::canonical(path); }
+
+fs::path compacted_neighbour(const fs::path& survey) {
+  fs::path neighbour = survey;
+  neighbour += ".compacting";
+  return neighbour;
+}
+
+// What a crashed opening may have left; nothing in it is anyone's only copy.
+void remove_compacted(const fs::path& fresh) {
+  for (const char* ending : {"", "-journal", "-wal", "-shm"}) {
+    std::error_code ignored;
+    fs::remove(fs::path(fresh.string() + ending), ignored);
+  }
+}
+
+// The name under which the bytes of a genuine Jet file stay for good. A copy that an interrupted opening has
+// made already is taken again.
+fs::path jet_keeping_place(const fs::path& survey) {
+  for (int number = 1;; ++number) {
+    const std::string ending = number == 1 ? "_jet" : "_jet_" + std::to_string(number);
+    fs::path place = survey.parent_path() / (survey.stem().string() + ending + survey.extension().string());
+    if (!fs::exists(place) || safe_files::same_contents(place, survey)) {
+      return place;
+    }
+  }
+}
+
+bool jet_file_is_no_survey(const fs::path& fresh) {
+  const dao::Database converted = dao::Database::open(fresh.string(), dao::Access::read_only);
+  return !has_required_form(converted);
+}
+
+// Steps from the file as it lies there to a compacted one at its path.
+// @return where a genuine Jet file was kept; empty for any other. An unrelated Jet file is left alone and not
+// kept.
+struct Compaction {
+  fs::path jet_kept_at;
+  bool is_survey = true;
+};
+
+Compaction compact_in_place(const std::string& path) {
+  const fs::path survey = real_path(path);
+  const bool is_jet = dao::file_kind(survey.string()) == dao::FileKind::genuine_jet;
+  dao::recover_database(survey.string());
+  if (dao::file_kind(survey.string()) == dao::FileKind::unknown) {
+    throw dao::Error(
+        "file is not a database");  // an empty file among them, which the engine would take for a new one
+  }
+
+  const fs::path fresh = compacted_neighbour(survey);
+  remove_compacted(fresh);
+  dao::compact_database(survey.string(), fresh.string());
+
+  Compaction result;
+  if (is_jet) {
+    if (jet_file_is_no_survey(fresh)) {
+      remove_compacted(fresh);
+      result.is_survey = false;
+      return result;
+    }
+    result.jet_kept_at = jet_keeping_place(survey);
+    if (!fs::exists(result.jet_kept_at)) {
+      safe_files::copy_into_place(survey, result.jet_kept_at);
+    }
+  }
+  std::error_code ignored;
+  fs::permissions(fresh, fs::status(survey).permissions(), ignored);
+  safe_files::copy_into_place(survey, backup_path(path));
+  safe_files::move_into_place(fresh, survey);
+  return result;
+}
+
+// Files carry no version: what an older one lacks is seen from its contents, and the statements do nothing to
+// a current one.
+void upgrade(dao::Database& database) {
+  dao::Transaction transaction(database);
+  const std::vector<std::string> names = database.table_names();
+  for (const TableSchema& table : survey_tables()) {
+    if (!has_table(names, table.name)) {
+      create_table(database, table);
+    }
+  }
+  database.execute("UPDATE ReadingsDataTable SET DataType  = 'ExHy' WHERE DataType  = 'Ex'");
+  database.execute("UPDATE ReadingsDataTable SET DataType  = 'EyHx' WHERE DataType  = 'Ey'");
+  create_search_indexes(database);
+  transaction.commit();
+}
+
+int refuse_form() {
+  session().data_changed = false;
+  reset_module();
+  user_interface().show_message(std::string(form_message));
+  return -1;
+}
+
+void work_in_survey_folder(const std::string& path) {
+  const fs::path folder = fs::path(path).parent_path();
+  if (!folder.empty()) {
+    fs::current_path(folder);
+  }
+}
+
+int open_survey_file() {
+  session().database_file = fs::absolute(session().database_file).string();
+  const std::string& path = session().database_file;
+  const Compaction compaction = compact_in_place(path);
+  if (!compaction.is_survey) {
+    return refuse_form();
+  }
+  dao::Database& database = open_survey().database;
+  database = dao::Database::open(path);
+  session().database_open = true;
+  if (!has_required_form(database)) {
+    return refuse_form();
+  }
+  upgrade(database);
+  open_recordsets();
+  session().data_changed = false;
+  work_in_survey_folder(path);
+  if (!compaction.jet_kept_at.empty()) {
+    user_interface().show_message(
+        "This survey was kept in an older kind of database file and has been converted. The "
+        "original file is kept for good as " +
+        compaction.jet_kept_at.string());
+  }
+  return 0;
+}
+
+}  // namespace
+
+int open_database() {
+  const BusyPointer busy;
+  const int status = trap_errors("An error occurred while opening the database: ", open_survey_file);
+  if (status != 0) {
+    reset_module();
+    std::error_code ignored;
+    const fs::path survey = fs::weakly_canonical(session().database_file, ignored);
+    if (!ignored) {
+      remove_compacted(compacted_neighbour(survey));
+    }
+  }
+  return status;
+}
+
+}  // namespace Module_database

@@ -1,0 +1,85 @@
+#include "database/reading.h"
+
+#include <bit>
+#include <cstring>
+#include <string_view>
+
+#include "core/number_text.h"
+#include "platform/dao/error.h"
+
+namespace Module_database {
+
+static_assert(std::endian::native == std::endian::little && sizeof(float) == 4,
+              "stored curves are little-endian IEEE numbers, moved as they stand");
+
+namespace {
+
+template <class T>
+void copy_column(const dao::Recordset& row, std::string_view field, std::vector<T>& values) {
+  const dao::Bytes bytes = row.get_binary(field);
+  if (bytes.size() != values.size() * sizeof(T)) {
+    throw dao::Error("reading " + plain_text(row.get_long("ID")) + " is damaged: " + std::string(field) +
+                     " has " + plain_text(static_cast<std::int64_t>(bytes.size())) + " bytes in place of " +
+                     plain_text(static_cast<std::int64_t>(values.size() * sizeof(T))));
+  }
+  if (!bytes.empty()) {
+    std::memcpy(values.data(), bytes.data(), bytes.size());
+  }
+}
+
+template <class T>
+std::vector<T> values_from(std::span<const std::byte> bytes) {
+  std::vector<T> values(bytes.size() / sizeof(T));
+  if (!values.empty()) {
+    std::memcpy(values.data(), bytes.data(), values.size() * sizeof(T));
+  }
+  return values;
+}
+
+}  // namespace
+
+void Curve::assign(std::size_t n) {
+  frequencies.assign(n, 0.0F);
+  data.assign(n * field_count, 0.0F);
+  mask.assign(n * mask_count, 0);
+}
+
+StoredReading read_reading(const dao::Recordset& row) {
+  StoredReading reading;
+  const std::int32_t count = row.get_long("NumFrequencies");
+  if (count > 0) {
+    reading.curve.assign(static_cast<std::size_t>(count));
+    copy_column(row, "FreqBinary", reading.curve.frequencies);
+    copy_column(row, "DataBinary", reading.curve.data);
+    copy_column(row, "MaskBinary", reading.curve.mask);
+  }
+  reading.ResOffset = row.get_single("ResOffset");
+  if (!(reading.ResOffset > 0.0F)) {
+    reading.ResOffset = 1.0F;
+  }
+  reading.PhaseOffset = row.get_single("PhaseOffset");
+  reading.UseReading = row.get_bit("UseReading");
+  reading.UseResistivity = row.get_bit("UseResistivity");
+  reading.UsePhase = row.get_bit("UsePhase");
+  reading.ID = row.get_long("ID");
+  reading.FileID = row.get_long("FileID");
+  reading.EventNumber = row.get_long("EventNumber");
+  return reading;
+}
+
+void write_curve(dao::Recordset& row, const Curve& curve) {
+  row.set_long("NumFrequencies", static_cast<std::int32_t>(curve.count()));
+  row.set_long("NumFields", field_count);
+  row.set_binary("DataBinary", bytes_of(curve.data));
+  row.set_binary("MaskBinary", bytes_of(curve.mask));
+  row.set_binary("FreqBinary", bytes_of(curve.frequencies));
+}
+
+std::span<const std::byte> bytes_of(std::span<const float> values) { return std::as_bytes(values); }
+std::span<const std::byte> bytes_of(std::span<const std::int32_t> values) { return std::as_bytes(values); }
+std::vector<float> singles_from(std::span<const std::byte> bytes) { return values_from<float>(bytes); }
+std::vector<std::int32_t> longs_from(std::span<const std::byte> bytes) {
+  return values_from<std::int32_t>(bytes);
+}
+
+}  // namespace Module_database

@@ -1,0 +1,128 @@
+#include "database/stations.h"
+
+#include <cmath>
+#include <string>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "database/survey_database.h"
+
+namespace Module_database {
+
+namespace {
+
+enum class LineAxis { local_x, local_y };  // along which axis the line's number counts
+
+char line_letter(std::string_view line) {
+  const std::size_t place = line.find_last_of("EWNSewns");
+  return place == std::string_view::npos ? 'E' : upper_case(line.substr(place, 1)).front();
+}
+
+LineAxis line_axis(std::string_view line) {
+  const char letter = line_letter(line);
+  return letter == 'N' || letter == 'S' ? LineAxis::local_y : LineAxis::local_x;
+}
+
+std::string station_criteria(std::string_view line, double station) {
+  return "SurveyLine = '" + std::string(line) + "' AND Station = " + criterion_text(station);
+}
+
+void read_place(const dao::Recordset& row, StationRows& rows) {
+  rows.MapX = row.get_double("MapX");
+  rows.MapY = row.get_double("MapY");
+  rows.Elevation = row.get_double("Elevation");
+}
+
+// Adds a row with the station's name and place and gives its ID.
+std::int32_t add_row(dao::Recordset& recordset, std::string_view line, double station,
+                     const StationRows& rows) {
+  recordset.add_new();
+  recordset.set_text("SurveyLine", line);
+  recordset.set_double("Station", station);
+  recordset.set_double("LocalX", rows.LocalX);
+  recordset.set_double("LocalY", rows.LocalY);
+  recordset.set_double("MapX", rows.MapX);
+  recordset.set_double("MapY", rows.MapY);
+  recordset.set_double("Elevation", rows.Elevation);
+  recordset.update();
+  recordset.find_first(station_criteria(line, station));
+  return recordset.get_long("ID");
+}
+
+void map_from_survey_grid(StationRows& rows) {
+  const SurveyHeaderValues& header = session().survey_header;
+  const double angle = header.grid_azimuth * 3.1415926 / 180.0;
+  const double dx = rows.LocalX - header.local_x_origin;
+  const double dy = rows.LocalY - header.local_y_origin;
+  rows.MapX = dx * std::cos(angle) + header.map_x_origin + dy * std::sin(angle);
+  rows.MapY = header.map_y_origin - dx * std::sin(angle) + dy * std::cos(angle);
+  rows.Elevation = 0.0;
+}
+
+StationRows create_station(std::string_view line, double station, const GivenPlace* place) {
+  const double line_number = line_to_number(line);
+  const bool counts_east = line_axis(line) == LineAxis::local_x;
+  StationRows rows = counts_east ? find_location(line_number, station) : find_location(station, line_number);
+  if (rows.LocationID < 0) {
+    if (place != nullptr) {
+      rows.MapX = place->MapX;
+      rows.MapY = place->MapY;
+      rows.Elevation = place->Elevation;
+    }
+    rows.LocationID = add_row(open_survey().locations, line, station, rows);
+  }
+  rows.StationID = add_row(open_survey().stations, line, station, rows);
+  return rows;
+}
+
+}  // namespace
+
+StationRows find_station(StationSearch mode, std::string_view line, double station, const GivenPlace* place) {
+  dao::Recordset& stations = open_survey().stations;
+  stations.find_first(station_criteria(line, station));
+  if (stations.no_match()) {
+    return mode == StationSearch::create ? create_station(line, station, place) : StationRows{};
+  }
+  StationRows rows = find_location(stations.get_double("LocalX"), stations.get_double("LocalY"));
+  rows.StationID = stations.get_long("ID");
+  read_place(stations, rows);
+  return rows;
+}
+
+StationRows find_location(double local_x, double local_y) {
+  StationRows rows;
+  rows.LocalX = local_x;
+  rows.LocalY = local_y;
+  const std::string x = format_number(local_x, "0.0");
+  const std::string y = format_number(local_y, "0.0");
+  // The bounds say nothing new; they let the search go through the index of LocalX.
+  const double rounded_x = numeric_value(x);
+  const std::string criteria = "LocalX > " + criterion_text(rounded_x - 1.0) + " AND LocalX < " +
+                               criterion_text(rounded_x + 1.0) + " AND Abs(LocalX - " + x +
+                               ") + Abs(LocalY - " + y + ") <1 ";
+  dao::Recordset& locations = open_survey().locations;
+  locations.find_first(criteria);
+  if (locations.no_match()) {
+    map_from_survey_grid(rows);
+    return rows;
+  }
+  rows.LocationID = locations.get_long("ID");
+  read_place(locations, rows);
+  return rows;
+}
+
+double line_to_number(std::string_view line) {
+  const std::string_view text = trimmed(line);
+  const double number = numeric_value(text);
+  const char last = text.empty() ? '\0' : upper_case(text.substr(text.size() - 1)).front();
+  return last == 'W' || last == 'S' ? -number : number;
+}
+
+double get_max_value(std::string_view column, std::string_view table) {
+  const dao::Recordset row = open_survey().database.open_recordset("SELECT MAX(" + std::string(column) +
+                                                                   ") AS Max FROM " + std::string(table));
+  return row.eof() ? 0.0 : row.get_double("MAX");
+}
+
+}  // namespace Module_database

@@ -1,0 +1,109 @@
+#include "platform/files/safe_files.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace fs = std::filesystem;
+
+namespace safe_files {
+
+namespace {
+
+// What has been written must be on the disk before a rename makes it the only copy.
+void flush_to_disk(const fs::path& file) {
+#ifndef _WIN32
+  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor >= 0) {
+    ::fsync(descriptor);
+    ::close(descriptor);
+  }
+#else
+  static_cast<void>(file);
+#endif
+}
+
+fs::path neighbour_of(const fs::path& destination) {
+  fs::path neighbour = destination;
+  neighbour += ".writing";
+  return neighbour;
+}
+
+void remove_quietly(const fs::path& file) {
+  std::error_code ignored;
+  fs::remove(file, ignored);
+}
+
+[[noreturn]] void fail(const fs::path& file, std::string_view what) {
+  throw std::runtime_error(file.string() + ": " + std::string(what));
+}
+
+}  // namespace
+
+void move_into_place(const fs::path& source, const fs::path& destination) {
+  std::error_code error;
+  fs::rename(source, destination, error);
+  if (error) {
+    fail(destination, error.message());
+  }
+  flush_to_disk(destination.has_parent_path() ? destination.parent_path() : fs::path("."));
+}
+
+void copy_into_place(const fs::path& source, const fs::path& destination) {
+  const fs::path neighbour = neighbour_of(destination);
+  remove_quietly(neighbour);
+  std::error_code error;
+  fs::copy_file(source, neighbour, error);
+  if (error) {
+    remove_quietly(neighbour);
+    fail(destination, error.message());
+  }
+  flush_to_disk(neighbour);
+  move_into_place(neighbour, destination);
+}
+
+void write_into_place(const fs::path& destination, std::string_view contents) {
+  const fs::path neighbour = neighbour_of(destination);
+  {
+    std::ofstream stream(neighbour, std::ios::binary | std::ios::trunc);
+    stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
+    stream.close();
+    if (!stream) {
+      remove_quietly(neighbour);
+      fail(destination, "the file can't be written");
+    }
+  }
+  flush_to_disk(neighbour);
+  move_into_place(neighbour, destination);
+}
+
+bool same_contents(const fs::path& a, const fs::path& b) {
+  std::error_code error;
+  const auto size_a = fs::file_size(a, error);
+  if (error || size_a != fs::file_size(b, error) || error) {
+    return false;
+  }
+  std::ifstream stream_a(a, std::ios::binary);
+  std::ifstream stream_b(b, std::ios::binary);
+  std::array<char, 65536> chunk_a{};
+  std::array<char, 65536> chunk_b{};
+  while (stream_a && stream_b) {
+    stream_a.read(chunk_a.data(), static_cast<std::streamsize>(chunk_a.size()));
+    stream_b.read(chunk_b.data(), static_cast<std::streamsize>(chunk_b.size()));
+    if (stream_a.gcount() != stream_b.gcount() ||
+        !std::equal(chunk_a.begin(), chunk_a.begin() + stream_a.gcount(), chunk_b.begin())) {
+      return false;
+    }
+  }
+  return stream_a.eof() && stream_b.eof();
+}
+
+}  // namespace safe_files

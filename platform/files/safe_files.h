@@ -1,0 +1,24 @@
+// safe_files.h: putting a file into place so that a crash at any moment leaves either the earlier file or the
+// new one.
+#pragma once
+#include <filesystem>
+#include <string_view>
+
+namespace safe_files {
+
+/// Copies `source` over `destination`: written to a neighbour first, flushed to the disk, then moved into
+/// place by one rename. Throws std::runtime_error with the system's description; the destination is then as
+/// before.
+void copy_into_place(const std::filesystem::path& source, const std::filesystem::path& destination);
+
+/// Moves the finished file `source` over `destination` (same folder) by one rename; the earlier destination
+/// is replaced.
+void move_into_place(const std::filesystem::path& source, const std::filesystem::path& destination);
+
+/// Writes `contents` to `destination` in the same way.
+void write_into_place(const std::filesystem::path& destination, std::string_view contents);
+
+/// True if both files can be read and hold the same bytes.
+bool same_contents(const std::filesystem::path& a, const std::filesystem::path& b);
+
+}  // namespace safe_files
