@@ -1,0 +1,79 @@
+#include "database/frequency_store.h"
+
+#include "database/reading.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_database;
+
+namespace {
+
+void switch_off(float frequency) {
+  (void)load_reference_frequencies(0);
+  std::vector<std::int32_t> flags = session().frequency_enabled;
+  for (std::size_t i = 0; i < flags.size(); ++i) {
+    flags[i] = session().frequency_list[i] == frequency ? 0 : flags[i];
+  }
+  dao::Recordset& lists = open_survey().frequency_lists;
+  lists.edit();
+  lists.set_binary("MaskBinary", bytes_of(flags));
+  lists.update();
+}
+
+}  // namespace
+
+TEST_F(SurveyTest, A_frequency_list_is_the_union_of_all_readings_and_keeps_its_flags) {
+  new_survey();
+  EXPECT_EQ(load_reference_frequencies(0), 0);
+  EXPECT_EQ(session().frequency_count, 0);
+
+  ASSERT_EQ(add_reading_frequencies(0, 4096.0F, std::vector<float>{1.0F, 10.0F, 100.0F}), 0);
+  switch_off(10.0F);
+
+  struct Case {
+    const char* name;
+    std::vector<float> given;
+    std::vector<float> list;
+    std::vector<std::int32_t> flags;
+  };
+  const Case cases[] = {
+      {"the same", {1.0F, 10.0F, 100.0F}, {1.0F, 10.0F, 100.0F}, {1, 0, 1}},
+      {"as long and within a thousandth", {1.0F, 10.0005F, 100.0F}, {1.0F, 10.0F, 100.0F}, {1, 0, 1}},
+      {"one more, below all", {0.5F, 1.0F, 10.0F, 100.0F}, {0.5F, 1.0F, 10.0F, 100.0F}, {1, 1, 0, 1}},
+      {"near but of another length", {10.0005F}, {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F}, {1, 1, 0, 1, 1}},
+      {"above all, not ascending",
+       {300.0F, 200.0F},
+       {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F, 200.0F, 300.0F},
+       {1, 1, 0, 1, 1, 1, 1}},
+      {"none", {}, {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F, 200.0F, 300.0F}, {1, 1, 0, 1, 1, 1, 1}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    ASSERT_EQ(add_reading_frequencies(0, 256.0F, c.given), 0);
+    ASSERT_EQ(load_reference_frequencies(0), 0);
+    EXPECT_EQ(session().frequency_list, c.list);
+    EXPECT_EQ(session().frequency_enabled, c.flags);
+    EXPECT_EQ(session().frequency_count, static_cast<std::int32_t>(c.list.size()));
+  }
+
+  ASSERT_EQ(add_reading_frequencies(2, 4096.0F, std::vector<float>{7.0F}), 0);
+  EXPECT_EQ(rows_in("ReadingsFrequencyTable"), 2);
+  ASSERT_EQ(load_reference_frequencies(0), 0);
+  EXPECT_EQ(session().frequency_list.size(), 7U);
+}
+
+TEST_F(SurveyTest, A_damaged_frequency_list_is_told_and_the_loaded_one_stays) {
+  new_survey();
+  ASSERT_EQ(add_reading_frequencies(0, 0.0F, std::vector<float>{1.0F, 2.0F}), 0);
+  ASSERT_EQ(load_reference_frequencies(0), 0);
+  dao::Recordset& lists = open_survey().frequency_lists;
+  lists.edit();
+  lists.set_long("NumFrequencies", 3);
+  lists.update();
+  EXPECT_EQ(load_reference_frequencies(0), -1);
+  EXPECT_EQ(session().frequency_count, 2);
+  EXPECT_EQ(add_reading_frequencies(0, 0.0F, std::vector<float>{1.0F}), -1);
+  const std::vector<std::string> messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 2U);
+  EXPECT_EQ(messages[0].rfind("An error occurred while creating the frequency lists: ", 0), 0U);
+  EXPECT_EQ(messages[1].rfind("An error occurred while adding the frequency data: ", 0), 0U);
+}

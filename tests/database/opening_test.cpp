@@ -1,0 +1,250 @@
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <string>
+#include <thread>
+
+#ifndef _WIN32
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+#include "database/schema.h"
+#include "database/stations.h"
+#include "platform/files/safe_files.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_database;
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string opening_message = "An error occurred while opening the database: ";
+const std::string form_message = "This database does not have the required form";
+
+bool starts_with(const std::string& text, const std::string& beginning) {
+  return text.rfind(beginning, 0) == 0;
+}
+
+void add_station(const std::string& line, double station) {
+  (void)find_station(StationSearch::create, line, station);
+}
+
+}  // namespace
+
+TEST(Backup_path, Ends_at_the_first_mdb_in_any_case) {
+  const std::pair<const char*, const char*> cases[] = {{"/s/line5.mdb", "/s/line5.bak"},
+                                                       {"/s/Line5.MDB", "/s/Line5.bak"},
+                                                       {"/my.mdbs/line5.mdb", "/my.bak"},
+                                                       {"/s/line5.dat", "bak"}};
+  for (const auto& [path, backup] : cases) {
+    EXPECT_EQ(backup_path(path), backup);
+  }
+}
+
+TEST_F(SurveyTest, Opening_keeps_the_state_before_the_session_as_backup) {
+  const std::string path = new_survey();
+  add_station("200E", 100.0);
+  reopen();
+  add_station("200E", 200.0);
+  EXPECT_EQ(rows_in("StationsTable"), 2);
+  EXPECT_EQ(close_database(), 0);
+
+  session().database_file = folder.path("earlier.mdb");
+  fs::copy_file(folder.path("survey.bak"), session().database_file);
+  ASSERT_EQ(open_database(), 0);
+  EXPECT_EQ(rows_in("StationsTable"), 1);
+  EXPECT_EQ(close_database(), 0);
+  EXPECT_FALSE(fs::exists(path + ".compacting"));
+  EXPECT_FALSE(fs::exists(path + "-wal"));
+}
+
+TEST_F(SurveyTest, A_file_needs_six_of_the_seven_tables) {
+  struct Case {
+    std::vector<std::string> missing;
+    bool opens;
+  };
+  const Case cases[] = {{{}, true},
+                        {{"LocationLookupTable"}, true},
+                        {{"Projection Defintion Table"}, true},
+                        {{"ReadingsFrequencyTable", "FileTable"}, true},
+                        {{"LocationLookupTable", "MaskDefinitionTable"}, false}};
+  int number = 0;
+  for (const Case& c : cases) {
+    session().database_file = folder.path("survey" + std::to_string(++number) + ".mdb");
+    SCOPED_TRACE(session().database_file);
+    ASSERT_EQ(create_database(), 0);
+    {
+      dao::Database database = dao::Database::open(session().database_file);
+      for (const std::string& table : c.missing) {
+        database.execute("DROP TABLE [" + table + "]");
+      }
+    }
+    EXPECT_EQ(open_database(), c.opens ? 0 : -1);
+    EXPECT_EQ(session().database_open, c.opens);
+    const std::vector<std::string> messages = interface.take_messages();
+    if (c.opens) {
+      EXPECT_TRUE(messages.empty());
+      EXPECT_EQ(open_survey().database.table_names().size(), 8U);
+      EXPECT_EQ(close_database(), 0);
+    } else {
+      EXPECT_EQ(messages, std::vector<std::string>{form_message});
+    }
+    EXPECT_TRUE(fs::exists(backup_path(session().database_file)));
+  }
+}
+
+TEST_F(SurveyTest, Readings_of_the_oldest_files_get_their_component_names) {
+  new_survey();
+  dao::Recordset& readings = open_survey().readings;
+  for (const char* type : {"Ex", "Ey", "ExHx"}) {
+    readings.add_new();
+    readings.set_text("DataType", type);
+    readings.update();
+  }
+  reopen();
+  std::vector<std::string> types;
+  for (open_survey().readings.move_first(); !open_survey().readings.eof();
+       open_survey().readings.move_next()) {
+    types.push_back(open_survey().readings.get_text("DataType"));
+  }
+  EXPECT_EQ(types, (std::vector<std::string>{"ExHy", "EyHx", "ExHx"}));
+}
+
+TEST_F(SurveyTest, A_file_that_is_no_database_is_refused_and_left_alone) {
+  std::string survey_bytes;
+  {
+    const std::string path = new_survey("whole.mdb");
+    for (int station = 0; station < 400; ++station) {
+      add_station("200E", station);
+    }
+    ASSERT_EQ(close_database(), 0);
+    survey_bytes = file_contents(path);
+  }
+  std::string damaged = survey_bytes;
+  damaged.replace(4096, 4096, std::string(4096, '\x5a'));
+  const std::pair<const char*, std::string> cases[] = {
+      {"empty", ""},
+      {"text", "line,station\n200E,100\n"},
+      {"binary", std::string(5000, '\xff')},
+      {"truncated", survey_bytes.substr(0, survey_bytes.size() / 2)},
+      {"damaged page", damaged},
+  };
+  int number = 0;
+  for (const auto& [name, contents] : cases) {
+    SCOPED_TRACE(name);
+    const std::string stem = "bad" + std::to_string(++number);
+    const std::string path = folder.write(stem + ".mdb", contents);
+    const std::string backup = folder.write(stem + ".bak", "the state of an earlier session");
+    session().database_file = path;
+    EXPECT_EQ(open_database(), -1);
+    EXPECT_FALSE(session().database_open);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(starts_with(messages[0], opening_message) && messages[0].size() > opening_message.size())
+        << messages[0];
+    EXPECT_TRUE(file_contents(path) == contents);
+    EXPECT_EQ(file_contents(backup), "the state of an earlier session");
+    EXPECT_FALSE(fs::exists(path + ".compacting"));
+    EXPECT_FALSE(interface->busy);
+  }
+}
+
+TEST_F(SurveyTest, A_missing_file_or_a_folder_is_an_opening_error) {
+  for (const std::string& path : {folder.path("missing.mdb"), folder.folder().string()}) {
+    session().database_file = path;
+    EXPECT_EQ(open_database(), -1);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(starts_with(messages[0], opening_message)) << messages[0];
+  }
+  EXPECT_FALSE(fs::exists(folder.path("missing.mdb")));
+}
+
+TEST_F(SurveyTest, A_link_to_a_survey_leaves_the_survey_where_it_is) {
+  new_survey("real.mdb");
+  add_station("200E", 100.0);
+  ASSERT_EQ(close_database(), 0);
+  fs::create_symlink(folder.path("real.mdb"), folder.path("link.mdb"));
+  session().database_file = folder.path("link.mdb");
+  ASSERT_EQ(open_database(), 0);
+  add_station("200E", 200.0);
+  ASSERT_EQ(close_database(), 0);
+  EXPECT_TRUE(fs::is_symlink(folder.path("link.mdb")));
+  session().database_file = folder.path("real.mdb");
+  ASSERT_EQ(open_database(), 0);
+  EXPECT_EQ(rows_in("StationsTable"), 2);
+}
+
+#ifndef _WIN32
+
+namespace {
+
+// Runs an action in a process of its own and kills it after a while. @return false if it ended before
+template <class Action>
+bool run_and_kill(std::chrono::microseconds after, Action action) {
+  const pid_t child = fork();
+  if (child == 0) {
+    action();
+    _exit(0);
+  }
+  std::this_thread::sleep_for(after);
+  kill(child, SIGKILL);
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFSIGNALED(status);
+}
+
+}  // namespace
+
+TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
+  const std::string path = new_survey();
+  add_station("200E", 100.0);
+  ASSERT_EQ(close_database(), 0);
+
+  int opened[2];
+  ASSERT_EQ(pipe(opened), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    const char answer = open_database() == 0 ? 'y' : 'n';
+    (void)!write(opened[1], &answer, 1);
+    pause();
+    _exit(0);
+  }
+  char answer = 0;
+  ASSERT_EQ(read(opened[0], &answer, 1), 1);
+  ASSERT_EQ(answer, 'y');
+  const std::string before = file_contents(path);
+  EXPECT_EQ(open_database(), -1);
+  const std::vector<std::string> messages = interface.take_messages();
+  EXPECT_EQ(messages, std::vector<std::string>{opening_message + "database is locked"});
+  EXPECT_TRUE(file_contents(path) == before);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  close(opened[0]);
+  close(opened[1]);
+  EXPECT_EQ(open_database(), 0);
+  EXPECT_EQ(rows_in("StationsTable"), 1);
+}
+
+TEST_F(SurveyTest, A_kill_at_any_moment_of_opening_leaves_the_survey_at_its_path) {
+  const std::string path = new_survey();
+  for (int station = 0; station < 300; ++station) {
+    add_station("200E", 10.0 * station);
+  }
+  ASSERT_EQ(close_database(), 0);
+  std::mt19937 random(20120217);  // any seed; the moments still differ with the machine's speed
+  int killed_on_the_way = 0;
+  for (int round = 0; round < 40; ++round) {
+    const std::chrono::microseconds moment(std::uniform_int_distribution<int>(0, 12000)(random));
+    killed_on_the_way += run_and_kill(moment, [] { (void)open_database(); }) ? 1 : 0;
+    ASSERT_TRUE(fs::exists(path)) << "round " << round;
+  }
+  EXPECT_GT(killed_on_the_way, 0);
+  ASSERT_EQ(open_database(), 0);
+  EXPECT_TRUE(interface.take_messages().empty());
+  EXPECT_EQ(rows_in("StationsTable"), 300);
+}
+
+#endif

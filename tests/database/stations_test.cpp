@@ -1,0 +1,86 @@
+#include "database/stations.h"
+
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_database;
+
+TEST(Line_to_number, Takes_the_letter_as_sign) {
+  const std::pair<const char*, double> cases[] = {{"200E", 200.0},  {"200W", -200.0}, {"15S", -15.0},
+                                                  {"15N", 15.0},    {"-200S", 200.0}, {"37", 37.0},
+                                                  {" 20w ", -20.0}, {"", 0.0},        {"W", 0.0}};
+  for (const auto& [line, number] : cases) {
+    EXPECT_EQ(line_to_number(line), number) << line;
+  }
+}
+
+TEST_F(SurveyTest, A_station_is_added_once_with_coordinates_from_its_line) {
+  new_survey();
+  EXPECT_EQ(find_station(StationSearch::look_up, "200W", 50.0).StationID, -1);
+  EXPECT_EQ(rows_in("StationsTable"), 0);
+
+  struct Case {
+    const char* line;
+    double station;
+    double local_x;
+    double local_y;
+  };
+  const Case cases[] = {{"200E", 50.0, 200.0, 50.0},
+                        {"200W", 1250.4, -200.0, 1250.4},
+                        {"100N", -12.5, -12.5, 100.0},
+                        {"100S", 33.3, 33.3, -100.0}};
+  for (const Case& c : cases) {
+    const StationRows added = find_station(StationSearch::create, c.line, c.station);
+    EXPECT_EQ(added.LocalX, c.local_x) << c.line;
+    EXPECT_EQ(added.LocalY, c.local_y) << c.line;
+    EXPECT_EQ(added.MapX, c.local_x) << c.line;  // the survey grid is not turned or moved
+    const StationRows again = find_station(StationSearch::create, c.line, c.station);
+    EXPECT_EQ(again.StationID, added.StationID) << c.line;
+    EXPECT_EQ(again.LocationID, added.LocationID) << c.line;
+  }
+  EXPECT_EQ(rows_in("StationsTable"), 4);
+  EXPECT_EQ(rows_in("LocationLookupTable"), 4);
+  reopen();
+  EXPECT_GT(find_station(StationSearch::look_up, "200W", 1250.4).StationID, 0);
+}
+
+TEST_F(SurveyTest, Lines_that_cross_share_the_location_and_its_place) {
+  new_survey();
+  const GivenPlace place{512345.5, 6123456.5, 321.0};
+  const GivenPlace other_place{1.0, 2.0, 3.0};
+  const StationRows on_200e = find_station(StationSearch::create, "200E", 100.0, &place);
+  const StationRows on_100n = find_station(StationSearch::create, "100N", 200.0, &other_place);
+  EXPECT_NE(on_100n.StationID, on_200e.StationID);
+  EXPECT_EQ(on_100n.LocationID, on_200e.LocationID);
+  EXPECT_EQ(on_100n.MapX, 512345.5);
+  EXPECT_EQ(on_100n.Elevation, 321.0);
+
+  const std::pair<double, bool> distances[] = {{0.4, true}, {-0.9, true}, {1.0, false}, {-1.0, false}};
+  for (const auto& [distance, same] : distances) {
+    EXPECT_EQ(find_location(200.0, 100.0 + distance).LocationID == on_200e.LocationID, same) << distance;
+  }
+}
+
+TEST_F(SurveyTest, Stations_of_a_line_stand_together_though_two_lines_have_one_number) {
+  new_survey();
+  for (const double station : {300.0, 100.0, 200.0}) {
+    for (const char* line : {"1000E", "200W", "200E"}) {
+      (void)find_station(StationSearch::create, line, station);
+    }
+  }
+  dao::Recordset& stations = open_survey().stations;
+  stations.requery();
+  std::string order;
+  for (; !stations.eof(); stations.move_next()) {
+    order += stations.get_text("SurveyLine") + " " +
+             std::to_string(static_cast<int>(stations.get_double("Station"))) + "; ";
+  }
+  EXPECT_EQ(order,
+            "200E 100; 200E 200; 200E 300; 200W 100; 200W 200; 200W 300; 1000E 100; 1000E 200; 1000E 300; ");
+}
+
+TEST_F(SurveyTest, The_largest_value_of_an_empty_table_is_0) {
+  new_survey();
+  EXPECT_EQ(get_max_value("ID", "[Projection Defintion Table]"), 0.0);
+  (void)find_station(StationSearch::create, "200E", 1250.4);
+  EXPECT_EQ(get_max_value("Station", "StationsTable"), 1250.4);
+}
