@@ -36,9 +36,10 @@ struct Environment {
   bool initialised = false;
   std::string user_name;
   std::string computer_name;
-  std::string windows_directory;  // where shared per-machine settings are looked for
+  std::string windows_directory;  // where settings are looked for: the per-user configuration directory
   std::string system_directory;
   std::string temporary_directory;
+  std::string program_directory;
   std::string application_data_directory;
   int bits_per_pixel = 0;
   int planes = 0;

@@ -1,0 +1,354 @@
+#include "core/preferences.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <variant>
+#include <vector>
+
+#include "core/debug_log.h"
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "core/user_interface.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_Brenlox {
+
+namespace {
+
+constexpr std::string_view file_name = "Brenlox.prf";
+constexpr std::string_view first_line = "Brenlox user preferences";
+#ifdef _WIN32
+constexpr std::string_view line_end = "\r\n";
+#else
+constexpr std::string_view line_end = "\n";
+#endif
+
+using Scales = DisplayPreferences;
+using State = SessionState;
+
+/// Where a key's value is kept: display scales, a window size, or a text.
+using Field = std::variant<bool Scales::*, float Scales::*, float State::*, std::string State::*>;
+
+struct Key {
+  std::string_view text;
+  Field field;
+  bool after_blank_line = false;
+};
+
+/// Every key behind the recent files, in the order of the file, which is also the order of looking for one in
+/// a line.
+constexpr std::array<Key, 39> keys = {{
+    {"Opening picture: ", &State::opening_picture, true},
+    {"Form Width : ", &State::form_width, true},
+    {"Form Height : ", &State::form_height},
+    {"Auto-scale Spectral Resistivity : ", &Scales::auto_scale_spectral_resistivity},
+    {"Min Real Resistivity : ", &Scales::min_real_resistivity},
+    {"Max Real Resistivity : ", &Scales::max_real_resistivity},
+    {"Min Imag Resistivity : ", &Scales::min_imag_resistivity},
+    {"Max Imag Resistivity : ", &Scales::max_imag_resistivity},
+    {"Auto-scale Spectral E-Field : ", &Scales::auto_scale_spectral_e_field},
+    {"Min Real E-Field : ", &Scales::min_real_e_field},
+    {"Max Real E-Field : ", &Scales::max_real_e_field},
+    {"Min Imag E-Field : ", &Scales::min_imag_e_field},
+    {"Max Imag E-Field : ", &Scales::max_imag_e_field},
+    {"Auto-scale Spectral H-Field : ", &Scales::auto_scale_spectral_h_field},
+    {"Min Real H-Field : ", &Scales::min_real_h_field},
+    {"Max Real H-Field : ", &Scales::max_real_h_field},
+    {"Min Imag H-Field : ", &Scales::min_imag_h_field},
+    {"Max Imag H-Field : ", &Scales::max_imag_h_field},
+    {"Auto-scale Phase : ", &Scales::auto_scale_phase},
+    {"Min Phase : ", &Scales::min_phase},
+    {"Max Phase : ", &Scales::max_phase},
+    {"Auto-scale Cagniard : ", &Scales::auto_scale_cagniard},
+    {"Min Cagniard : ", &Scales::min_cagniard},
+    {"Max Cagniard : ", &Scales::max_cagniard},
+    {"Auto-scale E-Phase : ", &Scales::auto_scale_e_phase},
+    {"Min E-Phase : ", &Scales::min_e_phase},
+    {"Max E-Phase : ", &Scales::max_e_phase},
+    {"Auto-scale H-Phase : ", &Scales::auto_scale_h_phase},
+    {"Min H-Phase : ", &Scales::min_h_phase},
+    {"Max H-Phase : ", &Scales::max_h_phase},
+    {"Auto-scale E-Mag : ", &Scales::auto_scale_e_mag},
+    {"Min E-Mag : ", &Scales::min_e_mag},
+    {"Max E-Mag : ", &Scales::max_e_mag},
+    {"Auto-scale H-Mag : ", &Scales::auto_scale_h_mag},
+    {"Min H-Mag : ", &Scales::min_h_mag},
+    {"Max H-Mag : ", &Scales::max_h_mag},
+    {"Spectral Plot : ", &Scales::spectral_plot},
+    {"Plot E-PHase : ", &Scales::plot_e_phase},
+    {"Plot H-PHase : ", &Scales::plot_h_phase},
+}};
+
+template <class... Cases>
+struct Overloaded : Cases... {
+  using Cases::operator()...;
+};
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
+
+struct PreferencesState {
+  DisplayPreferences scales;
+  std::string file;
+};
+
+PreferencesState& state() {
+  static PreferencesState preferences;
+  return preferences;
+}
+
+/// The text behind the first ":", trimmed; empty if there is none.
+std::string_view value_of(std::string_view line) {
+  const std::size_t colon = line.find(':');
+  return colon == std::string_view::npos ? std::string_view{} : trimmed(line.substr(colon + 1));
+}
+
+void read_single(float& target, std::string_view text) {
+  const double value = numeric_value(text);
+  if (std::abs(value) <= std::numeric_limits<float>::max()) {
+    target = static_cast<float>(value);
+  }
+}
+
+void read_field(const Field& field, std::string_view line) {
+  std::visit(Overloaded{[&](bool Scales::*flag) {
+                          state().scales.*flag = upper_case(line).find("YES") != std::string::npos;
+                        },
+                        [&](float Scales::*single) { read_single(state().scales.*single, value_of(line)); },
+                        [&](float State::*size) { read_single(session().*size, value_of(line)); },
+                        [&](std::string State::*text) { session().*text = value_of(line); }},
+             field);
+}
+
+std::string field_text(const Field& field) {
+  return std::visit(
+      Overloaded{[](bool Scales::*flag) -> std::string { return state().scales.*flag ? "yes" : "no"; },
+                 [](float Scales::*single) { return criterion_text(state().scales.*single); },
+                 [](float State::*size) { return format_number(session().*size, "0"); },
+                 [](std::string State::*text) { return std::string(trimmed(session().*text)); }},
+      field);
+}
+
+/// The lines of a text that ends them with CR LF, LF or CR.
+std::vector<std::string_view> lines_of(std::string_view text) {
+  std::vector<std::string_view> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+    lines.push_back(text.substr(0, end));
+    text.remove_prefix(end);
+    text.remove_prefix(text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1);
+  }
+  return lines;
+}
+
+/// Leaves no recent file behind a blank one.
+/// @return how many there are
+std::size_t end_recent_files_at_first_blank() {
+  auto& files = session().recent_files;
+  const auto blank = std::ranges::find_if(files, [](const auto& file) { return trimmed(file).empty(); });
+  std::fill(blank, files.end(), std::string());
+  for (std::string& file : files) {
+    file = std::string(trimmed(file));
+  }
+  return static_cast<std::size_t>(blank - files.begin());
+}
+
+bool apply_file_text(std::string_view text) {
+  const std::vector<std::string_view> lines = lines_of(text);
+  if (lines.empty() || trimmed(lines.front()) != first_line) {
+    return false;
+  }
+  auto& files = session().recent_files;
+  std::size_t next = std::min<std::size_t>(2, lines.size());  // the second line says nothing
+  for (std::size_t n = 0; n < files.size() && next < lines.size(); ++n) {
+    const std::string_view line = lines[next++];
+    if (trimmed(line).empty()) {
+      break;  // the list ends early, and the line is used up
+    }
+    files[n] = value_of(line);
+  }
+  end_recent_files_at_first_blank();
+  for (; next < lines.size(); ++next) {
+    const std::string_view line = lines[next];
+    const auto key = std::ranges::find_if(
+        keys, [&](const Key& k) { return line.find(trimmed(k.text)) != std::string_view::npos; });
+    if (key != keys.end()) {
+      read_field(key->field, line);
+    }
+  }
+  return true;
+}
+
+void append_recent_files(std::string& text) {
+  text.append(first_line).append(line_end).append(line_end);
+  for (std::size_t n = 0; n < session().recent_files.size(); ++n) {
+    text.append("File ").append(plain_text(static_cast<int>(n) + 1)).append(": ");
+    text.append(trimmed(session().recent_files[n])).append(line_end);
+  }
+}
+
+std::string file_text() {
+  std::string text;
+  append_recent_files(text);
+  for (const Key& key : keys) {
+    text.append(key.after_blank_line ? line_end : "").append(key.text).append(field_text(key.field));
+    text.append(line_end);
+  }
+  return text;
+}
+
+std::string new_file_text() {
+  std::string text;
+  append_recent_files(text);
+  for (const char* line : {"Opening picture: ", "Output Value: Mean", "Plot Skipped Records : yes"}) {
+    text.append(line_end).append(line).append(line_end);
+  }
+  return text;
+}
+
+/// Writes beside the file and renames, so that the earlier file stands until the new one is whole.
+bool replace_file(const std::string& path, std::string_view text) {
+  std::error_code failure;
+  const fs::path linked = fs::canonical(path, failure);
+  const fs::path target = failure ? fs::path(path) : linked;
+  fs::path beside = target;
+  beside += ".new";
+  std::ofstream file(beside, std::ios::binary | std::ios::trunc);
+  file.write(text.data(), static_cast<std::streamsize>(text.size()));
+  file.close();
+  if (file) {
+    fs::rename(beside, target, failure);
+  }
+  if (!file || failure) {
+    std::error_code ignored;
+    fs::remove(beside, ignored);
+    return false;
+  }
+  return true;
+}
+
+std::optional<std::string> contents_of(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  return file.bad() || !file.is_open() ? std::nullopt : std::optional(std::move(text));
+}
+
+std::string path_in(const fs::path& directory) { return (directory / file_name).string(); }
+
+/// The working directory is taken now: opening a survey changes it.
+std::string find_or_create_file() {
+  const std::string working = path_in(fs::current_path());
+  const std::string& program = session().environment.program_directory;
+  const std::string& configuration = session().environment.windows_directory;
+  std::vector<std::string> places = {working};
+  for (const std::string& directory : {program, configuration}) {
+    if (!directory.empty()) {
+      places.push_back(path_in(directory));
+    }
+  }
+  for (const std::string& place : places) {
+    std::error_code missing;
+    if (fs::is_regular_file(place, missing)) {
+      return place;
+    }
+  }
+  if (!replace_file(working, new_file_text()) && !configuration.empty()) {
+    std::error_code failure;
+    fs::create_directories(configuration, failure);
+    if (replace_file(path_in(configuration), new_file_text())) {
+      return path_in(configuration);
+    }
+  }
+  return working;
+}
+
+void reset_to_defaults() {
+  state() = PreferencesState{};
+  session().recent_files = {};
+  session().recent_count = 0;
+  session().opening_picture.clear();
+  session().form_width = 0.0F;
+  session().form_height = 0.0F;
+}
+
+void count_recent_files() {
+  session().recent_count = static_cast<std::int32_t>(end_recent_files_at_first_blank());
+}
+
+}  // namespace
+
+DisplayPreferences& display_preferences() { return state().scales; }
+
+const std::string& preferences_file() { return state().file; }
+
+void read_preferences() {
+  reset_to_defaults();
+  try {
+    state().file = find_or_create_file();
+    const std::optional<std::string> bytes = contents_of(state().file);
+    std::error_code missing;
+    if (!bytes && !fs::exists(state().file, missing)) {
+      return;  // nowhere to write a new one
+    }
+    if (!bytes) {
+      state().file.clear();
+    }
+    if (!bytes || !apply_file_text(text_from_field_file(*bytes))) {
+      user_interface().show_message("Preference file is invalid");
+    }
+  } catch (const std::exception& failure) {
+    Module_debug::write_debug(0, std::string("read_preferences: ") + failure.what());
+  }
+}
+
+void write_preferences() {
+  try {
+    if (!state().file.empty() && !replace_file(state().file, file_text())) {
+      Module_debug::write_debug(0, "write_preferences: can't write " + state().file);
+    }
+  } catch (const std::exception& failure) {
+    Module_debug::write_debug(0, std::string("write_preferences: ") + failure.what());
+  }
+}
+
+void refresh_recent_file_menu() {
+  count_recent_files();
+  write_preferences();
+}
+
+std::string recent_file_caption(int number) {
+  const std::string& file = session().recent_files.at(static_cast<std::size_t>(number - 1));
+  std::string caption(1, '&');
+  return caption.append(format_number(number, "0")).append(1, ' ').append(trimmed(file));
+}
+
+void add_recent_file(const std::string& path) {
+  const std::string_view wanted = trimmed(path);
+  if (wanted.empty() || wanted.find_first_of("\r\n") != std::string_view::npos) {
+    return;  // the file has one line for each path
+  }
+  auto& files = session().recent_files;
+  auto place = std::ranges::find_if(
+      files, [&](const std::string& file) { return equal_ignoring_case(trimmed(file), wanted); });
+  if (place != files.begin()) {
+    if (place == files.end()) {
+      --place;
+    }
+    std::rotate(files.begin(), place, place + 1);
+    files.front() = std::string(wanted);
+  }
+  count_recent_files();
+}
+
+}  // namespace Module_Brenlox

@@ -1,0 +1,48 @@
+#include "core/environment.h"
+
+#include <filesystem>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "core/session_state.h"
+#include "tests/support/temporary_folder.h"
+
+TEST(Initialise_environment, Fills_the_record_once) {
+  const TemporaryFolder folder;
+  reset_session_state();
+  UTIL::SystemFacts system;
+  system.user_name = "surveyor";
+  system.local_application_data = folder.path("data");
+  system.decimal_point = ',';
+  UTIL::initialise_environment(system, {32, 1, 508.0F, 1920, 96});
+  system.user_name = "somebody else";
+  UTIL::initialise_environment(system);
+  const Environment environment = session().environment;
+  EXPECT_EQ(environment.user_name, "surveyor");
+  EXPECT_EQ(environment.application_data_directory, folder.path("data/Vexapp"));
+  EXPECT_TRUE(std::filesystem::is_directory(folder.path("data/Vexapp")));
+  EXPECT_FLOAT_EQ(environment.dots_per_inch, 96.0F);
+  EXPECT_EQ(environment.single_epsilon, std::numeric_limits<float>::epsilon());
+  EXPECT_EQ(environment.delimiters, "\x1B \t,;'");
+  EXPECT_EQ(environment.decimal_point, ',');
+  EXPECT_EQ(environment.thousands_point, '.');
+  reset_session_state();
+}
+
+TEST(Initialise_environment, Has_no_dots_per_inch_without_a_display) {
+  reset_session_state();
+  UTIL::initialise_environment({});
+  EXPECT_EQ(session().environment.dots_per_inch, 0.0F);
+  EXPECT_EQ(session().environment.thousands_point, ',');
+  reset_session_state();
+}
+
+TEST(Fault_name, Knows_the_codes_and_shows_the_others) {
+  EXPECT_EQ(UTIL::fault_name(0xC0000005U), "Access Violation");
+  EXPECT_EQ(UTIL::fault_name(0xC000008EU), "Divide By Zero");
+  EXPECT_EQ(UTIL::fault_name(0xC0000094U), "Integer Divide By Zero");
+  EXPECT_EQ(UTIL::fault_name(0xC000013AU), "Control-C Exit");
+  EXPECT_EQ(UTIL::fault_name(0xC0001ABCU), "Unknown (&HC0001ABC)");
+  EXPECT_EQ(UTIL::fault_name(7), "Unknown (&H00000007)");
+}

@@ -1,0 +1,40 @@
+#include "core/undo_stack.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace Module_Brenlox;
+
+TEST(Undo_stack, Gives_back_the_kinds_newest_first_and_tells_the_window) {
+  clear_undo();
+  std::vector<bool> told;
+  set_undo_listener([&](bool available) { told.push_back(available); });
+  std::vector<std::byte> mask(8, std::byte{1});
+  push_undo_flags(5, true, false, true);
+  push_undo_mask(6, 1, mask);
+  push_undo_static(7, 2.5F);
+  mask.front() = std::byte{0};  // the entry is a copy
+
+  ASSERT_EQ(undo_count(), 3U);
+  EXPECT_EQ(top_undo().id, 7);
+  EXPECT_EQ(std::get<UndoStatic>(top_undo().earlier).res_offset, 2.5F);
+  pop_undo();
+  EXPECT_EQ(std::get<UndoMask>(top_undo().earlier).mask_bytes, std::vector<std::byte>(8, std::byte{1}));
+  EXPECT_EQ(std::get<UndoMask>(top_undo().earlier).frequency_count, 1);
+  pop_undo();
+  EXPECT_EQ(top_undo().id, 5);
+  EXPECT_FALSE(std::get<UndoFlags>(top_undo().earlier).use_resistivity);
+  EXPECT_TRUE(std::get<UndoFlags>(top_undo().earlier).use_phase);
+  pop_undo();
+  pop_undo();  // nothing left
+  EXPECT_EQ(told, (std::vector<bool>{true, true, true, true, true, false, false}));
+
+  for (int i = 0; i < 100; ++i) {
+    push_undo_static(i, 1.0F);
+  }
+  clear_undo();
+  EXPECT_EQ(undo_count(), 0U);
+  EXPECT_FALSE(told.back());
+  set_undo_listener({});
+}
