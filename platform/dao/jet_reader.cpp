@@ -1,5 +1,6 @@
 #include "platform/dao/jet_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -7,7 +8,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -120,7 +120,7 @@ JetHandle open_handle(const std::string& path) {
 }
 
 bool is_plain_name(const std::string& name) {
-  constexpr std::string_view never_in_names = "[].!`\"";  // Jet's rule, so that names can stand in statements
+  constexpr std::string_view never_in_names = "[].!`";  // Jet's rule, so that names can stand in statements
   for (const char c : name) {
     if (static_cast<unsigned char>(c) < ' ' || never_in_names.find(c) != std::string_view::npos) {
       return false;
@@ -186,27 +186,37 @@ void JetTable::read_columns() {
 }
 
 void JetTable::read_primary_index() {
+  constexpr int primary = 1;
   // The counts are tested first: the library makes room for as many as it is told.
   if (table_->num_idxs > max_indexes || table_->num_real_idxs > table_->num_idxs) {
     fail("the indexes of table " + name_ + " can't be read");
   }
-  if (table_->num_idxs == 0 || mdb_read_indices(table_.get()) == nullptr) {
+  if (table_->num_idxs == 0) {
     return;
   }
-  for (std::size_t i = 0; i < table_->indices->len; ++i) {
+  mdb_read_indices(table_.get());
+  for (std::size_t i = 0; table_->indices != nullptr && i < table_->indices->len; ++i) {
     const MdbIndex& index = *static_cast<const MdbIndex*>(g_ptr_array_index(table_->indices, i));
-    if (index.index_type != 1) {
+    if (index.index_type != primary) {
       continue;
     }
-    primary_index_.name = index.name;
+    primary_index_ = {index.name, {}};
     for (std::size_t key = 0; key < std::min<std::size_t>(index.num_keys, MDB_MAX_IDX_COLS); ++key) {
-      const int column_number = index.key_col_num[key];
-      if (column_number < 1 || static_cast<std::size_t>(column_number) > columns_.size()) {
-        fail("the primary index of table " + name_ + " names a column that isn't there");
-      }
-      primary_index_.columns.push_back(columns_[static_cast<std::size_t>(column_number) - 1].name);
+      primary_index_.columns.push_back(column_numbered(index.key_col_num[key] - 1));
     }
   }
+  if (!primary_index_.columns.empty() && !is_plain_name(primary_index_.name)) {
+    fail("the indexes of table " + name_ + " can't be read");
+  }
+}
+
+std::string JetTable::column_numbered(int column_number) const {
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    if (column_at(i).col_num == column_number) {
+      return columns_[i].name;
+    }
+  }
+  fail("the primary index of table " + name_ + " names a column that isn't there");
 }
 
 std::span<const std::byte> JetTable::page() const {

@@ -65,6 +65,7 @@ class JetTable {
 
   void read_columns();
   void read_primary_index();
+  [[nodiscard]] std::string column_numbered(int column_number) const;
   [[nodiscard]] MdbColumn& column_at(std::size_t column_index) const;
   [[nodiscard]] std::span<const std::byte> page() const;
   [[nodiscard]] bool find_row(std::span<const std::byte> page_bytes, std::size_t row_number,
