@@ -1,10 +1,12 @@
 // Conversion of genuine Jet files, measured on the legacy surveys beside the checkout.
-#include <cmath>
+#include <chrono>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <map>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -37,15 +39,11 @@ std::string sha256(std::span<const std::byte> bytes) {
 double days_of(const std::string& date) {
   int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
   std::sscanf(date.c_str(), "%d-%d-%dT%d:%d:%d", &year, &month, &day, &hour, &minute, &second);
-  const auto days_since = [](std::chrono::year_month_day from, std::chrono::year_month_day to) {
-    return (std::chrono::sys_days(to) - std::chrono::sys_days(from)).count();
+  const auto calendar_day = [](int y, int m, int d) {
+    return std::chrono::sys_days(std::chrono::year(y) / m / d);
   };
-  const std::chrono::year_month_day origin{std::chrono::year(1899), std::chrono::month(12),
-                                           std::chrono::day(30)};
-  const std::chrono::year_month_day at{std::chrono::year(year),
-                                       std::chrono::month(static_cast<unsigned>(month)),
-                                       std::chrono::day(static_cast<unsigned>(day))};
-  return static_cast<double>(days_since(origin, at)) + (hour * 3600 + minute * 60 + second) / 86400.0;
+  const auto days = (calendar_day(year, month, day) - calendar_day(1899, 12, 30)).count();
+  return static_cast<double>(days) + (hour * 3600 + minute * 60 + second) / 86400.0;
 }
 
 std::string type_words(const dao::Column& column) {
