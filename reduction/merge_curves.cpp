@@ -1,0 +1,127 @@
+#include "reduction/merge_curves.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "core/session_state.h"
+
+namespace Module_averaged_data {
+
+using Module_database::Curve;
+using Module_database::field_count;
+using Module_database::mask_count;
+using Module_database::StoredReading;
+
+namespace {
+
+constexpr float present_from = -1e30F;  // below it a merged value is absent
+
+/// What an average has to say at one of its points: corrected resistivity and phase, if they count.
+std::array<std::optional<float>, mask_count> contribution(const StoredReading& average, std::size_t index) {
+  const float resistivity = average.curve.data[index * field_count];
+  const float phase = average.curve.data[index * field_count + 1];
+  const std::int32_t* const mask = &average.curve.mask[index * mask_count];
+  std::array<std::optional<float>, mask_count> result;
+  if (mask[0] == 1 && average.UseResistivity && resistivity > no_data) {
+    result[0] = resistivity * average.ResOffset;
+  }
+  if (mask[1] == 1 && average.UsePhase && phase > no_data) {
+    result[1] = phase + average.PhaseOffset;
+  }
+  return result;
+}
+
+void reserve(Curve& curve, std::size_t count) {
+  curve.frequencies.reserve(count);
+  curve.data.reserve(count * field_count);
+  curve.mask.reserve(count * mask_count);
+}
+
+/// Copies a point as it stands.
+void append_point(Curve& curve, const Curve& source, std::size_t index) {
+  const auto data = source.data.begin() + static_cast<std::ptrdiff_t>(index * field_count);
+  const auto mask = source.mask.begin() + static_cast<std::ptrdiff_t>(index * mask_count);
+  curve.frequencies.push_back(source.frequencies[index]);
+  curve.data.insert(curve.data.end(), data, data + field_count);
+  curve.mask.insert(curve.mask.end(), mask, mask + mask_count);
+}
+
+void append_contribution(Curve& merged, const StoredReading& average, std::size_t index) {
+  append_point(merged, average.curve, index);
+  const auto values = contribution(average, index);
+  float* const data = &merged.data[merged.data.size() - field_count];
+  std::int32_t* const contributions = &merged.mask[merged.mask.size() - mask_count];
+  for (std::size_t quantity = 0; quantity < mask_count; ++quantity) {
+    data[quantity] = values[quantity].value_or(no_data);
+    contributions[quantity] = values[quantity] ? 1 : 0;
+  }
+}
+
+void add_to_last(Curve& merged, const StoredReading& average, std::size_t index) {
+  const auto values = contribution(average, index);
+  float* const data = &merged.data[merged.data.size() - field_count];
+  std::int32_t* const contributions = &merged.mask[merged.mask.size() - mask_count];
+  for (std::size_t quantity = 0; quantity < mask_count; ++quantity) {
+    if (!values[quantity]) {
+      continue;
+    }
+    if (data[quantity] >= present_from) {
+      data[quantity] += *values[quantity];
+      ++contributions[quantity];
+    } else {
+      data[quantity] = *values[quantity];
+      contributions[quantity] = 1;
+    }
+  }
+  const float* const source = &average.curve.data[index * field_count];
+  std::copy(source + mask_count, source + field_count, data + mask_count);
+}
+
+}  // namespace
+
+void MergedCurve::add(const StoredReading& average) {
+  const std::size_t added = average.curve.count();
+  if (merged_.count() == 0) {  // the first average keeps its points as they are, also two of one frequency
+    reserve(merged_, added);
+    for (std::size_t index = 0; index < added; ++index) {
+      append_contribution(merged_, average, index);
+    }
+    return;
+  }
+  const Curve earlier = std::exchange(merged_, {});
+  reserve(merged_, earlier.count() + added);
+  std::size_t taken = 0;
+  for (std::size_t index = 0; index < added; ++index) {
+    const float frequency = average.curve.frequencies[index];
+    for (; taken < earlier.count() && earlier.frequencies[taken] <= frequency; ++taken) {
+      append_point(merged_, earlier, taken);
+    }
+    if (merged_.count() > 0 && merged_.frequencies.back() == frequency) {
+      add_to_last(merged_, average, index);
+    } else {
+      append_contribution(merged_, average, index);
+    }
+  }
+  for (; taken < earlier.count(); ++taken) {
+    append_point(merged_, earlier, taken);
+  }
+}
+
+Curve MergedCurve::finish() const {
+  Curve result = merged_;
+  for (std::size_t index = 0; index < result.count(); ++index) {
+    for (std::size_t quantity = 0; quantity < mask_count; ++quantity) {
+      float& value = result.data[index * field_count + quantity];
+      std::int32_t& mask = result.mask[index * mask_count + quantity];
+      if (mask > 0) {
+        value /= static_cast<float>(mask);
+      }
+      mask = value > present_from ? 1 : 0;
+    }
+  }
+  return result;
+}
+
+}  // namespace Module_averaged_data

@@ -1,0 +1,100 @@
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "database/frequency_store.h"
+#include "database/survey_database.h"
+#include "reduction/averages.h"
+#include "reduction/derived_rows.h"
+#include "reduction/merge_curves.h"
+
+namespace Module_averaged_data {
+
+using Module_database::StationRows;
+
+namespace {
+
+constexpr float merged_merge_frequency = 0.0F;
+constexpr float merged_scan_rate = 0.0F;
+
+/// Scan rates of all averages of a key, Hz, ascending.
+std::vector<float> scan_rates_of(const ReadingKey& key, std::int32_t StationID) {
+  std::vector<float> scan_rates;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT SampleRate FROM ReadingsDataTable WHERE StationID = " + format_number(StationID, "0") +
+      " AND ReductionType=1 AND ReferenceType = " + format_number(key.reference_type, "0") +
+      " AND DataType ='" + key.data_type + "' AND DipoleLength = " + criterion_text(key.dipole) +
+      " ORDER BY SampleRate");
+  for (; !rows.eof(); rows.move_next()) {
+    scan_rates.push_back(rows.get_single("SampleRate"));
+  }
+  return scan_rates;
+}
+
+/// Adds the averages of all scan rates that are switched on. @return -1 when one could not be had
+int add_averages(ReadingKey key, std::int32_t StationID, MergedCurve& merged) {
+  for (const float scan_rate : scan_rates_of(key, StationID)) {
+    key.scan_rate = scan_rate;
+    StoredReading average;
+    if (get_reduced_reading(reduction_averaged, AllowRaw::yes, key, average) != 0) {
+      return -1;
+    }
+    if (average.ID != 0 && average.UseReading && (average.UseResistivity || average.UsePhase)) {
+      merged.add(average);
+    }
+  }
+  return 0;
+}
+
+/// Stores a merged curve. Flags and offsets of an earlier one stay; its masks stay as long as it has as many
+/// frequencies.
+int store_merged(const ReadingKey& key, const StationRows& place, StoredReading& merged) {
+  const std::string criteria = key_criteria("FileID<0", place.StationID, "ReductionType=2", key);
+  auto earlier = find_derived_row(criteria);
+  const bool same_count = earlier && std::cmp_equal(earlier->NumFrequencies, merged.curve.count());
+  if (earlier) {
+    const bool keep_mask = same_count && earlier->edits.curve.mask.size() == merged.curve.mask.size();
+    earlier->edits.curve.frequencies = std::move(merged.curve.frequencies);
+    earlier->edits.curve.data = std::move(merged.curve.data);
+    if (!keep_mask) {
+      earlier->edits.curve.mask = std::move(merged.curve.mask);
+    }
+    merged = std::move(earlier->edits);
+  }
+  store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,
+                    earlier ? Overrides::keep : Overrides::write, merged);
+  if (same_count) {
+    return 0;
+  }
+  return Module_database::add_reading_frequencies(key.reference_type, merged_scan_rate,
+                                                  merged.curve.frequencies);
+}
+
+}  // namespace
+
+int merge_scan_rates(const ReadingKey& key, StoredReading& merged) {
+  merged = {};
+  return trap_errors(averaging_failed, [&] {
+    const StationRows place =
+        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
+    MergedCurve curve;
+    if (add_averages(key, place.StationID, curve) != 0) {
+      return -1;
+    }
+    if (curve.count() == 0) {
+      return 0;
+    }
+    StoredReading made;
+    made.curve = curve.finish();
+    ReadingKey merged_key = key;
+    merged_key.scan_rate = merged_scan_rate;
+    if (store_merged(merged_key, place, made) != 0) {
+      return -1;
+    }
+    merged = std::move(made);
+    return 0;
+  });
+}
+
+}  // namespace Module_averaged_data
