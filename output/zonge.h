@@ -1,6 +1,7 @@
 // zonge.h: merged curves of one line as a Zonge AVG data set: ".avg", ".mde" and ".stn" files with a common
 // root.
 #pragma once
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -14,15 +15,23 @@ struct ZongeSelection {
   float dipole = 0.0F;    // m
 };
 
-/// The file name offered for a selection: "200E_0.avg".
+/// The file name offered for a selection: "200E_0.avg". Characters of the line that would lead to another
+/// folder become "_".
 std::string zonge_file_name(const ZongeSelection& selection);
 
+/// Today by the clock on the wall.
+std::chrono::year_month_day today();
+
 /// Writes the three files of a line; `avg_path` is the path of the ".avg" file, the others take its root. All
-/// three are written beside their places first, so that a failure leaves earlier files whole.
-/// @param show_row_count told the running number of data rows; may be empty
+/// three are written beside their places first, so that a failure leaves earlier files whole. Frequencies
+/// that are switched off for the reference type, and points with resistivity or phase masked, are left out.
+/// The person can stop it between stations; nothing is written then, and the row count is 0.
+/// @param show_row_count told the running number of data rows after each station; may be empty
 /// @param row_count rows written to the ".avg" file
+/// @param date stands in the head of the ".avg" file
 /// @return 0, or -1 after a message ("There is no data for the specified line and data type", or the failure)
 [[nodiscard]] int output_zonge(const ZongeSelection& selection, const std::string& avg_path,
-                               const std::function<void(int)>& show_row_count, int& row_count);
+                               const std::function<void(int)>& show_row_count, int& row_count,
+                               std::chrono::year_month_day date = today());
 
 }  // namespace Module_output

@@ -1,3 +1,4 @@
+#include <span>
 #include <utility>
 
 #include "core/session_state.h"
@@ -25,7 +26,8 @@ Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID) {
   if (repeats.eof() || repeats.get_long("NumFrequencies") < 1) {
     return {};
   }
-  RepeatSums sums(session().frequency_list);
+  RepeatSums sums(
+      std::span(session().frequency_list).first(static_cast<std::size_t>(session().frequency_count)));
   for (; !repeats.eof(); repeats.move_next()) {
     if (repeats.get_bit("UseReading")) {
       sums.add(Module_database::read_reading(repeats));

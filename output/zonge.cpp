@@ -1,0 +1,230 @@
+#include "output/zonge.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <filesystem>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/search_sort.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "database/frequency_store.h"
+#include "database/stations.h"
+#include "database/survey_database.h"
+#include "output/zonge_text.h"
+#include "platform/files/safe_files.h"
+#include "reduction/averages.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_output {
+
+using Module_averaged_data::AllowRaw;
+using Module_database::StationRows;
+using Module_database::StoredReading;
+
+namespace {
+
+constexpr std::int32_t reduction_merged = 2;
+
+struct ZongeFiles {
+  std::string mde;
+  std::string avg;
+  std::string stn;
+};
+
+enum class Outcome { finished, stopped, failed };
+
+StationRows station_rows(const std::string& line, double station) {
+  return Module_database::find_station(Module_database::StationSearch::look_up, line, station);
+}
+
+std::vector<double> stations_of(const ZongeSelection& selection) {
+  std::vector<double> stations;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT Station FROM FileTable WHERE LineNumber = '" + selection.line +
+      "' AND ReferenceType =" + format_number(selection.reference_type, "0") + " ORDER BY Station");
+  for (; !rows.eof(); rows.move_next()) {
+    stations.push_back(rows.get_double("Station"));
+  }
+  return stations;
+}
+
+/// Dipole length of the first file of the line, m, whatever dipole is selected.
+float first_dipole(const ZongeSelection& selection) {
+  dao::Recordset& files = Module_database::open_survey().files;
+  files.find_first("LineNumber = '" + selection.line +
+                   "' AND ReferenceType = " + format_number(selection.reference_type, "0"));
+  return files.no_match() ? 0.0F : files.get_single("DipoleLength");
+}
+
+ZongeLine describe_line(const ZongeSelection& selection, const std::vector<double>& stations,
+                        std::chrono::year_month_day date) {
+  const StationRows first = station_rows(selection.line, stations.front());
+  const StationRows last = station_rows(selection.line, stations.back());
+  ZongeLine line;
+  line.line = selection.line;
+  line.first_station = stations.front();
+  line.last_station = stations.back();
+  line.dipole = first_dipole(selection);
+  line.bearing = bearing_text(last.LocalX - first.LocalX, last.LocalY - first.LocalY);
+  line.version = session().version_text;
+  line.database_name = fs::path(session().database_file).filename().string();
+  line.date = date;
+  return line;
+}
+
+bool is_enabled(float frequency) {
+  const auto count = static_cast<std::size_t>(session().frequency_count);
+  const auto position =
+      basSearchSort::search_sorted(std::span<const float>(session().frequency_list).first(count), frequency);
+  return position >= 0 && session().frequency_enabled[static_cast<std::size_t>(position)] == 1;
+}
+
+/// Adds the rows of one merged curve. @return how many
+int add_curve(double station, const StoredReading& merged, std::string& avg) {
+  if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
+    return 0;
+  }
+  int rows = 0;
+  const Module_database::Curve& curve = merged.curve;
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    if (is_enabled(curve.frequencies[index]) &&
+        curve.masked_in(Module_database::field_resistivity, index) == 1 &&
+        curve.masked_in(Module_database::field_phase, index) == 1) {
+      avg += avg_row(station, curve.frequencies[index],
+                     curve.value(Module_database::field_resistivity, index),
+                     curve.value(Module_database::field_phase, index));
+      ++rows;
+    }
+  }
+  return rows;
+}
+
+/// Writes the station part of the ".stn" and ".avg" files.
+Outcome add_stations(const ZongeSelection& selection, const std::vector<double>& stations,
+                     const std::function<void(int)>& show_row_count, ZongeFiles& files, int& row_count) {
+  for (std::size_t index = 0; index < stations.size(); ++index) {
+    user_interface().show_progress("Writing Zonge files", static_cast<int>(100 * index / stations.size()));
+    user_interface().process_events();
+    if (user_interface().stop_requested()) {
+      return Outcome::stopped;
+    }
+    const double station = stations[index];
+    const StationRows place = station_rows(selection.line, station);
+    files.stn += stn_row(station, place.MapX, place.MapY, place.Elevation);
+    StoredReading merged;
+    if (Module_averaged_data::get_reduced_reading(
+            reduction_merged, AllowRaw::yes,
+            {selection.line, station, selection.reference_type, 0.0F, selection.data_type, selection.dipole},
+            merged) != 0) {
+      return Outcome::failed;
+    }
+    row_count += add_curve(station, merged, files.avg);
+    if (show_row_count) {
+      show_row_count(row_count);
+    }
+  }
+  return Outcome::finished;
+}
+
+/// Puts all three files into place once all three are on the disk.
+void write_files(const ZongeFiles& files, const fs::path& avg_path) {
+  struct File {
+    const std::string& contents;
+    fs::path place;
+    fs::path neighbour;
+  };
+  const auto file = [&](const std::string& contents, const char* extension) {
+    fs::path place = avg_path;
+    place.replace_extension(extension);
+    fs::path neighbour = place;
+    neighbour += ".new";
+    return File{contents, std::move(place), std::move(neighbour)};
+  };
+  const std::array<File, 3> set{file(files.mde, ".mde"), file(files.avg, ".avg"), file(files.stn, ".stn")};
+  const ScopeGuard remove_neighbours([&set] {
+    for (const File& member : set) {
+      std::error_code ignored;
+      fs::remove(member.neighbour, ignored);
+    }
+  });
+  for (const File& member : set) {
+    if (fs::is_directory(member.place)) {
+      throw std::runtime_error(member.place.string() + ": is a folder");
+    }
+    safe_files::write_into_place(member.neighbour, member.contents);
+  }
+  for (const File& member : set) {
+    safe_files::move_into_place(member.neighbour, member.place);
+  }
+}
+
+/// Loads the frequency list of the selection and leaves that of the main selection behind.
+class FrequencyListOf {
+ public:
+  explicit FrequencyListOf(std::int32_t reference_type)
+      : status(Module_database::load_reference_frequencies(reference_type)) {}
+  FrequencyListOf(const FrequencyListOf&) = delete;
+  FrequencyListOf& operator=(const FrequencyListOf&) = delete;
+  ~FrequencyListOf() {
+    if (session().current_reference_type >= 0) {
+      (void)Module_database::load_reference_frequencies(session().current_reference_type);
+    }
+  }
+
+  const int status;  // 0, or -1 after a message
+};
+
+}  // namespace
+
+std::string zonge_file_name(const ZongeSelection& selection) {
+  std::string name = selection.line + "_" + format_number(selection.reference_type, "0") + ".avg";
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c == '/' || c == '\\' || c == ':'; }, '_');
+  return name;
+}
+
+std::chrono::year_month_day today() {
+  const std::time_t now = std::time(nullptr);
+  const std::tm* const local = std::localtime(&now);
+  return std::chrono::year(local->tm_year + 1900) / (local->tm_mon + 1) / local->tm_mday;
+}
+
+int output_zonge(const ZongeSelection& selection, const std::string& avg_path,
+                 const std::function<void(int)>& show_row_count, int& row_count,
+                 std::chrono::year_month_day date) {
+  row_count = 0;
+  return trap_errors("An error occurred while writing the Zonge files: ", [&] {
+    const std::vector<double> stations = stations_of(selection);
+    if (stations.empty()) {
+      user_interface().show_message("There is no data for the specified line and data type");
+      return -1;
+    }
+    const BusyPointer busy;
+    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+    const FrequencyListOf frequencies(selection.reference_type);
+    if (frequencies.status != 0) {
+      return -1;
+    }
+    if (show_row_count) {
+      show_row_count(0);
+    }
+    const ZongeLine line = describe_line(selection, stations, date);
+    ZongeFiles files{mde_text(line), avg_head(line), stn_head(selection.line)};
+    int rows = 0;
+    const Outcome outcome = add_stations(selection, stations, show_row_count, files, rows);
+    if (outcome == Outcome::finished) {
+      write_files(files, avg_path);
+      row_count = rows;
+    }
+    return outcome == Outcome::failed ? -1 : 0;
+  });
+}
+
+}  // namespace Module_output
