@@ -97,9 +97,9 @@ int add_curve(double station, const StoredReading& merged, std::string& avg) {
     if (is_enabled(curve.frequencies[index]) &&
         curve.masked_in(Module_database::field_resistivity, index) == 1 &&
         curve.masked_in(Module_database::field_phase, index) == 1) {
-      avg += avg_row(station, curve.frequencies[index],
-                     curve.value(Module_database::field_resistivity, index),
-                     curve.value(Module_database::field_phase, index));
+      avg +=
+          avg_row(station, curve.frequencies[index], curve.value(Module_database::field_resistivity, index),
+                  curve.value(Module_database::field_phase, index));
       ++rows;
     }
   }

@@ -94,10 +94,9 @@ std::string stn_head(std::string_view line) {
 }
 
 std::string stn_row(double station, double map_x, double map_y, double elevation) {
-  return lines({pad_field(format_number(station, "0.0"), 11) + " " +
-                pad_field(format_number(map_x, "0.0"), 11) + " " +
-                pad_field(format_number(map_y, "0.0"), 11) + " " +
-                pad_field(format_number(elevation, "0.00"), 11)});
+  return lines(
+      {pad_field(format_number(station, "0.0"), 11) + " " + pad_field(format_number(map_x, "0.0"), 11) + " " +
+       pad_field(format_number(map_y, "0.0"), 11) + " " + pad_field(format_number(elevation, "0.00"), 11)});
 }
 
 }  // namespace Module_output

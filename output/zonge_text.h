@@ -11,10 +11,10 @@ struct ZongeLine {
   std::string line;            // "200E"
   double first_station = 0.0;  // m
   double last_station = 0.0;
-  float dipole = 0.0F;          // electrode spacing, m
-  std::string bearing;          // "N45E"
-  std::string version;          // of this program
-  std::string database_name;    // without its folder
+  float dipole = 0.0F;        // electrode spacing, m
+  std::string bearing;        // "N45E"
+  std::string version;        // of this program
+  std::string database_name;  // without its folder
   std::chrono::year_month_day date{};
 };
 

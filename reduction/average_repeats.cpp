@@ -21,8 +21,8 @@ constexpr float average_merge_frequency = -1.0F;
 /// The average of all repeats of a key that are switched on; empty if there is none.
 Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID) {
   dao::Recordset repeats = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM ReadingsDataTable WHERE " +
-      key_criteria("FileID>0", StationID, "ReductionType=0", key) + " ORDER BY EventNumber");
+      "SELECT * FROM ReadingsDataTable WHERE " + key_criteria("FileID>0", StationID, "ReductionType=0", key) +
+      " ORDER BY EventNumber");
   if (repeats.eof() || repeats.get_long("NumFrequencies") < 1) {
     return {};
   }

@@ -77,8 +77,8 @@ inline std::int32_t store(const ReadingKey& key, std::int32_t event, const Store
 
 /// A recordset standing on the row with this ID.
 inline dao::Recordset row(std::int32_t ID) {
-  return Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE ID = " +
-                                                                std::to_string(ID));
+  return Module_database::open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsDataTable WHERE ID = " + std::to_string(ID));
 }
 
 }  // namespace made

@@ -8,8 +8,8 @@
 #include "tests/reduction/made_readings.h"
 
 using namespace Module_averaged_data;
-using Module_database::Curve;
 using made::StoredReading;
+using Module_database::Curve;
 
 namespace {
 
@@ -144,7 +144,7 @@ TEST(Merged_curve, Union_of_many_scan_rates) {
       EXPECT_EQ(merged.value(1, index), no_data);
       EXPECT_EQ(merged.masked_in(1, index), 0);
     } else {
-      EXPECT_NEAR(merged.value(1, index) * at.contributions / at.sum, 1.0, 1e-6);  // six roundings
+      EXPECT_NEAR(double{merged.value(1, index)} * at.contributions / at.sum, 1.0, 1e-6);  // six roundings
       EXPECT_EQ(merged.masked_in(1, index), 1);
     }
     ++index;

@@ -8,8 +8,8 @@
 #include "tests/reduction/made_readings.h"
 
 using namespace Module_averaged_data;
-using Module_database::Curve;
 using made::StoredReading;
+using Module_database::Curve;
 
 namespace {
 
@@ -74,8 +74,8 @@ TEST(Repeat_sums, Deviation_of_one_value_or_of_equal_pairs_is_exactly_0) {
 
 TEST(Repeat_sums, Are_kept_in_single_precision) {
   // 2^24 + 1 is no single: the 1 is lost in the sum, and in the sum of squares as well.
-  const Curve average = average_of({8.0F}, {made::reading({{8.0F, 16777216.0F, 30.0F}}),
-                                            made::reading({{8.0F, 1.0F, 40.0F}})});
+  const Curve average =
+      average_of({8.0F}, {made::reading({{8.0F, 16777216.0F, 30.0F}}), made::reading({{8.0F, 1.0F, 40.0F}})});
   EXPECT_EQ(average.value(1, 0), 8388608.0F);
   EXPECT_EQ(average.value(3, 0), 8388608.0F);
   EXPECT_EQ(average.value(2, 0), 35.0F);

@@ -1,0 +1,321 @@
+#include "reduction/averages.h"
+
+#include "tests/reduction/made_readings.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_averaged_data;
+using made::Point;
+using Module_database::open_survey;
+
+namespace {
+
+const std::string averaging_failed = "An error occurred while calculating the average data: ";
+
+class Averages : public SurveyTest {
+ protected:
+  Averages() { new_survey(); }
+
+  static StoredReading average_of(const ReadingKey& key) {
+    StoredReading average;
+    EXPECT_EQ(average_repeats(key, average), 0);
+    return average;
+  }
+  static StoredReading merge_of(const ReadingKey& key) {
+    StoredReading merged;
+    EXPECT_EQ(merge_scan_rates(key, merged), 0);
+    return merged;
+  }
+  static StoredReading stored(std::int32_t ID) { return Module_database::read_reading(made::row(ID)); }
+
+  /// What a person sets on a derived reading; the mask of its first point is taken back.
+  static void set_edits(std::int32_t ID) {
+    dao::Recordset row = made::row(ID);
+    Module_database::Curve curve = Module_database::read_reading(row).curve;
+    curve.masked_in(1, 0) = 0;
+    row.edit();
+    row.set_binary("MaskBinary", Module_database::bytes_of(curve.mask));
+    row.set_bit("UsePhase", false);
+    row.set_single("ResOffset", 2.5F);
+    row.set_single("PhaseOffset", -3.0F);
+    row.update();
+  }
+  static void damage(std::int32_t ID) {
+    dao::Recordset row = made::row(ID);
+    row.edit();
+    row.set_long("NumFrequencies", 99);
+    row.update();
+  }
+  void expect_one_message(const std::string& beginning) {
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_EQ(messages[0].rfind(beginning, 0), 0U) << messages[0];
+    EXPECT_GT(messages[0].size(), beginning.size());
+  }
+
+  static inline const std::vector<Point> low_points{{1.0F, 10.0F, 40.0F}, {8.0F, 20.0F, 50.0F}};
+};
+
+}  // namespace
+
+TEST_F(Averages, Average_is_stored_whole) {
+  const ReadingKey key = made::key();
+  made::store(key, 2, made::reading({{1.0F, 30.0F, 60.0F}, {2.0F, 5.0F, 5.0F}}));
+  made::store(key, 1, made::reading(low_points));
+  session().data_changed = false;
+  const StoredReading average = average_of(key);
+  ASSERT_GT(average.ID, 0);
+  EXPECT_TRUE(session().data_changed);
+  EXPECT_EQ(average.curve.frequencies, (std::vector<float>{1.0F, 2.0F, 8.0F}));
+  EXPECT_EQ(average.curve.value(1, 0), 20.0F);
+
+  const StoredReading again = stored(average.ID);
+  EXPECT_EQ(again.curve.frequencies, average.curve.frequencies);
+  EXPECT_EQ(again.curve.data, average.curve.data);
+  EXPECT_EQ(again.curve.mask, average.curve.mask);
+  const dao::Recordset row = made::row(average.ID);
+  const dao::Recordset raw = made::row(1);
+  EXPECT_EQ(row.get_long("FileID"), -1);
+  EXPECT_EQ(row.get_long("StationID"), raw.get_long("StationID"));
+  EXPECT_EQ(row.get_long("LocationID"), raw.get_long("LocationID"));
+  EXPECT_EQ(row.get_text("LineNumber"), "200E");
+  EXPECT_EQ(row.get_double("Station"), 100.0);
+  EXPECT_EQ(row.get_long("EventNumber"), 0);
+  EXPECT_EQ(row.get_long("ReductionType"), 1);
+  EXPECT_EQ(row.get_text("DataType"), "ExHy");
+  EXPECT_EQ(row.get_single("DipoleLength"), 50.0F);
+  EXPECT_EQ(row.get_single("SampleRate"), 256.0F);
+  EXPECT_EQ(row.get_single("MergeFrequency"), -1.0F);
+  EXPECT_EQ(row.get_long("NumFields"), 20);
+  EXPECT_TRUE(row.get_bit("UseReading") && row.get_bit("UseResistivity") && row.get_bit("UsePhase"));
+  EXPECT_EQ(row.get_single("ResOffset"), 1.0F);
+  EXPECT_EQ(row.get_single("PhaseOffset"), 0.0F);
+}
+
+TEST_F(Averages, Edits_of_an_average_survive_until_its_number_of_frequencies_changes) {
+  const ReadingKey key = made::key();
+  made::store(key, 1, made::reading(low_points));
+  const std::int32_t ID = average_of(key).ID;
+  set_edits(ID);
+  made::store(key, 2, made::reading({{1.0F, 30.0F, 60.0F}}));
+  for (const StoredReading& kept : {average_of(key), stored(ID)}) {
+    EXPECT_EQ(kept.ID, ID);
+    EXPECT_EQ(kept.curve.value(1, 0), 20.0F);
+    EXPECT_EQ(kept.curve.mask, (std::vector<std::int32_t>{0, 1, 1, 1}));
+    EXPECT_FALSE(kept.UsePhase);
+    EXPECT_EQ(kept.ResOffset, 2.5F);
+    EXPECT_EQ(kept.PhaseOffset, -3.0F);
+  }
+  made::store(key, 3, made::reading({{2.0F, 7.0F, 7.0F}}));
+  EXPECT_EQ(average_of(key).curve.count(), 3U);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID<0"), 1);
+  StoredReading found;
+  ASSERT_EQ(get_reduced_reading(1, AllowRaw::no, key, found), 0);
+  EXPECT_EQ(found.curve.mask, (std::vector<std::int32_t>{1, 1, 1, 1, 1, 1}));
+  EXPECT_TRUE(found.UsePhase);
+  EXPECT_EQ(found.ResOffset, 1.0F);
+  EXPECT_EQ(found.PhaseOffset, 0.0F);
+}
+
+TEST_F(Averages, Nothing_is_stored_without_a_used_repeat) {
+  const ReadingKey key = made::key();
+  EXPECT_EQ(average_of(key).ID, 0);
+  const std::int32_t raw = made::store(key, 1, made::reading(low_points));
+  const std::int32_t ID = average_of(key).ID;
+  dao::Recordset row = made::row(raw);
+  row.edit();
+  row.set_bit("UseReading", false);
+  row.update();
+  EXPECT_EQ(average_of(key).ID, 0);
+  EXPECT_EQ(stored(ID).curve.count(), 2U);
+
+  const ReadingKey other = made::key(8.0F);
+  made::store(other, 0, made::reading({}));  // the first event is without frequencies
+  made::store(other, 1, made::reading(low_points));
+  EXPECT_EQ(average_of(other).ID, 0);
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(Averages, Keys_find_their_rows_whatever_their_decimals) {
+  session().current_reference_type = 0;
+  ReadingKey keys[6];
+  std::fill(std::begin(keys), std::end(keys), made::key());
+  keys[1].scan_rate = 0.1F;
+  keys[2].scan_rate = 24000.0F / 7.0F;
+  keys[3].dipole = 33.3F;
+  keys[3].station = 1250.4;
+  keys[4].station = -12.5;
+  keys[5].reference_type = 2;
+  for (std::size_t i = 0; i < std::size(keys); ++i) {
+    made::store(keys[i], 1, made::reading({{8.0F, static_cast<float>(i) + 1.0F, 45.0F}}));
+  }
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t i = 0; i < std::size(keys); ++i) {
+      SCOPED_TRACE(i);
+      EXPECT_EQ(average_of(keys[i]).curve.value(1, 0), static_cast<float>(i) + 1.0F);
+    }
+    EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID<0"), 6);
+  }
+}
+
+TEST_F(Averages, A_point_whose_frequency_is_not_in_the_list_is_left_out) {
+  made::store(made::key(8.0F), 1, made::reading({{1.0F, 1.0F, 1.0F}, {8.0F, 1.0F, 1.0F}}));
+  // As long as the list and within a thousandth: the list stays as it is.
+  made::store(made::key(), 1, made::reading({{1.0005F, 10.0F, 40.0F}, {8.0F, 20.0F, 50.0F}}));
+  EXPECT_EQ(average_of(made::key()).curve.frequencies, std::vector<float>{8.0F});
+}
+
+TEST_F(Averages, Damaged_repeats_are_told_and_the_earlier_average_stays) {
+  const ReadingKey key = made::key();
+  const std::int32_t raw = made::store(key, 1, made::reading(low_points));
+  const std::int32_t ID = average_of(key).ID;
+  damage(raw);
+  StoredReading average;
+  EXPECT_EQ(average_repeats(key, average), -1);
+  EXPECT_EQ(average.ID, 0);
+  expect_one_message(averaging_failed);
+  EXPECT_EQ(stored(ID).curve.count(), 2U);
+
+  ReadingKey quoted = key;
+  quoted.data_type = "Ex'Hy";
+  EXPECT_EQ(average_repeats(quoted, average), -1);
+  expect_one_message(averaging_failed);
+}
+
+TEST_F(Averages, Merged_curve_is_stored_whole_and_its_edits_survive) {
+  const ReadingKey low = made::key(8.0F);
+  const ReadingKey high = made::key(1024.0F);
+  made::store(low, 1, made::reading(low_points));
+  made::store(high, 1, made::reading({{8.0F, 40.0F, 60.0F}, {64.0F, 70.0F, 30.0F}}));
+  const std::int32_t low_average = average_of(low).ID;
+  average_of(high);
+  dao::Recordset row = made::row(low_average);
+  row.edit();
+  row.set_single("ResOffset", 0.0F);  // reads as 1
+  row.update();
+
+  const StoredReading merged = merge_of(high);
+  EXPECT_EQ(merged.curve.frequencies, (std::vector<float>{1.0F, 8.0F, 64.0F}));
+  EXPECT_EQ(merged.curve.value(1, 0), 10.0F);
+  EXPECT_EQ(merged.curve.value(1, 1), 30.0F);
+  EXPECT_EQ(merged.curve.value(2, 1), 55.0F);
+  EXPECT_EQ(merged.curve.value(5, 1), 40.0F);
+  const dao::Recordset stored_row = made::row(merged.ID);
+  EXPECT_EQ(stored_row.get_long("FileID"), -1);
+  EXPECT_EQ(stored_row.get_long("EventNumber"), 0);
+  EXPECT_EQ(stored_row.get_long("ReductionType"), 2);
+  EXPECT_EQ(stored_row.get_single("SampleRate"), 0.0F);
+  EXPECT_EQ(stored_row.get_single("MergeFrequency"), 0.0F);
+  EXPECT_EQ(stored(merged.ID).curve.data, merged.curve.data);
+
+  set_edits(merged.ID);
+  for (const StoredReading& kept : {merge_of(low), stored(merged.ID)}) {
+    EXPECT_EQ(kept.curve.mask, (std::vector<std::int32_t>{0, 1, 1, 1, 1, 1}));
+    EXPECT_EQ(kept.ResOffset, 2.5F);
+    EXPECT_FALSE(kept.UsePhase);
+  }
+  made::store(low, 2, made::reading({{0.5F, 1.0F, 1.0F}}));
+  average_of(low);
+  const StoredReading grown = merge_of(low);
+  EXPECT_EQ(grown.ID, merged.ID);
+  EXPECT_EQ(grown.curve.mask, std::vector<std::int32_t>(8, 1));
+  EXPECT_EQ(grown.ResOffset, 2.5F);
+  EXPECT_EQ(grown.PhaseOffset, -3.0F);
+  EXPECT_FALSE(grown.UsePhase);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 1);
+}
+
+TEST_F(Averages, Scan_rates_that_are_switched_off_are_not_merged) {
+  const ReadingKey low = made::key(8.0F);
+  made::store(low, 1, made::reading(low_points));
+  const std::int32_t average = average_of(low).ID;
+  const std::int32_t merged = merge_of(low).ID;
+  for (const auto& fields :
+       {std::vector<const char*>{"UseReading"}, std::vector<const char*>{"UseResistivity", "UsePhase"}}) {
+    dao::Recordset row = made::row(average);
+    row.edit();
+    for (const char* field : {"UseReading", "UseResistivity", "UsePhase"}) {
+      row.set_bit(field, std::find(fields.begin(), fields.end(), field) == fields.end());
+    }
+    row.update();
+    EXPECT_EQ(merge_of(low).ID, 0);
+    EXPECT_EQ(stored(merged).curve.count(), 2U);
+  }
+}
+
+TEST_F(Averages, Files_of_averaged_data_stand_in_and_are_merged) {
+  const ReadingKey key = made::key();
+  const std::int32_t imported = made::store(key, 0, made::reading(low_points), 1);
+  StoredReading found;
+  EXPECT_EQ(get_reduced_reading(1, AllowRaw::no, key, found), 0);
+  EXPECT_EQ(found.ID, 0);
+  EXPECT_EQ(get_reduced_reading(1, AllowRaw::yes, key, found), 0);
+  EXPECT_EQ(found.ID, imported);
+  EXPECT_EQ(found.FileID, 7);
+  EXPECT_EQ(merge_of(key).curve.value(1, 1), 20.0F);
+}
+
+TEST_F(Averages, Reduced_readings_are_made_where_they_are_missing) {
+  made::store(made::key(8.0F), 1, made::reading(low_points));
+  average_of(made::key(8.0F));
+  StoredReading merged;
+  ASSERT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), merged), 0);
+  EXPECT_GT(merged.ID, 0);
+  EXPECT_EQ(merged.curve.value(1, 1), 20.0F);
+  EXPECT_EQ(rows_in("ReadingsDataTable"), 3);
+  StoredReading again;
+  ASSERT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), again), 0);
+  EXPECT_EQ(again.ID, merged.ID);
+  EXPECT_EQ(again.curve.data, merged.curve.data);
+
+  EXPECT_EQ(get_reduced_reading(2, AllowRaw::yes, made::key(0.0F, 999.0), again), 0);
+  EXPECT_EQ(again.ID, 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable"), 3);
+
+  damage(merged.ID);
+  EXPECT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), again), -1);
+  expect_one_message("An error occurred while calculating the merged data: ");
+}
+
+TEST_F(Averages, Recalculation_rebuilds_every_average_and_merged_curve) {
+  for (int station = 0; station < 4; ++station) {
+    for (const float scan_rate : {8.0F, 1024.0F}) {
+      ReadingKey key = made::key(scan_rate, 100.0 * station);
+      key.reference_type = station == 3 ? 1 : 0;
+      made::store(key, 1, made::reading(low_points));
+      made::store(key, 2, made::reading({{1.0F, 30.0F, 60.0F}}));
+    }
+  }
+  session().current_reference_type = 1;
+  ASSERT_EQ(Module_database::load_reference_frequencies(1), 0);
+  made::store(made::key(8.0F, 0.0), 3, made::reading({{0.25F, 30.0F, 60.0F}}));
+  ASSERT_EQ(recalculate_merged(), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 8);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 4);
+  EXPECT_EQ(session().frequency_count, 2) << "the list of the selected reference type";
+  EXPECT_EQ(interface->progress.front(), 0);
+  EXPECT_EQ(interface->progress.back(), -1);
+  EXPECT_FALSE(interface->busy);
+  ASSERT_EQ(recalculate_merged(), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID<0"), 12);
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(Averages, Recalculation_keeps_what_it_did_before_a_stop_or_a_failure) {
+  std::int32_t third = 0;
+  for (int station = 0; station < 4; ++station) {
+    const std::int32_t ID = made::store(made::key(8.0F, 100.0 * station), 1, made::reading(low_points));
+    third = station == 2 ? ID : third;
+  }
+  int asked = 0;
+  interface->stop = [&asked] { return ++asked > 2; };
+  EXPECT_EQ(recalculate_merged(), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 2);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 0);
+  interface->stop = [] { return false; };
+
+  damage(third);
+  EXPECT_EQ(recalculate_merged(), -1);
+  expect_one_message(averaging_failed);
+  reopen();
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 2);
+}
