@@ -1,0 +1,113 @@
+#include "samples/edi_text.h"
+
+#include <numbers>
+#include <string_view>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "samples/layered_earth.h"
+
+namespace Module_samples {
+namespace {
+
+constexpr std::array<std::string_view, 4> element_names{"XX", "XY", "YX", "YY"};
+constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
+
+std::string metres(double value) { return format_number(value, "0.0"); }
+
+void append_head(const EdiSection& section, std::string& text) {
+  text +=
+      ">HEAD\n  DATAID=\"" + section.data_id +
+      "\"\n  ACQBY=\"Brenlox sample survey\"\n  FILEBY=\"brenlox_make_samples\"\n  ACQDATE=" + section.date +
+      "\n  FILEDATE=" + section.date + "\n  ELEV=" + metres(section.elevation) +
+      "\n  UNITS=M\n  STDVERS=\"SEG 1.0\"\n  MAXSECT=1\n  EMPTY=1.0E+32\n\n>INFO\n" + section.remark + '\n';
+}
+
+// The electric dipoles are centred on the station. Ey's second electrode lies to the west.
+void append_channels(const EdiSection& section, std::string& text) {
+  const std::string north = metres(section.north);
+  const std::string east = metres(section.east);
+  const std::string height = metres(section.elevation);
+  const double half = section.dipole / 2.0;
+  const std::string place = " X=" + north + " Y=" + east + " Z=" + height;
+  const auto electrode = [&](std::string_view suffix, double x, double y) {
+    const std::string end(suffix);
+    return " X" + end + "=" + metres(x) + " Y" + end + "=" + metres(y) + " Z" + end + "=" + height;
+  };
+  text += ">=DEFINEMEAS\n  MAXCHAN=4\n  MAXRUN=1\n  MAXMEAS=4\n  UNITS=M\n  REFTYPE=CART\n";
+  text += ">HMEAS ID=1001.001 CHTYPE=HX" + place + " AZM=0.0\n";
+  text += ">HMEAS ID=1002.001 CHTYPE=HY" + place + " AZM=90.0\n";
+  text += ">EMEAS ID=1003.001 CHTYPE=EX" + electrode("", section.north - half, section.east) +
+          electrode("2", section.north + half, section.east) + '\n';
+  text += ">EMEAS ID=1004.001 CHTYPE=EY" + electrode("", section.north, section.east + half) +
+          electrode("2", section.north, section.east - half) + "\n\n";
+}
+
+void append_block(const std::string& tag, const std::vector<double>& values, std::string& text) {
+  constexpr std::size_t values_in_line = 6;
+  text += '>' + tag + " // " + std::to_string(values.size()) + '\n';
+  for (std::size_t index = 0; index < values.size(); ++index) {
+    text += pad_field(format_number(values[index], "0.000000E+00"), 15);
+    if ((index + 1) % values_in_line == 0 || index + 1 == values.size()) {
+      text += '\n';
+    }
+  }
+}
+
+/// One value for each frequency.
+template <class Value>
+std::vector<double> each(const EdiSection& section, Value value) {
+  std::vector<double> values;
+  values.reserve(section.frequencies.size());
+  for (std::size_t index = 0; index < section.frequencies.size(); ++index) {
+    values.push_back(value(index));
+  }
+  return values;
+}
+
+void append_impedances(const EdiSection& section, std::size_t element, std::string& text) {
+  const TensorElement& tensor = section.elements[element];
+  const std::string tag = "Z" + std::string(element_names[element]);
+  append_block(tag + "R ROT=NORTH", each(section, [&](auto k) { return tensor.impedance[k].real(); }), text);
+  append_block(tag + "I ROT=NORTH", each(section, [&](auto k) { return tensor.impedance[k].imag(); }), text);
+  append_block(tag + ".VAR ROT=NORTH",
+               each(section, [&](auto k) { return tensor.deviation[k] * tensor.deviation[k]; }), text);
+}
+
+// Errors by first-order propagation: d rho / rho = 2 d|Z| / |Z|, d phi = d|Z| / |Z|.
+void append_resistivities(const EdiSection& section, std::size_t element, std::string& text) {
+  const TensorElement& tensor = section.elements[element];
+  const std::string name(element_names[element]);
+  const auto resistivity = [&](std::size_t k) {
+    return apparent_resistivity(tensor.impedance[k], section.frequencies[k]);
+  };
+  const auto relative_error = [&](std::size_t k) {
+    return tensor.deviation[k] / std::abs(tensor.impedance[k]);
+  };
+  append_block("RHO" + name, each(section, resistivity), text);
+  append_block("RHO" + name + ".ERR",
+               each(section, [&](auto k) { return 2.0 * resistivity(k) * relative_error(k); }), text);
+  append_block("PHS" + name, each(section, [&](auto k) { return phase_degrees(tensor.impedance[k]); }), text);
+  append_block("PHS" + name + ".ERR",
+               each(section, [&](auto k) { return degrees_per_radian * relative_error(k); }), text);
+}
+
+}  // namespace
+
+std::string edi_text(const EdiSection& section) {
+  std::string text;
+  append_head(section, text);
+  append_channels(section, text);
+  text += ">=MTSECT\n  SECTID=\"" + section.section_id +
+          "\"\n  NFREQ=" + std::to_string(section.frequencies.size()) +
+          "\n  HX=1001.001\n  HY=1002.001\n  EX=1003.001\n  EY=1004.001\n\n";
+  append_block("FREQ ORDER=DEC", section.frequencies, text);
+  append_block("ZROT", std::vector<double>(section.frequencies.size(), 0.0), text);
+  for (std::size_t element = 0; element < section.elements.size(); ++element) {
+    append_impedances(section, element, text);
+    append_resistivities(section, element, text);
+  }
+  return text + ">END\n";
+}
+
+}  // namespace Module_samples

@@ -1,0 +1,33 @@
+// edi_text.h: the text of an EDI file with one section of impedances, resistivities and phases.
+//
+// Arrays run over the frequencies of the section. Impedances are in mV/km/nT, errors are one standard
+// deviation.
+#pragma once
+#include <array>
+#include <complex>
+#include <string>
+#include <vector>
+
+namespace Module_samples {
+
+struct TensorElement {
+  std::vector<std::complex<double>> impedance;
+  std::vector<double> deviation;  // of real and imaginary part, mV/km/nT
+};
+
+struct EdiSection {
+  std::string data_id;
+  std::string section_id;
+  std::string date;                       // "05/14/11", month, day, year
+  std::string remark;                     // for >INFO; lines end in LF
+  double north = 0.0;                     // m
+  double east = 0.0;                      // m
+  double elevation = 0.0;                 // m
+  double dipole = 0.0;                    // m
+  std::vector<double> frequencies;        // Hz, descending
+  std::array<TensorElement, 4> elements;  // XX, XY, YX, YY
+};
+
+std::string edi_text(const EdiSection& section);
+
+}  // namespace Module_samples

@@ -1,0 +1,49 @@
+// brenlox_make_samples: writes the field files of the made survey into a folder.
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "samples/sample_survey.h"
+
+namespace {
+
+void write_file(const std::filesystem::path& path, const std::string& text) {
+  std::ofstream stream(path, std::ios::binary);
+  stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+  stream.close();
+  if (!stream) {
+    throw std::runtime_error(path.string() + " can't be written");
+  }
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  CLI::App program(
+      "Writes the EDI files of a made survey: two lines of twelve stations over layered ground, two "
+      "scan rates, three repeats. The same seed gives the same files.");
+  std::string folder;
+  std::uint64_t seed = Module_samples::default_seed;
+  program.add_option("OUTPUT_FOLDER", folder, "folder for the files; made if it is missing")->required();
+  program.add_option("--seed", seed, "seed of the random numbers")->capture_default_str();
+  try {
+    program.parse(argument_count, arguments);
+  } catch (const CLI::ParseError& fault) {
+    return program.exit(fault) == 0 ? 0 : 2;
+  }
+  try {
+    std::filesystem::create_directories(folder);
+    const std::vector<Module_samples::SampleFile> files = Module_samples::make_sample_survey(seed);
+    for (const Module_samples::SampleFile& file : files) {
+      write_file(std::filesystem::path(folder) / file.name, file.text);
+    }
+    std::cout << files.size() << " files written to " << folder << '\n';
+    return 0;
+  } catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return 1;
+  }
+}

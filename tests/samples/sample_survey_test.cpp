@@ -1,0 +1,148 @@
+// The files of the made survey: how many, the same each time, and with the faults they promise.
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "samples/sample_survey.h"
+
+namespace {
+
+using namespace Module_samples;  // the room under test
+
+const std::vector<SampleFile>& survey() {
+  static const std::vector<SampleFile> files = make_sample_survey();
+  return files;
+}
+
+const std::string& text_of(const std::string& name) {
+  const auto found = std::ranges::find(survey(), name, &SampleFile::name);
+  if (found == survey().end()) {
+    throw std::runtime_error("no file " + name);
+  }
+  return found->text;
+}
+
+/// The values of a block, in the order of the file.
+std::vector<double> block(const std::string& text, const std::string& tag) {
+  const std::size_t start = text.find("\n>" + tag + " ");
+  if (start == std::string::npos) {
+    throw std::runtime_error("no block " + tag);
+  }
+  const std::size_t first = text.find('\n', start + 1) + 1;
+  std::string_view rest = std::string_view(text).substr(first, text.find('>', first) - first);
+  std::vector<double> values;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find('\n');
+    std::string_view line = rest.substr(0, end);
+    for (std::string_view token = next_token(line); !token.empty(); token = next_token(line)) {
+      values.push_back(numeric_value(token));
+    }
+    rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
+  }
+  return values;
+}
+
+/// Median over the frequencies of a file's resistivity divided by that of the layers below the station.
+double median_shift(const std::string& name, const std::string& tag, const SampleLine& line, double station) {
+  const std::vector<double> frequencies = block(text_of(name), "FREQ");
+  std::vector<double> ratios = block(text_of(name), tag);
+  for (std::size_t k = 0; k < ratios.size(); ++k) {
+    ratios[k] /=
+        apparent_resistivity(surface_impedance(ground_below(line, station), frequencies[k]), frequencies[k]);
+  }
+  std::ranges::sort(ratios);
+  return ratios[ratios.size() / 2];
+}
+
+/// Mean size of the logarithm of a resistivity against that of the layers.
+double scatter(const std::string& name, const SampleLine& line, double station) {
+  const std::vector<double> frequencies = block(text_of(name), "FREQ");
+  const std::vector<double> values = block(text_of(name), "RHOXY");
+  double sum = 0.0;
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    sum += std::abs(std::log(
+        values[k] / apparent_resistivity(surface_impedance(ground_below(line, station), frequencies[k]),
+                                         frequencies[k])));
+  }
+  return sum / static_cast<double>(values.size());
+}
+
+TEST(Sample_survey, Has_every_file_once_under_a_name_that_can_be_taken_apart) {
+  std::set<std::string> names;
+  for (const SampleFile& file : survey()) {
+    names.insert(file.name);
+    const bool known_line = file.name.substr(1, 4) == "200E" || file.name.substr(1, 4) == "400E";
+    EXPECT_TRUE(known_line) << file.name;
+    EXPECT_TRUE(is_numeric(file.name.substr(7, 4))) << file.name;
+    EXPECT_TRUE(is_numeric(file.name.substr(13, 1))) << file.name;
+    EXPECT_TRUE(is_numeric(file.name.substr(16, 4))) << file.name;
+  }
+  EXPECT_EQ(survey().size(), 2U * 12U * 2U * 3U);
+  EXPECT_EQ(names.size(), survey().size());
+}
+
+TEST(Sample_survey, Is_the_same_each_time_and_another_with_another_seed) {
+  const std::vector<SampleFile> again = make_sample_survey();
+  const std::vector<SampleFile> other = make_sample_survey(7);
+  ASSERT_EQ(again.size(), survey().size());
+  ASSERT_EQ(other.size(), survey().size());
+  for (std::size_t k = 0; k < again.size(); ++k) {
+    EXPECT_EQ(again[k].text, survey()[k].text);
+    EXPECT_NE(other[k].text, survey()[k].text);
+  }
+}
+
+TEST(Sample_survey, Scan_rates_share_frequencies_to_the_last_digit) {
+  const std::vector<double> high = block(text_of("L200E_S0100_E1_R4096.edi"), "FREQ");
+  const std::vector<double> low = block(text_of("L200E_S0100_E1_R0256.edi"), "FREQ");
+  const auto shared = std::ranges::count_if(low, [&](double f) { return std::ranges::count(high, f) == 1; });
+  EXPECT_EQ(shared, 9);  // 64 to 4 Hz, two to the octave
+  EXPECT_EQ(high.size(), 17U);
+  EXPECT_EQ(low.size(), 21U);
+}
+
+TEST(Sample_survey, Shifted_stations_are_shifted_and_no_other) {
+  for (const SampleLine& line : sample_lines) {
+    for (const double station : {line.shifted_station, line.shifted_station + station_step}) {
+      const bool shifted = station == line.shifted_station;
+      const std::string name =
+          "L" + std::string(line.name) + "_S" + format_number(station, "0000") + "_E1_R4096.edi";
+      SCOPED_TRACE(name);
+      const double of_ex = shifted ? line.shift_of_ex : 1.0;
+      const double of_ey = shifted ? line.shift_of_ey : 1.0;
+      EXPECT_NEAR(median_shift(name, "RHOXY", line, station) / of_ex, 1.0, 0.05);
+      EXPECT_NEAR(median_shift(name, "RHOYX", line, station) / of_ey, 1.0, 0.05);
+    }
+  }
+}
+
+TEST(Sample_survey, One_repeat_of_a_line_is_spoiled) {
+  const SampleLine& line = sample_lines[0];
+  const double spoiled = scatter("L200E_S0800_E2_R4096.edi", line, 800.0);
+  EXPECT_GT(spoiled, 3.0 * scatter("L200E_S0800_E1_R4096.edi", line, 800.0));
+  EXPECT_GT(spoiled, 3.0 * scatter("L200E_S0800_E3_R4096.edi", line, 800.0));
+}
+
+// A phase of 0 or below would be masked at import.
+TEST(Sample_survey, Phases_of_both_modes_lie_in_the_first_quadrant) {
+  std::size_t inside = 0;
+  std::size_t all = 0;
+  for (const SampleFile& file : survey()) {
+    for (const char* tag : {"PHSXY", "PHSYX"}) {
+      for (const double phase : block(file.text, tag)) {
+        ++all;
+        inside += phase > 0.0 && phase < 90.0 ? 1U : 0U;
+      }
+    }
+  }
+  EXPECT_EQ(all, 2U * 3U * 24U * (17U + 21U));
+  EXPECT_GT(static_cast<double>(inside), 0.97 * static_cast<double>(all));  // but for outliers
+}
+
+}  // namespace
