@@ -1,0 +1,25 @@
+#include "batch/command.h"
+
+#include <exception>
+
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "database/survey_database.h"
+
+namespace Batch {
+
+void add_survey_argument(CLI::App& parser, std::string& path) {
+  parser.add_option("SURVEY.mdb", path, "the survey database")->required();
+}
+
+int with_open_survey(const std::string& path, const std::function<int()>& work) {
+  session().database_file = path;
+  if (Module_database::open_database() != 0) {
+    return status_failed;
+  }
+  const int worked = trap_errors("An error occurred while working on the survey: ", work);
+  const int closed = Module_database::close_database();
+  return worked == 0 && closed == 0 ? status_done : status_failed;
+}
+
+}  // namespace Batch

@@ -1,0 +1,34 @@
+// command.h: the commands of brenlox_batch. Each stands in a file of its own and adds itself to the program.
+#pragma once
+#include <functional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace Batch {
+
+inline constexpr int status_done = 0;
+inline constexpr int status_failed = 1;       // after a message
+inline constexpr int status_wrong_usage = 2;  // after a message
+
+struct Command {
+  CLI::App* parser = nullptr;  // owned by the program
+  std::function<int()> run;    // gives the exit status
+};
+
+Command add_new_command(CLI::App& program);
+Command add_import_command(CLI::App& program);
+Command add_recalculate_command(CLI::App& program);
+Command add_info_command(CLI::App& program);
+Command add_curve_command(CLI::App& program);
+Command add_zonge_command(CLI::App& program);
+
+/// Adds the positional SURVEY.mdb to a command.
+void add_survey_argument(CLI::App& parser, std::string& path);
+
+/// Opens the survey, runs `work` on it (0 done, -1 failed after a message) and closes it again, also when
+/// the work has failed.
+/// @return the exit status
+int with_open_survey(const std::string& path, const std::function<int()>& work);
+
+}  // namespace Batch

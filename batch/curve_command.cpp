@@ -1,0 +1,199 @@
+// brenlox_batch curve: the stored curves of one component at one station.
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "batch/command.h"
+#include "batch/reading_option.h"
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/user_interface.h"
+#include "database/reading.h"
+#include "database/survey_database.h"
+#include "reduction/averages.h"
+
+namespace Batch {
+namespace {
+
+using Module_database::ReadingKey;
+using Module_database::StoredReading;
+
+struct CurveOptions {
+  std::string survey;
+  ReadingOption reading;
+  double station = 0.0;
+  std::int32_t reduction = 2;
+  std::optional<float> rate;  // Hz
+  bool json = false;
+};
+
+std::string criteria_of(const CurveOptions& options) {
+  return "LineNumber = '" + options.reading.line + "' AND Station = " + criterion_text(options.station) +
+         " AND ReferenceType = " + format_number(options.reading.reference_type, "0") + " AND DataType = '" +
+         options.reading.data_type + "' AND DipoleLength = " + criterion_text(options.reading.dipole);
+}
+
+std::vector<StoredReading> load_repeats(const CurveOptions& options) {
+  std::string statement =
+      "SELECT * FROM ReadingsDataTable WHERE FileID>0 AND ReductionType = 0 AND " + criteria_of(options);
+  if (options.rate) {
+    statement += " AND SampleRate = " + criterion_text(*options.rate);
+  }
+  std::vector<StoredReading> repeats;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      statement + " ORDER BY SampleRate,EventNumber,ID");
+  for (; !rows.eof(); rows.move_next()) {
+    repeats.push_back(Module_database::read_reading(rows));
+  }
+  return repeats;
+}
+
+/// The only scan rate of an average when none was asked for.
+std::optional<float> only_scan_rate(const CurveOptions& options) {
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT SampleRate FROM ReadingsDataTable WHERE ReductionType<2 AND " + criteria_of(options));
+  std::optional<float> rate;
+  for (; !rows.eof(); rows.move_next()) {
+    if (rate) {
+      return std::nullopt;
+    }
+    rate = rows.get_single("SampleRate");
+  }
+  return rate ? rate : 0.0F;  // nothing there: the search itself finds that out
+}
+
+/// @return 0, or -1 after a message
+int load_reduced(const CurveOptions& options, StoredReading& reading) {
+  ReadingKey key{options.reading.line,      options.station,       options.reading.reference_type, 0.0F,
+                 options.reading.data_type, options.reading.dipole};
+  if (options.reduction == 1) {
+    const std::optional<float> rate = options.rate ? options.rate : only_scan_rate(options);
+    if (!rate) {
+      user_interface().show_message("The station has several scan rates; choose one with --rate");
+      return -1;
+    }
+    key.scan_rate = *rate;
+  }
+  return Module_averaged_data::get_reduced_reading(options.reduction, Module_averaged_data::AllowRaw::yes,
+                                                   key, reading);
+}
+
+/// A single as the decimal that people know it by.
+double json_number(float value) { return decimal_of_single(value); }
+
+nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {
+  nlohmann::ordered_json json;
+  json["id"] = reading.ID;
+  json["file_id"] = reading.FileID;
+  if (with_event) {
+    json["event"] = reading.EventNumber;
+  }
+  json["frequencies"] = nlohmann::ordered_json::array();
+  json["data"] = nlohmann::ordered_json::array();
+  json["mask"] = nlohmann::ordered_json::array();
+  for (std::size_t index = 0; index < reading.curve.count(); ++index) {
+    json["frequencies"].push_back(json_number(reading.curve.frequencies[index]));
+    nlohmann::ordered_json fields = nlohmann::ordered_json::array();
+    for (int field = 1; field <= Module_database::field_count; ++field) {
+      fields.push_back(json_number(reading.curve.value(field, index)));
+    }
+    json["data"].push_back(std::move(fields));
+    json["mask"].push_back({reading.curve.masked_in(1, index), reading.curve.masked_in(2, index)});
+  }
+  json["use"] = {reading.UseReading, reading.UseResistivity, reading.UsePhase};
+  json["res_offset"] = json_number(reading.ResOffset);
+  json["phase_offset"] = json_number(reading.PhaseOffset);
+  return json;
+}
+
+std::string shown(float value) { return is_absent(value) ? "-" : plain_text(value); }
+
+void print_table(const StoredReading& reading, bool reduced) {
+  using namespace Module_database;  // the field names
+  constexpr int width = 13;
+  const int resistivity_error = reduced ? field_resistivity_deviation : field_resistivity_error;
+  const int phase_error = reduced ? field_phase_deviation : field_phase_error;
+  std::cout << "reading " << reading.ID << ", event " << reading.EventNumber
+            << (reading.UseReading ? "" : ", not used")
+            << (reading.UseResistivity ? "" : ", resistivity not used")
+            << (reading.UsePhase ? "" : ", phase not used") << ", resistivity times "
+            << plain_text(reading.ResOffset) << ", phase plus " << plain_text(reading.PhaseOffset) << '\n';
+  std::cout << std::right << std::setw(width) << "Frequency" << std::setw(width) << "Resistivity"
+            << std::setw(width) << "Error" << std::setw(width) << "Phase" << std::setw(width) << "Error"
+            << "  Mask\n";
+  std::cout << std::setw(width) << "Hz" << std::setw(width) << "ohm-m" << std::setw(width) << "ohm-m"
+            << std::setw(width) << "degrees" << std::setw(width) << "degrees" << '\n';
+  for (std::size_t index = 0; index < reading.curve.count(); ++index) {
+    std::cout << std::setw(width) << plain_text(reading.curve.frequencies[index]);
+    for (const int field : {static_cast<int>(field_resistivity), resistivity_error,
+                            static_cast<int>(field_phase), phase_error}) {
+      std::cout << std::setw(width) << shown(reading.curve.value(field, index));
+    }
+    std::cout << "  " << reading.curve.masked_in(1, index) << ' ' << reading.curve.masked_in(2, index)
+              << '\n';
+  }
+}
+
+void print(const std::vector<StoredReading>& readings, const CurveOptions& options) {
+  const bool repeats = options.reduction == 0;
+  if (!options.json) {
+    for (const StoredReading& reading : readings) {
+      print_table(reading, !repeats);
+    }
+    return;
+  }
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const StoredReading& reading : readings) {
+    list.push_back(to_json(reading, repeats));
+  }
+  std::cout << (repeats ? list : list.front()).dump() << '\n';
+}
+
+int show_curve(const CurveOptions& options) {
+  std::vector<StoredReading> readings;
+  if (options.reduction == 0) {
+    readings = load_repeats(options);
+  } else {
+    StoredReading reading;
+    if (load_reduced(options, reading) != 0) {
+      return -1;
+    }
+    if (reading.ID != 0) {
+      readings.push_back(std::move(reading));
+    }
+  }
+  if (readings.empty()) {
+    user_interface().show_message("There is no such reading in the survey");
+    return -1;
+  }
+  print(readings, options);
+  return 0;
+}
+
+}  // namespace
+
+Command add_curve_command(CLI::App& program) {
+  const auto options = std::make_shared<CurveOptions>();
+  CLI::App* parser = program.add_subcommand("curve", "Shows the curves of one component at one station");
+  add_survey_argument(*parser, options->survey);
+  add_reading_options(*parser, options->reading);
+  parser->add_option("--station", options->station, "station")->required();
+  parser->add_option("--reduction", options->reduction, "0 repeats, 1 average, 2 merged curve")
+      ->required()
+      ->check(CLI::Range(0, 2));
+  parser->add_option(
+      "--rate", options->rate,
+      "scan rate, Hz; may be left out for a merged curve, for the repeats of all scan rates and for "
+      "the average of a station that has one scan rate");
+  parser->add_flag("--json", options->json,
+                   "as JSON: id, file_id, frequencies, data (20 values a frequency), mask, use, res_offset, "
+                   "phase_offset; repeats as a list, with event. An absent value is -1e32");
+  return {parser,
+          [options] { return with_open_survey(options->survey, [&] { return show_curve(*options); }); }};
+}
+
+}  // namespace Batch

@@ -1,0 +1,211 @@
+// brenlox_batch import: field files into a survey, with averages and merged curves of what they touched.
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <vector>
+
+#include "batch/command.h"
+#include "core/number_text.h"
+#include "core/trap_errors.h"
+#include "import/import_run.h"
+
+namespace Batch {
+namespace {
+
+using Module_data_file::DecodeRow;
+using Module_data_file::FileReport;
+using Module_data_file::ImportChoices;
+using Module_data_file::ImportMode;
+using Module_data_file::ImportReport;
+
+struct ImportOptions {
+  std::string survey;
+  std::vector<std::string> paths;
+  ImportChoices choices;
+  std::array<std::string, 3> columns;  // "START,WIDTH" of each decode row
+  std::string extension = "edi";
+  std::string report;
+  bool scan = false;
+};
+
+/// Full paths: opening a survey makes its folder the working one.
+std::string full_path(const std::string& path) { return std::filesystem::absolute(path).string(); }
+
+/// The files to import; a folder gives those below it.
+/// @return false if a folder gave none, after a message; `files` then holds what the others gave
+bool collect_files(const ImportOptions& options, std::vector<std::string>& files) {
+  bool complete = true;
+  for (const std::string& path : options.paths) {
+    if (!std::filesystem::is_directory(path)) {
+      files.push_back(full_path(path));
+      continue;
+    }
+    const std::vector<std::string> found =
+        Module_data_file::find_import_files(full_path(path), options.extension);
+    files.insert(files.end(), found.begin(), found.end());
+    if (found.empty()) {
+      user_interface().show_message("There is no file with the extension " + options.extension + " in " +
+                                    path);
+      complete = false;
+    }
+  }
+  return complete;
+}
+
+int write_report(const ImportReport& report, const std::string& path) {
+  return trap_errors("An error occurred while writing the import report: ", [&] {
+    std::ofstream stream(path, std::ios::binary);
+    stream << report.to_json() << '\n';
+    stream.close();
+    if (!stream) {
+      throw std::runtime_error(path + " can't be written");
+    }
+  });
+}
+
+void print_scanned_stations() {
+  for (const Module_data_file::ScannedStation& found : Module_data_file::reading_record().scan_list) {
+    std::cout << found.LineNumber << ' ' << plain_text(found.Station) << ", scan rate "
+              << plain_text(found.SampleRate) << " Hz, dipole " << plain_text(found.DipoleLength) << " m\n";
+  }
+}
+
+void print_summary(const ImportReport& report, bool scan) {
+  std::size_t readings = 0;
+  std::size_t failed = 0;
+  for (const FileReport& file : report.files) {
+    readings += static_cast<std::size_t>(file.readings);
+    if (!file.failure.empty()) {
+      ++failed;
+      user_interface().show_message(file.file + ": " + file.failure);
+    } else if (file.readings == 0) {
+      ++failed;
+      user_interface().show_message(file.file + ": no reading");
+    }
+    if (file.impedances_only) {
+      user_interface().show_message(file.file + ": impedances only; --from-impedance computes their curves");
+    }
+    if (file.all_yx_phases_negative) {
+      user_interface().show_message(file.file + ": all YX phases are negative; --turn-ey brings them up");
+    }
+  }
+  std::cout << report.files.size() << " files, " << readings
+            << (scan ? " readings met, " : " readings stored, ") << failed
+            << " files without a reading or with an error\n";
+  if (report.stopped) {
+    user_interface().show_message("Stopped; what was stored by then is kept");
+  }
+}
+
+int import_files(const ImportOptions& options, const std::vector<std::string>& files) {
+  ImportReport report;
+  const int result = Module_data_file::run_import(
+      options.choices, files, options.scan ? ImportMode::scan : ImportMode::import, report);
+  if (options.scan) {
+    print_scanned_stations();
+  }
+  print_summary(report, options.scan);
+  if (!options.report.empty() && write_report(report, options.report) != 0) {
+    return -1;
+  }
+  return result == 0 && !report.stopped && !report.has_failures() ? 0 : -1;
+}
+
+/// "START,WIDTH" into a decode row; the numbers themselves are judged with the other choices.
+bool read_columns(const std::string& text, DecodeRow& row) {
+  const std::size_t comma = text.find(',');
+  const std::string start = text.substr(0, comma);
+  const std::string width = comma == std::string::npos ? "" : text.substr(comma + 1);
+  constexpr double largest_column = 1e6;
+  if (!is_numeric(start) || !is_numeric(width) || numeric_value(start) > largest_column ||
+      numeric_value(width) > largest_column) {
+    user_interface().show_message("'" + text + "' is not START,WIDTH");
+    return false;
+  }
+  row.use_file_name = true;
+  row.start_column = static_cast<std::int32_t>(std::max(0.0, numeric_value(start)));
+  row.width = static_cast<std::int32_t>(std::max(0.0, numeric_value(width)));
+  return true;
+}
+
+int run_import_command(ImportOptions& options) {
+  for (std::size_t row = 0; row < options.columns.size(); ++row) {
+    if (!options.columns[row].empty() && !read_columns(options.columns[row], options.choices.decode[row])) {
+      return status_wrong_usage;
+    }
+  }
+  if (Module_data_file::check_choices(options.choices) != 0) {
+    return status_wrong_usage;
+  }
+  if (!options.report.empty()) {
+    options.report = full_path(options.report);
+  }
+  std::vector<std::string> files;
+  const bool complete = collect_files(options, files);
+  if (files.empty()) {
+    return status_failed;
+  }
+  const int status = with_open_survey(options.survey, [&] { return import_files(options, files); });
+  return complete ? status : status_failed;
+}
+
+void add_decode_row(CLI::App& parser, const std::string& name, const std::string& what,
+                    std::string& specified, std::string& columns) {
+  CLI::Option_group* group = parser.add_option_group(what, what + ", typed or cut from the file names");
+  group->add_option("--" + name, specified, what);
+  group->add_option("--" + name + "-columns", columns,
+                    "START,WIDTH: where the file names hold it, columns counted from 1");
+  group->require_option(1);
+}
+
+}  // namespace
+
+Command add_import_command(CLI::App& program) {
+  const auto options = std::make_shared<ImportOptions>();
+  ImportChoices& choices = options->choices;
+  choices.ReductionType = 0;
+  CLI::App* parser = program.add_subcommand(
+      "import", "Imports field files and brings averages and merged curves up to date");
+  add_survey_argument(*parser, options->survey);
+  parser->add_option("PATH", options->paths, "field files, and folders to search for them")->required();
+  parser
+      ->add_option("--reference", choices.ReferenceType,
+                   "0 not remote referenced, 1 remote referenced, 2 cross referenced")
+      ->required()
+      ->check(CLI::Range(0, 2));
+  parser
+      ->add_option("--reduction", choices.ReductionType,
+                   "what the files hold: 0 raw, 1 averaged, 2 merged data")
+      ->check(CLI::Range(0, 2))
+      ->capture_default_str();
+  add_decode_row(*parser, "line", "Line", choices.decode[0].specified, options->columns[0]);
+  add_decode_row(*parser, "event", "Event", choices.decode[1].specified, options->columns[1]);
+  add_decode_row(*parser, "rate", "Scan rate in Hz", choices.decode[2].specified, options->columns[2]);
+  parser
+      ->add_option_function<std::string>(
+          "--line-direction",
+          [&choices](const std::string& direction) {
+            choices.line_direction = direction == "EN" ? Module_data_file::LineDirection::local_east
+                                                       : Module_data_file::LineDirection::local_north;
+          },
+          "EN: line is local E, station is local N (default); NE: the other way round")
+      ->check(CLI::IsMember({"EN", "NE"}));
+  parser->add_option("--start-station", choices.start_station, "station of the first section");
+  parser->add_option("--station-step", choices.station_step, "from one section to the next, m")
+      ->capture_default_str();
+  parser->add_flag("--sectid-as-station", choices.sectid_as_station, "the number in SECTID is the station");
+  parser->add_flag("--sectid-digits", choices.sectid_digits,
+                   "with --sectid-as-station: the first digits in SECTID, also behind letters");
+  parser->add_flag("--from-impedance", choices.compute_from_impedance,
+                   "compute resistivity and phase where a file has impedances only");
+  parser->add_flag("--turn-ey", choices.turn_ey_phase,
+                   "turn the sign of Ey: 180 degrees on the phases of EyHx, EyHy");
+  parser->add_option("--extension", options->extension, "extension of the files in folders")
+      ->capture_default_str();
+  parser->add_option("--report", options->report, "write what was done with each file as JSON");
+  parser->add_flag("--scan", options->scan, "only list the stations; nothing is stored");
+  return {parser, [options] { return run_import_command(*options); }};
+}
+
+}  // namespace Batch

@@ -1,0 +1,166 @@
+// brenlox_batch info: what a survey holds.
+#include <cstdint>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "batch/command.h"
+#include "core/number_text.h"
+#include "database/survey_database.h"
+
+namespace Batch {
+namespace {
+
+struct LineContents {
+  std::string line;
+  std::vector<double> stations;
+};
+
+struct SurveyContents {
+  std::vector<std::pair<std::string, std::int32_t>> tables;  // name, rows
+  std::vector<LineContents> lines;
+  std::vector<std::int32_t> reference_types;
+  std::vector<std::string> data_types;
+  std::vector<double> dipoles;     // m
+  std::vector<double> scan_rates;  // Hz; a merged curve has none
+};
+
+/// The values of one column of the readings, each once, ascending.
+template <class Read>
+auto distinct(const std::string& column, const std::string& condition, Read read) {
+  std::vector<std::invoke_result_t<Read, const dao::Recordset&>> values;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT " + column + " FROM ReadingsDataTable" + condition + " ORDER BY " + column);
+  for (; !rows.eof(); rows.move_next()) {
+    values.push_back(read(rows));
+  }
+  return values;
+}
+
+std::vector<LineContents> read_lines() {
+  std::vector<LineContents> lines;
+  dao::Recordset& stations = Module_database::open_survey().stations;
+  stations.requery();
+  for (; !stations.eof(); stations.move_next()) {
+    const std::string line = stations.get_text("SurveyLine");
+    if (lines.empty() || lines.back().line != line) {
+      lines.push_back({line, {}});
+    }
+    lines.back().stations.push_back(stations.get_double("Station"));
+  }
+  return lines;
+}
+
+SurveyContents read_contents() {
+  const dao::Database& database = Module_database::open_survey().database;
+  SurveyContents contents;
+  for (const std::string& table : database.table_names()) {
+    dao::Database& survey = Module_database::open_survey().database;
+    contents.tables.emplace_back(table,
+                                 survey.open_recordset("SELECT ID FROM [" + table + "]").record_count());
+  }
+  contents.lines = read_lines();
+  contents.reference_types =
+      distinct("ReferenceType", "", [](const dao::Recordset& row) { return row.get_long("ReferenceType"); });
+  contents.data_types =
+      distinct("DataType", "", [](const dao::Recordset& row) { return row.get_text("DataType"); });
+  contents.dipoles =
+      distinct("DipoleLength", "", [](const dao::Recordset& row) { return row.get_double("DipoleLength"); });
+  contents.scan_rates = distinct("SampleRate", " WHERE ReductionType<2",
+                                 [](const dao::Recordset& row) { return row.get_double("SampleRate"); });
+  return contents;
+}
+
+void print_json(const SurveyContents& contents) {
+  nlohmann::ordered_json json;
+  json["tables"] = nlohmann::ordered_json::object();
+  for (const auto& [table, rows] : contents.tables) {
+    json["tables"][table] = rows;
+  }
+  json["lines"] = nlohmann::ordered_json::array();
+  for (const LineContents& line : contents.lines) {
+    json["lines"].push_back({{"line", line.line}, {"stations", line.stations}});
+  }
+  json["reference_types"] = contents.reference_types;
+  json["data_types"] = contents.data_types;
+  json["dipoles"] = contents.dipoles;
+  json["scan_rates"] = contents.scan_rates;
+  std::cout << json.dump(2) << '\n';
+}
+
+std::string joined(const std::vector<double>& values) {
+  std::string text;
+  for (const double value : values) {
+    text += (text.empty() ? "" : " ") + plain_text(value);
+  }
+  return text;
+}
+
+std::string joined(const std::vector<std::string>& values) {
+  std::string text;
+  for (const std::string& value : values) {
+    text += (text.empty() ? "" : " ") + value;
+  }
+  return text;
+}
+
+std::string reference_names(const std::vector<std::int32_t>& types) {
+  constexpr const char* names[] = {"Not Remote Referenced", "Remote Referenced", "Cross Referenced"};
+  std::string text;
+  for (const std::int32_t type : types) {
+    const bool known = type >= 0 && type < static_cast<std::int32_t>(std::size(names));
+    text += (text.empty() ? "" : ", ") + plain_text(type) + (known ? std::string(" ") + names[type] : "");
+  }
+  return text;
+}
+
+void print_table(const SurveyContents& contents) {
+  constexpr int name_width = 28;
+  std::cout << std::left;
+  std::cout << std::setw(name_width) << "Table"
+            << "Rows\n";
+  for (const auto& [table, rows] : contents.tables) {
+    std::cout << std::setw(name_width) << table << rows << '\n';
+  }
+  std::cout << '\n'
+            << std::setw(name_width) << "Line"
+            << "Stations\n";
+  for (const LineContents& line : contents.lines) {
+    std::cout << std::setw(name_width) << line.line << joined(line.stations) << '\n';
+  }
+  std::cout << '\n';
+  std::cout << std::setw(name_width) << "Reference types" << reference_names(contents.reference_types)
+            << '\n';
+  std::cout << std::setw(name_width) << "Data types" << joined(contents.data_types) << '\n';
+  std::cout << std::setw(name_width) << "Dipoles (m)" << joined(contents.dipoles) << '\n';
+  std::cout << std::setw(name_width) << "Scan rates (Hz)" << joined(contents.scan_rates) << '\n';
+}
+
+struct InfoOptions {
+  std::string survey;
+  bool json = false;
+};
+
+int run_info(const InfoOptions& options) {
+  return with_open_survey(options.survey, [&] {
+    const SurveyContents contents = read_contents();
+    options.json ? print_json(contents) : print_table(contents);
+    return 0;
+  });
+}
+
+}  // namespace
+
+Command add_info_command(CLI::App& program) {
+  const auto options = std::make_shared<InfoOptions>();
+  CLI::App* parser = program.add_subcommand("info", "Shows what a survey holds");
+  add_survey_argument(*parser, options->survey);
+  parser->add_flag("--json", options->json,
+                   "as JSON: tables, lines, reference_types, data_types, dipoles, scan_rates");
+  return {parser, [options] { return run_info(*options); }};
+}
+
+}  // namespace Batch

@@ -1,0 +1,47 @@
+// brenlox_batch: the workstation's operations without a window.
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <vector>
+
+#include "batch/command.h"
+#include "batch/console_interface.h"
+
+namespace {
+
+int run(int argument_count, char** arguments) {
+  CLI::App program("Brenlox without a window: from field files to reduced curves.");
+  program.footer("Exit status: 0 done, 1 failed with a message, 2 wrong usage.");
+  program.require_subcommand(1);
+  const std::vector<Batch::Command> commands{
+      Batch::add_new_command(program),         Batch::add_import_command(program),
+      Batch::add_recalculate_command(program), Batch::add_info_command(program),
+      Batch::add_curve_command(program),       Batch::add_zonge_command(program)};
+  try {
+    program.parse(argument_count, arguments);
+  } catch (const CLI::ParseError& fault) {
+    return program.exit(fault) == 0 ? Batch::status_done : Batch::status_wrong_usage;
+  }
+  Batch::install_console(Batch::Answer::no);
+  Batch::catch_interrupts();
+  const auto given =
+      std::ranges::find_if(commands, [](const Batch::Command& command) { return command.parser->parsed(); });
+  return given->run();
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  try {
+    const int status = run(argument_count, arguments);
+    std::cout.flush();
+    if (!std::cout) {
+      std::cerr << "The output can't be written\n";
+      return Batch::status_failed;
+    }
+    return status;
+  } catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return Batch::status_failed;
+  }
+}

@@ -1,0 +1,84 @@
+// brenlox_batch new: makes an empty survey.
+#include <filesystem>
+#include <memory>
+
+#include "batch/command.h"
+#include "batch/console_interface.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "database/survey_database.h"
+#include "platform/dao/compact.h"
+
+namespace Batch {
+namespace {
+
+struct NewOptions {
+  std::string survey;
+  bool overwrite = false;
+};
+
+int create(const std::string& path) {
+  session().database_file = path;
+  if (Module_database::create_database() == 0) {
+    return 0;
+  }
+  if (!std::filesystem::exists(path)) {
+    user_interface().show_message("The survey " + path + " can't be created");
+  }
+  return -1;
+}
+
+/// Puts a new survey in the place of a file; the file comes back if that fails.
+int replace(const std::string& path) {
+  if (!std::filesystem::is_regular_file(path)) {
+    user_interface().show_message(path + " is not a file");
+    return -1;
+  }
+  if (dao::file_kind(path) == dao::FileKind::survey_engine) {
+    dao::recover_database(path);  // a journal left beside it would be taken for the new survey's
+  }
+  const std::string earlier = path + ".replaced";
+  if (std::filesystem::exists(earlier)) {
+    user_interface().show_message(earlier +
+                                  " is in the way: an earlier replacement did not end. Move it aside.");
+    return -1;
+  }
+  std::filesystem::rename(path, earlier);
+  if (create(path) != 0) {
+    std::filesystem::rename(earlier, path);
+    return -1;
+  }
+  std::filesystem::remove(earlier);
+  return 0;
+}
+
+int run_new(const NewOptions& options) {
+  if (upper_case(options.survey).find(".MDB") == std::string::npos) {
+    user_interface().show_message("The name of a survey must end in .mdb");
+    return status_wrong_usage;
+  }
+  install_console(options.overwrite ? Answer::yes : Answer::no);
+  const int result = trap_errors("An error occurred while creating the new database: ", [&] {
+    if (!std::filesystem::exists(options.survey)) {
+      return create(options.survey);
+    }
+    if (!user_interface().ask_yes_no("The specified file already exists. Overwrite?")) {
+      return -1;
+    }
+    return replace(options.survey);
+  });
+  return result == 0 ? status_done : status_failed;
+}
+
+}  // namespace
+
+Command add_new_command(CLI::App& program) {
+  const auto options = std::make_shared<NewOptions>();
+  CLI::App* parser = program.add_subcommand("new", "Makes an empty survey");
+  add_survey_argument(*parser, options->survey);
+  parser->add_flag("--overwrite", options->overwrite, "replace a file that exists");
+  return {parser, [options] { return run_new(*options); }};
+}
+
+}  // namespace Batch

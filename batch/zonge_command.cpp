@@ -1,0 +1,70 @@
+// brenlox_batch zonge: the merged curves of a line as a Zonge AVG data set.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "batch/command.h"
+#include "batch/console_interface.h"
+#include "batch/reading_option.h"
+#include "output/zonge.h"
+
+namespace Batch {
+namespace {
+
+struct ZongeOptions {
+  std::string survey;
+  ReadingOption reading;
+  std::string output;
+  bool overwrite = false;
+};
+
+/// @return true if none of the three files exists, or they may be replaced
+bool may_write(const ZongeOptions& options) {
+  for (const char* extension : {".avg", ".mde", ".stn"}) {
+    if (std::filesystem::exists(std::filesystem::path(options.output).replace_extension(extension))) {
+      return user_interface().ask_yes_no("The specified file already exists, overwrite?");
+    }
+  }
+  return true;
+}
+
+int write_line(const ZongeOptions& options) {
+  const Module_output::ZongeSelection selection{options.reading.line, options.reading.reference_type,
+                                                options.reading.data_type, options.reading.dipole};
+  int rows = 0;
+  if (Module_output::output_zonge(selection, options.output, {}, rows) != 0) {
+    return -1;
+  }
+  if (user_interface().stop_requested()) {
+    user_interface().show_message("Stopped; nothing was written");
+    return -1;
+  }
+  std::cout << rows << " rows written to " << options.output << '\n';
+  return 0;
+}
+
+int run_zonge(ZongeOptions& options) {
+  install_console(options.overwrite ? Answer::yes : Answer::no);
+  options.output =
+      std::filesystem::absolute(options.output).string();  // opening moves to the survey's folder
+  if (!may_write(options)) {
+    return status_failed;
+  }
+  return with_open_survey(options.survey, [&] { return write_line(options); });
+}
+
+}  // namespace
+
+Command add_zonge_command(CLI::App& program) {
+  const auto options = std::make_shared<ZongeOptions>();
+  CLI::App* parser =
+      program.add_subcommand("zonge", "Writes the merged curves of a line as .avg, .mde and .stn files");
+  add_survey_argument(*parser, options->survey);
+  add_reading_options(*parser, options->reading);
+  parser->add_option("--output", options->output, "path of the .avg file; the others stand beside it")
+      ->required();
+  parser->add_flag("--overwrite", options->overwrite, "replace files that exist");
+  return {parser, [options] { return run_zonge(*options); }};
+}
+
+}  // namespace Batch
