@@ -6,6 +6,8 @@
 
 #include "batch/command.h"
 #include "batch/console_interface.h"
+#include "core/session_state.h"
+#include "core/version.h"
 
 namespace {
 
@@ -24,6 +26,7 @@ int run(int argument_count, char** arguments) {
   }
   Batch::install_console(Batch::Answer::no);
   Batch::catch_interrupts();
+  session().version_text = version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
   const auto given =
       std::ranges::find_if(commands, [](const Batch::Command& command) { return command.parser->parsed(); });
   return given->run();
