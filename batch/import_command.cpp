@@ -56,7 +56,7 @@ bool collect_files(const ImportOptions& options, std::vector<std::string>& files
 int write_report(const ImportReport& report, const std::string& path) {
   return trap_errors("An error occurred while writing the import report: ", [&] {
     std::ofstream stream(path, std::ios::binary);
-    stream << report.to_json() << '\n';
+    stream << report.to_json();
     stream.close();
     if (!stream) {
       throw std::runtime_error(path + " can't be written");

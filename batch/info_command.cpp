@@ -88,7 +88,8 @@ void print_json(const SurveyContents& contents) {
   json["data_types"] = contents.data_types;
   json["dipoles"] = contents.dipoles;
   json["scan_rates"] = contents.scan_rates;
-  std::cout << json.dump(2) << '\n';
+  // Texts of an older survey may hold bytes that are no UTF-8.
+  std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
 std::string joined(const std::vector<double>& values) {
