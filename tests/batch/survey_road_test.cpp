@@ -1,0 +1,213 @@
+// From field files to reduced curves and output files, through the batch program.
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "samples/sample_survey.h"
+#include "tests/batch/batch_program.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+std::vector<std::string> curve_arguments(const std::string& data_type, int reduction) {
+  return {
+      "curve", "survey.mdb", "--line", "200E",        "--station", "200",         "--reference",
+      "0",     "--dipole",   "100",    "--data-type", data_type,   "--reduction", std::to_string(reduction),
+      "--json"};
+}
+
+std::vector<std::string> with(std::vector<std::string> arguments, const std::vector<std::string>& more) {
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return arguments;
+}
+
+std::set<std::string> keys(const Json& object) {
+  std::set<std::string> names;
+  for (const auto& [name, value] : object.items()) {
+    names.insert(name);
+  }
+  return names;
+}
+
+/// For each frequency the values of a field (from 0) that count.
+std::map<double, std::vector<double>> used_values(const std::vector<Json>& curves, std::size_t field) {
+  std::map<double, std::vector<double>> values;
+  for (const Json& curve : curves) {
+    for (std::size_t k = 0; k < curve["frequencies"].size(); ++k) {
+      if (curve["mask"][k][field] == 1) {
+        values[curve["frequencies"][k]].push_back(curve["data"][k][field]);
+      }
+    }
+  }
+  return values;
+}
+
+double mean(const std::vector<double>& values) {
+  double sum = 0.0;
+  for (const double value : values) {
+    sum += value;
+  }
+  return sum / static_cast<double>(values.size());
+}
+
+/// Each used value of `reduced` is the mean of what its inputs hold at its frequency.
+void expect_means(const Json& reduced, const std::vector<Json>& inputs) {
+  for (const std::size_t field : {0U, 1U}) {
+    const auto values = used_values(inputs, field);
+    for (std::size_t k = 0; k < reduced["frequencies"].size(); ++k) {
+      const auto found = values.find(reduced["frequencies"][k]);
+      ASSERT_EQ(found != values.end(), reduced["mask"][k][field] == 1);
+      if (found != values.end()) {
+        const double expected = mean(found->second);
+        EXPECT_NEAR(reduced["data"][k][field].get<double>(), expected, 1e-5 * std::abs(expected));
+      }
+    }
+  }
+}
+
+TEST_F(Batch_program, Import_fills_the_survey_that_info_shows) {
+  write_field_files(3);
+  import_field_files();
+  const Json info = run_for_json({"info", "survey.mdb", "--json"});
+  const int raw = 3 * 2 * 3 * 4;  // stations, scan rates, repeats, elements
+  EXPECT_EQ(info["tables"]["FileTable"], 18);
+  EXPECT_EQ(info["tables"]["StationsTable"], 3);
+  EXPECT_EQ(info["tables"]["ReadingsDataTable"], raw + raw / 3 + raw / 6);
+  EXPECT_EQ(info["tables"].size(), 8U);
+  EXPECT_EQ(info["lines"], Json::parse(R"([{"line": "200E", "stations": [100, 200, 300]}])"));
+  EXPECT_EQ(info["reference_types"], Json::parse("[0]"));
+  EXPECT_EQ(info["data_types"], Json::parse(R"(["ExHx", "ExHy", "EyHx", "EyHy"])"));
+  EXPECT_EQ(info["dipoles"], Json::parse("[100]"));
+  EXPECT_EQ(info["scan_rates"], Json::parse("[256, 4096]"));
+
+  // The same files again replace their readings.
+  ASSERT_EQ(run(import_arguments("field")).status, 0);
+  EXPECT_EQ(run_for_json({"info", "survey.mdb", "--json"}), info);
+
+  const Outcome table = run({"info", "survey.mdb"});
+  EXPECT_EQ(table.status, 0);
+  EXPECT_NE(table.output.find("100 200 300"), std::string::npos) << table.output;
+}
+
+TEST_F(Batch_program, Averages_and_merged_curves_are_means_of_what_went_in) {
+  write_field_files(2);
+  import_field_files();
+  std::vector<Json> averages;
+  for (const char* rate : {"256", "4096"}) {
+    SCOPED_TRACE(rate);
+    const std::vector<Json> repeats =
+        run_for_json(with(curve_arguments("EyHx", 0), {"--rate", rate})).get<std::vector<Json>>();
+    ASSERT_EQ(repeats.size(), 3U);
+    EXPECT_EQ(keys(repeats[0]), (std::set<std::string>{"id", "file_id", "event", "frequencies", "data",
+                                                       "mask", "use", "res_offset", "phase_offset"}));
+    averages.push_back(run_for_json(with(curve_arguments("EyHx", 1), {"--rate", rate})));
+    expect_means(averages.back(), repeats);
+  }
+  const Json merged = run_for_json(curve_arguments("EyHx", 2));
+  expect_means(merged, averages);
+  EXPECT_EQ(keys(merged), (std::set<std::string>{"id", "file_id", "frequencies", "data", "mask", "use",
+                                                 "res_offset", "phase_offset"}));
+  EXPECT_EQ(merged["file_id"], -1);
+  EXPECT_EQ(merged["use"], Json::parse("[true, true, true]"));
+  EXPECT_EQ(merged["res_offset"], 1);
+  EXPECT_EQ(merged["phase_offset"], 0);
+  EXPECT_EQ(merged["frequencies"].size(), 17U + 21U - 9U);
+  EXPECT_EQ(merged["data"][0].size(), 20U);
+  EXPECT_TRUE(std::is_sorted(merged["frequencies"].begin(), merged["frequencies"].end()));
+  EXPECT_EQ(run_for_json(curve_arguments("EyHx", 0)).size(), 6U) << "without --rate the repeats of all";
+}
+
+// The reduced curve is that of the ground: half of its points within a few per cent of the forward response.
+TEST_F(Batch_program, The_merged_curve_is_that_of_the_ground) {
+  using namespace Module_samples;
+  write_field_files(2);
+  import_field_files();
+  const Json merged = run_for_json(curve_arguments("ExHy", 2));
+  const std::vector<Layer> ground = ground_below(sample_lines[0], 200.0);
+  std::vector<double> misfits;
+  for (std::size_t k = 0; k < merged["frequencies"].size(); ++k) {
+    const double frequency = merged["frequencies"][k];
+    const double truth = apparent_resistivity(surface_impedance(ground, frequency), frequency);
+    misfits.push_back(std::abs(std::log(merged["data"][k][0].get<double>() / truth)));
+  }
+  std::ranges::sort(misfits);
+  EXPECT_LT(misfits[misfits.size() / 2], 0.05);
+}
+
+TEST_F(Batch_program, Recalculating_an_untouched_survey_changes_no_curve) {
+  write_field_files(2);
+  import_field_files();
+  const Json before = run_for_json(curve_arguments("ExHy", 2));
+  EXPECT_EQ(run({"recalculate", "survey.mdb"}).status, 0);
+  EXPECT_EQ(run_for_json(curve_arguments("ExHy", 2)), before);
+}
+
+TEST_F(Batch_program, Zonge_writes_three_files_where_the_caller_stands) {
+  write_field_files(2);
+  std::filesystem::create_directory(folder_.path("surveys"));
+  import_field_files();
+  std::filesystem::rename(folder_.path("survey.mdb"), folder_.path("surveys/survey.mdb"));
+  const std::vector<std::string> arguments{
+      "zonge", "surveys/survey.mdb", "--line", "200E",     "--reference", "0", "--data-type",
+      "ExHy",  "--dipole",           "100",    "--output", "200E_0.avg"};
+  const Outcome written = run(arguments);
+  ASSERT_EQ(written.status, 0) << written.errors;
+  const std::string avg = file_contents(folder_.path("200E_0.avg"));
+  EXPECT_NE(avg.find("BRENLOX  V1.00 February, 2012"), std::string::npos) << avg.substr(0, 200);
+  EXPECT_NE(avg.find("\r\n 2       100"), std::string::npos);
+  EXPECT_NE(avg.find("\r\n 2       200"), std::string::npos);
+  EXPECT_TRUE(std::filesystem::exists(folder_.path("200E_0.mde")));
+  EXPECT_TRUE(std::filesystem::exists(folder_.path("200E_0.stn")));
+
+  folder_.write("200E_0.avg", "mine");
+  const Outcome refused = run(arguments);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.errors.find("The specified file already exists, overwrite?"), std::string::npos);
+  EXPECT_EQ(file_contents(folder_.path("200E_0.avg")), "mine");
+  EXPECT_EQ(run(with(arguments, {"--overwrite"})).status, 0);
+  EXPECT_EQ(file_contents(folder_.path("200E_0.avg")), avg);
+}
+
+TEST_F(Batch_program, A_scan_lists_stations_and_stores_nothing) {
+  write_field_files(2);
+  ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);
+  const Outcome scan = run(with(import_arguments("field"), {"--scan"}));
+  EXPECT_EQ(scan.status, 0) << scan.errors;
+  EXPECT_NE(scan.output.find("200E 100"), std::string::npos) << scan.output;
+  EXPECT_NE(scan.output.find("200E 200"), std::string::npos) << scan.output;
+  EXPECT_EQ(run_for_json({"info", "survey.mdb", "--json"})["tables"]["ReadingsDataTable"], 0);
+}
+
+// Public files: SECTIDs with letters, YX phases in the third quadrant.
+TEST_F(Batch_program, A_folder_of_real_files_becomes_a_survey) {
+  const std::string files = BRENLOX_FIELD_DATA "/edi/tensor_line";
+  if (!std::filesystem::exists(files)) {
+    GTEST_SKIP() << files << " is absent";
+  }
+  ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);
+  const Outcome imported =
+      run({"import", "survey.mdb", files, "--reference", "1", "--line", "100E", "--event", "0", "--rate",
+           "24000", "--sectid-as-station", "--sectid-digits", "--turn-ey", "--report", "report.json"});
+  ASSERT_EQ(imported.status, 0) << imported.errors;
+  const Json info = run_for_json({"info", "survey.mdb", "--json"});
+  ASSERT_EQ(info["lines"].size(), 1U);
+  EXPECT_GE(info["lines"][0]["stations"].size(), 23U);  // two SECTIDs share their first digits
+  const Json report = Json::parse(file_contents(folder_.path("report.json")));
+  EXPECT_EQ(report["files"].size(), 24U);
+  const Json merged =
+      run_for_json({"curve", "survey.mdb", "--line", "100E", "--station", "1", "--reference", "1",
+                    "--data-type", "EyHx", "--dipole", "100", "--reduction", "2", "--json"});
+  ASSERT_EQ(merged["frequencies"].size(), 88U);
+  std::size_t used = 0;
+  for (const Json& mask : merged["mask"]) {
+    used += mask[1] == 1 ? 1U : 0U;
+  }
+  EXPECT_GT(used, 60U);
+}
+
+}  // namespace
