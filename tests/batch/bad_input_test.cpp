@@ -2,6 +2,7 @@
 #include <chrono>
 #include <filesystem>
 #include <thread>
+#include <tuple>
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -104,7 +105,7 @@ TEST_F(Batch_program, What_is_no_survey_is_refused_and_stays_as_it_is) {
                         {"cut.mdb", std::string("SQLite format 3\0", 16) + "cut"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    folder_.write(c.name, c.contents);
+    std::ignore = folder_.write(c.name, c.contents);
     const Outcome outcome = run({"info", c.name});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.errors.find("An error occurred while opening the database: "), std::string::npos)
@@ -142,9 +143,9 @@ TEST_F(Batch_program, New_replaces_a_file_only_when_told_to) {
 
 TEST_F(Batch_program, Bad_field_files_are_named_and_the_good_ones_come_in) {
   write_field_files(1);
-  folder_.write("field/L200E_S0100_E7_R4096.edi", "");
-  folder_.write("field/L200E_S0100_E8_R4096.edi", std::string("\0\1\2\3\xff\xfe", 6));
-  folder_.write("field/L200E_S0100_E9_R4096.edi", ">HEAD\n>=MTSECT\n NFREQ=3\n>FREQ\n 1 2");
+  std::ignore = folder_.write("field/L200E_S0100_E7_R4096.edi", "");
+  std::ignore = folder_.write("field/L200E_S0100_E8_R4096.edi", std::string("\0\1\2\3\xff\xfe", 6));
+  std::ignore = folder_.write("field/L200E_S0100_E9_R4096.edi", ">HEAD\n>=MTSECT\n NFREQ=3\n>FREQ\n 1 2");
   ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);
   fs::create_directory(folder_.path("nothing"));
   std::vector<std::string> arguments = import_arguments("field");

@@ -1,6 +1,7 @@
 #include "tests/batch/batch_program.h"
 
 #include <cstdlib>
+#include <tuple>
 
 #include <sys/wait.h>
 
@@ -36,7 +37,7 @@ void Batch_program::write_field_files(int stations) const {
   constexpr std::size_t files_of_station =
       Module_samples::sample_scan_rates.size() * static_cast<std::size_t>(Module_samples::repeat_count);
   for (std::size_t index = 0; index < files_of_station * static_cast<std::size_t>(stations); ++index) {
-    folder_.write("field/" + files[index].name, files[index].text);
+    std::ignore = folder_.write("field/" + files[index].name, files[index].text);
   }
 }
 

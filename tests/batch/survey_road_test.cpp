@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <set>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -164,7 +165,7 @@ TEST_F(Batch_program, Zonge_writes_three_files_where_the_caller_stands) {
   EXPECT_TRUE(std::filesystem::exists(folder_.path("200E_0.mde")));
   EXPECT_TRUE(std::filesystem::exists(folder_.path("200E_0.stn")));
 
-  folder_.write("200E_0.avg", "mine");
+  std::ignore = folder_.write("200E_0.avg", "mine");
   const Outcome refused = run(arguments);
   EXPECT_EQ(refused.status, 1);
   EXPECT_NE(refused.errors.find("The specified file already exists, overwrite?"), std::string::npos);
