@@ -1,0 +1,44 @@
+// settings_store.h: text values that belong to a user rather than to a survey, by application, section and
+// key.
+//
+// Everything is text: a caller turns numbers into text with the procedures of core/number_text.h, so that a
+// stored value reads the same in every locale. Section and key are free texts without "/".
+#pragma once
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+class SettingsStore {
+ public:
+  SettingsStore() = default;
+  SettingsStore(const SettingsStore&) = delete;
+  SettingsStore& operator=(const SettingsStore&) = delete;
+  virtual ~SettingsStore() = default;
+
+  /// @return the stored text, or `default_value` if there is none; a stored empty text is returned as such
+  [[nodiscard]] virtual std::string value(std::string_view application, std::string_view section,
+                                          std::string_view key, std::string_view default_value) const = 0;
+
+  virtual void set_value(std::string_view application, std::string_view section, std::string_view key,
+                         std::string_view value) = 0;
+};
+
+/// Keeps its values for its own life only: for tests, and for programs that must leave no trace.
+class MemorySettingsStore final : public SettingsStore {
+ public:
+  [[nodiscard]] std::string value(std::string_view application, std::string_view section,
+                                  std::string_view key, std::string_view default_value) const override;
+  void set_value(std::string_view application, std::string_view section, std::string_view key,
+                 std::string_view value) override;
+
+ private:
+  std::map<std::tuple<std::string, std::string, std::string>, std::string> values_;
+};
+
+/// The installed store; one in memory until something is installed.
+SettingsStore& settings_store();
+
+/// Installs `store` (not null) and returns what was installed before.
+std::unique_ptr<SettingsStore> install_settings_store(std::unique_ptr<SettingsStore> store);

@@ -1,0 +1,12 @@
+// file_filter.h: from the file filters that the logic words to those of the file dialog.
+#pragma once
+#include <QStringList>
+#include <string_view>
+
+/// "Description (*.mdb)|*.mdb|All files (*.*)|*.*" as the dialog's list: a name and its patterns for each
+/// pair. Patterns are separated by ";". "*.*" becomes "*", which also matches a name without a point. An
+/// incomplete pair at the end is left out.
+QStringList dialog_filters(std::string_view filter);
+
+/// The suffix that a name typed without one gets: "mdb" for "*.mdb", nothing for "*.*".
+QString dialog_suffix(std::string_view default_extension);

@@ -1,0 +1,11 @@
+// qt_settings_store.h: the per-user settings store of the system: the registry on Windows, a file elsewhere.
+#pragma once
+#include "platform/settings_store/settings_store.h"
+
+class QtSettingsStore final : public SettingsStore {
+ public:
+  [[nodiscard]] std::string value(std::string_view application, std::string_view section,
+                                  std::string_view key, std::string_view default_value) const override;
+  void set_value(std::string_view application, std::string_view section, std::string_view key,
+                 std::string_view value) override;
+};
