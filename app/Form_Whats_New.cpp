@@ -1,0 +1,22 @@
+#include "app/Form_Whats_New.h"
+
+#include "ui_Form_Whats_New.h"
+
+Form_Whats_New::Form_Whats_New(QWidget* parent)
+    : QDialog(parent), ui_(std::make_unique<Ui::Form_Whats_New>()) {
+  ui_->setupUi(this);
+  ui_->Text_whats_new->setHtml(
+      "<h3>Brenlox 1.00</h3>"
+      "<ul>"
+      "<li>Surveys are kept in a database file that any SQLite browser opens. A survey of an earlier kind "
+      "(Jet) is converted when it is opened; its original file is kept beside it.</li>"
+      "<li>Opening packs the survey and keeps its earlier state in a .bak file. A crash at any moment leaves "
+      "a whole survey.</li>"
+      "<li>Save Database As replaces an existing file only when the copy is complete.</li>"
+      "<li>Long work shows how far it is and can be stopped.</li>"
+      "</ul>");
+  resize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 18);
+  connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+Form_Whats_New::~Form_Whats_New() = default;

@@ -1,0 +1,206 @@
+#include "app/Form_main.h"
+
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QResizeEvent>
+#include <QScreen>
+#include <QShortcut>
+
+#include "app/Form_Whats_New.h"
+#include "app/Form_about.h"
+#include "app/Form_find_file.h"
+#include "app/survey_file_commands.h"
+#include "core/environment.h"
+#include "core/preferences.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "reduction/averages.h"
+#include "ui_Form_main.h"
+
+namespace {
+
+constexpr QSize design_size(1240, 760);  // fits a 1280 by 800 screen with its bars
+constexpr int split_settles_milliseconds = 100;
+
+}  // namespace
+
+Form_main::Form_main(QWidget* parent)
+    : QMainWindow(parent),
+      ui_(std::make_unique<Ui::Form_main>()),
+      resizer_(new VexControlResizer(this)),
+      resizer_timer_(new QTimer(this)),
+      version_(new QLabel(this)) {
+  session().debug_level = 0;
+  compose();
+  resizer_->capture_layout();
+  session().version_text = Module_Brenlox::version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
+  version_->setText("Brenlox Version " + QString::fromStdString(session().version_text));
+  UTIL::initialise_environment();
+  Module_Brenlox::read_preferences();
+  size_from_preferences();
+  session().hide_masked_data = false;
+  session().coord_system = 0;
+  session().x_column = 1;
+  session().y_column = 2;
+  connect_menus();
+  Module_Brenlox::reset_session(*this);
+}
+
+Form_main::~Form_main() = default;
+
+void Form_main::compose() {
+  ui_->setupUi(this);
+  overview_ = new SurveyOverview(ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group);
+
+  version_->setObjectName("Label_version");
+  ui_->status_bar->addPermanentWidget(version_);
+
+  resizer_->setObjectName("vxReSizer");
+  resizer_->manage(ui_->Splitter_profile, {1.0, 3.0});
+  resizer_->manage(ui_->Splitter_map, {2.0, 3.0});
+
+  resizer_timer_->setObjectName("Timer_resizer");
+  resizer_timer_->setSingleShot(true);
+  resizer_timer_->setInterval(split_settles_milliseconds);
+  connect(resizer_timer_, &QTimer::timeout, this, &Form_main::resizer_timer_event);
+  for (const VexSplitter* const splitter : {ui_->Splitter_profile, ui_->Splitter_map}) {
+    connect(splitter, &VexSplitter::split_moved, resizer_timer_, qOverload<>(&QTimer::start));
+  }
+}
+
+void Form_main::connect_menus() {
+  using Module_Brenlox::DatabaseFileItem;
+  for (const DatabaseFileItem item :
+       {DatabaseFileItem::create, DatabaseFileItem::open, DatabaseFileItem::close}) {
+    connect(menu_item("menu_database_file", static_cast<int>(item)), &QAction::triggered, this,
+            [this, item] { Module_Brenlox::menu_database_file(*this, item); });
+  }
+  for (int index = 0; index < static_cast<int>(session().recent_files.size()); ++index) {
+    connect(menu_item("menu_file_list", index), &QAction::triggered, this,
+            [this, index] { Module_Brenlox::menu_file_list(*this, static_cast<std::size_t>(index)); });
+  }
+  connect(ui_->menu_saveas, &QAction::triggered, this, [this] { Module_Brenlox::menu_saveas(*this); });
+  connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
+  connect(ui_->menu_Recalculate_merged, &QAction::triggered, this, &Form_main::recalculate_merged);
+  connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
+  connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
+  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+  connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
+          &QAction::trigger);
+  connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
+          &QAction::trigger);
+
+  // "File" carries no mnemonic of its own; the hand still expects it under Alt+F.
+  auto* const file_key = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_F), this);
+  connect(file_key, &QShortcut::activated, this,
+          [this] { ui_->menu_bar->setActiveAction(ui_->menu_file->menuAction()); });
+}
+
+QAction* Form_main::menu_item(const char* array, int index) const {
+  return findChild<QAction*>(QString("%1_%2").arg(array).arg(index));
+}
+
+void Form_main::size_from_preferences() {
+  const QSize stored(static_cast<int>(session().form_width), static_cast<int>(session().form_height));
+  const QSize wanted = stored.width() > 0 && stored.height() > 0 ? stored : design_size;
+  resize(
+      wanted.boundedTo(screen()->availableGeometry().size()));  // a larger screen may have been left behind
+}
+
+void Form_main::open_survey(const QString& path) {
+  Module_Brenlox::open_survey_file(*this, path.toStdString());
+}
+
+void Form_main::apply_resize() {
+  if (isMinimized() || session().updating_controls || !isVisible()) {
+    return;
+  }
+  resizer_->apply_resize();
+  session().form_width = static_cast<float>(width());
+  session().form_height = static_cast<float>(height());
+}
+
+void Form_main::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  apply_resize();
+}
+
+void Form_main::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  apply_resize();
+}
+
+void Form_main::resizer_timer_event() {
+  resizer_->capture_layout();
+  display_site_map();
+}
+
+void Form_main::closeEvent(QCloseEvent* event) {
+  Module_Brenlox::write_preferences();
+  event->accept();
+}
+
+void Form_main::set_database_menus(bool open) {
+  for (QAction* const item : {ui_->menu_database_file_2, ui_->menu_saveas, ui_->menu_edit->menuAction(),
+                              ui_->menu_database->menuAction(), ui_->menu_view_data, ui_->menu_thresholds,
+                              ui_->menu_output->menuAction()}) {
+    item->setVisible(open);
+  }
+  for (QAction* const item : {ui_->menu_database_file_0, ui_->menu_import->menuAction()}) {
+    item->setVisible(true);
+    item->setEnabled(true);
+  }
+  ui_->Picture_open->setVisible(!open);
+  ui_->Frame_display->setVisible(open);
+  if (open) {
+    ui_->central->layout()->activate();
+    resizer_->apply_resize();  // the window may have been resized while the display was hidden
+  } else {
+    overview_->show_survey({}, {});
+  }
+}
+
+void Form_main::set_caption(const std::string& caption) { setWindowTitle(QString::fromStdString(caption)); }
+
+void Form_main::show_recent_files() {
+  ui_->sep1->setVisible(session().recent_count > 0);
+  for (int index = 0; index < static_cast<int>(session().recent_files.size()); ++index) {
+    QAction* const item = menu_item("menu_file_list", index);
+    const bool used = index < session().recent_count;
+    QString path = QString::fromStdString(session().recent_files[static_cast<std::size_t>(index)]);
+    path.replace("&", "&&");  // an ampersand in a path is no mnemonic
+    item->setText(used ? QString("&%1 %2").arg(index + 1).arg(path) : QString());
+    item->setVisible(used);
+    item->setEnabled(used);
+  }
+}
+
+void Form_main::show_opening_picture() {
+  ui_->Picture_open->set_picture(QString::fromStdString(session().opening_picture));
+}
+
+void Form_main::set_undo_enabled(bool enabled) { ui_->menu_undo->setEnabled(enabled); }
+
+void Form_main::display_site_map() {
+  if (!session().database_open) {
+    return;
+  }
+  static_cast<void>(trap_errors("An error occurred while displaying the survey: ", [this] {
+    const Module_Brenlox::SurveySummary summary = Module_Brenlox::survey_summary();
+    const bool empty = summary.lines.empty();
+    ui_->Label_no_readings->setVisible(empty);
+    ui_->Splitter_profile->setVisible(!empty);
+    overview_->show_survey(QFileInfo(QString::fromStdString(session().database_file)).fileName(), summary);
+    if (!empty) {
+      ui_->Frame_display->layout()->activate();
+      resizer_->apply_resize();
+    }
+  }));
+}
+
+void Form_main::recalculate_merged() {
+  const BusyPointer busy;
+  static_cast<void>(Module_averaged_data::recalculate_merged());
+  display_site_map();  // a failure or a stop keeps what was rebuilt by then
+}

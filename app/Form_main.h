@@ -1,0 +1,56 @@
+// Form_main.h: the main window: menus, the display of the open survey, and the page shown without one.
+//
+// It composes the panels and passes each menu item on to the logic; it is the only window that lives as long
+// as the program.
+#pragma once
+#include <QMainWindow>
+#include <QTimer>
+#include <memory>
+
+#include "app/main_view.h"
+#include "app/survey_overview.h"
+#include "platform/widgets/vex_control_resizer.h"
+
+namespace Ui {
+class Form_main;
+}
+class QLabel;
+
+class Form_main : public QMainWindow, private MainView {
+  Q_OBJECT
+
+ public:
+  /// Reads the preferences, which may size the window, and starts without a survey.
+  explicit Form_main(QWidget* parent = nullptr);
+  ~Form_main() override;
+
+  /// Opens a survey as the recent files menu does.
+  void open_survey(const QString& path);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void set_database_menus(bool open) override;
+  void set_caption(const std::string& caption) override;
+  void show_recent_files() override;
+  void show_opening_picture() override;
+  void set_undo_enabled(bool enabled) override;
+  void display_site_map() override;
+
+  void compose();
+  void connect_menus();
+  void size_from_preferences();
+  void apply_resize();
+  void resizer_timer_event();
+  void recalculate_merged();
+  [[nodiscard]] QAction* menu_item(const char* array, int index) const;
+
+  std::unique_ptr<Ui::Form_main> ui_;
+  VexControlResizer* resizer_;
+  QTimer* resizer_timer_;
+  QLabel* version_;
+  SurveyOverview* overview_ = nullptr;
+};
