@@ -1,0 +1,106 @@
+#include "platform/dao/compact.h"
+
+#include <cstdio>
+#include <memory>
+#include <string_view>
+
+#include <sys/stat.h>
+
+#include "platform/dao/connection.h"
+#include "platform/dao/error.h"
+#include "platform/dao/jet_file.h"
+#include "platform/dao/sidecar_files.h"
+
+namespace dao {
+
+namespace {
+
+constexpr std::string_view engine_mark("SQLite format 3\0", 16);
+constexpr std::string_view jet_mark("\0\1\0\0Standard Jet DB\0", 20);
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+std::string first_bytes(const std::string& path, std::size_t count) {
+  struct stat state {};
+  if (::stat(path.c_str(), &state) != 0 || !S_ISREG(state.st_mode)) {
+    return {};  // reading a pipe could wait for ever
+  }
+  std::string bytes(count, '\0');
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+  bytes.resize(file ? std::fread(bytes.data(), 1, count, file.get()) : 0);
+  return bytes;
+}
+
+void check_whole(Connection& connection) {
+  Statement statement(connection, "PRAGMA quick_check(1)");
+  const std::string finding = statement.step() ? statement.text(0) : "";
+  if (finding != "ok") {
+    throw Error("database disk image is malformed: " + finding);
+  }
+}
+
+void vacuum_into(const std::string& source, const std::string& destination) {
+  Connection connection(source, Access::read_only);
+  check_whole(connection);
+  Statement statement(connection, "VACUUM INTO ?");
+  const Value path{destination};
+  statement.bind(path);
+  while (statement.step()) {
+  }
+}
+
+}  // namespace
+
+FileKind file_kind(const std::string& path) {
+  const std::string bytes = first_bytes(path, jet_mark.size());
+  if (bytes.starts_with(engine_mark)) {
+    return FileKind::survey_engine;
+  }
+  return bytes.starts_with(jet_mark) ? FileKind::genuine_jet : FileKind::unknown;
+}
+
+void recover_database(const std::string& path) {
+  struct stat state {};
+  if (::stat(path.c_str(), &state) != 0) {
+    throw Error("unable to open database file");
+  }
+  const FileKind kind = file_kind(path);
+  if (kind == FileKind::genuine_jet) {
+    return;
+  }
+  if (kind == FileKind::unknown) {
+    throw Error("file is not a database");
+  }
+  Connection connection(path, Access::read_write);
+  if (sqlite3_db_readonly(connection.handle(), "main") != 0) {
+    throw Error("attempt to write a readonly database");
+  }
+  // Leaving the log takes the whole file for oneself, and so does the transaction where there is no log: both
+  // fail while another process works with the file.
+  connection.run("PRAGMA journal_mode = DELETE");
+  connection.run("BEGIN EXCLUSIVE");
+  connection.run("COMMIT");
+}
+
+void compact_database(const std::string& source, const std::string& destination) {
+  if (file_kind(source) == FileKind::genuine_jet) {
+    convert_jet_database(source, destination);
+    flush_to_disk(destination);
+    return;
+  }
+  if (file_kind(source) == FileKind::unknown) {
+    throw Error("file is not a database");
+  }
+  make_new_file(destination);
+  try {
+    vacuum_into(source, destination);
+    flush_to_disk(destination);
+  } catch (...) {
+    remove_database_file(destination);
+    throw;
+  }
+}
+
+}  // namespace dao

@@ -1,0 +1,483 @@
+// A dynaset: the rows of one table that answer a condition, by their keys.
+//
+// The list of keys is built only when something needs it. Until then the dynaset knows its current row's key
+// alone, and a search is one indexed look-up. No statement stays open between calls.
+#include <algorithm>
+
+#include "core/text_fields.h"
+#include "platform/dao/recordset_implementation.h"
+
+namespace dao {
+
+namespace {
+
+using Key = std::int64_t;
+
+enum class Place {
+  before_first_look,  // on the first row, which nothing has asked for yet
+  on_row,
+  behind_deleted,  // the row is gone; the next move goes to the one that followed it
+  at_end
+};
+
+enum class Editing { none, new_row, current_row };
+
+class Dynaset final : public Recordset::Implementation {
+ public:
+  Dynaset(std::shared_ptr<Connection> connection, SelectStatement select)
+      : Implementation(connection, connection->table(select.table)),
+        table_name_(quoted_name(table_->name)),
+        condition_(std::move(select.condition)),
+        order_(std::move(select.order)) {
+    for (const Column& column : table_->columns) {
+      const bool wanted = select.columns.empty() || std::find(select.columns.begin(), select.columns.end(),
+                                                              column.name) != select.columns.end();
+      if (wanted) {
+        fields_.push_back({column.name, &column});
+      }
+    }
+    prepare_row_statement();
+    // What doesn't fit the table shows at opening, not at the first move.
+    Statement check(*connection_, keys_statement({}, false));
+  }
+
+  void find_first(std::string_view criteria) override;
+  bool eof() override;
+  void move_first() override;
+  void move_next() override;
+  void move_last() override;
+  std::int32_t record_count() override;
+  void requery() override;
+  void add_new() override;
+  void edit() override;
+  void update() override;
+  void delete_row() override;
+
+  const Field& field(std::string_view name) override;
+  Value value(const Field& field) override;
+  Bytes bytes(const Field& field) override;
+  void set(const Field& field, Value value) override;
+
+ private:
+  struct Change {
+    const Field* field;
+    Value value;
+  };
+
+  void prepare_row_statement();
+  [[nodiscard]] std::string keys_statement(std::string_view criteria, bool only_first) const;
+  void bind_keys_statement(Statement& statement, const Fragment& criteria) const;
+  void look_at_first();
+  void build_keys();
+  void find_in_keys();
+  void keep_place_before_write();
+  void go_to(Key key) {
+    place_ = Place::on_row;
+    key_ = key;
+    row_is_read_ = false;
+  }
+  void go_to_index(std::size_t index);
+  void drop_edit() {
+    editing_ = Editing::none;
+    changes_.clear();
+  }
+  Key current_key();
+  void read_row();
+  const Change* change_of(const Field& field) const;
+  void insert_row();
+  void update_row();
+
+  std::string table_name_;
+  Fragment condition_;
+  std::string order_;
+  std::vector<Field> fields_;
+  std::string
+      row_statement_;  // the fields but for the byte strings, which are read one by one when asked for
+  std::vector<const Field*> row_fields_;
+
+  Place place_ = Place::before_first_look;
+  Key key_ = 0;
+  bool row_is_read_ = false;
+  std::int64_t changes_at_reading_ = 0;
+  std::vector<Value> row_;
+
+  bool has_keys_ = false;
+  std::vector<Key> keys_;
+  std::optional<std::size_t> index_;  // of the current row in keys_, or of the row behind a deleted one
+  std::vector<Key> added_;            // through this dynaset, since it was opened or queried again
+
+  Editing editing_ = Editing::none;
+  std::vector<Change> changes_;
+};
+
+void Dynaset::prepare_row_statement() {
+  std::string columns;
+  for (const Field& field : fields_) {
+    if (field.column->type != ColumnType::long_binary) {
+      columns += ", " + quoted_name(field.name);
+      row_fields_.push_back(&field);
+    }
+  }
+  row_statement_ = "SELECT rowid" + columns + " FROM " + table_name_ + " WHERE rowid = ?";
+}
+
+// Parameters: the condition's, the criteria's, and with rows added the key of the first of them. Added rows
+// stand behind all others.
+std::string Dynaset::keys_statement(std::string_view criteria, bool only_first) const {
+  std::string sql = "SELECT rowid FROM " + table_name_;
+  const bool has_both = !condition_.sql.empty() && !criteria.empty();
+  if (has_both) {
+    sql.append(" WHERE (").append(condition_.sql).append(") AND (").append(criteria).append(")");
+  } else if (!condition_.sql.empty() || !criteria.empty()) {
+    sql.append(" WHERE ").append(condition_.sql).append(criteria);
+  }
+  sql += " ORDER BY ";
+  if (!order_.empty()) {
+    sql += added_.empty() ? "" : "CASE WHEN rowid >= ? THEN rowid ELSE -1 END, ";
+    sql += order_ + ", ";
+  }
+  sql += only_first ? "rowid LIMIT 1" : "rowid";
+  return sql;
+}
+
+void Dynaset::bind_keys_statement(Statement& statement, const Fragment& criteria) const {
+  statement.bind(condition_.parameters);
+  statement.bind(criteria.parameters);
+  if (!order_.empty() && !added_.empty()) {
+    statement.bind_integer(added_.front());
+  }
+}
+
+void Dynaset::find_first(std::string_view criteria) {
+  const Fragment translated = translate_criteria(criteria, *table_);
+  Statement statement(connection(), keys_statement(translated.sql, true));
+  bind_keys_statement(statement, translated);
+  drop_edit();
+  no_match_ = !statement.step();
+  if (!no_match_) {
+    go_to(statement.integer(0));
+    index_.reset();
+  }
+}
+
+void Dynaset::look_at_first() {
+  Connection& open_connection = connection();
+  if (place_ != Place::before_first_look) {
+    return;
+  }
+  Statement statement(open_connection, keys_statement({}, true));
+  bind_keys_statement(statement, {});
+  if (statement.step()) {
+    go_to(statement.integer(0));
+    index_.reset();
+  } else {
+    place_ = Place::at_end;
+  }
+}
+
+bool Dynaset::eof() {
+  look_at_first();
+  return place_ == Place::at_end;
+}
+
+void Dynaset::build_keys() {
+  Statement statement(connection(), keys_statement({}, false));
+  bind_keys_statement(statement, {});
+  keys_.clear();
+  while (statement.step()) {
+    keys_.push_back(statement.integer(0));
+  }
+  has_keys_ = true;
+}
+
+void Dynaset::find_in_keys() {
+  if (index_) {
+    return;
+  }
+  const bool had_keys = has_keys_;
+  if (!had_keys) {
+    build_keys();
+  }
+  const auto find = [&] { return std::find(keys_.begin(), keys_.end(), key_); };
+  auto found = find();
+  if (found == keys_.end() && had_keys) {
+    build_keys();  // a search may come to rows that others have added
+    found = find();
+  }
+  if (found == keys_.end()) {
+    throw Error("record is deleted");
+  }
+  index_ = static_cast<std::size_t>(found - keys_.begin());
+}
+
+// A write can take the current row out of the condition or move it in the order; the place in the list must
+// be known before. The plain order of a whole table can't change that way.
+void Dynaset::keep_place_before_write() {
+  if (!condition_.sql.empty() || !order_.empty()) {
+    find_in_keys();
+  }
+}
+
+void Dynaset::go_to_index(std::size_t index) {
+  if (index < keys_.size()) {
+    go_to(keys_[index]);
+    index_ = index;
+  } else {
+    place_ = Place::at_end;
+    index_.reset();
+  }
+}
+
+void Dynaset::move_first() {
+  (void)connection();
+  drop_edit();
+  if (has_keys_) {
+    go_to_index(0);
+  } else {
+    place_ = Place::before_first_look;
+  }
+}
+
+void Dynaset::move_next() {
+  look_at_first();
+  drop_edit();
+  if (place_ == Place::at_end) {
+    throw Error("no current record");
+  }
+  if (place_ == Place::behind_deleted) {
+    if (!index_) {
+      build_keys();  // in the table's own order, which the key alone gives
+      index_ = static_cast<std::size_t>(std::upper_bound(keys_.begin(), keys_.end(), key_) - keys_.begin());
+    }
+    go_to_index(*index_);
+    return;
+  }
+  find_in_keys();
+  go_to_index(*index_ + 1);
+}
+
+void Dynaset::move_last() {
+  (void)connection();
+  drop_edit();
+  if (!has_keys_) {
+    build_keys();
+  }
+  go_to_index(keys_.empty() ? 0 : keys_.size() - 1);
+}
+
+std::int32_t Dynaset::record_count() {
+  look_at_first();
+  if (!has_keys_) {
+    build_keys();
+  }
+  return static_cast<std::int32_t>(keys_.size());
+}
+
+void Dynaset::requery() {
+  (void)connection();
+  drop_edit();
+  keys_.clear();
+  has_keys_ = false;
+  added_.clear();
+  index_.reset();
+  row_is_read_ = false;
+  place_ = Place::before_first_look;
+  no_match_ = false;
+}
+
+Key Dynaset::current_key() {
+  look_at_first();
+  if (place_ == Place::behind_deleted) {
+    throw Error("record is deleted");
+  }
+  if (place_ == Place::at_end) {
+    throw Error("no current record");
+  }
+  return key_;
+}
+
+void Dynaset::read_row() {
+  const Key key = current_key();
+  const std::int64_t changes_now = connection().changes();
+  if (row_is_read_ && changes_at_reading_ == changes_now) {
+    return;
+  }
+  row_is_read_ = false;
+  Statement statement(connection(), row_statement_);
+  statement.bind_integer(key);
+  if (!statement.step()) {
+    throw Error("record is deleted");
+  }
+  row_.assign(fields_.size(), Null());
+  for (std::size_t i = 0; i < row_fields_.size(); ++i) {
+    row_[static_cast<std::size_t>(row_fields_[i] - fields_.data())] =
+        statement.value(static_cast<int>(i) + 1);
+  }
+  row_is_read_ = true;
+  changes_at_reading_ = changes_now;
+}
+
+const Dynaset::Change* Dynaset::change_of(const Field& field) const {
+  const auto found = std::find_if(changes_.begin(), changes_.end(),
+                                  [&](const Change& change) { return change.field == &field; });
+  return found == changes_.end() ? nullptr : &*found;
+}
+
+const Field& Dynaset::field(std::string_view name) {
+  (void)connection();
+  const auto found = std::find_if(fields_.begin(), fields_.end(),
+                                  [&](const Field& each) { return equal_ignoring_case(each.name, name); });
+  if (found == fields_.end()) {
+    throw Error("item not found in this collection: field '" + std::string(name) + "'");
+  }
+  return *found;
+}
+
+Value Dynaset::value(const Field& field) {
+  if (const Change* const change = change_of(field); change != nullptr) {
+    return change->value;
+  }
+  if (editing_ == Editing::new_row) {
+    return Null();
+  }
+  if (field.column->type == ColumnType::long_binary) {
+    Statement statement(connection(), "SELECT " + quoted_name(field.name) + " IS NULL FROM " + table_name_ +
+                                          " WHERE rowid = ?");
+    statement.bind_integer(current_key());
+    if (!statement.step()) {
+      throw Error("record is deleted");
+    }
+    return statement.integer(0) != 0 ? Value(Null()) : Value(Bytes());
+  }
+  read_row();
+  return row_[static_cast<std::size_t>(&field - fields_.data())];
+}
+
+Bytes Dynaset::bytes(const Field& field) {
+  if (const Change* const change = change_of(field); change != nullptr) {
+    const Bytes* const held = std::get_if<Bytes>(&change->value);
+    return held == nullptr ? Bytes() : *held;
+  }
+  if (editing_ == Editing::new_row) {
+    return {};
+  }
+  Statement statement(connection(),
+                      "SELECT " + quoted_name(field.name) + " FROM " + table_name_ + " WHERE rowid = ?");
+  statement.bind_integer(current_key());
+  if (!statement.step()) {
+    throw Error("record is deleted");
+  }
+  return statement.bytes(0);
+}
+
+void Dynaset::set(const Field& field, Value value) {
+  if (editing_ == Editing::none) {
+    throw Error("update or cancel_update without add_new or edit");
+  }
+  if (field.column->type == ColumnType::counter && editing_ == Editing::current_row) {
+    throw Error("field '" + field.name + "' is a counter and can't be changed");
+  }
+  if (const Change* const change = change_of(field); change != nullptr) {
+    const_cast<Change*>(change)->value = std::move(value);
+  } else {
+    changes_.push_back({&field, std::move(value)});
+  }
+}
+
+void Dynaset::add_new() {
+  look_at_first();  // or the new row could become the first
+  drop_edit();
+  editing_ = Editing::new_row;
+}
+
+void Dynaset::edit() {
+  drop_edit();
+  read_row();
+  keep_place_before_write();
+  editing_ = Editing::current_row;
+}
+
+void Dynaset::update() {
+  (void)connection();
+  switch (editing_) {
+    case Editing::none:
+      throw Error("update without add_new or edit");
+    case Editing::new_row:
+      insert_row();
+      break;
+    case Editing::current_row:
+      update_row();
+      break;
+  }
+  drop_edit();
+}
+
+void Dynaset::insert_row() {
+  std::string columns;
+  std::string places;
+  for (const Change& change : changes_) {
+    columns.append(columns.empty() ? "" : ", ").append(quoted_name(change.field->name));
+    places += places.empty() ? "?" : ", ?";
+  }
+  const std::string values =
+      changes_.empty() ? " DEFAULT VALUES" : " (" + columns + ") VALUES (" + places + ")";
+  Statement statement(connection(), "INSERT INTO " + table_name_ + values);
+  for (const Change& change : changes_) {
+    statement.bind(change.value);
+  }
+  statement.step();
+  const Key key = sqlite3_last_insert_rowid(connection().handle());
+  added_.push_back(key);
+  if (has_keys_) {
+    keys_.push_back(key);
+  }
+}
+
+void Dynaset::update_row() {
+  if (changes_.empty()) {
+    return;
+  }
+  std::string assignments;
+  for (const Change& change : changes_) {
+    assignments.append(assignments.empty() ? "" : ", ")
+        .append(quoted_name(change.field->name))
+        .append(" = ?");
+  }
+  Statement statement(connection(), "UPDATE " + table_name_ + " SET " + assignments + " WHERE rowid = ?");
+  for (const Change& change : changes_) {
+    statement.bind(change.value);
+  }
+  statement.bind_integer(current_key());
+  statement.step();
+  if (sqlite3_changes64(connection().handle()) == 0) {
+    throw Error("record is deleted");
+  }
+}
+
+void Dynaset::delete_row() {
+  const Key key = current_key();
+  drop_edit();
+  if (has_keys_ || !condition_.sql.empty() || !order_.empty()) {
+    find_in_keys();
+  }
+  Statement statement(connection(), "DELETE FROM " + table_name_ + " WHERE rowid = ?");
+  statement.bind_integer(key);
+  statement.step();
+  if (sqlite3_changes64(connection().handle()) == 0) {
+    throw Error("record is deleted");
+  }
+  place_ = Place::behind_deleted;
+  if (has_keys_) {
+    keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(*index_));
+  }
+  std::erase(added_, key);
+}
+
+}  // namespace
+
+std::unique_ptr<Recordset::Implementation> make_dynaset(std::shared_ptr<Connection> connection,
+                                                        SelectStatement select) {
+  return std::make_unique<Dynaset>(std::move(connection), std::move(select));
+}
+
+}  // namespace dao

@@ -1,0 +1,56 @@
+// expression_translator.h: conditions, orders and select lists of the dialect turned into SQL.
+#pragma once
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/dao/statement_translator.h"
+#include "platform/dao/tokens.h"
+
+namespace dao {
+
+/// A run of tokens being translated, with the SQL made so far.
+class ExpressionTranslator {
+ public:
+  /// @param statement  as worded, for error messages
+  ExpressionTranslator(std::string_view statement, const TableDefinition& table)
+      : statement_(statement), table_(table) {}
+
+  /// Tokens first to end as a condition or another expression: text is compared without regard to case and
+  /// trailing blanks, a date literal stands for its day.
+  void expression(const std::vector<Token>& tokens, std::size_t first, std::size_t end);
+
+  /// The terms of an ORDER BY. Behind Val(column) the column itself follows, so that lines of one number and
+  /// different letters are not mixed.
+  void order(const std::vector<Token>& tokens, std::size_t first, std::size_t end);
+
+  /// The items of a SELECT; a text column is given without its trailing blanks, as DISTINCT compares it.
+  void select_list(const std::vector<Token>& tokens, std::size_t first, std::size_t end);
+
+  /// A literal, perhaps with a minus sign, as the value that a column keeps. Gives the place behind it.
+  std::size_t assigned_literal(const std::vector<Token>& tokens, std::size_t place, const Column& column);
+
+  Fragment& fragment() { return fragment_; }
+
+ private:
+  [[noreturn]] void fail() const;
+  void put(std::string_view sql);
+  void put_parameter(Value value);
+  std::size_t put_word(const std::vector<Token>& tokens, std::size_t place, std::size_t end);
+  std::size_t put_column(const std::vector<Token>& tokens, std::size_t place, std::size_t end);
+  std::size_t put_function(const std::vector<Token>& tokens, std::size_t place, std::size_t end);
+  void put_compared_column(const Column& column);
+  void put_day_comparison(const Column& column, bool equal, double day);
+  void put_folded_comparison(const Column& column, bool equal, const std::string& literal);
+  void check_comparison(const Column& column, const Token& literal) const;
+
+  std::string_view statement_;
+  const TableDefinition& table_;
+  Fragment fragment_;
+};
+
+/// Text without trailing blanks, as comparisons see it.
+std::string_view without_trailing_blanks(std::string_view text);
+
+}  // namespace dao

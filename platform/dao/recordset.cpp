@@ -1,0 +1,188 @@
+#include "platform/dao/recordset.h"
+
+#include <cfloat>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "platform/dao/error.h"
+#include "platform/dao/recordset_implementation.h"
+
+namespace dao {
+
+namespace {
+
+Recordset::Implementation& open(const std::unique_ptr<Recordset::Implementation>& implementation) {
+  if (!implementation) {
+    throw Error("the recordset is closed");
+  }
+  return *implementation;
+}
+
+[[noreturn]] void fail_type(const Field& field) {
+  throw Error("data type mismatch: field '" + field.name + "'");
+}
+
+// A computed field has no declared type; what it holds decides.
+template <class... Types>
+const Field& field_of_type(Recordset::Implementation& recordset, std::string_view name, Types... types) {
+  const Field& field = recordset.field(name);
+  if (field.column != nullptr && ((field.column->type != types) && ...)) {
+    fail_type(field);
+  }
+  return field;
+}
+
+// Numbers come back in either of two storage classes: the file keeps 3.0 as 3.
+double number_in(const Field& field, const Value& value) {
+  if (std::holds_alternative<Null>(value)) {
+    return 0.0;
+  }
+  if (const auto* const number = std::get_if<double>(&value)) {
+    return *number;
+  }
+  if (const auto* const integer = std::get_if<std::int64_t>(&value)) {
+    return static_cast<double>(*integer);
+  }
+  fail_type(field);
+}
+
+[[noreturn]] void fail_range(const Field& field) { throw Error("overflow in field '" + field.name + "'"); }
+
+}  // namespace
+
+Recordset::Recordset() = default;
+Recordset::Recordset(std::unique_ptr<Implementation> implementation)
+    : implementation_(std::move(implementation)) {}
+Recordset::Recordset(Recordset&&) noexcept = default;
+Recordset& Recordset::operator=(Recordset&&) noexcept = default;
+Recordset::~Recordset() = default;
+
+bool Recordset::is_open() const { return implementation_ && implementation_->is_open(); }
+void Recordset::close() { implementation_.reset(); }
+
+void Recordset::find_first(std::string_view criteria) { open(implementation_).find_first(criteria); }
+bool Recordset::no_match() const { return open(implementation_).no_match(); }
+bool Recordset::eof() const { return open(implementation_).eof(); }
+void Recordset::move_first() { open(implementation_).move_first(); }
+void Recordset::move_next() { open(implementation_).move_next(); }
+void Recordset::move_last() { open(implementation_).move_last(); }
+std::int32_t Recordset::record_count() const { return open(implementation_).record_count(); }
+void Recordset::requery() { open(implementation_).requery(); }
+void Recordset::add_new() { open(implementation_).add_new(); }
+void Recordset::edit() { open(implementation_).edit(); }
+void Recordset::update() { open(implementation_).update(); }
+void Recordset::delete_row() { open(implementation_).delete_row(); }
+
+bool Recordset::is_null(std::string_view field) const {
+  Implementation& recordset = open(implementation_);
+  return std::holds_alternative<Null>(recordset.value(recordset.field(field)));
+}
+
+std::int32_t Recordset::get_long(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::counter, ColumnType::long_integer);
+  const double number = number_in(field, recordset.value(field));
+  if (number != std::trunc(number)) {
+    fail_type(field);
+  }
+  if (number < std::numeric_limits<std::int32_t>::min() ||
+      number > std::numeric_limits<std::int32_t>::max()) {
+    fail_range(field);
+  }
+  return static_cast<std::int32_t>(number);
+}
+
+float Recordset::get_single(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::single_float);
+  const double number = number_in(field, recordset.value(field));
+  if (std::isfinite(number) && std::abs(number) > double{FLT_MAX} * (1.0 + 1e-8)) {
+    fail_range(field);
+  }
+  return static_cast<float>(number);
+}
+
+double Recordset::get_double(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::double_float, ColumnType::single_float,
+                                     ColumnType::long_integer, ColumnType::counter);
+  return number_in(field, recordset.value(field));
+}
+
+double Recordset::get_date(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::date_time);
+  return number_in(field, recordset.value(field));
+}
+
+std::string Recordset::get_text(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::text);
+  Value value = recordset.value(field);
+  if (auto* const text = std::get_if<std::string>(&value)) {
+    return std::move(*text);
+  }
+  if (!std::holds_alternative<Null>(value)) {
+    fail_type(field);
+  }
+  return {};
+}
+
+bool Recordset::get_bit(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::bit);
+  return number_in(field, recordset.value(field)) != 0.0;
+}
+
+Bytes Recordset::get_binary(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  return recordset.bytes(field_of_type(recordset, name, ColumnType::long_binary));
+}
+
+void Recordset::set_null(std::string_view field) {
+  Implementation& recordset = open(implementation_);
+  recordset.set(recordset.field(field), Null());
+}
+
+void Recordset::set_long(std::string_view name, std::int32_t value) {
+  Implementation& recordset = open(implementation_);
+  recordset.set(field_of_type(recordset, name, ColumnType::counter, ColumnType::long_integer),
+                std::int64_t{value});
+}
+
+void Recordset::set_single(std::string_view name, float value) {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::single_float);
+  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_single(*field.column, value));
+}
+
+void Recordset::set_double(std::string_view name, double value) {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::double_float);
+  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_double(*field.column, value));
+}
+
+void Recordset::set_date(std::string_view name, double days) {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::date_time);
+  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_double(*field.column, days));
+}
+
+void Recordset::set_text(std::string_view name, std::string_view value) {
+  Implementation& recordset = open(implementation_);
+  const Field& field = field_of_type(recordset, name, ColumnType::text);
+  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_text(*field.column, value));
+}
+
+void Recordset::set_bit(std::string_view name, bool value) {
+  Implementation& recordset = open(implementation_);
+  recordset.set(field_of_type(recordset, name, ColumnType::bit), std::int64_t{value});
+}
+
+void Recordset::set_binary(std::string_view name, std::span<const std::byte> value) {
+  Implementation& recordset = open(implementation_);
+  recordset.set(field_of_type(recordset, name, ColumnType::long_binary), Bytes(value.begin(), value.end()));
+}
+
+}  // namespace dao

@@ -1,0 +1,66 @@
+// recordset_implementation.h: what a dynaset and a snapshot have in common.
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/dao/connection.h"
+#include "platform/dao/recordset.h"
+#include "platform/dao/table_definition.h"
+
+namespace dao {
+
+/// A column of a recordset. One that is computed has no type of its own; its values tell.
+struct Field {
+  std::string name;
+  const Column* column = nullptr;
+};
+
+class Recordset::Implementation {
+ public:
+  Implementation(std::shared_ptr<Connection> connection, std::shared_ptr<const TableDefinition> table)
+      : connection_(std::move(connection)), table_(std::move(table)) {}
+  Implementation(const Implementation&) = delete;
+  Implementation& operator=(const Implementation&) = delete;
+  virtual ~Implementation() = default;
+
+  [[nodiscard]] bool is_open() const { return connection_->is_open(); }
+  [[nodiscard]] bool no_match() const { return no_match_; }
+
+  virtual void find_first(std::string_view criteria) = 0;
+  virtual bool eof() = 0;
+  virtual void move_first() = 0;
+  virtual void move_next() = 0;
+  virtual void move_last() = 0;
+  virtual std::int32_t record_count() = 0;
+  virtual void requery() = 0;
+  virtual void add_new() = 0;
+  virtual void edit() = 0;
+  virtual void update() = 0;
+  virtual void delete_row() = 0;
+
+  virtual const Field& field(std::string_view name) = 0;
+  virtual Value value(const Field& field) = 0;
+  virtual Bytes bytes(const Field& field) = 0;
+  virtual void set(const Field& field, Value value) = 0;
+
+ protected:
+  Connection& connection() {
+    (void)connection_->handle();  // an error once the database is closed
+    return *connection_;
+  }
+
+  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<const TableDefinition> table_;
+  bool no_match_ = false;
+};
+
+std::unique_ptr<Recordset::Implementation> make_dynaset(std::shared_ptr<Connection> connection,
+                                                        SelectStatement select);
+std::unique_ptr<Recordset::Implementation> make_snapshot(std::shared_ptr<Connection> connection,
+                                                         SelectStatement select);
+
+}  // namespace dao

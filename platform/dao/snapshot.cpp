@@ -1,0 +1,102 @@
+// A snapshot: the rows of a statement with DISTINCT or computed columns, read once.
+#include <algorithm>
+
+#include "core/text_fields.h"
+#include "platform/dao/recordset_implementation.h"
+
+namespace dao {
+
+namespace {
+
+class Snapshot final : public Recordset::Implementation {
+ public:
+  Snapshot(std::shared_ptr<Connection> connection, SelectStatement select)
+      : Implementation(connection, connection->table(select.table)), statement_(std::move(select.whole)) {
+    read();
+  }
+
+  void find_first(std::string_view /*criteria*/) override {
+    throw Error("operation is not supported: searching a snapshot");
+  }
+  bool eof() override { return (void)connection(), current_ >= rows_.size(); }
+  void move_first() override { (void)connection(), current_ = 0; }
+  void move_next() override {
+    if (eof()) {
+      throw Error("no current record");
+    }
+    ++current_;
+  }
+  void move_last() override {
+    (void)connection();
+    current_ = rows_.empty() ? 0 : rows_.size() - 1;
+  }
+  std::int32_t record_count() override {
+    (void)connection();
+    return static_cast<std::int32_t>(rows_.size());
+  }
+  void requery() override { read(); }
+  void add_new() override { refuse(); }
+  void edit() override { refuse(); }
+  void update() override { refuse(); }
+  void delete_row() override { refuse(); }
+
+  const Field& field(std::string_view name) override {
+    (void)connection();
+    const auto found = std::find_if(fields_.begin(), fields_.end(),
+                                    [&](const Field& each) { return equal_ignoring_case(each.name, name); });
+    if (found == fields_.end()) {
+      throw Error("item not found in this collection: field '" + std::string(name) + "'");
+    }
+    return *found;
+  }
+  Value value(const Field& field) override {
+    if (eof()) {
+      throw Error("no current record");
+    }
+    return rows_[current_][static_cast<std::size_t>(&field - fields_.data())];
+  }
+  Bytes bytes(const Field& field) override {
+    const Value held = value(field);
+    const Bytes* const bytes = std::get_if<Bytes>(&held);
+    return bytes == nullptr ? Bytes() : *bytes;
+  }
+  void set(const Field& /*field*/, Value /*value*/) override { refuse(); }
+
+ private:
+  [[noreturn]] static void refuse() { throw Error("can't update: the recordset is a snapshot"); }
+
+  void read() {
+    Statement statement(connection(), statement_.sql);
+    statement.bind(statement_.parameters);
+    fields_.clear();
+    rows_.clear();
+    current_ = 0;
+    const int columns = statement.column_count();
+    for (int i = 0; i < columns; ++i) {
+      std::string name = statement.column_name(i);
+      const Column* const column = table_->find(name);
+      fields_.push_back({std::move(name), column});
+    }
+    while (statement.step()) {
+      std::vector<Value>& row = rows_.emplace_back();
+      row.reserve(fields_.size());
+      for (int i = 0; i < columns; ++i) {
+        row.push_back(statement.value(i));
+      }
+    }
+  }
+
+  Fragment statement_;
+  std::vector<Field> fields_;
+  std::vector<std::vector<Value>> rows_;
+  std::size_t current_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Recordset::Implementation> make_snapshot(std::shared_ptr<Connection> connection,
+                                                         SelectStatement select) {
+  return std::make_unique<Snapshot>(std::move(connection), std::move(select));
+}
+
+}  // namespace dao

@@ -1,0 +1,51 @@
+// statement_translator.h: statements of the dialect turned into SQL of the file's engine.
+//
+// Literals become bound parameters, so that statements of one wording share a prepared statement and nothing
+// that stands in a literal can change what a statement does. Nothing that the engine alone could understand
+// (own functions, own collations) enters the schema: any browser can open the file.
+#pragma once
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/dao/table_definition.h"
+#include "platform/dao/value.h"
+
+namespace dao {
+
+/// SQL with a "?" for each parameter, in order.
+struct Fragment {
+  std::string sql;
+  std::vector<Value> parameters;
+};
+
+/// Gives a table's definition; throws dao::Error for an unknown table.
+using TableLookup = std::function<const TableDefinition&(std::string_view)>;
+
+struct SelectStatement {
+  std::string table;
+  bool is_dynaset = false;           // its rows are rows of the table
+  std::vector<std::string> columns;  // of a dynaset; empty for all
+  Fragment condition;                // of a dynaset; empty for every row
+  std::string order;                 // of a dynaset; empty for the table's own order
+  Fragment whole;                    // of a snapshot: the statement itself
+};
+
+SelectStatement translate_select(std::string_view statement, const TableLookup& tables);
+
+/// A search criterion on the rows of a table.
+Fragment translate_criteria(std::string_view criteria, const TableDefinition& table);
+
+struct ActionStatement {
+  Fragment fragment;
+  bool changes_schema = false;
+};
+
+/// CREATE TABLE, CREATE INDEX, DROP, INSERT, UPDATE or DELETE.
+ActionStatement translate_action(std::string_view statement, const TableLookup& tables);
+
+/// A name in the engine's quotes.
+std::string quoted_name(std::string_view name);
+
+}  // namespace dao
