@@ -1,7 +1,9 @@
 // reading_record.h: the record that the import choices and a reader fill and the store writes to the survey.
 #pragma once
 #include <array>
+#include <compare>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -49,6 +51,8 @@ struct ScannedStation {
   std::int32_t ReferenceType = 0;
   float SampleRate = 0.0F;    // Hz
   float DipoleLength = 0.0F;  // m
+
+  auto operator<=>(const ScannedStation&) const = default;
 };
 
 struct ReadingRecord {
@@ -79,7 +83,8 @@ struct ReadingRecord {
   double Elevation = 0.0;
   std::int32_t FileID = 0;
 
-  std::vector<ScannedStation> scan_list;
+  std::vector<ScannedStation> scan_list;  // distinct, in the order they were met
+  std::set<ScannedStation> scanned;       // the same, for looking one up
 };
 
 ReadingRecord& reading_record();

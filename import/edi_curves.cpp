@@ -1,0 +1,118 @@
+#include "import/edi_curves.h"
+
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "core/session_state.h"
+
+namespace Module_data_file {
+
+namespace {
+
+using Module_database::Curve;
+using Module_database::field_count;
+
+constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
+constexpr std::array<int, quantity_count> quantity_fields{
+    Module_database::field_resistivity,       Module_database::field_phase,
+    Module_database::field_impedance_real,    Module_database::field_impedance_imaginary,
+    Module_database::field_resistivity_error, Module_database::field_phase_error};
+
+float turned_phase(float phase) {
+  if (is_absent(phase)) {
+    return phase;
+  }
+  return static_cast<float>(std::remainder(static_cast<double>(phase) + 180.0, 360.0));
+}
+
+// Subtracted from zero so that a zero doesn't become a negative one.
+float turned_sign(float value) { return is_absent(value) ? value : 0.0F - value; }
+
+std::int32_t mask_of(float value) { return value <= 0.0F || is_absent(value) ? 0 : 1; }
+
+void copy_as_read(Curve& curve, std::size_t index) {
+  for (int field_number = 1; field_number <= 4; ++field_number) {
+    curve.value(field_number + 4, index) = curve.value(field_number, index);
+  }
+  for (int field_number = 9; field_number <= 13; ++field_number) {
+    curve.value(field_number + 5, index) = curve.value(field_number, index);
+  }
+}
+
+}  // namespace
+
+void compute_from_impedance(EdiSection& section, std::size_t element) {
+  EdiValues& resistivity = section.get(element, quantity_resistivity);
+  EdiValues& phase = section.get(element, quantity_phase);
+  const EdiValues& real = section.get(element, quantity_real);
+  const EdiValues& imaginary = section.get(element, quantity_imaginary);
+  if (!real.present || !imaginary.present || resistivity.present || phase.present) {
+    return;
+  }
+  EdiValues& first_error = section.get(element, quantity_first_error);
+  EdiValues& second_error = section.get(element, quantity_second_error);
+  const std::size_t count = section.frequencies.size();
+  resistivity.values.assign(count, no_data);
+  phase.values.assign(count, no_data);
+  resistivity.present = phase.present = true;
+  for (std::size_t index = 0; index < count; ++index) {
+    const double variance = first_error.present ? first_error.values[index] : 0.0;
+    if (first_error.present) {
+      first_error.values[index] = no_data;
+      second_error.values[index] = no_data;
+    }
+    const double frequency = section.frequencies[index];
+    const double r = real.values[index];
+    const double i = imaginary.values[index];
+    if (is_absent(r) || is_absent(i) || frequency <= 0.0) {
+      continue;
+    }
+    const double square = r * r + i * i;
+    const double angle = std::atan2(i, r) * degrees_per_radian;
+    const double rho = 0.2 * square / frequency;
+    resistivity.values[index] = static_cast<float>(rho);
+    phase.values[index] = static_cast<float>(angle < -90.0 ? angle + 360.0 : angle);
+    if (first_error.present && variance >= 0.0 && square > 0.0) {
+      const double relative = std::sqrt(variance / square);
+      first_error.values[index] = static_cast<float>(2.0 * rho * relative);
+      second_error.values[index] = static_cast<float>(relative * degrees_per_radian);
+    }
+  }
+}
+
+void turn_ey(EdiSection& section) {
+  for (const EdiElement element : {element_yx, element_yy}) {
+    for (float& phase : section.get(element, quantity_phase).values) {
+      phase = turned_phase(phase);
+    }
+    for (const EdiQuantity part : {quantity_real, quantity_imaginary}) {
+      for (float& value : section.get(element, part).values) {
+        value = turned_sign(value);
+      }
+    }
+  }
+}
+
+void fill_curve(const EdiSection& section, std::size_t element, Curve& curve) {
+  const std::size_t count = section.frequencies.size();
+  curve.assign(count);
+  curve.frequencies = section.frequencies;
+  for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
+    const EdiValues& source = section.elements[element][quantity];
+    if (source.present) {
+      float* field = curve.data.data() + (quantity_fields[quantity] - 1);
+      for (std::size_t index = 0; index < count; ++index) {
+        field[index * field_count] = source.values[index];
+      }
+    }
+  }
+  for (std::size_t index = 0; index < count; ++index) {
+    copy_as_read(curve, index);
+    for (const int field_number : {Module_database::field_resistivity, Module_database::field_phase}) {
+      curve.masked_in(field_number, index) = mask_of(curve.value(field_number, index));
+    }
+  }
+}
+
+}  // namespace Module_data_file

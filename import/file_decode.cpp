@@ -1,0 +1,294 @@
+#include "import/file_decode.h"
+
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <optional>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "core/user_interface.h"
+#include "import/head_dates.h"
+#include "import/line_reader.h"
+#include "import/remarks.h"
+
+namespace Module_data_file {
+
+namespace {
+
+constexpr std::array<std::string_view, 3> row_titles{"Line Number", "Event", "Sample Rate"};
+
+int fault(ShowFault show, const std::string& text) {
+  if (show == ShowFault::yes) {
+    user_interface().show_message(text);
+  }
+  return -1;
+}
+
+bool ends_with_digit(std::string_view text) {
+  return !text.empty() && text.back() >= '0' && text.back() <= '9';
+}
+
+int test_typed_value(ShowFault show, std::size_t row, ReadingRecord& record) {
+  std::string& text = record.choices.decode[row].specified;
+  if (row == decode_line_number) {
+    double number = 0.0;
+    return decode_line(show, text, record.choices.line_direction, number, text);
+  }
+  const double value = numeric_value(text);
+  if (row == decode_event) {
+    return is_numeric(text) && value >= 0.0 ? 0 : fault(show, "The specified event value is invalid");
+  }
+  if (!is_numeric(text)) {
+    return fault(show, "The specified Sample Rate is invalid");
+  }
+  if (value < 0.0) {
+    return fault(show, "The Sample Rate cannot be negative");
+  }
+  if (value == 0.0 && record.choices.ReductionType != 2) {
+    return fault(show, "The Sample Rate cannot be zero for non-merged data");
+  }
+  return 0;
+}
+
+int test_row(ShowFault show, std::size_t row, ReadingRecord& record) {
+  const DecodeRow& decode = record.choices.decode[row];
+  const std::string title(row_titles[row]);
+  if (decode.use_file_name) {
+    if (decode.start_column < 1) {
+      return fault(show, "The start column for " + title + " is invalid");
+    }
+    return decode.width < 1 ? fault(show, "The column width for " + title + " is invalid") : 0;
+  }
+  if (decode.specified.empty()) {
+    return fault(show, "The specified value for " + title + " is invalid");
+  }
+  return test_typed_value(show, row, record);
+}
+
+// Characters from a column on, counted from 1 in whole characters.
+std::string columns(std::string_view text, std::int32_t start, std::int32_t width) {
+  std::string part;
+  std::int32_t column = 0;
+  for (const char byte : text) {
+    const bool begins_character = (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+    column += begins_character ? 1 : 0;
+    if (column >= start && column - start < width) {
+      part += byte;
+    }
+  }
+  return part;
+}
+
+std::string decoded_text(const DecodeRow& row, const std::string& file_name) {
+  return row.use_file_name ? columns(file_name, row.start_column, row.width) : row.specified;
+}
+
+double decoded_number(const std::string& text, std::size_t row, FileReport& report) {
+  if (is_numeric(text)) {
+    return numeric_value(text);
+  }
+  remark_unreadable(report, 0,
+                    std::string(row_titles[row]) + " " + quoted(text) + " is not a number, taken as 0");
+  return 0.0;
+}
+
+void decode_name(ReadingRecord& record, SampleFields& sample, FileReport& report) {
+  const auto& decode = record.choices.decode;
+  sample.line = decoded_text(decode[decode_line_number], record.SurveyFile);
+  if (decode[decode_line_number].use_file_name) {
+    sample.line = std::string(trimmed(sample.line));
+    if (sample.line.empty()) {
+      remark_unreadable(report, 0, "the file name has no text in the columns of the line");
+    }
+  }
+  sample.event = decoded_text(decode[decode_event], record.SurveyFile);
+  sample.rate = decoded_text(decode[decode_sample_rate], record.SurveyFile);
+  record.LineNumber = sample.line;
+  const double event = decoded_number(sample.event, decode_event, report);
+  record.EventNumber = std::abs(event) < 2147483647.0 ? static_cast<std::int32_t>(event) : 0;
+  record.SampleRate = static_cast<float>(decoded_number(sample.rate, decode_sample_rate, report));
+}
+
+void take_date(std::string_view line, double& days, const LineReader& reader, FileReport& report) {
+  const std::size_t equals = line.find('=');
+  const std::string_view text =
+      equals == std::string_view::npos ? std::string_view() : trimmed(line.substr(equals + 1));
+  if (const std::optional<double> date = head_date(text)) {
+    days = *date;
+  } else {
+    days = start_date;
+    remark_unreadable(report, reader.line_number(),
+                      "date " + quoted(text) + " is not month/day/year, taken as 1 January 1900");
+  }
+}
+
+void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report) {
+  record.length_unit_factor = 1;
+  std::string_view bytes;
+  while (reader.next(bytes)) {
+    const std::string_view line = trimmed(bytes);
+    if (line.starts_with(">=")) {
+      const std::string tag = upper_case(line);
+      if (tag.starts_with(">=SPECTRASECT") || tag.starts_with(">=MTSECT")) {
+        record.file_format = tag.starts_with(">=MTSECT") ? format_edi_mt : format_edi_spectra;
+        return;
+      }
+    }
+    const std::string_view keyword = line.substr(0, 8);
+    if (equal_ignoring_case(keyword.substr(0, 7), "ACQDATE")) {
+      take_date(line, record.DateAnalysed, reader, report);
+    } else if (equal_ignoring_case(keyword, "FILEDATE")) {
+      take_date(line, record.DateCollected, reader, report);
+    } else if (equal_ignoring_case(keyword.substr(0, 5), "UNITS")) {
+      const std::size_t equals = line.find('=');
+      if (equals != std::string_view::npos && equal_ignoring_case(trimmed(line.substr(equals + 1)), "FT")) {
+        record.length_unit_factor = 0;  // the whole part of 0.3048; lengths are taken as they stand
+      }
+    }
+  }
+}
+
+double date_in_columns(std::string_view line, std::array<std::int32_t, 3> starts) {
+  const double year = numeric_value(columns(line, starts[0], 4));
+  const double month = numeric_value(columns(line, starts[1], 2));
+  const double day = numeric_value(columns(line, starts[2], 2));
+  if (!(year >= 1.0 && year <= 9999.0)) {
+    return start_date;
+  }
+  return day_count(static_cast<int>(year), static_cast<int>(month), static_cast<int>(day));
+}
+
+double today() {
+  const auto now = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+  const std::chrono::year_month_day date{now};
+  return day_count(static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
+                   static_cast<int>(static_cast<unsigned>(date.day())));
+}
+
+bool next_filled_line(LineReader& reader, std::string& line) {
+  std::string_view bytes;
+  while (reader.next(bytes)) {
+    if (const std::string_view text = trimmed(bytes); !text.empty()) {
+      line = upper_case(text);
+      return true;
+    }
+  }
+  return false;
+}
+
+void read_fixed_column_head(const std::string& line, ReadingRecord& record, SampleFields& sample) {
+  record.file_format = format_fixed_columns;
+  if (line.find("DC") == std::string::npos) {
+    return;
+  }
+  record.DateCollected = date_in_columns(line, {3, 7, 9});
+  record.DateAnalysed = date_in_columns(line, {14, 18, 20});
+  sample.station = trimmed(columns(line, 29, 6));
+  if (is_numeric(sample.station)) {
+    record.Station = numeric_value(sample.station);
+  }
+}
+
+void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sample, FileReport& report) {
+  std::string line;
+  bool found = next_filled_line(reader, line);
+  while (found && line.starts_with(">!")) {
+    found = next_filled_line(reader, line);
+  }
+  if (!found) {
+    return;
+  }
+  if (line.starts_with(">HEAD")) {
+    read_edi_head(reader, record, report);
+  } else if (line.find("FREQUENCY DOMAIN EM DATA") != std::string::npos) {
+    record.file_format = format_em1dfm;
+    record.DateCollected = record.DateAnalysed = today();
+  } else if (line.size() == 4 && is_numeric(line)) {
+    record.file_format = format_zonge_raw;
+    if (next_filled_line(reader, line)) {
+      record.DateCollected = record.DateAnalysed = date_in_columns(line, {10, 15, 18});
+    }
+  } else {
+    read_fixed_column_head(line, record, sample);
+  }
+}
+
+}  // namespace
+
+int decode_file_format(ShowFault show, ReadingRecord& record) {
+  if (record.choices.ReferenceType < 0) {
+    return fault(show, "You have not specified a data type");
+  }
+  if (record.choices.ReductionType < 0) {
+    return fault(show, "You have not specified the data reduction");
+  }
+  for (std::size_t row = 0; row < row_titles.size(); ++row) {
+    if (test_row(show, row, record) != 0) {
+      return -1;
+    }
+  }
+  return 0;
+}
+
+int decode_line(ShowFault show, std::string_view text, LineDirection direction, double& number,
+                std::string& line) {
+  const std::string typed = upper_case(trimmed(text));
+  double value = 0.0;
+  char letter = ' ';
+  if (ends_with_digit(typed)) {
+    if (!is_numeric(typed)) {
+      return fault(show, "The supplied Line number is not valid");
+    }
+    value = numeric_value(typed);
+    const bool along_east = direction == LineDirection::local_east;
+    letter = value < 0.0 ? (along_east ? 'W' : 'S') : (along_east ? 'E' : 'N');
+  } else {
+    letter = typed.empty() ? ' ' : typed.back();
+    if (std::string_view("NSEW").find(letter) == std::string_view::npos) {
+      return fault(show, "The supplied Line number suffix is not valid");
+    }
+    const std::string_view digits = std::string_view(typed).substr(0, typed.size() - 1);
+    if (!is_numeric(digits)) {
+      return fault(show, "The supplied Line number value is not valid");
+    }
+    value = numeric_value(digits);
+    if (letter == 'W' || letter == 'S') {
+      value = -value;
+      if (value > 0.0) {  // "-200S" lies on the other side
+        letter = letter == 'S' ? 'N' : 'E';
+        value = -value;
+      }
+    }
+  }
+  number = value;
+  line = format_number(std::abs(value), "0") + letter;
+  return 0;
+}
+
+void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                         FileReport& report) {
+  sample = SampleFields{};
+  record.SurveyFile = file_name_of(file);
+  record.file_format = format_unknown;
+  decode_name(record, sample, report);
+  LineReader reader(file);
+  read_file_head(reader, record, sample, report);
+  sample.date = display_date(record.DateCollected);
+}
+
+int display_file_decode(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                        FileReport& report) {
+  if (decode_file_format(ShowFault::yes, record) != 0) {
+    return -1;
+  }
+  display_file_format(file, record, sample, report);
+  return 0;
+}
+
+std::string file_name_of(const std::string& path) {
+  return text_from_field_file(std::filesystem::path(path).filename().string());
+}
+
+}  // namespace Module_data_file

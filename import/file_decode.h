@@ -1,0 +1,56 @@
+// file_decode.h: what a field file is, and what its name says about line, event and scan rate.
+#pragma once
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "import/import_report.h"
+#include "import/reading_record.h"
+
+namespace Module_data_file {
+
+enum FileFormat : std::int32_t {
+  format_unknown = -1,
+  format_fixed_columns = 0,
+  format_edi_spectra = 1,
+  format_edi_mt = 2,
+  format_em1dfm = 4,
+  format_zonge_raw = 5,
+};
+
+enum class ShowFault { no, yes };
+
+/// The texts of the sample fields for one file.
+struct SampleFields {
+  std::string line;
+  std::string event;
+  std::string rate;
+  std::string station;
+  std::string date;  // "21-Oct-2019"
+};
+
+/// Tests the choices of a record; a typed line is brought into its normal form on the way.
+/// @return 0; -1 at the first fault, after its message if faults are shown
+[[nodiscard]] int decode_file_format(ShowFault show, ReadingRecord& record);
+
+/// Brings a line text into its normal form, a whole number with a letter: "-200" becomes "200W" or "200S".
+/// @param number the line's number, negative for W and S
+/// @return 0, or -1 at a fault, after its message if faults are shown; `number` and `line` are then as before
+[[nodiscard]] int decode_line(ShowFault show, std::string_view text, LineDirection direction, double& number,
+                              std::string& line);
+
+/// Takes line, event and scan rate from the choices and the file's name, and format, dates and unit from the
+/// file, into the record and the sample fields. What can't be read goes into the report. Throws
+/// std::runtime_error if the file can't be read.
+void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                         FileReport& report);
+
+/// decode_file_format and, if that passed, display_file_format.
+/// @return 0; -1 at a fault of the choices, after its message
+[[nodiscard]] int display_file_decode(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                                      FileReport& report);
+
+/// The last component of a path, as UTF-8.
+std::string file_name_of(const std::string& path);
+
+}  // namespace Module_data_file

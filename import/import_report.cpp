@@ -1,0 +1,86 @@
+#include "import/import_report.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "core/text_fields.h"
+#include "import/remarks.h"
+
+namespace Module_data_file {
+
+namespace {
+
+constexpr std::size_t remarks_kept = 100;  // of each kind for one file; a person reads no more
+constexpr std::size_t quoted_length = 40;  // bytes
+
+void add(FileReport& report, std::vector<ReportRemark>& remarks, std::int64_t line, std::string text) {
+  if (remarks.size() < remarks_kept) {
+    remarks.push_back({line, std::move(text)});
+  } else {
+    ++report.remarks_dropped;
+  }
+}
+
+nlohmann::ordered_json json_of(const std::vector<ReportRemark>& remarks) {
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const ReportRemark& remark : remarks) {
+    list.push_back({{"line", remark.line}, {"text", remark.text}});
+  }
+  return list;
+}
+
+nlohmann::ordered_json json_of(const FileReport& file) {
+  return {{"file", file.file},
+          {"sections", file.sections},
+          {"readings", file.readings},
+          {"frequencies", file.frequencies},
+          {"ignored", json_of(file.ignored)},
+          {"unreadable", json_of(file.unreadable)},
+          {"remarks_dropped", file.remarks_dropped},
+          {"failure", file.failure},
+          {"impedances_only", file.impedances_only},
+          {"all_yx_phases_negative", file.all_yx_phases_negative}};
+}
+
+}  // namespace
+
+void remark_ignored(FileReport& report, std::int64_t line, std::string text) {
+  add(report, report.ignored, line, std::move(text));
+}
+
+void remark_unreadable(FileReport& report, std::int64_t line, std::string text) {
+  add(report, report.unreadable, line, std::move(text));
+}
+
+std::string quoted(std::string_view bytes) {
+  const bool cut = bytes.size() > quoted_length;
+  return "'" + text_from_field_file(bytes.substr(0, quoted_length)) + (cut ? "...'" : "'");
+}
+
+bool ImportReport::has_remarks() const {
+  return std::any_of(files.begin(), files.end(), [](const FileReport& file) { return file.has_remarks(); });
+}
+
+bool ImportReport::has_failures() const {
+  return std::any_of(files.begin(), files.end(),
+                     [](const FileReport& file) { return !file.failure.empty() || file.readings == 0; });
+}
+
+std::string ImportReport::to_json() const {
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const FileReport& file : files) {
+    list.push_back(json_of(file));
+  }
+  const nlohmann::ordered_json report = {{"stopped", stopped}, {"files", std::move(list)}};
+  // A path may hold bytes that are no UTF-8; they must not cost the report.
+  return report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+ImportReport& last_import_report() {
+  static ImportReport report;
+  return report;
+}
+
+}  // namespace Module_data_file

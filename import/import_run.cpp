@@ -1,0 +1,368 @@
+#include "import/import_run.h"
+
+#include <array>
+#include <exception>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <system_error>
+#include <tuple>
+
+#include "core/file_names.h"
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "database/stations.h"
+#include "database/survey_database.h"
+#include "import/edi_mt_reader.h"
+#include "import/file_decode.h"
+#include "import/store_blocks.h"
+#include "reduction/averages.h"
+
+namespace Module_data_file {
+
+namespace {
+
+using Module_database::open_survey;
+using Module_database::ReadingKey;
+
+constexpr std::string_view import_failed = "An error occurred while importing the data file: ";
+constexpr std::string_view averaging_failed = "An error occurred while averaging the data: ";
+constexpr std::array<const char*, 4> averaged_types{"ExHx", "ExHy", "EyHx", "EyHy"};
+constexpr int stations_per_commit = 100;  // a commit waits for the disk, far longer than a station takes
+
+// The same failure to store this many files in a row is no longer one file's affair.
+constexpr int repeated_failures = 3;
+
+enum class Outcome { finished, stopped, failed };
+
+// Shows one percentage for the whole run, only when it changes, and lets the window live.
+class Progress {
+ public:
+  Progress(std::string what, std::size_t count) : what_(std::move(what)), count_(count) {}
+
+  void show(std::size_t done, double part_of_next) {
+    const double share = (static_cast<double>(done) + part_of_next) / static_cast<double>(count_);
+    const int percent = static_cast<int>(100.0 * share);
+    if (percent != shown_) {
+      user_interface().show_progress(what_, shown_ = percent);
+    }
+    user_interface().process_events();
+  }
+
+ private:
+  std::string what_;
+  std::size_t count_;
+  int shown_ = -1;
+};
+
+int fault(const char* text) {
+  user_interface().show_message(text);
+  return -1;
+}
+
+int test_choices(ImportMode mode, ReadingRecord& record) {
+  const ImportChoices& choices = record.choices;
+  if (mode == ImportMode::import) {
+    if (!open_survey().database.is_open()) {
+      return fault("No survey is open");
+    }
+    if (choices.convert_coordinates && open_survey().projections.record_count() == 0) {
+      return fault("The projection has not been defined");
+    }
+  }
+  if (!trimmed(choices.start_station).empty()) {
+    if (!is_numeric(choices.start_station)) {
+      return fault("The start station number is invalid");
+    }
+    record.Station = numeric_value(choices.start_station);
+  }
+  if (!is_numeric(choices.station_step) || numeric_value(choices.station_step) == 0.0) {
+    return fault("The station spacing is invalid");
+  }
+  record.StationSpacing = static_cast<float>(numeric_value(choices.station_step));
+  return decode_file_format(ShowFault::yes, record);
+}
+
+// Nothing of the file before reaches this one, but for the station that runs on and its step.
+void start_file(ReadingRecord& record, std::size_t index) {
+  ReadingRecord fresh;
+  fresh.choices = std::move(record.choices);
+  fresh.scan_list = std::move(record.scan_list);
+  fresh.scanned = std::move(record.scanned);
+  fresh.Station = record.Station;
+  fresh.StationSpacing = record.StationSpacing;
+  fresh.file_index = static_cast<std::int32_t>(index + 1);
+  record = std::move(fresh);
+}
+
+void fail_file(FileReport& report, const std::string& reason) {
+  report.failure = reason;
+  user_interface().show_message(std::string(import_failed) + report.file + ": " + reason);
+}
+
+const char* why_not_read(std::int32_t format) {
+  switch (format) {
+    case format_fixed_columns:
+      return "not an EDI file, its first line doesn't begin with >HEAD; there is no reader for other files "
+             "of this kind";
+    case format_edi_spectra:
+      return "there is no reader for EDI files of spectra (>=SPECTRASECT)";
+    case format_em1dfm:
+      return "there is no reader for Em1dfm files";
+    case format_zonge_raw:
+      return "there is no reader for Zonge raw files";
+    default:
+      return "neither an impedance section (>=MTSECT) nor any other data was found";
+  }
+}
+
+// Rows that a roll-back took away are forgotten by the recordsets that hold them.
+void requery_stores() {
+  open_survey().files.requery();
+  open_survey().readings.requery();
+  open_survey().stations.requery();
+  open_survey().locations.requery();
+}
+
+// Ends the file's transaction. What an earlier import of the file left is given up only for readings that
+// have all been stored.
+void end_transaction(dao::Transaction& transaction, const StoreNotes& notes, FileReport& report) {
+  const bool keep_earlier = notes.file_known && (report.readings == 0 || !notes.failure.empty());
+  if (!keep_earlier) {
+    transaction.commit();
+    return;
+  }
+  transaction.roll_back();
+  requery_stores();
+  report.readings = 0;
+  if (report.failure.empty()) {
+    report.failure = "the file gave no reading";
+  }
+  report.failure += "; the readings of its earlier import stay";
+}
+
+// Reads one file as one transaction. False if the survey takes no more files.
+bool import_in_transaction(const std::string& file, FileReport& report, StoreNotes& notes,
+                           const FileProgress& progress) {
+  const int result = trap_errors(import_failed, [&] {
+    try {
+      dao::Transaction transaction(open_survey().database);
+      // Its failure stands in the report, and the person has seen the message.
+      (void)read_edi_mt(ImportMode::import, file, report, notes, progress);
+      end_transaction(transaction, notes, report);
+    } catch (const std::exception& failure) {
+      report.readings = 0;
+      report.failure = std::string(import_failed) + failure.what();
+      throw;
+    }
+  });
+  if (result != 0) {
+    (void)trap_errors(import_failed, requery_stores);
+  }
+  return result == 0;
+}
+
+// True if the run may go on with the next file.
+bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, StoreNotes& notes,
+                 const FileProgress& progress) {
+  std::error_code ignored;
+  if (!std::filesystem::exists(report.file, ignored)) {
+    report.failure = "the file doesn't exist";
+    return true;
+  }
+  try {
+    SampleFields sample;
+    display_file_format(report.file, record, sample, report);
+  } catch (const std::exception& failure) {
+    report.failure = failure.what();
+    user_interface().show_message(std::string(import_failed) + failure.what());
+    return true;
+  }
+  if (record.file_format != format_edi_mt) {
+    fail_file(report, why_not_read(record.file_format));
+    return true;
+  }
+  bool go_on = true;
+  if (mode == ImportMode::import) {
+    go_on = import_in_transaction(report.file, report, notes, progress);
+  } else {
+    (void)read_edi_mt(mode, report.file, report, notes, progress);
+  }
+  if (report.readings == 0 && report.failure.empty()) {
+    report.failure = "the file gave no reading";
+  }
+  return go_on;
+}
+
+Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ImportReport& report) {
+  ReadingRecord& record = reading_record();
+  Progress progress(mode == ImportMode::import ? "Importing data files" : "Scanning data files",
+                    files.size());
+  std::string last_failure;
+  int same_failures = 0;
+  for (std::size_t index = 0; index < files.size(); ++index) {
+    progress.show(index, 0.0);
+    if (user_interface().stop_requested()) {
+      report.stopped = true;
+      return Outcome::stopped;
+    }
+    start_file(record, index);
+    FileReport& file_report = report.files.emplace_back();
+    file_report.file = files[index];
+    StoreNotes notes;
+    const bool go_on =
+        import_file(mode, record, file_report, notes, [&](std::int64_t read, std::int64_t size) {
+          progress.show(index, size > 0 ? static_cast<double>(read) / static_cast<double>(size) : 0.0);
+        });
+    same_failures = notes.failure.empty() ? 0 : (notes.failure == last_failure ? same_failures + 1 : 1);
+    last_failure = notes.failure;
+    if (!go_on || same_failures == repeated_failures) {
+      return Outcome::failed;
+    }
+  }
+  progress.show(files.size(), 0.0);
+  return Outcome::finished;
+}
+
+// Runs `reduce` for each item, a group of them in one transaction, with progress and a stop between items.
+template <class Item, class Reduce>
+Outcome reduce_each(const char* what, const std::vector<Item>& items, Reduce&& reduce) {
+  Progress progress(what, items.size());
+  std::optional<dao::Transaction> transaction;
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    progress.show(index, 0.0);
+    if (user_interface().stop_requested()) {
+      if (transaction) {
+        transaction->commit();
+      }
+      return Outcome::stopped;
+    }
+    if (!transaction) {
+      transaction.emplace(open_survey().database);
+    }
+    const int result = reduce(items[index]);
+    if (result != 0 || (index + 1) % stations_per_commit == 0 || index + 1 == items.size()) {
+      transaction->commit();
+      transaction.reset();
+    }
+    if (result != 0) {
+      return Outcome::failed;
+    }
+  }
+  return Outcome::finished;
+}
+
+int average_station(const ScannedStation& scanned) {
+  using Module_database::StationSearch;
+  if (Module_database::find_station(StationSearch::look_up, scanned.LineNumber, scanned.Station).StationID <
+      0) {
+    return 0;
+  }
+  for (const char* const data_type : averaged_types) {
+    const ReadingKey key{scanned.LineNumber, scanned.Station, scanned.ReferenceType,
+                         scanned.SampleRate, data_type,       scanned.DipoleLength};
+    Module_database::StoredReading ignored;
+    if (Module_averaged_data::average_repeats(key, ignored) != 0) {
+      return -1;
+    }
+  }
+  return 0;
+}
+
+std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
+  using Name = std::tuple<std::string, double, std::int32_t, float>;  // line, station, reference type, dipole
+  std::set<Name> touched;
+  for (const ScannedStation& scanned : record.scan_list) {
+    touched.emplace(upper_case(scanned.LineNumber), scanned.Station, scanned.ReferenceType,
+                    scanned.DipoleLength);
+  }
+  std::vector<ReadingKey> keys;
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT DISTINCT LineNumber,Station,ReferenceType,DataType,DipoleLength FROM ReadingsDataTable WHERE "
+      "ReductionType=1");
+  for (; !rows.eof(); rows.move_next()) {
+    ReadingKey key;
+    key.line = rows.get_text("LineNumber");
+    key.station = rows.get_double("Station");
+    key.reference_type = rows.get_long("ReferenceType");
+    key.data_type = rows.get_text("DataType");
+    key.dipole = rows.get_single("DipoleLength");
+    if (touched.contains({upper_case(key.line), key.station, key.reference_type, key.dipole})) {
+      keys.push_back(std::move(key));
+    }
+  }
+  return keys;
+}
+
+int merge_station(const ReadingKey& key) {
+  Module_database::StoredReading ignored;
+  return Module_averaged_data::merge_scan_rates(key, ignored);
+}
+
+Outcome reduce_touched(const ReadingRecord& record) {
+  if (record.scan_list.empty()) {
+    return Outcome::finished;
+  }
+  const Outcome averages = reduce_each("Averaging repeats", record.scan_list, average_station);
+  return averages == Outcome::finished ? reduce_each("Merging scan rates", merge_keys(record), merge_station)
+                                       : averages;
+}
+
+// Files behind the one that ended the run are named as well, so that no file is missing from the report.
+void report_files_left(const std::vector<std::string>& files, ImportReport& report) {
+  for (std::size_t index = report.files.size(); index < files.size(); ++index) {
+    FileReport& left = report.files.emplace_back();
+    left.file = files[index];
+    left.failure = "not imported: the run ended before this file";
+  }
+}
+
+int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& report) {
+  ReadingRecord& record = reading_record();
+  const Outcome imported = files.empty() ? Outcome::finished : import_files(mode, files, report);
+  if (imported == Outcome::failed) {
+    report_files_left(files, report);
+  }
+  if (mode == ImportMode::scan) {
+    return imported == Outcome::failed ? -1 : 0;
+  }
+  // Also after a stop: the averages of what was stored by then would otherwise be missing or old.
+  const int reduced = trap_errors(averaging_failed, [&] {
+    const Outcome outcome = reduce_touched(record);
+    report.stopped = report.stopped || outcome == Outcome::stopped;
+    return outcome == Outcome::failed ? -1 : 0;
+  });
+  return imported == Outcome::failed ? -1 : reduced;
+}
+
+}  // namespace
+
+ReadingRecord& reading_record() {
+  static ReadingRecord record;
+  return record;
+}
+
+int run_import(const ImportChoices& choices, const std::vector<std::string>& files, ImportMode mode,
+               ImportReport& report) {
+  ReadingRecord& record = reading_record();
+  record = ReadingRecord{};
+  record.choices = choices;
+  report = ImportReport{};
+  if (test_choices(mode, record) != 0) {
+    return -1;
+  }
+  const BusyPointer busy;
+  const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+  const int result = run(mode, files, report);
+  last_import_report() = report;
+  return result;
+}
+
+std::vector<std::string> find_import_files(const std::string& folder, const std::string& extension) {
+  return Module_util::scan_directory(folder, extension);
+}
+
+}  // namespace Module_data_file

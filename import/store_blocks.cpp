@@ -1,0 +1,170 @@
+#include "import/store_blocks.h"
+
+#include <algorithm>
+#include <exception>
+#include <numeric>
+#include <utility>
+#include <vector>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "database/frequency_store.h"
+#include "database/survey_database.h"
+#include "import/head_dates.h"
+
+namespace Module_data_file {
+
+namespace {
+
+using Module_database::Curve;
+using Module_database::field_count;
+using Module_database::mask_count;
+
+constexpr std::string_view failure_text = "An error occurred while string the header block: ";
+
+// Runs a store with its message, which the notes keep for the report.
+template <class Operation>
+int store_with_notes(StoreNotes& notes, Operation&& operation) {
+  return trap_errors(failure_text, [&] {
+    try {
+      std::forward<Operation>(operation)();
+    } catch (const std::exception& failure) {
+      notes.failure = std::string(failure_text) + failure.what();
+      throw;
+    }
+  });
+}
+
+std::string file_criteria(const ReadingRecord& record, std::string_view behind_name) {
+  return "SurveyFile = '" + record.SurveyFile + std::string(behind_name) + "' AND DateCollected = #" +
+         criterion_date(record.DateCollected) + "#";
+}
+
+void delete_readings_of_file(std::int32_t file_id) {
+  dao::Recordset& readings = Module_database::open_survey().readings;
+  const std::string criteria = "FileID = " + format_number(file_id, "0");
+  for (readings.find_first(criteria); !readings.no_match(); readings.find_first(criteria)) {
+    readings.delete_row();
+  }
+}
+
+void write_header(dao::Recordset& files, const ReadingRecord& record) {
+  files.set_text("SurveyFile", record.SurveyFile);
+  files.set_date("DateCollected", record.DateCollected);
+  files.set_date("DateAnalysed", record.DateAnalysed);
+  files.set_text("LineNumber", record.LineNumber);
+  files.set_double("Station", record.Station);
+  files.set_long("EventNumber", record.EventNumber);
+  files.set_long("ReferenceType", record.choices.ReferenceType);
+  files.set_long("ReductionType", record.choices.ReductionType);
+  files.set_single("SampleRate", record.SampleRate);
+  files.set_single("DipoleLength", record.DipoleLength);
+  files.set_single("StationSpacing", record.StationSpacing);
+  files.set_single("Orientation", record.Orientation);
+  files.set_text("Filter", record.Filter);
+}
+
+void store_header(ReadingRecord& record, StoreNotes& notes) {
+  dao::Recordset& files = Module_database::open_survey().files;
+  files.find_first(file_criteria(record, "") +
+                   " AND EventNumber = " + format_number(record.EventNumber, "0"));
+  if (files.no_match()) {
+    files.add_new();
+  } else {
+    notes.file_known = true;
+    delete_readings_of_file(files.get_long("ID"));
+    files.edit();
+  }
+  write_header(files, record);
+  files.update();
+  session().data_changed = true;
+  // All readings of a file belong to its first row, whatever the event; the blank behind the name doesn't
+  // count in a comparison.
+  files.find_first(file_criteria(record, " "));
+  record.FileID = files.get_long("ID");
+}
+
+void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::string_view data_type) {
+  readings.set_long("FileID", record.FileID);
+  readings.set_long("StationID", record.StationID);
+  readings.set_long("LocationID", record.LocationID);
+  readings.set_text("LineNumber", record.LineNumber);
+  readings.set_double("Station", record.Station);
+  readings.set_long("EventNumber", record.EventNumber);
+  readings.set_long("ReferenceType", record.choices.ReferenceType);
+  readings.set_long("ReductionType", record.choices.ReductionType);
+  readings.set_text("DataType", data_type);
+  readings.set_single("DipoleLength", record.DipoleLength);
+  readings.set_single("SampleRate", record.SampleRate);
+  readings.set_single("ResOffset", 1.0F);
+  readings.set_single("PhaseOffset", 0.0F);
+  readings.set_single("MergeFrequency", -1.0F);
+  readings.set_bit("UseReading", true);
+  readings.set_bit("UseResistivity", true);
+  readings.set_bit("UsePhase", true);
+  Module_database::write_curve(readings, record.curve);
+}
+
+void store_data(const ReadingRecord& record, std::string_view data_type) {
+  dao::Recordset& readings = Module_database::open_survey().readings;
+  readings.find_first("FileID = " + format_number(record.FileID, "0") +
+                      " AND SampleRate = " + criterion_text(record.SampleRate) +
+                      " AND EventNumber = " + format_number(record.EventNumber, "0") + " AND DataType = '" +
+                      std::string(data_type) + "'");
+  if (readings.no_match()) {
+    readings.add_new();
+  } else {
+    readings.edit();
+  }
+  write_reading(readings, record, data_type);
+  readings.update();
+  session().data_changed = true;
+}
+
+// Puts groups of `width` values into the order that `places` gives.
+template <class T>
+void reorder_groups(std::vector<T>& values, const std::vector<std::size_t>& places, std::size_t width) {
+  std::vector<T> ordered;
+  ordered.reserve(values.size());
+  for (const std::size_t place : places) {
+    const auto group = values.begin() + static_cast<std::ptrdiff_t>(place * width);
+    ordered.insert(ordered.end(), group, group + static_cast<std::ptrdiff_t>(width));
+  }
+  values = std::move(ordered);
+}
+
+}  // namespace
+
+bool sort_curve(Curve& curve) {
+  if (std::is_sorted(curve.frequencies.begin(), curve.frequencies.end())) {
+    return true;
+  }
+  std::vector<std::size_t> places(curve.count());
+  std::iota(places.begin(), places.end(), std::size_t{0});
+  std::stable_sort(places.begin(), places.end(),
+                   [&](std::size_t a, std::size_t b) { return curve.frequencies[a] < curve.frequencies[b]; });
+  reorder_groups(curve.frequencies, places, 1);
+  reorder_groups(curve.data, places, field_count);
+  reorder_groups(curve.mask, places, mask_count);
+  return false;
+}
+
+int store_header_block(StoreNotes& notes) {
+  return store_with_notes(notes, [&] { store_header(reading_record(), notes); });
+}
+
+int store_data_block(std::string_view data_type, StoreNotes& notes) {
+  ReadingRecord& record = reading_record();
+  const int order_result = sort_curve(record.curve) ? 0 : -1;
+  if (store_with_notes(notes, [&] { store_data(record, trimmed(data_type)); }) != 0) {
+    return -1;
+  }
+  // A failure here has its own message and doesn't make the reading a failed one.
+  (void)Module_database::add_reading_frequencies(record.choices.ReferenceType, record.SampleRate,
+                                                 record.curve.frequencies);
+  return order_result;
+}
+
+}  // namespace Module_data_file
