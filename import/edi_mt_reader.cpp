@@ -61,7 +61,7 @@ void take_station(const EdiSection& section, ReadingRecord& record, FileReport& 
   record.Station = std::isfinite(station) ? station + 0.0 : 0.0;
   if (station == 0.0 && trimmed(text).find_first_of('0') == std::string_view::npos) {
     remark_unreadable(report, section.line_number,
-                      "SECTID " + quoted(*section.SECTID) + " has no number, taken as station 0");
+                      "SECTID " + in_quotes(*section.SECTID) + " has no number, taken as station 0");
   }
 }
 

@@ -250,7 +250,7 @@ void EdiMtParser::read_count(std::string_view text) {
   const double most = static_cast<double>(reader_.file_size()) / 2.0 + 1.0;
   if (token.empty() || !(token.front() >= '0' && token.front() <= '9') || count > most) {
     remark_unreadable(report_, reader_.line_number(),
-                      "NFREQ=" + quoted(token) + " is not a count; the values of >FREQ are counted instead");
+                      "NFREQ=" + in_quotes(token) + " is not a count; the values of >FREQ are counted instead");
     return;
   }
   expected_ = static_cast<std::size_t>(count);
@@ -407,14 +407,14 @@ const char* EdiMtParser::take_odd_value(const char* place, const char* line_end,
   }
   const std::string letters = upper_case(token.substr(token.find_first_not_of("+-") == 1 ? 1 : 0));
   if (letters.starts_with("NAN") || letters.starts_with("INF")) {
-    remark_unreadable(report_, reader_.line_number(), quoted(token) + " is not a number, taken as absent");
+    remark_unreadable(report_, reader_.line_number(), in_quotes(token) + " is not a number, taken as absent");
     values.push_back(no_data);
     return after;
   }
   value = numeric_value(token);  // an infinity if it is too large
   if (!is_numeric(token) && !std::isinf(value)) {
     remark_unreadable(report_, reader_.line_number(),
-                      quoted(token) + " is not a number, taken as " + plain_text(value));
+                      in_quotes(token) + " is not a number, taken as " + plain_text(value));
   }
   values.push_back(single_or_absent(value));
   return after;

@@ -90,7 +90,7 @@ double decoded_number(const std::string& text, std::size_t row, FileReport& repo
     return numeric_value(text);
   }
   remark_unreadable(report, 0,
-                    std::string(row_titles[row]) + " " + quoted(text) + " is not a number, taken as 0");
+                    std::string(row_titles[row]) + " " + in_quotes(text) + " is not a number, taken as 0");
   return 0.0;
 }
 
@@ -120,7 +120,7 @@ void take_date(std::string_view line, double& days, const LineReader& reader, Fi
   } else {
     days = start_date;
     remark_unreadable(report, reader.line_number(),
-                      "date " + quoted(text) + " is not month/day/year, taken as 1 January 1900");
+                      "date " + in_quotes(text) + " is not month/day/year, taken as 1 January 1900");
   }
 }
 

@@ -54,7 +54,7 @@ void remark_unreadable(FileReport& report, std::int64_t line, std::string text) 
   add(report, report.unreadable, line, std::move(text));
 }
 
-std::string quoted(std::string_view bytes) {
+std::string in_quotes(std::string_view bytes) {
   const bool cut = bytes.size() > quoted_length;
   return "'" + text_from_field_file(bytes.substr(0, quoted_length)) + (cut ? "...'" : "'");
 }

@@ -1,5 +1,6 @@
 #include "import/import_run.h"
 
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <filesystem>
@@ -18,6 +19,7 @@
 #include "database/survey_database.h"
 #include "import/edi_mt_reader.h"
 #include "import/file_decode.h"
+#include "import/natural_order.h"
 #include "import/store_blocks.h"
 #include "reduction/averages.h"
 
@@ -362,7 +364,9 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
 }
 
 std::vector<std::string> find_import_files(const std::string& folder, const std::string& extension) {
-  return Module_util::scan_directory(folder, extension);
+  std::vector<std::string> files = Module_util::scan_directory(extension, folder);
+  std::stable_sort(files.begin(), files.end(), comes_before_naturally);
+  return files;
 }
 
 }  // namespace Module_data_file

@@ -15,6 +15,6 @@ void remark_ignored(FileReport& report, std::int64_t line, std::string text);
 void remark_unreadable(FileReport& report, std::int64_t line, std::string text);
 
 /// Bytes of a field file as a report shows them: in apostrophes, as UTF-8, cut to a readable length.
-std::string quoted(std::string_view bytes);
+std::string in_quotes(std::string_view bytes);
 
 }  // namespace Module_data_file
