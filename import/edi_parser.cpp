@@ -249,8 +249,9 @@ void EdiMtParser::read_count(std::string_view text) {
   // Each value takes two bytes at least; a larger count is damage and must not decide how much is allocated.
   const double most = static_cast<double>(reader_.file_size()) / 2.0 + 1.0;
   if (token.empty() || !(token.front() >= '0' && token.front() <= '9') || count > most) {
-    remark_unreadable(report_, reader_.line_number(),
-                      "NFREQ=" + in_quotes(token) + " is not a count; the values of >FREQ are counted instead");
+    remark_unreadable(
+        report_, reader_.line_number(),
+        "NFREQ=" + in_quotes(token) + " is not a count; the values of >FREQ are counted instead");
     return;
   }
   expected_ = static_cast<std::size_t>(count);

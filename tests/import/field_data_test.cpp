@@ -1,0 +1,93 @@
+// Real files of many makers: each is imported or the report says why not.
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "import/import_run.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_data_file;
+
+namespace {
+
+const std::string field_data = std::string(BRENLOX_FIELD_DATA) + "/edi";
+
+class FieldData : public SurveyTest {
+ protected:
+  void SetUp() override {
+    if (!std::filesystem::is_directory(field_data)) {
+      GTEST_SKIP() << "no field data beside the checkout";
+    }
+    new_survey();
+    choices.ReferenceType = 0;
+    choices.ReductionType = 0;
+    choices.decode[decode_line_number].specified = "1N";
+    choices.decode[decode_event].specified = "0";
+    choices.decode[decode_sample_rate].specified = "24000";
+  }
+
+  ImportChoices choices;
+  ImportReport report;
+};
+
+}  // namespace
+
+TEST_F(FieldData, Every_impedance_file_imports) {
+  const std::map<std::string, std::int32_t> frequencies{{"BP02.edi", 11},
+                                                        {"EGC020A_pho.edi", 65},
+                                                        {"EGC022_CGG.edi", 73},
+                                                        {"ET010.edi", 99},
+                                                        {"S1000.edi", 40},
+                                                        {"VIC100_ANSIR.edi", 28},
+                                                        {"csa000.edi", 17},
+                                                        {"par10ew_distortion.edi", 14},
+                                                        {"test.edi", 80},
+                                                        {"test_LEMI.edi", 35},
+                                                        {"tf_edi_no_error.edi", 47},
+                                                        {"tf_edi_rho_only.edi", 28},
+                                                        {"ET001.edi", 88},
+                                                        {"15125A.edi", 60},
+                                                        {"pb23c.edi", 43}};
+  const std::vector<std::string> files = find_import_files(field_data, "edi");
+  ASSERT_EQ(run_import(choices, files, ImportMode::import, report), 0);
+  int spectra = 0;
+  std::int32_t readings = 0;
+  for (const FileReport& file : report.files) {
+    SCOPED_TRACE(file.file);
+    const std::filesystem::path path(file.file);
+    readings += file.readings;
+    if (path.parent_path().filename() == "spectra") {
+      ++spectra;
+      EXPECT_NE(file.failure.find("spectra"), std::string::npos);
+      continue;
+    }
+    EXPECT_EQ(file.failure, "");
+    EXPECT_EQ(file.sections, 1);
+    EXPECT_EQ(file.readings, 4);
+    EXPECT_EQ(file.impedances_only,
+              path.parent_path().filename() == "impedance_only" || file.impedances_only);
+    if (const auto expected = frequencies.find(path.filename().string()); expected != frequencies.end()) {
+      EXPECT_EQ(file.frequencies, expected->second);
+    }
+  }
+  EXPECT_EQ(interface.take_messages().size(), static_cast<std::size_t>(spectra));
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0"), readings);
+}
+
+TEST_F(FieldData, A_file_of_impedances_only_gives_curves_when_asked) {
+  choices.compute_from_impedance = true;
+  choices.turn_ey_phase = true;
+  ASSERT_EQ(run_import(choices, {field_data + "/impedance_only/pb23c.edi"}, ImportMode::import, report), 0);
+  EXPECT_TRUE(report.files.at(0).impedances_only);
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsDataTable WHERE FileID > 0 AND DataType = 'EyHx'");
+  const Module_database::StoredReading reading = Module_database::read_reading(rows);
+  ASSERT_EQ(reading.curve.count(), 43U);
+  int used = 0;
+  for (std::size_t index = 0; index < 43; ++index) {
+    used += reading.curve.masked_in(2, index);
+  }
+  EXPECT_GT(used, 40);  // ground without strong structure: the turned phases lie in 0..90
+}
