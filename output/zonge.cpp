@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/search_sort.h"
@@ -74,7 +75,7 @@ ZongeLine describe_line(const ZongeSelection& selection, const std::vector<doubl
   line.dipole = first_dipole(selection);
   line.bearing = bearing_text(last.LocalX - first.LocalX, last.LocalY - first.LocalY);
   line.version = session().version_text;
-  line.database_name = fs::path(session().database_file).filename().string();
+  line.database_name = Module_util::file_name_only(session().database_file);
   line.date = date;
   return line;
 }
@@ -134,15 +135,14 @@ Outcome add_stations(const ZongeSelection& selection, const std::vector<double>&
 }
 
 /// Puts all three files into place once all three are on the disk.
-void write_files(const ZongeFiles& files, const fs::path& avg_path) {
+void write_files(const ZongeFiles& files, const std::string& root) {
   struct File {
     const std::string& contents;
     fs::path place;
     fs::path neighbour;
   };
   const auto file = [&](const std::string& contents, const char* extension) {
-    fs::path place = avg_path;
-    place.replace_extension(extension);
+    fs::path place = root + extension;
     fs::path neighbour = place;
     neighbour += ".new";
     return File{contents, std::move(place), std::move(neighbour)};
@@ -220,7 +220,7 @@ int output_zonge(const ZongeSelection& selection, const std::string& avg_path,
     int rows = 0;
     const Outcome outcome = add_stations(selection, stations, show_row_count, files, rows);
     if (outcome == Outcome::finished) {
-      write_files(files, avg_path);
+      write_files(files, Module_util::strip_extension(avg_path));
       row_count = rows;
     }
     return outcome == Outcome::failed ? -1 : 0;
