@@ -78,10 +78,10 @@ void print_summary(const ImportReport& report, bool scan) {
     readings += static_cast<std::size_t>(file.readings);
     if (!file.failure.empty()) {
       ++failed;
-      user_interface().show_message(file.file + ": " + file.failure);
+      user_interface().show_message("Not imported: " + file.file + ": " + file.failure);
     } else if (file.readings == 0) {
       ++failed;
-      user_interface().show_message(file.file + ": no reading");
+      user_interface().show_message("Not imported: " + file.file + ": no reading");
     }
     if (file.impedances_only) {
       user_interface().show_message(file.file + ": impedances only; --from-impedance computes their curves");
@@ -135,7 +135,9 @@ int run_import_command(ImportOptions& options) {
       return status_wrong_usage;
     }
   }
-  if (Module_data_file::check_choices(options.choices) != 0) {
+  // Without files only the choices are tested, before anything is opened.
+  ImportReport nothing;
+  if (Module_data_file::run_import(options.choices, {}, ImportMode::scan, nothing) != 0) {
     return status_wrong_usage;
   }
   if (!options.report.empty()) {

@@ -203,11 +203,14 @@ TEST_F(Batch_program, An_interrupt_stops_an_import_at_the_next_file) {
   pointers.push_back(nullptr);
   pid_t process = 0;
   ASSERT_EQ(posix_spawn(&process, BRENLOX_BATCH_PROGRAM, nullptr, nullptr, pointers.data(), environ), 0);
-  while (!fs::exists(folder_.path("survey.bak"))) {  // the opening has begun, so the handler stands
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  kill(process, SIGINT);
   int status = 0;
+  pid_t ended = 0;
+  while (ended == 0 && !fs::exists(folder_.path("survey.bak"))) {  // once it is there, the handler stands
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    ended = waitpid(process, &status, WNOHANG);
+  }
+  ASSERT_EQ(ended, 0) << "ended before it opened the survey";
+  kill(process, SIGINT);
   ASSERT_EQ(waitpid(process, &status, 0), process);
   ASSERT_TRUE(WIFEXITED(status)) << "ended by the signal";
   EXPECT_EQ(WEXITSTATUS(status), 1);
