@@ -11,10 +11,12 @@
 #include "app/Form_about.h"
 #include "app/Form_find_file.h"
 #include "app/survey_file_commands.h"
-#include "core/environment.h"
 #include "core/preferences.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "core/undo_stack.h"
+#include "core/version.h"
+#include "platform/system/system_facts.h"
 #include "reduction/averages.h"
 #include "ui_Form_main.h"
 
@@ -22,6 +24,16 @@ namespace {
 
 constexpr QSize design_size(1240, 760);  // fits a 1280 by 800 screen with its bars
 constexpr int split_settles_milliseconds = 100;
+
+UTIL::DisplayFacts display_facts(const QScreen& screen) {
+  UTIL::DisplayFacts facts;
+  facts.bits_per_pixel = screen.depth();
+  facts.planes = 1;
+  facts.width_millimetres = static_cast<float>(screen.physicalSize().width());
+  facts.width_pixels = screen.size().width();
+  facts.logical_pixels_per_inch = static_cast<int>(screen.logicalDotsPerInchX());
+  return facts;
+}
 
 }  // namespace
 
@@ -34,9 +46,9 @@ Form_main::Form_main(QWidget* parent)
   session().debug_level = 0;
   compose();
   resizer_->capture_layout();
-  session().version_text = Module_Brenlox::version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
+  session().version_text = version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
   version_->setText("Brenlox Version " + QString::fromStdString(session().version_text));
-  UTIL::initialise_environment();
+  initialise_from_system(display_facts(*screen()));
   Module_Brenlox::read_preferences();
   size_from_preferences();
   session().hide_masked_data = false;
@@ -47,7 +59,7 @@ Form_main::Form_main(QWidget* parent)
   Module_Brenlox::reset_session(*this);
 }
 
-Form_main::~Form_main() = default;
+Form_main::~Form_main() { Module_Brenlox::set_undo_listener({}); }
 
 void Form_main::compose() {
   ui_->setupUi(this);
@@ -86,6 +98,7 @@ void Form_main::connect_menus() {
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+  Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
   connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
           &QAction::trigger);
   connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
@@ -168,9 +181,13 @@ void Form_main::show_recent_files() {
   for (int index = 0; index < static_cast<int>(session().recent_files.size()); ++index) {
     QAction* const item = menu_item("menu_file_list", index);
     const bool used = index < session().recent_count;
-    QString path = QString::fromStdString(session().recent_files[static_cast<std::size_t>(index)]);
-    path.replace("&", "&&");  // an ampersand in a path is no mnemonic
-    item->setText(used ? QString("&%1 %2").arg(index + 1).arg(path) : QString());
+    QString caption =
+        used ? QString::fromStdString(Module_Brenlox::recent_file_caption(index + 1)) : QString();
+    const qsizetype behind_mnemonic = 1;
+    for (qsizetype at = caption.indexOf('&', behind_mnemonic); at >= 0; at = caption.indexOf('&', at + 2)) {
+      caption.insert(at, '&');  // an ampersand in a path is no mnemonic
+    }
+    item->setText(caption);
     item->setVisible(used);
     item->setEnabled(used);
   }
@@ -179,8 +196,6 @@ void Form_main::show_recent_files() {
 void Form_main::show_opening_picture() {
   ui_->Picture_open->set_picture(QString::fromStdString(session().opening_picture));
 }
-
-void Form_main::set_undo_enabled(bool enabled) { ui_->menu_undo->setEnabled(enabled); }
 
 void Form_main::display_site_map() {
   if (!session().database_open) {

@@ -37,7 +37,6 @@ class Form_main : public QMainWindow, private MainView {
   void set_caption(const std::string& caption) override;
   void show_recent_files() override;
   void show_opening_picture() override;
-  void set_undo_enabled(bool enabled) override;
   void display_site_map() override;
 
   void compose();

@@ -21,7 +21,6 @@ class MainView {
 
   /// Loads session().opening_picture; a missing one is passed over without a word.
   virtual void show_opening_picture() = 0;
-  virtual void set_undo_enabled(bool enabled) = 0;
 
   /// Draws the survey anew from the database, with its selection.
   virtual void display_site_map() = 0;

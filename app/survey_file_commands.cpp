@@ -1,18 +1,17 @@
 #include "app/survey_file_commands.h"
 
 #include <filesystem>
-#include <initializer_list>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
-#include "core/number_text.h"
 #include "core/preferences.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/undo_stack.h"
 #include "database/survey_database.h"
+#include "platform/dao/compact.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -50,10 +49,14 @@ bool may_be_replaced(const std::string& path) {
   return !file_exists(path) || user_interface().ask_yes_no("The specified file already exists. Overwrite?");
 }
 
-// The engine would play a crashed run's journal into the next file of the same name.
-void remove_journals(const std::string& path) {
-  for (const char* ending : {"-journal", "-wal", "-shm"}) {
-    fs::remove(path + ending);
+// A file that is to be replaced may have a crashed run's journal beside it: the engine would play it into the
+// next file of that name, and the earlier file needs it if it has to be put back.
+void settle_journal(const std::string& path) {
+  for (const char* ending : {"-journal", "-wal"}) {
+    if (file_exists(path + ending)) {
+      dao::recover_database(path);
+      return;
+    }
   }
 }
 
@@ -100,8 +103,8 @@ void open_and_display(MainView& view) {
 
 int create_new_survey(const std::string& path) {
   return trap_errors(creating_failed, [&] {
+    settle_journal(path);
     FileSetAside earlier(path);
-    remove_journals(path);
     session().database_file = path;
     if (Module_database::create_database() != 0) {
       return -1;
@@ -115,8 +118,8 @@ int create_new_survey(const std::string& path) {
 int copy_survey(const std::string& from, const std::string& to) {
   return trap_errors(creating_failed, [&] {
     const BusyPointer busy;
+    settle_journal(to);
     safe_files::copy_into_place(from, to);
-    remove_journals(to);
   });
 }
 
@@ -200,18 +203,13 @@ void reset_session(MainView& view) {
   const ScopedValue<bool> updating(session().updating_controls, true);
   view.set_database_menus(false);
   view.set_caption(std::string(caption_prefix));
-  refresh_recent_files();
+  refresh_recent_file_menu();
   view.show_recent_files();
   view.show_opening_picture();
   session().survey_header = {};
   session().station_count = 0;
   session().stations_in_line = 0;
   clear_undo();
-  view.set_undo_enabled(false);
-}
-
-std::string version_text(int major, int minor) {
-  return plain_text(major) + "." + format_number(minor, "00") + " February, 2012";
 }
 
 }  // namespace Module_Brenlox

@@ -29,7 +29,4 @@ void open_survey_file(MainView& view, const std::string& path);
 /// Writes the preferences.
 void reset_session(MainView& view);
 
-/// "1.00 February, 2012": shown in the window and written into output files.
-std::string version_text(int major, int minor);
-
 }  // namespace Module_Brenlox
