@@ -11,6 +11,8 @@ namespace dao {
 
 namespace {
 
+constexpr std::int64_t longest_text = 1073741823;  // characters; what a memo of a foreign file may hold
+
 /// Reads a statement token by token; anything unexpected is a syntax error.
 class StatementReader {
  public:
@@ -120,7 +122,7 @@ std::string column_definition(StatementReader& reader) {
   definition += *type == ColumnType::counter ? "INTEGER PRIMARY KEY" : word_of(*type);
   if (*type == ColumnType::text && reader.take_sign("(")) {
     const Token& size = reader.peek();
-    if (size.kind != Token::Kind::number || !size.is_integer || size.integer < 1 || size.integer > 255) {
+    if (size.kind != Token::Kind::number || !size.is_integer || size.integer < 1 || size.integer > longest_text) {
       reader.fail();
     }
     definition += '(' + size.text + ')';
