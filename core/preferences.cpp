@@ -248,7 +248,7 @@ std::string path_in(const fs::path& directory) { return (directory / file_name).
 
 /// The working directory is taken now: opening a survey changes it.
 std::string find_or_create_file() {
-  const std::string working = path_in(fs::current_path());
+  std::string working = path_in(fs::current_path());
   const std::string& program = session().environment.program_directory;
   const std::string& configuration = session().environment.windows_directory;
   std::vector<std::string> places = {working};

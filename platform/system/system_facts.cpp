@@ -56,7 +56,7 @@ void collect(UTIL::SystemFacts& facts) {
 
 /// A directory of the user's: what the variable says if it is absolute, else the usual place below home.
 std::string user_directory(const char* variable, const std::string& home, const char* usual) {
-  const std::string given = environment_text(variable);
+  std::string given = environment_text(variable);
   if (!given.empty() && given.front() == '/') {
     return given;
   }

@@ -16,13 +16,17 @@ namespace {
 
 /// Each test works in a folder of its own, as the program does at its start.
 class Preferences : public testing::Test {
+ public:
+  Preferences(const Preferences&) = delete;
+  Preferences& operator=(const Preferences&) = delete;
+  ~Preferences() override {
+    fs::current_path(earlier_);
+    reset_session_state();
+  }
+
  protected:
   Preferences() {
     fs::current_path(folder_.folder());
-    reset_session_state();
-  }
-  ~Preferences() override {
-    fs::current_path(earlier_);
     reset_session_state();
   }
   void read(std::string_view contents) {

@@ -14,6 +14,7 @@ TEST(Search_sorted, Finds_every_value_and_nothing_else_at_every_length) {
   for (int count = 0; count <= 9; ++count) {
     SCOPED_TRACE(count);
     std::vector<float> values;
+    values.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
       values.push_back(static_cast<float>(2 * i));
     }
