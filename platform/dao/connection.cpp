@@ -176,7 +176,7 @@ void Connection::close() {
   tables_.clear();
   if (access_ == Access::read_write) {
     if (sqlite3_get_autocommit(handle_.get()) == 0) {
-      sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+      roll_back();
     }
     // A file at rest carries no log, so that it can be read from a folder that can't be written and copied by
     // itself. Where another process has it open, that one does this.
@@ -205,6 +205,12 @@ void Connection::run(std::string_view sql, std::span<const Value> parameters) {
 std::int64_t Connection::run_for_integer(std::string_view sql) {
   Statement statement(*this, sql);
   return statement.step() ? statement.integer(0) : 0;
+}
+
+int Connection::roll_back() noexcept {
+  ++rollbacks_;
+  tables_.clear();
+  return sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 StatementHandle Connection::borrow(const std::string& sql) {

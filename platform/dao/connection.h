@@ -79,8 +79,11 @@ class Connection {
   [[nodiscard]] TableLookup table_lookup();
   void forget_tables() { tables_.clear(); }
 
-  /// Grows with each row that this connection writes.
-  [[nodiscard]] std::int64_t changes() const { return sqlite3_total_changes64(handle()); }
+  /// Grows with each row that this connection writes and with each transaction that it rolls back.
+  [[nodiscard]] std::int64_t changes() const { return sqlite3_total_changes64(handle()) + rollbacks_; }
+
+  /// @return an SQLite result code
+  int roll_back() noexcept;
 
   [[noreturn]] void fail() const;
 
@@ -96,6 +99,7 @@ class Connection {
 
   std::unique_ptr<sqlite3, Close> handle_;
   Access access_;
+  std::int64_t rollbacks_ = 0;
   std::list<Cached> cache_;  // the last used first
   std::unordered_map<std::string_view, std::list<Cached>::iterator> cache_index_;
   std::unordered_map<std::string, std::shared_ptr<const TableDefinition>> tables_;  // by name, upper case

@@ -38,7 +38,9 @@ Database Database::create(const std::string& path, std::string_view /*locale*/) 
   make_new_file(path);
   Database database;
   database.connection_ = std::make_shared<Connection>(path, Access::read_write);
-  // Writes the first page, so that the file is a database from the beginning.
+  // Writes the first page, so that the file is a database from the beginning. There is nothing to lose yet
+  // that would be worth waiting for the disk.
+  database.connection_->run("PRAGMA synchronous = OFF");
   database.connection_->run("PRAGMA user_version = 1");
   work_with_log(*database.connection_);
   return database;
@@ -106,7 +108,7 @@ Transaction::Transaction(Database& database) : connection_(database.connection_)
 Transaction::~Transaction() {
   if (connection_ && connection_->is_open()) {
     // Errors aside: a transaction that the engine has ended by itself is rolled back already.
-    sqlite3_exec(connection_->handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    connection_->roll_back();
   }
 }
 
@@ -117,7 +119,9 @@ void Transaction::commit() {
 
 void Transaction::roll_back() {
   const std::shared_ptr<Connection> connection = std::exchange(connection_, nullptr);
-  dao::open(connection).run("ROLLBACK");
+  if (dao::open(connection).roll_back() != SQLITE_OK) {
+    connection->fail();
+  }
 }
 
 }  // namespace dao

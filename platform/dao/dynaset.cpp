@@ -83,7 +83,7 @@ class Dynaset final : public Recordset::Implementation {
   }
   Key current_key();
   void read_row();
-  const Change* change_of(const Field& field) const;
+  Change* change_of(const Field& field);
   void insert_row();
   void update_row();
 
@@ -317,7 +317,7 @@ void Dynaset::read_row() {
   changes_at_reading_ = changes_now;
 }
 
-const Dynaset::Change* Dynaset::change_of(const Field& field) const {
+Dynaset::Change* Dynaset::change_of(const Field& field) {
   const auto found = std::find_if(changes_.begin(), changes_.end(),
                                   [&](const Change& change) { return change.field == &field; });
   return found == changes_.end() ? nullptr : &*found;
@@ -372,13 +372,13 @@ Bytes Dynaset::bytes(const Field& field) {
 
 void Dynaset::set(const Field& field, Value value) {
   if (editing_ == Editing::none) {
-    throw Error("update or cancel_update without add_new or edit");
+    throw Error("a field was set without add_new or edit");
   }
   if (field.column->type == ColumnType::counter && editing_ == Editing::current_row) {
     throw Error("field '" + field.name + "' is a counter and can't be changed");
   }
-  if (const Change* const change = change_of(field); change != nullptr) {
-    const_cast<Change*>(change)->value = std::move(value);
+  if (Change* const change = change_of(field); change != nullptr) {
+    change->value = std::move(value);
   } else {
     changes_.push_back({&field, std::move(value)});
   }

@@ -35,6 +35,7 @@ class ExpressionTranslator {
 
  private:
   [[noreturn]] void fail() const;
+  void check_text_literals(const std::vector<Token>& tokens, std::size_t first, std::size_t end) const;
   void put(std::string_view sql);
   void put_parameter(Value value);
   std::size_t put_word(const std::vector<Token>& tokens, std::size_t place, std::size_t end);

@@ -122,7 +122,8 @@ std::string column_definition(StatementReader& reader) {
   definition += *type == ColumnType::counter ? "INTEGER PRIMARY KEY" : word_of(*type);
   if (*type == ColumnType::text && reader.take_sign("(")) {
     const Token& size = reader.peek();
-    if (size.kind != Token::Kind::number || !size.is_integer || size.integer < 1 || size.integer > longest_text) {
+    if (size.kind != Token::Kind::number || !size.is_integer || size.integer < 1 ||
+        size.integer > longest_text) {
       reader.fail();
     }
     definition += '(' + size.text + ')';

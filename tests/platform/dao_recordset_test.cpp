@@ -276,9 +276,10 @@ TEST_F(Dynaset, Is_kept_or_dropped_with_its_transaction) {
     const dao::Transaction dropped(database_);
     add(rows, "a", 0.0, 1);
     rows.find_first("Event = 1");
-    EXPECT_FALSE(rows.no_match());
+    EXPECT_EQ(rows.get_long("Event"), 1);
     EXPECT_THROW(dao::Transaction nested(database_), dao::Error);
   }
+  EXPECT_EQ(error_of([&] { (void)rows.get_long("Event"); }), "record is deleted");
   rows.requery();
   EXPECT_TRUE(rows.eof());
   dao::Transaction kept(database_);

@@ -104,7 +104,11 @@ TEST_F(Criteria, With_a_stray_sign_are_refused_and_change_nothing) {
                                "x' OR 1=1 --",
                                "x' OR 1=1 /*",
                                "x'; DROP TABLE FileTable; --",
-                               "x') OR (SurveyFile = 'a"};
+                               "x') OR (SurveyFile = 'a",
+                               "x' OR SurveyFile = 'a",
+                               "x' IS NOT NULL AND SurveyFile <> '",
+                               "x' <> SurveyFile AND SurveyFile <> '",
+                               "x' AND 1 = 1 OR ID > 0 AND SurveyFile <> '"};
   for (const std::string& text : texts) {
     EXPECT_NE(refusal("SurveyFile = '" + text + "'").find("syntax error in \""), std::string::npos) << text;
     EXPECT_THROW(database_.execute("DELETE FROM FileTable WHERE SurveyFile = '" + text + "'"), dao::Error)
