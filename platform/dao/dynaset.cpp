@@ -24,7 +24,7 @@ enum class Editing { none, new_row, current_row };
 
 class Dynaset final : public Recordset::Implementation {
  public:
-  Dynaset(std::shared_ptr<Connection> connection, SelectStatement select)
+  Dynaset(const std::shared_ptr<Connection>& connection, SelectStatement select)
       : Implementation(connection, connection->table(select.table)),
         table_name_(quoted_name(table_->name)),
         condition_(std::move(select.condition)),
@@ -475,9 +475,9 @@ void Dynaset::delete_row() {
 
 }  // namespace
 
-std::unique_ptr<Recordset::Implementation> make_dynaset(std::shared_ptr<Connection> connection,
+std::unique_ptr<Recordset::Implementation> make_dynaset(const std::shared_ptr<Connection>& connection,
                                                         SelectStatement select) {
-  return std::make_unique<Dynaset>(std::move(connection), std::move(select));
+  return std::make_unique<Dynaset>(connection, std::move(select));
 }
 
 }  // namespace dao

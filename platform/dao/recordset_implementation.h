@@ -58,9 +58,9 @@ class Recordset::Implementation {
   bool no_match_ = false;
 };
 
-std::unique_ptr<Recordset::Implementation> make_dynaset(std::shared_ptr<Connection> connection,
+std::unique_ptr<Recordset::Implementation> make_dynaset(const std::shared_ptr<Connection>& connection,
                                                         SelectStatement select);
-std::unique_ptr<Recordset::Implementation> make_snapshot(std::shared_ptr<Connection> connection,
+std::unique_ptr<Recordset::Implementation> make_snapshot(const std::shared_ptr<Connection>& connection,
                                                          SelectStatement select);
 
 }  // namespace dao

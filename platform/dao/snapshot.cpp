@@ -10,7 +10,7 @@ namespace {
 
 class Snapshot final : public Recordset::Implementation {
  public:
-  Snapshot(std::shared_ptr<Connection> connection, SelectStatement select)
+  Snapshot(const std::shared_ptr<Connection>& connection, SelectStatement select)
       : Implementation(connection, connection->table(select.table)), statement_(std::move(select.whole)) {
     read();
   }
@@ -94,9 +94,9 @@ class Snapshot final : public Recordset::Implementation {
 
 }  // namespace
 
-std::unique_ptr<Recordset::Implementation> make_snapshot(std::shared_ptr<Connection> connection,
+std::unique_ptr<Recordset::Implementation> make_snapshot(const std::shared_ptr<Connection>& connection,
                                                          SelectStatement select) {
-  return std::make_unique<Snapshot>(std::move(connection), std::move(select));
+  return std::make_unique<Snapshot>(connection, std::move(select));
 }
 
 }  // namespace dao
