@@ -74,9 +74,9 @@ TEST(Decode_file_format, Stops_at_the_first_fault) {
       {[](ImportChoices& c) { c.ReferenceType = c.ReductionType = -1; },
        "You have not specified a data type"},
       {[](ImportChoices& c) { c.ReductionType = -1; }, "You have not specified the data reduction"},
-      {[](ImportChoices& c) { c.decode[0] = {.use_file_name = true, .width = 3}; },
+      {[](ImportChoices& c) { c.decode[0] = {.use_file_name = true, .width = 3, .specified = ""}; },
        "The start column for Line Number is invalid"},
-      {[](ImportChoices& c) { c.decode[1] = {.use_file_name = true, .start_column = 1}; },
+      {[](ImportChoices& c) { c.decode[1] = {.use_file_name = true, .start_column = 1, .specified = ""}; },
        "The column width for Event is invalid"},
       {[](ImportChoices& c) { c.decode[0].specified.clear(); },
        "The specified value for Line Number is invalid"},
@@ -132,9 +132,9 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
 TEST(Display_file_format, Cuts_line_event_and_rate_from_the_name) {
   const TemporaryFolder folder;
   ReadingRecord record = good_record();
-  record.choices.decode[decode_line_number] = {.use_file_name = true, .start_column = 1, .width = 5};
-  record.choices.decode[decode_event] = {.use_file_name = true, .start_column = 6, .width = 2};
-  record.choices.decode[decode_sample_rate] = {.use_file_name = true, .start_column = 9, .width = 20};
+  record.choices.decode[decode_line_number] = {.use_file_name = true, .start_column = 1, .width = 5, .specified = ""};
+  record.choices.decode[decode_event] = {.use_file_name = true, .start_column = 6, .width = 2, .specified = ""};
+  record.choices.decode[decode_sample_rate] = {.use_file_name = true, .start_column = 9, .width = 20, .specified = ""};
   SampleFields sample;
   FileReport report;
   display_file_format(folder.write("L\xC3\xA9 2 07_.5.edi", made_edi()), record, sample, report);

@@ -155,20 +155,20 @@ TEST_F(ImportRun, A_bad_file_costs_no_other) {
 TEST_F(ImportRun, Earlier_readings_stay_when_a_file_gives_none) {
   const std::string file = folder.write("a.edi", made_edi());
   ASSERT_EQ(import({file}), 0);
-  folder.write("a.edi", replaced(made_edi(), "45 -45 30\n>END\n", "45 "));
+  (void)folder.write("a.edi", replaced(made_edi(), "45 -45 30\n>END\n", "45 "));
   ASSERT_EQ(import({file}), 0);
   EXPECT_EQ(report.files.at(0).readings, 0);
   EXPECT_NE(report.files.at(0).failure.find("earlier import stay"), std::string::npos);
   EXPECT_EQ(raw_readings(), 4);
   // The recordsets go on working behind the roll-back.
-  folder.write("a.edi", made_edi());
+  (void)folder.write("a.edi", made_edi());
   ASSERT_EQ(import({file}), 0);
   EXPECT_EQ(raw_readings(), 4);
   EXPECT_EQ(rows_in("FileTable"), 1);
 }
 
 TEST_F(ImportRun, Texts_too_long_for_their_columns_are_failures) {
-  choices.decode[decode_line_number] = {.use_file_name = true, .start_column = 1, .width = 60};
+  choices.decode[decode_line_number] = {.use_file_name = true, .start_column = 1, .width = 60, .specified = ""};
   ASSERT_EQ(import({folder.write(std::string(60, 'x') + ".edi", made_edi())}), 0);
   EXPECT_EQ(interface.take_messages().size(), 1U);
   EXPECT_TRUE(report.has_failures());
