@@ -59,7 +59,8 @@ void take_station(const EdiSection& section, ReadingRecord& record, FileReport& 
       record.choices.sectid_digits ? first_digits(*section.SECTID) : *section.SECTID;
   const double station = std::trunc(numeric_value(text));
   record.Station = std::isfinite(station) ? station + 0.0 : 0.0;
-  if (station == 0.0 && trimmed(text).find_first_of('0') == std::string_view::npos) {
+  const std::string_view number = trimmed(text);
+  if (number.empty() || std::string_view("+-.0123456789").find(number.front()) == std::string_view::npos) {
     remark_unreadable(report, section.line_number,
                       "SECTID " + in_quotes(*section.SECTID) + " has no number, taken as station 0");
   }

@@ -279,9 +279,14 @@ bool EdiMtParser::read_blocks(EdiSection& section) {
     }
     bool more = false;
     if (tag == nullptr) {
-      remark_ignored(report_, reader_.line_number(),
-                     "block >" + text_from_field_file(name.substr(0, 40)) + " is not used");
+      const std::int64_t tag_line = reader_.line_number();
       more = skip_to_tag();
+      if (!more && reader_.line_number() == tag_line && is_cut_edi_tag(name)) {
+        fail_in_section("inside tag >" + name);
+        return false;
+      }
+      remark_ignored(report_, tag_line,
+                     "block >" + text_from_field_file(name.substr(0, 40)) + " is not used");
     } else {
       const std::size_t mark = tag->index;
       if ((tags_seen_ >> mark & 1U) != 0) {
@@ -294,6 +299,10 @@ bool EdiMtParser::read_blocks(EdiSection& section) {
         return false;
       }
       more = after == AfterBlock::tag_line;
+    }
+    if (!more && !has_frequencies_) {
+      fail_in_section("before block >FREQ");
+      return false;
     }
     if (!more) {
       remark_unreadable(report_, reader_.line_number(), "the file ends without >END");

@@ -94,4 +94,11 @@ const EdiTag* find_edi_tag(std::string_view name) {
   return place != tags.end() && place->name == name ? &*place : nullptr;
 }
 
+bool is_cut_edi_tag(std::string_view name) {
+  return std::any_of(tags.begin(), tags.end(), [&](const EdiTag& tag) {
+    const bool holds_values = tag.kind != EdiTagKind::end_of_file && tag.kind != EdiTagKind::section;
+    return holds_values && tag.name.size() > name.size() && tag.name.starts_with(name);
+  });
+}
+
 }  // namespace Module_data_file

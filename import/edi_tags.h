@@ -1,6 +1,7 @@
 // edi_tags.h: the block tags of an impedance section and what their values are.
 #pragma once
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "import/edi_parser.h"
@@ -29,5 +30,8 @@ std::string tag_name(std::string_view line);
 
 /// The meaning of a whole tag name; null if the name is not known.
 const EdiTag* find_edi_tag(std::string_view name);
+
+/// True if the name is the beginning of a block's tag, as the end of a cut file leaves it.
+bool is_cut_edi_tag(std::string_view name);
 
 }  // namespace Module_data_file

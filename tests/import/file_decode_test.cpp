@@ -113,7 +113,7 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
       {">HEAD\nnothing else\n", format_unknown, "01-Jan-1900"},
       {"X20190704XXXX20190705       1250.4 DC\n", format_fixed_columns, "01-Jan-1900"},
       {"DC20190704   20190705        1250.4\n", format_fixed_columns, "04-Jul-2019"},
-      {" 1234\n\n123456789 2001 02 03\n", format_zonge_raw, "03-Feb-2001"},
+      {" 1234\n\n1234567892001-02-03\n", format_zonge_raw, "03-Feb-2001"},
       {"", format_unknown, "01-Jan-1900"},
   };
   for (const Case& c : cases) {
@@ -132,9 +132,12 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
 TEST(Display_file_format, Cuts_line_event_and_rate_from_the_name) {
   const TemporaryFolder folder;
   ReadingRecord record = good_record();
-  record.choices.decode[decode_line_number] = {.use_file_name = true, .start_column = 1, .width = 5, .specified = ""};
-  record.choices.decode[decode_event] = {.use_file_name = true, .start_column = 6, .width = 2, .specified = ""};
-  record.choices.decode[decode_sample_rate] = {.use_file_name = true, .start_column = 9, .width = 20, .specified = ""};
+  record.choices.decode[decode_line_number] = {
+      .use_file_name = true, .start_column = 1, .width = 5, .specified = ""};
+  record.choices.decode[decode_event] = {
+      .use_file_name = true, .start_column = 6, .width = 2, .specified = ""};
+  record.choices.decode[decode_sample_rate] = {
+      .use_file_name = true, .start_column = 9, .width = 20, .specified = ""};
   SampleFields sample;
   FileReport report;
   display_file_format(folder.write("L\xC3\xA9 2 07_.5.edi", made_edi()), record, sample, report);

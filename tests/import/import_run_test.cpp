@@ -168,7 +168,8 @@ TEST_F(ImportRun, Earlier_readings_stay_when_a_file_gives_none) {
 }
 
 TEST_F(ImportRun, Texts_too_long_for_their_columns_are_failures) {
-  choices.decode[decode_line_number] = {.use_file_name = true, .start_column = 1, .width = 60, .specified = ""};
+  choices.decode[decode_line_number] = {
+      .use_file_name = true, .start_column = 1, .width = 60, .specified = ""};
   ASSERT_EQ(import({folder.write(std::string(60, 'x') + ".edi", made_edi())}), 0);
   EXPECT_EQ(interface.take_messages().size(), 1U);
   EXPECT_TRUE(report.has_failures());
