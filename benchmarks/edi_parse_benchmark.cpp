@@ -40,8 +40,8 @@ std::string made_file(int sections) {
     text += ">=MTSECT\n SECTID=" + std::to_string(section) + "\n NFREQ=90\n HX=1.001\n EX=2.001\n\n";
     add_block(text, "FREQ", 1.0);
     add_block(text, "ZROT", 0.5);
-    for (const std::string element : {"XX", "XY", "YX", "YY"}) {
-      for (const std::string tag :
+    for (const std::string& element : std::vector<std::string>{"XX", "XY", "YX", "YY"}) {
+      for (const std::string& tag :
            {"Z" + element + "R", "Z" + element + "I", "Z" + element + ".VAR", "RHO" + element,
             "RHO" + element + ".ERR", "PHS" + element, "PHS" + element + ".ERR"}) {
         add_block(text, tag, 1.0 + static_cast<double>(tag.size()) / 3.0);

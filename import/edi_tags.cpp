@@ -95,6 +95,9 @@ const EdiTag* find_edi_tag(std::string_view name) {
 }
 
 bool is_cut_edi_tag(std::string_view name) {
+  if (std::string_view("END").starts_with(name)) {
+    return false;
+  }
   return std::any_of(tags.begin(), tags.end(), [&](const EdiTag& tag) {
     const bool holds_values = tag.kind != EdiTagKind::end_of_file && tag.kind != EdiTagKind::section;
     return holds_values && tag.name.size() > name.size() && tag.name.starts_with(name);

@@ -31,7 +31,8 @@ std::string tag_name(std::string_view line);
 /// The meaning of a whole tag name; null if the name is not known.
 const EdiTag* find_edi_tag(std::string_view name);
 
-/// True if the name is the beginning of a block's tag, as the end of a cut file leaves it.
+/// True if the name is the beginning of a block's tag, as the end of a cut file leaves it. What may be the
+/// beginning of END is none.
 bool is_cut_edi_tag(std::string_view name);
 
 }  // namespace Module_data_file
