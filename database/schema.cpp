@@ -72,7 +72,7 @@ constexpr std::array<std::string_view, 7> search_indexes{
     "SampleRate,DataType,DipoleLength)",
     "CREATE INDEX IF NOT EXISTS ReadingsLineSearch ON ReadingsDataTable(ReductionType,LineNumber,Station)",
     "CREATE INDEX IF NOT EXISTS StationSearch ON StationsTable(SurveyLine,Station)",
-    "CREATE INDEX IF NOT EXISTS LocationSearch ON LocationLookupTable(LocalX)",
+    "CREATE INDEX IF NOT EXISTS LocationSumSearch ON LocationLookupTable(LocalX + LocalY)",
     "CREATE INDEX IF NOT EXISTS LocationNameSearch ON LocationLookupTable(SurveyLine,Station)",
 };
 

@@ -96,11 +96,12 @@ StationRows find_location(double local_x, double local_y) {
   rows.LocalY = local_y;
   const std::string x = format_number(local_x, "0.0");
   const std::string y = format_number(local_y, "0.0");
-  // The bounds say nothing new; they let the search go through the index of LocalX.
-  const double rounded_x = numeric_value(x);
-  const std::string criteria = "LocalX > " + criterion_text(rounded_x - 1.0) + " AND LocalX < " +
-                               criterion_text(rounded_x + 1.0) + " AND Abs(LocalX - " + x +
-                               ") + Abs(LocalY - " + y + ") <1 ";
+  // The bounds say nothing new; they let the search go through the index of the sum, which changes from
+  // station to station on lines along either axis. They are a little wide for the rounding of the sum.
+  const double sum = numeric_value(x) + numeric_value(y);
+  const std::string criteria = "LocalX + LocalY > " + criterion_text(sum - 1.001) +
+                               " AND LocalX + LocalY < " + criterion_text(sum + 1.001) +
+                               " AND Abs(LocalX - " + x + ") + Abs(LocalY - " + y + ") <1 ";
   dao::Recordset& locations = open_survey().locations;
   locations.find_first(criteria);
   if (locations.no_match()) {

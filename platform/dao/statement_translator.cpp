@@ -145,10 +145,13 @@ Fragment create_table(StatementReader& reader) {
   return {sql + ")", {}};
 }
 
-// Text is indexed as comparisons see it.
+// Text is indexed as comparisons see it. The sum of two columns may stand for a column.
 std::string indexed_column(StatementReader& reader, const TableDefinition& table) {
   const Column& column = column_of(table, reader.take_name());
   const std::string name = quoted_name(column.name);
+  if (reader.take_sign("+")) {
+    return name + " + " + quoted_name(column_of(table, reader.take_name()).name);
+  }
   return column.type == ColumnType::text ? "rtrim(" + name + ") COLLATE NOCASE" : name;
 }
 
