@@ -1,4 +1,6 @@
 // brenlox_batch import: field files into a survey, with averages and merged curves of what they touched.
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -71,23 +73,29 @@ void print_scanned_stations() {
   }
 }
 
+/// Says which option would make more of the files.
+void print_hints(const ImportReport& report, const ImportChoices& choices) {
+  const auto impedances_only = std::ranges::count_if(report.files, &FileReport::impedances_only);
+  if (impedances_only > 0 && !choices.compute_from_impedance) {
+    user_interface().show_message("Files with impedances only: " + plain_text(impedances_only) +
+                                  "; --from-impedance computes their curves");
+  }
+  const auto negative_phases = std::ranges::count_if(report.files, &FileReport::all_yx_phases_negative);
+  if (negative_phases > 0 && !choices.turn_ey_phase) {
+    user_interface().show_message("Files whose YX phases are all negative, and masked: " +
+                                  plain_text(negative_phases) + "; --turn-ey brings them up");
+  }
+}
+
 void print_summary(const ImportReport& report, bool scan) {
-  std::size_t readings = 0;
-  std::size_t failed = 0;
+  std::int64_t readings = 0;
+  std::int64_t failed = 0;
   for (const FileReport& file : report.files) {
-    readings += static_cast<std::size_t>(file.readings);
-    if (!file.failure.empty()) {
+    readings += file.readings;
+    if (!file.failure.empty() || file.readings == 0) {
       ++failed;
-      user_interface().show_message("Not imported: " + file.file + ": " + file.failure);
-    } else if (file.readings == 0) {
-      ++failed;
-      user_interface().show_message("Not imported: " + file.file + ": no reading");
-    }
-    if (file.impedances_only) {
-      user_interface().show_message(file.file + ": impedances only; --from-impedance computes their curves");
-    }
-    if (file.all_yx_phases_negative) {
-      user_interface().show_message(file.file + ": all YX phases are negative; --turn-ey brings them up");
+      user_interface().show_message("Not imported: " + file.file +
+                                    (file.failure.empty() ? "" : ": " + file.failure));
     }
   }
   std::cout << report.files.size() << " files, " << readings
@@ -106,6 +114,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
     print_scanned_stations();
   }
   print_summary(report, options.scan);
+  print_hints(report, options.choices);
   if (!options.report.empty() && write_report(report, options.report) != 0) {
     return -1;
   }
