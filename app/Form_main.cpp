@@ -65,6 +65,10 @@ void Form_main::compose() {
   ui_->setupUi(this);
   overview_ = new SurveyOverview(ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group);
 
+  QFont calm_heading = ui_->Label_no_readings->font();
+  calm_heading.setPointSizeF(calm_heading.pointSizeF() * 1.3);
+  ui_->Label_no_readings->setFont(calm_heading);
+
   version_->setObjectName("Label_version");
   ui_->status_bar->addPermanentWidget(version_);
 

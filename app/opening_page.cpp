@@ -8,14 +8,13 @@
 
 namespace {
 
-QLabel* add_text(QVBoxLayout* rows, const QString& text, double size) {
+void add_text(QVBoxLayout* rows, const QString& text, double size) {
   auto* const label = new QLabel(text);
   QFont font = label->font();
   font.setPointSizeF(font.pointSizeF() * size);
   label->setFont(font);
   label->setAlignment(Qt::AlignHCenter);
   rows->addWidget(label);
-  return label;
 }
 
 }  // namespace
@@ -44,7 +43,7 @@ OpeningPage::OpeningPage(QWidget* parent)
   buttons->addStretch();
   rows->addLayout(buttons);
   rows->addSpacing(fontMetrics().height());
-  add_text(rows, "Recent surveys stand in the File menu.", 1.0)->setEnabled(false);
+  add_text(rows, "Recent surveys stand in the File menu.", 1.0);
   rows->addStretch(3);
 
   auto* const page = new QVBoxLayout(this);

@@ -47,7 +47,7 @@ QTreeWidget* make_list(const QString& name, const QStringList& headings) {
   list->setUniformRowHeights(true);  // keeps long surveys quick
   list->header()->setStretchLastSection(false);
   list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  list->setStyleSheet("QTreeView::item { padding: 2px 6px; }");
   return list;
 }
 
@@ -110,6 +110,7 @@ SurveyOverview::SurveyOverview(QWidget* profile_pane, QWidget* station_pane, QWi
   station_name_->setObjectName("Label_station_name");
   make_heading(station_name_, 1.1);
   readings_->setRootIsDecorated(false);
+  tree_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 
   QVBoxLayout* const profile_rows = rows_in(profile_pane);
   profile_rows->addWidget(survey_name_);

@@ -1,0 +1,233 @@
+// The main window, worked as a person does: by its menus, keys and mouse.
+#include "app/Form_main.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QSplitterHandle>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+#include <filesystem>
+#include <memory>
+
+#include "core/preferences.h"
+#include "core/session_state.h"
+#include "core/undo_stack.h"
+#include "database/survey_database.h"
+#include "platform/widgets/vex_splitter.h"
+#include "tests/reduction/made_readings.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+constexpr const char* needs_survey[] = {"menu_edit", "menu_database", "menu_output"};
+constexpr const char* items_that_need_survey[] = {"menu_database_file_2", "menu_saveas", "menu_view_data",
+                                                  "menu_thresholds"};
+
+}  // namespace
+
+class FormMainTest : public QObject {
+  Q_OBJECT
+
+ private:
+  QAction* item(const QString& name) const {
+    auto* const action = window_->findChild<QAction*>(name);
+    return action != nullptr ? action : window_->findChild<QMenu*>(name)->menuAction();
+  }
+  template <class Widget = QWidget>
+  Widget* control(const QString& name) const {
+    return window_->findChild<Widget*>(name);
+  }
+  void start() {
+    window_.reset();
+    window_ = std::make_unique<Form_main>();
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+  }
+  std::string make_survey(const char* name, bool with_readings) const {
+    session().database_file = folder_->path(name);
+    if (Module_database::create_database() != 0 || Module_database::open_database() != 0) {
+      return {};
+    }
+    if (with_readings) {
+      for (const float frequency : {1.0F, 4.0F}) {
+        made::store(made::key(), 0, made::reading({{frequency, 10.0F, 45.0F}}));
+      }
+      made::store(made::key(256.0F, 200.0), 0, made::reading({{1.0F, 10.0F, 45.0F}}));
+    }
+    return Module_database::close_database() == 0 ? session().database_file : std::string();
+  }
+  void open_by_key(const std::string& path) {
+    (*interface_)->path_answers.push_back(path);
+    QTest::keyClick(window_.get(), Qt::Key_O, Qt::ControlModifier);
+  }
+  void expect_menus(bool open) const {
+    for (const char* const name : needs_survey) {
+      QVERIFY2(item(name)->isVisible() == open, name);
+    }
+    for (const char* const name : items_that_need_survey) {
+      QVERIFY2(item(name)->isVisible() == open, name);
+    }
+    QCOMPARE(control("Frame_display")->isVisible(), open);
+    QCOMPARE(control("Picture_open")->isVisible(), !open);
+  }
+
+  std::unique_ptr<TemporaryFolder> folder_;
+  std::unique_ptr<RecordingInterface> interface_;
+  std::unique_ptr<Form_main> window_;
+  std::filesystem::path started_in_ = std::filesystem::current_path();
+
+ private slots:
+  void init() {
+    reset_session_state();
+    Module_database::reset_module();
+    folder_ = std::make_unique<TemporaryFolder>();
+    std::filesystem::current_path(folder_->folder());  // the preferences are kept here
+    interface_ = std::make_unique<RecordingInterface>();
+  }
+  void cleanup() {
+    window_.reset();
+    Module_database::reset_module();
+    interface_.reset();
+    std::filesystem::current_path(started_in_);
+    folder_.reset();
+  }
+
+  void starts_without_a_survey() {
+    start();
+    expect_menus(false);
+    QCOMPARE(window_->windowTitle(), QString("BLX DATABASE"));
+    QCOMPARE(control<QLabel>("Label_version")->text(), QString("Brenlox Version 1.00 February, 2012"));
+    QVERIFY(!item("sep1")->isVisible());
+    for (int index = 0; index < 6; ++index) {
+      QVERIFY(!item(QString("menu_file_list_%1").arg(index))->isVisible());
+    }
+    QVERIFY(!item("menu_undo")->isEnabled());
+    QVERIFY(item("menu_database_file_0")->isVisible() && item("menu_database_file_0")->isEnabled());
+    QVERIFY(item("menu_import")->isVisible() && item("menu_import")->isEnabled());
+  }
+
+  void opens_by_key_and_closes_by_menu() {
+    const std::string path = make_survey("a&b.mdb", true);
+    start();
+    open_by_key(path);
+    expect_menus(true);
+    QCOMPARE(window_->windowTitle(), QString::fromStdString("BLX DATABASE " + path));
+    QVERIFY(item("sep1")->isVisible());
+    QCOMPARE(item("menu_file_list_0")->text(), QString::fromStdString("&1 " + folder_->path("a&&b.mdb")));
+    auto* const tree = control<QTreeWidget>("Tree_survey");
+    QCOMPARE(tree->topLevelItemCount(), 1);
+    QCOMPARE(tree->topLevelItem(0)->childCount(), 2);
+    QCOMPARE(tree->topLevelItem(0)->child(0)->text(1), QString("2"));
+    QCOMPARE(control<QTreeWidget>("List_readings")->topLevelItemCount(), 1);
+
+    item("menu_database_file_2")->trigger();
+    expect_menus(false);
+    QCOMPARE(window_->windowTitle(), QString("BLX DATABASE"));
+    item("menu_file_list_0")->trigger();
+    expect_menus(true);
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+  }
+
+  void a_cancelled_open_leaves_no_survey() {
+    const std::string path = make_survey("survey.mdb", true);
+    start();
+    open_by_key(path);
+    open_by_key("");
+    expect_menus(false);
+    QVERIFY(!session().database_open);
+  }
+
+  void an_empty_survey_says_what_to_do() {
+    start();
+    (*interface_)->path_answers.push_back(folder_->path("new.mdb"));
+    QTest::mouseClick(control("Command_new_survey"), Qt::LeftButton);
+    expect_menus(true);
+    QVERIFY(control("Label_no_readings")->isVisible());
+    QVERIFY(!control("Splitter_profile")->isVisible());
+  }
+
+  void recalculate_makes_averages_and_merged_curves() {
+    start();
+    open_by_key(make_survey("survey.mdb", true));
+    const auto* const station = control<QTreeWidget>("Tree_survey")->topLevelItem(0)->child(0);
+    QCOMPARE(station->text(3), QString("0"));
+    item("menu_Recalculate_merged")->trigger();
+    const auto* const recalculated = control<QTreeWidget>("Tree_survey")->topLevelItem(0)->child(0);
+    QCOMPARE(recalculated->text(2), QString("1"));
+    QCOMPARE(recalculated->text(3), QString("1"));
+    QVERIFY(!(*interface_)->busy);
+  }
+
+  void items_without_effect_do_nothing() {
+    start();
+    open_by_key(make_survey("survey.mdb", true));
+    const QString title = window_->windowTitle();
+    QStringList names = {"menu_delete_thresholds", "menu_delete_overrides", "menu_view_data"};
+    for (int index = 0; index < 6; ++index) {
+      names.append(QString("menu_display_database_by_%1").arg(index));
+    }
+    for (const QString& name : names) {
+      QVERIFY2(item(name)->isEnabled(), qPrintable(name));
+      item(name)->trigger();
+    }
+    QCOMPARE(window_->windowTitle(), title);
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+  }
+
+  void undo_follows_its_stack() {
+    start();
+    Module_Brenlox::push_undo_static(1, 1.0F);
+    QVERIFY(item("menu_undo")->isEnabled());
+    Module_Brenlox::clear_undo();
+    QVERIFY(!item("menu_undo")->isEnabled());
+  }
+
+  void size_is_kept_over_sessions_and_not_taken_from_an_icon() {
+    start();
+    window_->resize(700, 500);
+    QTRY_COMPARE(session().form_width, 700.0F);
+    QCOMPARE(session().form_height, 500.0F);
+    window_->showMinimized();
+    QTest::qWait(20);
+    QCOMPARE(session().form_width, 700.0F);
+    window_->showNormal();
+    QTest::keyClick(window_.get(), Qt::Key_Q, Qt::ControlModifier);
+    QVERIFY(!window_->isVisible());
+    reset_session_state();
+    start();
+    QCOMPARE(window_->size(), QSize(700, 500));
+  }
+
+  void a_dragged_split_is_the_base_of_later_resizes() {
+    start();
+    open_by_key(make_survey("survey.mdb", true));
+    auto* const splitter = control<VexSplitter>("Splitter_map");
+    const auto share = [&] {
+      return splitter->sizes()[0] / static_cast<double>(splitter->sizes()[0] + splitter->sizes()[1]);
+    };
+    QSplitterHandle* const handle = splitter->handle(1);
+    const QPoint grip = handle->rect().center();
+    const double before = share();
+    QTest::mousePress(handle, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(handle, grip + QPoint(90, 0));
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, grip);
+    auto* const timer = window_->findChild<QTimer*>("Timer_resizer");
+    QVERIFY(timer->isActive());
+    QTRY_VERIFY(!timer->isActive());
+    const double dragged = share();
+    QVERIFY(dragged > before + 0.03);
+    window_->resize(1000, 600);
+    QTRY_VERIFY(std::abs(share() - dragged) < 0.01);
+    window_->resize(1400, 900);
+    QTRY_VERIFY(std::abs(share() - dragged) < 0.01);
+  }
+};
+
+QTEST_MAIN(FormMainTest)
+#include "form_main_test.moc"

@@ -1,0 +1,156 @@
+// The Qt side of what the logic asks of a person, and the splitter with its resizer.
+#include <QApplication>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSplitterHandle>
+#include <QTest>
+#include <QTimer>
+
+#include "platform/widgets/vex_control_resizer.h"
+#include "platform/widgets/vex_splitter.h"
+#include "platform/windows/file_filter.h"
+#include "platform/windows/progress_dialog.h"
+#include "platform/windows/qt_user_interface.h"
+
+namespace {
+
+/// Does something to the dialog that comes up next.
+template <class Dialog, class Action>
+void when_shown(Action action) {
+  QTimer::singleShot(0, qApp, [action] {
+    auto* const dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    if (dialog == nullptr) {
+      when_shown<Dialog>(action);
+    } else {
+      action(dialog);
+    }
+  });
+}
+
+ProgressDialog* progress_dialog() {
+  for (QWidget* const widget : QApplication::topLevelWidgets()) {
+    if (auto* const dialog = qobject_cast<ProgressDialog*>(widget)) {
+      return dialog;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+class PlatformWindowsTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void file_filters_are_translated() {
+    QCOMPARE(dialog_filters("Brenlox Database Files (*.mdb)|*.mdb|All files (*.*)|*.*"),
+             QStringList({"Brenlox Database Files (*.mdb)", "All files (*)"}));
+    QCOMPARE(dialog_filters("Field files|*.edi;*.EDI"), QStringList({"Field files (*.edi *.EDI)"}));
+    QCOMPARE(dialog_filters("No pattern"), QStringList());
+    QCOMPARE(dialog_filters(""), QStringList());
+    QCOMPARE(dialog_suffix("*.mdb"), QString("mdb"));
+    QCOMPARE(dialog_suffix("*.*"), QString());
+    QCOMPARE(dialog_suffix(""), QString());
+  }
+
+  void messages_show_their_text_as_it_is() {
+    QtUserInterface interface;
+    QString shown;
+    QString title;
+    when_shown<QMessageBox>([&](QMessageBox* box) {
+      shown = box->text();
+      title = box->windowTitle();
+      QCOMPARE(box->textFormat(), Qt::PlainText);
+      box->accept();
+    });
+    interface.show_message("a <b>file</b> & more");
+    QCOMPARE(shown, QString("a <b>file</b> & more"));
+    QCOMPARE(title, QApplication::applicationDisplayName());
+  }
+
+  void a_question_is_no_until_yes_is_pressed() {
+    QtUserInterface interface;
+    when_shown<QMessageBox>([](QMessageBox* box) { QTest::keyClick(box, Qt::Key_Return); });
+    QVERIFY(!interface.ask_yes_no("Overwrite?"));
+    when_shown<QMessageBox>([](QMessageBox* box) { QTest::keyClick(box, Qt::Key_Escape); });
+    QVERIFY(!interface.ask_yes_no("Overwrite?"));
+    when_shown<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::Yes)->click(); });
+    QVERIFY(interface.ask_yes_no("Overwrite?"));
+  }
+
+  void a_message_in_busy_work_has_an_ordinary_pointer() {
+    QtUserInterface interface;
+    interface.set_busy_pointer(true);
+    interface.set_busy_pointer(true);
+    when_shown<QMessageBox>([](QMessageBox* box) {
+      QVERIFY(QApplication::overrideCursor() == nullptr);
+      box->accept();
+    });
+    interface.show_message("stopped");
+    QVERIFY(QApplication::overrideCursor() != nullptr);
+    interface.set_busy_pointer(false);
+    QVERIFY(QApplication::overrideCursor() == nullptr);
+  }
+
+  void progress_appears_only_for_long_work_and_can_be_stopped() {
+    QtUserInterface interface;
+    interface.show_progress("Averages", 0);
+    interface.show_progress("Averages", 10);
+    QVERIFY(progress_dialog() == nullptr);
+    QVERIFY(!interface.stop_requested());
+    QTest::qSleep(550);
+    interface.show_progress("Averages", 60);
+    ProgressDialog* const dialog = progress_dialog();
+    QVERIFY(dialog != nullptr && dialog->isVisible());
+    QCOMPARE(dialog->findChild<QProgressBar*>("Progress_bar")->value(), 60);
+    QVERIFY(!interface.stop_requested());
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    QVERIFY(interface.stop_requested());
+    QVERIFY(dialog->isVisible());  // until the work has ended
+    interface.show_progress("", -1);
+    QVERIFY(progress_dialog() == nullptr);
+    QVERIFY(!interface.stop_requested());  // the next work starts afresh
+  }
+
+  void a_drag_tells_once_and_the_resizer_keeps_its_shares() {
+    VexSplitter splitter;
+    splitter.addWidget(new QWidget);
+    splitter.addWidget(new QWidget);
+    VexControlResizer resizer;
+    resizer.manage(&splitter, {1.0, 3.0});
+    splitter.resize(808, 300);
+    splitter.show();
+    resizer.apply_resize();
+    const auto share = [&] {
+      const QList<int> sizes = splitter.sizes();
+      return sizes[0] / static_cast<double>(sizes[0] + sizes[1]);
+    };
+    QVERIFY(std::abs(share() - 0.25) < 0.01);
+
+    int moves = 0;
+    connect(&splitter, &VexSplitter::split_moved, this, [&] { ++moves; });
+    QSplitterHandle* const handle = splitter.handle(1);
+    const QPoint grip = handle->rect().center();
+    QTest::mouseClick(handle, Qt::LeftButton, {}, grip);
+    QCOMPARE(moves, 0);
+    QTest::mousePress(handle, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(handle, grip + QPoint(100, 0));
+    QTest::mouseMove(handle, grip + QPoint(60, 0));
+    QCOMPARE(moves, 0);
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, grip);
+    QCOMPARE(moves, 1);
+
+    resizer.capture_layout();
+    const double dragged = share();
+    QVERIFY(dragged > 0.3);
+    for (const int width : {400, 333, 1200, 517, 808}) {  // no drift however often
+      splitter.resize(width, 300);
+      resizer.apply_resize();
+      QVERIFY2(std::abs(share() - dragged) < 0.01, qPrintable(QString::number(share())));
+    }
+  }
+};
+
+QTEST_MAIN(PlatformWindowsTest)
+#include "platform_windows_test.moc"
