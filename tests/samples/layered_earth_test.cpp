@@ -1,11 +1,11 @@
 // The forward response of layered ground against closed forms.
+#include "samples/layered_earth.h"
+
 #include <cmath>
 #include <numbers>
 #include <vector>
 
 #include <gtest/gtest.h>
-
-#include "samples/layered_earth.h"
 
 namespace {
 

@@ -1,4 +1,6 @@
 // The files of the made survey: how many, the same each time, and with the faults they promise.
+#include "samples/sample_survey.h"
+
 #include <algorithm>
 #include <cmath>
 #include <set>
@@ -9,7 +11,6 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "samples/sample_survey.h"
 
 namespace {
 
