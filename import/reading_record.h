@@ -1,10 +1,10 @@
 // reading_record.h: the record that the import choices and a reader fill and the store writes to the survey.
 #pragma once
 #include <array>
-#include <compare>
 #include <cstdint>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/session_state.h"
@@ -52,7 +52,11 @@ struct ScannedStation {
   float SampleRate = 0.0F;    // Hz
   float DipoleLength = 0.0F;  // m
 
-  auto operator<=>(const ScannedStation&) const = default;
+  bool operator<(const ScannedStation& other) const {
+    return std::tie(LineNumber, Station, ReferenceType, SampleRate, DipoleLength) <
+           std::tie(other.LineNumber, other.Station, other.ReferenceType, other.SampleRate,
+                    other.DipoleLength);
+  }
 };
 
 struct ReadingRecord {
