@@ -1,5 +1,6 @@
 #include "import/import_run.h"
 
+#include <cmath>
 #include <map>
 
 #include <gtest/gtest.h>
@@ -210,7 +211,7 @@ TEST(Sort_curve, Keeps_fields_and_masks_in_step) {
   Module_database::Curve curve;
   curve.assign(5000);
   for (std::size_t index = 0; index < 5000; ++index) {
-    curve.frequencies[index] = static_cast<float>((4999 - index) / 2);  // descending in pairs
+    curve.frequencies[index] = std::floor(static_cast<float>(4999 - index) / 2.0F);  // descending in pairs
     curve.value(20, index) = static_cast<float>(index);
     curve.masked_in(2, index) = static_cast<std::int32_t>(index);
   }

@@ -38,9 +38,10 @@ std::string failure_of(const std::string& path) {
 TEST(Line_reader, Takes_every_line_end) {
   const TemporaryFolder folder;
   const std::vector<std::string> expected{"a", "", "b", "c"};
-  for (const char* text : {"a\n\nb\nc", "a\r\rb\rc\r", "a\r\n\r\nb\r\nc\r\n", "a\r\n\rb\nc\r",
-                           "\xEF\xBB\xBF"
-                           "a\n\nb\nc\n"}) {
+  const std::string with_mark = std::string("\xEF\xBB\xBF") + "a\n\nb\nc\n";
+  for (const std::string& text :
+       {std::string("a\n\nb\nc"), std::string("a\r\rb\rc\r"), std::string("a\r\n\r\nb\r\nc\r\n"),
+        std::string("a\r\n\rb\nc\r"), with_mark}) {
     SCOPED_TRACE(text);
     EXPECT_EQ(lines_of(folder.write("lines.txt", text)), expected);
   }
@@ -53,8 +54,9 @@ TEST(Line_reader, Keeps_lines_whole_across_chunks) {
     // Lengths around the chunk size, so that line ends fall on, before and behind its last byte.
     for (const std::size_t length : {65533U, 65534U, 65535U, 65536U, 65537U, 200000U}) {
       const std::string first(length, 'x');
-      const std::vector<std::string> lines =
-          lines_of(folder.write("long.txt", first + line_end + "y" + line_end));
+      std::string text = first;
+      text.append(line_end).append("y").append(line_end);
+      const std::vector<std::string> lines = lines_of(folder.write("long.txt", text));
       ASSERT_EQ(lines.size(), 2U) << length;
       EXPECT_EQ(lines[0], first);
       EXPECT_EQ(lines[1], "y");
