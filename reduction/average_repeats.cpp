@@ -40,15 +40,17 @@ Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID) {
 void store_average(const ReadingKey& key, const StationRows& place, StoredReading& average) {
   const std::string criteria = key_criteria("FileID<0", place.StationID, "ReductionType=1", key);
   Overrides overrides = Overrides::write;
-  if (auto earlier = find_derived_row(criteria);
-      earlier && std::cmp_equal(earlier->NumFrequencies, average.curve.count()) &&
+  auto earlier = find_derived_row(criteria);
+  const RowTarget target = earlier ? RowTarget::found_row : RowTarget::new_row;
+  if (earlier && std::cmp_equal(earlier->NumFrequencies, average.curve.count()) &&
       earlier->edits.curve.mask.size() == average.curve.mask.size()) {
     earlier->edits.curve.frequencies = std::move(average.curve.frequencies);
     earlier->edits.curve.data = std::move(average.curve.data);
     average = std::move(earlier->edits);
     overrides = Overrides::keep;
   }
-  store_derived_row(criteria, reduction_averaged, average_merge_frequency, key, place, overrides, average);
+  store_derived_row(target, criteria, reduction_averaged, average_merge_frequency, key, place, overrides,
+                    average);
 }
 
 }  // namespace

@@ -38,15 +38,15 @@ std::optional<DerivedRow> find_derived_row(const std::string& criteria) {
   return row;
 }
 
-void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,
-                       const ReadingKey& key, const Module_database::StationRows& place, Overrides overrides,
+void store_derived_row(RowTarget target, const std::string& criteria, std::int32_t reduction,
+                       float merge_frequency, const ReadingKey& key,
+                       const Module_database::StationRows& place, Overrides overrides,
                        StoredReading& reading) {
   dao::Recordset& readings = Module_database::open_survey().readings;
-  readings.find_first(criteria);
-  if (readings.no_match()) {
-    readings.add_new();
-  } else {
+  if (target == RowTarget::found_row) {
     readings.edit();
+  } else {
+    readings.add_new();
   }
   readings.set_long("FileID", derived_file);
   readings.set_long("StationID", place.StationID);
@@ -69,9 +69,11 @@ void store_derived_row(const std::string& criteria, std::int32_t reduction, floa
   }
   Module_database::write_curve(readings, reading.curve);
   readings.update();
-  readings.requery();
   session().data_changed = true;
-  readings.find_first(criteria);
+  if (target == RowTarget::new_row) {
+    readings.requery();
+    readings.find_first(criteria);
+  }
   reading.ID = readings.get_long("ID");
   reading.FileID = derived_file;
 }

@@ -31,10 +31,14 @@ std::optional<DerivedRow> find_derived_row(const std::string& criteria);
 
 enum class Overrides { keep, write };  // whether flags and offsets of the row are written
 
-/// Writes a reading into the row that `criteria` finds, or into a new one, and sets its ID and FileID.
+enum class RowTarget { new_row, found_row };  // found_row: the one that find_derived_row stands on
+
+/// Writes a reading into a row and sets its ID and FileID.
+/// @param criteria what finds a new row again
 /// @param merge_frequency stored as MergeFrequency
-void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,
-                       const Module_database::ReadingKey& key, const Module_database::StationRows& place,
-                       Overrides overrides, Module_database::StoredReading& reading);
+void store_derived_row(RowTarget target, const std::string& criteria, std::int32_t reduction,
+                       float merge_frequency, const Module_database::ReadingKey& key,
+                       const Module_database::StationRows& place, Overrides overrides,
+                       Module_database::StoredReading& reading);
 
 }  // namespace Module_averaged_data

@@ -8,6 +8,7 @@
 #include "reduction/averages.h"
 #include "reduction/derived_rows.h"
 #include "reduction/merge_curves.h"
+#include "reduction/reduced_reading.h"
 
 namespace Module_averaged_data {
 
@@ -37,7 +38,7 @@ int add_averages(ReadingKey key, std::int32_t StationID, MergedCurve& merged) {
   for (const float scan_rate : scan_rates_of(key, StationID)) {
     key.scan_rate = scan_rate;
     StoredReading average;
-    if (get_reduced_reading(reduction_averaged, AllowRaw::yes, key, average) != 0) {
+    if (reduced_reading_at(StationID, reduction_averaged, AllowRaw::yes, key, average) != 0) {
       return -1;
     }
     if (average.ID != 0 && average.UseReading && (average.UseResistivity || average.UsePhase)) {
@@ -62,8 +63,8 @@ int store_merged(const ReadingKey& key, const StationRows& place, StoredReading&
     }
     merged = std::move(earlier->edits);
   }
-  store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,
-                    earlier ? Overrides::keep : Overrides::write, merged);
+  store_derived_row(earlier ? RowTarget::found_row : RowTarget::new_row, criteria, reduction_merged,
+                    merged_merge_frequency, key, place, earlier ? Overrides::keep : Overrides::write, merged);
   if (same_count) {
     return 0;
   }

@@ -1,3 +1,5 @@
+#include "reduction/reduced_reading.h"
+
 #include <optional>
 #include <utility>
 
@@ -5,7 +7,6 @@
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
-#include "reduction/averages.h"
 #include "reduction/derived_rows.h"
 
 namespace Module_averaged_data {
@@ -29,6 +30,22 @@ std::optional<StoredReading> stored_reading(std::string_view file_test, std::int
 
 }  // namespace
 
+int reduced_reading_at(std::int32_t StationID, std::int32_t reduction, AllowRaw allow_raw,
+                       const ReadingKey& key, StoredReading& reading) {
+  if (auto stored = stored_reading("FileID<0", StationID, reduction, key)) {
+    reading = std::move(*stored);
+    return 0;
+  }
+  const auto reduce = reduction == reduction_averaged ? average_repeats : merge_scan_rates;
+  if (reduce(key, reading) != 0) {
+    return -1;
+  }
+  if (reading.ID == 0 && allow_raw == AllowRaw::yes) {
+    reading = stored_reading("FileID>0", StationID, reduction, key).value_or(StoredReading{});
+  }
+  return 0;
+}
+
 int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const ReadingKey& key,
                         StoredReading& reading) {
   reading = {};
@@ -38,18 +55,7 @@ int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const Readin
   return trap_errors(fixed_text, [&] {
     const auto place =
         Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-    if (auto stored = stored_reading("FileID<0", place.StationID, reduction, key)) {
-      reading = std::move(*stored);
-      return 0;
-    }
-    const auto reduce = reduction == reduction_averaged ? average_repeats : merge_scan_rates;
-    if (reduce(key, reading) != 0) {
-      return -1;
-    }
-    if (reading.ID == 0 && allow_raw == AllowRaw::yes) {
-      reading = stored_reading("FileID>0", place.StationID, reduction, key).value_or(StoredReading{});
-    }
-    return 0;
+    return reduced_reading_at(place.StationID, reduction, allow_raw, key, reading);
   });
 }
 

@@ -117,6 +117,7 @@ TEST(Merged_curve, Union_of_many_scan_rates) {
       points[static_cast<float>(random() % 300) * 0.5F] = resistivity(random);
     }
     std::vector<made::Point> list;
+    list.reserve(points.size());
     for (const auto& [frequency, value] : points) {
       list.push_back({frequency, value, 45.0F});
     }

@@ -29,6 +29,7 @@ TEST(Repeat_sums, Agree_with_double_precision_statistics) {
   std::normal_distribution<float> phase(45.0F, 8.0F);
   const std::vector<float> list{1.0F, 2.0F, 4.0F};
   std::vector<StoredReading> repeats;
+  repeats.reserve(25);
   for (int i = 0; i < 25; ++i) {
     repeats.push_back(made::reading({{1.0F, resistivity(random), phase(random)},
                                      {2.0F, resistivity(random), phase(random)},
