@@ -74,7 +74,15 @@ void write_flags(dao::Recordset& row, const FrequencyFlags& list) {
   row.set_binary("MaskBinary", bytes_of(list.flags));
 }
 
-void merge_frequencies(std::int32_t reference_type, std::span<const float> frequencies) {
+// A file may lack some of its frequencies; such a point belongs to no place on the axis.
+std::vector<float> present_frequencies(std::span<const float> frequencies) {
+  std::vector<float> present(frequencies.begin(), frequencies.end());
+  std::erase_if(present, [](float frequency) { return is_absent(frequency); });
+  return present;
+}
+
+void merge_frequencies(std::int32_t reference_type, std::span<const float> given) {
+  const std::vector<float> frequencies = present_frequencies(given);
   dao::Recordset row = open_survey().database.open_recordset(
       "SELECT * FROM ReadingsFrequencyTable WHERE ReferenceType = " + format_number(reference_type, "0"));
   if (row.eof()) {

@@ -40,6 +40,7 @@ TEST_F(SurveyTest, A_frequency_list_is_the_union_of_all_readings_and_keeps_its_f
       {"as long and within a thousandth", {1.0F, 10.0005F, 100.0F}, {1.0F, 10.0F, 100.0F}, {1, 0, 1}},
       {"one more, below all", {0.5F, 1.0F, 10.0F, 100.0F}, {0.5F, 1.0F, 10.0F, 100.0F}, {1, 1, 0, 1}},
       {"near but of another length", {10.0005F}, {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F}, {1, 1, 0, 1, 1}},
+      {"an absent frequency", {no_data, 1.0F}, {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F}, {1, 1, 0, 1, 1}},
       {"above all, not ascending",
        {300.0F, 200.0F},
        {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F, 200.0F, 300.0F},
