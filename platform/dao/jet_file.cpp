@@ -53,7 +53,7 @@ void create_table(Database& database, const JetTable& table) {
 std::string free_index_name(const JetTable& table, std::set<std::string>& taken) {
   std::string name = table.primary_index().name;
   while (!taken.insert(name).second) {
-    name = table.name() + " " + name;
+    name.insert(0, table.name() + " ");
   }
   return name;
 }

@@ -52,10 +52,10 @@ void add_sound_rows() {
 TEST_F(SurveyTest, Check_of_a_converted_survey_names_what_no_writer_stored) {
   const float nan = std::numeric_limits<float>::quiet_NaN();
   using Change = std::function<void(dao::Recordset&)>;
-  const auto frequencies = [](std::vector<float> values) -> Change {
+  const auto frequencies = [](const std::vector<float>& values) -> Change {
     return [values](dao::Recordset& row) { row.set_binary("FreqBinary", bytes_of(values)); };
   };
-  const auto masks = [](std::vector<std::int32_t> values) -> Change {
+  const auto masks = [](const std::vector<std::int32_t>& values) -> Change {
     return [values](dao::Recordset& row) { row.set_binary("MaskBinary", bytes_of(values)); };
   };
   const auto count = [](std::int32_t value) -> Change {

@@ -326,7 +326,7 @@ TEST_F(Legacy_survey, That_is_damaged_gives_a_plain_error_and_no_file) {
   std::memcpy(&piece, whole.data() + header + 4, sizeof piece);
   const std::size_t page = (piece >> 8) * page_size;
   std::uint16_t place = 0;
-  std::memcpy(&place, whole.data() + page + 14 + 2 * (piece & 0xff), sizeof place);
+  std::memcpy(&place, whole.data() + page + 14 + std::size_t{2} * (piece & 0xff), sizeof place);
   circular.replace(page + (place & 0x1fffU), 4, whole, header + 4, 4);
 
   struct Case {
