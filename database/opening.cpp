@@ -9,6 +9,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/legacy_check.h"
 #include "database/schema.h"
 #include "database/survey_database.h"
 #include "platform/dao/compact.h"
@@ -66,9 +67,15 @@ fs::path jet_keeping_place(const fs::path& survey) {
   }
 }
 
-bool jet_file_is_no_survey(const fs::path& fresh) {
-  const dao::Database converted = dao::Database::open(fresh.string(), dao::Access::read_only);
-  return !has_required_form(converted);
+// A file without checksums shows its damage only in what no writer would have stored; a survey with such
+// readings is an error. @return false if the file is no survey at all
+bool converted_file_is_survey(const fs::path& fresh) {
+  dao::Database converted = dao::Database::open(fresh.string(), dao::Access::read_only);
+  if (!has_required_form(converted)) {
+    return false;
+  }
+  check_legacy_survey(converted);
+  return true;
 }
 
 // Steps from the file as it lies there to a compacted one at its path.
@@ -94,7 +101,7 @@ Compaction compact_in_place(const std::string& path) {
 
   Compaction result;
   if (is_jet) {
-    if (jet_file_is_no_survey(fresh)) {
+    if (!converted_file_is_survey(fresh)) {
       remove_compacted(fresh);
       result.is_survey = false;
       return result;

@@ -15,25 +15,24 @@ static_assert(std::endian::native == std::endian::little && sizeof(float) == 4,
 namespace {
 
 template <class T>
-void copy_column(const dao::Recordset& row, std::string_view field, std::vector<T>& values) {
-  const dao::Bytes bytes = row.get_binary(field);
-  if (bytes.size() != values.size() * sizeof(T)) {
-    throw dao::Error("reading " + plain_text(row.get_long("ID")) + " is damaged: " + std::string(field) +
-                     " has " + plain_text(static_cast<std::int64_t>(bytes.size())) + " bytes in place of " +
-                     plain_text(static_cast<std::int64_t>(values.size() * sizeof(T))));
-  }
-  if (!bytes.empty()) {
-    std::memcpy(values.data(), bytes.data(), bytes.size());
-  }
-}
-
-template <class T>
 std::vector<T> values_from(std::span<const std::byte> bytes) {
   std::vector<T> values(bytes.size() / sizeof(T));
   if (!values.empty()) {
     std::memcpy(values.data(), bytes.data(), values.size() * sizeof(T));
   }
   return values;
+}
+
+// Compared before anything is allocated: a damaged count must not decide how much.
+template <class T>
+std::vector<T> read_column(const dao::Recordset& row, std::string_view field, std::size_t count) {
+  const dao::Bytes bytes = row.get_binary(field);
+  if (bytes.size() != count * sizeof(T)) {
+    throw dao::Error("reading " + plain_text(row.get_long("ID")) + " is damaged: " + std::string(field) +
+                     " has " + plain_text(static_cast<std::int64_t>(bytes.size())) + " bytes in place of " +
+                     plain_text(static_cast<std::int64_t>(count * sizeof(T))));
+  }
+  return values_from<T>(bytes);
 }
 
 }  // namespace
@@ -48,10 +47,10 @@ StoredReading read_reading(const dao::Recordset& row) {
   StoredReading reading;
   const std::int32_t count = row.get_long("NumFrequencies");
   if (count > 0) {
-    reading.curve.assign(static_cast<std::size_t>(count));
-    copy_column(row, "FreqBinary", reading.curve.frequencies);
-    copy_column(row, "DataBinary", reading.curve.data);
-    copy_column(row, "MaskBinary", reading.curve.mask);
+    const auto n = static_cast<std::size_t>(count);
+    reading.curve.frequencies = read_column<float>(row, "FreqBinary", n);
+    reading.curve.data = read_column<float>(row, "DataBinary", n * field_count);
+    reading.curve.mask = read_column<std::int32_t>(row, "MaskBinary", n * mask_count);
   }
   reading.ResOffset = row.get_single("ResOffset");
   if (!(reading.ResOffset > 0.0F)) {

@@ -39,6 +39,7 @@ constexpr int stations_per_commit = 100;  // a commit waits for the disk, far lo
 constexpr int repeated_failures = 3;
 
 enum class Outcome { finished, stopped, failed };
+enum class MayStop { no, yes };
 
 // Shows one percentage for the whole run, only when it changes, and lets the window live.
 class Progress {
@@ -229,14 +230,15 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Imp
   return Outcome::finished;
 }
 
-// Runs `reduce` for each item, a group of them in one transaction, with progress and a stop between items.
+// Runs `reduce` for each item, a group of them in one transaction, with progress and, if asked, a stop
+// between items.
 template <class Item, class Reduce>
-Outcome reduce_each(const char* what, const std::vector<Item>& items, Reduce&& reduce) {
+Outcome reduce_each(const char* what, const std::vector<Item>& items, MayStop may_stop, Reduce&& reduce) {
   Progress progress(what, items.size());
   std::optional<dao::Transaction> transaction;
   for (std::size_t index = 0; index < items.size(); ++index) {
     progress.show(index, 0.0);
-    if (user_interface().stop_requested()) {
+    if (may_stop == MayStop::yes && user_interface().stop_requested()) {
       if (transaction) {
         transaction->commit();
       }
@@ -304,13 +306,14 @@ int merge_station(const ReadingKey& key) {
   return Module_averaged_data::merge_scan_rates(key, ignored);
 }
 
-Outcome reduce_touched(const ReadingRecord& record) {
+Outcome reduce_touched(const ReadingRecord& record, MayStop may_stop) {
   if (record.scan_list.empty()) {
     return Outcome::finished;
   }
-  const Outcome averages = reduce_each("Averaging repeats", record.scan_list, average_station);
-  return averages == Outcome::finished ? reduce_each("Merging scan rates", merge_keys(record), merge_station)
-                                       : averages;
+  const Outcome averages = reduce_each("Averaging repeats", record.scan_list, may_stop, average_station);
+  return averages == Outcome::finished
+             ? reduce_each("Merging scan rates", merge_keys(record), may_stop, merge_station)
+             : averages;
 }
 
 // Files behind the one that ended the run are named as well, so that no file is missing from the report.
@@ -331,9 +334,11 @@ int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& re
   if (mode == ImportMode::scan) {
     return imported == Outcome::failed ? -1 : 0;
   }
-  // Also after a stop: the averages of what was stored by then would otherwise be missing or old.
+  // Also after a stop, which ended the reading of files: averages of what was stored by then must not stay
+  // old.
+  const MayStop may_stop = report.stopped ? MayStop::no : MayStop::yes;
   const int reduced = trap_errors(averaging_failed, [&] {
-    const Outcome outcome = reduce_touched(record);
+    const Outcome outcome = reduce_touched(record, may_stop);
     report.stopped = report.stopped || outcome == Outcome::stopped;
     return outcome == Outcome::failed ? -1 : 0;
   });

@@ -4,6 +4,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <tuple>
 
 #ifndef _WIN32
 #include <sys/wait.h>
@@ -175,6 +176,47 @@ TEST_F(SurveyTest, A_link_to_a_survey_leaves_the_survey_where_it_is) {
   session().database_file = folder.path("real.mdb");
   ASSERT_EQ(open_database(), 0);
   EXPECT_EQ(rows_in("StationsTable"), 2);
+}
+
+TEST_F(SurveyTest, A_genuine_jet_survey_is_converted_and_its_file_kept_for_good) {
+  const fs::path source = fs::path(BRENLOX_FIELD_DATA) / "legacy_jet";
+  if (!fs::exists(source)) {
+    GTEST_SKIP() << "the field data is not beside the checkout";
+  }
+  enum class Outcome { opens, other_form, unreadable };
+  const std::tuple<const char*, Outcome, std::int32_t> cases[] = {
+      {"survey_jet4.mdb", Outcome::opens, 10},      {"survey_old_generation.mdb", Outcome::opens, -1},
+      {"six_tables.mdb", Outcome::opens, -1},       {"five_tables.mdb", Outcome::other_form, 0},
+      {"not_a_survey.mdb", Outcome::other_form, 0}, {"truncated.mdb", Outcome::unreadable, 0},
+      {"bitflips.mdb", Outcome::unreadable, 0}};
+  for (const auto& [name, outcome, stations] : cases) {
+    SCOPED_TRACE(name);
+    const std::string jet_bytes = file_contents((source / name).string());
+    const std::string path = folder.write(name, jet_bytes);
+    session().database_file = path;
+    EXPECT_EQ(open_database(), outcome == Outcome::opens ? 0 : -1);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    const fs::path kept = folder.folder() / (fs::path(name).stem().string() + "_jet.mdb");
+    EXPECT_EQ(fs::exists(kept), outcome == Outcome::opens);
+    if (outcome != Outcome::opens) {
+      EXPECT_TRUE(outcome == Outcome::other_form ? messages[0] == form_message
+                                                 : starts_with(messages[0], opening_message))
+          << messages[0];
+      EXPECT_TRUE(file_contents(path) == jet_bytes);
+      continue;
+    }
+    EXPECT_NE(messages[0].find(kept.string()), std::string::npos) << messages[0];
+    EXPECT_TRUE(file_contents(kept.string()) == jet_bytes);
+    EXPECT_TRUE(file_contents(backup_path(path)) == jet_bytes);
+    if (stations >= 0) {
+      EXPECT_EQ(rows_in("StationsTable"), stations);
+    }
+    reopen();
+    EXPECT_TRUE(interface.take_messages().empty());
+    EXPECT_TRUE(file_contents(kept.string()) == jet_bytes);
+    EXPECT_EQ(close_database(), 0);
+  }
 }
 
 #ifndef _WIN32

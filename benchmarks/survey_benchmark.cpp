@@ -1,0 +1,241 @@
+// Whole surveys: opening one, and importing field files end to end (parse, store, average, merge) beside the
+// least any program has to do: parse the same floats and write the same bytes with bare SQLite in the same
+// commits.
+//
+// Figures are CPU time of the process. Counters: files/s, readings/s, times_bare (cost over the bound), peak
+// memory.
+#include <charconv>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "database/survey_database.h"
+#include "import/import_run.h"
+#include "samples/sample_survey.h"
+#include "tests/support/temporary_folder.h"
+
+namespace fs = std::filesystem;
+using namespace Module_data_file;
+
+namespace {
+
+constexpr int stations_per_commit = 100;  // of the averages and merged curves that an import makes
+
+void require(bool holds, const char* what) {
+  if (!holds) {
+    throw std::runtime_error(what);
+  }
+}
+
+double cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
+
+double peak_megabytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<double>(usage.ru_maxrss) / 1024.0;
+}
+
+// Field files of as many lines as are needed; six files a station as in the field.
+std::vector<std::string> write_field_files(const TemporaryFolder& folder, std::size_t count) {
+  std::vector<std::string> paths;
+  for (int number = 100; paths.size() < count; ++number) {
+    for (const Module_samples::SampleFile& file :
+         Module_samples::make_sample_survey(static_cast<std::uint64_t>(number))) {
+      if (paths.size() == count) {
+        break;
+      }
+      const std::string line = std::to_string(number) + (file.name[1] == '2' ? "E" : "W");
+      paths.push_back(folder.write("L" + line + file.name.substr(5), file.text));
+    }
+  }
+  return paths;
+}
+
+ImportChoices sample_choices() {
+  ImportChoices choices;
+  choices.ReferenceType = 0;
+  choices.ReductionType = 0;
+  choices.decode[decode_line_number] = {true, 2, 4, ""};
+  choices.decode[decode_event] = {true, 14, 1, ""};
+  choices.decode[decode_sample_rate] = {true, 17, 4, ""};
+  choices.sectid_as_station = true;
+  return choices;
+}
+
+void make_survey(const std::string& path) {
+  session().database_file = path;
+  require(Module_database::create_database() == 0, "no survey");
+  require(Module_database::open_database() == 0, "the survey doesn't open");
+}
+
+struct Row {
+  sqlite3_int64 file = 0;  // below 0 for a derived row
+  std::string frequencies;
+  std::string data;
+  std::string mask;
+};
+
+// All rows of a closed survey in the order in which they were written.
+std::vector<Row> rows_of(const std::string& survey) {
+  sqlite3* database = nullptr;
+  sqlite3_stmt* select = nullptr;
+  require(sqlite3_open(survey.c_str(), &database) == SQLITE_OK, "open");
+  require(sqlite3_prepare_v2(
+              database, "SELECT FileID,FreqBinary,DataBinary,MaskBinary FROM ReadingsDataTable ORDER BY ID",
+              -1, &select, nullptr) == SQLITE_OK,
+          "select");
+  std::vector<Row> rows;
+  const auto blob = [&](int column) {
+    return std::string(static_cast<const char*>(sqlite3_column_blob(select, column)),
+                       static_cast<std::size_t>(sqlite3_column_bytes(select, column)));
+  };
+  while (sqlite3_step(select) == SQLITE_ROW) {
+    rows.push_back({sqlite3_column_int64(select, 0), blob(1), blob(2), blob(3)});
+  }
+  sqlite3_finalize(select);
+  sqlite3_close(database);
+  return rows;
+}
+
+// Finds the blocks of a file and parses their floats.
+double parse_floats(const std::string& path) {
+  const std::string bytes = file_contents(path);
+  double sum = 0.0;
+  const char* place = bytes.data();
+  const char* const end = place + bytes.size();
+  bool in_block = false;
+  while (place < end) {
+    const void* const found = std::memchr(place, '\n', static_cast<std::size_t>(end - place));
+    const char* const line_end = found == nullptr ? end : static_cast<const char*>(found);
+    if (*place == '>') {
+      in_block = std::string_view(place, static_cast<std::size_t>(line_end - place)).find("//") !=
+                 std::string_view::npos;
+    } else if (in_block) {
+      while (place < line_end) {
+        float value = 0.0F;
+        const auto [after, failure] = std::from_chars(place, line_end, value);
+        sum += static_cast<double>(value);
+        place = failure == std::errc{} ? after : place + 1;
+      }
+    }
+    place = line_end + 1;
+  }
+  return sum;
+}
+
+// The bound: the floats of all files, and the same rows in the same commits.
+double bare_seconds(const std::vector<std::string>& files, const std::vector<Row>& rows,
+                    const std::string& path) {
+  sqlite3* database = nullptr;
+  sqlite3_stmt* insert = nullptr;
+  const double start = cpu_seconds();
+  require(sqlite3_open(path.c_str(), &database) == SQLITE_OK, "open");
+  const auto run = [&](const char* statement) {
+    require(sqlite3_exec(database, statement, nullptr, nullptr, nullptr) == SQLITE_OK, statement);
+  };
+  run("PRAGMA journal_mode=WAL");
+  run("PRAGMA synchronous=NORMAL");
+  run("CREATE TABLE Readings (ID INTEGER PRIMARY KEY,FileID,FreqBinary,DataBinary,MaskBinary)");
+  require(sqlite3_prepare_v2(database, "INSERT INTO Readings VALUES (NULL,?,?,?,?)", -1, &insert, nullptr) ==
+              SQLITE_OK,
+          "insert");
+  for (const std::string& file : files) {
+    benchmark::DoNotOptimize(parse_floats(file));
+  }
+  sqlite3_int64 group = 0;
+  int derived = 0;
+  for (const Row& row : rows) {
+    const bool new_group = row.file > 0 ? row.file != group : derived++ % (4 * stations_per_commit) == 0;
+    if (new_group) {
+      if (group != 0) {
+        run("COMMIT");
+      }
+      run("BEGIN IMMEDIATE");
+      group = row.file > 0 ? row.file : -1;
+    }
+    sqlite3_bind_int64(insert, 1, row.file);
+    int column = 2;
+    for (const std::string* bytes : {&row.frequencies, &row.data, &row.mask}) {
+      sqlite3_bind_blob(insert, column++, bytes->data(), static_cast<int>(bytes->size()), SQLITE_STATIC);
+    }
+    require(sqlite3_step(insert) == SQLITE_DONE, "step");
+    sqlite3_reset(insert);
+  }
+  run("COMMIT");
+  sqlite3_finalize(insert);
+  sqlite3_close(database);
+  return cpu_seconds() - start;
+}
+
+void import_end_to_end(benchmark::State& state) {
+  const TemporaryFolder folder;
+  const std::vector<std::string> files = write_field_files(folder, static_cast<std::size_t>(state.range(0)));
+  const std::string survey = folder.path("survey.mdb");
+  double importing = 0.0;
+  double bare = 0.0;
+  std::size_t readings = 0;
+  for (auto _ : state) {
+    fs::remove(survey);
+    make_survey(survey);
+    const double start = cpu_seconds();
+    ImportReport report;
+    require(run_import(sample_choices(), files, ImportMode::import, report) == 0 && !report.has_failures(),
+            "import");
+    importing += cpu_seconds() - start;
+    state.counters["peak_MB"] = peak_megabytes();
+    require(Module_database::close_database() == 0, "close");
+    const std::vector<Row> rows = rows_of(survey);
+    readings = rows.size();
+    bare += bare_seconds(files, rows, folder.path("bare.db"));
+    fs::remove(folder.path("bare.db"));
+  }
+  const double rounds = static_cast<double>(state.iterations());
+  state.counters["files/s"] = static_cast<double>(files.size()) * rounds / importing;
+  state.counters["readings/s"] = static_cast<double>(readings) * rounds / importing;
+  state.counters["times_bare"] = importing / bare;
+}
+
+// Opening recovers, compacts, keeps the backup and checks; the bound is a plain copy of the file.
+void open_survey_of_readings(benchmark::State& state) {
+  const TemporaryFolder folder;
+  const auto readings = state.range(0);
+  // 144 files give 576 raw, 192 averaged and 96 merged readings.
+  const auto files = write_field_files(folder, static_cast<std::size_t>(readings) * 144 / 864);
+  const std::string survey = folder.path("survey.mdb");
+  make_survey(survey);
+  ImportReport report;
+  require(run_import(sample_choices(), files, ImportMode::import, report) == 0, "import");
+  require(Module_database::close_database() == 0, "close");
+  double copying = 0.0;
+  double opening = 0.0;
+  for (auto _ : state) {
+    const double start = cpu_seconds();
+    fs::copy_file(survey, folder.path("copy.mdb"), fs::copy_options::overwrite_existing);
+    const double between = cpu_seconds();
+    require(Module_database::open_database() == 0, "open");
+    opening += cpu_seconds() - between;
+    copying += between - start;
+    require(Module_database::close_database() == 0, "close");
+  }
+  const double rounds = static_cast<double>(state.iterations());
+  state.counters["readings/s"] = static_cast<double>(readings) * rounds / opening;
+  state.counters["MB"] = static_cast<double>(fs::file_size(survey)) / 1e6;
+  state.counters["times_copy"] = opening / copying;
+}
+
+}  // namespace
+
+BENCHMARK(import_end_to_end)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(import_end_to_end)->Arg(10000)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(open_survey_of_readings)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+BENCHMARK_MAIN();
