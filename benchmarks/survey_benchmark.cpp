@@ -5,6 +5,9 @@
 // Figures are CPU time of the process. Counters: files/s, readings/s, times_bare (cost over the bound), peak
 // memory.
 #include <charconv>
+#include <cmath>
+#include <complex>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
@@ -20,7 +23,7 @@
 #include "core/session_state.h"
 #include "database/survey_database.h"
 #include "import/import_run.h"
-#include "samples/sample_survey.h"
+#include "samples/edi_text.h"
 #include "tests/support/temporary_folder.h"
 
 namespace fs = std::filesystem;
@@ -44,18 +47,39 @@ double peak_megabytes() {
   return static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
-// Field files of as many lines as are needed; six files a station as in the field.
+constexpr int frequency_count = 60;
+
+// A field file as processing programs write it: 60 frequencies, four elements with errors, resistivities and
+// phases.
+std::string field_file_text(int station, int event) {
+  Module_samples::EdiSection section;
+  section.data_id = section.section_id = std::to_string(station);
+  section.date = "05/14/11";
+  for (int index = 0; index < frequency_count; ++index) {
+    section.frequencies.push_back(1000.0 * std::pow(10.0, -0.08 * index));
+  }
+  for (std::size_t element = 0; element < section.elements.size(); ++element) {
+    for (const double frequency : section.frequencies) {
+      const double size =
+          std::sqrt(500.0 * frequency) * (1.0 + 0.01 * event + 0.1 * static_cast<double>(element));
+      section.elements[element].impedance.push_back(std::polar(size, 0.7 + 0.001 * station));
+      section.elements[element].deviation.push_back(0.02 * size);
+    }
+  }
+  return Module_samples::edi_text(section);
+}
+
+// Six files a station, as in the field: two scan rates, three repeats each; twenty stations a line.
 std::vector<std::string> write_field_files(const TemporaryFolder& folder, std::size_t count) {
   std::vector<std::string> paths;
-  for (int number = 100; paths.size() < count; ++number) {
-    for (const Module_samples::SampleFile& file :
-         Module_samples::make_sample_survey(static_cast<std::uint64_t>(number))) {
-      if (paths.size() == count) {
-        break;
-      }
-      const std::string line = std::to_string(number) + (file.name[1] == '2' ? "E" : "W");
-      paths.push_back(folder.write("L" + line + file.name.substr(5), file.text));
-    }
+  for (int number = 0; paths.size() < count; ++number) {
+    const int station = 100 * (number / 6 % 20 + 1);
+    const int line = 100 + number / 120;
+    const int event = number % 3 + 1;
+    const char* const rate = number / 3 % 2 == 0 ? "4096" : "0256";
+    char name[64];
+    std::snprintf(name, sizeof name, "L%03dE_S%04d_E%d_R%s.edi", line, station, event, rate);
+    paths.push_back(folder.write(name, field_file_text(station, event)));
   }
   return paths;
 }
@@ -208,8 +232,8 @@ void import_end_to_end(benchmark::State& state) {
 void open_survey_of_readings(benchmark::State& state) {
   const TemporaryFolder folder;
   const auto readings = state.range(0);
-  // 144 files give 576 raw, 192 averaged and 96 merged readings.
-  const auto files = write_field_files(folder, static_cast<std::size_t>(readings) * 144 / 864);
+  // Six files give 24 raw, 8 averaged and 4 merged readings.
+  const auto files = write_field_files(folder, static_cast<std::size_t>(readings) * 6 / 36);
   const std::string survey = folder.path("survey.mdb");
   make_survey(survey);
   ImportReport report;
