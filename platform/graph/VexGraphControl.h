@@ -1,0 +1,157 @@
+// VexGraphControl.h: the chart of the main view, the inversion windows and the results viewer.
+//
+// Conventions of this file: series and points are counted from 0; coordinates are data coordinates unless
+// they are said to be pixels.
+//
+// With the mouse: a click on a point selects it at once; a drag zooms to its rectangle (a thin one along its
+// length only) and never selects; the wheel zooms about the pointer, over an axis along that axis only; the
+// middle button drags the plot; a double click where no point is resets the zoom. The second press of a
+// double click never selects, so a double click on a point counts as one click on it, and never resets
+// either, even if the point is gone by then.
+#pragma once
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/graph/axis_limits.h"
+#include "platform/graph/axis_view.h"
+#include "platform/graph/graph_content.h"
+#include "platform/graph/plot_table.h"
+
+class QCPItemText;
+class QCustomPlot;
+class QMenu;
+
+namespace graph {
+class OverlayLines;
+class PointerMarks;
+class SeriesPainter;
+}  // namespace graph
+
+class VexGraphControl final : public QWidget {
+  Q_OBJECT
+
+ public:
+  using PointText = std::function<QString(int series, int point)>;
+
+  explicit VexGraphControl(QWidget* parent = nullptr);
+  ~VexGraphControl() override;
+
+  /// Removes data, point styles and series styles. Overlay lines stay and show again with the next data.
+  void clear_graph();
+  void set_graph_data(graph::PlotTable values);
+  void set_graph_styles(graph::PointStyles styles);
+  void set_series_style(int series, const graph::SeriesStyle& style);
+
+  /// Draws what was set, once; none of the setters draws.
+  void draw_graph();
+  int draw_count() const { return draw_count_; }  // of the whole chart, whatever the cause
+
+  /// Removes the overlay lines. Lines lie over the curves; they are seen from the next draw_graph.
+  void begin_overlay();
+  /// An end at or beyond the limit of its axis goes to the edge of the plot area, also when the view changes
+  /// later.
+  void draw_overlay_line(double x1, double y1, double x2, double y2, graph::Colour colour,
+                         double width = 1.0);
+
+  // Limits of the unzoomed axes as they were set; graph::unset_limit leaves one to the data. See
+  // graph::resolve_range.
+  void set_xaxismin(float limit) { x_limits_.minimum = limit; }
+  void set_xaxismax(float limit) { x_limits_.maximum = limit; }
+  void set_yaxismin(float limit) { y_limits_.minimum = limit; }
+  void set_yaxismax(float limit) { y_limits_.maximum = limit; }
+  float xaxismin() const { return static_cast<float>(x_limits_.minimum); }
+  float xaxismax() const { return static_cast<float>(x_limits_.maximum); }
+  float yaxismin() const { return static_cast<float>(y_limits_.minimum); }
+  float yaxismax() const { return static_cast<float>(y_limits_.maximum); }
+  void set_xaxistype(graph::AxisType type) { x_limits_.type = type; }
+  void set_yaxistype(graph::AxisType type) { y_limits_.type = type; }
+  /// The unzoomed logarithmic x axis doesn't start below this; points below it can be zoomed to.
+  void set_xaxiscutoff(float cutoff) { x_limits_.cutoff = static_cast<double>(cutoff); }
+  /// A coordinate with this value is no data, beside those at or below graph::null_limit.
+  void set_datanull(double value) { content_.set_null(value); }
+
+  /// "Frequency (Hz)"; a title longer than its axis loses words from the front.
+  void set_x_title(const QString& title);
+  void set_y_title(const QString& title);
+  /// The upper of two charts with a common x axis leaves its labels to the lower one.
+  void set_x_labels_shown(bool shown);
+  void set_error_bars_shown(bool shown);
+  bool error_bars_shown() const { return error_bars_shown_; }
+  /// Text of the tool tip at a point; the default gives its coordinates.
+  void set_point_text(PointText text) { point_text_ = std::move(text); }
+
+  /// Back to the limits, seen from the next draw_graph. Data alone never end a zoom: call this where the
+  /// station changes.
+  void reset_zoom();
+  bool zoomed() const { return x_view_.zoomed() || y_view_.zoomed(); }
+  graph::AxisRange x_range() const { return x_view_.shown(); }
+  graph::AxisRange y_range() const { return y_view_.shown(); }
+  /// Both charts follow each other's zoom along x.
+  void share_x_zoom(VexGraphControl& other);
+
+  /// Place of a point in the widget as last drawn, pixels; none if it isn't drawn.
+  std::optional<QPointF> point_position(int series, int point) const;
+  QRect plot_area() const;
+
+  /// The chart as drawn, at `scale` pixels for each of width and height. @return 0, or -1 after telling the
+  /// user
+  [[nodiscard]] int save_png(const std::string& path, int width, int height, double scale = 1.0);
+  [[nodiscard]] int save_pdf(const std::string& path);
+
+  /// The menu of the right mouse button; the caller owns it.
+  std::unique_ptr<QMenu> make_context_menu();
+
+  QSize sizeHint() const override { return {360, 220}; }
+  QSize minimumSizeHint() const override { return {160, 90}; }
+
+ signals:
+  void point_selected(int series, int point);
+  void pointer_moved(bool off_graph, double x, double y);  // x and y are 0 off the graph
+  void x_view_changed(bool zoomed, double lower, double upper);
+  void error_bars_toggled(bool shown);
+
+ protected:
+  bool event(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  void connect_gestures();
+  void select_at(QPointF at);
+  void reset_at(QPointF at);
+  void hover_at(QPointF at);
+  void leave();
+  void show_band(QPointF from, QPointF to);
+  void zoom_to_band(QPointF from, QPointF to);
+  void pan(QPointF from, QPointF to);
+  void turn_wheel(QPointF at, double notches);
+  void follow_x_view(bool zoomed, double lower, double upper);
+  void view_changed();
+  void set_zoom_home();
+  void apply_view();
+  void apply_layout();
+  std::optional<graph::PointIndex> point_at(QPointF at) const;
+  QString point_text(graph::PointIndex at) const;
+
+  graph::GraphContent content_;
+  graph::AxisLimits x_limits_;
+  graph::AxisLimits y_limits_;
+  graph::AxisView x_view_;
+  graph::AxisView y_view_;
+  QString x_title_;
+  QString y_title_;
+  PointText point_text_;
+  std::optional<QPointF> pointer_;  // pixels; none while it is elsewhere
+  QCustomPlot* plot_ = nullptr;
+  QCPItemText* y_title_item_ = nullptr;
+  graph::SeriesPainter* series_painter_ = nullptr;
+  graph::OverlayLines* overlay_ = nullptr;
+  graph::PointerMarks* pointer_marks_ = nullptr;
+  int draw_count_ = 0;
+  bool x_labels_shown_ = true;
+  bool error_bars_shown_ = true;
+  bool last_click_hit_ = false;
+};

@@ -1,0 +1,238 @@
+#include "platform/graph/axis_ticks.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include <qcustomplot.h>
+
+namespace graph {
+namespace {
+
+double power_of_ten(int exponent) { return std::pow(10.0, exponent); }
+
+/// Plain decimals, as a person writes them; zero has no sign.
+QString decimal_label(double value, int decimals) {
+  const QString text = QString::number(value, 'f', std::max(decimals, 0));
+  return text.toDouble() == 0.0 ? QString::number(0.0, 'f', std::max(decimals, 0)) : text;
+}
+
+QString power_label(int exponent) { return QStringLiteral("1e%1").arg(exponent); }
+
+/// The most room a label takes: a power is drawn as a 10 and a smaller exponent, "1e5" is about as wide.
+bool labels_fit(const AxisTicks& ticks, const std::function<double(double)>& position, const TickRoom& room) {
+  for (qsizetype i = 0; i < ticks.major.size(); ++i) {
+    if (ticks.labels[i].size() > room.most_characters && !ticks.labels[i].contains(QLatin1Char('e'))) {
+      return false;
+    }
+    if (i > 0) {
+      const double distance = std::abs(position(ticks.major[i]) - position(ticks.major[i - 1]));
+      const double needed =
+          0.5 * (room.extent(ticks.labels[i]) + room.extent(ticks.labels[i - 1])) + room.gap;
+      if (distance < needed) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+/// One decade's label: as a plain number from 0.0001 to 1000000 where wanted, else as a power.
+QString decade_label(int exponent, bool plain) {
+  return plain && exponent >= -4 && exponent <= 6 ? decimal_label(power_of_ten(exponent), -exponent)
+                                                  : power_label(exponent);
+}
+
+/// Decades `step` apart; the minor ticks are the decades between or, if there are none, the multiples 2 to 9.
+AxisTicks decades(int first, int last, int step, bool plain) {
+  AxisTicks ticks;
+  for (int exponent = first; exponent <= last; ++exponent) {
+    if (exponent % step == 0) {
+      ticks.major.append(power_of_ten(exponent));
+      ticks.labels.append(decade_label(exponent, plain));
+    } else {
+      ticks.minor.append(power_of_ten(exponent));
+    }
+  }
+  if (step == 1) {
+    for (int exponent = first - 1; exponent <= last; ++exponent) {
+      for (int multiple = 2; multiple <= 9; ++multiple) {
+        ticks.minor.append(multiple * power_of_ten(exponent));
+      }
+    }
+  }
+  return ticks;
+}
+
+/// Labels at 1, 2 and 5 (or, with `dense`, at every multiple) of each decade in the range.
+AxisTicks multiples(const AxisRange& range, bool dense) {
+  AxisTicks ticks;
+  const int first = static_cast<int>(std::floor(std::log10(range.lower)));
+  const int last = static_cast<int>(std::ceil(std::log10(range.upper)));
+  for (int exponent = first; exponent <= last; ++exponent) {
+    for (int multiple = 1; multiple <= 9; ++multiple) {
+      const double value = multiple * power_of_ten(exponent);
+      if (value < range.lower * (1.0 - 1e-9) || value > range.upper * (1.0 + 1e-9)) {
+        continue;
+      }
+      if (dense || multiple == 1 || multiple == 2 || multiple == 5) {
+        ticks.major.append(value);
+        ticks.labels.append(decimal_label(value, -exponent));
+      } else {
+        ticks.minor.append(value);
+      }
+    }
+  }
+  return ticks;
+}
+
+/// The next of the steps 1, 2, 5, 10, 20, ... at or above a value, with the number of minor steps in it.
+struct Step {
+  double size = 1.0;
+  int minor_count = 5;
+  int decimals = 0;
+};
+
+Step step_at_least(double value) {
+  const int exponent = static_cast<int>(std::floor(std::log10(value) + 1e-9));
+  const double magnitude = power_of_ten(exponent);
+  const double mantissa = value / magnitude;
+  const int decimals = std::max(0, -exponent);
+  if (mantissa <= 1.0 + 1e-9) {
+    return {magnitude, 5, decimals};
+  }
+  if (mantissa <= 2.0 + 1e-9) {
+    return {2.0 * magnitude, 4, decimals};
+  }
+  if (mantissa <= 5.0 + 1e-9) {
+    return {5.0 * magnitude, 5, decimals};
+  }
+  return {10.0 * magnitude, 5, std::max(0, -exponent - 1)};
+}
+
+AxisTicks stepped(const AxisRange& range, const Step& step, bool plain) {
+  AxisTicks ticks;
+  const double tolerance = 1e-6;
+  const double first = std::ceil(range.lower / step.size - tolerance);
+  const double last = std::floor(range.upper / step.size + tolerance);
+  const double minor_size = step.size / step.minor_count;
+  for (double i = first; i <= last; ++i) {
+    ticks.major.append(i * step.size);
+    ticks.labels.append(plain ? decimal_label(i * step.size, step.decimals)
+                              : QString::number(i * step.size, 'g', 4));
+  }
+  for (double i = first - 1.0; i <= last; ++i) {
+    for (int m = 1; m < step.minor_count; ++m) {
+      ticks.minor.append(i * step.size + m * minor_size);
+    }
+  }
+  return ticks;
+}
+
+class ChartTicker final : public QCPAxisTicker {
+ public:
+  ChartTicker(const QCPAxis& axis, AxisType type) : axis_(axis), type_(type) {}
+
+  void generate(const QCPRange& range, const QLocale& /*locale*/, QChar /*format*/, int /*precision*/,
+                QVector<double>& ticks, QVector<double>* sub_ticks, QVector<QString>* labels) override {
+    const AxisRange shown{range.lower, range.upper};
+    const TickRoom space = room();
+    AxisTicks made =
+        type_ == AxisType::logarithmic ? logarithmic_ticks(shown, space) : linear_ticks(shown, space);
+    ticks = made.major;
+    if (sub_ticks != nullptr) {
+      *sub_ticks = made.minor;
+    }
+    if (labels != nullptr) {
+      *labels = made.labels;
+    }
+  }
+
+ private:
+  /// Measured from the viewport: ticks are made before the axis rectangle takes its new size.
+  TickRoom room() const {
+    const QFontMetricsF metrics(axis_.tickLabelFont());
+    const QMargins margins = axis_.axisRect()->margins();
+    const QRect viewport = axis_.parentPlot()->viewport();
+    TickRoom room;
+    if (axis_.orientation() == Qt::Horizontal) {
+      room.pixels = viewport.width() - margins.left() - margins.right();
+      room.gap = metrics.horizontalAdvance(QStringLiteral("00"));
+      room.extent = [metrics](const QString& label) { return metrics.horizontalAdvance(label); };
+    } else {
+      room.pixels = viewport.height() - margins.top() - margins.bottom();
+      room.gap = metrics.height() * 0.4;
+      room.most_characters = longest_left_label;
+      room.extent = [metrics](const QString& /*label*/) { return metrics.height(); };
+    }
+    return room;
+  }
+
+  const QCPAxis& axis_;
+  AxisType type_;
+};
+
+}  // namespace
+
+AxisTicks logarithmic_ticks(const AxisRange& range, const TickRoom& room) {
+  const double low = std::log10(range.lower);
+  const double span = std::log10(range.upper) - low;
+  if (!(span > 0.0) || room.pixels <= 0.0) {
+    return {};
+  }
+  const auto position = [&](double value) { return (std::log10(value) - low) / span * room.pixels; };
+  constexpr double tolerance = 1e-9;
+  const int first = static_cast<int>(std::ceil(low - tolerance));
+  const int last = static_cast<int>(std::floor(low + span + tolerance));
+  if (last - first < 2) {
+    constexpr int fewest = 3;
+    for (const bool dense : {false, true}) {
+      AxisTicks ticks = multiples(range, dense);
+      if (ticks.major.size() >= fewest && labels_fit(ticks, position, room)) {
+        return ticks;
+      }
+    }
+    if (last <= first) {
+      return linear_ticks(range, room);
+    }
+  }
+  for (int step = 1; step <= last - first + 1; ++step) {
+    for (const bool plain : {true, false}) {
+      AxisTicks ticks = decades(first, last, step, plain);
+      if (labels_fit(ticks, position, room)) {
+        return ticks;
+      }
+    }
+  }
+  return decades(first, first, 1, false);
+}
+
+AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
+  const double span = range.upper - range.lower;
+  if (!(span > 0.0) || room.pixels <= 0.0) {
+    return {};
+  }
+  const auto position = [&](double value) { return (value - range.lower) / span * room.pixels; };
+  // Start at more ticks than anyone wants to read and widen the step until each has its room.
+  const double least_distance = 2.0 * room.extent(QStringLiteral("0")) + room.gap;
+  const double densest = span * std::max(least_distance / room.pixels, 1.0 / 50.0);
+  constexpr int most_attempts = 12;
+  for (const bool plain : {true, false}) {
+    double wanted = densest;
+    for (int attempt = 0; attempt < most_attempts; ++attempt) {
+      const Step step = step_at_least(wanted);
+      const AxisTicks ticks = stepped(range, step, plain);
+      if (labels_fit(ticks, position, room)) {
+        return ticks;
+      }
+      wanted = step.size * 1.5;
+    }
+  }
+  return {};  // labels too long for the axis, however few
+}
+
+QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type) {
+  return QSharedPointer<ChartTicker>::create(axis, type);
+}
+
+}  // namespace graph

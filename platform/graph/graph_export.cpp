@@ -1,0 +1,122 @@
+#include "platform/graph/graph_export.h"
+
+#include <QClipboard>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QPageSize>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <stdexcept>
+
+#include <qcustomplot.h>
+
+#include "core/trap_errors.h"
+#include "core/user_interface.h"
+
+namespace graph {
+namespace {
+
+constexpr std::string_view failure_text = "An error occurred while saving the graph: ";
+constexpr double picture_scale = 2.0;  // pictures made from the menu stay sharp in a report
+
+void open(QSaveFile& file) {
+  if (!file.open(QIODevice::WriteOnly)) {
+    throw std::runtime_error(file.errorString().toStdString());
+  }
+}
+
+void finish(QSaveFile& file) {
+  if (!file.commit()) {
+    throw std::runtime_error(file.errorString().toStdString());
+  }
+}
+
+void write_pdf(QCustomPlot& plot, QIODevice& file, QSize size) {
+  constexpr int dots_per_inch = 96;  // one device-independent pixel is one dot
+  constexpr double points_per_dot = 72.0 / dots_per_inch;
+  QPdfWriter writer(&file);
+  writer.setCreator(QCoreApplication::applicationName());
+  writer.setResolution(dots_per_inch);
+  writer.setPageSize(
+      QPageSize(QSizeF(size) * points_per_dot, QPageSize::Point, QString(), QPageSize::ExactMatch));
+  writer.setPageMargins(QMarginsF());
+  QCPPainter painter;
+  if (!painter.begin(&writer)) {
+    throw std::runtime_error("the page can't be drawn");
+  }
+  painter.setMode(QCPPainter::pmVectorized);
+  painter.setMode(QCPPainter::pmNoCaching);
+  plot.toPainter(&painter, size.width(), size.height());
+  if (!painter.end()) {
+    throw std::runtime_error("the page can't be written");
+  }
+}
+
+/// @return the path, empty when the person thinks better of it
+std::string ask_path(const FileDialogRequest& request) {
+  const std::string path = user_interface().select_file_to_create(request);
+  if (path.empty()) {
+    return {};
+  }
+  if (QFileInfo::exists(QString::fromStdString(path)) &&
+      !user_interface().ask_yes_no("The file " + path + " exists. Replace it?")) {
+    return {};
+  }
+  return path;
+}
+
+}  // namespace
+
+int save_png(QCustomPlot& plot, const std::string& path, QSize size, double scale) {
+  return trap_errors(failure_text, [&] {
+    if (size.isEmpty() || !(scale > 0.0)) {
+      throw std::runtime_error("the picture has no size");
+    }
+    QSaveFile file(QString::fromStdString(path));
+    open(file);
+    if (!plot.toPixmap(size.width(), size.height(), scale).save(&file, "PNG")) {
+      throw std::runtime_error("the picture can't be written");
+    }
+    finish(file);
+  });
+}
+
+int save_pdf(QCustomPlot& plot, const std::string& path, QSize size) {
+  return trap_errors(failure_text, [&] {
+    if (size.isEmpty()) {
+      throw std::runtime_error("the page has no size");
+    }
+    QSaveFile file(QString::fromStdString(path));
+    open(file);
+    write_pdf(plot, file, size);
+    finish(file);
+  });
+}
+
+void copy_to_clipboard(QCustomPlot& plot, double scale) {
+  QGuiApplication::clipboard()->setPixmap(plot.toPixmap(plot.width(), plot.height(), scale));
+}
+
+void ask_and_save_png(QCustomPlot& plot) {
+  const std::string path = ask_path({.title = "Save the graph as PNG",
+                                     .filter = "PNG pictures (*.png)|*.png|All files (*.*)|*.*",
+                                     .default_extension = "*.png",
+                                     .directory = {},
+                                     .suggested_name = "graph.png"});
+  if (!path.empty()) {
+    static_cast<void>(save_png(plot, path, plot.size(), picture_scale));  // the user has seen a failure
+  }
+}
+
+void ask_and_save_pdf(QCustomPlot& plot) {
+  const std::string path = ask_path({.title = "Save the graph as PDF",
+                                     .filter = "PDF documents (*.pdf)|*.pdf|All files (*.*)|*.*",
+                                     .default_extension = "*.pdf",
+                                     .directory = {},
+                                     .suggested_name = "graph.pdf"});
+  if (!path.empty()) {
+    static_cast<void>(save_pdf(plot, path, plot.size()));
+  }
+}
+
+}  // namespace graph

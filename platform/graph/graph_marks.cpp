@@ -1,0 +1,79 @@
+#include "platform/graph/graph_marks.h"
+
+#include <cmath>
+
+#include "platform/graph/point_search.h"
+#include "platform/graph/series_painter.h"
+
+namespace graph {
+namespace {
+
+/// Pixel of a coordinate; an infinite one, or one a logarithmic axis can't show, lies just outside the area.
+double line_end(const QCPAxis& axis, double coordinate, double low_edge, double high_edge) {
+  if (std::isinf(coordinate)) {
+    return coordinate < 0.0 ? low_edge : high_edge;
+  }
+  if (axis.scaleType() == QCPAxis::stLogarithmic && coordinate <= 0.0) {
+    return low_edge;
+  }
+  return axis.coordToPixel(coordinate);
+}
+
+}  // namespace
+
+OverlayLines::OverlayLines(QCustomPlot& plot, const QString& layer) : QCPLayerable(&plot, layer) {}
+
+QRect OverlayLines::clipRect() const { return mParentPlot->axisRect()->rect(); }
+
+void OverlayLines::applyDefaultAntialiasingHint(QCPPainter* painter) const { painter->setAntialiasing(true); }
+
+void OverlayLines::draw(QCPPainter* painter) {
+  const QCPAxis& x = *mParentPlot->xAxis;
+  const QCPAxis& y = *mParentPlot->yAxis;
+  const QRectF area = QRectF(clipRect()).adjusted(-5.0, -5.0, 5.0, 5.0);
+  for (const OverlayLine& line : lines_) {
+    QPointF from(line_end(x, line.x1, area.left(), area.right()),
+                 line_end(y, line.y1, area.bottom(), area.top()));
+    QPointF to(line_end(x, line.x2, area.left(), area.right()),
+               line_end(y, line.y2, area.bottom(), area.top()));
+    if (clip_segment(area, from, to)) {
+      painter->setPen(QPen(QColor(line.colour.red, line.colour.green, line.colour.blue), line.width));
+      painter->drawLine(QLineF(from, to));
+    }
+  }
+}
+
+PointerMarks::PointerMarks(QCustomPlot& plot, const QString& layer, const GraphContent& content)
+    : QCPLayerable(&plot, layer), content_(content) {}
+
+QRect PointerMarks::clipRect() const { return mParentPlot->axisRect()->rect().adjusted(-8, -8, 8, 8); }
+
+void PointerMarks::applyDefaultAntialiasingHint(QCPPainter* painter) const { painter->setAntialiasing(true); }
+
+void PointerMarks::draw(QCPPainter* painter) {
+  if (painter->modes().testFlag(QCPPainter::pmNoCaching)) {
+    return;  // an exported chart shows data, not where the pointer stood
+  }
+  if (point_ && content_.exists(*point_)) {
+    const std::optional<QPointF> at =
+        point_position(content_, *point_, *mParentPlot->xAxis, *mParentPlot->yAxis);
+    if (at) {
+      const bool masked = content_.point_style(point_->series, point_->point) == masked_point;
+      const QColor colour = content_.point_colour(point_->series, point_->point);
+      const double radius = content_.marker_radius(point_->series) + 2.0;
+      draw_marker(*painter, *at, Qt::white, radius + 1.5, false);
+      draw_marker(*painter, *at, masked ? colour.darker(140) : colour, radius, masked);
+      painter->setBrush(Qt::NoBrush);
+      painter->setPen(QPen(QColor(60, 60, 60), 1.0));
+      painter->drawEllipse(*at, radius + 1.5, radius + 1.5);
+    }
+  }
+  if (band_) {
+    painter->setAntialiasing(false);
+    painter->setPen(QPen(QColor(60, 110, 190), 1.0));
+    painter->setBrush(QColor(60, 110, 190, 40));
+    painter->drawRect(*band_);
+  }
+}
+
+}  // namespace graph

@@ -1,0 +1,114 @@
+#include "platform/graph/mouse_gestures.h"
+
+#include <QMouseEvent>
+#include <QWheelEvent>
+#include <QWidget>
+
+namespace graph {
+
+MouseGestures::MouseGestures(QWidget& widget) : QObject(&widget) {
+  widget.setMouseTracking(true);
+  widget.installEventFilter(this);
+}
+
+bool MouseGestures::eventFilter(QObject* /*watched*/, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+      return press(*static_cast<QMouseEvent*>(event));
+    case QEvent::MouseMove:
+      return move(*static_cast<QMouseEvent*>(event));
+    case QEvent::MouseButtonRelease:
+      return release(*static_cast<QMouseEvent*>(event));
+    case QEvent::MouseButtonDblClick: {
+      const auto& mouse = *static_cast<QMouseEvent*>(event);
+      if (mouse.button() != Qt::LeftButton) {
+        return press(mouse);
+      }
+      cancel();
+      emit double_clicked(mouse.position());
+      return true;
+    }
+    case QEvent::Wheel: {
+      const auto& wheel = *static_cast<QWheelEvent*>(event);
+      constexpr double units_per_notch = 120.0;
+      const double notches = wheel.angleDelta().y() / units_per_notch;
+      if (notches != 0.0 && state_ == State::idle) {
+        emit wheel_turned(wheel.position(), notches);
+      }
+      return true;
+    }
+    case QEvent::Leave:
+      emit left();
+      return false;
+    case QEvent::Hide:
+      cancel();
+      return false;
+    default:
+      return false;
+  }
+}
+
+bool MouseGestures::press(const QMouseEvent& event) {
+  if (state_ != State::idle) {  // a second button gives up what the first one began
+    cancel();
+    return true;
+  }
+  pressed_at_ = last_ = event.position();
+  if (event.button() == Qt::LeftButton) {
+    state_ = State::pressed;
+    return true;
+  }
+  if (event.button() == Qt::MiddleButton) {
+    state_ = State::pan;
+    return true;
+  }
+  return false;
+}
+
+bool MouseGestures::move(const QMouseEvent& event) {
+  const QPointF at = event.position();
+  const QPointF offset = at - pressed_at_;
+  if (state_ == State::pressed && QPointF::dotProduct(offset, offset) > click_distance * click_distance) {
+    state_ = State::band;
+  }
+  if (state_ == State::band) {
+    emit band_dragged(pressed_at_, at);
+  } else if (state_ == State::pan) {
+    emit panned(last_, at);
+  } else if (state_ == State::idle) {
+    emit hovered(at);
+  }
+  last_ = at;
+  return true;
+}
+
+bool MouseGestures::release(const QMouseEvent& event) {
+  const State ended = state_;
+  if (ended == State::band && event.button() == Qt::LeftButton) {
+    state_ = State::idle;
+    emit band_released(pressed_at_, event.position());
+    return true;
+  }
+  if (ended == State::pressed && event.button() == Qt::LeftButton) {
+    state_ = State::idle;
+    const QPointF offset = event.position() - pressed_at_;
+    if (QPointF::dotProduct(offset, offset) <= click_distance * click_distance) {
+      emit clicked(pressed_at_);
+    }
+    return true;
+  }
+  if (ended == State::pan && event.button() == Qt::MiddleButton) {
+    state_ = State::idle;
+    return true;
+  }
+  return ended != State::idle;
+}
+
+void MouseGestures::cancel() {
+  if (state_ == State::band) {
+    emit band_cancelled();
+  }
+  state_ = State::idle;
+}
+
+}  // namespace graph

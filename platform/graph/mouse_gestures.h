@@ -1,0 +1,52 @@
+// mouse_gestures.h: tells clicks, drags, double clicks and the wheel apart on one widget.
+//
+// A click is a left press and release that never left a few pixels in between; it is reported on release, at
+// once. A drag is reported from the moment the pointer leaves that neighbourhood and can't become a click
+// again. The second press of a double click reports a double click and nothing else, so two quick clicks at
+// one place are one click and one double click. Positions are device-independent pixels in the widget.
+#pragma once
+#include <QObject>
+#include <QPointF>
+
+class QMouseEvent;
+class QWheelEvent;
+class QWidget;
+
+namespace graph {
+
+class MouseGestures final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit MouseGestures(QWidget& widget);
+
+  static constexpr double click_distance = 3.0;  // pixels
+
+ signals:
+  void clicked(QPointF at);
+  void double_clicked(QPointF at);
+  void hovered(QPointF at);
+  void left();
+  void band_dragged(QPointF from, QPointF to);
+  void band_released(QPointF from, QPointF to);
+  void band_cancelled();
+  void panned(QPointF from, QPointF to);  // since the last report
+  void wheel_turned(QPointF at, double notches);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  enum class State { idle, pressed, band, pan };
+
+  bool press(const QMouseEvent& event);
+  bool move(const QMouseEvent& event);
+  bool release(const QMouseEvent& event);
+  void cancel();
+
+  State state_ = State::idle;
+  QPointF pressed_at_;
+  QPointF last_;
+};
+
+}  // namespace graph

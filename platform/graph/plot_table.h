@@ -1,0 +1,56 @@
+// plot_table.h: what a chart is given to draw, free of Qt so that logic can make it.
+//
+// Conventions of this file: indices are 0-based; a coordinate at or below null_limit, or one that is not
+// finite, is no data; colours are red, green, blue from 0 to 255.
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace graph {
+
+inline constexpr double null_value = -1e32;
+inline constexpr double null_limit = -1e30;
+
+struct Colour {
+  std::uint8_t red = 0;
+  std::uint8_t green = 0;
+  std::uint8_t blue = 0;
+  friend bool operator==(const Colour&, const Colour&) = default;
+};
+
+/// One curve. Points are joined by a line in their order; a point without data interrupts the line.
+struct PlotSeries {
+  std::vector<double> x;
+  std::vector<double> y;  // as long as x
+  std::vector<double>
+      error;  // one standard deviation of y; empty: no error bars; no data: no bar at that point
+};
+
+struct PlotTable {
+  std::vector<PlotSeries> series;
+};
+
+// The style of a point. From first_palette_style on, the palette colour (style - first_palette_style) mod
+// palette size, whatever the series. A negative style -(1 + k) gives the point the k-th colour of the palette
+// of overrides. A point without a style is a used one.
+inline constexpr int used_point = 1;
+inline constexpr int masked_point = 2;
+inline constexpr int first_palette_style = 3;
+inline constexpr int palette_size = 5;
+
+using PointStyles = std::vector<std::vector<int>>;  // [series][point]
+
+/// The palette style of the curve with this number (from 1): 3, 4, 5, 6, 7, 3, ...
+constexpr int palette_style(int number) { return first_palette_style + (number - 1) % palette_size; }
+
+/// The style that paints a point in the k-th override colour (k from 0).
+constexpr int override_style(int k) { return -(1 + k); }
+
+struct SeriesStyle {
+  std::optional<Colour> colour;  // none: the palette colour of the series' number
+  double width = 1.0;            // of the line, in device-independent pixels; wide series are drawn on top
+  bool line = true;              // false: points only
+};
+
+}  // namespace graph

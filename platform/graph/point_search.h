@@ -1,0 +1,22 @@
+// point_search.h: which point of a chart lies under the pointer.
+#pragma once
+#include <QPointF>
+#include <QRectF>
+#include <optional>
+
+#include "platform/graph/graph_content.h"
+
+class QCPAxis;
+
+namespace graph {
+
+/// The place of a point in the widget, device-independent pixels; none if it isn't drawn on these axes.
+std::optional<QPointF> point_position(const GraphContent& content, PointIndex at, const QCPAxis& x,
+                                      const QCPAxis& y);
+
+/// The drawn point inside `area` nearest to `position`, within `radius` pixels; of points at the same place
+/// the one drawn last.
+std::optional<PointIndex> nearest_point(const GraphContent& content, const QCPAxis& x, const QCPAxis& y,
+                                        const QRectF& area, QPointF position, double radius);
+
+}  // namespace graph

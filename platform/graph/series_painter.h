@@ -1,0 +1,45 @@
+// series_painter.h: draws the curves of a chart: error bars, lines, and a marker for each point.
+#pragma once
+#include <qcustomplot.h>
+
+#include "platform/graph/graph_content.h"
+
+namespace graph {
+
+/// The part of a segment inside a rectangle; false if there is none.
+bool clip_segment(const QRectF& area, QPointF& from, QPointF& to);
+
+/// A used point: a filled disc. A masked one: a grey cross.
+void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double radius, bool masked);
+
+/// All curves as one element of the plot: QCPGraph knows one marker per curve, a mask needs one per point.
+class SeriesPainter final : public QCPLayerable {
+ public:
+  SeriesPainter(QCustomPlot& plot, const GraphContent& content);
+
+  void set_error_bars(bool shown) { error_bars_ = shown; }
+
+ protected:
+  QRect clipRect() const override;
+  void applyDefaultAntialiasingHint(QCPPainter* painter) const override;
+  void draw(QCPPainter* painter) override;
+
+ private:
+  struct PlacedPoint {
+    QPointF at;
+    bool drawn = false;
+  };
+
+  void place_points(int series);
+  void draw_error_bars(QCPPainter& painter, int series) const;
+  void draw_line(QCPPainter& painter, int series) const;
+  void draw_markers(QCPPainter& painter, int series) const;
+
+  const GraphContent& content_;
+  const QCPAxis& x_axis_;
+  const QCPAxis& y_axis_;
+  bool error_bars_ = true;
+  std::vector<PlacedPoint> placed_;  // of the series being drawn; kept for its memory
+};
+
+}  // namespace graph
