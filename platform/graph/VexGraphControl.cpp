@@ -369,6 +369,7 @@ void VexGraphControl::apply_view() {
 void VexGraphControl::apply_layout() {
   graph::apply_fonts(*plot_, *y_title_item_, font(), x_labels_shown_);
   const QMargins margins = plot_->axisRect()->margins();
+  content_.set_plot_width(width() - margins.left() - margins.right());
   plot_->xAxis->setLabel(
       x_labels_shown_ ? graph::fitting_title(x_title_, font(), width() - margins.left() - margins.right())
                       : QString());

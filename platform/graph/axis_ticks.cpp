@@ -139,6 +139,8 @@ class ChartTicker final : public QCPAxisTicker {
     const TickRoom space = room();
     AxisTicks made =
         type_ == AxisType::logarithmic ? logarithmic_ticks(shown, space) : linear_ticks(shown, space);
+    // Minor ticks are made for whole decades and steps; the axis would draw those beyond its ends too.
+    made.minor.removeIf([&](double tick) { return tick < shown.lower || tick > shown.upper; });
     ticks = made.major;
     if (sub_ticks != nullptr) {
       *sub_ticks = made.minor;
@@ -157,7 +159,7 @@ class ChartTicker final : public QCPAxisTicker {
     TickRoom room;
     if (axis_.orientation() == Qt::Horizontal) {
       room.pixels = viewport.width() - margins.left() - margins.right();
-      room.gap = metrics.horizontalAdvance(QStringLiteral("00"));
+      room.gap = metrics.horizontalAdvance(QStringLiteral("000"));
       room.extent = [metrics](const QString& label) { return metrics.horizontalAdvance(label); };
     } else {
       room.pixels = viewport.height() - margins.top() - margins.bottom();
@@ -214,7 +216,7 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
   }
   const auto position = [&](double value) { return (value - range.lower) / span * room.pixels; };
   // Start at more ticks than anyone wants to read and widen the step until each has its room.
-  const double least_distance = 2.0 * room.extent(QStringLiteral("0")) + room.gap;
+  const double least_distance = room.extent(QStringLiteral("0")) + room.gap;
   const double densest = span * std::max(least_distance / room.pixels, 1.0 / 50.0);
   constexpr int most_attempts = 12;
   for (const bool plain : {true, false}) {

@@ -49,6 +49,9 @@ class GraphContent {
   QColor point_colour(int series, int point) const;
   double marker_radius(int series) const;  // device-independent pixels
 
+  /// Width of the plot area, pixels: markers shrink where points would run into each other.
+  void set_plot_width(double width) { plot_width_ = width; }
+
   /// The series from the bottom to the top of the drawing: wider ones above, else in their order.
   std::vector<int> drawing_order() const;
 
@@ -62,6 +65,7 @@ class GraphContent {
   PointStyles styles_;
   std::vector<SeriesStyle> series_styles_;
   double null_ = null_value;
+  double plot_width_ = 1000.0;
 };
 
 }  // namespace graph

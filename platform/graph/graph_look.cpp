@@ -47,7 +47,6 @@ void style_frame(QCPAxis& axis) {
 
 QCPItemText* apply_look(QCustomPlot& plot) {
   plot.setBackground(QBrush(Qt::white));
-  plot.setOpenGl(false);
   plot.setAutoAddPlottableToLegend(false);
   plot.axisRect()->setAutoMargins(QCP::msNone);
   style_axis(*plot.xAxis);

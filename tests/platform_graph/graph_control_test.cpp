@@ -1,1 +1,422 @@
-int main() { return 0; }
+// graph_control_test.cpp: a person's hand on a chart, and what the chart shows for awkward limits.
+#include <QMenu>
+#include <QPdfWriter>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolTip>
+#include <QWheelEvent>
+#include <limits>
+
+#include "graph_samples.h"
+#include "platform/graph/axis_ticks.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+using graph::AxisLimits;
+using graph::AxisRange;
+using graph::AxisType;
+
+constexpr double none = graph::null_value;
+
+/// Frequency and resistivity on logarithmic axes. Series 1 masks its second point and lacks its third; its
+/// last point lies on that of series 0.
+void fill(VexGraphControl& control) {
+  control.clear_graph();
+  control.set_graph_data({{{{1.0, 10.0, 100.0, 1000.0}, {10.0, 20.0, 40.0, 80.0}, {1.0, 1.0, 50.0, none}},
+                           {{1.0, 10.0, 100.0, 1000.0}, {200.0, 300.0, none, 80.0}, {}}}});
+  control.set_graph_styles({{1, 1, 1, 1}, {1, 2, 1, 1}});
+}
+
+void wheel(VexGraphControl& control, QPointF at, int angle) {
+  QWheelEvent event(at, control.mapToGlobal(at), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&control, &event);
+}
+
+// The test library moves the real pointer instead, which says nothing about a window without a screen.
+void move(VexGraphControl& control, QPoint to, Qt::MouseButtons buttons = Qt::NoButton) {
+  QMouseEvent event(QEvent::MouseMove, to, control.mapToGlobal(to), Qt::NoButton, buttons, Qt::NoModifier);
+  QApplication::sendEvent(&control, &event);
+}
+
+void drag(VexGraphControl& control, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
+  QTest::mousePress(&control, button, {}, from);
+  move(control, (from + to) / 2, button);
+  move(control, to, button);
+  QTest::mouseRelease(&control, button, {}, to);
+}
+
+bool near(double a, double b) { return std::abs(a - b) <= 1e-6 * std::max(std::abs(a), std::abs(b)); }
+
+}  // namespace
+
+class GraphControlTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<VexGraphControl> control_;
+
+  QPoint place(int series, int point) const { return control_->point_position(series, point)->toPoint(); }
+
+ private slots:
+  void init() {
+    control_ = std::make_unique<VexGraphControl>();
+    control_->resize(500, 350);
+    control_->set_xaxistype(AxisType::logarithmic);
+    control_->set_yaxistype(AxisType::logarithmic);
+    control_->set_xaxismin(0.5F);
+    control_->set_xaxismax(2000.0F);
+    control_->set_yaxismin(5.0F);
+    control_->set_yaxismax(500.0F);
+    fill(*control_);
+    control_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(control_.get()));
+    control_->draw_graph();
+  }
+
+  void click_finds_the_nearest_drawn_point() {
+    struct Case {
+      const char* name;
+      QPoint at;
+      QList<QVariant> expected;
+    };
+    const Case cases[] = {
+        {"on a point", place(0, 1), {0, 1}},
+        {"five pixels off", place(0, 1) + QPoint(3, 4), {0, 1}},
+        {"ten pixels off", place(0, 1) + QPoint(10, 0), {}},
+        {"a masked point", place(1, 1), {1, 1}},
+        {"two at one place: the upper", place(0, 3), {1, 3}},
+        {"the empty middle", place(0, 1) - QPoint(0, 60), {}},
+    };
+    for (const Case& c : cases) {
+      QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
+      QTest::mouseClick(control_.get(), Qt::LeftButton, {}, c.at);
+      QVERIFY2(selected.size() == (c.expected.isEmpty() ? 0 : 1), c.name);
+      QVERIFY2(c.expected.isEmpty() || selected.first() == c.expected, c.name);
+    }
+    QVERIFY(!control_->point_position(1, 2));  // no data: nowhere to click
+    control_->set_series_style(0, {graph::Colour{}, 3.0, true});
+    control_->draw_graph();
+    QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
+    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, place(0, 3));
+    QCOMPARE(selected.first(), (QList<QVariant>{0, 3}));  // the wide series now lies on top
+  }
+
+  void other_buttons_and_points_out_of_view_are_never_selected() {
+    QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
+    QTest::mouseClick(control_.get(), Qt::MiddleButton, {}, place(0, 1));
+    control_->set_yaxismin(30.0F);
+    control_->draw_graph();
+    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, place(0, 1));
+    QCOMPARE(selected.size(), 0);
+  }
+
+  void drag_zooms_to_its_rectangle_and_selects_nothing() {
+    QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
+    const QRect area = control_->plot_area();
+    const QPoint from = place(0, 1);
+    drag(*control_, from, from + QPoint(120, -90));
+    QCOMPARE(selected.size(), 0);
+    QVERIFY(control_->zoomed());
+    QVERIFY(std::abs(control_->x_range().lower / 10.0 - 1.0) < 0.05);
+    QVERIFY(std::abs(control_->y_range().lower / 20.0 - 1.0) < 0.05);
+
+    control_->reset_zoom();
+    control_->draw_graph();
+    drag(*control_, area.center(), area.center() + QPoint(90, 2));  // thin: along x only
+    QCOMPARE(control_->y_range(), (AxisRange{5.0, 500.0}));
+    QVERIFY(control_->x_range().lower > 1.0);
+
+    control_->reset_zoom();
+    control_->draw_graph();
+    QTest::mousePress(control_.get(), Qt::LeftButton, {}, from);  // out and back again is no click
+    move(*control_, from + QPoint(30, 30), Qt::LeftButton);
+    move(*control_, from, Qt::LeftButton);
+    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, from);
+    QCOMPARE(selected.size(), 0);
+    QVERIFY(!control_->zoomed());
+  }
+
+  void double_click_resets_only_where_no_point_is() {
+    QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
+    wheel(*control_, place(0, 1), 120);
+    QVERIFY(control_->zoomed());
+    const auto double_click = [&](QPoint at) {
+      QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
+      QTest::mouseDClick(control_.get(), Qt::LeftButton, {}, at);
+    };
+    QTRY_VERIFY(control_->point_position(0, 1).has_value());
+    QMouseEvent second(QEvent::MouseButtonDblClick, place(0, 1), control_->mapToGlobal(place(0, 1)),
+                       Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, place(0, 1));
+    QApplication::sendEvent(control_.get(), &second);
+    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, place(0, 1));
+    QCOMPARE(selected.size(), 1);
+    QVERIFY(control_->zoomed());
+
+    // The first click takes its point away, as one that masks does where masked points are hidden.
+    const QPoint at = place(0, 1);
+    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
+    control_->clear_graph();
+    control_->draw_graph();
+    QApplication::sendEvent(control_.get(), &second);
+    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
+    QVERIFY(control_->zoomed());
+
+    fill(*control_);
+    control_->draw_graph();
+    QCOMPARE(selected.size(), 2);
+    double_click(control_->plot_area().bottomRight() - QPoint(30, 30));
+    QVERIFY(!control_->zoomed());
+    QCOMPARE(selected.size(), 2);
+  }
+
+  void wheel_keeps_the_place_under_the_pointer_and_knows_the_axes() {
+    const QPointF at = place(0, 1);
+    wheel(*control_, at, 240);
+    QVERIFY(control_->x_range().upper < 2000.0 && control_->y_range().upper < 500.0);
+    QTest::qWait(1);  // the drawing is left to the event loop
+    QVERIFY((*control_->point_position(0, 1) - at).manhattanLength() < 2.0);
+
+    control_->reset_zoom();
+    control_->draw_graph();
+    const QRect area = control_->plot_area();
+    wheel(*control_, QPointF(area.center().x(), area.bottom() + 15), 120);
+    QCOMPARE(control_->y_range(), (AxisRange{5.0, 500.0}));
+    QVERIFY(control_->zoomed());
+    const AxisRange x = control_->x_range();
+    wheel(*control_, QPointF(area.left() - 15, area.center().y()), 120);
+    QCOMPARE(control_->x_range(), x);
+    QVERIFY(control_->y_range().upper < 500.0);
+    for (int i = 0; i < 200; ++i) {
+      wheel(*control_, area.center(), i < 100 ? 1200 : -1200);  // neither collapses nor runs away
+    }
+    QVERIFY(control_->x_range().lower > 0.0 && std::isfinite(control_->x_range().upper));
+  }
+
+  void zoom_outlives_new_data_but_not_another_kind_of_axis_or_place() {
+    wheel(*control_, place(0, 1), 240);
+    const AxisRange x = control_->x_range();
+    fill(*control_);
+    control_->set_yaxismax(600.0F);
+    control_->draw_graph();
+    QCOMPARE(control_->x_range(), x);
+    control_->set_xaxistype(AxisType::linear);
+    control_->draw_graph();
+    QCOMPARE(control_->x_range(), (AxisRange{0.5, 2000.0}));
+    control_->set_yaxismin(1e6F);
+    control_->set_yaxismax(1e7F);
+    control_->draw_graph();
+    QVERIFY(!control_->zoomed());
+  }
+
+  void charts_share_the_zoom_along_x() {
+    VexGraphControl phase;
+    phase.set_xaxistype(AxisType::logarithmic);
+    phase.set_xaxismin(0.5F);
+    phase.set_xaxismax(2000.0F);
+    phase.draw_graph();
+    control_->share_x_zoom(phase);
+    wheel(*control_, place(0, 1), 120);
+    QCOMPARE(phase.x_range(), control_->x_range());
+    QVERIFY(near(phase.y_range().upper, 1.0));
+  }
+
+  void pan_moves_the_view_with_the_pointer() {
+    const QPoint from = place(0, 1);
+    drag(*control_, from, from + QPoint(40, -30), Qt::MiddleButton);
+    QTest::qWait(1);
+    QVERIFY((*control_->point_position(0, 1) - QPointF(from + QPoint(40, -30))).manhattanLength() < 3.0);
+  }
+
+  void draw_graph_draws_once_and_hovering_not_at_all() {
+    const int before = control_->draw_count();
+    fill(*control_);
+    control_->set_yaxismax(700.0F);
+    control_->begin_overlay();
+    control_->draw_overlay_line(10.0, 5.0, 10.0, 700.0, {0, 0, 255});
+    QCOMPARE(control_->draw_count(), before);
+    control_->draw_graph();
+    QTest::qWait(20);
+    QCOMPARE(control_->draw_count(), before + 1);
+    move(*control_, place(0, 0));
+    move(*control_, place(0, 1));
+    QTest::qWait(20);
+    QCOMPARE(control_->draw_count(), before + 1);
+  }
+
+  void pointer_is_reported_in_data_coordinates() {
+    QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
+    control_->set_point_text([](int s, int p) { return QStringLiteral("series %1 point %2").arg(s).arg(p); });
+    move(*control_, place(1, 1));
+    QVERIFY(!moved.isEmpty());
+    QCOMPARE(moved.last().at(0).toBool(), false);
+    QVERIFY(std::abs(moved.last().at(1).toDouble() / 10.0 - 1.0) < 0.03);
+    QVERIFY(std::abs(moved.last().at(2).toDouble() / 300.0 - 1.0) < 0.03);
+    QCOMPARE(QToolTip::text(), QStringLiteral("series 1 point 1"));
+    move(*control_, QPoint(5, 5));
+    QCOMPARE(moved.last().at(0).toBool(), true);
+    QEvent leave(QEvent::Leave);
+    moved.clear();
+    QApplication::sendEvent(control_.get(), &leave);
+    QCOMPARE(moved.last().at(0).toBool(), true);
+  }
+
+  void overlay_reaches_both_edges_whatever_the_limits_become() {
+    const auto blue_pixels = [&](int x) {
+      const QImage image = control_->grab().toImage();
+      const QRect area = control_->plot_area();
+      int count = 0;
+      for (int y = area.top() + 2; y < area.bottom() - 2; ++y) {
+        const QColor colour = image.pixelColor(x, y);
+        count += colour.blue() > 200 && colour.red() < 200 ? 1 : 0;
+      }
+      return count;
+    };
+    control_->set_graph_data({{{{1.0}, {10.0}, {}}}});
+    control_->set_yaxismin(0.0F);  // no number on a logarithmic axis
+    control_->begin_overlay();
+    control_->draw_overlay_line(100.0, 0.0, 100.0, 500.0, {0, 0, 255}, 2.0);
+    control_->draw_graph();
+    control_->set_yaxismax(5000.0F);
+    control_->draw_graph();
+    const double x_share = std::log10(100.0 / 0.5) / std::log10(2000.0 / 0.5);
+    const QRect area = control_->plot_area();
+    const int x = area.left() + static_cast<int>(std::lround(x_share * area.width()));
+    QVERIFY(blue_pixels(x) >= area.height() - 6);
+    control_->begin_overlay();
+    control_->draw_graph();
+    QCOMPARE(blue_pixels(x), 0);
+  }
+
+  void a_point_without_data_interrupts_the_line() {
+    // A level line across the plot whose middle point is missing: nothing of it may stand at the middle.
+    const auto coloured = [&](double y) {
+      control_->set_graph_data({{{{1.0, 10.0, 20.0, 40.0, 400.0}, {50.0, 50.0, y, 50.0, 50.0}, {}}}});
+      control_->draw_graph();
+      const QImage image = control_->grab().toImage();
+      const QPoint left = place(0, 1);
+      const QPoint right = place(0, 3);
+      int count = 0;
+      for (int x = left.x() + 8; x < right.x() - 8; ++x) {
+        for (int dy = -1; dy <= 1; ++dy) {
+          count += image.pixelColor(x, left.y() + dy).saturation() > 100 ? 1 : 0;
+        }
+      }
+      return count;
+    };
+    QVERIFY(coloured(50.0) > 20);
+    for (const double gap : {none, -1e30, std::numeric_limits<double>::quiet_NaN(), 0.0, -3.0}) {
+      QCOMPARE(coloured(gap), 0);
+    }
+  }
+
+  void limits_that_no_axis_can_show_give_way() {
+    graph::DataExtent data;
+    for (const double value : {-4.0, 0.3, 20.0}) {
+      data.include(value);
+    }
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double unset = graph::unset_limit;
+    struct Case {
+      const char* name;
+      AxisLimits limits;
+      bool with_data;
+      AxisRange expected;
+    };
+    const AxisType log = AxisType::logarithmic;
+    const AxisType linear = AxisType::linear;
+    const Case cases[] = {
+        {"as asked", {5, 50, log, 0}, true, {5, 50}},
+        {"zero on log: decade below 0.3", {0, 50, log, 0}, true, {0.1, 50}},
+        {"negative on log", {-2, 50, log, 0}, true, {0.1, 50}},
+        {"zero on log without data", {0, 50, log, 0}, false, {0.1, 50}},
+        {"extents of nothing", {8e31, -1.2e32, log, 0}, false, {0.1, 1000}},
+        {"extents of nothing, linear", {9e31, -1.1e32, linear, 0}, false, {0, 1}},
+        {"wrong way round", {50, 5, log, 0}, true, {0.1, 24}},
+        {"equal, linear", {7, 7, linear, 0}, false, {6, 8}},
+        {"unset, linear", {unset, unset, linear, 0}, true, {-5.2, 21.2}},
+        {"not a number", {nan, nan, linear, 0}, false, {0, 1}},
+        {"cut off", {1e-6, 100, log, 0.001}, true, {0.001, 100}},
+    };
+    for (const Case& c : cases) {
+      const AxisRange range = graph::resolve_range(c.limits, c.with_data ? data : graph::DataExtent{});
+      QVERIFY2(near(range.lower, c.expected.lower) && near(range.upper, c.expected.upper), c.name);
+    }
+    graph::DataExtent ten;
+    ten.include(10.0);  // a point on a decade doesn't lie on the axis
+    QVERIFY(near(graph::resolve_range({0, 50, log, 0}, ten).lower, 1.0));
+    for (const double minimum : {nan, -1e33, 1e33, 0.0, unset}) {  // and none of them upsets the drawing
+      control_->set_yaxismin(static_cast<float>(minimum));
+      control_->set_graph_data({{{{none, none}, {none, none}, {none}}}});
+      control_->draw_graph();
+      QVERIFY(control_->y_range().lower > 0.0 && control_->y_range().lower < control_->y_range().upper);
+    }
+  }
+
+  void tick_labels_are_readable_and_never_overlap() {
+    const auto room = [](double pixels) {
+      return graph::TickRoom{pixels, 10.0, 100,
+                             [](const QString& label) { return 7.0 * static_cast<double>(label.size()); }};
+    };
+    const auto labels = [](const graph::AxisTicks& ticks) { return QStringList(ticks.labels).join(u' '); };
+    QCOMPARE(labels(graph::logarithmic_ticks({0.008, 2000.0}, room(600))), "0.01 0.1 1 10 100 1000");
+    QCOMPARE(labels(graph::logarithmic_ticks({0.0008, 2000.0}, room(250))), "1e-3 1e-2 1e-1 1e0 1e1 1e2 1e3");
+    QCOMPARE(labels(graph::logarithmic_ticks({0.008, 2000.0}, room(170))), "0.01 1 100");
+    QCOMPARE(labels(graph::logarithmic_ticks({30.0, 600.0}, room(300))), "50 100 200 500");
+    QCOMPARE(labels(graph::logarithmic_ticks({510.0, 540.0}, room(200))), "510 520 530 540");
+    QCOMPARE(labels(graph::linear_ticks({-5.0, 92.0}, room(200))), "0 20 40 60 80");
+    QCOMPARE(labels(graph::linear_ticks({0.0, 0.01}, room(250))), "0.000 0.005 0.010");
+    for (double pixels = 20.0; pixels < 900.0; pixels += 7.0) {
+      for (const AxisRange& range : {AxisRange{1e-5, 1e6}, AxisRange{1.0, 12000.0}, AxisRange{90.0, 130.0}}) {
+        const graph::AxisTicks ticks = graph::logarithmic_ticks(range, room(pixels));
+        const double span = std::log10(range.upper / range.lower);
+        for (qsizetype i = 1; i < ticks.major.size(); ++i) {
+          const double distance = std::log10(ticks.major[i] / ticks.major[i - 1]) / span * pixels;
+          QVERIFY(distance > 3.5 * static_cast<double>(ticks.labels[i].size() + ticks.labels[i - 1].size()));
+        }
+      }
+    }
+  }
+
+  void pictures_are_written_and_failures_keep_what_was_there() {
+    RecordingInterface interface;
+    const TemporaryFolder folder;
+    const std::string png = folder.path("chart.png");
+    const std::string pdf = folder.path("chart.pdf");
+    QCOMPARE(control_->save_png(png, 400, 300, 2.0), 0);
+    const QImage image(QString::fromStdString(png));
+    QCOMPARE(image.size(), QSize(800, 600));
+    QCOMPARE(image.pixelColor(2, 2), QColor(Qt::white));
+    QCOMPARE(control_->save_pdf(pdf), 0);
+    QFile file(QString::fromStdString(pdf));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray contents = file.readAll();
+    QVERIFY(contents.startsWith("%PDF-") && contents.trimmed().endsWith("%%EOF"));
+    QVERIFY(interface->messages.empty());
+    QCOMPARE(control_->save_png(folder.path("missing/chart.png"), 400, 300), -1);
+    QCOMPARE(control_->save_png(png, 0, 300), -1);
+    QCOMPARE(interface->messages.size(), std::size_t{2});
+    QCOMPARE(QImage(QString::fromStdString(png)).size(), QSize(800, 600));
+  }
+
+  void menu_offers_what_there_is() {
+    const auto texts = [&] {
+      QStringList found;
+      const auto menu = control_->make_context_menu();
+      for (const QAction* action : menu->actions()) {
+        found += action->text().remove(u'&') + (action->isEnabled() ? "" : " off");
+      }
+      return found.join(u'|');
+    };
+    QCOMPARE(texts(), "Copy|Save as PNG...|Save as PDF...||Reset zoom off|Error bars");
+    control_->set_graph_data({{{{1.0}, {10.0}, {}}}});
+    wheel(*control_, control_->plot_area().center(), 120);
+    QCOMPARE(texts(), "Copy|Save as PNG...|Save as PDF...||Reset zoom");
+  }
+};
+
+QTEST_MAIN(GraphControlTest)
+#include "graph_control_test.moc"
