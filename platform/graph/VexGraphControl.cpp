@@ -373,7 +373,10 @@ void VexGraphControl::apply_layout() {
   plot_->xAxis->setLabel(
       x_labels_shown_ ? graph::fitting_title(x_title_, font(), width() - margins.left() - margins.right())
                       : QString());
-  y_title_item_->setText(graph::fitting_title(y_title_, font(), height()));
+  // Centred on the plot area, which lies above the widget's middle.
+  const double centre = 0.5 * (margins.top() + height() - margins.bottom());
+  y_title_item_->setText(
+      graph::fitting_title(y_title_, font(), 2.0 * std::min(centre, height() - centre) - 4.0));
 }
 
 std::optional<graph::PointIndex> VexGraphControl::point_at(QPointF at) const {

@@ -163,7 +163,7 @@ class ChartTicker final : public QCPAxisTicker {
       room.extent = [metrics](const QString& label) { return metrics.horizontalAdvance(label); };
     } else {
       room.pixels = viewport.height() - margins.top() - margins.bottom();
-      room.gap = metrics.height() * 0.4;
+      room.gap = metrics.height() * 0.7;
       room.most_characters = longest_left_label;
       room.extent = [metrics](const QString& /*label*/) { return metrics.height(); };
     }

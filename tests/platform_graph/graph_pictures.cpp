@@ -1,5 +1,6 @@
 // graph_pictures.cpp: pictures of sample charts, to be looked at.
 #include <QApplication>
+#include <QMouseEvent>
 #include <iostream>
 #include <string>
 
@@ -74,6 +75,19 @@ void take_narrow_range(const std::string& folder) {
   control.set_graph_data({{{{1e-5, 1e-3, 2.0, 1e4, 1e6}, {120.0, 180.0, 300.0, 240.0, 420.0}, {}}}});
   control.draw_graph();
   take(control, folder + "/narrow.png");
+  for (const int point : {1, 2}) {  // the point under the pointer, then the rectangle of a zoom
+    const QPointF at = *control.point_position(0, point);
+    const auto send = [&](QEvent::Type type, QPointF place, Qt::MouseButton button) {
+      QMouseEvent event(type, place, control.mapToGlobal(place), button, button, Qt::NoModifier);
+      QApplication::sendEvent(&control, &event);
+    };
+    send(QEvent::MouseMove, at, Qt::NoButton);
+    if (point == 2) {
+      send(QEvent::MouseButtonPress, at, Qt::LeftButton);
+      send(QEvent::MouseMove, at + QPointF(80.0, 60.0), Qt::LeftButton);
+    }
+    take(control, folder + "/pointer_" + std::to_string(point) + ".png");
+  }
 }
 
 }  // namespace
