@@ -64,8 +64,9 @@ VexGraphControl::VexGraphControl(QWidget* parent) : QWidget(parent), plot_(new Q
 }
 
 VexGraphControl::~VexGraphControl() {
-  delete plot_;  // its elements refer to the content, which goes before a base class would delete the
-                 // children
+  delete gestures_;  // hiding the widget ends a drag, which nothing is left to show
+  delete plot_;      // its elements refer to the content, which goes before a base class would delete the
+                     // children
 }
 
 void VexGraphControl::clear_graph() {
@@ -199,19 +200,19 @@ void VexGraphControl::contextMenuEvent(QContextMenuEvent* event) {
 
 void VexGraphControl::connect_gestures() {
   using graph::MouseGestures;
-  const auto* gestures = new MouseGestures(*this);
-  connect(gestures, &MouseGestures::clicked, this, &VexGraphControl::select_at);
-  connect(gestures, &MouseGestures::double_clicked, this, &VexGraphControl::reset_at);
-  connect(gestures, &MouseGestures::hovered, this, &VexGraphControl::hover_at);
-  connect(gestures, &MouseGestures::left, this, &VexGraphControl::leave);
-  connect(gestures, &MouseGestures::band_dragged, this, &VexGraphControl::show_band);
-  connect(gestures, &MouseGestures::band_released, this, &VexGraphControl::zoom_to_band);
-  connect(gestures, &MouseGestures::band_cancelled, this, [this] {
+  gestures_ = new MouseGestures(*this);
+  connect(gestures_, &MouseGestures::clicked, this, &VexGraphControl::select_at);
+  connect(gestures_, &MouseGestures::double_clicked, this, &VexGraphControl::reset_at);
+  connect(gestures_, &MouseGestures::hovered, this, &VexGraphControl::hover_at);
+  connect(gestures_, &MouseGestures::left, this, &VexGraphControl::leave);
+  connect(gestures_, &MouseGestures::band_dragged, this, &VexGraphControl::show_band);
+  connect(gestures_, &MouseGestures::band_released, this, &VexGraphControl::zoom_to_band);
+  connect(gestures_, &MouseGestures::band_cancelled, this, [this] {
     pointer_marks_->set_band(std::nullopt);
     plot_->layer(pointer_layer)->replot();
   });
-  connect(gestures, &MouseGestures::panned, this, &VexGraphControl::pan);
-  connect(gestures, &MouseGestures::wheel_turned, this, &VexGraphControl::turn_wheel);
+  connect(gestures_, &MouseGestures::panned, this, &VexGraphControl::pan);
+  connect(gestures_, &MouseGestures::wheel_turned, this, &VexGraphControl::turn_wheel);
 }
 
 void VexGraphControl::select_at(QPointF at) {

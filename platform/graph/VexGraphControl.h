@@ -25,6 +25,7 @@ class QCustomPlot;
 class QMenu;
 
 namespace graph {
+class MouseGestures;
 class OverlayLines;
 class PointerMarks;
 class SeriesPainter;
@@ -147,6 +148,7 @@ class VexGraphControl final : public QWidget {
   std::optional<QPointF> pointer_;  // pixels; none while it is elsewhere
   QCustomPlot* plot_ = nullptr;
   QCPItemText* y_title_item_ = nullptr;
+  graph::MouseGestures* gestures_ = nullptr;
   graph::SeriesPainter* series_painter_ = nullptr;
   graph::OverlayLines* overlay_ = nullptr;
   graph::PointerMarks* pointer_marks_ = nullptr;
