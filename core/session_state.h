@@ -72,13 +72,15 @@ struct SessionState {
   std::int32_t station_count = 0;
   std::int32_t stations_in_line = 0;
   std::int32_t line_count = 0;
-  std::vector<StationPlace> station_table;
-  std::vector<std::string> station_line;
+  std::vector<StationPlace> station_table;  // the entry of station index i, which counts from 1, is at i - 1
+  std::vector<std::string> station_line;    // likewise
   std::vector<double> station_value;
   std::vector<std::int32_t> station_id;
+  std::vector<std::int32_t> line_of_station;        // line number, from 1, by station
+  std::vector<std::int32_t> first_station_of_line;  // station index by line, with one more entry: the end
 
-  std::int32_t current_station_index = -1;
-  std::int32_t current_profile_column = 0;
+  std::int32_t current_station_index = -1;  // from 1
+  std::int32_t current_profile_column = 0;  // from 1; 0: the station has no merged curve
   std::string current_line;
   std::int32_t current_line_index = 1;  // from 1
   double current_station = no_current_station;

@@ -1,0 +1,49 @@
+// curve_parts.h: what the data sets of the main view have in common.
+//
+// Conventions: frequency Hz; resistivity ohm-m; phase degrees; a value at or below -1e30 is absent.
+#pragma once
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "database/reading.h"
+
+namespace Module_averaged_data {
+
+/// Smallest and largest value met; the wrong way round until there is one.
+struct Extent {
+  float minimum = 1e32F;
+  float maximum = -1e32F;
+
+  void include(float value);  // an absent value is passed over
+  [[nodiscard]] bool empty() const { return !(minimum <= maximum); }
+};
+
+struct CurveExtents {
+  Extent frequency;    // Hz
+  Extent resistivity;  // ohm-m
+  Extent phase;        // degrees
+
+  void include(const Module_database::Curve& curve);
+};
+
+/// The part of the session's frequency list that counts, Hz, ascending.
+std::span<const float> selected_frequency_list();
+
+/// Where each frequency of a reading stands in the session's frequency list; -1 where it doesn't.
+std::vector<std::int32_t> list_positions(const Module_database::Curve& curve);
+
+/// The key of the session's selection; the scan rate is that of the raw graph.
+Module_database::ReadingKey selected_key();
+
+/// "LineNumber = '200E' AND Station = 100"
+std::string place_criteria(const Module_database::ReadingKey& key);
+
+/// "ReductionType = 2 AND ReferenceType = 0 AND DataType ='ExHy' AND DipoleLength = 50"
+std::string kind_criteria(std::int32_t reduction, const Module_database::ReadingKey& key);
+
+/// True if both keys are of the same place and kind, whatever their scan rates.
+bool same_station(const Module_database::ReadingKey& a, const Module_database::ReadingKey& b);
+
+}  // namespace Module_averaged_data

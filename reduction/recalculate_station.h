@@ -1,0 +1,33 @@
+// recalculate_station.h: what follows from an edit: the average, the merged curve, and both in the data sets.
+#pragma once
+#include "reduction/averages.h"
+
+namespace Module_averaged_data {
+
+/// Where the reduction of a station starts: at the repeats, at the averages, or not at all, because the edit
+/// changed nothing that is computed from.
+enum class ReduceFrom { repeats, averages, nothing };
+
+/// The derived readings that were made anew; ID 0 for one that wasn't.
+struct ReducedStation {
+  StoredReading average;
+  StoredReading merged;
+};
+
+/// Makes average and merged curve of a key anew in the survey; the data sets stay as they are.
+/// @return 0, or -1 after a message
+[[nodiscard]] int reduce_station(ReduceFrom from, const ReadingKey& key, ReducedStation& reduced);
+
+/// Takes over into the data sets what reduce_station has made, as far as they show it.
+/// @return 0, or -1 after a message
+[[nodiscard]] int show_reduced_station(const ReadingKey& key, const ReducedStation& reduced);
+
+/// Averages the repeats of the selection and merges its scan rates, and brings the data sets up to date.
+/// @return 0, or -1 after a message
+[[nodiscard]] int recalculate_station();
+
+/// Merges the scan rates of the selection, and brings the data sets up to date.
+/// @return 0, or -1 after a message
+[[nodiscard]] int refresh_station_values();
+
+}  // namespace Module_averaged_data
