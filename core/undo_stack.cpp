@@ -9,7 +9,9 @@ namespace {
 
 struct UndoState {
   std::vector<UndoEntry> entries;
+  std::vector<UndoEntry> undone;
   std::function<void(bool)> listener;
+  std::function<void(bool)> redo_listener;
 };
 
 UndoState& undo() {
@@ -17,32 +19,43 @@ UndoState& undo() {
   return state;
 }
 
-void tell_listener() {
+void tell_listeners() {
   if (undo().listener) {
     undo().listener(!undo().entries.empty());
   }
+  if (undo().redo_listener) {
+    undo().redo_listener(!undo().undone.empty());
+  }
 }
 
-void push(UndoEntry entry) {
-  undo().entries.push_back(std::move(entry));
-  tell_listener();
+void drop_last(std::vector<UndoEntry>& entries) {
+  if (!entries.empty()) {
+    entries.pop_back();
+  }
 }
 
 }  // namespace
 
 void push_undo_flags(std::int32_t id, bool use_reading, bool use_resistivity, bool use_phase) {
-  push({id, UndoFlags{use_reading, use_resistivity, use_phase}});
+  push_undo({id, UndoFlags{use_reading, use_resistivity, use_phase}});
 }
 
 void push_undo_mask(std::int32_t id, std::int32_t frequency_count, std::span<const std::byte> mask_bytes) {
-  push({id, UndoMask{frequency_count, {mask_bytes.begin(), mask_bytes.end()}}});
+  push_undo({id, UndoMask{frequency_count, {mask_bytes.begin(), mask_bytes.end()}}});
 }
 
-void push_undo_static(std::int32_t id, float res_offset) { push({id, UndoStatic{res_offset}}); }
+void push_undo_static(std::int32_t id, float res_offset) { push_undo({id, UndoStatic{res_offset}}); }
+
+void push_undo(UndoEntry entry) {
+  undo().entries.push_back(std::move(entry));
+  undo().undone.clear();
+  tell_listeners();
+}
 
 void clear_undo() {
   undo().entries.clear();
-  tell_listener();
+  undo().undone.clear();
+  tell_listeners();
 }
 
 std::size_t undo_count() { return undo().entries.size(); }
@@ -53,14 +66,40 @@ const UndoEntry& top_undo() {
 }
 
 void pop_undo() {
-  if (!undo().entries.empty()) {
-    undo().entries.pop_back();
-  }
-  tell_listener();
+  drop_last(undo().entries);
+  tell_listeners();
+}
+
+std::size_t redo_count() { return undo().undone.size(); }
+
+const UndoEntry& top_redo() {
+  assert(!undo().undone.empty());
+  return undo().undone.back();
+}
+
+void pop_redo() {
+  drop_last(undo().undone);
+  tell_listeners();
+}
+
+void move_to_redo(UndoEntry undone) {
+  drop_last(undo().entries);
+  undo().undone.push_back(std::move(undone));
+  tell_listeners();
+}
+
+void move_to_undo(UndoEntry redone) {
+  drop_last(undo().undone);
+  undo().entries.push_back(std::move(redone));
+  tell_listeners();
 }
 
 void set_undo_listener(std::function<void(bool available)> listener) {
   undo().listener = std::move(listener);
+}
+
+void set_redo_listener(std::function<void(bool available)> listener) {
+  undo().redo_listener = std::move(listener);
 }
 
 }  // namespace Module_Brenlox

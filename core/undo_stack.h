@@ -1,4 +1,5 @@
-// undo_stack.h: the reversible edits of readings, newest last: what a row held before each edit.
+// undo_stack.h: the reversible edits of readings, newest last: what a row held before each edit, and for each
+// edit that was undone what the row held before that.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -29,9 +30,13 @@ struct UndoEntry {
   std::variant<UndoFlags, UndoMask, UndoStatic> earlier;
 };
 
+// A new edit: what has been undone before can't be done again any more.
 void push_undo_flags(std::int32_t id, bool use_reading, bool use_resistivity, bool use_phase);
 void push_undo_mask(std::int32_t id, std::int32_t frequency_count, std::span<const std::byte> mask_bytes);
 void push_undo_static(std::int32_t id, float res_offset);
+void push_undo(UndoEntry entry);
+
+/// Forgets everything, also what could be done again.
 void clear_undo();
 
 /// How many edits can be undone.
@@ -43,8 +48,24 @@ const UndoEntry& top_undo();
 /// Drops the newest entry, if there is one.
 void pop_undo();
 
+/// How many undone edits can be done again.
+std::size_t redo_count();
+
+/// The edit that was undone last; there must be one.
+const UndoEntry& top_redo();
+void pop_redo();
+
+/// The newest edit has been undone: drops it, and keeps what the row held until then to do it again.
+void move_to_redo(UndoEntry undone);
+
+/// The edit undone last has been done again: drops it, and keeps what the row held until then to undo it.
+void move_to_undo(UndoEntry redone);
+
 /// Sets who is told after each change whether there is something to undo; the window enables its menu by it.
 /// An empty function tells no one.
 void set_undo_listener(std::function<void(bool available)> listener);
+
+/// The same for what can be done again.
+void set_redo_listener(std::function<void(bool available)> listener);
 
 }  // namespace Module_Brenlox
