@@ -1,0 +1,63 @@
+// pane_plot.h: one graph, ready to be drawn: curves, styles, axes.
+//
+// Series and points of a plot stand in the order of the data set that it was made from, so that a point that
+// is hit names its place there.
+#pragma once
+#include <vector>
+
+#include "platform/graph/axis_limits.h"
+#include "platform/graph/plot_table.h"
+#include "reduction/curve_parts.h"
+
+namespace Module_display_data {
+
+struct PanePlot {
+  graph::PlotTable table;
+  graph::PointStyles point_styles;
+  std::vector<graph::SeriesStyle> series_styles;
+  graph::AxisLimits x;
+  graph::AxisLimits y;
+};
+
+struct GraphPair {
+  PanePlot resistivity;  // graph index 0
+  PanePlot phase;        // graph index 1
+  [[nodiscard]] bool empty() const { return resistivity.table.series.empty(); }
+};
+
+/// How far limits reach beyond the data: 0.05 for 5 percent.
+struct Margins {
+  double resistivity = 0.0;
+  double phase = 0.0;
+};
+
+/// Which parts of a reading are shown.
+struct Visibility {
+  bool hide_masked = false;
+  bool use_reading = true;
+  bool use_resistivity = true;
+  bool use_phase = true;
+};
+
+/// Room for one more series of so many points in both panes, without data.
+void add_series(GraphPair& plot, std::size_t points);
+
+/// Adds a curve as a series. A point shows if its frequency is in the frequency list and selected there and,
+/// while masked points are hidden, neither it nor its reading is switched off.
+/// @param resistivity_factor multiplies resistivity
+void add_curve(GraphPair& plot, const Module_database::Curve& curve,
+               const std::vector<std::int32_t>& list_position, const Visibility& visibility,
+               double resistivity_factor);
+
+/// Whether the frequency at a place of the session's frequency list is selected.
+bool frequency_selected(std::int32_t list_position);
+
+/// The frequency axes of both panes.
+void set_frequency_axes(GraphPair& plot, const Module_averaged_data::Extent& frequency);
+
+/// The limits of resistivity on a logarithmic axis, and of phase on a linear one. Without data the limits
+/// stay unset. Where factors carry plotted resistivities beyond the limits, these are widened.
+void set_value_axes(GraphPair& plot, const Module_averaged_data::CurveExtents& extents,
+                    const Margins& margins);
+
+}  // namespace Module_display_data

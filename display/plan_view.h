@@ -1,0 +1,75 @@
+// plan_view.h: the window through which the plan shows the stations, and its arithmetic.
+//
+// Conventions: survey units are m in the coordinates chosen; picture units are those of the picture's width
+// and height, with Y growing downward.
+#pragma once
+#include <cstdint>
+#include <limits>
+
+#include "core/session_state.h"
+
+namespace Module_display_data {
+
+/// Limits of the stations in one kind of coordinates; the wrong way round until a station sets them.
+struct StationLimits {
+  double x_min = 10000000.0;
+  double x_max = -10000000.0;
+  double y_min = 10000000.0;
+  double y_max = -10000000.0;
+  void include(double x, double y);
+};
+
+struct PlanWindow {
+  float plan_zoom = 0.0F;   // 0: to be fitted anew
+  double plan_base = 0.0;   // m, height of the window at zoom 1
+  double plan_x_min = 0.0;  // m, the visible window
+  double plan_x_max = 0.0;
+  double plan_y_min = 0.0;
+  double plan_y_max = 0.0;
+  double plan_x_centre = 0.0;
+  double plan_y_centre = 0.0;
+  double plan_x_extent = 0.0;  // m
+  double plan_y_extent = 0.0;
+  double plan_x_scale = 0.0;  // picture units for each m; 0 until drawn
+  double plan_y_scale = 0.0;
+};
+
+struct PlanPoint {
+  double x = 0.0;
+  double y = 0.0;
+};
+
+/// The window of the open survey.
+PlanWindow& plan_window();
+
+/// Fits the window to the stations in the session's coordinates (coord_system), as a square; sets x_column
+/// and y_column.
+void fit_plan_window();
+
+/// Chooses local (0) or map (1) coordinates. @return false if nothing changes
+bool choose_coordinates(std::int32_t coord_system);
+
+/// Brings the window to a picture of this size. A window that is to be fitted takes all stations in.
+/// @param scale_value  value of the scale bar: each step up shows 1/1.585 of the height before
+/// @return the value that the scale bar has to show: 0 if the window was fitted anew
+int resize_plan_window(double picture_width, double picture_height, int scale_value);
+
+/// Moves the window by tenths of its size against the bars' values.
+void pan_plan_x(int value);
+void pan_plan_y(int value);
+
+/// Where a station lies, in the coordinates chosen. @param station_index from 1
+PlanPoint station_place(std::int32_t station_index);
+
+/// From survey to picture units and back. Need a window that was brought to a picture.
+PlanPoint to_picture(PlanPoint place, double picture_height);
+PlanPoint to_survey(PlanPoint picture, double picture_height);
+
+/// Strictly inside the window.
+bool in_plan_window(PlanPoint place);
+
+/// The station nearest to a point of the picture, from 1; the first of equally near ones. -1 if there is none
+/// within 10000 m or nothing has been drawn.
+std::int32_t pick_station(PlanPoint picture, double picture_height);
+
+}  // namespace Module_display_data

@@ -1,0 +1,50 @@
+#include "display/profile_plot.h"
+
+#include "core/session_state.h"
+#include "reduction/profile_data_set.h"
+
+namespace Module_display_data {
+
+using Module_averaged_data::ProfileColumn;
+using Module_averaged_data::ProfileDataSet;
+
+namespace {
+
+void add_frequency(GraphPair& plot, const ProfileDataSet& data, std::size_t i) {
+  const bool selected = frequency_selected(static_cast<std::int32_t>(i));
+  const int used_style = graph::palette_style(static_cast<int>(i) + 1);
+  add_series(plot, data.columns.size());
+  for (std::size_t j = 0; j < data.columns.size(); ++j) {
+    const ProfileColumn& column = data.columns[j];
+    const auto fill = [&](PanePlot& pane, float value, double factor, std::int32_t mask) {
+      pane.table.series[i].x[j] = column.station;
+      if (selected && !is_absent(double{value})) {
+        pane.table.series[i].y[j] = factor * double{value};
+      }
+      pane.point_styles[i][j] = mask == 1 ? used_style : graph::masked_point;
+    };
+    fill(plot.resistivity, column.resistivity[i], double{column.ResOffset}, column.mask[i][0]);
+    fill(plot.phase, column.phase[i], 1.0, column.mask[i][1]);
+  }
+}
+
+}  // namespace
+
+GraphPair profile_plot() {
+  const ProfileDataSet& data = Module_averaged_data::profile_data_set();
+  GraphPair plot;
+  if (data.columns.empty()) {
+    return plot;
+  }
+  for (std::size_t i = 0; i < data.frequencies.size(); ++i) {
+    add_frequency(plot, data, i);
+  }
+  const double margin = half_spacing(data);
+  plot.resistivity.x.minimum = data.columns.front().station - margin;
+  plot.resistivity.x.maximum = data.columns.back().station + margin;
+  plot.phase.x = plot.resistivity.x;
+  set_value_axes(plot, data.extents, {0.2, 0.1});
+  return plot;
+}
+
+}  // namespace Module_display_data

@@ -1,0 +1,44 @@
+#include "display/raw_plot.h"
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "display/plot_colours.h"
+#include "reduction/profile_data_set.h"
+#include "reduction/repeat_data_set.h"
+
+namespace Module_display_data {
+
+using Module_averaged_data::RepeatSlot;
+
+GraphPair raw_plot(bool fixed_scale) {
+  constexpr Margins margins{0.05, 0.05};
+  const auto& data = Module_averaged_data::repeat_data_set();
+  GraphPair plot;
+  for (std::size_t k = 0; k < data.slots.size(); ++k) {
+    const RepeatSlot& slot = data.slots[k];
+    const Visibility visibility{session().hide_masked_data, slot.reading.UseReading,
+                                slot.reading.UseResistivity, slot.reading.UsePhase};
+    add_curve(plot, slot.reading.curve, slot.list_position, visibility, 1.0);
+    graph::SeriesStyle style;
+    if (k > 0) {
+      style.colour = repeat_colour(static_cast<int>(k));
+    } else if (data.repeat_count > 1) {
+      style.colour = black;
+      style.width = 3.0;
+    }
+    plot.resistivity.series_styles.back() = style;
+    plot.phase.series_styles.back() = style;
+  }
+  set_frequency_axes(plot, data.extents.frequency);
+  set_value_axes(plot, fixed_scale ? Module_averaged_data::profile_data_set().extents : data.extents,
+                 margins);
+  return plot;
+}
+
+std::string raw_label() { return "Average/raw for " + format_number(session().current_station, "0"); }
+
+std::string raw_series_label(std::size_t slot) {
+  return slot == 0 ? "Average" : "Repeat " + format_number(static_cast<std::int64_t>(slot), "0");
+}
+
+}  // namespace Module_display_data

@@ -1,0 +1,335 @@
+#include "display/selection.h"
+
+#include <algorithm>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "core/undo_stack.h"
+#include "database/frequency_store.h"
+#include "database/survey_database.h"
+#include "display/plan_view.h"
+#include "reduction/profile_data_set.h"
+#include "reduction/repeat_data_set.h"
+
+namespace Module_display_data {
+
+namespace {
+
+namespace averaged = Module_averaged_data;
+
+dao::Recordset rows_of(std::string_view statement) {
+  return Module_database::open_survey().database.open_recordset(statement);
+}
+
+std::string reference_type_text(std::int32_t reference_type) {
+  switch (reference_type) {
+    case 0:
+      return "Not Remote Ref";
+    case 1:
+      return "Remote Ref";
+    default:
+      return "Cross Ref";
+  }
+}
+
+void clear_selection() {
+  SessionState& state = session();
+  state.station_count = 0;
+  state.stations_in_line = 0;
+  state.line_count = 0;
+  state.station_table.clear();
+  state.station_line.clear();
+  state.station_value.clear();
+  state.station_id.clear();
+  state.line_of_station.clear();
+  state.first_station_of_line.clear();
+  state.current_station_index = -1;
+  state.current_station = no_current_station;
+  state.current_line.clear();
+  state.current_line_index = 1;
+  state.current_profile_column = 0;
+  state.current_reference_type = -1;
+  state.current_data_type.clear();
+  state.current_dipole = 0.0F;
+  state.current_scan_rate = 0.0;
+  averaged::reset_profile_data();
+  averaged::reset_station_data();
+  averaged::reset_repeat_data();
+  Module_Brenlox::clear_undo();
+  plan_window() = {};
+}
+
+void read_reference_types(SelectionLists& lists) {
+  dao::Recordset rows = rows_of("SELECT DISTINCT ReferenceType FROM FileTable ORDER BY ReferenceType");
+  for (; !rows.eof(); rows.move_next()) {
+    const std::int32_t type = rows.get_long("ReferenceType");
+    lists.reference_types.push_back({reference_type_text(type), type});
+  }
+}
+
+void read_data_types(SelectionLists& lists) {
+  dao::Recordset rows = rows_of("SELECT DISTINCT DataType FROM ReadingsDataTable ORDER BY DataType");
+  for (; !rows.eof(); rows.move_next()) {
+    const std::string& type = lists.data_types.emplace_back(rows.get_text("DataType"));
+    if (type == "ExHy" || type == "EyHx") {
+      lists.data_type_index = static_cast<std::int32_t>(lists.data_types.size()) - 1;
+    }
+  }
+  if (!lists.data_types.empty()) {
+    session().current_data_type = lists.data_types[static_cast<std::size_t>(lists.data_type_index)];
+  }
+}
+
+void read_dipoles(SelectionLists& lists) {
+  dao::Recordset rows = rows_of("SELECT DISTINCT DipoleLength FROM ReadingsDataTable ORDER BY DipoleLength");
+  for (; !rows.eof(); rows.move_next()) {
+    lists.dipoles.push_back(rows.get_single("DipoleLength"));
+  }
+}
+
+void read_stations(SelectionLists& lists) {
+  SessionState& state = session();
+  // By the line's text as well: lines of the same number stay together.
+  dao::Recordset rows = rows_of("SELECT * FROM StationsTable ORDER BY Val(SurveyLine),SurveyLine,Station");
+  for (; !rows.eof(); rows.move_next()) {
+    const std::string line = rows.get_text("SurveyLine");
+    ++state.station_count;
+    if (lists.lines.empty() || lists.lines.back() != line) {
+      lists.lines.push_back(line);
+      state.first_station_of_line.push_back(state.station_count);
+    }
+    state.station_table.push_back({rows.get_double("LocalX"), rows.get_double("LocalY"),
+                                   rows.get_double("MapX"), rows.get_double("MapY"),
+                                   rows.get_double("Elevation")});
+    state.station_line.push_back(line);
+    state.station_value.push_back(rows.get_double("Station"));
+    state.station_id.push_back(rows.get_long("ID"));
+    state.line_of_station.push_back(static_cast<std::int32_t>(lists.lines.size()));
+  }
+  state.line_count = static_cast<std::int32_t>(lists.lines.size());
+  state.first_station_of_line.push_back(state.station_count + 1);
+}
+
+int read_lists(SelectionLists& lists) {
+  SessionState& state = session();
+  read_reference_types(lists);
+  if (lists.reference_types.empty()) {
+    return 0;
+  }
+  read_data_types(lists);
+  read_dipoles(lists);
+  if (lists.dipoles.empty()) {
+    return 0;
+  }
+  state.current_dipole = lists.dipoles.front();
+  read_stations(lists);
+  fit_plan_window();
+  if (state.station_count > 0) {
+    state.stations_in_line = state.first_station_of_line[1] - 1;
+  }
+  state.current_reference_type = lists.reference_types.front().reference_type;
+  return Module_database::load_reference_frequencies(state.current_reference_type);
+}
+
+/// Forgets the place in the survey, so that the first station of the line is displayed with everything loaded
+/// anew: profile, station, repeats.
+Redisplay reselect() {
+  SessionState& state = session();
+  state.current_station = no_current_station;
+  state.current_station_index = -1;
+  state.current_line.clear();
+  state.repeat_count = 0;
+  Redisplay redisplay;
+  redisplay.close_rhoplus_results = true;
+  redisplay.station_to_display = first_station_of_current_line();
+  return redisplay;
+}
+
+/// The station's line, with its profile. @return true if the line is another one than before
+bool enter_line(std::int32_t station_index, Redisplay& redisplay) {
+  SessionState& state = session();
+  const auto line = static_cast<std::size_t>(state.current_line_index);
+  state.stations_in_line = state.first_station_of_line[line] - state.first_station_of_line[line - 1];
+  const std::string& name = state.station_line[static_cast<std::size_t>(station_index) - 1];
+  if (name == state.current_line) {
+    return false;
+  }
+  state.current_line = name;
+  state.current_station = no_current_station;
+  state.repeat_count = 0;
+  redisplay.failed = averaged::load_profile_data(averaged::selected_key()) != 0;
+  redisplay.draw_profile = true;
+  return true;
+}
+
+void find_profile_column(std::int32_t station_index) {
+  const auto& columns = averaged::profile_data_set().columns;
+  const std::int32_t StationID = session().station_id[static_cast<std::size_t>(station_index) - 1];
+  const auto found = std::ranges::find(columns, StationID, &averaged::ProfileColumn::StationID);
+  session().current_profile_column =
+      found == columns.end() ? 0 : static_cast<std::int32_t>(found - columns.begin()) + 1;
+}
+
+/// Without a merged curve on the line there is nothing to show; what another line left must not stay.
+void show_nothing(Redisplay& redisplay) {
+  averaged::reset_station_data();
+  averaged::reset_repeat_data();
+  redisplay.mark_station = true;
+  redisplay.draw_station = true;
+  redisplay.draw_raw = true;
+}
+
+}  // namespace
+
+int fill_selection_lists(SelectionLists& lists) {
+  lists = {};
+  const ScopedValue updating(session().updating_controls, true);
+  clear_selection();
+  return trap_errors("An error occurred while reading the stations: ", [&] { return read_lists(lists); });
+}
+
+Redisplay display_station(std::int32_t station_index, const NeighbourOptions& neighbours) {
+  SessionState& state = session();
+  Redisplay redisplay;
+  if (station_index == state.current_station_index || station_index < 1 ||
+      station_index > state.station_count) {
+    return redisplay;
+  }
+  const auto at = static_cast<std::size_t>(station_index) - 1;
+  state.current_station_index = station_index;
+  state.current_line_index = state.line_of_station[at];
+  redisplay.show_line = true;
+  (void)enter_line(station_index, redisplay);
+  find_profile_column(station_index);
+  if (averaged::profile_data_set().columns.empty()) {
+    show_nothing(redisplay);
+    return redisplay;
+  }
+  const double station = state.station_value[at];
+  if (state.current_station == 0.0 || state.current_station != station) {
+    state.repeat_count = 0;
+    state.current_station = station;
+    redisplay.mark_station = true;
+    redisplay.draw_station = true;
+    redisplay.failed |= averaged::load_station_data(averaged::selected_key(), neighbours) != 0;
+  }
+  if (state.repeat_count == 0) {
+    redisplay.draw_raw = true;
+    redisplay.failed |= averaged::load_repeat_data(averaged::selected_key()) != 0;
+  }
+  return redisplay;
+}
+
+Redisplay choose_line(std::int32_t list_index, const std::string& line) {
+  if (session().updating_controls || line == session().current_line || list_index < 0 ||
+      list_index >= session().line_count) {
+    return {};
+  }
+  Module_Brenlox::clear_undo();
+  session().current_line_index = list_index + 1;
+  return reselect();
+}
+
+Redisplay choose_data_type(const std::string& data_type) {
+  if (session().updating_controls || data_type == session().current_data_type) {
+    return {};
+  }
+  Module_Brenlox::clear_undo();
+  session().current_data_type = data_type;
+  return reselect();
+}
+
+Redisplay choose_reference_type(std::int32_t reference_type) {
+  if (reference_type == session().current_reference_type) {
+    return {};
+  }
+  Module_Brenlox::clear_undo();
+  session().current_reference_type = reference_type;
+  const int status = Module_database::load_reference_frequencies(reference_type);
+  Redisplay redisplay = reselect();
+  redisplay.failed = status != 0;
+  return redisplay;
+}
+
+Redisplay choose_dipole(float dipole) {
+  if (session().updating_controls) {
+    return {};
+  }
+  session().current_dipole = dipole;
+  Module_Brenlox::clear_undo();
+  Redisplay redisplay;
+  redisplay.close_rhoplus_results = true;
+  return redisplay;
+}
+
+Redisplay choose_scan_rate(const std::string& scan_rate_text) {
+  if (!is_numeric(scan_rate_text) || scan_rate_text == plain_text(session().current_scan_rate)) {
+    return {};
+  }
+  session().current_scan_rate = numeric_value(scan_rate_text);
+  Redisplay redisplay;
+  redisplay.failed = averaged::load_repeat_data(averaged::selected_key()) != 0;
+  redisplay.draw_raw = true;
+  return redisplay;
+}
+
+Redisplay choose_station_in_line(std::int32_t place_in_line) {
+  const std::int32_t index = first_station_of_current_line() + place_in_line - 1;
+  if (session().updating_controls || first_station_of_current_line() < 1 ||
+      index == session().current_station_index) {
+    return {};
+  }
+  Redisplay redisplay;
+  redisplay.station_to_display = index;
+  return redisplay;
+}
+
+Redisplay neighbours_changed() {
+  SessionState& state = session();
+  if (state.updating_controls || state.current_station_index < 1) {
+    return {};
+  }
+  Redisplay redisplay;
+  redisplay.station_to_display = state.current_station_index;
+  state.current_station_index = -1;
+  state.current_station = no_current_station;
+  return redisplay;
+}
+
+Redisplay fixed_scale_changed() {
+  Redisplay redisplay;
+  if (!session().updating_controls && session().current_station_index > 0) {
+    redisplay.draw_station = true;
+    redisplay.draw_raw = true;
+  }
+  return redisplay;
+}
+
+Redisplay choose_hide_masked(bool hide) {
+  Redisplay redisplay;
+  if (!session().updating_controls) {
+    session().hide_masked_data = hide;
+    redisplay.draw_profile = true;
+    redisplay.draw_station = true;
+    redisplay.draw_raw = true;
+  }
+  return redisplay;
+}
+
+std::int32_t first_station_of_current_line() {
+  const SessionState& state = session();
+  if (state.current_line_index < 1 || state.current_line_index > state.line_count) {
+    return -1;
+  }
+  return state.first_station_of_line[static_cast<std::size_t>(state.current_line_index) - 1];
+}
+
+std::int32_t place_in_line() {
+  const std::int32_t first = first_station_of_current_line();
+  const std::int32_t current = session().current_station_index;
+  return first < 1 || current < 1 ? 0 : current - first + 1;
+}
+
+}  // namespace Module_display_data

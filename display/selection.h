@@ -1,0 +1,74 @@
+// selection.h: the lists that people choose from, and what each choice loads and has drawn anew.
+//
+// Procedures here change the session's selection and load data sets; they draw nothing. A handler returns at
+// once, without effect, while session().updating_controls is set, except where it says otherwise.
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "reduction/station_data_set.h"
+
+namespace Module_display_data {
+
+using Module_averaged_data::NeighbourOptions;
+
+struct ReferenceTypeItem {
+  std::string text;
+  std::int32_t reference_type = 0;
+};
+
+struct SelectionLists {
+  std::vector<ReferenceTypeItem> reference_types;
+  std::vector<std::string> data_types;
+  std::int32_t data_type_index = 0;  // the one selected at first
+  std::vector<float> dipoles;        // m
+  std::vector<std::string> lines;
+};
+
+/// Reads the lists and the stations of the open survey, selects the first line, dipole and reference type and
+/// the principal data type, loads the frequency list, and fits the plan. No station is selected yet. Drops
+/// what could be undone. Has effect whatever updating_controls says.
+/// @param lists empty from where the survey has nothing to show
+/// @return 0, or -1 after a message
+[[nodiscard]] int fill_selection_lists(SelectionLists& lists);
+
+/// What the window has to do after a choice, in this order.
+struct Redisplay {
+  bool failed = false;  // the user has been told; what was loaded is to be drawn
+  bool close_rhoplus_results = false;
+  std::int32_t station_to_display = -1;  // display_station with it, from 1; -1: no
+  bool show_line = false;                // the line's list, the range of the station bar
+  bool draw_profile = false;
+  bool mark_station = false;  // line on the profile, number, check boxes, static factor
+  bool draw_station = false;
+  bool draw_raw = false;
+};
+
+/// Selects a station (from 1), loading the line's profile if the line is new, the station's curves and the
+/// repeats of the scan rate. Has effect whatever updating_controls says.
+[[nodiscard]] Redisplay display_station(std::int32_t station_index, const NeighbourOptions& neighbours);
+
+// The choices in the selection row. List indices count from 0.
+[[nodiscard]] Redisplay choose_line(std::int32_t list_index, const std::string& line);
+[[nodiscard]] Redisplay choose_data_type(const std::string& data_type);
+/// Has effect whatever updating_controls says, as its test for change is enough.
+[[nodiscard]] Redisplay choose_reference_type(std::int32_t reference_type);
+/// Loads nothing: the next display of a station takes the dipole length into account.
+[[nodiscard]] Redisplay choose_dipole(float dipole);
+/// Has effect whatever updating_controls says. A text that is not a number is ignored.
+[[nodiscard]] Redisplay choose_scan_rate(const std::string& scan_rate_text);
+/// @param place_in_line value of the station bar, from 1
+[[nodiscard]] Redisplay choose_station_in_line(std::int32_t place_in_line);
+/// The station's curves are to be loaded with other neighbours.
+[[nodiscard]] Redisplay neighbours_changed();
+[[nodiscard]] Redisplay fixed_scale_changed();
+[[nodiscard]] Redisplay choose_hide_masked(bool hide);
+
+/// The first station of the current line, from 1; -1 if there is none.
+std::int32_t first_station_of_current_line();
+
+/// The place of the current station in its line, from 1; 0 if none is selected.
+std::int32_t place_in_line();
+
+}  // namespace Module_display_data

@@ -1,0 +1,21 @@
+// station_plot.h: the graphs of a station's merged curve, averages and neighbours.
+#pragma once
+#include <string>
+
+#include "display/pane_plot.h"
+
+namespace Module_display_data {
+
+/// The station data set as graphs, a series for each slot. All resistivities are multiplied by the static
+/// factor of the merged curve, so that the averages stay comparable with it. Empty without data.
+/// @param fixed_scale the axes of values are those of the whole line
+GraphPair station_plot(bool fixed_scale);
+
+/// "Merge/averages for 100"
+std::string station_label();
+
+/// What a slot (from 0) is: "Merged data", "Merged for 200", "Averaged data for 256", "Averaged file for
+/// 256", "Merged file data".
+std::string station_series_label(std::size_t slot);
+
+}  // namespace Module_display_data
