@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "core/calendar.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"

@@ -1,18 +1,14 @@
 #include "import/head_dates.h"
 
-#include <array>
 #include <charconv>
-#include <chrono>
-#include <cmath>
 
-#include "core/number_text.h"
+#include "core/calendar.h"
 #include "core/text_fields.h"
 
 namespace Module_data_file {
 
 namespace {
 
-constexpr std::chrono::sys_days first_day = std::chrono::year(1899) / 12 / 30;
 constexpr int last_year = 9999;
 
 // Takes a number of 1 to 4 digits from the start of the text.
@@ -35,10 +31,6 @@ bool take_character(std::string_view& text, char character) {
   return true;
 }
 
-std::chrono::year_month_day calendar_date(double days) {
-  return {first_day + std::chrono::days(static_cast<int>(std::floor(days)))};
-}
-
 std::optional<int> full_year(int year) {
   if (year < 50) {
     return 2000 + year;
@@ -50,12 +42,6 @@ std::optional<int> full_year(int year) {
 }
 
 }  // namespace
-
-double day_count(int year, int month, int day) {
-  const std::chrono::year_month first_of_month = std::chrono::year(year) / 1 + std::chrono::months(month - 1);
-  const std::chrono::sys_days date = std::chrono::sys_days(first_of_month / 1) + std::chrono::days(day - 1);
-  return static_cast<double>((date - first_day).count());
-}
 
 std::optional<double> head_date(std::string_view text) {
   text = trimmed(text);
@@ -82,22 +68,6 @@ std::optional<double> head_date(std::string_view text) {
   }
   const double days = year_first ? day_count(*year, *second, *third) : day_count(*year, *first, *second);
   return static_cast<int>(calendar_date(days).year()) <= last_year ? std::optional(days) : std::nullopt;
-}
-
-std::string criterion_date(double days) {
-  const std::chrono::year_month_day date = calendar_date(days);
-  return format_number(static_cast<int>(static_cast<unsigned>(date.month())), "00") + "/" +
-         format_number(static_cast<int>(static_cast<unsigned>(date.day())), "00") + "/" +
-         format_number(static_cast<int>(date.year()), "0000");
-}
-
-std::string display_date(double days) {
-  constexpr std::array<const char*, 12> months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                               "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-  const std::chrono::year_month_day date = calendar_date(days);
-  return format_number(static_cast<int>(static_cast<unsigned>(date.day())), "00") + "-" +
-         months.at(static_cast<unsigned>(date.month()) - 1) + "-" +
-         format_number(static_cast<int>(date.year()), "0000");
 }
 
 }  // namespace Module_data_file

@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
+#include "core/calendar.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
-#include "import/head_dates.h"
 
 namespace Module_data_file {
 

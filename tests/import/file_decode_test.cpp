@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/calendar.h"
 #include "import/head_dates.h"
 #include "import/natural_order.h"
 #include "tests/import/made_edi.h"
