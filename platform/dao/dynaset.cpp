@@ -47,6 +47,7 @@ class Dynaset final : public Recordset::Implementation {
   void move_next() override;
   void move_last() override;
   std::int32_t record_count() override;
+  void set_absolute_position(std::size_t position) override;
   void requery() override;
   void add_new() override;
   void edit() override;
@@ -56,6 +57,7 @@ class Dynaset final : public Recordset::Implementation {
   const Field& field(std::string_view name) override;
   Value value(const Field& field) override;
   Bytes bytes(const Field& field) override;
+  std::int64_t size(const Field& field) override;
   void set(const Field& field, Value value) override;
 
  private:
@@ -273,6 +275,14 @@ std::int32_t Dynaset::record_count() {
   return static_cast<std::int32_t>(keys_.size());
 }
 
+void Dynaset::set_absolute_position(std::size_t position) {
+  drop_edit();
+  if (!has_keys_) {
+    build_keys();
+  }
+  go_to_index(position);
+}
+
 void Dynaset::requery() {
   (void)connection();
   drop_edit();
@@ -368,6 +378,20 @@ Bytes Dynaset::bytes(const Field& field) {
     throw Error("record is deleted");
   }
   return statement.bytes(0);
+}
+
+std::int64_t Dynaset::size(const Field& field) {
+  if (editing_ == Editing::new_row || change_of(field) != nullptr) {
+    return static_cast<std::int64_t>(bytes(field).size());
+  }
+  // The engine takes the length from the row's head and leaves the bytes where they are.
+  Statement statement(connection(), "SELECT length(" + quoted_name(field.name) + ") FROM " + table_name_ +
+                                        " WHERE rowid = ?");
+  statement.bind_integer(current_key());
+  if (!statement.step()) {
+    throw Error("record is deleted");
+  }
+  return statement.integer(0);
 }
 
 void Dynaset::set(const Field& field, Value value) {

@@ -68,6 +68,13 @@ void Recordset::move_first() { open(implementation_).move_first(); }
 void Recordset::move_next() { open(implementation_).move_next(); }
 void Recordset::move_last() { open(implementation_).move_last(); }
 std::int32_t Recordset::record_count() const { return open(implementation_).record_count(); }
+void Recordset::set_absolute_position(std::int32_t position) {
+  Implementation& recordset = open(implementation_);
+  if (position < 0 || position >= recordset.record_count()) {
+    throw Error("no current record");
+  }
+  recordset.set_absolute_position(static_cast<std::size_t>(position));
+}
 void Recordset::requery() { open(implementation_).requery(); }
 void Recordset::add_new() { open(implementation_).add_new(); }
 void Recordset::edit() { open(implementation_).edit(); }
@@ -138,6 +145,11 @@ bool Recordset::get_bit(std::string_view name) const {
 Bytes Recordset::get_binary(std::string_view name) const {
   Implementation& recordset = open(implementation_);
   return recordset.bytes(field_of_type(recordset, name, ColumnType::long_binary));
+}
+
+std::int64_t Recordset::field_size(std::string_view name) const {
+  Implementation& recordset = open(implementation_);
+  return recordset.size(field_of_type(recordset, name, ColumnType::long_binary));
 }
 
 void Recordset::set_null(std::string_view field) {

@@ -44,6 +44,10 @@ class Recordset {
   void move_last();
   [[nodiscard]] std::int32_t record_count() const;
 
+  /// Goes to a row by its place in the order, from 0; reads none of the rows before it. A place beyond the
+  /// rows is an error.
+  void set_absolute_position(std::int32_t position);
+
   /// Runs the statement again; the first row becomes current.
   void requery();
 
@@ -67,6 +71,9 @@ class Recordset {
   [[nodiscard]] std::string get_text(std::string_view field) const;   // TEXT
   [[nodiscard]] bool get_bit(std::string_view field) const;           // BIT
   [[nodiscard]] Bytes get_binary(std::string_view field) const;       // LONGBINARY
+
+  /// The number of bytes of a LONGBINARY field, without reading them; 0 for a null.
+  [[nodiscard]] std::int64_t field_size(std::string_view field) const;
 
   void set_null(std::string_view field);
   void set_long(std::string_view field, std::int32_t value);

@@ -36,6 +36,7 @@ class Recordset::Implementation {
   virtual void move_next() = 0;
   virtual void move_last() = 0;
   virtual std::int32_t record_count() = 0;
+  virtual void set_absolute_position(std::size_t position) = 0;
   virtual void requery() = 0;
   virtual void add_new() = 0;
   virtual void edit() = 0;
@@ -45,6 +46,7 @@ class Recordset::Implementation {
   virtual const Field& field(std::string_view name) = 0;
   virtual Value value(const Field& field) = 0;
   virtual Bytes bytes(const Field& field) = 0;
+  virtual std::int64_t size(const Field& field) = 0;
   virtual void set(const Field& field, Value value) = 0;
 
  protected:

@@ -34,6 +34,7 @@ class Snapshot final : public Recordset::Implementation {
     (void)connection();
     return static_cast<std::int32_t>(rows_.size());
   }
+  void set_absolute_position(std::size_t position) override { current_ = position; }
   void requery() override { read(); }
   void add_new() override { refuse(); }
   void edit() override { refuse(); }
@@ -60,6 +61,7 @@ class Snapshot final : public Recordset::Implementation {
     const Bytes* const bytes = std::get_if<Bytes>(&held);
     return bytes == nullptr ? Bytes() : *bytes;
   }
+  std::int64_t size(const Field& field) override { return static_cast<std::int64_t>(bytes(field).size()); }
   void set(const Field& /*field*/, Value /*value*/) override { refuse(); }
 
  private:

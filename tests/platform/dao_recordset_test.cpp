@@ -141,6 +141,38 @@ TEST_F(Dynaset, Goes_to_the_following_row_behind_a_deleted_one) {
   }
 }
 
+TEST_F(Dynaset, Goes_to_a_row_by_its_place) {
+  dao::Recordset rows = database_.open_recordset("SELECT * FROM Readings ORDER BY Station");
+  for (const std::int32_t event : {3, 1, 2}) {
+    add(rows, "1", 10.0 * event, event);
+  }
+  rows.requery();
+  rows.set_absolute_position(2);
+  EXPECT_EQ(rows.get_long("Event"), 3);
+  rows.set_absolute_position(0);
+  EXPECT_EQ(rows.get_long("Event"), 1);
+  rows.move_next();
+  EXPECT_EQ(rows.get_long("Event"), 2);
+  for (const std::int32_t beyond : {-1, 3}) {
+    EXPECT_EQ(error_of([&] { rows.set_absolute_position(beyond); }), "no current record");
+  }
+  EXPECT_EQ(rows.get_long("Event"), 2);
+}
+
+TEST_F(Dynaset, Tells_the_size_of_bytes_without_reading_them) {
+  dao::Recordset rows = database_.open_recordset("SELECT * FROM Readings");
+  rows.add_new();
+  rows.set_binary("Data", dao::Bytes(4800));
+  EXPECT_EQ(rows.field_size("Data"), 4800);
+  rows.update();
+  add(rows, "1", 1.0);
+  rows.move_first();
+  EXPECT_EQ(rows.field_size("Data"), 4800);
+  rows.move_next();
+  EXPECT_EQ(rows.field_size("Data"), 0);
+  EXPECT_FALSE(error_of([&] { (void)rows.field_size("Line"); }).empty());
+}
+
 TEST_F(Dynaset, Sees_what_others_changed_and_deleted) {
   dao::Recordset rows = database_.open_recordset("SELECT * FROM Readings");
   add(rows, "a", 0.0, 1);
