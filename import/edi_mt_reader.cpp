@@ -45,6 +45,20 @@ std::string_view first_digits(std::string_view text) {
   return behind.substr(0, behind.find_first_not_of(digits));
 }
 
+struct NamedStation {
+  double station = 0.0;
+  bool has_number = false;
+};
+
+NamedStation station_of_sectid(std::string_view sectid, bool only_digits) {
+  const std::string_view text = only_digits ? first_digits(sectid) : sectid;
+  const double station = std::trunc(numeric_value(text));
+  const std::string_view number = trimmed(text);
+  return {
+      std::isfinite(station) ? station + 0.0 : 0.0,
+      !number.empty() && std::string_view("+-.0123456789").find(number.front()) != std::string_view::npos};
+}
+
 // The station that the section names, if the choices ask for it.
 void take_station(const EdiSection& section, ReadingRecord& record, FileReport& report) {
   if (!record.choices.sectid_as_station) {
@@ -55,12 +69,9 @@ void take_station(const EdiSection& section, ReadingRecord& record, FileReport& 
                       "the section has no SECTID; the station stays " + plain_text(record.Station));
     return;
   }
-  const std::string_view text =
-      record.choices.sectid_digits ? first_digits(*section.SECTID) : *section.SECTID;
-  const double station = std::trunc(numeric_value(text));
-  record.Station = std::isfinite(station) ? station + 0.0 : 0.0;
-  const std::string_view number = trimmed(text);
-  if (number.empty() || std::string_view("+-.0123456789").find(number.front()) == std::string_view::npos) {
+  const NamedStation named = station_of_sectid(*section.SECTID, record.choices.sectid_digits);
+  record.Station = named.station;
+  if (!named.has_number) {
     remark_unreadable(report, section.line_number,
                       "SECTID " + in_quotes(*section.SECTID) + " has no number, taken as station 0");
   }
@@ -216,6 +227,29 @@ int read_edi_mt(ImportMode mode, const std::string& file, FileReport& report, St
       throw;
     }
   });
+}
+
+EdiTraits examine_edi_mt(const std::string& file) {
+  FileReport report;
+  LineReader reader(file);
+  EdiMtParser parser(reader, report);
+  SectionCensus census;
+  EdiSection section;
+  EdiTraits traits;
+  while (parser.next_section(section)) {
+    census.add(section);
+    if (traits.sections++ == 0) {
+      traits.first_sectid = section.SECTID;
+    }
+  }
+  census.note(report);
+  traits.impedances_only = report.impedances_only;
+  traits.all_yx_phases_negative = report.all_yx_phases_negative;
+  return traits;
+}
+
+double sectid_station(std::string_view sectid, bool only_digits) {
+  return station_of_sectid(sectid, only_digits).station;
 }
 
 }  // namespace Module_data_file

@@ -18,11 +18,14 @@ namespace Module_data_file {
 
 namespace {
 
-constexpr std::array<std::string_view, 3> row_titles{"Line Number", "Event", "Sample Rate"};
+constexpr const char* no_fault = "";
 
-int fault(ShowFault show, const std::string& text) {
+int shown(ShowFault show, const std::string& fault) {
+  if (fault.empty()) {
+    return 0;
+  }
   if (show == ShowFault::yes) {
-    user_interface().show_message(text);
+    user_interface().show_message(fault);
   }
   return -1;
 }
@@ -31,41 +34,72 @@ bool ends_with_digit(std::string_view text) {
   return !text.empty() && text.back() >= '0' && text.back() <= '9';
 }
 
-int test_typed_value(ShowFault show, std::size_t row, ReadingRecord& record) {
-  std::string& text = record.choices.decode[row].specified;
+// The line's number and normal form; the fault is empty if there is none.
+std::string line_fault(std::string_view text, LineDirection direction, double& number, std::string& line) {
+  const std::string typed = upper_case(trimmed(text));
+  double value = 0.0;
+  char letter = ' ';
+  if (ends_with_digit(typed)) {
+    if (!is_numeric(typed)) {
+      return "The supplied Line number is not valid";
+    }
+    value = numeric_value(typed);
+    const bool along_east = direction == LineDirection::local_east;
+    letter = value < 0.0 ? (along_east ? 'W' : 'S') : (along_east ? 'E' : 'N');
+  } else {
+    letter = typed.empty() ? ' ' : typed.back();
+    if (std::string_view("NSEW").find(letter) == std::string_view::npos) {
+      return "The supplied Line number suffix is not valid";
+    }
+    const std::string_view digits = std::string_view(typed).substr(0, typed.size() - 1);
+    if (!is_numeric(digits)) {
+      return "The supplied Line number value is not valid";
+    }
+    value = numeric_value(digits);
+    if (letter == 'W' || letter == 'S') {
+      value = -value;
+      if (value > 0.0) {  // "-200S" lies on the other side
+        letter = letter == 'S' ? 'N' : 'E';
+        value = -value;
+      }
+    }
+  }
+  number = value;
+  line = format_number(std::abs(value), "0") + letter;
+  return no_fault;
+}
+
+std::string typed_value_fault(std::size_t row, ImportChoices& choices) {
+  std::string& text = choices.decode[row].specified;
   if (row == decode_line_number) {
     double number = 0.0;
-    return decode_line(show, text, record.choices.line_direction, number, text);
+    return line_fault(text, choices.line_direction, number, text);
   }
   const double value = numeric_value(text);
   if (row == decode_event) {
-    return is_numeric(text) && value >= 0.0 ? 0 : fault(show, "The specified event value is invalid");
+    return is_numeric(text) && value >= 0.0 ? no_fault : "The specified event value is invalid";
   }
   if (!is_numeric(text)) {
-    return fault(show, "The specified Sample Rate is invalid");
+    return "The specified Sample Rate is invalid";
   }
   if (value < 0.0) {
-    return fault(show, "The Sample Rate cannot be negative");
+    return "The Sample Rate cannot be negative";
   }
-  if (value == 0.0 && record.choices.ReductionType != 2) {
-    return fault(show, "The Sample Rate cannot be zero for non-merged data");
-  }
-  return 0;
+  return value == 0.0 && choices.ReductionType != 2 ? "The Sample Rate cannot be zero for non-merged data"
+                                                    : no_fault;
 }
 
-int test_row(ShowFault show, std::size_t row, ReadingRecord& record) {
-  const DecodeRow& decode = record.choices.decode[row];
-  const std::string title(row_titles[row]);
+std::string row_fault(std::size_t row, ImportChoices& choices) {
+  const DecodeRow& decode = choices.decode[row];
+  const std::string title(decode_row_titles[row]);
   if (decode.use_file_name) {
     if (decode.start_column < 1) {
-      return fault(show, "The start column for " + title + " is invalid");
+      return "The start column for " + title + " is invalid";
     }
-    return decode.width < 1 ? fault(show, "The column width for " + title + " is invalid") : 0;
+    return decode.width < 1 ? "The column width for " + title + " is invalid" : no_fault;
   }
-  if (decode.specified.empty()) {
-    return fault(show, "The specified value for " + title + " is invalid");
-  }
-  return test_typed_value(show, row, record);
+  return decode.specified.empty() ? "The specified value for " + title + " is invalid"
+                                  : typed_value_fault(row, choices);
 }
 
 // Characters from a column on, counted from 1 in whole characters.
@@ -90,8 +124,9 @@ double decoded_number(const std::string& text, std::size_t row, FileReport& repo
   if (is_numeric(text)) {
     return numeric_value(text);
   }
-  remark_unreadable(report, 0,
-                    std::string(row_titles[row]) + " " + in_quotes(text) + " is not a number, taken as 0");
+  remark_unreadable(
+      report, 0,
+      std::string(decode_row_titles[row]) + " " + in_quotes(text) + " is not a number, taken as 0");
   return 0.0;
 }
 
@@ -218,54 +253,28 @@ void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sam
 
 }  // namespace
 
-int decode_file_format(ShowFault show, ReadingRecord& record) {
-  if (record.choices.ReferenceType < 0) {
-    return fault(show, "You have not specified a data type");
+std::string choices_fault(ImportChoices& choices) {
+  if (choices.ReferenceType < 0) {
+    return "You have not specified a data type";
   }
-  if (record.choices.ReductionType < 0) {
-    return fault(show, "You have not specified the data reduction");
+  if (choices.ReductionType < 0) {
+    return "You have not specified the data reduction";
   }
-  for (std::size_t row = 0; row < row_titles.size(); ++row) {
-    if (test_row(show, row, record) != 0) {
-      return -1;
+  for (std::size_t row = 0; row < decode_row_titles.size(); ++row) {
+    if (std::string fault = row_fault(row, choices); !fault.empty()) {
+      return fault;
     }
   }
-  return 0;
+  return no_fault;
+}
+
+int decode_file_format(ShowFault show, ReadingRecord& record) {
+  return shown(show, choices_fault(record.choices));
 }
 
 int decode_line(ShowFault show, std::string_view text, LineDirection direction, double& number,
                 std::string& line) {
-  const std::string typed = upper_case(trimmed(text));
-  double value = 0.0;
-  char letter = ' ';
-  if (ends_with_digit(typed)) {
-    if (!is_numeric(typed)) {
-      return fault(show, "The supplied Line number is not valid");
-    }
-    value = numeric_value(typed);
-    const bool along_east = direction == LineDirection::local_east;
-    letter = value < 0.0 ? (along_east ? 'W' : 'S') : (along_east ? 'E' : 'N');
-  } else {
-    letter = typed.empty() ? ' ' : typed.back();
-    if (std::string_view("NSEW").find(letter) == std::string_view::npos) {
-      return fault(show, "The supplied Line number suffix is not valid");
-    }
-    const std::string_view digits = std::string_view(typed).substr(0, typed.size() - 1);
-    if (!is_numeric(digits)) {
-      return fault(show, "The supplied Line number value is not valid");
-    }
-    value = numeric_value(digits);
-    if (letter == 'W' || letter == 'S') {
-      value = -value;
-      if (value > 0.0) {  // "-200S" lies on the other side
-        letter = letter == 'S' ? 'N' : 'E';
-        value = -value;
-      }
-    }
-  }
-  number = value;
-  line = format_number(std::abs(value), "0") + letter;
-  return 0;
+  return shown(show, line_fault(text, direction, number, line));
 }
 
 void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,

@@ -29,6 +29,10 @@ struct SampleFields {
   std::string date;  // "21-Oct-2019"
 };
 
+/// The first fault of the choices, as its message words it; empty if there is none. A typed line is brought
+/// into its normal form on the way.
+std::string choices_fault(ImportChoices& choices);
+
 /// Tests the choices of a record; a typed line is brought into its normal form on the way.
 /// @return 0; -1 at the first fault, after its message if faults are shown
 [[nodiscard]] int decode_file_format(ShowFault show, ReadingRecord& record);

@@ -200,7 +200,8 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   return go_on;
 }
 
-Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ImportReport& report) {
+Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ImportReport& report,
+                     const FileBegins& file_begins) {
   ReadingRecord& record = reading_record();
   Progress progress(mode == ImportMode::import ? "Importing data files" : "Scanning data files",
                     files.size());
@@ -211,6 +212,9 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Imp
     if (user_interface().stop_requested()) {
       report.stopped = true;
       return Outcome::stopped;
+    }
+    if (file_begins) {
+      file_begins(files[index]);
     }
     start_file(record, index);
     FileReport& file_report = report.files.emplace_back();
@@ -325,9 +329,10 @@ void report_files_left(const std::vector<std::string>& files, ImportReport& repo
   }
 }
 
-int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& report) {
+int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& report,
+        const FileBegins& file_begins) {
   ReadingRecord& record = reading_record();
-  const Outcome imported = files.empty() ? Outcome::finished : import_files(mode, files, report);
+  const Outcome imported = files.empty() ? Outcome::finished : import_files(mode, files, report, file_begins);
   if (imported == Outcome::failed) {
     report_files_left(files, report);
   }
@@ -353,7 +358,7 @@ ReadingRecord& reading_record() {
 }
 
 int run_import(const ImportChoices& choices, const std::vector<std::string>& files, ImportMode mode,
-               ImportReport& report) {
+               ImportReport& report, const FileBegins& file_begins) {
   ReadingRecord& record = reading_record();
   record = ReadingRecord{};
   record.choices = choices;
@@ -363,7 +368,7 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
   }
   const BusyPointer busy;
   const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-  const int result = run(mode, files, report);
+  const int result = run(mode, files, report, file_begins);
   last_import_report() = report;
   return result;
 }

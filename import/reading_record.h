@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <set>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <vector>
 
@@ -21,6 +22,8 @@ struct DecodeRow {
   std::int32_t width = 0;         // 0 is not given
   std::string specified;
 };
+
+inline constexpr std::array<std::string_view, 3> decode_row_titles{"Line Number", "Event", "Sample Rate"};
 
 enum DecodeRowIndex : std::size_t { decode_line_number = 0, decode_event = 1, decode_sample_rate = 2 };
 

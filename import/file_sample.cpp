@@ -1,0 +1,48 @@
+#include "import/file_sample.h"
+
+#include <exception>
+
+#include "core/number_text.h"
+
+namespace Module_data_file {
+
+namespace {
+
+void add_notes(const EdiTraits& traits, const ImportChoices& choices, FileSample& sample) {
+  if (traits.impedances_only && !choices.compute_from_impedance) {
+    sample.notes.emplace_back("This file has impedances only");
+  }
+  if (traits.all_yx_phases_negative && !choices.turn_ey_phase) {
+    sample.notes.emplace_back("All YX phases are negative");
+  }
+}
+
+}  // namespace
+
+FileSample FileSampler::sample(const std::string& file, const ImportChoices& choices) {
+  FileSample sample;
+  ReadingRecord record;
+  record.choices = choices;
+  sample.fault = choices_fault(record.choices);
+  try {
+    FileReport ignored;
+    display_file_format(file, record, sample.fields, ignored);
+    if (record.file_format == format_edi_mt) {
+      const EdiTraits& traits = traits_of(file);
+      if (choices.sectid_as_station && traits.first_sectid) {
+        sample.fields.station = plain_text(sectid_station(*traits.first_sectid, choices.sectid_digits));
+      }
+      add_notes(traits, choices, sample);
+    }
+  } catch (const std::exception& failure) {
+    sample.fault = failure.what();
+  }
+  return sample;
+}
+
+const EdiTraits& FileSampler::traits_of(const std::string& file) {
+  const auto found = traits_.find(file);
+  return found != traits_.end() ? found->second : traits_.emplace(file, examine_edi_mt(file)).first->second;
+}
+
+}  // namespace Module_data_file

@@ -1,0 +1,124 @@
+// What is chosen before an import: the files, the meaning of their names, and how one of them would be taken.
+#include <gtest/gtest.h>
+
+#include "core/session_state.h"
+#include "import/decode_table.h"
+#include "import/file_sample.h"
+#include "import/import_files.h"
+#include "platform/settings_store/settings_store.h"
+#include "tests/import/made_edi.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+using namespace Module_data_file;
+
+TEST(Decode_table, Takes_whole_columns_and_refuses_what_is_none) {
+  DecodeRow row;
+  struct Case {
+    const char* typed;
+    bool taken;
+    std::int32_t column;
+  };
+  for (const Case& c : {Case{"3", true, 3},
+                        {" 12 ", true, 12},
+                        {"2.5", true, 3},
+                        {"0", true, 0},
+                        {"-1", false, 0},
+                        {"", false, 0},
+                        {"two", false, 0},
+                        {"1e9", false, 0},
+                        {"nan", false, 0}}) {
+    SCOPED_TRACE(c.typed);
+    row.start_column = row.width = 7;
+    for (const DecodeColumn column : {column_start, column_width}) {
+      EXPECT_EQ(set_decode_cell(row, column, c.typed), c.taken);
+    }
+    EXPECT_EQ(row.start_column, c.taken ? c.column : 7);
+    EXPECT_EQ(row.width, row.start_column);
+  }
+  EXPECT_TRUE(set_decode_cell(row, column_specify, " 200W "));
+  EXPECT_EQ(decode_cell_text(row, column_specify), "200W");
+}
+
+TEST(Import_files, A_folder_gives_its_files_of_the_extension_as_people_count) {
+  const TemporaryFolder folder;
+  for (const char* const name : {"s10.edi", "s2.EDI", "s1.edi", "s1.edit", "sedi", "below/s3.edi"}) {
+    (void)folder.write(name, "");
+  }
+  const std::string path = folder.folder().string();
+  const std::vector<std::string> edi{"s1.edi", "s2.EDI", "s10.edi"};
+  for (const char* const typed : {"edi", ".edi", "*.edi", " EDI "}) {
+    EXPECT_EQ(files_in_folder(path, typed), edi) << typed;
+  }
+  EXPECT_EQ(files_in_folder(path, "").size(), 5U);
+  EXPECT_TRUE(files_in_folder(folder.path("gone"), "edi").empty());
+}
+
+TEST(Import_files, The_list_holds_each_file_once_in_the_order_of_adding) {
+  ImportFileList list;
+  list.add({"/a/2", "/a/1"});
+  list.add({"/a/1", "/b/1"});
+  EXPECT_EQ(list.paths(), (std::vector<std::string>{"/a/2", "/a/1", "/b/1"}));
+  list.remove({0, 2, 9});
+  EXPECT_EQ(list.paths(), std::vector<std::string>{"/a/1"});
+  list.add({"/a/2"});  // removed ones can come back
+  EXPECT_EQ(list.paths().size(), 2U);
+}
+
+TEST(Import_files, Start_where_the_last_import_was_or_else_at_the_survey) {
+  const auto earlier = install_settings_store(std::make_unique<MemorySettingsStore>());
+  const TemporaryFolder folder;
+  reset_session_state();
+  session().database_file = "/surveys/one.mdb";
+  EXPECT_EQ(import_start_folder(), "/surveys/");
+  EXPECT_EQ(import_extension(), "edi");
+  keep_import_folder(folder.folder().string());
+  keep_import_extension("");
+  EXPECT_EQ(import_start_folder(), folder.folder().string());
+  EXPECT_EQ(import_extension(), "");
+  keep_import_folder(folder.path("gone"));
+  EXPECT_EQ(import_start_folder(), "/surveys/");
+  EXPECT_EQ(settings_store().value("Marrowgate", "Brenlox", "ImportDirectory", ""), folder.path("gone"));
+}
+
+TEST(File_sample, Follows_the_choices_and_says_what_the_file_would_need) {
+  RecordingInterface interface;
+  const TemporaryFolder folder;
+  const std::string plain = folder.write("200E_E7.edi", made_edi({MadeSection{.sectid = "\"ET012\""}}));
+  const std::string impedances =
+      folder.write("b.edi", made_edi({MadeSection{.blocks = ">ZXYR //3\n1 2 3\n>ZXYI //3\n1 2 3\n"}}));
+  const std::string turned = folder.write(
+      "c.edi", made_edi({MadeSection{.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-135 -130 1e32\n"}}));
+  FileSampler sampler;
+  ImportChoices choices;
+  choices.decode[decode_line_number] = {true, 1, 4, ""};
+  choices.decode[decode_event] = {true, 7, 1, ""};
+  choices.decode[decode_sample_rate].specified = "-1";
+
+  FileSample sample = sampler.sample(plain, choices);
+  EXPECT_EQ(sample.fault, "You have not specified a data type");
+  EXPECT_EQ(sample.fields.line, "200E");  // what can be told is told, whatever else is missing
+  EXPECT_EQ(sample.fields.event, "7");
+  EXPECT_EQ(sample.fields.station, "");
+  EXPECT_EQ(sample.fields.date, "22-Oct-2019");
+  EXPECT_TRUE(sample.notes.empty());
+
+  choices.ReferenceType = choices.ReductionType = 0;
+  choices.decode[decode_line_number] = {false, 0, 0, "-200"};
+  choices.sectid_as_station = choices.sectid_digits = true;
+  sample = sampler.sample(plain, choices);
+  EXPECT_EQ(sample.fault, "The Sample Rate cannot be negative");
+  EXPECT_EQ(sample.fields.line, "200W");
+  EXPECT_EQ(choices.decode[decode_line_number].specified, "-200");
+  EXPECT_EQ(sample.fields.station, "12");
+
+  EXPECT_EQ(sampler.sample(impedances, choices).notes,
+            std::vector<std::string>{"This file has impedances only"});
+  EXPECT_EQ(sampler.sample(turned, choices).notes, std::vector<std::string>{"All YX phases are negative"});
+  choices.compute_from_impedance = choices.turn_ey_phase = true;
+  EXPECT_TRUE(sampler.sample(impedances, choices).notes.empty());
+  EXPECT_TRUE(sampler.sample(turned, choices).notes.empty());
+
+  EXPECT_NE(sampler.sample(folder.path("gone.edi"), choices).fault, "");
+  EXPECT_TRUE(interface.take_messages().empty());
+}
