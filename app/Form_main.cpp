@@ -16,6 +16,8 @@
 #include "core/trap_errors.h"
 #include "core/undo_stack.h"
 #include "core/version.h"
+#include "database/Form_view_table.h"
+#include "import/Form_import_MTData.h"
 #include "platform/system/system_facts.h"
 #include "reduction/averages.h"
 #include "ui_Form_main.h"
@@ -99,6 +101,11 @@ void Form_main::connect_menus() {
   connect(ui_->menu_saveas, &QAction::triggered, this, [this] { Module_Brenlox::menu_saveas(*this); });
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
   connect(ui_->menu_Recalculate_merged, &QAction::triggered, this, &Form_main::recalculate_merged);
+  connect(ui_->menu_import_MT, &QAction::triggered, this, &Form_main::import_data);
+  for (std::size_t index = 0; index < Module_database::viewed_tables.size(); ++index) {
+    connect(menu_item("menu_view_table", static_cast<int>(index)), &QAction::triggered, this,
+            [this, index] { view_table(Module_database::viewed_tables.at(index)); });
+  }
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
@@ -222,4 +229,15 @@ void Form_main::recalculate_merged() {
   const BusyPointer busy;
   static_cast<void>(Module_averaged_data::recalculate_merged());
   display_site_map();  // a failure or a stop keeps what was rebuilt by then
+}
+
+void Form_main::import_data() {
+  Module_Brenlox::clear_undo();
+  Form_import_MTData(this).exec();
+  display_site_map();  // a run that failed or was stopped has stored files, too
+}
+
+void Form_main::view_table(const Module_database::ViewedTable& table) {
+  static_cast<void>(trap_errors("An error occurred while opening the table: ",
+                                [&] { Form_view_table(session().database_file, table, this).exec(); }));
 }

@@ -9,6 +9,7 @@
 
 #include "app/main_view.h"
 #include "app/survey_overview.h"
+#include "database/table_rows.h"
 #include "platform/widgets/vex_control_resizer.h"
 
 namespace Ui {
@@ -45,6 +46,8 @@ class Form_main : public QMainWindow, private MainView {
   void apply_resize();
   void resizer_timer_event();
   void recalculate_merged();
+  void import_data();
+  void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
 
   std::unique_ptr<Ui::Form_main> ui_;

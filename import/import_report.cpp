@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "core/number_text.h"
 #include "core/text_fields.h"
 #include "import/remarks.h"
 
@@ -76,6 +77,47 @@ std::string ImportReport::to_json() const {
   const nlohmann::ordered_json report = {{"stopped", stopped}, {"files", std::move(list)}};
   // A path may hold bytes that are no UTF-8; they must not cost the report.
   return report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::string ImportReport::summary() const {
+  const auto gave =
+      std::count_if(files.begin(), files.end(), [](const FileReport& f) { return f.readings > 0; });
+  std::int64_t readings = 0;
+  for (const FileReport& file : files) {
+    readings += file.readings;
+  }
+  return plain_text(std::int64_t{gave}) + " of " + plain_text(static_cast<std::int64_t>(files.size())) +
+         (files.size() == 1 ? " file gave " : " files gave ") + plain_text(readings) +
+         (readings == 1 ? " reading" : " readings") + (stopped ? "; the run was stopped" : "");
+}
+
+std::string ImportReport::to_text() const {
+  std::string text = summary() + "\n";
+  for (const FileReport& file : files) {
+    text += file.file + ": " + plain_text(file.sections) + " sections, " + plain_text(file.readings) +
+            " readings, " + plain_text(file.frequencies) + " frequencies\n";
+    for (const std::string& line : remark_lines(file)) {
+      text += "    " + line + "\n";
+    }
+  }
+  return text;
+}
+
+std::vector<std::string> remark_lines(const FileReport& file) {
+  std::vector<std::string> lines;
+  if (!file.failure.empty()) {
+    lines.push_back(file.failure);
+  }
+  for (const auto* const remarks : {&file.unreadable, &file.ignored}) {
+    for (const ReportRemark& remark : *remarks) {
+      lines.push_back((remark.line > 0 ? "line " + plain_text(remark.line) + ": " : std::string()) +
+                      remark.text);
+    }
+  }
+  if (file.remarks_dropped > 0) {
+    lines.push_back("and " + plain_text(file.remarks_dropped) + " more remarks");
+  }
+  return lines;
 }
 
 ImportReport& last_import_report() {

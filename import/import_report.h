@@ -38,7 +38,15 @@ struct ImportReport {
   [[nodiscard]] bool has_failures() const;
   /// The report as JSON text, UTF-8.
   [[nodiscard]] std::string to_json() const;
+  /// "12 of 13 files gave 96 readings", and whether the run was stopped.
+  [[nodiscard]] std::string summary() const;
+  /// The report for people: the summary, then each file with its remarks.
+  [[nodiscard]] std::string to_text() const;
 };
+
+/// The remarks of a file as lines for people, its failure first: "line 12: 'abc' is not a number, taken as
+/// 0".
+std::vector<std::string> remark_lines(const FileReport& file);
 
 /// The report of the last import of this process.
 ImportReport& last_import_report();

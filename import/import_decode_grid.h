@@ -1,0 +1,35 @@
+// import_decode_grid.h: the table that tells what file names mean, edited in place.
+#pragma once
+#include <QTableWidget>
+
+#include "import/reading_record.h"
+
+class ImportDecodeGrid : public QTableWidget {
+  Q_OBJECT
+
+ public:
+  using DecodeTable = std::array<Module_data_file::DecodeRow, 3>;
+
+  explicit ImportDecodeGrid(QWidget* parent = nullptr);
+
+  /// Shows a table and edits it from now on; it must outlive the grid.
+  void edit_table(DecodeTable& table);
+
+  /// Shows the table as it stands now.
+  void refresh();
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+ signals:
+  void table_changed();
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void cell_clicked(int row, int column);
+  void cell_edited(int row, int column);
+
+  DecodeTable* table_ = nullptr;
+};

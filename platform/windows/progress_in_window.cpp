@@ -1,0 +1,78 @@
+#include "platform/windows/progress_in_window.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QObject>
+#include <utility>
+
+namespace {
+
+constexpr qint64 events_milliseconds = 40;  // about once a frame; more often costs time and shows nothing
+
+class WindowInterface final : public UserInterface {
+ public:
+  WindowInterface(QProgressBar& bar, QLabel& what, QAbstractButton& stop)
+      : bar_(bar), what_(what), stop_(stop) {
+    stop_.setEnabled(true);
+    clicks_ = QObject::connect(&stop_, &QAbstractButton::clicked, &bar_, [this] {
+      stop_requested_ = true;
+      stop_.setEnabled(false);
+      what_.setText("Stopping...");
+    });
+  }
+  WindowInterface(const WindowInterface&) = delete;
+  WindowInterface& operator=(const WindowInterface&) = delete;
+  ~WindowInterface() override {
+    QObject::disconnect(clicks_);
+    stop_.setEnabled(false);
+  }
+
+  std::unique_ptr<UserInterface> earlier;
+
+  void show_message(const std::string& text) override { earlier->show_message(text); }
+  bool ask_yes_no(const std::string& question) override { return earlier->ask_yes_no(question); }
+  std::string select_file_to_open(const FileDialogRequest& request) override {
+    return earlier->select_file_to_open(request);
+  }
+  std::string select_file_to_create(const FileDialogRequest& request) override {
+    return earlier->select_file_to_create(request);
+  }
+  void set_busy_pointer(bool busy) override { earlier->set_busy_pointer(busy); }
+
+  void process_events() override {
+    if (!events_time_.isValid() || events_time_.elapsed() >= events_milliseconds) {
+      QCoreApplication::processEvents(QEventLoop::AllEvents);
+      events_time_.start();
+    }
+  }
+  void show_progress(std::string_view what, int percent) override {
+    if (!stop_requested_) {
+      what_.setText(QString::fromUtf8(what.data(), static_cast<qsizetype>(what.size())));
+    }
+    bar_.setValue(percent < 0 ? 0 : percent);
+    process_events();
+  }
+  bool stop_requested() override {
+    process_events();
+    return stop_requested_;
+  }
+
+ private:
+  QProgressBar& bar_;
+  QLabel& what_;
+  QAbstractButton& stop_;
+  QMetaObject::Connection clicks_;
+  QElapsedTimer events_time_;  // since the events ran last
+  bool stop_requested_ = false;
+};
+
+}  // namespace
+
+ProgressInWindow::ProgressInWindow(QProgressBar& bar, QLabel& what, QAbstractButton& stop) {
+  auto interface = std::make_unique<WindowInterface>(bar, what, stop);
+  earlier_ = &interface->earlier;
+  *earlier_ = install_user_interface(std::move(interface));
+}
+
+ProgressInWindow::~ProgressInWindow() { install_user_interface(std::move(*earlier_)); }

@@ -1,0 +1,22 @@
+// progress_in_window.h: long work that a window started shows its progress in that window.
+#pragma once
+#include <QAbstractButton>
+#include <QLabel>
+#include <QProgressBar>
+#include <memory>
+
+#include "core/user_interface.h"
+
+/// For the life of a scope, progress goes to a bar and a label and the stop button ends the work, instead of
+/// a dialog over the window. Everything else is passed on to the interface installed before. Input reaches
+/// the windows meanwhile: the caller disables what must wait.
+class ProgressInWindow {
+ public:
+  ProgressInWindow(QProgressBar& bar, QLabel& what, QAbstractButton& stop);
+  ProgressInWindow(const ProgressInWindow&) = delete;
+  ProgressInWindow& operator=(const ProgressInWindow&) = delete;
+  ~ProgressInWindow();
+
+ private:
+  std::unique_ptr<UserInterface>* earlier_;  // held by the interface that this installed
+};
