@@ -17,11 +17,6 @@ namespace {
 
 constexpr float same_list_tolerance = 0.001F;  // Hz; only for lists of equal length
 
-struct FrequencyFlags {
-  std::vector<float> frequencies;   // Hz, ascending
-  std::vector<std::int32_t> flags;  // 1 is enabled
-};
-
 bool same_list(const std::vector<float>& stored, std::span<const float> given) {
   return stored.size() == given.size() &&
          std::equal(stored.begin(), stored.end(), given.begin(),
@@ -38,8 +33,8 @@ std::vector<float> missing_from(const std::vector<float>& stored, std::span<cons
   return missing;
 }
 
-FrequencyFlags with_added(const FrequencyFlags& stored, const std::vector<float>& added) {
-  FrequencyFlags merged;
+FrequencySelection with_added(const FrequencySelection& stored, const std::vector<float>& added) {
+  FrequencySelection merged;
   const std::size_t total = stored.frequencies.size() + added.size();
   merged.frequencies.reserve(total);
   merged.flags.reserve(total);
@@ -58,8 +53,9 @@ FrequencyFlags with_added(const FrequencyFlags& stored, const std::vector<float>
   return merged;
 }
 
-FrequencyFlags read_flags(const dao::Recordset& row) {
-  FrequencyFlags list{singles_from(row.get_binary("FreqBinary")), longs_from(row.get_binary("MaskBinary"))};
+FrequencySelection read_flags(const dao::Recordset& row) {
+  FrequencySelection list{singles_from(row.get_binary("FreqBinary")),
+                          longs_from(row.get_binary("MaskBinary"))};
   const auto count = static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
   if (list.frequencies.size() != count || list.flags.size() != count) {
     throw dao::Error("the frequency list of reference type " + plain_text(row.get_long("ReferenceType")) +
@@ -68,7 +64,7 @@ FrequencyFlags read_flags(const dao::Recordset& row) {
   return list;
 }
 
-void write_flags(dao::Recordset& row, const FrequencyFlags& list) {
+void write_flags(dao::Recordset& row, const FrequencySelection& list) {
   row.set_long("NumFrequencies", static_cast<std::int32_t>(list.frequencies.size()));
   row.set_binary("FreqBinary", bytes_of(list.frequencies));
   row.set_binary("MaskBinary", bytes_of(list.flags));
@@ -86,7 +82,7 @@ void merge_frequencies(std::int32_t reference_type, std::span<const float> given
   dao::Recordset row = open_survey().database.open_recordset(
       "SELECT * FROM ReadingsFrequencyTable WHERE ReferenceType = " + format_number(reference_type, "0"));
   if (row.eof()) {
-    FrequencyFlags list{{frequencies.begin(), frequencies.end()}, {}};
+    FrequencySelection list{{frequencies.begin(), frequencies.end()}, {}};
     // A reading may hold a frequency twice, the list never does.
     list.frequencies.erase(std::unique(list.frequencies.begin(), list.frequencies.end()),
                            list.frequencies.end());
@@ -97,7 +93,7 @@ void merge_frequencies(std::int32_t reference_type, std::span<const float> given
     row.update();
     return;
   }
-  const FrequencyFlags stored = read_flags(row);
+  const FrequencySelection stored = read_flags(row);
   if (same_list(stored.frequencies, frequencies)) {
     return;
   }
@@ -108,6 +104,13 @@ void merge_frequencies(std::int32_t reference_type, std::span<const float> given
   row.edit();
   write_flags(row, with_added(stored, added));
   row.update();
+}
+
+/// Stands on the row of a reference type. @return false if it has none
+bool find_list(dao::Recordset& lists, std::int32_t reference_type) {
+  lists.requery();
+  lists.find_first("ReferenceType = " + format_number(reference_type, "0"));
+  return !lists.no_match();
 }
 
 }  // namespace
@@ -121,16 +124,38 @@ int add_reading_frequencies(std::int32_t reference_type, float /*scan_rate*/,
 int load_reference_frequencies(std::int32_t reference_type) {
   return trap_errors("An error occurred while creating the frequency lists: ", [&] {
     dao::Recordset& lists = open_survey().frequency_lists;
-    lists.requery();
-    lists.find_first("ReferenceType = " + format_number(reference_type, "0"));
-    if (lists.no_match()) {
+    if (!find_list(lists, reference_type)) {
       session().frequency_count = 0;
       return;
     }
-    FrequencyFlags list = read_flags(lists);
+    FrequencySelection list = read_flags(lists);
     session().frequency_count = static_cast<std::int32_t>(list.frequencies.size());
     session().frequency_list = std::move(list.frequencies);
     session().frequency_enabled = std::move(list.flags);
+  });
+}
+
+std::optional<FrequencySelection> read_frequency_selection(std::int32_t reference_type) {
+  std::optional<FrequencySelection> selection;
+  const int status = trap_errors("An error occurred while creating the frequency lists: ", [&] {
+    dao::Recordset& lists = open_survey().frequency_lists;
+    if (find_list(lists, reference_type)) {
+      selection = read_flags(lists);
+    }
+  });
+  return status == 0 ? selection : std::nullopt;
+}
+
+int save_frequency_selection(std::int32_t reference_type, const FrequencySelection& selection) {
+  return trap_errors("An error occurred while saving the frequency selection: ", [&] {
+    dao::Recordset& lists = open_survey().frequency_lists;
+    if (selection.frequencies.empty() || !find_list(lists, reference_type)) {
+      return;
+    }
+    lists.edit();
+    write_flags(lists, selection);
+    lists.update();
+    session().data_changed = true;
   });
 }
 

@@ -1,7 +1,9 @@
 // frequency_store.h: the list of all frequencies ever stored under a reference type.
 #pragma once
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <vector>
 
 namespace Module_database {
 
@@ -15,5 +17,18 @@ int add_reading_frequencies(std::int32_t reference_type, float scan_rate, std::s
 /// the count is 0 if the type has none.
 /// @return 0, or -1 after a message; the arrays are then as before
 [[nodiscard]] int load_reference_frequencies(std::int32_t reference_type);
+
+/// The frequencies of a reference type with their switches, as people edit them.
+struct FrequencySelection {
+  std::vector<float> frequencies;   // Hz, ascending
+  std::vector<std::int32_t> flags;  // 1: selected, 0: left out of graphs and output
+};
+
+/// The stored selection of a reference type; nothing if it has none, or after a message.
+std::optional<FrequencySelection> read_frequency_selection(std::int32_t reference_type);
+
+/// Stores a selection in the row of its reference type. Nothing is done for one without frequencies, or if
+/// the row is gone. @return 0, or -1 after a message; the row is then as before
+[[nodiscard]] int save_frequency_selection(std::int32_t reference_type, const FrequencySelection& selection);
 
 }  // namespace Module_database

@@ -38,3 +38,29 @@ TEST(Undo_stack, Gives_back_the_kinds_newest_first_and_tells_the_window) {
   EXPECT_FALSE(told.back());
   set_undo_listener({});
 }
+
+TEST(Undo_stack, What_was_undone_can_be_done_again_until_a_new_edit) {
+  clear_undo();
+  std::vector<bool> told;
+  push_undo_static(1, 1.0F);
+  push_undo_static(2, 2.0F);
+  set_redo_listener([&](bool available) { told.push_back(available); });
+  move_to_redo({2, UndoStatic{20.0F}});
+  move_to_redo({1, UndoStatic{10.0F}});
+  EXPECT_EQ(undo_count(), 0U);
+  ASSERT_EQ(redo_count(), 2U);
+  EXPECT_EQ(top_redo().id, 1);
+  EXPECT_EQ(std::get<UndoStatic>(top_redo().earlier).res_offset, 10.0F);
+  move_to_undo({1, UndoStatic{1.0F}});
+  EXPECT_EQ(undo_count(), 1U);
+  EXPECT_EQ(top_redo().id, 2);
+  push_undo_static(3, 3.0F);
+  EXPECT_EQ(redo_count(), 0U);
+  move_to_redo({3, UndoStatic{3.0F}});
+  pop_redo();
+  move_to_redo({1, UndoStatic{1.0F}});
+  clear_undo();
+  EXPECT_EQ(redo_count(), 0U);
+  EXPECT_EQ(told, (std::vector<bool>{true, true, true, false, true, false, true, false}));
+  set_redo_listener({});
+}

@@ -78,3 +78,23 @@ TEST_F(SurveyTest, A_damaged_frequency_list_is_told_and_the_loaded_one_stays) {
   EXPECT_EQ(messages[0].rfind("An error occurred while creating the frequency lists: ", 0), 0U);
   EXPECT_EQ(messages[1].rfind("An error occurred while adding the frequency data: ", 0), 0U);
 }
+
+TEST_F(SurveyTest, A_frequency_selection_is_read_changed_and_stored) {
+  new_survey();
+  EXPECT_FALSE(read_frequency_selection(1).has_value());
+  ASSERT_EQ(add_reading_frequencies(1, 0.0F, std::vector<float>{1.0F, 2.0F, 4.0F}), 0);
+  auto selection = read_frequency_selection(1);
+  ASSERT_TRUE(selection.has_value());
+  EXPECT_EQ(selection->frequencies, (std::vector<float>{1.0F, 2.0F, 4.0F}));
+  EXPECT_EQ(selection->flags, (std::vector<std::int32_t>{1, 1, 1}));
+  selection->flags[1] = 0;
+  session().data_changed = false;
+  ASSERT_EQ(save_frequency_selection(1, *selection), 0);
+  EXPECT_TRUE(session().data_changed);
+  ASSERT_EQ(load_reference_frequencies(1), 0);
+  EXPECT_EQ(session().frequency_enabled, (std::vector<std::int32_t>{1, 0, 1}));
+  ASSERT_EQ(save_frequency_selection(2, *selection), 0);  // there is no such list
+  ASSERT_EQ(save_frequency_selection(1, {}), 0);
+  EXPECT_EQ(rows_in("ReadingsFrequencyTable"), 1);
+  EXPECT_EQ(read_frequency_selection(1)->flags, (std::vector<std::int32_t>{1, 0, 1}));
+}

@@ -1,0 +1,172 @@
+// What the main view does at a click and at a step to the next station, without the drawing: a line of 100
+// stations with 60 frequencies, 12 repeats at the station that is edited, alone and beside 20 further lines.
+// Wall-clock time, as the user waits for the disk too. Counter: rows (readings in the survey).
+#include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "core/session_state.h"
+#include "core/undo_stack.h"
+#include "display/profile_plot.h"
+#include "display/raw_plot.h"
+#include "display/selection.h"
+#include "display/station_plot.h"
+#include "reduction/masks.h"
+#include "reduction/profile_data_set.h"
+#include "reduction/undo.h"
+#include "tests/reduction/made_readings.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+using Module_database::open_survey;
+
+constexpr int stations = 100;
+constexpr int frequencies = 60;
+constexpr int edited_station = 50;
+
+made::StoredReading curve(int seed) {
+  std::vector<made::Point> points;
+  for (int i = 0; i < frequencies; ++i) {
+    const double wave = std::sin(0.1 * i + seed);
+    points.push_back({static_cast<float>(1e-2 * std::pow(10.0, 0.1 * i)),
+                      static_cast<float>(100.0 + 50.0 * wave), static_cast<float>(45.0 + 10.0 * wave)});
+  }
+  return made::reading(points);
+}
+
+void require(int status) {
+  if (status != 0) {
+    throw std::runtime_error("the survey could not be made");
+  }
+}
+
+/// One survey, open for the benchmarks of its size.
+class Survey {
+ public:
+  explicit Survey(int other_lines) {
+    reset_session_state();
+    Module_database::reset_module();
+    session().database_file = folder_.path("survey.mdb");
+    require(Module_database::create_database());
+    require(Module_database::open_database());
+    for (int line = 0; line <= other_lines; ++line) {
+      store_line(line);
+    }
+    require(Module_averaged_data::recalculate_merged());
+    dao::Recordset& files = open_survey().files;
+    files.add_new();
+    files.set_long("ReferenceType", 0);
+    files.update();
+    require(Module_display_data::fill_selection_lists(lists_));
+    (void)Module_display_data::display_station(edited_station, {});
+    const dao::Recordset count = open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable");
+    rows = count.record_count();
+  }
+  ~Survey() { Module_database::reset_module(); }
+  Survey(const Survey&) = delete;
+  Survey& operator=(const Survey&) = delete;
+
+  int rows = 0;
+
+ private:
+  static void store_line(int line) {
+    dao::Transaction transaction(open_survey().database);
+    for (int station = 1; station <= stations; ++station) {
+      for (const float rate : {256.0F, 4096.0F}) {
+        made::ReadingKey key = made::key(rate, 100.0 * station);
+        key.line = std::to_string(200 * (line + 1)) + "E";
+        const int repeats = line == 0 && station == edited_station ? 12 : 2;
+        for (int event = 1; event <= repeats; ++event) {
+          made::store(key, event, curve(event + station));
+        }
+      }
+    }
+    transaction.commit();
+  }
+
+  TemporaryFolder folder_;
+  Module_display_data::SelectionLists lists_;
+};
+
+Survey& survey(int other_lines) {
+  static std::unique_ptr<Survey> open;
+  static int open_lines = -1;
+  if (open_lines != other_lines) {
+    open.reset();
+    open = std::make_unique<Survey>(other_lines);
+    open_lines = other_lines;
+  }
+  return *open;
+}
+
+void run(benchmark::State& state, const std::function<void()>& work) {
+  state.counters["rows"] = survey(static_cast<int>(state.range(0))).rows;
+  for (auto _ : state) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+  }
+}
+
+/// Masking a point of a repeat until the data sets are up to date.
+void mask_click(benchmark::State& state) {
+  run(state, [] {
+    if (Module_averaged_data::toggle_repeat_point(3, 7, Module_averaged_data::Component::phase) !=
+        Module_averaged_data::Edit::changed) {
+      throw std::runtime_error("nothing was masked");
+    }
+  });
+  Module_Brenlox::clear_undo();
+}
+
+/// From the data sets to what the charts are given, for all three pairs.
+void make_plots(benchmark::State& state) {
+  run(state, [] {
+    benchmark::DoNotOptimize(Module_display_data::profile_plot());
+    benchmark::DoNotOptimize(Module_display_data::station_plot(false));
+    benchmark::DoNotOptimize(Module_display_data::raw_plot(false));
+  });
+}
+
+/// To the next station and back, each a step.
+void station_step(benchmark::State& state) {
+  int station = edited_station;
+  run(state, [&] {
+    station = station == edited_station ? edited_station + 1 : edited_station;
+    benchmark::DoNotOptimize(Module_display_data::display_station(station, {}));
+  });
+  (void)Module_display_data::display_station(edited_station, {});
+}
+
+void load_profile(benchmark::State& state) {
+  run(state, [] { require(Module_averaged_data::load_profile_data(Module_averaged_data::selected_key())); });
+}
+
+// All benchmarks of one survey before the next one is made.
+[[maybe_unused]] const bool registered = [] {
+  for (const int other_lines : {0, 20}) {
+    const auto add = [&](const char* name, void (*measure)(benchmark::State&)) {
+      benchmark::RegisterBenchmark(name, measure)
+          ->Arg(other_lines)
+          ->UseManualTime()
+          ->Unit(benchmark::kMillisecond);
+    };
+    add("mask_click", mask_click);
+    add("make_plots", make_plots);
+    add("station_step", station_step);
+    add("load_profile", load_profile);
+  }
+  return true;
+}();
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,182 @@
+#include "display/plot_colours.h"
+#include "display/profile_plot.h"
+#include "display/raw_plot.h"
+#include "display/station_plot.h"
+#include "reduction/masks.h"
+#include "tests/display/made_survey.h"
+
+using namespace Module_display_data;
+using Module_averaged_data::Component;
+using Module_averaged_data::Edit;
+using Module_averaged_data::UseFlag;
+
+namespace {
+
+class Plots : public MadeSurveyTest {
+ protected:
+  static int shown_points(const PanePlot& pane, std::size_t series) {
+    int shown = 0;
+    for (const double y : pane.table.series.at(series).y) {
+      shown += y > graph::null_limit ? 1 : 0;
+    }
+    return shown;
+  }
+};
+
+}  // namespace
+
+TEST_F(Plots, Repeats_are_drawn_in_their_colours_under_a_bold_average) {
+  open_line(1);
+  const GraphPair plot = raw_plot(false);
+  ASSERT_EQ(plot.resistivity.table.series.size(), 5U);
+  EXPECT_EQ(plot.resistivity.series_styles[0].colour, black);
+  EXPECT_EQ(plot.resistivity.series_styles[0].width, 3.0);
+  EXPECT_EQ(plot.phase.series_styles[3].colour, repeat_colour(3));
+  EXPECT_EQ(plot.phase.series_styles[3].width, 1.0);
+  EXPECT_EQ(plot.resistivity.table.series[0].x, (std::vector<double>{1.0, 2.0, 4.0, 8.0, 16.0}));
+  EXPECT_EQ(plot.resistivity.table.series[4].y[0], 115.0);  // 100 + station/10 + event + frequency
+  EXPECT_EQ(plot.phase.table.series[4].y[0], 44.0);
+
+  EXPECT_EQ(plot.resistivity.x.type, graph::AxisType::logarithmic);
+  EXPECT_DOUBLE_EQ(plot.resistivity.x.minimum, 0.9);
+  EXPECT_DOUBLE_EQ(plot.resistivity.x.maximum, 1.1 * 16.0 + 1.0);
+  EXPECT_EQ(plot.resistivity.x.cutoff, 0.001);
+  EXPECT_EQ(plot.resistivity.y.type, graph::AxisType::logarithmic);
+  EXPECT_DOUBLE_EQ(plot.resistivity.y.minimum, 0.95 * 112.0);
+  EXPECT_DOUBLE_EQ(plot.resistivity.y.maximum, 1.05 * 130.0 + 1.0);
+  EXPECT_EQ(plot.phase.y.type, graph::AxisType::linear);
+  EXPECT_DOUBLE_EQ(plot.phase.y.minimum, 0.95 * 41.0 - 2.0);
+  EXPECT_DOUBLE_EQ(plot.phase.y.maximum, 1.05 * 44.0 + 2.0);
+  EXPECT_EQ(raw_label(), "Average/raw for 100");
+  EXPECT_EQ(raw_series_label(0), "Average");
+  EXPECT_EQ(raw_series_label(2), "Repeat 2");
+}
+
+TEST_F(Plots, A_single_repeat_keeps_its_colour_and_negative_phases_stay_inside) {
+  made::store(made::key(), 1, made::reading({{1.0F, 0.5F, -30.0F}, {2.0F, 0.7F, -10.0F}}));
+  ASSERT_EQ(Module_database::load_reference_frequencies(0), 0);
+  EXPECT_TRUE(raw_plot(false).empty());
+  ASSERT_EQ(Module_averaged_data::load_repeat_data(made::key()), 0);
+  const GraphPair plot = raw_plot(false);
+  EXPECT_EQ(plot.resistivity.series_styles[0].width, 1.0);
+  EXPECT_EQ(plot.resistivity.series_styles[1].colour, repeat_colour(1));
+  EXPECT_EQ(plot.resistivity.y.minimum, 0.0);
+  EXPECT_DOUBLE_EQ(plot.phase.y.minimum, -30.0 * 1.05 - 2.0);
+  EXPECT_DOUBLE_EQ(plot.phase.y.maximum, -10.0 * 0.95 + 2.0);
+}
+
+TEST_F(Plots, Masked_points_hide_on_raw_and_station_graphs_and_stay_on_the_profile) {
+  open_line(2);
+  ASSERT_EQ(Module_averaged_data::toggle_repeat_point(1, 0, Component::resistivity), Edit::changed);
+  ASSERT_EQ(Module_averaged_data::set_repeat_use(2, UseFlag::reading, false), Edit::changed);
+  ASSERT_EQ(Module_averaged_data::set_repeat_use(3, UseFlag::phase, false), Edit::changed);
+  ASSERT_EQ(Module_averaged_data::toggle_station_point(0, 2, Component::phase), Edit::changed);
+  GraphPair raw = raw_plot(false);
+  EXPECT_EQ(raw.resistivity.point_styles[1], (std::vector<int>{2, 1, 1, 1, 1}));
+  for (std::size_t series = 0; series < 5; ++series) {
+    EXPECT_EQ(shown_points(raw.resistivity, series), 5);
+  }
+  session().hide_masked_data = true;
+  raw = raw_plot(false);
+  EXPECT_EQ(shown_points(raw.resistivity, 1), 4);
+  EXPECT_EQ(shown_points(raw.phase, 1), 5);
+  EXPECT_EQ(shown_points(raw.resistivity, 2), 0);
+  EXPECT_EQ(shown_points(raw.phase, 2), 0);
+  EXPECT_EQ(shown_points(raw.resistivity, 3), 5);
+  EXPECT_EQ(shown_points(raw.phase, 3), 0);
+  EXPECT_EQ(shown_points(station_plot(false).phase, 0), 6);
+
+  const GraphPair profile = profile_plot();
+  EXPECT_EQ(shown_points(profile.phase, 2), 2);
+  EXPECT_EQ(profile.phase.point_styles[2], (std::vector<int>{2, 5}));
+}
+
+TEST_F(Plots, Frequencies_that_are_not_selected_disappear_everywhere) {
+  open_line(2);
+  session().frequency_enabled[3] = 0;  // 8 Hz, which both scan rates have
+  EXPECT_EQ(shown_points(raw_plot(false).resistivity, 1), 4);
+  EXPECT_EQ(shown_points(station_plot(false).phase, 0), 6);
+  const GraphPair profile = profile_plot();
+  EXPECT_EQ(shown_points(profile.resistivity, 3), 0);
+  EXPECT_EQ(shown_points(profile.resistivity, 4), 2);
+}
+
+TEST_F(Plots, Static_factors_act_on_station_and_profile_but_not_on_raw_graphs) {
+  open_line(2);
+  ASSERT_EQ(Module_averaged_data::set_static_factor("0.5"), Edit::changed);
+  EXPECT_DOUBLE_EQ(raw_plot(false).resistivity.table.series[1].y[0], 112.0);
+  const GraphPair station = station_plot(false);
+  EXPECT_DOUBLE_EQ(station.resistivity.table.series[0].y[0], 0.5 * 113.5);
+  EXPECT_DOUBLE_EQ(station.resistivity.table.series[1].y[0], 0.5 * 113.5);  // the average as well
+  EXPECT_DOUBLE_EQ(station.phase.table.series[1].y[0], 42.5);
+  const GraphPair profile = profile_plot();
+  EXPECT_DOUBLE_EQ(profile.resistivity.table.series[0].y[0], 0.5 * 113.5);
+  EXPECT_DOUBLE_EQ(profile.resistivity.table.series[0].y[1], 123.5);
+  // Shifted curves stay in sight: 0.8 of the lowest one drawn, 1.2 of the highest one stored.
+  EXPECT_DOUBLE_EQ(station.resistivity.y.minimum, 0.8 * 0.5 * 113.5);
+  EXPECT_DOUBLE_EQ(station.resistivity.y.maximum, 1.2 * 176.5 + 1.0);
+}
+
+TEST_F(Plots, Station_curves_have_the_styles_of_their_kinds) {
+  open_line(4);
+  made::store(made::key(64.0F), 1, made::reading({{1.0F, 10.0F, 40.0F}}), 1);
+  made::store(made::key(0.0F), 1, made::reading({{1.0F, 11.0F, 41.0F}}), 2);
+  session().current_station_index = -1;
+  session().current_station = no_current_station;
+  (void)display_station(1, {});
+  GraphPair plot = station_plot(false);
+  const std::vector<graph::SeriesStyle>& styles = plot.phase.series_styles;
+  ASSERT_EQ(styles.size(), 5U);
+  EXPECT_EQ(styles[0].colour, black);
+  EXPECT_EQ(styles[0].width, 3.0);
+  EXPECT_EQ(styles[1].colour, repeat_colour(1));
+  EXPECT_EQ(styles[1].width, 2.0);
+  EXPECT_EQ(styles[3].colour, repeat_colour(3));
+  EXPECT_EQ(styles[3].width, 1.0);
+  EXPECT_EQ(styles[4].colour, cyan);
+  const char* labels[] = {"Merged data", "Averaged data for 64", "Averaged data for 256",
+                          "Averaged file for 64", "Merged file data"};
+  for (std::size_t slot = 0; slot < 5; ++slot) {
+    EXPECT_EQ(station_series_label(slot), labels[slot]);
+  }
+  EXPECT_EQ(station_label(), "Merge/averages for 100");
+
+  (void)display_station(2, {true, false, 1, Module_averaged_data::NeighbourSide::both});
+  plot = station_plot(false);
+  ASSERT_EQ(plot.phase.series_styles.size(), 3U);
+  EXPECT_EQ(plot.phase.series_styles[1].colour, blue);
+  EXPECT_EQ(plot.phase.series_styles[2].colour, cyan);
+  EXPECT_EQ(plot.phase.point_styles[2].front(), graph::override_style(1));
+  EXPECT_EQ(station_series_label(2), "Merged for 300");
+}
+
+TEST_F(Plots, Fixed_scale_takes_the_limits_of_the_line) {
+  open_line(3);
+  EXPECT_DOUBLE_EQ(raw_plot(true).resistivity.y.maximum, 1.05 * 196.5 + 1.0);
+  EXPECT_DOUBLE_EQ(raw_plot(true).phase.y.minimum, 0.95 * 42.5 - 2.0);
+  EXPECT_DOUBLE_EQ(station_plot(true).resistivity.y.maximum, 1.2 * 196.5 + 1.0);
+  EXPECT_DOUBLE_EQ(station_plot(false).resistivity.y.maximum, 1.2 * 176.5 + 1.0);
+  EXPECT_DOUBLE_EQ(station_plot(true).phase.y.minimum, 0.95 * 42.5 - 2.0);
+  EXPECT_DOUBLE_EQ(station_plot(false).phase.y.minimum, 0.9 * 42.5 - 2.0);
+}
+
+TEST_F(Plots, Profile_runs_along_the_stations) {
+  open_line(3);
+  const GraphPair plot = profile_plot();
+  ASSERT_EQ(plot.resistivity.table.series.size(), 7U);
+  EXPECT_EQ(plot.resistivity.table.series[0].x, (std::vector<double>{100.0, 200.0, 300.0}));
+  EXPECT_EQ(plot.resistivity.point_styles[5], (std::vector<int>{3, 3, 3}));
+  EXPECT_EQ(plot.resistivity.point_styles[6], (std::vector<int>{4, 4, 4}));
+  EXPECT_FALSE(plot.resistivity.series_styles[0].colour.has_value());
+  EXPECT_DOUBLE_EQ(plot.phase.x.minimum, 50.0);
+  EXPECT_DOUBLE_EQ(plot.phase.x.maximum, 350.0);
+  EXPECT_DOUBLE_EQ(plot.resistivity.y.minimum, 0.8 * 113.5);
+  EXPECT_DOUBLE_EQ(plot.resistivity.y.maximum, 1.2 * 196.5 + 1.0);
+  EXPECT_DOUBLE_EQ(plot.phase.y.maximum, 1.1 * 42.5 + 2.0);
+}
+
+TEST(Repeat_colour, Repeats_after_sixteen) {
+  EXPECT_EQ(repeat_colour(0), (graph::Colour{0, 127, 255}));
+  EXPECT_EQ(repeat_colour(14), (graph::Colour{255, 167, 0}));
+  EXPECT_EQ(repeat_colour(31), (graph::Colour{255, 127, 0}));
+}
