@@ -5,6 +5,7 @@
 #include <QFileInfo>
 
 #include "import/Form_import_report.h"
+#include "import/import_files.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_import_MTData.h"
 
