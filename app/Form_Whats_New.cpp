@@ -13,6 +13,10 @@ Form_Whats_New::Form_Whats_New(QWidget* parent)
       "<li>Opening packs the survey and keeps its earlier state in a .bak file. A crash at any moment leaves "
       "a whole survey.</li>"
       "<li>Save Database As replaces an existing file only when the copy is complete.</li>"
+      "<li>Field files come in through Database, Import, MT Data: a sample shows how each file would be "
+      "taken, "
+      "and a report says what was ignored or could not be read.</li>"
+      "<li>Database, View Table shows survey tables of any size at once.</li>"
       "<li>Long work shows how far it is and can be stopped.</li>"
       "</ul>");
   resize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 18);

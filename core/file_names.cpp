@@ -7,6 +7,7 @@
 #include <set>
 #include <system_error>
 
+#include "core/scope_guard.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 
@@ -81,6 +82,8 @@ class FolderSearch {
       }
     }
     for (const fs::path& subfolder : subfolders) {
+      // How much there is to search shows only at the end.
+      user_interface().show_progress("Looking for files: " + std::to_string(files_.size()) + " found", 0);
       user_interface().process_events();
       if (user_interface().stop_requested()) {
         return;
@@ -143,6 +146,7 @@ int select_output_file(std::string& name, const std::string& title, const std::s
 
 std::vector<std::string> scan_directory(std::string_view pattern, std::string_view directory) {
   std::vector<std::string> files;
+  const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
   try {
     const std::string_view place = trimmed(directory);
     FolderSearch(completed_pattern(pattern), files)

@@ -25,6 +25,8 @@ Form_view_table::Form_view_table(const std::string& path, const Module_database:
   ui_->setupUi(this);
   setWindowTitle(utf8(table.caption) + " - " + QFileInfo(QString::fromStdString(path)).fileName());
   ui_->Grid_table->horizontalHeader()->setResizeContentsPrecision(rows_measured);
+  ui_->Grid_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() +
+                                                           fontMetrics().descent() * 2);
   ui_->Grid_table->setModel(model_);
   ui_->Grid_table->resizeColumnsToContents();
   ui_->Label_row_count->setText(QString::number(model_->rowCount()) +

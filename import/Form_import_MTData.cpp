@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QScreen>
 
 #include "import/Form_import_report.h"
 #include "import/import_files.h"
@@ -25,7 +26,8 @@ Form_import_MTData::Form_import_MTData(QWidget* parent)
   connect_controls();
   set_running(false);
   show_page(ui_->Frame_select_files);
-  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 36);
+  resize(QSize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42)
+             .boundedTo(screen()->availableSize() * 0.95));
 }
 
 Form_import_MTData::~Form_import_MTData() = default;
@@ -65,8 +67,11 @@ void Form_import_MTData::connect_controls() {
 }
 
 void Form_import_MTData::show_page(QWidget* page) {
-  const bool importing = page == ui_->Frame_import_data;
+  const bool importing = page == ui_->Page_import_data;
   ui_->Pages->setCurrentWidget(page);
+  QSizePolicy keeps_its_place = ui_->Frame_progress->sizePolicy();
+  keeps_its_place.setRetainSizeWhenHidden(importing);  // nothing moves when a run begins
+  ui_->Frame_progress->setSizePolicy(keeps_its_place);
   for (QPushButton* const button :
        {ui_->Command_back, ui_->Command_import_data_0, ui_->Command_import_data_1}) {
     button->setVisible(importing);
@@ -81,7 +86,7 @@ void Form_import_MTData::process_files() {
     QApplication::beep();
     return;
   }
-  show_page(ui_->Frame_import_data);
+  show_page(ui_->Page_import_data);
   ui_->Text_current_directory->setText(QDir::toNativeSeparators(ui_->Frame_select_files->folder()));
   ui_->Combo_data_type->setCurrentIndex(-1);
   ui_->Combo_data_reduced->setCurrentIndex(-1);
@@ -167,9 +172,6 @@ void Form_import_MTData::set_running(bool running) {
            ui_->Command_import_data_1, ui_->Command_cancel_import}) {
     part->setEnabled(!running);
   }
-  QSizePolicy keeps_its_place = ui_->Frame_progress->sizePolicy();
-  keeps_its_place.setRetainSizeWhenHidden(true);
-  ui_->Frame_progress->setSizePolicy(keeps_its_place);
   ui_->Frame_progress->setVisible(running);
 }
 

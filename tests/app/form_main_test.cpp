@@ -151,6 +151,29 @@ class FormMainTest : public QObject {
     QVERIFY(!control("Splitter_profile")->isVisible());
   }
 
+  void dialogs_open_from_their_items() {
+    start();
+    open_by_key(make_survey("survey.mdb", true));
+    Module_Brenlox::push_undo_static(1, 1.0F);
+    QStringList titles;
+    QTimer waiting;
+    connect(&waiting, &QTimer::timeout, this, [&] {
+      if (QWidget* const dialog = QApplication::activeModalWidget(); dialog != nullptr) {
+        titles.append(dialog->windowTitle());
+        QTest::keyClick(dialog, Qt::Key_Escape);
+      }
+    });
+    waiting.start(1);
+    for (const char* const name :
+         {"menu_view_table_0", "menu_view_table_1", "menu_view_table_2", "menu_import_MT"}) {
+      item(name)->trigger();
+    }
+    QCOMPARE(titles, QStringList({"Survey Header - survey.mdb", "File Headers - survey.mdb",
+                                  "Data Readings - survey.mdb", "Import MT Data"}));
+    QVERIFY(!item("menu_undo")->isEnabled());
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+  }
+
   void recalculate_makes_averages_and_merged_curves() {
     start();
     open_by_key(make_survey("survey.mdb", true));
