@@ -1,0 +1,63 @@
+#include "app/output_panel.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemModel>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "ui_output_panel.h"
+
+OutputPanel::OutputPanel(QWidget* parent)
+    : QFrame(parent), ui_(std::make_unique<Ui::output_panel>()), folders_(new QFileSystemModel(this)) {
+  ui_->setupUi(this);
+  folders_->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
+  ui_->DirList->setModel(folders_);
+  for (int column = 1; column < folders_->columnCount(); ++column) {
+    ui_->DirList->hideColumn(column);
+  }
+  connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
+  connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
+}
+
+OutputPanel::~OutputPanel() = default;
+
+bool OutputPanel::open_for_zonge() {
+  if (Module_output::read_output_lists(lists_) != 0) {
+    return false;
+  }
+  ui_->Combo_output_linelist->clear();
+  for (const std::string& line : lists_.lines) {
+    ui_->Combo_output_linelist->addItem(QString::fromStdString(line));
+  }
+  ui_->Combo_output_dipole->clear();
+  for (const float dipole : lists_.dipoles) {
+    ui_->Combo_output_dipole->addItem(QString::fromStdString(plain_text(dipole)));
+  }
+  for (QComboBox* const choice :
+       {ui_->Combo_output_linelist, ui_->Combo_output_datatype, ui_->Combo_output_dipole}) {
+    choice->setCurrentIndex(-1);
+  }
+  ui_->Label_numout->setText("0");
+  ui_->Frame_rhoplus->hide();
+  ui_->Label_data_type->setText(QString::fromStdString(session().current_data_type));
+  show_folder(QFileInfo(QString::fromStdString(session().database_file)).absolutePath());
+  return true;
+}
+
+void OutputPanel::show_folder(const QString& folder) {
+  folders_->setRootPath(QDir::rootPath());
+  const QModelIndex place = folders_->index(folder);
+  ui_->DirList->setCurrentIndex(place);
+  ui_->DirList->scrollTo(place);
+}
+
+void OutputPanel::write() {
+  const Module_output::OutputChoices choices{ui_->Combo_output_linelist->currentIndex(),
+                                             ui_->Combo_output_datatype->currentIndex(),
+                                             ui_->Combo_output_dipole->currentIndex(),
+                                             folders_->filePath(ui_->DirList->currentIndex()).toStdString()};
+  static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, [this](int rows) {
+    ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
+  }));
+}

@@ -1,0 +1,35 @@
+// output_panel.h: chooses a line and writes its merged curves for other programs.
+#pragma once
+#include <QFrame>
+#include <memory>
+
+#include "output/output_choices.h"
+
+namespace Ui {
+class output_panel;
+}
+class QFileSystemModel;
+
+/// Frame_store of the main window; stands in the place of the data while it is open.
+class OutputPanel : public QFrame {
+  Q_OBJECT
+
+ public:
+  explicit OutputPanel(QWidget* parent = nullptr);
+  ~OutputPanel() override;
+
+  /// Fills the lists for writing Zonge sets. @return false after a message if the survey has nothing to write
+  bool open_for_zonge();
+
+ signals:
+  /// The person is done with the panel.
+  void done();
+
+ private:
+  void show_folder(const QString& folder);
+  void write();
+
+  std::unique_ptr<Ui::output_panel> ui_;
+  QFileSystemModel* folders_;
+  Module_output::OutputLists lists_;
+};

@@ -1,0 +1,89 @@
+#include "output/output_choices.h"
+
+#include <filesystem>
+
+#include "core/file_names.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "database/survey_database.h"
+
+namespace Module_output {
+
+namespace {
+
+// Asks for the file to write. Empty when the person thinks better of it.
+std::string ask_for_file(const ZongeSelection& selection, const std::string& folder) {
+  FileDialogRequest request;
+  request.title = "Enter Name Output Data File";
+  request.filter = "Output data File (*.avg)|*.avg|All files (*.*)|*.*";
+  request.default_extension = "*.avg";
+  request.directory = folder;
+  request.suggested_name = zonge_file_name(selection);
+  std::string path = user_interface().select_file_to_create(request);
+  std::error_code ignored;
+  if (!path.empty() && std::filesystem::exists(path, ignored) &&
+      !user_interface().ask_yes_no("The specified file already exists, overwrite?")) {
+    path.clear();
+  }
+  return path;
+}
+
+const char* missing_choice(const OutputChoices& choices) {
+  if (choices.line_index < 0) {
+    return "Please select which line to output";
+  }
+  if (choices.reference_index < 0) {
+    return "Please select which data type to output";
+  }
+  return choices.dipole_index < 0 ? "Please select which dipole to output" : nullptr;
+}
+
+}  // namespace
+
+int read_output_lists(OutputLists& lists) {
+  lists = {};
+  return trap_errors("An error occurred while reading the lines: ", [&] {
+    dao::Database& database = Module_database::open_survey().database;
+    dao::Recordset lines =
+        database.open_recordset("SELECT DISTINCT LineNumber FROM FileTable ORDER BY LineNumber;");
+    for (; !lines.eof(); lines.move_next()) {
+      lists.lines.push_back(lines.get_text("LineNumber"));
+    }
+    dao::Recordset dipoles =
+        database.open_recordset("SELECT DISTINCT DipoleLength FROM FileTable ORDER BY DipoleLength;");
+    for (; !dipoles.eof(); dipoles.move_next()) {
+      lists.dipoles.push_back(dipoles.get_single("DipoleLength"));
+    }
+    if (lists.lines.empty() || lists.dipoles.empty()) {
+      user_interface().show_message("There is no data in the database");
+      return -1;
+    }
+    return 0;
+  });
+}
+
+int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
+                       const std::function<void(int)>& show_row_count) {
+  if (const char* const missing = missing_choice(choices)) {
+    user_interface().show_message(missing);
+    return -1;
+  }
+  const ZongeSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
+                                 choices.reference_index, session().current_data_type,
+                                 lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const std::string path = ask_for_file(selection, choices.folder);
+  if (path.empty()) {
+    return 0;
+  }
+  int row_count = 0;
+  {
+    const BusyPointer busy;
+    if (output_zonge(selection, path, show_row_count, row_count) != 0) {
+      return -1;
+    }
+  }
+  user_interface().show_message("Data output completed");
+  return 0;
+}
+
+}  // namespace Module_output

@@ -1,0 +1,33 @@
+// output_choices.h: what the output panel offers and what must be chosen before a line is written.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "output/zonge.h"
+
+namespace Module_output {
+
+struct OutputLists {
+  std::vector<std::string> lines;
+  std::vector<float> dipoles;  // m
+};
+
+/// The lines and dipole lengths of the survey's files.
+/// @return 0, or -1 after a message ("There is no data in the database", or the failure)
+[[nodiscard]] int read_output_lists(OutputLists& lists);
+
+/// The choices on the panel; an index is -1 while nothing is chosen.
+struct OutputChoices {
+  int line_index = -1;
+  int reference_index = -1;  // the reference type itself
+  int dipole_index = -1;
+  std::string folder;
+};
+
+/// Writes the chosen line as a Zonge set, of the data type of the session's selection. Asks for the file.
+/// @return 0 done, with the message that tells so, or when the person thought better of it; -1 after a
+/// message that names what is missing or failed
+[[nodiscard]] int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
+                                     const std::function<void(int)>& show_row_count);
+
+}  // namespace Module_output
