@@ -41,7 +41,8 @@ void leave_station(const ReadingKey& key) {
   session().current_scan_rate = decimal_of_single(key.scan_rate);
 }
 
-/// Writes an entry back. @param finish is given what the row held until then
+/// Writes an entry back, which may stand in a stack until `finish` or `drop` takes it from there.
+/// @param finish is given what the row held until then
 template <class Finish>
 UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
   std::optional<ExchangedRow> row;
@@ -79,16 +80,14 @@ UndoResult undo_last_change() {
   if (Module_Brenlox::undo_count() == 0) {
     return {};
   }
-  const UndoEntry entry = Module_Brenlox::top_undo();
-  return write_back(entry, Module_Brenlox::move_to_redo, Module_Brenlox::pop_undo);
+  return write_back(Module_Brenlox::top_undo(), Module_Brenlox::move_to_redo, Module_Brenlox::pop_undo);
 }
 
 UndoResult redo_last_change() {
   if (Module_Brenlox::redo_count() == 0) {
     return {};
   }
-  const UndoEntry entry = Module_Brenlox::top_redo();
-  return write_back(entry, Module_Brenlox::move_to_undo, Module_Brenlox::pop_redo);
+  return write_back(Module_Brenlox::top_redo(), Module_Brenlox::move_to_undo, Module_Brenlox::pop_redo);
 }
 
 }  // namespace Module_averaged_data
