@@ -26,7 +26,7 @@ Form_import_MTData::Form_import_MTData(QWidget* parent)
   connect_controls();
   set_running(false);
   show_page(ui_->Frame_select_files);
-  resize(QSize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42)
+  resize(QSize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 48)
              .boundedTo(screen()->availableSize() * 0.95));
 }
 
