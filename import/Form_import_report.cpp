@@ -32,6 +32,7 @@ Form_import_report::Form_import_report(ImportReport report, QWidget* parent)
   resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 30);
   make_cells_copyable(*ui_->Tree_report);
   connect(ui_->Tree_report, &QTreeWidget::itemExpanded, this, &Form_import_report::add_remarks);
+  ui_->Tree_report->setHeaderLabels({"File and remarks", "Sections", "Readings", "Frequencies", "Remarks"});
   fill();
   QHeaderView& header = *ui_->Tree_report->header();
   header.setStretchLastSection(false);

@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QStorageInfo>
-#include <QTimer>
 
 #include "core/user_interface.h"
 #include "import/import_run.h"
@@ -24,6 +23,7 @@ ImportFileChooser::ImportFileChooser(QWidget* parent)
   ui_->columns->setStretch(0, 3);
   ui_->columns->setStretch(1, 3);
   ui_->columns->setStretch(2, 5);
+  ui_->ListView_binary->setHeaderLabels({"File Name", "Location"});
   ui_->ListView_binary->header()->resizeSection(0, fontMetrics().averageCharWidth() * 24);
   ui_->Text_file_extension->setText(QString::fromStdString(import_extension()));
   fill_drives();
@@ -33,12 +33,11 @@ ImportFileChooser::ImportFileChooser(QWidget* parent)
   connect(ui_->Text_folder, &QLineEdit::returnPressed, this, &ImportFileChooser::type_folder);
   connect(ui_->Dir_binary->selectionModel(), &QItemSelectionModel::currentChanged, this,
           &ImportFileChooser::show_folder_files);
-  connect(folders_, &QFileSystemModel::directoryLoaded, this, [this] {
-    // The tree lays new rows out after this signal.
-    QTimer::singleShot(0, ui_->Dir_binary, [tree = ui_->Dir_binary] {
-      tree->scrollTo(tree->currentIndex(), QAbstractItemView::PositionAtCenter);
-    });
-  });
+  // Queued, as the tree lays new rows out after this signal.
+  connect(
+      folders_, &QFileSystemModel::directoryLoaded, ui_->Dir_binary,
+      [tree = ui_->Dir_binary] { tree->scrollTo(tree->currentIndex(), QAbstractItemView::PositionAtCenter); },
+      Qt::QueuedConnection);
   connect(ui_->Text_file_extension, &QLineEdit::textChanged, this, &ImportFileChooser::show_folder_files);
   connect(ui_->File_binary, &QListWidget::itemDoubleClicked, this, [this] { add_shown(true); });
   connect(ui_->Command_add_selected, &QPushButton::clicked, this, [this] { add_shown(true); });

@@ -67,8 +67,10 @@ class FormViewTableTest : public QObject {
   }
 
   void shows_readings_beside_the_open_survey() {
+    constexpr int frequencies = 60;
     std::vector<made::Point> points;
-    for (int i = 0; i < 60; ++i) {
+    points.reserve(frequencies);
+    for (int i = 0; i < frequencies; ++i) {
       points.push_back({1.0F + static_cast<float>(i), 10.0F, 45.0F});
     }
     made::store(made::key(0.1F, -12.5), 3, made::reading(points));
