@@ -1,7 +1,6 @@
 #include "app/Form_main.h"
 
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QLabel>
 #include <QResizeEvent>
 #include <QScreen>
@@ -10,6 +9,7 @@
 #include "app/Form_Whats_New.h"
 #include "app/Form_about.h"
 #include "app/Form_find_file.h"
+#include "app/survey_display.h"
 #include "app/survey_file_commands.h"
 #include "core/preferences.h"
 #include "core/session_state.h"
@@ -61,11 +61,15 @@ Form_main::Form_main(QWidget* parent)
   Module_Brenlox::reset_session(*this);
 }
 
-Form_main::~Form_main() { Module_Brenlox::set_undo_listener({}); }
+Form_main::~Form_main() {
+  Module_Brenlox::set_undo_listener({});
+  Module_Brenlox::set_redo_listener({});
+}
 
 void Form_main::compose() {
   ui_->setupUi(this);
-  overview_ = new SurveyOverview(ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group);
+  display_ = new SurveyDisplay(
+      {ui_->Selection_row, ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group}, this);
 
   QFont calm_heading = ui_->Label_no_readings->font();
   calm_heading.setPointSizeF(calm_heading.pointSizeF() * 1.3);
@@ -75,7 +79,7 @@ void Form_main::compose() {
   ui_->status_bar->addPermanentWidget(version_);
 
   resizer_->setObjectName("vxReSizer");
-  resizer_->manage(ui_->Splitter_profile, {1.0, 3.0});
+  resizer_->manage(ui_->Splitter_profile, {1.0, 2.0});
   resizer_->manage(ui_->Splitter_map, {2.0, 3.0});
 
   resizer_timer_->setObjectName("Timer_resizer");
@@ -109,7 +113,10 @@ void Form_main::connect_menus() {
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+  connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
+  connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
+  Module_Brenlox::set_redo_listener([this](bool available) { ui_->menu_redo->setEnabled(available); });
   connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
           &QAction::trigger);
   connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
@@ -119,6 +126,10 @@ void Form_main::connect_menus() {
   auto* const file_key = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_F), this);
   connect(file_key, &QShortcut::activated, this,
           [this] { ui_->menu_bar->setActiveAction(ui_->menu_file->menuAction()); });
+  for (const int step : {-1, 1}) {
+    auto* const key = new QShortcut(QKeySequence(step < 0 ? Qt::Key_Left : Qt::Key_Right), this);
+    connect(key, &QShortcut::activated, this, [this, step] { ui_->Selection_row->step_station(step); });
+  }
 }
 
 QAction* Form_main::menu_item(const char* array, int index) const {
@@ -181,7 +192,7 @@ void Form_main::set_database_menus(bool open) {
     ui_->central->layout()->activate();
     resizer_->apply_resize();  // the window may have been resized while the display was hidden
   } else {
-    overview_->show_survey({}, {});
+    display_->clear();
   }
 }
 
@@ -212,29 +223,36 @@ void Form_main::display_site_map() {
   if (!session().database_open) {
     return;
   }
-  static_cast<void>(trap_errors("An error occurred while displaying the survey: ", [this] {
-    const Module_Brenlox::SurveySummary summary = Module_Brenlox::survey_summary();
-    const bool empty = summary.lines.empty();
-    ui_->Label_no_readings->setVisible(empty);
-    ui_->Splitter_profile->setVisible(!empty);
-    overview_->show_survey(QFileInfo(QString::fromStdString(session().database_file)).fileName(), summary);
-    if (!empty) {
-      ui_->Frame_display->layout()->activate();
-      resizer_->apply_resize();
-    }
-  }));
+  display_->display_site_map();
+  show_panels();
+}
+
+void Form_main::show_panels() {
+  const bool empty = session().station_count == 0;
+  ui_->Label_no_readings->setVisible(empty);
+  ui_->Selection_row->setVisible(!empty);
+  ui_->Splitter_profile->setVisible(!empty);
+  if (!empty) {
+    ui_->Frame_display->layout()->activate();
+    resizer_->apply_resize();
+  }
+}
+
+void Form_main::survey_changed() {
+  display_->reload();
+  show_panels();
 }
 
 void Form_main::recalculate_merged() {
   const BusyPointer busy;
   static_cast<void>(Module_averaged_data::recalculate_merged());
-  display_site_map();  // a failure or a stop keeps what was rebuilt by then
+  survey_changed();  // a failure or a stop keeps what was rebuilt by then
 }
 
 void Form_main::import_data() {
   Module_Brenlox::clear_undo();
   Form_import_MTData(this).exec();
-  display_site_map();  // a run that failed or was stopped has stored files, too
+  survey_changed();  // a run that failed or was stopped has stored files, too
 }
 
 void Form_main::view_table(const Module_database::ViewedTable& table) {

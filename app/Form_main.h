@@ -8,7 +8,6 @@
 #include <memory>
 
 #include "app/main_view.h"
-#include "app/survey_overview.h"
 #include "database/table_rows.h"
 #include "platform/widgets/vex_control_resizer.h"
 
@@ -16,6 +15,7 @@ namespace Ui {
 class Form_main;
 }
 class QLabel;
+class SurveyDisplay;
 
 class Form_main : public QMainWindow, private MainView {
   Q_OBJECT
@@ -45,6 +45,8 @@ class Form_main : public QMainWindow, private MainView {
   void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
+  void show_panels();
+  void survey_changed();
   void recalculate_merged();
   void import_data();
   void view_table(const Module_database::ViewedTable& table);
@@ -54,5 +56,5 @@ class Form_main : public QMainWindow, private MainView {
   VexControlResizer* resizer_;
   QTimer* resizer_timer_;
   QLabel* version_;
-  SurveyOverview* overview_ = nullptr;
+  SurveyDisplay* display_ = nullptr;
 };

@@ -20,7 +20,7 @@ class ImportDecodeGrid : public QTableWidget {
 
   [[nodiscard]] QSize sizeHint() const override;
 
- signals:
+ Q_SIGNALS:
   void table_changed();
 
  protected:

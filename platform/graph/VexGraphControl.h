@@ -108,7 +108,7 @@ class VexGraphControl final : public QWidget {
   QSize sizeHint() const override { return {360, 220}; }
   QSize minimumSizeHint() const override { return {160, 90}; }
 
- signals:
+ Q_SIGNALS:
   void point_selected(int series, int point);
   void pointer_moved(bool off_graph, double x, double y);  // x and y are 0 off the graph
   void x_view_changed(bool zoomed, double lower, double upper);

@@ -22,7 +22,7 @@ class MouseGestures final : public QObject {
 
   static constexpr double click_distance = 3.0;  // pixels
 
- signals:
+ Q_SIGNALS:
   void clicked(QPointF at);
   void double_clicked(QPointF at);
   void hovered(QPointF at);

@@ -8,7 +8,7 @@ class VexSplitter : public QSplitter {
  public:
   explicit VexSplitter(QWidget* parent = nullptr);
 
- signals:
+ Q_SIGNALS:
   /// The person has let go of a divider in a place other than where it was taken. Sizes that the program
   /// sets raise nothing.
   void split_moved();

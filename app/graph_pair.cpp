@@ -1,0 +1,98 @@
+#include "app/graph_pair.h"
+
+#include <QVBoxLayout>
+#include <limits>
+#include <utility>
+
+#include "display/plot_colours.h"
+
+namespace {
+
+constexpr float frequency_cutoff = 0.001F;  // Hz
+
+void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
+  graph.clear_graph();
+  graph.set_xaxismin(static_cast<float>(plot.x.minimum));
+  graph.set_xaxismax(static_cast<float>(plot.x.maximum));
+  graph.set_yaxismin(static_cast<float>(plot.y.minimum));
+  graph.set_yaxismax(static_cast<float>(plot.y.maximum));
+  graph.set_graph_data(std::move(plot.table));
+  graph.set_graph_styles(std::move(plot.point_styles));
+  for (std::size_t series = 0; series < plot.series_styles.size(); ++series) {
+    graph.set_series_style(static_cast<int>(series), plot.series_styles[series]);
+  }
+  graph.draw_graph();
+}
+
+}  // namespace
+
+GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title, QWidget* parent)
+    : QWidget(parent) {
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(0);
+  for (std::size_t index = 0; index < graphs_.size(); ++index) {
+    auto* const graph = new VexGraphControl;
+    graphs_[index] = graph;
+    graph->setObjectName(QString("%1_%2").arg(name).arg(index));
+    graph->set_xaxistype(x_type);
+    if (x_type == graph::AxisType::logarithmic) {
+      graph->set_xaxiscutoff(frequency_cutoff);
+    }
+    const auto component = static_cast<Component>(index);
+    connect(graph, &VexGraphControl::point_selected, this,
+            [this, component](int series, int point) { Q_EMIT point_selected(component, series, point); });
+    connect(graph, &VexGraphControl::pointer_moved, this, [this, component](bool off, double x, double y) {
+      Q_EMIT pointer_moved(component, off, x, y);
+    });
+    rows->addWidget(graph, index == 0 ? 3 : 2);
+  }
+  graphs_[0]->set_yaxistype(graph::AxisType::logarithmic);
+  graphs_[0]->set_y_title("Apparent resistivity (ohm-m)");
+  graphs_[0]->set_x_labels_shown(false);
+  graphs_[1]->set_y_title("Phase (deg)");
+  graphs_[1]->set_x_title(x_title);
+  graphs_[0]->share_x_zoom(*graphs_[1]);
+}
+
+void GraphPairWidget::clear() {
+  for (VexGraphControl* const graph : graphs_) {
+    graph->begin_overlay();
+    graph->clear_graph();
+    graph->draw_graph();
+  }
+}
+
+void GraphPairWidget::show_plot(Module_display_data::GraphPair plot) {
+  hand_over(*graphs_[0], std::move(plot.resistivity));
+  hand_over(*graphs_[1], std::move(plot.phase));
+}
+
+void GraphPairWidget::mark_x(double x) {
+  constexpr double edge = std::numeric_limits<double>::infinity();
+  for (VexGraphControl* const graph : graphs_) {
+    graph->begin_overlay();
+    graph->draw_overlay_line(x, -edge, x, edge, Module_display_data::blue);
+  }
+}
+
+void GraphPairWidget::redraw() {
+  for (VexGraphControl* const graph : graphs_) {
+    graph->draw_graph();
+  }
+}
+
+void GraphPairWidget::reset_zoom() {
+  for (VexGraphControl* const graph : graphs_) {
+    graph->reset_zoom();
+  }
+}
+
+void GraphPairWidget::set_point_text(const PointText& text) {
+  for (std::size_t index = 0; index < graphs_.size(); ++index) {
+    graphs_[index]->set_point_text([text, component = static_cast<Component>(index)](int series, int point) {
+      return QString::fromStdString(
+          text(static_cast<std::size_t>(series), static_cast<std::size_t>(point), component));
+    });
+  }
+}

@@ -1,0 +1,37 @@
+// graph_pair.h: the two graphs of a panel, resistivity above phase, with a common x axis.
+#pragma once
+#include <QWidget>
+#include <array>
+#include <functional>
+#include <string>
+
+#include "display/pane_plot.h"
+#include "platform/graph/VexGraphControl.h"
+#include "reduction/masks.h"
+
+class GraphPairWidget : public QWidget {
+  Q_OBJECT
+
+ public:
+  using Component = Module_averaged_data::Component;
+  using PointText = std::function<std::string(std::size_t series, std::size_t point, Component)>;
+
+  /// @param name of the control array; its members are name_0, resistivity, and name_1, phase
+  GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title, QWidget* parent = nullptr);
+
+  void clear();
+  /// Takes a plot over and draws each graph once. A marked place stays.
+  void show_plot(Module_display_data::GraphPair plot);
+  /// Marks a place on the x axis by a blue line, seen from the next drawing.
+  void mark_x(double x);
+  void redraw();
+  void reset_zoom();
+  void set_point_text(const PointText& text);
+
+ Q_SIGNALS:
+  void point_selected(Module_averaged_data::Component component, int series, int point);
+  void pointer_moved(Module_averaged_data::Component component, bool off_graph, double x, double y);
+
+ private:
+  std::array<VexGraphControl*, 2> graphs_{};
+};

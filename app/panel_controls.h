@@ -1,0 +1,29 @@
+// panel_controls.h: the small things that the panels of the main view make in the same way.
+#pragma once
+#include <QLabel>
+#include <QString>
+#include <string>
+
+class QBoxLayout;
+class QComboBox;
+class QLineEdit;
+
+template <class Widget>
+Widget* named(Widget* widget, const QString& name) {
+  widget->setObjectName(name);
+  return widget;
+}
+
+inline QString qt_text(const std::string& text) { return QString::fromStdString(text); }
+
+/// A line of text that is as wide as `characters` digits.
+QLineEdit* make_text(const QString& name, int characters, bool read_only = false);
+
+/// A list that is as wide as its longest item.
+QComboBox* make_list(const QString& name);
+
+/// A heading that may be cut off where its panel is narrow.
+QLabel* make_heading(const QString& name);
+
+/// Puts a control behind its label, which takes the keyboard to it.
+void add_labelled(QBoxLayout& row, const QString& label, QWidget* control);

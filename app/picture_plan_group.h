@@ -1,0 +1,48 @@
+// picture_plan_group.h: the right-hand panel: the plan with its bars, the raw data over it, and the position
+// under the pointer.
+#pragma once
+#include <QWidget>
+#include <array>
+
+class RawPanel;
+class SiteMap;
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QScrollBar;
+class QStackedLayout;
+
+class PlanPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit PlanPanel(QWidget* parent = nullptr);
+
+  /// Draws the plan with the current station marked.
+  void draw_plan();
+  void show_coordinates();  // of the session
+  void show_raw_data(bool shown);
+  /// The three parts of Status_site_map.
+  void show_status(const QString& what, const QString& x, const QString& y);
+  void show_status(const QString& what);
+  [[nodiscard]] RawPanel& raw_data() { return *Picture_raw_data_; }
+
+ Q_SIGNALS:
+  void station_picked(int station_index);
+
+ private:
+  QWidget* make_plan();
+  QWidget* make_status();
+  void connect_controls();
+  void pan(QScrollBar& bar, void (*pan_plan)(int), int value);
+
+  RawPanel* Picture_raw_data_;
+  SiteMap* Picture_site_map_;
+  QScrollBar* HScroll_x_centre_;
+  QScrollBar* VScroll_y_centre_;
+  QScrollBar* VScroll_scale_;
+  QComboBox* Combo_coords_;
+  QPushButton* Command_show_raw_data_;
+  std::array<QLabel*, 3> Status_site_map_{};
+  QStackedLayout* stack_;
+};

@@ -1,0 +1,99 @@
+#include "app/picture_site_map.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "display/plan_view.h"
+
+using namespace Module_display_data;
+
+namespace {
+
+constexpr double station_width = 3.0;  // pixels
+constexpr double current_width = 9.0;
+
+void draw_dot(QPainter& painter, PlanPoint at, double width, const QColor& colour) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawEllipse(QPointF(at.x, at.y), width / 2.0, width / 2.0);
+}
+
+/// Each line is named at its first station that is seen.
+void draw_line_names(QPainter& painter, double height) {
+  painter.setPen(QColor(90, 90, 90));
+  std::int32_t named_line = 0;
+  for (std::int32_t index = 1; index <= session().station_count; ++index) {
+    const auto at = static_cast<std::size_t>(index) - 1;
+    const PlanPoint place = station_place(index);
+    if (session().line_of_station[at] == named_line || !in_plan_window(place)) {
+      continue;
+    }
+    named_line = session().line_of_station[at];
+    const PlanPoint picture = to_picture(place, height);
+    painter.drawText(QPointF(picture.x + 7.0, picture.y - 4.0),
+                     "Line " + QString::fromStdString(session().station_line[at]));
+  }
+}
+
+}  // namespace
+
+SiteMap::SiteMap(QWidget* parent) : QWidget(parent) {
+  setMouseTracking(true);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setToolTip("Click a station to select it; turn the wheel to zoom");
+}
+
+void SiteMap::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), Qt::white);
+  painter.setPen(QColor(160, 160, 160));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  if (!(plan_window().plan_y_scale > 0.0)) {
+    return;
+  }
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (session().current_station_index > 0) {
+    draw_dot(painter, to_picture(station_place(session().current_station_index), height()), current_width,
+             Qt::magenta);
+  }
+  for (std::int32_t index = 1; index <= session().station_count; ++index) {
+    const PlanPoint place = station_place(index);
+    if (in_plan_window(place)) {
+      draw_dot(painter, to_picture(place, height()), station_width, Qt::black);
+    }
+  }
+  draw_line_names(painter, height());
+}
+
+void SiteMap::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  Q_EMIT resized();
+}
+
+void SiteMap::mousePressEvent(QMouseEvent* event) {
+  const std::int32_t station_index = pick_station({event->position().x(), event->position().y()}, height());
+  if (event->button() == Qt::LeftButton && station_index > 0) {
+    Q_EMIT station_picked(station_index);
+  }
+}
+
+void SiteMap::mouseMoveEvent(QMouseEvent* event) {
+  if (plan_window().plan_y_scale > 0.0) {
+    const PlanPoint place = to_survey({event->position().x(), event->position().y()}, height());
+    Q_EMIT pointer_moved(place.x, place.y);
+  }
+}
+
+void SiteMap::leaveEvent(QEvent* event) {
+  QWidget::leaveEvent(event);
+  Q_EMIT pointer_left();
+}
+
+void SiteMap::wheelEvent(QWheelEvent* event) {
+  if (event->angleDelta().y() != 0) {
+    Q_EMIT zoom_wanted(event->angleDelta().y() > 0 ? 1 : -1);
+  }
+  event->accept();
+}

@@ -1,0 +1,131 @@
+#include "app/selection_row.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "app/panel_controls.h"
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+
+using namespace Module_display_data;
+
+SelectionRow::SelectionRow(QWidget* parent)
+    : QWidget(parent),
+      Combo_line_(make_list("Combo_line")),
+      Text_sample_station_(make_text("Text_sample_station", 8, true)),
+      HScroll_repeat_(named(new QScrollBar(Qt::Horizontal), "HScroll_repeat")),
+      Combo_reference_type_(make_list("Combo_reference_type")),
+      Combo_data_type_(make_list("Combo_data_type")),
+      Combo_dipole_(make_list("Combo_dipole")),
+      Text_frequency_(make_text("Text_frequency", 11)),
+      Text_event_(make_text("Text_event", 5, true)),
+      Text_file_(named(new QLineEdit, "Text_file")),
+      Check_hide_masked_data_(named(new QCheckBox("&Hide masked"), "Check_hide_masked_data")),
+      Check_fixed_scale_(named(new QCheckBox("Fi&xed scale"), "Check_fixed_scale")) {
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(4);
+  rows->addLayout(make_selection());
+  rows->addLayout(make_read_outs());
+  connect_controls();
+}
+
+QHBoxLayout* SelectionRow::make_selection() {
+  auto* const row = new QHBoxLayout;
+  add_labelled(*row, "Line", Combo_line_);
+  add_labelled(*row, "Station", Text_sample_station_);
+  HScroll_repeat_->setRange(1, 1);
+  HScroll_repeat_->setFocusPolicy(Qt::StrongFocus);
+  HScroll_repeat_->setToolTip("Stations of the line (Left, Right)");
+  row->addWidget(HScroll_repeat_, 1);
+  add_labelled(*row, "Reference", Combo_reference_type_);
+  add_labelled(*row, "Data", Combo_data_type_);
+  add_labelled(*row, "Dipole (m)", Combo_dipole_);
+  return row;
+}
+
+QHBoxLayout* SelectionRow::make_read_outs() {
+  auto* const row = new QHBoxLayout;
+  add_labelled(*row, "Frequency (Hz)", Text_frequency_);
+  add_labelled(*row, "Event", Text_event_);
+  Text_file_->setReadOnly(true);
+  Text_file_->setFocusPolicy(Qt::ClickFocus);
+  add_labelled(*row, "File", Text_file_);
+  row->setStretchFactor(Text_file_, 1);
+  row->addSpacing(12);
+  row->addWidget(Check_hide_masked_data_);
+  row->addWidget(Check_fixed_scale_);
+  return row;
+}
+
+void SelectionRow::connect_controls() {
+  connect(Combo_line_, &QComboBox::currentIndexChanged, this, [this](int index) {
+    Q_EMIT chosen(choose_line(index, Combo_line_->itemText(index).toStdString()));
+  });
+  connect(Combo_data_type_, &QComboBox::currentTextChanged, this,
+          [this](const QString& text) { Q_EMIT chosen(choose_data_type(text.toStdString())); });
+  connect(Combo_reference_type_, &QComboBox::currentIndexChanged, this, [this](int index) {
+    if (!session().updating_controls) {
+      Q_EMIT chosen(choose_reference_type(Combo_reference_type_->itemData(index).toInt()));
+    }
+  });
+  connect(Combo_dipole_, &QComboBox::currentIndexChanged, this, [this](int index) {
+    Q_EMIT chosen(choose_dipole(Combo_dipole_->itemData(index).toFloat()));
+  });
+  connect(HScroll_repeat_, &QScrollBar::valueChanged, this,
+          [this](int value) { Q_EMIT chosen(choose_station_in_line(value)); });
+  connect(Check_fixed_scale_, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(fixed_scale_changed()); });
+  connect(Check_hide_masked_data_, &QCheckBox::toggled, this,
+          [this](bool hide) { Q_EMIT chosen(choose_hide_masked(hide)); });
+}
+
+void SelectionRow::fill(const SelectionLists& lists) {
+  const ScopedValue updating(session().updating_controls, true);
+  for (QComboBox* const list : {Combo_line_, Combo_reference_type_, Combo_data_type_, Combo_dipole_}) {
+    list->clear();
+  }
+  for (const std::string& line : lists.lines) {
+    Combo_line_->addItem(qt_text(line));
+  }
+  for (const ReferenceTypeItem& item : lists.reference_types) {
+    Combo_reference_type_->addItem(qt_text(item.text), item.reference_type);
+  }
+  for (const std::string& data_type : lists.data_types) {
+    Combo_data_type_->addItem(qt_text(data_type));
+  }
+  Combo_data_type_->setCurrentIndex(lists.data_types.empty() ? -1 : lists.data_type_index);
+  for (const float dipole : lists.dipoles) {
+    Combo_dipole_->addItem(qt_text(plain_text(dipole)), dipole);
+  }
+  Check_hide_masked_data_->setChecked(session().hide_masked_data);
+  show_read_out({});
+  show_station();
+}
+
+void SelectionRow::show_station() {
+  const ScopedValue updating(session().updating_controls, true);
+  Combo_line_->setCurrentIndex(session().line_count > 0 ? session().current_line_index - 1 : -1);
+  HScroll_repeat_->setRange(1, std::max(session().stations_in_line, 1));
+  HScroll_repeat_->setValue(std::max(place_in_line(), 1));
+  const bool selected = session().current_station_index > 0 && !is_absent(session().current_station);
+  Text_sample_station_->setText(selected ? qt_text(plain_text(session().current_station)) : QString());
+}
+
+void SelectionRow::show_read_out(const PointClick& click) {
+  Text_frequency_->setText(qt_text(click.frequency_text));
+  Text_event_->setText(qt_text(click.event_text));
+  Text_file_->setText(qt_text(click.file_text));
+  Text_file_->setCursorPosition(0);
+}
+
+std::string SelectionRow::frequency_text() const { return Text_frequency_->text().toStdString(); }
+
+bool SelectionRow::fixed_scale() const { return Check_fixed_scale_->isChecked(); }
+
+void SelectionRow::step_station(int step) { HScroll_repeat_->setValue(HScroll_repeat_->value() + step); }

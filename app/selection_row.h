@@ -1,0 +1,52 @@
+// selection_row.h: the controls above the graphs: what is selected, and read-outs of the point clicked last.
+#pragma once
+#include <QWidget>
+#include <string>
+
+#include "display/graph_clicks.h"
+#include "display/selection.h"
+
+class QCheckBox;
+class QComboBox;
+class QHBoxLayout;
+class QLineEdit;
+class QScrollBar;
+
+class SelectionRow : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit SelectionRow(QWidget* parent = nullptr);
+
+  /// Shows the lists of a survey with the session's selection.
+  void fill(const Module_display_data::SelectionLists& lists);
+  /// Shows the session's line, station and their range.
+  void show_station();
+  /// Frequency, event and file of a clicked point.
+  void show_read_out(const Module_display_data::PointClick& click);
+  /// Hz, of the point clicked last; may have been typed over.
+  [[nodiscard]] std::string frequency_text() const;
+  [[nodiscard]] bool fixed_scale() const;
+  /// To the station before (-1) or after (1) in the line, if there is one.
+  void step_station(int step);
+
+ Q_SIGNALS:
+  void chosen(const Module_display_data::Redisplay& redisplay);
+
+ private:
+  QHBoxLayout* make_selection();
+  QHBoxLayout* make_read_outs();
+  void connect_controls();
+
+  QComboBox* Combo_line_;
+  QLineEdit* Text_sample_station_;
+  QScrollBar* HScroll_repeat_;
+  QComboBox* Combo_reference_type_;
+  QComboBox* Combo_data_type_;
+  QComboBox* Combo_dipole_;
+  QLineEdit* Text_frequency_;
+  QLineEdit* Text_event_;
+  QLineEdit* Text_file_;
+  QCheckBox* Check_hide_masked_data_;
+  QCheckBox* Check_fixed_scale_;
+};

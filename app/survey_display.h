@@ -1,0 +1,51 @@
+// survey_display.h: brings the panels of the main view together: what is chosen in one is drawn in all.
+//
+// A graph is drawn once for each choice or edit.
+#pragma once
+#include <QObject>
+
+#include "display/graph_clicks.h"
+#include "display/selection.h"
+#include "reduction/undo.h"
+
+class PlanPanel;
+class ProfilePanel;
+class RawPanel;
+class StationPanel;
+class SelectionRow;
+
+class SurveyDisplay : public QObject {
+  Q_OBJECT
+
+ public:
+  struct Panels {
+    SelectionRow* selection = nullptr;
+    ProfilePanel* profile = nullptr;
+    StationPanel* station = nullptr;
+    PlanPanel* plan = nullptr;
+  };
+
+  SurveyDisplay(const Panels& panels, QObject* parent);
+
+  /// Draws the plan. A survey that has just been opened gets its lists read and its first station displayed.
+  void display_site_map();
+  /// The survey has changed beside the panels: reads it anew and goes back to the station selected.
+  void reload();
+  /// Draws all graphs after a change of what is shown of the data.
+  void redraw();
+  void clear();
+  void undo();
+  void redo();
+
+ private:
+  void connect_panels();
+  void connect_graphs();
+  void apply(const Module_display_data::Redisplay& redisplay);
+  void draw(const Module_display_data::Redisplay& redisplay);
+  void display_station(int station_index, bool draw_profile = false);
+  void show_click(const Module_display_data::PointClick& click);
+  void show_undone(const Module_averaged_data::UndoResult& result);
+
+  Panels panels_;
+  RawPanel& raw_;
+};

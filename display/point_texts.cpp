@@ -1,0 +1,85 @@
+#include "display/point_texts.h"
+
+#include "core/number_text.h"
+#include "display/raw_plot.h"
+#include "display/station_plot.h"
+#include "reduction/profile_data_set.h"
+#include "reduction/repeat_data_set.h"
+#include "reduction/station_data_set.h"
+
+namespace Module_display_data {
+
+namespace averaged = Module_averaged_data;
+using Module_database::StoredReading;
+
+namespace {
+
+std::string frequency_text(float frequency) { return format_number(frequency, "0.0000"); }
+
+bool masked(const StoredReading& reading, std::size_t point, Component component) {
+  const bool component_used =
+      component == Component::resistivity ? reading.UseResistivity : reading.UsePhase;
+  return !reading.UseReading || !component_used ||
+         reading.curve.masked_in(static_cast<int>(component) + 1, point) == 0;
+}
+
+std::string value_text(float value, Component component) {
+  return format_number(value, "0.00") + (component == Component::resistivity ? " ohm-m" : " deg");
+}
+
+std::string reading_point_text(const std::string& series, const StoredReading& reading, std::size_t point,
+                               Component component, float factor) {
+  const int field = static_cast<int>(component) + 1;
+  std::string text = series + ": " + frequency_text(reading.curve.frequencies[point]) + " Hz, " +
+                     value_text(factor * reading.curve.value(field, point), component);
+  return masked(reading, point, component) ? text + ", masked" : text;
+}
+
+bool in_repeats(std::size_t slot, std::size_t point) {
+  const auto& slots = averaged::repeat_data_set().slots;
+  return slot < slots.size() && point < slots[slot].reading.curve.count();
+}
+
+bool in_station(std::size_t slot, std::size_t point) {
+  const auto& slots = averaged::station_data_set().slots;
+  return slot < slots.size() && point < slots[slot].reading.curve.count();
+}
+
+}  // namespace
+
+std::string raw_point_text(std::size_t slot, std::size_t point, Component component) {
+  if (!in_repeats(slot, point)) {
+    return {};
+  }
+  const StoredReading& reading = averaged::repeat_data_set().slots[slot].reading;
+  std::string series = raw_series_label(slot);
+  if (slot > 0) {
+    series += " (event " + format_number(reading.EventNumber, "0") + ")";
+  }
+  return reading_point_text(series, reading, point, component, 1.0F);
+}
+
+std::string station_point_text(std::size_t slot, std::size_t point, Component component) {
+  if (!in_station(slot, point)) {
+    return {};
+  }
+  const auto& slots = averaged::station_data_set().slots;
+  const float factor = component == Component::resistivity ? slots.front().reading.ResOffset : 1.0F;
+  return reading_point_text(station_series_label(slot), slots[slot].reading, point, component, factor);
+}
+
+std::string profile_point_text(std::size_t frequency_index, std::size_t column,Component component) {
+  const averaged::ProfileDataSet& data = averaged::profile_data_set();
+  if (frequency_index >= data.frequencies.size() || column >= data.columns.size()) {
+    return {};
+  }
+  const averaged::ProfileColumn& at = data.columns[column];
+  const bool resistivity = component == Component::resistivity;
+  const float value =
+      resistivity ? at.ResOffset * at.resistivity[frequency_index] : at.phase[frequency_index];
+  const bool off = at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
+  return "Station " + plain_text(at.station) + ": " + frequency_text(data.frequencies[frequency_index]) +
+         " Hz, " + value_text(value, component) + (off ? ", masked" : "");
+}
+
+}  // namespace Module_display_data

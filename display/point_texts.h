@@ -1,0 +1,18 @@
+// point_texts.h: what a tool tip tells of a point: "Repeat 2 (event 5): 12.5000 Hz, 103.27 ohm-m, masked".
+//
+// Series and points are places in the plots, as in graph_clicks.h; a place that isn't there gives no text.
+#pragma once
+#include <cstddef>
+#include <string>
+
+#include "reduction/masks.h"
+
+namespace Module_display_data {
+
+using Module_averaged_data::Component;
+
+std::string raw_point_text(std::size_t series, std::size_t point, Component component);
+std::string station_point_text(std::size_t series, std::size_t point, Component component);
+std::string profile_point_text(std::size_t series, std::size_t point, Component component);
+
+}  // namespace Module_display_data
