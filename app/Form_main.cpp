@@ -9,6 +9,7 @@
 #include "app/Form_Whats_New.h"
 #include "app/Form_about.h"
 #include "app/Form_find_file.h"
+#include "app/Form_frequency.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
 #include "core/preferences.h"
@@ -17,6 +18,7 @@
 #include "core/undo_stack.h"
 #include "core/version.h"
 #include "database/Form_view_table.h"
+#include "database/frequency_store.h"
 #include "import/Form_import_MTData.h"
 #include "platform/system/system_facts.h"
 #include "reduction/averages.h"
@@ -113,6 +115,7 @@ void Form_main::connect_menus() {
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+  connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
@@ -258,4 +261,21 @@ void Form_main::import_data() {
 void Form_main::view_table(const Module_database::ViewedTable& table) {
   static_cast<void>(trap_errors("An error occurred while opening the table: ",
                                 [&] { Form_view_table(session().database_file, table, this).exec(); }));
+}
+
+void Form_main::select_frequencies() {
+  const std::int32_t reference_type = session().current_reference_type;
+  if (reference_type < 0) {
+    return;
+  }
+  auto selection = Module_database::read_frequency_selection(reference_type);
+  if (!selection) {
+    return;
+  }
+  Form_frequency dialog(std::move(*selection), this);
+  dialog.exec();
+  if (dialog.frequencies_changed() && session().current_station_index > 0 &&
+      Module_database::load_reference_frequencies(reference_type) == 0) {
+    display_->redraw();
+  }
 }

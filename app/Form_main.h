@@ -49,6 +49,7 @@ class Form_main : public QMainWindow, private MainView {
   void survey_changed();
   void recalculate_merged();
   void import_data();
+  void select_frequencies();
   void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
 

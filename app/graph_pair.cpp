@@ -21,7 +21,6 @@ void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
   for (std::size_t series = 0; series < plot.series_styles.size(); ++series) {
     graph.set_series_style(static_cast<int>(series), plot.series_styles[series]);
   }
-  graph.draw_graph();
 }
 
 }  // namespace
@@ -63,21 +62,19 @@ void GraphPairWidget::clear() {
   }
 }
 
-void GraphPairWidget::show_plot(Module_display_data::GraphPair plot) {
+void GraphPairWidget::show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x) {
   hand_over(*graphs_[0], std::move(plot.resistivity));
   hand_over(*graphs_[1], std::move(plot.phase));
+  mark_x(marked_x);
 }
 
-void GraphPairWidget::mark_x(double x) {
+void GraphPairWidget::mark_x(std::optional<double> x) {
   constexpr double edge = std::numeric_limits<double>::infinity();
   for (VexGraphControl* const graph : graphs_) {
     graph->begin_overlay();
-    graph->draw_overlay_line(x, -edge, x, edge, Module_display_data::blue);
-  }
-}
-
-void GraphPairWidget::redraw() {
-  for (VexGraphControl* const graph : graphs_) {
+    if (x) {
+      graph->draw_overlay_line(*x, -edge, *x, edge, Module_display_data::blue);
+    }
     graph->draw_graph();
   }
 }

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "display/pane_plot.h"
@@ -20,11 +21,10 @@ class GraphPairWidget : public QWidget {
   GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title, QWidget* parent = nullptr);
 
   void clear();
-  /// Takes a plot over and draws each graph once. A marked place stays.
-  void show_plot(Module_display_data::GraphPair plot);
-  /// Marks a place on the x axis by a blue line, seen from the next drawing.
-  void mark_x(double x);
-  void redraw();
+  /// Takes a plot over and draws each graph once, with a blue line at a marked place of the x axis.
+  void show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x = {});
+  /// Moves the blue line and draws each graph once.
+  void mark_x(std::optional<double> x);
   void reset_zoom();
   void set_point_text(const PointText& text);
 

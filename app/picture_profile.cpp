@@ -6,6 +6,14 @@
 #include "display/point_texts.h"
 #include "display/profile_plot.h"
 
+namespace {
+
+std::optional<double> current_station() {
+  return is_absent(session().current_station) ? std::nullopt : std::optional(session().current_station);
+}
+
+}  // namespace
+
 ProfilePanel::ProfilePanel(QWidget* parent)
     : QWidget(parent),
       graphs_(new GraphPairWidget("vxgraph_Profile", graph::AxisType::linear, "Station (m)")) {
@@ -16,15 +24,7 @@ ProfilePanel::ProfilePanel(QWidget* parent)
 }
 
 void ProfilePanel::display_profile() {
-  if (!is_absent(session().current_station)) {
-    graphs_->mark_x(session().current_station);
-  }
-  graphs_->show_plot(Module_display_data::profile_plot());
+  graphs_->show_plot(Module_display_data::profile_plot(), current_station());
 }
 
-void ProfilePanel::mark_station() {
-  if (!is_absent(session().current_station)) {
-    graphs_->mark_x(session().current_station);
-  }
-  graphs_->redraw();
-}
+void ProfilePanel::mark_station() { graphs_->mark_x(current_station()); }

@@ -1,0 +1,267 @@
+// The panels of the main window on a made survey: stations are stepped through, points and repeats switched,
+// outliers clipped, and all of it undone and redone, by the named controls.
+#include "app/Form_main.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableWidget>
+#include <QTest>
+#include <QTimer>
+#include <cmath>
+#include <filesystem>
+#include <memory>
+
+#include "core/session_state.h"
+#include "core/undo_stack.h"
+#include "database/survey_database.h"
+#include "display/plan_view.h"
+#include "platform/graph/VexGraphControl.h"
+#include "reduction/profile_data_set.h"
+#include "reduction/repeat_data_set.h"
+#include "reduction/station_data_set.h"
+#include "tests/reduction/made_line.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+namespace averaged = Module_averaged_data;
+
+constexpr const char* graph_names[] = {"vxgraph_Profile_0",   "vxgraph_Profile_1",  "vxgraph_station_0",
+                                       "vxgraph_station_1",   "vxgraph_raw_data_0", "vxgraph_raw_data_1"};
+
+float resistivity(const averaged::StoredReading& reading, std::size_t point) {
+  return reading.curve.value(Module_database::field_resistivity, point);
+}
+
+const averaged::StoredReading& average() { return averaged::repeat_data_set().slots.at(0).reading; }
+const averaged::StoredReading& merged() { return averaged::station_data_set().slots.at(0).reading; }
+
+std::int32_t stored_mask(std::int32_t ID, std::size_t point) {
+  const dao::Recordset row = made::row(ID);
+  return Module_database::read_reading(row).curve.masked_in(1, point);
+}
+
+}  // namespace
+
+class MainViewTest : public QObject {
+  Q_OBJECT
+
+ private:
+  template <class Widget>
+  Widget* control(const QString& name) const {
+    return window_->findChild<Widget*>(name);
+  }
+  void press(const QString& name) const { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
+  void menu(const QString& name) const { window_->findChild<QAction*>(name)->trigger(); }
+  void click_point(const QString& graph_name, int series, int point) const {
+    auto* const graph = control<VexGraphControl>(graph_name);
+    const auto at = graph->point_position(series, point);
+    QVERIFY(at.has_value());
+    auto* const target = graph->childAt(at->toPoint());
+    QWidget* const widget = target != nullptr ? target : graph;
+    QTest::mouseClick(widget, Qt::LeftButton, {}, widget->mapFrom(graph, at->toPoint()));
+  }
+  void click_cell(int row, int column) const {
+    auto* const grid = control<QTableWidget>("Grid_repeats");
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                      grid->visualItemRect(grid->item(row, column)).center());
+  }
+  std::vector<int> draws() const {
+    std::vector<int> counts;
+    for (const char* const name : graph_names) {
+      counts.push_back(control<VexGraphControl>(name)->draw_count());
+    }
+    return counts;
+  }
+  static std::vector<int> difference(const std::vector<int>& before, const std::vector<int>& after) {
+    std::vector<int> drawn;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      drawn.push_back(after[i] - before[i]);
+    }
+    return drawn;
+  }
+
+  std::unique_ptr<TemporaryFolder> folder_;
+  std::unique_ptr<RecordingInterface> interface_;
+  std::unique_ptr<Form_main> window_;
+  std::filesystem::path started_in_ = std::filesystem::current_path();
+
+ private Q_SLOTS:
+  void init() {
+    reset_session_state();
+    Module_database::reset_module();
+    folder_ = std::make_unique<TemporaryFolder>();
+    std::filesystem::current_path(folder_->folder());
+    interface_ = std::make_unique<RecordingInterface>();
+    session().database_file = folder_->path("survey.mdb");
+    QCOMPARE(Module_database::create_database(), 0);
+    QCOMPARE(Module_database::open_database(), 0);
+    made::store_line(3);
+    for (int file = 1; file <= 7; ++file) {  // the made readings say that they came from file 7
+      dao::Recordset& files = Module_database::open_survey().files;
+      files.add_new();
+      files.set_text("SurveyFile", std::to_string(file) + ".edi");
+      files.set_long("ReferenceType", 0);
+      files.update();
+    }
+    QCOMPARE(Module_database::close_database(), 0);
+    window_ = std::make_unique<Form_main>();
+    window_->resize(1280, 800);
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
+    QCoreApplication::processEvents();
+    QCOMPARE(session().current_station_index, 1);
+  }
+  void cleanup() {
+    window_.reset();
+    Module_Brenlox::clear_undo();
+    Module_database::reset_module();
+    interface_.reset();
+    std::filesystem::current_path(started_in_);
+    folder_.reset();
+  }
+
+  void stations_are_stepped_through_by_bar_and_keys() {
+    const auto* const shown = control<QLineEdit>("Text_sample_station");
+    QCOMPARE(shown->text(), QString("100"));
+    control<QScrollBar>("HScroll_repeat")->setValue(2);
+    QCOMPARE(shown->text(), QString("200"));
+    const std::vector<int> before = draws();
+    QTest::keyClick(window_.get(), Qt::Key_Right);
+    QCOMPARE(shown->text(), QString("300"));
+    QCOMPARE(difference(before, draws()), std::vector<int>(6, 1));
+    QTest::keyClick(window_.get(), Qt::Key_Right);  // the last one
+    QCOMPARE(shown->text(), QString("300"));
+    QTest::keyClick(window_.get(), Qt::Key_Left);
+    QCOMPARE(session().current_station, 200.0);
+    QCOMPARE(control<QLabel>("Label_raw")->text(), QString("Average/raw for 200"));
+  }
+
+  void a_clicked_repeat_point_is_masked_and_all_that_follows_from_it() {
+    const std::size_t point = 1;
+    const std::int32_t ID = averaged::repeat_data_set().slots.at(4).reading.ID;
+    const float average_before = resistivity(average(), point);
+    const float merged_before = resistivity(merged(), point);
+    const std::vector<int> before = draws();
+    click_point("vxgraph_raw_data_0", 4, static_cast<int>(point));
+    QCOMPARE(stored_mask(ID, point), 0);
+    QVERIFY(resistivity(average(), point) < average_before);  // the repeat was the highest one
+    QVERIFY(resistivity(merged(), point) < merged_before);
+    const auto drawn = difference(before, draws());
+    QVERIFY2(drawn[0] == 1 && drawn[2] == 1 && drawn[5] == 1, "each graph is drawn once");
+    QCOMPARE(control<QLineEdit>("Text_frequency")->text(), QString("2.0000"));
+    QCOMPARE(control<QLineEdit>("Text_event")->text(), QString("4"));
+    QCOMPARE(control<QLineEdit>("Text_file")->text(), QString("7.edi"));
+    QCOMPARE(control<QLabel>("Label_raw_graph")->text(), QString("Repeat 4"));
+  }
+
+  void the_first_click_on_the_station_selects_the_second_masks() {
+    click_point("vxgraph_station_0", 0, 1);
+    QCOMPARE(stored_mask(merged().ID, 1), 1);
+    QCOMPARE(control<QLabel>("Label_station_graph")->text(), QString("Merged data"));
+    click_point("vxgraph_station_0", 0, 1);
+    QCOMPARE(stored_mask(merged().ID, 1), 0);
+  }
+
+  void a_click_on_the_profile_leads_to_the_station() {
+    click_point("vxgraph_Profile_0", 0, 2);
+    QCOMPARE(session().current_station, 300.0);
+    QVERIFY(!window_->findChild<QAction*>("menu_undo")->isEnabled());
+  }
+
+  void everything_is_undone_and_done_again() {
+    const std::string first = made::whole_readings_table();
+    click_point("vxgraph_raw_data_0", 4, 1);
+    click_cell(1, 1);
+    QVERIFY(!averaged::repeat_data_set().slots.at(2).reading.UseReading);
+    control<QScrollBar>("HScroll_repeat")->setValue(2);
+    control<QLineEdit>("Text_outliers")->setText("1");
+    press("Command_outliers_0");
+    control<QLineEdit>("Text_frequency")->setText("4.0000");
+    press("Command_clear_frequencies_2");
+    control<QCheckBox>("Check_use_merged_1")->click();
+    auto* const static_factor = control<QLineEdit>("Text_static");
+    static_factor->setText("1.5");
+    QTest::keyClick(static_factor, Qt::Key_Return);
+    const std::string edited = made::whole_readings_table();
+    QVERIFY(edited != first);
+    const std::size_t edits = Module_Brenlox::undo_count();
+    QVERIFY(edits >= 6);
+    const auto* const undo = window_->findChild<QAction*>("menu_undo");
+    for (std::size_t i = 0; i < edits && undo->isEnabled(); ++i) {
+      menu("menu_undo");
+    }
+    QVERIFY(!undo->isEnabled());
+    QVERIFY(made::whole_readings_table() == first);
+    QCOMPARE(session().current_station, 100.0);  // the selection has followed the edits
+    while (window_->findChild<QAction*>("menu_redo")->isEnabled()) {
+      menu("menu_redo");
+    }
+    QVERIFY(made::whole_readings_table() == edited);
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+  }
+
+  void the_plan_comes_out_zooms_and_picks_the_nearest_station() {
+    press("Command_show_plan");
+    auto* const plan = control<QWidget>("Picture_site_map");
+    QVERIFY(plan->isVisible());
+    const auto picture_of = [&](int station_index) {
+      const auto at = Module_display_data::to_picture(Module_display_data::station_place(station_index),
+                                                      plan->height());
+      return QPointF(at.x, at.y).toPoint();
+    };
+    const double extent = Module_display_data::plan_window().plan_y_extent;
+    control<QScrollBar>("VScroll_scale")->setValue(1);
+    QVERIFY(std::abs(extent / Module_display_data::plan_window().plan_y_extent - 1.585) < 1e-3);
+    control<QScrollBar>("VScroll_scale")->setValue(0);
+    const double centre = Module_display_data::plan_window().plan_x_centre;
+    control<QScrollBar>("HScroll_x_centre")->setValue(1);
+    QCOMPARE(control<QScrollBar>("HScroll_x_centre")->value(), 0);
+    QVERIFY(Module_display_data::plan_window().plan_x_centre < centre);
+    QTest::mouseClick(plan, Qt::LeftButton, {}, picture_of(3) + QPoint(4, 3));
+    QCOMPARE(session().current_station, 300.0);
+    QVERIFY(control<QWidget>("Picture_raw_data")->isVisible());
+  }
+
+  void a_frequency_switched_off_leaves_the_graphs_once_it_is_saved() {
+    const auto in_dialog = [&](bool save) {
+      QTimer::singleShot(0, window_.get(), [save] {
+        auto* const dialog = QApplication::activeModalWidget();
+        auto* const grid = dialog->findChild<QTableWidget*>("Grid_frequencies");
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(1, 1)).center());
+        if (save) {
+          QTest::mouseClick(dialog->findChild<QPushButton*>("Command_save_changes"), Qt::LeftButton);
+        }
+        QTest::mouseClick(dialog->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
+      });
+      menu("menu_thresholds");
+    };
+    const auto shown = [this] {
+      return control<VexGraphControl>("vxgraph_raw_data_0")->point_position(1, 1).has_value();
+    };
+    const std::vector<int> before = draws();
+    in_dialog(false);
+    QVERIFY(shown());
+    QCOMPARE(draws(), before);
+    in_dialog(true);
+    QVERIFY(!shown());
+    QCOMPARE(difference(before, draws()), std::vector<int>(6, 1));
+  }
+
+  void hidden_points_vanish_from_the_raw_graph_and_stay_on_the_profile() {
+    click_point("vxgraph_raw_data_0", 4, 1);
+    control<QCheckBox>("Check_hide_masked_data")->click();
+    QVERIFY(!control<VexGraphControl>("vxgraph_raw_data_0")->point_position(4, 1).has_value());
+    QVERIFY(control<VexGraphControl>("vxgraph_Profile_0")->point_position(1, 0).has_value());
+  }
+};
+
+QTEST_MAIN(MainViewTest)
+#include "main_view_test.moc"
