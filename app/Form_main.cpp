@@ -10,6 +10,7 @@
 #include "app/Form_about.h"
 #include "app/Form_find_file.h"
 #include "app/Form_frequency.h"
+#include "app/output_panel.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
 #include "core/preferences.h"
@@ -73,6 +74,12 @@ void Form_main::compose() {
   display_ = new SurveyDisplay(
       {ui_->Selection_row, ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group}, this);
 
+  output_ = new OutputPanel(ui_->Frame_display);
+  output_->setObjectName("Frame_store");
+  output_->hide();
+  ui_->Frame_display->layout()->addWidget(output_);
+  connect(output_, &OutputPanel::done, this, &Form_main::close_output);
+
   QFont calm_heading = ui_->Label_no_readings->font();
   calm_heading.setPointSizeF(calm_heading.pointSizeF() * 1.3);
   ui_->Label_no_readings->setFont(calm_heading);
@@ -116,6 +123,7 @@ void Form_main::connect_menus() {
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
+  connect(ui_->menu_output_data_1, &QAction::triggered, this, &Form_main::open_zonge_output);
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
@@ -195,6 +203,7 @@ void Form_main::set_database_menus(bool open) {
     ui_->central->layout()->activate();
     resizer_->apply_resize();  // the window may have been resized while the display was hidden
   } else {
+    output_->hide();
     display_->clear();
   }
 }
@@ -232,10 +241,11 @@ void Form_main::display_site_map() {
 
 void Form_main::show_panels() {
   const bool empty = session().station_count == 0;
-  ui_->Label_no_readings->setVisible(empty);
-  ui_->Selection_row->setVisible(!empty);
-  ui_->Splitter_profile->setVisible(!empty);
-  if (!empty) {
+  const bool shows_data = !empty && output_->isHidden();
+  ui_->Label_no_readings->setVisible(empty && output_->isHidden());
+  ui_->Selection_row->setVisible(shows_data);
+  ui_->Splitter_profile->setVisible(shows_data);
+  if (shows_data) {
     ui_->Frame_display->layout()->activate();
     resizer_->apply_resize();
   }
@@ -278,4 +288,15 @@ void Form_main::select_frequencies() {
       Module_database::load_reference_frequencies(reference_type) == 0) {
     display_->redraw();
   }
+}
+
+// The output panel stands in place of the data.
+void Form_main::open_zonge_output() {
+  output_->setVisible(output_->open_for_zonge());
+  show_panels();
+}
+
+void Form_main::close_output() {
+  output_->hide();
+  show_panels();
 }

@@ -14,6 +14,7 @@
 namespace Ui {
 class Form_main;
 }
+class OutputPanel;
 class QLabel;
 class SurveyDisplay;
 
@@ -50,6 +51,8 @@ class Form_main : public QMainWindow, private MainView {
   void recalculate_merged();
   void import_data();
   void select_frequencies();
+  void open_zonge_output();
+  void close_output();
   void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
 
@@ -58,4 +61,5 @@ class Form_main : public QMainWindow, private MainView {
   QTimer* resizer_timer_;
   QLabel* version_;
   SurveyDisplay* display_ = nullptr;
+  OutputPanel* output_ = nullptr;
 };

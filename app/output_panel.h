@@ -21,7 +21,7 @@ class OutputPanel : public QFrame {
   /// Fills the lists for writing Zonge sets. @return false after a message if the survey has nothing to write
   bool open_for_zonge();
 
- signals:
+ Q_SIGNALS:
   /// The person is done with the panel.
   void done();
 
