@@ -76,9 +76,8 @@ void Form_main::compose() {
 
   output_ = new OutputPanel(ui_->Frame_display);
   output_->setObjectName("Frame_store");
+  ui_->display_layout->addWidget(output_);
   output_->hide();
-  ui_->Frame_display->layout()->addWidget(output_);
-  connect(output_, &OutputPanel::done, this, &Form_main::close_output);
 
   QFont calm_heading = ui_->Label_no_readings->font();
   calm_heading.setPointSizeF(calm_heading.pointSizeF() * 1.3);
@@ -88,7 +87,7 @@ void Form_main::compose() {
   ui_->status_bar->addPermanentWidget(version_);
 
   resizer_->setObjectName("vxReSizer");
-  resizer_->manage(ui_->Splitter_profile, {1.0, 2.0});
+  resizer_->manage(ui_->Splitter_profile, {2.0, 3.0});
   resizer_->manage(ui_->Splitter_map, {2.0, 3.0});
 
   resizer_timer_->setObjectName("Timer_resizer");
@@ -122,8 +121,15 @@ void Form_main::connect_menus() {
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+  connect(ui_->menu_output_data_1, &QAction::triggered, this, [this] {
+    if (output_->open_for_zonge()) {
+      ui_->Selection_row->hide();
+      ui_->Splitter_profile->hide();
+      output_->show();
+    }
+  });
+  connect(output_, &OutputPanel::done, this, &Form_main::show_panels);
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
-  connect(ui_->menu_output_data_1, &QAction::triggered, this, &Form_main::open_zonge_output);
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
@@ -203,7 +209,6 @@ void Form_main::set_database_menus(bool open) {
     ui_->central->layout()->activate();
     resizer_->apply_resize();  // the window may have been resized while the display was hidden
   } else {
-    output_->hide();
     display_->clear();
   }
 }
@@ -241,11 +246,11 @@ void Form_main::display_site_map() {
 
 void Form_main::show_panels() {
   const bool empty = session().station_count == 0;
-  const bool shows_data = !empty && output_->isHidden();
-  ui_->Label_no_readings->setVisible(empty && output_->isHidden());
-  ui_->Selection_row->setVisible(shows_data);
-  ui_->Splitter_profile->setVisible(shows_data);
-  if (shows_data) {
+  output_->hide();
+  ui_->Label_no_readings->setVisible(empty);
+  ui_->Selection_row->setVisible(!empty);
+  ui_->Splitter_profile->setVisible(!empty);
+  if (!empty) {
     ui_->Frame_display->layout()->activate();
     resizer_->apply_resize();
   }
@@ -288,15 +293,4 @@ void Form_main::select_frequencies() {
       Module_database::load_reference_frequencies(reference_type) == 0) {
     display_->redraw();
   }
-}
-
-// The output panel stands in place of the data.
-void Form_main::open_zonge_output() {
-  output_->setVisible(output_->open_for_zonge());
-  show_panels();
-}
-
-void Form_main::close_output() {
-  output_->hide();
-  show_panels();
 }

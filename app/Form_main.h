@@ -14,8 +14,8 @@
 namespace Ui {
 class Form_main;
 }
-class OutputPanel;
 class QLabel;
+class OutputPanel;
 class SurveyDisplay;
 
 class Form_main : public QMainWindow, private MainView {
@@ -51,8 +51,6 @@ class Form_main : public QMainWindow, private MainView {
   void recalculate_merged();
   void import_data();
   void select_frequencies();
-  void open_zonge_output();
-  void close_output();
   void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
 

@@ -11,7 +11,7 @@ constexpr int checked_role = Qt::UserRole;
 }  // namespace
 
 void CheckCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                        const QModelIndex& index) const {
+                       const QModelIndex& index) const {
   QStyledItemDelegate::paint(painter, option, index);
   const QVariant checked = index.data(checked_role);
   if (!checked.isValid()) {

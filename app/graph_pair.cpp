@@ -25,7 +25,8 @@ void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
 
 }  // namespace
 
-GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title, QWidget* parent)
+GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
+                                 QWidget* parent)
     : QWidget(parent) {
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
@@ -41,9 +42,8 @@ GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, co
     const auto component = static_cast<Component>(index);
     connect(graph, &VexGraphControl::point_selected, this,
             [this, component](int series, int point) { Q_EMIT point_selected(component, series, point); });
-    connect(graph, &VexGraphControl::pointer_moved, this, [this, component](bool off, double x, double y) {
-      Q_EMIT pointer_moved(component, off, x, y);
-    });
+    connect(graph, &VexGraphControl::pointer_moved, this,
+            [this, component](bool off, double x, double y) { Q_EMIT pointer_moved(component, off, x, y); });
     rows->addWidget(graph, index == 0 ? 3 : 2);
   }
   graphs_[0]->set_yaxistype(graph::AxisType::logarithmic);

@@ -18,7 +18,8 @@ class GraphPairWidget : public QWidget {
   using PointText = std::function<std::string(std::size_t series, std::size_t point, Component)>;
 
   /// @param name of the control array; its members are name_0, resistivity, and name_1, phase
-  GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title, QWidget* parent = nullptr);
+  GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
+                  QWidget* parent = nullptr);
 
   void clear();
   /// Takes a plot over and draws each graph once, with a blue line at a marked place of the x axis.

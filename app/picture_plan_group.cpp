@@ -127,8 +127,8 @@ void PlanPanel::pan(QScrollBar& bar, void (*pan_plan)(int), int value) {
 void PlanPanel::draw_plan() {
   if (session().station_count > 0 && Picture_site_map_->height() > 0) {
     const ScopedValue updating(session().updating_controls, true);
-    VScroll_scale_->setValue(resize_plan_window(Picture_site_map_->width(), Picture_site_map_->height(),
-                                                VScroll_scale_->value()));
+    VScroll_scale_->setValue(
+        resize_plan_window(Picture_site_map_->width(), Picture_site_map_->height(), VScroll_scale_->value()));
   }
   Picture_site_map_->update();
 }

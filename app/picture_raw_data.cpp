@@ -114,8 +114,8 @@ void RawPanel::show_scan_rates() {
     Combo_scan_rate_->clear();
     Combo_scan_rate_->addItems(rates);
   }
-  Combo_scan_rate_->setCurrentIndex(Combo_scan_rate_->findText(
-      qt_text(plain_text(static_cast<float>(session().current_scan_rate)))));
+  Combo_scan_rate_->setCurrentIndex(
+      Combo_scan_rate_->findText(qt_text(plain_text(static_cast<float>(session().current_scan_rate)))));
 }
 
 void RawPanel::show_average_switches() {

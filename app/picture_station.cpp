@@ -32,7 +32,8 @@ StationPanel::StationPanel(QWidget* parent)
       Text_multi_count_(make_text("Text_multi_count", 3)),
       Combo_multi_side_(make_list("Combo_multi_side")) {
   Text_static_->setToolTip("Static shift factor: multiplies the resistivities of the merged curve");
-  Check_multi_station_->setToolTip("Show the merged curves of neighbouring stations in place of the averages");
+  Check_multi_station_->setToolTip(
+      "Show the merged curves of neighbouring stations in place of the averages");
   Check_multi_all_->setToolTip("All stations of the line");
   Text_multi_count_->setText("2");
   Text_multi_count_->setToolTip("Stations on each side");

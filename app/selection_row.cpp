@@ -75,9 +75,8 @@ void SelectionRow::connect_controls() {
       Q_EMIT chosen(choose_reference_type(Combo_reference_type_->itemData(index).toInt()));
     }
   });
-  connect(Combo_dipole_, &QComboBox::currentIndexChanged, this, [this](int index) {
-    Q_EMIT chosen(choose_dipole(Combo_dipole_->itemData(index).toFloat()));
-  });
+  connect(Combo_dipole_, &QComboBox::currentIndexChanged, this,
+          [this](int index) { Q_EMIT chosen(choose_dipole(Combo_dipole_->itemData(index).toFloat())); });
   connect(HScroll_repeat_, &QScrollBar::valueChanged, this,
           [this](int value) { Q_EMIT chosen(choose_station_in_line(value)); });
   connect(Check_fixed_scale_, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(fixed_scale_changed()); });

@@ -119,7 +119,11 @@ void SurveyDisplay::clear() {
 void SurveyDisplay::display_station(int station_index, bool draw_profile) {
   const BusyPointer busy;
   const ScopedValue updating(session().updating_controls, true);
+  const std::string earlier_line = session().current_line;
   Redisplay redisplay = Module_display_data::display_station(station_index, panels_.station->neighbours());
+  if (session().current_line != earlier_line) {
+    panels_.profile->reset_zoom();
+  }
   redisplay.draw_profile |= draw_profile;
   if (redisplay.mark_station) {
     panels_.station->reset_zoom();

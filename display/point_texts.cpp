@@ -17,8 +17,7 @@ namespace {
 std::string frequency_text(float frequency) { return format_number(frequency, "0.0000"); }
 
 bool masked(const StoredReading& reading, std::size_t point, Component component) {
-  const bool component_used =
-      component == Component::resistivity ? reading.UseResistivity : reading.UsePhase;
+  const bool component_used = component == Component::resistivity ? reading.UseResistivity : reading.UsePhase;
   return !reading.UseReading || !component_used ||
          reading.curve.masked_in(static_cast<int>(component) + 1, point) == 0;
 }
@@ -68,7 +67,7 @@ std::string station_point_text(std::size_t slot, std::size_t point, Component co
   return reading_point_text(station_series_label(slot), slots[slot].reading, point, component, factor);
 }
 
-std::string profile_point_text(std::size_t frequency_index, std::size_t column,Component component) {
+std::string profile_point_text(std::size_t frequency_index, std::size_t column, Component component) {
   const averaged::ProfileDataSet& data = averaged::profile_data_set();
   if (frequency_index >= data.frequencies.size() || column >= data.columns.size()) {
     return {};

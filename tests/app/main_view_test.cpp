@@ -1,7 +1,5 @@
 // The panels of the main window on a made survey: stations are stepped through, points and repeats switched,
 // outliers clipped, and all of it undone and redone, by the named controls.
-#include "app/Form_main.h"
-
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -16,6 +14,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/Form_main.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "database/survey_database.h"
@@ -32,8 +31,8 @@ namespace {
 
 namespace averaged = Module_averaged_data;
 
-constexpr const char* graph_names[] = {"vxgraph_Profile_0",   "vxgraph_Profile_1",  "vxgraph_station_0",
-                                       "vxgraph_station_1",   "vxgraph_raw_data_0", "vxgraph_raw_data_1"};
+constexpr const char* graph_names[] = {"vxgraph_Profile_0", "vxgraph_Profile_1",  "vxgraph_station_0",
+                                       "vxgraph_station_1", "vxgraph_raw_data_0", "vxgraph_raw_data_1"};
 
 float resistivity(const averaged::StoredReading& reading, std::size_t point) {
   return reading.curve.value(Module_database::field_resistivity, point);
@@ -213,8 +212,8 @@ class MainViewTest : public QObject {
     auto* const plan = control<QWidget>("Picture_site_map");
     QVERIFY(plan->isVisible());
     const auto picture_of = [&](int station_index) {
-      const auto at = Module_display_data::to_picture(Module_display_data::station_place(station_index),
-                                                      plan->height());
+      const auto at =
+          Module_display_data::to_picture(Module_display_data::station_place(station_index), plan->height());
       return QPointF(at.x, at.y).toPoint();
     };
     const double extent = Module_display_data::plan_window().plan_y_extent;
@@ -235,7 +234,8 @@ class MainViewTest : public QObject {
       QTimer::singleShot(0, window_.get(), [save] {
         auto* const dialog = QApplication::activeModalWidget();
         auto* const grid = dialog->findChild<QTableWidget*>("Grid_frequencies");
-        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(1, 1)).center());
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                          grid->visualItemRect(grid->item(1, 1)).center());
         if (save) {
           QTest::mouseClick(dialog->findChild<QPushButton*>("Command_save_changes"), Qt::LeftButton);
         }
@@ -253,6 +253,15 @@ class MainViewTest : public QObject {
     in_dialog(true);
     QVERIFY(!shown());
     QCOMPARE(difference(before, draws()), std::vector<int>(6, 1));
+  }
+
+  void the_output_panel_takes_the_place_of_the_data() {
+    menu("menu_output_data_1");
+    QVERIFY(control<QWidget>("Frame_store")->isVisible());
+    QVERIFY(!control<QWidget>("Splitter_profile")->isVisible());
+    press("Command_done_output");
+    QVERIFY(!control<QWidget>("Frame_store")->isVisible());
+    QVERIFY(control<QWidget>("Splitter_profile")->isVisible());
   }
 
   void hidden_points_vanish_from_the_raw_graph_and_stay_on_the_profile() {
