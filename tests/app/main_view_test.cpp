@@ -255,7 +255,7 @@ class MainViewTest : public QObject {
     QCOMPARE(difference(before, draws()), std::vector<int>(6, 1));
   }
 
-  void the_output_panel_takes_the_place_of_the_data() {
+  void the_output_panel_stands_in_place_of_the_graphs() {
     menu("menu_output_data_1");
     QVERIFY(control<QWidget>("Frame_store")->isVisible());
     QVERIFY(!control<QWidget>("Splitter_profile")->isVisible());
