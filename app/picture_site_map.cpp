@@ -20,10 +20,11 @@ void draw_dot(QPainter& painter, PlanPoint at, double width, const QColor& colou
   painter.drawEllipse(QPointF(at.x, at.y), width / 2.0, width / 2.0);
 }
 
-/// Each line is named at its first station that is seen.
+/// Each line is named at its first station that is seen, if its name meets none that is there already.
 void draw_line_names(QPainter& painter, double height) {
   painter.setPen(QColor(90, 90, 90));
   std::int32_t named_line = 0;
+  QRegion taken;
   for (std::int32_t index = 1; index <= session().station_count; ++index) {
     const auto at = static_cast<std::size_t>(index) - 1;
     const PlanPoint place = station_place(index);
@@ -32,8 +33,13 @@ void draw_line_names(QPainter& painter, double height) {
     }
     named_line = session().line_of_station[at];
     const PlanPoint picture = to_picture(place, height);
-    painter.drawText(QPointF(picture.x + 7.0, picture.y - 4.0),
-                     "Line " + QString::fromStdString(session().station_line[at]));
+    const QString name = QString::fromStdString(session().station_line[at]);
+    const QPoint corner(static_cast<int>(picture.x) + 7, static_cast<int>(picture.y) - 4);
+    const QRect room = painter.fontMetrics().boundingRect(name).translated(corner);
+    if (!taken.intersects(room)) {
+      painter.drawText(corner, name);
+      taken += room;
+    }
   }
 }
 
