@@ -279,7 +279,7 @@ TEST_F(SurveyTest, A_kill_at_any_moment_of_opening_leaves_the_survey_at_its_path
   std::mt19937 random(20120217);  // any seed; the moments still differ with the machine's speed
   int killed_on_the_way = 0;
   for (int round = 0; round < 40; ++round) {
-    const std::chrono::microseconds moment(std::uniform_int_distribution<int>(0, 12000)(random));
+    const std::chrono::microseconds moment(std::uniform_int_distribution<int>(0, 40000)(random));
     killed_on_the_way += run_and_kill(moment, [] { (void)open_database(); }) ? 1 : 0;
     ASSERT_TRUE(fs::exists(path)) << "round " << round;
   }

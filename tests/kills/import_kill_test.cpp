@@ -71,8 +71,19 @@ struct KilledImport {
   int percent_shown = 0;  // of the files, before averaging began
 };
 
-KilledImport kill_an_import(const std::string& survey, const std::vector<std::string>& files,
-                            std::chrono::microseconds after) {
+// When to kill: a little after the import has shown this much. By progress and not by the clock, so that
+// kills fall among the files however busy the machine is.
+struct Moment {
+  int percent = 0;
+  std::chrono::microseconds later{0};
+};
+
+Moment random_moment(std::mt19937& random) {
+  return {std::uniform_int_distribution<int>(0, 100)(random),
+          std::chrono::microseconds(std::uniform_int_distribution<int>(0, 4000)(random))};
+}
+
+KilledImport kill_an_import(const std::string& survey, const std::vector<std::string>& files, Moment moment) {
   int pipe_ends[2];
   EXPECT_EQ(pipe(pipe_ends), 0);
   const pid_t child = fork();
@@ -83,17 +94,26 @@ KilledImport kill_an_import(const std::string& survey, const std::vector<std::st
     _exit(0);
   }
   close(pipe_ends[1]);
-  std::this_thread::sleep_for(after);
+  KilledImport result;
+  unsigned char byte = 0;
+  bool averaging = false;  // it counts from the start again
+  const auto take_progress = [&] {
+    averaging = averaging || byte < result.percent_shown;
+    result.percent_shown = averaging ? result.percent_shown : byte;
+  };
+  while (read(pipe_ends[0], &byte, 1) == 1) {
+    take_progress();
+    if (byte >= moment.percent) {
+      break;
+    }
+  }
+  std::this_thread::sleep_for(moment.later);
   kill(child, SIGKILL);
   int status = 0;
   waitpid(child, &status, 0);
-  KilledImport result{WIFSIGNALED(status), 0};
-  unsigned char byte = 0;
+  result.killed = WIFSIGNALED(status);
   while (read(pipe_ends[0], &byte, 1) == 1) {
-    if (byte < result.percent_shown) {
-      break;  // the averaging counts from the start again
-    }
-    result.percent_shown = byte;
+    take_progress();
   }
   close(pipe_ends[0]);
   return result;
@@ -166,11 +186,6 @@ TEST_F(ImportKills, Files_whose_import_had_ended_are_whole_and_others_absent) {
   const std::vector<std::string> files = write_files("first", 1);
   const std::string survey = new_survey();
   ASSERT_EQ(Module_database::close_database(), 0);
-  const auto started = std::chrono::steady_clock::now();
-  std::filesystem::copy_file(survey, folder.path("timed.mdb"));
-  import_all(folder.path("timed.mdb"), files);
-  const auto whole =
-      std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - started);
 
   std::mt19937 random(7);
   int killed_among_files = 0;
@@ -178,8 +193,7 @@ TEST_F(ImportKills, Files_whose_import_had_ended_are_whole_and_others_absent) {
     SCOPED_TRACE(round);
     const std::string copy = folder.path("copy.mdb");
     std::filesystem::copy_file(survey, copy, std::filesystem::copy_options::overwrite_existing);
-    const auto moment = std::uniform_int_distribution<std::int64_t>(0, whole.count())(random);
-    const KilledImport kill = kill_an_import(copy, files, std::chrono::microseconds(moment));
+    const KilledImport kill = kill_an_import(copy, files, random_moment(random));
     const auto stored = contents_after_opening(copy);
     expect_sound_database(copy);
     killed_among_files += kill.killed && !stored.empty() && stored.size() < files.size() ? 1 : 0;
@@ -206,10 +220,7 @@ TEST_F(ImportKills, An_import_of_the_same_files_again_leaves_old_or_new_readings
   ASSERT_EQ(old_contents.size(), old_files.size());
   const std::string after = folder.path("after.mdb");
   std::filesystem::copy_file(survey, after);
-  const auto started = std::chrono::steady_clock::now();
   import_all(after, new_files);
-  const auto whole =
-      std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - started);
   const auto new_contents = contents_after_opening(after);
   ASSERT_EQ(new_contents.size(), new_files.size());
 
@@ -219,8 +230,7 @@ TEST_F(ImportKills, An_import_of_the_same_files_again_leaves_old_or_new_readings
     SCOPED_TRACE(round);
     const std::string copy = folder.path("copy.mdb");
     std::filesystem::copy_file(survey, copy, std::filesystem::copy_options::overwrite_existing);
-    const auto moment = std::uniform_int_distribution<std::int64_t>(0, whole.count())(random);
-    (void)kill_an_import(copy, new_files, std::chrono::microseconds(moment));
+    (void)kill_an_import(copy, new_files, random_moment(random));
     const auto stored = contents_after_opening(copy);
     expect_sound_database(copy);
     std::size_t renewed = 0;
