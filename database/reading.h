@@ -22,6 +22,11 @@ enum Field : int {
   field_phase = 2,
   field_resistivity_deviation = 3,  // averaged and merged readings; raw: electric field magnitude
   field_phase_deviation = 4,        // averaged and merged readings; raw: magnetic field magnitude
+  // Averaged and merged readings: the same of all values present, masked ones included.
+  field_all_resistivity = 5,
+  field_all_phase = 6,
+  field_all_resistivity_deviation = 7,
+  field_all_phase_deviation = 8,
   field_impedance_real = 9,
   field_impedance_imaginary = 10,
   field_resistivity_error = 11,  // or variance of the impedance

@@ -4,8 +4,10 @@
 
 #include "core/file_names.h"
 #include "core/session_state.h"
+#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
+#include "output/rhoplus.h"
 
 namespace Module_output {
 
@@ -38,6 +40,23 @@ const char* missing_choice(const OutputChoices& choices) {
   return choices.dipole_index < 0 ? "Please select which dipole to output" : nullptr;
 }
 
+const char* missing_setting(const RhoplusSettings& settings) {
+  if (trimmed(settings.root_name).empty()) {
+    return "You must specify an output root file name";
+  }
+  if (settings.surface < 0) {
+    return "Please select a surface boundary condition";
+  }
+  // Negated so that a floor that is not a number counts as missing.
+  if (!(settings.resistivity_error_floor > 0.0F)) {
+    return "The resistivity error floor is not valid";
+  }
+  if (!(settings.phase_error_floor > 0.0F)) {
+    return "The phase error flor is not valid";
+  }
+  return settings.resistivity_scale > 0.0F ? nullptr : "The resistivity scale is not valid";
+}
+
 }  // namespace
 
 int read_output_lists(OutputLists& lists) {
@@ -60,6 +79,28 @@ int read_output_lists(OutputLists& lists) {
     }
     return 0;
   });
+}
+
+int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
+                         const std::string& sub_folder, const std::function<void(int)>& show_row_count) {
+  const char* missing = missing_choice(choices);
+  if (missing == nullptr) {
+    missing = missing_setting(rhoplus_settings());
+  }
+  if (missing != nullptr) {
+    user_interface().show_message(missing);
+    return -1;
+  }
+  const RhoplusLine selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
+                              choices.reference_index, session().current_data_type,
+                              lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const std::filesystem::path folder = std::filesystem::path(choices.folder) / trimmed(sub_folder);
+  RhoplusCounts counts;
+  if (output_rhoplus(selection, folder.string(), show_row_count, counts) != 0) {
+    return -1;
+  }
+  user_interface().show_message("Data output completed");
+  return 0;
 }
 
 int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,

@@ -24,6 +24,13 @@ struct OutputChoices {
   std::string folder;
 };
 
+/// Writes the chosen line as Rho+ control files with a batch file, of the data type of the session's
+/// selection, into the chosen folder or, if `sub_folder` is not blank, into that folder of it.
+/// @return 0 done, with the message that tells so; -1 after a message that names what is missing or failed
+[[nodiscard]] int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
+                                       const std::string& sub_folder,
+                                       const std::function<void(int)>& show_row_count);
+
 /// Writes the chosen line as a Zonge set, of the data type of the session's selection. Asks for the file.
 /// @return 0 done, with the message that tells so, or when the person thought better of it; -1 after a
 /// message that names what is missing or failed

@@ -4,19 +4,17 @@
 #include <array>
 #include <ctime>
 #include <filesystem>
-#include <span>
 #include <utility>
 #include <vector>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
-#include "core/search_sort.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
-#include "database/frequency_store.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
+#include "output/frequency_list_of.h"
 #include "output/zonge_text.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
@@ -80,13 +78,6 @@ ZongeLine describe_line(const ZongeSelection& selection, const std::vector<doubl
   return line;
 }
 
-bool is_enabled(float frequency) {
-  const auto count = static_cast<std::size_t>(session().frequency_count);
-  const auto position =
-      basSearchSort::search_sorted(std::span<const float>(session().frequency_list).first(count), frequency);
-  return position >= 0 && session().frequency_enabled[static_cast<std::size_t>(position)] == 1;
-}
-
 /// Adds the rows of one merged curve. @return how many
 int add_curve(double station, const StoredReading& merged, std::string& avg) {
   if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
@@ -95,7 +86,7 @@ int add_curve(double station, const StoredReading& merged, std::string& avg) {
   int rows = 0;
   const Module_database::Curve& curve = merged.curve;
   for (std::size_t index = 0; index < curve.count(); ++index) {
-    if (is_enabled(curve.frequencies[index]) &&
+    if (enabled_position(curve.frequencies[index]) >= 0 &&
         curve.masked_in(Module_database::field_resistivity, index) == 1 &&
         curve.masked_in(Module_database::field_phase, index) == 1) {
       avg +=
@@ -164,22 +155,6 @@ void write_files(const ZongeFiles& files, const std::string& root) {
     safe_files::move_into_place(member.neighbour, member.place);
   }
 }
-
-/// Loads the frequency list of the selection and leaves that of the main selection behind.
-class FrequencyListOf {
- public:
-  explicit FrequencyListOf(std::int32_t reference_type)
-      : status(Module_database::load_reference_frequencies(reference_type)) {}
-  FrequencyListOf(const FrequencyListOf&) = delete;
-  FrequencyListOf& operator=(const FrequencyListOf&) = delete;
-  ~FrequencyListOf() {
-    if (session().current_reference_type >= 0) {
-      (void)Module_database::load_reference_frequencies(session().current_reference_type);
-    }
-  }
-
-  const int status;  // 0, or -1 after a message
-};
 
 }  // namespace
 

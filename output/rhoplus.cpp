@@ -1,0 +1,109 @@
+#include "output/rhoplus.h"
+
+#include <filesystem>
+#include <vector>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/trap_errors.h"
+#include "database/survey_database.h"
+#include "output/frequency_list_of.h"
+#include "platform/files/safe_files.h"
+#include "reduction/averages.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_output {
+
+using Module_averaged_data::AllowRaw;
+using Module_database::ReadingKey;
+using Module_database::StoredReading;
+
+namespace {
+
+constexpr std::int32_t reduction_merged = 2;
+
+std::vector<double> stations_of(const RhoplusLine& selection) {
+  std::vector<double> stations;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT Station FROM ReadingsDataTable WHERE LineNumber = '" + selection.line +
+      "' AND ReferenceType = " + format_number(selection.reference_type, "0") +
+      " AND DipoleLength = " + criterion_text(selection.dipole) + " ORDER BY Station");
+  for (; !rows.eof(); rows.move_next()) {
+    stations.push_back(rows.get_double("Station"));
+  }
+  return stations;
+}
+
+/// Writes the control files; `batch` gets a line for each. @return 0, or -1 after a message
+int write_stations(const RhoplusLine& selection, const std::vector<double>& stations, const fs::path& folder,
+                   const std::function<void(int)>& show_row_count, std::string& batch,
+                   RhoplusCounts& counts) {
+  for (std::size_t index = 0; index < stations.size(); ++index) {
+    user_interface().show_progress("Writing Rho+ files", static_cast<int>(100 * index / stations.size()));
+    user_interface().process_events();
+    if (user_interface().stop_requested()) {
+      return 0;
+    }
+    const ReadingKey key{selection.line, stations[index],     selection.reference_type,
+                         0.0F,           selection.data_type, selection.dipole};
+    const std::string name = rhoplus_stem(rhoplus_settings(), key.station) + ".dat";
+    RhoplusTables tables;
+    if (write_rhoplus_file((folder / name).string(), key, tables) != 0) {
+      return -1;
+    }
+    if (!tables.data.empty()) {
+      batch += "rhopp < " + name + "\r\n";
+      ++counts.stations;
+      counts.rows += static_cast<int>(tables.data.size());
+    }
+    if (show_row_count) {
+      show_row_count(counts.rows);
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+int write_rhoplus_file(const std::string& path, const ReadingKey& key, RhoplusTables& tables) {
+  tables = {};
+  return trap_errors("An error occured while writing the rhoplus station data file ", [&] {
+    StoredReading merged;
+    if (Module_averaged_data::get_reduced_reading(reduction_merged, AllowRaw::yes, key, merged) != 0) {
+      return -1;
+    }
+    RhoplusTables rows = rhoplus_tables(merged, rhoplus_settings());
+    if (!rows.data.empty()) {
+      safe_files::write_into_place(path, rhoplus_control_text(rows, rhoplus_settings(), key.station));
+    }
+    tables = std::move(rows);
+    return 0;
+  });
+}
+
+int output_rhoplus(const RhoplusLine& selection, const std::string& folder,
+                   const std::function<void(int)>& show_row_count, RhoplusCounts& counts) {
+  counts = {};
+  return trap_errors("An error occured while writing rhoplus data ", [&] {
+    const BusyPointer busy;
+    const std::vector<double> stations = stations_of(selection);
+    if (stations.empty()) {
+      user_interface().show_message("There is no data for the specified line and data type");
+      return -1;
+    }
+    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+    const FrequencyListOf frequencies(selection.reference_type);
+    if (frequencies.status != 0) {
+      return -1;
+    }
+    fs::create_directories(folder);
+    std::string batch;
+    const int status = write_stations(selection, stations, folder, show_row_count, batch, counts);
+    // Also behind a failure: it runs the stations whose files stand.
+    safe_files::write_into_place(fs::path(folder) / (rhoplus_settings().root_name + "_run.bat"), batch);
+    return status;
+  });
+}
+
+}  // namespace Module_output

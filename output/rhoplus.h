@@ -1,0 +1,40 @@
+// rhoplus.h: Rho+ control files of a station or of a whole line.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "database/reading.h"
+#include "output/rhoplus_data.h"
+
+namespace Module_output {
+
+/// Writes the control file of a station's merged curve with the settings in force, over an earlier one. The
+/// session must hold the frequency list of the key's reference type.
+/// @param tables the rows written; none if the station has no resistivity to invert, and then no file is
+/// written
+/// @return 0, or -1 after a message; an earlier file is then as before
+[[nodiscard]] int write_rhoplus_file(const std::string& path, const Module_database::ReadingKey& key,
+                                     RhoplusTables& tables);
+
+struct RhoplusLine {
+  std::string line;
+  std::int32_t reference_type = 0;
+  std::string data_type;  // ExHy, EyHx, ...
+  float dipole = 0.0F;    // m
+};
+
+struct RhoplusCounts {
+  int stations = 0;  // control files written
+  int rows = 0;      // data rows in them
+};
+
+/// Writes a control file for each station of a line that has resistivities, and root + "_run.bat", which runs
+/// Rho+ on each of them. The folder is made if it is missing. The person can stop it between stations; the
+/// batch file then holds the stations written so far.
+/// @param show_row_count told the running number of data rows after each station; may be empty
+/// @return 0, or -1 after a message ("There is no data for the specified line and data type", or the failure)
+[[nodiscard]] int output_rhoplus(const RhoplusLine& selection, const std::string& folder,
+                                 const std::function<void(int)>& show_row_count, RhoplusCounts& counts);
+
+}  // namespace Module_output

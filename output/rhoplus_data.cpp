@@ -1,0 +1,108 @@
+#include "output/rhoplus_data.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "output/frequency_list_of.h"
+
+namespace Module_output {
+
+using Module_database::Curve;
+using Module_database::StoredReading;
+
+namespace {
+
+constexpr float least_resistivity = 0.001F;      // ohm-m: Rho+ takes logarithms
+constexpr float least_resistivity_error = 0.1F;  // ohm-m
+
+struct Datum {
+  float value = 0.0F;
+  float error = 0.0F;
+  bool used = false;
+};
+
+Datum resistivity_at(const Curve& curve, std::size_t position, float scale, float floor_percent) {
+  const float value = curve.value(Module_database::field_resistivity, position);
+  Datum rho;
+  rho.used = curve.masked_in(Module_database::field_resistivity, position) == 1 && !is_absent(value);
+  rho.value = scale * (rho.used ? value : curve.value(Module_database::field_all_resistivity, position));
+  rho.error = scale * curve.value(rho.used ? Module_database::field_resistivity_deviation
+                                           : Module_database::field_all_resistivity_deviation,
+                                  position);
+  rho.value = std::max(rho.value, least_resistivity);
+  rho.error = std::max({rho.error, std::abs(rho.value) * floor_percent / 100.0F, least_resistivity_error});
+  return rho;
+}
+
+Datum phase_at(const Curve& curve, std::size_t position, const RhoplusSettings& settings) {
+  const float value = curve.value(Module_database::field_phase, position);
+  Datum phi;
+  phi.used = curve.masked_in(Module_database::field_phase, position) == 1 && !is_absent(value) &&
+             !(settings.exclude_negative_phase == 1 && value <= 0.0F);
+  phi.value = phi.used ? value : curve.value(Module_database::field_all_phase, position);
+  phi.error = curve.value(
+      phi.used ? Module_database::field_phase_deviation : Module_database::field_all_phase_deviation,
+      position);
+  phi.error = std::max(phi.error, settings.phase_error_floor);
+  return phi;
+}
+
+std::string data_line(float frequency, const Datum& rho, const Datum& phi) {
+  const auto flag = [](bool used) { return used ? " 1" : " 0"; };
+  return pad_field(format_number(frequency, "0.0000"), 10) + pad_field(format_number(rho.value, "0.00"), 12) +
+         pad_field(format_number(rho.error, "0.00"), 10) + pad_field(format_number(phi.value, "0.00"), 10) +
+         pad_field(format_number(phi.error, "0.00"), 10) + flag(rho.used) + flag(phi.used) + "\r\n";
+}
+
+void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Datum& phi) {
+  tables.data.push_back({frequency, rho.value, rho.error, phi.value, phi.error, rho.used ? 1.0F : 0.0F,
+                         phi.used ? 1.0F : 0.0F, no_data, no_data});
+  tables.data_lines += data_line(frequency, rho, phi);
+}
+
+}  // namespace
+
+RhoplusTables rhoplus_tables(const StoredReading& merged, const RhoplusSettings& settings) {
+  RhoplusTables tables;
+  if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
+    return tables;
+  }
+  const float scale = settings.resistivity_scale * (settings.apply_static == 1 ? merged.ResOffset : 1.0F);
+  const Curve& curve = merged.curve;
+  tables.index.row_number.assign(curve.count(), 0);
+  bool resistivity_is_used = false;
+  for (std::size_t position = 0; position < curve.count(); ++position) {
+    const float frequency = curve.frequencies[position];
+    const std::int32_t listed = enabled_position(frequency);
+    if (listed < 0) {
+      continue;
+    }
+    const Datum rho = resistivity_at(curve, position, scale, settings.resistivity_error_floor);
+    const Datum phi = phase_at(curve, position, settings);
+    if (rho.used || phi.used || settings.exclude_data != 1) {
+      add_row(tables, frequency, rho, phi);
+      tables.index.row_number[position] = static_cast<std::int32_t>(tables.data.size());
+      tables.index.frequency_position.push_back(listed);
+      resistivity_is_used = resistivity_is_used || rho.used;
+    }
+    tables.frequency_lines += pad_field(format_number(frequency, "0.0000"), 10) + " rho  phi\r\n";
+  }
+  return resistivity_is_used ? tables : RhoplusTables{};
+}
+
+std::string rhoplus_stem(const RhoplusSettings& settings, double station) {
+  return settings.root_name + "_" + format_number(station, "0");
+}
+
+std::string rhoplus_control_text(const RhoplusTables& tables, const RhoplusSettings& settings,
+                                 double station) {
+  return "data *\r\ntask *\r\nmodel\r\n" +
+         std::string(settings.surface == 0 ? "surface con\r\n" : "surface ins\r\n") + "root " +
+         rhoplus_stem(settings, station) + "\r\nexecute\r\n\r\n" + tables.data_lines + "    0\r\n\r\n" +
+         tables.frequency_lines + "    0\r\n";
+}
+
+}  // namespace Module_output

@@ -1,0 +1,59 @@
+// rhoplus_data.h: a station's merged curve as the rows that Rho+ inversion takes, and its control file.
+//
+// Frequency Hz, ascending; resistivity ohm-m, with static factor and scale applied; phase degrees; errors are
+// one standard deviation, raised to the floors.
+#pragma once
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "database/reading.h"
+#include "output/rhoplus_settings.h"
+
+namespace Module_output {
+
+enum RhoplusColumn : std::size_t {
+  rhoplus_frequency,
+  rhoplus_resistivity,
+  rhoplus_resistivity_error,
+  rhoplus_phase,
+  rhoplus_phase_error,
+  rhoplus_uses_resistivity,  // 1 or 0
+  rhoplus_uses_phase,
+  rhoplus_model_resistivity,  // no_data until the inversion fills it
+  rhoplus_model_phase,
+  rhoplus_column_count
+};
+
+/// One row a written frequency.
+using RhoplusData = std::vector<std::array<float, rhoplus_column_count>>;
+
+/// Where the rows come from.
+struct RhoplusIndex {
+  std::vector<std::int32_t> row_number;          // by position in the reading: row from 1, 0 if left out
+  std::vector<std::int32_t> frequency_position;  // by row: place in the session's frequency list, from 0
+};
+
+struct RhoplusTables {
+  RhoplusData data;
+  RhoplusIndex index;
+  std::string data_lines;       // of the control file
+  std::string frequency_lines;  // likewise: all enabled frequencies, also of rows left out
+};
+
+/// The rows of a merged curve at the enabled frequencies of the session's list. Masked points stand in it
+/// with the statistics of all values present, marked as unused. Empty if the reading or both of its
+/// quantities are switched off, or if no resistivity is used: phases alone leave the level of resistivity
+/// free.
+RhoplusTables rhoplus_tables(const Module_database::StoredReading& merged, const RhoplusSettings& settings);
+
+/// "root_1250": the stem of a station's files.
+std::string rhoplus_stem(const RhoplusSettings& settings, double station);
+
+/// The whole control file of a station, lines ending in CR LF.
+std::string rhoplus_control_text(const RhoplusTables& tables, const RhoplusSettings& settings,
+                                 double station);
+
+}  // namespace Module_output

@@ -1,0 +1,34 @@
+// rhoplus_settings.h: the choices of Rho+ one-dimensional inversion, kept for each user.
+#pragma once
+#include <cstdint>
+#include <string>
+
+namespace Module_output {
+
+struct RhoplusSettings {
+  std::string root_name = "tmd";         // files are named root_station
+  std::int32_t surface = 1;              // 0 conducting, 1 insulating
+  float resistivity_error_floor = 4.0F;  // percent of the resistivity
+  float phase_error_floor = 2.0F;        // degrees
+  float resistivity_scale = 1.0F;        // multiplies resistivities, on top of the static factor
+  std::int32_t exclude_data = 1;         // 1: frequencies without any used value are left out
+  std::int32_t apply_static = 1;         // 1: the static factor of the merged curve multiplies resistivities
+  std::int32_t exclude_negative_phase = 1;  // 1: a phase of 0 or less counts as unused
+};
+
+/// The settings in force.
+RhoplusSettings& rhoplus_settings();
+
+/// Sets the defaults, then takes what the user's settings store holds, as far as it is valid.
+void load_rhoplus_settings();
+
+/// Writes all settings to the user's store. The scale goes under another key than the one it is read from:
+/// it belongs to one survey's calibration, so each start begins at the stored start value, 1 unless someone
+/// has set it.
+void save_rhoplus_settings();
+
+// Typed entries: each takes its value if it is valid and keeps the earlier one otherwise, without a message.
+void enter_root_name(const std::string& text);                                  // any text but blanks
+void enter_positive(float RhoplusSettings::*setting, const std::string& text);  // a number above 0
+
+}  // namespace Module_output

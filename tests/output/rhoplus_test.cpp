@@ -1,0 +1,244 @@
+#include "output/rhoplus.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "output/output_choices.h"
+#include "platform/settings_store/settings_store.h"
+#include "tests/reduction/made_readings.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_output;
+using Module_database::StoredReading;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class Rhoplus : public SurveyTest {
+ protected:
+  Rhoplus() { rhoplus_settings() = {}; }
+  Rhoplus(const Rhoplus&) = delete;
+  Rhoplus& operator=(const Rhoplus&) = delete;
+  ~Rhoplus() override { rhoplus_settings() = {}; }
+
+  /// A merged curve with errors of 5 ohm-m and 3 degrees, and 10 ohm-m, 20 degrees, 6 and 4 as the statistics
+  /// of everything present.
+  static StoredReading merged(const std::vector<made::Point>& points) {
+    StoredReading reading = made::reading(points);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      const float fields[] = {5.0F, 3.0F, 10.0F, 20.0F, 6.0F, 4.0F};
+      for (int field = 3; field <= 8; ++field) {
+        reading.curve.value(field, i) = fields[field - 3];
+      }
+    }
+    return reading;
+  }
+  static void store(double station, const StoredReading& reading) {
+    made::store(made::key(0.0F, station), 0, reading, 2, -1);
+  }
+  /// The rows of a merged curve whose frequencies are all listed and enabled.
+  static RhoplusTables tables(const StoredReading& reading) {
+    session().frequency_list = reading.curve.frequencies;
+    session().frequency_enabled.assign(reading.curve.count(), 1);
+    session().frequency_count = static_cast<std::int32_t>(reading.curve.count());
+    StoredReading stored = reading;
+    stored.ID = 1;
+    return rhoplus_tables(stored, rhoplus_settings());
+  }
+  [[nodiscard]] std::string contents(const std::string& name) const {
+    return file_contents(folder.path(name));
+  }
+
+  const RhoplusLine selection{"200E", 0, "ExHy", 50.0F};
+};
+
+}  // namespace
+
+TEST_F(Rhoplus, Files_of_a_line_to_the_byte) {
+  new_survey();
+  StoredReading reading = merged({{0.5F, 100.0F, 45.0F}, {10.0F, 250.004F, 30.25F}, {24000.0F, 2e6F, 0.0F}});
+  reading.curve.masked_in(1, 1) = 0;
+  reading.ResOffset = 3.0F;
+  store(100.4, reading);
+  store(200.0, merged({{10.0F, 50.0F, 45.0F}}));
+  StoredReading no_resistivity = merged({{10.0F, 50.0F, 45.0F}});
+  no_resistivity.curve.masked_in(1, 0) = 0;
+  store(300.0, no_resistivity);
+  rhoplus_settings().resistivity_scale = 2.0F;
+
+  std::vector<int> shown;
+  RhoplusCounts counts;
+  ASSERT_EQ(output_rhoplus(
+                selection, folder.path("new/deep"), [&](int count) { shown.push_back(count); }, counts),
+            0);
+  EXPECT_EQ(contents("new/deep/tmd_100.dat"),
+            "data *\r\ntask *\r\nmodel\r\nsurface ins\r\nroot tmd_100\r\nexecute\r\n\r\n"
+            "    0.5000      600.00     30.00     45.00      3.00 1 1\r\n"
+            "   10.0000       60.00     36.00     30.25      3.00 0 1\r\n"
+            "24000.0000 12000000.00 480000.00     20.00      4.00 1 0\r\n"
+            "    0\r\n\r\n"
+            "    0.5000 rho  phi\r\n"
+            "   10.0000 rho  phi\r\n"
+            "24000.0000 rho  phi\r\n"
+            "    0\r\n");
+  EXPECT_EQ(contents("new/deep/tmd_run.bat"), "rhopp < tmd_100.dat\r\nrhopp < tmd_200.dat\r\n");
+  EXPECT_FALSE(fs::exists(folder.path("new/deep/tmd_300.dat"))) << "phases alone are not inverted";
+  EXPECT_EQ(counts.stations, 2);
+  EXPECT_EQ(shown, (std::vector<int>{3, 4, 4}));
+}
+
+TEST_F(Rhoplus, Errors_are_raised_to_the_floors) {
+  struct Case {
+    const char* name;
+    float resistivity, error, phase_error;
+    float written, written_error, written_phase_error;
+  };
+  const Case cases[] = {{"4 % of 50", 50.0F, 0.5F, 0.5F, 50.0F, 2.0F, 2.0F},
+                        {"a small resistivity", 1.0F, 0.0F, 2.5F, 1.0F, 0.1F, 2.5F},
+                        {"errors above the floors", 50.0F, 2.5F, 9.0F, 50.0F, 2.5F, 9.0F},
+                        {"a negative resistivity", -5.0F, 0.5F, 2.0F, 0.001F, 0.5F, 2.0F}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    StoredReading reading = merged({{10.0F, c.resistivity, 45.0F}});
+    reading.curve.value(3, 0) = c.error;
+    reading.curve.value(4, 0) = c.phase_error;
+    const RhoplusTables rows = tables(reading);
+    ASSERT_EQ(rows.data.size(), 1U);
+    EXPECT_FLOAT_EQ(rows.data[0][rhoplus_resistivity], c.written);
+    EXPECT_FLOAT_EQ(rows.data[0][rhoplus_resistivity_error], c.written_error);
+    EXPECT_FLOAT_EQ(rows.data[0][rhoplus_phase_error], c.written_phase_error);
+    EXPECT_EQ(rows.data[0][rhoplus_model_resistivity], no_data);
+  }
+}
+
+TEST_F(Rhoplus, Rows_without_data_and_switched_off_frequencies) {
+  StoredReading reading =
+      merged({{1.0F, 100.0F, 45.0F}, {2.0F, 100.0F, -5.0F}, {4.0F, no_data, no_data}, {8.0F, 9.0F, 9.0F}});
+  reading.curve.masked_in(1, 1) = 0;
+  RhoplusTables rows = tables(reading);
+  EXPECT_EQ(rows.index.row_number, (std::vector<std::int32_t>{1, 0, 0, 2}));
+  EXPECT_EQ(rows.index.frequency_position, (std::vector<std::int32_t>{0, 3}));
+  EXPECT_EQ(std::ranges::count(rows.frequency_lines, '\n'), 4) << "the model is asked for everywhere";
+
+  rhoplus_settings().exclude_data = 0;
+  rows = tables(reading);
+  ASSERT_EQ(rows.data.size(), 4U);
+  EXPECT_EQ(rows.data_lines.substr(rows.data_lines.find("2.0000")),
+            "2.0000       10.00      6.00     20.00      4.00 0 0\r\n"
+            "    4.0000       10.00      6.00     20.00      4.00 0 0\r\n"
+            "    8.0000        9.00      5.00      9.00      3.00 1 1\r\n");
+  rhoplus_settings().exclude_negative_phase = 0;
+  EXPECT_EQ(tables(reading).data[1][rhoplus_uses_phase], 1.0F);
+
+  (void)tables(reading);  // lists the frequencies
+  session().frequency_enabled[0] = 0;
+  reading.ID = 1;
+  rows = rhoplus_tables(reading, rhoplus_settings());
+  EXPECT_EQ(rows.index.row_number, (std::vector<std::int32_t>{0, 1, 2, 3}));
+  EXPECT_EQ(rows.index.frequency_position, (std::vector<std::int32_t>{1, 2, 3}));
+  EXPECT_EQ(std::ranges::count(rows.frequency_lines, '\n'), 3);
+}
+
+TEST_F(Rhoplus, A_reading_that_is_switched_off_gives_nothing) {
+  const StoredReading whole = merged({{10.0F, 50.0F, 45.0F}});
+  StoredReading off = whole;
+  off.UseReading = false;
+  EXPECT_TRUE(tables(off).data.empty());
+  off = whole;
+  off.UseResistivity = off.UsePhase = false;
+  EXPECT_TRUE(tables(off).data.empty());
+  off.UsePhase = true;
+  EXPECT_EQ(tables(off).data.size(), 1U) << "the masks decide which points count";
+}
+
+TEST_F(Rhoplus, What_goes_wrong_is_told_and_leaves_earlier_files) {
+  new_survey();
+  RhoplusCounts counts;
+  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), {}, counts), -1);
+  EXPECT_EQ(interface.take_messages(), Texts{"There is no data for the specified line and data type"});
+  EXPECT_FALSE(fs::exists(folder.path("out")));
+
+  for (const double station : {100.0, 200.0, 300.0}) {
+    store(station, merged({{10.0F, 50.0F, 45.0F}}));
+  }
+  fs::create_directories(folder.path("out/tmd_200.dat/in_the_way"));
+  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), {}, counts), -1);
+  const Texts messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(messages[0].rfind("An error occured while writing the rhoplus station data file ", 0), 0U);
+  EXPECT_EQ(contents("out/tmd_run.bat"), "rhopp < tmd_100.dat\r\n");
+
+  int asked = 0;
+  interface->stop = [&asked] { return ++asked > 1; };
+  EXPECT_EQ(output_rhoplus(selection, folder.path("stopped"), {}, counts), 0);
+  EXPECT_EQ(contents("stopped/tmd_run.bat"), "rhopp < tmd_100.dat\r\n");
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(Rhoplus, The_panel_asks_for_what_is_missing_in_its_order) {
+  new_survey();
+  store(100.0, merged({{10.0F, 50.0F, 45.0F}}));
+  session().current_data_type = "ExHy";
+  const OutputLists lists{{"200E"}, {50.0F}};
+  RhoplusSettings& settings = rhoplus_settings();
+  const auto refused = [&](const OutputChoices& choices) {
+    EXPECT_EQ(write_chosen_rhoplus(lists, choices, "", {}), -1);
+    return interface.take_messages();
+  };
+  const OutputChoices all{0, 0, 0, folder.path("out")};
+  settings = {" ", -1, 0.0F, 0.0F, 0.0F, 1, 1, 1};
+  EXPECT_EQ(refused({0, 0, -1, ""}), Texts{"Please select which dipole to output"});
+  EXPECT_EQ(refused(all), Texts{"You must specify an output root file name"});
+  settings.root_name = "run";
+  EXPECT_EQ(refused(all), Texts{"Please select a surface boundary condition"});
+  settings.surface = 0;
+  EXPECT_EQ(refused(all), Texts{"The resistivity error floor is not valid"});
+  settings.resistivity_error_floor = 4.0F;
+  EXPECT_EQ(refused(all), Texts{"The phase error flor is not valid"});
+  settings.phase_error_floor = 2.0F;
+  EXPECT_EQ(refused(all), Texts{"The resistivity scale is not valid"});
+  EXPECT_FALSE(fs::exists(folder.path("out")));
+  settings.resistivity_scale = 1.0F;
+  EXPECT_EQ(write_chosen_rhoplus(lists, all, " line 200E ", {}), 0);
+  EXPECT_EQ(interface.take_messages(), Texts{"Data output completed"});
+  EXPECT_NE(contents("out/line 200E/run_100.dat").find("surface con\r\n"), std::string::npos);
+}
+
+TEST_F(Rhoplus, Settings_are_kept_but_for_the_scale) {
+  const auto earlier = install_settings_store(std::make_unique<MemorySettingsStore>());
+  load_rhoplus_settings();
+  enter_root_name(" survey 7 ");
+  enter_root_name("  ");
+  enter_positive(&RhoplusSettings::resistivity_error_floor, " 6.26 ");
+  for (const char* invalid : {"", "0", "-1", "5x", "1e60", "1e-60", "nan"}) {
+    enter_positive(&RhoplusSettings::phase_error_floor, invalid);
+  }
+  enter_positive(&RhoplusSettings::resistivity_scale, "2.5");
+  rhoplus_settings().surface = 0;
+  rhoplus_settings().apply_static = 0;
+  save_rhoplus_settings();
+  EXPECT_EQ(rhoplus_settings().phase_error_floor, 2.0F);
+  load_rhoplus_settings();
+  const RhoplusSettings& settings = rhoplus_settings();
+  EXPECT_EQ(settings.root_name, "survey 7");
+  EXPECT_EQ(settings.surface, 0);
+  EXPECT_EQ(settings.resistivity_error_floor, 6.3F);
+  EXPECT_EQ(settings.resistivity_scale, 1.0F);
+  EXPECT_EQ(settings.exclude_data, 1);
+  EXPECT_EQ(settings.apply_static, 0);
+
+  const auto set = [](const char* key, const char* value) {
+    settings_store().set_value("Marrowgate", "Brenlox", key, value);
+  };
+  set("RhoPlusSurface", "2");
+  set("RhoPlusApplyStatic", "yes");
+  set("RhoPlusResFloor", "0");
+  set("RhoPlusResScale", "1.5");
+  load_rhoplus_settings();
+  EXPECT_EQ(settings.surface, 1);
+  EXPECT_EQ(settings.apply_static, 1);
+  EXPECT_EQ(settings.resistivity_error_floor, 4.0F);
+  EXPECT_EQ(settings.resistivity_scale, 1.5F);
+}
