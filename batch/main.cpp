@@ -18,7 +18,8 @@ int run(int argument_count, char** arguments) {
   const std::vector<Batch::Command> commands{
       Batch::add_new_command(program),         Batch::add_import_command(program),
       Batch::add_recalculate_command(program), Batch::add_info_command(program),
-      Batch::add_curve_command(program),       Batch::add_zonge_command(program)};
+      Batch::add_curve_command(program),       Batch::add_rhoplus_command(program),
+      Batch::add_zonge_command(program)};
   try {
     program.parse(argument_count, arguments);
   } catch (const CLI::ParseError& fault) {

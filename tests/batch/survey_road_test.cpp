@@ -174,6 +174,23 @@ TEST_F(Batch_program, Zonge_writes_three_files_where_the_caller_stands) {
   EXPECT_EQ(file_contents(folder_.path("200E_0.avg")), avg);
 }
 
+TEST_F(Batch_program, Rhoplus_writes_a_control_file_a_station) {
+  write_field_files(2);
+  import_field_files();
+  const std::vector<std::string> arguments{
+      "rhoplus",  "survey.mdb", "--line",      "200E", "--reference", "0",    "--data-type", "ExHy",
+      "--dipole", "100",        "--directory", "rho",  "--root",      "demo", "--surface",   "0"};
+  const Outcome written = run(arguments);
+  ASSERT_EQ(written.status, 0) << written.errors;
+  EXPECT_EQ(written.output.rfind("2 control files with 58 rows written to ", 0), 0U) << written.output;
+  EXPECT_EQ(file_contents(folder_.path("rho/demo_run.bat")),
+            "rhopp < demo_100.dat\r\nrhopp < demo_200.dat\r\n");
+  EXPECT_EQ(file_contents(folder_.path("rho/demo_200.dat")).substr(0, 62),
+            "data *\r\ntask *\r\nmodel\r\nsurface con\r\nroot demo_200\r\nexecute\r\n\r\n");
+  EXPECT_EQ(run(with(arguments, {"--floor", "0"})).status, 2);
+  EXPECT_EQ(run(with(arguments, {"--root", " "})).status, 2);
+}
+
 TEST_F(Batch_program, A_scan_lists_stations_and_stores_nothing) {
   write_field_files(2);
   ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);

@@ -1,0 +1,60 @@
+// brenlox_batch rhoplus: the merged curves of a line as Rho+ control files, with the batch file that runs
+// them.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "batch/command.h"
+#include "batch/console_interface.h"
+#include "batch/reading_option.h"
+#include "batch/rhoplus_option.h"
+#include "output/rhoplus.h"
+
+namespace Batch {
+namespace {
+
+struct RhoplusOptions {
+  std::string survey;
+  ReadingOption reading;
+  std::string directory;
+  Module_output::RhoplusSettings settings;
+};
+
+int write_line(const RhoplusOptions& options) {
+  Module_output::RhoplusCounts counts;
+  const int status = Module_output::output_rhoplus({options.reading.line, options.reading.reference_type,
+                                                    options.reading.data_type, options.reading.dipole},
+                                                   options.directory, {}, counts);
+  if (status == 0 && user_interface().stop_requested()) {
+    user_interface().show_message("Stopped; the batch file holds the stations written so far");
+    return -1;
+  }
+  if (status == 0) {
+    std::cout << counts.stations << " control files with " << counts.rows << " rows written to "
+              << options.directory << '\n';
+  }
+  return status;
+}
+
+int run_rhoplus(RhoplusOptions& options) {
+  options.directory =
+      std::filesystem::absolute(options.directory).string();  // opening moves to the survey's folder
+  Module_output::rhoplus_settings() = options.settings;
+  return with_open_survey(options.survey, [&] { return write_line(options); });
+}
+
+}  // namespace
+
+Command add_rhoplus_command(CLI::App& program) {
+  const auto options = std::make_shared<RhoplusOptions>();
+  CLI::App* parser =
+      program.add_subcommand("rhoplus", "Writes the merged curves of a line as Rho+ control files");
+  add_survey_argument(*parser, options->survey);
+  add_reading_options(*parser, options->reading);
+  parser->add_option("--directory", options->directory, "folder of the files, made if it is missing")
+      ->required();
+  add_rhoplus_options(*parser, options->settings);
+  return {parser, [options] { return run_rhoplus(*options); }};
+}
+
+}  // namespace Batch

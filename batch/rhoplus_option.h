@@ -1,0 +1,13 @@
+// rhoplus_option.h: the options that stand for the settings of Rho+ inversion.
+#pragma once
+#include <CLI/CLI.hpp>
+
+#include "output/rhoplus_settings.h"
+
+namespace Batch {
+
+/// Adds --root, --floor, --phase-floor, --scale, --surface, --include-empty, --no-static and
+/// --keep-negative-phase; each left out keeps its default.
+void add_rhoplus_options(CLI::App& parser, Module_output::RhoplusSettings& settings);
+
+}  // namespace Batch
