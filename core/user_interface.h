@@ -41,6 +41,10 @@ class UserInterface {
   /// Lets the window live during long work.
   virtual void process_events() = 0;
 
+  /// Gives what is on show time to be seen: lets events run for so long. Without a window there is nothing to
+  /// wait for, and it costs no time.
+  virtual void wait_with_events(int /*milliseconds*/) { process_events(); }
+
   /// Shows how far long work has come; `percent` 0 to 100, a negative value ends the display.
   virtual void show_progress(std::string_view what, int percent) = 0;
 

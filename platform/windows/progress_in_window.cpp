@@ -46,6 +46,10 @@ class WindowInterface final : public UserInterface {
       events_time_.start();
     }
   }
+  void wait_with_events(int milliseconds) override {
+    earlier->wait_with_events(milliseconds);
+    process_events();
+  }
   void show_progress(std::string_view what, int percent) override {
     if (!stop_requested_) {
       what_.setText(QString::fromUtf8(what.data(), static_cast<qsizetype>(what.size())));

@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QTimer>
 
 #include "platform/windows/file_filter.h"
 
@@ -105,6 +106,13 @@ void QtUserInterface::process_events() {
   }
   QCoreApplication::processEvents(progress_ != nullptr ? QEventLoop::AllEvents
                                                        : QEventLoop::ExcludeUserInputEvents);
+  events_time_.start();
+}
+
+void QtUserInterface::wait_with_events(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec(progress_ != nullptr ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
   events_time_.start();
 }
 

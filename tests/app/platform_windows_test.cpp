@@ -1,5 +1,6 @@
 // The Qt side of what the logic asks of a person, and the splitter with its resizer.
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
@@ -52,6 +53,19 @@ class PlatformWindowsTest : public QObject {
     QCOMPARE(dialog_suffix("*.mdb"), QString("mdb"));
     QCOMPARE(dialog_suffix("*.*"), QString());
     QCOMPARE(dialog_suffix(""), QString());
+  }
+
+  void waiting_lets_the_windows_live() {
+    QtUserInterface interface;
+    int events = 0;
+    QTimer clock;
+    connect(&clock, &QTimer::timeout, this, [&events] { ++events; });
+    clock.start(5);
+    QElapsedTimer time;
+    time.start();
+    interface.wait_with_events(100);
+    QVERIFY(time.elapsed() >= 95);
+    QVERIFY(events >= 3);
   }
 
   void messages_show_their_text_as_it_is() {
