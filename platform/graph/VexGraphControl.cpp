@@ -44,7 +44,7 @@ double to_edge(double coordinate, const graph::AxisLimits& limits) {
 }  // namespace
 
 VexGraphControl::VexGraphControl(QWidget* parent) : QWidget(parent), plot_(new QCustomPlot(this)) {
-  setFocusPolicy(Qt::NoFocus);  // the arrow keys belong to the window
+  setFocusPolicy(Qt::ClickFocus);  // a click ends the typing in a text box; keys belong to the window
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(plot_);
@@ -112,6 +112,11 @@ void VexGraphControl::set_y_title(const QString& title) {
 void VexGraphControl::set_x_labels_shown(bool shown) {
   x_labels_shown_ = shown;
   apply_layout();
+}
+
+int VexGraphControl::frame_height() const {
+  const QMargins margins = plot_->axisRect()->margins();
+  return margins.top() + margins.bottom();
 }
 
 void VexGraphControl::set_error_bars_shown(bool shown) {
@@ -202,7 +207,7 @@ void VexGraphControl::connect_gestures() {
   using graph::MouseGestures;
   gestures_ = new MouseGestures(*this);
   connect(gestures_, &MouseGestures::clicked, this, &VexGraphControl::select_at);
-  connect(gestures_, &MouseGestures::double_clicked, this, &VexGraphControl::reset_at);
+  connect(gestures_, &MouseGestures::double_clicked, this, &VexGraphControl::click_again_at);
   connect(gestures_, &MouseGestures::hovered, this, &VexGraphControl::hover_at);
   connect(gestures_, &MouseGestures::left, this, &VexGraphControl::leave);
   connect(gestures_, &MouseGestures::band_dragged, this, &VexGraphControl::show_band);
@@ -216,16 +221,17 @@ void VexGraphControl::connect_gestures() {
 }
 
 void VexGraphControl::select_at(QPointF at) {
-  const std::optional<graph::PointIndex> point = point_at(at);
-  last_click_hit_ = point.has_value();
-  if (point) {
-    emit point_selected(point->series, point->point);
+  last_clicked_ = point_at(at);
+  if (last_clicked_) {
+    emit point_selected(last_clicked_->series, last_clicked_->point);
   }
 }
 
-void VexGraphControl::reset_at(QPointF at) {
-  // The first click may have masked a point and so taken it from under the pointer.
-  if (!last_click_hit_ && !point_at(at) && zoomed()) {
+void VexGraphControl::click_again_at(QPointF at) {
+  const std::optional<graph::PointIndex> point = point_at(at);
+  if (point && (!last_clicked_ || point == last_clicked_)) {
+    select_at(at);
+  } else if (!point && !last_clicked_ && zoomed()) {
     reset_zoom();
     view_changed();
   }

@@ -5,9 +5,9 @@
 //
 // With the mouse: a click on a point selects it at once; a drag zooms to its rectangle (a thin one along its
 // length only) and never selects; the wheel zooms about the pointer, over an axis along that axis only; the
-// middle button drags the plot; a double click where no point is resets the zoom. The second press of a
-// double click never selects, so a double click on a point counts as one click on it, and never resets
-// either, even if the point is gone by then.
+// middle button drags the plot; a double click where no point is resets the zoom. The second click of a
+// double click counts as a click on the point that the first one has selected. If that point is gone by then,
+// as one that was masked may be, it does nothing: it neither selects what lies behind nor resets the zoom.
 #pragma once
 #include <QWidget>
 #include <functional>
@@ -96,6 +96,8 @@ class VexGraphControl final : public QWidget {
   /// Place of a point in the widget as last drawn, pixels; none if it isn't drawn.
   std::optional<QPointF> point_position(int series, int point) const;
   QRect plot_area() const;
+  /// The part of the widget's height that labels and edges take.
+  int frame_height() const;
 
   /// The chart as drawn, at `scale` pixels for each of width and height. @return 0, or -1 after telling the
   /// user
@@ -122,7 +124,7 @@ class VexGraphControl final : public QWidget {
  private:
   void connect_gestures();
   void select_at(QPointF at);
-  void reset_at(QPointF at);
+  void click_again_at(QPointF at);
   void hover_at(QPointF at);
   void leave();
   void show_band(QPointF from, QPointF to);
@@ -155,5 +157,5 @@ class VexGraphControl final : public QWidget {
   int draw_count_ = 0;
   bool x_labels_shown_ = true;
   bool error_bars_shown_ = true;
-  bool last_click_hit_ = false;
+  std::optional<graph::PointIndex> last_clicked_;
 };

@@ -20,13 +20,11 @@ bool MouseGestures::eventFilter(QObject* /*watched*/, QEvent* event) {
     case QEvent::MouseButtonRelease:
       return release(*static_cast<QMouseEvent*>(event));
     case QEvent::MouseButtonDblClick: {
-      const auto& mouse = *static_cast<QMouseEvent*>(event);
-      if (mouse.button() != Qt::LeftButton) {
-        return press(mouse);
+      const bool began = press(*static_cast<QMouseEvent*>(event));
+      if (state_ == State::pressed) {
+        state_ = State::pressed_again;
       }
-      cancel();
-      emit double_clicked(mouse.position());
-      return true;
+      return began;
     }
     case QEvent::Wheel: {
       const auto& wheel = *static_cast<QWheelEvent*>(event);
@@ -67,8 +65,7 @@ bool MouseGestures::press(const QMouseEvent& event) {
 
 bool MouseGestures::move(const QMouseEvent& event) {
   const QPointF at = event.position();
-  const QPointF offset = at - pressed_at_;
-  if (state_ == State::pressed && QPointF::dotProduct(offset, offset) > click_distance * click_distance) {
+  if ((state_ == State::pressed || state_ == State::pressed_again) && !is_still(at)) {
     state_ = State::band;
   }
   if (state_ == State::band) {
@@ -89,11 +86,15 @@ bool MouseGestures::release(const QMouseEvent& event) {
     emit band_released(pressed_at_, event.position());
     return true;
   }
-  if (ended == State::pressed && event.button() == Qt::LeftButton) {
+  if ((ended == State::pressed || ended == State::pressed_again) && event.button() == Qt::LeftButton) {
     state_ = State::idle;
-    const QPointF offset = event.position() - pressed_at_;
-    if (QPointF::dotProduct(offset, offset) <= click_distance * click_distance) {
+    if (!is_still(event.position())) {
+      return true;
+    }
+    if (ended == State::pressed) {
       emit clicked(pressed_at_);
+    } else {
+      emit double_clicked(pressed_at_);
     }
     return true;
   }
@@ -102,6 +103,11 @@ bool MouseGestures::release(const QMouseEvent& event) {
     return true;
   }
   return ended != State::idle;
+}
+
+bool MouseGestures::is_still(QPointF at) const {
+  const QPointF offset = at - pressed_at_;
+  return QPointF::dotProduct(offset, offset) <= click_distance * click_distance;
 }
 
 void MouseGestures::cancel() {

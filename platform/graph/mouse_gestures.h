@@ -2,8 +2,8 @@
 //
 // A click is a left press and release that never left a few pixels in between; it is reported on release, at
 // once. A drag is reported from the moment the pointer leaves that neighbourhood and can't become a click
-// again. The second press of a double click reports a double click and nothing else, so two quick clicks at
-// one place are one click and one double click. Positions are device-independent pixels in the widget.
+// again. The second click of a double click is told as such, on its release too, so two quick clicks at one
+// place are one click and one double click. Positions are device-independent pixels in the widget.
 #pragma once
 #include <QObject>
 #include <QPointF>
@@ -37,12 +37,13 @@ class MouseGestures final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  enum class State { idle, pressed, band, pan };
+  enum class State { idle, pressed, pressed_again, band, pan };
 
   bool press(const QMouseEvent& event);
   bool move(const QMouseEvent& event);
   bool release(const QMouseEvent& event);
   void cancel();
+  bool is_still(QPointF at) const;
 
   State state_ = State::idle;
   QPointF pressed_at_;

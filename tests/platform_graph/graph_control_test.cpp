@@ -146,38 +146,50 @@ class GraphControlTest : public QObject {
     control_.reset();  // a crash would fail the test
   }
 
-  void double_click_resets_only_where_no_point_is() {
+  void double_click_is_two_clicks_on_a_point_and_a_reset_beside_them() {
     QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
     wheel(*control_, place(0, 1), 120);
     QVERIFY(control_->zoomed());
-    const auto double_click = [&](QPoint at) {
-      QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
-      QTest::mouseDClick(control_.get(), Qt::LeftButton, {}, at);
-    };
     QTRY_VERIFY(control_->point_position(0, 1).has_value());
-    QMouseEvent second(QEvent::MouseButtonDblClick, place(0, 1), control_->mapToGlobal(place(0, 1)),
-                       Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, place(0, 1));
-    QApplication::sendEvent(control_.get(), &second);
-    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, place(0, 1));
-    QCOMPARE(selected.size(), 1);
-    QVERIFY(control_->zoomed());
-
-    // The first click takes its point away, as one that masks does where masked points are hidden.
+    const auto press_again = [&](QPoint at) {
+      QMouseEvent second(QEvent::MouseButtonDblClick, at, control_->mapToGlobal(at), Qt::LeftButton,
+                         Qt::LeftButton, Qt::NoModifier);
+      QApplication::sendEvent(control_.get(), &second);
+    };
     const QPoint at = place(0, 1);
     QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
-    control_->clear_graph();
-    control_->draw_graph();
-    QApplication::sendEvent(control_.get(), &second);
+    press_again(at);
     QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
+    QCOMPARE(selected.size(), 2);
+    QCOMPARE(selected.last(), (QList<QVariant>{0, 1}));
+    QVERIFY(control_->zoomed());
+
+    // A drag that begins with the second press is a drag.
+    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
+    press_again(at);
+    move(*control_, at + QPoint(30, 2), Qt::LeftButton);
+    move(*control_, at, Qt::LeftButton);
+    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
+    QCOMPARE(selected.size(), 3);
+
+    // The first click takes its point away, as one that masks does where masked points are hidden, and
+    // another one comes to light at its place.
+    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
+    control_->set_graph_data({{{{none}, {none}, {}}, {{10.0}, {20.0}, {}}}});
+    control_->draw_graph();
+    press_again(at);
+    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
+    QCOMPARE(selected.size(), 4);
     QVERIFY(control_->zoomed());
 
     fill(*control_);
     control_->draw_graph();
-    QCOMPARE(selected.size(), 2);
-    double_click(control_->plot_area().bottomRight() - QPoint(30, 30));
+    const QPoint beside = control_->plot_area().bottomRight() - QPoint(30, 30);
+    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, beside);
+    press_again(beside);
+    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, beside);
     QVERIFY(!control_->zoomed());
-    QCOMPARE(selected.size(), 2);
+    QCOMPARE(selected.size(), 4);
   }
 
   void wheel_keeps_the_place_under_the_pointer_and_knows_the_axes() {
