@@ -63,6 +63,9 @@ MaskRule rule_of(FrequencyCommand command, double frequency, OutlierField field)
   if (command == FrequencyCommand::reset_all) {
     return {Range::from, 0.0, 1, field};
   }
+  if (command == FrequencyCommand::mask_negative_phases) {
+    return {Range::up_to, 0.0, 0, field};
+  }
   return {static_cast<Range>(index % 3), frequency, index < 3 ? 0 : 1, field};
 }
 
@@ -82,11 +85,13 @@ bool apply_rule(const MaskRule& rule, Curve& curve) {
   return changed;
 }
 
-bool mask_negative_phases(Curve& curve) {
+/// Phases below zero, beyond the frequencies that the rule takes.
+bool mask_negative_phases(const MaskRule& rule, Curve& curve) {
   constexpr int phase = Module_database::field_phase;
   bool changed = false;
   for (std::size_t i = 0; i < curve.count(); ++i) {
-    if (curve.value(phase, i) < 0.0F && curve.masked_in(phase, i) == 1) {
+    if (!in_range(rule.range, decimal_of_single(curve.frequencies[i]), rule.limit) &&
+        curve.value(phase, i) < 0.0F && curve.masked_in(phase, i) == 1) {
       curve.masked_in(phase, i) = 0;
       changed = true;
     }
@@ -239,8 +244,10 @@ Edit clear_frequencies(FrequencyCommand command, std::string_view frequency_text
   const std::vector<RepeatSlot>& slots = repeat_data_set().slots;
   for (std::size_t slot = 1; slot < slots.size(); ++slot) {
     Curve curve = slots[slot].reading.curve;
-    const bool changed = command == FrequencyCommand::mask_negative_phases ? mask_negative_phases(curve)
-                                                                           : apply_rule(rule, curve);
+    bool changed = apply_rule(rule, curve);
+    if (command == FrequencyCommand::mask_negative_phases) {
+      changed = mask_negative_phases(rule, curve) || changed;
+    }
     if (changed) {
       entries.push_back(mask_entry(slots[slot].reading.ID, curve.mask));
     }

@@ -21,7 +21,7 @@ enum class FrequencyCommand {  // in the order of the buttons
   reset_from = 4,
   reset_at = 5,
   reset_all = 6,
-  mask_negative_phases = 7  // acts on phases whatever field is chosen
+  mask_negative_phases = 7  // acts on phases whatever field is chosen, and as mask_up_to with 0 Hz
 };
 
 enum class ClipEnds { top = 0, bottom = 1, both = 2 };  // in the order of the buttons

@@ -110,6 +110,15 @@ TEST_F(Edits, Frequencies_are_cleared_and_reset_by_range) {
   EXPECT_EQ(clear_frequencies(mask_up_to, "4", OutlierField::both), Edit::nothing);
 }
 
+TEST_F(Edits, Negative_phases_take_the_lowest_frequencies_with_them) {
+  const std::vector<made::Point> points{{0.0001F, 10.0F, 40.0F}, {0.0002F, 10.0F, 40.0F}};
+  store_repeats({points, points});
+  EXPECT_EQ(clear_frequencies(FrequencyCommand::mask_negative_phases, "", OutlierField::resistivity),
+            Edit::changed);
+  EXPECT_EQ(masks(1, 1), "01");
+  EXPECT_EQ(masks(1, 2), "11");
+}
+
 TEST_F(Edits, Outliers_are_clipped_point_by_point) {
   // Point 0 has the values 1..4 in mixed order; at point 1 two are equal; the third repeat is one point
   // short.
