@@ -8,6 +8,7 @@
 #include <QScrollBar>
 #include <QStackedLayout>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/panel_controls.h"
 #include "app/picture_raw_data.h"
@@ -40,7 +41,7 @@ PlanPanel::PlanPanel(QWidget* parent)
       VScroll_y_centre_(make_spring(Qt::Vertical, "VScroll_y_centre")),
       VScroll_scale_(named(new QScrollBar(Qt::Vertical), "VScroll_scale")),
       Combo_coords_(make_list("Combo_coords")),
-      Command_show_raw_data_(named(new QPushButton("Show &Data"), "Command_show_raw_data")),
+      Command_show_raw_data_(named(new QPushButton("Show Ra&w Data"), "Command_show_raw_data")),
       stack_(new QStackedLayout) {
   Combo_coords_->addItems({"Local", "Map"});
   VScroll_scale_->setRange(-5, 20);
@@ -106,8 +107,11 @@ void PlanPanel::connect_controls() {
           [this](int value) { pan(*VScroll_y_centre_, pan_plan_y, value); });
   connect(Picture_site_map_, &SiteMap::resized, this, &PlanPanel::draw_plan);
   connect(Picture_site_map_, &SiteMap::station_picked, this, &PlanPanel::station_picked);
-  connect(Picture_site_map_, &SiteMap::zoom_wanted, this,
-          [this](int steps) { VScroll_scale_->setValue(VScroll_scale_->value() + steps); });
+  connect(Picture_site_map_, &SiteMap::zoom_wanted, this, &PlanPanel::zoom_about);
+  connect(Picture_site_map_, &SiteMap::dragged, this, [this](QPointF from, QPointF to) {
+    drag_plan({from.x(), from.y()}, {to.x(), to.y()});
+    draw_plan();
+  });
   connect(Picture_site_map_, &SiteMap::pointer_moved, this, [this](double x, double y) {
     show_status({}, qt_text(format_number(x, "0.0")), qt_text(format_number(y, "0.0")));
   });
@@ -122,6 +126,13 @@ void PlanPanel::pan(QScrollBar& bar, void (*pan_plan)(int), int value) {
   draw_plan();
   const ScopedValue updating(session().updating_controls, true);
   bar.setValue(0);
+}
+
+void PlanPanel::zoom_about(int steps, QPointF place) {
+  const int present = VScroll_scale_->value();
+  const int wanted = std::clamp(present + steps, VScroll_scale_->minimum(), VScroll_scale_->maximum());
+  keep_place_through_zoom({place.x(), place.y()}, Picture_site_map_->height(), present, wanted);
+  VScroll_scale_->setValue(wanted);
 }
 
 void PlanPanel::draw_plan() {

@@ -34,6 +34,7 @@ class PlanPanel : public QWidget {
   QWidget* make_plan();
   QWidget* make_status();
   void connect_controls();
+  void zoom_about(int steps, QPointF place);
   void pan(QScrollBar& bar, void (*pan_plan)(int), int value);
 
   RawPanel* Picture_raw_data_;

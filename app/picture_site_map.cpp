@@ -1,7 +1,9 @@
 #include "app/picture_site_map.h"
 
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
@@ -13,6 +15,7 @@ namespace {
 
 constexpr double station_width = 3.0;  // pixels
 constexpr double current_width = 9.0;
+constexpr double click_distance = 4.0;  // pixels; beyond it a press is a drag
 
 void draw_dot(QPainter& painter, PlanPoint at, double width, const QColor& colour) {
   painter.setPen(Qt::NoPen);
@@ -47,8 +50,8 @@ void draw_line_names(QPainter& painter, double height) {
 
 SiteMap::SiteMap(QWidget* parent) : QWidget(parent) {
   setMouseTracking(true);
+  setFocusPolicy(Qt::ClickFocus);  // a click ends the typing in a text box
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  setToolTip("Click a station to select it; turn the wheel to zoom");
 }
 
 void SiteMap::paintEvent(QPaintEvent* /*event*/) {
@@ -79,17 +82,64 @@ void SiteMap::resizeEvent(QResizeEvent* event) {
 }
 
 void SiteMap::mousePressEvent(QMouseEvent* event) {
-  const std::int32_t station_index = pick_station({event->position().x(), event->position().y()}, height());
-  if (event->button() == Qt::LeftButton && station_index > 0) {
-    Q_EMIT station_picked(station_index);
+  if (held_ == Qt::NoButton && (event->button() == Qt::LeftButton || event->button() == Qt::MiddleButton)) {
+    held_ = event->button();
+    pressed_at_ = last_ = event->position();
+    dragging_ = false;
   }
 }
 
 void SiteMap::mouseMoveEvent(QMouseEvent* event) {
+  const QPointF at = event->position();
+  if (held_ != Qt::NoButton && (at - pressed_at_).manhattanLength() > click_distance && !dragging_) {
+    dragging_ = true;
+    setCursor(Qt::ClosedHandCursor);
+  }
+  if (dragging_) {
+    Q_EMIT dragged(last_, at);
+    last_ = at;
+  }
   if (plan_window().plan_y_scale > 0.0) {
-    const PlanPoint place = to_survey({event->position().x(), event->position().y()}, height());
+    const PlanPoint place = to_survey({at.x(), at.y()}, height());
     Q_EMIT pointer_moved(place.x, place.y);
   }
+}
+
+void SiteMap::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != held_) {
+    return;
+  }
+  const bool clicked = held_ == Qt::LeftButton && !dragging_;
+  held_ = Qt::NoButton;
+  dragging_ = false;
+  unsetCursor();
+  if (!clicked) {
+    return;
+  }
+  const std::int32_t station_index = pick_station({pressed_at_.x(), pressed_at_.y()}, height());
+  if (station_index > 0) {
+    Q_EMIT station_picked(station_index);
+  }
+}
+
+bool SiteMap::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) {
+    return QWidget::event(event);
+  }
+  const auto& help = *static_cast<QHelpEvent*>(event);
+  constexpr double reach = 8.0;  // pixels
+  const std::int32_t station_index = station_under({1.0 * help.x(), 1.0 * help.y()}, height(), reach);
+  if (station_index > 0) {
+    const auto at = static_cast<std::size_t>(station_index) - 1;
+    QToolTip::showText(help.globalPos(),
+                       QString::fromStdString("Line " + session().station_line[at] + ", station " +
+                                              plain_text(session().station_value[at])),
+                       this);
+  } else {
+    QToolTip::showText(help.globalPos(),
+                       "Click a station to select it; drag to move the plan, turn the wheel to zoom", this);
+  }
+  return true;
 }
 
 void SiteMap::leaveEvent(QEvent* event) {
@@ -98,8 +148,11 @@ void SiteMap::leaveEvent(QEvent* event) {
 }
 
 void SiteMap::wheelEvent(QWheelEvent* event) {
-  if (event->angleDelta().y() != 0) {
-    Q_EMIT zoom_wanted(event->angleDelta().y() > 0 ? 1 : -1);
+  constexpr int notch = 120;
+  wheel_turned_ += event->angleDelta().y();
+  if (const int steps = wheel_turned_ / notch; steps != 0) {
+    wheel_turned_ -= steps * notch;
+    Q_EMIT zoom_wanted(steps, event->position());
   }
   event->accept();
 }

@@ -1,5 +1,9 @@
 // picture_site_map.h: the stations in plan, as dots in the plan window.
+//
+// With the mouse: a click picks the nearest station, a drag moves the plan and never picks, the wheel zooms
+// about the pointer, and the dot under the pointer is named in a tool tip.
 #pragma once
+#include <QPointF>
 #include <QWidget>
 
 class SiteMap : public QWidget {
@@ -13,7 +17,8 @@ class SiteMap : public QWidget {
   void station_picked(int station_index);
   void pointer_moved(double x, double y);  // m
   void pointer_left();
-  void zoom_wanted(int steps);
+  void dragged(QPointF from, QPointF to);
+  void zoom_wanted(int steps, QPointF about);
   void resized();
 
  protected:
@@ -21,6 +26,15 @@ class SiteMap : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  bool event(QEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  Qt::MouseButton held_ = Qt::NoButton;
+  QPointF pressed_at_;
+  QPointF last_;
+  bool dragging_ = false;
+  int wheel_turned_ = 0;  // eighths of a degree that have not made a step yet
 };

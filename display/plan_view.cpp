@@ -31,6 +31,25 @@ void widen_to(Range& range, double length) {
   range.maximum += half;
 }
 
+/// The first of the nearest stations that are less than `limit` m away; -1 if there is none.
+std::int32_t nearest_station(PlanPoint picture, double picture_height, double limit) {
+  if (!(plan_window().plan_y_scale > 0.0)) {
+    return -1;
+  }
+  const PlanPoint point = to_survey(picture, picture_height);
+  std::int32_t nearest = -1;
+  double nearest_distance = limit;
+  for (std::int32_t index = 1; index <= session().station_count; ++index) {
+    const PlanPoint place = station_place(index);
+    const double distance = std::hypot(place.x - point.x, place.y - point.y);
+    if (distance < nearest_distance) {
+      nearest_distance = distance;
+      nearest = index;
+    }
+  }
+  return nearest;
+}
+
 void fit_base(double picture_width, double picture_height) {
   PlanWindow& window = plan_window();
   if (window.plan_x_extent > 0.0 && window.plan_y_extent > 0.0) {
@@ -120,6 +139,24 @@ void pan_plan_y(int value) {
   plan_window().plan_y_centre -= static_cast<double>(value) / 10.0 * plan_window().plan_y_extent;
 }
 
+void drag_plan(PlanPoint from, PlanPoint to) {
+  PlanWindow& window = plan_window();
+  if (window.plan_y_scale > 0.0) {
+    window.plan_x_centre -= (to.x - from.x) / window.plan_x_scale;
+    window.plan_y_centre += (to.y - from.y) / window.plan_y_scale;
+  }
+}
+
+void keep_place_through_zoom(PlanPoint picture, double picture_height, int from_value, int to_value) {
+  PlanWindow& window = plan_window();
+  if (window.plan_y_scale > 0.0) {
+    const PlanPoint place = to_survey(picture, picture_height);
+    const double shrink = std::pow(zoom_step, from_value - to_value);
+    window.plan_x_centre = place.x + (window.plan_x_centre - place.x) * shrink;
+    window.plan_y_centre = place.y + (window.plan_y_centre - place.y) * shrink;
+  }
+}
+
 PlanPoint station_place(std::int32_t station_index) {
   const StationPlace& place = session().station_table[static_cast<std::size_t>(station_index) - 1];
   return session().x_column == 3 ? PlanPoint{place.map_x, place.map_y}
@@ -145,21 +182,11 @@ bool in_plan_window(PlanPoint place) {
 }
 
 std::int32_t pick_station(PlanPoint picture, double picture_height) {
-  if (!(plan_window().plan_y_scale > 0.0)) {
-    return -1;
-  }
-  const PlanPoint point = to_survey(picture, picture_height);
-  std::int32_t nearest = -1;
-  double nearest_distance = picking_distance;
-  for (std::int32_t index = 1; index <= session().station_count; ++index) {
-    const PlanPoint place = station_place(index);
-    const double distance = std::hypot(place.x - point.x, place.y - point.y);
-    if (distance < nearest_distance) {
-      nearest_distance = distance;
-      nearest = index;
-    }
-  }
-  return nearest;
+  return nearest_station(picture, picture_height, picking_distance);
+}
+
+std::int32_t station_under(PlanPoint picture, double picture_height, double within) {
+  return nearest_station(picture, picture_height, within / plan_window().plan_y_scale);
 }
 
 }  // namespace Module_display_data

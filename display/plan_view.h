@@ -58,6 +58,13 @@ int resize_plan_window(double picture_width, double picture_height, int scale_va
 void pan_plan_x(int value);
 void pan_plan_y(int value);
 
+/// Moves the window so that what was at one point of the picture comes to lie at another.
+void drag_plan(PlanPoint from, PlanPoint to);
+
+/// Moves the window's centre so that the place at a point of the picture stays there while the scale bar goes
+/// from one value to another.
+void keep_place_through_zoom(PlanPoint picture, double picture_height, int from_value, int to_value);
+
 /// Where a station lies, in the coordinates chosen. @param station_index from 1
 PlanPoint station_place(std::int32_t station_index);
 
@@ -71,5 +78,8 @@ bool in_plan_window(PlanPoint place);
 /// The station nearest to a point of the picture, from 1; the first of equally near ones. -1 if there is none
 /// within 10000 m or nothing has been drawn.
 std::int32_t pick_station(PlanPoint picture, double picture_height);
+
+/// The station whose dot lies within so many picture units of a point, from 1; -1 if there is none.
+std::int32_t station_under(PlanPoint picture, double picture_height, double within);
 
 }  // namespace Module_display_data
