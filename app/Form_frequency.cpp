@@ -35,7 +35,7 @@ Form_frequency::Form_frequency(Module_database::FrequencySelection selection, QW
     button->setAutoDefault(false);
   }
   resize(sizeHint().width(), 480);
-  connect(Grid_frequencies_, &QTableWidget::cellClicked, this, &Form_frequency::switch_cell);
+  connect_switches(*Grid_frequencies_, this, [this](int row, int column) { switch_cell(row, column); });
   connect(Command_save_changes_, &QPushButton::clicked, this, &Form_frequency::save_changes);
   connect(Command_cancel_changes_, &QPushButton::clicked, this, &Form_frequency::cancel_changes);
   connect(done, &QPushButton::clicked, this, &QDialog::accept);

@@ -84,7 +84,8 @@ void Form_main::compose() {
   ui_->Label_no_readings->setFont(calm_heading);
 
   version_->setObjectName("Label_version");
-  ui_->status_bar->addPermanentWidget(version_);
+  version_->setContentsMargins(0, 0, 9, 0);
+  ui_->menu_bar->setCornerWidget(version_);  // a bar of its own would take room from the graphs
 
   resizer_->setObjectName("vxReSizer");
   resizer_->manage(ui_->Splitter_profile, {2.0, 3.0});
@@ -143,8 +144,9 @@ void Form_main::connect_menus() {
   auto* const file_key = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_F), this);
   connect(file_key, &QShortcut::activated, this,
           [this] { ui_->menu_bar->setActiveAction(ui_->menu_file->menuAction()); });
-  for (const int step : {-1, 1}) {
-    auto* const key = new QShortcut(QKeySequence(step < 0 ? Qt::Key_Left : Qt::Key_Right), this);
+  for (const int step : {-1, 1}) {  // of the row: while it is hidden, the keys are those of what is seen
+    auto* const key =
+        new QShortcut(QKeySequence(step < 0 ? Qt::Key_Left : Qt::Key_Right), ui_->Selection_row);
     connect(key, &QShortcut::activated, this, [this, step] { ui_->Selection_row->step_station(step); });
   }
 }

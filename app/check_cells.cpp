@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QShortcut>
 #include <QTableWidget>
+#include <algorithm>
 
 namespace {
 
@@ -48,6 +50,20 @@ QTableWidget* make_switch_grid(const QString& name, const QStringList& headings)
   grid->horizontalHeader()->setMinimumSectionSize(24);
   grid->setSelectionMode(QAbstractItemView::NoSelection);
   grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  grid->setTabKeyNavigation(false);  // the tab key goes on to the next control
   grid->setItemDelegate(new CheckCells(grid));
   return grid;
+}
+
+void connect_switches(QTableWidget& grid, QObject* context,
+                      const std::function<void(int row, int column)>& switch_cell) {
+  QObject::connect(&grid, &QTableWidget::cellClicked, context, switch_cell);
+  QObject::connect(&grid, &QTableWidget::cellDoubleClicked, context, switch_cell);
+  auto* const space = new QShortcut(QKeySequence(Qt::Key_Space), &grid);
+  space->setContext(Qt::WidgetShortcut);
+  QObject::connect(space, &QShortcut::activated, context, [&grid, switch_cell] {
+    if (grid.currentRow() >= 0) {
+      switch_cell(grid.currentRow(), std::max(grid.currentColumn(), 1));
+    }
+  });
 }

@@ -1,6 +1,6 @@
 #include "app/graph_pair.h"
 
-#include <QVBoxLayout>
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -28,11 +28,8 @@ void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
 GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
                                  QWidget* parent)
     : QWidget(parent) {
-  auto* const rows = new QVBoxLayout(this);
-  rows->setContentsMargins(0, 0, 0, 0);
-  rows->setSpacing(0);
   for (std::size_t index = 0; index < graphs_.size(); ++index) {
-    auto* const graph = new VexGraphControl;
+    auto* const graph = new VexGraphControl(this);
     graphs_[index] = graph;
     graph->setObjectName(QString("%1_%2").arg(name).arg(index));
     graph->set_xaxistype(x_type);
@@ -44,7 +41,7 @@ GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, co
             [this, component](int series, int point) { Q_EMIT point_selected(component, series, point); });
     connect(graph, &VexGraphControl::pointer_moved, this,
             [this, component](bool off, double x, double y) { Q_EMIT pointer_moved(component, off, x, y); });
-    rows->addWidget(graph, index == 0 ? 3 : 2);
+    connect(graph, &VexGraphControl::error_bars_toggled, this, &GraphPairWidget::show_error_bars);
   }
   graphs_[0]->set_yaxistype(graph::AxisType::logarithmic);
   graphs_[0]->set_y_title("Apparent resistivity (ohm-m)");
@@ -52,6 +49,31 @@ GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, co
   graphs_[1]->set_y_title("Phase (deg)");
   graphs_[1]->set_x_title(x_title);
   graphs_[0]->share_x_zoom(*graphs_[1]);
+}
+
+QSize GraphPairWidget::minimumSizeHint() const {
+  const QSize upper = graphs_[0]->minimumSizeHint();
+  const QSize lower = graphs_[1]->minimumSizeHint();
+  return {std::max(upper.width(), lower.width()), upper.height() + lower.height()};
+}
+
+/// The axis labels under the lower graph stand for both; what is left is shared three to two.
+void GraphPairWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const int upper_frame = graphs_[0]->frame_height();
+  const int areas = std::max(height() - upper_frame - graphs_[1]->frame_height(), 0);
+  const int upper = std::min(upper_frame + areas * 3 / 5, height());
+  graphs_[0]->setGeometry(0, 0, width(), upper);
+  graphs_[1]->setGeometry(0, upper, width(), height() - upper);
+}
+
+void GraphPairWidget::show_error_bars(bool shown) {
+  for (VexGraphControl* const graph : graphs_) {
+    if (graph->error_bars_shown() != shown) {
+      graph->set_error_bars_shown(shown);
+      graph->draw_graph();
+    }
+  }
 }
 
 void GraphPairWidget::clear() {

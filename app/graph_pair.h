@@ -28,11 +28,18 @@ class GraphPairWidget : public QWidget {
   void mark_x(std::optional<double> x);
   void reset_zoom();
   void set_point_text(const PointText& text);
+  QSize sizeHint() const override { return {360, 400}; }
+  QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
   void point_selected(Module_averaged_data::Component component, int series, int point);
   void pointer_moved(Module_averaged_data::Component component, bool off_graph, double x, double y);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  void show_error_bars(bool shown);
+
   std::array<VexGraphControl*, 2> graphs_{};
 };

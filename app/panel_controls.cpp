@@ -2,10 +2,31 @@
 
 #include <QBoxLayout>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 
+namespace {
+
+/// A text box that leaves undo and redo to the window as long as nothing has been typed to be undone.
+class ValueText final : public QLineEdit {
+ protected:
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::ShortcutOverride) {
+      const auto& key = *static_cast<QKeyEvent*>(event);
+      if ((key.matches(QKeySequence::Undo) && !isUndoAvailable()) ||
+          (key.matches(QKeySequence::Redo) && !isRedoAvailable())) {
+        event->ignore();
+        return false;
+      }
+    }
+    return QLineEdit::event(event);
+  }
+};
+
+}  // namespace
+
 QLineEdit* make_text(const QString& name, int characters, bool read_only) {
-  auto* const text = named(new QLineEdit, name);
+  auto* const text = named<QLineEdit>(new ValueText, name);
   constexpr int frame_characters = 2;
   text->setFixedWidth(text->fontMetrics().horizontalAdvance('0') * (characters + frame_characters));
   text->setReadOnly(read_only);

@@ -52,7 +52,7 @@ QVBoxLayout* RawPanel::make_side() {
   auto* const rows = new QVBoxLayout;
   rows->setSpacing(4);
   auto* const scan_rate = new QHBoxLayout;
-  add_labelled(*scan_rate, "Scan rate (Hz)", Combo_scan_rate_);
+  add_labelled(*scan_rate, "Scan rate (H&z)", Combo_scan_rate_);
   scan_rate->setStretchFactor(Combo_scan_rate_, 1);
   rows->addLayout(scan_rate);
   rows->addWidget(Command_show_plan_);

@@ -22,8 +22,10 @@ QTableWidgetItem* legend_cell(int repeat) {
   cell->setFlags(Qt::ItemIsEnabled);
   cell->setTextAlignment(Qt::AlignCenter);
   cell->setBackground(background);
-  constexpr int readable_on_dark = 140;
-  cell->setForeground(qGray(background.rgb()) < readable_on_dark ? Qt::white : Qt::black);
+  // Luma of Rec. 601; qGray takes bright green for dark.
+  const double luma = 0.299 * background.red() + 0.587 * background.green() + 0.114 * background.blue();
+  constexpr double middle = 128.0;
+  cell->setForeground(luma < middle ? Qt::white : Qt::black);
   return cell;
 }
 
@@ -35,7 +37,7 @@ RepeatsPanel::RepeatsPanel(QWidget* parent)
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(Grid_repeats_);
   Grid_repeats_->setMinimumHeight(70);
-  connect(Grid_repeats_, &QTableWidget::cellClicked, this, &RepeatsPanel::switch_cell);
+  connect_switches(*Grid_repeats_, this, [this](int row, int column) { switch_cell(row, column); });
 }
 
 void RepeatsPanel::show_repeats() {

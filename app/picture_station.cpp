@@ -63,7 +63,7 @@ QHBoxLayout* StationPanel::make_switches() {
     row->addWidget(box);
   }
   row->addStretch();
-  add_labelled(*row, "Static", Text_static_);
+  add_labelled(*row, "Stati&c", Text_static_);
   return row;
 }
 
@@ -86,11 +86,7 @@ void StationPanel::connect_controls() {
       }
     });
   }
-  connect(Text_static_, &QLineEdit::editingFinished, this, [this] {
-    if (averaged::set_static_factor(Text_static_->text().toStdString()) == averaged::Edit::changed) {
-      Q_EMIT edited();
-    }
-  });
+  connect(Text_static_, &QLineEdit::editingFinished, this, &StationPanel::leave_static_factor);
   for (const QCheckBox* const box : {Check_multi_station_, Check_multi_all_}) {
     connect(box, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(neighbours_changed()); });
   }
@@ -101,6 +97,15 @@ void StationPanel::connect_controls() {
       Q_EMIT chosen(neighbours_changed());
     }
   });
+}
+
+void StationPanel::leave_static_factor() {
+  if (!Text_static_->isModified() && Text_static_->text() == shown_static_) {
+    return;  // the text has two decimals, the factor may have more, which passing by must not cut off
+  }
+  if (averaged::set_static_factor(Text_static_->text().toStdString()) == averaged::Edit::changed) {
+    Q_EMIT static_factor_changed();
+  }
 }
 
 void StationPanel::display_station_data(bool fixed_scale) {
@@ -121,7 +126,8 @@ void StationPanel::show_merged_switches() {
     box->setEnabled(found);
   }
   Text_static_->setEnabled(found);
-  Text_static_->setText(found ? qt_text(format_number(column.ResOffset, "0.00")) : QString());
+  shown_static_ = found ? qt_text(format_number(column.ResOffset, "0.00")) : QString();
+  Text_static_->setText(shown_static_);
 }
 
 void StationPanel::show_series(const std::string& label) { Label_station_graph_->setText(qt_text(label)); }

@@ -36,18 +36,21 @@ class StationPanel : public QWidget {
  Q_SIGNALS:
   void chosen(const Module_display_data::Redisplay& redisplay);
   void edited();
+  void static_factor_changed();
 
  private:
   QHBoxLayout* make_headings();
   QHBoxLayout* make_switches();
   QHBoxLayout* make_neighbours();
   void connect_controls();
+  void leave_static_factor();
 
   GraphPairWidget* graphs_;
   QLabel* Label_station_;
   QLabel* Label_station_graph_;
   std::array<QCheckBox*, 3> Check_use_merged_{};
   QLineEdit* Text_static_;
+  QString shown_static_;  // as the program has written it
   QCheckBox* Check_multi_station_;
   QCheckBox* Check_multi_all_;
   QLineEdit* Text_multi_count_;

@@ -47,14 +47,26 @@ StatsPanel::StatsPanel(QWidget* parent) : QWidget(parent), Text_outliers_(make_t
   auto* const grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(3);
+  add_outlier_field(*grid);
   add_frequency_commands(*grid);
   add_outlier_commands(*grid);
+}
+
+void StatsPanel::add_outlier_field(QGridLayout& grid) {
+  const char* const fields[] = {"Res", "Phase", "All"};
+  for (int index = 0; index < 3; ++index) {
+    auto* const option = named(new QRadioButton(fields[index]), QString("Option_outlier_%1").arg(index));
+    option->setToolTip("What the commands below act on");
+    Option_outlier_[static_cast<std::size_t>(index)] = option;
+    grid.addWidget(option, 0, index);
+  }
+  Option_outlier_[2]->setChecked(true);
 }
 
 void StatsPanel::add_frequency_commands(QGridLayout& grid) {
   for (int index = 0; index < 8; ++index) {
     QPushButton* const button = make_button("Command_clear_frequencies", index, frequency_commands[index]);
-    grid.addWidget(button, index / 3, index % 3);
+    grid.addWidget(button, 1 + index / 3, index % 3);
     connect(button, &QPushButton::clicked, this, [this, index] {
       if (averaged::clear_frequencies(static_cast<averaged::FrequencyCommand>(index),
                                       frequency_text_ ? frequency_text_() : std::string(),
@@ -66,13 +78,14 @@ void StatsPanel::add_frequency_commands(QGridLayout& grid) {
 }
 
 void StatsPanel::add_outlier_commands(QGridLayout& grid) {
-  const char* const fields[] = {"Res", "Phase", "All"};
+  Text_outliers_->setText("1");
+  auto* const count = new QHBoxLayout;
+  add_labelled(*count, "Outliers to clip at each &end", Text_outliers_);
+  count->addStretch();
+  grid.addLayout(count, 4, 0, 1, 3);
   for (int index = 0; index < 3; ++index) {
-    auto* const option = named(new QRadioButton(fields[index]), QString("Option_outlier_%1").arg(index));
-    Option_outlier_[static_cast<std::size_t>(index)] = option;
-    grid.addWidget(option, 3, index);
     QPushButton* const button = make_button("Command_outliers", index, outlier_commands[index]);
-    grid.addWidget(button, 4, index);
+    grid.addWidget(button, 5, index);
     connect(button, &QPushButton::clicked, this, [this, index] {
       if (averaged::clip_outliers(static_cast<averaged::ClipEnds>(index),
                                   Text_outliers_->text().toStdString(), outlier_field()) == Edit::changed) {
@@ -80,12 +93,6 @@ void StatsPanel::add_outlier_commands(QGridLayout& grid) {
       }
     });
   }
-  Option_outlier_[2]->setChecked(true);
-  Text_outliers_->setText("1");
-  Text_outliers_->setToolTip("Values to clip at each end");
-  auto* const count = new QHBoxLayout;
-  add_labelled(*count, "Clip", Text_outliers_);
-  grid.addLayout(count, 2, 2);
 }
 
 void StatsPanel::set_frequency_source(std::function<std::string()> frequency_text) {

@@ -26,6 +26,7 @@ class StatsPanel : public QWidget {
   void edited();
 
  private:
+  void add_outlier_field(QGridLayout& grid);
   void add_frequency_commands(QGridLayout& grid);
   void add_outlier_commands(QGridLayout& grid);
   [[nodiscard]] Module_averaged_data::OutlierField outlier_field() const;

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -15,18 +16,38 @@
 
 using namespace Module_display_data;
 
+namespace {
+
+/// The bar through the stations of a line. It is disabled for the moment of a step; the stock bar would let
+/// go of its arrow then, and holding the arrow down walks along the line.
+class StationBar final : public QScrollBar {
+ public:
+  StationBar() : QScrollBar(Qt::Horizontal) {}
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    if (event->type() == QEvent::EnabledChange) {
+      QWidget::changeEvent(event);
+    } else {
+      QScrollBar::changeEvent(event);
+    }
+  }
+};
+
+}  // namespace
+
 SelectionRow::SelectionRow(QWidget* parent)
     : QWidget(parent),
       Combo_line_(make_list("Combo_line")),
       Text_sample_station_(make_text("Text_sample_station", 8, true)),
-      HScroll_repeat_(named(new QScrollBar(Qt::Horizontal), "HScroll_repeat")),
+      HScroll_repeat_(named(new StationBar, "HScroll_repeat")),
       Combo_reference_type_(make_list("Combo_reference_type")),
       Combo_data_type_(make_list("Combo_data_type")),
       Combo_dipole_(make_list("Combo_dipole")),
       Text_frequency_(make_text("Text_frequency", 11)),
       Text_event_(make_text("Text_event", 5, true)),
       Text_file_(named(new QLineEdit, "Text_file")),
-      Check_hide_masked_data_(named(new QCheckBox("&Hide masked"), "Check_hide_masked_data")),
+      Check_hide_masked_data_(named(new QCheckBox("Hide &masked"), "Check_hide_masked_data")),
       Check_fixed_scale_(named(new QCheckBox("Fi&xed scale"), "Check_fixed_scale")) {
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
@@ -38,21 +59,21 @@ SelectionRow::SelectionRow(QWidget* parent)
 
 QHBoxLayout* SelectionRow::make_selection() {
   auto* const row = new QHBoxLayout;
-  add_labelled(*row, "Line", Combo_line_);
+  add_labelled(*row, "&Line", Combo_line_);
   add_labelled(*row, "Station", Text_sample_station_);
   HScroll_repeat_->setRange(1, 1);
   HScroll_repeat_->setFocusPolicy(Qt::StrongFocus);
   HScroll_repeat_->setToolTip("Stations of the line (Left, Right)");
   row->addWidget(HScroll_repeat_, 1);
-  add_labelled(*row, "Reference", Combo_reference_type_);
-  add_labelled(*row, "Data", Combo_data_type_);
-  add_labelled(*row, "Dipole (m)", Combo_dipole_);
+  add_labelled(*row, "&Reference", Combo_reference_type_);
+  add_labelled(*row, "Data &type", Combo_data_type_);
+  add_labelled(*row, "D&ipole (m)", Combo_dipole_);
   return row;
 }
 
 QHBoxLayout* SelectionRow::make_read_outs() {
   auto* const row = new QHBoxLayout;
-  add_labelled(*row, "Frequency (Hz)", Text_frequency_);
+  add_labelled(*row, "Fre&quency (Hz)", Text_frequency_);
   add_labelled(*row, "Event", Text_event_);
   Text_file_->setReadOnly(true);
   Text_file_->setFocusPolicy(Qt::ClickFocus);
@@ -77,11 +98,23 @@ void SelectionRow::connect_controls() {
   });
   connect(Combo_dipole_, &QComboBox::currentIndexChanged, this,
           [this](int index) { Q_EMIT chosen(choose_dipole(Combo_dipole_->itemData(index).toFloat())); });
-  connect(HScroll_repeat_, &QScrollBar::valueChanged, this,
-          [this](int value) { Q_EMIT chosen(choose_station_in_line(value)); });
+  connect(HScroll_repeat_, &QScrollBar::valueChanged, this, &SelectionRow::go_to_place);
   connect(Check_fixed_scale_, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(fixed_scale_changed()); });
   connect(Check_hide_masked_data_, &QCheckBox::toggled, this,
           [this](bool hide) { Q_EMIT chosen(choose_hide_masked(hide)); });
+}
+
+void SelectionRow::go_to_place(int place_in_line) {
+  if (session().updating_controls) {
+    return;
+  }
+  const bool focused = HScroll_repeat_->hasFocus();
+  HScroll_repeat_->setEnabled(false);  // a step that takes long is not to be overtaken by the next
+  Q_EMIT chosen(choose_station_in_line(place_in_line));
+  HScroll_repeat_->setEnabled(true);
+  if (focused) {
+    HScroll_repeat_->setFocus();
+  }
 }
 
 void SelectionRow::fill(const SelectionLists& lists) {
@@ -98,10 +131,12 @@ void SelectionRow::fill(const SelectionLists& lists) {
   for (const std::string& data_type : lists.data_types) {
     Combo_data_type_->addItem(qt_text(data_type));
   }
-  Combo_data_type_->setCurrentIndex(lists.data_types.empty() ? -1 : lists.data_type_index);
   for (const float dipole : lists.dipoles) {
     Combo_dipole_->addItem(qt_text(plain_text(dipole)), dipole);
   }
+  Combo_reference_type_->setCurrentIndex(Combo_reference_type_->findData(session().current_reference_type));
+  Combo_data_type_->setCurrentIndex(Combo_data_type_->findText(qt_text(session().current_data_type)));
+  Combo_dipole_->setCurrentIndex(Combo_dipole_->findData(session().current_dipole));
   Check_hide_masked_data_->setChecked(session().hide_masked_data);
   show_read_out({});
   show_station();

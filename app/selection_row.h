@@ -37,6 +37,7 @@ class SelectionRow : public QWidget {
   QHBoxLayout* make_selection();
   QHBoxLayout* make_read_outs();
   void connect_controls();
+  void go_to_place(int place_in_line);
 
   QComboBox* Combo_line_;
   QLineEdit* Text_sample_station_;

@@ -1,6 +1,7 @@
 #include "app/survey_display.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/panel_controls.h"
 #include "app/picture_plan_group.h"
@@ -28,6 +29,12 @@ void SurveyDisplay::connect_panels() {
   connect(panels_.station, &StationPanel::chosen, this, &SurveyDisplay::apply);
   connect(&raw_, &RawPanel::chosen, this, &SurveyDisplay::apply);
   connect(panels_.station, &StationPanel::edited, this, &SurveyDisplay::redraw);
+  connect(panels_.station, &StationPanel::static_factor_changed, this, [this] {
+    Redisplay with_factor;  // raw graphs show what was measured
+    with_factor.draw_profile = true;
+    with_factor.draw_station = true;
+    draw(with_factor);
+  });
   connect(&raw_, &RawPanel::edited, this, &SurveyDisplay::redraw);
   connect(panels_.plan, &PlanPanel::station_picked, this,
           [this](int station_index) { display_station(station_index); });
@@ -73,15 +80,9 @@ void SurveyDisplay::connect_graphs() {
 void SurveyDisplay::display_site_map() {
   if (session().station_count == 0) {
     SelectionLists lists;
-    const bool filled = fill_selection_lists(lists) == 0;
-    panels_.selection->fill(lists);
-    panels_.plan->show_coordinates();
-    if (!filled || session().station_count == 0) {
-      clear();
-      return;
-    }
-  }
-  if (session().current_station_index < 1) {
+    const bool read = fill_selection_lists(lists) == 0;
+    show_survey(lists, read);
+  } else if (session().current_station_index < 1) {
     display_station(first_station_of_current_line());
   } else {
     panels_.plan->draw_plan();
@@ -89,14 +90,18 @@ void SurveyDisplay::display_site_map() {
 }
 
 void SurveyDisplay::reload() {
-  const std::string line = session().current_line;
-  const double station = session().current_station;
-  session().station_count = 0;
-  display_site_map();
-  for (std::size_t i = 0; i < session().station_value.size(); ++i) {
-    if (session().station_line[i] == line && session().station_value[i] == station) {
-      display_station(static_cast<int>(i) + 1);
-    }
+  SelectionLists lists;
+  const bool read = refill_selection_lists(lists) == 0;
+  show_survey(lists, read);
+}
+
+void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
+  panels_.selection->fill(lists);
+  panels_.plan->show_coordinates();
+  if (read && session().station_count > 0) {
+    display_station(lists.station_index);
+  } else {
+    clear();
   }
 }
 
@@ -109,6 +114,7 @@ void SurveyDisplay::redraw() {
 }
 
 void SurveyDisplay::clear() {
+  shown_ = {};
   panels_.profile->clear();
   panels_.station->clear();
   raw_.clear();
@@ -119,16 +125,8 @@ void SurveyDisplay::clear() {
 void SurveyDisplay::display_station(int station_index, bool draw_profile) {
   const BusyPointer busy;
   const ScopedValue updating(session().updating_controls, true);
-  const std::string earlier_line = session().current_line;
   Redisplay redisplay = Module_display_data::display_station(station_index, panels_.station->neighbours());
-  if (session().current_line != earlier_line) {
-    panels_.profile->reset_zoom();
-  }
   redisplay.draw_profile |= draw_profile;
-  if (redisplay.mark_station) {
-    panels_.station->reset_zoom();
-    raw_.reset_zoom();
-  }
   draw(redisplay);
   panels_.plan->draw_plan();
 }
@@ -143,6 +141,7 @@ void SurveyDisplay::apply(const Redisplay& redisplay) {
 
 void SurveyDisplay::draw(const Redisplay& redisplay) {
   const bool fixed_scale = panels_.selection->fixed_scale();
+  end_zoom_of_what_changed();
   if (redisplay.show_line || redisplay.mark_station) {
     panels_.selection->show_station();
   }
@@ -160,6 +159,22 @@ void SurveyDisplay::draw(const Redisplay& redisplay) {
   if (redisplay.draw_raw) {
     panels_.plan->show_raw_data(raw_.display_raw_data(fixed_scale));
   }
+}
+
+void SurveyDisplay::end_zoom_of_what_changed() {
+  Shown now{session().current_line, session().current_station, session().current_scan_rate};
+  const bool other_line = now.line != shown_.line;
+  const bool other_station = other_line || now.station != shown_.station;
+  if (other_line) {
+    panels_.profile->reset_zoom();
+  }
+  if (other_station) {
+    panels_.station->reset_zoom();
+  }
+  if (other_station || now.scan_rate != shown_.scan_rate) {
+    raw_.reset_zoom();
+  }
+  shown_ = std::move(now);
 }
 
 void SurveyDisplay::show_click(const PointClick& click) {

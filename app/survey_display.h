@@ -3,6 +3,7 @@
 // A graph is drawn once for each choice or edit.
 #pragma once
 #include <QObject>
+#include <string>
 
 #include "display/graph_clicks.h"
 #include "display/selection.h"
@@ -38,14 +39,24 @@ class SurveyDisplay : public QObject {
   void redo();
 
  private:
+  /// What the graphs were drawn for last.
+  struct Shown {
+    std::string line;
+    double station = 0.0;
+    double scan_rate = 0.0;  // Hz
+  };
+
   void connect_panels();
   void connect_graphs();
   void apply(const Module_display_data::Redisplay& redisplay);
   void draw(const Module_display_data::Redisplay& redisplay);
   void display_station(int station_index, bool draw_profile = false);
+  void show_survey(const Module_display_data::SelectionLists& lists, bool read);
+  void end_zoom_of_what_changed();
   void show_click(const Module_display_data::PointClick& click);
   void show_undone(const Module_averaged_data::UndoResult& result);
 
   Panels panels_;
   RawPanel& raw_;
+  Shown shown_;
 };

@@ -36,6 +36,14 @@ bool shown(const Visibility& visibility, const Curve& curve, int field, std::siz
          (visibility.use_reading && component && curve.masked_in(field, point) == 1);
 }
 
+void fill_error(PanePlot& pane, const Curve& curve, int field, std::size_t point, double factor) {
+  const int deviation = field == field_resistivity ? Module_database::field_resistivity_deviation
+                                                   : Module_database::field_phase_deviation;
+  graph::PlotSeries& series = pane.table.series.back();
+  series.error.resize(series.y.size(), graph::null_value);
+  series.error[point] = plotted(curve.value(deviation, point), factor);
+}
+
 void fill_point(PanePlot& pane, const Curve& curve, int field, std::size_t point, bool is_shown,
                 double factor) {
   graph::PlotSeries& series = pane.table.series.back();
@@ -85,7 +93,7 @@ void add_series(GraphPair& plot, std::size_t points) {
 }
 
 void add_curve(GraphPair& plot, const Curve& curve, const std::vector<std::int32_t>& list_position,
-               const Visibility& visibility, double resistivity_factor) {
+               const Visibility& visibility, double resistivity_factor, ErrorBars error_bars) {
   add_series(plot, curve.count());
   for (std::size_t point = 0; point < curve.count(); ++point) {
     const bool selected = frequency_selected(list_position[point]);
@@ -93,7 +101,15 @@ void add_curve(GraphPair& plot, const Curve& curve, const std::vector<std::int32
                selected && shown(visibility, curve, field_resistivity, point), resistivity_factor);
     fill_point(plot.phase, curve, field_phase, point,
                selected && shown(visibility, curve, field_phase, point), 1.0);
+    if (error_bars == ErrorBars::deviations) {
+      fill_error(plot.resistivity, curve, field_resistivity, point, resistivity_factor);
+      fill_error(plot.phase, curve, field_phase, point, 1.0);
+    }
   }
+}
+
+bool has_deviations(const Module_database::StoredReading& reading) {
+  return reading.ID != 0 && reading.FileID < 0;
 }
 
 bool frequency_selected(std::int32_t list_position) {

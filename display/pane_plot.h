@@ -39,15 +39,21 @@ struct Visibility {
   bool use_phase = true;
 };
 
+enum class ErrorBars { none, deviations };  // deviations: one standard deviation, from the curve
+
+/// Whether a reading's curve carries standard deviations: an average or a merged curve that was computed
+/// here. Other readings keep other things in those fields.
+bool has_deviations(const Module_database::StoredReading& reading);
+
 /// Room for one more series of so many points in both panes, without data.
 void add_series(GraphPair& plot, std::size_t points);
 
 /// Adds a curve as a series. A point shows if its frequency is in the frequency list and selected there and,
 /// while masked points are hidden, neither it nor its reading is switched off.
-/// @param resistivity_factor multiplies resistivity
+/// @param resistivity_factor multiplies resistivity and its error
 void add_curve(GraphPair& plot, const Module_database::Curve& curve,
                const std::vector<std::int32_t>& list_position, const Visibility& visibility,
-               double resistivity_factor);
+               double resistivity_factor, ErrorBars error_bars);
 
 /// Whether the frequency at a place of the session's frequency list is selected.
 bool frequency_selected(std::int32_t list_position);

@@ -18,7 +18,8 @@ GraphPair raw_plot(bool fixed_scale) {
     const RepeatSlot& slot = data.slots[k];
     const Visibility visibility{session().hide_masked_data, slot.reading.UseReading,
                                 slot.reading.UseResistivity, slot.reading.UsePhase};
-    add_curve(plot, slot.reading.curve, slot.list_position, visibility, 1.0);
+    add_curve(plot, slot.reading.curve, slot.list_position, visibility, 1.0,
+              k == 0 && has_deviations(slot.reading) ? ErrorBars::deviations : ErrorBars::none);
     graph::SeriesStyle style;
     if (k > 0) {
       style.colour = repeat_colour(static_cast<int>(k));

@@ -133,6 +133,37 @@ int read_lists(SelectionLists& lists) {
   return Module_database::load_reference_frequencies(state.current_reference_type);
 }
 
+/// @return false if the station is gone
+bool keep_station(const Module_database::ReadingKey& before, SelectionLists& lists) {
+  const SessionState& state = session();
+  for (std::int32_t index = 1; index <= state.station_count; ++index) {
+    const auto at = static_cast<std::size_t>(index) - 1;
+    if (state.station_line[at] == before.line && state.station_value[at] == before.station) {
+      lists.station_index = index;
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Reference type, data type and dipole as before, each if the survey still has it.
+int keep_kind(const Module_database::ReadingKey& before, const SelectionLists& lists) {
+  SessionState& state = session();
+  if (std::ranges::find(lists.data_types, before.data_type) != lists.data_types.end()) {
+    state.current_data_type = before.data_type;
+  }
+  if (std::ranges::find(lists.dipoles, before.dipole) != lists.dipoles.end()) {
+    state.current_dipole = before.dipole;
+  }
+  const auto& types = lists.reference_types;
+  if (state.current_reference_type == before.reference_type ||
+      std::ranges::find(types, before.reference_type, &ReferenceTypeItem::reference_type) == types.end()) {
+    return 0;
+  }
+  state.current_reference_type = before.reference_type;
+  return Module_database::load_reference_frequencies(before.reference_type);
+}
+
 /// Forgets the place in the survey, so that the first station of the line is displayed with everything loaded
 /// anew: profile, station, repeats.
 Redisplay reselect() {
@@ -188,6 +219,18 @@ int fill_selection_lists(SelectionLists& lists) {
   const ScopedValue updating(session().updating_controls, true);
   clear_selection();
   return trap_errors("An error occurred while reading the stations: ", [&] { return read_lists(lists); });
+}
+
+int refill_selection_lists(SelectionLists& lists) {
+  const Module_database::ReadingKey before = averaged::selected_key();
+  const double scan_rate = session().current_scan_rate;
+  if (fill_selection_lists(lists) != 0) {
+    return -1;
+  }
+  if (keep_station(before, lists)) {
+    session().current_scan_rate = scan_rate;
+  }
+  return keep_kind(before, lists);
 }
 
 Redisplay display_station(std::int32_t station_index, const NeighbourOptions& neighbours) {

@@ -24,6 +24,7 @@ struct SelectionLists {
   std::int32_t data_type_index = 0;  // the one selected at first
   std::vector<float> dipoles;        // m
   std::vector<std::string> lines;
+  std::int32_t station_index = 1;  // from 1, the one to display first
 };
 
 /// Reads the lists and the stations of the open survey, selects the first line, dipole and reference type and
@@ -32,6 +33,10 @@ struct SelectionLists {
 /// @param lists empty from where the survey has nothing to show
 /// @return 0, or -1 after a message
 [[nodiscard]] int fill_selection_lists(SelectionLists& lists);
+
+/// Reads the lists again after the survey has changed, and keeps what was selected as far as it is still
+/// there: reference type, data type, dipole, station and scan rate.
+[[nodiscard]] int refill_selection_lists(SelectionLists& lists);
 
 /// What the window has to do after a choice, in this order.
 struct Redisplay {

@@ -39,6 +39,12 @@ graph::SeriesStyle style_of(const StationSlot& slot, std::size_t series) {
   return style;
 }
 
+/// Neighbours are there to be compared; their bars would hide the curve of the station itself.
+ErrorBars error_bars_of(const StationSlot& slot) {
+  return slot.kind != StationSlotKind::neighbour && has_deviations(slot.reading) ? ErrorBars::deviations
+                                                                                 : ErrorBars::none;
+}
+
 void override_points(PanePlot& pane, const StationSlot& slot) {
   if (slot.colour_number) {
     std::ranges::fill(pane.point_styles.back(), *slot.colour_number);
@@ -55,7 +61,7 @@ GraphPair station_plot(bool fixed_scale) {
     const StationSlot& slot = data.slots[k];
     const Visibility visibility{session().hide_masked_data, slot.reading.UseReading,
                                 slot.reading.UseResistivity, slot.reading.UsePhase};
-    add_curve(plot, slot.reading.curve, slot.list_position, visibility, factor);
+    add_curve(plot, slot.reading.curve, slot.list_position, visibility, factor, error_bars_of(slot));
     for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
       pane->series_styles.back() = style_of(slot, k);
       override_points(*pane, slot);
