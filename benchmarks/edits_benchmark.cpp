@@ -2,16 +2,13 @@
 // stations with 60 frequencies, 12 repeats at the station that is edited, alone and beside 20 further lines.
 // Wall-clock time, as the user waits for the disk too. Counter: rows (readings in the survey).
 #include <chrono>
-#include <cmath>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/line_survey.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "display/profile_plot.h"
@@ -21,54 +18,21 @@
 #include "reduction/masks.h"
 #include "reduction/profile_data_set.h"
 #include "reduction/undo.h"
-#include "tests/reduction/made_readings.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
 
-using Module_database::open_survey;
-
-constexpr int stations = 100;
-constexpr int frequencies = 60;
-constexpr int edited_station = 50;
-
-made::StoredReading curve(int seed) {
-  std::vector<made::Point> points;
-  for (int i = 0; i < frequencies; ++i) {
-    const double wave = std::sin(0.1 * i + seed);
-    points.push_back({static_cast<float>(1e-2 * std::pow(10.0, 0.1 * i)),
-                      static_cast<float>(100.0 + 50.0 * wave), static_cast<float>(45.0 + 10.0 * wave)});
-  }
-  return made::reading(points);
-}
-
-void require(int status) {
-  if (status != 0) {
-    throw std::runtime_error("the survey could not be made");
-  }
-}
+using line_survey::edited_station;
+using line_survey::require;
 
 /// One survey, open for the benchmarks of its size.
 class Survey {
  public:
   explicit Survey(int other_lines) {
-    reset_session_state();
-    Module_database::reset_module();
-    session().database_file = folder_.path("survey.mdb");
-    require(Module_database::create_database());
-    require(Module_database::open_database());
-    for (int line = 0; line <= other_lines; ++line) {
-      store_line(line);
-    }
-    require(Module_averaged_data::recalculate_merged());
-    dao::Recordset& files = open_survey().files;
-    files.add_new();
-    files.set_long("ReferenceType", 0);
-    files.update();
+    line_survey::make(folder_.path("survey.mdb"), other_lines);
     require(Module_display_data::fill_selection_lists(lists_));
     (void)Module_display_data::display_station(edited_station, {});
-    const dao::Recordset count = open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable");
-    rows = count.record_count();
+    rows = line_survey::row_count();
   }
   ~Survey() { Module_database::reset_module(); }
   Survey(const Survey&) = delete;
@@ -77,21 +41,6 @@ class Survey {
   int rows = 0;
 
  private:
-  static void store_line(int line) {
-    dao::Transaction transaction(open_survey().database);
-    for (int station = 1; station <= stations; ++station) {
-      for (const float rate : {256.0F, 4096.0F}) {
-        made::ReadingKey key = made::key(rate, 100.0 * station);
-        key.line = std::to_string(200 * (line + 1)) + "E";
-        const int repeats = line == 0 && station == edited_station ? 12 : 2;
-        for (int event = 1; event <= repeats; ++event) {
-          made::store(key, event, curve(event + station));
-        }
-      }
-    }
-    transaction.commit();
-  }
-
   TemporaryFolder folder_;
   Module_display_data::SelectionLists lists_;
 };

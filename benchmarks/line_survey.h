@@ -1,0 +1,73 @@
+// line_survey.h: surveys for benchmarks: lines of 100 stations with 60 frequencies at two scan rates,
+// reduced; 12 repeats at the station that is edited, 2 elsewhere.
+#pragma once
+#include <cmath>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "reduction/averages.h"
+#include "tests/reduction/made_readings.h"
+
+namespace line_survey {
+
+inline constexpr int stations = 100;
+inline constexpr int frequencies = 60;
+inline constexpr int edited_station = 50;
+
+inline void require(int status) {
+  if (status != 0) {
+    throw std::runtime_error("the survey could not be made");
+  }
+}
+
+inline made::StoredReading curve(int seed) {
+  std::vector<made::Point> points;
+  for (int i = 0; i < frequencies; ++i) {
+    const double wave = std::sin(0.1 * i + seed);
+    points.push_back({static_cast<float>(1e-2 * std::pow(10.0, 0.1 * i)),
+                      static_cast<float>(100.0 + 50.0 * wave), static_cast<float>(45.0 + 10.0 * wave)});
+  }
+  return made::reading(points);
+}
+
+inline void store_line(int line) {
+  dao::Transaction transaction(Module_database::open_survey().database);
+  for (int station = 1; station <= stations; ++station) {
+    for (const float rate : {256.0F, 4096.0F}) {
+      made::ReadingKey key = made::key(rate, 100.0 * station);
+      key.line = std::to_string(200 * (line + 1)) + "E";
+      const int repeats = line == 0 && station == edited_station ? 12 : 2;
+      for (int event = 1; event <= repeats; ++event) {
+        made::store(key, event, curve(event + station));
+      }
+    }
+  }
+  transaction.commit();
+}
+
+/// Makes a survey of 1 + other_lines lines at a path and leaves it open.
+inline void make(const std::string& path, int other_lines) {
+  reset_session_state();
+  Module_database::reset_module();
+  session().database_file = path;
+  require(Module_database::create_database());
+  require(Module_database::open_database());
+  for (int line = 0; line <= other_lines; ++line) {
+    store_line(line);
+  }
+  require(Module_averaged_data::recalculate_merged());
+  dao::Recordset& files = Module_database::open_survey().files;
+  files.add_new();
+  files.set_long("ReferenceType", 0);
+  files.update();
+}
+
+/// Readings in the open survey.
+inline int row_count() {
+  const dao::Recordset rows =
+      Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable");
+  return rows.record_count();
+}
+
+}  // namespace line_survey

@@ -1,0 +1,193 @@
+// The main window as a person feels it: from a click on a point of a repeat to the finished picture of all
+// three graph pairs, and a step to the next station and back, on a line of 100 stations with 60 frequencies
+// and 12 repeats at the station that is edited; alone and beside 20 further lines. Offscreen, wall-clock
+// time. Counters: rows (readings in the survey); database_ms (the same work without a window); drawing_ms
+// (drawing and painting all graphs once more); draws (of all six graphs together, for each click or step).
+#include <QApplication>
+#include <QScrollBar>
+#include <QTest>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+#include <benchmark/benchmark.h>
+
+#include "app/Form_main.h"
+#include "app/survey_display.h"
+#include "benchmarks/line_survey.h"
+#include "core/session_state.h"
+#include "core/undo_stack.h"
+#include "display/selection.h"
+#include "platform/graph/VexGraphControl.h"
+#include "reduction/masks.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+using line_survey::edited_station;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr int clicked_series = 3;
+constexpr int clicked_point = 7;
+
+/// A window on one survey.
+class Window {
+ public:
+  explicit Window(int other_lines) {
+    const std::filesystem::path started_in = std::filesystem::current_path();
+    std::filesystem::current_path(folder_.folder());  // the preferences are kept here
+    const std::string path = folder_.path("survey.mdb");
+    line_survey::make(path, other_lines);
+    rows = line_survey::row_count();
+    line_survey::require(Module_database::close_database());
+    form_ = std::make_unique<Form_main>();
+    form_->resize(1280, 800);
+    form_->show();
+    form_->open_survey(QString::fromStdString(path));
+    QCoreApplication::processEvents();
+    bar().setValue(edited_station);
+    QCoreApplication::processEvents();
+    std::filesystem::current_path(started_in);
+  }
+  ~Window() {
+    form_.reset();
+    Module_Brenlox::clear_undo();
+    Module_database::reset_module();
+  }
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+
+  QScrollBar& bar() const { return *form_->findChild<QScrollBar*>("HScroll_repeat"); }
+
+  void click_point() const {
+    auto* const graph = form_->findChild<VexGraphControl*>("vxgraph_raw_data_1");
+    const auto at = graph->point_position(clicked_series, clicked_point);
+    if (!at) {
+      throw std::runtime_error("there is no point to click on");
+    }
+    QTest::mouseClick(graph, Qt::LeftButton, {}, at->toPoint());
+  }
+
+  void redraw() const { form_->findChild<SurveyDisplay*>()->redraw(); }
+
+  int draws() const {
+    int count = 0;
+    for (const VexGraphControl* const graph : form_->findChildren<VexGraphControl*>()) {
+      count += graph->draw_count();
+    }
+    return count;
+  }
+
+  int rows = 0;
+
+ private:
+  TemporaryFolder folder_;
+  RecordingInterface interface_;
+  std::unique_ptr<Form_main> form_;
+};
+
+struct OpenWindow {
+  std::unique_ptr<Window> window;
+  int other_lines = -1;
+};
+
+OpenWindow& open_window() {
+  static OpenWindow open;
+  return open;
+}
+
+Window& window(int other_lines) {
+  OpenWindow& open = open_window();
+  if (open.other_lines != other_lines) {
+    open.window.reset();
+    open.window = std::make_unique<Window>(other_lines);
+    open.other_lines = other_lines;
+  }
+  return *open.window;
+}
+
+/// Milliseconds that work takes, to the end of what it left to the event loop: painting.
+double time_of(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  QCoreApplication::processEvents();
+  return Milliseconds(std::chrono::steady_clock::now() - start).count();
+}
+
+/// @param whole what the person does
+/// @param without_window the same work on the survey alone; what it changes need not be drawn
+void run(benchmark::State& state, const std::function<void(const Window&)>& whole,
+         const std::function<void()>& without_window) {
+  const Window& view = window(static_cast<int>(state.range(0)));
+  double database = 0.0;
+  double drawing = 0.0;
+  int draws = 0;
+  for (auto _ : state) {
+    const int before = view.draws();
+    state.SetIterationTime(time_of([&] { whole(view); }) / 1000.0);
+    draws += view.draws() - before;
+    database += time_of(without_window);
+    drawing += time_of([&] { view.redraw(); });
+  }
+  const auto mean = benchmark::Counter::kAvgIterations;
+  state.counters["rows"] = view.rows;
+  state.counters["database_ms"] = benchmark::Counter(database, mean);
+  state.counters["drawing_ms"] = benchmark::Counter(drawing, mean);
+  state.counters["draws"] = benchmark::Counter(draws, mean);
+}
+
+void mask_click(benchmark::State& state) {
+  run(
+      state, [](const Window& view) { view.click_point(); },
+      [] {
+        if (Module_averaged_data::toggle_repeat_point(clicked_series, clicked_point,
+                                                      Module_averaged_data::Component::phase) !=
+            Module_averaged_data::Edit::changed) {
+          throw std::runtime_error("nothing was masked");
+        }
+      });
+  Module_Brenlox::clear_undo();
+}
+
+void station_step(benchmark::State& state) {
+  const auto other = [](int station) {
+    return station == edited_station ? edited_station + 1 : edited_station;
+  };
+  run(
+      state, [&](const Window& view) { view.bar().setValue(other(view.bar().value())); },
+      [&] {
+        // There and back, of which one way counts twice: the repeats of one station are the more.
+        const int from = session().current_station_index;
+        benchmark::DoNotOptimize(Module_display_data::display_station(other(from), {}));
+        benchmark::DoNotOptimize(Module_display_data::display_station(from, {}));
+      });
+}
+
+// All benchmarks of one survey before the next one is made.
+[[maybe_unused]] const bool registered = [] {
+  for (const int other_lines : {0, 20}) {
+    const auto add = [&](const char* name, void (*measure)(benchmark::State&)) {
+      benchmark::RegisterBenchmark(name, measure)
+          ->Arg(other_lines)
+          ->UseManualTime()
+          ->Unit(benchmark::kMillisecond);
+    };
+    add("mask_click", mask_click);
+    add("station_step", station_step);
+  }
+  return true;
+}();
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  open_window() = {};  // windows go before the application
+  return 0;
+}
