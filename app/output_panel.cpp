@@ -16,6 +16,13 @@ OutputPanel::OutputPanel(QWidget* parent)
   for (int column = 1; column < folders_->columnCount(); ++column) {
     ui_->DirList->hideColumn(column);
   }
+  // Folders are read as they come into view, so the one to be shown finds its place only by and by.
+  connect(folders_, &QFileSystemModel::directoryLoaded, this, [this](const QString& loaded) {
+    const QModelIndex chosen = ui_->DirList->currentIndex();
+    if (folders_->filePath(chosen).startsWith(loaded)) {
+      ui_->DirList->scrollTo(chosen, QAbstractItemView::PositionAtCenter);
+    }
+  });
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
 }

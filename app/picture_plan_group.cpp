@@ -28,6 +28,7 @@ QScrollBar* make_spring(Qt::Orientation orientation, const QString& name) {
   bar->setRange(-10, 10);
   bar->setPageStep(5);
   bar->setTracking(false);  // a drag moves once, when the bar is let go
+  bar->setToolTip("Moves the plan");
   return bar;
 }
 
@@ -69,9 +70,18 @@ QWidget* PlanPanel::make_plan() {
   grid->addLayout(controls, 0, 0, 1, 3);
   grid->addWidget(Picture_site_map_, 1, 0);
   grid->addWidget(VScroll_y_centre_, 1, 1);
-  grid->addWidget(VScroll_scale_, 1, 2);
+  grid->addLayout(make_zoom(), 1, 2);
   grid->addWidget(HScroll_x_centre_, 2, 0);
   return plan;
+}
+
+QVBoxLayout* PlanPanel::make_zoom() {
+  auto* const zoom = new QVBoxLayout;
+  zoom->setSpacing(0);
+  zoom->addWidget(new QLabel("\u2212"), 0, Qt::AlignHCenter);
+  zoom->addWidget(VScroll_scale_, 1, Qt::AlignHCenter);
+  zoom->addWidget(new QLabel("+"), 0, Qt::AlignHCenter);
+  return zoom;
 }
 
 QWidget* PlanPanel::make_status() {

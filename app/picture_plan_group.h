@@ -11,6 +11,7 @@ class QLabel;
 class QPushButton;
 class QScrollBar;
 class QStackedLayout;
+class QVBoxLayout;
 
 class PlanPanel : public QWidget {
   Q_OBJECT
@@ -32,6 +33,7 @@ class PlanPanel : public QWidget {
 
  private:
   QWidget* make_plan();
+  QVBoxLayout* make_zoom();
   QWidget* make_status();
   void connect_controls();
   void zoom_about(int steps, QPointF place);

@@ -46,6 +46,22 @@ void draw_line_names(QPainter& painter, double height) {
   }
 }
 
+void draw_scale_bar(QPainter& painter, QSize size) {
+  const double length = scale_bar_length(size.width());
+  const double pixels = length * plan_window().plan_x_scale;
+  constexpr double edge = 10.0;
+  const QPointF left(edge, size.height() - edge);
+  const QPointF right(edge + pixels, left.y());
+  const QPointF cap(0.0, 4.0);
+  painter.setPen(QColor(90, 90, 90));
+  painter.drawLine(left, right);
+  painter.drawLine(left - cap, left);
+  painter.drawLine(right - cap, right);
+  painter.drawText(QRectF(left.x(), 0.0, pixels, left.y() - 2.0),
+                   Qt::AlignHCenter | Qt::AlignBottom | Qt::TextDontClip,
+                   QString::fromStdString(plain_text(length) + " m"));
+}
+
 }  // namespace
 
 SiteMap::SiteMap(QWidget* parent) : QWidget(parent) {
@@ -74,6 +90,7 @@ void SiteMap::paintEvent(QPaintEvent* /*event*/) {
     }
   }
   draw_line_names(painter, height());
+  draw_scale_bar(painter, size());
 }
 
 void SiteMap::resizeEvent(QResizeEvent* event) {

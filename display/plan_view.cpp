@@ -175,6 +175,15 @@ PlanPoint to_survey(PlanPoint picture, double picture_height) {
           (picture_height - picture.y) / window.plan_y_scale + window.plan_y_min};
 }
 
+double scale_bar_length(double picture_width) {
+  const double longest = 0.25 * picture_width / plan_window().plan_x_scale;
+  const double decade = std::pow(10.0, std::floor(std::log10(longest)));
+  if (longest >= 5.0 * decade) {
+    return 5.0 * decade;
+  }
+  return longest >= 2.0 * decade ? 2.0 * decade : decade;
+}
+
 bool in_plan_window(PlanPoint place) {
   const PlanWindow& window = plan_window();
   return place.x > window.plan_x_min && place.x < window.plan_x_max && place.y > window.plan_y_min &&

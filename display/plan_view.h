@@ -72,6 +72,10 @@ PlanPoint station_place(std::int32_t station_index);
 PlanPoint to_picture(PlanPoint place, double picture_height);
 PlanPoint to_survey(PlanPoint picture, double picture_height);
 
+/// The longest of 1, 2, 5, 10, 20, ... m that takes at most a quarter of a picture's width; likewise below 1
+/// m.
+double scale_bar_length(double picture_width);
+
 /// Strictly inside the window.
 bool in_plan_window(PlanPoint place);
 

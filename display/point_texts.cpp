@@ -1,6 +1,10 @@
 #include "display/point_texts.h"
 
+#include <exception>
+
 #include "core/number_text.h"
+#include "core/text_fields.h"
+#include "database/survey_database.h"
 #include "display/raw_plot.h"
 #include "display/station_plot.h"
 #include "reduction/profile_data_set.h"
@@ -22,16 +26,51 @@ bool masked(const StoredReading& reading, std::size_t point, Component component
          reading.curve.masked_in(static_cast<int>(component) + 1, point) == 0;
 }
 
+std::string unit_of(Component component) { return component == Component::resistivity ? " ohm-m" : " deg"; }
+
 std::string value_text(float value, Component component) {
-  return format_number(value, "0.00") + (component == Component::resistivity ? " ohm-m" : " deg");
+  return format_number(value, "0.00") + unit_of(component);
+}
+
+/// "103.27", with its standard deviation where the reading has one.
+std::string measured_text(const StoredReading& reading, std::size_t point, Component component,
+                          float factor) {
+  const int field = static_cast<int>(component) + 1;
+  const int deviation_field = component == Component::resistivity
+                                  ? Module_database::field_resistivity_deviation
+                                  : Module_database::field_phase_deviation;
+  const float deviation = has_deviations(reading) ? reading.curve.value(deviation_field, point) : 0.0F;
+  std::string text = format_number(factor * reading.curve.value(field, point), "0.00");
+  if (deviation > 0.0F) {
+    text += " \u00b1 " + format_number(factor * deviation, "0.00");
+  }
+  return text + unit_of(component);
+}
+
+/// Name of the field file that a reading came from; empty for a derived one. A tool tip without it is better
+/// than a message at each move of the pointer.
+std::string file_of(const StoredReading& reading) {
+  if (reading.FileID <= 0) {
+    return {};
+  }
+  try {
+    dao::Recordset& files = Module_database::open_survey().files;
+    files.find_first("ID = " + format_number(reading.FileID, "0"));
+    return files.no_match() ? std::string() : std::string(trimmed(files.get_text("SurveyFile")));
+  } catch (const std::exception&) {
+    return {};
+  }
 }
 
 std::string reading_point_text(const std::string& series, const StoredReading& reading, std::size_t point,
                                Component component, float factor) {
-  const int field = static_cast<int>(component) + 1;
   std::string text = series + ": " + frequency_text(reading.curve.frequencies[point]) + " Hz, " +
-                     value_text(factor * reading.curve.value(field, point), component);
-  return masked(reading, point, component) ? text + ", masked" : text;
+                     measured_text(reading, point, component, factor);
+  if (masked(reading, point, component)) {
+    text += ", masked";
+  }
+  const std::string file = file_of(reading);
+  return file.empty() ? text : text + "\n" + file;
 }
 
 bool in_repeats(std::size_t slot, std::size_t point) {
