@@ -84,7 +84,7 @@ void Form_main::compose() {
   ui_->Label_no_readings->setFont(calm_heading);
 
   version_->setObjectName("Label_version");
-  version_->setContentsMargins(0, 4, 9, 0);  // on the line of the menus
+  version_->setContentsMargins(0, 2, 9, 0);  // on the line of the menus
   ui_->menu_bar->setCornerWidget(version_);  // a bar of its own would take room from the graphs
 
   resizer_->setObjectName("vxReSizer");

@@ -16,13 +16,10 @@ OutputPanel::OutputPanel(QWidget* parent)
   for (int column = 1; column < folders_->columnCount(); ++column) {
     ui_->DirList->hideColumn(column);
   }
-  // Folders are read as they come into view, so the one to be shown finds its place only by and by.
-  connect(folders_, &QFileSystemModel::directoryLoaded, this, [this](const QString& loaded) {
-    const QModelIndex chosen = ui_->DirList->currentIndex();
-    if (folders_->filePath(chosen).startsWith(loaded)) {
-      ui_->DirList->scrollTo(chosen, QAbstractItemView::PositionAtCenter);
-    }
-  });
+  // Folders are read and sorted as they come into view, so the one to be shown finds its place by and by.
+  connect(folders_, &QFileSystemModel::directoryLoaded, this, &OutputPanel::scroll_to_folder);
+  connect(folders_, &QFileSystemModel::layoutChanged, this, &OutputPanel::scroll_to_folder);
+  connect(ui_->DirList, &QTreeView::pressed, this, [this] { folder_finds_place_ = false; });
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
 }
@@ -47,6 +44,7 @@ bool OutputPanel::open_for_zonge() {
   }
   ui_->Label_numout->setText("0");
   ui_->Frame_rhoplus->hide();
+  ui_->Frame_outputvariable->setTitle("Data to write as a Zonge AVG set");
   ui_->Label_data_type->setText(QString::fromStdString(session().current_data_type));
   show_folder(QFileInfo(QString::fromStdString(session().database_file)).absolutePath());
   return true;
@@ -54,9 +52,15 @@ bool OutputPanel::open_for_zonge() {
 
 void OutputPanel::show_folder(const QString& folder) {
   folders_->setRootPath(QDir::rootPath());
-  const QModelIndex place = folders_->index(folder);
-  ui_->DirList->setCurrentIndex(place);
-  ui_->DirList->scrollTo(place);
+  ui_->DirList->setCurrentIndex(folders_->index(folder));
+  folder_finds_place_ = true;
+  scroll_to_folder();
+}
+
+void OutputPanel::scroll_to_folder() {
+  if (folder_finds_place_) {
+    ui_->DirList->scrollTo(ui_->DirList->currentIndex(), QAbstractItemView::PositionAtCenter);
+  }
 }
 
 void OutputPanel::write() {

@@ -27,9 +27,11 @@ class OutputPanel : public QFrame {
 
  private:
   void show_folder(const QString& folder);
+  void scroll_to_folder();
   void write();
 
   std::unique_ptr<Ui::output_panel> ui_;
   QFileSystemModel* folders_;
+  bool folder_finds_place_ = false;  // until the person takes the list in hand
   Module_output::OutputLists lists_;
 };

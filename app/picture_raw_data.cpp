@@ -79,10 +79,14 @@ void RawPanel::connect_controls() {
   connect(Command_show_plan_, &QPushButton::clicked, this, &RawPanel::plan_wanted);
   for (std::size_t index = 0; index < Check_use_average_.size(); ++index) {
     connect(Check_use_average_[index], &QCheckBox::toggled, this, [this, index](bool use) {
-      if (!session().updating_controls && session().current_station_index > 0 &&
-          averaged::set_repeat_use(0, static_cast<averaged::UseFlag>(index), use) ==
-              averaged::Edit::changed) {
+      if (session().updating_controls || session().current_station_index < 1) {
+        return;
+      }
+      if (averaged::set_repeat_use(0, static_cast<averaged::UseFlag>(index), use) ==
+          averaged::Edit::changed) {
         Q_EMIT edited();
+      } else {
+        show_average_switches();  // as they are stored
       }
     });
   }
@@ -114,8 +118,9 @@ void RawPanel::show_scan_rates() {
     Combo_scan_rate_->clear();
     Combo_scan_rate_->addItems(rates);
   }
-  Combo_scan_rate_->setCurrentIndex(
-      Combo_scan_rate_->findText(qt_text(plain_text(static_cast<float>(session().current_scan_rate)))));
+  const QString current = qt_text(plain_text(static_cast<float>(session().current_scan_rate)));
+  Combo_scan_rate_->setPlaceholderText(current);  // this station may lack it
+  Combo_scan_rate_->setCurrentIndex(Combo_scan_rate_->findText(current));
 }
 
 void RawPanel::show_average_switches() {

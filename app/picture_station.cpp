@@ -80,9 +80,13 @@ QHBoxLayout* StationPanel::make_neighbours() {
 void StationPanel::connect_controls() {
   for (std::size_t index = 0; index < Check_use_merged_.size(); ++index) {
     connect(Check_use_merged_[index], &QCheckBox::toggled, this, [this, index](bool use) {
-      if (!session().updating_controls && session().current_station_index > 0 &&
-          averaged::set_merged_use(static_cast<averaged::UseFlag>(index), use) == averaged::Edit::changed) {
+      if (session().updating_controls || session().current_station_index < 1) {
+        return;
+      }
+      if (averaged::set_merged_use(static_cast<averaged::UseFlag>(index), use) == averaged::Edit::changed) {
         Q_EMIT edited();
+      } else {
+        show_merged_switches();  // as they are stored
       }
     });
   }

@@ -80,7 +80,7 @@ void StatsPanel::add_frequency_commands(QGridLayout& grid) {
 void StatsPanel::add_outlier_commands(QGridLayout& grid) {
   Text_outliers_->setText("1");
   auto* const count = new QHBoxLayout;
-  add_labelled(*count, "Outliers to clip at each &end", Text_outliers_);
+  add_labelled(*count, "O&utliers to clip at each end", Text_outliers_);
   count->addStretch();
   grid.addLayout(count, 4, 0, 1, 3);
   for (int index = 0; index < 3; ++index) {

@@ -145,7 +145,9 @@ void SelectionRow::fill(const SelectionLists& lists) {
 void SelectionRow::show_station() {
   const ScopedValue updating(session().updating_controls, true);
   Combo_line_->setCurrentIndex(session().line_count > 0 ? session().current_line_index - 1 : -1);
-  HScroll_repeat_->setRange(1, std::max(session().stations_in_line, 1));
+  const int stations = std::max(session().stations_in_line, 1);
+  HScroll_repeat_->setRange(1, stations);
+  HScroll_repeat_->setPageStep(std::max(stations / 10, 1));
   HScroll_repeat_->setValue(std::max(place_in_line(), 1));
   const bool selected = session().current_station_index > 0 && !is_absent(session().current_station);
   Text_sample_station_->setText(selected ? qt_text(plain_text(session().current_station)) : QString());
