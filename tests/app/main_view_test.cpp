@@ -11,28 +11,16 @@
 #include <QTest>
 #include <QTimer>
 #include <cmath>
-#include <filesystem>
-#include <memory>
 
-#include "app/Form_main.h"
-#include "core/session_state.h"
-#include "core/undo_stack.h"
-#include "database/survey_database.h"
 #include "display/plan_view.h"
-#include "platform/graph/VexGraphControl.h"
 #include "reduction/profile_data_set.h"
 #include "reduction/repeat_data_set.h"
 #include "reduction/station_data_set.h"
-#include "tests/reduction/made_line.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/app/main_view_fixture.h"
 
 namespace {
 
 namespace averaged = Module_averaged_data;
-
-constexpr const char* graph_names[] = {"vxgraph_Profile_0", "vxgraph_Profile_1",  "vxgraph_station_0",
-                                       "vxgraph_station_1", "vxgraph_raw_data_0", "vxgraph_raw_data_1"};
 
 float resistivity(const averaged::StoredReading& reading, std::size_t point) {
   return reading.curve.value(Module_database::field_resistivity, point);
@@ -41,91 +29,14 @@ float resistivity(const averaged::StoredReading& reading, std::size_t point) {
 const averaged::StoredReading& average() { return averaged::repeat_data_set().slots.at(0).reading; }
 const averaged::StoredReading& merged() { return averaged::station_data_set().slots.at(0).reading; }
 
-std::int32_t stored_mask(std::int32_t ID, std::size_t point) {
-  const dao::Recordset row = made::row(ID);
-  return Module_database::read_reading(row).curve.masked_in(1, point);
-}
-
 }  // namespace
 
-class MainViewTest : public QObject {
+class MainViewTest : public QObject, private MainViewFixture {
   Q_OBJECT
 
- private:
-  template <class Widget>
-  Widget* control(const QString& name) const {
-    return window_->findChild<Widget*>(name);
-  }
-  void press(const QString& name) const { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
-  void menu(const QString& name) const { window_->findChild<QAction*>(name)->trigger(); }
-  void click_point(const QString& graph_name, int series, int point) const {
-    auto* const graph = control<VexGraphControl>(graph_name);
-    const auto at = graph->point_position(series, point);
-    QVERIFY(at.has_value());
-    auto* const target = graph->childAt(at->toPoint());
-    QWidget* const widget = target != nullptr ? target : graph;
-    QTest::mouseClick(widget, Qt::LeftButton, {}, widget->mapFrom(graph, at->toPoint()));
-  }
-  void click_cell(int row, int column) const {
-    auto* const grid = control<QTableWidget>("Grid_repeats");
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
-                      grid->visualItemRect(grid->item(row, column)).center());
-  }
-  std::vector<int> draws() const {
-    std::vector<int> counts;
-    for (const char* const name : graph_names) {
-      counts.push_back(control<VexGraphControl>(name)->draw_count());
-    }
-    return counts;
-  }
-  static std::vector<int> difference(const std::vector<int>& before, const std::vector<int>& after) {
-    std::vector<int> drawn;
-    for (std::size_t i = 0; i < before.size(); ++i) {
-      drawn.push_back(after[i] - before[i]);
-    }
-    return drawn;
-  }
-
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
-  std::unique_ptr<Form_main> window_;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
-
  private Q_SLOTS:
-  void init() {
-    reset_session_state();
-    Module_database::reset_module();
-    folder_ = std::make_unique<TemporaryFolder>();
-    std::filesystem::current_path(folder_->folder());
-    interface_ = std::make_unique<RecordingInterface>();
-    session().database_file = folder_->path("survey.mdb");
-    QCOMPARE(Module_database::create_database(), 0);
-    QCOMPARE(Module_database::open_database(), 0);
-    made::store_line(3);
-    for (int file = 1; file <= 7; ++file) {  // the made readings say that they came from file 7
-      dao::Recordset& files = Module_database::open_survey().files;
-      files.add_new();
-      files.set_text("SurveyFile", std::to_string(file) + ".edi");
-      files.set_long("ReferenceType", 0);
-      files.update();
-    }
-    QCOMPARE(Module_database::close_database(), 0);
-    window_ = std::make_unique<Form_main>();
-    window_->resize(1280, 800);
-    window_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
-    window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
-    QCoreApplication::processEvents();
-    QCOMPARE(session().current_station_index, 1);
-  }
-  void cleanup() {
-    window_.reset();
-    Module_Brenlox::clear_undo();
-    Module_database::reset_module();
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
-  }
+  void init() { open_made_survey(); }
+  void cleanup() { close_survey(); }
 
   void stations_are_stepped_through_by_bar_and_keys() {
     const auto* const shown = control<QLineEdit>("Text_sample_station");

@@ -1,0 +1,108 @@
+// main_view_fixture.h: the main window on a made survey of three stations, worked by its named controls.
+#pragma once
+#include <QAction>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTest>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Form_main.h"
+#include "core/session_state.h"
+#include "core/undo_stack.h"
+#include "database/survey_database.h"
+#include "platform/graph/VexGraphControl.h"
+#include "tests/reduction/made_line.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+class MainViewFixture {
+ protected:
+  void open_made_survey() {
+    reset_session_state();
+    Module_database::reset_module();
+    folder_ = std::make_unique<TemporaryFolder>();
+    std::filesystem::current_path(folder_->folder());
+    interface_ = std::make_unique<RecordingInterface>();
+    session().database_file = folder_->path("survey.mdb");
+    QCOMPARE(Module_database::create_database(), 0);
+    QCOMPARE(Module_database::open_database(), 0);
+    made::store_line(3);
+    for (int file = 1; file <= 7; ++file) {  // the made readings say that they came from file 7
+      dao::Recordset& files = Module_database::open_survey().files;
+      files.add_new();
+      files.set_text("SurveyFile", std::to_string(file) + ".edi");
+      files.set_long("ReferenceType", 0);
+      files.update();
+    }
+    QCOMPARE(Module_database::close_database(), 0);
+    window_ = std::make_unique<Form_main>();
+    window_->resize(1280, 800);
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
+    QCoreApplication::processEvents();
+    QCOMPARE(session().current_station_index, 1);
+  }
+  void close_survey() {
+    window_.reset();
+    Module_Brenlox::clear_undo();
+    Module_database::reset_module();
+    interface_.reset();
+    std::filesystem::current_path(started_in_);
+    folder_.reset();
+  }
+
+  template <class Widget>
+  Widget* control(const QString& name) const {
+    return window_->findChild<Widget*>(name);
+  }
+  QAction* item(const QString& name) const { return window_->findChild<QAction*>(name); }
+  void menu(const QString& name) const { item(name)->trigger(); }
+  void press(const QString& name) const { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
+
+  void click_point(const QString& graph_name, int series, int point) const {
+    auto* const graph = control<VexGraphControl>(graph_name);
+    const auto at = graph->point_position(series, point);
+    QVERIFY(at.has_value());
+    QTest::mouseClick(graph, Qt::LeftButton, {}, at->toPoint());
+  }
+  QPoint cell_centre(int row, int column) const {
+    const auto* const grid = control<QTableWidget>("Grid_repeats");
+    return grid->visualItemRect(grid->item(row, column)).center();
+  }
+  void click_cell(int row, int column) const {
+    QTest::mouseClick(control<QTableWidget>("Grid_repeats")->viewport(), Qt::LeftButton, {},
+                      cell_centre(row, column));
+  }
+
+  /// How often each of the graphs has been drawn: profile, station, raw; resistivity before phase.
+  std::vector<int> draws() const {
+    std::vector<int> counts;
+    for (const char* const pair : {"vxgraph_Profile", "vxgraph_station", "vxgraph_raw_data"}) {
+      for (const int index : {0, 1}) {
+        counts.push_back(control<VexGraphControl>(QString("%1_%2").arg(pair).arg(index))->draw_count());
+      }
+    }
+    return counts;
+  }
+  static std::vector<int> difference(const std::vector<int>& before, const std::vector<int>& after) {
+    std::vector<int> drawn;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      drawn.push_back(after[i] - before[i]);
+    }
+    return drawn;
+  }
+
+  static std::int32_t stored_mask(std::int32_t ID, std::size_t point) {
+    const dao::Recordset row = made::row(ID);
+    return Module_database::read_reading(row).curve.masked_in(1, point);
+  }
+
+  std::unique_ptr<TemporaryFolder> folder_;
+  std::unique_ptr<RecordingInterface> interface_;
+  std::unique_ptr<Form_main> window_;
+  std::filesystem::path started_in_ = std::filesystem::current_path();
+};

@@ -1,0 +1,302 @@
+// Habits of the hand in the main window: keys, double clicks, drags, the wheel, leaving a text box; and that
+// each graph is drawn just once for each of them.
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScrollBar>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+#include "display/plan_view.h"
+#include "reduction/profile_data_set.h"
+#include "reduction/repeat_data_set.h"
+#include "reduction/station_data_set.h"
+#include "tests/app/main_view_fixture.h"
+
+namespace {
+
+namespace averaged = Module_averaged_data;
+using Module_Brenlox::undo_count;
+using Module_display_data::plan_window;
+
+/// The second click of a double click.
+void press_again(QWidget& widget, QPoint at) {
+  QMouseEvent second(QEvent::MouseButtonDblClick, at, widget.mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                     Qt::NoModifier);
+  QApplication::sendEvent(&widget, &second);
+  QTest::mouseRelease(&widget, Qt::LeftButton, {}, at);
+}
+
+void move(QWidget& widget, QPoint to, Qt::MouseButtons buttons) {
+  QMouseEvent event(QEvent::MouseMove, to, widget.mapToGlobal(to), Qt::NoButton, buttons, Qt::NoModifier);
+  QApplication::sendEvent(&widget, &event);
+}
+
+/// Counts how often a widget is disabled.
+class Disabled : public QObject {
+ public:
+  using QObject::QObject;
+  int times = 0;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    times += event->type() == QEvent::EnabledChange && !static_cast<QWidget*>(watched)->isEnabled() ? 1 : 0;
+    return false;
+  }
+};
+
+QChar mnemonic(const QString& caption) {
+  const qsizetype at = QString(caption).replace("&&", "  ").indexOf('&');
+  return at < 0 ? QChar() : caption[at + 1].toLower();
+}
+
+}  // namespace
+
+class MainViewHabitsTest : public QObject, private MainViewFixture {
+  Q_OBJECT
+
+ private:
+  float stored_factor() const {
+    return made::row(averaged::profile_data_set().columns.at(0).ID).get_single("ResOffset");
+  }
+  QPoint dot(int station_index) const {
+    const auto at = Module_display_data::to_picture(Module_display_data::station_place(station_index),
+                                                    control<QWidget>("Picture_site_map")->height());
+    return QPointF(at.x, at.y).toPoint();
+  }
+
+ private Q_SLOTS:
+  void init() { open_made_survey(); }
+  void cleanup() { close_survey(); }
+
+  void each_graph_is_drawn_once_or_not_at_all() {
+    struct Case {
+      const char* name;
+      std::function<void()> act;
+      std::vector<int> drawn;
+    };
+    const std::vector<int> all(6, 1);
+    const std::vector<int> nothing(6, 0);
+    const auto type = [this](const char* name, const char* text) {
+      auto* const box = control<QLineEdit>(name);
+      box->setFocus();
+      box->selectAll();
+      QTest::keyClicks(box, text);
+      QTest::keyClick(box, Qt::Key_Return);
+    };
+    const Case cases[] = {
+        {"a mask", [&] { click_point("vxgraph_raw_data_0", 4, 1); }, all},
+        {"a switch of a repeat", [&] { click_cell(0, 3); }, all},
+        {"a switch of the average", [&] { control<QCheckBox>("Check_use_average_1")->click(); }, all},
+        {"a switch of the merged curve", [&] { control<QCheckBox>("Check_use_merged_2")->click(); }, all},
+        {"undo", [&] { menu("menu_undo"); }, all},
+        {"redo", [&] { menu("menu_redo"); }, all},
+        {"a command without effect", [&] { press("Command_clear_frequencies_7"); }, nothing},
+        {"static factor", [&] { type("Text_static", "1.5"); }, {1, 1, 1, 1, 0, 0}},
+        {"fixed scale", [&] { control<QCheckBox>("Check_fixed_scale")->click(); }, {0, 0, 1, 1, 1, 1}},
+        {"hide masked", [&] { control<QCheckBox>("Check_hide_masked_data")->click(); }, all},
+        {"scan rate", [&] { control<QComboBox>("Combo_scan_rate")->setCurrentIndex(1); }, {0, 0, 0, 0, 1, 1}},
+        {"neighbours", [&] { control<QCheckBox>("Check_multi_station")->click(); }, all},
+        {"their number", [&] { type("Text_multi_count", "1"); }, all},
+        {"a step", [&] { control<QScrollBar>("HScroll_repeat")->setValue(3); }, all},
+        {"a point of the profile elsewhere", [&] { click_point("vxgraph_Profile_0", 0, 1); }, all},
+        {"the same line", [&] { control<QComboBox>("Combo_line")->setCurrentIndex(0); }, nothing},
+        {"recalculation", [&] { menu("menu_Recalculate_merged"); }, all},
+        {"the plan", [&] { press("Command_show_plan"); }, nothing},
+    };
+    for (const Case& c : cases) {
+      const std::vector<int> before = draws();
+      c.act();
+      QCoreApplication::processEvents();
+      QVERIFY2(difference(before, draws()) == c.drawn, c.name);
+    }
+  }
+
+  void recalculation_keeps_the_selection() {
+    control<QScrollBar>("HScroll_repeat")->setValue(2);
+    control<QComboBox>("Combo_scan_rate")->setCurrentIndex(1);
+    menu("menu_Recalculate_merged");
+    QCOMPARE(session().current_station, 200.0);
+    QCOMPARE(control<QScrollBar>("HScroll_repeat")->value(), 2);
+    QCOMPARE(control<QComboBox>("Combo_scan_rate")->currentText(), QString("256"));
+    QCOMPARE(averaged::repeat_data_set().key.scan_rate, 256.0F);
+  }
+
+  void two_fast_clicks_are_two_clicks() {
+    auto* const graph = control<VexGraphControl>("vxgraph_raw_data_0");
+    const QPoint at = graph->point_position(4, 1)->toPoint();
+    const std::int32_t ID = averaged::repeat_data_set().slots.at(4).reading.ID;
+    QTest::mouseClick(graph, Qt::LeftButton, {}, at);
+    QCOMPARE(stored_mask(ID, 1), 0);
+    press_again(*graph, at);
+    QCOMPARE(stored_mask(ID, 1), 1);
+
+    auto* const grid = control<QTableWidget>("Grid_repeats");
+    const auto used = [] { return averaged::repeat_data_set().slots.at(2).reading.UseResistivity; };
+    click_cell(1, 2);
+    QVERIFY(!used());
+    press_again(*grid->viewport(), cell_centre(1, 2));
+    QVERIFY(used());
+    QTest::keyClick(grid, Qt::Key_Space);
+    QVERIFY(!used());
+    QCOMPARE(undo_count(), std::size_t{5});
+  }
+
+  void a_static_factor_is_stored_on_leaving_its_box_and_kept_in_passing_by() {
+    auto* const box = control<QLineEdit>("Text_static");
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, "1.234");
+    QTest::mouseClick(control<VexGraphControl>("vxgraph_station_1"), Qt::LeftButton, {}, QPoint(5, 5));
+    QVERIFY(!box->hasFocus());
+    QCOMPARE(stored_factor(), 1.234F);
+    QCOMPARE(box->text(), QString("1.23"));
+
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Tab);
+    QCOMPARE(stored_factor(), 1.234F);
+    QCOMPARE(undo_count(), std::size_t{1});
+
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, "0");
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(stored_factor(), 1.234F);
+    QCOMPARE(box->text(), QString("0"));
+  }
+
+  void undo_key_takes_back_typing_first_and_then_edits() {
+    auto* const box = control<QLineEdit>("Text_static");
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, "2");
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(stored_factor(), 2.0F);
+    QVERIFY(box->hasFocus());
+    QTest::keyClick(box, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(stored_factor(), 1.0F);
+    QTest::keyClick(box, Qt::Key_Y, Qt::ControlModifier);
+    QCOMPARE(stored_factor(), 2.0F);
+    box->selectAll();
+    QTest::keyClicks(box, "7");
+    QTest::keyClick(box, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(stored_factor(), 2.0F);
+    QVERIFY(box->text() != "7");
+  }
+
+  void the_station_bar_is_disabled_for_a_step_and_keeps_the_focus() {
+    auto* const bar = control<QScrollBar>("HScroll_repeat");
+    Disabled disabled;
+    bar->installEventFilter(&disabled);
+    bar->setFocus();
+    QTest::keyClick(bar, Qt::Key_Right);
+    QCOMPARE(session().current_station, 200.0);
+    QCOMPARE(disabled.times, 1);
+    QVERIFY(bar->isEnabled());
+    QVERIFY(bar->hasFocus());
+    menu("menu_output_data_1");
+    QTest::keyClick(window_.get(), Qt::Key_Right);  // the keys are the folder list's now
+    QCOMPARE(session().current_station, 200.0);
+  }
+
+  void the_plan_is_dragged_without_picking_and_zoomed_about_the_pointer() {
+    press("Command_show_plan");
+    auto* const plan = control<QWidget>("Picture_site_map");
+    QCoreApplication::processEvents();
+    const QPoint from = dot(3);
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
+      const QPoint before = dot(2);
+      QTest::mousePress(plan, button, {}, from);
+      move(*plan, from + QPoint(30, 10), button);
+      move(*plan, from + QPoint(60, 25), button);
+      QTest::mouseRelease(plan, button, {}, from + QPoint(60, 25));
+      QVERIFY((dot(2) - before - QPoint(60, 25)).manhattanLength() <= 2);
+    }
+    QCOMPARE(session().current_station_index, 1);
+
+    const QPoint about = dot(2);
+    const double extent = plan_window().plan_y_extent;
+    for (const int angle : {60, 60, 120}) {  // half a notch does nothing yet
+      QWheelEvent wheel(about, plan->mapToGlobal(about), QPoint(), QPoint(0, angle), Qt::NoButton,
+                        Qt::NoModifier, Qt::NoScrollPhase, false);
+      QApplication::sendEvent(plan, &wheel);
+    }
+    QCOMPARE(control<QScrollBar>("VScroll_scale")->value(), 2);
+    QVERIFY(std::abs(extent / plan_window().plan_y_extent - 1.585 * 1.585) < 1e-3);
+    QVERIFY((dot(2) - about).manhattanLength() <= 2);
+  }
+
+  void error_bars_are_switched_for_both_graphs_of_a_pair() {
+    auto* const upper = control<VexGraphControl>("vxgraph_station_0");
+    const auto* const lower = control<VexGraphControl>("vxgraph_station_1");
+    const auto menu = upper->make_context_menu();
+    const auto actions = menu->actions();
+    const auto bars =
+        std::ranges::find_if(actions, [](const QAction* action) { return action->isCheckable(); });
+    QVERIFY(bars != actions.end());
+    QVERIFY((*bars)->isChecked());
+    (*bars)->trigger();
+    QVERIFY(!upper->error_bars_shown() && !lower->error_bars_shown());
+  }
+
+  void the_tab_key_follows_the_eye() {
+    for (const char* const panel : {"Selection_row", "Picture_station", "Picture_raw_data"}) {
+      auto* const area = control<QWidget>(panel);
+      QList<QWidget*> reached;
+      QWidget* const first = window_.get();
+      for (QWidget* next = first->nextInFocusChain(); next != first; next = next->nextInFocusChain()) {
+        if (area->isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0 && next->isVisible()) {
+          reached.append(next);
+        }
+      }
+      QVERIFY2(reached.size() > 5, panel);
+      for (qsizetype i = 1; i < reached.size(); ++i) {
+        const QPoint before = reached[i - 1]->mapTo(area, reached[i - 1]->rect().center());
+        const QPoint after = reached[i]->mapTo(area, reached[i]->rect().center());
+        constexpr int one_row = 8;  // pixels between the middles of controls in one row
+        const bool same_row = std::abs(after.y() - before.y()) <= one_row;
+        QVERIFY2(same_row ? after.x() > before.x() : after.y() > before.y(),
+                 qPrintable(reached[i - 1]->objectName() + " to " + reached[i]->objectName()));
+      }
+    }
+  }
+
+  void no_two_mnemonics_meet() {
+    for (const bool output : {false, true}) {
+      if (output) {
+        menu("menu_output_data_1");
+      }
+      QHash<QChar, QString> taken;
+      const auto take = [&](const QString& caption) {
+        const QChar key = mnemonic(caption);
+        if (!key.isNull()) {
+          QVERIFY2(!taken.contains(key), qPrintable(caption + " and " + taken.value(key)));
+          taken.insert(key, caption);
+        }
+      };
+      for (const QAction* const action : window_->findChild<QMenuBar*>()->actions()) {
+        take(action->text());
+      }
+      for (const QAbstractButton* const button : window_->findChildren<QAbstractButton*>()) {
+        take(button->isVisible() ? button->text() : QString());
+      }
+      for (const QLabel* const label : window_->findChildren<QLabel*>()) {
+        take(label->isVisible() && label->buddy() != nullptr ? label->text() : QString());
+      }
+    }
+  }
+
+  void the_window_fits_a_small_screen() {
+    QVERIFY(window_->minimumSizeHint().width() <= 1200);
+    QVERIFY(window_->minimumSizeHint().height() <= 700);
+  }
+};
+
+QTEST_MAIN(MainViewHabitsTest)
+#include "main_view_habits_test.moc"
