@@ -129,7 +129,7 @@ void Form_main::connect_menus() {
       output_->show();
     }
   });
-  connect(output_, &OutputPanel::done, this, &Form_main::show_panels);
+  connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
@@ -205,12 +205,15 @@ void Form_main::set_database_menus(bool open) {
     item->setVisible(true);
     item->setEnabled(true);
   }
-  ui_->Picture_open->setVisible(!open);
-  ui_->Frame_display->setVisible(open);
+  // One page goes before the other comes: squeezed in beside each other they would be laid out for nothing.
   if (open) {
+    ui_->Picture_open->hide();
+    ui_->Frame_display->show();
     ui_->central->layout()->activate();
-    resizer_->apply_resize();  // the window may have been resized while the display was hidden
+    show_panels(true);  // before anything is drawn on them; the window may have been resized meanwhile
   } else {
+    ui_->Frame_display->hide();
+    ui_->Picture_open->show();
     display_->clear();
   }
 }
@@ -243,16 +246,15 @@ void Form_main::display_site_map() {
     return;
   }
   display_->display_site_map();
-  show_panels();
+  show_panels(session().station_count > 0);
 }
 
-void Form_main::show_panels() {
-  const bool empty = session().station_count == 0;
+void Form_main::show_panels(bool any_readings) {
   output_->hide();
-  ui_->Label_no_readings->setVisible(empty);
-  ui_->Selection_row->setVisible(!empty);
-  ui_->Splitter_profile->setVisible(!empty);
-  if (!empty) {
+  ui_->Label_no_readings->setVisible(!any_readings);
+  ui_->Selection_row->setVisible(any_readings);
+  ui_->Splitter_profile->setVisible(any_readings);
+  if (any_readings) {
     ui_->Frame_display->layout()->activate();
     resizer_->apply_resize();
   }
@@ -260,7 +262,7 @@ void Form_main::show_panels() {
 
 void Form_main::survey_changed() {
   display_->reload();
-  show_panels();
+  show_panels(session().station_count > 0);
 }
 
 void Form_main::recalculate_merged() {

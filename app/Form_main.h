@@ -46,7 +46,7 @@ class Form_main : public QMainWindow, private MainView {
   void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
-  void show_panels();
+  void show_panels(bool any_readings);
   void survey_changed();
   void recalculate_merged();
   void import_data();

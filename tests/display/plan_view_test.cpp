@@ -129,3 +129,27 @@ TEST_F(Plan, Coordinates_are_fitted_anew) {
   session().updating_controls = true;
   EXPECT_FALSE(choose_coordinates(0));
 }
+
+TEST_F(Plan, The_scale_bar_is_a_round_length_of_at_most_a_quarter) {
+  struct Case {
+    double width;  // m, of a picture as wide as high, without its margins
+    double bar;    // m
+  };
+  const Case cases[] = {{1000.0, 200.0}, {1800.0, 200.0}, {1900.0, 500.0}, {3700.0, 1000.0}, {1.0, 0.2}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.width);
+    place_stations({{0.0, 0.0}, {c.width, c.width}});
+    (void)resize_plan_window(300.0, 300.0, 0);
+    EXPECT_DOUBLE_EQ(scale_bar_length(300.0), c.bar);
+    session().station_table.clear();
+  }
+}
+
+TEST_F(Plan, The_station_under_the_pointer_is_within_its_reach) {
+  place_stations({{0.0, 0.0}, {100.0, 100.0}});
+  EXPECT_EQ(station_under({100.0, 100.0}, 220.0, 8.0), -1);  // nothing is drawn yet
+  (void)resize_plan_window(220.0, 220.0, 0);                 // two units a metre
+  const PlanPoint dot = to_picture({100.0, 100.0}, 220.0);
+  EXPECT_EQ(station_under({dot.x + 7.0, dot.y}, 220.0, 8.0), 2);
+  EXPECT_EQ(station_under({dot.x + 9.0, dot.y}, 220.0, 8.0), -1);
+}

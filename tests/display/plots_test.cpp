@@ -1,4 +1,7 @@
+#include <cmath>
+
 #include "display/plot_colours.h"
+#include "display/point_texts.h"
 #include "display/profile_plot.h"
 #include "display/raw_plot.h"
 #include "display/station_plot.h"
@@ -115,6 +118,35 @@ TEST_F(Plots, Static_factors_act_on_station_and_profile_but_not_on_raw_graphs) {
   // Shifted curves stay in sight: 0.8 of the lowest one drawn, 1.2 of the highest one stored.
   EXPECT_DOUBLE_EQ(station.resistivity.y.minimum, 0.8 * 0.5 * 113.5);
   EXPECT_DOUBLE_EQ(station.resistivity.y.maximum, 1.2 * 176.5 + 1.0);
+}
+
+TEST_F(Plots, Averages_and_merged_curves_have_error_bars) {
+  open_line(2);
+  ASSERT_EQ(Module_averaged_data::set_static_factor("0.5"), Edit::changed);
+  const double deviation = std::sqrt(1.25);  // of four repeats that are one apart
+  const GraphPair raw = raw_plot(false);
+  ASSERT_EQ(raw.resistivity.table.series[0].error.size(), 5U);
+  EXPECT_NEAR(raw.resistivity.table.series[0].error[2], deviation, 1e-2);  // of 32-bit sums of squares
+  EXPECT_NEAR(raw.phase.table.series[0].error[2], deviation, 1e-3);
+  EXPECT_TRUE(raw.resistivity.table.series[1].error.empty());
+  GraphPair station = station_plot(false);
+  EXPECT_NEAR(station.resistivity.table.series[0].error[2], 0.5 * deviation, 1e-2);
+  EXPECT_NEAR(station.phase.table.series[1].error[2], deviation, 1e-3);
+
+  (void)display_station(2, {true, false, 1, Module_averaged_data::NeighbourSide::both});
+  station = station_plot(false);
+  EXPECT_FALSE(station.phase.table.series[0].error.empty());
+  EXPECT_TRUE(station.phase.table.series[1].error.empty());
+}
+
+TEST_F(Plots, Points_are_named_with_deviation_mask_and_file) {
+  open_line(1);
+  EXPECT_EQ(raw_point_text(4, 1, Component::phase), "Repeat 4 (event 4): 2.0000 Hz, 44.00 deg\n7.edi");
+  ASSERT_EQ(Module_averaged_data::toggle_repeat_point(4, 1, Component::phase), Edit::changed);
+  EXPECT_EQ(raw_point_text(4, 1, Component::phase),
+            "Repeat 4 (event 4): 2.0000 Hz, 44.00 deg, masked\n7.edi");
+  EXPECT_EQ(raw_point_text(0, 1, Component::phase), "Average: 2.0000 Hz, 42.00 \u00b1 0.82 deg");
+  EXPECT_EQ(raw_point_text(9, 1, Component::phase), "");
 }
 
 TEST_F(Plots, Station_curves_have_the_styles_of_their_kinds) {

@@ -219,3 +219,32 @@ TEST_F(Selection, A_selection_without_merged_curves_shows_nothing) {
               repeat_data_set().slots.empty());
   EXPECT_EQ(session().current_profile_column, 0);
 }
+
+TEST_F(Selection, A_survey_read_again_keeps_what_was_selected_and_is_still_there) {
+  open_two_lines();
+  (void)follow(choose_data_type("ExHy"));
+  (void)follow(choose_reference_type(1));
+  (void)display_station(2, {});
+  Module_Brenlox::push_undo_static(1, 1.0F);
+  store_at("50E", 100.0);  // an import puts a line before it
+  ASSERT_EQ(refill_selection_lists(lists), 0);
+  EXPECT_EQ(lists.lines.front(), "50E");
+  EXPECT_EQ(lists.station_index, 3);
+  EXPECT_EQ(session().current_data_type, "ExHy");
+  EXPECT_EQ(session().current_reference_type, 1);
+  EXPECT_EQ(session().current_scan_rate, 64.0);
+  EXPECT_EQ(undo_count(), 0U);
+  const Redisplay shown = display_station(lists.station_index, {});
+  EXPECT_TRUE(shown.draw_profile && shown.draw_station && shown.draw_raw);
+  EXPECT_EQ(session().current_line, "100E");
+  EXPECT_EQ(session().current_station, 300.0);
+
+  session().current_data_type = "QP";  // nothing of it is left
+  session().current_line = "900E";
+  session().current_reference_type = 2;
+  ASSERT_EQ(refill_selection_lists(lists), 0);
+  EXPECT_EQ(lists.station_index, 1);
+  EXPECT_EQ(session().current_data_type, "EyHx");
+  EXPECT_EQ(session().current_reference_type, 0);
+  EXPECT_EQ(session().current_scan_rate, 0.0);
+}
