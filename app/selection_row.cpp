@@ -27,7 +27,7 @@ class StationBar final : public QScrollBar {
  protected:
   void changeEvent(QEvent* event) override {
     if (event->type() == QEvent::EnabledChange) {
-      QWidget::changeEvent(event);
+      QWidget::changeEvent(event);  // NOLINT(bugprone-parent-virtual-call): past the slider's own
     } else {
       QScrollBar::changeEvent(event);
     }
