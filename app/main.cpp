@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QIcon>
 #include <QPixmap>
 #include <QStyleFactory>
 #include <iostream>
@@ -45,6 +46,8 @@ int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   QApplication::setApplicationName("Brenlox");
   QApplication::setApplicationVersion(BRENLOX_VERSION);
+  QApplication::setWindowIcon(QIcon(":/brenlox.png"));
+  QApplication::setDesktopFileName("brenlox");
   QApplication::setStyle(QStyleFactory::create("Fusion"));
 
   QCommandLineParser arguments;
