@@ -7,8 +7,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/check_cells.h"
-#include "app/panel_controls.h"
+#include "platform/widgets/check_cells.h"
+#include "platform/widgets/panel_controls.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 

@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/panel_controls.h"
+#include "platform/widgets/panel_controls.h"
 #include "app/picture_raw_data.h"
 #include "app/picture_site_map.h"
 #include "core/number_text.h"

@@ -2,7 +2,7 @@
 #pragma once
 #include <QWidget>
 
-#include "app/graph_pair.h"
+#include "display/graph_pair.h"
 
 class ProfilePanel : public QWidget {
   Q_OBJECT

@@ -7,7 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "app/panel_controls.h"
+#include "platform/widgets/panel_controls.h"
 #include "app/picture_repeats.h"
 #include "app/picture_stats.h"
 #include "app/use_switches.h"

@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "app/graph_pair.h"
+#include "display/graph_pair.h"
 #include "display/selection.h"
 
 class RepeatsPanel;

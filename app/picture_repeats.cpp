@@ -4,8 +4,8 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include "app/check_cells.h"
-#include "app/panel_controls.h"
+#include "platform/widgets/check_cells.h"
+#include "platform/widgets/panel_controls.h"
 #include "core/number_text.h"
 #include "display/plot_colours.h"
 #include "reduction/masks.h"

@@ -7,7 +7,7 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-#include "app/panel_controls.h"
+#include "platform/widgets/panel_controls.h"
 #include "app/use_switches.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"

@@ -7,7 +7,7 @@
 #include <QRadioButton>
 #include <utility>
 
-#include "app/panel_controls.h"
+#include "platform/widgets/panel_controls.h"
 
 namespace averaged = Module_averaged_data;
 using averaged::Edit;

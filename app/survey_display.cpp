@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/panel_controls.h"
+#include "platform/widgets/panel_controls.h"
 #include "app/picture_plan_group.h"
 #include "app/picture_profile.h"
 #include "app/picture_raw_data.h"

@@ -85,7 +85,7 @@ class FormMainTest : public QObject {
   std::unique_ptr<Form_main> window_;
   std::filesystem::path started_in_ = std::filesystem::current_path();
 
- private slots:
+ private Q_SLOTS:
   void init() {
     reset_session_state();
     Module_database::reset_module();

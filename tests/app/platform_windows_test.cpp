@@ -43,7 +43,7 @@ ProgressDialog* progress_dialog() {
 class PlatformWindowsTest : public QObject {
   Q_OBJECT
 
- private slots:
+ private Q_SLOTS:
   void file_filters_are_translated() {
     QCOMPARE(dialog_filters("Brenlox Database Files (*.mdb)|*.mdb|All files (*.*)|*.*"),
              QStringList({"Brenlox Database Files (*.mdb)", "All files (*)"}));

@@ -1,4 +1,4 @@
-#include "app/check_cells.h"
+#include "platform/widgets/check_cells.h"
 
 #include <QApplication>
 #include <QHeaderView>

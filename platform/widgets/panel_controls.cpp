@@ -1,4 +1,4 @@
-#include "app/panel_controls.h"
+#include "platform/widgets/panel_controls.h"
 
 #include <QBoxLayout>
 #include <QComboBox>

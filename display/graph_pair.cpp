@@ -1,4 +1,4 @@
-#include "app/graph_pair.h"
+#include "display/graph_pair.h"
 
 #include <algorithm>
 #include <limits>
