@@ -13,6 +13,7 @@
 #include "app/output_panel.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
+#include "core/file_names.h"
 #include "core/preferences.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
@@ -20,6 +21,7 @@
 #include "core/version.h"
 #include "database/Form_view_table.h"
 #include "database/frequency_store.h"
+#include "display/line_document.h"
 #include "import/Form_import_MTData.h"
 #include "platform/system/system_facts.h"
 #include "reduction/averages.h"
@@ -112,6 +114,7 @@ void Form_main::connect_menus() {
             [this, index] { Module_Brenlox::menu_file_list(*this, static_cast<std::size_t>(index)); });
   }
   connect(ui_->menu_saveas, &QAction::triggered, this, [this] { Module_Brenlox::menu_saveas(*this); });
+  connect(ui_->menu_line_document, &QAction::triggered, this, &Form_main::write_line_document);
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
   connect(ui_->menu_Recalculate_merged, &QAction::triggered, this, &Form_main::recalculate_merged);
   connect(ui_->menu_import_MT, &QAction::triggered, this, &Form_main::import_data);
@@ -196,9 +199,9 @@ void Form_main::closeEvent(QCloseEvent* event) {
 }
 
 void Form_main::set_database_menus(bool open) {
-  for (QAction* const item : {ui_->menu_database_file_2, ui_->menu_saveas, ui_->menu_edit->menuAction(),
-                              ui_->menu_database->menuAction(), ui_->menu_view_data, ui_->menu_thresholds,
-                              ui_->menu_output->menuAction()}) {
+  for (QAction* const item : {ui_->menu_database_file_2, ui_->menu_saveas, ui_->menu_line_document,
+                              ui_->menu_edit->menuAction(), ui_->menu_database->menuAction(),
+                              ui_->menu_view_data, ui_->menu_thresholds, ui_->menu_output->menuAction()}) {
     item->setVisible(open);
   }
   for (QAction* const item : {ui_->menu_database_file_0, ui_->menu_import->menuAction()}) {
@@ -263,6 +266,22 @@ void Form_main::show_panels(bool any_readings) {
 void Form_main::survey_changed() {
   display_->reload();
   show_panels(session().station_count > 0);
+}
+
+void Form_main::write_line_document() {
+  if (session().current_station_index < 1) {
+    user_interface().show_message("There is no data in the database");
+    return;
+  }
+  std::string path = Module_util::directory_of(session().database_file) + session().current_line + "_" +
+                     session().current_data_type + ".pdf";
+  if (Module_util::select_output_file(path, "All graphs of the line",
+                                      "PDF documents (*.pdf)|*.pdf|All files (*.*)|*.*") != 0 ||
+      path.empty()) {
+    return;
+  }
+  // A failure has been told; the selection is as before.
+  static_cast<void>(Module_display_data::write_line_document(path));
 }
 
 void Form_main::recalculate_merged() {

@@ -48,6 +48,7 @@ class Form_main : public QMainWindow, private MainView {
   void resizer_timer_event();
   void show_panels(bool any_readings);
   void survey_changed();
+  void write_line_document();
   void recalculate_merged();
   void import_data();
   void select_frequencies();

@@ -15,11 +15,14 @@ int run(int argument_count, char** arguments) {
   CLI::App program("Brenlox without a window: from field files to reduced curves.");
   program.footer("Exit status: 0 done, 1 failed with a message, 2 wrong usage.");
   program.require_subcommand(1);
-  const std::vector<Batch::Command> commands{
+  std::vector<Batch::Command> commands{
       Batch::add_new_command(program),         Batch::add_import_command(program),
       Batch::add_recalculate_command(program), Batch::add_info_command(program),
       Batch::add_curve_command(program),       Batch::add_rhoplus_command(program),
       Batch::add_zonge_command(program)};
+#ifdef BRENLOX_WINDOWS
+  commands.push_back(Batch::add_plots_command(program));
+#endif
   try {
     program.parse(argument_count, arguments);
   } catch (const CLI::ParseError& fault) {

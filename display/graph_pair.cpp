@@ -115,3 +115,10 @@ void GraphPairWidget::set_point_text(const PointText& text) {
     });
   }
 }
+
+void GraphPairWidget::place_on(graph::PdfPages& pages, const QRectF& part) {
+  constexpr double upper_share = 0.57;  // the axis labels under the lower graph stand for both
+  const double upper = part.height() * upper_share;
+  pages.place(*graphs_[0], {part.x(), part.y(), part.width(), upper});
+  pages.place(*graphs_[1], {part.x(), part.y() + upper, part.width(), part.height() - upper});
+}

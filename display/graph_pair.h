@@ -8,6 +8,7 @@
 
 #include "display/pane_plot.h"
 #include "platform/graph/VexGraphControl.h"
+#include "platform/graph/pdf_pages.h"
 #include "reduction/masks.h"
 
 class GraphPairWidget : public QWidget {
@@ -28,6 +29,8 @@ class GraphPairWidget : public QWidget {
   void mark_x(std::optional<double> x);
   void reset_zoom();
   void set_point_text(const PointText& text);
+  /// Draws both graphs in a part of a page.
+  void place_on(graph::PdfPages& pages, const QRectF& part);
   QSize sizeHint() const override { return {360, 400}; }
   QSize minimumSizeHint() const override;
 

@@ -148,6 +148,13 @@ int VexGraphControl::save_png(const std::string& path, int width, int height, do
 
 int VexGraphControl::save_pdf(const std::string& path) { return graph::save_pdf(*plot_, path, size()); }
 
+void VexGraphControl::draw_on(QCPPainter& painter, QSize size) {
+  resize(size);
+  plot_->resize(size);  // a layout waits for the window to be shown
+  apply_layout();
+  plot_->toPainter(&painter, size.width(), size.height());
+}
+
 std::unique_ptr<QMenu> VexGraphControl::make_context_menu() {
   auto menu = std::make_unique<QMenu>(this);
   menu->addAction(tr("&Copy"), this, [this] { graph::copy_to_clipboard(*plot_, 2.0); });

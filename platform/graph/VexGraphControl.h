@@ -21,6 +21,7 @@
 #include "platform/graph/plot_table.h"
 
 class QCPItemText;
+class QCPPainter;
 class QCustomPlot;
 class QMenu;
 
@@ -103,6 +104,10 @@ class VexGraphControl final : public QWidget {
   /// user
   [[nodiscard]] int save_png(const std::string& path, int width, int height, double scale = 1.0);
   [[nodiscard]] int save_pdf(const std::string& path);
+
+  /// The chart on a painter's page from its origin, laid out anew for a size. For a chart of its own that no
+  /// one sees: it takes that size.
+  void draw_on(QCPPainter& painter, QSize size);
 
   /// The menu of the right mouse button; the caller owns it.
   std::unique_ptr<QMenu> make_context_menu();

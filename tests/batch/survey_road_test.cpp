@@ -191,6 +191,23 @@ TEST_F(Batch_program, Rhoplus_writes_a_control_file_a_station) {
   EXPECT_EQ(run(with(arguments, {"--root", " "})).status, 2);
 }
 
+TEST_F(Batch_program, Plots_makes_a_page_of_the_profile_and_of_each_station) {
+  write_field_files(2);
+  import_field_files();
+  const std::vector<std::string> arguments{"plots", "survey.mdb", "--line", "200E", "--output", "line.pdf"};
+  const Outcome written = run(arguments);
+  if (written.status == 2) {
+    GTEST_SKIP() << "built without windows";
+  }
+  ASSERT_EQ(written.status, 0) << written.errors;
+  const std::string document = file_contents(folder_.path("line.pdf"));
+  EXPECT_EQ(document.substr(0, 5), "%PDF-");
+  EXPECT_NE(document.find("/Count 3"), std::string::npos) << "pages";
+
+  EXPECT_EQ(run({"plots", "survey.mdb", "--line", "none", "--output", "line.pdf"}).status, 1);
+  EXPECT_EQ(file_contents(folder_.path("line.pdf")), document);
+}
+
 TEST_F(Batch_program, A_scan_lists_stations_and_stores_nothing) {
   write_field_files(2);
   ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);

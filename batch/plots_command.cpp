@@ -1,0 +1,98 @@
+// brenlox_batch plots: all graphs of a line as a PDF document.
+#include <QApplication>
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "batch/command.h"
+#include "core/user_interface.h"
+#include "display/line_document.h"
+#include "display/selection.h"
+
+namespace Batch {
+namespace {
+
+using namespace Module_display_data;
+
+struct PlotsOptions {
+  std::string survey;
+  std::string line;
+  std::optional<std::int32_t> reference_type;
+  std::string data_type;        // empty: the principal one
+  std::optional<float> dipole;  // m
+  std::string output;
+};
+
+/// Selects what the options ask for, and the first station of the line. @return 0, or -1 after a message
+int select(const PlotsOptions& options) {
+  SelectionLists lists;
+  if (fill_selection_lists(lists) != 0) {
+    return -1;
+  }
+  const auto line = std::ranges::find(lists.lines, options.line);
+  if (line == lists.lines.end()) {
+    user_interface().show_message("There is no line " + options.line);
+    return -1;
+  }
+  if (options.reference_type) {
+    static_cast<void>(choose_reference_type(*options.reference_type));
+  }
+  if (!options.data_type.empty()) {
+    static_cast<void>(choose_data_type(options.data_type));
+  }
+  if (options.dipole) {
+    static_cast<void>(choose_dipole(*options.dipole));
+  }
+  static_cast<void>(choose_line(static_cast<std::int32_t>(line - lists.lines.begin()), options.line));
+  return display_station(first_station_of_current_line(), {}).failed ? -1 : 0;
+}
+
+int write_plots(const PlotsOptions& options) {
+  if (select(options) != 0 || write_line_document(options.output) != 0) {
+    return -1;
+  }
+  if (user_interface().stop_requested()) {
+    user_interface().show_message("Stopped; nothing was written");
+    return -1;
+  }
+  std::cout << "The graphs of line " << options.line << " are written to " << options.output << '\n';
+  return 0;
+}
+
+int run_plots(PlotsOptions& options) {
+  options.output =
+      std::filesystem::absolute(options.output).string();  // opening moves to the survey's folder
+  qputenv("QT_QPA_PLATFORM", "offscreen");                 // pages are drawn, no window is shown
+  int argument_count = 1;
+  std::string name = "brenlox_batch";
+  char* arguments[] = {name.data(), nullptr};
+  const QApplication application(argument_count, arguments);
+  QApplication::setApplicationName("Brenlox");
+  return with_open_survey(options.survey, [&] { return write_plots(options); });
+}
+
+}  // namespace
+
+Command add_plots_command(CLI::App& program) {
+  const auto options = std::make_shared<PlotsOptions>();
+  CLI::App* parser = program.add_subcommand(
+      "plots", "Writes all graphs of a line to one PDF: the profile, then a page for each station");
+  add_survey_argument(*parser, options->survey);
+  parser->add_option("--line", options->line, "survey line, as 200E")->required();
+  parser->add_option("--output", options->output, "path of the PDF; an earlier file is replaced")->required();
+  parser
+      ->add_option(
+          "--reference", options->reference_type,
+          "0 not remote referenced, 1 remote referenced, 2 cross referenced; left out: the first one")
+      ->check(CLI::Range(0, 2));
+  parser
+      ->add_option("--data-type", options->data_type,
+                   "ExHx, ExHy, EyHx, EyHy or QP; left out: the principal one")
+      ->transform(CLI::IsMember({"ExHx", "ExHy", "EyHx", "EyHy", "QP"}, CLI::ignore_case));
+  parser->add_option("--dipole", options->dipole, "dipole length, m; left out: the shortest one");
+  return {parser, [options] { return run_plots(*options); }};
+}
+
+}  // namespace Batch

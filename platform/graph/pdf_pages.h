@@ -1,0 +1,43 @@
+// pdf_pages.h: charts on the pages of a PDF document.
+#pragma once
+#include <QRectF>
+#include <QSaveFile>
+#include <QString>
+#include <memory>
+
+class QCPPainter;
+class QPdfWriter;
+class VexGraphControl;
+
+namespace graph {
+
+/// A document in the making. An earlier file at the path stays until the document is finished; one that is
+/// never finished leaves nothing behind.
+class PdfPages {
+ public:
+  /// Throws std::runtime_error with the system's description.
+  PdfPages(const QString& path, const QString& title);
+  PdfPages(const PdfPages&) = delete;
+  PdfPages& operator=(const PdfPages&) = delete;
+  ~PdfPages();
+
+  /// Begins a page, A4 across, with a heading.
+  void begin_page(const QString& heading);
+  /// Draws a chart, vectors all through, in a part of the page below the heading.
+  /// @param part  in shares of the page: QRectF(0, 0, 0.5, 1) is its left half
+  void place(VexGraphControl& chart, const QRectF& part);
+  /// A line of text above a part of the page, which keeps its room below it.
+  /// @return what is left of the part
+  QRectF caption(const QString& text, const QRectF& part);
+  /// Writes the document. Throws std::runtime_error.
+  void finish();
+
+ private:
+  [[nodiscard]] QRectF on_page(const QRectF& part) const;
+
+  QSaveFile file_;
+  std::unique_ptr<QPdfWriter> writer_;
+  std::unique_ptr<QCPPainter> painter_;  // from the first page on
+};
+
+}  // namespace graph
