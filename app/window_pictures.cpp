@@ -1,0 +1,209 @@
+#include "app/window_pictures.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "app/Form_main.h"
+#include "core/file_names.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/user_interface.h"
+#include "import/import_files.h"
+#include "import/import_run.h"
+
+namespace {
+
+constexpr int settle_milliseconds = 250;  // lists of folders are read in the background
+
+struct WindowPicture {
+  const char* name;                 // of the file, without its ending
+  const char* menu_item = nullptr;  // brings the window up; none: the main window as it stands
+  std::function<void(QWidget&)> prepare = nullptr;  // fills the window in before its picture is taken
+};
+
+void let_settle() {
+  QElapsedTimer time;
+  time.start();
+  while (time.elapsed() < settle_milliseconds) {
+    QApplication::processEvents(QEventLoop::AllEvents, settle_milliseconds);
+  }
+}
+
+template <class Widget>
+Widget& control(const QWidget& window, const char* name) {
+  return *window.findChild<Widget*>(name);
+}
+
+void press(const QWidget& window, const char* name) { control<QPushButton>(window, name).click(); }
+
+std::vector<std::string> field_files() {
+  return Module_data_file::find_import_files(Module_util::directory_of(session().database_file), "edi");
+}
+
+void choose_folder(const QWidget& import_dialog, const QString& folder) {
+  auto& typed = control<QLineEdit>(import_dialog, "Text_folder");
+  typed.setText(folder);
+  Q_EMIT typed.returnPressed();
+  let_settle();
+  press(import_dialog, "Command_find_and_add_files");
+}
+
+void choose_files(const QWidget& import_dialog) {
+  if (const std::vector<std::string> files = field_files(); !files.empty()) {
+    choose_folder(import_dialog, QFileInfo(QString::fromStdString(files.front())).absolutePath());
+  }
+}
+
+void choose_data(const QWidget& import_dialog) {
+  press(import_dialog, "Command_process_files");
+  control<QComboBox>(import_dialog, "Combo_data_type").setCurrentIndex(0);
+  control<QComboBox>(import_dialog, "Combo_data_reduced").setCurrentIndex(0);
+  control<QCheckBox>(import_dialog, "Check_use_SECTID_as_station").setChecked(true);
+}
+
+/// The report of a scan has something to tell: one file is cut short, one is no field file.
+void scan_damaged_files(const QWidget& import_dialog) {
+  constexpr std::size_t sound_files = 3;
+  const QTemporaryDir folder;
+  const std::vector<std::string> files = field_files();
+  for (std::size_t i = 0; i < std::min(files.size(), sound_files); ++i) {
+    const QString path = QString::fromStdString(files[i]);
+    QFile::copy(path, folder.filePath(QFileInfo(path).fileName()));
+    QFile damaged(folder.filePath("Cut_" + QFileInfo(path).fileName()));
+    QFile sound(path);
+    if (i == 0 && sound.open(QFile::ReadOnly) && damaged.open(QFile::WriteOnly)) {
+      damaged.write(sound.read(sound.size() * 3 / 5));
+    }
+  }
+  QFile notes(folder.filePath("Field_notes.edi"));
+  if (notes.open(QFile::WriteOnly)) {
+    notes.write("Rain since noon, electrode 3 dry.\n");
+  }
+  notes.close();
+  press(import_dialog, "Command_clear_list");
+  choose_folder(import_dialog, folder.path());
+  choose_data(import_dialog);
+  press(import_dialog, "Command_import_data_0");
+}
+
+/// The columns of line, event and scan rate in names like L200E_S0100_E1_R0256.edi.
+void decode_names_of_samples() {
+  auto& decode = Module_data_file::reading_record().choices.decode;
+  decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
+  decode[Module_data_file::decode_event] = {true, 14, 1, ""};
+  decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
+}
+
+// Those that stand in the main window come at the ends, as they stay there.
+const WindowPicture pictures[] = {
+    {"main_window"},
+    {"plan", nullptr, [](QWidget& window) { press(window, "Command_show_plan"); }},
+    {"import_files", "menu_import_MT", choose_files},
+    {"import_data", "menu_import_MT",
+     [](QWidget& window) {
+       choose_files(window);
+       choose_data(window);
+     }},
+    {"import_report", "menu_import_MT", scan_damaged_files},
+    {"table_viewer", "menu_view_table_2"},
+    {"frequencies", "menu_thresholds"},
+    {"about", "menu_about"},
+    {"whats_new", "menu_whats_new"},
+    {"find_file", "menu_find_file",
+     [](QWidget& window) {
+       control<QLineEdit>(window, "Text_file_name").setText("sh");
+       press(window, "Command_find_file_in_path");
+     }},
+    {"output_panel", "menu_output_data_1"},
+};
+
+/// Takes one picture. A modal window keeps its menu item from coming back, so that a timer takes the picture,
+/// which goes on in the window's own event loop.
+class Photographer : public QObject {
+ public:
+  Photographer(Form_main& main_window, QString folder)
+      : main_window_(main_window), folder_(std::move(folder)) {}
+
+  /// @return false after a message if the picture can't be written
+  bool take(const WindowPicture& picture) {
+    picture_ = &picture;
+    prepared_ = taken_ = saved_ = false;
+    if (picture.menu_item != nullptr) {
+      look_soon();
+      main_window_.findChild<QAction*>(picture.menu_item)->trigger();
+    }
+    if (!taken_) {
+      prepare_and_save(main_window_);
+    }
+    picture_ = nullptr;
+    return saved_;
+  }
+
+ private:
+  void look_soon() {
+    constexpr int look_milliseconds = 20;
+    QTimer::singleShot(look_milliseconds, this, &Photographer::look);
+  }
+
+  void look() {
+    if (picture_ == nullptr) {
+      return;
+    }
+    look_soon();  // preparing may bring up another window, the one that is meant
+    QWidget* const window = QApplication::activeModalWidget();
+    if (window != nullptr && window != in_hand_) {
+      const ScopedValue<QWidget*> in_hand(in_hand_, window);
+      prepare_and_save(*window);
+      window->close();
+    }
+  }
+
+  void prepare_and_save(QWidget& window) {
+    if (!std::exchange(prepared_, true) && picture_->prepare) {
+      picture_->prepare(window);
+    }
+    let_settle();
+    if (std::exchange(taken_, true)) {
+      return;  // of a window that this one has brought up
+    }
+    const QString file = QDir(folder_).filePath(QString(picture_->name) + ".png");
+    saved_ = window.grab().save(file, "PNG");
+    if (!saved_) {
+      user_interface().show_message("The picture can't be written: " + file.toStdString());
+    }
+  }
+
+  Form_main& main_window_;
+  QString folder_;
+  const WindowPicture* picture_ = nullptr;  // being taken
+  QWidget* in_hand_ = nullptr;
+  bool prepared_ = false;
+  bool taken_ = false;
+  bool saved_ = false;
+};
+
+}  // namespace
+
+int save_window_pictures(Form_main& window, const QString& folder) {
+  decode_names_of_samples();
+  window.show();
+  bool all_saved = QDir().mkpath(folder);
+  Photographer photographer(window, folder);
+  for (const WindowPicture& picture : pictures) {
+    all_saved &= photographer.take(picture);
+  }
+  return all_saved ? 0 : -1;
+}
