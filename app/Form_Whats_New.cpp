@@ -19,7 +19,7 @@ Form_Whats_New::Form_Whats_New(QWidget* parent)
       "<li>Database, View Table shows survey tables of any size at once.</li>"
       "<li>Long work shows how far it is and can be stopped.</li>"
       "</ul>");
-  resize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 18);
+  resize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 24);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
 }
 

@@ -26,7 +26,7 @@ Form_import_MTData::Form_import_MTData(QWidget* parent)
   connect_controls();
   set_running(false);
   show_page(ui_->Frame_select_files);
-  resize(QSize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 48)
+  resize(QSize(fontMetrics().averageCharWidth() * 180, fontMetrics().height() * 48)
              .boundedTo(screen()->availableSize() * 0.95));
 }
 
@@ -148,18 +148,24 @@ void Form_import_MTData::import_data(ImportMode mode) {
   const ImportChoices choices = choices_;  // the run starts the module's record anew
   ImportReport report;
   int result = 0;
+  QWidget* const had_focus = focusWidget();
   set_running(true);
   {
     const ProgressInWindow progress(*ui_->ProgressBar_import, *ui_->Label_progress,
                                     *ui_->Command_stop_import);
     result = run_import(choices, files_, mode, report, [this](const std::string& file) {
+      if (file == files_.front()) {  // the choices have passed
+        keep_import_folder(ui_->Frame_select_files->folder().toStdString());
+      }
       ui_->Text_import_file->setText(QFileInfo(QString::fromStdString(file)).fileName());
     });
   }
   set_running(false);
+  if (had_focus != nullptr) {
+    had_focus->setFocus();  // lost while everything was disabled
+  }
   ui_->Grid_import_decode->refresh();
-  if (!report.files.empty()) {  // else a fault of the choices has been shown
-    keep_import_folder(ui_->Frame_select_files->folder().toStdString());
+  if (!report.files.empty() || report.stopped) {  // else a fault of the choices has been shown
     tell_result(mode, result, report);
   }
 }

@@ -20,7 +20,8 @@ namespace {
 constexpr int files_unfolded = 50;  // of those with remarks; the others unfold on demand
 
 QString remark_count(const FileReport& file) {
-  const auto count = static_cast<qint64>(file.ignored.size() + file.unreadable.size()) + file.remarks_dropped;
+  const auto count = static_cast<qint64>(file.ignored.size() + file.unreadable.size()) +
+                     (file.failure.empty() ? 0 : 1) + file.remarks_dropped;
   return QString::number(count);
 }
 
@@ -33,6 +34,9 @@ Form_import_report::Form_import_report(ImportReport report, QWidget* parent)
   make_cells_copyable(*ui_->Tree_report);
   connect(ui_->Tree_report, &QTreeWidget::itemExpanded, this, &Form_import_report::add_remarks);
   ui_->Tree_report->setHeaderLabels({"File and remarks", "Sections", "Readings", "Frequencies", "Remarks"});
+  for (int column = 1; column < ui_->Tree_report->columnCount(); ++column) {
+    ui_->Tree_report->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+  }
   fill();
   QHeaderView& header = *ui_->Tree_report->header();
   header.setStretchLastSection(false);

@@ -16,6 +16,11 @@ namespace {
 
 constexpr double specify_share = 1.6;  // of the width, beside one for each other column
 
+constexpr std::array<const char*, 4> column_tips{
+    "Checked: cut from the name of the file. A click or Space switches",
+    "The first column of the value in the name, counted from 1", "How many columns the value has",
+    "The value of all files whose names don't tell it"};
+
 QString utf8(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -65,8 +70,9 @@ ImportDecodeGrid::ImportDecodeGrid(QWidget* parent)
     : QTableWidget(static_cast<int>(decode_row_titles.size()), static_cast<int>(decode_column_titles.size()),
                    parent) {
   for (int column = 0; column < columnCount(); ++column) {
-    setHorizontalHeaderItem(
-        column, new QTableWidgetItem(utf8(decode_column_titles.at(static_cast<std::size_t>(column)))));
+    auto* const title = new QTableWidgetItem(utf8(decode_column_titles.at(static_cast<std::size_t>(column))));
+    title->setToolTip(column_tips.at(static_cast<std::size_t>(column)));
+    setHorizontalHeaderItem(column, title);
   }
   for (int row = 0; row < rowCount(); ++row) {
     setVerticalHeaderItem(row,
@@ -149,6 +155,26 @@ void ImportDecodeGrid::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QTableWidget::keyPressEvent(event);
+}
+
+bool ImportDecodeGrid::at_end(bool last) const {
+  return last ? currentRow() == rowCount() - 1 && currentColumn() == columnCount() - 1
+              : currentRow() <= 0 && currentColumn() <= 0;
+}
+
+// Tab goes from cell to cell, and behind the last one to the next control.
+bool ImportDecodeGrid::focusNextPrevChild(bool next) {
+  return at_end(next) ? QAbstractScrollArea::focusNextPrevChild(next)
+                      : QTableWidget::focusNextPrevChild(next);
+}
+
+void ImportDecodeGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const bool next = hint == QAbstractItemDelegate::EditNextItem;
+  const bool leaves = (next || hint == QAbstractItemDelegate::EditPreviousItem) && at_end(next);
+  QTableWidget::closeEditor(editor, leaves ? QAbstractItemDelegate::NoHint : hint);
+  if (leaves) {
+    focusNextPrevChild(next);
+  }
 }
 
 void ImportDecodeGrid::resizeEvent(QResizeEvent* event) {

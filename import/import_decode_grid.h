@@ -24,10 +24,13 @@ class ImportDecodeGrid : public QTableWidget {
   void table_changed();
 
  protected:
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+  bool focusNextPrevChild(bool next) override;
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  [[nodiscard]] bool at_end(bool last) const;
   void cell_clicked(int row, int column);
   void cell_edited(int row, int column);
 

@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QShortcut>
 #include <QStorageInfo>
 
 #include "core/user_interface.h"
@@ -24,7 +26,7 @@ ImportFileChooser::ImportFileChooser(QWidget* parent)
   ui_->columns->setStretch(1, 3);
   ui_->columns->setStretch(2, 5);
   ui_->ListView_binary->setHeaderLabels({"File Name", "Location"});
-  ui_->ListView_binary->header()->resizeSection(0, fontMetrics().averageCharWidth() * 24);
+  ui_->ListView_binary->header()->resizeSection(0, fontMetrics().averageCharWidth() * 32);
   ui_->Text_file_extension->setText(QString::fromStdString(import_extension()));
   fill_drives();
   go_to_folder(QString::fromStdString(import_start_folder()));
@@ -44,6 +46,9 @@ ImportFileChooser::ImportFileChooser(QWidget* parent)
   connect(ui_->Command_find_and_add_files, &QPushButton::clicked, this, [this] { add_shown(false); });
   connect(ui_->Command_add_all, &QPushButton::clicked, this, &ImportFileChooser::add_all);
   connect(ui_->Command_clear_selected, &QPushButton::clicked, this, &ImportFileChooser::clear_selected);
+  auto* const delete_key = new QShortcut(QKeySequence::Delete, ui_->ListView_binary);
+  delete_key->setContext(Qt::WidgetShortcut);
+  connect(delete_key, &QShortcut::activated, this, &ImportFileChooser::clear_selected);
   connect(ui_->Command_clear_list, &QPushButton::clicked, this, [this] {
     list_.clear();
     show_list();
@@ -57,6 +62,16 @@ ImportFileChooser::~ImportFileChooser() = default;
 QString ImportFileChooser::folder() const { return folders_->filePath(ui_->Dir_binary->currentIndex()); }
 
 QString ImportFileChooser::extension() const { return ui_->Text_file_extension->text().trimmed(); }
+
+// Enter belongs to the folder and the lists; it must not go on to the next page with a list half made.
+void ImportFileChooser::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!enter || ui_->Text_file_extension->hasFocus()) {
+    QFrame::keyPressEvent(event);
+  } else if (ui_->File_binary->hasFocus()) {
+    add_shown(true);
+  }
+}
 
 void ImportFileChooser::fill_drives() {
   ui_->Drive_binary->addItem("Home (" + QDir::toNativeSeparators(QDir::homePath()) + ")", QDir::homePath());

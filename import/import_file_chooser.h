@@ -21,6 +21,9 @@ class ImportFileChooser : public QFrame {
   [[nodiscard]] QString folder() const;
   [[nodiscard]] QString extension() const;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void fill_drives();
   void go_to_folder(const QString& folder);

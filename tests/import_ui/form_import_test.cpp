@@ -9,6 +9,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -87,6 +88,23 @@ class FormImportTest : public QObject {
       type_cell(row, start, QString::number(columns[row][0]));
       type_cell(row, width, QString::number(columns[row][1]));
     }
+  }
+  /// The names of the controls that Tab leads to, from the one that has the focus until it comes back.
+  QStringList focus_order() const {
+    QStringList names;
+    constexpr int more_than_there_are = 40;
+    for (int i = 0; i < more_than_there_are; ++i) {
+      const QString name = QApplication::focusWidget()->objectName();
+      if (names.contains(name)) {
+        break;
+      }
+      names.append(name);
+      if (auto* const grid = qobject_cast<QTableWidget*>(QApplication::focusWidget()); grid != nullptr) {
+        grid->setCurrentCell(grid->rowCount() - 1, grid->columnCount() - 1);  // Tab goes through its cells
+      }
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    return names;
   }
   std::string add_file(const std::string& name, const MadeSection& section = {}) const {
     return folder_->write("field/" + name, made_edi({section}));
@@ -225,6 +243,82 @@ class FormImportTest : public QObject {
     QVERIFY(control("Frame_select_files")->isVisible());
     QVERIFY(!control("Frame_import_data")->isVisible());
     QCOMPARE(interface_->take_messages(), Messages{});
+  }
+
+  void keys_go_the_way_of_the_eye() {
+    make_three_stations();
+    open_dialog();
+    QCOMPARE(focus_order(), QStringList({"Drive_binary", "Text_folder", "Dir_binary", "Command_add_all",
+                                         "Text_file_extension", "File_binary", "Command_add_selected",
+                                         "Command_find_and_add_files", "ListView_binary",
+                                         "Command_process_files", "Command_cancel_import"}));
+    click("Command_find_and_add_files");
+    click("Command_process_files");
+    QCOMPARE(
+        focus_order(),
+        QStringList({"Combo_data_type", "Combo_data_reduced", "Grid_import_decode", "Option_linedirection_0",
+                     "Command_next_sample", "Text_start_station", "Text_station_step",
+                     "Check_use_SECTID_as_station", "Check_convert_geographic_coordinates",
+                     "Check_compute_from_impedance", "Check_turn_ey_phase", "Command_back",
+                     "Command_import_data_0", "Command_import_data_1", "Command_cancel_import"}));
+    for (const QWidget* const widget : window_->findChildren<QWidget*>(QRegularExpression(
+             "^(Command|Combo|Text|Check|Option|Grid|Drive|Dir|File|ListView|ProgressBar)_"))) {
+      QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
+    }
+  }
+
+  void enter_and_delete_belong_to_the_list_that_has_the_focus() {
+    make_three_stations();
+    (void)folder_->write("field/below/deep.edi", made_edi());
+    open_dialog();
+    auto* const shown = control<QListWidget>("File_binary");
+    shown->setFocus();
+    shown->setCurrentRow(1);
+    QTest::keyClick(shown, Qt::Key_Return);
+    QCOMPARE(listed(), 1);
+    auto* const folder = control<QLineEdit>("Text_folder");
+    folder->setFocus();
+    folder->setText(QString::fromStdString(folder_->path("field/below")));
+    QTest::keyClick(folder, Qt::Key_Return);
+    QCOMPARE(shown->count(), 1);
+    QVERIFY(control("Frame_select_files")->isVisible());
+    auto* const list = control<QTreeWidget>("ListView_binary");
+    list->setFocus();
+    list->selectAll();
+    QTest::keyClick(list, Qt::Key_Delete);
+    QCOMPARE(listed(), 0);
+  }
+
+  void a_cell_is_left_by_a_click_elsewhere_or_a_key() {
+    make_three_stations();
+    go_to_import_page();
+    const auto edit_cell = [this](int row, int column, const char* typed) {
+      click_cell(row, column);
+      auto* const editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+      editor->selectAll();
+      QTest::keyClicks(editor, typed);
+      return editor;
+    };
+    (void)edit_cell(0, start, "2");
+    QTest::mouseClick(control("Label_data_type"), Qt::LeftButton);
+    QCOMPARE(cell(0, start), QString("2"));
+    QTest::keyClick(edit_cell(0, start, "9"), Qt::Key_Escape);
+    QCOMPARE(cell(0, start), QString("2"));
+    QVERIFY(window_->isVisible());
+    QTest::keyClick(edit_cell(0, width, "4"), Qt::Key_Tab);  // on into the next cell
+    QCOMPARE(cell(0, width), QString("4"));
+    QTest::keyClick(edit_cell(2, specify, "64"), Qt::Key_Tab);
+    QCOMPARE(cell(2, specify), QString("64"));
+    QVERIFY(control("Option_linedirection_0")->hasFocus());
+    QCOMPARE(text("Text_sample_rate"), QString("64"));
+    auto* const grid = control<ImportDecodeGrid>("Grid_import_decode");
+    grid->setFocus();
+    grid->setCurrentCell(0, use_file_name);
+    QTest::keyClick(grid, Qt::Key_Space);
+    QCOMPARE(text("Text_sample_line"), QString("200E"));
+    QTest::keyClick(window_.get(), Qt::Key_Return);  // presses nothing by chance
+    QCOMPARE(interface_->take_messages(), Messages{});
+    QVERIFY(window_->isVisible());
   }
 
   void wrong_turns_are_told_and_leave_the_page() {
