@@ -1,20 +1,16 @@
 // A process that imports is killed at many moments; whatever the moment, the survey must open again, be
 // sound, and hold each file either whole or not at all, and every file whose import had ended.
 #include <algorithm>
-#include <chrono>
 #include <map>
 #include <random>
 #include <set>
-#include <thread>
-
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <utility>
 
 #include "core/number_text.h"
 #include "database/reading.h"
 #include "import/import_run.h"
 #include "samples/sample_survey.h"
+#include "tests/kills/killed_process.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_data_file;
@@ -35,26 +31,25 @@ ImportChoices choices() {
   return choices;
 }
 
-// Tells the parent through a pipe, by one byte a file, how far the import has come.
+// Passes on to the parent process how many percent of the files have been read.
 class ProgressToParent final : public UserInterface {
  public:
-  explicit ProgressToParent(int pipe_end) : pipe_end_(pipe_end) {}
+  explicit ProgressToParent(TellProgress tell) : tell_(std::move(tell)) {}
   void show_message(const std::string& /*text*/) override {}
   bool ask_yes_no(const std::string& /*question*/) override { return false; }
   std::string select_file_to_open(const FileDialogRequest& /*request*/) override { return {}; }
   std::string select_file_to_create(const FileDialogRequest& /*request*/) override { return {}; }
   void set_busy_pointer(bool /*busy*/) override {}
   void process_events() override {}
-  void show_progress(std::string_view /*what*/, int percent) override {
-    if (percent >= 0) {
-      const auto byte = static_cast<unsigned char>(percent);
-      (void)!write(pipe_end_, &byte, 1);
+  void show_progress(std::string_view what, int percent) override {
+    if (what == "Importing data files") {
+      tell_(percent);
     }
   }
   bool stop_requested() override { return false; }
 
  private:
-  int pipe_end_;
+  TellProgress tell_;
 };
 
 void import_all(const std::string& survey, const std::vector<std::string>& files) {
@@ -66,57 +61,12 @@ void import_all(const std::string& survey, const std::vector<std::string>& files
   }
 }
 
-struct KilledImport {
-  bool killed = false;
-  int percent_shown = 0;  // of the files, before averaging began
-};
-
-// When to kill: a little after the import has shown this much. By progress and not by the clock, so that
-// kills fall among the files however busy the machine is.
-struct Moment {
-  int percent = 0;
-  std::chrono::microseconds later{0};
-};
-
-Moment random_moment(std::mt19937& random) {
-  return {std::uniform_int_distribution<int>(0, 100)(random),
-          std::chrono::microseconds(std::uniform_int_distribution<int>(0, 4000)(random))};
-}
-
-KilledImport kill_an_import(const std::string& survey, const std::vector<std::string>& files, Moment moment) {
-  int pipe_ends[2];
-  EXPECT_EQ(pipe(pipe_ends), 0);
-  const pid_t child = fork();
-  if (child == 0) {
-    close(pipe_ends[0]);
-    install_user_interface(std::make_unique<ProgressToParent>(pipe_ends[1]));
+KilledProcess kill_an_import(const std::string& survey, const std::vector<std::string>& files,
+                             std::int64_t operation) {
+  return run_until_operation(operation, [&](const TellProgress& tell) {
+    install_user_interface(std::make_unique<ProgressToParent>(tell));
     import_all(survey, files);
-    _exit(0);
-  }
-  close(pipe_ends[1]);
-  KilledImport result;
-  unsigned char byte = 0;
-  bool averaging = false;  // it counts from the start again
-  const auto take_progress = [&] {
-    averaging = averaging || byte < result.percent_shown;
-    result.percent_shown = averaging ? result.percent_shown : byte;
-  };
-  while (read(pipe_ends[0], &byte, 1) == 1) {
-    take_progress();
-    if (byte >= moment.percent) {
-      break;
-    }
-  }
-  std::this_thread::sleep_for(moment.later);
-  kill(child, SIGKILL);
-  int status = 0;
-  waitpid(child, &status, 0);
-  result.killed = WIFSIGNALED(status);
-  while (read(pipe_ends[0], &byte, 1) == 1) {
-    take_progress();
-  }
-  close(pipe_ends[0]);
-  return result;
+  });
 }
 
 // Readings of each file and the first resistivity of each, from an opened survey.
@@ -144,16 +94,6 @@ std::map<std::string, FileContents> stored_files() {
   return files;
 }
 
-void expect_sound_database(const std::string& survey) {
-  const std::string command = "sqlite3 -readonly '" + survey + "' 'PRAGMA integrity_check'";
-  FILE* const answer = popen(command.c_str(), "r");
-  ASSERT_NE(answer, nullptr);
-  char line[256] = "";
-  (void)!fgets(line, sizeof line, answer);
-  pclose(answer);
-  EXPECT_STREQ(line, "ok\n");
-}
-
 class ImportKills : public SurveyTest {
  protected:
   // The first field files of the made survey with a seed; other seeds give the same names and other values.
@@ -168,6 +108,13 @@ class ImportKills : public SurveyTest {
     return paths;
   }
 
+  /// Under a name of its own, as a killed process leaves a log beside its file.
+  std::string copy_of(const std::string& survey) {
+    std::string copy = folder.path("copy_" + std::to_string(++copies_) + ".mdb");
+    std::filesystem::copy_file(survey, copy);
+    return copy;
+  }
+
   std::map<std::string, FileContents> contents_after_opening(const std::string& survey) {
     session().database_file = survey;
     EXPECT_EQ(Module_database::open_database(), 0);
@@ -176,6 +123,9 @@ class ImportKills : public SurveyTest {
     EXPECT_EQ(Module_database::close_database(), 0);
     return files;
   }
+
+ private:
+  int copies_ = 0;
 };
 
 std::string name_of(const std::string& path) { return std::filesystem::path(path).filename().string(); }
@@ -188,12 +138,13 @@ TEST_F(ImportKills, Files_whose_import_had_ended_are_whole_and_others_absent) {
   ASSERT_EQ(Module_database::close_database(), 0);
 
   std::mt19937 random(7);
+  std::uniform_int_distribution<std::int64_t> moments(1,
+                                                      kill_an_import(copy_of(survey), files, 0).operations);
   int killed_among_files = 0;
   for (int round = 0; round < 25; ++round) {
     SCOPED_TRACE(round);
-    const std::string copy = folder.path("copy.mdb");
-    std::filesystem::copy_file(survey, copy, std::filesystem::copy_options::overwrite_existing);
-    const KilledImport kill = kill_an_import(copy, files, random_moment(random));
+    const std::string copy = copy_of(survey);
+    const KilledProcess kill = kill_an_import(copy, files, moments(random));
     const auto stored = contents_after_opening(copy);
     expect_sound_database(copy);
     killed_among_files += kill.killed && !stored.empty() && stored.size() < files.size() ? 1 : 0;
@@ -201,7 +152,7 @@ TEST_F(ImportKills, Files_whose_import_had_ended_are_whole_and_others_absent) {
       EXPECT_EQ(contents.readings, readings_per_file) << name;
     }
     // Progress counts the bytes read, so the last file that it counts may still await its commit.
-    const auto counted = static_cast<std::size_t>(kill.percent_shown) * files.size() / 100;
+    const auto counted = static_cast<std::size_t>(kill.progress) * files.size() / 100;
     const std::size_t ended = counted > 0 ? counted - 1 : 0;
     for (std::size_t index = 0; index < ended; ++index) {
       EXPECT_TRUE(stored.contains(name_of(files[index]))) << files[index];
@@ -225,12 +176,13 @@ TEST_F(ImportKills, An_import_of_the_same_files_again_leaves_old_or_new_readings
   ASSERT_EQ(new_contents.size(), new_files.size());
 
   std::mt19937 random(11);
+  std::uniform_int_distribution<std::int64_t> moments(
+      1, kill_an_import(copy_of(survey), new_files, 0).operations);
   int mixed_rounds = 0;
   for (int round = 0; round < 25; ++round) {
     SCOPED_TRACE(round);
-    const std::string copy = folder.path("copy.mdb");
-    std::filesystem::copy_file(survey, copy, std::filesystem::copy_options::overwrite_existing);
-    (void)kill_an_import(copy, new_files, random_moment(random));
+    const std::string copy = copy_of(survey);
+    EXPECT_TRUE(kill_an_import(copy, new_files, moments(random)).killed);
     const auto stored = contents_after_opening(copy);
     expect_sound_database(copy);
     std::size_t renewed = 0;
