@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QScreen>
 #include <algorithm>
 
 #include "platform/widgets/copy_cells.h"
@@ -31,7 +32,8 @@ Form_view_table::Form_view_table(const std::string& path, const Module_database:
   ui_->Grid_table->resizeColumnsToContents();
   ui_->Label_row_count->setText(QString::number(model_->rowCount()) +
                                 (model_->rowCount() == 1 ? " row" : " rows"));
-  resize(fontMetrics().averageCharWidth() * 180, fontMetrics().height() * 32);
+  resize(QSize(fontMetrics().averageCharWidth() * 180, fontMetrics().height() * 32)
+             .boundedTo(screen()->availableSize() * 0.95));
   make_cells_copyable(*ui_->Grid_table);
 
   const auto current = [this] { return ui_->Grid_table->currentIndex().row(); };

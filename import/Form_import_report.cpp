@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QScreen>
 #include <utility>
 
 #include "core/file_names.h"
@@ -30,7 +31,8 @@ QString remark_count(const FileReport& file) {
 Form_import_report::Form_import_report(ImportReport report, QWidget* parent)
     : QDialog(parent), ui_(std::make_unique<Ui::Form_import_report>()), report_(std::move(report)) {
   ui_->setupUi(this);
-  resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 30);
+  resize(QSize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 30)
+             .boundedTo(screen()->availableSize() * 0.95));
   make_cells_copyable(*ui_->Tree_report);
   connect(ui_->Tree_report, &QTreeWidget::itemExpanded, this, &Form_import_report::add_remarks);
   ui_->Tree_report->setHeaderLabels({"File and remarks", "Sections", "Readings", "Frequencies", "Remarks"});

@@ -95,6 +95,7 @@ ImportDecodeGrid::ImportDecodeGrid(QWidget* parent)
   horizontalHeader()->setHighlightSections(false);
   verticalHeader()->setHighlightSections(false);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 2 * fontMetrics().descent() + 2);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   connect(this, &QTableWidget::cellClicked, this, &ImportDecodeGrid::cell_clicked);
   connect(this, &QTableWidget::cellChanged, this, &ImportDecodeGrid::cell_edited);

@@ -1,0 +1,383 @@
+// A person's work on a survey, from field files to a copy of the edited survey, by the controls of the
+// windows.
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableWidget>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <span>
+
+#include "app/Form_main.h"
+#include "core/session_state.h"
+#include "core/undo_stack.h"
+#include "database/survey_database.h"
+#include "display/plot_colours.h"
+#include "import/import_files.h"
+#include "import/import_run.h"
+#include "platform/graph/VexGraphControl.h"
+#include "platform/settings_store/settings_store.h"
+#include "reduction/repeat_data_set.h"
+#include "reduction/station_data_set.h"
+#include "tests/import/made_edi.h"
+#include "tests/reduction/made_line.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+namespace averaged = Module_averaged_data;
+using Messages = std::vector<std::string>;
+
+constexpr int repeats = 3;
+constexpr const char* slow_frequencies[] = {"16", "8", "4", "2", "1"};        // at 256 Hz
+constexpr const char* fast_frequencies[] = {"256", "128", "64", "32", "16"};  // at 4096 Hz
+constexpr int bad_repeat = 3;  // its resistivity is far too high
+constexpr int bad_point = 2;   // at 4 Hz and at 64 Hz, the third one from both ends
+
+std::string block(const char* tag, const std::vector<double>& values) {
+  std::string text = std::string(">") + tag + " //" + std::to_string(values.size()) + "\n";
+  for (const double value : values) {
+    text += std::to_string(value) + " ";
+  }
+  return text + "\n";
+}
+
+/// One repeat; each station, repeat and frequency has values of its own.
+std::string field_file(int station, int repeat, std::span<const char* const> frequencies) {
+  MadeSection section{"\"" + std::to_string(station) + "\"", static_cast<int>(frequencies.size()), "", ""};
+  std::vector<double> resistivities;
+  std::vector<double> phases;
+  for (std::size_t i = 0; i < frequencies.size(); ++i) {
+    section.frequencies += std::string(frequencies[i]) + " ";
+    const bool bad = repeat == bad_repeat && i == bad_point;
+    resistivities.push_back((100.0 + station / 10.0 + repeat + static_cast<double>(i)) * (bad ? 8.0 : 1.0));
+    phases.push_back(40.0 + repeat + static_cast<double>(i));
+  }
+  for (const char* const element : {"XY", "YX"}) {
+    section.blocks += block((std::string("RHO") + element).c_str(), resistivities);
+    section.blocks += block((std::string("PHS") + element).c_str(), phases);
+  }
+  return made_edi({section});
+}
+
+float resistivity(const averaged::StoredReading& reading, float frequency) {
+  for (std::size_t i = 0; i < reading.curve.count(); ++i) {
+    if (std::abs(reading.curve.frequencies[i] - frequency) < 1e-3F) {
+      return reading.curve.value(Module_database::field_resistivity, i);
+    }
+  }
+  return NAN;
+}
+
+averaged::StoredReading stored(std::int32_t ID) { return Module_database::read_reading(made::row(ID)); }
+
+}  // namespace
+
+class SurveyWorkTest : public QObject {
+  Q_OBJECT
+
+ private:
+  template <class Widget = QWidget>
+  Widget* control(const char* name) const {
+    return window_->findChild<Widget*>(name);
+  }
+  QAction* item(const char* name) const { return window_->findChild<QAction*>(name); }
+  QString text(const char* name) const { return control<QLineEdit>(name)->text(); }
+  static void click(const QWidget& window, const char* name) {
+    const int on_the_mark = 8;  // of a check box, which takes no click beside its text
+    auto* const target = window.findChild<QWidget*>(name);
+    QTest::mouseClick(target, Qt::LeftButton, {}, {on_the_mark, target->height() / 2});
+  }
+  void step_by_bar() const {
+    const auto* const bar = control<QScrollBar>("HScroll_repeat");
+    const int inside_the_arrow = 5;
+    QTest::mouseClick(control("HScroll_repeat"), Qt::LeftButton, {},
+                      {bar->width() - inside_the_arrow, bar->height() / 2});
+  }
+
+  void write_line(const char* folder, const char* line, const std::vector<int>& stations,
+                  std::span<const char* const> slow = slow_frequencies) const {
+    for (const int station : stations) {
+      for (int repeat = 1; repeat <= repeats; ++repeat) {
+        const auto name = [&](const char* rate) {
+          return std::string(folder) + "/L" + line + "_S" + std::to_string(station) + "_E" +
+                 std::to_string(repeat) + "_R" + rate + ".edi";
+        };
+        (void)folder_->write(name("0256"), field_file(station, repeat, slow));
+        (void)folder_->write(name("4096"), field_file(station, repeat, fast_frequencies));
+      }
+    }
+  }
+
+  static void choose(const QWidget& dialog, const char* name, int index) {
+    auto* const list = dialog.findChild<QComboBox*>(name);
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Home);
+    for (int i = 0; i < index; ++i) {
+      QTest::keyClick(list, Qt::Key_Down);
+    }
+  }
+  static void fill_decode_grid(const QWidget& dialog) {
+    auto* const grid = dialog.findChild<QTableWidget*>("Grid_import_decode");
+    const auto click_cell = [grid](int row, int column) {
+      QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                        grid->visualRect(grid->model()->index(row, column)).center());
+    };
+    const int columns[3][2] = {{2, 4}, {13, 1}, {16, 4}};  // as in L200E_S100_E1_R0256.edi
+    for (int row = 0; row < 3; ++row) {
+      if (!Module_data_file::reading_record()
+               .choices.decode.at(static_cast<std::size_t>(row))
+               .use_file_name) {
+        click_cell(row, 0);
+      }
+      click_cell(row, 1);
+      for (const int column : columns[row]) {
+        // The window is not the active one off screen, so that the editor doesn't get keys by itself.
+        QWidget* const editor = dialog.findChildren<QLineEdit*>("Text_edit").back();
+        QTest::keyClicks(editor, QString::number(column));
+        QTest::keyClick(editor, Qt::Key_Tab);
+      }
+      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+  }
+
+  /// Imports all files of a folder through the dialog. @return the sample fields of the first file, then the
+  /// messages
+  QString import_folder(const char* folder) {
+    Module_data_file::keep_import_folder(folder_->path(folder));
+    QStringList sample;
+    QTimer::singleShot(0, window_.get(), [&sample] {
+      QWidget& dialog = *QApplication::activeModalWidget();
+      click(dialog, "Command_find_and_add_files");
+      click(dialog, "Command_process_files");
+      choose(dialog, "Combo_data_type", 0);
+      choose(dialog, "Combo_data_reduced", 0);
+      fill_decode_grid(dialog);
+      click(dialog, "Check_use_SECTID_as_station");
+      for (const char* const name :
+           {"Text_sample_line", "Text_sample_event", "Text_sample_rate", "Text_sample_station"}) {
+        sample.append(dialog.findChild<QLineEdit*>(name)->text());
+      }
+      click(dialog, "Command_import_data_1");
+      dialog.close();  // stays open only if something was wrong
+    });
+    item("menu_import_MT")->trigger();
+    window_->activateWindow();
+    (void)QTest::qWaitForWindowActive(window_.get());  // keys of menus need it
+    for (const std::string& message : interface_->take_messages()) {
+      sample.append(QString::fromStdString(message));
+    }
+    return sample.join(", ");
+  }
+
+  VexGraphControl& raw_graph() const { return *control<VexGraphControl>("vxgraph_raw_data_0"); }
+  /// The colour in the middle of a point, with the pointer elsewhere.
+  QColor point_colour(int series, int point) const {
+    QTest::mouseMove(control("Label_raw"));
+    QCoreApplication::processEvents();
+    return raw_graph().grab().toImage().pixelColor(raw_graph().point_position(series, point)->toPoint());
+  }
+  void click_point(int series, int point) const {
+    QTest::mouseClick(&raw_graph(), Qt::LeftButton, {}, raw_graph().point_position(series, point)->toPoint());
+  }
+
+  void new_survey() {
+    (*interface_)->path_answers.push_back(folder_->path("survey.mdb"));
+    click(*window_, "Command_new_survey");
+    QVERIFY(session().database_open);
+    QVERIFY(control("Label_no_readings")->isVisible());
+  }
+
+  const QString imported = "200E, 1, 0256, 100, Data import complete";
+  std::unique_ptr<TemporaryFolder> folder_;
+  std::unique_ptr<RecordingInterface> interface_;
+  std::unique_ptr<Form_main> window_;
+  std::filesystem::path started_in_ = std::filesystem::current_path();
+
+ private Q_SLOTS:
+  void init() {
+    reset_session_state();
+    Module_database::reset_module();
+    Module_data_file::reading_record() = Module_data_file::ReadingRecord{};
+    install_settings_store(std::make_unique<MemorySettingsStore>());
+    folder_ = std::make_unique<TemporaryFolder>();
+    std::filesystem::current_path(folder_->folder());
+    interface_ = std::make_unique<RecordingInterface>();
+    window_ = std::make_unique<Form_main>();
+    window_->resize(1280, 800);
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    write_line("field", "200E", {100, 200, 300});
+  }
+  void cleanup() {
+    window_.reset();
+    Module_Brenlox::clear_undo();
+    Module_database::reset_module();
+    interface_.reset();
+    std::filesystem::current_path(started_in_);
+    folder_.reset();
+  }
+
+  void from_field_files_to_an_edited_copy() {
+    new_survey();
+    QCOMPARE(import_folder("field"), imported);
+    const std::string first = made::whole_readings_table();
+    QVERIFY(!control("Label_no_readings")->isVisible());
+    QCOMPARE(control<QComboBox>("Combo_line")->currentText(), QString("200E"));
+    QCOMPARE(control<QScrollBar>("HScroll_repeat")->maximum(), 3);
+    QCOMPARE(text("Text_sample_station"), QString("100"));
+    step_by_bar();
+    step_by_bar();
+    QCOMPARE(text("Text_sample_station"), QString("300"));
+    QTest::keyClick(window_.get(), Qt::Key_Left);
+    QCOMPARE(text("Text_sample_station"), QString("200"));
+    QCOMPARE(control<QLabel>("Label_raw")->text(), QString("Average/raw for 200"));
+    QCOMPARE(control<QTableWidget>("Grid_repeats")->rowCount(), repeats);
+
+    // A point that is far off is masked by a click.
+    const std::int32_t repeat_ID = averaged::repeat_data_set().slots.at(bad_repeat).reading.ID;
+    const std::int32_t average_ID = averaged::repeat_data_set().slots.at(0).reading.ID;
+    const std::int32_t merged_ID = averaged::station_data_set().slots.at(0).reading.ID;
+    const float average_before = resistivity(stored(average_ID), 4.0F);
+    const float merged_before = resistivity(stored(merged_ID), 4.0F);
+    const graph::Colour colour = Module_display_data::repeat_colour(bad_repeat);
+    QCOMPARE(point_colour(bad_repeat, bad_point), QColor(colour.red, colour.green, colour.blue));
+    click_point(bad_repeat, bad_point);
+    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_resistivity, bad_point), 0);
+    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_phase, bad_point), 1);
+    QVERIFY(resistivity(stored(average_ID), 4.0F) < average_before / 2.0F);
+    QVERIFY(resistivity(stored(merged_ID), 4.0F) < merged_before / 2.0F);
+    const QColor masked = point_colour(bad_repeat, bad_point);
+    QVERIFY2(masked.hsvSaturation() < 30 && masked.value() < 200, qPrintable(masked.name()));  // a grey cross
+    QCOMPARE(text("Text_frequency"), QString("4.0000"));
+    QCOMPARE(text("Text_file"), QString("L200E_S200_E3_R0256.edi"));
+
+    // Outliers are clipped, and a repeat is switched off in the grid.
+    const auto masked_points = [] {
+      std::ptrdiff_t count = 0;
+      for (const averaged::RepeatSlot& slot : averaged::repeat_data_set().slots) {
+        const auto& mask = stored(slot.reading.ID).curve.mask;
+        count += std::count(mask.begin(), mask.end(), 0);
+      }
+      return count;
+    };
+    const std::ptrdiff_t masked_before = masked_points();
+    click(*window_, "Command_outliers_0");
+    QVERIFY(masked_points() > masked_before);
+    auto* const grid = control<QTableWidget>("Grid_repeats");
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(0, 1)).center());
+    QVERIFY(!stored(averaged::repeat_data_set().slots.at(1).reading.ID).UseReading);
+
+    // All of it is undone in turn, to the last byte, and done again.
+    const std::string edited = made::whole_readings_table();
+    QVERIFY(edited != first);
+    for (int left = 100; left > 0 && item("menu_undo")->isEnabled(); --left) {
+      QTest::keyClick(window_.get(), Qt::Key_Z, Qt::ControlModifier);
+    }
+    QVERIFY(!item("menu_undo")->isEnabled());
+    QVERIFY(made::whole_readings_table() == first);
+    QCOMPARE(point_colour(bad_repeat, bad_point), QColor(colour.red, colour.green, colour.blue));
+    while (item("menu_redo")->isEnabled()) {
+      QTest::keyClick(window_.get(), Qt::Key_Y, Qt::ControlModifier);
+    }
+    QVERIFY(made::whole_readings_table() == edited);
+
+    // The copy takes the edits along, and what is edited in it stays away from the survey left behind.
+    (*interface_)->path_answers.push_back(folder_->path("copy.mdb"));
+    item("menu_saveas")->trigger();
+    QCOMPARE(window_->windowTitle(), QString::fromStdString("BLX DATABASE " + folder_->path("copy.mdb")));
+    QCOMPARE(text("Text_sample_station"), QString("100"));
+    QVERIFY(!item("menu_undo")->isEnabled());
+    QVERIFY(made::whole_readings_table() == edited);
+    click_point(bad_repeat, bad_point);
+    const std::string edited_copy = made::whole_readings_table();
+    QVERIFY(edited_copy != edited);
+    const auto open_by_key = [this](const char* name) {
+      (*interface_)->path_answers.push_back(folder_->path(name));
+      QTest::keyClick(window_.get(), Qt::Key_O, Qt::ControlModifier);
+    };
+    open_by_key("survey.mdb");
+    QVERIFY(made::whole_readings_table() == edited);
+    open_by_key("copy.mdb");
+    QVERIFY(made::whole_readings_table() == edited_copy);
+    QCOMPARE(interface_->take_messages(), Messages{});
+  }
+
+  void a_later_import_joins_lists_frequencies_and_graphs() {
+    new_survey();
+    QCOMPARE(import_folder("field"), imported);
+    QCOMPARE(session().frequency_count, 9);
+    step_by_bar();
+    click_point(bad_repeat, bad_point);
+    QVERIFY(item("menu_undo")->isEnabled());
+    const char* const lower[] = {"8", "4", "2", "1", "0.5"};
+    write_line("later", "200E", {100, 150}, lower);
+    write_line("later", "400E", {100}, lower);
+    QCOMPARE(import_folder("later"), imported);
+    QVERIFY(!item("menu_undo")->isEnabled());
+    QCOMPARE(control<QComboBox>("Combo_line")->count(), 2);
+    QCOMPARE(session().frequency_count, 10);
+    QCOMPARE(session().frequency_list.front(), 0.5F);
+    QCOMPARE(text("Text_sample_station"), QString("200"));  // where the person was before
+    QCOMPARE(control<QScrollBar>("HScroll_repeat")->maximum(), 4);
+    QCOMPARE(control<QScrollBar>("HScroll_repeat")->value(), 3);
+    QTest::keyClick(window_.get(), Qt::Key_Left);
+    QCOMPARE(text("Text_sample_station"), QString("150"));
+    QCOMPARE(averaged::repeat_data_set().slots.size(), std::size_t{repeats + 1});
+    QVERIFY(raw_graph().point_position(1, 0).has_value());  // 0.5 Hz
+    QTest::keyClick(window_.get(), Qt::Key_Left);
+    QCOMPARE(control<QTableWidget>("Grid_repeats")->rowCount(),
+             repeats);  // of the same files, imported again
+    QCOMPARE(averaged::repeat_data_set().slots.at(1).reading.curve.frequencies.front(), 0.5F);
+    control<QComboBox>("Combo_line")->setCurrentText("400E");
+    QCOMPARE(text("Text_sample_station"), QString("100"));
+    QCOMPARE(control<QScrollBar>("HScroll_repeat")->maximum(), 1);
+  }
+
+  void merged_data_are_recalculated_by_the_menu() {
+    new_survey();
+    QCOMPARE(import_folder("field"), imported);
+    const std::string first = made::whole_readings_table();
+    click_point(bad_repeat, bad_point);
+    const std::string edited = made::whole_readings_table();
+    const std::int32_t merged_ID = averaged::station_data_set().slots.at(0).reading.ID;
+    const auto spoil = [merged_ID] {
+      dao::Recordset row = made::row(merged_ID);
+      averaged::StoredReading reading = Module_database::read_reading(row);
+      reading.curve.value(Module_database::field_resistivity, 0) = 7.0F;
+      row.edit();
+      Module_database::write_curve(row, reading.curve);
+      row.update();
+    };
+    spoil();
+    QVERIFY(made::whole_readings_table() != edited);
+    const int draws = raw_graph().draw_count();
+    (*interface_)->progress.clear();
+    item("menu_Recalculate_merged")->trigger();
+    QVERIFY(made::whole_readings_table() == edited);
+    QVERIFY(!(*interface_)->progress.empty());
+    QVERIFY(raw_graph().draw_count() > draws);
+    QVERIFY(!(*interface_)->busy);
+
+    spoil();
+    const std::string spoilt = made::whole_readings_table();
+    (*interface_)->stop = [] { return true; };
+    item("menu_Recalculate_merged")->trigger();
+    QVERIFY(made::whole_readings_table() == spoilt);  // stopped before the first station
+    QCOMPARE(interface_->take_messages(), Messages{});
+  }
+};
+
+QTEST_MAIN(SurveyWorkTest)
+#include "survey_work_test.moc"
