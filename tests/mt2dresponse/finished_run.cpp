@@ -44,8 +44,8 @@ void read_data(const std::string& folder, FinishedRun& run) {
   double type = 0.0;
   double rest[4];
   while (response >> site >> frequency >> type >> rest[0] >> rest[1] >> rest[2] >> rest[3]) {
-    run.rows.push_back({static_cast<std::size_t>(site), static_cast<std::size_t>(frequency), static_cast<int>(type),
-                        rest[2]});
+    run.rows.push_back({static_cast<std::size_t>(site), static_cast<std::size_t>(frequency),
+                        static_cast<int>(type), rest[2]});
   }
 }
 
@@ -84,11 +84,13 @@ FinishedRun read_finished_run(const std::string& folder) {
       const std::size_t right = left + static_cast<std::size_t>(block);
       if (layer == 0 && left == 0) {
         run.section.left_edge =
-            binding_offset - std::accumulate(run.section.column_widths.begin(),
-                                             run.section.column_widths.begin() + static_cast<std::ptrdiff_t>(right), 0.0);
+            binding_offset -
+            std::accumulate(run.section.column_widths.begin(),
+                            run.section.column_widths.begin() + static_cast<std::ptrdiff_t>(right), 0.0);
       }
       for (std::size_t row = top; row < top + rows; ++row) {
-        for (std::size_t triangle = 4 * (row * columns + left); triangle < 4 * (row * columns + right); ++triangle) {
+        for (std::size_t triangle = 4 * (row * columns + left); triangle < 4 * (row * columns + right);
+             ++triangle) {
           run.parameter_index[triangle] = parameter;
         }
       }

@@ -1,4 +1,5 @@
-// finished_run.h: the files of a finished two-dimensional inversion as plain arrays, read without regard to damage.
+// finished_run.h: the files of a finished two-dimensional inversion as plain arrays, read without regard to
+// damage.
 #pragma once
 #include <string>
 #include <vector>

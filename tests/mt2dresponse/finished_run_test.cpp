@@ -1,4 +1,6 @@
 // finished_run_test.cpp: the response of a finished inversion comes out as the inversion program left it.
+#include "tests/mt2dresponse/finished_run.h"
+
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -6,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/vexmtutils/mt2dresponse/mt2dresponse.h"
-#include "tests/mt2dresponse/finished_run.h"
 
 namespace {
 
@@ -26,7 +27,8 @@ TEST(Finished_run, Its_responses_come_out_again) {
     const mt2dresponse::ModeResponse& mode = row.type <= 2 ? response->te : response->tm;
     const std::size_t at = (row.site_number - 1) * run.frequencies.size() + row.frequency_number - 1;
     if (row.type == 1 || row.type == 5) {
-      largest_resistivity = std::max(largest_resistivity, std::abs(mode.log10_resistivity[at] - row.modelled));
+      largest_resistivity =
+          std::max(largest_resistivity, std::abs(mode.log10_resistivity[at] - row.modelled));
     } else {
       largest_phase = std::max(largest_phase, std::abs(mode.phase[at] - row.modelled));
     }

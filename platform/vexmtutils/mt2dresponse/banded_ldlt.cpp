@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace mt2dresponse {
 
@@ -9,8 +10,8 @@ namespace {
 
 // Columns eliminated together: each entry to their right is then loaded and stored once for all of them.
 constexpr std::size_t panel = 4;
-// Rows updated at a time; lengths are rounded up to it, into the zeros behind each column.
-constexpr std::size_t strip = 8;
+// Most rows updated at a time; lengths are rounded up, into the zeros behind each column.
+constexpr std::size_t widest_strip = 4;
 
 struct Columns {
   double* real;
@@ -27,38 +28,44 @@ struct Multiplier {
 
 #define BRENLOX_INLINE inline __attribute__((always_inline))
 
-BRENLOX_INLINE std::size_t whole_strips(std::size_t length) { return (length + strip - 1) / strip * strip; }
+// Numbers that are worked on together: a compiler's vector type of the width of a processor's registers.
+struct NarrowRegisters {
+  using Vector [[gnu::vector_size(16)]] = double;
+};
+struct WideRegisters {
+  using Vector [[gnu::vector_size(32)]] = double;
+};
 
-// target -= sum over the sources of multiplier * source
-template <std::size_t sources>
+// target -= sum over the sources of multiplier * source, over `length` rows or up to three more
+template <class Registers, std::size_t sources>
 BRENLOX_INLINE void subtract_columns(double* __restrict target_real, double* __restrict target_imaginary,
                                      const std::array<const double*, sources>& source_real,
                                      const std::array<const double*, sources>& source_imaginary,
                                      const std::array<Multiplier, sources>& multiplier, std::size_t length) {
-  for (std::size_t first = 0; first < length; first += strip) {
-    double real[strip];
-    double imaginary[strip];
-    for (std::size_t k = 0; k < strip; ++k) {
-      real[k] = target_real[first + k];
-      imaginary[k] = target_imaginary[first + k];
-    }
+  using Vector = typename Registers::Vector;
+  for (std::size_t first = 0; first < length; first += sizeof(Vector) / sizeof(double)) {
+    Vector real;
+    Vector imaginary;
+    std::memcpy(&real, target_real + first, sizeof real);
+    std::memcpy(&imaginary, target_imaginary + first, sizeof imaginary);
     for (std::size_t s = 0; s < sources; ++s) {
-      const double* from_real = source_real[s] + first;
-      const double* from_imaginary = source_imaginary[s] + first;
-      for (std::size_t k = 0; k < strip; ++k) {
-        real[k] -= multiplier[s].real * from_real[k] - multiplier[s].imaginary * from_imaginary[k];
-        imaginary[k] -= multiplier[s].real * from_imaginary[k] + multiplier[s].imaginary * from_real[k];
-      }
+      Vector from_real;
+      Vector from_imaginary;
+      std::memcpy(&from_real, source_real[s] + first, sizeof from_real);
+      std::memcpy(&from_imaginary, source_imaginary[s] + first, sizeof from_imaginary);
+      real -= multiplier[s].real * from_real;
+      imaginary -= multiplier[s].real * from_imaginary;
+      real += multiplier[s].imaginary * from_imaginary;
+      imaginary -= multiplier[s].imaginary * from_real;
     }
-    for (std::size_t k = 0; k < strip; ++k) {
-      target_real[first + k] = real[k];
-      target_imaginary[first + k] = imaginary[k];
-    }
+    std::memcpy(target_real + first, &real, sizeof real);
+    std::memcpy(target_imaginary + first, &imaginary, sizeof imaginary);
   }
 }
 
 // Turns an updated column into a column of L; its diagonal becomes 1 / d.
-BRENLOX_INLINE Multiplier scale_column(double* __restrict real, double* __restrict imaginary, std::size_t length) {
+BRENLOX_INLINE Multiplier scale_column(double* __restrict real, double* __restrict imaginary,
+                                       std::size_t length) {
   const Multiplier d = {real[0], imaginary[0]};
   const double square = d.real * d.real + d.imaginary * d.imaginary;
   const Multiplier inverse = {d.real / square, -d.imaginary / square};
@@ -74,12 +81,14 @@ BRENLOX_INLINE Multiplier scale_column(double* __restrict real, double* __restri
 }
 
 // d L(row, column), the multiplier with which a column of L is taken from the column of that row
-BRENLOX_INLINE Multiplier multiplier_of(const Columns& a, std::size_t column, std::size_t below, Multiplier d) {
+BRENLOX_INLINE Multiplier multiplier_of(const Columns& a, std::size_t column, std::size_t below,
+                                        Multiplier d) {
   const double re = a.real[column * a.stride + below];
   const double im = a.imaginary[column * a.stride + below];
   return {d.real * re - d.imaginary * im, d.real * im + d.imaginary * re};
 }
 
+template <class Registers>
 BRENLOX_INLINE void factor_columns(const Columns& a) {
   for (std::size_t first = 0; first < a.count; first += panel) {
     const std::size_t end = std::min(first + panel, a.count);
@@ -90,9 +99,10 @@ BRENLOX_INLINE void factor_columns(const Columns& a) {
       for (std::size_t target = column + 1; target < end; ++target) {
         const std::size_t below = target - column;
         const std::size_t source = column * a.stride + below;
-        subtract_columns<1>(a.real + target * a.stride, a.imaginary + target * a.stride, {a.real + source},
-                            {a.imaginary + source}, {multiplier_of(a, column, below, d[column - first])},
-                            whole_strips(a.half_bandwidth + 1 - std::min(below, a.half_bandwidth)));
+        subtract_columns<Registers, 1>(a.real + target * a.stride, a.imaginary + target * a.stride,
+                                       {a.real + source}, {a.imaginary + source},
+                                       {multiplier_of(a, column, below, d[column - first])},
+                                       a.half_bandwidth + 1 - std::min(below, a.half_bandwidth));
       }
     }
     if (end - first < panel) {
@@ -109,22 +119,26 @@ BRENLOX_INLINE void factor_columns(const Columns& a) {
         source_imaginary[p] = a.imaginary + (first + p) * a.stride + below;
         multiplier[p] = multiplier_of(a, first + p, below, d[p]);
       }
-      subtract_columns<panel>(a.real + target * a.stride, a.imaginary + target * a.stride, source_real,
-                              source_imaginary, multiplier,
-                              whole_strips(first + panel + a.half_bandwidth - target));
+      subtract_columns<Registers, panel>(a.real + target * a.stride, a.imaginary + target * a.stride,
+                                         source_real, source_imaginary, multiplier,
+                                         first + panel + a.half_bandwidth - target);
     }
   }
 }
 
-void factor_on_any_processor(const Columns& a) { factor_columns(a); }
+void factor_on_any_processor(const Columns& a) { factor_columns<NarrowRegisters>(a); }
 
 #if defined(__x86_64__) && defined(__GNUC__)
 // Twice as fast where the processor has the wider registers; which it is, is known when the program runs.
-__attribute__((target("avx2,fma"))) void factor_on_wide_registers(const Columns& a) { factor_columns(a); }
+__attribute__((target("avx2,fma"))) void factor_on_wide_registers(const Columns& a) {
+  factor_columns<WideRegisters>(a);
+}
 
-bool has_wide_registers() { return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0; }
+bool has_wide_registers() {
+  return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
+}
 #else
-void factor_on_wide_registers(const Columns& a) { factor_columns(a); }
+void factor_on_wide_registers(const Columns& a) { factor_columns<NarrowRegisters>(a); }
 
 bool has_wide_registers() { return false; }
 #endif
@@ -136,8 +150,9 @@ bool has_wide_registers() { return false; }
 void BandedLdlt::reset(std::size_t unknowns, std::size_t half_bandwidth) {
   unknowns_ = unknowns;
   half_bandwidth_ = half_bandwidth;
-  // Behind each column zeros for the other columns of a panel, which reach further down, and for the last strip.
-  stride_ = half_bandwidth + 1 + panel + strip;
+  // Behind each column zeros for the other columns of a panel, which reach further down, and for the last
+  // strip.
+  stride_ = half_bandwidth + 1 + panel + widest_strip;
   real_.assign(unknowns * stride_, 0.0);
   imaginary_.assign(unknowns * stride_, 0.0);
 }
@@ -160,7 +175,8 @@ void BandedLdlt::solve(std::span<std::complex<double>> right_side) const {
     const std::size_t length = std::min(half_bandwidth_, unknowns_ - 1 - column);
     for (std::size_t k = 1; k <= length; ++k) {
       std::complex<double>& value = right_side[column + k];
-      value = {value.real() - (real[k] * re - imaginary[k] * im), value.imag() - (real[k] * im + imaginary[k] * re)};
+      value = {value.real() - (real[k] * re - imaginary[k] * im),
+               value.imag() - (real[k] * im + imaginary[k] * re)};
     }
     right_side[column] = {re * real[0] - im * imaginary[0], re * imaginary[0] + im * real[0]};
   }

@@ -1,10 +1,12 @@
 // banded_ldlt.h: solves a banded complex symmetric system.
 //
-// A = L D L^T with the plain transpose and no pivoting. That is safe where real and imaginary part of A are both
-// positive semidefinite and their sum is definite, as in the diffusion of electromagnetic fields: elimination keeps
-// the property and the elements grow by less than a factor of 3 (Higham 1998, Math. Comp. 67, 1591-1599).
+// A = L D L^T with the plain transpose and no pivoting. That is safe where real and imaginary part of A are
+// both positive semidefinite and their sum is definite, as in the diffusion of electromagnetic fields:
+// elimination keeps the property and the elements grow by less than a factor of 3 (Higham 1998, Math. Comp.
+// 67, 1591-1599).
 //
-// Real and imaginary parts lie in arrays of their own, so that the update, where nearly all time goes, vectorises.
+// Real and imaginary parts lie in arrays of their own, so that the update, where nearly all time goes,
+// vectorises.
 #pragma once
 #include <complex>
 #include <cstddef>
@@ -29,7 +31,8 @@ class BandedLdlt {
   /// Replaces A by its factors.
   void factor();
 
-  /// Replaces the right side by the solution; after factor(). A pivot of zero gives values that are not finite.
+  /// Replaces the right side by the solution; after factor(). A pivot of zero gives values that are not
+  /// finite.
   /// @param right_side  length unknowns
   void solve(std::span<std::complex<double>> right_side) const;
 

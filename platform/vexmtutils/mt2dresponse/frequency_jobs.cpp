@@ -56,7 +56,8 @@ std::size_t job_threads(std::size_t count, std::size_t threads) {
   return std::min(wanted, count);
 }
 
-bool run_jobs(std::size_t count, std::size_t threads, const std::function<void(std::size_t, std::size_t)>& job,
+bool run_jobs(std::size_t count, std::size_t threads,
+              const std::function<void(std::size_t, std::size_t)>& job,
               const std::function<bool(double)>& report) {
   Progress progress;
   progress.running = job_threads(count, threads);

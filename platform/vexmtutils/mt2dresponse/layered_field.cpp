@@ -21,7 +21,8 @@ double omega_mu(double frequency) {
   return 2.0 * std::numbers::pi * frequency * mu0;
 }
 
-LayeredField::LayeredField(double omega_mu0, std::span<const double> heights, std::span<const double> resistivity)
+LayeredField::LayeredField(double omega_mu0, std::span<const double> heights,
+                           std::span<const double> resistivity)
     : heights_(heights.begin(), heights.end()), wave_number_(heights.size()), electric_(heights.size() + 1) {
   const std::size_t rows = heights.size();
   std::vector<Complex> zeta(rows);
@@ -57,7 +58,8 @@ LayeredField::Value LayeredField::inside(std::size_t row, double depth) const {
   };
   const Complex top = share(height - depth);
   const Complex bottom = share(depth);
-  return {electric_[row] * top + electric_[row + 1] * bottom, magnetic_[row] * top + magnetic_[row + 1] * bottom};
+  return {electric_[row] * top + electric_[row + 1] * bottom,
+          magnetic_[row] * top + magnetic_[row + 1] * bottom};
 }
 
 }  // namespace mt2dresponse

@@ -17,8 +17,9 @@ double omega_mu(double frequency);
 /// The field in rows of uniform resistivity, the last of them continued as a half space:
 ///
 ///   k = sqrt(i omega mu / rho), zeta = i omega mu / k, e = exp(-k h), from below
-///   Z = zeta (Z'(1 + e^2) + zeta (1 - e^2)) / (zeta (1 + e^2) + Z'(1 - e^2))   Wait (1954), Geophysics 19, 281-289
-///   E' = E 2 e Z' / (Z'(1 + e^2) + zeta (1 - e^2))                             a prime: at the row's bottom
+///   Z = zeta (Z'(1 + e^2) + zeta (1 - e^2)) / (zeta (1 + e^2) + Z'(1 - e^2))   Wait (1954), Geophysics 19,
+///   281-289 E' = E 2 e Z' / (Z'(1 + e^2) + zeta (1 - e^2))                             a prime: at the row's
+///   bottom
 ///
 /// 1 - e^2 is taken from expm1, so that thin rows of a high resistivity lose no digits.
 class LayeredField {

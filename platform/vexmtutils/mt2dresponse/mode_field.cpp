@@ -42,8 +42,8 @@ ModeField::ModeField(const ModeMesh& mesh, double frequency, BandedLdlt& solver)
   }
 }
 
-// The left edge carries the host alone, the right edge its own column's layered field, top and bottom what lies
-// linearly between. H is 1 wherever it touches air.
+// The left edge carries the host alone, the right edge its own column's layered field, top and bottom what
+// lies linearly between. H is 1 wherever it touches air.
 void ModeField::prescribe_boundary(double frequency) {
   const std::vector<Complex> right = primary_at_nodes(mesh_, mesh_.right, frequency);
   const Complex scale = mesh_.mode == Mode::te ? primary_.node[0] / right[0] : 1.0;
@@ -140,7 +140,8 @@ std::vector<Complex> ModeField::adjoint(std::span<const Complex> weights) const 
   return solution;
 }
 
-CellLoad ModeField::adjoint_in_cell(std::span<const Complex> solution, std::size_t column, std::size_t row) const {
+CellLoad ModeField::adjoint_in_cell(std::span<const Complex> solution, std::size_t column,
+                                    std::size_t row) const {
   const Cell& cell = mesh_.cell(column, row);
   const std::array<std::size_t, corners> nodes = cell_nodes(column, row);
   CellLoad values = {};

@@ -1,7 +1,7 @@
 // mode_field.h: the secondary field of one mode at one frequency on all nodes of a mesh, by finite elements.
 //
-// Secondary is the total field less that of the host, a layered earth: a layered section comes out exact on any
-// mesh (auxiliary fields: Rodi 1976, Geophys. J. R. astr. Soc. 44, 483-506).
+// Secondary is the total field less that of the host, a layered earth: a layered section comes out exact on
+// any mesh (auxiliary fields: Rodi 1976, Geophys. J. R. astr. Soc. 44, 483-506).
 #pragma once
 #include <cstdint>
 #include <span>
@@ -30,8 +30,8 @@ class ModeField {
   /// The secondary field at the corners and the centre of a cell.
   [[nodiscard]] CellLoad secondary_in_cell(std::size_t column, std::size_t row) const;
 
-  /// Solves the same equations, whose matrix is symmetric, with weights on nodes as right side and 0 where the
-  /// field is prescribed: what the weighted sum of the field owes to a load at each node.
+  /// Solves the same equations, whose matrix is symmetric, with weights on nodes as right side and 0 where
+  /// the field is prescribed: what the weighted sum of the field owes to a load at each node.
   /// @param weights  for each node of the mesh
   [[nodiscard]] std::vector<Complex> adjoint(std::span<const Complex> weights) const;
   /// Values of an adjoint solution at the corners and the centre of a cell.
@@ -45,8 +45,8 @@ class ModeField {
   [[nodiscard]] bool skips(const Cell& cell) const { return mesh_.mode == Mode::tm && cell.all_air(); }
   [[nodiscard]] Complex prescribed_centre(std::size_t row) const { return 1.0 - primary_.rows[row].value[1]; }
   [[nodiscard]] std::array<std::size_t, corners> cell_nodes(std::size_t column, std::size_t row) const;
-  /// Unknowns are the nodes inside the mesh's rim, numbered down its columns; prescribed ones among them (they
-  /// touch air in TM) keep an equation of their own, so that the numbering stays regular.
+  /// Unknowns are the nodes inside the mesh's rim, numbered down its columns; prescribed ones among them
+  /// (they touch air in TM) keep an equation of their own, so that the numbering stays regular.
   [[nodiscard]] std::size_t unknown(std::size_t column, std::size_t row) const {
     return (column - 1) * (mesh_.rows - 1) + row - 1;
   }
@@ -59,8 +59,8 @@ class ModeField {
   double omega_mu0_;
   PrimaryField primary_;
   BandedLdlt& solver_;
-  std::vector<Complex> secondary_;         // at each node
-  std::vector<std::uint8_t> prescribed_;   // of each node
+  std::vector<Complex> secondary_;        // at each node
+  std::vector<std::uint8_t> prescribed_;  // of each node
 };
 
 }  // namespace mt2dresponse

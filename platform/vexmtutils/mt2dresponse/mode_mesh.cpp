@@ -10,7 +10,8 @@ namespace mt2dresponse {
 namespace {
 
 double mean_resistivity(const std::vector<double>& resistivities, Mode mode) {
-  if (std::adjacent_find(resistivities.begin(), resistivities.end(), std::not_equal_to<>()) == resistivities.end()) {
+  if (std::adjacent_find(resistivities.begin(), resistivities.end(), std::not_equal_to<>()) ==
+      resistivities.end()) {
     return resistivities.front();  // exactly, so that cells like the host have no load at all
   }
   double sum = 0.0;
@@ -25,7 +26,8 @@ LayeredColumn layered_column(const Section& section, const AirMap& air, std::siz
   LayeredColumn layers;
   layers.ground_row = air.ground_row(column);
   if (layers.ground_row == section.row_heights.size()) {
-    throw std::invalid_argument("column " + std::to_string(column + 1) + " of the mesh is air from top to bottom");
+    throw std::invalid_argument("column " + std::to_string(column + 1) +
+                                " of the mesh is air from top to bottom");
   }
   for (std::size_t row = layers.ground_row; row < section.row_heights.size(); ++row) {
     std::vector<double> ground;

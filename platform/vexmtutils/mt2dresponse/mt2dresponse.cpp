@@ -47,7 +47,8 @@ void check_finite(const ModeResponse& response, const char* mode, std::span<cons
 }  // namespace
 
 std::optional<Response> compute_response(const Section& section, std::span<const double> site_positions,
-                                         std::span<const double> frequencies, const ResponseOptions& options) {
+                                         std::span<const double> frequencies,
+                                         const ResponseOptions& options) {
   check_section(section);
   check_frequencies(frequencies);
   const AirMap air(section);

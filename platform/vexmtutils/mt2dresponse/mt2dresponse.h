@@ -1,8 +1,9 @@
-// mt2dresponse.h: the magnetotelluric response of a two-dimensional section on its own mesh, by finite elements.
+// mt2dresponse.h: the magnetotelluric response of a two-dimensional section on its own mesh, by finite
+// elements.
 //
-// The scheme is that of the inversion the models come from, choices of discretisation included: the response of a
-// finished run comes out as the inversion left it. See section.h for the section, mode_field.h for the method;
-// de Groot-Hedlin & Constable (1990), Geophysics 55, 1613-1624, for the inversion.
+// The scheme is that of the inversion the models come from, choices of discretisation included: the response
+// of a finished run comes out as the inversion left it. See section.h for the section, mode_field.h for the
+// method; de Groot-Hedlin & Constable (1990), Geophysics 55, 1613-1624, for the inversion.
 #pragma once
 #include <cstddef>
 #include <functional>
@@ -42,6 +43,7 @@ struct ResponseOptions {
 /// Throws std::invalid_argument for input that has no response (see check_section, nearest_node_column,
 /// surface_node), std::runtime_error if a value isn't finite.
 std::optional<Response> compute_response(const Section& section, std::span<const double> site_positions,
-                                         std::span<const double> frequencies, const ResponseOptions& options = {});
+                                         std::span<const double> frequencies,
+                                         const ResponseOptions& options = {});
 
 }  // namespace mt2dresponse

@@ -24,7 +24,8 @@ std::vector<Complex> at_nodes(const ModeMesh& mesh, const LayeredColumn& column,
   return values;
 }
 
-PrimaryField::Row air_row(const ModeMesh& mesh, const LayeredField& field, double omega_mu0, std::size_t row) {
+PrimaryField::Row air_row(const ModeMesh& mesh, const LayeredField& field, double omega_mu0,
+                          std::size_t row) {
   PrimaryField::Row result;
   const double top = mesh.node_z[row] - mesh.node_z[mesh.host.ground_row];
   const Complex slope = mesh.mode == Mode::te ? -Complex(0.0, omega_mu0) * field.magnetic(0) : Complex(0.0);
@@ -35,7 +36,8 @@ PrimaryField::Row air_row(const ModeMesh& mesh, const LayeredField& field, doubl
   return result;
 }
 
-PrimaryField::Row ground_row(const ModeMesh& mesh, const LayeredField& field, double omega_mu0, std::size_t row) {
+PrimaryField::Row ground_row(const ModeMesh& mesh, const LayeredField& field, double omega_mu0,
+                             std::size_t row) {
   PrimaryField::Row result;
   const std::size_t layer = row - mesh.host.ground_row;
   result.resistivity = mesh.host.resistivity[layer];

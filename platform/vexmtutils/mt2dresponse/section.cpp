@@ -77,8 +77,8 @@ std::vector<double> triangle_resistivities(std::span<const std::int16_t> table_i
 std::size_t nearest_node_column(const Section& section, double y) {
   const double width = std::accumulate(section.column_widths.begin(), section.column_widths.end(), 0.0);
   if (!(y >= section.left_edge && y <= section.left_edge + width)) {
-    fail("position " + plain_text(y) + " m lies outside the mesh, which spans " + plain_text(section.left_edge) +
-         " to " + plain_text(section.left_edge + width) + " m");
+    fail("position " + plain_text(y) + " m lies outside the mesh, which spans " +
+         plain_text(section.left_edge) + " to " + plain_text(section.left_edge + width) + " m");
   }
   double node = section.left_edge;
   for (std::size_t column = 0; column < section.column_widths.size(); ++column) {

@@ -1,8 +1,8 @@
-// section.h: a two-dimensional section of the ground on a mesh of rectangles, each cut into four triangles that
-// meet in its middle.
+// section.h: a two-dimensional section of the ground on a mesh of rectangles, each cut into four triangles
+// that meet in its middle.
 //
-// y runs along the line, z down, both m; resistivity ohm-m; indices are 0-based; columns count from the left, rows
-// from the top of the mesh.
+// y runs along the line, z down, both m; resistivity ohm-m; indices are 0-based; columns count from the left,
+// rows from the top of the mesh.
 #pragma once
 #include <array>
 #include <cstddef>
@@ -16,10 +16,10 @@ namespace mt2dresponse {
 enum Triangle : std::size_t { top_triangle, left_triangle, bottom_triangle, right_triangle };
 
 struct Section {
-  double left_edge = 0.0;              // m, y of the left-most node column
-  std::vector<double> column_widths;   // m, > 0
-  std::vector<double> row_heights;     // m, > 0
-  std::vector<double> resistivities;   // ohm-m, > 0, of triangle t of a cell: [4 (row * columns + column) + t]
+  double left_edge = 0.0;             // m, y of the left-most node column
+  std::vector<double> column_widths;  // m, > 0
+  std::vector<double> row_heights;    // m, > 0
+  std::vector<double> resistivities;  // ohm-m, > 0, of triangle t of a cell: [4 (row * columns + column) + t]
 
   [[nodiscard]] double resistivity(std::size_t column, std::size_t row, std::size_t triangle) const {
     return resistivities[4 * (row * column_widths.size() + column) + triangle];
@@ -30,9 +30,10 @@ struct Section {
 /// numbers that are not positive and finite, or counts that don't fit.
 void check_section(const Section& section);
 
-/// Resistivities of triangles that are given as entries of a table: first the fixed resistivities, then the free
-/// parameters.
-/// @param table_index  of each triangle: 0 to F - 1 is a fixed resistivity; F + p, p from 1, is free parameter
+/// Resistivities of triangles that are given as entries of a table: first the fixed resistivities, then the
+/// free parameters.
+/// @param table_index  of each triangle: 0 to F - 1 is a fixed resistivity; F + p, p from 1, is free
+/// parameter
 ///                     number p. With no fixed resistivities 0 is air: some programs write it so.
 /// @param fixed_resistivities  ohm-m, F values
 /// @param log10_parameters     log10 ohm-m
@@ -41,12 +42,14 @@ std::vector<double> triangle_resistivities(std::span<const std::int16_t> table_i
                                            std::span<const double> fixed_resistivities,
                                            std::span<const double> log10_parameters);
 
-/// The node column nearest to a position, the right one of two equally near: this is where a response belongs to,
-/// also when that column is the edge of a block. Throws std::invalid_argument for a position outside the mesh.
+/// The node column nearest to a position, the right one of two equally near: this is where a response belongs
+/// to, also when that column is the edge of a block. Throws std::invalid_argument for a position outside the
+/// mesh.
 /// @param y  m
 std::size_t nearest_node_column(const Section& section, double y);
 
-/// Which triangles are air: at least 1e7 ohm-m and nothing but air above. A resistor that ground covers is none.
+/// Which triangles are air: at least 1e7 ohm-m and nothing but air above. A resistor that ground covers is
+/// none.
 class AirMap {
  public:
   explicit AirMap(const Section& section);
@@ -71,9 +74,10 @@ class AirMap {
 /// Where a site on a node column stands.
 struct SurfaceNode {
   std::size_t column = 0;
-  std::size_t row = 0;             // first node row with ground to its left or right
-  double right_resistivity = 0.0;  // ohm-m, of the ground at the surface right of the node; left of it where there is none
-  bool on_a_step = false;          // a vertical wall of ground begins at the node
+  std::size_t row = 0;  // first node row with ground to its left or right
+  double right_resistivity =
+      0.0;  // ohm-m, of the ground at the surface right of the node; left of it where there is none
+  bool on_a_step = false;  // a vertical wall of ground begins at the node
 };
 
 /// Throws std::invalid_argument where the ground is missing or ends less than two rows further down.
