@@ -1,0 +1,28 @@
+// conjugate_gradients.h: the plate under its points, by preconditioned conjugate gradients.
+#pragma once
+#include <functional>
+#include <span>
+
+#include "platform/vexminc32/plate.h"
+#include "platform/vexminc32/spline_levels.h"
+
+namespace vexminc {
+
+struct IterationLimits {
+  double least_change = 0.0;  // stops when no node changes by more, several times in a row
+  int iterations = 0;
+  std::function<bool()> proceed;  // may be empty
+};
+
+struct IterationOutcome {
+  int iterations = 0;
+  bool converged = false;
+  bool stopped = false;  // asked for
+};
+
+/// Moves the surface towards the minimum for the targets; fixed nodes keep the values they have.
+/// @param targets  of the plate's pulling points
+IterationOutcome relax(const Plate& plate, const SplineLevels& levels, std::span<const double> targets,
+                       const IterationLimits& limits, std::span<double> surface);
+
+}  // namespace vexminc
