@@ -15,8 +15,11 @@ namespace vexminc {
 
 namespace {
 
-constexpr std::size_t least_nodes = 4;    // a side: the cubic interpolation at the points needs them
-constexpr double least_width = 1.0;       // cells, of the points' spread about their best line
+constexpr std::size_t least_nodes = 4;  // a side: the cubic interpolation at the points needs them
+// Of the points' root mean square distance from their best line: a cell, but on tiny grids, which have no
+// points much further apart, a share of the shorter side.
+constexpr double least_width = 1.0;
+constexpr double least_width_share = 0.2;
 constexpr double rounding_noise = 1e-12;  // of the largest |z|: what is left of points that lie on a plane
 constexpr int most_refits = 4;
 
@@ -198,7 +201,8 @@ std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> 
                })->z);
   double range = range_of(data);
   if (range > 0.0) {
-    if (distance_from_line(data) < least_width) {
+    const auto shorter_side = static_cast<double>(std::min(size.columns, size.rows) - 1);
+    if (distance_from_line(data) < std::min(least_width, least_width_share * shorter_side)) {
       refuse("the points to be gridded lie on one line");
     }
     plane = closest_plane(data);

@@ -21,9 +21,9 @@ struct ScatteredPoint {
 struct GriddingOptions {
   double stop_change =
       1e-4;  // of the data's range less their plane: largest change of a node in an iteration
-  double largest_misfit = 1e-3;   // of the same range: a larger one at a point calls for another fit
-  int iteration_limit = 500;      // of one fit
-  std::function<bool()> proceed;  // asked once in a while; false stops. May be empty
+  double largest_misfit = 1e-3;        // of the same range: a larger one at a point calls for another fit
+  int iteration_limit = 500;           // of one fit
+  std::function<bool()> proceed = {};  // asked once in a while; false stops. May be empty
 };
 
 struct GriddedSurface {

@@ -337,8 +337,7 @@ TEST(Response, A_slope_gives_the_same_from_either_side) {
 TEST(Response, Threads_change_nothing_and_a_stop_leaves_nothing) {
   const Section section = section_of_cells(line_y, growing_nodes(0, 10, 1.12, 5e4), blocks);
   const std::vector<double> frequencies = {100, 30, 10, 3, 1, 0.3};
-  const Response one =
-      compute_response(section, line_sites, frequencies, {.threads = 1, .progress = {}}).value();
+  const Response one = compute_response(section, line_sites, frequencies, {.threads = 1}).value();
   std::vector<double> shares;
   const auto note = [&](double share) {
     shares.push_back(share);

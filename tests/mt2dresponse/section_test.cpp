@@ -72,7 +72,7 @@ TEST(Section, Air_is_what_lies_open_to_the_top) {
     const SurfaceNode node = surface_node(section, air, c.column);
     EXPECT_EQ(node.row, c.row) << c.column;
     EXPECT_EQ(node.on_a_step, c.on_a_step) << c.column;
-    EXPECT_EQ(node.right_resistivity, 100.0) << c.column;
+    EXPECT_EQ(node.resistivity, 100.0) << c.column;
   }
 }
 

@@ -24,7 +24,7 @@ GroundImpedance ground_impedance(const ModeField& field, const SurfaceNode& site
   result.field = primary.node[row] + field.secondary(site.column, row);
   result.impedance = mesh.mode == Mode::te
                          ? -Complex(0.0, field.omega_mu0()) * result.field / result.derivative
-                         : -site.right_resistivity * result.derivative / result.field;
+                         : -site.resistivity * result.derivative / result.field;
   return result;
 }
 

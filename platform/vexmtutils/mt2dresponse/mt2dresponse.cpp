@@ -13,23 +13,6 @@ namespace mt2dresponse {
 
 namespace {
 
-std::vector<SurfaceNode> surface_nodes(const Section& section, const AirMap& air,
-                                       std::span<const double> site_positions) {
-  std::vector<SurfaceNode> nodes;
-  for (const double position : site_positions) {
-    nodes.push_back(surface_node(section, air, nearest_node_column(section, position)));
-  }
-  return nodes;
-}
-
-void check_frequencies(std::span<const double> frequencies) {
-  for (const double frequency : frequencies) {
-    if (!(std::isfinite(frequency) && frequency > 0.0)) {
-      throw std::invalid_argument(plain_text(frequency) + " Hz is no frequency");
-    }
-  }
-}
-
 ModeResponse empty_response(std::size_t values) {
   return {std::vector<double>(values), std::vector<double>(values)};
 }
@@ -46,15 +29,28 @@ void check_finite(const ModeResponse& response, const char* mode, std::span<cons
 
 }  // namespace
 
+CheckedInput check_input(const Section& section, std::span<const double> site_positions,
+                         std::span<const double> frequencies) {
+  check_section(section);
+  for (const double frequency : frequencies) {
+    if (!(std::isfinite(frequency) && frequency > 0.0)) {
+      throw std::invalid_argument(plain_text(frequency) + " Hz is no frequency");
+    }
+  }
+  CheckedInput input = {AirMap(section), {}};
+  for (const double position : site_positions) {
+    input.sites.push_back(surface_node(section, input.air, nearest_node_column(section, position)));
+  }
+  return input;
+}
+
 std::optional<Response> compute_response(const Section& section, std::span<const double> site_positions,
                                          std::span<const double> frequencies,
                                          const ResponseOptions& options) {
-  check_section(section);
-  check_frequencies(frequencies);
-  const AirMap air(section);
-  const std::vector<SurfaceNode> sites = surface_nodes(section, air, site_positions);
-  const ModeMesh te_mesh = make_mode_mesh(section, air, Mode::te);
-  const ModeMesh tm_mesh = make_mode_mesh(section, air, Mode::tm);
+  const CheckedInput input = check_input(section, site_positions, frequencies);
+  const std::vector<SurfaceNode>& sites = input.sites;
+  const ModeMesh te_mesh = make_mode_mesh(section, input.air, Mode::te);
+  const ModeMesh tm_mesh = make_mode_mesh(section, input.air, Mode::tm);
 
   Response response = {empty_response(sites.size() * frequencies.size()),
                        empty_response(sites.size() * frequencies.size())};

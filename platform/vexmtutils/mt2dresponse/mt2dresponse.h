@@ -32,16 +32,28 @@ struct ResponseOptions {
   std::size_t threads = 0;  // 0: as many as the machine has cores; the result is the same with any number
 
   /// Called from the calling thread as the work goes on, with the share done, 0 to 1; false stops.
-  std::function<bool(double)> progress;
+  std::function<bool(double)> progress = {};
 };
+
+/// A section and its sites, found fit for a response.
+struct CheckedInput {
+  AirMap air;
+  std::vector<SurfaceNode> sites;
+};
+
+/// @param site_positions  m, along the line; each is taken to the nearest node column
+/// @param frequencies     Hz
+/// Throws std::invalid_argument for input that has no response, see check_section, nearest_node_column,
+/// surface_node; and for a frequency that isn't finite and positive.
+CheckedInput check_input(const Section& section, std::span<const double> site_positions,
+                         std::span<const double> frequencies);
 
 /// The TE and TM response at sites on the surface.
 ///
-/// @param site_positions  m, along the line; each is taken to the nearest node column
-/// @param frequencies     Hz, > 0, any order
+/// @param site_positions  m, as for check_input
+/// @param frequencies     Hz, any order
 /// @return nothing if `progress` asked to stop
-/// Throws std::invalid_argument for input that has no response (see check_section, nearest_node_column,
-/// surface_node), std::runtime_error if a value isn't finite.
+/// Throws as check_input does, and std::runtime_error if a value isn't finite.
 std::optional<Response> compute_response(const Section& section, std::span<const double> site_positions,
                                          std::span<const double> frequencies,
                                          const ResponseOptions& options = {});

@@ -159,7 +159,8 @@ SurfaceNode surface_node(const Section& section, const AirMap& air, std::size_t 
     const bool inside = node_column > 0 && node_column < columns;
     return {.column = node_column,
             .row = row,
-            .right_resistivity = section.resistivity(ground->column, row, ground->triangle),
+            .triangle_index = 4 * (row * columns + ground->column) + ground->triangle,
+            .resistivity = section.resistivity(ground->column, row, ground->triangle),
             .on_a_step = inside && air.is_air(node_column, row, left_triangle) !=
                                        air.is_air(node_column - 1, row, right_triangle)};
   }

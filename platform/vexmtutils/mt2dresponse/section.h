@@ -75,9 +75,10 @@ class AirMap {
 struct SurfaceNode {
   std::size_t column = 0;
   std::size_t row = 0;  // first node row with ground to its left or right
-  double right_resistivity =
-      0.0;  // ohm-m, of the ground at the surface right of the node; left of it where there is none
-  bool on_a_step = false;  // a vertical wall of ground begins at the node
+  std::size_t triangle_index =
+      0;                     // of the ground at the surface right of the node, left of it where there is none
+  double resistivity = 0.0;  // ohm-m, of that triangle
+  bool on_a_step = false;    // a vertical wall of ground begins at the node
 };
 
 /// Throws std::invalid_argument where the ground is missing or ends less than two rows further down.

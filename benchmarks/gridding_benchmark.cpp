@@ -1,0 +1,69 @@
+// gridding_benchmark.cpp: minimum curvature by number of nodes and of points, on one core.
+//
+// `nodes` in a second should stay about the same as the grid grows with its points; where points are sparse
+// or noisy, more iterations are needed, which stand beside it.
+#include <cmath>
+#include <random>
+
+#include <benchmark/benchmark.h>
+
+#include "platform/vexminc32/minimum_curvature.h"
+
+namespace {
+
+void grid(benchmark::State& state, const std::vector<vexminc::ScatteredPoint>& points, std::size_t side) {
+  const vexgrid::GridFrame frame = {0.0, 0.0, 1.0 / static_cast<double>(side - 1), side, side};
+  int iterations = 0;
+  for (auto _ : state) {
+    const auto surface = vexminc::minimum_curvature(points, frame);
+    iterations = surface->iterations;
+  }
+  state.counters["nodes"] =
+      benchmark::Counter(static_cast<double>(state.iterations()) * static_cast<double>(side * side),
+                         benchmark::Counter::kIsRate);
+  state.counters["iterations"] = iterations;
+}
+
+double smooth(double x, double y) { return std::sin(9.0 * x) * std::cos(7.0 * y) + x * y; }
+
+void random_points(benchmark::State& state) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> uniform(0.0, 1.0);
+  std::vector<vexminc::ScatteredPoint> points;
+  for (int k = 0; k < state.range(1); ++k) {
+    const double x = uniform(random);
+    const double y = uniform(random);
+    points.push_back({x, y, smooth(x, y)});
+  }
+  grid(state, points, static_cast<std::size_t>(state.range(0)));
+}
+
+// As in a section: columns of points, layers that grow with depth, a steep contrast.
+void section_points(benchmark::State& state) {
+  const auto side = static_cast<std::size_t>(state.range(0));
+  std::vector<vexminc::ScatteredPoint> points;
+  for (double x = 0.0; x <= 1.0; x += 10.0 / static_cast<double>(side)) {
+    double y = 1.0;
+    for (double layer = 4.0 / static_cast<double>(side); y > layer; layer *= 1.12) {
+      points.push_back({x, y - 0.5 * layer, x + 0.3 * y > 0.6 ? 3.0 : 1.0});
+      y -= layer;
+    }
+  }
+  grid(state, points, side);
+}
+
+BENCHMARK(random_points)
+    ->ArgNames({"side", "points"})
+    ->Args({125, 625})
+    ->Args({250, 2500})
+    ->Args({500, 10000})
+    ->Args({1000, 40000})
+    ->Args({500, 50})
+    ->Args({500, 500})
+    ->Args({500, 100000})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(section_points)->ArgName("side")->Arg(250)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
