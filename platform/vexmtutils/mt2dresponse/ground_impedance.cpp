@@ -8,7 +8,7 @@ GroundImpedance ground_impedance(const ModeField& field, const SurfaceNode& site
   const std::size_t row = site.row + mesh.added_rows;
   const double a = mesh.node_z[row + 1] - mesh.node_z[row];
   const double b = mesh.node_z[row + 2] - mesh.node_z[row];
-  // Parabola: de Lugao & Wannamaker (1996), Geophys. J. Int. 127, 806-812.
+  // Parabola: de Lugao & Wannamaker (1996), Geophys. J. Int. 127, 806-810.
   const std::array<double, 3> parabola = {-(a + b) / (a * b), b / (a * (b - a)), -a / (b * (b - a))};
 
   GroundImpedance result;

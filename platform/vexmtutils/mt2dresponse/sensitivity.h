@@ -1,7 +1,7 @@
 // sensitivity.h: what the response changes by when a resistivity of the section changes.
 //
 // One more back substitution for each site instead of one response for each parameter, by reciprocity: de
-// Lugao & Wannamaker (1996), Geophys. J. Int. 127, 806-812. The host is held fixed, so parameters of the
+// Lugao & Wannamaker (1996), Geophys. J. Int. 127, 806-810. The host is held fixed, so parameters of the
 // left-most column are off by the share that the host's own discretisation has in the response, some per
 // cent.
 #pragma once
