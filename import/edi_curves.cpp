@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "core/session_state.h"
+#include "import/reader_steps.h"
 
 namespace Module_data_file {
 
@@ -28,17 +29,6 @@ float turned_phase(float phase) {
 
 // Subtracted from zero so that a zero doesn't become a negative one.
 float turned_sign(float value) { return is_absent(value) ? value : 0.0F - value; }
-
-std::int32_t mask_of(float value) { return value <= 0.0F || is_absent(value) ? 0 : 1; }
-
-void copy_as_read(Curve& curve, std::size_t index) {
-  for (int field_number = 1; field_number <= 4; ++field_number) {
-    curve.value(field_number + 4, index) = curve.value(field_number, index);
-  }
-  for (int field_number = 9; field_number <= 13; ++field_number) {
-    curve.value(field_number + 5, index) = curve.value(field_number, index);
-  }
-}
 
 }  // namespace
 
@@ -69,10 +59,9 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
       continue;
     }
     const double square = r * r + i * i;
-    const double angle = std::atan2(i, r) * degrees_per_radian;
     const double rho = 0.2 * square / frequency;
     resistivity.values[index] = static_cast<float>(rho);
-    phase.values[index] = static_cast<float>(angle < -90.0 ? angle + 360.0 : angle);
+    phase.values[index] = static_cast<float>(raised_phase(i, r));
     if (first_error.present && variance >= 0.0 && square > 0.0) {
       const double relative = std::sqrt(variance / square);
       first_error.values[index] = static_cast<float>(2.0 * rho * relative);
@@ -108,10 +97,7 @@ void fill_curve(const EdiSection& section, std::size_t element, Curve& curve) {
     }
   }
   for (std::size_t index = 0; index < count; ++index) {
-    copy_as_read(curve, index);
-    for (const int field_number : {Module_database::field_resistivity, Module_database::field_phase}) {
-      curve.masked_in(field_number, index) = mask_of(curve.value(field_number, index));
-    }
+    finish_point(curve, index);
   }
 }
 

@@ -1,19 +1,12 @@
 // edi_mt_reader.h: EDI files of impedances, resistivities and phases into the survey.
 #pragma once
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 
-#include "import/import_report.h"
-#include "import/import_run.h"
-#include "import/store_blocks.h"
+#include "import/field_reader.h"
 
 namespace Module_data_file {
-
-/// Told the bytes read and the size of the file now and then.
-using FileProgress = std::function<void(std::int64_t bytes_read, std::int64_t file_size)>;
 
 /// Reads each section of the file into reading_record(); an import stores it as four readings, one for each
 /// tensor element. A scan stores nothing. Both leave the stations met in the record's scan list and let
@@ -32,9 +25,5 @@ struct EdiTraits {
 
 /// Reads a file through and leaves no trace of it anywhere. Throws std::runtime_error if it can't be read.
 EdiTraits examine_edi_mt(const std::string& file);
-
-/// The station that a SECTID names: its leading whole number, or that of its first run of digits; 0 without
-/// one.
-double sectid_station(std::string_view sectid, bool only_digits);
 
 }  // namespace Module_data_file

@@ -9,26 +9,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "import/edi_channels.h"
+#include "import/edi_lines.h"
 #include "import/import_report.h"
 #include "import/line_reader.h"
 
 namespace Module_data_file {
-
-/// A sensor as the head of the file tells it; X is north, Y is east, Z the elevation, all in m.
-struct EdiChannel {
-  std::string ID;
-  std::string CHTYPE;     // HX, HY, HZ, EX, EY
-  bool is_local = false;  // false: belongs to the remote reference
-  double X = 0.0;
-  double Y = 0.0;
-  double Z = 0.0;
-  double AZM = 0.0;  // degrees
-};
 
 enum EdiElement : std::size_t { element_xx, element_xy, element_yx, element_yy, element_count };
 
@@ -48,10 +38,7 @@ struct EdiValues {
   std::vector<float> values;
 };
 
-struct EdiSection {
-  std::int64_t line_number = 0;       // of its >=MTSECT
-  std::optional<std::string> SECTID;  // without its quotes
-  std::optional<EdiChannel> local_hx;
+struct EdiSection : EdiSectionHead {
   std::vector<float> frequencies;  // length n
   std::array<std::array<EdiValues, quantity_count>, element_count> elements;
 
@@ -74,19 +61,14 @@ class EdiMtParser {
   /// section is not given.
   bool next_section(EdiSection& section);
 
-  [[nodiscard]] const std::vector<EdiChannel>& channels() const { return channels_; }
+  [[nodiscard]] const std::vector<EdiChannel>& channels() const { return channels_.all(); }
   [[nodiscard]] bool has_sections() const { return has_sections_; }
 
  private:
   static constexpr std::size_t unknown_count = std::numeric_limits<std::size_t>::max();
   enum class AfterBlock { tag_line, end_of_file, cut };  // cut: the file ends inside the block
 
-  bool next_line();
-  bool at_tag() const { return line_.front() == '>'; }
-  bool skip_to_tag();
   void read_head();
-  void add_channel(const std::string& line, bool magnetic);
-  void mark_local_channels();
   bool read_section_head(EdiSection& section);
   void read_head_line(EdiSection& section, const std::string& line);
   void read_count(std::string_view text);
@@ -95,16 +77,13 @@ class EdiMtParser {
   AfterBlock read_values(std::vector<float>& values);
   AfterBlock skip_values(std::size_t& count);
   void take_values(std::vector<float>& values, std::size_t& surplus);
-  const char* take_odd_value(const char* place, const char* line_end, std::vector<float>& values);
   void skip_to_section();
   void finish_section(EdiSection& section);
   void fail_in_section(std::string_view place);
 
-  LineReader& reader_;
+  EdiLines lines_;
   FileReport& report_;
-  std::string_view line_;  // the current line, leading blanks cut
-  std::vector<EdiChannel> channels_;
-  std::string reference_id_;  // of the magnetic channels met so far
+  EdiChannelList channels_;
   bool has_sections_ = false;
   bool section_follows_ = false;          // the current line is a >=MTSECT
   std::int64_t section_number_ = 0;       // from 1

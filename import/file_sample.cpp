@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "core/number_text.h"
+#include "import/edi_stations.h"
 
 namespace Module_data_file {
 

@@ -1,7 +1,6 @@
 #include "import/import_run.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <filesystem>
 #include <optional>
@@ -17,7 +16,7 @@
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
-#include "import/edi_mt_reader.h"
+#include "import/field_reader.h"
 #include "import/file_decode.h"
 #include "import/natural_order.h"
 #include "import/store_blocks.h"
@@ -32,7 +31,6 @@ using Module_database::ReadingKey;
 
 constexpr std::string_view import_failed = "An error occurred while importing the data file: ";
 constexpr std::string_view averaging_failed = "An error occurred while averaging the data: ";
-constexpr std::array<const char*, 4> averaged_types{"ExHx", "ExHy", "EyHx", "EyHy"};
 constexpr int stations_per_commit = 100;  // a commit waits for the disk, far longer than a station takes
 
 // The same failure to store this many files in a row is no longer one file's affair.
@@ -95,6 +93,7 @@ void start_file(ReadingRecord& record, std::size_t index) {
   fresh.choices = std::move(record.choices);
   fresh.scan_list = std::move(record.scan_list);
   fresh.scanned = std::move(record.scanned);
+  fresh.scanned_types = std::move(record.scanned_types);
   fresh.Station = record.Station;
   fresh.StationSpacing = record.StationSpacing;
   fresh.file_index = static_cast<std::int32_t>(index + 1);
@@ -148,13 +147,13 @@ void end_transaction(dao::Transaction& transaction, const StoreNotes& notes, Fil
 }
 
 // Reads one file as one transaction. False if the survey takes no more files.
-bool import_in_transaction(const std::string& file, FileReport& report, StoreNotes& notes,
+bool import_in_transaction(FieldReader read, const std::string& file, FileReport& report, StoreNotes& notes,
                            const FileProgress& progress) {
   const int result = trap_errors(import_failed, [&] {
     try {
       dao::Transaction transaction(open_survey().database);
       // Its failure stands in the report, and the person has seen the message.
-      (void)read_edi_mt(ImportMode::import, file, report, notes, progress);
+      (void)read(ImportMode::import, file, report, notes, progress);
       end_transaction(transaction, notes, report);
     } catch (const std::exception& failure) {
       report.readings = 0;
@@ -184,15 +183,16 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
     user_interface().show_message(std::string(import_failed) + failure.what());
     return true;
   }
-  if (record.file_format != format_edi_mt) {
+  const FieldReader read = reader_of(record.file_format);
+  if (read == nullptr) {
     fail_file(report, why_not_read(record.file_format));
     return true;
   }
   bool go_on = true;
   if (mode == ImportMode::import) {
-    go_on = import_in_transaction(report.file, report, notes, progress);
+    go_on = import_in_transaction(read, report.file, report, notes, progress);
   } else {
-    (void)read_edi_mt(mode, report.file, report, notes, progress);
+    (void)read(mode, report.file, report, notes, progress);
   }
   if (report.readings == 0 && report.failure.empty()) {
     report.failure = "the file gave no reading";
@@ -263,13 +263,13 @@ Outcome reduce_each(const char* what, const std::vector<Item>& items, MayStop ma
   return Outcome::finished;
 }
 
-int average_station(const ScannedStation& scanned) {
+int average_station(const ReadingRecord& record, const ScannedStation& scanned) {
   using Module_database::StationSearch;
   if (Module_database::find_station(StationSearch::look_up, scanned.LineNumber, scanned.Station).StationID <
       0) {
     return 0;
   }
-  for (const char* const data_type : averaged_types) {
+  for (const std::string& data_type : record.scanned_types) {
     const ReadingKey key{scanned.LineNumber, scanned.Station, scanned.ReferenceType,
                          scanned.SampleRate, data_type,       scanned.DipoleLength};
     Module_database::StoredReading ignored;
@@ -314,7 +314,9 @@ Outcome reduce_touched(const ReadingRecord& record, MayStop may_stop) {
   if (record.scan_list.empty()) {
     return Outcome::finished;
   }
-  const Outcome averages = reduce_each("Averaging repeats", record.scan_list, may_stop, average_station);
+  const Outcome averages =
+      reduce_each("Averaging repeats", record.scan_list, may_stop,
+                  [&](const ScannedStation& scanned) { return average_station(record, scanned); });
   return averages == Outcome::finished
              ? reduce_each("Merging scan rates", merge_keys(record), may_stop, merge_station)
              : averages;

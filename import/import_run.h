@@ -4,12 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "import/field_reader.h"
 #include "import/import_report.h"
 #include "import/reading_record.h"
 
 namespace Module_data_file {
-
-enum class ImportMode { scan, import };
 
 using FileBegins = std::function<void(const std::string& file)>;
 

@@ -92,6 +92,7 @@ struct ReadingRecord {
 
   std::vector<ScannedStation> scan_list;  // distinct, in the order they were met
   std::set<ScannedStation> scanned;       // the same, for looking one up
+  std::set<std::string> scanned_types;    // data types of the readings met
 };
 
 ReadingRecord& reading_record();

@@ -1,0 +1,44 @@
+// edi_channels.h: the sensors that the head of an EDI file defines.
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Module_data_file {
+
+/// A sensor as the head of the file tells it; X is north, Y is east, Z the elevation, all in m.
+struct EdiChannel {
+  std::string ID;
+  std::string CHTYPE;     // HX, HY, HZ, EX, EY
+  bool is_local = false;  // false: belongs to the remote reference
+  double X = 0.0;
+  double Y = 0.0;
+  double Z = 0.0;
+  double AZM = 0.0;  // degrees
+};
+
+/// What the readers of sections of any kind take from a section's head.
+struct EdiSectionHead {
+  std::int64_t line_number = 0;       // of its tag
+  std::optional<std::string> SECTID;  // without its quotes
+  std::optional<EdiChannel> local_hx;
+};
+
+/// Collects the >HMEAS and >EMEAS lines of a head.
+class EdiChannelList {
+ public:
+  /// Adds the channel of such a line, given in upper case; other lines are passed over.
+  void take(std::string_view line, std::string_view tag);
+  /// To be called when the head ends: the station's own channels come first, up to its electric ones; the
+  /// remote reference follows.
+  void mark_local();
+  [[nodiscard]] const std::vector<EdiChannel>& all() const { return channels_; }
+
+ private:
+  std::vector<EdiChannel> channels_;
+  std::string reference_id_;  // of the magnetic channels met so far
+};
+
+}  // namespace Module_data_file

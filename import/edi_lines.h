@@ -1,0 +1,59 @@
+// edi_lines.h: the lines of an EDI file that count, and the options on them.
+//
+// Blank lines and comments (">!...", "!...") count nowhere. Options stand as "KEY = value" in any spacing.
+#pragma once
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "import/line_reader.h"
+
+namespace Module_data_file {
+
+/// Goes from line to line. `reader` must outlive it.
+class EdiLines {
+ public:
+  explicit EdiLines(LineReader& reader) : reader_(reader) {}
+
+  /// Goes to the next line that is neither blank nor a comment. @return false at the end of the file
+  bool next() {
+    while (reader_.next(line_)) {
+      const char* const first = std::find_if_not(line_.data(), line_.data() + line_.size(), is_blank);
+      line_.remove_prefix(static_cast<std::size_t>(first - line_.data()));
+      if (!line_.empty() && line_.front() != '!' && !line_.starts_with(">!")) {
+        return true;
+      }
+    }
+    line_ = {};
+    return false;
+  }
+  /// Goes to the next line that begins with ">".
+  bool skip_to_tag();
+
+  [[nodiscard]] std::string_view line() const { return line_; }  // leading blanks cut; empty at the end
+  [[nodiscard]] bool at_tag() const { return line_.starts_with('>'); }
+  [[nodiscard]] std::int64_t line_number() const { return reader_.line_number(); }
+  [[nodiscard]] std::int64_t file_size() const { return reader_.file_size(); }
+
+ private:
+  static bool is_blank(char character) { return static_cast<unsigned char>(character) <= ' '; }
+
+  LineReader& reader_;
+  std::string_view line_;
+};
+
+/// The text behind "key =" in a line of options in upper case; none if the line has no such key.
+std::optional<std::string_view> option_text(std::string_view line, std::string_view key);
+
+/// The first item of that text without quotes; empty if there is none.
+std::string option_item(std::string_view line, std::string_view key);
+
+/// The number that item begins with; 0 if there is none.
+double option_number(std::string_view line, std::string_view key);
+
+/// The value of SECTID in a line in upper case, without its quotes; none if the line has none.
+std::optional<std::string> sectid_option(std::string_view line);
+
+}  // namespace Module_data_file

@@ -1,0 +1,17 @@
+#include "import/field_reader.h"
+
+#include "import/edi_mt_reader.h"
+#include "import/file_decode.h"
+
+namespace Module_data_file {
+
+FieldReader reader_of(std::int32_t file_format) {
+  switch (file_format) {
+    case format_edi_mt:
+      return read_edi_mt;
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace Module_data_file

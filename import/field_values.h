@@ -1,0 +1,69 @@
+// field_values.h: the numbers of field files, item by item.
+//
+// Items are cut at blank, tab, comma, apostrophe and semicolon. An absent value is no_data (-1e32); files
+// mark one by a number beyond 1e30.
+#pragma once
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <system_error>
+
+#include "core/session_state.h"
+#include "import/import_report.h"
+
+namespace Module_data_file {
+
+inline constexpr double largest_value = 1e30;
+
+/// The value as it is stored: absent if it is too large or no number.
+inline float single_or_absent(double value) {
+  return std::abs(value) <= largest_value ? static_cast<float>(value) : no_data;
+}
+
+namespace field_values_detail {
+constexpr std::array<bool, 256> separator_table() {
+  std::array<bool, 256> table{};
+  for (std::size_t code = 0; code <= ' '; ++code) {
+    table[code] = true;
+  }
+  for (const char separator : {',', '\'', ';'}) {
+    table[static_cast<unsigned char>(separator)] = true;
+  }
+  return table;
+}
+inline constexpr std::array<bool, 256> separators = separator_table();
+const char* take_odd_value(const char* place, const char* line_end, double& value, FileReport& report,
+                           std::int64_t line_number);
+}  // namespace field_values_detail
+
+inline bool is_separator(char character) {
+  return field_values_detail::separators[static_cast<unsigned char>(character)];
+}
+
+inline const char* skip_separators(const char* place, const char* line_end) {
+  while (place != line_end && is_separator(*place)) {
+    ++place;
+  }
+  return place;
+}
+
+std::size_t count_items(std::string_view line);
+
+/// Reads the item that begins at `place`, which is no separator. Text that is no number counts as its leading
+/// number or 0, NaN and infinity as absent; the report says so.
+/// @param value the number, no_data if it is absent
+/// @return the item's end
+inline const char* take_value(const char* place, const char* line_end, double& value, FileReport& report,
+                              std::int64_t line_number) {
+  const auto [after, failure] = std::from_chars(place, line_end, value);
+  if (failure == std::errc{} && (after == line_end || is_separator(*after)) && std::isfinite(value)) {
+    value = std::abs(value) > largest_value ? double{no_data} : value;
+    return after;
+  }
+  return field_values_detail::take_odd_value(place, line_end, value, report, line_number);
+}
+
+}  // namespace Module_data_file
