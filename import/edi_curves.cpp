@@ -83,6 +83,17 @@ void turn_ey(EdiSection& section) {
   }
 }
 
+void turn_sign(Curve& curve) {
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    float& phase = curve.value(Module_database::field_phase, index);
+    phase = turned_phase(phase);
+    for (const int part :
+         {Module_database::field_impedance_real, Module_database::field_impedance_imaginary}) {
+      curve.value(part, index) = turned_sign(curve.value(part, index));
+    }
+  }
+}
+
 void fill_curve(const EdiSection& section, std::size_t element, Curve& curve) {
   const std::size_t count = section.frequencies.size();
   curve.assign(count);

@@ -22,6 +22,9 @@ void compute_from_impedance(EdiSection& section, std::size_t element);
 /// other sign for their impedances.
 void turn_ey(EdiSection& section);
 
+/// The same for the curve of one element: its phases and the parts of its impedance.
+void turn_sign(Module_database::Curve& curve);
+
 /// Fills a curve with an element's fields, the copies of them that stay as they came in, and the masks that
 /// follow from resistivity and phase.
 void fill_curve(const EdiSection& section, std::size_t element, Module_database::Curve& curve);

@@ -1,6 +1,7 @@
 #include "import/field_reader.h"
 
 #include "import/edi_mt_reader.h"
+#include "import/edi_spectra_reader.h"
 #include "import/file_decode.h"
 
 namespace Module_data_file {
@@ -9,6 +10,8 @@ FieldReader reader_of(std::int32_t file_format) {
   switch (file_format) {
     case format_edi_mt:
       return read_edi_mt;
+    case format_edi_spectra:
+      return read_edi_spectra;
     default:
       return nullptr;
   }

@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "core/number_text.h"
+#include "import/edi_spectra_reader.h"
 #include "import/edi_stations.h"
 
 namespace Module_data_file {
@@ -34,6 +35,11 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
         sample.fields.station = plain_text(sectid_station(*traits.first_sectid, choices.sectid_digits));
       }
       add_notes(traits, choices, sample);
+    }
+    if (record.file_format == format_edi_spectra && choices.sectid_as_station) {
+      if (const std::optional<std::string> sectid = first_spectra_sectid(file)) {
+        sample.fields.station = plain_text(sectid_station(*sectid, choices.sectid_digits));
+      }
     }
   } catch (const std::exception& failure) {
     sample.fault = failure.what();

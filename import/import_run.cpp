@@ -110,8 +110,6 @@ const char* why_not_read(std::int32_t format) {
     case format_fixed_columns:
       return "not an EDI file, its first line doesn't begin with >HEAD; there is no reader for other files "
              "of this kind";
-    case format_edi_spectra:
-      return "there is no reader for EDI files of spectra (>=SPECTRASECT)";
     case format_em1dfm:
       return "there is no reader for Em1dfm files";
     case format_zonge_raw:
