@@ -2,7 +2,9 @@
 
 #include "import/edi_mt_reader.h"
 #include "import/edi_spectra_reader.h"
+#include "import/em1dfm_reader.h"
 #include "import/file_decode.h"
+#include "import/fixed_column_reader.h"
 
 namespace Module_data_file {
 
@@ -10,8 +12,12 @@ FieldReader reader_of(std::int32_t file_format) {
   switch (file_format) {
     case format_edi_mt:
       return read_edi_mt;
+    case format_fixed_columns:
+      return read_fixed_columns;
     case format_edi_spectra:
       return read_edi_spectra;
+    case format_em1dfm:
+      return read_em1dfm;
     default:
       return nullptr;
   }

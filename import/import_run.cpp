@@ -107,11 +107,6 @@ void fail_file(FileReport& report, const std::string& reason) {
 
 const char* why_not_read(std::int32_t format) {
   switch (format) {
-    case format_fixed_columns:
-      return "not an EDI file, its first line doesn't begin with >HEAD; there is no reader for other files "
-             "of this kind";
-    case format_em1dfm:
-      return "there is no reader for Em1dfm files";
     case format_zonge_raw:
       return "there is no reader for Zonge raw files";
     default:
