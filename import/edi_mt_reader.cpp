@@ -56,7 +56,7 @@ bool store_section(const EdiSection& section, ReadingRecord& record, FileReport&
   find_station_of_record(record);
   for (std::size_t element = 0; element < element_count; ++element) {
     fill_curve(section, element, record.curve);
-    if (!store_reading(tensor_data_types[element], report, notes)) {
+    if (!take_reading(ImportMode::import, tensor_data_types[element], report, notes)) {
       return false;
     }
   }

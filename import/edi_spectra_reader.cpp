@@ -112,13 +112,15 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
   }
 }
 
-bool store_section(const std::vector<EstimatedFrequency>& estimated, ReadingRecord& record,
+bool take_readings(ImportMode mode, const std::vector<EstimatedFrequency>& estimated, ReadingRecord& record,
                    FileReport& report, StoreNotes& notes) {
-  find_station_of_record(record);
+  if (mode == ImportMode::import) {
+    find_station_of_record(record);
+  }
   for (std::size_t element = 0; element < tensor_data_types.size(); ++element) {
     const bool is_ey = element >= element_yx;
     fill_element(estimated, element, is_ey && record.choices.turn_ey_phase, record.curve);
-    if (!store_reading(tensor_data_types[element], report, notes)) {
+    if (!take_reading(mode, tensor_data_types[element], report, notes)) {
       return false;
     }
   }
@@ -135,12 +137,10 @@ bool take_section(ImportMode mode, const SpectraSection& section,
         "section " + std::to_string(section.number) +
         (section.roles.places ? " has no usable frequency" : " has no channel " + section.roles.missing) +
         "; it is not stored";
-  } else if (mode == ImportMode::scan) {
-    report.readings += static_cast<std::int32_t>(tensor_data_types.size());
-  } else if (!store_section(estimated, record, report, notes)) {
-    return false;
-  }
-  if (!estimated.empty()) {
+  } else {
+    if (!take_readings(mode, estimated, record, report, notes)) {
+      return false;
+    }
     add_tensor_to_scan_list(record);
     ++report.sections;
     report.frequencies = std::max(report.frequencies, static_cast<std::int32_t>(estimated.size()));

@@ -180,11 +180,9 @@ class Em1dfmReader {
     ReadingRecord& record = reading_record();
     if (mode_ == ImportMode::import) {
       find_station_of_record(record);
-      if (!store_reading(quadrature_data_type, report_, notes_)) {
-        return false;
-      }
-    } else {
-      ++report_.readings;
+    }
+    if (!take_reading(mode_, quadrature_data_type, report_, notes_)) {
+      return false;
     }
     add_to_scan_list(record, {quadrature_data_type});
     ++report_.sections;

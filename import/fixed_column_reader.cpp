@@ -158,15 +158,18 @@ void fill_element(const std::vector<TensorRecord>& records, std::size_t element,
   }
 }
 
-int store_records(const std::vector<TensorRecord>& records, FileReport& report, StoreNotes& notes) {
+int take_records(ImportMode mode, const std::vector<TensorRecord>& records, FileReport& report,
+                 StoreNotes& notes) {
   ReadingRecord& record = reading_record();
-  if (store_header_block(notes) != 0) {
-    return -1;
+  if (mode == ImportMode::import) {
+    if (store_header_block(notes) != 0) {
+      return -1;
+    }
+    find_station_of_record(record);
   }
-  find_station_of_record(record);
   for (std::size_t element = 0; element < element_total; ++element) {
     fill_element(records, element, record.curve);
-    if (!store_reading(tensor_data_types[element], report, notes)) {
+    if (!take_reading(mode, tensor_data_types[element], report, notes)) {
       return -1;
     }
   }
@@ -202,12 +205,8 @@ int read_file(ImportMode mode, const std::string& file, FileReport& report, Stor
     record.Station = 0.0;
     remark_unreadable(report, 1, "the head line has no station, taken as station 0");
   }
-  if (mode == ImportMode::import) {
-    if (store_records(records, report, notes) != 0) {
-      return -1;
-    }
-  } else {
-    report.readings = static_cast<std::int32_t>(element_total);
+  if (take_records(mode, records, report, notes) != 0) {
+    return -1;
   }
   report.sections = 1;
   report.frequencies = static_cast<std::int32_t>(records.size());

@@ -33,9 +33,9 @@ void find_station_of_record(ReadingRecord& record) {
   record.Elevation = rows.Elevation;
 }
 
-bool store_reading(std::string_view data_type, FileReport& report, StoreNotes& notes) {
+bool take_reading(ImportMode mode, std::string_view data_type, FileReport& report, StoreNotes& notes) {
   // -1 without a failure says that the frequencies were not ascending in the file, which is no fault.
-  if (store_data_block(data_type, notes) != 0 && !notes.failure.empty()) {
+  if (mode == ImportMode::import && store_data_block(data_type, notes) != 0 && !notes.failure.empty()) {
     return false;
   }
   ++report.readings;

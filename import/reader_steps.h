@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "import/field_reader.h"
 #include "import/import_report.h"
 #include "import/reading_record.h"
 #include "import/store_blocks.h"
@@ -21,9 +22,9 @@ inline constexpr std::string_view quadrature_data_type = "QP";
 /// Looks the record's station up, or makes it at the record's map place, and takes its rows and place.
 void find_station_of_record(ReadingRecord& record);
 
-/// Stores the record's curve as a reading of this type. @return false after a failure, whose message was
-/// shown
-bool store_reading(std::string_view data_type, FileReport& report, StoreNotes& notes);
+/// Counts the record's curve as a reading of this type and, in an import, stores it.
+/// @return false after a failure, whose message was shown
+bool take_reading(ImportMode mode, std::string_view data_type, FileReport& report, StoreNotes& notes);
 
 /// Notes the record's station, and the types of the readings met at it, among what this import touched.
 void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_view> data_types);

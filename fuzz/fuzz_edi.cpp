@@ -1,0 +1,35 @@
+// Any text as an EDI file: its impedance sections, and the curves that all additions make of them.
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "fuzz/input_file.h"
+#include "import/edi_curves.h"
+#include "import/edi_parser.h"
+#include "import/line_reader.h"
+
+using namespace Module_data_file;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string path = write_input_file(data, size, "input.edi");
+  try {
+    FileReport report;
+    LineReader reader(path);
+    EdiMtParser parser(reader, report);
+    EdiSection section;
+    Module_database::Curve curve;
+    while (parser.next_section(section)) {
+      for (std::size_t element = 0; element < element_count; ++element) {
+        compute_from_impedance(section, element);
+      }
+      turn_ey(section);
+      for (std::size_t element = 0; element < element_count; ++element) {
+        fill_curve(section, element, curve);
+        if (curve.count() != section.frequencies.size()) std::abort();
+      }
+    }
+  } catch (const std::exception&) {
+    return 0;  // refused with a reason
+  }
+  return 0;
+}

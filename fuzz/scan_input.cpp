@@ -1,0 +1,54 @@
+#include "fuzz/scan_input.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "fuzz/input_file.h"
+#include "import/field_reader.h"
+#include "import/import_report.h"
+#include "import/reading_record.h"
+#include "import/store_blocks.h"
+
+using namespace Module_data_file;
+
+namespace {
+
+// What is stored must be plain numbers, and an absent or zero value must not count.
+bool is_sound(const Module_database::Curve& curve) {
+  if (curve.data.size() != curve.count() * Module_database::field_count ||
+      curve.mask.size() != curve.count() * Module_database::mask_count) {
+    return false;
+  }
+  for (const float value : curve.data) {
+    if (!std::isfinite(value)) return false;
+  }
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    if (curve.masked_in(1, index) != (curve.value(1, index) > 0.0F ? 1 : 0)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void scan_input(const std::uint8_t* data, std::size_t size, FileFormat format) {
+  const std::string path = write_input_file(data, size, "input.dat");
+  ReadingRecord& record = reading_record();
+  record = ReadingRecord{};
+  record.choices.turn_ey_phase = size % 2 == 1;
+  record.choices.sectid_as_station = size % 3 == 1;
+  FileReport report;
+  StoreNotes notes;
+  SampleFields sample;
+  try {
+    display_file_format(path, record, sample, report);
+  } catch (const std::exception&) {
+    return;  // no text file
+  }
+  record.SampleRate = 4096.0F;
+  // A failure's message goes to the silent user interface.
+  (void)reader_of(format)(ImportMode::scan, path, report, notes, {});
+  if ((report.readings > 0) != !record.scan_list.empty()) std::abort();
+  if (report.readings > 0 && !is_sound(record.curve)) std::abort();
+}
