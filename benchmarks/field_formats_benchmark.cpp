@@ -69,6 +69,10 @@ double bare_loop(const std::string& path) {
   const char* place = bytes.data();
   const char* const file_end = place + bytes.size();
   while (place < file_end) {
+    if (*place != '-' && (*place < '0' || *place > '9')) {
+      ++place;
+      continue;
+    }
     double value = 0.0;
     const auto [after, failure] = std::from_chars(place, file_end, value);
     if (failure == std::errc{}) {

@@ -238,7 +238,7 @@ void EdiSpectraParser::read_matrix(SpectraBlock& block) {
         break;
       }
       double value = 0.0;
-      place = take_value(place, line_end, value, report_, lines_.line_number());
+      place = take_value(place, line_end, value, report_, lines_.line_number(), OddText::absent);
       all_there = all_there && !is_absent(value);
       block.matrix.push_back(value);
     }

@@ -47,7 +47,8 @@ std::size_t count_items(std::string_view line) {
 
 // Takes an item that is not simply a decimal number, and says what became of it.
 const char* field_values_detail::take_odd_value(const char* place, const char* line_end, double& value,
-                                                FileReport& report, std::int64_t line_number) {
+                                                FileReport& report, std::int64_t line_number,
+                                                OddText odd_text) {
   const char* const after = item_end(place, line_end);
   const std::string_view item(place, static_cast<std::size_t>(after - place));
   if (read_fortran_number(item, value) && std::isfinite(value)) {
@@ -55,13 +56,15 @@ const char* field_values_detail::take_odd_value(const char* place, const char* l
     return after;
   }
   const std::string letters = upper_case(item.substr(item.find_first_not_of("+-") == 1 ? 1 : 0));
-  if (letters.starts_with("NAN") || letters.starts_with("INF")) {
+  value = numeric_value(item);  // an infinity if it is too large
+  const bool is_number = is_numeric(item) || std::isinf(value);
+  if (letters.starts_with("NAN") || letters.starts_with("INF") ||
+      (!is_number && odd_text == OddText::absent)) {
     remark_unreadable(report, line_number, in_quotes(item) + " is not a number, taken as absent");
     value = no_data;
     return after;
   }
-  value = numeric_value(item);  // an infinity if it is too large
-  if (!is_numeric(item) && !std::isinf(value)) {
+  if (!is_number) {
     remark_unreadable(report, line_number,
                       in_quotes(item) + " is not a number, taken as " + plain_text(value));
   }

@@ -23,6 +23,9 @@ inline float single_or_absent(double value) {
   return std::abs(value) <= largest_value ? static_cast<float>(value) : no_data;
 }
 
+/// What becomes of text that is no number.
+enum class OddText { leading_number, absent };
+
 namespace field_values_detail {
 constexpr std::array<bool, 256> separator_table() {
   std::array<bool, 256> table{};
@@ -36,7 +39,7 @@ constexpr std::array<bool, 256> separator_table() {
 }
 inline constexpr std::array<bool, 256> separators = separator_table();
 const char* take_odd_value(const char* place, const char* line_end, double& value, FileReport& report,
-                           std::int64_t line_number);
+                           std::int64_t line_number, OddText odd_text);
 }  // namespace field_values_detail
 
 inline bool is_separator(char character) {
@@ -53,17 +56,17 @@ inline const char* skip_separators(const char* place, const char* line_end) {
 std::size_t count_items(std::string_view line);
 
 /// Reads the item that begins at `place`, which is no separator. Text that is no number counts as its leading
-/// number or 0, NaN and infinity as absent; the report says so.
+/// number or 0, or as absent; NaN and infinity count as absent. The report says so.
 /// @param value the number, no_data if it is absent
 /// @return the item's end
 inline const char* take_value(const char* place, const char* line_end, double& value, FileReport& report,
-                              std::int64_t line_number) {
+                              std::int64_t line_number, OddText odd_text = OddText::leading_number) {
   const auto [after, failure] = std::from_chars(place, line_end, value);
   if (failure == std::errc{} && (after == line_end || is_separator(*after)) && std::isfinite(value)) {
     value = std::abs(value) > largest_value ? double{no_data} : value;
     return after;
   }
-  return field_values_detail::take_odd_value(place, line_end, value, report, line_number);
+  return field_values_detail::take_odd_value(place, line_end, value, report, line_number, odd_text);
 }
 
 }  // namespace Module_data_file

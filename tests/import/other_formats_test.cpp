@@ -185,6 +185,7 @@ TEST_F(OtherFormats, Faults_of_a_spectrum_cost_that_frequency_alone) {
   const Case cases[] = {
       {"absent value", bad.substr(0, first_value) + " 1.0E+32" + rest, "absent values"},
       {"not a number", bad.substr(0, first_value) + " NaN" + rest, "absent values"},
+      {"other text", bad.substr(0, first_value) + " 5.4x" + rest, "'5.4x' is not a number, taken as absent"},
       {"a value short", bad.substr(0, first_value) + rest, "48 of 49 values"},
       {"no frequency", replaced(bad, "FREQ=", "FRQ="), "no frequency above 0"},
       {"zeros", bad.substr(0, first_value) + replaced(std::string(49, 'z'), "z", " 0") + "\n",
