@@ -101,9 +101,8 @@ void fill_curve(const EdiSection& section, std::size_t element, Curve& curve) {
   for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
     const EdiValues& source = section.elements[element][quantity];
     if (source.present) {
-      float* field = curve.data.data() + (quantity_fields[quantity] - 1);
       for (std::size_t index = 0; index < count; ++index) {
-        field[index * field_count] = source.values[index];
+        curve.value(quantity_fields[quantity], index) = source.values[index];
       }
     }
   }
