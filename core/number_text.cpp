@@ -344,8 +344,21 @@ double decimal_of_single(float value) {
 }
 
 double numeric_value(std::string_view text) {
+  std::string_view ignored;
+  return numeric_value(text, ignored);
+}
+
+double numeric_value(std::string_view text, std::string_view& rest) {
+  rest = text;
   const std::size_t first = text.find_first_not_of(" \t\r\n");
-  return first == std::string_view::npos ? 0.0 : leading_number(text.substr(first)).value;
+  if (first == std::string_view::npos) {
+    return 0.0;
+  }
+  const LeadingNumber number = leading_number(text.substr(first));
+  if (number.length > 0) {
+    rest = text.substr(first + number.length);
+  }
+  return number.value;
 }
 
 bool is_numeric(std::string_view text) {

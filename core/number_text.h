@@ -40,5 +40,9 @@ double decimal_of_single(float value);
 /// gives an infinity.
 double numeric_value(std::string_view text);
 
+/// The same, and what stands behind the number: "12.4v" is 12.4 and "v". Without a number `rest` is the whole
+/// text.
+double numeric_value(std::string_view text, std::string_view& rest);
+
 /// True if the whole text, but for blanks around it, is one decimal number.
 bool is_numeric(std::string_view text);

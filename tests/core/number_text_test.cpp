@@ -146,6 +146,21 @@ TEST(Numeric_value, Takes_the_leading_number) {
   }
 }
 
+TEST(Numeric_value, Leaves_what_stands_behind_the_number) {
+  struct Case {
+    const char* text;
+    const char* rest;
+  };
+  const Case cases[] = {{"12.4v", "v"}, {" +1.5D3Hz ", "Hz "}, {"2D", "D"},    {"08:15", ":15"},
+                        {"1e3", ""},    {"1.5d+03", ""},       {"v12", "v12"}, {"  ", "  "}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    std::string_view rest;
+    EXPECT_EQ(numeric_value(c.text, rest), numeric_value(c.text));
+    EXPECT_EQ(rest, c.rest);
+  }
+}
+
 TEST(Number_text, Does_not_follow_the_locale) {
   struct DecimalComma : std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
