@@ -13,8 +13,9 @@ namespace Module_data_file {
 
 namespace {
 
-constexpr std::size_t remarks_kept = 100;  // of each kind for one file; a person reads no more
-constexpr std::size_t quoted_length = 40;  // bytes
+constexpr std::size_t remarks_kept = 100;     // of each kind for one file; a person reads no more
+constexpr std::size_t account_kept = 200000;  // lines of one file, some 20 MB
+constexpr std::size_t quoted_length = 40;     // bytes
 
 void add(FileReport& report, std::vector<ReportRemark>& remarks, std::int64_t line, std::string text) {
   if (remarks.size() < remarks_kept) {
@@ -40,6 +41,8 @@ nlohmann::ordered_json json_of(const FileReport& file) {
           {"ignored", json_of(file.ignored)},
           {"unreadable", json_of(file.unreadable)},
           {"remarks_dropped", file.remarks_dropped},
+          {"account", file.account},
+          {"account_dropped", file.account_dropped},
           {"failure", file.failure},
           {"impedances_only", file.impedances_only},
           {"all_yx_phases_negative", file.all_yx_phases_negative}};
@@ -53,6 +56,14 @@ void remark_ignored(FileReport& report, std::int64_t line, std::string text) {
 
 void remark_unreadable(FileReport& report, std::int64_t line, std::string text) {
   add(report, report.unreadable, line, std::move(text));
+}
+
+void add_to_account(FileReport& report, std::string text) {
+  if (report.account.size() < account_kept) {
+    report.account.push_back(std::move(text));
+  } else {
+    ++report.account_dropped;
+  }
 }
 
 std::string in_quotes(std::string_view bytes) {
@@ -116,6 +127,10 @@ std::vector<std::string> remark_lines(const FileReport& file) {
   }
   if (file.remarks_dropped > 0) {
     lines.push_back("and " + plain_text(file.remarks_dropped) + " more remarks");
+  }
+  lines.insert(lines.end(), file.account.begin(), file.account.end());
+  if (file.account_dropped > 0) {
+    lines.push_back("and " + plain_text(file.account_dropped) + " more lines of the account");
   }
   return lines;
 }

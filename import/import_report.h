@@ -20,12 +20,15 @@ struct FileReport {
   std::vector<ReportRemark> ignored;     // unknown blocks, values beyond the count
   std::vector<ReportRemark> unreadable;  // values taken as 0 or absent
   std::int64_t remarks_dropped = 0;      // beyond the number that is kept for one file
+  std::vector<std::string> account;      // what a reader tells of each block of the file, in their order
+  std::int64_t account_dropped = 0;      // lines beyond the number that is kept for one file
   std::string failure;           // why the file gave nothing, or an error on the way; empty if all went well
   bool impedances_only = false;  // has impedances but neither resistivities nor phases
   bool all_yx_phases_negative = false;
 
   [[nodiscard]] bool has_remarks() const {
-    return !ignored.empty() || !unreadable.empty() || !failure.empty() || remarks_dropped > 0;
+    return !ignored.empty() || !unreadable.empty() || !failure.empty() || remarks_dropped > 0 ||
+           !account.empty();
   }
 };
 
@@ -45,7 +48,7 @@ struct ImportReport {
 };
 
 /// The remarks of a file as lines for people, its failure first: "line 12: 'abc' is not a number, taken as
-/// 0".
+/// 0"; then its account.
 std::vector<std::string> remark_lines(const FileReport& file);
 
 /// The report of the last import of this process.

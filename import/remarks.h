@@ -14,6 +14,9 @@ void remark_ignored(FileReport& report, std::int64_t line, std::string text);
 /// Notes something in the file that could not be read as it stands, likewise.
 void remark_unreadable(FileReport& report, std::int64_t line, std::string text);
 
+/// Adds a line to the account of the file. Beyond a number that fits into memory it is only counted.
+void add_to_account(FileReport& report, std::string text);
+
 /// Bytes of a field file as a report shows them: in apostrophes, as UTF-8, cut to a readable length.
 std::string in_quotes(std::string_view bytes);
 
