@@ -5,6 +5,7 @@
 #include "import/em1dfm_reader.h"
 #include "import/file_decode.h"
 #include "import/fixed_column_reader.h"
+#include "import/zonge_raw_reader.h"
 
 namespace Module_data_file {
 
@@ -18,6 +19,8 @@ FieldReader reader_of(std::int32_t file_format) {
       return read_edi_spectra;
     case format_em1dfm:
       return read_em1dfm;
+    case format_zonge_raw:
+      return read_zonge_raw;
     default:
       return nullptr;
   }

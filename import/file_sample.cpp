@@ -5,6 +5,7 @@
 #include "core/number_text.h"
 #include "import/edi_spectra_reader.h"
 #include "import/edi_stations.h"
+#include "import/zonge_stn_file.h"
 
 namespace Module_data_file {
 
@@ -35,6 +36,8 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
         sample.fields.station = plain_text(sectid_station(*traits.first_sectid, choices.sectid_digits));
       }
       add_notes(traits, choices, sample);
+    } else if (record.file_format == format_zonge_raw && !find_stn_file(file)) {
+      sample.notes.emplace_back(no_stn_file_text);
     }
     if (record.file_format == format_edi_spectra && choices.sectid_as_station) {
       if (const std::optional<std::string> sectid = first_spectra_sectid(file)) {

@@ -31,6 +31,7 @@ using Module_database::ReadingKey;
 
 constexpr std::string_view import_failed = "An error occurred while importing the data file: ";
 constexpr std::string_view averaging_failed = "An error occurred while averaging the data: ";
+constexpr const char* nothing_found = "neither an impedance section (>=MTSECT) nor any other data was found";
 constexpr int stations_per_commit = 100;  // a commit waits for the disk, far longer than a station takes
 
 // The same failure to store this many files in a row is no longer one file's affair.
@@ -105,15 +106,6 @@ void fail_file(FileReport& report, const std::string& reason) {
   user_interface().show_message(std::string(import_failed) + report.file + ": " + reason);
 }
 
-const char* why_not_read(std::int32_t format) {
-  switch (format) {
-    case format_zonge_raw:
-      return "there is no reader for Zonge raw files";
-    default:
-      return "neither an impedance section (>=MTSECT) nor any other data was found";
-  }
-}
-
 // Rows that a roll-back took away are forgotten by the recordsets that hold them.
 void requery_stores() {
   open_survey().files.requery();
@@ -178,7 +170,7 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   }
   const FieldReader read = reader_of(record.file_format);
   if (read == nullptr) {
-    fail_file(report, why_not_read(record.file_format));
+    fail_file(report, nothing_found);
     return true;
   }
   bool go_on = true;

@@ -1,0 +1,30 @@
+// zonge_stn_file.h: the file of station places beside a raw receiver file.
+//
+// A line for each station: number, map x (east), map y (north), elevation, m. Lines that don't begin with a
+// number ("/line 200") are comments.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "database/stations.h"
+#include "import/import_report.h"
+
+namespace Module_data_file {
+
+inline constexpr const char* no_stn_file_text = "No stn file was located";
+
+struct ZongeStation {
+  double station = 0.0;
+  Module_database::GivenPlace place;
+};
+
+/// The companion of a raw file: its name with the last three characters replaced by "stn", else "utm.stn" in
+/// its folder; either also in upper case. None if there is neither.
+std::optional<std::string> find_stn_file(const std::string& raw_file);
+
+/// Reads the stations. Coordinates that can't be read are 0, with a remark. Throws std::runtime_error if the
+/// file can't be read.
+std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report);
+
+}  // namespace Module_data_file
