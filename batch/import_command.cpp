@@ -87,6 +87,22 @@ void print_hints(const ImportReport& report, const ImportChoices& choices) {
   }
 }
 
+/// What readers tell of the blocks of their files, a list for each file.
+void print_accounts(const ImportReport& report) {
+  for (const FileReport& file : report.files) {
+    std::string text = file.file + ":";
+    for (const std::string& line : file.account) {
+      text += "\n" + line;
+    }
+    if (file.account_dropped > 0) {
+      text += "\nand " + plain_text(file.account_dropped) + " more lines";
+    }
+    if (!file.account.empty()) {
+      user_interface().show_message(text);
+    }
+  }
+}
+
 void print_summary(const ImportReport& report, bool scan) {
   std::int64_t readings = 0;
   std::int64_t failed = 0;
@@ -113,6 +129,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
   if (options.scan) {
     print_scanned_stations();
   }
+  print_accounts(report);
   print_summary(report, options.scan);
   print_hints(report, options.choices);
   if (!options.report.empty() && write_report(report, options.report) != 0) {

@@ -18,7 +18,12 @@ using namespace Module_data_file;
 
 namespace {
 
-constexpr int files_unfolded = 50;  // of those with remarks; the others unfold on demand
+// Lines unfolded from the first file on; later files unfold on demand. A tree takes these within a moment.
+constexpr std::size_t lines_unfolded = 5000;
+
+std::size_t line_count(const FileReport& file) {
+  return file.ignored.size() + file.unreadable.size() + file.account.size() + 1;
+}
 
 QString remark_count(const FileReport& file) {
   const auto count = static_cast<qint64>(file.ignored.size() + file.unreadable.size()) +
@@ -53,7 +58,7 @@ Form_import_report::~Form_import_report() = default;
 
 void Form_import_report::fill() {
   ui_->Label_summary->setText(QString::fromStdString(report_.summary()));
-  int unfolded = 0;
+  std::size_t unfolded = 0;
   for (std::size_t index = 0; index < report_.files.size(); ++index) {
     const FileReport& file = report_.files[index];
     auto* const row = new QTreeWidgetItem({QFileInfo(QString::fromStdString(file.file)).fileName(),
@@ -67,7 +72,8 @@ void Form_import_report::fill() {
     ui_->Tree_report->addTopLevelItem(row);
     if (file.has_remarks()) {
       row->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
-      row->setExpanded(unfolded++ < files_unfolded);
+      row->setExpanded(unfolded == 0 || unfolded + line_count(file) <= lines_unfolded);
+      unfolded += line_count(file);
     }
   }
 }
@@ -78,9 +84,14 @@ void Form_import_report::add_remarks(QTreeWidgetItem* row) const {
     return;
   }
   const FileReport& file = report_.files.at(row->data(0, Qt::UserRole).toULongLong());
+  QList<QTreeWidgetItem*> remarks;
   for (const std::string& line : remark_lines(file)) {
-    auto* const remark = new QTreeWidgetItem(row, {QString::fromStdString(line)});
-    remark->setToolTip(0, remark->text(0));
+    const QString text = QString::fromStdString(line);
+    remarks.append(new QTreeWidgetItem({text}));
+    remarks.back()->setToolTip(0, text);
+  }
+  row->addChildren(remarks);  // all at once: one by one a long account takes seconds
+  for (QTreeWidgetItem* const remark : remarks) {
     remark->setFirstColumnSpanned(true);
   }
 }

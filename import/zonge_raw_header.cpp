@@ -135,7 +135,8 @@ void KeywordReader::read(std::size_t first) {
     if (const Keyword* const keyword = find_keyword(line_[place_])) {
       (this->*keyword->take)();
       unused_ = std::max(unused_, place_ + 1);
-    } else if (line_[place_].is_number && is_frequency_unit(line_[place_].unit)) {
+    } else if ((place_ == 0 && begins_with_frequency(line_)) ||
+               (line_[place_].is_number && is_frequency_unit(line_[place_].unit))) {
       take_frequency(&line_[place_]);
       unused_ = place_ + 1;
     }
@@ -340,10 +341,15 @@ void take_configuration(const char* configuration, ZongeSurvey& survey, ZongeAcc
   survey.configuration = configuration;
 }
 
-bool is_keyword_line(const ZongeLine& line) {
+bool has_keyword(const ZongeLine& line) {
+  return std::ranges::any_of(line.tokens(),
+                             [](const ZongeToken& token) { return find_keyword(token) != nullptr; });
+}
+
+bool begins_with_frequency(const ZongeLine& line) {
   const auto& tokens = line.tokens();
-  return (!tokens.empty() && tokens.front().is_number && is_frequency_unit(tokens.front().unit)) ||
-         std::ranges::any_of(tokens, [](const ZongeToken& token) { return find_keyword(token) != nullptr; });
+  return !tokens.empty() && tokens[0].is_number &&
+         (is_frequency_unit(tokens[0].unit) || (tokens.size() > 1 && tokens[1].upper == "HZ"));
 }
 
 void read_keyword_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {

@@ -15,8 +15,11 @@ namespace Module_data_file {
 /// Reads the block's first line: type word, date, time, voltage, then keywords.
 void read_type_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
 
-/// True if the line has a keyword or begins with a frequency.
-bool is_keyword_line(const ZongeLine& line);
+/// True if the line has a keyword.
+bool has_keyword(const ZongeLine& line);
+
+/// True if the line begins with a frequency: "8 Hz ...", "4kHz ...".
+bool begins_with_frequency(const ZongeLine& line);
 
 /// Reads a line of keywords into the block and what carries over.
 void read_keyword_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);

@@ -73,6 +73,9 @@ bool ZongeLine::joins_as_unit(std::size_t first, std::size_t end) const {
   if (std::ranges::find(unit_words, word) == unit_words.end()) {
     return false;
   }
+  if (word == "HZ" && tokens_.size() == 1) {
+    return false;  // also the vertical magnetic field of a channel: the reader of the line knows
+  }
   const std::string_view behind = trimmed(std::string_view(upper_).substr(end));
   return word != "A" || !behind.starts_with("SP");  // "TX ID 3  A SPACING 100"
 }

@@ -2,7 +2,8 @@
 //
 // Tokens are parted by blanks, commas, apostrophes, semicolons, tabs and equals signs; a colon at a token's
 // end goes with the keyword before it ("A-SP: 100"). Units may stand in the same token as their number
-// ("100m", "12.4v", "4kHz") or in the next one ("100 m").
+// ("100m", "12.4v", "4kHz") or in the next one ("100 m"). In "3 Hz" at a line's start the second token stays
+// one of its own: it may be a channel's name.
 #pragma once
 #include <cstddef>
 #include <cstdint>

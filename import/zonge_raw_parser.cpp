@@ -49,6 +49,15 @@ bool is_number_line(std::string_view text) {
          text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+// "3 Hz 150 0.01 45 0 ..." is a channel once the block's frequency is known.
+bool is_vertical_field(const ZongeLine& line, const ZongeBlock& block) {
+  constexpr std::size_t numbers_behind = 4;
+  const auto& tokens = line.tokens();
+  return block.base_frequency && tokens[0].unit.empty() && tokens.size() >= 2 + numbers_behind &&
+         std::all_of(tokens.begin() + 2, tokens.begin() + 2 + numbers_behind,
+                     [](const ZongeToken& token) { return token.is_number; });
+}
+
 bool has_word(std::string_view upper_line, std::string_view word) {
   const std::size_t place = upper_line.find(word);
   return place != std::string_view::npos && (place == 0 || upper_line[place - 1] <= ' ');
@@ -101,7 +110,8 @@ bool ZongeRawParser::begins_block() const {
 // Goes on to the line with the type; a number without one stands for a block of unknown type.
 void ZongeRawParser::read_numbered_start(ZongeBlock& block) {
   block.number = last_number_ + 1;
-  if (is_number_line(line_.text())) {
+  numbered_ = is_number_line(line_.text());
+  if (numbered_) {
     block.number = static_cast<std::int64_t>(numeric_value(line_.text()));
     line_waits_ = next_line() && is_number_line(line_.text());
   }
@@ -171,7 +181,7 @@ void ZongeRawParser::read_mt_block(ZongeBlock& block, Traits& traits) {
     }
     line_.tokenize();
     if (!read_mt_line(block)) {
-      if (blank_before_) {
+      if (blank_before_ && !numbered_) {
         line_waits_ = true;
         break;
       }
@@ -205,7 +215,7 @@ bool ZongeRawParser::read_mt_line(ZongeBlock& block) {
   if (table_.take(line_, block)) {
     return true;
   }
-  if (is_keyword_line(line_)) {
+  if (has_keyword(line_) || (begins_with_frequency(line_) && !is_vertical_field(line_, block))) {
     block.in_harmonics = false;
     read_keyword_line(line_, survey_, block, account_);
     return true;

@@ -13,7 +13,7 @@
 // The manufacturer's documentation of each receiver fixes columns; here they are not relied upon: keywords
 // are found in any case and order, values by tokens. The keyword lines are described in zonge_raw_header.h,
 // the tables of inputs in zonge_raw_table.h, the lines of numbers in zonge_raw_channels.h. A blank line ends
-// an MT block unless the line behind it is of one of these kinds.
+// an MT block without a number, unless the line behind it is of one of these kinds.
 #pragma once
 #include <cstdint>
 #include <string_view>
@@ -59,6 +59,7 @@ class ZongeRawParser {
   ZongeLine line_;
   bool line_waits_ = false;  // line_ is the first of the next block
   bool blank_before_ = false;
+  bool numbered_ = false;  // the block at hand began with its number
   std::int64_t last_number_ = 0;
 };
 

@@ -85,7 +85,9 @@ bool ZongeChannelTable::take(const ZongeLine& line, ZongeBlock& block) {
     take_keywords(line, block);
     return true;
   }
-  if (!columns_.empty() && !is_keyword_line(line) && tokens.size() > 1) {
+  constexpr std::size_t tokens_beside_name = 3;  // "8 Hz" alone is a frequency
+  if (!columns_.empty() && !has_keyword(line) && tokens.size() > 1 &&
+      (tokens.size() >= tokens_beside_name || !begins_with_frequency(line))) {
     take_row(line, block);
     return true;
   }
