@@ -240,9 +240,8 @@ void complete_channels(ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& acc
                       "channel " + plain_text(channel.number) + " has no name, so it is not stored");
     }
   }
-  std::ranges::sort(block.harmonics);
-  const auto repeated = std::ranges::unique(block.harmonics);
-  block.harmonics.erase(repeated.begin(), repeated.end());
+  std::sort(block.harmonics.begin(), block.harmonics.end());
+  block.harmonics.erase(std::unique(block.harmonics.begin(), block.harmonics.end()), block.harmonics.end());
   if (!block.base_frequency) {
     account.fault(block, "Base Frequency is invalid ", "", block.line_number);
   }

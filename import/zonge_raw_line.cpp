@@ -81,7 +81,8 @@ bool ZongeLine::joins_as_unit(std::size_t first, std::size_t end) const {
 }
 
 void ZongeLine::add_token(std::size_t first, std::size_t end) {
-  if (joins_as_unit(first, end)) {
+  const bool numeric = may_begin_number(text_[first]);
+  if (!numeric && joins_as_unit(first, end)) {
     tokens_.back().unit = std::string_view(upper_).substr(first, end - first);
     return;
   }
@@ -91,7 +92,7 @@ void ZongeLine::add_token(std::size_t first, std::size_t end) {
   ZongeToken token;
   token.text = std::string_view(text_).substr(first, end - first);
   token.upper = std::string_view(upper_).substr(first, end - first);
-  if (may_begin_number(token.text.front())) {
+  if (numeric) {
     std::string_view rest;
     token.number = numeric_value(token.upper, rest);
     token.is_number =

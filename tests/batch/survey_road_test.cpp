@@ -245,4 +245,35 @@ TEST_F(Batch_program, A_folder_of_real_files_becomes_a_survey) {
   EXPECT_GT(used, 60U);
 }
 
+TEST_F(Batch_program, Tells_the_account_of_a_raw_file_on_the_error_output) {
+  ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);
+  const std::vector<std::string> arguments{"import", "survey.mdb", "day.raw", "--reference", "0", "--line",
+                                           "200E",   "--event",    "0",       "--rate",      "1"};
+  (void)folder_.write("day.raw",
+                      "0001\nCSAMT    2004-05-12 08:15:22 12.4v VEC\nOPER 7  A-SP 50 m\n"
+                      "0002\nCSAMT    2004-05-12 08:20:01 12.4v\n8 Hz\n"
+                      "1 Hy 100 0.0123 45.2 0 OUT 4\n2 Ex 100 12.345 44.1 105.2 OUT 16\n"
+                      "0003\nTEM\n");
+  const Outcome refused = run(arguments);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.errors.find("No stn file was located"), std::string::npos) << refused.errors;
+
+  (void)folder_.write("day.stn", "100 500100 6200000 351\n");
+  const Outcome outcome = run(arguments);
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.errors.find("day.raw:\n"
+                                "Block : 1 Survey Configuration is Vector\n"
+                                "Block : 1 A spacing is 50\n"
+                                "Block : 2 Frequency is 8\n"
+                                "Block : 2 Gain for input 1 is 4\n"
+                                "Block : 2 Gain for input 2 is 16\n"
+                                "Block : 2 Number of data channels is 2\n"
+                                "Block : 3 - Time Domain EM Block\n"),
+            std::string::npos)
+      << outcome.errors;
+  const Json info = run_for_json({"info", "survey.mdb", "--json"});
+  EXPECT_EQ(info["scan_rates"], Json::parse("[8]"));
+  EXPECT_EQ(info["dipoles"], Json::parse("[50]"));
+}
+
 }  // namespace

@@ -23,6 +23,7 @@
 #include "import/import_files.h"
 #include "platform/settings_store/settings_store.h"
 #include "tests/import/made_edi.h"
+#include "tests/import/made_zonge_raw.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 
@@ -456,6 +457,42 @@ class FormImportTest : public QObject {
     QCOMPARE(file_contents(saved), Module_data_file::last_import_report().to_json());
     QCOMPARE(interface_->take_messages().back(), std::string("Data import complete"));
     QVERIFY(!window_->isVisible());
+  }
+
+  void the_account_of_a_raw_file_is_one_list_at_the_end() {
+    (void)folder_->write("field/day.edi", made_zonge_raw(20));
+    go_to_import_page();
+    QCOMPARE(control<QLabel>("Label_sample_note")->text().section('\n', 0, 0),
+             QString("No stn file was located"));
+    (void)folder_->write("field/utm.stn", made_stn(70));
+    choose("Combo_data_type", 0);
+    choose("Combo_data_reduced", 0);
+    type_cell(0, specify, "200");
+    type_cell(1, specify, "0");
+    type_cell(2, specify, "1");
+    QVERIFY(!control<QLabel>("Label_sample_note")->text().contains("stn"));
+    QCOMPARE(text("Text_sample_date"), QString("12-May-2004"));
+    QStringList seen;
+    QTimer waiting;
+    connect(&waiting, &QTimer::timeout, this, [&] {
+      if (auto* const report = qobject_cast<Form_import_report*>(QApplication::activeModalWidget())) {
+        waiting.stop();
+        const QTreeWidgetItem* const file = report->findChild<QTreeWidget*>("Tree_report")->topLevelItem(0);
+        for (int line = 0; line < file->childCount(); ++line) {
+          seen.append(file->child(line)->text(0));
+        }
+        report->accept();
+      }
+    });
+    waiting.start(1);
+    click("Command_import_data_1");
+    QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
+    const std::vector<std::string>& account = Module_data_file::last_import_report().files.at(0).account;
+    QVERIFY(account.size() > 150);
+    QCOMPARE(seen.size(), static_cast<qsizetype>(account.size()));
+    QCOMPARE(seen.front(), QString("Block : 1 - Synchronisation Header Block"));
+    QVERIFY(seen.contains("Block : 9 - System Check Block"));
+    QCOMPARE(rows_in("ReadingsDataTable WHERE FileID > 0"), 20 * 5 * 4 + 2);
   }
 };
 

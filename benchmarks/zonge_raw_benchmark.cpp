@@ -1,0 +1,89 @@
+// Parsing of raw receiver files, beside a bare loop that only finds the lines of numbers and parses their
+// numbers.
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <ctime>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "import/zonge_raw_parser.h"
+#include "tests/import/made_zonge_raw.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+// What any reader has to do at least: the bytes of the file, its lines, the numbers in those that begin with
+// one.
+double bare_loop(const std::string& path) {
+  std::ifstream stream(path, std::ios::binary);
+  std::vector<char> chunk(1U << 16U);
+  std::string bytes;
+  while (stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size())) || stream.gcount() > 0) {
+    bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
+  }
+  double sum = 0.0;
+  const char* place = bytes.data();
+  const char* const file_end = place + bytes.size();
+  while (place < file_end) {
+    const void* const found = std::memchr(place, '\n', static_cast<std::size_t>(file_end - place));
+    const char* const line_end = found == nullptr ? file_end : static_cast<const char*>(found);
+    place = std::find_if_not(place, line_end, [](char c) { return c == ' '; });
+    if (place < line_end && *place >= '0' && *place <= '9') {
+      while (place < line_end) {
+        double value = 0.0;
+        place = std::from_chars(place, line_end, value).ptr;
+        sum += value;
+        place = std::find(place, line_end, ' ');
+        place = std::find_if_not(place, line_end, [](char c) { return c == ' '; });
+      }
+    }
+    place = line_end + 1;
+  }
+  return sum;
+}
+
+double parse(const std::string& path) {
+  using namespace Module_data_file;
+  FileReport report;
+  LineReader reader(path);
+  ZongeAccount account(report);
+  ZongeRawParser parser(reader, account);
+  ZongeBlock block;
+  double sum = 0.0;
+  while (parser.next_block(block)) {
+    sum += block.channels.empty() ? 0.0 : block.channels.front().values.front().phase;
+  }
+  return sum;
+}
+
+double cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
+
+void parse_beside_bare_loop(benchmark::State& state) {
+  const TemporaryFolder folder;
+  const std::string text = made_zonge_raw(static_cast<int>(state.range(0)));
+  const std::string path = folder.write("made.raw", text);
+  double parsing = 0.0;
+  double bare = 0.0;
+  for (auto _ : state) {
+    const double start = cpu_seconds();
+    benchmark::DoNotOptimize(parse(path));
+    const double between = cpu_seconds();
+    benchmark::DoNotOptimize(bare_loop(path));
+    parsing += between - start;
+    bare += cpu_seconds() - between;
+  }
+  const double megabytes = static_cast<double>(text.size()) * static_cast<double>(state.iterations()) / 1e6;
+  state.counters["MB/s"] = megabytes / parsing;
+  state.counters["bare MB/s"] = megabytes / bare;
+  state.counters["ratio"] = parsing / bare;
+}
+
+}  // namespace
+
+BENCHMARK(parse_beside_bare_loop)->Arg(100)->Arg(5000)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();
