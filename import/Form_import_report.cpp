@@ -90,9 +90,11 @@ void Form_import_report::add_remarks(QTreeWidgetItem* row) const {
     remarks.append(new QTreeWidgetItem({text}));
     remarks.back()->setToolTip(0, text);
   }
-  row->addChildren(remarks);  // all at once: one by one a long account takes seconds
-  for (QTreeWidgetItem* const remark : remarks) {
-    remark->setFirstColumnSpanned(true);
+  // All at once and by their place: one by one a long account takes seconds.
+  row->addChildren(remarks);
+  const QModelIndex parent = ui_->Tree_report->indexFromItem(row);
+  for (int index = 0; index < row->childCount(); ++index) {
+    ui_->Tree_report->setFirstColumnSpanned(index, parent, true);
   }
 }
 
