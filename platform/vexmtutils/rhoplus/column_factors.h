@@ -1,0 +1,33 @@
+// column_factors.h: orthogonal factors of a set of columns that gains and loses members.
+#pragma once
+#include <vector>
+
+#include <Eigen/Core>
+
+namespace vexmtutils {
+
+/// Q R of the columns added so far and not removed, in the order of their adding.
+class ColumnFactors {
+ public:
+  /// @param rows length of a column  @param most as many columns as there will ever be at a time
+  ColumnFactors(Eigen::Index rows, Eigen::Index most);
+
+  /// False, and nothing changed, when the column depends on those present.
+  [[nodiscard]] bool add(const Eigen::Ref<const Eigen::VectorXd>& column);
+  void remove(Eigen::Index position);
+
+  [[nodiscard]] Eigen::Index size() const { return size_; }
+  /// Q^T v, length size().
+  [[nodiscard]] Eigen::VectorXd components(const Eigen::VectorXd& v) const;
+  /// R^-1 of components.
+  [[nodiscard]] Eigen::VectorXd coefficients(const Eigen::VectorXd& components) const;
+  /// Q times components, length of a column.
+  [[nodiscard]] Eigen::VectorXd combination(const Eigen::VectorXd& components) const;
+
+ private:
+  Eigen::MatrixXd q_;
+  Eigen::MatrixXd r_;
+  Eigen::Index size_ = 0;
+};
+
+}  // namespace vexmtutils
