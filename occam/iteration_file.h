@@ -1,0 +1,50 @@
+// iteration_file.h: the iteration files of an inversion: "startup", from which it starts, and those that it
+// leaves, with the resistivities of the free parameters as log10 ohm-m.
+#pragma once
+#include <string>
+#include <vector>
+
+namespace Module_occam {
+
+/// What the start file is written from. Numbers that a person typed are written as typed.
+struct StartFile {
+  std::string description;
+  std::string model_file;
+  std::string data_file;
+  std::string date;        // "07-September-2018"
+  std::string iterations;  // at most
+  std::string target_rms;
+  int parameter_count = 0;
+  double initial_resistivity = 0.0;  // log10 ohm-m, of every parameter
+};
+
+/// The text of a start file, lines ending in CR LF.
+std::string start_file_text(const StartFile& start);
+
+struct OccamIteration {
+  int number = 0;
+  double PMU = 0.0;    // Lagrange multiplier
+  double RLAST = 0.0;  // roughness
+  double TLAST = 0.0;  // misfit (RMS)
+  int parameter_count = 0;
+  std::vector<double> parameters;  // log10 ohm-m; empty unless they were asked for
+};
+
+enum class IterationParts { head_only, with_parameters };
+
+/// Reads an iteration file.
+/// @return 0; -1 after a message, or without one where the file's head has an empty line; `iteration` is then
+///         as before
+[[nodiscard]] int read_occam_iteration(IterationParts parts, const std::string& path,
+                                       OccamIteration& iteration);
+
+struct ControlFile {
+  std::string model_file;  // as written in the file, without a folder as a rule
+  std::string data_file;
+};
+
+/// Reads the names of model and data file from a start or iteration file.
+/// @return as read_occam_iteration
+[[nodiscard]] int read_occam_control_file(const std::string& path, ControlFile& names);
+
+}  // namespace Module_occam

@@ -1,0 +1,19 @@
+// occam_state.h: the one data set, model and response that are looked at.
+//
+// A reader that succeeds replaces its record; after a failure the record is as it was.
+#pragma once
+#include "occam/occam_data.h"
+#include "occam/occam_model.h"
+
+namespace Module_occam {
+
+struct OccamState {
+  OccamData data;
+  OccamModel model;
+  OccamResponse response;
+};
+
+OccamState& occam_state();
+void reset_occam_state();
+
+}  // namespace Module_occam
