@@ -22,6 +22,8 @@ struct StartFile {
 std::string start_file_text(const StartFile& start);
 
 struct OccamIteration {
+  std::string model_file;
+  std::string data_file;
   int number = 0;
   double PMU = 0.0;    // Lagrange multiplier
   double RLAST = 0.0;  // roughness
@@ -43,7 +45,7 @@ struct ControlFile {
   std::string data_file;
 };
 
-/// Reads the names of model and data file from a start or iteration file.
+/// Reads the names of model and data file from a start or iteration file, of the ordinary or the FLEX form.
 /// @return as read_occam_iteration
 [[nodiscard]] int read_occam_control_file(const std::string& path, ControlFile& names);
 
