@@ -47,12 +47,14 @@ template <class PictureOf>
 void add_sizes(std::string& text, std::span<const double> sizes, PictureOf picture_of) {
   std::size_t line_length = 0;
   for (const double size : sizes) {
-    text += pad_field(format_number(size, picture_of(size)), size_width);
-    line_length += size_width;
-    if (line_length >= full_line) {
+    const std::string field = pad_field(format_number(size, picture_of(size)), size_width);
+    // A size that fills its field would run into the one before, and both be read as one number.
+    if (line_length >= full_line || (line_length > 0 && field.front() != ' ')) {
       text += line_end;
       line_length = 0;
     }
+    text += field;
+    line_length += size_width;
   }
   if (line_length > 0) {
     text += line_end;

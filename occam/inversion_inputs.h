@@ -1,0 +1,59 @@
+// inversion_inputs.h: what a person gives for a new inversion, as typed and as numbers.
+#pragma once
+#include <string>
+
+namespace Module_occam {
+
+/// The entries as typed; the values here are the defaults.
+struct InversionInputs {
+  std::string model_file = "inmodel";
+  std::string data_file = "occamdat";
+  std::string iterations = "20";        // at most
+  std::string target_RMS = "1.2";       // where the inversion stops
+  std::string res_error_floor = "5";    // percent
+  std::string phase_error_floor = "5";  // degrees
+  std::string num_layers = "24";        // padding included
+  std::string layers_per_decade = "8";  // of depth
+  std::string top_layer = "20";         // thickness, m
+  std::string block_width = "100";      // m
+  std::string doubling_threshold =
+      "2";                          // blocks are joined while narrower than the layer's thickness over it
+  std::string initial_res = "100";  // of the starting model, ohm-m
+  bool use_standard_error = true;   // error of a resistivity in proportion to its logarithm
+  bool use_rhoplus_error = true;    // the misfit of a one-dimensional inversion adds to the errors
+  std::string directory;            // folder of the run
+  // The entries from here on are not kept between sessions.
+  bool apply_static = true;   // static shift corrections
+  std::string first_station;  // blank: the whole line
+  std::string last_station;   // shown beside the first one; it has no effect
+  std::string description;
+  std::string occam_directory;  // folder in `directory`, made if it is missing; blank: `directory` itself
+};
+
+/// The entries as numbers.
+struct InversionChoices {
+  double iterations = 0.0;
+  double target_RMS = 0.0;
+  double res_error_floor = 0.0;    // percent
+  double phase_error_floor = 0.0;  // degrees
+  double num_layers = 0.0;
+  double layers_per_decade = 0.0;
+  double top_layer = 0.0;    // m
+  double block_width = 0.0;  // m
+  double doubling_threshold = 0.0;
+  double initial_res = 0.0;  // ohm-m
+  double first_station = 0.0;
+  double last_station = 0.0;
+};
+
+/// The entries kept for the user, with the default in place of each that is missing or invalid. A folder that
+/// is gone gives that of the survey.
+InversionInputs load_inversion_inputs();
+
+void store_inversion_inputs(const InversionInputs& inputs);
+
+/// Checks the entries in their order.
+/// @return 0, or -1 after the message of the first one that is invalid
+[[nodiscard]] int check_inversion_inputs(const InversionInputs& inputs, InversionChoices& choices);
+
+}  // namespace Module_occam
