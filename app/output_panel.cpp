@@ -6,6 +6,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "occam/Form_occam.h"
 #include "ui_output_panel.h"
 
 OutputPanel::OutputPanel(QWidget* parent)
@@ -22,6 +23,11 @@ OutputPanel::OutputPanel(QWidget* parent)
   connect(ui_->DirList, &QTreeView::pressed, this, [this] { folder_finds_place_ = false; });
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
+  connect(ui_->Command_occam, &QPushButton::clicked, this, [this] {
+    if (Module_occam::check_line_for_inversion() == 0) {
+      Form_occam({}, this).exec();
+    }
+  });
 }
 
 OutputPanel::~OutputPanel() = default;

@@ -19,6 +19,7 @@ int run(int argument_count, char** arguments) {
       Batch::add_new_command(program),         Batch::add_import_command(program),
       Batch::add_recalculate_command(program), Batch::add_info_command(program),
       Batch::add_curve_command(program),       Batch::add_rhoplus_command(program),
+      Batch::add_occam_command(program),       Batch::add_occam_info_command(program),
       Batch::add_zonge_command(program)};
 #ifdef BRENLOX_WINDOWS
   commands.push_back(Batch::add_plots_command(program));

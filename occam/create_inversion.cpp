@@ -63,8 +63,8 @@ int load_station(const ReadingKey& key, const RhoplusSettings& settings, const I
   }
   tables = Module_output::rhoplus_tables(merged, settings);
   wait();
-  if (inputs.use_rhoplus_error && !tables.data.empty()) {
-    if (steps.fit_station && steps.fit_station(key, settings, tables) != 0) {
+  if (inputs.use_rhoplus_error && steps.fit_station && !tables.data.empty()) {
+    if (steps.fit_station(key, settings, tables) != 0) {
       return -1;
     }
     wait();
@@ -78,7 +78,7 @@ Outcome form_data(const InversionLine& line, const InversionInputs& inputs, cons
   RhoplusSettings settings = Module_output::rhoplus_settings();
   settings.apply_static = inputs.apply_static ? 1 : 0;
   const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
-                       inputs.use_rhoplus_error};
+                       inputs.use_rhoplus_error && steps.fit_station};
   data.frequency_rows.assign(static_cast<std::size_t>(session().frequency_count), 0);
   const std::vector<double> stations = stations_of(line.line);
   for (std::size_t index = 0; index < stations.size(); ++index) {
@@ -153,10 +153,7 @@ RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices
                   std::vector<float>&& frequencies) {
   RunSet run;
   const MeshColumns columns = mesh_columns(horizontal_nodes(data.site_positions, choices.block_width));
-  constexpr double more_layers_than_any_mesh = 1e6;
-  const MeshRows rows =
-      mesh_rows(static_cast<int>(std::nearbyint(std::min(choices.num_layers, more_layers_than_any_mesh))),
-                choices.layers_per_decade, choices.top_layer);
+  const MeshRows rows = mesh_rows(layer_count(choices), choices.layers_per_decade, choices.top_layer);
   run.mesh.node_widths = columns.widths;
   run.mesh.node_heights = rows.heights;
   run.binding_offset = static_cast<double>(data.site_positions.front()) - columns.binding_distance;
@@ -196,12 +193,6 @@ int write_run(const RunSet& run, const fs::path& folder) {
   safe_files::write_into_place(data_path, data_file_text(run.data));
   staged.move_into_place();
   return 0;
-}
-
-fs::path run_directory(const InversionInputs& inputs) {
-  const fs::path folder = name_of(inputs.directory);
-  const std::string name = name_of(inputs.occam_directory);
-  return name.empty() ? folder : folder / name;
 }
 
 int create_run(const InversionLine& line, const InversionInputs& inputs, const InversionChoices& choices,

@@ -30,7 +30,8 @@ InversionLine selected_line();
 struct StationSteps {
   std::function<void(int place_in_line)> show_station;  // place from 1
 
-  /// Fits the rows of a station in one dimension. @return 0, or -1 after a message
+  /// Fits the rows of a station in one dimension; without it the errors are formed without a fit. @return 0,
+  /// or -1 after a message
   std::function<int(const Module_database::ReadingKey&, const Module_output::RhoplusSettings&,
                     Module_output::RhoplusTables&)>
       fit_station;

@@ -1,5 +1,6 @@
 #include "occam/inversion_inputs.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <filesystem>
@@ -84,40 +85,19 @@ bool is_positive_number(std::string_view text) {
   return is_numeric(text) && numeric_value(text) > 0.0 && std::isfinite(numeric_value(text));
 }
 
-bool refuse(const char* message) {
-  user_interface().show_message(message);
-  return false;
-}
-
-bool check_station_limits(const InversionInputs& inputs, InversionChoices& choices) {
+const char* invalid_station_limit(const InversionInputs& inputs, InversionChoices& choices) {
   choices.first_station = lowest_station;
   choices.last_station = highest_station;
   if (trimmed(inputs.first_station).empty()) {
-    return true;
+    return nullptr;
   }
   if (!is_numeric(inputs.first_station)) {
-    return refuse("The start station is not valid");
+    return "The start station is not valid";
   }
   // Both limits come from the first entry: a station typed there is the only one that takes part.
   choices.first_station = numeric_value(inputs.first_station);
   choices.last_station = choices.first_station;
-  return true;
-}
-
-bool entries_are_valid(const InversionInputs& inputs, InversionChoices& choices) {
-  for (const TextEntry& entry : text_entries) {
-    if (trimmed(inputs.*entry.text).empty()) {
-      return refuse(entry.message);
-    }
-  }
-  for (const NumberEntry& entry : number_entries) {
-    const std::string& text = inputs.*entry.text;
-    choices.*entry.value = numeric_value(text);
-    if (!is_positive_number(text) || (entry.least == Least::one && choices.*entry.value < 1.0)) {
-      return refuse(entry.message);
-    }
-  }
-  return check_station_limits(inputs, choices);
+  return nullptr;
 }
 
 }  // namespace
@@ -162,8 +142,39 @@ void store_inversion_inputs(const InversionInputs& inputs) {
   store(directory_key, inputs.directory);
 }
 
+const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices) {
+  for (const TextEntry& entry : text_entries) {
+    if (trimmed(inputs.*entry.text).empty()) {
+      return entry.message;
+    }
+  }
+  for (const NumberEntry& entry : number_entries) {
+    const std::string& text = inputs.*entry.text;
+    choices.*entry.value = numeric_value(text);
+    if (!is_positive_number(text) || (entry.least == Least::one && choices.*entry.value < 1.0)) {
+      return entry.message;
+    }
+  }
+  return invalid_station_limit(inputs, choices);
+}
+
+int layer_count(const InversionChoices& choices) {
+  constexpr double more_than_any_mesh_has = 1e6;
+  return static_cast<int>(std::nearbyint(std::min(choices.num_layers, more_than_any_mesh_has)));
+}
+
+std::string run_directory(const InversionInputs& inputs) {
+  const std::filesystem::path folder = trimmed(inputs.directory);
+  const std::string_view name = trimmed(inputs.occam_directory);
+  return (name.empty() ? folder : folder / name).string();
+}
+
 int check_inversion_inputs(const InversionInputs& inputs, InversionChoices& choices) {
-  return entries_are_valid(inputs, choices) ? 0 : -1;
+  const char* const fault = invalid_entry(inputs, choices);
+  if (fault != nullptr) {
+    user_interface().show_message(fault);
+  }
+  return fault == nullptr ? 0 : -1;
 }
 
 }  // namespace Module_occam

@@ -52,8 +52,18 @@ InversionInputs load_inversion_inputs();
 
 void store_inversion_inputs(const InversionInputs& inputs);
 
-/// Checks the entries in their order.
-/// @return 0, or -1 after the message of the first one that is invalid
+/// The message of the first entry that is invalid, in their order; null if there is none, and then `choices`
+/// holds all numbers.
+const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices);
+
+/// num_layers as a whole number.
+int layer_count(const InversionChoices& choices);
+
+/// The folder that the files go to.
+std::string run_directory(const InversionInputs& inputs);
+
+/// Checks the entries and tells the first one that is invalid.
+/// @return 0, or -1 after its message
 [[nodiscard]] int check_inversion_inputs(const InversionInputs& inputs, InversionChoices& choices);
 
 }  // namespace Module_occam

@@ -1,0 +1,94 @@
+// brenlox_batch occam: the merged curves of a line as a run directory of the two-dimensional inversion.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "batch/command.h"
+#include "batch/reading_option.h"
+#include "core/user_interface.h"
+#include "occam/create_inversion.h"
+
+namespace Batch {
+namespace {
+
+using Module_occam::InversionInputs;
+
+struct OccamOptions {
+  std::string survey;
+  ReadingOption reading;
+  InversionInputs inputs;
+};
+
+int create_run(const OccamOptions& options) {
+  Module_occam::CreatedInversion created;
+  const ReadingOption& reading = options.reading;
+  if (Module_occam::create_inversion(
+          {reading.line, reading.reference_type, reading.data_type, reading.dipole}, options.inputs, {},
+          created) != 0) {
+    return -1;
+  }
+  if (created.stopped) {
+    user_interface().show_message("Stopped; nothing was written");
+    return -1;
+  }
+  std::cout << created.data_count << " data written to " << created.directory << '\n';
+  return 0;
+}
+
+int run_occam(OccamOptions& options) {
+  std::string& directory = options.inputs.directory;
+  directory = std::filesystem::absolute(directory).string();  // opening moves to the survey's folder
+  return with_open_survey(options.survey, [&] { return create_run(options); });
+}
+
+// Entries are texts, as in the window, and are checked as there.
+void add_entries(CLI::App& parser, InversionInputs& inputs) {
+  struct Entry {
+    const char* option;
+    std::string InversionInputs::*text;
+    const char* help;
+  };
+  constexpr Entry entries[] = {
+      {"--model-file", &InversionInputs::model_file, "name of the model file"},
+      {"--data-file", &InversionInputs::data_file, "name of the data file"},
+      {"--iterations", &InversionInputs::iterations, "most iterations"},
+      {"--rms", &InversionInputs::target_RMS, "misfit at which the inversion stops"},
+      {"--res-floor", &InversionInputs::res_error_floor, "least error of a resistivity, percent"},
+      {"--phase-floor", &InversionInputs::phase_error_floor, "least error of a phase, percent of the phase"},
+      {"--layers", &InversionInputs::num_layers, "layers of the model, the padding at the bottom included"},
+      {"--layers-per-decade", &InversionInputs::layers_per_decade, "layers per decade of depth"},
+      {"--top-layer", &InversionInputs::top_layer, "thickness of the top layer, m"},
+      {"--block-width", &InversionInputs::block_width, "width of the blocks between stations, m"},
+      {"--doubling-threshold", &InversionInputs::doubling_threshold,
+       "two blocks are joined where they are narrower than the layer's thickness over this"},
+      {"--initial-res", &InversionInputs::initial_res, "resistivity of the starting model, ohm-m"},
+      {"--start-station", &InversionInputs::first_station, "take this station alone; blank: the whole line"},
+      {"--end-station", &InversionInputs::last_station, "has no effect: the start station is the end, too"},
+      {"--description", &InversionInputs::description, "title of the files"},
+      {"--subdirectory", &InversionInputs::occam_directory, "folder to make in the directory for the files"}};
+  for (const Entry& entry : entries) {
+    parser.add_option(entry.option, inputs.*entry.text, entry.help)->capture_default_str();
+  }
+  const auto clears = [](bool& choice) { return [&choice](std::int64_t) { choice = false; }; };
+  parser.add_flag("--standard-deviation", clears(inputs.use_standard_error),
+                  "errors of resistivities as standard deviations, not by the standard error formula");
+  parser.add_flag("--no-rhoplus", clears(inputs.use_rhoplus_error),
+                  "leave the misfit of one-dimensional inversion out of the errors");
+  parser.add_flag("--no-static", clears(inputs.apply_static), "leave static shift corrections out");
+}
+
+}  // namespace
+
+Command add_occam_command(CLI::App& program) {
+  const auto options = std::make_shared<OccamOptions>();
+  CLI::App* parser =
+      program.add_subcommand("occam", "Makes the run directory of a two-dimensional inversion of a line");
+  add_survey_argument(*parser, options->survey);
+  add_reading_options(*parser, options->reading);
+  parser->add_option("--directory", options->inputs.directory, "folder of the files, made if it is missing")
+      ->required();
+  add_entries(*parser, options->inputs);
+  return {parser, [options] { return run_occam(*options); }};
+}
+
+}  // namespace Batch

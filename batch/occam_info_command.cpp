@@ -1,0 +1,127 @@
+// brenlox_batch occam-info: what a run directory of the two-dimensional inversion holds.
+#include <cmath>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+
+#include <nlohmann/json.hpp>
+
+#include "batch/command.h"
+#include "core/number_text.h"
+#include "occam/occam_state.h"
+#include "occam/run_summary.h"
+
+namespace Batch {
+namespace {
+
+using Module_occam::OccamIteration;
+using Module_occam::OccamModel;
+using Module_occam::OccamState;
+using Module_occam::RunSummary;
+
+/// Position of a site's node, m; nothing for a site beyond the mesh.
+nlohmann::ordered_json node_position(const OccamModel& model, std::size_t site) {
+  const std::int32_t node = model.site_node[site];
+  if (node == Module_occam::no_site_node) {
+    return nullptr;
+  }
+  constexpr double millimetre = 1000.0;  // the rest is rounding of the sums of cell widths
+  return std::round(model.node_x[static_cast<std::size_t>(node)] * millimetre) / millimetre;
+}
+
+void print_json(const RunSummary& run, const OccamState& state) {
+  const OccamModel& model = state.model;
+  nlohmann::ordered_json json;
+  json["model_file"] = run.names.model_file;
+  json["data_file"] = run.names.data_file;
+  json["title"] = state.data.title;
+  json["sites"] = nlohmann::ordered_json::array();
+  for (std::size_t site = 0; site < state.data.site_names.size(); ++site) {
+    json["sites"].push_back({{"name", state.data.site_names[site]},
+                             {"offset", decimal_of_single(state.data.site_offsets[site])},
+                             {"node", node_position(model, site)}});
+  }
+  json["node_columns"] = model.mesh.node_columns();
+  json["node_rows"] = model.mesh.node_rows();
+  json["binding_offset"] = model.binding_offset;
+  json["layers"] = model.num_layers();
+  json["blocks"] = model.num_blocks();
+  json["parameters"] = model.num_free_params;
+  json["iterations"] = nlohmann::ordered_json::array();
+  for (const OccamIteration& iteration : run.iterations) {
+    json["iterations"].push_back({{"iteration", iteration.number},
+                                  {"misfit", iteration.TLAST},
+                                  {"roughness", iteration.RLAST},
+                                  {"multiplier", iteration.PMU},
+                                  {"parameters", iteration.parameter_count}});
+  }
+  // Names may hold bytes that are no UTF-8.
+  std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
+
+void print_table(const RunSummary& run, const OccamState& state) {
+  constexpr int name_width = 20;
+  constexpr int value_width = 14;
+  const OccamModel& model = state.model;
+  const auto line = [](const char* name, const std::string& value) {
+    std::cout << std::left << std::setw(name_width) << name << value << '\n';
+  };
+  line("Title", state.data.title);
+  line("Model file", run.names.model_file);
+  line("Data file", run.names.data_file);
+  line("Node columns", plain_text(model.mesh.node_columns()));
+  line("Node rows", plain_text(model.mesh.node_rows()));
+  line("Layers", plain_text(model.num_layers()));
+  line("Blocks", plain_text(model.num_blocks()));
+  line("Parameters", plain_text(model.num_free_params));
+  std::cout << '\n'
+            << std::setw(name_width) << "Site" << std::right << std::setw(value_width) << "Offset (m)"
+            << '\n';
+  for (std::size_t site = 0; site < state.data.site_names.size(); ++site) {
+    std::cout << std::left << std::setw(name_width) << state.data.site_names[site] << std::right
+              << std::setw(value_width) << format_number(state.data.site_offsets[site], "0.0") << '\n';
+  }
+  std::cout << '\n' << std::left << std::setw(name_width) << "Iteration" << std::right;
+  for (const char* heading : {"Misfit", "Roughness", "Multiplier"}) {
+    std::cout << std::setw(value_width) << heading;
+  }
+  std::cout << '\n';
+  for (const OccamIteration& iteration : run.iterations) {
+    std::cout << std::left << std::setw(name_width) << iteration.number << std::right;
+    for (const double value : {iteration.TLAST, iteration.RLAST, iteration.PMU}) {
+      std::cout << std::setw(value_width) << format_number(value, "0.0000");
+    }
+    std::cout << '\n';
+  }
+}
+
+struct OccamInfoOptions {
+  std::string directory;
+  std::string control_file;
+  bool json = false;
+};
+
+int run_occam_info(const OccamInfoOptions& options) {
+  RunSummary run;
+  if (Module_occam::read_run(options.directory, options.control_file, run) != 0) {
+    return status_failed;
+  }
+  options.json ? print_json(run, Module_occam::occam_state()) : print_table(run, Module_occam::occam_state());
+  return status_done;
+}
+
+}  // namespace
+
+Command add_occam_info_command(CLI::App& program) {
+  const auto options = std::make_shared<OccamInfoOptions>();
+  CLI::App* parser =
+      program.add_subcommand("occam-info", "Shows what a run directory of a two-dimensional inversion holds");
+  parser->add_option("DIR", options->directory, "the run directory")->required();
+  parser->add_option("--control", options->control_file,
+                     "file that names model and data, if it is neither startup nor an iteration file");
+  parser->add_flag("--json", options->json,
+                   "as JSON: sites with offsets and nodes, mesh, layers, blocks, parameters, iterations");
+  return {parser, [options] { return run_occam_info(*options); }};
+}
+
+}  // namespace Batch

@@ -1,0 +1,30 @@
+// Any texts as the response of a two-dimensional inversion and, behind a line "====", the data file that
+// heads it.
+#include <cstdlib>
+#include <fstream>
+#include <string_view>
+
+#include "fuzz/input_file.h"
+#include "occam/occam_state.h"
+#include "occam/response_file.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace Module_occam;
+  constexpr std::string_view divider = "\n====\n";
+  reset_occam_state();
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::size_t response_size = std::min(text.find(divider), size);
+  const std::string response = write_input_file(data, response_size, "RESP01.resp");
+  const std::string header = input_folder() + "/occamdat";
+  std::ofstream(header, std::ios::binary) << text.substr(std::min(response_size + divider.size(), size));
+  if (read_occam_response(response, header) == 0) {
+    const OccamResponse& read = occam_state().response;
+    // The last place of all must be there.
+    const float last = read.value(ResponseValue::misfit, ResponseKind::phase, read.resp_sites(),
+                                  read.resp_frequency_count());
+    if (last != last && read.resp_values.empty()) {
+      std::abort();
+    }
+  }
+  return 0;
+}

@@ -1,0 +1,23 @@
+// folder_tree.h: a tree of folders to choose one from.
+#pragma once
+#include <QTreeView>
+
+class QFileSystemModel;
+
+class FolderTree : public QTreeView {
+  Q_OBJECT
+
+ public:
+  explicit FolderTree(QWidget* parent = nullptr);
+
+  /// Chooses a folder and brings it into view.
+  void choose(const QString& folder);
+  /// The chosen folder, with "/"; empty if none is.
+  [[nodiscard]] QString folder() const;
+
+ Q_SIGNALS:
+  void folder_chosen(const QString& folder);
+
+ private:
+  QFileSystemModel* folders_;
+};
