@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "import/edi_curves.h"
 #include "import/edi_spectra_parser.h"
@@ -48,12 +49,14 @@ void tell_invalid_averages(const SpectraBlock& block, bool& told, FileReport& re
   if (!block.invalid_AVGT) {
     return;
   }
-  const std::string text = "The AVGT value is invalid: ";
+  constexpr std::size_t longest_text = 40;  // bytes that a person wants to see of it
+  const std::string text =
+      "The AVGT value is invalid: " + text_from_field_file(block.invalid_AVGT->substr(0, longest_text));
   if (!told) {
-    user_interface().show_message(text + in_quotes(*block.invalid_AVGT));
+    user_interface().show_message(text);
     told = true;
   }
-  remark_unreadable(report, block.line_number, text + in_quotes(*block.invalid_AVGT));
+  remark_unreadable(report, block.line_number, text);
 }
 
 std::vector<EstimatedFrequency> estimate_section(EdiSpectraParser& parser, const SpectraSection& section,
@@ -127,16 +130,26 @@ bool take_readings(ImportMode mode, const std::vector<EstimatedFrequency>& estim
   return true;
 }
 
+// The first one is the file's failure, which nobody overlooks; the others are remarks.
+void tell_lost_section(const SpectraSection& section, FileReport& report) {
+  const std::string text =
+      "section " + std::to_string(section.number) +
+      (section.roles.places ? " has no usable frequency" : " has no channel " + section.roles.missing) +
+      "; it is not stored";
+  if (report.failure.empty()) {
+    report.failure = text;
+  } else {
+    remark_unreadable(report, section.line_number, text);
+  }
+}
+
 // False after a failed store.
 bool take_section(ImportMode mode, const SpectraSection& section,
                   const std::vector<EstimatedFrequency>& estimated, FileReport& report, StoreNotes& notes) {
   ReadingRecord& record = reading_record();
   take_section_head(section, record, report);
   if (estimated.empty()) {
-    report.failure =
-        "section " + std::to_string(section.number) +
-        (section.roles.places ? " has no usable frequency" : " has no channel " + section.roles.missing) +
-        "; it is not stored";
+    tell_lost_section(section, report);
   } else {
     if (!take_readings(mode, estimated, record, report, notes)) {
       return false;

@@ -165,7 +165,7 @@ int take_records(ImportMode mode, const std::vector<TensorRecord>& records, File
     if (store_header_block(notes) != 0) {
       return -1;
     }
-    find_station_of_record(record);
+    find_station_of_record(record, MapPlace::of_survey_grid);
   }
   for (std::size_t element = 0; element < element_total; ++element) {
     fill_element(records, element, record.curve);

@@ -20,10 +20,11 @@ constexpr double degrees_per_radian = 57.295779513082323;
 
 }  // namespace
 
-void find_station_of_record(ReadingRecord& record) {
+void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
   const Module_database::GivenPlace place{record.MapX, record.MapY, record.Elevation};
-  const Module_database::StationRows rows = Module_database::find_station(
-      Module_database::StationSearch::create, record.LineNumber, record.Station, &place);
+  const Module_database::StationRows rows =
+      Module_database::find_station(Module_database::StationSearch::create, record.LineNumber, record.Station,
+                                    map_place == MapPlace::of_file ? &place : nullptr);
   record.StationID = rows.StationID;
   record.LocationID = rows.LocationID;
   record.LocalX = rows.LocalX;

@@ -19,8 +19,11 @@ inline constexpr float usual_dipole = 100.0F;  // m, where nothing tells it
 inline constexpr std::array<std::string_view, 4> tensor_data_types{"ExHx", "ExHy", "EyHx", "EyHy"};
 inline constexpr std::string_view quadrature_data_type = "QP";
 
-/// Looks the record's station up, or makes it at the record's map place, and takes its rows and place.
-void find_station_of_record(ReadingRecord& record);
+enum class MapPlace { of_file, of_survey_grid };
+
+/// Looks the record's station up, or makes it, and takes its rows and place. A new station is put to the map
+/// place that the record has from the file, or to where the survey grid has it.
+void find_station_of_record(ReadingRecord& record, MapPlace map_place = MapPlace::of_file);
 
 /// Counts the record's curve as a reading of this type and, in an import, stores it.
 /// @return false after a failure, whose message was shown

@@ -207,7 +207,7 @@ TEST_F(OtherFormats, An_invalid_number_of_averages_is_told_once_and_costs_nothin
       {{10.0, earth, "ROTSPEC=0 AVGT=many"}, {1.0, earth, "AVGT=-3"}, {0.1, earth, "AVGT=1.2E+03"}},
       channels_by_id());
   const FileReport file = import("a.edi", text);
-  EXPECT_EQ(interface.take_messages(), (std::vector<std::string>{"The AVGT value is invalid: 'MANY'"}));
+  EXPECT_EQ(interface.take_messages(), (std::vector<std::string>{"The AVGT value is invalid: MANY"}));
   EXPECT_EQ(file.unreadable.size(), 2U);
   EXPECT_EQ(file.frequencies, 3);
 }
@@ -361,6 +361,9 @@ TEST_F(OtherFormats, Fixed_columns_come_in_as_four_readings) {
   EXPECT_EQ(files.get_single("StationSpacing"), 100.0F);
   EXPECT_EQ(files.get_single("Orientation"), 12.5F);
   EXPECT_EQ(files.get_long("EventNumber"), 3);
+  dao::Recordset& places = open_survey().locations;
+  places.move_first();
+  EXPECT_EQ(places.get_double("MapX"), 200.0) << "without a place in the file, that of the survey grid";
   EXPECT_EQ(files.get_date("DateCollected"), 43759.0);  // 21 October 2019
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 4);
 }
