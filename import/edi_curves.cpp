@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "core/session_state.h"
+#include "import/field_values.h"
 #include "import/reader_steps.h"
 
 namespace Module_data_file {
@@ -47,27 +48,30 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
   phase.values.assign(count, no_data);
   resistivity.present = phase.present = true;
   for (std::size_t index = 0; index < count; ++index) {
-    const double variance = first_error.present ? first_error.values[index] : 0.0;
-    if (first_error.present) {
-      first_error.values[index] = no_data;
-      second_error.values[index] = no_data;
-    }
     const double frequency = section.frequencies[index];
     const double r = real.values[index];
     const double i = imaginary.values[index];
-    if (is_absent(r) || is_absent(i) || frequency <= 0.0) {
-      continue;
-    }
     const double square = r * r + i * i;
-    const double rho = 0.2 * square / frequency;
-    resistivity.values[index] = static_cast<float>(rho);
-    phase.values[index] = static_cast<float>(raised_phase(i, r));
-    if (first_error.present && variance >= 0.0 && square > 0.0) {
-      const double relative = std::sqrt(variance / square);
-      first_error.values[index] = static_cast<float>(2.0 * rho * relative);
-      second_error.values[index] = static_cast<float>(relative * degrees_per_radian);
+    const bool known = !is_absent(r) && !is_absent(i) && frequency > 0.0;
+    const double rho = known ? 0.2 * square / frequency : double{no_data};
+    if (known) {
+      resistivity.values[index] = single_or_absent(rho);
+      phase.values[index] = single_or_absent(raised_phase(i, r));
+    }
+    const auto relative_error = [&](double variance) {
+      return known && variance >= 0.0 && square > 0.0 ? std::sqrt(variance / square) : double{no_data};
+    };
+    if (first_error.is_variance) {
+      const double relative = relative_error(first_error.values[index]);
+      first_error.values[index] = is_absent(relative) ? no_data : single_or_absent(2.0 * rho * relative);
+    }
+    if (second_error.is_variance) {
+      const double relative = relative_error(second_error.values[index]);
+      second_error.values[index] =
+          is_absent(relative) ? no_data : single_or_absent(relative * degrees_per_radian);
     }
   }
+  first_error.is_variance = second_error.is_variance = false;
 }
 
 void turn_ey(EdiSection& section) {

@@ -25,7 +25,7 @@ void EdiSection::clear() {
   frequencies.clear();
   for (auto& element : elements) {
     for (EdiValues& quantity : element) {
-      quantity.present = false;
+      quantity.present = quantity.is_variance = false;
       quantity.values.clear();
     }
   }
@@ -200,11 +200,14 @@ EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTa
   if (tag.kind == EdiTagKind::frequencies) {
     section.frequencies.swap(scratch_);
   } else if (tag.kind == EdiTagKind::values) {
-    if (tag.second != quantity_count) {
-      section.get(tag.element, tag.second).present = true;
-      section.get(tag.element, tag.second).values = scratch_;
+    const bool is_variance = tag.second != quantity_count;  // one block for the errors of both
+    if (is_variance) {
+      EdiValues& second = section.get(tag.element, tag.second);
+      second.present = second.is_variance = true;
+      second.values = scratch_;
     }
     section.get(tag.element, tag.first).present = true;
+    section.get(tag.element, tag.first).is_variance = is_variance;
     section.get(tag.element, tag.first).values.swap(scratch_);
   }
   return after;

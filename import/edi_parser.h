@@ -34,7 +34,8 @@ enum EdiQuantity : std::size_t {
 
 /// One quantity of one tensor element.
 struct EdiValues {
-  bool present = false;  // some block of the section gave it
+  bool present = false;      // some block of the section gave it
+  bool is_variance = false;  // a variance of the impedance, not an error of resistivity or phase
   std::vector<float> values;
 };
 

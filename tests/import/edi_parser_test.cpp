@@ -240,3 +240,20 @@ TEST_F(EdiParser, Computes_resistivity_and_phase_from_impedances) {
   compute_from_impedance(read, element_yx);
   EXPECT_FALSE(read.get(element_yx, quantity_resistivity).present);
 }
+
+TEST_F(EdiParser, Errors_that_a_file_gives_as_such_are_no_variances) {
+  MadeSection section;
+  section.count = 1;
+  section.frequencies = "1000";
+  section.blocks = ">ZYXR //1\n707.10678\n>ZYXI //1\n707.10678\n>RHOYX.ERR //1\n7\n";
+  EdiSection read = parse(made_edi({section})).sections.at(0);
+  compute_from_impedance(read, element_yx);
+  EXPECT_EQ(read.get(element_yx, quantity_first_error).values, (Values{7}));
+  EXPECT_FALSE(read.get(element_yx, quantity_second_error).present);
+
+  section.blocks = ">ZYXR //1\n707.10678\n>ZYXI //1\n707.10678\n>ZYX.VAR //1\n2500\n>RHOYX.ERR //1\n7\n";
+  read = parse(made_edi({section})).sections.at(0);
+  compute_from_impedance(read, element_yx);
+  EXPECT_EQ(read.get(element_yx, quantity_first_error).values, (Values{7}));
+  EXPECT_NEAR(read.get(element_yx, quantity_second_error).values.at(0), 2.8647890, 1e-5);
+}
