@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QBasicTimer>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -11,7 +12,6 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <utility>
@@ -149,19 +149,22 @@ class Photographer : public QObject {
       prepare_and_save(main_window_);
     }
     picture_ = nullptr;
+    timer_.stop();
     return saved_;
   }
 
  private:
   void look_soon() {
     constexpr int look_milliseconds = 20;
-    QTimer::singleShot(look_milliseconds, this, &Photographer::look);
+    timer_.start(look_milliseconds, this);
+  }
+
+  void timerEvent(QTimerEvent* /*event*/) override {
+    timer_.stop();  // started anew it also fires while this look is still at work
+    look();
   }
 
   void look() {
-    if (picture_ == nullptr) {
-      return;
-    }
     look_soon();  // preparing may bring up another window, the one that is meant
     QWidget* const window = QApplication::activeModalWidget();
     if (window != nullptr && window != in_hand_) {
@@ -188,6 +191,7 @@ class Photographer : public QObject {
 
   Form_main& main_window_;
   QString folder_;
+  QBasicTimer timer_;
   const WindowPicture* picture_ = nullptr;  // being taken
   QWidget* in_hand_ = nullptr;
   bool prepared_ = false;

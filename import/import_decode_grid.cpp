@@ -165,8 +165,8 @@ bool ImportDecodeGrid::at_end(bool last) const {
 
 // Tab goes from cell to cell, and behind the last one to the next control.
 bool ImportDecodeGrid::focusNextPrevChild(bool next) {
-  return at_end(next) ? QAbstractScrollArea::focusNextPrevChild(next)
-                      : QTableWidget::focusNextPrevChild(next);
+  setTabKeyNavigation(!at_end(next));
+  return QTableWidget::focusNextPrevChild(next);
 }
 
 void ImportDecodeGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {

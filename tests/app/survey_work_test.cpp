@@ -4,10 +4,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSet>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
@@ -19,6 +22,7 @@
 #include <span>
 
 #include "app/Form_main.h"
+#include "app/window_pictures.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "database/survey_database.h"
@@ -376,6 +380,25 @@ class SurveyWorkTest : public QObject {
     item("menu_Recalculate_merged")->trigger();
     QVERIFY(made::whole_readings_table() == spoilt);  // stopped before the first station
     QCOMPARE(interface_->take_messages(), Messages{});
+  }
+
+  void every_window_gets_its_picture() {
+    new_survey();
+    QCOMPARE(import_folder("field"), imported);
+    const std::string readings = made::whole_readings_table();
+    const QDir pictures(QString::fromStdString(folder_->path("pictures")));
+    QCOMPARE(save_window_pictures(*window_, pictures.path()), 0);
+    QSet<QByteArray> different;
+    const QStringList files = pictures.entryList({"*.png"});
+    for (const QString& file : files) {
+      QVERIFY2(!QImage(pictures.filePath(file)).isNull(), qPrintable(file));
+      different.insert(QByteArray::fromStdString(file_contents(pictures.filePath(file).toStdString())));
+    }
+    QVERIFY(files.size() >= 11);
+    QCOMPARE(different.size(), files.size());
+    QVERIFY(made::whole_readings_table() == readings);
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+    QCOMPARE(interface_->take_messages().back(), std::string("Data scan complete"));
   }
 };
 
