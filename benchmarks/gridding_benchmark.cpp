@@ -42,11 +42,14 @@ void random_points(benchmark::State& state) {
 void section_points(benchmark::State& state) {
   const auto side = static_cast<std::size_t>(state.range(0));
   std::vector<vexminc::ScatteredPoint> points;
-  for (double x = 0.0; x <= 1.0; x += 10.0 / static_cast<double>(side)) {
+  for (std::size_t column = 0; column < side; column += 10) {
+    const double x = static_cast<double>(column) / static_cast<double>(side - 1);
     double y = 1.0;
-    for (double layer = 4.0 / static_cast<double>(side); y > layer; layer *= 1.12) {
+    double layer = 4.0 / static_cast<double>(side);
+    while (y > layer) {
       points.push_back({x, y - 0.5 * layer, x + 0.3 * y > 0.6 ? 3.0 : 1.0});
       y -= layer;
+      layer *= 1.12;
     }
   }
   grid(state, points, side);

@@ -18,7 +18,8 @@ mt2dresponse::Section blocks(std::size_t columns, std::size_t rows) {
   for (std::size_t row = 0; row < rows; ++row) {
     section.row_heights.push_back(20.0 * std::pow(1.08, static_cast<double>(row)));
     for (std::size_t column = 0; column < columns; ++column) {
-      const double wave = std::sin(0.7 * static_cast<double>(column / 2) + 0.9 * static_cast<double>(row));
+      const std::size_t block = column / 2;
+      const double wave = std::sin(0.7 * static_cast<double>(block) + 0.9 * static_cast<double>(row));
       section.resistivities.insert(section.resistivities.end(), 4, std::pow(10.0, 2.0 + wave));
     }
   }
@@ -33,9 +34,9 @@ void response(benchmark::State& state) {
   for (std::size_t s = 0; s < 15; ++s) {
     sites.push_back(100.0 * static_cast<double>(s));
   }
-  std::vector<double> frequencies;
-  for (int f = 0; f < state.range(2); ++f) {
-    frequencies.push_back(300.0 * std::pow(0.75, f));
+  std::vector<double> frequencies(static_cast<std::size_t>(state.range(2)), 300.0);
+  for (std::size_t f = 1; f < frequencies.size(); ++f) {
+    frequencies[f] = 0.75 * frequencies[f - 1];
   }
   for (auto _ : state) {
     benchmark::DoNotOptimize(mt2dresponse::compute_response(section, sites, frequencies, {.threads = 1}));

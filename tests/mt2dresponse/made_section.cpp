@@ -23,9 +23,9 @@ std::vector<double> both_sides(const std::vector<double>& nodes) {
 }
 
 std::vector<double> even_nodes(double first, double step, double last) {
-  std::vector<double> nodes;
-  for (double at = first; at < last + 0.5 * step; at += step) {
-    nodes.push_back(at);
+  std::vector<double> nodes = {first};
+  while (nodes.back() < last - 0.5 * step) {
+    nodes.push_back(nodes.back() + step);
   }
   return nodes;
 }

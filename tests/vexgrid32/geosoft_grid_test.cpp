@@ -83,8 +83,9 @@ TEST(Geosoft_grid, Is_the_known_file_byte_for_byte) {
 TEST(Geosoft_grid, Puts_a_section_the_right_way_up) {
   RegularGrid grid = {{-300.0, -2000.0, 100.0, 5, 4}, {}};
   for (std::size_t node = 0; node < 20; ++node) {
+    const std::size_t row = node / 5;
     const double x = -300.0 + 100.0 * static_cast<double>(node % 5);
-    const double y = -2000.0 + 100.0 * static_cast<double>(node / 5);
+    const double y = -2000.0 + 100.0 * static_cast<double>(row);
     grid.values.push_back(x + y / 7.0);
   }
   const GeosoftGrid found = read_geosoft_grid(written(grid));

@@ -12,7 +12,7 @@ using Term = std::vector<std::pair<int, double>>;  // node and coefficient
 
 class Terms {
  public:
-  Terms(int columns, int rows) : columns_(columns), rows_(rows), matrix_(columns * rows, columns * rows) {}
+  Terms(int columns, int rows) : columns_(columns), rows_(rows) {}
   void add_bending() {
     for (int j = 0; j < rows_; ++j) {
       for (int i = 0; i < columns_; ++i) {
@@ -56,16 +56,17 @@ class Terms {
     }
     return term;
   }
-  [[nodiscard]] const Eigen::SparseMatrix<double>& matrix() {
-    matrix_.setFromTriplets(entries_.begin(), entries_.end());
-    return matrix_;
+  [[nodiscard]] Eigen::SparseMatrix<double> matrix() const {
+    const Eigen::Index nodes = Eigen::Index{columns_} * rows_;
+    Eigen::SparseMatrix<double> matrix(nodes, nodes);
+    matrix.setFromTriplets(entries_.begin(), entries_.end());
+    return matrix;
   }
 
  private:
   int columns_;
   int rows_;
   std::vector<Eigen::Triplet<double>> entries_;
-  Eigen::SparseMatrix<double> matrix_;
 };
 
 }  // namespace

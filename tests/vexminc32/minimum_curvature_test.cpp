@@ -198,8 +198,10 @@ TEST(Minimum_curvature, Noise_is_fitted_and_contradictions_stay_calm) {
   std::mt19937 random(6);
   std::normal_distribution<double> noise(0.0, 0.02);
   Points lines;
-  for (double y = 3.3; y < 149.0; y += 15.0) {
-    for (double x = 0.4; x < 199.0; x += 2.0) {
+  for (int line = 0; line < 10; ++line) {
+    for (int k = 0; k < 99; ++k) {
+      const double x = 0.4 + 2.0 * k;
+      const double y = 3.3 + 15.0 * line;
       lines.push_back({x, y, hills(x / 199.0, y / 149.0) + noise(random)});
     }
   }

@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "core/scope_guard.h"
+
 namespace mt2dresponse {
 
 namespace {
@@ -59,17 +61,28 @@ std::size_t job_threads(std::size_t count, std::size_t threads) {
 bool run_jobs(std::size_t count, std::size_t threads,
               const std::function<void(std::size_t, std::size_t)>& job,
               const std::function<bool(double)>& report) {
+  if (count == 0) {
+    return true;
+  }
   Progress progress;
   progress.running = job_threads(count, threads);
   std::vector<std::jthread> workers;
+  // Before the workers are waited for, also where the report throws.
+  const ScopeGuard stop_workers([&progress] {
+    const std::scoped_lock lock(progress.mutex);
+    progress.stop = true;
+  });
   for (std::size_t thread = 0; thread < job_threads(count, threads); ++thread) {
     workers.emplace_back([&, thread] { work(thread, count, job, progress); });
   }
   bool stopped = false;
   std::unique_lock lock(progress.mutex);
-  while (progress.running > 0) {
-    progress.changed.wait_for(lock, report_interval);
-    if (report && !stopped) {
+  for (bool finished = false; !finished;) {
+    if (progress.running > 0) {
+      progress.changed.wait_for(lock, report_interval);
+    }
+    finished = progress.running == 0;
+    if (report && !stopped && !progress.failure) {
       const double share = static_cast<double>(progress.done) / static_cast<double>(count);
       lock.unlock();
       stopped = !report(share);
@@ -77,8 +90,6 @@ bool run_jobs(std::size_t count, std::size_t threads,
       progress.stop = progress.stop || stopped;
     }
   }
-  lock.unlock();
-  workers.clear();
   if (progress.failure) {
     std::rethrow_exception(progress.failure);
   }
