@@ -7,10 +7,10 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "platform/widgets/check_cells.h"
-#include "platform/widgets/panel_controls.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "platform/widgets/check_cells.h"
+#include "platform/widgets/panel_controls.h"
 
 Form_frequency::Form_frequency(Module_database::FrequencySelection selection, QWidget* parent)
     : QDialog(parent),

@@ -10,13 +10,13 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "platform/widgets/panel_controls.h"
 #include "app/picture_raw_data.h"
 #include "app/picture_site_map.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "display/plan_view.h"
+#include "platform/widgets/panel_controls.h"
 
 using namespace Module_display_data;
 

@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "platform/widgets/panel_controls.h"
 #include "app/picture_repeats.h"
 #include "app/picture_stats.h"
 #include "app/use_switches.h"
@@ -16,6 +15,7 @@
 #include "core/session_state.h"
 #include "display/point_texts.h"
 #include "display/raw_plot.h"
+#include "platform/widgets/panel_controls.h"
 #include "reduction/masks.h"
 #include "reduction/repeat_data_set.h"
 

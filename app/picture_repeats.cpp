@@ -4,10 +4,10 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include "platform/widgets/check_cells.h"
-#include "platform/widgets/panel_controls.h"
 #include "core/number_text.h"
 #include "display/plot_colours.h"
+#include "platform/widgets/check_cells.h"
+#include "platform/widgets/panel_controls.h"
 #include "reduction/masks.h"
 #include "reduction/repeat_data_set.h"
 

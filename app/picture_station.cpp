@@ -7,13 +7,13 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-#include "platform/widgets/panel_controls.h"
 #include "app/use_switches.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "display/point_texts.h"
 #include "display/station_plot.h"
+#include "platform/widgets/panel_controls.h"
 #include "reduction/masks.h"
 #include "reduction/profile_data_set.h"
 

@@ -9,10 +9,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "platform/widgets/panel_controls.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "platform/widgets/panel_controls.h"
 
 using namespace Module_display_data;
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/widgets/panel_controls.h"
 #include "app/picture_plan_group.h"
 #include "app/picture_profile.h"
 #include "app/picture_raw_data.h"
@@ -14,6 +13,7 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
+#include "platform/widgets/panel_controls.h"
 
 using namespace Module_display_data;
 namespace averaged = Module_averaged_data;
