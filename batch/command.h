@@ -21,6 +21,7 @@ Command add_import_command(CLI::App& program);
 Command add_recalculate_command(CLI::App& program);
 Command add_info_command(CLI::App& program);
 Command add_curve_command(CLI::App& program);
+Command add_invert_command(CLI::App& program);
 Command add_plots_command(CLI::App& program);  // only in a build with windows
 Command add_rhoplus_command(CLI::App& program);
 Command add_occam_command(CLI::App& program);

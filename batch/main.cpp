@@ -11,19 +11,35 @@
 
 namespace {
 
+using AddCommand = Batch::Command (*)(CLI::App&);
+
+// In the order of --help.
+// clang-format off
+constexpr AddCommand add_commands[] = {
+    Batch::add_new_command,
+    Batch::add_import_command,
+    Batch::add_recalculate_command,
+    Batch::add_info_command,
+    Batch::add_curve_command,
+    Batch::add_zonge_command,
+    Batch::add_rhoplus_command,
+    Batch::add_invert_command,
+    Batch::add_occam_command,
+    Batch::add_occam_info_command,
+#ifdef BRENLOX_WINDOWS
+    Batch::add_plots_command,
+#endif
+};
+// clang-format on
+
 int run(int argument_count, char** arguments) {
   CLI::App program("Brenlox without a window: from field files to reduced curves.");
   program.footer("Exit status: 0 done, 1 failed with a message, 2 wrong usage.");
   program.require_subcommand(1);
-  std::vector<Batch::Command> commands{
-      Batch::add_new_command(program),         Batch::add_import_command(program),
-      Batch::add_recalculate_command(program), Batch::add_info_command(program),
-      Batch::add_curve_command(program),       Batch::add_rhoplus_command(program),
-      Batch::add_occam_command(program),       Batch::add_occam_info_command(program),
-      Batch::add_zonge_command(program)};
-#ifdef BRENLOX_WINDOWS
-  commands.push_back(Batch::add_plots_command(program));
-#endif
+  std::vector<Batch::Command> commands;
+  for (const AddCommand add : add_commands) {
+    commands.push_back(add(program));
+  }
   try {
     program.parse(argument_count, arguments);
   } catch (const CLI::ParseError& fault) {

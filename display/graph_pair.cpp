@@ -10,6 +10,8 @@ namespace {
 
 constexpr float frequency_cutoff = 0.001F;  // Hz
 
+}  // namespace
+
 void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
   graph.clear_graph();
   graph.set_xaxismin(static_cast<float>(plot.x.minimum));
@@ -22,8 +24,6 @@ void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
     graph.set_series_style(static_cast<int>(series), plot.series_styles[series]);
   }
 }
-
-}  // namespace
 
 GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
                                  QWidget* parent)

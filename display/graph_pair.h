@@ -11,6 +11,9 @@
 #include "platform/graph/pdf_pages.h"
 #include "reduction/masks.h"
 
+/// Hands a plot to a graph, which shows it with its next draw_graph.
+void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot);
+
 class GraphPairWidget : public QWidget {
   Q_OBJECT
 

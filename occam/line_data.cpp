@@ -56,15 +56,15 @@ void add_station(LineData& line, double station, const Module_output::RhoplusTab
     if (position < 0 || static_cast<std::size_t>(position) >= line.frequency_rows.size()) {
       continue;
     }
-    if (row[rhoplus_uses_resistivity] > 0.0F) {
-      const double rho = row[rhoplus_resistivity];
+    if (row.use_resistivity > 0.0F) {
+      const double rho = row.resistivity;
       add(position, electric_along_strike ? DataType::te_resistivity : DataType::tm_resistivity,
-          safe_log10(rho), resistivity_error(rho, row[rhoplus_model_resistivity], rule));
+          safe_log10(rho), resistivity_error(rho, row.model_resistivity, rule));
     }
-    if (row[rhoplus_uses_phase] > 0.0F) {
-      const double phase = row[rhoplus_phase];
+    if (row.use_phase > 0.0F) {
+      const double phase = row.phase;
       add(position, electric_along_strike ? DataType::te_phase : DataType::tm_phase, phase,
-          phase_error(phase, row[rhoplus_model_phase], rule));
+          phase_error(phase, row.model_phase, rule));
     }
   }
   if (line.rows.size() > rows_before) {

@@ -7,6 +7,8 @@
 
 namespace Module_output {
 
+enum class OutputKind { rhoplus = 0, zonge = 1 };  // in the order of the menu
+
 struct OutputLists {
   std::vector<std::string> lines;
   std::vector<float> dipoles;  // m

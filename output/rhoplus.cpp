@@ -1,7 +1,6 @@
 #include "output/rhoplus.h"
 
 #include <filesystem>
-#include <vector>
 
 #include "core/number_text.h"
 #include "core/scope_guard.h"
@@ -22,18 +21,6 @@ using Module_database::StoredReading;
 namespace {
 
 constexpr std::int32_t reduction_merged = 2;
-
-std::vector<double> stations_of(const RhoplusLine& selection) {
-  std::vector<double> stations;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT Station FROM ReadingsDataTable WHERE LineNumber = '" + selection.line +
-      "' AND ReferenceType = " + format_number(selection.reference_type, "0") +
-      " AND DipoleLength = " + criterion_text(selection.dipole) + " ORDER BY Station");
-  for (; !rows.eof(); rows.move_next()) {
-    stations.push_back(rows.get_double("Station"));
-  }
-  return stations;
-}
 
 /// Writes the control files; `batch` gets a line for each. @return 0, or -1 after a message
 int write_stations(const RhoplusLine& selection, const std::vector<double>& stations, const fs::path& folder,
@@ -66,6 +53,18 @@ int write_stations(const RhoplusLine& selection, const std::vector<double>& stat
 
 }  // namespace
 
+std::vector<double> rhoplus_stations(const RhoplusLine& selection) {
+  std::vector<double> stations;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT Station FROM ReadingsDataTable WHERE LineNumber = '" + selection.line +
+      "' AND ReferenceType = " + format_number(selection.reference_type, "0") +
+      " AND DipoleLength = " + criterion_text(selection.dipole) + " ORDER BY Station");
+  for (; !rows.eof(); rows.move_next()) {
+    stations.push_back(rows.get_double("Station"));
+  }
+  return stations;
+}
+
 int write_rhoplus_file(const std::string& path, const ReadingKey& key, RhoplusTables& tables) {
   tables = {};
   return trap_errors("An error occured while writing the rhoplus station data file ", [&] {
@@ -87,7 +86,7 @@ int output_rhoplus(const RhoplusLine& selection, const std::string& folder,
   counts = {};
   return trap_errors("An error occured while writing rhoplus data ", [&] {
     const BusyPointer busy;
-    const std::vector<double> stations = stations_of(selection);
+    const std::vector<double> stations = rhoplus_stations(selection);
     if (stations.empty()) {
       user_interface().show_message("There is no data for the specified line and data type");
       return -1;

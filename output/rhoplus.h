@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "database/reading.h"
 #include "output/rhoplus_data.h"
@@ -23,6 +24,9 @@ struct RhoplusLine {
   std::string data_type;  // ExHy, EyHx, ...
   float dipole = 0.0F;    // m
 };
+
+/// The stations of a line that have readings of this kind, m, ascending. Throws dao::Error.
+std::vector<double> rhoplus_stations(const RhoplusLine& selection);
 
 struct RhoplusCounts {
   int stations = 0;  // control files written

@@ -58,8 +58,14 @@ std::string data_line(float frequency, const Datum& rho, const Datum& phi) {
 }
 
 void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Datum& phi) {
-  tables.data.push_back({frequency, rho.value, rho.error, phi.value, phi.error, rho.used ? 1.0F : 0.0F,
-                         phi.used ? 1.0F : 0.0F, no_data, no_data});
+  vexmtutils::RhoplusRow& row = tables.data.emplace_back();
+  row.frequency = frequency;
+  row.resistivity = rho.value;
+  row.resistivity_error = rho.error;
+  row.phase = phi.value;
+  row.phase_error = phi.error;
+  row.use_resistivity = rho.used ? 1.0F : 0.0F;
+  row.use_phase = phi.used ? 1.0F : 0.0F;
   tables.data_lines += data_line(frequency, rho, phi);
 }
 

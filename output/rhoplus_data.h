@@ -3,32 +3,18 @@
 // Frequency Hz, ascending; resistivity ohm-m, with static factor and scale applied; phase degrees; errors are
 // one standard deviation, raised to the floors.
 #pragma once
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "database/reading.h"
 #include "output/rhoplus_settings.h"
+#include "platform/vexmtutils/rhoplus/rhoplus.h"
 
 namespace Module_output {
 
-enum RhoplusColumn : std::size_t {
-  rhoplus_frequency,
-  rhoplus_resistivity,
-  rhoplus_resistivity_error,
-  rhoplus_phase,
-  rhoplus_phase_error,
-  rhoplus_uses_resistivity,  // 1 or 0
-  rhoplus_uses_phase,
-  rhoplus_model_resistivity,  // no_data until the inversion fills it
-  rhoplus_model_phase,
-  rhoplus_column_count
-};
-
 /// One row a written frequency.
-using RhoplusData = std::vector<std::array<float, rhoplus_column_count>>;
+using RhoplusData = std::vector<vexmtutils::RhoplusRow>;
 
 /// Where the rows come from.
 struct RhoplusIndex {

@@ -208,6 +208,27 @@ TEST_F(Batch_program, Plots_makes_a_page_of_the_profile_and_of_each_station) {
   EXPECT_EQ(file_contents(folder_.path("line.pdf")), document);
 }
 
+TEST_F(Batch_program, Invert_gives_misfit_and_sheets_of_each_station) {
+  write_field_files(2);
+  import_field_files();
+  const std::vector<std::string> arguments{"invert", "survey.mdb",  "--line", "200E",     "--reference",
+                                           "0",      "--data-type", "ExHy",   "--dipole", "100"};
+  const Json stations = run_for_json(with(arguments, {"--json"}));
+  ASSERT_EQ(stations.size(), 2U);
+  EXPECT_EQ(stations[1]["station"], 200);
+  EXPECT_EQ(stations[1]["used_values"], 58);
+  const double chi = stations[1]["achieved_chi"];
+  EXPECT_GT(chi, 0.0);
+  EXPECT_LT(chi, stations[1]["target_chi"]) << "the errors of repeats allow more than their mean is off";
+  EXPECT_LT(stations[1]["optimality_gap"].get<double>(), 1e-4 * chi * chi);
+  ASSERT_GE(stations[1]["model"].size(), 2U);
+  EXPECT_LT(stations[1]["model"][0]["depth"], stations[1]["model"][1]["depth"]);
+
+  EXPECT_EQ(run(with(arguments, {"--json", "out.json"})).output, "");
+  EXPECT_EQ(Json::parse(file_contents(folder_.path("out.json"))), stations);
+  EXPECT_NE(run(arguments).output.find("Station 200: 58 values, chi "), std::string::npos);
+}
+
 TEST_F(Batch_program, A_scan_lists_stations_and_stores_nothing) {
   write_field_files(2);
   ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);

@@ -154,8 +154,8 @@ TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
     EXPECT_EQ(settings.apply_static, 1);
     EXPECT_EQ(key.data_type, "EyHx");
     for (auto& row : tables.data) {
-      row[Module_output::rhoplus_model_resistivity] = 110.0F;
-      row[Module_output::rhoplus_model_phase] = 50.0F;
+      row.model_resistivity = 110.0F;
+      row.model_phase = 50.0F;
     }
     return 0;
   };

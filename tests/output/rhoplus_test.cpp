@@ -106,10 +106,10 @@ TEST_F(Rhoplus, Errors_are_raised_to_the_floors) {
     reading.curve.value(4, 0) = c.phase_error;
     const RhoplusTables rows = tables(reading);
     ASSERT_EQ(rows.data.size(), 1U);
-    EXPECT_FLOAT_EQ(rows.data[0][rhoplus_resistivity], c.written);
-    EXPECT_FLOAT_EQ(rows.data[0][rhoplus_resistivity_error], c.written_error);
-    EXPECT_FLOAT_EQ(rows.data[0][rhoplus_phase_error], c.written_phase_error);
-    EXPECT_EQ(rows.data[0][rhoplus_model_resistivity], no_data);
+    EXPECT_FLOAT_EQ(rows.data[0].resistivity, c.written);
+    EXPECT_FLOAT_EQ(rows.data[0].resistivity_error, c.written_error);
+    EXPECT_FLOAT_EQ(rows.data[0].phase_error, c.written_phase_error);
+    EXPECT_EQ(rows.data[0].model_resistivity, no_data);
   }
 }
 
@@ -130,7 +130,7 @@ TEST_F(Rhoplus, Rows_without_data_and_switched_off_frequencies) {
             "    4.0000       10.00      6.00     20.00      4.00 0 0\r\n"
             "    8.0000        9.00      5.00      9.00      3.00 1 1\r\n");
   rhoplus_settings().exclude_negative_phase = 0;
-  EXPECT_EQ(tables(reading).data[1][rhoplus_uses_phase], 1.0F);
+  EXPECT_EQ(tables(reading).data[1].use_phase, 1.0F);
 
   (void)tables(reading);  // lists the frequencies
   session().frequency_enabled[0] = 0;

@@ -20,7 +20,7 @@ class Recorder final : public UserInterface {
     return select_file_to_open(request);
   }
   void set_busy_pointer(bool busy) override { recorded_.busy = busy; }
-  void process_events() override {}
+  void process_events() override { recorded_.events(); }
   void show_progress(std::string_view /*what*/, int percent) override {
     recorded_.progress.push_back(percent);
   }

@@ -17,6 +17,7 @@ struct Recorded {
   std::vector<int> progress;
   bool busy = false;
   std::function<bool()> stop = [] { return false; };
+  std::function<void()> events = [] {};  // runs where the logic lets events run
 };
 
 /// Installs a recording interface for the life of a test and puts the earlier one back.

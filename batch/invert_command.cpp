@@ -1,0 +1,142 @@
+// brenlox_batch invert: one-dimensional Rho+ inversion of every station of a line.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include <nlohmann/json.hpp>
+
+#include "batch/command.h"
+#include "batch/reading_option.h"
+#include "batch/rhoplus_option.h"
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/user_interface.h"
+#include "output/frequency_list_of.h"
+#include "platform/files/safe_files.h"
+#include "rhoplus/station_inversion.h"
+
+namespace Batch {
+namespace {
+
+using Module_rhoplus::StationInversion;
+using Json = nlohmann::ordered_json;
+
+struct InvertOptions {
+  std::string survey;
+  ReadingOption reading;
+  Module_output::RhoplusSettings settings;
+  std::string json_path;  // empty: a table on the standard output
+};
+
+Json model_json(const std::vector<vexmtutils::RhoplusLayer>& model) {
+  Json layers = Json::array();
+  for (const vexmtutils::RhoplusLayer& layer : model) {
+    const bool basement = layer.conductance >= vexmtutils::perfect_conductor;
+    layers.push_back({{"depth", decimal_of_single(layer.depth)},
+                      {"conductance", basement ? Json() : Json(decimal_of_single(layer.conductance))}});
+  }
+  return layers;
+}
+
+/// Conductances in S at depths in m; null stands for a perfect conductor.
+Json station_json(double station, const StationInversion& inversion) {
+  Json json{{"station", station}, {"status", inversion.run.status}};
+  if (inversion.run.status == vexmtutils::rhoplus_ran) {
+    json["used_values"] = inversion.run.used_values;
+    json["target_chi"] = decimal_of_single(inversion.run.target_chi);
+    json["achieved_chi"] = decimal_of_single(inversion.run.achieved_chi);
+    json["optimality_gap"] = inversion.run.optimality_gap;
+    json["model"] = model_json(inversion.run.model);
+  } else {
+    json["message"] = inversion.run.message.empty() ? "No data to invert" : inversion.run.message;
+  }
+  return json;
+}
+
+void print_station(double station, const StationInversion& inversion) {
+  std::cout << "Station " << plain_text(station) << ": ";
+  if (inversion.run.status != vexmtutils::rhoplus_ran) {
+    std::cout << (inversion.run.message.empty() ? "No data to invert" : inversion.run.message) << '\n';
+    return;
+  }
+  std::cout << inversion.run.used_values << " values, chi "
+            << format_number(inversion.run.achieved_chi, "0.00") << ", target "
+            << format_number(inversion.run.target_chi, "0.00") << '\n';
+  for (const vexmtutils::RhoplusLayer& layer : inversion.run.model) {
+    const bool basement = layer.conductance >= vexmtutils::perfect_conductor;
+    std::cout << "  " << format_number(layer.depth, "0.0") << " m  "
+              << (basement ? "perfect conductor" : plain_text(layer.conductance) + " S") << '\n';
+  }
+}
+
+/// Inverts each station; `results` gets one entry a station. @return 0, or -1 after a message
+int invert_stations(const InvertOptions& options, const std::vector<double>& stations, Json& results) {
+  const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+  for (std::size_t index = 0; index < stations.size(); ++index) {
+    user_interface().show_progress("Inverting", static_cast<int>(100 * index / stations.size()));
+    if (user_interface().stop_requested()) {
+      user_interface().show_message("Stopped; the stations so far are complete");
+      return -1;
+    }
+    StationInversion inversion;
+    if (Module_rhoplus::invert_station_in_memory(
+            {options.reading.line, stations[index], options.reading.reference_type, 0.0F,
+             options.reading.data_type, options.reading.dipole},
+            inversion) != 0) {
+      return -1;
+    }
+    results.push_back(station_json(stations[index], inversion));
+    if (options.json_path.empty()) {
+      print_station(stations[index], inversion);
+    }
+  }
+  return 0;
+}
+
+int invert_line(const InvertOptions& options) {
+  const std::vector<double> stations =
+      Module_output::rhoplus_stations({options.reading.line, options.reading.reference_type,
+                                       options.reading.data_type, options.reading.dipole});
+  if (stations.empty()) {
+    user_interface().show_message("There is no data for the specified line and data type");
+    return -1;
+  }
+  const Module_output::FrequencyListOf frequencies(options.reading.reference_type);
+  if (frequencies.status != 0) {
+    return -1;
+  }
+  Json results = Json::array();
+  const int status = invert_stations(options, stations, results);
+  if (options.json_path == "-") {
+    std::cout << results.dump(2) << '\n';
+  } else if (!options.json_path.empty()) {
+    safe_files::write_into_place(options.json_path, results.dump(2) + '\n');
+  }
+  return status;
+}
+
+int run_invert(InvertOptions& options) {
+  if (!options.json_path.empty() && options.json_path != "-") {
+    options.json_path =
+        std::filesystem::absolute(options.json_path).string();  // opening moves to the survey's folder
+  }
+  Module_output::rhoplus_settings() = options.settings;
+  return with_open_survey(options.survey, [&] { return invert_line(options); });
+}
+
+}  // namespace
+
+Command add_invert_command(CLI::App& program) {
+  const auto options = std::make_shared<InvertOptions>();
+  CLI::App* parser =
+      program.add_subcommand("invert", "Inverts each station of a line in one dimension: misfit and model");
+  add_survey_argument(*parser, options->survey);
+  add_reading_options(*parser, options->reading);
+  add_rhoplus_options(*parser, options->settings);
+  parser->add_option("--json", options->json_path, "write the results to this file as JSON; - prints them")
+      ->expected(0, 1)
+      ->default_str("-");
+  return {parser, [options] { return run_invert(*options); }};
+}
+
+}  // namespace Batch

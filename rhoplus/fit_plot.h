@@ -1,0 +1,29 @@
+// fit_plot.h: graphs of an inversion: data with errors against the response of the model, and the model.
+#pragma once
+#include <string>
+
+#include "display/pane_plot.h"
+#include "reduction/masks.h"
+#include "rhoplus/station_inversion.h"
+
+namespace Module_rhoplus {
+
+enum FitSeries : std::size_t { series_observed, series_model };
+
+/// The unmasked data of the merged curve as points, with the errors that the inversion used where it used
+/// them, and the response of the model as a line. Empty without a merged curve.
+Module_display_data::GraphPair fit_plot(const StationInversion& inversion);
+
+/// "Observed: 12.5000 Hz, 103.27 ohm-m +- 4.13"
+std::string fit_point_text(const Module_display_data::GraphPair& plot, std::size_t series, std::size_t point,
+                           Module_averaged_data::Component component);
+
+/// The sheets of the model as stems of conductance (S) at their depth (m), both axes logarithmic, a series a
+/// sheet. A sheet at the surface stands near the left edge; a perfect conductor at the bottom reaches the
+/// upper edge. Empty without a model.
+Module_display_data::PanePlot sheet_plot(const std::vector<vexmtutils::RhoplusLayer>& model);
+
+/// "Sheet 2 of 5: 1250 m, 12.4 S"; "Perfect conductor: 5200 m". Sheets count from 0 here.
+std::string sheet_text(const std::vector<vexmtutils::RhoplusLayer>& model, std::size_t sheet);
+
+}  // namespace Module_rhoplus

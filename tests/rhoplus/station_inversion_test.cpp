@@ -1,0 +1,159 @@
+#include "rhoplus/station_inversion.h"
+
+#include <cmath>
+#include <filesystem>
+
+#include "rhoplus/data_rows.h"
+#include "rhoplus/fit_plot.h"
+#include "samples/layered_earth.h"
+#include "tests/reduction/made_readings.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_rhoplus;
+using Module_averaged_data::Component;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class Station_inversion : public SurveyTest {
+ protected:
+  Station_inversion() { Module_output::rhoplus_settings() = {}; }
+
+  /// The merged curve over 100 ohm-m above 10 ohm-m below 500 m, exact, with errors of 2 ohm-m and 1 degree.
+  static StoredReading merged_over_two_layers() {
+    const std::vector<Module_samples::Layer> ground{{100.0, 500.0}, {10.0, 0.0}};
+    std::vector<made::Point> points;
+    for (float frequency = 0.125F; frequency < 5000.0F; frequency *= 4.0F) {
+      const auto impedance = Module_samples::surface_impedance(ground, double{frequency});
+      points.push_back(
+          {frequency, static_cast<float>(Module_samples::apparent_resistivity(impedance, double{frequency})),
+           static_cast<float>(Module_samples::phase_degrees(impedance))});
+    }
+    StoredReading reading = made::reading(points);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      reading.curve.value(3, i) = 2.0F;
+      reading.curve.value(4, i) = 1.0F;
+    }
+    return reading;
+  }
+  [[nodiscard]] fs::path folder_of_run() const { return folder.folder() / "NRRef" / key.line; }
+  static void store(const StoredReading& reading) {
+    made::store(key, 0, reading, 2, -1);
+    ASSERT_EQ(Module_database::load_reference_frequencies(0), 0);
+  }
+
+  inline static const ReadingKey key = made::key(0.0F, 1250.0);
+};
+
+}  // namespace
+
+TEST_F(Station_inversion, Of_an_exact_two_layer_curve) {
+  new_survey();
+  StoredReading reading = merged_over_two_layers();
+  reading.ResOffset = 2.0F;
+  store(reading);
+  StationInversion inversion;
+  ASSERT_EQ(invert_station(key, inversion), 0);
+  ASSERT_EQ(inversion.run.status, vexmtutils::rhoplus_ran) << inversion.run.message;
+  EXPECT_EQ(inversion.scale, 2.0F);
+  EXPECT_EQ(inversion.run.used_values, 16);
+  EXPECT_LT(inversion.run.achieved_chi, 0.01F) << "exact data of a layered ground are one-dimensional";
+  for (const vexmtutils::RhoplusRow& row : inversion.tables.data) {
+    EXPECT_NEAR(row.model_resistivity / row.resistivity, 1.0F, 1e-3F);
+    EXPECT_NEAR(row.model_phase, row.phase, 0.05F);
+  }
+  const fs::path run_folder = folder_of_run();
+  EXPECT_TRUE(fs::exists(run_folder / "tmd_1250.dat"));
+  EXPECT_EQ(file_contents((run_folder / "tmd_1250.out").string()), inversion.log);
+
+  StationInversion in_memory;
+  ASSERT_EQ(invert_station_in_memory(key, in_memory), 0);
+  EXPECT_EQ(in_memory.run.achieved_chi, inversion.run.achieved_chi);
+}
+
+TEST_F(Station_inversion, Without_data_leaves_no_files) {
+  new_survey();
+  StationInversion inversion;
+  ASSERT_EQ(invert_station(key, inversion), 0);
+  EXPECT_EQ(inversion.merged.ID, 0);
+  EXPECT_TRUE(fit_plot(inversion).empty());
+
+  StoredReading masked = merged_over_two_layers();
+  for (std::size_t i = 0; i < masked.curve.count(); ++i) {
+    masked.curve.masked_in(1, i) = 0;
+  }
+  store(masked);
+  ASSERT_EQ(invert_station(key, inversion), 0);
+  EXPECT_NE(inversion.merged.ID, 0);
+  EXPECT_EQ(inversion.run.status, vexmtutils::rhoplus_not_run);
+  EXPECT_FALSE(fs::exists(folder_of_run() / "tmd_1250.dat"));
+  EXPECT_FALSE(data_rows(inversion)[0].use_resistivity);
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(Station_inversion, A_folder_that_can_not_be_made_is_told) {
+  new_survey();
+  store(merged_over_two_layers());
+  ASSERT_FALSE(folder.write("NRRef", "in the way").empty());
+  StationInversion inversion;
+  EXPECT_EQ(invert_station(key, inversion), -1);
+  const Texts messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(messages[0].rfind("An error occurred while performing the 1d inversion: ", 0), 0U) << messages[0];
+}
+
+TEST_F(Station_inversion, Run_directories) {
+  EXPECT_EQ(run_directory("/surveys/a.mdb", 0, "200E"), fs::path("/surveys/NRRef/200E"));
+  EXPECT_EQ(run_directory("/surveys/a.mdb", 1, "200E"), fs::path("/surveys/RRef/200E"));
+  EXPECT_EQ(run_directory("a.mdb", 2, "../up/10"), fs::path("./XRef/.._up_10"));
+  EXPECT_EQ(run_directory("/surveys/a.mdb", 0, ".."), fs::path("/surveys/NRRef/__"));
+}
+
+TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
+  new_survey();
+  StoredReading reading = merged_over_two_layers();
+  reading.ResOffset = 2.0F;
+  reading.curve.masked_in(1, 2) = 0;
+  reading.curve.masked_in(2, 2) = 0;
+  store(reading);
+  StationInversion inversion;
+  ASSERT_EQ(invert_station(key, inversion), 0);
+
+  const Module_display_data::GraphPair plot = fit_plot(inversion);
+  const graph::PlotSeries& observed = plot.resistivity.table.series[series_observed];
+  EXPECT_FLOAT_EQ(static_cast<float>(observed.y[1]), 2.0F * reading.curve.value(1, 1));
+  EXPECT_FLOAT_EQ(static_cast<float>(observed.error[1]),
+                  std::max(4.0F, 0.04F * 2.0F * reading.curve.value(1, 1)));
+  EXPECT_LE(observed.y[2], graph::null_limit) << "masked";
+  EXPECT_EQ(plot.resistivity.table.series[series_model].y.size(), reading.curve.count() - 1);
+  EXPECT_EQ(fit_point_text(plot, series_observed, 99, Component::phase), "");
+  EXPECT_EQ(fit_point_text(plot, series_observed, 0, Component::phase).rfind("Observed: 0.1250 Hz, ", 0), 0U);
+
+  const std::vector<DataRowTexts> rows = data_rows(inversion);
+  ASSERT_EQ(rows.size(), reading.curve.count());
+  EXPECT_EQ(rows[0].texts[column_frequency], "0.1250");
+  EXPECT_TRUE(rows[1].use_resistivity);
+  EXPECT_EQ(rows[1].texts[column_observed_resistivity], rows[1].texts[column_inverted_resistivity]);
+  EXPECT_FALSE(rows[2].use_phase);
+  EXPECT_FALSE(rows[2].texts[column_observed_phase].empty()) << "masked data are shown in the grid";
+  EXPECT_EQ(rows[2].texts[column_inverted_phase], "");
+}
+
+TEST_F(Station_inversion, The_model_is_drawn_as_stems) {
+  EXPECT_TRUE(sheet_plot({}).table.series.empty());
+  const std::vector<vexmtutils::RhoplusLayer> model{{0.0F, 0.5F}, {250.0F, 40.0F}, {9000.0F, 1e30F}};
+  const Module_display_data::PanePlot plot = sheet_plot(model);
+  ASSERT_EQ(plot.table.series.size(), 3U);
+  EXPECT_LT(plot.x.minimum, 100.0);
+  EXPECT_GT(plot.x.maximum, 9000.0);
+  EXPECT_EQ(plot.y.minimum, 0.1);
+  EXPECT_EQ(plot.y.maximum, 100.0);
+  EXPECT_EQ(plot.table.series[0].x[0], 100.0) << "a sheet at the surface stands a decade above the next";
+  EXPECT_EQ(plot.table.series[1].y[1], 40.0);
+  EXPECT_EQ(plot.table.series[2].y[1], 100.0);
+  EXPECT_EQ(sheet_text(model, 1), "Sheet 2 of 3: 250.0 m, 40 S");
+  EXPECT_EQ(sheet_text(model, 2), "Perfect conductor: 9000.0 m");
+  EXPECT_EQ(sheet_text(model, 3), "");
+}
