@@ -11,6 +11,8 @@
 #include "app/Form_find_file.h"
 #include "app/Form_frequency.h"
 #include "app/output_panel.h"
+#include "app/picture_station.h"
+#include "app/rhoplus_windows.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
 #include "core/file_names.h"
@@ -23,6 +25,7 @@
 #include "database/frequency_store.h"
 #include "display/line_document.h"
 #include "import/Form_import_MTData.h"
+#include "output/rhoplus_settings.h"
 #include "platform/system/system_facts.h"
 #include "reduction/averages.h"
 #include "ui_Form_main.h"
@@ -57,6 +60,7 @@ Form_main::Form_main(QWidget* parent)
   version_->setText("Brenlox Version " + QString::fromStdString(session().version_text));
   initialise_from_system(display_facts(*screen()));
   Module_Brenlox::read_preferences();
+  Module_output::load_rhoplus_settings();
   size_from_preferences();
   session().hide_masked_data = false;
   session().coord_system = 0;
@@ -80,6 +84,8 @@ void Form_main::compose() {
   output_->setObjectName("Frame_store");
   ui_->display_layout->addWidget(output_);
   output_->hide();
+
+  rhoplus_ = new RhoplusWindows(*display_, *this);
 
   QFont calm_heading = ui_->Label_no_readings->font();
   calm_heading.setPointSizeF(calm_heading.pointSizeF() * 1.3);
@@ -125,14 +131,13 @@ void Form_main::connect_menus() {
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
-  connect(ui_->menu_output_data_1, &QAction::triggered, this, [this] {
-    if (output_->open_for_zonge()) {
-      ui_->Selection_row->hide();
-      ui_->Splitter_profile->hide();
-      output_->show();
-    }
-  });
+  connect(ui_->menu_output_data_0, &QAction::triggered, this,
+          [this] { show_output_panel(Module_output::OutputKind::rhoplus); });
+  connect(ui_->menu_output_data_1, &QAction::triggered, this,
+          [this] { show_output_panel(Module_output::OutputKind::zonge); });
   connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
+  connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
+  connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
@@ -195,6 +200,7 @@ void Form_main::resizer_timer_event() {
 
 void Form_main::closeEvent(QCloseEvent* event) {
   Module_Brenlox::write_preferences();
+  rhoplus_->close_results();
   event->accept();
 }
 
@@ -217,6 +223,7 @@ void Form_main::set_database_menus(bool open) {
   } else {
     ui_->Frame_display->hide();
     ui_->Picture_open->show();
+    rhoplus_->close_results();
     display_->clear();
   }
 }
@@ -263,6 +270,14 @@ void Form_main::show_panels(bool any_readings) {
   }
 }
 
+void Form_main::show_output_panel(Module_output::OutputKind kind) {
+  if (output_->open_for(kind)) {
+    ui_->Selection_row->hide();
+    ui_->Splitter_profile->hide();
+    output_->show();
+  }
+}
+
 void Form_main::survey_changed() {
   display_->reload();
   show_panels(session().station_count > 0);
@@ -292,6 +307,7 @@ void Form_main::recalculate_merged() {
 
 void Form_main::import_data() {
   Module_Brenlox::clear_undo();
+  rhoplus_->close_results();
   Form_import_MTData(this).exec();
   survey_changed();  // a run that failed or was stopped has stored files, too
 }

@@ -9,6 +9,7 @@
 
 #include "app/main_view.h"
 #include "database/table_rows.h"
+#include "output/output_choices.h"
 #include "platform/widgets/vex_control_resizer.h"
 
 namespace Ui {
@@ -16,6 +17,7 @@ class Form_main;
 }
 class QLabel;
 class OutputPanel;
+class RhoplusWindows;
 class SurveyDisplay;
 
 class Form_main : public QMainWindow, private MainView {
@@ -49,6 +51,7 @@ class Form_main : public QMainWindow, private MainView {
   void show_panels(bool any_readings);
   void survey_changed();
   void write_line_document();
+  void show_output_panel(Module_output::OutputKind kind);
   void recalculate_merged();
   void import_data();
   void select_frequencies();
@@ -61,4 +64,5 @@ class Form_main : public QMainWindow, private MainView {
   QLabel* version_;
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
+  RhoplusWindows* rhoplus_ = nullptr;
 };

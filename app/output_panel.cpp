@@ -6,7 +6,6 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
-#include "occam/Form_occam.h"
 #include "ui_output_panel.h"
 
 OutputPanel::OutputPanel(QWidget* parent)
@@ -23,16 +22,12 @@ OutputPanel::OutputPanel(QWidget* parent)
   connect(ui_->DirList, &QTreeView::pressed, this, [this] { folder_finds_place_ = false; });
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
-  connect(ui_->Command_occam, &QPushButton::clicked, this, [this] {
-    if (Module_occam::check_line_for_inversion() == 0) {
-      Form_occam({}, this).exec();
-    }
-  });
 }
 
 OutputPanel::~OutputPanel() = default;
 
-bool OutputPanel::open_for_zonge() {
+bool OutputPanel::open_for(Module_output::OutputKind kind) {
+  kind_ = kind;
   if (Module_output::read_output_lists(lists_) != 0) {
     return false;
   }
@@ -49,8 +44,10 @@ bool OutputPanel::open_for_zonge() {
     choice->setCurrentIndex(-1);
   }
   ui_->Label_numout->setText("0");
-  ui_->Frame_rhoplus->hide();
-  ui_->Frame_outputvariable->setTitle("Data to write as a Zonge AVG set");
+  const bool rhoplus = kind == Module_output::OutputKind::rhoplus;
+  ui_->Frame_rhoplus->setVisible(rhoplus);
+  ui_->Frame_outputvariable->setTitle(rhoplus ? "Data to write as Rho+ control files"
+                                              : "Data to write as a Zonge AVG set");
   ui_->Label_data_type->setText(QString::fromStdString(session().current_data_type));
   show_folder(QFileInfo(QString::fromStdString(session().database_file)).absolutePath());
   return true;
@@ -74,7 +71,13 @@ void OutputPanel::write() {
                                              ui_->Combo_output_datatype->currentIndex(),
                                              ui_->Combo_output_dipole->currentIndex(),
                                              folders_->filePath(ui_->DirList->currentIndex()).toStdString()};
-  static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, [this](int rows) {
+  const auto show_row_count = [this](int rows) {
     ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
-  }));
+  };
+  if (kind_ == Module_output::OutputKind::rhoplus) {
+    static_cast<void>(Module_output::write_chosen_rhoplus(
+        lists_, choices, ui_->Text_rhoplus_output_directory->text().toStdString(), show_row_count));
+  } else {
+    static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, show_row_count));
+  }
 }

@@ -18,8 +18,9 @@ class OutputPanel : public QFrame {
   explicit OutputPanel(QWidget* parent = nullptr);
   ~OutputPanel() override;
 
-  /// Fills the lists for writing Zonge sets. @return false after a message if the survey has nothing to write
-  bool open_for_zonge();
+  /// Fills the lists and shows what this kind of output needs. @return false after a message if the survey
+  /// has nothing to write
+  bool open_for(Module_output::OutputKind kind);
 
  Q_SIGNALS:
   /// The person is done with the panel.
@@ -33,5 +34,6 @@ class OutputPanel : public QFrame {
   std::unique_ptr<Ui::output_panel> ui_;
   QFileSystemModel* folders_;
   bool folder_finds_place_ = false;  // until the person takes the list in hand
+  Module_output::OutputKind kind_ = Module_output::OutputKind::zonge;
   Module_output::OutputLists lists_;
 };

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "app/use_switches.h"
@@ -30,11 +31,13 @@ StationPanel::StationPanel(QWidget* parent)
       Check_multi_station_(named(new QCheckBox("&Neighbours"), "Check_multi_station")),
       Check_multi_all_(named(new QCheckBox("&All"), "Check_multi_all")),
       Text_multi_count_(make_text("Text_multi_count", 3)),
-      Combo_multi_side_(make_list("Combo_multi_side")) {
+      Combo_multi_side_(make_list("Combo_multi_side")),
+      Command_invert_(named(new QPushButton("Invert"), "Command_invert")) {
   Text_static_->setToolTip("Static shift factor: multiplies the resistivities of the merged curve");
   Check_multi_station_->setToolTip(
       "Show the merged curves of neighbouring stations in place of the averages");
   Check_multi_all_->setToolTip("All stations of the line");
+  Command_invert_->setToolTip("One-dimensional inversion of the merged curve");
   Text_multi_count_->setText("2");
   Text_multi_count_->setToolTip("Stations on each side");
   Combo_multi_side_->addItems({"Both", "Before", "After"});
@@ -74,6 +77,7 @@ QHBoxLayout* StationPanel::make_neighbours() {
   row->addWidget(Combo_multi_side_);
   row->addWidget(Check_multi_all_);
   row->addStretch();
+  row->addWidget(Command_invert_);
   return row;
 }
 
@@ -90,6 +94,7 @@ void StationPanel::connect_controls() {
       }
     });
   }
+  connect(Command_invert_, &QPushButton::clicked, this, &StationPanel::inversion_wanted);
   connect(Text_static_, &QLineEdit::editingFinished, this, &StationPanel::leave_static_factor);
   for (const QCheckBox* const box : {Check_multi_station_, Check_multi_all_}) {
     connect(box, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(neighbours_changed()); });

@@ -14,6 +14,7 @@ class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QPushButton;
 
 class StationPanel : public QWidget {
   Q_OBJECT
@@ -37,6 +38,7 @@ class StationPanel : public QWidget {
   void chosen(const Module_display_data::Redisplay& redisplay);
   void edited();
   void static_factor_changed();
+  void inversion_wanted();
 
  private:
   QHBoxLayout* make_headings();
@@ -55,4 +57,5 @@ class StationPanel : public QWidget {
   QCheckBox* Check_multi_all_;
   QLineEdit* Text_multi_count_;
   QComboBox* Combo_multi_side_;
+  QPushButton* Command_invert_;
 };

@@ -34,6 +34,7 @@ void SurveyDisplay::connect_panels() {
     with_factor.draw_profile = true;
     with_factor.draw_station = true;
     draw(with_factor);
+    Q_EMIT data_changed();
   });
   connect(&raw_, &RawPanel::edited, this, &SurveyDisplay::redraw);
   connect(panels_.plan, &PlanPanel::station_picked, this,
@@ -111,6 +112,7 @@ void SurveyDisplay::redraw() {
   all.draw_station = true;
   all.draw_raw = true;
   draw(all);
+  Q_EMIT data_changed();
 }
 
 void SurveyDisplay::clear() {
@@ -129,9 +131,13 @@ void SurveyDisplay::display_station(int station_index, bool draw_profile) {
   redisplay.draw_profile |= draw_profile;
   draw(redisplay);
   panels_.plan->draw_plan();
+  Q_EMIT station_displayed();
 }
 
 void SurveyDisplay::apply(const Redisplay& redisplay) {
+  if (redisplay.close_rhoplus_results) {
+    Q_EMIT selection_changed();
+  }
   if (redisplay.station_to_display > 0) {
     display_station(redisplay.station_to_display);
   } else {

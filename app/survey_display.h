@@ -37,6 +37,15 @@ class SurveyDisplay : public QObject {
   void clear();
   void undo();
   void redo();
+  /// Shows a station of the survey, from 1.
+  void display_station(int station_index, bool draw_profile = false);
+
+ Q_SIGNALS:
+  void station_displayed();
+  /// The line, component, reference type or dipole length is another one now.
+  void selection_changed();
+  /// What is shown of the current station has changed.
+  void data_changed();
 
  private:
   /// What the graphs were drawn for last.
@@ -50,7 +59,6 @@ class SurveyDisplay : public QObject {
   void connect_graphs();
   void apply(const Module_display_data::Redisplay& redisplay);
   void draw(const Module_display_data::Redisplay& redisplay);
-  void display_station(int station_index, bool draw_profile = false);
   void show_survey(const Module_display_data::SelectionLists& lists, bool read);
   void end_zoom_of_what_changed();
   void show_click(const Module_display_data::PointClick& click);

@@ -107,6 +107,17 @@ void decode_names_of_samples() {
   decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
 }
 
+/// The window that has come up beside another one without holding it; none as a rule.
+QWidget* window_beside(const QWidget& window) {
+  for (QWidget* const other : QApplication::topLevelWidgets()) {
+    if (other->parentWidget() == &window && other->isVisible() && !other->isModal() &&
+        other->windowType() == Qt::Window) {
+      return other;
+    }
+  }
+  return nullptr;
+}
+
 // Those that stand in the main window come at the ends, as they stay there.
 const WindowPicture pictures[] = {
     {"main_window"},
@@ -126,6 +137,15 @@ const WindowPicture pictures[] = {
      [](QWidget& window) {
        control<QLineEdit>(window, "Text_file_name").setText("sh");
        press(window, "Command_find_file_in_path");
+     }},
+    {"rhoplus_options", "menu_rhoplus_options"},
+    {"rhoplus_results", nullptr, [](QWidget& window) { press(window, "Command_invert"); }},
+    {"rhoplus_log", nullptr,
+     [](QWidget& window) {
+       press(window, "Command_invert");
+       if (const QWidget* const results = window_beside(window)) {
+         press(*results, "Command_rhoplus_log");
+       }
      }},
     {"output_panel", "menu_output_data_1"},
 };
@@ -183,7 +203,11 @@ class Photographer : public QObject {
       return;  // of a window that this one has brought up
     }
     const QString file = QDir(folder_).filePath(QString(picture_->name) + ".png");
-    saved_ = window.grab().save(file, "PNG");
+    QWidget* const beside = window_beside(window);
+    saved_ = (beside != nullptr ? *beside : window).grab().save(file, "PNG");
+    if (beside != nullptr) {
+      beside->close();
+    }
     if (!saved_) {
       user_interface().show_message("The picture can't be written: " + file.toStdString());
     }

@@ -1,0 +1,63 @@
+#include "app/rhoplus_windows.h"
+
+#include "app/survey_display.h"
+#include "display/selection.h"
+#include "occam/Form_occam.h"
+#include "rhoplus/Form_rhoplus.h"
+#include "rhoplus/Form_rhoplus_inversion.h"
+
+RhoplusWindows::RhoplusWindows(SurveyDisplay& display, QWidget& main_window)
+    : QObject(&main_window), display_(display), main_window_(main_window) {
+  connect(&display, &SurveyDisplay::selection_changed, this, &RhoplusWindows::close_results);
+  connect(&display, &SurveyDisplay::station_displayed, this, [this] {
+    if (results_) {
+      results_->follow_station();
+    }
+  });
+  connect(&display, &SurveyDisplay::data_changed, this, [this] {
+    if (results_) {
+      results_->refresh_rhoplus_results();
+    }
+  });
+}
+
+void RhoplusWindows::edit_settings() {
+  Form_rhoplus(&main_window_).exec();
+  if (results_) {
+    results_->refresh_rhoplus_results();
+  }
+}
+
+void RhoplusWindows::show_results() {
+  if (results_ && results_->isVisible()) {  // one that has been closed goes with the next turn of the events
+    results_->raise();
+    results_->activateWindow();
+    return;
+  }
+  results_ = new Form_rhoplus_inversion(&main_window_);
+  results_->setAttribute(Qt::WA_DeleteOnClose);
+  connect(results_, &Form_rhoplus_inversion::station_chosen, &display_,
+          [this](int station_index) { display_.display_station(station_index); });
+  connect(results_, &Form_rhoplus_inversion::edited, &display_, &SurveyDisplay::redraw);
+  connect(results_, &Form_rhoplus_inversion::occam_requested, this, &RhoplusWindows::create_occam_inversion);
+  results_->show();
+  results_->refresh_rhoplus_results();
+}
+
+void RhoplusWindows::close_results() {
+  if (results_) {
+    results_->close();
+  }
+}
+
+void RhoplusWindows::create_occam_inversion() {
+  if (Module_occam::check_line_for_inversion() != 0) {
+    return;
+  }
+  const Module_occam::StationSteps steps{
+      [this](int place_in_line) {
+        display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
+      },
+      Module_rhoplus::fit_station};
+  Form_occam(steps, results_).exec();
+}

@@ -1,0 +1,236 @@
+// The windows of Rho+ inversion beside the main window, on a made line, by the named controls.
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableWidget>
+#include <QTest>
+#include <QTimer>
+#include <filesystem>
+#include <memory>
+
+#include "app/Form_main.h"
+#include "core/session_state.h"
+#include "database/survey_database.h"
+#include "output/rhoplus_settings.h"
+#include "platform/graph/VexGraphControl.h"
+#include "platform/settings_store/settings_store.h"
+#include "reduction/station_data_set.h"
+#include "rhoplus/Form_rhoplus.h"
+#include "rhoplus/Form_rhoplus_inversion.h"
+#include "tests/reduction/made_line.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+using Module_output::rhoplus_settings;
+
+class RhoplusWindowsTest : public QObject {
+  Q_OBJECT
+
+ private:
+  template <class Widget>
+  Widget* control(const QString& name) const {
+    return window_->findChild<Widget*>(name);
+  }
+  /// A control of the results window.
+  template <class Widget>
+  Widget* result(const QString& name) const {
+    return results()->findChild<Widget*>(name);
+  }
+  Form_rhoplus_inversion* results() const { return window_->findChild<Form_rhoplus_inversion*>(); }
+  void invert() const { QTest::mouseClick(control<QPushButton>("Command_invert"), Qt::LeftButton); }
+  QString chi() const { return result<QLineEdit>("Text_rhoplus_achieved_chi")->text(); }
+  void click_cell(int row, int column) const {
+    auto* const grid = result<QTableWidget>("Grid_inversion_data");
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                      grid->visualItemRect(grid->item(row, column)).center());
+  }
+
+  std::unique_ptr<TemporaryFolder> folder_;
+  std::unique_ptr<RecordingInterface> interface_;
+  std::unique_ptr<SettingsStore> earlier_store_;
+  std::unique_ptr<Form_main> window_;
+  std::filesystem::path started_in_ = std::filesystem::current_path();
+
+ private Q_SLOTS:
+  void init() {
+    reset_session_state();
+    Module_database::reset_module();
+    folder_ = std::make_unique<TemporaryFolder>();
+    std::filesystem::current_path(folder_->folder());
+    interface_ = std::make_unique<RecordingInterface>();
+    (*interface_)->events = [] { QCoreApplication::processEvents(); };
+    earlier_store_ = install_settings_store(std::make_unique<MemorySettingsStore>());
+    session().database_file = folder_->path("survey.mdb");
+    QCOMPARE(Module_database::create_database(), 0);
+    QCOMPARE(Module_database::open_database(), 0);
+    made::store_line(3);
+    dao::Recordset& files = Module_database::open_survey().files;
+    files.add_new();
+    files.set_text("LineNumber", "200E");
+    files.set_long("ReferenceType", 0);
+    files.set_single("DipoleLength", 50.0F);
+    files.update();
+    QCOMPARE(Module_database::close_database(), 0);
+    window_ = std::make_unique<Form_main>();
+    window_->resize(1280, 800);
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
+    QCoreApplication::processEvents();
+    QCOMPARE(session().current_station_index, 1);
+  }
+  void cleanup() {
+    window_.reset();
+    Module_database::reset_module();
+    install_settings_store(std::move(earlier_store_));
+    interface_.reset();
+    std::filesystem::current_path(started_in_);
+    folder_.reset();
+  }
+
+  void results_follow_the_main_window() {
+    invert();
+    QVERIFY(results() != nullptr);
+    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 100"));
+    QVERIFY(!chi().isEmpty());
+    QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_100.dat")));
+    QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_100.out")));
+    const int draws = result<VexGraphControl>("vxgraph_station_0")->draw_count();
+    control<QScrollBar>("HScroll_repeat");
+    QTest::keyClick(window_.get(), Qt::Key_Right);
+    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 200"));
+    QCOMPARE(result<QScrollBar>("HScroll_repeat")->value(), 2);
+    QCOMPARE(result<VexGraphControl>("vxgraph_station_0")->draw_count(), draws + 1);
+
+    result<QScrollBar>("HScroll_repeat")->setValue(3);
+    QCOMPARE(session().current_station, 300.0);
+    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 300"));
+    control<QComboBox>("Combo_dipole")->setCurrentIndex(-1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(results() == nullptr);
+  }
+
+  void a_cell_of_the_grid_masks_the_merged_point() {
+    invert();
+    const auto& merged = Module_averaged_data::station_data_set().slots.at(0).reading;
+    QCOMPARE(merged.curve.masked_in(1, 1), 1);
+    auto* const grid = result<QTableWidget>("Grid_inversion_data");
+    const QString inverted = grid->item(1, 3)->text();
+    QVERIFY(!inverted.isEmpty());
+    click_cell(1, 2);  // a value: nothing
+    QCOMPARE(merged.curve.masked_in(1, 1), 1);
+    click_cell(1, 1);
+    QCOMPARE(merged.curve.masked_in(1, 1), 0);
+    click_cell(1, 4);
+    QCOMPARE(merged.curve.masked_in(2, 1), 0);
+    QVERIFY2(grid->item(1, 3)->text().isEmpty(), "nothing is asked of the model without data");
+    window_->findChild<QAction*>("menu_undo")->trigger();
+    window_->findChild<QAction*>("menu_undo")->trigger();
+    QCOMPARE(grid->item(1, 3)->text(), inverted);
+  }
+
+  void without_resistivities_there_is_nothing_to_invert() {
+    invert();
+    for (int row = 0; row < result<QTableWidget>("Grid_inversion_data")->rowCount(); ++row) {
+      click_cell(row, 1);
+    }
+    QVERIFY(chi().isEmpty());
+    QCOMPARE(result<QPlainTextEdit>("Text_rhoplus_out")->toPlainText(), QString("No data to invert"));
+    QCOMPARE(result<QPushButton>("Command_rhoplus_log")->text(), QString("Results"));
+  }
+
+  void the_log_takes_the_place_of_the_grid() {
+    invert();
+    const auto* const log = result<QPlainTextEdit>("Text_rhoplus_out");
+    auto* const button = result<QPushButton>("Command_rhoplus_log");
+    QVERIFY(log->isHidden());
+    QCOMPARE(button->text(), QString("Data"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(log->isVisible());
+    QVERIFY(log->toPlainText().size() > 200);
+    QCOMPARE(button->text(), QString("Data"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(log->isHidden());
+    QCOMPARE(button->text(), QString("Results"));
+  }
+
+  void run_all_goes_to_the_end_of_the_line_or_stops() {
+    invert();
+    auto* const run = result<QPushButton>("Command_run_all");
+    QTest::mouseClick(run, Qt::LeftButton);
+    QCOMPARE(session().current_station, 300.0);
+    QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_200.out")));
+    QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_300.out")));
+    QCOMPARE(run->text(), QString("Run All"));
+    QVERIFY(result<QScrollBar>("HScroll_repeat")->isEnabled());
+
+    result<QScrollBar>("HScroll_repeat")->setValue(1);
+    QTimer::singleShot(0, run, [this, run] {
+      QCOMPARE(run->text(), QString("Stop Inverting"));
+      QVERIFY(!result<QScrollBar>("HScroll_repeat")->isEnabled());
+      QTest::mouseClick(run, Qt::LeftButton);
+    });
+    QTest::mouseClick(run, Qt::LeftButton);
+    QCOMPARE(session().current_station, 100.0);
+    QCOMPARE(run->text(), QString("Run All"));
+    QVERIFY(!session().updating_controls);
+  }
+
+  void closing_the_window_ends_a_run() {
+    invert();
+    QTimer::singleShot(0, results(), [this] { results()->close(); });
+    QTest::mouseClick(result<QPushButton>("Command_run_all"), Qt::LeftButton);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(results() == nullptr);
+    QVERIFY(!session().updating_controls);
+  }
+
+  void options_hold_at_once_and_are_kept() {
+    QTimer::singleShot(0, window_.get(), [] {
+      auto* const dialog = qobject_cast<Form_rhoplus*>(QApplication::activeModalWidget());
+      QVERIFY(dialog != nullptr);
+      auto* const name = dialog->findChild<QLineEdit*>("Text_rhoplus_root_name");
+      QCOMPARE(name->text(), QString("tmd"));
+      name->setText("run");
+      name->clear();
+      dialog->findChild<QLineEdit*>("Text_rhoplus_resistivity_scale")->setText("2.5");
+      dialog->findChild<QLineEdit*>("Text_rhoplus_res_error_floor")->setText("much");
+      dialog->findChild<QComboBox*>("Combo_rhoplus_surface")->setCurrentIndex(0);
+      dialog->findChild<QCheckBox*>("Check_rhoplus_apply_static")->click();
+      QTest::mouseClick(dialog->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
+    });
+    window_->findChild<QAction*>("menu_rhoplus_options")->trigger();
+    QCOMPARE(QString::fromStdString(rhoplus_settings().root_name), QString("run"));
+    QCOMPARE(rhoplus_settings().resistivity_scale, 2.5F);
+    QCOMPARE(rhoplus_settings().resistivity_error_floor, 4.0F);
+    Module_output::load_rhoplus_settings();
+    QCOMPARE(rhoplus_settings().root_name, std::string("run"));
+    QCOMPARE(rhoplus_settings().resistivity_scale, 1.0F);
+    QCOMPARE(rhoplus_settings().surface, 0);
+    QCOMPARE(rhoplus_settings().apply_static, 0);
+  }
+
+  void the_output_panel_writes_a_line() {
+    window_->findChild<QAction*>("menu_output_data_0")->trigger();
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+    QVERIFY(control<QWidget>("Frame_rhoplus")->isVisible());
+    control<QComboBox>("Combo_output_linelist")->setCurrentIndex(0);
+    control<QComboBox>("Combo_output_datatype")->setCurrentIndex(0);
+    control<QComboBox>("Combo_output_dipole")->setCurrentIndex(0);
+    control<QLineEdit>("Text_rhoplus_output_directory")->setText("rho");
+    QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{"Data output completed"});
+    QCOMPARE(file_contents(folder_->path("rho/tmd_run.bat")),
+             std::string("rhopp < tmd_100.dat\r\nrhopp < tmd_200.dat\r\nrhopp < tmd_300.dat\r\n"));
+    window_->findChild<QAction*>("menu_output_data_1")->trigger();
+    QVERIFY(!control<QWidget>("Frame_rhoplus")->isVisible());
+  }
+};
+
+QTEST_MAIN(RhoplusWindowsTest)
+#include "rhoplus_windows_test.moc"
