@@ -24,6 +24,23 @@ void MemorySettingsStore::set_value(std::string_view application, std::string_vi
                            std::string(value));
 }
 
+std::vector<std::string> MemorySettingsStore::keys(std::string_view application,
+                                                   std::string_view section) const {
+  std::vector<std::string> found;
+  for (auto entry = values_.lower_bound({std::string(application), std::string(section), std::string()});
+       entry != values_.end() && std::get<0>(entry->first) == application &&
+       std::get<1>(entry->first) == section;
+       ++entry) {
+    found.push_back(std::get<2>(entry->first));
+  }
+  return found;
+}
+
+void MemorySettingsStore::remove(std::string_view application, std::string_view section,
+                                 std::string_view key) {
+  values_.erase({std::string(application), std::string(section), std::string(key)});
+}
+
 SettingsStore& settings_store() { return *installed_store(); }
 
 std::unique_ptr<SettingsStore> install_settings_store(std::unique_ptr<SettingsStore> store) {

@@ -2,13 +2,14 @@
 // key.
 //
 // Everything is text: a caller turns numbers into text with the procedures of core/number_text.h, so that a
-// stored value reads the same in every locale. Section and key are free texts without "/".
+// stored value reads the same in every locale. Section is a free text without "/", a key is any text.
 #pragma once
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <vector>
 
 class SettingsStore {
  public:
@@ -23,6 +24,13 @@ class SettingsStore {
 
   virtual void set_value(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view value) = 0;
+
+  /// The keys of a section, each once; their order says nothing.
+  [[nodiscard]] virtual std::vector<std::string> keys(std::string_view application,
+                                                      std::string_view section) const = 0;
+
+  /// Removes a key with its value; one that isn't there is no error.
+  virtual void remove(std::string_view application, std::string_view section, std::string_view key) = 0;
 };
 
 /// Keeps its values for its own life only: for tests, and for programs that must leave no trace.
@@ -32,6 +40,9 @@ class MemorySettingsStore final : public SettingsStore {
                                   std::string_view key, std::string_view default_value) const override;
   void set_value(std::string_view application, std::string_view section, std::string_view key,
                  std::string_view value) override;
+  [[nodiscard]] std::vector<std::string> keys(std::string_view application,
+                                              std::string_view section) const override;
+  void remove(std::string_view application, std::string_view section, std::string_view key) override;
 
  private:
   std::map<std::tuple<std::string, std::string, std::string>, std::string> values_;

@@ -8,4 +8,7 @@ class QtSettingsStore final : public SettingsStore {
                                   std::string_view key, std::string_view default_value) const override;
   void set_value(std::string_view application, std::string_view section, std::string_view key,
                  std::string_view value) override;
+  [[nodiscard]] std::vector<std::string> keys(std::string_view application,
+                                              std::string_view section) const override;
+  void remove(std::string_view application, std::string_view section, std::string_view key) override;
 };

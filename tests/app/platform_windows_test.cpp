@@ -4,15 +4,19 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSettings>
 #include <QSplitterHandle>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 
 #include "platform/widgets/vex_control_resizer.h"
 #include "platform/widgets/vex_splitter.h"
 #include "platform/windows/file_filter.h"
 #include "platform/windows/progress_dialog.h"
+#include "platform/windows/qt_settings_store.h"
 #include "platform/windows/qt_user_interface.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -66,6 +70,29 @@ class PlatformWindowsTest : public QObject {
     interface.wait_with_events(100);
     QVERIFY(time.elapsed() >= 95);
     QVERIFY(events >= 3);
+  }
+
+  void settings_keep_any_key_and_list_it() {
+    const TemporaryFolder folder;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       QString::fromStdString(folder.folder().string()));
+    QtSettingsStore store;
+    const std::vector<std::string> names{"GDA94 / MGA 55", "100% | a\\b; \"c\"", "%2F", "zone Süd"};
+    for (const std::string& name : names) {
+      store.set_value("Marrowgate", "Projection", name, "4283;2;" + name);
+    }
+    store.set_value("Marrowgate", "Brenlox", "ImportDirectory", "/data");
+    std::vector<std::string> keys = store.keys("Marrowgate", "Projection");
+    std::sort(keys.begin(), keys.end());
+    std::vector<std::string> expected = names;
+    std::sort(expected.begin(), expected.end());
+    QCOMPARE(keys, expected);
+    for (const std::string& name : names) {
+      QCOMPARE(store.value("Marrowgate", "Projection", name, ""), "4283;2;" + name);
+      store.remove("Marrowgate", "Projection", name);
+    }
+    QVERIFY(store.keys("Marrowgate", "Projection").empty());
+    QCOMPARE(store.value("Marrowgate", "Brenlox", "ImportDirectory", ""), std::string("/data"));
   }
 
   void messages_show_their_text_as_it_is() {
