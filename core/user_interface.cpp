@@ -26,6 +26,11 @@ int busy_depth = 0;
 
 }  // namespace
 
+std::string UserInterface::ask_text(const std::string& /*prompt*/, const std::string& /*title*/,
+                                    const std::string& /*suggestion*/) {
+  return {};
+}
+
 UserInterface& user_interface() { return *installed_interface(); }
 
 std::unique_ptr<UserInterface> install_user_interface(std::unique_ptr<UserInterface> interface) {

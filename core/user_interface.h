@@ -35,6 +35,11 @@ class UserInterface {
   /// @return the chosen path, empty when cancelled
   virtual std::string select_file_to_create(const FileDialogRequest& request) = 0;
 
+  /// Asks for a line of text. An interface that has no one to ask gives none.
+  /// @return the text without blanks at its ends, empty when cancelled
+  virtual std::string ask_text(const std::string& prompt, const std::string& title,
+                               const std::string& suggestion);
+
   /// Shows or takes back the busy pointer. Use BusyPointer, which nests.
   virtual void set_busy_pointer(bool busy) = 0;
 

@@ -38,6 +38,10 @@ class WindowInterface final : public UserInterface {
   std::string select_file_to_create(const FileDialogRequest& request) override {
     return earlier->select_file_to_create(request);
   }
+  std::string ask_text(const std::string& prompt, const std::string& title,
+                       const std::string& suggestion) override {
+    return earlier->ask_text(prompt, title, suggestion);
+  }
   void set_busy_pointer(bool busy) override { earlier->set_busy_pointer(busy); }
 
   void process_events() override {

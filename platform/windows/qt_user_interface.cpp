@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -86,6 +87,16 @@ std::string QtUserInterface::select_file_to_open(const FileDialogRequest& reques
 std::string QtUserInterface::select_file_to_create(const FileDialogRequest& request) {
   const OrdinaryPointer pointer(busy_);
   return select_file(request, QFileDialog::AcceptSave);
+}
+
+std::string QtUserInterface::ask_text(const std::string& prompt, const std::string& title,
+                                      const std::string& suggestion) {
+  const OrdinaryPointer pointer(busy_);
+  return QInputDialog::getText(QApplication::activeWindow(), QString::fromStdString(title),
+                               QString::fromStdString(prompt), QLineEdit::Normal,
+                               QString::fromStdString(suggestion))
+      .trimmed()
+      .toStdString();
 }
 
 void QtUserInterface::set_busy_pointer(bool busy) {

@@ -15,6 +15,8 @@ class QtUserInterface : public UserInterface {
   bool ask_yes_no(const std::string& question) override;
   std::string select_file_to_open(const FileDialogRequest& request) override;
   std::string select_file_to_create(const FileDialogRequest& request) override;
+  std::string ask_text(const std::string& prompt, const std::string& title,
+                       const std::string& suggestion) override;
   void set_busy_pointer(bool busy) override;
 
   /// Input for the windows waits until the work is over, unless the progress dialog is up: a menu item

@@ -1,6 +1,7 @@
 // The Qt side of what the logic asks of a person, and the splitter with its resizer.
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
@@ -118,6 +119,20 @@ class PlatformWindowsTest : public QObject {
     QVERIFY(!interface.ask_yes_no("Overwrite?"));
     when_shown<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::Yes)->click(); });
     QVERIFY(interface.ask_yes_no("Overwrite?"));
+  }
+
+  void a_text_asked_for_is_given_or_nothing() {
+    QtUserInterface interface;
+    when_shown<QInputDialog>([](QInputDialog* dialog) {
+      QCOMPARE(dialog->windowTitle(), QString("Projection Name"));
+      QCOMPARE(dialog->labelText(), QString("Enter the name"));
+      QCOMPARE(dialog->textValue(), QString("MGA 55"));
+      dialog->setTextValue("  MGA 56 ");
+      dialog->accept();
+    });
+    QCOMPARE(interface.ask_text("Enter the name", "Projection Name", "MGA 55"), std::string("MGA 56"));
+    when_shown<QInputDialog>([](QInputDialog* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+    QCOMPARE(interface.ask_text("Enter the name", "Projection Name", "MGA 55"), std::string());
   }
 
   void a_message_in_busy_work_has_an_ordinary_pointer() {

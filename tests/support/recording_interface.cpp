@@ -19,6 +19,11 @@ class Recorder final : public UserInterface {
   std::string select_file_to_create(const FileDialogRequest& request) override {
     return select_file_to_open(request);
   }
+  std::string ask_text(const std::string& prompt, const std::string& /*title*/,
+                       const std::string& /*suggestion*/) override {
+    recorded_.prompts.push_back(prompt);
+    return take(recorded_.text_answers);
+  }
   void set_busy_pointer(bool busy) override { recorded_.busy = busy; }
   void process_events() override { recorded_.events(); }
   void show_progress(std::string_view /*what*/, int percent) override {

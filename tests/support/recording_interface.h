@@ -14,6 +14,8 @@ struct Recorded {
   std::vector<FileDialogRequest> file_dialogs;
   std::deque<bool> yes_no_answers;       // No when empty
   std::deque<std::string> path_answers;  // cancelled when empty
+  std::vector<std::string> prompts;
+  std::deque<std::string> text_answers;  // cancelled when empty
   std::vector<int> progress;
   bool busy = false;
   std::function<bool()> stop = [] { return false; };
