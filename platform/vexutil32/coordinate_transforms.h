@@ -1,0 +1,101 @@
+// coordinate_transforms.h: from latitude and longitude to map coordinates and back, on PROJ.
+//
+// Conventions: angles in degrees, north and east positive; lengths in metres. Latitude and longitude are on
+// the system's own datum: nothing is shifted from one datum to another, so that no shift grid is needed and a
+// result is the same on every machine. PROJ never asks the network. Errors of the projections are below 0.001
+// mm within their usual regions (transverse Mercator: Poder and Engsager's series, within 3900 km of the
+// central meridian).
+#pragma once
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace vexutil32 {
+
+enum Projection : std::int32_t {
+  projection_geographic = 0,  // longitude and latitude themselves
+  projection_australian_map_grid = 1,
+  projection_utm = 2,
+  projection_lambert_conformal = 3,
+  projection_albers = 4,
+  projection_equidistant_conic = 5,
+  projection_epsg_3857 = 6,
+};
+
+enum Hemisphere : std::int32_t {
+  hemisphere_from_latitude = 0,  // also any number without a meaning of its own
+  hemisphere_north = 1,
+  hemisphere_south = 2,
+};
+
+/// The twelve values that define a map coordinate system. Which of them count depends on the projection.
+struct CoordinateSystemValues {
+  std::int32_t projection = projection_geographic;
+  std::int32_t datum = 0;  // EPSG number of a geographic coordinate system, see find_datum
+  std::int32_t hemisphere = hemisphere_from_latitude;
+  double origin_longitude = 0.0;     // central meridian of a conic projection
+  double origin_latitude = 0.0;      // latitude of its false origin
+  double standard_parallel_1 = 0.0;  // conic projections
+  double standard_parallel_2 = 0.0;
+  double scale_factor =
+      0.0;  // 0: the usual one, 0.9996 of a zone, 1 of Lambert's projection; others have none
+  double false_easting = 0.0;    // 0 in a zone: 500 000
+  double false_northing = 0.0;   // 0 in a zone: 10 000 000 south of the equator
+  std::int32_t zone_number = 0;  // from 1 at 180 W eastwards; 0: the zone that the longitude lies in
+  double zone_width = 0.0;       // degrees
+
+  bool operator==(const CoordinateSystemValues&) const = default;
+};
+
+/// What ll2en works with; computed once for a system. All zeros is no system.
+using TransformParameters = std::array<double, 20>;
+
+struct GeographicPlace {
+  double latitude = 0.0;
+  double longitude = 0.0;
+};
+
+struct MapPlace {
+  double easting = 0.0;
+  double northing = 0.0;
+  std::int32_t zone_number = 0;    // 0 for a projection without zones
+  bool counts_from_south = false;  // the northing has the false northing of southern zones
+};
+
+struct Datum {
+  std::string name;
+  std::string ellipsoid;
+  double semi_major_axis = 0.0;  // m
+  double semi_minor_axis = 0.0;
+};
+
+/// The datum of a number: that of the geographic coordinate system with this EPSG number, such as 4326 for
+/// WGS 84, if its longitudes count from Greenwich in degrees. Throws std::runtime_error if PROJ's tables are
+/// missing.
+std::optional<Datum> find_datum(std::int32_t number);
+
+/// Numbers of the datums that surveys use most, for a list to choose from.
+std::span<const std::int32_t> common_datums();
+
+/// The number of zones of this width around the earth; 0 if the width is not above 0.
+double zone_count(double zone_width);
+
+/// The central meridian of a zone that counts from 1.
+double central_meridian(double zone_number, double zone_width);
+
+/// True if ll2en works on an ellipsoid taken in place of an unknown datum's: WGS 84's, for the Australian Map
+/// Grid the Australian National Spheroid. The projections 0 and 6 need no datum.
+bool datum_is_replaced(const CoordinateSystemValues& values);
+
+/// Throws std::runtime_error, with the reason, for values that define no system.
+TransformParameters crdprm(const CoordinateSystemValues& values);
+
+/// Throws std::runtime_error for a place that the system can't show.
+MapPlace ll2en(const TransformParameters& parameters, const GeographicPlace& place);
+
+/// The way back; `place` says which zone its coordinates are in where the system has zones. Throws likewise.
+GeographicPlace en2ll(const TransformParameters& parameters, const MapPlace& place);
+
+}  // namespace vexutil32
