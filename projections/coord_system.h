@@ -1,0 +1,40 @@
+// coord_system.h: one named map coordinate system, how it is tested and made ready for use.
+#pragma once
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/vexutil32/coordinate_transforms.h"
+
+namespace Module_projections {
+
+/// A definition: the twelve values (angles in degrees, lengths in metres) under a name.
+struct CoordSystem : vexutil32::CoordinateSystemValues {
+  std::int32_t status = 0;
+  std::string name;  // before a "|" the name proper, behind it a description
+  vexutil32::TransformParameters transform_parameters{};  // all zeros until decoded
+
+  [[nodiscard]] const vexutil32::CoordinateSystemValues& values() const { return *this; }
+  void set_values(const vexutil32::CoordinateSystemValues& values) {
+    CoordinateSystemValues::operator=(values);
+  }
+};
+
+/// The name proper and the description of a definition's full name, without blanks at their ends.
+std::string name_part(std::string_view full_name);
+std::string description_part(std::string_view full_name);
+
+/// The full name of both; the name alone if there is no description.
+std::string joined_name(std::string_view name, std::string_view description);
+
+/// True if the twelve values are exactly equal; the names don't count.
+bool compare_coordinate_system_values(const CoordSystem& a, const CoordSystem& b);
+
+/// The first fault of the values, as its message words it; empty if there is none.
+std::string coordinate_system_fault(const vexutil32::CoordinateSystemValues& values);
+
+/// Tests a definition and computes its transform parameters.
+/// @return 0, or -1 after a message; the parameters are then as before
+[[nodiscard]] int decode_coordinate_system(CoordSystem& definition);
+
+}  // namespace Module_projections

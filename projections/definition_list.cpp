@@ -1,0 +1,179 @@
+#include "projections/definition_list.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "core/debug_log.h"
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "platform/settings_store/settings_store.h"
+#include "projections/value_fields.h"
+
+namespace Module_projections {
+
+namespace {
+
+using vexutil32::CoordinateSystemValues;
+
+constexpr std::string_view application = "Marrowgate";
+constexpr std::string_view section = "Projection";
+
+struct StoredField {
+  std::string_view name;
+  ValueField field;
+};
+
+using Values = CoordinateSystemValues;
+const std::array<StoredField, 12> stored_fields{{{"datum", &Values::datum},
+                                                 {"projection", &Values::projection},
+                                                 {"hemisphere", &Values::hemisphere},
+                                                 {"Origin_Longitude", &Values::origin_longitude},
+                                                 {"Origin_Latitude", &Values::origin_latitude},
+                                                 {"Standard_parallel_1", &Values::standard_parallel_1},
+                                                 {"Standard_parallel_2", &Values::standard_parallel_2},
+                                                 {"false_easting", &Values::false_easting},
+                                                 {"false_northing", &Values::false_northing},
+                                                 {"scale_factor", &Values::scale_factor},
+                                                 {"zone_width", &Values::zone_width},
+                                                 {"zone_number", &Values::zone_number}}};
+
+std::string key_of(std::string_view name) { return std::string(trimmed(name)); }
+
+void write_to_store(const CoordSystem& definition) {
+  settings_store().set_value(application, section, key_of(definition.name), definition_text(definition));
+}
+
+void add_sorted(const CoordSystem& definition) {
+  std::vector<CoordSystem>& list = coord_systems();
+  const std::string name = upper_case(definition.name);
+  const auto place = std::find_if(list.begin(), list.end(),
+                                  [&](const CoordSystem& listed) { return upper_case(listed.name) > name; });
+  list.insert(place, definition);
+}
+
+template <class Test>
+int index_of(Test test) {
+  const std::vector<CoordSystem>& list = coord_systems();
+  const auto found = std::find_if(list.begin(), list.end(), test);
+  return found == list.end() ? 0 : static_cast<int>(found - list.begin()) + 1;
+}
+
+}  // namespace
+
+std::vector<CoordSystem>& coord_systems() {
+  static std::vector<CoordSystem> list;
+  return list;
+}
+
+int load_coord_system_definitions() {
+  Module_debug::write_debug(1, "load_coord_system_definitions");
+  return trap_errors("An error occurred while adding the loading the coordinate system definitions ", [] {
+    coord_systems().clear();
+    for (const std::string& key : settings_store().keys(application, section)) {
+      std::string fault;
+      const auto values = definition_from_text(settings_store().value(application, section, key, ""), fault);
+      if (!values) {
+        Module_debug::write_debug(1, "coord_system " + fault + " invalid");
+        forget_definition(key);
+        continue;
+      }
+      CoordSystem definition;
+      definition.set_values(*values);
+      definition.name = key;
+      if (add_coord_definitions_to_list(definition) != 0) {
+        return -1;
+      }
+    }
+    return 0;
+  });
+}
+
+int save_coord_system_definitions(int index) {
+  Module_debug::write_debug(1, "save_coord_system_definitions ");
+  return trap_errors("An error occurred while adding the saving the coordinate system definitions: ", [&] {
+    const std::vector<CoordSystem>& list = coord_systems();
+    if (index > static_cast<int>(list.size())) {
+      throw std::out_of_range("there is no definition " + plain_text(index));
+    }
+    if (index > 0) {
+      write_to_store(list[static_cast<std::size_t>(index) - 1]);
+    } else {
+      std::for_each(list.begin(), list.end(), write_to_store);
+    }
+  });
+}
+
+int add_coord_definitions_to_list(const CoordSystem& definition) {
+  Module_debug::write_debug(1, "add_coord_definitions_to_list ");
+  const std::string what =
+      "An error occurred while adding the projection " + definition.name + " to the list: ";
+  return trap_errors(what, [&] {
+    const std::string name = key_of(definition.name);
+    if (name.empty()) {
+      return;
+    }
+    const auto same_name = [&](const CoordSystem& listed) { return equal_ignoring_case(listed.name, name); };
+    std::vector<CoordSystem>& list = coord_systems();
+    for (const CoordSystem& listed : list) {
+      if (same_name(listed) && compare_coordinate_system_values(listed, definition)) {
+        return;
+      }
+    }
+    std::erase_if(list, [&](const CoordSystem& listed) {
+      const bool replaced = same_name(listed) || compare_coordinate_system_values(listed, definition);
+      if (replaced && listed.name != name) {
+        forget_definition(listed.name);
+      }
+      return replaced;
+    });
+    CoordSystem added = definition;
+    added.name = name;
+    add_sorted(added);
+  });
+}
+
+void forget_definition(std::string_view name) { settings_store().remove(application, section, key_of(name)); }
+
+void clear_definitions() {
+  for (const std::string& key : settings_store().keys(application, section)) {
+    forget_definition(key);
+  }
+  coord_systems().clear();
+}
+
+int find_definition(std::string_view name) {
+  const std::string wanted = name_part(name);
+  return index_of(
+      [&](const CoordSystem& listed) { return equal_ignoring_case(name_part(listed.name), wanted); });
+}
+
+int find_definition(const CoordinateSystemValues& values) {
+  return index_of([&](const CoordSystem& listed) { return listed.values() == values; });
+}
+
+std::string definition_text(const CoordinateSystemValues& values) {
+  std::string text;
+  for (const StoredField& stored : stored_fields) {
+    text += (text.empty() ? "" : ";") + field_text(values, stored.field);
+  }
+  return text;
+}
+
+std::optional<CoordinateSystemValues> definition_from_text(std::string_view text, std::string& fault) {
+  CoordinateSystemValues values;
+  for (const StoredField& stored : stored_fields) {
+    const bool is_last = &stored == &stored_fields.back();
+    const std::size_t end = text.find(';');
+    const bool is_whole = is_last ? !text.empty() : end != std::string_view::npos;
+    if (!is_whole || !read_field(text.substr(0, end), stored.field, values)) {
+      fault = stored.name;
+      return std::nullopt;
+    }
+    text.remove_prefix(is_last ? text.size() : end + 1);
+  }
+  return values;
+}
+
+}  // namespace Module_projections

@@ -1,0 +1,50 @@
+// definition_list.h: the user's own list of coordinate systems, kept in the settings store.
+//
+// No name and no set of values stands in the list twice. Indices count from 1, as lists do; 0 is none.
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "projections/coord_system.h"
+
+namespace Module_projections {
+
+/// The definitions, sorted by their names in upper case.
+std::vector<CoordSystem>& coord_systems();
+
+/// Fills coord_systems from the store. A malformed entry is deleted from the store.
+/// @return 0, or -1 after a message
+[[nodiscard]] int load_coord_system_definitions();
+
+/// Writes a definition to the store; all of them for an index of 0 or less.
+/// @return 0, or -1 after a message
+[[nodiscard]] int save_coord_system_definitions(int index);
+
+/// Takes a definition into coord_systems, in the place of those with its name (in any case of letters) or its
+/// values. What stood under another name loses its key in the store; nothing is written there. One without a
+/// name is left out.
+/// @return 0, or -1 after a message
+[[nodiscard]] int add_coord_definitions_to_list(const CoordSystem& definition);
+
+/// Deletes a definition's key from the store.
+void forget_definition(std::string_view name);
+
+/// Empties the list and deletes every key of the store's section.
+void clear_definitions();
+
+/// The definition whose name proper is that of `name`, in any case of letters; 0 if there is none.
+int find_definition(std::string_view name);
+
+/// The definition with these values; 0 if there is none.
+int find_definition(const vexutil32::CoordinateSystemValues& values);
+
+/// The text under which the store keeps a definition: its values with ";" between them.
+std::string definition_text(const vexutil32::CoordinateSystemValues& values);
+
+/// The values of such a text. None for a malformed one; `fault` then names the first field that is.
+std::optional<vexutil32::CoordinateSystemValues> definition_from_text(std::string_view text,
+                                                                      std::string& fault);
+
+}  // namespace Module_projections

@@ -1,0 +1,199 @@
+#include "projections/projection_choice.h"
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "database/survey_database.h"
+#include "projections/definition_list.h"
+#include "projections/projection_file.h"
+#include "projections/survey_projection.h"
+
+namespace Module_projections {
+
+namespace {
+
+using vexutil32::CoordinateSystemValues;
+
+constexpr const char* name_in_use = "That name is already in use. Replace the existing definition?";
+
+const CoordSystem& at(int index) { return coord_systems()[static_cast<std::size_t>(index) - 1]; }
+
+bool has_selection(int index) {
+  if (index > 0) {
+    return true;
+  }
+  user_interface().show_message("You have to select an existing projection to perform this action");
+  return false;
+}
+
+// The definition that has these values already, after telling so; 0 if none does.
+int already_defined(const CoordinateSystemValues& values, int except) {
+  const int found = find_definition(values);
+  if (found == 0 || found == except) {
+    return 0;
+  }
+  user_interface().show_message("That projection is already defined as " + at(found).name);
+  return found;
+}
+
+// Keeps a definition in the store, from which the list is made anew.
+int keep(const CoordSystem& definition) {
+  if (add_coord_definitions_to_list(definition) == 0) {
+    (void)save_coord_system_definitions(find_definition(definition.values()));
+    (void)load_coord_system_definitions();
+  }
+  return find_definition(definition.name);
+}
+
+CoordSystem made(std::string name, const CoordinateSystemValues& values) {
+  CoordSystem definition;
+  definition.set_values(values);
+  definition.name = joined_name(name_part(name), description_part(name));
+  return definition;
+}
+
+bool is_current(const CoordSystem& definition) {
+  const CoordSystem& current = current_coord_system();
+  return equal_ignoring_case(name_part(definition.name), name_part(current.name)) &&
+         compare_coordinate_system_values(definition, current);
+}
+
+// Lets the user's list know a definition. False if the user wants to keep another one of that name.
+bool join_list(const CoordSystem& definition) {
+  const int same_name = find_definition(definition.name);
+  if (same_name > 0 && !compare_coordinate_system_values(at(same_name), definition)) {
+    if (!user_interface().ask_yes_no(name_in_use)) {
+      return false;
+    }
+    forget_definition(at(same_name).name);
+    coord_systems().erase(coord_systems().begin() + same_name - 1);
+  }
+  return add_coord_definitions_to_list(definition) == 0 &&
+         save_coord_system_definitions(find_definition(definition.values())) == 0;
+}
+
+FileDialogRequest definition_file_dialog(std::string title, std::string default_extension) {
+  FileDialogRequest request;
+  request.title = std::move(title);
+  request.filter = "Projection Definition Files (*.csv)|*.csv|All files (*.*)|*.*";
+  request.default_extension = std::move(default_extension);
+  request.suggested_name = projection_file_name;
+  return request;
+}
+
+}  // namespace
+
+void load_user_definitions() {
+  if (load_coord_system_definitions() != 0 || !coord_systems().empty() || !has_default_projection_file()) {
+    return;
+  }
+  std::string path;
+  if (read_coord_projection_file(path) == 0) {
+    (void)save_coord_system_definitions(0);
+  }
+}
+
+int save_current(int index, const CoordinateSystemValues& values) {
+  if (!has_selection(index)) {
+    return index;
+  }
+  const int other = already_defined(values, index);
+  return other > 0 ? other : keep(made(at(index).name, values));
+}
+
+int save_new(int index, const CoordinateSystemValues& values) {
+  if (const int other = already_defined(values, 0); other > 0) {
+    return other;
+  }
+  const std::string name =
+      user_interface().ask_text("Enter the name to use for the new projection", "Projection Name", "");
+  if (name_part(name).empty()) {
+    return index;
+  }
+  if (const int same_name = find_definition(name); same_name > 0) {
+    if (!user_interface().ask_yes_no(name_in_use)) {
+      return index;
+    }
+    forget_definition(at(same_name).name);
+    coord_systems().erase(coord_systems().begin() + same_name - 1);
+  }
+  return keep(made(name, values));
+}
+
+int delete_current(int index) {
+  if (!has_selection(index)) {
+    return index;
+  }
+  forget_definition(at(index).name);
+  coord_systems().erase(coord_systems().begin() + index - 1);
+  return 0;
+}
+
+std::string name_for(const CoordinateSystemValues& values, int index, const std::string& asked_name) {
+  const CoordSystem& current = current_coord_system();
+  if (index > 0 && at(index).values() == values) {
+    return at(index).name;
+  }
+  if (!current.name.empty() && current.values() == values) {
+    return current.name;
+  }
+  if (const int same_values = find_definition(values); same_values > 0) {
+    return at(same_values).name;
+  }
+  if (!asked_name.empty()) {
+    return asked_name;
+  }
+  return index > 0 ? at(index).name : current.name;
+}
+
+int use_projection(const CoordSystem& definition) {
+  CoordSystem decoded = definition;
+  if (name_part(decoded.name).empty()) {
+    user_interface().show_message("The projection has no name");
+    return -1;
+  }
+  if (decode_coordinate_system(decoded) != 0 || (!is_current(decoded) && !join_list(decoded))) {
+    return -1;
+  }
+  CoordSystem earlier = std::exchange(current_coord_system(), std::move(decoded));
+  if (Module_database::open_survey().database.is_open() && store_survey_projection() != 0) {
+    current_coord_system() = std::move(earlier);
+    return -1;
+  }
+  return 0;
+}
+
+void read_definition_file() {
+  (void)trap_errors("An error occurred while reading the Projection definition file: ", [] {
+    std::string path = user_interface().select_file_to_open(
+        definition_file_dialog("Projection Definition Files", std::string(projection_file_name)));
+    if (path.empty()) {
+      return 0;
+    }
+    return read_coord_projection_file(path) == 0 ? save_coord_system_definitions(0) : -1;
+  });
+}
+
+void save_definition_file() {
+  (void)trap_errors("An error occurred while writing the Projection definition file: ", [] {
+    const std::string path = user_interface().select_file_to_create(
+        definition_file_dialog("Select Projection Definition File to create", "csv"));
+    std::error_code missing;
+    if (path.empty() || (std::filesystem::exists(path, missing) &&
+                         !user_interface().ask_yes_no("That file already, exists, overwrite?"))) {
+      return 0;
+    }
+    return write_coord_projection_file(path);
+  });
+}
+
+void confirm_clear_definitions() {
+  if (user_interface().ask_yes_no("Confirm that all Projection transform definitions should be deleted")) {
+    clear_definitions();
+  }
+}
+
+}  // namespace Module_projections

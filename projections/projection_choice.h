@@ -1,0 +1,45 @@
+// projection_choice.h: what the buttons and menus of the projection dialog do.
+//
+// Indices count from 1 in coord_systems; 0 is none. A procedure that gives an index tells which definition
+// the list shows afterwards.
+#pragma once
+#include <string>
+
+#include "projections/coord_system.h"
+
+namespace Module_projections {
+
+/// Fills the list from the store; from the default file, which is then stored, while the store has nothing.
+void load_user_definitions();
+
+/// Writes the values to the definition at `index`, under the name it has.
+int save_current(int index, const vexutil32::CoordinateSystemValues& values);
+
+/// Asks for a name and keeps the values under it.
+/// @param index what the list shows now
+int save_new(int index, const vexutil32::CoordinateSystemValues& values);
+
+/// Deletes the definition at `index` from list and store.
+int delete_current(int index);
+
+/// The name under which values would be used: that of the definition that has them, of the survey's
+/// projection if it does, else the name that was asked for, else that of the definition at `index` or of the
+/// survey's projection.
+std::string name_for(const vexutil32::CoordinateSystemValues& values, int index,
+                     const std::string& asked_name);
+
+/// Makes a definition the survey's projection: tested, joined to the user's list if it is not the survey's
+/// already, current and stored in the open survey.
+/// @return 0; -1 after a message or a No: survey and current_coord_system are then as before
+[[nodiscard]] int use_projection(const CoordSystem& definition);
+
+/// Adds the definitions of a file that the user picks.
+void read_definition_file();
+
+/// Writes all definitions to a file that the user picks.
+void save_definition_file();
+
+/// Deletes all definitions, if the user confirms it.
+void confirm_clear_definitions();
+
+}  // namespace Module_projections

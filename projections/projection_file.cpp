@@ -1,0 +1,295 @@
+#include "projections/projection_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+
+#include "core/debug_log.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "platform/files/safe_files.h"
+#include "projections/definition_list.h"
+#include "projections/value_fields.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_projections {
+
+namespace {
+
+using Values = vexutil32::CoordinateSystemValues;
+
+constexpr std::string_view header =
+    "Name,Datum,projection,hemisphere,Origin_Longitude,Origin_Latitude,Standard_parallel_1,Standard_parallel_"
+    "2,"
+    "Description,False_easting,False_northing,Scale_factor,Zone_width,Zone_number,ERM";
+constexpr std::string_view name_column = "Name";
+constexpr std::string_view description_column = "Description";
+constexpr std::string_view no_definition = "None";
+constexpr std::uintmax_t largest_file = 16U << 20U;  // bytes; a hundred thousand definitions
+
+struct ValueColumn {
+  std::string_view title;
+  ValueField field;
+};
+
+const std::array<ValueColumn, 12> value_columns{{{"Datum", &Values::datum},
+                                                 {"projection", &Values::projection},
+                                                 {"hemisphere", &Values::hemisphere},
+                                                 {"Origin_Longitude", &Values::origin_longitude},
+                                                 {"Origin_Latitude", &Values::origin_latitude},
+                                                 {"Standard_parallel_1", &Values::standard_parallel_1},
+                                                 {"Standard_parallel_2", &Values::standard_parallel_2},
+                                                 {"False_easting", &Values::false_easting},
+                                                 {"False_northing", &Values::false_northing},
+                                                 {"Scale_factor", &Values::scale_factor},
+                                                 {"Zone_width", &Values::zone_width},
+                                                 {"Zone_number", &Values::zone_number}}};
+
+// The next line without its end, which is CR, LF or CR LF. False at the end of the text.
+bool take_line(std::string_view& text, std::string_view& line) {
+  if (text.empty()) {
+    return false;
+  }
+  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+  line = text.substr(0, end);
+  text.remove_prefix(end);
+  text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, text.size()));
+  return true;
+}
+
+bool is_definition(std::string_view line) {
+  return !trimmed(line).empty() && !line.starts_with(no_definition);
+}
+
+// Takes the text between quotes; a doubled quote stands for one. False if the closing one is missing.
+bool take_quoted(std::string_view& rest, std::string& field) {
+  rest.remove_prefix(1);
+  while (true) {
+    const std::size_t quote = rest.find('"');
+    field += rest.substr(0, quote);
+    if (quote == std::string_view::npos) {
+      return false;
+    }
+    rest.remove_prefix(quote + 1);
+    if (!rest.starts_with('"')) {
+      return true;
+    }
+    field += '"';
+    rest.remove_prefix(1);
+  }
+}
+
+std::vector<std::string> csv_fields(std::string_view line) {
+  std::vector<std::string> fields;
+  for (bool more = true; more;) {
+    std::string field;
+    std::string_view rest = line.substr(std::min(line.find_first_not_of(" \t"), line.size()));
+    if (rest.starts_with('"')) {
+      if (!take_quoted(rest, field)) {
+        throw std::runtime_error("a quote has no end");
+      }
+      line = rest;
+    }
+    const std::size_t comma = line.find(',');
+    field += line.substr(0, comma);
+    fields.emplace_back(trimmed(field));
+    more = comma != std::string_view::npos;
+    line.remove_prefix(more ? comma + 1 : line.size());
+  }
+  return fields;
+}
+
+// Where the columns stand, as the header tells.
+class Columns {
+ public:
+  explicit Columns(std::string_view header_line) : titles_(csv_fields(header_line)) {
+    name_ = required(name_column);
+    description_ = place_of(description_column);
+    std::transform(value_columns.begin(), value_columns.end(), values_.begin(),
+                   [this](const ValueColumn& column) { return required(column.title); });
+    last_ = std::max(name_, *std::max_element(values_.begin(), values_.end()));
+  }
+
+  [[nodiscard]] CoordSystem definition(std::string_view line) const {
+    const std::vector<std::string> fields = csv_fields(line);
+    if (fields.size() <= last_) {
+      throw std::runtime_error("there are " + std::to_string(fields.size()) + " columns where " +
+                               std::to_string(last_ + 1) + " are needed");
+    }
+    CoordSystem definition;
+    for (std::size_t index = 0; index < value_columns.size(); ++index) {
+      const std::string& text = fields[values_[index]];
+      if (!read_field(text, value_columns[index].field, definition)) {
+        const bool whole = std::holds_alternative<WholeNumber>(value_columns[index].field);
+        throw std::runtime_error("'" + text + "' in column " + std::string(value_columns[index].title) +
+                                 " is not a " + (whole ? "whole number" : "number"));
+      }
+    }
+    const bool described = description_ && *description_ < fields.size();
+    definition.name = joined_name(fields[name_], described ? fields[*description_] : std::string());
+    return definition;
+  }
+
+ private:
+  [[nodiscard]] std::optional<std::size_t> place_of(std::string_view title) const {
+    const auto found = std::find_if(titles_.begin(), titles_.end(), [&](const std::string& given) {
+      return equal_ignoring_case(given, title);
+    });
+    return found == titles_.end()
+               ? std::nullopt
+               : std::optional<std::size_t>(static_cast<std::size_t>(found - titles_.begin()));
+  }
+  [[nodiscard]] std::size_t required(std::string_view title) const {
+    const std::optional<std::size_t> place = place_of(title);
+    if (!place) {
+      throw std::runtime_error("the header has no column " + std::string(title));
+    }
+    return *place;
+  }
+
+  std::vector<std::string> titles_;
+  std::size_t name_ = 0;
+  std::optional<std::size_t> description_;
+  std::array<std::size_t, value_columns.size()> values_{};
+  std::size_t last_ = 0;  // of the columns that every line needs
+};
+
+std::string csv_field(std::string_view text) {
+  std::string field(text);
+  std::replace_if(
+      field.begin(), field.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  const bool needs_quotes =
+      field.find_first_of(",\"") != std::string::npos || field.starts_with(no_definition);
+  if (!needs_quotes) {
+    return field;
+  }
+  for (std::size_t quote = field.find('"'); quote != std::string::npos; quote = field.find('"', quote + 2)) {
+    field.insert(quote, 1, '"');
+  }
+  return '"' + field + '"';
+}
+
+std::string csv_line(const CoordSystem& definition) {
+  std::string line = csv_field(name_part(definition.name));
+  for (const ValueColumn& column : value_columns) {
+    if (column.title == "False_easting") {
+      line += ',' + csv_field(description_part(definition.name));
+    }
+    line += ',' + field_text(definition, column.field);
+  }
+  return line;
+}
+
+std::string file_text(const std::string& path) {
+  errno = 0;
+  std::ifstream stream(path, std::ios::binary);
+  std::error_code failure;
+  if (!stream || fs::is_directory(path, failure)) {
+    throw std::runtime_error(path + ": " +
+                             (errno != 0 ? std::generic_category().message(errno) : "this is no file"));
+  }
+  const std::uintmax_t size = fs::file_size(path, failure);
+  if (!failure && size > largest_file) {
+    throw std::runtime_error(path + " is too large for a list of projections");
+  }
+  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+  if (stream.bad()) {
+    throw std::runtime_error(path + " can't be read");
+  }
+  return bytes;
+}
+
+std::string default_projection_file() {
+  const Environment& environment = session().environment;
+  const fs::path of_user = fs::path(environment.application_data_directory) / projection_file_name;
+  const fs::path of_program = fs::path(environment.program_directory) / projection_file_name;
+  std::error_code missing;
+  return (!fs::exists(of_user, missing) && fs::exists(of_program, missing) ? of_program : of_user).string();
+}
+
+// So that a file without definitions isn't met again at every start.
+void move_to_backup(const std::string& path) {
+  safe_files::copy_into_place(path, path + ".bak");
+  fs::remove(path);
+}
+
+}  // namespace
+
+int read_coord_projection_file(std::string& path) {
+  Module_debug::write_debug(1, "read_coord_projection_file ");
+  return trap_errors("An error occured while reading the projection definitions: ", [&] {
+    if (path.empty()) {
+      path = default_projection_file();
+    }
+    const std::vector<CoordSystem> definitions = definitions_from_csv(file_text(path));
+    if (definitions.empty()) {
+      move_to_backup(path);
+    }
+    for (const CoordSystem& definition : definitions) {
+      if (add_coord_definitions_to_list(definition) != 0) {
+        return -1;
+      }
+    }
+    return 0;
+  });
+}
+
+bool has_default_projection_file() {
+  std::error_code missing;
+  return fs::is_regular_file(default_projection_file(), missing);
+}
+
+int write_coord_projection_file(const std::string& path) {
+  Module_debug::write_debug(1, "write_coord_projection_file ");
+  return trap_errors("An error occurred while writing the coordinate projection file ",
+                     [&] { safe_files::write_into_place(path, definitions_as_csv(coord_systems())); });
+}
+
+std::vector<CoordSystem> definitions_from_csv(std::string_view bytes) {
+  constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+  if (bytes.starts_with(byte_order_mark)) {
+    bytes.remove_prefix(byte_order_mark.size());
+  }
+  const std::string text = text_from_field_file(bytes);
+  std::string_view rest = text;
+  std::string_view header_line;
+  (void)take_line(rest, header_line);
+
+  std::vector<CoordSystem> definitions;
+  std::optional<Columns> columns;  // of the header, which nobody needs while there is no definition
+  std::string_view line;
+  for (std::size_t number = 2; take_line(rest, line); ++number) {
+    if (!is_definition(line)) {
+      continue;
+    }
+    if (!columns) {
+      columns.emplace(header_line);
+    }
+    try {
+      definitions.push_back(columns->definition(line));
+    } catch (const std::runtime_error& fault) {
+      throw std::runtime_error("line " + std::to_string(number) + ": " + fault.what());
+    }
+  }
+  return definitions;
+}
+
+std::string definitions_as_csv(std::span<const CoordSystem> definitions) {
+  std::string text(header);
+  text += "\r\n";
+  for (const CoordSystem& definition : definitions) {
+    text += csv_line(definition) + "\r\n";
+  }
+  return text;
+}
+
+}  // namespace Module_projections
