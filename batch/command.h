@@ -23,6 +23,7 @@ Command add_info_command(CLI::App& program);
 Command add_curve_command(CLI::App& program);
 Command add_invert_command(CLI::App& program);
 Command add_plots_command(CLI::App& program);  // only in a build with windows
+Command add_projection_command(CLI::App& program);
 Command add_rhoplus_command(CLI::App& program);
 Command add_occam_command(CLI::App& program);
 Command add_occam_info_command(CLI::App& program);

@@ -229,6 +229,8 @@ Command add_import_command(CLI::App& program) {
                    "compute resistivity and phase where a file has impedances only");
   parser->add_flag("--turn-ey", choices.turn_ey_phase,
                    "turn the sign of Ey: 180 degrees on the phases of EyHx, EyHy");
+  parser->add_flag("--convert-geographic", choices.convert_coordinates,
+                   "stations get the files' latitude and longitude in the survey's projection as map place");
   parser->add_option("--extension", options->extension, "extension of the files in folders")
       ->capture_default_str();
   parser->add_option("--report", options->report, "write what was done with each file as JSON");

@@ -26,6 +26,7 @@ constexpr AddCommand add_commands[] = {
     Batch::add_invert_command,
     Batch::add_occam_command,
     Batch::add_occam_info_command,
+    Batch::add_projection_command,
 #ifdef BRENLOX_WINDOWS
     Batch::add_plots_command,
 #endif

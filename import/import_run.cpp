@@ -16,10 +16,12 @@
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
+#include "import/edi_reference_place.h"
 #include "import/field_reader.h"
 #include "import/file_decode.h"
 #include "import/natural_order.h"
 #include "import/store_blocks.h"
+#include "projections/survey_projection.h"
 #include "reduction/averages.h"
 
 namespace Module_data_file {
@@ -71,8 +73,13 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
     if (!open_survey().database.is_open()) {
       return fault("No survey is open");
     }
-    if (choices.convert_coordinates && open_survey().projections.record_count() == 0) {
-      return fault("The projection has not been defined");
+    if (choices.convert_coordinates) {
+      if (Module_projections::read_survey_projection() != 0) {
+        return fault("The projection has not been defined");
+      }
+      if (Module_projections::decode_coordinate_system(Module_projections::current_coord_system()) != 0) {
+        return -1;
+      }
     }
   }
   if (!trimmed(choices.start_station).empty()) {
@@ -152,6 +159,8 @@ bool import_in_transaction(FieldReader read, const std::string& file, FileReport
   return result == 0;
 }
 
+bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }
+
 // True if the run may go on with the next file.
 bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, StoreNotes& notes,
                  const FileProgress& progress) {
@@ -163,6 +172,9 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   try {
     SampleFields sample;
     display_file_format(report.file, record, sample, report);
+    if (mode == ImportMode::import && record.choices.convert_coordinates && is_edi(record.file_format)) {
+      record.converted_place = converted_edi_place(report.file, report);
+    }
   } catch (const std::exception& failure) {
     report.failure = failure.what();
     user_interface().show_message(std::string(import_failed) + failure.what());
@@ -182,6 +194,7 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   if (report.readings == 0 && report.failure.empty()) {
     report.failure = "the file gave no reading";
   }
+  remark_on_converted_place(record, report);
   return go_on;
 }
 

@@ -21,6 +21,10 @@ constexpr double degrees_per_radian = 57.295779513082323;
 }  // namespace
 
 void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
+  if (record.converted_place) {
+    record.MapX = record.converted_place->x;
+    record.MapY = record.converted_place->y;
+  }
   const Module_database::GivenPlace place{record.MapX, record.MapY, record.Elevation};
   const Module_database::StationRows rows =
       Module_database::find_station(Module_database::StationSearch::create, record.LineNumber, record.Station,

@@ -2,6 +2,7 @@
 #pragma once
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -62,6 +63,11 @@ struct ScannedStation {
   }
 };
 
+struct MapPosition {
+  double x = 0.0;  // m, east
+  double y = 0.0;  // m, north
+};
+
 struct ReadingRecord {
   ImportChoices choices;
   std::int32_t file_index = 0;    // from 1, place in the list of files
@@ -88,6 +94,8 @@ struct ReadingRecord {
   double MapX = 0.0;
   double MapY = 0.0;
   double Elevation = 0.0;
+  std::optional<MapPosition>
+      converted_place;  // the file's own, in the survey's projection, if that was asked for
   std::int32_t FileID = 0;
 
   std::vector<ScannedStation> scan_list;  // distinct, in the order they were met

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -289,6 +290,21 @@ std::optional<Datum> find_datum(std::int32_t number) {
 
 std::span<const std::int32_t> common_datums() { return datum_numbers; }
 
+const char* projection_name(std::int32_t projection) {
+  constexpr const char* names[] = {
+      "Geographic",        "Australian Map Grid", "Universal Transverse Mercator",
+      "Lambert Conformal", "Albers Equal Area",   "Equidistant Conic",
+      "EPSG: 3857"};
+  return projection >= 0 && projection < static_cast<std::int32_t>(std::size(names)) ? names[projection]
+                                                                                     : "unknown";
+}
+
+const char* hemisphere_name(std::int32_t hemisphere) {
+  constexpr const char* names[] = {"By the latitude", "Northern", "Southern"};
+  return hemisphere >= 0 && hemisphere < static_cast<std::int32_t>(std::size(names)) ? names[hemisphere]
+                                                                                     : "unknown";
+}
+
 double zone_count(double zone_width) {
   return zone_width > 0.0 && zone_width <= full_circle ? std::ceil(full_circle / zone_width) : 0.0;
 }
@@ -299,6 +315,10 @@ double central_meridian(double zone_number, double zone_width) {
 
 bool datum_is_replaced(const CoordinateSystemValues& values) {
   return needs_datum(values.projection) && !find_datum(values.datum);
+}
+
+std::int32_t substitute_datum(std::int32_t projection) {
+  return projection == projection_australian_map_grid ? agd_66 : wgs_84;
 }
 
 TransformParameters crdprm(const CoordinateSystemValues& values) {
@@ -313,7 +333,7 @@ TransformParameters crdprm(const CoordinateSystemValues& values) {
   }
   std::optional<Datum> datum = find_datum(needs_datum(values.projection) ? values.datum : wgs_84);
   if (!datum) {
-    datum = find_datum(values.projection == projection_australian_map_grid ? agd_66 : wgs_84);
+    datum = find_datum(substitute_datum(values.projection));
   }
   if (!datum) {
     throw std::runtime_error("the tables of datums lack WGS 84");

@@ -79,6 +79,10 @@ std::optional<Datum> find_datum(std::int32_t number);
 /// Numbers of the datums that surveys use most, for a list to choose from.
 std::span<const std::int32_t> common_datums();
 
+/// The words for a code; "unknown" for one without a meaning.
+const char* projection_name(std::int32_t projection);
+const char* hemisphere_name(std::int32_t hemisphere);
+
 /// The number of zones of this width around the earth; 0 if the width is not above 0.
 double zone_count(double zone_width);
 
@@ -88,6 +92,9 @@ double central_meridian(double zone_number, double zone_width);
 /// True if ll2en works on an ellipsoid taken in place of an unknown datum's: WGS 84's, for the Australian Map
 /// Grid the Australian National Spheroid. The projections 0 and 6 need no datum.
 bool datum_is_replaced(const CoordinateSystemValues& values);
+
+/// The number of the datum whose ellipsoid is taken in the place of an unknown one's.
+std::int32_t substitute_datum(std::int32_t projection);
 
 /// Throws std::runtime_error, with the reason, for values that define no system.
 TransformParameters crdprm(const CoordinateSystemValues& values);

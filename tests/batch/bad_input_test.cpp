@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
 TEST_F(Batch_program, Every_command_has_help) {
-  for (const char* command : {"new", "import", "recalculate", "info", "curve", "zonge"}) {
+  for (const char* command : {"new", "import", "recalculate", "info", "curve", "projection", "zonge"}) {
     SCOPED_TRACE(command);
     const Outcome help = run({command, "--help"});
     EXPECT_EQ(help.status, 0);
