@@ -13,6 +13,7 @@
 #include "database/survey_database.h"
 #include "platform/dao/compact.h"
 #include "platform/files/safe_files.h"
+#include "projections/survey_projection.h"
 
 namespace fs = std::filesystem;
 
@@ -96,6 +97,7 @@ void open_and_display(MainView& view) {
   }
   view.set_database_menus(true);
   view.set_caption(std::string(caption_prefix) + " " + session().database_file);
+  (void)Module_projections::apply_survey_projection();  // a survey without one has none in force
   add_recent_file(session().database_file);
   view.show_recent_files();
   view.display_site_map();

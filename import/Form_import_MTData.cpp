@@ -8,6 +8,7 @@
 #include "import/Form_import_report.h"
 #include "import/import_files.h"
 #include "platform/windows/progress_in_window.h"
+#include "projections/Form_define_projection.h"
 #include "ui_Form_import_MTData.h"
 
 using namespace Module_data_file;
@@ -52,6 +53,8 @@ void Form_import_MTData::connect_controls() {
   connect(ui_->Command_next_sample, &QPushButton::clicked, this, [this] { show_sample(sample_index_ + 1); });
   connect(ui_->Command_previous_sample, &QPushButton::clicked, this,
           [this] { show_sample(sample_index_ - 1); });
+  connect(ui_->Command_define_projection, &QPushButton::clicked, this,
+          [this] { Form_define_projection::define_projection(this); });
   connect(ui_->Grid_import_decode, &ImportDecodeGrid::table_changed, this,
           &Form_import_MTData::choices_changed);
   for (QComboBox* const combo : {ui_->Combo_data_type, ui_->Combo_data_reduced}) {

@@ -59,9 +59,15 @@ std::string description_part(std::string_view full_name) {
 }
 
 std::string joined_name(std::string_view name, std::string_view description) {
-  name = trimmed(name);
-  description = trimmed(description);
-  return std::string(name) + (description.empty() ? "" : " | ") + std::string(description);
+  const std::string proper = name_part(name);
+  if (proper.empty()) {
+    return {};
+  }
+  std::string joined = proper;
+  for (const std::string& part : {description_part(name), std::string(trimmed(description))}) {
+    joined += (part.empty() ? "" : " | ") + part;
+  }
+  return joined;
 }
 
 bool compare_coordinate_system_values(const CoordSystem& a, const CoordSystem& b) {

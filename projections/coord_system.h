@@ -24,7 +24,8 @@ struct CoordSystem : vexutil32::CoordinateSystemValues {
 std::string name_part(std::string_view full_name);
 std::string description_part(std::string_view full_name);
 
-/// The full name of both; the name alone if there is no description.
+/// The full name of both, "Name | Description"; the name alone if there is no description, nothing without a
+/// name. What stands behind a "|" in the name goes before the description.
 std::string joined_name(std::string_view name, std::string_view description);
 
 /// True if the twelve values are exactly equal; the names don't count.

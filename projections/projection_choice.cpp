@@ -48,10 +48,10 @@ int keep(const CoordSystem& definition) {
   return find_definition(definition.name);
 }
 
-CoordSystem made(std::string name, const CoordinateSystemValues& values) {
+CoordSystem made(const std::string& name, const CoordinateSystemValues& values) {
   CoordSystem definition;
   definition.set_values(values);
-  definition.name = joined_name(name_part(name), description_part(name));
+  definition.name = joined_name(name, {});
   return definition;
 }
 

@@ -7,6 +7,7 @@
 
 #include "app/main_view.h"
 #include "core/undo_stack.h"
+#include "projections/survey_projection.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 
@@ -234,6 +235,24 @@ TEST_F(Survey_file_commands, A_save_as_that_fails_goes_on_with_the_survey_that_w
   const Messages messages = interface.take_messages();
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0].find("An error occurred while creating the new database: "), 0U);
+}
+
+TEST_F(Survey_file_commands, Opening_reads_the_surveys_own_projection) {
+  (void)new_survey("with.mdb");
+  Module_projections::CoordSystem& current = Module_projections::current_coord_system();
+  current = {};
+  current.name = "Web";
+  current.projection = vexutil32::projection_epsg_3857;
+  ASSERT_EQ(Module_projections::store_survey_projection(), 0);
+  ASSERT_EQ(Module_database::close_database(), 0);
+  current = {};
+  open(folder.path("with.mdb"));
+  EXPECT_EQ(current.name, "Web");
+  EXPECT_NE(current.transform_parameters, vexutil32::TransformParameters{});
+  (void)survey_with_a_reading("without.mdb");
+  open(folder.path("without.mdb"));
+  EXPECT_EQ(current.name, "");
+  EXPECT_TRUE(interface->messages.empty());
 }
 
 }  // namespace

@@ -374,6 +374,21 @@ class FormImportTest : public QObject {
     QVERIFY(!control("Frame_progress")->isVisible());
   }
 
+  void a_projection_defined_from_here_is_the_surveys() {
+    (void)add_file("a.edi");
+    go_to_import_page();
+    click("Command_define_projection");  // no name given
+    (*interface_)->text_answers = {"Web"};
+    QTimer::singleShot(0, this, [] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      dialog->findChild<QComboBox*>("Combo_projection")->setCurrentIndex(6);
+      dialog->findChild<QPushButton*>("Command_done")->click();
+    });
+    click("Command_define_projection");
+    QCOMPARE((*interface_)->prompts, Messages(2, "Enter a name for this projection"));
+    QCOMPARE(rows_in("[Projection Defintion Table]"), 1);
+  }
+
   void a_file_says_which_addition_it_would_need() {
     (void)add_file("a.edi", {.blocks = ">ZYXR //3\n1 2 3\n>ZYXI //3\n1 2 3\n"});
     (void)add_file("b.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-120 -130 -140\n"});
