@@ -2,9 +2,8 @@
 //
 // Conventions: angles in degrees, north and east positive; lengths in metres. Latitude and longitude are on
 // the system's own datum: nothing is shifted from one datum to another, so that no shift grid is needed and a
-// result is the same on every machine. PROJ never asks the network. Errors of the projections are below 0.001
-// mm within their usual regions (transverse Mercator: Poder and Engsager's series, within 3900 km of the
-// central meridian).
+// result is the same on every machine. PROJ never asks the network. Zones are computed with Engsager and
+// Poder's series (2007), which holds far beyond a zone's borders.
 #pragma once
 #include <array>
 #include <cstdint>

@@ -22,8 +22,11 @@ class Definition_list : public ::testing::Test {
     coord_systems().clear();
     earlier_ = install_settings_store(std::make_unique<MemorySettingsStore>());
   }
+
+ public:
   ~Definition_list() override { install_settings_store(std::move(earlier_)); }
 
+ protected:
   static Names listed() {
     Names names;
     for (const CoordSystem& definition : coord_systems()) {

@@ -21,8 +21,11 @@ class Projection_choice : public SurveyTest {
     current_coord_system() = CoordSystem{};
     (void)new_survey();
   }
+
+ public:
   ~Projection_choice() override { install_settings_store(std::move(earlier_)); }
 
+ protected:
   void keep(const CoordSystem& definition) {
     ASSERT_EQ(add_coord_definitions_to_list(definition), 0);
     ASSERT_EQ(save_coord_system_definitions(0), 0);
