@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "database/stations.h"
 #include "import/edi_reference_place.h"
 #include "import/import_run.h"
 #include "projections/survey_projection.h"
@@ -150,6 +151,27 @@ TEST_F(GeographicImport, Needs_a_valid_projection) {
   EXPECT_EQ(import("a.edi", edi_with("", reference)), -1);
   EXPECT_EQ(interface.take_messages(), std::vector<std::string>{"The zone width value is invalid"});
   EXPECT_EQ(rows_in("FileTable"), 0);
+}
+
+// In degrees, so that the map place is longitude and latitude themselves.
+TEST_F(GeographicImport, Puts_real_stations_of_spectra_in_their_place) {
+  namespace fs = std::filesystem;
+  const fs::path folder_of_spectra = fs::path(BRENLOX_FIELD_DATA) / "edi" / "spectra";
+  if (!fs::is_directory(folder_of_spectra)) {
+    GTEST_SKIP() << "no field data";
+  }
+  Module_projections::current_coord_system() = {};
+  Module_projections::current_coord_system().name = "Degrees";
+  ASSERT_EQ(Module_projections::store_survey_projection(), 0);
+  const std::string file = fs::directory_iterator(folder_of_spectra)->path().string();
+  ASSERT_EQ(run_import(choices, {file}, ImportMode::import, report), 0);
+  ASSERT_GT(report.files.at(0).readings, 0);
+  FileReport ignored;
+  const auto place = read_edi_reference_place(file, ignored).value();
+  const Module_database::StationRows rows =
+      Module_database::find_station(Module_database::StationSearch::look_up, "200E", 100.0);
+  EXPECT_EQ(rows.MapX, place.longitude);
+  EXPECT_EQ(rows.MapY, place.latitude);
 }
 
 TEST(Reference_place, Of_real_files_is_read_without_a_remark) {

@@ -255,13 +255,13 @@ class FormImportTest : public QObject {
                                          "Command_process_files", "Command_cancel_import"}));
     click("Command_find_and_add_files");
     click("Command_process_files");
-    QCOMPARE(
-        focus_order(),
-        QStringList({"Combo_data_type", "Combo_data_reduced", "Grid_import_decode", "Option_linedirection_0",
-                     "Command_next_sample", "Text_start_station", "Text_station_step",
-                     "Check_use_SECTID_as_station", "Check_convert_geographic_coordinates",
-                     "Check_compute_from_impedance", "Check_turn_ey_phase", "Command_back",
-                     "Command_import_data_0", "Command_import_data_1", "Command_cancel_import"}));
+    QCOMPARE(focus_order(),
+             QStringList({"Combo_data_type", "Combo_data_reduced", "Grid_import_decode",
+                          "Option_linedirection_0", "Command_next_sample", "Text_start_station",
+                          "Text_station_step", "Check_use_SECTID_as_station",
+                          "Check_convert_geographic_coordinates", "Command_define_projection",
+                          "Check_compute_from_impedance", "Check_turn_ey_phase", "Command_back",
+                          "Command_import_data_0", "Command_import_data_1", "Command_cancel_import"}));
     for (const QWidget* const widget : window_->findChildren<QWidget*>(QRegularExpression(
              "^(Command|Combo|Text|Check|Option|Grid|Drive|Dir|File|ListView|ProgressBar)_"))) {
       QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
