@@ -157,6 +157,18 @@ TEST(Rhoplus_optimum, Exact_data_are_fitted_to_nothing) {
     EXPECT_LE(inversion.sheets.sheets.size() + 1, most_rows);
     EXPECT_EQ(inversion.dropped_sheets, 0);
   }
+  // A few sheets are found again.
+  for (const double conductor_depth : {endless, 90000.0}) {
+    const RhoplusInversion inversion =
+        vexmtutils::invert(made::sheets(three, conductor_depth, band, 0.02), insulating, most_rows);
+    ASSERT_EQ(inversion.sheets.sheets.size(), three.size());
+    for (std::size_t i = 0; i < three.size(); ++i) {
+      EXPECT_NEAR(inversion.sheets.sheets[i].depth, three[i].depth, 1e-6 * three[i].depth);
+      EXPECT_NEAR(inversion.sheets.sheets[i].conductance, three[i].conductance, 1e-6 * three[i].conductance);
+    }
+    EXPECT_TRUE(inversion.sheets.conductor_depth == conductor_depth ||
+                std::abs(inversion.sheets.conductor_depth - conductor_depth) < 1e-6 * conductor_depth);
+  }
 }
 
 TEST(Rhoplus_optimum, Closed_forms) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/vexmtutils/rhoplus/cell_fit.h"
 #include "platform/vexmtutils/rhoplus/certificate.h"
@@ -12,7 +13,10 @@ namespace vexmtutils {
 namespace {
 
 constexpr double relative_gap = 1e-9;
+/// What double precision can tell of chi-squared, relative.
+constexpr double rounding = 1e-15;
 constexpr int most_rounds = 60;
+constexpr int most_rounds_in_vain = 3;
 
 constexpr double cells_per_decade = 6.0;
 /// Each zoom makes the cells at the switches four times as fine. The polish then starts next to its goal.
@@ -45,6 +49,7 @@ SwitchModel with_pulses(const FitProblem& problem, const BestFit& best) {
   constexpr double worth_while = 1e-3;  // of the largest
   constexpr double widest = 0.05;
   constexpr double narrowest = 1e-12;
+  constexpr double small_rise = 0.1;  // of the gap; the other switches can make up for it
   double largest = 0.0;
   for (const WrongStretch& stretch : best.certificate.wrong_stretches) {
     largest = std::max(largest, stretch.gap);
@@ -60,18 +65,45 @@ SwitchModel with_pulses(const FitProblem& problem, const BestFit& best) {
         model.switches.insert(above, {first, end});
       }
     }
-    if (settle_level(problem, model).squaredNorm() < best.misfit2) {
+    if (settle_level(problem, model).squaredNorm() < best.misfit2 + small_rise * best.gap) {
       return model;
     }
   }
   return best.model;
 }
 
-/// Less misfit, or as much within rounding and better proof.
-bool is_better(const BestFit& a, const BestFit& b) {
-  constexpr double rounding = 1e-9;
-  return a.misfit2 < b.misfit2 * (1.0 - rounding) ||
-         (a.misfit2 < b.misfit2 * (1.0 + rounding) && a.gap < b.gap);
+/// What a model becomes without the switches [first, first + count) and with the others polished.
+BestFit fit_without(const FitProblem& problem, const BestFit& fit, std::size_t first, std::size_t count) {
+  BestFit fewer = fit;
+  const auto at = fewer.model.switches.begin() + static_cast<std::ptrdiff_t>(first);
+  fewer.model.switches.erase(at, at + static_cast<std::ptrdiff_t>(count));
+  // The state above the gap stays as it is.
+  fewer.model.starts_at_one = fit.model.starts_at_one != (count % 2 == 1 && first == 0);
+  fewer.residuals = polish_switches(problem, fewer.model, 0.0);
+  fewer.misfit2 = fewer.residuals.squaredNorm();
+  return fewer;
+}
+
+/// Exact data of a few sheets: the very sheets come back when what is not needed goes.
+void drop_needless_switches(const FitProblem& problem, double exact, BestFit& fit) {
+  constexpr std::size_t few = 12;  // smooth data want many sheets, and none is needless
+  if (fit.model.switches.size() <= few) {
+    fit.residuals = polish_switches(problem, fit.model, 0.0);
+  }
+  for (bool dropped = true; dropped && fit.model.switches.size() <= few && fit.model.switches.size() > 1;) {
+    dropped = false;
+    const std::size_t last = fit.model.switches.size() - 1;
+    for (const auto& [first, count] :
+         {std::pair{closest_switches(fit.model), std::size_t{2}}, std::pair{std::size_t{0}, std::size_t{1}},
+          std::pair{last, std::size_t{1}}}) {
+      BestFit fewer = fit_without(problem, fit, first, count);
+      if (fewer.misfit2 <= exact) {
+        fit = std::move(fewer);
+        dropped = true;
+        break;
+      }
+    }
+  }
 }
 
 }  // namespace
@@ -80,7 +112,18 @@ void certify_fit(const FitProblem& problem, BestFit& fit) {
   fit.misfit2 = fit.residuals.squaredNorm();
   fit.certificate = certify(problem, fit.model, fit.residuals);
   // No misfit is less than nothing.
-  fit.gap = std::min(fit.certificate.gap, fit.misfit2);
+  fit.gap = std::min(std::max(fit.certificate.gap, rounding * fit.misfit2), fit.misfit2);
+}
+
+std::size_t closest_switches(const SwitchModel& model) {
+  const std::vector<double>& switches = model.switches;
+  std::size_t closest = 0;
+  for (std::size_t i = 0; i + 1 < switches.size(); ++i) {
+    if (switches[i + 1] - switches[i] < switches[closest + 1] - switches[closest]) {
+      closest = i;
+    }
+  }
+  return closest;
 }
 
 double accepted_gap(double misfit2) { return relative_gap * std::max(1.0, misfit2); }
@@ -90,21 +133,32 @@ BestFit find_best_fit(const FitProblem& problem) {
   BestFit best;
   best.residuals = settle_level(problem, best.model);
   certify_fit(problem, best);
-  for (int round = 0; round < most_rounds; ++round) {
+  double least_possible = best.misfit2 - best.gap;
+  int rounds_in_vain = 0;
+  const auto is_good_enough = [&] {
     best.fits_exactly = best.misfit2 <= exact;
-    if (best.fits_exactly || best.gap <= accepted_gap(best.misfit2)) {
-      break;
-    }
+    return best.fits_exactly || best.gap <= accepted_gap(best.misfit2);
+  };
+  for (int round = 0; round < most_rounds && rounds_in_vain < most_rounds_in_vain && !is_good_enough();
+       ++round) {
     BestFit next;
     next.rounds = round + 1;
     next.model = round == 0 ? first_model(problem) : with_pulses(problem, best);
     next.residuals = polish_switches(problem, next.model, exact);
     certify_fit(problem, next);
-    if (is_better(next, best)) {
+    // What one model proves of the least chi-squared holds for all.
+    least_possible = std::max(least_possible, next.misfit2 - next.gap);
+    const double before = best.gap;
+    if (next.misfit2 < best.misfit2) {
       best = std::move(next);
-    } else if (round > 0) {
-      break;
     }
+    best.gap = std::min(best.gap, std::max(best.misfit2 - least_possible, rounding * best.misfit2));
+    rounds_in_vain = best.gap < before ? 0 : rounds_in_vain + 1;
+  }
+  is_good_enough();
+  if (best.fits_exactly) {
+    drop_needless_switches(problem, exact, best);
+    certify_fit(problem, best);
   }
   return best;
 }

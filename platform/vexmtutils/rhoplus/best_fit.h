@@ -21,6 +21,9 @@ struct BestFit {
 /// The gap that is good enough.
 double accepted_gap(double misfit2);
 
+/// Index of the lower one of the two switches that are closest. There are at least two.
+std::size_t closest_switches(const SwitchModel& model);
+
 /// Fills misfit, certificate and gap of a fit from its model and residuals.
 void certify_fit(const FitProblem& problem, BestFit& fit);
 

@@ -120,13 +120,7 @@ bool is_sound(const SheetModel& sheets) {
 /// The two neighbours that matter least together go, the others move to make up for them.
 void drop_closest_pair(const FitProblem& problem, BestFit& fit) {
   std::vector<double>& switches = fit.model.switches;
-  std::size_t closest = 0;
-  for (std::size_t i = 0; i + 1 < switches.size(); ++i) {
-    if (switches[i + 1] - switches[i] < switches[closest + 1] - switches[closest]) {
-      closest = i;
-    }
-  }
-  const auto at = switches.begin() + static_cast<std::ptrdiff_t>(closest);
+  const auto at = switches.begin() + static_cast<std::ptrdiff_t>(closest_switches(fit.model));
   switches.erase(at, at + 2);
   fit.residuals = polish_switches(problem, fit.model, 0.0);
 }

@@ -244,8 +244,16 @@ class Polish {
   /// One accepted step; false when there is none to be had.
   bool improve() {
     const LocalShape shape(problem_, level_, model_, residuals_);
+    const double doubt = noise();
+    bool may_lower = true;
     for (; damping_ <= most_damping; damping_ *= growth_, growth_ *= 2.0) {
-      const std::optional<Step> step = shape.step(damping_);
+      std::optional<Step> step = shape.step(damping_);
+      // Where so little is to be had the damping may be what holds the step back from a flat direction.
+      while (may_lower && step && step->foreseen < doubt && damping_ > least_damping) {
+        damping_ = std::max(least_damping, damping_ * 1e-2);
+        step = shape.step(damping_);
+      }
+      may_lower = false;
       if (!step) {
         continue;
       }
