@@ -12,6 +12,7 @@ namespace {
 constexpr double scan_reach = 32.0;                      // e-folds beyond the band
 constexpr double scan_step = 2.302585092994046 / 100.0;  // 100 points a decade
 constexpr int halvings = 24;
+constexpr double misplacement = 0.03;  // of a switch, in x: no more than the polish makes up for
 
 /// g(lambda) = sum_k 2 a_k Re K_k + b_k Im K_k with K = 1/(lambda + s) - 1/(lambda + 1).
 class Gradient {
@@ -143,7 +144,8 @@ Certificate certify(const FitProblem& problem, const SwitchModel& model, const E
       certificate.gap += share;
       const double first = i > 0 ? cuts[i - 1] : low;
       certificate.wrong_stretches.push_back(
-          {peak_between(scan, first, std::min(end, high)), share, is_switch(first) || is_switch(end)});
+          {peak_between(scan, first, std::min(end, high)), share,
+           end - first < misplacement && (is_switch(first) || is_switch(end))});
     }
     from = to;
     while (passed < model.switches.size() && model.switches[passed] <= end) {

@@ -12,7 +12,7 @@ namespace vexmtutils {
 struct WrongStretch {
   double peak = 0.0;       // x of the largest |lambda g| in it
   double gap = 0.0;        // its share of the gap
-  bool at_switch = false;  // it begins or ends at a switch: that one is not quite in its place
+  bool at_switch = false;  // a narrow one beside a switch that is not quite in its place
 };
 
 struct Certificate {
