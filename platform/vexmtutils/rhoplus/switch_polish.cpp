@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 #include <Eigen/Cholesky>
@@ -94,19 +95,20 @@ class LocalShape {
     if (factors.info() != Eigen::Success) {
       return std::nullopt;
     }
-    const Eigen::VectorXd straight = factors.solve(-scaled_gradient);
+    // Each switch is held back alone: one that is nearly out of reach wants to go very far, and the others
+    // have little to do with it.
+    const Eigen::VectorXd limits = scale_.cwiseInverse() * longest_step;
+    const Eigen::VectorXd straight = factors.solve(-scaled_gradient).cwiseMax(-limits).cwiseMin(limits);
     const Eigen::VectorXd second = slopes_.second * scale_.cwiseProduct(straight).cwiseAbs2();
     Eigen::VectorXd bend = factors.solve(-0.5 * scale_.cwiseProduct(slopes_.first.transpose() * second));
     if (!(bend.norm() < most_bend * straight.norm())) {
       bend.setZero();  // the series can't be trusted
     }
-    Step result{scale_.cwiseProduct(straight + bend),
+    Step result{scale_.cwiseProduct(straight + bend).cwiseMax(-longest_step).cwiseMin(longest_step),
                 -2.0 * scaled_gradient.dot(straight) - straight.dot(hessian_ * straight)};
-    const double longest = result.change.cwiseAbs().maxCoeff();
-    if (!std::isfinite(longest)) {
+    if (!result.change.allFinite()) {
       return std::nullopt;
     }
-    result.change *= std::min(1.0, longest_step / std::max(longest, longest_step));
     return result;
   }
 
@@ -330,7 +332,8 @@ class Polish {
       } else {
         return;
       }
-      dropped = take_below(std::nextafter(misfit2(), HUGE_VAL), std::move(fewer));
+      dropped =
+          take_below(misfit2() + std::max(noise(), std::numeric_limits<double>::min()), std::move(fewer));
     }
   }
 
