@@ -28,7 +28,7 @@ constexpr double cell_gap = 1e-5;
 /// many models, and going on would only breed sheets.
 constexpr double good_cell_misfit2 = 1e-2;
 /// Misfit of a value, squared and in units of its error, that counts as none.
-constexpr double exact_misfit2 = 1e-6;
+constexpr double exact_misfit2_of_value = 1e-6;
 
 /// Best density in cells, with finer and finer cells at its switches.
 SwitchModel first_model(const FitProblem& problem) {
@@ -126,10 +126,14 @@ std::size_t closest_switches(const SwitchModel& model) {
   return closest;
 }
 
+double exact_misfit2(const FitProblem& problem) {
+  return exact_misfit2_of_value * static_cast<double>(problem.values.size());
+}
+
 double accepted_gap(double misfit2) { return relative_gap * std::max(1.0, misfit2); }
 
 BestFit find_best_fit(const FitProblem& problem) {
-  const double exact = exact_misfit2 * static_cast<double>(problem.values.size());
+  const double exact = exact_misfit2(problem);
   BestFit best;
   best.residuals = settle_level(problem, best.model);
   certify_fit(problem, best);

@@ -18,6 +18,9 @@ struct BestFit {
       false;  // misfit2 is nothing beside the errors; many models do that, this is a simple one
 };
 
+/// chi-squared that is nothing beside the errors.
+double exact_misfit2(const FitProblem& problem);
+
 /// The gap that is good enough.
 double accepted_gap(double misfit2);
 

@@ -117,25 +117,33 @@ bool is_sound(const SheetModel& sheets) {
   });
 }
 
-/// The two neighbours that matter least together go, the others move to make up for them.
-void drop_closest_pair(const FitProblem& problem, BestFit& fit) {
+/// The neighbours that matter least together go, the others move to make up for them.
+void drop_closest_pairs(const FitProblem& problem, std::size_t pairs, BestFit& fit) {
   std::vector<double>& switches = fit.model.switches;
-  const auto at = switches.begin() + static_cast<std::ptrdiff_t>(closest_switches(fit.model));
-  switches.erase(at, at + 2);
-  fit.residuals = polish_switches(problem, fit.model, 0.0);
+  for (; pairs > 0 && switches.size() > 1; --pairs) {
+    const auto at = switches.begin() + static_cast<std::ptrdiff_t>(closest_switches(fit.model));
+    switches.erase(at, at + 2);
+  }
+  fit.residuals = polish_switches(problem, fit.model, exact_misfit2(problem));
 }
 
+/// The table of the model has so many rows and no more, and 64 bits so many digits.
 void make_sheets(const FitProblem& problem, std::size_t most_rows, RhoplusInversion& result) {
   BestFit& fit = result.fit;
   result.sheets = sheets_of(problem, fit.model);
-  while ((row_count(problem, fit.model) > most_rows || !is_sound(result.sheets)) &&
-         fit.model.switches.size() > 1) {
-    drop_closest_pair(problem, fit);
-    ++result.dropped_sheets;
+  const std::size_t switches = fit.model.switches.size();
+  for (std::size_t rows = row_count(problem, fit.model); fit.model.switches.size() > 1;) {
+    if (rows <= most_rows && is_sound(result.sheets)) {
+      break;
+    }
+    drop_closest_pairs(problem, rows > most_rows ? rows - most_rows : 1, fit);
     result.sheets = sheets_of(problem, fit.model);
+    rows = row_count(problem, fit.model);
   }
+  result.dropped_sheets = static_cast<int>((switches - fit.model.switches.size()) / 2);
   if (result.dropped_sheets > 0) {
     certify_fit(problem, fit);
+    fit.fits_exactly = fit.misfit2 <= exact_misfit2(problem);
   }
   std::vector<double> omega = problem.omega;
   const std::vector<std::complex<double>> of_fit = log_admittance(problem, fit.model, omega);

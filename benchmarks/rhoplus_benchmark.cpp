@@ -1,0 +1,64 @@
+// One inversion with its certificate and its log, against the number of frequencies: five layers over six
+// decades (nine decades from 300 frequencies on), resistivity and phase, with noise and without. Counters:
+// chi-squared by the number of values, and the proven excess over the least possible, relative.
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "platform/vexmtutils/rhoplus/rhoplus.h"
+#include "tests/rhoplus_routine/made_data.h"
+
+namespace {
+
+std::vector<vexmtutils::RhoplusRow> table(int count, double error, bool noisy, std::uint32_t seed) {
+  const bool wide = count >= 300;
+  std::vector<made::RhoplusDatum> data =
+      made::layered(made::ground(5), made::frequencies(count, wide ? 1e-5 : 1e-3, wide ? 1e4 : 1e3), error);
+  if (noisy) {
+    made::add_noise(data, seed);
+  }
+  std::vector<vexmtutils::RhoplusRow> rows;
+  for (const made::RhoplusDatum& d : data) {
+    rows.push_back({static_cast<float>(d.frequency), static_cast<float>(d.resistivity),
+                    static_cast<float>(d.resistivity_error), static_cast<float>(d.phase),
+                    static_cast<float>(d.phase_error), 1.0F, 1.0F});
+  }
+  return rows;
+}
+
+/// Eight stations in turn.
+void invert_tables(benchmark::State& state, double error, bool noisy) {
+  constexpr std::uint32_t stations = 8;
+  std::vector<std::vector<vexmtutils::RhoplusRow>> tables;
+  for (std::uint32_t station = 0; station < stations; ++station) {
+    tables.push_back(table(static_cast<int>(state.range(0)), error, noisy, station + 1));
+  }
+  double misfit2 = 0.0;
+  double excess = 0.0;
+  std::size_t turn = 0;
+  for (auto _ : state) {
+    std::string log;
+    const vexmtutils::RhoplusRun run =
+        vexmtutils::rhoplus(tables[turn++ % stations], vexmtutils::RhoplusSurface::insulating, &log);
+    benchmark::DoNotOptimize(log);
+    const double chi2 = static_cast<double>(run.achieved_chi) * run.achieved_chi;
+    misfit2 = std::max(misfit2, chi2 / run.used_values);
+    excess = std::max(excess, run.optimality_gap / std::max<double>(run.used_values, chi2));
+  }
+  state.counters["chi2/N"] = misfit2;
+  state.counters["gap"] = excess;
+}
+
+void Rhoplus_noisy(benchmark::State& state) { invert_tables(state, 0.04, true); }
+void Rhoplus_little_noise(benchmark::State& state) { invert_tables(state, 0.002, true); }
+void Rhoplus_noise_free(benchmark::State& state) { invert_tables(state, 0.04, false); }
+
+BENCHMARK(Rhoplus_noisy)->Arg(15)->Arg(30)->Arg(60)->Arg(120)->Arg(300)->Unit(benchmark::kMillisecond);
+BENCHMARK(Rhoplus_little_noise)->Arg(15)->Arg(30)->Arg(60)->Arg(120)->Arg(300)->Unit(benchmark::kMillisecond);
+BENCHMARK(Rhoplus_noise_free)->Arg(15)->Arg(30)->Arg(60)->Arg(120)->Arg(300)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
