@@ -46,15 +46,38 @@ void remove_quietly(const fs::path& file) {
   throw std::runtime_error(file.string() + ": " + std::string(what));
 }
 
-}  // namespace
-
-void move_into_place(const fs::path& source, const fs::path& destination) {
+void rename_over(const fs::path& source, const fs::path& destination) {
   std::error_code error;
   fs::rename(source, destination, error);
   if (error) {
     fail(destination, error.message());
   }
-  flush_to_disk(destination.has_parent_path() ? destination.parent_path() : fs::path("."));
+}
+
+void flush_folder_of(const fs::path& file) {
+  flush_to_disk(file.has_parent_path() ? file.parent_path() : fs::path("."));
+}
+
+/// Writes the neighbour of a destination; there is none after a failure.
+void write_neighbour(const fs::path& destination, std::string_view contents) {
+  const fs::path neighbour = neighbour_of(destination);
+  {
+    std::ofstream stream(neighbour, std::ios::binary | std::ios::trunc);
+    stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
+    stream.close();
+    if (!stream) {
+      remove_quietly(neighbour);
+      fail(destination, "the file can't be written");
+    }
+  }
+  flush_to_disk(neighbour);
+}
+
+}  // namespace
+
+void move_into_place(const fs::path& source, const fs::path& destination) {
+  rename_over(source, destination);
+  flush_folder_of(destination);
 }
 
 void copy_into_place(const fs::path& source, const fs::path& destination) {
@@ -71,18 +94,34 @@ void copy_into_place(const fs::path& source, const fs::path& destination) {
 }
 
 void write_into_place(const fs::path& destination, std::string_view contents) {
-  const fs::path neighbour = neighbour_of(destination);
-  {
-    std::ofstream stream(neighbour, std::ios::binary | std::ios::trunc);
-    stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-    stream.close();
-    if (!stream) {
-      remove_quietly(neighbour);
-      fail(destination, "the file can't be written");
+  write_neighbour(destination, contents);
+  move_into_place(neighbour_of(destination), destination);
+}
+
+void write_together(const std::vector<NewFile>& files) {
+  try {
+    for (const NewFile& file : files) {
+      if (fs::is_directory(file.destination)) {
+        fail(file.destination, "is a folder");
+      }
+      write_neighbour(file.destination, file.contents);
+    }
+    for (const NewFile& file : files) {
+      rename_over(neighbour_of(file.destination), file.destination);
+    }
+  } catch (...) {
+    for (const NewFile& file : files) {
+      remove_quietly(neighbour_of(file.destination));
+    }
+    throw;
+  }
+  std::vector<fs::path> folders;
+  for (const NewFile& file : files) {
+    if (std::ranges::find(folders, file.destination.parent_path()) == folders.end()) {
+      folders.push_back(file.destination.parent_path());
+      flush_folder_of(file.destination);
     }
   }
-  flush_to_disk(neighbour);
-  move_into_place(neighbour, destination);
 }
 
 bool same_contents(const fs::path& a, const fs::path& b) {

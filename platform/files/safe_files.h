@@ -2,7 +2,9 @@
 // new one.
 #pragma once
 #include <filesystem>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace safe_files {
 
@@ -17,6 +19,15 @@ void move_into_place(const std::filesystem::path& source, const std::filesystem:
 
 /// Writes `contents` to `destination` in the same way.
 void write_into_place(const std::filesystem::path& destination, std::string_view contents);
+
+struct NewFile {
+  std::filesystem::path destination;
+  std::string contents;
+};
+
+/// Writes files that belong together: all are on the disk beside their destinations before the first one is
+/// moved into place. Throws as above; unless a move itself has failed, all destinations are then as before.
+void write_together(const std::vector<NewFile>& files);
 
 /// True if both files can be read and hold the same bytes.
 bool same_contents(const std::filesystem::path& a, const std::filesystem::path& b);
