@@ -54,6 +54,13 @@ Form_occam::Form_occam(Module_occam::StationSteps steps, QWidget* parent)
       steps_(std::move(steps)),
       line_(Module_occam::selected_line()) {
   ui_->setupUi(this);
+  for (QWidget* const part :
+       {static_cast<QWidget*>(ui_->ProgressBar_occam), static_cast<QWidget*>(ui_->Command_stop)}) {
+    QSizePolicy policy = part->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);  // nothing changes place when a run begins
+    part->setSizePolicy(policy);
+    part->hide();
+  }
   setWindowTitle("Create Occam Inversion for line: " + QString::fromStdString(line_.line));
   fill_drives();
   fill_controls();
@@ -82,6 +89,11 @@ void Form_occam::fill_controls() {
   for (const CheckControl& control : check_controls) {
     ((*ui_).*control.box)->setChecked(kept.*control.on);
   }
+  keeps_rhoplus_error_ = kept.use_rhoplus_error;
+  if (!steps_.fit_station) {
+    ui_->Check_use_rhoplus_error->setChecked(false);
+    ui_->Check_use_rhoplus_error->setEnabled(false);
+  }
   ui_->DirList->choose(QString::fromStdString(kept.directory));
 }
 
@@ -98,8 +110,8 @@ void Form_occam::connect_controls() {
 }
 
 void Form_occam::show_run_folder() {
-  ui_->Label_run_folder->setText(
-      QDir::toNativeSeparators(QString::fromStdString(Module_occam::run_directory(inputs()))));
+  ui_->Label_run_folder->setText("Files go to " + QDir::toNativeSeparators(QString::fromStdString(
+                                                      Module_occam::run_directory(inputs()))));
 }
 
 void Form_occam::show_summary() {
@@ -113,6 +125,9 @@ InversionInputs Form_occam::inputs() const {
   }
   for (const CheckControl& control : check_controls) {
     inputs.*control.on = ((*ui_).*control.box)->isChecked();
+  }
+  if (!steps_.fit_station) {
+    inputs.use_rhoplus_error = keeps_rhoplus_error_;
   }
   inputs.directory = ui_->DirList->folder().toStdString();
   return inputs;
@@ -132,6 +147,8 @@ void Form_occam::create_inversion() {
 
 void Form_occam::set_running(bool running) {
   running_ = running;
+  ui_->ProgressBar_occam->setVisible(running);
+  ui_->Command_stop->setVisible(running);
   for (QWidget* const part : std::initializer_list<QWidget*>{
            ui_->Frame_files, ui_->Frame_inversion, ui_->Frame_stations, ui_->Frame_errors, ui_->Frame_mesh,
            ui_->Frame_folder, ui_->Command_create_inversion, ui_->Command_done}) {

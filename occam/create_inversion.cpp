@@ -171,28 +171,32 @@ RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices
   return run;
 }
 
-/// Writes all files, or none. @return 0, or -1 after a message
-int write_run(const RunSet& run, const fs::path& folder) {
-  StagedFiles staged(folder);
-  const std::string mesh_path = staged.add("mesh");
-  const std::string model_path = staged.add(run.start.model_file);
-  const std::string start_path = staged.add("startup");
-  const std::string data_path = staged.add(run.start.data_file);
-  if (write_occam_mesh(mesh_path, run.mesh, MeshCodes::all_free) != 0) {
-    return -1;
-  }
+/// Writes all files, or none.
+void write_run(const RunSet& run, const fs::path& folder) {
+  const std::string mesh = mesh_file_text(run.mesh, MeshCodes::all_free);
+  std::vector<safe_files::NewFile> files{
+      {folder / "mesh", mesh},
+      {folder / run.start.model_file, model_file_text(run.start.description, run.binding_offset, run.layers)},
+      {folder / "startup", start_file_text(run.start)},
+      {folder / run.start.data_file, data_file_text(run.data)}};
   // The model file names the mesh in capitals. Where that is another file, it has to be there, too.
-  if (folder_heeds_case(mesh_path) &&
-      write_occam_mesh(staged.add("MESH"), run.mesh, MeshCodes::all_free) != 0) {
-    return -1;
+  if (folder_heeds_case(folder / run_script_name)) {
+    files.push_back({folder / "MESH", mesh});
   }
-  if (write_occam_model(model_path, run.start.description, run.binding_offset, run.layers) != 0) {
-    return -1;
+  safe_files::write_together(files);
+}
+
+/// Throws if two files of the set would have the same name.
+void check_names(const InversionInputs& inputs) {
+  std::vector<std::string> names{"mesh", "startup", "occam_run.bat", "occam_run.sh"};
+  for (const std::string& entry : {inputs.model_file, inputs.data_file}) {
+    const std::string name = name_of(entry);
+    if (std::ranges::any_of(names,
+                            [&](const std::string& other) { return equal_ignoring_case(name, other); })) {
+      throw std::runtime_error("two files of the inversion would have the name " + name);
+    }
+    names.push_back(name);
   }
-  safe_files::write_into_place(start_path, start_file_text(run.start));
-  safe_files::write_into_place(data_path, data_file_text(run.data));
-  staged.move_into_place();
-  return 0;
 }
 
 int create_run(const InversionLine& line, const InversionInputs& inputs, const InversionChoices& choices,
@@ -205,6 +209,10 @@ int create_run(const InversionLine& line, const InversionInputs& inputs, const I
     return -1;
   }
   const fs::path folder = run_directory(inputs);
+  if (folder.empty()) {
+    throw std::runtime_error("no folder has been chosen");
+  }
+  check_names(inputs);
   RunScripts scripts(folder);
   LineData data;
   const Outcome outcome = form_data(line, inputs, choices, steps, data);
@@ -222,9 +230,7 @@ int create_run(const InversionLine& line, const InversionInputs& inputs, const I
     return -1;
   }
   const int data_count = static_cast<int>(data.rows.size());
-  if (write_run(design_run(inputs, choices, std::move(data), std::move(frequencies)), folder) != 0) {
-    return -1;
-  }
+  write_run(design_run(inputs, choices, std::move(data), std::move(frequencies)), folder);
   created.data_count = data_count;
   created.directory = folder.string();
   return 0;

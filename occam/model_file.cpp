@@ -6,7 +6,6 @@
 #include "occam/model_blocks.h"
 #include "occam/occam_state.h"
 #include "occam/text_input.h"
-#include "platform/files/safe_files.h"
 
 namespace Module_occam {
 
@@ -64,8 +63,8 @@ ModelLines read_lines(TextInput& input) {
   if (input.filled_line().find("OCCAM2MTMOD_1.0") == std::string_view::npos) {
     throw Refusal("The file does not have the correct format");
   }
-  input.filled_line();  // name
-  input.filled_line();  // description
+  input.line();  // name
+  input.line();  // description
   ModelLines lines;
   lines.mesh_name = behind_colon(input.filled_line());
   if (input.filled_line().find("PW2D") == std::string_view::npos) {
@@ -101,13 +100,6 @@ std::string model_file_text(const std::string& model_name, double binding_offset
   }
   add_line(text, "NO. EXCEPTIONS:   ", "0");
   return text;
-}
-
-int write_occam_model(const std::string& path, const std::string& model_name, double binding_offset,
-                      const std::vector<LayerLines>& layers) {
-  return trap_errors("An error occurred while creating the Occam model file: ", [&] {
-    safe_files::write_into_place(path, model_file_text(model_name, binding_offset, layers));
-  });
 }
 
 int read_occam_model(const std::string& path) {

@@ -17,10 +17,6 @@ struct LayerLines {
 std::string model_file_text(const std::string& model_name, double binding_offset,
                             const std::vector<LayerLines>& layers);
 
-/// Writes a model file. @return 0, or -1 after a message
-[[nodiscard]] int write_occam_model(const std::string& path, const std::string& model_name,
-                                    double binding_offset, const std::vector<LayerLines>& layers);
-
 /// Reads a model file and its mesh into occam_state().model and places the sites of occam_state().data, which
 /// must have been read before. Two sites on one node give a message, but are no failure.
 /// @return 0; -1 after a message, or without one where the model file has an empty line among its heads

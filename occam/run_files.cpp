@@ -1,12 +1,12 @@
 #include "occam/run_files.h"
 
 #include <algorithm>
+#include <fstream>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
 #include "core/text_fields.h"
-#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -36,15 +36,19 @@ RunScripts::RunScripts(fs::path folder) : made_(missing_folders(folder)) {
   fs::create_directories(folder);
   const auto write = [&](const char* name, std::string_view contents) {
     fs::path path = folder / name;
-    const bool is_new = !fs::exists(path);
-    safe_files::write_into_place(path, contents);
-    if (is_new) {
+    if (!fs::exists(path)) {
       made_.push_back(path);
+    }
+    std::ofstream stream(path, std::ios::binary);
+    stream << contents;
+    stream.close();
+    if (!stream) {
+      throw std::runtime_error(path.string() + ": the file can't be written");
     }
     return path;
   };
   try {
-    write("occam_run.bat", "occam2d\r\n");
+    write(run_script_name, "occam2d\r\n");
 #ifndef _WIN32
     const fs::path script = write("occam_run.sh", "#!/bin/sh\noccam2d\n");
     fs::permissions(script, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
@@ -60,35 +64,6 @@ RunScripts::~RunScripts() {
   if (!kept_) {
     std::for_each(made_.rbegin(), made_.rend(), remove_quietly);
   }
-}
-
-StagedFiles::StagedFiles(fs::path folder) : folder_(std::move(folder)) {}
-
-StagedFiles::~StagedFiles() {
-  for (const File& file : files_) {
-    remove_quietly(file.neighbour);
-  }
-}
-
-std::string StagedFiles::add(const std::string& name) {
-  const fs::path place = folder_ / name;
-  if (std::ranges::any_of(files_, [&](const File& file) { return file.place == place; })) {
-    throw std::runtime_error("two files of the inversion would have the name " + name);
-  }
-  if (fs::is_directory(place)) {
-    throw std::runtime_error(place.string() + ": is a folder");
-  }
-  fs::path neighbour = place;
-  neighbour += ".new";
-  files_.push_back({neighbour, place});
-  return neighbour.string();
-}
-
-void StagedFiles::move_into_place() {
-  for (const File& file : files_) {
-    safe_files::move_into_place(file.neighbour, file.place);
-  }
-  files_.clear();
 }
 
 bool folder_heeds_case(const fs::path& existing_file) {

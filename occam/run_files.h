@@ -1,4 +1,4 @@
-// run_files.h: the files of a run directory, put into place together or not at all.
+// run_files.h: the run directory and the files that start the inversion in it.
 #pragma once
 #include <filesystem>
 #include <string>
@@ -6,11 +6,13 @@
 
 namespace Module_occam {
 
-/// The files with the one line that starts the inversion: "occam_run.bat" and, where the system doesn't run
+inline constexpr const char* run_script_name = "occam_run.bat";
+
+/// The files with the one line that starts the inversion: run_script_name and, where the system doesn't run
 /// such, an executable "occam_run.sh".
 class RunScripts {
  public:
-  /// Makes the folder if it is missing and writes the files. Throws if that fails.
+  /// Makes the folder if it is missing and writes the files. Throws if that fails; nothing is left then.
   explicit RunScripts(std::filesystem::path folder);
   RunScripts(const RunScripts&) = delete;
   RunScripts& operator=(const RunScripts&) = delete;
@@ -23,30 +25,6 @@ class RunScripts {
  private:
   std::vector<std::filesystem::path> made_;  // folders and files that were not there before, in their order
   bool kept_ = false;
-};
-
-/// Files that are written beside their places first.
-class StagedFiles {
- public:
-  explicit StagedFiles(std::filesystem::path folder);
-  StagedFiles(const StagedFiles&) = delete;
-  StagedFiles& operator=(const StagedFiles&) = delete;
-  /// Removes what has not been moved into place.
-  ~StagedFiles();
-
-  /// The path to write the file of this name to. Throws std::runtime_error if the set has it already, or a
-  /// folder of that name stands in its place.
-  std::string add(const std::string& name);
-  /// Moves all files into place.
-  void move_into_place();
-
- private:
-  struct File {
-    std::filesystem::path neighbour;
-    std::filesystem::path place;
-  };
-  std::filesystem::path folder_;
-  std::vector<File> files_;
 };
 
 /// True if the folder of a file tells names apart that differ in the case of their letters.

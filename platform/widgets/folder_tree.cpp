@@ -33,3 +33,8 @@ void FolderTree::choose(const QString& folder) {
 }
 
 QString FolderTree::folder() const { return folders_->filePath(currentIndex()); }
+
+void FolderTree::showEvent(QShowEvent* event) {
+  QTreeView::showEvent(event);
+  scrollTo(currentIndex(), QAbstractItemView::PositionAtCenter);
+}

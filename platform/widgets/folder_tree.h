@@ -18,6 +18,9 @@ class FolderTree : public QTreeView {
  Q_SIGNALS:
   void folder_chosen(const QString& folder);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+
  private:
   QFileSystemModel* folders_;
 };

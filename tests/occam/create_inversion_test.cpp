@@ -230,10 +230,13 @@ TEST_F(CreateInversionTest, Failures_are_told_once_and_leave_what_was_there_befo
   inputs.data_file = "inmodel";
   expect_failure(failed + "two files of the inversion would have the name inmodel");
   inputs.data_file = "gone/occamdat";
-  expect_failure(failed + run("gone/occamdat.new").string() + ": the file can't be written");
+  expect_failure(failed + run("gone/occamdat").string() + ": the file can't be written");
   inputs.model_file = "gone/inmodel";
-  expect_failure("An error occurred while creating the Occam model file: " +
-                 run("gone/inmodel.new").string() + ": the file can't be written");
+  expect_failure(failed + run("gone/inmodel").string() + ": the file can't be written");
+  inputs.model_file = "Startup";
+  expect_failure(failed + "two files of the inversion would have the name Startup");
+  inputs.directory = inputs.occam_directory = " ";
+  expect_failure(failed + "no folder has been chosen");
   inputs.block_width = "0.0001";
   expect_failure(failed + "the block width is too small for the length of the line");
   inputs.num_layers = "2000";

@@ -70,6 +70,7 @@ class FormOccamTest : public QObject {
   }
   void cleanup() {
     window_.reset();
+    interface_.reset();  // before the next one is installed
     Module_database::reset_module();
     fs::current_path(started_in_);
   }
