@@ -89,11 +89,6 @@ void Form_occam::fill_controls() {
   for (const CheckControl& control : check_controls) {
     ((*ui_).*control.box)->setChecked(kept.*control.on);
   }
-  keeps_rhoplus_error_ = kept.use_rhoplus_error;
-  if (!steps_.fit_station) {
-    ui_->Check_use_rhoplus_error->setChecked(false);
-    ui_->Check_use_rhoplus_error->setEnabled(false);
-  }
   ui_->DirList->choose(QString::fromStdString(kept.directory));
 }
 
@@ -125,9 +120,6 @@ InversionInputs Form_occam::inputs() const {
   }
   for (const CheckControl& control : check_controls) {
     inputs.*control.on = ((*ui_).*control.box)->isChecked();
-  }
-  if (!steps_.fit_station) {
-    inputs.use_rhoplus_error = keeps_rhoplus_error_;
   }
   inputs.directory = ui_->DirList->folder().toStdString();
   return inputs;

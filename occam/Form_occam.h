@@ -33,6 +33,5 @@ class Form_occam : public QDialog {
   std::unique_ptr<Ui::Form_occam> ui_;
   Module_occam::StationSteps steps_;
   Module_occam::InversionLine line_;
-  bool keeps_rhoplus_error_ = true;  // the kept entry, while there is no fit to use
   bool running_ = false;
 };

@@ -63,10 +63,8 @@ int load_station(const ReadingKey& key, const RhoplusSettings& settings, const I
   }
   tables = Module_output::rhoplus_tables(merged, settings);
   wait();
-  if (inputs.use_rhoplus_error && steps.fit_station && !tables.data.empty()) {
-    if (steps.fit_station(key, settings, tables) != 0) {
-      return -1;
-    }
+  if (inputs.use_rhoplus_error && !tables.data.empty()) {
+    steps.fit_station(settings, tables);
     wait();
   }
   return 0;
@@ -78,7 +76,7 @@ Outcome form_data(const InversionLine& line, const InversionInputs& inputs, cons
   RhoplusSettings settings = Module_output::rhoplus_settings();
   settings.apply_static = inputs.apply_static ? 1 : 0;
   const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
-                       inputs.use_rhoplus_error && steps.fit_station};
+                       inputs.use_rhoplus_error};
   data.frequency_rows.assign(static_cast<std::size_t>(session().frequency_count), 0);
   const std::vector<double> stations = stations_of(line.line);
   for (std::size_t index = 0; index < stations.size(); ++index) {

@@ -3,11 +3,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <vector>
 
-#include "database/reading.h"
 #include "occam/inversion_inputs.h"
-#include "output/rhoplus_data.h"
+#include "occam/station_fit.h"
 
 namespace Module_occam {
 
@@ -26,15 +24,13 @@ InversionLine selected_line();
 /// @return 0, or -1 after a message
 [[nodiscard]] int check_line_for_inversion();
 
-/// What else happens at each station; each may be empty.
+/// What happens at each station beside the reading of its curve.
 struct StationSteps {
-  std::function<void(int place_in_line)> show_station;  // place from 1
+  std::function<void(int place_in_line)> show_station;  // place from 1; may be empty
 
-  /// Fits the rows of a station in one dimension; without it the errors are formed without a fit. @return 0,
-  /// or -1 after a message
-  std::function<int(const Module_database::ReadingKey&, const Module_output::RhoplusSettings&,
-                    Module_output::RhoplusTables&)>
-      fit_station;
+  /// Puts a one-dimensional fit into the rows of a station.
+  std::function<void(const Module_output::RhoplusSettings&, Module_output::RhoplusTables&)> fit_station =
+      fit_with_rhoplus;
 };
 
 struct CreatedInversion {

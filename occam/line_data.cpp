@@ -4,16 +4,22 @@
 #include <cmath>
 #include <numbers>
 
+#include "core/session_state.h"
+
 namespace Module_occam {
 
 namespace {
 
 constexpr double least_resistivity_error = 0.001;  // of log10 resistivity
 constexpr double least_phase_error = 0.1;          // degrees
+constexpr double largest_error = 999999.0;         // a longer one would run into the datum before it
 constexpr double least_phase = 0.1;                // degrees, added so that a phase of 0 has an error
 
 /// 0 for 0; the sign doesn't count.
 double safe_log10(double value) { return value == 0.0 ? 0.0 : std::log10(std::abs(value)); }
+
+/// How far the fit misses the datum; a datum without a fit isn't missed.
+double missed_by(double datum, double fit) { return is_absent(fit) ? 0.0 : std::abs(fit - datum); }
 
 }  // namespace
 
@@ -21,13 +27,13 @@ double resistivity_error(double rho, double fit, const ErrorRule& rule) {
   const double magnitude = std::abs(safe_log10(rho));
   double error = 0.0;
   if (rule.rhoplus_error) {
-    const double relative = rule.res_floor / 100.0 + std::abs((fit - rho) / rho);
+    const double relative = rule.res_floor / 100.0 + missed_by(rho, fit) / std::abs(rho);
     error =
         rule.standard_error ? relative * magnitude : relative * std::numbers::log10e;  // log10(exp(relative))
   } else {
     error = rule.standard_error ? rule.res_floor / 100.0 * magnitude : rule.res_floor;
   }
-  return std::max(error, least_resistivity_error);
+  return std::clamp(error, least_resistivity_error, largest_error);
 }
 
 double phase_error(double phase, double fit, const ErrorRule& rule) {
@@ -35,9 +41,9 @@ double phase_error(double phase, double fit, const ErrorRule& rule) {
   double error = floor * std::abs(phase);
   if (rule.rhoplus_error) {
     const double magnitude = std::abs(phase) + least_phase;
-    error = (floor + std::abs((fit - phase) / magnitude)) * magnitude;
+    error = (floor + missed_by(phase, fit) / magnitude) * magnitude;
   }
-  return std::max(error, least_phase_error);
+  return std::clamp(error, least_phase_error, largest_error);
 }
 
 void add_station(LineData& line, double station, const Module_output::RhoplusTables& tables,

@@ -18,6 +18,8 @@ struct ErrorRule {
   bool rhoplus_error = true;
 };
 
+// An absent fit (no_data) adds nothing to an error.
+
 /// Error of log10 resistivity.
 /// @param rho, fit  resistivity measured and fitted in one dimension, ohm-m
 double resistivity_error(double rho, double fit, const ErrorRule& rule);

@@ -37,7 +37,12 @@ class CreateInversionTest : public SurveyTest {
     for (const double station : stations) {
       made::ReadingKey key = made::key(0.0F, station);
       key.data_type = data_type;
-      made::store(key, 0, made::reading({{1, 100, 45}, {10, 100, 45}, {100, 100, 45}}), 2, -1);
+      made::StoredReading curve = made::reading({{1, 100, 45}, {10, 100, 45}, {100, 100, 45}});
+      for (std::size_t index = 0; index < curve.curve.count(); ++index) {
+        curve.curve.value(Module_database::field_resistivity_deviation, index) = 1.0F;
+        curve.curve.value(Module_database::field_phase_deviation, index) = 0.5F;
+      }
+      made::store(key, 0, curve, 2, -1);
     }
   }
 
@@ -149,15 +154,13 @@ TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
   inputs.use_rhoplus_error = true;
   int shown = 0;
   steps.show_station = [&shown](int place) { EXPECT_EQ(place, ++shown); };
-  steps.fit_station = [](const made::ReadingKey& key, const Module_output::RhoplusSettings& settings,
+  steps.fit_station = [](const Module_output::RhoplusSettings& settings,
                          Module_output::RhoplusTables& tables) {
     EXPECT_EQ(settings.apply_static, 1);
-    EXPECT_EQ(key.data_type, "EyHx");
     for (auto& row : tables.data) {
       row.model_resistivity = 110.0F;
       row.model_phase = 50.0F;
     }
-    return 0;
   };
   ASSERT_EQ(create(), 0);
   EXPECT_EQ(shown, 3);
@@ -167,6 +170,21 @@ TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
                 .find("     2           3       1       2.0000      0.3000\r\n"
                       "     2           3       2      45.0000      7.2550\r\n"),
             std::string::npos);
+}
+
+TEST_F(CreateInversionTest, A_half_space_is_fitted_and_keeps_its_errors) {
+  new_survey();
+  store_stations({100, 200, 300});
+  inputs.use_rhoplus_error = true;
+  ASSERT_EQ(create(), 0);
+  // Rho+ fits 100 ohm-m and 45 degrees, so the errors stay near 0.05 x 2 and 0.05 x 45.1.
+  const std::string data = files().at("occamdat");
+  const std::size_t row = data.find("     2           2       5       2.0000");
+  ASSERT_NE(row, std::string::npos);
+  EXPECT_NEAR(numeric_value(data.substr(row + 39, 12)), 0.1, 0.01);
+  const std::size_t phase_row = data.find("     2           2       6      45.0000");
+  ASSERT_NE(phase_row, std::string::npos);
+  EXPECT_NEAR(numeric_value(data.substr(phase_row + 39, 12)), 2.255, 0.5);
 }
 
 TEST_F(CreateInversionTest, Too_few_stations_leave_only_the_files_that_start_the_program) {

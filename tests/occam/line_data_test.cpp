@@ -20,7 +20,9 @@ TEST(Errors, Of_log_resistivity) {
                         {"standard alone: 0.05 x 3", 1000, 1, true, false, 0.15},
                         {"neither: the floor itself", 1000, 1, false, false, 5.0},
                         {"below 1 ohm-m the logarithm's size counts", 0.01, 0.01, true, false, 0.1},
-                        {"log 1 is 0: the least error", 1, 5, true, false, 0.001}};
+                        {"log 1 is 0: the least error", 1, 5, true, false, 0.001},
+                        {"no fit", 100, -1e32, true, true, 0.1},
+                        {"a fit far off: the largest error", 0.001, 1e9, true, true, 999999}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_NEAR(resistivity_error(c.rho, c.fit, {5, 5, c.standard, c.rhoplus}), c.expected, 1e-8);
