@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <stdexcept>
 
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
@@ -74,6 +75,9 @@ std::vector<std::string> iteration_file_names(const std::string& folder) {
 
 int read_run(const std::string& folder, const std::string& control_file, RunSummary& run) {
   return trap_errors("An error occurred while reading the run directory: ", [&] {
+    if (!fs::is_directory(folder)) {
+      throw std::runtime_error(folder + " is not a folder");
+    }
     fs::current_path(folder);
     const std::vector<std::string> names = iteration_file_names(".");
     RunSummary read;

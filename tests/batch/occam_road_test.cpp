@@ -1,0 +1,67 @@
+// From field files to a run directory of the two-dimensional inversion and back, through the batch program.
+#include <filesystem>
+
+#include "tests/batch/batch_program.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+const std::vector<std::string> create{"occam",       "survey.mdb", "--line",   "200E", "--reference", "0",
+                                      "--data-type", "ExHy",       "--dipole", "100",  "--directory", "run"};
+
+TEST_F(Batch_program, Occam_makes_a_run_that_occam_info_reads_back) {
+  write_field_files(4);
+  import_field_files();
+  std::vector<std::string> arguments = create;
+  for (const char* argument : {"--layers", "10", "--block-width", "40", "--description", "a line"}) {
+    arguments.emplace_back(argument);
+  }
+  const Outcome made = run(arguments);
+  ASSERT_EQ(made.status, 0) << made.errors;
+  EXPECT_NE(made.errors.find("Output complete. Number of data written: "), std::string::npos);
+
+  const Json info = run_for_json({"occam-info", "run", "--json"});
+  EXPECT_EQ(info["title"], "a line");
+  EXPECT_EQ(info["model_file"], "inmodel");
+  ASSERT_EQ(info["sites"].size(), 4U);
+  for (const Json& site : info["sites"]) {
+    EXPECT_EQ(site["offset"], site["node"]);  // each on a node of its own
+  }
+  EXPECT_EQ(info["layers"], 10);
+  EXPECT_EQ(info["blocks"], info["parameters"]);
+  EXPECT_TRUE(info["iterations"].empty());
+
+  // An iteration as the inversion program leaves it.
+  std::string iteration = file_contents(folder_.path("run/startup"));
+  iteration.replace(iteration.find("ITERATION:        0"), 19, "ITERATION:        3");
+  iteration.replace(iteration.find("TLAST:            100"), 21, "TLAST:            1.5");
+  std::ignore = folder_.write("run/ITER03.iter", iteration);
+  const Json later = run_for_json({"occam-info", "run", "--json"});
+  ASSERT_EQ(later["iterations"].size(), 1U);
+  EXPECT_EQ(later["iterations"][0]["iteration"], 3);
+  EXPECT_EQ(later["iterations"][0]["misfit"], 1.5);
+  EXPECT_EQ(later["iterations"][0]["parameters"], info["parameters"]);
+  EXPECT_NE(run({"occam-info", "run"}).output.find("Iteration"), std::string::npos);
+}
+
+TEST_F(Batch_program, Occam_tells_what_is_wrong) {
+  write_field_files(2);
+  import_field_files();
+  const Outcome few = run(create);
+  EXPECT_EQ(few.status, 1);
+  EXPECT_NE(few.errors.find("There are not enough stations for the current line"), std::string::npos);
+  std::vector<std::string> arguments = create;
+  arguments.insert(arguments.end(), {"--rms", "0"});
+  const Outcome invalid = run(arguments);
+  EXPECT_EQ(invalid.status, 1);
+  EXPECT_EQ(invalid.errors, "The target RMS is invalid\n");
+
+  const Outcome nothing = run({"occam-info", "run"});
+  EXPECT_EQ(nothing.status, 1);
+  EXPECT_EQ(nothing.errors, "There is no start file and no iteration file\n");
+  EXPECT_EQ(run({"occam-info", "gone"}).status, 1);
+  EXPECT_EQ(run({"occam-info"}).status, 2);
+}
+
+}  // namespace
