@@ -1,5 +1,6 @@
 // Any texts as the response of a two-dimensional inversion and, behind a line "====", the data file that
 // heads it.
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <string_view>
@@ -19,10 +20,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::ofstream(header, std::ios::binary) << text.substr(std::min(response_size + divider.size(), size));
   if (read_occam_response(response, header) == 0) {
     const OccamResponse& read = occam_state().response;
-    // The last place of all must be there.
-    const float last = read.value(ResponseValue::misfit, ResponseKind::phase, read.resp_sites(),
-                                  read.resp_frequency_count());
-    if (last != last && read.resp_values.empty()) {
+    // The last place of all must be there, and it is the last one.
+    const OccamResponse::Row& last =
+        read.row(ResponseKind::phase, read.resp_sites(), read.resp_frequency_count());
+    if (&last != &read.resp_values.back()) {
       std::abort();
     }
   }

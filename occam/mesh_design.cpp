@@ -104,7 +104,7 @@ std::vector<float> horizontal_nodes(std::span<const float> site_positions, doubl
       if (!(steps + static_cast<double>(nodes.size()) < static_cast<double>(most_columns_of_nodes))) {
         throw std::runtime_error("the block width is too small for the length of the line");
       }
-      for (double step = 1.0; step < steps; step += 1.0) {
+      for (int step = 1; step < static_cast<int>(steps); ++step) {
         nodes.push_back(static_cast<float>(first + step * distance / steps));
       }
     }

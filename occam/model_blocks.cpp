@@ -104,8 +104,7 @@ void repair_edge_blocks(OccamModel& model) {
   if (model.layers.size() > 1) {
     const float height_above = model.layer_block(model.num_layers() - 2, 0).block_height;
     for (int place = 0; place < model.layers.back().layer_blocks(); ++place) {
-      model.blocks[static_cast<std::size_t>(model.layers.back().first_block + place)].block_height =
-          height_above;
+      model.blocks[model.block_index(model.num_layers() - 1, place)].block_height = height_above;
     }
   }
 }

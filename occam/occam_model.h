@@ -64,7 +64,11 @@ struct OccamModel {
   }
   /// Block `place` of layer `layer`.
   [[nodiscard]] const OccamBlock& layer_block(int layer, int place) const {
-    return blocks[static_cast<std::size_t>(layers[static_cast<std::size_t>(layer)].first_block + place)];
+    return blocks[block_index(layer, place)];
+  }
+  [[nodiscard]] std::size_t block_index(int layer, int place) const {
+    return static_cast<std::size_t>(layers[static_cast<std::size_t>(layer)].first_block) +
+           static_cast<std::size_t>(place);
   }
   /// Index from 1 of a free parameter in the table of resistivities.
   [[nodiscard]] int param_table_index(int parameter_number) const {
