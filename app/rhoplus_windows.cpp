@@ -54,10 +54,9 @@ void RhoplusWindows::create_occam_inversion() {
   if (Module_occam::check_line_for_inversion() != 0) {
     return;
   }
-  const Module_occam::StationSteps steps{
-      [this](int place_in_line) {
-        display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
-      },
-      Module_rhoplus::fit_station};
+  Module_occam::StationSteps steps;
+  steps.show_station = [this](int place_in_line) {
+    display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
+  };
   Form_occam(steps, results_).exec();
 }

@@ -7,7 +7,6 @@
 #include "batch/reading_option.h"
 #include "core/user_interface.h"
 #include "occam/create_inversion.h"
-#include "rhoplus/station_inversion.h"
 
 namespace Batch {
 namespace {
@@ -24,8 +23,8 @@ int create_run(const OccamOptions& options) {
   Module_occam::CreatedInversion created;
   const ReadingOption& reading = options.reading;
   if (Module_occam::create_inversion(
-          {reading.line, reading.reference_type, reading.data_type, reading.dipole}, options.inputs,
-          {{}, Module_rhoplus::fit_station}, created) != 0) {
+          {reading.line, reading.reference_type, reading.data_type, reading.dipole}, options.inputs, {},
+          created) != 0) {
     return -1;
   }
   if (created.stopped) {

@@ -95,10 +95,4 @@ int invert_station_in_memory(const ReadingKey& key, StationInversion& result) {
   });
 }
 
-int fit_station(const ReadingKey& /*key*/, const Module_output::RhoplusSettings& settings,
-                RhoplusTables& tables) {
-  return trap_errors(failed_text,
-                     [&] { static_cast<void>(vexmtutils::rhoplus(tables.data, surface_of(settings))); });
-}
-
 }  // namespace Module_rhoplus

@@ -36,9 +36,4 @@ std::filesystem::path run_directory(const std::string& database_file, std::int32
 /// The same without files, for callers that print the result.
 [[nodiscard]] int invert_station_in_memory(const ReadingKey& key, StationInversion& result);
 
-/// Fills the model's response into a station's rows, formed with these settings. Rows that can't be fitted
-/// keep none. @return 0, or -1 after a message
-[[nodiscard]] int fit_station(const ReadingKey& key, const Module_output::RhoplusSettings& settings,
-                              Module_output::RhoplusTables& tables);
-
 }  // namespace Module_rhoplus
