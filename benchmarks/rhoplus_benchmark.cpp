@@ -20,6 +20,7 @@ std::vector<vexmtutils::RhoplusRow> table(int count, double error, bool noisy, s
     made::add_noise(data, seed);
   }
   std::vector<vexmtutils::RhoplusRow> rows;
+  rows.reserve(data.size());
   for (const made::RhoplusDatum& d : data) {
     rows.push_back({static_cast<float>(d.frequency), static_cast<float>(d.resistivity),
                     static_cast<float>(d.resistivity_error), static_cast<float>(d.phase),
@@ -38,7 +39,7 @@ void invert_tables(benchmark::State& state, double error, bool noisy) {
   double misfit2 = 0.0;
   double excess = 0.0;
   std::size_t turn = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::string log;
     const vexmtutils::RhoplusRun run =
         vexmtutils::rhoplus(tables[turn++ % stations], vexmtutils::RhoplusSurface::insulating, &log);

@@ -20,6 +20,7 @@ using vexmtutils::Sheet;
 /// `count` frequencies, evenly spaced in ln f from `low` to `high`, Hz.
 inline std::vector<double> frequencies(int count, double low, double high) {
   std::vector<double> result;
+  result.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
     result.push_back(low * std::pow(high / low, count > 1 ? static_cast<double>(i) / (count - 1) : 0.0));
   }

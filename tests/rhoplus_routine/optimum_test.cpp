@@ -44,7 +44,9 @@ double gap_by_quadrature(const std::vector<RhoplusDatum>& data, const RhoplusInv
   double gap = 0.0;
   std::size_t passed = 0;
   const std::vector<double>& switches = inversion.fit.model.switches;
-  for (double x = -45.0; x < std::min(45.0, wall); x += step) {
+  const int points = static_cast<int>((std::min(45.0, wall) + 45.0) / step);
+  for (int point = 0; point < points; ++point) {
+    const double x = -45.0 + point * step;
     const double lambda = std::exp(x);
     double g = 0.0;
     for (const Term& term : terms) {

@@ -48,13 +48,14 @@ SwitchModel first_model(const FitProblem& problem) {
 SwitchModel with_pulses(const FitProblem& problem, const BestFit& best) {
   constexpr double worth_while = 1e-3;  // of the largest
   constexpr double widest = 0.05;
-  constexpr double narrowest = 1e-12;
+  constexpr int widths = 11;          // each a tenth of the last
   constexpr double small_rise = 0.1;  // of the gap; the other switches can make up for it
   double largest = 0.0;
   for (const WrongStretch& stretch : best.certificate.wrong_stretches) {
     largest = std::max(largest, stretch.gap);
   }
-  for (double width = widest; width > narrowest; width *= 0.1) {
+  double width = widest;
+  for (int i = 0; i < widths; ++i, width *= 0.1) {
     SwitchModel model = best.model;
     for (const WrongStretch& stretch : best.certificate.wrong_stretches) {
       const double first = stretch.peak - 0.5 * width;

@@ -11,9 +11,9 @@ namespace {
 /// where a = n/2 and x = chi2/2.
 double exceedance(int n, double chi2) {
   const double x = 0.5 * chi2;
-  double a = n % 2 == 1 ? 0.5 : 1.0;
   double sum = n % 2 == 1 ? std::erfc(std::sqrt(x)) : std::exp(-x);
-  for (; a < 0.5 * n - 0.25; a += 1.0) {
+  for (int twice_a = n % 2 == 1 ? 1 : 2; twice_a < n; twice_a += 2) {
+    const double a = 0.5 * twice_a;
     sum += std::exp(a * std::log(x) - x - std::lgamma(a + 1.0));
   }
   return sum;

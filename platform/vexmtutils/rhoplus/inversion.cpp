@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <tuple>
 
 #include "core/number_text.h"
 #include "platform/vexmtutils/rhoplus/switch_polish.h"
@@ -24,8 +25,6 @@ struct UsedValue {
   bool is_phase = false;
   double target = 0.0;
   double weight = 0.0;
-
-  auto operator<=>(const UsedValue&) const = default;
 };
 
 /// The values behind the flags; what can't be used is left out with a remark.
@@ -65,7 +64,10 @@ std::vector<UsedValue> used_values(std::span<const RhoplusDatum> data, RhoplusIn
     }
   }
   // In an order of their own, so that the order of the rows makes no difference, not even of rounding.
-  std::sort(used.begin(), used.end());
+  std::sort(used.begin(), used.end(), [](const UsedValue& a, const UsedValue& b) {
+    return std::tie(a.omega, a.is_phase, a.target, a.weight) <
+           std::tie(b.omega, b.is_phase, b.target, b.weight);
+  });
   return used;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::size_t label_width = 24;
 constexpr std::size_t number_width = 13;
+constexpr std::size_t flag_width = 6;
 
 class LogText {
  public:
@@ -82,7 +84,6 @@ void write_fit(LogText& log, const RhoplusInversion& inversion) {
 }
 
 void write_remarks(LogText& log, const RhoplusInversion& inversion) {
-  LogText remarks;
   if (inversion.fit.fits_exactly) {
     log.line("The data can be fitted exactly; this is one of many models that do.");
   }
@@ -116,16 +117,28 @@ void write_model(LogText& log, const SheetModel& model, double sheet_error) {
 
 std::string value_columns(bool used, double observed, double error, double model, double residual,
                           std::string_view picture) {
-  return pad_field(used ? "1" : "0", 5) + pad_field(number(observed), number_width) +
+  return pad_field(used ? "1" : "0", flag_width) + pad_field(number(observed), number_width) +
          pad_field(number(error), number_width) +
          pad_field(std::isfinite(model) ? with_places(model, picture) : "-", number_width) +
          pad_field(std::isfinite(residual) ? with_places(residual, "0.00") : "-", number_width);
 }
 
 void write_data(LogText& log, std::span<const RhoplusDatum> data, const RhoplusInversion& inversion) {
-  log.heading(
-      "Data: frequency in Hz; used, observed, error, model, residual in errors of resistivity (ohm-m), of "
-      "phase (deg)");
+  log.heading("Data: residuals in errors, of ln resistivity and of phase");
+  std::string names = pad_field("frequency", number_width);
+  std::string units = pad_field("(Hz)", number_width);
+  for (const auto& [quantity, unit] : {std::pair{"resistivity", "(ohm-m)"}, std::pair{"phase", "(deg)"}}) {
+    names += pad_field("used", flag_width);
+    units += pad_field("", flag_width);
+    for (const std::string_view name : {quantity, "error", "model"}) {
+      names += pad_field(name, number_width);
+      units += pad_field(unit, number_width);
+    }
+    names += pad_field("residual", number_width);
+    units += pad_field("", number_width);
+  }
+  log.line(names);
+  log.line(units);
   for (std::size_t i = 0; i < data.size(); ++i) {
     const RhoplusDatum& datum = data[i];
     const RhoplusPrediction& row = inversion.rows[i];

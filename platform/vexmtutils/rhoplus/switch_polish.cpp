@@ -126,15 +126,15 @@ class LocalShape {
 SwitchModel moved(const FitProblem& problem, const SwitchModel& model, const Eigen::VectorXd& step) {
   struct Pool {
     double sum = 0.0;
-    double count = 0.0;
-    [[nodiscard]] double mean() const { return sum / count; }
+    std::size_t count = 0;
+    [[nodiscard]] double mean() const { return sum / static_cast<double>(count); }
   };
   const std::vector<double>& from = model.switches;
   std::vector<double> kept(from.size(), 0.0);
   std::vector<Pool> pools;
   for (std::size_t i = 0; i < from.size(); ++i) {
     kept[i] = i > 0 ? kept[i - 1] + kept_distance * (from[i] - from[i - 1]) : 0.0;
-    pools.push_back({from[i] + step[static_cast<Eigen::Index>(i)] - kept[i], 1.0});
+    pools.push_back({from[i] + step[static_cast<Eigen::Index>(i)] - kept[i], 1});
     while (pools.size() > 1 && pools[pools.size() - 2].mean() > pools.back().mean()) {
       const Pool top = pools.back();
       pools.pop_back();
@@ -148,7 +148,7 @@ SwitchModel moved(const FitProblem& problem, const SwitchModel& model, const Eig
   SwitchModel trial = model;
   std::size_t i = 0;
   for (const Pool& pool : pools) {
-    for (double member = 0.0; member < pool.count; member += 1.0, ++i) {
+    for (std::size_t member = 0; member < pool.count; ++member, ++i) {
       trial.switches[i] = std::min(pool.mean(), highest) + kept[i];
     }
   }
