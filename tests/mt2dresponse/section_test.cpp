@@ -15,12 +15,12 @@ using namespace mt2dresponse;
 TEST(Section, Triangles_take_fixed_and_free_resistivities) {
   const std::vector<double> fixed = {1e12, 0.3};
   const std::vector<double> free = {2.0, -1.0};
-  EXPECT_EQ(triangle_resistivities(std::vector<std::int16_t>{0, 1, 3, 4}, fixed, free),
+  EXPECT_EQ(triangle_resistivities(std::vector<std::int32_t>{0, 1, 3, 4}, fixed, free),
             (std::vector<double>{1e12, 0.3, 100.0, 0.1}));
-  EXPECT_EQ(triangle_resistivities(std::vector<std::int16_t>{0, 1}, {}, free),
+  EXPECT_EQ(triangle_resistivities(std::vector<std::int32_t>{0, 1}, {}, free),
             (std::vector<double>{1e12, 100.0}));  // air without a table
-  for (const std::int16_t bad : std::vector<std::int16_t>{2, 5, -99}) {
-    EXPECT_THROW(triangle_resistivities(std::vector<std::int16_t>{bad}, fixed, free), std::invalid_argument)
+  for (const std::int32_t bad : std::vector<std::int32_t>{2, 5, -99}) {
+    EXPECT_THROW(triangle_resistivities(std::vector<std::int32_t>{bad}, fixed, free), std::invalid_argument)
         << bad;
   }
 }

@@ -51,12 +51,12 @@ void check_section(const Section& section) {
   }
 }
 
-std::vector<double> triangle_resistivities(std::span<const std::int16_t> table_index,
+std::vector<double> triangle_resistivities(std::span<const std::int32_t> table_index,
                                            std::span<const double> fixed_resistivities,
                                            std::span<const double> log10_parameters) {
   const std::size_t fixed = fixed_resistivities.size();
-  const auto resistivity = [&](std::int16_t signed_index) {
-    const auto index = static_cast<std::size_t>(std::max<std::int16_t>(signed_index, 0));
+  const auto resistivity = [&](std::int32_t signed_index) {
+    const auto index = static_cast<std::size_t>(std::max<std::int32_t>(signed_index, 0));
     if (signed_index >= 0 && index < fixed) {
       return fixed_resistivities[index];
     }

@@ -38,7 +38,7 @@ void check_section(const Section& section);
 /// @param fixed_resistivities  ohm-m, F values
 /// @param log10_parameters     log10 ohm-m
 /// @return ohm-m; throws std::invalid_argument for an index beyond the table
-std::vector<double> triangle_resistivities(std::span<const std::int16_t> table_index,
+std::vector<double> triangle_resistivities(std::span<const std::int32_t> table_index,
                                            std::span<const double> fixed_resistivities,
                                            std::span<const double> log10_parameters);
 
