@@ -1,15 +1,18 @@
 #include "occam/data_file.h"
 
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "occam/occam_state.h"
-#include "occam/text_input.h"
+#include "occam/table_input.h"
 
 namespace Module_occam {
 
 namespace {
 
-constexpr std::string_view marker = "OCCAM2MTDATA_1.0";
 constexpr std::string_view line_end = "\r\n";
 constexpr std::size_t sites_value_column = 6;  // behind the word SITES
 constexpr std::size_t number_width = 12;
@@ -46,7 +49,7 @@ std::string_view without_colon(std::string_view text) {
 }
 
 OccamData read_sites(TextInput& input) {
-  if (input.filled_line().find(marker) == std::string_view::npos) {
+  if (input.filled_line().find(data_marker) == std::string_view::npos) {
     throw Refusal("The file does not have the correct format");
   }
   OccamData data;
@@ -66,11 +69,30 @@ OccamData read_sites(TextInput& input) {
   return data;
 }
 
+/// Reads row `count`, from 0, and checks its numbers.
+DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
+  Row<5> items{};
+  if (!read_row(input, items)) {
+    throw std::runtime_error("the file ends behind " + std::to_string(count) + " rows");
+  }
+  const DataRow row{integer_of(items[0]), integer_of(items[1]),
+                    static_cast<DataType>(std::clamp(integer_of(items[2]), 0, 255)), items[3], items[4]};
+  const auto within = [](int number, std::size_t most) {
+    return number >= 1 && static_cast<std::size_t>(number) <= most;
+  };
+  if (!within(row.site_number, data.site_offsets.size()) ||
+      !within(row.frequency_number, data.frequencies.size())) {
+    throw std::runtime_error("row " + std::to_string(count + 1) +
+                             " is of a site or frequency that there is not");
+  }
+  return row;
+}
+
 }  // namespace
 
 std::string data_file_text(const DataFile& data) {
   std::string text;
-  add_line(text, "FORMAT            ", marker);
+  add_line(text, "FORMAT            ", data_marker);
   add_line(text, "TITLE             ", trimmed(data.description));
   add_line(text, "SITES             ", std::to_string(data.positions.size()));
   for (const float position : data.positions) {
@@ -96,6 +118,22 @@ int read_occam_data_file(const std::string& path) {
   return run_reader("An error occurred while reading the control file: ", [&path] {
     TextInput input(path);
     occam_state().data = read_sites(input);
+  });
+}
+
+int read_occam_data_rows(const std::string& path, ObservedData& data) {
+  return run_reader("An error occurred while reading the control file: ", [&] {
+    TextInput input(path);
+    if (input.filled_line().find(data_marker) == std::string_view::npos) {
+      throw Refusal("The file does not have the correct format");
+    }
+    TableHeader header = read_header(input, Labels::without_colon);
+    ObservedData read{
+        std::move(header.site_names), std::move(header.site_offsets), std::move(header.frequencies), {}};
+    for (int count = 0; count < header.row_count; ++count) {
+      read.rows.push_back(read_data_row(input, read, count));
+    }
+    data = std::move(read);
   });
 }
 

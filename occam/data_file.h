@@ -1,5 +1,6 @@
 // data_file.h: the data file of an inversion: sites, frequencies, data with their errors.
 #pragma once
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,7 @@ enum class DataType : std::uint8_t {
   te_resistivity = 1,  // log10 ohm-m
   te_phase = 2,        // degrees
   tm_resistivity = 5,
-  tm_phase = 6,
+  tm_phase = 6,  // a file may hold others, too
 };
 
 struct DataRow {
@@ -37,5 +38,17 @@ std::string data_file_text(const DataFile& data);
 /// Reads title and sites of a data file into occam_state().data; frequencies and rows are not read.
 /// @return 0; -1 after a message, or without one where the file has an empty line before its sites end
 [[nodiscard]] int read_occam_data_file(const std::string& path);
+
+/// A data file as a whole.
+struct ObservedData {
+  std::vector<std::string> site_names;
+  std::vector<double> site_offsets;  // m along the line
+  std::vector<double> frequencies;   // Hz
+  std::vector<DataRow> rows;         // of every data type, in the order of the file
+};
+
+/// Reads a whole data file.
+/// @return as read_occam_data_file; `data` is as before after a failure
+[[nodiscard]] int read_occam_data_rows(const std::string& path, ObservedData& data);
 
 }  // namespace Module_occam

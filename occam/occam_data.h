@@ -63,6 +63,15 @@ struct OccamResponse {
     resp_values.assign(2 * pairs, {no_data, no_data, no_data, no_data});
   }
 
+  /// A row as the file has it, of any data type.
+  struct FileRow {
+    int site_number = 0;
+    int frequency_number = 0;
+    int data_type = 0;
+    Row values = {};
+  };
+  std::vector<FileRow> rows;  // in the order of the file
+
   std::vector<Row> resp_values;  // by kind, site number and frequency number, the last running fastest
 
  private:

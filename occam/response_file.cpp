@@ -9,16 +9,16 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "occam/occam_state.h"
-#include "occam/text_input.h"
+#include "occam/table_input.h"
 
 namespace Module_occam {
 
 namespace {
 
-constexpr std::string_view marker = "OCCAM2MTDATA_1.0";
 constexpr std::size_t most_site_frequencies = std::size_t{1} << 22U;  // of a response; they take 128 MB
 constexpr std::size_t row_items = 7;
 constexpr std::size_t data_row_items = 5;
+constexpr double resistivity_type = 5.0;
 
 // Where the items of a response row and of a data row stand.
 constexpr std::size_t site_item = 0;
@@ -29,73 +29,15 @@ constexpr std::size_t datum_item = 4;   // of a response row without a header
 constexpr std::size_t column_item = 5;  // residual or modelled value
 constexpr std::size_t misfit_item = 6;
 
-template <std::size_t items>
-using Row = std::array<double, items>;
 using ResponseRows = std::vector<Row<row_items>>;
 using DataRows = std::vector<Row<data_row_items>>;
 
-/// How the lines with counts are written.
-enum class Labels { with_colon, without_colon };
-
-int labelled_count(std::string_view line, Labels labels, std::size_t label_length) {
-  if (labels == Labels::with_colon) {
-    return integer_value(behind_colon(line));
-  }
-  const std::string_view value = from_column(line, label_length + 1);
-  return integer_value(value.starts_with(':') ? value.substr(1) : value);
-}
-
-struct Header {
+OccamResponse empty_response(TableHeader& header) {
   OccamResponse response;
-  int row_count = 0;
-};
-
-void read_values(TextInput& input, int count, std::vector<double>& values, const char* what) {
-  if (read_value_list(input, count, values) != 0) {
-    throw std::runtime_error("the file ends behind " + std::to_string(values.size()) + " of " +
-                             std::to_string(count) + " " + what);
-  }
-}
-
-/// Reads on behind the marker up to the first row.
-Header read_header(TextInput& input, Labels labels) {
-  constexpr std::size_t sites_label = 5;
-  constexpr std::size_t frequencies_label = 12;
-  constexpr std::size_t blocks_label = 14;
-  Header header;
-  OccamResponse& response = header.response;
-  input.filled_line();  // title
-  const int sites = labelled_count(input.filled_line(), labels, sites_label);
-  if (sites < 1) {
-    throw Refusal("The file does not have any sites defined");
-  }
-  for (int site = 0; site < sites; ++site) {
-    response.resp_site_names.push_back(text_from_field_file(trimmed(input.filled_line())));
-  }
-  input.filled_line();  // the label of the offsets
-  read_values(input, sites, response.resp_offsets, "offsets");
-  const int frequencies = labelled_count(input.filled_line(), labels, frequencies_label);
-  if (frequencies < 1) {
-    throw Refusal("The file does not have any frequencies defined");
-  }
-  read_values(input, frequencies, response.resp_frequencies, "frequencies");
-  header.row_count = labelled_count(input.filled_line(), labels, blocks_label);
-  if (header.row_count < 1) {
-    throw Refusal("The file does not have any data values defined");
-  }
-  input.filled_line();  // the label of the rows
-  return header;
-}
-
-template <std::size_t items>
-bool read_row(TextInput& input, Row<items>& row) {
-  std::vector<double> values;
-  values.reserve(items);
-  if (read_value_list(input, items, values) != 0) {
-    return false;
-  }
-  std::ranges::copy(values, row.begin());
-  return true;
+  response.resp_site_names = std::move(header.site_names);
+  response.resp_offsets = std::move(header.site_offsets);
+  response.resp_frequencies = std::move(header.frequencies);
+  return response;
 }
 
 ResponseRows read_rows(TextInput& input, int count) {
@@ -157,7 +99,8 @@ int number_within(double value, int most, const char* what) {
 }
 
 template <class ValuesOf>
-void store_rows(OccamResponse& response, const ResponseRows& rows, ValuesOf values_of) {
+OccamResponse store_rows(TableHeader& header, const ResponseRows& rows, ValuesOf values_of) {
+  OccamResponse response = empty_response(header);
   if ((response.resp_offsets.size() + 1) * (response.resp_frequencies.size() + 1) > most_site_frequencies) {
     throw std::runtime_error("there are too many sites and frequencies");
   }
@@ -165,11 +108,14 @@ void store_rows(OccamResponse& response, const ResponseRows& rows, ValuesOf valu
   for (const Row<row_items>& row : rows) {
     const int site = number_within(row[site_item], response.resp_sites(), "site");
     const int frequency = number_within(row[frequency_item], response.resp_frequency_count(), "frequency");
-    constexpr double resistivity_type = 5.0;
+    const int type = integer_of(row[type_item]);
     const ResponseKind kind =
         row[type_item] == resistivity_type ? ResponseKind::resistivity : ResponseKind::phase;
-    response.row(kind, site, frequency) = values_of(row);
+    const OccamResponse::Row values = values_of(row);
+    response.row(kind, site, frequency) = values;
+    response.rows.push_back({site, frequency, type, values});
   }
+  return response;
 }
 
 OccamResponse::Row singles(double observed, double residual, double modelled, double misfit) {
@@ -178,31 +124,28 @@ OccamResponse::Row singles(double observed, double residual, double modelled, do
 }
 
 OccamResponse read_marked(TextInput& input) {
-  Header header = read_header(input, Labels::with_colon);
+  TableHeader header = read_header(input, Labels::with_colon);
   const ResponseRows rows = read_rows(input, header.row_count);
-  store_rows(header.response, rows,
-             [](const Row<row_items>& row) { return singles(row[3], row[4], row[5], row[6]); });
-  return std::move(header.response);
+  return store_rows(header, rows,
+                    [](const Row<row_items>& row) { return singles(row[3], row[4], row[5], row[6]); });
 }
 
 OccamResponse read_unmarked(const std::string& path, const std::string& header_file) {
   TextInput header_input(header_file);
-  if (header_input.line().find(marker) == std::string_view::npos) {
+  if (header_input.line().find(data_marker) == std::string_view::npos) {
     throw Refusal("The file does not have the correct format");
   }
-  Header header = read_header(header_input, Labels::without_colon);
+  TableHeader header = read_header(header_input, Labels::without_colon);
   TextInput input(path);
   const ResponseRows rows = read_rows(input, header.row_count);
   if (column_is_modelled(rows, read_data_rows(header_input, header.row_count))) {
-    store_rows(header.response, rows, [](const Row<row_items>& row) {
+    return store_rows(header, rows, [](const Row<row_items>& row) {
       return singles(row[datum_item], row[datum_item] - row[column_item], row[column_item], row[misfit_item]);
     });
-  } else {
-    store_rows(header.response, rows, [](const Row<row_items>& row) {
-      return singles(row[datum_item], row[column_item], row[datum_item] - row[column_item], row[misfit_item]);
-    });
   }
-  return std::move(header.response);
+  return store_rows(header, rows, [](const Row<row_items>& row) {
+    return singles(row[datum_item], row[column_item], row[datum_item] - row[column_item], row[misfit_item]);
+  });
 }
 
 }  // namespace
@@ -220,7 +163,7 @@ std::string response_file_name(std::string_view iteration_file) {
 int read_occam_response(const std::string& path, std::string_view header_file) {
   return run_reader("An error occurred while reading the response file: ", [&] {
     TextInput input(path);
-    occam_state().response = input.line().find(marker) != std::string_view::npos
+    occam_state().response = input.line().find(data_marker) != std::string_view::npos
                                  ? read_marked(input)
                                  : read_unmarked(path, std::string(header_file));
   });
