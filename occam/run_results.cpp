@@ -115,14 +115,6 @@ FileStamp file_stamp(const fs::path& file) {
   return missing ? FileStamp{} : stamp;
 }
 
-fs::path control_file_in(const fs::path& folder) {
-  if (fs::exists(folder / "startup")) {
-    return folder / "startup";
-  }
-  const std::vector<std::string> names = iteration_file_names(folder.string());
-  return names.empty() ? fs::path() : folder / names.front();
-}
-
 int open_results(const fs::path& control_file, RunResults& results) {
   return trap_errors("An error occurred while reading the iteration files: ", [&] {
     const BusyPointer busy;

@@ -55,10 +55,6 @@ struct RunResults {
   [[nodiscard]] std::filesystem::path derived_file(int iteration, const std::string& ending) const;
 };
 
-/// The file that names model and data of the run in a folder: "startup", or else the first iteration file.
-/// Empty if there is neither.
-std::filesystem::path control_file_in(const std::filesystem::path& folder);
-
 /// Reads a run from its control file: sites and model into occam_state(), the heads of all iterations into
 /// `results`. An iteration file that can't be read is told and left out. The working folder becomes that of
 /// the control file, and a folder for derived files is made in it.

@@ -15,14 +15,6 @@ namespace Module_occam {
 
 namespace {
 
-/// The file that names model and data; empty if the folder has none.
-std::string control_file_in(const std::vector<std::string>& iterations) {
-  if (fs::exists("startup")) {
-    return "startup";
-  }
-  return iterations.empty() ? std::string() : iterations.front();
-}
-
 bool tell(const std::string& message) {
   user_interface().show_message(message);
   return false;
@@ -73,6 +65,14 @@ std::vector<std::string> iteration_file_names(const std::string& folder) {
   return names;
 }
 
+fs::path control_file_in(const fs::path& folder) {
+  if (fs::exists(folder / "startup")) {
+    return folder / "startup";
+  }
+  const std::vector<std::string> names = iteration_file_names(folder.empty() ? "." : folder.string());
+  return names.empty() ? fs::path() : folder / names.front();
+}
+
 int read_run(const std::string& folder, const std::string& control_file, RunSummary& run) {
   return trap_errors("An error occurred while reading the run directory: ", [&] {
     if (!fs::is_directory(folder)) {
@@ -81,7 +81,7 @@ int read_run(const std::string& folder, const std::string& control_file, RunSumm
     fs::current_path(folder);
     const std::vector<std::string> names = iteration_file_names(".");
     RunSummary read;
-    if (!read_parts(control_file.empty() ? control_file_in(names) : control_file, read.names)) {
+    if (!read_parts(control_file.empty() ? control_file_in({}).string() : control_file, read.names)) {
       return -1;
     }
     read.iterations = read_iterations(names);

@@ -1,5 +1,6 @@
 // run_summary.h: a run directory as a whole.
 #pragma once
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,10 @@ namespace Module_occam {
 
 /// The names of the iteration files ("ITER" and anything behind, in any case) in a folder, sorted.
 std::vector<std::string> iteration_file_names(const std::string& folder);
+
+/// The file that names model and data of the run in a folder: "startup", or else the first iteration file.
+/// Empty if there is neither.
+std::filesystem::path control_file_in(const std::filesystem::path& folder);
 
 struct RunSummary {
   ControlFile names;

@@ -14,6 +14,7 @@ namespace Module_occam {
 namespace {
 
 constexpr double least_depth = 100.0;  // m, that can be asked for
+constexpr double most_decades = 10.0;  // of what is still a resistivity
 constexpr std::size_t first_bottom = 1;
 
 /// Index of the last node line within a depth, but always below the ground.
@@ -94,6 +95,22 @@ std::optional<SectionChoices> read_choices(const TypedChoices& typed) {
   return choices;
 }
 
+ResistivityRange suggested_range(std::span<const double> parameters) {
+  double lowest = most_decades;
+  double highest = -most_decades;
+  for (const double value : parameters) {
+    if (std::abs(value) <= most_decades) {
+      lowest = std::min(lowest, value);
+      highest = std::max(highest, value);
+    }
+  }
+  if (lowest > highest) {
+    return {};
+  }
+  const double lower = std::floor(2.0 * lowest) / 2.0;
+  return {lower, std::max(std::ceil(2.0 * highest) / 2.0, lower + 0.5)};
+}
+
 double SectionMapping::to_x(double distance) const { return (distance - x_origin) * x_scale + side_frame; }
 
 double SectionMapping::to_y(double depth) const {
@@ -139,7 +156,6 @@ SectionGeometry section_geometry(const OccamModel& model, std::span<const double
 }
 
 std::string resistivity_text(double value) {
-  constexpr double most_decades = 10.0;
   return format_number(value, "0.00") + " / " +
          (std::abs(value) > most_decades ? "***" : format_number(std::pow(10.0, value), "0.00"));
 }

@@ -41,6 +41,13 @@ struct TypedChoices {
 };
 std::optional<SectionChoices> read_choices(const TypedChoices& typed);
 
+/// A range of half decades that holds the parameters; those beyond 10 decades don't count. 0 to 3 without any.
+struct ResistivityRange {
+  double lower = 0.0;
+  double upper = 3.0;
+};
+ResistivityRange suggested_range(std::span<const double> parameters);
+
 /// From distance and depth to the picture and back.
 ///
 /// On a logarithmic scale the depth counts from one block of the uppermost layer above the ground, in such

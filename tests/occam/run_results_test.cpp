@@ -7,6 +7,7 @@
 #include "occam/occam_state.h"
 #include "occam/response_file.h"
 #include "occam/response_plots.h"
+#include "occam/run_summary.h"
 #include "occam/run_view.h"
 #include "tests/occam/made_results.h"
 
