@@ -25,6 +25,7 @@
 #include "database/frequency_store.h"
 #include "display/line_document.h"
 #include "import/Form_import_MTData.h"
+#include "occam/Form_occam_inversion.h"
 #include "output/rhoplus_settings.h"
 #include "platform/system/system_facts.h"
 #include "reduction/averages.h"
@@ -128,6 +129,7 @@ void Form_main::connect_menus() {
     connect(menu_item("menu_view_table", static_cast<int>(index)), &QAction::triggered, this,
             [this, index] { view_table(Module_database::viewed_tables.at(index)); });
   }
+  connect(ui_->menu_occam2d, &QAction::triggered, this, [this] { menu_occam2d(this); });
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });

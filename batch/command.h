@@ -19,14 +19,17 @@ struct Command {
 Command add_new_command(CLI::App& program);
 Command add_import_command(CLI::App& program);
 Command add_recalculate_command(CLI::App& program);
+Command add_grid_command(CLI::App& program);
 Command add_info_command(CLI::App& program);
 Command add_curve_command(CLI::App& program);
 Command add_invert_command(CLI::App& program);
 Command add_plots_command(CLI::App& program);  // only in a build with windows
 Command add_projection_command(CLI::App& program);
+Command add_response_command(CLI::App& program);
 Command add_rhoplus_command(CLI::App& program);
 Command add_occam_command(CLI::App& program);
 Command add_occam_info_command(CLI::App& program);
+Command add_section_command(CLI::App& program);  // only in a build with windows
 Command add_zonge_command(CLI::App& program);
 
 /// Adds the positional SURVEY.mdb to a command.

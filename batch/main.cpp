@@ -26,9 +26,12 @@ constexpr AddCommand add_commands[] = {
     Batch::add_invert_command,
     Batch::add_occam_command,
     Batch::add_occam_info_command,
+    Batch::add_response_command,
+    Batch::add_grid_command,
     Batch::add_projection_command,
 #ifdef BRENLOX_WINDOWS
     Batch::add_plots_command,
+    Batch::add_section_command,
 #endif
 };
 // clang-format on

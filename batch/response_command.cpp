@@ -1,0 +1,38 @@
+// brenlox_batch response: the response of a two-dimensional model on its own mesh.
+#include <iostream>
+#include <memory>
+
+#include "batch/command.h"
+#include "batch/run_option.h"
+#include "core/user_interface.h"
+
+namespace Batch {
+namespace {
+
+int run_response(const RunOptions& options) {
+  auto view = open_run(options);
+  if (!view || view->load_iteration() != 0) {
+    return status_failed;
+  }
+  if (Module_occam::make_response(view->results(), view->current_iteration(), view->parameters()) != 0) {
+    if (user_interface().stop_requested()) {
+      user_interface().show_message("Stopped; nothing was written");
+    }
+    return status_failed;
+  }
+  std::cout << "The response of iteration " << view->current_iteration() << " is written to "
+            << Module_occam::find_response(view->results(), view->current_iteration()).string() << '\n';
+  return status_done;
+}
+
+}  // namespace
+
+Command add_response_command(CLI::App& program) {
+  const auto options = std::make_shared<RunOptions>();
+  CLI::App* parser = program.add_subcommand(
+      "response", "Computes the response of an iteration's model and writes it into the folder Brenlox");
+  add_run_options(*parser, *options);
+  return {parser, [options] { return run_response(*options); }};
+}
+
+}  // namespace Batch

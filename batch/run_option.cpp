@@ -1,0 +1,42 @@
+#include "batch/run_option.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "core/user_interface.h"
+#include "occam/run_summary.h"
+
+namespace fs = std::filesystem;
+
+namespace Batch {
+
+void add_run_options(CLI::App& parser, RunOptions& options) {
+  parser.add_option("DIR", options.directory, "the run directory")->required()->check(CLI::ExistingDirectory);
+  parser.add_option("--control", options.control_file,
+                    "file that names model and data, if it is neither startup nor an iteration file");
+  parser.add_option("--iteration", options.iteration, "number of the iteration; left out: the last one")
+      ->check(CLI::Range(0, Module_occam::most_iterations));
+}
+
+std::optional<Module_occam::RunView> open_run(const RunOptions& options) {
+  const fs::path control = options.control_file.empty() ? Module_occam::control_file_in(options.directory)
+                                                        : fs::path(options.directory) / options.control_file;
+  if (control.empty()) {
+    user_interface().show_message("There is no start file and no iteration file");
+    return {};
+  }
+  Module_occam::RunResults results;
+  if (Module_occam::open_results(control, results) != 0) {
+    return {};
+  }
+  const int iteration = options.iteration.value_or(results.last_iteration);
+  if (iteration > results.last_iteration || !results.has(iteration)) {
+    user_interface().show_message("There is no file of iteration " + std::to_string(iteration));
+    return {};
+  }
+  Module_occam::RunView view(std::move(results));
+  view.choose_iteration(iteration);
+  return view;
+}
+
+}  // namespace Batch

@@ -1,0 +1,25 @@
+// run_option.h: the run directory and the iteration that a command works on.
+#pragma once
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "occam/run_view.h"
+
+namespace Batch {
+
+struct RunOptions {
+  std::string directory;
+  std::string control_file;
+  std::optional<int> iteration;  // none: the last one
+};
+
+/// Adds the positional DIR, --control and --iteration to a command.
+void add_run_options(CLI::App& parser, RunOptions& options);
+
+/// Opens the run and makes the iteration the current one.
+/// @return nothing after a message
+std::optional<Module_occam::RunView> open_run(const RunOptions& options);
+
+}  // namespace Batch

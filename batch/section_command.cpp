@@ -1,0 +1,87 @@
+// brenlox_batch section: an iteration's model as a picture.
+#include <QApplication>
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "batch/command.h"
+#include "batch/run_option.h"
+#include "core/number_text.h"
+#include "core/user_interface.h"
+#include "occam/section_picture.h"
+
+namespace Batch {
+namespace {
+
+struct SectionOptions {
+  RunOptions run;
+  std::string output;
+  std::optional<double> min_res;  // log10 ohm-m; none: from the iteration
+  std::optional<double> max_res;
+  double max_depth = 2000.0;  // m
+  bool log_depth = false;
+  Module_occam::SectionLook look;
+  int width = 1200;
+  int height = 500;
+};
+
+int write_section(SectionOptions& options) {
+  auto view = open_run(options.run);
+  if (!view || view->load_iteration() != 0) {
+    return status_failed;
+  }
+  const Module_occam::ResistivityRange range = Module_occam::suggested_range(view->parameters());
+  // As text, so that what a command may ask for is what the window takes.
+  options.look.choices = Module_occam::read_choices({criterion_text(options.min_res.value_or(range.lower)),
+                                                     criterion_text(options.max_res.value_or(range.upper)),
+                                                     criterion_text(options.max_depth), options.log_depth});
+  if (Module_occam::save_section(*view, options.look, options.output, {options.width, options.height}) != 0) {
+    return status_failed;
+  }
+  std::cout << "The section of iteration " << view->current_iteration() << " is written to " << options.output
+            << '\n';
+  return status_done;
+}
+
+int run_section(SectionOptions& options) {
+  options.output = std::filesystem::absolute(options.output).string();  // opening moves to the run's folder
+  qputenv("QT_QPA_PLATFORM", "offscreen");                              // no window is shown
+  int argument_count = 1;
+  std::string name = "brenlox_batch";
+  char* arguments[] = {name.data(), nullptr};
+  const QApplication application(argument_count, arguments);
+  QApplication::setApplicationName("Brenlox");
+  return write_section(options);
+}
+
+}  // namespace
+
+Command add_section_command(CLI::App& program) {
+  const auto options = std::make_shared<SectionOptions>();
+  CLI::App* parser = program.add_subcommand("section", "Draws an iteration's model as a section");
+  add_run_options(*parser, options->run);
+  parser->add_option("--output", options->output, "path ending in .png or .pdf; an earlier file is replaced")
+      ->required();
+  parser->add_option("--min-res", options->min_res, "log10 ohm-m of the first colour");
+  parser->add_option("--max-res", options->max_res, "log10 ohm-m of the last colour");
+  parser->add_option("--max-depth", options->max_depth, "depth to draw down to, m")->capture_default_str();
+  parser->add_flag("--log-depth", options->log_depth, "logarithmic depth scale");
+  parser->add_flag("--mesh", options->look.draw_mesh, "outline the blocks");
+  parser
+      ->add_option("--colours", options->look.colour_table,
+                   "0 grey, 1 red to blue, 2 rainbow with red low, 3 grey without its dark end")
+      ->check(CLI::Range(0, 3))
+      ->capture_default_str();
+  parser->add_flag("--invert", options->look.invert, "turn the colours round");
+  parser->add_option("--width", options->width, "pixels")
+      ->check(CLI::Range(300, 10000))
+      ->capture_default_str();
+  parser->add_option("--height", options->height, "pixels")
+      ->check(CLI::Range(150, 10000))
+      ->capture_default_str();
+  return {parser, [options] { return run_section(*options); }};
+}
+
+}  // namespace Batch
