@@ -166,8 +166,7 @@ void Form_occam_inversion::show_convergence() {
 }
 
 void Form_occam_inversion::redraw_section() {
-  SectionPicture picture =
-      make_section_picture(view_, controls_->look(), Picture_model_->picture_size());
+  SectionPicture picture = make_section_picture(view_, controls_->look(), Picture_model_->picture_size());
   controls_->show_model_range(picture.geometry);
   Picture_model_->show_picture(std::move(picture));
 }
@@ -251,7 +250,8 @@ std::string Form_occam_inversion::suggested_file(const std::string& ending) cons
 
 void Form_occam_inversion::save_section(const char* ending) {
   std::string path = suggested_file(std::string("_section.") + ending);
-  const std::string filter = ending == std::string("pdf") ? "PDF documents (*.pdf)|*.pdf" : "PNG pictures (*.png)|*.png";
+  const std::string filter =
+      ending == std::string("pdf") ? "PDF documents (*.pdf)|*.pdf" : "PNG pictures (*.png)|*.png";
   if (Module_util::select_output_file(path, "Save the section", filter) == 0 && !path.empty()) {
     static_cast<void>(Module_occam::save_section(view_, controls_->look(), path, Picture_model_->size()));
   }
@@ -259,7 +259,8 @@ void Form_occam_inversion::save_section(const char* ending) {
 
 void Form_occam_inversion::save_fits() {
   std::string path = suggested_file("_fit.pdf");
-  if (Module_util::select_output_file(path, "Save the fit of all stations", "PDF documents (*.pdf)|*.pdf") == 0 &&
+  if (Module_util::select_output_file(path, "Save the fit of all stations", "PDF documents (*.pdf)|*.pdf") ==
+          0 &&
       !path.empty()) {
     static_cast<void>(save_station_fits(view_, path));
   }

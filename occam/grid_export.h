@@ -1,4 +1,4 @@
-// grid_export.h: an iteration as grids and tables for other programs, see docs/formats/model_grids.md.
+// grid_export.h: an iteration as grids and tables for other programs, see docs/formats/occam_results.md.
 #pragma once
 #include <span>
 #include <string>

@@ -46,7 +46,7 @@ void PictureError::mark_site(int site_number) {
 }
 
 QRectF PictureError::plot() const {
-  constexpr double left = 52.0;
+  constexpr double left = 58.0;
   constexpr double right = 56.0;
   constexpr double top = 22.0;
   constexpr double bottom = 36.0;
@@ -88,8 +88,8 @@ void PictureError::paint_cells(QPainter& painter) const {
   painter.drawRect(area);
   if (marked_site_ >= 1 && marked_site_ <= sites) {
     painter.setPen(QPen(Qt::black, 2.0));
-    painter.drawRect(QRectF(x(marked_site_ - 1), area.top(), x(marked_site_) - x(marked_site_ - 1),
-                            area.height()));
+    painter.drawRect(
+        QRectF(x(marked_site_ - 1), area.top(), x(marked_site_) - x(marked_site_ - 1), area.height()));
     painter.setPen(QPen(Qt::black, 1.0));
   }
 }
@@ -108,12 +108,10 @@ void PictureError::paint_labels(QPainter& painter) const {
   }
   std::vector<PictureTick> frequencies;
   for (int i = 0; i < response.resp_frequency_count(); ++i) {
-    const auto hertz = static_cast<float>(response.resp_frequencies[static_cast<std::size_t>(i)]);
-    constexpr std::size_t most_characters = 6;
-    std::string label = plain_text(hertz);
-    label.resize(std::min(label.size(), std::max(most_characters, label.find('.'))));
-    frequencies.push_back({area.top() + area.height() * (i + 0.5) / response.resp_frequency_count(),
-                           QString::fromStdString(label)});
+    constexpr int digits = 4;
+    const QString label =
+        QString::number(response.resp_frequencies[static_cast<std::size_t>(i)], 'g', digits);
+    frequencies.push_back({area.top() + area.height() * (i + 0.5) / response.resp_frequency_count(), label});
   }
   constexpr double gap = 6.0;
   draw_bottom_axis(painter, area, ticks_with_room(sites, widest + gap), "Site");
@@ -145,8 +143,8 @@ void PictureError::mouseMoveEvent(QMouseEvent* event) { Q_EMIT hovered(text_at(e
 void PictureError::mousePressEvent(QMouseEvent* event) {
   const QRectF area = plot();
   if (event->button() == Qt::LeftButton && shown_ && area.contains(event->position())) {
-    Q_EMIT site_chosen(part_at(event->position().x(), area.left(), area.width(),
-                               occam_state().response.resp_sites()));
+    Q_EMIT site_chosen(
+        part_at(event->position().x(), area.left(), area.width(), occam_state().response.resp_sites()));
   }
 }
 

@@ -1,7 +1,7 @@
 // picture_model.h: Picture_model, the section of the results viewer.
 //
-// With the mouse as in the charts: the wheel zooms about the pointer, a drag zooms to its rectangle, the middle
-// button drags the section, a double click shows all of it again.
+// With the mouse as in the charts: the wheel zooms about the pointer, a drag zooms to its rectangle, the
+// middle button drags the section, a double click shows all of it again.
 #pragma once
 #include <QWidget>
 #include <optional>

@@ -142,9 +142,8 @@ void ResponseFrame::connect_panes() {
     connect(picture, &PictureError::site_chosen, HScroll_station_, &QScrollBar::setValue);
   }
   for (ResponseGraph* const graph : {profile_resistivity_, profile_phase_}) {
-    connect(&graph->chart(), &VexGraphControl::point_selected, this, [this](int /*series*/, int point) {
-      HScroll_station_->setValue(point + 1);
-    });
+    connect(&graph->chart(), &VexGraphControl::point_selected, this,
+            [this](int /*series*/, int point) { HScroll_station_->setValue(point + 1); });
   }
 }
 
@@ -200,8 +199,8 @@ void ResponseFrame::list_misfits() {
     Grid_misfit_->setItem(site - 1, types, misfit_cell(misfits_.of_site(site)));
   }
   for (int column = 0; column < types; ++column) {
-    Grid_misfit_->setItem(sites, column,
-                          misfit_cell(misfits_.of_type(misfits_.data_types[static_cast<std::size_t>(column)])));
+    Grid_misfit_->setItem(
+        sites, column, misfit_cell(misfits_.of_type(misfits_.data_types[static_cast<std::size_t>(column)])));
   }
   Grid_misfit_->setItem(sites, types, misfit_cell(misfits_.of_all()));
   Grid_misfit_->setVerticalHeaderLabels(names << "All sites");

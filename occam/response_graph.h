@@ -14,7 +14,8 @@ class ResponseGraph : public QWidget {
 
  public:
   /// @param name of the chart
-  ResponseGraph(const QString& name, const QString& x_title, const QString& y_title, QWidget* parent = nullptr);
+  ResponseGraph(const QString& name, const QString& x_title, const QString& y_title,
+                QWidget* parent = nullptr);
 
   void set_title(const QString& title);
   void clear();

@@ -14,7 +14,8 @@ namespace {
 
 constexpr graph::Colour observed_colour{200, 30, 30};
 constexpr graph::Colour modelled_colour{0, 0, 0};
-constexpr double margin = 0.05;  // of the range, beyond the data
+constexpr double margin = 0.04;       // of the range, beyond the data: points at the ends stay whole
+constexpr double least_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
 
 /// The error of a datum, which the file holds only as residual and misfit.
 double datum_error(const OccamResponse::Row& row) {
@@ -47,9 +48,14 @@ void set_limits(ResponsePlot& plot, graph::AxisType x_type) {
     std::ranges::for_each(series.y, [&y](double value) { y.include(value); });
   }
   plot.x.type = x_type;
-  if (!x.empty()) {
-    plot.x.minimum = x.minimum;
-    plot.x.maximum = x.maximum;
+  if (!x.empty() && x_type == graph::AxisType::logarithmic && x.minimum > 0.0) {
+    const double factor = std::pow(std::max(x.maximum / x.minimum, least_ratio), margin);
+    plot.x.minimum = x.minimum / factor;
+    plot.x.maximum = x.maximum * factor;
+  } else if (!x.empty()) {
+    const double room = std::max(x.maximum - x.minimum, 1.0) * margin;
+    plot.x.minimum = x.minimum - room;
+    plot.x.maximum = x.maximum + room;
   }
   if (!y.empty()) {
     const double room = (y.maximum - y.minimum) * margin;
@@ -249,7 +255,6 @@ ResponsePlot convergence_plot(const RunResults& results) {
     // The three differ by decades; a margin taken from the largest of them would reach below 0.
     plot.y = {.type = graph::AxisType::logarithmic};
   }
-  plot.x.maximum = std::max(plot.x.maximum, 1.0);
   return plot;
 }
 

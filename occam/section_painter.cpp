@@ -100,17 +100,18 @@ void paint_axes(QPainter& painter, const SectionGeometry& geometry, const Zoomed
   const QPointF last = plot.home(area.bottomRight());
   painter.setBrush(Qt::NoBrush);
   painter.drawRect(area);
-  draw_bottom_axis(painter, area,
-                   even_ticks(painter, mapping.distance_at(first.x()), mapping.distance_at(last.x()),
-                              area.width(), false, [&](double distance) { return plot.x(mapping.to_x(distance)); }),
-                   "Distance along the line (m)");
-  draw_left_axis(painter, area,
-                 mapping.block_height > 0.0
-                     ? decade_ticks(geometry, plot)
-                     : even_ticks(painter, mapping.depth_at(first.y()), mapping.depth_at(last.y()),
-                                  area.height(), true,
-                                  [&](double depth) { return plot.y(mapping.to_y(depth)); }),
-                 "Depth (m)");
+  draw_bottom_axis(
+      painter, area,
+      even_ticks(painter, mapping.distance_at(first.x()), mapping.distance_at(last.x()), area.width(), false,
+                 [&](double distance) { return plot.x(mapping.to_x(distance)); }),
+      "Distance along the line (m)");
+  draw_left_axis(
+      painter, area,
+      mapping.block_height > 0.0
+          ? decade_ticks(geometry, plot)
+          : even_ticks(painter, mapping.depth_at(first.y()), mapping.depth_at(last.y()), area.height(), true,
+                       [&](double depth) { return plot.y(mapping.to_y(depth)); }),
+      "Depth (m)");
 }
 
 /// The names without the word that all of them begin with.

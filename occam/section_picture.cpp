@@ -87,8 +87,8 @@ std::string site_heading(const OccamResponse& response, const MisfitTable& misfi
 
 void place_curves(graph::PdfPages& pages, ResponseKind kind, int site_number, const QRectF& part) {
   const bool resistivity = kind == ResponseKind::resistivity;
-  const QRectF below =
-      pages.caption(resistivity ? "Resistivity: observed as points with errors, modelled as a line" : "Phase", part);
+  const QRectF below = pages.caption(
+      resistivity ? "Resistivity: observed as points with errors, modelled as a line" : "Phase", part);
   VexGraphControl chart;
   chart.set_x_title("Frequency (Hz)");
   chart.set_y_title(resistivity ? "Resistivity (log10 ohm-m)" : "Phase (deg)");

@@ -1,0 +1,52 @@
+// Responses, grids and sections of a run directory without a window.
+#include <filesystem>
+
+#include "tests/batch/batch_program.h"
+#include "tests/occam/made_results.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class Batch_results : public Batch_program {
+ protected:
+  Batch_results() {
+    made::write_results(run_);
+    directory = run_.folder().string();
+  }
+  TemporaryFolder run_;
+  std::string directory;
+};
+
+TEST_F(Batch_results, Are_written_beside_the_run) {
+  const Outcome response = run({"response", directory, "--iteration", "1"});
+  EXPECT_EQ(response.status, 0) << response.errors;
+  EXPECT_TRUE(fs::exists(run_.path("Brenlox/RESP_ITER_1.out")));
+  const Outcome grid = run({"grid", directory});
+  EXPECT_EQ(grid.status, 0) << grid.errors;
+  for (const char* file : {"iter_3_logres.grd", "iter_3_res.grd", "iter_3_LogRes_smth.grd",
+                           "iter_3_res_smth.grd", "iter_3.xyz", "iter_3_data_fit.dat"}) {
+    EXPECT_TRUE(fs::exists(run_.folder() / "Brenlox" / file)) << file;
+  }
+  const Outcome none = run({"response", directory, "--iteration", "2"});
+  EXPECT_EQ(none.status, 1);
+  EXPECT_NE((none.output + none.errors).find("There is no file of iteration 2"), std::string::npos);
+  EXPECT_EQ(run({"grid", folder_.folder().string()}).status, 1);  // not a run
+}
+
+#ifdef BRENLOX_WINDOWS
+TEST_F(Batch_results, Are_drawn) {
+  const auto begin = [this](const std::string& name) {
+    return file_contents(folder_.path(name)).substr(0, 4);
+  };
+  const Outcome png = run({"section", directory, "--iteration", "3", "--output", "a.png", "--mesh"});
+  EXPECT_EQ(png.status, 0) << png.errors;
+  EXPECT_EQ(begin("a.png"), "\x89PNG");
+  EXPECT_EQ(run({"section", directory, "--output", "a.pdf", "--log-depth", "--max-depth", "500"}).status, 0);
+  EXPECT_EQ(begin("a.pdf"), "%PDF");
+  EXPECT_EQ(run({"section", directory, "--output", "b.png", "--min-res", "3", "--max-res", "1"}).status, 1);
+  EXPECT_FALSE(fs::exists(folder_.path("b.png")));
+}
+#endif
+
+}  // namespace
