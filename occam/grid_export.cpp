@@ -133,14 +133,24 @@ std::vector<GridBlock> grid_blocks(const OccamModel& model, std::span<const doub
     throw std::runtime_error("the iteration has " + std::to_string(parameters.size()) +
                              " parameters, the model " + std::to_string(model.num_free_params));
   }
+  if (model.layers.empty()) {
+    return {};
+  }
+  const OccamBlock& first = model.layer_block(0, 0);
+  const OccamBlock& last = model.layer_block(0, model.layers.front().layer_blocks() - 1);
+  const double left = grid_block(model, first, 0.0).left;
+  const double right = grid_block(model, last, 0.0).right;
   std::vector<GridBlock> blocks;
   for (const OccamBlock& block : model.blocks) {
     if (block.parameter_number < 1) {
       continue;
     }
     const double value = parameters[static_cast<std::size_t>(block.parameter_number) - 1];
-    if (std::abs(value) <= most_decades) {
-      blocks.push_back(grid_block(model, block, value));
+    GridBlock counted = grid_block(model, block, value);
+    counted.left = std::max(counted.left, left);
+    counted.right = std::min(counted.right, right);
+    if (std::abs(value) <= most_decades && counted.left < counted.right) {
+      blocks.push_back(counted);
     }
   }
   return blocks;

@@ -12,7 +12,8 @@
 
 namespace Module_occam {
 
-/// A block as it counts for grids: the padding at the sides and at the bottom no larger than its neighbour.
+/// A block as it counts for grids: the padding at the sides and at the bottom no larger than its neighbour,
+/// and the sides of no layer beyond those of the uppermost one, whose blocks are the narrowest.
 struct GridBlock {
   double left = 0.0;  // m along the line
   double right = 0.0;

@@ -54,16 +54,16 @@ TEST_F(GridTest, Holds_each_block_right_side_up_with_padding_as_large_as_its_nei
   const SeenGrid grid(derived("iter_3_logres.grd"));
   // Half of the narrowest column and of the lowest row.
   EXPECT_EQ(grid.cell(), 5.0);
-  // The first layer's padding counts as 10 m and 70 m wide, the second's as 30 m and 70 m; the lower layer
-  // counts as 20 m thick.
-  EXPECT_EQ(grid.columns(), (270 - 70) / 5);
+  // The first layer's padding counts as 10 m and 70 m wide, like its neighbours, and that of the second ends
+  // there as well; the lower layer counts as 20 m thick.
+  EXPECT_EQ(grid.columns(), (270 - 90) / 5);
   EXPECT_EQ(grid.rows(), 8);
   EXPECT_EQ(grid.value(105.0 - 1.0, -2.5), 1.0F);
   EXPECT_EQ(grid.value(120.0, -2.5), 1.5F);
   EXPECT_EQ(grid.value(120.0, -22.5), 3.0F);
   EXPECT_EQ(grid.value(180.0, -22.5), 2.5F);
   EXPECT_EQ(grid.value(262.5, -22.5), 2.0F);
-  EXPECT_EQ(grid.value(72.5, -2.5), -1e32F);  // above the wider padding of the lower layer
+  EXPECT_EQ(grid.value(92.5, -22.5), 2.0F);
   const SeenGrid plain(derived("iter_3_res.grd"));
   EXPECT_NEAR(plain.value(120.0, -22.5), 1000.0F, 1e-2);
 }
