@@ -83,13 +83,23 @@ void RunView::choose_site(int site_number) {
   current_site_ = std::clamp(site_number, 1, std::max(occam_state().response.resp_sites(), 1));
 }
 
+/// Whether the response that was read has changed and is no longer being written.
+bool RunView::response_has_settled() {
+  if (response_file_.empty()) {
+    return false;
+  }
+  const FileStamp now = file_stamp(response_file_);
+  return std::exchange(seen_response_stamp_, now) == now && now != response_stamp_;
+}
+
 bool RunView::refresh() {
   const bool listed = refresh_results(results_);
+  const bool response_changed = response_has_settled();
   current_iteration_ = std::min(current_iteration_, results_.last_iteration);
-  if (listed) {
+  if (listed || response_changed) {
     response_ready_ = false;
   }
-  return listed;
+  return listed || response_changed;
 }
 
 int RunView::load_iteration() {
@@ -142,13 +152,13 @@ int RunView::load_response() {
     return -1;
   }
   const FileStamp stamp = file_stamp(file);
-  if (file.string() != loaded_response_file_ || stamp != loaded_response_stamp_) {
-    loaded_response_file_.clear();
-    if (read_occam_response(file.string(), header_file(results_).string()) != 0) {
-      return -1;
-    }
-    loaded_response_file_ = file.string();
-    loaded_response_stamp_ = stamp;
+  if (file != response_file_ || stamp != response_stamp_) {
+    response_file_ = file;
+    response_stamp_ = stamp;
+    response_read_ = read_occam_response(file.string(), header_file(results_).string()) == 0;
+  }
+  if (!response_read_) {
+    return -1;  // told when it was read
   }
   response_ready_ = true;
   choose_site(current_site_);

@@ -22,7 +22,7 @@ class RunView {
   /// Makes a site, numbered from 1, the current one; held within those of the response.
   void choose_site(int site_number);
 
-  /// Looks for new iterations. @return whether anything has changed, the current iteration's file included
+  /// Looks for new iterations and at the response that was read. @return whether anything has changed
   bool refresh();
 
   /// Reads the parameters of the current iteration, if they are not those loaded.
@@ -41,14 +41,18 @@ class RunView {
   [[nodiscard]] bool response_ready() const { return response_ready_; }
 
  private:
+  bool response_has_settled();
+
   RunResults results_;
   int current_iteration_ = 0;
   int current_site_ = 1;
   std::string loaded_iteration_file_;
   FileStamp loaded_iteration_stamp_;
   std::vector<double> parameters_;
-  std::string loaded_response_file_;
-  FileStamp loaded_response_stamp_;
+  std::filesystem::path response_file_;  // that was read last, with success or not
+  FileStamp response_stamp_;             // as it was then
+  FileStamp seen_response_stamp_;        // at the last look
+  bool response_read_ = false;           // with success
   bool response_ready_ = false;
 };
 

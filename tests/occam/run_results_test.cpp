@@ -130,6 +130,24 @@ TEST_F(RunResultsTest, Makes_the_response_that_the_inversion_has_not_left) {
   EXPECT_EQ(find_response(opened, 3), folder.folder() / "RESP_iter_3.out");
 }
 
+TEST_F(RunResultsTest, A_half_written_response_is_told_once_and_read_when_it_is_whole) {
+  RunResults opened;
+  ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
+  RunView view(opened);
+  const std::string row = "     1     1     5     0     2.0     0.5     5.0\n";
+  static_cast<void>(folder.write("RESP_iter_3.out", row + row));  // of four
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  EXPECT_FALSE(view.refresh());
+  static_cast<void>(folder.write("RESP_iter_3.out", row + row + row + row));
+  EXPECT_FALSE(view.refresh());
+  EXPECT_TRUE(view.refresh());
+  EXPECT_EQ(view.load_response(), 0);
+  EXPECT_FLOAT_EQ(occam_state().response.value(modelled, ResponseKind::resistivity, 1, 1), 1.5F);
+  EXPECT_FALSE(view.refresh());
+}
+
 TEST_F(RunResultsTest, A_stopped_response_leaves_no_file) {
   RunResults opened;
   ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
