@@ -80,7 +80,7 @@ void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palett
     const double top = std::round(bar.bottom() - bar.height() * (i + 1) / entries);
     const double bottom = std::round(bar.bottom() - bar.height() * i / entries);
     painter.fillRect(QRectF(bar.left(), top, bar.width(), bottom - top),
-                     to_qt(palette[static_cast<std::size_t>(i + first_palette_entry)]));
+                     to_qt(palette[static_cast<std::size_t>(i) + first_palette_entry]));
   }
   painter.setBrush(Qt::NoBrush);
   painter.drawRect(bar);

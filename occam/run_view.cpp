@@ -38,11 +38,11 @@ fs::path find_response(const RunResults& results, int iteration) {
   if (name.empty()) {
     return {};
   }
-  const fs::path made = results.folder / derived_folder / name;
+  fs::path made = results.folder / derived_folder / name;
   if (fs::exists(made) && file_stamp(made).written >= file_stamp(results.file_of(iteration)).written) {
     return made;
   }
-  const fs::path left = results.folder / name;
+  fs::path left = results.folder / name;
   return fs::exists(left) ? left : fs::path();
 }
 

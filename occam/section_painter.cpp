@@ -76,7 +76,7 @@ void paint_blocks(QPainter& painter, const SectionPicture& picture, const Zoomed
 /// Depths that a person would mark on a scale of the logarithm: 0, then 1, 2, 5 and their tens.
 std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot) {
   constexpr double least_distance = 18.0;
-  constexpr double deepest = 1e7;
+  constexpr int decades = 7;  // to 10 000 km
   std::vector<PictureTick> ticks;
   const auto add = [&](double depth) {
     const double at = plot.y(geometry.mapping.to_y(depth));
@@ -85,7 +85,8 @@ std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const Zoo
     }
   };
   add(0.0);
-  for (double decade = 1.0; decade < deepest; decade *= 10.0) {
+  double decade = 1.0;
+  for (int i = 0; i < decades; ++i, decade *= 10.0) {
     for (const double step : {1.0, 2.0, 5.0}) {
       add(decade * step);
     }
