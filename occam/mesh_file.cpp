@@ -144,7 +144,14 @@ std::string mesh_file_text(const OccamMesh& mesh, MeshCodes codes) {
   std::string text = " MESH FILE FROM Brenlox\r\n     0";
   text += pad_field(format_number(mesh.node_columns(), "0"), count_width);
   text += pad_field(format_number(mesh.node_rows(), "0"), count_width);
-  text += "     0     0     2\r\n";
+  // Codes of fixed triangles mean nothing without the table that they are places of.
+  const std::span fixed =
+      std::span(mesh.fixed_res).first(codes == MeshCodes::all_free ? 0 : mesh.fixed_res.size());
+  text += pad_field(std::to_string(fixed.size()), count_width);
+  text += "     0     2\r\n";
+  for (const double resistivity : fixed) {
+    text.append(" ").append(plain_text(resistivity)).append(line_end);
+  }
   add_sizes(text, mesh.node_widths, [](double) { return "0.000000"; });
   add_sizes(text, mesh.node_heights, height_picture);
   text += "     0\r\n";

@@ -8,7 +8,7 @@ namespace Module_occam {
 
 enum class MeshCodes {
   all_free,   // every triangle is a free one
-  from_mesh,  // as mesh_code says
+  from_mesh,  // as mesh_code says, with the fixed resistivities
 };
 
 /// The text of a mesh file, lines ending in CR LF.
