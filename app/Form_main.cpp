@@ -25,6 +25,7 @@
 #include "database/frequency_store.h"
 #include "display/line_document.h"
 #include "import/Form_import_MTData.h"
+#include "occam/Form_occam2d_mask_topo.h"
 #include "occam/Form_occam_inversion.h"
 #include "output/rhoplus_settings.h"
 #include "platform/system/system_facts.h"
@@ -138,6 +139,8 @@ void Form_main::connect_menus() {
   connect(ui_->menu_output_data_1, &QAction::triggered, this,
           [this] { show_output_panel(Module_output::OutputKind::zonge); });
   connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
+  connect(ui_->menu_occam2d_topo_mask, &QAction::triggered, this,
+          [this] { Form_occam2d_mask_topo(this).exec(); });
   connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
   connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);

@@ -27,6 +27,7 @@ Command add_plots_command(CLI::App& program);  // only in a build with windows
 Command add_projection_command(CLI::App& program);
 Command add_response_command(CLI::App& program);
 Command add_rhoplus_command(CLI::App& program);
+Command add_mask_topo_command(CLI::App& program);
 Command add_occam_command(CLI::App& program);
 Command add_occam_info_command(CLI::App& program);
 Command add_section_command(CLI::App& program);  // only in a build with windows

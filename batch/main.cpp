@@ -28,6 +28,7 @@ constexpr AddCommand add_commands[] = {
     Batch::add_occam_info_command,
     Batch::add_response_command,
     Batch::add_grid_command,
+    Batch::add_mask_topo_command,
     Batch::add_projection_command,
 #ifdef BRENLOX_WINDOWS
     Batch::add_plots_command,

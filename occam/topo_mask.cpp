@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 #include <span>
 #include <stdexcept>
 #include <utility>
@@ -80,6 +81,11 @@ void mask_column(const OccamModel& model, std::size_t column, double depth, cons
     const bool crossed = crosses && row + 1 == node_line;
     mask_cell(codes[row], column, crossed ? masked_in_crossed_cell(choices) : all_of_cell);
   }
+}
+
+int refuse(const char* message) {
+  user_interface().show_message(message);
+  return -1;
 }
 
 }  // namespace
@@ -162,19 +168,34 @@ std::string masked_resistivity(const OccamMesh& mesh) {
 }
 
 int read_model_to_mask(const std::string& path, TopoMask& mask) {
+  std::error_code ignored;
+  if (trimmed(path).empty()) {
+    return refuse("No model file has been specified");
+  }
+  if (!std::filesystem::exists(path, ignored)) {
+    return refuse("The specified model file does not exist");
+  }
   // The sites of a run that is looked at have no place in this model.
   const ScopedValue<OccamState> apart(occam_state(), {});
   if (read_occam_model(path) != 0) {
-    user_interface().show_message("The specified model file is not defined properly");
-    return -1;
+    return refuse("The specified model file is not defined properly");
   }
   mask.model = std::move(occam_state().model);
   return 0;
 }
 
 int apply_topo_mask(TopoMask& mask) {
+  if (mask.topo.empty()) {
+    return refuse("No topo has been defined");
+  }
   return trap_errors("An error occurred while applying the topo mask: ",
                      [&mask] { mask.masked = masked_codes(mask.model, mask.topo.curve, mask.choices); });
+}
+
+bool may_write_mesh(const std::string& path) {
+  std::error_code ignored;
+  return !std::filesystem::exists(path, ignored) ||
+         user_interface().ask_yes_no("The specified file already exists. Overwrite?");
 }
 
 int write_masked_mesh(const std::string& path, const TopoMask& mask) {

@@ -64,15 +64,18 @@ struct TopoMask {
   std::vector<CodeLines> masked;  // remade by each apply_topo_mask; empty before the first one
 };
 
-/// Reads the model and its mesh; what is looked at elsewhere in occam_state() stays.
+/// Reads the model of a named file and its mesh; what is looked at elsewhere in occam_state() stays.
 /// @return 0; -1 after a message, mask.model is then as before
 [[nodiscard]] int read_model_to_mask(const std::string& path, TopoMask& mask);
 
-/// Makes mask.masked from the code lines as read.
+/// Makes mask.masked from the code lines as read; there must be points.
 /// @return 0; -1 after a message, mask.masked is then as before
 [[nodiscard]] int apply_topo_mask(TopoMask& mask);
 
-/// Writes the masked mesh to a file that may be replaced and tells how many triangles are free parameters'.
+/// True if no such file exists, or the person lets it be replaced.
+bool may_write_mesh(const std::string& path);
+
+/// Writes the masked mesh, over an earlier file, and tells how many triangles are free parameters'.
 /// @return 0, or -1 after a message
 [[nodiscard]] int write_masked_mesh(const std::string& path, const TopoMask& mask);
 

@@ -113,7 +113,9 @@ int read_locations_file(const std::string& path, const LocationLayout& layout, L
   });
 }
 
-double Topo::highest_elevation() const { return empty() ? 0.0 : *std::ranges::max_element(points.elevation); }
+double Topo::highest_elevation() const {
+  return points.elevation.empty() ? 0.0 : *std::ranges::max_element(points.elevation);
+}
 
 CubicSpline ground_curve(const TopoPoints& points) {
   std::vector<std::size_t> order(points.station.size());

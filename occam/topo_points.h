@@ -48,7 +48,7 @@ struct Topo {
   TopoPoints points;  // in the order of the file
   CubicSpline curve;  // through them, in the order of their stations; empty without points
 
-  [[nodiscard]] bool empty() const { return points.station.empty(); }
+  [[nodiscard]] bool empty() const { return curve.x.empty(); }
   /// Of the points, m; 0 without any.
   [[nodiscard]] double highest_elevation() const;
 };

@@ -1,0 +1,102 @@
+// brenlox_batch mask-topo: masks the mesh of a two-dimensional inversion above the ground.
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include <nlohmann/json.hpp>
+
+#include "batch/command.h"
+#include "batch/console_interface.h"
+#include "core/number_text.h"
+#include "occam/topo_mask.h"
+
+namespace Batch {
+namespace {
+
+using Module_occam::MaskStyle;
+using Module_occam::TopoMask;
+using Module_occam::Triangle;
+
+struct MaskTopoOptions {
+  std::string model;
+  Module_occam::LocationEntries locations;
+  std::string output;
+  MaskStyle style = MaskStyle::rectangular;
+  Triangle free_triangle = Triangle::bottom;
+  std::optional<double> datum_elevation;
+  bool overwrite = false;
+  bool json = false;
+};
+
+void print_summary(const MaskTopoOptions& options, const TopoMask& mask) {
+  const Module_occam::OccamModel& model = mask.model;
+  const std::int64_t as_read = Module_occam::free_triangles(model.mesh.mesh_code);
+  const std::int64_t masked = Module_occam::free_triangles(mask.masked);
+  const int blocks = free_blocks(model, mask.masked);
+  if (options.json) {
+    const nlohmann::ordered_json json{
+        {"points", mask.topo.points.station.size()},   {"datum_elevation", mask.choices.datum_elevation},
+        {"free_triangles_as_read", as_read},           {"free_triangles", masked},
+        {"parameters_as_read", model.num_free_params}, {"parameters", blocks}};
+    std::cout << json.dump(2) << '\n';
+    return;
+  }
+  std::cout << mask.topo.points.station.size() << " points, upper edge of the mesh at "
+            << plain_text(mask.choices.datum_elevation) << " m\n"
+            << masked << " free triangles of " << as_read << ", " << blocks << " parameters of "
+            << model.num_free_params << ", the others fixed to " << masked_resistivity(model.mesh) << '\n';
+}
+
+int run_mask_topo(const MaskTopoOptions& options) {
+  install_console(options.overwrite ? Answer::yes : Answer::no);
+  TopoMask mask;
+  if (load_locations(options.locations, mask.topo) != 0 || read_model_to_mask(options.model, mask) != 0) {
+    return status_failed;
+  }
+  mask.choices = {options.style, options.free_triangle,
+                  options.datum_elevation.value_or(mask.topo.highest_elevation())};
+  if (apply_topo_mask(mask) != 0 || !Module_occam::may_write_mesh(options.output) ||
+      write_masked_mesh(options.output, mask) != 0) {
+    return status_failed;
+  }
+  print_summary(options, mask);
+  return status_done;
+}
+
+}  // namespace
+
+Command add_mask_topo_command(CLI::App& program) {
+  const auto options = std::make_shared<MaskTopoOptions>();
+  CLI::App* parser =
+      program.add_subcommand("mask-topo", "Masks the mesh of a two-dimensional inversion above the ground");
+  Module_occam::LocationEntries& locations = options->locations;
+  parser->add_option("MODEL", options->model, "model file of the inversion; it names the mesh")->required();
+  parser->add_option("TOPO", locations.file, "text file of stations and elevations, m")->required();
+  parser->add_option("--output", options->output, "mesh file to write")->required();
+  const auto add_entry = [parser](const char* name, std::string& text, const char* help) {
+    parser->add_option(name, text, help)->capture_default_str();
+  };
+  add_entry("--first-line", locations.first_line, "number of the first data line, comments counted");
+  add_entry("--line-step", locations.line_step, "step between lines of data");
+  add_entry("--station-column", locations.station_column, "column of the station, m along the line");
+  add_entry("--elevation-column", locations.elevation_column, "column of the elevation, m");
+  parser->add_option("--style", options->style, "whole cells, or triangles where the ground crosses a cell")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, MaskStyle>{
+          {"rectangular", MaskStyle::rectangular}, {"triangular", MaskStyle::triangular}}))
+      ->default_str("rectangular");
+  parser->add_option("--free-triangle", options->free_triangle, "of a crossed cell, with --style triangular")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, Triangle>{{"right", Triangle::right},
+                                                                          {"bottom", Triangle::bottom},
+                                                                          {"left", Triangle::left},
+                                                                          {"top", Triangle::top}}))
+      ->default_str("bottom");
+  parser->add_option("--datum", options->datum_elevation,
+                     "elevation of the mesh's upper edge, m; else that of the highest point");
+  parser->add_flag("--overwrite", options->overwrite, "replace a file that exists");
+  parser->add_flag("--json", options->json, "tell what came of it as JSON");
+  return {parser, [options] { return run_mask_topo(*options); }};
+}
+
+}  // namespace Batch

@@ -1,0 +1,55 @@
+// The batch program masks a mesh as the window does.
+#include "tests/batch/batch_program.h"
+
+namespace {
+
+// Four columns and three rows of cells; the second layer holds two rows.
+const std::string model =
+    "FORMAT:           OCCAM2MTMOD_1.0\nMODEL NAME:       \nDESCRIPTION:      \nMESH FILE:        MESH\n"
+    "MESH TYPE:        PW2D\nSTATICS FILE:     none\nPREJUDICE FILE:   none\nBINDING OFFSET:   10.0\n"
+    "NUM LAYERS:       2\n 1 2\n 2 2\n 2 1\n 4\nNO. EXCEPTIONS:   0\n";
+std::string mesh() {
+  std::string text = " mesh\n 0 5 4 0 0 2\n 5 5 10 10\n 10 10 50\n 0\n";
+  for (int line = 0; line < 12; ++line) {
+    text += "????\n";
+  }
+  return text;
+}
+
+TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters) {
+  ASSERT_FALSE(folder_.write("inmodel", model).empty());
+  ASSERT_FALSE(folder_.write("mesh", mesh()).empty());
+  ASSERT_FALSE(folder_.write("line.csv", "x,y,z\n0,0,100\n10,0,100\n15,0,94\n20,0,94\n25,0,94\n30,0,94\n").empty());
+  std::vector<std::string> arguments{"mask-topo", "inmodel",  "line.csv",  "--elevation-column",
+                                     "3",         "--output", "masked.msh"};
+  EXPECT_EQ(run_for_json([&] {
+              auto with_json = arguments;
+              with_json.emplace_back("--json");
+              return with_json;
+            }()),
+            nlohmann::json::parse(R"({"points": 6, "datum_elevation": 100.0, "free_triangles_as_read": 48,
+                                      "free_triangles": 40, "parameters_as_read": 3, "parameters": 2})"));
+  const std::string rectangular = file_contents(folder_.path("masked.msh"));
+  EXPECT_NE(rectangular.find("     0\r\n??00\r\n??00\r\n??00\r\n??00\r\n????\r\n"), std::string::npos)
+      << rectangular;
+
+  const Outcome refused = run(arguments);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.errors.find("The specified file already exists. Overwrite? No"), std::string::npos);
+  arguments.insert(arguments.end(),
+                   {"--overwrite", "--style", "triangular", "--free-triangle", "left", "--datum", "112"});
+  const Outcome done = run(arguments);
+  EXPECT_EQ(done.status, 0);
+  EXPECT_NE(done.errors.find("Number of free parameters: 24"), std::string::npos) << done.errors;
+  EXPECT_NE(file_contents(folder_.path("masked.msh"))
+                .find("     0\r\n0000\r\n0000\r\n0000\r\n0000\r\n0000\r\n????\r\n????\r\n0000\r\n????"),
+            std::string::npos);
+
+  EXPECT_EQ(run({"mask-topo", "inmodel", "none.csv", "--output", "other.msh"}).errors,
+            "The specified data file does not exist\n");
+  EXPECT_EQ(run({"mask-topo", "none", "line.csv", "--elevation-column", "3", "--output", "other.msh"}).errors,
+            "The specified model file does not exist\n");
+  EXPECT_EQ(run({"mask-topo", "inmodel", "line.csv", "--output", "o", "--style", "round"}).status, 2);
+}
+
+}  // namespace
