@@ -72,27 +72,21 @@ void Form_occam2d_mask_topo::connect_files() {
   connect(ui_->Command_select_data_location_file, &QPushButton::clicked, this,
           &Form_occam2d_mask_topo::select_data_file);
   connect(ui_->Text_occam_model_file, &QLineEdit::editingFinished, this,
-          &Form_occam2d_mask_topo::display_model_text);
+          [this] { display_model_text(ui_->Text_occam_model_file->text()); });
   connect(ui_->Text_data_locations, &QLineEdit::editingFinished, this,
-          &Form_occam2d_mask_topo::display_data_file);
+          [this] { display_data_file(ui_->Text_data_locations->text()); });
   connect(ui_->Tab_occam_files, &QTabWidget::currentChanged, this, &Form_occam2d_mask_topo::show_page);
-}
-
-template <class Accepts>
-void Form_occam2d_mask_topo::refuse_unless(QLineEdit* control, Accepts accepts) {
-  connect(control, &QLineEdit::editingFinished, this, [control, accepts, good = control->text()]() mutable {
-    if (accepts(control->text().toStdString())) {
-      good = control->text();
-    } else {
-      control->setText(good);
-    }
-  });
 }
 
 void Form_occam2d_mask_topo::connect_entries() {
   for (QLineEdit* const control : {ui_->Text_occam_topo_nhead, ui_->Text_occam_topo_nstep,
                                    ui_->Text_occam_topo_xpos, ui_->Text_occam_topo_dtmpos}) {
-    refuse_unless(control, Module_occam::is_position);
+    connect(control, &QLineEdit::editingFinished, this, [control, good = control->text()]() mutable {
+      if (Module_occam::is_position(control->text().toStdString())) {
+        good = control->text();
+      }
+      control->setText(good);
+    });
   }
   connect(ui_->Text_datum_elevation, &QLineEdit::editingFinished, this, [this] {
     if (const std::string text = ui_->Text_datum_elevation->text().toStdString(); is_numeric(text)) {
@@ -126,7 +120,7 @@ void Form_occam2d_mask_topo::select_model_file() {
                   *ui_->Text_occam_model_file);
   if (!path.empty()) {
     ui_->Text_occam_model_file->setText(QString::fromStdString(path));
-    display_model_text();
+    display_model_text(ui_->Text_occam_model_file->text());
   }
 }
 
@@ -138,21 +132,19 @@ void Form_occam2d_mask_topo::select_data_file() {
                     *ui_->Text_data_locations);
     if (!path.empty()) {
       ui_->Text_data_locations->setText(QString::fromStdString(path));
-      display_data_file();
+      display_data_file(ui_->Text_data_locations->text());
     }
   });
 }
 
-void Form_occam2d_mask_topo::display_model_text() {
-  (void)trap_errors("An error occurred while displaying the model file: ", [this] {
-    ui_->Text_model_file->setPlainText(beginning_of(ui_->Text_occam_model_file->text()));
-  });
+void Form_occam2d_mask_topo::display_model_text(const QString& path) {
+  (void)trap_errors("An error occurred while displaying the model file: ",
+                    [&] { ui_->Text_model_file->setPlainText(beginning_of(path)); });
 }
 
-void Form_occam2d_mask_topo::display_data_file() {
-  (void)trap_errors("An error occurred while selecting the topo file: ", [this] {
-    ui_->Text_data_file->setPlainText(beginning_of(ui_->Text_data_locations->text()));
-  });
+void Form_occam2d_mask_topo::display_data_file(const QString& path) {
+  (void)trap_errors("An error occurred while selecting the topo file: ",
+                    [&] { ui_->Text_data_file->setPlainText(beginning_of(path)); });
 }
 
 void Form_occam2d_mask_topo::load_locations() {
@@ -171,27 +163,28 @@ void Form_occam2d_mask_topo::load_locations() {
 }
 
 void Form_occam2d_mask_topo::show_page(int page) {
-  if (page != mesh_page) {
-    return;
+  if (page == mesh_page) {
+    ui_->Tab_occam_files->setCurrentIndex(display_occam_model(ui_->Text_occam_model_file->text()));
   }
+}
+
+int Form_occam2d_mask_topo::display_occam_model(const QString& path) {
   const BusyPointer busy;
-  int page_at_fault = model_page;
-  const int status = trap_errors("An error occurred while displaying the new tab: ", [&] {
-    if (Module_occam::read_model_to_mask(ui_->Text_occam_model_file->text().toStdString(), mask_) != 0) {
-      return -1;
+  int page = model_page;
+  (void)trap_errors("An error occurred while displaying the new tab: ", [&] {
+    if (Module_occam::read_model_to_mask(path.toStdString(), mask_) != 0) {
+      return;
     }
-    page_at_fault = topo_page;
+    page = topo_page;
     read_choices();
     if (Module_occam::apply_topo_mask(mask_) != 0) {
-      return -1;
+      return;
     }
     ui_->Picture_mesh->reset_zoom();
-    display_occam_model();
-    return 0;
+    display_mesh();
+    page = mesh_page;
   });
-  if (status != 0) {
-    ui_->Tab_occam_files->setCurrentIndex(page_at_fault);
-  }
+  return page;
 }
 
 void Form_occam2d_mask_topo::read_choices() {
@@ -207,11 +200,11 @@ void Form_occam2d_mask_topo::read_choices() {
 void Form_occam2d_mask_topo::redraw() {
   read_choices();
   if (!mask_.masked.empty() && Module_occam::apply_topo_mask(mask_) == 0) {
-    display_occam_model();
+    display_mesh();
   }
 }
 
-void Form_occam2d_mask_topo::display_occam_model() {
+void Form_occam2d_mask_topo::display_mesh() {
   (void)trap_errors("An error occurred while displaying the mesh: ", [this] {
     const auto& as_read = mask_.model.mesh.mesh_code;
     const auto& shown = ui_->Option_mask_display_0->isChecked() ? mask_.masked : as_read;

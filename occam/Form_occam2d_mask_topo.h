@@ -5,8 +5,6 @@
 
 #include "occam/topo_mask.h"
 
-class QLineEdit;
-
 namespace Ui {
 class Form_occam2d_mask_topo;
 }
@@ -24,17 +22,17 @@ class Form_occam2d_mask_topo : public QDialog {
   void connect_mesh();
   void select_model_file();
   void select_data_file();
-  void display_model_text();
-  void display_data_file();
+  void display_model_text(const QString& path);
+  void display_data_file(const QString& path);
   void load_locations();
   void show_page(int page);
+  /// Reads the model and shows its mesh. @return the page to stand on: where something is missing, or the
+  /// mesh
+  int display_occam_model(const QString& path);
   void read_choices();
   void redraw();
-  void display_occam_model();
+  void display_mesh();
   void save_mesh();
-  /// Puts the last good text back when the person leaves a control with one that `accepts` refuses.
-  template <class Accepts>
-  void refuse_unless(QLineEdit* control, Accepts accepts);
 
   std::unique_ptr<Ui::Form_occam2d_mask_topo> ui_;
   Module_occam::TopoMask mask_;

@@ -2,7 +2,6 @@
 
 #include <QHelpEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QToolTip>
 #include <algorithm>
 #include <array>
@@ -350,9 +349,16 @@ void MeshPicture::draw_ground(QPainter& painter) const {
   constexpr double radius = 2.5;
   painter.setPen(Qt::NoPen);
   painter.setBrush(ground_colour);
-  for (std::size_t point = 0; point < topo.points.station.size(); ++point) {
-    painter.drawEllipse(to_pixels(topo.points.station[point], datum - topo.points.elevation[point]), radius,
-                        radius);
+  const CubicSpline& curve = topo.curve;
+  const auto first = std::ranges::lower_bound(curve.x, station_view_.shown().lower) - curve.x.begin();
+  std::optional<QPoint> last;  // of thousands of points in a few pixels one shows
+  for (auto point = static_cast<std::size_t>(first);
+       point < curve.x.size() && curve.x[point] <= station_view_.shown().upper; ++point) {
+    const QPointF place = to_pixels(curve.x[point], datum - curve.y[point]);
+    if (last != place.toPoint()) {
+      painter.drawEllipse(place, radius, radius);
+      last = place.toPoint();
+    }
   }
 }
 

@@ -221,8 +221,11 @@ class FormOccam2dMaskTopoTest : public QObject {
     QTest::mouseMove(picture, middle + QPoint(60, 40));
     QTest::mouseRelease(picture, Qt::LeftButton, {}, middle + QPoint(60, 40));
     QVERIFY(picture->grab().toImage() != whole);
-    QTest::mouseDClick(picture, Qt::LeftButton, {}, middle);
-
+    QTest::mouseClick(picture, Qt::LeftButton, {}, middle);
+    QMouseEvent second(QEvent::MouseButtonDblClick, middle, picture->mapToGlobal(middle), Qt::LeftButton,
+                       Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(picture, &second);
+    QTest::mouseRelease(picture, Qt::LeftButton, {}, middle);
     QCOMPARE(picture->grab().toImage(), whole);
   }
 };
