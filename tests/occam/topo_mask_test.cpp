@@ -103,11 +103,9 @@ int unreached(const std::vector<CodeLines>& codes) {
 }
 
 mt2dresponse::Section section_of(const OccamModel& model) {
-  std::vector<std::int16_t> codes;
+  std::vector<std::int32_t> codes;
   for (const CellCode& cell : model.cell_code) {
-    for (const std::int32_t code : cell) {
-      codes.push_back(static_cast<std::int16_t>(code));
-    }
+    codes.insert(codes.end(), cell.begin(), cell.end());
   }
   const std::vector<double> parameters(static_cast<std::size_t>(model.num_free_params), 2.0);
   return {model.node_x.front(), model.mesh.node_widths, model.mesh.node_heights,
