@@ -340,8 +340,9 @@ void MeshPicture::draw_ground(QPainter& painter) const {
   const double datum = mask_.choices.datum_elevation;
   const QRectF area = plot_area();
   QPolygonF line;
-  for (double x = area.left(); x <= area.right(); x += 1.0) {
-    const double station = from_pixels({x, area.top()}).x();
+  const int pixels = static_cast<int>(std::ceil(area.width()));
+  for (int pixel = 0; pixel <= pixels; ++pixel) {
+    const double station = from_pixels({area.left() + pixel, area.top()}).x();
     line << to_pixels(station, datum - cubval(topo.curve, station));
   }
   painter.setPen(QPen(ground_colour, 2.0));

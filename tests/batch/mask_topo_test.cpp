@@ -19,7 +19,8 @@ std::string mesh() {
 TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters) {
   ASSERT_FALSE(folder_.write("inmodel", model).empty());
   ASSERT_FALSE(folder_.write("mesh", mesh()).empty());
-  ASSERT_FALSE(folder_.write("line.csv", "x,y,z\n0,0,100\n10,0,100\n15,0,94\n20,0,94\n25,0,94\n30,0,94\n").empty());
+  ASSERT_FALSE(
+      folder_.write("line.csv", "x,y,z\n0,0,100\n10,0,100\n15,0,94\n20,0,94\n25,0,94\n30,0,94\n").empty());
   std::vector<std::string> arguments{"mask-topo", "inmodel",  "line.csv",  "--elevation-column",
                                      "3",         "--output", "masked.msh"};
   EXPECT_EQ(run_for_json([&] {
