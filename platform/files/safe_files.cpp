@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -18,13 +19,22 @@ namespace safe_files {
 
 namespace {
 
-// What has been written must be on the disk before a rename makes it the only copy.
+// What has been written must be on the disk before a rename makes it the only copy. A full or failing disk
+// may show only here; what it has not taken is of no use and goes.
 void flush_to_disk(const fs::path& file) {
 #ifndef _WIN32
   const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor >= 0) {
-    ::fsync(descriptor);
-    ::close(descriptor);
+  if (descriptor < 0) {
+    return;
+  }
+  const int failure = ::fsync(descriptor) == 0 ? 0 : errno;
+  ::close(descriptor);
+  if (failure != 0 && failure != EINVAL) {  // some file systems have nothing to flush for a folder
+    std::error_code ignored;
+    if (fs::is_regular_file(file, ignored)) {
+      fs::remove(file, ignored);
+    }
+    throw std::runtime_error(file.string() + ": " + std::generic_category().message(failure));
   }
 #else
   static_cast<void>(file);
@@ -40,6 +50,23 @@ fs::path neighbour_of(const fs::path& destination) {
 void remove_quietly(const fs::path& file) {
   std::error_code ignored;
   fs::remove(file, ignored);
+}
+
+// The library's copying of files tells of a full disk as of any other error of input or output.
+void copy_bytes(const fs::path& source, const fs::path& destination) {
+  errno = 0;
+  std::ifstream from(source, std::ios::binary);
+  std::ofstream to(destination, std::ios::binary | std::ios::trunc);
+  std::array<char, 65536> chunk{};
+  while (from && to) {
+    from.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
+    to.write(chunk.data(), from.gcount());
+  }
+  to.close();
+  if (!from.eof() || !to) {
+    throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
+  }
+  fs::permissions(destination, fs::status(source).permissions());
 }
 
 [[noreturn]] void fail(const fs::path& file, std::string_view what) {
@@ -62,12 +89,15 @@ void flush_folder_of(const fs::path& file) {
 void write_neighbour(const fs::path& destination, std::string_view contents) {
   const fs::path neighbour = neighbour_of(destination);
   {
+    errno = 0;
     std::ofstream stream(neighbour, std::ios::binary | std::ios::trunc);
     stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
     stream.close();
     if (!stream) {
+      const std::string reason =
+          errno == 0 ? "the file can't be written" : std::generic_category().message(errno);
       remove_quietly(neighbour);
-      fail(destination, "the file can't be written");
+      fail(destination, reason);
     }
   }
   flush_to_disk(neighbour);
@@ -83,11 +113,11 @@ void move_into_place(const fs::path& source, const fs::path& destination) {
 void copy_into_place(const fs::path& source, const fs::path& destination) {
   const fs::path neighbour = neighbour_of(destination);
   remove_quietly(neighbour);
-  std::error_code error;
-  fs::copy_file(source, neighbour, error);
-  if (error) {
+  try {
+    copy_bytes(source, neighbour);
+  } catch (const std::system_error& error) {
     remove_quietly(neighbour);
-    fail(destination, error.message());
+    fail(destination, error.code().message());
   }
   flush_to_disk(neighbour);
   move_into_place(neighbour, destination);

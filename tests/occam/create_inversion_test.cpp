@@ -248,9 +248,9 @@ TEST_F(CreateInversionTest, Failures_are_told_once_and_leave_what_was_there_befo
   inputs.data_file = "inmodel";
   expect_failure(failed + "two files of the inversion would have the name inmodel");
   inputs.data_file = "gone/occamdat";
-  expect_failure(failed + run("gone/occamdat").string() + ": the file can't be written");
+  expect_failure(failed + run("gone/occamdat").string() + ": No such file or directory");
   inputs.model_file = "gone/inmodel";
-  expect_failure(failed + run("gone/inmodel").string() + ": the file can't be written");
+  expect_failure(failed + run("gone/inmodel").string() + ": No such file or directory");
   inputs.model_file = "Startup";
   expect_failure(failed + "two files of the inversion would have the name Startup");
   inputs.directory = inputs.occam_directory = " ";
