@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
@@ -13,6 +14,7 @@
 #include "database/schema.h"
 #include "database/survey_database.h"
 #include "platform/dao/compact.h"
+#include "platform/files/file_lock.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -45,6 +47,13 @@ fs::path compacted_neighbour(const fs::path& survey) {
   fs::path neighbour = survey;
   neighbour += ".compacting";
   return neighbour;
+}
+
+// Two openings at once would each rename its own copy over the other's survey.
+fs::path opening_lock_place(const fs::path& survey) {
+  fs::path place = survey;
+  place += ".opening";
+  return place;
 }
 
 // What a crashed opening may have left; nothing in it is anyone's only copy.
@@ -86,8 +95,7 @@ struct Compaction {
   bool is_survey = true;
 };
 
-Compaction compact_in_place(const std::string& path) {
-  const fs::path survey = real_path(path);
+Compaction compact_in_place(const fs::path& survey, const fs::path& backup) {
   const bool is_jet = dao::file_kind(survey.string()) == dao::FileKind::genuine_jet;
   dao::recover_database(survey.string());
   if (dao::file_kind(survey.string()) == dao::FileKind::unknown) {
@@ -97,12 +105,12 @@ Compaction compact_in_place(const std::string& path) {
 
   const fs::path fresh = compacted_neighbour(survey);
   remove_compacted(fresh);
+  const ScopeGuard tidy([&] { remove_compacted(fresh); });
   dao::compact_database(survey.string(), fresh.string());
 
   Compaction result;
   if (is_jet) {
     if (!converted_file_is_survey(fresh)) {
-      remove_compacted(fresh);
       result.is_survey = false;
       return result;
     }
@@ -113,7 +121,7 @@ Compaction compact_in_place(const std::string& path) {
   }
   std::error_code ignored;
   fs::permissions(fresh, fs::status(survey).permissions(), ignored);
-  safe_files::copy_into_place(survey, backup_path(path));
+  safe_files::copy_into_place(survey, backup);
   safe_files::move_into_place(fresh, survey);
   return result;
 }
@@ -151,7 +159,12 @@ void work_in_survey_folder(const std::string& path) {
 int open_survey_file() {
   session().database_file = fs::absolute(session().database_file).string();
   const std::string& path = session().database_file;
-  const Compaction compaction = compact_in_place(path);
+  const fs::path survey = real_path(path);
+  const FileLock opening(opening_lock_place(survey));
+  if (opening.state() == FileLock::State::held_elsewhere) {
+    throw dao::LockedError();
+  }
+  const Compaction compaction = compact_in_place(survey, backup_path(path));
   if (!compaction.is_survey) {
     return refuse_form();
   }
@@ -178,14 +191,15 @@ int open_survey_file() {
 
 int open_database() {
   const BusyPointer busy;
-  const int status = trap_errors("An error occurred while opening the database: ", open_survey_file);
+  const int status = trap_errors("An error occurred while opening the database: ", [] {
+    try {
+      return open_survey_file();
+    } catch (const dao::LockedError& locked) {
+      throw dao::Error(locked.what() + std::string(". The survey is open in another window or program."));
+    }
+  });
   if (status != 0) {
     reset_module();
-    std::error_code ignored;
-    const fs::path survey = fs::weakly_canonical(session().database_file, ignored);
-    if (!ignored) {
-      remove_compacted(compacted_neighbour(survey));
-    }
   }
   return status;
 }

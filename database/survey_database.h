@@ -31,7 +31,8 @@ OpenSurvey& open_survey();
 
 /// Opens the survey at session().database_file: recovers, compacts it with the earlier state kept in a ".bak"
 /// beside it, checks its tables, brings an older file up to date and opens the recordsets. A genuine Jet file
-/// is converted on the way and kept for good beside it; the user is told where.
+/// is converted on the way and kept for good beside it; the user is told where. A survey that another process
+/// has open, or is opening, is refused.
 /// @return 0, or -1 after a message; then nothing is open and a survey stands at the path as before
 [[nodiscard]] int open_database();
 

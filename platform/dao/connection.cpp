@@ -153,6 +153,12 @@ Connection::Connection(const std::string& path, Access access) : access_(access)
   if (status != SQLITE_OK) {
     throw Error(handle == nullptr ? "out of memory" : sqlite3_errmsg(handle));
   }
+  path_ = sqlite3_db_filename(handle, "main");
+  device_ = file.st_dev;
+  inode_ = file.st_ino;
+  // A survey that was moved, removed or lost with its folder would go on taking edits that no one finds
+  // again.
+  sqlite3_commit_hook(handle, refuse_commit_elsewhere, this);
   sqlite3_busy_timeout(handle, busy_timeout_milliseconds);
   // A misspelled column must not be taken for a text.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
@@ -181,7 +187,10 @@ void Connection::close() {
     // A file at rest carries no log, so that it can be read from a folder that can't be written and copied by
     // itself. Where another process has it open, that one does this.
     sqlite3_busy_timeout(handle_.get(), 0);
-    sqlite3_exec(handle_.get(), "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
+    // A file that was moved is left whole; what lies beside its earlier path isn't ours any more.
+    sqlite3_exec(handle_.get(),
+                 stands_at_path() ? "PRAGMA journal_mode = DELETE" : "PRAGMA wal_checkpoint(TRUNCATE)",
+                 nullptr, nullptr, nullptr);
   }
   handle_.reset();
 }
@@ -193,7 +202,26 @@ sqlite3* Connection::handle() const {
   return handle_.get();
 }
 
-void Connection::fail() const { throw Error(sqlite3_errmsg(handle())); }
+void Connection::fail() const {
+  sqlite3* const failed = handle();
+  const int status = sqlite3_extended_errcode(failed);
+  if (status == SQLITE_CONSTRAINT_COMMITHOOK) {
+    throw Error("the file is no longer at its place, and nothing more is stored in it: " + path_);
+  }
+  if ((status & 0xff) == SQLITE_BUSY) {
+    throw LockedError();
+  }
+  throw Error(sqlite3_errmsg(failed));
+}
+
+bool Connection::stands_at_path() const {
+  struct stat file {};
+  return ::stat(path_.c_str(), &file) == 0 && file.st_dev == device_ && file.st_ino == inode_;
+}
+
+int Connection::refuse_commit_elsewhere(void* connection) {
+  return static_cast<const Connection*>(connection)->stands_at_path() ? 0 : 1;
+}
 
 void Connection::run(std::string_view sql, std::span<const Value> parameters) {
   Statement statement(*this, sql);

@@ -92,12 +92,19 @@ class Connection {
   StatementHandle borrow(const std::string& sql);
   void give_back(std::string sql, StatementHandle statement);
 
+  /// The file at the path is still the one that was opened.
+  [[nodiscard]] bool stands_at_path() const;
+  static int refuse_commit_elsewhere(void* connection);
+
   struct Close {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
   using Cached = std::pair<std::string, StatementHandle>;
 
   std::unique_ptr<sqlite3, Close> handle_;
+  std::string path_;  // absolute
+  std::uint64_t device_ = 0;
+  std::uint64_t inode_ = 0;
   Access access_;
   std::int64_t rollbacks_ = 0;
   std::list<Cached> cache_;  // the last used first

@@ -11,4 +11,10 @@ class Error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Another process has the file, or is about to.
+class LockedError : public Error {
+ public:
+  LockedError() : Error("database is locked") {}
+};
+
 }  // namespace dao

@@ -22,6 +22,7 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string opening_message = "An error occurred while opening the database: ";
+const std::string locked_message = "database is locked. The survey is open in another window or program.";
 const std::string form_message = "This database does not have the required form";
 
 bool starts_with(const std::string& text, const std::string& beginning) {
@@ -260,7 +261,7 @@ TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
   const std::string before = file_contents(path);
   EXPECT_EQ(open_database(), -1);
   const std::vector<std::string> messages = interface.take_messages();
-  EXPECT_EQ(messages, std::vector<std::string>{opening_message + "database is locked"});
+  EXPECT_EQ(messages, std::vector<std::string>{opening_message + locked_message});
   EXPECT_TRUE(file_contents(path) == before);
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
