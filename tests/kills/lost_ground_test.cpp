@@ -1,0 +1,314 @@
+// The ground goes from under a survey: its disk is full, its folder can't be written, is moved or removed, or
+// another process opens it at the same moment. Each is told, and what was stored before is there afterwards.
+#include <fstream>
+#include <set>
+
+#include "database/stations.h"
+#include "import/import_run.h"
+#include "platform/files/safe_files.h"
+#include "samples/sample_survey.h"
+#include "tests/kills/killed_process.h"
+#include "tests/support/child_process.h"
+#include "tests/support/survey_fixture.h"
+
+namespace fs = std::filesystem;
+using namespace Module_database;
+
+namespace {
+
+constexpr const char* no_mounts = "this system lets no process have mounts of its own";
+constexpr std::uintmax_t whole_disk = 24U << 20U;
+
+const std::string opening_message = "An error occurred while opening the database: ";
+
+void add_stations(int first, int end) {
+  for (int station = first; station < end; ++station) {
+    (void)find_station(StationSearch::create, "200E", station);
+  }
+}
+
+std::set<std::string> names_in(const fs::path& folder) {
+  std::set<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    names.insert(entry.path().filename().string());
+  }
+  return names;
+}
+
+/// Fills a disk but for so many bytes.
+void leave_free(const fs::path& disk, std::uintmax_t bytes) {
+  const fs::path ballast = disk / "ballast";
+  fs::remove(ballast);
+  std::ofstream stream(ballast, std::ios::binary);
+  const std::uintmax_t size = fs::space(disk).available - std::min(bytes, fs::space(disk).available);
+  const std::string page(4096, '\0');
+  for (std::uintmax_t written = 0; written + page.size() <= size; written += page.size()) {
+    stream.write(page.data(), static_cast<std::streamsize>(page.size()));
+  }
+}
+
+void free_disk(const fs::path& disk) { fs::remove(disk / "ballast"); }
+
+class LostGround : public SurveyTest {
+ protected:
+  /// A small empty disk, for the calling process.
+  fs::path small_disk() const {
+    const fs::path disk = folder.folder() / "disk";
+    fs::create_directory(disk);
+    own_mounts::put_disk(disk, whole_disk);
+    return disk;
+  }
+
+  void make_survey_with_stations(const std::string& name, int stations) {
+    new_survey(name);
+    add_stations(0, stations);
+    ASSERT_EQ(close_database(), 0);
+  }
+
+  /// Opens the survey that is to be sound and gives the number of its stations.
+  std::int32_t stations_after_opening(const fs::path& survey) {
+    session().database_file = survey.string();
+    EXPECT_EQ(open_database(), 0);
+    EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+    const std::int32_t stations = rows_in("StationsTable");
+    EXPECT_EQ(close_database(), 0);
+    expect_sound_database(survey.string());
+    return stations;
+  }
+};
+
+}  // namespace
+
+TEST_F(LostGround, A_full_disk_lets_no_survey_go_at_opening) {
+  const bool possible = run_in_own_mounts([&] {
+    const fs::path disk = small_disk();
+    make_survey_with_stations("disk/survey.mdb", 500);
+    const std::string survey = session().database_file;
+    const std::string before = file_contents(survey);
+    int refused = 0;
+    for (int quarters = 0; quarters <= 10; ++quarters) {  // of the survey's size
+      SCOPED_TRACE(quarters);
+      fs::remove(disk / "survey.bak");
+      leave_free(disk, before.size() / 4 * static_cast<std::uintmax_t>(quarters));
+      if (open_database() == 0) {
+        EXPECT_GE(quarters, 8);  // room for copy and backup
+        EXPECT_EQ(close_database(), 0);
+        continue;
+      }
+      ++refused;
+      const std::vector<std::string> messages = interface.take_messages();
+      ASSERT_EQ(messages.size(), 1U);
+      EXPECT_TRUE(messages[0].starts_with(opening_message));
+      EXPECT_TRUE(messages[0].find("full") != std::string::npos ||
+                  messages[0].find("No space left") != std::string::npos)
+          << messages[0];
+      EXPECT_TRUE(file_contents(survey) == before);
+      EXPECT_EQ(names_in(disk), (std::set<std::string>{"ballast", "survey.mdb"}));
+    }
+    EXPECT_GE(refused, 8);
+    free_disk(disk);
+    EXPECT_EQ(stations_after_opening(survey), 500);
+  });
+  if (!possible) {
+    GTEST_SKIP() << no_mounts;
+  }
+}
+
+TEST_F(LostGround, What_was_stored_before_the_disk_was_full_stays) {
+  const bool possible = run_in_own_mounts([&] {
+    const fs::path disk = small_disk();
+    const std::string survey = new_survey("disk/survey.mdb");
+    leave_free(disk, 300000);
+    int stored = 0;
+    std::string failure;
+    for (; stored < 2000 && failure.empty(); ++stored) {
+      try {
+        add_stations(stored, stored + 1);
+      } catch (const dao::Error& error) {
+        failure = error.what();
+        --stored;
+      }
+    }
+    EXPECT_EQ(failure, "database or disk is full");
+    EXPECT_GT(stored, 10);
+    EXPECT_EQ(close_database(), 0);
+    free_disk(disk);
+    const std::int32_t found = stations_after_opening(survey);
+    EXPECT_TRUE(found == stored || found == stored + 1)
+        << found << " of " << stored;  // the last may lack its place
+  });
+  if (!possible) {
+    GTEST_SKIP() << no_mounts;
+  }
+}
+
+TEST_F(LostGround, An_import_that_fills_the_disk_keeps_whole_files) {
+  using namespace Module_data_file;
+  std::vector<std::string> files;
+  for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
+    files.push_back(folder.write("field/" + file.name, file.text));
+  }
+  ImportChoices choices;
+  choices.ReferenceType = 0;
+  choices.ReductionType = 0;
+  choices.decode[decode_line_number] = {true, 2, 4, ""};
+  choices.decode[decode_event] = {true, 14, 1, ""};
+  choices.decode[decode_sample_rate] = {true, 17, 4, ""};
+  choices.sectid_as_station = true;
+  const bool possible = run_in_own_mounts([&] {
+    const fs::path disk = small_disk();
+    const std::string survey = new_survey("disk/survey.mdb");
+    leave_free(disk, 1000000);
+    ImportReport report;
+    EXPECT_EQ(run_import(choices, files, ImportMode::import, report), -1);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_FALSE(messages.empty());
+    EXPECT_NE(messages.back().find("full"), std::string::npos) << messages.back();
+    EXPECT_EQ(close_database(), 0);
+    free_disk(disk);
+
+    session().database_file = survey;
+    ASSERT_EQ(open_database(), 0);
+    const std::int32_t stored = rows_in("FileTable");
+    EXPECT_GT(stored, 10);
+    EXPECT_LT(stored, static_cast<std::int32_t>(files.size()));
+    const dao::Recordset readings =
+        open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE FileID>0");
+    EXPECT_EQ(readings.record_count(), 4 * stored);
+    EXPECT_EQ(run_import(choices, files, ImportMode::import, report), 0);  // now that there is room
+    EXPECT_EQ(rows_in("FileTable"), static_cast<std::int32_t>(files.size()));
+    EXPECT_EQ(close_database(), 0);
+    EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+    expect_sound_database(survey);
+  });
+  if (!possible) {
+    GTEST_SKIP() << no_mounts;
+  }
+}
+
+TEST_F(LostGround, A_written_file_that_the_full_disk_cuts_leaves_the_earlier_one) {
+  const bool possible = run_in_own_mounts([&] {
+    const fs::path disk = small_disk();
+    const fs::path written = disk / "200E.avg";
+    safe_files::write_into_place(written, "as it was");
+    leave_free(disk, 5000);
+    const std::string large = folder.write("large", std::string(100000, 'x'));
+    const std::function<void()> writings[] = {
+        [&] { safe_files::write_into_place(written, std::string(100000, 'x')); },
+        [&] { safe_files::copy_into_place(large, written); }};
+    for (const auto& writing : writings) {
+      try {
+        writing();
+        ADD_FAILURE() << "more was written than there is room";
+      } catch (const std::runtime_error& error) {
+        EXPECT_EQ(error.what(), written.string() + ": No space left on device");
+      }
+    }
+    EXPECT_EQ(file_contents(written), "as it was");
+    EXPECT_EQ(names_in(disk), (std::set<std::string>{"200E.avg", "ballast"}));
+  });
+  if (!possible) {
+    GTEST_SKIP() << no_mounts;
+  }
+}
+
+TEST_F(LostGround, A_folder_that_can_not_be_written_is_told_and_left_alone) {
+  make_survey_with_stations("survey.mdb", 3);
+  const std::string survey = session().database_file;
+  const bool possible = run_in_own_mounts([&] {
+    own_mounts::make_read_only(folder.folder());
+    const std::string before = file_contents(survey);
+    const std::set<std::string> names = names_in(folder.folder());
+    EXPECT_EQ(open_database(), -1);
+    EXPECT_FALSE(session().database_open);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(messages[0].starts_with(opening_message)) << messages[0];
+    EXPECT_NE(messages[0].find("Read-only file system"), std::string::npos) << messages[0];
+    EXPECT_TRUE(file_contents(survey) == before);
+    EXPECT_EQ(names_in(folder.folder()), names);
+  });
+  if (!possible) {
+    GTEST_SKIP() << no_mounts;
+  }
+  EXPECT_EQ(stations_after_opening(survey), 3);
+}
+
+TEST_F(LostGround, A_folder_moved_away_takes_no_more_and_has_all_that_was_stored) {
+  const fs::path place = folder.folder() / "place";
+  const fs::path away = folder.folder() / "away";
+  fs::create_directory(place);
+  new_survey("place/survey.mdb");
+  add_stations(0, 50);
+  fs::rename(place, away);
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    try {
+      add_stations(50, 51);
+      ADD_FAILURE() << "a station was stored where no one looks for it";
+    } catch (const dao::Error& error) {
+      EXPECT_NE(std::string(error.what()).find("no longer at its place"), std::string::npos) << error.what();
+      EXPECT_NE(std::string(error.what()).find((place / "survey.mdb").string()), std::string::npos)
+          << error.what();
+    }
+  }
+  fs::rename(away, place);
+  add_stations(50, 60);  // the folder is back
+
+  fs::rename(place, away);
+  fs::create_directory(place);
+  const std::string foreign = folder.write("place/survey.mdb-wal", "the log of another survey");
+  EXPECT_EQ(close_database(), 0);
+  EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+  EXPECT_EQ(file_contents(foreign), "the log of another survey");
+  fs::copy_file(away / "survey.mdb", folder.folder() / "alone.mdb");
+  EXPECT_EQ(stations_after_opening(folder.folder() / "alone.mdb"), 60);
+  EXPECT_EQ(stations_after_opening(away / "survey.mdb"), 60);
+}
+
+TEST_F(LostGround, A_removed_folder_is_told_at_the_next_change) {
+  const fs::path place = folder.folder() / "place";
+  fs::create_directory(place);
+  new_survey("place/survey.mdb");
+  add_stations(0, 5);
+  fs::remove_all(place);
+  EXPECT_THROW(add_stations(5, 6), dao::Error);
+  EXPECT_EQ(close_database(), 0);
+  EXPECT_EQ(open_database(), -1);
+  const std::vector<std::string> messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_TRUE(messages[0].starts_with(opening_message)) << messages[0];
+}
+
+// Without taking turns, an opening that is under way would rename its copy of the earlier state over a survey
+// in which another process has begun to work.
+TEST_F(LostGround, Processes_that_open_at_one_moment_take_turns_and_lose_nothing) {
+  make_survey_with_stations("survey.mdb", 300);
+  const std::string survey = session().database_file;
+  constexpr int rounds = 40;
+  constexpr int processes = 4;
+  int stored = 300;
+  int refused = 0;
+  for (int round = 0; round < rounds; ++round) {
+    std::vector<pid_t> children;
+    for (int process = 0; process < processes; ++process) {
+      children.push_back(start_child([&] {
+        if (open_database() != 0) {
+          const std::vector<std::string> messages = interface.take_messages();
+          _exit(messages.size() == 1 && messages[0].find("database is locked") != std::string::npos ? 2 : 3);
+        }
+        add_stations(1000 + round * processes + process, 1001 + round * processes + process);
+        EXPECT_EQ(close_database(), 0);
+      }));
+    }
+    for (const pid_t child : children) {
+      const int status = wait_for_child(child);
+      EXPECT_TRUE(status == 0 || status == 2) << status;
+      stored += status == 0 ? 1 : 0;
+      refused += status == 2 ? 1 : 0;
+    }
+  }
+  EXPECT_EQ(stations_after_opening(survey), stored);
+  EXPECT_GE(stored, 300 + rounds / 2);
+  EXPECT_GT(refused, 0);
+  EXPECT_EQ(names_in(folder.folder()), (std::set<std::string>{"survey.bak", "survey.mdb"}));
+}
