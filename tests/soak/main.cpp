@@ -1,0 +1,78 @@
+// Works the main window and its dialogs at random for a number of steps, on a survey made for it, and looks
+// now and then whether the survey is sound.
+//
+//   soak [--steps N] [--seed S] [--check-every N] [--menu-item NAME] [--tell]
+//
+// Whatever the hand does, only the soak's own folder can be written. Where the system doesn't allow that, the
+// program ends with status 77. The status is 1 after a crash, a hang or a fault of the survey; then the seed
+// and the last steps are on the standard error.
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QStyleFactory>
+#include <cstdlib>
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "tests/soak/soak_run.h"
+#include "tests/soak/watched_process.h"
+#include "tests/support/own_mounts.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+constexpr int not_possible = 77;
+constexpr int patience_seconds = 180;  // the slowest step with sanitizers on a busy machine stays below
+
+int soak(const SoakChoices& choices, const std::filesystem::path& folder, const TellStep& tell) {
+  if (!own_mounts::enter()) {
+    std::cerr << "this system lets no process have mounts of its own\n";
+    return not_possible;
+  }
+  own_mounts::leave_writable_only(folder);
+  for (const char* const variable :
+       {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR", "TMPDIR"}) {
+    setenv(variable, folder.c_str(), 1);
+  }
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  std::filesystem::current_path(folder);
+
+  int count = 1;
+  std::string name = "soak";
+  char* arguments[] = {name.data(), nullptr};
+  const QApplication application(count, arguments);
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  SoakRun run(choices, folder, tell);
+  return run.run();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  SoakChoices choices;
+  CLI::App program("Random work on the windows.");
+  program.add_option("--steps", choices.steps, "How many steps.")->check(CLI::PositiveNumber);
+  program.add_option("--seed", choices.seed, "The same seed does the same steps.");
+  program.add_option("--check-every", choices.check_every, "Steps between two looks at the survey.")
+      ->check(CLI::PositiveNumber);
+  program.add_option("--menu-item", choices.menu_item,
+                     "Come back to the dialog behind this item all the time.");
+  bool tells_steps = false;
+  program.add_flag("--tell", tells_steps, "Write each step to the standard error.");
+  CLI11_PARSE(program, argc, argv);
+
+  const TemporaryFolder folder;
+  const auto work = [&](const TellStep& tell) {
+    return soak(choices, folder.folder(), [&](const std::string& step) {
+      tell(step);
+      if (tells_steps) {
+        std::cerr << step << '\n';
+      }
+    });
+  };
+  const int status = run_watched(work, patience_seconds);
+  if (status != 0 && status != not_possible) {
+    std::cerr << "seed " << choices.seed << '\n';
+  }
+  return status;
+}

@@ -1,0 +1,199 @@
+#include "tests/soak/soak_run.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <utility>
+
+#include <malloc.h>
+#include <unistd.h>
+
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/user_interface.h"
+#include "tests/soak/soak_survey.h"
+
+#ifdef __SANITIZE_ADDRESS__
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
+
+namespace {
+
+std::size_t allocated_bytes() {
+#ifdef __SANITIZE_ADDRESS__
+  return __sanitizer_get_current_allocated_bytes();
+#else
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+#endif
+}
+
+std::size_t resident_bytes() {
+  std::size_t whole = 0;
+  std::size_t resident = 0;
+  std::ifstream("/proc/self/statm") >> whole >> resident;
+  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// A message without what differs from one time to the next.
+std::string kind_of(const std::string& message) {
+  std::string kind = message.substr(0, 160);
+  std::ranges::replace_if(
+      kind, [](char letter) { return letter >= '0' && letter <= '9'; }, '#');
+  return kind;
+}
+
+}  // namespace
+
+/// Answers at once, as the hand would if it came to the boxes.
+class SoakRun::Answers final : public UserInterface {
+ public:
+  explicit Answers(SoakRun& soak) : soak_(soak) {}
+  void show_message(const std::string& text) override {
+    soak_.tell_("message: " + text);
+    ++soak_.messages_[kind_of(text)];
+  }
+  bool ask_yes_no(const std::string& question) override {
+    ++soak_.messages_[kind_of(question)];
+    return soak_.hand_->number(2) == 0;
+  }
+  std::string select_file_to_open(const FileDialogRequest& request) override {
+    return in_folder(request,
+                     {"survey.mdb", "survey.mdb", "other.mdb", "text.mdb", "empty.mdb", "none.mdb", ""});
+  }
+  std::string select_file_to_create(const FileDialogRequest& request) override {
+    return in_folder(request, {"other.mdb", "other.mdb", "third.mdb", "no folder/new.mdb", ""});
+  }
+  void set_busy_pointer(bool /*busy*/) override {}
+  void process_events() override {}
+  void show_progress(std::string_view /*what*/, int /*percent*/) override {}
+  bool stop_requested() override {
+    constexpr int patience = 5000;
+    return soak_.hand_->number(patience) == 0;
+  }
+
+ private:
+  /// Other files than surveys get names of their own.
+  std::string in_folder(const FileDialogRequest& request, const std::vector<std::string>& surveys) {
+    const int choice = soak_.hand_->number(static_cast<int>(surveys.size()));
+    const std::string& survey = surveys[static_cast<std::size_t>(choice)];
+    if (survey.empty()) {
+      return {};
+    }
+    const bool is_survey = request.filter.find("mdb") != std::string::npos;
+    return (soak_.folder_ / (is_survey ? survey : "file" + std::to_string(choice) + ".txt")).string();
+  }
+
+  SoakRun& soak_;
+};
+
+SoakRun::SoakRun(const SoakChoices& choices, const std::filesystem::path& folder,
+                 std::function<void(const std::string&)> tell)
+    : choices_(choices), folder_(folder), tell_(std::move(tell)) {
+  survey_ = make_soak_survey(folder);
+  earlier_interface_ = install_user_interface(std::make_unique<Answers>(*this));
+  window_ = std::make_unique<Form_main>();
+  hand_ = std::make_unique<RandomHand>(*window_, choices.seed, [this](const std::string& what) {
+    tell_("step " + std::to_string(steps_) + ": " + what);
+  });
+}
+
+SoakRun::~SoakRun() {
+  window_.reset();
+  install_user_interface(std::move(earlier_interface_));
+}
+
+int SoakRun::run() {
+  QApplication::setQuitOnLastWindowClosed(false);  // the hand may choose Exit
+  window_->resize(1280, 800);
+  window_->show();
+  window_->open_survey(QString::fromStdString(survey_));
+  step_soon();
+  QApplication::exec();
+  tell_windows_and_messages();
+  return faults_ == 0 ? 0 : 1;
+}
+
+void SoakRun::step_soon() { QTimer::singleShot(0, this, &SoakRun::step); }
+
+void SoakRun::step() {
+  if (steps_ >= choices_.steps) {
+    end_step();
+    return;
+  }
+  step_soon();  // a dialog that this step brings up has an event loop of its own, which goes on from here
+  ++steps_;
+  const ScopedValue<int> deeper(depth_, depth_ + 1);
+  ++steps_in_window_[RandomHand::window_in_front(*window_).metaObject()->className()];
+  if (!window_->isVisible()) {
+    window_->show();
+  }
+  if (!choices_.menu_item.empty() && &RandomHand::window_in_front(*window_) == window_.get()) {
+    window_->findChild<QAction*>(QString::fromStdString(choices_.menu_item))->trigger();
+  } else {
+    hand_->act();
+  }
+  check_is_due_ |= steps_ % choices_.check_every == 0;
+  report_is_due_ |= std::ranges::find(choices_.report_at, steps_) != choices_.report_at.end();
+  if (depth_ > 1) {
+    return;  // within a dialog or long work
+  }
+  if (std::exchange(check_is_due_, false)) {
+    check_survey();
+  }
+  if (std::exchange(report_is_due_, false)) {
+    tell_memory();
+  }
+  steps_without_stations_ = session().station_count > 0 ? 0 : steps_without_stations_ + 1;
+  constexpr int patience = 40;
+  if (steps_without_stations_ > patience) {
+    window_->open_survey(QString::fromStdString(survey_));
+  }
+}
+
+void SoakRun::end_step() {
+  QWidget& front = RandomHand::window_in_front(*window_);
+  if (&front != window_.get()) {
+    step_soon();
+    front.close();
+  } else if (depth_ > 0) {
+    step_soon();  // long work is about to end
+  } else {
+    check_survey();
+    QApplication::quit();
+  }
+}
+
+void SoakRun::check_survey() {
+  if (!session().database_open) {
+    return;
+  }
+  ++checks_;
+  const std::string fault = fault_of_open_survey();
+  if (!fault.empty()) {
+    ++faults_;
+    std::fprintf(stderr, "after step %d: %s\n", steps_, fault.c_str());
+  }
+}
+
+void SoakRun::tell_memory() const {
+  constexpr double mebibyte = 1024.0 * 1024.0;
+  std::printf("after %5d steps: resident %.1f MiB, allocated %.2f MiB, %lld widgets\n", steps_,
+              static_cast<double>(resident_bytes()) / mebibyte,
+              static_cast<double>(allocated_bytes()) / mebibyte,
+              static_cast<long long>(QApplication::allWidgets().size()));
+}
+
+void SoakRun::tell_windows_and_messages() const {
+  std::printf("seed %u: %d steps, %d checks of the survey, %d faults\n", choices_.seed, steps_, checks_,
+              faults_);
+  for (const auto& [window, steps] : steps_in_window_) {
+    std::printf("%7d steps in %s\n", steps, window.c_str());
+  }
+  for (const auto& [message, times] : messages_) {
+    std::printf("%7d x \"%s\"\n", times, message.c_str());
+  }
+}

@@ -1,0 +1,60 @@
+// soak_run.h: one soak of the main window and of every dialog that comes up.
+#pragma once
+#include <QObject>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Form_main.h"
+#include "core/user_interface.h"
+#include "tests/soak/random_hand.h"
+
+struct SoakChoices {
+  std::uint32_t seed = 1;
+  int steps = 10000;
+  int check_every = 250;
+  std::string menu_item;  // chosen whenever the main window is in front; empty: any, now and then
+  std::vector<int> report_at{2000, 5000, 10000};  // steps after which memory is told
+};
+
+class SoakRun : public QObject {
+ public:
+  /// `tell` gets the number and description of each step before it is done.
+  SoakRun(const SoakChoices& choices, const std::filesystem::path& folder,
+          std::function<void(const std::string&)> tell);
+  ~SoakRun() override;
+
+  /// @return 0, or 1 after writing to the standard error what didn't hold
+  int run();
+
+ private:
+  class Answers;
+
+  void step_soon();
+  void step();
+  void end_step();
+  void check_survey();
+  void tell_memory() const;
+  void tell_windows_and_messages() const;
+
+  SoakChoices choices_;
+  std::filesystem::path folder_;
+  std::function<void(const std::string&)> tell_;
+  std::string survey_;
+  std::unique_ptr<UserInterface> earlier_interface_;
+  std::map<std::string, int> messages_;  // shown, with their numbers
+  std::unique_ptr<Form_main> window_;
+  std::unique_ptr<RandomHand> hand_;
+  std::map<std::string, int> steps_in_window_;
+  int steps_ = 0;
+  int checks_ = 0;
+  int steps_without_stations_ = 0;
+  bool check_is_due_ = false;
+  bool report_is_due_ = false;
+  int depth_ = 0;  // steps under way: one in each window that runs an event loop
+  int faults_ = 0;
+};

@@ -1,0 +1,11 @@
+// watched_process.h: work in a process of its own whose last steps are known however it ends.
+#pragma once
+#include <functional>
+#include <string>
+
+/// Tells what comes next; kept by the process that watches.
+using TellStep = std::function<void(const std::string&)>;
+
+/// Runs `work` in a child process. If that crashes, fails or tells nothing for `patience_seconds`, its last
+/// steps are written to the standard error. @return the exit status of `work`; 1 after a crash or a hang
+int run_watched(const std::function<int(const TellStep&)>& work, int patience_seconds);
