@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QResizeEvent>
 #include <QScreen>
 #include <QShortcut>
@@ -114,14 +115,21 @@ void Form_main::connect_menus() {
   using Module_Brenlox::DatabaseFileItem;
   for (const DatabaseFileItem item :
        {DatabaseFileItem::create, DatabaseFileItem::open, DatabaseFileItem::close}) {
-    connect(menu_item("menu_database_file", static_cast<int>(item)), &QAction::triggered, this,
-            [this, item] { Module_Brenlox::menu_database_file(*this, item); });
+    connect(menu_item("menu_database_file", static_cast<int>(item)), &QAction::triggered, this, [this, item] {
+      leave_text_box();
+      Module_Brenlox::menu_database_file(*this, item);
+    });
   }
   for (int index = 0; index < static_cast<int>(session().recent_files.size()); ++index) {
-    connect(menu_item("menu_file_list", index), &QAction::triggered, this,
-            [this, index] { Module_Brenlox::menu_file_list(*this, static_cast<std::size_t>(index)); });
+    connect(menu_item("menu_file_list", index), &QAction::triggered, this, [this, index] {
+      leave_text_box();
+      Module_Brenlox::menu_file_list(*this, static_cast<std::size_t>(index));
+    });
   }
-  connect(ui_->menu_saveas, &QAction::triggered, this, [this] { Module_Brenlox::menu_saveas(*this); });
+  connect(ui_->menu_saveas, &QAction::triggered, this, [this] {
+    leave_text_box();
+    Module_Brenlox::menu_saveas(*this);
+  });
   connect(ui_->menu_line_document, &QAction::triggered, this, &Form_main::write_line_document);
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
   connect(ui_->menu_Recalculate_merged, &QAction::triggered, this, &Form_main::recalculate_merged);
@@ -203,7 +211,16 @@ void Form_main::resizer_timer_event() {
   display_site_map();
 }
 
+// What is typed is stored on leaving the box, which a key of the menu doesn't do, and only while the survey
+// is open.
+void Form_main::leave_text_box() {
+  if (auto* const box = qobject_cast<QLineEdit*>(focusWidget())) {
+    box->clearFocus();
+  }
+}
+
 void Form_main::closeEvent(QCloseEvent* event) {
+  leave_text_box();
   Module_Brenlox::write_preferences();
   rhoplus_->close_results();
   event->accept();

@@ -48,6 +48,7 @@ class Form_main : public QMainWindow, private MainView {
   void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
+  void leave_text_box();
   void show_panels(bool any_readings);
   void survey_changed();
   void write_line_document();

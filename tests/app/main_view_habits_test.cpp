@@ -171,6 +171,18 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     QCOMPARE(box->text(), QString("0"));
   }
 
+  void a_typed_static_factor_is_stored_before_its_survey_is_closed() {
+    auto* const box = control<QLineEdit>("Text_static");
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, "2.5");
+    menu("menu_database_file_2");
+    QVERIFY(!session().database_open);
+    window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
+    QCOMPARE(stored_factor(), 2.5F);
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+  }
+
   void undo_key_takes_back_typing_first_and_then_edits() {
     auto* const box = control<QLineEdit>("Text_static");
     box->setFocus();
