@@ -36,6 +36,9 @@ Form_frequency::Form_frequency(Module_database::FrequencySelection selection, QW
   }
   resize(sizeHint().width(), 480);
   connect_switches(*Grid_frequencies_, this, [this](int row, int column) { switch_cell(row, column); });
+  Command_save_changes_->setToolTip("Stores which frequencies are used");
+  Command_cancel_changes_->setToolTip("Back to what is stored");
+  done->setToolTip("Closes the window (Esc)");
   connect(Command_save_changes_, &QPushButton::clicked, this, &Form_frequency::save_changes);
   connect(Command_cancel_changes_, &QPushButton::clicked, this, &Form_frequency::cancel_changes);
   connect(done, &QPushButton::clicked, this, &QDialog::accept);

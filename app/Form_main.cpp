@@ -11,6 +11,7 @@
 #include "app/Form_about.h"
 #include "app/Form_find_file.h"
 #include "app/Form_frequency.h"
+#include "app/Form_tutorial.h"
 #include "app/output_panel.h"
 #include "app/picture_station.h"
 #include "app/rhoplus_windows.h"
@@ -139,6 +140,7 @@ void Form_main::connect_menus() {
             [this, index] { view_table(Module_database::viewed_tables.at(index)); });
   }
   connect(ui_->menu_occam2d, &QAction::triggered, this, [this] { menu_occam2d(this); });
+  connect(ui_->menu_tutorial, &QAction::triggered, this, &Form_main::show_tutorial);
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
@@ -297,6 +299,7 @@ void Form_main::show_output_panel(Module_output::OutputKind kind) {
     ui_->Selection_row->hide();
     ui_->Splitter_profile->hide();
     output_->show();
+    output_->take_focus();
   }
 }
 
@@ -332,6 +335,15 @@ void Form_main::import_data() {
   rhoplus_->close_results();
   Form_import_MTData(this).exec();
   survey_changed();  // a run that failed or was stopped has stored files, too
+}
+
+void Form_main::show_tutorial() {
+  if (tutorial_ == nullptr) {
+    tutorial_ = new Form_tutorial(this);
+  }
+  tutorial_->show();
+  tutorial_->raise();
+  tutorial_->activateWindow();
 }
 
 void Form_main::view_table(const Module_database::ViewedTable& table) {

@@ -16,6 +16,7 @@ namespace Ui {
 class Form_main;
 }
 class QLabel;
+class Form_tutorial;
 class OutputPanel;
 class RhoplusWindows;
 class SurveyDisplay;
@@ -56,6 +57,7 @@ class Form_main : public QMainWindow, private MainView {
   void recalculate_merged();
   void import_data();
   void select_frequencies();
+  void show_tutorial();
   void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
 
@@ -66,4 +68,5 @@ class Form_main : public QMainWindow, private MainView {
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
+  Form_tutorial* tutorial_ = nullptr;  // made when it is first asked for
 };

@@ -26,6 +26,8 @@ OpeningPage::OpeningPage(QWidget* parent)
       open_button_(new QPushButton("Open survey...")) {
   new_button_->setObjectName("Command_new_survey");
   open_button_->setObjectName("Command_open_survey");
+  new_button_->setToolTip("Makes an empty survey to import field files into");
+  open_button_->setToolTip("Opens a survey that is there");
   auto* const rows = new QVBoxLayout(first_steps_);
   rows->addStretch(2);
   add_text(rows, "Brenlox", 2.4);

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QShortcut>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
@@ -22,6 +23,8 @@ OutputPanel::OutputPanel(QWidget* parent)
   connect(ui_->DirList, &QTreeView::pressed, this, [this] { folder_finds_place_ = false; });
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
+  auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, &OutputPanel::done);
 }
 
 OutputPanel::~OutputPanel() = default;
@@ -52,6 +55,8 @@ bool OutputPanel::open_for(Module_output::OutputKind kind) {
   show_folder(QFileInfo(QString::fromStdString(session().database_file)).absolutePath());
   return true;
 }
+
+void OutputPanel::take_focus() { ui_->Combo_output_linelist->setFocus(); }
 
 void OutputPanel::show_folder(const QString& folder) {
   folders_->setRootPath(QDir::rootPath());

@@ -22,6 +22,9 @@ class OutputPanel : public QFrame {
   /// has nothing to write
   bool open_for(Module_output::OutputKind kind);
 
+  /// To the first choice.
+  void take_focus();
+
  Q_SIGNALS:
   /// The person is done with the panel.
   void done();

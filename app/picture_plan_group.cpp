@@ -48,6 +48,8 @@ PlanPanel::PlanPanel(QWidget* parent)
   VScroll_scale_->setRange(-5, 20);
   VScroll_scale_->setPageStep(1);
   VScroll_scale_->setToolTip("Zoom");
+  Combo_coords_->setToolTip("Coordinates of the survey's own grid, or of the map");
+  Command_show_raw_data_->setToolTip("Back to the repeats of the station");
   stack_->addWidget(make_plan());
   stack_->addWidget(Picture_raw_data_);
   auto* const rows = new QVBoxLayout(this);

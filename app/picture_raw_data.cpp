@@ -32,6 +32,8 @@ RawPanel::RawPanel(QWidget* parent)
       Check_use_average_(make_use_switches("Check_use_average")),
       repeats_(named(new RepeatsPanel, "Picture_repeats")),
       stats_(named(new StatsPanel, "Picture_stats")) {
+  Combo_scan_rate_->setToolTip("The scan rate whose repeats are shown");
+  Command_show_plan_->setToolTip("Shows where the stations are in place of the repeats");
   auto* const headings = new QHBoxLayout;
   headings->addWidget(Label_raw_, 1);
   Label_raw_graph_->setAlignment(Qt::AlignRight);

@@ -20,9 +20,9 @@ struct Command {
 };
 
 constexpr Command frequency_commands[] = {
-    {"f <=", ""},
-    {"f >=", ""},
-    {"f =", ""},
+    {"f <=", "Mask all data less than or equal to the current frequency"},
+    {"f >=", "Mask all data greater than or equal to the current frequency"},
+    {"f =", "Mask all data equal to the current frequency"},
     {"R <=", "Reset all mask flags for data less than or equal to the current frequency"},
     {"R >=", "Reset all mask flags for data greater than or equal to the current frequency"},
     {"R =", "Reset all mask flags for data equal to the current frequency"},
@@ -79,6 +79,7 @@ void StatsPanel::add_frequency_commands(QGridLayout& grid) {
 
 void StatsPanel::add_outlier_commands(QGridLayout& grid) {
   Text_outliers_->setText("1");
+  Text_outliers_->setToolTip("How many of the outermost repeats are masked at each frequency");
   auto* const count = new QHBoxLayout;
   add_labelled(*count, "O&utliers to clip at each end", Text_outliers_);
   count->addStretch();

@@ -54,7 +54,22 @@ SelectionRow::SelectionRow(QWidget* parent)
   rows->setSpacing(4);
   rows->addLayout(make_selection());
   rows->addLayout(make_read_outs());
+  add_tool_tips();
   connect_controls();
+}
+
+void SelectionRow::add_tool_tips() {
+  Combo_line_->setToolTip("The line whose profile is shown");
+  Text_sample_station_->setToolTip("The station that is shown, m");
+  Combo_reference_type_->setToolTip("How the readings were referenced");
+  Combo_data_type_->setToolTip("The tensor element that is shown");
+  Combo_dipole_->setToolTip("Dipole length of the readings");
+  Text_frequency_->setToolTip(
+      "Frequency of the point clicked last; commands by frequency act from here, also from a typed one");
+  Text_event_->setToolTip("Event of the point clicked last");
+  Text_file_->setToolTip("Field file of the point clicked last");
+  Check_hide_masked_data_->setToolTip("Leave masked points out of the graphs");
+  Check_fixed_scale_->setToolTip("The same axes for all stations of the line");
 }
 
 QHBoxLayout* SelectionRow::make_selection() {

@@ -36,6 +36,7 @@ class SelectionRow : public QWidget {
  private:
   QHBoxLayout* make_selection();
   QHBoxLayout* make_read_outs();
+  void add_tool_tips();
   void connect_controls();
   void go_to_place(int place_in_line);
 

@@ -131,6 +131,7 @@ const WindowPicture pictures[] = {
     {"import_report", "menu_import_MT", scan_damaged_files},
     {"table_viewer", "menu_view_table_2"},
     {"frequencies", "menu_thresholds"},
+    {"tutorial", "menu_tutorial"},
     {"about", "menu_about"},
     {"whats_new", "menu_whats_new"},
     {"find_file", "menu_find_file",
@@ -147,30 +148,37 @@ const WindowPicture pictures[] = {
          press(*results, "Command_rhoplus_log");
        }
      }},
+    {"occam_inversion", nullptr,
+     [](QWidget& window) {
+       press(window, "Command_invert");
+       if (const QWidget* const results = window_beside(window)) {
+         press(*results, "Command_occam");
+         press(*results, "Command_done");
+       }
+     }},
+    {"output_rhoplus", "menu_output_data_0"},
     {"output_panel", "menu_output_data_1"},
 };
 
-/// Takes one picture. A modal window keeps its menu item from coming back, so that a timer takes the picture,
-/// which goes on in the window's own event loop.
-class Photographer : public QObject {
+/// Brings up one window. A modal one keeps its menu item from coming back, so that a timer finds it, which
+/// goes on in the window's own event loop.
+class WindowVisit : public QObject {
  public:
-  Photographer(Form_main& main_window, QString folder)
-      : main_window_(main_window), folder_(std::move(folder)) {}
+  WindowVisit(Form_main& main_window, const WindowVisitor& visitor)
+      : main_window_(main_window), visitor_(visitor) {}
 
-  /// @return false after a message if the picture can't be written
-  bool take(const WindowPicture& picture) {
+  void show(const WindowPicture& picture) {
     picture_ = &picture;
-    prepared_ = taken_ = saved_ = false;
+    prepared_ = visited_ = false;
+    look_soon();
     if (picture.menu_item != nullptr) {
-      look_soon();
       main_window_.findChild<QAction*>(picture.menu_item)->trigger();
     }
-    if (!taken_) {
-      prepare_and_save(main_window_);
+    if (!visited_) {
+      prepare_and_visit(main_window_);
     }
     picture_ = nullptr;
     timer_.stop();
-    return saved_;
   }
 
  private:
@@ -189,49 +197,54 @@ class Photographer : public QObject {
     QWidget* const window = QApplication::activeModalWidget();
     if (window != nullptr && window != in_hand_) {
       const ScopedValue<QWidget*> in_hand(in_hand_, window);
-      prepare_and_save(*window);
+      prepare_and_visit(*window);
       window->close();
     }
   }
 
-  void prepare_and_save(QWidget& window) {
+  void prepare_and_visit(QWidget& window) {
     if (!std::exchange(prepared_, true) && picture_->prepare) {
       picture_->prepare(window);
     }
     let_settle();
-    if (std::exchange(taken_, true)) {
-      return;  // of a window that this one has brought up
+    if (std::exchange(visited_, true)) {
+      return;  // a window that this one has brought up
     }
-    const QString file = QDir(folder_).filePath(QString(picture_->name) + ".png");
     QWidget* const beside = window_beside(window);
-    saved_ = (beside != nullptr ? *beside : window).grab().save(file, "PNG");
+    visitor_(picture_->name, beside != nullptr ? *beside : window);
     if (beside != nullptr) {
       beside->close();
-    }
-    if (!saved_) {
-      user_interface().show_message("The picture can't be written: " + file.toStdString());
     }
   }
 
   Form_main& main_window_;
-  QString folder_;
+  const WindowVisitor& visitor_;
   QBasicTimer timer_;
-  const WindowPicture* picture_ = nullptr;  // being taken
+  const WindowPicture* picture_ = nullptr;  // in hand
   QWidget* in_hand_ = nullptr;
   bool prepared_ = false;
-  bool taken_ = false;
-  bool saved_ = false;
+  bool visited_ = false;
 };
 
 }  // namespace
 
-int save_window_pictures(Form_main& window, const QString& folder) {
+void visit_windows(Form_main& window, const WindowVisitor& visitor) {
   decode_names_of_samples();
   window.show();
-  bool all_saved = QDir().mkpath(folder);
-  Photographer photographer(window, folder);
+  WindowVisit visit(window, visitor);
   for (const WindowPicture& picture : pictures) {
-    all_saved &= photographer.take(picture);
+    visit.show(picture);
   }
+}
+
+int save_window_pictures(Form_main& window, const QString& folder) {
+  bool all_saved = QDir().mkpath(folder);
+  visit_windows(window, [&](const QString& name, QWidget& shown) {
+    const QString file = QDir(folder).filePath(name + ".png");
+    if (!shown.grab().save(file, "PNG")) {
+      all_saved = false;
+      user_interface().show_message("The picture can't be written: " + file.toStdString());
+    }
+  });
   return all_saved ? 0 : -1;
 }

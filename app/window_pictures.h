@@ -1,11 +1,19 @@
-// window_pictures.h: pictures of all windows, for the pages that describe them and for a look at each.
+// window_pictures.h: a walk through all windows, and their pictures for the pages that describe them.
 #pragma once
 #include <QString>
+#include <functional>
 
 class Form_main;
+class QWidget;
 
-/// Brings each window up on the open survey as its menu item does, writes a picture of it into a folder (made
-/// if it is missing) and closes it again. Nothing is stored in the survey. The folder of the survey, or one
-/// below it, should hold field files to choose from.
+/// Gets the name of a state, as "import_files", and the window that shows it.
+using WindowVisitor = std::function<void(const QString& name, QWidget& window)>;
+
+/// Brings each window up on the open survey as its menu item does, hands it to the visitor and closes it
+/// again. Nothing is stored in the survey. The folder of the survey, or one below it, should hold field files
+/// to choose from.
+void visit_windows(Form_main& window, const WindowVisitor& visitor);
+
+/// Writes a picture of each window into a folder, which is made if it is missing.
 /// @return 0, or -1 after a message for each picture that can't be written
 [[nodiscard]] int save_window_pictures(Form_main& window, const QString& folder);

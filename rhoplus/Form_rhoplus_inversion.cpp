@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QShortcut>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -69,6 +70,7 @@ void Form_rhoplus_inversion::compose() {
   Grid_inversion_data_ = make_switch_grid("Grid_inversion_data", titles);
   Grid_inversion_data_->setToolTip("Click into a use column to mask or use the value");
   Text_rhoplus_out_ = named(new QPlainTextEdit, "Text_rhoplus_out");
+  Text_rhoplus_out_->setToolTip("Log of the run");
   Text_rhoplus_out_->setReadOnly(true);
   Text_rhoplus_out_->setLineWrapMode(QPlainTextEdit::NoWrap);
   Text_rhoplus_out_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -105,6 +107,12 @@ void Form_rhoplus_inversion::connect_controls() {
   connect(ui_->Command_run_all, &QPushButton::clicked, this, &Form_rhoplus_inversion::run_all);
   connect(ui_->Command_occam, &QPushButton::clicked, this, &Form_rhoplus_inversion::occam_requested);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QWidget::close);
+  auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, ui_->Command_done, &QPushButton::click);
+  for (QPushButton* const button :
+       {ui_->Command_rhoplus_log, ui_->Command_run_all, ui_->Command_occam, ui_->Command_done}) {
+    button->setAutoDefault(true);  // Enter presses the one that has the focus
+  }
   connect(ui_->menu_rhoplus_options, &QAction::triggered, this, &Form_rhoplus_inversion::edit_settings);
   connect_switches(*Grid_inversion_data_, this, [this](int row, int column) { switch_cell(row, column); });
   connect(graphs_, &GraphPairWidget::pointer_moved, this, &Form_rhoplus_inversion::show_pointer);

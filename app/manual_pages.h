@@ -1,0 +1,10 @@
+// manual_pages.h: the pages of docs/ and the changelog, which the program carries with it.
+#pragma once
+#include <QString>
+#include <QUrl>
+
+/// Where a page of docs/ is found, as "tutorial.md"; what it refers to is found beside it.
+QUrl manual_page(const QString& name);
+
+/// The changelog as Markdown.
+QString changelog();
