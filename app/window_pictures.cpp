@@ -128,6 +128,12 @@ const WindowPicture pictures[] = {
        choose_files(window);
        choose_data(window);
      }},
+    {"projection", "menu_import_MT",
+     [](QWidget& window) {
+       choose_files(window);
+       choose_data(window);
+       press(window, "Command_define_projection");
+     }},
     {"import_report", "menu_import_MT", scan_damaged_files},
     {"table_viewer", "menu_view_table_2"},
     {"frequencies", "menu_thresholds"},
