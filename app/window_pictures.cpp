@@ -128,15 +128,10 @@ const WindowPicture pictures[] = {
        choose_files(window);
        choose_data(window);
      }},
-    {"projection", "menu_import_MT",
-     [](QWidget& window) {
-       choose_files(window);
-       choose_data(window);
-       press(window, "Command_define_projection");
-     }},
     {"import_report", "menu_import_MT", scan_damaged_files},
     {"table_viewer", "menu_view_table_2"},
     {"frequencies", "menu_thresholds"},
+    {"mask_topo", "menu_occam2d_topo_mask"},
     {"tutorial", "menu_tutorial"},
     {"about", "menu_about"},
     {"whats_new", "menu_whats_new"},

@@ -9,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSet>
+#include <QTabBar>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <fstream>
@@ -54,11 +55,12 @@ QStringList controls_without_tool_tip(const QWidget& window) {
   return found;
 }
 
-/// Where Tab would go first.
+/// Where Tab would go first, behind the tabs of pages.
 QWidget* first_control(QWidget& window) {
   for (QWidget* part = window.nextInFocusChain(); part != &window; part = part->nextInFocusChain()) {
     if (part->window() == &window && part->isVisible() && part->isEnabled() &&
-        (part->focusPolicy() & Qt::TabFocus) != 0 && part->focusProxy() == nullptr) {
+        (part->focusPolicy() & Qt::TabFocus) != 0 && part->focusProxy() == nullptr &&
+        qobject_cast<QTabBar*>(part) == nullptr) {
       return part;
     }
   }
