@@ -39,13 +39,35 @@ std::vector<double> moments(std::span<const double> x, std::span<const double> y
   return moment;
 }
 
+/// The curve between two points, as a polynomial from the left one on: level ground stays level to the last
+/// digit.
+struct Piece {
+  double slope;
+  double half_curvature;
+  double cubic;
+
+  [[nodiscard]] bool is_finite() const {
+    return std::isfinite(slope) && std::isfinite(half_curvature) && std::isfinite(cubic);
+  }
+};
+
+Piece piece_behind(const CubicSpline& spline, std::size_t left) {
+  const double h = spline.x[left + 1] - spline.x[left];
+  const double m_left = spline.second_derivative[left];
+  const double m_right = spline.second_derivative[left + 1];
+  return {(spline.y[left + 1] - spline.y[left]) / h - h * (2.0 * m_left + m_right) / 6.0, m_left / 2.0,
+          (m_right - m_left) / (6.0 * h)};
+}
+
 }  // namespace
 
 CubicSpline cubspl(std::span<const double> x, std::span<const double> y) {
   check_points(x, y);
   CubicSpline spline{{x.begin(), x.end()}, {y.begin(), y.end()}, moments(x, y)};
-  if (!std::ranges::all_of(spline.second_derivative, [](double moment) { return std::isfinite(moment); })) {
-    throw std::invalid_argument("the points of the curve are too far apart");
+  for (std::size_t left = 0; left + 1 < x.size(); ++left) {
+    if (!piece_behind(spline, left).is_finite()) {
+      throw std::invalid_argument("the curve is too steep between its points");
+    }
   }
   return spline;
 }
@@ -61,13 +83,8 @@ double cubval(const CubicSpline& spline, double at) {
     return spline.y.back();
   }
   const auto above = std::upper_bound(spline.x.begin() + 1, spline.x.end() - 1, at);
-  const auto right = static_cast<std::size_t>(above - spline.x.begin());
-  const std::size_t left = right - 1;
-  const double h = spline.x[right] - spline.x[left];
-  const double m_left = spline.second_derivative[left];
-  const double m_right = spline.second_derivative[right];
+  const auto left = static_cast<std::size_t>(above - spline.x.begin()) - 1;
+  const Piece piece = piece_behind(spline, left);
   const double t = at - spline.x[left];
-  // From the left point on, so that level ground stays level to the last digit.
-  const double slope = (spline.y[right] - spline.y[left]) / h - h * (2.0 * m_left + m_right) / 6.0;
-  return spline.y[left] + t * (slope + t * (m_left / 2.0 + t * (m_right - m_left) / (6.0 * h)));
+  return spline.y[left] + t * (piece.slope + t * (piece.half_curvature + t * piece.cubic));
 }

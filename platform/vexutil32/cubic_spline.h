@@ -19,8 +19,8 @@ struct CubicSpline {
 /// Splines and Their Applications, chapter II. One point gives a constant, two a straight line.
 /// @param x  at least one, strictly ascending
 /// @param y  as many
-/// Throws std::invalid_argument for other points and for numbers that are not finite or so large that the
-/// curve isn't.
+/// Throws std::invalid_argument for other points and for numbers that are not finite or so close or so large
+/// that the curve isn't.
 CubicSpline cubspl(std::span<const double> x, std::span<const double> y);
 
 /// The curve's value. Beyond the ends it is that of the end point: a cubic soon runs off to any height there.

@@ -89,7 +89,7 @@ TEST_F(TopoPointsTest, The_curve_takes_points_in_any_order_and_the_mean_of_those
   EXPECT_EQ(load_locations({folder.write("line.dat", "0 1e300\n1e-300 -1e300\n1 1e300\n")}, topo), -1);
   EXPECT_EQ(
       interface.take_messages(),
-      Messages{"An error occurred while loading the topo values: the points of the curve are too far apart"});
+      Messages{"An error occurred while loading the topo values: the curve is too steep between its points"});
   EXPECT_EQ(topo.points.station.size(), 5U);
 }
 

@@ -78,6 +78,7 @@ TEST(Cubic_spline, Refuses_points_that_make_no_curve) {
   EXPECT_THROW(cubspl(std::vector{1.0, 1.0}, std::vector{1.0, 2.0}), std::invalid_argument);
   EXPECT_THROW(cubspl(std::vector{2.0, 1.0}, std::vector{1.0, 2.0}), std::invalid_argument);
   EXPECT_THROW(cubspl(std::vector{1.0, infinity}, std::vector{1.0, 2.0}), std::invalid_argument);
+  EXPECT_THROW(cubspl(std::vector{0.0, 1e-310}, std::vector{9.0, -1.0}), std::invalid_argument);
   EXPECT_THROW(cubspl(std::vector{0.0, 1e-300, 1.0}, std::vector{0.0, 1e300, 0.0}), std::invalid_argument);
 }
 
