@@ -57,7 +57,12 @@ void choose_folder(const QWidget& import_dialog, const QString& folder) {
   auto& typed = control<QLineEdit>(import_dialog, "Text_folder");
   typed.setText(folder);
   Q_EMIT typed.returnPressed();
-  let_settle();
+  const auto& found = control<QPushButton>(import_dialog, "Command_find_and_add_files");
+  constexpr int most_waits = 20;  // a busy machine takes its time over the list
+  int waits = 0;
+  do {
+    let_settle();
+  } while (!found.isEnabled() && ++waits < most_waits);
   press(import_dialog, "Command_find_and_add_files");
 }
 
