@@ -33,13 +33,14 @@ inline std::string iteration_text(int number, const std::string& parameters) {
 // Of the blocks from left to right, layer by layer.
 inline const std::string nine_parameters = " 2.0 1.0 1.5 2.0 2.0\n 2.0 3.0 2.5 2.0\n";
 
-inline std::string write_results(const TemporaryFolder& folder) {
-  static_cast<void>(folder.write("mesh", results_mesh));
-  static_cast<void>(folder.write("inmodel", results_model));
-  static_cast<void>(folder.write("occamdat", data));
-  static_cast<void>(folder.write("ITER_1", iteration_text(1, nine_parameters)));
-  static_cast<void>(folder.write("iter_3", iteration_text(3, nine_parameters)));
-  return folder.write("startup", iteration_text(0, nine_parameters));
+/// @param place within the folder, "" or "run/". @return the path of the start file
+inline std::string write_results(const TemporaryFolder& folder, const std::string& place = "") {
+  static_cast<void>(folder.write(place + "mesh", results_mesh));
+  static_cast<void>(folder.write(place + "inmodel", results_model));
+  static_cast<void>(folder.write(place + "occamdat", data));
+  static_cast<void>(folder.write(place + "ITER_1", iteration_text(1, nine_parameters)));
+  static_cast<void>(folder.write(place + "iter_3", iteration_text(3, nine_parameters)));
+  return folder.write(place + "startup", iteration_text(0, nine_parameters));
 }
 
 }  // namespace made

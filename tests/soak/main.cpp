@@ -24,18 +24,18 @@ namespace {
 constexpr int not_possible = 77;
 constexpr int patience_seconds = 180;  // the slowest step with sanitizers on a busy machine stays below
 
-int soak(const SoakChoices& choices, const std::filesystem::path& folder, const TellStep& tell) {
+int soak(const SoakChoices& choices, const TemporaryFolder& folder, const TellStep& tell) {
   if (!own_mounts::enter()) {
     std::cerr << "this system lets no process have mounts of its own\n";
     return not_possible;
   }
-  own_mounts::leave_writable_only(folder);
+  own_mounts::leave_writable_only(folder.folder());
   for (const char* const variable :
        {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR", "TMPDIR"}) {
-    setenv(variable, folder.c_str(), 1);
+    setenv(variable, folder.folder().c_str(), 1);
   }
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  std::filesystem::current_path(folder);
+  std::filesystem::current_path(folder.folder());
 
   int count = 1;
   std::string name = "soak";
@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
 
   const TemporaryFolder folder;
   const auto work = [&](const TellStep& tell) {
-    return soak(choices, folder.folder(), [&](const std::string& step) {
+    return soak(choices, folder, [&](const std::string& step) {
       tell(step);
       if (tells_steps) {
         std::cerr << step << '\n';

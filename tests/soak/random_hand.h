@@ -25,6 +25,11 @@ class RandomHand {
   /// A whole number from 0 to `end` - 1.
   int number(int end);
 
+  template <class T>
+  const T& any(const std::vector<T>& choices) {
+    return choices[static_cast<std::size_t>(number(static_cast<int>(choices.size())))];
+  }
+
  private:
   void click(QWidget& widget);
   void double_click(QWidget& widget);
@@ -39,10 +44,6 @@ class RandomHand {
   [[nodiscard]] QWidget& any_part(QWidget& window);
   [[nodiscard]] QPoint any_point(const QWidget& widget);
   [[nodiscard]] Qt::KeyboardModifiers any_modifiers();
-  template <class T>
-  const T& any(const std::vector<T>& choices) {
-    return choices[static_cast<std::size_t>(number(static_cast<int>(choices.size())))];
-  }
 
   QMainWindow& main_window_;
   std::mt19937 random_;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <malloc.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include "core/scope_guard.h"
@@ -76,21 +77,19 @@ class SoakRun::Answers final : public UserInterface {
   }
 
  private:
-  /// Other files than surveys get names of their own.
   std::string in_folder(const FileDialogRequest& request, const std::vector<std::string>& surveys) {
-    const int choice = soak_.hand_->number(static_cast<int>(surveys.size()));
-    const std::string& survey = surveys[static_cast<std::size_t>(choice)];
-    if (survey.empty()) {
-      return {};
-    }
     const bool is_survey = request.filter.find("mdb") != std::string::npos;
-    return (soak_.folder_ / (is_survey ? survey : "file" + std::to_string(choice) + ".txt")).string();
+    const std::string& name = soak_.hand_->any(is_survey ? surveys : other_files);
+    return name.empty() ? name : (soak_.folder_.folder() / name).string();
   }
 
+  static inline const std::vector<std::string> other_files{
+      "run/startup",    "run/ITER_1",  "run/inmodel", "run/mesh",
+      "run/points.xyz", "written.txt", "none.txt",    ""};
   SoakRun& soak_;
 };
 
-SoakRun::SoakRun(const SoakChoices& choices, const std::filesystem::path& folder,
+SoakRun::SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
                  std::function<void(const std::string&)> tell)
     : choices_(choices), folder_(folder), tell_(std::move(tell)) {
   survey_ = make_soak_survey(folder);
@@ -131,7 +130,8 @@ void SoakRun::step() {
   if (!window_->isVisible()) {
     window_->show();
   }
-  if (!choices_.menu_item.empty() && &RandomHand::window_in_front(*window_) == window_.get()) {
+  const bool comes_back = !choices_.menu_item.empty() && hand_->number(2) == 0;
+  if (comes_back && &RandomHand::window_in_front(*window_) == window_.get()) {
     window_->findChild<QAction*>(QString::fromStdString(choices_.menu_item))->trigger();
   } else {
     hand_->act();
@@ -181,10 +181,13 @@ void SoakRun::check_survey() {
 
 void SoakRun::tell_memory() const {
   constexpr double mebibyte = 1024.0 * 1024.0;
-  std::printf("after %5d steps: resident %.1f MiB, allocated %.2f MiB, %lld widgets\n", steps_,
-              static_cast<double>(resident_bytes()) / mebibyte,
-              static_cast<double>(allocated_bytes()) / mebibyte,
-              static_cast<long long>(QApplication::allWidgets().size()));
+  // The database engine keeps pages of the survey up to a limit of its own.
+  const auto engine = static_cast<double>(sqlite3_memory_used());
+  std::printf(
+      "after %5d steps: resident %.1f MiB, allocated %.2f MiB and by the engine %.2f MiB, %lld widgets\n",
+      steps_, static_cast<double>(resident_bytes()) / mebibyte,
+      (static_cast<double>(allocated_bytes()) - engine) / mebibyte, engine / mebibyte,
+      static_cast<long long>(QApplication::allWidgets().size()));
 }
 
 void SoakRun::tell_windows_and_messages() const {

@@ -2,7 +2,6 @@
 #pragma once
 #include <QObject>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -12,19 +11,20 @@
 #include "app/Form_main.h"
 #include "core/user_interface.h"
 #include "tests/soak/random_hand.h"
+#include "tests/support/temporary_folder.h"
 
 struct SoakChoices {
   std::uint32_t seed = 1;
   int steps = 10000;
   int check_every = 250;
-  std::string menu_item;  // chosen whenever the main window is in front; empty: any, now and then
+  std::string menu_item;  // chosen every second time in the main window; empty: any, now and then
   std::vector<int> report_at{2000, 5000, 10000};  // steps after which memory is told
 };
 
 class SoakRun : public QObject {
  public:
   /// `tell` gets the number and description of each step before it is done.
-  SoakRun(const SoakChoices& choices, const std::filesystem::path& folder,
+  SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
           std::function<void(const std::string&)> tell);
   ~SoakRun() override;
 
@@ -42,7 +42,7 @@ class SoakRun : public QObject {
   void tell_windows_and_messages() const;
 
   SoakChoices choices_;
-  std::filesystem::path folder_;
+  const TemporaryFolder& folder_;
   std::function<void(const std::string&)> tell_;
   std::string survey_;
   std::unique_ptr<UserInterface> earlier_interface_;

@@ -1,6 +1,5 @@
 #include "tests/soak/soak_survey.h"
 
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -13,8 +12,7 @@
 #include "import/import_run.h"
 #include "reduction/averages.h"
 #include "samples/sample_survey.h"
-
-namespace fs = std::filesystem;
+#include "tests/occam/made_results.h"
 
 namespace {
 
@@ -73,17 +71,17 @@ bool is_wanted(const Module_samples::SampleFile& file) {
 
 }  // namespace
 
-std::string make_soak_survey(const fs::path& folder) {
+std::string make_soak_survey(const TemporaryFolder& folder) {
   std::vector<std::string> files;
-  fs::create_directory(folder / "field");
   for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
     if (is_wanted(file)) {
-      files.push_back((folder / "field" / file.name).string());
-      std::ofstream(files.back(), std::ios::binary) << file.text;
+      files.push_back(folder.write("field/" + file.name, file.text));
     }
   }
-  std::ofstream(folder / "text.mdb") << "line,station\n200E,100\n";
-  std::ofstream(folder / "empty.mdb") << "";
+  static_cast<void>(folder.write("text.mdb", "line,station\n200E,100\n"));
+  static_cast<void>(folder.write("empty.mdb", ""));
+  static_cast<void>(made::write_results(folder, "run/"));
+  static_cast<void>(folder.write("run/points.xyz", "-100 0\n105 5\n120 12\n150 3\n260 -4\n"));
 
   Module_data_file::ImportChoices choices;
   choices.ReferenceType = 0;
@@ -93,7 +91,7 @@ std::string make_soak_survey(const fs::path& folder) {
   choices.decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
   choices.sectid_as_station = true;
   Module_data_file::ImportReport report;
-  std::string survey = (folder / "survey.mdb").string();
+  std::string survey = folder.path("survey.mdb");
   session().database_file = survey;
   if (Module_database::create_database() != 0 || Module_database::open_database() != 0 ||
       run_import(choices, files, Module_data_file::ImportMode::import, report) != 0 ||

@@ -1,12 +1,14 @@
 // soak_survey.h: the survey that a soak works on, and what must hold for it after any number of steps.
 #pragma once
-#include <filesystem>
 #include <string>
 
+#include "tests/support/temporary_folder.h"
+
 /// Makes "survey.mdb" in a folder from field files that it leaves in "field": two lines of three stations
-/// with two repeats at two scan rates. A few files that are no surveys stand beside it. @return the survey's
+/// with two repeats at two scan rates. Beside it stand files
+/// that are no surveys and, in "run", a finished inversion with points of a ground line. @return the survey's
 /// path
-std::string make_soak_survey(const std::filesystem::path& folder);
+std::string make_soak_survey(const TemporaryFolder& folder);
 
 /// Looks into the open survey: damage of the file, lengths of the stored arrays, and whether recalculation
 /// finds averages and merged curves as they are. @return what is wrong; empty if nothing is
