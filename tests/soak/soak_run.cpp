@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QPixmapCache>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
@@ -22,6 +23,8 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 namespace {
+
+constexpr QSize usual_size(1280, 800);
 
 std::size_t allocated_bytes() {
 #ifdef __SANITIZE_ADDRESS__
@@ -63,10 +66,13 @@ class SoakRun::Answers final : public UserInterface {
   }
   std::string select_file_to_open(const FileDialogRequest& request) override {
     return in_folder(request,
-                     {"survey.mdb", "survey.mdb", "other.mdb", "text.mdb", "empty.mdb", "none.mdb", ""});
+                     {"survey.mdb", "survey.mdb", "other.mdb", "text.mdb", "empty.mdb", "none.mdb", ""},
+                     {"run/startup", "run/ITER_1", "run/inmodel", "run/mesh", "run/points.xyz", "written.txt",
+                      "none.txt", ""});
   }
   std::string select_file_to_create(const FileDialogRequest& request) override {
-    return in_folder(request, {"other.mdb", "other.mdb", "third.mdb", "no folder/new.mdb", ""});
+    return in_folder(request, {"other.mdb", "other.mdb", "third.mdb", "no folder/new.mdb", ""},
+                     {"written.txt", "written.png", "written.pdf", "no folder/new.txt", ""});
   }
   void set_busy_pointer(bool /*busy*/) override {}
   void process_events() override {}
@@ -77,15 +83,13 @@ class SoakRun::Answers final : public UserInterface {
   }
 
  private:
-  std::string in_folder(const FileDialogRequest& request, const std::vector<std::string>& surveys) {
+  std::string in_folder(const FileDialogRequest& request, const std::vector<std::string>& surveys,
+                        const std::vector<std::string>& other_files) {
     const bool is_survey = request.filter.find("mdb") != std::string::npos;
     const std::string& name = soak_.hand_->any(is_survey ? surveys : other_files);
     return name.empty() ? name : (soak_.folder_.folder() / name).string();
   }
 
-  static inline const std::vector<std::string> other_files{
-      "run/startup",    "run/ITER_1",  "run/inmodel", "run/mesh",
-      "run/points.xyz", "written.txt", "none.txt",    ""};
   SoakRun& soak_;
 };
 
@@ -107,7 +111,7 @@ SoakRun::~SoakRun() {
 
 int SoakRun::run() {
   QApplication::setQuitOnLastWindowClosed(false);  // the hand may choose Exit
-  window_->resize(1280, 800);
+  window_->resize(usual_size);
   window_->show();
   window_->open_survey(QString::fromStdString(survey_));
   step_soon();
@@ -179,9 +183,13 @@ void SoakRun::check_survey() {
   }
 }
 
-void SoakRun::tell_memory() const {
+void SoakRun::tell_memory() {
   constexpr double mebibyte = 1024.0 * 1024.0;
-  // The database engine keeps pages of the survey up to a limit of its own.
+  // The same state each time: pictures take most of the memory, and the history of edits has its share.
+  window_->resize(usual_size);
+  window_->open_survey(QString::fromStdString(survey_));
+  window_->repaint();
+  QPixmapCache::clear();  // else it grows for long, up to a limit of its own
   const auto engine = static_cast<double>(sqlite3_memory_used());
   std::printf(
       "after %5d steps: resident %.1f MiB, allocated %.2f MiB and by the engine %.2f MiB, %lld widgets\n",

@@ -38,7 +38,7 @@ class SoakRun : public QObject {
   void step();
   void end_step();
   void check_survey();
-  void tell_memory() const;
+  void tell_memory();
   void tell_windows_and_messages() const;
 
   SoakChoices choices_;
