@@ -20,6 +20,7 @@ namespace {
 constexpr double most_decades = 10.0;                  // of a parameter that is a resistivity
 constexpr std::size_t most_nodes_of_grid = 4'000'000;  // 16 MB a file, some seconds of gridding
 constexpr std::string_view line_end = "\r\n";
+constexpr const char* writing_grids = "Writing the grids";
 
 double node(const std::vector<double>& nodes, int index) { return nodes[static_cast<std::size_t>(index)]; }
 
@@ -62,7 +63,10 @@ std::optional<vexgrid::RegularGrid> smooth_grid(std::span<const GridBlock> block
     points.push_back({block.x(), block.elevation(), block.value});
   }
   vexminc::GriddingOptions options;
-  options.proceed = [] {
+  options.progress = [](double share) {
+    constexpr double from = 30.0;  // percent of the whole work
+    constexpr double to = 90.0;
+    user_interface().show_progress(writing_grids, static_cast<int>(from + (to - from) * share));
     user_interface().process_events();
     return !user_interface().stop_requested();
   };
@@ -96,7 +100,7 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   const auto file = [&view](const char* ending) {
     return view.results().derived_file(view.current_iteration(), ending);
   };
-  const auto progress = [](int percent) { user_interface().show_progress("Writing the grids", percent); };
+  const auto progress = [](int percent) { user_interface().show_progress(writing_grids, percent); };
   const double cell = grid_cell(occam_state().model.mesh);
   progress(0);
   const vexgrid::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 #include <vector>
 
@@ -44,6 +45,27 @@ double advance(std::span<double> values, double factor, std::span<const double> 
   return *std::max_element(largest.begin(), largest.end());
 }
 
+/// How far the iteration has come: its steps shrink by about the same factor each time.
+class Progress {
+ public:
+  explicit Progress(double least_change) : least_change_(least_change) {}
+  void step(double change) {
+    first_ = std::max(first_, change);
+    smallest_ = std::min(smallest_, std::max(change, least_change_));
+  }
+  [[nodiscard]] double share() const {
+    if (!(smallest_ < first_ && least_change_ > 0.0)) {
+      return 0.0;
+    }
+    return std::log(first_ / smallest_) / std::log(first_ / least_change_);
+  }
+
+ private:
+  double least_change_;
+  double first_ = 0.0;
+  double smallest_ = std::numeric_limits<double>::infinity();
+};
+
 }  // namespace
 
 IterationOutcome relax(const Plate& plate, const SplineLevels& levels, std::span<const double> targets,
@@ -58,8 +80,9 @@ IterationOutcome relax(const Plate& plate, const SplineLevels& levels, std::span
   std::vector<double> direction = corrected;
   double fit = product(residual, corrected);
   int quiet = 0;
+  Progress progress(limits.least_change);
   while (outcome.iterations < limits.iterations) {
-    if (limits.proceed && !limits.proceed()) {
+    if (limits.progress && !limits.progress(progress.share())) {
       outcome.stopped = true;
       return outcome;
     }
@@ -72,6 +95,7 @@ IterationOutcome relax(const Plate& plate, const SplineLevels& levels, std::span
     }
     const double step = fit / energy;
     const double change = step * advance(surface, step, direction);
+    progress.step(change);
     advance(residual, -step, applied);
     quiet = change < limits.least_change ? quiet + 1 : 0;
     if (quiet == quiet_iterations) {

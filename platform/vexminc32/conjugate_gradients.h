@@ -11,7 +11,7 @@ namespace vexminc {
 struct IterationLimits {
   double least_change = 0.0;  // stops when no node changes by more, several times in a row
   int iterations = 0;
-  std::function<bool()> proceed;  // may be empty
+  std::function<bool(double)> progress;  // called with the share done, see GriddingOptions; may be empty
 };
 
 struct IterationOutcome {

@@ -109,11 +109,15 @@ Surface doubled(const Surface& coarse, PlateSize coarse_size, PlateSize size) {
 
 // One gridding: the options in the units of the data.
 struct Gridding {
-  IterationLimits limits;
+  double least_change = 0.0;
   double largest_misfit = 0.0;
+  int iteration_limit = 0;
+  std::function<bool(double)> progress;
   int iterations = 0;
   bool converged = true;
   bool stopped = false;
+  double share_done = 0.0;
+  double share_of_fit = 0.0;  // of the whole work
 
   std::vector<double> targets_of(const Plate& plate) const;
   void fit(const Plate& plate, const SplineLevels& levels, std::span<const double> targets, Surface& surface);
@@ -131,7 +135,12 @@ std::vector<double> Gridding::targets_of(const Plate& plate) const {
 
 void Gridding::fit(const Plate& plate, const SplineLevels& levels, std::span<const double> targets,
                    Surface& surface) {
+  IterationLimits limits{least_change, iteration_limit, {}};
+  if (progress) {
+    limits.progress = [this](double share) { return progress(share_done + share_of_fit * share); };
+  }
   const IterationOutcome outcome = relax(plate, levels, targets, limits, surface);
+  share_done += share_of_fit;
   iterations += outcome.iterations;
   converged = outcome.converged;
   stopped = outcome.stopped;
@@ -139,6 +148,8 @@ void Gridding::fit(const Plate& plate, const SplineLevels& levels, std::span<con
 
 // The points pull with a finite weight; where that leaves a misfit, they pull from further away.
 void Gridding::refit(const Plate& plate, const SplineLevels& levels, Surface& surface) {
+  constexpr double first_share = 0.7;
+  share_of_fit = first_share;
   std::vector<double> targets = targets_of(plate);
   fit(plate, levels, targets, surface);
   double before = std::numeric_limits<double>::infinity();
@@ -154,6 +165,7 @@ void Gridding::refit(const Plate& plate, const SplineLevels& levels, Surface& su
       return;
     }
     before = largest;
+    share_of_fit = 0.5 * (1.0 - share_done);
     fit(plate, levels, targets, surface);
   }
 }
@@ -216,9 +228,10 @@ std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> 
   Surface surface(size.nodes());
   const Plate plate(size, merged);
   if (range > rounding_noise * largest) {
-    Gridding gridding;
-    gridding.limits = {options.stop_change * range, options.iteration_limit, options.proceed};
-    gridding.largest_misfit = options.largest_misfit * range;
+    Gridding gridding{.least_change = options.stop_change * range,
+                      .largest_misfit = options.largest_misfit * range,
+                      .iteration_limit = options.iteration_limit,
+                      .progress = options.progress};
     surface = gridding.start(merged, size);
     if (!gridding.stopped) {
       for (const Plate::FixedNode& fixed : plate.fixed_nodes()) {

@@ -21,9 +21,12 @@ struct ScatteredPoint {
 struct GriddingOptions {
   double stop_change =
       1e-4;  // of the data's range less their plane: largest change of a node in an iteration
-  double largest_misfit = 1e-3;        // of the same range: a larger one at a point calls for another fit
-  int iteration_limit = 500;           // of one fit
-  std::function<bool()> proceed = {};  // asked once in a while; false stops. May be empty
+  double largest_misfit = 1e-3;  // of the same range: a larger one at a point calls for another fit
+  int iteration_limit = 500;     // of one fit
+
+  /// Called once in a while with the share done, 0 to 1, as far as it can be foreseen; false stops. May be
+  /// empty.
+  std::function<bool(double)> progress = {};
 };
 
 struct GriddedSurface {
@@ -38,7 +41,7 @@ struct GriddedSurface {
 /// Some per cent of overshoot beside a sharp contrast is the method's nature: grid log10 of what must stay
 /// positive.
 ///
-/// @return nothing if `proceed` asked to stop
+/// @return nothing if `progress` asked to stop
 /// Throws std::invalid_argument, with a sentence for the user, for points or a frame that aren't finite,
 /// fewer than four nodes a side, no point inside the frame, and points on one line (within a cell): nothing
 /// holds the surface beside it.

@@ -264,7 +264,16 @@ TEST(Minimum_curvature, Degenerate_input) {
   refused(good, unit_frame(3, 10));
   refused(good, {0.0, 0.0, 0.0, 20, 10});
   refused(good, {nan, 0.0, 1.0, 20, 10});
-  EXPECT_FALSE(minimum_curvature(good, frame, {.proceed = [] { return false; }}).has_value());
+
+  // Told how far it is, and stopped half-way.
+  std::vector<double> shares;
+  const auto until_half = [&shares](double share) {
+    shares.push_back(share);
+    return share < 0.5;
+  };
+  EXPECT_FALSE(minimum_curvature(good, frame, {.progress = until_half}).has_value());
+  EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
+  EXPECT_LT(shares.back(), 1.0);
 }
 
 }  // namespace
