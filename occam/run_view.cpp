@@ -10,6 +10,7 @@
 #include "occam/occam_state.h"
 #include "occam/response_file.h"
 #include "platform/files/safe_files.h"
+#include "platform/vexmtutils/mt2dresponse/mesh_warnings.h"
 
 namespace fs = std::filesystem;
 
@@ -44,6 +45,23 @@ fs::path find_response(const RunResults& results, int iteration) {
   }
   fs::path left = results.folder / name;
   return fs::exists(left) ? left : fs::path();
+}
+
+void tell_mesh_warnings(const RunResults& results, const std::vector<double>& parameters) {
+  ObservedData data;
+  if (read_occam_data_rows((results.folder / results.names.data_file).string(), data) != 0) {
+    return;
+  }
+  static_cast<void>(trap_errors(response_failed, [&] {
+    std::string text;
+    for (const std::string& warning : mt2dresponse::mesh_warnings(
+             response_section(occam_state().model, parameters), data.site_offsets, data.frequencies)) {
+      text += "\n" + warning;
+    }
+    if (!text.empty()) {
+      user_interface().show_message("The mesh limits how exact the response is:" + text);
+    }
+  }));
 }
 
 int make_response(const RunResults& results, int iteration, const std::vector<double>& parameters) {
@@ -144,6 +162,9 @@ int RunView::load_response() {
   if (file.empty()) {
     if (load_iteration() != 0 || make_response(results_, current_iteration_, parameters_) != 0) {
       return -1;
+    }
+    if (!std::exchange(mesh_warnings_told_, true)) {
+      tell_mesh_warnings(results_, parameters_);
     }
     file = find_response(results_, current_iteration_);
   }

@@ -54,11 +54,16 @@ class RunView {
   FileStamp seen_response_stamp_;        // at the last look
   bool response_read_ = false;           // with success
   bool response_ready_ = false;
+  bool mesh_warnings_told_ = false;  // with the first response that was computed here
 };
 
 /// The response file of an iteration: in the folder of derived files, unless the iteration is younger, or
 /// else beside the iteration's file. Empty if there is none.
 std::filesystem::path find_response(const RunResults& results, int iteration);
+
+/// Tells what the mesh of a run lacks for the frequencies of its data; nothing where it is good enough.
+/// @param parameters  log10 ohm-m, of the free blocks
+void tell_mesh_warnings(const RunResults& results, const std::vector<double>& parameters);
 
 /// Computes the response of an iteration and writes it into the folder of derived files.
 /// @return 0; -1 after a message, or without one when the person has stopped it

@@ -49,8 +49,10 @@ class GridTest : public made::OccamTest {
 
 TEST_F(GridTest, Holds_each_block_right_side_up_with_padding_as_large_as_its_neighbour) {
   const int outcome = write_grids(*view);
-  EXPECT_EQ(interface.take_messages(), made::Messages{"Grid file has been written"});
   ASSERT_EQ(outcome, 0);
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 2U);  // the first one of the mesh, too small for the response
+  EXPECT_EQ(told[1], "Grid file has been written");
   const SeenGrid grid(derived("iter_3_logres.grd"));
   // Half of the narrowest column and of the lowest row.
   EXPECT_EQ(grid.cell(), 5.0);

@@ -128,6 +128,14 @@ TEST_F(RunResultsTest, Makes_the_response_that_the_inversion_has_not_left) {
   EXPECT_EQ(find_response(opened, 3), made_file);
   fs::last_write_time(folder.folder() / "iter_3", fs::last_write_time(made_file) + std::chrono::seconds(5));
   EXPECT_EQ(find_response(opened, 3), folder.folder() / "RESP_iter_3.out");
+
+  // What the mesh lacks is told with the first response of a run.
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_NE(told[0].find("\nThe mesh ends 0."), std::string::npos) << told[0];
+  view.choose_iteration(1);
+  ASSERT_EQ(view.load_response(), 0);
+  EXPECT_TRUE(interface.take_messages().empty());
 }
 
 TEST_F(RunResultsTest, A_half_written_response_is_told_once_and_read_when_it_is_whole) {
@@ -187,7 +195,9 @@ TEST_F(RunResultsTest, The_field_runs_response_is_that_of_the_inversion) {
     EXPECT_EQ(ours.rows[i].data_type, left.rows[i].data_type);
     EXPECT_NEAR(ours.rows[i].values[2], left.rows[i].values[2], phase ? 0.003 : 2e-5) << i;
   }
-  EXPECT_TRUE(interface.take_messages().empty());
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_NE(told[0].find("0.20 skin depths thick at 78.125 Hz"), std::string::npos) << told[0];
 }
 
 }  // namespace
