@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <functional>
+#include <iterator>
 #include <limits>
 #include <numeric>
 
@@ -27,6 +29,20 @@ double datum_error(const OccamResponse::Row& row) {
   return std::abs(residual / misfit);
 }
 
+/// The curves of a site as they grow row by row.
+struct FitSeries {
+  graph::PlotSeries observed_values;
+  graph::PlotSeries modelled_values;
+
+  void add(double frequency, const OccamResponse::Row& row) {
+    observed_values.x.push_back(frequency);
+    observed_values.y.push_back(static_cast<double>(row[ResponseValue::observed - 1]));
+    observed_values.error.push_back(datum_error(row));
+    modelled_values.x.push_back(frequency);
+    modelled_values.y.push_back(static_cast<double>(row[ResponseValue::modelled - 1]));
+  }
+};
+
 /// The smallest and the largest value that is there.
 struct Extent {
   double minimum = std::numeric_limits<double>::infinity();
@@ -40,6 +56,20 @@ struct Extent {
   [[nodiscard]] bool empty() const { return minimum > maximum; }
 };
 
+/// Makes room for the error bars too, but for a bar of a nearly worthless datum no more than for the values.
+void include_errors(Extent& y, const graph::PlotTable& table) {
+  const Extent values = y;
+  const double room = values.maximum - values.minimum;
+  for (const graph::PlotSeries& series : table.series) {
+    for (std::size_t i = 0; i < series.error.size(); ++i) {
+      if (!is_absent(series.y[i]) && !is_absent(series.error[i])) {
+        y.include(std::max(series.y[i] - series.error[i], values.minimum - room));
+        y.include(std::min(series.y[i] + series.error[i], values.maximum + room));
+      }
+    }
+  }
+}
+
 void set_limits(ResponsePlot& plot, graph::AxisType x_type) {
   Extent x;
   Extent y;
@@ -47,6 +77,7 @@ void set_limits(ResponsePlot& plot, graph::AxisType x_type) {
     std::ranges::for_each(series.x, [&x](double value) { x.include(value); });
     std::ranges::for_each(series.y, [&y](double value) { y.include(value); });
   }
+  include_errors(y, plot.table);
   plot.x.type = x_type;
   if (!x.empty() && x_type == graph::AxisType::logarithmic && x.minimum > 0.0) {
     const double factor = std::pow(std::max(x.maximum / x.minimum, least_ratio), margin);
@@ -97,22 +128,52 @@ void add_convergence(ResponsePlot& plot, const RunResults& results,
 }  // namespace
 
 ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
-  graph::PlotSeries observed_values;
-  graph::PlotSeries modelled_values;
+  FitSeries fit;
   std::vector<int> numbers = descending_frequencies(response);
   std::ranges::reverse(numbers);
   for (const int number : numbers) {
-    const OccamResponse::Row& row = response.row(kind, site_number, number);
-    const double frequency = response.resp_frequencies[static_cast<std::size_t>(number) - 1];
-    observed_values.x.push_back(frequency);
-    observed_values.y.push_back(static_cast<double>(row[ResponseValue::observed - 1]));
-    observed_values.error.push_back(datum_error(row));
-    modelled_values.x.push_back(frequency);
-    modelled_values.y.push_back(static_cast<double>(row[ResponseValue::modelled - 1]));
+    fit.add(response.resp_frequencies[static_cast<std::size_t>(number) - 1],
+            response.row(kind, site_number, number));
   }
   ResponsePlot plot;
-  add_series(plot, std::move(observed_values), {.colour = observed_colour, .line = false}, "observed");
-  add_series(plot, std::move(modelled_values), {.colour = modelled_colour, .width = 1.5}, "modelled");
+  add_series(plot, std::move(fit.observed_values), {.colour = observed_colour, .line = false}, "observed");
+  add_series(plot, std::move(fit.modelled_values), {.colour = modelled_colour, .width = 1.5}, "modelled");
+  set_limits(plot, graph::AxisType::logarithmic);
+  return plot;
+}
+
+ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
+  struct Mode {
+    const char* name;
+    int resistivity_type;
+    int phase_type;
+    graph::Colour colour;
+  };
+  constexpr std::array<Mode, 2> modes = {{{"TE", 1, 2, {30, 90, 200}}, {"TM", 5, 6, {200, 30, 30}}}};
+  std::vector<OccamResponse::FileRow> rows;
+  std::ranges::copy_if(response.rows, std::back_inserter(rows), [site_number](const auto& row) {
+    return row.site_number == site_number && row.frequency_number >= 1;
+  });
+  const auto frequency_of = [&response](const OccamResponse::FileRow& row) {
+    return response.resp_frequencies[static_cast<std::size_t>(row.frequency_number) - 1];
+  };
+  std::ranges::stable_sort(rows, std::less<>(), frequency_of);
+  ResponsePlot plot;
+  for (const Mode& mode : modes) {
+    const int type = kind == ResponseKind::resistivity ? mode.resistivity_type : mode.phase_type;
+    FitSeries fit;
+    for (const OccamResponse::FileRow& row : rows) {
+      if (row.data_type == type) {
+        fit.add(frequency_of(row), row.values);
+      }
+    }
+    if (!fit.observed_values.x.empty()) {
+      const std::string name = mode.name;
+      add_series(plot, std::move(fit.observed_values), {.colour = mode.colour, .line = false},
+                 name + " observed");
+      add_series(plot, std::move(fit.modelled_values), {.colour = mode.colour}, name + " modelled");
+    }
+  }
   set_limits(plot, graph::AxisType::logarithmic);
   return plot;
 }

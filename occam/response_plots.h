@@ -29,6 +29,10 @@ struct ResponsePlot {
 /// error that the inversion worked with.
 ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, int site_number);
 
+/// The same for both modes, from all rows of the file: of TE and of TM each two series, as far as the site
+/// has any data of it.
+ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number);
+
 /// Which frequencies the profiles show.
 struct ProfileChoice {
   int mode = 0;        // 0 all frequencies; 1, 2, 3 the highest, middle, lowest third; from 4 on the single

@@ -88,11 +88,13 @@ std::string site_heading(const OccamResponse& response, const MisfitTable& misfi
 void place_curves(graph::PdfPages& pages, ResponseKind kind, int site_number, const QRectF& part) {
   const bool resistivity = kind == ResponseKind::resistivity;
   const QRectF below = pages.caption(
-      resistivity ? "Resistivity: observed as points with errors, modelled as a line" : "Phase", part);
+      resistivity ? "Resistivity: TE blue, TM red; observed as points with errors, modelled as lines"
+                  : "Phase",
+      part);
   VexGraphControl chart;
   chart.set_x_title("Frequency (Hz)");
   chart.set_y_title(resistivity ? "Resistivity (log10 ohm-m)" : "Phase (deg)");
-  give_to_chart(chart, station_curves(occam_state().response, kind, site_number));
+  give_to_chart(chart, mode_curves(occam_state().response, kind, site_number));
   pages.place(chart, below);
 }
 
