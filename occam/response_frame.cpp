@@ -227,6 +227,7 @@ void ResponseFrame::display_station(int site_number) {
   Label_station_->setText(qt_text("Site " + response.resp_site_names[site] + " at " +
                                   format_number(response.resp_offsets[site], "0.0") + " m, RMS " +
                                   format_number(misfits_.of_site(site_number).rms(), "0.00")));
+  Label_station_->setToolTip(Label_station_->text());  // cut off in a narrow pane
   station_resistivity_->show_plot(station_curves(response, ResponseKind::resistivity, site_number));
   station_phase_->show_plot(station_curves(response, ResponseKind::phase, site_number));
   Picture_res_error_->mark_site(site_number);

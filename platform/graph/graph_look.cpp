@@ -91,7 +91,7 @@ QString fitting_title(const QString& title, const QFont& font, double length) {
   QString text = title;
   while (metrics.horizontalAdvance(text) > length) {
     const qsizetype space = text.indexOf(QLatin1Char(' '));
-    if (space < 0) {
+    if (space < 0 || text.startsWith(QLatin1Char('('))) {  // a part of a unit is another unit
       return {};
     }
     text = text.mid(space + 1);
