@@ -10,8 +10,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "core/line_reader.h"
 #include "import/edi_parser.h"
-#include "import/line_reader.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {

@@ -3,10 +3,10 @@
 #include <exception>
 #include <string>
 
+#include "core/line_reader.h"
 #include "fuzz/input_file.h"
 #include "import/edi_curves.h"
 #include "import/edi_parser.h"
-#include "import/line_reader.h"
 
 using namespace Module_data_file;
 

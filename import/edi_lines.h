@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "import/line_reader.h"
+#include "core/line_reader.h"
 
 namespace Module_data_file {
 

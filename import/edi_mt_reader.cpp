@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "core/line_reader.h"
 #include "import/edi_curves.h"
 #include "import/edi_parser.h"
 #include "import/edi_stations.h"
-#include "import/line_reader.h"
 #include "import/reader_steps.h"
 #include "import/reading_record.h"
 

@@ -13,10 +13,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/line_reader.h"
 #include "import/edi_channels.h"
 #include "import/edi_lines.h"
 #include "import/import_report.h"
-#include "import/line_reader.h"
 
 namespace Module_data_file {
 

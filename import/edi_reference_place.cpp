@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "core/geographic_angle.h"
+#include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "import/edi_tags.h"
-#include "import/line_reader.h"
 #include "import/remarks.h"
 #include "projections/survey_projection.h"
 

@@ -4,12 +4,12 @@
 #include <array>
 #include <vector>
 
+#include "core/line_reader.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "import/edi_curves.h"
 #include "import/edi_spectra_parser.h"
 #include "import/edi_stations.h"
-#include "import/line_reader.h"
 #include "import/reader_steps.h"
 #include "import/reading_record.h"
 #include "import/remarks.h"

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "import/field_values.h"
-#include "import/line_reader.h"
 #include "import/reader_steps.h"
 #include "import/reading_record.h"
 #include "import/remarks.h"

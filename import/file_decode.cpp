@@ -7,11 +7,11 @@
 #include <optional>
 
 #include "core/calendar.h"
+#include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "import/head_dates.h"
-#include "import/line_reader.h"
 #include "import/remarks.h"
 
 namespace Module_data_file {

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "import/field_values.h"
-#include "import/line_reader.h"
 #include "import/reader_steps.h"
 #include "import/reading_record.h"
 #include "import/remarks.h"

@@ -18,7 +18,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "import/line_reader.h"
+#include "core/line_reader.h"
 #include "import/zonge_raw_account.h"
 #include "import/zonge_raw_block.h"
 #include "import/zonge_raw_line.h"

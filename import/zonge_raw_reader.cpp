@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
+#include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "database/stations.h"
 #include "import/field_values.h"
-#include "import/line_reader.h"
 #include "import/reader_steps.h"
 #include "import/reading_record.h"
 #include "import/remarks.h"

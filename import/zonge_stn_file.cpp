@@ -5,10 +5,10 @@
 #include <string_view>
 #include <system_error>
 
+#include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "import/file_decode.h"
-#include "import/line_reader.h"
 #include "import/remarks.h"
 
 namespace Module_data_file {

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/line_reader.h"
 #include "core/trap_errors.h"
-#include "import/line_reader.h"
 
 namespace Module_occam {
 
@@ -38,7 +38,7 @@ class TextInput {
   [[nodiscard]] std::int64_t line_number() const { return lines_.line_number(); }
 
  private:
-  Module_data_file::LineReader lines_;
+  LineReader lines_;
 };
 
 /// Adds `count` numbers to `values`, from as many lines as needed; empty lines are skipped, and what follows

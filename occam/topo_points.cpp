@@ -7,10 +7,10 @@
 #include <numeric>
 #include <optional>
 
+#include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
-#include "import/line_reader.h"
 
 namespace Module_occam {
 
@@ -98,7 +98,7 @@ int refuse(const char* message) {
 
 int read_locations_file(const std::string& path, const LocationLayout& layout, LocationsRead& read) {
   return trap_errors("An error occurred while reading the location file : ", [&] {
-    Module_data_file::LineReader lines(path);
+    LineReader lines(path);
     LocationsRead found;
     std::int64_t data_line = 0;
     for (std::string_view line; lines.next(line);) {

@@ -1,4 +1,4 @@
-#include "import/line_reader.h"
+#include "core/line_reader.h"
 
 #include <stdexcept>
 #include <string>
@@ -7,8 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/temporary_folder.h"
-
-using Module_data_file::LineReader;
 
 namespace {
 

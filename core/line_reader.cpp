@@ -1,12 +1,10 @@
-#include "import/line_reader.h"
+#include "core/line_reader.h"
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
-
-namespace Module_data_file {
 
 namespace {
 
@@ -133,5 +131,3 @@ bool LineReader::fill() {
   at_end_ = stream_.eof();
   return added > 0;
 }
-
-}  // namespace Module_data_file

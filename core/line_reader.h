@@ -9,8 +9,6 @@
 #include <string_view>
 #include <vector>
 
-namespace Module_data_file {
-
 class LineReader {
  public:
   /// Opens the file. Throws std::runtime_error with the file's name if it is missing, a folder, can't be read
@@ -55,5 +53,3 @@ class LineReader {
   std::int64_t file_size_ = 0;
   std::int64_t line_number_ = 0;
 };
-
-}  // namespace Module_data_file
