@@ -1,12 +1,14 @@
 #include "batch/command.h"
 
-#include <exception>
+#include <filesystem>
 
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 
 namespace Batch {
+
+std::string path_from_here(const std::string& path) { return std::filesystem::absolute(path).string(); }
 
 void add_survey_argument(CLI::App& parser, std::string& path) {
   parser.add_option("SURVEY.mdb", path, "the survey database")->required();

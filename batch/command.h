@@ -33,6 +33,9 @@ Command add_occam_info_command(CLI::App& program);
 Command add_section_command(CLI::App& program);  // only in a build with windows
 Command add_zonge_command(CLI::App& program);
 
+/// The whole path: opening a survey or a run moves to its folder, and relative paths mean another file then.
+std::string path_from_here(const std::string& path);
+
 /// Adds the positional SURVEY.mdb to a command.
 void add_survey_argument(CLI::App& parser, std::string& path);
 

@@ -1,5 +1,4 @@
 // brenlox_batch invert: one-dimensional Rho+ inversion of every station of a line.
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -117,8 +116,7 @@ int invert_line(const InvertOptions& options) {
 
 int run_invert(InvertOptions& options) {
   if (!options.json_path.empty() && options.json_path != "-") {
-    options.json_path =
-        std::filesystem::absolute(options.json_path).string();  // opening moves to the survey's folder
+    options.json_path = path_from_here(options.json_path);
   }
   Module_output::rhoplus_settings() = options.settings;
   return with_open_survey(options.survey, [&] { return invert_line(options); });

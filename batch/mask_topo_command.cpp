@@ -1,5 +1,4 @@
 // brenlox_batch mask-topo: masks the mesh of a two-dimensional inversion above the ground.
-#include <filesystem>
 #include <iostream>
 #include <map>
 #include <memory>

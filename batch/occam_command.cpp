@@ -1,5 +1,4 @@
 // brenlox_batch occam: the merged curves of a line as a run directory of the two-dimensional inversion.
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -37,7 +36,7 @@ int create_run(const OccamOptions& options) {
 
 int run_occam(OccamOptions& options) {
   std::string& directory = options.inputs.directory;
-  directory = std::filesystem::absolute(directory).string();  // opening moves to the survey's folder
+  directory = path_from_here(directory);
   return with_open_survey(options.survey, [&] { return create_run(options); });
 }
 

@@ -1,12 +1,11 @@
 // brenlox_batch plots: all graphs of a line as a PDF document.
-#include <QApplication>
 #include <algorithm>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 
 #include "batch/command.h"
+#include "batch/offscreen_application.h"
 #include "core/user_interface.h"
 #include "display/line_document.h"
 #include "display/selection.h"
@@ -62,14 +61,8 @@ int write_plots(const PlotsOptions& options) {
 }
 
 int run_plots(PlotsOptions& options) {
-  options.output =
-      std::filesystem::absolute(options.output).string();  // opening moves to the survey's folder
-  qputenv("QT_QPA_PLATFORM", "offscreen");                 // pages are drawn, no window is shown
-  int argument_count = 1;
-  std::string name = "brenlox_batch";
-  char* arguments[] = {name.data(), nullptr};
-  const QApplication application(argument_count, arguments);
-  QApplication::setApplicationName("Brenlox");
+  options.output = path_from_here(options.output);
+  const OffscreenApplication application;
   return with_open_survey(options.survey, [&] { return write_plots(options); });
 }
 

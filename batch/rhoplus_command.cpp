@@ -1,6 +1,5 @@
 // brenlox_batch rhoplus: the merged curves of a line as Rho+ control files, with the batch file that runs
 // them.
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -37,8 +36,7 @@ int write_line(const RhoplusOptions& options) {
 }
 
 int run_rhoplus(RhoplusOptions& options) {
-  options.directory =
-      std::filesystem::absolute(options.directory).string();  // opening moves to the survey's folder
+  options.directory = path_from_here(options.directory);
   Module_output::rhoplus_settings() = options.settings;
   return with_open_survey(options.survey, [&] { return write_line(options); });
 }

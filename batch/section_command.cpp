@@ -1,15 +1,12 @@
 // brenlox_batch section: an iteration's model as a picture.
-#include <QApplication>
-#include <algorithm>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 
 #include "batch/command.h"
+#include "batch/offscreen_application.h"
 #include "batch/run_option.h"
 #include "core/number_text.h"
-#include "core/user_interface.h"
 #include "occam/section_picture.h"
 
 namespace Batch {
@@ -46,13 +43,8 @@ int write_section(SectionOptions& options) {
 }
 
 int run_section(SectionOptions& options) {
-  options.output = std::filesystem::absolute(options.output).string();  // opening moves to the run's folder
-  qputenv("QT_QPA_PLATFORM", "offscreen");                              // no window is shown
-  int argument_count = 1;
-  std::string name = "brenlox_batch";
-  char* arguments[] = {name.data(), nullptr};
-  const QApplication application(argument_count, arguments);
-  QApplication::setApplicationName("Brenlox");
+  options.output = path_from_here(options.output);
+  const OffscreenApplication application;
   return write_section(options);
 }
 

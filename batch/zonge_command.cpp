@@ -45,8 +45,7 @@ int write_line(const ZongeOptions& options) {
 
 int run_zonge(ZongeOptions& options) {
   install_console(options.overwrite ? Answer::yes : Answer::no);
-  options.output =
-      std::filesystem::absolute(options.output).string();  // opening moves to the survey's folder
+  options.output = path_from_here(options.output);
   if (!may_write(options)) {
     return status_failed;
   }

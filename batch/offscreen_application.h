@@ -1,0 +1,28 @@
+// offscreen_application.h: what pages and pictures are drawn with: no window is shown, no display is needed.
+#pragma once
+#include <QApplication>
+#include <optional>
+#include <string>
+
+namespace Batch {
+
+class OffscreenApplication {
+ public:
+  OffscreenApplication() {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    application_.emplace(argument_count_, arguments_);
+    QApplication::setApplicationName("Brenlox");
+  }
+  OffscreenApplication(const OffscreenApplication&) = delete;
+  OffscreenApplication& operator=(const OffscreenApplication&) = delete;
+  ~OffscreenApplication() = default;
+
+ private:
+  // They live as long as the application, which refers to them.
+  std::string name_ = "brenlox_batch";
+  int argument_count_ = 1;
+  char* arguments_[2] = {name_.data(), nullptr};
+  std::optional<QApplication> application_;
+};
+
+}  // namespace Batch
