@@ -32,19 +32,6 @@ void set_up_header(ReadingRecord& record) {
 
 bool is_reading(const ZongeChannel& channel) { return channel.name == "ExHy" || channel.name == "EyHx"; }
 
-// A new station that the file of stations doesn't have gets its place from the survey grid.
-void find_station(ReadingRecord& record) {
-  const Module_database::StationRows rows =
-      Module_database::find_station(StationSearch::create, record.LineNumber, record.Station);
-  record.StationID = rows.StationID;
-  record.LocationID = rows.LocationID;
-  record.LocalX = rows.LocalX;
-  record.LocalY = rows.LocalY;
-  record.MapX = rows.MapX;
-  record.MapY = rows.MapY;
-  record.Elevation = rows.Elevation;
-}
-
 void fill_curve(const ZongeBlock& block, const ZongeChannel& channel, Module_database::Curve& curve) {
   curve.assign(block.harmonics.size());
   for (std::size_t index = 0; index < curve.count(); ++index) {
@@ -142,7 +129,8 @@ bool BlockStore::take_data(const ZongeBlock& block) {
 bool BlockStore::take_channel(const ZongeBlock& block, const ZongeChannel& channel) {
   record_.Station = channel.station;
   if (mode_ == ImportMode::import) {
-    find_station(record_);
+    // A new station that the file of stations doesn't have gets its place from the survey grid.
+    find_station_of_record(record_, MapPlace::of_survey_grid);
   }
   fill_curve(block, channel, record_.curve);
   if (!take_reading(mode_, channel.name, report_, notes_)) {

@@ -4,7 +4,6 @@
 // alone, and a search is one indexed look-up. No statement stays open between calls.
 #include <algorithm>
 
-#include "core/text_fields.h"
 #include "platform/dao/recordset_implementation.h"
 
 namespace dao {
@@ -54,7 +53,6 @@ class Dynaset final : public Recordset::Implementation {
   void update() override;
   void delete_row() override;
 
-  const Field& field(std::string_view name) override;
   Value value(const Field& field) override;
   Bytes bytes(const Field& field) override;
   std::int64_t size(const Field& field) override;
@@ -92,7 +90,6 @@ class Dynaset final : public Recordset::Implementation {
   std::string table_name_;
   Fragment condition_;
   std::string order_;
-  std::vector<Field> fields_;
   std::string
       row_statement_;  // the fields but for the byte strings, which are read one by one when asked for
   std::vector<const Field*> row_fields_;
@@ -331,16 +328,6 @@ Dynaset::Change* Dynaset::change_of(const Field& field) {
   const auto found = std::find_if(changes_.begin(), changes_.end(),
                                   [&](const Change& change) { return change.field == &field; });
   return found == changes_.end() ? nullptr : &*found;
-}
-
-const Field& Dynaset::field(std::string_view name) {
-  (void)connection();
-  const auto found = std::find_if(fields_.begin(), fields_.end(),
-                                  [&](const Field& each) { return equal_ignoring_case(each.name, name); });
-  if (found == fields_.end()) {
-    throw Error("item not found in this collection: field '" + std::string(name) + "'");
-  }
-  return *found;
 }
 
 Value Dynaset::value(const Field& field) {

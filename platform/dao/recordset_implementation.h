@@ -1,13 +1,15 @@
 // recordset_implementation.h: what a dynaset and a snapshot have in common.
 #pragma once
+#include <algorithm>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/text_fields.h"
 #include "platform/dao/connection.h"
+#include "platform/dao/error.h"
 #include "platform/dao/recordset.h"
 #include "platform/dao/table_definition.h"
 
@@ -43,7 +45,16 @@ class Recordset::Implementation {
   virtual void update() = 0;
   virtual void delete_row() = 0;
 
-  virtual const Field& field(std::string_view name) = 0;
+  /// The column of this name, in any case. Throws Error if there is none, or once the database is closed.
+  const Field& field(std::string_view name) {
+    (void)connection();
+    const auto found = std::ranges::find_if(
+        fields_, [&](const Field& each) { return equal_ignoring_case(each.name, name); });
+    if (found == fields_.end()) {
+      throw Error("item not found in this collection: field '" + std::string(name) + "'");
+    }
+    return *found;
+  }
   virtual Value value(const Field& field) = 0;
   virtual Bytes bytes(const Field& field) = 0;
   virtual std::int64_t size(const Field& field) = 0;
@@ -57,6 +68,7 @@ class Recordset::Implementation {
 
   std::shared_ptr<Connection> connection_;
   std::shared_ptr<const TableDefinition> table_;
+  std::vector<Field> fields_;
   bool no_match_ = false;
 };
 

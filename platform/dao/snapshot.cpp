@@ -1,7 +1,4 @@
 // A snapshot: the rows of a statement with DISTINCT or computed columns, read once.
-#include <algorithm>
-
-#include "core/text_fields.h"
 #include "platform/dao/recordset_implementation.h"
 
 namespace dao {
@@ -41,15 +38,6 @@ class Snapshot final : public Recordset::Implementation {
   void update() override { refuse(); }
   void delete_row() override { refuse(); }
 
-  const Field& field(std::string_view name) override {
-    (void)connection();
-    const auto found = std::find_if(fields_.begin(), fields_.end(),
-                                    [&](const Field& each) { return equal_ignoring_case(each.name, name); });
-    if (found == fields_.end()) {
-      throw Error("item not found in this collection: field '" + std::string(name) + "'");
-    }
-    return *found;
-  }
   Value value(const Field& field) override {
     if (eof()) {
       throw Error("no current record");
@@ -89,7 +77,6 @@ class Snapshot final : public Recordset::Implementation {
   }
 
   Fragment statement_;
-  std::vector<Field> fields_;
   std::vector<std::vector<Value>> rows_;
   std::size_t current_ = 0;
 };
