@@ -4,8 +4,6 @@
 #include <memory>
 #include <string>
 
-#include "projections/coord_system.h"
-
 namespace Ui {
 class Form_define_projection;
 }

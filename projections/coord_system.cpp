@@ -1,8 +1,5 @@
 #include "projections/coord_system.h"
 
-#include <array>
-#include <utility>
-
 #include "core/debug_log.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"

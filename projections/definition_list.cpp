@@ -1,7 +1,6 @@
 #include "projections/definition_list.h"
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
 
 #include "core/debug_log.h"
@@ -19,25 +18,6 @@ using vexutil32::CoordinateSystemValues;
 
 constexpr std::string_view application = "Marrowgate";
 constexpr std::string_view section = "Projection";
-
-struct StoredField {
-  std::string_view name;
-  ValueField field;
-};
-
-using Values = CoordinateSystemValues;
-const std::array<StoredField, 12> stored_fields{{{"datum", &Values::datum},
-                                                 {"projection", &Values::projection},
-                                                 {"hemisphere", &Values::hemisphere},
-                                                 {"Origin_Longitude", &Values::origin_longitude},
-                                                 {"Origin_Latitude", &Values::origin_latitude},
-                                                 {"Standard_parallel_1", &Values::standard_parallel_1},
-                                                 {"Standard_parallel_2", &Values::standard_parallel_2},
-                                                 {"false_easting", &Values::false_easting},
-                                                 {"false_northing", &Values::false_northing},
-                                                 {"scale_factor", &Values::scale_factor},
-                                                 {"zone_width", &Values::zone_width},
-                                                 {"zone_number", &Values::zone_number}}};
 
 std::string key_of(std::string_view name) { return std::string(trimmed(name)); }
 
@@ -155,7 +135,7 @@ int find_definition(const CoordinateSystemValues& values) {
 
 std::string definition_text(const CoordinateSystemValues& values) {
   std::string text;
-  for (const StoredField& stored : stored_fields) {
+  for (const NamedField& stored : named_fields) {
     text += (text.empty() ? "" : ";") + field_text(values, stored.field);
   }
   return text;
@@ -163,12 +143,12 @@ std::string definition_text(const CoordinateSystemValues& values) {
 
 std::optional<CoordinateSystemValues> definition_from_text(std::string_view text, std::string& fault) {
   CoordinateSystemValues values;
-  for (const StoredField& stored : stored_fields) {
-    const bool is_last = &stored == &stored_fields.back();
+  for (const NamedField& stored : named_fields) {
+    const bool is_last = &stored == &named_fields.back();
     const std::size_t end = text.find(';');
     const bool is_whole = is_last ? !text.empty() : end != std::string_view::npos;
     if (!is_whole || !read_field(text.substr(0, end), stored.field, values)) {
-      fault = stored.name;
+      fault = stored.stored_name;
       return std::nullopt;
     }
     text.remove_prefix(is_last ? text.size() : end + 1);

@@ -25,8 +25,6 @@ namespace Module_projections {
 
 namespace {
 
-using Values = vexutil32::CoordinateSystemValues;
-
 constexpr std::string_view header =
     "Name,Datum,projection,hemisphere,Origin_Longitude,Origin_Latitude,Standard_parallel_1,Standard_parallel_"
     "2,"
@@ -35,24 +33,6 @@ constexpr std::string_view name_column = "Name";
 constexpr std::string_view description_column = "Description";
 constexpr std::string_view no_definition = "None";
 constexpr std::uintmax_t largest_file = 16U << 20U;  // bytes; a hundred thousand definitions
-
-struct ValueColumn {
-  std::string_view title;
-  ValueField field;
-};
-
-const std::array<ValueColumn, 12> value_columns{{{"Datum", &Values::datum},
-                                                 {"projection", &Values::projection},
-                                                 {"hemisphere", &Values::hemisphere},
-                                                 {"Origin_Longitude", &Values::origin_longitude},
-                                                 {"Origin_Latitude", &Values::origin_latitude},
-                                                 {"Standard_parallel_1", &Values::standard_parallel_1},
-                                                 {"Standard_parallel_2", &Values::standard_parallel_2},
-                                                 {"False_easting", &Values::false_easting},
-                                                 {"False_northing", &Values::false_northing},
-                                                 {"Scale_factor", &Values::scale_factor},
-                                                 {"Zone_width", &Values::zone_width},
-                                                 {"Zone_number", &Values::zone_number}}};
 
 // The next line without its end, which is CR, LF or CR LF. False at the end of the text.
 bool take_line(std::string_view& text, std::string_view& line) {
@@ -114,8 +94,8 @@ class Columns {
   explicit Columns(std::string_view header_line) : titles_(csv_fields(header_line)) {
     name_ = required(name_column);
     description_ = place_of(description_column);
-    std::transform(value_columns.begin(), value_columns.end(), values_.begin(),
-                   [this](const ValueColumn& column) { return required(column.title); });
+    std::transform(named_fields.begin(), named_fields.end(), values_.begin(),
+                   [this](const NamedField& column) { return required(column.column_title); });
     last_ = std::max(name_, *std::max_element(values_.begin(), values_.end()));
   }
 
@@ -126,11 +106,11 @@ class Columns {
                                std::to_string(last_ + 1) + " are needed");
     }
     CoordSystem definition;
-    for (std::size_t index = 0; index < value_columns.size(); ++index) {
+    for (std::size_t index = 0; index < named_fields.size(); ++index) {
       const std::string& text = fields[values_[index]];
-      if (!read_field(text, value_columns[index].field, definition)) {
-        const bool whole = std::holds_alternative<WholeNumber>(value_columns[index].field);
-        throw std::runtime_error("'" + text + "' in column " + std::string(value_columns[index].title) +
+      if (!read_field(text, named_fields[index].field, definition)) {
+        const bool whole = std::holds_alternative<WholeNumber>(named_fields[index].field);
+        throw std::runtime_error("'" + text + "' in column " + std::string(named_fields[index].column_title) +
                                  " is not a " + (whole ? "whole number" : "number"));
       }
     }
@@ -159,7 +139,7 @@ class Columns {
   std::vector<std::string> titles_;
   std::size_t name_ = 0;
   std::optional<std::size_t> description_;
-  std::array<std::size_t, value_columns.size()> values_{};
+  std::array<std::size_t, named_fields.size()> values_{};
   std::size_t last_ = 0;  // of the columns that every line needs
 };
 
@@ -180,8 +160,8 @@ std::string csv_field(std::string_view text) {
 
 std::string csv_line(const CoordSystem& definition) {
   std::string line = csv_field(name_part(definition.name));
-  for (const ValueColumn& column : value_columns) {
-    if (column.title == "False_easting") {
+  for (const NamedField& column : named_fields) {
+    if (column.column_title == "False_easting") {
       line += ',' + csv_field(description_part(definition.name));
     }
     line += ',' + field_text(definition, column.field);
