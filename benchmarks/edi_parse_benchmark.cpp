@@ -2,14 +2,13 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <ctime>
-#include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/beside_bare_loop.h"
 #include "core/line_reader.h"
 #include "import/edi_parser.h"
 #include "tests/support/temporary_folder.h"
@@ -54,12 +53,7 @@ std::string made_file(int sections) {
 // What any reader has to do at least: the bytes of the file, the lines that begin a block, the floats
 // between.
 double bare_loop(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  std::vector<char> chunk(1U << 16U);
-  std::string bytes;
-  while (stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size())) || stream.gcount() > 0) {
-    bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
-  }
+  const std::string bytes = bytes_of(path);
   std::vector<float> values;
   double sum = 0.0;
   const char* place = bytes.data();
@@ -107,26 +101,11 @@ double parse(const std::string& path) {
   return sum;
 }
 
-double cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-
 void parse_beside_bare_loop(benchmark::State& state) {
   const TemporaryFolder folder;
   const std::string text = made_file(static_cast<int>(state.range(0)));
   const std::string path = folder.write("made.edi", text);
-  double parsing = 0.0;
-  double bare = 0.0;
-  for (auto _ : state) {
-    const double start = cpu_seconds();
-    benchmark::DoNotOptimize(parse(path));
-    const double between = cpu_seconds();
-    benchmark::DoNotOptimize(bare_loop(path));
-    parsing += between - start;
-    bare += cpu_seconds() - between;
-  }
-  const double megabytes = static_cast<double>(text.size()) * static_cast<double>(state.iterations()) / 1e6;
-  state.counters["MB/s"] = megabytes / parsing;
-  state.counters["bare MB/s"] = megabytes / bare;
-  state.counters["ratio"] = parsing / bare;
+  read_beside_bare_loop(state, path, text.size(), parse, bare_loop);
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/line_survey.h"
-#include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "display/profile_plot.h"
 #include "display/raw_plot.h"
@@ -99,22 +98,10 @@ void load_profile(benchmark::State& state) {
   run(state, [] { require(Module_averaged_data::load_profile_data(Module_averaged_data::selected_key())); });
 }
 
-// All benchmarks of one survey before the next one is made.
-[[maybe_unused]] const bool registered = [] {
-  for (const int other_lines : {0, 20}) {
-    const auto add = [&](const char* name, void (*measure)(benchmark::State&)) {
-      benchmark::RegisterBenchmark(name, measure)
-          ->Arg(other_lines)
-          ->UseManualTime()
-          ->Unit(benchmark::kMillisecond);
-    };
-    add("mask_click", mask_click);
-    add("make_plots", make_plots);
-    add("station_step", station_step);
-    add("load_profile", load_profile);
-  }
-  return true;
-}();
+[[maybe_unused]] const bool registered = line_survey::register_benchmarks({{"mask_click", mask_click},
+                                                                           {"make_plots", make_plots},
+                                                                           {"station_step", station_step},
+                                                                           {"load_profile", load_profile}});
 
 }  // namespace
 

@@ -1,14 +1,14 @@
 // Scanning of spectra, Em1dfm and fixed-column files into curves, beside a bare loop that reads the same
 // bytes and parses every number in them.
 #include <charconv>
-#include <ctime>
-#include <fstream>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/beside_bare_loop.h"
 #include "import/field_reader.h"
 #include "import/file_decode.h"
 #include "import/reading_record.h"
@@ -59,12 +59,7 @@ std::string fixed_column_file() {
 
 // What any reader has to do at least.
 double bare_loop(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  std::string bytes;
-  std::vector<char> chunk(1U << 16U);
-  while (stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size())) || stream.gcount() > 0) {
-    bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
-  }
+  const std::string bytes = bytes_of(path);
   std::vector<double> values;
   const char* place = bytes.data();
   const char* const file_end = place + bytes.size();
@@ -89,33 +84,20 @@ double bare_loop(const std::string& path) {
   return sum;
 }
 
-double cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-
 void scan_beside_bare_loop(benchmark::State& state, FileFormat format, const std::string& text) {
   const TemporaryFolder folder;
   const std::string path = folder.write("made.txt", text);
-  double scanning = 0.0;
-  double bare = 0.0;
-  for (auto _ : state) {
+  const auto scan = [&](const std::string& file) {
     reading_record() = ReadingRecord{};
     reading_record().SampleRate = 4096.0F;
     FileReport report;
     StoreNotes notes;
-    const double start = cpu_seconds();
-    const int result = reader_of(format)(ImportMode::scan, path, report, notes, {});
-    const double between = cpu_seconds();
-    benchmark::DoNotOptimize(bare_loop(path));
-    scanning += between - start;
-    bare += cpu_seconds() - between;
-    if (result != 0 || report.readings == 0) {
-      state.SkipWithError("the made file gave no reading");
-      return;
+    if (reader_of(format)(ImportMode::scan, file, report, notes, {}) != 0 || report.readings == 0) {
+      throw std::runtime_error("the made file gave no reading");
     }
-  }
-  const double megabytes = static_cast<double>(text.size()) * static_cast<double>(state.iterations()) / 1e6;
-  state.counters["MB/s"] = megabytes / scanning;
-  state.counters["bare MB/s"] = megabytes / bare;
-  state.counters["ratio"] = scanning / bare;
+    return report.readings;
+  };
+  read_beside_bare_loop(state, path, text.size(), scan, bare_loop);
 }
 
 }  // namespace

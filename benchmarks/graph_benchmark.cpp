@@ -1,8 +1,8 @@
 // graph_benchmark.cpp: drawings of a chart in a second, offscreen, at the sizes of the main view.
-#include <QApplication>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/offscreen.h"
 #include "tests/platform_graph/graph_samples.h"
 
 namespace {
@@ -36,10 +36,4 @@ BENCHMARK(profile)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}
+int main(int argc, char** argv) { return run_offscreen(argc, argv); }

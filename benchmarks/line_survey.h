@@ -2,10 +2,15 @@
 // reduced; 12 repeats at the station that is edited, 2 elsewhere.
 #pragma once
 #include <cmath>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <benchmark/benchmark.h>
+
+#include "core/session_state.h"
+#include "database/survey_database.h"
 #include "reduction/averages.h"
 #include "tests/reduction/made_readings.h"
 
@@ -68,6 +73,25 @@ inline int row_count() {
   const dao::Recordset rows =
       Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable");
   return rows.record_count();
+}
+
+struct Benchmark {
+  const char* name;
+  void (*measure)(benchmark::State&);
+};
+
+/// Registers the benchmarks for surveys without and with twenty other lines, all of one survey before the
+/// next one is made.
+inline bool register_benchmarks(std::initializer_list<Benchmark> benchmarks) {
+  for (const int other_lines : {0, 20}) {
+    for (const Benchmark& each : benchmarks) {
+      benchmark::RegisterBenchmark(each.name, each.measure)
+          ->Arg(other_lines)
+          ->UseManualTime()
+          ->Unit(benchmark::kMillisecond);
+    }
+  }
+  return true;
 }
 
 }  // namespace line_survey

@@ -3,7 +3,6 @@
 // and 12 repeats at the station that is edited; alone and beside 20 further lines. Offscreen, wall-clock
 // time. Counters: rows (readings in the survey); database_ms (the same work without a window); drawing_ms
 // (drawing and painting all graphs once more); draws (of all six graphs together, for each click or step).
-#include <QApplication>
 #include <QScrollBar>
 #include <QTest>
 #include <chrono>
@@ -17,6 +16,7 @@
 #include "app/Form_main.h"
 #include "app/survey_display.h"
 #include "benchmarks/line_survey.h"
+#include "benchmarks/offscreen.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "display/selection.h"
@@ -167,28 +167,11 @@ void station_step(benchmark::State& state) {
       2);
 }
 
-// All benchmarks of one survey before the next one is made.
-[[maybe_unused]] const bool registered = [] {
-  for (const int other_lines : {0, 20}) {
-    const auto add = [&](const char* name, void (*measure)(benchmark::State&)) {
-      benchmark::RegisterBenchmark(name, measure)
-          ->Arg(other_lines)
-          ->UseManualTime()
-          ->Unit(benchmark::kMillisecond);
-    };
-    add("mask_click", mask_click);
-    add("station_step", station_step);
-  }
-  return true;
-}();
+[[maybe_unused]] const bool registered =
+    line_survey::register_benchmarks({{"mask_click", mask_click}, {"station_step", station_step}});
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  open_window() = {};  // windows go before the application
-  return 0;
+  return run_offscreen(argc, argv, [] { open_window() = {}; });
 }

@@ -1,10 +1,10 @@
 // section_benchmark.cpp: sections in a second, from parameters to the finished picture, offscreen.
-#include <QApplication>
 #include <QImage>
 #include <cmath>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/offscreen.h"
 #include "occam/model_blocks.h"
 #include "occam/section_painter.h"
 
@@ -65,10 +65,4 @@ BENCHMARK(redraw)
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}
+int main(int argc, char** argv) { return run_offscreen(argc, argv); }

@@ -9,7 +9,6 @@
 #include <complex>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -19,11 +18,12 @@
 #include <sqlite3.h>
 #include <sys/resource.h>
 
-#include "core/number_text.h"
+#include "benchmarks/beside_bare_loop.h"
 #include "core/session_state.h"
 #include "database/survey_database.h"
 #include "import/import_run.h"
 #include "samples/edi_text.h"
+#include "tests/import/sample_choices.h"
 #include "tests/support/temporary_folder.h"
 
 namespace fs = std::filesystem;
@@ -38,8 +38,6 @@ void require(bool holds, const char* what) {
     throw std::runtime_error(what);
   }
 }
-
-double cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
 double peak_megabytes() {
   rusage usage{};
@@ -84,13 +82,8 @@ std::vector<std::string> write_field_files(const TemporaryFolder& folder, std::s
   return paths;
 }
 
-ImportChoices sample_choices() {
-  ImportChoices choices;
-  choices.ReferenceType = 0;
-  choices.ReductionType = 0;
-  choices.decode[decode_line_number] = {true, 2, 4, ""};
-  choices.decode[decode_event] = {true, 14, 1, ""};
-  choices.decode[decode_sample_rate] = {true, 17, 4, ""};
+ImportChoices choices() {
+  ImportChoices choices = sample_choices();
   choices.sectid_as_station = true;
   return choices;
 }
@@ -212,7 +205,7 @@ void import_end_to_end(benchmark::State& state) {
     make_survey(survey);
     const double start = cpu_seconds();
     ImportReport report;
-    require(run_import(sample_choices(), files, ImportMode::import, report) == 0 && !report.has_failures(),
+    require(run_import(choices(), files, ImportMode::import, report) == 0 && !report.has_failures(),
             "import");
     importing += cpu_seconds() - start;
     state.counters["peak_MB"] = peak_megabytes();
@@ -237,7 +230,7 @@ void open_survey_of_readings(benchmark::State& state) {
   const std::string survey = folder.path("survey.mdb");
   make_survey(survey);
   ImportReport report;
-  require(run_import(sample_choices(), files, ImportMode::import, report) == 0, "import");
+  require(run_import(choices(), files, ImportMode::import, report) == 0, "import");
   require(Module_database::close_database() == 0, "close");
   double copying = 0.0;
   double opening = 0.0;

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <ctime>
-#include <fstream>
 #include <string>
-#include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/beside_bare_loop.h"
 #include "import/zonge_raw_parser.h"
 #include "tests/import/made_zonge_raw.h"
 #include "tests/support/temporary_folder.h"
@@ -19,12 +17,7 @@ namespace {
 // What any reader has to do at least: the bytes of the file, its lines, the numbers in those that begin with
 // one.
 double bare_loop(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  std::vector<char> chunk(1U << 16U);
-  std::string bytes;
-  while (stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size())) || stream.gcount() > 0) {
-    bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
-  }
+  const std::string bytes = bytes_of(path);
   double sum = 0.0;
   const char* place = bytes.data();
   const char* const file_end = place + bytes.size();
@@ -60,26 +53,11 @@ double parse(const std::string& path) {
   return sum;
 }
 
-double cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-
 void parse_beside_bare_loop(benchmark::State& state) {
   const TemporaryFolder folder;
   const std::string text = made_zonge_raw(static_cast<int>(state.range(0)));
   const std::string path = folder.write("made.raw", text);
-  double parsing = 0.0;
-  double bare = 0.0;
-  for (auto _ : state) {
-    const double start = cpu_seconds();
-    benchmark::DoNotOptimize(parse(path));
-    const double between = cpu_seconds();
-    benchmark::DoNotOptimize(bare_loop(path));
-    parsing += between - start;
-    bare += cpu_seconds() - between;
-  }
-  const double megabytes = static_cast<double>(text.size()) * static_cast<double>(state.iterations()) / 1e6;
-  state.counters["MB/s"] = megabytes / parsing;
-  state.counters["bare MB/s"] = megabytes / bare;
-  state.counters["ratio"] = parsing / bare;
+  read_beside_bare_loop(state, path, text.size(), parse, bare_loop);
 }
 
 }  // namespace

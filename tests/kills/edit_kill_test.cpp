@@ -1,7 +1,6 @@
 // A process that masks, switches, clips and undoes is killed at many moments; whatever the moment, the survey
 // must open again, be sound, and stand as after the last edit that had ended or the one under way: the edited
 // rows together with the averages and merged curves that follow from them.
-#include <algorithm>
 #include <random>
 
 #include "core/undo_stack.h"

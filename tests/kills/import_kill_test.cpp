@@ -6,10 +6,10 @@
 #include <set>
 #include <utility>
 
-#include "core/number_text.h"
 #include "database/reading.h"
 #include "import/import_run.h"
 #include "samples/sample_survey.h"
+#include "tests/import/sample_choices.h"
 #include "tests/kills/killed_process.h"
 #include "tests/support/survey_fixture.h"
 
@@ -21,12 +21,7 @@ constexpr int readings_per_file = 4;  // one for each tensor element
 constexpr std::size_t file_count = 60;
 
 ImportChoices choices() {
-  ImportChoices choices;
-  choices.ReferenceType = 0;
-  choices.ReductionType = 0;
-  choices.decode[decode_line_number] = {true, 2, 4, ""};
-  choices.decode[decode_event] = {true, 14, 1, ""};
-  choices.decode[decode_sample_rate] = {true, 17, 4, ""};
+  ImportChoices choices = sample_choices();
   choices.start_station = "100";
   return choices;
 }

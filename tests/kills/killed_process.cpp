@@ -1,6 +1,5 @@
 #include "tests/kills/killed_process.h"
 
-#include <cstdio>
 #include <map>
 #include <new>
 

@@ -7,6 +7,7 @@
 #include "import/import_run.h"
 #include "platform/files/safe_files.h"
 #include "samples/sample_survey.h"
+#include "tests/import/sample_choices.h"
 #include "tests/kills/killed_process.h"
 #include "tests/support/child_process.h"
 #include "tests/support/survey_fixture.h"
@@ -148,12 +149,7 @@ TEST_F(LostGround, An_import_that_fills_the_disk_keeps_whole_files) {
   for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
     files.push_back(folder.write("field/" + file.name, file.text));
   }
-  ImportChoices choices;
-  choices.ReferenceType = 0;
-  choices.ReductionType = 0;
-  choices.decode[decode_line_number] = {true, 2, 4, ""};
-  choices.decode[decode_event] = {true, 14, 1, ""};
-  choices.decode[decode_sample_rate] = {true, 17, 4, ""};
+  ImportChoices choices = sample_choices();
   choices.sectid_as_station = true;
   const bool possible = run_in_own_mounts([&] {
     const fs::path disk = small_disk();

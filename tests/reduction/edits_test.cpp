@@ -1,6 +1,5 @@
 // Edits of masks, flags and factors: what each changes, and that undo and redo lead back and forth.
 #include <functional>
-#include <random>
 
 #include "core/undo_stack.h"
 #include "reduction/masks.h"

@@ -1,6 +1,5 @@
 // made_line.h: a line of stations with repeats at two scan rates, in an open survey and selected.
 #pragma once
-#include <cmath>
 #include <string>
 
 #include <gtest/gtest.h>
