@@ -18,8 +18,7 @@
 #include "database/survey_database.h"
 #include "platform/widgets/vex_splitter.h"
 #include "tests/reduction/made_readings.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/window_fixture.h"
 
 namespace {
 
@@ -29,7 +28,7 @@ constexpr const char* items_that_need_survey[] = {"menu_database_file_2", "menu_
 
 }  // namespace
 
-class FormMainTest : public QObject {
+class FormMainTest : public QObject, private WindowFixture {
   Q_OBJECT
 
  private:
@@ -80,25 +79,16 @@ class FormMainTest : public QObject {
     QCOMPARE(control("Picture_open")->isVisible(), !open);
   }
 
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_main> window_;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
 
  private Q_SLOTS:
   void init() {
-    reset_session_state();
-    Module_database::reset_module();
-    folder_ = std::make_unique<TemporaryFolder>();
+    make_folder();
     std::filesystem::current_path(folder_->folder());  // the preferences are kept here
-    interface_ = std::make_unique<RecordingInterface>();
   }
   void cleanup() {
     window_.reset();
-    Module_database::reset_module();
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
+    remove_folder();
   }
 
   void starts_without_a_survey() {

@@ -15,20 +15,14 @@
 #include "database/survey_database.h"
 #include "platform/graph/VexGraphControl.h"
 #include "tests/reduction/made_line.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/window_fixture.h"
 
-class MainViewFixture {
+class MainViewFixture : protected WindowFixture {
  protected:
   void open_made_survey() {
-    reset_session_state();
-    Module_database::reset_module();
-    folder_ = std::make_unique<TemporaryFolder>();
+    make_folder();
     std::filesystem::current_path(folder_->folder());
-    interface_ = std::make_unique<RecordingInterface>();
-    session().database_file = folder_->path("survey.mdb");
-    QCOMPARE(Module_database::create_database(), 0);
-    QCOMPARE(Module_database::open_database(), 0);
+    make_survey();
     made::store_line(3);
     for (int file = 1; file <= 7; ++file) {  // the made readings say that they came from file 7
       dao::Recordset& files = Module_database::open_survey().files;
@@ -37,6 +31,10 @@ class MainViewFixture {
       files.set_long("ReferenceType", 0);
       files.update();
     }
+    show_survey();
+  }
+  /// Closes the survey and opens it in the main window.
+  void show_survey() {
     QCOMPARE(Module_database::close_database(), 0);
     window_ = std::make_unique<Form_main>();
     window_->resize(1280, 800);
@@ -48,11 +46,7 @@ class MainViewFixture {
   }
   void close_survey() {
     window_.reset();
-    Module_Brenlox::clear_undo();
-    Module_database::reset_module();
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
+    remove_folder();
   }
 
   template <class Widget>
@@ -101,8 +95,5 @@ class MainViewFixture {
     return Module_database::read_reading(row).curve.masked_in(1, point);
   }
 
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_main> window_;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
 };

@@ -22,27 +22,21 @@
 #include "reduction/station_data_set.h"
 #include "rhoplus/Form_rhoplus.h"
 #include "rhoplus/Form_rhoplus_inversion.h"
-#include "tests/reduction/made_line.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/app/main_view_fixture.h"
 
 using Module_output::rhoplus_settings;
 
-class RhoplusWindowsTest : public QObject {
+class RhoplusWindowsTest : public QObject, private MainViewFixture {
   Q_OBJECT
 
  private:
-  template <class Widget>
-  Widget* control(const QString& name) const {
-    return window_->findChild<Widget*>(name);
-  }
   /// A control of the results window.
   template <class Widget>
   Widget* result(const QString& name) const {
     return results()->findChild<Widget*>(name);
   }
   Form_rhoplus_inversion* results() const { return window_->findChild<Form_rhoplus_inversion*>(); }
-  void invert() const { QTest::mouseClick(control<QPushButton>("Command_invert"), Qt::LeftButton); }
+  void invert() const { press("Command_invert"); }
   QString chi() const { return result<QLineEdit>("Text_rhoplus_achieved_chi")->text(); }
   void click_cell(int row, int column) const {
     auto* const grid = result<QTableWidget>("Grid_inversion_data");
@@ -50,24 +44,15 @@ class RhoplusWindowsTest : public QObject {
                       grid->visualItemRect(grid->item(row, column)).center());
   }
 
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<SettingsStore> earlier_store_;
-  std::unique_ptr<Form_main> window_;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
 
  private Q_SLOTS:
   void init() {
-    reset_session_state();
-    Module_database::reset_module();
-    folder_ = std::make_unique<TemporaryFolder>();
+    make_folder();
     std::filesystem::current_path(folder_->folder());
-    interface_ = std::make_unique<RecordingInterface>();
     (*interface_)->events = [] { QCoreApplication::processEvents(); };
     earlier_store_ = install_settings_store(std::make_unique<MemorySettingsStore>());
-    session().database_file = folder_->path("survey.mdb");
-    QCOMPARE(Module_database::create_database(), 0);
-    QCOMPARE(Module_database::open_database(), 0);
+    make_survey();
     made::store_line(3);
     dao::Recordset& files = Module_database::open_survey().files;
     files.add_new();
@@ -75,22 +60,11 @@ class RhoplusWindowsTest : public QObject {
     files.set_long("ReferenceType", 0);
     files.set_single("DipoleLength", 50.0F);
     files.update();
-    QCOMPARE(Module_database::close_database(), 0);
-    window_ = std::make_unique<Form_main>();
-    window_->resize(1280, 800);
-    window_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
-    window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
-    QCoreApplication::processEvents();
-    QCOMPARE(session().current_station_index, 1);
+    show_survey();
   }
   void cleanup() {
-    window_.reset();
-    Module_database::reset_module();
+    close_survey();
     install_settings_store(std::move(earlier_store_));
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
   }
 
   void results_follow_the_main_window() {

@@ -1,7 +1,6 @@
 #include "app/survey_file_commands.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 

@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <span>
 
@@ -35,8 +34,7 @@
 #include "reduction/station_data_set.h"
 #include "tests/import/made_edi.h"
 #include "tests/reduction/made_line.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/window_fixture.h"
 
 namespace {
 
@@ -88,7 +86,7 @@ averaged::StoredReading stored(std::int32_t ID) { return Module_database::read_r
 
 }  // namespace
 
-class SurveyWorkTest : public QObject {
+class SurveyWorkTest : public QObject, private WindowFixture {
   Q_OBJECT
 
  private:
@@ -203,21 +201,50 @@ class SurveyWorkTest : public QObject {
     QVERIFY(control("Label_no_readings")->isVisible());
   }
 
+  static QColor bad_repeat_colour() {
+    const graph::Colour colour = Module_display_data::repeat_colour(bad_repeat);
+    return {colour.red, colour.green, colour.blue};
+  }
+  void mask_a_point_that_is_far_off() const {
+    const std::int32_t repeat_ID = averaged::repeat_data_set().slots.at(bad_repeat).reading.ID;
+    const std::int32_t average_ID = averaged::repeat_data_set().slots.at(0).reading.ID;
+    const std::int32_t merged_ID = averaged::station_data_set().slots.at(0).reading.ID;
+    const float average_before = resistivity(stored(average_ID), 4.0F);
+    const float merged_before = resistivity(stored(merged_ID), 4.0F);
+    QCOMPARE(point_colour(bad_repeat, bad_point), bad_repeat_colour());
+    click_point(bad_repeat, bad_point);
+    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_resistivity, bad_point), 0);
+    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_phase, bad_point), 1);
+    QVERIFY(resistivity(stored(average_ID), 4.0F) < average_before / 2.0F);
+    QVERIFY(resistivity(stored(merged_ID), 4.0F) < merged_before / 2.0F);
+    const QColor masked = point_colour(bad_repeat, bad_point);
+    QVERIFY2(masked.hsvSaturation() < 30 && masked.value() < 200, qPrintable(masked.name()));  // a grey cross
+    QCOMPARE(text("Text_frequency"), QString("4.0000"));
+    QCOMPARE(text("Text_file"), QString("L200E_S200_E3_R0256.edi"));
+  }
+  /// To the last byte.
+  void undo_and_redo_all(const std::string& first, const std::string& edited) const {
+    for (int left = 100; left > 0 && item("menu_undo")->isEnabled(); --left) {
+      QTest::keyClick(window_.get(), Qt::Key_Z, Qt::ControlModifier);
+    }
+    QVERIFY(!item("menu_undo")->isEnabled());
+    QVERIFY(made::whole_readings_table() == first);
+    QCOMPARE(point_colour(bad_repeat, bad_point), bad_repeat_colour());
+    while (item("menu_redo")->isEnabled()) {
+      QTest::keyClick(window_.get(), Qt::Key_Y, Qt::ControlModifier);
+    }
+    QVERIFY(made::whole_readings_table() == edited);
+  }
+
   const QString imported = "200E, 1, 0256, 100, Data import complete";
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_main> window_;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
 
  private Q_SLOTS:
   void init() {
-    reset_session_state();
-    Module_database::reset_module();
+    make_folder();
     Module_data_file::reading_record() = Module_data_file::ReadingRecord{};
     install_settings_store(std::make_unique<MemorySettingsStore>());
-    folder_ = std::make_unique<TemporaryFolder>();
     std::filesystem::current_path(folder_->folder());
-    interface_ = std::make_unique<RecordingInterface>();
     window_ = std::make_unique<Form_main>();
     window_->resize(1280, 800);
     window_->show();
@@ -226,11 +253,7 @@ class SurveyWorkTest : public QObject {
   }
   void cleanup() {
     window_.reset();
-    Module_Brenlox::clear_undo();
-    Module_database::reset_module();
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
+    remove_folder();
   }
 
   void from_field_files_to_an_edited_copy() {
@@ -249,23 +272,7 @@ class SurveyWorkTest : public QObject {
     QCOMPARE(control<QLabel>("Label_raw")->text(), QString("Average/raw for 200"));
     QCOMPARE(control<QTableWidget>("Grid_repeats")->rowCount(), repeats);
 
-    // A point that is far off is masked by a click.
-    const std::int32_t repeat_ID = averaged::repeat_data_set().slots.at(bad_repeat).reading.ID;
-    const std::int32_t average_ID = averaged::repeat_data_set().slots.at(0).reading.ID;
-    const std::int32_t merged_ID = averaged::station_data_set().slots.at(0).reading.ID;
-    const float average_before = resistivity(stored(average_ID), 4.0F);
-    const float merged_before = resistivity(stored(merged_ID), 4.0F);
-    const graph::Colour colour = Module_display_data::repeat_colour(bad_repeat);
-    QCOMPARE(point_colour(bad_repeat, bad_point), QColor(colour.red, colour.green, colour.blue));
-    click_point(bad_repeat, bad_point);
-    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_resistivity, bad_point), 0);
-    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_phase, bad_point), 1);
-    QVERIFY(resistivity(stored(average_ID), 4.0F) < average_before / 2.0F);
-    QVERIFY(resistivity(stored(merged_ID), 4.0F) < merged_before / 2.0F);
-    const QColor masked = point_colour(bad_repeat, bad_point);
-    QVERIFY2(masked.hsvSaturation() < 30 && masked.value() < 200, qPrintable(masked.name()));  // a grey cross
-    QCOMPARE(text("Text_frequency"), QString("4.0000"));
-    QCOMPARE(text("Text_file"), QString("L200E_S200_E3_R0256.edi"));
+    mask_a_point_that_is_far_off();
 
     // Outliers are clipped, and a repeat is switched off in the grid.
     const auto masked_points = [] {
@@ -283,19 +290,9 @@ class SurveyWorkTest : public QObject {
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(0, 1)).center());
     QVERIFY(!stored(averaged::repeat_data_set().slots.at(1).reading.ID).UseReading);
 
-    // All of it is undone in turn, to the last byte, and done again.
     const std::string edited = made::whole_readings_table();
     QVERIFY(edited != first);
-    for (int left = 100; left > 0 && item("menu_undo")->isEnabled(); --left) {
-      QTest::keyClick(window_.get(), Qt::Key_Z, Qt::ControlModifier);
-    }
-    QVERIFY(!item("menu_undo")->isEnabled());
-    QVERIFY(made::whole_readings_table() == first);
-    QCOMPARE(point_colour(bad_repeat, bad_point), QColor(colour.red, colour.green, colour.blue));
-    while (item("menu_redo")->isEnabled()) {
-      QTest::keyClick(window_.get(), Qt::Key_Y, Qt::ControlModifier);
-    }
-    QVERIFY(made::whole_readings_table() == edited);
+    undo_and_redo_all(first, edited);
 
     // The copy takes the edits along, and what is edited in it stays away from the survey left behind.
     (*interface_)->path_answers.push_back(folder_->path("copy.mdb"));

@@ -14,13 +14,12 @@
 #include "core/session_state.h"
 #include "database/survey_database.h"
 #include "tests/reduction/made_readings.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/window_fixture.h"
 
 using Module_database::open_survey;
 using Module_database::viewed_tables;
 
-class FormViewTableTest : public QObject {
+class FormViewTableTest : public QObject, private WindowFixture {
   Q_OBJECT
 
  private:
@@ -42,28 +41,17 @@ class FormViewTableTest : public QObject {
   QString label(const char* name) const { return window_->findChild<QLabel*>(name)->text(); }
   void click(const char* name) { QTest::mouseClick(window_->findChild<QWidget*>(name), Qt::LeftButton); }
 
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_view_table> window_;
   QTableView* grid_ = nullptr;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
 
  private slots:
   void init() {
-    reset_session_state();
-    Module_database::reset_module();
-    folder_ = std::make_unique<TemporaryFolder>();
-    interface_ = std::make_unique<RecordingInterface>();
-    session().database_file = folder_->path("survey.mdb");
-    QCOMPARE(Module_database::create_database(), 0);
-    QCOMPARE(Module_database::open_database(), 0);
+    make_folder();
+    make_survey();
   }
   void cleanup() {
     window_.reset();
-    Module_database::reset_module();
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
+    remove_folder();
   }
 
   void shows_readings_beside_the_open_survey() {

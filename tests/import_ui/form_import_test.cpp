@@ -15,7 +15,6 @@
 #include <QTreeWidget>
 #include <memory>
 
-#include "core/session_state.h"
 #include "database/survey_database.h"
 #include "import/Form_import_MTData.h"
 #include "import/Form_import_report.h"
@@ -24,13 +23,12 @@
 #include "platform/settings_store/settings_store.h"
 #include "tests/import/made_edi.h"
 #include "tests/import/made_zonge_raw.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/window_fixture.h"
 
 using Module_data_file::ImportReport;
 using Messages = std::vector<std::string>;
 
-class FormImportTest : public QObject {
+class FormImportTest : public QObject, private WindowFixture {
   Q_OBJECT
 
  private:
@@ -126,31 +124,20 @@ class FormImportTest : public QObject {
     return Module_database::open_survey().database.open_recordset("SELECT * FROM " + table).record_count();
   }
 
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_import_MTData> window_;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
 
  private slots:
   void init() {
-    reset_session_state();
-    Module_database::reset_module();
+    make_folder();
     Module_data_file::reading_record() = Module_data_file::ReadingRecord{};
     install_settings_store(std::make_unique<MemorySettingsStore>());
-    folder_ = std::make_unique<TemporaryFolder>();
-    interface_ = std::make_unique<RecordingInterface>();
     std::filesystem::create_directory(folder_->folder() / "field");
     Module_data_file::keep_import_folder(folder_->path("field"));
-    session().database_file = folder_->path("survey.mdb");
-    QCOMPARE(Module_database::create_database(), 0);
-    QCOMPARE(Module_database::open_database(), 0);
+    make_survey();
   }
   void cleanup() {
     window_.reset();
-    Module_database::reset_module();
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
+    remove_folder();
   }
 
   void three_stations_come_in_with_columns_from_their_names() {

@@ -12,19 +12,17 @@
 #include <memory>
 
 #include "core/session_state.h"
-#include "database/survey_database.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/widgets/vex_projection.h"
 #include "projections/definition_list.h"
 #include "projections/survey_projection.h"
 #include "tests/projections/definitions.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/window_fixture.h"
 
 using namespace Module_projections;
 using Messages = std::vector<std::string>;
 
-class FormDefineProjectionTest : public QObject {
+class FormDefineProjectionTest : public QObject, private WindowFixture {
   Q_OBJECT
 
  private:
@@ -71,31 +69,20 @@ class FormDefineProjectionTest : public QObject {
     }
   }
 
-  std::unique_ptr<TemporaryFolder> folder_;
-  std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_define_projection> window_;
-  std::filesystem::path started_in_ = std::filesystem::current_path();
 
  private Q_SLOTS:
   void init() {
-    reset_session_state();
-    Module_database::reset_module();
+    make_folder();
     install_settings_store(std::make_unique<MemorySettingsStore>());
     coord_systems().clear();
     current_coord_system() = {};
-    folder_ = std::make_unique<TemporaryFolder>();
-    interface_ = std::make_unique<RecordingInterface>();
     session().environment.application_data_directory = folder_->folder().string();
-    session().database_file = folder_->path("survey.mdb");
-    QCOMPARE(Module_database::create_database(), 0);
-    QCOMPARE(Module_database::open_database(), 0);
+    make_survey();
   }
   void cleanup() {
     window_.reset();
-    Module_database::reset_module();
-    interface_.reset();
-    std::filesystem::current_path(started_in_);
-    folder_.reset();
+    remove_folder();
   }
 
   void each_projection_shows_the_values_it_needs() {
