@@ -1,12 +1,12 @@
 // column_factors.h: orthogonal factors of a set of columns that gains and loses members.
 #pragma once
-#include <vector>
 
 #include <Eigen/Core>
 
 namespace vexmtutils {
 
-/// Q R of the columns added so far and not removed, in the order of their adding.
+/// Q R of the columns added so far and not removed, in the order of their adding. Each change updates it:
+/// Daniel, Gragg, Kaufman & Stewart (1976), Math. Comput. 30, 772-795.
 class ColumnFactors {
  public:
   /// @param rows length of a column  @param most as many columns as there will ever be at a time
@@ -14,7 +14,7 @@ class ColumnFactors {
 
   /// False, and nothing changed, when the column depends on those present.
   [[nodiscard]] bool add(const Eigen::Ref<const Eigen::VectorXd>& column);
-  void remove(Eigen::Index position);
+  void remove(Eigen::Index position);  // in the order of adding, from 0
 
   [[nodiscard]] Eigen::Index size() const { return size_; }
   /// Q^T v, length size().

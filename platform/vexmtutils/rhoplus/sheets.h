@@ -29,10 +29,10 @@ struct SheetModel {
 /// Rows the model takes in a table: the sheets, and one for a perfect conductor.
 std::size_t row_count(const FitProblem& problem, const SwitchModel& model);
 
-/// Poles and zeros give the residues of c, all positive because they interlace; the residues give the sheets,
-/// from the largest pole down, by a progressive quotient-difference scheme (Laurie 1999, J. Comput. Appl.
-/// Math. 112, 165-180). Only positive numbers are added, multiplied and divided, so neither cancellation nor
-/// the hundreds of decades between the residues cost a digit.
+/// Poles and zeros give the residues of c, all positive because they interlace (Weidelt 1972, Z. Geophys. 38,
+/// 257-289); the residues give the sheets, from the largest pole down, by a progressive quotient-difference
+/// scheme (Laurie 1999, J. Comput. Appl. Math. 112, 165-180). Only positive numbers are added, multiplied and
+/// divided, so neither cancellation nor the hundreds of decades between the residues cost a digit.
 SheetModel sheets_of(const FitProblem& problem, const SwitchModel& model);
 
 /// ln c of the pile from the ground up. @param omega rad/s

@@ -293,7 +293,8 @@ class Polish {
     return next && take_below(misfit2(), moved(problem_, fewer, next->change));
   }
 
-  /// Nielsen's rule: the better the quadratic model foretold the decrease, the less damping.
+  /// The better the quadratic model foretold the decrease, the less damping: Nielsen (1999), report
+  /// IMM-REP-1999-05, Technical University of Denmark.
   void adapt_damping(double gain) {
     const double miss = 2.0 * std::clamp(gain, 0.0, 1.0) - 1.0;
     damping_ = std::max(least_damping, damping_ * std::max(0.1, 1.0 - miss * miss * miss));
