@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include <qcustomplot.h>
 
@@ -116,14 +115,15 @@ AxisTicks stepped(const AxisRange& range, const Step& step, bool plain) {
   const double first = std::ceil(range.lower / step.size - tolerance);
   const double last = std::floor(range.upper / step.size + tolerance);
   const double minor_size = step.size / step.minor_count;
-  for (double i = first; i <= last; ++i) {
-    ticks.major.append(i * step.size);
-    ticks.labels.append(plain ? decimal_label(i * step.size, step.decimals)
-                              : QString::number(i * step.size, 'g', 4));
+  const int steps = static_cast<int>(last - first);
+  for (int i = 0; i <= steps; ++i) {
+    const double value = (first + i) * step.size;
+    ticks.major.append(value);
+    ticks.labels.append(plain ? decimal_label(value, step.decimals) : QString::number(value, 'g', 4));
   }
-  for (double i = first - 1.0; i <= last; ++i) {
+  for (int i = -1; i <= steps; ++i) {
     for (int m = 1; m < step.minor_count; ++m) {
-      ticks.minor.append(i * step.size + m * minor_size);
+      ticks.minor.append((first + i) * step.size + m * minor_size);
     }
   }
   return ticks;
@@ -223,7 +223,7 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
     double wanted = densest;
     for (int attempt = 0; attempt < most_attempts; ++attempt) {
       const Step step = step_at_least(wanted);
-      const AxisTicks ticks = stepped(range, step, plain);
+      AxisTicks ticks = stepped(range, step, plain);
       if (labels_fit(ticks, position, room)) {
         return ticks;
       }
