@@ -26,8 +26,7 @@ std::string strip_extension(std::string_view path);
 /// Asks for the file to write to, starting from the folder and the name of `name`, in which every ":" becomes
 /// "_" (a folder's drive letter keeps its own).
 /// @param name  in: suggested path; out: the chosen path, empty when cancelled or when the person doesn't
-/// want
-///              to overwrite an existing file
+///              want to overwrite an existing file
 /// @return 0 once the dialog has returned, -1 if it could not be shown
 [[nodiscard]] int select_output_file(std::string& name, const std::string& title, const std::string& filter);
 

@@ -104,6 +104,7 @@ struct SessionState {
   Environment environment;
 };
 
+/// The one record of this process.
 SessionState& session();
 
 /// Puts every member back to its value at start; for tests and the start of the process.

@@ -11,8 +11,7 @@
 /// Runs `operation`. A failure inside it is shown once, as the fixed text followed by the engine's own
 /// description.
 /// @return 0, or what the operation returns when it reports a status itself (-1 when a callee has told the
-/// user already);
-///         -1 after a failure
+///         user already); -1 after a failure
 template <class Operation>
 [[nodiscard]] int trap_errors(std::string_view fixed_text, Operation&& operation) {
   try {

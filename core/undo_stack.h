@@ -30,7 +30,7 @@ struct UndoEntry {
   std::variant<UndoFlags, UndoMask, UndoStatic> earlier;
 };
 
-// A new edit: what has been undone before can't be done again any more.
+// What a row held before a new edit. What has been undone before can't be done again any more.
 void push_undo_flags(std::int32_t id, bool use_reading, bool use_resistivity, bool use_phase);
 void push_undo_mask(std::int32_t id, std::int32_t frequency_count, std::span<const std::byte> mask_bytes);
 void push_undo_static(std::int32_t id, float res_offset);
@@ -53,6 +53,8 @@ std::size_t redo_count();
 
 /// The edit that was undone last; there must be one.
 const UndoEntry& top_redo();
+
+/// Drops the edit that was undone last, if there is one.
 void pop_redo();
 
 /// The newest edit has been undone: drops it, and keeps what the row held until then to do it again.

@@ -16,6 +16,7 @@ struct FileDialogRequest {
   std::string suggested_name;     // file name offered for saving; may be empty
 };
 
+/// What logic tells and asks a person, whatever stands between them.
 class UserInterface {
  public:
   UserInterface() = default;
@@ -23,6 +24,7 @@ class UserInterface {
   UserInterface& operator=(const UserInterface&) = delete;
   virtual ~UserInterface() = default;
 
+  /// Shows a message until the person has taken note of it.
   virtual void show_message(const std::string& text) = 0;
 
   /// @return true for Yes

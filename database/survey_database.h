@@ -40,6 +40,7 @@ OpenSurvey& open_survey();
 /// @return 0, or -1 after a message
 [[nodiscard]] int close_database();
 
+/// Opens and closes the recordsets of the open file. Opening throws dao::Error.
 void open_recordsets();
 void close_recordsets();
 

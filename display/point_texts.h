@@ -13,6 +13,7 @@ namespace Module_display_data {
 
 using Module_averaged_data::Component;
 
+/// The text of a point of the raw, the station and the profile graph.
 std::string raw_point_text(std::size_t series, std::size_t point, Component component);
 std::string station_point_text(std::size_t series, std::size_t point, Component component);
 std::string profile_point_text(std::size_t series, std::size_t point, Component component);

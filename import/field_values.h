@@ -42,10 +42,12 @@ const char* take_odd_value(const char* place, const char* line_end, double& valu
                            std::int64_t line_number, OddText odd_text);
 }  // namespace field_values_detail
 
+/// True for what items are cut at.
 inline bool is_separator(char character) {
   return field_values_detail::separators[static_cast<unsigned char>(character)];
 }
 
+/// @return where the next item begins; line_end if there is none
 inline const char* skip_separators(const char* place, const char* line_end) {
   while (place != line_end && is_separator(*place)) {
     ++place;
@@ -53,6 +55,7 @@ inline const char* skip_separators(const char* place, const char* line_end) {
   return place;
 }
 
+/// The items of a line.
 std::size_t count_items(std::string_view line);
 
 /// Reads the item that begins at `place`, which is no separator. Text that is no number counts as its leading

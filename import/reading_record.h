@@ -68,6 +68,7 @@ struct MapPosition {
   double y = 0.0;  // m, north
 };
 
+/// What a reader fills, a file after the other: head and curve, and what an import keeps along.
 struct ReadingRecord {
   ImportChoices choices;
   std::int32_t file_index = 0;    // from 1, place in the list of files
@@ -103,6 +104,7 @@ struct ReadingRecord {
   std::set<std::string> scanned_types;    // data types of the readings met
 };
 
+/// The one record of this process.
 ReadingRecord& reading_record();
 
 }  // namespace Module_data_file

@@ -50,6 +50,7 @@ struct InversionChoices {
 /// is gone gives that of the survey.
 InversionInputs load_inversion_inputs();
 
+/// Keeps the entries for the user, but for those that belong to one inversion.
 void store_inversion_inputs(const InversionInputs& inputs);
 
 /// The message of the first entry that is invalid, in their order; null if there is none, and then `choices`

@@ -13,7 +13,9 @@ struct OccamState {
   OccamResponse response;
 };
 
+/// What is looked at now.
 OccamState& occam_state();
+/// Forgets all of it; for tests.
 void reset_occam_state();
 
 }  // namespace Module_occam

@@ -57,6 +57,7 @@ class Statement {
   int bound_ = 0;
 };
 
+/// An open file of the engine with its prepared statements and table definitions.
 class Connection {
  public:
   /// Opens a file that exists and reads its schema; a file that isn't a database fails here.
@@ -71,10 +72,12 @@ class Connection {
   /// The handle; dao::Error once closed.
   [[nodiscard]] sqlite3* handle() const;
 
+  /// Runs one statement to its end. Throws Error.
   void run(std::string_view sql, std::span<const Value> parameters = {});
+  /// The first value of the statement's first row, 0 without a row. Throws Error.
   std::int64_t run_for_integer(std::string_view sql);
 
-  /// An unknown table is an error.
+  /// A table's definition, kept until forget_tables. Throws Error for an unknown one.
   std::shared_ptr<const TableDefinition> table(std::string_view name);
   [[nodiscard]] TableLookup table_lookup();
   void forget_tables() { tables_.clear(); }
@@ -85,6 +88,7 @@ class Connection {
   /// @return an SQLite result code
   int roll_back() noexcept;
 
+  /// Throws Error with the engine's last message.
   [[noreturn]] void fail() const;
 
  private:

@@ -7,7 +7,6 @@
 // column compares by the decimal that people see (0.1 finds 0.1). Failures throw dao::Error with the engine's
 // description.
 #pragma once
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -48,8 +47,7 @@ class Database {
   ~Database();
 
   /// Makes a new, empty file. Fails if the file exists or can't be made. `locale` is the engine's locale
-  /// string
-  /// (";LANGID=0x0409;CP=1252;COUNTRY=0"); text is kept as UTF-8 whatever it says.
+  /// string (";LANGID=0x0409;CP=1252;COUNTRY=0"); text is kept as UTF-8 whatever it says.
   static Database create(const std::string& path, std::string_view locale);
 
   /// Opens an existing file of this engine. A missing, unreadable, damaged or foreign file is an error at

@@ -32,6 +32,8 @@ struct SelectStatement {
   Fragment whole;                    // of a snapshot: the statement itself
 };
 
+/// Throws Error for a statement that the dialect doesn't know, and for an unknown table or column; so do the
+/// others.
 SelectStatement translate_select(std::string_view statement, const TableLookup& tables);
 
 /// A search criterion on the rows of a table.

@@ -22,6 +22,7 @@ struct Token {
   [[nodiscard]] bool is_name() const { return kind == Kind::word || kind == Kind::bracketed_name; }
 };
 
+/// The error to throw for a statement that is none of the dialect.
 Error syntax_error(std::string_view statement);
 
 /// Cuts a statement into tokens, the last of kind `end`. A text literal ends at the first apostrophe, as the

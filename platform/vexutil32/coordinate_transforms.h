@@ -52,13 +52,13 @@ struct CoordinateSystemValues {
 using TransformParameters = std::array<double, 20>;
 
 struct GeographicPlace {
-  double latitude = 0.0;
-  double longitude = 0.0;
+  double latitude = 0.0;   // degrees
+  double longitude = 0.0;  // degrees
 };
 
 struct MapPlace {
-  double easting = 0.0;
-  double northing = 0.0;
+  double easting = 0.0;            // m
+  double northing = 0.0;           // m
   std::int32_t zone_number = 0;    // 0 for a projection without zones
   bool counts_from_south = false;  // the northing has the false northing of southern zones
 };

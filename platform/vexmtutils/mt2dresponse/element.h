@@ -1,7 +1,8 @@
 // element.h: the finite element equations of one cell: linear triangles on its four corners and its centre.
 //
-//   K = sum over the triangles of  stiffness S + i omega mu mass M,   S = integral of grad N . grad N, M of N
-//   N
+//   K = sum over the triangles of  stiffness S + i omega mu mass M
+//
+//   S = integral of grad N . grad N,   M = integral of N N
 //
 // Elements and loads for the secondary field: Wannamaker, Stodt & Rijo (1987), Geophys. J. R. astr. Soc. 88,
 // 277-296. Corners are numbered top left, top right, bottom left, bottom right; index 4 is the centre.
@@ -22,12 +23,14 @@ constexpr std::array<std::array<std::size_t, 2>, 4> triangle_corners = {{{0, 1},
 
 using CellLoad = std::array<Complex, 5>;
 
+/// The matrix of a cell: symmetric, five nodes.
 struct CellMatrix {
   std::array<std::array<Complex, corners>, corners> corner = {};  // on and above the diagonal
   std::array<Complex, corners> to_centre = {};
   Complex centre;
 };
 
+/// @param width, height  m
 CellMatrix cell_matrix(const Cell& cell, double width, double height, double omega_mu0);
 
 /// Load of one triangle for a unit difference from the host, of sigma (TE) or rho (TM). TE takes the primary

@@ -20,6 +20,7 @@ struct GroundImpedance {
   std::array<std::size_t, 3> nodes = {};  // those nodes
 };
 
+/// @param site  of the section that the field's mesh was made from
 GroundImpedance ground_impedance(const ModeField& field, const SurfaceNode& site);
 
 }  // namespace mt2dresponse

@@ -11,17 +11,17 @@ namespace mt2dresponse {
 
 using Complex = std::complex<double>;
 
-/// omega mu0 for a frequency in Hz
+/// omega mu0 for a frequency in Hz, ohm/m.
 double omega_mu(double frequency);
 
 /// The field in rows of uniform resistivity, the last of them continued as a half space:
 ///
-///   k = sqrt(i omega mu / rho), zeta = i omega mu / k, e = exp(-k h), from below
-///   Z = zeta (Z'(1 + e^2) + zeta (1 - e^2)) / (zeta (1 + e^2) + Z'(1 - e^2))   Wait (1954), Geophysics 19,
-///   281-289 E' = E 2 e Z' / (Z'(1 + e^2) + zeta (1 - e^2))                             a prime: at the row's
-///   bottom
+///   k = sqrt(i omega mu / rho), zeta = i omega mu / k, e = exp(-k h)
+///   Z = zeta (Z'(1 + e^2) + zeta (1 - e^2)) / (zeta (1 + e^2) + Z'(1 - e^2))    from the bottom up
+///   E' = E 2 e Z' / (Z'(1 + e^2) + zeta (1 - e^2))                              from the top down
 ///
-/// 1 - e^2 is taken from expm1, so that thin rows of a high resistivity lose no digits.
+/// with a prime at the row's bottom: Wait (1954), Geophysics 19, 281-289. 1 - e^2 is taken from expm1, so
+/// that thin rows of a high resistivity lose no digits.
 class LayeredField {
  public:
   /// @param omega_mu0    omega mu0, > 0
@@ -29,7 +29,7 @@ class LayeredField {
   /// @param resistivity  ohm-m, of each row
   LayeredField(double omega_mu0, std::span<const double> heights, std::span<const double> resistivity);
 
-  /// E at node row `row`, 0 at the ground, at most the number of rows
+  /// E and H at node row `row`, 0 at the ground, at most the number of rows
   [[nodiscard]] Complex electric(std::size_t row) const { return electric_[row]; }
   [[nodiscard]] Complex magnetic(std::size_t row) const { return magnetic_[row]; }
   /// E / H at the ground, ohm

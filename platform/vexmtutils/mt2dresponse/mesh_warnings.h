@@ -12,10 +12,9 @@ namespace mt2dresponse {
 /// still the one that the model was fitted with.
 ///
 /// - a first row thicker than 0.2 skin depths of the ground's surface at the highest frequency (2.6 degrees
-/// there)
+///   there)
 /// - less than 3 skin depths of the host at the lowest frequency from the last change along the line to the
-/// mesh's
-///   sides, or from its top to its bottom
+///   mesh's sides, or from its top to its bottom
 /// - a site at the rim of a vertical step, where TM has no meaningful value
 ///
 /// Throws as check_input does.

@@ -1,10 +1,10 @@
 // primary_field.h: the field of a layered host on the rows of a mode's mesh, 1 at the host's ground.
 //
-//   TE: E; in the air above the host's ground 1 - i omega mu H z, z from the ground down; dE/dz = -i omega mu
-//   H TM: H; 1 in the air; dH/dz = -E / rho
+//   TE: E; in the air above the host's ground 1 - i omega mu H z, z from the ground down;
+//       dE/dz = -i omega mu H
+//   TM: H; 1 in the air; dH/dz = -E / rho
 #pragma once
 #include <array>
-#include <complex>
 #include <vector>
 
 #include "platform/vexmtutils/mt2dresponse/layered_field.h"
@@ -12,7 +12,7 @@
 
 namespace mt2dresponse {
 
-/// The field at the node rows.
+/// The field at the node rows, from the top of the mesh, added air included.
 /// @param frequency  Hz
 std::vector<Complex> primary_at_nodes(const ModeMesh& mesh, const LayeredColumn& column, double frequency);
 

@@ -4,7 +4,6 @@
 // y runs along the line, z down, both m; resistivity ohm-m; indices are 0-based; columns count from the left,
 // rows from the top of the mesh.
 #pragma once
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -33,8 +32,7 @@ void check_section(const Section& section);
 /// Resistivities of triangles that are given as entries of a table: first the fixed resistivities, then the
 /// free parameters.
 /// @param table_index  of each triangle: 0 to F - 1 is a fixed resistivity; F + p, p from 1, is free
-/// parameter
-///                     number p. With no fixed resistivities 0 is air: some programs write it so.
+///                     parameter number p. With no fixed resistivities 0 is air: some programs write it so.
 /// @param fixed_resistivities  ohm-m, F values
 /// @param log10_parameters     log10 ohm-m
 /// @return ohm-m; throws std::invalid_argument for an index beyond the table

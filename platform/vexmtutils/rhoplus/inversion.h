@@ -45,8 +45,7 @@ struct RhoplusInversion {
 
 /// @param most_rows of the model table: sheets and perfect conductor
 /// @param conducting the first sheet lies at depth 0: above a thousand times the highest used frequency c is
-/// that of
-///                   a sheet, which changes no phase by more than 0.06 degrees
+///                   that of a sheet, which changes no phase by more than 0.06 degrees
 RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t most_rows);
 
 }  // namespace vexmtutils
