@@ -1,7 +1,6 @@
 #include "core/environment.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <iterator>
 #include <string_view>

@@ -2,7 +2,6 @@
 
 #include <QFileInfo>
 #include <algorithm>
-#include <memory>
 #include <stdexcept>
 #include <utility>
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "core/number_text.h"
 #include "core/session_state.h"
 
 namespace Module_display_data {

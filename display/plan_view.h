@@ -4,7 +4,6 @@
 // and height, with Y growing downward.
 #pragma once
 #include <cstdint>
-#include <limits>
 
 #include "core/session_state.h"
 

@@ -1,6 +1,5 @@
 #include "fuzz/input_file.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <random>

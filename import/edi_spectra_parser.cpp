@@ -1,7 +1,6 @@
 #include "import/edi_spectra_parser.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 
 #include "core/number_text.h"
 #include "core/session_state.h"

@@ -11,7 +11,6 @@
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
-#include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/stations.h"

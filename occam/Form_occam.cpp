@@ -4,7 +4,6 @@
 #include <QLineEdit>
 #include <utility>
 
-#include "core/session_state.h"
 #include "occam/design_summary.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"

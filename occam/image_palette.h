@@ -1,7 +1,6 @@
 // image_palette.h: the colours of the pictures of a model and of its misfit.
 #pragma once
 #include <array>
-#include <cstdint>
 #include <string_view>
 
 #include "platform/graph/plot_table.h"

@@ -1,7 +1,6 @@
 // model_controls.h: the column of controls of the results viewer.
 #pragma once
 #include <QWidget>
-#include <vector>
 
 #include "occam/run_results.h"
 #include "occam/section_picture.h"

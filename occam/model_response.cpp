@@ -1,7 +1,6 @@
 #include "occam/model_response.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>

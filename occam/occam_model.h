@@ -58,10 +58,6 @@ struct OccamModel {
 
   [[nodiscard]] int num_layers() const { return static_cast<int>(layers.size()); }
   [[nodiscard]] int num_blocks() const { return static_cast<int>(blocks.size()); }
-  [[nodiscard]] const CellCode& code_at(int row, int column) const {
-    return cell_code[static_cast<std::size_t>(row) * mesh.node_widths.size() +
-                     static_cast<std::size_t>(column)];
-  }
   /// Block `place` of layer `layer`.
   [[nodiscard]] const OccamBlock& layer_block(int layer, int place) const {
     return blocks[block_index(layer, place)];

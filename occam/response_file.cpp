@@ -1,12 +1,9 @@
 #include "occam/response_file.h"
 
-#include <array>
 #include <cmath>
-#include <optional>
 #include <utility>
 
 #include "core/file_names.h"
-#include "core/number_text.h"
 #include "core/text_fields.h"
 #include "occam/occam_state.h"
 #include "occam/table_input.h"

@@ -4,7 +4,6 @@
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
-#include <utility>
 
 #include "core/text_fields.h"
 

@@ -1,7 +1,6 @@
 // run_files.h: the run directory and the files that start the inversion in it.
 #pragma once
 #include <filesystem>
-#include <string>
 #include <vector>
 
 namespace Module_occam {

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <utility>
 
 #include "core/file_names.h"
-#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "occam/data_file.h"
 #include "occam/model_file.h"

@@ -2,13 +2,10 @@
 #pragma once
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
-#include <vector>
 
-#include "core/session_state.h"
 #include "occam/iteration_file.h"
 
 namespace Module_occam {

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "core/file_names.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"

@@ -8,7 +8,6 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
-#include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "reduction/curve_parts.h"
 #include "reduction/profile_data_set.h"

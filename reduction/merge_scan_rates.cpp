@@ -1,7 +1,6 @@
 #include <utility>
 
 #include "core/number_text.h"
-#include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"

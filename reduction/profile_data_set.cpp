@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 #include "core/search_sort.h"
 #include "core/session_state.h"

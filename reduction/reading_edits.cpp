@@ -1,7 +1,6 @@
 #include "reduction/reading_edits.h"
 
 #include <algorithm>
-#include <string>
 #include <utility>
 #include <vector>
 

@@ -20,9 +20,6 @@ class RepeatSums {
   /// Adds one repeat, unless its UseReading is off. A point whose frequency is not in the list is left out.
   void add(const Module_database::StoredReading& repeat);
 
-  /// Repeats added so far, those switched off not counted.
-  [[nodiscard]] int used_repeats() const { return used_repeats_; }
-
   /// The average, ascending in frequency, with every frequency of the used repeats.
   ///
   ///   fields 1, 2    mean over the values that are neither masked nor switched off, no_data if there is none
@@ -52,7 +49,7 @@ class RepeatSums {
   std::vector<std::int32_t> row_of_position_;  // -1: no repeat has this frequency of the list
   std::vector<Sums> rows_;                     // in the order in which frequencies turned up
   std::size_t next_position_ = 0;              // where the frequency after the last one would stand
-  int used_repeats_ = 0;
+  int used_repeats_ = 0;                       // added so far, those switched off not counted
 };
 
 }  // namespace Module_averaged_data

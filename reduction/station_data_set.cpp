@@ -7,7 +7,6 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
-#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"

@@ -1,9 +1,7 @@
 #include "platform/dao/sidecar_files.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 
 #include <fcntl.h>

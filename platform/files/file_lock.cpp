@@ -1,7 +1,6 @@
 #include "platform/files/file_lock.h"
 
 #include <stdexcept>
-#include <string>
 #include <system_error>
 #include <utility>
 

@@ -44,9 +44,6 @@ using PointStyles = std::vector<std::vector<int>>;  // [series][point]
 /// The palette style of the curve with this number (from 1): 3, 4, 5, 6, 7, 3, ...
 constexpr int palette_style(int number) { return first_palette_style + (number - 1) % palette_size; }
 
-/// The style that paints a point in the k-th override colour (k from 0).
-constexpr int override_style(int k) { return -(1 + k); }
-
 struct SeriesStyle {
   std::optional<Colour> colour;  // none: the palette colour of the series' number
   double width = 1.0;            // of the line, in device-independent pixels; wide series are drawn on top

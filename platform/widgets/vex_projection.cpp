@@ -14,6 +14,7 @@
 #include <exception>
 #include <optional>
 
+#include "core/geographic_angle.h"
 #include "core/number_text.h"
 
 using namespace vexutil32;

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "core/geographic_angle.h"
 #include "platform/vexutil32/coordinate_transforms.h"
 
 class QComboBox;

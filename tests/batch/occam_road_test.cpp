@@ -1,5 +1,4 @@
 // From field files to a run directory of the two-dimensional inversion and back, through the batch program.
-#include <filesystem>
 
 #include "tests/batch/batch_program.h"
 

@@ -1,6 +1,5 @@
 #include "core/search_sort.h"
 
-#include <algorithm>
 #include <limits>
 #include <vector>
 

@@ -1,7 +1,6 @@
 // The check of converted surveys: what it must pass, and each kind of damage it must name.
 #include "database/legacy_check.h"
 
-#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <limits>

@@ -1,6 +1,4 @@
 #include <csignal>
-#include <cstdlib>
-#include <fstream>
 #include <random>
 #include <string>
 #include <thread>

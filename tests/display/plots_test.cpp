@@ -178,7 +178,7 @@ TEST_F(Plots, Station_curves_have_the_styles_of_their_kinds) {
   ASSERT_EQ(plot.phase.series_styles.size(), 3U);
   EXPECT_EQ(plot.phase.series_styles[1].colour, blue);
   EXPECT_EQ(plot.phase.series_styles[2].colour, cyan);
-  EXPECT_EQ(plot.phase.point_styles[2].front(), graph::override_style(1));
+  EXPECT_EQ(plot.phase.point_styles[2].front(), -2);  // the second override colour
   EXPECT_EQ(station_series_label(2), "Merged for 300");
 }
 

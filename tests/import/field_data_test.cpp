@@ -1,6 +1,5 @@
 // Real files of many makers: each is imported or the report says why not.
 #include <array>
-#include <cmath>
 #include <complex>
 #include <filesystem>
 #include <iterator>

@@ -1,7 +1,6 @@
 #include "import/zonge_raw_parser.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numbers>
 
 #include <gtest/gtest.h>

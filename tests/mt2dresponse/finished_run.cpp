@@ -1,8 +1,6 @@
 #include "tests/mt2dresponse/finished_run.h"
 
-#include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <fstream>
 #include <numeric>
 

@@ -2,9 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
-#include <functional>
 #include <numbers>
-#include <numeric>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,6 @@
 // Errors and numbers of the data of an inversion.
 #include "occam/line_data.h"
 
-#include <array>
-
 #include <gtest/gtest.h>
 
 namespace Module_occam {

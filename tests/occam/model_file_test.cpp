@@ -67,7 +67,9 @@ TEST_F(ModelFileTest, Blocks_parameters_and_places_by_hand) {
     EXPECT_EQ(block.block_extent.left_column, b.extent.left_column);
     EXPECT_EQ(block.block_extent.end_row, b.extent.end_row);
     EXPECT_EQ(block.block_extent.end_column, b.extent.end_column);
-    EXPECT_EQ(model.code_at(b.extent.top_row, b.extent.left_column), b.code);
+    const std::size_t cell = static_cast<std::size_t>(b.extent.top_row) * model.mesh.node_widths.size() +
+                             static_cast<std::size_t>(b.extent.left_column);
+    EXPECT_EQ(model.cell_code[cell], b.code);
   }
   EXPECT_EQ(model.param_table_index(4), 5);
   EXPECT_EQ(model.site_node, (std::vector<std::int32_t>{2, no_site_node}));

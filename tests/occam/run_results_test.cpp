@@ -1,9 +1,6 @@
 // A run's iterations and responses as they are found, made and found again while the inversion is at work.
 #include "occam/run_results.h"
 
-#include <cmath>
-#include <fstream>
-
 #include "occam/occam_state.h"
 #include "occam/response_file.h"
 #include "occam/response_plots.h"

@@ -1,6 +1,5 @@
 // The dialect: what criteria find, what is refused before it reaches the engine, and which searches are
 // indexed.
-#include <functional>
 #include <string>
 #include <vector>
 

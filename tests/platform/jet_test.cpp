@@ -1,7 +1,6 @@
 // Conversion of genuine Jet files, measured on the legacy surveys beside the checkout.
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <map>

@@ -1,6 +1,5 @@
 #include "rhoplus/station_inversion.h"
 
-#include <cmath>
 #include <filesystem>
 
 #include "rhoplus/data_rows.h"

@@ -1,6 +1,5 @@
 // Whatever a user can feed the routine: an answer with its proof or a status with a sentence, and a log.
 #include <cmath>
-#include <filesystem>
 #include <limits>
 #include <string>
 #include <vector>

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <complex>
 #include <cstdint>
-#include <limits>
 #include <numbers>
 #include <span>
 #include <vector>

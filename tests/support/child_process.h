@@ -1,6 +1,5 @@
 // child_process.h: a part of a test in a process of its own.
 #pragma once
-#include <cstdio>
 #include <functional>
 
 #include <gtest/gtest.h>

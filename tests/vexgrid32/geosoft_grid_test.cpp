@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <limits>

@@ -1,7 +1,6 @@
 #include "platform/vexmtutils/mt2dresponse/mode_mesh.h"
 
 #include <algorithm>
-#include <functional>
 #include <stdexcept>
 #include <string>
 

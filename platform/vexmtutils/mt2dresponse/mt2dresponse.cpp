@@ -1,6 +1,5 @@
 #include "platform/vexmtutils/mt2dresponse/mt2dresponse.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>

@@ -9,7 +9,6 @@
 #include <functional>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "platform/vexmtutils/mt2dresponse/mode_mesh.h"

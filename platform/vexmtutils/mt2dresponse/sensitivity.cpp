@@ -1,6 +1,5 @@
 #include "platform/vexmtutils/mt2dresponse/sensitivity.h"
 
-#include <cmath>
 #include <numbers>
 #include <stdexcept>
 

@@ -1,6 +1,5 @@
 // bounded_least_squares.h: min |A x - b| subject to 0 <= x <= 1.
 #pragma once
-#include <vector>
 
 #include <Eigen/Core>
 
