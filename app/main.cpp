@@ -45,8 +45,8 @@ int main(int argc, char** argv) {
   arguments.addHelpOption();
   arguments.addVersionOption();
   arguments.addPositionalArgument("survey", "Survey database to open at start.", "[survey]");
-  const QCommandLineOption screenshots("screenshots", "Write pictures of all windows into <folder> and end.",
-                                       "folder");
+  const QCommandLineOption screenshots(
+      "screenshots", "Write pictures of all windows of the survey into <folder> and end.", "folder");
   const QCommandLineOption size("size", "Size of the main window in the pictures, as 1280x800.", "size",
                                 "1280x800");
   arguments.addOptions({screenshots, size});
@@ -54,7 +54,9 @@ int main(int argc, char** argv) {
 
   const bool unattended = arguments.isSet(screenshots);
   const QSize picture_size = size_from_text(arguments.value(size));
-  if (arguments.positionalArguments().size() > 1 || picture_size.isEmpty()) {
+  const QStringList surveys = arguments.positionalArguments();
+  // Without a survey the windows would have nothing to show in their pictures.
+  if (surveys.size() > 1 || picture_size.isEmpty() || (unattended && surveys.isEmpty())) {
     arguments.showHelp(2);
   }
   // The survey's folder becomes the working directory, so relative names are settled before it is opened.
@@ -74,13 +76,11 @@ int main(int argc, char** argv) {
   if (!unattended) {
     window.show();  // before opening, which may take a while and may have to say something
   }
-  const QStringList surveys = arguments.positionalArguments();
   if (!surveys.isEmpty()) {
     window.open_survey(surveys.constFirst());
   }
   if (!unattended) {
     return QApplication::exec();
   }
-  const bool opened = surveys.isEmpty() || session().database_open;
-  return save_window_pictures(window, picture_folder) != 0 || !opened ? 1 : 0;
+  return session().database_open && save_window_pictures(window, picture_folder) == 0 ? 0 : 1;
 }
