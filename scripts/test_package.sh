@@ -1,31 +1,112 @@
 #!/usr/bin/env bash
-# Builds the Debian package, installs it with what it depends on into a clean root, and starts both programs
-# there on a new survey. As root; needs debootstrap and the network.
+# Builds the Debian package, installs it in a clean root, works there with what it brings, and removes it again.
+# As root; needs debootstrap and the network, and takes some minutes.
+#
+#   scripts/test_package.sh [--fresh] [--pictures FOLDER]
+#
+# The bare system is kept as build/clean_root.tar for the next time; --fresh makes it anew. DEBIAN_MIRROR names the
+# mirror; without it the one that apt uses here is taken.
 set -euo pipefail
+# shellcheck disable=SC2016,SC1091  # apt fills in its own names; the release is not known here
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-cmake --preset release
-cmake --build --preset release --target all
+fail() { echo "FAILED: $*" >&2; exit 1; }
+step() { printf '== %s\n' "$*"; }
+
+fresh=no
+pictures=build/package_pictures
+while [ $# -gt 0 ]; do
+  case "$1" in
+    --fresh) fresh=yes ;;
+    --pictures) pictures="${2:?--pictures needs a folder}"; shift ;;
+    *) sed -n '2,8s/^# \{0,1\}//p' "$0"; exit 2 ;;
+  esac
+  shift
+done
+
+[ "$(id -u)" -eq 0 ] || fail "this installs packages in a root of its own: run it as root"
+for tool in cmake cpack debootstrap dpkg-shlibdeps unshare; do
+  command -v "$tool" >/dev/null || fail "$tool is missing (packages: cmake, debootstrap, dpkg-dev, util-linux)"
+done
+
+step "Building the package"
+cmake --preset release >/dev/null
+cmake --build --preset release --target brenlox brenlox_batch brenlox_make_samples
 rm -rf build/package
 cpack --config build/release/CPackConfig.cmake -B build/package
 package="$(ls build/package/brenlox_*.deb)"
 dpkg-deb --info "$package"
+if command -v lintian >/dev/null; then
+  # The developers have no mail address, and the package is for no archive.
+  lintian --fail-on error,warning --suppress-tags \
+    bogus-mail-host,bogus-mail-host-in-debian-changelog,initial-upload-closes-no-bugs "$package" ||
+    fail "lintian finds fault with the package"
+else
+  echo "lintian isn't there and isn't asked"
+fi
 
-root="${1:-build/clean_root}"
-# shellcheck disable=SC2086  # no mirror, no argument
-[ -e "$root/usr/bin/dpkg" ] || debootstrap --variant=minbase bookworm "$root" ${DEBIAN_MIRROR:-}
-cp "$package" "$root/tmp/brenlox.deb"
+# Mounts and processes in the root live in namespaces of their own: they end with the command, however it ends.
+apart() { unshare --mount --pid --fork --kill-child "$@"; }
+base=build/clean_root.tar
+work="$(realpath "$(mktemp -d build/package_test.XXXXXX)")"
+root="$work/root"
+log="$work/apt.log"
+mkdir "$root"
+trap 'rm -rf --one-file-system "$work"' EXIT
+trap 'exit 130' INT TERM
+
+mirror_of_apt() {
+  apt-get indextargets --format '$(SITE)' 'Identifier: Packages' "Codename: $1" | sed -n 1p
+}
+if [ "$fresh" = yes ] || [ ! -f "$base" ]; then
+  step "Making a bare system"
+  release="$(. /etc/os-release && echo "$VERSION_CODENAME")"
+  mirror="${DEBIAN_MIRROR:-$(mirror_of_apt "$release")}"
+  [ -n "$mirror" ] || fail "apt has no mirror of $release here: name one as DEBIAN_MIRROR"
+  apart debootstrap --variant=minbase "$release" "$root" "$mirror"
+  # More of the same system as here: the package is built against its updates.
+  apt-get indextargets --format 'deb $(SITE) $(RELEASE) $(COMPONENT)' 'Identifier: Packages' | sort -u |
+    grep " $release" >"$root/etc/apt/sources.list.d/host.list" || true
+  apt-config dump Acquire | grep -iE '^Acquire::(http|https|Check)' >"$root/etc/apt/apt.conf.d/90host" || true
+  rm -f "$root"/var/cache/apt/archives/*.deb
+  tar -C "$root" --one-file-system -cf "$work/base.tar" .
+  mv "$work/base.tar" "$base"
+else
+  tar -C "$root" -xf "$base"
+fi
 cp /etc/resolv.conf "$root/etc/resolv.conf"
-in_root() { chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"; }
-in_root apt-get update -q
-in_root apt-get install -y -q --no-install-recommends --reinstall /tmp/brenlox.deb
 
-in_root sh -euc '
-  cd /tmp
-  rm -rf survey && mkdir survey && cd survey
-  brenlox_batch new survey.mdb
-  QT_QPA_PLATFORM=offscreen brenlox survey.mdb --screenshots pictures
-  test -s pictures/main_window.png
-  brenlox --version
-'
-echo "The installed package starts and works in $root"
+clean_environment=(PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive)
+as_root() {
+  apart --mount-proc="$root/proc" chroot "$root" /usr/bin/env -i "${clean_environment[@]}" HOME=/root "$@"
+}
+as_user() {  # in the user's home, as a desktop would start a program
+  apart --mount-proc="$root/proc" chroot --userspec=1000:1000 "$root" /usr/bin/env -i "${clean_environment[@]}" \
+    HOME=/home/surveyor XDG_RUNTIME_DIR=/home/surveyor/run "$@"
+}
+install() { as_root apt-get install -y -q --no-install-recommends "$@" >>"$log" 2>&1; }
+apt_failed() { tail -n 20 "$log" >&2; fail "$1"; }
+
+step "Installing it with what it depends on"
+as_root useradd --uid 1000 --create-home surveyor
+as_user mkdir -m 700 /home/surveyor/run
+cp "$package" "$root/tmp/brenlox.deb"
+as_root apt-get update -q >>"$log" 2>&1 || apt_failed "apt reaches no mirror"
+install /tmp/brenlox.deb || apt_failed "the package can't be installed"
+
+step "Working without a window"
+cp scripts/package_checks.sh "$root/tmp/"
+as_user bash /tmp/package_checks.sh work || fail "the installed programs don't do their work"
+
+step "Opening a survey from a desktop"
+install desktop-file-utils imagemagick libglib2.0-bin shared-mime-info x11-utils xdg-utils xvfb ||
+  apt_failed "the desktop's tools can't be installed"
+as_user bash /tmp/package_checks.sh desktop || fail "the survey doesn't open from a desktop"
+mkdir -p "$pictures"
+cp -r "$root/home/surveyor/pictures/." "$pictures"
+
+step "Removing it"
+as_root apt-get purge -y -q brenlox >>"$log" 2>&1 || apt_failed "the package can't be removed"
+rm -rf "$root/home/surveyor" "$root/tmp/brenlox.deb"
+as_root bash /tmp/package_checks.sh removed || fail "something of it stays behind"
+echo "The package installs, works and goes. Pictures of its windows: $pictures"
