@@ -6,8 +6,8 @@
 #
 # The bare system is kept as build/clean_root.tar for the next time; --fresh makes it anew. DEBIAN_MIRROR names the
 # mirror; without it the one that apt uses here is taken.
-set -euo pipefail
 # shellcheck disable=SC2016,SC1091  # apt fills in its own names; the release is not known here
+set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 fail() { echo "FAILED: $*" >&2; exit 1; }
