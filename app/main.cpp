@@ -4,8 +4,11 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QStyleFactory>
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <memory>
+#include <string_view>
 
 #include "app/Form_main.h"
 #include "app/window_pictures.h"
@@ -30,9 +33,20 @@ QSize size_from_text(const QString& text) {
   return sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
 }
 
+/// Words for the console, which need no display.
+bool asks_for_words_only(int argc, char** argv) {
+  constexpr std::string_view words_only[] = {"-h", "--help", "--help-all", "-v", "--version"};
+  return std::any_of(argv + 1, argv + argc, [&](const char* argument) {
+    return std::ranges::find(words_only, argument) != std::end(words_only);
+  });
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (asks_for_words_only(argc, argv)) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
   const QApplication application(argc, argv);
   QApplication::setApplicationName("Brenlox");
   QApplication::setApplicationVersion(BRENLOX_VERSION);

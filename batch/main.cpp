@@ -40,6 +40,7 @@ constexpr AddCommand add_commands[] = {
 int run(int argument_count, char** arguments) {
   CLI::App program("Brenlox without a window: from field files to reduced curves.");
   program.footer("Exit status: 0 done, 1 failed with a message, 2 wrong usage.");
+  program.set_version_flag("-v,--version", "Brenlox " BRENLOX_VERSION);
   program.require_subcommand(1);
   std::vector<Batch::Command> commands;
   for (const AddCommand add : add_commands) {
