@@ -19,9 +19,7 @@ void write_file(const std::filesystem::path& path, const std::string& text) {
   }
 }
 
-}  // namespace
-
-int main(int argument_count, char** arguments) {
+int run(int argument_count, char** arguments) {
   CLI::App program(
       "Writes the EDI files of a made survey: two lines of twelve stations over layered ground, two "
       "scan rates, three repeats. The same seed gives the same files.");
@@ -34,14 +32,20 @@ int main(int argument_count, char** arguments) {
   } catch (const CLI::ParseError& fault) {
     return program.exit(fault) == 0 ? 0 : 2;
   }
+  std::filesystem::create_directories(folder);
+  const std::vector<Module_samples::SampleFile> files = Module_samples::make_sample_survey(seed);
+  for (const Module_samples::SampleFile& file : files) {
+    write_file(std::filesystem::path(folder) / file.name, file.text);
+  }
+  std::cout << files.size() << " files written to " << folder << '\n';
+  return 0;
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
   try {
-    std::filesystem::create_directories(folder);
-    const std::vector<Module_samples::SampleFile> files = Module_samples::make_sample_survey(seed);
-    for (const Module_samples::SampleFile& file : files) {
-      write_file(std::filesystem::path(folder) / file.name, file.text);
-    }
-    std::cout << files.size() << " files written to " << folder << '\n';
-    return 0;
+    return run(argument_count, arguments);
   } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';
     return 1;

@@ -119,6 +119,7 @@ std::vector<Layer> ground_below(const SampleLine& line, double station) {
 
 std::vector<double> frequencies_of(const ScanRate& scan_rate) {
   std::vector<double> frequencies;
+  frequencies.reserve(static_cast<std::size_t>(scan_rate.frequency_count));
   for (int step = 0; step < scan_rate.frequency_count; ++step) {
     frequencies.push_back(scan_rate.highest_frequency * std::exp2(-0.5 * step));
   }
