@@ -10,6 +10,7 @@
 #include <QLoggingCategory>
 #include <QStyleFactory>
 #include <cstdlib>
+#include <exception>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
@@ -46,9 +47,7 @@ int soak(const SoakChoices& choices, const TemporaryFolder& folder, const TellSt
   return run.run();
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   SoakChoices choices;
   CLI::App program("Random work on the windows.");
   program.add_option("--steps", choices.steps, "How many steps.")->check(CLI::PositiveNumber);
@@ -75,4 +74,15 @@ int main(int argc, char** argv) {
     std::cerr << "seed " << choices.seed << '\n';
   }
   return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return 1;
+  }
 }
