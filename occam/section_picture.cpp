@@ -1,8 +1,6 @@
 #include "occam/section_picture.h"
 
-#include <QCoreApplication>
 #include <QImage>
-#include <QPageSize>
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <stdexcept>
@@ -24,7 +22,6 @@ namespace {
 
 constexpr int heading_height = 26;
 constexpr int heading_font_pixels = 13;
-constexpr int dots_per_inch = 96;  // one device-independent pixel is one dot
 
 std::string shown_number(float value) { return value == no_data ? "NA" : format_number(value, "0.0000"); }
 
@@ -56,14 +53,9 @@ void write_png(QIODevice& file, const SectionPicture& picture, const std::string
 }
 
 void write_pdf(QIODevice& file, const SectionPicture& picture, const std::string& heading, QSize size) {
-  constexpr double points_per_dot = 72.0 / dots_per_inch;
   QPdfWriter writer(&file);
-  writer.setCreator(QCoreApplication::applicationName());
+  graph::fit_page_to(writer, size);
   writer.setTitle(QString::fromStdString(heading));
-  writer.setResolution(dots_per_inch);
-  writer.setPageSize(
-      QPageSize(QSizeF(size) * points_per_dot, QPageSize::Point, QString(), QPageSize::ExactMatch));
-  writer.setPageMargins(QMarginsF());
   QPainter painter;
   if (!painter.begin(&writer)) {
     throw std::runtime_error("the page can't be drawn");

@@ -3,7 +3,6 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QPageSize>
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <stdexcept>
@@ -12,6 +11,7 @@
 
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
+#include "platform/graph/pdf_pages.h"
 
 namespace graph {
 namespace {
@@ -32,14 +32,8 @@ void finish(QSaveFile& file) {
 }
 
 void write_pdf(QCustomPlot& plot, QIODevice& file, QSize size) {
-  constexpr int dots_per_inch = 96;  // one device-independent pixel is one dot
-  constexpr double points_per_dot = 72.0 / dots_per_inch;
   QPdfWriter writer(&file);
-  writer.setCreator(QCoreApplication::applicationName());
-  writer.setResolution(dots_per_inch);
-  writer.setPageSize(
-      QPageSize(QSizeF(size) * points_per_dot, QPageSize::Point, QString(), QPageSize::ExactMatch));
-  writer.setPageMargins(QMarginsF());
+  fit_page_to(writer, size);
   QCPPainter painter;
   if (!painter.begin(&writer)) {
     throw std::runtime_error("the page can't be drawn");
@@ -54,7 +48,7 @@ void write_pdf(QCustomPlot& plot, QIODevice& file, QSize size) {
 
 /// @return the path, empty when the person thinks better of it
 std::string ask_path(const FileDialogRequest& request) {
-  const std::string path = user_interface().select_file_to_create(request);
+  std::string path = user_interface().select_file_to_create(request);
   if (path.empty()) {
     return {};
   }

@@ -27,6 +27,15 @@ QFont heading_font(double points) {
 
 }  // namespace
 
+void fit_page_to(QPdfWriter& writer, QSize size) {
+  constexpr double points_per_dot = 72.0 / dots_per_inch;
+  writer.setCreator(QCoreApplication::applicationName());
+  writer.setResolution(dots_per_inch);
+  writer.setPageSize(
+      QPageSize(QSizeF(size) * points_per_dot, QPageSize::Point, QString(), QPageSize::ExactMatch));
+  writer.setPageMargins(QMarginsF());
+}
+
 PdfPages::PdfPages(const QString& path, const QString& title) : file_(path) {
   if (!file_.open(QIODevice::WriteOnly)) {
     throw std::runtime_error(file_.errorString().toStdString());

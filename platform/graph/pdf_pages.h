@@ -2,6 +2,7 @@
 #pragma once
 #include <QRectF>
 #include <QSaveFile>
+#include <QSize>
 #include <QString>
 #include <memory>
 
@@ -10,6 +11,10 @@ class QPdfWriter;
 class VexGraphControl;
 
 namespace graph {
+
+/// Sets a document up whose page is as large as a picture.
+/// @param size  device-independent pixels; one of them is a dot of the page
+void fit_page_to(QPdfWriter& writer, QSize size);
 
 /// A document in the making. An earlier file at the path stays until the document is finished; one that is
 /// never finished leaves nothing behind.
