@@ -43,7 +43,7 @@ class Survey_file_commands : public SurveyTest {
  protected:
   /// A closed survey with one reading.
   std::string survey_with_a_reading(const std::string& name) {
-    const std::string path = new_survey(name);
+    std::string path = new_survey(name);
     made::store(made::key(), 0, made::reading({{1.0F, 10.0F, 45.0F}}));
     EXPECT_EQ(Module_database::close_database(), 0);
     return path;

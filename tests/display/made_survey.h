@@ -9,7 +9,7 @@
 #include "tests/support/survey_fixture.h"
 
 class MadeSurveyTest : public SurveyTest {
- protected:
+ public:
   MadeSurveyTest() {
     new_survey();
     Module_averaged_data::reset_repeat_data();
@@ -19,6 +19,7 @@ class MadeSurveyTest : public SurveyTest {
   }
   ~MadeSurveyTest() override { Module_Brenlox::clear_undo(); }
 
+ protected:
   static void add_file(std::int32_t reference_type, const std::string& name = "a.edi") {
     dao::Recordset& files = Module_database::open_survey().files;
     files.add_new();

@@ -103,10 +103,11 @@ void expect_whole_rows() {
 }
 
 class EditKills : public SurveyTest {
- protected:
+ public:
   EditKills() { Module_Brenlox::clear_undo(); }
   ~EditKills() override { Module_Brenlox::clear_undo(); }
 
+ protected:
   static void open(const std::string& survey) {
     session().database_file = survey;
     ASSERT_EQ(Module_database::open_database(), 0);

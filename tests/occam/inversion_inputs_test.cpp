@@ -9,7 +9,7 @@ namespace Module_occam {
 namespace {
 
 class InversionInputsTest : public made::OccamTest {
- protected:
+ public:
   InversionInputsTest() : earlier_(install_settings_store(std::make_unique<MemorySettingsStore>())) {
     session().database_file = folder.path("survey.mdb");
   }
@@ -18,6 +18,7 @@ class InversionInputsTest : public made::OccamTest {
     reset_session_state();
   }
 
+ protected:
   static void keep(const char* key, const char* value) {
     settings_store().set_value("Marrowgate", "Brenlox", key, value);
   }

@@ -74,10 +74,11 @@ inline std::string with_crlf(const std::string& text) {
 using Messages = std::vector<std::string>;
 
 class OccamTest : public ::testing::Test {
- protected:
+ public:
   OccamTest() { Module_occam::reset_occam_state(); }
   ~OccamTest() override { std::filesystem::current_path(started_in); }
 
+ protected:
   const std::filesystem::path started_in = std::filesystem::current_path();
   TemporaryFolder folder;
   RecordingInterface interface;

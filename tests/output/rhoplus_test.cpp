@@ -17,12 +17,13 @@ namespace {
 using Texts = std::vector<std::string>;
 
 class Rhoplus : public SurveyTest {
- protected:
+ public:
   Rhoplus() { rhoplus_settings() = {}; }
   Rhoplus(const Rhoplus&) = delete;
   Rhoplus& operator=(const Rhoplus&) = delete;
   ~Rhoplus() override { rhoplus_settings() = {}; }
 
+ protected:
   /// A merged curve with errors of 5 ohm-m and 3 degrees, and 10 ohm-m, 20 degrees, 6 and 4 as the statistics
   /// of everything present.
   static StoredReading merged(const std::vector<made::Point>& points) {

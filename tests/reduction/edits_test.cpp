@@ -17,7 +17,7 @@ using Module_Brenlox::undo_count;
 namespace {
 
 class Edits : public SurveyTest {
- protected:
+ public:
   Edits() {
     new_survey();
     Module_Brenlox::clear_undo();
@@ -27,6 +27,7 @@ class Edits : public SurveyTest {
   }
   ~Edits() override { Module_Brenlox::clear_undo(); }
 
+ protected:
   static void load() {
     ASSERT_EQ(load_profile_data(selected_key()), 0);
     ASSERT_EQ(load_station_data(selected_key(), {}), 0);

@@ -11,13 +11,14 @@
 #include "tests/support/temporary_folder.h"
 
 class SurveyTest : public ::testing::Test {
- protected:
+ public:
   SurveyTest() {
     reset_session_state();
     Module_database::reset_module();
   }
   ~SurveyTest() override { Module_database::reset_module(); }
 
+ protected:
   /// Makes and opens a new survey in the test's folder; gives its path.
   std::string new_survey(const std::string& name = "survey.mdb") {
     session().database_file = folder.path(name);
