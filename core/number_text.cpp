@@ -272,7 +272,9 @@ bool is_beyond_largest(std::string_view number) {
   if (read.ec == std::errc::result_out_of_range) {
     return !exponent_digits.starts_with('-');
   }
-  return point - first_digit + exponent > 0;
+  // Far beyond any number of digits, and far enough from the ends of the type for the sum.
+  constexpr long long enough = 1'000'000'000'000'000'000;
+  return point - first_digit + std::clamp(exponent, -enough, enough) > 0;
 }
 
 LeadingNumber read_number(std::string_view text) {

@@ -138,6 +138,8 @@ TEST(Numeric_value, Takes_the_leading_number) {
                         {"-0.001D500", -infinity, true},
                         {"1e-400", 0, true},
                         {"1e99999999999999999999", infinity, true},
+                        {"2D9223372036854775807", infinity, true},
+                        {"2e-9223372036854775807", 0, true},
                         {"4.9e-324", 4.9e-324, true}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
