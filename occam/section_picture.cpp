@@ -2,7 +2,6 @@
 
 #include <QImage>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <stdexcept>
 #include <utility>
 
@@ -15,6 +14,7 @@
 #include "occam/response_graph.h"
 #include "occam/response_plots.h"
 #include "platform/graph/pdf_pages.h"
+#include "platform/graph/picture_file.h"
 
 namespace Module_occam {
 
@@ -36,7 +36,8 @@ void paint_page(QPainter& painter, const SectionPicture& picture, const std::str
   paint_section(painter, picture, occam_state().data, PictureZoom());
 }
 
-void write_png(QIODevice& file, const SectionPicture& picture, const std::string& heading, QSize size) {
+void write_png(graph::PictureFile& file, const SectionPicture& picture, const std::string& heading,
+               QSize size) {
   constexpr double scale = 2.0;  // stays sharp in a report
   QImage image(size * scale, QImage::Format_RGB32);
   if (image.isNull()) {
@@ -47,13 +48,14 @@ void write_png(QIODevice& file, const SectionPicture& picture, const std::string
   QPainter painter(&image);
   paint_page(painter, picture, heading, size);
   painter.end();
-  if (!image.save(&file, "PNG")) {
+  if (!image.save(&file.device(), "PNG")) {
     throw std::runtime_error("the picture can't be written");
   }
 }
 
-void write_pdf(QIODevice& file, const SectionPicture& picture, const std::string& heading, QSize size) {
-  QPdfWriter writer(&file);
+void write_pdf(graph::PictureFile& file, const SectionPicture& picture, const std::string& heading,
+               QSize size) {
+  QPdfWriter writer(&file.device());
   graph::fit_page_to(writer, size);
   writer.setTitle(QString::fromStdString(heading));
   QPainter painter;
@@ -134,15 +136,10 @@ int save_section(RunView& view, const SectionLook& look, const std::string& path
     if (!pdf && !equal_ignoring_case(ending, "png")) {
       throw std::runtime_error(path + " ends neither in .png nor in .pdf");
     }
-    QSaveFile file(QString::fromStdString(path));
-    if (!file.open(QIODevice::WriteOnly)) {
-      throw std::runtime_error(file.errorString().toStdString());
-    }
+    graph::PictureFile file(QString::fromStdString(path));
     const QSize page(size.width(), size.height() + heading_height);
     (pdf ? write_pdf : write_png)(file, picture, iteration_heading(view), page);
-    if (!file.commit()) {
-      throw std::runtime_error(file.errorString().toStdString());
-    }
+    file.finish();
   });
 }
 

@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <stdexcept>
 
 #include <qcustomplot.h>
@@ -12,6 +11,7 @@
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
 #include "platform/graph/pdf_pages.h"
+#include "platform/graph/picture_file.h"
 
 namespace graph {
 namespace {
@@ -19,20 +19,8 @@ namespace {
 constexpr std::string_view failure_text = "An error occurred while saving the graph: ";
 constexpr double picture_scale = 2.0;  // pictures made from the menu stay sharp in a report
 
-void open(QSaveFile& file) {
-  if (!file.open(QIODevice::WriteOnly)) {
-    throw std::runtime_error(file.errorString().toStdString());
-  }
-}
-
-void finish(QSaveFile& file) {
-  if (!file.commit()) {
-    throw std::runtime_error(file.errorString().toStdString());
-  }
-}
-
-void write_pdf(QCustomPlot& plot, QIODevice& file, QSize size) {
-  QPdfWriter writer(&file);
+void write_pdf(QCustomPlot& plot, PictureFile& file, QSize size) {
+  QPdfWriter writer(&file.device());
   fit_page_to(writer, size);
   QCPPainter painter;
   if (!painter.begin(&writer)) {
@@ -66,12 +54,11 @@ int save_png(QCustomPlot& plot, const std::string& path, QSize size, double scal
     if (size.isEmpty() || !(scale > 0.0)) {
       throw std::runtime_error("the picture has no size");
     }
-    QSaveFile file(QString::fromStdString(path));
-    open(file);
-    if (!plot.toPixmap(size.width(), size.height(), scale).save(&file, "PNG")) {
+    PictureFile file(QString::fromStdString(path));
+    if (!plot.toPixmap(size.width(), size.height(), scale).save(&file.device(), "PNG")) {
       throw std::runtime_error("the picture can't be written");
     }
-    finish(file);
+    file.finish();
   });
 }
 
@@ -80,10 +67,9 @@ int save_pdf(QCustomPlot& plot, const std::string& path, QSize size) {
     if (size.isEmpty()) {
       throw std::runtime_error("the page has no size");
     }
-    QSaveFile file(QString::fromStdString(path));
-    open(file);
+    PictureFile file(QString::fromStdString(path));
     write_pdf(plot, file, size);
-    finish(file);
+    file.finish();
   });
 }
 

@@ -37,10 +37,7 @@ void fit_page_to(QPdfWriter& writer, QSize size) {
 }
 
 PdfPages::PdfPages(const QString& path, const QString& title) : file_(path) {
-  if (!file_.open(QIODevice::WriteOnly)) {
-    throw std::runtime_error(file_.errorString().toStdString());
-  }
-  writer_ = std::make_unique<QPdfWriter>(&file_);
+  writer_ = std::make_unique<QPdfWriter>(&file_.device());
   writer_->setCreator(QCoreApplication::applicationName());
   writer_->setTitle(title);
   writer_->setResolution(dots_per_inch);
@@ -97,9 +94,7 @@ void PdfPages::finish() {
   if (!painter_ || !painter_->end()) {
     throw std::runtime_error("the page can't be written");
   }
-  if (!file_.commit()) {
-    throw std::runtime_error(file_.errorString().toStdString());
-  }
+  file_.finish();
 }
 
 }  // namespace graph

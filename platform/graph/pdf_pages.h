@@ -1,10 +1,11 @@
 // pdf_pages.h: charts on the pages of a PDF document.
 #pragma once
 #include <QRectF>
-#include <QSaveFile>
 #include <QSize>
 #include <QString>
 #include <memory>
+
+#include "platform/graph/picture_file.h"
 
 class QCPPainter;
 class QPdfWriter;
@@ -20,7 +21,6 @@ void fit_page_to(QPdfWriter& writer, QSize size);
 /// never finished leaves nothing behind.
 class PdfPages {
  public:
-  /// Throws std::runtime_error with the system's description.
   PdfPages(const QString& path, const QString& title);
   PdfPages(const PdfPages&) = delete;
   PdfPages& operator=(const PdfPages&) = delete;
@@ -34,13 +34,13 @@ class PdfPages {
   /// A line of text above a part of the page, which keeps its room below it.
   /// @return what is left of the part
   QRectF caption(const QString& text, const QRectF& part);
-  /// Writes the document. Throws std::runtime_error.
+  /// Writes the document. Throws std::runtime_error with the system's description.
   void finish();
 
  private:
   [[nodiscard]] QRectF on_page(const QRectF& part) const;
 
-  QSaveFile file_;
+  PictureFile file_;
   std::unique_ptr<QPdfWriter> writer_;
   std::unique_ptr<QCPPainter> painter_;  // from the first page on
 };

@@ -1,4 +1,5 @@
 // graph_control_test.cpp: a person's hand on a chart, and what the chart shows for awkward limits.
+#include <QDir>
 #include <QMenu>
 #include <QPdfWriter>
 #include <QSignalSpy>
@@ -9,6 +10,8 @@
 
 #include "graph_samples.h"
 #include "platform/graph/axis_ticks.h"
+#include "platform/graph/pdf_pages.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 
@@ -419,6 +422,31 @@ class GraphControlTest : public QObject {
     QCOMPARE(control_->save_png(png, 0, 300), -1);
     QCOMPARE(interface->messages.size(), std::size_t{2});
     QCOMPARE(QImage(QString::fromStdString(png)).size(), QSize(800, 600));
+  }
+
+  void what_does_not_fit_on_the_disk_leaves_the_earlier_file() {
+    RecordingInterface interface;
+    const TemporaryFolder folder;
+    const std::string earlier(20000, 'x');
+    const std::string path = folder.write("chart", earlier);
+    const auto write_page = [&] {
+      graph::PdfPages pages(QString::fromStdString(path), "page");
+      pages.begin_page("page");
+      pages.place(*control_, {0.0, 0.0, 1.0, 1.0});
+      pages.finish();
+    };
+    for (const rlim_t bytes : {0, 1000}) {  // also of what is small enough for one write at the end
+      const FileSizeLimit limit(bytes);
+      QCOMPARE(control_->save_png(path, 400, 300, 2.0), -1);
+      QCOMPARE(control_->save_pdf(path), -1);
+      QVERIFY_EXCEPTION_THROWN(write_page(), std::runtime_error);
+    }
+    QCOMPARE(interface->messages.size(), std::size_t{4});
+    for (const std::string& message : interface->messages) {
+      QVERIFY2(message.find(path + ": File too large") != std::string::npos, message.c_str());
+    }
+    QVERIFY(file_contents(path) == earlier);
+    QCOMPARE(QDir(QString::fromStdString(folder.folder().string())).entryList(QDir::Files).size(), 1);
   }
 
   void menu_offers_what_there_is() {
