@@ -56,7 +56,13 @@ void RhoplusWindows::create_occam_inversion() {
   }
   Module_occam::StationSteps steps;
   steps.show_station = [this](int place_in_line) {
+    if (results_ && place_in_line == 1) {
+      results_->begin_line_run();
+    }
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
   Form_occam(steps, results_).exec();
+  if (results_) {
+    results_->end_line_run();
+  }
 }

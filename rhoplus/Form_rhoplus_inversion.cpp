@@ -1,6 +1,7 @@
 #include "rhoplus/Form_rhoplus_inversion.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -16,6 +17,7 @@
 #include "display/graph_pair.h"
 #include "display/selection.h"
 #include "platform/widgets/check_cells.h"
+#include "platform/widgets/input_only_to.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/curve_parts.h"
 #include "rhoplus/Form_rhoplus.h"
@@ -130,9 +132,10 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
   Text_rhoplus_out_->clear();
   ui_->Command_rhoplus_log->setText("Results");
   inversion_ = {};
-  if (session().current_station_index > 0) {
+  if (session().current_station_index > 0 && !line_run_failed_) {
     // A failure has been told; the empty result is shown.
-    static_cast<void>(invert_station(Module_averaged_data::selected_key(), inversion_));
+    const int status = invert_station(Module_averaged_data::selected_key(), inversion_);
+    line_run_failed_ = in_line_run_ && status != 0;
   }
   show_results();
   show_graphs();
@@ -220,6 +223,13 @@ void Form_rhoplus_inversion::follow_station() {
   refresh_rhoplus_results();
 }
 
+void Form_rhoplus_inversion::begin_line_run() {
+  in_line_run_ = true;
+  line_run_failed_ = false;
+}
+
+void Form_rhoplus_inversion::end_line_run() { in_line_run_ = line_run_failed_ = false; }
+
 void Form_rhoplus_inversion::show_station_bar() {
   const ScopedValue updating(session().updating_controls, true);
   ui_->HScroll_repeat->setRange(1, std::max(1, session().stations_in_line));
@@ -236,8 +246,10 @@ void Form_rhoplus_inversion::run_all() {
   rhoplus_stop_requested_ = false;
   ui_->Command_run_all->setText(stop_caption);
   ui_->HScroll_repeat->setEnabled(false);
+  begin_line_run();
   invert_all();
   if (still_open) {
+    end_line_run();
     ui_->HScroll_repeat->setEnabled(true);
     ui_->Command_run_all->setText(run_caption);
     rhoplus_running_all_ = false;
@@ -251,8 +263,10 @@ void Form_rhoplus_inversion::invert_all() {
   const ScopedValue updating(session().updating_controls, true);
   const int first = Module_display_data::first_station_of_current_line();
   const int count = session().stations_in_line;
+  const InputOnlyTo only_this_window(*this);
   const auto go_on = [&] {
-    user_interface().wait_with_events(step_pause);
+    user_interface().wait_with_events(step_pause);  // of drawing; what a person has done meanwhile comes now
+    QCoreApplication::processEvents();
     return still_open && isVisible();
   };
   for (int place = Module_display_data::place_in_line(); place >= 1 && place <= count; ++place) {
@@ -262,7 +276,7 @@ void Form_rhoplus_inversion::invert_all() {
       return;
     }
     refresh_rhoplus_results();
-    if (!go_on() || rhoplus_stop_requested_) {
+    if (line_run_failed_ || !go_on() || rhoplus_stop_requested_) {
       return;
     }
   }

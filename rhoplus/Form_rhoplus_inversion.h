@@ -30,6 +30,10 @@ class Form_rhoplus_inversion : public QMainWindow {
   void refresh_rhoplus_results();
   /// The main window displays another station of the line: the bar follows and the inversion runs anew.
   void follow_station();
+  /// While someone goes through the line, the first failure is told; later stations are shown without their
+  /// inversion.
+  void begin_line_run();
+  void end_line_run();
 
  Q_SIGNALS:
   /// The main window is to display a station of the line, as a station index from 1.
@@ -65,4 +69,6 @@ class Form_rhoplus_inversion : public QMainWindow {
   bool rhoplus_busy_ = false;
   bool rhoplus_running_all_ = false;
   bool rhoplus_stop_requested_ = false;
+  bool in_line_run_ = false;
+  bool line_run_failed_ = false;
 };

@@ -7,11 +7,14 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "app/Form_main.h"
 #include "core/session_state.h"
@@ -19,6 +22,7 @@
 #include "output/rhoplus_settings.h"
 #include "platform/graph/VexGraphControl.h"
 #include "platform/settings_store/settings_store.h"
+#include "platform/windows/qt_user_interface.h"
 #include "reduction/station_data_set.h"
 #include "rhoplus/Form_rhoplus.h"
 #include "rhoplus/Form_rhoplus_inversion.h"
@@ -153,6 +157,56 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(session().current_station, 100.0);
     QCOMPARE(run->text(), QString("Run All"));
     QVERIFY(!session().updating_controls);
+  }
+
+  void a_click_of_the_mouse_stops_a_run_and_reaches_no_other_window() {
+    invert();
+    auto recorder = install_user_interface(std::make_unique<QtUserInterface>());
+    const auto click = [](const QWidget& part) {  // into the queue, as the mouse does
+      QWindow* const window = part.window()->windowHandle();
+      const QPoint place = part.mapTo(part.window(), part.rect().center());
+      for (const auto& [type, buttons] : {std::pair(QEvent::MouseButtonPress, Qt::LeftButton),
+                                          std::pair(QEvent::MouseButtonRelease, Qt::NoButton)}) {
+        qt_handleMouseEvent(window, place, window->mapToGlobal(place), buttons, Qt::LeftButton, type, {}, 0);
+      }
+    };
+    auto* const run = result<QPushButton>("Command_run_all");
+    QTimer::singleShot(50, run, [&] {
+      click(*control<QPushButton>("Command_show_plan"));
+      QVERIFY(!window_->close());
+      click(*run);
+    });
+    const QSignalSpy clicks_elsewhere(control<QPushButton>("Command_show_plan"), &QPushButton::clicked);
+    QTest::mouseClick(run, Qt::LeftButton);
+    QCOMPARE(session().current_station, 100.0);
+    QCOMPARE(run->text(), QString("Run All"));
+    QCOMPARE(clicks_elsewhere.count(), 0);
+    install_user_interface(std::move(recorder));
+  }
+
+  void a_run_tells_a_failure_once() {
+    rhoplus_settings().root_name = "no folder/tmd";
+    invert();
+    QCOMPARE(interface_->take_messages().size(), std::size_t{1});
+    QTest::mouseClick(result<QPushButton>("Command_run_all"), Qt::LeftButton);
+    QCOMPARE(interface_->take_messages().size(), std::size_t{1});
+    QCOMPARE(session().current_station, 100.0);
+
+    QTimer::singleShot(0, window_.get(), [this] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      QVERIFY(dialog != nullptr);
+      QTest::mouseClick(dialog->findChild<QPushButton*>("Command_create_inversion"), Qt::LeftButton);
+      QCOMPARE(session().current_station, 300.0);
+      dialog->close();
+    });
+    QTest::mouseClick(result<QPushButton>("Command_occam"), Qt::LeftButton);
+    const std::vector<std::string> messages = interface_->take_messages();
+    QCOMPARE(messages.size(), std::size_t{2});
+    QVERIFY2(messages[0].starts_with("An error occured while writing the rhoplus station data file "),
+             messages[0].c_str());
+    QVERIFY2(messages[1].starts_with("Output complete."), messages[1].c_str());
+    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 300"));
+    rhoplus_settings() = {};
   }
 
   void closing_the_window_ends_a_run() {

@@ -1,0 +1,48 @@
+#include "platform/widgets/input_only_to.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+
+namespace {
+
+bool is_input(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::TouchBegin:
+    case QEvent::Close:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+InputOnlyTo::InputOnlyTo(QWidget& window) : window_(&window) { qApp->installEventFilter(this); }
+
+InputOnlyTo::~InputOnlyTo() { qApp->removeEventFilter(this); }
+
+bool InputOnlyTo::eventFilter(QObject* receiver, QEvent* event) {
+  // Windows of the screen pass their events on to widgets, which are what counts.
+  if (receiver->isWindowType() || !is_input(event->type()) || is_within(receiver)) {
+    return false;
+  }
+  event->ignore();  // else a close would go on
+  return true;
+}
+
+bool InputOnlyTo::is_within(const QObject* receiver) const {
+  while (receiver != nullptr && receiver != window_) {
+    receiver = receiver->parent();
+  }
+  return receiver != nullptr;
+}
