@@ -1,6 +1,7 @@
 #include "output/rhoplus.h"
 
 #include <filesystem>
+#include <stdexcept>
 
 #include "core/number_text.h"
 #include "core/scope_guard.h"
@@ -49,6 +50,15 @@ int write_stations(const RhoplusLine& selection, const std::vector<double>& stat
     }
   }
   return 0;
+}
+
+/// Behind a failure that has been told: what keeps the stations' files from being written mostly keeps this
+/// one, too, and needs no second message.
+void write_what_stands(const fs::path& batch_file, const std::string& batch) {
+  try {
+    safe_files::write_into_place(batch_file, batch);
+  } catch (const std::runtime_error&) {
+  }
 }
 
 }  // namespace
@@ -100,7 +110,12 @@ int output_rhoplus(const RhoplusLine& selection, const std::string& folder,
     std::string batch;
     const int status = write_stations(selection, stations, folder, show_row_count, batch, counts);
     // Also behind a failure: it runs the stations whose files stand.
-    safe_files::write_into_place(fs::path(folder) / (rhoplus_settings().root_name + "_run.bat"), batch);
+    const fs::path batch_file = fs::path(folder) / (rhoplus_settings().root_name + "_run.bat");
+    if (status != 0) {
+      write_what_stands(batch_file, batch);
+    } else {
+      safe_files::write_into_place(batch_file, batch);
+    }
     return status;
   });
 }

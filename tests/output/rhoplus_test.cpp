@@ -171,6 +171,11 @@ TEST_F(Rhoplus, What_goes_wrong_is_told_and_leaves_earlier_files) {
   EXPECT_EQ(messages[0].rfind("An error occured while writing the rhoplus station data file ", 0), 0U);
   EXPECT_EQ(contents("out/tmd_run.bat"), "rhopp < tmd_100.dat\r\n");
 
+  rhoplus_settings().root_name = "no folder/tmd";  // keeps the batch file from being written, too
+  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), {}, counts), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  rhoplus_settings() = {};
+
   int asked = 0;
   interface->stop = [&asked] { return ++asked > 1; };
   EXPECT_EQ(output_rhoplus(selection, folder.path("stopped"), {}, counts), 0);
