@@ -100,9 +100,14 @@ RhoplusRun rhoplus(const std::filesystem::path& run_directory, std::string_view 
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file.write(log.data(), static_cast<std::streamsize>(log.size()));
   file.close();
-  if (!file && result.status == rhoplus_ran) {
-    result.status = rhoplus_log_not_written;
-    result.message = path.string() + ": " + std::generic_category().message(errno);
+  if (!file) {
+    const int reason = errno;
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);  // half a log, or that of an earlier run, would mislead
+    if (result.status == rhoplus_ran) {
+      result.status = rhoplus_log_not_written;
+      result.message = path.string() + ": " + std::generic_category().message(reason);
+    }
   }
   return result;
 }
