@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "import/import_run.h"
+#include "platform/files/safe_files.h"
 
 namespace Batch {
 namespace {
@@ -56,14 +56,8 @@ bool collect_files(const ImportOptions& options, std::vector<std::string>& files
 }
 
 int write_report(const ImportReport& report, const std::string& path) {
-  return trap_errors("An error occurred while writing the import report: ", [&] {
-    std::ofstream stream(path, std::ios::binary);
-    stream << report.to_json();
-    stream.close();
-    if (!stream) {
-      throw std::runtime_error(path + " can't be written");
-    }
-  });
+  return trap_errors("An error occurred while writing the import report: ",
+                     [&] { safe_files::write_into_place(path, report.to_json()); });
 }
 
 void print_scanned_stations() {

@@ -1,11 +1,10 @@
 #include "occam/run_files.h"
 
 #include <algorithm>
-#include <fstream>
-#include <stdexcept>
 #include <system_error>
 
 #include "core/text_fields.h"
+#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -38,12 +37,7 @@ RunScripts::RunScripts(fs::path folder) : made_(missing_folders(folder)) {
     if (!fs::exists(path)) {
       made_.push_back(path);
     }
-    std::ofstream stream(path, std::ios::binary);
-    stream << contents;
-    stream.close();
-    if (!stream) {
-      throw std::runtime_error(path.string() + ": the file can't be written");
-    }
+    safe_files::write_into_place(path, contents);
     return path;
   };
   try {

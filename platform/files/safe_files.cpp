@@ -85,22 +85,33 @@ void flush_folder_of(const fs::path& file) {
   flush_to_disk(file.has_parent_path() ? file.parent_path() : fs::path("."));
 }
 
+/// @return why a file couldn't be written; empty if it could
+std::string write_straight(const fs::path& file, std::string_view contents) {
+  errno = 0;
+  std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+  stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
+  stream.close();
+  if (stream) {
+    return {};
+  }
+  return errno == 0 ? "the file can't be written" : std::generic_category().message(errno);
+}
+
 /// Writes the neighbour of a destination; there is none after a failure.
 void write_neighbour(const fs::path& destination, std::string_view contents) {
   const fs::path neighbour = neighbour_of(destination);
-  {
-    errno = 0;
-    std::ofstream stream(neighbour, std::ios::binary | std::ios::trunc);
-    stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-    stream.close();
-    if (!stream) {
-      const std::string reason =
-          errno == 0 ? "the file can't be written" : std::generic_category().message(errno);
-      remove_quietly(neighbour);
-      fail(destination, reason);
-    }
+  if (const std::string reason = write_straight(neighbour, contents); !reason.empty()) {
+    remove_quietly(neighbour);
+    fail(destination, reason);
   }
   flush_to_disk(neighbour);
+}
+
+/// A device or pipe takes bytes, but no other file can take its place.
+bool only_takes_bytes(const fs::path& destination) {
+  std::error_code ignored;
+  const fs::file_status status = fs::status(destination, ignored);
+  return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
 }
 
 }  // namespace
@@ -124,8 +135,12 @@ void copy_into_place(const fs::path& source, const fs::path& destination) {
 }
 
 void write_into_place(const fs::path& destination, std::string_view contents) {
-  write_neighbour(destination, contents);
-  move_into_place(neighbour_of(destination), destination);
+  if (!only_takes_bytes(destination)) {
+    write_neighbour(destination, contents);
+    move_into_place(neighbour_of(destination), destination);
+  } else if (const std::string reason = write_straight(destination, contents); !reason.empty()) {
+    fail(destination, reason);
+  }
 }
 
 void write_together(const std::vector<NewFile>& files) {

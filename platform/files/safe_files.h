@@ -17,7 +17,7 @@ void copy_into_place(const std::filesystem::path& source, const std::filesystem:
 /// is replaced.
 void move_into_place(const std::filesystem::path& source, const std::filesystem::path& destination);
 
-/// Writes `contents` to `destination` in the same way.
+/// Writes `contents` to `destination` in the same way; to a device or pipe straight.
 void write_into_place(const std::filesystem::path& destination, std::string_view contents);
 
 struct NewFile {
