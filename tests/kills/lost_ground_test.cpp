@@ -6,9 +6,12 @@
 #include "database/stations.h"
 #include "import/import_run.h"
 #include "platform/files/safe_files.h"
+#include "reduction/masks.h"
+#include "reduction/repeat_data_set.h"
 #include "samples/sample_survey.h"
 #include "tests/import/sample_choices.h"
 #include "tests/kills/killed_process.h"
+#include "tests/reduction/made_line.h"
 #include "tests/support/child_process.h"
 #include "tests/support/survey_fixture.h"
 
@@ -137,6 +140,46 @@ TEST_F(LostGround, What_was_stored_before_the_disk_was_full_stays) {
     const std::int32_t found = stations_after_opening(survey);
     EXPECT_TRUE(found == stored || found == stored + 1)
         << found << " of " << stored;  // the last may lack its place
+  });
+  if (!possible) {
+    GTEST_SKIP() << no_mounts;
+  }
+}
+
+TEST_F(LostGround, An_edit_for_which_there_is_no_room_changes_nothing_and_can_be_done_again) {
+  using namespace Module_averaged_data;
+  const bool possible = run_in_own_mounts([&] {
+    const fs::path disk = small_disk();
+    const std::string survey = new_survey("disk/survey.mdb");
+    made::store_line(3);
+    ASSERT_EQ(load_repeat_data(selected_key()), 0);
+    leave_free(disk, 0);
+    const auto mask = [](std::size_t slot) { return toggle_repeat_point(slot, 0, Component::resistivity); };
+    std::string before = made::whole_readings_table();
+    std::size_t slot = 1;
+    int done = 0;
+    Edit edit = Edit::changed;
+    for (; done < 2000 && edit == Edit::changed; ++done) {  // the log takes some before it has to grow
+      before = made::whole_readings_table();
+      slot = 1 + static_cast<std::size_t>(done) % made::line_repeats;
+      edit = mask(slot);
+    }
+    ASSERT_EQ(edit, Edit::failed);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_NE(messages[0].find("database or disk is full"), std::string::npos) << messages[0];
+    EXPECT_TRUE(made::whole_readings_table() == before);
+    const std::int32_t shown = repeat_data_set().slots.at(slot).reading.curve.masked_in(1, 0);
+    free_disk(disk);
+    EXPECT_EQ(mask(slot), Edit::changed);
+    EXPECT_EQ(repeat_data_set().slots.at(slot).reading.curve.masked_in(1, 0), 1 - shown);
+    EXPECT_TRUE(made::whole_readings_table() != before);
+    const std::string after = made::whole_readings_table();
+    reopen();
+    EXPECT_TRUE(made::whole_readings_table() == after);
+    EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+    EXPECT_EQ(close_database(), 0);
+    expect_sound_database(survey);
   });
   if (!possible) {
     GTEST_SKIP() << no_mounts;
