@@ -1,7 +1,7 @@
 // Works the main window and its dialogs at random for a number of steps, on a survey made for it, and looks
 // now and then whether the survey is sound.
 //
-//   soak [--steps N] [--seed S] [--check-every N] [--menu-item NAME] [--tell]
+//   soak [--steps N] [--seed S] [--check-every N] [--menu-item NAME...] [--tell]
 //
 // Whatever the hand does, only the soak's own folder can be written. Where the system doesn't allow that, the
 // program ends with status 77. The status is 1 after a crash, a hang or a fault of the survey; then the seed
@@ -54,8 +54,9 @@ int run(int argc, char** argv) {
   program.add_option("--seed", choices.seed, "The same seed does the same steps.");
   program.add_option("--check-every", choices.check_every, "Steps between two looks at the survey.")
       ->check(CLI::PositiveNumber);
-  program.add_option("--menu-item", choices.menu_item,
-                     "Come back to the dialog behind this item all the time.");
+  program.add_option("--menu-item", choices.way,
+                     "Come back to the dialog behind this menu item or button all the time; a second name is "
+                     "that of a button on the dialog, which leads on to another one.");
   bool tells_steps = false;
   program.add_flag("--tell", tells_steps, "Write each step to the standard error.");
   CLI11_PARSE(program, argc, argv);

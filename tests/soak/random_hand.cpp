@@ -70,9 +70,26 @@ QWidget& RandomHand::window_in_front(QMainWindow& main_window) {
   return main_window;
 }
 
-void RandomHand::act() {
-  QWidget& window = window_in_front(main_window_);
-  const bool on_main_window = &window == &main_window_;
+std::vector<QWidget*> RandomHand::windows_beside(const QMainWindow& main_window) {
+  std::vector<QWidget*> beside;
+  // In the order of their making; that of all windows of the program differs from run to run.
+  for (QWidget* const window : main_window.findChildren<QWidget*>()) {
+    const Qt::WindowType type = window->windowType();
+    if ((type == Qt::Window || type == Qt::Dialog) && window->isVisible() && !window->isModal()) {
+      beside.push_back(window);
+    }
+  }
+  return beside;
+}
+
+QWidget& RandomHand::choose_window() {
+  QWidget& front = window_in_front(main_window_);
+  const std::vector<QWidget*> beside = windows_beside(main_window_);
+  return &front == &main_window_ && !beside.empty() && number(2) == 0 ? *any(beside) : front;
+}
+
+void RandomHand::act(QWidget& window) {
+  const auto* const with_menus = qobject_cast<QMainWindow*>(&window);
   const int kind = number(in_a_hundred);
   if (kind < 35) {
     click(any_part(window));
@@ -87,14 +104,14 @@ void RandomHand::act() {
   } else if (kind < 91) {
     type_text(window);
   } else if (kind < 98) {
-    if (on_main_window) {
-      choose_menu_item();
+    if (with_menus != nullptr) {
+      choose_menu_item(*with_menus);
     } else {
       click(any_part(window));
     }
   } else if (kind < 99) {
     change_size(window);
-  } else if (!on_main_window) {
+  } else if (&window != &main_window_) {
     close(window);
   }
 }
@@ -233,9 +250,12 @@ void RandomHand::type_text(QWidget& window) {
   }
 }
 
-void RandomHand::choose_menu_item() {
+void RandomHand::choose_menu_item(const QMainWindow& window) {
   QList<QAction*> items;
-  collect_items(main_window_.menuBar()->actions(), items);
+  collect_items(window.menuBar()->actions(), items);
+  if (items.empty()) {
+    return;
+  }
   QAction* const item = items[number(static_cast<int>(items.size()))];
   tell_("menu " + item->objectName().toStdString());
   item->trigger();

@@ -17,10 +17,17 @@ class RandomHand {
   /// `tell` gets each step's description before it is done, so that a crash finds it told.
   RandomHand(QMainWindow& main_window, std::uint32_t seed, std::function<void(const std::string&)> tell);
 
-  /// Does one step on the window in front: an open menu or list, a dialog, or the main window.
-  void act();
-
+  /// What holds the others: an open menu or list, a dialog; else the main window.
   [[nodiscard]] static QWidget& window_in_front(QMainWindow& main_window);
+
+  /// The windows that stand beside the main window without holding it.
+  [[nodiscard]] static std::vector<QWidget*> windows_beside(const QMainWindow& main_window);
+
+  /// The window in front, or one of those beside the main window if it is that one.
+  [[nodiscard]] QWidget& choose_window();
+
+  /// Does one step on a window.
+  void act(QWidget& window);
 
   /// A whole number from 0 to `end` - 1.
   int number(int end);
@@ -37,7 +44,7 @@ class RandomHand {
   void turn_wheel(QWidget& widget);
   void press_key(QWidget& window);
   void type_text(QWidget& window);
-  void choose_menu_item();
+  void choose_menu_item(const QMainWindow& window);
   void change_size(QWidget& window);
   void close(QWidget& window);
 

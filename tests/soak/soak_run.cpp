@@ -1,5 +1,6 @@
 #include "tests/soak/soak_run.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QPixmapCache>
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <utility>
 
 #include <malloc.h>
@@ -17,6 +19,7 @@
 #include "core/session_state.h"
 #include "core/user_interface.h"
 #include "tests/soak/soak_survey.h"
+#include "tests/soak/survey_faults.h"
 
 #ifdef __SANITIZE_ADDRESS__
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
@@ -50,7 +53,14 @@ std::string kind_of(const std::string& message) {
   return kind;
 }
 
+/// What the platform without a screen says of what it can't do; it has nothing to do with the windows.
+bool is_about_platform(const QString& text) {
+  return text.startsWith("This plugin does not support") || text.startsWith("QStandardPaths: ");
+}
+
 }  // namespace
+
+SoakRun* SoakRun::takes_warnings_ = nullptr;
 
 /// Answers at once, as the hand would if it came to the boxes.
 class SoakRun::Answers final : public UserInterface {
@@ -76,6 +86,7 @@ class SoakRun::Answers final : public UserInterface {
   }
   void set_busy_pointer(bool /*busy*/) override {}
   void process_events() override {}
+  void wait_with_events(int /*milliseconds*/) override { QCoreApplication::processEvents(); }
   void show_progress(std::string_view /*what*/, int /*percent*/) override {}
   bool stop_requested() override {
     constexpr int patience = 5000;
@@ -98,6 +109,10 @@ SoakRun::SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
     : choices_(choices), folder_(folder), tell_(std::move(tell)) {
   survey_ = make_soak_survey(folder);
   earlier_interface_ = install_user_interface(std::make_unique<Answers>(*this));
+  takes_warnings_ = this;
+  qInstallMessageHandler([](QtMsgType /*type*/, const QMessageLogContext& /*where*/, const QString& text) {
+    takes_warnings_->count_warning(text);
+  });
   window_ = std::make_unique<Form_main>();
   hand_ = std::make_unique<RandomHand>(*window_, choices.seed, [this](const std::string& what) {
     tell_("step " + std::to_string(steps_) + ": " + what);
@@ -106,6 +121,7 @@ SoakRun::SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
 
 SoakRun::~SoakRun() {
   window_.reset();
+  qInstallMessageHandler(nullptr);
   install_user_interface(std::move(earlier_interface_));
 }
 
@@ -130,15 +146,13 @@ void SoakRun::step() {
   step_soon();  // a dialog that this step brings up has an event loop of its own, which goes on from here
   ++steps_;
   const ScopedValue<int> deeper(depth_, depth_ + 1);
-  ++steps_in_window_[RandomHand::window_in_front(*window_).metaObject()->className()];
   if (!window_->isVisible()) {
     window_->show();
   }
-  const bool comes_back = !choices_.menu_item.empty() && hand_->number(2) == 0;
-  if (comes_back && &RandomHand::window_in_front(*window_) == window_.get()) {
-    window_->findChild<QAction*>(QString::fromStdString(choices_.menu_item))->trigger();
-  } else {
-    hand_->act();
+  if (!go_on_the_way()) {
+    QWidget& window = hand_->choose_window();
+    ++steps_in_window_[window.metaObject()->className()];
+    hand_->act(window);
   }
   check_is_due_ |= steps_ % choices_.check_every == 0;
   report_is_due_ |= std::ranges::find(choices_.report_at, steps_) != choices_.report_at.end();
@@ -156,6 +170,36 @@ void SoakRun::step() {
   if (steps_without_stations_ > patience) {
     window_->open_survey(QString::fromStdString(survey_));
   }
+}
+
+bool SoakRun::go_on_the_way() {
+  if (choices_.way.empty() || hand_->number(2) == 0) {
+    return false;
+  }
+  QWidget& front = RandomHand::window_in_front(*window_);
+  std::vector<QWidget*> windows{&front};
+  if (&front == window_.get()) {
+    std::ranges::copy(RandomHand::windows_beside(*window_), std::back_inserter(windows));
+  }
+  for (std::size_t place = choices_.way.size(); place-- > 0;) {
+    const QString name = QString::fromStdString(choices_.way[place]);
+    for (QWidget* const window : windows) {
+      auto* const button = window->findChild<QAbstractButton*>(name);
+      if (button != nullptr && button->isVisible() && button->window() == window) {
+        ++steps_in_window_[window->metaObject()->className()];
+        tell_("step " + std::to_string(steps_) + ": on to " + choices_.way[place]);
+        button->click();
+        return true;
+      }
+      if (auto* const item = window->findChild<QAction*>(name)) {
+        ++steps_in_window_[window->metaObject()->className()];
+        tell_("step " + std::to_string(steps_) + ": on to " + choices_.way[place]);
+        item->trigger();
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 void SoakRun::end_step() {
@@ -183,9 +227,20 @@ void SoakRun::check_survey() {
   }
 }
 
+void SoakRun::count_warning(const QString& text) {
+  if (!is_about_platform(text)) {
+    ++faults_;
+    std::fprintf(stderr, "step %d: %s\n", steps_, qPrintable(text));
+  }
+}
+
 void SoakRun::tell_memory() {
   constexpr double mebibyte = 1024.0 * 1024.0;
   // The same state each time: pictures take most of the memory, and the history of edits has its share.
+  for (QWidget* const window : RandomHand::windows_beside(*window_)) {
+    window->close();
+  }
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   window_->resize(usual_size);
   window_->open_survey(QString::fromStdString(survey_));
   window_->repaint();

@@ -17,7 +17,9 @@ struct SoakChoices {
   std::uint32_t seed = 1;
   int steps = 10000;
   int check_every = 250;
-  std::string menu_item;  // chosen every second time in the main window; empty: any, now and then
+  /// Menu item or button of the main window, button of the window that this brings up, and so on: pressed
+  /// every second time. Empty: all of them, now and then.
+  std::vector<std::string> way;
   std::vector<int> report_at{2000, 5000, 10000};  // steps after which memory is told
 };
 
@@ -36,10 +38,12 @@ class SoakRun : public QObject {
 
   void step_soon();
   void step();
+  [[nodiscard]] bool go_on_the_way();
   void end_step();
   void check_survey();
   void tell_memory();
   void tell_windows_and_messages() const;
+  void count_warning(const QString& text);
 
   SoakChoices choices_;
   const TemporaryFolder& folder_;
@@ -57,4 +61,5 @@ class SoakRun : public QObject {
   bool report_is_due_ = false;
   int depth_ = 0;  // steps under way: one in each window that runs an event loop
   int faults_ = 0;
+  static SoakRun* takes_warnings_;
 };

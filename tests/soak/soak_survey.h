@@ -1,4 +1,4 @@
-// soak_survey.h: the survey that a soak works on, and what must hold for it after any number of steps.
+// soak_survey.h: the survey that a soak works on.
 #pragma once
 #include <string>
 
@@ -9,7 +9,3 @@
 /// that are no surveys and, in "run", a finished inversion with points of a ground line. @return the survey's
 /// path
 std::string make_soak_survey(const TemporaryFolder& folder);
-
-/// Looks into the open survey: damage of the file, lengths of the stored arrays, and whether recalculation
-/// finds averages and merged curves as they are. @return what is wrong; empty if nothing is
-std::string fault_of_open_survey();
