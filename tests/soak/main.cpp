@@ -1,7 +1,7 @@
 // Works the main window and its dialogs at random for a number of steps, on a survey made for it, and looks
 // now and then whether the survey is sound.
 //
-//   soak [--steps N] [--seed S] [--check-every N] [--menu-item NAME...] [--tell]
+//   soak [--steps N] [--seed S] [--check-every N] [--menu-item NAME...] [--profile] [--tell]
 //
 // Whatever the hand does, only the soak's own folder can be written. Where the system doesn't allow that, the
 // program ends with status 77. The status is 1 after a crash, a hang or a fault of the survey; then the seed
@@ -59,6 +59,7 @@ int run(int argc, char** argv) {
                      "that of a button on the dialog, which leads on to another one.");
   bool tells_steps = false;
   program.add_flag("--tell", tells_steps, "Write each step to the standard error.");
+  program.add_flag("--profile", choices.profile, "Tell where the memory in use was allocated.");
   CLI11_PARSE(program, argc, argv);
 
   const TemporaryFolder folder;

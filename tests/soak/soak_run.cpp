@@ -23,6 +23,7 @@
 
 #ifdef __SANITIZE_ADDRESS__
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+extern "C" void __sanitizer_print_memory_profile(std::size_t percent, std::size_t places);
 #endif
 
 namespace {
@@ -35,6 +36,15 @@ std::size_t allocated_bytes() {
 #else
   const struct mallinfo2 info = mallinfo2();
   return info.uordblks + info.hblkhd;
+#endif
+}
+
+/// Where the memory in use was allocated, onto the standard error; nothing without the sanitizer.
+void print_memory_profile() {
+#ifdef __SANITIZE_ADDRESS__
+  constexpr std::size_t percent = 90;
+  constexpr std::size_t places = 40;
+  __sanitizer_print_memory_profile(percent, places);
 #endif
 }
 
@@ -251,6 +261,9 @@ void SoakRun::tell_memory() {
       steps_, static_cast<double>(resident_bytes()) / mebibyte,
       (static_cast<double>(allocated_bytes()) - engine) / mebibyte, engine / mebibyte,
       static_cast<long long>(QApplication::allWidgets().size()));
+  if (choices_.profile) {
+    print_memory_profile();
+  }
 }
 
 void SoakRun::tell_windows_and_messages() const {

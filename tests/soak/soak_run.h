@@ -21,6 +21,7 @@ struct SoakChoices {
   /// every second time. Empty: all of them, now and then.
   std::vector<std::string> way;
   std::vector<int> report_at{2000, 5000, 10000};  // steps after which memory is told
+  bool profile = false;                           // and where it was allocated
 };
 
 class SoakRun : public QObject {

@@ -229,7 +229,7 @@ std::string fault_of_open_survey() {
     return "integrity check: " + integrity.at(0).at(0);
   }
   for (const auto& check : {broken_rule, fault_of_display, fault_of_reduction}) {
-    if (const std::string fault = check(survey); !fault.empty()) {
+    if (std::string fault = check(survey); !fault.empty()) {
       return fault;
     }
   }
