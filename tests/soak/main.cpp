@@ -54,9 +54,10 @@ int run(int argc, char** argv) {
   program.add_option("--seed", choices.seed, "The same seed does the same steps.");
   program.add_option("--check-every", choices.check_every, "Steps between two looks at the survey.")
       ->check(CLI::PositiveNumber);
-  program.add_option("--menu-item", choices.way,
-                     "Come back to the dialog behind this menu item or button all the time; a second name is "
-                     "that of a button on the dialog, which leads on to another one.");
+  program.add_option(
+      "--menu-item", choices.way,
+      "Come back to the dialog behind this menu item or button all the time; further names are "
+      "buttons that are pressed there, which may lead on to another one.");
   bool tells_steps = false;
   program.add_flag("--tell", tells_steps, "Write each step to the standard error.");
   program.add_flag("--profile", choices.profile, "Tell where the memory in use was allocated.");

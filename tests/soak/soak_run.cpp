@@ -191,25 +191,29 @@ bool SoakRun::go_on_the_way() {
   if (&front == window_.get()) {
     std::ranges::copy(RandomHand::windows_beside(*window_), std::back_inserter(windows));
   }
-  for (std::size_t place = choices_.way.size(); place-- > 0;) {
-    const QString name = QString::fromStdString(choices_.way[place]);
+  std::vector<QObject*> found;
+  for (const std::string& name : choices_.way) {
     for (QWidget* const window : windows) {
-      auto* const button = window->findChild<QAbstractButton*>(name);
-      if (button != nullptr && button->isVisible() && button->window() == window) {
-        ++steps_in_window_[window->metaObject()->className()];
-        tell_("step " + std::to_string(steps_) + ": on to " + choices_.way[place]);
-        button->click();
-        return true;
-      }
-      if (auto* const item = window->findChild<QAction*>(name)) {
-        ++steps_in_window_[window->metaObject()->className()];
-        tell_("step " + std::to_string(steps_) + ": on to " + choices_.way[place]);
-        item->trigger();
-        return true;
+      auto* const button = window->findChild<QAbstractButton*>(QString::fromStdString(name));
+      if (button != nullptr && button->isVisible() && button->isEnabled() && button->window() == window) {
+        found.push_back(button);
+      } else if (auto* const item = window->findChild<QAction*>(QString::fromStdString(name))) {
+        found.push_back(item);
       }
     }
   }
-  return false;
+  if (found.empty()) {
+    return false;
+  }
+  ++steps_in_window_[front.metaObject()->className()];
+  QObject& next = *hand_->any(found);
+  tell_("step " + std::to_string(steps_) + ": on to " + next.objectName().toStdString());
+  if (auto* const button = qobject_cast<QAbstractButton*>(&next)) {
+    button->click();
+  } else {
+    qobject_cast<QAction*>(&next)->trigger();
+  }
+  return true;
 }
 
 void SoakRun::end_step() {

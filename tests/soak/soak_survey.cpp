@@ -5,6 +5,7 @@
 
 #include "core/session_state.h"
 #include "database/survey_database.h"
+#include "import/import_files.h"
 #include "import/import_run.h"
 #include "samples/sample_survey.h"
 #include "tests/occam/made_results.h"
@@ -38,6 +39,9 @@ std::string make_soak_survey(const TemporaryFolder& folder) {
   choices.decode[Module_data_file::decode_event] = {true, 14, 1, ""};
   choices.decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
   choices.sectid_as_station = true;
+  // The import dialog comes up with them.
+  Module_data_file::reading_record().choices = choices;
+  Module_data_file::keep_import_folder(folder.path("field"));
   Module_data_file::ImportReport report;
   std::string survey = folder.path("survey.mdb");
   session().database_file = survey;
