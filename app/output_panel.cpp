@@ -2,15 +2,15 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QFileSystemModel>
 #include <QShortcut>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "platform/widgets/folder_model.h"
 #include "ui_output_panel.h"
 
 OutputPanel::OutputPanel(QWidget* parent)
-    : QFrame(parent), ui_(std::make_unique<Ui::output_panel>()), folders_(new QFileSystemModel(this)) {
+    : QFrame(parent), ui_(std::make_unique<Ui::output_panel>()), folders_(new FolderModel(this)) {
   ui_->setupUi(this);
   folders_->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
   ui_->DirList->setModel(folders_);

@@ -10,12 +10,13 @@
 
 #include "core/user_interface.h"
 #include "import/import_run.h"
+#include "platform/widgets/folder_model.h"
 #include "ui_import_file_chooser.h"
 
 using namespace Module_data_file;
 
 ImportFileChooser::ImportFileChooser(QWidget* parent)
-    : QFrame(parent), ui_(std::make_unique<Ui::import_file_chooser>()), folders_(new QFileSystemModel(this)) {
+    : QFrame(parent), ui_(std::make_unique<Ui::import_file_chooser>()), folders_(new FolderModel(this)) {
   ui_->setupUi(this);
   folders_->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
   ui_->Dir_binary->setModel(folders_);

@@ -1,9 +1,10 @@
 #include "platform/widgets/folder_tree.h"
 
 #include <QDir>
-#include <QFileSystemModel>
 
-FolderTree::FolderTree(QWidget* parent) : QTreeView(parent), folders_(new QFileSystemModel(this)) {
+#include "platform/widgets/folder_model.h"
+
+FolderTree::FolderTree(QWidget* parent) : QTreeView(parent), folders_(new FolderModel(this)) {
   folders_->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
   folders_->setRootPath(QDir::rootPath());
   setModel(folders_);

@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include "platform/widgets/folder_model.h"
 #include "platform/windows/file_filter.h"
 
 namespace {
@@ -46,10 +47,12 @@ int show_box(QMessageBox::Icon icon, const std::string& text, QMessageBox::Stand
 }
 
 std::string select_file(const FileDialogRequest& request, QFileDialog::AcceptMode mode) {
+  PlainFileIcons icons;
   QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
   dialog.setAcceptMode(mode);
   dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  dialog.setIconProvider(&icons);
   dialog.setNameFilters(dialog_filters(request.filter));
   dialog.setDefaultSuffix(dialog_suffix(request.default_extension));
   dialog.setDirectory(request.directory.empty() ? QDir::currentPath()

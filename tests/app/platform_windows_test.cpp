@@ -1,6 +1,7 @@
 // The Qt side of what the logic asks of a person, and the splitter with its resizer.
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFileIconProvider>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -11,6 +12,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "platform/widgets/folder_model.h"
 #include "platform/widgets/vex_control_resizer.h"
 #include "platform/widgets/vex_splitter.h"
 #include "platform/windows/file_filter.h"
@@ -58,6 +60,21 @@ class PlatformWindowsTest : public QObject {
     QCOMPARE(dialog_suffix("*.mdb"), QString("mdb"));
     QCOMPARE(dialog_suffix("*.*"), QString());
     QCOMPARE(dialog_suffix(""), QString());
+  }
+
+  // One of these gives its first byte when the system has something to say.
+  void icons_of_files_need_no_look_into_them() {
+    const TemporaryFolder folder;
+    const QString picture = QString::fromStdString(folder.write("picture", "\x89PNG\r\n\x1a\n"));
+    const PlainFileIcons icons;
+    for (const QString& file : {picture, QStringLiteral("/proc/kmsg")}) {
+      QCOMPARE(icons.type(QFileInfo(file)), QString("File"));
+      QCOMPARE(icons.icon(QFileInfo(file)).cacheKey(), icons.icon(QFileIconProvider::File).cacheKey());
+    }
+    QCOMPARE(icons.type(QFileInfo("/")), QString("Folder"));
+    FolderModel model(nullptr);
+    model.setRootPath(QString::fromStdString(folder.folder().string()));
+    QTRY_COMPARE(model.type(model.index(picture)), QString("File"));
   }
 
   void waiting_lets_the_windows_live() {
