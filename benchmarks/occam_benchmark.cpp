@@ -27,6 +27,7 @@ class MadeLine {
       std::abort();
     }
     std::vector<made::Point> points;
+    points.reserve(60);
     for (int frequency = 0; frequency < 60; ++frequency) {
       points.push_back({1.0F + static_cast<float>(frequency), 100.0F + static_cast<float>(frequency), 45.0F});
     }
@@ -84,6 +85,7 @@ BENCHMARK(read_run)->Arg(20)->Arg(80)->Unit(benchmark::kMillisecond);
 /// Blocks of all layers, a rate that must not fall as the line grows.
 void merge_blocks(benchmark::State& state) {
   std::vector<float> nodes;
+  nodes.reserve(static_cast<std::size_t>(state.range(0)));
   for (int node = 0; node < state.range(0); ++node) {
     nodes.push_back(100.0F * static_cast<float>(node));
   }

@@ -197,6 +197,7 @@ TEST_F(Batch_program, An_interrupt_stops_an_import_at_the_next_file) {
   arguments.insert(arguments.begin(), BRENLOX_BATCH_PROGRAM);
   arguments.insert(arguments.begin() + 4, 20, folder_.path("field"));  // long enough to be met under way
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) {
     pointers.push_back(argument.data());
   }
