@@ -69,8 +69,9 @@ void add_station(graph::PdfPages& pages) {
   place_pair(pages, station_label(), station_plot(false), {0.0, 0.0, width, 1.0});
   for (std::size_t k = 0; k < rates.size(); ++k) {
     require(choose_scan_rate(plain_text(rates[k])));
-    const QRectF part(width * static_cast<double>(1 + k % most_scan_rates_in_a_row),
-                      height * static_cast<double>(k / most_scan_rates_in_a_row), width, height);
+    const std::size_t column = 1 + k % most_scan_rates_in_a_row;
+    const std::size_t row = k / most_scan_rates_in_a_row;
+    const QRectF part(width * static_cast<double>(column), height * static_cast<double>(row), width, height);
     place_pair(pages, raw_label() + ", " + plain_text(rates[k]) + " Hz", raw_plot(false), part);
   }
 }
