@@ -2,15 +2,23 @@
 
 #include <QCheckBox>
 
+namespace {
+
+struct Switch {
+  const char* caption;
+  const char* tool_tip;
+};
+constexpr std::array<Switch, 3> switches{{{"Use Data", "Off: this curve takes no part in anything"},
+                                          {"Use Res", "Off: resistivities of this curve are left out"},
+                                          {"Use Phase", "Off: phases of this curve are left out"}}};
+
+}  // namespace
+
 std::array<QCheckBox*, 3> make_use_switches(const QString& name) {
-  const char* const captions[] = {"Use Data", "Use Res", "Use Phase"};
-  const char* const tool_tips[] = {"Off: this curve takes no part in anything",
-                                   "Off: resistivities of this curve are left out",
-                                   "Off: phases of this curve are left out"};
   std::array<QCheckBox*, 3> boxes{};
   for (std::size_t index = 0; index < boxes.size(); ++index) {
-    boxes[index] = new QCheckBox(captions[index]);
-    boxes[index]->setToolTip(tool_tips[index]);
+    boxes[index] = new QCheckBox(switches[index].caption);
+    boxes[index]->setToolTip(switches[index].tool_tip);
     boxes[index]->setObjectName(QString("%1_%2").arg(name).arg(index));
   }
   return boxes;
