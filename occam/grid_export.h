@@ -42,7 +42,11 @@ vexgrid::RegularGrid block_grid(std::span<const GridBlock> blocks, const vexgrid
 /// Ten to the power of each value.
 vexgrid::RegularGrid antilog(vexgrid::RegularGrid grid);
 
+/// The text of the points file: for the middle of each block distance and elevation, m, resistivity, ohm-m,
+/// and its log10; lines ending in CR LF.
 std::string point_table(std::span<const GridBlock> blocks);
+/// The text of the fit file: for each site and frequency the four values of resistivity, log10 ohm-m, and of
+/// phase, degrees; "*" where there is none.
 std::string data_fit_table(const OccamResponse& response);
 
 /// Writes grids, points and data fit of the current iteration into the folder of derived files, and says so.

@@ -192,10 +192,6 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
   painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-QPointF unzoomed(const SectionGeometry& geometry, const PictureZoom& zoom, QPointF at) {
-  return ZoomedPlot(geometry, zoom).home(at);
-}
-
 std::string section_text(const SectionPicture& picture, const OccamData& sites, const PictureZoom& zoom,
                          QPointF at) {
   constexpr double at_mark = 6.0;  // pixels

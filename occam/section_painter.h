@@ -33,9 +33,6 @@ QRectF plot_area(PictureSize picture);
 void paint_section(QPainter& painter, const SectionPicture& picture, const OccamData& sites,
                    const PictureZoom& zoom);
 
-/// Where a place of the drawing lies: pixels of the geometry, zoom undone.
-QPointF unzoomed(const SectionGeometry& geometry, const PictureZoom& zoom, QPointF at);
-
 /// What stands under a place of the drawing: "Distance 250.0 m   Depth 80.0 m   Resistivity 1.50 log10 ohm-m
 /// (31.62 ohm-m)", "NA" where there is no block; empty outside of the section.
 std::string section_text(const SectionPicture& picture, const OccamData& sites, const PictureZoom& zoom,
