@@ -34,8 +34,9 @@ Form_frequency::Form_frequency(Module_database::FrequencySelection selection, QW
   for (QPushButton* const button : {Command_save_changes_, Command_cancel_changes_, done}) {
     button->setAutoDefault(false);
   }
-  resize(sizeHint().width(), 480);
+  resize_to_fit(*this, {sizeHint().width(), 480});
   connect_switches(*Grid_frequencies_, this, [this](int row, int column) { switch_cell(row, column); });
+  Grid_frequencies_->setAccessibleName("Frequencies");
   Grid_frequencies_->setToolTip("Click into the column Use to switch a frequency on or off");
   Command_save_changes_->setToolTip("Stores which frequencies are used");
   Command_cancel_changes_->setToolTip("Back to what is stored");

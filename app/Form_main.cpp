@@ -1,6 +1,9 @@
 #include "app/Form_main.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QResizeEvent>
@@ -11,6 +14,7 @@
 #include "app/Form_about.h"
 #include "app/Form_find_file.h"
 #include "app/Form_frequency.h"
+#include "app/Form_memory_status.h"
 #include "app/Form_tutorial.h"
 #include "app/output_panel.h"
 #include "app/picture_station.h"
@@ -71,6 +75,7 @@ Form_main::Form_main(QWidget* parent)
   session().x_column = 1;
   session().y_column = 2;
   connect_menus();
+  qApp->installEventFilter(this);
   Module_Brenlox::reset_session(*this);
 }
 
@@ -143,6 +148,7 @@ void Form_main::connect_menus() {
   connect(ui_->menu_tutorial, &QAction::triggered, this, &Form_main::show_tutorial);
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
+  connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
   connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
   connect(ui_->menu_output_data_0, &QAction::triggered, this,
           [this] { show_output_panel(Module_output::OutputKind::rhoplus); });
@@ -338,12 +344,44 @@ void Form_main::import_data() {
 }
 
 void Form_main::show_tutorial() {
-  if (tutorial_ == nullptr) {
-    tutorial_ = new Form_tutorial(this);
-  }
+  QWidget* const modal = QApplication::activeModalWidget();
+  attach_tutorial(modal != nullptr && modal != tutorial_ ? *modal : *this);
   tutorial_->show();
   tutorial_->raise();
   tutorial_->activateWindow();
+}
+
+// A modal window lets only windows of its own be worked, so that the tutorial is one of them for as long as
+// it is there.
+void Form_main::attach_tutorial(QWidget& window) {
+  if (!tutorial_) {
+    tutorial_ = new Form_tutorial(&window);
+  } else if (tutorial_->parentWidget() != &window) {
+    const bool is_read = tutorial_->isVisible();
+    tutorial_->setParent(&window, tutorial_->windowFlags());
+    tutorial_->setVisible(is_read);
+  }
+  if (auto* const dialog = qobject_cast<QDialog*>(&window)) {
+    const auto pass_on = [this, dialog] {
+      if (tutorial_ && tutorial_->parentWidget() == dialog) {
+        QWidget* const behind = dialog->parentWidget();
+        attach_tutorial(behind != nullptr ? *behind->window() : *this);
+      }
+    };
+    connect(dialog, &QDialog::finished, this, pass_on, Qt::SingleShotConnection);
+  }
+}
+
+// The shortcut of the menu works in this window alone.
+bool Form_main::eventFilter(QObject* receiver, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && receiver->isWidgetType()) {
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier) {
+      show_tutorial();
+      return true;
+    }
+  }
+  return QMainWindow::eventFilter(receiver, event);
 }
 
 void Form_main::view_table(const Module_database::ViewedTable& table) {

@@ -4,6 +4,7 @@
 // as the program.
 #pragma once
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 #include <memory>
 
@@ -36,6 +37,8 @@ class Form_main : public QMainWindow, private MainView {
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  /// Sees all keys of the program: the key for help works in every window.
+  bool eventFilter(QObject* receiver, QEvent* event) override;
 
  private:
   void set_database_menus(bool open) override;
@@ -58,6 +61,7 @@ class Form_main : public QMainWindow, private MainView {
   void import_data();
   void select_frequencies();
   void show_tutorial();
+  void attach_tutorial(QWidget& window);
   void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
 
@@ -68,5 +72,5 @@ class Form_main : public QMainWindow, private MainView {
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
-  Form_tutorial* tutorial_ = nullptr;  // made when it is first asked for
+  QPointer<Form_tutorial> tutorial_;  // made when it is first asked for
 };

@@ -38,8 +38,9 @@ Form_tutorial::Form_tutorial(QWidget* parent)
     : QDialog(parent, Qt::Window), Text_tutorial_(named(new Pages, "Text_tutorial")) {
   setObjectName("Form_tutorial");
   setWindowTitle("Brenlox Tutorial");
-  resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 44);
+  resize_to_fit(*this, {fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 44});
   Text_tutorial_->setOpenLinks(false);
+  Text_tutorial_->setAccessibleName("Page of the tutorial");
   Text_tutorial_->setToolTip("Arrows and the wheel turn the pages; a click on a link follows it");
   connect(Text_tutorial_, &QTextBrowser::anchorClicked, this, &Form_tutorial::open_link);
 
@@ -63,6 +64,11 @@ Form_tutorial::Form_tutorial(QWidget* parent)
   rows->addLayout(buttons);
   layout()->activate();  // pictures are loaded with the page, and need its width
   Text_tutorial_->setSource(manual_page("tutorial.md"), QTextDocument::MarkdownResource);
+}
+
+void Form_tutorial::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  Text_tutorial_->setFocus();  // the keys turn the pages, whatever was pressed when it was here before
 }
 
 void Form_tutorial::open_link(const QUrl& link) {

@@ -10,6 +10,9 @@ class Form_tutorial : public QDialog {
  public:
   explicit Form_tutorial(QWidget* parent = nullptr);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+
  private:
   void open_link(const QUrl& link);
 

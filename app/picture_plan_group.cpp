@@ -23,12 +23,14 @@ using namespace Module_display_data;
 namespace {
 
 /// A bar that goes back to its middle after each move.
-QScrollBar* make_spring(Qt::Orientation orientation, const QString& name) {
+QScrollBar* make_spring(Qt::Orientation orientation, const QString& name, const QString& spoken_name) {
   auto* const bar = named(new QScrollBar(orientation), name);
   bar->setRange(-10, 10);
   bar->setPageStep(5);
   bar->setTracking(false);  // a drag moves once, when the bar is let go
   bar->setToolTip("Moves the plan");
+  bar->setAccessibleName(spoken_name);
+  bar->setFocusPolicy(Qt::StrongFocus);
   return bar;
 }
 
@@ -38,8 +40,8 @@ PlanPanel::PlanPanel(QWidget* parent)
     : QWidget(parent),
       Picture_raw_data_(named(new RawPanel, "Picture_raw_data")),
       Picture_site_map_(named(new SiteMap, "Picture_site_map")),
-      HScroll_x_centre_(make_spring(Qt::Horizontal, "HScroll_x_centre")),
-      VScroll_y_centre_(make_spring(Qt::Vertical, "VScroll_y_centre")),
+      HScroll_x_centre_(make_spring(Qt::Horizontal, "HScroll_x_centre", "Plan to the left or right")),
+      VScroll_y_centre_(make_spring(Qt::Vertical, "VScroll_y_centre", "Plan up or down")),
       VScroll_scale_(named(new QScrollBar(Qt::Vertical), "VScroll_scale")),
       Combo_coords_(make_list("Combo_coords")),
       Command_show_raw_data_(named(new QPushButton("Show Ra&w Data"), "Command_show_raw_data")),
@@ -48,6 +50,8 @@ PlanPanel::PlanPanel(QWidget* parent)
   VScroll_scale_->setRange(-5, 20);
   VScroll_scale_->setPageStep(1);
   VScroll_scale_->setToolTip("Zoom");
+  VScroll_scale_->setAccessibleName("Zoom of the plan");
+  VScroll_scale_->setFocusPolicy(Qt::StrongFocus);
   Combo_coords_->setToolTip("Coordinates of the survey's own grid, or of the map");
   Command_show_raw_data_->setToolTip("Back to the repeats of the station");
   stack_->addWidget(make_plan());

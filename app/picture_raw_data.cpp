@@ -16,6 +16,7 @@
 #include "display/point_texts.h"
 #include "display/raw_plot.h"
 #include "platform/widgets/panel_controls.h"
+#include "platform/widgets/scroll_column.h"
 #include "reduction/masks.h"
 #include "reduction/repeat_data_set.h"
 
@@ -45,13 +46,17 @@ RawPanel::RawPanel(QWidget* parent)
   auto* const columns = new QHBoxLayout(this);
   columns->setContentsMargins(0, 2, 0, 0);
   columns->addLayout(left, 1);
-  columns->addLayout(make_side());
+  auto* const side = new ScrollColumn;
+  side->setWidget(make_side());
+  columns->addWidget(side);
   graphs_->set_point_text(raw_point_text);
   connect_controls();
 }
 
-QVBoxLayout* RawPanel::make_side() {
-  auto* const rows = new QVBoxLayout;
+QWidget* RawPanel::make_side() {
+  auto* const side = new QWidget;
+  auto* const rows = new QVBoxLayout(side);
+  rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(4);
   auto* const scan_rate = new QHBoxLayout;
   add_labelled(*scan_rate, "Scan rate (H&z)", Combo_scan_rate_);
@@ -69,7 +74,7 @@ QVBoxLayout* RawPanel::make_side() {
   rows->addWidget(stats_);
   constexpr int digits = 34;  // three check boxes in a row
   repeats_->setFixedWidth(fontMetrics().horizontalAdvance('0') * digits);
-  return rows;
+  return side;
 }
 
 void RawPanel::connect_controls() {

@@ -13,7 +13,6 @@ class QCheckBox;
 class QComboBox;
 class QLabel;
 class QPushButton;
-class QVBoxLayout;
 
 class RawPanel : public QWidget {
   Q_OBJECT
@@ -37,7 +36,7 @@ class RawPanel : public QWidget {
   void plan_wanted();
 
  private:
-  QVBoxLayout* make_side();
+  QWidget* make_side();
   void connect_controls();
   void show_average_switches();
 

@@ -36,6 +36,7 @@ RepeatsPanel::RepeatsPanel(QWidget* parent)
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(Grid_repeats_);
+  Grid_repeats_->setAccessibleName("Repeats");
   Grid_repeats_->setMinimumHeight(70);
   Grid_repeats_->setToolTip("Click into a column to leave the repeat, or a part of it, out of the average");
   connect_switches(*Grid_repeats_, this, [this](int row, int column) { switch_cell(row, column); });

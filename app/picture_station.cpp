@@ -40,6 +40,8 @@ StationPanel::StationPanel(QWidget* parent)
   Command_invert_->setToolTip("One-dimensional inversion of the merged curve");
   Text_multi_count_->setText("2");
   Text_multi_count_->setToolTip("Stations on each side");
+  Text_multi_count_->setAccessibleName("Neighbours on each side");
+  Combo_multi_side_->setAccessibleName("Side of the neighbours");
   Combo_multi_side_->setToolTip("On which side of the station the neighbours stand");
   Combo_multi_side_->addItems({"Both", "Before", "After"});
   auto* const rows = new QVBoxLayout(this);

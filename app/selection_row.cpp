@@ -79,6 +79,7 @@ QHBoxLayout* SelectionRow::make_selection() {
   HScroll_repeat_->setRange(1, 1);
   HScroll_repeat_->setFocusPolicy(Qt::StrongFocus);
   HScroll_repeat_->setToolTip("Stations of the line (Left, Right)");
+  HScroll_repeat_->setAccessibleName("Stations of the line");
   row->addWidget(HScroll_repeat_, 1);
   add_labelled(*row, "&Reference", Combo_reference_type_);
   add_labelled(*row, "Data &type", Combo_data_type_);

@@ -5,13 +5,20 @@
 #include <QBasicTimer>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
+#include <QDirIterator>
 #include <QFileInfo>
+#include <QFileSystemModel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPixmap>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
+#include <QTreeWidget>
 #include <algorithm>
 #include <functional>
 #include <utility>
@@ -23,28 +30,64 @@
 #include "core/user_interface.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
+#include "occam/Form_occam_inversion.h"
+#include "occam/iteration_file.h"
+#include "occam/run_results.h"
+#include "projections/Form_define_projection.h"
 
 namespace {
-
-constexpr int settle_milliseconds = 250;  // lists of folders are read in the background
 
 struct WindowPicture {
   const char* name;                 // of the file, without its ending
   const char* menu_item = nullptr;  // brings the window up; none: the main window as it stands
   std::function<void(QWidget&)> prepare = nullptr;  // fills the window in before its picture is taken
+  std::function<void(Form_main&)> open = nullptr;   // in place of a menu item that would ask for more
+  bool (*possible)() = [] { return true; };         // with what stands beside the survey
 };
 
-void let_settle() {
-  QElapsedTimer time;
-  time.start();
-  while (time.elapsed() < settle_milliseconds) {
-    QApplication::processEvents(QEventLoop::AllEvents, settle_milliseconds);
+/// Lets events run until something holds. @return whether it does by now; a machine that doesn't get there
+/// for long has other troubles
+template <class Condition>
+bool wait_until(Condition condition) {
+  constexpr int patience_milliseconds = 30000;
+  const QDeadlineTimer deadline(patience_milliseconds);
+  QApplication::processEvents();
+  while (!condition() && !deadline.hasExpired()) {
+    constexpr int turn_milliseconds = 20;
+    QApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, turn_milliseconds);
   }
+  return condition();
+}
+
+/// Folders are read in the background: the chosen one comes into view once those above it are there.
+bool shows_its_folder(const QTreeView& tree) {
+  const QModelIndex chosen = tree.currentIndex();
+  return qobject_cast<const QFileSystemModel*>(tree.model()) == nullptr || !tree.isVisible() ||
+         !chosen.isValid() || tree.viewport()->rect().intersects(tree.visualRect(chosen));
+}
+
+/// Layouts and graphs that follow a change with a delay have single shots on their way.
+bool is_on_its_way(const QTimer& timer) {
+  constexpr int longest_delay_milliseconds = 500;
+  return timer.isActive() && timer.isSingleShot() && timer.interval() <= longest_delay_milliseconds;
+}
+
+void let_settle(const QWidget& window) {
+  wait_until([&window] {
+    return std::ranges::all_of(window.findChildren<QTreeView*>(),
+                               [](auto* tree) { return shows_its_folder(*tree); }) &&
+           std::ranges::none_of(window.findChildren<QTimer*>(),
+                                [](auto* timer) { return is_on_its_way(*timer); });
+  });
 }
 
 template <class Widget>
 Widget& control(const QWidget& window, const char* name) {
-  return *window.findChild<Widget*>(name);
+  auto* const found = window.findChild<Widget*>(name);
+  if (found == nullptr) {
+    qFatal("%s has no %s", qPrintable(window.windowTitle()), name);  // the list of pictures is out of date
+  }
+  return *found;
 }
 
 void press(const QWidget& window, const char* name) { control<QPushButton>(window, name).click(); }
@@ -53,17 +96,21 @@ std::vector<std::string> field_files() {
   return Module_data_file::find_import_files(Module_util::directory_of(session().database_file), "edi");
 }
 
+/// Adds all files of a folder to the list. The list of the folder's files may be read anew at any time while
+/// the folders beside it are still being read.
 void choose_folder(const QWidget& import_dialog, const QString& folder) {
-  auto& typed = control<QLineEdit>(import_dialog, "Text_folder");
-  typed.setText(folder);
-  Q_EMIT typed.returnPressed();
+  const auto& list = control<QTreeWidget>(import_dialog, "ListView_binary");
   const auto& found = control<QPushButton>(import_dialog, "Command_find_and_add_files");
-  constexpr int most_waits = 20;  // a busy machine takes its time over the list
-  int waits = 0;
-  do {
-    let_settle();
-  } while (!found.isEnabled() && ++waits < most_waits);
-  press(import_dialog, "Command_find_and_add_files");
+  auto& typed = control<QLineEdit>(import_dialog, "Text_folder");
+  const int files = list.topLevelItemCount();
+  wait_until([&] {
+    if (!found.isEnabled() || QDir(typed.text()) != QDir(folder)) {
+      typed.setText(folder);
+      Q_EMIT typed.returnPressed();
+    }
+    press(import_dialog, "Command_find_and_add_files");
+    return list.topLevelItemCount() > files;
+  });
 }
 
 void choose_files(const QWidget& import_dialog) {
@@ -112,6 +159,42 @@ void decode_names_of_samples() {
   decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
 }
 
+/// An iteration that a run has left in the survey's folder or below it; empty if there is none.
+QString iteration_file() {
+  QDirIterator files(QString::fromStdString(Module_util::directory_of(session().database_file)), {"ITER*"},
+                     QDir::Files, QDirIterator::Subdirectories);
+  return files.hasNext() ? files.next() : QString();
+}
+
+bool has_run() { return !iteration_file().isEmpty(); }
+
+void show_results(Form_main& window) {
+  Module_occam::RunResults results;
+  if (open_results(iteration_file().toStdString(), results) == 0) {
+    Form_occam_inversion(std::move(results), &window).exec();
+  }
+}
+
+/// Fills the pages in from the run and, beside it, a file of elevations, as far as they are there.
+void mask_run(const QWidget& mask_dialog) {
+  Module_occam::ControlFile names;
+  const QString iteration = iteration_file();
+  if (iteration.isEmpty() || read_occam_control_file(iteration.toStdString(), names) != 0) {
+    return;
+  }
+  const QDir run = QFileInfo(iteration).dir();
+  const auto fill = [&mask_dialog](const char* name, const QString& text) {
+    auto& typed = control<QLineEdit>(mask_dialog, name);
+    typed.setText(text);
+    Q_EMIT typed.editingFinished();
+  };
+  fill("Text_occam_model_file", run.filePath(QString::fromStdString(names.model_file)));
+  if (const QStringList elevations = run.entryList({"*.xyz"}, QDir::Files); !elevations.isEmpty()) {
+    fill("Text_data_locations", run.filePath(elevations.front()));
+    press(mask_dialog, "Command_load_locations");
+  }
+}
+
 /// The window that has come up beside another one without holding it; none as a rule.
 QWidget* window_beside(const QWidget& window) {
   for (QWidget* const other : QApplication::topLevelWidgets()) {
@@ -136,9 +219,26 @@ const WindowPicture pictures[] = {
     {"import_report", "menu_import_MT", scan_damaged_files},
     {"table_viewer", "menu_view_table_2"},
     {"frequencies", "menu_thresholds"},
-    {"mask_topo", "menu_occam2d_topo_mask"},
+    {"mask_topo_model", "menu_occam2d_topo_mask", mask_run},
+    {"mask_topo_points", "menu_occam2d_topo_mask",
+     [](QWidget& window) {
+       mask_run(window);
+       control<QTabWidget>(window, "Tab_occam_files").setCurrentIndex(1);
+     },
+     nullptr, has_run},
+    {"mask_topo_mesh", "menu_occam2d_topo_mask",
+     [](QWidget& window) {
+       mask_run(window);
+       control<QTabWidget>(window, "Tab_occam_files").setCurrentIndex(2);
+     },
+     nullptr, has_run},
+    {"occam_results", nullptr, nullptr, show_results, has_run},
+    {"occam_response", nullptr, [](QWidget& window) { press(window, "Command_display_response"); },
+     show_results, has_run},
+    {"projection", nullptr, nullptr, [](Form_main& window) { Form_define_projection("", &window).exec(); }},
     {"tutorial", "menu_tutorial"},
     {"about", "menu_about"},
+    {"memory_status", "menu_memory_status"},
     {"whats_new", "menu_whats_new"},
     {"find_file", "menu_find_file",
      [](QWidget& window) {
@@ -177,10 +277,12 @@ class WindowVisit : public QObject {
     picture_ = &picture;
     prepared_ = visited_ = false;
     look_soon();
-    if (picture.menu_item != nullptr) {
+    if (picture.open) {
+      picture.open(main_window_);
+    } else if (picture.menu_item != nullptr) {
       main_window_.findChild<QAction*>(picture.menu_item)->trigger();
     }
-    if (!visited_) {
+    if (!visited_ && !picture.open) {
       prepare_and_visit(main_window_);
     }
     picture_ = nullptr;
@@ -212,11 +314,14 @@ class WindowVisit : public QObject {
     if (!std::exchange(prepared_, true) && picture_->prepare) {
       picture_->prepare(window);
     }
-    let_settle();
+    let_settle(window);
     if (std::exchange(visited_, true)) {
       return;  // a window that this one has brought up
     }
     QWidget* const beside = window_beside(window);
+    if (beside != nullptr) {
+      let_settle(*beside);
+    }
     visitor_(picture_->name, beside != nullptr ? *beside : window);
     if (beside != nullptr) {
       beside->close();
@@ -239,7 +344,9 @@ void visit_windows(Form_main& window, const WindowVisitor& visitor) {
   window.show();
   WindowVisit visit(window, visitor);
   for (const WindowPicture& picture : pictures) {
-    visit.show(picture);
+    if (picture.possible()) {
+      visit.show(picture);
+    }
   }
 }
 

@@ -12,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "platform/widgets/panel_controls.h"
 #include "ui_Form_occam2d_mask_topo.h"
 
 using Module_occam::MaskStyle;
@@ -51,6 +52,7 @@ QString grouped(std::int64_t count) {
 Form_occam2d_mask_topo::Form_occam2d_mask_topo(QWidget* parent)
     : QDialog(parent), ui_(std::make_unique<Ui::Form_occam2d_mask_topo>()) {
   ui_->setupUi(this);
+  resize_to_fit(*this, {1100, 700});
   const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   for (QPlainTextEdit* const text : {ui_->Text_model_file, ui_->Text_data_file, ui_->Text_mesh_mask}) {
     text->setFont(fixed);

@@ -64,6 +64,12 @@ QWidget* ModelControls::make_iteration_group() {
   auto* const rows = new QFormLayout(group);
   HScroll_iteration_->setFocusPolicy(Qt::StrongFocus);
   HScroll_iteration_->setToolTip("Iteration on show");
+  HScroll_iteration_->setAccessibleName("Iteration");
+  Combo_iteration_->setToolTip("Iteration on show");
+  Text_iterate_->setToolTip("Number of the iteration in its file");
+  Text_multiplier_->setToolTip("What roughness counts against misfit in this iteration");
+  Text_roughness_->setToolTip("Roughness of the model");
+  Text_RMS_->setToolTip("Root mean square of the misfits, in units of the errors");
   rows->addRow("I&teration", Combo_iteration_);
   rows->addRow(HScroll_iteration_);
   rows->addRow("Iteration Number", Text_iterate_);
@@ -86,6 +92,10 @@ QWidget* ModelControls::make_look_group() {
     Combo_colour_table_->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
   }
   Combo_colour_table_->setCurrentIndex(SectionLook().colour_table);
+  Combo_colour_table_->setToolTip("Colours of the section, and of the misfits");
+  Check_invert_colour_->setToolTip("Takes the colours in the opposite order");
+  Check_log_vertical_->setToolTip("Gives the shallow part of the section more room");
+  Check_draw_mesh_->setToolTip("Draws the edges of the cells");
   Text_min_res_->setToolTip("Log Resistivity value which maps to the start colour");
   Text_max_res_->setToolTip("Log Resistivity value which maps to the end colour");
   Text_max_depth_->setToolTip("Maximum depth to display");
@@ -124,6 +134,10 @@ void ModelControls::add_buttons(QBoxLayout& rows) {
   auto* const grid = named(new QPushButton("Write &Geosoft Grid"), "Command_write_grid");
   auto* const save = named(new QPushButton("&Save"), "Command_save");
   auto* const done_button = named(new QPushButton("&Done"), "Command_done");
+  Command_display_response_->setToolTip("Shows the fit of the sites, or the course of the misfit");
+  grid->setToolTip("Writes the section as grids and tables");
+  save->setToolTip("Saves the section, or the fit of all stations");
+  done_button->setToolTip("Closes the window (Esc)");
   auto* const menu = new QMenu(save);
   menu->addAction("Section as P&NG...", this, &ModelControls::save_section_png);
   menu->addAction("Section as P&DF...", this, &ModelControls::save_section_pdf);

@@ -106,6 +106,7 @@ QWidget* ResponseFrame::make_station_row() {
   items->setContentsMargins(0, 0, 0, 0);
   HScroll_station_->setFocusPolicy(Qt::StrongFocus);
   HScroll_station_->setToolTip("Station on show");
+  HScroll_station_->setAccessibleName("Station");
   HScroll_station_->setPageStep(1);
   items->addWidget(Label_station_, 3);
   items->addWidget(HScroll_station_, 2);

@@ -43,7 +43,7 @@ Form_rhoplus_inversion::Form_rhoplus_inversion(QWidget* parent)
   ui_->setupUi(this);
   compose();
   connect_controls();
-  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 38);
+  resize_to_fit(*this, {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 38});
   show_station_bar();
 }
 
@@ -70,9 +70,11 @@ void Form_rhoplus_inversion::compose() {
     titles << title;
   }
   Grid_inversion_data_ = make_switch_grid("Grid_inversion_data", titles);
+  Grid_inversion_data_->setAccessibleName("Data and fit");
   Grid_inversion_data_->setToolTip("Click into a use column to mask or use the value");
   Text_rhoplus_out_ = named(new QPlainTextEdit, "Text_rhoplus_out");
   Text_rhoplus_out_->setToolTip("Log of the run");
+  Text_rhoplus_out_->setAccessibleName("Log of the run");
   Text_rhoplus_out_->setReadOnly(true);
   Text_rhoplus_out_->setLineWrapMode(QPlainTextEdit::NoWrap);
   Text_rhoplus_out_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -91,6 +93,18 @@ void Form_rhoplus_inversion::compose() {
   ui_->Command_run_all->setText(stop_caption);
   ui_->Command_run_all->setMinimumWidth(ui_->Command_run_all->sizeHint().width());
   ui_->Command_run_all->setText(run_caption);
+  ui_->Text_rhoplus_target_chi->setAccessibleName("Target chi");
+  ui_->Text_rhoplus_achieved_chi->setAccessibleName("Achieved chi");
+  // The bar and the buttons stand below the data.
+  QWidget* before = graphs_;
+  for (QWidget* const control : std::initializer_list<QWidget*>{
+           Grid_inversion_data_, Text_rhoplus_out_, ui_->HScroll_repeat, ui_->Text_rhoplus_target_chi,
+           ui_->Text_rhoplus_achieved_chi, ui_->Command_rhoplus_log, ui_->Command_run_all, ui_->Command_occam,
+           ui_->Command_done}) {
+    setTabOrder(before, control);
+    before = control;
+  }
+  Grid_inversion_data_->setFocus();
   for (QLabel*& panel : panels_) {
     panel = new QLabel;
     ui_->Status_inversion->addWidget(panel, 1);

@@ -97,7 +97,7 @@ SampleFile make_file(const Recording& recording, std::uint64_t seed) {
   section.remark = remark_of(recording);
   section.north = map_north_origin + recording.station;
   section.east = map_east_origin + recording.line->local_east;
-  section.elevation = 350.0 + 0.02 * recording.station;
+  section.elevation = elevation_at(recording.station);
   section.dipole = station_step;
   section.frequencies = frequencies_of(scan_rate);
   measure(recording, seed, section);
@@ -115,6 +115,13 @@ std::vector<Layer> ground_below(const SampleLine& line, double station) {
           {600.0, 700.0 - 450.0 * along + line.depth_change},
           {15.0 + 10.0 * along, 250.0},
           {1500.0, 0.0}};
+}
+
+double elevation_at(double station) {
+  constexpr double foot = 350.0;  // m
+  constexpr double hill = 50.0;   // m, above the foot in the middle of a line
+  const double along = (station - first_station) / (station_step * (station_count - 1));
+  return foot + hill * 4.0 * along * (1.0 - along);
 }
 
 std::vector<double> frequencies_of(const ScanRate& scan_rate) {

@@ -55,6 +55,9 @@ struct SampleFile {
 /// The ground under a station of a line.
 std::vector<Layer> ground_below(const SampleLine& line, double station);
 
+/// Elevation of a station of either line, m: the lines cross a hill.
+double elevation_at(double station);
+
 /// The frequencies of a scan rate, Hz, descending as instruments write them. Both scan rates give the same
 /// numbers where they overlap.
 std::vector<double> frequencies_of(const ScanRate& scan_rate);

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScreen>
 
 namespace {
 
@@ -47,6 +48,14 @@ QLabel* make_heading(const QString& name) {
   label->setTextFormat(Qt::PlainText);
   label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   return label;
+}
+
+void resize_to_fit(QWidget& window, QSize wanted) {
+  constexpr double of_the_width = 0.95;
+  constexpr double of_the_height = 0.9;  // the title is above
+  const QSize room = window.screen()->availableSize();
+  window.resize(wanted.boundedTo(
+      {static_cast<int>(room.width() * of_the_width), static_cast<int>(room.height() * of_the_height)}));
 }
 
 void add_labelled(QBoxLayout& row, const QString& label, QWidget* control) {

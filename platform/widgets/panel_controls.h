@@ -1,6 +1,7 @@
 // panel_controls.h: the small things that the panels of the main view make in the same way.
 #pragma once
 #include <QLabel>
+#include <QSize>
 #include <QString>
 #include <string>
 
@@ -24,6 +25,9 @@ QComboBox* make_list(const QString& name);
 
 /// A heading that may be cut off where its panel is narrow.
 QLabel* make_heading(const QString& name);
+
+/// Gives a window a size, or less where its screen has no room for it with its frame.
+void resize_to_fit(QWidget& window, QSize wanted);
 
 /// Puts a control behind its label, which takes the keyboard to it.
 void add_labelled(QBoxLayout& row, const QString& label, QWidget* control);

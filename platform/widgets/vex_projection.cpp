@@ -105,6 +105,7 @@ void VexProjection::make_form() {
     const QString name = projection_name(code);
     projection_->addItem(code == projection_geographic ? name + " (longitude and latitude)" : name, code);
   }
+  projection_->setToolTip("The kind of projection; it decides which values count");
   add_row("P&rojection", projection_);
 
   datum_ = new QComboBox(this);
@@ -128,6 +129,8 @@ void VexProjection::make_form() {
   for (const std::int32_t code : {hemisphere_from_latitude, hemisphere_north, hemisphere_south}) {
     hemisphere_->addItem(hemisphere_name(code), code);
   }
+  hemisphere_->setToolTip(
+      "The half of the globe that the survey is in; the southern one counts from 10000000 m");
   add_row("&Hemisphere", hemisphere_);
 
   zone_number_ = new QLineEdit(this);
@@ -188,9 +191,8 @@ void VexProjection::add_number(const char* name, const QString& title, double Va
   auto* const edit = new QLineEdit(this);
   edit->setObjectName(name);
   edit->setMinimumWidth(fontMetrics().averageCharWidth() * number_characters);
-  if (is_angle) {
-    edit->setToolTip("Decimal degrees, or degrees:minutes:seconds; south and west are negative");
-  }
+  edit->setToolTip(is_angle ? "Decimal degrees, or degrees:minutes:seconds; south and west are negative"
+                            : "A number; an empty field counts as the grey one in it");
   add_row(title, edit);
   const std::size_t place = numbers_.size();
   numbers_.push_back({value, is_angle, projections, QString(title).remove('&'), edit, true});
@@ -211,6 +213,9 @@ void VexProjection::make_test_point() {
   longitude_ = line("Text_test_longitude", false);
   easting_ = line("Text_test_easting", true);
   northing_ = line("Text_test_northing", true);
+  for (QLineEdit* const result : {easting_, northing_}) {
+    result->setToolTip("Where the test point comes to lie");
+  }
   easting_title_ = new QLabel(test_point_);
   northing_title_ = new QLabel(test_point_);
   test_note_ = note_label("Label_test_note", test_point_);

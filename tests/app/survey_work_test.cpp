@@ -33,6 +33,7 @@
 #include "reduction/repeat_data_set.h"
 #include "reduction/station_data_set.h"
 #include "tests/import/made_edi.h"
+#include "tests/occam/made_results.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/window_fixture.h"
 
@@ -383,6 +384,8 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     new_survey();
     QCOMPARE(import_folder("field"), imported);
     const std::string readings = made::whole_readings_table();
+    static_cast<void>(made::write_results(*folder_, "run/"));
+    static_cast<void>(folder_->write("run/points.xyz", "-100 0\n105 5\n120 12\n150 3\n260 -4\n"));
     const QDir pictures(QString::fromStdString(folder_->path("pictures")));
     QCOMPARE(save_window_pictures(*window_, pictures.path()), 0);
     QSet<QByteArray> different;
@@ -391,10 +394,11 @@ class SurveyWorkTest : public QObject, private WindowFixture {
       QVERIFY2(!QImage(pictures.filePath(file)).isNull(), qPrintable(file));
       different.insert(QByteArray::fromStdString(file_contents(pictures.filePath(file).toStdString())));
     }
-    QVERIFY(files.size() >= 11);
+    QVERIFY2(files.size() >= 24, qPrintable(files.join(' ')));
     QCOMPARE(different.size(), files.size());
     QVERIFY(made::whole_readings_table() == readings);
     QVERIFY(QApplication::activeModalWidget() == nullptr);
+    QCOMPARE(interface_->take_messages(), Messages{"Data scan complete"});
   }
 };
 

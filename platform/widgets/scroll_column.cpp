@@ -1,0 +1,42 @@
+#include "platform/widgets/scroll_column.h"
+
+#include <QResizeEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace {
+
+constexpr int least_height = 80;
+
+}  // namespace
+
+ScrollColumn::ScrollColumn(QWidget* parent) : QScrollArea(parent) {
+  setWidgetResizable(true);
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+  setFocusPolicy(Qt::NoFocus);  // the keys belong to the controls in it
+}
+
+int ScrollColumn::width_for(int height) const {
+  if (widget() == nullptr) {
+    return 0;
+  }
+  const QSize least = widget()->minimumSizeHint();
+  const bool scrolls = height < least.height();
+  return std::max(least.width(), widget()->minimumWidth()) +
+         (scrolls ? verticalScrollBar()->sizeHint().width() : 0);
+}
+
+QSize ScrollColumn::sizeHint() const {
+  return {width_for(height()), widget() == nullptr ? 0 : widget()->sizeHint().height()};
+}
+
+QSize ScrollColumn::minimumSizeHint() const { return {width_for(height()), least_height}; }
+
+void ScrollColumn::resizeEvent(QResizeEvent* event) {
+  QScrollArea::resizeEvent(event);
+  if (width_for(event->oldSize().height()) != width_for(event->size().height())) {
+    updateGeometry();
+  }
+}
