@@ -95,15 +95,16 @@ void Form_rhoplus_inversion::compose() {
   ui_->Command_run_all->setText(run_caption);
   ui_->Text_rhoplus_target_chi->setAccessibleName("Target chi");
   ui_->Text_rhoplus_achieved_chi->setAccessibleName("Achieved chi");
-  // The bar and the buttons stand below the data.
-  QWidget* before = graphs_;
+  // The bar and the buttons stand below the data. The log comes last here: behind it the bar would already be
+  // in its place, as the order is a ring.
+  QWidget* before = Grid_inversion_data_;
   for (QWidget* const control : std::initializer_list<QWidget*>{
-           Grid_inversion_data_, Text_rhoplus_out_, ui_->HScroll_repeat, ui_->Text_rhoplus_target_chi,
-           ui_->Text_rhoplus_achieved_chi, ui_->Command_rhoplus_log, ui_->Command_run_all, ui_->Command_occam,
-           ui_->Command_done}) {
+           ui_->HScroll_repeat, ui_->Text_rhoplus_target_chi, ui_->Text_rhoplus_achieved_chi,
+           ui_->Command_rhoplus_log, ui_->Command_run_all, ui_->Command_occam, ui_->Command_done}) {
     setTabOrder(before, control);
     before = control;
   }
+  setTabOrder(Grid_inversion_data_, Text_rhoplus_out_);
   Grid_inversion_data_->setFocus();
   for (QLabel*& panel : panels_) {
     panel = new QLabel;

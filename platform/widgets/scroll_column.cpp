@@ -36,7 +36,7 @@ QSize ScrollColumn::minimumSizeHint() const { return {width_for(height()), least
 
 void ScrollColumn::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
-  if (width_for(event->oldSize().height()) != width_for(event->size().height())) {
-    updateGeometry();
+  if (width_for(height()) != width()) {
+    updateGeometry();  // the bar has come or gone
   }
 }
