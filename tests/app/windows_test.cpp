@@ -199,7 +199,9 @@ QStringList faults_of_help(QWidget& window, QWidget& focus) {
     return {"F1 doesn't bring the tutorial"};
   }
   QStringList faults;
-  static_cast<void>(QTest::qWaitForWindowActive(tutorial));
+  if (!QTest::qWaitFor([tutorial] { return QApplication::activeWindow() == tutorial; })) {
+    return {"the tutorial doesn't get the keys"};
+  }
   const QWidget* const modal = QApplication::activeModalWidget();
   if (modal != nullptr && !modal->isAncestorOf(tutorial) && tutorial->parentWidget() != modal) {
     faults << "the tutorial stands still behind the window";
