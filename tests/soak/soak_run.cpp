@@ -265,6 +265,7 @@ void SoakRun::tell_memory() {
       steps_, static_cast<double>(resident_bytes()) / mebibyte,
       (static_cast<double>(allocated_bytes()) - engine) / mebibyte, engine / mebibyte,
       static_cast<long long>(QApplication::allWidgets().size()));
+  std::fflush(stdout);
   if (choices_.profile) {
     print_memory_profile();
   }

@@ -20,8 +20,8 @@ struct SoakChoices {
   /// Menu items and buttons; one of those within reach is pressed every second time. Empty: all of them, now
   /// and then.
   std::vector<std::string> way;
-  std::vector<int> report_at{2000, 5000, 10000};  // steps after which memory is told
-  bool profile = false;                           // and where it was allocated
+  std::vector<int> report_at{2000, 5000, 10000, 20000, 40000};  // steps after which memory is told
+  bool profile = false;                                         // and where it was allocated
 };
 
 class SoakRun : public QObject {
