@@ -57,7 +57,7 @@ int run(int argc, char** argv) {
   program.add_option(
       "--menu-item", choices.way,
       "Come back to the dialog behind this menu item or button all the time; further names are "
-      "buttons that are pressed there, which may lead on to another one.");
+      "buttons and lists there, which may lead on to another one.");
   bool tells_steps = false;
   program.add_flag("--tell", tells_steps, "Write each step to the standard error.");
   program.add_flag("--profile", choices.profile, "Tell where the memory in use was allocated.");

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QPixmapCache>
 #include <QTimer>
 #include <algorithm>
@@ -93,6 +94,10 @@ class SoakRun::Answers final : public UserInterface {
   std::string select_file_to_create(const FileDialogRequest& request) override {
     return in_folder(request, {"other.mdb", "other.mdb", "third.mdb", "no folder/new.mdb", ""},
                      {"written.txt", "written.png", "written.pdf", "no folder/new.txt", ""});
+  }
+  std::string ask_text(const std::string& /*prompt*/, const std::string& /*title*/,
+                       const std::string& suggestion) override {
+    return soak_.hand_->any(std::vector<std::string>{suggestion, "MGA 55", "Ω a'b;c%", ""});
   }
   void set_busy_pointer(bool /*busy*/) override {}
   void process_events() override {}
@@ -194,9 +199,9 @@ bool SoakRun::go_on_the_way() {
   std::vector<QObject*> found;
   for (const std::string& name : choices_.way) {
     for (QWidget* const window : windows) {
-      auto* const button = window->findChild<QAbstractButton*>(QString::fromStdString(name));
-      if (button != nullptr && button->isVisible() && button->isEnabled() && button->window() == window) {
-        found.push_back(button);
+      auto* const part = window->findChild<QWidget*>(QString::fromStdString(name));
+      if (part != nullptr && part->isVisible() && part->isEnabled() && part->window() == window) {
+        found.push_back(part);
       } else if (auto* const item = window->findChild<QAction*>(QString::fromStdString(name))) {
         found.push_back(item);
       }
@@ -210,8 +215,10 @@ bool SoakRun::go_on_the_way() {
   tell_("step " + std::to_string(steps_) + ": on to " + next.objectName().toStdString());
   if (auto* const button = qobject_cast<QAbstractButton*>(&next)) {
     button->click();
-  } else {
-    qobject_cast<QAction*>(&next)->trigger();
+  } else if (auto* const list = qobject_cast<QComboBox*>(&next)) {
+    list->setCurrentIndex(hand_->number(std::max(list->count(), 1)));
+  } else if (auto* const item = qobject_cast<QAction*>(&next)) {
+    item->trigger();
   }
   return true;
 }

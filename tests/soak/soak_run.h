@@ -17,8 +17,8 @@ struct SoakChoices {
   std::uint32_t seed = 1;
   int steps = 10000;
   int check_every = 250;
-  /// Menu items and buttons; one of those within reach is pressed every second time. Empty: all of them, now
-  /// and then.
+  /// Menu items, buttons and lists; one of those within reach is worked every second time. Empty: all of
+  /// them, now and then.
   std::vector<std::string> way;
   std::vector<int> report_at{2000, 5000, 10000, 20000, 40000};  // steps after which memory is told
   bool profile = false;                                         // and where it was allocated

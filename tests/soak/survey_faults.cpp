@@ -87,11 +87,6 @@ constexpr Rule rules[] = {
      "WHERE s.ID IS NULL OR s.Station IS NOT r.Station OR s.SurveyLine IS NOT r.LineNumber"},
     {"no location of reading",
      "SELECT ID FROM ReadingsDataTable WHERE LocationID NOT IN (SELECT ID FROM LocationLookupTable)"},
-    {"no repeats of average",
-     "SELECT a.ID FROM ReadingsDataTable AS a WHERE a.FileID < 0 AND a.ReductionType = 1 AND NOT EXISTS "
-     "(SELECT 1 FROM ReadingsDataTable AS r WHERE r.FileID > 0 AND r.ReductionType = 0 "
-     "AND r.StationID = a.StationID AND r.ReferenceType = a.ReferenceType AND r.SampleRate = a.SampleRate "
-     "AND r.DataType = a.DataType AND r.DipoleLength = a.DipoleLength)"},
     {"twice is there derived reading",
      "SELECT max(ID) FROM ReadingsDataTable WHERE FileID < 0 GROUP BY StationID, ReductionType, "
      "ReferenceType, SampleRate, DataType, DipoleLength HAVING count(*) > 1"},
