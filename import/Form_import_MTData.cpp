@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <QScreen>
 
 #include "import/Form_import_report.h"
@@ -147,11 +148,14 @@ void Form_import_MTData::show_sample(std::size_t index) {
 }
 
 void Form_import_MTData::import_data(ImportMode mode) {
+  if (running_) {
+    return;  // a button pressed by its key clicks a little later, whatever has begun by then
+  }
   take_choices();
   const ImportChoices choices = choices_;  // the run starts the module's record anew
   ImportReport report;
   int result = 0;
-  QWidget* const had_focus = focusWidget();
+  const QPointer<QWidget> had_focus(focusWidget());  // the box of a cell goes meanwhile
   set_running(true);
   {
     const ProgressInWindow progress(*ui_->ProgressBar_import, *ui_->Label_progress,
@@ -164,7 +168,7 @@ void Form_import_MTData::import_data(ImportMode mode) {
     });
   }
   set_running(false);
-  if (had_focus != nullptr) {
+  if (had_focus) {
     had_focus->setFocus();  // lost while everything was disabled
   }
   ui_->Grid_import_decode->refresh();

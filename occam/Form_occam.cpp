@@ -125,6 +125,9 @@ InversionInputs Form_occam::inputs() const {
 }
 
 void Form_occam::create_inversion() {
+  if (running_) {
+    return;  // a button pressed by its key clicks a little later, whatever has begun by then
+  }
   Module_occam::CreatedInversion created;
   set_running(true);
   int status = -1;
