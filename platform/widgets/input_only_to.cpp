@@ -36,6 +36,9 @@ bool InputOnlyTo::eventFilter(QObject* receiver, QEvent* event) {
   if (receiver->isWindowType() || !is_input(event->type()) || is_within(receiver)) {
     return false;
   }
+  if (QApplication::activeModalWidget() != nullptr) {
+    return false;  // a message, wherever it belongs; it holds the other windows itself
+  }
   event->ignore();  // else a close would go on
   return true;
 }

@@ -5,8 +5,9 @@
 
 class QWidget;
 
-/// While it stands, keys, clicks, the wheel and closing reach only this window and what it has brought up;
-/// the other windows are drawn, but can't be worked. The window may go meanwhile; then no window is worked.
+/// While it stands, keys, clicks, the wheel and closing reach only this window, what it has brought up, and
+/// modal dialogs; the other windows are drawn, but can't be worked. The window may go meanwhile; then no
+/// window is worked.
 class InputOnlyTo : public QObject {
  public:
   explicit InputOnlyTo(QWidget& window);

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -174,6 +175,9 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QTimer::singleShot(50, run, [&] {
       click(*control<QPushButton>("Command_show_plan"));
       QVERIFY(!window_->close());
+      QMessageBox message(window_.get());
+      QTimer::singleShot(0, &message, [&message] { QTest::keyClick(&message, Qt::Key_Escape); });
+      message.exec();  // comes to an end
       click(*run);
     });
     const QSignalSpy clicks_elsewhere(control<QPushButton>("Command_show_plan"), &QPushButton::clicked);
