@@ -57,7 +57,7 @@ class LostGround : public SurveyTest {
  protected:
   /// A small empty disk, for the calling process.
   fs::path small_disk() const {
-    const fs::path disk = folder.folder() / "disk";
+    fs::path disk = folder.folder() / "disk";
     fs::create_directory(disk);
     own_mounts::put_disk(disk, whole_disk);
     return disk;
@@ -329,6 +329,7 @@ TEST_F(LostGround, Processes_that_open_at_one_moment_take_turns_and_lose_nothing
   int refused = 0;
   for (int round = 0; round < rounds; ++round) {
     std::vector<pid_t> children;
+    children.reserve(processes);
     for (int process = 0; process < processes; ++process) {
       children.push_back(start_child([&] {
         if (open_database() != 0) {

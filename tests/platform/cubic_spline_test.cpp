@@ -1,6 +1,7 @@
 // The spline through points, against curves that are natural splines themselves and against its own order.
 #include "platform/vexutil32/cubic_spline.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -47,10 +48,8 @@ TEST(Cubic_spline, Comes_nearer_with_the_fourth_power_of_the_spacing) {
 
 TEST(Cubic_spline, Keeps_a_straight_line_with_uneven_spacing_and_level_ground_to_the_last_digit) {
   const std::vector<double> x{-300.0, 0.1, 7.0, 5000.0, 5001.0};
-  std::vector<double> line;
-  for (const double at : x) {
-    line.push_back(12.0 + 0.25 * at);
-  }
+  std::vector<double> line(x.size());
+  std::ranges::transform(x, line.begin(), [](double at) { return 12.0 + 0.25 * at; });
   const CubicSpline slope = cubspl(x, line);
   const CubicSpline level = cubspl(x, std::vector(x.size(), 612.7));
   for (const double at : {-299.0, 3.3, 1234.5, 5000.5}) {
