@@ -3,10 +3,10 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFontDatabase>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
-#include <QShortcut>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -124,8 +124,6 @@ void Form_rhoplus_inversion::connect_controls() {
   connect(ui_->Command_run_all, &QPushButton::clicked, this, &Form_rhoplus_inversion::run_all);
   connect(ui_->Command_occam, &QPushButton::clicked, this, &Form_rhoplus_inversion::occam_requested);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QWidget::close);
-  auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-  connect(escape, &QShortcut::activated, ui_->Command_done, &QPushButton::click);
   for (QPushButton* const button :
        {ui_->Command_rhoplus_log, ui_->Command_run_all, ui_->Command_occam, ui_->Command_done}) {
     button->setAutoDefault(true);  // Enter presses the one that has the focus
@@ -300,6 +298,14 @@ void Form_rhoplus_inversion::invert_all() {
 void Form_rhoplus_inversion::edit_settings() {
   Form_rhoplus(this).exec();
   refresh_rhoplus_results();
+}
+
+void Form_rhoplus_inversion::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {  // that no control has made use of
+    ui_->Command_done->click();
+  } else {
+    QMainWindow::keyPressEvent(event);
+  }
 }
 
 void Form_rhoplus_inversion::closeEvent(QCloseEvent* event) {

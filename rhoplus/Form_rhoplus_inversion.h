@@ -44,6 +44,7 @@ class Form_rhoplus_inversion : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void compose();
