@@ -72,10 +72,19 @@ bool is_on_its_way(const QTimer& timer) {
   return timer.isActive() && timer.isSingleShot() && timer.interval() <= longest_delay_milliseconds;
 }
 
+/// The tree is brought there while rows above the chosen one still come in; it may have been too early when
+/// it was told of the last ones.
+bool is_settled(QTreeView& tree) {
+  if (!shows_its_folder(tree)) {
+    tree.scrollTo(tree.currentIndex(), QAbstractItemView::PositionAtCenter);
+  }
+  return shows_its_folder(tree);
+}
+
 void let_settle(const QWidget& window) {
   wait_until([&window] {
     return std::ranges::all_of(window.findChildren<QTreeView*>(),
-                               [](auto* tree) { return shows_its_folder(*tree); }) &&
+                               [](auto* tree) { return is_settled(*tree); }) &&
            std::ranges::none_of(window.findChildren<QTimer*>(),
                                 [](auto* timer) { return is_on_its_way(*timer); });
   });

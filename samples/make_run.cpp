@@ -32,20 +32,20 @@ using namespace Module_occam;
 
 constexpr int iterations = 4;
 
-/// Mean log10 resistivity of the ground between two depths.
+/// The log10 resistivity that has the conductance of the ground between two depths.
 double ground_resistivity(const Module_samples::SampleLine& line, double station, double top, double bottom) {
   const double last_station =
       Module_samples::first_station + Module_samples::station_step * (Module_samples::station_count - 1);
-  double sum = 0.0;
+  double conductance = 0.0;  // S
   double layer_top = 0.0;
   const double within = std::clamp(station, Module_samples::first_station, last_station);
   for (const Module_samples::Layer& layer : Module_samples::ground_below(line, within)) {
     const double layer_bottom = layer.thickness > 0.0 ? layer_top + layer.thickness : bottom;
-    sum += std::max(std::min(layer_bottom, bottom) - std::max(layer_top, top), 0.0) *
-           std::log10(layer.resistivity);
+    conductance +=
+        std::max(std::min(layer_bottom, bottom) - std::max(layer_top, top), 0.0) / layer.resistivity;
     layer_top = layer_bottom;
   }
-  return sum / (bottom - top);
+  return std::log10((bottom - top) / conductance);
 }
 
 /// The ground in the free blocks of a model.

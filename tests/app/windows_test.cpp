@@ -210,6 +210,10 @@ QStringList faults_of_help(QWidget& window, QWidget& focus) {
   if (tutorial->isVisible() || !window.isVisible()) {
     faults << "Escape doesn't close the tutorial alone";
   }
+  window.activateWindow();
+  if (!QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; })) {
+    faults << "the keys don't come back from the tutorial";
+  }
   return faults;
 }
 
