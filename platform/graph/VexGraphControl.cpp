@@ -57,7 +57,7 @@ VexGraphControl::VexGraphControl(QWidget* parent) : QWidget(parent), plot_(new Q
   overlay_ = new graph::OverlayLines(*plot_, overlay_layer);
   pointer_marks_ = new graph::PointerMarks(*plot_, pointer_layer, content_);
   set_zoom_home();
-  constexpr QSize least_area(50, 30);  // two pairs of graphs above each other fit into a low window
+  constexpr QSize least_area(50, 30);
   plot_->axisRect()->setMinimumSize(least_area);
   apply_view();
   apply_layout();

@@ -113,7 +113,8 @@ class VexGraphControl final : public QWidget {
   std::unique_ptr<QMenu> make_context_menu();
 
   QSize sizeHint() const override { return {360, 220}; }
-  QSize minimumSizeHint() const override { return {160, 90}; }
+  /// Low enough for two pairs above each other in a low window; labels below the axis need their room.
+  QSize minimumSizeHint() const override { return {160, x_labels_shown_ ? 84 : 56}; }
 
  Q_SIGNALS:
   void point_selected(int series, int point);
