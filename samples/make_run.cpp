@@ -183,9 +183,7 @@ void make_run(const fs::path& folder, const std::string& line_name) {
   write_file(folder / "elevations.xyz", elevations());
 }
 
-}  // namespace
-
-int main(int argument_count, char** arguments) {
+int run(int argument_count, char** arguments) {
   CLI::App program(
       "Writes iterations and a file of elevations into the run directory of a line of the made survey. "
       "Nothing is "
@@ -199,9 +197,15 @@ int main(int argument_count, char** arguments) {
   } catch (const CLI::ParseError& fault) {
     return program.exit(fault) == 0 ? 0 : 2;
   }
+  make_run(folder, line);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
   try {
-    make_run(folder, line);
-    return 0;
+    return run(argument_count, arguments);
   } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';
     return 1;
