@@ -61,7 +61,7 @@ void RhoplusWindows::create_occam_inversion() {
     }
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
-  Form_occam(steps, results_).exec();
+  Form_occam(steps, &main_window_).exec();  // the results' window may be gone before this one is done
   if (results_) {
     results_->end_line_run();
   }
