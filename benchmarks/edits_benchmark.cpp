@@ -1,13 +1,16 @@
 // What the main view does at a click and at a step to the next station, without the drawing: a line of 100
 // stations with 60 frequencies, 12 repeats at the station that is edited, alone and beside 20 further lines.
-// Wall-clock time, as the user waits for the disk too. Counter: rows (readings in the survey).
-#include <chrono>
+// Wall-clock time, as the user waits for the disk too. The bound is the same rows read and written with bare
+// SQLite; of the plots, a copy of the finished ones. Counters: those of beside_bound.h, rows (readings in the
+// survey).
+#include <array>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/beside_bound.h"
 #include "benchmarks/line_survey.h"
 #include "core/undo_stack.h"
 #include "display/profile_plot.h"
@@ -28,74 +31,98 @@ using line_survey::require;
 class Survey {
  public:
   explicit Survey(int other_lines) {
-    line_survey::make(folder_.path("survey.mdb"), other_lines);
+    const std::string path = folder_.path("survey.mdb");
+    line_survey::make(path, other_lines);
+    bare = std::make_unique<line_survey::BareWork>(path);
     require(Module_display_data::fill_selection_lists(lists_));
     (void)Module_display_data::display_station(edited_station, {});
     rows = line_survey::row_count();
   }
-  ~Survey() { Module_database::reset_module(); }
+  ~Survey() {
+    bare.reset();
+    Module_database::reset_module();
+  }
   Survey(const Survey&) = delete;
   Survey& operator=(const Survey&) = delete;
 
   int rows = 0;
+  std::unique_ptr<line_survey::BareWork> bare;
 
  private:
   TemporaryFolder folder_;
   Module_display_data::SelectionLists lists_;
 };
 
-Survey& survey(int other_lines) {
-  static std::unique_ptr<Survey> open;
-  static int open_lines = -1;
-  if (open_lines != other_lines) {
-    open.reset();
-    open = std::make_unique<Survey>(other_lines);
-    open_lines = other_lines;
-  }
-  return *open;
+struct OpenSurvey {
+  std::unique_ptr<Survey> survey;
+  int other_lines = -1;
+};
+
+OpenSurvey& open_survey() {
+  static OpenSurvey open;
+  return open;
 }
 
-void run(benchmark::State& state, const std::function<void()>& work) {
-  state.counters["rows"] = survey(static_cast<int>(state.range(0))).rows;
-  for (auto _ : state) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+Survey& survey(int other_lines) {
+  OpenSurvey& open = open_survey();
+  if (open.other_lines != other_lines) {
+    open.survey.reset();
+    open.survey = std::make_unique<Survey>(other_lines);
+    open.other_lines = other_lines;
   }
+  return *open.survey;
+}
+
+void run(benchmark::State& state, const std::function<void()>& work,
+         const std::function<void(line_survey::BareWork&)>& bound) {
+  Survey& open = survey(static_cast<int>(state.range(0)));
+  state.counters["rows"] = open.rows;
+  run_beside_bound(
+      state, work, [&] { bound(*open.bare); }, wall_seconds);
 }
 
 /// Masking a point of a repeat until the data sets are up to date.
 void mask_click(benchmark::State& state) {
-  run(state, [] {
-    if (Module_averaged_data::toggle_repeat_point(3, 7, Module_averaged_data::Component::phase) !=
-        Module_averaged_data::Edit::changed) {
-      throw std::runtime_error("nothing was masked");
-    }
-  });
+  run(
+      state,
+      [] {
+        if (Module_averaged_data::toggle_repeat_point(3, 7, Module_averaged_data::Component::phase) !=
+            Module_averaged_data::Edit::changed) {
+          throw std::runtime_error("nothing was masked");
+        }
+      },
+      [](line_survey::BareWork& bare) { bare.edit(); });
   Module_Brenlox::clear_undo();
 }
 
 /// From the data sets to what the charts are given, for all three pairs.
 void make_plots(benchmark::State& state) {
-  run(state, [] {
-    benchmark::DoNotOptimize(Module_display_data::profile_plot());
-    benchmark::DoNotOptimize(Module_display_data::station_plot(false));
-    benchmark::DoNotOptimize(Module_display_data::raw_plot(false));
-  });
+  (void)survey(static_cast<int>(state.range(0)));
+  using namespace Module_display_data;
+  const auto plots = [] { return std::array{profile_plot(), station_plot(false), raw_plot(false)}; };
+  const auto finished = plots();
+  run(
+      state, [&] { benchmark::DoNotOptimize(plots()); },
+      [&](line_survey::BareWork& /*bare*/) { benchmark::DoNotOptimize(std::array(finished)); });
 }
 
 /// To the next station and back, each a step.
 void station_step(benchmark::State& state) {
   int station = edited_station;
-  run(state, [&] {
-    station = station == edited_station ? edited_station + 1 : edited_station;
-    benchmark::DoNotOptimize(Module_display_data::display_station(station, {}));
-  });
+  run(
+      state,
+      [&] {
+        station = station == edited_station ? edited_station + 1 : edited_station;
+        benchmark::DoNotOptimize(Module_display_data::display_station(station, {}));
+      },
+      [](line_survey::BareWork& bare) { bare.step(); });
   (void)Module_display_data::display_station(edited_station, {});
 }
 
 void load_profile(benchmark::State& state) {
-  run(state, [] { require(Module_averaged_data::load_profile_data(Module_averaged_data::selected_key())); });
+  run(
+      state, [] { require(Module_averaged_data::load_profile_data(Module_averaged_data::selected_key())); },
+      [](line_survey::BareWork& bare) { bare.read_line(); });
 }
 
 [[maybe_unused]] const bool registered = line_survey::register_benchmarks({{"mask_click", mask_click},
@@ -105,4 +132,8 @@ void load_profile(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  open_survey() = {};
+}

@@ -1,6 +1,5 @@
 // Scanning of spectra, Em1dfm and fixed-column files into curves, beside a bare loop that reads the same
 // bytes and parses every number in them.
-#include <charconv>
 #include <iterator>
 #include <stdexcept>
 #include <string>
@@ -8,7 +7,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "benchmarks/beside_bare_loop.h"
+#include "benchmarks/bare_numbers.h"
+#include "benchmarks/beside_bound.h"
 #include "import/field_reader.h"
 #include "import/file_decode.h"
 #include "import/reading_record.h"
@@ -57,33 +57,6 @@ std::string fixed_column_file() {
   return text;
 }
 
-// What any reader has to do at least.
-double bare_loop(const std::string& path) {
-  const std::string bytes = bytes_of(path);
-  std::vector<double> values;
-  const char* place = bytes.data();
-  const char* const file_end = place + bytes.size();
-  while (place < file_end) {
-    if (*place != '-' && (*place < '0' || *place > '9')) {
-      ++place;
-      continue;
-    }
-    double value = 0.0;
-    const auto [after, failure] = std::from_chars(place, file_end, value);
-    if (failure == std::errc{}) {
-      values.push_back(value);
-      place = after;
-    } else {
-      ++place;
-    }
-  }
-  double sum = 0.0;
-  for (const double value : values) {
-    sum += value;
-  }
-  return sum;
-}
-
 void scan_beside_bare_loop(benchmark::State& state, FileFormat format, const std::string& text) {
   const TemporaryFolder folder;
   const std::string path = folder.write("made.txt", text);
@@ -97,15 +70,20 @@ void scan_beside_bare_loop(benchmark::State& state, FileFormat format, const std
     }
     return report.readings;
   };
-  read_beside_bare_loop(state, path, text.size(), scan, bare_loop);
+  read_beside_bare_loop(state, path, text.size(), scan,
+                        [](const std::string& file) { return numbers_of(file).size(); });
 }
 
 }  // namespace
 
 BENCHMARK_CAPTURE(scan_beside_bare_loop, spectra, format_edi_spectra, spectra_file())
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(scan_beside_bare_loop, em1dfm, format_em1dfm, em1dfm_file())->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scan_beside_bare_loop, em1dfm, format_em1dfm, em1dfm_file())
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(scan_beside_bare_loop, fixed_columns, format_fixed_columns, fixed_column_file())
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -1,7 +1,10 @@
-// graph_benchmark.cpp: drawings of a chart in a second, offscreen, at the sizes of the main view.
+// graph_benchmark.cpp: drawings of a chart in a second, offscreen, at the sizes of the main view, beside the
+// same lines and points painted bare.
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/bare_picture.h"
+#include "benchmarks/beside_bound.h"
 #include "benchmarks/offscreen.h"
 #include "tests/platform_graph/graph_samples.h"
 
@@ -13,12 +16,14 @@ void draw(benchmark::State& state, const graph_samples::Chart& chart, graph::Axi
   control.set_xaxistype(x_type);
   control.set_yaxistype(graph::AxisType::logarithmic);
   control.show();
-  for (auto _ : state) {
-    graph_samples::give(control, chart);
-    control.draw_graph();
-  }
-  state.counters["draws"] =
-      benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+  BarePicture bare(chart.table, control.size());
+  run_beside_bound(
+      state,
+      [&] {
+        graph_samples::give(control, chart);
+        control.draw_graph();
+      },
+      [&] { bare.draw(); });
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * chart.table.series.size() *
                                                     chart.table.series.front().x.size()));
 }
@@ -31,8 +36,8 @@ void profile(benchmark::State& state) {
   draw(state, graph_samples::profile(60, 100), graph::AxisType::linear);
 }
 
-BENCHMARK(station)->Unit(benchmark::kMillisecond);
-BENCHMARK(profile)->Unit(benchmark::kMillisecond);
+BENCHMARK(station)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(profile)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

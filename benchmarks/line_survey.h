@@ -1,7 +1,10 @@
 // line_survey.h: surveys for benchmarks: lines of 100 stations with 60 frequencies at two scan rates,
 // reduced; 12 repeats at the station that is edited, 2 elsewhere.
 #pragma once
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <filesystem>
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
@@ -9,6 +12,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "benchmarks/bare_rows.h"
 #include "core/session_state.h"
 #include "database/survey_database.h"
 #include "reduction/averages.h"
@@ -51,7 +55,10 @@ inline void store_line(int line) {
   transaction.commit();
 }
 
-/// Makes a survey of 1 + other_lines lines at a path and leaves it open.
+/// Where the copy lies that bare SQLite works on.
+inline std::string bare_path(const std::string& path) { return path + ".bare"; }
+
+/// Makes a survey of 1 + other_lines lines at a path, and a copy beside it, and leaves it open.
 inline void make(const std::string& path, int other_lines) {
   reset_session_state();
   Module_database::reset_module();
@@ -66,7 +73,64 @@ inline void make(const std::string& path, int other_lines) {
   files.add_new();
   files.set_long("ReferenceType", 0);
   files.update();
+  require(Module_database::close_database());
+  std::filesystem::copy_file(path, bare_path(path), std::filesystem::copy_options::overwrite_existing);
+  require(Module_database::open_database());
 }
+
+/// IDs of the readings of the open survey's first line that fulfil a condition.
+inline std::vector<std::int64_t> rows_with(const std::string& condition) {
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT ID FROM ReadingsDataTable WHERE LineNumber = '200E' AND " + condition);
+  std::vector<std::int64_t> ids;
+  for (; !rows.eof(); rows.move_next()) {
+    ids.push_back(rows.get_long("ID"));
+  }
+  return ids;
+}
+
+/// The least that an edit and a step to a station do with the survey, on its copy.
+class BareWork {
+ public:
+  /// The survey must be open.
+  explicit BareWork(const std::string& path) : rows_(bare_path(path)) {
+    for (std::size_t i = 0; i < 2; ++i) {
+      const std::string station = "Station = " + std::to_string(100 * (edited_station + static_cast<int>(i)));
+      shown_[i] = rows_with(station + " AND SampleRate < 4096");
+    }
+    written_ = rows_with("Station = " + std::to_string(100 * edited_station) +
+                         " AND SampleRate < 4096 AND (ReductionType > 0 OR EventNumber = 1)");
+    merged_ = rows_with("ReductionType = 2");
+    require(shown_[0].size() == 14 && written_.size() == 3 && merged_.size() == stations ? 0 : -1);
+  }
+  /// Reads the station's repeats, average and merged curve and writes the three rows that change.
+  void edit() {
+    rows_.execute("BEGIN IMMEDIATE");
+    read_all(shown_[0]);
+    for (const std::int64_t ID : written_) {
+      rows_.read(ID);
+      rows_.write(ID);
+    }
+    rows_.execute("COMMIT");
+  }
+  /// Reads the repeats, average and merged curve of the edited station and the next one in turn.
+  void step() { read_all(shown_[++steps_ % 2]); }
+  /// Reads the merged curves of the line.
+  void read_line() { read_all(merged_); }
+
+ private:
+  void read_all(const std::vector<std::int64_t>& ids) {
+    for (const std::int64_t ID : ids) {
+      rows_.read(ID);
+    }
+  }
+
+  BareRows rows_;
+  std::array<std::vector<std::int64_t>, 2> shown_;
+  std::vector<std::int64_t> written_;
+  std::vector<std::int64_t> merged_;
+  std::size_t steps_ = 0;
+};
 
 /// Readings in the open survey.
 inline int row_count() {

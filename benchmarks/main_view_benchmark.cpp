@@ -1,8 +1,10 @@
 // The main window as a person feels it: from a click on a point of a repeat to the finished picture of all
 // three graph pairs, and a step to the next station and back, on a line of 100 stations with 60 frequencies
 // and 12 repeats at the station that is edited; alone and beside 20 further lines. Offscreen, wall-clock
-// time. Counters: rows (readings in the survey); database_ms (the same work without a window); drawing_ms
-// (drawing and painting all graphs once more); draws (of all six graphs together, for each click or step).
+// time. The bound is the same rows read and written with bare SQLite and the same lines and points painted
+// bare. Counters: those of beside_bound.h; rows (readings in the survey); database_ms (the same work without
+// a window); drawing_ms (drawing and painting all graphs once more); draws (of all six graphs together, for
+// each click or step).
 #include <QScrollBar>
 #include <QTest>
 #include <chrono>
@@ -15,11 +17,16 @@
 
 #include "app/Form_main.h"
 #include "app/survey_display.h"
+#include "benchmarks/bare_picture.h"
+#include "benchmarks/beside_bound.h"
 #include "benchmarks/line_survey.h"
 #include "benchmarks/offscreen.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
+#include "display/profile_plot.h"
+#include "display/raw_plot.h"
 #include "display/selection.h"
+#include "display/station_plot.h"
 #include "platform/graph/VexGraphControl.h"
 #include "reduction/masks.h"
 #include "tests/support/recording_interface.h"
@@ -50,9 +57,12 @@ class Window {
     QCoreApplication::processEvents();
     bar().setValue(edited_station);
     QCoreApplication::processEvents();
+    bare = std::make_unique<line_survey::BareWork>(path);
+    take_pictures();
     std::filesystem::current_path(started_in);
   }
   ~Window() {
+    bare.reset();
     form_.reset();
     Module_Brenlox::clear_undo();
     Module_database::reset_module();
@@ -81,9 +91,26 @@ class Window {
     return count;
   }
 
+  void draw_bare() const {
+    for (const auto& picture : pictures_) {
+      picture->draw();
+    }
+  }
+
   int rows = 0;
+  std::unique_ptr<line_survey::BareWork> bare;
 
  private:
+  void take_pictures() {
+    using namespace Module_display_data;
+    const QSize size = form_->findChild<VexGraphControl*>("vxgraph_raw_data_1")->size();
+    for (const GraphPair& pair : {profile_plot(), station_plot(false), raw_plot(false)}) {
+      pictures_.push_back(std::make_unique<BarePicture>(pair.resistivity.table, size));
+      pictures_.push_back(std::make_unique<BarePicture>(pair.phase.table, size));
+    }
+  }
+
+  std::vector<std::unique_ptr<BarePicture>> pictures_;
   TemporaryFolder folder_;
   RecordingInterface interface_;
   std::unique_ptr<Form_main> form_;
@@ -109,7 +136,7 @@ Window& window(int other_lines) {
   return *open.window;
 }
 
-/// Milliseconds that work takes, to the end of what it left to the event loop: painting.
+/// Milliseconds that work takes, to the end of what it left to the event loop.
 double time_of(const std::function<void()>& work) {
   const auto start = std::chrono::steady_clock::now();
   work();
@@ -118,17 +145,26 @@ double time_of(const std::function<void()>& work) {
 }
 
 /// @param whole what the person does
+/// @param bare the least that has to be done with the survey
 /// @param without_window the same work on the survey alone, so many times; it leaves the same station
 /// selected
 void run(benchmark::State& state, const std::function<void(const Window&)>& whole,
-         const std::function<void()>& without_window, int times = 1) {
+         void (line_survey::BareWork::*bare)(), const std::function<void()>& without_window, int times = 1) {
   const Window& view = window(static_cast<int>(state.range(0)));
   double database = 0.0;
   double drawing = 0.0;
   int draws = 0;
+  BesideBound measure(state, wall_seconds);
   for (auto _ : state) {
     const int before = view.draws();
-    state.SetIterationTime(time_of([&] { whole(view); }) / 1000.0);
+    measure.work([&] {
+      whole(view);
+      QCoreApplication::processEvents();  // what is left to the event loop: painting
+    });
+    measure.bound([&] {
+      (*view.bare.*bare)();
+      view.draw_bare();
+    });
     draws += view.draws() - before;
     database += time_of(without_window) / times;
     drawing += time_of([&] { view.redraw(); });
@@ -142,7 +178,7 @@ void run(benchmark::State& state, const std::function<void(const Window&)>& whol
 
 void mask_click(benchmark::State& state) {
   run(
-      state, [](const Window& view) { view.click_point(); },
+      state, [](const Window& view) { view.click_point(); }, &line_survey::BareWork::edit,
       [] {
         if (Module_averaged_data::toggle_repeat_point(clicked_series, clicked_point,
                                                       Module_averaged_data::Component::phase) !=
@@ -159,6 +195,7 @@ void station_step(benchmark::State& state) {
   };
   run(
       state, [&](const Window& view) { view.bar().setValue(other(view.bar().value())); },
+      &line_survey::BareWork::step,
       [&] {
         const int from = session().current_station_index;
         benchmark::DoNotOptimize(Module_display_data::display_station(other(from), {}));

@@ -1,21 +1,20 @@
-// Averages and merged curves: the arithmetic alone, beside a loop that only reads the same values; and the
-// recalculation of a whole survey, beside reading and writing the same bytes with bare SQLite in the same
-// commits. All figures are CPU time. Counters: readings/s (repeats or averages taken in), times_bare (cost
-// over the bare bound).
+// Averages and merged curves: the arithmetic alone, beside the sums of all values and their squares with no
+// look at a mask or a frequency, and beside a copy of the curves that are merged; and the recalculation of a
+// whole survey, beside reading and writing the same bytes with bare SQLite in the same commits. All figures
+// are CPU time. Items are the repeats or averages taken in.
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <filesystem>
 #include <functional>
-#include <limits>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
+#include "benchmarks/bare_rows.h"
+#include "benchmarks/beside_bound.h"
 #include "core/session_state.h"
 #include "reduction/averages.h"
 #include "reduction/merge_curves.h"
@@ -55,21 +54,6 @@ StoredReading noisy_reading(const std::vector<float>& at, std::mt19937& random) 
   return made::reading(points);
 }
 
-/// CPU time, which other work on the machine doesn't change.
-double seconds_of(const std::function<void()>& work) {
-  const std::clock_t start = std::clock();
-  work();
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-double fastest_of(int rounds, const std::function<void()>& work) {
-  double fastest = std::numeric_limits<double>::max();
-  for (int round = 0; round < rounds; ++round) {
-    fastest = std::min(fastest, seconds_of(work));
-  }
-  return fastest;
-}
-
 /// The arithmetic of one curve is over within a tick of the clock.
 constexpr int kernel_rounds = 200;
 
@@ -77,30 +61,6 @@ void many_times(const std::function<void()>& work) {
   for (int round = 0; round < kernel_rounds; ++round) {
     work();
   }
-}
-
-/// Runs the benchmark's loop and reports rate and cost over the bound.
-void measure(benchmark::State& state, double readings, double bare_seconds,
-             const std::function<void()>& work) {
-  double total = 0.0;
-  for (auto _ : state) {
-    const double seconds = seconds_of(work);
-    total += seconds;
-    state.SetIterationTime(seconds);
-  }
-  const double mean = total / static_cast<double>(state.iterations());
-  state.counters["readings/s"] = readings / mean;
-  state.counters["times_bare"] = mean / bare_seconds;
-}
-
-double sum_of_values(const std::vector<StoredReading>& readings) {
-  float sum = 0.0F;
-  for (const StoredReading& reading : readings) {
-    for (const float value : reading.curve.data) {
-      sum += value;
-    }
-  }
-  return double{sum};
 }
 
 void average_kernel(benchmark::State& state) {
@@ -111,8 +71,6 @@ void average_kernel(benchmark::State& state) {
   for (int i = 0; i < 100; ++i) {
     repeats.push_back(noisy_reading(list, random));
   }
-  const double bare =
-      fastest_of(5, [&] { many_times([&] { benchmark::DoNotOptimize(sum_of_values(repeats)); }); });
   const auto average = [&] {
     RepeatSums sums(list);
     for (const StoredReading& repeat : repeats) {
@@ -120,7 +78,21 @@ void average_kernel(benchmark::State& state) {
     }
     benchmark::DoNotOptimize(sums.average());
   };
-  measure(state, 100.0 * kernel_rounds, bare, [&] { many_times(average); });
+  std::vector<float> sums(repeats.front().curve.data.size());
+  std::vector<float> squares(sums.size());
+  const auto sum_up = [&] {
+    for (const StoredReading& repeat : repeats) {
+      for (std::size_t i = 0; i < sums.size(); ++i) {
+        const float value = repeat.curve.data[i];
+        sums[i] += value;
+        squares[i] += value * value;
+      }
+      benchmark::ClobberMemory();
+    }
+  };
+  run_beside_bound(
+      state, [&] { many_times(average); }, [&] { many_times(sum_up); });
+  state.SetItemsProcessed(state.iterations() * 100 * kernel_rounds);
 }
 
 void merge_kernel(benchmark::State& state) {
@@ -131,8 +103,6 @@ void merge_kernel(benchmark::State& state) {
   for (int rate = 0; rate < 4; ++rate) {  // each shares half of its frequencies with the next
     averages.push_back(noisy_reading(frequencies(rate * count / 2, count), random));
   }
-  const double bare =
-      fastest_of(5, [&] { many_times([&] { benchmark::DoNotOptimize(sum_of_values(averages)); }); });
   const auto merge = [&] {
     MergedCurve merged;
     for (const StoredReading& average : averages) {
@@ -140,7 +110,14 @@ void merge_kernel(benchmark::State& state) {
     }
     benchmark::DoNotOptimize(merged.finish());
   };
-  measure(state, 4.0 * kernel_rounds, bare, [&] { many_times(merge); });
+  const auto copy = [&] {
+    for (const StoredReading& average : averages) {
+      benchmark::DoNotOptimize(Curve(average.curve));
+    }
+  };
+  run_beside_bound(
+      state, [&] { many_times(merge); }, [&] { many_times(copy); });
+  state.SetItemsProcessed(state.iterations() * 4 * kernel_rounds);
 }
 
 /// The rows that recalculation reads and writes, in its order.
@@ -153,7 +130,7 @@ struct MadeSurvey {
   TemporaryFolder folder;
   std::string bare_path;
   std::vector<Group> groups;
-  double raw_readings = 0.0;
+  std::int64_t raw_readings = 0;
 };
 
 void require(bool done) {
@@ -210,87 +187,35 @@ void make_survey(MadeSurvey& survey, int stations) {
   store_stations(stations);
   require(Module_averaged_data::recalculate_merged() == 0);
   survey.groups = read_groups();
-  survey.raw_readings = double{repeats_per_group * scan_rates} * stations;
+  survey.raw_readings = std::int64_t{repeats_per_group * scan_rates} * stations;
   require(Module_database::close_database() == 0);
   fs::copy_file(session().database_file, survey.bare_path);
   require(Module_database::open_database() == 0);
 }
 
-/// Bare SQLite: for each group the bytes of its sources are read and those of its derived row written.
-class BareRun {
- public:
-  explicit BareRun(const std::string& path) {
-    require(sqlite3_open(path.c_str(), &database_) == SQLITE_OK);
-    select_ = prepare("SELECT FreqBinary,DataBinary,MaskBinary FROM ReadingsDataTable WHERE ID=?1");
-    update_ = prepare("UPDATE ReadingsDataTable SET FreqBinary=?2,DataBinary=?3,MaskBinary=?4 WHERE ID=?1");
-  }
-  BareRun(const BareRun&) = delete;
-  BareRun& operator=(const BareRun&) = delete;
-  ~BareRun() {
-    sqlite3_finalize(select_);
-    sqlite3_finalize(update_);
-    sqlite3_close(database_);
-  }
-
-  void run(const std::vector<Group>& groups) {
-    for (std::size_t first = 0; first < groups.size(); first += groups_per_commit) {
-      execute("BEGIN IMMEDIATE");
-      const std::size_t end = std::min(groups.size(), first + groups_per_commit);
-      for (std::size_t index = first; index < end; ++index) {
-        for (const std::int64_t source : groups[index].sources) {
-          read(source);
-        }
-        read(groups[index].derived);
-        write(groups[index].derived);
+void run_bare(BareRows& rows, const std::vector<Group>& groups) {
+  for (std::size_t first = 0; first < groups.size(); first += groups_per_commit) {
+    rows.execute("BEGIN IMMEDIATE");
+    const std::size_t end = std::min(groups.size(), first + groups_per_commit);
+    for (std::size_t index = first; index < end; ++index) {
+      for (const std::int64_t source : groups[index].sources) {
+        rows.read(source);
       }
-      execute("COMMIT");
+      rows.read(groups[index].derived);
+      rows.write(groups[index].derived);
     }
+    rows.execute("COMMIT");
   }
-
- private:
-  sqlite3_stmt* prepare(const char* text) {
-    sqlite3_stmt* statement = nullptr;
-    require(sqlite3_prepare_v2(database_, text, -1, &statement, nullptr) == SQLITE_OK);
-    return statement;
-  }
-  void execute(const char* text) {
-    require(sqlite3_exec(database_, text, nullptr, nullptr, nullptr) == SQLITE_OK);
-  }
-  void read(std::int64_t ID) {
-    sqlite3_bind_int64(select_, 1, ID);
-    require(sqlite3_step(select_) == SQLITE_ROW);
-    for (int column = 0; column < 3; ++column) {
-      const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(select_, column));
-      columns_[static_cast<std::size_t>(column)].assign(
-          bytes, static_cast<std::size_t>(sqlite3_column_bytes(select_, column)));
-    }
-    sqlite3_reset(select_);
-  }
-  void write(std::int64_t ID) {
-    sqlite3_bind_int64(update_, 1, ID);
-    for (int column = 0; column < 3; ++column) {
-      const std::string& bytes = columns_[static_cast<std::size_t>(column)];
-      sqlite3_bind_blob(update_, column + 2, bytes.data(), static_cast<int>(bytes.size()), SQLITE_STATIC);
-    }
-    require(sqlite3_step(update_) == SQLITE_DONE);
-    sqlite3_reset(update_);
-  }
-
-  sqlite3* database_ = nullptr;
-  sqlite3_stmt* select_ = nullptr;
-  sqlite3_stmt* update_ = nullptr;
-  std::string columns_[3];
-};
+}
 
 void recalculate_survey(benchmark::State& state) {
   MadeSurvey survey;
   make_survey(survey, static_cast<int>(state.range(0)));
-  double bare = 0.0;
-  {
-    BareRun run(survey.bare_path);
-    bare = fastest_of(3, [&] { run.run(survey.groups); });
-  }
-  measure(state, survey.raw_readings, bare, [] { require(Module_averaged_data::recalculate_merged() == 0); });
+  BareRows bare(survey.bare_path);
+  run_beside_bound(
+      state, [] { require(Module_averaged_data::recalculate_merged() == 0); },
+      [&] { run_bare(bare, survey.groups); });
+  state.SetItemsProcessed(state.iterations() * survey.raw_readings);
   Module_database::reset_module();
 }
 
