@@ -40,36 +40,32 @@ void add_block(MeshColumns& columns, double left, double right) {
   add_block(columns, std::array<double, 2>{left, right});
 }
 
-/// The blocks of one layer.
+/// The blocks of one layer, one or more.
 struct BlockList {
   std::vector<double> widths;
   std::vector<int> columns;
 
   [[nodiscard]] std::size_t count() const { return widths.size(); }
-  void add(double width, int column_count) {
-    widths.push_back(width);
-    columns.push_back(column_count);
-  }
-  void widen_last(double width, int column_count) {
-    widths.back() += width;
-    columns.back() += column_count;
-  }
 };
 
 /// Each block takes in its right neighbours until they are too wide together. The first and the last one are
 /// padding.
-BlockList join_narrow_blocks(const BlockList& blocks, double thickness, double doubling_threshold) {
-  BlockList joined;
-  for (std::size_t block = 0; block < blocks.count(); ++block) {
+void join_narrow_blocks(BlockList& blocks, double thickness, double doubling_threshold) {
+  std::size_t last = 0;  // of those that are done, which move to the front
+  for (std::size_t block = 1; block < blocks.count(); ++block) {
     const double width = blocks.widths[block];
     const bool starts_anew = block < 2 || block + 1 == blocks.count();
-    if (!starts_anew && (joined.widths.back() + width) * doubling_threshold < thickness) {
-      joined.widen_last(width, blocks.columns[block]);
+    if (!starts_anew && (blocks.widths[last] + width) * doubling_threshold < thickness) {
+      blocks.widths[last] += width;
+      blocks.columns[last] += blocks.columns[block];
     } else {
-      joined.add(width, blocks.columns[block]);
+      ++last;
+      blocks.widths[last] = width;
+      blocks.columns[last] = blocks.columns[block];
     }
   }
-  return joined;
+  blocks.widths.resize(last + 1);
+  blocks.columns.resize(last + 1);
 }
 
 void join_stranded_margin(BlockList& blocks) {
@@ -173,9 +169,10 @@ MeshRows mesh_rows(int layers, double layers_per_decade, double top_layer) {
 std::vector<LayerLines> merge_blocks(const MeshColumns& columns, const MeshRows& rows,
                                      double doubling_threshold) {
   std::vector<LayerLines> layers;
+  layers.reserve(rows.layer_rows.size());
   BlockList blocks{columns.block_widths, columns.block_columns};
   for (std::size_t layer = 0; layer < rows.layer_rows.size(); ++layer) {
-    blocks = join_narrow_blocks(blocks, rows.layer_thickness[layer], doubling_threshold);
+    join_narrow_blocks(blocks, rows.layer_thickness[layer], doubling_threshold);
     join_stranded_margin(blocks);
     layers.push_back({rows.layer_rows[layer], blocks.columns});
   }
