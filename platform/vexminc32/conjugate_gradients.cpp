@@ -67,7 +67,7 @@ class Progress {
 
 }  // namespace
 
-IterationOutcome relax(const Plate& plate, const SplineLevels& levels, std::span<const double> targets,
+IterationOutcome relax(const Plate& plate, SplineLevels& levels, std::span<const double> targets,
                        const IterationLimits& limits, std::span<double> surface) {
   IterationOutcome outcome;
   std::vector<double> residual = plate.right_side(targets);

@@ -24,7 +24,7 @@ struct IterationOutcome {
 /// Stiefel (1952), J. Res. Nat. Bur. Stand. 49, 409-436, with the levels as preconditioner.
 /// @param targets  of the plate's pulling points, in the unit of the surface
 /// @param surface  a value for each node of the plate; where to start, then the result
-IterationOutcome relax(const Plate& plate, const SplineLevels& levels, std::span<const double> targets,
+IterationOutcome relax(const Plate& plate, SplineLevels& levels, std::span<const double> targets,
                        const IterationLimits& limits, std::span<double> surface);
 
 }  // namespace vexminc

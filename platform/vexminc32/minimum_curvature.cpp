@@ -120,8 +120,8 @@ struct Gridding {
   double share_of_fit = 0.0;  // of the whole work
 
   std::vector<double> targets_of(const Plate& plate) const;
-  void fit(const Plate& plate, const SplineLevels& levels, std::span<const double> targets, Surface& surface);
-  void refit(const Plate& plate, const SplineLevels& levels, Surface& surface);
+  void fit(const Plate& plate, SplineLevels& levels, std::span<const double> targets, Surface& surface);
+  void refit(const Plate& plate, SplineLevels& levels, Surface& surface);
   Surface start(std::span<const CellPoint> points, PlateSize size);
 };
 
@@ -133,7 +133,7 @@ std::vector<double> Gridding::targets_of(const Plate& plate) const {
   return targets;
 }
 
-void Gridding::fit(const Plate& plate, const SplineLevels& levels, std::span<const double> targets,
+void Gridding::fit(const Plate& plate, SplineLevels& levels, std::span<const double> targets,
                    Surface& surface) {
   IterationLimits limits{least_change, iteration_limit, {}};
   if (progress) {
@@ -147,7 +147,7 @@ void Gridding::fit(const Plate& plate, const SplineLevels& levels, std::span<con
 }
 
 // The points pull with a finite weight; where that leaves a misfit, they pull from further away.
-void Gridding::refit(const Plate& plate, const SplineLevels& levels, Surface& surface) {
+void Gridding::refit(const Plate& plate, SplineLevels& levels, Surface& surface) {
   constexpr double first_share = 0.7;
   share_of_fit = first_share;
   std::vector<double> targets = targets_of(plate);
@@ -192,7 +192,8 @@ Surface Gridding::start(std::span<const CellPoint> points, PlateSize size) {
   for (const Plate::FixedNode& fixed : plate.fixed_nodes()) {
     coarse[fixed.node] = fixed.point.z;
   }
-  fit(plate, SplineLevels(plate), targets_of(plate), coarse);
+  SplineLevels levels(plate);
+  fit(plate, levels, targets_of(plate), coarse);
   return doubled(coarse, half, size);
 }
 
@@ -238,7 +239,8 @@ std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> 
         surface[fixed.node] = fixed.point.z;
       }
       gridding.iterations = 0;
-      gridding.refit(plate, SplineLevels(plate), surface);
+      SplineLevels levels(plate);
+      gridding.refit(plate, levels, surface);
     }
     if (gridding.stopped) {
       return std::nullopt;

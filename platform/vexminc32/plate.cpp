@@ -1,7 +1,6 @@
 #include "platform/vexminc32/plate.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace vexminc {
 
@@ -17,8 +16,8 @@ std::array<double, 4> lagrange(double t) {
 
 // First of the four nodes about a position; near an edge the last four there are.
 std::size_t first_of_four(double position, std::size_t count) {
-  const double first = std::clamp(std::floor(position) - 1.0, 0.0, static_cast<double>(count - 4));
-  return static_cast<std::size_t>(first);
+  const auto below = static_cast<std::size_t>(position);
+  return std::min(below - std::min<std::size_t>(below, 1), count - 4);
 }
 
 Interpolation interpolation_at(const CellPoint& point, PlateSize size) {
@@ -68,11 +67,12 @@ void twist_between_rows(const double* u, double* result, std::size_t columns, st
 
 Plate::Plate(PlateSize size, std::span<const CellPoint> points) : size_(size) {
   for (const CellPoint& point : points) {
-    const double column = std::round(point.x);
-    const double row = std::round(point.y);
-    if (std::hypot(point.x - column, point.y - row) <= on_node) {
-      fixed_.push_back(
-          {static_cast<std::size_t>(row) * size.columns + static_cast<std::size_t>(column), point});
+    const auto column = static_cast<std::size_t>(point.x + 0.5);
+    const auto row = static_cast<std::size_t>(point.y + 0.5);
+    const double right = point.x - static_cast<double>(column);
+    const double above = point.y - static_cast<double>(row);
+    if (right * right + above * above <= on_node * on_node) {
+      fixed_.push_back({row * size.columns + column, point});
     } else {
       pulling_.push_back(point);
       interpolation_.push_back(interpolation_at(point, size));
@@ -147,7 +147,8 @@ std::vector<double> Plate::diagonal() const {
   for (const Interpolation& at : interpolation_) {
     for (std::size_t j = 0; j < 4; ++j) {
       for (std::size_t i = 0; i < 4; ++i) {
-        result[at.first + j * size_.columns + i] += point_weight * std::pow(at.y[j] * at.x[i], 2);
+        const double weight = at.y[j] * at.x[i];
+        result[at.first + j * size_.columns + i] += point_weight * weight * weight;
       }
     }
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <tuple>
 
 namespace vexminc {
@@ -40,38 +41,47 @@ Moments moments_of(std::span<const CellPoint> points) {
   return m;
 }
 
+// Of one point or more, in an order of their values, so that sums don't depend on the order they come in.
+CellPoint mean_of(std::span<CellPoint> points) {
+  std::ranges::sort(points, [](const CellPoint& a, const CellPoint& b) {
+    return std::tie(a.x, a.y, a.z) < std::tie(b.x, b.y, b.z);
+  });
+  CellPoint sum;
+  for (const CellPoint& point : points) {
+    sum.x += point.x;
+    sum.y += point.y;
+    sum.z += point.z;
+  }
+  const auto count = static_cast<double>(points.size());
+  return {sum.x / count, sum.y / count, sum.z / count};
+}
+
 }  // namespace
 
 std::vector<CellPoint> merge_at_nodes(std::span<const CellPoint> points, std::size_t columns,
                                       std::size_t rows) {
-  struct Placed {
-    std::size_t node;
-    CellPoint point;
+  const auto node_of = [&](const CellPoint& point) {
+    const auto column = std::min(static_cast<std::size_t>(point.x + 0.5), columns - 1);
+    const auto row = std::min(static_cast<std::size_t>(point.y + 0.5), rows - 1);
+    return row * columns + column;
   };
-  std::vector<Placed> placed;
-  placed.reserve(points.size());
+  std::vector<std::size_t> end_of_node(columns * rows + 1);
   for (const CellPoint& point : points) {
-    const auto column = std::min(static_cast<std::size_t>(std::lround(point.x)), columns - 1);
-    const auto row = std::min(static_cast<std::size_t>(std::lround(point.y)), rows - 1);
-    placed.push_back({row * columns + column, point});
+    ++end_of_node[node_of(point) + 1];
   }
-  // By the values too, so that sums don't depend on the order of the points.
-  std::sort(placed.begin(), placed.end(), [](const Placed& a, const Placed& b) {
-    const auto key = [](const Placed& p) { return std::tie(p.node, p.point.x, p.point.y, p.point.z); };
-    return key(a) < key(b);
-  });
+  std::partial_sum(end_of_node.begin(), end_of_node.end(), end_of_node.begin());
+  std::vector<CellPoint> sorted(points.size());
+  for (const CellPoint& point : points) {
+    sorted[end_of_node[node_of(point)]++] = point;
+  }
   std::vector<CellPoint> merged;
-  for (std::size_t first = 0; first < placed.size();) {
-    CellPoint sum = placed[first].point;
-    std::size_t end = first + 1;
-    for (; end < placed.size() && placed[end].node == placed[first].node; ++end) {
-      sum.x += placed[end].point.x;
-      sum.y += placed[end].point.y;
-      sum.z += placed[end].point.z;
+  merged.reserve(points.size());
+  std::size_t first = 0;
+  for (const std::size_t end : end_of_node) {
+    if (end > first) {
+      merged.push_back(mean_of(std::span(sorted).subspan(first, end - first)));
+      first = end;
     }
-    const auto count = static_cast<double>(end - first);
-    merged.push_back({sum.x / count, sum.y / count, sum.z / count});
-    first = end;
   }
   return merged;
 }

@@ -1,7 +1,7 @@
 #include "platform/vexminc32/spline_levels.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 
 namespace vexminc {
 
@@ -20,19 +20,25 @@ std::array<double, 4> spline_values(double t) {
           t * t * t / 6.0};
 }
 
+std::array<double, 4> squares(const std::array<double, 4>& values) {
+  return {values[0] * values[0], values[1] * values[1], values[2] * values[2], values[3] * values[3]};
+}
+
 // D of a level whose nodes are `spacing` cells apart and whose node k lies at (k - shift) * spacing.
 std::vector<double> level_diagonal(const Plate& plate, PlateSize size, double spacing, double shift) {
   std::vector<double> diagonal(size.nodes(), spline_bending / (spacing * spacing));
   const auto add = [&](const CellPoint& point, double weight) {
-    const double x = point.x / spacing + shift;
+    const double x = point.x / spacing + shift;  // at least 1
     const double y = point.y / spacing + shift;
-    const std::array<double, 4> along = spline_values(x - std::floor(x));
-    const std::array<double, 4> up = spline_values(y - std::floor(y));
-    const auto column = static_cast<std::size_t>(x) - 1;
-    const auto row = static_cast<std::size_t>(y) - 1;
-    for (std::size_t j = 0; j < 4 && row + j < size.rows; ++j) {
-      for (std::size_t i = 0; i < 4 && column + i < size.columns; ++i) {
-        diagonal[(row + j) * size.columns + column + i] += weight * std::pow(along[i] * up[j], 2);
+    const auto column = static_cast<std::size_t>(x);
+    const auto row = static_cast<std::size_t>(y);
+    const std::array<double, 4> along = squares(spline_values(x - static_cast<double>(column)));
+    const std::array<double, 4> up = squares(spline_values(y - static_cast<double>(row)));
+    const std::size_t width = std::min<std::size_t>(4, size.columns + 1 - column);
+    for (std::size_t j = 0; j < 4 && row - 1 + j < size.rows; ++j) {
+      double* const to = &diagonal[(row - 1 + j) * size.columns + column - 1];
+      for (std::size_t i = 0; i < width; ++i) {
+        to[i] += weight * up[j] * along[i];
       }
     }
   };
@@ -56,71 +62,56 @@ PlateSize coarser(PlateSize fine) { return {fine.columns / 2 + 3, fine.rows / 2 
 
 void add_refined(std::span<const double> coarse, PlateSize fine_size, std::span<double> fine) {
   const PlateSize size = coarser(fine_size);
-  // In x first, on the few rows; then in y.
-  std::vector<double> wide(fine_size.columns * size.rows);
-  for (std::size_t row = 0; row < size.rows; ++row) {
-    const double* from = &coarse[row * size.columns];
-    double* to = &wide[row * fine_size.columns];
-    for (std::size_t m = 0; 2 * m < fine_size.columns; ++m) {
-      to[2 * m] = 0.125 * (from[m] + from[m + 2]) + 0.75 * from[m + 1];
-    }
-    for (std::size_t m = 0; 2 * m + 1 < fine_size.columns; ++m) {
-      to[2 * m + 1] = 0.5 * (from[m + 1] + from[m + 2]);
-    }
-  }
+  std::vector<double> between(size.columns);  // the coarse rows about a fine one, in y already
   for (std::size_t row = 0; row < fine_size.rows; ++row) {
-    const double* first = &wide[row / 2 * fine_size.columns];
-    const double* second = first + fine_size.columns;
-    const double* third = second + fine_size.columns;
-    double* to = &fine[row * fine_size.columns];
+    const double* const first = &coarse[row / 2 * size.columns];
+    const double* const second = first + size.columns;
+    const double* const third = second + size.columns;
     if (row % 2 == 0) {
-      for (std::size_t i = 0; i < fine_size.columns; ++i) {
-        to[i] += 0.125 * (first[i] + third[i]) + 0.75 * second[i];
+      for (std::size_t m = 0; m < size.columns; ++m) {
+        between[m] = 0.125 * (first[m] + third[m]) + 0.75 * second[m];
       }
     } else {
-      for (std::size_t i = 0; i < fine_size.columns; ++i) {
-        to[i] += 0.5 * (second[i] + third[i]);
+      for (std::size_t m = 0; m < size.columns; ++m) {
+        between[m] = 0.5 * (second[m] + third[m]);
       }
+    }
+    const double* const from = between.data();
+    double* const to = &fine[row * fine_size.columns];
+    for (std::size_t m = 0; m < fine_size.columns / 2; ++m) {
+      to[2 * m] += 0.125 * (from[m] + from[m + 2]) + 0.75 * from[m + 1];
+      to[2 * m + 1] += 0.5 * (from[m + 1] + from[m + 2]);
+    }
+    if (fine_size.columns % 2 == 1) {
+      const std::size_t m = fine_size.columns / 2;
+      to[2 * m] += 0.125 * (from[m] + from[m + 2]) + 0.75 * from[m + 1];
     }
   }
 }
 
-std::vector<double> gathered(std::span<const double> fine, PlateSize fine_size) {
+void gather(std::span<const double> fine, PlateSize fine_size, std::span<double> coarse) {
+  // What a coarse node takes from the five fine ones about it.
+  constexpr std::array<double, 5> weights = {0.125, 0.5, 0.75, 0.5, 0.125};
   const PlateSize size = coarser(fine_size);
-  std::vector<double> wide(fine_size.columns * size.rows);
-  for (std::size_t row = 0; row < fine_size.rows; ++row) {
-    const double* from = &fine[row * fine_size.columns];
-    double* first = &wide[row / 2 * fine_size.columns];
-    double* second = first + fine_size.columns;
-    double* third = second + fine_size.columns;
-    if (row % 2 == 0) {
-      for (std::size_t i = 0; i < fine_size.columns; ++i) {
-        first[i] += 0.125 * from[i];
-        second[i] += 0.75 * from[i];
-        third[i] += 0.125 * from[i];
-      }
-    } else {
-      for (std::size_t i = 0; i < fine_size.columns; ++i) {
-        second[i] += 0.5 * from[i];
-        third[i] += 0.5 * from[i];
-      }
-    }
-  }
-  std::vector<double> coarse(size.nodes());
+  std::vector<double> between(2 * size.columns + 4);  // gathered in y; zeros before and behind stand for none
+  double* const sums = between.data() + 4;
   for (std::size_t row = 0; row < size.rows; ++row) {
-    const double* from = &wide[row * fine_size.columns];
-    double* to = &coarse[row * size.columns];
-    for (std::size_t m = 0; 2 * m < fine_size.columns; ++m) {
-      to[m] += 0.125 * from[2 * m];
-      to[m + 1] += 0.75 * from[2 * m];
-      to[m + 2] += 0.125 * from[2 * m];
+    std::fill_n(sums, fine_size.columns, 0.0);
+    for (std::size_t k = 0; k < weights.size(); ++k) {
+      const std::size_t fine_row = 2 * row + k - 4;  // wraps below 0
+      if (fine_row < fine_size.rows) {
+        const double* const from = &fine[fine_row * fine_size.columns];
+        for (std::size_t i = 0; i < fine_size.columns; ++i) {
+          sums[i] += weights[k] * from[i];
+        }
+      }
     }
-    for (std::size_t m = 0; 2 * m + 1 < fine_size.columns; ++m) {
-      to[m + 1] += 0.5 * from[2 * m + 1];
-      to[m + 2] += 0.5 * from[2 * m + 1];
+    double* const to = &coarse[row * size.columns];
+    for (std::size_t m = 0; m < size.columns; ++m) {
+      const double* const from = between.data() + 2 * m;
+      to[m] = 0.125 * (from[0] + from[4]) + 0.5 * (from[1] + from[3]) + 0.75 * from[2];
     }
   }
-  return coarse;
 }
 
 SplineLevels::SplineLevels(const Plate& plate) : plate_(plate), sizes_{plate.size()} {
@@ -132,31 +123,31 @@ SplineLevels::SplineLevels(const Plate& plate) : plate_(plate), sizes_{plate.siz
     shift = 0.5 * shift + 1.0;
     sizes_.push_back(coarser(sizes_.back()));
     inverse_.push_back(inverse_of(level_diagonal(plate, sizes_.back(), spacing, shift)));
+    gathered_.emplace_back(sizes_.back().nodes());
   }
 }
 
-void SplineLevels::apply(std::span<const double> residual, std::span<double> result) const {
-  std::vector<std::vector<double>> levels;
+void SplineLevels::apply(std::span<const double> residual, std::span<double> result) {
   std::span<const double> finer = residual;
   for (std::size_t level = 1; level < sizes_.size(); ++level) {
-    levels.push_back(gathered(finer, sizes_[level - 1]));
-    finer = levels.back();
+    gather(finer, sizes_[level - 1], gathered_[level - 1]);
+    finer = gathered_[level - 1];
   }
   for (std::size_t level = sizes_.size(); level-- > 1;) {
-    std::vector<double>& values = levels[level - 1];
+    std::vector<double>& values = gathered_[level - 1];
     const std::vector<double>& inverse = inverse_[level];
     for (std::size_t i = 0; i < values.size(); ++i) {
       values[i] *= inverse[i];
     }
     if (level + 1 < sizes_.size()) {
-      add_refined(levels[level], sizes_[level], values);
+      add_refined(gathered_[level], sizes_[level], values);
     }
   }
   for (std::size_t i = 0; i < result.size(); ++i) {
     result[i] = residual[i] * inverse_[0][i];
   }
   if (sizes_.size() > 1) {
-    add_refined(levels.front(), sizes_.front(), result);
+    add_refined(gathered_.front(), sizes_.front(), result);
   }
   plate_.clear_fixed(result);
 }

@@ -23,20 +23,21 @@ PlateSize coarser(PlateSize fine);
 /// P: values on the coarser level, spread to the finer one, which they are added to.
 void add_refined(std::span<const double> coarse, PlateSize fine_size, std::span<double> fine);
 
-/// P^T: values on the finer level, gathered on the coarser one.
-std::vector<double> gathered(std::span<const double> fine, PlateSize fine_size);
+/// P^T: values on the finer level, gathered on the coarser one, whose values they replace.
+void gather(std::span<const double> fine, PlateSize fine_size, std::span<double> coarse);
 
 class SplineLevels {
  public:
   explicit SplineLevels(const Plate& plate);
 
   /// M r; 0 at fixed nodes.
-  void apply(std::span<const double> residual, std::span<double> result) const;
+  void apply(std::span<const double> residual, std::span<double> result);
 
  private:
   const Plate& plate_;
-  std::vector<PlateSize> sizes_;              // of each level, the grid itself first
-  std::vector<std::vector<double>> inverse_;  // 1 / D of each level
+  std::vector<PlateSize> sizes_;               // of each level, the grid itself first
+  std::vector<std::vector<double>> inverse_;   // 1 / D of each level
+  std::vector<std::vector<double>> gathered_;  // of the residual, on each level above the grid
 };
 
 }  // namespace vexminc

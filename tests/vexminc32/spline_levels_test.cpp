@@ -23,7 +23,8 @@ TEST(Spline_levels, Gathering_is_the_transpose_of_refining) {
     }
     std::vector<double> refined(fine.nodes());
     add_refined(coarse_values, fine, refined);
-    const std::vector<double> collected = gathered(fine_values, fine);
+    std::vector<double> collected(coarse_values.size());
+    gather(fine_values, fine, collected);
     EXPECT_NEAR(std::inner_product(refined.begin(), refined.end(), fine_values.begin(), 0.0),
                 std::inner_product(collected.begin(), collected.end(), coarse_values.begin(), 0.0), 1e-11)
         << fine.columns << " x " << fine.rows;
