@@ -3,6 +3,8 @@
 // The list of keys is built only when something needs it. Until then the dynaset knows its current row's key
 // alone, and a search is one indexed look-up. No statement stays open between calls.
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "platform/dao/recordset_implementation.h"
 
@@ -35,7 +37,10 @@ class Dynaset final : public Recordset::Implementation {
         fields_.push_back({column.name, &column});
       }
     }
-    prepare_row_statement();
+    for (const Field& field : fields_) {
+      const bool is_bytes = field.column->type == ColumnType::long_binary;
+      (is_bytes ? bytes_fields_ : row_fields_).push_back(&field);
+    }
     // What doesn't fit the table shows at opening, not at the first move.
     Statement check(*connection_, keys_statement({}, false));
   }
@@ -64,7 +69,7 @@ class Dynaset final : public Recordset::Implementation {
     Value value;
   };
 
-  void prepare_row_statement();
+  [[nodiscard]] std::string row_statement(const std::vector<const Field*>& fields) const;
   [[nodiscard]] std::string keys_statement(std::string_view criteria, bool only_first) const;
   void bind_keys_statement(Statement& statement, const Fragment& criteria) const;
   void look_at_first();
@@ -75,6 +80,7 @@ class Dynaset final : public Recordset::Implementation {
     place_ = Place::on_row;
     key_ = key;
     row_is_read_ = false;
+    row_bytes_.clear();
   }
   void go_to_index(std::size_t index);
   void drop_edit() {
@@ -83,6 +89,7 @@ class Dynaset final : public Recordset::Implementation {
   }
   Key current_key();
   void read_row();
+  void read_row_bytes();
   Change* change_of(const Field& field);
   void insert_row();
   void update_row();
@@ -90,15 +97,19 @@ class Dynaset final : public Recordset::Implementation {
   std::string table_name_;
   Fragment condition_;
   std::string order_;
-  std::string
-      row_statement_;  // the fields but for the byte strings, which are read one by one when asked for
+  // Byte strings lie far behind the other fields of a row and are read, all at once, when one is asked for.
+  std::string row_statement_;
+  std::string bytes_statement_;
   std::vector<const Field*> row_fields_;
+  std::vector<const Field*> bytes_fields_;
 
   Place place_ = Place::before_first_look;
   Key key_ = 0;
   bool row_is_read_ = false;
   std::int64_t changes_at_reading_ = 0;
   std::vector<Value> row_;
+  std::int64_t changes_at_reading_bytes_ = 0;
+  std::vector<std::optional<Bytes>> row_bytes_;  // none: not read, or handed out; empty: of no row
 
   bool has_keys_ = false;
   std::vector<Key> keys_;
@@ -109,15 +120,12 @@ class Dynaset final : public Recordset::Implementation {
   std::vector<Change> changes_;
 };
 
-void Dynaset::prepare_row_statement() {
+std::string Dynaset::row_statement(const std::vector<const Field*>& fields) const {
   std::string columns;
-  for (const Field& field : fields_) {
-    if (field.column->type != ColumnType::long_binary) {
-      columns += ", " + quoted_name(field.name);
-      row_fields_.push_back(&field);
-    }
+  for (const Field* const field : fields) {
+    columns += ", " + quoted_name(field->name);
   }
-  row_statement_ = "SELECT rowid" + columns + " FROM " + table_name_ + " WHERE rowid = ?";
+  return "SELECT rowid" + columns + " FROM " + table_name_ + " WHERE rowid = ?";
 }
 
 // Parameters: the condition's, the criteria's, and with rows added the key of the first of them. Added rows
@@ -288,6 +296,7 @@ void Dynaset::requery() {
   added_.clear();
   index_.reset();
   row_is_read_ = false;
+  row_bytes_.clear();
   place_ = Place::before_first_look;
   no_match_ = false;
 }
@@ -310,6 +319,9 @@ void Dynaset::read_row() {
     return;
   }
   row_is_read_ = false;
+  if (row_statement_.empty()) {
+    row_statement_ = row_statement(row_fields_);
+  }
   Statement statement(connection(), row_statement_);
   statement.bind_integer(key);
   if (!statement.step()) {
@@ -322,6 +334,23 @@ void Dynaset::read_row() {
   }
   row_is_read_ = true;
   changes_at_reading_ = changes_now;
+}
+
+void Dynaset::read_row_bytes() {
+  if (bytes_statement_.empty()) {
+    bytes_statement_ = row_statement(bytes_fields_);
+  }
+  const std::int64_t changes_now = connection().changes();
+  Statement statement(connection(), bytes_statement_);
+  statement.bind_integer(current_key());
+  if (!statement.step()) {
+    throw Error("record is deleted");
+  }
+  row_bytes_.clear();
+  for (std::size_t i = 0; i < bytes_fields_.size(); ++i) {
+    row_bytes_.emplace_back(statement.bytes(static_cast<int>(i) + 1));
+  }
+  changes_at_reading_bytes_ = changes_now;
 }
 
 Dynaset::Change* Dynaset::change_of(const Field& field) {
@@ -358,13 +387,13 @@ Bytes Dynaset::bytes(const Field& field) {
   if (editing_ == Editing::new_row) {
     return {};
   }
-  Statement statement(connection(),
-                      "SELECT " + quoted_name(field.name) + " FROM " + table_name_ + " WHERE rowid = ?");
-  statement.bind_integer(current_key());
-  if (!statement.step()) {
-    throw Error("record is deleted");
+  const auto place =
+      static_cast<std::size_t>(std::ranges::find(bytes_fields_, &field) - bytes_fields_.begin());
+  (void)current_key();
+  if (row_bytes_.empty() || !row_bytes_[place] || changes_at_reading_bytes_ != connection().changes()) {
+    read_row_bytes();
   }
-  return statement.bytes(0);
+  return *std::exchange(row_bytes_[place], std::nullopt);
 }
 
 std::int64_t Dynaset::size(const Field& field) {
