@@ -103,7 +103,8 @@ void read_run(benchmark::State& state) {
   run_beside_bound(
       state,
       [&] {
-        if (Module_occam::read_occam_data_file(folder + "occamdat") != 0 ||
+        Module_occam::ObservedData data;
+        if (Module_occam::read_occam_data_rows(folder + "occamdat", data) != 0 ||
             Module_occam::read_occam_model(folder + "inmodel") != 0) {
           std::abort();
         }

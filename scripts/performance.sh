@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 folder=build/release/benchmarks
 [ -f build/release/build.ninja ] || cmake --preset release
-cmake --build --preset release >/dev/null
+cmake --build --preset release --target benchmarks/all >/dev/null
 
 export QT_QPA_PLATFORM=offscreen
 results="$(mktemp -d)"

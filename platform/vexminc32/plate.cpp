@@ -1,6 +1,7 @@
 #include "platform/vexminc32/plate.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vexminc {
 
@@ -67,8 +68,8 @@ void twist_between_rows(const double* u, double* result, std::size_t columns, st
 
 Plate::Plate(PlateSize size, std::span<const CellPoint> points) : size_(size) {
   for (const CellPoint& point : points) {
-    const auto column = static_cast<std::size_t>(point.x + 0.5);
-    const auto row = static_cast<std::size_t>(point.y + 0.5);
+    const auto column = static_cast<std::size_t>(std::lround(point.x));
+    const auto row = static_cast<std::size_t>(std::lround(point.y));
     const double right = point.x - static_cast<double>(column);
     const double above = point.y - static_cast<double>(row);
     if (right * right + above * above <= on_node * on_node) {

@@ -61,8 +61,8 @@ CellPoint mean_of(std::span<CellPoint> points) {
 std::vector<CellPoint> merge_at_nodes(std::span<const CellPoint> points, std::size_t columns,
                                       std::size_t rows) {
   const auto node_of = [&](const CellPoint& point) {
-    const auto column = std::min(static_cast<std::size_t>(point.x + 0.5), columns - 1);
-    const auto row = std::min(static_cast<std::size_t>(point.y + 0.5), rows - 1);
+    const auto column = std::min(static_cast<std::size_t>(std::lround(point.x)), columns - 1);
+    const auto row = std::min(static_cast<std::size_t>(std::lround(point.y)), rows - 1);
     return row * columns + column;
   };
   std::vector<std::size_t> end_of_node(columns * rows + 1);
