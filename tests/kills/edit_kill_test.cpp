@@ -18,7 +18,7 @@ using namespace Module_averaged_data;
 namespace {
 
 constexpr int station_count = 3;
-constexpr int edit_count = 150;
+constexpr int edit_count = 75;
 
 class RandomEdits {
  public:

@@ -18,7 +18,7 @@ using namespace Module_data_file;
 namespace {
 
 constexpr int readings_per_file = 4;  // one for each tensor element
-constexpr std::size_t file_count = 60;
+constexpr std::size_t file_count = 24;
 
 ImportChoices choices() {
   ImportChoices choices = sample_choices();
