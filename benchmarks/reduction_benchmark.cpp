@@ -187,7 +187,7 @@ void make_survey(MadeSurvey& survey, int stations) {
   store_stations(stations);
   require(Module_averaged_data::recalculate_merged() == 0);
   survey.groups = read_groups();
-  survey.raw_readings = std::int64_t{repeats_per_group * scan_rates} * stations;
+  survey.raw_readings = std::int64_t{repeats_per_group} * scan_rates * stations;
   require(Module_database::close_database() == 0);
   fs::copy_file(session().database_file, survey.bare_path);
   require(Module_database::open_database() == 0);

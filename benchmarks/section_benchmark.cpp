@@ -32,6 +32,7 @@ void redraw(benchmark::State& state) {
   const int rows = static_cast<int>(state.range(1));
   const OccamModel model = made_model(columns, rows);
   std::vector<double> parameters;
+  parameters.reserve(static_cast<std::size_t>(model.num_free_params));
   for (int i = 0; i < model.num_free_params; ++i) {
     parameters.push_back(2.0 + std::sin(0.01 * i));
   }
