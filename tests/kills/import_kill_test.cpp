@@ -96,6 +96,7 @@ class ImportKills : public SurveyTest {
     std::vector<Module_samples::SampleFile> made = Module_samples::make_sample_survey(seed);
     made.resize(std::min(made.size(), file_count));
     std::vector<std::string> paths;
+    paths.reserve(made.size());
     for (const Module_samples::SampleFile& file : made) {
       paths.push_back(folder.write(subfolder + "/" + file.name, file.text));
     }

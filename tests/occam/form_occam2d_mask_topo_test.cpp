@@ -47,17 +47,15 @@ class FormOccam2dMaskTopoTest : public QObject {
   void write_model() const {
     OccamMesh mesh;
     std::vector<Module_occam::LayerLines> layers;
-    double padding = 8100.0;
-    for (; padding > 100.0; padding /= 3.0) {
-      mesh.node_widths.push_back(padding);
-    }
+    mesh.node_widths = {8100.0, 2700.0, 900.0, 300.0};
     const std::size_t side = mesh.node_widths.size();
     mesh.node_widths.insert(mesh.node_widths.end(), 50, 100.0);
     for (std::size_t i = 0; i < side; ++i) {
       mesh.node_widths.push_back(mesh.node_widths[side - 1 - i]);
     }
-    for (double height = 10.0; height < 2000.0; height *= 1.15) {
-      mesh.node_heights.push_back(std::round(height));
+    constexpr int rows = 38;  // to a height of 1,760 m
+    for (int row = 0; row < rows; ++row) {
+      mesh.node_heights.push_back(std::round(10.0 * std::pow(1.15, row)));
       layers.push_back({1, std::vector<int>(mesh.node_widths.size(), 1)});
     }
     const auto free = Module_occam::MeshCodes::all_free;
