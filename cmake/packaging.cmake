@@ -13,8 +13,8 @@ if(BRENLOX_WINDOWS)
   install(FILES packaging/brenlox.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
   install(FILES packaging/man/brenlox.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
-install(TARGETS brenlox_batch brenlox_make_samples RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES packaging/man/brenlox_batch.1 packaging/man/brenlox_make_samples.1
+install(TARGETS brenlox_batch brenlox_make_run brenlox_make_samples RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES packaging/man/brenlox_batch.1 packaging/man/brenlox_make_run.1 packaging/man/brenlox_make_samples.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES CHANGELOG.md LICENSE DESTINATION ${documents})
 install(DIRECTORY docs/ DESTINATION ${documents}

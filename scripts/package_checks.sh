@@ -46,6 +46,12 @@ work() {
   brenlox_batch plots survey.mdb --line 200E --output 200E.pdf
   [ "$(head -c 5 200E.pdf)" = %PDF- ] || fail "200E.pdf is no PDF"
 
+  brenlox_batch occam survey.mdb "${line[@]}" --directory run
+  brenlox_make_run run 200E
+  brenlox_batch response run
+  brenlox_batch section run --iteration 4 --output section.png
+  [ "$(stat -c %s section.png)" -gt 5000 ] || fail "nothing to be seen in the section"
+
   # The datum's name comes out of the database of coordinate systems.
   cat >list.csv <<'LIST'
 Name,Datum,projection,hemisphere,Origin_Longitude,Origin_Latitude,Standard_parallel_1,Standard_parallel_2,Description,False_easting,False_northing,Scale_factor,Zone_width,Zone_number,ERM
@@ -57,7 +63,7 @@ LIST
   for window in main_window tutorial whats_new rhoplus_results; do
     [ "$(stat -c %s "pictures/$window.png")" -gt 5000 ] || fail "nothing to be seen in the picture of $window"
   done
-  for page in brenlox brenlox_batch brenlox_make_samples; do
+  for page in brenlox brenlox_batch brenlox_make_run brenlox_make_samples; do
     [ -f "/usr/share/man/man1/$page.1.gz" ] || fail "no man page of $page"
   done
 
