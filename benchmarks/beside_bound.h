@@ -14,7 +14,7 @@
 /// Of the processor, for this process: other work on the machine doesn't change it.
 inline double cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
-/// As a person waits for it, the disk too.
+/// As a person waits for it.
 inline double wall_seconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }

@@ -1,6 +1,6 @@
 // What the main view does at a click and at a step to the next station, without the drawing: a line of 100
 // stations with 60 frequencies, 12 repeats at the station that is edited, alone and beside 20 further lines.
-// Wall-clock time, as the user waits for the disk too. The bound is the same rows read and written with bare
+// Wall-clock time, as the user waits. The bound is the same rows read and written with bare
 // SQLite; of the plots, a copy of the finished ones. Counters: those of beside_bound.h, rows (readings in the
 // survey).
 #include <array>
