@@ -278,7 +278,8 @@ TEST_F(TopoMaskFileTest, A_masked_mesh_has_a_response_of_our_own_that_knows_its_
   model = build_model(model.mesh, model.layers, 0.0);
   TopoPoints ridge;
   const double middle = (model.node_x.front() + model.node_x.back()) / 2.0;
-  for (double station = middle - 300.0; station <= middle + 300.0; station += 20.0) {
+  for (int step = -15; step <= 15; ++step) {
+    const double station = middle + 20.0 * step;
     ridge.station.push_back(station);
     ridge.elevation.push_back(40.0 * std::exp(-std::pow((station - middle) / 100.0, 2.0)));
   }
@@ -317,7 +318,8 @@ TEST_F(TopoMaskFileTest, A_field_mesh_is_masked) {
   }
   TopoMask mask;
   ASSERT_EQ(read_model_to_mask((run / "Occam2DModel").string(), mask), 0);
-  for (double station = 0.0; station <= 14000.0; station += 500.0) {
+  for (int step = 0; step <= 28; ++step) {
+    const double station = 500.0 * step;
     mask.topo.points.station.push_back(station);
     mask.topo.points.elevation.push_back(800.0 + 150.0 * std::sin(station / 14000.0 * std::numbers::pi));
   }
