@@ -1,6 +1,7 @@
 #include "occam/picture_axes.h"
 
 #include <QFontMetricsF>
+#include <string_view>
 
 #include "platform/graph/axis_ticks.h"
 
@@ -95,6 +96,11 @@ void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palett
   }
   painter.drawText(QRectF(bar.left() - label_gap, bar.top() - 2.0 * line, label_width + bar.width(), line),
                    Qt::AlignLeft | Qt::AlignVCenter, title);
+}
+
+QString short_site_name(const std::string& name) {
+  constexpr std::string_view word = "station_";
+  return QString::fromStdString(name.starts_with(word) ? name.substr(word.size()) : name);
 }
 
 }  // namespace Module_occam

@@ -4,6 +4,7 @@
 #include <QRectF>
 #include <QString>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "occam/image_palette.h"
@@ -33,6 +34,9 @@ void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<Pic
 /// A bar of all colours, the first one below.
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,
                      const QString& title);
+
+/// The name of a site without the word that our own data files begin it with: "100.0" for "station_100.0".
+QString short_site_name(const std::string& name);
 
 inline QColor to_qt(const graph::Colour& colour) { return {colour.red, colour.green, colour.blue}; }
 

@@ -55,6 +55,7 @@ QRectF PictureError::plot() const {
 void PictureError::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
+  painter.setPen(Qt::black);  // whatever the desktop's own colours
   QFont font = painter.font();
   font.setPixelSize(picture_font_pixels);
   painter.setFont(font);
@@ -100,8 +101,7 @@ void PictureError::paint_labels(QPainter& painter) const {
   std::vector<PictureTick> sites;
   double widest = 0.0;
   for (int site = 0; site < response.resp_sites(); ++site) {
-    const QString name =
-        QString::fromStdString(response.resp_site_names[static_cast<std::size_t>(site)]).remove("station_");
+    const QString name = short_site_name(response.resp_site_names[static_cast<std::size_t>(site)]);
     widest = std::max(widest, metrics.horizontalAdvance(name));
     sites.push_back({area.left() + area.width() * (site + 0.5) / response.resp_sites(), name});
   }

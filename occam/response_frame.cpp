@@ -12,6 +12,7 @@
 
 #include "core/number_text.h"
 #include "occam/occam_state.h"
+#include "occam/picture_axes.h"
 #include "platform/widgets/copy_cells.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/vex_splitter.h"
@@ -225,8 +226,8 @@ void ResponseFrame::display_station(int site_number) {
     HScroll_station_->setValue(site_number);
   }
   const auto site = static_cast<std::size_t>(site_number) - 1;
-  Label_station_->setText(qt_text("Site " + response.resp_site_names[site] + " at " +
-                                  format_number(response.resp_offsets[site], "0.0") + " m, RMS " +
+  Label_station_->setText("Site " + short_site_name(response.resp_site_names[site]) +
+                          qt_text(" at " + format_number(response.resp_offsets[site], "0.0") + " m, RMS " +
                                   format_number(misfits_.of_site(site_number).rms(), "0.00")));
   Label_station_->setToolTip(Label_station_->text());  // cut off in a narrow pane
   station_resistivity_->show_plot(station_curves(response, ResponseKind::resistivity, site_number));

@@ -1,5 +1,6 @@
 #include "occam/response_graph.h"
 
+#include <QPalette>
 #include <QVBoxLayout>
 #include <limits>
 #include <utility>
@@ -25,6 +26,12 @@ ResponseGraph::ResponseGraph(const QString& name, const QString& x_title, const 
                              QWidget* parent)
     : QWidget(parent), heading_(new QLabel), chart_(named(new VexGraphControl, name)) {
   heading_->setTextFormat(Qt::RichText);
+  // White as the chart below, whatever the desktop's own colours: the curves' colours are made for it.
+  QPalette colours = heading_->palette();
+  colours.setColor(QPalette::Window, Qt::white);
+  colours.setColor(QPalette::WindowText, Qt::black);
+  heading_->setPalette(colours);
+  heading_->setAutoFillBackground(true);
   heading_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   chart_->set_x_title(x_title);
   chart_->set_y_title(y_title);
@@ -36,7 +43,7 @@ ResponseGraph::ResponseGraph(const QString& name, const QString& x_title, const 
   });
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
-  rows->setSpacing(1);
+  rows->setSpacing(0);
   rows->addWidget(heading_);
   rows->addWidget(chart_, 1);
   show_heading(false);

@@ -115,23 +115,14 @@ void paint_axes(QPainter& painter, const SectionGeometry& geometry, const Zoomed
       "Depth (m)");
 }
 
-/// The names without the word that all of them begin with.
-QStringList short_names(const OccamData& sites) {
-  const std::string word = "station_";
-  const bool all = std::ranges::all_of(sites.site_names,
-                                       [&word](const std::string& name) { return name.starts_with(word); });
-  QStringList names;
-  for (const std::string& name : sites.site_names) {
-    names.append(QString::fromStdString(all ? name.substr(word.size()) : name));
-  }
-  return names;
-}
-
 /// Marks all sites; names stand in two rows as far as there is room.
 void paint_sites(QPainter& painter, const SectionGeometry& geometry, const OccamData& sites,
                  const ZoomedPlot& plot) {
   constexpr double gap = 6.0;
-  const QStringList names = short_names(sites);
+  QStringList names;
+  for (const std::string& name : sites.site_names) {
+    names.append(short_site_name(name));
+  }
   const QFontMetricsF metrics(painter.font());
   const double ground = plot.plot().top();
   std::array<double, 2> used = {-1e9, -1e9};  // how far the names of each row reach, the lower row first
