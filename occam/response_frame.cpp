@@ -109,7 +109,7 @@ QWidget* ResponseFrame::make_station_row() {
   HScroll_station_->setToolTip("Station on show");
   HScroll_station_->setAccessibleName("Station");
   HScroll_station_->setPageStep(1);
-  items->addWidget(Label_station_, 3);
+  items->addWidget(Label_station_, 5);
   items->addWidget(HScroll_station_, 2);
   return row;
 }
