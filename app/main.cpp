@@ -11,10 +11,10 @@
 #include <string_view>
 
 #include "app/Form_main.h"
-#include "app/window_pictures.h"
 #include "core/session_state.h"
 #include "platform/windows/qt_settings_store.h"
 #include "platform/windows/qt_user_interface.h"
+#include "screenshots/window_pictures.h"
 
 namespace {
 

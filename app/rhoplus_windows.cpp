@@ -2,9 +2,9 @@
 
 #include "app/survey_display.h"
 #include "display/selection.h"
-#include "occam/Form_occam.h"
-#include "rhoplus/Form_rhoplus.h"
-#include "rhoplus/Form_rhoplus_inversion.h"
+#include "occam/windows/Form_occam.h"
+#include "rhoplus/windows/Form_rhoplus.h"
+#include "rhoplus/windows/Form_rhoplus_inversion.h"
 
 RhoplusWindows::RhoplusWindows(SurveyDisplay& display, QWidget& main_window)
     : QObject(&main_window), display_(display), main_window_(main_window) {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/picture_plan_group.h"
-#include "app/picture_profile.h"
-#include "app/picture_raw_data.h"
-#include "app/picture_station.h"
-#include "app/picture_stats.h"
-#include "app/selection_row.h"
+#include "app/panels/picture_plan_group.h"
+#include "app/panels/picture_profile.h"
+#include "app/panels/picture_raw_data.h"
+#include "app/panels/picture_station.h"
+#include "app/panels/picture_stats.h"
+#include "app/panels/selection_row.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"

@@ -7,7 +7,7 @@
 
 #include "display/graph_clicks.h"
 #include "display/selection.h"
-#include "reduction/undo.h"
+#include "reduction/edits/undo.h"
 
 class PlanPanel;
 class ProfilePanel;

@@ -4,7 +4,7 @@
 #include "batch/command.h"
 #include "batch/run_option.h"
 #include "core/user_interface.h"
-#include "occam/grid_export.h"
+#include "occam/results/grid_export.h"
 
 namespace Batch {
 namespace {

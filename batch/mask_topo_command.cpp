@@ -9,7 +9,7 @@
 #include "batch/command.h"
 #include "batch/console_interface.h"
 #include "core/number_text.h"
-#include "occam/topo_mask.h"
+#include "occam/ground/topo_mask.h"
 
 namespace Batch {
 namespace {

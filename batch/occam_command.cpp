@@ -5,7 +5,7 @@
 #include "batch/command.h"
 #include "batch/reading_option.h"
 #include "core/user_interface.h"
-#include "occam/create_inversion.h"
+#include "occam/setup/create_inversion.h"
 
 namespace Batch {
 namespace {

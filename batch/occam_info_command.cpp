@@ -8,8 +8,8 @@
 
 #include "batch/command.h"
 #include "core/number_text.h"
-#include "occam/occam_state.h"
-#include "occam/run_summary.h"
+#include "formats/occam/occam_state.h"
+#include "occam/results/run_summary.h"
 
 namespace Batch {
 namespace {

@@ -7,8 +7,8 @@
 #include "batch/command.h"
 #include "batch/offscreen_application.h"
 #include "core/user_interface.h"
-#include "display/line_document.h"
 #include "display/selection.h"
+#include "display/windows/line_document.h"
 
 namespace Batch {
 namespace {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "core/user_interface.h"
-#include "occam/run_summary.h"
+#include "occam/results/run_summary.h"
 
 namespace fs = std::filesystem;
 

@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "occam/run_view.h"
+#include "occam/results/run_view.h"
 
 namespace Batch {
 

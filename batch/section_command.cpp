@@ -7,7 +7,7 @@
 #include "batch/offscreen_application.h"
 #include "batch/run_option.h"
 #include "core/number_text.h"
-#include "occam/section_picture.h"
+#include "occam/windows/section_picture.h"
 
 namespace Batch {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "display/selection.h"
-#include "reduction/masks.h"
+#include "reduction/edits/masks.h"
 
 namespace Module_display_data {
 

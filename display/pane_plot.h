@@ -7,7 +7,7 @@
 
 #include "platform/graph/axis_limits.h"
 #include "platform/graph/plot_table.h"
-#include "reduction/curve_parts.h"
+#include "reduction/data_sets/curve_parts.h"
 
 namespace Module_display_data {
 

@@ -7,9 +7,9 @@
 #include "database/survey_database.h"
 #include "display/raw_plot.h"
 #include "display/station_plot.h"
-#include "reduction/profile_data_set.h"
-#include "reduction/repeat_data_set.h"
-#include "reduction/station_data_set.h"
+#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/station_data_set.h"
 
 namespace Module_display_data {
 

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <string>
 
-#include "reduction/masks.h"
+#include "reduction/edits/masks.h"
 
 namespace Module_display_data {
 

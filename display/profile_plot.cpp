@@ -1,7 +1,7 @@
 #include "display/profile_plot.h"
 
 #include "core/session_state.h"
-#include "reduction/profile_data_set.h"
+#include "reduction/data_sets/profile_data_set.h"
 
 namespace Module_display_data {
 

@@ -10,8 +10,8 @@
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
 #include "display/plan_view.h"
-#include "reduction/profile_data_set.h"
-#include "reduction/repeat_data_set.h"
+#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/repeat_data_set.h"
 
 namespace Module_display_data {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "reduction/station_data_set.h"
+#include "reduction/data_sets/station_data_set.h"
 
 namespace Module_display_data {
 

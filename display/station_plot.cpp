@@ -5,8 +5,8 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "display/plot_colours.h"
-#include "reduction/profile_data_set.h"
-#include "reduction/station_data_set.h"
+#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/station_data_set.h"
 
 namespace Module_display_data {
 

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "core/line_reader.h"
+#include "formats/edi/edi_parser.h"
 #include "fuzz/input_file.h"
-#include "import/edi_curves.h"
-#include "import/edi_parser.h"
+#include "import/readers/edi_curves.h"
 
 using namespace Module_data_file;
 

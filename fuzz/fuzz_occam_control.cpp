@@ -1,6 +1,6 @@
 // Any text as the start file of a two-dimensional inversion.
+#include "formats/occam/iteration_file.h"
 #include "fuzz/input_file.h"
-#include "occam/iteration_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Module_occam::ControlFile names;

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "formats/occam/data_file.h"
+#include "formats/occam/occam_state.h"
 #include "fuzz/input_file.h"
-#include "occam/data_file.h"
-#include "occam/occam_state.h"
 
 using namespace Module_occam;
 

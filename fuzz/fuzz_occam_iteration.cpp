@@ -1,8 +1,8 @@
 // Any text as an iteration file of a two-dimensional inversion.
 #include <cstdlib>
 
+#include "formats/occam/iteration_file.h"
 #include "fuzz/input_file.h"
-#include "occam/iteration_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace Module_occam;

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <string_view>
 
+#include "formats/occam/model_file.h"
+#include "formats/occam/occam_state.h"
 #include "fuzz/input_file.h"
-#include "occam/model_file.h"
-#include "occam/occam_state.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <fstream>
 #include <string_view>
 
+#include "formats/occam/occam_state.h"
+#include "formats/occam/response_file.h"
 #include "fuzz/input_file.h"
-#include "occam/occam_state.h"
-#include "occam/response_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace Module_occam;

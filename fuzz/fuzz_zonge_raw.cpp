@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <exception>
 
+#include "formats/zonge/zonge_raw_parser.h"
 #include "fuzz/input_file.h"
 #include "fuzz/scan_input.h"
-#include "import/zonge_raw_parser.h"
-#include "import/zonge_stn_file.h"
+#include "import/readers/zonge_stn_file.h"
 
 using namespace Module_data_file;
 

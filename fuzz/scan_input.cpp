@@ -6,8 +6,8 @@
 #include <string>
 
 #include "fuzz/input_file.h"
-#include "import/field_reader.h"
 #include "import/import_report.h"
+#include "import/readers/field_reader.h"
 #include "import/reading_record.h"
 #include "import/store_blocks.h"
 

@@ -11,8 +11,8 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
-#include "import/head_dates.h"
-#include "import/remarks.h"
+#include "formats/head_dates.h"
+#include "formats/remarks.h"
 
 namespace Module_data_file {
 

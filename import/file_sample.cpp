@@ -3,9 +3,9 @@
 #include <exception>
 
 #include "core/number_text.h"
-#include "import/edi_spectra_reader.h"
-#include "import/edi_stations.h"
-#include "import/zonge_stn_file.h"
+#include "import/readers/edi_spectra_reader.h"
+#include "import/readers/edi_stations.h"
+#include "import/readers/zonge_stn_file.h"
 
 namespace Module_data_file {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "import/edi_mt_reader.h"
 #include "import/file_decode.h"
+#include "import/readers/edi_mt_reader.h"
 
 namespace Module_data_file {
 

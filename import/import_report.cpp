@@ -7,7 +7,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "import/remarks.h"
+#include "formats/remarks.h"
 
 namespace Module_data_file {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "import/field_reader.h"
 #include "import/import_report.h"
+#include "import/readers/field_reader.h"
 #include "import/reading_record.h"
 
 namespace Module_data_file {

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "database/reading.h"
+#include "numerics/rhoplus/rhoplus.h"
 #include "output/rhoplus_settings.h"
-#include "platform/vexmtutils/rhoplus/rhoplus.h"
 
 namespace Module_output {
 

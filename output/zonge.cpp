@@ -14,8 +14,8 @@
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
+#include "formats/zonge/zonge_text.h"
 #include "output/frequency_list_of.h"
-#include "output/zonge_text.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/vexutil32/coordinate_transforms.h"
+#include "numerics/geodesy/coordinate_transforms.h"
 
 namespace Module_projections {
 

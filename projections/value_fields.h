@@ -6,7 +6,7 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/vexutil32/coordinate_transforms.h"
+#include "numerics/geodesy/coordinate_transforms.h"
 
 namespace Module_projections {
 

@@ -6,7 +6,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "display/plot_colours.h"
-#include "reduction/curve_parts.h"
+#include "reduction/data_sets/curve_parts.h"
 
 namespace Module_rhoplus {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "display/pane_plot.h"
-#include "reduction/masks.h"
+#include "reduction/edits/masks.h"
 #include "rhoplus/station_inversion.h"
 
 namespace Module_rhoplus {

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <string>
 
+#include "numerics/rhoplus/rhoplus.h"
 #include "output/rhoplus.h"
-#include "platform/vexmtutils/rhoplus/rhoplus.h"
 
 namespace Module_rhoplus {
 

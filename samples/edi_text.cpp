@@ -5,7 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "samples/layered_earth.h"
+#include "numerics/impedance/layered_earth.h"
 
 namespace Module_samples {
 namespace {

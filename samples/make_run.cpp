@@ -18,11 +18,11 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "occam/data_file.h"
-#include "occam/iteration_file.h"
-#include "occam/model_file.h"
-#include "occam/model_response.h"
-#include "occam/occam_state.h"
+#include "formats/occam/data_file.h"
+#include "formats/occam/iteration_file.h"
+#include "formats/occam/model_file.h"
+#include "formats/occam/occam_state.h"
+#include "occam/results/model_response.h"
 #include "samples/sample_survey.h"
 
 namespace {

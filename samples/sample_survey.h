@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "samples/layered_earth.h"
+#include "numerics/impedance/layered_earth.h"
 
 namespace Module_samples {
 

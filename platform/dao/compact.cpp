@@ -8,7 +8,7 @@
 
 #include "platform/dao/connection.h"
 #include "platform/dao/error.h"
-#include "platform/dao/jet_file.h"
+#include "platform/dao/jet/jet_file.h"
 #include "platform/dao/sidecar_files.h"
 
 namespace dao {

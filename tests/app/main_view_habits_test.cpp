@@ -14,9 +14,9 @@
 #include <functional>
 
 #include "display/plan_view.h"
-#include "reduction/profile_data_set.h"
-#include "reduction/repeat_data_set.h"
-#include "reduction/station_data_set.h"
+#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/station_data_set.h"
 #include "tests/app/main_view_fixture.h"
 
 namespace {

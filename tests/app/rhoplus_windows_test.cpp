@@ -24,9 +24,9 @@
 #include "platform/graph/VexGraphControl.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/windows/qt_user_interface.h"
-#include "reduction/station_data_set.h"
-#include "rhoplus/Form_rhoplus.h"
-#include "rhoplus/Form_rhoplus_inversion.h"
+#include "reduction/data_sets/station_data_set.h"
+#include "rhoplus/windows/Form_rhoplus.h"
+#include "rhoplus/windows/Form_rhoplus_inversion.h"
 #include "tests/app/main_view_fixture.h"
 
 using Module_output::rhoplus_settings;

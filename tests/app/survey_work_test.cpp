@@ -21,7 +21,6 @@
 #include <span>
 
 #include "app/Form_main.h"
-#include "app/window_pictures.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "database/survey_database.h"
@@ -30,10 +29,11 @@
 #include "import/import_run.h"
 #include "platform/graph/VexGraphControl.h"
 #include "platform/settings_store/settings_store.h"
-#include "reduction/repeat_data_set.h"
-#include "reduction/station_data_set.h"
-#include "tests/import/made_edi.h"
-#include "tests/occam/made_results.h"
+#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/station_data_set.h"
+#include "screenshots/window_pictures.h"
+#include "tests/formats/edi/made_edi.h"
+#include "tests/occam/results/made_results.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/window_fixture.h"
 

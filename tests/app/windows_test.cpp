@@ -20,12 +20,12 @@
 #include <fstream>
 #include <vector>
 
-#include "app/Form_tutorial.h"
-#include "app/manual_pages.h"
-#include "app/window_pictures.h"
+#include "app/help/Form_tutorial.h"
+#include "app/help/manual_pages.h"
 #include "samples/sample_survey.h"
+#include "screenshots/window_pictures.h"
 #include "tests/app/main_view_fixture.h"
-#include "tests/occam/made_results.h"
+#include "tests/occam/results/made_results.h"
 
 namespace {
 

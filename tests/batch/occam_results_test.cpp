@@ -2,7 +2,7 @@
 #include <filesystem>
 
 #include "tests/batch/batch_program.h"
-#include "tests/occam/made_results.h"
+#include "tests/occam/results/made_results.h"
 
 namespace fs = std::filesystem;
 

@@ -3,8 +3,8 @@
 #include "core/undo_stack.h"
 #include "display/plan_view.h"
 #include "display/selection.h"
-#include "reduction/profile_data_set.h"
-#include "reduction/repeat_data_set.h"
+#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/repeat_data_set.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/survey_fixture.h"
 

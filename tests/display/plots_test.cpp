@@ -5,7 +5,7 @@
 #include "display/profile_plot.h"
 #include "display/raw_plot.h"
 #include "display/station_plot.h"
-#include "reduction/masks.h"
+#include "reduction/edits/masks.h"
 #include "tests/display/made_survey.h"
 
 using namespace Module_display_data;

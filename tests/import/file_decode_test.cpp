@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "core/calendar.h"
-#include "import/head_dates.h"
+#include "formats/head_dates.h"
 #include "import/natural_order.h"
-#include "tests/import/made_edi.h"
+#include "tests/formats/edi/made_edi.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 

@@ -6,7 +6,7 @@
 #include "import/file_sample.h"
 #include "import/import_files.h"
 #include "platform/settings_store/settings_store.h"
-#include "tests/import/made_edi.h"
+#include "tests/formats/edi/made_edi.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 

@@ -7,7 +7,7 @@
 
 #include "database/reading.h"
 #include "import/store_blocks.h"
-#include "tests/import/made_edi.h"
+#include "tests/formats/edi/made_edi.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_data_file;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "output/zonge_text.h"
+#include "formats/zonge/zonge_text.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 

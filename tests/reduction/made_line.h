@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "reduction/averages.h"
-#include "reduction/curve_parts.h"
+#include "reduction/data_sets/curve_parts.h"
 #include "tests/reduction/made_readings.h"
 
 namespace made {

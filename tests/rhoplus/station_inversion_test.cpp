@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
+#include "numerics/impedance/layered_earth.h"
 #include "rhoplus/data_rows.h"
 #include "rhoplus/fit_plot.h"
-#include "samples/layered_earth.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 

@@ -8,7 +8,7 @@
 #include "import/import_files.h"
 #include "import/import_run.h"
 #include "samples/sample_survey.h"
-#include "tests/occam/made_results.h"
+#include "tests/occam/results/made_results.h"
 
 namespace {
 

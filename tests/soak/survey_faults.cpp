@@ -12,9 +12,9 @@
 #include "core/search_sort.h"
 #include "core/session_state.h"
 #include "reduction/averages.h"
-#include "reduction/profile_data_set.h"
-#include "reduction/repeat_data_set.h"
-#include "reduction/station_data_set.h"
+#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/station_data_set.h"
 
 namespace {
 

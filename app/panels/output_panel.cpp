@@ -1,0 +1,88 @@
+#include "app/panels/output_panel.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QShortcut>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "platform/widgets/folder_model.h"
+#include "ui_output_panel.h"
+
+OutputPanel::OutputPanel(QWidget* parent)
+    : QFrame(parent), ui_(std::make_unique<Ui::output_panel>()), folders_(new FolderModel(this)) {
+  ui_->setupUi(this);
+  folders_->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
+  ui_->DirList->setModel(folders_);
+  for (int column = 1; column < folders_->columnCount(); ++column) {
+    ui_->DirList->hideColumn(column);
+  }
+  // Folders are read and sorted as they come into view, so the one to be shown finds its place by and by.
+  connect(folders_, &QFileSystemModel::directoryLoaded, this, &OutputPanel::scroll_to_folder);
+  connect(folders_, &QFileSystemModel::layoutChanged, this, &OutputPanel::scroll_to_folder);
+  connect(ui_->DirList, &QTreeView::pressed, this, [this] { folder_finds_place_ = false; });
+  connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
+  connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
+  auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, &OutputPanel::done);
+}
+
+OutputPanel::~OutputPanel() = default;
+
+bool OutputPanel::open_for(Module_output::OutputKind kind) {
+  kind_ = kind;
+  if (Module_output::read_output_lists(lists_) != 0) {
+    return false;
+  }
+  ui_->Combo_output_linelist->clear();
+  for (const std::string& line : lists_.lines) {
+    ui_->Combo_output_linelist->addItem(QString::fromStdString(line));
+  }
+  ui_->Combo_output_dipole->clear();
+  for (const float dipole : lists_.dipoles) {
+    ui_->Combo_output_dipole->addItem(QString::fromStdString(plain_text(dipole)));
+  }
+  for (QComboBox* const choice :
+       {ui_->Combo_output_linelist, ui_->Combo_output_datatype, ui_->Combo_output_dipole}) {
+    choice->setCurrentIndex(-1);
+  }
+  ui_->Label_numout->setText("0");
+  const bool rhoplus = kind == Module_output::OutputKind::rhoplus;
+  ui_->Frame_rhoplus->setVisible(rhoplus);
+  ui_->Frame_outputvariable->setTitle(rhoplus ? "Data to write as Rho+ control files"
+                                              : "Data to write as a Zonge AVG set");
+  ui_->Label_data_type->setText(QString::fromStdString(session().current_data_type));
+  show_folder(QFileInfo(QString::fromStdString(session().database_file)).absolutePath());
+  return true;
+}
+
+void OutputPanel::take_focus() { ui_->Combo_output_linelist->setFocus(); }
+
+void OutputPanel::show_folder(const QString& folder) {
+  folders_->setRootPath(QDir::rootPath());
+  ui_->DirList->setCurrentIndex(folders_->index(folder));
+  folder_finds_place_ = true;
+  scroll_to_folder();
+}
+
+void OutputPanel::scroll_to_folder() {
+  if (folder_finds_place_) {
+    ui_->DirList->scrollTo(ui_->DirList->currentIndex(), QAbstractItemView::PositionAtCenter);
+  }
+}
+
+void OutputPanel::write() {
+  const Module_output::OutputChoices choices{ui_->Combo_output_linelist->currentIndex(),
+                                             ui_->Combo_output_datatype->currentIndex(),
+                                             ui_->Combo_output_dipole->currentIndex(),
+                                             folders_->filePath(ui_->DirList->currentIndex()).toStdString()};
+  const auto show_row_count = [this](int rows) {
+    ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
+  };
+  if (kind_ == Module_output::OutputKind::rhoplus) {
+    static_cast<void>(Module_output::write_chosen_rhoplus(
+        lists_, choices, ui_->Text_rhoplus_output_directory->text().toStdString(), show_row_count));
+  } else {
+    static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, show_row_count));
+  }
+}

@@ -1,0 +1,176 @@
+#include "app/panels/picture_plan_group.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "app/panels/picture_raw_data.h"
+#include "app/panels/picture_site_map.h"
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "display/plan_view.h"
+#include "platform/widgets/panel_controls.h"
+
+using namespace Module_display_data;
+
+namespace {
+
+/// A bar that goes back to its middle after each move.
+QScrollBar* make_spring(Qt::Orientation orientation, const QString& name, const QString& spoken_name) {
+  auto* const bar = named(new QScrollBar(orientation), name);
+  bar->setRange(-10, 10);
+  bar->setPageStep(5);
+  bar->setTracking(false);  // a drag moves once, when the bar is let go
+  bar->setToolTip("Moves the plan");
+  bar->setAccessibleName(spoken_name);
+  bar->setFocusPolicy(Qt::StrongFocus);
+  return bar;
+}
+
+}  // namespace
+
+PlanPanel::PlanPanel(QWidget* parent)
+    : QWidget(parent),
+      Picture_raw_data_(named(new RawPanel, "Picture_raw_data")),
+      Picture_site_map_(named(new SiteMap, "Picture_site_map")),
+      HScroll_x_centre_(make_spring(Qt::Horizontal, "HScroll_x_centre", "Plan to the left or right")),
+      VScroll_y_centre_(make_spring(Qt::Vertical, "VScroll_y_centre", "Plan up or down")),
+      VScroll_scale_(named(new QScrollBar(Qt::Vertical), "VScroll_scale")),
+      Combo_coords_(make_list("Combo_coords")),
+      Command_show_raw_data_(named(new QPushButton("Show Ra&w Data"), "Command_show_raw_data")),
+      stack_(new QStackedLayout) {
+  Combo_coords_->addItems({"Local", "Map"});
+  VScroll_scale_->setRange(-5, 20);
+  VScroll_scale_->setPageStep(1);
+  VScroll_scale_->setToolTip("Zoom");
+  VScroll_scale_->setAccessibleName("Zoom of the plan");
+  VScroll_scale_->setFocusPolicy(Qt::StrongFocus);
+  Combo_coords_->setToolTip("Coordinates of the survey's own grid, or of the map");
+  Command_show_raw_data_->setToolTip("Back to the repeats of the station");
+  stack_->addWidget(make_plan());
+  stack_->addWidget(Picture_raw_data_);
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(2);
+  rows->addLayout(stack_, 1);
+  rows->addWidget(make_status());
+  connect_controls();
+}
+
+QWidget* PlanPanel::make_plan() {
+  auto* const plan = named(new QWidget, "Picture_plan");
+  auto* const controls = new QHBoxLayout;
+  add_labelled(*controls, "Coordinates", Combo_coords_);
+  controls->addStretch();
+  controls->addWidget(Command_show_raw_data_);
+  auto* const grid = new QGridLayout(plan);
+  grid->setContentsMargins(0, 2, 0, 0);
+  grid->setSpacing(2);
+  grid->addLayout(controls, 0, 0, 1, 3);
+  grid->addWidget(Picture_site_map_, 1, 0);
+  grid->addWidget(VScroll_y_centre_, 1, 1);
+  grid->addLayout(make_zoom(), 1, 2);
+  grid->addWidget(HScroll_x_centre_, 2, 0);
+  return plan;
+}
+
+QVBoxLayout* PlanPanel::make_zoom() {
+  auto* const zoom = new QVBoxLayout;
+  zoom->setSpacing(0);
+  zoom->addWidget(new QLabel("\u2212"), 0, Qt::AlignHCenter);
+  zoom->addWidget(VScroll_scale_, 1, Qt::AlignHCenter);
+  zoom->addWidget(new QLabel("+"), 0, Qt::AlignHCenter);
+  return zoom;
+}
+
+QWidget* PlanPanel::make_status() {
+  auto* const status = named(new QWidget, "Status_site_map");
+  auto* const row = new QHBoxLayout(status);
+  row->setContentsMargins(0, 0, 0, 0);
+  for (std::size_t index = 0; index < Status_site_map_.size(); ++index) {
+    auto* const part = named(new QLabel, QString("Status_site_map_%1").arg(index + 1));
+    part->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    part->setMinimumWidth(110);
+    Status_site_map_[index] = part;
+    row->addWidget(part, 1);
+  }
+  return status;
+}
+
+void PlanPanel::connect_controls() {
+  connect(Picture_raw_data_, &RawPanel::plan_wanted, this, [this] { show_raw_data(false); });
+  connect(Command_show_raw_data_, &QPushButton::clicked, this, [this] { show_raw_data(true); });
+  connect(Combo_coords_, &QComboBox::currentIndexChanged, this, [this](int index) {
+    if (!session().updating_controls && choose_coordinates(index)) {
+      draw_plan();
+    }
+  });
+  connect(VScroll_scale_, &QScrollBar::valueChanged, this, [this] {
+    if (!session().updating_controls) {
+      draw_plan();
+    }
+  });
+  connect(HScroll_x_centre_, &QScrollBar::valueChanged, this,
+          [this](int value) { pan(*HScroll_x_centre_, pan_plan_x, value); });
+  connect(VScroll_y_centre_, &QScrollBar::valueChanged, this,
+          [this](int value) { pan(*VScroll_y_centre_, pan_plan_y, value); });
+  connect(Picture_site_map_, &SiteMap::resized, this, &PlanPanel::draw_plan);
+  connect(Picture_site_map_, &SiteMap::station_picked, this, &PlanPanel::station_picked);
+  connect(Picture_site_map_, &SiteMap::zoom_wanted, this, &PlanPanel::zoom_about);
+  connect(Picture_site_map_, &SiteMap::dragged, this, [this](QPointF from, QPointF to) {
+    drag_plan({from.x(), from.y()}, {to.x(), to.y()});
+    draw_plan();
+  });
+  connect(Picture_site_map_, &SiteMap::pointer_moved, this, [this](double x, double y) {
+    show_status({}, qt_text(format_number(x, "0.0")), qt_text(format_number(y, "0.0")));
+  });
+  connect(Picture_site_map_, &SiteMap::pointer_left, this, [this] { show_status({}, {}, {}); });
+}
+
+void PlanPanel::pan(QScrollBar& bar, void (*pan_plan)(int), int value) {
+  if (session().updating_controls || value == 0) {
+    return;
+  }
+  pan_plan(value);
+  draw_plan();
+  const ScopedValue updating(session().updating_controls, true);
+  bar.setValue(0);
+}
+
+void PlanPanel::zoom_about(int steps, QPointF place) {
+  const int present = VScroll_scale_->value();
+  const int wanted = std::clamp(present + steps, VScroll_scale_->minimum(), VScroll_scale_->maximum());
+  keep_place_through_zoom({place.x(), place.y()}, Picture_site_map_->height(), present, wanted);
+  VScroll_scale_->setValue(wanted);
+}
+
+void PlanPanel::draw_plan() {
+  if (session().station_count > 0 && Picture_site_map_->height() > 0) {
+    const ScopedValue updating(session().updating_controls, true);
+    VScroll_scale_->setValue(
+        resize_plan_window(Picture_site_map_->width(), Picture_site_map_->height(), VScroll_scale_->value()));
+  }
+  Picture_site_map_->update();
+}
+
+void PlanPanel::show_coordinates() {
+  const ScopedValue updating(session().updating_controls, true);
+  Combo_coords_->setCurrentIndex(session().coord_system);
+}
+
+void PlanPanel::show_raw_data(bool shown) { stack_->setCurrentIndex(shown ? 1 : 0); }
+
+void PlanPanel::show_status(const QString& what, const QString& x, const QString& y) {
+  Status_site_map_[0]->setText(what);
+  Status_site_map_[1]->setText(x);
+  Status_site_map_[2]->setText(y);
+}
+
+void PlanPanel::show_status(const QString& what) { Status_site_map_[0]->setText(what); }

@@ -1,0 +1,37 @@
+// picture_stats.h: the panel of the mask commands: by frequency, by sign of the phase, by outliers.
+#pragma once
+#include <QWidget>
+#include <array>
+#include <functional>
+#include <string>
+
+#include "reduction/edits/masks.h"
+
+class QGridLayout;
+class QLineEdit;
+class QRadioButton;
+
+class StatsPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit StatsPanel(QWidget* parent = nullptr);
+
+  /// Who knows the text of the frequency selected.
+  void set_frequency_source(std::function<std::string()> frequency_text);
+  /// The quantity that outlier commands apply to.
+  void choose_outlier_field(Module_averaged_data::Component component);
+
+ Q_SIGNALS:
+  void edited();
+
+ private:
+  void add_outlier_field(QGridLayout& grid);
+  void add_frequency_commands(QGridLayout& grid);
+  void add_outlier_commands(QGridLayout& grid);
+  [[nodiscard]] Module_averaged_data::OutlierField outlier_field() const;
+
+  std::function<std::string()> frequency_text_;
+  std::array<QRadioButton*, 3> Option_outlier_{};
+  QLineEdit* Text_outliers_;
+};

@@ -1,0 +1,51 @@
+// graph_pair.h: the two graphs of a panel, resistivity above phase, with a common x axis.
+#pragma once
+#include <QWidget>
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "display/pane_plot.h"
+#include "platform/graph/VexGraphControl.h"
+#include "platform/graph/pdf_pages.h"
+#include "reduction/edits/masks.h"
+
+/// Hands a plot to a graph, which shows it with its next draw_graph.
+void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot);
+
+class GraphPairWidget : public QWidget {
+  Q_OBJECT
+
+ public:
+  using Component = Module_averaged_data::Component;
+  using PointText = std::function<std::string(std::size_t series, std::size_t point, Component)>;
+
+  /// @param name of the control array; its members are name_0, resistivity, and name_1, phase
+  GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
+                  QWidget* parent = nullptr);
+
+  void clear();
+  /// Takes a plot over and draws each graph once, with a blue line at a marked place of the x axis.
+  void show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x = {});
+  /// Moves the blue line and draws each graph once.
+  void mark_x(std::optional<double> x);
+  void reset_zoom();
+  void set_point_text(const PointText& text);
+  /// Draws both graphs in a part of a page.
+  void place_on(graph::PdfPages& pages, const QRectF& part);
+  QSize sizeHint() const override { return {360, 400}; }
+  QSize minimumSizeHint() const override;
+
+ Q_SIGNALS:
+  void point_selected(Module_averaged_data::Component component, int series, int point);
+  void pointer_moved(Module_averaged_data::Component component, bool off_graph, double x, double y);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void show_error_bars(bool shown);
+
+  std::array<VexGraphControl*, 2> graphs_{};
+};

@@ -1,0 +1,108 @@
+#include "display/windows/line_document.h"
+
+#include <QFileInfo>
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "display/profile_plot.h"
+#include "display/raw_plot.h"
+#include "display/selection.h"
+#include "display/station_plot.h"
+#include "display/windows/graph_pair.h"
+#include "platform/graph/pdf_pages.h"
+#include "reduction/data_sets/station_data_set.h"
+
+namespace Module_display_data {
+
+namespace {
+
+constexpr std::size_t most_scan_rates_in_a_row = 3;
+
+QString text_of(const std::string& text) { return QString::fromStdString(text); }
+
+std::string selection_text() {
+  const SessionState& state = session();
+  return "Line " + state.current_line + ", " + state.current_data_type + ", dipole " +
+         plain_text(state.current_dipole) + " m";
+}
+
+void require(const Redisplay& redisplay) {
+  if (redisplay.failed) {
+    throw std::runtime_error("the readings can't be loaded");
+  }
+}
+
+void place_pair(graph::PdfPages& pages, const std::string& title, GraphPair plot, const QRectF& part) {
+  const QRectF below = pages.caption(text_of(title), part);
+  if (plot.empty()) {
+    return;
+  }
+  GraphPairWidget pair("page", graph::AxisType::logarithmic, "Frequency (Hz)");
+  pair.show_plot(std::move(plot));
+  pair.place_on(pages, below);
+}
+
+void add_profile(graph::PdfPages& pages) {
+  pages.begin_page(text_of(selection_text() + ": profile"));
+  GraphPairWidget pair("page", graph::AxisType::linear, "Station (m)");
+  GraphPair plot = profile_plot();
+  if (!plot.empty()) {
+    pair.show_plot(std::move(plot));
+    pair.place_on(pages, {0.0, 0.0, 1.0, 1.0});
+  }
+}
+
+/// The displayed station: merged curve and averages on the left, the repeats of each scan rate beside them.
+void add_station(graph::PdfPages& pages) {
+  pages.begin_page(text_of(selection_text() + ", station " + format_number(session().current_station, "0")));
+  const std::vector<float> rates = Module_averaged_data::station_data_set().scan_rates;
+  const std::size_t across = 1 + std::min(rates.size(), most_scan_rates_in_a_row);
+  const std::size_t down =
+      std::max<std::size_t>(1, (rates.size() + most_scan_rates_in_a_row - 1) / most_scan_rates_in_a_row);
+  const double width = 1.0 / static_cast<double>(across);
+  const double height = 1.0 / static_cast<double>(down);
+  place_pair(pages, station_label(), station_plot(false), {0.0, 0.0, width, 1.0});
+  for (std::size_t k = 0; k < rates.size(); ++k) {
+    require(choose_scan_rate(plain_text(rates[k])));
+    const std::size_t column = 1 + k % most_scan_rates_in_a_row;
+    const std::size_t row = k / most_scan_rates_in_a_row;
+    const QRectF part(width * static_cast<double>(column), height * static_cast<double>(row), width, height);
+    place_pair(pages, raw_label() + ", " + plain_text(rates[k]) + " Hz", raw_plot(false), part);
+  }
+}
+
+}  // namespace
+
+int write_line_document(const std::string& path) {
+  const std::int32_t selected = session().current_station_index;
+  const std::string scan_rate = plain_text(session().current_scan_rate);
+  const ScopeGuard reselect([&] {
+    static_cast<void>(display_station(selected, {}));
+    static_cast<void>(choose_scan_rate(scan_rate));
+    user_interface().show_progress("", -1);
+  });
+  return trap_errors("An error occurred while writing the graphs: ", [&] {
+    const BusyPointer busy;
+    graph::PdfPages pages(text_of(path), text_of(selection_text()));
+    add_profile(pages);
+    const std::int32_t first = first_station_of_current_line();
+    const std::int32_t count = session().stations_in_line;
+    for (std::int32_t place = 0; place < count; ++place) {
+      user_interface().show_progress("Drawing the stations", static_cast<int>(100 * place / count));
+      user_interface().process_events();
+      if (user_interface().stop_requested()) {
+        return;
+      }
+      require(display_station(first + place, {}));
+      add_station(pages);
+    }
+    pages.finish();
+  });
+}
+
+}  // namespace Module_display_data

@@ -1,0 +1,58 @@
+#include "formats/edi/edi_lines.h"
+
+#include <cmath>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "formats/field_values.h"
+
+namespace Module_data_file {
+
+bool EdiLines::skip_to_tag() {
+  while (next()) {
+    if (at_tag()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+std::optional<std::string_view> option_text(std::string_view line, std::string_view key) {
+  for (std::size_t place = line.find(key); place != std::string_view::npos;
+       place = line.find(key, place + 1)) {
+    if (place > 0 && !is_separator(line[place - 1])) {
+      continue;
+    }
+    const std::string_view behind = trimmed(line.substr(place + key.size()));
+    if (behind.starts_with('=')) {
+      return trimmed(behind.substr(1));
+    }
+  }
+  return std::nullopt;
+}
+
+std::string option_item(std::string_view line, std::string_view key) {
+  std::string_view text = option_text(line, key).value_or(std::string_view());
+  std::string item(next_token(text));
+  std::erase(item, '"');
+  return item.find('=') == std::string::npos ? item : std::string();  // "Z= AZM=0": nothing stands behind Z
+}
+
+double option_number(std::string_view line, std::string_view key) {
+  const double value = numeric_value(option_item(line, key));
+  return std::isfinite(value) ? value : 0.0;
+}
+
+std::optional<std::string> sectid_option(std::string_view line) {
+  const auto text = option_text(line, "SECTID");
+  if (!text) {
+    return std::nullopt;
+  }
+  std::string_view id = *text;
+  if (id.starts_with('"')) {
+    id = id.substr(1, id.find('"', 1) - 1);
+  }
+  return std::string(id);
+}
+
+}  // namespace Module_data_file

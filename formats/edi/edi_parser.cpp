@@ -1,0 +1,305 @@
+#include "formats/edi/edi_parser.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "formats/edi/edi_tags.h"
+#include "formats/field_values.h"
+#include "formats/remarks.h"
+
+namespace Module_data_file {
+
+namespace {
+
+std::string value_count(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " value" : " values");
+}
+
+}  // namespace
+
+void EdiSection::clear() {
+  static_cast<EdiSectionHead&>(*this) = {};
+  frequencies.clear();
+  for (auto& element : elements) {
+    for (EdiValues& quantity : element) {
+      quantity.present = quantity.is_variance = false;
+      quantity.values.clear();
+    }
+  }
+}
+
+EdiMtParser::EdiMtParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
+  read_head();
+}
+
+void EdiMtParser::read_head() {
+  while (lines_.skip_to_tag()) {
+    const std::string tag = tag_name(lines_.line());
+    if (tag == "=MTSECT") {
+      section_follows_ = has_sections_ = true;
+      break;
+    }
+    channels_.take(upper_case(lines_.line()), tag);
+  }
+  channels_.mark_local();
+}
+
+bool EdiMtParser::next_section(EdiSection& section) {
+  section.clear();
+  if (!section_follows_) {
+    return false;
+  }
+  section_follows_ = false;
+  ++section_number_;
+  section.line_number = lines_.line_number();
+  expected_ = unknown_count;
+  has_frequencies_ = false;
+  tags_seen_ = 0;
+  if (!read_section_head(section)) {
+    fail_in_section("in its head");
+    return false;
+  }
+  if (!read_blocks(section)) {
+    return false;
+  }
+  finish_section(section);
+  return true;
+}
+
+bool EdiMtParser::read_section_head(EdiSection& section) {
+  while (lines_.next()) {
+    if (lines_.at_tag()) {
+      return true;
+    }
+    read_head_line(section, upper_case(trimmed(lines_.line())));
+  }
+  return false;
+}
+
+void EdiMtParser::read_head_line(EdiSection& section, const std::string& line) {
+  if (auto id = sectid_option(line)) {
+    section.SECTID = std::move(id);
+  }
+  if (const auto text = option_text(line, "NFREQ")) {
+    read_count(*text);
+  }
+  if (line.front() == 'H' || line.front() == 'E') {
+    const std::size_t equals = line.find('=');
+    std::string_view rest =
+        equals == std::string::npos ? std::string_view() : trimmed(std::string_view(line).substr(equals + 1));
+    const std::string_view id = next_token(rest);
+    const std::vector<EdiChannel>& channels = channels_.all();
+    const auto channel = std::find_if(channels.begin(), channels.end(),
+                                      [&](const EdiChannel& c) { return !id.empty() && c.ID == id; });
+    if (channel != channels.end() && channel->is_local && channel->CHTYPE == "HX") {
+      section.local_hx = *channel;
+    }
+  }
+}
+
+void EdiMtParser::read_count(std::string_view text) {
+  const std::string_view token = next_token(text);
+  const double count = std::trunc(numeric_value(token));
+  // Each value takes two bytes at least; a larger count is damage and must not decide how much is allocated.
+  const double most = static_cast<double>(lines_.file_size()) / 2.0 + 1.0;
+  if (token.empty() || !(token.front() >= '0' && token.front() <= '9') || count > most) {
+    remark_unreadable(
+        report_, lines_.line_number(),
+        "NFREQ=" + in_quotes(token) + " is not a count; the values of >FREQ are counted instead");
+    return;
+  }
+  expected_ = static_cast<std::size_t>(count);
+}
+
+// The current line is a tag line. False if the file ends inside a block.
+bool EdiMtParser::read_blocks(EdiSection& section) {
+  while (true) {
+    const std::string name = tag_name(lines_.line());
+    const EdiTag* const tag = find_edi_tag(name);
+    if (tag != nullptr && tag->kind == EdiTagKind::section) {
+      section_follows_ = true;
+      return true;
+    }
+    if (tag != nullptr && tag->kind == EdiTagKind::end_of_file) {
+      if (lines_.next()) {
+        remark_ignored(report_, lines_.line_number(), "lines behind >END are not read");
+      }
+      return true;
+    }
+    if (name.starts_with('=')) {
+      remark_ignored(report_, lines_.line_number(), ">" + text_from_field_file(name) + " is not read");
+      skip_to_section();
+      return true;
+    }
+    bool more = false;
+    if (tag == nullptr) {
+      const std::int64_t tag_line = lines_.line_number();
+      more = lines_.skip_to_tag();
+      if (!more && lines_.line_number() == tag_line && is_cut_edi_tag(name)) {
+        fail_in_section("inside tag >" + name);
+        return false;
+      }
+      remark_ignored(report_, tag_line,
+                     "block >" + text_from_field_file(name.substr(0, 40)) + " is not used");
+    } else {
+      const std::size_t mark = tag->index;
+      if ((tags_seen_ >> mark & 1U) != 0) {
+        remark_ignored(report_, lines_.line_number(),
+                       "block >" + name + " comes again; the later one is used");
+      }
+      tags_seen_ |= std::uint64_t{1} << mark;
+      const AfterBlock after = read_block(section, *tag);
+      if (after == AfterBlock::cut) {
+        return false;
+      }
+      more = after == AfterBlock::tag_line;
+    }
+    if (!more && !has_frequencies_) {
+      fail_in_section("before block >FREQ");
+      return false;
+    }
+    if (!more) {
+      remark_unreadable(report_, lines_.line_number(), "the file ends without >END");
+      return true;
+    }
+  }
+}
+
+EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTag& tag) {
+  const std::int64_t first_line = lines_.line_number();
+  const std::string name = ">" + std::string(tag.name);
+  std::size_t count = 0;
+  AfterBlock after = AfterBlock::tag_line;
+  if (tag.kind == EdiTagKind::discarded) {
+    after = skip_values(count);
+  } else {
+    scratch_.clear();
+    after = read_values(scratch_);
+    count = scratch_.size();
+  }
+  if (tag.kind == EdiTagKind::frequencies) {
+    has_frequencies_ = true;
+  }
+  const bool count_known = expected_ != unknown_count;
+  const bool short_of_values =
+      count_known ? count < expected_ : has_frequencies_ && count < section.frequencies.size();
+  if (after == AfterBlock::end_of_file &&
+      (short_of_values || (!count_known && tag.kind == EdiTagKind::frequencies))) {
+    fail_in_section("inside block " + name + " of line " + std::to_string(first_line));
+    return AfterBlock::cut;
+  }
+  if (count_known && short_of_values && tag.kind != EdiTagKind::discarded) {
+    remark_unreadable(report_, first_line,
+                      "block " + name + " has " + std::to_string(count) + " of " + value_count(expected_) +
+                          "; the rest is absent");
+    scratch_.resize(expected_, no_data);
+  }
+  if (tag.kind == EdiTagKind::frequencies) {
+    section.frequencies.swap(scratch_);
+  } else if (tag.kind == EdiTagKind::values) {
+    const bool is_variance = tag.second != quantity_count;  // one block for the errors of both
+    if (is_variance) {
+      EdiValues& second = section.get(tag.element, tag.second);
+      second.present = second.is_variance = true;
+      second.values = scratch_;
+    }
+    section.get(tag.element, tag.first).present = true;
+    section.get(tag.element, tag.first).is_variance = is_variance;
+    section.get(tag.element, tag.first).values.swap(scratch_);
+  }
+  return after;
+}
+
+EdiMtParser::AfterBlock EdiMtParser::read_values(std::vector<float>& values) {
+  const std::string name = tag_name(lines_.line());
+  const std::int64_t first_line = lines_.line_number();
+  std::size_t surplus = 0;
+  if (expected_ != unknown_count) {
+    values.reserve(expected_);
+  }
+  AfterBlock after = AfterBlock::end_of_file;
+  while (lines_.next()) {
+    if (lines_.at_tag()) {
+      after = AfterBlock::tag_line;
+      break;
+    }
+    take_values(values, surplus);
+  }
+  if (surplus > 0) {
+    remark_ignored(
+        report_, first_line,
+        value_count(surplus) + " of block >" + name + " beyond the count of " + std::to_string(expected_));
+  }
+  return after;
+}
+
+// The values of blocks that are not used are counted, to know whether the file was cut inside one.
+EdiMtParser::AfterBlock EdiMtParser::skip_values(std::size_t& count) {
+  while (lines_.next()) {
+    if (lines_.at_tag()) {
+      return AfterBlock::tag_line;
+    }
+    count += count_items(lines_.line());
+  }
+  return AfterBlock::end_of_file;
+}
+
+void EdiMtParser::take_values(std::vector<float>& values, std::size_t& surplus) {
+  const char* place = lines_.line().data();
+  const char* const line_end = place + lines_.line().size();
+  while ((place = skip_separators(place, line_end)) != line_end) {
+    if (values.size() == expected_) {
+      surplus += count_items({place, static_cast<std::size_t>(line_end - place)});
+      return;
+    }
+    double value = 0.0;
+    place = take_value(place, line_end, value, report_, lines_.line_number());
+    values.push_back(static_cast<float>(value));
+  }
+}
+
+// Passes over a section of another kind.
+void EdiMtParser::skip_to_section() {
+  while (lines_.skip_to_tag()) {
+    const EdiTag* const tag = find_edi_tag(tag_name(lines_.line()));
+    if (tag != nullptr && tag->kind == EdiTagKind::section) {
+      section_follows_ = true;
+      return;
+    }
+    if (tag != nullptr && tag->kind == EdiTagKind::end_of_file) {
+      return;
+    }
+  }
+}
+
+// Brings all arrays to the length of the frequencies.
+void EdiMtParser::finish_section(EdiSection& section) {
+  if (!has_frequencies_) {
+    remark_unreadable(report_, section.line_number,
+                      "the section has no >FREQ block: its readings have no frequencies");
+    section.frequencies.clear();
+  }
+  const std::size_t count = section.frequencies.size();
+  for (auto& element : section.elements) {
+    for (EdiValues& quantity : element) {
+      if (quantity.present && quantity.values.size() != count) {
+        if (has_frequencies_) {
+          remark_unreadable(report_, section.line_number,
+                            "a block of the section has " + value_count(quantity.values.size()) + " for " +
+                                std::to_string(count) + " frequencies");
+        }
+        quantity.values.resize(count, no_data);
+      }
+    }
+  }
+}
+
+void EdiMtParser::fail_in_section(std::string_view place) {
+  report_.failure = "the file ends " + std::string(place) + "; section " + std::to_string(section_number_) +
+                    " is not stored";
+}
+
+}  // namespace Module_data_file

@@ -1,0 +1,97 @@
+// edi_parser.h: the impedance sections of an EDI text file, one at a time.
+//
+// Conventions: frequency Hz, resistivity ohm-m, phase degrees, impedance in the file's unit; an absent value
+// is no_data (-1e32). Values stand in the order of the file. Tags and keywords match whole and in any case;
+// comment lines (">!...", "!...") count nowhere. What can't be taken as it stands goes into the file's
+// report.
+#pragma once
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/line_reader.h"
+#include "formats/edi/edi_channels.h"
+#include "formats/edi/edi_lines.h"
+#include "import/import_report.h"
+
+namespace Module_data_file {
+
+enum EdiElement : std::size_t { element_xx, element_xy, element_yx, element_yy, element_count };
+
+enum EdiQuantity : std::size_t {
+  quantity_resistivity,
+  quantity_phase,
+  quantity_real,
+  quantity_imaginary,
+  quantity_first_error,   // variance of the impedance or error of the resistivity, the later block wins
+  quantity_second_error,  // variance of the impedance or error of the phase, the later block wins
+  quantity_count
+};
+
+/// One quantity of one tensor element.
+struct EdiValues {
+  bool present = false;      // some block of the section gave it
+  bool is_variance = false;  // a variance of the impedance, not an error of resistivity or phase
+  std::vector<float> values;
+};
+
+struct EdiSection : EdiSectionHead {
+  std::vector<float> frequencies;  // length n
+  std::array<std::array<EdiValues, quantity_count>, element_count> elements;
+
+  [[nodiscard]] const EdiValues& get(std::size_t element, EdiQuantity quantity) const {
+    return elements[element][quantity];
+  }
+  EdiValues& get(std::size_t element, EdiQuantity quantity) { return elements[element][quantity]; }
+  void clear();
+};
+
+struct EdiTag;  // what a tag means
+
+class EdiMtParser {
+ public:
+  /// Reads the head of the file up to its first section. `reader` and `report` must outlive the parser.
+  EdiMtParser(LineReader& reader, FileReport& report);
+
+  /// Reads the next section; it is whole when this returns true, though its blocks may be few.
+  /// @return false at the end. A file that ends inside a section says so in the report's failure, and that
+  /// section is not given.
+  bool next_section(EdiSection& section);
+
+  [[nodiscard]] const std::vector<EdiChannel>& channels() const { return channels_.all(); }
+  [[nodiscard]] bool has_sections() const { return has_sections_; }
+
+ private:
+  static constexpr std::size_t unknown_count = std::numeric_limits<std::size_t>::max();
+  enum class AfterBlock { tag_line, end_of_file, cut };  // cut: the file ends inside the block
+
+  void read_head();
+  bool read_section_head(EdiSection& section);
+  void read_head_line(EdiSection& section, const std::string& line);
+  void read_count(std::string_view text);
+  bool read_blocks(EdiSection& section);
+  AfterBlock read_block(EdiSection& section, const EdiTag& tag);
+  AfterBlock read_values(std::vector<float>& values);
+  AfterBlock skip_values(std::size_t& count);
+  void take_values(std::vector<float>& values, std::size_t& surplus);
+  void skip_to_section();
+  void finish_section(EdiSection& section);
+  void fail_in_section(std::string_view place);
+
+  EdiLines lines_;
+  FileReport& report_;
+  EdiChannelList channels_;
+  bool has_sections_ = false;
+  bool section_follows_ = false;          // the current line is a >=MTSECT
+  std::int64_t section_number_ = 0;       // from 1
+  std::size_t expected_ = unknown_count;  // values of each block of this section
+  bool has_frequencies_ = false;          // the section under way had a >FREQ
+  std::uint64_t tags_seen_ = 0;           // in this section, a bit for each entry of the tag table
+  std::vector<float> scratch_;
+};
+
+}  // namespace Module_data_file

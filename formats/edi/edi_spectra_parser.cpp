@@ -1,0 +1,278 @@
+#include "formats/edi/edi_spectra_parser.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "formats/edi/edi_tags.h"
+#include "formats/field_values.h"
+#include "formats/remarks.h"
+
+namespace Module_data_file {
+
+namespace {
+
+constexpr double most_channels = 1000.0;  // a larger NCHAN is damage; stations have five to ten
+
+bool begins_section(std::string_view tag) { return tag.starts_with("=SPEC"); }
+
+bool ends_file(std::string_view tag) { return tag == "END"; }
+
+// HX, EY, RX, RHX: the keywords of channels in the head of a section.
+bool names_channel(std::string_view keyword) {
+  constexpr std::string_view kinds = "HER";
+  constexpr std::string_view axes = "XYZ";
+  return keyword.size() >= 2 && keyword.size() <= 4 &&
+         kinds.find(keyword.front()) != std::string_view::npos &&
+         axes.find(keyword.back()) != std::string_view::npos;
+}
+
+std::size_t whole_count(std::string_view text, double most) {
+  const double count = std::trunc(numeric_value(text));
+  return count >= 0.0 && count <= most ? static_cast<std::size_t>(count) : 0;
+}
+
+std::string_view without_count(std::string_view line) { return line.substr(0, line.find("//")); }
+
+}  // namespace
+
+EdiSpectraParser::EdiSpectraParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
+  read_head();
+}
+
+void EdiSpectraParser::read_head() {
+  bool in_definitions = false;
+  while (lines_.next()) {
+    if (!lines_.at_tag()) {
+      if (in_definitions) {
+        const std::string line = upper_case(lines_.line());
+        if (option_text(line, "REFELEV")) {
+          REFELEV_ = option_number(line, "REFELEV");
+        }
+      }
+      continue;
+    }
+    const std::string tag = tag_name(lines_.line());
+    if (begins_section(tag)) {
+      has_sections_ = true;
+      break;
+    }
+    in_definitions = tag == "=DEFINEMEAS";
+    channels_.take(upper_case(lines_.line()), tag);
+  }
+  at_end_ = !has_sections_;
+  channels_.mark_local();
+}
+
+// Goes on from the current line to the tag of a section.
+bool EdiSpectraParser::go_to_section() {
+  while (!at_end_) {
+    if (lines_.at_tag()) {
+      const std::string tag = tag_name(lines_.line());
+      if (begins_section(tag)) {
+        return true;
+      }
+      if (ends_file(tag)) {
+        if (lines_.next()) {
+          remark_ignored(report_, lines_.line_number(), "lines behind >END are not read");
+        }
+        at_end_ = true;
+        return false;
+      }
+      if (tag.starts_with('=')) {
+        remark_ignored(report_, lines_.line_number(), ">" + text_from_field_file(tag) + " is not read");
+      }
+    }
+    at_end_ = !lines_.skip_to_tag();
+  }
+  return false;
+}
+
+bool EdiSpectraParser::next_section(SpectraSection& section) {
+  SpectraBlock passed_over;
+  while (section_number_ > 0 && next_block(passed_over)) {
+  }
+  section = {};
+  if (is_cut_ || !go_to_section()) {
+    return false;
+  }
+  section.number = ++section_number_;
+  section.line_number = lines_.line_number();
+  named_.clear();
+  in_id_list_ = false;
+  channel_count_ = 0;
+  if (!read_section_head(section)) {
+    fail_in_section("in its head");
+    return false;
+  }
+  close_section_head(section);
+  return true;
+}
+
+bool EdiSpectraParser::read_section_head(SpectraSection& section) {
+  while (lines_.next()) {
+    if (lines_.at_tag()) {
+      return true;
+    }
+    const std::string line = upper_case(trimmed(lines_.line()));
+    if (line.starts_with("//")) {
+      in_id_list_ = true;
+      std::string_view rest = std::string_view(line).substr(2);
+      next_token(rest);  // their count; the ids themselves are counted
+      read_ids(rest);
+    } else if (line.find('=') == std::string::npos) {
+      if (in_id_list_) {
+        read_ids(line);
+      }
+    } else {
+      read_options(line, section);
+    }
+  }
+  return false;
+}
+
+void EdiSpectraParser::read_ids(std::string_view text) {
+  for (std::string_view id = next_token(text); !id.empty(); id = next_token(text)) {
+    named_.push_back({"", std::string(id)});
+  }
+}
+
+void EdiSpectraParser::read_options(const std::string& line, SpectraSection& section) {
+  if (auto id = sectid_option(line)) {
+    section.SECTID = std::move(id);
+    return;
+  }
+  section.NFREQ = option_text(line, "NFREQ") ? whole_count(option_item(line, "NFREQ"), 1e9) : section.NFREQ;
+  if (option_text(line, "NCHAN")) {
+    channel_count_ = whole_count(option_item(line, "NCHAN"), most_channels);
+  }
+  std::string_view rest = line;
+  for (std::size_t equals = rest.find('='); equals != std::string_view::npos; equals = rest.find('=')) {
+    const std::string_view before = trimmed(rest.substr(0, equals));
+    const std::size_t blank = before.find_last_of(" \t,");
+    const std::string_view keyword = blank == std::string_view::npos ? before : before.substr(blank + 1);
+    rest = trimmed(rest.substr(equals + 1));
+    if (names_channel(keyword)) {
+      named_.push_back({std::string(keyword), std::string(next_token(rest))});
+    }
+  }
+}
+
+void EdiSpectraParser::close_section_head(SpectraSection& section) {
+  if (channel_count_ != 0 && channel_count_ != named_.size()) {
+    remark_unreadable(report_, section.line_number,
+                      "NCHAN=" + std::to_string(channel_count_) + ", but the section names " +
+                          std::to_string(named_.size()) + " channels");
+  }
+  channel_count_ = std::max(channel_count_, named_.size());
+  section.channel_count = channel_count_;
+  section.roles = find_roles(named_, channels_.all());
+  section.local_hx = section.roles.local_hx;
+  if (section.local_hx && section.local_hx->Z == 0.0 && REFELEV_) {
+    section.local_hx->Z = *REFELEV_;  // sensors' places are relative to the reference point
+  }
+}
+
+bool EdiSpectraParser::next_block(SpectraBlock& block) {
+  while (!at_end_ && !is_cut_) {
+    const std::string tag = tag_name(lines_.line());
+    if (tag == "SPECTRA") {
+      read_block_options(block);
+      read_matrix(block);
+      return !is_cut_;
+    }
+    if (tag.starts_with('=') || ends_file(tag)) {
+      return false;
+    }
+    remark_ignored(report_, lines_.line_number(),
+                   "block >" + text_from_field_file(tag.substr(0, 40)) + " is not used");
+    at_end_ = !lines_.skip_to_tag();
+    if (at_end_) {
+      remark_unreadable(report_, lines_.line_number(), "the file ends without >END");
+    }
+  }
+  return false;
+}
+
+void EdiSpectraParser::read_block_options(SpectraBlock& block) {
+  const std::string whole = upper_case(lines_.line());
+  const std::string_view line = without_count(whole);
+  block.line_number = lines_.line_number();
+  block.FREQ = option_number(line, "FREQ");
+  block.ROTSPEC = option_number(line, "ROTSPEC");
+  block.AVGT = 0.0;
+  block.invalid_AVGT.reset();
+  if (option_text(line, "AVGT")) {
+    const std::string text = option_item(line, "AVGT");
+    const double averages = numeric_value(text);
+    if (is_numeric(text) && averages >= 0.0 && std::isfinite(averages)) {
+      block.AVGT = averages;
+    } else {
+      block.invalid_AVGT = text;
+    }
+  }
+}
+
+void EdiSpectraParser::read_matrix(SpectraBlock& block) {
+  const std::size_t expected = channel_count_ * channel_count_;
+  block.matrix.clear();
+  bool all_there = true;
+  std::size_t surplus = 0;
+  at_end_ = true;
+  while (lines_.next()) {
+    if (lines_.at_tag()) {
+      at_end_ = false;
+      break;
+    }
+    if (lines_.line().starts_with("//")) {
+      continue;  // the count of values, on a line of its own
+    }
+    const char* place = lines_.line().data();
+    const char* const line_end = place + lines_.line().size();
+    while ((place = skip_separators(place, line_end)) != line_end) {
+      if (block.matrix.size() == expected) {
+        surplus += count_items({place, static_cast<std::size_t>(line_end - place)});
+        break;
+      }
+      double value = 0.0;
+      place = take_value(place, line_end, value, report_, lines_.line_number(), OddText::absent);
+      all_there = all_there && !is_absent(value);
+      block.matrix.push_back(value);
+    }
+  }
+  const std::size_t count = block.matrix.size();
+  block.complete = all_there && count == expected;
+  if (at_end_ && count < expected) {
+    fail_in_section("inside block >SPECTRA of line " + std::to_string(block.line_number));
+    return;
+  }
+  if (at_end_) {
+    remark_unreadable(report_, lines_.line_number(), "the file ends without >END");
+  }
+  if (expected == 0) {
+    return;
+  }
+  if (count < expected) {
+    remark_unreadable(report_, block.line_number,
+                      "block >SPECTRA has " + std::to_string(count) + " of " + std::to_string(expected) +
+                          " values; the frequency is left out");
+  } else if (!all_there) {
+    remark_unreadable(report_, block.line_number,
+                      "block >SPECTRA has absent values; the frequency is left out");
+  }
+  if (surplus > 0) {
+    remark_ignored(report_, block.line_number,
+                   std::to_string(surplus) + " values of block >SPECTRA beyond the count of " +
+                       std::to_string(expected));
+  }
+}
+
+void EdiSpectraParser::fail_in_section(const std::string& place) {
+  is_cut_ = true;
+  report_.failure =
+      "the file ends " + place + "; section " + std::to_string(section_number_) + " is not stored";
+}
+
+}  // namespace Module_data_file

@@ -1,0 +1,140 @@
+#include "formats/occam/data_file.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "formats/occam/occam_state.h"
+#include "formats/occam/table_input.h"
+
+namespace Module_occam {
+
+namespace {
+
+constexpr std::string_view line_end = "\r\n";
+constexpr std::size_t sites_value_column = 6;  // behind the word SITES
+constexpr std::size_t number_width = 12;
+
+void add_line(std::string& text, std::string_view label, std::string_view value = {}) {
+  text.append(label).append(value).append(line_end);
+}
+
+std::string_view type_field(DataType type) {
+  switch (type) {
+    case DataType::te_resistivity:
+      return "       1 ";
+    case DataType::te_phase:
+      return "       2 ";
+    case DataType::tm_resistivity:
+      return "       5 ";
+    case DataType::tm_phase:
+      break;
+  }
+  return "       6 ";
+}
+
+void add_row(std::string& text, const DataRow& row) {
+  text += pad_field(format_number(row.site_number, "0"), 6);
+  text += pad_field(format_number(row.frequency_number, "0"), number_width);
+  text += type_field(row.type);
+  text += pad_field(format_number(row.datum, "0.0000"), number_width);
+  text += pad_field(format_number(row.error, "0.0000"), number_width);
+  text += line_end;
+}
+
+std::string_view without_colon(std::string_view text) {
+  return text.starts_with(':') ? trimmed(text.substr(1)) : text;
+}
+
+OccamData read_sites(TextInput& input) {
+  if (input.filled_line().find(data_marker) == std::string_view::npos) {
+    throw Refusal("The file does not have the correct format");
+  }
+  OccamData data;
+  data.title = text_from_field_file(first_token(input.filled_line()).rest);
+  // Data files that other programs write have a colon behind their labels.
+  const int sites = integer_value(without_colon(from_column(input.filled_line(), sites_value_column)));
+  if (sites < 1) {
+    throw Refusal("The file does not have any sites defined");
+  }
+  for (int site = 0; site < sites; ++site) {
+    data.site_names.push_back(text_from_field_file(trimmed(input.filled_line())));
+  }
+  input.filled_line();  // the label of the offsets
+  for (int site = 0; site < sites; ++site) {
+    data.site_offsets.push_back(static_cast<float>(numeric_value(input.filled_line())));
+  }
+  return data;
+}
+
+/// Reads row `count`, from 0, and checks its numbers.
+DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
+  Row<5> items{};
+  if (!read_row(input, items)) {
+    throw std::runtime_error("the file ends behind " + std::to_string(count) + " rows");
+  }
+  const DataRow row{integer_of(items[0]), integer_of(items[1]),
+                    static_cast<DataType>(std::clamp(integer_of(items[2]), 0, 255)), items[3], items[4]};
+  const auto within = [](int number, std::size_t most) {
+    return number >= 1 && static_cast<std::size_t>(number) <= most;
+  };
+  if (!within(row.site_number, data.site_offsets.size()) ||
+      !within(row.frequency_number, data.frequencies.size())) {
+    throw std::runtime_error("row " + std::to_string(count + 1) +
+                             " is of a site or frequency that there is not");
+  }
+  return row;
+}
+
+}  // namespace
+
+std::string data_file_text(const DataFile& data) {
+  std::string text;
+  add_line(text, "FORMAT            ", data_marker);
+  add_line(text, "TITLE             ", trimmed(data.description));
+  add_line(text, "SITES             ", std::to_string(data.positions.size()));
+  for (const float position : data.positions) {
+    add_line(text, "station_", format_number(position, "0.0"));
+  }
+  add_line(text, "OFFSETS");
+  for (const float position : data.positions) {
+    add_line(text, pad_field(format_number(position, "0.0"), number_width));
+  }
+  add_line(text, "FREQUENCIES       ", std::to_string(data.frequencies.size()));
+  for (const float frequency : data.frequencies) {
+    add_line(text, pad_field(format_number(frequency, "0.0000"), number_width));
+  }
+  add_line(text, "NO.DATABLOCKS     ", std::to_string(data.rows.size()));
+  add_line(text, "SITE,FREQUENCY,DATATYPE,DATUM,ERROR");
+  for (const DataRow& row : data.rows) {
+    add_row(text, row);
+  }
+  return text;
+}
+
+int read_occam_data_file(const std::string& path) {
+  return run_reader("An error occurred while reading the control file: ", [&path] {
+    TextInput input(path);
+    occam_state().data = read_sites(input);
+  });
+}
+
+int read_occam_data_rows(const std::string& path, ObservedData& data) {
+  return run_reader("An error occurred while reading the control file: ", [&] {
+    TextInput input(path);
+    if (input.filled_line().find(data_marker) == std::string_view::npos) {
+      throw Refusal("The file does not have the correct format");
+    }
+    TableHeader header = read_header(input, Labels::without_colon);
+    ObservedData read{
+        std::move(header.site_names), std::move(header.site_offsets), std::move(header.frequencies), {}};
+    for (int count = 0; count < header.row_count; ++count) {
+      read.rows.push_back(read_data_row(input, read, count));
+    }
+    data = std::move(read);
+  });
+}
+
+}  // namespace Module_occam

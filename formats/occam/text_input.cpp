@@ -1,0 +1,59 @@
+#include "formats/occam/text_input.h"
+
+#include <limits>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+
+namespace Module_occam {
+
+std::string_view TextInput::line() {
+  std::string_view line;
+  if (!lines_.next(line)) {
+    throw std::runtime_error("the file ends behind line " + std::to_string(line_number()));
+  }
+  return line;
+}
+
+std::string_view TextInput::filled_line() {
+  const std::string_view text = line();
+  if (trimmed(text).empty()) {
+    throw EmptyLine();
+  }
+  return text;
+}
+
+int read_value_list(TextInput& input, std::int64_t count, std::vector<double>& values) {
+  std::string_view line;
+  while (count > 0) {
+    if (!input.next(line)) {
+      return -1;
+    }
+    for (std::string_view item = next_token(line); !item.empty() && count > 0; item = next_token(line)) {
+      values.push_back(numeric_value(item));
+      --count;
+    }
+  }
+  return 0;
+}
+
+int integer_of(double value) {
+  // Negated so that a value that is no number is refused, too.
+  if (!(value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max())) {
+    throw std::runtime_error(plain_text(value) + " is too large for a count");
+  }
+  return static_cast<int>(value);
+}
+
+int integer_value(std::string_view text) { return integer_of(numeric_value(text)); }
+
+std::string_view behind_colon(std::string_view line) {
+  const std::size_t colon = line.find(':');
+  return trimmed(colon == std::string_view::npos ? line : line.substr(colon + 1));
+}
+
+std::string_view from_column(std::string_view line, std::size_t column) {
+  return line.size() < column ? std::string_view{} : trimmed(line.substr(column - 1));
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,53 @@
+// zonge_raw_table.h: what headers tell of the receiver's inputs.
+//
+// Either a heading with the columns in any order and a row for each input, in any order,
+//
+//   Ch  Name  Station  Gain  Notch  S/N   Passed
+//   2   Ex    150      8     60     14.2  38
+//
+// or a line for each input with keywords: CH 2  EX  STN 150  GAIN 8  NOTCH 60  S/N 14.2  PASSED 38.
+#pragma once
+#include <vector>
+
+#include "formats/zonge/zonge_raw_account.h"
+#include "formats/zonge/zonge_raw_block.h"
+#include "formats/zonge/zonge_raw_line.h"
+
+namespace Module_data_file {
+
+/// The number of an input, 1 to 64; 0 after a fault.
+std::int32_t channel_number(const ZongeLine& line, const ZongeToken& token, ZongeBlock& block,
+                            ZongeAccount& account);
+
+/// Takes an input's gain and tells it if it is new or another one.
+void take_gain(std::int32_t channel, double gain, ZongeSurvey& survey, ZongeAccount& account);
+
+/// "Ex" for a token EX, ex or Ex1; empty if it is no name of a component.
+std::string component_name(const ZongeToken& token);
+
+class ZongeChannelTable {
+ public:
+  ZongeChannelTable(ZongeSurvey& survey, ZongeAccount& account) : survey_(survey), account_(account) {}
+
+  void begin_block() { columns_.clear(); }
+
+  /// Takes the line if it belongs to a table of inputs or is the heading of any table. A row of numbers does
+  /// only behind a heading of inputs. @return true if it was taken
+  bool take(const ZongeLine& line, ZongeBlock& block);
+
+ private:
+  enum class Column { channel, name, station, gain, notch, signal_to_noise, passed, other };
+
+  static Column column_of(const ZongeToken& token);
+  void take_heading(const ZongeLine& line);
+  void take_row(const ZongeLine& line, ZongeBlock& block);
+  void take_keywords(const ZongeLine& line, ZongeBlock& block);
+  void take_value(Column column, const ZongeToken& token, std::int32_t channel, const ZongeLine& line,
+                  ZongeBlock& block);
+
+  ZongeSurvey& survey_;
+  ZongeAccount& account_;
+  std::vector<Column> columns_;  // of the heading above; empty if there is none
+};
+
+}  // namespace Module_data_file

@@ -1,0 +1,118 @@
+#include "import/readers/edi_curves.h"
+
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "core/session_state.h"
+#include "formats/field_values.h"
+#include "import/readers/reader_steps.h"
+
+namespace Module_data_file {
+
+namespace {
+
+using Module_database::Curve;
+using Module_database::field_count;
+
+constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
+constexpr std::array<int, quantity_count> quantity_fields{
+    Module_database::field_resistivity,       Module_database::field_phase,
+    Module_database::field_impedance_real,    Module_database::field_impedance_imaginary,
+    Module_database::field_resistivity_error, Module_database::field_phase_error};
+
+float turned_phase(float phase) {
+  if (is_absent(phase)) {
+    return phase;
+  }
+  return static_cast<float>(std::remainder(static_cast<double>(phase) + 180.0, 360.0));
+}
+
+// Subtracted from zero so that a zero doesn't become a negative one.
+float turned_sign(float value) { return is_absent(value) ? value : 0.0F - value; }
+
+}  // namespace
+
+void compute_from_impedance(EdiSection& section, std::size_t element) {
+  EdiValues& resistivity = section.get(element, quantity_resistivity);
+  EdiValues& phase = section.get(element, quantity_phase);
+  const EdiValues& real = section.get(element, quantity_real);
+  const EdiValues& imaginary = section.get(element, quantity_imaginary);
+  if (!real.present || !imaginary.present || resistivity.present || phase.present) {
+    return;
+  }
+  EdiValues& first_error = section.get(element, quantity_first_error);
+  EdiValues& second_error = section.get(element, quantity_second_error);
+  const std::size_t count = section.frequencies.size();
+  resistivity.values.assign(count, no_data);
+  phase.values.assign(count, no_data);
+  resistivity.present = phase.present = true;
+  for (std::size_t index = 0; index < count; ++index) {
+    const double frequency = section.frequencies[index];
+    const double r = real.values[index];
+    const double i = imaginary.values[index];
+    const double square = r * r + i * i;
+    const bool known = !is_absent(r) && !is_absent(i) && frequency > 0.0;
+    const double rho = known ? 0.2 * square / frequency : double{no_data};
+    if (known) {
+      resistivity.values[index] = single_or_absent(rho);
+      phase.values[index] = single_or_absent(raised_phase(i, r));
+    }
+    const auto relative_error = [&](double variance) {
+      return known && variance >= 0.0 && square > 0.0 ? std::sqrt(variance / square) : double{no_data};
+    };
+    if (first_error.is_variance) {
+      const double relative = relative_error(first_error.values[index]);
+      first_error.values[index] = is_absent(relative) ? no_data : single_or_absent(2.0 * rho * relative);
+    }
+    if (second_error.is_variance) {
+      const double relative = relative_error(second_error.values[index]);
+      second_error.values[index] =
+          is_absent(relative) ? no_data : single_or_absent(relative * degrees_per_radian);
+    }
+  }
+  first_error.is_variance = second_error.is_variance = false;
+}
+
+void turn_ey(EdiSection& section) {
+  for (const EdiElement element : {element_yx, element_yy}) {
+    for (float& phase : section.get(element, quantity_phase).values) {
+      phase = turned_phase(phase);
+    }
+    for (const EdiQuantity part : {quantity_real, quantity_imaginary}) {
+      for (float& value : section.get(element, part).values) {
+        value = turned_sign(value);
+      }
+    }
+  }
+}
+
+void turn_sign(Curve& curve) {
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    float& phase = curve.value(Module_database::field_phase, index);
+    phase = turned_phase(phase);
+    for (const int part :
+         {Module_database::field_impedance_real, Module_database::field_impedance_imaginary}) {
+      curve.value(part, index) = turned_sign(curve.value(part, index));
+    }
+  }
+}
+
+void fill_curve(const EdiSection& section, std::size_t element, Curve& curve) {
+  const std::size_t count = section.frequencies.size();
+  curve.assign(count);
+  curve.frequencies = section.frequencies;
+  for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
+    const EdiValues& source = section.elements[element][quantity];
+    if (source.present) {
+      for (std::size_t index = 0; index < count; ++index) {
+        curve.value(quantity_fields[quantity], index) = source.values[index];
+      }
+    }
+  }
+  for (std::size_t index = 0; index < count; ++index) {
+    finish_point(curve, index);
+  }
+}
+
+}  // namespace Module_data_file

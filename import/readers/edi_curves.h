@@ -1,0 +1,32 @@
+// edi_curves.h: from the blocks of an EDI section to the curve of one tensor element.
+#pragma once
+#include <cstddef>
+
+#include "database/reading.h"
+#include "formats/edi/edi_parser.h"
+
+namespace Module_data_file {
+
+/// Apparent resistivity, phase and their errors of an element that has an impedance but neither resistivity
+/// nor phase; does nothing to any other.
+///
+///   resistivity = 0.2 |Z|^2 / f,   phase = atan2(Im Z, Re Z) in degrees, 360 added below -90
+///   first order in the standard error s of |Z| (s^2 is the file's variance):
+///   resistivity error = 2 resistivity s / |Z|,   phase error = s / |Z| in degrees
+///
+/// Z in mV/km/nT: Cagniard (1953), Geophysics 18, 605-635, in field units. Absent where Z is absent or f is
+/// not positive.
+void compute_from_impedance(EdiSection& section, std::size_t element);
+
+/// Turns the sign of Ey: 180 degrees more on the phases of EyHx and EyHy, wrapped into -180..180, and the
+/// other sign for their impedances.
+void turn_ey(EdiSection& section);
+
+/// The same for the curve of one element: its phases and the parts of its impedance.
+void turn_sign(Module_database::Curve& curve);
+
+/// Fills a curve with an element's fields, the copies of them that stay as they came in, and the masks that
+/// follow from resistivity and phase.
+void fill_curve(const EdiSection& section, std::size_t element, Module_database::Curve& curve);
+
+}  // namespace Module_data_file

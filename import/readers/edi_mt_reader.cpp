@@ -1,0 +1,129 @@
+#include "import/readers/edi_mt_reader.h"
+
+#include <algorithm>
+
+#include "core/line_reader.h"
+#include "formats/edi/edi_parser.h"
+#include "import/readers/edi_curves.h"
+#include "import/readers/edi_stations.h"
+#include "import/readers/reader_steps.h"
+#include "import/reading_record.h"
+
+namespace Module_data_file {
+
+namespace {
+
+// What a person should know before choosing the additions for files of this kind.
+class SectionCensus {
+ public:
+  void add(const EdiSection& section) {
+    for (const auto& element : section.elements) {
+      impedances_ = impedances_ || element[quantity_real].present || element[quantity_imaginary].present;
+      resistivities_ =
+          resistivities_ || element[quantity_resistivity].present || element[quantity_phase].present;
+    }
+    for (const float phase : section.get(element_yx, quantity_phase).values) {
+      if (!is_absent(phase)) {
+        (phase < 0.0F ? negative_yx_ : other_yx_) = true;
+      }
+    }
+  }
+  void note(FileReport& report) const {
+    report.impedances_only = impedances_ && !resistivities_;
+    report.all_yx_phases_negative = negative_yx_ && !other_yx_;
+  }
+
+ private:
+  bool impedances_ = false;
+  bool resistivities_ = false;
+  bool negative_yx_ = false;
+  bool other_yx_ = false;
+};
+
+void apply_additions(const ImportChoices& choices, EdiSection& section) {
+  if (choices.compute_from_impedance) {
+    for (std::size_t element = 0; element < element_count; ++element) {
+      compute_from_impedance(section, element);
+    }
+  }
+  if (choices.turn_ey_phase) {
+    turn_ey(section);
+  }
+}
+
+// Stores the four readings of a section. False after a failed store, whose message has been shown.
+bool store_section(const EdiSection& section, ReadingRecord& record, FileReport& report, StoreNotes& notes) {
+  find_station_of_record(record);
+  for (std::size_t element = 0; element < element_count; ++element) {
+    fill_curve(section, element, record.curve);
+    if (!take_reading(ImportMode::import, tensor_data_types[element], report, notes)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+int read_sections(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
+                  const FileProgress& progress) {
+  ReadingRecord& record = reading_record();
+  LineReader reader(file);
+  EdiMtParser parser(reader, report);
+  if (!parser.has_sections()) {
+    report.failure = "the file has no section >=MTSECT";
+  }
+  set_up_edi_header(record, "EMIRes");
+  if (mode == ImportMode::import && store_header_block(notes) != 0) {
+    return -1;
+  }
+  SectionCensus census;
+  EdiSection section;
+  while (parser.next_section(section)) {
+    census.add(section);
+    census.note(report);
+    take_section_head(section, record, report);
+    if (mode == ImportMode::import) {
+      apply_additions(record.choices, section);
+      if (!store_section(section, record, report, notes)) {
+        return -1;
+      }
+    } else {
+      report.readings += static_cast<std::int32_t>(element_count);
+    }
+    add_tensor_to_scan_list(record);
+    ++report.sections;
+    report.frequencies = std::max(report.frequencies, static_cast<std::int32_t>(section.frequencies.size()));
+    go_to_next_section(record);
+    if (progress) {
+      progress(reader.bytes_read(), reader.file_size());
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+int read_edi_mt(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
+                const FileProgress& progress) {
+  return run_reader(report, notes, [&] { return read_sections(mode, file, report, notes, progress); });
+}
+
+EdiTraits examine_edi_mt(const std::string& file) {
+  FileReport report;
+  LineReader reader(file);
+  EdiMtParser parser(reader, report);
+  SectionCensus census;
+  EdiSection section;
+  EdiTraits traits;
+  while (parser.next_section(section)) {
+    census.add(section);
+    if (traits.sections++ == 0) {
+      traits.first_sectid = section.SECTID;
+    }
+  }
+  census.note(report);
+  traits.impedances_only = report.impedances_only;
+  traits.all_yx_phases_negative = report.all_yx_phases_negative;
+  return traits;
+}
+
+}  // namespace Module_data_file

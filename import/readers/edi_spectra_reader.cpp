@@ -1,0 +1,209 @@
+#include "import/readers/edi_spectra_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "core/line_reader.h"
+#include "core/text_fields.h"
+#include "core/user_interface.h"
+#include "formats/edi/edi_spectra_parser.h"
+#include "formats/remarks.h"
+#include "import/readers/edi_curves.h"
+#include "import/readers/edi_stations.h"
+#include "import/readers/reader_steps.h"
+#include "import/reading_record.h"
+#include "numerics/impedance/mtcomp.h"
+
+namespace Module_data_file {
+
+namespace {
+
+using VexMTutils::MtcompError;
+
+// From mV/km/nT to ohm: mu0 times 1000.
+constexpr double ohms_of_field_unit = 12.56637061435916 / 10000.0;
+
+// Where the elements' real parts stand among the ten values of the tensor.
+constexpr std::array<std::size_t, 4> real_parts{0, 2, 6, 8};
+
+struct EstimatedFrequency {
+  double frequency = 0.0;  // Hz
+  VexMTutils::TensorEstimate estimate;
+};
+
+const char* why_no_tensor(MtcompError error) {
+  switch (error) {
+    case MtcompError::bad_frequency:
+      return "has no frequency above 0";
+    case MtcompError::singular:
+      return "has a magnetic field of one direction only";
+    default:
+      return "has no usable matrix";
+  }
+}
+
+// An invalid number of averages is told once for a file, and each of them in the report. It costs the
+// frequency nothing but the errors of its tensor, which no reading has.
+void tell_invalid_averages(const SpectraBlock& block, bool& told, FileReport& report) {
+  if (!block.invalid_AVGT) {
+    return;
+  }
+  constexpr std::size_t longest_text = 40;  // bytes that a person wants to see of it
+  const std::string text =
+      "The AVGT value is invalid: " + text_from_field_file(block.invalid_AVGT->substr(0, longest_text));
+  if (!told) {
+    user_interface().show_message(text);
+    told = true;
+  }
+  remark_unreadable(report, block.line_number, text);
+}
+
+std::vector<EstimatedFrequency> estimate_section(EdiSpectraParser& parser, const SpectraSection& section,
+                                                 bool& told_averages, FileReport& report) {
+  std::vector<EstimatedFrequency> estimated;
+  SpectraBlock block;
+  std::size_t blocks = 0;
+  while (parser.next_block(block)) {
+    ++blocks;
+    tell_invalid_averages(block, told_averages, report);
+    if (!section.roles.places || !block.complete) {
+      continue;
+    }
+    EstimatedFrequency& next = estimated.emplace_back();
+    next.frequency = block.FREQ;
+    const MtcompError error = VexMTutils::mtcomp(
+        {block.FREQ, block.AVGT, block.ROTSPEC, *section.roles.places, section.channel_count, block.matrix},
+        next.estimate);
+    if (error != MtcompError::none) {
+      estimated.pop_back();
+      remark_unreadable(
+          report, block.line_number,
+          std::string("block >SPECTRA ") + why_no_tensor(error) + "; the frequency is left out");
+    }
+  }
+  if (section.NFREQ != 0 && blocks != section.NFREQ && !parser.is_cut()) {
+    remark_unreadable(report, section.line_number,
+                      "the section has " + std::to_string(blocks) + " of " + std::to_string(section.NFREQ) +
+                          " frequencies");
+  }
+  return estimated;
+}
+
+void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t element, bool turn,
+                  Module_database::Curve& curve) {
+  curve.assign(estimated.size());
+  for (std::size_t index = 0; index < estimated.size(); ++index) {
+    const auto& [frequency, estimate] = estimated[index];
+    const double real = estimate.impedance[real_parts[element]];
+    const double imaginary = estimate.impedance[real_parts[element] + 1];
+    TensorPoint point;
+    point.frequency = frequency;
+    point.resistivity = 0.2 * (real * real + imaginary * imaginary) / frequency;
+    point.real = real * ohms_of_field_unit;
+    point.imaginary = imaginary * ohms_of_field_unit;
+    point.magnitude_part = estimate.impedance[9] * ohms_of_field_unit;
+    point.scalar = estimate.coherence;
+    curve.frequencies[index] = static_cast<float>(frequency);
+    set_tensor_point(point, curve, index);
+  }
+  if (turn) {
+    turn_sign(curve);
+  }
+  for (std::size_t index = 0; index < estimated.size(); ++index) {
+    finish_point(curve, index);
+  }
+}
+
+bool take_readings(ImportMode mode, const std::vector<EstimatedFrequency>& estimated, ReadingRecord& record,
+                   FileReport& report, StoreNotes& notes) {
+  if (mode == ImportMode::import) {
+    find_station_of_record(record);
+  }
+  for (std::size_t element = 0; element < tensor_data_types.size(); ++element) {
+    const bool is_ey = element >= element_yx;
+    fill_element(estimated, element, is_ey && record.choices.turn_ey_phase, record.curve);
+    if (!take_reading(mode, tensor_data_types[element], report, notes)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// The first one is the file's failure, which nobody overlooks; the others are remarks.
+void tell_lost_section(const SpectraSection& section, FileReport& report) {
+  const std::string text =
+      "section " + std::to_string(section.number) +
+      (section.roles.places ? " has no usable frequency" : " has no channel " + section.roles.missing) +
+      "; it is not stored";
+  if (report.failure.empty()) {
+    report.failure = text;
+  } else {
+    remark_unreadable(report, section.line_number, text);
+  }
+}
+
+// False after a failed store.
+bool take_section(ImportMode mode, const SpectraSection& section,
+                  const std::vector<EstimatedFrequency>& estimated, FileReport& report, StoreNotes& notes) {
+  ReadingRecord& record = reading_record();
+  take_section_head(section, record, report);
+  if (estimated.empty()) {
+    tell_lost_section(section, report);
+  } else {
+    if (!take_readings(mode, estimated, record, report, notes)) {
+      return false;
+    }
+    add_tensor_to_scan_list(record);
+    ++report.sections;
+    report.frequencies = std::max(report.frequencies, static_cast<std::int32_t>(estimated.size()));
+  }
+  go_to_next_section(record);
+  return true;
+}
+
+int read_sections(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
+                  const FileProgress& progress) {
+  LineReader reader(file);
+  EdiSpectraParser parser(reader, report);
+  if (!parser.has_sections()) {
+    report.failure = "the file has no section >=SPECTRASECT";
+  }
+  set_up_edi_header(reading_record(), "EMISpect");
+  if (mode == ImportMode::import && store_header_block(notes) != 0) {
+    return -1;
+  }
+  SpectraSection section;
+  bool told_averages = false;
+  while (parser.next_section(section)) {
+    const std::vector<EstimatedFrequency> estimated =
+        estimate_section(parser, section, told_averages, report);
+    if (parser.is_cut()) {
+      break;
+    }
+    if (!take_section(mode, section, estimated, report, notes)) {
+      return -1;
+    }
+    if (progress) {
+      progress(reader.bytes_read(), reader.file_size());
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+int read_edi_spectra(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
+                     const FileProgress& progress) {
+  return run_reader(report, notes, [&] { return read_sections(mode, file, report, notes, progress); });
+}
+
+std::optional<std::string> first_spectra_sectid(const std::string& file) {
+  FileReport ignored;
+  LineReader reader(file);
+  EdiSpectraParser parser(reader, ignored);
+  SpectraSection section;
+  return parser.next_section(section) ? section.SECTID : std::nullopt;
+}
+
+}  // namespace Module_data_file

@@ -1,0 +1,110 @@
+#include "import/readers/reader_steps.h"
+
+#include <cmath>
+#include <exception>
+#include <string>
+
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "database/stations.h"
+#include "formats/field_values.h"
+
+namespace Module_data_file {
+
+namespace {
+
+using Module_database::Curve;
+
+constexpr std::string_view failure_text = "An error occurred while importing the data file: ";
+constexpr double degrees_per_radian = 57.295779513082323;
+
+}  // namespace
+
+void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
+  if (record.converted_place) {
+    record.MapX = record.converted_place->x;
+    record.MapY = record.converted_place->y;
+  }
+  const Module_database::GivenPlace place{record.MapX, record.MapY, record.Elevation};
+  const Module_database::StationRows rows =
+      Module_database::find_station(Module_database::StationSearch::create, record.LineNumber, record.Station,
+                                    map_place == MapPlace::of_file ? &place : nullptr);
+  record.StationID = rows.StationID;
+  record.LocationID = rows.LocationID;
+  record.LocalX = rows.LocalX;
+  record.LocalY = rows.LocalY;
+  record.MapX = rows.MapX;
+  record.MapY = rows.MapY;
+  record.Elevation = rows.Elevation;
+}
+
+bool take_reading(ImportMode mode, std::string_view data_type, FileReport& report, StoreNotes& notes) {
+  // -1 without a failure says that the frequencies were not ascending in the file, which is no fault.
+  if (mode == ImportMode::import && store_data_block(data_type, notes) != 0 && !notes.failure.empty()) {
+    return false;
+  }
+  ++report.readings;
+  return true;
+}
+
+void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_view> data_types) {
+  const ScannedStation key{record.LineNumber, record.Station, record.choices.ReferenceType, record.SampleRate,
+                           record.DipoleLength};
+  if (record.scanned.insert(key).second) {
+    record.scan_list.push_back(key);
+  }
+  for (const std::string_view data_type : data_types) {
+    record.scanned_types.emplace(data_type);
+  }
+}
+
+void finish_point(Curve& curve, std::size_t index) {
+  for (int field_number = 1; field_number <= 4; ++field_number) {
+    curve.value(field_number + 4, index) = curve.value(field_number, index);
+  }
+  for (int field_number = 9; field_number <= 13; ++field_number) {
+    curve.value(field_number + 5, index) = curve.value(field_number, index);
+  }
+  for (const int field_number : {Module_database::field_resistivity, Module_database::field_phase}) {
+    curve.masked_in(field_number, index) = curve.value(field_number, index) > 0.0F ? 1 : 0;
+  }
+}
+
+double raised_phase(double imaginary, double real) {
+  const double phase = std::atan2(imaginary, real) * degrees_per_radian;
+  return phase < -90.0 ? phase + 360.0 : phase;
+}
+
+void set_tensor_point(const TensorPoint& point, Curve& curve, std::size_t index) {
+  const bool known = !is_absent(point.real) && !is_absent(point.imaginary);
+  const double resistivity = known ? point.resistivity : double{no_data};
+  const double part = std::abs(point.magnitude_part);
+  const bool part_known = !is_absent(point.magnitude_part);
+  const double magnetic = 2000.0 * std::sqrt(part / point.frequency);
+  const double electric = 6314.0 * std::sqrt(std::abs(part * resistivity) / point.frequency);
+  curve.value(1, index) = single_or_absent(resistivity);
+  curve.value(2, index) = known ? single_or_absent(raised_phase(point.imaginary, point.real)) : no_data;
+  curve.value(3, index) = known && part_known ? single_or_absent(electric) : no_data;
+  curve.value(4, index) = part_known ? single_or_absent(magnetic) : no_data;
+  curve.value(9, index) = single_or_absent(point.real);
+  curve.value(10, index) = single_or_absent(point.imaginary);
+  curve.value(13, index) = no_data;
+  curve.value(19, index) = single_or_absent(point.scalar);
+}
+
+int run_reader(FileReport& report, StoreNotes& notes, const std::function<int()>& read) {
+  return trap_errors(failure_text, [&] {
+    try {
+      const int result = read();
+      if (result != 0) {
+        report.failure = notes.failure;
+      }
+      return result;
+    } catch (const std::exception& failure) {
+      report.failure = std::string(failure_text) + failure.what();
+      throw;
+    }
+  });
+}
+
+}  // namespace Module_data_file

@@ -1,0 +1,64 @@
+// reader_steps.h: the steps that readers of different formats have in common.
+#pragma once
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <initializer_list>
+#include <string_view>
+
+#include "import/import_report.h"
+#include "import/readers/field_reader.h"
+#include "import/reading_record.h"
+#include "import/store_blocks.h"
+
+namespace Module_data_file {
+
+inline constexpr float usual_dipole = 100.0F;  // m, where nothing tells it
+
+/// The readings of a tensor, in the order xx, xy, yx, yy.
+inline constexpr std::array<std::string_view, 4> tensor_data_types{"ExHx", "ExHy", "EyHx", "EyHy"};
+inline constexpr std::string_view quadrature_data_type = "QP";
+
+enum class MapPlace { of_file, of_survey_grid };
+
+/// Looks the record's station up, or makes it, and takes its rows and place. A new station is put to the map
+/// place that the record has from the file, or to where the survey grid has it.
+void find_station_of_record(ReadingRecord& record, MapPlace map_place = MapPlace::of_file);
+
+/// Counts the record's curve as a reading of this type and, in an import, stores it.
+/// @return false after a failure, whose message was shown
+bool take_reading(ImportMode mode, std::string_view data_type, FileReport& report, StoreNotes& notes);
+
+/// Notes the record's station, and the types of the readings met at it, among what this import touched.
+void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_view> data_types);
+inline void add_tensor_to_scan_list(ReadingRecord& record) {
+  add_to_scan_list(record,
+                   {tensor_data_types[0], tensor_data_types[1], tensor_data_types[2], tensor_data_types[3]});
+}
+
+/// Copies the fields of one frequency to where they stay as they came in, and sets its masks: 1 where
+/// resistivity or phase is above zero.
+void finish_point(Module_database::Curve& curve, std::size_t index);
+
+/// The fields of one frequency of a raw reading that follow from an impedance.
+struct TensorPoint {
+  double frequency = 0.0;    // Hz, above 0
+  double resistivity = 0.0;  // ohm-m
+  double real = 0.0;         // of the impedance
+  double imaginary = 0.0;
+  double magnitude_part = 0.0;  // of an impedance; the magnitudes of the fields are worked from it
+  double scalar = 0.0;          // field 19
+};
+
+/// Fills fields 1 to 4, 9, 10, 13 and 19. A phase below -90 degrees has 360 added; an absent part (-1e32)
+/// makes absent what depends on it.
+void set_tensor_point(const TensorPoint& point, Module_database::Curve& curve, std::size_t index);
+
+/// atan2 in degrees, 360 added below -90.
+double raised_phase(double imaginary, double real);
+
+/// Runs a reader: a failure is one message and stands in the report.
+/// @param read gives 0, or -1 after a message, whose text the notes have
+int run_reader(FileReport& report, StoreNotes& notes, const std::function<int()>& read);
+
+}  // namespace Module_data_file

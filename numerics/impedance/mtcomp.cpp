@@ -1,0 +1,179 @@
+#include "numerics/impedance/mtcomp.h"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+
+#include <Eigen/Dense>
+
+namespace VexMTutils {
+
+namespace {
+
+using Complex = std::complex<double>;
+using Eigen::Matrix2cd;
+using Eigen::Matrix2d;
+
+constexpr double confidence = 0.6827;  // of one standard deviation of a normal variable
+constexpr float not_known = -1e32F;    // the mark of absent values throughout
+
+// Field files print six digits. A determinant that is smaller than this share of its products is their
+// rounding.
+constexpr double least_determinant = 1e-6;
+
+bool is_sound(const CrossSpectra& spectra) {
+  const SpectraChannels& c = spectra.channels;
+  const std::size_t last = std::max({c.hx, c.hy, c.ex, c.ey, c.reference_x, c.reference_y});
+  return last < spectra.channel_count &&
+         spectra.matrix.size() == spectra.channel_count * spectra.channel_count &&
+         std::isfinite(spectra.rotation) &&
+         std::all_of(spectra.matrix.begin(), spectra.matrix.end(), [](double v) { return std::isfinite(v); });
+}
+
+Complex cross_power(const CrossSpectra& spectra, std::size_t a, std::size_t b) {
+  const auto value = [&](std::size_t row, std::size_t column) {
+    return spectra.matrix[row * spectra.channel_count + column];
+  };
+  if (a == b) {
+    return value(a, a);
+  }
+  return a < b ? Complex(value(b, a), -value(a, b)) : Complex(value(a, b), value(b, a));
+}
+
+using Pair = std::array<std::size_t, 2>;
+
+Matrix2cd cross_powers(const CrossSpectra& spectra, const Pair& rows, const Pair& columns) {
+  Matrix2cd powers;
+  for (Eigen::Index row = 0; row < 2; ++row) {
+    for (Eigen::Index column = 0; column < 2; ++column) {
+      powers(row, column) = cross_power(spectra, rows[static_cast<std::size_t>(row)],
+                                        columns[static_cast<std::size_t>(column)]);
+    }
+  }
+  return powers;
+}
+
+// From the turned axes back to those of the channel definitions.
+Matrix2d turn_back(double clockwise_degrees) {
+  const double angle = clockwise_degrees * std::numbers::pi / 180.0;
+  Matrix2d turn;
+  turn << std::cos(angle), -std::sin(angle), std::sin(angle), std::cos(angle);
+  return turn;
+}
+
+bool is_singular(const Matrix2cd& m) {
+  const Complex first = m(0, 0) * m(1, 1);
+  const Complex second = m(0, 1) * m(1, 0);
+  // Negated so that a NaN counts as singular.
+  return !(std::abs(first - second) > least_determinant * (std::abs(first) + std::abs(second)));
+}
+
+// 4 F / degrees for the F that a variable of 4 and `degrees` degrees of freedom stays below with the
+// confidence p. With x = degrees / (degrees + 4 F) and a = degrees / 2 the upper tail is the incomplete beta
+// function I_x(a, 2) = x^a (1 + a (1 - x)) (Abramowitz and Stegun 1964, 26.5.6 and 26.6.2). In s = -a ln x
+// that reads s - ln(1 + a (1 - exp(-s/a))) = -ln(1 - p), and the factor is exp(s/a) - 1.
+double limit_factor(double degrees) {
+  const double a = degrees / 2.0;
+  const double target = -std::log1p(-confidence);
+  double s = 2.0;
+  for (int step = 0; step < 50; ++step) {
+    const double rest = -std::expm1(-s / a);
+    const double excess = s - std::log1p(a * rest) - target;
+    const double slope = 1.0 - std::exp(-s / a) / (1.0 + a * rest);
+    const double change = excess / slope;
+    s = std::max(s - change, s / 4.0);
+    if (std::abs(change) < 1e-12 * s) {
+      break;
+    }
+  }
+  return std::expm1(s / a);
+}
+
+void put(std::array<float, 10>& impedance, std::size_t place, Complex value) {
+  impedance[place] = static_cast<float>(value.real());
+  impedance[place + 1] = static_cast<float>(value.imag());
+}
+
+bool fits_single(const Matrix2cd& z) {
+  constexpr double largest = 1e30;  // beyond it a number marks an absent value
+  return z.allFinite() && z.cwiseAbs().maxCoeff() <= largest;
+}
+
+float single(double value) {
+  constexpr double largest = 1e30;
+  return value <= largest ? static_cast<float>(value) : not_known;
+}
+
+// Coherence and errors of the tensor z; the solver holds the transpose of S_HR.
+void take_errors(const CrossSpectra& spectra, const Matrix2cd& z,
+                 const Eigen::PartialPivLU<Matrix2cd>& solver, TensorEstimate& estimate) {
+  const SpectraChannels& c = spectra.channels;
+  const Pair electric{c.ex, c.ey};
+  const Pair magnetic{c.hx, c.hy};
+  const Pair reference{c.reference_x, c.reference_y};
+  const Matrix2d turn = turn_back(spectra.rotation);
+  const Matrix2cd electric_powers = turn * cross_powers(spectra, electric, electric) * turn.transpose();
+  const Matrix2cd magnetic_powers = turn * cross_powers(spectra, magnetic, magnetic) * turn.transpose();
+  const Matrix2cd electric_magnetic = turn * cross_powers(spectra, electric, magnetic) * turn.transpose();
+  const Matrix2cd predicted = z * electric_magnetic.adjoint();
+  const Matrix2cd residuals =
+      electric_powers - predicted - predicted.adjoint() + z * magnetic_powers * z.adjoint();
+  const Matrix2cd half = solver.solve(cross_powers(spectra, reference, reference).conjugate()).conjugate();
+  const Matrix2cd spread = solver.solve(half.transpose()).transpose();  // S_HR^-H S_RR S_HR^-1
+
+  const bool known = spectra.averages > 4.0;
+  const double factor = known ? limit_factor(spectra.averages - 4.0) : 0.0;
+  double coherence = 1.0;
+  for (Eigen::Index row = 0; row < 2; ++row) {
+    const double power = electric_powers(row, row).real();
+    const double residual = std::max(0.0, residuals(row, row).real());
+    coherence = std::min(coherence, power > 0.0 ? std::max(0.0, 1.0 - residual / power) : 0.0);
+    for (Eigen::Index column = 0; column < 2; ++column) {
+      const double square = factor * residual * std::max(0.0, spread(column, column).real());
+      estimate.errors[static_cast<std::size_t>(2 * row + column)] =
+          known ? single(std::sqrt(square)) : not_known;
+    }
+  }
+  estimate.coherence = static_cast<float>(coherence);
+}
+
+}  // namespace
+
+MtcompError mtcomp(const CrossSpectra& spectra, TensorEstimate& estimate) {
+  // Negated so that a NaN counts as bad.
+  if (!(spectra.frequency > 0.0)) {
+    return MtcompError::bad_frequency;
+  }
+  if (!is_sound(spectra)) {
+    return MtcompError::bad_matrix;
+  }
+  const SpectraChannels& c = spectra.channels;
+  const Pair electric{c.ex, c.ey};
+  const Pair magnetic{c.hx, c.hy};
+  const Pair reference{c.reference_x, c.reference_y};
+  const Matrix2d turn = turn_back(spectra.rotation);
+  const Matrix2cd magnetic_reference = turn * cross_powers(spectra, magnetic, reference);
+  const Matrix2cd electric_reference = turn * cross_powers(spectra, electric, reference);
+  if (is_singular(magnetic_reference)) {
+    return MtcompError::singular;
+  }
+  // Z A = B is solved as A^T Z^T = B^T.
+  const Eigen::PartialPivLU<Matrix2cd> solver(magnetic_reference.transpose());
+  const Matrix2cd z = solver.solve(electric_reference.transpose()).transpose();
+  if (!fits_single(z)) {
+    return MtcompError::singular;
+  }
+
+  TensorEstimate result;
+  take_errors(spectra, z, solver, result);
+  put(result.impedance, 0, z(0, 0));
+  put(result.impedance, 2, z(0, 1));
+  put(result.impedance, 4, std::sqrt(z(0, 0) * z(1, 1) - z(0, 1) * z(1, 0)));
+  put(result.impedance, 6, z(1, 0));
+  put(result.impedance, 8, z(1, 1));
+  estimate = result;
+  return MtcompError::none;
+}
+
+}  // namespace VexMTutils

@@ -1,0 +1,198 @@
+#include "numerics/section/banded_ldlt.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace mt2dresponse {
+
+namespace {
+
+// Columns eliminated together: each entry to their right is then loaded and stored once for all of them.
+constexpr std::size_t panel = 4;
+// Most rows updated at a time; lengths are rounded up, into the zeros behind each column.
+constexpr std::size_t widest_strip = 4;
+
+struct Columns {
+  double* real;
+  double* imaginary;
+  std::size_t count;
+  std::size_t half_bandwidth;
+  std::size_t stride;
+};
+
+struct Multiplier {
+  double real;
+  double imaginary;
+};
+
+#define BRENLOX_INLINE inline __attribute__((always_inline))
+
+// Numbers that are worked on together: a compiler's vector type of the width of a processor's registers.
+struct NarrowRegisters {
+  using Vector [[gnu::vector_size(16)]] = double;
+};
+struct WideRegisters {
+  using Vector [[gnu::vector_size(32)]] = double;
+};
+
+// target -= sum over the sources of multiplier * source, over `length` rows or up to three more
+template <class Registers, std::size_t sources>
+BRENLOX_INLINE void subtract_columns(double* __restrict target_real, double* __restrict target_imaginary,
+                                     const std::array<const double*, sources>& source_real,
+                                     const std::array<const double*, sources>& source_imaginary,
+                                     const std::array<Multiplier, sources>& multiplier, std::size_t length) {
+  using Vector = typename Registers::Vector;
+  for (std::size_t first = 0; first < length; first += sizeof(Vector) / sizeof(double)) {
+    Vector real;
+    Vector imaginary;
+    std::memcpy(&real, target_real + first, sizeof real);
+    std::memcpy(&imaginary, target_imaginary + first, sizeof imaginary);
+    for (std::size_t s = 0; s < sources; ++s) {
+      Vector from_real;
+      Vector from_imaginary;
+      std::memcpy(&from_real, source_real[s] + first, sizeof from_real);
+      std::memcpy(&from_imaginary, source_imaginary[s] + first, sizeof from_imaginary);
+      real -= multiplier[s].real * from_real;
+      imaginary -= multiplier[s].real * from_imaginary;
+      real += multiplier[s].imaginary * from_imaginary;
+      imaginary -= multiplier[s].imaginary * from_real;
+    }
+    std::memcpy(target_real + first, &real, sizeof real);
+    std::memcpy(target_imaginary + first, &imaginary, sizeof imaginary);
+  }
+}
+
+// Turns an updated column into a column of L; its diagonal becomes 1 / d.
+BRENLOX_INLINE Multiplier scale_column(double* __restrict real, double* __restrict imaginary,
+                                       std::size_t length) {
+  const Multiplier d = {real[0], imaginary[0]};
+  const double square = d.real * d.real + d.imaginary * d.imaginary;
+  const Multiplier inverse = {d.real / square, -d.imaginary / square};
+  for (std::size_t k = 1; k < length; ++k) {
+    const double re = real[k];
+    const double im = imaginary[k];
+    real[k] = inverse.real * re - inverse.imaginary * im;
+    imaginary[k] = inverse.real * im + inverse.imaginary * re;
+  }
+  real[0] = inverse.real;
+  imaginary[0] = inverse.imaginary;
+  return d;
+}
+
+// d L(row, column), the multiplier with which a column of L is taken from the column of that row
+BRENLOX_INLINE Multiplier multiplier_of(const Columns& a, std::size_t column, std::size_t below,
+                                        Multiplier d) {
+  const double re = a.real[column * a.stride + below];
+  const double im = a.imaginary[column * a.stride + below];
+  return {d.real * re - d.imaginary * im, d.real * im + d.imaginary * re};
+}
+
+template <class Registers>
+BRENLOX_INLINE void factor_columns(const Columns& a) {
+  for (std::size_t first = 0; first < a.count; first += panel) {
+    const std::size_t end = std::min(first + panel, a.count);
+    std::array<Multiplier, panel> d = {};
+    for (std::size_t column = first; column < end; ++column) {
+      d[column - first] =
+          scale_column(a.real + column * a.stride, a.imaginary + column * a.stride, a.half_bandwidth + 1);
+      for (std::size_t target = column + 1; target < end; ++target) {
+        const std::size_t below = target - column;
+        const std::size_t source = column * a.stride + below;
+        subtract_columns<Registers, 1>(a.real + target * a.stride, a.imaginary + target * a.stride,
+                                       {a.real + source}, {a.imaginary + source},
+                                       {multiplier_of(a, column, below, d[column - first])},
+                                       a.half_bandwidth + 1 - std::min(below, a.half_bandwidth));
+      }
+    }
+    if (end - first < panel) {
+      return;  // the last columns: nothing stands to their right
+    }
+    const std::size_t reach = std::min(first + panel - 1 + a.half_bandwidth, a.count - 1);
+    for (std::size_t target = end; target <= reach; ++target) {
+      std::array<const double*, panel> source_real = {};
+      std::array<const double*, panel> source_imaginary = {};
+      std::array<Multiplier, panel> multiplier = {};
+      for (std::size_t p = 0; p < panel; ++p) {
+        const std::size_t below = target - first - p;
+        source_real[p] = a.real + (first + p) * a.stride + below;
+        source_imaginary[p] = a.imaginary + (first + p) * a.stride + below;
+        multiplier[p] = multiplier_of(a, first + p, below, d[p]);
+      }
+      subtract_columns<Registers, panel>(a.real + target * a.stride, a.imaginary + target * a.stride,
+                                         source_real, source_imaginary, multiplier,
+                                         first + panel + a.half_bandwidth - target);
+    }
+  }
+}
+
+void factor_on_any_processor(const Columns& a) { factor_columns<NarrowRegisters>(a); }
+
+#if defined(__x86_64__) && defined(__GNUC__)
+// Twice as fast where the processor has the wider registers; which it is, is known when the program runs.
+__attribute__((target("avx2,fma"))) void factor_on_wide_registers(const Columns& a) {
+  factor_columns<WideRegisters>(a);
+}
+
+bool has_wide_registers() {
+  return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
+}
+#else
+void factor_on_wide_registers(const Columns& a) { factor_columns<NarrowRegisters>(a); }
+
+bool has_wide_registers() { return false; }
+#endif
+
+#undef BRENLOX_INLINE
+
+}  // namespace
+
+void BandedLdlt::reset(std::size_t unknowns, std::size_t half_bandwidth) {
+  unknowns_ = unknowns;
+  half_bandwidth_ = half_bandwidth;
+  // Behind each column zeros for the other columns of a panel, which reach further down, and for the last
+  // strip.
+  stride_ = half_bandwidth + 1 + panel + widest_strip;
+  real_.assign(unknowns * stride_, 0.0);
+  imaginary_.assign(unknowns * stride_, 0.0);
+}
+
+void BandedLdlt::factor() {
+  const Columns columns = {real_.data(), imaginary_.data(), unknowns_, half_bandwidth_, stride_};
+  if (has_wide_registers()) {
+    factor_on_wide_registers(columns);
+  } else {
+    factor_on_any_processor(columns);
+  }
+}
+
+void BandedLdlt::solve(std::span<std::complex<double>> right_side) const {
+  for (std::size_t column = 0; column < unknowns_; ++column) {
+    const double* real = real_.data() + column * stride_;
+    const double* imaginary = imaginary_.data() + column * stride_;
+    const double re = right_side[column].real();
+    const double im = right_side[column].imag();
+    const std::size_t length = std::min(half_bandwidth_, unknowns_ - 1 - column);
+    for (std::size_t k = 1; k <= length; ++k) {
+      std::complex<double>& value = right_side[column + k];
+      value = {value.real() - (real[k] * re - imaginary[k] * im),
+               value.imag() - (real[k] * im + imaginary[k] * re)};
+    }
+    right_side[column] = {re * real[0] - im * imaginary[0], re * imaginary[0] + im * real[0]};
+  }
+  for (std::size_t column = unknowns_; column-- > 0;) {
+    const double* real = real_.data() + column * stride_;
+    const double* imaginary = imaginary_.data() + column * stride_;
+    double re = 0.0;
+    double im = 0.0;
+    const std::size_t length = std::min(half_bandwidth_, unknowns_ - 1 - column);
+    for (std::size_t k = 1; k <= length; ++k) {
+      const std::complex<double>& value = right_side[column + k];
+      re += real[k] * value.real() - imaginary[k] * value.imag();
+      im += real[k] * value.imag() + imaginary[k] * value.real();
+    }
+    right_side[column] -= std::complex<double>(re, im);
+  }
+}
+
+}  // namespace mt2dresponse

@@ -1,0 +1,211 @@
+#include "occam/ground/topo_mask.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <span>
+#include <stdexcept>
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "formats/occam/mesh_file.h"
+#include "formats/occam/model_file.h"
+#include "formats/occam/occam_state.h"
+
+namespace Module_occam {
+
+namespace {
+
+constexpr double rounding = 1e-6;  // m; a ground nearer to a node line than this lies on it
+
+using Triangles = std::array<bool, triangles>;
+
+constexpr Triangles all_of_cell{true, true, true, true};
+
+/// The triangles that are masked in the cell that the ground crosses. Air reaches a cell's sides through its
+/// top, and its bottom through both sides.
+Triangles masked_in_crossed_cell(const MaskChoices& choices) {
+  if (choices.style == MaskStyle::rectangular) {
+    return all_of_cell;
+  }
+  switch (choices.free_triangle) {
+    case Triangle::bottom:
+      return {true, true, false, true};
+    case Triangle::left:
+      return {true, false, false, true};
+    case Triangle::right:
+      return {true, true, false, false};
+    case Triangle::top:
+      break;
+  }
+  return {};
+}
+
+void mask_cell(CodeLines& row, std::size_t column, const Triangles& which) {
+  for (std::size_t k = 0; k < triangles; ++k) {
+    if (which[k]) {
+      row[k].at(column) = masked_code;
+    }
+  }
+}
+
+std::string place_of(const OccamModel& model, std::size_t column) {
+  return "column " + std::to_string(column + 1) + " (" + plain_text(std::round(model.node_x[column])) +
+         " to " + plain_text(std::round(model.node_x[column + 1])) + " m)";
+}
+
+/// The first node line at or below a depth above 0.
+std::size_t node_line_at(const OccamModel& model, std::size_t column, double depth) {
+  const auto rows = static_cast<std::size_t>(model.mesh.rows());
+  const std::span lines = std::span(model.node_z).first(rows + 1);
+  const auto line =
+      static_cast<std::size_t>(std::ranges::lower_bound(lines, depth - rounding) - lines.begin());
+  if (line >= rows) {
+    throw std::runtime_error("the ground in " + place_of(model, column) + " lies " +
+                             plain_text(std::round(depth)) +
+                             " m below the upper edge of the mesh, whose last row begins at " +
+                             plain_text(std::round(model.node_z[rows - 1])) + " m");
+  }
+  return line;
+}
+
+void mask_column(const OccamModel& model, std::size_t column, double depth, const MaskChoices& choices,
+                 std::vector<CodeLines>& codes) {
+  const std::size_t node_line = node_line_at(model, column, depth);
+  const bool crosses = model.node_z[node_line] > depth + rounding;
+  for (std::size_t row = 0; row < node_line; ++row) {
+    const bool crossed = crosses && row + 1 == node_line;
+    mask_cell(codes[row], column, crossed ? masked_in_crossed_cell(choices) : all_of_cell);
+  }
+}
+
+int refuse(const char* message) {
+  user_interface().show_message(message);
+  return -1;
+}
+
+}  // namespace
+
+std::vector<double> ground_depths(const OccamModel& model, const CubicSpline& ground,
+                                  double datum_elevation) {
+  std::vector<double> depths;
+  for (std::size_t column = 0; column < model.mesh.node_widths.size(); ++column) {
+    const double middle = (model.node_x[column] + model.node_x[column + 1]) / 2.0;
+    depths.push_back(datum_elevation - cubval(ground, middle));
+  }
+  return depths;
+}
+
+std::vector<CodeLines> masked_codes(const OccamModel& model, const CubicSpline& ground,
+                                    const MaskChoices& choices) {
+  std::vector<CodeLines> codes = model.mesh.mesh_code;
+  const std::vector<double> depths = ground_depths(model, ground, choices.datum_elevation);
+  for (std::size_t column = 0; column < depths.size(); ++column) {
+    if (!std::isfinite(depths[column])) {
+      throw std::runtime_error("the ground in " + place_of(model, column) + " has no elevation");
+    }
+    if (depths[column] > rounding) {
+      mask_column(model, column, depths[column], choices, codes);
+    }
+  }
+  return codes;
+}
+
+std::int64_t free_triangles(const std::vector<CodeLines>& codes) {
+  std::int64_t count = 0;
+  for (const CodeLines& row : codes) {
+    for (const std::string& line : row) {
+      count += std::ranges::count(line, free_code);
+    }
+  }
+  return count;
+}
+
+int free_blocks(const OccamModel& model, const std::vector<CodeLines>& codes) {
+  const auto has_free_triangle = [&codes](const OccamBlock& block) {
+    const BlockExtent& extent = block.block_extent;
+    const auto first = static_cast<std::size_t>(extent.left_column);
+    const auto columns = static_cast<std::size_t>(extent.end_column - extent.left_column);
+    for (int row = extent.top_row; row < extent.end_row; ++row) {
+      for (const std::string& line : codes[static_cast<std::size_t>(row)]) {
+        if (std::string_view(line).substr(first, columns).find(free_code) != std::string_view::npos) {
+          return true;
+        }
+      }
+    }
+    return false;
+  };
+  return static_cast<int>(std::ranges::count_if(model.blocks, has_free_triangle));
+}
+
+std::string mesh_listing(const OccamModel& model, const std::vector<CodeLines>& codes) {
+  constexpr std::size_t row_width = 4;
+  constexpr std::size_t depth_width = 12;
+  constexpr std::array<std::string_view, triangles> names{"top", "left", "bottom", "right"};
+  constexpr std::size_t name_width = 8;
+  std::string text = pad_field("Row", row_width) + pad_field("from (m)", depth_width) +
+                     pad_field("to (m)", depth_width) + pad_field("triangle", name_width + 1) + "  codes\n";
+  for (std::size_t row = 0; row < codes.size(); ++row) {
+    for (std::size_t k = 0; k < triangles; ++k) {
+      text += k > 0 ? std::string(row_width + 2 * depth_width, ' ')
+                    : pad_field(std::to_string(row + 1), row_width) +
+                          pad_field(format_number(model.node_z[row], "0.0"), depth_width) +
+                          pad_field(format_number(model.node_z[row + 1], "0.0"), depth_width);
+      text += pad_field(names[k], name_width + 1) + "  " + codes[row][k] + "\n";
+    }
+  }
+  return text;
+}
+
+std::string masked_resistivity(const OccamMesh& mesh) {
+  return mesh.fixed_res.empty()
+             ? "air (the mesh lists no fixed resistivities)"
+             : plain_text(mesh.fixed_res.front()) + " ohm-m (the mesh's first fixed resistivity)";
+}
+
+int read_model_to_mask(const std::string& path, TopoMask& mask) {
+  std::error_code ignored;
+  if (trimmed(path).empty()) {
+    return refuse("No model file has been specified");
+  }
+  if (!std::filesystem::exists(path, ignored)) {
+    return refuse("The specified model file does not exist");
+  }
+  // The sites of a run that is looked at have no place in this model.
+  const ScopedValue<OccamState> apart(occam_state(), {});
+  if (read_occam_model(path) != 0) {
+    return refuse("The specified model file is not defined properly");
+  }
+  mask.model = std::move(occam_state().model);
+  return 0;
+}
+
+int apply_topo_mask(TopoMask& mask) {
+  if (mask.topo.empty()) {
+    return refuse("No topo has been defined");
+  }
+  return trap_errors("An error occurred while applying the topo mask: ",
+                     [&mask] { mask.masked = masked_codes(mask.model, mask.topo.curve, mask.choices); });
+}
+
+bool may_write_mesh(const std::string& path) {
+  std::error_code ignored;
+  return !std::filesystem::exists(path, ignored) ||
+         user_interface().ask_yes_no("The specified file already exists. Overwrite?");
+}
+
+int write_masked_mesh(const std::string& path, const TopoMask& mask) {
+  OccamMesh mesh = mask.model.mesh;
+  mesh.mesh_code = mask.masked;
+  if (write_occam_mesh(path, mesh, MeshCodes::from_mesh) != 0) {
+    return -1;
+  }
+  user_interface().show_message("Number of free parameters: " + std::to_string(free_triangles(mask.masked)));
+  return 0;
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,67 @@
+// topo_points.h: the elevations along a line, from a text file with a column for the station and one for the
+// elevation.
+//
+// Lines, columns and steps count from 1; stations m along the line, elevations m, upwards.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "numerics/gridding/cubic_spline.h"
+
+namespace Module_occam {
+
+/// Where the values stand in the file.
+struct LocationLayout {
+  int first_line = 1;  // of the data; comments before it count
+  int line_step = 1;   // from one line of data to the next; comments between them don't count
+  int station_column = 1;
+  int elevation_column = 2;
+};
+
+struct TopoPoints {
+  std::vector<double> station;
+  std::vector<double> elevation;  // one for each station
+};
+
+struct LocationsRead {
+  TopoPoints points;         // of the lines that have both values
+  bool any_station = false;  // a line had a station value
+};
+
+/// Reads the points of a topo file in its order. Lines that begin with "!" or "\" are comments. A line whose
+/// station or elevation is no finite number gives no point.
+/// @return 0, or -1 after a message; `read` is then as before
+[[nodiscard]] int read_locations_file(const std::string& path, const LocationLayout& layout,
+                                      LocationsRead& read);
+
+/// What a person has typed.
+struct LocationEntries {
+  std::string file;
+  std::string first_line = "1";
+  std::string line_step = "1";
+  std::string station_column = "1";
+  std::string elevation_column = "2";
+};
+
+/// The ground along a line.
+struct Topo {
+  TopoPoints points;  // in the order of the file
+  CubicSpline curve;  // through them, in the order of their stations; empty without points
+
+  [[nodiscard]] bool empty() const { return curve.x.empty(); }
+  /// Of the points, m; 0 without any.
+  [[nodiscard]] double highest_elevation() const;
+};
+
+/// The curve through points in any order; points at one station count as one of their mean elevation. Throws
+/// std::invalid_argument as cubspl does.
+CubicSpline ground_curve(const TopoPoints& points);
+
+/// True if a text is a number that the window takes as a line, step or column: 1 or more.
+bool is_position(const std::string& text);
+
+/// Checks the entries, reads the file and fits the curve.
+/// @return 0, or -1 after a message; `topo` is then as before
+[[nodiscard]] int load_locations(const LocationEntries& entries, Topo& topo);
+
+}  // namespace Module_occam

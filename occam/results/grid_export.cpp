@@ -1,0 +1,287 @@
+#include "occam/results/grid_export.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "formats/geosoft/geosoft_grid.h"
+#include "formats/occam/occam_state.h"
+#include "platform/files/safe_files.h"
+
+namespace Module_occam {
+
+namespace {
+
+constexpr double most_decades = 10.0;                  // of a parameter that is a resistivity
+constexpr std::size_t most_nodes_of_grid = 4'000'000;  // 16 MB a file, some seconds of gridding
+constexpr std::string_view line_end = "\r\n";
+constexpr const char* writing_grids = "Writing the grids";
+
+double node(const std::vector<double>& nodes, int index) { return nodes[static_cast<std::size_t>(index)]; }
+
+/// A number behind blanks; a long one is never cut, unlike in a field of fixed width.
+void add_number(std::string& text, double value, std::string_view picture, std::size_t width) {
+  const std::string number = format_number(value, picture);
+  text.append(width - std::min(width, number.size()), ' ').append(number);
+}
+
+GridBlock grid_block(const OccamModel& model, const OccamBlock& block, double value) {
+  const BlockExtent& extent = block.block_extent;
+  GridBlock result{node(model.node_x, extent.left_column), node(model.node_x, extent.end_column),
+                   node(model.node_z, extent.top_row), node(model.node_z, extent.end_row), value};
+  const auto width = static_cast<double>(block.block_width);
+  if (extent.left_column == 0) {
+    result.left = std::max(result.left, result.right - width);
+  } else if (extent.end_column == model.mesh.columns()) {
+    result.right = std::min(result.right, result.left + width);
+  }
+  result.bottom = std::min(result.bottom, result.top + static_cast<double>(block.block_height));
+  return result;
+}
+
+/// The first and the end node, along one axis, whose places lie in [from, to).
+std::pair<std::size_t, std::size_t> nodes_within(double from, double to, double first, double cell,
+                                                 std::size_t count) {
+  const auto index = [&](double place) {
+    return static_cast<std::size_t>(
+        std::clamp(std::ceil((place - first) / cell), 0.0, static_cast<double>(count)));
+  };
+  return {index(from), index(to)};
+}
+
+/// The smoothest surface through the middles of the blocks, blank where the plain grid is.
+/// @return nothing if the person has stopped it
+std::optional<vexgrid::RegularGrid> smooth_grid(std::span<const GridBlock> blocks,
+                                                const vexgrid::RegularGrid& plain) {
+  std::vector<vexminc::ScatteredPoint> points;
+  for (const GridBlock& block : blocks) {
+    points.push_back({block.x(), block.elevation(), block.value});
+  }
+  vexminc::GriddingOptions options;
+  options.progress = [](double share) {
+    constexpr double from = 30.0;  // percent of the whole work
+    constexpr double to = 90.0;
+    user_interface().show_progress(writing_grids, static_cast<int>(from + (to - from) * share));
+    user_interface().process_events();
+    return !user_interface().stop_requested();
+  };
+  auto surface = vexminc::minimum_curvature(points, plain.frame, options);
+  if (!surface) {
+    return {};
+  }
+  for (std::size_t i = 0; i < plain.values.size(); ++i) {
+    if (is_absent(plain.values[i])) {
+      surface->grid.values[i] = plain.values[i];
+    }
+  }
+  return std::move(surface->grid);
+}
+
+void tell_depth(std::span<const GridBlock> blocks, const vexgrid::GridFrame& frame) {
+  double bottom = 0.0;
+  for (const GridBlock& block : blocks) {
+    bottom = std::max(bottom, block.bottom);
+  }
+  const double end = 0.5 * frame.cell - frame.first_y;
+  if (end + frame.cell < bottom) {
+    user_interface().show_message("At nodes every " + plain_text(static_cast<float>(frame.cell)) +
+                                  " m, grids of the whole model would be too large; they end at a depth of " +
+                                  format_number(end, "0") + " m");
+  }
+}
+
+/// @return false if the person has stopped it
+bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
+  const auto file = [&view](const char* ending) {
+    return view.results().derived_file(view.current_iteration(), ending);
+  };
+  const auto progress = [](int percent) { user_interface().show_progress(writing_grids, percent); };
+  const double cell = grid_cell(occam_state().model.mesh);
+  progress(0);
+  const vexgrid::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
+  safe_files::write_into_place(file(".xyz"), point_table(blocks));
+  write_geosoft_grid(file("_logres.grd"), plain);
+  write_geosoft_grid(file("_res.grd"), antilog(plain));
+  progress(30);
+  auto smooth = smooth_grid(blocks, plain);
+  if (!smooth) {
+    return false;
+  }
+  progress(90);
+  write_geosoft_grid(file("_LogRes_smth.grd"), *smooth);
+  write_geosoft_grid(file("_res_smth.grd"), antilog(std::move(*smooth)));
+  tell_depth(blocks, plain.frame);
+  return true;
+}
+
+/// @return 0, or -1 after a message
+int write_fit(RunView& view) {
+  const auto fit = view.results().derived_file(view.current_iteration(), "_data_fit.dat");
+  std::filesystem::remove(fit);
+  if (!view.response_ready() && view.load_response() != 0) {
+    return -1;
+  }
+  safe_files::write_into_place(fit, data_fit_table(occam_state().response));
+  return 0;
+}
+
+}  // namespace
+
+std::vector<GridBlock> grid_blocks(const OccamModel& model, std::span<const double> parameters) {
+  if (parameters.size() < static_cast<std::size_t>(model.num_free_params)) {
+    throw std::runtime_error("the iteration has " + std::to_string(parameters.size()) +
+                             " parameters, the model " + std::to_string(model.num_free_params));
+  }
+  if (model.layers.empty()) {
+    return {};
+  }
+  const OccamBlock& first = model.layer_block(0, 0);
+  const OccamBlock& last = model.layer_block(0, model.layers.front().layer_blocks() - 1);
+  const double left = grid_block(model, first, 0.0).left;
+  const double right = grid_block(model, last, 0.0).right;
+  std::vector<GridBlock> blocks;
+  for (const OccamBlock& block : model.blocks) {
+    if (block.parameter_number < 1) {
+      continue;
+    }
+    const double value = parameters[static_cast<std::size_t>(block.parameter_number) - 1];
+    GridBlock counted = grid_block(model, block, value);
+    counted.left = std::max(counted.left, left);
+    counted.right = std::min(counted.right, right);
+    if (std::abs(value) <= most_decades && counted.left < counted.right) {
+      blocks.push_back(counted);
+    }
+  }
+  return blocks;
+}
+
+double grid_cell(const OccamMesh& mesh) {
+  constexpr double enough = 2.5;  // m
+  double dx = mesh.min_node_width() / 2.0;
+  const double dz = mesh.min_node_height() / 2.0;
+  while (dz + enough < dx) {
+    dx /= 2.0;
+  }
+  return dx;
+}
+
+vexgrid::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell) {
+  if (blocks.empty()) {
+    throw std::runtime_error("the model has no blocks to make a grid of");
+  }
+  double left = std::numeric_limits<double>::infinity();
+  double right = -left;
+  double top = left;
+  double bottom = -left;
+  for (const GridBlock& block : blocks) {
+    left = std::min(left, block.left);
+    right = std::max(right, block.right);
+    top = std::min(top, block.top);
+    bottom = std::max(bottom, block.bottom);
+  }
+  constexpr double part_of_cell = 1e-6;  // edges are sums of many widths
+  const auto count = [cell](double length) {
+    const double nodes = std::ceil(length / cell - part_of_cell);
+    if (!(nodes < static_cast<double>(most_nodes_of_grid))) {
+      return most_nodes_of_grid;
+    }
+    return static_cast<std::size_t>(std::max(nodes, 1.0));
+  };
+  vexgrid::GridFrame frame{.first_x = left + 0.5 * cell, .cell = cell, .columns = count(right - left)};
+  if (frame.columns >= most_nodes_of_grid) {
+    throw std::runtime_error("at nodes every " + plain_text(cell) + " m the line is too long for a grid");
+  }
+  frame.rows = std::min(count(bottom - top), std::max<std::size_t>(most_nodes_of_grid / frame.columns, 1));
+  frame.first_y = -top - (static_cast<double>(frame.rows) - 0.5) * cell;
+  return frame;
+}
+
+vexgrid::RegularGrid block_grid(std::span<const GridBlock> blocks, const vexgrid::GridFrame& frame) {
+  vexgrid::RegularGrid grid{frame, std::vector<double>(frame.columns * frame.rows, double{no_data})};
+  for (const GridBlock& block : blocks) {
+    const auto [first_column, end_column] =
+        nodes_within(block.left, block.right, frame.first_x, frame.cell, frame.columns);
+    const auto [first_row, end_row] =
+        nodes_within(-block.bottom, -block.top, frame.first_y, frame.cell, frame.rows);
+    for (std::size_t row = first_row; row < end_row; ++row) {
+      const auto start = grid.values.begin() + static_cast<std::ptrdiff_t>(row * frame.columns);
+      std::fill(start + static_cast<std::ptrdiff_t>(first_column),
+                start + static_cast<std::ptrdiff_t>(end_column), block.value);
+    }
+  }
+  return grid;
+}
+
+vexgrid::RegularGrid antilog(vexgrid::RegularGrid grid) {
+  for (double& value : grid.values) {
+    value = is_absent(value) ? value : std::pow(10.0, value);
+  }
+  return grid;
+}
+
+std::string point_table(std::span<const GridBlock> blocks) {
+  constexpr std::size_t place_width = 10;
+  constexpr std::size_t value_width = 12;
+  std::string text = "         X,         Z,         Res,      LogRes";
+  text += line_end;
+  for (const GridBlock& block : blocks) {
+    add_number(text, block.x(), "0.00", place_width);
+    text += ',';
+    add_number(text, block.elevation(), "0.00", place_width);
+    text += ',';
+    add_number(text, std::pow(10.0, block.value), "0.00000E+00", value_width);
+    text += ',';
+    add_number(text, block.value, "0.00000E+00", value_width);
+    text += line_end;
+  }
+  return text;
+}
+
+std::string data_fit_table(const OccamResponse& response) {
+  constexpr std::size_t width = 12;
+  std::string text =
+      "         X,        Freq,         Res,      ResMod,      ResErr,        ResZ,         Phz,      PhzMod,"
+      "      PhzErr,        PhzZ";
+  text += line_end;
+  for (int site = 1; site <= response.resp_sites(); ++site) {
+    for (int frequency = 1; frequency <= response.resp_frequency_count(); ++frequency) {
+      text +=
+          pad_field(format_number(response.resp_offsets[static_cast<std::size_t>(site) - 1], "0.0"), width);
+      text += ',';
+      text += pad_field(
+          format_number(response.resp_frequencies[static_cast<std::size_t>(frequency) - 1], "0.00000E+00"),
+          width);
+      for (const ResponseKind kind : {ResponseKind::resistivity, ResponseKind::phase}) {
+        for (const float value : response.row(kind, site, frequency)) {
+          text += ',';
+          text += value == no_data ? "           *" : pad_field(format_number(value, "0.0000"), width);
+        }
+      }
+      text += line_end;
+    }
+  }
+  return text;
+}
+
+int write_grids(RunView& view) {
+  if (view.load_iteration() != 0) {
+    return -1;
+  }
+  return trap_errors("An error occurred while writing the grids: ", [&] {
+    const BusyPointer busy;
+    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+    if (!write_grid_files(view, grid_blocks(occam_state().model, view.parameters())) ||
+        write_fit(view) != 0) {
+      return -1;
+    }
+    user_interface().show_message("Grid file has been written");
+    return 0;
+  });
+}
+
+}  // namespace Module_occam

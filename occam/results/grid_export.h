@@ -1,0 +1,57 @@
+// grid_export.h: an iteration as grids and tables for other programs, see docs/formats/occam_results.md.
+#pragma once
+#include <span>
+#include <string>
+#include <vector>
+
+#include "formats/occam/occam_data.h"
+#include "formats/occam/occam_model.h"
+#include "numerics/gridding/minimum_curvature.h"
+#include "numerics/gridding/regular_grid.h"
+#include "occam/results/run_view.h"
+
+namespace Module_occam {
+
+/// A block as it counts for grids: the padding at the sides and at the bottom no larger than its neighbour,
+/// and the sides of no layer beyond those of the uppermost one, whose blocks are the narrowest.
+struct GridBlock {
+  double left = 0.0;  // m along the line
+  double right = 0.0;
+  double top = 0.0;  // depth, m
+  double bottom = 0.0;
+  double value = 0.0;  // log10 ohm-m
+
+  [[nodiscard]] double x() const { return 0.5 * (left + right); }
+  [[nodiscard]] double elevation() const { return -0.5 * (top + bottom); }
+};
+
+/// The blocks with a parameter; those beyond 10 decades are left out.
+std::vector<GridBlock> grid_blocks(const OccamModel& model, std::span<const double> parameters);
+
+/// Distance of the nodes, m: half the narrowest column of the mesh, halved on until rows of half the lowest
+/// height come near it.
+double grid_cell(const OccamMesh& mesh);
+
+/// The grid over all blocks, Y the elevation; each node in the middle of a cell. Ends above the lowest block
+/// if it had too many nodes otherwise.
+vexgrid::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell);
+
+/// log10 resistivity: each node has the value of the block that it lies in, no_data outside of all.
+vexgrid::RegularGrid block_grid(std::span<const GridBlock> blocks, const vexgrid::GridFrame& frame);
+
+/// Ten to the power of each value.
+vexgrid::RegularGrid antilog(vexgrid::RegularGrid grid);
+
+/// The text of the points file: for the middle of each block distance and elevation, m, resistivity, ohm-m,
+/// and its log10; lines ending in CR LF.
+std::string point_table(std::span<const GridBlock> blocks);
+/// The text of the fit file: for each site and frequency the four values of resistivity, log10 ohm-m, and of
+/// phase, degrees; "*" where there is none.
+std::string data_fit_table(const OccamResponse& response);
+
+/// Writes grids, points and data fit of the current iteration into the folder of derived files, and says so.
+/// The fit table is not written if there is no response.
+/// @return 0; -1 after a message or a stop: each file then is whole, earlier or new
+[[nodiscard]] int write_grids(RunView& view);
+
+}  // namespace Module_occam

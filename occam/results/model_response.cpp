@@ -1,0 +1,155 @@
+#include "occam/results/model_response.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "formats/occam/table_input.h"
+#include "numerics/section/mt2dresponse.h"
+
+namespace Module_occam {
+
+namespace {
+
+/// The codes of all triangles as the response wants them: fixed resistivities from 0, free parameters behind
+/// their count.
+std::vector<std::int32_t> table_indices(const OccamModel& model) {
+  const std::int32_t fixed = model.mesh.num_fixed_res();
+  bool from_one = false;
+  bool from_zero = false;
+  for (const CellCode& cell : model.cell_code) {
+    from_one = from_one || std::ranges::find(cell, fixed) != cell.end();
+    from_zero = from_zero || std::ranges::find(cell, 0) != cell.end();
+  }
+  if (fixed > 0 && from_one && from_zero) {
+    throw std::runtime_error("the mesh numbers " + std::to_string(fixed) + " fixed resistivities from 0 to " +
+                             std::to_string(fixed));
+  }
+  const std::int32_t first = fixed > 0 && from_one ? 1 : 0;
+  std::vector<std::int32_t> indices;
+  indices.reserve(triangles * model.cell_code.size());
+  for (const CellCode& cell : model.cell_code) {
+    for (const std::int32_t code : cell) {
+      if (code == free_cell) {
+        throw std::runtime_error("a free cell of the mesh lies in no block of the model");
+      }
+      indices.push_back(code <= fixed ? code - first : code);
+    }
+  }
+  return indices;
+}
+
+bool is_response(DataType type) {
+  return type == DataType::te_resistivity || type == DataType::te_phase || type == DataType::tm_resistivity ||
+         type == DataType::tm_phase;
+}
+
+double value_of(const mt2dresponse::Response& response, const DataRow& row, std::size_t frequencies) {
+  const std::size_t at = (static_cast<std::size_t>(row.site_number) - 1) * frequencies +
+                         static_cast<std::size_t>(row.frequency_number) - 1;
+  switch (row.type) {
+    case DataType::te_resistivity:
+      return response.te.log10_resistivity[at];
+    case DataType::te_phase:
+      return response.te.phase[at];
+    case DataType::tm_resistivity:
+      return response.tm.log10_resistivity[at];
+    case DataType::tm_phase:
+      break;
+  }
+  return response.tm.phase[at];
+}
+
+constexpr std::string_view line_end = "\r\n";
+constexpr std::size_t number_width = 14;
+
+void add_line(std::string& text, std::string_view label, std::string_view value = {}) {
+  text.append(label).append(value).append(line_end);
+}
+
+void add_numbers(std::string& text, const std::vector<double>& values) {
+  for (const double value : values) {
+    add_line(text, "   ", criterion_text(value));
+  }
+}
+
+void add_row(std::string& text, const DataRow& row, double modelled) {
+  const auto add = [&text](double value, std::string_view picture) {
+    text.append(" ").append(pad_field(format_number(value, picture), number_width));
+  };
+  const double residual = row.datum - modelled;
+  text += pad_field(std::to_string(row.site_number), 6);
+  text += pad_field(std::to_string(row.frequency_number), 12);
+  text += pad_field(std::to_string(static_cast<int>(row.type)), 8);
+  add(row.datum, "0.000000");
+  add(residual, "0.000000");
+  add(modelled, "0.000000");
+  add(row.error > 0.0 ? residual / row.error : 0.0, "0.000000");
+  text += line_end;
+}
+
+}  // namespace
+
+mt2dresponse::Section response_section(const OccamModel& model, std::span<const double> parameters) {
+  if (parameters.size() != static_cast<std::size_t>(model.num_free_params)) {
+    throw std::runtime_error("the iteration has " + std::to_string(parameters.size()) +
+                             " parameters, the model " + std::to_string(model.num_free_params));
+  }
+  mt2dresponse::Section section;
+  section.left_edge = model.node_x.front();
+  section.column_widths = model.mesh.node_widths;
+  section.row_heights = model.mesh.node_heights;
+  section.resistivities =
+      mt2dresponse::triangle_resistivities(table_indices(model), model.mesh.fixed_res, parameters);
+  return section;
+}
+
+std::optional<ModelledData> model_data(const OccamModel& model, std::span<const double> parameters,
+                                       const ObservedData& data,
+                                       const std::function<bool(double)>& progress) {
+  ModelledData result;
+  std::ranges::copy_if(data.rows, std::back_inserter(result.rows),
+                       [](const DataRow& row) { return is_response(row.type); });
+  result.other_rows = static_cast<int>(data.rows.size() - result.rows.size());
+  if (result.rows.empty()) {
+    throw std::runtime_error("the data file holds no apparent resistivities and no phases");
+  }
+  if (!progress(0.0)) {
+    return {};
+  }
+  const auto response =
+      mt2dresponse::compute_response(response_section(model, parameters), data.site_offsets, data.frequencies,
+                                     {.threads = 0, .progress = progress});
+  if (!response) {
+    return {};
+  }
+  for (const DataRow& row : result.rows) {
+    result.modelled.push_back(value_of(*response, row, data.frequencies.size()));
+  }
+  return result;
+}
+
+std::string response_file_text(const ObservedData& data, const ModelledData& modelled) {
+  std::string text;
+  add_line(text, "FORMAT:           ", data_marker);
+  add_line(text, "TITLE:            ", "response of the model on its mesh");
+  add_line(text, "SITES:            ", std::to_string(data.site_names.size()));
+  for (const std::string& name : data.site_names) {
+    add_line(text, "   ", name);
+  }
+  add_line(text, "OFFSETS:");
+  add_numbers(text, data.site_offsets);
+  add_line(text, "FREQUENCIES:      ", std::to_string(data.frequencies.size()));
+  add_numbers(text, data.frequencies);
+  add_line(text, "NO.DATABLOCKS:    ", std::to_string(modelled.rows.size()));
+  add_line(text, "SITE,FREQUENCY,DATATYPE,DATUM,RESIDUAL,MODELLED,MISFIT");
+  for (std::size_t row = 0; row < modelled.rows.size(); ++row) {
+    add_row(text, modelled.rows[row], modelled.modelled[row]);
+  }
+  return text;
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,37 @@
+// model_response.h: the response of a model of an iteration, computed here for want of the inversion's own.
+#pragma once
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "formats/occam/data_file.h"
+#include "formats/occam/occam_model.h"
+#include "numerics/section/section.h"
+
+namespace Module_occam {
+
+/// The model with the resistivities of an iteration, on its mesh.
+///
+/// Meshes number their fixed resistivities from 0 or from 1; a code as large as their count tells that it is
+/// from 1. Without a list, 0 is air. Throws std::runtime_error where codes or parameters don't fit.
+/// @param parameters  log10 ohm-m, of the free blocks
+mt2dresponse::Section response_section(const OccamModel& model, std::span<const double> parameters);
+
+struct ModelledData {
+  std::vector<DataRow> rows;     // of the data of apparent resistivity and phase
+  std::vector<double> modelled;  // for each of them, in its unit
+  int other_rows = 0;            // of other data types, left out
+};
+
+/// The modelled values of observed data.
+/// @param progress  called with the share done, 0 to 1; false stops
+/// @return nothing if it was stopped. Throws std::exception for a model or sites that have no response
+std::optional<ModelledData> model_data(const OccamModel& model, std::span<const double> parameters,
+                                       const ObservedData& data, const std::function<bool(double)>& progress);
+
+/// The text of a response file with a header of its own, lines ending in CR LF.
+std::string response_file_text(const ObservedData& data, const ModelledData& modelled);
+
+}  // namespace Module_occam

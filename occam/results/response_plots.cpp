@@ -1,0 +1,345 @@
+#include "occam/results/response_plots.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <iterator>
+#include <limits>
+#include <numeric>
+
+#include "core/number_text.h"
+
+namespace Module_occam {
+
+namespace {
+
+constexpr graph::Colour observed_colour{200, 30, 30};
+constexpr graph::Colour modelled_colour{0, 0, 0};
+constexpr double margin = 0.04;       // of the range, beyond the data: points at the ends stay whole
+constexpr double least_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
+
+/// The error of a datum, which the file holds only as residual and misfit.
+double datum_error(const OccamResponse::Row& row) {
+  const auto residual = static_cast<double>(row[ResponseValue::residual - 1]);
+  const auto misfit = static_cast<double>(row[ResponseValue::misfit - 1]);
+  if (is_absent(misfit) || misfit == 0.0) {
+    return graph::null_value;
+  }
+  return std::abs(residual / misfit);
+}
+
+/// The curves of a site as they grow row by row.
+struct FitSeries {
+  graph::PlotSeries observed_values;
+  graph::PlotSeries modelled_values;
+
+  void add(double frequency, const OccamResponse::Row& row) {
+    observed_values.x.push_back(frequency);
+    observed_values.y.push_back(static_cast<double>(row[ResponseValue::observed - 1]));
+    observed_values.error.push_back(datum_error(row));
+    modelled_values.x.push_back(frequency);
+    modelled_values.y.push_back(static_cast<double>(row[ResponseValue::modelled - 1]));
+  }
+};
+
+/// The smallest and the largest value that is there.
+struct Extent {
+  double minimum = std::numeric_limits<double>::infinity();
+  double maximum = -std::numeric_limits<double>::infinity();
+  void include(double value) {
+    if (!is_absent(value)) {
+      minimum = std::min(minimum, value);
+      maximum = std::max(maximum, value);
+    }
+  }
+  [[nodiscard]] bool empty() const { return minimum > maximum; }
+};
+
+/// Makes room for the error bars too, but for a bar of a nearly worthless datum no more than for the values.
+void include_errors(Extent& y, const graph::PlotTable& table) {
+  const Extent values = y;
+  const double room = values.maximum - values.minimum;
+  for (const graph::PlotSeries& series : table.series) {
+    for (std::size_t i = 0; i < series.error.size(); ++i) {
+      if (!is_absent(series.y[i]) && !is_absent(series.error[i])) {
+        y.include(std::max(series.y[i] - series.error[i], values.minimum - room));
+        y.include(std::min(series.y[i] + series.error[i], values.maximum + room));
+      }
+    }
+  }
+}
+
+void set_limits(ResponsePlot& plot, graph::AxisType x_type) {
+  Extent x;
+  Extent y;
+  for (const graph::PlotSeries& series : plot.table.series) {
+    std::ranges::for_each(series.x, [&x](double value) { x.include(value); });
+    std::ranges::for_each(series.y, [&y](double value) { y.include(value); });
+  }
+  include_errors(y, plot.table);
+  plot.x.type = x_type;
+  if (!x.empty() && x_type == graph::AxisType::logarithmic && x.minimum > 0.0) {
+    const double factor = std::pow(std::max(x.maximum / x.minimum, least_ratio), margin);
+    plot.x.minimum = x.minimum / factor;
+    plot.x.maximum = x.maximum * factor;
+  } else if (!x.empty()) {
+    const double room = std::max(x.maximum - x.minimum, 1.0) * margin;
+    plot.x.minimum = x.minimum - room;
+    plot.x.maximum = x.maximum + room;
+  }
+  if (!y.empty()) {
+    const double room = (y.maximum - y.minimum) * margin;
+    plot.y.minimum = y.minimum - room;
+    plot.y.maximum = y.maximum + room;
+  }
+}
+
+void add_series(ResponsePlot& plot, graph::PlotSeries series, const graph::SeriesStyle& style,
+                std::string name) {
+  plot.table.series.push_back(std::move(series));
+  plot.styles.push_back(style);
+  plot.series_names.push_back(std::move(name));
+}
+
+/// The numbers of the frequencies from the highest to the lowest.
+std::vector<int> descending_frequencies(const OccamResponse& response) {
+  std::vector<int> numbers(response.resp_frequencies.size());
+  std::iota(numbers.begin(), numbers.end(), 1);
+  std::ranges::stable_sort(numbers, std::greater<>(), [&response](int number) {
+    return response.resp_frequencies[static_cast<std::size_t>(number) - 1];
+  });
+  return numbers;
+}
+
+/// One of the curves of a run; no series if it has no value.
+void add_convergence(ResponsePlot& plot, const RunResults& results,
+                     const RunResults::ByIteration<float>& values, const char* name, graph::Colour colour) {
+  graph::PlotSeries series;
+  for (int iteration = 0; iteration <= results.last_iteration; ++iteration) {
+    series.x.push_back(iteration);
+    series.y.push_back(static_cast<double>(values[static_cast<std::size_t>(iteration)]));
+  }
+  if (std::ranges::any_of(series.y, [](double value) { return !is_absent(value); })) {
+    add_series(plot, std::move(series), {.colour = colour}, name);
+  }
+}
+
+}  // namespace
+
+ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
+  FitSeries fit;
+  std::vector<int> numbers = descending_frequencies(response);
+  std::ranges::reverse(numbers);
+  for (const int number : numbers) {
+    fit.add(response.resp_frequencies[static_cast<std::size_t>(number) - 1],
+            response.row(kind, site_number, number));
+  }
+  ResponsePlot plot;
+  add_series(plot, std::move(fit.observed_values), {.colour = observed_colour, .line = false}, "observed");
+  add_series(plot, std::move(fit.modelled_values), {.colour = modelled_colour, .width = 1.5}, "modelled");
+  set_limits(plot, graph::AxisType::logarithmic);
+  return plot;
+}
+
+ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
+  struct Mode {
+    const char* name;
+    int resistivity_type;
+    int phase_type;
+    graph::Colour colour;
+  };
+  constexpr std::array<Mode, 2> modes = {{{"TE", 1, 2, {30, 90, 200}}, {"TM", 5, 6, {200, 30, 30}}}};
+  std::vector<OccamResponse::FileRow> rows;
+  std::ranges::copy_if(response.rows, std::back_inserter(rows), [site_number](const auto& row) {
+    return row.site_number == site_number && row.frequency_number >= 1;
+  });
+  const auto frequency_of = [&response](const OccamResponse::FileRow& row) {
+    return response.resp_frequencies[static_cast<std::size_t>(row.frequency_number) - 1];
+  };
+  std::ranges::stable_sort(rows, std::less<>(), frequency_of);
+  ResponsePlot plot;
+  for (const Mode& mode : modes) {
+    const int type = kind == ResponseKind::resistivity ? mode.resistivity_type : mode.phase_type;
+    FitSeries fit;
+    for (const OccamResponse::FileRow& row : rows) {
+      if (row.data_type == type) {
+        fit.add(frequency_of(row), row.values);
+      }
+    }
+    if (!fit.observed_values.x.empty()) {
+      const std::string name = mode.name;
+      add_series(plot, std::move(fit.observed_values), {.colour = mode.colour, .line = false},
+                 name + " observed");
+      add_series(plot, std::move(fit.modelled_values), {.colour = mode.colour}, name + " modelled");
+    }
+  }
+  set_limits(plot, graph::AxisType::logarithmic);
+  return plot;
+}
+
+std::vector<int> profile_frequencies(const OccamResponse& response, ProfileChoice choice) {
+  constexpr int single_modes = static_cast<int>(profile_modes.size());
+  const std::vector<int> descending = descending_frequencies(response);
+  const std::size_t count = descending.size();
+  std::vector<int> numbers = descending;
+  if (choice.mode >= single_modes) {
+    numbers = {choice.mode - single_modes + 1};
+  } else if (choice.mode > 0) {
+    const auto third = static_cast<std::size_t>(choice.mode);
+    numbers.assign(descending.begin() + static_cast<std::ptrdiff_t>((third - 1) * count / 3),
+                   descending.begin() + static_cast<std::ptrdiff_t>(third * count / 3));
+  }
+  std::erase_if(numbers, [&](int number) {
+    const bool wrong_half = choice.odds_evens != 0 && number % 2 != choice.odds_evens % 2;
+    return wrong_half || number < 1 || static_cast<std::size_t>(number) > count;
+  });
+  std::ranges::sort(numbers);
+  return numbers;
+}
+
+ResponsePlot response_profiles(const OccamResponse& response, ResponseKind kind, ProfileChoice choice) {
+  constexpr std::array<graph::Colour, 8> colours = {{{200, 30, 30},
+                                                     {30, 90, 200},
+                                                     {20, 140, 40},
+                                                     {190, 110, 0},
+                                                     {130, 40, 170},
+                                                     {0, 140, 150},
+                                                     {110, 110, 110},
+                                                     {200, 60, 140}}};
+  ResponsePlot plot;
+  std::size_t colour = 0;
+  for (const int number : profile_frequencies(response, choice)) {
+    graph::PlotSeries observed_values;
+    graph::PlotSeries modelled_values;
+    for (int site = 1; site <= response.resp_sites(); ++site) {
+      const double offset = response.resp_offsets[static_cast<std::size_t>(site) - 1];
+      observed_values.x.push_back(offset);
+      observed_values.y.push_back(
+          static_cast<double>(response.value(ResponseValue::observed, kind, site, number)));
+      modelled_values.x.push_back(offset);
+      modelled_values.y.push_back(
+          static_cast<double>(response.value(ResponseValue::modelled, kind, site, number)));
+    }
+    const std::string name =
+        plain_text(response.resp_frequencies[static_cast<std::size_t>(number) - 1]) + " Hz ";
+    const graph::Colour of_frequency = colours[colour++ % colours.size()];
+    add_series(plot, std::move(observed_values), {.colour = of_frequency, .line = false}, name + "observed");
+    add_series(plot, std::move(modelled_values), {.colour = of_frequency}, name + "modelled");
+  }
+  set_limits(plot, graph::AxisType::linear);
+  return plot;
+}
+
+void MisfitTable::Cell::add(double misfit) {
+  squares += misfit * misfit;
+  ++count;
+}
+
+void MisfitTable::Cell::add(const Cell& other) {
+  squares += other.squares;
+  count += other.count;
+}
+
+double MisfitTable::Cell::rms() const { return count > 0 ? std::sqrt(squares / count) : 0.0; }
+
+MisfitTable::Cell MisfitTable::of_site(int site_number) const {
+  Cell sum;
+  for (const auto& [type, cell] : site_cells[static_cast<std::size_t>(site_number) - 1]) {
+    sum.add(cell);
+  }
+  return sum;
+}
+
+MisfitTable::Cell MisfitTable::of_type(int data_type) const {
+  Cell sum;
+  for (const auto& cells : site_cells) {
+    if (const auto cell = cells.find(data_type); cell != cells.end()) {
+      sum.add(cell->second);
+    }
+  }
+  return sum;
+}
+
+MisfitTable::Cell MisfitTable::of_all() const {
+  Cell sum;
+  for (const int type : data_types) {
+    sum.add(of_type(type));
+  }
+  return sum;
+}
+
+MisfitTable misfit_table(const OccamResponse& response) {
+  MisfitTable table;
+  table.site_cells.resize(static_cast<std::size_t>(response.resp_sites()));
+  for (const OccamResponse::FileRow& row : response.rows) {
+    const auto misfit = static_cast<double>(row.values[ResponseValue::misfit - 1]);
+    if (row.site_number < 1 || is_absent(misfit)) {
+      continue;
+    }
+    table.site_cells[static_cast<std::size_t>(row.site_number) - 1][row.data_type].add(misfit);
+    if (const auto at = std::ranges::lower_bound(table.data_types, row.data_type);
+        at == table.data_types.end() || *at != row.data_type) {
+      table.data_types.insert(at, row.data_type);
+    }
+  }
+  return table;
+}
+
+std::string data_type_name(int data_type) {
+  switch (data_type) {
+    case 1:
+      return "TE resistivity";
+    case 2:
+      return "TE phase";
+    case 5:
+      return "TM resistivity";
+    case 6:
+      return "TM phase";
+    default:
+      return "type " + std::to_string(data_type);
+  }
+}
+
+ResponsePlot convergence_plot(const RunResults& results) {
+  ResponsePlot plot;
+  add_convergence(plot, results, results.iteration_misfit, "RMS error", {200, 30, 30});
+  add_convergence(plot, results, results.iteration_roughness, "Roughness", {30, 90, 200});
+  add_convergence(plot, results, results.iteration_multiplier, "Lagrange Multiplier", {20, 140, 40});
+  set_limits(plot, graph::AxisType::linear);
+  bool positive = !plot.table.series.empty();
+  for (const graph::PlotSeries& series : plot.table.series) {
+    positive = positive &&
+               std::ranges::all_of(series.y, [](double value) { return is_absent(value) || value > 0.0; });
+  }
+  if (positive) {
+    // The three differ by decades; a margin taken from the largest of them would reach below 0.
+    plot.y = {.type = graph::AxisType::logarithmic};
+  }
+  return plot;
+}
+
+std::string convergence_text(const ResponsePlot& plot, double iteration, double value) {
+  const bool logarithmic = plot.y.type == graph::AxisType::logarithmic;
+  const auto place = [logarithmic](double y) { return logarithmic ? std::log10(std::max(y, 1e-300)) : y; };
+  double nearest = std::numeric_limits<double>::infinity();
+  double nearest_step = nearest;
+  std::string text = "NA";
+  for (std::size_t s = 0; s < plot.table.series.size(); ++s) {
+    const graph::PlotSeries& series = plot.table.series[s];
+    for (std::size_t i = 0; i < series.x.size(); ++i) {
+      const double step = std::abs(series.x[i] - iteration);
+      const double distance = std::abs(place(series.y[i]) - place(value));
+      if (is_absent(series.y[i]) || step > nearest_step || (step == nearest_step && distance >= nearest)) {
+        continue;
+      }
+      nearest_step = step;
+      nearest = distance;
+      text = plot.series_names[s] + " " + format_number(series.y[i], "0.0000") + " at iteration " +
+             format_number(series.x[i], "0");
+    }
+  }
+  return text;
+}
+
+}  // namespace Module_occam

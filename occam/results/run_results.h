@@ -1,0 +1,70 @@
+// run_results.h: what an inversion has left in its directory so far: its iterations with their three numbers.
+#pragma once
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include "formats/occam/iteration_file.h"
+
+namespace Module_occam {
+
+inline constexpr int most_iterations = 512;               // the highest number of an iteration
+inline constexpr const char* derived_folder = "Brenlox";  // in a run directory, for all that is made from it
+
+/// Tells whether a file has changed.
+struct FileStamp {
+  std::filesystem::file_time_type written;
+  std::uintmax_t size = 0;
+  friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+/// The stamp of a file; one without size and time if there is no such file.
+FileStamp file_stamp(const std::filesystem::path& file);
+
+/// The iterations by their numbers, 0 to last_iteration. One that has no file has no names and no_data.
+struct RunResults {
+  template <class T>
+  using ByIteration = std::array<T, most_iterations + 1>;
+
+  std::filesystem::path folder;             // absolute
+  ControlFile names;                        // of model and data file
+  ByIteration<std::string> iteration_file;  // without folder
+  ByIteration<std::string> response_file;   // likewise; the name, whether or not there is such a file
+  ByIteration<float> iteration_multiplier;
+  ByIteration<float> iteration_roughness;
+  ByIteration<float> iteration_misfit;  // RMS
+  int last_iteration = 0;
+
+  std::map<std::string, FileStamp> seen;     // the iteration files that were read, as they were then
+  std::map<std::string, FileStamp> refused;  // those of them that couldn't be read
+  std::map<std::string, FileStamp> waiting;  // all iteration files at the last look
+
+  RunResults();
+  [[nodiscard]] bool has(int iteration) const {
+    return !iteration_file[static_cast<std::size_t>(iteration)].empty();
+  }
+  [[nodiscard]] std::filesystem::path file_of(int iteration) const {
+    return folder / iteration_file[static_cast<std::size_t>(iteration)];
+  }
+  /// The path of a derived file: the base name of the iteration's file and what follows it.
+  [[nodiscard]] std::filesystem::path derived_file(int iteration, const std::string& ending) const;
+};
+
+/// Reads a run from its control file: sites and model into occam_state(), the heads of all iterations into
+/// `results`. An iteration file that can't be read is told and left out. The working folder becomes that of
+/// the control file, and a folder for derived files is made in it.
+/// @return 0, or -1 after a message; `results` and occam_state() then are not to be used
+[[nodiscard]] int open_results(const std::filesystem::path& control_file, RunResults& results);
+
+/// Looks at the directory again, for an inversion that is still at work. A new or changed iteration file is
+/// taken once it is found unchanged at a second look, so that none is read while it is being written; files
+/// that are gone are dropped.
+/// @return whether `results` has changed
+bool refresh_results(RunResults& results);
+
+/// Asks for the control file of a run. @return its path, empty when cancelled
+std::string ask_for_control_file();
+
+}  // namespace Module_occam

@@ -1,0 +1,281 @@
+#include "occam/setup/create_inversion.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <stdexcept>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "database/survey_database.h"
+#include "formats/occam/iteration_file.h"
+#include "formats/occam/mesh_file.h"
+#include "occam/setup/line_data.h"
+#include "occam/setup/mesh_design.h"
+#include "occam/setup/run_files.h"
+#include "output/frequency_list_of.h"
+#include "output/rhoplus_settings.h"
+#include "output/zonge.h"
+#include "platform/files/safe_files.h"
+#include "reduction/averages.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_occam {
+
+using Module_database::ReadingKey;
+using Module_output::RhoplusSettings;
+using Module_output::RhoplusTables;
+
+namespace {
+
+constexpr std::int32_t reduction_merged = 2;
+constexpr int step_is_seen = 200;  // milliseconds that each step at a station stays on the screen
+constexpr int least_stations = 3;
+constexpr const char* too_few_stations =
+    "There are not enough stations for the current line to perform a 2D inversion";
+
+enum class Outcome { finished, stopped, failed };
+
+std::vector<double> stations_of(const std::string& line) {
+  std::vector<double> stations;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT * FROM StationsTable WHERE SurveyLine = '" + line + "' ORDER BY Station");
+  for (; !rows.eof(); rows.move_next()) {
+    stations.push_back(rows.get_double("Station"));
+  }
+  return stations;
+}
+
+void wait() { user_interface().wait_with_events(step_is_seen); }
+
+/// The rows of one station, with its fit where errors rest on it. @return 0, or -1 after a message
+int load_station(const ReadingKey& key, const RhoplusSettings& settings, const InversionInputs& inputs,
+                 const StationSteps& steps, RhoplusTables& tables) {
+  Module_database::StoredReading merged;
+  if (Module_averaged_data::get_reduced_reading(reduction_merged, Module_averaged_data::AllowRaw::yes, key,
+                                                merged) != 0) {
+    return -1;
+  }
+  tables = Module_output::rhoplus_tables(merged, settings);
+  wait();
+  if (inputs.use_rhoplus_error && !tables.data.empty()) {
+    steps.fit_station(settings, tables);
+    wait();
+  }
+  return 0;
+}
+
+/// Goes through the stations of the line.
+Outcome form_data(const InversionLine& line, const InversionInputs& inputs, const InversionChoices& choices,
+                  const StationSteps& steps, LineData& data) {
+  RhoplusSettings settings = Module_output::rhoplus_settings();
+  settings.apply_static = inputs.apply_static ? 1 : 0;
+  const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
+                       inputs.use_rhoplus_error};
+  data.frequency_rows.assign(static_cast<std::size_t>(session().frequency_count), 0);
+  const std::vector<double> stations = stations_of(line.line);
+  for (std::size_t index = 0; index < stations.size(); ++index) {
+    user_interface().show_progress("Reading the stations of line " + line.line,
+                                   static_cast<int>(100 * index / stations.size()));
+    if (user_interface().stop_requested()) {
+      return Outcome::stopped;
+    }
+    if (steps.show_station) {
+      steps.show_station(static_cast<int>(index) + 1);
+    }
+    wait();
+    const double station = stations[index];
+    if (station < choices.first_station || station > choices.last_station) {
+      continue;
+    }
+    RhoplusTables tables;
+    if (load_station({line.line, station, line.reference_type, 0.0F, line.data_type, line.dipole}, settings,
+                     inputs, steps, tables) != 0) {
+      return Outcome::failed;
+    }
+    if (!tables.data.empty()) {
+      add_station(data, station, tables, line.data_type == "EyHx", rule);
+    }
+  }
+  return user_interface().stop_requested() ? Outcome::stopped : Outcome::finished;
+}
+
+/// Why the data are too few for an inversion; null if they are not.
+const char* missing_data(const LineData& data, const std::vector<float>& frequencies) {
+  if (data.site_positions.size() < least_stations) {
+    return too_few_stations;
+  }
+  if (data.rows.size() < 2) {
+    return "There is not enough data to perform a 2D inversion";
+  }
+  return frequencies.empty()
+             ? "There are not enough valid frequencies for the current line to perform a 2D inversion"
+             : nullptr;
+}
+
+/// "21-November-2026"
+std::string start_date() {
+  static constexpr std::array<const char*, 12> months{"January",   "February", "March",    "April",
+                                                      "May",       "June",     "July",     "August",
+                                                      "September", "October",  "November", "December"};
+  const std::chrono::year_month_day today = Module_output::today();
+  return format_number(static_cast<int>(static_cast<unsigned>(today.day())), "00") + "-" +
+         months.at(static_cast<unsigned>(today.month()) - 1) + "-" +
+         format_number(static_cast<int>(today.year()), "0");
+}
+
+/// A text that stands on a line of its own in a file can have only one line.
+std::string on_one_line(std::string text) {
+  std::ranges::replace_if(
+      text, [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return text;
+}
+
+std::string name_of(const std::string& entry) { return std::string(trimmed(entry)); }
+
+/// The finished set, ready to be written.
+struct RunSet {
+  OccamMesh mesh;
+  double binding_offset = 0.0;
+  std::vector<LayerLines> layers;
+  StartFile start;
+  DataFile data;
+};
+
+RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices, LineData&& data,
+                  std::vector<float>&& frequencies) {
+  RunSet run;
+  const MeshColumns columns = mesh_columns(horizontal_nodes(data.site_positions, choices.block_width));
+  const MeshRows rows = mesh_rows(layer_count(choices), choices.layers_per_decade, choices.top_layer);
+  run.mesh.node_widths = columns.widths;
+  run.mesh.node_heights = rows.heights;
+  run.binding_offset = static_cast<double>(data.site_positions.front()) - columns.binding_distance;
+  run.layers = merge_blocks(columns, rows, choices.doubling_threshold);
+  const std::string description = on_one_line(inputs.description);
+  run.start = {description,
+               name_of(inputs.model_file),
+               name_of(inputs.data_file),
+               start_date(),
+               inputs.iterations,
+               inputs.target_RMS,
+               block_count(run.layers),
+               std::log10(choices.initial_res)};
+  run.data = {description, std::move(data.site_positions), std::move(frequencies), std::move(data.rows)};
+  return run;
+}
+
+/// Writes all files, or none.
+void write_run(const RunSet& run, const fs::path& folder) {
+  const std::string mesh = mesh_file_text(run.mesh, MeshCodes::all_free);
+  std::vector<safe_files::NewFile> files{
+      {folder / "mesh", mesh},
+      {folder / run.start.model_file, model_file_text(run.start.description, run.binding_offset, run.layers)},
+      {folder / "startup", start_file_text(run.start)},
+      {folder / run.start.data_file, data_file_text(run.data)}};
+  // The model file names the mesh in capitals. Where that is another file, it has to be there, too.
+  if (folder_heeds_case(folder / run_script_name)) {
+    files.push_back({folder / "MESH", mesh});
+  }
+  safe_files::write_together(files);
+}
+
+/// Throws if two files of the set would have the same name.
+void check_names(const InversionInputs& inputs) {
+  std::vector<std::string> names{"mesh", "startup", "occam_run.bat", "occam_run.sh"};
+  for (const std::string& entry : {inputs.model_file, inputs.data_file}) {
+    const std::string name = name_of(entry);
+    if (std::ranges::any_of(names,
+                            [&](const std::string& other) { return equal_ignoring_case(name, other); })) {
+      throw std::runtime_error("two files of the inversion would have the name " + name);
+    }
+    names.push_back(name);
+  }
+}
+
+int create_run(const InversionLine& line, const InversionInputs& inputs, const InversionChoices& choices,
+               const StationSteps& steps, CreatedInversion& created) {
+  const BusyPointer busy;
+  const ScopedValue<bool> updating(session().updating_controls, true);
+  const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+  const Module_output::FrequencyListOf frequency_list(line.reference_type);
+  if (frequency_list.status != 0) {
+    return -1;
+  }
+  const fs::path folder = run_directory(inputs);
+  if (folder.empty()) {
+    throw std::runtime_error("no folder has been chosen");
+  }
+  check_names(inputs);
+  RunScripts scripts(folder);
+  LineData data;
+  const Outcome outcome = form_data(line, inputs, choices, steps, data);
+  created.stopped = outcome == Outcome::stopped;
+  if (created.stopped) {
+    return 0;
+  }
+  if (outcome == Outcome::failed) {
+    return -1;
+  }
+  scripts.keep();
+  std::vector<float> frequencies = number_frequencies(data, session().frequency_list);
+  if (const char* const missing = missing_data(data, frequencies)) {
+    user_interface().show_message(missing);
+    return -1;
+  }
+  const int data_count = static_cast<int>(data.rows.size());
+  write_run(design_run(inputs, choices, std::move(data), std::move(frequencies)), folder);
+  created.data_count = data_count;
+  created.directory = folder.string();
+  return 0;
+}
+
+}  // namespace
+
+InversionLine selected_line() {
+  const SessionState& state = session();
+  return {state.current_line, state.current_reference_type, state.current_data_type, state.current_dipole};
+}
+
+int check_line_for_inversion() {
+  const SessionState& state = session();
+  const auto stations = std::ranges::count(state.station_line, state.current_line);
+  const auto frequencies =
+      std::count(state.frequency_enabled.begin(),
+                 state.frequency_enabled.begin() +
+                     std::min<std::ptrdiff_t>(state.frequency_count, std::ssize(state.frequency_enabled)),
+                 1);
+  const char* missing = nullptr;
+  if (stations < 2) {
+    missing = too_few_stations;
+  } else if (frequencies < 2) {
+    missing = "There is not enough enabled frequencies to perform a 2D inversion";
+  }
+  if (missing != nullptr) {
+    user_interface().show_message(missing);
+  }
+  return missing == nullptr ? 0 : -1;
+}
+
+int create_inversion(const InversionLine& line, const InversionInputs& inputs, const StationSteps& steps,
+                     CreatedInversion& created) {
+  created = {};
+  InversionChoices choices;
+  if (check_inversion_inputs(inputs, choices) != 0) {
+    return -1;
+  }
+  store_inversion_inputs(inputs);
+  const int status = trap_errors("An error occurred while creating the Occam inversion: ",
+                                 [&] { return create_run(line, inputs, choices, steps, created); });
+  if (status == 0 && !created.stopped) {
+    user_interface().show_message("Output complete. Number of data written: " +
+                                  format_number(created.data_count, "0"));
+  }
+  return status;
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,49 @@
+// create_inversion.h: turns the merged curves of a line into a run directory for the inversion program.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "occam/setup/inversion_inputs.h"
+#include "occam/setup/station_fit.h"
+
+namespace Module_occam {
+
+/// Which curves go into an inversion.
+struct InversionLine {
+  std::string line;
+  std::int32_t reference_type = 0;
+  std::string data_type;  // ExHy, EyHx, ...
+  float dipole = 0.0F;    // m
+};
+
+/// The line and kind of curves selected in the session.
+InversionLine selected_line();
+
+/// Checks whether an inversion of the current line can be thought of: two stations, two enabled frequencies.
+/// @return 0, or -1 after a message
+[[nodiscard]] int check_line_for_inversion();
+
+/// What happens at each station beside the reading of its curve.
+struct StationSteps {
+  std::function<void(int place_in_line)> show_station;  // place from 1; may be empty
+
+  /// Puts a one-dimensional fit into the rows of a station.
+  std::function<void(const Module_output::RhoplusSettings&, Module_output::RhoplusTables&)> fit_station =
+      fit_with_rhoplus;
+};
+
+struct CreatedInversion {
+  bool stopped = false;   // the person thought better of it; nothing was written
+  int data_count = 0;     // rows of data written
+  std::string directory;  // of the run
+};
+
+/// Checks the entries, keeps them for the user and makes the run directory: data file, model, mesh, start
+/// file and the files that start the program. Tells the number of data at the end. All files are put into
+/// place together; where it fails or is stopped, those of an earlier inversion are as before.
+/// @return 0, also when it was stopped; -1 after a message
+[[nodiscard]] int create_inversion(const InversionLine& line, const InversionInputs& inputs,
+                                   const StationSteps& steps, CreatedInversion& created);
+
+}  // namespace Module_occam

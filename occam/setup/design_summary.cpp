@@ -1,0 +1,58 @@
+#include "occam/setup/design_summary.h"
+
+#include <exception>
+#include <vector>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "occam/setup/mesh_design.h"
+
+namespace Module_occam {
+
+namespace {
+
+std::vector<float> positions_of(const std::string& line) {
+  const SessionState& state = session();
+  std::vector<float> positions;
+  for (std::size_t station = 0; station < state.station_line.size(); ++station) {
+    if (state.station_line[station] == line) {
+      positions.push_back(static_cast<float>(state.station_value[station]));
+    }
+  }
+  return positions;
+}
+
+double depth_of(const MeshRows& rows) {
+  double depth = 0.0;
+  for (const double thickness : rows.layer_thickness) {
+    depth += thickness;
+  }
+  return depth;
+}
+
+}  // namespace
+
+std::string design_summary(const std::string& line, const InversionInputs& inputs) {
+  InversionChoices choices;
+  if (const char* const fault = invalid_entry(inputs, choices)) {
+    return fault;
+  }
+  try {
+    const std::vector<float> positions = positions_of(line);
+    const std::vector<float> nodes = horizontal_nodes(positions, choices.block_width);
+    if (nodes.size() < 2) {
+      return "The line has too few stations";
+    }
+    const MeshColumns columns = mesh_columns(nodes);
+    const MeshRows rows = mesh_rows(layer_count(choices), choices.layers_per_decade, choices.top_layer);
+    const int blocks = block_count(merge_blocks(columns, rows, choices.doubling_threshold));
+    return plain_text(static_cast<int>(positions.size())) + " stations, mesh of " +
+           plain_text(static_cast<int>(columns.widths.size())) + " by " +
+           plain_text(static_cast<int>(rows.heights.size())) + " cells, " + plain_text(blocks) +
+           " model blocks, layers down to " + format_number(depth_of(rows), "0") + " m";
+  } catch (const std::exception& failure) {
+    return failure.what();
+  }
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,13 @@
+// design_summary.h: what a new inversion would look like, in a sentence, while its entries are typed.
+#pragma once
+#include <string>
+
+#include "occam/setup/inversion_inputs.h"
+
+namespace Module_occam {
+
+/// Sizes of the mesh and the model that the entries give for all stations of a line of the session; what
+/// stands in the way where they give none.
+std::string design_summary(const std::string& line, const InversionInputs& inputs);
+
+}  // namespace Module_occam

@@ -1,0 +1,159 @@
+#include "occam/windows/Form_occam.h"
+
+#include <QDir>
+#include <QLineEdit>
+#include <utility>
+
+#include "occam/setup/design_summary.h"
+#include "platform/windows/progress_in_window.h"
+#include "ui_Form_occam.h"
+
+using Module_occam::InversionInputs;
+
+namespace {
+
+struct TextControl {
+  QLineEdit* Ui::Form_occam::*box;
+  std::string InversionInputs::*text;
+};
+
+constexpr TextControl text_controls[] = {
+    {&Ui::Form_occam::Text_model_file, &InversionInputs::model_file},
+    {&Ui::Form_occam::Text_data_file, &InversionInputs::data_file},
+    {&Ui::Form_occam::Text_description, &InversionInputs::description},
+    {&Ui::Form_occam::Text_iterations, &InversionInputs::iterations},
+    {&Ui::Form_occam::Text_RMS, &InversionInputs::target_RMS},
+    {&Ui::Form_occam::Text_initial_model, &InversionInputs::initial_res},
+    {&Ui::Form_occam::Text_first_station, &InversionInputs::first_station},
+    {&Ui::Form_occam::Text_last_station, &InversionInputs::last_station},
+    {&Ui::Form_occam::Text_res_error_floor, &InversionInputs::res_error_floor},
+    {&Ui::Form_occam::Text_phase_error_floor, &InversionInputs::phase_error_floor},
+    {&Ui::Form_occam::Text_num_layers, &InversionInputs::num_layers},
+    {&Ui::Form_occam::Text_Layers_decade, &InversionInputs::layers_per_decade},
+    {&Ui::Form_occam::Text_top_layer, &InversionInputs::top_layer},
+    {&Ui::Form_occam::Text_block_width, &InversionInputs::block_width},
+    {&Ui::Form_occam::Text_doubling_threshold, &InversionInputs::doubling_threshold},
+    {&Ui::Form_occam::Text_occam_directory, &InversionInputs::occam_directory}};
+
+struct CheckControl {
+  QCheckBox* Ui::Form_occam::*box;
+  bool InversionInputs::*on;
+};
+
+constexpr CheckControl check_controls[] = {
+    {&Ui::Form_occam::Check_occam_apply_static, &InversionInputs::apply_static},
+    {&Ui::Form_occam::Check_use_standard_error, &InversionInputs::use_standard_error},
+    {&Ui::Form_occam::Check_use_rhoplus_error, &InversionInputs::use_rhoplus_error}};
+
+}  // namespace
+
+Form_occam::Form_occam(Module_occam::StationSteps steps, QWidget* parent)
+    : QDialog(parent),
+      ui_(std::make_unique<Ui::Form_occam>()),
+      steps_(std::move(steps)),
+      line_(Module_occam::selected_line()) {
+  ui_->setupUi(this);
+  for (QWidget* const part :
+       {static_cast<QWidget*>(ui_->ProgressBar_occam), static_cast<QWidget*>(ui_->Command_stop)}) {
+    QSizePolicy policy = part->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);  // nothing changes place when a run begins
+    part->setSizePolicy(policy);
+    part->hide();
+  }
+  setWindowTitle("Create Occam Inversion for line: " + QString::fromStdString(line_.line));
+  fill_drives();
+  fill_controls();
+  connect_controls();
+  show_run_folder();
+  show_summary();
+}
+
+Form_occam::~Form_occam() = default;
+
+void Form_occam::fill_drives() {
+  ui_->DriveList->addItem("Home (" + QDir::toNativeSeparators(QDir::homePath()) + ")", QDir::homePath());
+  for (const QFileInfo& drive : QDir::drives()) {
+    ui_->DriveList->addItem("Computer (" + QDir::toNativeSeparators(drive.absoluteFilePath()) + ")",
+                            drive.absoluteFilePath());
+  }
+  ui_->DriveList->setPlaceholderText("Go to");
+  ui_->DriveList->setCurrentIndex(-1);
+}
+
+void Form_occam::fill_controls() {
+  const InversionInputs kept = Module_occam::load_inversion_inputs();
+  for (const TextControl& control : text_controls) {
+    ((*ui_).*control.box)->setText(QString::fromStdString(kept.*control.text));
+  }
+  for (const CheckControl& control : check_controls) {
+    ((*ui_).*control.box)->setChecked(kept.*control.on);
+  }
+  ui_->DirList->choose(QString::fromStdString(kept.directory));
+}
+
+void Form_occam::connect_controls() {
+  connect(ui_->DriveList, &QComboBox::activated, this,
+          [this] { ui_->DirList->choose(ui_->DriveList->currentData().toString()); });
+  connect(ui_->DirList, &FolderTree::folder_chosen, this, &Form_occam::show_run_folder);
+  connect(ui_->Text_occam_directory, &QLineEdit::textChanged, this, &Form_occam::show_run_folder);
+  for (const TextControl& control : text_controls) {
+    connect((*ui_).*control.box, &QLineEdit::textChanged, this, &Form_occam::show_summary);
+  }
+  connect(ui_->Command_create_inversion, &QPushButton::clicked, this, &Form_occam::create_inversion);
+  connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+void Form_occam::show_run_folder() {
+  ui_->Label_run_folder->setText("Files go to " + QDir::toNativeSeparators(QString::fromStdString(
+                                                      Module_occam::run_directory(inputs()))));
+}
+
+void Form_occam::show_summary() {
+  ui_->Label_summary->setText(QString::fromStdString(Module_occam::design_summary(line_.line, inputs())));
+}
+
+InversionInputs Form_occam::inputs() const {
+  InversionInputs inputs;
+  for (const TextControl& control : text_controls) {
+    inputs.*control.text = ((*ui_).*control.box)->text().toStdString();
+  }
+  for (const CheckControl& control : check_controls) {
+    inputs.*control.on = ((*ui_).*control.box)->isChecked();
+  }
+  inputs.directory = ui_->DirList->folder().toStdString();
+  return inputs;
+}
+
+void Form_occam::create_inversion() {
+  if (running_) {
+    return;  // a button pressed by its key clicks a little later, whatever has begun by then
+  }
+  Module_occam::CreatedInversion created;
+  set_running(true);
+  int status = -1;
+  {
+    const ProgressInWindow progress(*ui_->ProgressBar_occam, *ui_->Label_progress, *ui_->Command_stop);
+    status = Module_occam::create_inversion(line_, inputs(), steps_, created);
+  }
+  set_running(false);
+  ui_->Label_progress->setText(status == 0 && created.stopped ? "Stopped; nothing was written" : "");
+}
+
+void Form_occam::set_running(bool running) {
+  running_ = running;
+  ui_->ProgressBar_occam->setVisible(running);
+  ui_->Command_stop->setVisible(running);
+  for (QWidget* const part : std::initializer_list<QWidget*>{
+           ui_->Frame_files, ui_->Frame_inversion, ui_->Frame_stations, ui_->Frame_errors, ui_->Frame_mesh,
+           ui_->Frame_folder, ui_->Command_create_inversion, ui_->Command_done}) {
+    part->setEnabled(!running);
+  }
+}
+
+void Form_occam::reject() {
+  if (running_) {
+    ui_->Command_stop->click();
+  } else {
+    QDialog::reject();
+  }
+}

@@ -1,0 +1,37 @@
+// Form_occam.h: makes the run directory of a two-dimensional inversion of the current line.
+#pragma once
+#include <QDialog>
+#include <memory>
+
+#include "occam/setup/create_inversion.h"
+
+namespace Ui {
+class Form_occam;
+}
+
+class Form_occam : public QDialog {
+  Q_OBJECT
+
+ public:
+  /// Shows the entries that were kept. @param steps  what else happens at each station while the run is made
+  explicit Form_occam(Module_occam::StationSteps steps, QWidget* parent = nullptr);
+  ~Form_occam() override;
+
+  /// Esc and the window's close button ask a run to stop, and close the window otherwise.
+  void reject() override;
+
+ private:
+  void fill_controls();
+  void fill_drives();
+  void connect_controls();
+  void show_run_folder();
+  void show_summary();
+  [[nodiscard]] Module_occam::InversionInputs inputs() const;
+  void create_inversion();
+  void set_running(bool running);
+
+  std::unique_ptr<Ui::Form_occam> ui_;
+  Module_occam::StationSteps steps_;
+  Module_occam::InversionLine line_;
+  bool running_ = false;
+};

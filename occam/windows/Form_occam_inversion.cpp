@@ -1,0 +1,287 @@
+#include "occam/windows/Form_occam_inversion.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "core/file_names.h"
+#include "formats/occam/occam_state.h"
+#include "occam/results/grid_export.h"
+#include "occam/results/response_plots.h"
+#include "occam/windows/model_controls.h"
+#include "occam/windows/picture_model.h"
+#include "occam/windows/response_frame.h"
+#include "occam/windows/response_graph.h"
+#include "platform/widgets/panel_controls.h"
+#include "platform/widgets/vex_splitter.h"
+
+using namespace Module_occam;
+
+namespace {
+
+constexpr QSize design_size(1240, 760);
+constexpr int split_settles_milliseconds = 100;
+constexpr int look_again_milliseconds = 2000;
+
+}  // namespace
+
+Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
+    : QDialog(parent, Qt::Window),
+      view_(std::move(results)),
+      controls_(new ModelControls),
+      Picture_model_(new PictureModel),
+      convergence_(new ResponseGraph("vxGraph_occam", "Iteration", "Value")),
+      response_(new ResponseFrame),
+      frames_(named(new QStackedWidget, "Frame_occam")),
+      Label_title_(make_heading("Label_title")),
+      Status_occam_(named(new QStatusBar, "Status_occam")),
+      Splitter_iterate_(named(new VexSplitter, "Splitter_iterate")),
+      Splitter_model_(named(new VexSplitter, "Splitter_model")),
+      resizer_(new VexControlResizer(this)),
+      Timer_resizer_(named(new QTimer(this), "Timer_resizer")),
+      Timer_reset_resizer_(named(new QTimer(this), "Timer_reset_resizer")),
+      Timer_refresh_(named(new QTimer(this), "Timer_refresh")) {
+  setObjectName("Form_occam_inversion");
+  setWindowTitle("Occam2D Results");
+  lay_out();
+  connect_controls();
+  connect_timers();
+  Label_title_->setText(qt_text(occam_state().data.title + "   " + view_.results().folder.string()));
+  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  if (view_.load_iteration() == 0) {
+    controls_->set_range(suggested_range(view_.parameters()));
+  }
+  response_->clear();
+  show_convergence();
+  display_current_iterate();
+}
+
+void Form_occam_inversion::lay_out() {
+  frames_->addWidget(convergence_);
+  frames_->addWidget(response_);
+  Splitter_model_->setOrientation(Qt::Vertical);
+  Splitter_model_->addWidget(Picture_model_);
+  Splitter_model_->addWidget(frames_);
+  Splitter_model_->setChildrenCollapsible(false);
+  auto* const column = new QScrollArea;  // all controls stay within reach in a low window
+  column->setWidget(controls_);
+  column->setWidgetResizable(true);
+  column->setFrameShape(QFrame::NoFrame);
+  column->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  constexpr int scroll_bar_room = 16;
+  column->setMinimumWidth(controls_->sizeHint().width() + scroll_bar_room);
+  Splitter_iterate_->setOrientation(Qt::Horizontal);
+  Splitter_iterate_->addWidget(column);
+  Splitter_iterate_->addWidget(Splitter_model_);
+  Splitter_iterate_->setChildrenCollapsible(false);
+  Splitter_iterate_->setStretchFactor(0, 0);
+  Splitter_iterate_->setStretchFactor(1, 1);
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(6, 6, 6, 2);
+  rows->setSpacing(4);
+  rows->addWidget(Label_title_);
+  rows->addWidget(Splitter_iterate_, 1);
+  rows->addWidget(Status_occam_);
+  Status_occam_->setSizeGripEnabled(false);
+  resizer_->manage(Splitter_model_, {1.0, 1.0});
+  resizer_->manage(response_->splitter(), {1.0, 1.0, 1.0});
+  resize(design_size.boundedTo(screen()->availableGeometry().size()));
+}
+
+void Form_occam_inversion::connect_controls() {
+  connect(controls_, &ModelControls::iteration_chosen, this, &Form_occam_inversion::choose_iteration);
+  connect(controls_, &ModelControls::look_changed, this, &Form_occam_inversion::display_current_iterate);
+  connect(controls_, &ModelControls::display_response, this, &Form_occam_inversion::swap_frames);
+  connect(controls_, &ModelControls::write_grid, this, &Form_occam_inversion::write_grid);
+  connect(controls_, &ModelControls::save_section_png, this, [this] { save_section("png"); });
+  connect(controls_, &ModelControls::save_section_pdf, this, [this] { save_section("pdf"); });
+  connect(controls_, &ModelControls::save_fits, this, &Form_occam_inversion::save_fits);
+  connect(controls_, &ModelControls::done, this, &QDialog::accept);
+  connect(Picture_model_, &PictureModel::resized, this, &Form_occam_inversion::redraw_section);
+  connect(Picture_model_, &PictureModel::hovered, this, &Form_occam_inversion::show_status);
+  connect(Picture_model_, &PictureModel::menu_asked_for, this, &Form_occam_inversion::show_section_menu);
+  connect(response_, &ResponseFrame::hovered, this, &Form_occam_inversion::show_status);
+  connect(response_, &ResponseFrame::station_chosen, this, [this](int site_number) {
+    view_.choose_site(site_number);
+    display_current_station();
+  });
+  connect(&convergence_->chart(), &VexGraphControl::pointer_moved, this,
+          [this](bool off, double iteration, double value) {
+            show_status(off ? QString() : qt_text(convergence_text(convergence_->plot(), iteration, value)));
+          });
+  connect(&convergence_->chart(), &VexGraphControl::point_selected, this, [this](int series, int point) {
+    const auto& x = convergence_->plot().table.series[static_cast<std::size_t>(series)].x;
+    choose_iteration(static_cast<int>(x[static_cast<std::size_t>(point)]));
+  });
+}
+
+void Form_occam_inversion::connect_timers() {
+  Timer_resizer_->setSingleShot(true);
+  Timer_resizer_->setInterval(split_settles_milliseconds);
+  connect(Timer_resizer_, &QTimer::timeout, this, [this] { resizer_->apply_resize(); });
+  Timer_reset_resizer_->setSingleShot(true);
+  Timer_reset_resizer_->setInterval(split_settles_milliseconds);
+  connect(Timer_reset_resizer_, &QTimer::timeout, this, [this] { resizer_->capture_layout(); });
+  for (VexSplitter* const splitter : {Splitter_iterate_, Splitter_model_, response_->splitter()}) {
+    connect(splitter, &VexSplitter::split_moved, Timer_reset_resizer_, qOverload<>(&QTimer::start));
+  }
+  Timer_refresh_->setSingleShot(true);  // started again when a look is over: it may show a message
+  Timer_refresh_->setInterval(look_again_milliseconds);
+  connect(Timer_refresh_, &QTimer::timeout, this, &Form_occam_inversion::look_for_iterations);
+}
+
+void Form_occam_inversion::resizeEvent(QResizeEvent* event) {
+  QDialog::resizeEvent(event);
+  Timer_resizer_->start();
+}
+
+void Form_occam_inversion::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  resizer_->apply_resize();
+  Timer_refresh_->start();
+}
+
+void Form_occam_inversion::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F5) {
+    look_for_iterations();
+  } else {
+    QDialog::keyPressEvent(event);
+  }
+}
+
+bool Form_occam_inversion::response_on_show() const { return frames_->currentWidget() == response_; }
+
+void Form_occam_inversion::show_status(const QString& text) { Status_occam_->showMessage(text); }
+
+void Form_occam_inversion::show_convergence() {
+  convergence_->show_plot(convergence_plot(view_.results()));
+  convergence_->mark_x(view_.current_iteration());
+}
+
+void Form_occam_inversion::redraw_section() {
+  SectionPicture picture = make_section_picture(view_, controls_->look(), Picture_model_->picture_size());
+  controls_->show_model_range(picture.geometry);
+  Picture_model_->show_picture(std::move(picture));
+}
+
+void Form_occam_inversion::display_current_iterate() {
+  response_->clear_errors();
+  controls_->show_numbers(view_);
+  convergence_->mark_x(view_.current_iteration());
+  redraw_section();
+  if (response_on_show()) {
+    display_current_response();
+  }
+}
+
+void Form_occam_inversion::display_current_response() {
+  if (!view_.response_ready() && view_.load_response() != 0) {
+    response_->clear();
+    return;
+  }
+  response_->take_response();
+  display_current_station();
+  display_response_errors();
+  display_response_profiles();
+}
+
+void Form_occam_inversion::display_current_station() {
+  if (view_.response_ready()) {
+    response_->display_station(view_.current_site());
+  }
+}
+
+void Form_occam_inversion::display_response_errors() {
+  const SectionLook look = controls_->look();
+  response_->display_errors(image_palette(look.colour_table, look.invert));
+}
+
+void Form_occam_inversion::display_response_profiles() { response_->display_profiles(); }
+
+void Form_occam_inversion::choose_iteration(int iteration) {
+  view_.choose_iteration(iteration);
+  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  display_current_iterate();
+}
+
+void Form_occam_inversion::swap_frames() {
+  const bool response = !response_on_show();
+  frames_->setCurrentWidget(response ? static_cast<QWidget*>(response_) : convergence_);
+  controls_->offer_response(!response);
+  if (response) {
+    resizer_->apply_resize();
+    display_current_response();
+  }
+}
+
+void Form_occam_inversion::look_for_iterations() {
+  const int last = view_.results().last_iteration;
+  const bool followed = view_.current_iteration() == last;
+  if (view_.refresh()) {
+    if (followed) {
+      view_.choose_iteration(view_.results().last_iteration);
+    }
+    controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+    show_convergence();
+    display_current_iterate();
+  }
+  Timer_refresh_->start();
+}
+
+void Form_occam_inversion::write_grid() {
+  static_cast<void>(write_grids(view_));  // the person has seen the outcome
+  if (response_on_show()) {
+    display_current_response();
+  }
+}
+
+std::string Form_occam_inversion::suggested_file(const std::string& ending) const {
+  const bool has_file = view_.results().has(view_.current_iteration());
+  return has_file ? view_.results().derived_file(view_.current_iteration(), ending).string()
+                  : (view_.results().folder / derived_folder / ("section" + ending)).string();
+}
+
+void Form_occam_inversion::save_section(const char* ending) {
+  std::string path = suggested_file(std::string("_section.") + ending);
+  const std::string filter =
+      ending == std::string("pdf") ? "PDF documents (*.pdf)|*.pdf" : "PNG pictures (*.png)|*.png";
+  if (Module_util::select_output_file(path, "Save the section", filter) == 0 && !path.empty()) {
+    static_cast<void>(Module_occam::save_section(view_, controls_->look(), path, Picture_model_->size()));
+  }
+}
+
+void Form_occam_inversion::save_fits() {
+  std::string path = suggested_file("_fit.pdf");
+  if (Module_util::select_output_file(path, "Save the fit of all stations", "PDF documents (*.pdf)|*.pdf") ==
+          0 &&
+      !path.empty()) {
+    static_cast<void>(save_station_fits(view_, path));
+  }
+}
+
+void Form_occam_inversion::show_section_menu(QPoint global) {
+  QMenu menu;
+  menu.addAction("Show &all", Picture_model_, &PictureModel::reset_zoom);
+  menu.addSeparator();
+  menu.addAction("Save as P&NG...", this, [this] { save_section("png"); });
+  menu.addAction("Save as P&DF...", this, [this] { save_section("pdf"); });
+  menu.exec(global);
+}
+
+void menu_occam2d(QWidget* parent) {
+  const std::string control_file = ask_for_control_file();
+  if (control_file.empty()) {
+    return;
+  }
+  RunResults results;
+  if (open_results(control_file, results) == 0) {
+    Form_occam_inversion(std::move(results), parent).exec();
+  }
+}

@@ -1,0 +1,201 @@
+#include "occam/windows/model_controls.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include "core/number_text.h"
+#include "platform/widgets/panel_controls.h"
+
+using namespace Module_occam;
+
+namespace {
+
+constexpr int number_width = 10;  // digits
+constexpr int range_width = 6;
+
+QLineEdit* make_number(const char* name, bool read_only) {
+  return make_text(name, read_only ? number_width : range_width, read_only);
+}
+
+QString shown_number(float value) {
+  return value == no_data ? QString("NA") : qt_text(format_number(value, "0.0000"));
+}
+
+}  // namespace
+
+ModelControls::ModelControls(QWidget* parent)
+    : QWidget(parent),
+      Combo_iteration_(make_list("Combo_iteration")),
+      HScroll_iteration_(named(new QScrollBar(Qt::Horizontal), "HScroll_iteration")),
+      Text_iterate_(make_number("Text_iterate", true)),
+      Text_multiplier_(make_number("Text_multiplier", true)),
+      Text_roughness_(make_number("Text_roughness", true)),
+      Text_RMS_(make_number("Text_RMS", true)),
+      Combo_colour_table_(make_list("Combo_colour_table")),
+      Check_invert_colour_(named(new QCheckBox("&Invert colours"), "Check_invert_colour")),
+      Text_min_res_(make_number("Text_min_res", false)),
+      Text_max_res_(make_number("Text_max_res", false)),
+      Text_max_depth_(make_number("Text_max_depth", false)),
+      Check_draw_mesh_(named(new QCheckBox("Draw &mesh"), "Check_draw_mesh")),
+      Check_log_vertical_(named(new QCheckBox("&Log depth scale"), "Check_log_vertical")),
+      Text_min_res_model_(make_text("Text_min_res_model", number_width + range_width, true)),
+      Text_max_res_model_(make_text("Text_max_res_model", number_width + range_width, true)),
+      Command_display_response_(named(new QPushButton("&Response"), "Command_display_response")) {
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->addWidget(make_iteration_group());
+  rows->addWidget(make_look_group());
+  rows->addWidget(make_model_group());
+  rows->addStretch();
+  add_buttons(*rows);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+}
+
+QWidget* ModelControls::make_iteration_group() {
+  auto* const group = new QGroupBox("Iteration");
+  auto* const rows = new QFormLayout(group);
+  HScroll_iteration_->setFocusPolicy(Qt::StrongFocus);
+  HScroll_iteration_->setToolTip("Iteration on show");
+  HScroll_iteration_->setAccessibleName("Iteration");
+  Combo_iteration_->setToolTip("Iteration on show");
+  Text_iterate_->setToolTip("Number of the iteration in its file");
+  Text_multiplier_->setToolTip("What roughness counts against misfit in this iteration");
+  Text_roughness_->setToolTip("Roughness of the model");
+  Text_RMS_->setToolTip("Root mean square of the misfits, in units of the errors");
+  rows->addRow("I&teration", Combo_iteration_);
+  rows->addRow(HScroll_iteration_);
+  rows->addRow("Iteration Number", Text_iterate_);
+  rows->addRow("Lagrange Multiplier", Text_multiplier_);
+  rows->addRow("Model Roughness", Text_roughness_);
+  rows->addRow("RMS error", Text_RMS_);
+  connect(Combo_iteration_, &QComboBox::currentIndexChanged, this, [this](int iteration) {
+    const QSignalBlocker other(HScroll_iteration_);
+    HScroll_iteration_->setValue(iteration);
+    Q_EMIT iteration_chosen(iteration);
+  });
+  connect(HScroll_iteration_, &QScrollBar::valueChanged, Combo_iteration_, &QComboBox::setCurrentIndex);
+  return group;
+}
+
+QWidget* ModelControls::make_look_group() {
+  auto* const group = new QGroupBox("Section");
+  auto* const rows = new QFormLayout(group);
+  for (const std::string_view name : colour_table_names) {
+    Combo_colour_table_->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+  }
+  Combo_colour_table_->setCurrentIndex(SectionLook().colour_table);
+  Combo_colour_table_->setToolTip("Colours of the section, and of the misfits");
+  Check_invert_colour_->setToolTip("Takes the colours in the opposite order");
+  Check_log_vertical_->setToolTip("Gives the shallow part of the section more room");
+  Check_draw_mesh_->setToolTip("Draws the edges of the cells");
+  Text_min_res_->setToolTip("Log Resistivity value which maps to the start colour");
+  Text_max_res_->setToolTip("Log Resistivity value which maps to the end colour");
+  Text_max_depth_->setToolTip("Maximum depth to display");
+  Text_max_depth_->setText("2000");
+  auto* const colour = new QLabel("&Colour");
+  colour->setBuddy(Combo_colour_table_);
+  rows->addRow(colour);
+  rows->addRow(Combo_colour_table_);
+  rows->addRow(Check_invert_colour_);
+  rows->addRow("M&in Res", Text_min_res_);
+  rows->addRow("M&ax Res", Text_max_res_);
+  rows->addRow("Max De&pth", Text_max_depth_);
+  rows->addRow(Check_log_vertical_);
+  rows->addRow(Check_draw_mesh_);
+  for (QLineEdit* const text : {Text_min_res_, Text_max_res_, Text_max_depth_}) {
+    connect(text, &QLineEdit::textChanged, this, &ModelControls::look_changed);
+  }
+  for (QCheckBox* const check : {Check_invert_colour_, Check_log_vertical_, Check_draw_mesh_}) {
+    connect(check, &QCheckBox::toggled, this, &ModelControls::look_changed);
+  }
+  connect(Combo_colour_table_, &QComboBox::currentIndexChanged, this, &ModelControls::look_changed);
+  return group;
+}
+
+QWidget* ModelControls::make_model_group() {
+  auto* const group = new QGroupBox("Resistivity shown (log10 / ohm-m)");
+  auto* const rows = new QFormLayout(group);
+  Text_min_res_model_->setToolTip("Log Resistivity value which maps to the start colour");
+  Text_max_res_model_->setToolTip("Log Resistivity value which maps to the end colour");
+  rows->addRow("Min", Text_min_res_model_);
+  rows->addRow("Max", Text_max_res_model_);
+  return group;
+}
+
+void ModelControls::add_buttons(QBoxLayout& rows) {
+  auto* const grid = named(new QPushButton("Write &Geosoft Grid"), "Command_write_grid");
+  auto* const save = named(new QPushButton("&Save"), "Command_save");
+  auto* const done_button = named(new QPushButton("&Done"), "Command_done");
+  Command_display_response_->setToolTip("Shows the fit of the sites, or the course of the misfit");
+  grid->setToolTip("Writes the section as grids and tables");
+  save->setToolTip("Saves the section, or the fit of all stations");
+  done_button->setToolTip("Closes the window (Esc)");
+  auto* const menu = new QMenu(save);
+  menu->addAction("Section as P&NG...", this, &ModelControls::save_section_png);
+  menu->addAction("Section as P&DF...", this, &ModelControls::save_section_pdf);
+  menu->addAction("&Fit of all stations as PDF...", this, &ModelControls::save_fits);
+  save->setMenu(menu);
+  for (QPushButton* const button : {Command_display_response_, grid, save, done_button}) {
+    button->setAutoDefault(false);
+    rows.addWidget(button);
+  }
+  connect(Command_display_response_, &QPushButton::clicked, this, &ModelControls::display_response);
+  connect(grid, &QPushButton::clicked, this, &ModelControls::write_grid);
+  connect(done_button, &QPushButton::clicked, this, &ModelControls::done);
+}
+
+void ModelControls::list_iterations(int last, int current) {
+  const QSignalBlocker combo(Combo_iteration_);
+  const QSignalBlocker scroll(HScroll_iteration_);
+  while (Combo_iteration_->count() > last + 1) {
+    Combo_iteration_->removeItem(Combo_iteration_->count() - 1);
+  }
+  while (Combo_iteration_->count() <= last) {
+    Combo_iteration_->addItem(QString::number(Combo_iteration_->count()));
+  }
+  Combo_iteration_->setCurrentIndex(current);
+  HScroll_iteration_->setRange(0, last);
+  HScroll_iteration_->setPageStep(1);
+  HScroll_iteration_->setValue(current);
+}
+
+void ModelControls::show_numbers(const RunView& view) {
+  const auto iteration = static_cast<std::size_t>(view.current_iteration());
+  Text_iterate_->setText(qt_text(format_number(view.current_iteration(), "0")));
+  Text_multiplier_->setText(shown_number(view.results().iteration_multiplier[iteration]));
+  Text_roughness_->setText(shown_number(view.results().iteration_roughness[iteration]));
+  Text_RMS_->setText(shown_number(view.results().iteration_misfit[iteration]));
+}
+
+void ModelControls::set_range(const ResistivityRange& range) {
+  const QSignalBlocker lower(Text_min_res_);
+  const QSignalBlocker upper(Text_max_res_);
+  Text_min_res_->setText(qt_text(plain_text(range.lower)));
+  Text_max_res_->setText(qt_text(plain_text(range.upper)));
+}
+
+void ModelControls::show_model_range(const SectionGeometry& section) {
+  const bool empty = section.rectangles.empty();
+  Text_min_res_model_->setText(empty ? QString("NA") : qt_text(resistivity_text(section.lowest)));
+  Text_max_res_model_->setText(empty ? QString("NA") : qt_text(resistivity_text(section.highest)));
+}
+
+SectionLook ModelControls::look() const {
+  return {.choices = read_choices({Text_min_res_->text().toStdString(), Text_max_res_->text().toStdString(),
+                                   Text_max_depth_->text().toStdString(), Check_log_vertical_->isChecked()}),
+          .colour_table = Combo_colour_table_->currentIndex(),
+          .invert = Check_invert_colour_->isChecked(),
+          .draw_mesh = Check_draw_mesh_->isChecked()};
+}
+
+void ModelControls::offer_response(bool response) {
+  Command_display_response_->setText(response ? "&Response" : "&Iterations");
+}

@@ -1,0 +1,63 @@
+// model_controls.h: the column of controls of the results viewer.
+#pragma once
+#include <QWidget>
+
+#include "occam/results/run_results.h"
+#include "occam/windows/section_picture.h"
+
+class QBoxLayout;
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QScrollBar;
+
+class ModelControls : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ModelControls(QWidget* parent = nullptr);
+
+  /// Offers the iterations 0 to `last`, without telling that the choice has changed.
+  void list_iterations(int last, int current);
+  void show_numbers(const Module_occam::RunView& view);
+  void set_range(const Module_occam::ResistivityRange& range);
+  /// "NA" in both boxes if the section is empty.
+  void show_model_range(const Module_occam::SectionGeometry& section);
+  [[nodiscard]] Module_occam::SectionLook look() const;
+  /// The button offers what is not on show.
+  void offer_response(bool response);
+
+ Q_SIGNALS:
+  void iteration_chosen(int iteration);
+  void look_changed();
+  void display_response();
+  void write_grid();
+  void save_section_png();
+  void save_section_pdf();
+  void save_fits();
+  void done();
+
+ private:
+  QWidget* make_iteration_group();
+  QWidget* make_look_group();
+  QWidget* make_model_group();
+  void add_buttons(QBoxLayout& rows);
+
+  QComboBox* Combo_iteration_;
+  QScrollBar* HScroll_iteration_;
+  QLineEdit* Text_iterate_;
+  QLineEdit* Text_multiplier_;
+  QLineEdit* Text_roughness_;
+  QLineEdit* Text_RMS_;
+  QComboBox* Combo_colour_table_;
+  QCheckBox* Check_invert_colour_;
+  QLineEdit* Text_min_res_;
+  QLineEdit* Text_max_res_;
+  QLineEdit* Text_max_depth_;
+  QCheckBox* Check_draw_mesh_;
+  QCheckBox* Check_log_vertical_;
+  QLineEdit* Text_min_res_model_;
+  QLineEdit* Text_max_res_model_;
+  QPushButton* Command_display_response_;
+};

@@ -1,0 +1,153 @@
+#include "occam/windows/picture_error.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "core/number_text.h"
+#include "formats/occam/occam_state.h"
+#include "occam/windows/picture_axes.h"
+
+using namespace Module_occam;
+
+namespace {
+
+constexpr double largest_misfit = 6.0;  // at the ends of the palette
+
+/// Number from 1 of the part of a range, cut into `count` parts, that a place lies in.
+int part_at(double place, double start, double length, int count) {
+  return std::clamp(static_cast<int>((place - start) / length * count), 0, count - 1) + 1;
+}
+
+}  // namespace
+
+PictureError::PictureError(const QString& name, const QString& title, ResponseKind kind, QWidget* parent)
+    : QWidget(parent), title_(title), kind_(kind) {
+  setObjectName(name);
+  setMouseTracking(true);
+  setToolTip("Misfit in units of the error; click on a site to see its curves");
+}
+
+void PictureError::clear() {
+  shown_ = false;
+  update();
+}
+
+void PictureError::show_misfits(const Palette& palette) {
+  palette_ = palette;
+  shown_ = true;
+  update();
+}
+
+void PictureError::mark_site(int site_number) {
+  marked_site_ = site_number;
+  update();
+}
+
+QRectF PictureError::plot() const {
+  constexpr double left = 58.0;
+  constexpr double right = 56.0;
+  constexpr double top = 22.0;
+  constexpr double bottom = 36.0;
+  return {left, top, std::max(width() - left - right, 1.0), std::max(height() - top - bottom, 1.0)};
+}
+
+void PictureError::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), Qt::white);
+  painter.setPen(Qt::black);  // whatever the desktop's own colours
+  QFont font = painter.font();
+  font.setPixelSize(picture_font_pixels);
+  painter.setFont(font);
+  const QRectF area = plot();
+  painter.drawText(QRectF(area.left(), 0.0, area.width(), area.top()), Qt::AlignCenter, title_);
+  if (shown_ && occam_state().response.resp_sites() > 0) {
+    paint_cells(painter);
+    paint_labels(painter);
+  }
+}
+
+void PictureError::paint_cells(QPainter& painter) const {
+  const OccamResponse& response = occam_state().response;
+  const QRectF area = plot();
+  const int sites = response.resp_sites();
+  const int frequencies = response.resp_frequency_count();
+  const auto x = [&](int site) { return qRound(area.left() + area.width() * site / sites); };
+  const auto y = [&](int frequency) { return qRound(area.top() + area.height() * frequency / frequencies); };
+  for (int site = 0; site < sites; ++site) {
+    for (int frequency = 0; frequency < frequencies; ++frequency) {
+      const auto misfit =
+          static_cast<double>(response.value(ResponseValue::misfit, kind_, site + 1, frequency + 1));
+      const QRect cell(QPoint(x(site), y(frequency)), QPoint(x(site + 1) - 1, y(frequency + 1) - 1));
+      painter.fillRect(cell, is_absent(misfit)
+                                 ? QColor(Qt::white)
+                                 : to_qt(palette_[static_cast<std::size_t>(misfit_entry(misfit))]));
+    }
+  }
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(area);
+  if (marked_site_ >= 1 && marked_site_ <= sites) {
+    painter.setPen(QPen(Qt::black, 2.0));
+    painter.drawRect(
+        QRectF(x(marked_site_ - 1), area.top(), x(marked_site_) - x(marked_site_ - 1), area.height()));
+    painter.setPen(QPen(Qt::black, 1.0));
+  }
+}
+
+void PictureError::paint_labels(QPainter& painter) const {
+  const OccamResponse& response = occam_state().response;
+  const QRectF area = plot();
+  const QFontMetricsF metrics(painter.font());
+  std::vector<PictureTick> sites;
+  double widest = 0.0;
+  for (int site = 0; site < response.resp_sites(); ++site) {
+    const QString name = short_site_name(response.resp_site_names[static_cast<std::size_t>(site)]);
+    widest = std::max(widest, metrics.horizontalAdvance(name));
+    sites.push_back({area.left() + area.width() * (site + 0.5) / response.resp_sites(), name});
+  }
+  std::vector<PictureTick> frequencies;
+  for (int i = 0; i < response.resp_frequency_count(); ++i) {
+    constexpr int digits = 4;
+    const QString label =
+        QString::number(response.resp_frequencies[static_cast<std::size_t>(i)], 'g', digits);
+    frequencies.push_back({area.top() + area.height() * (i + 0.5) / response.resp_frequency_count(), label});
+  }
+  constexpr double gap = 6.0;
+  draw_bottom_axis(painter, area, ticks_with_room(sites, widest + gap), "Site");
+  draw_left_axis(painter, area, ticks_with_room(frequencies, metrics.height()), "Hz");
+  constexpr double bar_width = 12.0;
+  draw_colour_bar(painter, {area.right() + 8.0, area.top(), bar_width, area.height()}, palette_,
+                  -largest_misfit, largest_misfit, QString());
+}
+
+QString PictureError::text_at(QPointF at) const {
+  const OccamResponse& response = occam_state().response;
+  const QRectF area = plot();
+  if (!shown_ || response.resp_sites() < 1 || !area.contains(at)) {
+    return {};
+  }
+  const int site = part_at(at.x(), area.left(), area.width(), response.resp_sites());
+  const int frequency = part_at(at.y(), area.top(), area.height(), response.resp_frequency_count());
+  const auto misfit = static_cast<double>(response.value(ResponseValue::misfit, kind_, site, frequency));
+  const auto site_index = static_cast<std::size_t>(site) - 1;
+  return QString::fromStdString(
+      "Site " + response.resp_site_names[site_index] + " at " +
+      format_number(response.resp_offsets[site_index], "0.0") + " m   Frequency " +
+      plain_text(static_cast<float>(response.resp_frequencies[static_cast<std::size_t>(frequency) - 1])) +
+      " Hz   " + title_.toStdString() + " " + (is_absent(misfit) ? "NA" : format_number(misfit, "0.00")));
+}
+
+void PictureError::mouseMoveEvent(QMouseEvent* event) { Q_EMIT hovered(text_at(event->position())); }
+
+void PictureError::mousePressEvent(QMouseEvent* event) {
+  const QRectF area = plot();
+  if (event->button() == Qt::LeftButton && shown_ && area.contains(event->position())) {
+    Q_EMIT site_chosen(
+        part_at(event->position().x(), area.left(), area.width(), occam_state().response.resp_sites()));
+  }
+}
+
+void PictureError::leaveEvent(QEvent* event) {
+  QWidget::leaveEvent(event);
+  Q_EMIT hovered(QString());
+}

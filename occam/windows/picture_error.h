@@ -1,0 +1,46 @@
+// picture_error.h: Picture_res_error and Picture_phase_error, the misfits of all sites and frequencies as an
+// image: sites across, frequencies down.
+#pragma once
+#include <QWidget>
+
+#include "formats/occam/occam_data.h"
+#include "occam/results/image_palette.h"
+
+class PictureError : public QWidget {
+  Q_OBJECT
+
+ public:
+  PictureError(const QString& name, const QString& title, Module_occam::ResponseKind kind,
+               QWidget* parent = nullptr);
+
+  void clear();
+  /// Draws the misfits of occam_state().response.
+  void show_misfits(const Module_occam::Palette& palette);
+  /// Frames the column of a site, numbered from 1.
+  void mark_site(int site_number);
+
+  QSize sizeHint() const override { return {320, 150}; }
+  QSize minimumSizeHint() const override { return {200, 100}; }
+
+ Q_SIGNALS:
+  void hovered(const QString& text);
+  void site_chosen(int site_number);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  [[nodiscard]] QRectF plot() const;
+  void paint_cells(QPainter& painter) const;
+  void paint_labels(QPainter& painter) const;
+  [[nodiscard]] QString text_at(QPointF at) const;
+
+  QString title_;
+  Module_occam::ResponseKind kind_;
+  Module_occam::Palette palette_ = {};
+  int marked_site_ = 0;
+  bool shown_ = false;
+};

@@ -1,0 +1,50 @@
+// picture_model.h: Picture_model, the section of the results viewer.
+//
+// With the mouse as in the charts: the wheel zooms about the pointer, a drag zooms to its rectangle, the
+// middle button drags the section, a double click shows all of it again.
+#pragma once
+#include <QWidget>
+#include <optional>
+
+#include "occam/windows/section_painter.h"
+
+class PictureModel : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit PictureModel(QWidget* parent = nullptr);
+
+  /// The size that a section is to be made for.
+  [[nodiscard]] Module_occam::PictureSize picture_size() const { return Module_occam::section_part(size()); }
+  void show_picture(Module_occam::SectionPicture picture);
+  [[nodiscard]] const Module_occam::SectionPicture& picture() const { return picture_; }
+  void reset_zoom();
+
+  QSize sizeHint() const override { return {800, 340}; }
+  QSize minimumSizeHint() const override { return {320, 150}; }
+
+ Q_SIGNALS:
+  void resized();
+  /// What stands under the pointer; empty off the section.
+  void hovered(const QString& text);
+  void menu_asked_for(QPoint global);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  [[nodiscard]] QPointF share_of_plot(QPointF at) const;
+
+  Module_occam::SectionPicture picture_;
+  Module_occam::PictureZoom zoom_;
+  std::optional<QPointF> band_start_;
+  QPointF pointer_;  // where it was last seen
+};

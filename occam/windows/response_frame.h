@@ -1,0 +1,57 @@
+// response_frame.h: the response frame of the results viewer: curves of a station, misfits of all of them,
+// profiles along the line.
+#pragma once
+#include <QWidget>
+
+#include "occam/results/response_plots.h"
+#include "occam/windows/picture_error.h"
+#include "occam/windows/response_graph.h"
+
+class QComboBox;
+class QLabel;
+class QScrollBar;
+class QTableWidget;
+class VexSplitter;
+
+class ResponseFrame : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ResponseFrame(QWidget* parent = nullptr);
+
+  void clear();
+  void clear_errors();
+  /// Takes over occam_state().response: offers its stations and frequencies, lists its misfits.
+  void take_response();
+  void display_station(int site_number);
+  void display_errors(const Module_occam::Palette& palette);
+  void display_profiles();
+  [[nodiscard]] VexSplitter* splitter() const { return Splitter_response_; }
+
+ Q_SIGNALS:
+  void station_chosen(int site_number);
+  void hovered(const QString& text);
+
+ private:
+  QWidget* make_station_row();
+  QWidget* make_profiles();
+  void make_graphs();
+  void connect_panes();
+  void list_frequencies();
+  void list_misfits();
+
+  Module_occam::MisfitTable misfits_;
+  QLabel* Label_station_;
+  QScrollBar* HScroll_station_;
+  QComboBox* Combo_display_mode_;
+  QComboBox* Combo_display_oddsevens_;
+  ResponseGraph* station_resistivity_;
+  ResponseGraph* station_phase_;
+  ResponseGraph* profile_resistivity_;
+  ResponseGraph* profile_phase_;
+  PictureError* Picture_res_error_;
+  PictureError* Picture_phase_error_;
+  QTableWidget* Grid_misfit_;
+  VexSplitter* Splitter_response_;
+  int site_number_ = 1;
+};

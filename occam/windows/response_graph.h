@@ -1,0 +1,36 @@
+// response_graph.h: a chart of a response's values with the names of its curves above it.
+#pragma once
+#include <QLabel>
+#include <QWidget>
+
+#include "occam/results/response_plots.h"
+#include "platform/graph/VexGraphControl.h"
+
+/// Hands a plot over to a chart and draws it.
+void give_to_chart(VexGraphControl& chart, const Module_occam::ResponsePlot& plot);
+
+class ResponseGraph : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// @param name of the chart
+  ResponseGraph(const QString& name, const QString& x_title, const QString& y_title,
+                QWidget* parent = nullptr);
+
+  void set_title(const QString& title);
+  void clear();
+  /// @param legend  name each series in its colour above the chart
+  void show_plot(Module_occam::ResponsePlot plot, bool legend = true);
+  [[nodiscard]] const Module_occam::ResponsePlot& plot() const { return plot_; }
+  /// A blue line at a place of the x axis; draws the chart.
+  void mark_x(double x);
+  [[nodiscard]] VexGraphControl& chart() { return *chart_; }
+
+ private:
+  void show_heading(bool legend);
+
+  QString title_;
+  QLabel* heading_;
+  VexGraphControl* chart_;
+  Module_occam::ResponsePlot plot_;
+};

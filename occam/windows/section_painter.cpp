@@ -1,0 +1,215 @@
+#include "occam/windows/section_painter.h"
+
+#include <QFontMetricsF>
+#include <QPolygonF>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "core/number_text.h"
+#include "occam/windows/picture_axes.h"
+
+namespace Module_occam {
+
+namespace {
+
+constexpr double colour_bar_part = 70.0;  // pixels beside the section's frame
+constexpr double colour_bar_width = 14.0;
+constexpr double mark_size = 5.0;
+
+/// From pixels of the geometry to those of the drawing.
+class ZoomedPlot {
+ public:
+  ZoomedPlot(const SectionGeometry& geometry, const PictureZoom& zoom)
+      : plot_(plot_area(geometry.picture)), zoom_(zoom) {}
+
+  [[nodiscard]] double x(double home) const {
+    return plot_.left() + plot_.width() * zoom_.to_view_x((home - plot_.left()) / plot_.width());
+  }
+  [[nodiscard]] double y(double home) const {
+    return plot_.top() + plot_.height() * zoom_.to_view_y((home - plot_.top()) / plot_.height());
+  }
+  [[nodiscard]] QPointF home(QPointF at) const {
+    return {plot_.left() + plot_.width() * zoom_.from_view_x((at.x() - plot_.left()) / plot_.width()),
+            plot_.top() + plot_.height() * zoom_.from_view_y((at.y() - plot_.top()) / plot_.height())};
+  }
+  [[nodiscard]] const QRectF& plot() const { return plot_; }
+
+ private:
+  QRectF plot_;
+  const PictureZoom& zoom_;
+};
+
+/// The corners of a block on whole pixels, so that neighbours meet without a seam.
+QRect pixels_of(const SectionRectangle& block, const ZoomedPlot& plot) {
+  const auto pixel = [](double place) {
+    constexpr double far_off = 1e6;
+    return static_cast<int>(std::lround(std::clamp(place, -far_off, far_off)));
+  };
+  const QPoint corner(pixel(plot.x(block.left)), pixel(plot.y(block.top)));
+  const QPoint end(pixel(plot.x(block.right)), pixel(plot.y(block.bottom)));
+  return {corner, QSize(std::max(end.x() - corner.x(), 1), std::max(end.y() - corner.y(), 1))};
+}
+
+void paint_blocks(QPainter& painter, const SectionPicture& picture, const ZoomedPlot& plot) {
+  std::array<QColor, 256> colours;
+  std::ranges::transform(picture.palette, colours.begin(), to_qt);
+  const QRect visible = plot.plot().toAlignedRect();
+  QList<QRect> outlines;
+  painter.save();
+  painter.setClipRect(plot.plot());
+  for (const SectionRectangle& block : picture.geometry.rectangles) {
+    const QRect place = pixels_of(block, plot);
+    if (!place.intersects(visible)) {
+      continue;
+    }
+    painter.fillRect(place, colours[block.colour]);
+    if (picture.draw_mesh) {
+      outlines.append(place);
+    }
+  }
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRects(outlines);
+  painter.restore();
+}
+
+/// Depths that a person would mark on a scale of the logarithm: 0, then 1, 2, 5 and their tens.
+std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot) {
+  constexpr double least_distance = 18.0;
+  constexpr int decades = 7;  // to 10 000 km
+  std::vector<PictureTick> ticks;
+  const auto add = [&](double depth) {
+    const double at = plot.y(geometry.mapping.to_y(depth));
+    if (at >= plot.plot().top() - 0.5 && at <= plot.plot().bottom() + 0.5) {
+      ticks.push_back({at, QString::fromStdString(plain_text(depth))});
+    }
+  };
+  add(0.0);
+  double decade = 1.0;
+  for (int i = 0; i < decades; ++i, decade *= 10.0) {
+    for (const double step : {1.0, 2.0, 5.0}) {
+      add(decade * step);
+    }
+  }
+  return ticks_with_room(ticks, least_distance);
+}
+
+void paint_axes(QPainter& painter, const SectionGeometry& geometry, const ZoomedPlot& plot) {
+  const QRectF& area = plot.plot();
+  const SectionMapping& mapping = geometry.mapping;
+  const QPointF first = plot.home(area.topLeft());
+  const QPointF last = plot.home(area.bottomRight());
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(area);
+  draw_bottom_axis(
+      painter, area,
+      even_ticks(painter, mapping.distance_at(first.x()), mapping.distance_at(last.x()), area.width(), false,
+                 [&](double distance) { return plot.x(mapping.to_x(distance)); }),
+      "Distance along the line (m)");
+  draw_left_axis(
+      painter, area,
+      mapping.block_height > 0.0
+          ? decade_ticks(geometry, plot)
+          : even_ticks(painter, mapping.depth_at(first.y()), mapping.depth_at(last.y()), area.height(), true,
+                       [&](double depth) { return plot.y(mapping.to_y(depth)); }),
+      "Depth (m)");
+}
+
+/// Marks all sites; names stand in two rows as far as there is room.
+void paint_sites(QPainter& painter, const SectionGeometry& geometry, const OccamData& sites,
+                 const ZoomedPlot& plot) {
+  constexpr double gap = 6.0;
+  QStringList names;
+  for (const std::string& name : sites.site_names) {
+    names.append(short_site_name(name));
+  }
+  const QFontMetricsF metrics(painter.font());
+  const double ground = plot.plot().top();
+  std::array<double, 2> used = {-1e9, -1e9};  // how far the names of each row reach, the lower row first
+  for (int site = 0; site < sites.site_count(); ++site) {
+    const auto offset = static_cast<double>(sites.site_offsets[static_cast<std::size_t>(site)]);
+    const double x = plot.x(geometry.mapping.to_x(offset));
+    if (x < plot.plot().left() - 1.0 || x > plot.plot().right() + 1.0) {
+      continue;
+    }
+    painter.setBrush(Qt::black);
+    painter.drawPolygon(QPolygonF({QPointF(x, ground), QPointF(x - mark_size, ground - 2.0 * mark_size),
+                                   QPointF(x + mark_size, ground - 2.0 * mark_size)}));
+    const double width = metrics.horizontalAdvance(names[site]);
+    for (std::size_t row = 0; row < used.size(); ++row) {
+      if (x - width / 2.0 < used[row] + gap) {
+        continue;
+      }
+      used[row] = x + width / 2.0;
+      const double baseline = ground - 2.0 * mark_size - 3.0 - static_cast<double>(row) * metrics.height();
+      painter.drawText(QPointF(x - width / 2.0, baseline), names[site]);
+      break;
+    }
+  }
+}
+
+}  // namespace
+
+PictureSize section_part(QSize drawing) {
+  return {std::max(drawing.width() - colour_bar_part, 2.0 * side_frame + 1.0),
+          std::max(static_cast<double>(drawing.height()), 2.0 * end_frame + 1.0)};
+}
+
+QRectF plot_area(PictureSize picture) {
+  return {side_frame, end_frame, std::max(picture.width - 2.0 * side_frame, 1.0),
+          std::max(picture.height - 2.0 * end_frame, 1.0)};
+}
+
+void paint_section(QPainter& painter, const SectionPicture& picture, const OccamData& sites,
+                   const PictureZoom& zoom) {
+  const SectionGeometry& geometry = picture.geometry;
+  const ZoomedPlot plot(geometry, zoom);
+  QFont font = painter.font();
+  font.setPixelSize(picture_font_pixels);
+  painter.setFont(font);
+  painter.setPen(Qt::black);
+  if (geometry.rectangles.empty()) {
+    painter.drawText(plot.plot(), Qt::AlignCenter | Qt::TextWordWrap, picture.note);
+    return;
+  }
+  paint_blocks(painter, picture, plot);
+  painter.setRenderHint(QPainter::Antialiasing);
+  paint_axes(painter, geometry, plot);
+  paint_sites(painter, geometry, sites, plot);
+  const QRectF bar(geometry.picture.width - side_frame / 2.0, plot.plot().top(), colour_bar_width,
+                   plot.plot().height());
+  draw_colour_bar(painter, bar, picture.palette, picture.choices.min_res, picture.choices.max_res,
+                  "log10 ohm-m");
+  painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+std::string section_text(const SectionPicture& picture, const OccamData& sites, const PictureZoom& zoom,
+                         QPointF at) {
+  constexpr double at_mark = 6.0;  // pixels
+  const ZoomedPlot plot(picture.geometry, zoom);
+  if (picture.geometry.rectangles.empty() || !plot.plot().contains(at)) {
+    return {};
+  }
+  const QPointF home = plot.home(at);
+  const SectionMapping& mapping = picture.geometry.mapping;
+  const SectionRectangle* const block = picture.geometry.at(home.x(), home.y());
+  std::string text = "Distance " + format_number(mapping.distance_at(home.x()), "0.0") + " m   Depth " +
+                     format_number(mapping.depth_at(home.y()), "0.0") + " m   Resistivity ";
+  if (block == nullptr) {
+    text += "NA";
+  } else {
+    const auto value = static_cast<double>(block->value);
+    text += format_number(value, "0.00") + " log10 ohm-m (" + format_number(std::pow(10.0, value), "0.00") +
+            " ohm-m)";
+  }
+  for (int site = 0; site < sites.site_count(); ++site) {
+    const auto offset = static_cast<double>(sites.site_offsets[static_cast<std::size_t>(site)]);
+    if (std::abs(plot.x(mapping.to_x(offset)) - at.x()) <= at_mark) {
+      return text + "   Site " + sites.site_names[static_cast<std::size_t>(site)] + " at " +
+             format_number(offset, "0.0") + " m";
+    }
+  }
+  return text;
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,41 @@
+// section_painter.h: a model section with its axes, sites and colour bar, for the window, pictures and pages.
+#pragma once
+#include <QPainter>
+#include <QRectF>
+#include <QSize>
+#include <QString>
+#include <string>
+#include <vector>
+
+#include "formats/occam/occam_data.h"
+#include "occam/results/image_palette.h"
+#include "occam/results/picture_zoom.h"
+#include "occam/results/section_geometry.h"
+
+namespace Module_occam {
+
+/// Everything that a picture of a section shows.
+struct SectionPicture {
+  SectionGeometry geometry;
+  SectionChoices choices;
+  Palette palette = {};
+  bool draw_mesh = false;
+  QString note;  // stands in the middle of a picture without rectangles
+};
+
+/// The part of a drawing of this size that the section and its frame have; the colour bar stands beside it.
+PictureSize section_part(QSize drawing);
+
+/// Where the section itself is drawn.
+QRectF plot_area(PictureSize picture);
+
+/// @param sites  marked at the ground, by name where there is room
+void paint_section(QPainter& painter, const SectionPicture& picture, const OccamData& sites,
+                   const PictureZoom& zoom);
+
+/// What stands under a place of the drawing: "Distance 250.0 m   Depth 80.0 m   Resistivity 1.50 log10 ohm-m
+/// (31.62 ohm-m)", "NA" where there is no block; empty outside of the section.
+std::string section_text(const SectionPicture& picture, const OccamData& sites, const PictureZoom& zoom,
+                         QPointF at);
+
+}  // namespace Module_occam

@@ -1,0 +1,172 @@
+#include "occam/windows/section_picture.h"
+
+#include <QImage>
+#include <QPdfWriter>
+#include <stdexcept>
+#include <utility>
+
+#include "core/file_names.h"
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "formats/occam/occam_state.h"
+#include "occam/results/response_plots.h"
+#include "occam/windows/response_graph.h"
+#include "platform/graph/pdf_pages.h"
+#include "platform/graph/picture_file.h"
+
+namespace Module_occam {
+
+namespace {
+
+constexpr int heading_height = 26;
+constexpr int heading_font_pixels = 13;
+
+std::string shown_number(float value) { return value == no_data ? "NA" : format_number(value, "0.0000"); }
+
+void paint_page(QPainter& painter, const SectionPicture& picture, const std::string& heading, QSize size) {
+  QFont font = painter.font();
+  font.setPixelSize(heading_font_pixels);
+  painter.setFont(font);
+  painter.setPen(Qt::black);
+  painter.drawText(QRect(0, 0, size.width(), heading_height), Qt::AlignCenter,
+                   QString::fromStdString(heading));
+  painter.translate(0, heading_height);
+  paint_section(painter, picture, occam_state().data, PictureZoom());
+}
+
+void write_png(graph::PictureFile& file, const SectionPicture& picture, const std::string& heading,
+               QSize size) {
+  constexpr double scale = 2.0;  // stays sharp in a report
+  QImage image(size * scale, QImage::Format_RGB32);
+  if (image.isNull()) {
+    throw std::runtime_error("the picture is too large");
+  }
+  image.setDevicePixelRatio(scale);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  paint_page(painter, picture, heading, size);
+  painter.end();
+  if (!image.save(&file.device(), "PNG")) {
+    throw std::runtime_error("the picture can't be written");
+  }
+}
+
+void write_pdf(graph::PictureFile& file, const SectionPicture& picture, const std::string& heading,
+               QSize size) {
+  QPdfWriter writer(&file.device());
+  graph::fit_page_to(writer, size);
+  writer.setTitle(QString::fromStdString(heading));
+  QPainter painter;
+  if (!painter.begin(&writer)) {
+    throw std::runtime_error("the page can't be drawn");
+  }
+  paint_page(painter, picture, heading, size);
+  if (!painter.end()) {
+    throw std::runtime_error("the page can't be written");
+  }
+}
+
+std::string site_heading(const OccamResponse& response, const MisfitTable& misfits, int site_number) {
+  const auto site = static_cast<std::size_t>(site_number) - 1;
+  std::string text = "Site " + response.resp_site_names[site] + " at " +
+                     format_number(response.resp_offsets[site], "0.0") + " m,  RMS " +
+                     format_number(misfits.of_site(site_number).rms(), "0.00");
+  for (const auto& [type, cell] : misfits.site_cells[site]) {
+    text += ",  " + data_type_name(type) + " " + format_number(cell.rms(), "0.00");
+  }
+  return text;
+}
+
+void place_curves(graph::PdfPages& pages, ResponseKind kind, int site_number, const QRectF& part) {
+  const bool resistivity = kind == ResponseKind::resistivity;
+  const QRectF below = pages.caption(
+      resistivity ? "Resistivity: TE blue, TM red; observed as points with errors, modelled as lines"
+                  : "Phase",
+      part);
+  VexGraphControl chart;
+  chart.set_x_title("Frequency (Hz)");
+  chart.set_y_title(resistivity ? "Resistivity (log10 ohm-m)" : "Phase (deg)");
+  give_to_chart(chart, mode_curves(occam_state().response, kind, site_number));
+  pages.place(chart, below);
+}
+
+}  // namespace
+
+SectionPicture make_section_picture(RunView& view, const SectionLook& look, PictureSize size) {
+  SectionPicture picture;
+  picture.geometry.picture = size;
+  picture.palette = image_palette(look.colour_table, look.invert);
+  picture.draw_mesh = look.draw_mesh;
+  const int iteration = view.current_iteration();
+  if (!view.results().has(iteration)) {
+    picture.note = QString("There is no file of iteration %1").arg(iteration);
+    return picture;
+  }
+  if (!look.choices) {
+    return picture;
+  }
+  picture.choices = *look.choices;
+  picture.geometry = view.section(*look.choices, size);
+  if (picture.geometry.rectangles.empty()) {
+    picture.note = QString("Iteration %1 can't be shown").arg(iteration);
+  }
+  return picture;
+}
+
+std::string iteration_heading(const RunView& view) {
+  const RunResults& results = view.results();
+  const auto iteration = static_cast<std::size_t>(view.current_iteration());
+  return "Iteration " + std::to_string(iteration) + "   RMS error " +
+         shown_number(results.iteration_misfit[iteration]) + "   Roughness " +
+         shown_number(results.iteration_roughness[iteration]) + "   Lagrange Multiplier " +
+         shown_number(results.iteration_multiplier[iteration]);
+}
+
+int save_section(RunView& view, const SectionLook& look, const std::string& path, QSize size) {
+  return trap_errors("An error occurred while saving the section: ", [&] {
+    const SectionPicture picture = make_section_picture(view, look, section_part(size));
+    if (picture.geometry.rectangles.empty()) {
+      throw std::runtime_error(picture.note.isEmpty() ? "range or depth make no section"
+                                                      : picture.note.toStdString());
+    }
+    const std::string ending = Module_util::file_extension(path);
+    const bool pdf = equal_ignoring_case(ending, "pdf");
+    if (!pdf && !equal_ignoring_case(ending, "png")) {
+      throw std::runtime_error(path + " ends neither in .png nor in .pdf");
+    }
+    graph::PictureFile file(QString::fromStdString(path));
+    const QSize page(size.width(), size.height() + heading_height);
+    (pdf ? write_pdf : write_png)(file, picture, iteration_heading(view), page);
+    file.finish();
+  });
+}
+
+int save_station_fits(RunView& view, const std::string& path) {
+  if (!view.response_ready() && view.load_response() != 0) {
+    return -1;
+  }
+  return trap_errors("An error occurred while saving the fit of the stations: ", [&] {
+    const BusyPointer busy;
+    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+    const OccamResponse& response = occam_state().response;
+    const MisfitTable misfits = misfit_table(response);
+    graph::PdfPages pages(QString::fromStdString(path), QString::fromStdString(iteration_heading(view)));
+    constexpr double upper = 0.58;
+    for (int site = 1; site <= response.resp_sites(); ++site) {
+      user_interface().show_progress("Drawing the stations", 100 * (site - 1) / response.resp_sites());
+      user_interface().process_events();
+      if (user_interface().stop_requested()) {
+        return -1;
+      }
+      pages.begin_page(QString::fromStdString(site_heading(response, misfits, site)));
+      place_curves(pages, ResponseKind::resistivity, site, {0.0, 0.0, 1.0, upper});
+      place_curves(pages, ResponseKind::phase, site, {0.0, upper, 1.0, 1.0 - upper});
+    }
+    pages.finish();
+    return 0;
+  });
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,68 @@
+#include "reduction/data_sets/curve_parts.h"
+
+#include <algorithm>
+
+#include "core/number_text.h"
+#include "core/search_sort.h"
+#include "core/session_state.h"
+
+namespace Module_averaged_data {
+
+using Module_database::Curve;
+using Module_database::ReadingKey;
+
+void Extent::include(float value) {
+  if (is_absent(double{value})) {
+    return;
+  }
+  minimum = std::min(minimum, value);
+  maximum = std::max(maximum, value);
+}
+
+void CurveExtents::include(const Curve& curve) {
+  for (std::size_t i = 0; i < curve.count(); ++i) {
+    resistivity.include(curve.value(Module_database::field_resistivity, i));
+    phase.include(curve.value(Module_database::field_phase, i));
+  }
+  if (curve.count() > 0) {
+    frequency.include(curve.frequencies.front());
+    frequency.include(curve.frequencies.back());
+  }
+}
+
+std::span<const float> selected_frequency_list() {
+  return std::span(session().frequency_list).first(static_cast<std::size_t>(session().frequency_count));
+}
+
+std::vector<std::int32_t> list_positions(const Curve& curve) {
+  std::vector<std::int32_t> positions;
+  positions.reserve(curve.count());
+  for (const float frequency : curve.frequencies) {
+    positions.push_back(basSearchSort::search_sorted(selected_frequency_list(), frequency));
+  }
+  return positions;
+}
+
+ReadingKey selected_key() {
+  const SessionState& state = session();
+  return {state.current_line,           state.current_station,
+          state.current_reference_type, static_cast<float>(state.current_scan_rate),
+          state.current_data_type,      state.current_dipole};
+}
+
+std::string place_criteria(const ReadingKey& key) {
+  return "LineNumber = '" + key.line + "' AND Station = " + criterion_text(key.station);
+}
+
+std::string kind_criteria(std::int32_t reduction, const ReadingKey& key) {
+  return "ReductionType = " + format_number(reduction, "0") +
+         " AND ReferenceType = " + format_number(key.reference_type, "0") + " AND DataType ='" +
+         key.data_type + "' AND DipoleLength = " + criterion_text(key.dipole);
+}
+
+bool same_station(const ReadingKey& a, const ReadingKey& b) {
+  return a.line == b.line && a.station == b.station && a.reference_type == b.reference_type &&
+         a.data_type == b.data_type && a.dipole == b.dipole;
+}
+
+}  // namespace Module_averaged_data

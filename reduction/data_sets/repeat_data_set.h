@@ -1,0 +1,35 @@
+// repeat_data_set.h: the repeats of one station at one scan rate, with their average.
+#pragma once
+#include "reduction/averages.h"
+#include "reduction/data_sets/curve_parts.h"
+
+namespace Module_averaged_data {
+
+struct RepeatSlot {
+  StoredReading reading;                    // ID 0: there is none. Its masks go back to the row by position
+  std::vector<std::int32_t> list_position;  // by point; -1: not in the frequency list
+};
+
+struct RepeatDataSet {
+  ReadingKey key;
+  std::int32_t repeat_count = 0;  // 0 also where there is an average without repeats
+  std::size_t maximum_frequencies = 0;
+  CurveExtents extents;
+  std::vector<RepeatSlot> slots;  // the average first, then the repeats by event; empty: no data
+};
+
+/// What is loaded now.
+RepeatDataSet& repeat_data_set();
+
+/// Empties the data set and session().repeat_count.
+void reset_repeat_data();
+
+/// Loads the repeats of a key. A scan rate of 0 stands for the first one of the station data set, which
+/// becomes the session's.
+/// @return 0, or -1 after a message; what was loaded by then stays
+[[nodiscard]] int load_repeat_data(ReadingKey key);
+
+/// Puts a reading into a slot, 0 for the average; behind the last one as a new slot.
+void store_repeat_slot(std::size_t slot, StoredReading reading);
+
+}  // namespace Module_averaged_data

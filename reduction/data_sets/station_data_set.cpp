@@ -1,0 +1,203 @@
+#include "reduction/data_sets/station_data_set.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "core/trap_errors.h"
+#include "database/survey_database.h"
+#include "reduction/derived_rows.h"
+
+namespace Module_averaged_data {
+
+namespace {
+
+constexpr int neighbour_colours = 25;
+
+dao::Recordset rows_where(const std::string& condition) {
+  return Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE " +
+                                                                condition);
+}
+
+StationSlot slot_of(StationSlotKind kind, const dao::Recordset& row) {
+  StationSlot slot;
+  slot.kind = kind;
+  slot.SampleRate = row.get_single("SampleRate");
+  slot.station = row.get_double("Station");
+  slot.station_index = session().current_station_index;
+  slot.reading = Module_database::read_reading(row);
+  return slot;
+}
+
+void add_slot(StationSlot slot) {
+  StationDataSet& data = station_data_set();
+  slot.list_position = list_positions(slot.reading.curve);
+  data.extents.include(slot.reading.curve);
+  data.slots.push_back(std::move(slot));
+}
+
+/// The averages of the station by scan rate; sets the scan rates and the counts of both kinds.
+std::vector<StationSlot> read_averages(const ReadingKey& key) {
+  StationDataSet& data = station_data_set();
+  std::vector<StationSlot> averages;
+  dao::Recordset rows = rows_where(place_criteria(key) + " AND " + kind_criteria(reduction_averaged, key) +
+                                   " ORDER BY SampleRate");
+  for (; !rows.eof(); rows.move_next()) {
+    const bool derived = rows.get_long("FileID") < 0;
+    StationSlot& slot =
+        averages.emplace_back(slot_of(derived ? StationSlotKind::average : StationSlotKind::file, rows));
+    ++(derived ? data.average_count : data.file_count);
+    if (data.scan_rates.empty() || data.scan_rates.back() != slot.SampleRate) {
+      data.scan_rates.push_back(slot.SampleRate);
+    }
+  }
+  return averages;
+}
+
+void add_kind(std::vector<StationSlot>& averages, StationSlotKind kind) {
+  for (StationSlot& slot : averages) {
+    if (slot.kind == kind) {
+      add_slot(std::move(slot));
+    }
+  }
+}
+
+void add_other_merged(const ReadingKey& key) {
+  StationDataSet& data = station_data_set();
+  const std::int32_t merged_ID = data.slots.front().reading.ID;
+  dao::Recordset rows = rows_where(place_criteria(key) + " AND " + kind_criteria(reduction_merged, key) +
+                                   " AND SampleRate=0 ORDER BY FileID");
+  for (; !rows.eof(); rows.move_next()) {
+    if (rows.get_long("ID") != merged_ID) {
+      add_slot(slot_of(StationSlotKind::other_merged, rows));
+      ++data.other_merged_count;
+    }
+  }
+}
+
+void add_neighbours(const ReadingKey& key, const std::vector<std::int32_t>& neighbours) {
+  StationDataSet& data = station_data_set();
+  dao::Recordset rows =
+      rows_where("LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key) +
+                 " AND SampleRate=0 ORDER BY Station,FileID");
+  // Both run along the line, so one walk meets each neighbour at its first row.
+  auto next = neighbours.begin();
+  for (; !rows.eof() && next != neighbours.end(); rows.move_next()) {
+    const double station = rows.get_double("Station");
+    const auto value = [&] { return session().station_value[static_cast<std::size_t>(*next) - 1]; };
+    while (next != neighbours.end() && value() < station) {
+      ++next;
+    }
+    if (next == neighbours.end() || value() != station) {
+      continue;
+    }
+    StationSlot slot = slot_of(StationSlotKind::neighbour, rows);
+    slot.station_index = *next;
+    slot.colour_number = -(1 + std::abs(*next - session().current_station_index) % neighbour_colours);
+    add_slot(std::move(slot));
+    ++data.neighbour_count;
+    ++next;
+  }
+}
+
+int load_slots(const ReadingKey& key, const std::vector<std::int32_t>& neighbours) {
+  StationDataSet& data = station_data_set();
+  std::vector<StationSlot> averages = read_averages(key);
+  StationSlot merged;
+  merged.station = key.station;
+  merged.station_index = session().current_station_index;
+  ReadingKey merged_key = key;
+  merged_key.scan_rate = 0.0F;
+  if (get_reduced_reading(reduction_merged, AllowRaw::yes, merged_key, merged.reading) != 0) {
+    return -1;
+  }
+  add_slot(std::move(merged));
+  if (neighbours.empty()) {
+    add_kind(averages, StationSlotKind::average);
+    add_kind(averages, StationSlotKind::file);
+  }
+  add_other_merged(key);
+  if (!neighbours.empty()) {
+    add_neighbours(key, neighbours);
+  }
+  if (data.slots.size() == 1 && data.slots.front().reading.ID == 0) {
+    data.slots.clear();
+  }
+  return 0;
+}
+
+}  // namespace
+
+int neighbour_count_of(std::string& text) {
+  constexpr double most = 1e6;  // more than any line has
+  const double count = is_numeric(text) ? numeric_value(text) : 0.0;
+  if (!(count > 0.0)) {
+    text = "2";
+    return 0;
+  }
+  return static_cast<int>(std::min(count, most));
+}
+
+std::vector<std::int32_t> neighbours_of(std::int32_t station_index, const NeighbourOptions& options) {
+  const SessionState& state = session();
+  if (!options.show || station_index < 1 || station_index > state.station_count) {
+    return {};
+  }
+  const auto line =
+      static_cast<std::size_t>(state.line_of_station[static_cast<std::size_t>(station_index) - 1]);
+  const std::int32_t first_of_line = state.first_station_of_line[line - 1];
+  const std::int32_t last_of_line = state.first_station_of_line[line] - 1;
+  const std::int32_t count = std::min(options.count, state.station_count);
+  std::int32_t first = options.side == NeighbourSide::after ? station_index : station_index - count;
+  std::int32_t last = options.side == NeighbourSide::before ? station_index : station_index + count;
+  if (options.all) {
+    first = first_of_line;
+    last = last_of_line;
+  }
+  if (first < first_of_line) {
+    last += first_of_line - first;
+    first = first_of_line;
+  }
+  if (last > last_of_line) {
+    first = std::max(first - (last - last_of_line), first_of_line);
+    last = last_of_line;
+  }
+  std::vector<std::int32_t> neighbours;
+  for (std::int32_t index = first; index <= last; ++index) {
+    if (index != station_index) {
+      neighbours.push_back(index);
+    }
+  }
+  return neighbours;
+}
+
+StationDataSet& station_data_set() {
+  static StationDataSet data;
+  return data;
+}
+
+void reset_station_data() { station_data_set() = {}; }
+
+int load_station_data(const ReadingKey& key, const NeighbourOptions& options) {
+  reset_station_data();
+  station_data_set().key = key;
+  station_data_set().neighbours = options;
+  return trap_errors("An error occurred while generating the station data: ", [&] {
+    return load_slots(key, neighbours_of(session().current_station_index, options));
+  });
+}
+
+void store_station_slot(std::size_t slot, StoredReading reading) {
+  StationDataSet& data = station_data_set();
+  data.slots[slot].list_position = list_positions(reading.curve);
+  data.slots[slot].reading = std::move(reading);
+  data.extents = {};
+  for (const StationSlot& each : data.slots) {
+    data.extents.include(each.reading.curve);
+  }
+}
+
+}  // namespace Module_averaged_data

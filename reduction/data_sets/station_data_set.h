@@ -1,0 +1,71 @@
+// station_data_set.h: the curves of one station: merged curve, averages, files of averaged data, and the
+// merged curves of its neighbours.
+#pragma once
+#include <optional>
+#include <string>
+
+#include "reduction/averages.h"
+#include "reduction/data_sets/curve_parts.h"
+
+namespace Module_averaged_data {
+
+enum class NeighbourSide { both, before, after };  // in the order of the list that people choose from
+
+/// Which other stations of the line are shown beside the selected one.
+struct NeighbourOptions {
+  bool show = false;
+  bool all = false;  // the whole line; only with `show`
+  int count = 0;     // on each chosen side
+  NeighbourSide side = NeighbourSide::both;
+};
+
+/// The number of neighbours that a text asks for. A text that is not a positive number becomes "2" and asks
+/// for none yet.
+int neighbour_count_of(std::string& text);
+
+/// The neighbours of a station as station indices (from 1), ascending, without the station itself. A window
+/// that leaves the line at one end is moved back inside it as a whole.
+std::vector<std::int32_t> neighbours_of(std::int32_t station_index, const NeighbourOptions& options);
+
+enum class StationSlotKind {
+  merged,
+  average,
+  file,          // averaged data that came from a file
+  other_merged,  // further merged curves of the same station
+  neighbour      // merged curve of another station
+};
+
+struct StationSlot {
+  StationSlotKind kind = StationSlotKind::merged;
+  StoredReading reading;    // ID 0: there is none
+  float SampleRate = 0.0F;  // Hz
+  double station = 0.0;
+  std::int32_t station_index = -1;   // from 1
+  std::optional<int> colour_number;  // a neighbour's, from its distance; negative
+  std::vector<std::int32_t> list_position;
+};
+
+struct StationDataSet {
+  ReadingKey key;  // its scan rate says nothing
+  NeighbourOptions neighbours;
+  std::vector<float> scan_rates;   // Hz, of all averages, ascending, distinct
+  std::int32_t average_count = 0;  // stored ones, also while neighbours take their place
+  std::int32_t file_count = 0;
+  std::int32_t other_merged_count = 0;
+  std::int32_t neighbour_count = 0;
+  CurveExtents extents;
+  std::vector<StationSlot> slots;  // the merged curve first; empty: no data
+};
+
+/// What is loaded now.
+StationDataSet& station_data_set();
+void reset_station_data();
+
+/// Loads the curves of the session's current station. Averages are left out while neighbours are shown.
+/// @return 0, or -1 after a message; what was loaded by then stays
+[[nodiscard]] int load_station_data(const ReadingKey& key, const NeighbourOptions& options);
+
+/// Puts a reading into a slot that exists.
+void store_station_slot(std::size_t slot, StoredReading reading);
+
+}  // namespace Module_averaged_data

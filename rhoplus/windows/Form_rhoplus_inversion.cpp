@@ -1,0 +1,314 @@
+#include "rhoplus/windows/Form_rhoplus_inversion.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QFontDatabase>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "core/number_text.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/user_interface.h"
+#include "display/selection.h"
+#include "display/windows/graph_pair.h"
+#include "platform/widgets/check_cells.h"
+#include "platform/widgets/input_only_to.h"
+#include "platform/widgets/panel_controls.h"
+#include "reduction/data_sets/curve_parts.h"
+#include "rhoplus/data_rows.h"
+#include "rhoplus/fit_plot.h"
+#include "rhoplus/windows/Form_rhoplus.h"
+#include "ui_Form_rhoplus_inversion.h"
+
+using namespace Module_rhoplus;
+using Module_averaged_data::Component;
+
+namespace {
+
+constexpr int step_pause = 200;  // ms between the steps of a run over the line, for a person to look
+const QString run_caption = QStringLiteral("Run All");
+const QString stop_caption = QStringLiteral("Stop Inverting");
+
+bool is_use_column(int column) { return column == column_use_resistivity || column == column_use_phase; }
+
+}  // namespace
+
+Form_rhoplus_inversion::Form_rhoplus_inversion(QWidget* parent)
+    : QMainWindow(parent), ui_(std::make_unique<Ui::Form_rhoplus_inversion>()) {
+  ui_->setupUi(this);
+  compose();
+  connect_controls();
+  resize_to_fit(*this, {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 38});
+  show_station_bar();
+}
+
+Form_rhoplus_inversion::~Form_rhoplus_inversion() = default;
+
+void Form_rhoplus_inversion::compose() {
+  graphs_ = new GraphPairWidget("vxgraph_station", graph::AxisType::logarithmic, "Frequency (Hz)");
+  auto* const fit = new QVBoxLayout(ui_->Picture_fit);
+  fit->setContentsMargins(0, 0, 0, 0);
+  fit->addWidget(graphs_);
+
+  Picture_res_model_ = named(new VexGraphControl, "Picture_res_model");
+  Picture_res_model_->set_xaxistype(graph::AxisType::logarithmic);
+  Picture_res_model_->set_yaxistype(graph::AxisType::logarithmic);
+  Picture_res_model_->set_x_title("Depth of sheet (m)");
+  Picture_res_model_->set_y_title("Conductance (S)");
+  ui_->Splitter_results->addWidget(Picture_res_model_);
+
+  auto* const below = new QWidget;
+  auto* const rows = new QVBoxLayout(below);
+  rows->setContentsMargins(0, 0, 0, 0);
+  QStringList titles;
+  for (const char* const title : data_column_titles) {
+    titles << title;
+  }
+  Grid_inversion_data_ = make_switch_grid("Grid_inversion_data", titles);
+  Grid_inversion_data_->setAccessibleName("Data and fit");
+  Grid_inversion_data_->setToolTip("Click into a use column to mask or use the value");
+  Text_rhoplus_out_ = named(new QPlainTextEdit, "Text_rhoplus_out");
+  Text_rhoplus_out_->setToolTip("Log of the run");
+  Text_rhoplus_out_->setAccessibleName("Log of the run");
+  Text_rhoplus_out_->setReadOnly(true);
+  Text_rhoplus_out_->setLineWrapMode(QPlainTextEdit::NoWrap);
+  Text_rhoplus_out_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  Text_rhoplus_out_->hide();
+  rows->addWidget(Grid_inversion_data_);
+  rows->addWidget(Text_rhoplus_out_);
+  ui_->Splitter_results->addWidget(below);
+  ui_->Splitter_inversion->setSizes({500, 500});
+  ui_->Splitter_results->setSizes({400, 600});
+
+  const int digits = fontMetrics().horizontalAdvance("000000.00");
+  ui_->Text_rhoplus_target_chi->setFixedWidth(digits);
+  ui_->Text_rhoplus_achieved_chi->setFixedWidth(digits);
+  ui_->HScroll_repeat->setMinimumWidth(3 * digits);
+  // As wide as its longest caption, so that nothing moves when a run starts.
+  ui_->Command_run_all->setText(stop_caption);
+  ui_->Command_run_all->setMinimumWidth(ui_->Command_run_all->sizeHint().width());
+  ui_->Command_run_all->setText(run_caption);
+  ui_->Text_rhoplus_target_chi->setAccessibleName("Target chi");
+  ui_->Text_rhoplus_achieved_chi->setAccessibleName("Achieved chi");
+  // The bar and the buttons stand below the data. The log comes last here: behind it the bar would already be
+  // in its place, as the order is a ring.
+  QWidget* before = Grid_inversion_data_;
+  for (QWidget* const control : std::initializer_list<QWidget*>{
+           ui_->HScroll_repeat, ui_->Text_rhoplus_target_chi, ui_->Text_rhoplus_achieved_chi,
+           ui_->Command_rhoplus_log, ui_->Command_run_all, ui_->Command_occam, ui_->Command_done}) {
+    setTabOrder(before, control);
+    before = control;
+  }
+  setTabOrder(Grid_inversion_data_, Text_rhoplus_out_);
+  Grid_inversion_data_->setFocus();
+  for (QLabel*& panel : panels_) {
+    panel = new QLabel;
+    ui_->Status_inversion->addWidget(panel, 1);
+  }
+}
+
+void Form_rhoplus_inversion::connect_controls() {
+  connect(ui_->HScroll_repeat, &QScrollBar::valueChanged, this, [this](int value) {
+    if (session().updating_controls || rhoplus_running_all_) {
+      return;
+    }
+    Q_EMIT station_chosen(Module_display_data::first_station_of_current_line() + value -
+                          ui_->HScroll_repeat->minimum());
+  });
+  connect(ui_->Command_rhoplus_log, &QPushButton::clicked, this, &Form_rhoplus_inversion::toggle_log);
+  connect(ui_->Command_run_all, &QPushButton::clicked, this, &Form_rhoplus_inversion::run_all);
+  connect(ui_->Command_occam, &QPushButton::clicked, this, &Form_rhoplus_inversion::occam_requested);
+  connect(ui_->Command_done, &QPushButton::clicked, this, &QWidget::close);
+  for (QPushButton* const button :
+       {ui_->Command_rhoplus_log, ui_->Command_run_all, ui_->Command_occam, ui_->Command_done}) {
+    button->setAutoDefault(true);  // Enter presses the one that has the focus
+  }
+  connect(ui_->menu_rhoplus_options, &QAction::triggered, this, &Form_rhoplus_inversion::edit_settings);
+  connect_switches(*Grid_inversion_data_, this, [this](int row, int column) { switch_cell(row, column); });
+  connect(graphs_, &GraphPairWidget::pointer_moved, this, &Form_rhoplus_inversion::show_pointer);
+}
+
+void Form_rhoplus_inversion::refresh_rhoplus_results() {
+  if (rhoplus_busy_) {
+    return;
+  }
+  const ScopedValue busy(rhoplus_busy_, true);
+  setWindowTitle(qt_text("Rhoplus Inversion for Line " + session().current_line + ", Station " +
+                         format_number(session().current_station, "0")));
+  ui_->Text_rhoplus_target_chi->clear();
+  ui_->Text_rhoplus_achieved_chi->clear();
+  Text_rhoplus_out_->clear();
+  ui_->Command_rhoplus_log->setText("Results");
+  inversion_ = {};
+  if (session().current_station_index > 0 && !line_run_failed_) {
+    // A failure has been told; the empty result is shown.
+    const int status = invert_station(Module_averaged_data::selected_key(), inversion_);
+    line_run_failed_ = in_line_run_ && status != 0;
+  }
+  show_results();
+  show_graphs();
+  show_data_grid();
+}
+
+void Form_rhoplus_inversion::show_results() {
+  const vexmtutils::RhoplusRun& run = inversion_.run;
+  if (run.status != vexmtutils::rhoplus_ran) {
+    const std::string text = run.message.empty() ? "No data to invert" : "No data to invert\n" + run.message;
+    Text_rhoplus_out_->setPlainText(qt_text(text));
+    ui_->Status_inversion->showMessage("No data to invert");
+    return;
+  }
+  ui_->Status_inversion->clearMessage();
+  ui_->Text_rhoplus_target_chi->setText(qt_text(format_number(run.target_chi, "0.00")));
+  ui_->Text_rhoplus_achieved_chi->setText(qt_text(format_number(run.achieved_chi, "0.00")));
+  Text_rhoplus_out_->setPlainText(qt_text(inversion_.log));
+  ui_->Command_rhoplus_log->setText("Data");
+}
+
+void Form_rhoplus_inversion::show_graphs() {
+  const Module_display_data::GraphPair plot = fit_plot(inversion_);
+  graphs_->set_point_text([plot](std::size_t series, std::size_t point, Component component) {
+    return fit_point_text(plot, series, point, component);
+  });
+  if (plot.empty()) {
+    graphs_->clear();
+  } else {
+    graphs_->show_plot(plot);
+  }
+  hand_over(*Picture_res_model_, sheet_plot(inversion_.run.model));
+  Picture_res_model_->set_point_text([model = inversion_.run.model](int series, int) {
+    return qt_text(sheet_text(model, static_cast<std::size_t>(series)));
+  });
+  Picture_res_model_->draw_graph();
+}
+
+void Form_rhoplus_inversion::show_data_grid() {
+  const std::vector<DataRowTexts> rows = data_rows(inversion_);
+  Grid_inversion_data_->setRowCount(static_cast<int>(rows.size()));
+  for (int row = 0; row < Grid_inversion_data_->rowCount(); ++row) {
+    const DataRowTexts& texts = rows[static_cast<std::size_t>(row)];
+    for (int column = 0; column < data_column_count; ++column) {
+      auto* const cell =
+          is_use_column(column)
+              ? make_check_cell(column == column_use_phase ? texts.use_phase : texts.use_resistivity)
+              : new QTableWidgetItem(qt_text(texts.texts[static_cast<std::size_t>(column)]));
+      cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      Grid_inversion_data_->setItem(row, column, cell);
+    }
+  }
+}
+
+void Form_rhoplus_inversion::switch_cell(int row, int column) {
+  if (!is_use_column(column) || inversion_.merged.ID == 0 || rhoplus_running_all_) {
+    return;
+  }
+  const Component component = column == column_use_phase ? Component::phase : Component::resistivity;
+  // The merged curve is the first of the station's curves.
+  if (Module_averaged_data::toggle_station_point(0, static_cast<std::size_t>(row), component) ==
+      Module_averaged_data::Edit::changed) {
+    Q_EMIT edited();
+  }
+}
+
+void Form_rhoplus_inversion::toggle_log() {
+  const bool show_log = Text_rhoplus_out_->isHidden();
+  Text_rhoplus_out_->setVisible(show_log);
+  Grid_inversion_data_->setVisible(!show_log);
+  ui_->Command_rhoplus_log->setText(show_log ? "Data" : "Results");
+}
+
+void Form_rhoplus_inversion::show_pointer(Component component, bool off, double x, double y) {
+  panels_[0]->setText(component == Component::resistivity ? "Resistivity" : "Phase");
+  panels_[1]->setText(off ? QString() : qt_text(format_number(x, "0.0000")));
+  panels_[2]->setText(off ? QString() : qt_text(format_number(y, "0.00")));
+}
+
+void Form_rhoplus_inversion::follow_station() {
+  if (rhoplus_running_all_) {
+    return;  // the run displays the stations and inverts them itself
+  }
+  show_station_bar();
+  refresh_rhoplus_results();
+}
+
+void Form_rhoplus_inversion::begin_line_run() {
+  in_line_run_ = true;
+  line_run_failed_ = false;
+}
+
+void Form_rhoplus_inversion::end_line_run() { in_line_run_ = line_run_failed_ = false; }
+
+void Form_rhoplus_inversion::show_station_bar() {
+  const ScopedValue updating(session().updating_controls, true);
+  ui_->HScroll_repeat->setRange(1, std::max(1, session().stations_in_line));
+  ui_->HScroll_repeat->setValue(Module_display_data::place_in_line());
+}
+
+void Form_rhoplus_inversion::run_all() {
+  if (rhoplus_running_all_) {
+    rhoplus_stop_requested_ = true;
+    return;
+  }
+  const QPointer<Form_rhoplus_inversion> still_open(this);
+  rhoplus_running_all_ = true;
+  rhoplus_stop_requested_ = false;
+  ui_->Command_run_all->setText(stop_caption);
+  ui_->HScroll_repeat->setEnabled(false);
+  begin_line_run();
+  invert_all();
+  if (still_open) {
+    end_line_run();
+    ui_->HScroll_repeat->setEnabled(true);
+    ui_->Command_run_all->setText(run_caption);
+    rhoplus_running_all_ = false;
+  }
+}
+
+// Events run between the steps, so the window may be closed, and gone, after each of them.
+void Form_rhoplus_inversion::invert_all() {
+  const QPointer<Form_rhoplus_inversion> still_open(this);
+  // The main window's lists stay as they are while the run goes through the line.
+  const ScopedValue updating(session().updating_controls, true);
+  const int first = Module_display_data::first_station_of_current_line();
+  const int count = session().stations_in_line;
+  const InputOnlyTo only_this_window(*this);
+  const auto go_on = [&] {
+    user_interface().wait_with_events(step_pause);  // of drawing; what a person has done meanwhile comes now
+    QCoreApplication::processEvents();
+    return still_open && isVisible();
+  };
+  for (int place = Module_display_data::place_in_line(); place >= 1 && place <= count; ++place) {
+    ui_->HScroll_repeat->setValue(place);
+    Q_EMIT station_chosen(first + place - 1);
+    if (!go_on()) {
+      return;
+    }
+    refresh_rhoplus_results();
+    if (line_run_failed_ || !go_on() || rhoplus_stop_requested_) {
+      return;
+    }
+  }
+}
+
+void Form_rhoplus_inversion::edit_settings() {
+  Form_rhoplus(this).exec();
+  refresh_rhoplus_results();
+}
+
+void Form_rhoplus_inversion::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {  // that no control has made use of
+    ui_->Command_done->click();
+  } else {
+    QMainWindow::keyPressEvent(event);
+  }
+}
+
+void Form_rhoplus_inversion::closeEvent(QCloseEvent* event) {
+  rhoplus_stop_requested_ = true;
+  event->accept();
+}

@@ -1,0 +1,75 @@
+// Form_rhoplus_inversion.h: one-dimensional inversion of the current station: fit, model, data and log.
+//
+// The window stays beside the main window, which owns what is displayed: the signals ask it for a station or
+// a new picture, and it tells this window in turn to follow or to refresh.
+#pragma once
+#include <QMainWindow>
+#include <array>
+#include <memory>
+
+#include "reduction/edits/masks.h"
+#include "rhoplus/station_inversion.h"
+
+namespace Ui {
+class Form_rhoplus_inversion;
+}
+class GraphPairWidget;
+class QLabel;
+class QPlainTextEdit;
+class QTableWidget;
+class VexGraphControl;
+
+class Form_rhoplus_inversion : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit Form_rhoplus_inversion(QWidget* parent = nullptr);
+  ~Form_rhoplus_inversion() override;
+
+  /// Inverts the session's current station and shows fit and model. A call while one is at work is ignored.
+  void refresh_rhoplus_results();
+  /// The main window displays another station of the line: the bar follows and the inversion runs anew.
+  void follow_station();
+  /// While someone goes through the line, the first failure is told; later stations are shown without their
+  /// inversion.
+  void begin_line_run();
+  void end_line_run();
+
+ Q_SIGNALS:
+  /// The main window is to display a station of the line, as a station index from 1.
+  void station_chosen(int station_index);
+  /// Masks have changed; the main window's graphs are to be drawn.
+  void edited();
+  void occam_requested();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void compose();
+  void connect_controls();
+  void show_station_bar();
+  void show_results();
+  void show_graphs();
+  void show_data_grid();
+  void switch_cell(int row, int column);
+  void toggle_log();
+  void show_pointer(Module_averaged_data::Component component, bool off, double x, double y);
+  void run_all();
+  void invert_all();
+  void edit_settings();
+
+  std::unique_ptr<Ui::Form_rhoplus_inversion> ui_;
+  GraphPairWidget* graphs_ = nullptr;
+  VexGraphControl* Picture_res_model_ = nullptr;
+  QTableWidget* Grid_inversion_data_ = nullptr;
+  QPlainTextEdit* Text_rhoplus_out_ = nullptr;
+  std::array<QLabel*, 3> panels_{};
+  Module_rhoplus::StationInversion inversion_;
+  bool rhoplus_busy_ = false;
+  bool rhoplus_running_all_ = false;
+  bool rhoplus_stop_requested_ = false;
+  bool in_line_run_ = false;
+  bool line_run_failed_ = false;
+};

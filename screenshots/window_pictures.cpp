@@ -1,0 +1,372 @@
+#include "screenshots/window_pictures.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QBasicTimer>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPixmap>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
+#include <QTreeWidget>
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "app/Form_main.h"
+#include "core/file_names.h"
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/user_interface.h"
+#include "formats/occam/iteration_file.h"
+#include "import/import_files.h"
+#include "import/import_run.h"
+#include "occam/results/run_results.h"
+#include "occam/windows/Form_occam_inversion.h"
+#include "projections/windows/Form_define_projection.h"
+
+namespace {
+
+struct WindowPicture {
+  const char* name;                 // of the file, without its ending
+  const char* menu_item = nullptr;  // brings the window up; none: the main window as it stands
+  std::function<void(QWidget&)> prepare = nullptr;  // fills the window in before its picture is taken
+  std::function<void(Form_main&)> open = nullptr;   // in place of a menu item that would ask for more
+  bool (*possible)() = [] { return true; };         // with what stands beside the survey
+};
+
+/// Lets events run until something holds. @return whether it does by now; a machine that doesn't get there
+/// for long has other troubles
+template <class Condition>
+bool wait_until(Condition condition) {
+  constexpr int patience_milliseconds = 30000;
+  const QDeadlineTimer deadline(patience_milliseconds);
+  QApplication::processEvents();
+  while (!condition() && !deadline.hasExpired()) {
+    constexpr int turn_milliseconds = 20;
+    QApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, turn_milliseconds);
+  }
+  return condition();
+}
+
+/// Folders are read in the background: the chosen one comes into view once those above it are there.
+bool shows_its_folder(const QTreeView& tree) {
+  const QModelIndex chosen = tree.currentIndex();
+  return qobject_cast<const QFileSystemModel*>(tree.model()) == nullptr || !tree.isVisible() ||
+         !chosen.isValid() || tree.viewport()->rect().intersects(tree.visualRect(chosen));
+}
+
+/// Layouts and graphs that follow a change with a delay have single shots on their way.
+bool is_on_its_way(const QTimer& timer) {
+  constexpr int longest_delay_milliseconds = 500;
+  return timer.isActive() && timer.isSingleShot() && timer.interval() <= longest_delay_milliseconds;
+}
+
+/// The tree is brought there while rows above the chosen one still come in; it may have been too early when
+/// it was told of the last ones.
+bool is_settled(QTreeView& tree) {
+  if (!shows_its_folder(tree)) {
+    tree.scrollTo(tree.currentIndex(), QAbstractItemView::PositionAtCenter);
+  }
+  return shows_its_folder(tree);
+}
+
+void let_settle(const QWidget& window) {
+  wait_until([&window] {
+    return std::ranges::all_of(window.findChildren<QTreeView*>(),
+                               [](auto* tree) { return is_settled(*tree); }) &&
+           std::ranges::none_of(window.findChildren<QTimer*>(),
+                                [](auto* timer) { return is_on_its_way(*timer); });
+  });
+}
+
+template <class Widget>
+Widget& control(const QWidget& window, const char* name) {
+  auto* const found = window.findChild<Widget*>(name);
+  if (found == nullptr) {
+    qFatal("%s has no %s", qPrintable(window.windowTitle()), name);  // the list of pictures is out of date
+  }
+  return *found;
+}
+
+void press(const QWidget& window, const char* name) { control<QPushButton>(window, name).click(); }
+
+std::vector<std::string> field_files() {
+  return Module_data_file::find_import_files(Module_util::directory_of(session().database_file), "edi");
+}
+
+/// Adds all files of a folder to the list. The list of the folder's files may be read anew at any time while
+/// the folders beside it are still being read.
+void choose_folder(const QWidget& import_dialog, const QString& folder) {
+  const auto& list = control<QTreeWidget>(import_dialog, "ListView_binary");
+  const auto& found = control<QPushButton>(import_dialog, "Command_find_and_add_files");
+  auto& typed = control<QLineEdit>(import_dialog, "Text_folder");
+  const int files = list.topLevelItemCount();
+  wait_until([&] {
+    if (!found.isEnabled() || QDir(typed.text()) != QDir(folder)) {
+      typed.setText(folder);
+      Q_EMIT typed.returnPressed();
+    }
+    press(import_dialog, "Command_find_and_add_files");
+    return list.topLevelItemCount() > files;
+  });
+}
+
+void choose_files(const QWidget& import_dialog) {
+  if (const std::vector<std::string> files = field_files(); !files.empty()) {
+    choose_folder(import_dialog, QFileInfo(QString::fromStdString(files.front())).absolutePath());
+  }
+}
+
+void choose_data(const QWidget& import_dialog) {
+  press(import_dialog, "Command_process_files");
+  control<QComboBox>(import_dialog, "Combo_data_type").setCurrentIndex(0);
+  control<QComboBox>(import_dialog, "Combo_data_reduced").setCurrentIndex(0);
+  control<QCheckBox>(import_dialog, "Check_use_SECTID_as_station").setChecked(true);
+}
+
+/// The report of a scan has something to tell: one file is cut short, one is no field file.
+void scan_damaged_files(const QWidget& import_dialog) {
+  constexpr std::size_t sound_files = 3;
+  const QTemporaryDir folder;
+  const std::vector<std::string> files = field_files();
+  for (std::size_t i = 0; i < std::min(files.size(), sound_files); ++i) {
+    const QString path = QString::fromStdString(files[i]);
+    QFile::copy(path, folder.filePath(QFileInfo(path).fileName()));
+    QFile damaged(folder.filePath("Cut_" + QFileInfo(path).fileName()));
+    QFile sound(path);
+    if (i == 0 && sound.open(QFile::ReadOnly) && damaged.open(QFile::WriteOnly)) {
+      damaged.write(sound.read(sound.size() * 3 / 5));
+    }
+  }
+  QFile notes(folder.filePath("Field_notes.edi"));
+  if (notes.open(QFile::WriteOnly)) {
+    notes.write("Rain since noon, electrode 3 dry.\n");
+  }
+  notes.close();
+  press(import_dialog, "Command_clear_list");
+  choose_folder(import_dialog, folder.path());
+  choose_data(import_dialog);
+  press(import_dialog, "Command_import_data_0");
+}
+
+/// The columns of line, event and scan rate in names like L200E_S0100_E1_R0256.edi.
+void decode_names_of_samples() {
+  auto& decode = Module_data_file::reading_record().choices.decode;
+  decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
+  decode[Module_data_file::decode_event] = {true, 14, 1, ""};
+  decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
+}
+
+/// An iteration that a run has left in the survey's folder or below it; empty if there is none.
+QString iteration_file() {
+  QDirIterator files(QString::fromStdString(Module_util::directory_of(session().database_file)), {"ITER*"},
+                     QDir::Files, QDirIterator::Subdirectories);
+  return files.hasNext() ? files.next() : QString();
+}
+
+bool has_run() { return !iteration_file().isEmpty(); }
+
+void show_results(Form_main& window) {
+  Module_occam::RunResults results;
+  if (open_results(iteration_file().toStdString(), results) == 0) {
+    Form_occam_inversion(std::move(results), &window).exec();
+  }
+}
+
+/// Fills the pages in from the run and, beside it, a file of elevations, as far as they are there.
+void mask_run(const QWidget& mask_dialog) {
+  Module_occam::ControlFile names;
+  const QString iteration = iteration_file();
+  if (iteration.isEmpty() || read_occam_control_file(iteration.toStdString(), names) != 0) {
+    return;
+  }
+  const QDir run = QFileInfo(iteration).dir();
+  const auto fill = [&mask_dialog](const char* name, const QString& text) {
+    auto& typed = control<QLineEdit>(mask_dialog, name);
+    typed.setText(text);
+    Q_EMIT typed.editingFinished();
+  };
+  fill("Text_occam_model_file", run.filePath(QString::fromStdString(names.model_file)));
+  if (const QStringList elevations = run.entryList({"*.xyz"}, QDir::Files); !elevations.isEmpty()) {
+    fill("Text_data_locations", run.filePath(elevations.front()));
+    press(mask_dialog, "Command_load_locations");
+  }
+}
+
+/// The window that has come up beside another one without holding it; none as a rule.
+QWidget* window_beside(const QWidget& window) {
+  for (QWidget* const other : QApplication::topLevelWidgets()) {
+    if (other->parentWidget() == &window && other->isVisible() && !other->isModal() &&
+        other->windowType() == Qt::Window) {
+      return other;
+    }
+  }
+  return nullptr;
+}
+
+// Those that stand in the main window come at the ends, as they stay there.
+const WindowPicture pictures[] = {
+    {"main_window"},
+    {"plan", nullptr, [](QWidget& window) { press(window, "Command_show_plan"); }},
+    {"import_files", "menu_import_MT", choose_files},
+    {"import_data", "menu_import_MT",
+     [](QWidget& window) {
+       choose_files(window);
+       choose_data(window);
+     }},
+    {"import_report", "menu_import_MT", scan_damaged_files},
+    {"table_viewer", "menu_view_table_2"},
+    {"frequencies", "menu_thresholds"},
+    {"mask_topo_model", "menu_occam2d_topo_mask", mask_run},
+    {"mask_topo_points", "menu_occam2d_topo_mask",
+     [](QWidget& window) {
+       mask_run(window);
+       control<QTabWidget>(window, "Tab_occam_files").setCurrentIndex(1);
+     },
+     nullptr, has_run},
+    {"mask_topo_mesh", "menu_occam2d_topo_mask",
+     [](QWidget& window) {
+       mask_run(window);
+       control<QTabWidget>(window, "Tab_occam_files").setCurrentIndex(2);
+     },
+     nullptr, has_run},
+    {"occam_results", nullptr, nullptr, show_results, has_run},
+    {"occam_response", nullptr, [](QWidget& window) { press(window, "Command_display_response"); },
+     show_results, has_run},
+    {"projection", nullptr, nullptr, [](Form_main& window) { Form_define_projection("", &window).exec(); }},
+    {"tutorial", "menu_tutorial"},
+    {"about", "menu_about"},
+    {"memory_status", "menu_memory_status"},
+    {"whats_new", "menu_whats_new"},
+    {"find_file", "menu_find_file",
+     [](QWidget& window) {
+       control<QLineEdit>(window, "Text_file_name").setText("sh");
+       press(window, "Command_find_file_in_path");
+     }},
+    {"rhoplus_options", "menu_rhoplus_options"},
+    {"rhoplus_results", nullptr, [](QWidget& window) { press(window, "Command_invert"); }},
+    {"rhoplus_log", nullptr,
+     [](QWidget& window) {
+       press(window, "Command_invert");
+       if (const QWidget* const results = window_beside(window)) {
+         press(*results, "Command_rhoplus_log");
+       }
+     }},
+    {"occam_inversion", nullptr,
+     [](QWidget& window) {
+       press(window, "Command_invert");
+       if (const QWidget* const results = window_beside(window)) {
+         press(*results, "Command_occam");
+         press(*results, "Command_done");
+       }
+     }},
+    {"output_rhoplus", "menu_output_data_0"},
+    {"output_panel", "menu_output_data_1"},
+};
+
+/// Brings up one window. A modal one keeps its menu item from coming back, so that a timer finds it, which
+/// goes on in the window's own event loop.
+class WindowVisit : public QObject {
+ public:
+  WindowVisit(Form_main& main_window, const WindowVisitor& visitor)
+      : main_window_(main_window), visitor_(visitor) {}
+
+  void show(const WindowPicture& picture) {
+    picture_ = &picture;
+    prepared_ = visited_ = false;
+    look_soon();
+    if (picture.open) {
+      picture.open(main_window_);
+    } else if (picture.menu_item != nullptr) {
+      main_window_.findChild<QAction*>(picture.menu_item)->trigger();
+    }
+    if (!visited_ && !picture.open) {
+      prepare_and_visit(main_window_);
+    }
+    picture_ = nullptr;
+    timer_.stop();
+  }
+
+ private:
+  void look_soon() {
+    constexpr int look_milliseconds = 20;
+    timer_.start(look_milliseconds, this);
+  }
+
+  void timerEvent(QTimerEvent* /*event*/) override {
+    timer_.stop();  // started anew it also fires while this look is still at work
+    look();
+  }
+
+  void look() {
+    look_soon();  // preparing may bring up another window, the one that is meant
+    QWidget* const window = QApplication::activeModalWidget();
+    if (window != nullptr && window != in_hand_) {
+      const ScopedValue<QWidget*> in_hand(in_hand_, window);
+      prepare_and_visit(*window);
+      window->close();
+    }
+  }
+
+  void prepare_and_visit(QWidget& window) {
+    if (!std::exchange(prepared_, true) && picture_->prepare) {
+      picture_->prepare(window);
+    }
+    let_settle(window);
+    if (std::exchange(visited_, true)) {
+      return;  // a window that this one has brought up
+    }
+    QWidget* const beside = window_beside(window);
+    if (beside != nullptr) {
+      let_settle(*beside);
+    }
+    visitor_(picture_->name, beside != nullptr ? *beside : window);
+    if (beside != nullptr) {
+      beside->close();
+    }
+  }
+
+  Form_main& main_window_;
+  const WindowVisitor& visitor_;
+  QBasicTimer timer_;
+  const WindowPicture* picture_ = nullptr;  // in hand
+  QWidget* in_hand_ = nullptr;
+  bool prepared_ = false;
+  bool visited_ = false;
+};
+
+}  // namespace
+
+void visit_windows(Form_main& window, const WindowVisitor& visitor) {
+  decode_names_of_samples();
+  window.show();
+  WindowVisit visit(window, visitor);
+  for (const WindowPicture& picture : pictures) {
+    if (picture.possible()) {
+      visit.show(picture);
+    }
+  }
+}
+
+int save_window_pictures(Form_main& window, const QString& folder) {
+  bool all_saved = QDir().mkpath(folder);
+  visit_windows(window, [&](const QString& name, QWidget& shown) {
+    const QString file = QDir(folder).filePath(name + ".png");
+    if (!shown.grab().save(file, "PNG")) {
+      all_saved = false;
+      user_interface().show_message("The picture can't be written: " + file.toStdString());
+    }
+  });
+  return all_saved ? 0 : -1;
+}

@@ -1,0 +1,259 @@
+#include "formats/edi/edi_parser.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/session_state.h"
+#include "import/readers/edi_curves.h"
+#include "tests/formats/edi/made_edi.h"
+#include "tests/support/temporary_folder.h"
+
+using namespace Module_data_file;
+
+namespace {
+
+struct Parsed {
+  std::vector<EdiSection> sections;
+  FileReport report;
+};
+
+class EdiParser : public ::testing::Test {
+ protected:
+  Parsed parse(const std::string& text) const {
+    Parsed parsed;
+    LineReader reader(folder_.write("made.edi", text));
+    EdiMtParser parser(reader, parsed.report);
+    EdiSection section;
+    while (parser.next_section(section)) {
+      parsed.sections.push_back(section);
+    }
+    return parsed;
+  }
+
+  TemporaryFolder folder_;
+};
+
+using Values = std::vector<float>;
+
+bool mentions(const std::vector<ReportRemark>& remarks, const std::string& text) {
+  for (const ReportRemark& remark : remarks) {
+    if (remark.text.find(text) != std::string::npos) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+TEST_F(EdiParser, Reads_the_same_from_every_spelling_of_a_file) {
+  const std::string plain = made_edi();
+  const std::string cases[] = {
+      plain,
+      replaced(plain, "\n", "\r"),
+      replaced(plain, "\n", "\r\n"),
+      "\xEF\xBB\xBF" + plain,
+      plain.substr(0, plain.size() - 1),
+      replaced(plain, "1 2 3", "1.D0\t2.0d+00\t+3.0E0"),
+      replaced(plain, "1 2 3", "\n1,2\n\n  3;\n\n"),
+      replaced(plain, "1 2 3", "1\n>! in between !\n2\n!****!\n3"),
+      replaced(replaced(plain, ">RHOXY //3", ">rhoxy rot=none//3"), "NFREQ", "nfreq"),
+      replaced(replaced(plain, ">", "  >"), "NFREQ=", "NFREQ  =   "),
+      replaced(plain, "//3", "// 17 values follow"),
+      replaced(plain, "  NFREQ=3\n", "  NFREQ=3\n>!**** DEFAULTS ****!\n"),
+  };
+  for (const std::string& text : cases) {
+    SCOPED_TRACE(text);
+    const Parsed parsed = parse(text);
+    ASSERT_EQ(parsed.sections.size(), 1U);
+    const EdiSection& section = parsed.sections[0];
+    EXPECT_EQ(section.frequencies, (Values{100, 10, 1}));
+    EXPECT_EQ(section.get(element_xy, quantity_resistivity).values, (Values{1, 2, 3}));
+    EXPECT_EQ(section.get(element_xy, quantity_phase).values, (Values{45, -45, 30}));
+    EXPECT_FALSE(section.get(element_yx, quantity_phase).present);
+    EXPECT_EQ(section.SECTID, "12");
+    ASSERT_TRUE(section.local_hx);
+    EXPECT_EQ(section.local_hx->X, 11.0);
+    EXPECT_EQ(section.local_hx->Y, 22.0);
+    EXPECT_EQ(section.local_hx->AZM, 12.5);
+    EXPECT_FALSE(parsed.report.has_remarks());
+  }
+}
+
+TEST_F(EdiParser, Takes_odd_values_and_reports_them) {
+  struct Case {
+    const char* written;
+    float taken;
+    bool reported;
+  };
+  const Case cases[] = {
+      {"1.0e+32", no_data, false},
+      {"0.1000000E+33", no_data, false},
+      {"-1e31", no_data, false},
+      {"1.000000e+032", no_data, false},
+      {"9.9e29", 9.9e29F, false},
+      {"1e999", no_data, false},
+      {"1e-999", 0.0F, false},
+      {"NaN", no_data, true},
+      {"-inf", no_data, true},
+      {"*****", 0.0F, true},
+      {"abc", 0.0F, true},
+      {"12.5x", 12.5F, true},
+      {"-.5D-1", -0.05F, false},
+      {"7.", 7.0F, false},
+      {"1.2345678901234567890123456789012345678901234567890123456789012345678901234567", 1.2345679F, false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.written);
+    const Parsed parsed = parse(replaced(made_edi(), "1 2 3", std::string("1 2\n") + c.written));
+    ASSERT_EQ(parsed.sections.size(), 1U);
+    EXPECT_EQ(parsed.sections[0].get(element_xy, quantity_resistivity).values, (Values{1, 2, c.taken}));
+    ASSERT_EQ(parsed.report.unreadable.size(), c.reported ? 1U : 0U);
+    if (c.reported) {
+      EXPECT_EQ(parsed.report.unreadable[0].line, 26);
+      EXPECT_NE(parsed.report.unreadable[0].text.find(c.written), std::string::npos);
+    }
+  }
+}
+
+TEST_F(EdiParser, Ends_a_block_at_the_next_tag) {
+  const Parsed missing = parse(replaced(made_edi(), "1 2 3", "1 2"));
+  EXPECT_EQ(missing.sections.at(0).get(element_xy, quantity_resistivity).values, (Values{1, 2, no_data}));
+  EXPECT_EQ(missing.sections.at(0).get(element_xy, quantity_phase).values, (Values{45, -45, 30}));
+  EXPECT_TRUE(mentions(missing.report.unreadable, "2 of 3 values"));
+
+  const Parsed surplus = parse(replaced(made_edi(), "1 2 3", "1 2 3 4\n5"));
+  EXPECT_EQ(surplus.sections.at(0).get(element_xy, quantity_resistivity).values, (Values{1, 2, 3}));
+  EXPECT_TRUE(mentions(surplus.report.ignored, "2 values of block >RHOXY beyond"));
+}
+
+TEST_F(EdiParser, Matches_tags_whole_and_lets_the_last_block_win) {
+  MadeSection section;
+  section.blocks =
+      ">RHOXY.FIT //3\n7 7 7\n>RHOXY.ERR //3\n4 5 6\n>ZXY.VAR //3\n1 2 3\n>RHOXY.ERR //3\n8 8 8\n"
+      ">RHOXY //3\n1 2 3\n>ZROT //3\n0 0 0\n>COH MEAS1=1 //3\n1 1 1\n";
+  const Parsed parsed = parse(made_edi({section}));
+  const EdiSection& read = parsed.sections.at(0);
+  EXPECT_EQ(read.get(element_xy, quantity_resistivity).values, (Values{1, 2, 3}));
+  EXPECT_EQ(read.get(element_xy, quantity_first_error).values, (Values{8, 8, 8}));
+  EXPECT_EQ(read.get(element_xy, quantity_second_error).values, (Values{1, 2, 3}));
+  EXPECT_TRUE(mentions(parsed.report.ignored, ">RHOXY.FIT is not used"));
+  EXPECT_TRUE(mentions(parsed.report.ignored, ">COH is not used"));
+  EXPECT_TRUE(mentions(parsed.report.ignored, ">RHOXY.ERR comes again"));
+  EXPECT_EQ(parsed.report.ignored.size(), 3U);
+}
+
+TEST_F(EdiParser, Counts_frequencies_where_the_head_does_not) {
+  for (const char* count : {"", "  NFREQ=\n", "  NFREQ=-3\n", "  NFREQ=2000000000\n", "  NFREQ=1e300\n"}) {
+    SCOPED_TRACE(count);
+    const Parsed parsed = parse(replaced(made_edi(), "  NFREQ=3\n", count));
+    ASSERT_EQ(parsed.sections.size(), 1U);
+    EXPECT_EQ(parsed.sections[0].frequencies.size(), 3U);
+    EXPECT_EQ(parsed.sections[0].get(element_xy, quantity_resistivity).values, (Values{1, 2, 3}));
+  }
+  const Parsed none = parse(replaced(made_edi(), ">FREQ //3\n100. 10. 1.\n", ""));
+  EXPECT_TRUE(none.sections.at(0).frequencies.empty());
+  EXPECT_TRUE(none.sections.at(0).get(element_xy, quantity_resistivity).values.empty());
+  EXPECT_TRUE(mentions(none.report.unreadable, "no >FREQ"));
+}
+
+// Whatever is cut off, each section is given whole or not at all.
+TEST_F(EdiParser, Gives_whole_sections_of_a_file_cut_at_any_byte) {
+  const std::string whole = made_edi({MadeSection{}, MadeSection{.sectid = "13"}});
+  const std::size_t second_section = whole.rfind(">=MTSECT");
+  const std::size_t last_value = whole.rfind("30") + 1;
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    SCOPED_TRACE(length);
+    const Parsed parsed = parse(whole.substr(0, length));
+    for (const EdiSection& section : parsed.sections) {
+      EXPECT_EQ(section.frequencies.size(), 3U);
+      for (const auto& element : section.elements) {
+        for (const EdiValues& values : element) {
+          EXPECT_TRUE(!values.present || values.values.size() == 3U);
+        }
+      }
+    }
+    if (length > second_section) {
+      ASSERT_GE(parsed.sections.size(), 1U);
+      EXPECT_EQ(parsed.sections[0].get(element_xy, quantity_phase).values, (Values{45, -45, 30}));
+    }
+    EXPECT_EQ(parsed.sections.size() == 2U,
+              length >= second_section && parsed.report.failure.empty() && length > second_section + 8);
+    if (length > last_value) {
+      EXPECT_EQ(parsed.sections.size(), 2U);
+    }
+  }
+}
+
+TEST_F(EdiParser, Fills_curves_with_copies_and_masks) {
+  MadeSection section;
+  section.count = 5;
+  section.frequencies = "5 4 3 2 1";
+  section.blocks =
+      ">RHOYX //5\n1 0 -1 1e32 2\n>PHSYX //5\n45 -135 0 45 NaN\n>ZYXR //5\n1 2 3 4 1e32\n>ZYXI //5\n5 6 7 8 "
+      "9\n"
+      ">ZYX.VAR //5\n.1 .2 .3 .4 .5\n";
+  EdiSection read = parse(made_edi({section})).sections.at(0);
+  Module_database::Curve curve;
+  fill_curve(read, element_yx, curve);
+  ASSERT_EQ(curve.data.size(), 100U);
+  EXPECT_EQ(curve.mask, (std::vector<std::int32_t>{1, 1, 0, 0, 0, 0, 0, 1, 1, 0}));
+  EXPECT_EQ(Values(curve.data.begin(), curve.data.begin() + 20),
+            (Values{1, 45, 0, 0, 1, 45, 0, 0, 1, 5, .1F, .1F, 0, 1, 5, .1F, .1F, 0, 0, 0}));
+  EXPECT_EQ(curve.value(9, 4), no_data);
+  EXPECT_EQ(curve.value(14, 4), no_data);
+
+  turn_ey(read);
+  fill_curve(read, element_yx, curve);
+  EXPECT_EQ(read.get(element_yx, quantity_phase).values, (Values{-135, 45, 180, -135, no_data}));
+  EXPECT_EQ(read.get(element_yx, quantity_real).values, (Values{-1, -2, -3, -4, no_data}));
+  EXPECT_EQ(curve.value(6, 1), 45.0F);
+  EXPECT_EQ(curve.masked_in(2, 1), 1);
+  EXPECT_EQ(curve.masked_in(2, 0), 0);
+}
+
+// Z = 1000 (1 + i)/sqrt(2) at 1000 Hz: |Z|^2/5f = 200 ohm-m at 45 degrees; a standard error of 5 percent of
+// |Z| gives 10 percent of the resistivity and 0.05 rad.
+TEST_F(EdiParser, Computes_resistivity_and_phase_from_impedances) {
+  MadeSection section;
+  section.count = 4;
+  section.frequencies = "1000 1000 0 1000";
+  section.blocks =
+      ">ZXYR //4\n707.10678 -707.10678 1 1e32\n>ZXYI //4\n707.10678 -707.10678 1 1\n>ZXY.VAR //4\n2500 1e32 "
+      "1 1\n";
+  EdiSection read = parse(made_edi({section})).sections.at(0);
+  compute_from_impedance(read, element_xy);
+  const Values& resistivity = read.get(element_xy, quantity_resistivity).values;
+  const Values& phase = read.get(element_xy, quantity_phase).values;
+  const Values& resistivity_error = read.get(element_xy, quantity_first_error).values;
+  const Values& phase_error = read.get(element_xy, quantity_second_error).values;
+  EXPECT_NEAR(resistivity[0], 200.0, 1e-4);
+  EXPECT_NEAR(phase[0], 45.0, 1e-5);
+  EXPECT_NEAR(resistivity_error[0], 20.0, 1e-4);
+  EXPECT_NEAR(phase_error[0], 2.8647890, 1e-5);
+  EXPECT_NEAR(phase[1], 225.0, 1e-4);  // -135 is below -90
+  EXPECT_EQ(resistivity_error[1], no_data);
+  EXPECT_EQ(resistivity[2], no_data);
+  EXPECT_EQ(resistivity[3], no_data);
+
+  compute_from_impedance(read, element_yx);
+  EXPECT_FALSE(read.get(element_yx, quantity_resistivity).present);
+}
+
+TEST_F(EdiParser, Errors_that_a_file_gives_as_such_are_no_variances) {
+  MadeSection section;
+  section.count = 1;
+  section.frequencies = "1000";
+  section.blocks = ">ZYXR //1\n707.10678\n>ZYXI //1\n707.10678\n>RHOYX.ERR //1\n7\n";
+  EdiSection read = parse(made_edi({section})).sections.at(0);
+  compute_from_impedance(read, element_yx);
+  EXPECT_EQ(read.get(element_yx, quantity_first_error).values, (Values{7}));
+  EXPECT_FALSE(read.get(element_yx, quantity_second_error).present);
+
+  section.blocks = ">ZYXR //1\n707.10678\n>ZYXI //1\n707.10678\n>ZYX.VAR //1\n2500\n>RHOYX.ERR //1\n7\n";
+  read = parse(made_edi({section})).sections.at(0);
+  compute_from_impedance(read, element_yx);
+  EXPECT_EQ(read.get(element_yx, quantity_first_error).values, (Values{7}));
+  EXPECT_NEAR(read.get(element_yx, quantity_second_error).values.at(0), 2.8647890, 1e-5);
+}

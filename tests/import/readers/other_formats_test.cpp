@@ -1,0 +1,402 @@
+// Spectra, Em1dfm and fixed-column files: what of them comes into the survey.
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+
+#include <gtest/gtest.h>
+
+#include "database/reading.h"
+#include "import/file_sample.h"
+#include "import/import_run.h"
+#include "tests/formats/edi/made_edi.h"
+#include "tests/import/readers/made_fields.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_data_file;
+
+namespace {
+
+using Module_database::Curve;
+using Module_database::open_survey;
+using Module_database::StoredReading;
+
+constexpr float absent = -1e32F;
+
+class OtherFormats : public SurveyTest {
+ protected:
+  OtherFormats() {
+    new_survey();
+    choices.ReferenceType = 0;
+    choices.ReductionType = 0;
+    choices.decode[decode_line_number].specified = "200";
+    choices.decode[decode_event].specified = "3";
+    choices.decode[decode_sample_rate].specified = "4096";
+  }
+
+  FileReport import(const std::string& name, const std::string& text, ImportMode mode = ImportMode::import) {
+    EXPECT_EQ(run_import(choices, {folder.write(name, text)}, mode, report), 0);
+    return report.files.at(0);
+  }
+
+  static StoredReading stored(const std::string& criteria) {
+    dao::Recordset rows =
+        open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE " + criteria);
+    if (rows.eof()) {
+      ADD_FAILURE() << "no reading with " << criteria;
+      return {};
+    }
+    return Module_database::read_reading(rows);
+  }
+
+  static Curve raw(const std::string& data_type) {
+    return stored("FileID > 0 AND DataType = '" + data_type + "'").curve;
+  }
+
+  static bool told(const std::vector<ReportRemark>& remarks, const std::string& text) {
+    return std::any_of(remarks.begin(), remarks.end(), [&](const ReportRemark& remark) {
+      return remark.text.find(text) != std::string::npos;
+    });
+  }
+
+  ImportChoices choices;
+  ImportReport report;
+};
+
+const MadeTensor earth{std::complex{-3.0, 1.0}, std::complex{40.0, 25.0}, std::complex{-30.0, -28.0},
+                       std::complex{2.0, -4.0}};
+
+std::vector<MadeFrequency> two_frequencies() { return {{100.0, earth}, {10.0, earth}}; }
+
+}  // namespace
+
+TEST_F(OtherFormats, Spectra_come_in_as_the_curves_of_their_tensor) {
+  for (const MadeChannels& channels : {channels_by_id(), channels_by_keyword()}) {
+    SCOPED_TRACE(channels.list);
+    const FileReport file = import("a.edi", made_spectra(two_frequencies(), channels));
+    EXPECT_FALSE(file.has_remarks()) << remark_lines(file).at(0);
+    EXPECT_EQ(file.readings, 4);
+    EXPECT_EQ(file.frequencies, 2);
+    const char* const data_types[] = {"ExHx", "ExHy", "EyHx", "EyHy"};
+    for (std::size_t element = 0; element < 4; ++element) {
+      SCOPED_TRACE(data_types[element]);
+      const Curve curve = raw(data_types[element]);
+      ASSERT_EQ(curve.frequencies, (std::vector<float>{10, 100}));
+      const double resistivity = 0.2 * std::norm(earth.at(element)) / 100.0;
+      const double degrees = std::arg(earth.at(element)) * 180.0 / std::numbers::pi;
+      const double phase = degrees < -90.0 ? degrees + 360.0 : degrees;
+      constexpr double to_ohm = 4e-4 * std::numbers::pi;
+      const double yy = 4.0 * to_ohm;  // the imaginary part of Zyy, without its sign
+      EXPECT_NEAR(curve.value(1, 1), resistivity, 1e-5 * resistivity);
+      EXPECT_NEAR(curve.value(2, 1), phase, 1e-4);
+      EXPECT_NEAR(curve.value(3, 1), 6314.0 * std::sqrt(yy * resistivity / 100.0), 0.01);
+      EXPECT_NEAR(curve.value(4, 1), 2000.0 * std::sqrt(yy / 100.0), 0.001);
+      EXPECT_NEAR(curve.value(9, 1), earth.at(element).real() * to_ohm, 1e-7);
+      EXPECT_NEAR(curve.value(10, 1), earth.at(element).imag() * to_ohm, 1e-7);
+      EXPECT_EQ(curve.value(11, 1), 0.0F);
+      EXPECT_EQ(curve.value(13, 1), absent);
+      EXPECT_NEAR(curve.value(19, 1), 1.0, 1e-5);  // coherence of fields without noise
+      for (const int field : {1, 2, 3, 4}) {
+        EXPECT_EQ(curve.value(field + 4, 1), curve.value(field, 1));
+      }
+      EXPECT_EQ(curve.value(18, 1), absent);
+      EXPECT_EQ(curve.masked_in(1, 1), 1);
+      EXPECT_EQ(curve.masked_in(2, 1), phase > 0.0 ? 1 : 0);
+    }
+    dao::Recordset& files = open_survey().files;
+    files.move_first();
+    EXPECT_EQ(files.get_text("Filter"), "EMISpect");
+    EXPECT_EQ(reading_record().Orientation, 12.5F);
+    dao::Recordset& places = open_survey().locations;
+    places.move_first();
+    EXPECT_EQ(places.get_double("MapX"), 22.0);
+    EXPECT_EQ(places.get_double("Elevation"), 33.0);
+  }
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 4)
+      << "merged curves at the end of the import";
+}
+
+TEST_F(OtherFormats, Spectra_read_the_same_from_every_spelling) {
+  const std::string plain = made_spectra(two_frequencies(), channels_by_id());
+  const std::string on_one_line = "//7\n 11.1 12.1 13.1\n14.1 15.1 16.1 17.1\n";
+  const std::string cases[] = {
+      replaced(plain, "\n", "\r\n"),
+      replaced(plain, "// 7\n 11.1\n 12.1\n 13.1\n 14.1\n 15.1\n 16.1\n 17.1\n", on_one_line),
+      replaced(plain, " // 49", "\n// 49"), replaced(plain, ">SPECTRA FREQ=", "\n  >spectra  freq = "),
+      replaced(plain, "ROTSPEC=0 BW=1.0 AVGT=120", "ROTSPEC= 0 BW= 1.0 AVGT= 120 AVGF= 12"),
+      replaced(plain, "E+00 ", "D+00\n"),
+      replaced(plain, ">=SPECTRASECT\n", ">=SPECTRASECT\n  NCHAN=7\n>!****A COMMENT****!\n"),
+      // Ids of the remote channels that repeat the station's own ones.
+      replaced(replaced(plain, "16.1", "11.1"), "17.1", "12.1"),
+      replaced(plain, "ID=16.1 CHTYPE=HX", "ID=16.1 CHTYPE=RHX"), replaced(plain, " 11.1\n", " 011.10\n")};
+  (void)import("a.edi", plain);
+  const Curve expected = raw("ExHy");
+  for (const std::string& text : cases) {
+    SCOPED_TRACE(text.substr(0, 1200));
+    const FileReport file = import("a.edi", text);
+    EXPECT_EQ(file.failure, "");
+    const Curve curve = raw("ExHy");
+    EXPECT_EQ(curve.frequencies, expected.frequencies);
+    for (std::size_t k = 0; k < curve.data.size() && k < expected.data.size(); ++k) {
+      EXPECT_NEAR(curve.data[k], expected.data[k], 1e-5 * std::abs(expected.data[k]));
+    }
+  }
+}
+
+// The local channels are spoilt, so that only the right choice of a reference gives the tensor back.
+TEST_F(OtherFormats, A_second_pair_of_channels_is_the_reference) {
+  std::string spoilt = made_spectra({{100.0, earth}}, channels_by_id());
+  const std::size_t first_value = spoilt.find('\n', spoilt.find(">SPECTRA")) + 1;
+  spoilt.replace(first_value, spoilt.find(' ', first_value + 1) - first_value,
+                 " 9.0");  // power of Hx, too large
+  struct Case {
+    const char* name;
+    std::string text;
+    bool referenced;
+  };
+  const Case cases[] = {
+      {"magnetic", spoilt, true},
+      {"electric",
+       replaced(replaced(spoilt, "16.1 CHTYPE=HX", "16.1 CHTYPE=EX"), "17.1 CHTYPE=HY", "17.1 CHTYPE=EY"),
+       true},
+      {"named as reference",
+       replaced(replaced(spoilt, "16.1 CHTYPE=HX", "16.1 CHTYPE=RRHX"), "17.1 CHTYPE=HY", "17.1 CHTYPE=RRHY"),
+       true},
+      {"half a pair", replaced(spoilt, "17.1 CHTYPE=HY", "17.1 CHTYPE=HZ"), false}};
+  const double resistivity = 0.2 * std::norm(earth[1]) / 100.0;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(import("a.edi", c.text).failure, "");
+    EXPECT_EQ(std::abs(raw("ExHy").value(1, 0) - resistivity) < 1e-3, c.referenced);
+  }
+}
+
+TEST_F(OtherFormats, Faults_of_a_spectrum_cost_that_frequency_alone) {
+  const MadeChannels channels = channels_by_id();
+  const std::string good = made_spectra_block({100.0, earth}, channels);
+  const std::string bad = made_spectra_block({10.0, earth}, channels);
+  const std::size_t first_value = bad.find('\n') + 1;
+  const std::string rest = bad.substr(bad.find(' ', first_value + 1));
+  struct Case {
+    const char* name;
+    std::string block;
+    const char* remark;
+  };
+  const Case cases[] = {
+      {"absent value", bad.substr(0, first_value) + " 1.0E+32" + rest, "absent values"},
+      {"not a number", bad.substr(0, first_value) + " NaN" + rest, "absent values"},
+      {"other text", bad.substr(0, first_value) + " 5.4x" + rest, "'5.4x' is not a number, taken as absent"},
+      {"a value short", bad.substr(0, first_value) + rest, "48 of 49 values"},
+      {"no frequency", replaced(bad, "FREQ=", "FRQ="), "no frequency above 0"},
+      {"zeros", bad.substr(0, first_value) + replaced(std::string(49, 'z'), "z", " 0") + "\n",
+       "one direction"},
+      {"another block", ">COHERENCE // 49\n" + bad.substr(first_value), "not used"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string whole = made_spectra({{1.0, earth}}, channels);
+    const FileReport file = import("a.edi", replaced(whole, ">END", c.block + good + ">END"));
+    EXPECT_EQ(file.failure, "");
+    EXPECT_TRUE(told(file.unreadable, c.remark) || told(file.ignored, c.remark)) << remark_lines(file).at(0);
+    EXPECT_EQ(raw("ExHy").frequencies, (std::vector<float>{1, 100}));
+  }
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(OtherFormats, An_invalid_number_of_averages_is_told_once_and_costs_nothing) {
+  const std::string text = made_spectra(
+      {{10.0, earth, "ROTSPEC=0 AVGT=many"}, {1.0, earth, "AVGT=-3"}, {0.1, earth, "AVGT=1.2E+03"}},
+      channels_by_id());
+  const FileReport file = import("a.edi", text);
+  EXPECT_EQ(interface.take_messages(), (std::vector<std::string>{"The AVGT value is invalid: MANY"}));
+  EXPECT_EQ(file.unreadable.size(), 2U);
+  EXPECT_EQ(file.frequencies, 3);
+}
+
+TEST_F(OtherFormats, Spectra_of_several_sections_are_several_stations) {
+  const std::string one = made_spectra({{1.0, earth}}, channels_by_id());
+  const std::size_t section = one.find(">=SPECTRASECT");
+  const std::string second = replaced(one.substr(section), "\"12\"", "\"40\"");
+  const std::string two = replaced(one, ">END\n", "") + second;
+  EXPECT_EQ(import("a.edi", two).sections, 2);
+  EXPECT_EQ(rows_in("StationsTable"), 2);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND EventNumber = 1 AND Station = 100"), 4);
+  choices.sectid_as_station = true;
+  EXPECT_EQ(import("b.edi", two).readings, 8);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND Station = 40"), 4);
+  EXPECT_EQ(FileSampler().sample(folder.path("b.edi"), choices).fields.station, "12");
+  // A section without Ey is named; the other one comes in.
+  const FileReport file = import("c.edi", replaced(one, ">END\n", "") + replaced(second, " 15.1\n", " 99\n"));
+  EXPECT_EQ(file.readings, 4);
+  EXPECT_NE(file.failure.find("section 2 has no channel EY"), std::string::npos) << file.failure;
+}
+
+TEST_F(OtherFormats, A_spectra_file_cut_anywhere_gives_all_or_nothing) {
+  const std::string whole = made_spectra({{1.0, earth}}, channels_by_id());
+  (void)import("a.edi", whole);
+  const Curve expected = raw("EyHx");
+  int stored_files = 0;
+  for (std::size_t size = whole.find(">=SPECTRASECT") + 13; size < whole.size(); size += 7) {
+    SCOPED_TRACE(whole.substr(0, size));
+    const FileReport file = import("cut.edi", whole.substr(0, size));
+    EXPECT_TRUE(file.has_remarks());
+    if (file.readings != 0) {
+      ++stored_files;
+      EXPECT_EQ(raw("EyHx").data, expected.data);
+    }
+  }
+  EXPECT_LE(stored_files, 3) << "only where nothing but the end of the last number or >END is missing";
+}
+
+TEST_F(OtherFormats, Em1dfm_stations_come_in_as_quadrature_readings) {
+  const std::string text =
+      "Frequency Domain EM Data, version 1\n"
+      "line 300E survey\n"
+      "Station no. 1250 5001.5 7002.5 88 3\n"
+      " 100  both  0 0 12.5 3.5 9 0.1 0.2\n"
+      " 10   quad  0 -4.5 9 0.3\n"
+      "  1   B 7 7 1e31 0 9 0.5 0.6\n"
+      "\n"
+      "LINE 400E\n"
+      "STAT a b 1300 1 2 3 1\n"
+      " 5 Q 0 8.5 0 0.7\n";
+  const FileReport file = import("a.dat", text);
+  EXPECT_FALSE(file.has_remarks()) << remark_lines(file).at(0);
+  EXPECT_EQ(file.readings, 2);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0"), 2);
+  const Curve curve =
+      stored("FileID > 0 AND LineNumber = '300E' AND Station = 1250 AND DataType = 'QP'").curve;
+  ASSERT_EQ(curve.frequencies, (std::vector<float>{1, 10, 100}));
+  const float fields[3][4] = {
+      {absent, 0.0F, 0.5F, 0.6F}, {-4.5F, absent, 0.3F, absent}, {12.5F, 3.5F, 0.1F, 0.2F}};
+  const std::int32_t masks[3][2] = {{0, 0}, {0, 0}, {1, 1}};
+  for (std::size_t index = 0; index < 3; ++index) {
+    SCOPED_TRACE(index);
+    for (int field = 1; field <= 4; ++field) {
+      EXPECT_EQ(curve.value(field, index), fields[index][field - 1]);
+      EXPECT_EQ(curve.value(field + 4, index), fields[index][field - 1]);
+    }
+    for (int field = 9; field <= 18; ++field) {
+      EXPECT_EQ(curve.value(field, index), absent);
+    }
+    EXPECT_EQ(curve.value(19, index), 0.0F);
+    EXPECT_EQ(curve.masked_in(1, index), masks[index][0]);
+    EXPECT_EQ(curve.masked_in(2, index), masks[index][1]);
+  }
+  EXPECT_EQ(stored("FileID > 0 AND LineNumber = '400E' AND Station = 1300").curve.value(1, 0), 8.5F);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 1 AND DataType = 'QP'"), 2) << "averages";
+  dao::Recordset& files = open_survey().files;
+  files.move_first();
+  EXPECT_EQ(files.get_text("Filter"), "Em1dfm");
+  EXPECT_EQ(files.get_single("DipoleLength"), 100.0F);
+  dao::Recordset& places = open_survey().locations;
+  places.move_first();
+  EXPECT_EQ(places.get_double("MapX"), 5001.5);
+  EXPECT_EQ(places.get_double("MapY"), 7002.5);
+  EXPECT_EQ(places.get_double("Elevation"), 88.0);
+}
+
+TEST_F(OtherFormats, Em1dfm_stations_with_faults_are_named) {
+  const std::string head = "FREQUENCY DOMAIN EM DATA\nLINE 1E\n";
+  const std::string good = "STATION 1 200 0 0 0 1\n 5 B 0 0 1 2 0 3 4\n";
+  struct Case {
+    const char* name;
+    std::string text;
+    std::int32_t readings;
+    const char* remark;
+  };
+  const Case cases[] = {
+      {"too few frequencies", head + "STATION 1 100 0 0 0 3\n 7 B 0 0 1 2 0 3 4\n" + good, 2,
+       "1 of 3 frequencies"},
+      {"cut", head + good + "STATION 1 100 0 0 0 3\n 7 B 0 0 1 2 0 3 4\n", 1,
+       "ends inside the station of line 5"},
+      {"cut in a line", head + "STATION 1 100 0 0 0 1\n 7 B 0 0 1", 1, "a number is missing"},
+      {"huge count", head + "STATION 1 100 0 0 0 1e300\n" + good, 1, "has no frequencies"},
+      {"no kind", head + "STATION 1 100 0 0 0 1\n 7 X 0 0 1 2 0 3 4\n" + good, 2, "tells no kind of data"},
+      {"frequency 0", head + "STATION 1 100 0 0 0 2\n 6 B 0 0 1 2 0 3 4\n 0 B 0 0 1 2 0 3 4\n" + good, 2,
+       "not above 0"},
+      {"other text", head + "remark\n" + good, 1, "neither a line nor a station"},
+      {"no line", "FREQUENCY DOMAIN EM DATA\n" + good, 1, "before any line"},
+      {"nothing", "FREQUENCY DOMAIN EM DATA", 0, "gave no reading"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const FileReport file = import("a.dat", c.text, ImportMode::scan);
+    EXPECT_EQ(file.readings, c.readings);
+    EXPECT_TRUE(told(file.unreadable, c.remark) || told(file.ignored, c.remark) ||
+                file.failure.find(c.remark) != std::string::npos)
+        << file.failure;
+  }
+}
+
+TEST_F(OtherFormats, Fixed_columns_come_in_as_four_readings) {
+  const std::vector<MadeRecord> records{
+      {16.0, 0.25, {1e-4, 2e-4, 3e-3, 4e-3, -3e-3, -3e-3, 1e-4, -2e-4}, {1e-8, 2e-8, 3e-8, 4e-8}},
+      {1024.0, 0.5, {0.0, 0.0, 6e-3, 8e-3, 3e-3, -4e-3, 0.0, 5e-4}, {1e-8, 0.0, 0.0, 0.0}}};
+  const FileReport file = import("a.res", made_fixed_columns(records));
+  EXPECT_FALSE(file.has_remarks()) << remark_lines(file).at(0);
+  const Curve xy = raw("ExHy");
+  ASSERT_EQ(xy.frequencies, (std::vector<float>{16, 1024}));
+  // Z = 60 + 80i: 0.2 x 10000 / 1024 / 4
+  EXPECT_FLOAT_EQ(xy.value(1, 1), 0.48828125F);
+  EXPECT_NEAR(xy.value(2, 1), 53.130102, 1e-5);
+  EXPECT_NEAR(xy.value(3, 1), 6314.0 * std::sqrt(5.0 * 0.48828125 / 1024.0), 1e-3);
+  EXPECT_NEAR(xy.value(4, 1), 2000.0 * std::sqrt(5.0 / 1024.0), 1e-4);
+  EXPECT_FLOAT_EQ(xy.value(9, 1), 60.0F);
+  EXPECT_FLOAT_EQ(xy.value(10, 1), 80.0F);
+  EXPECT_FLOAT_EQ(xy.value(11, 0), 2.0F);
+  EXPECT_FLOAT_EQ(xy.value(12, 0), 2.0F);
+  EXPECT_EQ(xy.value(13, 0), absent);
+  EXPECT_EQ(xy.value(18, 0), absent);
+  EXPECT_FLOAT_EQ(xy.value(14, 1), 60.0F);
+  EXPECT_EQ(xy.value(19, 0), 0.25F);
+  EXPECT_EQ(xy.masked_in(2, 1), 1);
+  EXPECT_EQ(raw("ExHx").masked_in(1, 1), 0);
+  EXPECT_NEAR(raw("EyHx").value(2, 0), 225.0, 1e-4);
+  EXPECT_NEAR(raw("EyHx").value(2, 1), -53.130102, 1e-5);
+  EXPECT_EQ(raw("EyHx").masked_in(2, 1), 0);
+  dao::Recordset& files = open_survey().files;
+  files.move_first();
+  EXPECT_EQ(files.get_text("Filter"), "Notch");
+  EXPECT_EQ(files.get_double("Station"), 1250.0);
+  EXPECT_EQ(files.get_single("DipoleLength"), 50.0F);
+  EXPECT_EQ(files.get_single("StationSpacing"), 100.0F);
+  EXPECT_EQ(files.get_single("Orientation"), 12.5F);
+  EXPECT_EQ(files.get_long("EventNumber"), 3);
+  dao::Recordset& places = open_survey().locations;
+  places.move_first();
+  EXPECT_EQ(places.get_double("MapX"), 200.0) << "without a place in the file, that of the survey grid";
+  EXPECT_EQ(files.get_date("DateCollected"), 43759.0);  // 21 October 2019
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 4);
+}
+
+TEST_F(OtherFormats, Fixed_columns_that_end_early_or_fit_no_rate) {
+  const std::string whole =
+      made_fixed_columns({{16.0, 0.25, {1e-4, 2e-4, 3e-3, 4e-3}, {}}, {1024.0, 0.5, {}, {}}});
+  const std::size_t head = whole.find('\n') + 1;
+  struct Case {
+    const char* name;
+    std::string text;
+    std::int32_t readings;
+    const char* reason;
+  };
+  const Case cases[] = {{"blank lines behind", whole + "\n\n \n", 4, ""},
+                        {"cut in the last record", whole.substr(0, whole.size() - 100), 4, ""},
+                        {"cut to its frequency", whole.substr(0, whole.find("1024.0000") + 9), 4, ""},
+                        {"last record missing", whole.substr(0, whole.find(" 1024.0000")), 0,
+                         "not 4 times the last frequency of 16 Hz"},
+                        {"head alone", whole.substr(0, head), 0, "no record"},
+                        {"other text", "some notes\non several\nlines\n", 0, "not an EDI file"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const FileReport file = import(std::string(c.name) + ".res", c.text);
+    EXPECT_EQ(file.readings, c.readings);
+    EXPECT_NE(file.failure.find(c.reason), std::string::npos) << file.failure;
+  }
+  const Curve curve = stored("FileID = 3 AND DataType = 'ExHy'").curve;  // cut to its frequency
+  ASSERT_EQ(curve.frequencies, (std::vector<float>{16, 1024}));
+  EXPECT_EQ(curve.value(1, 1), 0.0F);
+  EXPECT_EQ(curve.masked_in(1, 1), 0);
+  EXPECT_TRUE(interface.take_messages().empty());
+  choices.decode[decode_sample_rate].specified = "2048";
+  EXPECT_EQ(import("rate.res", whole).readings, 0);
+  EXPECT_TRUE(interface.take_messages().empty()) << "told in the report, without a message";
+}

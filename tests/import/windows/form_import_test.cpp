@@ -1,0 +1,503 @@
+// The import dialog, worked as a person does: by clicks and keys on its controls.
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+#include <memory>
+
+#include "database/survey_database.h"
+#include "import/import_files.h"
+#include "import/windows/Form_import_MTData.h"
+#include "import/windows/Form_import_report.h"
+#include "import/windows/import_decode_grid.h"
+#include "platform/settings_store/settings_store.h"
+#include "tests/formats/edi/made_edi.h"
+#include "tests/formats/zonge/made_zonge_raw.h"
+#include "tests/support/window_fixture.h"
+
+using Module_data_file::ImportReport;
+using Messages = std::vector<std::string>;
+
+class FormImportTest : public QObject, private WindowFixture {
+  Q_OBJECT
+
+ private:
+  enum Column { use_file_name, start, width, specify };
+
+  void open_dialog() {
+    window_.reset();
+    window_ = std::make_unique<Form_import_MTData>();
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+  }
+  template <class Widget = QWidget>
+  Widget* control(const char* name) const {
+    return window_->findChild<Widget*>(name);
+  }
+  void click(const char* name) const {
+    const int on_the_mark = 8;  // of a check box, which takes no click beside its text
+    QTest::mouseClick(control(name), Qt::LeftButton, {}, {on_the_mark, control(name)->height() / 2});
+  }
+  QString text(const char* name) const { return control<QLineEdit>(name)->text(); }
+  QString list_text(int row, int column) const {
+    return control<QTreeWidget>("ListView_binary")->topLevelItem(row)->text(column);
+  }
+  int listed() const { return control<QTreeWidget>("ListView_binary")->topLevelItemCount(); }
+  void choose(const char* combo, int index) const {
+    auto* const box = control<QComboBox>(combo);
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Home);
+    for (int i = 0; i < index; ++i) {
+      QTest::keyClick(box, Qt::Key_Down);
+    }
+    QCOMPARE(box->currentIndex(), index);
+  }
+  void click_cell(int row, int column) const {
+    auto* const grid = control<ImportDecodeGrid>("Grid_import_decode");
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                      grid->visualRect(grid->model()->index(row, column)).center());
+  }
+  QString cell(int row, int column) const {
+    return control<ImportDecodeGrid>("Grid_import_decode")->item(row, column)->text();
+  }
+  void type_cell(int row, int column, const QString& typed) const {
+    click_cell(row, column);
+    auto* const editor = control<QLineEdit>("Text_edit");
+    QVERIFY(editor != nullptr && editor->isVisible());
+    editor->selectAll();
+    QTest::keyClicks(editor, typed);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(control<QLineEdit>("Text_edit") == nullptr);  // it is deleted by an event
+  }
+  // Line 200E, event 0, rate 256 from names like "L200E_E0_R0256_1.edi".
+  void decode_from_names() const {
+    const int columns[3][2] = {{2, 4}, {8, 1}, {11, 4}};
+    for (int row = 0; row < 3; ++row) {
+      click_cell(row, use_file_name);
+      type_cell(row, start, QString::number(columns[row][0]));
+      type_cell(row, width, QString::number(columns[row][1]));
+    }
+  }
+  /// The names of the controls that Tab leads to, from the one that has the focus until it comes back.
+  QStringList focus_order() const {
+    QStringList names;
+    constexpr int more_than_there_are = 40;
+    for (int i = 0; i < more_than_there_are; ++i) {
+      const QString name = QApplication::focusWidget()->objectName();
+      if (names.contains(name)) {
+        break;
+      }
+      names.append(name);
+      if (auto* const grid = qobject_cast<QTableWidget*>(QApplication::focusWidget()); grid != nullptr) {
+        grid->setCurrentCell(grid->rowCount() - 1, grid->columnCount() - 1);  // Tab goes through its cells
+      }
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    return names;
+  }
+  std::string add_file(const std::string& name, const MadeSection& section = {}) const {
+    return folder_->write("field/" + name, made_edi({section}));
+  }
+  void make_three_stations() const {
+    for (const char* const station : {"1", "2", "10"}) {
+      (void)add_file(std::string("L200E_E0_R0256_") + station + ".edi",
+                     {.sectid = std::string("\"") + station + "\""});
+    }
+  }
+  void go_to_import_page() {
+    open_dialog();
+    click("Command_find_and_add_files");
+    click("Command_process_files");
+    QVERIFY(control("Frame_import_data")->isVisible());
+  }
+  static int rows_in(const std::string& table) {
+    return Module_database::open_survey().database.open_recordset("SELECT * FROM " + table).record_count();
+  }
+
+  std::unique_ptr<Form_import_MTData> window_;
+
+ private slots:
+  void init() {
+    make_folder();
+    Module_data_file::reading_record() = Module_data_file::ReadingRecord{};
+    install_settings_store(std::make_unique<MemorySettingsStore>());
+    std::filesystem::create_directory(folder_->folder() / "field");
+    Module_data_file::keep_import_folder(folder_->path("field"));
+    make_survey();
+  }
+  void cleanup() {
+    window_.reset();
+    remove_folder();
+  }
+
+  void three_stations_come_in_with_columns_from_their_names() {
+    make_three_stations();
+    go_to_import_page();
+    QCOMPARE(listed(), 3);
+    QCOMPARE(text("Text_current_directory"), QString::fromStdString(folder_->path("field")));
+    choose("Combo_data_type", 1);
+    choose("Combo_data_reduced", 0);
+    decode_from_names();
+    click("Check_use_SECTID_as_station");
+    QCOMPARE(text("Text_sample_line"), QString("200E"));
+    QCOMPARE(text("Text_sample_event"), QString("0"));
+    QCOMPARE(text("Text_sample_rate"), QString("0256"));
+    QCOMPARE(text("Text_sample_station"), QString("1"));
+    QCOMPARE(text("Text_sample_date"), QString("22-Oct-2019"));
+    QVERIFY(!control("Command_previous_sample")->isEnabled());
+    click("Command_next_sample");
+    click("Command_next_sample");
+    QCOMPARE(text("Text_sample_station"), QString("10"));
+    QVERIFY(!control("Command_next_sample")->isEnabled());
+    click("Command_previous_sample");
+    QCOMPARE(text("Text_sample_station"), QString("2"));
+
+    click("Command_import_data_0");
+    QCOMPARE(interface_->take_messages(), Messages{"Data scan complete"});
+    QCOMPARE(rows_in("FileTable"), 0);
+    QVERIFY(window_->isVisible());
+
+    click("Command_import_data_1");
+    QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
+    QVERIFY(!window_->isVisible());
+    QCOMPARE(text("Text_import_file"), QString("L200E_E0_R0256_10.edi"));
+    QCOMPARE(rows_in("FileTable"), 3);
+    QCOMPARE(rows_in("StationsTable"), 3);
+    QCOMPARE(rows_in("ReadingsDataTable WHERE FileID > 0 AND LineNumber = '200E' AND SampleRate = 256 AND "
+                     "ReferenceType = 1 AND ReductionType = 0"),
+             12);
+    QVERIFY(rows_in("ReadingsDataTable WHERE ReductionType = 2") > 0);
+    QVERIFY(!(*interface_)->busy);
+
+    open_dialog();  // the decode table stays, the specified texts don't
+    QCOMPARE(cell(2, start), QString("11"));
+    QCOMPARE(control<QTreeWidget>("ListView_binary")->topLevelItemCount(), 0);
+  }
+
+  void the_list_takes_marked_shown_and_double_clicked_files() {
+    make_three_stations();
+    (void)folder_->write("field/below/deep.edi", made_edi());
+    (void)folder_->write("field/notes.txt", "");
+    open_dialog();
+    auto* const shown = control<QListWidget>("File_binary");
+    QCOMPARE(shown->count(), 3);
+    QCOMPARE(shown->item(2)->text(), QString("L200E_E0_R0256_10.edi"));
+    QTest::mouseClick(shown->viewport(), Qt::LeftButton, {}, shown->visualItemRect(shown->item(1)).center());
+    click("Command_add_selected");
+    QCOMPARE(listed(), 1);
+    QCOMPARE(list_text(0, 0), QString("L200E_E0_R0256_2.edi"));
+    QCOMPARE(list_text(0, 1), QString::fromStdString(folder_->path("field")));
+    const QPoint first = shown->visualItemRect(shown->item(0)).center();
+    QTest::mouseClick(shown->viewport(), Qt::LeftButton, {}, first);
+    QTest::mouseDClick(shown->viewport(), Qt::LeftButton, {}, first);
+    QCOMPARE(listed(), 2);
+    click("Command_add_all");
+    QCOMPARE(listed(), 4);
+
+    auto* const list = control<QTreeWidget>("ListView_binary");
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->topLevelItem(0)).center());
+    click("Command_clear_selected");
+    QCOMPARE(listed(), 3);
+    click("Command_clear_list");
+    QCOMPARE(listed(), 0);
+
+    auto* const extension = control<QLineEdit>("Text_file_extension");
+    extension->selectAll();
+    QTest::keyClicks(extension, "txt");
+    QCOMPARE(shown->count(), 1);
+    auto* const typed = control<QLineEdit>("Text_folder");
+    typed->setText(QString::fromStdString(folder_->path("field/below")));
+    QTest::keyClick(typed, Qt::Key_Return);
+    QCOMPARE(shown->count(), 0);
+
+    QTest::keyClick(window_.get(), Qt::Key_Escape);
+    QCOMPARE(settings_store().value("Marrowgate", "Brenlox", "ImportFileExtension", ""), std::string("txt"));
+  }
+
+  void an_empty_list_stays_on_the_first_page() {
+    open_dialog();
+    click("Command_process_files");
+    QVERIFY(control("Frame_select_files")->isVisible());
+    QVERIFY(!control("Frame_import_data")->isVisible());
+    QCOMPARE(interface_->take_messages(), Messages{});
+  }
+
+  void keys_go_the_way_of_the_eye() {
+    make_three_stations();
+    open_dialog();
+    QCOMPARE(focus_order(), QStringList({"Drive_binary", "Text_folder", "Dir_binary", "Command_add_all",
+                                         "Text_file_extension", "File_binary", "Command_add_selected",
+                                         "Command_find_and_add_files", "ListView_binary",
+                                         "Command_process_files", "Command_cancel_import"}));
+    click("Command_find_and_add_files");
+    click("Command_process_files");
+    QCOMPARE(focus_order(),
+             QStringList({"Combo_data_type", "Combo_data_reduced", "Grid_import_decode",
+                          "Option_linedirection_0", "Command_next_sample", "Text_start_station",
+                          "Text_station_step", "Check_use_SECTID_as_station",
+                          "Check_convert_geographic_coordinates", "Command_define_projection",
+                          "Check_compute_from_impedance", "Check_turn_ey_phase", "Command_back",
+                          "Command_import_data_0", "Command_import_data_1", "Command_cancel_import"}));
+    for (const QWidget* const widget : window_->findChildren<QWidget*>(QRegularExpression(
+             "^(Command|Combo|Text|Check|Option|Grid|Drive|Dir|File|ListView|ProgressBar)_"))) {
+      QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
+    }
+  }
+
+  void enter_and_delete_belong_to_the_list_that_has_the_focus() {
+    make_three_stations();
+    (void)folder_->write("field/below/deep.edi", made_edi());
+    open_dialog();
+    auto* const shown = control<QListWidget>("File_binary");
+    shown->setFocus();
+    shown->setCurrentRow(1);
+    QTest::keyClick(shown, Qt::Key_Return);
+    QCOMPARE(listed(), 1);
+    auto* const folder = control<QLineEdit>("Text_folder");
+    folder->setFocus();
+    folder->setText(QString::fromStdString(folder_->path("field/below")));
+    QTest::keyClick(folder, Qt::Key_Return);
+    QCOMPARE(shown->count(), 1);
+    QVERIFY(control("Frame_select_files")->isVisible());
+    auto* const list = control<QTreeWidget>("ListView_binary");
+    list->setFocus();
+    list->selectAll();
+    QTest::keyClick(list, Qt::Key_Delete);
+    QCOMPARE(listed(), 0);
+  }
+
+  void a_cell_is_left_by_a_click_elsewhere_or_a_key() {
+    make_three_stations();
+    go_to_import_page();
+    const auto edit_cell = [this](int row, int column, const char* typed) {
+      click_cell(row, column);
+      auto* const editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+      editor->selectAll();
+      QTest::keyClicks(editor, typed);
+      return editor;
+    };
+    (void)edit_cell(0, start, "2");
+    QTest::mouseClick(control("Label_data_type"), Qt::LeftButton);
+    QCOMPARE(cell(0, start), QString("2"));
+    QTest::keyClick(edit_cell(0, start, "9"), Qt::Key_Escape);
+    QCOMPARE(cell(0, start), QString("2"));
+    QVERIFY(window_->isVisible());
+    QTest::keyClick(edit_cell(0, width, "4"), Qt::Key_Tab);  // on into the next cell
+    QCOMPARE(cell(0, width), QString("4"));
+    QTest::keyClick(edit_cell(2, specify, "64"), Qt::Key_Tab);
+    QCOMPARE(cell(2, specify), QString("64"));
+    QVERIFY(control("Option_linedirection_0")->hasFocus());
+    QCOMPARE(text("Text_sample_rate"), QString("64"));
+    auto* const grid = control<ImportDecodeGrid>("Grid_import_decode");
+    grid->setFocus();
+    grid->setCurrentCell(0, use_file_name);
+    QTest::keyClick(grid, Qt::Key_Space);
+    QCOMPARE(text("Text_sample_line"), QString("200E"));
+    QTest::keyClick(window_.get(), Qt::Key_Return);  // presses nothing by chance
+    QCOMPARE(interface_->take_messages(), Messages{});
+    QVERIFY(window_->isVisible());
+  }
+
+  void wrong_turns_are_told_and_leave_the_page() {
+    make_three_stations();
+    go_to_import_page();
+    const auto expect_fault = [this](const char* fault) {
+      click("Command_import_data_1");
+      QCOMPARE(interface_->take_messages(), Messages{fault});
+      QVERIFY(control("Frame_import_data")->isVisible());
+    };
+    expect_fault("You have not specified a data type");
+    choose("Combo_data_type", 0);
+    expect_fault("You have not specified the data reduction");
+    choose("Combo_data_reduced", 0);
+    expect_fault("The specified value for Line Number is invalid");
+    type_cell(0, specify, "-200");
+    QCOMPARE(text("Text_sample_line"), QString("200W"));
+    click("Option_linedirection_1");
+    QCOMPARE(text("Text_sample_line"), QString("200S"));
+
+    click_cell(1, use_file_name);
+    type_cell(1, start, "8");
+    QCOMPARE(text("Text_sample_event"), QString());
+    expect_fault("The column width for Event is invalid");
+    type_cell(1, width, "-1");
+    QCOMPARE(cell(1, width), QString("0"));
+    type_cell(1, width, "two");
+    QCOMPARE(cell(1, width), QString("0"));
+    type_cell(1, width, "2.5");
+    QCOMPARE(cell(1, width), QString("3"));
+    QCOMPARE(text("Text_sample_event"), QString("0_R"));
+
+    click_cell(1, use_file_name);
+    type_cell(1, specify, "-1");
+    expect_fault("The specified event value is invalid");
+    type_cell(1, specify, "3");
+    type_cell(2, specify, "0");
+    expect_fault("The Sample Rate cannot be zero for non-merged data");
+    type_cell(2, specify, "0.1");
+    QCOMPARE(control<QLabel>("Label_sample_note")->text(), QString());
+
+    auto* const spacing = control<QLineEdit>("Text_station_step");
+    spacing->setText("0");
+    expect_fault("The station spacing is invalid");
+    spacing->setText("33.3");
+    control<QLineEdit>("Text_start_station")->setText("here");
+    expect_fault("The start station number is invalid");
+    control<QLineEdit>("Text_start_station")->clear();
+    click("Check_convert_geographic_coordinates");
+    expect_fault("The projection has not been defined");
+    QCOMPARE(rows_in("FileTable"), 0);
+    QVERIFY(!control("Frame_progress")->isVisible());
+  }
+
+  void a_projection_defined_from_here_is_the_surveys() {
+    (void)add_file("a.edi");
+    go_to_import_page();
+    click("Command_define_projection");  // no name given
+    (*interface_)->text_answers = {"Web"};
+    QTimer::singleShot(0, this, [] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      dialog->findChild<QComboBox*>("Combo_projection")->setCurrentIndex(6);
+      dialog->findChild<QPushButton*>("Command_done")->click();
+    });
+    click("Command_define_projection");
+    QCOMPARE((*interface_)->prompts, Messages(2, "Enter a name for this projection"));
+    QCOMPARE(rows_in("[Projection Defintion Table]"), 1);
+  }
+
+  void a_file_says_which_addition_it_would_need() {
+    (void)add_file("a.edi", {.blocks = ">ZYXR //3\n1 2 3\n>ZYXI //3\n1 2 3\n"});
+    (void)add_file("b.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-120 -130 -140\n"});
+    go_to_import_page();
+    const auto note = [this] { return control<QLabel>("Label_sample_note")->text().section('\n', 0, 0); };
+    for (const char* const addition :
+         {"Check_compute_from_impedance", "Check_turn_ey_phase", "Check_sectid_digits"}) {
+      QVERIFY2(!control<QCheckBox>(addition)->isChecked(), addition);
+    }
+    QCOMPARE(note(), QString("This file has impedances only"));
+    click("Check_compute_from_impedance");
+    QVERIFY(note() != QString("This file has impedances only"));
+    click("Command_next_sample");
+    QCOMPARE(note(), QString("All YX phases are negative"));
+  }
+
+  void stop_ends_the_run_and_keeps_what_is_stored() {
+    for (int i = 0; i < 200; ++i) {
+      (void)add_file("s" + std::to_string(i) + ".edi");
+    }
+    go_to_import_page();
+    choose("Combo_data_type", 0);
+    choose("Combo_data_reduced", 0);
+    type_cell(0, specify, "200");
+    type_cell(1, specify, "0");
+    type_cell(2, specify, "256");
+    bool was_working = false;
+    auto* const stop = control<QPushButton>("Command_stop_import");
+    connect(control<QProgressBar>("ProgressBar_import"), &QProgressBar::valueChanged, this, [&](int percent) {
+      if (percent >= 10 && !was_working) {
+        was_working = stop->isVisible() && !control("Command_import_data_1")->isEnabled();
+        Q_EMIT control<QPushButton>("Command_import_data_1")->clicked();  // its key was pressed before
+        QTest::mouseClick(stop, Qt::LeftButton);
+      }
+    });
+    click("Command_import_data_1");
+    QVERIFY(was_working);
+    QCOMPARE(interface_->take_messages(),
+             Messages{"The import was stopped. The files read by then are stored."});
+    QVERIFY(window_->isVisible());
+    QVERIFY(control("Command_import_data_1")->isEnabled());
+    const int files = rows_in("FileTable");
+    QVERIFY2(files >= 15 && files < 30, qPrintable(QString::number(files)));
+    QVERIFY(rows_in("ReadingsDataTable WHERE ReductionType = 1") > 0);
+    QCOMPARE((*interface_)->progress, std::vector<int>{});  // no dialog over the window
+  }
+
+  void a_bad_file_is_told_in_the_report() {
+    (void)add_file("good.edi");
+    (void)folder_->write("field/bad.edi", "no field file\n");
+    go_to_import_page();
+    choose("Combo_data_type", 0);
+    choose("Combo_data_reduced", 0);
+    type_cell(0, specify, "200");
+    type_cell(1, specify, "0");
+    type_cell(2, specify, "256");
+    const std::string saved = folder_->path("report.json");
+    (*interface_)->path_answers.push_back(saved);
+    QStringList seen;
+    QTimer waiting;
+    connect(&waiting, &QTimer::timeout, this, [&] {
+      auto* const report = qobject_cast<Form_import_report*>(QApplication::activeModalWidget());
+      if (report == nullptr) {
+        return;
+      }
+      waiting.stop();
+      auto* const files = report->findChild<QTreeWidget*>("Tree_report");
+      for (int row = 0; row < files->topLevelItemCount(); ++row) {
+        seen.append(files->topLevelItem(row)->text(0) + " " + files->topLevelItem(row)->text(2));
+        for (int remark = 0; remark < files->topLevelItem(row)->childCount(); ++remark) {
+          seen.append(files->topLevelItem(row)->child(remark)->text(0).left(16));
+        }
+      }
+      QTest::mouseClick(report->findChild<QPushButton*>("Command_copy"), Qt::LeftButton);
+      QTest::mouseClick(report->findChild<QPushButton*>("Command_save_report"), Qt::LeftButton);
+      QTest::mouseClick(report->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
+    });
+    waiting.start(1);
+    click("Command_import_data_1");
+    QCOMPARE(seen, QStringList({"bad.edi 0", "not an EDI file,", "good.edi 4"}));
+    QVERIFY(QApplication::clipboard()->text().startsWith("1 of 2 files gave 4 readings\n"));
+    QCOMPARE(file_contents(saved), Module_data_file::last_import_report().to_json());
+    QCOMPARE(interface_->take_messages().back(), std::string("Data import complete"));
+    QVERIFY(!window_->isVisible());
+  }
+
+  void the_account_of_a_raw_file_is_one_list_at_the_end() {
+    (void)folder_->write("field/day.edi", made_zonge_raw(20));
+    go_to_import_page();
+    QCOMPARE(control<QLabel>("Label_sample_note")->text().section('\n', 0, 0),
+             QString("No stn file was located"));
+    (void)folder_->write("field/utm.stn", made_stn(70));
+    choose("Combo_data_type", 0);
+    choose("Combo_data_reduced", 0);
+    type_cell(0, specify, "200");
+    type_cell(1, specify, "0");
+    type_cell(2, specify, "1");
+    QVERIFY(!control<QLabel>("Label_sample_note")->text().contains("stn"));
+    QCOMPARE(text("Text_sample_date"), QString("12-May-2004"));
+    QStringList seen;
+    QTimer waiting;
+    connect(&waiting, &QTimer::timeout, this, [&] {
+      if (auto* const report = qobject_cast<Form_import_report*>(QApplication::activeModalWidget())) {
+        waiting.stop();
+        const QTreeWidgetItem* const file = report->findChild<QTreeWidget*>("Tree_report")->topLevelItem(0);
+        for (int line = 0; line < file->childCount(); ++line) {
+          seen.append(file->child(line)->text(0));
+        }
+        report->accept();
+      }
+    });
+    waiting.start(1);
+    click("Command_import_data_1");
+    QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
+    const std::vector<std::string>& account = Module_data_file::last_import_report().files.at(0).account;
+    QVERIFY(account.size() > 150);
+    QCOMPARE(seen.size(), static_cast<qsizetype>(account.size()));
+    QCOMPARE(seen.front(), QString("Block : 1 - Synchronisation Header Block"));
+    QVERIFY(seen.contains("Block : 9 - System Check Block"));
+    QCOMPARE(rows_in("ReadingsDataTable WHERE FileID > 0"), 20 * 5 * 4 + 2);
+  }
+};
+
+QTEST_MAIN(FormImportTest)
+#include "form_import_test.moc"

@@ -1,0 +1,212 @@
+#include "numerics/impedance/mtcomp.h"
+
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <random>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace VexMTutils;
+
+namespace {
+
+using Complex = std::complex<double>;
+using Tensor = std::array<Complex, 4>;  // xx, xy, yx, yy
+
+// What a station records: fields of many realisations, averaged to spectra in the layout of field files.
+class Recording {
+ public:
+  explicit Recording(std::size_t channels) : channels_(channels) {}
+
+  void add(const std::vector<Complex>& fields) { realisations_.push_back(fields); }
+
+  [[nodiscard]] std::vector<double> matrix() const {
+    std::vector<double> m(channels_ * channels_);
+    for (std::size_t a = 0; a < channels_; ++a) {
+      for (std::size_t b = a; b < channels_; ++b) {
+        Complex power;
+        for (const auto& fields : realisations_) {
+          power += fields[a] * std::conj(fields[b]);
+        }
+        power /= static_cast<double>(realisations_.size());
+        m[a * channels_ + b] = -power.imag();
+        m[b * channels_ + a] = power.real();
+      }
+    }
+    return m;
+  }
+
+ private:
+  std::size_t channels_;
+  std::vector<std::vector<Complex>> realisations_;
+};
+
+constexpr SpectraChannels local{0, 1, 3, 4, 0, 1};
+constexpr SpectraChannels remote{0, 1, 3, 4, 5, 6};
+const Tensor earth{Complex{-3, 1}, Complex{40, 25}, Complex{-30, -28}, Complex{2, -4}};
+
+class Source {
+ public:
+  Complex field() { return {normal_(generator_), normal_(generator_)}; }
+
+ private:
+  std::mt19937 generator_{7};
+  std::normal_distribution<double> normal_;
+};
+
+// Hx, Hy, Hz, Ex, Ey and a reference that sees the same source on another scale; noise on the magnetic
+// channels if asked.
+std::vector<double> recorded(const Tensor& z, int realisations, double magnetic_noise) {
+  Source source;
+  Recording recording(7);
+  for (int k = 0; k < realisations; ++k) {
+    const Complex hx = source.field();
+    const Complex hy = 0.5 * hx + source.field();
+    const Complex rx = 1e7 * (0.9 * hx - 0.2 * hy + 0.3 * source.field());
+    const Complex ry = 1e-5 * (0.3 * hx + 1.1 * hy + 0.3 * source.field());
+    recording.add({hx + magnetic_noise * source.field(), hy + magnetic_noise * source.field(), source.field(),
+                   z[0] * hx + z[1] * hy, z[2] * hx + z[3] * hy, rx, ry});
+  }
+  return recording.matrix();
+}
+
+TensorEstimate estimate_of(const std::vector<double>& matrix, const SpectraChannels& channels,
+                           double rotation = 0.0, double averages = 100.0) {
+  TensorEstimate estimate;
+  const CrossSpectra spectra{1.0, averages, rotation, channels, 7, matrix};
+  EXPECT_EQ(mtcomp(spectra, estimate), MtcompError::none);
+  return estimate;
+}
+
+Complex element(const TensorEstimate& estimate, std::size_t index) {
+  const std::size_t place = std::array<std::size_t, 4>{0, 2, 6, 8}.at(index);
+  return {estimate.impedance[place], estimate.impedance[place + 1]};
+}
+
+double distance(const TensorEstimate& estimate, const Tensor& z) {
+  double sum = 0.0;
+  for (std::size_t index = 0; index < 4; ++index) {
+    sum += std::norm(element(estimate, index) - z[index]);
+  }
+  return std::sqrt(sum);
+}
+
+}  // namespace
+
+TEST(Mtcomp, Gives_back_the_tensor_that_made_the_fields) {
+  const std::vector<double> matrix = recorded(earth, 20, 0.0);
+  EXPECT_LT(distance(estimate_of(matrix, local), earth), 1e-4);
+  const TensorEstimate referenced = estimate_of(matrix, remote);
+  EXPECT_LT(distance(referenced, earth), 1e-4);
+  EXPECT_NEAR(referenced.coherence, 1.0, 1e-6);
+  const Complex determinant = earth[0] * earth[3] - earth[1] * earth[2];
+  EXPECT_LT(std::abs(Complex(referenced.impedance[4], referenced.impedance[5]) - std::sqrt(determinant)),
+            1e-4);
+}
+
+// Noise of the magnetic channels biases the local estimate downwards by its share of their power, and leaves
+// the referenced one alone.
+TEST(Mtcomp, A_reference_takes_away_the_bias_of_magnetic_noise) {
+  const std::vector<double> matrix = recorded(earth, 40000, 0.5);
+  const double size = 65.0;  // of the tensor
+  EXPECT_GT(distance(estimate_of(matrix, local), earth), 0.1 * size);
+  EXPECT_LT(distance(estimate_of(matrix, remote), earth), 0.02 * size);
+}
+
+// The spectra of a uniform earth written down by hand: Hy of power 1 and Ex = 1 + i times Hy, that is
+// <Ex Hy*> = 1 + i with Hy in row 1 and Ex in row 3, so that M[3][1] = 1 and M[1][3] = +1.
+TEST(Mtcomp, A_uniform_earth_has_a_phase_of_45_degrees) {
+  std::vector<double> matrix(25);
+  matrix[0 * 5 + 0] = 1.0;
+  matrix[1 * 5 + 1] = 1.0;
+  matrix[3 * 5 + 3] = 2.0;
+  matrix[4 * 5 + 4] = 2.0;
+  matrix[3 * 5 + 1] = 1.0;
+  matrix[1 * 5 + 3] = 1.0;
+  matrix[4 * 5 + 0] = -1.0;  // <Ey Hx*> = -1 - i
+  matrix[0 * 5 + 4] = -1.0;
+  TensorEstimate estimate;
+  ASSERT_EQ(mtcomp({1.0, 0.0, 0.0, local, 5, matrix}, estimate), MtcompError::none);
+  EXPECT_EQ(element(estimate, 1), Complex(1.0, 1.0));
+  EXPECT_EQ(element(estimate, 2), Complex(-1.0, -1.0));
+  EXPECT_EQ(element(estimate, 0), Complex());
+  EXPECT_LE(estimate.errors[1], -1e30F) << "no averages, no errors";
+}
+
+// A tensor seen from axes turned clockwise by t is R^T Z R with R = [[cos t, -sin t], [sin t, cos t]].
+TEST(Mtcomp, Turns_the_tensor_back_to_the_axes_of_the_channels) {
+  for (const double degrees : {-37.0, 30.0, 90.0, 107.0, 360.0}) {
+    SCOPED_TRACE(degrees);
+    const double c = std::cos(degrees * std::numbers::pi / 180.0);
+    const double s = std::sin(degrees * std::numbers::pi / 180.0);
+    const auto& [xx, xy, yx, yy] = earth;
+    const Tensor turned{
+        c * c * xx + c * s * (xy + yx) + s * s * yy, c * c * xy + c * s * (yy - xx) - s * s * yx,
+        c * c * yx + c * s * (yy - xx) - s * s * xy, c * c * yy - c * s * (xy + yx) + s * s * xx};
+    EXPECT_LT(distance(estimate_of(recorded(turned, 20, 0.0), remote, degrees), earth), 1e-4);
+  }
+}
+
+// With uncorrelated magnetic channels of power 1 and a residual of power s2 the limits are
+// 4 s2 / (averages - 4) times the F whose distribution function is 0.6827, integrated here by its density.
+TEST(Mtcomp, Errors_are_limits_of_the_F_distribution) {
+  constexpr double s2 = 0.09;
+  std::vector<double> matrix(25);
+  matrix[0] = matrix[6] = 1.0;
+  matrix[18] = s2 + 4.0;  // Ex = 2 Hy + noise
+  matrix[24] = s2;        // Ey is noise
+  matrix[3 * 5 + 1] = 2.0;
+  for (const double averages : {6.0, 14.0, 1000.0}) {
+    SCOPED_TRACE(averages);
+    TensorEstimate estimate;
+    ASSERT_EQ(mtcomp({1.0, averages, 0.0, local, 5, matrix}, estimate), MtcompError::none);
+    const double n = averages - 4.0;
+    const double limit = estimate.errors[1];
+    const double f_limit = limit * limit * n / (4.0 * s2);
+    const auto density = [&](double f) {
+      const double log_beta = std::lgamma(2.0) + std::lgamma(n / 2.0) - std::lgamma(2.0 + n / 2.0);
+      return std::exp(2.0 * std::log(4.0 / n) + std::log(f) - (2.0 + n / 2.0) * std::log1p(4.0 * f / n) -
+                      log_beta);
+    };
+    constexpr int steps = 20000;
+    double share = 0.0;
+    for (int k = 0; k < steps; ++k) {
+      share += density((k + 0.5) * f_limit / steps) * f_limit / steps;
+    }
+    EXPECT_NEAR(share, 0.6827, 1e-5);
+    EXPECT_FLOAT_EQ(estimate.errors[3], estimate.errors[1]);
+    EXPECT_NEAR(estimate.coherence, 0.0, 1e-6) << "Ey is not predicted at all";
+  }
+}
+
+TEST(Mtcomp, Refuses_what_has_no_tensor) {
+  const std::vector<double> good = recorded(earth, 20, 0.0);
+  std::vector<double> with_nan = good;
+  with_nan[2] = std::nan("");
+  // One direction of the magnetic field: the columns of the second channel repeat the first one's.
+  const std::vector<double> polarised(49, 1.0);
+  const std::vector<double> zeros(49, 0.0);
+  const std::vector<double> cut(good.begin(), good.end() - 1);
+  struct Case {
+    const char* name;
+    CrossSpectra spectra;
+    MtcompError error;
+  };
+  const Case cases[] = {
+      {"frequency 0", {0.0, 100.0, 0.0, local, 7, good}, MtcompError::bad_frequency},
+      {"frequency not a number", {std::nan(""), 100.0, 0.0, local, 7, good}, MtcompError::bad_frequency},
+      {"not a number", {1.0, 100.0, 0.0, local, 7, with_nan}, MtcompError::bad_matrix},
+      {"a value short", {1.0, 100.0, 0.0, local, 7, cut}, MtcompError::bad_matrix},
+      {"channel beyond", {1.0, 100.0, 0.0, {0, 1, 3, 7, 0, 1}, 7, good}, MtcompError::bad_matrix},
+      {"zeros", {1.0, 100.0, 0.0, local, 7, zeros}, MtcompError::singular},
+      {"polarised", {1.0, 100.0, 0.0, remote, 7, polarised}, MtcompError::singular}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TensorEstimate estimate;
+    estimate.coherence = 0.5F;
+    EXPECT_EQ(mtcomp(c.spectra, estimate), c.error);
+    EXPECT_EQ(estimate.coherence, 0.5F);
+  }
+}

@@ -1,0 +1,127 @@
+#include "occam/results/grid_export.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "tests/occam/results/made_results.h"
+
+namespace Module_occam {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A grid as other programs see it: places and types are those of the format.
+struct SeenGrid {
+  explicit SeenGrid(const std::string& path) : bytes(file_contents(path)) {
+    if (bytes.size() < 512) {
+      throw std::runtime_error(path + " is no grid");
+    }
+  }
+  template <class T>
+  T at(std::size_t offset) const {
+    T value;
+    std::memcpy(&value, bytes.data() + offset, sizeof(T));
+    return value;
+  }
+  int columns() const { return at<std::int32_t>(8); }
+  int rows() const { return at<std::int32_t>(12); }
+  double cell() const { return at<double>(20); }
+  /// The value of the node nearest to a place; nodes are counted from the lowest elevation.
+  float value(double x, double elevation) const {
+    const auto column = std::lround((x - at<double>(36)) / cell());
+    const auto row = std::lround((elevation - at<double>(44)) / cell());
+    return at<float>(512 + 4 * static_cast<std::size_t>(row * columns() + column));
+  }
+  std::string bytes;
+};
+
+class GridTest : public made::OccamTest {
+ protected:
+  void SetUp() override {
+    RunResults results;
+    ASSERT_EQ(open_results(made::write_results(folder), results), 0);
+    view.emplace(results);
+  }
+  std::string derived(const char* name) const { return folder.path(std::string("Brenlox/") + name); }
+  std::optional<RunView> view;
+};
+
+TEST_F(GridTest, Holds_each_block_right_side_up_with_padding_as_large_as_its_neighbour) {
+  const int outcome = write_grids(*view);
+  ASSERT_EQ(outcome, 0);
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 2U);  // the first one of the mesh, too small for the response
+  EXPECT_EQ(told[1], "Grid file has been written");
+  const SeenGrid grid(derived("iter_3_logres.grd"));
+  // Half of the narrowest column and of the lowest row.
+  EXPECT_EQ(grid.cell(), 5.0);
+  // The first layer's padding counts as 10 m and 70 m wide, like its neighbours, and that of the second ends
+  // there as well; the lower layer counts as 20 m thick.
+  EXPECT_EQ(grid.columns(), (270 - 90) / 5);
+  EXPECT_EQ(grid.rows(), 8);
+  EXPECT_EQ(grid.value(105.0 - 1.0, -2.5), 1.0F);
+  EXPECT_EQ(grid.value(120.0, -2.5), 1.5F);
+  EXPECT_EQ(grid.value(120.0, -22.5), 3.0F);
+  EXPECT_EQ(grid.value(180.0, -22.5), 2.5F);
+  EXPECT_EQ(grid.value(262.5, -22.5), 2.0F);
+  EXPECT_EQ(grid.value(92.5, -22.5), 2.0F);
+  const SeenGrid plain(derived("iter_3_res.grd"));
+  EXPECT_NEAR(plain.value(120.0, -22.5), 1000.0F, 1e-2);
+}
+
+TEST_F(GridTest, Points_and_fit_stand_in_tables) {
+  ASSERT_EQ(write_grids(*view), 0);
+  const std::string points = file_contents(derived("iter_3.xyz"));
+  EXPECT_TRUE(points.starts_with("         X,         Z,         Res,      LogRes\r\n")) << points;
+  EXPECT_NE(points.find("    105.00,    -10.00, 1.00000E+01, 1.00000E+00\r\n"), std::string::npos) << points;
+  EXPECT_FALSE(fs::exists(derived("iter_3.tmp")));
+  const std::string fit = file_contents(derived("iter_3_data_fit.dat"));
+  EXPECT_NE(fit.find("\r\n       110.0, 1.00000E+00,      2.0000,"), std::string::npos) << fit;
+  EXPECT_NE(fit.find("\r\n       110.0, 1.00000E+01,           *,           *,"), std::string::npos) << fit;
+}
+
+TEST_F(GridTest, Parameters_beyond_ten_decades_leave_a_hole) {
+  std::vector<double> parameters(9, 2.0);
+  parameters[1] = -10.5;
+  parameters[2] = 10.0;
+  const auto blocks = grid_blocks(occam_state().model, parameters);
+  EXPECT_EQ(blocks.size(), 8U);
+  const auto grid = block_grid(blocks, grid_frame(blocks, 5.0));
+  EXPECT_EQ(std::count(grid.values.begin(), grid.values.end(), 10.0), 16);  // 20 m in four rows
+}
+
+TEST(Grid_cell, Is_halved_until_it_nears_the_rows) {
+  const auto cell = [](double width, double height) {
+    OccamMesh mesh;
+    mesh.node_widths = {width, 2.0 * width};
+    mesh.node_heights = {2.0 * height, height};
+    return grid_cell(mesh);
+  };
+  EXPECT_EQ(cell(50.0, 45.0), 25.0);  // 22.5 + 2.5 is not below 25
+  EXPECT_EQ(cell(50.0, 44.0), 12.5);
+  EXPECT_EQ(cell(200.0, 20.0), 12.5);
+}
+
+TEST_F(GridTest, Nodes_in_excess_end_the_grid_above_the_lowest_block) {
+  const std::vector<GridBlock> blocks = {{0.0, 1000.0, 0.0, 10.0, 1.0}, {0.0, 1000.0, 10.0, 1e5, 2.0}};
+  const auto frame = grid_frame(blocks, 1.0);
+  EXPECT_EQ(frame.columns, 1000U);
+  EXPECT_EQ(frame.rows, 4000U);
+  const auto grid = block_grid(blocks, frame);
+  EXPECT_EQ(grid.values.front(), 2.0);
+  EXPECT_EQ(grid.values.back(), 1.0);
+}
+
+TEST_F(GridTest, Points_on_one_line_are_refused_in_a_sentence) {
+  static_cast<void>(folder.write(
+      "iter_3",
+      made::iteration_text(3, " 11 11 11 11 11\n 11 11 2.0 3.0\n")));  // two points of one layer are left
+  EXPECT_EQ(write_grids(*view), -1);
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_TRUE(told[0].starts_with("An error occurred while writing the grids: ")) << told[0];
+}
+
+}  // namespace
+}  // namespace Module_occam

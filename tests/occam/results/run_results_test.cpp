@@ -1,0 +1,201 @@
+// A run's iterations and responses as they are found, made and found again while the inversion is at work.
+#include "occam/results/run_results.h"
+
+#include "formats/occam/occam_state.h"
+#include "formats/occam/response_file.h"
+#include "occam/results/response_plots.h"
+#include "occam/results/run_summary.h"
+#include "occam/results/run_view.h"
+#include "tests/occam/results/made_results.h"
+
+namespace Module_occam {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RunResultsTest : public made::OccamTest {
+ protected:
+  /// Two looks: a file is taken when it has not changed between them.
+  bool settle(RunResults& results) {
+    const bool first = refresh_results(results);
+    return refresh_results(results) || first;
+  }
+};
+
+TEST_F(RunResultsTest, Lists_iterations_by_their_own_numbers) {
+  RunResults results;
+  ASSERT_EQ(open_results(made::write_results(folder), results), 0);
+  EXPECT_EQ(results.last_iteration, 3);
+  EXPECT_TRUE(results.has(1));
+  EXPECT_FALSE(results.has(2));
+  EXPECT_EQ(results.iteration_file[3], "iter_3");
+  EXPECT_EQ(results.response_file[3], "RESP_iter_3.out");
+  EXPECT_EQ(results.iteration_misfit[3], 4.25F);
+  EXPECT_EQ(results.iteration_roughness[1], 20.5F);
+  EXPECT_EQ(results.iteration_multiplier[1], 5.0F);
+  EXPECT_EQ(results.iteration_misfit[2], no_data);
+  EXPECT_TRUE(fs::is_directory(folder.folder() / "Brenlox"));
+  EXPECT_EQ(fs::current_path(), fs::canonical(folder.folder()));
+  EXPECT_EQ(control_file_in(folder.folder()).filename(), "startup");
+}
+
+TEST_F(RunResultsTest, Tells_what_can_not_be_opened) {
+  RunResults results;
+  const std::string start = made::write_results(folder);
+  static_cast<void>(folder.write("ITER_9", "FORMAT:           OCCAMITER_1.0\n"));
+  EXPECT_EQ(open_results(start, results), 0);
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_EQ(told[1], "Error -1 occurred while calculating the response for ITER_9");
+  EXPECT_EQ(results.last_iteration, 3);
+
+  static_cast<void>(folder.write("ITER_9", made::iteration_text(513, made::nine_parameters)));
+  EXPECT_EQ(open_results(start, results), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+
+  for (const char* name : {"ITER_9", "ITER_1", "iter_3"}) {
+    fs::remove(folder.folder() / name);
+  }
+  EXPECT_EQ(open_results(start, results), -1);
+  EXPECT_EQ(interface.take_messages(),
+            made::Messages{"No iteration files were found at the specified location"});
+}
+
+TEST_F(RunResultsTest, Takes_an_iteration_when_it_is_no_longer_being_written) {
+  RunResults opened;
+  ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
+  RunView view(opened);
+  const std::string whole = made::iteration_text(4, made::nine_parameters);
+  static_cast<void>(folder.write("ITER_4", whole.substr(0, whole.size() - 20)));
+  EXPECT_FALSE(view.refresh());
+  static_cast<void>(folder.write("ITER_4", whole));  // it has grown since the last look
+  EXPECT_FALSE(view.refresh());
+  EXPECT_TRUE(view.refresh());
+  EXPECT_EQ(view.results().last_iteration, 4);
+  EXPECT_FALSE(view.refresh());
+
+  view.choose_iteration(4);
+  EXPECT_EQ(view.load_iteration(), 0);
+  EXPECT_EQ(view.parameters().front(), 2.0);
+  // The run begins anew with other resistivities: what is on show follows the file.
+  static_cast<void>(folder.write("ITER_4", made::iteration_text(4, " 1.25 1 1 1 1 1 1 1 1 \n")));
+  EXPECT_EQ(view.load_iteration(), 0);
+  EXPECT_EQ(view.parameters().front(), 1.25);
+  // Its files go; the highest number is one that is there.
+  fs::remove(folder.folder() / "ITER_4");
+  EXPECT_TRUE(view.refresh());
+  EXPECT_EQ(view.current_iteration(), 3);
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(RunResultsTest, A_half_written_iteration_is_told_once_and_read_when_it_is_whole) {
+  RunResults opened;
+  ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
+  RunView view(opened);
+  static_cast<void>(folder.write("iter_3", made::iteration_text(3, " 2.0 1.0")));
+  EXPECT_EQ(view.load_iteration(), -1);
+  EXPECT_EQ(view.load_iteration(), -1);
+  EXPECT_TRUE(view.parameters().empty());
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  static_cast<void>(folder.write("iter_3", made::iteration_text(3, made::nine_parameters)));
+  EXPECT_EQ(view.load_iteration(), 0);
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(RunResultsTest, Makes_the_response_that_the_inversion_has_not_left) {
+  RunResults opened;
+  ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
+  RunView view(opened);
+  ASSERT_EQ(view.load_response(), 0);
+  const fs::path made_file = folder.folder() / "Brenlox" / "RESP_iter_3.out";
+  EXPECT_TRUE(fs::exists(made_file));
+  const OccamResponse& response = occam_state().response;
+  EXPECT_EQ(response.resp_sites(), 2);
+  EXPECT_EQ(response.resp_site_names[0], "station_110.0");
+  const OccamResponse::Row& row = response.row(ResponseKind::resistivity, 1, 1);
+  EXPECT_FLOAT_EQ(row[0], 2.0F);
+  EXPECT_NEAR(row[1], row[0] - row[2], 1e-5);
+  EXPECT_NEAR(row[3], row[1] / 0.1F, 1e-3);
+  EXPECT_GT(row[2], 1.0F);  // between the resistivities of the model
+  EXPECT_LT(row[2], 3.0F);
+  EXPECT_TRUE(is_absent(static_cast<double>(response.value(modelled, ResponseKind::phase, 2, 1))));
+
+  // One that the inversion leaves later gives way to ours, but not when the iteration is written anew.
+  static_cast<void>(folder.write("RESP_iter_3.out", file_contents(made_file.string())));
+  EXPECT_EQ(find_response(opened, 3), made_file);
+  fs::last_write_time(folder.folder() / "iter_3", fs::last_write_time(made_file) + std::chrono::seconds(5));
+  EXPECT_EQ(find_response(opened, 3), folder.folder() / "RESP_iter_3.out");
+
+  // What the mesh lacks is told with the first response of a run.
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_NE(told[0].find("\nThe mesh ends 0."), std::string::npos) << told[0];
+  view.choose_iteration(1);
+  ASSERT_EQ(view.load_response(), 0);
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(RunResultsTest, A_half_written_response_is_told_once_and_read_when_it_is_whole) {
+  RunResults opened;
+  ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
+  RunView view(opened);
+  const std::string row = "     1     1     5     0     2.0     0.5     5.0\n";
+  static_cast<void>(folder.write("RESP_iter_3.out", row + row));  // of four
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  EXPECT_FALSE(view.refresh());
+  static_cast<void>(folder.write("RESP_iter_3.out", row + row + row + row));
+  EXPECT_FALSE(view.refresh());
+  EXPECT_TRUE(view.refresh());
+  EXPECT_EQ(view.load_response(), 0);
+  EXPECT_FLOAT_EQ(occam_state().response.value(modelled, ResponseKind::resistivity, 1, 1), 1.5F);
+  EXPECT_FALSE(view.refresh());
+}
+
+TEST_F(RunResultsTest, A_stopped_response_leaves_no_file) {
+  RunResults opened;
+  ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
+  RunView view(opened);
+  interface->stop = [] { return true; };
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_FALSE(view.response_ready());
+  EXPECT_FALSE(fs::exists(folder.folder() / "Brenlox" / "RESP_iter_3.out"));
+  view.choose_iteration(2);
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(RunResultsTest, The_field_runs_response_is_that_of_the_inversion) {
+  const fs::path field = fs::path(BRENLOX_FIELD_DATA) / "occam2d";
+  if (!fs::exists(field)) {
+    GTEST_SKIP() << "no field data beside the checkout";
+  }
+  for (const fs::directory_entry& entry : fs::directory_iterator(field)) {
+    fs::copy_file(entry.path(), folder.folder() / entry.path().filename());
+  }
+  RunResults opened;
+  ASSERT_EQ(open_results(folder.folder() / "Occam2DStartup", opened), 0);
+  RunView view(opened);
+  ASSERT_EQ(view.current_iteration(), 12);
+  ASSERT_EQ(view.load_response(), 0);
+  const OccamResponse left = occam_state().response;
+  // The log of the run gives this misfit of all data.
+  EXPECT_NEAR(misfit_table(left).of_all().rms(), 0.9999997, 1e-4);
+  EXPECT_EQ(misfit_table(left).data_types, (std::vector<int>{1, 2, 5, 6}));
+  fs::remove(folder.folder() / "RESP12.resp");
+  ASSERT_EQ(view.load_response(), 0);
+  const OccamResponse& ours = occam_state().response;
+  ASSERT_EQ(ours.rows.size(), left.rows.size());
+  for (std::size_t i = 0; i < left.rows.size(); ++i) {
+    const bool phase = left.rows[i].data_type % 2 == 0 || left.rows[i].data_type == 6;
+    EXPECT_EQ(ours.rows[i].data_type, left.rows[i].data_type);
+    EXPECT_NEAR(ours.rows[i].values[2], left.rows[i].values[2], phase ? 0.003 : 2e-5) << i;
+  }
+  const made::Messages told = interface.take_messages();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_NE(told[0].find("0.20 skin depths thick at 78.125 Hz"), std::string::npos) << told[0];
+}
+
+}  // namespace
+}  // namespace Module_occam

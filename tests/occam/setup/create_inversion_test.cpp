@@ -1,0 +1,283 @@
+// Run directories made from lines of made stations, read back and checked by hand.
+#include "occam/setup/create_inversion.h"
+
+#include <map>
+
+#include "core/number_text.h"
+#include "formats/occam/data_file.h"
+#include "formats/occam/iteration_file.h"
+#include "formats/occam/model_file.h"
+#include "formats/occam/occam_state.h"
+#include "output/rhoplus_settings.h"
+#include "tests/reduction/made_readings.h"
+#include "tests/support/survey_fixture.h"
+
+namespace Module_occam {
+namespace {
+
+namespace fs = std::filesystem;
+using Messages = std::vector<std::string>;
+
+const std::string failed = "An error occurred while creating the Occam inversion: ";
+const std::string too_few = "There are not enough stations for the current line to perform a 2D inversion";
+
+class CreateInversionTest : public SurveyTest {
+ protected:
+  CreateInversionTest() {
+    reset_occam_state();
+    Module_output::rhoplus_settings() = {};
+    inputs.use_rhoplus_error = false;
+    inputs.directory = folder.path("");
+    inputs.occam_directory = "run";
+    inputs.description = "made";
+  }
+
+  /// Merged curves of 100 ohm-m and 45 degrees at 1, 10 and 100 Hz.
+  void store_stations(const std::vector<double>& stations) {
+    for (const double station : stations) {
+      made::ReadingKey key = made::key(0.0F, station);
+      key.data_type = data_type;
+      made::StoredReading curve = made::reading({{1, 100, 45}, {10, 100, 45}, {100, 100, 45}});
+      for (std::size_t index = 0; index < curve.curve.count(); ++index) {
+        curve.curve.value(Module_database::field_resistivity_deviation, index) = 1.0F;
+        curve.curve.value(Module_database::field_phase_deviation, index) = 0.5F;
+      }
+      made::store(key, 0, curve, 2, -1);
+    }
+  }
+
+  int create() { return create_inversion({"200E", 0, data_type, 50.0F}, inputs, steps, created); }
+
+  [[nodiscard]] fs::path run(const std::string& name = "") const { return folder.folder() / "run" / name; }
+
+  /// Contents of the run directory's files by name.
+  [[nodiscard]] std::map<std::string, std::string> files() const {
+    std::map<std::string, std::string> found;
+    if (fs::exists(run())) {
+      for (const fs::directory_entry& entry : fs::directory_iterator(run())) {
+        found[entry.path().filename().string()] =
+            entry.is_directory() ? "folder" : file_contents(entry.path().string());
+      }
+    }
+    return found;
+  }
+
+  InversionInputs inputs;
+  StationSteps steps;
+  CreatedInversion created;
+  std::string data_type = "ExHy";
+};
+
+std::vector<double> equally_spaced(int count) {
+  std::vector<double> stations;
+  for (int station = 1; station <= count; ++station) {
+    stations.push_back(100.0 * station);
+  }
+  return stations;
+}
+
+TEST_F(CreateInversionTest, Thirty_stations_make_a_run_that_is_read_back) {
+  new_survey();
+  store_stations(equally_spaced(30));
+  ASSERT_EQ(create(), 0);
+  EXPECT_EQ(interface.take_messages(), Messages{"Output complete. Number of data written: 180"});
+  EXPECT_EQ(created.data_count, 180);
+  EXPECT_EQ(created.directory, (folder.folder() / "run").string());
+
+  ControlFile names;
+  ASSERT_EQ(read_occam_control_file(run("startup").string(), names), 0);
+  EXPECT_EQ(names.model_file, "inmodel");
+  EXPECT_EQ(names.data_file, "occamdat");
+  ASSERT_EQ(read_occam_data_file(run(names.data_file).string()), 0);
+  EXPECT_EQ(occam_state().data.title, "made");
+  EXPECT_EQ(occam_state().data.site_count(), 30);
+  ASSERT_EQ(read_occam_model(run(names.model_file).string()), 0);
+  const OccamModel& model = occam_state().model;
+  EXPECT_EQ(model.mesh.columns(), 18 + 2 * 30);
+  EXPECT_EQ(model.mesh.rows(), 29);
+  EXPECT_EQ(model.num_layers(), 24);
+  EXPECT_EQ(model.layers.front().layer_blocks(), 30 + 4);
+  for (int site = 0; site < 30; ++site) {
+    const auto node = static_cast<std::size_t>(model.site_node[static_cast<std::size_t>(site)]);
+    EXPECT_DOUBLE_EQ(model.node_x.at(node), 100.0 * (site + 1));
+  }
+  OccamIteration start;
+  ASSERT_EQ(read_occam_iteration(IterationParts::with_parameters, run("startup").string(), start), 0);
+  EXPECT_EQ(start.number, 0);
+  EXPECT_EQ(start.PMU, 5.0);
+  EXPECT_EQ(start.RLAST, 1e7);
+  EXPECT_EQ(start.TLAST, 100.0);
+  EXPECT_EQ(start.parameters, std::vector<double>(static_cast<std::size_t>(model.num_free_params), 2.0));
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(CreateInversionTest, Three_stations_give_these_files) {
+  new_survey();
+  store_stations({100, 140, 300});  // nearer than half a block, then 1.6 blocks apart
+  session().frequency_count = 0;    // the list is that of the reference type, whatever was loaded
+  inputs.initial_res = "50";
+  ASSERT_EQ(create(), 0);
+  const auto set = files();
+  const std::string data = set.at("occamdat");
+  const std::string row = "0.1000\r\n";  // 5 % of log10 100
+  EXPECT_TRUE(
+      data.starts_with("FORMAT            OCCAM2MTDATA_1.0\r\nTITLE             made\r\n"
+                       "SITES             3\r\nstation_100.0\r\nstation_140.0\r\nstation_300.0\r\n"
+                       "OFFSETS\r\n       100.0\r\n       140.0\r\n       300.0\r\n"
+                       "FREQUENCIES       3\r\n      1.0000\r\n     10.0000\r\n    100.0000\r\n"
+                       "NO.DATABLOCKS     18\r\nSITE,FREQUENCY,DATATYPE,DATUM,ERROR\r\n"
+                       "     1           1       5       2.0000      " +
+                       row + "     1           1       6      45.0000      2.2500\r\n" +
+                       "     1           2       5       2.0000      " + row))
+      << data;
+  EXPECT_TRUE(data.ends_with("     3           3       6      45.0000      2.2500\r\n"));
+  EXPECT_TRUE(
+      set.at("mesh").starts_with(" MESH FILE FROM Brenlox\r\n"
+                                 "     0    27    30     0     0     2\r\n"  // four nodes
+                                 "  43740.000000  14580.000000   4860.000000"));
+  EXPECT_EQ(set.at("mesh"), set.at("MESH"));
+  EXPECT_NE(set.at("inmodel").find("BINDING OFFSET:   40.0\r\nNUM LAYERS:       24\r\n"
+                                   "     2     8\r\n     7     2     2     2     2     2     2     7\r\n"),
+            std::string::npos);
+  EXPECT_NE(set.at("startup").find("         1.6990         1.6990         1.6990         1.6990\r\n"),
+            std::string::npos);
+  EXPECT_EQ(set.at("occam_run.bat"), "occam2d\r\n");
+  EXPECT_EQ(set.at("occam_run.sh"), "#!/bin/sh\noccam2d\n");
+  EXPECT_NE(fs::status(run("occam_run.sh")).permissions() & fs::perms::owner_exec, fs::perms::none);
+  EXPECT_EQ(set.size(), 7U);
+}
+
+TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
+  new_survey();
+  data_type = "EyHx";
+  store_stations({100, 200, 300});
+  inputs.use_rhoplus_error = true;
+  int shown = 0;
+  steps.show_station = [&shown](int place) { EXPECT_EQ(place, ++shown); };
+  steps.fit_station = [](const Module_output::RhoplusSettings& settings,
+                         Module_output::RhoplusTables& tables) {
+    EXPECT_EQ(settings.apply_static, 1);
+    for (auto& row : tables.data) {
+      row.model_resistivity = 110.0F;
+      row.model_phase = 50.0F;
+    }
+  };
+  ASSERT_EQ(create(), 0);
+  EXPECT_EQ(shown, 3);
+  // (0.05 + 0.1) x 2 and 0.05 x 45.1 + 5
+  EXPECT_NE(files()
+                .at("occamdat")
+                .find("     2           3       1       2.0000      0.3000\r\n"
+                      "     2           3       2      45.0000      7.2550\r\n"),
+            std::string::npos);
+}
+
+TEST_F(CreateInversionTest, A_half_space_is_fitted_and_keeps_its_errors) {
+  new_survey();
+  store_stations({100, 200, 300});
+  inputs.use_rhoplus_error = true;
+  ASSERT_EQ(create(), 0);
+  // Rho+ fits 100 ohm-m and 45 degrees, so the errors stay near 0.05 x 2 and 0.05 x 45.1.
+  const std::string data = files().at("occamdat");
+  const std::size_t row = data.find("     2           2       5       2.0000");
+  ASSERT_NE(row, std::string::npos);
+  EXPECT_NEAR(numeric_value(data.substr(row + 39, 12)), 0.1, 0.01);
+  const std::size_t phase_row = data.find("     2           2       6      45.0000");
+  ASSERT_NE(phase_row, std::string::npos);
+  EXPECT_NEAR(numeric_value(data.substr(phase_row + 39, 12)), 2.255, 0.5);
+}
+
+TEST_F(CreateInversionTest, Too_few_stations_leave_only_the_files_that_start_the_program) {
+  new_survey();
+  store_stations({100, 200});
+  EXPECT_EQ(create(), -1);
+  EXPECT_EQ(interface.take_messages(), Messages{too_few});
+  EXPECT_TRUE(files().contains("occam_run.bat"));
+  EXPECT_FALSE(files().contains("occamdat"));
+  EXPECT_FALSE(session().updating_controls);
+  // A start station is the end station, too.
+  store_stations({300, 400});
+  inputs.first_station = "200";
+  EXPECT_EQ(create(), -1);
+  EXPECT_EQ(interface.take_messages(), Messages{too_few});
+}
+
+TEST_F(CreateInversionTest, A_station_without_a_curve_is_passed_over) {
+  new_survey();
+  store_stations({100, 300, 400});
+  (void)find_station(Module_database::StationSearch::create, "200E", 200.0);
+  ASSERT_EQ(create(), 0);
+  ASSERT_EQ(read_occam_data_file(run("occamdat").string()), 0);
+  EXPECT_EQ(occam_state().data.site_offsets, (std::vector<float>{100, 300, 400}));
+}
+
+TEST_F(CreateInversionTest, A_stop_leaves_what_was_there_before) {
+  new_survey();
+  store_stations(equally_spaced(5));
+  interface->stop = [this] { return interface->progress.size() > 2; };
+  ASSERT_EQ(create(), 0);
+  EXPECT_TRUE(created.stopped);
+  EXPECT_FALSE(fs::exists(run()));
+
+  interface->stop = [] { return false; };
+  ASSERT_EQ(create(), 0);
+  const auto before = files();
+  inputs.block_width = "20";
+  interface->progress.clear();
+  interface->stop = [this] { return interface->progress.size() > 2; };
+  ASSERT_EQ(create(), 0);
+  EXPECT_EQ(files(), before);
+  EXPECT_FALSE(session().updating_controls);
+  EXPECT_FALSE(interface->busy);
+  EXPECT_EQ(interface->progress.back(), -1);
+}
+
+TEST_F(CreateInversionTest, Failures_are_told_once_and_leave_what_was_there_before) {
+  new_survey();
+  store_stations(equally_spaced(3));
+  ASSERT_EQ(create(), 0);
+  interface.take_messages();
+  const auto before = files();
+  const InversionInputs good = inputs;
+  const auto expect_failure = [&](const std::string& message) {
+    EXPECT_EQ(create(), -1);
+    EXPECT_EQ(interface.take_messages(), Messages{message});
+    EXPECT_EQ(files(), before);
+    inputs = good;
+  };
+  inputs.data_file = "inmodel";
+  expect_failure(failed + "two files of the inversion would have the name inmodel");
+  inputs.data_file = "gone/occamdat";
+  expect_failure(failed + run("gone/occamdat").string() + ": No such file or directory");
+  inputs.model_file = "gone/inmodel";
+  expect_failure(failed + run("gone/inmodel").string() + ": No such file or directory");
+  inputs.model_file = "Startup";
+  expect_failure(failed + "two files of the inversion would have the name Startup");
+  inputs.directory = inputs.occam_directory = " ";
+  expect_failure(failed + "no folder has been chosen");
+  inputs.block_width = "0.0001";
+  expect_failure(failed + "the block width is too small for the length of the line");
+  inputs.num_layers = "2000";
+  inputs.layers_per_decade = "1";
+  expect_failure(failed + "the layers reach too deep");
+  inputs.iterations = "x";
+  expect_failure("The number of iterations is invalid");
+}
+
+TEST_F(CreateInversionTest, The_line_must_have_two_stations_and_two_frequencies) {
+  session().current_line = "200E";
+  session().station_line = {"100N", "200E"};
+  session().frequency_count = 3;
+  session().frequency_enabled = {1, 0, 1};
+  EXPECT_EQ(check_line_for_inversion(), -1);
+  EXPECT_EQ(interface.take_messages(), Messages{too_few});
+  session().station_line.emplace_back("200E");
+  EXPECT_EQ(check_line_for_inversion(), 0);
+  session().frequency_count = 2;
+  EXPECT_EQ(check_line_for_inversion(), -1);
+  EXPECT_EQ(interface.take_messages(),
+            Messages{"There is not enough enabled frequencies to perform a 2D inversion"});
+}
+
+}  // namespace
+}  // namespace Module_occam

@@ -1,0 +1,117 @@
+// What a person gives for a new inversion: kept, checked in order.
+#include "occam/setup/inversion_inputs.h"
+
+#include "core/session_state.h"
+#include "platform/settings_store/settings_store.h"
+#include "tests/formats/occam/made_run.h"
+
+namespace Module_occam {
+namespace {
+
+class InversionInputsTest : public made::OccamTest {
+ public:
+  InversionInputsTest() : earlier_(install_settings_store(std::make_unique<MemorySettingsStore>())) {
+    session().database_file = folder.path("survey.mdb");
+  }
+  ~InversionInputsTest() override {
+    install_settings_store(std::move(earlier_));
+    reset_session_state();
+  }
+
+ protected:
+  static void keep(const char* key, const char* value) {
+    settings_store().set_value("Marrowgate", "Brenlox", key, value);
+  }
+  static std::string kept(const char* key) {
+    return settings_store().value("Marrowgate", "Brenlox", key, "<no value>");
+  }
+
+ private:
+  std::unique_ptr<SettingsStore> earlier_;
+};
+
+TEST_F(InversionInputsTest, Are_kept_and_come_back) {
+  InversionInputs inputs = load_inversion_inputs();
+  EXPECT_EQ(inputs.directory, folder.path(""));
+  inputs.model_file = " model_a ";
+  inputs.block_width = "62.5";
+  inputs.use_standard_error = false;
+  inputs.directory = folder.path("runs");
+  inputs.first_station = "100";
+  std::filesystem::create_directory(inputs.directory);
+  store_inversion_inputs(inputs);
+  EXPECT_EQ(kept("OccamNumLayers"), "24");
+  EXPECT_EQ(kept("OccamStandardResError"), "0");
+
+  const InversionInputs again = load_inversion_inputs();
+  EXPECT_EQ(again.model_file, "model_a");
+  EXPECT_EQ(again.block_width, "62.5");
+  EXPECT_FALSE(again.use_standard_error);
+  EXPECT_TRUE(again.use_rhoplus_error);
+  EXPECT_EQ(again.directory, folder.path("runs"));
+  EXPECT_EQ(again.first_station, "");
+}
+
+TEST_F(InversionInputsTest, Invalid_kept_values_give_the_defaults) {
+  keep("OccamIterations", "many");
+  keep("OccamRMS", "0");
+  keep("OccamTopLayer", "-5");
+  keep("OccamModelFile", " ");
+  keep("OccamUseRhoplusError", "2");
+  keep("OccamStandardResError", "text");
+  keep("OccamDirectory", folder.path("gone").c_str());
+  const InversionInputs inputs = load_inversion_inputs();
+  EXPECT_EQ(inputs.iterations, "20");
+  EXPECT_EQ(inputs.target_RMS, "1.2");
+  EXPECT_EQ(inputs.top_layer, "20");
+  EXPECT_EQ(inputs.model_file, "inmodel");
+  EXPECT_TRUE(inputs.use_rhoplus_error);
+  EXPECT_TRUE(inputs.use_standard_error);
+  EXPECT_EQ(inputs.directory, folder.path(""));
+}
+
+TEST_F(InversionInputsTest, The_first_invalid_entry_is_told) {
+  struct Case {
+    std::string InversionInputs::*entry;
+    const char* text;
+    const char* message;
+  };
+  const Case cases[] = {
+      {&InversionInputs::first_station, "10a", "The start station is not valid"},
+      {&InversionInputs::initial_res, "0", "The initial model res is invalid"},
+      {&InversionInputs::doubling_threshold, "", "The doubling threshold is invalid"},
+      {&InversionInputs::block_width, "-1", "The block width is invalid"},
+      {&InversionInputs::top_layer, "1e999", "The top layer thickness is invalid"},
+      {&InversionInputs::layers_per_decade, "0.9", "The number of layers per decade is invalid"},
+      {&InversionInputs::num_layers, "0.5", "The number of layers is invalid"},
+      {&InversionInputs::phase_error_floor, "x", "The target Phase error floor is invalid"},
+      {&InversionInputs::res_error_floor, "0", "The target res error floor is invalid"},
+      {&InversionInputs::target_RMS, "1,2", "The target RMS is invalid"},
+      {&InversionInputs::iterations, "0", "The number of iterations is invalid"},
+      {&InversionInputs::data_file, "  ", "You must specify the data file name"},
+      {&InversionInputs::model_file, "", "You must specify the model file name"}};
+  InversionInputs inputs;
+  InversionChoices choices;
+  EXPECT_EQ(check_inversion_inputs(inputs, choices), 0);
+  for (const Case& c : cases) {  // from the last entry to the first: each goes before those spoilt so far
+    inputs.*c.entry = c.text;
+    EXPECT_EQ(check_inversion_inputs(inputs, choices), -1);
+    EXPECT_EQ(interface.take_messages(), made::Messages{c.message});
+  }
+}
+
+TEST_F(InversionInputsTest, A_start_station_is_both_limits) {
+  InversionInputs inputs;
+  InversionChoices choices;
+  inputs.last_station = "not looked at";
+  ASSERT_EQ(check_inversion_inputs(inputs, choices), 0);
+  EXPECT_EQ(choices.first_station, -1e32);
+  EXPECT_EQ(choices.last_station, 1e32);
+  inputs.first_station = " 1250.5 ";
+  ASSERT_EQ(check_inversion_inputs(inputs, choices), 0);
+  EXPECT_EQ(choices.first_station, 1250.5);
+  EXPECT_EQ(choices.last_station, 1250.5);
+}
+
+}  // namespace
+}  // namespace Module_occam

@@ -1,0 +1,251 @@
+// The window of results, worked as a person does.
+#include "occam/windows/Form_occam_inversion.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTableWidget>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include "formats/occam/occam_state.h"
+#include "platform/graph/VexGraphControl.h"
+#include "tests/occam/results/made_results.h"
+
+using namespace Module_occam;
+namespace fs = std::filesystem;
+
+class FormOccamInversionTest : public QObject {
+  Q_OBJECT
+
+ private:
+  template <class Widget>
+  Widget* control(const char* name) const {
+    auto* const found = window_->findChild<Widget*>(name);
+    if (found == nullptr) {
+      qFatal("no control %s", name);
+    }
+    return found;
+  }
+  QString text(const char* name) const { return control<QLineEdit>(name)->text(); }
+  QString status() const { return control<QStatusBar>("Status_occam")->currentMessage(); }
+  QImage section() const { return control<QWidget>("Picture_model")->grab().toImage(); }
+  void click(const char* name) const { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
+  /// Two looks of the timer at the directory.
+  void look_twice() const {
+    QTest::keyClick(window_.get(), Qt::Key_F5);
+    QTest::keyClick(window_.get(), Qt::Key_F5);
+  }
+  /// The colours of a section; a blank one has the few of its frame and texts.
+  static int colours(const QImage& image) {
+    QSet<QRgb> seen;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        const QColor colour(image.pixel(x, y));
+        if (colour.hsvSaturation() > 200) {
+          seen.insert(colour.rgb());
+        }
+      }
+    }
+    return static_cast<int>(seen.size());
+  }
+
+  std::unique_ptr<TemporaryFolder> folder_;
+  std::unique_ptr<RecordingInterface> interface_;
+  std::unique_ptr<Form_occam_inversion> window_;
+  fs::path started_in_ = fs::current_path();
+
+ private Q_SLOTS:
+  void init() {
+    reset_occam_state();
+    folder_ = std::make_unique<TemporaryFolder>();
+    interface_ = std::make_unique<RecordingInterface>();
+    RunResults results;
+    QCOMPARE(open_results(made::write_results(*folder_), results), 0);
+    window_ = std::make_unique<Form_occam_inversion>(results);
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+  }
+  void cleanup() {
+    window_.reset();
+    fs::current_path(started_in_);
+    interface_.reset();
+    folder_.reset();
+  }
+
+  void shows_the_last_iteration_and_follows_list_and_bar() {
+    QCOMPARE(control<QComboBox>("Combo_iteration")->count(), 4);
+    QCOMPARE(text("Text_iterate"), "3");
+    QCOMPARE(text("Text_RMS"), "4.2500");
+    QCOMPARE(text("Text_roughness"), "20.5000");
+    QCOMPARE(text("Text_min_res_model"), "1.00 / 10.00");
+    QCOMPARE(text("Text_max_res_model"), "3.00 / 1000.00");
+    const QImage third = section();
+    QVERIFY(colours(third) > 20);
+
+    control<QScrollBar>("HScroll_iteration")->setValue(2);  // without a file
+    QCOMPARE(control<QComboBox>("Combo_iteration")->currentIndex(), 2);
+    QCOMPARE(text("Text_RMS"), "NA");
+    QCOMPARE(text("Text_min_res_model"), "NA");
+    QCOMPARE(colours(section()), 0);
+    control<QComboBox>("Combo_iteration")->setCurrentIndex(3);
+    QCOMPARE(control<QScrollBar>("HScroll_iteration")->value(), 3);
+    QCOMPARE(section(), third);
+    QVERIFY(interface_->take_messages().empty());
+  }
+
+  void bad_ranges_leave_the_picture_blank_but_the_numbers_stand() {
+    auto* const lower = control<QLineEdit>("Text_min_res");
+    const QString range = lower->text();
+    for (const char* bad : {"", "x", "9"}) {
+      lower->setText(bad);
+      QCOMPARE(colours(section()), 0);
+      QCOMPARE(text("Text_min_res_model"), "NA");
+      QCOMPARE(text("Text_RMS"), "4.2500");
+    }
+    lower->setText(range);
+    control<QLineEdit>("Text_max_depth")->setText("99");
+    QCOMPARE(colours(section()), 0);
+    control<QLineEdit>("Text_max_depth")->setText("1e9");
+    QVERIFY(colours(section()) > 20);
+    QVERIFY(interface_->take_messages().empty());
+  }
+
+  void switches_change_the_picture() {
+    const QImage plain = section();
+    for (const char* name : {"Check_invert_colour", "Check_draw_mesh", "Check_log_vertical"}) {
+      auto* const check = control<QCheckBox>(name);
+      check->click();
+      QVERIFY2(section() != plain, name);
+      check->click();
+      QVERIFY2(section() == plain, name);
+    }
+    control<QComboBox>("Combo_colour_table")->setCurrentIndex(0);
+    QVERIFY(section() != plain);
+  }
+
+  void pointer_reads_distance_depth_and_resistivity() {
+    auto* const picture = control<QWidget>("Picture_model");
+    QTest::mouseMove(picture, QPoint(51, picture->height() - 60));
+    QTRY_VERIFY(status().startsWith("Distance 100."));
+    QVERIFY2(status().contains("Resistivity 3.00 log10 ohm-m (1000.00 ohm-m)"), qPrintable(status()));
+    QTest::mouseMove(picture, QPoint(5, 5));
+    QTRY_VERIFY(status().isEmpty());
+  }
+
+  void wheel_zooms_and_a_double_click_shows_all_again() {
+    auto* const picture = control<QWidget>("Picture_model");
+    const QImage all = section();
+    QWheelEvent wheel(picture->rect().center(), picture->mapToGlobal(picture->rect().center()), {}, {0, 240},
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(picture, &wheel);
+    QVERIFY(section() != all);
+    QTest::mouseDClick(picture, Qt::LeftButton);
+    QCOMPARE(section(), all);
+  }
+
+  void response_is_computed_shown_and_read_under_the_pointer() {
+    click("Command_display_response");
+    QCOMPARE(control<QPushButton>("Command_display_response")->text().remove('&'), "Iterations");
+    QVERIFY(fs::exists(folder_->folder() / "Brenlox" / "RESP_iter_3.out"));
+    auto* const stations = control<QScrollBar>("HScroll_station");
+    QCOMPARE(stations->minimum(), 1);
+    QCOMPARE(stations->maximum(), 2);
+    auto* const chart = control<VexGraphControl>("vxGraph_res");
+    QVERIFY(chart->point_position(0, 0));  // station 1 has a value at 1 Hz, station 2 at 10 Hz
+    QVERIFY(!chart->point_position(0, 1));
+    stations->setValue(2);
+    QVERIFY(!chart->point_position(0, 0));
+    QVERIFY(chart->point_position(0, 1));
+    auto* const misfits = control<QTableWidget>("Grid_misfit");
+    QCOMPARE(misfits->rowCount(), 3);
+    QCOMPARE(misfits->columnCount(), 3);  // two data types and all
+    // A click on the first site's column goes there.
+    auto* const errors = control<QWidget>("Picture_res_error");
+    QTest::mouseClick(errors, Qt::LeftButton, {}, QPoint(60, errors->height() / 2));
+    QCOMPARE(stations->value(), 1);
+    QTest::mouseMove(errors, QPoint(60, 30));
+    QTRY_VERIFY(status().startsWith("Site station_110.0 at 110.0 m   Frequency 1 Hz   Resistivity error "));
+    control<QComboBox>("Combo_display_mode")->setCurrentIndex(5);
+    auto* const profile = control<VexGraphControl>("vxGraph_profile_res");
+    QVERIFY(profile->point_position(0, 1));
+    QVERIFY(!profile->point_position(0, 0));
+    click("Command_display_response");
+    QCOMPARE(control<QPushButton>("Command_display_response")->text().remove('&'), "Response");
+  }
+
+  void an_iteration_without_response_leaves_none_on_show() {
+    click("Command_display_response");
+    control<QScrollBar>("HScroll_iteration")->setValue(2);
+    QVERIFY(!control<VexGraphControl>("vxGraph_res")->point_position(0, 0));
+    QCOMPARE(control<QTableWidget>("Grid_misfit")->rowCount(), 0);
+  }
+
+  void a_run_at_work_is_followed() {
+    static_cast<void>(
+        folder_->write("ITER_4", made::iteration_text(4, " 2.0 1.7 1.5 2.0 2.0\n 2.0 3.0 2.5 2.0\n")));
+    look_twice();
+    QCOMPARE(control<QComboBox>("Combo_iteration")->count(), 5);
+    QCOMPARE(text("Text_iterate"), "4");
+    QCOMPARE(text("Text_min_res_model"), "1.50 / 31.62");
+    // The file is written anew, for now in part.
+    static_cast<void>(folder_->write("ITER_4", made::iteration_text(4, " 2.0 1.7")));
+    look_twice();
+    QCOMPARE(text("Text_min_res_model"), "NA");
+    QCOMPARE(colours(section()), 0);
+    QCOMPARE(interface_->take_messages().size(), 1U);
+    look_twice();
+    QVERIFY(interface_->take_messages().empty());
+    fs::remove(folder_->folder() / "ITER_4");
+    look_twice();
+    QCOMPARE(text("Text_iterate"), "3");
+    QVERIFY(colours(section()) > 20);
+  }
+
+  void pictures_and_grids_are_written() {
+    const auto pdf = [this](const std::string& path) { return file_contents(path).substr(0, 5) == "%PDF-"; };
+    RunResults results;
+    QCOMPARE(open_results(folder_->path("startup"), results), 0);
+    RunView view(results);
+    const SectionLook look{.choices = SectionChoices{1.0, 3.0, 2000.0, false}};
+    QCOMPARE(save_section(view, look, folder_->path("a.png"), {600, 300}), 0);
+    const QImage picture(QString::fromStdString(folder_->path("a.png")));
+    QCOMPARE(picture.width(), 1200);
+    QVERIFY(colours(picture) > 20);
+    QCOMPARE(save_section(view, look, folder_->path("a.pdf"), {600, 300}), 0);
+    QVERIFY(pdf(folder_->path("a.pdf")));
+    QCOMPARE(save_station_fits(view, folder_->path("fits.pdf")), 0);
+    QVERIFY(pdf(folder_->path("fits.pdf")));
+    const std::string earlier = file_contents(folder_->path("a.pdf"));
+    QCOMPARE(save_section(view, {}, folder_->path("a.pdf"), {600, 300}), -1);
+    QCOMPARE(save_section(view, look, folder_->path("a.bmp"), {600, 300}), -1);
+    QVERIFY(file_contents(folder_->path("a.pdf")) == earlier);
+    interface_->take_messages();
+    click("Command_write_grid");
+    QCOMPARE(interface_->take_messages(), made::Messages{"Grid file has been written"});
+  }
+
+  void the_menu_asks_for_a_control_file() {
+    menu_occam2d(nullptr);  // cancelled
+    QCOMPARE((*interface_)->file_dialogs.at(0).title, "Select the Occam2d control file");
+    (*interface_)->path_answers.push_back(folder_->path("startup"));
+    bool seen = false;
+    QTimer::singleShot(0, [&seen] {
+      auto* const shown = qobject_cast<Form_occam_inversion*>(QApplication::activeModalWidget());
+      seen = shown != nullptr;
+      if (seen) {
+        shown->findChild<QPushButton*>("Command_done")->click();
+      }
+    });
+    menu_occam2d(nullptr);
+    QVERIFY(seen);
+  }
+};
+
+QTEST_MAIN(FormOccamInversionTest)
+#include "form_occam_inversion_test.moc"

@@ -1,0 +1,147 @@
+// The window that makes an inversion, worked as a person does.
+#include "occam/windows/Form_occam.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QPushButton>
+#include <QTest>
+
+#include "platform/settings_store/settings_store.h"
+#include "platform/widgets/folder_tree.h"
+#include "tests/reduction/made_readings.h"
+#include "tests/support/recording_interface.h"
+#include "tests/support/temporary_folder.h"
+
+using Messages = std::vector<std::string>;
+namespace fs = std::filesystem;
+
+class FormOccamTest : public QObject {
+  Q_OBJECT
+
+ private:
+  template <class Widget = QLineEdit>
+  Widget* control(const char* name) const {
+    return window_->findChild<Widget*>(name);
+  }
+  void open_window(Module_occam::StationSteps steps = {}) {
+    window_ = std::make_unique<Form_occam>(std::move(steps));
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    control<QCheckBox>("Check_use_rhoplus_error")->setChecked(false);
+  }
+  void type(const char* name, const QString& text) const {
+    control(name)->setFocus();
+    control(name)->selectAll();
+    QTest::keyClicks(control(name), text.isEmpty() ? " " : text);
+  }
+  void click(const char* name) const { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
+  [[nodiscard]] fs::path run(const char* name) const { return folder_->folder() / "run" / name; }
+
+  std::unique_ptr<TemporaryFolder> folder_;
+  std::unique_ptr<RecordingInterface> interface_;
+  std::unique_ptr<Form_occam> window_;
+  fs::path started_in_ = fs::current_path();
+
+ private Q_SLOTS:
+  void init() {
+    folder_ = std::make_unique<TemporaryFolder>();
+    interface_ = std::make_unique<RecordingInterface>();
+    install_settings_store(std::make_unique<MemorySettingsStore>());
+    reset_session_state();
+    Module_database::reset_module();
+    SessionState& state = session();
+    state.database_file = folder_->path("survey.mdb");
+    QCOMPARE(Module_database::create_database(), 0);
+    QCOMPARE(Module_database::open_database(), 0);
+    for (int station = 1; station <= 4; ++station) {
+      const double place = 100.0 * station;
+      made::store(made::key(0.0F, place), 0, made::reading({{1, 100, 45}, {10, 100, 45}}), 2, -1);
+      state.station_line.emplace_back("200E");
+      state.station_value.push_back(place);
+    }
+    state.current_line = "200E";
+    state.current_reference_type = 0;
+    state.current_data_type = "ExHy";
+    state.current_dipole = 50.0F;
+  }
+  void cleanup() {
+    window_.reset();
+    interface_.reset();  // before the next one is installed
+    Module_database::reset_module();
+    fs::current_path(started_in_);
+  }
+
+  void shows_the_line_the_defaults_and_what_they_give() {
+    open_window();
+    QCOMPARE(window_->windowTitle(), QString("Create Occam Inversion for line: 200E"));
+    QCOMPARE(control("Text_data_file")->text(), QString("occamdat"));
+    QCOMPARE(control("Text_Layers_decade")->text(), QString("8"));
+    QCOMPARE(fs::path(control<FolderTree>("DirList")->folder().toStdString()), folder_->folder());
+    auto* const summary = control<QLabel>("Label_summary");
+    QVERIFY2(summary->text().startsWith("4 stations, mesh of 26 by 29 cells, "), qPrintable(summary->text()));
+    type("Text_block_width", "50");
+    QVERIFY2(summary->text().startsWith("4 stations, mesh of 32 by 29 cells, "), qPrintable(summary->text()));
+    type("Text_block_width", "wide");
+    QCOMPARE(summary->text(), QString("The block width is invalid"));
+    click("Command_create_inversion");
+    QCOMPARE(interface_->take_messages(), Messages{"The block width is invalid"});
+  }
+
+  void makes_a_run_in_a_new_folder_and_keeps_the_entries() {
+    open_window();
+    type("Text_occam_directory", "run");
+    QVERIFY(control<QLabel>("Label_run_folder")->text().endsWith("run"));
+    type("Text_num_layers", "12");
+    click("Command_create_inversion");
+    const Messages messages = interface_->take_messages();
+    QCOMPARE(messages.size(), std::size_t{1});
+    QCOMPARE(messages.front(), std::string("Output complete. Number of data written: 16"));
+    QVERIFY(fs::exists(run("startup")));
+    QVERIFY(control("Text_num_layers")->isEnabled());
+    click("Command_done");
+    QVERIFY(!window_->isVisible());
+    open_window();
+    QCOMPARE(control("Text_num_layers")->text(), QString("12"));
+    QCOMPARE(control("Text_occam_directory")->text(), QString());
+  }
+
+  void escape_stops_a_run_and_leaves_everything_as_it_was() {
+    Module_occam::StationSteps steps;
+    steps.show_station = [this](int place) {
+      QVERIFY(!control("Text_num_layers")->isEnabled());
+      QVERIFY(session().updating_controls);
+      if (place == 2) {
+        QTest::keyClick(window_.get(), Qt::Key_Escape);
+      }
+      QVERIFY(place <= 2);
+    };
+    open_window(steps);
+    type("Text_occam_directory", "run");
+    click("Command_create_inversion");
+    QVERIFY(window_->isVisible());
+    QVERIFY(interface_->take_messages().empty());
+    QVERIFY(!fs::exists(run("")));
+    QVERIFY(control("Text_num_layers")->isEnabled());
+    QVERIFY(!session().updating_controls);
+    QCOMPARE(control<QLabel>("Label_progress")->text(), QString("Stopped; nothing was written"));
+    QTest::keyClick(window_.get(), Qt::Key_Escape);
+    QVERIFY(!window_->isVisible());
+  }
+
+  void fits_a_small_screen() {
+    open_window();
+    QVERIFY(window_->minimumSizeHint().width() <= 1200);
+    QVERIFY(window_->minimumSizeHint().height() <= 740);
+    if (const QString pictures = qEnvironmentVariable("BRENLOX_PICTURES"); !pictures.isEmpty()) {
+      QTest::qWait(2000);  // the folder tree fills by and by
+      QVERIFY(window_->grab().save(pictures + "/form_occam.png"));
+    }
+  }
+};
+
+QTEST_MAIN(FormOccamTest)
+#include "form_occam_test.moc"
