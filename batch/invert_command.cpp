@@ -27,10 +27,10 @@ struct InvertOptions {
   std::string json_path;  // empty: a table on the standard output
 };
 
-Json model_json(const std::vector<vexmtutils::RhoplusLayer>& model) {
+Json model_json(const std::vector<numerics::rhoplus::RhoplusLayer>& model) {
   Json layers = Json::array();
-  for (const vexmtutils::RhoplusLayer& layer : model) {
-    const bool basement = layer.conductance >= vexmtutils::perfect_conductor;
+  for (const numerics::rhoplus::RhoplusLayer& layer : model) {
+    const bool basement = layer.conductance >= numerics::rhoplus::perfect_conductor;
     layers.push_back({{"depth", decimal_of_single(layer.depth)},
                       {"conductance", basement ? Json() : Json(decimal_of_single(layer.conductance))}});
   }
@@ -40,7 +40,7 @@ Json model_json(const std::vector<vexmtutils::RhoplusLayer>& model) {
 /// Conductances in S at depths in m; null stands for a perfect conductor.
 Json station_json(double station, const StationInversion& inversion) {
   Json json{{"station", station}, {"status", inversion.run.status}};
-  if (inversion.run.status == vexmtutils::rhoplus_ran) {
+  if (inversion.run.status == numerics::rhoplus::rhoplus_ran) {
     json["used_values"] = inversion.run.used_values;
     json["target_chi"] = decimal_of_single(inversion.run.target_chi);
     json["achieved_chi"] = decimal_of_single(inversion.run.achieved_chi);
@@ -54,15 +54,15 @@ Json station_json(double station, const StationInversion& inversion) {
 
 void print_station(double station, const StationInversion& inversion) {
   std::cout << "Station " << plain_text(station) << ": ";
-  if (inversion.run.status != vexmtutils::rhoplus_ran) {
+  if (inversion.run.status != numerics::rhoplus::rhoplus_ran) {
     std::cout << (inversion.run.message.empty() ? "No data to invert" : inversion.run.message) << '\n';
     return;
   }
   std::cout << inversion.run.used_values << " values, chi "
             << format_number(inversion.run.achieved_chi, "0.00") << ", target "
             << format_number(inversion.run.target_chi, "0.00") << '\n';
-  for (const vexmtutils::RhoplusLayer& layer : inversion.run.model) {
-    const bool basement = layer.conductance >= vexmtutils::perfect_conductor;
+  for (const numerics::rhoplus::RhoplusLayer& layer : inversion.run.model) {
+    const bool basement = layer.conductance >= numerics::rhoplus::perfect_conductor;
     std::cout << "  " << format_number(layer.depth, "0.0") << " m  "
               << (basement ? "perfect conductor" : plain_text(layer.conductance) + " S") << '\n';
   }

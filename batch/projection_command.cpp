@@ -27,10 +27,11 @@ struct ProjectionOptions {
 };
 
 std::string datum_words(const CoordSystem& definition) {
-  const auto datum = vexutil32::find_datum(definition.datum);
+  const auto datum = numerics::geodesy::find_datum(definition.datum);
   std::string words = plain_text(definition.datum) + ' ' + (datum ? datum->name : "unknown");
-  if (vexutil32::datum_is_replaced(definition)) {
-    const auto substitute = vexutil32::find_datum(vexutil32::substitute_datum(definition.projection));
+  if (numerics::geodesy::datum_is_replaced(definition)) {
+    const auto substitute =
+        numerics::geodesy::find_datum(numerics::geodesy::substitute_datum(definition.projection));
     words += ", computed on " + (substitute ? substitute->ellipsoid : "another ellipsoid");
   }
   return words;
@@ -40,10 +41,10 @@ void print_projection(const CoordSystem& definition) {
   const std::pair<const char*, std::string> rows[] = {
       {"Name", definition.name},
       {"Projection",
-       plain_text(definition.projection) + ' ' + vexutil32::projection_name(definition.projection)},
+       plain_text(definition.projection) + ' ' + numerics::geodesy::projection_name(definition.projection)},
       {"Datum", datum_words(definition)},
       {"Hemisphere",
-       plain_text(definition.hemisphere) + ' ' + vexutil32::hemisphere_name(definition.hemisphere)},
+       plain_text(definition.hemisphere) + ' ' + numerics::geodesy::hemisphere_name(definition.hemisphere)},
       {"Origin longitude", criterion_text(definition.origin_longitude)},
       {"Origin latitude", criterion_text(definition.origin_latitude)},
       {"Standard parallel 1", criterion_text(definition.standard_parallel_1)},

@@ -27,13 +27,14 @@ void bare_pass(const std::vector<double>& from, std::vector<double>& to, std::si
   }
 }
 
-void grid(benchmark::State& state, const std::vector<vexminc::ScatteredPoint>& points, std::size_t side) {
-  const vexgrid::GridFrame frame = {0.0, 0.0, 1.0 / static_cast<double>(side - 1), side, side};
+void grid(benchmark::State& state, const std::vector<numerics::gridding::ScatteredPoint>& points,
+          std::size_t side) {
+  const numerics::gridding::GridFrame frame = {0.0, 0.0, 1.0 / static_cast<double>(side - 1), side, side};
   int iterations = 0;
   std::vector<double> from(side * side, 1.0);
   std::vector<double> to(side * side);
   run_beside_bound(
-      state, [&] { iterations = vexminc::minimum_curvature(points, frame)->iterations; },
+      state, [&] { iterations = numerics::gridding::minimum_curvature(points, frame)->iterations; },
       [&] {
         for (int pass = 0; pass < iterations; ++pass) {
           bare_pass(from, to, side);
@@ -49,7 +50,7 @@ double smooth(double x, double y) { return std::sin(9.0 * x) * std::cos(7.0 * y)
 void random_points(benchmark::State& state) {
   std::mt19937 random(1);
   std::uniform_real_distribution<double> uniform(0.0, 1.0);
-  std::vector<vexminc::ScatteredPoint> points;
+  std::vector<numerics::gridding::ScatteredPoint> points;
   for (int k = 0; k < state.range(1); ++k) {
     const double x = uniform(random);
     const double y = uniform(random);
@@ -61,7 +62,7 @@ void random_points(benchmark::State& state) {
 // As in a section: columns of points, layers that grow with depth, a steep contrast.
 void section_points(benchmark::State& state) {
   const auto side = static_cast<std::size_t>(state.range(0));
-  std::vector<vexminc::ScatteredPoint> points;
+  std::vector<numerics::gridding::ScatteredPoint> points;
   for (std::size_t column = 0; column < side; column += 10) {
     const double x = static_cast<double>(column) / static_cast<double>(side - 1);
     double y = 1.0;

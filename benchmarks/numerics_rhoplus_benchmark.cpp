@@ -16,14 +16,14 @@
 
 namespace {
 
-std::vector<vexmtutils::RhoplusRow> table(int count, double error, bool noisy, std::uint32_t seed) {
+std::vector<numerics::rhoplus::RhoplusRow> table(int count, double error, bool noisy, std::uint32_t seed) {
   const bool wide = count >= 300;
   std::vector<made::RhoplusDatum> data =
       made::layered(made::ground(5), made::frequencies(count, wide ? 1e-5 : 1e-3, wide ? 1e4 : 1e3), error);
   if (noisy) {
     made::add_noise(data, seed);
   }
-  std::vector<vexmtutils::RhoplusRow> rows;
+  std::vector<numerics::rhoplus::RhoplusRow> rows;
   rows.reserve(data.size());
   for (const made::RhoplusDatum& d : data) {
     rows.push_back({static_cast<float>(d.frequency), static_cast<float>(d.resistivity),
@@ -45,7 +45,7 @@ void solve_least_squares(const Eigen::MatrixXd& columns, const Eigen::VectorXd& 
 void invert_tables(benchmark::State& state, double error, bool noisy) {
   constexpr std::uint32_t stations = 8;
   const auto frequencies = static_cast<int>(state.range(0));
-  std::vector<std::vector<vexmtutils::RhoplusRow>> tables;
+  std::vector<std::vector<numerics::rhoplus::RhoplusRow>> tables;
   for (std::uint32_t station = 0; station < stations; ++station) {
     tables.push_back(table(frequencies, error, noisy, station + 1));
   }
@@ -60,8 +60,8 @@ void invert_tables(benchmark::State& state, double error, bool noisy) {
       state,
       [&] {
         std::string log;
-        const vexmtutils::RhoplusRun run =
-            vexmtutils::rhoplus(tables[turn++ % stations], vexmtutils::RhoplusSurface::insulating, &log);
+        const numerics::rhoplus::RhoplusRun run = numerics::rhoplus::rhoplus(
+            tables[turn++ % stations], numerics::rhoplus::RhoplusSurface::insulating, &log);
         benchmark::DoNotOptimize(log);
         const double chi2 = static_cast<double>(run.achieved_chi) * run.achieved_chi;
         misfit2 = std::max(misfit2, chi2 / run.used_values);

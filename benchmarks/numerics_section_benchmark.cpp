@@ -12,8 +12,8 @@
 
 namespace {
 
-mt2dresponse::Section blocks(std::size_t columns, std::size_t rows) {
-  mt2dresponse::Section section;
+numerics::section::Section blocks(std::size_t columns, std::size_t rows) {
+  numerics::section::Section section;
   section.left_edge = -50.0 * static_cast<double>(columns);
   section.column_widths.assign(columns, 100.0);
   for (std::size_t row = 0; row < rows; ++row) {
@@ -53,7 +53,7 @@ double operations(std::size_t columns, std::size_t rows) {
 void response(benchmark::State& state) {
   const auto columns = static_cast<std::size_t>(state.range(0));
   const auto rows = static_cast<std::size_t>(state.range(1));
-  const mt2dresponse::Section section = blocks(columns, rows);
+  const numerics::section::Section section = blocks(columns, rows);
   std::vector<double> sites;
   for (std::size_t s = 0; s < 15; ++s) {
     sites.push_back(100.0 * static_cast<double>(s));
@@ -71,7 +71,8 @@ void response(benchmark::State& state) {
   run_beside_bound(
       state,
       [&] {
-        benchmark::DoNotOptimize(mt2dresponse::compute_response(section, sites, frequencies, {.threads = 1}));
+        benchmark::DoNotOptimize(
+            numerics::section::compute_response(section, sites, frequencies, {.threads = 1}));
       },
       [&] {
         subtract_columns(target, sources, static_cast<std::size_t>(work / static_cast<double>(4 * strip)));

@@ -11,17 +11,17 @@
 namespace {
 
 /// The curve passes through its points, and has a value wherever the points have sensible heights.
-bool is_sound(const CubicSpline& curve) {
+bool is_sound(const numerics::gridding::CubicSpline& curve) {
   constexpr double sensible = 1e6;
   const auto is_sensible = [](double value) { return std::abs(value) < sensible; };
   for (std::size_t point = 0; point < curve.x.size(); ++point) {
-    if (cubval(curve, curve.x[point]) != curve.y[point]) {
+    if (numerics::gridding::cubval(curve, curve.x[point]) != curve.y[point]) {
       return false;
     }
   }
   return !std::ranges::all_of(curve.second_derivative, is_sensible) ||
          !std::ranges::all_of(curve.x, is_sensible) || !std::ranges::all_of(curve.y, is_sensible) ||
-         std::isfinite(cubval(curve, (curve.x.front() + curve.x.back()) / 2.0));
+         std::isfinite(numerics::gridding::cubval(curve, (curve.x.front() + curve.x.back()) / 2.0));
 }
 
 }  // namespace

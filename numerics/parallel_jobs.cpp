@@ -10,7 +10,7 @@
 
 #include "core/scope_guard.h"
 
-namespace mt2dresponse {
+namespace numerics {
 
 namespace {
 
@@ -96,4 +96,4 @@ bool run_jobs(std::size_t count, std::size_t threads,
   return !stopped;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <functional>
 
-namespace mt2dresponse {
+namespace numerics {
 
 /// Runs job(item, thread) for items 0 to count - 1, each once, on threads of its own; item and thread numbers
 /// are 0-based. The calling thread only waits and reports.
@@ -18,4 +18,4 @@ bool run_jobs(std::size_t count, std::size_t threads,
 /// The number of threads that run_jobs will use.
 std::size_t job_threads(std::size_t count, std::size_t threads);
 
-}  // namespace mt2dresponse
+}  // namespace numerics

@@ -58,7 +58,7 @@ std::string data_line(float frequency, const Datum& rho, const Datum& phi) {
 }
 
 void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Datum& phi) {
-  vexmtutils::RhoplusRow& row = tables.data.emplace_back();
+  numerics::rhoplus::RhoplusRow& row = tables.data.emplace_back();
   row.frequency = frequency;
   row.resistivity = rho.value;
   row.resistivity_error = rho.error;

@@ -14,7 +14,7 @@
 namespace Module_output {
 
 /// One row a written frequency.
-using RhoplusData = std::vector<vexmtutils::RhoplusRow>;
+using RhoplusData = std::vector<numerics::rhoplus::RhoplusRow>;
 
 /// Where the rows come from.
 struct RhoplusIndex {

@@ -8,19 +8,20 @@ namespace Module_projections {
 
 namespace {
 
-using vexutil32::CoordinateSystemValues;
+using numerics::geodesy::CoordinateSystemValues;
 
 constexpr double largest_meridian = 360.0;
 constexpr double largest_parallel = 89.0;  // the cones of a pole are not taken
 constexpr double widest_zone = 360.0;
 
 bool is_conic(std::int32_t projection) {
-  return projection >= vexutil32::projection_lambert_conformal &&
-         projection <= vexutil32::projection_equidistant_conic;
+  return projection >= numerics::geodesy::projection_lambert_conformal &&
+         projection <= numerics::geodesy::projection_equidistant_conic;
 }
 
 bool has_zones(std::int32_t projection) {
-  return projection == vexutil32::projection_australian_map_grid || projection == vexutil32::projection_utm;
+  return projection == numerics::geodesy::projection_australian_map_grid ||
+         projection == numerics::geodesy::projection_utm;
 }
 
 bool within(double value, double limit) { return value >= -limit && value <= limit; }  // false for a NaN
@@ -73,8 +74,8 @@ bool compare_coordinate_system_values(const CoordSystem& a, const CoordSystem& b
 }
 
 std::string coordinate_system_fault(const CoordinateSystemValues& values) {
-  if (values.projection < vexutil32::projection_geographic ||
-      values.projection > vexutil32::projection_epsg_3857) {
+  if (values.projection < numerics::geodesy::projection_geographic ||
+      values.projection > numerics::geodesy::projection_epsg_3857) {
     return "The projection is undefined";
   }
   if (is_conic(values.projection)) {
@@ -94,7 +95,7 @@ int decode_coordinate_system(CoordSystem& definition) {
       user_interface().show_message(fault);
       return -1;
     }
-    definition.transform_parameters = vexutil32::crdprm(definition);
+    definition.transform_parameters = numerics::geodesy::crdprm(definition);
     return 0;
   });
 }

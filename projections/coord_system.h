@@ -9,13 +9,13 @@
 namespace Module_projections {
 
 /// A definition: the twelve values (angles in degrees, lengths in metres) under a name.
-struct CoordSystem : vexutil32::CoordinateSystemValues {
+struct CoordSystem : numerics::geodesy::CoordinateSystemValues {
   std::int32_t status = 0;
   std::string name;  // before a "|" the name proper, behind it a description
-  vexutil32::TransformParameters transform_parameters{};  // all zeros until decoded
+  numerics::geodesy::TransformParameters transform_parameters{};  // all zeros until decoded
 
-  [[nodiscard]] const vexutil32::CoordinateSystemValues& values() const { return *this; }
-  void set_values(const vexutil32::CoordinateSystemValues& values) {
+  [[nodiscard]] const numerics::geodesy::CoordinateSystemValues& values() const { return *this; }
+  void set_values(const numerics::geodesy::CoordinateSystemValues& values) {
     CoordinateSystemValues::operator=(values);
   }
 };
@@ -32,7 +32,7 @@ std::string joined_name(std::string_view name, std::string_view description);
 bool compare_coordinate_system_values(const CoordSystem& a, const CoordSystem& b);
 
 /// The first fault of the values, as its message words it; empty if there is none.
-std::string coordinate_system_fault(const vexutil32::CoordinateSystemValues& values);
+std::string coordinate_system_fault(const numerics::geodesy::CoordinateSystemValues& values);
 
 /// Tests a definition and computes its transform parameters.
 /// @return 0, or -1 after a message; the parameters are then as before

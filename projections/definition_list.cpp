@@ -14,7 +14,7 @@ namespace Module_projections {
 
 namespace {
 
-using vexutil32::CoordinateSystemValues;
+using numerics::geodesy::CoordinateSystemValues;
 
 constexpr std::string_view application = "Marrowgate";
 constexpr std::string_view section = "Projection";

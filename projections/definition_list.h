@@ -38,13 +38,13 @@ void clear_definitions();
 int find_definition(std::string_view name);
 
 /// The definition with these values; 0 if there is none.
-int find_definition(const vexutil32::CoordinateSystemValues& values);
+int find_definition(const numerics::geodesy::CoordinateSystemValues& values);
 
 /// The text under which the store keeps a definition: its values with ";" between them.
-std::string definition_text(const vexutil32::CoordinateSystemValues& values);
+std::string definition_text(const numerics::geodesy::CoordinateSystemValues& values);
 
 /// The values of such a text. None for a malformed one; `fault` then names the first field that is.
-std::optional<vexutil32::CoordinateSystemValues> definition_from_text(std::string_view text,
-                                                                      std::string& fault);
+std::optional<numerics::geodesy::CoordinateSystemValues> definition_from_text(std::string_view text,
+                                                                              std::string& fault);
 
 }  // namespace Module_projections

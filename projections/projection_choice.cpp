@@ -15,7 +15,7 @@ namespace Module_projections {
 
 namespace {
 
-using vexutil32::CoordinateSystemValues;
+using numerics::geodesy::CoordinateSystemValues;
 
 constexpr const char* name_in_use = "That name is already in use. Replace the existing definition?";
 

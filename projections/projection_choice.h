@@ -13,11 +13,11 @@ namespace Module_projections {
 void load_user_definitions();
 
 /// Writes the values to the definition at `index`, under the name it has.
-int save_current(int index, const vexutil32::CoordinateSystemValues& values);
+int save_current(int index, const numerics::geodesy::CoordinateSystemValues& values);
 
 /// Asks for a name and keeps the values under it.
 /// @param index what the list shows now
-int save_new(int index, const vexutil32::CoordinateSystemValues& values);
+int save_new(int index, const numerics::geodesy::CoordinateSystemValues& values);
 
 /// Deletes the definition at `index` from list and store.
 int delete_current(int index);
@@ -25,7 +25,7 @@ int delete_current(int index);
 /// The name under which values would be used: that of the definition that has them, of the survey's
 /// projection if it does, else the name that was asked for, else that of the definition at `index` or of the
 /// survey's projection.
-std::string name_for(const vexutil32::CoordinateSystemValues& values, int index,
+std::string name_for(const numerics::geodesy::CoordinateSystemValues& values, int index,
                      const std::string& asked_name);
 
 /// Makes a definition the survey's projection: tested, joined to the user's list if it is not the survey's

@@ -8,7 +8,7 @@
 
 namespace Module_projections {
 
-using vexutil32::CoordinateSystemValues;
+using numerics::geodesy::CoordinateSystemValues;
 
 std::string field_text(const CoordinateSystemValues& values, ValueField field) {
   if (const auto* const whole = std::get_if<WholeNumber>(&field)) {

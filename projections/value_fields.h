@@ -10,8 +10,8 @@
 
 namespace Module_projections {
 
-using WholeNumber = std::int32_t vexutil32::CoordinateSystemValues::*;
-using Number = double vexutil32::CoordinateSystemValues::*;
+using WholeNumber = std::int32_t numerics::geodesy::CoordinateSystemValues::*;
+using Number = double numerics::geodesy::CoordinateSystemValues::*;
 using ValueField = std::variant<WholeNumber, Number>;
 
 /// One of the twelve values and what it is called.
@@ -21,25 +21,27 @@ struct NamedField {
   ValueField field;
 };
 inline constexpr std::array<NamedField, 12> named_fields{
-    {{"datum", "Datum", &vexutil32::CoordinateSystemValues::datum},
-     {"projection", "projection", &vexutil32::CoordinateSystemValues::projection},
-     {"hemisphere", "hemisphere", &vexutil32::CoordinateSystemValues::hemisphere},
-     {"Origin_Longitude", "Origin_Longitude", &vexutil32::CoordinateSystemValues::origin_longitude},
-     {"Origin_Latitude", "Origin_Latitude", &vexutil32::CoordinateSystemValues::origin_latitude},
-     {"Standard_parallel_1", "Standard_parallel_1", &vexutil32::CoordinateSystemValues::standard_parallel_1},
-     {"Standard_parallel_2", "Standard_parallel_2", &vexutil32::CoordinateSystemValues::standard_parallel_2},
-     {"false_easting", "False_easting", &vexutil32::CoordinateSystemValues::false_easting},
-     {"false_northing", "False_northing", &vexutil32::CoordinateSystemValues::false_northing},
-     {"scale_factor", "Scale_factor", &vexutil32::CoordinateSystemValues::scale_factor},
-     {"zone_width", "Zone_width", &vexutil32::CoordinateSystemValues::zone_width},
-     {"zone_number", "Zone_number", &vexutil32::CoordinateSystemValues::zone_number}}};
+    {{"datum", "Datum", &numerics::geodesy::CoordinateSystemValues::datum},
+     {"projection", "projection", &numerics::geodesy::CoordinateSystemValues::projection},
+     {"hemisphere", "hemisphere", &numerics::geodesy::CoordinateSystemValues::hemisphere},
+     {"Origin_Longitude", "Origin_Longitude", &numerics::geodesy::CoordinateSystemValues::origin_longitude},
+     {"Origin_Latitude", "Origin_Latitude", &numerics::geodesy::CoordinateSystemValues::origin_latitude},
+     {"Standard_parallel_1", "Standard_parallel_1",
+      &numerics::geodesy::CoordinateSystemValues::standard_parallel_1},
+     {"Standard_parallel_2", "Standard_parallel_2",
+      &numerics::geodesy::CoordinateSystemValues::standard_parallel_2},
+     {"false_easting", "False_easting", &numerics::geodesy::CoordinateSystemValues::false_easting},
+     {"false_northing", "False_northing", &numerics::geodesy::CoordinateSystemValues::false_northing},
+     {"scale_factor", "Scale_factor", &numerics::geodesy::CoordinateSystemValues::scale_factor},
+     {"zone_width", "Zone_width", &numerics::geodesy::CoordinateSystemValues::zone_width},
+     {"zone_number", "Zone_number", &numerics::geodesy::CoordinateSystemValues::zone_number}}};
 
 /// The shortest text that reads back as exactly the same value.
-std::string field_text(const vexutil32::CoordinateSystemValues& values, ValueField field);
+std::string field_text(const numerics::geodesy::CoordinateSystemValues& values, ValueField field);
 
 /// Takes a text over into a value; an empty one is 0.
 /// @return false, with the value as before, if the text is no number or a whole number is needed and it isn't
 /// one
-bool read_field(std::string_view text, ValueField field, vexutil32::CoordinateSystemValues& values);
+bool read_field(std::string_view text, ValueField field, numerics::geodesy::CoordinateSystemValues& values);
 
 }  // namespace Module_projections

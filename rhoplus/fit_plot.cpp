@@ -15,8 +15,8 @@ using Module_averaged_data::Extent;
 using Module_database::Curve;
 using Module_display_data::GraphPair;
 using Module_display_data::PanePlot;
-using vexmtutils::RhoplusLayer;
-using vexmtutils::RhoplusRow;
+using numerics::rhoplus::RhoplusLayer;
+using numerics::rhoplus::RhoplusRow;
 
 namespace {
 
@@ -89,7 +89,9 @@ graph::AxisLimits decades_around(const std::vector<double>& values) {
   return limits;
 }
 
-bool is_basement(const RhoplusLayer& layer) { return layer.conductance >= vexmtutils::perfect_conductor; }
+bool is_basement(const RhoplusLayer& layer) {
+  return layer.conductance >= numerics::rhoplus::perfect_conductor;
+}
 
 }  // namespace
 

@@ -21,9 +21,9 @@ std::string fit_point_text(const Module_display_data::GraphPair& plot, std::size
 /// The sheets of the model as stems of conductance (S) at their depth (m), both axes logarithmic, a series a
 /// sheet. A sheet at the surface stands near the left edge; a perfect conductor at the bottom reaches the
 /// upper edge. Empty without a model.
-Module_display_data::PanePlot sheet_plot(const std::vector<vexmtutils::RhoplusLayer>& model);
+Module_display_data::PanePlot sheet_plot(const std::vector<numerics::rhoplus::RhoplusLayer>& model);
 
 /// "Sheet 2 of 5: 1250 m, 12.4 S"; "Perfect conductor: 5200 m". Sheets count from 0 here.
-std::string sheet_text(const std::vector<vexmtutils::RhoplusLayer>& model, std::size_t sheet);
+std::string sheet_text(const std::vector<numerics::rhoplus::RhoplusLayer>& model, std::size_t sheet);
 
 }  // namespace Module_rhoplus

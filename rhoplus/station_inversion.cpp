@@ -21,9 +21,9 @@ constexpr const char* failed_text = "An error occurred while performing the 1d i
 constexpr std::int32_t reduction_merged = 2;
 constexpr std::size_t longest_log = 32000;  // bytes
 
-vexmtutils::RhoplusSurface surface_of(const Module_output::RhoplusSettings& settings) {
-  return settings.surface == 0 ? vexmtutils::RhoplusSurface::conducting
-                               : vexmtutils::RhoplusSurface::insulating;
+numerics::rhoplus::RhoplusSurface surface_of(const Module_output::RhoplusSettings& settings) {
+  return settings.surface == 0 ? numerics::rhoplus::RhoplusSurface::conducting
+                               : numerics::rhoplus::RhoplusSurface::insulating;
 }
 
 /// The log as far as a text box takes it. Empty if there is none.
@@ -75,7 +75,8 @@ int invert_station(const ReadingKey& key, StationInversion& result) {
       return -1;
     }
     if (!result.tables.data.empty()) {
-      result.run = vexmtutils::rhoplus(folder, stem, result.tables.data, surface_of(rhoplus_settings()));
+      result.run =
+          numerics::rhoplus::rhoplus(folder, stem, result.tables.data, surface_of(rhoplus_settings()));
       result.log = read_log(folder / (stem + ".out"));
     }
     return 0;
@@ -89,7 +90,8 @@ int invert_station_in_memory(const ReadingKey& key, StationInversion& result) {
     }
     result.tables = Module_output::rhoplus_tables(result.merged, rhoplus_settings());
     if (!result.tables.data.empty()) {
-      result.run = vexmtutils::rhoplus(result.tables.data, surface_of(rhoplus_settings()), &result.log);
+      result.run =
+          numerics::rhoplus::rhoplus(result.tables.data, surface_of(rhoplus_settings()), &result.log);
     }
     return 0;
   });

@@ -17,7 +17,7 @@ struct StationInversion {
   StoredReading merged;  // ID 0: the station has none
   float scale = 1.0F;    // on its resistivities: static factor and resistivity scale, as the settings ask for
   Module_output::RhoplusTables tables;  // with the model's response, once the run has filled it
-  vexmtutils::RhoplusRun run;           // status rhoplus_not_run where there was nothing to invert
+  numerics::rhoplus::RhoplusRun run;    // status rhoplus_not_run where there was nothing to invert
   std::string log;                      // text of the run's log
 };
 

@@ -79,7 +79,7 @@ void append_resistivities(const EdiSection& section, std::size_t element, std::s
   const TensorElement& tensor = section.elements[element];
   const std::string name(element_names[element]);
   const auto resistivity = [&](std::size_t k) {
-    return apparent_resistivity(tensor.impedance[k], section.frequencies[k]);
+    return numerics::impedance::apparent_resistivity(tensor.impedance[k], section.frequencies[k]);
   };
   const auto relative_error = [&](std::size_t k) {
     return tensor.deviation[k] / std::abs(tensor.impedance[k]);
@@ -87,7 +87,9 @@ void append_resistivities(const EdiSection& section, std::size_t element, std::s
   append_block("RHO" + name, each(section, resistivity), text);
   append_block("RHO" + name + ".ERR",
                each(section, [&](auto k) { return 2.0 * resistivity(k) * relative_error(k); }), text);
-  append_block("PHS" + name, each(section, [&](auto k) { return phase_degrees(tensor.impedance[k]); }), text);
+  append_block("PHS" + name,
+               each(section, [&](auto k) { return numerics::impedance::phase_degrees(tensor.impedance[k]); }),
+               text);
   append_block("PHS" + name + ".ERR",
                each(section, [&](auto k) { return degrees_per_radian * relative_error(k); }), text);
 }

@@ -39,7 +39,7 @@ double ground_resistivity(const Module_samples::SampleLine& line, double station
   double conductance = 0.0;  // S
   double layer_top = 0.0;
   const double within = std::clamp(station, Module_samples::first_station, last_station);
-  for (const Module_samples::Layer& layer : Module_samples::ground_below(line, within)) {
+  for (const numerics::impedance::Layer& layer : Module_samples::ground_below(line, within)) {
     const double layer_bottom = layer.thickness > 0.0 ? layer_top + layer.thickness : bottom;
     conductance +=
         std::max(std::min(layer_bottom, bottom) - std::max(layer_top, top), 0.0) / layer.resistivity;

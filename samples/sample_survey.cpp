@@ -58,9 +58,9 @@ void measure(const Recording& recording, std::uint64_t seed, EdiSection& section
                        static_cast<std::uint32_t>(recording.repeat)};
   const bool spoiled = recording.station == recording.line->spoiled_station &&
                        recording.repeat == recording.line->spoiled_repeat;
-  const std::vector<Layer> ground = ground_below(*recording.line, recording.station);
+  const std::vector<numerics::impedance::Layer> ground = ground_below(*recording.line, recording.station);
   for (const double frequency : section.frequencies) {
-    const std::complex<double> of_layers = surface_impedance(ground, frequency);
+    const std::complex<double> of_layers = numerics::impedance::surface_impedance(ground, frequency);
     const double deviation = noise_level(frequency) * std::abs(of_layers);
     for (std::size_t element = 0; element < section.elements.size(); ++element) {
       // The stated deviation knows nothing of outliers, as in the field.
@@ -108,7 +108,7 @@ SampleFile make_file(const Recording& recording, std::uint64_t seed) {
 
 }  // namespace
 
-std::vector<Layer> ground_below(const SampleLine& line, double station) {
+std::vector<numerics::impedance::Layer> ground_below(const SampleLine& line, double station) {
   // 0 at the first station, 1 at the last: the cover thins out and the conductive layer rises northward.
   const double along = (station - first_station) / (station_step * (station_count - 1));
   return {{60.0, 60.0 - 35.0 * along},

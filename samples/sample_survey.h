@@ -53,7 +53,7 @@ struct SampleFile {
 };
 
 /// The ground under a station of a line.
-std::vector<Layer> ground_below(const SampleLine& line, double station);
+std::vector<numerics::impedance::Layer> ground_below(const SampleLine& line, double station);
 
 /// Elevation of a station of either line, m: the lines cross a hill.
 double elevation_at(double station);

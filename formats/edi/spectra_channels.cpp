@@ -71,7 +71,7 @@ std::string role_name(const NamedChannel& named, const EdiChannel* channel) {
 using CandidatesByName = std::map<std::string, Candidates, std::less<>>;
 
 bool take_pair(CandidatesByName& candidates, std::string_view x, std::string_view y, std::size_t rank,
-               VexMTutils::SpectraChannels& places) {
+               numerics::impedance::SpectraChannels& places) {
   const Candidates& of_x = candidates[std::string(x)];
   const Candidates& of_y = candidates[std::string(y)];
   if (!of_x.has(rank) || !of_y.has(rank)) {
@@ -91,7 +91,7 @@ SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vecto
     candidates[role_name(named[place], channel)].add({place, channel});
   }
   SpectraRoles roles;
-  VexMTutils::SpectraChannels places;
+  numerics::impedance::SpectraChannels places;
   const auto take = [&](const char* name, std::size_t& place) {
     Candidates& found = candidates[name];
     found.put_local_first();

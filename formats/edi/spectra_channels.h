@@ -16,7 +16,7 @@ struct NamedChannel {
 };
 
 struct SpectraRoles {
-  std::optional<VexMTutils::SpectraChannels> places;
+  std::optional<numerics::impedance::SpectraChannels> places;
   std::string missing;  // "HX, EY": why there are no places
   std::optional<EdiChannel> local_hx;
 };

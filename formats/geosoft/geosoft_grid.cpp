@@ -11,7 +11,10 @@
 #include "core/number_text.h"
 #include "platform/files/safe_files.h"
 
-namespace vexgrid {
+namespace formats::geosoft {
+
+using numerics::gridding::GridFrame;
+using numerics::gridding::RegularGrid;
 
 namespace {
 
@@ -141,4 +144,4 @@ void write_geosoft_grid(const std::filesystem::path& file, const RegularGrid& gr
   safe_files::write_into_place(file, bytes);
 }
 
-}  // namespace vexgrid
+}  // namespace formats::geosoft

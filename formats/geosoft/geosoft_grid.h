@@ -4,7 +4,7 @@
 
 #include "numerics/gridding/regular_grid.h"
 
-namespace vexgrid {
+namespace formats::geosoft {
 
 /// Writes a grid: 32-bit values in rows along X from the lowest Y upwards, not compressed.
 ///
@@ -14,6 +14,6 @@ namespace vexgrid {
 /// Throws std::invalid_argument for a grid without nodes, with a count that doesn't fit its values, with a
 /// position or cell that isn't finite and positive, or with a value beyond 32 bits; std::runtime_error with
 /// the system's description if the file can't be written. The earlier file is then as before.
-void write_geosoft_grid(const std::filesystem::path& file, const RegularGrid& grid);
+void write_geosoft_grid(const std::filesystem::path& file, const numerics::gridding::RegularGrid& grid);
 
-}  // namespace vexgrid
+}  // namespace formats::geosoft

@@ -15,6 +15,9 @@
 
 namespace Module_data_file {
 
+using numerics::geodesy::GeographicAngle;
+using numerics::geodesy::read_geographic_angle;
+
 namespace {
 
 constexpr std::string_view place_stays = "; the place is taken from the HX channel as it stands";
@@ -62,13 +65,13 @@ class PlaceOptions {
     }
   }
 
-  [[nodiscard]] std::optional<vexutil32::GeographicPlace> place() const {
+  [[nodiscard]] std::optional<numerics::geodesy::GeographicPlace> place() const {
     const std::optional<double> latitude = reference_latitude_ ? reference_latitude_ : head_latitude_;
     const std::optional<double> longitude = reference_longitude_ ? reference_longitude_ : head_longitude_;
     if (!latitude || !longitude) {
       return std::nullopt;
     }
-    return vexutil32::GeographicPlace{*latitude, *longitude};
+    return numerics::geodesy::GeographicPlace{*latitude, *longitude};
   }
 
  private:
@@ -105,8 +108,8 @@ class PlaceOptions {
 
 }  // namespace
 
-std::optional<vexutil32::GeographicPlace> read_edi_reference_place(const std::string& file,
-                                                                   FileReport& report) {
+std::optional<numerics::geodesy::GeographicPlace> read_edi_reference_place(const std::string& file,
+                                                                           FileReport& report) {
   LineReader reader(file);
   PlaceOptions options(report);
   Block block = Block::other;
@@ -132,14 +135,14 @@ std::optional<vexutil32::GeographicPlace> read_edi_reference_place(const std::st
 }
 
 std::optional<MapPosition> converted_edi_place(const std::string& file, FileReport& report) {
-  const std::optional<vexutil32::GeographicPlace> place = read_edi_reference_place(file, report);
+  const std::optional<numerics::geodesy::GeographicPlace> place = read_edi_reference_place(file, report);
   if (!place) {
     remark_unreadable(report, 0, "the head gives no latitude and longitude" + std::string(place_stays));
     return std::nullopt;
   }
   try {
-    const vexutil32::MapPlace map =
-        vexutil32::ll2en(Module_projections::current_coord_system().transform_parameters, *place);
+    const numerics::geodesy::MapPlace map =
+        numerics::geodesy::ll2en(Module_projections::current_coord_system().transform_parameters, *place);
     return MapPosition{map.easting, map.northing};
   } catch (const std::exception& failure) {
     remark_unreadable(report, 0,

@@ -12,8 +12,8 @@ namespace Module_data_file {
 /// REFLAT and REFLONG of >=DEFINEMEAS; where one is absent or can't be read, LAT or LONG of >HEAD. Texts that
 /// can't be read go into the report.
 /// @return none if latitude or longitude is missing. Throws std::runtime_error if the file can't be read.
-std::optional<vexutil32::GeographicPlace> read_edi_reference_place(const std::string& file,
-                                                                   FileReport& report);
+std::optional<numerics::geodesy::GeographicPlace> read_edi_reference_place(const std::string& file,
+                                                                           FileReport& report);
 
 /// The reference place of a file in the survey's projection. Without one, or when the projection can't show
 /// it, the report says why. Throws likewise.

@@ -19,7 +19,7 @@ namespace Module_data_file {
 
 namespace {
 
-using VexMTutils::MtcompError;
+using numerics::impedance::MtcompError;
 
 // From mV/km/nT to ohm: mu0 times 1000.
 constexpr double ohms_of_field_unit = 12.56637061435916 / 10000.0;
@@ -29,7 +29,7 @@ constexpr std::array<std::size_t, 4> real_parts{0, 2, 6, 8};
 
 struct EstimatedFrequency {
   double frequency = 0.0;  // Hz
-  VexMTutils::TensorEstimate estimate;
+  numerics::impedance::TensorEstimate estimate;
 };
 
 const char* why_no_tensor(MtcompError error) {
@@ -72,7 +72,7 @@ std::vector<EstimatedFrequency> estimate_section(EdiSpectraParser& parser, const
     }
     EstimatedFrequency& next = estimated.emplace_back();
     next.frequency = block.FREQ;
-    const MtcompError error = VexMTutils::mtcomp(
+    const MtcompError error = numerics::impedance::mtcomp(
         {block.FREQ, block.AVGT, block.ROTSPEC, *section.roles.places, section.channel_count, block.matrix},
         next.estimate);
     if (error != MtcompError::none) {

@@ -12,7 +12,7 @@
 
 #include "core/number_text.h"
 
-namespace vexutil32 {
+namespace numerics::geodesy {
 
 namespace {
 
@@ -395,4 +395,4 @@ GeographicPlace en2ll(const TransformParameters& parameters, const MapPlace& pla
   return geographic;
 }
 
-}  // namespace vexutil32
+}  // namespace numerics::geodesy

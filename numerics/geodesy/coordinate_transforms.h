@@ -11,7 +11,7 @@
 #include <span>
 #include <string>
 
-namespace vexutil32 {
+namespace numerics::geodesy {
 
 enum Projection : std::int32_t {
   projection_geographic = 0,  // longitude and latitude themselves
@@ -104,4 +104,4 @@ MapPlace ll2en(const TransformParameters& parameters, const GeographicPlace& pla
 /// The way back; `place` says which zone its coordinates are in where the system has zones. Throws likewise.
 GeographicPlace en2ll(const TransformParameters& parameters, const MapPlace& place);
 
-}  // namespace vexutil32
+}  // namespace numerics::geodesy

@@ -8,6 +8,8 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 
+namespace numerics::geodesy {
+
 namespace {
 
 constexpr double largest_latitude = 90.0;
@@ -103,3 +105,5 @@ std::optional<double> read_geographic_angle(std::string_view text, GeographicAng
   }
   return negative ? -*degrees : *degrees;
 }
+
+}  // namespace numerics::geodesy

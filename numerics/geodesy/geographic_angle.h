@@ -3,6 +3,8 @@
 #include <optional>
 #include <string_view>
 
+namespace numerics::geodesy {
+
 enum class GeographicAngle { latitude, longitude };
 
 /// Reads decimal degrees ("-22.8237"), degrees:minutes or degrees:minutes:seconds ("-22:49:25.4"), with
@@ -12,3 +14,5 @@ enum class GeographicAngle { latitude, longitude };
 /// @return degrees, north and east positive: a latitude within 90, a longitude within 360; none for any other
 /// text
 std::optional<double> read_geographic_angle(std::string_view text, GeographicAngle kind);
+
+}  // namespace numerics::geodesy

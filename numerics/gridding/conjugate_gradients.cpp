@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-namespace vexminc {
+namespace numerics::gridding {
 
 namespace {
 
@@ -112,4 +112,4 @@ IterationOutcome relax(const Plate& plate, SplineLevels& levels, std::span<const
   return outcome;
 }
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

@@ -6,7 +6,7 @@
 #include "numerics/gridding/plate.h"
 #include "numerics/gridding/spline_levels.h"
 
-namespace vexminc {
+namespace numerics::gridding {
 
 struct IterationLimits {
   double least_change = 0.0;  // of the surface; stops when no node changes by more, several times in a row
@@ -27,4 +27,4 @@ struct IterationOutcome {
 IterationOutcome relax(const Plate& plate, SplineLevels& levels, std::span<const double> targets,
                        const IterationLimits& limits, std::span<double> surface);
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

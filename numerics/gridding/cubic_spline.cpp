@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <stdexcept>
 
+namespace numerics::gridding {
+
 namespace {
 
 void check_points(std::span<const double> x, std::span<const double> y) {
@@ -88,3 +90,5 @@ double cubval(const CubicSpline& spline, double at) {
   const double t = at - spline.x[left];
   return spline.y[left] + t * (piece.slope + t * (piece.half_curvature + t * piece.cubic));
 }
+
+}  // namespace numerics::gridding

@@ -3,6 +3,8 @@
 #include <span>
 #include <vector>
 
+namespace numerics::gridding {
+
 /// The natural cubic spline through points: two continuous derivatives, and no curvature at the ends. Of all
 /// such curves it is the one of least mean square curvature.
 struct CubicSpline {
@@ -26,3 +28,5 @@ CubicSpline cubspl(std::span<const double> x, std::span<const double> y);
 /// The curve's value. Beyond the ends it is that of the end point: a cubic soon runs off to any height there.
 /// @param at  not a number gives not a number
 double cubval(const CubicSpline& spline, double at);
+
+}  // namespace numerics::gridding

@@ -11,7 +11,7 @@
 #include "numerics/gridding/conjugate_gradients.h"
 #include "numerics/gridding/point_plane.h"
 
-namespace vexminc {
+namespace numerics::gridding {
 
 namespace {
 
@@ -27,7 +27,7 @@ using Surface = std::vector<double>;
 
 [[noreturn]] void refuse(const char* why) { throw std::invalid_argument(why); }
 
-void check_frame(const vexgrid::GridFrame& frame) {
+void check_frame(const GridFrame& frame) {
   if (!std::isfinite(frame.first_x) || !std::isfinite(frame.first_y) ||
       !(std::isfinite(frame.cell) && frame.cell > 0.0)) {
     refuse("the position or the cell size of the grid is not a number above 0");
@@ -37,8 +37,7 @@ void check_frame(const vexgrid::GridFrame& frame) {
   }
 }
 
-std::vector<CellPoint> points_in_cells(std::span<const ScatteredPoint> points,
-                                       const vexgrid::GridFrame& frame) {
+std::vector<CellPoint> points_in_cells(std::span<const ScatteredPoint> points, const GridFrame& frame) {
   std::vector<CellPoint> inside;
   for (const ScatteredPoint& point : points) {
     if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
@@ -200,8 +199,7 @@ Surface Gridding::start(std::span<const CellPoint> points, PlateSize size) {
 }  // namespace
 
 std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> points,
-                                                const vexgrid::GridFrame& frame,
-                                                const GriddingOptions& options) {
+                                                const GridFrame& frame, const GriddingOptions& options) {
   check_frame(frame);
   const PlateSize size = {frame.columns, frame.rows};
   std::vector<CellPoint> merged = merge_at_nodes(points_in_cells(points, frame), frame.columns, frame.rows);
@@ -262,4 +260,4 @@ std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> 
   return result;
 }
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

@@ -10,7 +10,7 @@
 
 #include "numerics/gridding/regular_grid.h"
 
-namespace vexminc {
+namespace numerics::gridding {
 
 struct ScatteredPoint {
   double x = 0.0;
@@ -30,7 +30,7 @@ struct GriddingOptions {
 };
 
 struct GriddedSurface {
-  vexgrid::RegularGrid grid;
+  RegularGrid grid;
   int iterations = 0;     // on the grid itself, all fits together
   bool converged = true;  // false where the iteration limit was reached
 };
@@ -46,7 +46,6 @@ struct GriddedSurface {
 /// fewer than four nodes a side, no point inside the frame, and points on one line (within a cell): nothing
 /// holds the surface beside it.
 std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> points,
-                                                const vexgrid::GridFrame& frame,
-                                                const GriddingOptions& options = {});
+                                                const GridFrame& frame, const GriddingOptions& options = {});
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vexminc {
+namespace numerics::gridding {
 
 namespace {
 
@@ -162,4 +162,4 @@ void Plate::clear_fixed(std::span<double> values) const {
   }
 }
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

@@ -19,7 +19,7 @@
 
 #include "numerics/gridding/point_plane.h"
 
-namespace vexminc {
+namespace numerics::gridding {
 
 /// W. Between 20 and 1000 only the number of iterations changes.
 constexpr double point_weight = 100.0;
@@ -77,4 +77,4 @@ class Plate {
   std::vector<FixedNode> fixed_;
 };
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

@@ -5,7 +5,7 @@
 #include <numeric>
 #include <tuple>
 
-namespace vexminc {
+namespace numerics::gridding {
 
 namespace {
 
@@ -103,4 +103,4 @@ Plane closest_plane(std::span<const CellPoint> points) {
           .slope_y = (m.xx * m.yz - m.xy * m.xz) / determinant};
 }
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

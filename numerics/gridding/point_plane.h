@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-namespace vexminc {
+namespace numerics::gridding {
 
 /// A point in cells from the grid's first node.
 struct CellPoint {
@@ -37,4 +37,4 @@ struct Plane {
 /// The plane with the least squared distance in z; points that don't lie on one line.
 Plane closest_plane(std::span<const CellPoint> points);
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

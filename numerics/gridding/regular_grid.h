@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace vexgrid {
+namespace numerics::gridding {
 
 struct GridFrame {
   double first_x = 0.0;  // of the lower left node itself, not of a cell's corner
@@ -21,4 +21,4 @@ struct RegularGrid {
   std::vector<double> values;  // of node (column, row) at [row * columns + column]
 };
 
-}  // namespace vexgrid
+}  // namespace numerics::gridding

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace vexminc {
+namespace numerics::gridding {
 
 namespace {
 
@@ -152,4 +152,4 @@ void SplineLevels::apply(std::span<const double> residual, std::span<double> res
   plate_.clear_fixed(result);
 }
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

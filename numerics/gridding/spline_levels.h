@@ -15,7 +15,7 @@
 
 #include "numerics/gridding/plate.h"
 
-namespace vexminc {
+namespace numerics::gridding {
 
 /// Nodes of the level above.
 PlateSize coarser(PlateSize fine);
@@ -40,4 +40,4 @@ class SplineLevels {
   std::vector<std::vector<double>> gathered_;  // of the residual, on each level above the grid
 };
 
-}  // namespace vexminc
+}  // namespace numerics::gridding

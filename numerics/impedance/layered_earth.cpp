@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace Module_samples {
+namespace numerics::impedance {
 namespace {
 
 constexpr double mu0 = 4e-7 * std::numbers::pi;  // V s / (A m)
@@ -39,4 +39,4 @@ double phase_degrees(std::complex<double> impedance) {
   return std::atan2(impedance.imag(), impedance.real()) * degrees_per_radian;
 }
 
-}  // namespace Module_samples
+}  // namespace numerics::impedance

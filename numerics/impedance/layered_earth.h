@@ -6,7 +6,7 @@
 #include <complex>
 #include <span>
 
-namespace Module_samples {
+namespace numerics::impedance {
 
 struct Layer {
   double resistivity = 100.0;  // ohm-m, > 0
@@ -33,4 +33,4 @@ double apparent_resistivity(std::complex<double> impedance, double frequency);
 /// Phase of an impedance, degrees, -180 to 180.
 double phase_degrees(std::complex<double> impedance);
 
-}  // namespace Module_samples
+}  // namespace numerics::impedance

@@ -7,7 +7,7 @@
 
 #include <Eigen/Dense>
 
-namespace VexMTutils {
+namespace numerics::impedance {
 
 namespace {
 
@@ -176,4 +176,4 @@ MtcompError mtcomp(const CrossSpectra& spectra, TensorEstimate& estimate) {
   return MtcompError::none;
 }
 
-}  // namespace VexMTutils
+}  // namespace numerics::impedance

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <span>
 
-namespace VexMTutils {
+namespace numerics::impedance {
 
 /// Places of the channels among the rows and columns of the matrix, from 0. Where the reference is the
 /// station's own magnetic field, it has the places of hx and hy.
@@ -68,4 +68,4 @@ enum class MtcompError {
 /// @param estimate unchanged after an error
 [[nodiscard]] MtcompError mtcomp(const CrossSpectra& spectra, TensorEstimate& estimate);
 
-}  // namespace VexMTutils
+}  // namespace numerics::impedance

@@ -8,7 +8,7 @@
 #include "numerics/rhoplus/certificate.h"
 #include "numerics/rhoplus/switch_polish.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -168,4 +168,4 @@ BestFit find_best_fit(const FitProblem& problem) {
   return best;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

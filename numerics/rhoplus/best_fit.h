@@ -5,7 +5,7 @@
 #include "numerics/rhoplus/certificate.h"
 #include "numerics/rhoplus/fit_problem.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 struct BestFit {
   SwitchModel model;
@@ -35,4 +35,4 @@ void certify_fit(const FitProblem& problem, BestFit& fit);
 /// certificate, never because the numbers have stopped changing.
 BestFit find_best_fit(const FitProblem& problem);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

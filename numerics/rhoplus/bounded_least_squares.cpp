@@ -5,7 +5,7 @@
 
 #include "numerics/rhoplus/column_factors.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -151,4 +151,4 @@ BoundedFit bounded_least_squares(const Eigen::MatrixXd& columns, const Eigen::Ve
   return ActiveSet(columns, target, start, limits).run();
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

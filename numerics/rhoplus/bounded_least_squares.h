@@ -3,7 +3,7 @@
 
 #include <Eigen/Core>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 struct BoundedFit {
   Eigen::VectorXd x;         // length n
@@ -29,4 +29,4 @@ struct BoundedFitLimits {
 BoundedFit bounded_least_squares(const Eigen::MatrixXd& columns, const Eigen::VectorXd& target,
                                  const Eigen::VectorXd& start, const BoundedFitLimits& limits);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

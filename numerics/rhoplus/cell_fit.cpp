@@ -6,7 +6,7 @@
 #include "numerics/rhoplus/bounded_least_squares.h"
 #include "numerics/rhoplus/log_ratio.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -257,4 +257,4 @@ SwitchModel fit_cells(const FitProblem& problem, const CellEdges& edges, const S
   return model;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -4,7 +4,7 @@
 
 #include "numerics/rhoplus/fit_problem.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// Inner edges of the cells, x, ascending. The first cell begins at lambda = 0, the last ends at the wall, so
 /// nothing is cut off.
@@ -27,4 +27,4 @@ struct CellFitLimits {
 SwitchModel fit_cells(const FitProblem& problem, const CellEdges& edges, const SwitchModel& start,
                       const CellFitLimits& limits);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -5,7 +5,7 @@
 
 #include "numerics/rhoplus/log_ratio.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -155,4 +155,4 @@ Certificate certify(const FitProblem& problem, const SwitchModel& model, const E
   return certificate;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -6,7 +6,7 @@
 
 #include "numerics/rhoplus/fit_problem.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// A stretch where eta is 0 but should grow, or is 1 but should shrink.
 struct WrongStretch {
@@ -32,4 +32,4 @@ struct Certificate {
 /// @param residuals of `model`, its level settled
 Certificate certify(const FitProblem& problem, const SwitchModel& model, const Eigen::VectorXd& residuals);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

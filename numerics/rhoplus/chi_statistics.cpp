@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -37,4 +37,4 @@ double chi_of_95_percent(int n) {
   return std::sqrt(0.5 * (low + high));
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -1,7 +1,7 @@
 // chi_statistics.h: what chi to expect of normal errors.
 #pragma once
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// Expected length of n independent normal errors of unit variance, sqrt(2) Gamma((n + 1)/2) / Gamma(n/2).
 /// @param n at least 1
@@ -11,4 +11,4 @@ double expected_chi(int n);
 /// @param n at least 1
 double chi_of_95_percent(int n);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -2,7 +2,7 @@
 
 #include <Eigen/Jacobi>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -67,4 +67,4 @@ Eigen::VectorXd ColumnFactors::combination(const Eigen::VectorXd& components) co
   return q_.leftCols(size_) * components;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

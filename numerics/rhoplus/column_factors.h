@@ -3,7 +3,7 @@
 
 #include <Eigen/Core>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// Q R of the columns added so far and not removed, in the order of their adding. Each change updates it:
 /// Daniel, Gragg, Kaufman & Stewart (1976), Math. Comput. 30, 772-795.
@@ -30,4 +30,4 @@ class ColumnFactors {
   Eigen::Index size_ = 0;
 };
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

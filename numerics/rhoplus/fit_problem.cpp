@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 bool FitProblem::has_resistivity() const {
   return std::any_of(values.begin(), values.end(), [](const FitValue& value) { return !value.is_phase; });
@@ -91,4 +91,4 @@ Eigen::VectorXd settle_level(const FitProblem& problem, SwitchModel& model) {
   return residuals;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -23,7 +23,7 @@
 
 #include <Eigen/Core>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// One used datum: 2 Re ln c (a resistivity) or Im ln c (a phase) at a frequency.
 struct FitValue {
@@ -72,4 +72,4 @@ Eigen::VectorXd level_column(const FitProblem& problem);
 /// resistivity gamma stays.
 Eigen::VectorXd settle_level(const FitProblem& problem, SwitchModel& model);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

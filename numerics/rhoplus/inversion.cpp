@@ -8,7 +8,7 @@
 #include "core/number_text.h"
 #include "numerics/rhoplus/switch_polish.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -202,4 +202,4 @@ RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std
   return result;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

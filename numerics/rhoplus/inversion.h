@@ -7,7 +7,7 @@
 #include "numerics/rhoplus/best_fit.h"
 #include "numerics/rhoplus/sheets.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// What was measured at one frequency.
 struct RhoplusDatum {
@@ -48,4 +48,4 @@ struct RhoplusInversion {
 ///                   that of a sheet, which changes no phase by more than 0.06 degrees
 RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t most_rows);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -8,7 +8,7 @@
 #include "core/text_fields.h"
 #include "numerics/rhoplus/chi_statistics.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -169,4 +169,4 @@ std::string inversion_log(std::string_view title, std::span<const RhoplusDatum> 
   return std::move(log).text();
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 std::complex<double> log_ratio(double a, double b, double omega) {
   // The ratio is 1 + z with z = (a - b)(s - 1)/((a + s)(b + 1)).
@@ -24,4 +24,4 @@ std::complex<double> log_ratio(double a, double b, double omega) {
   return {real, imaginary};
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

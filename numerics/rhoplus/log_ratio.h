@@ -3,7 +3,7 @@
 #pragma once
 #include <complex>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// L(a; s) - L(b; s) with s = i omega and L(u; s) = ln[(u + 1)/(u + s)]: what a density of 1 between a and b
 /// adds to ln c. All arguments in units of the reference frequency, 0 <= a <= b; b may be infinite (L is 0
@@ -13,4 +13,4 @@ namespace vexmtutils {
 /// logarithms would have no digit left.
 std::complex<double> log_ratio(double a, double b, double omega);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -12,7 +12,7 @@
 #include "numerics/rhoplus/inversion.h"
 #include "numerics/rhoplus/inversion_log.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -121,4 +121,4 @@ RhoplusRun rhoplus(std::span<RhoplusRow> data, RhoplusSurface surface, std::stri
   return result;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

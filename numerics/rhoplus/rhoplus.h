@@ -20,7 +20,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// What stands at the surface. Conducting: the first sheet of the model lies at depth 0. Insulating: it may
 /// lie at any depth.
@@ -89,4 +89,4 @@ RhoplusRun rhoplus(const std::filesystem::path& run_directory, std::string_view 
 /// The same without a file. @param log receives the text of the log; may be null
 RhoplusRun rhoplus(std::span<RhoplusRow> data, RhoplusSurface surface, std::string* log = nullptr);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -181,4 +181,4 @@ std::vector<std::complex<double>> log_admittance(const SheetModel& model, std::s
   return result;
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -7,7 +7,7 @@
 
 #include "numerics/rhoplus/fit_problem.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// A pile of thin sheets between insulating gaps:
 ///
@@ -38,4 +38,4 @@ SheetModel sheets_of(const FitProblem& problem, const SwitchModel& model);
 /// ln c of the pile from the ground up. @param omega rad/s
 std::vector<std::complex<double>> log_admittance(const SheetModel& sheets, std::span<const double> omega);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -7,7 +7,7 @@
 
 #include <Eigen/Cholesky>
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 namespace {
 
@@ -353,4 +353,4 @@ Eigen::VectorXd polish_switches(const FitProblem& problem, SwitchModel& model, d
   return Polish(problem, model, good_misfit2).run();
 }
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

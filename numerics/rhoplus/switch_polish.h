@@ -4,7 +4,7 @@
 
 #include "numerics/rhoplus/fit_problem.h"
 
-namespace vexmtutils {
+namespace numerics::rhoplus {
 
 /// Damped Newton method in gamma and the switches x_i. With d_i = +1 for an up-switch and -1 for a
 /// down-switch,
@@ -21,4 +21,4 @@ namespace vexmtutils {
 /// @return the residuals of the polished model; its level is settled
 Eigen::VectorXd polish_switches(const FitProblem& problem, SwitchModel& model, double good_misfit2);
 
-}  // namespace vexmtutils
+}  // namespace numerics::rhoplus

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -195,4 +195,4 @@ void BandedLdlt::solve(std::span<std::complex<double>> right_side) const {
   }
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

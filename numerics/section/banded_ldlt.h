@@ -13,7 +13,7 @@
 #include <span>
 #include <vector>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 class BandedLdlt {
  public:
@@ -44,4 +44,4 @@ class BandedLdlt {
   std::vector<double> imaginary_;
 };
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -1,6 +1,6 @@
 #include "numerics/section/element.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 CellMatrix cell_matrix(const Cell& cell, double width, double height, double omega_mu0) {
   const double flat = width / height;
@@ -103,4 +103,4 @@ CellLoad cell_load(const ModeMesh& mesh, const PrimaryField& primary, double ome
   return load;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

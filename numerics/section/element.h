@@ -13,7 +13,7 @@
 #include "numerics/section/mode_mesh.h"
 #include "numerics/section/primary_field.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 constexpr std::size_t corners = 4;
 constexpr std::size_t centre = 4;
@@ -45,4 +45,4 @@ void add_unit_load(const ModeMesh& mesh, const PrimaryField& primary, double ome
 CellLoad cell_load(const ModeMesh& mesh, const PrimaryField& primary, double omega_mu0, std::size_t column,
                    std::size_t row);
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

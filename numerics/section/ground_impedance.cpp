@@ -1,6 +1,6 @@
 #include "numerics/section/ground_impedance.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 GroundImpedance ground_impedance(const ModeField& field, const SurfaceNode& site) {
   const ModeMesh& mesh = field.mesh();
@@ -28,4 +28,4 @@ GroundImpedance ground_impedance(const ModeField& field, const SurfaceNode& site
   return result;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -10,7 +10,7 @@
 #include "numerics/section/mode_field.h"
 #include "numerics/section/section.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 struct GroundImpedance {
   Complex impedance;   // ohm; E/H in TE, -E/H in TM, so that both have phases about 45 degrees
@@ -23,4 +23,4 @@ struct GroundImpedance {
 /// @param site  of the section that the field's mesh was made from
 GroundImpedance ground_impedance(const ModeField& field, const SurfaceNode& site);
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

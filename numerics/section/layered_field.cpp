@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -62,4 +62,4 @@ LayeredField::Value LayeredField::inside(std::size_t row, double depth) const {
           magnetic_[row] * top + magnetic_[row + 1] * bottom};
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 using Complex = std::complex<double>;
 
@@ -49,4 +49,4 @@ class LayeredField {
   std::vector<Complex> magnetic_;
 };
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -8,7 +8,7 @@
 #include "numerics/section/layered_field.h"
 #include "numerics/section/mt2dresponse.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -108,4 +108,4 @@ std::vector<std::string> mesh_warnings(const Section& section, std::span<const d
   return warnings;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -6,7 +6,7 @@
 
 #include "numerics/section/section.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 /// Sentences for the user, none where all is well. A mesh is never refused for them: a response on it is
 /// still the one that the model was fitted with.
@@ -23,4 +23,4 @@ namespace mt2dresponse {
 std::vector<std::string> mesh_warnings(const Section& section, std::span<const double> site_positions,
                                        std::span<const double> frequencies);
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

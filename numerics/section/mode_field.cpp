@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 std::array<std::size_t, corners> ModeField::cell_nodes(std::size_t column, std::size_t row) const {
   return {mesh_.node(column, row), mesh_.node(column + 1, row), mesh_.node(column, row + 1),
@@ -11,7 +11,7 @@ std::array<std::size_t, corners> ModeField::cell_nodes(std::size_t column, std::
 
 ModeField::ModeField(const ModeMesh& mesh, double frequency, BandedLdlt& solver)
     : mesh_(mesh),
-      omega_mu0_(mt2dresponse::omega_mu(frequency)),
+      omega_mu0_(omega_mu(frequency)),
       primary_(primary_field(mesh, frequency)),
       solver_(solver),
       secondary_((mesh.columns + 1) * (mesh.rows + 1)),
@@ -157,4 +157,4 @@ CellLoad ModeField::adjoint_in_cell(std::span<const Complex> solution, std::size
   return values;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

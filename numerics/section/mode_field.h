@@ -10,7 +10,7 @@
 #include "numerics/section/banded_ldlt.h"
 #include "numerics/section/element.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 class ModeField {
  public:
@@ -63,4 +63,4 @@ class ModeField {
   std::vector<std::uint8_t> prescribed_;  // of each node
 };
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

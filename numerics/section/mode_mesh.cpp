@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -133,4 +133,4 @@ ModeMesh make_mode_mesh(const Section& section, const AirMap& air, Mode mode) {
   return mesh;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -14,7 +14,7 @@
 
 #include "numerics/section/section.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 enum class Mode : std::uint8_t { te, tm };
 
@@ -67,4 +67,4 @@ ModeMesh make_mode_mesh(const Section& section, const AirMap& air, Mode mode);
 /// @param first_height  m
 std::vector<double> air_rows(double first_height);
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -8,7 +8,7 @@
 #include "numerics/parallel_jobs.h"
 #include "numerics/section/ground_impedance.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -75,4 +75,4 @@ std::optional<Response> compute_response(const Section& section, std::span<const
   return response;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

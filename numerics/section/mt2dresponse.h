@@ -14,7 +14,7 @@
 #include "numerics/section/mode_mesh.h"
 #include "numerics/section/section.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 /// One mode at all sites: value of site s at frequency f at [s * frequencies + f].
 struct ModeResponse {
@@ -57,4 +57,4 @@ std::optional<Response> compute_response(const Section& section, std::span<const
                                          std::span<const double> frequencies,
                                          const ResponseOptions& options = {});
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

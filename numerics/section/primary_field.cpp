@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -75,4 +75,4 @@ PrimaryField primary_field(const ModeMesh& mesh, double frequency) {
   return primary;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -10,7 +10,7 @@
 #include "numerics/section/layered_field.h"
 #include "numerics/section/mode_mesh.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 /// The field at the node rows, from the top of the mesh, added air included.
 /// @param frequency  Hz
@@ -33,4 +33,4 @@ struct PrimaryField {
 /// @param frequency  Hz
 PrimaryField primary_field(const ModeMesh& mesh, double frequency);
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

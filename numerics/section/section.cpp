@@ -9,7 +9,7 @@
 
 #include "core/number_text.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -167,4 +167,4 @@ SurfaceNode surface_node(const Section& section, const AirMap& air, std::size_t 
   fail(name + " has no ground");
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

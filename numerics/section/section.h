@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 /// Order of the triangles of a cell, also that of the four code lines of a mesh row.
 enum Triangle : std::size_t { top_triangle, left_triangle, bottom_triangle, right_triangle };
@@ -82,4 +82,4 @@ struct SurfaceNode {
 /// Throws std::invalid_argument where the ground is missing or ends less than two rows further down.
 SurfaceNode surface_node(const Section& section, const AirMap& air, std::size_t node_column);
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

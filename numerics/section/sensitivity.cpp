@@ -6,7 +6,7 @@
 #include "numerics/parallel_jobs.h"
 #include "numerics/section/ground_impedance.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 namespace {
 
@@ -149,4 +149,4 @@ std::optional<Sensitivity> compute_sensitivity(const Section& section,
   return result;
 }
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

@@ -11,7 +11,7 @@
 
 #include "numerics/section/mt2dresponse.h"
 
-namespace mt2dresponse {
+namespace numerics::section {
 
 /// Of one mode: the derivative of site s at frequency f by parameter p at [(s * frequencies + f) * parameters
 /// + p].
@@ -37,4 +37,4 @@ std::optional<Sensitivity> compute_sensitivity(const Section& section,
                                                std::span<const double> frequencies,
                                                const ResponseOptions& options = {});
 
-}  // namespace mt2dresponse
+}  // namespace numerics::section

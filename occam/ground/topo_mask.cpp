@@ -90,17 +90,17 @@ int refuse(const char* message) {
 
 }  // namespace
 
-std::vector<double> ground_depths(const OccamModel& model, const CubicSpline& ground,
+std::vector<double> ground_depths(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
                                   double datum_elevation) {
   std::vector<double> depths;
   for (std::size_t column = 0; column < model.mesh.node_widths.size(); ++column) {
     const double middle = (model.node_x[column] + model.node_x[column + 1]) / 2.0;
-    depths.push_back(datum_elevation - cubval(ground, middle));
+    depths.push_back(datum_elevation - numerics::gridding::cubval(ground, middle));
   }
   return depths;
 }
 
-std::vector<CodeLines> masked_codes(const OccamModel& model, const CubicSpline& ground,
+std::vector<CodeLines> masked_codes(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
                                     const MaskChoices& choices) {
   std::vector<CodeLines> codes = model.mesh.mesh_code;
   const std::vector<double> depths = ground_depths(model, ground, choices.datum_elevation);

@@ -29,7 +29,8 @@ struct MaskChoices {
 
 /// The depth of the ground under the middle of each column of cells; at or below 0 where the ground stands at
 /// the mesh's upper edge or above it.
-std::vector<double> ground_depths(const OccamModel& model, const CubicSpline& ground, double datum_elevation);
+std::vector<double> ground_depths(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
+                                  double datum_elevation);
 
 /// The code lines of the model's mesh with all that lies above the ground masked.
 ///
@@ -40,7 +41,7 @@ std::vector<double> ground_depths(const OccamModel& model, const CubicSpline& gr
 /// the code as read. A cell that the ground only touches from below lies above it as a whole.
 ///
 /// Throws std::runtime_error where the ground leaves no cell of a column below it.
-std::vector<CodeLines> masked_codes(const OccamModel& model, const CubicSpline& ground,
+std::vector<CodeLines> masked_codes(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
                                     const MaskChoices& choices);
 
 /// Triangles that are free parameters' ("?").

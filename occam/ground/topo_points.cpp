@@ -117,7 +117,7 @@ double Topo::highest_elevation() const {
   return points.elevation.empty() ? 0.0 : *std::ranges::max_element(points.elevation);
 }
 
-CubicSpline ground_curve(const TopoPoints& points) {
+numerics::gridding::CubicSpline ground_curve(const TopoPoints& points) {
   std::vector<std::size_t> order(points.station.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::ranges::stable_sort(order, {}, [&](std::size_t point) { return points.station[point]; });
@@ -134,7 +134,7 @@ CubicSpline ground_curve(const TopoPoints& points) {
       elevation.back() += (points.elevation[point] - elevation.back()) / count;
     }
   }
-  return cubspl(station, elevation);
+  return numerics::gridding::cubspl(station, elevation);
 }
 
 bool is_position(const std::string& text) { return position_of(text) >= 1; }

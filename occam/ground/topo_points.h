@@ -46,7 +46,8 @@ struct LocationEntries {
 /// The ground along a line.
 struct Topo {
   TopoPoints points;  // in the order of the file
-  CubicSpline curve;  // through them, in the order of their stations; empty without points
+  numerics::gridding::CubicSpline
+      curve;  // through them, in the order of their stations; empty without points
 
   [[nodiscard]] bool empty() const { return curve.x.empty(); }
   /// Of the points, m; 0 without any.
@@ -55,7 +56,7 @@ struct Topo {
 
 /// The curve through points in any order; points at one station count as one of their mean elevation. Throws
 /// std::invalid_argument as cubspl does.
-CubicSpline ground_curve(const TopoPoints& points);
+numerics::gridding::CubicSpline ground_curve(const TopoPoints& points);
 
 /// True if a text is a number that the window takes as a line, step or column: 1 or more.
 bool is_position(const std::string& text);

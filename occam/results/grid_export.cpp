@@ -56,13 +56,13 @@ std::pair<std::size_t, std::size_t> nodes_within(double from, double to, double 
 
 /// The smoothest surface through the middles of the blocks, blank where the plain grid is.
 /// @return nothing if the person has stopped it
-std::optional<vexgrid::RegularGrid> smooth_grid(std::span<const GridBlock> blocks,
-                                                const vexgrid::RegularGrid& plain) {
-  std::vector<vexminc::ScatteredPoint> points;
+std::optional<numerics::gridding::RegularGrid> smooth_grid(std::span<const GridBlock> blocks,
+                                                           const numerics::gridding::RegularGrid& plain) {
+  std::vector<numerics::gridding::ScatteredPoint> points;
   for (const GridBlock& block : blocks) {
     points.push_back({block.x(), block.elevation(), block.value});
   }
-  vexminc::GriddingOptions options;
+  numerics::gridding::GriddingOptions options;
   options.progress = [](double share) {
     constexpr double from = 30.0;  // percent of the whole work
     constexpr double to = 90.0;
@@ -70,7 +70,7 @@ std::optional<vexgrid::RegularGrid> smooth_grid(std::span<const GridBlock> block
     user_interface().process_events();
     return !user_interface().stop_requested();
   };
-  auto surface = vexminc::minimum_curvature(points, plain.frame, options);
+  auto surface = numerics::gridding::minimum_curvature(points, plain.frame, options);
   if (!surface) {
     return {};
   }
@@ -82,7 +82,7 @@ std::optional<vexgrid::RegularGrid> smooth_grid(std::span<const GridBlock> block
   return std::move(surface->grid);
 }
 
-void tell_depth(std::span<const GridBlock> blocks, const vexgrid::GridFrame& frame) {
+void tell_depth(std::span<const GridBlock> blocks, const numerics::gridding::GridFrame& frame) {
   double bottom = 0.0;
   for (const GridBlock& block : blocks) {
     bottom = std::max(bottom, block.bottom);
@@ -103,7 +103,7 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   const auto progress = [](int percent) { user_interface().show_progress(writing_grids, percent); };
   const double cell = grid_cell(occam_state().model.mesh);
   progress(0);
-  const vexgrid::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
+  const numerics::gridding::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
   safe_files::write_into_place(file(".xyz"), point_table(blocks));
   write_geosoft_grid(file("_logres.grd"), plain);
   write_geosoft_grid(file("_res.grd"), antilog(plain));
@@ -170,7 +170,7 @@ double grid_cell(const OccamMesh& mesh) {
   return dx;
 }
 
-vexgrid::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell) {
+numerics::gridding::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell) {
   if (blocks.empty()) {
     throw std::runtime_error("the model has no blocks to make a grid of");
   }
@@ -192,7 +192,8 @@ vexgrid::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell) {
     }
     return static_cast<std::size_t>(std::max(nodes, 1.0));
   };
-  vexgrid::GridFrame frame{.first_x = left + 0.5 * cell, .cell = cell, .columns = count(right - left)};
+  numerics::gridding::GridFrame frame{
+      .first_x = left + 0.5 * cell, .cell = cell, .columns = count(right - left)};
   if (frame.columns >= most_nodes_of_grid) {
     throw std::runtime_error("at nodes every " + plain_text(cell) + " m the line is too long for a grid");
   }
@@ -201,8 +202,10 @@ vexgrid::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell) {
   return frame;
 }
 
-vexgrid::RegularGrid block_grid(std::span<const GridBlock> blocks, const vexgrid::GridFrame& frame) {
-  vexgrid::RegularGrid grid{frame, std::vector<double>(frame.columns * frame.rows, double{no_data})};
+numerics::gridding::RegularGrid block_grid(std::span<const GridBlock> blocks,
+                                           const numerics::gridding::GridFrame& frame) {
+  numerics::gridding::RegularGrid grid{frame,
+                                       std::vector<double>(frame.columns * frame.rows, double{no_data})};
   for (const GridBlock& block : blocks) {
     const auto [first_column, end_column] =
         nodes_within(block.left, block.right, frame.first_x, frame.cell, frame.columns);
@@ -217,7 +220,7 @@ vexgrid::RegularGrid block_grid(std::span<const GridBlock> blocks, const vexgrid
   return grid;
 }
 
-vexgrid::RegularGrid antilog(vexgrid::RegularGrid grid) {
+numerics::gridding::RegularGrid antilog(numerics::gridding::RegularGrid grid) {
   for (double& value : grid.values) {
     value = is_absent(value) ? value : std::pow(10.0, value);
   }

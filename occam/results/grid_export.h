@@ -34,13 +34,14 @@ double grid_cell(const OccamMesh& mesh);
 
 /// The grid over all blocks, Y the elevation; each node in the middle of a cell. Ends above the lowest block
 /// if it had too many nodes otherwise.
-vexgrid::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell);
+numerics::gridding::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell);
 
 /// log10 resistivity: each node has the value of the block that it lies in, no_data outside of all.
-vexgrid::RegularGrid block_grid(std::span<const GridBlock> blocks, const vexgrid::GridFrame& frame);
+numerics::gridding::RegularGrid block_grid(std::span<const GridBlock> blocks,
+                                           const numerics::gridding::GridFrame& frame);
 
 /// Ten to the power of each value.
-vexgrid::RegularGrid antilog(vexgrid::RegularGrid grid);
+numerics::gridding::RegularGrid antilog(numerics::gridding::RegularGrid grid);
 
 /// The text of the points file: for the middle of each block distance and elevation, m, resistivity, ohm-m,
 /// and its log10; lines ending in CR LF.

@@ -47,7 +47,7 @@ bool is_response(DataType type) {
          type == DataType::tm_phase;
 }
 
-double value_of(const mt2dresponse::Response& response, const DataRow& row, std::size_t frequencies) {
+double value_of(const numerics::section::Response& response, const DataRow& row, std::size_t frequencies) {
   const std::size_t at = (static_cast<std::size_t>(row.site_number) - 1) * frequencies +
                          static_cast<std::size_t>(row.frequency_number) - 1;
   switch (row.type) {
@@ -93,17 +93,17 @@ void add_row(std::string& text, const DataRow& row, double modelled) {
 
 }  // namespace
 
-mt2dresponse::Section response_section(const OccamModel& model, std::span<const double> parameters) {
+numerics::section::Section response_section(const OccamModel& model, std::span<const double> parameters) {
   if (parameters.size() != static_cast<std::size_t>(model.num_free_params)) {
     throw std::runtime_error("the iteration has " + std::to_string(parameters.size()) +
                              " parameters, the model " + std::to_string(model.num_free_params));
   }
-  mt2dresponse::Section section;
+  numerics::section::Section section;
   section.left_edge = model.node_x.front();
   section.column_widths = model.mesh.node_widths;
   section.row_heights = model.mesh.node_heights;
   section.resistivities =
-      mt2dresponse::triangle_resistivities(table_indices(model), model.mesh.fixed_res, parameters);
+      numerics::section::triangle_resistivities(table_indices(model), model.mesh.fixed_res, parameters);
   return section;
 }
 
@@ -121,8 +121,8 @@ std::optional<ModelledData> model_data(const OccamModel& model, std::span<const 
     return {};
   }
   const auto response =
-      mt2dresponse::compute_response(response_section(model, parameters), data.site_offsets, data.frequencies,
-                                     {.threads = 0, .progress = progress});
+      numerics::section::compute_response(response_section(model, parameters), data.site_offsets,
+                                          data.frequencies, {.threads = 0, .progress = progress});
   if (!response) {
     return {};
   }

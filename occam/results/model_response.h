@@ -17,7 +17,7 @@ namespace Module_occam {
 /// Meshes number their fixed resistivities from 0 or from 1; a code as large as their count tells that it is
 /// from 1. Without a list, 0 is air. Throws std::runtime_error where codes or parameters don't fit.
 /// @param parameters  log10 ohm-m, of the free blocks
-mt2dresponse::Section response_section(const OccamModel& model, std::span<const double> parameters);
+numerics::section::Section response_section(const OccamModel& model, std::span<const double> parameters);
 
 struct ModelledData {
   std::vector<DataRow> rows;     // of the data of apparent resistivity and phase

@@ -54,7 +54,7 @@ void tell_mesh_warnings(const RunResults& results, const std::vector<double>& pa
   }
   static_cast<void>(trap_errors(response_failed, [&] {
     std::string text;
-    for (const std::string& warning : mt2dresponse::mesh_warnings(
+    for (const std::string& warning : numerics::section::mesh_warnings(
              response_section(occam_state().model, parameters), data.site_offsets, data.frequencies)) {
       text += "\n" + warning;
     }

@@ -5,9 +5,9 @@
 namespace Module_occam {
 
 void fit_with_rhoplus(const Module_output::RhoplusSettings& settings, Module_output::RhoplusTables& tables) {
-  const auto surface =
-      settings.surface == 0 ? vexmtutils::RhoplusSurface::conducting : vexmtutils::RhoplusSurface::insulating;
-  (void)vexmtutils::rhoplus(tables.data, surface);
+  const auto surface = settings.surface == 0 ? numerics::rhoplus::RhoplusSurface::conducting
+                                             : numerics::rhoplus::RhoplusSurface::insulating;
+  (void)numerics::rhoplus::rhoplus(tables.data, surface);
 }
 
 }  // namespace Module_occam

@@ -228,7 +228,8 @@ QString MeshPicture::text_at(QPointF at) const {
                   code == Module_occam::free_code ? QString("free")
                                                   : QString("fixed, code \"%1\"").arg(code)) +
          QString("\nGround at %1 m below the mesh's upper edge")
-             .arg(metres(mask_.choices.datum_elevation - cubval(mask_.topo.curve, place.x())));
+             .arg(metres(mask_.choices.datum_elevation -
+                         numerics::gridding::cubval(mask_.topo.curve, place.x())));
 }
 
 bool MeshPicture::event(QEvent* event) {
@@ -343,14 +344,14 @@ void MeshPicture::draw_ground(QPainter& painter) const {
   const int pixels = static_cast<int>(std::ceil(area.width()));
   for (int pixel = 0; pixel <= pixels; ++pixel) {
     const double station = from_pixels({area.left() + pixel, area.top()}).x();
-    line << to_pixels(station, datum - cubval(topo.curve, station));
+    line << to_pixels(station, datum - numerics::gridding::cubval(topo.curve, station));
   }
   painter.setPen(QPen(ground_colour, 2.0));
   painter.drawPolyline(line);
   constexpr double radius = 2.5;
   painter.setPen(Qt::NoPen);
   painter.setBrush(ground_colour);
-  const CubicSpline& curve = topo.curve;
+  const numerics::gridding::CubicSpline& curve = topo.curve;
   const auto first = std::ranges::lower_bound(curve.x, station_view_.shown().lower) - curve.x.begin();
   std::optional<QPoint> last;  // of thousands of points in a few pixels one shows
   for (auto point = static_cast<std::size_t>(first);

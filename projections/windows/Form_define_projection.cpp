@@ -14,10 +14,10 @@ using namespace Module_projections;
 
 namespace {
 
-vexutil32::CoordinateSystemValues values_to_start_with() {
-  vexutil32::CoordinateSystemValues values;
-  values.projection = vexutil32::projection_utm;
-  values.datum = vexutil32::common_datums().front();
+numerics::geodesy::CoordinateSystemValues values_to_start_with() {
+  numerics::geodesy::CoordinateSystemValues values;
+  values.projection = numerics::geodesy::projection_utm;
+  values.datum = numerics::geodesy::common_datums().front();
   values.zone_width = 6.0;
   return values;
 }

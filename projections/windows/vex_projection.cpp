@@ -17,7 +17,7 @@
 #include "core/number_text.h"
 #include "numerics/geodesy/geographic_angle.h"
 
-using namespace vexutil32;
+using namespace numerics::geodesy;
 
 namespace {
 
@@ -393,8 +393,8 @@ void VexProjection::number_edited(NumberField& field) {
     value = numeric_value(text);
   } else if (field.is_angle) {
     const bool is_longitude = field.value == &Values::origin_longitude;
-    value =
-        read_geographic_angle(text, is_longitude ? GeographicAngle::longitude : GeographicAngle::latitude);
+    value = numerics::geodesy::read_geographic_angle(
+        text, is_longitude ? GeographicAngle::longitude : GeographicAngle::latitude);
   }
   field.readable = value && std::isfinite(*value);
   set_readable(field.edit, field.readable);
@@ -447,8 +447,10 @@ void VexProjection::show_test_point() {
   northing_title_->setText(in_degrees ? "Y (latitude)" : "Northing (m)");
   easting_->clear();
   northing_->clear();
-  const auto latitude = read_geographic_angle(latitude_->text().toStdString(), GeographicAngle::latitude);
-  const auto longitude = read_geographic_angle(longitude_->text().toStdString(), GeographicAngle::longitude);
+  const auto latitude =
+      numerics::geodesy::read_geographic_angle(latitude_->text().toStdString(), GeographicAngle::latitude);
+  const auto longitude =
+      numerics::geodesy::read_geographic_angle(longitude_->text().toStdString(), GeographicAngle::longitude);
   set_readable(latitude_, latitude.has_value() || latitude_->text().isEmpty());
   set_readable(longitude_, longitude.has_value() || longitude_->text().isEmpty());
   QString note = fault();

@@ -23,7 +23,7 @@ class VexProjection : public QWidget {
   Q_OBJECT
 
  public:
-  using Values = vexutil32::CoordinateSystemValues;
+  using Values = numerics::geodesy::CoordinateSystemValues;
 
   explicit VexProjection(QWidget* parent = nullptr);
 

@@ -156,8 +156,8 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
 }
 
 void Form_rhoplus_inversion::show_results() {
-  const vexmtutils::RhoplusRun& run = inversion_.run;
-  if (run.status != vexmtutils::rhoplus_ran) {
+  const numerics::rhoplus::RhoplusRun& run = inversion_.run;
+  if (run.status != numerics::rhoplus::rhoplus_ran) {
     const std::string text = run.message.empty() ? "No data to invert" : "No data to invert\n" + run.message;
     Text_rhoplus_out_->setPlainText(qt_text(text));
     ui_->Status_inversion->showMessage("No data to invert");

@@ -241,13 +241,13 @@ TEST_F(Survey_file_commands, Opening_reads_the_surveys_own_projection) {
   Module_projections::CoordSystem& current = Module_projections::current_coord_system();
   current = {};
   current.name = "Web";
-  current.projection = vexutil32::projection_epsg_3857;
+  current.projection = numerics::geodesy::projection_epsg_3857;
   ASSERT_EQ(Module_projections::store_survey_projection(), 0);
   ASSERT_EQ(Module_database::close_database(), 0);
   current = {};
   open(folder.path("with.mdb"));
   EXPECT_EQ(current.name, "Web");
-  EXPECT_NE(current.transform_parameters, vexutil32::TransformParameters{});
+  EXPECT_NE(current.transform_parameters, numerics::geodesy::TransformParameters{});
   (void)survey_with_a_reading("without.mdb");
   open(folder.path("without.mdb"));
   EXPECT_EQ(current.name, "");

@@ -126,6 +126,7 @@ TEST_F(Batch_program, Averages_and_merged_curves_are_means_of_what_went_in) {
 // The reduced curve is that of the ground: half of its points within a few per cent of the forward response.
 TEST_F(Batch_program, The_merged_curve_is_that_of_the_ground) {
   using namespace Module_samples;
+  using namespace numerics::impedance;
   write_field_files(2);
   import_field_files();
   const Json merged = run_for_json(curve_arguments("ExHy", 2));

@@ -7,9 +7,9 @@
 inline Module_projections::CoordSystem zone_definition(const std::string& name, int zone) {
   Module_projections::CoordSystem definition;
   definition.name = name;
-  definition.projection = vexutil32::projection_utm;
+  definition.projection = numerics::geodesy::projection_utm;
   definition.datum = 4283;
-  definition.hemisphere = vexutil32::hemisphere_south;
+  definition.hemisphere = numerics::geodesy::hemisphere_south;
   definition.zone_width = 6.0;
   definition.zone_number = zone;
   return definition;
@@ -18,7 +18,7 @@ inline Module_projections::CoordSystem zone_definition(const std::string& name, 
 inline Module_projections::CoordSystem lambert_definition(const std::string& name) {
   Module_projections::CoordSystem definition;
   definition.name = name;
-  definition.projection = vexutil32::projection_lambert_conformal;
+  definition.projection = numerics::geodesy::projection_lambert_conformal;
   definition.datum = 4283;
   definition.origin_longitude = 145.1;
   definition.origin_latitude = -37.0;

@@ -97,7 +97,7 @@ TEST_F(Projection_choice, Stays_with_its_survey_whatever_the_list_holds) {
   ASSERT_EQ(apply_survey_projection(), 0);
   EXPECT_EQ(current_coord_system().name, "Lambert's");
   EXPECT_TRUE(compare_coordinate_system_values(current_coord_system(), lambert_definition("")));
-  EXPECT_NE(current_coord_system().transform_parameters, vexutil32::TransformParameters{});
+  EXPECT_NE(current_coord_system().transform_parameters, numerics::geodesy::TransformParameters{});
 
   // Done without a change leaves another user's list alone.
   ASSERT_EQ(use_projection(current_coord_system()), 0);

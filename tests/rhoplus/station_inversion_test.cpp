@@ -22,13 +22,14 @@ class Station_inversion : public SurveyTest {
 
   /// The merged curve over 100 ohm-m above 10 ohm-m below 500 m, exact, with errors of 2 ohm-m and 1 degree.
   static StoredReading merged_over_two_layers() {
-    const std::vector<Module_samples::Layer> ground{{100.0, 500.0}, {10.0, 0.0}};
+    const std::vector<numerics::impedance::Layer> ground{{100.0, 500.0}, {10.0, 0.0}};
     std::vector<made::Point> points;
     for (const float frequency : {0.125F, 0.5F, 2.0F, 8.0F, 32.0F, 128.0F, 512.0F, 2048.0F}) {
-      const auto impedance = Module_samples::surface_impedance(ground, double{frequency});
+      const auto impedance = numerics::impedance::surface_impedance(ground, double{frequency});
       points.push_back(
-          {frequency, static_cast<float>(Module_samples::apparent_resistivity(impedance, double{frequency})),
-           static_cast<float>(Module_samples::phase_degrees(impedance))});
+          {frequency,
+           static_cast<float>(numerics::impedance::apparent_resistivity(impedance, double{frequency})),
+           static_cast<float>(numerics::impedance::phase_degrees(impedance))});
     }
     StoredReading reading = made::reading(points);
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -55,11 +56,11 @@ TEST_F(Station_inversion, Of_an_exact_two_layer_curve) {
   store(reading);
   StationInversion inversion;
   ASSERT_EQ(invert_station(key, inversion), 0);
-  ASSERT_EQ(inversion.run.status, vexmtutils::rhoplus_ran) << inversion.run.message;
+  ASSERT_EQ(inversion.run.status, numerics::rhoplus::rhoplus_ran) << inversion.run.message;
   EXPECT_EQ(inversion.scale, 2.0F);
   EXPECT_EQ(inversion.run.used_values, 16);
   EXPECT_LT(inversion.run.achieved_chi, 0.01F) << "exact data of a layered ground are one-dimensional";
-  for (const vexmtutils::RhoplusRow& row : inversion.tables.data) {
+  for (const numerics::rhoplus::RhoplusRow& row : inversion.tables.data) {
     EXPECT_NEAR(row.model_resistivity / row.resistivity, 1.0F, 1e-3F);
     EXPECT_NEAR(row.model_phase, row.phase, 0.05F);
   }
@@ -86,7 +87,7 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
   store(masked);
   ASSERT_EQ(invert_station(key, inversion), 0);
   EXPECT_NE(inversion.merged.ID, 0);
-  EXPECT_EQ(inversion.run.status, vexmtutils::rhoplus_not_run);
+  EXPECT_EQ(inversion.run.status, numerics::rhoplus::rhoplus_not_run);
   EXPECT_FALSE(fs::exists(folder_of_run() / "tmd_1250.dat"));
   EXPECT_FALSE(data_rows(inversion)[0].use_resistivity);
   EXPECT_TRUE(interface.take_messages().empty());
@@ -142,7 +143,7 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
 
 TEST_F(Station_inversion, The_model_is_drawn_as_stems) {
   EXPECT_TRUE(sheet_plot({}).table.series.empty());
-  const std::vector<vexmtutils::RhoplusLayer> model{{0.0F, 0.5F}, {250.0F, 40.0F}, {9000.0F, 1e30F}};
+  const std::vector<numerics::rhoplus::RhoplusLayer> model{{0.0F, 0.5F}, {250.0F, 40.0F}, {9000.0F, 1e30F}};
   const Module_display_data::PanePlot plot = sheet_plot(model);
   ASSERT_EQ(plot.table.series.size(), 3U);
   EXPECT_LT(plot.x.minimum, 100.0);

@@ -15,6 +15,8 @@
 namespace {
 
 using namespace Module_samples;  // the room under test
+using numerics::impedance::apparent_resistivity;
+using numerics::impedance::surface_impedance;
 
 const std::vector<SampleFile>& survey() {
   static const std::vector<SampleFile> files = make_sample_survey();

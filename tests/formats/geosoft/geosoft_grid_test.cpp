@@ -18,13 +18,13 @@
 
 namespace {
 
-using vexgrid::RegularGrid;
+using numerics::gridding::RegularGrid;
 
 constexpr double absent = -1e32;
 
 std::string written(const RegularGrid& grid) {
   const TemporaryFolder folder;
-  vexgrid::write_geosoft_grid(folder.path("made.grd"), grid);
+  formats::geosoft::write_geosoft_grid(folder.path("made.grd"), grid);
   return file_contents(folder.path("made.grd"));
 }
 
@@ -142,7 +142,7 @@ TEST(Geosoft_grid, A_failure_leaves_the_earlier_file) {
   const auto fails_with = [&](auto change) {
     RegularGrid grid = good;
     change(grid);
-    EXPECT_THROW(vexgrid::write_geosoft_grid(file, grid), std::invalid_argument);
+    EXPECT_THROW(formats::geosoft::write_geosoft_grid(file, grid), std::invalid_argument);
     EXPECT_EQ(file_contents(file), "earlier");
   };
   fails_with([](RegularGrid& grid) { grid.values[5] = 1e39; });
@@ -152,7 +152,8 @@ TEST(Geosoft_grid, A_failure_leaves_the_earlier_file) {
   fails_with([](RegularGrid& grid) { grid.frame.first_y = std::nan(""); });
   fails_with([](RegularGrid& grid) { grid = {{0, 0, 1, 0, 0}, {}}; });
 
-  EXPECT_THROW(vexgrid::write_geosoft_grid(folder.path("missing/made.grd"), good), std::runtime_error);
+  EXPECT_THROW(formats::geosoft::write_geosoft_grid(folder.path("missing/made.grd"), good),
+               std::runtime_error);
   {
     // As on a full disk: the file may not grow beyond its header.
     rlimit earlier = {};
@@ -164,11 +165,11 @@ TEST(Geosoft_grid, A_failure_leaves_the_earlier_file) {
     });
     const rlimit small = {600, earlier.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    EXPECT_THROW(vexgrid::write_geosoft_grid(file, good), std::runtime_error);
+    EXPECT_THROW(formats::geosoft::write_geosoft_grid(file, good), std::runtime_error);
   }
   EXPECT_EQ(file_contents(file), "earlier");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.folder()), {}), 1);
-  vexgrid::write_geosoft_grid(file, good);
+  formats::geosoft::write_geosoft_grid(file, good);
   EXPECT_EQ(file_contents(file).size(), 4512U);
 }
 

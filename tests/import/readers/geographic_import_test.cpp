@@ -42,7 +42,7 @@ class GeographicImport : public SurveyTest {
     Module_projections::CoordSystem& current = Module_projections::current_coord_system();
     current = {};
     current.name = "MGA 55";
-    current.projection = vexutil32::projection_utm;
+    current.projection = numerics::geodesy::projection_utm;
     current.datum = 4283;
     current.zone_width = 6.0;
     current.zone_number = 55;

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace vexutil32;
+using namespace numerics::geodesy;
 
 namespace {
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+using numerics::geodesy::GeographicAngle;
+using numerics::geodesy::read_geographic_angle;
+
 TEST(Geographic_angle, Is_read_in_the_forms_that_people_write) {
   struct Case {
     const char* text;

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace numerics::gridding;
+
 namespace {
 
 /// Largest difference from the sine over half a period, whose curvature is 0 at both ends.

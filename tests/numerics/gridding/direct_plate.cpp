@@ -71,13 +71,13 @@ class Terms {
 
 }  // namespace
 
-std::vector<double> direct_plate(std::span<const vexminc::ScatteredPoint> points,
-                                 const vexgrid::GridFrame& frame) {
+std::vector<double> direct_plate(std::span<const numerics::gridding::ScatteredPoint> points,
+                                 const numerics::gridding::GridFrame& frame) {
   Terms terms(static_cast<int>(frame.columns), static_cast<int>(frame.rows));
   terms.add_bending();
   std::vector<Term> pulls;
   std::vector<double> weights;
-  for (const vexminc::ScatteredPoint& point : points) {
+  for (const numerics::gridding::ScatteredPoint& point : points) {
     const double x = (point.x - frame.first_x) / frame.cell;
     const double y = (point.y - frame.first_y) / frame.cell;
     const bool on_node = std::hypot(x - std::round(x), y - std::round(y)) < 1e-6;
@@ -99,8 +99,8 @@ std::vector<double> direct_plate(std::span<const vexminc::ScatteredPoint> points
   return {surface.begin(), surface.end()};
 }
 
-double surface_at(const vexgrid::RegularGrid& grid, double x, double y) {
-  const vexgrid::GridFrame& frame = grid.frame;
+double surface_at(const numerics::gridding::RegularGrid& grid, double x, double y) {
+  const numerics::gridding::GridFrame& frame = grid.frame;
   const Terms terms(static_cast<int>(frame.columns), static_cast<int>(frame.rows));
   double value = 0.0;
   for (const auto& [node, coefficient] :

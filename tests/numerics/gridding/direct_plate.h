@@ -8,8 +8,8 @@
 
 /// The exact minimum of the bending energy plus 100 times the squared misfits at the points, which are fitted
 /// by cubic Lagrange interpolation; a point on a node fixes it. No two points may have one nearest node.
-std::vector<double> direct_plate(std::span<const vexminc::ScatteredPoint> points,
-                                 const vexgrid::GridFrame& frame);
+std::vector<double> direct_plate(std::span<const numerics::gridding::ScatteredPoint> points,
+                                 const numerics::gridding::GridFrame& frame);
 
 /// The surface at a position inside the grid, by the same interpolation.
-double surface_at(const vexgrid::RegularGrid& grid, double x, double y);
+double surface_at(const numerics::gridding::RegularGrid& grid, double x, double y);

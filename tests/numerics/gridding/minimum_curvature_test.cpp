@@ -12,8 +12,8 @@
 
 namespace {
 
-using namespace vexminc;
-using vexgrid::GridFrame;
+using namespace numerics::gridding;
+using numerics::gridding::GridFrame;
 using Points = std::vector<ScatteredPoint>;
 
 GriddedSurface grid_of(const Points& points, const GridFrame& frame, const GriddingOptions& options = {}) {
@@ -205,7 +205,7 @@ TEST(Minimum_curvature, Noise_is_fitted_and_contradictions_stay_calm) {
       lines.push_back({x, y, hills(x / 199.0, y / 149.0) + noise(random)});
     }
   }
-  const vexgrid::RegularGrid grid = grid_of(lines, frame).grid;
+  const numerics::gridding::RegularGrid grid = grid_of(lines, frame).grid;
   for (const ScatteredPoint& point : lines) {
     EXPECT_NEAR(surface_at(grid, point.x, point.y), point.z, 1e-3 * range_of(lines));
   }

@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace vexminc;
+using namespace numerics::gridding;
 
 TEST(Spline_levels, Gathering_is_the_transpose_of_refining) {
   std::mt19937 random(3);

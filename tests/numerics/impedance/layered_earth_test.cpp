@@ -9,10 +9,10 @@
 
 namespace {
 
-using Module_samples::apparent_resistivity;
-using Module_samples::Layer;
-using Module_samples::phase_degrees;
-using Module_samples::surface_impedance;
+using numerics::impedance::apparent_resistivity;
+using numerics::impedance::Layer;
+using numerics::impedance::phase_degrees;
+using numerics::impedance::surface_impedance;
 
 TEST(Layered_earth, Half_space_gives_its_resistivity_and_45_degrees) {
   for (const double frequency : {1e-4, 1.0, 1e4}) {

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace VexMTutils;
+using namespace numerics::impedance;
 
 namespace {
 

@@ -14,9 +14,9 @@
 
 namespace {
 
-using vexmtutils::RhoplusRow;
-using vexmtutils::RhoplusRun;
-using vexmtutils::RhoplusSurface;
+using numerics::rhoplus::RhoplusRow;
+using numerics::rhoplus::RhoplusRun;
+using numerics::rhoplus::RhoplusSurface;
 
 constexpr float no_data = -1e32F;
 
@@ -32,7 +32,7 @@ std::vector<RhoplusRow> table(std::span<const made::RhoplusDatum> data) {
 }
 
 void expect_sound(const std::vector<RhoplusRow>& rows, const RhoplusRun& run) {
-  ASSERT_EQ(run.status, vexmtutils::rhoplus_ran) << run.message;
+  ASSERT_EQ(run.status, numerics::rhoplus::rhoplus_ran) << run.message;
   EXPECT_GE(run.achieved_chi, 0.0F);
   EXPECT_TRUE(std::isfinite(run.achieved_chi));
   EXPECT_GT(run.target_chi, 0.0F);
@@ -44,12 +44,12 @@ void expect_sound(const std::vector<RhoplusRow>& rows, const RhoplusRun& run) {
       EXPECT_LE(row.model_phase, 90.0F);
     }
   }
-  ASSERT_LE(run.model.size(), static_cast<std::size_t>(vexmtutils::max_rhoplus_layers));
+  ASSERT_LE(run.model.size(), static_cast<std::size_t>(numerics::rhoplus::max_rhoplus_layers));
   ASSERT_FALSE(run.model.empty());
   for (std::size_t i = 0; i < run.model.size(); ++i) {
     EXPECT_GT(run.model[i].conductance, 0.0F);
     EXPECT_TRUE(i == 0 || run.model[i].depth >= run.model[i - 1].depth);
-    EXPECT_TRUE(i + 1 == run.model.size() || run.model[i].conductance < vexmtutils::perfect_conductor);
+    EXPECT_TRUE(i + 1 == run.model.size() || run.model[i].conductance < numerics::rhoplus::perfect_conductor);
   }
 }
 
@@ -95,7 +95,7 @@ TEST(Rhoplus_table, Extremes_keep_their_proof) {
   for (Case& c : cases) {
     for (const RhoplusSurface surface : {RhoplusSurface::insulating, RhoplusSurface::conducting}) {
       SCOPED_TRACE(c.name);
-      const RhoplusRun run = vexmtutils::rhoplus(c.rows, surface);
+      const RhoplusRun run = numerics::rhoplus::rhoplus(c.rows, surface);
       expect_sound(c.rows, run);
       const double misfit2 = std::pow(run.achieved_chi, 2);
       EXPECT_LE(run.optimality_gap, c.gap * std::max(1.0, misfit2) + 1e-6 * run.used_values);
@@ -123,8 +123,8 @@ TEST(Rhoplus_table, Random_tables_never_fail) {
       row.resistivity_error = row.resistivity * power(4.0);
     }
     rows.front().use_phase = 1.0F;
-    const RhoplusRun run =
-        vexmtutils::rhoplus(rows, trial % 2 == 0 ? RhoplusSurface::insulating : RhoplusSurface::conducting);
+    const RhoplusRun run = numerics::rhoplus::rhoplus(
+        rows, trial % 2 == 0 ? RhoplusSurface::insulating : RhoplusSurface::conducting);
     expect_sound(rows, run);
     // Errors that differ by twelve decades leave less of double precision.
     EXPECT_LE(run.optimality_gap, 1e-5 * std::max<double>(run.used_values, std::pow(run.achieved_chi, 2)));
@@ -147,10 +147,10 @@ TEST(Rhoplus_table, What_cannot_be_used_is_left_out_and_named) {
   rows[5].resistivity_error = nan;
   rows[5].phase = infinity;
   std::string log;
-  const RhoplusRun run = vexmtutils::rhoplus(rows, RhoplusSurface::insulating, &log);
-  ASSERT_EQ(run.status, vexmtutils::rhoplus_ran);
+  const RhoplusRun run = numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating, &log);
+  ASSERT_EQ(run.status, numerics::rhoplus::rhoplus_ran);
   EXPECT_EQ(run.used_values, 12);
-  EXPECT_EQ(run.achieved_chi, vexmtutils::rhoplus(clean, RhoplusSurface::insulating).achieved_chi);
+  EXPECT_EQ(run.achieved_chi, numerics::rhoplus::rhoplus(clean, RhoplusSurface::insulating).achieved_chi);
   EXPECT_EQ(rows[0].model_resistivity, no_data);
   EXPECT_EQ(rows[1].model_phase, no_data);
   EXPECT_GT(rows[4].model_resistivity, 0.0F);
@@ -167,8 +167,8 @@ TEST(Rhoplus_table, Nothing_to_invert_is_a_status_with_a_sentence) {
   std::vector<RhoplusRow> none;
   for (std::vector<RhoplusRow>* rows : {&unused, &none}) {
     std::string log;
-    const RhoplusRun run = vexmtutils::rhoplus(*rows, RhoplusSurface::insulating, &log);
-    EXPECT_EQ(run.status, vexmtutils::rhoplus_no_usable_data);
+    const RhoplusRun run = numerics::rhoplus::rhoplus(*rows, RhoplusSurface::insulating, &log);
+    EXPECT_EQ(run.status, numerics::rhoplus::rhoplus_no_usable_data);
     EXPECT_FALSE(run.message.empty());
     EXPECT_NE(log.find(run.message), std::string::npos);
   }
@@ -179,7 +179,8 @@ TEST(Rhoplus_table, Frequencies_below_four_decimals_stay_apart) {
   // Both are 0.0005 Hz in a text of four decimals.
   std::vector<RhoplusRow> rows{{0.00051F, 100.0F, 1.0F, 40.0F, 0.5F, 1.0F, 1.0F},
                                {0.00054F, 100.0F, 1.0F, 41.0F, 0.5F, 1.0F, 1.0F}};
-  ASSERT_EQ(vexmtutils::rhoplus(rows, RhoplusSurface::insulating).status, vexmtutils::rhoplus_ran);
+  ASSERT_EQ(numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating).status,
+            numerics::rhoplus::rhoplus_ran);
   EXPECT_NE(rows[0].model_phase, rows[1].model_phase);
 }
 
@@ -187,8 +188,9 @@ TEST(Rhoplus_log, Stands_in_the_run_directory) {
   const TemporaryFolder folder;
   std::vector<RhoplusRow> rows = table(noisy(20, 1e-2, 1e2, 0.05, 1));
   rows[7].use_phase = 0.0F;
-  const RhoplusRun run = vexmtutils::rhoplus(folder.folder(), "tmd_1250", rows, RhoplusSurface::insulating);
-  ASSERT_EQ(run.status, vexmtutils::rhoplus_ran);
+  const RhoplusRun run =
+      numerics::rhoplus::rhoplus(folder.folder(), "tmd_1250", rows, RhoplusSurface::insulating);
+  ASSERT_EQ(run.status, numerics::rhoplus::rhoplus_ran);
   const std::string log = file_contents(folder.path("tmd_1250.out"));
   for (const char* text : {"tmd_1250", "insulating", "39 (20 resistivities, 19 phases)", "Achieved chi",
                            "Target chi", "95 % level", "Certificate", "Basement", "conductance (S)"}) {
@@ -196,8 +198,8 @@ TEST(Rhoplus_log, Stands_in_the_run_directory) {
   }
   EXPECT_EQ(log.find("\n\n"), std::string::npos);  // each line ends in CR LF
   const RhoplusRun lost =
-      vexmtutils::rhoplus(folder.folder() / "missing", "tmd_1250", rows, RhoplusSurface::insulating);
-  EXPECT_EQ(lost.status, vexmtutils::rhoplus_log_not_written);
+      numerics::rhoplus::rhoplus(folder.folder() / "missing", "tmd_1250", rows, RhoplusSurface::insulating);
+  EXPECT_EQ(lost.status, numerics::rhoplus::rhoplus_log_not_written);
   EXPECT_NE(lost.message.find("tmd_1250.out"), std::string::npos);
   EXPECT_EQ(lost.achieved_chi, run.achieved_chi);
 }
@@ -211,8 +213,8 @@ TEST(Rhoplus_chi, Expected_and_95_percent_of_tables) {
   const Case cases[] = {
       {1, 0.797885, 3.841}, {2, 1.253314, 5.991}, {10, 3.084, 18.307}, {100, 9.975, 124.342}};
   for (const Case& c : cases) {
-    EXPECT_NEAR(vexmtutils::expected_chi(c.n), c.expected, 1e-3) << c.n;
-    EXPECT_NEAR(std::pow(vexmtutils::chi_of_95_percent(c.n), 2), c.chi2_95, 1e-3) << c.n;
+    EXPECT_NEAR(numerics::rhoplus::expected_chi(c.n), c.expected, 1e-3) << c.n;
+    EXPECT_NEAR(std::pow(numerics::rhoplus::chi_of_95_percent(c.n), 2), c.chi2_95, 1e-3) << c.n;
   }
 }
 

@@ -13,8 +13,8 @@
 
 namespace made {
 
-using vexmtutils::RhoplusDatum;
-using vexmtutils::Sheet;
+using numerics::rhoplus::RhoplusDatum;
+using numerics::rhoplus::Sheet;
 
 /// `count` frequencies, evenly spaced in ln f from `low` to `high`, Hz.
 inline std::vector<double> frequencies(int count, double low, double high) {
@@ -33,13 +33,13 @@ inline RhoplusDatum datum(double frequency, double resistivity, double phase, do
 }
 
 /// What layers measure, without noise.
-inline std::vector<RhoplusDatum> layered(std::span<const Module_samples::Layer> layers,
+inline std::vector<RhoplusDatum> layered(std::span<const numerics::impedance::Layer> layers,
                                          std::span<const double> frequencies, double error) {
   std::vector<RhoplusDatum> data;
   for (const double f : frequencies) {
-    const std::complex<double> z = Module_samples::surface_impedance(layers, f);
-    data.push_back(
-        datum(f, Module_samples::apparent_resistivity(z, f), Module_samples::phase_degrees(z), error));
+    const std::complex<double> z = numerics::impedance::surface_impedance(layers, f);
+    data.push_back(datum(f, numerics::impedance::apparent_resistivity(z, f),
+                         numerics::impedance::phase_degrees(z), error));
   }
   return data;
 }
@@ -98,7 +98,7 @@ inline double misfit2(std::span<const RhoplusDatum> data, std::span<const Rhoplu
 }
 
 /// Conductors below resistors and the other way round, by number of layers: 1, 2, 3 or 5.
-inline std::vector<Module_samples::Layer> ground(int layers) {
+inline std::vector<numerics::impedance::Layer> ground(int layers) {
   switch (layers) {
     case 1:
       return {{100.0, 0.0}};

@@ -15,7 +15,7 @@
 namespace {
 
 using made::RhoplusDatum;
-using vexmtutils::RhoplusInversion;
+using numerics::rhoplus::RhoplusInversion;
 
 constexpr bool insulating = false;
 constexpr bool conducting = true;
@@ -32,7 +32,7 @@ double gap_by_quadrature(const std::vector<RhoplusDatum>& data, const RhoplusInv
   };
   std::vector<Term> terms;
   for (std::size_t i = 0; i < data.size(); ++i) {
-    const vexmtutils::RhoplusPrediction& row = inversion.rows[i];
+    const numerics::rhoplus::RhoplusPrediction& row = inversion.rows[i];
     const double phase_error = data[i].phase_error * std::numbers::pi / 180.0;
     terms.push_back({{0.0, 2.0 * std::numbers::pi * data[i].frequency / reference},
                      data[i].use_resistivity
@@ -63,7 +63,7 @@ double gap_by_quadrature(const std::vector<RhoplusDatum>& data, const RhoplusInv
 }
 
 RhoplusInversion invert_proven(const std::vector<RhoplusDatum>& data, bool surface, bool all_used = true) {
-  RhoplusInversion inversion = vexmtutils::invert(data, surface, most_rows);
+  RhoplusInversion inversion = numerics::rhoplus::invert(data, surface, most_rows);
   EXPECT_TRUE(inversion.ran);
   const double scale = std::max(1.0, inversion.fit.misfit2);
   EXPECT_TRUE(inversion.fit.fits_exactly || inversion.fit.gap <= 1e-8 * scale)
@@ -141,8 +141,8 @@ TEST(Rhoplus_optimum, Exact_data_are_fitted_to_nothing) {
   };
   const double endless = HUGE_VAL;
   const std::vector<double> band = made::frequencies(30, 1e-3, 1e3);
-  const std::vector<vexmtutils::Sheet> three{{0.0, 2.0}, {800.0, 30.0}, {20000.0, 4000.0}};
-  const std::vector<vexmtutils::Sheet> buried{{150.0, 5.0}, {4000.0, 300.0}};
+  const std::vector<numerics::rhoplus::Sheet> three{{0.0, 2.0}, {800.0, 30.0}, {20000.0, 4000.0}};
+  const std::vector<numerics::rhoplus::Sheet> buried{{150.0, 5.0}, {4000.0, 300.0}};
   const Case cases[] = {
       {"three sheets on an insulator", made::sheets(three, endless, band, 0.02)},
       {"three sheets on a conductor", made::sheets(three, 90000.0, band, 0.02)},
@@ -162,7 +162,7 @@ TEST(Rhoplus_optimum, Exact_data_are_fitted_to_nothing) {
   // A few sheets are found again.
   for (const double conductor_depth : {endless, 90000.0}) {
     const RhoplusInversion inversion =
-        vexmtutils::invert(made::sheets(three, conductor_depth, band, 0.02), insulating, most_rows);
+        numerics::rhoplus::invert(made::sheets(three, conductor_depth, band, 0.02), insulating, most_rows);
     ASSERT_EQ(inversion.sheets.sheets.size(), three.size());
     for (std::size_t i = 0; i < three.size(); ++i) {
       EXPECT_NEAR(inversion.sheets.sheets[i].depth, three[i].depth, 1e-6 * three[i].depth);
@@ -209,12 +209,12 @@ TEST(Rhoplus_optimum, Closed_forms) {
     const RhoplusInversion inversion = invert_proven(c.data, insulating);
     EXPECT_NEAR(inversion.fit.misfit2, c.misfit2, 1e-5 * std::max(1.0, c.misfit2));
   }
-  const RhoplusInversion above = vexmtutils::invert(cases[3].data, insulating, most_rows);
+  const RhoplusInversion above = numerics::rhoplus::invert(cases[3].data, insulating, most_rows);
   EXPECT_TRUE(above.sheets.sheets.empty());
   // rho = mu0 omega c^2 with c the depth of the conductor
   const double depth = std::sqrt(50.0 / (4e-7 * std::numbers::pi * 2.0 * std::numbers::pi));
   EXPECT_NEAR(above.sheets.conductor_depth, depth, 1e-6 * depth);
-  const RhoplusInversion below = vexmtutils::invert(cases[4].data, insulating, most_rows);
+  const RhoplusInversion below = numerics::rhoplus::invert(cases[4].data, insulating, most_rows);
   ASSERT_EQ(below.sheets.sheets.size(), 1U);
   EXPECT_TRUE(std::isinf(below.sheets.conductor_depth));
   // Z = 1/tau
@@ -239,7 +239,7 @@ class Symmetry : public testing::Test {
   void expect_scaled_model(const RhoplusInversion& other, double depth, double conductance) const {
     ASSERT_EQ(other.sheets.sheets.size(), base_.sheets.sheets.size());
     for (std::size_t i = 0; i < base_.sheets.sheets.size(); ++i) {
-      const vexmtutils::Sheet& sheet = base_.sheets.sheets[i];
+      const numerics::rhoplus::Sheet& sheet = base_.sheets.sheets[i];
       EXPECT_NEAR(other.sheets.sheets[i].depth, depth * sheet.depth, 1e-4 * depth * sheet.depth) << i;
       EXPECT_NEAR(other.sheets.sheets[i].conductance / (conductance * sheet.conductance), 1.0, 1e-3) << i;
     }
@@ -267,7 +267,7 @@ TEST_F(Symmetry, Scaling_of_resistivity_frequency_and_errors) {
   const RhoplusInversion of_faster = invert_proven(faster, insulating);
   expect_same_misfit(of_faster);
   expect_scaled_model(of_faster, 1.0 / std::sqrt(k), 1.0 / std::sqrt(k));
-  const RhoplusInversion of_vaguer = vexmtutils::invert(vaguer, insulating, most_rows);
+  const RhoplusInversion of_vaguer = numerics::rhoplus::invert(vaguer, insulating, most_rows);
   EXPECT_NEAR(of_vaguer.fit.misfit2 * k * k, base_.fit.misfit2, 1e-6 * base_.fit.misfit2);
 }
 
@@ -288,11 +288,11 @@ TEST_F(Symmetry, Order_of_rows_and_unused_rows_make_no_difference) {
   std::rotate(shuffled.begin(), shuffled.begin() + 7, shuffled.end());
   shuffled.push_back({1e-4, 1.0, 1.0, 1.0, 1.0, false, false});
   shuffled.push_back({1e5, 1e9, 1.0, -300.0, 1.0, false, false});
-  const RhoplusInversion inversion = vexmtutils::invert(shuffled, insulating, most_rows);
+  const RhoplusInversion inversion = numerics::rhoplus::invert(shuffled, insulating, most_rows);
   EXPECT_EQ(inversion.fit.misfit2, base_.fit.misfit2);
   EXPECT_EQ(inversion.fit.model.switches, base_.fit.model.switches);
   // A row that is not used is predicted all the same, and 0 to 90 degrees are all there is.
-  for (const vexmtutils::RhoplusPrediction& row : inversion.rows) {
+  for (const numerics::rhoplus::RhoplusPrediction& row : inversion.rows) {
     EXPECT_GT(row.resistivity, 0.0);
     EXPECT_GE(row.phase, 0.0);
     EXPECT_LE(row.phase, 90.0);
@@ -305,7 +305,7 @@ TEST_F(Symmetry, More_data_and_less_freedom_never_fit_better) {
   std::vector<RhoplusDatum> growing;
   for (const RhoplusDatum& d : data_) {
     growing.push_back(d);
-    const RhoplusInversion inversion = vexmtutils::invert(growing, insulating, most_rows);
+    const RhoplusInversion inversion = numerics::rhoplus::invert(growing, insulating, most_rows);
     EXPECT_GE(inversion.fit.misfit2, before - 1e-4) << growing.size();
     before = inversion.fit.misfit2;
   }
@@ -313,7 +313,7 @@ TEST_F(Symmetry, More_data_and_less_freedom_never_fit_better) {
 
 TEST(Rhoplus_surface, Conducting_puts_the_first_sheet_at_the_surface) {
   std::vector<RhoplusDatum> data =
-      made::sheets(std::vector<vexmtutils::Sheet>{{400.0, 20.0}, {9000.0, 700.0}}, HUGE_VAL,
+      made::sheets(std::vector<numerics::rhoplus::Sheet>{{400.0, 20.0}, {9000.0, 700.0}}, HUGE_VAL,
                    made::frequencies(30, 1e-3, 1e2), 0.03);
   made::add_noise(data, 5);
   const RhoplusInversion on_insulator = invert_proven(data, insulating);

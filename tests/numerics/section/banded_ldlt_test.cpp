@@ -16,7 +16,7 @@ using Complex = std::complex<double>;
 TEST(Banded_ldlt, Solves_systems_of_all_small_sizes_and_bandwidths) {
   std::mt19937 random(20);
   std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-  mt2dresponse::BandedLdlt solver;
+  numerics::section::BandedLdlt solver;
   double largest = 0.0;
   for (std::size_t n = 1; n <= 30; ++n) {
     for (std::size_t band = 0; band <= std::min<std::size_t>(n, 13); ++band) {

@@ -13,7 +13,7 @@ struct FinishedRun {
     int type = 0;
     double modelled = 0.0;
   };
-  mt2dresponse::Section section;
+  numerics::section::Section section;
   std::vector<int> parameter_index;  // of each triangle, as in the section
   std::vector<double> sites;         // m
   std::vector<double> frequencies;   // Hz

@@ -18,13 +18,13 @@ TEST(Finished_run, Its_responses_come_out_again) {
   }
   const FinishedRun run = read_finished_run(folder);
   ASSERT_EQ(run.rows.size(), 1140U);
-  const auto response = mt2dresponse::compute_response(run.section, run.sites, run.frequencies);
+  const auto response = numerics::section::compute_response(run.section, run.sites, run.frequencies);
   ASSERT_TRUE(response.has_value());
 
   double largest_resistivity = 0.0;
   double largest_phase = 0.0;
   for (const FinishedRun::Row& row : run.rows) {
-    const mt2dresponse::ModeResponse& mode = row.type <= 2 ? response->te : response->tm;
+    const numerics::section::ModeResponse& mode = row.type <= 2 ? response->te : response->tm;
     const std::size_t at = (row.site_number - 1) * run.frequencies.size() + row.frequency_number - 1;
     if (row.type == 1 || row.type == 5) {
       largest_resistivity =

@@ -3,7 +3,7 @@
 #include <numeric>
 #include <utility>
 
-using mt2dresponse::Section;
+using numerics::section::Section;
 
 std::vector<double> growing_nodes(double first, double step, double growth, double end) {
   std::vector<double> nodes = {first};
@@ -82,7 +82,7 @@ Section section_of_triangles(const std::vector<double>& node_y, const std::vecto
 }
 
 Section mirrored(const Section& section) {
-  using namespace mt2dresponse;
+  using namespace numerics::section;
   Section result = section;
   const std::size_t columns = section.column_widths.size();
   result.left_edge =

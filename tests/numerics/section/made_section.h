@@ -22,13 +22,14 @@ std::vector<double> widths_of(const std::vector<double>& nodes);
 
 /// A section whose cells take the resistivity of their middle.
 /// @param resistivity  ohm-m, at (y, z)
-mt2dresponse::Section section_of_cells(const std::vector<double>& node_y, const std::vector<double>& node_z,
-                                       const std::function<double(double, double)>& resistivity);
+numerics::section::Section section_of_cells(const std::vector<double>& node_y,
+                                            const std::vector<double>& node_z,
+                                            const std::function<double(double, double)>& resistivity);
 
 /// The same with each triangle taking the resistivity of its own centroid.
-mt2dresponse::Section section_of_triangles(const std::vector<double>& node_y,
-                                           const std::vector<double>& node_z,
-                                           const std::function<double(double, double)>& resistivity);
+numerics::section::Section section_of_triangles(const std::vector<double>& node_y,
+                                                const std::vector<double>& node_z,
+                                                const std::function<double(double, double)>& resistivity);
 
 /// The section seen from its other side: y becomes -y.
-mt2dresponse::Section mirrored(const mt2dresponse::Section& section);
+numerics::section::Section mirrored(const numerics::section::Section& section);

@@ -7,7 +7,7 @@
 
 namespace {
 
-using namespace mt2dresponse;
+using namespace numerics::section;
 
 TEST(Mesh_warnings, Name_what_a_mesh_lacks) {
   // 100 ohm-m: a skin depth of 503 m at 100 Hz and of 5030 m at 1 Hz.

@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace mt2dresponse;
+using namespace numerics::section;
 
 Response respond(const Section& section, const std::vector<double>& sites,
                  const std::vector<double>& frequencies) {

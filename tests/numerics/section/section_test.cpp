@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace mt2dresponse;
+using namespace numerics::section;
 
 TEST(Section, Triangles_take_fixed_and_free_resistivities) {
   const std::vector<double> fixed = {1e12, 0.3};

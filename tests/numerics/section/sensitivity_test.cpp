@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace mt2dresponse;
+using namespace numerics::section;
 
 const std::vector<double> sites = {-500.0, -100.0, 200.0, 600.0};
 const std::vector<double> frequencies = {50.0, 1.0};

@@ -17,6 +17,7 @@ namespace Module_occam {
 namespace {
 
 using made::Messages;
+using numerics::gridding::CubicSpline;
 
 constexpr Triangle all_triangles[] = {Triangle::top, Triangle::left, Triangle::bottom, Triangle::right};
 
@@ -102,14 +103,14 @@ int unreached(const std::vector<CodeLines>& codes) {
   return count;
 }
 
-mt2dresponse::Section section_of(const OccamModel& model) {
+numerics::section::Section section_of(const OccamModel& model) {
   std::vector<std::int32_t> codes;
   for (const CellCode& cell : model.cell_code) {
     codes.insert(codes.end(), cell.begin(), cell.end());
   }
   const std::vector<double> parameters(static_cast<std::size_t>(model.num_free_params), 2.0);
   return {model.node_x.front(), model.mesh.node_widths, model.mesh.node_heights,
-          mt2dresponse::triangle_resistivities(codes, model.mesh.fixed_res, parameters)};
+          numerics::section::triangle_resistivities(codes, model.mesh.fixed_res, parameters)};
 }
 
 TEST(Topo_mask, Of_whole_cells_reaches_down_to_the_node_line_at_or_below_the_ground) {
@@ -290,9 +291,10 @@ TEST_F(TopoMaskFileTest, A_masked_mesh_has_a_response_of_our_own_that_knows_its_
       OccamModel masked = model;
       masked.mesh.mesh_code = masked_codes(model, ground_curve(ridge), {style, free, 40.0});
       masked = build_model(masked.mesh, masked.layers, 0.0);
-      const mt2dresponse::Section section = section_of(masked);
+      const numerics::section::Section section = section_of(masked);
       EXPECT_EQ(masked.num_free_params, free_blocks(model, masked.mesh.mesh_code));
-      const mt2dresponse::CheckedInput checked = mt2dresponse::check_input(section, sites, frequencies);
+      const numerics::section::CheckedInput checked =
+          numerics::section::check_input(section, sites, frequencies);
       for (std::size_t row = 0; row < 24; ++row) {
         for (std::size_t column = 0; column < 40; ++column) {
           for (std::size_t k = 0; k < triangles; ++k) {
@@ -302,7 +304,7 @@ TEST_F(TopoMaskFileTest, A_masked_mesh_has_a_response_of_our_own_that_knows_its_
         }
       }
       EXPECT_GT(checked.sites[0].row, checked.sites[1].row);
-      const auto response = mt2dresponse::compute_response(section, sites, frequencies);
+      const auto response = numerics::section::compute_response(section, sites, frequencies);
       ASSERT_TRUE(response);
       // Over 100 ohm-m the long periods don't see the ridge in TE.
       EXPECT_NEAR(response->te.log10_resistivity[0], 2.0, 0.05);
