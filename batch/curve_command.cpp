@@ -9,8 +9,8 @@
 
 #include "batch/command.h"
 #include "batch/reading_option.h"
+#include "core/absent_value.h"
 #include "core/number_text.h"
-#include "core/session_state.h"
 #include "core/user_interface.h"
 #include "database/reading.h"
 #include "database/survey_database.h"

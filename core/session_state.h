@@ -8,12 +8,8 @@
 #include <string>
 #include <vector>
 
-inline constexpr float no_data = -1e32F;             // an absent value in readings, tables and plot data
 inline constexpr double station_not_set = -99999.0;  // a station that no one has given yet
 inline constexpr double no_current_station = -1e32;  // nothing is selected
-
-/// True if a value counts as absent in display and output.
-inline constexpr bool is_absent(double value) { return value <= -1e30; }
 
 struct SurveyHeaderValues {     // cleared with the session; no operation sets them today
   double grid_azimuth = 0.0;    // degrees

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"

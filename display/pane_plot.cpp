@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/absent_value.h"
 #include "core/session_state.h"
 
 namespace Module_display_data {

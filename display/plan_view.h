@@ -5,8 +5,6 @@
 #pragma once
 #include <cstdint>
 
-#include "core/session_state.h"
-
 namespace Module_display_data {
 
 /// Limits of the stations in one kind of coordinates; the wrong way round until a station sets them.

@@ -1,6 +1,6 @@
 #include "display/profile_plot.h"
 
-#include "core/session_state.h"
+#include "core/absent_value.h"
 #include "reduction/data_sets/profile_data_set.h"
 
 namespace Module_display_data {

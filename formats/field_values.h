@@ -11,7 +11,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "core/session_state.h"
+#include "core/absent_value.h"
 #include "import/import_report.h"
 
 namespace Module_data_file {

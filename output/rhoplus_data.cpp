@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
-#include "core/session_state.h"
 #include "core/text_fields.h"
 #include "output/frequency_list_of.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "core/session_state.h"
+#include "core/absent_value.h"
 
 namespace Module_averaged_data {
 

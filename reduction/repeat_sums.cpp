@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "core/absent_value.h"
 #include "core/search_sort.h"
-#include "core/session_state.h"
 
 namespace Module_averaged_data {
 

@@ -1,7 +1,7 @@
 #include "rhoplus/data_rows.h"
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
-#include "core/session_state.h"
 
 namespace Module_rhoplus {
 

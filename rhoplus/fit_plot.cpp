@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
-#include "core/session_state.h"
 #include "display/plot_colours.h"
 #include "reduction/data_sets/curve_parts.h"
 

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "core/absent_value.h"
 #include "core/session_state.h"
 #include "display/point_texts.h"
 #include "display/profile_plot.h"

@@ -10,6 +10,7 @@
 #include "app/panels/picture_repeats.h"
 #include "app/panels/picture_stats.h"
 #include "app/panels/use_switches.h"
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"

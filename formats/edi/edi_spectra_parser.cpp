@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/edi/edi_tags.h"

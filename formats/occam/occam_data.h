@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/session_state.h"
+#include "core/absent_value.h"
 
 namespace Module_occam {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/absent_value.h"
 #include "core/line_reader.h"
 #include "formats/edi/edi_parser.h"
 #include "import/readers/edi_curves.h"

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/absent_value.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"

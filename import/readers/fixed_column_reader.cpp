@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/absent_value.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"

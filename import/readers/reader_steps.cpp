@@ -4,7 +4,7 @@
 #include <exception>
 #include <string>
 
-#include "core/session_state.h"
+#include "core/absent_value.h"
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "formats/field_values.h"

@@ -8,6 +8,7 @@
 #include <limits>
 #include <system_error>
 
+#include "core/absent_value.h"
 #include "numerics/rhoplus/chi_statistics.h"
 #include "numerics/rhoplus/inversion.h"
 #include "numerics/rhoplus/inversion_log.h"

@@ -5,6 +5,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/text_fields.h"

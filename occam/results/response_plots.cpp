@@ -8,6 +8,7 @@
 #include <limits>
 #include <numeric>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 
 namespace Module_occam {

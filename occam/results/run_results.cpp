@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "core/absent_value.h"
 #include "core/file_names.h"
 #include "core/trap_errors.h"
 #include "formats/occam/data_file.h"

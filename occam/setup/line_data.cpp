@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "core/session_state.h"
+#include "core/absent_value.h"
 
 namespace Module_occam {
 

@@ -11,6 +11,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "platform/widgets/panel_controls.h"
 

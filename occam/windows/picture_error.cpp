@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "formats/occam/occam_state.h"
 #include "occam/windows/picture_axes.h"

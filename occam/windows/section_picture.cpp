@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "core/absent_value.h"
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/search_sort.h"
 #include "core/session_state.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "core/absent_value.h"
 #include "core/search_sort.h"
-#include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"

@@ -1,5 +1,6 @@
 #include "database/frequency_store.h"
 
+#include "core/absent_value.h"
 #include "database/reading.h"
 #include "tests/support/survey_fixture.h"
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "tests/support/survey_fixture.h"
 

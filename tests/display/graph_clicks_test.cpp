@@ -1,5 +1,6 @@
 #include "display/graph_clicks.h"
 
+#include "core/absent_value.h"
 #include "tests/display/made_survey.h"
 
 using namespace Module_display_data;

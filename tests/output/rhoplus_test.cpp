@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "core/absent_value.h"
 #include "output/output_choices.h"
 #include "platform/settings_store/settings_store.h"
 #include "tests/reduction/made_readings.h"

@@ -2,7 +2,6 @@
 #pragma once
 #include <vector>
 
-#include "core/session_state.h"
 #include "database/frequency_store.h"
 #include "database/reading.h"
 #include "database/stations.h"

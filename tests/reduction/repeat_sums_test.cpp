@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/absent_value.h"
 #include "tests/reduction/made_readings.h"
 
 using namespace Module_averaged_data;

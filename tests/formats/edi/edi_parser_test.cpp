@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/session_state.h"
+#include "core/absent_value.h"
 #include "import/readers/edi_curves.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/support/temporary_folder.h"

@@ -1,6 +1,7 @@
 // A finished run of the public inversion program, as an outside program prepared it.
 #include <cmath>
 
+#include "core/absent_value.h"
 #include "formats/occam/data_file.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/model_file.h"

@@ -1,6 +1,7 @@
 // Responses with and without a header.
 #include "formats/occam/response_file.h"
 
+#include "core/absent_value.h"
 #include "tests/formats/occam/made_run.h"
 
 namespace Module_occam {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/absent_value.h"
 #include "database/reading.h"
 #include "import/import_run.h"
 #include "tests/formats/edi/made_edi.h"

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/absent_value.h"
 #include "numerics/rhoplus/chi_statistics.h"
 #include "numerics/rhoplus/rhoplus.h"
 #include "samples/random_numbers.h"

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/absent_value.h"
+
 namespace Module_occam {
 namespace {
 

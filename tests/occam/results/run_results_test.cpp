@@ -1,6 +1,7 @@
 // A run's iterations and responses as they are found, made and found again while the inversion is at work.
 #include "occam/results/run_results.h"
 
+#include "core/absent_value.h"
 #include "formats/occam/occam_state.h"
 #include "formats/occam/response_file.h"
 #include "occam/results/response_plots.h"

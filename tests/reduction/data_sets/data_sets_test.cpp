@@ -1,3 +1,4 @@
+#include "core/absent_value.h"
 #include "reduction/data_sets/profile_data_set.h"
 #include "reduction/data_sets/repeat_data_set.h"
 #include "reduction/data_sets/station_data_set.h"

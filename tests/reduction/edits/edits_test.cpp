@@ -1,6 +1,7 @@
 // Edits of masks, flags and factors: what each changes, and that undo and redo lead back and forth.
 #include <functional>
 
+#include "core/absent_value.h"
 #include "core/undo_stack.h"
 #include "reduction/data_sets/profile_data_set.h"
 #include "reduction/data_sets/repeat_data_set.h"
