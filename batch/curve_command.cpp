@@ -24,7 +24,7 @@ using Module_database::StoredReading;
 
 struct CurveOptions {
   std::string survey;
-  ReadingOption reading;
+  Module_database::LineSelection reading;
   double station = 0.0;
   std::int32_t reduction = 2;
   std::optional<float> rate;  // Hz
@@ -68,8 +68,7 @@ std::optional<float> only_scan_rate(const CurveOptions& options) {
 
 /// @return 0, or -1 after a message
 int load_reduced(const CurveOptions& options, StoredReading& reading) {
-  ReadingKey key{options.reading.line,      options.station,       options.reading.reference_type, 0.0F,
-                 options.reading.data_type, options.reading.dipole};
+  ReadingKey key = options.reading.at(options.station);
   if (options.reduction == 1) {
     const std::optional<float> rate = options.rate ? options.rate : only_scan_rate(options);
     if (!rate) {
@@ -102,7 +101,7 @@ nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {
       fields.push_back(json_number(reading.curve.value(field, index)));
     }
     json["data"].push_back(std::move(fields));
-    json["mask"].push_back({reading.curve.masked_in(1, index), reading.curve.masked_in(2, index)});
+    json["mask"].push_back({reading.curve.counts_at(1, index), reading.curve.counts_at(2, index)});
   }
   json["use"] = {reading.UseReading, reading.UseResistivity, reading.UsePhase};
   json["res_offset"] = json_number(reading.ResOffset);
@@ -133,7 +132,7 @@ void print_table(const StoredReading& reading, bool reduced) {
                             static_cast<int>(field_phase), phase_error}) {
       std::cout << std::setw(width) << shown(reading.curve.value(field, index));
     }
-    std::cout << "  " << reading.curve.masked_in(1, index) << ' ' << reading.curve.masked_in(2, index)
+    std::cout << "  " << reading.curve.counts_at(1, index) << ' ' << reading.curve.counts_at(2, index)
               << '\n';
   }
 }

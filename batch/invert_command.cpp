@@ -8,21 +8,22 @@
 #include "batch/reading_option.h"
 #include "batch/rhoplus_option.h"
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "core/user_interface.h"
 #include "output/frequency_list_of.h"
 #include "platform/files/safe_files.h"
+#include "reduction/each_item.h"
 #include "rhoplus/station_inversion.h"
 
 namespace Batch {
 namespace {
 
+using Module_averaged_data::Outcome;
 using Module_rhoplus::StationInversion;
 using Json = nlohmann::ordered_json;
 
 struct InvertOptions {
   std::string survey;
-  ReadingOption reading;
+  Module_database::LineSelection reading;
   Module_output::RhoplusSettings settings;
   std::string json_path;  // empty: a table on the standard output
 };
@@ -70,32 +71,26 @@ void print_station(double station, const StationInversion& inversion) {
 
 /// Inverts each station; `results` gets one entry a station. @return 0, or -1 after a message
 int invert_stations(const InvertOptions& options, const std::vector<double>& stations, Json& results) {
-  const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-  for (std::size_t index = 0; index < stations.size(); ++index) {
-    user_interface().show_progress("Inverting", static_cast<int>(100 * index / stations.size()));
-    if (user_interface().stop_requested()) {
-      user_interface().show_message("Stopped; the stations so far are complete");
-      return -1;
-    }
+  Module_averaged_data::WorkProgress progress("Inverting", stations.size());
+  const Outcome outcome = Module_averaged_data::each_item(progress, [&](std::size_t index) {
     StationInversion inversion;
-    if (Module_rhoplus::invert_station_in_memory(
-            {options.reading.line, stations[index], options.reading.reference_type, 0.0F,
-             options.reading.data_type, options.reading.dipole},
-            inversion) != 0) {
+    if (Module_rhoplus::invert_station_in_memory(options.reading.at(stations[index]), inversion) != 0) {
       return -1;
     }
     results.push_back(station_json(stations[index], inversion));
     if (options.json_path.empty()) {
       print_station(stations[index], inversion);
     }
+    return 0;
+  });
+  if (outcome == Outcome::stopped) {
+    user_interface().show_message("Stopped; the stations so far are complete");
   }
-  return 0;
+  return outcome == Outcome::finished ? 0 : -1;
 }
 
 int invert_line(const InvertOptions& options) {
-  const std::vector<double> stations =
-      Module_output::rhoplus_stations({options.reading.line, options.reading.reference_type,
-                                       options.reading.data_type, options.reading.dipole});
+  const std::vector<double> stations = Module_output::rhoplus_stations(options.reading);
   if (stations.empty()) {
     user_interface().show_message("There is no data for the specified line and data type");
     return -1;

@@ -14,16 +14,13 @@ using Module_occam::InversionInputs;
 
 struct OccamOptions {
   std::string survey;
-  ReadingOption reading;
+  Module_database::LineSelection reading;
   InversionInputs inputs;
 };
 
 int create_run(const OccamOptions& options) {
   Module_occam::CreatedInversion created;
-  const ReadingOption& reading = options.reading;
-  if (Module_occam::create_inversion(
-          {reading.line, reading.reference_type, reading.data_type, reading.dipole}, options.inputs, {},
-          created) != 0) {
+  if (Module_occam::create_inversion(options.reading, options.inputs, {}, created) != 0) {
     return -1;
   }
   if (created.stopped) {

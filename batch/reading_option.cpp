@@ -2,7 +2,7 @@
 
 namespace Batch {
 
-void add_reading_options(CLI::App& parser, ReadingOption& option) {
+void add_reading_options(CLI::App& parser, Module_database::LineSelection& option) {
   parser.add_option("--line", option.line, "survey line, as 200E")->required();
   parser
       .add_option("--reference", option.reference_type,

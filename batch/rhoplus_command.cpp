@@ -14,16 +14,14 @@ namespace {
 
 struct RhoplusOptions {
   std::string survey;
-  ReadingOption reading;
+  Module_database::LineSelection reading;
   std::string directory;
   Module_output::RhoplusSettings settings;
 };
 
 int write_line(const RhoplusOptions& options) {
   Module_output::RhoplusCounts counts;
-  const int status = Module_output::output_rhoplus({options.reading.line, options.reading.reference_type,
-                                                    options.reading.data_type, options.reading.dipole},
-                                                   options.directory, {}, counts);
+  const int status = Module_output::output_rhoplus(options.reading, options.directory, {}, counts);
   if (status == 0 && user_interface().stop_requested()) {
     user_interface().show_message("Stopped; the batch file holds the stations written so far");
     return -1;

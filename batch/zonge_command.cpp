@@ -13,7 +13,7 @@ namespace {
 
 struct ZongeOptions {
   std::string survey;
-  ReadingOption reading;
+  Module_database::LineSelection reading;
   std::string output;
   bool overwrite = false;
 };
@@ -29,10 +29,8 @@ bool may_write(const ZongeOptions& options) {
 }
 
 int write_line(const ZongeOptions& options) {
-  const Module_output::ZongeSelection selection{options.reading.line, options.reading.reference_type,
-                                                options.reading.data_type, options.reading.dipole};
   int rows = 0;
-  if (Module_output::output_zonge(selection, options.output, {}, rows) != 0) {
+  if (Module_output::output_zonge(options.reading, options.output, {}, rows) != 0) {
     return -1;
   }
   if (user_interface().stop_requested()) {

@@ -49,10 +49,10 @@ struct Curve {
   [[nodiscard]] float value(int field_number, std::size_t index) const {
     return data[index * field_count + static_cast<std::size_t>(field_number - 1)];
   }
-  std::int32_t& masked_in(int field_number, std::size_t index) {
+  std::int32_t& counts_at(int field_number, std::size_t index) {
     return mask[index * mask_count + static_cast<std::size_t>(field_number - 1)];
   }
-  [[nodiscard]] std::int32_t masked_in(int field_number, std::size_t index) const {
+  [[nodiscard]] std::int32_t counts_at(int field_number, std::size_t index) const {
     return mask[index * mask_count + static_cast<std::size_t>(field_number - 1)];
   }
 };
@@ -65,6 +65,19 @@ struct ReadingKey {
   float scan_rate = 0.0F;  // Hz; 0 for a merged curve
   std::string data_type;   // ExHx, ExHy, EyHx, EyHy, QP
   float dipole = 0.0F;     // m
+};
+
+/// The curves of one kind along one line.
+struct LineSelection {
+  std::string line;
+  std::int32_t reference_type = 0;
+  std::string data_type;  // ExHx, ExHy, EyHx, EyHy, QP
+  float dipole = 0.0F;    // m
+
+  /// @param scan_rate Hz; 0 for a merged curve
+  [[nodiscard]] ReadingKey at(double station, float scan_rate = 0.0F) const {
+    return {line, station, reference_type, scan_rate, data_type, dipole};
+  }
 };
 
 /// One stored reading with what stands in its row beside the curve.

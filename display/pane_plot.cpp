@@ -33,7 +33,7 @@ double plotted(float value, double factor) {
 bool shown(const Visibility& visibility, const Curve& curve, int field, std::size_t point) {
   const bool component = field == field_resistivity ? visibility.use_resistivity : visibility.use_phase;
   return !visibility.hide_masked ||
-         (visibility.use_reading && component && curve.masked_in(field, point) == 1);
+         (visibility.use_reading && component && curve.counts_at(field, point) == 1);
 }
 
 void fill_error(PanePlot& pane, const Curve& curve, int field, std::size_t point, double factor) {
@@ -52,7 +52,7 @@ void fill_point(PanePlot& pane, const Curve& curve, int field, std::size_t point
     series.y[point] = plotted(curve.value(field, point), factor);
   }
   pane.point_styles.back()[point] =
-      curve.masked_in(field, point) == 1 ? graph::used_point : graph::masked_point;
+      curve.counts_at(field, point) == 1 ? graph::used_point : graph::masked_point;
 }
 
 /// The extent of a pane's plotted values.

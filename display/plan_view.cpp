@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/session_state.h"
+
 namespace Module_display_data {
 
 namespace {

@@ -23,7 +23,7 @@ std::string frequency_text(float frequency) { return format_number(frequency, "0
 bool masked(const StoredReading& reading, std::size_t point, Component component) {
   const bool component_used = component == Component::resistivity ? reading.UseResistivity : reading.UsePhase;
   return !reading.UseReading || !component_used ||
-         reading.curve.masked_in(static_cast<int>(component) + 1, point) == 0;
+         reading.curve.counts_at(static_cast<int>(component) + 1, point) == 0;
 }
 
 std::string unit_of(Component component) { return component == Component::resistivity ? " ohm-m" : " deg"; }

@@ -25,7 +25,7 @@ bool is_sound(const Module_database::Curve& curve) {
     if (!std::isfinite(value)) return false;
   }
   for (std::size_t index = 0; index < curve.count(); ++index) {
-    if (curve.masked_in(1, index) != (curve.value(1, index) > 0.0F ? 1 : 0)) return false;
+    if (curve.counts_at(1, index) != (curve.value(1, index) > 0.0F ? 1 : 0)) return false;
   }
   return true;
 }

@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
-#include <optional>
 #include <set>
 #include <system_error>
 #include <tuple>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/stations.h"
@@ -22,44 +20,26 @@
 #include "import/store_blocks.h"
 #include "projections/survey_projection.h"
 #include "reduction/averages.h"
+#include "reduction/each_item.h"
 
 namespace Module_data_file {
 
 namespace {
 
+using Module_averaged_data::each_item;
+using Module_averaged_data::EachItemRules;
+using Module_averaged_data::Outcome;
+using Module_averaged_data::WorkProgress;
 using Module_database::open_survey;
 using Module_database::ReadingKey;
 
 constexpr std::string_view import_failed = "An error occurred while importing the data file: ";
 constexpr std::string_view averaging_failed = "An error occurred while averaging the data: ";
 constexpr const char* nothing_found = "neither an impedance section (>=MTSECT) nor any other data was found";
-constexpr int stations_per_commit = 100;  // a commit waits for the disk, far longer than a station takes
+constexpr int stations_per_commit = 100;
 
 // The same failure to store this many files in a row is no longer one file's affair.
 constexpr int repeated_failures = 3;
-
-enum class Outcome { finished, stopped, failed };
-enum class MayStop { no, yes };
-
-// Shows one percentage for the whole run, only when it changes, and lets the window live.
-class Progress {
- public:
-  Progress(std::string what, std::size_t count) : what_(std::move(what)), count_(count) {}
-
-  void show(std::size_t done, double part_of_next) {
-    const double share = (static_cast<double>(done) + part_of_next) / static_cast<double>(count_);
-    const int percent = static_cast<int>(100.0 * share);
-    if (percent != shown_) {
-      user_interface().show_progress(what_, shown_ = percent);
-    }
-    user_interface().process_events();
-  }
-
- private:
-  std::string what_;
-  std::size_t count_;
-  int shown_ = -1;
-};
 
 int fault(const char* text) {
   user_interface().show_message(text);
@@ -200,16 +180,11 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
 Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ImportReport& report,
                      const FileBegins& file_begins) {
   ReadingRecord& record = reading_record();
-  Progress progress(mode == ImportMode::import ? "Importing data files" : "Scanning data files",
-                    files.size());
+  WorkProgress progress(mode == ImportMode::import ? "Importing data files" : "Scanning data files",
+                        files.size());
   std::string last_failure;
   int same_failures = 0;
-  for (std::size_t index = 0; index < files.size(); ++index) {
-    progress.show(index, 0.0);
-    if (user_interface().stop_requested()) {
-      report.stopped = true;
-      return Outcome::stopped;
-    }
+  const Outcome outcome = each_item(progress, [&](std::size_t index) {
     if (file_begins) {
       file_begins(files[index]);
     }
@@ -223,41 +198,13 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Imp
         });
     same_failures = notes.failure.empty() ? 0 : (notes.failure == last_failure ? same_failures + 1 : 1);
     last_failure = notes.failure;
-    if (!go_on || same_failures == repeated_failures) {
-      return Outcome::failed;
-    }
+    return go_on && same_failures < repeated_failures ? 0 : -1;
+  });
+  if (outcome == Outcome::finished) {
+    progress.show(files.size());
   }
-  progress.show(files.size(), 0.0);
-  return Outcome::finished;
-}
-
-// Runs `reduce` for each item, a group of them in one transaction, with progress and, if asked, a stop
-// between items.
-template <class Item, class Reduce>
-Outcome reduce_each(const char* what, const std::vector<Item>& items, MayStop may_stop, Reduce&& reduce) {
-  Progress progress(what, items.size());
-  std::optional<dao::Transaction> transaction;
-  for (std::size_t index = 0; index < items.size(); ++index) {
-    progress.show(index, 0.0);
-    if (may_stop == MayStop::yes && user_interface().stop_requested()) {
-      if (transaction) {
-        transaction->commit();
-      }
-      return Outcome::stopped;
-    }
-    if (!transaction) {
-      transaction.emplace(open_survey().database);
-    }
-    const int result = reduce(items[index]);
-    if (result != 0 || (index + 1) % stations_per_commit == 0 || index + 1 == items.size()) {
-      transaction->commit();
-      transaction.reset();
-    }
-    if (result != 0) {
-      return Outcome::failed;
-    }
-  }
-  return Outcome::finished;
+  report.stopped = outcome == Outcome::stopped;
+  return outcome;
 }
 
 int average_station(const ReadingRecord& record, const ScannedStation& scanned) {
@@ -307,16 +254,21 @@ int merge_station(const ReadingKey& key) {
   return Module_averaged_data::merge_scan_rates(key, ignored);
 }
 
-Outcome reduce_touched(const ReadingRecord& record, MayStop may_stop) {
+Outcome reduce_touched(const ReadingRecord& record, bool may_stop) {
   if (record.scan_list.empty()) {
     return Outcome::finished;
   }
-  const Outcome averages =
-      reduce_each("Averaging repeats", record.scan_list, may_stop,
-                  [&](const ScannedStation& scanned) { return average_station(record, scanned); });
-  return averages == Outcome::finished
-             ? reduce_each("Merging scan rates", merge_keys(record), may_stop, merge_station)
-             : averages;
+  const EachItemRules rules{.items_per_commit = stations_per_commit, .may_stop = may_stop};
+  WorkProgress progress("Averaging repeats", record.scan_list.size());
+  const Outcome averages = each_item(
+      progress, [&](std::size_t index) { return average_station(record, record.scan_list[index]); }, rules);
+  if (averages != Outcome::finished) {
+    return averages;
+  }
+  const std::vector<ReadingKey> keys = merge_keys(record);
+  progress.begin("Merging scan rates", keys.size());
+  return each_item(
+      progress, [&](std::size_t index) { return merge_station(keys[index]); }, rules);
 }
 
 // Files behind the one that ended the run are named as well, so that no file is missing from the report.
@@ -340,9 +292,8 @@ int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& re
   }
   // Also after a stop, which ended the reading of files: averages of what was stored by then must not stay
   // old.
-  const MayStop may_stop = report.stopped ? MayStop::no : MayStop::yes;
   const int reduced = trap_errors(averaging_failed, [&] {
-    const Outcome outcome = reduce_touched(record, may_stop);
+    const Outcome outcome = reduce_touched(record, !report.stopped);
     report.stopped = report.stopped || outcome == Outcome::stopped;
     return outcome == Outcome::failed ? -1 : 0;
   });
@@ -366,7 +317,6 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
     return -1;
   }
   const BusyPointer busy;
-  const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
   const int result = run(mode, files, report, file_begins);
   last_import_report() = report;
   return result;

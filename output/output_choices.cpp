@@ -10,10 +10,12 @@
 
 namespace Module_output {
 
+using Module_database::LineSelection;
+
 namespace {
 
 // Asks for the file to write. Empty when the person thinks better of it.
-std::string ask_for_file(const ZongeSelection& selection, const std::string& folder) {
+std::string ask_for_file(const LineSelection& selection, const std::string& folder) {
   FileDialogRequest request;
   request.title = "Enter Name Output Data File";
   request.filter = "Output data File (*.avg)|*.avg|All files (*.*)|*.*";
@@ -90,9 +92,9 @@ int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
     user_interface().show_message(missing);
     return -1;
   }
-  const RhoplusLine selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
-                              choices.reference_index, session().current_data_type,
-                              lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const LineSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
+                                choices.reference_index, session().current_data_type,
+                                lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
   const std::filesystem::path folder = std::filesystem::path(choices.folder) / trimmed(sub_folder);
   RhoplusCounts counts;
   if (output_rhoplus(selection, folder.string(), show_row_count, counts) != 0) {
@@ -108,9 +110,9 @@ int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
     user_interface().show_message(missing);
     return -1;
   }
-  const ZongeSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
-                                 choices.reference_index, session().current_data_type,
-                                 lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const LineSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
+                                choices.reference_index, session().current_data_type,
+                                lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
   const std::string path = ask_for_file(selection, choices.folder);
   if (path.empty()) {
     return 0;

@@ -4,18 +4,22 @@
 #include <stdexcept>
 
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "output/frequency_list_of.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
+#include "reduction/each_item.h"
 
 namespace fs = std::filesystem;
 
 namespace Module_output {
 
 using Module_averaged_data::AllowRaw;
+using Module_averaged_data::each_item;
+using Module_averaged_data::Outcome;
+using Module_averaged_data::WorkProgress;
+using Module_database::LineSelection;
 using Module_database::ReadingKey;
 using Module_database::StoredReading;
 
@@ -24,17 +28,12 @@ namespace {
 constexpr std::int32_t reduction_merged = 2;
 
 /// Writes the control files; `batch` gets a line for each. @return 0, or -1 after a message
-int write_stations(const RhoplusLine& selection, const std::vector<double>& stations, const fs::path& folder,
-                   const std::function<void(int)>& show_row_count, std::string& batch,
+int write_stations(const LineSelection& selection, const std::vector<double>& stations,
+                   const fs::path& folder, const std::function<void(int)>& show_row_count, std::string& batch,
                    RhoplusCounts& counts) {
-  for (std::size_t index = 0; index < stations.size(); ++index) {
-    user_interface().show_progress("Writing Rho+ files", static_cast<int>(100 * index / stations.size()));
-    user_interface().process_events();
-    if (user_interface().stop_requested()) {
-      return 0;
-    }
-    const ReadingKey key{selection.line, stations[index],     selection.reference_type,
-                         0.0F,           selection.data_type, selection.dipole};
+  WorkProgress progress("Writing Rho+ files", stations.size());
+  const Outcome outcome = each_item(progress, [&](std::size_t index) {
+    const ReadingKey key = selection.at(stations[index]);
     const std::string name = rhoplus_stem(rhoplus_settings(), key.station) + ".dat";
     RhoplusTables tables;
     if (write_rhoplus_file((folder / name).string(), key, tables) != 0) {
@@ -48,8 +47,9 @@ int write_stations(const RhoplusLine& selection, const std::vector<double>& stat
     if (show_row_count) {
       show_row_count(counts.rows);
     }
-  }
-  return 0;
+    return 0;
+  });
+  return outcome == Outcome::failed ? -1 : 0;
 }
 
 /// Behind a failure that has been told: what keeps the stations' files from being written mostly keeps this
@@ -63,7 +63,7 @@ void write_what_stands(const fs::path& batch_file, const std::string& batch) {
 
 }  // namespace
 
-std::vector<double> rhoplus_stations(const RhoplusLine& selection) {
+std::vector<double> rhoplus_stations(const LineSelection& selection) {
   std::vector<double> stations;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT DISTINCT Station FROM ReadingsDataTable WHERE LineNumber = '" + selection.line +
@@ -91,7 +91,7 @@ int write_rhoplus_file(const std::string& path, const ReadingKey& key, RhoplusTa
   });
 }
 
-int output_rhoplus(const RhoplusLine& selection, const std::string& folder,
+int output_rhoplus(const LineSelection& selection, const std::string& folder,
                    const std::function<void(int)>& show_row_count, RhoplusCounts& counts) {
   counts = {};
   return trap_errors("An error occured while writing rhoplus data ", [&] {
@@ -101,7 +101,6 @@ int output_rhoplus(const RhoplusLine& selection, const std::string& folder,
       user_interface().show_message("There is no data for the specified line and data type");
       return -1;
     }
-    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
     const FrequencyListOf frequencies(selection.reference_type);
     if (frequencies.status != 0) {
       return -1;

@@ -18,15 +18,8 @@ namespace Module_output {
 [[nodiscard]] int write_rhoplus_file(const std::string& path, const Module_database::ReadingKey& key,
                                      RhoplusTables& tables);
 
-struct RhoplusLine {
-  std::string line;
-  std::int32_t reference_type = 0;
-  std::string data_type;  // ExHy, EyHx, ...
-  float dipole = 0.0F;    // m
-};
-
 /// The stations of a line that have readings of this kind, m, ascending. Throws dao::Error.
-std::vector<double> rhoplus_stations(const RhoplusLine& selection);
+std::vector<double> rhoplus_stations(const Module_database::LineSelection& selection);
 
 struct RhoplusCounts {
   int stations = 0;  // control files written
@@ -38,7 +31,7 @@ struct RhoplusCounts {
 /// batch file then holds the stations written so far.
 /// @param show_row_count told the running number of data rows after each station; may be empty
 /// @return 0, or -1 after a message ("There is no data for the specified line and data type", or the failure)
-[[nodiscard]] int output_rhoplus(const RhoplusLine& selection, const std::string& folder,
+[[nodiscard]] int output_rhoplus(const Module_database::LineSelection& selection, const std::string& folder,
                                  const std::function<void(int)>& show_row_count, RhoplusCounts& counts);
 
 }  // namespace Module_output

@@ -27,7 +27,7 @@ struct Datum {
 Datum resistivity_at(const Curve& curve, std::size_t position, float scale, float floor_percent) {
   const float value = curve.value(Module_database::field_resistivity, position);
   Datum rho;
-  rho.used = curve.masked_in(Module_database::field_resistivity, position) == 1 && !is_absent(value);
+  rho.used = curve.counts_at(Module_database::field_resistivity, position) == 1 && !is_absent(value);
   rho.value = scale * (rho.used ? value : curve.value(Module_database::field_all_resistivity, position));
   rho.error = scale * curve.value(rho.used ? Module_database::field_resistivity_deviation
                                            : Module_database::field_all_resistivity_deviation,
@@ -40,7 +40,7 @@ Datum resistivity_at(const Curve& curve, std::size_t position, float scale, floa
 Datum phase_at(const Curve& curve, std::size_t position, const RhoplusSettings& settings) {
   const float value = curve.value(Module_database::field_phase, position);
   Datum phi;
-  phi.used = curve.masked_in(Module_database::field_phase, position) == 1 && !is_absent(value) &&
+  phi.used = curve.counts_at(Module_database::field_phase, position) == 1 && !is_absent(value) &&
              !(settings.exclude_negative_phase == 1 && value <= 0.0F);
   phi.value = phi.used ? value : curve.value(Module_database::field_all_phase, position);
   phi.error = curve.value(

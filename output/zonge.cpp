@@ -18,12 +18,17 @@
 #include "output/frequency_list_of.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
+#include "reduction/each_item.h"
 
 namespace fs = std::filesystem;
 
 namespace Module_output {
 
 using Module_averaged_data::AllowRaw;
+using Module_averaged_data::each_item;
+using Module_averaged_data::Outcome;
+using Module_averaged_data::WorkProgress;
+using Module_database::LineSelection;
 using Module_database::StationRows;
 using Module_database::StoredReading;
 
@@ -37,13 +42,11 @@ struct ZongeFiles {
   std::string stn;
 };
 
-enum class Outcome { finished, stopped, failed };
-
 StationRows station_rows(const std::string& line, double station) {
   return Module_database::find_station(Module_database::StationSearch::look_up, line, station);
 }
 
-std::vector<double> stations_of(const ZongeSelection& selection) {
+std::vector<double> stations_of(const LineSelection& selection) {
   std::vector<double> stations;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT DISTINCT Station FROM FileTable WHERE LineNumber = '" + selection.line +
@@ -55,14 +58,14 @@ std::vector<double> stations_of(const ZongeSelection& selection) {
 }
 
 /// Dipole length of the first file of the line, m, whatever dipole is selected.
-float first_dipole(const ZongeSelection& selection) {
+float first_dipole(const LineSelection& selection) {
   dao::Recordset& files = Module_database::open_survey().files;
   files.find_first("LineNumber = '" + selection.line +
                    "' AND ReferenceType = " + format_number(selection.reference_type, "0"));
   return files.no_match() ? 0.0F : files.get_single("DipoleLength");
 }
 
-ZongeLine describe_line(const ZongeSelection& selection, const std::vector<double>& stations,
+ZongeLine describe_line(const LineSelection& selection, const std::vector<double>& stations,
                         std::chrono::year_month_day date) {
   const StationRows first = station_rows(selection.line, stations.front());
   const StationRows last = station_rows(selection.line, stations.back());
@@ -87,8 +90,8 @@ int add_curve(double station, const StoredReading& merged, std::string& avg) {
   const Module_database::Curve& curve = merged.curve;
   for (std::size_t index = 0; index < curve.count(); ++index) {
     if (enabled_position(curve.frequencies[index]) >= 0 &&
-        curve.masked_in(Module_database::field_resistivity, index) == 1 &&
-        curve.masked_in(Module_database::field_phase, index) == 1) {
+        curve.counts_at(Module_database::field_resistivity, index) == 1 &&
+        curve.counts_at(Module_database::field_phase, index) == 1) {
       avg +=
           avg_row(station, curve.frequencies[index], curve.value(Module_database::field_resistivity, index),
                   curve.value(Module_database::field_phase, index));
@@ -99,30 +102,24 @@ int add_curve(double station, const StoredReading& merged, std::string& avg) {
 }
 
 /// Writes the station part of the ".stn" and ".avg" files.
-Outcome add_stations(const ZongeSelection& selection, const std::vector<double>& stations,
+Outcome add_stations(const LineSelection& selection, const std::vector<double>& stations,
                      const std::function<void(int)>& show_row_count, ZongeFiles& files, int& row_count) {
-  for (std::size_t index = 0; index < stations.size(); ++index) {
-    user_interface().show_progress("Writing Zonge files", static_cast<int>(100 * index / stations.size()));
-    user_interface().process_events();
-    if (user_interface().stop_requested()) {
-      return Outcome::stopped;
-    }
+  WorkProgress progress("Writing Zonge files", stations.size());
+  return each_item(progress, [&](std::size_t index) {
     const double station = stations[index];
     const StationRows place = station_rows(selection.line, station);
     files.stn += stn_row(station, place.MapX, place.MapY, place.Elevation);
     StoredReading merged;
-    if (Module_averaged_data::get_reduced_reading(
-            reduction_merged, AllowRaw::yes,
-            {selection.line, station, selection.reference_type, 0.0F, selection.data_type, selection.dipole},
-            merged) != 0) {
-      return Outcome::failed;
+    if (Module_averaged_data::get_reduced_reading(reduction_merged, AllowRaw::yes, selection.at(station),
+                                                  merged) != 0) {
+      return -1;
     }
     row_count += add_curve(station, merged, files.avg);
     if (show_row_count) {
       show_row_count(row_count);
     }
-  }
-  return Outcome::finished;
+    return 0;
+  });
 }
 
 /// Puts all three files into place once all three are on the disk.
@@ -158,7 +155,7 @@ void write_files(const ZongeFiles& files, const std::string& root) {
 
 }  // namespace
 
-std::string zonge_file_name(const ZongeSelection& selection) {
+std::string zonge_file_name(const LineSelection& selection) {
   std::string name = selection.line + "_" + format_number(selection.reference_type, "0") + ".avg";
   std::replace_if(
       name.begin(), name.end(), [](char c) { return c == '/' || c == '\\' || c == ':'; }, '_');
@@ -171,7 +168,7 @@ std::chrono::year_month_day today() {
   return std::chrono::year(local->tm_year + 1900) / (local->tm_mon + 1) / local->tm_mday;
 }
 
-int output_zonge(const ZongeSelection& selection, const std::string& avg_path,
+int output_zonge(const LineSelection& selection, const std::string& avg_path,
                  const std::function<void(int)>& show_row_count, int& row_count,
                  std::chrono::year_month_day date) {
   row_count = 0;
@@ -182,7 +179,6 @@ int output_zonge(const ZongeSelection& selection, const std::string& avg_path,
       return -1;
     }
     const BusyPointer busy;
-    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
     const FrequencyListOf frequencies(selection.reference_type);
     if (frequencies.status != 0) {
       return -1;

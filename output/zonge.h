@@ -6,18 +6,13 @@
 #include <functional>
 #include <string>
 
-namespace Module_output {
+#include "database/reading.h"
 
-struct ZongeSelection {
-  std::string line;
-  std::int32_t reference_type = 0;
-  std::string data_type;  // ExHy, EyHx, ...
-  float dipole = 0.0F;    // m
-};
+namespace Module_output {
 
 /// The file name offered for a selection: "200E_0.avg". Characters of the line that would lead to another
 /// folder become "_".
-std::string zonge_file_name(const ZongeSelection& selection);
+std::string zonge_file_name(const Module_database::LineSelection& selection);
 
 /// Today by the clock on the wall.
 std::chrono::year_month_day today();
@@ -30,7 +25,7 @@ std::chrono::year_month_day today();
 /// @param row_count rows written to the ".avg" file
 /// @param date stands in the head of the ".avg" file
 /// @return 0, or -1 after a message ("There is no data for the specified line and data type", or the failure)
-[[nodiscard]] int output_zonge(const ZongeSelection& selection, const std::string& avg_path,
+[[nodiscard]] int output_zonge(const Module_database::LineSelection& selection, const std::string& avg_path,
                                const std::function<void(int)>& show_row_count, int& row_count,
                                std::chrono::year_month_day date = today());
 

@@ -34,7 +34,7 @@ void fill_observed(PanePlot& pane, const StationInversion& inversion, int field)
   series.error.assign(curve.count(), graph::null_value);
   for (std::size_t i = 0; i < curve.count(); ++i) {
     series.x[i] = double{curve.frequencies[i]};
-    if (curve.masked_in(field, i) == 1 && !is_absent(double{curve.value(field, i)})) {
+    if (curve.counts_at(field, i) == 1 && !is_absent(double{curve.value(field, i)})) {
       series.y[i] = double{(is_phase ? 1.0F : inversion.scale) * curve.value(field, i)};
     }
     const auto& row_number = inversion.tables.index.row_number;

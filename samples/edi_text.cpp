@@ -5,6 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/layered_earth.h"
 
 namespace Module_samples {

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <cstddef>
 #include <stdexcept>
 #include <utility>
 
@@ -16,8 +17,11 @@
 #include "display/windows/graph_pair.h"
 #include "platform/graph/pdf_pages.h"
 #include "reduction/data_sets/station_data_set.h"
+#include "reduction/each_item.h"
 
 namespace Module_display_data {
+
+using Module_averaged_data::Outcome;
 
 namespace {
 
@@ -84,7 +88,6 @@ int write_line_document(const std::string& path) {
   const ScopeGuard reselect([&] {
     static_cast<void>(display_station(selected, {}));
     static_cast<void>(choose_scan_rate(scan_rate));
-    user_interface().show_progress("", -1);
   });
   return trap_errors("An error occurred while writing the graphs: ", [&] {
     const BusyPointer busy;
@@ -92,16 +95,15 @@ int write_line_document(const std::string& path) {
     add_profile(pages);
     const std::int32_t first = first_station_of_current_line();
     const std::int32_t count = session().stations_in_line;
-    for (std::int32_t place = 0; place < count; ++place) {
-      user_interface().show_progress("Drawing the stations", static_cast<int>(100 * place / count));
-      user_interface().process_events();
-      if (user_interface().stop_requested()) {
-        return;
-      }
-      require(display_station(first + place, {}));
+    Module_averaged_data::WorkProgress progress("Drawing the stations", static_cast<std::size_t>(count));
+    const Outcome outcome = Module_averaged_data::each_item(progress, [&](std::size_t place) {
+      require(display_station(first + static_cast<std::int32_t>(place), {}));
       add_station(pages);
+      return 0;
+    });
+    if (outcome == Outcome::finished) {
+      pages.finish();
     }
-    pages.finish();
   });
 }
 

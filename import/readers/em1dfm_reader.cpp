@@ -9,6 +9,7 @@
 #include "core/absent_value.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
+#include "core/session_state.h"
 #include "core/text_fields.h"
 #include "formats/field_values.h"
 #include "formats/remarks.h"

@@ -66,7 +66,7 @@ void finish_point(Curve& curve, std::size_t index) {
     curve.value(field_number + 5, index) = curve.value(field_number, index);
   }
   for (const int field_number : {Module_database::field_resistivity, Module_database::field_phase}) {
-    curve.masked_in(field_number, index) = curve.value(field_number, index) > 0.0F ? 1 : 0;
+    curve.counts_at(field_number, index) = curve.value(field_number, index) > 0.0F ? 1 : 0;
   }
 }
 

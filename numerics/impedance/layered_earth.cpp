@@ -4,14 +4,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "numerics/constants.h"
+
 namespace numerics::impedance {
-namespace {
-
-constexpr double mu0 = 4e-7 * std::numbers::pi;  // V s / (A m)
-constexpr double field_unit = 1e3;               // m/s in one mV/km/nT
-constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
-
-}  // namespace
 
 std::complex<double> surface_impedance(std::span<const Layer> layers, double frequency) {
   assert(!layers.empty() && frequency > 0.0);
@@ -28,15 +23,6 @@ std::complex<double> surface_impedance(std::span<const Layer> layers, double fre
     impedance = eta * (1.0 - reflected) / (1.0 + reflected);
   }
   return impedance / (mu0 * field_unit);  // E/H in ohm to E/B in field units
-}
-
-double apparent_resistivity(std::complex<double> impedance, double frequency) {
-  constexpr double field_factor = 0.2;  // mu0 / (2 pi) times the square of the field unit
-  return field_factor * std::norm(impedance) / frequency;
-}
-
-double phase_degrees(std::complex<double> impedance) {
-  return std::atan2(impedance.imag(), impedance.real()) * degrees_per_radian;
 }
 
 }  // namespace numerics::impedance

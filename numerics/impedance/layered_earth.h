@@ -27,10 +27,4 @@ struct Layer {
 /// @param frequency  f, Hz, > 0
 std::complex<double> surface_impedance(std::span<const Layer> layers, double frequency);
 
-/// Apparent resistivity 0.2 |Z|^2 / f, ohm-m.
-double apparent_resistivity(std::complex<double> impedance, double frequency);
-
-/// Phase of an impedance, degrees, -180 to 180.
-double phase_degrees(std::complex<double> impedance);
-
 }  // namespace numerics::impedance

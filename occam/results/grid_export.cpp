@@ -106,16 +106,16 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   progress(0);
   const numerics::gridding::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
   safe_files::write_into_place(file(".xyz"), point_table(blocks));
-  write_geosoft_grid(file("_logres.grd"), plain);
-  write_geosoft_grid(file("_res.grd"), antilog(plain));
+  formats::geosoft::write_geosoft_grid(file("_logres.grd"), plain);
+  formats::geosoft::write_geosoft_grid(file("_res.grd"), antilog(plain));
   progress(30);
   auto smooth = smooth_grid(blocks, plain);
   if (!smooth) {
     return false;
   }
   progress(90);
-  write_geosoft_grid(file("_LogRes_smth.grd"), *smooth);
-  write_geosoft_grid(file("_res_smth.grd"), antilog(std::move(*smooth)));
+  formats::geosoft::write_geosoft_grid(file("_LogRes_smth.grd"), *smooth);
+  formats::geosoft::write_geosoft_grid(file("_res_smth.grd"), antilog(std::move(*smooth)));
   tell_depth(blocks, plain.frame);
   return true;
 }

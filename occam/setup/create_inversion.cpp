@@ -22,11 +22,16 @@
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
+#include "reduction/each_item.h"
 
 namespace fs = std::filesystem;
 
 namespace Module_occam {
 
+using Module_averaged_data::each_item;
+using Module_averaged_data::Outcome;
+using Module_averaged_data::WorkProgress;
+using Module_database::LineSelection;
 using Module_database::ReadingKey;
 using Module_output::RhoplusSettings;
 using Module_output::RhoplusTables;
@@ -38,8 +43,6 @@ constexpr int step_is_seen = 200;  // milliseconds that each step at a station s
 constexpr int least_stations = 3;
 constexpr const char* too_few_stations =
     "There are not enough stations for the current line to perform a 2D inversion";
-
-enum class Outcome { finished, stopped, failed };
 
 std::vector<double> stations_of(const std::string& line) {
   std::vector<double> stations;
@@ -71,7 +74,7 @@ int load_station(const ReadingKey& key, const RhoplusSettings& settings, const I
 }
 
 /// Goes through the stations of the line.
-Outcome form_data(const InversionLine& line, const InversionInputs& inputs, const InversionChoices& choices,
+Outcome form_data(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
                   const StationSteps& steps, LineData& data) {
   RhoplusSettings settings = Module_output::rhoplus_settings();
   settings.apply_static = inputs.apply_static ? 1 : 0;
@@ -79,30 +82,26 @@ Outcome form_data(const InversionLine& line, const InversionInputs& inputs, cons
                        inputs.use_rhoplus_error};
   data.frequency_rows.assign(static_cast<std::size_t>(session().frequency_count), 0);
   const std::vector<double> stations = stations_of(line.line);
-  for (std::size_t index = 0; index < stations.size(); ++index) {
-    user_interface().show_progress("Reading the stations of line " + line.line,
-                                   static_cast<int>(100 * index / stations.size()));
-    if (user_interface().stop_requested()) {
-      return Outcome::stopped;
-    }
+  WorkProgress progress("Reading the stations of line " + line.line, stations.size());
+  const Outcome outcome = each_item(progress, [&](std::size_t index) {
     if (steps.show_station) {
       steps.show_station(static_cast<int>(index) + 1);
     }
     wait();
     const double station = stations[index];
     if (station < choices.first_station || station > choices.last_station) {
-      continue;
+      return 0;
     }
     RhoplusTables tables;
-    if (load_station({line.line, station, line.reference_type, 0.0F, line.data_type, line.dipole}, settings,
-                     inputs, steps, tables) != 0) {
-      return Outcome::failed;
+    if (load_station(line.at(station), settings, inputs, steps, tables) != 0) {
+      return -1;
     }
     if (!tables.data.empty()) {
       add_station(data, station, tables, line.data_type == "EyHx", rule);
     }
-  }
-  return user_interface().stop_requested() ? Outcome::stopped : Outcome::finished;
+    return 0;
+  });
+  return outcome == Outcome::finished && user_interface().stop_requested() ? Outcome::stopped : outcome;
 }
 
 /// Why the data are too few for an inversion; null if they are not.
@@ -197,11 +196,10 @@ void check_names(const InversionInputs& inputs) {
   }
 }
 
-int create_run(const InversionLine& line, const InversionInputs& inputs, const InversionChoices& choices,
+int create_run(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
                const StationSteps& steps, CreatedInversion& created) {
   const BusyPointer busy;
   const ScopedValue<bool> updating(session().updating_controls, true);
-  const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
   const Module_output::FrequencyListOf frequency_list(line.reference_type);
   if (frequency_list.status != 0) {
     return -1;
@@ -236,7 +234,7 @@ int create_run(const InversionLine& line, const InversionInputs& inputs, const I
 
 }  // namespace
 
-InversionLine selected_line() {
+LineSelection selected_line() {
   const SessionState& state = session();
   return {state.current_line, state.current_reference_type, state.current_data_type, state.current_dipole};
 }
@@ -261,7 +259,7 @@ int check_line_for_inversion() {
   return missing == nullptr ? 0 : -1;
 }
 
-int create_inversion(const InversionLine& line, const InversionInputs& inputs, const StationSteps& steps,
+int create_inversion(const LineSelection& line, const InversionInputs& inputs, const StationSteps& steps,
                      CreatedInversion& created) {
   created = {};
   InversionChoices choices;

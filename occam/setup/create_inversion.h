@@ -9,16 +9,8 @@
 
 namespace Module_occam {
 
-/// Which curves go into an inversion.
-struct InversionLine {
-  std::string line;
-  std::int32_t reference_type = 0;
-  std::string data_type;  // ExHy, EyHx, ...
-  float dipole = 0.0F;    // m
-};
-
 /// The line and kind of curves selected in the session.
-InversionLine selected_line();
+Module_database::LineSelection selected_line();
 
 /// Checks whether an inversion of the current line can be thought of: two stations, two enabled frequencies.
 /// @return 0, or -1 after a message
@@ -43,7 +35,7 @@ struct CreatedInversion {
 /// file and the files that start the program. Tells the number of data at the end. All files are put into
 /// place together; where it fails or is stopped, those of an earlier inversion are as before.
 /// @return 0, also when it was stopped; -1 after a message
-[[nodiscard]] int create_inversion(const InversionLine& line, const InversionInputs& inputs,
+[[nodiscard]] int create_inversion(const Module_database::LineSelection& line, const InversionInputs& inputs,
                                    const StationSteps& steps, CreatedInversion& created);
 
 }  // namespace Module_occam

@@ -32,6 +32,6 @@ class Form_occam : public QDialog {
 
   std::unique_ptr<Ui::Form_occam> ui_;
   Module_occam::StationSteps steps_;
-  Module_occam::InversionLine line_;
+  Module_database::LineSelection line_;
   bool running_ = false;
 };

@@ -44,8 +44,8 @@ void fill_column(const StoredReading& merged, ProfileColumn& column) {
     const auto at = static_cast<std::size_t>(position);
     column.resistivity[at] = curve.value(Module_database::field_resistivity, i);
     column.phase[at] = curve.value(Module_database::field_phase, i);
-    column.mask[at] = {std::min(curve.masked_in(Module_database::field_resistivity, i), 1),
-                       std::min(curve.masked_in(Module_database::field_phase, i), 1)};
+    column.mask[at] = {std::min(curve.counts_at(Module_database::field_resistivity, i), 1),
+                       std::min(curve.counts_at(Module_database::field_phase, i), 1)};
   }
 }
 

@@ -75,8 +75,8 @@ bool apply_rule(const MaskRule& rule, Curve& curve) {
       continue;
     }
     for (int field = 1; field <= Module_database::mask_count; ++field) {
-      if (includes(rule.field, field) && curve.masked_in(field, i) == 1 - rule.value) {
-        curve.masked_in(field, i) = rule.value;
+      if (includes(rule.field, field) && curve.counts_at(field, i) == 1 - rule.value) {
+        curve.counts_at(field, i) = rule.value;
         changed = true;
       }
     }
@@ -90,8 +90,8 @@ bool mask_negative_phases(const MaskRule& rule, Curve& curve) {
   bool changed = false;
   for (std::size_t i = 0; i < curve.count(); ++i) {
     if (!in_range(rule.range, decimal_of_single(curve.frequencies[i]), rule.limit) &&
-        curve.value(phase, i) < 0.0F && curve.masked_in(phase, i) == 1) {
-      curve.masked_in(phase, i) = 0;
+        curve.value(phase, i) < 0.0F && curve.counts_at(phase, i) == 1) {
+      curve.counts_at(phase, i) = 0;
       changed = true;
     }
   }
@@ -112,7 +112,7 @@ std::vector<Candidate> candidates_at(std::size_t point, int field, const std::ve
     const StoredReading& reading = slots[slot].reading;
     const bool used = reading.UseReading && (field == 1 ? reading.UseResistivity : reading.UsePhase);
     const Curve& curve = curves[slot];
-    if (used && point < curve.count() && curve.masked_in(field, point) != 0 &&
+    if (used && point < curve.count() && curve.counts_at(field, point) != 0 &&
         curve.value(field, point) > -1e30F) {
       candidates.push_back({curve.value(field, point), slot});
     }
@@ -128,10 +128,10 @@ bool clip_at(std::size_t point, int field, ClipEnds ends, std::size_t count, std
   }
   for (std::size_t i = 0; i < count; ++i) {
     if (ends != ClipEnds::bottom) {
-      curves[candidates[candidates.size() - 1 - i].slot].masked_in(field, point) = 0;
+      curves[candidates[candidates.size() - 1 - i].slot].counts_at(field, point) = 0;
     }
     if (ends != ClipEnds::top) {
-      curves[candidates[i].slot].masked_in(field, point) = 0;
+      curves[candidates[i].slot].counts_at(field, point) = 0;
     }
   }
   return true;

@@ -92,7 +92,7 @@ class MainViewFixture : protected WindowFixture {
 
   static std::int32_t stored_mask(std::int32_t ID, std::size_t point) {
     const dao::Recordset row = made::row(ID);
-    return Module_database::read_reading(row).curve.masked_in(1, point);
+    return Module_database::read_reading(row).curve.counts_at(1, point);
   }
 
   std::unique_ptr<Form_main> window_;

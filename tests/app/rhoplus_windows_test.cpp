@@ -97,16 +97,16 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
   void a_cell_of_the_grid_masks_the_merged_point() {
     invert();
     const auto& merged = Module_averaged_data::station_data_set().slots.at(0).reading;
-    QCOMPARE(merged.curve.masked_in(1, 1), 1);
+    QCOMPARE(merged.curve.counts_at(1, 1), 1);
     auto* const grid = result<QTableWidget>("Grid_inversion_data");
     const QString inverted = grid->item(1, 3)->text();
     QVERIFY(!inverted.isEmpty());
     click_cell(1, 2);  // a value: nothing
-    QCOMPARE(merged.curve.masked_in(1, 1), 1);
+    QCOMPARE(merged.curve.counts_at(1, 1), 1);
     click_cell(1, 1);
-    QCOMPARE(merged.curve.masked_in(1, 1), 0);
+    QCOMPARE(merged.curve.counts_at(1, 1), 0);
     click_cell(1, 4);
-    QCOMPARE(merged.curve.masked_in(2, 1), 0);
+    QCOMPARE(merged.curve.counts_at(2, 1), 0);
     QVERIFY2(grid->item(1, 3)->text().isEmpty(), "nothing is asked of the model without data");
     window_->findChild<QAction*>("menu_undo")->trigger();
     window_->findChild<QAction*>("menu_undo")->trigger();

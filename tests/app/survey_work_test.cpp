@@ -214,8 +214,8 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     const float merged_before = resistivity(stored(merged_ID), 4.0F);
     QCOMPARE(point_colour(bad_repeat, bad_point), bad_repeat_colour());
     click_point(bad_repeat, bad_point);
-    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_resistivity, bad_point), 0);
-    QCOMPARE(stored(repeat_ID).curve.masked_in(Module_database::field_phase, bad_point), 1);
+    QCOMPARE(stored(repeat_ID).curve.counts_at(Module_database::field_resistivity, bad_point), 0);
+    QCOMPARE(stored(repeat_ID).curve.counts_at(Module_database::field_phase, bad_point), 1);
     QVERIFY(resistivity(stored(average_ID), 4.0F) < average_before / 2.0F);
     QVERIFY(resistivity(stored(merged_ID), 4.0F) < merged_before / 2.0F);
     const QColor masked = point_colour(bad_repeat, bad_point);

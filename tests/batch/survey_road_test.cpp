@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "numerics/impedance/apparent_resistivity.h"
 #include "samples/sample_survey.h"
 #include "tests/batch/batch_program.h"
 

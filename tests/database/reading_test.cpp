@@ -18,8 +18,8 @@ Curve made_curve(std::size_t n) {
     for (int field = 1; field <= field_count; ++field) {
       curve.value(field, i) = static_cast<float>(100 * i) + static_cast<float>(field);
     }
-    curve.masked_in(field_resistivity, i) = 1;
-    curve.masked_in(field_phase, i) = i % 2 == 0 ? 1 : 0;
+    curve.counts_at(field_resistivity, i) = 1;
+    curve.counts_at(field_phase, i) = i % 2 == 0 ? 1 : 0;
   }
   return curve;
 }

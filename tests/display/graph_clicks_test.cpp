@@ -20,7 +20,7 @@ TEST_F(GraphClicks, A_raw_point_is_masked_at_once) {
   EXPECT_EQ(click.event_text, "2");
   EXPECT_EQ(click.frequency_text, "8.0000");
   EXPECT_EQ(click.edit, Edit::changed);
-  EXPECT_EQ(repeat_data_set().slots[2].reading.curve.masked_in(2, 3), 0);
+  EXPECT_EQ(repeat_data_set().slots[2].reading.curve.counts_at(2, 3), 0);
   EXPECT_FALSE(session().updating_controls);
 
   click = click_raw_point(Component::phase, 0, 0);
@@ -47,8 +47,8 @@ TEST_F(GraphClicks, The_first_click_on_the_station_graph_selects_and_the_second_
   click = click_station_point(Component::resistivity, 2, 3, click.frequency_text);
   EXPECT_EQ(click.edit, Edit::changed);
   EXPECT_FALSE(click.draw_raw);
-  EXPECT_EQ(station_data_set().slots[2].reading.curve.masked_in(1, 3), 0);
-  EXPECT_EQ(repeat_data_set().slots[0].reading.curve.masked_in(1, 3), 0);
+  EXPECT_EQ(station_data_set().slots[2].reading.curve.counts_at(1, 3), 0);
+  EXPECT_EQ(repeat_data_set().slots[0].reading.curve.counts_at(1, 3), 0);
   EXPECT_EQ(profile_data_set().columns[0].resistivity[6], no_data);
 
   click = click_station_point(Component::phase, 0, 0, "64.0000");
@@ -68,5 +68,5 @@ TEST_F(GraphClicks, The_first_click_on_the_profile_moves_and_the_second_masks) {
   EXPECT_EQ(click.station_to_display, -1);
   EXPECT_EQ(click.edit, Edit::changed);
   EXPECT_EQ(profile_data_set().columns[1].mask[2][0], 0);
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.masked_in(1, 2), 0);
+  EXPECT_EQ(station_data_set().slots[0].reading.curve.counts_at(1, 2), 0);
 }

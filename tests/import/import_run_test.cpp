@@ -213,13 +213,13 @@ TEST(Sort_curve, Keeps_fields_and_masks_in_step) {
   for (std::size_t index = 0; index < 5000; ++index) {
     curve.frequencies[index] = std::floor(static_cast<float>(4999 - index) / 2.0F);  // descending in pairs
     curve.value(20, index) = static_cast<float>(index);
-    curve.masked_in(2, index) = static_cast<std::int32_t>(index);
+    curve.counts_at(2, index) = static_cast<std::int32_t>(index);
   }
   EXPECT_FALSE(sort_curve(curve));
   for (std::size_t index = 0; index < 5000; ++index) {
     const std::size_t source = 4998 - index / 2 * 2 + index % 2;  // the pairs turn, their members don't
     ASSERT_EQ(curve.value(20, index), static_cast<float>(source));
-    ASSERT_EQ(curve.masked_in(2, index), static_cast<std::int32_t>(source));
+    ASSERT_EQ(curve.counts_at(2, index), static_cast<std::int32_t>(source));
   }
   EXPECT_TRUE(sort_curve(curve));
 }

@@ -169,10 +169,10 @@ TEST_F(LostGround, An_edit_for_which_there_is_no_room_changes_nothing_and_can_be
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_NE(messages[0].find("database or disk is full"), std::string::npos) << messages[0];
     EXPECT_TRUE(made::whole_readings_table() == before);
-    const std::int32_t shown = repeat_data_set().slots.at(slot).reading.curve.masked_in(1, 0);
+    const std::int32_t shown = repeat_data_set().slots.at(slot).reading.curve.counts_at(1, 0);
     free_disk(disk);
     EXPECT_EQ(mask(slot), Edit::changed);
-    EXPECT_EQ(repeat_data_set().slots.at(slot).reading.curve.masked_in(1, 0), 1 - shown);
+    EXPECT_EQ(repeat_data_set().slots.at(slot).reading.curve.counts_at(1, 0), 1 - shown);
     EXPECT_TRUE(made::whole_readings_table() != before);
     const std::string after = made::whole_readings_table();
     reopen();

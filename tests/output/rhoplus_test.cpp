@@ -53,7 +53,7 @@ class Rhoplus : public SurveyTest {
     return file_contents(folder.path(name));
   }
 
-  const RhoplusLine selection{"200E", 0, "ExHy", 50.0F};
+  const Module_database::LineSelection selection{"200E", 0, "ExHy", 50.0F};
 };
 
 }  // namespace
@@ -61,12 +61,12 @@ class Rhoplus : public SurveyTest {
 TEST_F(Rhoplus, Files_of_a_line_to_the_byte) {
   new_survey();
   StoredReading reading = merged({{0.5F, 100.0F, 45.0F}, {10.0F, 250.004F, 30.25F}, {24000.0F, 2e6F, 0.0F}});
-  reading.curve.masked_in(1, 1) = 0;
+  reading.curve.counts_at(1, 1) = 0;
   reading.ResOffset = 3.0F;
   store(100.4, reading);
   store(200.0, merged({{10.0F, 50.0F, 45.0F}}));
   StoredReading no_resistivity = merged({{10.0F, 50.0F, 45.0F}});
-  no_resistivity.curve.masked_in(1, 0) = 0;
+  no_resistivity.curve.counts_at(1, 0) = 0;
   store(300.0, no_resistivity);
   rhoplus_settings().resistivity_scale = 2.0F;
 
@@ -118,7 +118,7 @@ TEST_F(Rhoplus, Errors_are_raised_to_the_floors) {
 TEST_F(Rhoplus, Rows_without_data_and_switched_off_frequencies) {
   StoredReading reading =
       merged({{1.0F, 100.0F, 45.0F}, {2.0F, 100.0F, -5.0F}, {4.0F, no_data, no_data}, {8.0F, 9.0F, 9.0F}});
-  reading.curve.masked_in(1, 1) = 0;
+  reading.curve.counts_at(1, 1) = 0;
   RhoplusTables rows = tables(reading);
   EXPECT_EQ(rows.index.row_number, (std::vector<std::int32_t>{1, 0, 0, 2}));
   EXPECT_EQ(rows.index.frequency_position, (std::vector<std::int32_t>{0, 3}));

@@ -58,7 +58,7 @@ class Zonge : public SurveyTest {
     row.update();
   }
 
-  const ZongeSelection selection{"200E", 0, "ExHy", 50.0F};
+  const Module_database::LineSelection selection{"200E", 0, "ExHy", 50.0F};
 };
 
 const std::string head =
@@ -138,7 +138,7 @@ TEST_F(Zonge, Leaves_out_what_is_switched_off_or_masked) {
 TEST_F(Zonge, Earlier_files_survive_what_goes_wrong) {
   make_line();
   const std::string avg = folder.write("out.avg", "earlier");
-  const auto run = [&](const ZongeSelection& what) {
+  const auto run = [&](const Module_database::LineSelection& what) {
     int rows = -1;
     const int status = output_zonge(what, avg, {}, rows, date);
     EXPECT_EQ(rows, 0);
@@ -146,7 +146,7 @@ TEST_F(Zonge, Earlier_files_survive_what_goes_wrong) {
     EXPECT_FALSE(fs::exists(folder.path("out.mde")));
     return status;
   };
-  ZongeSelection nothing = selection;
+  Module_database::LineSelection nothing = selection;
   nothing.reference_type = 1;
   EXPECT_EQ(run(nothing), -1);
   EXPECT_EQ(interface.take_messages(),

@@ -31,7 +31,7 @@ class Averages : public SurveyTest {
   static void set_edits(std::int32_t ID) {
     dao::Recordset row = made::row(ID);
     Module_database::Curve curve = Module_database::read_reading(row).curve;
-    curve.masked_in(1, 0) = 0;
+    curve.counts_at(1, 0) = 0;
     row.edit();
     row.set_binary("MaskBinary", Module_database::bytes_of(curve.mask));
     row.set_bit("UsePhase", false);

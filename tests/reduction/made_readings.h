@@ -30,8 +30,8 @@ inline StoredReading reading(const std::vector<Point>& points) {
     }
     made.curve.value(Module_database::field_resistivity, i) = points[i].resistivity;
     made.curve.value(Module_database::field_phase, i) = points[i].phase;
-    made.curve.masked_in(Module_database::field_resistivity, i) = 1;
-    made.curve.masked_in(Module_database::field_phase, i) = 1;
+    made.curve.counts_at(Module_database::field_resistivity, i) = 1;
+    made.curve.counts_at(Module_database::field_phase, i) = 1;
   }
   return made;
 }

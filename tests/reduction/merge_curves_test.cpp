@@ -41,15 +41,15 @@ TEST(Merged_curve, Shared_frequency) {
        35.0F,
        45.0F,
        {1, 1}},
-      {"low masked", [](auto& low, auto&) { low.curve.masked_in(1, 0) = 0; }, 30.0F, 50.0F, {1, 1}},
-      {"high masked", [](auto&, auto& high) { high.curve.masked_in(1, 0) = 0; }, 10.0F, 50.0F, {1, 1}},
+      {"low masked", [](auto& low, auto&) { low.curve.counts_at(1, 0) = 0; }, 30.0F, 50.0F, {1, 1}},
+      {"high masked", [](auto&, auto& high) { high.curve.counts_at(1, 0) = 0; }, 10.0F, 50.0F, {1, 1}},
       {"low resistivity off", [](auto& low, auto&) { low.UseResistivity = false; }, 30.0F, 50.0F, {1, 1}},
       {"high phase off", [](auto&, auto& high) { high.UsePhase = false; }, 20.0F, 40.0F, {1, 1}},
       {"low absent", [](auto& low, auto&) { low.curve.value(2, 0) = no_data; }, 20.0F, 60.0F, {1, 1}},
       {"both masked",
        [](auto& low, auto& high) {
-         low.curve.masked_in(1, 0) = 0;
-         high.curve.masked_in(1, 0) = 0;
+         low.curve.counts_at(1, 0) = 0;
+         high.curve.counts_at(1, 0) = 0;
        },
        no_data,
        50.0F,
@@ -67,8 +67,8 @@ TEST(Merged_curve, Shared_frequency) {
     EXPECT_EQ(merged.value(1, 0), c.resistivity);
     EXPECT_EQ(merged.value(2, 0), c.phase);
     EXPECT_EQ(merged.value(3, 0), 2.0F);  // the higher scan rate's, whatever its masks and switches
-    EXPECT_EQ(merged.masked_in(1, 0), c.masks[0]);
-    EXPECT_EQ(merged.masked_in(2, 0), c.masks[1]);
+    EXPECT_EQ(merged.counts_at(1, 0), c.masks[0]);
+    EXPECT_EQ(merged.counts_at(2, 0), c.masks[1]);
   }
 }
 
@@ -76,7 +76,7 @@ TEST(Merged_curve, Of_one_scan_rate_is_its_average_with_the_offsets) {
   StoredReading average = made::reading({{1.0F, 10.0F, 40.0F}, {2.0F, 20.0F, 50.0F}});
   average.ResOffset = 3.0F;
   average.PhaseOffset = 5.0F;
-  average.curve.masked_in(2, 1) = 0;
+  average.curve.counts_at(2, 1) = 0;
   Curve expected = average.curve;
   expected.value(1, 0) = 30.0F;
   expected.value(1, 1) = 60.0F;
@@ -126,10 +126,10 @@ TEST(Merged_curve, Union_of_many_scan_rates) {
     average.ResOffset = 1.0F + 0.25F * static_cast<float>(scan_rate);
     for (std::size_t i = 0; i < list.size(); ++i) {
       average.curve.value(20, i) = resistivity(random);
-      average.curve.masked_in(1, i) = random() % 4 == 0 ? 0 : 1;
+      average.curve.counts_at(1, i) = random() % 4 == 0 ? 0 : 1;
       Expected& at = expected[list[i].frequency];
       at.last_field_20 = average.curve.value(20, i);
-      if (average.curve.masked_in(1, i) == 1) {
+      if (average.curve.counts_at(1, i) == 1) {
         at.sum += double{list[i].resistivity} * double{average.ResOffset};
         ++at.contributions;
       }
@@ -144,10 +144,10 @@ TEST(Merged_curve, Union_of_many_scan_rates) {
     EXPECT_EQ(merged.value(20, index), at.last_field_20);
     if (at.contributions == 0) {
       EXPECT_EQ(merged.value(1, index), no_data);
-      EXPECT_EQ(merged.masked_in(1, index), 0);
+      EXPECT_EQ(merged.counts_at(1, index), 0);
     } else {
       EXPECT_NEAR(double{merged.value(1, index)} * at.contributions / at.sum, 1.0, 1e-6);  // six roundings
-      EXPECT_EQ(merged.masked_in(1, index), 1);
+      EXPECT_EQ(merged.counts_at(1, index), 1);
     }
     ++index;
   }

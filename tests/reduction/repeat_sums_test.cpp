@@ -87,7 +87,7 @@ TEST(Repeat_sums, Are_kept_in_single_precision) {
   const Curve large = average_of({8.0F}, {made::reading({{8.0F, 1e25F, 30.0F}})});
   EXPECT_EQ(large.value(1, 0), 1e25F);
   EXPECT_EQ(large.value(3, 0), no_data);
-  EXPECT_EQ(large.masked_in(1, 0), 1);
+  EXPECT_EQ(large.counts_at(1, 0), 1);
 }
 
 TEST(Repeat_sums, Honour_masks_switches_and_absent_values) {
@@ -100,7 +100,7 @@ TEST(Repeat_sums, Honour_masks_switches_and_absent_values) {
   const Case cases[] = {
       {"both count", [](StoredReading&) {}, {20, 50, 10, 10, 20, 50, 10, 10}, {1, 1}},
       {"second resistivity masked",
-       [](StoredReading& second) { second.curve.masked_in(1, 0) = 0; },
+       [](StoredReading& second) { second.curve.counts_at(1, 0) = 0; },
        {10, 50, 0, 10, 20, 50, 10, 10},
        {1, 1}},
       {"second resistivity off",
@@ -125,7 +125,7 @@ TEST(Repeat_sums, Honour_masks_switches_and_absent_values) {
        {10, 50, 0, 10, 5, 50, 0, 10},
        {1, 1}},
       {"mask of another value than 1",
-       [](StoredReading& second) { second.curve.masked_in(2, 0) = 2; },
+       [](StoredReading& second) { second.curve.counts_at(2, 0) = 2; },
        {20, 40, 10, 0, 20, 50, 10, 10},
        {1, 1}},
   };
@@ -138,29 +138,29 @@ TEST(Repeat_sums, Honour_masks_switches_and_absent_values) {
     for (int field = 1; field <= 8; ++field) {
       EXPECT_EQ(average.value(field, 0), c.fields[field - 1]) << "field " << field;
     }
-    EXPECT_EQ(average.masked_in(1, 0), c.masks[0]);
-    EXPECT_EQ(average.masked_in(2, 0), c.masks[1]);
+    EXPECT_EQ(average.counts_at(1, 0), c.masks[0]);
+    EXPECT_EQ(average.counts_at(2, 0), c.masks[1]);
   }
 }
 
 TEST(Repeat_sums, A_frequency_without_used_values_stays_masked_and_absent) {
   StoredReading first = made::reading({{8.0F, 10.0F, 40.0F}});
   StoredReading second = made::reading({{8.0F, 30.0F, 60.0F}});
-  first.curve.masked_in(1, 0) = 0;
-  second.curve.masked_in(1, 0) = 0;
+  first.curve.counts_at(1, 0) = 0;
+  second.curve.counts_at(1, 0) = 0;
   first.curve.value(2, 0) = no_data;
   second.curve.value(2, 0) = no_data;
   second.curve.value(19, 0) = no_data;
   const Curve average = average_of({8.0F}, {first, second});
   EXPECT_EQ(average.value(1, 0), no_data);
   EXPECT_EQ(average.value(3, 0), no_data);
-  EXPECT_EQ(average.masked_in(1, 0), 0);
+  EXPECT_EQ(average.counts_at(1, 0), 0);
   EXPECT_EQ(average.value(5, 0), 20.0F);  // present, though masked
   EXPECT_EQ(average.value(7, 0), 10.0F);
   EXPECT_EQ(average.value(2, 0), no_data);
   EXPECT_EQ(average.value(6, 0), 0.0F);  // nothing present
   EXPECT_EQ(average.value(8, 0), 0.0F);
-  EXPECT_EQ(average.masked_in(2, 0), 0);
+  EXPECT_EQ(average.counts_at(2, 0), 0);
   EXPECT_EQ(average.value(19, 0), 19008.0F);  // the one that is present
 }
 

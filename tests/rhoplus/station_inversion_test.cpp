@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/layered_earth.h"
 #include "rhoplus/data_rows.h"
 #include "rhoplus/fit_plot.h"
@@ -82,7 +83,7 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
 
   StoredReading masked = merged_over_two_layers();
   for (std::size_t i = 0; i < masked.curve.count(); ++i) {
-    masked.curve.masked_in(1, i) = 0;
+    masked.curve.counts_at(1, i) = 0;
   }
   store(masked);
   ASSERT_EQ(invert_station(key, inversion), 0);
@@ -115,8 +116,8 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
   new_survey();
   StoredReading reading = merged_over_two_layers();
   reading.ResOffset = 2.0F;
-  reading.curve.masked_in(1, 2) = 0;
-  reading.curve.masked_in(2, 2) = 0;
+  reading.curve.counts_at(1, 2) = 0;
+  reading.curve.counts_at(2, 2) = 0;
   store(reading);
   StationInversion inversion;
   ASSERT_EQ(invert_station(key, inversion), 0);

@@ -11,6 +11,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "numerics/impedance/apparent_resistivity.h"
 
 namespace {
 

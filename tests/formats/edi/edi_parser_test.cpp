@@ -209,8 +209,8 @@ TEST_F(EdiParser, Fills_curves_with_copies_and_masks) {
   EXPECT_EQ(read.get(element_yx, quantity_phase).values, (Values{-135, 45, 180, -135, no_data}));
   EXPECT_EQ(read.get(element_yx, quantity_real).values, (Values{-1, -2, -3, -4, no_data}));
   EXPECT_EQ(curve.value(6, 1), 45.0F);
-  EXPECT_EQ(curve.masked_in(2, 1), 1);
-  EXPECT_EQ(curve.masked_in(2, 0), 0);
+  EXPECT_EQ(curve.counts_at(2, 1), 1);
+  EXPECT_EQ(curve.counts_at(2, 0), 0);
 }
 
 // Z = 1000 (1 + i)/sqrt(2) at 1000 Hz: |Z|^2/5f = 200 ohm-m at 45 degrees; a standard error of 5 percent of

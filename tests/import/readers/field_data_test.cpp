@@ -135,7 +135,7 @@ TEST_F(FieldData, A_file_of_impedances_only_gives_curves_when_asked) {
   ASSERT_EQ(reading.curve.count(), 43U);
   int used = 0;
   for (std::size_t index = 0; index < 43; ++index) {
-    used += reading.curve.masked_in(2, index);
+    used += reading.curve.counts_at(2, index);
   }
   EXPECT_GT(used, 40);  // ground without strong structure: the turned phases lie in 0..90
 }

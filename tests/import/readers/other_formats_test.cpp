@@ -100,8 +100,8 @@ TEST_F(OtherFormats, Spectra_come_in_as_the_curves_of_their_tensor) {
         EXPECT_EQ(curve.value(field + 4, 1), curve.value(field, 1));
       }
       EXPECT_EQ(curve.value(18, 1), absent);
-      EXPECT_EQ(curve.masked_in(1, 1), 1);
-      EXPECT_EQ(curve.masked_in(2, 1), phase > 0.0 ? 1 : 0);
+      EXPECT_EQ(curve.counts_at(1, 1), 1);
+      EXPECT_EQ(curve.counts_at(2, 1), phase > 0.0 ? 1 : 0);
     }
     dao::Recordset& files = open_survey().files;
     files.move_first();
@@ -279,8 +279,8 @@ TEST_F(OtherFormats, Em1dfm_stations_come_in_as_quadrature_readings) {
       EXPECT_EQ(curve.value(field, index), absent);
     }
     EXPECT_EQ(curve.value(19, index), 0.0F);
-    EXPECT_EQ(curve.masked_in(1, index), masks[index][0]);
-    EXPECT_EQ(curve.masked_in(2, index), masks[index][1]);
+    EXPECT_EQ(curve.counts_at(1, index), masks[index][0]);
+    EXPECT_EQ(curve.counts_at(2, index), masks[index][1]);
   }
   EXPECT_EQ(stored("FileID > 0 AND LineNumber = '400E' AND Station = 1300").curve.value(1, 0), 8.5F);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 1 AND DataType = 'QP'"), 2) << "averages";
@@ -348,11 +348,11 @@ TEST_F(OtherFormats, Fixed_columns_come_in_as_four_readings) {
   EXPECT_EQ(xy.value(18, 0), absent);
   EXPECT_FLOAT_EQ(xy.value(14, 1), 60.0F);
   EXPECT_EQ(xy.value(19, 0), 0.25F);
-  EXPECT_EQ(xy.masked_in(2, 1), 1);
-  EXPECT_EQ(raw("ExHx").masked_in(1, 1), 0);
+  EXPECT_EQ(xy.counts_at(2, 1), 1);
+  EXPECT_EQ(raw("ExHx").counts_at(1, 1), 0);
   EXPECT_NEAR(raw("EyHx").value(2, 0), 225.0, 1e-4);
   EXPECT_NEAR(raw("EyHx").value(2, 1), -53.130102, 1e-5);
-  EXPECT_EQ(raw("EyHx").masked_in(2, 1), 0);
+  EXPECT_EQ(raw("EyHx").counts_at(2, 1), 0);
   dao::Recordset& files = open_survey().files;
   files.move_first();
   EXPECT_EQ(files.get_text("Filter"), "Notch");
@@ -394,7 +394,7 @@ TEST_F(OtherFormats, Fixed_columns_that_end_early_or_fit_no_rate) {
   const Curve curve = stored("FileID = 3 AND DataType = 'ExHy'").curve;  // cut to its frequency
   ASSERT_EQ(curve.frequencies, (std::vector<float>{16, 1024}));
   EXPECT_EQ(curve.value(1, 1), 0.0F);
-  EXPECT_EQ(curve.masked_in(1, 1), 0);
+  EXPECT_EQ(curve.counts_at(1, 1), 0);
   EXPECT_TRUE(interface.take_messages().empty());
   choices.decode[decode_sample_rate].specified = "2048";
   EXPECT_EQ(import("rate.res", whole).readings, 0);

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "numerics/impedance/apparent_resistivity.h"
+
 namespace {
 
 using numerics::impedance::apparent_resistivity;

@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/layered_earth.h"
 #include "numerics/rhoplus/inversion.h"
 #include "samples/random_numbers.h"

@@ -51,7 +51,7 @@ class Edits : public SurveyTest {
     EXPECT_EQ(stored.curve.mask, loaded.curve.mask);
     std::string text;
     for (std::size_t i = 0; i < stored.curve.count(); ++i) {
-      text += stored.curve.masked_in(field, i) == 1 ? '1' : '0';
+      text += stored.curve.counts_at(field, i) == 1 ? '1' : '0';
     }
     return text;
   }
@@ -177,10 +177,10 @@ TEST_F(Edits, A_masked_point_changes_average_merged_curve_and_profile) {
   ASSERT_EQ(toggle_station_point(0, 2, Component::resistivity), Edit::changed);
   EXPECT_EQ(profile_data_set().columns[0].mask[2][0], 0);
   ASSERT_EQ(toggle_profile_point(0, 2, Component::resistivity), Edit::changed);
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.masked_in(1, 2), 1);
+  EXPECT_EQ(station_data_set().slots[0].reading.curve.counts_at(1, 2), 1);
   ASSERT_EQ(toggle_profile_point(1, 0, Component::phase), Edit::changed);
   EXPECT_EQ(profile_data_set().columns[1].mask[0][1], 0);
-  EXPECT_EQ(stored(profile_data_set().columns[1].ID).curve.masked_in(2, 0), 0);
+  EXPECT_EQ(stored(profile_data_set().columns[1].ID).curve.counts_at(2, 0), 0);
   EXPECT_EQ(undo_count(), 5U);
 
   EXPECT_EQ(toggle_repeat_point(9, 0, Component::phase), Edit::nothing);
