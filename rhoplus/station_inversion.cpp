@@ -1,12 +1,13 @@
 #include "rhoplus/station_inversion.h"
 
 #include <algorithm>
-#include <fstream>
+#include <utility>
 
 #include "core/file_names.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "reduction/averages.h"
+#include "rhoplus/inversion_log.h"
 
 namespace fs = std::filesystem;
 
@@ -26,15 +27,6 @@ numerics::rhoplus::RhoplusSurface surface_of(const Module_output::RhoplusSetting
                                : numerics::rhoplus::RhoplusSurface::insulating;
 }
 
-/// The log as far as a text box takes it. Empty if there is none.
-std::string read_log(const fs::path& path) {
-  std::string log(longest_log, ' ');
-  std::ifstream file(path, std::ios::binary);
-  file.read(log.data(), static_cast<std::streamsize>(log.size()));
-  log.resize(static_cast<std::size_t>(file.gcount()));
-  return log;
-}
-
 /// The merged curve and what multiplies its resistivities. @return 0, or -1 after a message
 int find_merged(const ReadingKey& key, StationInversion& result) {
   result = {};
@@ -43,6 +35,22 @@ int find_merged(const ReadingKey& key, StationInversion& result) {
   result.scale = rhoplus_settings().resistivity_scale *
                  (rhoplus_settings().apply_static == 1 ? result.merged.ResOffset : 1.0F);
   return status;
+}
+
+/// Inverts the rows and writes the log; `result` keeps as much of it as a text box takes.
+void run_with_log(const fs::path& folder, const std::string& stem, numerics::rhoplus::RhoplusSurface surface,
+                  StationInversion& result) {
+  numerics::rhoplus::RhoplusInversion details;
+  result.run = numerics::rhoplus::rhoplus(result.tables.data, surface, &details);
+  std::string log = inversion_log(stem, result.tables.data, surface, result.run, details);
+  const std::string failure = write_log(folder / (stem + ".out"), log);
+  if (failure.empty()) {
+    log.resize(std::min(log.size(), longest_log));
+    result.log = std::move(log);
+  } else if (result.run.status == numerics::rhoplus::rhoplus_ran) {
+    result.run.status = rhoplus_log_not_written;
+    result.run.message = failure;
+  }
 }
 
 }  // namespace
@@ -75,9 +83,7 @@ int invert_station(const ReadingKey& key, StationInversion& result) {
       return -1;
     }
     if (!result.tables.data.empty()) {
-      result.run =
-          numerics::rhoplus::rhoplus(folder, stem, result.tables.data, surface_of(rhoplus_settings()));
-      result.log = read_log(folder / (stem + ".out"));
+      run_with_log(folder, stem, surface_of(rhoplus_settings()), result);
     }
     return 0;
   });
@@ -90,8 +96,7 @@ int invert_station_in_memory(const ReadingKey& key, StationInversion& result) {
     }
     result.tables = Module_output::rhoplus_tables(result.merged, rhoplus_settings());
     if (!result.tables.data.empty()) {
-      result.run =
-          numerics::rhoplus::rhoplus(result.tables.data, surface_of(rhoplus_settings()), &result.log);
+      result.run = numerics::rhoplus::rhoplus(result.tables.data, surface_of(rhoplus_settings()));
     }
     return 0;
   });

@@ -12,13 +12,17 @@ namespace Module_rhoplus {
 using Module_database::ReadingKey;
 using Module_database::StoredReading;
 
+/// Status of a run beside those of RhoplusStatus: the inversion ran and its results are there, but its log is
+/// not on the disk.
+constexpr int rhoplus_log_not_written = 3;
+
 /// What was inverted and what came of it.
 struct StationInversion {
   StoredReading merged;  // ID 0: the station has none
   float scale = 1.0F;    // on its resistivities: static factor and resistivity scale, as the settings ask for
   Module_output::RhoplusTables tables;  // with the model's response, once the run has filled it
   numerics::rhoplus::RhoplusRun run;    // status rhoplus_not_run where there was nothing to invert
-  std::string log;                      // text of the run's log
+  std::string log;                      // the log as written, as far as a text box takes it
 };
 
 /// Where the files of a line's inversions stand: below the survey's folder "NRRef", "RRef" or "XRef" by
@@ -33,7 +37,7 @@ std::filesystem::path run_directory(const std::string& database_file, std::int32
 /// @return 0, also where there was nothing to invert; -1 after a message
 [[nodiscard]] int invert_station(const ReadingKey& key, StationInversion& result);
 
-/// The same without files, for callers that print the result.
+/// The same without files and log, for callers that print the result.
 [[nodiscard]] int invert_station_in_memory(const ReadingKey& key, StationInversion& result);
 
 }  // namespace Module_rhoplus

@@ -94,6 +94,19 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
   EXPECT_TRUE(interface.take_messages().empty());
 }
 
+TEST_F(Station_inversion, A_log_that_can_not_be_written_leaves_the_results) {
+  new_survey();
+  store(merged_over_two_layers());
+  const fs::path log = folder_of_run() / "tmd_1250.out";
+  fs::create_directories(log / "in_the_way");
+  StationInversion inversion;
+  ASSERT_EQ(invert_station(key, inversion), 0);
+  EXPECT_EQ(inversion.run.status, rhoplus_log_not_written);
+  EXPECT_EQ(inversion.run.message.rfind(log.string() + ": ", 0), 0U) << inversion.run.message;
+  EXPECT_EQ(inversion.log, "");
+  EXPECT_EQ(inversion.run.used_values, 16);
+}
+
 TEST_F(Station_inversion, A_folder_that_can_not_be_made_is_told) {
   new_survey();
   store(merged_over_two_layers());
