@@ -1,4 +1,4 @@
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 #include <cmath>
 #include <stdexcept>
