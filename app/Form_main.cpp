@@ -68,7 +68,7 @@ Form_main::Form_main(QWidget* parent)
   version_->setText("Brenlox Version " + QString::fromStdString(session().version_text));
   initialise_from_system(display_facts(*screen()));
   Module_Brenlox::read_preferences();
-  Module_output::load_rhoplus_settings();
+  Module_output::rhoplus_settings() = Module_output::load_rhoplus_settings();
   size_from_preferences();
   session().hide_masked_data = false;
   session().coord_system = 0;

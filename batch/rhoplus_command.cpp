@@ -21,7 +21,8 @@ struct RhoplusOptions {
 
 int write_line(const RhoplusOptions& options) {
   Module_output::RhoplusCounts counts;
-  const int status = Module_output::output_rhoplus(options.reading, options.directory, {}, counts);
+  const int status =
+      Module_output::output_rhoplus(options.reading, options.directory, options.settings, {}, counts);
   if (status == 0 && user_interface().stop_requested()) {
     user_interface().show_message("Stopped; the batch file holds the stations written so far");
     return -1;
@@ -35,7 +36,6 @@ int write_line(const RhoplusOptions& options) {
 
 int run_rhoplus(RhoplusOptions& options) {
   options.directory = path_from_here(options.directory);
-  Module_output::rhoplus_settings() = options.settings;
   return with_open_survey(options.survey, [&] { return write_line(options); });
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "reduction/averages.h"
@@ -13,27 +14,23 @@ namespace fs = std::filesystem;
 
 namespace Module_rhoplus {
 
-using Module_output::rhoplus_settings;
-using Module_output::RhoplusTables;
-
 namespace {
 
 constexpr const char* failed_text = "An error occurred while performing the 1d inversion: ";
 constexpr std::int32_t reduction_merged = 2;
 constexpr std::size_t longest_log = 32000;  // bytes
 
-numerics::rhoplus::RhoplusSurface surface_of(const Module_output::RhoplusSettings& settings) {
+numerics::rhoplus::RhoplusSurface surface_of(const RhoplusSettings& settings) {
   return settings.surface == 0 ? numerics::rhoplus::RhoplusSurface::conducting
                                : numerics::rhoplus::RhoplusSurface::insulating;
 }
 
 /// The merged curve and what multiplies its resistivities. @return 0, or -1 after a message
-int find_merged(const ReadingKey& key, StationInversion& result) {
+int find_merged(const ReadingKey& key, const RhoplusSettings& settings, StationInversion& result) {
   result = {};
   const int status = Module_averaged_data::get_reduced_reading(
       reduction_merged, Module_averaged_data::AllowRaw::yes, key, result.merged);
-  result.scale = rhoplus_settings().resistivity_scale *
-                 (rhoplus_settings().apply_static == 1 ? result.merged.ResOffset : 1.0F);
+  result.scale = settings.resistivity_scale * (settings.apply_static == 1 ? result.merged.ResOffset : 1.0F);
   return status;
 }
 
@@ -55,6 +52,18 @@ void run_with_log(const fs::path& folder, const std::string& stem, numerics::rho
 
 }  // namespace
 
+std::string inversion_title(const std::string& line, double station) {
+  return "Rhoplus Inversion for Line " + line + ", Station " + format_number(station, "0");
+}
+
+std::string log_or_reason(const StationInversion& inversion) {
+  if (inversion.run.status == numerics::rhoplus::rhoplus_ran) {
+    return inversion.log;
+  }
+  const std::string& reason = inversion.run.message;
+  return reason.empty() ? nothing_inverted : std::string(nothing_inverted) + "\n" + reason;
+}
+
 fs::path run_directory(const std::string& database_file, std::int32_t reference_type,
                        const std::string& line) {
   const char* const reference = reference_type == 0 ? "NRRef" : reference_type == 1 ? "RRef" : "XRef";
@@ -68,9 +77,9 @@ fs::path run_directory(const std::string& database_file, std::int32_t reference_
   return fs::path(survey_folder.empty() ? "." : survey_folder) / reference / folder;
 }
 
-int invert_station(const ReadingKey& key, StationInversion& result) {
+int invert_station(const ReadingKey& key, const RhoplusSettings& settings, StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, result) != 0) {
+    if (find_merged(key, settings, result) != 0) {
       return -1;
     }
     if (result.merged.ID == 0) {
@@ -78,25 +87,27 @@ int invert_station(const ReadingKey& key, StationInversion& result) {
     }
     const fs::path folder = run_directory(session().database_file, key.reference_type, key.line);
     fs::create_directories(folder);
-    const std::string stem = Module_output::rhoplus_stem(rhoplus_settings(), key.station);
-    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, result.tables) != 0) {
+    const std::string stem = Module_output::rhoplus_stem(settings, key.station);
+    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, settings,
+                                          result.tables) != 0) {
       return -1;
     }
     if (!result.tables.data.empty()) {
-      run_with_log(folder, stem, surface_of(rhoplus_settings()), result);
+      run_with_log(folder, stem, surface_of(settings), result);
     }
     return 0;
   });
 }
 
-int invert_station_in_memory(const ReadingKey& key, StationInversion& result) {
+int invert_station_in_memory(const ReadingKey& key, const RhoplusSettings& settings,
+                             StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, result) != 0) {
+    if (find_merged(key, settings, result) != 0) {
       return -1;
     }
-    result.tables = Module_output::rhoplus_tables(result.merged, rhoplus_settings());
+    result.tables = Module_output::rhoplus_tables(result.merged, settings);
     if (!result.tables.data.empty()) {
-      result.run = numerics::rhoplus::rhoplus(result.tables.data, surface_of(rhoplus_settings()));
+      result.run = numerics::rhoplus::rhoplus(result.tables.data, surface_of(settings));
     }
     return 0;
   });
