@@ -62,7 +62,7 @@ std::vector<UsedValue> used_values(std::span<const RhoplusDatum> data, RhoplusIn
       }
     }
   }
-  // In an order of their own, so that the order of the rows makes no difference, not even of rounding.
+  // Sorted, so that the order of the rows makes no difference, not even of rounding.
   std::sort(used.begin(), used.end(), [](const UsedValue& a, const UsedValue& b) {
     return std::tie(a.omega, a.is_phase, a.target, a.weight) <
            std::tie(b.omega, b.is_phase, b.target, b.weight);
@@ -118,7 +118,7 @@ bool is_sound(const SheetModel& sheets) {
   });
 }
 
-/// The neighbours that matter least together go, the others move to make up for them.
+/// Drops the neighbours that matter least together; the others move to make up for them.
 void drop_closest_pairs(const FitProblem& problem, std::size_t pairs, BestFit& fit) {
   std::vector<double>& switches = fit.model.switches;
   for (; pairs > 0 && switches.size() > 1; --pairs) {
@@ -128,7 +128,7 @@ void drop_closest_pairs(const FitProblem& problem, std::size_t pairs, BestFit& f
   fit.residuals = polish_switches(problem, fit.model, exact_misfit2(problem));
 }
 
-/// The table of the model has so many rows and no more, and 64 bits so many digits.
+/// Drops switches until the sheets fit into the rows of the table and into the digits of 64 bits.
 void make_sheets(const FitProblem& problem, std::size_t max_rows, RhoplusInversion& result) {
   BestFit& fit = result.fit;
   result.sheets = sheets_of(problem, fit.model);

@@ -35,8 +35,8 @@ struct RhoplusInversion {
   BestFit fit;
   SheetModel sheets;
   std::vector<RhoplusPrediction> rows;  // as the data
-  bool level_is_arbitrary = false;      // phases tell nothing of the level of the resistivity
-  int dropped_sheets = 0;               // to keep to the most rows
+  bool level_is_arbitrary = false;      // phases say nothing about the level of the resistivity
+  int dropped_sheets = 0;               // to keep to max_rows
   double sheet_error = 0.0;             // largest difference of ln c of the sheets and of the fit
   std::vector<std::string> remarks;     // sentences: what could not be used, and why
 

@@ -2,7 +2,7 @@
 //
 // Among all conductivity profiles of depth the routine finds the one with the least chi-squared misfit to ln
 // resistivity and phase. The least misfit is reached by a pile of thin conducting sheets between insulating
-// gaps (the D+ model; its response is known as rho+), so the answer is no smooth picture of the ground but
+// gaps (the D+ model; its response is known as rho+), so the answer is not a smooth picture of the ground but
 // the yardstick of any one-dimensional fit: data that it can't fit are not one-dimensional, or their errors
 // are too small.
 //
@@ -24,8 +24,8 @@ namespace numerics::rhoplus {
 
 struct RhoplusInversion;
 
-/// What stands at the surface. Conducting: the first sheet of the model lies at depth 0. Insulating: it may
-/// lie at any depth.
+/// The surface's boundary condition. Conducting: the first sheet of the model lies at depth 0. Insulating: it
+/// may lie at any depth.
 enum class RhoplusSurface { conducting = 0, insulating = 1 };
 
 /// One row of the table RhoplusData: nine 32-bit numbers, in the order of its columns.
@@ -51,8 +51,8 @@ struct RhoplusLayer {
   float conductance = 0.0F;  // S
 };
 
-/// Conductance of the last row where the model stands on a perfect conductor; without such a row an insulator
-/// goes down for ever below the last sheet.
+/// Conductance of the last row where a perfect conductor is below the model; without such a row an insulator
+/// without a bottom is below the last sheet.
 constexpr float perfect_conductor = 1e30F;
 
 constexpr int max_rhoplus_layers = 64;
@@ -62,7 +62,7 @@ enum RhoplusStatus : int {
   rhoplus_not_run = -1,        // what a caller sets before a run
   rhoplus_ran = 0,             //
   rhoplus_no_usable_data = 1,  // no flag set, or nothing usable behind the flags
-  rhoplus_failed = 2,          // the numbers led nowhere; columns 8 and 9 are no_data
+  rhoplus_failed = 2,          // the computation failed; columns 8 and 9 are no_data
 };
 
 struct RhoplusRun {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// x of the poles and zeros; -infinity stands for lambda = 0.
+/// x of the poles and zeros; -infinity is lambda = 0.
 struct PolesAndZeros {
   std::vector<double> poles;
   std::vector<double> zeros;

@@ -30,11 +30,11 @@ struct Response {
 struct ResponseOptions {
   std::size_t threads = 0;  // 0: as many as the machine has cores; the result is the same with any number
 
-  /// Called from the calling thread as the work goes on, with the share done, 0 to 1; false stops.
+  /// Called from the calling thread during the work, with the share done, 0 to 1; false stops.
   std::function<bool(double)> progress = {};
 };
 
-/// A section and its sites, found fit for a response.
+/// A section and its sites after the checks.
 struct CheckedInput {
   AirMap air;
   std::vector<SurfaceNode> sites;
@@ -42,8 +42,8 @@ struct CheckedInput {
 
 /// @param site_positions  m, along the line; each is taken to the nearest node column
 /// @param frequencies     Hz
-/// Throws std::invalid_argument for input that has no response, see check_section, nearest_node_column,
-/// surface_node; and for a frequency that isn't finite and positive.
+/// Throws std::invalid_argument for input that has no response (see check_section, nearest_node_column,
+/// surface_node) and for a frequency that isn't finite and positive.
 CheckedInput check_input(const Section& section, std::span<const double> site_positions,
                          std::span<const double> frequencies);
 

@@ -11,7 +11,7 @@ namespace numerics::section {
 
 namespace {
 
-// The product of two sets of values at the nodes of a cell with the stiffness or mass matrix of one triangle.
+// a^T K b for values at the nodes of a cell and the stiffness or mass matrix of one triangle.
 Complex triangle_product(const ModeMesh& mesh, double omega_mu0, std::size_t triangle, std::size_t column,
                          std::size_t row, const CellLoad& a, const CellLoad& b) {
   Cell alone;
@@ -27,7 +27,7 @@ Complex triangle_product(const ModeMesh& mesh, double omega_mu0, std::size_t tri
   return sum;
 }
 
-// d K / d sigma or d rho applied, taken from the load's own change: what a triangle's change does to ln Z.
+// The derivative of the load less that of the matrix times the field: what a triangle's change does to ln Z.
 Complex triangle_change(const ModeField& field, std::size_t triangle, std::size_t column, std::size_t row,
                         const CellLoad& secondary, const CellLoad& adjoint) {
   const ModeMesh& mesh = field.mesh();
