@@ -14,6 +14,7 @@
 #include "formats/occam/occam_state.h"
 #include "occam/results/response_plots.h"
 #include "occam/windows/response_graph.h"
+#include "platform/graph/pdf_page.h"
 #include "platform/graph/pdf_pages.h"
 #include "platform/graph/picture_file.h"
 

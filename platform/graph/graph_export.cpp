@@ -10,7 +10,7 @@
 
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
-#include "platform/graph/pdf_pages.h"
+#include "platform/graph/pdf_page.h"
 #include "platform/graph/picture_file.h"
 
 namespace graph {

@@ -1,7 +1,6 @@
 // pdf_pages.h: charts on the pages of a PDF document.
 #pragma once
 #include <QRectF>
-#include <QSize>
 #include <QString>
 #include <memory>
 
@@ -12,10 +11,6 @@ class QPdfWriter;
 class VexGraphControl;
 
 namespace graph {
-
-/// Sets a document up whose page is as large as a picture.
-/// @param size  device-independent pixels; one of them is a dot of the page
-void fit_page_to(QPdfWriter& writer, QSize size);
 
 /// A document in the making. An earlier file at the path stays until the document is finished; one that is
 /// never finished leaves nothing behind.
