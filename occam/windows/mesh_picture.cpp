@@ -159,18 +159,14 @@ QRectF MeshPicture::plot_area() const {
 
 QPointF MeshPicture::to_pixels(double station, double depth) const {
   const QRectF area = plot_area();
-  const graph::AxisRange& x = station_view_.shown();
-  const graph::AxisRange& z = depth_view_.shown();
-  return {area.left() + area.width() * (station - x.lower) / (x.upper - x.lower),
-          area.top() + area.height() * (depth - z.lower) / (z.upper - z.lower)};
+  return {area.left() + area.width() * station_view_.to_view(station),
+          area.top() + area.height() * depth_view_.to_view(depth)};
 }
 
 QPointF MeshPicture::from_pixels(QPointF at) const {
   const QRectF area = plot_area();
-  const graph::AxisRange& x = station_view_.shown();
-  const graph::AxisRange& z = depth_view_.shown();
-  return {x.lower + (x.upper - x.lower) * (at.x() - area.left()) / area.width(),
-          z.lower + (z.upper - z.lower) * (at.y() - area.top()) / area.height()};
+  return {station_view_.from_view((at.x() - area.left()) / area.width()),
+          depth_view_.from_view((at.y() - area.top()) / area.height())};
 }
 
 void MeshPicture::zoom_to_band(QPointF from, QPointF to) {

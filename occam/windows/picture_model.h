@@ -41,10 +41,14 @@ class PictureModel : public QWidget {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  /// Where a pixel lies in the view, as shares of its width and height.
   [[nodiscard]] QPointF share_of_plot(QPointF at) const;
+  /// Where a pixel lies in the section, zoomed or not.
+  [[nodiscard]] QPointF place_in_section(QPointF at) const;
+  void zoom_to_band(QPointF from, QPointF to);
 
   Module_occam::SectionPicture picture_;
-  Module_occam::PictureZoom zoom_;
+  Module_occam::SectionZoom zoom_;
   std::optional<QPointF> band_start_;
   QPointF pointer_;  // where it was last seen
 };

@@ -20,24 +20,24 @@ constexpr double mark_size = 5.0;
 /// From pixels of the geometry to those of the drawing.
 class ZoomedPlot {
  public:
-  ZoomedPlot(const SectionGeometry& geometry, const PictureZoom& zoom)
+  ZoomedPlot(const SectionGeometry& geometry, const SectionZoom& zoom)
       : plot_(plot_area(geometry.picture)), zoom_(zoom) {}
 
   [[nodiscard]] double x(double home) const {
-    return plot_.left() + plot_.width() * zoom_.to_view_x((home - plot_.left()) / plot_.width());
+    return plot_.left() + plot_.width() * zoom_.across.to_view((home - plot_.left()) / plot_.width());
   }
   [[nodiscard]] double y(double home) const {
-    return plot_.top() + plot_.height() * zoom_.to_view_y((home - plot_.top()) / plot_.height());
+    return plot_.top() + plot_.height() * zoom_.down.to_view((home - plot_.top()) / plot_.height());
   }
   [[nodiscard]] QPointF home(QPointF at) const {
-    return {plot_.left() + plot_.width() * zoom_.from_view_x((at.x() - plot_.left()) / plot_.width()),
-            plot_.top() + plot_.height() * zoom_.from_view_y((at.y() - plot_.top()) / plot_.height())};
+    return {plot_.left() + plot_.width() * zoom_.across.from_view((at.x() - plot_.left()) / plot_.width()),
+            plot_.top() + plot_.height() * zoom_.down.from_view((at.y() - plot_.top()) / plot_.height())};
   }
   [[nodiscard]] const QRectF& plot() const { return plot_; }
 
  private:
   QRectF plot_;
-  const PictureZoom& zoom_;
+  const SectionZoom& zoom_;
 };
 
 /// The corners of a block on whole pixels, so that neighbours meet without a seam.
@@ -161,7 +161,7 @@ QRectF plot_area(PictureSize picture) {
 }
 
 void paint_section(QPainter& painter, const SectionPicture& picture, const OccamData& sites,
-                   const PictureZoom& zoom) {
+                   const SectionZoom& zoom) {
   const SectionGeometry& geometry = picture.geometry;
   const ZoomedPlot plot(geometry, zoom);
   QFont font = painter.font();
@@ -183,7 +183,7 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
   painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-std::string section_text(const SectionPicture& picture, const OccamData& sites, const PictureZoom& zoom,
+std::string section_text(const SectionPicture& picture, const OccamData& sites, const SectionZoom& zoom,
                          QPointF at) {
   constexpr double at_mark = 6.0;  // pixels
   const ZoomedPlot plot(picture.geometry, zoom);

@@ -35,7 +35,7 @@ void paint_page(QPainter& painter, const SectionPicture& picture, const std::str
   painter.drawText(QRect(0, 0, size.width(), heading_height), Qt::AlignCenter,
                    QString::fromStdString(heading));
   painter.translate(0, heading_height);
-  paint_section(painter, picture, occam_state().data, PictureZoom());
+  paint_section(painter, picture, occam_state().data, SectionZoom());
 }
 
 void write_png(graph::PictureFile& file, const SectionPicture& picture, const std::string& heading,
