@@ -16,29 +16,16 @@ namespace {
 constexpr std::string_view line_end = "\r\n";
 constexpr std::size_t sites_value_column = 6;  // behind the word SITES
 constexpr std::size_t number_width = 12;
+constexpr std::size_t type_width = 8;  // and a blank
 
 void add_line(std::string& text, std::string_view label, std::string_view value = {}) {
   text.append(label).append(value).append(line_end);
 }
 
-std::string_view type_field(DataType type) {
-  switch (type) {
-    case DataType::te_resistivity:
-      return "       1 ";
-    case DataType::te_phase:
-      return "       2 ";
-    case DataType::tm_resistivity:
-      return "       5 ";
-    case DataType::tm_phase:
-      break;
-  }
-  return "       6 ";
-}
-
 void add_row(std::string& text, const DataRow& row) {
   text += pad_field(format_number(row.site_number, "0"), 6);
   text += pad_field(format_number(row.frequency_number, "0"), number_width);
-  text += type_field(row.type);
+  text += pad_field(std::to_string(static_cast<int>(row.type)), type_width) + " ";
   text += pad_field(format_number(row.datum, "0.0000"), number_width);
   text += pad_field(format_number(row.error, "0.0000"), number_width);
   text += line_end;

@@ -1,20 +1,12 @@
 // data_file.h: the data file of an inversion: sites, frequencies, data with their errors.
 #pragma once
-#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "formats/occam/data_type.h"
 #include "formats/occam/occam_data.h"
 
 namespace Module_occam {
-
-/// Numbers that tell what a row of data is. TE is the mode of the electric field along the strike.
-enum class DataType : std::uint8_t {
-  te_resistivity = 1,  // log10 ohm-m
-  te_phase = 2,        // degrees
-  tm_resistivity = 5,
-  tm_phase = 6,  // a file may hold others, too
-};
 
 struct DataRow {
   int site_number = 0;       // from 1

@@ -21,7 +21,7 @@ struct OccamData {
 
 /// The two curves that responses are kept as.
 enum class ResponseKind : std::uint8_t {
-  resistivity = 1,  // rows of data type 5, log10 ohm-m
+  resistivity = 1,  // rows of DataType::tm_resistivity, log10 ohm-m
   phase = 2,        // rows of every other data type; the last one of a site and frequency stays
 };
 

@@ -5,6 +5,7 @@
 
 #include "core/file_names.h"
 #include "core/text_fields.h"
+#include "formats/occam/data_type.h"
 #include "formats/occam/occam_state.h"
 #include "formats/occam/table_input.h"
 
@@ -15,7 +16,7 @@ namespace {
 constexpr std::size_t most_site_frequencies = std::size_t{1} << 22U;  // of a response; they take 128 MB
 constexpr std::size_t row_items = 7;
 constexpr std::size_t data_row_items = 5;
-constexpr double resistivity_type = 5.0;
+constexpr auto resistivity_type = static_cast<double>(DataType::tm_resistivity);
 
 // Where the items of a response row and of a data row stand.
 constexpr std::size_t site_item = 0;

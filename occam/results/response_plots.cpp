@@ -10,6 +10,7 @@
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
+#include "formats/occam/data_type.h"
 
 namespace Module_occam {
 
@@ -144,13 +145,7 @@ ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, in
 }
 
 ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
-  struct Mode {
-    const char* name;
-    int resistivity_type;
-    int phase_type;
-    graph::Colour colour;
-  };
-  constexpr std::array<Mode, 2> modes = {{{"TE", 1, 2, {30, 90, 200}}, {"TM", 5, 6, {200, 30, 30}}}};
+  constexpr std::array<graph::Colour, modes.size()> mode_colours = {{{30, 90, 200}, {200, 30, 30}}};
   std::vector<OccamResponse::FileRow> rows;
   std::ranges::copy_if(response.rows, std::back_inserter(rows), [site_number](const auto& row) {
     return row.site_number == site_number && row.frequency_number >= 1;
@@ -160,8 +155,9 @@ ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int s
   };
   std::ranges::stable_sort(rows, std::less<>(), frequency_of);
   ResponsePlot plot;
-  for (const Mode& mode : modes) {
-    const int type = kind == ResponseKind::resistivity ? mode.resistivity_type : mode.phase_type;
+  for (std::size_t m = 0; m < modes.size(); ++m) {
+    const Mode& mode = modes[m];
+    const auto type = static_cast<int>(kind == ResponseKind::resistivity ? mode.resistivity : mode.phase);
     FitSeries fit;
     for (const OccamResponse::FileRow& row : rows) {
       if (row.data_type == type) {
@@ -170,9 +166,9 @@ ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int s
     }
     if (!fit.observed_values.x.empty()) {
       const std::string name = mode.name;
-      add_series(plot, std::move(fit.observed_values), {.colour = mode.colour, .line = false},
+      add_series(plot, std::move(fit.observed_values), {.colour = mode_colours[m], .line = false},
                  name + " observed");
-      add_series(plot, std::move(fit.modelled_values), {.colour = mode.colour}, name + " modelled");
+      add_series(plot, std::move(fit.modelled_values), {.colour = mode_colours[m]}, name + " modelled");
     }
   }
   set_limits(plot, graph::AxisType::logarithmic);
@@ -288,18 +284,15 @@ MisfitTable misfit_table(const OccamResponse& response) {
 }
 
 std::string data_type_name(int data_type) {
-  switch (data_type) {
-    case 1:
-      return "TE resistivity";
-    case 2:
-      return "TE phase";
-    case 5:
-      return "TM resistivity";
-    case 6:
-      return "TM phase";
-    default:
-      return "type " + std::to_string(data_type);
+  for (const Mode& mode : modes) {
+    if (data_type == static_cast<int>(mode.resistivity)) {
+      return std::string(mode.name) + " resistivity";
+    }
+    if (data_type == static_cast<int>(mode.phase)) {
+      return std::string(mode.name) + " phase";
+    }
   }
+  return "type " + std::to_string(data_type);
 }
 
 ResponsePlot convergence_plot(const RunResults& results) {

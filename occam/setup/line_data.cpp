@@ -49,6 +49,7 @@ double phase_error(double phase, double fit, const ErrorRule& rule) {
 void add_station(LineData& line, double station, const Module_output::RhoplusTables& tables,
                  bool electric_along_strike, const ErrorRule& rule) {
   using namespace Module_output;
+  const Mode& mode = electric_along_strike ? te_mode : tm_mode;
   ++line.taking_part;
   const std::size_t rows_before = line.rows.size();
   const auto add = [&](std::int32_t position, DataType type, double datum, double error) {
@@ -64,13 +65,11 @@ void add_station(LineData& line, double station, const Module_output::RhoplusTab
     }
     if (row.use_resistivity > 0.0F) {
       const double rho = row.resistivity;
-      add(position, electric_along_strike ? DataType::te_resistivity : DataType::tm_resistivity,
-          safe_log10(rho), resistivity_error(rho, row.model_resistivity, rule));
+      add(position, mode.resistivity, safe_log10(rho), resistivity_error(rho, row.model_resistivity, rule));
     }
     if (row.use_phase > 0.0F) {
       const double phase = row.phase;
-      add(position, electric_along_strike ? DataType::te_phase : DataType::tm_phase, phase,
-          phase_error(phase, row.model_phase, rule));
+      add(position, mode.phase, phase, phase_error(phase, row.model_phase, rule));
     }
   }
   if (line.rows.size() > rows_before) {
