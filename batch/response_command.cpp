@@ -20,7 +20,7 @@ int run_response(const RunOptions& options) {
     }
     return status_failed;
   }
-  Module_occam::tell_mesh_warnings(view->results(), view->parameters());
+  Module_occam::report_mesh_warnings(view->results(), view->parameters());
   std::cout << "The response of iteration " << view->current_iteration() << " is written to "
             << Module_occam::find_response(view->results(), view->current_iteration()).string() << '\n';
   return status_done;

@@ -6,7 +6,6 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/occam/occam_state.h"
 #include "formats/occam/table_input.h"
 
 namespace Module_occam {
@@ -35,10 +34,14 @@ std::string_view without_colon(std::string_view text) {
   return text.starts_with(':') ? trimmed(text.substr(1)) : text;
 }
 
-OccamData read_sites(TextInput& input) {
+void check_marker(TextInput& input) {
   if (input.filled_line().find(data_marker) == std::string_view::npos) {
     throw Refusal("The file does not have the correct format");
   }
+}
+
+/// Reads on behind the marker.
+OccamData read_sites(TextInput& input) {
   OccamData data;
   data.title = text_from_field_file(first_token(input.filled_line()).rest);
   // Data files that other programs write have a colon behind their labels.
@@ -101,27 +104,22 @@ std::string data_file_text(const DataFile& data) {
   return text;
 }
 
-int read_occam_data_file(const std::string& path) {
-  return run_reader("An error occurred while reading the control file: ", [&path] {
-    TextInput input(path);
-    occam_state().data = read_sites(input);
-  });
+OccamData read_data_file_sites(const std::string& path) {
+  TextInput input(path);
+  check_marker(input);
+  return read_sites(input);
 }
 
-int read_occam_data_rows(const std::string& path, ObservedData& data) {
-  return run_reader("An error occurred while reading the control file: ", [&] {
-    TextInput input(path);
-    if (input.filled_line().find(data_marker) == std::string_view::npos) {
-      throw Refusal("The file does not have the correct format");
-    }
-    TableHeader header = read_header(input, Labels::without_colon);
-    ObservedData read{
-        std::move(header.site_names), std::move(header.site_offsets), std::move(header.frequencies), {}};
-    for (int count = 0; count < header.row_count; ++count) {
-      read.rows.push_back(read_data_row(input, read, count));
-    }
-    data = std::move(read);
-  });
+ObservedData read_data_file(const std::string& path) {
+  TextInput input(path);
+  check_marker(input);
+  TableHeader header = read_header(input, Labels::without_colon);
+  ObservedData data{
+      std::move(header.site_names), std::move(header.site_offsets), std::move(header.frequencies), {}};
+  for (int count = 0; count < header.row_count; ++count) {
+    data.rows.push_back(read_data_row(input, data, count));
+  }
+  return data;
 }
 
 }  // namespace Module_occam

@@ -27,9 +27,9 @@ struct DataFile {
 /// The text of a data file, lines ending in CR LF.
 std::string data_file_text(const DataFile& data);
 
-/// Reads title and sites of a data file into occam_state().data; frequencies and rows are not read.
-/// @return 0; -1 after a message, or without one where the file has an empty line before its sites end
-[[nodiscard]] int read_occam_data_file(const std::string& path);
+/// Reads title and sites of a data file; frequencies and rows are not read. Throws Refusal or EmptyLine
+/// (text_input.h), or std::runtime_error with what is wrong.
+OccamData read_data_file_sites(const std::string& path);
 
 /// A data file as a whole.
 struct ObservedData {
@@ -39,8 +39,7 @@ struct ObservedData {
   std::vector<DataRow> rows;         // of every data type, in the order of the file
 };
 
-/// Reads a whole data file.
-/// @return as read_occam_data_file; `data` is as before after a failure
-[[nodiscard]] int read_occam_data_rows(const std::string& path, ObservedData& data);
+/// Reads a whole data file. Throws as read_data_file_sites.
+ObservedData read_data_file(const std::string& path);
 
 }  // namespace Module_occam

@@ -1,5 +1,7 @@
 #include "formats/occam/iteration_file.h"
 
+#include <stdexcept>
+
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/text_input.h"
@@ -9,7 +11,6 @@ namespace Module_occam {
 namespace {
 
 constexpr std::string_view line_end = "\r\n";
-constexpr std::string_view reading_failed = "An error occurred while reading the iteration file: ";
 constexpr std::size_t value_column = 19;
 constexpr std::size_t value_width = 15;
 constexpr std::size_t full_line = 60;  // a line of values ends once it is this long
@@ -94,33 +95,29 @@ std::string start_file_text(const StartFile& start) {
   return text;
 }
 
-int read_occam_iteration(IterationParts parts, const std::string& path, OccamIteration& iteration) {
-  return run_reader(reading_failed, [&] {
-    TextInput input(path);
-    OccamIteration read = read_head(input);
-    if (parts == IterationParts::with_parameters &&
-        read_value_list(input, read.parameter_count, read.parameters) != 0) {
-      throw std::runtime_error("the file ends behind " + std::to_string(read.parameters.size()) + " of " +
-                               std::to_string(read.parameter_count) + " parameters");
-    }
-    iteration = std::move(read);
-  });
+OccamIteration read_iteration_file(IterationParts parts, const std::string& path) {
+  TextInput input(path);
+  OccamIteration iteration = read_head(input);
+  if (parts == IterationParts::with_parameters &&
+      read_value_list(input, iteration.parameter_count, iteration.parameters) != 0) {
+    throw std::runtime_error("the file ends behind " + std::to_string(iteration.parameters.size()) + " of " +
+                             std::to_string(iteration.parameter_count) + " parameters");
+  }
+  return iteration;
 }
 
-int read_occam_control_file(const std::string& path, ControlFile& names) {
-  return run_reader("An error occurred while reading the control file: ", [&] {
-    TextInput input(path);
-    const std::string_view format = input.filled_line();
-    if (format.find("OCCAMITER_1.0") == std::string_view::npos &&
-        format.find("OCCAMITER_FLEX") == std::string_view::npos) {
-      throw Refusal("The file does not have the correct format");
-    }
-    input.filled_line();  // description
-    ControlFile read;
-    read.model_file = behind_colon(input.filled_line());
-    read.data_file = behind_colon(input.filled_line());
-    names = std::move(read);
-  });
+ControlFile read_control_file(const std::string& path) {
+  TextInput input(path);
+  const std::string_view format = input.filled_line();
+  if (format.find("OCCAMITER_1.0") == std::string_view::npos &&
+      format.find("OCCAMITER_FLEX") == std::string_view::npos) {
+    throw Refusal("The file does not have the correct format");
+  }
+  input.filled_line();  // description
+  ControlFile names;
+  names.model_file = behind_colon(input.filled_line());
+  names.data_file = behind_colon(input.filled_line());
+  return names;
 }
 
 }  // namespace Module_occam

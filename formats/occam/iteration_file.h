@@ -34,11 +34,9 @@ struct OccamIteration {
 
 enum class IterationParts { head_only, with_parameters };
 
-/// Reads an iteration file.
-/// @return 0; -1 after a message, or without one where the file's head has an empty line; `iteration` is then
-///         as before
-[[nodiscard]] int read_occam_iteration(IterationParts parts, const std::string& path,
-                                       OccamIteration& iteration);
+/// Reads an iteration file. Throws Refusal or EmptyLine (text_input.h), or std::runtime_error with what is
+/// wrong.
+OccamIteration read_iteration_file(IterationParts parts, const std::string& path);
 
 struct ControlFile {
   std::string model_file;  // as written in the file, without a folder as a rule
@@ -46,7 +44,7 @@ struct ControlFile {
 };
 
 /// Reads the names of model and data file from a start or iteration file, of the ordinary or the FLEX form.
-/// @return as read_occam_iteration
-[[nodiscard]] int read_occam_control_file(const std::string& path, ControlFile& names);
+/// Throws as read_iteration_file.
+ControlFile read_control_file(const std::string& path);
 
 }  // namespace Module_occam

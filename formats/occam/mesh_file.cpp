@@ -2,14 +2,13 @@
 
 #include <array>
 #include <cmath>
-#include <filesystem>
 #include <span>
+#include <stdexcept>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/text_input.h"
-#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -168,16 +167,12 @@ std::string mesh_file_text(const OccamMesh& mesh, MeshCodes codes) {
   return text;
 }
 
-int write_occam_mesh(const std::string& path, const OccamMesh& mesh, MeshCodes codes) {
-  return trap_errors("An error occurred while creating the Occam mesh file: ",
-                     [&] { safe_files::write_into_place(path, mesh_file_text(mesh, codes)); });
-}
-
-std::string find_mesh_file(const std::string& name, const std::string& model_path) {
+std::string find_mesh_file(const std::string& name, const fs::path& run_folder,
+                           const std::string& model_path) {
   if (name.empty()) {
     return {};
   }
-  fs::path found = existing_file(name);
+  fs::path found = existing_file(run_folder / name);
   if (found.empty()) {
     found = existing_file(fs::path(Module_util::directory_of(model_path)) / name);
   }

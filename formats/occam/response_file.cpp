@@ -6,7 +6,6 @@
 #include "core/file_names.h"
 #include "core/text_fields.h"
 #include "formats/occam/data_type.h"
-#include "formats/occam/occam_state.h"
 #include "formats/occam/table_input.h"
 
 namespace Module_occam {
@@ -158,13 +157,10 @@ std::string response_file_name(std::string_view iteration_file) {
   return "RESP_" + base + ".out";
 }
 
-int read_occam_response(const std::string& path, std::string_view header_file) {
-  return run_reader("An error occurred while reading the response file: ", [&] {
-    TextInput input(path);
-    occam_state().response = input.line().find(data_marker) != std::string_view::npos
-                                 ? read_marked(input)
-                                 : read_unmarked(path, std::string(header_file));
-  });
+OccamResponse read_response_file(const std::string& path, const std::string& header_file) {
+  TextInput input(path);
+  return input.line().find(data_marker) != std::string_view::npos ? read_marked(input)
+                                                                  : read_unmarked(path, header_file);
 }
 
 }  // namespace Module_occam

@@ -7,11 +7,10 @@
 #include <vector>
 
 #include "core/line_reader.h"
-#include "core/trap_errors.h"
 
 namespace Module_occam {
 
-/// Ends a read; its text is the whole message for the person.
+/// Ends a read; its text is the whole message for the user.
 class Refusal : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -56,22 +55,5 @@ std::string_view behind_colon(std::string_view line);
 
 /// What stands on a line from column `column` (from 1) on, trimmed.
 std::string_view from_column(std::string_view line, std::size_t column);
-
-/// Runs a reader. A failure is told once: a Refusal as it stands, another one behind `fixed_text`; an
-/// EmptyLine is not told.
-/// @return 0, or -1 after a failure
-template <class Reader>
-[[nodiscard]] int run_reader(std::string_view fixed_text, Reader&& read) {
-  return trap_errors(fixed_text, [&] {
-    try {
-      std::forward<Reader>(read)();
-      return 0;
-    } catch (const EmptyLine&) {
-    } catch (const Refusal& refusal) {
-      user_interface().show_message(refusal.what());
-    }
-    return -1;
-  });
-}
 
 }  // namespace Module_occam

@@ -65,7 +65,7 @@ struct TopoMask {
   std::vector<CodeLines> masked;  // remade by each apply_topo_mask; empty before the first one
 };
 
-/// Reads the model of a named file and its mesh; what is looked at elsewhere in occam_state() stays.
+/// Reads the model of a named file and its mesh, without sites.
 /// @return 0; -1 after a message, mask.model is then as before
 [[nodiscard]] int read_model_to_mask(const std::string& path, TopoMask& mask);
 

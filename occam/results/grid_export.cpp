@@ -11,7 +11,6 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "formats/geosoft/geosoft_grid.h"
-#include "formats/occam/occam_state.h"
 #include "platform/files/safe_files.h"
 
 namespace Module_occam {
@@ -83,7 +82,7 @@ std::optional<numerics::gridding::RegularGrid> smooth_grid(std::span<const GridB
   return std::move(surface->grid);
 }
 
-void tell_depth(std::span<const GridBlock> blocks, const numerics::gridding::GridFrame& frame) {
+void report_depth(std::span<const GridBlock> blocks, const numerics::gridding::GridFrame& frame) {
   double bottom = 0.0;
   for (const GridBlock& block : blocks) {
     bottom = std::max(bottom, block.bottom);
@@ -102,7 +101,7 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
     return view.results().derived_file(view.current_iteration(), ending);
   };
   const auto progress = [](int percent) { user_interface().show_progress(writing_grids, percent); };
-  const double cell = grid_cell(occam_state().model.mesh);
+  const double cell = grid_cell(view.results().model.mesh);
   progress(0);
   const numerics::gridding::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
   safe_files::write_into_place(file(".xyz"), point_table(blocks));
@@ -116,7 +115,7 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   progress(90);
   formats::geosoft::write_geosoft_grid(file("_LogRes_smth.grd"), *smooth);
   formats::geosoft::write_geosoft_grid(file("_res_smth.grd"), antilog(std::move(*smooth)));
-  tell_depth(blocks, plain.frame);
+  report_depth(blocks, plain.frame);
   return true;
 }
 
@@ -127,7 +126,7 @@ int write_fit(RunView& view) {
   if (!view.response_ready() && view.load_response() != 0) {
     return -1;
   }
-  safe_files::write_into_place(fit, data_fit_table(occam_state().response));
+  safe_files::write_into_place(fit, data_fit_table(view.response()));
   return 0;
 }
 
@@ -279,7 +278,7 @@ int write_grids(RunView& view) {
   return trap_errors("An error occurred while writing the grids: ", [&] {
     const BusyPointer busy;
     const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    if (!write_grid_files(view, grid_blocks(occam_state().model, view.parameters())) ||
+    if (!write_grid_files(view, grid_blocks(view.results().model, view.parameters())) ||
         write_fit(view) != 0) {
       return -1;
     }

@@ -6,9 +6,8 @@
 #include "core/absent_value.h"
 #include "core/file_names.h"
 #include "core/trap_errors.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/model_file.h"
 #include "formats/occam/response_file.h"
+#include "occam/occam_files.h"
 #include "occam/results/run_summary.h"
 
 namespace fs = std::filesystem;
@@ -83,9 +82,8 @@ int read_run_files(const fs::path& control_file, RunResults& results) {
   if (results.names.model_file.empty() || results.names.data_file.empty()) {
     return refuse(control_file.filename().string() + " names no model file or no data file");
   }
-  fs::current_path(results.folder);
-  if (read_occam_data_file((results.folder / results.names.data_file).string()) != 0 ||
-      read_occam_model((results.folder / results.names.model_file).string()) != 0) {
+  if (read_occam_data_file((results.folder / results.names.data_file).string(), results.data) != 0 ||
+      read_occam_model(results.folder, results.names.model_file, results.data, results.model) != 0) {
     return -1;
   }
   results.seen = iteration_stamps(results.folder);

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "formats/occam/iteration_file.h"
+#include "formats/occam/occam_data.h"
+#include "formats/occam/occam_model.h"
 
 namespace Module_occam {
 
@@ -23,13 +25,16 @@ struct FileStamp {
 /// The stamp of a file; one without size and time if there is no such file.
 FileStamp file_stamp(const std::filesystem::path& file);
 
-/// The iterations by their numbers, 0 to last_iteration. One that has no file has no names and no_data.
+/// A run's sites and model, and its iterations by their numbers, 0 to last_iteration. An iteration that has
+/// no file has no names and no_data.
 struct RunResults {
   template <class T>
   using ByIteration = std::array<T, most_iterations + 1>;
 
-  std::filesystem::path folder;             // absolute
-  ControlFile names;                        // of model and data file
+  std::filesystem::path folder;  // absolute
+  ControlFile names;             // of model and data file
+  OccamData data;
+  OccamModel model;
   ByIteration<std::string> iteration_file;  // without folder
   ByIteration<std::string> response_file;   // likewise; the name, whether or not there is such a file
   ByIteration<float> iteration_multiplier;
@@ -52,10 +57,10 @@ struct RunResults {
   [[nodiscard]] std::filesystem::path derived_file(int iteration, const std::string& ending) const;
 };
 
-/// Reads a run from its control file: sites and model into occam_state(), the heads of all iterations into
-/// `results`. An iteration file that can't be read is told and left out. The working folder becomes that of
-/// the control file, and a folder for derived files is made in it.
-/// @return 0, or -1 after a message; `results` and occam_state() then are not to be used
+/// Reads a run from its control file: sites, model, the heads of all iterations. File names in it are meant
+/// from its folder. An iteration file that can't be read is reported and left out. A folder for derived files
+/// is created beside the control file.
+/// @return 0, or -1 after a message; `results` is then not to be used
 [[nodiscard]] int open_results(const std::filesystem::path& control_file, RunResults& results);
 
 /// Looks at the directory again, for an inversion that is still at work. A new or changed iteration file is

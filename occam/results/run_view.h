@@ -34,16 +34,19 @@ class RunView {
   /// The section of the current iteration; without rectangles if it can't be read.
   SectionGeometry section(const SectionChoices& choices, PictureSize picture);
 
-  /// Reads the response of the current iteration into occam_state(), from a file made here, one that the
-  /// inversion left or, where there is neither, after computing it.
+  /// Reads the response of the current iteration from a file created here, one that the inversion left or,
+  /// where there is neither, after computing it.
   /// @return 0, or -1 after a message or a stop
   [[nodiscard]] int load_response();
+  /// What was read last; of the current iteration while response_ready().
+  [[nodiscard]] const OccamResponse& response() const { return response_; }
   [[nodiscard]] bool response_ready() const { return response_ready_; }
 
  private:
   bool response_has_settled();
 
   RunResults results_;
+  OccamResponse response_;
   int current_iteration_ = 0;
   int current_site_ = 1;
   std::string loaded_iteration_file_;
@@ -54,16 +57,16 @@ class RunView {
   FileStamp seen_response_stamp_;        // at the last look
   bool response_read_ = false;           // with success
   bool response_ready_ = false;
-  bool mesh_warnings_told_ = false;  // with the first response that was computed here
+  bool mesh_warnings_reported_ = false;  // with the first response that was computed here
 };
 
 /// The response file of an iteration: in the folder of derived files, unless the iteration is younger, or
 /// else beside the iteration's file. Empty if there is none.
 std::filesystem::path find_response(const RunResults& results, int iteration);
 
-/// Tells what the mesh of a run lacks for the frequencies of its data; nothing where it is good enough.
+/// Reports what the mesh of a run lacks for the frequencies of its data; nothing where it is good enough.
 /// @param parameters  log10 ohm-m, of the free blocks
-void tell_mesh_warnings(const RunResults& results, const std::vector<double>& parameters);
+void report_mesh_warnings(const RunResults& results, const std::vector<double>& parameters);
 
 /// Computes the response of an iteration and writes it into the folder of derived files.
 /// @return 0; -1 after a message, or without one when the person has stopped it

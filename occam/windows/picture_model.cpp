@@ -8,11 +8,9 @@
 #include <cmath>
 #include <utility>
 
-#include "formats/occam/occam_state.h"
-
 using namespace Module_occam;
 
-PictureModel::PictureModel(QWidget* parent) : QWidget(parent) {
+PictureModel::PictureModel(const OccamData& sites, QWidget* parent) : QWidget(parent), sites_(sites) {
   setObjectName("Picture_model");
   setMouseTracking(true);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -53,7 +51,7 @@ void PictureModel::zoom_to_band(QPointF from, QPointF to) {
 void PictureModel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  paint_section(painter, picture_, occam_state().data, zoom_);
+  paint_section(painter, picture_, sites_, zoom_);
   if (band_start_) {
     painter.setPen(QPen(Qt::blue, 1.0, Qt::DashLine));
     painter.setBrush(Qt::NoBrush);
@@ -84,8 +82,7 @@ void PictureModel::mouseMoveEvent(QMouseEvent* event) {
   } else if (band_start_) {
     update();
   }
-  Q_EMIT hovered(
-      QString::fromStdString(section_text(picture_, occam_state().data, zoom_, event->position())));
+  Q_EMIT hovered(QString::fromStdString(section_text(picture_, sites_, zoom_, event->position())));
 }
 
 void PictureModel::mouseReleaseEvent(QMouseEvent* event) {

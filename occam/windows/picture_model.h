@@ -12,7 +12,8 @@ class PictureModel : public QWidget {
   Q_OBJECT
 
  public:
-  explicit PictureModel(QWidget* parent = nullptr);
+  /// @param sites  marked at the ground; they outlive the picture
+  explicit PictureModel(const Module_occam::OccamData& sites, QWidget* parent = nullptr);
 
   /// The size that a section is to be made for.
   [[nodiscard]] Module_occam::PictureSize picture_size() const { return Module_occam::section_part(size()); }
@@ -47,6 +48,7 @@ class PictureModel : public QWidget {
   [[nodiscard]] QPointF place_in_section(QPointF at) const;
   void zoom_to_band(QPointF from, QPointF to);
 
+  const Module_occam::OccamData& sites_;
   Module_occam::SectionPicture picture_;
   Module_occam::SectionZoom zoom_;
   std::optional<QPointF> band_start_;

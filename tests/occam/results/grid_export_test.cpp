@@ -85,7 +85,7 @@ TEST_F(GridTest, Parameters_beyond_ten_decades_leave_a_hole) {
   std::vector<double> parameters(9, 2.0);
   parameters[1] = -10.5;
   parameters[2] = 10.0;
-  const auto blocks = grid_blocks(occam_state().model, parameters);
+  const auto blocks = grid_blocks(view->results().model, parameters);
   EXPECT_EQ(blocks.size(), 8U);
   const auto grid = block_grid(blocks, grid_frame(blocks, 5.0));
   EXPECT_EQ(std::count(grid.values.begin(), grid.values.end(), 10.0), 16);  // 20 m in four rows

@@ -2,7 +2,6 @@
 #include "occam/results/run_results.h"
 
 #include "core/absent_value.h"
-#include "formats/occam/occam_state.h"
 #include "formats/occam/response_file.h"
 #include "occam/results/response_plots.h"
 #include "occam/results/run_summary.h"
@@ -24,6 +23,7 @@ class RunResultsTest : public made::OccamTest {
 };
 
 TEST_F(RunResultsTest, Lists_iterations_by_their_own_numbers) {
+  const fs::path started_in = fs::current_path();
   RunResults results;
   ASSERT_EQ(open_results(made::write_results(folder), results), 0);
   EXPECT_EQ(results.last_iteration, 3);
@@ -36,7 +36,7 @@ TEST_F(RunResultsTest, Lists_iterations_by_their_own_numbers) {
   EXPECT_EQ(results.iteration_multiplier[1], 5.0F);
   EXPECT_EQ(results.iteration_misfit[2], no_data);
   EXPECT_TRUE(fs::is_directory(folder.folder() / "Brenlox"));
-  EXPECT_EQ(fs::current_path(), fs::canonical(folder.folder()));
+  EXPECT_EQ(fs::current_path(), started_in);
   EXPECT_EQ(control_file_in(folder.folder()).filename(), "startup");
 }
 
@@ -110,7 +110,7 @@ TEST_F(RunResultsTest, Makes_the_response_that_the_inversion_has_not_left) {
   ASSERT_EQ(view.load_response(), 0);
   const fs::path made_file = folder.folder() / "Brenlox" / "RESP_iter_3.out";
   EXPECT_TRUE(fs::exists(made_file));
-  const OccamResponse& response = occam_state().response;
+  const OccamResponse& response = view.response();
   EXPECT_EQ(response.resp_sites(), 2);
   EXPECT_EQ(response.resp_site_names[0], "station_110.0");
   const OccamResponse::Row& row = response.row(ResponseKind::resistivity, 1, 1);
@@ -150,7 +150,7 @@ TEST_F(RunResultsTest, A_half_written_response_is_told_once_and_read_when_it_is_
   EXPECT_FALSE(view.refresh());
   EXPECT_TRUE(view.refresh());
   EXPECT_EQ(view.load_response(), 0);
-  EXPECT_FLOAT_EQ(occam_state().response.value(modelled, ResponseKind::resistivity, 1, 1), 1.5F);
+  EXPECT_FLOAT_EQ(view.response().value(modelled, ResponseKind::resistivity, 1, 1), 1.5F);
   EXPECT_FALSE(view.refresh());
 }
 
@@ -180,13 +180,13 @@ TEST_F(RunResultsTest, The_field_runs_response_is_that_of_the_inversion) {
   RunView view(opened);
   ASSERT_EQ(view.current_iteration(), 12);
   ASSERT_EQ(view.load_response(), 0);
-  const OccamResponse left = occam_state().response;
+  const OccamResponse left = view.response();
   // The log of the run gives this misfit of all data.
   EXPECT_NEAR(misfit_table(left).of_all().rms(), 0.9999997, 1e-4);
   EXPECT_EQ(misfit_table(left).data_types, (std::vector<int>{1, 2, 5, 6}));
   fs::remove(folder.folder() / "RESP12.resp");
   ASSERT_EQ(view.load_response(), 0);
-  const OccamResponse& ours = occam_state().response;
+  const OccamResponse& ours = view.response();
   ASSERT_EQ(ours.rows.size(), left.rows.size());
   for (std::size_t i = 0; i < left.rows.size(); ++i) {
     const bool phase = left.rows[i].data_type % 2 == 0 || left.rows[i].data_type == 6;

@@ -4,10 +4,7 @@
 #include <map>
 
 #include "core/number_text.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/iteration_file.h"
-#include "formats/occam/model_file.h"
-#include "formats/occam/occam_state.h"
+#include "occam/occam_files.h"
 #include "output/rhoplus_settings.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
@@ -24,7 +21,6 @@ const std::string too_few = "There are not enough stations for the current line 
 class CreateInversionTest : public SurveyTest {
  protected:
   CreateInversionTest() {
-    reset_occam_state();
     Module_output::rhoplus_settings() = {};
     inputs.use_rhoplus_error = false;
     inputs.directory = folder.path("");
@@ -88,11 +84,12 @@ TEST_F(CreateInversionTest, Thirty_stations_make_a_run_that_is_read_back) {
   ASSERT_EQ(read_occam_control_file(run("startup").string(), names), 0);
   EXPECT_EQ(names.model_file, "inmodel");
   EXPECT_EQ(names.data_file, "occamdat");
-  ASSERT_EQ(read_occam_data_file(run(names.data_file).string()), 0);
-  EXPECT_EQ(occam_state().data.title, "made");
-  EXPECT_EQ(occam_state().data.site_count(), 30);
-  ASSERT_EQ(read_occam_model(run(names.model_file).string()), 0);
-  const OccamModel& model = occam_state().model;
+  OccamData data;
+  ASSERT_EQ(read_occam_data_file(run(names.data_file).string(), data), 0);
+  EXPECT_EQ(data.title, "made");
+  EXPECT_EQ(data.site_count(), 30);
+  OccamModel model;
+  ASSERT_EQ(read_occam_model(run(), names.model_file, data, model), 0);
   EXPECT_EQ(model.mesh.columns(), 18 + 2 * 30);
   EXPECT_EQ(model.mesh.rows(), 29);
   EXPECT_EQ(model.num_layers(), 24);
@@ -207,8 +204,9 @@ TEST_F(CreateInversionTest, A_station_without_a_curve_is_passed_over) {
   store_stations({100, 300, 400});
   (void)find_station(Module_database::StationSearch::create, "200E", 200.0);
   ASSERT_EQ(create(), 0);
-  ASSERT_EQ(read_occam_data_file(run("occamdat").string()), 0);
-  EXPECT_EQ(occam_state().data.site_offsets, (std::vector<float>{100, 300, 400}));
+  OccamData data;
+  ASSERT_EQ(read_occam_data_file(run("occamdat").string(), data), 0);
+  EXPECT_EQ(data.site_offsets, (std::vector<float>{100, 300, 400}));
 }
 
 TEST_F(CreateInversionTest, A_stop_leaves_what_was_there_before) {

@@ -13,7 +13,6 @@
 #include <QTimer>
 #include <QWheelEvent>
 
-#include "formats/occam/occam_state.h"
 #include "platform/graph/VexGraphControl.h"
 #include "tests/occam/results/made_results.h"
 
@@ -58,11 +57,9 @@ class FormOccamInversionTest : public QObject {
   std::unique_ptr<TemporaryFolder> folder_;
   std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_occam_inversion> window_;
-  fs::path started_in_ = fs::current_path();
 
  private Q_SLOTS:
   void init() {
-    reset_occam_state();
     folder_ = std::make_unique<TemporaryFolder>();
     interface_ = std::make_unique<RecordingInterface>();
     RunResults results;
@@ -73,7 +70,6 @@ class FormOccamInversionTest : public QObject {
   }
   void cleanup() {
     window_.reset();
-    fs::current_path(started_in_);
     interface_.reset();
     folder_.reset();
   }
