@@ -22,6 +22,7 @@
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
+#include "reduction/derived_rows.h"
 #include "reduction/each_item.h"
 
 namespace fs = std::filesystem;
@@ -38,9 +39,7 @@ using Module_output::RhoplusTables;
 
 namespace {
 
-constexpr std::int32_t reduction_merged = 2;
-constexpr int step_is_seen = 200;  // milliseconds that each step at a station stays on the screen
-constexpr int least_stations = 3;
+constexpr int min_stations = 3;
 constexpr const char* too_few_stations =
     "There are not enough stations for the current line to perform a 2D inversion";
 
@@ -54,21 +53,25 @@ std::vector<double> stations_of(const std::string& line) {
   return stations;
 }
 
-void wait() { user_interface().wait_with_events(step_is_seen); }
+void end_step(const StationSteps& steps) {
+  if (steps.step_done) {
+    steps.step_done();
+  }
+}
 
 /// The rows of one station, with its fit where errors rest on it. @return 0, or -1 after a message
 int load_station(const ReadingKey& key, const RhoplusSettings& settings, const InversionInputs& inputs,
                  const StationSteps& steps, RhoplusTables& tables) {
   Module_database::StoredReading merged;
-  if (Module_averaged_data::get_reduced_reading(reduction_merged, Module_averaged_data::AllowRaw::yes, key,
-                                                merged) != 0) {
+  if (Module_averaged_data::get_reduced_reading(Module_averaged_data::reduction_merged,
+                                                Module_averaged_data::AllowRaw::yes, key, merged) != 0) {
     return -1;
   }
   tables = Module_output::rhoplus_tables(merged, settings);
-  wait();
+  end_step(steps);
   if (inputs.use_rhoplus_error && !tables.data.empty()) {
     steps.fit_station(settings, tables);
-    wait();
+    end_step(steps);
   }
   return 0;
 }
@@ -87,7 +90,7 @@ Outcome form_data(const LineSelection& line, const InversionInputs& inputs, cons
     if (steps.show_station) {
       steps.show_station(static_cast<int>(index) + 1);
     }
-    wait();
+    end_step(steps);
     const double station = stations[index];
     if (station < choices.first_station || station > choices.last_station) {
       return 0;
@@ -106,7 +109,7 @@ Outcome form_data(const LineSelection& line, const InversionInputs& inputs, cons
 
 /// Why the data are too few for an inversion; null if they are not.
 const char* missing_data(const LineData& data, const std::vector<float>& frequencies) {
-  if (data.site_positions.size() < least_stations) {
+  if (data.site_positions.size() < min_stations) {
     return too_few_stations;
   }
   if (data.rows.size() < 2) {

@@ -16,9 +16,12 @@ Module_database::LineSelection selected_line();
 /// @return 0, or -1 after a message
 [[nodiscard]] int check_line_for_inversion();
 
-/// What happens at each station beside the reading of its curve.
+/// What happens at each station beside the reading of its curve. The first two may be empty.
 struct StationSteps {
-  std::function<void(int place_in_line)> show_station;  // place from 1; may be empty
+  std::function<void(int place_in_line)> show_station;  // place from 1
+
+  /// Called after each step at a station, for a window that lets it be seen.
+  std::function<void()> step_done;
 
   /// Puts a one-dimensional fit into the rows of a station.
   std::function<void(const Module_output::RhoplusSettings&, Module_output::RhoplusTables&)> fit_station =
