@@ -47,7 +47,7 @@ void add_entries(CLI::App& parser, InversionInputs& inputs) {
   constexpr Entry entries[] = {
       {"--model-file", &InversionInputs::model_file, "name of the model file"},
       {"--data-file", &InversionInputs::data_file, "name of the data file"},
-      {"--iterations", &InversionInputs::iterations, "most iterations"},
+      {"--iterations", &InversionInputs::max_iterations, "most iterations"},
       {"--rms", &InversionInputs::target_RMS, "misfit at which the inversion stops"},
       {"--res-floor", &InversionInputs::res_error_floor, "least error of a resistivity, percent"},
       {"--phase-floor", &InversionInputs::phase_error_floor, "least error of a phase, percent of the phase"},

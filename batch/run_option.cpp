@@ -15,7 +15,7 @@ void add_run_options(CLI::App& parser, RunOptions& options) {
   parser.add_option("--control", options.control_file,
                     "file that names model and data, if it is neither startup nor an iteration file");
   parser.add_option("--iteration", options.iteration, "number of the iteration; left out: the last one")
-      ->check(CLI::Range(0, Module_occam::most_iterations));
+      ->check(CLI::Range(0, Module_occam::max_iteration));
 }
 
 std::optional<Module_occam::RunView> open_run(const RunOptions& options) {

@@ -62,8 +62,8 @@ void put(std::string& bytes, std::size_t at, double value) {
 
 void check(const RegularGrid& grid) {
   const GridFrame& frame = grid.frame;
-  constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
-  if (frame.columns == 0 || frame.rows == 0 || frame.columns > most || frame.rows > most ||
+  constexpr auto max_count = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+  if (frame.columns == 0 || frame.rows == 0 || frame.columns > max_count || frame.rows > max_count ||
       grid.values.size() != frame.columns * frame.rows) {
     throw std::invalid_argument("a grid of " + std::to_string(frame.columns) + " by " +
                                 std::to_string(frame.rows) + " nodes can't be written");

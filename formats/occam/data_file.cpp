@@ -67,8 +67,8 @@ DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
   }
   const DataRow row{integer_of(items[0]), integer_of(items[1]),
                     static_cast<DataType>(std::clamp(integer_of(items[2]), 0, 255)), items[3], items[4]};
-  const auto within = [](int number, std::size_t most) {
-    return number >= 1 && static_cast<std::size_t>(number) <= most;
+  const auto within = [](int number, std::size_t highest) {
+    return number >= 1 && static_cast<std::size_t>(number) <= highest;
   };
   if (!within(row.site_number, data.site_offsets.size()) ||
       !within(row.frequency_number, data.frequencies.size())) {

@@ -80,7 +80,7 @@ std::string start_file_text(const StartFile& start) {
   add_line(text, "MODEL FILE:       ", trimmed(start.model_file));
   add_line(text, "DATA FILE:        ", trimmed(start.data_file));
   add_line(text, "DATE/TIME:        ", start.date);
-  add_line(text, "MAX ITER:         ", trimmed(start.iterations));
+  add_line(text, "MAX ITER:         ", trimmed(start.max_iterations));
   add_line(text, "REQ TOL:          ", trimmed(start.target_rms));
   add_line(text, "IRUF:             ", "1");
   add_line(text, "DEBUG LEVEL:      ", "1");

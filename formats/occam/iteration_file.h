@@ -11,8 +11,8 @@ struct StartFile {
   std::string description;
   std::string model_file;
   std::string data_file;
-  std::string date;        // "07-September-2018"
-  std::string iterations;  // at most
+  std::string date;  // "07-September-2018"
+  std::string max_iterations;
   std::string target_rms;
   int parameter_count = 0;
   double initial_resistivity = 0.0;  // log10 ohm-m, of every parameter

@@ -153,8 +153,8 @@ OccamModel build_model(OccamMesh mesh, std::vector<OccamLayer> layers, double bi
     throw std::runtime_error("the model has no layers");
   }
   repair_edge_blocks(model);
-  if (model.mesh.node_columns() > most_nodes || model.mesh.node_rows() > most_nodes) {
-    throw std::runtime_error("the mesh has more than " + std::to_string(most_nodes - 1) +
+  if (model.mesh.node_columns() > max_nodes || model.mesh.node_rows() > max_nodes) {
+    throw std::runtime_error("the mesh has more than " + std::to_string(max_nodes - 1) +
                              " columns or rows of cells");
   }
   place_nodes(model);

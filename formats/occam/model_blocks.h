@@ -8,7 +8,7 @@
 namespace Module_occam {
 
 /// Lays the layers over the mesh: codes, blocks, node positions. Throws std::runtime_error if the layers
-/// don't fit the mesh or the mesh has more than most_nodes node lines either way.
+/// don't fit the mesh or the mesh has more than max_nodes node lines either way.
 /// @param layers  their first_block is set here
 OccamModel build_model(OccamMesh mesh, std::vector<OccamLayer> layers, double binding_offset);
 

@@ -11,7 +11,7 @@
 
 namespace Module_occam {
 
-inline constexpr int most_nodes = 512;            // node lines across and down that a model may have
+inline constexpr int max_nodes = 512;             // node lines across and down that a model may have
 inline constexpr std::int32_t free_cell = -99;    // code of a free triangle that lies in no block
 inline constexpr std::int32_t no_site_node = -1;  // a site that lies beyond the last node
 

@@ -12,7 +12,7 @@ namespace Module_occam {
 
 namespace {
 
-constexpr std::size_t most_site_frequencies = std::size_t{1} << 22U;  // of a response; they take 128 MB
+constexpr std::size_t max_site_frequencies = std::size_t{1} << 22U;  // of a response; they take 128 MB
 constexpr std::size_t row_items = 7;
 constexpr std::size_t data_row_items = 5;
 constexpr auto resistivity_type = static_cast<double>(DataType::tm_resistivity);
@@ -87,9 +87,9 @@ bool column_is_modelled(const ResponseRows& rows, const DataRows& data) {
          as_modelled > as_residual;
 }
 
-int number_within(double value, int most, const char* what) {
+int number_within(double value, int highest, const char* what) {
   const int number = integer_of(std::nearbyint(value));
-  if (number < 0 || number > most) {
+  if (number < 0 || number > highest) {
     throw std::runtime_error("there is no " + std::string(what) + " " + std::to_string(number));
   }
   return number;
@@ -98,7 +98,7 @@ int number_within(double value, int most, const char* what) {
 template <class ValuesOf>
 OccamResponse store_rows(TableHeader& header, const ResponseRows& rows, ValuesOf values_of) {
   OccamResponse response = empty_response(header);
-  if ((response.resp_offsets.size() + 1) * (response.resp_frequencies.size() + 1) > most_site_frequencies) {
+  if ((response.resp_offsets.size() + 1) * (response.resp_frequencies.size() + 1) > max_site_frequencies) {
     throw std::runtime_error("there are too many sites and frequencies");
   }
   response.assign_no_data();

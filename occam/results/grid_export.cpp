@@ -17,8 +17,7 @@ namespace Module_occam {
 
 namespace {
 
-constexpr double most_decades = 10.0;                  // of a parameter that is a resistivity
-constexpr std::size_t most_nodes_of_grid = 4'000'000;  // 16 MB a file, some seconds of gridding
+constexpr std::size_t max_grid_nodes = 4'000'000;  // 16 MB a file, some seconds of gridding
 constexpr std::string_view line_end = "\r\n";
 constexpr const char* writing_grids = "Writing the grids";
 
@@ -153,7 +152,7 @@ std::vector<GridBlock> grid_blocks(const OccamModel& model, std::span<const doub
     GridBlock counted = grid_block(model, block, value);
     counted.left = std::max(counted.left, left);
     counted.right = std::min(counted.right, right);
-    if (std::abs(value) <= most_decades && counted.left < counted.right) {
+    if (std::abs(value) <= max_decades && counted.left < counted.right) {
       blocks.push_back(counted);
     }
   }
@@ -187,17 +186,17 @@ numerics::gridding::GridFrame grid_frame(std::span<const GridBlock> blocks, doub
   constexpr double part_of_cell = 1e-6;  // edges are sums of many widths
   const auto count = [cell](double length) {
     const double nodes = std::ceil(length / cell - part_of_cell);
-    if (!(nodes < static_cast<double>(most_nodes_of_grid))) {
-      return most_nodes_of_grid;
+    if (!(nodes < static_cast<double>(max_grid_nodes))) {
+      return max_grid_nodes;
     }
     return static_cast<std::size_t>(std::max(nodes, 1.0));
   };
   numerics::gridding::GridFrame frame{
       .first_x = left + 0.5 * cell, .cell = cell, .columns = count(right - left)};
-  if (frame.columns >= most_nodes_of_grid) {
+  if (frame.columns >= max_grid_nodes) {
     throw std::runtime_error("at nodes every " + plain_text(cell) + " m the line is too long for a grid");
   }
-  frame.rows = std::min(count(bottom - top), std::max<std::size_t>(most_nodes_of_grid / frame.columns, 1));
+  frame.rows = std::min(count(bottom - top), std::max<std::size_t>(max_grid_nodes / frame.columns, 1));
   frame.first_y = -top - (static_cast<double>(frame.rows) - 0.5) * cell;
   return frame;
 }

@@ -18,8 +18,8 @@ namespace {
 
 constexpr graph::Colour observed_colour{200, 30, 30};
 constexpr graph::Colour modelled_colour{0, 0, 0};
-constexpr double margin = 0.04;       // of the range, beyond the data: points at the ends stay whole
-constexpr double least_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
+constexpr double margin = 0.04;     // of the range, beyond the data: points at the ends stay whole
+constexpr double min_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
 
 /// The error of a datum, which the file holds only as residual and misfit.
 double datum_error(const OccamResponse::Row& row) {
@@ -82,7 +82,7 @@ void set_limits(ResponsePlot& plot, graph::AxisType x_type) {
   include_errors(y, plot.table);
   plot.x.type = x_type;
   if (!x.empty() && x_type == graph::AxisType::logarithmic && x.minimum > 0.0) {
-    const double factor = std::pow(std::max(x.maximum / x.minimum, least_ratio), margin);
+    const double factor = std::pow(std::max(x.maximum / x.minimum, min_ratio), margin);
     plot.x.minimum = x.minimum / factor;
     plot.x.maximum = x.maximum * factor;
   } else if (!x.empty()) {

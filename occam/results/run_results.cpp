@@ -36,9 +36,9 @@ void clear_iterations(RunResults& results) {
 }
 
 void store(RunResults& results, const std::string& name, const OccamIteration& iteration) {
-  if (iteration.number < 0 || iteration.number > most_iterations) {
+  if (iteration.number < 0 || iteration.number > max_iteration) {
     throw std::runtime_error(name + " is of iteration " + std::to_string(iteration.number) +
-                             "; iterations from 0 to " + std::to_string(most_iterations) + " can be shown");
+                             "; iterations from 0 to " + std::to_string(max_iteration) + " can be shown");
   }
   const auto number = static_cast<std::size_t>(iteration.number);
   results.iteration_file[number] = name;

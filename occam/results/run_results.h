@@ -12,7 +12,7 @@
 
 namespace Module_occam {
 
-inline constexpr int most_iterations = 512;               // the highest number of an iteration
+inline constexpr int max_iteration = 512;                 // the highest number of an iteration
 inline constexpr const char* derived_folder = "Brenlox";  // in a run directory, for all that is made from it
 
 /// Tells whether a file has changed.
@@ -29,7 +29,7 @@ FileStamp file_stamp(const std::filesystem::path& file);
 /// no file has no names and no_data.
 struct RunResults {
   template <class T>
-  using ByIteration = std::array<T, most_iterations + 1>;
+  using ByIteration = std::array<T, max_iteration + 1>;
 
   std::filesystem::path folder;  // absolute
   ControlFile names;             // of model and data file

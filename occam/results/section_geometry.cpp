@@ -13,8 +13,7 @@ namespace Module_occam {
 
 namespace {
 
-constexpr double least_depth = 100.0;  // m, that can be asked for
-constexpr double most_decades = 10.0;  // of what is still a resistivity
+constexpr double min_depth = 100.0;  // m, that can be asked for
 constexpr std::size_t first_bottom = 1;
 
 /// Index of the last node line within a depth, but always below the ground.
@@ -89,17 +88,17 @@ std::optional<SectionChoices> read_choices(const TypedChoices& typed) {
   const SectionChoices choices{numeric_value(typed.min_res), numeric_value(typed.max_res),
                                numeric_value(typed.max_depth), typed.log_depth};
   const double range = choices.max_res - choices.min_res;
-  if (!(range > 0.0) || !std::isfinite(range) || !(choices.max_depth >= least_depth)) {
+  if (!(range > 0.0) || !std::isfinite(range) || !(choices.max_depth >= min_depth)) {
     return {};
   }
   return choices;
 }
 
 ResistivityRange suggested_range(std::span<const double> parameters) {
-  double lowest = most_decades;
-  double highest = -most_decades;
+  double lowest = max_decades;
+  double highest = -max_decades;
   for (const double value : parameters) {
-    if (std::abs(value) <= most_decades) {
+    if (std::abs(value) <= max_decades) {
       lowest = std::min(lowest, value);
       highest = std::max(highest, value);
     }
@@ -157,7 +156,7 @@ SectionGeometry section_geometry(const OccamModel& model, std::span<const double
 
 std::string resistivity_text(double value) {
   return format_number(value, "0.00") + " / " +
-         (std::abs(value) > most_decades ? "***" : format_number(std::pow(10.0, value), "0.00"));
+         (std::abs(value) > max_decades ? "***" : format_number(std::pow(10.0, value), "0.00"));
 }
 
 }  // namespace Module_occam

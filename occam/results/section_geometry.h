@@ -17,6 +17,8 @@ namespace Module_occam {
 inline constexpr double side_frame = 50.0;  // at each side
 inline constexpr double end_frame = 40.0;   // above and below
 
+inline constexpr double max_decades = 10.0;  // log10 ohm-m either way; beyond it a value is no resistivity
+
 struct PictureSize {
   double width = 0.0;
   double height = 0.0;

@@ -163,7 +163,7 @@ RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices
                name_of(inputs.model_file),
                name_of(inputs.data_file),
                start_date(),
-               inputs.iterations,
+               inputs.max_iterations,
                inputs.target_RMS,
                block_count(run.layers),
                std::log10(choices.initial_res)};

@@ -8,10 +8,10 @@ namespace Module_occam {
 struct InversionInputs {
   std::string model_file = "inmodel";
   std::string data_file = "occamdat";
-  std::string iterations = "20";        // at most
+  std::string max_iterations = "20";
   std::string target_RMS = "1.2";       // where the inversion stops
   std::string res_error_floor = "5";    // percent
-  std::string phase_error_floor = "5";  // degrees
+  std::string phase_error_floor = "5";  // percent of the phase
   std::string num_layers = "24";        // padding included
   std::string layers_per_decade = "8";  // of depth
   std::string top_layer = "20";         // thickness, m
@@ -32,10 +32,10 @@ struct InversionInputs {
 
 /// The entries as numbers.
 struct InversionChoices {
-  double iterations = 0.0;
+  double max_iterations = 0.0;
   double target_RMS = 0.0;
   double res_error_floor = 0.0;    // percent
-  double phase_error_floor = 0.0;  // degrees
+  double phase_error_floor = 0.0;  // percent of the phase
   double num_layers = 0.0;
   double layers_per_decade = 0.0;
   double top_layer = 0.0;    // m

@@ -10,10 +10,10 @@ namespace Module_occam {
 
 namespace {
 
-constexpr double least_resistivity_error = 0.001;  // of log10 resistivity
-constexpr double least_phase_error = 0.1;          // degrees
-constexpr double largest_error = 999999.0;         // a longer one would run into the datum before it
-constexpr double least_phase = 0.1;                // degrees, added so that a phase of 0 has an error
+constexpr double min_resistivity_error = 0.001;  // of log10 resistivity
+constexpr double min_phase_error = 0.1;          // degrees
+constexpr double max_error = 999999.0;           // a longer one would run into the datum before it
+constexpr double phase_offset = 0.1;             // degrees, added so that a phase of 0 has an error
 
 /// 0 for 0; the sign doesn't count.
 double safe_log10(double value) { return value == 0.0 ? 0.0 : std::log10(std::abs(value)); }
@@ -33,17 +33,17 @@ double resistivity_error(double rho, double fit, const ErrorRule& rule) {
   } else {
     error = rule.standard_error ? rule.res_floor / 100.0 * magnitude : rule.res_floor;
   }
-  return std::clamp(error, least_resistivity_error, largest_error);
+  return std::clamp(error, min_resistivity_error, max_error);
 }
 
 double phase_error(double phase, double fit, const ErrorRule& rule) {
   const double floor = rule.phase_floor / 100.0;
   double error = floor * std::abs(phase);
   if (rule.rhoplus_error) {
-    const double magnitude = std::abs(phase) + least_phase;
+    const double magnitude = std::abs(phase) + phase_offset;
     error = (floor + missed_by(phase, fit) / magnitude) * magnitude;
   }
-  return std::clamp(error, least_phase_error, largest_error);
+  return std::clamp(error, min_phase_error, max_error);
 }
 
 void add_station(LineData& line, double station, const Module_output::RhoplusTables& tables,

@@ -24,7 +24,7 @@ constexpr TextControl text_controls[] = {
     {&Ui::Form_occam::Text_model_file, &InversionInputs::model_file},
     {&Ui::Form_occam::Text_data_file, &InversionInputs::data_file},
     {&Ui::Form_occam::Text_description, &InversionInputs::description},
-    {&Ui::Form_occam::Text_iterations, &InversionInputs::iterations},
+    {&Ui::Form_occam::Text_iterations, &InversionInputs::max_iterations},
     {&Ui::Form_occam::Text_RMS, &InversionInputs::target_RMS},
     {&Ui::Form_occam::Text_initial_model, &InversionInputs::initial_res},
     {&Ui::Form_occam::Text_first_station, &InversionInputs::first_station},

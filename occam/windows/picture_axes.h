@@ -24,7 +24,7 @@ std::vector<PictureTick> even_ticks(const QPainter& painter, double lower, doubl
                                     bool upright, const std::function<double(double)>& to_pixel);
 
 /// The ticks of those given whose labels have room, the first ones first.
-std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, double least_distance);
+std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, double min_distance);
 
 void draw_bottom_axis(QPainter& painter, const QRectF& plot, const std::vector<PictureTick>& ticks,
                       const QString& title);

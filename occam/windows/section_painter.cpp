@@ -75,7 +75,7 @@ void paint_blocks(QPainter& painter, const SectionPicture& picture, const Zoomed
 
 /// Depths that a person would mark on a scale of the logarithm: 0, then 1, 2, 5 and their tens.
 std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot) {
-  constexpr double least_distance = 18.0;
+  constexpr double min_distance = 18.0;
   constexpr int decades = 7;  // to 10 000 km
   std::vector<PictureTick> ticks;
   const auto add = [&](double depth) {
@@ -91,7 +91,7 @@ std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const Zoo
       add(decade * step);
     }
   }
-  return ticks_with_room(ticks, least_distance);
+  return ticks_with_room(ticks, min_distance);
 }
 
 void paint_axes(QPainter& painter, const SectionGeometry& geometry, const ZoomedPlot& plot) {

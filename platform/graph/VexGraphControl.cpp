@@ -57,8 +57,8 @@ VexGraphControl::VexGraphControl(QWidget* parent) : QWidget(parent), plot_(new Q
   overlay_ = new graph::OverlayLines(*plot_, overlay_layer);
   pointer_marks_ = new graph::PointerMarks(*plot_, pointer_layer, content_);
   set_zoom_home();
-  constexpr QSize least_area(50, 30);
-  plot_->axisRect()->setMinimumSize(least_area);
+  constexpr QSize min_area(50, 30);
+  plot_->axisRect()->setMinimumSize(min_area);
   apply_view();
   apply_layout();
   connect(plot_, &QCustomPlot::afterReplot, this, [this] { ++draw_count_; });

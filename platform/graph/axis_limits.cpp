@@ -7,7 +7,7 @@ namespace graph {
 namespace {
 
 constexpr double largest_limit = 1e30;
-constexpr double most_decades = 15.0;  // beyond this a single stray value would flatten every curve
+constexpr double max_decades = 15.0;  // beyond this a single stray value would flatten every curve
 
 bool usable(double limit) {
   return std::isfinite(limit) && std::abs(limit) < largest_limit && limit != static_cast<double>(unset_limit);
@@ -64,7 +64,7 @@ AxisRange resolve_logarithmic(const AxisLimits& limits, const DataExtent& data) 
   if (!(range.lower < range.upper)) {
     range.lower = decade_below(range.upper);
   }
-  range.lower = std::max(range.lower, range.upper * std::pow(10.0, -most_decades));
+  range.lower = std::max(range.lower, range.upper * std::pow(10.0, -max_decades));
   return range;
 }
 

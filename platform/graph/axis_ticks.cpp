@@ -21,7 +21,7 @@ QString power_label(int exponent) { return QStringLiteral("1e%1").arg(exponent);
 /// The most room a label takes: a power is drawn as a 10 and a smaller exponent, "1e5" is about as wide.
 bool labels_fit(const AxisTicks& ticks, const std::function<double(double)>& position, const TickRoom& room) {
   for (qsizetype i = 0; i < ticks.major.size(); ++i) {
-    if (ticks.labels[i].size() > room.most_characters && !ticks.labels[i].contains(QLatin1Char('e'))) {
+    if (ticks.labels[i].size() > room.max_characters && !ticks.labels[i].contains(QLatin1Char('e'))) {
       return false;
     }
     if (i > 0) {
@@ -164,7 +164,7 @@ class ChartTicker final : public QCPAxisTicker {
     } else {
       room.pixels = viewport.height() - margins.top() - margins.bottom();
       room.gap = metrics.height() * 0.7;
-      room.most_characters = longest_left_label;
+      room.max_characters = longest_left_label;
       room.extent = [metrics](const QString& /*label*/) { return metrics.height(); };
     }
     return room;
@@ -216,12 +216,12 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
   }
   const auto position = [&](double value) { return (value - range.lower) / span * room.pixels; };
   // Start at more ticks than anyone wants to read and widen the step until each has its room.
-  const double least_distance = room.extent(QStringLiteral("0")) + room.gap;
-  const double densest = span * std::max(least_distance / room.pixels, 1.0 / 50.0);
-  constexpr int most_attempts = 12;
+  const double min_distance = room.extent(QStringLiteral("0")) + room.gap;
+  const double densest = span * std::max(min_distance / room.pixels, 1.0 / 50.0);
+  constexpr int max_attempts = 12;
   for (const bool plain : {true, false}) {
     double wanted = densest;
-    for (int attempt = 0; attempt < most_attempts; ++attempt) {
+    for (int attempt = 0; attempt < max_attempts; ++attempt) {
       const Step step = step_at_least(wanted);
       AxisTicks ticks = stepped(range, step, plain);
       if (labels_fit(ticks, position, room)) {

@@ -26,7 +26,7 @@ struct AxisTicks {
 struct TickRoom {
   double pixels = 0.0;                           // length of the axis
   double gap = 0.0;                              // least distance between two labels, pixels
-  int most_characters = 100;                     // a longer label is written as a power
+  int max_characters = 100;                      // a longer label is written as a power
   std::function<double(const QString&)> extent;  // of a label along the axis, pixels
 };
 

@@ -258,7 +258,7 @@ TEST_F(CreateInversionTest, Failures_are_told_once_and_leave_what_was_there_befo
   inputs.num_layers = "2000";
   inputs.layers_per_decade = "1";
   expect_failure(failed + "the layers reach too deep");
-  inputs.iterations = "x";
+  inputs.max_iterations = "x";
   expect_failure("The number of iterations is invalid");
 }
 
