@@ -7,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
     (void)Module_occam::read_control_file(write_input_file(data, size, "startup"));
-  } catch (const std::runtime_error&) {  // a text that is none
+  } catch (const std::runtime_error&) {  // a text that isn't a start file
   }
   return 0;
 }

@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const auto read : {check_sites, check_rows}) {
     try {
       read(path);
-    } catch (const std::runtime_error&) {  // a text that is no data file
+    } catch (const std::runtime_error&) {  // a text that isn't a data file
     }
   }
   return 0;

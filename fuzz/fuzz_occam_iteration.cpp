@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (iteration.parameters.size() != static_cast<std::size_t>(iteration.parameter_count)) {
       std::abort();
     }
-  } catch (const std::runtime_error&) {  // a text that is no iteration file
+  } catch (const std::runtime_error&) {  // a text that isn't an iteration file
   }
   return 0;
 }

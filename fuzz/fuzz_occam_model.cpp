@@ -1,4 +1,4 @@
-// Any texts as the model and the mesh of a two-dimensional inversion: the mesh stands behind a line "====".
+// Any texts as the model and the mesh of a two-dimensional inversion: the mesh comes after a line "====".
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!is_whole(read_model_file(input_folder(), "inmodel", sites))) {
       std::abort();
     }
-  } catch (const std::runtime_error&) {  // texts that are no model
+  } catch (const std::runtime_error&) {  // texts that aren't a model
   }
   return 0;
 }

@@ -1,4 +1,4 @@
-// Any texts as the response of a two-dimensional inversion and, behind a line "====", the data file that
+// Any texts as the response of a two-dimensional inversion and, after a line "====", the data file that
 // heads it.
 #include <algorithm>
 #include <cstdlib>
@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (&last != &read.resp_values.back()) {
       std::abort();
     }
-  } catch (const std::runtime_error&) {  // texts that are no response
+  } catch (const std::runtime_error&) {  // texts that aren't a response
   }
   return 0;
 }

@@ -22,8 +22,8 @@ constexpr float dummy = -1e32F;
 constexpr double largest_absent = -1e30;
 constexpr std::size_t header_length = 512;
 
-// Places in the header. What isn't named stays 0: no rotation, base 0, no title, no projection code.
-enum HeaderPlace : std::size_t {
+// Offsets in the header. What isn't named stays 0: no rotation, base 0, no title, no projection code.
+enum HeaderOffset : std::size_t {
   element_size = 0,
   element_type = 4,
   vector_length = 8,

@@ -13,7 +13,7 @@ namespace Module_occam {
 namespace {
 
 constexpr std::string_view line_end = "\r\n";
-constexpr std::size_t sites_value_column = 6;  // behind the word SITES
+constexpr std::size_t sites_value_column = 6;  // after the word SITES
 constexpr std::size_t number_width = 12;
 constexpr std::size_t type_width = 8;  // and a blank
 
@@ -40,11 +40,11 @@ void check_marker(TextInput& input) {
   }
 }
 
-/// Reads on behind the marker.
+/// Reads from after the marker.
 OccamData read_sites(TextInput& input) {
   OccamData data;
   data.title = text_from_field_file(first_token(input.filled_line()).rest);
-  // Data files that other programs write have a colon behind their labels.
+  // Data files of other programs have a colon after their labels.
   const int sites = integer_value(without_colon(from_column(input.filled_line(), sites_value_column)));
   if (sites < 1) {
     throw Refusal("The file does not have any sites defined");

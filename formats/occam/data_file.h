@@ -16,10 +16,10 @@ struct DataRow {
   double error = 0.0;
 };
 
-/// What a data file is written from.
+/// What goes into a data file.
 struct DataFile {
   std::string description;
-  std::vector<float> positions;    // of the sites, m along the line; they name the sites, too
+  std::vector<float> positions;    // of the sites, m along the line; their names, too
   std::vector<float> frequencies;  // Hz
   std::vector<DataRow> rows;
 };

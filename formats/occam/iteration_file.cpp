@@ -14,7 +14,7 @@ constexpr std::string_view line_end = "\r\n";
 constexpr std::size_t value_column = 19;
 constexpr std::size_t value_width = 15;
 constexpr std::size_t full_line = 60;  // a line of values ends once it is this long
-constexpr int flex_lines = 4;          // that only the FLEX form has
+constexpr int flex_lines = 4;          // only in the FLEX form
 
 void add_line(std::string& text, std::string_view label, std::string_view value) {
   text.append(label).append(value).append(line_end);
@@ -31,7 +31,7 @@ void add_parameters(std::string& text, int count, const std::string& value) {
   }
 }
 
-/// The word behind the first "_" of the format line; where there is none, what stands in the value's place.
+/// The word after the first "_" of the format line; without a "_", the text in the value's column.
 std::string_view format_word(std::string_view line) {
   const std::size_t underscore = line.find('_');
   return underscore == std::string_view::npos ? from_column(line, value_column)

@@ -6,7 +6,7 @@
 
 namespace Module_occam {
 
-/// What the start file is written from. Numbers that a person typed are written as typed.
+/// What goes into a start file. Numbers that the user typed are written as typed.
 struct StartFile {
   std::string description;
   std::string model_file;

@@ -8,15 +8,15 @@
 namespace Module_occam {
 
 enum class MeshCodes {
-  all_free,   // every triangle is a free one
-  from_mesh,  // as mesh_code says, with the fixed resistivities
+  all_free,   // every triangle is free
+  from_mesh,  // those of mesh_code, with the fixed resistivities
 };
 
 /// The text of a mesh file, lines ending in CR LF.
 std::string mesh_file_text(const OccamMesh& mesh, MeshCodes codes);
 
-/// The path of the mesh that a model file names: from the run's folder, then from the folder of the model
-/// file, in each place also with other case ("MESH" for "mesh"). Empty if there is none.
+/// The path of the mesh that a model file names: in the run's folder, then in the folder of the model file,
+/// each time also with other case ("MESH" for "mesh"). Empty if it is in neither.
 std::string find_mesh_file(const std::string& name, const std::filesystem::path& run_folder,
                            const std::string& model_path);
 

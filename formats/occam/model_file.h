@@ -9,7 +9,7 @@
 
 namespace Module_occam {
 
-/// A layer as the model file holds it.
+/// A layer as in the model file.
 struct LayerLines {
   int rows = 0;
   std::vector<int> block_columns;
@@ -19,9 +19,9 @@ struct LayerLines {
 std::string model_file_text(const std::string& model_name, double binding_offset,
                             const std::vector<LayerLines>& layers);
 
-/// Reads a model file and its mesh and looks for the node of each site. Throws Refusal or EmptyLine
+/// Reads a model file and its mesh and finds the node of each site. Throws Refusal or EmptyLine
 /// (text_input.h), or std::runtime_error with what is wrong.
-/// @param run_folder  relative names are meant from here
+/// @param run_folder  where relative names are looked for
 /// @param name        of the model file, as the start file gives it
 /// @param sites       of the run's data file; none leaves site_node empty
 OccamModel read_model_file(const std::filesystem::path& run_folder, const std::string& name,

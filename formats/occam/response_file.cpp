@@ -17,7 +17,7 @@ constexpr std::size_t row_items = 7;
 constexpr std::size_t data_row_items = 5;
 constexpr auto resistivity_type = static_cast<double>(DataType::tm_resistivity);
 
-// Where the items of a response row and of a data row stand.
+// Positions of the items in a response row and a data row.
 constexpr std::size_t site_item = 0;
 constexpr std::size_t frequency_item = 1;
 constexpr std::size_t type_item = 2;
@@ -48,7 +48,7 @@ ResponseRows read_rows(TextInput& input, int count) {
   return rows;
 }
 
-/// The rows of the data file as far as it has them.
+/// The rows of the data file, as many as it has.
 DataRows read_data_rows(TextInput& input, int count) {
   DataRows rows;
   for (Row<data_row_items> row{}; static_cast<int>(rows.size()) < count && read_row(input, row);) {
@@ -62,8 +62,8 @@ bool agree(double a, double b, double largest_term) {
   return std::abs(a - b) <= printed_digits * (largest_term + std::abs(a));
 }
 
-/// Whether the column behind the datum holds modelled values. It does if misfit times error is what is left
-/// of the datum in nearly all rows, and is the column itself in fewer.
+/// Whether the column after the datum holds modelled values: in nearly all rows, misfit times error is datum
+/// less column, and in fewer rows it is the column itself.
 bool column_is_modelled(const ResponseRows& rows, const DataRows& data) {
   constexpr double nearly_all = 0.95;
   if (rows.size() != data.size()) {

@@ -16,7 +16,7 @@ class Refusal : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Ends a read without a message: an empty line where a text is expected.
+/// Ends a read without a message: an empty line where text is expected.
 class EmptyLine : public std::runtime_error {
  public:
   EmptyLine() : std::runtime_error("empty line") {}
@@ -41,19 +41,19 @@ class TextInput {
 };
 
 /// Adds `count` numbers to `values`, from as many lines as needed; empty lines are skipped, and what follows
-/// the last number on its line is dropped. An item that is no number counts as 0.
-/// @return 0; -1 if the file ends before
+/// the last number on its line is dropped. An item that isn't a number counts as 0.
+/// @return 0; -1 if the file ends first
 [[nodiscard]] int read_value_list(TextInput& input, std::int64_t count, std::vector<double>& values);
 
-/// The number that a text begins with as an integer, 0 if there is none. Throws if it is no 32-bit integer.
+/// The number that a text begins with as an integer, 0 if there is none. Throws if it isn't a 32-bit integer.
 int integer_value(std::string_view text);
-/// The same for a number that has been read already.
+/// The same for a number that has already been read.
 int integer_of(double value);
 
-/// What follows the first ":", trimmed; the whole trimmed line if there is none.
+/// What follows the first ":", trimmed; the whole trimmed line if it has none.
 std::string_view behind_colon(std::string_view line);
 
-/// What stands on a line from column `column` (from 1) on, trimmed.
+/// The rest of a line from column `column` (from 1) on, trimmed.
 std::string_view from_column(std::string_view line, std::size_t column);
 
 }  // namespace Module_occam

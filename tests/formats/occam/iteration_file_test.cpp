@@ -79,7 +79,7 @@ TEST_F(IterationFileTest, The_flexible_form_has_four_lines_more) {
   EXPECT_EQ(result.parameters.size(), 5U);
 }
 
-TEST_F(IterationFileTest, Faults_are_told_once_and_leave_what_was_read_before) {
+TEST_F(IterationFileTest, Faults_are_reported_once_and_leave_what_was_read_before) {
   ASSERT_EQ(read(iteration), 0);
   const std::string failed = "An error occurred while reading the iteration file: ";
   struct Case {
@@ -154,7 +154,7 @@ TEST_F(SitesTest, What_is_written_is_read_back) {
   EXPECT_EQ(data.site_offsets, written.positions);
 }
 
-TEST_F(SitesTest, Faults_are_told_and_leave_what_was_read_before) {
+TEST_F(SitesTest, Faults_are_reported_and_leave_what_was_read_before) {
   ASSERT_EQ(read(made::data), 0);
   const std::string failed = "An error occurred while reading the control file: ";
   struct Case {

@@ -53,7 +53,7 @@ TEST_F(ModelFileTest, Blocks_parameters_and_places_by_hand) {
     CellCode code;  // of its upper left cell
   };
   // The first and last block of a layer count as wide as their neighbours, the last layer as high as the one
-  // above. The codes are places in the table behind the one fixed resistivity.
+  // above. The codes are indices of the table, after the one fixed resistivity.
   const Block expected[] = {{0, 0, 0, 30, 5, {0, 0, 1, 1}, {1, 1, 1, 1}},
                             {0, 1, 1, 30, 5, {0, 1, 1, 3}, {2, 2, 2, 2}},
                             {0, 2, 2, 30, 5, {0, 3, 1, 4}, {3, 3, 3, 3}},
@@ -197,7 +197,7 @@ TEST_F(ModelFileTest, Long_code_lines_are_broken_and_joined) {
       "1???");
 }
 
-TEST_F(ModelFileTest, The_mesh_is_met_under_either_name) {
+TEST_F(ModelFileTest, The_mesh_is_found_under_either_name) {
   (void)folder.write("run/mesh", made::mesh);
   const std::string model_file = folder.path("run/inmodel");
   EXPECT_EQ(find_mesh_file("MESH", folder.folder(), model_file), folder.path("run/mesh"));
@@ -208,7 +208,7 @@ TEST_F(ModelFileTest, The_mesh_is_met_under_either_name) {
   EXPECT_EQ(find_mesh_file("MESH", folder.folder(), model_file), folder.path("MESH"));  // the run goes first
 }
 
-TEST_F(ModelFileTest, Faults_are_told_once) {
+TEST_F(ModelFileTest, Faults_are_reported_once) {
   ASSERT_EQ(read(made::model), 0);
   struct Case {
     const char* name;

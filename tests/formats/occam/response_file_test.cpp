@@ -57,7 +57,7 @@ TEST_F(ResponseFileTest, Names_follow_the_iteration_file) {
   }
 }
 
-TEST_F(ResponseFileTest, Without_a_header_the_data_file_tells_sites_and_frequencies) {
+TEST_F(ResponseFileTest, Without_a_header_the_data_file_has_sites_and_frequencies) {
   ASSERT_EQ(read(residuals), 0);
   EXPECT_EQ(response.resp_site_names, (std::vector<std::string>{"station_110.0", "station_130.0"}));
   EXPECT_EQ(response.resp_offsets, (std::vector<double>{110, 130}));
@@ -69,7 +69,7 @@ TEST_F(ResponseFileTest, Without_a_header_the_data_file_tells_sites_and_frequenc
   EXPECT_FLOAT_EQ(response.value(ResponseValue::modelled, ResponseKind::phase, 1, 1), 49.0F);
 }
 
-TEST_F(ResponseFileTest, Modelled_values_behind_the_datum_are_taken_as_such_once_proven) {
+TEST_F(ResponseFileTest, Modelled_values_after_the_datum_are_read_as_such_once_proven) {
   struct Case {
     const char* name;
     std::string rows;
@@ -112,12 +112,12 @@ TEST_F(ResponseFileTest, With_a_header_a_row_holds_all_four_values) {
   expect_row(ResponseKind::phase, 1, 1, {45.0F, -4.0F, 49.0F, -2.0F});
   expect_row(ResponseKind::resistivity, 2, 0, {0.0F, 3.0F, 4.0F, 5.0F});
 
-  // Counts without a colon are none.
+  // Counts without a colon don't count.
   EXPECT_EQ(read_file(folder.write("RESP.resp", made::data)), -1);
   EXPECT_EQ(interface.take_messages(), made::Messages{"The file does not have any sites defined"});
 }
 
-TEST_F(ResponseFileTest, Faults_are_told_and_leave_what_was_read_before) {
+TEST_F(ResponseFileTest, Faults_are_reported_and_leave_what_was_read_before) {
   ASSERT_EQ(read(residuals), 0);
   struct Case {
     const char* name;
