@@ -13,9 +13,9 @@ bool usable(double limit) {
   return std::isfinite(limit) && std::abs(limit) < largest_limit && limit != static_cast<double>(unset_limit);
 }
 
-/// The power of ten strictly below a positive value, so that the point stands clear of the axis.
+/// The power of ten strictly below a positive value, so that the point is clear of the axis.
 double decade_below(double value) {
-  // The tolerance takes 0.1 and 1000, whose logarithms may round up, as the decades that they are.
+  // The logarithms of 0.1 and 1000 may be rounded up; with the tolerance they still count as decades.
   constexpr double tolerance = 1e-9;
   return std::pow(10.0, std::ceil(std::log10(value) - tolerance) - 1.0);
 }
