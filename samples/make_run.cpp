@@ -1,8 +1,8 @@
-// brenlox_make_run: iterations for the run directory of a line of the made survey, to look at where nobody
-// has run the inversion.
+// brenlox_make_run: iterations for the run directory of a line of the sample survey, to look at if the
+// inversion hasn't been run.
 //
-// Nothing is inverted: the models walk from the start model to the ground that the survey was made over.
-// Their misfits are true ones, of the responses of these models.
+// Nothing is inverted: the models go in steps from the start model to the ground that the survey was
+// computed over. Their misfits are true ones, of the responses of these models.
 #include <algorithm>
 #include <cmath>
 #include <exception>

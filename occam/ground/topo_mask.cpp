@@ -17,14 +17,14 @@ namespace Module_occam {
 
 namespace {
 
-constexpr double rounding = 1e-6;  // m; a ground nearer to a node line than this lies on it
+constexpr double rounding = 1e-6;  // m; ground closer to a node line than this is on it
 
 using Triangles = std::array<bool, triangles>;
 
 constexpr Triangles all_of_cell{true, true, true, true};
 
-/// The triangles that are masked in the cell that the ground crosses. Air reaches a cell's sides through its
-/// top, and its bottom through both sides.
+/// The triangles masked in the cell that the ground crosses. Air gets to a cell's sides through its top, and
+/// to its bottom through both sides.
 Triangles masked_in_crossed_cell(const MaskChoices& choices) {
   if (choices.style == MaskStyle::rectangular) {
     return all_of_cell;

@@ -23,7 +23,7 @@ constexpr const char* writing_grids = "Writing the grids";
 
 double node(const std::vector<double>& nodes, int index) { return nodes[static_cast<std::size_t>(index)]; }
 
-/// A number behind blanks; a long one is never cut, unlike in a field of fixed width.
+/// A right-aligned number; a long one is never cut, unlike in a field of fixed width.
 void add_number(std::string& text, double value, std::string_view picture, std::size_t width) {
   const std::string number = format_number(value, picture);
   text.append(width - std::min(width, number.size()), ' ').append(number);
@@ -43,7 +43,7 @@ GridBlock grid_block(const OccamModel& model, const OccamBlock& block, double va
   return result;
 }
 
-/// The first and the end node, along one axis, whose places lie in [from, to).
+/// The nodes of one axis that lie in [from, to): the first one and the one after the last.
 std::pair<std::size_t, std::size_t> nodes_within(double from, double to, double first, double cell,
                                                  std::size_t count) {
   const auto index = [&](double place) {
@@ -54,7 +54,7 @@ std::pair<std::size_t, std::size_t> nodes_within(double from, double to, double 
 }
 
 /// The smoothest surface through the middles of the blocks, blank where the plain grid is.
-/// @return nothing if the person has stopped it
+/// @return nothing if the user stopped it
 std::optional<numerics::gridding::RegularGrid> smooth_grid(std::span<const GridBlock> blocks,
                                                            const numerics::gridding::RegularGrid& plain) {
   std::vector<numerics::gridding::ScatteredPoint> points;
@@ -94,7 +94,7 @@ void report_depth(std::span<const GridBlock> blocks, const numerics::gridding::G
   }
 }
 
-/// @return false if the person has stopped it
+/// @return false if the user stopped it
 bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   const auto file = [&view](const char* ending) {
     return view.results().derived_file(view.current_iteration(), ending);

@@ -14,8 +14,8 @@ namespace Module_occam {
 
 namespace {
 
-/// The codes of all triangles as the response wants them: fixed resistivities from 0, free parameters behind
-/// their count.
+/// The codes of all triangles as the response needs them: fixed resistivities from 0, then the free
+/// parameters.
 std::vector<std::int32_t> table_indices(const OccamModel& model) {
   const std::int32_t fixed = model.mesh.num_fixed_res();
   bool from_one = false;

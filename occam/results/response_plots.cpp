@@ -21,7 +21,7 @@ constexpr graph::Colour modelled_colour{0, 0, 0};
 constexpr double margin = 0.04;     // of the range, beyond the data: points at the ends stay whole
 constexpr double min_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
 
-/// The error of a datum, which the file holds only as residual and misfit.
+/// The error of a datum; the file has only residual and misfit.
 double datum_error(const OccamResponse::Row& row) {
   const auto residual = static_cast<double>(row[ResponseValue::residual - 1]);
   const auto misfit = static_cast<double>(row[ResponseValue::misfit - 1]);
@@ -31,7 +31,7 @@ double datum_error(const OccamResponse::Row& row) {
   return std::abs(residual / misfit);
 }
 
-/// The curves of a site as they grow row by row.
+/// The curves of a site, row by row.
 struct FitSeries {
   graph::PlotSeries observed_values;
   graph::PlotSeries modelled_values;
@@ -45,7 +45,7 @@ struct FitSeries {
   }
 };
 
-/// The smallest and the largest value that is there.
+/// The smallest and the largest present value.
 struct Extent {
   double minimum = std::numeric_limits<double>::infinity();
   double maximum = -std::numeric_limits<double>::infinity();
@@ -58,7 +58,8 @@ struct Extent {
   [[nodiscard]] bool empty() const { return minimum > maximum; }
 };
 
-/// Makes room for the error bars too, but for a bar of a nearly worthless datum no more than for the values.
+/// Makes room for the error bars, too; each way no more than the values need themselves, as the bar of a
+/// nearly worthless datum may be huge.
 void include_errors(Extent& y, const graph::PlotTable& table) {
   const Extent values = y;
   const double room = values.maximum - values.minimum;

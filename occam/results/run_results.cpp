@@ -55,7 +55,7 @@ void read_iterations(RunResults& results) {
   for (const auto& [name, stamp] : results.seen) {
     const auto refused = results.refused.find(name);
     if (refused != results.refused.end() && refused->second == stamp) {
-      continue;  // told before
+      continue;  // reported before
     }
     OccamIteration iteration;
     const int outcome =

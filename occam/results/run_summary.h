@@ -10,11 +10,11 @@
 
 namespace Module_occam {
 
-/// The names of the iteration files ("ITER" and anything behind, in any case) in a folder, sorted.
+/// The names of the iteration files ("ITER" and anything after it, in any case) in a folder, sorted.
 std::vector<std::string> iteration_file_names(const std::string& folder);
 
 /// The file that names model and data of the run in a folder: "startup", or else the first iteration file.
-/// Empty if there is neither.
+/// Empty without either.
 std::filesystem::path control_file_in(const std::filesystem::path& folder);
 
 struct RunSummary {

@@ -25,7 +25,7 @@ bool show_share(double share) {
   return !user_interface().stop_requested();
 }
 
-/// The data file that tells sites and frequencies of a response without a header.
+/// The data file with the sites and frequencies of a response without a header.
 fs::path header_file(const RunResults& results) {
   const fs::path usual = results.folder / response_header_file;
   return fs::exists(usual) ? usual : results.folder / results.names.data_file;
@@ -100,7 +100,7 @@ void RunView::choose_site(int site_number) {
   current_site_ = std::clamp(site_number, 1, std::max(response_.resp_sites(), 1));
 }
 
-/// Whether the response that was read has changed and is no longer being written.
+/// Whether the response that was read has changed and the writing has ended.
 bool RunView::response_has_settled() {
   if (response_file_.empty()) {
     return false;
@@ -128,7 +128,7 @@ int RunView::load_iteration() {
   const std::string& name = results_.iteration_file[static_cast<std::size_t>(current_iteration_)];
   const FileStamp stamp = file_stamp(results_.folder / name);
   if (name == loaded_iteration_file_ && stamp == loaded_iteration_stamp_) {
-    return parameters_.empty() ? -1 : 0;  // a failure has been told
+    return parameters_.empty() ? -1 : 0;  // a failure has been reported
   }
   loaded_iteration_file_ = name;
   loaded_iteration_stamp_ = stamp;
@@ -149,7 +149,7 @@ SectionGeometry RunView::section(const SectionChoices& choices, PictureSize pict
   }
   if (trap_errors("An error occurred while drawing the model: ",
                   [&] { section = section_geometry(results_.model, parameters_, choices, picture); }) != 0) {
-    parameters_.clear();  // told once
+    parameters_.clear();  // reported once
   }
   return section;
 }
@@ -177,7 +177,7 @@ int RunView::load_response() {
     response_read_ = read_occam_response(file.string(), header_file(results_).string(), response_) == 0;
   }
   if (!response_read_) {
-    return -1;  // told when it was read
+    return -1;  // reported when it was read
   }
   response_ready_ = true;
   choose_site(current_site_);

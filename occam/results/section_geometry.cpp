@@ -24,7 +24,7 @@ std::size_t bottom_row(const OccamModel& model, double max_depth) {
 
 double node(const std::vector<double>& nodes, int index) { return nodes[static_cast<std::size_t>(index)]; }
 
-/// False if there is nothing between the padding of both sides.
+/// @return false if there is nothing between the padding of both sides
 bool map_distance(const OccamModel& model, SectionGeometry& section) {
   const std::vector<int>& columns = model.layers.front().block_columns;
   const int first = std::abs(columns.front());
@@ -50,7 +50,7 @@ void map_depth(const OccamModel& model, bool log_depth, std::size_t bottom, Sect
     mapping.z_scale = room / (section.bottom_depth - mapping.z_origin);
     return;
   }
-  constexpr double shallow = 10.0;  // m; a scale that ends above has no decade to go by
+  constexpr double shallow = 10.0;  // m; a shallower scale has no decade to go by
   mapping.block_height = static_cast<double>(model.blocks.front().block_height);
   mapping.z_origin -= mapping.block_height;
   mapping.z_scale = log_stretch * room / std::log10(std::max(section.bottom_depth, shallow));
@@ -144,8 +144,8 @@ SectionGeometry section_geometry(const OccamModel& model, std::span<const double
   }
   const std::size_t bottom = bottom_row(model, choices.max_depth);
   map_depth(model, choices.log_depth, bottom, section);
-  // The number of a row of nodes, from 1, serves as the number of layers: a layer has one row of cells or
-  // more, so all that reaches into the depth is there.
+  // The number of a row of nodes, from 1, is used as the number of layers: a layer has one row of cells or
+  // more, so every layer that reaches into the depth is included.
   const int layers = static_cast<int>(std::min(bottom + 1, model.layers.size()));
   section.rectangles.reserve(static_cast<std::size_t>(model.num_blocks()));
   for (int layer = 0; layer < layers; ++layer) {

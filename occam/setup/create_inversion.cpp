@@ -59,7 +59,7 @@ void end_step(const StationSteps& steps) {
   }
 }
 
-/// The rows of one station, with its fit where errors rest on it. @return 0, or -1 after a message
+/// The rows of one station, with its fit if errors depend on it. @return 0, or -1 after a message
 int load_station(const ReadingKey& key, const RhoplusSettings& settings, const InversionInputs& inputs,
                  const StationSteps& steps, RhoplusTables& tables) {
   Module_database::StoredReading merged;
@@ -76,7 +76,7 @@ int load_station(const ReadingKey& key, const RhoplusSettings& settings, const I
   return 0;
 }
 
-/// Goes through the stations of the line.
+/// Collects the data of all stations of the line.
 Outcome form_data(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
                   const StationSteps& steps, LineData& data) {
   RhoplusSettings settings = Module_output::rhoplus_settings();
@@ -107,7 +107,7 @@ Outcome form_data(const LineSelection& line, const InversionInputs& inputs, cons
   return outcome == Outcome::finished && user_interface().stop_requested() ? Outcome::stopped : outcome;
 }
 
-/// Why the data are too few for an inversion; null if they are not.
+/// Why there are too few data for an inversion; null if there are enough.
 const char* missing_data(const LineData& data, const std::vector<float>& frequencies) {
   if (data.site_positions.size() < min_stations) {
     return too_few_stations;
@@ -131,7 +131,7 @@ std::string start_date() {
          format_number(static_cast<int>(today.year()), "0");
 }
 
-/// A text that stands on a line of its own in a file can have only one line.
+/// For a text that has one line of a file to itself.
 std::string on_one_line(std::string text) {
   std::ranges::replace_if(
       text, [](char c) { return c == '\r' || c == '\n'; }, ' ');
@@ -140,7 +140,7 @@ std::string on_one_line(std::string text) {
 
 std::string name_of(const std::string& entry) { return std::string(trimmed(entry)); }
 
-/// The finished set, ready to be written.
+/// All that is written.
 struct RunSet {
   OccamMesh mesh;
   double binding_offset = 0.0;
@@ -179,14 +179,14 @@ void write_run(const RunSet& run, const fs::path& folder) {
       {folder / run.start.model_file, model_file_text(run.start.description, run.binding_offset, run.layers)},
       {folder / "startup", start_file_text(run.start)},
       {folder / run.start.data_file, data_file_text(run.data)}};
-  // The model file names the mesh in capitals. Where that is another file, it has to be there, too.
+  // The model file names the mesh in capitals. Where that is another file, it is needed, too.
   if (folder_heeds_case(folder / run_script_name)) {
     files.push_back({folder / "MESH", mesh});
   }
   safe_files::write_together(files);
 }
 
-/// Throws if two files of the set would have the same name.
+/// Throws if two files of the run would have the same name.
 void check_names(const InversionInputs& inputs) {
   std::vector<std::string> names{"mesh", "startup", "occam_run.bat", "occam_run.sh"};
   for (const std::string& entry : {inputs.model_file, inputs.data_file}) {

@@ -94,7 +94,7 @@ const char* invalid_station_limit(const InversionInputs& inputs, InversionChoice
   if (!is_numeric(inputs.first_station)) {
     return "The start station is not valid";
   }
-  // Both limits come from the first entry: a station typed there is the only one that takes part.
+  // Both limits come from the first entry: a station typed there is the only one used.
   choices.first_station = numeric_value(inputs.first_station);
   choices.last_station = choices.first_station;
   return nullptr;

@@ -12,13 +12,13 @@ namespace {
 
 constexpr double min_resistivity_error = 0.001;  // of log10 resistivity
 constexpr double min_phase_error = 0.1;          // degrees
-constexpr double max_error = 999999.0;           // a longer one would run into the datum before it
+constexpr double max_error = 999999.0;           // a longer one would run into the datum in the field before
 constexpr double phase_offset = 0.1;             // degrees, added so that a phase of 0 has an error
 
 /// 0 for 0; the sign doesn't count.
 double safe_log10(double value) { return value == 0.0 ? 0.0 : std::log10(std::abs(value)); }
 
-/// How far the fit misses the datum; a datum without a fit isn't missed.
+/// How far the fit misses the datum; 0 without a fit.
 double missed_by(double datum, double fit) { return is_absent(fit) ? 0.0 : std::abs(fit - datum); }
 
 }  // namespace

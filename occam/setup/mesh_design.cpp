@@ -48,10 +48,10 @@ struct BlockList {
   [[nodiscard]] std::size_t count() const { return widths.size(); }
 };
 
-/// Each block takes in its right neighbours until they are too wide together. The first and the last one are
-/// padding.
+/// Joins each block with its right neighbours until they are too wide together. The first and the last one
+/// are padding.
 void join_narrow_blocks(BlockList& blocks, double thickness, double doubling_threshold) {
-  std::size_t last = 0;  // of those that are done, which move to the front
+  std::size_t last = 0;  // of the finished blocks, which move to the front
   for (std::size_t block = 1; block < blocks.count(); ++block) {
     const double width = blocks.widths[block];
     const bool stands_alone = block < 2 || block + 1 == blocks.count();

@@ -235,7 +235,7 @@ void Form_occam_inversion::look_for_iterations() {
 }
 
 void Form_occam_inversion::write_grid() {
-  static_cast<void>(write_grids(view_));  // the person has seen the outcome
+  static_cast<void>(write_grids(view_));  // the user has seen the outcome
   if (response_on_show()) {
     display_current_response();
   }

@@ -15,7 +15,7 @@ class PictureModel : public QWidget {
   /// @param sites  marked at the ground; they outlive the picture
   explicit PictureModel(const Module_occam::OccamData& sites, QWidget* parent = nullptr);
 
-  /// The size that a section is to be made for.
+  /// The size that a section should have.
   [[nodiscard]] Module_occam::PictureSize picture_size() const { return Module_occam::section_part(size()); }
   void show_picture(Module_occam::SectionPicture picture);
   [[nodiscard]] const Module_occam::SectionPicture& picture() const { return picture_; }
@@ -26,7 +26,7 @@ class PictureModel : public QWidget {
 
  Q_SIGNALS:
   void resized();
-  /// What stands under the pointer; empty off the section.
+  /// Text about the place under the pointer; empty off the section.
   void hovered(const QString& text);
   void menu_asked_for(QPoint global);
 

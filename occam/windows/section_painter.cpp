@@ -73,7 +73,7 @@ void paint_blocks(QPainter& painter, const SectionPicture& picture, const Zoomed
   painter.restore();
 }
 
-/// Depths that a person would mark on a scale of the logarithm: 0, then 1, 2, 5 and their tens.
+/// The usual marks of a logarithmic scale: 0, then 1, 2, 5 times the powers of ten.
 std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot) {
   constexpr double min_distance = 18.0;
   constexpr int decades = 7;  // to 10 000 km
@@ -115,7 +115,7 @@ void paint_axes(QPainter& painter, const SectionGeometry& geometry, const Zoomed
       "Depth (m)");
 }
 
-/// Marks all sites; names stand in two rows as far as there is room.
+/// Marks all sites; names are in two rows as far as there is room.
 void paint_sites(QPainter& painter, const SectionGeometry& geometry, const OccamData& sites,
                  const ZoomedPlot& plot) {
   constexpr double gap = 6.0;

@@ -1,4 +1,4 @@
-// Run directories made from lines of made stations, read back and checked by hand.
+// Run directories created from lines of made-up stations, read back and checked by hand.
 #include "occam/setup/create_inversion.h"
 
 #include <map>
@@ -72,7 +72,7 @@ std::vector<double> equally_spaced(int count) {
   return stations;
 }
 
-TEST_F(CreateInversionTest, Thirty_stations_make_a_run_that_is_read_back) {
+TEST_F(CreateInversionTest, Thirty_stations_give_a_run_that_is_read_back) {
   new_survey();
   store_stations(equally_spaced(30));
   ASSERT_EQ(create(), 0);
@@ -199,7 +199,7 @@ TEST_F(CreateInversionTest, Too_few_stations_leave_only_the_files_that_start_the
   EXPECT_EQ(interface.take_messages(), Messages{too_few});
 }
 
-TEST_F(CreateInversionTest, A_station_without_a_curve_is_passed_over) {
+TEST_F(CreateInversionTest, A_station_without_a_curve_is_skipped) {
   new_survey();
   store_stations({100, 300, 400});
   (void)find_station(Module_database::StationSearch::create, "200E", 200.0);
@@ -230,7 +230,7 @@ TEST_F(CreateInversionTest, A_stop_leaves_what_was_there_before) {
   EXPECT_EQ(interface->progress.back(), -1);
 }
 
-TEST_F(CreateInversionTest, Failures_are_told_once_and_leave_what_was_there_before) {
+TEST_F(CreateInversionTest, Failures_are_reported_once_and_leave_what_was_there_before) {
   new_survey();
   store_stations(equally_spaced(3));
   ASSERT_EQ(create(), 0);

@@ -1,4 +1,4 @@
-// What a person gives for a new inversion: kept, checked in order.
+// The entries of a new inversion: stored, checked in order.
 #include "occam/setup/inversion_inputs.h"
 
 #include "core/session_state.h"
@@ -70,7 +70,7 @@ TEST_F(InversionInputsTest, Invalid_kept_values_give_the_defaults) {
   EXPECT_EQ(inputs.directory, folder.path(""));
 }
 
-TEST_F(InversionInputsTest, The_first_invalid_entry_is_told) {
+TEST_F(InversionInputsTest, The_first_invalid_entry_is_reported) {
   struct Case {
     std::string InversionInputs::*entry;
     const char* text;

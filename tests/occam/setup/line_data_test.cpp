@@ -41,7 +41,7 @@ TEST(Errors, Of_phase) {
                         {"a phase of 0 missed by 2: a twentieth of 0.1, and 2", 0, 2, true, 2.005},
                         {"no fit: a twentieth of 50.1", 50, -1e32, true, 2.505}};
   for (const Case& c : cases) {
-    for (const bool standard : {true, false}) {  // it is a matter of resistivities
+    for (const bool standard : {true, false}) {  // which matters for resistivities only
       SCOPED_TRACE(c.name);
       EXPECT_NEAR(phase_error(c.phase, c.fit, {5, 5, standard, c.rhoplus}), c.expected, 1e-12);
     }
