@@ -11,7 +11,7 @@
 
 #include <sqlite3.h>
 
-#include "platform/dao/database.h"
+#include "platform/dao/access.h"
 #include "platform/dao/statement_translator.h"
 #include "platform/dao/table_definition.h"
 #include "platform/dao/value.h"

@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "platform/dao/connection.h"
-#include "platform/dao/recordset_implementation.h"
+#include "platform/dao/dynaset.h"
 #include "platform/dao/sidecar_files.h"
+#include "platform/dao/snapshot.h"
+#include "platform/dao/statement_translator.h"
 
 namespace dao {
 

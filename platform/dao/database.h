@@ -12,31 +12,14 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/dao/access.h"
+#include "platform/dao/column.h"
 #include "platform/dao/error.h"
 #include "platform/dao/recordset.h"
 
 namespace dao {
 
 class Connection;  // the SQLite handle with its cache of prepared statements
-
-enum class ColumnType {
-  counter,
-  long_integer,
-  single_float,
-  double_float,
-  text,
-  bit,
-  long_binary,
-  date_time
-};
-
-struct Column {
-  std::string name;
-  ColumnType type = ColumnType::long_integer;
-  int size = 0;  // characters of a TEXT(n) column
-};
-
-enum class Access { read_write, read_only };
 
 /// An open database file. Movable; closes with its last recordset gone or on close().
 class Database {

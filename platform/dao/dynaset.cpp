@@ -1,12 +1,12 @@
-// A dynaset: the rows of one table that answer a condition, by their keys.
-//
 // The list of keys is built only when something needs it. Until then the dynaset knows its current row's key
 // alone, and a search is one indexed look-up. No statement stays open between calls.
+#include "platform/dao/dynaset.h"
+
 #include <algorithm>
 #include <optional>
 #include <utility>
 
-#include "platform/dao/recordset_implementation.h"
+#include "platform/dao/sql_fragment.h"
 
 namespace dao {
 
@@ -23,10 +23,10 @@ enum class Place {
 
 enum class Editing { none, new_row, current_row };
 
-class Dynaset final : public Recordset::Implementation {
+class Dynaset final : public RowSource {
  public:
   Dynaset(const std::shared_ptr<Connection>& connection, SelectStatement select)
-      : Implementation(connection, connection->table(select.table)),
+      : RowSource(connection, connection->table(select.table)),
         table_name_(quoted_name(table_->name)),
         condition_(std::move(select.condition)),
         order_(std::move(select.order)) {
@@ -515,8 +515,8 @@ void Dynaset::delete_row() {
 
 }  // namespace
 
-std::unique_ptr<Recordset::Implementation> make_dynaset(const std::shared_ptr<Connection>& connection,
-                                                        SelectStatement select) {
+std::unique_ptr<RowSource> make_dynaset(const std::shared_ptr<Connection>& connection,
+                                        SelectStatement select) {
   return std::make_unique<Dynaset>(connection, std::move(select));
 }
 

@@ -40,11 +40,6 @@ std::string compared_text(std::string_view column) {
 
 }  // namespace
 
-std::string_view without_trailing_blanks(std::string_view text) {
-  const std::size_t last = text.find_last_not_of(' ');
-  return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
-}
-
 void ExpressionTranslator::fail() const { throw syntax_error(statement_); }
 
 void ExpressionTranslator::put(std::string_view sql) {

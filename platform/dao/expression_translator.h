@@ -5,8 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/dao/statement_translator.h"
+#include "platform/dao/column.h"
+#include "platform/dao/sql_fragment.h"
+#include "platform/dao/table_definition.h"
 #include "platform/dao/tokens.h"
+#include "platform/dao/value.h"
 
 namespace dao {
 
@@ -50,8 +53,5 @@ class ExpressionTranslator {
   const TableDefinition& table_;
   Fragment fragment_;
 };
-
-/// Text without trailing blanks, as comparisons see it.
-std::string_view without_trailing_blanks(std::string_view text);
 
 }  // namespace dao

@@ -14,18 +14,17 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "platform/dao/value.h"
 
 namespace dao {
 
-using Bytes = std::vector<std::byte>;
+class RowSource;
 
 class Recordset {
  public:
-  class Implementation;
-
   Recordset();  // closed
-  explicit Recordset(std::unique_ptr<Implementation> implementation);
+  explicit Recordset(std::unique_ptr<RowSource> rows);
   Recordset(Recordset&&) noexcept;
   Recordset& operator=(Recordset&&) noexcept;
   ~Recordset();
@@ -85,7 +84,7 @@ class Recordset {
   void set_binary(std::string_view field, std::span<const std::byte> value);
 
  private:
-  std::unique_ptr<Implementation> implementation_;
+  std::unique_ptr<RowSource> rows_;
 };
 
 }  // namespace dao

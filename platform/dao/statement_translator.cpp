@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/text_fields.h"
+#include "platform/dao/error.h"
 #include "platform/dao/expression_translator.h"
 #include "platform/dao/tokens.h"
 
@@ -259,14 +260,6 @@ Fragment insert_into(StatementReader& reader, const TableLookup& tables) {
 }
 
 }  // namespace
-
-std::string quoted_name(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char c : name) {
-    quoted.append(c == '"' ? 2 : 1, c);
-  }
-  return quoted + '"';
-}
 
 SelectStatement translate_select(std::string_view statement, const TableLookup& tables) {
   StatementReader reader(statement);

@@ -9,16 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/dao/sql_fragment.h"
 #include "platform/dao/table_definition.h"
-#include "platform/dao/value.h"
 
 namespace dao {
-
-/// SQL with a "?" for each parameter, in order.
-struct Fragment {
-  std::string sql;
-  std::vector<Value> parameters;
-};
 
 /// Gives a table's definition; throws dao::Error for an unknown table.
 using TableLookup = std::function<const TableDefinition&(std::string_view)>;
@@ -46,8 +40,5 @@ struct ActionStatement {
 
 /// CREATE TABLE, CREATE INDEX, DROP, INSERT, UPDATE or DELETE.
 ActionStatement translate_action(std::string_view statement, const TableLookup& tables);
-
-/// A name in the engine's quotes.
-std::string quoted_name(std::string_view name);
 
 }  // namespace dao

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/dao/database.h"
+#include "platform/dao/column.h"
 #include "platform/dao/value.h"
 
 namespace dao {

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/dao/error.h"
+
 namespace dao {
 
 namespace {

@@ -15,7 +15,8 @@
 #include <glib.h>  // before mdbtools.h, which would include it with C linkage
 #include <mdbtools.h>
 
-#include "platform/dao/database.h"
+#include "platform/dao/column.h"
+#include "platform/dao/value.h"
 
 namespace dao {
 

@@ -1,4 +1,4 @@
-// recordset_implementation.h: what a dynaset and a snapshot have in common.
+// row_source.h: the rows behind a recordset; what a dynaset and a snapshot have in common.
 #pragma once
 #include <algorithm>
 #include <cstdint>
@@ -8,10 +8,11 @@
 #include <vector>
 
 #include "core/text_fields.h"
+#include "platform/dao/column.h"
 #include "platform/dao/connection.h"
 #include "platform/dao/error.h"
-#include "platform/dao/recordset.h"
 #include "platform/dao/table_definition.h"
+#include "platform/dao/value.h"
 
 namespace dao {
 
@@ -21,13 +22,13 @@ struct Field {
   const Column* column = nullptr;
 };
 
-class Recordset::Implementation {
+class RowSource {
  public:
-  Implementation(std::shared_ptr<Connection> connection, std::shared_ptr<const TableDefinition> table)
+  RowSource(std::shared_ptr<Connection> connection, std::shared_ptr<const TableDefinition> table)
       : connection_(std::move(connection)), table_(std::move(table)) {}
-  Implementation(const Implementation&) = delete;
-  Implementation& operator=(const Implementation&) = delete;
-  virtual ~Implementation() = default;
+  RowSource(const RowSource&) = delete;
+  RowSource& operator=(const RowSource&) = delete;
+  virtual ~RowSource() = default;
 
   [[nodiscard]] bool is_open() const { return connection_->is_open(); }
   [[nodiscard]] bool no_match() const { return no_match_; }
@@ -71,10 +72,5 @@ class Recordset::Implementation {
   std::vector<Field> fields_;
   bool no_match_ = false;
 };
-
-std::unique_ptr<Recordset::Implementation> make_dynaset(const std::shared_ptr<Connection>& connection,
-                                                        SelectStatement select);
-std::unique_ptr<Recordset::Implementation> make_snapshot(const std::shared_ptr<Connection>& connection,
-                                                         SelectStatement select);
 
 }  // namespace dao
