@@ -10,6 +10,7 @@
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <variant>
@@ -20,6 +21,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
+#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -35,7 +37,47 @@ constexpr std::string_view line_end = "\r\n";
 constexpr std::string_view line_end = "\n";
 #endif
 
-using Scales = DisplayPreferences;
+/// The display scales of the file. Nothing here uses them; they are written back as they were read.
+struct DisplayScales {
+  bool auto_scale_spectral_resistivity = false;
+  float min_real_resistivity = 0.0F;
+  float max_real_resistivity = 0.0F;
+  float min_imag_resistivity = 0.0F;
+  float max_imag_resistivity = 0.0F;
+  bool auto_scale_spectral_e_field = false;
+  float min_real_e_field = 0.0F;
+  float max_real_e_field = 0.0F;
+  float min_imag_e_field = 0.0F;
+  float max_imag_e_field = 0.0F;
+  bool auto_scale_spectral_h_field = false;
+  float min_real_h_field = 0.0F;
+  float max_real_h_field = 0.0F;
+  float min_imag_h_field = 0.0F;
+  float max_imag_h_field = 0.0F;
+  bool auto_scale_phase = true;
+  float min_phase = 0.0F;
+  float max_phase = 50.0F;
+  bool auto_scale_cagniard = false;
+  float min_cagniard = 0.0F;
+  float max_cagniard = 0.0F;
+  bool auto_scale_e_phase = true;
+  float min_e_phase = 0.0F;
+  float max_e_phase = 50.0F;
+  bool auto_scale_h_phase = true;
+  float min_h_phase = 0.0F;
+  float max_h_phase = 50.0F;
+  bool auto_scale_e_mag = false;
+  float min_e_mag = 0.0F;
+  float max_e_mag = 0.0F;
+  bool auto_scale_h_mag = false;
+  float min_h_mag = 0.0F;
+  float max_h_mag = 0.0F;
+  bool spectral_plot = false;
+  bool plot_e_phase = false;
+  bool plot_h_phase = false;
+};
+
+using Scales = DisplayScales;
 using State = SessionState;
 
 /// Where a key's value is kept: display scales, a window size, or a text.
@@ -99,8 +141,8 @@ template <class... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;
 
 struct PreferencesState {
-  DisplayPreferences scales;
-  std::string file;
+  DisplayScales scales;
+  std::string file;  // empty before read_preferences, and when the file that is there can't be read
 };
 
 PreferencesState& state() {
@@ -217,25 +259,16 @@ std::string new_file_text() {
   return text;
 }
 
-/// Writes beside the file and renames, so that the earlier file stands until the new one is whole.
+/// A link keeps its place, and the file that it leads to is replaced. False if that can't be written.
 bool replace_file(const std::string& path, std::string_view text) {
   std::error_code failure;
   const fs::path linked = fs::canonical(path, failure);
-  const fs::path target = failure ? fs::path(path) : linked;
-  fs::path beside = target;
-  beside += ".new";
-  std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-  file.write(text.data(), static_cast<std::streamsize>(text.size()));
-  file.close();
-  if (file) {
-    fs::rename(beside, target, failure);
-  }
-  if (!file || failure) {
-    std::error_code ignored;
-    fs::remove(beside, ignored);
+  try {
+    safe_files::write_into_place(failure ? fs::path(path) : linked, text);
+    return true;
+  } catch (const std::runtime_error&) {
     return false;
   }
-  return true;
 }
 
 std::optional<std::string> contents_of(const std::string& path) {
@@ -287,10 +320,6 @@ void count_recent_files() {
 }
 
 }  // namespace
-
-DisplayPreferences& display_preferences() { return state().scales; }
-
-const std::string& preferences_file() { return state().file; }
 
 void read_preferences() {
   reset_to_defaults();

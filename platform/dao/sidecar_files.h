@@ -8,12 +8,7 @@ namespace dao {
 /// removed: they belong to an earlier file of that name, and the engine would play them into the new one.
 void make_new_file(const std::string& path);
 
-void remove_sidecars(const std::string& path);
-
 /// Removes a file with its logs; no error if it isn't there.
 void remove_database_file(const std::string& path);
-
-/// Puts a file and its name in the folder on the disk itself.
-void flush_to_disk(const std::string& path);
 
 }  // namespace dao

@@ -116,6 +116,11 @@ bool only_takes_bytes(const fs::path& destination) {
 
 }  // namespace
 
+void flush_file(const fs::path& file) {
+  flush_to_disk(file);
+  flush_folder_of(file);
+}
+
 void move_into_place(const fs::path& source, const fs::path& destination) {
   rename_over(source, destination);
   flush_folder_of(destination);
