@@ -16,7 +16,6 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "platform/files/safe_files.h"
-#include "projections/definition_list.h"
 #include "projections/value_fields.h"
 
 namespace fs = std::filesystem;
@@ -204,18 +203,18 @@ void move_to_backup(const std::string& path) {
 
 }  // namespace
 
-int read_coord_projection_file(std::string& path) {
+int read_coord_projection_file(std::string& path, CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "read_coord_projection_file ");
   return trap_errors("An error occured while reading the projection definitions: ", [&] {
     if (path.empty()) {
       path = default_projection_file();
     }
-    const std::vector<CoordSystem> definitions = definitions_from_csv(file_text(path));
+    const CoordSystems definitions = definitions_from_csv(file_text(path));
     if (definitions.empty()) {
       move_to_backup(path);
     }
     for (const CoordSystem& definition : definitions) {
-      if (add_coord_definitions_to_list(definition) != 0) {
+      if (add_coord_definitions_to_list(coord_systems, definition) != 0) {
         return -1;
       }
     }
@@ -228,13 +227,13 @@ bool has_default_projection_file() {
   return fs::is_regular_file(default_projection_file(), missing);
 }
 
-int write_coord_projection_file(const std::string& path) {
+int write_coord_projection_file(const std::string& path, const CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "write_coord_projection_file ");
   return trap_errors("An error occurred while writing the coordinate projection file ",
-                     [&] { safe_files::write_into_place(path, definitions_as_csv(coord_systems())); });
+                     [&] { safe_files::write_into_place(path, definitions_as_csv(coord_systems)); });
 }
 
-std::vector<CoordSystem> definitions_from_csv(std::string_view bytes) {
+CoordSystems definitions_from_csv(std::string_view bytes) {
   constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
   if (bytes.starts_with(byte_order_mark)) {
     bytes.remove_prefix(byte_order_mark.size());
@@ -244,7 +243,7 @@ std::vector<CoordSystem> definitions_from_csv(std::string_view bytes) {
   std::string_view header_line;
   (void)take_line(rest, header_line);
 
-  std::vector<CoordSystem> definitions;
+  CoordSystems definitions;
   std::optional<Columns> columns;  // of the header, which nobody needs while there is no definition
   std::string_view line;
   for (std::size_t number = 2; take_line(rest, line); ++number) {

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "projections/definition_list.h"
+
 namespace Ui {
 class Form_define_projection;
 }
@@ -36,4 +38,5 @@ class Form_define_projection : public QDialog {
 
   std::unique_ptr<Ui::Form_define_projection> ui_;
   std::string asked_name_;
+  Module_projections::CoordSystems coord_systems_;  // the user's own
 };

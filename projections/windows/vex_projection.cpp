@@ -16,6 +16,7 @@
 
 #include "core/number_text.h"
 #include "numerics/geodesy/geographic_angle.h"
+#include "projections/coord_system.h"
 
 using namespace numerics::geodesy;
 
@@ -235,11 +236,6 @@ void VexProjection::make_test_point() {
   test_note_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
 }
 
-void VexProjection::set_check(std::function<std::string(const Values&)> check) {
-  check_ = std::move(check);
-  show_test_point();
-}
-
 void VexProjection::show_values(const Values& values) {
   values_ = values;
   own_test_point_ = false;
@@ -454,8 +450,8 @@ void VexProjection::show_test_point() {
   set_readable(latitude_, latitude.has_value() || latitude_->text().isEmpty());
   set_readable(longitude_, longitude.has_value() || longitude_->text().isEmpty());
   QString note = fault();
-  if (note.isEmpty() && check_) {
-    note = text_of(check_(values_));
+  if (note.isEmpty()) {
+    note = text_of(Module_projections::coordinate_system_fault(values_));
   }
   if (note.isEmpty() && (!latitude || !longitude)) {
     note = "Type a latitude and a longitude, such as -37:57:03.72 and 144:25:29.52";

@@ -6,8 +6,6 @@
 #pragma once
 #include <QHash>
 #include <QWidget>
-#include <functional>
-#include <string>
 #include <vector>
 
 #include "numerics/geodesy/coordinate_transforms.h"
@@ -26,9 +24,6 @@ class VexProjection : public QWidget {
   using Values = numerics::geodesy::CoordinateSystemValues;
 
   explicit VexProjection(QWidget* parent = nullptr);
-
-  /// What finds a fault in values that can be read, in words; the test point shows it.
-  void set_check(std::function<std::string(const Values&)> check);
 
   void show_values(const Values& values);
 
@@ -71,7 +66,6 @@ class VexProjection : public QWidget {
   void show_test_point();
 
   Values values_;
-  std::function<std::string(const Values&)> check_;
   bool updating_ = false;        // the controls are being filled
   bool datum_of_grid_ = false;   // the datum came with the Australian Map Grid
   bool own_test_point_ = false;  // the person has typed one
