@@ -89,8 +89,7 @@ struct Key {
   bool after_blank_line = false;
 };
 
-/// Every key behind the recent files, in the order of the file, which is also the order of looking for one in
-/// a line.
+/// Every key after the recent files, in the order of the file. A line has the first of them that it contains.
 constexpr std::array<Key, 39> keys = {{
     {"Opening picture: ", &State::opening_picture, true},
     {"Form Width : ", &State::form_width, true},
@@ -150,7 +149,7 @@ PreferencesState& state() {
   return preferences;
 }
 
-/// The text behind the first ":", trimmed; empty if there is none.
+/// The text after the first ":", trimmed; empty if there is none.
 std::string_view value_of(std::string_view line) {
   const std::size_t colon = line.find(':');
   return colon == std::string_view::npos ? std::string_view{} : trimmed(line.substr(colon + 1));
@@ -194,7 +193,7 @@ std::vector<std::string_view> lines_of(std::string_view text) {
   return lines;
 }
 
-/// Leaves no recent file behind a blank one.
+/// Leaves no recent file after a blank one.
 /// @return how many there are
 std::size_t end_recent_files_at_first_blank() {
   auto& files = session().recent_files;
@@ -212,7 +211,7 @@ bool apply_file_text(std::string_view text) {
     return false;
   }
   auto& files = session().recent_files;
-  std::size_t next = std::min<std::size_t>(2, lines.size());  // the second line says nothing
+  std::size_t next = std::min<std::size_t>(2, lines.size());  // the second line has no meaning
   for (std::size_t n = 0; n < files.size() && next < lines.size(); ++n) {
     const std::string_view line = lines[next++];
     if (trimmed(line).empty()) {
@@ -279,7 +278,7 @@ std::optional<std::string> contents_of(const std::string& path) {
 
 std::string path_in(const fs::path& directory) { return (directory / file_name).string(); }
 
-/// The working directory is taken now: opening a survey changes it.
+/// The path is a full one: opening a survey changes the working directory.
 std::string find_or_create_file() {
   std::string working = path_in(fs::current_path());
   const std::string& program = session().environment.program_directory;

@@ -1,16 +1,16 @@
 // preferences.h: the preferences file Brenlox.prf, a text of "key : value" lines.
 //
-// The recent files, the opening picture and the window's size stand in the session. The display scales are
-// kept for the sake of the file: they are read and written back, and nothing else uses them.
+// The recent files, the opening picture and the window's size are in the session. The file's display scales
+// are read and written back as they were; nothing else uses them.
 #pragma once
 #include <string>
 
 namespace Module_Brenlox {
 
-/// Puts every preference at its default, finds the file and reads it. Looked for in the working directory,
-/// the program's own, the per-user configuration directory, in this order; where there is none, a new one is
-/// written into the working directory, or the configuration directory if that can't be written to. A file
-/// without the right first line is told to the user and leaves the defaults.
+/// Sets every preference to its default, finds the file and reads it. It is looked for in the working
+/// directory, the program's own and the per-user configuration directory, in this order; if there is none, a
+/// new one is written to the working directory, or to the configuration directory if that can't be written
+/// to. A file without the right first line is reported to the user and leaves the defaults.
 ///
 /// session().recent_count stays 0 until refresh_recent_file_menu.
 void read_preferences();
@@ -19,7 +19,7 @@ void read_preferences();
 /// never read isn't overwritten by defaults; a failure leaves the earlier file whole.
 void write_preferences();
 
-/// Counts the recent files up to the first blank one, drops those behind it and writes the preferences. The
+/// Counts the recent files up to the first blank one, drops those after it and writes the preferences. The
 /// menu then shows recent_file_caption(n) for each.
 void refresh_recent_file_menu();
 

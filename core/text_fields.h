@@ -1,4 +1,4 @@
-// text_fields.h: the small tools that field files and output files are taken apart and put together with.
+// text_fields.h: small tools for parsing field files and composing output files.
 #pragma once
 #include <cstddef>
 #include <string>

@@ -42,7 +42,7 @@ class Preferences : public testing::Test {
 
 using Files = std::array<std::string, 6>;
 
-/// A file with a value of its own behind every key.
+/// A file with a value of its own for every key.
 constexpr std::string_view complete_file =
     "Brenlox user preferences\n\n"
     "File 1: C:\\one.mdb\nFile 2: /data/two.mdb\nFile 3: \nFile 4: \nFile 5: \nFile 6: \n\n"
