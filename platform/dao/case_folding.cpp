@@ -18,7 +18,7 @@ unsigned lower_of(unsigned letter) {
   if (letter == 0x178) {
     return 0xFF;
   }
-  // In these two stretches capitals and small letters take turns; capitals are odd in the second.
+  // In these two ranges capitals and small letters alternate; in the second, capitals are odd.
   if (within(0x100, 0x12F) || within(0x132, 0x137) || within(0x14A, 0x177)) {
     return letter | 1U;
   }

@@ -23,7 +23,7 @@ RowSource& open(const std::unique_ptr<RowSource>& rows) {
   throw Error("data type mismatch: field '" + field.name + "'");
 }
 
-// A computed field has no declared type; what it holds decides.
+// A computed field has no declared type; its value decides.
 template <class... Types>
 const Field& field_of_type(RowSource& rows, std::string_view name, Types... types) {
   const Field& field = rows.field(name);

@@ -1,4 +1,4 @@
-// row_source.h: the rows behind a recordset; what a dynaset and a snapshot have in common.
+// row_source.h: where a recordset gets its rows; what a dynaset and a snapshot have in common.
 #pragma once
 #include <algorithm>
 #include <cstdint>
@@ -16,7 +16,7 @@
 
 namespace dao {
 
-/// A column of a recordset. One that is computed has no type of its own; its values tell.
+/// A column of a recordset. A computed one has no declared type; each value has its own.
 struct Field {
   std::string name;
   const Column* column = nullptr;

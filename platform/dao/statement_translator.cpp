@@ -146,7 +146,7 @@ Fragment create_table(StatementReader& reader) {
   return {sql + ")", {}};
 }
 
-// Text is indexed as comparisons see it. The sum of two columns may stand for a column.
+// Text is indexed as comparisons see it. The sum of two columns can be indexed like a column.
 std::string indexed_column(StatementReader& reader, const TableDefinition& table) {
   const Column& column = column_of(table, reader.take_name());
   const std::string name = quoted_name(column.name);

@@ -1,8 +1,8 @@
 // statement_translator.h: statements of the dialect turned into SQL of the file's engine.
 //
-// Literals become bound parameters, so that statements of one wording share a prepared statement and nothing
-// that stands in a literal can change what a statement does. Nothing that the engine alone could understand
-// (own functions, own collations) enters the schema: any browser can open the file.
+// Literals become bound parameters, so that statements that differ in literals only share a prepared
+// statement and no literal can change what a statement does. The schema holds no functions or collations of
+// our own, so that any browser can open the file.
 #pragma once
 #include <functional>
 #include <string>
@@ -14,7 +14,7 @@
 
 namespace dao {
 
-/// Gives a table's definition; throws dao::Error for an unknown table.
+/// Returns a table's definition; throws dao::Error for an unknown table.
 using TableLookup = std::function<const TableDefinition&(std::string_view)>;
 
 struct SelectStatement {

@@ -102,7 +102,7 @@ class Lexer {
     return token;
   }
 
-  // The contents up to the closing sign, which can't stand in them.
+  // The contents up to the closing sign, which can't be part of them.
   std::string enclosed(char closing) {
     const std::size_t end = statement_.find(closing, place_ + 1);
     if (end == std::string_view::npos || end == place_ + 1) {
