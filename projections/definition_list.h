@@ -1,6 +1,6 @@
 // definition_list.h: the user's own list of coordinate systems, kept in the settings store.
 //
-// No name and no set of values stands in the list twice. Indices count from 1, as lists do; 0 is none.
+// No name and no set of values is in the list twice. Indices count from 1, as lists do; 0 is none.
 #pragma once
 #include <optional>
 #include <string>
@@ -11,8 +11,8 @@
 
 namespace Module_projections {
 
-/// The definitions, sorted by their names in upper case. Whoever works with the list keeps one of his own and
-/// fills it from the store.
+/// The definitions, sorted by their names in upper case. Each user of the list has a copy of its own, filled
+/// from the store.
 using CoordSystems = std::vector<CoordSystem>;
 
 /// Fills the list from the store. A malformed entry is deleted from the store.
@@ -42,10 +42,10 @@ int find_definition(const CoordSystems& coord_systems, std::string_view name);
 int find_definition(const CoordSystems& coord_systems,
                     const numerics::geodesy::CoordinateSystemValues& values);
 
-/// The text under which the store keeps a definition: its values with ";" between them.
+/// A definition as the store keeps it: its values with ";" between them.
 std::string definition_text(const numerics::geodesy::CoordinateSystemValues& values);
 
-/// The values of such a text. None for a malformed one; `fault` then names the first field that is.
+/// The values of such a text; none if it is malformed, and `fault` then names the first bad field.
 std::optional<numerics::geodesy::CoordinateSystemValues> definition_from_text(std::string_view text,
                                                                               std::string& fault);
 

@@ -30,7 +30,7 @@ bool has_selection(int index) {
   return false;
 }
 
-// The definition that has these values already, after telling so; 0 if none does.
+// The definition that has these values already, after a message; 0 if there is none.
 int already_defined(const CoordSystems& coord_systems, const CoordinateSystemValues& values, int except) {
   const int found = find_definition(coord_systems, values);
   if (found == 0 || found == except) {
@@ -40,8 +40,8 @@ int already_defined(const CoordSystems& coord_systems, const CoordinateSystemVal
   return found;
 }
 
-// Keeps a definition in the store, from which the list is made anew.
-int keep(CoordSystems& coord_systems, const CoordSystem& definition) {
+// Saves a definition to the store and fills the list from it again.
+int save(CoordSystems& coord_systems, const CoordSystem& definition) {
   if (add_coord_definitions_to_list(coord_systems, definition) == 0) {
     (void)save_coord_system_definitions(coord_systems, find_definition(coord_systems, definition.values()));
     (void)load_coord_system_definitions(coord_systems);
@@ -49,7 +49,7 @@ int keep(CoordSystems& coord_systems, const CoordSystem& definition) {
   return find_definition(coord_systems, definition.name);
 }
 
-CoordSystem made(const std::string& name, const CoordinateSystemValues& values) {
+CoordSystem named_definition(const std::string& name, const CoordinateSystemValues& values) {
   CoordSystem definition;
   definition.set_values(values);
   definition.name = joined_name(name, {});
@@ -62,7 +62,7 @@ bool is_current(const CoordSystem& definition) {
          compare_coordinate_system_values(definition, current);
 }
 
-// Lets the user's list know a definition. False if the user wants to keep another one of that name.
+// Adds a definition to the user's list. False if the user wants to keep another one of that name.
 bool join_list(CoordSystems& coord_systems, const CoordSystem& definition) {
   const int same_name = find_definition(coord_systems, definition.name);
   if (same_name > 0 && !compare_coordinate_system_values(at(coord_systems, same_name), definition)) {
@@ -104,7 +104,7 @@ int save_current(CoordSystems& coord_systems, int index, const CoordinateSystemV
     return index;
   }
   const int other = already_defined(coord_systems, values, index);
-  return other > 0 ? other : keep(coord_systems, made(at(coord_systems, index).name, values));
+  return other > 0 ? other : save(coord_systems, named_definition(at(coord_systems, index).name, values));
 }
 
 int save_new(CoordSystems& coord_systems, int index, const CoordinateSystemValues& values) {
@@ -123,7 +123,7 @@ int save_new(CoordSystems& coord_systems, int index, const CoordinateSystemValue
     forget_definition(at(coord_systems, same_name).name);
     coord_systems.erase(coord_systems.begin() + same_name - 1);
   }
-  return keep(coord_systems, made(name, values));
+  return save(coord_systems, named_definition(name, values));
 }
 
 int delete_current(CoordSystems& coord_systems, int index) {

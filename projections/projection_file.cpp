@@ -31,7 +31,7 @@ constexpr std::string_view header =
 constexpr std::string_view name_column = "Name";
 constexpr std::string_view description_column = "Description";
 constexpr std::string_view no_definition = "None";
-constexpr std::uintmax_t largest_file = 16U << 20U;  // bytes; a hundred thousand definitions
+constexpr std::uintmax_t max_file_size = 16U << 20U;  // bytes; a hundred thousand definitions
 
 // The next line without its end, which is CR, LF or CR LF. False at the end of the text.
 bool take_line(std::string_view& text, std::string_view& line) {
@@ -49,7 +49,7 @@ bool is_definition(std::string_view line) {
   return !trimmed(line).empty() && !line.starts_with(no_definition);
 }
 
-// Takes the text between quotes; a doubled quote stands for one. False if the closing one is missing.
+// Takes the text between quotes; a doubled quote means one. False if the closing one is missing.
 bool take_quoted(std::string_view& rest, std::string& field) {
   rest.remove_prefix(1);
   while (true) {
@@ -87,7 +87,7 @@ std::vector<std::string> csv_fields(std::string_view line) {
   return fields;
 }
 
-// Where the columns stand, as the header tells.
+// The places of the columns, from the header.
 class Columns {
  public:
   explicit Columns(std::string_view header_line) : titles_(csv_fields(header_line)) {
@@ -177,7 +177,7 @@ std::string file_text(const std::string& path) {
                              (errno != 0 ? std::generic_category().message(errno) : "this is no file"));
   }
   const std::uintmax_t size = fs::file_size(path, failure);
-  if (!failure && size > largest_file) {
+  if (!failure && size > max_file_size) {
     throw std::runtime_error(path + " is too large for a list of projections");
   }
   std::string bytes{std::istreambuf_iterator<char>(stream), {}};
@@ -195,7 +195,7 @@ std::string default_projection_file() {
   return (!fs::exists(of_user, missing) && fs::exists(of_program, missing) ? of_program : of_user).string();
 }
 
-// So that a file without definitions isn't met again at every start.
+// So that a file without definitions isn't read again at every start.
 void move_to_backup(const std::string& path) {
   safe_files::copy_into_place(path, path + ".bak");
   fs::remove(path);
@@ -244,7 +244,7 @@ CoordSystems definitions_from_csv(std::string_view bytes) {
   (void)take_line(rest, header_line);
 
   CoordSystems definitions;
-  std::optional<Columns> columns;  // of the header, which nobody needs while there is no definition
+  std::optional<Columns> columns;  // of the header; without a definition it isn't needed
   std::string_view line;
   for (std::size_t number = 2; take_line(rest, line); ++number) {
     if (!is_definition(line)) {

@@ -1,4 +1,4 @@
-// projection_file.h: definitions of coordinate systems in a CSV file, for handing them on.
+// projection_file.h: definitions of coordinate systems in a CSV file, for exchange.
 #pragma once
 #include <span>
 #include <string>
@@ -12,8 +12,8 @@ inline constexpr std::string_view projection_file_name = "projection.csv";
 
 /// Adds the definitions of a file to the list: all of them, or none if any line can't be read. A file
 /// without definitions is moved to its name + ".bak".
-/// @param path in: the file; empty for the default one, of the user's or else of the program's folder.
-///             out: the file that was looked for
+/// @param path  in: the file; empty for the default one, in the user's or else in the program's folder.
+///              out: the file that was looked for
 /// @return 0, or -1 after a message
 [[nodiscard]] int read_coord_projection_file(std::string& path, CoordSystems& coord_systems);
 

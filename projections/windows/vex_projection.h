@@ -1,8 +1,7 @@
 // vex_projection.h: the editor of one map coordinate system.
 //
-// It shows the values that count for the projection at hand, names datums and hemispheres, and works out a
-// test point with every change. Values that the projection hides keep what they were; a number that it has no
-// name for passes through untouched.
+// It shows the values that count for the current projection, names datums and hemispheres, and computes a
+// test point with every change. Hidden values stay as they were; a code without a known name is kept.
 #pragma once
 #include <QHash>
 #include <QWidget>
@@ -27,14 +26,14 @@ class VexProjection : public QWidget {
 
   void show_values(const Values& values);
 
-  /// The values as edited. A field that can't be read counts with its last good value; fault() tells of it.
+  /// The values as edited. A field that can't be read counts with its last good value; fault() reports it.
   [[nodiscard]] const Values& values() const { return values_; }
 
   /// What is wrong with the first field that can't be read; empty if all can.
   [[nodiscard]] QString fault() const;
 
  Q_SIGNALS:
-  /// The person has edited something.
+  /// The user has edited something.
   void values_changed();
 
  private:
@@ -67,8 +66,8 @@ class VexProjection : public QWidget {
 
   Values values_;
   bool updating_ = false;        // the controls are being filled
-  bool datum_of_grid_ = false;   // the datum came with the Australian Map Grid
-  bool own_test_point_ = false;  // the person has typed one
+  bool datum_of_grid_ = false;   // the datum was set with the Australian Map Grid
+  bool own_test_point_ = false;  // the user has typed one
   bool zone_number_readable_ = true;
   bool datum_readable_ = true;
   std::vector<NumberField> numbers_;

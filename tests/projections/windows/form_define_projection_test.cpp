@@ -1,4 +1,4 @@
-// The projection dialog and its editor, worked as a person does.
+// The projection dialog and its editor, used as a user does.
 #include "projections/windows/Form_define_projection.h"
 
 #include <QApplication>
