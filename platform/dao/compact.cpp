@@ -95,17 +95,19 @@ void recover_database(const std::string& path) {
 }
 
 void compact_database(const std::string& source, const std::string& destination) {
-  if (file_kind(source) == FileKind::genuine_jet) {
-    convert_jet_database(source, destination);
-    flush(destination);
-    return;
-  }
-  if (file_kind(source) == FileKind::unknown) {
+  const FileKind kind = file_kind(source);
+  if (kind == FileKind::unknown) {
     throw Error("file is not a database");
   }
-  make_new_file(destination);
+  if (kind == FileKind::genuine_jet) {
+    convert_jet_database(source, destination);
+  } else {
+    make_new_file(destination);
+  }
   try {
-    vacuum_into(source, destination);
+    if (kind == FileKind::survey_engine) {
+      vacuum_into(source, destination);
+    }
     flush(destination);
   } catch (...) {
     remove_database_file(destination);
