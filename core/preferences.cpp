@@ -181,18 +181,6 @@ std::string field_text(const Field& field) {
       field);
 }
 
-/// The lines of a text that ends them with CR LF, LF or CR.
-std::vector<std::string_view> lines_of(std::string_view text) {
-  std::vector<std::string_view> lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-    lines.push_back(text.substr(0, end));
-    text.remove_prefix(end);
-    text.remove_prefix(text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1);
-  }
-  return lines;
-}
-
 /// Leaves no recent file after a blank one.
 /// @return how many there are
 std::size_t end_recent_files_at_first_blank() {
@@ -206,22 +194,19 @@ std::size_t end_recent_files_at_first_blank() {
 }
 
 bool apply_file_text(std::string_view text) {
-  const std::vector<std::string_view> lines = lines_of(text);
-  if (lines.empty() || trimmed(lines.front()) != first_line) {
+  std::string_view line;
+  if (!take_line(text, line) || trimmed(line) != first_line) {
     return false;
   }
-  auto& files = session().recent_files;
-  std::size_t next = std::min<std::size_t>(2, lines.size());  // the second line has no meaning
-  for (std::size_t n = 0; n < files.size() && next < lines.size(); ++n) {
-    const std::string_view line = lines[next++];
-    if (trimmed(line).empty()) {
+  (void)take_line(text, line);  // the second line has no meaning
+  for (std::string& file : session().recent_files) {
+    if (!take_line(text, line) || trimmed(line).empty()) {
       break;  // the list ends early, and the line is used up
     }
-    files[n] = value_of(line);
+    file = value_of(line);
   }
   end_recent_files_at_first_blank();
-  for (; next < lines.size(); ++next) {
-    const std::string_view line = lines[next];
+  while (take_line(text, line)) {
     const auto key = std::ranges::find_if(
         keys, [&](const Key& k) { return line.find(trimmed(k.text)) != std::string_view::npos; });
     if (key != keys.end()) {

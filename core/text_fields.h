@@ -21,6 +21,10 @@ std::string pad_field(std::string_view text, std::size_t width);
 /// @return the item; empty when nothing is left
 std::string_view next_token(std::string_view& rest);
 
+/// Takes the next line of `text`, without its end, which is CR, LF or CR LF.
+/// @return false at the end of the text
+bool take_line(std::string_view& text, std::string_view& line);
+
 /// The first word of a line and the rest, with blank, comma, apostrophe and semicolon as delimiters.
 struct FirstToken {
   std::string token;

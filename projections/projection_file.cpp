@@ -33,18 +33,6 @@ constexpr std::string_view description_column = "Description";
 constexpr std::string_view no_definition = "None";
 constexpr std::uintmax_t max_file_size = 16U << 20U;  // bytes; a hundred thousand definitions
 
-// The next line without its end, which is CR, LF or CR LF. False at the end of the text.
-bool take_line(std::string_view& text, std::string_view& line) {
-  if (text.empty()) {
-    return false;
-  }
-  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-  line = text.substr(0, end);
-  text.remove_prefix(end);
-  text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, text.size()));
-  return true;
-}
-
 bool is_definition(std::string_view line) {
   return !trimmed(line).empty() && !line.starts_with(no_definition);
 }
