@@ -1,4 +1,4 @@
-// absent_value.h: what stands in readings, tables and plot data where there is no value.
+// absent_value.h: the value in readings, tables and plot data that means "no value".
 #pragma once
 
 inline constexpr float no_data = -1e32F;
