@@ -1,4 +1,4 @@
-// command.h: the commands of brenlox_batch. Each stands in a file of its own and adds itself to the program.
+// command.h: the commands of brenlox_batch, one file each, and what they share.
 #pragma once
 #include <functional>
 #include <string>
@@ -35,6 +35,12 @@ Command add_zonge_command(CLI::App& program);
 
 /// The whole path: opening a survey or a run moves to its folder, and relative paths mean another file then.
 std::string path_from_here(const std::string& path);
+
+/// Adds --overwrite: questions whether to replace a file are answered with yes.
+void add_overwrite_flag(CLI::App& parser, const char* help);
+
+/// Says what a stop has left, if the user has asked for one. @return whether they have
+bool report_stop(const char* what_it_left);
 
 /// Adds the positional SURVEY.mdb to a command.
 void add_survey_argument(CLI::App& parser, std::string& path);

@@ -1,5 +1,4 @@
 // brenlox_batch projection: the map projection of a survey.
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -93,7 +92,7 @@ int run_projection(ProjectionOptions& options) {
   if (options.name.empty()) {
     return with_open_survey(options.survey, show_projection);
   }
-  options.csv = std::filesystem::absolute(options.csv).string();
+  options.csv = path_from_here(options.csv);
   CoordSystem picked;
   if (!pick_definition(options, picked)) {
     return status_failed;

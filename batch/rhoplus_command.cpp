@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "batch/command.h"
-#include "batch/console_interface.h"
 #include "batch/reading_option.h"
 #include "batch/rhoplus_option.h"
 #include "output/rhoplus.h"
@@ -22,8 +21,7 @@ struct RhoplusOptions {
 int write_line(const RhoplusOptions& options) {
   Module_output::RhoplusCounts counts;
   const int status = Module_output::output_rhoplus(options.reading, options.directory, {}, counts);
-  if (status == 0 && user_interface().stop_requested()) {
-    user_interface().show_message("Stopped; the batch file holds the stations written so far");
+  if (status == 0 && report_stop("Stopped; the batch file holds the stations written so far")) {
     return -1;
   }
   if (status == 0) {

@@ -15,6 +15,9 @@ struct RunOptions {
   std::optional<int> iteration;  // none: the last one
 };
 
+/// Adds --control to a command.
+void add_control_option(CLI::App& parser, std::string& control_file);
+
 /// Adds the positional DIR, --control and --iteration to a command.
 void add_run_options(CLI::App& parser, RunOptions& options);
 
