@@ -70,7 +70,11 @@ Form_main::Form_main(QWidget* parent)
   Module_Brenlox::start_session(display_facts(*screen()));
   version_->setText("Brenlox Version " + QString::fromStdString(session().version_text));
   size_from_preferences();
-  connect_menus();
+  connect_file_menu();
+  connect_data_menus();
+  connect_output_menus();
+  connect_help_menu();
+  add_keys();
   Module_Brenlox::reset_session();
   show_no_survey();
 }
@@ -98,7 +102,7 @@ void Form_main::compose() {
 
   version_->setObjectName("Label_version");
   version_->setContentsMargins(0, 2, 9, 0);  // on the line of the menus
-  ui_->menu_bar->setCornerWidget(version_);  // a bar of its own would take room from the graphs
+  ui_->menu_bar->setCornerWidget(version_);  // a bar of its own would take space from the graphs
 
   resizer_->setObjectName("vxReSizer");
   resizer_->manage(ui_->Splitter_profile, {2.0, 3.0});
@@ -113,13 +117,13 @@ void Form_main::compose() {
   }
 }
 
-void Form_main::connect_menus() {
+void Form_main::connect_file_menu() {
   connect(ui_->menu_database_file_0, &QAction::triggered, this,
           [this] { change_survey(Module_Brenlox::create_chosen_survey); });
   connect(ui_->menu_database_file_1, &QAction::triggered, this,
           [this] { change_survey(Module_Brenlox::open_chosen_survey); });
   connect(ui_->menu_database_file_2, &QAction::triggered, this,
-          [this] { change_survey([] { return false; }); });
+          [this] { change_survey([] { return false; }); });  // opens none
   for (std::size_t index = 0; index < session().recent_files.size(); ++index) {
     connect(menu_item("menu_file_list", static_cast<int>(index)), &QAction::triggered, this,
             [this, index] { open_survey(QString::fromStdString(session().recent_files.at(index))); });
@@ -127,42 +131,53 @@ void Form_main::connect_menus() {
   connect(ui_->menu_saveas, &QAction::triggered, this, &Form_main::save_survey_as);
   connect(ui_->menu_line_document, &QAction::triggered, this, &Form_main::write_line_document);
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
+  connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
+          &QAction::trigger);
+  connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
+          &QAction::trigger);
+}
+
+void Form_main::connect_data_menus() {
   connect(ui_->menu_Recalculate_merged, &QAction::triggered, this, &Form_main::recalculate_merged);
   connect(ui_->menu_import_MT, &QAction::triggered, this, &Form_main::import_data);
   for (std::size_t index = 0; index < Module_database::viewed_tables.size(); ++index) {
     connect(menu_item("menu_view_table", static_cast<int>(index)), &QAction::triggered, this,
             [this, index] { view_table(Module_database::viewed_tables.at(index)); });
   }
-  connect(ui_->menu_occam2d, &QAction::triggered, this, [this] { menu_occam2d(this); });
-  connect(ui_->menu_tutorial, &QAction::triggered, help_key_, &HelpKey::show_tutorial);
-  connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
-  connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
-  connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
-  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
-  connect(ui_->menu_output_data_0, &QAction::triggered, this,
-          [this] { show_output_panel(Module_output::OutputKind::rhoplus); });
-  connect(ui_->menu_output_data_1, &QAction::triggered, this,
-          [this] { show_output_panel(Module_output::OutputKind::zonge); });
-  connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
-  connect(ui_->menu_occam2d_topo_mask, &QAction::triggered, this,
-          [this] { Form_occam2d_mask_topo(this).exec(); });
-  connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
-  connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
   Module_Brenlox::set_redo_listener([this](bool available) { ui_->menu_redo->setEnabled(available); });
-  connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
-          &QAction::trigger);
-  connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
-          &QAction::trigger);
+}
 
-  // "File" carries no mnemonic of its own; the hand still expects it under Alt+F.
+void Form_main::connect_output_menus() {
+  connect(ui_->menu_output_data_0, &QAction::triggered, this,
+          [this] { show_output_panel(Module_output::OutputKind::rhoplus); });
+  connect(ui_->menu_output_data_1, &QAction::triggered, this,
+          [this] { show_output_panel(Module_output::OutputKind::zonge); });
+  connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
+  connect(ui_->menu_occam2d, &QAction::triggered, this, [this] { menu_occam2d(this); });
+  connect(ui_->menu_occam2d_topo_mask, &QAction::triggered, this,
+          [this] { Form_occam2d_mask_topo(this).exec(); });
+  connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
+  connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
+}
+
+void Form_main::connect_help_menu() {
+  connect(ui_->menu_tutorial, &QAction::triggered, help_key_, &HelpKey::show_tutorial);
+  connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
+  connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
+  connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
+  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+}
+
+void Form_main::add_keys() {
+  // "File" has no mnemonic, but users expect it under Alt+F.
   auto* const file_key = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_F), this);
   connect(file_key, &QShortcut::activated, this,
           [this] { ui_->menu_bar->setActiveAction(ui_->menu_file->menuAction()); });
-  for (const int step : {-1, 1}) {  // of the row: while it is hidden, the keys are those of what is seen
+  for (const int step : {-1, 1}) {  // children of the row: without effect while it is hidden
     auto* const key =
         new QShortcut(QKeySequence(step < 0 ? Qt::Key_Left : Qt::Key_Right), ui_->Selection_row);
     connect(key, &QShortcut::activated, this, [this, step] { ui_->Selection_row->step_station(step); });
@@ -176,8 +191,7 @@ QAction* Form_main::menu_item(const char* array, int index) const {
 void Form_main::size_from_preferences() {
   const QSize stored(static_cast<int>(session().form_width), static_cast<int>(session().form_height));
   const QSize wanted = stored.width() > 0 && stored.height() > 0 ? stored : design_size;
-  resize(
-      wanted.boundedTo(screen()->availableGeometry().size()));  // a larger screen may have been left behind
+  resize(wanted.boundedTo(screen()->availableGeometry().size()));  // the size may come from a larger screen
 }
 
 void Form_main::open_survey(const QString& path) {
@@ -243,8 +257,8 @@ void Form_main::resizer_timer_event() {
   display_site_map();
 }
 
-// What is typed is stored on leaving the box, which a key of the menu doesn't do, and only while the survey
-// is open.
+// A typed value is stored when its box loses the focus, while the survey is still open. A shortcut of the
+// menu leaves the focus where it is.
 void Form_main::leave_text_box() {
   if (auto* const box = qobject_cast<QLineEdit*>(focusWidget())) {
     box->clearFocus();
@@ -268,12 +282,12 @@ void Form_main::set_database_menus(bool open) {
     item->setVisible(true);
     item->setEnabled(true);
   }
-  // One page goes before the other comes: squeezed in beside each other they would be laid out for nothing.
+  // Hides one page before it shows the other, so that neither is laid out in half the room.
   if (open) {
     ui_->Picture_open->hide();
     ui_->Frame_display->show();
     ui_->central->layout()->activate();
-    show_panels(true);  // before anything is drawn on them; the window may have been resized meanwhile
+    show_panels(true);  // before anything is drawn; the window may have been resized since
   } else {
     ui_->Frame_display->hide();
     ui_->Picture_open->show();

@@ -1,7 +1,6 @@
 // Form_main.h: the main window: menus, the display of the open survey, and the page shown without one.
 //
-// It composes the panels and passes each menu item on to the logic; it is the only window that lives as long
-// as the program.
+// It lays out the panels and passes each menu item on to the logic. It lives as long as the program.
 #pragma once
 #include <QMainWindow>
 #include <QTimer>
@@ -39,7 +38,11 @@ class Form_main : public QMainWindow {
 
  private:
   void compose();
-  void connect_menus();
+  void connect_file_menu();
+  void connect_data_menus();
+  void connect_output_menus();
+  void connect_help_menu();
+  void add_keys();
   void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
