@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-/// The icon comes with a library, whose resources nobody else would ask for. (Qt wants this one outside of
+/// A static library's resources are linked in only where they are asked for. (Qt wants the macro outside of
 /// any namespace.)
 static void load_icon() { Q_INIT_RESOURCE(brenlox); }
 

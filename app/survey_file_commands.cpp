@@ -38,20 +38,20 @@ bool file_exists(const std::string& path) {
   return fs::is_regular_file(path, unreadable);
 }
 
-// A survey is known by its file's name. A link to the present file is that file, whatever it is called.
-bool is_name_of_present_file(const std::string& path) {
-  const std::string& present = session().database_file;
+// A survey goes by its file's name. A link to the current file is that file, whatever it is called.
+bool is_name_of_current_file(const std::string& path) {
+  const std::string& current = session().database_file;
   std::error_code missing;
-  return file_exists(path) && (fs::path(path).filename() == fs::path(present).filename() ||
-                               fs::equivalent(path, present, missing));
+  return file_exists(path) && (fs::path(path).filename() == fs::path(current).filename() ||
+                               fs::equivalent(path, current, missing));
 }
 
 bool may_be_replaced(const std::string& path) {
   return !file_exists(path) || user_interface().ask_yes_no("The specified file already exists. Overwrite?");
 }
 
-// A file that is to be replaced may have a crashed run's journal beside it: the engine would play it into the
-// next file of that name, and the earlier file needs it if it has to be put back.
+// A file that is to be replaced may have a crashed run's journal beside it: the engine would replay it
+// into the next file of that name, and the earlier file needs it if it has to be restored.
 void settle_journal(const std::string& path) {
   for (const char* ending : {"-journal", "-wal"}) {
     if (file_exists(path + ending)) {
@@ -61,7 +61,7 @@ void settle_journal(const std::string& path) {
   }
 }
 
-// Keeps a file that is to be replaced under another name until its successor stands.
+// Keeps a file that is to be replaced under another name until the new one is in place.
 class FileSetAside {
  public:
   explicit FileSetAside(const std::string& path) : path_(path) {
@@ -86,14 +86,14 @@ class FileSetAside {
 
  private:
   std::string path_;
-  std::string aside_;  // empty: there is nothing to put back
+  std::string aside_;  // empty: nothing to restore
 };
 
 bool open() {
   if (Module_database::open_database() != 0) {
     return false;
   }
-  (void)Module_projections::apply_survey_projection();  // a survey without one has none in force
+  (void)Module_projections::apply_survey_projection();  // a survey may have none
   add_recent_file(session().database_file);
   return true;
 }
@@ -187,7 +187,7 @@ bool save_survey_as() {
     if (path.empty()) {
       return false;
     }
-    if (is_name_of_present_file(path)) {
+    if (is_name_of_current_file(path)) {
       user_interface().show_message("You must specify a name different from current database name");
       return false;
     }
