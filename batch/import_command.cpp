@@ -65,7 +65,7 @@ void print_scanned_stations() {
   }
 }
 
-/// Says which option would make more of the files.
+/// Says which option would read more out of the files.
 void print_hints(const ImportReport& report, const ImportChoices& choices) {
   const auto impedances_only = std::ranges::count_if(report.files, &FileReport::impedances_only);
   if (impedances_only > 0 && !choices.compute_from_impedance) {
@@ -79,7 +79,7 @@ void print_hints(const ImportReport& report, const ImportChoices& choices) {
   }
 }
 
-/// What readers tell of the blocks of their files, a list for each file.
+/// What readers report about the blocks of their files, a list for each file.
 void print_accounts(const ImportReport& report) {
   for (const FileReport& file : report.files) {
     std::string text = file.file + ":";
@@ -130,7 +130,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
   return result == 0 && !report.stopped && !report.has_failures() ? 0 : -1;
 }
 
-/// "START,WIDTH" into a decode row; the numbers themselves are judged with the other choices.
+/// "START,WIDTH" into a decode row; the numbers themselves are checked with the other choices.
 bool read_columns(const std::string& text, DecodeRow& row) {
   const std::size_t comma = text.find(',');
   const std::string start = text.substr(0, comma);
@@ -153,7 +153,7 @@ int run_import_command(ImportOptions& options) {
       return status_wrong_usage;
     }
   }
-  // Without files only the choices are tested, before anything is opened.
+  // Without files this only checks the choices, before anything is opened.
   ImportReport nothing;
   if (Module_data_file::run_import(options.choices, {}, ImportMode::scan, nothing) != 0) {
     return status_wrong_usage;

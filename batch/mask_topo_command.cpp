@@ -91,7 +91,7 @@ Command add_mask_topo_command(CLI::App& program) {
   parser->add_option("--datum", options->datum_elevation,
                      "elevation of the mesh's upper edge, m; else that of the highest point");
   add_overwrite_flag(*parser, "replace a file that exists");
-  parser->add_flag("--json", options->json, "tell what came of it as JSON");
+  parser->add_flag("--json", options->json, "report the result as JSON");
   return {parser, [options] { return run_mask_topo(*options); }};
 }
 

@@ -1,4 +1,4 @@
-// brenlox_batch new: makes an empty survey.
+// brenlox_batch new: creates an empty survey.
 #include <filesystem>
 #include <memory>
 
@@ -23,7 +23,7 @@ int create(const std::string& path) {
   return -1;
 }
 
-/// Puts a new survey in the place of a file; the file comes back if that fails.
+/// Replaces a file by a new survey; restores the file if that fails.
 int replace(const std::string& path) {
   if (!std::filesystem::is_regular_file(path)) {
     user_interface().show_message(path + " is not a file");
@@ -68,7 +68,7 @@ int run_new(const std::string& survey) {
 
 Command add_new_command(CLI::App& program) {
   const auto survey = std::make_shared<std::string>();
-  CLI::App* parser = program.add_subcommand("new", "Makes an empty survey");
+  CLI::App* parser = program.add_subcommand("new", "Creates an empty survey");
   add_survey_argument(*parser, *survey);
   add_overwrite_flag(*parser, "replace a file that exists");
   return {parser, [survey] { return run_new(*survey); }};

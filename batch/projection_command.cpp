@@ -68,7 +68,7 @@ int show_projection() {
   return 0;
 }
 
-/// Takes the definition of that name out of the file. False after a message that tells the names there are.
+/// Finds the definition of that name in the file. False after a message that lists the names in it.
 bool pick_definition(ProjectionOptions& options, CoordSystem& picked) {
   if (Module_projections::read_coord_projection_file(options.csv) != 0) {
     return false;

@@ -45,7 +45,7 @@ Command add_rhoplus_command(CLI::App& program) {
       program.add_subcommand("rhoplus", "Writes the merged curves of a line as Rho+ control files");
   add_survey_argument(*parser, options->survey);
   add_reading_options(*parser, options->reading);
-  parser->add_option("--directory", options->directory, "folder of the files, made if it is missing")
+  parser->add_option("--directory", options->directory, "folder of the files, created if it is missing")
       ->required();
   add_rhoplus_options(*parser, options->settings);
   return {parser, [options] { return run_rhoplus(*options); }};
