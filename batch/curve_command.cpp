@@ -63,7 +63,7 @@ std::optional<float> only_scan_rate(const CurveOptions& options) {
     }
     rate = rows.get_single("SampleRate");
   }
-  return rate ? rate : 0.0F;  // nothing there: the search itself finds that out
+  return rate ? rate : 0.0F;  // no reading: the search reports that
 }
 
 /// @return 0, or -1 after a message
@@ -81,7 +81,7 @@ int load_reduced(const CurveOptions& options, StoredReading& reading) {
                                                    key, reading);
 }
 
-/// A single as the decimal that people know it by.
+/// The shortest decimal of a single: 0.1, not 0.100000001.
 double json_number(float value) { return decimal_of_single(value); }
 
 nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {

@@ -38,7 +38,7 @@ Json model_json(const std::vector<numerics::rhoplus::RhoplusLayer>& model) {
   return layers;
 }
 
-/// Conductances in S at depths in m; null stands for a perfect conductor.
+/// Conductances in S at depths in m; null is a perfect conductor.
 Json station_json(double station, const StationInversion& inversion) {
   Json json{{"station", station}, {"status", inversion.run.status}};
   if (inversion.run.status == numerics::rhoplus::rhoplus_ran) {

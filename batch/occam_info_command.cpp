@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "batch/command.h"
+#include "batch/run_option.h"
 #include "core/number_text.h"
 #include "occam/results/run_summary.h"
 
@@ -115,8 +116,7 @@ Command add_occam_info_command(CLI::App& program) {
   CLI::App* parser =
       program.add_subcommand("occam-info", "Shows what a run directory of a two-dimensional inversion holds");
   parser->add_option("DIR", options->directory, "the run directory")->required();
-  parser->add_option("--control", options->control_file,
-                     "file that names model and data, if it is neither startup nor an iteration file");
+  add_control_option(*parser, options->control_file);
   parser->add_flag("--json", options->json,
                    "as JSON: sites with offsets and nodes, mesh, layers, blocks, parameters, iterations");
   return {parser, [options] { return run_occam_info(*options); }};

@@ -1,5 +1,4 @@
 // brenlox_batch projection: the map projection of a survey.
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -69,7 +68,7 @@ int show_projection() {
   return 0;
 }
 
-/// Takes the definition of that name out of the file. False after a message that tells the names there are.
+/// Finds the definition of that name in the file. False after a message that lists the names in it.
 bool pick_definition(ProjectionOptions& options, CoordSystems& list, CoordSystem& picked) {
   if (Module_projections::read_coord_projection_file(options.csv, list) != 0) {
     return false;
@@ -92,7 +91,7 @@ int run_projection(ProjectionOptions& options) {
   if (options.name.empty()) {
     return with_open_survey(options.survey, show_projection);
   }
-  options.csv = std::filesystem::absolute(options.csv).string();
+  options.csv = path_from_here(options.csv);
   CoordSystems list;
   CoordSystem picked;
   if (!pick_definition(options, list, picked)) {

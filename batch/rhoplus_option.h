@@ -1,4 +1,4 @@
-// rhoplus_option.h: the options that stand for the settings of Rho+ inversion.
+// rhoplus_option.h: the options for the settings of Rho+ inversion.
 #pragma once
 #include <CLI/CLI.hpp>
 

@@ -1,5 +1,5 @@
-// The panels of the main window on a made survey: stations are stepped through, points and repeats switched,
-// outliers clipped, and all of it undone and redone, by the named controls.
+// The panels of the main window on a synthetic survey: stations are stepped through, points and repeats
+// switched, outliers clipped, and all of it undone and redone, by the named controls.
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>

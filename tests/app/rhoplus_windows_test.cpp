@@ -1,4 +1,4 @@
-// The windows of Rho+ inversion beside the main window, on a made line, by the named controls.
+// The windows of Rho+ inversion beside the main window, on a synthetic line, by the named controls.
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>

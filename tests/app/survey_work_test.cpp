@@ -1,4 +1,4 @@
-// A person's work on a survey, from field files to a copy of the edited survey, by the controls of the
+// A user's work on a survey, from field files to a copy of the edited survey, by the controls of the
 // windows.
 #include <QAction>
 #include <QApplication>
@@ -331,7 +331,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     QCOMPARE(control<QComboBox>("Combo_line")->count(), 2);
     QCOMPARE(session().frequency_count, 10);
     QCOMPARE(session().frequency_list.front(), 0.5F);
-    QCOMPARE(text("Text_sample_station"), QString("200"));  // where the person was before
+    QCOMPARE(text("Text_sample_station"), QString("200"));  // where the user was before
     QCOMPARE(control<QScrollBar>("HScroll_repeat")->maximum(), 4);
     QCOMPARE(control<QScrollBar>("HScroll_repeat")->value(), 3);
     QTest::keyClick(window_.get(), Qt::Key_Left);
@@ -398,10 +398,10 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     QCOMPARE(different.size(), files.size());
     QVERIFY(made::whole_readings_table() == readings);
     QVERIFY(QApplication::activeModalWidget() == nullptr);
-    const Messages told = interface_->take_messages();
-    QCOMPARE(told.size(), 2U);
-    QCOMPARE(told[0], std::string("Data scan complete"));
-    QVERIFY(told[1].starts_with("The mesh limits how exact the response is"));  // that of the small run
+    const Messages shown = interface_->take_messages();
+    QCOMPARE(shown.size(), 2U);
+    QCOMPARE(shown[0], std::string("Data scan complete"));
+    QVERIFY(shown[1].starts_with("The mesh limits how exact the response is"));  // that of the small run
   }
 };
 
