@@ -10,6 +10,7 @@
 
 #include "app/main_view.h"
 #include "database/table_rows.h"
+#include "import/import_choices.h"
 #include "output/output_choices.h"
 #include "platform/widgets/vex_control_resizer.h"
 
@@ -32,6 +33,9 @@ class Form_main : public QMainWindow, private MainView {
 
   /// Opens a survey as the recent files menu does.
   void open_survey(const QString& path);
+
+  /// What the import dialog takes the names of field files for; it stays from one import to the next.
+  [[nodiscard]] Module_data_file::DecodeTable& import_decode() { return import_decode_; }
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -72,5 +76,6 @@ class Form_main : public QMainWindow, private MainView {
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
+  Module_data_file::DecodeTable import_decode_;
   QPointer<Form_tutorial> tutorial_;  // made when it is first asked for
 };

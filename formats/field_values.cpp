@@ -4,9 +4,9 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/remarks.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats {
 
 namespace {
 
@@ -72,4 +72,4 @@ const char* field_values_detail::take_odd_value(const char* place, const char* l
   return after;
 }
 
-}  // namespace Module_data_file
+}  // namespace formats

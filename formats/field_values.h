@@ -12,9 +12,9 @@
 #include <system_error>
 
 #include "core/absent_value.h"
-#include "import/import_report.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats {
 
 inline constexpr double largest_value = 1e30;
 
@@ -72,4 +72,4 @@ inline const char* take_value(const char* place, const char* line_end, double& v
   return field_values_detail::take_odd_value(place, line_end, value, report, line_number, odd_text);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats

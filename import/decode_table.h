@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "import/reading_record.h"
+#include "import/import_choices.h"
 
 namespace Module_data_file {
 

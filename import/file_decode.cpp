@@ -1,7 +1,6 @@
 #include "import/file_decode.h"
 
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <filesystem>
 #include <optional>
@@ -12,9 +11,13 @@
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "formats/head_dates.h"
-#include "formats/remarks.h"
 
 namespace Module_data_file {
+
+using formats::FileReport;
+using formats::head_date;
+using formats::in_quotes;
+using formats::remark_unreadable;
 
 namespace {
 
@@ -196,13 +199,6 @@ double date_in_columns(std::string_view line, std::array<std::int32_t, 3> starts
   return day_count(static_cast<int>(year), static_cast<int>(month), static_cast<int>(day));
 }
 
-double today() {
-  const auto now = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
-  const std::chrono::year_month_day date{now};
-  return day_count(static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-                   static_cast<int>(static_cast<unsigned>(date.day())));
-}
-
 bool next_filled_line(LineReader& reader, std::string& line) {
   std::string_view bytes;
   while (reader.next(bytes)) {
@@ -240,7 +236,7 @@ void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sam
     read_edi_head(reader, record, report);
   } else if (line.find("FREQUENCY DOMAIN EM DATA") != std::string::npos) {
     record.file_format = format_em1dfm;
-    record.DateCollected = record.DateAnalysed = today();
+    record.DateCollected = record.DateAnalysed = day_count(today());
   } else if (line.size() == 4 && is_numeric(line)) {
     record.file_format = format_zonge_raw;
     if (next_filled_line(reader, line)) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "import/import_report.h"
+#include "formats/file_report.h"
 #include "import/reading_record.h"
 
 namespace Module_data_file {
@@ -47,12 +47,12 @@ std::string choices_fault(ImportChoices& choices);
 /// file, into the record and the sample fields. What can't be read goes into the report. Throws
 /// std::runtime_error if the file can't be read.
 void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
-                         FileReport& report);
+                         formats::FileReport& report);
 
 /// decode_file_format and, if that passed, display_file_format.
 /// @return 0; -1 at a fault of the choices, after its message
 [[nodiscard]] int display_file_decode(const std::string& file, ReadingRecord& record, SampleFields& sample,
-                                      FileReport& report);
+                                      formats::FileReport& report);
 
 /// The last component of a path, as UTF-8.
 std::string file_name_of(const std::string& path);

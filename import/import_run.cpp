@@ -6,6 +6,7 @@
 #include <set>
 #include <system_error>
 #include <tuple>
+#include <utility>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
@@ -15,14 +16,16 @@
 #include "database/survey_database.h"
 #include "import/file_decode.h"
 #include "import/natural_order.h"
-#include "import/readers/edi_reference_place.h"
-#include "import/readers/field_reader.h"
+#include "import/readers/edi_converted_place.h"
+#include "import/readers/reader_table.h"
 #include "import/store_blocks.h"
 #include "projections/survey_projection.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
 
 namespace Module_data_file {
+
+using formats::FileReport;
 
 namespace {
 
@@ -118,17 +121,15 @@ void end_transaction(dao::Transaction& transaction, const StoreNotes& notes, Fil
 }
 
 // Reads one file as one transaction. False if the survey takes no more files.
-bool import_in_transaction(FieldReader read, const std::string& file, FileReport& report, StoreNotes& notes,
-                           const FileProgress& progress) {
+bool import_in_transaction(FieldReader read, FileTask& task) {
   const int result = trap_errors(import_failed, [&] {
     try {
       dao::Transaction transaction(open_survey().database);
-      // Its failure stands in the report, and the person has seen the message.
-      (void)read(ImportMode::import, file, report, notes, progress);
-      end_transaction(transaction, notes, report);
+      (void)read(task);  // its failure is in the report, and the user has seen the message
+      end_transaction(transaction, task.notes, task.report);
     } catch (const std::exception& failure) {
-      report.readings = 0;
-      report.failure = std::string(import_failed) + failure.what();
+      task.report.readings = 0;
+      task.report.failure = std::string(import_failed) + failure.what();
       throw;
     }
   });
@@ -141,8 +142,9 @@ bool import_in_transaction(FieldReader read, const std::string& file, FileReport
 bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }
 
 // True if the run may go on with the next file.
-bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, StoreNotes& notes,
-                 const FileProgress& progress) {
+bool import_file(FileTask& task) {
+  ReadingRecord& record = task.record;
+  FileReport& report = task.report;
   std::error_code ignored;
   if (!std::filesystem::exists(report.file, ignored)) {
     report.failure = "the file doesn't exist";
@@ -151,7 +153,7 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   try {
     SampleFields sample;
     display_file_format(report.file, record, sample, report);
-    if (mode == ImportMode::import && record.choices.convert_coordinates && is_edi(record.file_format)) {
+    if (task.is_import() && record.choices.convert_coordinates && is_edi(record.file_format)) {
       record.converted_place = converted_edi_place(report.file, report);
     }
   } catch (const std::exception& failure) {
@@ -165,10 +167,10 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
     return true;
   }
   bool go_on = true;
-  if (mode == ImportMode::import) {
-    go_on = import_in_transaction(read, report.file, report, notes, progress);
+  if (task.is_import()) {
+    go_on = import_in_transaction(read, task);
   } else {
-    (void)read(mode, report.file, report, notes, progress);
+    (void)read(task);
   }
   if (report.readings == 0 && report.failure.empty()) {
     report.failure = "the file gave no reading";
@@ -177,9 +179,8 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   return go_on;
 }
 
-Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ImportReport& report,
-                     const FileBegins& file_begins) {
-  ReadingRecord& record = reading_record();
+Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& record,
+                     ImportReport& report, const FileBegins& file_begins) {
   WorkProgress progress(mode == ImportMode::import ? "Importing data files" : "Scanning data files",
                         files.size());
   std::string last_failure;
@@ -192,10 +193,11 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Imp
     FileReport& file_report = report.files.emplace_back();
     file_report.file = files[index];
     StoreNotes notes;
-    const bool go_on =
-        import_file(mode, record, file_report, notes, [&](std::int64_t read, std::int64_t size) {
-          progress.show(index, size > 0 ? static_cast<double>(read) / static_cast<double>(size) : 0.0);
-        });
+    FileTask task{mode, files[index], record, file_report, notes, [&](std::int64_t read, std::int64_t size) {
+                    progress.show(index,
+                                  size > 0 ? static_cast<double>(read) / static_cast<double>(size) : 0.0);
+                  }};
+    const bool go_on = import_file(task);
     same_failures = notes.failure.empty() ? 0 : (notes.failure == last_failure ? same_failures + 1 : 1);
     last_failure = notes.failure;
     return go_on && same_failures < repeated_failures ? 0 : -1;
@@ -280,10 +282,10 @@ void report_files_left(const std::vector<std::string>& files, ImportReport& repo
   }
 }
 
-int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& report,
+int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& record, ImportReport& report,
         const FileBegins& file_begins) {
-  ReadingRecord& record = reading_record();
-  const Outcome imported = files.empty() ? Outcome::finished : import_files(mode, files, report, file_begins);
+  const Outcome imported =
+      files.empty() ? Outcome::finished : import_files(mode, files, record, report, file_begins);
   if (imported == Outcome::failed) {
     report_files_left(files, report);
   }
@@ -302,23 +304,17 @@ int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& re
 
 }  // namespace
 
-ReadingRecord& reading_record() {
-  static ReadingRecord record;
-  return record;
-}
-
 int run_import(const ImportChoices& choices, const std::vector<std::string>& files, ImportMode mode,
                ImportReport& report, const FileBegins& file_begins) {
-  ReadingRecord& record = reading_record();
-  record = ReadingRecord{};
+  ReadingRecord record;
   record.choices = choices;
   report = ImportReport{};
   if (test_choices(mode, record) != 0) {
     return -1;
   }
   const BusyPointer busy;
-  const int result = run(mode, files, report, file_begins);
-  last_import_report() = report;
+  const int result = run(mode, files, record, report, file_begins);
+  report.stations = std::move(record.scan_list);
   return result;
 }
 

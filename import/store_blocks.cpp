@@ -150,12 +150,11 @@ bool sort_curve(Curve& curve) {
   return false;
 }
 
-int store_header_block(StoreNotes& notes) {
-  return store_with_notes(notes, [&] { store_header(reading_record(), notes); });
+int store_header_block(ReadingRecord& record, StoreNotes& notes) {
+  return store_with_notes(notes, [&] { store_header(record, notes); });
 }
 
-int store_data_block(std::string_view data_type, StoreNotes& notes) {
-  ReadingRecord& record = reading_record();
+int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNotes& notes) {
   const int order_result = sort_curve(record.curve) ? 0 : -1;
   if (store_with_notes(notes, [&] { store_data(record, trimmed(data_type)); }) != 0) {
     return -1;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Module_data_file {
+namespace formats::edi {
 
 /// A sensor as the head of the file tells it; X is north, Y is east, Z the elevation, all in m.
 struct EdiChannel {
@@ -41,4 +41,4 @@ class EdiChannelList {
   std::string reference_id_;  // of the magnetic channels met so far
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -6,7 +6,7 @@
 #include "core/text_fields.h"
 #include "formats/field_values.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 bool EdiLines::skip_to_tag() {
   while (next()) {
@@ -55,4 +55,4 @@ std::optional<std::string> sectid_option(std::string_view line) {
   return std::string(id);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -10,7 +10,7 @@
 
 #include "core/line_reader.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 /// Goes from line to line. `reader` must outlive it.
 class EdiLines {
@@ -56,4 +56,4 @@ double option_number(std::string_view line, std::string_view key);
 /// The value of SECTID in a line in upper case, without its quotes; none if the line has none.
 std::optional<std::string> sectid_option(std::string_view line);
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -15,9 +15,9 @@
 #include "formats/edi/edi_channels.h"
 #include "formats/edi/edi_lines.h"
 #include "formats/edi/spectra_channels.h"
-#include "import/import_report.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 struct SpectraSection : EdiSectionHead {
   std::int64_t number = 0;        // from 1
@@ -77,4 +77,4 @@ class EdiSpectraParser {
   std::vector<NamedChannel> named_;
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

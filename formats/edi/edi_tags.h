@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "formats/edi/edi_parser.h"
+#include "formats/edi/edi_section.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 enum class EdiTagKind {
   frequencies,
@@ -35,4 +35,4 @@ const EdiTag* find_edi_tag(std::string_view name);
 /// beginning of END is none.
 bool is_cut_edi_tag(std::string_view name);
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -4,9 +4,9 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/remarks.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
@@ -41,4 +41,4 @@ void ZongeAccount::ignored(std::int64_t line_number, const std::string& text) {
   remark_ignored(report_, line_number, text);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

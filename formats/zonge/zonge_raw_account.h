@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "formats/file_report.h"
 #include "formats/zonge/zonge_raw_block.h"
-#include "import/import_report.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 class ZongeAccount {
  public:
@@ -51,4 +51,4 @@ class ZongeAccount {
 /// Bytes of the file as the account shows them: as UTF-8, cut to a readable length.
 std::string shown_bytes(std::string_view bytes);
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 inline constexpr std::size_t zonge_channel_limit = 64;   // of a block
 inline constexpr std::size_t zonge_harmonic_limit = 64;  // of a block
@@ -65,4 +65,4 @@ struct ZongeSurvey {
   std::array<ZongeInput, zonge_channel_limit + 1> inputs;  // by channel number; the first is unused
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

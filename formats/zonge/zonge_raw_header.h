@@ -10,24 +10,21 @@
 #include "formats/zonge/zonge_raw_block.h"
 #include "formats/zonge/zonge_raw_line.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 /// Reads the block's first line: type word, date, time, voltage, then keywords.
-void read_type_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
+void read_type_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
 
 /// True if the line has a keyword.
-bool has_keyword(const ZongeLine& line);
+bool has_keyword(const RawLine& line);
 
 /// True if the line begins with a frequency: "8 Hz ...", "4kHz ...".
-bool begins_with_frequency(const ZongeLine& line);
+bool begins_with_frequency(const RawLine& line);
 
 /// Reads a line of keywords into the block and what carries over.
-void read_keyword_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
+void read_keyword_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
 
 /// Takes the configuration that a block names: "Vector", "Tensor" or "AMT".
 void take_configuration(const char* configuration, ZongeSurvey& survey, ZongeAccount& account);
 
-/// The number of a token in base units: "4kHz" is 4000, "125 mHz" is 0.125.
-double number_in_base_units(const ZongeToken& token);
-
-}  // namespace Module_data_file
+}  // namespace formats::zonge

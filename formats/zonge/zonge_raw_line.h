@@ -11,9 +11,9 @@
 #include <string_view>
 #include <vector>
 
-namespace Module_data_file {
+namespace formats::zonge {
 
-struct ZongeToken {
+struct RawToken {
   std::string_view text;   // as it stands in the file, without its unit if that is a token of its own
   std::string_view upper;  // the same in upper case
   bool is_number = false;  // a number, alone or with a unit behind it
@@ -21,14 +21,14 @@ struct ZongeToken {
   std::string_view unit;  // upper case; empty if there is none
 };
 
-class ZongeLine {
+class RawLine {
  public:
   /// Takes a line; tokens hold until the next call.
   void assign(std::string_view line, std::int64_t line_number);
 
-  [[nodiscard]] const std::vector<ZongeToken>& tokens() const { return tokens_; }
+  [[nodiscard]] const std::vector<RawToken>& tokens() const { return tokens_; }
   [[nodiscard]] std::size_t size() const { return tokens_.size(); }
-  [[nodiscard]] const ZongeToken& operator[](std::size_t index) const { return tokens_[index]; }
+  [[nodiscard]] const RawToken& operator[](std::size_t index) const { return tokens_[index]; }
   [[nodiscard]] std::string_view text() const { return text_; }    // trimmed
   [[nodiscard]] std::string_view upper() const { return upper_; }  // the same in upper case
   [[nodiscard]] std::int64_t number() const { return number_; }    // from 1
@@ -43,7 +43,7 @@ class ZongeLine {
   std::string text_;
   std::string upper_;
   std::int64_t number_ = 0;
-  std::vector<ZongeToken> tokens_;
+  std::vector<RawToken> tokens_;
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -8,7 +8,7 @@
 #include "formats/zonge/zonge_raw_channels.h"
 #include "formats/zonge/zonge_raw_header.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
@@ -50,12 +50,12 @@ bool is_number_line(std::string_view text) {
 }
 
 // "3 Hz 150 0.01 45 0 ..." is a channel once the block's frequency is known.
-bool is_vertical_field(const ZongeLine& line, const ZongeBlock& block) {
+bool is_vertical_field(const RawLine& line, const ZongeBlock& block) {
   constexpr std::size_t numbers_behind = 4;
   const auto& tokens = line.tokens();
   return block.base_frequency && tokens[0].unit.empty() && tokens.size() >= 2 + numbers_behind &&
          std::all_of(tokens.begin() + 2, tokens.begin() + 2 + numbers_behind,
-                     [](const ZongeToken& token) { return token.is_number; });
+                     [](const RawToken& token) { return token.is_number; });
 }
 
 bool has_word(std::string_view upper_line, std::string_view word) {
@@ -200,7 +200,7 @@ bool ZongeRawParser::read_mt_line(ZongeBlock& block) {
   if (tokens.empty()) {
     return true;
   }
-  if (std::ranges::any_of(tokens, [](const ZongeToken& token) { return token.upper.starts_with("ABORT"); })) {
+  if (std::ranges::any_of(tokens, [](const RawToken& token) { return token.upper.starts_with("ABORT"); })) {
     block.aborted = true;
     account_.tell(aborted_text);
     return true;
@@ -227,7 +227,7 @@ bool ZongeRawParser::read_numbers(ZongeBlock& block) {
   constexpr std::ptrdiff_t numbers_of_a_damaged_line = 4;  // behind a channel that can't be read
   const auto& tokens = line_.tokens();
   if (!tokens.front().is_number &&
-      std::ranges::count_if(tokens, &ZongeToken::is_number) < numbers_of_a_damaged_line) {
+      std::ranges::count_if(tokens, &RawToken::is_number) < numbers_of_a_damaged_line) {
     return false;
   }
   if (block.in_harmonics) {
@@ -238,4 +238,4 @@ bool ZongeRawParser::read_numbers(ZongeBlock& block) {
   return true;
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

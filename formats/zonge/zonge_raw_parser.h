@@ -24,7 +24,7 @@
 #include "formats/zonge/zonge_raw_line.h"
 #include "formats/zonge/zonge_raw_table.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 inline constexpr std::string_view aborted_text = "Reading was aborted by the operator";
 
@@ -56,11 +56,11 @@ class ZongeRawParser {
   ZongeAccount& account_;
   ZongeSurvey survey_;
   ZongeChannelTable table_{survey_, account_};
-  ZongeLine line_;
+  RawLine line_;
   bool line_waits_ = false;  // line_ is the first of the next block
   bool blank_before_ = false;
   bool numbered_ = false;  // the block at hand began with its number
   std::int64_t last_number_ = 0;
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

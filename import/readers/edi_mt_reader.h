@@ -8,12 +8,9 @@
 
 namespace Module_data_file {
 
-/// Reads each section of the file into reading_record(); an import stores it as four readings, one for each
-/// tensor element. A scan stores nothing. Both leave the stations met in the record's scan list and let
-/// EventNumber and Station run on.
-/// @return 0 when done, also if the file is cut short (the report says so); -1 after a message
-[[nodiscard]] int read_edi_mt(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                              const FileProgress& progress = {});
+/// Reads each section of the file; an import stores it as four readings, one for each tensor element. A
+/// FieldReader. EventNumber and Station of the record run on from section to section.
+[[nodiscard]] int read_edi_mt(FileTask& task);
 
 /// What a person should know of a file before choosing how to import it.
 struct EdiTraits {

@@ -6,7 +6,6 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "import/import_report.h"
 #include "import/readers/field_reader.h"
 #include "import/reading_record.h"
 #include "import/store_blocks.h"
@@ -27,7 +26,7 @@ void find_station_of_record(ReadingRecord& record, MapPlace map_place = MapPlace
 
 /// Counts the record's curve as a reading of this type and, in an import, stores it.
 /// @return false after a failure, whose message was shown
-bool take_reading(ImportMode mode, std::string_view data_type, FileReport& report, StoreNotes& notes);
+bool take_reading(FileTask& task, std::string_view data_type);
 
 /// Notes the record's station, and the types of the readings met at it, among what this import touched.
 void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_view> data_types);
@@ -57,8 +56,8 @@ void set_tensor_point(const TensorPoint& point, Module_database::Curve& curve, s
 /// atan2 in degrees, 360 added below -90.
 double raised_phase(double imaginary, double real);
 
-/// Runs a reader: a failure is one message and stands in the report.
+/// Runs a reader: a failure is one message, and the report has it too.
 /// @param read gives 0, or -1 after a message, whose text the notes have
-int run_reader(FileReport& report, StoreNotes& notes, const std::function<int()>& read);
+int run_reader(FileTask& task, const std::function<int()>& read);
 
 }  // namespace Module_data_file

@@ -15,6 +15,7 @@
 #include "ui_Form_import_report.h"
 
 using namespace Module_data_file;
+using formats::FileReport;
 
 namespace {
 

@@ -14,6 +14,7 @@
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_data_file;
+using formats::FileReport;
 
 namespace {
 

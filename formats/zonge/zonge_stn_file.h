@@ -1,22 +1,23 @@
 // zonge_stn_file.h: the file of station places beside a raw receiver file.
 //
-// A line for each station: number, map x (east), map y (north), elevation, m. Lines that don't begin with a
-// number ("/line 200") are comments.
+// A line for each station: number, map x (east), map y (north), elevation, all in m. Lines that don't begin
+// with a number ("/line 200") are comments.
 #pragma once
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "database/stations.h"
-#include "import/import_report.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 inline constexpr const char* no_stn_file_text = "No stn file was located";
 
 struct ZongeStation {
   double station = 0.0;
-  Module_database::GivenPlace place;
+  double x = 0.0;  // m, east
+  double y = 0.0;  // m, north
+  double elevation = 0.0;
 };
 
 /// The companion of a raw file: its name with the last three characters replaced by "stn", else "utm.stn" in
@@ -27,4 +28,4 @@ std::optional<std::string> find_stn_file(const std::string& raw_file);
 /// file can't be read.
 std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report);
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge
