@@ -37,7 +37,7 @@ bool ends_with_digit(std::string_view text) {
   return !text.empty() && text.back() >= '0' && text.back() <= '9';
 }
 
-// The line's number and normal form; the fault is empty if there is none.
+// The line's number and normal form; the fault is empty if it is valid.
 std::string line_fault(std::string_view text, LineDirection direction, double& number, std::string& line) {
   const std::string typed = upper_case(trimmed(text));
   double value = 0.0;
@@ -61,7 +61,7 @@ std::string line_fault(std::string_view text, LineDirection direction, double& n
     value = numeric_value(digits);
     if (letter == 'W' || letter == 'S') {
       value = -value;
-      if (value > 0.0) {  // "-200S" lies on the other side
+      if (value > 0.0) {  // "-200S" is on the other side
         letter = letter == 'S' ? 'N' : 'E';
         value = -value;
       }
@@ -183,7 +183,7 @@ void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report
     } else if (equal_ignoring_case(keyword.substr(0, 5), "UNITS")) {
       const std::size_t equals = line.find('=');
       if (equals != std::string_view::npos && equal_ignoring_case(trimmed(line.substr(equals + 1)), "FT")) {
-        record.length_unit_factor = 0;  // the whole part of 0.3048; lengths are taken as they stand
+        record.length_unit_factor = 0;  // the whole part of 0.3048; lengths are stored as they are
       }
     }
   }
@@ -276,7 +276,7 @@ int decode_line(ShowFault show, std::string_view text, LineDirection direction, 
 void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
                          FileReport& report) {
   sample = SampleFields{};
-  record.SurveyFile = file_name_of(file);
+  record.SurveyFile = text_from_field_file(std::filesystem::path(file).filename().string());
   record.file_format = format_unknown;
   decode_name(record, sample, report);
   LineReader reader(file);
@@ -291,10 +291,6 @@ int display_file_decode(const std::string& file, ReadingRecord& record, SampleFi
   }
   display_file_format(file, record, sample, report);
   return 0;
-}
-
-std::string file_name_of(const std::string& path) {
-  return text_from_field_file(std::filesystem::path(path).filename().string());
 }
 
 }  // namespace Module_data_file

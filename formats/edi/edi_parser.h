@@ -1,7 +1,7 @@
 // edi_parser.h: the impedance sections of an EDI text file, one at a time.
 //
-// Tags and keywords match whole and in any case; comment lines (">!...", "!...") count nowhere. What can't be
-// taken as it stands goes into the file's report.
+// Tags and keywords match whole and in any case; comment lines (">!...", "!...") are skipped. What can't
+// be read as it is goes into the file's report.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +30,6 @@ class EdiMtParser {
   /// section is not given.
   bool next_section(EdiSection& section);
 
-  [[nodiscard]] const std::vector<EdiChannel>& channels() const { return channels_.all(); }
   [[nodiscard]] bool has_sections() const { return has_sections_; }
 
  private:
