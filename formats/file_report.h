@@ -10,7 +10,7 @@
 
 namespace formats {
 
-/// Something in a file that could not be taken as it stands.
+/// Something in a file that could not be read as it is.
 struct ReportRemark {
   std::int64_t line = 0;  // from 1; 0 if it concerns the whole file
   std::string text;       // "'abc' is not a number, taken as 0"
@@ -19,10 +19,10 @@ struct ReportRemark {
 struct FileReport {
   std::string file;  // path as given
   std::int32_t sections = 0;
-  std::int32_t readings = 0;             // stored, or met in a scan
+  std::int32_t readings = 0;             // stored; in a scan: found
   std::int32_t frequencies = 0;          // of the largest section
   std::vector<ReportRemark> ignored;     // unknown blocks, values beyond the count
-  std::vector<ReportRemark> unreadable;  // values taken as 0 or absent
+  std::vector<ReportRemark> unreadable;  // values read as 0 or absent
   std::int64_t remarks_dropped = 0;      // beyond the number that is kept for one file
   std::vector<std::string> account;      // what a parser says of each block of the file, in their order
   std::int64_t account_dropped = 0;      // lines beyond the number that is kept for one file
@@ -39,7 +39,7 @@ struct FileReport {
 /// Notes something in the file that was left unused. Beyond the number kept for one file it is only counted.
 void remark_ignored(FileReport& report, std::int64_t line, std::string text);
 
-/// Notes something in the file that could not be read as it stands, likewise.
+/// Notes something in the file that could not be read as it is, likewise.
 void remark_unreadable(FileReport& report, std::int64_t line, std::string text);
 
 /// Adds a line to the account of the file. Beyond a number that fits into memory it is only counted.

@@ -1,4 +1,4 @@
-// decode_table.h: the cells of the table that tells what the names of field files mean.
+// decode_table.h: the cells of the table of what the names of field files mean.
 #pragma once
 #include <array>
 #include <string>

@@ -29,8 +29,8 @@ using DecodeTable = std::array<DecodeRow, 3>;
 
 /// Choices of an import; they hold for all of its files.
 struct ImportChoices {
-  std::int32_t ReferenceType = -1;  // -1: not chosen yet
-  std::int32_t ReductionType = -1;  // likewise
+  std::int32_t ReferenceType = -1;  // 0 to 2; -1: not chosen yet
+  std::int32_t ReductionType = -1;  // 0 raw, 1 averaged, 2 merged; -1: not chosen yet
   DecodeTable decode;
   LineDirection line_direction = LineDirection::local_east;
   std::string start_station;         // as typed; blank: none

@@ -54,7 +54,7 @@ std::string ImportReport::to_json() const {
     list.push_back(json_of(file));
   }
   const nlohmann::ordered_json report = {{"stopped", stopped}, {"files", std::move(list)}};
-  // A path may hold bytes that are no UTF-8; they must not cost the report.
+  // A path may hold bytes that aren't UTF-8; the report must come out all the same.
   return report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 

@@ -10,7 +10,7 @@ namespace Module_data_file {
 
 struct ImportReport {
   std::vector<formats::FileReport> files;
-  std::vector<ScannedStation> stations;  // those met, each once, in the order they were met
+  std::vector<ScannedStation> stations;  // those found, each once, in the order of the files
   bool stopped = false;                  // the user stopped the run
 
   [[nodiscard]] bool has_remarks() const;
@@ -20,11 +20,11 @@ struct ImportReport {
   [[nodiscard]] std::string to_json() const;
   /// "12 of 13 files gave 96 readings", and whether the run was stopped.
   [[nodiscard]] std::string summary() const;
-  /// The report for people: the summary, then each file with its remarks.
+  /// The report as the user reads it: the summary, then each file with its remarks.
   [[nodiscard]] std::string to_text() const;
 };
 
-/// The remarks of a file as lines for people, its failure first: "line 12: 'abc' is not a number, taken as
+/// The remarks of a file as the user reads them, its failure first: "line 12: 'abc' is not a number, taken as
 /// 0"; then its account.
 std::vector<std::string> remark_lines(const formats::FileReport& file);
 

@@ -41,7 +41,7 @@ constexpr std::string_view averaging_failed = "An error occurred while averaging
 constexpr const char* nothing_found = "neither an impedance section (>=MTSECT) nor any other data was found";
 constexpr int stations_per_commit = 100;
 
-// The same failure to store this many files in a row is no longer one file's affair.
+// When this many files in a row can't be stored for the same reason, the fault is not the files'.
 constexpr int repeated_failures = 3;
 
 int fault(const char* text) {
@@ -77,7 +77,7 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
   return decode_file_format(ShowFault::yes, record);
 }
 
-// Nothing of the file before reaches this one, but for the station that runs on and its step.
+// Each file starts fresh, but for the station, which runs on, and its step.
 void start_file(ReadingRecord& record, std::size_t index) {
   ReadingRecord fresh;
   fresh.choices = std::move(record.choices);
@@ -95,7 +95,7 @@ void fail_file(FileReport& report, const std::string& reason) {
   user_interface().show_message(std::string(import_failed) + report.file + ": " + reason);
 }
 
-// Rows that a roll-back took away are forgotten by the recordsets that hold them.
+// Makes the open recordsets forget the rows that a roll-back removed.
 void requery_stores() {
   open_survey().files.requery();
   open_survey().readings.requery();
@@ -103,8 +103,8 @@ void requery_stores() {
   open_survey().locations.requery();
 }
 
-// Ends the file's transaction. What an earlier import of the file left is given up only for readings that
-// have all been stored.
+// Ends the file's transaction. The readings of an earlier import of the file are replaced only when all new
+// ones have been stored.
 void end_transaction(dao::Transaction& transaction, const StoreNotes& notes, FileReport& report) {
   const bool keep_earlier = notes.file_known && (report.readings == 0 || !notes.failure.empty());
   if (!keep_earlier) {
@@ -273,7 +273,7 @@ Outcome reduce_touched(const ReadingRecord& record, bool may_stop) {
       progress, [&](std::size_t index) { return merge_station(keys[index]); }, rules);
 }
 
-// Files behind the one that ended the run are named as well, so that no file is missing from the report.
+// The files after the one that ended the run are listed as well, so that no file is missing from the report.
 void report_files_left(const std::vector<std::string>& files, ImportReport& report) {
   for (std::size_t index = report.files.size(); index < files.size(); ++index) {
     FileReport& left = report.files.emplace_back();
@@ -292,8 +292,8 @@ int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& r
   if (mode == ImportMode::scan) {
     return imported == Outcome::failed ? -1 : 0;
   }
-  // Also after a stop, which ended the reading of files: averages of what was stored by then must not stay
-  // old.
+  // Also after a stop, which ended the reading of files: the averages of what was stored by then must be
+  // current.
   const int reduced = trap_errors(averaging_failed, [&] {
     const Outcome outcome = reduce_touched(record, !report.stopped);
     report.stopped = report.stopped || outcome == Outcome::stopped;

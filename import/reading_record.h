@@ -15,7 +15,7 @@ namespace Module_data_file {
 
 inline constexpr double start_date = 2.0;  // 1 January 1900, in days since 30 December 1899
 
-/// One station key met in an import; averages and merged curves of these are brought up to date at its end.
+/// One station key found in an import; averages and merged curves of these are brought up to date at its end.
 struct ScannedStation {
   std::string LineNumber;
   double Station = 0.0;
@@ -35,12 +35,12 @@ struct MapPosition {
   double y = 0.0;  // m, north
 };
 
-/// What a reader fills, a file after the other: head and curve, and what an import keeps along.
+/// What the choices and a reader fill, one file after the other, and the store writes. -1 is "not known yet".
 struct ReadingRecord {
   ImportChoices choices;
-  std::int32_t file_index = 0;    // from 1, place in the list of files
-  std::int32_t file_format = -1;  // 0 to 5, -1 not known
-  std::int32_t length_unit_factor = 1;
+  std::int32_t file_index = 0;          // from 1, place in the list of files
+  std::int32_t file_format = -1;        // 0 to 5, -1 not known
+  std::int32_t length_unit_factor = 1;  // of the head's UNITS; lengths are stored without it
 
   std::string SurveyFile;
   std::string LineNumber;
@@ -66,9 +66,9 @@ struct ReadingRecord {
       converted_place;  // the file's own, in the survey's projection, if that was asked for
   std::int32_t FileID = 0;
 
-  std::vector<ScannedStation> scan_list;  // distinct, in the order they were met
+  std::vector<ScannedStation> scan_list;  // each once, in the order they were found
   std::set<ScannedStation> scanned;       // the same, for looking one up
-  std::set<std::string> scanned_types;    // data types of the readings met
+  std::set<std::string> scanned_types;    // data types of the readings found
 };
 
 }  // namespace Module_data_file

@@ -79,7 +79,7 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
   write_header(files, record);
   files.update();
   session().data_changed = true;
-  // All readings of a file belong to its first row, whatever the event; the blank behind the name doesn't
+  // All readings of a file belong to its first row, whatever the event; the blank after the name doesn't
   // count in a comparison.
   files.find_first(file_criteria(record, " "));
   record.FileID = files.get_long("ID");
@@ -99,7 +99,7 @@ void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::s
   readings.set_single("SampleRate", record.SampleRate);
   readings.set_single("ResOffset", 1.0F);
   readings.set_single("PhaseOffset", 0.0F);
-  readings.set_single("MergeFrequency", -1.0F);
+  readings.set_single("MergeFrequency", -1.0F);  // none was chosen
   readings.set_bit("UseReading", true);
   readings.set_bit("UseResistivity", true);
   readings.set_bit("UsePhase", true);

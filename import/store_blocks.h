@@ -7,14 +7,14 @@
 
 namespace Module_data_file {
 
-/// What storing a file told beside its status.
+/// What storing a file reports beside its status.
 struct StoreNotes {
   bool file_known = false;  // the header replaced an earlier import of the file
   std::string failure;      // the message shown last, empty if there was none
 };
 
 /// Writes the header members of the record to FileTable and sets its FileID. A file of the same name,
-/// day and event counts as the same file: its readings are deleted and its row is written anew.
+/// day and event counts as the same file: its readings are deleted and its row is written again.
 /// @return 0, or -1 after a message
 [[nodiscard]] int store_header_block(ReadingRecord& record, StoreNotes& notes);
 

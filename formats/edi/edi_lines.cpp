@@ -35,7 +35,7 @@ std::string option_item(std::string_view line, std::string_view key) {
   std::string_view text = option_text(line, key).value_or(std::string_view());
   std::string item(next_token(text));
   std::erase(item, '"');
-  return item.find('=') == std::string::npos ? item : std::string();  // "Z= AZM=0": nothing stands behind Z
+  return item.find('=') == std::string::npos ? item : std::string();  // "Z= AZM=0": Z has no value
 }
 
 double option_number(std::string_view line, std::string_view key) {

@@ -1,6 +1,6 @@
 // edi_lines.h: the lines of an EDI file that count, and the options on them.
 //
-// Blank lines and comments (">!...", "!...") count nowhere. Options stand as "KEY = value" in any spacing.
+// Blank lines and comments (">!...", "!...") are skipped. Options are written "KEY = value" in any spacing.
 #pragma once
 #include <algorithm>
 #include <cstdint>
@@ -44,13 +44,13 @@ class EdiLines {
   std::string_view line_;
 };
 
-/// The text behind "key =" in a line of options in upper case; none if the line has no such key.
+/// The text after "key =" in a line of options in upper case; none if the line has no such key.
 std::optional<std::string_view> option_text(std::string_view line, std::string_view key);
 
-/// The first item of that text without quotes; empty if there is none.
+/// The first item of that text without quotes; empty if it is missing.
 std::string option_item(std::string_view line, std::string_view key);
 
-/// The number that item begins with; 0 if there is none.
+/// The number that item begins with; 0 if it is missing.
 double option_number(std::string_view line, std::string_view key);
 
 /// The value of SECTID in a line in upper case, without its quotes; none if the line has none.

@@ -250,7 +250,7 @@ void EdiMtParser::take_values(std::vector<float>& values, std::size_t& surplus) 
   }
 }
 
-// Passes over a section of another kind.
+// Skips a section of another kind.
 void EdiMtParser::skip_to_section() {
   while (lines_.skip_to_tag()) {
     const EdiTag* const tag = find_edi_tag(tag_name(lines_.line()));

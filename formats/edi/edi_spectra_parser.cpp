@@ -92,8 +92,8 @@ bool EdiSpectraParser::go_to_section() {
 }
 
 bool EdiSpectraParser::next_section(SpectraSection& section) {
-  SpectraBlock passed_over;
-  while (section_number_ > 0 && next_block(passed_over)) {
+  SpectraBlock skipped;
+  while (section_number_ > 0 && next_block(skipped)) {
   }
   section = {};
   if (is_cut_ || !go_to_section()) {

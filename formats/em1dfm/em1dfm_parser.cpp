@@ -76,7 +76,7 @@ double Em1dfmParser::take_number_or_zero(std::string_view& line) {
   return is_absent(value) ? 0.0 : value;
 }
 
-// Reads a station and goes to the line behind it. False if it gives nothing, which the report explains.
+// Reads a station and goes to the line after it. False if it gives nothing, which the report explains.
 bool Em1dfmParser::read_station(Station& station) {
   const std::int64_t first_line = reader_.line_number();
   std::string_view rest = line_;

@@ -1,8 +1,8 @@
 // em1dfm_parser.h: the stations of a one-dimensional frequency-domain electromagnetic program's results.
 //
-// Behind a first line "FREQUENCY DOMAIN EM DATA" a line "LINE name" begins a line, and
+// After a first line "FREQUENCY DOMAIN EM DATA" a line "LINE name" begins a line, and
 // "STATION <word> station X Y elevation m" a station of m lines, one for each frequency. Words match in any
-// case; blank lines don't count. What can't be taken as it stands goes into the file's report.
+// case; blank lines don't count. What can't be read as it is goes into the file's report.
 #pragma once
 #include <array>
 #include <cstdint>

@@ -54,7 +54,7 @@ class RecordReader {
   [[nodiscard]] bool is_blank() const { return trimmed(text_).empty(); }
 
  private:
-  // An empty field is 0, as is all behind the end of a record that is cut short.
+  // An empty field is 0, as is everything that a record cut short lacks.
   double value_at(std::size_t column) {
     const std::string_view field = columns_of(text_, column, value_width);
     double value = 0.0;

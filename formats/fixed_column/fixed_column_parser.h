@@ -1,6 +1,6 @@
 // fixed_column_parser.h: processed tensor impedances in fixed columns.
 //
-// Behind a head line a record of three lines, which count as one text, holds each frequency, from the lowest
+// After a head line a record of three lines, which count as one text, holds each frequency, from the lowest
 // to the highest. Columns count from 1; each value of a record is 10 columns wide. Tensor elements are in the
 // order xx, xy, yx, yy.
 #pragma once
@@ -43,7 +43,7 @@ inline constexpr double scan_rate_over_last_frequency = 4.0;
 
 Head read_head(std::string_view line);
 
-/// Reads the records behind the head. One without a frequency above 0 is left out; what a cut file lacks is
+/// Reads the records after the head. One without a frequency above 0 is left out; what a cut file lacks is
 /// 0. The report says so.
 std::vector<TensorRecord> read_records(LineReader& reader, FileReport& report);
 

@@ -11,7 +11,7 @@ namespace formats::zonge {
 
 namespace {
 
-// Goes along the values of a line; the first that is no number is a fault and ends it.
+// Goes along the values of a line; the first one that isn't a number is a fault and ends it.
 class Values {
  public:
   Values(const RawLine& line, std::size_t first, ZongeBlock& block, ZongeAccount& account)
@@ -87,7 +87,8 @@ void store_channel(ZongeBlock& block, ZongeChannel read, const ZongeValue& value
   set_value(*channel, value);
 }
 
-// A number of a whole count of base frequencies is freed from the rounding of the division.
+// A frequency that is a multiple of the base frequency gives a whole number: the rounding of the division
+// must not make another harmonic of it.
 double harmonic_of(const RawToken& token, const ZongeBlock& block) {
   if (token.unit.empty()) {
     return token.number;
@@ -136,8 +137,8 @@ void pair_with_magnetic_field(ZongeBlock& block, ZongeAccount& account) {
     if (std::ranges::find(block.channels, partner, &ZongeChannel::name) != block.channels.end()) {
       channel.name += partner;
     } else {
-      account.tell("Channel " + channel.name + " has no matching " + partner +
-                   " field on line : " + plain_text(channel.line_number));
+      account.say("Channel " + channel.name + " has no matching " + partner +
+                  " field on line : " + plain_text(channel.line_number));
     }
   }
 }
@@ -158,7 +159,7 @@ void read_data_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block,
   if (channel.name.empty()) {
     channel.name = input.name;
   }
-  // The gain behind the resistivity also shows that a line cut short hasn't lost digits of it.
+  // The gain after the resistivity also shows that a line cut short hasn't lost digits of the resistivity.
   constexpr std::size_t values_needed = 5;
   const auto numbers_and_faults = static_cast<std::size_t>(std::ranges::count_if(
       line.tokens(), [](const RawToken& token) { return !is_input_state(token.upper); }));
@@ -227,8 +228,8 @@ void complete_channels(ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& acc
   if (block.channels.empty()) {
     return;
   }
-  account.tell_value(" Number of data channels", survey.channel_count,
-                     static_cast<std::int64_t>(block.channels.size()));
+  account.say_value(" Number of data channels", survey.channel_count,
+                    static_cast<std::int64_t>(block.channels.size()));
   pair_with_magnetic_field(block, account);
   for (const ZongeChannel& channel : block.channels) {
     for (const ZongeValue& value : channel.values) {

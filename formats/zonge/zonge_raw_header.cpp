@@ -70,7 +70,7 @@ class KeywordReader {
   ZongeSurvey& survey_;
   ZongeBlock& block_;
   ZongeAccount& account_;
-  std::size_t place_ = 0;   // of the token at hand
+  std::size_t place_ = 0;   // of the current token
   std::size_t unused_ = 0;  // tokens from here on belong to no keyword yet
 };
 
@@ -143,7 +143,7 @@ void KeywordReader::read(std::size_t first) {
   }
 }
 
-// The token behind the keyword if it can be its value: another keyword can't.
+// The token after the keyword if it can be its value: another keyword can't.
 const RawToken* KeywordReader::value_token() const {
   const RawToken* const next = token_at(place_ + 1);
   return next != nullptr && find_keyword(*next) == nullptr ? next : nullptr;
@@ -208,7 +208,7 @@ void KeywordReader::take_a_spacing() {
   if (value->unit == "FT" || value->unit == "FEET") {
     account_.ignored(line_.number(), "lengths in feet are taken as they stand");
   }
-  account_.tell_value(" A spacing", survey_.a_spacing, spacing);
+  account_.say_value(" A spacing", survey_.a_spacing, spacing);
 }
 
 void KeywordReader::take_line() {
@@ -216,7 +216,7 @@ void KeywordReader::take_line() {
     ++place_;
   }
   if (const RawToken* const value = value_token()) {
-    account_.tell_value(" Line number", survey_.line, shown_bytes(value->text));
+    account_.say_value(" Line number", survey_.line, shown_bytes(value->text));
     pass_value();
   }
 }
@@ -236,10 +236,10 @@ void KeywordReader::take_frequency(const RawToken* token) {
     return;
   }
   block_.base_frequency = frequency;
-  account_.tell_value(" Frequency", survey_.frequency, frequency);
+  account_.say_value(" Frequency", survey_.frequency, frequency);
 }
 
-// "64 Bursts" or "Bursts 64": the number before the word, if no other word has it, else the one behind.
+// "64 Bursts" or "Bursts 64": the number before the word, if no other word has it, else the one after it.
 void KeywordReader::check_count(std::string_view text) {
   const bool stands_before = place_ > 0 && place_ - 1 >= unused_ && line_[place_ - 1].is_number;
   const RawToken* const value = stands_before ? &line_[place_ - 1] : value_token();
@@ -325,9 +325,9 @@ bool begins_with_digit(std::string_view text) { return text.front() >= '0' && te
 
 void take_configuration(const char* configuration, ZongeSurvey& survey, ZongeAccount& account) {
   if (survey.configuration.empty()) {
-    account.tell(std::string("Survey Configuration is ") + configuration);
+    account.say(std::string("Survey Configuration is ") + configuration);
   } else if (survey.configuration != configuration) {
-    account.tell("Survey Configuration has changed from " + survey.configuration + " to : " + configuration);
+    account.say("Survey Configuration has changed from " + survey.configuration + " to : " + configuration);
   }
   survey.configuration = configuration;
 }

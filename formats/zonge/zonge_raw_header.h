@@ -1,7 +1,7 @@
 // zonge_raw_header.h: the keyword lines of an MT block.
 //
-// Keywords are met in any case and any order, several on a line, each with its value behind it; counts also
-// stand behind their number ("16 Cyc"):
+// Keywords come in any case and any order, several on a line, each before its value; counts also come after
+// their number ("16 Cyc"):
 //
 //   OPER 7   TX ID 3   A-SP 100 m   LINE 200 N   VEC   ROBUST   EPROM 32.5
 //   Tx 1   Rx 150 N   8 Hz   64 Bursts   8 Stacks   1024 Samples   16 Cyc   Tx Curr 7.5 A

@@ -25,7 +25,7 @@ constexpr std::array<bool, 256> separators = separator_table();
 
 bool is_separator(char character) { return separators[static_cast<unsigned char>(character)]; }
 
-// Units that stand in a token of their own.
+// Units that may be a token of their own.
 constexpr std::array<std::string_view, 28> unit_words{
     "M", "FT",  "FEET", "KM", "V",    "VOLTS", "MV",  "UV",   "NV",    "A",     "AMPS", "MA", "HZ", "KHZ",
     "S", "SEC", "DEG",  "MR", "MRAD", "RAD",   "OHM", "OHMS", "OHM-M", "OHM.M", "KOHM", "%",  "DB", "MHZ"};
@@ -34,7 +34,7 @@ bool may_begin_number(char character) {
   return (character >= '0' && character <= '9') || character == '.' || character == '-' || character == '+';
 }
 
-// What stands behind a number in its token: letters, not digits of a second number.
+// What follows a number in its token: letters, not digits of a second number.
 bool is_unit(std::string_view text) {
   const auto first = static_cast<unsigned char>(text.front());
   const bool begins_well = (first >= 'A' && first <= 'Z') || first == '%' || first >= 0x80;

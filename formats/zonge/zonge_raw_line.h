@@ -1,7 +1,7 @@
 // zonge_raw_line.h: one line of a raw receiver file, cut into tokens.
 //
-// Tokens are parted by blanks, commas, apostrophes, semicolons, tabs and equals signs; a colon at a token's
-// end goes with the keyword before it ("A-SP: 100"). Units may stand in the same token as their number
+// Tokens are separated by blanks, commas, apostrophes, semicolons, tabs and equals signs; a colon at a
+// token's end goes with the keyword before it ("A-SP: 100"). Units may be in the same token as their number
 // ("100m", "12.4v", "4kHz") or in the next one ("100 m"). In "3 Hz" at a line's start the second token stays
 // one of its own: it may be a channel's name.
 #pragma once
@@ -14,9 +14,9 @@
 namespace formats::zonge {
 
 struct RawToken {
-  std::string_view text;   // as it stands in the file, without its unit if that is a token of its own
+  std::string_view text;   // as in the file, without its unit if that is a token of its own
   std::string_view upper;  // the same in upper case
-  bool is_number = false;  // a number, alone or with a unit behind it
+  bool is_number = false;  // a number, alone or with a unit after it
   double number = 0.0;
   std::string_view unit;  // upper case; empty if there is none
 };

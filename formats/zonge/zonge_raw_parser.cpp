@@ -35,7 +35,7 @@ const BlockWord* find_block_word(std::string_view upper_line) {
 }
 
 // The first four characters are a type word: without a number above it, a longer word that only begins like
-// one ("CRES") is none.
+// one ("CRES") doesn't count.
 bool is_type_line(std::string_view upper_line) {
   const std::string_view first = upper_line.substr(0, 4);
   const BlockWord* const word = find_block_word(first);
@@ -107,7 +107,7 @@ bool ZongeRawParser::begins_block() const {
   return is_number_line(line_.text()) || is_type_line(line_.upper());
 }
 
-// Goes on to the line with the type; a number without one stands for a block of unknown type.
+// Goes on to the line with the type; a number without one is a block of unknown type.
 void ZongeRawParser::read_numbered_start(ZongeBlock& block) {
   block.number = last_number_ + 1;
   numbered_ = is_number_line(line_.text());
@@ -139,12 +139,12 @@ bool ZongeRawParser::next_block(ZongeBlock& block) {
   }
   block.type = traits.is_mt() ? ZongeBlockType::mt : ZongeBlockType::skipped;
   if (!traits.is_mt()) {
-    account_.tell(traits.account_text());
+    account_.say(traits.account_text());
   }
   return true;
 }
 
-// Operator's and transmitter's lines are told by their first word.
+// A first word marks the lines of operator and transmitter.
 void ZongeRawParser::note_traits(Traits& traits) const {
   const std::string_view line = line_.upper();
   traits.has_operator = traits.has_operator || has_word(line, "OPER");
@@ -202,7 +202,7 @@ bool ZongeRawParser::read_mt_line(ZongeBlock& block) {
   }
   if (std::ranges::any_of(tokens, [](const RawToken& token) { return token.upper.starts_with("ABORT"); })) {
     block.aborted = true;
-    account_.tell(aborted_text);
+    account_.say(aborted_text);
     return true;
   }
   if (tokens.front().upper.starts_with("HARM")) {
@@ -224,7 +224,7 @@ bool ZongeRawParser::read_mt_line(ZongeBlock& block) {
 }
 
 bool ZongeRawParser::read_numbers(ZongeBlock& block) {
-  constexpr std::ptrdiff_t numbers_of_a_damaged_line = 4;  // behind a channel that can't be read
+  constexpr std::ptrdiff_t numbers_of_a_damaged_line = 4;  // after a channel that can't be read
   const auto& tokens = line_.tokens();
   if (!tokens.front().is_number &&
       std::ranges::count_if(tokens, &RawToken::is_number) < numbers_of_a_damaged_line) {

@@ -60,7 +60,7 @@ bool ZongeChannelTable::take(const RawLine& line, ZongeBlock& block) {
   return false;
 }
 
-// A heading without columns of an input's set-up stands above the data; their order is fixed.
+// A heading without columns of an input's set-up is that of the data, whose order is fixed.
 void ZongeChannelTable::take_heading(const RawLine& line) {
   columns_.clear();
   bool of_inputs = false;

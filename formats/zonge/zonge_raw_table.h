@@ -1,4 +1,4 @@
-// zonge_raw_table.h: what headers tell of the receiver's inputs.
+// zonge_raw_table.h: what headers say of the receiver's inputs.
 //
 // Either a heading with the columns in any order and a row for each input, in any order,
 //
@@ -22,7 +22,7 @@ class ZongeChannelTable {
   void begin_block() { columns_.clear(); }
 
   /// Takes the line if it belongs to a table of inputs or is the heading of any table. A row of numbers does
-  /// only behind a heading of inputs. @return true if it was taken
+  /// only after a heading of inputs. @return true if it was taken
   bool take(const RawLine& line, ZongeBlock& block);
 
  private:

@@ -23,7 +23,7 @@ std::int32_t channel_number(const RawLine& line, const RawToken& token, ZongeBlo
 void take_gain(std::int32_t channel, double gain, ZongeSurvey& survey, ZongeAccount& account) {
   std::optional<double>& known = survey.inputs[static_cast<std::size_t>(channel)].gain;
   if (known != gain) {
-    account.tell_value(" Gain for input " + plain_text(channel), known, gain);
+    account.say_value(" Gain for input " + plain_text(channel), known, gain);
   }
 }
 

@@ -14,10 +14,10 @@ namespace formats::zonge {
 std::int32_t channel_number(const RawLine& line, const RawToken& token, ZongeBlock& block,
                             ZongeAccount& account);
 
-/// Takes an input's gain and tells it if it is new or another one.
+/// Takes an input's gain; the account says a new or a different one.
 void take_gain(std::int32_t channel, double gain, ZongeSurvey& survey, ZongeAccount& account);
 
-/// "Ex" for a token EX, ex or Ex1; empty if it is no name of a component.
+/// "Ex" for a token EX, ex or Ex1; empty if it doesn't name a component.
 std::string component_name(const RawToken& token);
 
 /// The number of a token in base units: "4kHz" is 4000, "125 mHz" is 0.125.

@@ -1,4 +1,4 @@
-// zonge_stn_file.h: the file of station places beside a raw receiver file.
+// zonge_stn_file.h: the file of station places that belongs to a raw receiver file.
 //
 // A line for each station: number, map x (east), map y (north), elevation, all in m. Lines that don't begin
 // with a number ("/line 200") are comments.
@@ -24,8 +24,8 @@ struct ZongeStation {
 /// its folder; either also in upper case. None if there is neither.
 std::optional<std::string> find_stn_file(const std::string& raw_file);
 
-/// Reads the stations. Coordinates that can't be read are 0, with a remark. Throws std::runtime_error if the
-/// file can't be read.
+/// Reads the stations. Coordinates that can't be read are 0, and the report says so. Throws
+/// std::runtime_error if the file can't be read.
 std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report);
 
 }  // namespace formats::zonge

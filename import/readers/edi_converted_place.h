@@ -12,8 +12,8 @@ namespace Module_data_file {
 /// it, the report says why. Throws std::runtime_error if the file can't be read.
 std::optional<MapPosition> converted_edi_place(const std::string& file, formats::FileReport& report);
 
-/// Notes after an import of a file with a converted place what the user would wonder at: sections that share
-/// the place, a station that was known before and keeps its place.
+/// After an import of a file with a converted place: reports sections that share the place, and a station
+/// that was known before and keeps its own.
 void remark_on_converted_place(const ReadingRecord& record, formats::FileReport& report);
 
 }  // namespace Module_data_file

@@ -16,7 +16,7 @@ using formats::FileReport;
 
 namespace {
 
-// What a person should know before choosing the additions for files of this kind.
+// What the user should know before choosing the additions for files of this kind.
 class SectionCensus {
  public:
   void add(const EdiSection& section) {

@@ -28,7 +28,7 @@ using numerics::impedance::MtcompError;
 // E/H in ohm of E/B in mV/km/nT.
 constexpr double ohms_of_field_unit = numerics::mu0 * numerics::field_unit;
 
-// Where the elements' real parts stand among the ten values of the tensor.
+// The places of the elements' real parts among the ten values of the tensor.
 constexpr std::array<std::size_t, 4> real_parts{0, 2, 6, 8};
 
 struct EstimatedFrequency {
@@ -47,30 +47,30 @@ const char* why_no_tensor(MtcompError error) {
   }
 }
 
-// An invalid number of averages is told once for a file, and each of them in the report. It costs the
-// frequency nothing but the errors of its tensor, which no reading has.
-void tell_invalid_averages(const SpectraBlock& block, bool& told, FileReport& report) {
+// The user sees one message on an invalid number of averages for a file; the report has each of them. The
+// frequency loses only the errors of its tensor, which aren't stored anyway.
+void report_invalid_averages(const SpectraBlock& block, bool& shown, FileReport& report) {
   if (!block.invalid_AVGT) {
     return;
   }
-  constexpr std::size_t longest_text = 40;  // bytes that a person wants to see of it
+  constexpr std::size_t longest_text = 40;  // bytes of it that a message has room for
   const std::string text =
       "The AVGT value is invalid: " + text_from_field_file(block.invalid_AVGT->substr(0, longest_text));
-  if (!told) {
+  if (!shown) {
     user_interface().show_message(text);
-    told = true;
+    shown = true;
   }
   remark_unreadable(report, block.line_number, text);
 }
 
 std::vector<EstimatedFrequency> estimate_section(EdiSpectraParser& parser, const SpectraSection& section,
-                                                 bool& told_averages, FileReport& report) {
+                                                 bool& averages_shown, FileReport& report) {
   std::vector<EstimatedFrequency> estimated;
   SpectraBlock block;
   std::size_t blocks = 0;
   while (parser.next_block(block)) {
     ++blocks;
-    tell_invalid_averages(block, told_averages, report);
+    report_invalid_averages(block, averages_shown, report);
     if (!section.roles.places || !block.complete) {
       continue;
     }
@@ -134,8 +134,8 @@ bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& t
   return true;
 }
 
-// The first one is the file's failure, which nobody overlooks; the others are remarks.
-void tell_lost_section(const SpectraSection& section, FileReport& report) {
+// The first one is the file's failure, which is shown first; the others are remarks.
+void report_lost_section(const SpectraSection& section, FileReport& report) {
   const std::string text =
       "section " + std::to_string(section.number) +
       (section.roles.places ? " has no usable frequency" : " has no channel " + section.roles.missing) +
@@ -154,7 +154,7 @@ bool take_section(const SpectraSection& section, const std::vector<EstimatedFreq
   FileReport& report = task.report;
   take_section_head(section, record, report);
   if (estimated.empty()) {
-    tell_lost_section(section, report);
+    report_lost_section(section, report);
   } else {
     if (!take_readings(estimated, task)) {
       return false;
@@ -179,10 +179,10 @@ int read_sections(FileTask& task) {
     return -1;
   }
   SpectraSection section;
-  bool told_averages = false;
+  bool averages_shown = false;
   while (parser.next_section(section)) {
     const std::vector<EstimatedFrequency> estimated =
-        estimate_section(parser, section, told_averages, report);
+        estimate_section(parser, section, averages_shown, report);
     if (parser.is_cut()) {
       break;
     }

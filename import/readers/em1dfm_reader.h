@@ -1,6 +1,6 @@
 // em1dfm_reader.h: results of a one-dimensional frequency-domain electromagnetic program into the survey.
 //
-// These are no magnetotelluric data: field 1 holds the in-phase and field 2 the quadrature value.
+// These aren't magnetotelluric data: field 1 holds the in-phase and field 2 the quadrature value.
 #pragma once
 #include "import/readers/field_reader.h"
 

@@ -21,7 +21,7 @@ struct FileTask {
   ImportMode mode = ImportMode::scan;
   std::string file;             // path
   ReadingRecord& record;        // choices and header members are set; the reader fills the rest
-  formats::FileReport& report;  // gets what was met and what could not be taken
+  formats::FileReport& report;  // gets what the file holds and what could not be read
   StoreNotes& notes;
   FileProgress progress;  // may be empty
 
@@ -33,7 +33,7 @@ struct FileTask {
   }
 };
 
-/// Reads the file of a task. A scan, too, leaves the stations met in the record's scan list.
+/// Reads the file of a task. A scan, too, adds the stations found to the record's scan list.
 /// @return 0 when done, also if the file gave nothing (the report says why); -1 after a message
 using FieldReader = int (*)(FileTask& task);
 

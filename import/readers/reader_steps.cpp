@@ -19,10 +19,11 @@ using Module_database::Curve;
 
 constexpr std::string_view failure_text = "An error occurred while importing the data file: ";
 
-// Spectra and impedances in fixed columns say nothing of how strong the fields were. Fields 3 and 4 are
-// filled from one part of the tensor with these factors, for all of its elements alike. They don't follow
-// from the units of the fields: |E| = |Z| |H| is not kept. No curve is computed from them, but they are
-// stored, so with other factors the same file would give other readings than it did in earlier surveys.
+// Spectra and impedances in fixed columns don't say how strong the fields were. Fields 3 and 4 are filled
+// from one part of the tensor with these factors, for all of its elements alike. Where the factors come from
+// isn't known: they don't follow from the units, and |E| = |Z| |H| doesn't hold between the two. No curve is
+// computed from these fields, but they are stored: with other factors a file would no longer give the same
+// readings as it has in the surveys that exist.
 constexpr double electric_factor = 6314.0;
 constexpr double magnetic_factor = 2000.0;
 
@@ -47,7 +48,7 @@ void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
 }
 
 bool take_reading(FileTask& task, std::string_view data_type) {
-  // -1 without a failure says that the frequencies were not ascending in the file, which is no fault.
+  // -1 without a failure says that the frequencies were not ascending in the file, which isn't a fault.
   if (task.is_import() && store_data_block(task.record, data_type, task.notes) != 0 &&
       !task.notes.failure.empty()) {
     return false;

@@ -80,8 +80,8 @@ class BlockStore {
 };
 
 void BlockStore::drop(std::string_view what, const ZongeBlock& block, const std::string& reason) {
-  account_.tell_plainly(std::string(what) + " Block : " + plain_text(block.number) + " not stored because " +
-                        reason);
+  account_.say_plainly(std::string(what) + " Block : " + plain_text(block.number) + " not stored because " +
+                       reason);
   ++blocks_dropped_;
 }
 
@@ -96,13 +96,13 @@ bool BlockStore::take_header(const ZongeBlock& block) {
   if (!task_.is_import()) {
     return true;
   }
-  // Not the import's own notes: a header that meets the row of its own file is no earlier import.
+  // Not the task's notes: a header that finds the row of its own file isn't an earlier import.
   StoreNotes header_notes;
   if (store_header_block(task_.record, header_notes) == 0) {
     return true;
   }
   task_.notes.failure = header_notes.failure;
-  account_.tell_plainly("There was an error storing the header block");
+  account_.say_plainly("There was an error storing the header block");
   drop("Header", block, header_notes.failure);
   return false;
 }
@@ -143,7 +143,7 @@ bool BlockStore::take_channel(const ZongeBlock& block, const ZongeChannel& chann
   return true;
 }
 
-// Station and step that the person gave are for the files behind this one.
+// Station and step that the user gave are for the files after this one.
 [[nodiscard]] auto keep_station_and_step(ReadingRecord& record) {
   return ScopeGuard([&record, station = record.Station, step = record.StationSpacing] {
     record.Station = station;

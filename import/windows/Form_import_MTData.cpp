@@ -146,18 +146,18 @@ void Form_import_MTData::show_sample(std::size_t index) {
 
 void Form_import_MTData::import_data(ImportMode mode) {
   if (running_) {
-    return;  // a button pressed by its key clicks a little later, whatever has begun by then
+    return;  // a button pressed by its key clicks a little later, when a run may have begun
   }
   take_choices();
   ImportReport report;
   int result = 0;
-  const QPointer<QWidget> had_focus(focusWidget());  // the box of a cell goes meanwhile
+  const QPointer<QWidget> had_focus(focusWidget());  // it may be a cell's editor, which closes
   set_running(true);
   {
     const ProgressInWindow progress(*ui_->ProgressBar_import, *ui_->Label_progress,
                                     *ui_->Command_stop_import);
     result = run_import(choices_, files_, mode, report, [this](const std::string& file) {
-      if (file == files_.front()) {  // the choices have passed
+      if (file == files_.front()) {  // the choices are valid
         keep_import_folder(ui_->Frame_select_files->folder().toStdString());
       }
       ui_->Text_import_file->setText(QFileInfo(QString::fromStdString(file)).fileName());

@@ -1,4 +1,4 @@
-// import_decode_grid.h: the table that tells what file names mean, edited in place.
+// import_decode_grid.h: the table of what file names mean, edited in place.
 #pragma once
 #include <QTableWidget>
 
@@ -13,7 +13,7 @@ class ImportDecodeGrid : public QTableWidget {
   /// Shows a table and edits it from now on; it must outlive the grid.
   void edit_table(Module_data_file::DecodeTable& table);
 
-  /// Shows the table as it stands now.
+  /// Shows the table as it is now.
   void refresh();
 
   [[nodiscard]] QSize sizeHint() const override;
