@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "database/table_rows.h"
+#include "import/import_choices.h"
 #include "output/output_choices.h"
 #include "platform/widgets/vex_control_resizer.h"
 
@@ -30,6 +31,9 @@ class Form_main : public QMainWindow {
 
   /// Opens a survey as the recent files menu does.
   void open_survey(const QString& path);
+
+  /// What the import dialog takes the names of field files for; it stays from one import to the next.
+  [[nodiscard]] Module_data_file::DecodeTable& import_decode() { return import_decode_; }
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -73,4 +77,5 @@ class Form_main : public QMainWindow {
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
+  Module_data_file::DecodeTable import_decode_;
 };

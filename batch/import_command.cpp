@@ -16,8 +16,8 @@
 namespace Batch {
 namespace {
 
+using formats::FileReport;
 using Module_data_file::DecodeRow;
-using Module_data_file::FileReport;
 using Module_data_file::ImportChoices;
 using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
@@ -58,8 +58,8 @@ int write_report(const ImportReport& report, const std::string& path) {
                      [&] { safe_files::write_into_place(path, report.to_json()); });
 }
 
-void print_scanned_stations() {
-  for (const Module_data_file::ScannedStation& found : Module_data_file::reading_record().scan_list) {
+void print_stations(const ImportReport& report) {
+  for (const Module_data_file::ScannedStation& found : report.stations) {
     std::cout << found.LineNumber << ' ' << plain_text(found.Station) << ", scan rate "
               << plain_text(found.SampleRate) << " Hz, dipole " << plain_text(found.DipoleLength) << " m\n";
   }
@@ -119,7 +119,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
   const int result = Module_data_file::run_import(
       options.choices, files, options.scan ? ImportMode::scan : ImportMode::import, report);
   if (options.scan) {
-    print_scanned_stations();
+    print_stations(report);
   }
   print_accounts(report);
   print_summary(report, options.scan);

@@ -160,8 +160,7 @@ void scan_damaged_files(const QWidget& import_dialog) {
 }
 
 /// The columns of line, event and scan rate in names like L200E_S0100_E1_R0256.edi.
-void decode_names_of_samples() {
-  auto& decode = Module_data_file::reading_record().choices.decode;
+void decode_names_of_samples(Module_data_file::DecodeTable& decode) {
   decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
   decode[Module_data_file::decode_event] = {true, 14, 1, ""};
   decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
@@ -348,7 +347,7 @@ class WindowVisit : public QObject {
 }  // namespace
 
 void visit_windows(Form_main& window, const WindowVisitor& visitor) {
-  decode_names_of_samples();
+  decode_names_of_samples(window.import_decode());
   window.show();
   WindowVisit visit(window, visitor);
   for (const WindowPicture& picture : pictures) {

@@ -139,9 +139,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     };
     const int columns[3][2] = {{2, 4}, {13, 1}, {16, 4}};  // as in L200E_S100_E1_R0256.edi
     for (int row = 0; row < 3; ++row) {
-      if (!Module_data_file::reading_record()
-               .choices.decode.at(static_cast<std::size_t>(row))
-               .use_file_name) {
+      if (grid->item(row, 0)->checkState() == Qt::Unchecked) {
         click_cell(row, 0);
       }
       click_cell(row, 1);
@@ -243,7 +241,6 @@ class SurveyWorkTest : public QObject, private WindowFixture {
  private Q_SLOTS:
   void init() {
     make_folder();
-    Module_data_file::reading_record() = Module_data_file::ReadingRecord{};
     install_settings_store(std::make_unique<MemorySettingsStore>());
     std::filesystem::current_path(folder_->folder());
     window_ = std::make_unique<Form_main>();
