@@ -91,8 +91,20 @@ class FileSetAside {
 
 int close_open_survey() { return Module_database::close_database(); }
 
+/// Paths that the user types without a folder mean the survey's.
+void work_in_survey_folder() {
+  const fs::path folder = fs::path(session().database_file).parent_path();
+  if (!folder.empty()) {
+    fs::current_path(folder);
+  }
+}
+
 void open_and_display(MainView& view) {
   if (Module_database::open_database() != 0) {
+    return;
+  }
+  if (trap_errors(opening_failed, work_in_survey_folder) != 0) {
+    (void)close_open_survey();
     return;
   }
   view.set_database_menus(true);

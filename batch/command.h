@@ -33,7 +33,7 @@ Command add_occam_info_command(CLI::App& program);
 Command add_section_command(CLI::App& program);  // only in a build with windows
 Command add_zonge_command(CLI::App& program);
 
-/// The whole path: opening a survey or a run moves to its folder, and relative paths mean another file then.
+/// The whole path, as messages and reports name it, and wherever the process works later.
 std::string path_from_here(const std::string& path);
 
 /// Adds the positional SURVEY.mdb to a command.

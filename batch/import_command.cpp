@@ -31,7 +31,7 @@ struct ImportOptions {
   bool scan = false;
 };
 
-/// Full paths: opening a survey makes its folder the working one.
+/// Full paths, as the report names them.
 std::string full_path(const std::string& path) { return std::filesystem::absolute(path).string(); }
 
 /// The files to import; a folder gives those below it.

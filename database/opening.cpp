@@ -149,13 +149,6 @@ int refuse_form() {
   return -1;
 }
 
-void work_in_survey_folder(const std::string& path) {
-  const fs::path folder = fs::path(path).parent_path();
-  if (!folder.empty()) {
-    fs::current_path(folder);
-  }
-}
-
 int open_survey_file() {
   session().database_file = fs::absolute(session().database_file).string();
   const std::string& path = session().database_file;
@@ -177,7 +170,6 @@ int open_survey_file() {
   upgrade(database);
   open_recordsets();
   session().data_changed = false;
-  work_in_survey_folder(path);
   if (!compaction.jet_kept_at.empty()) {
     user_interface().show_message(
         "This survey was kept in an older kind of database file and has been converted. The "

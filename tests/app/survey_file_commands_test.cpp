@@ -65,6 +65,13 @@ class Survey_file_commands : public SurveyTest {
   }
 
   RecordingView view;
+
+ private:
+  // Opening a survey works in its folder, which the test removes.
+  struct RestoreFolder {
+    fs::path started_in = fs::current_path();
+    ~RestoreFolder() { fs::current_path(started_in); }
+  } restore_folder_;
 };
 
 TEST_F(Survey_file_commands, Open_shows_the_survey_in_the_told_order) {
@@ -81,6 +88,7 @@ TEST_F(Survey_file_commands, Open_shows_the_survey_in_the_told_order) {
   EXPECT_EQ(session().station_count, 0);
   EXPECT_FALSE(session().updating_controls);
   ASSERT_EQ(interface->file_dialogs.size(), 1U);
+  EXPECT_EQ(fs::current_path(), fs::canonical(folder.folder()));
   EXPECT_EQ(interface->file_dialogs[0].title, "Select the database file to open");
   EXPECT_EQ(interface->file_dialogs[0].filter, "Brenlox Database Files (*.mdb)|*.mdb|All files (*.*)|*.*");
   EXPECT_EQ(interface.take_messages(), Messages{});
