@@ -1,34 +1,14 @@
-// undo_stack.h: the reversible edits of readings, newest last: what a row held before each edit, and for each
-// edit that was undone what the row held before that.
+// undo_stack.h: the reversible edits of readings in session().undo_stack: what a row held before each edit,
+// and for each edit that was undone what the row held before that.
 #pragma once
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <variant>
-#include <vector>
+
+#include "core/undo_entry.h"
 
 namespace Module_Brenlox {
-
-struct UndoFlags {
-  bool use_reading = false;
-  bool use_resistivity = false;
-  bool use_phase = false;
-};
-
-struct UndoMask {
-  std::int32_t frequency_count = 0;
-  std::vector<std::byte> mask_bytes;  // MaskBinary as it stood in the row
-};
-
-struct UndoStatic {
-  float res_offset = 1.0F;  // multiplies resistivity
-};
-
-struct UndoEntry {
-  std::int32_t id = -1;  // of the reading
-  std::variant<UndoFlags, UndoMask, UndoStatic> earlier;
-};
 
 // What a row held before a new edit. What has been undone before can't be done again any more.
 void push_undo_flags(std::int32_t id, bool use_reading, bool use_resistivity, bool use_phase);

@@ -17,6 +17,14 @@ namespace Module_database {
 inline constexpr int field_count = 20;  // fields for each frequency
 inline constexpr int mask_count = 2;    // resistivity, phase
 
+// ReductionType of a reading or file.
+inline constexpr std::int32_t reduction_raw = 0;
+inline constexpr std::int32_t reduction_averaged = 1;
+inline constexpr std::int32_t reduction_merged = 2;
+
+// FileID of a reading that was computed here; that of any other is the ID of its file in FileTable.
+inline constexpr std::int32_t derived_file = -1;
+
 enum Field : int {
   field_resistivity = 1,
   field_phase = 2,
@@ -83,7 +91,7 @@ struct LineSelection {
 /// One stored reading with what stands in its row beside the curve.
 struct StoredReading {
   std::int32_t ID = 0;      // 0: there is none
-  std::int32_t FileID = 0;  // above 0 raw or imported, below 0 derived
+  std::int32_t FileID = 0;  // above 0: of the file it was read from; below 0: computed here
   std::int32_t EventNumber = 0;
   Curve curve;
   bool UseReading = true;

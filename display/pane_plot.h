@@ -48,15 +48,12 @@ bool has_deviations(const Module_database::StoredReading& reading);
 /// Room for one more series of so many points in both panes, without data.
 void add_series(GraphPair& plot, std::size_t points);
 
-/// Adds a curve as a series. A point shows if its frequency is in the frequency list and selected there and,
-/// while masked points are hidden, neither it nor its reading is switched off.
+/// Adds a curve as a series. A point shows if its frequency is listed and enabled in session().frequencies
+/// and, while masked points are hidden, neither it nor its reading is switched off.
 /// @param resistivity_factor multiplies resistivity and its error
 void add_curve(GraphPair& plot, const Module_database::Curve& curve,
                const std::vector<std::int32_t>& list_position, const Visibility& visibility,
                double resistivity_factor, ErrorBars error_bars);
-
-/// Whether the frequency at a place of the session's frequency list is selected.
-bool frequency_selected(std::int32_t list_position);
 
 /// The frequency axes of both panes.
 void set_frequency_axes(GraphPair& plot, const Module_averaged_data::Extent& frequency);

@@ -1,7 +1,7 @@
 // plan_view.h: the window through which the plan shows the stations, and its arithmetic.
 //
-// Conventions: survey units are m in the coordinates chosen; picture units are those of the picture's width
-// and height, with Y growing downward.
+// The window is session().plan_window. Conventions: survey units are m in the coordinates chosen; picture
+// units are those of the picture's width and height, with Y growing downward.
 #pragma once
 #include <cstdint>
 
@@ -16,31 +16,13 @@ struct StationLimits {
   void include(double x, double y);
 };
 
-struct PlanWindow {
-  float plan_zoom = 0.0F;   // 0: to be fitted anew
-  double plan_base = 0.0;   // m, height of the window at zoom 1
-  double plan_x_min = 0.0;  // m, the visible window
-  double plan_x_max = 0.0;
-  double plan_y_min = 0.0;
-  double plan_y_max = 0.0;
-  double plan_x_centre = 0.0;
-  double plan_y_centre = 0.0;
-  double plan_x_extent = 0.0;  // m
-  double plan_y_extent = 0.0;
-  double plan_x_scale = 0.0;  // picture units for each m; 0 until drawn
-  double plan_y_scale = 0.0;
-};
-
 struct PlanPoint {
   double x = 0.0;
   double y = 0.0;
 };
 
-/// The window of the open survey.
-PlanWindow& plan_window();
-
-/// Fits the window to the stations in the session's coordinates (coord_system), as a square; sets x_column
-/// and y_column.
+/// Fits session().plan_window to the stations in the session's coordinates (coord_system), as a square; sets
+/// x_column and y_column.
 void fit_plan_window();
 
 /// Chooses local (0) or map (1) coordinates. @return false if nothing changes

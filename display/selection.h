@@ -65,6 +65,9 @@ struct Redisplay {
 [[nodiscard]] Redisplay choose_scan_rate(const std::string& scan_rate_text);
 /// @param place_in_line value of the station bar, from 1
 [[nodiscard]] Redisplay choose_station_in_line(std::int32_t place_in_line);
+/// The number of neighbours that a text asks for. A text that is not a positive number becomes "2" and asks
+/// for none yet.
+int neighbour_count_of(std::string& text);
 /// The station's curves are to be loaded with other neighbours.
 [[nodiscard]] Redisplay neighbours_changed();
 [[nodiscard]] Redisplay fixed_scale_changed();

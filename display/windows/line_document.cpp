@@ -16,7 +16,7 @@
 #include "display/station_plot.h"
 #include "display/windows/graph_pair.h"
 #include "platform/graph/pdf_pages.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/each_item.h"
 
 namespace Module_display_data {
@@ -64,7 +64,7 @@ void add_profile(graph::PdfPages& pages) {
 /// The displayed station: merged curve and averages on the left, the repeats of each scan rate beside them.
 void add_station(graph::PdfPages& pages) {
   pages.begin_page(text_of(selection_text() + ", station " + format_number(session().current_station, "0")));
-  const std::vector<float> rates = Module_averaged_data::station_data_set().scan_rates;
+  const std::vector<float> rates = Module_averaged_data::data_sets().station.scan_rates;
   const std::size_t across = 1 + std::min(rates.size(), most_scan_rates_in_a_row);
   const std::size_t down =
       std::max<std::size_t>(1, (rates.size() + most_scan_rates_in_a_row - 1) / most_scan_rates_in_a_row);

@@ -1,7 +1,6 @@
 // station_data_set.h: the curves of one station: merged curve, averages, files of averaged data, and the
 // merged curves of its neighbours.
 #pragma once
-#include <optional>
 #include <string>
 
 #include "reduction/averages.h"
@@ -18,10 +17,6 @@ struct NeighbourOptions {
   int count = 0;     // on each chosen side
   NeighbourSide side = NeighbourSide::both;
 };
-
-/// The number of neighbours that a text asks for. A text that is not a positive number becomes "2" and asks
-/// for none yet.
-int neighbour_count_of(std::string& text);
 
 /// The neighbours of a station as station indices (from 1), ascending, without the station itself. A window
 /// that leaves the line at one end is moved back inside it as a whole.
@@ -40,8 +35,7 @@ struct StationSlot {
   StoredReading reading;    // ID 0: there is none
   float SampleRate = 0.0F;  // Hz
   double station = 0.0;
-  std::int32_t station_index = -1;   // from 1
-  std::optional<int> colour_number;  // a neighbour's, from its distance; negative
+  std::int32_t station_index = -1;  // from 1
   std::vector<std::int32_t> list_position;
 };
 
@@ -57,15 +51,14 @@ struct StationDataSet {
   std::vector<StationSlot> slots;  // the merged curve first; empty: no data
 };
 
-/// What is loaded now.
-StationDataSet& station_data_set();
-void reset_station_data();
-
-/// Loads the curves of the session's current station. Averages are left out while neighbours are shown.
+/// Loads the curves of the key's station, which is the session's current one. Averages are left out while
+/// neighbours are shown.
 /// @return 0, or -1 after a message; what was loaded by then stays
-[[nodiscard]] int load_station_data(const ReadingKey& key, const NeighbourOptions& options);
+[[nodiscard]] int load_station_data(const ReadingKey& key, const NeighbourOptions& options,
+                                    const Frequencies& frequencies, StationDataSet& data);
 
 /// Puts a reading into a slot that exists.
-void store_station_slot(std::size_t slot, StoredReading reading);
+void store_station_slot(StationDataSet& data, std::size_t slot, StoredReading reading,
+                        const Frequencies& frequencies);
 
 }  // namespace Module_averaged_data

@@ -16,11 +16,13 @@ struct ReducedStation {
 
 /// Makes average and merged curve of a key anew in the survey; the data sets stay as they are.
 /// @return 0, or -1 after a message
-[[nodiscard]] int reduce_station(ReduceFrom from, const ReadingKey& key, ReducedStation& reduced);
+[[nodiscard]] int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
+                                 ReducedStation& reduced);
 
 /// Takes over into the data sets what reduce_station has made, as far as they show it.
 /// @return 0, or -1 after a message
-[[nodiscard]] int show_reduced_station(const ReadingKey& key, const ReducedStation& reduced);
+[[nodiscard]] int show_reduced_station(const ReadingKey& key, const Frequencies& frequencies,
+                                       const ReducedStation& reduced);
 
 /// Averages the repeats of the selection and merges its scan rates, and brings the data sets up to date.
 /// @return 0, or -1 after a message

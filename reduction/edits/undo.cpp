@@ -53,7 +53,8 @@ UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
     if (!row) {
       return 0;
     }
-    if (reduce_station(follows_from(entry, row->ReductionType), row->key, reduced) != 0) {
+    if (reduce_station(follows_from(entry, row->ReductionType), row->key, session().frequencies, reduced) !=
+        0) {
       return -1;
     }
     transaction.commit();
@@ -67,8 +68,8 @@ UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
     return {Edit::nothing, session().current_station_index};
   }
   show_entry(entry, *row);
-  const UndoResult result{show_reduced_station(row->key, reduced) == 0 ? Edit::changed : Edit::failed,
-                          station_index_of(row->key)};
+  const int shown = show_reduced_station(row->key, session().frequencies, reduced);
+  const UndoResult result{shown == 0 ? Edit::changed : Edit::failed, station_index_of(row->key)};
   leave_station(row->key);
   finish(std::move(row->earlier));
   return result;
