@@ -30,9 +30,9 @@ struct UndoEntry {
 
 struct UndoStack {
   std::vector<UndoEntry> entries;           // what can be undone, newest last
-  std::vector<UndoEntry> undone;            // what can be done again, undone last at the end
-  std::function<void(bool)> listener;       // is told after each change whether there are entries
-  std::function<void(bool)> redo_listener;  // the same of what was undone
+  std::vector<UndoEntry> undone;            // what can be done again, the newest last
+  std::function<void(bool)> listener;       // called after each change with whether there are entries
+  std::function<void(bool)> redo_listener;  // the same for what was undone
 };
 
 }  // namespace Module_Brenlox

@@ -104,7 +104,7 @@ void merge_frequencies(std::int32_t reference_type, std::span<const float> given
   row.update();
 }
 
-/// Stands on the row of a reference type. @return false if it has none
+/// Makes the row of a reference type the current one. @return false if it has none
 bool find_list(dao::Recordset& lists, std::int32_t reference_type) {
   lists.requery();
   lists.find_first("ReferenceType = " + format_number(reference_type, "0"));

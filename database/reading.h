@@ -2,7 +2,7 @@
 //
 // Conventions: frequency Hz, ascending; resistivity ohm-m; phase degrees; a missing value is no_data (-1e32);
 // a mask value is 1 for a point that counts and 0 for a masked one. Field numbers count from 1, as everywhere
-// in the trade.
+// in the field.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -49,7 +49,7 @@ struct Curve {
   std::vector<std::int32_t> mask;  // length 2 n
 
   [[nodiscard]] std::size_t count() const { return frequencies.size(); }
-  /// Makes room for n frequencies, everything 0.
+  /// Sets the size to n frequencies, everything 0.
   void assign(std::size_t n);
   float& value(int field_number, std::size_t index) {
     return data[index * field_count + static_cast<std::size_t>(field_number - 1)];
@@ -88,9 +88,9 @@ struct LineSelection {
   }
 };
 
-/// One stored reading with what stands in its row beside the curve.
+/// One stored reading: its curve and the other columns of its row.
 struct StoredReading {
-  std::int32_t ID = 0;      // 0: there is none
+  std::int32_t ID = 0;      // 0: no reading
   std::int32_t FileID = 0;  // above 0: of the file it was read from; below 0: computed here
   std::int32_t EventNumber = 0;
   Curve curve;

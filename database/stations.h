@@ -35,7 +35,7 @@ StationRows find_station(StationSearch mode, std::string_view line, double stati
                          const GivenPlace* place = nullptr);
 
 /// The location within a Manhattan distance of 1 m of a place (rounded to one decimal), with its map
-/// coordinates. If there is none, LocationID is no_row and the map coordinates are computed from the survey
+/// coordinates. Without one, LocationID is no_row and the map coordinates are computed from the survey
 /// grid. StationID stays no_row.
 StationRows find_location(double local_x, double local_y);
 

@@ -1,7 +1,7 @@
 // pane_plot.h: one graph, ready to be drawn: curves, styles, axes.
 //
-// Series and points of a plot stand in the order of the data set that it was made from, so that a point that
-// is hit names its place there.
+// Series and points of a plot are in the order of the data set that it shows, so that a point that is clicked
+// gives its place there.
 #pragma once
 #include <vector>
 

@@ -33,7 +33,7 @@ void widen_to(Range& range, double length) {
   range.maximum += half;
 }
 
-/// The first of the nearest stations that are less than `limit` m away; -1 if there is none.
+/// The first of the nearest stations that are less than `limit` m away; -1 if no station is.
 std::int32_t nearest_station(PlanPoint picture, double picture_height, double limit) {
   if (!(session().plan_window.plan_y_scale > 0.0)) {
     return -1;

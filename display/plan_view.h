@@ -30,7 +30,7 @@ bool choose_coordinates(std::int32_t coord_system);
 
 /// Brings the window to a picture of this size. A window that is to be fitted takes all stations in.
 /// @param scale_value  value of the scale bar: each step up shows 1/1.585 of the height before
-/// @return the value that the scale bar has to show: 0 if the window was fitted anew
+/// @return the value that the scale bar has to show: 0 if the window was fitted again
 int resize_plan_window(double picture_width, double picture_height, int scale_value);
 
 /// Moves the window by tenths of its size against the bars' values.
@@ -58,11 +58,11 @@ double scale_bar_length(double picture_width);
 /// Strictly inside the window.
 bool in_plan_window(PlanPoint place);
 
-/// The station nearest to a point of the picture, from 1; the first of equally near ones. -1 if there is none
+/// The station nearest to a point of the picture, from 1; the first of equally near ones. -1 if none is
 /// within 10000 m or nothing has been drawn.
 std::int32_t pick_station(PlanPoint picture, double picture_height);
 
-/// The station whose dot lies within so many picture units of a point, from 1; -1 if there is none.
+/// The station whose dot lies within so many picture units of a point, from 1; -1 if no dot does.
 std::int32_t station_under(PlanPoint picture, double picture_height, double within);
 
 }  // namespace Module_display_data

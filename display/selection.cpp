@@ -162,7 +162,7 @@ int keep_kind(const Module_database::ReadingKey& before, const SelectionLists& l
 }
 
 /// Forgets the place in the survey, so that the first station of the line is displayed with everything loaded
-/// anew: profile, station, repeats.
+/// again: profile, station, repeats.
 Redisplay reselect() {
   SessionState& state = session();
   state.current_station = no_current_station;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr float average_merge_frequency = -1.0F;  // stored with every average; nothing reads it
 
-/// The average of all repeats of a key that are switched on; empty if there is none.
+/// The average of all repeats of a key that are switched on; empty if none is.
 Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID, const Frequencies& frequencies) {
   dao::Recordset repeats = Module_database::open_survey().database.open_recordset(
       "SELECT * FROM ReadingsDataTable WHERE " + key_criteria("FileID>0", StationID, "ReductionType=0", key) +

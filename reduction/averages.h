@@ -17,7 +17,7 @@ using Module_database::ReadingKey;
 using Module_database::StationRows;
 using Module_database::StoredReading;
 
-enum class AllowRaw { no, yes };  // whether a file of already reduced data may stand in
+enum class AllowRaw { no, yes };  // whether a file of already reduced data will do
 
 /// Reduces the repeats of a key to its stored average (ReductionType 1). Use flags, masks and offsets of an
 /// average with the same number of frequencies are kept; otherwise the earlier row is replaced.
@@ -34,8 +34,8 @@ enum class AllowRaw { no, yes };  // whether a file of already reduced data may 
 [[nodiscard]] int merge_scan_rates_at(const StationRows& place, const ReadingKey& key,
                                       const Frequencies& frequencies, StoredReading& merged);
 
-/// The stored average (reduction 1) or merged curve (reduction 2) of a key, made if it is missing.
-/// @param reading ID 0 if there is none and none can be made
+/// The stored average (reduction 1) or merged curve (reduction 2) of a key, computed if it is missing.
+/// @param reading ID 0 if there is none and none can be computed
 [[nodiscard]] int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const ReadingKey& key,
                                       const Frequencies& frequencies, StoredReading& reading);
 [[nodiscard]] int reduced_reading_at(const StationRows& place, std::int32_t reduction, AllowRaw allow_raw,

@@ -16,7 +16,7 @@ using Module_database::StoredReading;
 
 namespace {
 
-/// What an average has to say at one of its points: corrected resistivity and phase, if they count.
+/// What an average contributes at one of its points: corrected resistivity and phase, if they count.
 std::array<std::optional<float>, mask_count> contribution(const StoredReading& average, std::size_t index) {
   const float resistivity = average.curve.data[index * field_count];
   const float phase = average.curve.data[index * field_count + 1];
@@ -37,7 +37,7 @@ void reserve(Curve& curve, std::size_t count) {
   curve.mask.reserve(count * mask_count);
 }
 
-/// Copies a point as it stands.
+/// Copies a point as it is.
 void append_point(Curve& curve, const Curve& source, std::size_t index) {
   const auto data = source.data.begin() + static_cast<std::ptrdiff_t>(index * field_count);
   const auto mask = source.mask.begin() + static_cast<std::ptrdiff_t>(index * mask_count);

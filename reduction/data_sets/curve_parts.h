@@ -17,7 +17,7 @@ struct Extent {
   float minimum = -no_data;
   float maximum = no_data;
 
-  void include(float value);  // an absent value is passed over
+  void include(float value);  // an absent value is skipped
   [[nodiscard]] bool empty() const { return !(minimum <= maximum); }
 };
 

@@ -14,7 +14,7 @@ namespace Module_averaged_data {
 namespace {
 
 /// The merged curve of the station whose first row this is. A derived row is the curve itself; for one that
-/// came from a file the curve may still have to be made.
+/// came from a file the curve may still have to be computed.
 int read_merged(const dao::Recordset& row, ReadingKey key, const Frequencies& frequencies,
                 StoredReading& merged) {
   if (row.get_long("FileID") < 0 && row.get_single("SampleRate") == 0.0F) {

@@ -22,7 +22,7 @@ struct ProfileColumn {
 };
 
 struct ProfileDataSet {
-  ReadingKey key;                      // its station and scan rate say nothing
+  ReadingKey key;                      // its station and scan rate don't count
   std::vector<float> frequencies;      // Hz, the frequency list at loading
   CurveExtents extents;                // resistivity without the static factors
   std::vector<ProfileColumn> columns;  // in the order of their stations

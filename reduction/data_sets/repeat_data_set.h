@@ -6,7 +6,7 @@
 namespace Module_averaged_data {
 
 struct RepeatSlot {
-  StoredReading reading;                    // ID 0: there is none. Its masks go back to the row by position
+  StoredReading reading;                    // ID 0: no reading. Its masks go back to the row by position
   std::vector<std::int32_t> list_position;  // by point; -1: not in the frequency list
 };
 

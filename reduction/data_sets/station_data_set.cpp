@@ -33,7 +33,7 @@ void add_slot(StationDataSet& data, StationSlot slot, const Frequencies& frequen
   data.slots.push_back(std::move(slot));
 }
 
-/// The averages of the station by scan rate; sets the scan rates and the counts of both kinds.
+/// The averages of the station by scan rate; sets the scan rates.
 std::vector<StationSlot> read_averages(const ReadingKey& key, StationDataSet& data) {
   std::vector<StationSlot> averages;
   dao::Recordset rows = rows_where(place_criteria(key) + " AND " + kind_criteria(reduction_averaged, key) +
@@ -42,7 +42,6 @@ std::vector<StationSlot> read_averages(const ReadingKey& key, StationDataSet& da
     const bool derived = rows.get_long("FileID") < 0;
     StationSlot& slot =
         averages.emplace_back(slot_of(derived ? StationSlotKind::average : StationSlotKind::file, rows));
-    ++(derived ? data.average_count : data.file_count);
     if (data.scan_rates.empty() || data.scan_rates.back() != slot.SampleRate) {
       data.scan_rates.push_back(slot.SampleRate);
     }
@@ -66,7 +65,6 @@ void add_other_merged(const ReadingKey& key, const Frequencies& frequencies, Sta
   for (; !rows.eof(); rows.move_next()) {
     if (rows.get_long("ID") != merged_ID) {
       add_slot(data, slot_of(StationSlotKind::other_merged, rows), frequencies);
-      ++data.other_merged_count;
     }
   }
 }

@@ -8,7 +8,7 @@
 
 namespace Module_averaged_data {
 
-enum class NeighbourSide { both, before, after };  // in the order of the list that people choose from
+enum class NeighbourSide { both, before, after };  // in the order of the list that the user chooses from
 
 /// Which other stations of the line are shown beside the selected one.
 struct NeighbourOptions {
@@ -32,7 +32,7 @@ enum class StationSlotKind {
 
 struct StationSlot {
   StationSlotKind kind = StationSlotKind::merged;
-  StoredReading reading;    // ID 0: there is none
+  StoredReading reading;    // ID 0: no reading
   float SampleRate = 0.0F;  // Hz
   double station = 0.0;
   std::int32_t station_index = -1;  // from 1
@@ -40,12 +40,9 @@ struct StationSlot {
 };
 
 struct StationDataSet {
-  ReadingKey key;  // its scan rate says nothing
+  ReadingKey key;  // its scan rate doesn't count
   NeighbourOptions neighbours;
-  std::vector<float> scan_rates;   // Hz, of all averages, ascending, distinct
-  std::int32_t average_count = 0;  // stored ones, also while neighbours take their place
-  std::int32_t file_count = 0;
-  std::int32_t other_merged_count = 0;
+  std::vector<float> scan_rates;  // Hz, of all averages, ascending, distinct
   std::int32_t neighbour_count = 0;
   CurveExtents extents;
   std::vector<StationSlot> slots;  // the merged curve first; empty: no data

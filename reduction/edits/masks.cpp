@@ -298,7 +298,7 @@ Edit toggle_profile_point(std::size_t column, std::size_t frequency_index, Compo
     return Edit::nothing;
   }
   const ReadingKey key = key_of(data.columns[column]);
-  StoredReading merged;  // the column doesn't know where its values stand in the row
+  StoredReading merged;  // the column doesn't know where its values are in the row
   if (get_reduced_reading(Module_database::reduction_merged, AllowRaw::yes, key, session().frequencies,
                           merged) != 0) {
     return Edit::failed;

@@ -1,8 +1,8 @@
 // masks.h: what the user switches: points, readings, components of readings, the static factor.
 //
 // Every edit works on the data sets as they are loaded, stores the change at once, keeps the earlier values
-// to be undone and makes average and merged curve anew; see reading_edits.h. After Edit::changed all graphs
-// are to be drawn again.
+// to be undone and computes average and merged curve again; see reading_edits.h. After Edit::changed all
+// graphs are to be drawn again.
 #pragma once
 #include "reduction/edits/reading_edits.h"
 
@@ -31,12 +31,13 @@ enum class UseFlag { reading = 0, resistivity = 1, phase = 2 };
 [[nodiscard]] Edit clear_frequencies(FrequencyCommand command, double frequency, OutlierField field);
 
 /// Masks the highest, the lowest or both extreme values over the repeats at each point. The repeats are
-/// compared point by point, not frequency by frequency. Points at which nothing would be left are passed
-/// over.
+/// compared point by point, not frequency by frequency. Points at which nothing would be left are
+/// skipped.
 /// @param count how many values go at each end; nothing is done unless it is above 0
 [[nodiscard]] Edit clip_outliers(ClipEnds ends, int count, OutlierField field);
 
-/// Turns the mask of a point around. Slots, points and columns count from 0; one that isn't there is nothing.
+/// Inverts the mask of a point. Slots, points and columns count from 0; nothing is done for one that isn't
+/// there.
 [[nodiscard]] Edit toggle_repeat_point(std::size_t slot, std::size_t point, Component component);
 
 /// The same on the station's curves. Neighbours and further merged curves can't be masked.

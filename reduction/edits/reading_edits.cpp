@@ -55,7 +55,7 @@ void set_flags(Slot& slot, const UndoFlags& flags) {
 /// A stored factor of 0 or below reads as 1.
 float factor_of(const UndoStatic& stored) { return stored.res_offset > 0.0F ? stored.res_offset : 1.0F; }
 
-void take_over(StoredReading& reading, const UndoEntry& entry) {
+void copy_into(StoredReading& reading, const UndoEntry& entry) {
   if (const auto* const flags = std::get_if<UndoFlags>(&entry.earlier)) {
     set_flags(reading, *flags);
   } else if (const auto* const mask = std::get_if<UndoMask>(&entry.earlier)) {
@@ -67,7 +67,7 @@ void take_over(StoredReading& reading, const UndoEntry& entry) {
   }
 }
 
-void take_over(ProfileColumn& column, const UndoEntry& entry, const std::vector<float>& frequencies) {
+void copy_into(ProfileColumn& column, const UndoEntry& entry, const std::vector<float>& frequencies) {
   if (const auto* const flags = std::get_if<UndoFlags>(&entry.earlier)) {
     set_flags(column, *flags);
   } else if (const auto* const factor = std::get_if<UndoStatic>(&entry.earlier)) {
@@ -123,17 +123,17 @@ std::optional<ExchangedRow> exchange_row(const UndoEntry& entry) {
 void show_entry(const UndoEntry& entry, const ExchangedRow& row) {
   for (RepeatSlot& slot : data_sets().repeats.slots) {
     if (slot.reading.ID == entry.id) {
-      take_over(slot.reading, entry);
+      copy_into(slot.reading, entry);
     }
   }
   for (StationSlot& slot : data_sets().station.slots) {
     if (slot.reading.ID == entry.id) {
-      take_over(slot.reading, entry);
+      copy_into(slot.reading, entry);
     }
   }
   for (ProfileColumn& column : data_sets().profile.columns) {
     if (column.ID == entry.id) {
-      take_over(column, entry, row.frequencies);
+      copy_into(column, entry, row.frequencies);
     }
   }
 }
