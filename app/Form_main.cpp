@@ -371,14 +371,14 @@ void Form_main::select_frequencies() {
   if (reference_type < 0) {
     return;
   }
-  auto selection = Module_database::read_frequency_selection(reference_type);
-  if (!selection) {
+  auto frequencies = Module_database::load_reference_frequencies(reference_type);
+  if (!frequencies || frequencies->empty()) {
     return;
   }
-  Form_frequency dialog(std::move(*selection), this);
+  Form_frequency dialog(std::move(*frequencies), this);
   dialog.exec();
   if (dialog.frequencies_changed() && session().current_station_index > 0 &&
-      Module_database::load_reference_frequencies(reference_type) == 0) {
+      Module_database::load_selected_frequencies() == 0) {
     display_->redraw();
   }
 }

@@ -89,8 +89,20 @@ class FileSetAside {
   std::string aside_;  // empty: nothing to restore
 };
 
+/// Paths that the user types without a folder mean the survey's.
+void work_in_survey_folder() {
+  const fs::path folder = fs::path(session().database_file).parent_path();
+  if (!folder.empty()) {
+    fs::current_path(folder);
+  }
+}
+
 bool open() {
   if (Module_database::open_database() != 0) {
+    return false;
+  }
+  if (trap_errors(opening_failed, work_in_survey_folder) != 0) {
+    (void)Module_database::close_database();
     return false;
   }
   (void)Module_projections::apply_survey_projection();  // a survey may have none

@@ -33,7 +33,7 @@ Command add_occam_info_command(CLI::App& program);
 Command add_section_command(CLI::App& program);  // only in a build with windows
 Command add_zonge_command(CLI::App& program);
 
-/// The whole path: opening a survey changes the working directory to its folder.
+/// The whole path, as messages and reports name it, and wherever the process works later.
 std::string path_from_here(const std::string& path);
 
 /// Adds --overwrite, which answers questions whether to replace a file with yes.

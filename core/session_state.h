@@ -8,8 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "core/frequencies.h"
+#include "core/undo_entry.h"
+
 inline constexpr double station_not_set = -99999.0;  // no station has been given yet
-inline constexpr double no_current_station = -1e32;  // nothing is selected
+inline constexpr double no_current_station = -1e32;  // nothing is selected; is_absent() is true for it
 
 /// The survey's grid on the map, from which a station without a location gets its map place. Zeros until a
 /// survey carries such values in its header: map and local places are then the same.
@@ -27,6 +30,21 @@ struct StationPlace {  // one row of station_table, m
   double map_x = 0.0;
   double map_y = 0.0;
   double elevation = 0.0;
+};
+
+struct PlanWindow {         // through which the plan shows the stations
+  float plan_zoom = 0.0F;   // 0: to be fitted again
+  double plan_base = 0.0;   // m, height of the window at zoom 1
+  double plan_x_min = 0.0;  // m, the visible window
+  double plan_x_max = 0.0;
+  double plan_y_min = 0.0;
+  double plan_y_max = 0.0;
+  double plan_x_centre = 0.0;
+  double plan_y_centre = 0.0;
+  double plan_x_extent = 0.0;  // m
+  double plan_y_extent = 0.0;
+  double plan_x_scale = 0.0;  // picture units for each m; 0 until drawn
+  double plan_y_scale = 0.0;
 };
 
 /// Facts about the machine, filled once by UTIL::initialise_environment. Those that no procedure reads are
@@ -66,6 +84,7 @@ struct SessionState {
   std::int32_t coord_system = 0;  // list index of Combo_coords: 0 Local, 1 Map
   std::int32_t x_column = 1;      // columns of station_table, from 1: 1, 2 for Local; 3, 4 for Map
   std::int32_t y_column = 2;
+  PlanWindow plan_window;
 
   SurveyHeaderValues survey_header;
   std::int32_t station_count = 0;
@@ -89,10 +108,8 @@ struct SessionState {
   double current_scan_rate = 0.0;  // Hz
   std::int32_t repeat_count = 0;   // 0: the repeats must be reloaded
 
-  // The frequency list of the reference type loaded last: Hz, ascending; enabled is 1 or 0.
-  std::int32_t frequency_count = 0;
-  std::vector<float> frequency_list;
-  std::vector<std::int32_t> frequency_enabled;
+  Frequencies frequencies;  // of the current reference type
+  Module_Brenlox::UndoStack undo_stack;
 
   std::array<std::string, 6> recent_files;
   std::int32_t recent_count = 0;

@@ -12,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "import/file_decode.h"
@@ -209,17 +210,22 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Rea
   return outcome;
 }
 
-int average_station(const ReadingRecord& record, const ScannedStation& scanned) {
-  using Module_database::StationSearch;
-  if (Module_database::find_station(StationSearch::look_up, scanned.LineNumber, scanned.Station).StationID <
-      0) {
+int average_station(const ReadingRecord& record, const ScannedStation& scanned,
+                    Module_database::FrequencyLists& lists) {
+  const Module_database::StationRows place = Module_database::find_station(
+      Module_database::StationSearch::look_up, scanned.LineNumber, scanned.Station);
+  if (place.StationID < 0) {
     return 0;
+  }
+  const Frequencies* const frequencies = lists.of(scanned.ReferenceType);
+  if (frequencies == nullptr) {
+    return -1;
   }
   for (const std::string& data_type : record.scanned_types) {
     const ReadingKey key{scanned.LineNumber, scanned.Station, scanned.ReferenceType,
                          scanned.SampleRate, data_type,       scanned.DipoleLength};
     Module_database::StoredReading ignored;
-    if (Module_averaged_data::average_repeats(key, ignored) != 0) {
+    if (Module_averaged_data::average_repeats_at(place, key, *frequencies, ignored) != 0) {
       return -1;
     }
   }
@@ -251,9 +257,10 @@ std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
   return keys;
 }
 
-int merge_station(const ReadingKey& key) {
+int merge_station(const ReadingKey& key, Module_database::FrequencyLists& lists) {
+  const Frequencies* const frequencies = lists.of(key.reference_type);
   Module_database::StoredReading ignored;
-  return Module_averaged_data::merge_scan_rates(key, ignored);
+  return frequencies == nullptr ? -1 : Module_averaged_data::merge_scan_rates(key, *frequencies, ignored);
 }
 
 Outcome reduce_touched(const ReadingRecord& record, bool may_stop) {
@@ -262,15 +269,17 @@ Outcome reduce_touched(const ReadingRecord& record, bool may_stop) {
   }
   const EachItemRules rules{.items_per_commit = stations_per_commit, .may_stop = may_stop};
   WorkProgress progress("Averaging repeats", record.scan_list.size());
+  Module_database::FrequencyLists lists;
   const Outcome averages = each_item(
-      progress, [&](std::size_t index) { return average_station(record, record.scan_list[index]); }, rules);
+      progress, [&](std::size_t index) { return average_station(record, record.scan_list[index], lists); },
+      rules);
   if (averages != Outcome::finished) {
     return averages;
   }
   const std::vector<ReadingKey> keys = merge_keys(record);
   progress.begin("Merging scan rates", keys.size());
   return each_item(
-      progress, [&](std::size_t index) { return merge_station(keys[index]); }, rules);
+      progress, [&](std::size_t index) { return merge_station(keys[index], lists); }, rules);
 }
 
 // The files after the one that ended the run are listed as well, so that no file is missing from the report.

@@ -18,7 +18,6 @@ using Module_output::RhoplusTables;
 namespace {
 
 constexpr const char* failed_text = "An error occurred while performing the 1d inversion: ";
-constexpr std::int32_t reduction_merged = 2;
 constexpr std::size_t longest_log = 32000;  // bytes
 
 numerics::rhoplus::RhoplusSurface surface_of(const Module_output::RhoplusSettings& settings) {
@@ -36,10 +35,11 @@ std::string read_log(const fs::path& path) {
 }
 
 /// The merged curve and what multiplies its resistivities. @return 0, or -1 after a message
-int find_merged(const ReadingKey& key, StationInversion& result) {
+int find_merged(const ReadingKey& key, const Frequencies& frequencies, StationInversion& result) {
   result = {};
-  const int status = Module_averaged_data::get_reduced_reading(
-      reduction_merged, Module_averaged_data::AllowRaw::yes, key, result.merged);
+  const int status = Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
+                                                               Module_averaged_data::AllowRaw::yes, key,
+                                                               frequencies, result.merged);
   result.scale = rhoplus_settings().resistivity_scale *
                  (rhoplus_settings().apply_static == 1 ? result.merged.ResOffset : 1.0F);
   return status;
@@ -60,9 +60,9 @@ fs::path run_directory(const std::string& database_file, std::int32_t reference_
   return fs::path(survey_folder.empty() ? "." : survey_folder) / reference / folder;
 }
 
-int invert_station(const ReadingKey& key, StationInversion& result) {
+int invert_station(const ReadingKey& key, const Frequencies& frequencies, StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, result) != 0) {
+    if (find_merged(key, frequencies, result) != 0) {
       return -1;
     }
     if (result.merged.ID == 0) {
@@ -71,7 +71,8 @@ int invert_station(const ReadingKey& key, StationInversion& result) {
     const fs::path folder = run_directory(session().database_file, key.reference_type, key.line);
     fs::create_directories(folder);
     const std::string stem = Module_output::rhoplus_stem(rhoplus_settings(), key.station);
-    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, result.tables) != 0) {
+    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, frequencies,
+                                          result.tables) != 0) {
       return -1;
     }
     if (!result.tables.data.empty()) {
@@ -83,12 +84,13 @@ int invert_station(const ReadingKey& key, StationInversion& result) {
   });
 }
 
-int invert_station_in_memory(const ReadingKey& key, StationInversion& result) {
+int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,
+                             StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, result) != 0) {
+    if (find_merged(key, frequencies, result) != 0) {
       return -1;
     }
-    result.tables = Module_output::rhoplus_tables(result.merged, rhoplus_settings());
+    result.tables = Module_output::rhoplus_tables(result.merged, frequencies, rhoplus_settings());
     if (!result.tables.data.empty()) {
       result.run =
           numerics::rhoplus::rhoplus(result.tables.data, surface_of(rhoplus_settings()), &result.log);

@@ -28,12 +28,14 @@ std::filesystem::path run_directory(const std::string& database_file, std::int32
                                     const std::string& line);
 
 /// Inverts the merged curve of a key with the settings in force. Writes control file and log into the run
-/// directory, which is made if it is missing. The session must hold the frequency list of the key's reference
-/// type.
+/// directory, which is made if it is missing.
+/// @param frequencies of the key's reference type
 /// @return 0, also where there was nothing to invert; -1 after a message
-[[nodiscard]] int invert_station(const ReadingKey& key, StationInversion& result);
+[[nodiscard]] int invert_station(const ReadingKey& key, const Frequencies& frequencies,
+                                 StationInversion& result);
 
 /// The same without files, for callers that print the result.
-[[nodiscard]] int invert_station_in_memory(const ReadingKey& key, StationInversion& result);
+[[nodiscard]] int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,
+                                           StationInversion& result);
 
 }  // namespace Module_rhoplus

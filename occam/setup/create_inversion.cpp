@@ -11,13 +11,13 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/survey_database.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
-#include "output/frequency_list_of.h"
 #include "output/rhoplus_settings.h"
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
@@ -60,14 +60,15 @@ void end_step(const StationSteps& steps) {
 }
 
 /// The rows of one station, with its fit if errors depend on it. @return 0, or -1 after a message
-int load_station(const ReadingKey& key, const RhoplusSettings& settings, const InversionInputs& inputs,
-                 const StationSteps& steps, RhoplusTables& tables) {
+int load_station(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                 const InversionInputs& inputs, const StationSteps& steps, RhoplusTables& tables) {
   Module_database::StoredReading merged;
-  if (Module_averaged_data::get_reduced_reading(Module_averaged_data::reduction_merged,
-                                                Module_averaged_data::AllowRaw::yes, key, merged) != 0) {
+  if (Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
+                                                Module_averaged_data::AllowRaw::yes, key, frequencies,
+                                                merged) != 0) {
     return -1;
   }
-  tables = Module_output::rhoplus_tables(merged, settings);
+  tables = Module_output::rhoplus_tables(merged, frequencies, settings);
   end_step(steps);
   if (inputs.use_rhoplus_error && !tables.data.empty()) {
     steps.fit_station(settings, tables);
@@ -77,13 +78,13 @@ int load_station(const ReadingKey& key, const RhoplusSettings& settings, const I
 }
 
 /// Collects the data of all stations of the line.
-Outcome form_data(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
-                  const StationSteps& steps, LineData& data) {
+Outcome form_data(const LineSelection& line, const Frequencies& frequencies, const InversionInputs& inputs,
+                  const InversionChoices& choices, const StationSteps& steps, LineData& data) {
   RhoplusSettings settings = Module_output::rhoplus_settings();
   settings.apply_static = inputs.apply_static ? 1 : 0;
   const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
                        inputs.use_rhoplus_error};
-  data.frequency_rows.assign(static_cast<std::size_t>(session().frequency_count), 0);
+  data.frequency_rows.assign(frequencies.count(), 0);
   const std::vector<double> stations = stations_of(line.line);
   WorkProgress progress("Reading the stations of line " + line.line, stations.size());
   const Outcome outcome = each_item(progress, [&](std::size_t index) {
@@ -96,7 +97,7 @@ Outcome form_data(const LineSelection& line, const InversionInputs& inputs, cons
       return 0;
     }
     RhoplusTables tables;
-    if (load_station(line.at(station), settings, inputs, steps, tables) != 0) {
+    if (load_station(line.at(station), frequencies, settings, inputs, steps, tables) != 0) {
       return -1;
     }
     if (!tables.data.empty()) {
@@ -203,8 +204,8 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
                const StationSteps& steps, CreatedInversion& created) {
   const BusyPointer busy;
   const ScopedValue<bool> updating(session().updating_controls, true);
-  const Module_output::FrequencyListOf frequency_list(line.reference_type);
-  if (frequency_list.status != 0) {
+  const auto listed = Module_database::load_reference_frequencies(line.reference_type);
+  if (!listed) {
     return -1;
   }
   const fs::path folder = run_directory(inputs);
@@ -214,7 +215,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
   check_names(inputs);
   RunScripts scripts(folder);
   LineData data;
-  const Outcome outcome = form_data(line, inputs, choices, steps, data);
+  const Outcome outcome = form_data(line, *listed, inputs, choices, steps, data);
   created.stopped = outcome == Outcome::stopped;
   if (created.stopped) {
     return 0;
@@ -223,7 +224,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     return -1;
   }
   scripts.keep();
-  std::vector<float> frequencies = number_frequencies(data, session().frequency_list);
+  std::vector<float> frequencies = number_frequencies(data, listed->list);
   if (const char* const missing = missing_data(data, frequencies)) {
     user_interface().show_message(missing);
     return -1;
@@ -245,15 +246,10 @@ LineSelection selected_line() {
 int check_line_for_inversion() {
   const SessionState& state = session();
   const auto stations = std::ranges::count(state.station_line, state.current_line);
-  const auto frequencies =
-      std::count(state.frequency_enabled.begin(),
-                 state.frequency_enabled.begin() +
-                     std::min<std::ptrdiff_t>(state.frequency_count, std::ssize(state.frequency_enabled)),
-                 1);
   const char* missing = nullptr;
   if (stations < 2) {
     missing = too_few_stations;
-  } else if (frequencies < 2) {
+  } else if (state.frequencies.enabled_count() < 2) {
     missing = "There is not enough enabled frequencies to perform a 2D inversion";
   }
   if (missing != nullptr) {

@@ -42,6 +42,13 @@ class Survey_file_commands : public SurveyTest {
     EXPECT_EQ(session().database_file, path);
     EXPECT_EQ(window_caption(), "BLX DATABASE " + path);
   }
+
+ private:
+  // Opening a survey works in its folder, which the test removes.
+  struct RestoreFolder {
+    fs::path started_in = fs::current_path();
+    ~RestoreFolder() { fs::current_path(started_in); }
+  } restore_folder_;
 };
 
 TEST_F(Survey_file_commands, Open_starts_from_an_empty_session) {
@@ -55,6 +62,7 @@ TEST_F(Survey_file_commands, Open_starts_from_an_empty_session) {
   EXPECT_EQ(undo_count(), 0U);
   EXPECT_EQ(session().station_count, 0);
   ASSERT_EQ(interface->file_dialogs.size(), 1U);
+  EXPECT_EQ(fs::current_path(), fs::canonical(folder.folder()));
   EXPECT_EQ(interface->file_dialogs[0].title, "Select the database file to open");
   EXPECT_EQ(interface->file_dialogs[0].filter, "Brenlox Database Files (*.mdb)|*.mdb|All files (*.*)|*.*");
   EXPECT_EQ(interface.take_messages(), Messages{});

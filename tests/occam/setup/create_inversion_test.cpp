@@ -111,7 +111,7 @@ TEST_F(CreateInversionTest, Thirty_stations_give_a_run_that_is_read_back) {
 TEST_F(CreateInversionTest, Three_stations_give_these_files) {
   new_survey();
   store_stations({100, 140, 300});  // nearer than half a block, then 1.6 blocks apart
-  session().frequency_count = 0;    // the list is that of the reference type, whatever was loaded
+  session().frequencies = {};       // the list is that of the reference type, whatever was loaded
   inputs.initial_res = "50";
   ASSERT_EQ(create(), 0);
   const auto set = files();
@@ -265,13 +265,12 @@ TEST_F(CreateInversionTest, Failures_are_reported_once_and_leave_what_was_there_
 TEST_F(CreateInversionTest, The_line_must_have_two_stations_and_two_frequencies) {
   session().current_line = "200E";
   session().station_line = {"100N", "200E"};
-  session().frequency_count = 3;
-  session().frequency_enabled = {1, 0, 1};
+  session().frequencies = {{1.0F, 2.0F, 4.0F}, {1, 0, 1}};
   EXPECT_EQ(check_line_for_inversion(), -1);
   EXPECT_EQ(interface.take_messages(), Messages{too_few});
   session().station_line.emplace_back("200E");
   EXPECT_EQ(check_line_for_inversion(), 0);
-  session().frequency_count = 2;
+  session().frequencies.enabled = {1, 0, 0};
   EXPECT_EQ(check_line_for_inversion(), -1);
   EXPECT_EQ(interface.take_messages(),
             Messages{"There is not enough enabled frequencies to perform a 2D inversion"});
