@@ -22,7 +22,7 @@ RhoplusWindows::RhoplusWindows(SurveyDisplay& display, QWidget& main_window)
 }
 
 void RhoplusWindows::edit_settings() {
-  Form_rhoplus(&main_window_).exec();
+  Form_rhoplus(Module_output::rhoplus_settings(), &main_window_).exec();
   if (results_) {
     results_->refresh_rhoplus_results();
   }
@@ -34,7 +34,7 @@ void RhoplusWindows::show_results() {
     results_->activateWindow();
     return;
   }
-  results_ = new Form_rhoplus_inversion(&main_window_);
+  results_ = new Form_rhoplus_inversion(Module_output::rhoplus_settings(), &main_window_);
   results_->setAttribute(Qt::WA_DeleteOnClose);
   connect(results_, &Form_rhoplus_inversion::station_chosen, &display_,
           [this](int station_index) { display_.display_station(station_index); });

@@ -12,7 +12,7 @@ void start_session(const UTIL::DisplayFacts& display) {
   session().version_text = version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
   initialise_from_system(display);
   read_preferences();
-  Module_output::load_rhoplus_settings();
+  Module_output::rhoplus_settings() = Module_output::load_rhoplus_settings();
   session().hide_masked_data = false;
   session().coord_system = 0;
   session().x_column = 1;

@@ -28,6 +28,11 @@ struct InvertOptions {
   std::string json_path;  // empty: a table on the standard output
 };
 
+/// Why a station has no results.
+std::string reason_of(const numerics::rhoplus::RhoplusRun& run) {
+  return run.message.empty() ? Module_rhoplus::nothing_inverted : run.message;
+}
+
 Json model_json(const std::vector<numerics::rhoplus::RhoplusLayer>& model) {
   Json layers = Json::array();
   for (const numerics::rhoplus::RhoplusLayer& layer : model) {
@@ -48,7 +53,7 @@ Json station_json(double station, const StationInversion& inversion) {
     json["optimality_gap"] = inversion.run.optimality_gap;
     json["model"] = model_json(inversion.run.model);
   } else {
-    json["message"] = inversion.run.message.empty() ? "No data to invert" : inversion.run.message;
+    json["message"] = reason_of(inversion.run);
   }
   return json;
 }
@@ -56,7 +61,7 @@ Json station_json(double station, const StationInversion& inversion) {
 void print_station(double station, const StationInversion& inversion) {
   std::cout << "Station " << plain_text(station) << ": ";
   if (inversion.run.status != numerics::rhoplus::rhoplus_ran) {
-    std::cout << (inversion.run.message.empty() ? "No data to invert" : inversion.run.message) << '\n';
+    std::cout << reason_of(inversion.run) << '\n';
     return;
   }
   std::cout << inversion.run.used_values << " values, chi "
@@ -76,7 +81,7 @@ int invert_stations(const InvertOptions& options, const std::vector<double>& sta
   const Outcome outcome = Module_averaged_data::each_item(progress, [&](std::size_t index) {
     StationInversion inversion;
     if (Module_rhoplus::invert_station_in_memory(options.reading.at(stations[index]), frequencies,
-                                                 inversion) != 0) {
+                                                 options.settings, inversion) != 0) {
       return -1;
     }
     results.push_back(station_json(stations[index], inversion));
@@ -115,7 +120,6 @@ int run_invert(InvertOptions& options) {
   if (!options.json_path.empty() && options.json_path != "-") {
     options.json_path = path_from_here(options.json_path);
   }
-  Module_output::rhoplus_settings() = options.settings;
   return with_open_survey(options.survey, [&] { return invert_line(options); });
 }
 

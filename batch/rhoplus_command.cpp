@@ -20,7 +20,8 @@ struct RhoplusOptions {
 
 int write_line(const RhoplusOptions& options) {
   Module_output::RhoplusCounts counts;
-  const int status = Module_output::output_rhoplus(options.reading, options.directory, {}, counts);
+  const int status =
+      Module_output::output_rhoplus(options.reading, options.directory, options.settings, {}, counts);
   if (status == 0 && report_stop("Stopped; the batch file holds the stations written so far")) {
     return -1;
   }
@@ -33,7 +34,6 @@ int write_line(const RhoplusOptions& options) {
 
 int run_rhoplus(RhoplusOptions& options) {
   options.directory = path_from_here(options.directory);
-  Module_output::rhoplus_settings() = options.settings;
   return with_open_survey(options.survey, [&] { return write_line(options); });
 }
 

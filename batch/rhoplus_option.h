@@ -7,7 +7,7 @@
 namespace Batch {
 
 /// Adds --root, --floor, --phase-floor, --scale, --surface, --include-empty, --no-static and
-/// --keep-negative-phase; each left out keeps its default.
+/// --keep-negative-phase; one that is left out keeps its default.
 void add_rhoplus_options(CLI::App& parser, Module_output::RhoplusSettings& settings);
 
 }  // namespace Batch

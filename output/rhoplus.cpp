@@ -28,15 +28,15 @@ namespace {
 
 /// Writes the control files; `batch` gets a line for each. @return 0, or -1 after a message
 int write_stations(const LineSelection& selection, const std::vector<double>& stations,
-                   const Frequencies& frequencies, const fs::path& folder,
+                   const Frequencies& frequencies, const fs::path& folder, const RhoplusSettings& settings,
                    const std::function<void(int)>& show_row_count, std::string& batch,
                    RhoplusCounts& counts) {
   WorkProgress progress("Writing Rho+ files", stations.size());
   const Outcome outcome = each_item(progress, [&](std::size_t index) {
     const ReadingKey key = selection.at(stations[index]);
-    const std::string name = rhoplus_stem(rhoplus_settings(), key.station) + ".dat";
+    const std::string name = rhoplus_stem(settings, key.station) + ".dat";
     RhoplusTables tables;
-    if (write_rhoplus_file((folder / name).string(), key, frequencies, tables) != 0) {
+    if (write_rhoplus_file((folder / name).string(), key, frequencies, settings, tables) != 0) {
       return -1;
     }
     if (!tables.data.empty()) {
@@ -52,9 +52,9 @@ int write_stations(const LineSelection& selection, const std::vector<double>& st
   return outcome == Outcome::failed ? -1 : 0;
 }
 
-/// Behind a failure that has been told: what keeps the stations' files from being written mostly keeps this
-/// one, too, and needs no second message.
-void write_what_stands(const fs::path& batch_file, const std::string& batch) {
+/// After a failure that has been reported. What kept a station's file from being written mostly affects this
+/// one, too; there is no second message.
+void write_batch_file_quietly(const fs::path& batch_file, const std::string& batch) {
   try {
     safe_files::write_into_place(batch_file, batch);
   } catch (const std::runtime_error&) {
@@ -76,7 +76,7 @@ std::vector<double> rhoplus_stations(const LineSelection& selection) {
 }
 
 int write_rhoplus_file(const std::string& path, const ReadingKey& key, const Frequencies& frequencies,
-                       RhoplusTables& tables) {
+                       const RhoplusSettings& settings, RhoplusTables& tables) {
   tables = {};
   return trap_errors("An error occured while writing the rhoplus station data file ", [&] {
     StoredReading merged;
@@ -84,16 +84,16 @@ int write_rhoplus_file(const std::string& path, const ReadingKey& key, const Fre
                                                   merged) != 0) {
       return -1;
     }
-    RhoplusTables rows = rhoplus_tables(merged, frequencies, rhoplus_settings());
+    RhoplusTables rows = rhoplus_tables(merged, frequencies, settings);
     if (!rows.data.empty()) {
-      safe_files::write_into_place(path, rhoplus_control_text(rows, rhoplus_settings(), key.station));
+      safe_files::write_into_place(path, rhoplus_control_text(rows, settings, key.station));
     }
     tables = std::move(rows);
     return 0;
   });
 }
 
-int output_rhoplus(const LineSelection& selection, const std::string& folder,
+int output_rhoplus(const LineSelection& selection, const std::string& folder, const RhoplusSettings& settings,
                    const std::function<void(int)>& show_row_count, RhoplusCounts& counts) {
   counts = {};
   return trap_errors("An error occured while writing rhoplus data ", [&] {
@@ -110,11 +110,11 @@ int output_rhoplus(const LineSelection& selection, const std::string& folder,
     fs::create_directories(folder);
     std::string batch;
     const int status =
-        write_stations(selection, stations, *frequencies, folder, show_row_count, batch, counts);
-    // Also behind a failure: it runs the stations whose files stand.
-    const fs::path batch_file = fs::path(folder) / (rhoplus_settings().root_name + "_run.bat");
+        write_stations(selection, stations, *frequencies, folder, settings, show_row_count, batch, counts);
+    // Also after a failure: it runs the stations whose files are written.
+    const fs::path batch_file = fs::path(folder) / (settings.root_name + "_run.bat");
     if (status != 0) {
-      write_what_stands(batch_file, batch);
+      write_batch_file_quietly(batch_file, batch);
     } else {
       safe_files::write_into_place(batch_file, batch);
     }

@@ -14,8 +14,8 @@ using Module_database::StoredReading;
 
 namespace {
 
-constexpr float least_resistivity = 0.001F;      // ohm-m: Rho+ takes logarithms
-constexpr float least_resistivity_error = 0.1F;  // ohm-m
+constexpr float min_resistivity = 0.001F;      // ohm-m: Rho+ takes logarithms
+constexpr float min_resistivity_error = 0.1F;  // ohm-m
 
 struct Datum {
   float value = 0.0F;
@@ -31,8 +31,8 @@ Datum resistivity_at(const Curve& curve, std::size_t position, float scale, floa
   rho.error = scale * curve.value(rho.used ? Module_database::field_resistivity_deviation
                                            : Module_database::field_all_resistivity_deviation,
                                   position);
-  rho.value = std::max(rho.value, least_resistivity);
-  rho.error = std::max({rho.error, std::abs(rho.value) * floor_percent / 100.0F, least_resistivity_error});
+  rho.value = std::max(rho.value, min_resistivity);
+  rho.error = std::max({rho.error, std::abs(rho.value) * floor_percent / 100.0F, min_resistivity_error});
   return rho;
 }
 

@@ -14,7 +14,7 @@
 
 namespace Module_output {
 
-/// One row a written frequency.
+/// One row for each frequency written.
 using RhoplusData = std::vector<numerics::rhoplus::RhoplusRow>;
 
 /// Where the rows come from.
@@ -27,11 +27,11 @@ struct RhoplusTables {
   RhoplusData data;
   RhoplusIndex index;
   std::string data_lines;       // of the control file
-  std::string frequency_lines;  // likewise: all enabled frequencies, also of rows left out
+  std::string frequency_lines;  // of the control file: all enabled frequencies, also of rows left out
 };
 
-/// The rows of a merged curve at the enabled ones of its reference type's frequencies. Masked points stand in
-/// it with the statistics of all values present, marked as unused. Empty if the reading or both of its
+/// The rows of a merged curve at the enabled ones of its reference type's frequencies. Masked points have the
+/// statistics of all values present and are marked as unused. Empty if the reading or both of its
 /// quantities are switched off, or if no resistivity is used: phases alone leave the level of resistivity
 /// free.
 RhoplusTables rhoplus_tables(const Module_database::StoredReading& merged, const Frequencies& frequencies,

@@ -1,15 +1,11 @@
 #include "output/zonge.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
-#include <filesystem>
 #include <utility>
 #include <vector>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
@@ -19,8 +15,6 @@
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
-
-namespace fs = std::filesystem;
 
 namespace Module_output {
 
@@ -122,35 +116,10 @@ Outcome add_stations(const LineSelection& selection, const std::vector<double>& 
   });
 }
 
-/// Puts all three files into place once all three are on the disk.
-void write_files(const ZongeFiles& files, const std::string& root) {
-  struct File {
-    const std::string& contents;
-    fs::path place;
-    fs::path neighbour;
-  };
-  const auto file = [&](const std::string& contents, const char* extension) {
-    fs::path place = root + extension;
-    fs::path neighbour = place;
-    neighbour += ".new";
-    return File{contents, std::move(place), std::move(neighbour)};
-  };
-  const std::array<File, 3> set{file(files.mde, ".mde"), file(files.avg, ".avg"), file(files.stn, ".stn")};
-  const ScopeGuard remove_neighbours([&set] {
-    for (const File& member : set) {
-      std::error_code ignored;
-      fs::remove(member.neighbour, ignored);
-    }
-  });
-  for (const File& member : set) {
-    if (fs::is_directory(member.place)) {
-      throw std::runtime_error(member.place.string() + ": is a folder");
-    }
-    safe_files::write_into_place(member.neighbour, member.contents);
-  }
-  for (const File& member : set) {
-    safe_files::move_into_place(member.neighbour, member.place);
-  }
+void write_files(ZongeFiles files, const std::string& root) {
+  safe_files::write_together({{root + ".mde", std::move(files.mde)},
+                              {root + ".avg", std::move(files.avg)},
+                              {root + ".stn", std::move(files.stn)}});
 }
 
 }  // namespace
@@ -160,12 +129,6 @@ std::string zonge_file_name(const LineSelection& selection) {
   std::replace_if(
       name.begin(), name.end(), [](char c) { return c == '/' || c == '\\' || c == ':'; }, '_');
   return name;
-}
-
-std::chrono::year_month_day today() {
-  const std::time_t now = std::time(nullptr);
-  const std::tm* const local = std::localtime(&now);
-  return std::chrono::year(local->tm_year + 1900) / (local->tm_mon + 1) / local->tm_mday;
 }
 
 int output_zonge(const LineSelection& selection, const std::string& avg_path,
@@ -191,7 +154,7 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
     int rows = 0;
     const Outcome outcome = add_stations(selection, stations, *frequencies, show_row_count, files, rows);
     if (outcome == Outcome::finished) {
-      write_files(files, Module_util::strip_extension(avg_path));
+      write_files(std::move(files), Module_util::strip_extension(avg_path));
       row_count = rows;
     }
     return outcome == Outcome::failed ? -1 : 0;

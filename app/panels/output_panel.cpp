@@ -81,7 +81,8 @@ void OutputPanel::write() {
   };
   if (kind_ == Module_output::OutputKind::rhoplus) {
     static_cast<void>(Module_output::write_chosen_rhoplus(
-        lists_, choices, ui_->Text_rhoplus_output_directory->text().toStdString(), show_row_count));
+        lists_, choices, Module_output::rhoplus_settings(),
+        ui_->Text_rhoplus_output_directory->text().toStdString(), show_row_count));
   } else {
     static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, show_row_count));
   }

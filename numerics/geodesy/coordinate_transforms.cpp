@@ -36,7 +36,7 @@ enum Parameter : std::size_t {
 constexpr double usual_zone_scale = 0.9996;
 constexpr double usual_zone_easting = 500000.0;
 constexpr double usual_southern_northing = 10000000.0;
-constexpr double most_zones = 1e6;
+constexpr double max_zones = 1e6;
 constexpr double full_circle = 360.0;
 constexpr double largest_latitude = 90.0;
 constexpr double farthest = 1e8;  // m, beyond what any map shows: the pole of Mercator's projection
@@ -83,7 +83,8 @@ struct DestroyProjection {
 };
 using ProjectionHandle = std::unique_ptr<PJ, DestroyProjection>;
 
-// The library's state, and the projection used last: survey after survey is converted in one system.
+// The library's state, and the projection used last: survey after survey is converted in one system. A cache
+// only: no result depends on what it holds. One for each thread, because a PROJ context serves one at a time.
 struct Engine {
   std::unique_ptr<PJ_CONTEXT, DestroyContext> context;
   TransformParameters parameters{};
@@ -91,14 +92,14 @@ struct Engine {
 };
 
 Engine& engine() {
-  static Engine started = [] {
-    Engine made{std::unique_ptr<PJ_CONTEXT, DestroyContext>(proj_context_create()), {}, nullptr};
-    if (made.context == nullptr) {
+  thread_local Engine started = [] {
+    Engine fresh{std::unique_ptr<PJ_CONTEXT, DestroyContext>(proj_context_create()), {}, nullptr};
+    if (fresh.context == nullptr) {
       throw std::runtime_error("the projection library can't be started");
     }
-    proj_context_set_enable_network(made.context.get(), 0);
-    proj_log_level(made.context.get(), PJ_LOG_NONE);
-    return made;
+    proj_context_set_enable_network(fresh.context.get(), 0);
+    proj_log_level(fresh.context.get(), PJ_LOG_NONE);
+    return fresh;
   }();
   return started;
 }
@@ -162,7 +163,7 @@ void require_finite(const CoordinateSystemValues& values) {
 
 void set_zone(const CoordinateSystemValues& values, TransformParameters& parameters) {
   const double zones = zone_count(values.zone_width);
-  if (!(zones >= 1.0 && zones <= most_zones)) {
+  if (!(zones >= 1.0 && zones <= max_zones)) {
     throw std::runtime_error("the zone width of " + plain_text(values.zone_width) +
                              " degrees gives no zones");
   }
@@ -283,7 +284,8 @@ double zone_of(const TransformParameters& parameters, double longitude) {
 }  // namespace
 
 std::optional<Datum> find_datum(std::int32_t number) {
-  static std::map<std::int32_t, std::optional<Datum>> known;
+  // A cache as the engine: PROJ's tables don't change while the program runs.
+  thread_local std::map<std::int32_t, std::optional<Datum>> known;
   const auto found = known.find(number);
   return found != known.end() ? found->second : known.emplace(number, look_up_datum(number)).first->second;
 }

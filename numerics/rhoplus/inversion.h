@@ -43,9 +43,9 @@ struct RhoplusInversion {
   [[nodiscard]] int used_values() const { return resistivities + phases; }
 };
 
-/// @param most_rows of the model table: sheets and perfect conductor
+/// @param max_rows   of the model table: sheets and perfect conductor
 /// @param conducting the first sheet lies at depth 0: above a thousand times the highest used frequency c is
 ///                   that of a sheet, which changes no phase by more than 0.06 degrees
-RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t most_rows);
+RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t max_rows);
 
 }  // namespace numerics::rhoplus

@@ -6,7 +6,7 @@
 
 #include "core/number_text.h"
 #include "numerics/section/layered_field.h"
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace numerics::section {
 

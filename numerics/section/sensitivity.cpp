@@ -3,6 +3,7 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "numerics/constants.h"
 #include "numerics/parallel_jobs.h"
 #include "numerics/section/ground_impedance.h"
 
@@ -68,7 +69,7 @@ class ModeJob {
       for (std::size_t p = 0; p < parameters_; ++p) {
         const std::size_t at = (s * frequencies + frequency_index) * parameters_ + p;
         result.log10_resistivity[at] = 2.0 / std::numbers::ln10 * change[p].real();
-        result.phase[at] = 180.0 / std::numbers::pi * change[p].imag();
+        result.phase[at] = degrees_per_radian * change[p].imag();
       }
     }
   }

@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace numerics::section {
 

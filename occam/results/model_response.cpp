@@ -8,7 +8,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/table_input.h"
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace Module_occam {
 

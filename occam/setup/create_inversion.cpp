@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "core/calendar.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
@@ -126,10 +127,10 @@ std::string start_date() {
   static constexpr std::array<const char*, 12> months{"January",   "February", "March",    "April",
                                                       "May",       "June",     "July",     "August",
                                                       "September", "October",  "November", "December"};
-  const std::chrono::year_month_day today = Module_output::today();
-  return format_number(static_cast<int>(static_cast<unsigned>(today.day())), "00") + "-" +
-         months.at(static_cast<unsigned>(today.month()) - 1) + "-" +
-         format_number(static_cast<int>(today.year()), "0");
+  const std::chrono::year_month_day date = today();
+  return format_number(static_cast<int>(static_cast<unsigned>(date.day())), "00") + "-" +
+         months.at(static_cast<unsigned>(date.month()) - 1) + "-" +
+         format_number(static_cast<int>(date.year()), "0");
 }
 
 /// For a text that has one line of a file to itself.

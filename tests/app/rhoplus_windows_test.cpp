@@ -240,7 +240,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(QString::fromStdString(rhoplus_settings().root_name), QString("run"));
     QCOMPARE(rhoplus_settings().resistivity_scale, 2.5F);
     QCOMPARE(rhoplus_settings().resistivity_error_floor, 4.0F);
-    Module_output::load_rhoplus_settings();
+    rhoplus_settings() = Module_output::load_rhoplus_settings();
     QCOMPARE(rhoplus_settings().root_name, std::string("run"));
     QCOMPARE(rhoplus_settings().resistivity_scale, 1.0F);
     QCOMPARE(rhoplus_settings().surface, 0);

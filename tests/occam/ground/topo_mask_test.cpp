@@ -9,7 +9,7 @@
 #include "formats/occam/mesh_file.h"
 #include "formats/occam/model_blocks.h"
 #include "formats/occam/model_file.h"
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 #include "tests/formats/occam/made_run.h"
 
 namespace Module_occam {

@@ -1,4 +1,4 @@
-// mt2dresponse.h: the magnetotelluric response of a two-dimensional section on its own mesh, by finite
+// response.h: the magnetotelluric response of a two-dimensional section on its own mesh, by finite
 // elements.
 //
 // The scheme is that of the inversion the models come from, choices of discretisation included: the response

@@ -1,14 +1,23 @@
-#include "numerics/rhoplus/inversion_log.h"
+#include "rhoplus/inversion_log.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <fstream>
+#include <system_error>
 #include <utility>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "numerics/rhoplus/chi_statistics.h"
 
-namespace numerics::rhoplus {
+namespace Module_rhoplus {
+
+using numerics::rhoplus::RhoplusInversion;
+using numerics::rhoplus::RhoplusPrediction;
+using numerics::rhoplus::RhoplusRow;
+using numerics::rhoplus::RhoplusRun;
+using numerics::rhoplus::RhoplusSurface;
 
 namespace {
 
@@ -49,13 +58,13 @@ std::string count(int value, std::string_view one, std::string_view many) {
   return plain_text(value) + " " + std::string(value == 1 ? one : many);
 }
 
-void write_settings(LogText& log, std::string_view title, std::span<const RhoplusDatum> data, bool conducting,
+void write_settings(LogText& log, std::string_view title, std::size_t rows, RhoplusSurface surface,
                     const RhoplusInversion& inversion) {
   log.line("Rho+ inversion: the best fit of any one-dimensional model");
   log.line();
   log.fact("Data", title);
-  log.fact("Surface", conducting ? "conducting" : "insulating");
-  log.fact("Rows", plain_text(static_cast<int>(data.size())));
+  log.fact("Surface", surface == RhoplusSurface::conducting ? "conducting" : "insulating");
+  log.fact("Rows", plain_text(static_cast<int>(rows)));
   log.fact("Values used", plain_text(inversion.used_values()) + " (" +
                               count(inversion.resistivities, "resistivity", "resistivities") + ", " +
                               count(inversion.phases, "phase", "phases") + ")");
@@ -64,8 +73,8 @@ void write_settings(LogText& log, std::string_view title, std::span<const Rhoplu
 void write_fit(LogText& log, const RhoplusInversion& inversion) {
   const int values = inversion.used_values();
   const double chi = std::sqrt(inversion.fit.misfit2);
-  const double target = expected_chi(values);
-  const double limit = chi_of_95_percent(values);
+  const double target = numerics::rhoplus::expected_chi(values);
+  const double limit = numerics::rhoplus::chi_of_95_percent(values);
   log.heading("Fit");
   log.fact("Achieved chi", with_places(chi, "0.0000"));
   log.fact("Target chi", with_places(target, "0.0000") + "  (expected of normal errors)");
@@ -77,7 +86,8 @@ void write_fit(LogText& log, const RhoplusInversion& inversion) {
   log.fact("Chi-squared", with_places(inversion.fit.misfit2, "0.000000"));
   log.fact("Certificate", "chi-squared is above the least possible by no more than " +
                               format_number(inversion.fit.gap, "0.00E+0"));
-  if (inversion.fit.gap > accepted_gap(inversion.fit.misfit2) && !inversion.fit.fits_exactly) {
+  if (inversion.fit.gap > numerics::rhoplus::accepted_gap(inversion.fit.misfit2) &&
+      !inversion.fit.fits_exactly) {
     log.line(
         "The errors are too small, or too many sheets were dropped, for a closer proof in double precision.");
   }
@@ -99,11 +109,11 @@ void write_remarks(LogText& log, const RhoplusInversion& inversion) {
   }
 }
 
-void write_model(LogText& log, const SheetModel& model, double sheet_error) {
+void write_model(LogText& log, const numerics::rhoplus::SheetModel& model, double sheet_error) {
   log.heading("Model: conducting sheets in an insulator");
   log.line(pad_field("sheet", 5) + pad_field("depth (m)", number_width) + pad_field("conductance (S)", 17));
   int sheet_number = 0;
-  for (const Sheet& sheet : model.sheets) {
+  for (const numerics::rhoplus::Sheet& sheet : model.sheets) {
     log.line(pad_field(plain_text(++sheet_number), 5) + pad_field(number(sheet.depth), number_width) +
              pad_field(number(sheet.conductance), 17));
   }
@@ -123,7 +133,7 @@ std::string value_columns(bool used, double observed, double error, double model
          pad_field(std::isfinite(residual) ? with_places(residual, "0.00") : "-", number_width);
 }
 
-void write_data(LogText& log, std::span<const RhoplusDatum> data, const RhoplusInversion& inversion) {
+void write_data(LogText& log, std::span<const RhoplusRow> data, const RhoplusInversion& inversion) {
   log.heading("Data: residuals in errors, of ln resistivity and of phase");
   std::string names = pad_field("frequency", number_width);
   std::string units = pad_field("(Hz)", number_width);
@@ -140,33 +150,53 @@ void write_data(LogText& log, std::span<const RhoplusDatum> data, const RhoplusI
   log.line(names);
   log.line(units);
   for (std::size_t i = 0; i < data.size(); ++i) {
-    const RhoplusDatum& datum = data[i];
-    const RhoplusPrediction& row = inversion.rows[i];
-    log.line(pad_field(number(datum.frequency), number_width) +
-             value_columns(datum.use_resistivity, datum.resistivity, datum.resistivity_error, row.resistivity,
-                           row.resistivity_residual, "0.000") +
-             value_columns(datum.use_phase, datum.phase, datum.phase_error, row.phase, row.phase_residual,
+    const RhoplusRow& row = data[i];
+    const RhoplusPrediction& model = inversion.rows[i];
+    log.line(pad_field(number(row.frequency), number_width) +
+             value_columns(row.uses_resistivity(), row.resistivity, row.resistivity_error, model.resistivity,
+                           model.resistivity_residual, "0.000") +
+             value_columns(row.uses_phase(), row.phase, row.phase_error, model.phase, model.phase_residual,
                            "0.00"));
   }
 }
 
 }  // namespace
 
-std::string inversion_log(std::string_view title, std::span<const RhoplusDatum> data, bool conducting,
-                          const RhoplusInversion& inversion) {
+std::string inversion_log(std::string_view title, std::span<const RhoplusRow> data, RhoplusSurface surface,
+                          const RhoplusRun& run, const RhoplusInversion& details) {
   LogText log;
-  write_settings(log, title, data, conducting, inversion);
-  if (inversion.ran) {
-    write_fit(log, inversion);
+  if (run.status == numerics::rhoplus::rhoplus_failed) {
+    log.line("Rho+ inversion of " + std::string(title) + " failed: " + run.message);
+    return std::move(log).text();
+  }
+  write_settings(log, title, data.size(), surface, details);
+  if (details.ran) {
+    write_fit(log, details);
   } else {
-    log.line("There is nothing to invert: no value is used, or none can be.");
+    log.line(run.message);
   }
-  write_remarks(log, inversion);
-  if (inversion.ran) {
-    write_model(log, inversion.sheets, inversion.sheet_error);
+  write_remarks(log, details);
+  if (details.ran) {
+    write_model(log, details.sheets, details.sheet_error);
   }
-  write_data(log, data, inversion);
+  write_data(log, data, details);
   return std::move(log).text();
 }
 
-}  // namespace numerics::rhoplus
+std::string write_log(const std::filesystem::path& path, std::string_view log) {
+  // Written straight to its place: it is replaced at every change of the data, and waiting for the disk would
+  // cost more than the inversion.
+  errno = 0;
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(log.data(), static_cast<std::streamsize>(log.size()));
+  file.close();
+  if (file) {
+    return {};
+  }
+  const int reason = errno;
+  std::error_code ignored;
+  std::filesystem::remove(path, ignored);
+  return path.string() + ": " + std::generic_category().message(reason);
+}
+
+}  // namespace Module_rhoplus

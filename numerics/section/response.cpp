@@ -1,10 +1,10 @@
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 #include <cmath>
-#include <numbers>
 #include <stdexcept>
 
 #include "core/number_text.h"
+#include "numerics/constants.h"
 #include "numerics/parallel_jobs.h"
 #include "numerics/section/ground_impedance.h"
 
@@ -64,7 +64,7 @@ std::optional<Response> compute_response(const Section& section, std::span<const
       const Complex impedance = ground_impedance(field, sites[s]).impedance;
       mode.log10_resistivity[s * frequencies.size() + f] =
           std::log10(std::norm(impedance) / field.omega_mu0());  // Cagniard (1953), Geophysics 18, 605-635
-      mode.phase[s * frequencies.size() + f] = std::arg(impedance) * 180.0 / std::numbers::pi;
+      mode.phase[s * frequencies.size() + f] = std::arg(impedance) * degrees_per_radian;
     }
   };
   if (!run_jobs(jobs, options.threads, job, options.progress)) {
