@@ -29,7 +29,7 @@ void RhoplusWindows::edit_settings() {
 }
 
 void RhoplusWindows::show_results() {
-  if (results_ && results_->isVisible()) {  // one that has been closed goes with the next turn of the events
+  if (results_ && results_->isVisible()) {  // a closed one is deleted only when events run
     results_->raise();
     results_->activateWindow();
     return;
@@ -61,7 +61,7 @@ void RhoplusWindows::create_occam_inversion() {
     }
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
-  Form_occam(steps, &main_window_).exec();  // the results' window may be gone before this one is done
+  Form_occam(steps, &main_window_).exec();  // the results window may be closed before this one
   if (results_) {
     results_->end_line_run();
   }

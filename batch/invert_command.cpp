@@ -9,7 +9,7 @@
 #include "batch/rhoplus_option.h"
 #include "core/number_text.h"
 #include "core/user_interface.h"
-#include "output/frequency_list_of.h"
+#include "database/frequency_store.h"
 #include "platform/files/safe_files.h"
 #include "reduction/each_item.h"
 #include "rhoplus/station_inversion.h"
@@ -75,12 +75,13 @@ void print_station(double station, const StationInversion& inversion) {
 }
 
 /// Inverts each station; `results` gets one entry a station. @return 0, or -1 after a message
-int invert_stations(const InvertOptions& options, const std::vector<double>& stations, Json& results) {
+int invert_stations(const InvertOptions& options, const std::vector<double>& stations,
+                    const Frequencies& frequencies, Json& results) {
   Module_averaged_data::WorkProgress progress("Inverting", stations.size());
   const Outcome outcome = Module_averaged_data::each_item(progress, [&](std::size_t index) {
     StationInversion inversion;
-    if (Module_rhoplus::invert_station_in_memory(options.reading.at(stations[index]), options.settings,
-                                                 inversion) != 0) {
+    if (Module_rhoplus::invert_station_in_memory(options.reading.at(stations[index]), frequencies,
+                                                 options.settings, inversion) != 0) {
       return -1;
     }
     results.push_back(station_json(stations[index], inversion));
@@ -101,12 +102,12 @@ int invert_line(const InvertOptions& options) {
     user_interface().show_message("There is no data for the specified line and data type");
     return -1;
   }
-  const Module_output::FrequencyListOf frequencies(options.reading.reference_type);
-  if (frequencies.status != 0) {
+  const auto frequencies = Module_database::load_reference_frequencies(options.reading.reference_type);
+  if (!frequencies) {
     return -1;
   }
   Json results = Json::array();
-  const int status = invert_stations(options, stations, results);
+  const int status = invert_stations(options, stations, *frequencies, results);
   if (options.json_path == "-") {
     std::cout << results.dump(2) << '\n';
   } else if (!options.json_path.empty()) {

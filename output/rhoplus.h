@@ -10,13 +10,14 @@
 
 namespace Module_output {
 
-/// Writes the control file of a station's merged curve, over an earlier one. The session must hold the
-/// frequency list of the key's reference type.
+/// Writes the control file of a station's merged curve, over an earlier one.
+/// @param frequencies of the key's reference type
 /// @param tables the rows written; empty if the station has no resistivity to invert, and then no file is
 ///               written
 /// @return 0, or -1 after a message; an earlier file is then as before
 [[nodiscard]] int write_rhoplus_file(const std::string& path, const Module_database::ReadingKey& key,
-                                     const RhoplusSettings& settings, RhoplusTables& tables);
+                                     const Frequencies& frequencies, const RhoplusSettings& settings,
+                                     RhoplusTables& tables);
 
 /// The stations of a line that have readings of this kind, m, ascending. Throws dao::Error.
 std::vector<double> rhoplus_stations(const Module_database::LineSelection& selection);

@@ -6,7 +6,6 @@
 #include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "output/frequency_list_of.h"
 
 namespace Module_output {
 
@@ -71,7 +70,8 @@ void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Dat
 
 }  // namespace
 
-RhoplusTables rhoplus_tables(const StoredReading& merged, const RhoplusSettings& settings) {
+RhoplusTables rhoplus_tables(const StoredReading& merged, const Frequencies& frequencies,
+                             const RhoplusSettings& settings) {
   RhoplusTables tables;
   if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
     return tables;
@@ -82,7 +82,7 @@ RhoplusTables rhoplus_tables(const StoredReading& merged, const RhoplusSettings&
   bool resistivity_is_used = false;
   for (std::size_t position = 0; position < curve.count(); ++position) {
     const float frequency = curve.frequencies[position];
-    const std::int32_t listed = enabled_position(frequency);
+    const std::int32_t listed = frequencies.enabled_position(frequency);
     if (listed < 0) {
       continue;
     }

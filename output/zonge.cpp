@@ -1,7 +1,6 @@
 #include "output/zonge.h"
 
 #include <algorithm>
-#include <ctime>
 #include <utility>
 #include <vector>
 
@@ -9,10 +8,10 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "formats/zonge/zonge_text.h"
-#include "output/frequency_list_of.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
@@ -24,12 +23,11 @@ using Module_averaged_data::each_item;
 using Module_averaged_data::Outcome;
 using Module_averaged_data::WorkProgress;
 using Module_database::LineSelection;
+using Module_database::reduction_merged;
 using Module_database::StationRows;
 using Module_database::StoredReading;
 
 namespace {
-
-constexpr std::int32_t reduction_merged = 2;
 
 struct ZongeFiles {
   std::string mde;
@@ -77,14 +75,14 @@ ZongeLine describe_line(const LineSelection& selection, const std::vector<double
 }
 
 /// Adds the rows of one merged curve. @return how many
-int add_curve(double station, const StoredReading& merged, std::string& avg) {
+int add_curve(double station, const StoredReading& merged, const Frequencies& frequencies, std::string& avg) {
   if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
     return 0;
   }
   int rows = 0;
   const Module_database::Curve& curve = merged.curve;
   for (std::size_t index = 0; index < curve.count(); ++index) {
-    if (enabled_position(curve.frequencies[index]) >= 0 &&
+    if (frequencies.enabled_position(curve.frequencies[index]) >= 0 &&
         curve.counts_at(Module_database::field_resistivity, index) == 1 &&
         curve.counts_at(Module_database::field_phase, index) == 1) {
       avg +=
@@ -98,18 +96,19 @@ int add_curve(double station, const StoredReading& merged, std::string& avg) {
 
 /// Writes the station part of the ".stn" and ".avg" files.
 Outcome add_stations(const LineSelection& selection, const std::vector<double>& stations,
-                     const std::function<void(int)>& show_row_count, ZongeFiles& files, int& row_count) {
+                     const Frequencies& frequencies, const std::function<void(int)>& show_row_count,
+                     ZongeFiles& files, int& row_count) {
   WorkProgress progress("Writing Zonge files", stations.size());
   return each_item(progress, [&](std::size_t index) {
     const double station = stations[index];
     const StationRows place = station_rows(selection.line, station);
     files.stn += stn_row(station, place.MapX, place.MapY, place.Elevation);
     StoredReading merged;
-    if (Module_averaged_data::get_reduced_reading(reduction_merged, AllowRaw::yes, selection.at(station),
-                                                  merged) != 0) {
+    if (Module_averaged_data::reduced_reading_at(place, reduction_merged, AllowRaw::yes,
+                                                 selection.at(station), frequencies, merged) != 0) {
       return -1;
     }
-    row_count += add_curve(station, merged, files.avg);
+    row_count += add_curve(station, merged, frequencies, files.avg);
     if (show_row_count) {
       show_row_count(row_count);
     }
@@ -132,12 +131,6 @@ std::string zonge_file_name(const LineSelection& selection) {
   return name;
 }
 
-std::chrono::year_month_day today() {
-  const std::time_t now = std::time(nullptr);
-  const std::tm* const local = std::localtime(&now);
-  return std::chrono::year(local->tm_year + 1900) / (local->tm_mon + 1) / local->tm_mday;
-}
-
 int output_zonge(const LineSelection& selection, const std::string& avg_path,
                  const std::function<void(int)>& show_row_count, int& row_count,
                  std::chrono::year_month_day date) {
@@ -149,8 +142,8 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
       return -1;
     }
     const BusyPointer busy;
-    const FrequencyListOf frequencies(selection.reference_type);
-    if (frequencies.status != 0) {
+    const auto frequencies = Module_database::load_reference_frequencies(selection.reference_type);
+    if (!frequencies) {
       return -1;
     }
     if (show_row_count) {
@@ -159,7 +152,7 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
     const ZongeLine line = describe_line(selection, stations, date);
     ZongeFiles files{mde_text(line), avg_head(line), stn_head(selection.line)};
     int rows = 0;
-    const Outcome outcome = add_stations(selection, stations, show_row_count, files, rows);
+    const Outcome outcome = add_stations(selection, stations, *frequencies, show_row_count, files, rows);
     if (outcome == Outcome::finished) {
       write_files(std::move(files), Module_util::strip_extension(avg_path));
       row_count = rows;

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "core/calendar.h"
 #include "database/reading.h"
 
 namespace Module_output {
@@ -13,9 +14,6 @@ namespace Module_output {
 /// The file name offered for a selection: "200E_0.avg". Characters of the line that would lead to another
 /// folder become "_".
 std::string zonge_file_name(const Module_database::LineSelection& selection);
-
-/// Today's date, local time.
-std::chrono::year_month_day today();
 
 /// Writes the three files of a line; `avg_path` is the path of the ".avg" file, the others take its root. All
 /// three are written beside their places first, so that a failure leaves earlier files whole. Frequencies

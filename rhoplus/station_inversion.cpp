@@ -17,7 +17,6 @@ namespace Module_rhoplus {
 namespace {
 
 constexpr const char* failed_text = "An error occurred while performing the 1d inversion: ";
-constexpr std::int32_t reduction_merged = 2;
 constexpr std::size_t longest_log = 32000;  // bytes
 
 numerics::rhoplus::RhoplusSurface surface_of(const RhoplusSettings& settings) {
@@ -26,10 +25,12 @@ numerics::rhoplus::RhoplusSurface surface_of(const RhoplusSettings& settings) {
 }
 
 /// The merged curve and what multiplies its resistivities. @return 0, or -1 after a message
-int find_merged(const ReadingKey& key, const RhoplusSettings& settings, StationInversion& result) {
+int find_merged(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                StationInversion& result) {
   result = {};
-  const int status = Module_averaged_data::get_reduced_reading(
-      reduction_merged, Module_averaged_data::AllowRaw::yes, key, result.merged);
+  const int status = Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
+                                                               Module_averaged_data::AllowRaw::yes, key,
+                                                               frequencies, result.merged);
   result.scale = settings.resistivity_scale * (settings.apply_static == 1 ? result.merged.ResOffset : 1.0F);
   return status;
 }
@@ -77,9 +78,10 @@ fs::path run_directory(const std::string& database_file, std::int32_t reference_
   return fs::path(survey_folder.empty() ? "." : survey_folder) / reference / folder;
 }
 
-int invert_station(const ReadingKey& key, const RhoplusSettings& settings, StationInversion& result) {
+int invert_station(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                   StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, settings, result) != 0) {
+    if (find_merged(key, frequencies, settings, result) != 0) {
       return -1;
     }
     if (result.merged.ID == 0) {
@@ -88,7 +90,7 @@ int invert_station(const ReadingKey& key, const RhoplusSettings& settings, Stati
     const fs::path folder = run_directory(session().database_file, key.reference_type, key.line);
     fs::create_directories(folder);
     const std::string stem = Module_output::rhoplus_stem(settings, key.station);
-    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, settings,
+    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, frequencies, settings,
                                           result.tables) != 0) {
       return -1;
     }
@@ -99,13 +101,13 @@ int invert_station(const ReadingKey& key, const RhoplusSettings& settings, Stati
   });
 }
 
-int invert_station_in_memory(const ReadingKey& key, const RhoplusSettings& settings,
-                             StationInversion& result) {
+int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,
+                             const RhoplusSettings& settings, StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, settings, result) != 0) {
+    if (find_merged(key, frequencies, settings, result) != 0) {
       return -1;
     }
-    result.tables = Module_output::rhoplus_tables(result.merged, settings);
+    result.tables = Module_output::rhoplus_tables(result.merged, frequencies, settings);
     if (!result.tables.data.empty()) {
       result.run = numerics::rhoplus::rhoplus(result.tables.data, surface_of(settings));
     }

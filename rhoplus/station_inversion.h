@@ -41,13 +41,14 @@ std::filesystem::path run_directory(const std::string& database_file, std::int32
                                     const std::string& line);
 
 /// Inverts the merged curve of a key. Writes control file and log into the run directory, which is created if
-/// it is missing. The session must hold the frequency list of the key's reference type.
+/// it is missing.
+/// @param frequencies of the key's reference type
 /// @return 0, also where there was nothing to invert; -1 after a message
-[[nodiscard]] int invert_station(const ReadingKey& key, const RhoplusSettings& settings,
-                                 StationInversion& result);
+[[nodiscard]] int invert_station(const ReadingKey& key, const Frequencies& frequencies,
+                                 const RhoplusSettings& settings, StationInversion& result);
 
 /// The same without files and log, for callers that print the result.
-[[nodiscard]] int invert_station_in_memory(const ReadingKey& key, const RhoplusSettings& settings,
-                                           StationInversion& result);
+[[nodiscard]] int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,
+                                           const RhoplusSettings& settings, StationInversion& result);
 
 }  // namespace Module_rhoplus

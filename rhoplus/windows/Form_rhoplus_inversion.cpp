@@ -144,7 +144,8 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
   inversion_ = {};
   if (session().current_station_index > 0 && !line_run_failed_) {
     // A failure has been reported; the empty result is shown.
-    const int status = invert_station(Module_averaged_data::selected_key(), settings_, inversion_);
+    const int status =
+        invert_station(Module_averaged_data::selected_key(), session().frequencies, settings_, inversion_);
     line_run_failed_ = in_line_run_ && status != 0;
   }
   show_results();

@@ -34,14 +34,14 @@ class Rhoplus : public SurveyTest {
   static void store(double station, const StoredReading& reading) {
     made::store(made::key(0.0F, station), 0, reading, 2, -1);
   }
+  static Frequencies all_enabled(const StoredReading& reading) {
+    return {reading.curve.frequencies, std::vector<std::int32_t>(reading.curve.count(), 1)};
+  }
   /// The rows of a merged curve whose frequencies are all listed and enabled.
   [[nodiscard]] RhoplusTables tables(const StoredReading& reading) const {
-    session().frequency_list = reading.curve.frequencies;
-    session().frequency_enabled.assign(reading.curve.count(), 1);
-    session().frequency_count = static_cast<std::int32_t>(reading.curve.count());
     StoredReading stored = reading;
     stored.ID = 1;
-    return rhoplus_tables(stored, settings);
+    return rhoplus_tables(stored, all_enabled(reading), settings);
   }
   [[nodiscard]] std::string contents(const std::string& name) const {
     return file_contents(folder.path(name));
@@ -130,10 +130,10 @@ TEST_F(Rhoplus, Rows_without_data_and_switched_off_frequencies) {
   settings.exclude_negative_phase = 0;
   EXPECT_EQ(tables(reading).data[1].use_phase, 1.0F);
 
-  (void)tables(reading);  // lists the frequencies
-  session().frequency_enabled[0] = 0;
+  Frequencies frequencies = all_enabled(reading);
+  frequencies.enabled[0] = 0;
   reading.ID = 1;
-  rows = rhoplus_tables(reading, settings);
+  rows = rhoplus_tables(reading, frequencies, settings);
   EXPECT_EQ(rows.index.row_number, (std::vector<std::int32_t>{0, 1, 2, 3}));
   EXPECT_EQ(rows.index.frequency_position, (std::vector<std::int32_t>{1, 2, 3}));
   EXPECT_EQ(std::ranges::count(rows.frequency_lines, '\n'), 3);

@@ -1,4 +1,4 @@
-#include "import/readers/zonge_stn_file.h"
+#include "formats/zonge/zonge_stn_file.h"
 
 #include <cmath>
 #include <filesystem>
@@ -8,10 +8,8 @@
 #include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/remarks.h"
-#include "import/file_decode.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
@@ -53,7 +51,7 @@ std::optional<std::string> find_stn_file(const std::string& raw_file) {
 }
 
 std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report) {
-  const std::string name = file_name_of(path);
+  const std::string name = text_from_field_file(std::filesystem::path(path).filename().string());
   std::vector<ZongeStation> stations;
   LineReader reader(path);
   std::string_view line;
@@ -66,14 +64,14 @@ std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& rep
     }
     ZongeStation entry;
     entry.station = station;
-    entry.place.MapX = take_coordinate(rest, "x", name, report, reader.line_number());
-    entry.place.MapY = take_coordinate(rest, "y", name, report, reader.line_number());
+    entry.x = take_coordinate(rest, "x", name, report, reader.line_number());
+    entry.y = take_coordinate(rest, "y", name, report, reader.line_number());
     if (!rest.empty()) {
-      entry.place.Elevation = take_coordinate(rest, "elevation", name, report, reader.line_number());
+      entry.elevation = take_coordinate(rest, "elevation", name, report, reader.line_number());
     }
     stations.push_back(entry);
   }
   return stations;
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -1,4 +1,4 @@
-// recordset_implementation.h: what a dynaset and a snapshot have in common.
+// row_source.h: where a recordset gets its rows; what a dynaset and a snapshot have in common.
 #pragma once
 #include <algorithm>
 #include <cstdint>
@@ -8,26 +8,27 @@
 #include <vector>
 
 #include "core/text_fields.h"
+#include "platform/dao/column.h"
 #include "platform/dao/connection.h"
 #include "platform/dao/error.h"
-#include "platform/dao/recordset.h"
 #include "platform/dao/table_definition.h"
+#include "platform/dao/value.h"
 
 namespace dao {
 
-/// A column of a recordset. One that is computed has no type of its own; its values tell.
+/// A column of a recordset. A computed one has no declared type; each value has its own.
 struct Field {
   std::string name;
   const Column* column = nullptr;
 };
 
-class Recordset::Implementation {
+class RowSource {
  public:
-  Implementation(std::shared_ptr<Connection> connection, std::shared_ptr<const TableDefinition> table)
+  RowSource(std::shared_ptr<Connection> connection, std::shared_ptr<const TableDefinition> table)
       : connection_(std::move(connection)), table_(std::move(table)) {}
-  Implementation(const Implementation&) = delete;
-  Implementation& operator=(const Implementation&) = delete;
-  virtual ~Implementation() = default;
+  RowSource(const RowSource&) = delete;
+  RowSource& operator=(const RowSource&) = delete;
+  virtual ~RowSource() = default;
 
   [[nodiscard]] bool is_open() const { return connection_->is_open(); }
   [[nodiscard]] bool no_match() const { return no_match_; }
@@ -71,10 +72,5 @@ class Recordset::Implementation {
   std::vector<Field> fields_;
   bool no_match_ = false;
 };
-
-std::unique_ptr<Recordset::Implementation> make_dynaset(const std::shared_ptr<Connection>& connection,
-                                                        SelectStatement select);
-std::unique_ptr<Recordset::Implementation> make_snapshot(const std::shared_ptr<Connection>& connection,
-                                                         SelectStatement select);
 
 }  // namespace dao

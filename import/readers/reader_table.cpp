@@ -1,4 +1,4 @@
-#include "import/readers/field_reader.h"
+#include "import/readers/reader_table.h"
 
 #include "import/file_decode.h"
 #include "import/readers/edi_mt_reader.h"

@@ -1,0 +1,1 @@
+// Compiles nothing but the headers that other targets take from here.
