@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 
+#include "core/session_state.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/widgets/folder_tree.h"
 #include "tests/reduction/made_readings.h"
