@@ -1,9 +1,6 @@
 #include "app/Form_main.h"
 
-#include <QApplication>
 #include <QCloseEvent>
-#include <QDialog>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QResizeEvent>
@@ -12,28 +9,28 @@
 
 #include "app/help/Form_Whats_New.h"
 #include "app/help/Form_about.h"
-#include "app/help/Form_tutorial.h"
+#include "app/help/help_key.h"
+#include "app/line_document_file.h"
 #include "app/panels/output_panel.h"
 #include "app/panels/picture_station.h"
 #include "app/rhoplus_windows.h"
+#include "app/session_start.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
 #include "app/tools/Form_find_file.h"
 #include "app/tools/Form_frequency.h"
 #include "app/tools/Form_memory_status.h"
-#include "core/file_names.h"
 #include "core/preferences.h"
+#include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/undo_stack.h"
-#include "core/version.h"
 #include "database/frequency_store.h"
 #include "database/windows/Form_view_table.h"
 #include "display/windows/line_document.h"
 #include "import/windows/Form_import_MTData.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
 #include "occam/windows/Form_occam_inversion.h"
-#include "output/rhoplus_settings.h"
 #include "platform/system/system_facts.h"
 #include "reduction/averages.h"
 #include "ui_Form_main.h"
@@ -53,6 +50,12 @@ UTIL::DisplayFacts display_facts(const QScreen& screen) {
   return facts;
 }
 
+/// An ampersand in a path is no mnemonic; the one that the caption begins with is.
+QString menu_text(const std::string& caption) {
+  QString text = QString::fromStdString(caption);
+  return text.left(1) + text.mid(1).replace('&', "&&");
+}
+
 }  // namespace
 
 Form_main::Form_main(QWidget* parent)
@@ -60,23 +63,20 @@ Form_main::Form_main(QWidget* parent)
       ui_(std::make_unique<Ui::Form_main>()),
       resizer_(new VexControlResizer(this)),
       resizer_timer_(new QTimer(this)),
-      version_(new QLabel(this)) {
-  session().debug_level = 0;
+      version_(new QLabel(this)),
+      help_key_(new HelpKey(*this)) {
   compose();
   resizer_->capture_layout();
-  session().version_text = version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
+  Module_Brenlox::start_session(display_facts(*screen()));
   version_->setText("Brenlox Version " + QString::fromStdString(session().version_text));
-  initialise_from_system(display_facts(*screen()));
-  Module_Brenlox::read_preferences();
-  Module_output::load_rhoplus_settings();
   size_from_preferences();
-  session().hide_masked_data = false;
-  session().coord_system = 0;
-  session().x_column = 1;
-  session().y_column = 2;
-  connect_menus();
-  qApp->installEventFilter(this);
-  Module_Brenlox::reset_session(*this);
+  connect_file_menu();
+  connect_data_menus();
+  connect_output_menus();
+  connect_help_menu();
+  add_keys();
+  Module_Brenlox::reset_session();
+  show_no_survey();
 }
 
 Form_main::~Form_main() {
@@ -102,7 +102,7 @@ void Form_main::compose() {
 
   version_->setObjectName("Label_version");
   version_->setContentsMargins(0, 2, 9, 0);  // on the line of the menus
-  ui_->menu_bar->setCornerWidget(version_);  // a bar of its own would take room from the graphs
+  ui_->menu_bar->setCornerWidget(version_);  // a bar of its own would take space from the graphs
 
   resizer_->setObjectName("vxReSizer");
   resizer_->manage(ui_->Splitter_profile, {2.0, 3.0});
@@ -117,63 +117,67 @@ void Form_main::compose() {
   }
 }
 
-void Form_main::connect_menus() {
-  using Module_Brenlox::DatabaseFileItem;
-  for (const DatabaseFileItem item :
-       {DatabaseFileItem::create, DatabaseFileItem::open, DatabaseFileItem::close}) {
-    connect(menu_item("menu_database_file", static_cast<int>(item)), &QAction::triggered, this, [this, item] {
-      leave_text_box();
-      Module_Brenlox::menu_database_file(*this, item);
-    });
+void Form_main::connect_file_menu() {
+  connect(ui_->menu_database_file_0, &QAction::triggered, this,
+          [this] { change_survey(Module_Brenlox::create_chosen_survey); });
+  connect(ui_->menu_database_file_1, &QAction::triggered, this,
+          [this] { change_survey(Module_Brenlox::open_chosen_survey); });
+  connect(ui_->menu_database_file_2, &QAction::triggered, this,
+          [this] { change_survey([] { return false; }); });  // opens none
+  for (std::size_t index = 0; index < session().recent_files.size(); ++index) {
+    connect(menu_item("menu_file_list", static_cast<int>(index)), &QAction::triggered, this,
+            [this, index] { open_survey(QString::fromStdString(session().recent_files.at(index))); });
   }
-  for (int index = 0; index < static_cast<int>(session().recent_files.size()); ++index) {
-    connect(menu_item("menu_file_list", index), &QAction::triggered, this, [this, index] {
-      leave_text_box();
-      Module_Brenlox::menu_file_list(*this, static_cast<std::size_t>(index));
-    });
-  }
-  connect(ui_->menu_saveas, &QAction::triggered, this, [this] {
-    leave_text_box();
-    Module_Brenlox::menu_saveas(*this);
-  });
+  connect(ui_->menu_saveas, &QAction::triggered, this, &Form_main::save_survey_as);
   connect(ui_->menu_line_document, &QAction::triggered, this, &Form_main::write_line_document);
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
+  connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
+          &QAction::trigger);
+  connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
+          &QAction::trigger);
+}
+
+void Form_main::connect_data_menus() {
   connect(ui_->menu_Recalculate_merged, &QAction::triggered, this, &Form_main::recalculate_merged);
   connect(ui_->menu_import_MT, &QAction::triggered, this, &Form_main::import_data);
   for (std::size_t index = 0; index < Module_database::viewed_tables.size(); ++index) {
     connect(menu_item("menu_view_table", static_cast<int>(index)), &QAction::triggered, this,
             [this, index] { view_table(Module_database::viewed_tables.at(index)); });
   }
-  connect(ui_->menu_occam2d, &QAction::triggered, this, [this] { menu_occam2d(this); });
-  connect(ui_->menu_tutorial, &QAction::triggered, this, &Form_main::show_tutorial);
-  connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
-  connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
-  connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
-  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
-  connect(ui_->menu_output_data_0, &QAction::triggered, this,
-          [this] { show_output_panel(Module_output::OutputKind::rhoplus); });
-  connect(ui_->menu_output_data_1, &QAction::triggered, this,
-          [this] { show_output_panel(Module_output::OutputKind::zonge); });
-  connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
-  connect(ui_->menu_occam2d_topo_mask, &QAction::triggered, this,
-          [this] { Form_occam2d_mask_topo(this).exec(); });
-  connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
-  connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
   Module_Brenlox::set_redo_listener([this](bool available) { ui_->menu_redo->setEnabled(available); });
-  connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
-          &QAction::trigger);
-  connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
-          &QAction::trigger);
+}
 
-  // "File" carries no mnemonic of its own; the hand still expects it under Alt+F.
+void Form_main::connect_output_menus() {
+  connect(ui_->menu_output_data_0, &QAction::triggered, this,
+          [this] { show_output_panel(Module_output::OutputKind::rhoplus); });
+  connect(ui_->menu_output_data_1, &QAction::triggered, this,
+          [this] { show_output_panel(Module_output::OutputKind::zonge); });
+  connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
+  connect(ui_->menu_occam2d, &QAction::triggered, this, [this] { menu_occam2d(this); });
+  connect(ui_->menu_occam2d_topo_mask, &QAction::triggered, this,
+          [this] { Form_occam2d_mask_topo(this).exec(); });
+  connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
+  connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
+}
+
+void Form_main::connect_help_menu() {
+  connect(ui_->menu_tutorial, &QAction::triggered, help_key_, &HelpKey::show_tutorial);
+  connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
+  connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
+  connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
+  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+}
+
+void Form_main::add_keys() {
+  // "File" has no mnemonic, but users expect it under Alt+F.
   auto* const file_key = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_F), this);
   connect(file_key, &QShortcut::activated, this,
           [this] { ui_->menu_bar->setActiveAction(ui_->menu_file->menuAction()); });
-  for (const int step : {-1, 1}) {  // of the row: while it is hidden, the keys are those of what is seen
+  for (const int step : {-1, 1}) {  // children of the row: without effect while it is hidden
     auto* const key =
         new QShortcut(QKeySequence(step < 0 ? Qt::Key_Left : Qt::Key_Right), ui_->Selection_row);
     connect(key, &QShortcut::activated, this, [this, step] { ui_->Selection_row->step_station(step); });
@@ -187,12 +191,46 @@ QAction* Form_main::menu_item(const char* array, int index) const {
 void Form_main::size_from_preferences() {
   const QSize stored(static_cast<int>(session().form_width), static_cast<int>(session().form_height));
   const QSize wanted = stored.width() > 0 && stored.height() > 0 ? stored : design_size;
-  resize(
-      wanted.boundedTo(screen()->availableGeometry().size()));  // a larger screen may have been left behind
+  resize(wanted.boundedTo(screen()->availableGeometry().size()));  // the size may come from a larger screen
 }
 
 void Form_main::open_survey(const QString& path) {
-  Module_Brenlox::open_survey_file(*this, path.toStdString());
+  change_survey([file = path.toStdString()] { return Module_Brenlox::open_survey_file(file); });
+}
+
+void Form_main::change_survey(const std::function<bool()>& open_next) {
+  leave_text_box();
+  if (Module_Brenlox::close_survey()) {
+    show_no_survey();  // also while a dialog asks for the next one
+    if (open_next()) {
+      show_survey();
+    }
+  }
+}
+
+void Form_main::save_survey_as() {
+  leave_text_box();
+  if (Module_Brenlox::save_survey_as()) {
+    show_no_survey();
+    if (session().database_open) {
+      show_survey();
+    }
+  }
+}
+
+void Form_main::show_no_survey() {
+  const ScopedValue<bool> updating(session().updating_controls, true);
+  set_database_menus(false);
+  setWindowTitle(QString::fromStdString(Module_Brenlox::window_caption()));
+  show_recent_files();
+  ui_->Picture_open->set_picture(QString::fromStdString(session().opening_picture));
+}
+
+void Form_main::show_survey() {
+  set_database_menus(true);
+  setWindowTitle(QString::fromStdString(Module_Brenlox::window_caption()));
+  show_recent_files();
+  display_site_map();
 }
 
 void Form_main::apply_resize() {
@@ -219,8 +257,8 @@ void Form_main::resizer_timer_event() {
   display_site_map();
 }
 
-// What is typed is stored on leaving the box, which a key of the menu doesn't do, and only while the survey
-// is open.
+// A typed value is stored when its box loses the focus, while the survey is still open. A shortcut of the
+// menu leaves the focus where it is.
 void Form_main::leave_text_box() {
   if (auto* const box = qobject_cast<QLineEdit*>(focusWidget())) {
     box->clearFocus();
@@ -244,12 +282,12 @@ void Form_main::set_database_menus(bool open) {
     item->setVisible(true);
     item->setEnabled(true);
   }
-  // One page goes before the other comes: squeezed in beside each other they would be laid out for nothing.
+  // Hides one page before it shows the other, so that neither is laid out in half the room.
   if (open) {
     ui_->Picture_open->hide();
     ui_->Frame_display->show();
     ui_->central->layout()->activate();
-    show_panels(true);  // before anything is drawn on them; the window may have been resized meanwhile
+    show_panels(true);  // before anything is drawn; the window may have been resized since
   } else {
     ui_->Frame_display->hide();
     ui_->Picture_open->show();
@@ -258,27 +296,15 @@ void Form_main::set_database_menus(bool open) {
   }
 }
 
-void Form_main::set_caption(const std::string& caption) { setWindowTitle(QString::fromStdString(caption)); }
-
 void Form_main::show_recent_files() {
   ui_->sep1->setVisible(session().recent_count > 0);
   for (int index = 0; index < static_cast<int>(session().recent_files.size()); ++index) {
     QAction* const item = menu_item("menu_file_list", index);
     const bool used = index < session().recent_count;
-    QString caption =
-        used ? QString::fromStdString(Module_Brenlox::recent_file_caption(index + 1)) : QString();
-    const qsizetype behind_mnemonic = 1;
-    for (qsizetype at = caption.indexOf('&', behind_mnemonic); at >= 0; at = caption.indexOf('&', at + 2)) {
-      caption.insert(at, '&');  // an ampersand in a path is no mnemonic
-    }
-    item->setText(caption);
+    item->setText(used ? menu_text(Module_Brenlox::recent_file_caption(index + 1)) : QString());
     item->setVisible(used);
     item->setEnabled(used);
   }
-}
-
-void Form_main::show_opening_picture() {
-  ui_->Picture_open->set_picture(QString::fromStdString(session().opening_picture));
 }
 
 void Form_main::display_site_map() {
@@ -315,19 +341,11 @@ void Form_main::survey_changed() {
 }
 
 void Form_main::write_line_document() {
-  if (session().current_station_index < 1) {
-    user_interface().show_message("There is no data in the database");
-    return;
+  const std::string path = Module_Brenlox::ask_for_line_document();
+  if (!path.empty()) {
+    // A failure has been reported; the selection is as before.
+    static_cast<void>(Module_display_data::write_line_document(path));
   }
-  std::string path = Module_util::directory_of(session().database_file) + session().current_line + "_" +
-                     session().current_data_type + ".pdf";
-  if (Module_util::select_output_file(path, "All graphs of the line",
-                                      "PDF documents (*.pdf)|*.pdf|All files (*.*)|*.*") != 0 ||
-      path.empty()) {
-    return;
-  }
-  // A failure has been told; the selection is as before.
-  static_cast<void>(Module_display_data::write_line_document(path));
 }
 
 void Form_main::recalculate_merged() {
@@ -339,49 +357,8 @@ void Form_main::recalculate_merged() {
 void Form_main::import_data() {
   Module_Brenlox::clear_undo();
   rhoplus_->close_results();
-  Form_import_MTData(this).exec();
+  Form_import_MTData(import_decode_, this).exec();
   survey_changed();  // a run that failed or was stopped has stored files, too
-}
-
-void Form_main::show_tutorial() {
-  QWidget* const modal = QApplication::activeModalWidget();
-  attach_tutorial(modal != nullptr && modal != tutorial_ ? *modal : *this);
-  tutorial_->show();
-  tutorial_->raise();
-  tutorial_->activateWindow();
-}
-
-// A modal window lets only windows of its own be worked, so that the tutorial is one of them for as long as
-// it is there.
-void Form_main::attach_tutorial(QWidget& window) {
-  if (!tutorial_) {
-    tutorial_ = new Form_tutorial(&window);
-  } else if (tutorial_->parentWidget() != &window) {
-    const bool is_read = tutorial_->isVisible();
-    tutorial_->setParent(&window, tutorial_->windowFlags());
-    tutorial_->setVisible(is_read);
-  }
-  if (auto* const dialog = qobject_cast<QDialog*>(&window)) {
-    const auto pass_on = [this, dialog] {
-      if (tutorial_ && tutorial_->parentWidget() == dialog) {
-        QWidget* const behind = dialog->parentWidget();
-        attach_tutorial(behind != nullptr ? *behind->window() : *this);
-      }
-    };
-    connect(dialog, &QDialog::finished, this, pass_on, Qt::SingleShotConnection);
-  }
-}
-
-// The shortcut of the menu works in this window alone.
-bool Form_main::eventFilter(QObject* receiver, QEvent* event) {
-  if (event->type() == QEvent::KeyPress && receiver->isWidgetType()) {
-    const auto& key = static_cast<const QKeyEvent&>(*event);
-    if (key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier) {
-      show_tutorial();
-      return true;
-    }
-  }
-  return QMainWindow::eventFilter(receiver, event);
 }
 
 void Form_main::view_table(const Module_database::ViewedTable& table) {
@@ -394,14 +371,14 @@ void Form_main::select_frequencies() {
   if (reference_type < 0) {
     return;
   }
-  auto selection = Module_database::read_frequency_selection(reference_type);
-  if (!selection) {
+  auto frequencies = Module_database::load_reference_frequencies(reference_type);
+  if (!frequencies || frequencies->empty()) {
     return;
   }
-  Form_frequency dialog(std::move(*selection), this);
+  Form_frequency dialog(std::move(*frequencies), this);
   dialog.exec();
   if (dialog.frequencies_changed() && session().current_station_index > 0 &&
-      Module_database::load_reference_frequencies(reference_type) == 0) {
+      Module_database::load_selected_frequencies() == 0) {
     display_->redraw();
   }
 }

@@ -11,7 +11,7 @@ class OpeningPage : public QWidget {
  public:
   explicit OpeningPage(QWidget* parent = nullptr);
 
-  /// Shows a picture, scaled to the page; an empty path or a file that is no picture shows the first steps.
+  /// Shows a picture, scaled to the page; an empty path or a file that isn't a picture shows the first steps.
   void set_picture(const QString& path);
 
   [[nodiscard]] QPushButton* new_button() const { return new_button_; }

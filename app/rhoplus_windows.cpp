@@ -22,19 +22,19 @@ RhoplusWindows::RhoplusWindows(SurveyDisplay& display, QWidget& main_window)
 }
 
 void RhoplusWindows::edit_settings() {
-  Form_rhoplus(&main_window_).exec();
+  Form_rhoplus(Module_output::rhoplus_settings(), &main_window_).exec();
   if (results_) {
     results_->refresh_rhoplus_results();
   }
 }
 
 void RhoplusWindows::show_results() {
-  if (results_ && results_->isVisible()) {  // one that has been closed goes with the next turn of the events
+  if (results_ && results_->isVisible()) {  // a closed one is deleted only when events run
     results_->raise();
     results_->activateWindow();
     return;
   }
-  results_ = new Form_rhoplus_inversion(&main_window_);
+  results_ = new Form_rhoplus_inversion(Module_output::rhoplus_settings(), &main_window_);
   results_->setAttribute(Qt::WA_DeleteOnClose);
   connect(results_, &Form_rhoplus_inversion::station_chosen, &display_,
           [this](int station_index) { display_.display_station(station_index); });
@@ -61,7 +61,7 @@ void RhoplusWindows::create_occam_inversion() {
     }
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
-  Form_occam(steps, &main_window_).exec();  // the results' window may be gone before this one is done
+  Form_occam(steps, &main_window_).exec();  // the results window may be closed before this one
   if (results_) {
     results_->end_line_run();
   }

@@ -6,8 +6,8 @@
 class Form_rhoplus_inversion;
 class SurveyDisplay;
 
-/// Keeps at most one results window, which follows the main view: its station, and every edit. It closes when
-/// another line, component, reference type or dipole length is chosen.
+/// Keeps at most one results window, which follows the main view's station and edits. It closes when another
+/// line, component, reference type or dipole length is chosen.
 class RhoplusWindows : public QObject {
   Q_OBJECT
 

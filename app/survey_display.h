@@ -1,4 +1,4 @@
-// survey_display.h: brings the panels of the main view together: what is chosen in one is drawn in all.
+// survey_display.h: connects the panels of the main view: what is chosen in one is drawn in all.
 //
 // A graph is drawn once for each choice or edit.
 #pragma once
@@ -30,7 +30,7 @@ class SurveyDisplay : public QObject {
 
   /// Draws the plan. A survey that has just been opened gets its lists read and its first station displayed.
   void display_site_map();
-  /// The survey has changed beside the panels: reads it anew and goes back to the station selected.
+  /// The survey was changed by something else than the panels: reads it again and shows the same station.
   void reload();
   /// Draws all graphs after a change of what is shown of the data.
   void redraw();
@@ -42,7 +42,7 @@ class SurveyDisplay : public QObject {
 
  Q_SIGNALS:
   void station_displayed();
-  /// The line, component, reference type or dipole length is another one now.
+  /// The line, component, reference type or dipole length has changed.
   void selection_changed();
   /// What is shown of the current station has changed.
   void data_changed();

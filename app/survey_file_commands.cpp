@@ -38,20 +38,20 @@ bool file_exists(const std::string& path) {
   return fs::is_regular_file(path, unreadable);
 }
 
-// A survey is known by its file's name. A link to the present file is that file, whatever it is called.
-bool is_name_of_present_file(const std::string& path) {
-  const std::string& present = session().database_file;
+// A survey goes by its file's name. A link to the current file is that file, whatever it is called.
+bool is_name_of_current_file(const std::string& path) {
+  const std::string& current = session().database_file;
   std::error_code missing;
-  return file_exists(path) && (fs::path(path).filename() == fs::path(present).filename() ||
-                               fs::equivalent(path, present, missing));
+  return file_exists(path) && (fs::path(path).filename() == fs::path(current).filename() ||
+                               fs::equivalent(path, current, missing));
 }
 
 bool may_be_replaced(const std::string& path) {
   return !file_exists(path) || user_interface().ask_yes_no("The specified file already exists. Overwrite?");
 }
 
-// A file that is to be replaced may have a crashed run's journal beside it: the engine would play it into the
-// next file of that name, and the earlier file needs it if it has to be put back.
+// A file that is to be replaced may have a crashed run's journal beside it: the engine would replay it
+// into the next file of that name, and the earlier file needs it if it has to be restored.
 void settle_journal(const std::string& path) {
   for (const char* ending : {"-journal", "-wal"}) {
     if (file_exists(path + ending)) {
@@ -61,7 +61,7 @@ void settle_journal(const std::string& path) {
   }
 }
 
-// Keeps a file that is to be replaced under another name until its successor stands.
+// Keeps a file that is to be replaced under another name until the new one is in place.
 class FileSetAside {
  public:
   explicit FileSetAside(const std::string& path) : path_(path) {
@@ -86,21 +86,28 @@ class FileSetAside {
 
  private:
   std::string path_;
-  std::string aside_;  // empty: there is nothing to put back
+  std::string aside_;  // empty: nothing to restore
 };
 
-int close_open_survey() { return Module_database::close_database(); }
-
-void open_and_display(MainView& view) {
-  if (Module_database::open_database() != 0) {
-    return;
+/// Paths that the user types without a folder mean the survey's.
+void work_in_survey_folder() {
+  const fs::path folder = fs::path(session().database_file).parent_path();
+  if (!folder.empty()) {
+    fs::current_path(folder);
   }
-  view.set_database_menus(true);
-  view.set_caption(std::string(caption_prefix) + " " + session().database_file);
-  (void)Module_projections::apply_survey_projection();  // a survey without one has none in force
+}
+
+bool open() {
+  if (Module_database::open_database() != 0) {
+    return false;
+  }
+  if (trap_errors(opening_failed, work_in_survey_folder) != 0) {
+    (void)Module_database::close_database();
+    return false;
+  }
+  (void)Module_projections::apply_survey_projection();  // a survey may have none
   add_recent_file(session().database_file);
-  view.show_recent_files();
-  view.display_site_map();
+  return true;
 }
 
 int create_new_survey(const std::string& path) {
@@ -125,93 +132,87 @@ int copy_survey(const std::string& from, const std::string& to) {
   });
 }
 
-void open_at(MainView& view, const std::string& path) {
+bool open_at(const std::string& path) {
   session().database_file = path;
   if (!file_exists(path)) {
     user_interface().show_message("The specified file does not exist");
-    return;
+    return false;
   }
-  open_and_display(view);
+  return open();
 }
 
 // The last word for what no operation has reported itself.
 template <class Command>
-void run(std::string_view fixed_text, Command&& command) {
-  static_cast<void>(trap_errors(fixed_text, std::forward<Command>(command)));
+bool run(std::string_view fixed_text, Command&& command) {
+  bool done = false;
+  return trap_errors(fixed_text, [&] { done = std::forward<Command>(command)(); }) == 0 && done;
 }
 
 }  // namespace
 
-void menu_database_file(MainView& view, DatabaseFileItem item) {
-  run(item == DatabaseFileItem::create ? creating_failed : opening_failed, [&] {
-    if (close_open_survey() != 0) {
-      return;
-    }
-    reset_session(view);
-    if (item == DatabaseFileItem::open) {
-      const std::string path =
-          user_interface().select_file_to_open(dialog("Select the database file to open"));
-      if (!path.empty()) {
-        open_at(view, path);
-      }
-    } else if (item == DatabaseFileItem::create) {
-      const std::string path =
-          user_interface().select_file_to_create(dialog("Select the database file to create"));
-      if (!path.empty() && may_be_replaced(path) && create_new_survey(path) == 0) {
-        open_and_display(view);
-      }
-    }
-  });
+std::string window_caption() {
+  return session().database_open ? std::string(caption_prefix) + " " + session().database_file
+                                 : std::string(caption_prefix);
 }
 
-void menu_file_list(MainView& view, std::size_t index) {
-  open_survey_file(view, std::string(session().recent_files.at(index)));
-}
-
-void open_survey_file(MainView& view, const std::string& path) {
-  run(opening_failed, [&] {
-    if (close_open_survey() != 0) {
-      return;
-    }
-    reset_session(view);
-    open_at(view, path);
-  });
-}
-
-void menu_saveas(MainView& view) {
-  run(opening_failed, [&] {
-    const std::string path =
-        user_interface().select_file_to_create(dialog("Select the database file to create"));
-    if (path.empty()) {
-      return;
-    }
-    if (is_name_of_present_file(path)) {
-      user_interface().show_message("You must specify a name different from current database name");
-      return;
-    }
-    if (!may_be_replaced(path) || close_open_survey() != 0) {
-      return;
-    }
-    const bool copied = copy_survey(session().database_file, path) == 0;
-    if (copied) {
-      session().database_file = path;
-    }
-    reset_session(view);
-    open_and_display(view);
-  });
-}
-
-void reset_session(MainView& view) {
-  const ScopedValue<bool> updating(session().updating_controls, true);
-  view.set_database_menus(false);
-  view.set_caption(std::string(caption_prefix));
+void reset_session() {
   refresh_recent_file_menu();
-  view.show_recent_files();
-  view.show_opening_picture();
   session().survey_header = {};
   session().station_count = 0;
   session().stations_in_line = 0;
   clear_undo();
+}
+
+bool close_survey() {
+  return run(opening_failed, [] {
+    if (Module_database::close_database() != 0) {
+      return false;
+    }
+    reset_session();
+    return true;
+  });
+}
+
+bool open_chosen_survey() {
+  return run(opening_failed, [] {
+    const std::string path = user_interface().select_file_to_open(dialog("Select the database file to open"));
+    return !path.empty() && open_at(path);
+  });
+}
+
+bool create_chosen_survey() {
+  return run(creating_failed, [] {
+    const std::string path =
+        user_interface().select_file_to_create(dialog("Select the database file to create"));
+    return !path.empty() && may_be_replaced(path) && create_new_survey(path) == 0 && open();
+  });
+}
+
+bool open_survey_file(const std::string& path) {
+  return run(opening_failed, [&] { return open_at(path); });
+}
+
+bool save_survey_as() {
+  return run(opening_failed, [] {
+    const std::string path =
+        user_interface().select_file_to_create(dialog("Select the database file to create"));
+    if (path.empty()) {
+      return false;
+    }
+    if (is_name_of_current_file(path)) {
+      user_interface().show_message("You must specify a name different from current database name");
+      return false;
+    }
+    if (!may_be_replaced(path) || Module_database::close_database() != 0) {
+      return false;
+    }
+    if (copy_survey(session().database_file, path) == 0) {
+      session().database_file = path;
+    }
+    reset_session();
+    static_cast<void>(open());  // after a message the window goes on without a survey
+    return true;
+  });
 }
 
 }  // namespace Module_Brenlox

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "batch/console_interface.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
@@ -9,6 +10,19 @@
 namespace Batch {
 
 std::string path_from_here(const std::string& path) { return std::filesystem::absolute(path).string(); }
+
+void add_overwrite_flag(CLI::App& parser, const char* help) {
+  parser.add_flag_callback(
+      "--overwrite", [] { install_console(Answer::yes); }, help);
+}
+
+bool report_stop(const char* what_it_left) {
+  if (!user_interface().stop_requested()) {
+    return false;
+  }
+  user_interface().show_message(what_it_left);
+  return true;
+}
 
 void add_survey_argument(CLI::App& parser, std::string& path) {
   parser.add_option("SURVEY.mdb", path, "the survey database")->required();

@@ -1,4 +1,4 @@
-// command.h: the commands of brenlox_batch. Each stands in a file of its own and adds itself to the program.
+// command.h: the commands of brenlox_batch, one file each, and what they share.
 #pragma once
 #include <functional>
 #include <string>
@@ -33,14 +33,20 @@ Command add_occam_info_command(CLI::App& program);
 Command add_section_command(CLI::App& program);  // only in a build with windows
 Command add_zonge_command(CLI::App& program);
 
-/// The whole path: opening a survey or a run moves to its folder, and relative paths mean another file then.
+/// The whole path, as messages and reports name it, and wherever the process works later.
 std::string path_from_here(const std::string& path);
+
+/// Adds --overwrite, which answers questions whether to replace a file with yes.
+void add_overwrite_flag(CLI::App& parser, const char* help);
+
+/// Says what a stop has left, if the user has asked for one. @return whether they have
+bool report_stop(const char* what_it_left);
 
 /// Adds the positional SURVEY.mdb to a command.
 void add_survey_argument(CLI::App& parser, std::string& path);
 
-/// Opens the survey, runs `work` on it (0 done, -1 failed after a message) and closes it again, also when
-/// the work has failed.
+/// Opens the survey, runs `work` on it (0 done, -1 failed after a message) and closes it again, also after a
+/// failure.
 /// @return the exit status
 int with_open_survey(const std::string& path, const std::function<int()>& work);
 

@@ -19,11 +19,11 @@ extern "C" void note_interrupt(int /*signal*/) {
 }  // namespace
 
 ConsoleInterface::ConsoleInterface(Answer answer)
-    : answer_(answer), watched_(console::standard_error_is_terminal()) {}
+    : answer_(answer), on_terminal_(console::standard_error_is_terminal()) {}
 
 void ConsoleInterface::show_message(const std::string& text) {
   clear_progress();
-  std::cerr << text << std::endl;  // at once, so that it stands before what a killed process leaves
+  std::cerr << text << std::endl;  // flushed, so that it is there even if the process is killed next
 }
 
 bool ConsoleInterface::ask_yes_no(const std::string& question) {
@@ -38,7 +38,7 @@ void ConsoleInterface::set_busy_pointer(bool /*busy*/) {}
 void ConsoleInterface::process_events() {}
 
 void ConsoleInterface::show_progress(std::string_view what, int percent) {
-  if (!watched_ || percent == shown_percent_) {
+  if (!on_terminal_ || percent == shown_percent_) {
     return;
   }
   if (percent < 0) {

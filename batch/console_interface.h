@@ -1,8 +1,8 @@
 // console_interface.h: the user interface of a program without windows.
 //
-// Messages are lines on standard error; questions are answered beforehand, by an option of the command line;
-// progress shows on standard error only while a person watches it. Ctrl+C asks the work under way to stop at
-// its next safe place, a second Ctrl+C ends the program at once.
+// Messages are lines on standard error; an option of the command line answers the questions; progress is
+// shown only if standard error is a terminal. Ctrl+C asks the work to stop at its next safe place, a second
+// Ctrl+C ends the program at once.
 #pragma once
 #include "core/user_interface.h"
 
@@ -27,8 +27,8 @@ class ConsoleInterface final : public UserInterface {
   void clear_progress();
 
   Answer answer_;
-  bool watched_;
-  int shown_percent_ = -1;  // -1: no progress stands on the screen
+  bool on_terminal_;
+  int shown_percent_ = -1;  // -1: no progress on the screen
 };
 
 /// Makes a console interface the installed one.

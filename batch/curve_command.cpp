@@ -12,6 +12,7 @@
 #include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/user_interface.h"
+#include "database/frequency_store.h"
 #include "database/reading.h"
 #include "database/survey_database.h"
 #include "reduction/averages.h"
@@ -63,13 +64,13 @@ std::optional<float> only_scan_rate(const CurveOptions& options) {
     }
     rate = rows.get_single("SampleRate");
   }
-  return rate ? rate : 0.0F;  // nothing there: the search itself finds that out
+  return rate ? rate : 0.0F;  // no reading: the search reports that
 }
 
 /// @return 0, or -1 after a message
 int load_reduced(const CurveOptions& options, StoredReading& reading) {
   ReadingKey key = options.reading.at(options.station);
-  if (options.reduction == 1) {
+  if (options.reduction == Module_database::reduction_averaged) {
     const std::optional<float> rate = options.rate ? options.rate : only_scan_rate(options);
     if (!rate) {
       user_interface().show_message("The station has several scan rates; choose one with --rate");
@@ -77,11 +78,15 @@ int load_reduced(const CurveOptions& options, StoredReading& reading) {
     }
     key.scan_rate = *rate;
   }
+  const auto frequencies = Module_database::load_reference_frequencies(key.reference_type);
+  if (!frequencies) {
+    return -1;
+  }
   return Module_averaged_data::get_reduced_reading(options.reduction, Module_averaged_data::AllowRaw::yes,
-                                                   key, reading);
+                                                   key, *frequencies, reading);
 }
 
-/// A single as the decimal that people know it by.
+/// The shortest decimal of a single: 0.1, not 0.100000001.
 double json_number(float value) { return decimal_of_single(value); }
 
 nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {

@@ -3,7 +3,6 @@
 
 #include "batch/command.h"
 #include "batch/run_option.h"
-#include "core/user_interface.h"
 #include "occam/results/grid_export.h"
 
 namespace Batch {
@@ -15,9 +14,7 @@ int run_grid(const RunOptions& options) {
     return status_failed;
   }
   if (Module_occam::write_grids(*view) != 0) {
-    if (user_interface().stop_requested()) {
-      user_interface().show_message("Stopped");
-    }
+    report_stop("Stopped");
     return status_failed;
   }
   return status_done;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "batch/command.h"
+#include "batch/reading_option.h"
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "import/import_run.h"
@@ -15,8 +16,8 @@
 namespace Batch {
 namespace {
 
+using formats::FileReport;
 using Module_data_file::DecodeRow;
-using Module_data_file::FileReport;
 using Module_data_file::ImportChoices;
 using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
@@ -31,20 +32,17 @@ struct ImportOptions {
   bool scan = false;
 };
 
-/// Full paths: opening a survey makes its folder the working one.
-std::string full_path(const std::string& path) { return std::filesystem::absolute(path).string(); }
-
 /// The files to import; a folder gives those below it.
 /// @return false if a folder gave none, after a message; `files` then holds what the others gave
 bool collect_files(const ImportOptions& options, std::vector<std::string>& files) {
   bool complete = true;
   for (const std::string& path : options.paths) {
     if (!std::filesystem::is_directory(path)) {
-      files.push_back(full_path(path));
+      files.push_back(path_from_here(path));
       continue;
     }
     const std::vector<std::string> found =
-        Module_data_file::find_import_files(full_path(path), options.extension);
+        Module_data_file::find_import_files(path_from_here(path), options.extension);
     files.insert(files.end(), found.begin(), found.end());
     if (found.empty()) {
       user_interface().show_message("There is no file with the extension " + options.extension + " in " +
@@ -60,14 +58,14 @@ int write_report(const ImportReport& report, const std::string& path) {
                      [&] { safe_files::write_into_place(path, report.to_json()); });
 }
 
-void print_scanned_stations() {
-  for (const Module_data_file::ScannedStation& found : Module_data_file::reading_record().scan_list) {
+void print_stations(const ImportReport& report) {
+  for (const Module_data_file::ScannedStation& found : report.stations) {
     std::cout << found.LineNumber << ' ' << plain_text(found.Station) << ", scan rate "
               << plain_text(found.SampleRate) << " Hz, dipole " << plain_text(found.DipoleLength) << " m\n";
   }
 }
 
-/// Says which option would make more of the files.
+/// Says which option would read more out of the files.
 void print_hints(const ImportReport& report, const ImportChoices& choices) {
   const auto impedances_only = std::ranges::count_if(report.files, &FileReport::impedances_only);
   if (impedances_only > 0 && !choices.compute_from_impedance) {
@@ -81,7 +79,7 @@ void print_hints(const ImportReport& report, const ImportChoices& choices) {
   }
 }
 
-/// What readers tell of the blocks of their files, a list for each file.
+/// What readers report about the blocks of their files, a list for each file.
 void print_accounts(const ImportReport& report) {
   for (const FileReport& file : report.files) {
     std::string text = file.file + ":";
@@ -121,7 +119,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
   const int result = Module_data_file::run_import(
       options.choices, files, options.scan ? ImportMode::scan : ImportMode::import, report);
   if (options.scan) {
-    print_scanned_stations();
+    print_stations(report);
   }
   print_accounts(report);
   print_summary(report, options.scan);
@@ -132,7 +130,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
   return result == 0 && !report.stopped && !report.has_failures() ? 0 : -1;
 }
 
-/// "START,WIDTH" into a decode row; the numbers themselves are judged with the other choices.
+/// "START,WIDTH" into a decode row; the numbers themselves are checked with the other choices.
 bool read_columns(const std::string& text, DecodeRow& row) {
   const std::size_t comma = text.find(',');
   const std::string start = text.substr(0, comma);
@@ -155,13 +153,13 @@ int run_import_command(ImportOptions& options) {
       return status_wrong_usage;
     }
   }
-  // Without files only the choices are tested, before anything is opened.
+  // Without files this only checks the choices, before anything is opened.
   ImportReport nothing;
   if (Module_data_file::run_import(options.choices, {}, ImportMode::scan, nothing) != 0) {
     return status_wrong_usage;
   }
   if (!options.report.empty()) {
-    options.report = full_path(options.report);
+    options.report = path_from_here(options.report);
   }
   std::vector<std::string> files;
   const bool complete = collect_files(options, files);
@@ -191,11 +189,9 @@ Command add_import_command(CLI::App& program) {
       "import", "Imports field files and brings averages and merged curves up to date");
   add_survey_argument(*parser, options->survey);
   parser->add_option("PATH", options->paths, "field files, and folders to search for them")->required();
-  parser
-      ->add_option("--reference", choices.ReferenceType,
-                   "0 not remote referenced, 1 remote referenced, 2 cross referenced")
+  parser->add_option("--reference", choices.ReferenceType, reference_types_help)
       ->required()
-      ->check(CLI::Range(0, 2));
+      ->check(reference_types());
   parser
       ->add_option("--reduction", choices.ReductionType,
                    "what the files hold: 0 raw, 1 averaged, 2 merged data")

@@ -9,7 +9,7 @@
 #include "batch/rhoplus_option.h"
 #include "core/number_text.h"
 #include "core/user_interface.h"
-#include "output/frequency_list_of.h"
+#include "database/frequency_store.h"
 #include "platform/files/safe_files.h"
 #include "reduction/each_item.h"
 #include "rhoplus/station_inversion.h"
@@ -28,6 +28,11 @@ struct InvertOptions {
   std::string json_path;  // empty: a table on the standard output
 };
 
+/// Why a station has no results.
+std::string reason_of(const numerics::rhoplus::RhoplusRun& run) {
+  return run.message.empty() ? Module_rhoplus::nothing_inverted : run.message;
+}
+
 Json model_json(const std::vector<numerics::rhoplus::RhoplusLayer>& model) {
   Json layers = Json::array();
   for (const numerics::rhoplus::RhoplusLayer& layer : model) {
@@ -38,7 +43,7 @@ Json model_json(const std::vector<numerics::rhoplus::RhoplusLayer>& model) {
   return layers;
 }
 
-/// Conductances in S at depths in m; null stands for a perfect conductor.
+/// Conductances in S at depths in m; null is a perfect conductor.
 Json station_json(double station, const StationInversion& inversion) {
   Json json{{"station", station}, {"status", inversion.run.status}};
   if (inversion.run.status == numerics::rhoplus::rhoplus_ran) {
@@ -48,7 +53,7 @@ Json station_json(double station, const StationInversion& inversion) {
     json["optimality_gap"] = inversion.run.optimality_gap;
     json["model"] = model_json(inversion.run.model);
   } else {
-    json["message"] = inversion.run.message.empty() ? "No data to invert" : inversion.run.message;
+    json["message"] = reason_of(inversion.run);
   }
   return json;
 }
@@ -56,7 +61,7 @@ Json station_json(double station, const StationInversion& inversion) {
 void print_station(double station, const StationInversion& inversion) {
   std::cout << "Station " << plain_text(station) << ": ";
   if (inversion.run.status != numerics::rhoplus::rhoplus_ran) {
-    std::cout << (inversion.run.message.empty() ? "No data to invert" : inversion.run.message) << '\n';
+    std::cout << reason_of(inversion.run) << '\n';
     return;
   }
   std::cout << inversion.run.used_values << " values, chi "
@@ -70,11 +75,13 @@ void print_station(double station, const StationInversion& inversion) {
 }
 
 /// Inverts each station; `results` gets one entry a station. @return 0, or -1 after a message
-int invert_stations(const InvertOptions& options, const std::vector<double>& stations, Json& results) {
+int invert_stations(const InvertOptions& options, const std::vector<double>& stations,
+                    const Frequencies& frequencies, Json& results) {
   Module_averaged_data::WorkProgress progress("Inverting", stations.size());
   const Outcome outcome = Module_averaged_data::each_item(progress, [&](std::size_t index) {
     StationInversion inversion;
-    if (Module_rhoplus::invert_station_in_memory(options.reading.at(stations[index]), inversion) != 0) {
+    if (Module_rhoplus::invert_station_in_memory(options.reading.at(stations[index]), frequencies,
+                                                 options.settings, inversion) != 0) {
       return -1;
     }
     results.push_back(station_json(stations[index], inversion));
@@ -95,12 +102,12 @@ int invert_line(const InvertOptions& options) {
     user_interface().show_message("There is no data for the specified line and data type");
     return -1;
   }
-  const Module_output::FrequencyListOf frequencies(options.reading.reference_type);
-  if (frequencies.status != 0) {
+  const auto frequencies = Module_database::load_reference_frequencies(options.reading.reference_type);
+  if (!frequencies) {
     return -1;
   }
   Json results = Json::array();
-  const int status = invert_stations(options, stations, results);
+  const int status = invert_stations(options, stations, *frequencies, results);
   if (options.json_path == "-") {
     std::cout << results.dump(2) << '\n';
   } else if (!options.json_path.empty()) {
@@ -113,7 +120,6 @@ int run_invert(InvertOptions& options) {
   if (!options.json_path.empty() && options.json_path != "-") {
     options.json_path = path_from_here(options.json_path);
   }
-  Module_output::rhoplus_settings() = options.settings;
   return with_open_survey(options.survey, [&] { return invert_line(options); });
 }
 

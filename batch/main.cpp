@@ -46,12 +46,12 @@ int run(int argument_count, char** arguments) {
   for (const AddCommand add : add_commands) {
     commands.push_back(add(program));
   }
+  Batch::install_console(Batch::Answer::no);
   try {
     program.parse(argument_count, arguments);
   } catch (const CLI::ParseError& fault) {
     return program.exit(fault) == 0 ? Batch::status_done : Batch::status_wrong_usage;
   }
-  Batch::install_console(Batch::Answer::no);
   Batch::catch_interrupts();
   session().version_text = version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
   const auto given =

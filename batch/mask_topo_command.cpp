@@ -7,7 +7,6 @@
 #include <nlohmann/json.hpp>
 
 #include "batch/command.h"
-#include "batch/console_interface.h"
 #include "core/number_text.h"
 #include "occam/ground/topo_mask.h"
 
@@ -25,7 +24,6 @@ struct MaskTopoOptions {
   MaskStyle style = MaskStyle::rectangular;
   Triangle free_triangle = Triangle::bottom;
   std::optional<double> datum_elevation;
-  bool overwrite = false;
   bool json = false;
 };
 
@@ -49,7 +47,6 @@ void print_summary(const MaskTopoOptions& options, const TopoMask& mask) {
 }
 
 int run_mask_topo(const MaskTopoOptions& options) {
-  install_console(options.overwrite ? Answer::yes : Answer::no);
   TopoMask mask;
   if (load_locations(options.locations, mask.topo) != 0 || read_model_to_mask(options.model, mask) != 0) {
     return status_failed;
@@ -93,8 +90,8 @@ Command add_mask_topo_command(CLI::App& program) {
       ->default_str("bottom");
   parser->add_option("--datum", options->datum_elevation,
                      "elevation of the mesh's upper edge, m; else that of the highest point");
-  parser->add_flag("--overwrite", options->overwrite, "replace a file that exists");
-  parser->add_flag("--json", options->json, "tell what came of it as JSON");
+  add_overwrite_flag(*parser, "replace a file that exists");
+  parser->add_flag("--json", options->json, "report the result as JSON");
   return {parser, [options] { return run_mask_topo(*options); }};
 }
 

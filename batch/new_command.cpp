@@ -1,9 +1,8 @@
-// brenlox_batch new: makes an empty survey.
+// brenlox_batch new: creates an empty survey.
 #include <filesystem>
 #include <memory>
 
 #include "batch/command.h"
-#include "batch/console_interface.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
@@ -12,11 +11,6 @@
 
 namespace Batch {
 namespace {
-
-struct NewOptions {
-  std::string survey;
-  bool overwrite = false;
-};
 
 int create(const std::string& path) {
   session().database_file = path;
@@ -29,7 +23,7 @@ int create(const std::string& path) {
   return -1;
 }
 
-/// Puts a new survey in the place of a file; the file comes back if that fails.
+/// Replaces a file by a new survey; restores the file if that fails.
 int replace(const std::string& path) {
   if (!std::filesystem::is_regular_file(path)) {
     user_interface().show_message(path + " is not a file");
@@ -53,20 +47,19 @@ int replace(const std::string& path) {
   return 0;
 }
 
-int run_new(const NewOptions& options) {
-  if (upper_case(options.survey).find(".MDB") == std::string::npos) {
+int run_new(const std::string& survey) {
+  if (upper_case(survey).find(".MDB") == std::string::npos) {
     user_interface().show_message("The name of a survey must end in .mdb");
     return status_wrong_usage;
   }
-  install_console(options.overwrite ? Answer::yes : Answer::no);
   const int result = trap_errors("An error occurred while creating the new database: ", [&] {
-    if (!std::filesystem::exists(options.survey)) {
-      return create(options.survey);
+    if (!std::filesystem::exists(survey)) {
+      return create(survey);
     }
     if (!user_interface().ask_yes_no("The specified file already exists. Overwrite?")) {
       return -1;
     }
-    return replace(options.survey);
+    return replace(survey);
   });
   return result == 0 ? status_done : status_failed;
 }
@@ -74,11 +67,11 @@ int run_new(const NewOptions& options) {
 }  // namespace
 
 Command add_new_command(CLI::App& program) {
-  const auto options = std::make_shared<NewOptions>();
-  CLI::App* parser = program.add_subcommand("new", "Makes an empty survey");
-  add_survey_argument(*parser, options->survey);
-  parser->add_flag("--overwrite", options->overwrite, "replace a file that exists");
-  return {parser, [options] { return run_new(*options); }};
+  const auto survey = std::make_shared<std::string>();
+  CLI::App* parser = program.add_subcommand("new", "Creates an empty survey");
+  add_survey_argument(*parser, *survey);
+  add_overwrite_flag(*parser, "replace a file that exists");
+  return {parser, [survey] { return run_new(*survey); }};
 }
 
 }  // namespace Batch

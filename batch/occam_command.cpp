@@ -37,7 +37,7 @@ int run_occam(OccamOptions& options) {
   return with_open_survey(options.survey, [&] { return create_run(options); });
 }
 
-// Entries are texts, as in the window, and are checked as there.
+// Entries are texts and are checked as those of the window are.
 void add_entries(CLI::App& parser, InversionInputs& inputs) {
   struct Entry {
     const char* option;
@@ -47,10 +47,11 @@ void add_entries(CLI::App& parser, InversionInputs& inputs) {
   constexpr Entry entries[] = {
       {"--model-file", &InversionInputs::model_file, "name of the model file"},
       {"--data-file", &InversionInputs::data_file, "name of the data file"},
-      {"--iterations", &InversionInputs::iterations, "most iterations"},
+      {"--iterations", &InversionInputs::max_iterations, "maximum number of iterations"},
       {"--rms", &InversionInputs::target_RMS, "misfit at which the inversion stops"},
-      {"--res-floor", &InversionInputs::res_error_floor, "least error of a resistivity, percent"},
-      {"--phase-floor", &InversionInputs::phase_error_floor, "least error of a phase, percent of the phase"},
+      {"--res-floor", &InversionInputs::res_error_floor, "minimum error of a resistivity, percent"},
+      {"--phase-floor", &InversionInputs::phase_error_floor,
+       "minimum error of a phase, percent of the phase"},
       {"--layers", &InversionInputs::num_layers, "layers of the model, the padding at the bottom included"},
       {"--layers-per-decade", &InversionInputs::layers_per_decade, "layers per decade of depth"},
       {"--top-layer", &InversionInputs::top_layer, "thickness of the top layer, m"},
@@ -58,10 +59,11 @@ void add_entries(CLI::App& parser, InversionInputs& inputs) {
       {"--doubling-threshold", &InversionInputs::doubling_threshold,
        "two blocks are joined where they are narrower than the layer's thickness over this"},
       {"--initial-res", &InversionInputs::initial_res, "resistivity of the starting model, ohm-m"},
-      {"--start-station", &InversionInputs::first_station, "take this station alone; blank: the whole line"},
+      {"--start-station", &InversionInputs::first_station, "use this station alone; blank: the whole line"},
       {"--end-station", &InversionInputs::last_station, "has no effect: the start station is the end, too"},
       {"--description", &InversionInputs::description, "title of the files"},
-      {"--subdirectory", &InversionInputs::occam_directory, "folder to make in the directory for the files"}};
+      {"--subdirectory", &InversionInputs::occam_directory,
+       "folder to create in the directory for the files"}};
   for (const Entry& entry : entries) {
     parser.add_option(entry.option, inputs.*entry.text, entry.help)->capture_default_str();
   }
@@ -78,10 +80,11 @@ void add_entries(CLI::App& parser, InversionInputs& inputs) {
 Command add_occam_command(CLI::App& program) {
   const auto options = std::make_shared<OccamOptions>();
   CLI::App* parser =
-      program.add_subcommand("occam", "Makes the run directory of a two-dimensional inversion of a line");
+      program.add_subcommand("occam", "Creates the run directory of a two-dimensional inversion of a line");
   add_survey_argument(*parser, options->survey);
   add_reading_options(*parser, options->reading);
-  parser->add_option("--directory", options->inputs.directory, "folder of the files, made if it is missing")
+  parser
+      ->add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
       ->required();
   add_entries(*parser, options->inputs);
   return {parser, [options] { return run_occam(*options); }};

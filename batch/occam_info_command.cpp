@@ -7,8 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "batch/command.h"
+#include "batch/run_option.h"
 #include "core/number_text.h"
-#include "formats/occam/occam_state.h"
 #include "occam/results/run_summary.h"
 
 namespace Batch {
@@ -16,7 +16,6 @@ namespace {
 
 using Module_occam::OccamIteration;
 using Module_occam::OccamModel;
-using Module_occam::OccamState;
 using Module_occam::RunSummary;
 
 /// Position of a site's node, m; nothing for a site beyond the mesh.
@@ -29,16 +28,16 @@ nlohmann::ordered_json node_position(const OccamModel& model, std::size_t site) 
   return std::round(model.node_x[static_cast<std::size_t>(node)] * millimetre) / millimetre;
 }
 
-void print_json(const RunSummary& run, const OccamState& state) {
-  const OccamModel& model = state.model;
+void print_json(const RunSummary& run) {
+  const OccamModel& model = run.model;
   nlohmann::ordered_json json;
   json["model_file"] = run.names.model_file;
   json["data_file"] = run.names.data_file;
-  json["title"] = state.data.title;
+  json["title"] = run.data.title;
   json["sites"] = nlohmann::ordered_json::array();
-  for (std::size_t site = 0; site < state.data.site_names.size(); ++site) {
-    json["sites"].push_back({{"name", state.data.site_names[site]},
-                             {"offset", decimal_of_single(state.data.site_offsets[site])},
+  for (std::size_t site = 0; site < run.data.site_names.size(); ++site) {
+    json["sites"].push_back({{"name", run.data.site_names[site]},
+                             {"offset", decimal_of_single(run.data.site_offsets[site])},
                              {"node", node_position(model, site)}});
   }
   json["node_columns"] = model.mesh.node_columns();
@@ -59,14 +58,14 @@ void print_json(const RunSummary& run, const OccamState& state) {
   std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
-void print_table(const RunSummary& run, const OccamState& state) {
+void print_table(const RunSummary& run) {
   constexpr int name_width = 20;
   constexpr int value_width = 14;
-  const OccamModel& model = state.model;
+  const OccamModel& model = run.model;
   const auto line = [](const char* name, const std::string& value) {
     std::cout << std::left << std::setw(name_width) << name << value << '\n';
   };
-  line("Title", state.data.title);
+  line("Title", run.data.title);
   line("Model file", run.names.model_file);
   line("Data file", run.names.data_file);
   line("Node columns", plain_text(model.mesh.node_columns()));
@@ -77,9 +76,9 @@ void print_table(const RunSummary& run, const OccamState& state) {
   std::cout << '\n'
             << std::setw(name_width) << "Site" << std::right << std::setw(value_width) << "Offset (m)"
             << '\n';
-  for (std::size_t site = 0; site < state.data.site_names.size(); ++site) {
-    std::cout << std::left << std::setw(name_width) << state.data.site_names[site] << std::right
-              << std::setw(value_width) << format_number(state.data.site_offsets[site], "0.0") << '\n';
+  for (std::size_t site = 0; site < run.data.site_names.size(); ++site) {
+    std::cout << std::left << std::setw(name_width) << run.data.site_names[site] << std::right
+              << std::setw(value_width) << format_number(run.data.site_offsets[site], "0.0") << '\n';
   }
   std::cout << '\n' << std::left << std::setw(name_width) << "Iteration" << std::right;
   for (const char* heading : {"Misfit", "Roughness", "Multiplier"}) {
@@ -106,7 +105,7 @@ int run_occam_info(const OccamInfoOptions& options) {
   if (Module_occam::read_run(options.directory, options.control_file, run) != 0) {
     return status_failed;
   }
-  options.json ? print_json(run, Module_occam::occam_state()) : print_table(run, Module_occam::occam_state());
+  options.json ? print_json(run) : print_table(run);
   return status_done;
 }
 
@@ -117,8 +116,7 @@ Command add_occam_info_command(CLI::App& program) {
   CLI::App* parser =
       program.add_subcommand("occam-info", "Shows what a run directory of a two-dimensional inversion holds");
   parser->add_option("DIR", options->directory, "the run directory")->required();
-  parser->add_option("--control", options->control_file,
-                     "file that names model and data, if it is neither startup nor an iteration file");
+  add_control_option(*parser, options->control_file);
   parser->add_flag("--json", options->json,
                    "as JSON: sites with offsets and nodes, mesh, layers, blocks, parameters, iterations");
   return {parser, [options] { return run_occam_info(*options); }};

@@ -1,4 +1,4 @@
-// offscreen_application.h: what pages and pictures are drawn with: no window is shown, no display is needed.
+// offscreen_application.h: the Qt application that draws pages and pictures; it needs no display.
 #pragma once
 #include <QApplication>
 #include <optional>

@@ -6,6 +6,7 @@
 
 #include "batch/command.h"
 #include "batch/offscreen_application.h"
+#include "batch/reading_option.h"
 #include "core/user_interface.h"
 #include "display/selection.h"
 #include "display/windows/line_document.h"
@@ -52,8 +53,7 @@ int write_plots(const PlotsOptions& options) {
   if (select(options) != 0 || write_line_document(options.output) != 0) {
     return -1;
   }
-  if (user_interface().stop_requested()) {
-    user_interface().show_message("Stopped; nothing was written");
+  if (report_stop("Stopped; nothing was written")) {
     return -1;
   }
   std::cout << "The graphs of line " << options.line << " are written to " << options.output << '\n';
@@ -76,14 +76,13 @@ Command add_plots_command(CLI::App& program) {
   parser->add_option("--line", options->line, "survey line, as 200E")->required();
   parser->add_option("--output", options->output, "path of the PDF; an earlier file is replaced")->required();
   parser
-      ->add_option(
-          "--reference", options->reference_type,
-          "0 not remote referenced, 1 remote referenced, 2 cross referenced; left out: the first one")
-      ->check(CLI::Range(0, 2));
+      ->add_option("--reference", options->reference_type,
+                   reference_types_help + std::string("; left out: the first one"))
+      ->check(reference_types());
   parser
       ->add_option("--data-type", options->data_type,
-                   "ExHx, ExHy, EyHx, EyHy or QP; left out: the principal one")
-      ->transform(CLI::IsMember({"ExHx", "ExHy", "EyHx", "EyHy", "QP"}, CLI::ignore_case));
+                   data_types_help + std::string("; left out: the principal one"))
+      ->transform(data_types());
   parser->add_option("--dipole", options->dipole, "dipole length, m; left out: the shortest one");
   return {parser, [options] { return run_plots(*options); }};
 }

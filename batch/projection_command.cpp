@@ -1,11 +1,9 @@
 // brenlox_batch projection: the map projection of a survey.
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "batch/command.h"
 #include "core/number_text.h"
@@ -19,6 +17,7 @@ namespace Batch {
 namespace {
 
 using Module_projections::CoordSystem;
+using Module_projections::CoordSystems;
 
 struct ProjectionOptions {
   std::string survey;
@@ -69,13 +68,12 @@ int show_projection() {
   return 0;
 }
 
-/// Takes the definition of that name out of the file. False after a message that tells the names there are.
-bool pick_definition(ProjectionOptions& options, CoordSystem& picked) {
-  if (Module_projections::read_coord_projection_file(options.csv) != 0) {
+/// Finds the definition of that name in the file. False after a message that lists the names in it.
+bool pick_definition(ProjectionOptions& options, CoordSystems& list, CoordSystem& picked) {
+  if (Module_projections::read_coord_projection_file(options.csv, list) != 0) {
     return false;
   }
-  const int index = Module_projections::find_definition(options.name);
-  const std::vector<CoordSystem>& list = Module_projections::coord_systems();
+  const int index = Module_projections::find_definition(list, options.name);
   if (index > 0) {
     picked = list[static_cast<std::size_t>(index) - 1];
     return true;
@@ -93,13 +91,14 @@ int run_projection(ProjectionOptions& options) {
   if (options.name.empty()) {
     return with_open_survey(options.survey, show_projection);
   }
-  options.csv = std::filesystem::absolute(options.csv).string();
+  options.csv = path_from_here(options.csv);
+  CoordSystems list;
   CoordSystem picked;
-  if (!pick_definition(options, picked)) {
+  if (!pick_definition(options, list, picked)) {
     return status_failed;
   }
   return with_open_survey(options.survey, [&] {
-    return Module_projections::use_projection(picked) == 0 ? show_projection() : -1;
+    return Module_projections::use_projection(list, picked) == 0 ? show_projection() : -1;
   });
 }
 

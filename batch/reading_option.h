@@ -6,6 +6,13 @@
 
 namespace Batch {
 
+// The texts and values of --reference and --data-type, for commands that have them alone.
+inline constexpr const char* reference_types_help =
+    "0 not remote referenced, 1 remote referenced, 2 cross referenced";
+inline constexpr const char* data_types_help = "ExHx, ExHy, EyHx, EyHy or QP";
+CLI::Validator reference_types();
+CLI::Validator data_types();  // for transform: in any case of letters
+
 /// Adds --line, --reference, --data-type and --dipole, all required.
 void add_reading_options(CLI::App& parser, Module_database::LineSelection& option);
 

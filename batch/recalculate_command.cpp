@@ -2,7 +2,6 @@
 #include <memory>
 
 #include "batch/command.h"
-#include "core/user_interface.h"
 #include "reduction/averages.h"
 
 namespace Batch {
@@ -10,11 +9,7 @@ namespace {
 
 int recalculate() {
   const int result = Module_averaged_data::recalculate_merged();
-  if (result == 0 && user_interface().stop_requested()) {
-    user_interface().show_message("Stopped; what was rebuilt by then is kept");
-    return -1;
-  }
-  return result;
+  return result == 0 && report_stop("Stopped; what was rebuilt by then is kept") ? -1 : result;
 }
 
 }  // namespace

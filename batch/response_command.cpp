@@ -4,7 +4,6 @@
 
 #include "batch/command.h"
 #include "batch/run_option.h"
-#include "core/user_interface.h"
 
 namespace Batch {
 namespace {
@@ -15,12 +14,10 @@ int run_response(const RunOptions& options) {
     return status_failed;
   }
   if (Module_occam::make_response(view->results(), view->current_iteration(), view->parameters()) != 0) {
-    if (user_interface().stop_requested()) {
-      user_interface().show_message("Stopped; nothing was written");
-    }
+    report_stop("Stopped; nothing was written");
     return status_failed;
   }
-  Module_occam::tell_mesh_warnings(view->results(), view->parameters());
+  Module_occam::report_mesh_warnings(view->results(), view->parameters());
   std::cout << "The response of iteration " << view->current_iteration() << " is written to "
             << Module_occam::find_response(view->results(), view->current_iteration()).string() << '\n';
   return status_done;

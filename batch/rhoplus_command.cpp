@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "batch/command.h"
-#include "batch/console_interface.h"
 #include "batch/reading_option.h"
 #include "batch/rhoplus_option.h"
 #include "output/rhoplus.h"
@@ -21,9 +20,9 @@ struct RhoplusOptions {
 
 int write_line(const RhoplusOptions& options) {
   Module_output::RhoplusCounts counts;
-  const int status = Module_output::output_rhoplus(options.reading, options.directory, {}, counts);
-  if (status == 0 && user_interface().stop_requested()) {
-    user_interface().show_message("Stopped; the batch file holds the stations written so far");
+  const int status =
+      Module_output::output_rhoplus(options.reading, options.directory, options.settings, {}, counts);
+  if (status == 0 && report_stop("Stopped; the batch file holds the stations written so far")) {
     return -1;
   }
   if (status == 0) {
@@ -35,7 +34,6 @@ int write_line(const RhoplusOptions& options) {
 
 int run_rhoplus(RhoplusOptions& options) {
   options.directory = path_from_here(options.directory);
-  Module_output::rhoplus_settings() = options.settings;
   return with_open_survey(options.survey, [&] { return write_line(options); });
 }
 
@@ -47,7 +45,7 @@ Command add_rhoplus_command(CLI::App& program) {
       program.add_subcommand("rhoplus", "Writes the merged curves of a line as Rho+ control files");
   add_survey_argument(*parser, options->survey);
   add_reading_options(*parser, options->reading);
-  parser->add_option("--directory", options->directory, "folder of the files, made if it is missing")
+  parser->add_option("--directory", options->directory, "folder of the files, created if it is missing")
       ->required();
   add_rhoplus_options(*parser, options->settings);
   return {parser, [options] { return run_rhoplus(*options); }};

@@ -12,10 +12,10 @@ void add_rhoplus_options(CLI::App& parser, Module_output::RhoplusSettings& setti
                                                                 : "";
       })
       ->capture_default_str();
-  parser.add_option("--floor", settings.resistivity_error_floor, "least error of a resistivity, percent")
+  parser.add_option("--floor", settings.resistivity_error_floor, "minimum error of a resistivity, percent")
       ->check(above_zero)
       ->capture_default_str();
-  parser.add_option("--phase-floor", settings.phase_error_floor, "least error of a phase, degrees")
+  parser.add_option("--phase-floor", settings.phase_error_floor, "minimum error of a phase, degrees")
       ->check(above_zero)
       ->capture_default_str();
   parser.add_option("--scale", settings.resistivity_scale, "factor on all resistivities")

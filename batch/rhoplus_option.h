@@ -1,4 +1,4 @@
-// rhoplus_option.h: the options that stand for the settings of Rho+ inversion.
+// rhoplus_option.h: the options for the settings of Rho+ inversion.
 #pragma once
 #include <CLI/CLI.hpp>
 
@@ -7,7 +7,7 @@
 namespace Batch {
 
 /// Adds --root, --floor, --phase-floor, --scale, --surface, --include-empty, --no-static and
-/// --keep-negative-phase; each left out keeps its default.
+/// --keep-negative-phase; one that is left out keeps its default.
 void add_rhoplus_options(CLI::App& parser, Module_output::RhoplusSettings& settings);
 
 }  // namespace Batch

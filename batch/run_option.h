@@ -15,10 +15,13 @@ struct RunOptions {
   std::optional<int> iteration;  // none: the last one
 };
 
+/// Adds --control to a command.
+void add_control_option(CLI::App& parser, std::string& control_file);
+
 /// Adds the positional DIR, --control and --iteration to a command.
 void add_run_options(CLI::App& parser, RunOptions& options);
 
-/// Opens the run and makes the iteration the current one.
+/// Opens the run and chooses the iteration.
 /// @return nothing after a message
 std::optional<Module_occam::RunView> open_run(const RunOptions& options);
 

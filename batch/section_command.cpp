@@ -30,7 +30,7 @@ int write_section(SectionOptions& options) {
     return status_failed;
   }
   const Module_occam::ResistivityRange range = Module_occam::suggested_range(view->parameters());
-  // As text, so that what a command may ask for is what the window takes.
+  // As text: the command accepts what the window accepts.
   options.look.choices = Module_occam::read_choices({criterion_text(options.min_res.value_or(range.lower)),
                                                      criterion_text(options.max_res.value_or(range.upper)),
                                                      criterion_text(options.max_depth), options.log_depth});
@@ -66,7 +66,7 @@ Command add_section_command(CLI::App& program) {
                    "0 grey, 1 red to blue, 2 rainbow with red low, 3 grey without its dark end")
       ->check(CLI::Range(0, 3))
       ->capture_default_str();
-  parser->add_flag("--invert", options->look.invert, "turn the colours round");
+  parser->add_flag("--invert", options->look.invert, "reverse the colours");
   parser->add_option("--width", options->width, "pixels")
       ->check(CLI::Range(300, 10000))
       ->capture_default_str();

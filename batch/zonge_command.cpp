@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "batch/command.h"
-#include "batch/console_interface.h"
 #include "batch/reading_option.h"
+#include "core/user_interface.h"
 #include "output/zonge.h"
 
 namespace Batch {
@@ -15,7 +15,6 @@ struct ZongeOptions {
   std::string survey;
   Module_database::LineSelection reading;
   std::string output;
-  bool overwrite = false;
 };
 
 /// @return true if none of the three files exists, or they may be replaced
@@ -33,8 +32,7 @@ int write_line(const ZongeOptions& options) {
   if (Module_output::output_zonge(options.reading, options.output, {}, rows) != 0) {
     return -1;
   }
-  if (user_interface().stop_requested()) {
-    user_interface().show_message("Stopped; nothing was written");
+  if (report_stop("Stopped; nothing was written")) {
     return -1;
   }
   std::cout << rows << " rows written to " << options.output << '\n';
@@ -42,7 +40,6 @@ int write_line(const ZongeOptions& options) {
 }
 
 int run_zonge(ZongeOptions& options) {
-  install_console(options.overwrite ? Answer::yes : Answer::no);
   options.output = path_from_here(options.output);
   if (!may_write(options)) {
     return status_failed;
@@ -58,9 +55,9 @@ Command add_zonge_command(CLI::App& program) {
       program.add_subcommand("zonge", "Writes the merged curves of a line as .avg, .mde and .stn files");
   add_survey_argument(*parser, options->survey);
   add_reading_options(*parser, options->reading);
-  parser->add_option("--output", options->output, "path of the .avg file; the others stand beside it")
+  parser->add_option("--output", options->output, "path of the .avg file; the others go beside it")
       ->required();
-  parser->add_flag("--overwrite", options->overwrite, "replace files that exist");
+  add_overwrite_flag(*parser, "replace files that exist");
   return {parser, [options] { return run_zonge(*options); }};
 }
 

@@ -89,8 +89,8 @@ double bare_loop(const std::string& path) {
 }
 
 double parse(const std::string& path) {
-  using namespace Module_data_file;
-  FileReport report;
+  using namespace formats::edi;
+  formats::FileReport report;
   LineReader reader(path);
   EdiMtParser parser(reader, report);
   EdiSection section;

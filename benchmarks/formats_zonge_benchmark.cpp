@@ -40,8 +40,8 @@ double bare_loop(const std::string& path) {
 }
 
 double parse(const std::string& path) {
-  using namespace Module_data_file;
-  FileReport report;
+  using namespace formats::zonge;
+  formats::FileReport report;
   LineReader reader(path);
   ZongeAccount account(report);
   ZongeRawParser parser(reader, account);

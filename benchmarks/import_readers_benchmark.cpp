@@ -10,8 +10,7 @@
 #include "benchmarks/bare_numbers.h"
 #include "benchmarks/beside_bound.h"
 #include "import/file_decode.h"
-#include "import/readers/field_reader.h"
-#include "import/reading_record.h"
+#include "import/readers/reader_table.h"
 #include "tests/import/readers/made_fields.h"
 #include "tests/support/temporary_folder.h"
 
@@ -61,11 +60,12 @@ void scan_beside_bare_loop(benchmark::State& state, FileFormat format, const std
   const TemporaryFolder folder;
   const std::string path = folder.write("made.txt", text);
   const auto scan = [&](const std::string& file) {
-    reading_record() = ReadingRecord{};
-    reading_record().SampleRate = 4096.0F;
-    FileReport report;
+    ReadingRecord record;
+    record.SampleRate = 4096.0F;
+    formats::FileReport report;
     StoreNotes notes;
-    if (reader_of(format)(ImportMode::scan, file, report, notes, {}) != 0 || report.readings == 0) {
+    FileTask task{ImportMode::scan, file, record, report, notes, {}};
+    if (reader_of(format)(task) != 0 || report.readings == 0) {
       throw std::runtime_error("the made file gave no reading");
     }
     return report.readings;

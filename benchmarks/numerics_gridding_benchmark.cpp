@@ -2,7 +2,7 @@
 //
 // The bound is as many bare passes as there are iterations: the plate's equation at every node, 13 numbers
 // weighted and summed, and nothing else. Items, the nodes, in a second should stay about the same as the grid
-// grows with its points; where points are sparse or noisy, more iterations are needed, which stand beside it.
+// grows with its points; where points are sparse or noisy, more iterations are needed, counted beside it.
 #include <cmath>
 #include <random>
 

@@ -8,7 +8,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/beside_bound.h"
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace {
 

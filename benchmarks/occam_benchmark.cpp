@@ -8,10 +8,7 @@
 #include "benchmarks/bare_numbers.h"
 #include "benchmarks/beside_bound.h"
 #include "core/session_state.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/mesh_file.h"
-#include "formats/occam/model_file.h"
-#include "formats/occam/occam_state.h"
+#include "occam/occam_files.h"
 #include "occam/setup/create_inversion.h"
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
@@ -104,8 +101,9 @@ void read_run(benchmark::State& state) {
       state,
       [&] {
         Module_occam::ObservedData data;
+        Module_occam::OccamModel model;
         if (Module_occam::read_occam_data_rows(folder + "occamdat", data) != 0 ||
-            Module_occam::read_occam_model(folder + "inmodel") != 0) {
+            Module_occam::read_occam_model(folder, "inmodel", {}, model) != 0) {
           std::abort();
         }
       },

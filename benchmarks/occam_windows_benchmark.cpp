@@ -50,7 +50,7 @@ void redraw(benchmark::State& state) {
     picture.geometry = section_geometry(model, parameters, picture.choices, section_part(image.size()));
     QPainter painter(&image);
     painter.fillRect(image.rect(), Qt::white);
-    paint_section(painter, picture, sites, PictureZoom());
+    paint_section(painter, picture, sites, SectionZoom());
   };
   draw();
   QList<QRect> rectangles;

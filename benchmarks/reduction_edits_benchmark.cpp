@@ -17,7 +17,7 @@
 #include "display/raw_plot.h"
 #include "display/selection.h"
 #include "display/station_plot.h"
-#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 #include "reduction/edits/undo.h"
 #include "tests/support/temporary_folder.h"
@@ -121,7 +121,7 @@ void station_step(benchmark::State& state) {
 
 void load_profile(benchmark::State& state) {
   run(
-      state, [] { require(Module_averaged_data::load_profile_data(Module_averaged_data::selected_key())); },
+      state, [] { require(Module_averaged_data::load_selected_profile()); },
       [](line_survey::BareWork& bare) { bare.read_line(); });
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <ctime>
 
 #include "core/number_text.h"
 
@@ -15,6 +16,16 @@ double day_count(int year, int month, int day) {
   const std::chrono::year_month first_of_month = std::chrono::year(year) / 1 + std::chrono::months(month - 1);
   const std::chrono::sys_days date = std::chrono::sys_days(first_of_month / 1) + std::chrono::days(day - 1);
   return static_cast<double>((date - first_day).count());
+}
+
+double day_count(std::chrono::year_month_day date) {
+  return static_cast<double>((std::chrono::sys_days(date) - first_day).count());
+}
+
+std::chrono::year_month_day today() {
+  const std::time_t now = std::time(nullptr);
+  const std::tm* const local = std::localtime(&now);
+  return std::chrono::year(local->tm_year + 1900) / (local->tm_mon + 1) / local->tm_mday;
 }
 
 std::chrono::year_month_day calendar_date(double days) {

@@ -8,6 +8,11 @@
 /// The day of a year, month and day; months and days beyond their range roll over into the next ones.
 double day_count(int year, int month, int day);
 
+double day_count(std::chrono::year_month_day date);
+
+/// The current date where the computer is.
+std::chrono::year_month_day today();
+
 /// Year, month and day of a day count; a time of day is dropped. The year must be one of -32767 to 32767.
 std::chrono::year_month_day calendar_date(double days);
 

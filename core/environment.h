@@ -30,8 +30,7 @@ struct DisplayFacts {
 void initialise_environment(const SystemFacts& system, const DisplayFacts& display = {});
 
 /// The name of a fault of the process, "Unknown (&H00000000)" for a code that has none.
-/// @param code  exception code as Windows counts them; platform/system turns the signals of other systems
-///              into it
+/// @param code  an exception code of Windows; platform/system maps the signals of other systems to these
 std::string fault_name(std::uint32_t code);
 
 }  // namespace UTIL

@@ -82,7 +82,7 @@ class FolderSearch {
       }
     }
     for (const fs::path& subfolder : subfolders) {
-      // How much there is to search shows only at the end.
+      // How much there is to search is known only at the end.
       user_interface().show_progress("Looking for files: " + std::to_string(files_.size()) + " found", 0);
       user_interface().process_events();
       if (user_interface().stop_requested()) {

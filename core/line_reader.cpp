@@ -104,7 +104,7 @@ bool LineReader::next_across_chunks(std::string_view& line) {
   }
 }
 
-// Moves the unfinished line to the buffer's start and reads on behind it. False at the end of the file.
+// Moves the unfinished line to the buffer's start and reads on after it. False at the end of the file.
 bool LineReader::fill() {
   if (at_end_) {
     return false;

@@ -45,7 +45,7 @@ class LineReader {
   std::vector<char> buffer_;
   std::size_t position_ = 0;              // of the next line in the buffer
   std::size_t filled_ = 0;                // bytes in the buffer
-  std::size_t carriage_return_ = 0;       // the first CR at or behind position_, filled_ if there is none
+  std::size_t carriage_return_ = 0;       // the first CR at or after position_, filled_ if there is none
   bool carriage_return_known_ = false;    // carriage_return_ holds
   bool skip_line_feed_ = false;           // the line before ended with CR at the end of a chunk
   bool at_end_ = false;                   // the stream has nothing more

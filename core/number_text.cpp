@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int single_digits = 7;   // what a person trusts of a 32-bit value
+constexpr int single_digits = 7;   // the reliable digits of a 32-bit value
 constexpr int double_digits = 15;  // and of a 64-bit value
 
 /// A finite value as 0.d1d2d3... times a power of ten; zero has no digits.
@@ -110,7 +110,7 @@ void round_to_digits(Decimal& decimal, int count) {
   normalise(decimal);
 }
 
-/// The digits `count` long from `first` on, where digits before and behind the known ones are zeros.
+/// `count` digits from `first` on; those before and after the known ones are zeros.
 std::string digit_range(const Decimal& decimal, int first, int count) {
   std::string digits;
   for (int i = first; i < first + count; ++i) {
@@ -131,9 +131,9 @@ std::string fixed_text(const Decimal& decimal, int whole_digits, int places) {
   return text;
 }
 
-std::string exponent_text(int exponent, char letter, int least_digits) {
+std::string exponent_text(int exponent, char letter, int min_digits) {
   const std::string digits = std::to_string(std::abs(exponent));
-  const auto width = static_cast<std::size_t>(least_digits);
+  const auto width = static_cast<std::size_t>(min_digits);
   std::string text(1, letter);
   text += exponent < 0 ? '-' : '+';
   text.append(width > digits.size() ? width - digits.size() : 0, '0');
@@ -183,7 +183,7 @@ std::string format_decimal(Decimal decimal, std::string_view picture_text) {
 }
 
 /// Plain where the exponent lies in [-4, plain_digits), with an exponent elsewhere.
-std::string person_text(const Decimal& decimal, int plain_digits) {
+std::string short_text(const Decimal& decimal, int plain_digits) {
   const auto count = static_cast<int>(decimal.digits.size());
   if (count > 0 && (decimal.point > plain_digits || decimal.point < -3)) {
     return scientific_text(decimal, count - 1, 'E', 2);
@@ -211,15 +211,15 @@ std::string format_floating(Value value, std::string_view picture) {
 }
 
 template <std::floating_point Value>
-std::string plain_floating(Value value, int most_digits) {
+std::string plain_floating(Value value, int max_digits) {
   if (const auto text = text_if_not_finite(value)) {
     return *text;
   }
   Decimal decimal = shortest_decimal(value);
-  if (static_cast<int>(decimal.digits.size()) > most_digits) {
-    decimal = decimal_of_digits(value, most_digits);
+  if (static_cast<int>(decimal.digits.size()) > max_digits) {
+    decimal = decimal_of_digits(value, max_digits);
   }
-  return person_text(decimal, most_digits);
+  return short_text(decimal, max_digits);
 }
 
 template <std::floating_point Value>
@@ -227,7 +227,7 @@ std::string criterion_floating(Value value) {
   if (const auto text = text_if_not_finite(value)) {
     return *text;
   }
-  return person_text(shortest_decimal(value), double_digits);
+  return short_text(shortest_decimal(value), double_digits);
 }
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }

@@ -1,7 +1,7 @@
 // number_text.h: numbers as text and text as numbers, the same whatever the locale.
 //
-// A 32-bit value is known to people by its shortest decimal (0.1, not 0.100000001490116); every procedure
-// here that takes a float works on that decimal.
+// Users know a 32-bit value by its shortest decimal (0.1, not 0.100000001490116); every procedure here that
+// takes a float works on that decimal.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -10,9 +10,9 @@
 /// A number in one of the pictures "0", "00", "0.0" ... "0.000000", "0.00000E+0", "0.0000e+00".
 ///
 /// Rounds half away from zero on the value's plain decimal text: 2.5 gives "3", 0.125 with "0.00" gives
-/// "0.13", 1.005 gives "1.01". Never writes a minus sign before a zero. Any number of places is taken in each
-/// picture. In the two exponent pictures the number of zeros behind the sign is the least number of exponent
-/// digits. Not finite values give "NaN", "Inf" and "-Inf".
+/// "0.13", 1.005 gives "1.01". Never writes a minus sign before a zero. Each picture may have any
+/// number of places. In the two exponent pictures the number of zeros after the sign is the minimum number of
+/// exponent digits. Values that aren't finite give "NaN", "Inf" and "-Inf".
 std::string format_number(double value, std::string_view picture);
 std::string format_number(float value, std::string_view picture);
 std::string format_number(std::int64_t value, std::string_view picture);
@@ -20,8 +20,8 @@ inline std::string format_number(int value, std::string_view picture) {
   return format_number(std::int64_t{value}, picture);
 }
 
-/// The shortest form a person would write: at most 7 significant digits for 32-bit, 15 for 64-bit values;
-/// "1E+20" and "1E-10" where the plain form would be longer than the digits justify; never "-0".
+/// The shortest form that one would write by hand: at most 7 significant digits for 32-bit, 15 for 64-bit
+/// values; "1E+20" and "1E-10" where the plain form would be longer than the digits justify; never "-0".
 std::string plain_text(double value);
 std::string plain_text(float value);
 std::string plain_text(std::int64_t value);
@@ -40,7 +40,7 @@ double decimal_of_single(float value);
 /// gives an infinity.
 double numeric_value(std::string_view text);
 
-/// The same, and what stands behind the number: "12.4v" is 12.4 and "v". Without a number `rest` is the whole
+/// The same, and the text after the number: "12.4v" is 12.4 and "v". Without a number `rest` is the whole
 /// text.
 double numeric_value(std::string_view text, std::string_view& rest);
 

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <variant>
@@ -20,6 +21,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
+#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -35,7 +37,47 @@ constexpr std::string_view line_end = "\r\n";
 constexpr std::string_view line_end = "\n";
 #endif
 
-using Scales = DisplayPreferences;
+/// The display scales of the file. Nothing here uses them; they are written back as they were read.
+struct DisplayScales {
+  bool auto_scale_spectral_resistivity = false;
+  float min_real_resistivity = 0.0F;
+  float max_real_resistivity = 0.0F;
+  float min_imag_resistivity = 0.0F;
+  float max_imag_resistivity = 0.0F;
+  bool auto_scale_spectral_e_field = false;
+  float min_real_e_field = 0.0F;
+  float max_real_e_field = 0.0F;
+  float min_imag_e_field = 0.0F;
+  float max_imag_e_field = 0.0F;
+  bool auto_scale_spectral_h_field = false;
+  float min_real_h_field = 0.0F;
+  float max_real_h_field = 0.0F;
+  float min_imag_h_field = 0.0F;
+  float max_imag_h_field = 0.0F;
+  bool auto_scale_phase = true;
+  float min_phase = 0.0F;
+  float max_phase = 50.0F;
+  bool auto_scale_cagniard = false;
+  float min_cagniard = 0.0F;
+  float max_cagniard = 0.0F;
+  bool auto_scale_e_phase = true;
+  float min_e_phase = 0.0F;
+  float max_e_phase = 50.0F;
+  bool auto_scale_h_phase = true;
+  float min_h_phase = 0.0F;
+  float max_h_phase = 50.0F;
+  bool auto_scale_e_mag = false;
+  float min_e_mag = 0.0F;
+  float max_e_mag = 0.0F;
+  bool auto_scale_h_mag = false;
+  float min_h_mag = 0.0F;
+  float max_h_mag = 0.0F;
+  bool spectral_plot = false;
+  bool plot_e_phase = false;
+  bool plot_h_phase = false;
+};
+
+using Scales = DisplayScales;
 using State = SessionState;
 
 /// Where a key's value is kept: display scales, a window size, or a text.
@@ -47,8 +89,7 @@ struct Key {
   bool after_blank_line = false;
 };
 
-/// Every key behind the recent files, in the order of the file, which is also the order of looking for one in
-/// a line.
+/// Every key after the recent files, in the order of the file. A line has the first of them that it contains.
 constexpr std::array<Key, 39> keys = {{
     {"Opening picture: ", &State::opening_picture, true},
     {"Form Width : ", &State::form_width, true},
@@ -99,8 +140,8 @@ template <class... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;
 
 struct PreferencesState {
-  DisplayPreferences scales;
-  std::string file;
+  DisplayScales scales;
+  std::string file;  // empty before read_preferences, and when the file that is there can't be read
 };
 
 PreferencesState& state() {
@@ -108,7 +149,7 @@ PreferencesState& state() {
   return preferences;
 }
 
-/// The text behind the first ":", trimmed; empty if there is none.
+/// The text after the first ":", trimmed; empty if there is none.
 std::string_view value_of(std::string_view line) {
   const std::size_t colon = line.find(':');
   return colon == std::string_view::npos ? std::string_view{} : trimmed(line.substr(colon + 1));
@@ -140,19 +181,7 @@ std::string field_text(const Field& field) {
       field);
 }
 
-/// The lines of a text that ends them with CR LF, LF or CR.
-std::vector<std::string_view> lines_of(std::string_view text) {
-  std::vector<std::string_view> lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-    lines.push_back(text.substr(0, end));
-    text.remove_prefix(end);
-    text.remove_prefix(text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1);
-  }
-  return lines;
-}
-
-/// Leaves no recent file behind a blank one.
+/// Leaves no recent file after a blank one.
 /// @return how many there are
 std::size_t end_recent_files_at_first_blank() {
   auto& files = session().recent_files;
@@ -165,22 +194,19 @@ std::size_t end_recent_files_at_first_blank() {
 }
 
 bool apply_file_text(std::string_view text) {
-  const std::vector<std::string_view> lines = lines_of(text);
-  if (lines.empty() || trimmed(lines.front()) != first_line) {
+  std::string_view line;
+  if (!take_line(text, line) || trimmed(line) != first_line) {
     return false;
   }
-  auto& files = session().recent_files;
-  std::size_t next = std::min<std::size_t>(2, lines.size());  // the second line says nothing
-  for (std::size_t n = 0; n < files.size() && next < lines.size(); ++n) {
-    const std::string_view line = lines[next++];
-    if (trimmed(line).empty()) {
+  (void)take_line(text, line);  // the second line has no meaning
+  for (std::string& file : session().recent_files) {
+    if (!take_line(text, line) || trimmed(line).empty()) {
       break;  // the list ends early, and the line is used up
     }
-    files[n] = value_of(line);
+    file = value_of(line);
   }
   end_recent_files_at_first_blank();
-  for (; next < lines.size(); ++next) {
-    const std::string_view line = lines[next];
+  while (take_line(text, line)) {
     const auto key = std::ranges::find_if(
         keys, [&](const Key& k) { return line.find(trimmed(k.text)) != std::string_view::npos; });
     if (key != keys.end()) {
@@ -217,25 +243,16 @@ std::string new_file_text() {
   return text;
 }
 
-/// Writes beside the file and renames, so that the earlier file stands until the new one is whole.
+/// A link keeps its place, and the file that it leads to is replaced. False if that can't be written.
 bool replace_file(const std::string& path, std::string_view text) {
   std::error_code failure;
   const fs::path linked = fs::canonical(path, failure);
-  const fs::path target = failure ? fs::path(path) : linked;
-  fs::path beside = target;
-  beside += ".new";
-  std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-  file.write(text.data(), static_cast<std::streamsize>(text.size()));
-  file.close();
-  if (file) {
-    fs::rename(beside, target, failure);
-  }
-  if (!file || failure) {
-    std::error_code ignored;
-    fs::remove(beside, ignored);
+  try {
+    safe_files::write_into_place(failure ? fs::path(path) : linked, text);
+    return true;
+  } catch (const std::runtime_error&) {
     return false;
   }
-  return true;
 }
 
 std::optional<std::string> contents_of(const std::string& path) {
@@ -246,7 +263,7 @@ std::optional<std::string> contents_of(const std::string& path) {
 
 std::string path_in(const fs::path& directory) { return (directory / file_name).string(); }
 
-/// The working directory is taken now: opening a survey changes it.
+/// The path is a full one: opening a survey changes the working directory.
 std::string find_or_create_file() {
   std::string working = path_in(fs::current_path());
   const std::string& program = session().environment.program_directory;
@@ -287,10 +304,6 @@ void count_recent_files() {
 }
 
 }  // namespace
-
-DisplayPreferences& display_preferences() { return state().scales; }
-
-const std::string& preferences_file() { return state().file; }
 
 void read_preferences() {
   reset_to_defaults();

@@ -10,7 +10,8 @@ namespace basSearchSort {
 /// The place of exactly this value in ascending values.
 int search_sorted(std::span<const float> ascending, float value);
 
-/// The place of the nearest frequency, if its distance is below `tolerance`.
+/// The place of the nearest frequency, if its distance is below `tolerance`. For frequencies as the user
+/// types them, which lists rarely hold exactly.
 /// @param ascending  Hz
 /// @param tolerance  Hz
 int find_nearest_frequency(std::span<const float> ascending, float value, float tolerance);

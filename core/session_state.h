@@ -1,17 +1,22 @@
 // session_state.h: the one process-wide record of the open survey and the current selection.
 //
 // Indices in this record count from 1 where the comment says so: they are what lists and files show. -1 means
-// none.
+// none, in every member.
 #pragma once
 #include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-inline constexpr double station_not_set = -99999.0;  // a station that no one has given yet
-inline constexpr double no_current_station = -1e32;  // nothing is selected
+#include "core/frequencies.h"
+#include "core/undo_entry.h"
 
-struct SurveyHeaderValues {     // cleared with the session; no operation sets them today
+inline constexpr double station_not_set = -99999.0;  // no station has been given yet
+inline constexpr double no_current_station = -1e32;  // nothing is selected; is_absent() is true for it
+
+/// The survey's grid on the map, from which a station without a location gets its map place. Zeros until a
+/// survey carries such values in its header: map and local places are then the same.
+struct SurveyHeaderValues {
   double grid_azimuth = 0.0;    // degrees
   double local_x_origin = 0.0;  // m
   double local_y_origin = 0.0;
@@ -27,7 +32,23 @@ struct StationPlace {  // one row of station_table, m
   double elevation = 0.0;
 };
 
-/// Facts about the machine, filled once by UTIL::initialise_environment.
+struct PlanWindow {         // through which the plan shows the stations
+  float plan_zoom = 0.0F;   // 0: to be fitted again
+  double plan_base = 0.0;   // m, height of the window at zoom 1
+  double plan_x_min = 0.0;  // m, the visible window
+  double plan_x_max = 0.0;
+  double plan_y_min = 0.0;
+  double plan_y_max = 0.0;
+  double plan_x_centre = 0.0;
+  double plan_y_centre = 0.0;
+  double plan_x_extent = 0.0;  // m
+  double plan_y_extent = 0.0;
+  double plan_x_scale = 0.0;  // picture units for each m; 0 until drawn
+  double plan_y_scale = 0.0;
+};
+
+/// Facts about the machine, filled once by UTIL::initialise_environment. Those that no procedure reads are
+/// for the debug log (names and directories) and for windows and readers to come (display, characters).
 struct Environment {
   bool initialised = false;
   std::string user_name;
@@ -55,14 +76,15 @@ struct SessionState {
   bool updating_controls = false;  // every selection handler does nothing while it is set
   std::string database_file;       // full path of the survey database
   bool database_open = false;
-  bool new_database = false;  // set after creating
-  bool data_changed = false;  // set by every store, cleared at opening
+  bool new_database = false;  // set after creating; nothing reads it yet
+  bool data_changed = false;  // set by every store, cleared at opening; nothing reads it yet
   std::string version_text;   // "1.00 February, 2012"
 
   bool hide_masked_data = false;
   std::int32_t coord_system = 0;  // list index of Combo_coords: 0 Local, 1 Map
   std::int32_t x_column = 1;      // columns of station_table, from 1: 1, 2 for Local; 3, 4 for Map
   std::int32_t y_column = 2;
+  PlanWindow plan_window;
 
   SurveyHeaderValues survey_header;
   std::int32_t station_count = 0;
@@ -84,12 +106,10 @@ struct SessionState {
   std::string current_data_type;
   float current_dipole = 0.0F;     // m
   double current_scan_rate = 0.0;  // Hz
-  std::int32_t repeat_count = 0;   // 0 means that the repeats must be reloaded
+  std::int32_t repeat_count = 0;   // 0: the repeats must be reloaded
 
-  // The frequency list of the reference type loaded last: Hz, ascending; enabled is 1 or 0.
-  std::int32_t frequency_count = 0;
-  std::vector<float> frequency_list;
-  std::vector<std::int32_t> frequency_enabled;
+  Frequencies frequencies;  // of the current reference type
+  Module_Brenlox::UndoStack undo_stack;
 
   std::array<std::string, 6> recent_files;
   std::int32_t recent_count = 0;

@@ -105,6 +105,17 @@ std::string_view next_token(std::string_view& rest) {
   return token;
 }
 
+bool take_line(std::string_view& text, std::string_view& line) {
+  if (text.empty()) {
+    return false;
+  }
+  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+  line = text.substr(0, end);
+  text.remove_prefix(end);
+  text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, text.size()));
+  return true;
+}
+
 FirstToken first_token(std::string_view line) {
   const auto without_leading_blanks = [](std::string_view text) {
     return text.substr(std::min(text.find_first_not_of(' '), text.size()));

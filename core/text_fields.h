@@ -1,4 +1,4 @@
-// text_fields.h: the small tools that field files and output files are taken apart and put together with.
+// text_fields.h: small tools for parsing field files and composing output files.
 #pragma once
 #include <cstddef>
 #include <string>
@@ -20,6 +20,10 @@ std::string pad_field(std::string_view text, std::size_t width);
 /// follows, trimmed.
 /// @return the item; empty when nothing is left
 std::string_view next_token(std::string_view& rest);
+
+/// Takes the next line of `text`, without its end, which is CR, LF or CR LF.
+/// @return false at the end of the text
+bool take_line(std::string_view& text, std::string_view& line);
 
 /// The first word of a line and the rest, with blank, comma, apostrophe and semicolon as delimiters.
 struct FirstToken {

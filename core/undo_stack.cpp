@@ -3,23 +3,15 @@
 #include <cassert>
 #include <utility>
 
+#include "core/session_state.h"
+
 namespace Module_Brenlox {
 
 namespace {
 
-struct UndoState {
-  std::vector<UndoEntry> entries;
-  std::vector<UndoEntry> undone;
-  std::function<void(bool)> listener;
-  std::function<void(bool)> redo_listener;
-};
+UndoStack& undo() { return session().undo_stack; }
 
-UndoState& undo() {
-  static UndoState state;
-  return state;
-}
-
-void tell_listeners() {
+void report_change() {
   if (undo().listener) {
     undo().listener(!undo().entries.empty());
   }
@@ -49,13 +41,13 @@ void push_undo_static(std::int32_t id, float res_offset) { push_undo({id, UndoSt
 void push_undo(UndoEntry entry) {
   undo().entries.push_back(std::move(entry));
   undo().undone.clear();
-  tell_listeners();
+  report_change();
 }
 
 void clear_undo() {
   undo().entries.clear();
   undo().undone.clear();
-  tell_listeners();
+  report_change();
 }
 
 std::size_t undo_count() { return undo().entries.size(); }
@@ -67,7 +59,7 @@ const UndoEntry& top_undo() {
 
 void pop_undo() {
   drop_last(undo().entries);
-  tell_listeners();
+  report_change();
 }
 
 std::size_t redo_count() { return undo().undone.size(); }
@@ -79,19 +71,19 @@ const UndoEntry& top_redo() {
 
 void pop_redo() {
   drop_last(undo().undone);
-  tell_listeners();
+  report_change();
 }
 
 void move_to_redo(UndoEntry undone) {
   drop_last(undo().entries);
   undo().undone.push_back(std::move(undone));
-  tell_listeners();
+  report_change();
 }
 
 void move_to_undo(UndoEntry redone) {
   drop_last(undo().undone);
   undo().entries.push_back(std::move(redone));
-  tell_listeners();
+  report_change();
 }
 
 void set_undo_listener(std::function<void(bool available)> listener) {

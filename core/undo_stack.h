@@ -1,36 +1,17 @@
-// undo_stack.h: the reversible edits of readings, newest last: what a row held before each edit, and for each
-// edit that was undone what the row held before that.
+// undo_stack.h: the reversible edits of readings in session().undo_stack: what a row held before each edit,
+// and for each edit that was undone what the row held before that.
 #pragma once
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <variant>
-#include <vector>
+
+#include "core/undo_entry.h"
 
 namespace Module_Brenlox {
 
-struct UndoFlags {
-  bool use_reading = false;
-  bool use_resistivity = false;
-  bool use_phase = false;
-};
-
-struct UndoMask {
-  std::int32_t frequency_count = 0;
-  std::vector<std::byte> mask_bytes;  // MaskBinary as it stood in the row
-};
-
-struct UndoStatic {
-  float res_offset = 1.0F;  // multiplies resistivity
-};
-
-struct UndoEntry {
-  std::int32_t id = -1;  // of the reading
-  std::variant<UndoFlags, UndoMask, UndoStatic> earlier;
-};
-
-// What a row held before a new edit. What has been undone before can't be done again any more.
+// What a row held before a new edit. What has been undone before can't be done again any more. The edits use
+// push_undo; the three others are for callers that write a row themselves.
 void push_undo_flags(std::int32_t id, bool use_reading, bool use_resistivity, bool use_phase);
 void push_undo_mask(std::int32_t id, std::int32_t frequency_count, std::span<const std::byte> mask_bytes);
 void push_undo_static(std::int32_t id, float res_offset);
@@ -63,8 +44,8 @@ void move_to_redo(UndoEntry undone);
 /// The edit undone last has been done again: drops it, and keeps what the row held until then to undo it.
 void move_to_undo(UndoEntry redone);
 
-/// Sets who is told after each change whether there is something to undo; the window enables its menu by it.
-/// An empty function tells no one.
+/// Sets what is called after each change with whether there is something to undo; the window enables its menu
+/// by it. An empty function is not called.
 void set_undo_listener(std::function<void(bool available)> listener);
 
 /// The same for what can be done again.

@@ -1,4 +1,4 @@
-// user_interface.h: what the logic asks of the person in front of it.
+// user_interface.h: what the logic shows to the user and asks for.
 //
 // The windows install an implementation on Qt widgets, the batch program one that writes to the console,
 // tests one that records. Logic calls user_interface() and never sees which of them answers.
@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// One file dialog: texts as the person reads them.
+/// One file dialog: texts as the user reads them.
 struct FileDialogRequest {
   std::string title;
   std::string filter;             // "Description (*.mdb)|*.mdb|All files (*.*)|*.*"
@@ -16,7 +16,7 @@ struct FileDialogRequest {
   std::string suggested_name;     // file name offered for saving; may be empty
 };
 
-/// What logic tells and asks a person, whatever stands between them.
+/// Messages, questions, file dialogs and progress, however they are shown.
 class UserInterface {
  public:
   UserInterface() = default;
@@ -24,7 +24,7 @@ class UserInterface {
   UserInterface& operator=(const UserInterface&) = delete;
   virtual ~UserInterface() = default;
 
-  /// Shows a message until the person has taken note of it.
+  /// Shows a message until the user has dismissed it.
   virtual void show_message(const std::string& text) = 0;
 
   /// @return true for Yes
@@ -37,25 +37,24 @@ class UserInterface {
   /// @return the chosen path, empty when cancelled
   virtual std::string select_file_to_create(const FileDialogRequest& request) = 0;
 
-  /// Asks for a line of text. An interface that has no one to ask gives none.
+  /// Asks for a line of text. An interface without a user gives an empty text.
   /// @return the text without blanks at its ends, empty when cancelled
   virtual std::string ask_text(const std::string& prompt, const std::string& title,
                                const std::string& suggestion);
 
-  /// Shows or takes back the busy pointer. Use BusyPointer, which nests.
+  /// Shows or removes the busy pointer. Use BusyPointer, which nests.
   virtual void set_busy_pointer(bool busy) = 0;
 
-  /// Lets the window live during long work.
+  /// Lets the window respond during long work.
   virtual void process_events() = 0;
 
-  /// Gives what is on show time to be seen: lets events run for so long. Without a window there is nothing to
-  /// wait for, and it costs no time.
+  /// Leaves time to see what is shown: lets events run for so long. Returns at once where there is no window.
   virtual void wait_with_events(int /*milliseconds*/) { process_events(); }
 
-  /// Shows how far long work has come; `percent` 0 to 100, a negative value ends the display.
+  /// Shows the progress of long work; `percent` 0 to 100, a negative value ends the display.
   virtual void show_progress(std::string_view what, int percent) = 0;
 
-  /// @return true once the person has asked to stop the long work under way
+  /// @return true once the user has asked to stop the long work
   virtual bool stop_requested() = 0;
 };
 

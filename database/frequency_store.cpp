@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -33,41 +34,39 @@ std::vector<float> missing_from(const std::vector<float>& stored, std::span<cons
   return missing;
 }
 
-FrequencySelection with_added(const FrequencySelection& stored, const std::vector<float>& added) {
-  FrequencySelection merged;
-  const std::size_t total = stored.frequencies.size() + added.size();
-  merged.frequencies.reserve(total);
-  merged.flags.reserve(total);
+Frequencies with_added(const Frequencies& stored, const std::vector<float>& added) {
+  Frequencies merged;
+  const std::size_t total = stored.list.size() + added.size();
+  merged.list.reserve(total);
+  merged.enabled.reserve(total);
   std::size_t next = 0;
-  for (std::size_t i = 0; i < stored.frequencies.size(); ++i) {
-    for (; next < added.size() && added[next] < stored.frequencies[i]; ++next) {
-      merged.frequencies.push_back(added[next]);
-      merged.flags.push_back(1);
+  for (std::size_t i = 0; i < stored.list.size(); ++i) {
+    for (; next < added.size() && added[next] < stored.list[i]; ++next) {
+      merged.list.push_back(added[next]);
+      merged.enabled.push_back(1);
     }
-    merged.frequencies.push_back(stored.frequencies[i]);
-    merged.flags.push_back(stored.flags[i]);
+    merged.list.push_back(stored.list[i]);
+    merged.enabled.push_back(stored.enabled[i]);
   }
-  merged.frequencies.insert(merged.frequencies.end(), added.begin() + static_cast<std::ptrdiff_t>(next),
-                            added.end());
-  merged.flags.resize(total, 1);
+  merged.list.insert(merged.list.end(), added.begin() + static_cast<std::ptrdiff_t>(next), added.end());
+  merged.enabled.resize(total, 1);
   return merged;
 }
 
-FrequencySelection read_flags(const dao::Recordset& row) {
-  FrequencySelection list{singles_from(row.get_binary("FreqBinary")),
-                          longs_from(row.get_binary("MaskBinary"))};
+Frequencies read_flags(const dao::Recordset& row) {
+  Frequencies list{singles_from(row.get_binary("FreqBinary")), longs_from(row.get_binary("MaskBinary"))};
   const auto count = static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
-  if (list.frequencies.size() != count || list.flags.size() != count) {
+  if (list.list.size() != count || list.enabled.size() != count) {
     throw dao::Error("the frequency list of reference type " + plain_text(row.get_long("ReferenceType")) +
                      " is damaged");
   }
   return list;
 }
 
-void write_flags(dao::Recordset& row, const FrequencySelection& list) {
-  row.set_long("NumFrequencies", static_cast<std::int32_t>(list.frequencies.size()));
-  row.set_binary("FreqBinary", bytes_of(list.frequencies));
-  row.set_binary("MaskBinary", bytes_of(list.flags));
+void write_flags(dao::Recordset& row, const Frequencies& list) {
+  row.set_long("NumFrequencies", static_cast<std::int32_t>(list.list.size()));
+  row.set_binary("FreqBinary", bytes_of(list.list));
+  row.set_binary("MaskBinary", bytes_of(list.enabled));
 }
 
 // A file may lack some of its frequencies; such a point belongs to no place on the axis.
@@ -82,22 +81,21 @@ void merge_frequencies(std::int32_t reference_type, std::span<const float> given
   dao::Recordset row = open_survey().database.open_recordset(
       "SELECT * FROM ReadingsFrequencyTable WHERE ReferenceType = " + format_number(reference_type, "0"));
   if (row.eof()) {
-    FrequencySelection list{{frequencies.begin(), frequencies.end()}, {}};
+    Frequencies list{{frequencies.begin(), frequencies.end()}, {}};
     // A reading may hold a frequency twice, the list never does.
-    list.frequencies.erase(std::unique(list.frequencies.begin(), list.frequencies.end()),
-                           list.frequencies.end());
-    list.flags.assign(list.frequencies.size(), 1);
+    list.list.erase(std::unique(list.list.begin(), list.list.end()), list.list.end());
+    list.enabled.assign(list.list.size(), 1);
     row.add_new();
     row.set_long("ReferenceType", reference_type);
     write_flags(row, list);
     row.update();
     return;
   }
-  const FrequencySelection stored = read_flags(row);
-  if (same_list(stored.frequencies, frequencies)) {
+  const Frequencies stored = read_flags(row);
+  if (same_list(stored.list, frequencies)) {
     return;
   }
-  const std::vector<float> added = missing_from(stored.frequencies, frequencies);
+  const std::vector<float> added = missing_from(stored.list, frequencies);
   if (added.empty()) {
     return;
   }
@@ -106,7 +104,7 @@ void merge_frequencies(std::int32_t reference_type, std::span<const float> given
   row.update();
 }
 
-/// Stands on the row of a reference type. @return false if it has none
+/// Makes the row of a reference type the current one. @return false if it has none
 bool find_list(dao::Recordset& lists, std::int32_t reference_type) {
   lists.requery();
   lists.find_first("ReferenceType = " + format_number(reference_type, "0"));
@@ -121,35 +119,30 @@ int add_reading_frequencies(std::int32_t reference_type, float /*scan_rate*/,
                      [&] { merge_frequencies(reference_type, frequencies); });
 }
 
-int load_reference_frequencies(std::int32_t reference_type) {
-  return trap_errors("An error occurred while creating the frequency lists: ", [&] {
-    dao::Recordset& lists = open_survey().frequency_lists;
-    if (!find_list(lists, reference_type)) {
-      session().frequency_count = 0;
-      return;
-    }
-    FrequencySelection list = read_flags(lists);
-    session().frequency_count = static_cast<std::int32_t>(list.frequencies.size());
-    session().frequency_list = std::move(list.frequencies);
-    session().frequency_enabled = std::move(list.flags);
-  });
-}
-
-std::optional<FrequencySelection> read_frequency_selection(std::int32_t reference_type) {
-  std::optional<FrequencySelection> selection;
+std::optional<Frequencies> load_reference_frequencies(std::int32_t reference_type) {
+  Frequencies frequencies;
   const int status = trap_errors("An error occurred while creating the frequency lists: ", [&] {
     dao::Recordset& lists = open_survey().frequency_lists;
     if (find_list(lists, reference_type)) {
-      selection = read_flags(lists);
+      frequencies = read_flags(lists);
     }
   });
-  return status == 0 ? selection : std::nullopt;
+  return status == 0 ? std::optional(std::move(frequencies)) : std::nullopt;
 }
 
-int save_frequency_selection(std::int32_t reference_type, const FrequencySelection& selection) {
+int load_selected_frequencies() {
+  auto frequencies = load_reference_frequencies(session().current_reference_type);
+  if (!frequencies) {
+    return -1;
+  }
+  session().frequencies = std::move(*frequencies);
+  return 0;
+}
+
+int save_frequency_selection(std::int32_t reference_type, const Frequencies& selection) {
   return trap_errors("An error occurred while saving the frequency selection: ", [&] {
     dao::Recordset& lists = open_survey().frequency_lists;
-    if (selection.frequencies.empty() || !find_list(lists, reference_type)) {
+    if (selection.empty() || !find_list(lists, reference_type)) {
       return;
     }
     lists.edit();
@@ -157,6 +150,18 @@ int save_frequency_selection(std::int32_t reference_type, const FrequencySelecti
     lists.update();
     session().data_changed = true;
   });
+}
+
+const Frequencies* FrequencyLists::of(std::int32_t reference_type) {
+  auto found = lists_.find(reference_type);
+  if (found == lists_.end()) {
+    auto frequencies = load_reference_frequencies(reference_type);
+    if (!frequencies) {
+      return nullptr;
+    }
+    found = lists_.emplace(reference_type, std::move(*frequencies)).first;
+  }
+  return &found->second;
 }
 
 }  // namespace Module_database

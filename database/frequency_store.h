@@ -1,9 +1,11 @@
 // frequency_store.h: the list of all frequencies ever stored under a reference type.
 #pragma once
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
-#include <vector>
+
+#include "core/frequencies.h"
 
 namespace Module_database {
 
@@ -13,22 +15,26 @@ namespace Module_database {
 /// @return 0, or -1 after a message; the list is then as before
 int add_reading_frequencies(std::int32_t reference_type, float scan_rate, std::span<const float> frequencies);
 
-/// Loads the list of a reference type into session().frequency_count, frequency_list and frequency_enabled;
-/// the count is 0 if the type has none.
-/// @return 0, or -1 after a message; the arrays are then as before
-[[nodiscard]] int load_reference_frequencies(std::int32_t reference_type);
+/// The list of a reference type; empty if the type has none. @return nothing after a message
+std::optional<Frequencies> load_reference_frequencies(std::int32_t reference_type);
 
-/// The frequencies of a reference type with their switches, as people edit them.
-struct FrequencySelection {
-  std::vector<float> frequencies;   // Hz, ascending
-  std::vector<std::int32_t> flags;  // 1: selected, 0: left out of graphs and output
-};
+/// Loads the list of the current reference type into session().frequencies.
+/// @return 0, or -1 after a message; the session's list is then as before
+[[nodiscard]] int load_selected_frequencies();
 
-/// The stored selection of a reference type; nothing if it has none, or after a message.
-std::optional<FrequencySelection> read_frequency_selection(std::int32_t reference_type);
-
-/// Stores a selection in the row of its reference type. Nothing is done for one without frequencies, or if
+/// Stores the switches of a list in the row of its reference type. Nothing is done for an empty list, or if
 /// the row is gone. @return 0, or -1 after a message; the row is then as before
-[[nodiscard]] int save_frequency_selection(std::int32_t reference_type, const FrequencySelection& selection);
+[[nodiscard]] int save_frequency_selection(std::int32_t reference_type, const Frequencies& selection);
+
+/// The lists of several reference types, each loaded when it is first asked for. For work on many keys that
+/// adds no frequencies.
+class FrequencyLists {
+ public:
+  /// @return null after a message
+  const Frequencies* of(std::int32_t reference_type);
+
+ private:
+  std::map<std::int32_t, Frequencies> lists_;
+};
 
 }  // namespace Module_database

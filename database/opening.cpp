@@ -1,5 +1,5 @@
-// Opening keeps one promise above all: whatever happens on the way, a survey stands at the path. The
-// compacted copy is made beside it first; only then the earlier bytes become the ".bak" and the copy takes
+// Opening keeps one promise above all: whatever happens on the way, there is a survey at the path. The
+// compacted copy is written beside it first; only then the earlier bytes become the ".bak" and the copy takes
 // the path, each by one rename.
 #include <algorithm>
 #include <filesystem>
@@ -64,8 +64,8 @@ void remove_compacted(const fs::path& fresh) {
   }
 }
 
-// The name under which the bytes of a genuine Jet file stay for good. A copy that an interrupted opening has
-// made already is taken again.
+// The name under which the bytes of a genuine Jet file are kept for good. A copy that an interrupted opening
+// has left is used again.
 fs::path jet_keeping_place(const fs::path& survey) {
   for (int number = 1;; ++number) {
     const std::string ending = number == 1 ? "_jet" : "_jet_" + std::to_string(number);
@@ -149,13 +149,6 @@ int refuse_form() {
   return -1;
 }
 
-void work_in_survey_folder(const std::string& path) {
-  const fs::path folder = fs::path(path).parent_path();
-  if (!folder.empty()) {
-    fs::current_path(folder);
-  }
-}
-
 int open_survey_file() {
   session().database_file = fs::absolute(session().database_file).string();
   const std::string& path = session().database_file;
@@ -177,7 +170,6 @@ int open_survey_file() {
   upgrade(database);
   open_recordsets();
   session().data_changed = false;
-  work_in_survey_folder(path);
   if (!compaction.jet_kept_at.empty()) {
     user_interface().show_message(
         "This survey was kept in an older kind of database file and has been converted. The "

@@ -10,7 +10,7 @@
 namespace Module_database {
 
 static_assert(std::endian::native == std::endian::little && sizeof(float) == 4,
-              "stored curves are little-endian IEEE numbers, moved as they stand");
+              "stored curves are little-endian IEEE numbers, copied as they are");
 
 namespace {
 

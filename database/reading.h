@@ -2,7 +2,7 @@
 //
 // Conventions: frequency Hz, ascending; resistivity ohm-m; phase degrees; a missing value is no_data (-1e32);
 // a mask value is 1 for a point that counts and 0 for a masked one. Field numbers count from 1, as everywhere
-// in the trade.
+// in the field.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +16,14 @@ namespace Module_database {
 
 inline constexpr int field_count = 20;  // fields for each frequency
 inline constexpr int mask_count = 2;    // resistivity, phase
+
+// ReductionType of a reading or file.
+inline constexpr std::int32_t reduction_raw = 0;
+inline constexpr std::int32_t reduction_averaged = 1;
+inline constexpr std::int32_t reduction_merged = 2;
+
+// FileID of a reading that was computed here; that of any other is the ID of its file in FileTable.
+inline constexpr std::int32_t derived_file = -1;
 
 enum Field : int {
   field_resistivity = 1,
@@ -41,7 +49,7 @@ struct Curve {
   std::vector<std::int32_t> mask;  // length 2 n
 
   [[nodiscard]] std::size_t count() const { return frequencies.size(); }
-  /// Makes room for n frequencies, everything 0.
+  /// Sets the size to n frequencies, everything 0.
   void assign(std::size_t n);
   float& value(int field_number, std::size_t index) {
     return data[index * field_count + static_cast<std::size_t>(field_number - 1)];
@@ -80,10 +88,10 @@ struct LineSelection {
   }
 };
 
-/// One stored reading with what stands in its row beside the curve.
+/// One stored reading: its curve and the other columns of its row.
 struct StoredReading {
-  std::int32_t ID = 0;      // 0: there is none
-  std::int32_t FileID = 0;  // above 0 raw or imported, below 0 derived
+  std::int32_t ID = 0;      // 0: no reading
+  std::int32_t FileID = 0;  // above 0: of the file it was read from; below 0: computed here
   std::int32_t EventNumber = 0;
   Curve curve;
   bool UseReading = true;

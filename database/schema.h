@@ -1,4 +1,4 @@
-// schema.h: the tables of a survey file and the statements that make them.
+// schema.h: the tables of a survey file and the statements that create them.
 #pragma once
 #include <span>
 #include <string_view>
@@ -14,7 +14,7 @@ struct TableSchema {
   std::string_view create_index;  // empty: the table has no primary index
 };
 
-/// The eight tables in the order of their making.
+/// The eight tables in the order in which they are created.
 std::span<const TableSchema> survey_tables();
 
 inline constexpr std::string_view projection_table_name =
@@ -23,7 +23,7 @@ inline constexpr std::string_view projection_table_name =
 /// Issues a table's statements.
 void create_table(dao::Database& database, const TableSchema& table);
 
-/// Makes the indexes behind the searches that run for every reading, where they are missing.
+/// Creates the indexes of the searches that run for every reading, where they are missing.
 void create_search_indexes(dao::Database& database);
 
 }  // namespace Module_database

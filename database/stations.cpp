@@ -64,7 +64,7 @@ StationRows create_station(std::string_view line, double station, const GivenPla
   const double line_number = line_to_number(line);
   const bool counts_east = line_axis(line) == LineAxis::local_x;
   StationRows rows = counts_east ? find_location(line_number, station) : find_location(station, line_number);
-  if (rows.LocationID < 0) {
+  if (rows.LocationID == no_row) {
     if (place != nullptr) {
       rows.MapX = place->MapX;
       rows.MapY = place->MapY;

@@ -5,14 +5,15 @@
 
 namespace Module_database {
 
+inline constexpr std::int32_t no_row = -1;  // the ID of a row that isn't there
+
 enum class StationSearch { look_up, create };
 
-/// A station's rows and place. `given_*` tells which coordinates the caller brought along when the station is
-/// new.
+/// The IDs of a station's row and of its location's, and where it is.
 struct StationRows {
-  std::int32_t StationID = -1;   // -1: there is none
-  std::int32_t LocationID = -1;  // -1: there is none
-  double LocalX = 0.0;           // m
+  std::int32_t StationID = no_row;
+  std::int32_t LocationID = no_row;
+  double LocalX = 0.0;  // m
   double LocalY = 0.0;
   double MapX = 0.0;
   double MapY = 0.0;
@@ -34,8 +35,8 @@ StationRows find_station(StationSearch mode, std::string_view line, double stati
                          const GivenPlace* place = nullptr);
 
 /// The location within a Manhattan distance of 1 m of a place (rounded to one decimal), with its map
-/// coordinates. If there is none, LocationID is -1 and the map coordinates are computed from the survey grid.
-/// StationID stays -1.
+/// coordinates. Without one, LocationID is no_row and the map coordinates are computed from the survey
+/// grid. StationID stays no_row.
 StationRows find_location(double local_x, double local_y);
 
 /// The number of a line text without its letter, negative for W and S: 200 for "200E", -200 for "200W".

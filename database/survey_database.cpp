@@ -19,7 +19,7 @@ int create_database() {
   try {
     database = dao::Database::create(session().database_file, ";LANGID=0x0409;CP=1252;COUNTRY=0");
   } catch (const dao::Error&) {
-    return -1;  // nothing was made and nothing is said
+    return -1;  // nothing was created and nothing is reported
   }
   return trap_errors("An error occured while creating the database: ", [&] {
     dao::Transaction transaction(database);

@@ -24,16 +24,16 @@ struct OpenSurvey {
 /// The open survey; its members are closed when none is open.
 OpenSurvey& open_survey();
 
-/// Makes a new survey file with its eight empty tables at session().database_file and closes it again.
+/// Creates a survey file with its eight empty tables at session().database_file and closes it again.
 /// @return 0, or -1: after a message if the file exists and a statement failed, without one if it could not
-/// be made
+/// be created
 [[nodiscard]] int create_database();
 
 /// Opens the survey at session().database_file: recovers, compacts it with the earlier state kept in a ".bak"
 /// beside it, checks its tables, brings an older file up to date and opens the recordsets. A genuine Jet file
 /// is converted on the way and kept for good beside it; the user is told where. A survey that another process
 /// has open, or is opening, is refused.
-/// @return 0, or -1 after a message; then nothing is open and a survey stands at the path as before
+/// @return 0, or -1 after a message; then nothing is open and the survey is at its path as before
 [[nodiscard]] int open_database();
 
 /// Closes recordsets and file, if open, and clears session().database_open.
@@ -48,7 +48,7 @@ void close_recordsets();
 /// ".bak".
 std::string backup_path(const std::string& path);
 
-/// Closes whatever is open without a word; for tests.
+/// Closes whatever is open without a message: after a failed opening, and between tests.
 void reset_module();
 
 }  // namespace Module_database

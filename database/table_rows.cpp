@@ -11,7 +11,7 @@ constexpr double last_day = 2958465.0;   // 31 December 9999
 constexpr double first_day = -657434.0;  // 1 January 100
 
 std::string date_text(double days) {
-  // A date outside the calendar is damage; it is shown as the number that stands there.
+  // A date outside the calendar is damage; it is shown as the number that is stored.
   return days >= first_day && days <= last_day ? display_date(days) : plain_text(days);
 }
 

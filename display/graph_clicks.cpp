@@ -8,8 +8,7 @@
 #include "database/survey_database.h"
 #include "display/raw_plot.h"
 #include "display/station_plot.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
@@ -62,7 +61,7 @@ bool go_to_scan_rate(const StationSlot& slot, PointClick& click) {
     return false;
   }
   session().current_scan_rate = decimal_of_single(slot.SampleRate);
-  click.failed |= averaged::load_repeat_data(averaged::selected_key()) != 0;
+  click.failed |= averaged::load_selected_repeats() != 0;
   click.draw_raw = true;
   return true;
 }
@@ -81,7 +80,7 @@ std::int32_t station_index_of(const averaged::ProfileColumn& column) {
 
 PointClick click_raw_point(Component component, std::size_t series, std::size_t point) {
   PointClick click;
-  const auto& slots = averaged::repeat_data_set().slots;
+  const auto& slots = averaged::data_sets().repeats.slots;
   if (series >= slots.size() || point >= slots[series].reading.curve.count()) {
     return click;
   }
@@ -96,7 +95,7 @@ PointClick click_raw_point(Component component, std::size_t series, std::size_t 
 PointClick click_station_point(Component component, std::size_t series, std::size_t point,
                                const std::string& shown_frequency) {
   PointClick click;
-  const auto& slots = averaged::station_data_set().slots;
+  const auto& slots = averaged::data_sets().station.slots;
   if (series >= slots.size() || point >= slots[series].reading.curve.count()) {
     return click;
   }
@@ -115,7 +114,7 @@ PointClick click_station_point(Component component, std::size_t series, std::siz
 PointClick click_profile_point(Component component, std::size_t series, std::size_t point,
                                const std::string& shown_frequency) {
   PointClick click;
-  const auto& data = averaged::profile_data_set();
+  const auto& data = averaged::data_sets().profile;
   if (point >= data.columns.size() || series >= data.frequencies.size()) {
     return click;
   }

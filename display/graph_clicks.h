@@ -24,7 +24,7 @@ struct PointClick {
   std::int32_t station_to_display = -1;  // the click goes to this station, from 1
   bool draw_raw = false;                 // the click went to another scan rate, whose repeats are loaded
   Edit edit = Edit::nothing;             // changed: all graphs are to be drawn
-  bool failed = false;                   // the user has been told
+  bool failed = false;                   // after a message
 };
 
 /// A point of the raw graph: its mask is turned around, unless session().updating_controls is set.

@@ -96,7 +96,7 @@ void add_curve(GraphPair& plot, const Curve& curve, const std::vector<std::int32
                const Visibility& visibility, double resistivity_factor, ErrorBars error_bars) {
   add_series(plot, curve.count());
   for (std::size_t point = 0; point < curve.count(); ++point) {
-    const bool selected = frequency_selected(list_position[point]);
+    const bool selected = session().frequencies.is_enabled(list_position[point]);
     fill_point(plot.resistivity, curve, field_resistivity, point,
                selected && shown(visibility, curve, field_resistivity, point), resistivity_factor);
     fill_point(plot.phase, curve, field_phase, point,
@@ -110,11 +110,6 @@ void add_curve(GraphPair& plot, const Curve& curve, const std::vector<std::int32
 
 bool has_deviations(const Module_database::StoredReading& reading) {
   return reading.ID != 0 && reading.FileID < 0;
-}
-
-bool frequency_selected(std::int32_t list_position) {
-  return list_position >= 0 && list_position < session().frequency_count &&
-         session().frequency_enabled[static_cast<std::size_t>(list_position)] == 1;
 }
 
 void set_frequency_axes(GraphPair& plot, const Extent& frequency) {

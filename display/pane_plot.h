@@ -1,7 +1,7 @@
 // pane_plot.h: one graph, ready to be drawn: curves, styles, axes.
 //
-// Series and points of a plot stand in the order of the data set that it was made from, so that a point that
-// is hit names its place there.
+// Series and points of a plot are in the order of the data set that it shows, so that a point that is clicked
+// gives its place there.
 #pragma once
 #include <vector>
 
@@ -48,15 +48,12 @@ bool has_deviations(const Module_database::StoredReading& reading);
 /// Room for one more series of so many points in both panes, without data.
 void add_series(GraphPair& plot, std::size_t points);
 
-/// Adds a curve as a series. A point shows if its frequency is in the frequency list and selected there and,
-/// while masked points are hidden, neither it nor its reading is switched off.
+/// Adds a curve as a series. A point shows if its frequency is listed and enabled in session().frequencies
+/// and, while masked points are hidden, neither it nor its reading is switched off.
 /// @param resistivity_factor multiplies resistivity and its error
 void add_curve(GraphPair& plot, const Module_database::Curve& curve,
                const std::vector<std::int32_t>& list_position, const Visibility& visibility,
                double resistivity_factor, ErrorBars error_bars);
-
-/// Whether the frequency at a place of the session's frequency list is selected.
-bool frequency_selected(std::int32_t list_position);
 
 /// The frequency axes of both panes.
 void set_frequency_axes(GraphPair& plot, const Module_averaged_data::Extent& frequency);

@@ -33,9 +33,9 @@ void widen_to(Range& range, double length) {
   range.maximum += half;
 }
 
-/// The first of the nearest stations that are less than `limit` m away; -1 if there is none.
+/// The first of the nearest stations that are less than `limit` m away; -1 if no station is.
 std::int32_t nearest_station(PlanPoint picture, double picture_height, double limit) {
-  if (!(plan_window().plan_y_scale > 0.0)) {
+  if (!(session().plan_window.plan_y_scale > 0.0)) {
     return -1;
   }
   const PlanPoint point = to_survey(picture, picture_height);
@@ -53,7 +53,7 @@ std::int32_t nearest_station(PlanPoint picture, double picture_height, double li
 }
 
 void fit_base(double picture_width, double picture_height) {
-  PlanWindow& window = plan_window();
+  PlanWindow& window = session().plan_window;
   if (window.plan_x_extent > 0.0 && window.plan_y_extent > 0.0) {
     const bool fits_in_width =
         !(window.plan_x_extent / window.plan_y_extent > picture_width / picture_height);
@@ -68,11 +68,6 @@ void StationLimits::include(double x, double y) {
   x_max = std::max(x_max, x);
   y_min = std::min(y_min, y);
   y_max = std::max(y_max, y);
-}
-
-PlanWindow& plan_window() {
-  static PlanWindow window;
-  return window;
 }
 
 void fit_plan_window() {
@@ -91,7 +86,7 @@ void fit_plan_window() {
   } else {
     widen_to(y, x.length());
   }
-  PlanWindow& window = plan_window();
+  PlanWindow& window = session().plan_window;
   window = {};
   window.plan_x_min = x.minimum;
   window.plan_x_max = x.maximum;
@@ -113,7 +108,7 @@ bool choose_coordinates(std::int32_t coord_system) {
 }
 
 int resize_plan_window(double picture_width, double picture_height, int scale_value) {
-  PlanWindow& window = plan_window();
+  PlanWindow& window = session().plan_window;
   if (!(picture_width > 0.0) || !(picture_height > 0.0)) {
     return scale_value;  // nothing can be seen in such a picture
   }
@@ -134,15 +129,17 @@ int resize_plan_window(double picture_width, double picture_height, int scale_va
 }
 
 void pan_plan_x(int value) {
-  plan_window().plan_x_centre -= static_cast<double>(value) / 10.0 * plan_window().plan_x_extent;
+  session().plan_window.plan_x_centre -=
+      static_cast<double>(value) / 10.0 * session().plan_window.plan_x_extent;
 }
 
 void pan_plan_y(int value) {
-  plan_window().plan_y_centre -= static_cast<double>(value) / 10.0 * plan_window().plan_y_extent;
+  session().plan_window.plan_y_centre -=
+      static_cast<double>(value) / 10.0 * session().plan_window.plan_y_extent;
 }
 
 void drag_plan(PlanPoint from, PlanPoint to) {
-  PlanWindow& window = plan_window();
+  PlanWindow& window = session().plan_window;
   if (window.plan_y_scale > 0.0) {
     window.plan_x_centre -= (to.x - from.x) / window.plan_x_scale;
     window.plan_y_centre += (to.y - from.y) / window.plan_y_scale;
@@ -150,7 +147,7 @@ void drag_plan(PlanPoint from, PlanPoint to) {
 }
 
 void keep_place_through_zoom(PlanPoint picture, double picture_height, int from_value, int to_value) {
-  PlanWindow& window = plan_window();
+  PlanWindow& window = session().plan_window;
   if (window.plan_y_scale > 0.0) {
     const PlanPoint place = to_survey(picture, picture_height);
     const double shrink = std::pow(zoom_step, from_value - to_value);
@@ -166,19 +163,19 @@ PlanPoint station_place(std::int32_t station_index) {
 }
 
 PlanPoint to_picture(PlanPoint place, double picture_height) {
-  const PlanWindow& window = plan_window();
+  const PlanWindow& window = session().plan_window;
   return {(place.x - window.plan_x_min) * window.plan_x_scale,
           picture_height - (place.y - window.plan_y_min) * window.plan_y_scale};
 }
 
 PlanPoint to_survey(PlanPoint picture, double picture_height) {
-  const PlanWindow& window = plan_window();
+  const PlanWindow& window = session().plan_window;
   return {picture.x / window.plan_x_scale + window.plan_x_min,
           (picture_height - picture.y) / window.plan_y_scale + window.plan_y_min};
 }
 
 double scale_bar_length(double picture_width) {
-  const double longest = 0.25 * picture_width / plan_window().plan_x_scale;
+  const double longest = 0.25 * picture_width / session().plan_window.plan_x_scale;
   const double decade = std::pow(10.0, std::floor(std::log10(longest)));
   if (longest >= 5.0 * decade) {
     return 5.0 * decade;
@@ -187,7 +184,7 @@ double scale_bar_length(double picture_width) {
 }
 
 bool in_plan_window(PlanPoint place) {
-  const PlanWindow& window = plan_window();
+  const PlanWindow& window = session().plan_window;
   return place.x > window.plan_x_min && place.x < window.plan_x_max && place.y > window.plan_y_min &&
          place.y < window.plan_y_max;
 }
@@ -197,7 +194,7 @@ std::int32_t pick_station(PlanPoint picture, double picture_height) {
 }
 
 std::int32_t station_under(PlanPoint picture, double picture_height, double within) {
-  return nearest_station(picture, picture_height, within / plan_window().plan_y_scale);
+  return nearest_station(picture, picture_height, within / session().plan_window.plan_y_scale);
 }
 
 }  // namespace Module_display_data

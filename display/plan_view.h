@@ -1,7 +1,7 @@
 // plan_view.h: the window through which the plan shows the stations, and its arithmetic.
 //
-// Conventions: survey units are m in the coordinates chosen; picture units are those of the picture's width
-// and height, with Y growing downward.
+// The window is session().plan_window. Conventions: survey units are m in the coordinates chosen; picture
+// units are those of the picture's width and height, with Y growing downward.
 #pragma once
 #include <cstdint>
 
@@ -16,31 +16,13 @@ struct StationLimits {
   void include(double x, double y);
 };
 
-struct PlanWindow {
-  float plan_zoom = 0.0F;   // 0: to be fitted anew
-  double plan_base = 0.0;   // m, height of the window at zoom 1
-  double plan_x_min = 0.0;  // m, the visible window
-  double plan_x_max = 0.0;
-  double plan_y_min = 0.0;
-  double plan_y_max = 0.0;
-  double plan_x_centre = 0.0;
-  double plan_y_centre = 0.0;
-  double plan_x_extent = 0.0;  // m
-  double plan_y_extent = 0.0;
-  double plan_x_scale = 0.0;  // picture units for each m; 0 until drawn
-  double plan_y_scale = 0.0;
-};
-
 struct PlanPoint {
   double x = 0.0;
   double y = 0.0;
 };
 
-/// The window of the open survey.
-PlanWindow& plan_window();
-
-/// Fits the window to the stations in the session's coordinates (coord_system), as a square; sets x_column
-/// and y_column.
+/// Fits session().plan_window to the stations in the session's coordinates (coord_system), as a square; sets
+/// x_column and y_column.
 void fit_plan_window();
 
 /// Chooses local (0) or map (1) coordinates. @return false if nothing changes
@@ -48,7 +30,7 @@ bool choose_coordinates(std::int32_t coord_system);
 
 /// Brings the window to a picture of this size. A window that is to be fitted takes all stations in.
 /// @param scale_value  value of the scale bar: each step up shows 1/1.585 of the height before
-/// @return the value that the scale bar has to show: 0 if the window was fitted anew
+/// @return the value that the scale bar has to show: 0 if the window was fitted again
 int resize_plan_window(double picture_width, double picture_height, int scale_value);
 
 /// Moves the window by tenths of its size against the bars' values.
@@ -76,11 +58,11 @@ double scale_bar_length(double picture_width);
 /// Strictly inside the window.
 bool in_plan_window(PlanPoint place);
 
-/// The station nearest to a point of the picture, from 1; the first of equally near ones. -1 if there is none
+/// The station nearest to a point of the picture, from 1; the first of equally near ones. -1 if none is
 /// within 10000 m or nothing has been drawn.
 std::int32_t pick_station(PlanPoint picture, double picture_height);
 
-/// The station whose dot lies within so many picture units of a point, from 1; -1 if there is none.
+/// The station whose dot lies within so many picture units of a point, from 1; -1 if no dot does.
 std::int32_t station_under(PlanPoint picture, double picture_height, double within);
 
 }  // namespace Module_display_data

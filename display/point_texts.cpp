@@ -7,9 +7,7 @@
 #include "database/survey_database.h"
 #include "display/raw_plot.h"
 #include "display/station_plot.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
@@ -74,12 +72,12 @@ std::string reading_point_text(const std::string& series, const StoredReading& r
 }
 
 bool in_repeats(std::size_t slot, std::size_t point) {
-  const auto& slots = averaged::repeat_data_set().slots;
+  const auto& slots = averaged::data_sets().repeats.slots;
   return slot < slots.size() && point < slots[slot].reading.curve.count();
 }
 
 bool in_station(std::size_t slot, std::size_t point) {
-  const auto& slots = averaged::station_data_set().slots;
+  const auto& slots = averaged::data_sets().station.slots;
   return slot < slots.size() && point < slots[slot].reading.curve.count();
 }
 
@@ -89,7 +87,7 @@ std::string raw_point_text(std::size_t slot, std::size_t point, Component compon
   if (!in_repeats(slot, point)) {
     return {};
   }
-  const StoredReading& reading = averaged::repeat_data_set().slots[slot].reading;
+  const StoredReading& reading = averaged::data_sets().repeats.slots[slot].reading;
   std::string series = raw_series_label(slot);
   if (slot > 0) {
     series += " (event " + format_number(reading.EventNumber, "0") + ")";
@@ -101,13 +99,13 @@ std::string station_point_text(std::size_t slot, std::size_t point, Component co
   if (!in_station(slot, point)) {
     return {};
   }
-  const auto& slots = averaged::station_data_set().slots;
+  const auto& slots = averaged::data_sets().station.slots;
   const float factor = component == Component::resistivity ? slots.front().reading.ResOffset : 1.0F;
   return reading_point_text(station_series_label(slot), slots[slot].reading, point, component, factor);
 }
 
 std::string profile_point_text(std::size_t frequency_index, std::size_t column, Component component) {
-  const averaged::ProfileDataSet& data = averaged::profile_data_set();
+  const averaged::ProfileDataSet& data = averaged::data_sets().profile;
   if (frequency_index >= data.frequencies.size() || column >= data.columns.size()) {
     return {};
   }

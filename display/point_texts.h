@@ -1,4 +1,4 @@
-// point_texts.h: what a tool tip tells of a point: "Repeat 2 (event 5): 12.5000 Hz, 103.27 ohm-m, masked",
+// point_texts.h: what a tool tip says about a point: "Repeat 2 (event 5): 12.5000 Hz, 103.27 ohm-m, masked",
 // and in a line below the field file; a derived value has its standard deviation behind it, "103.27 ± 4.10
 // ohm-m".
 //

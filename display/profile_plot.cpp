@@ -1,7 +1,8 @@
 #include "display/profile_plot.h"
 
 #include "core/absent_value.h"
-#include "reduction/data_sets/profile_data_set.h"
+#include "core/session_state.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
@@ -11,7 +12,7 @@ using Module_averaged_data::ProfileDataSet;
 namespace {
 
 void add_frequency(GraphPair& plot, const ProfileDataSet& data, std::size_t i) {
-  const bool selected = frequency_selected(static_cast<std::int32_t>(i));
+  const bool selected = session().frequencies.is_enabled(static_cast<std::int32_t>(i));
   const int used_style = graph::palette_style(static_cast<int>(i) + 1);
   add_series(plot, data.columns.size());
   for (std::size_t j = 0; j < data.columns.size(); ++j) {
@@ -31,7 +32,7 @@ void add_frequency(GraphPair& plot, const ProfileDataSet& data, std::size_t i) {
 }  // namespace
 
 GraphPair profile_plot() {
-  const ProfileDataSet& data = Module_averaged_data::profile_data_set();
+  const ProfileDataSet& data = Module_averaged_data::data_sets().profile;
   GraphPair plot;
   if (data.columns.empty()) {
     return plot;

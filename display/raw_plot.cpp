@@ -3,8 +3,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "display/plot_colours.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
@@ -12,7 +11,7 @@ using Module_averaged_data::RepeatSlot;
 
 GraphPair raw_plot(bool fixed_scale) {
   constexpr Margins margins{0.05, 0.05};
-  const auto& data = Module_averaged_data::repeat_data_set();
+  const auto& data = Module_averaged_data::data_sets().repeats;
   GraphPair plot;
   for (std::size_t k = 0; k < data.slots.size(); ++k) {
     const RepeatSlot& slot = data.slots[k];
@@ -31,7 +30,7 @@ GraphPair raw_plot(bool fixed_scale) {
     plot.phase.series_styles.back() = style;
   }
   set_frequency_axes(plot, data.extents.frequency);
-  set_value_axes(plot, fixed_scale ? Module_averaged_data::profile_data_set().extents : data.extents,
+  set_value_axes(plot, fixed_scale ? Module_averaged_data::data_sets().profile.extents : data.extents,
                  margins);
   return plot;
 }

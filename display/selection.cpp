@@ -10,8 +10,7 @@
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
 #include "display/plan_view.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
@@ -54,11 +53,9 @@ void clear_selection() {
   state.current_data_type.clear();
   state.current_dipole = 0.0F;
   state.current_scan_rate = 0.0;
-  averaged::reset_profile_data();
-  averaged::reset_station_data();
-  averaged::reset_repeat_data();
+  averaged::reset_data_sets();
   Module_Brenlox::clear_undo();
-  plan_window() = {};
+  session().plan_window = {};
 }
 
 void read_reference_types(SelectionLists& lists) {
@@ -130,7 +127,7 @@ int read_lists(SelectionLists& lists) {
     state.stations_in_line = state.first_station_of_line[1] - 1;
   }
   state.current_reference_type = lists.reference_types.front().reference_type;
-  return Module_database::load_reference_frequencies(state.current_reference_type);
+  return Module_database::load_selected_frequencies();
 }
 
 /// @return false if the station is gone
@@ -161,11 +158,11 @@ int keep_kind(const Module_database::ReadingKey& before, const SelectionLists& l
     return 0;
   }
   state.current_reference_type = before.reference_type;
-  return Module_database::load_reference_frequencies(before.reference_type);
+  return Module_database::load_selected_frequencies();
 }
 
 /// Forgets the place in the survey, so that the first station of the line is displayed with everything loaded
-/// anew: profile, station, repeats.
+/// again: profile, station, repeats.
 Redisplay reselect() {
   SessionState& state = session();
   state.current_station = no_current_station;
@@ -190,13 +187,13 @@ bool enter_line(std::int32_t station_index, Redisplay& redisplay) {
   state.current_line = name;
   state.current_station = no_current_station;
   state.repeat_count = 0;
-  redisplay.failed = averaged::load_profile_data(averaged::selected_key()) != 0;
+  redisplay.failed = averaged::load_selected_profile() != 0;
   redisplay.draw_profile = true;
   return true;
 }
 
 void find_profile_column(std::int32_t station_index) {
-  const auto& columns = averaged::profile_data_set().columns;
+  const auto& columns = averaged::data_sets().profile.columns;
   const std::int32_t StationID = session().station_id[static_cast<std::size_t>(station_index) - 1];
   const auto found = std::ranges::find(columns, StationID, &averaged::ProfileColumn::StationID);
   session().current_profile_column =
@@ -205,7 +202,7 @@ void find_profile_column(std::int32_t station_index) {
 
 /// Without a merged curve on the line there is nothing to show; what another line left must not stay.
 void show_nothing(Redisplay& redisplay) {
-  averaged::reset_station_data();
+  averaged::data_sets().station = {};
   averaged::reset_repeat_data();
   redisplay.mark_station = true;
   redisplay.draw_station = true;
@@ -246,7 +243,7 @@ Redisplay display_station(std::int32_t station_index, const NeighbourOptions& ne
   redisplay.show_line = true;
   (void)enter_line(station_index, redisplay);
   find_profile_column(station_index);
-  if (averaged::profile_data_set().columns.empty()) {
+  if (averaged::data_sets().profile.columns.empty()) {
     show_nothing(redisplay);
     return redisplay;
   }
@@ -256,11 +253,11 @@ Redisplay display_station(std::int32_t station_index, const NeighbourOptions& ne
     state.current_station = station;
     redisplay.mark_station = true;
     redisplay.draw_station = true;
-    redisplay.failed |= averaged::load_station_data(averaged::selected_key(), neighbours) != 0;
+    redisplay.failed |= averaged::load_selected_station(neighbours) != 0;
   }
   if (state.repeat_count == 0) {
     redisplay.draw_raw = true;
-    redisplay.failed |= averaged::load_repeat_data(averaged::selected_key()) != 0;
+    redisplay.failed |= averaged::load_selected_repeats() != 0;
   }
   return redisplay;
 }
@@ -290,7 +287,7 @@ Redisplay choose_reference_type(std::int32_t reference_type) {
   }
   Module_Brenlox::clear_undo();
   session().current_reference_type = reference_type;
-  const int status = Module_database::load_reference_frequencies(reference_type);
+  const int status = Module_database::load_selected_frequencies();
   Redisplay redisplay = reselect();
   redisplay.failed = status != 0;
   return redisplay;
@@ -313,7 +310,7 @@ Redisplay choose_scan_rate(const std::string& scan_rate_text) {
   }
   session().current_scan_rate = numeric_value(scan_rate_text);
   Redisplay redisplay;
-  redisplay.failed = averaged::load_repeat_data(averaged::selected_key()) != 0;
+  redisplay.failed = averaged::load_selected_repeats() != 0;
   redisplay.draw_raw = true;
   return redisplay;
 }
@@ -327,6 +324,16 @@ Redisplay choose_station_in_line(std::int32_t place_in_line) {
   Redisplay redisplay;
   redisplay.station_to_display = index;
   return redisplay;
+}
+
+int neighbour_count_of(std::string& text) {
+  constexpr double max_count = 1e6;  // more than any line has
+  const double count = is_numeric(text) ? numeric_value(text) : 0.0;
+  if (!(count > 0.0)) {
+    text = "2";
+    return 0;
+  }
+  return static_cast<int>(std::min(count, max_count));
 }
 
 Redisplay neighbours_changed() {

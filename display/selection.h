@@ -1,4 +1,4 @@
-// selection.h: the lists that people choose from, and what each choice loads and has drawn anew.
+// selection.h: the lists that the user chooses from, and what each choice loads and has drawn again.
 //
 // Procedures here change the session's selection and load data sets; they draw nothing. A handler returns at
 // once, without effect, while session().updating_controls is set, except where it says otherwise.
@@ -40,7 +40,7 @@ struct SelectionLists {
 
 /// What the window has to do after a choice, in this order.
 struct Redisplay {
-  bool failed = false;  // the user has been told; what was loaded is to be drawn
+  bool failed = false;  // after a message; what was loaded is to be drawn
   bool close_rhoplus_results = false;
   std::int32_t station_to_display = -1;  // display_station with it, from 1; -1: no
   bool show_line = false;                // the line's list, the range of the station bar
@@ -65,12 +65,15 @@ struct Redisplay {
 [[nodiscard]] Redisplay choose_scan_rate(const std::string& scan_rate_text);
 /// @param place_in_line value of the station bar, from 1
 [[nodiscard]] Redisplay choose_station_in_line(std::int32_t place_in_line);
+/// The number of neighbours that a text asks for. A text that is not a positive number becomes "2" and asks
+/// for none yet.
+int neighbour_count_of(std::string& text);
 /// The station's curves are to be loaded with other neighbours.
 [[nodiscard]] Redisplay neighbours_changed();
 [[nodiscard]] Redisplay fixed_scale_changed();
 [[nodiscard]] Redisplay choose_hide_masked(bool hide);
 
-/// The first station of the current line, from 1; -1 if there is none.
+/// The first station of the current line, from 1; -1 without a current line.
 std::int32_t first_station_of_current_line();
 
 /// The place of the current station in its line, from 1; 0 if none is selected.

@@ -1,12 +1,12 @@
 #include "display/station_plot.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "display/plot_colours.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
@@ -14,6 +14,14 @@ using Module_averaged_data::StationSlot;
 using Module_averaged_data::StationSlotKind;
 
 namespace {
+
+constexpr int neighbour_colours = 25;
+
+/// The style of a neighbour's points. Negative numbers are the palette of the graph; which one depends on how
+/// many stations away the neighbour is.
+int neighbour_style(const StationSlot& neighbour, const StationSlot& own) {
+  return -(1 + std::abs(neighbour.station_index - own.station_index) % neighbour_colours);
+}
 
 graph::SeriesStyle style_of(const StationSlot& slot, std::size_t series) {
   graph::SeriesStyle style;
@@ -45,16 +53,16 @@ ErrorBars error_bars_of(const StationSlot& slot) {
                                                                                  : ErrorBars::none;
 }
 
-void override_points(PanePlot& pane, const StationSlot& slot) {
-  if (slot.colour_number) {
-    std::ranges::fill(pane.point_styles.back(), *slot.colour_number);
+void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot& own) {
+  if (slot.kind == StationSlotKind::neighbour) {
+    std::ranges::fill(pane.point_styles.back(), neighbour_style(slot, own));
   }
 }
 
 }  // namespace
 
 GraphPair station_plot(bool fixed_scale) {
-  const auto& data = Module_averaged_data::station_data_set();
+  const auto& data = Module_averaged_data::data_sets().station;
   GraphPair plot;
   const double factor = data.slots.empty() ? 1.0 : double{data.slots.front().reading.ResOffset};
   for (std::size_t k = 0; k < data.slots.size(); ++k) {
@@ -64,12 +72,12 @@ GraphPair station_plot(bool fixed_scale) {
     add_curve(plot, slot.reading.curve, slot.list_position, visibility, factor, error_bars_of(slot));
     for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
       pane->series_styles.back() = style_of(slot, k);
-      override_points(*pane, slot);
+      colour_neighbour(*pane, slot, data.slots.front());
     }
   }
   set_frequency_axes(plot, data.extents.frequency);
   if (fixed_scale) {
-    set_value_axes(plot, Module_averaged_data::profile_data_set().extents, {0.2, 0.05});
+    set_value_axes(plot, Module_averaged_data::data_sets().profile.extents, {0.2, 0.05});
   } else {
     set_value_axes(plot, data.extents, {0.2, 0.1});
   }
@@ -79,7 +87,7 @@ GraphPair station_plot(bool fixed_scale) {
 std::string station_label() { return "Merge/averages for " + format_number(session().current_station, "0"); }
 
 std::string station_series_label(std::size_t slot) {
-  const auto& slots = Module_averaged_data::station_data_set().slots;
+  const auto& slots = Module_averaged_data::data_sets().station.slots;
   if (slot >= slots.size()) {
     return {};
   }

@@ -4,9 +4,9 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/remarks.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats {
 
 namespace {
 
@@ -16,7 +16,7 @@ const char* item_end(const char* place, const char* line_end) {
   return std::find_if(place, line_end, is_separator);
 }
 
-// Reads an item that is one whole number but for a plus sign or a Fortran exponent letter.
+// Reads an item that is one complete number but for a plus sign or a Fortran exponent letter.
 bool read_fortran_number(std::string_view item, double& value) {
   std::array<char, longest_number> text{};
   if (item.starts_with('+')) {
@@ -45,7 +45,7 @@ std::size_t count_items(std::string_view line) {
   return count;
 }
 
-// Takes an item that is not simply a decimal number, and says what became of it.
+// Reads an item that is not simply a decimal number, and reports what became of it.
 const char* field_values_detail::take_odd_value(const char* place, const char* line_end, double& value,
                                                 FileReport& report, std::int64_t line_number,
                                                 OddText odd_text) {
@@ -72,4 +72,4 @@ const char* field_values_detail::take_odd_value(const char* place, const char* l
   return after;
 }
 
-}  // namespace Module_data_file
+}  // namespace formats

@@ -12,18 +12,18 @@
 #include <system_error>
 
 #include "core/absent_value.h"
-#include "import/import_report.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats {
 
 inline constexpr double largest_value = 1e30;
 
-/// The value as it is stored: absent if it is too large or no number.
+/// The value as it is stored: absent if it is too large or not a number.
 inline float single_or_absent(double value) {
   return std::abs(value) <= largest_value ? static_cast<float>(value) : no_data;
 }
 
-/// What becomes of text that is no number.
+/// What becomes of text that isn't a number.
 enum class OddText { leading_number, absent };
 
 namespace field_values_detail {
@@ -47,7 +47,7 @@ inline bool is_separator(char character) {
   return field_values_detail::separators[static_cast<unsigned char>(character)];
 }
 
-/// @return where the next item begins; line_end if there is none
+/// @return where the next item begins; line_end at the end of the line
 inline const char* skip_separators(const char* place, const char* line_end) {
   while (place != line_end && is_separator(*place)) {
     ++place;
@@ -58,8 +58,8 @@ inline const char* skip_separators(const char* place, const char* line_end) {
 /// The items of a line.
 std::size_t count_items(std::string_view line);
 
-/// Reads the item that begins at `place`, which is no separator. Text that is no number counts as its leading
-/// number or 0, or as absent; NaN and infinity count as absent. The report says so.
+/// Reads the item that begins at `place`, which is not a separator. Text that isn't a number counts as its
+/// leading number or 0, or as absent; NaN and infinity count as absent. The report says so.
 /// @param value the number, no_data if it is absent
 /// @return the item's end
 inline const char* take_value(const char* place, const char* line_end, double& value, FileReport& report,
@@ -72,4 +72,4 @@ inline const char* take_value(const char* place, const char* line_end, double& v
   return field_values_detail::take_odd_value(place, line_end, value, report, line_number, odd_text);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats

@@ -5,7 +5,7 @@
 #include "core/calendar.h"
 #include "core/text_fields.h"
 
-namespace Module_data_file {
+namespace formats {
 
 namespace {
 
@@ -70,4 +70,4 @@ std::optional<double> head_date(std::string_view text) {
   return static_cast<int>(calendar_date(days).year()) <= last_year ? std::optional(days) : std::nullopt;
 }
 
-}  // namespace Module_data_file
+}  // namespace formats

@@ -9,11 +9,12 @@
 #include "import/readers/edi_curves.h"
 
 using namespace Module_data_file;
+using namespace formats::edi;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string path = write_input_file(data, size, "input.edi");
   try {
-    FileReport report;
+    formats::FileReport report;
     LineReader reader(path);
     EdiMtParser parser(reader, report);
     EdiSection section;

@@ -6,11 +6,12 @@
 #include <exception>
 
 #include "formats/zonge/zonge_raw_parser.h"
+#include "formats/zonge/zonge_stn_file.h"
 #include "fuzz/input_file.h"
 #include "fuzz/scan_input.h"
-#include "import/readers/zonge_stn_file.h"
 
 using namespace Module_data_file;
+using namespace formats::zonge;
 
 namespace {
 
@@ -48,7 +49,7 @@ void check_block(const ZongeBlock& block) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  FileReport report;
+  formats::FileReport report;
   const std::string path = write_input_file(data, size, "input.raw");
   try {
     LineReader reader(path);
@@ -64,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // The reader finds the same bytes as its file of stations.
   (void)write_input_file(data, size, "utm.stn");
   for (const ZongeStation& entry : read_stn_file(path, report)) {
-    require(std::isfinite(entry.station) && std::isfinite(entry.place.MapX));
+    require(std::isfinite(entry.station) && std::isfinite(entry.x));
   }
   scan_input(data, size, format_zonge_raw);
   return 0;

@@ -5,9 +5,9 @@
 #include <exception>
 #include <string>
 
+#include "formats/file_report.h"
 #include "fuzz/input_file.h"
-#include "import/import_report.h"
-#include "import/readers/field_reader.h"
+#include "import/readers/reader_table.h"
 #include "import/reading_record.h"
 #include "import/store_blocks.h"
 
@@ -34,11 +34,10 @@ bool is_sound(const Module_database::Curve& curve) {
 
 void scan_input(const std::uint8_t* data, std::size_t size, FileFormat format) {
   const std::string path = write_input_file(data, size, "input.dat");
-  ReadingRecord& record = reading_record();
-  record = ReadingRecord{};
+  ReadingRecord record;
   record.choices.turn_ey_phase = size % 2 == 1;
   record.choices.sectid_as_station = size % 3 == 1;
-  FileReport report;
+  formats::FileReport report;
   StoreNotes notes;
   SampleFields sample;
   try {
@@ -48,7 +47,8 @@ void scan_input(const std::uint8_t* data, std::size_t size, FileFormat format) {
   }
   record.SampleRate = 4096.0F;
   // A failure's message goes to the silent user interface.
-  (void)reader_of(format)(ImportMode::scan, path, report, notes, {});
+  FileTask task{ImportMode::scan, path, record, report, notes, {}};
+  (void)reader_of(format)(task);
   if ((report.readings > 0) != !record.scan_list.empty()) std::abort();
   if (report.readings > 0 && !is_sound(record.curve)) std::abort();
 }

@@ -1,10 +1,10 @@
-// decode_table.h: the cells of the table that tells what the names of field files mean.
+// decode_table.h: the cells of the table of what the names of field files mean.
 #pragma once
 #include <array>
 #include <string>
 #include <string_view>
 
-#include "import/reading_record.h"
+#include "import/import_choices.h"
 
 namespace Module_data_file {
 

@@ -1,7 +1,6 @@
 #include "import/file_decode.h"
 
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <filesystem>
 #include <optional>
@@ -12,9 +11,13 @@
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "formats/head_dates.h"
-#include "formats/remarks.h"
 
 namespace Module_data_file {
+
+using formats::FileReport;
+using formats::head_date;
+using formats::in_quotes;
+using formats::remark_unreadable;
 
 namespace {
 
@@ -34,7 +37,7 @@ bool ends_with_digit(std::string_view text) {
   return !text.empty() && text.back() >= '0' && text.back() <= '9';
 }
 
-// The line's number and normal form; the fault is empty if there is none.
+// The line's number and normal form; the fault is empty if it is valid.
 std::string line_fault(std::string_view text, LineDirection direction, double& number, std::string& line) {
   const std::string typed = upper_case(trimmed(text));
   double value = 0.0;
@@ -58,7 +61,7 @@ std::string line_fault(std::string_view text, LineDirection direction, double& n
     value = numeric_value(digits);
     if (letter == 'W' || letter == 'S') {
       value = -value;
-      if (value > 0.0) {  // "-200S" lies on the other side
+      if (value > 0.0) {  // "-200S" is on the other side
         letter = letter == 'S' ? 'N' : 'E';
         value = -value;
       }
@@ -180,7 +183,7 @@ void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report
     } else if (equal_ignoring_case(keyword.substr(0, 5), "UNITS")) {
       const std::size_t equals = line.find('=');
       if (equals != std::string_view::npos && equal_ignoring_case(trimmed(line.substr(equals + 1)), "FT")) {
-        record.length_unit_factor = 0;  // the whole part of 0.3048; lengths are taken as they stand
+        record.length_unit_factor = 0;  // the whole part of 0.3048; lengths are stored as they are
       }
     }
   }
@@ -194,13 +197,6 @@ double date_in_columns(std::string_view line, std::array<std::int32_t, 3> starts
     return start_date;
   }
   return day_count(static_cast<int>(year), static_cast<int>(month), static_cast<int>(day));
-}
-
-double today() {
-  const auto now = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
-  const std::chrono::year_month_day date{now};
-  return day_count(static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-                   static_cast<int>(static_cast<unsigned>(date.day())));
 }
 
 bool next_filled_line(LineReader& reader, std::string& line) {
@@ -240,7 +236,7 @@ void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sam
     read_edi_head(reader, record, report);
   } else if (line.find("FREQUENCY DOMAIN EM DATA") != std::string::npos) {
     record.file_format = format_em1dfm;
-    record.DateCollected = record.DateAnalysed = today();
+    record.DateCollected = record.DateAnalysed = day_count(today());
   } else if (line.size() == 4 && is_numeric(line)) {
     record.file_format = format_zonge_raw;
     if (next_filled_line(reader, line)) {
@@ -280,7 +276,7 @@ int decode_line(ShowFault show, std::string_view text, LineDirection direction, 
 void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
                          FileReport& report) {
   sample = SampleFields{};
-  record.SurveyFile = file_name_of(file);
+  record.SurveyFile = text_from_field_file(std::filesystem::path(file).filename().string());
   record.file_format = format_unknown;
   decode_name(record, sample, report);
   LineReader reader(file);
@@ -295,10 +291,6 @@ int display_file_decode(const std::string& file, ReadingRecord& record, SampleFi
   }
   display_file_format(file, record, sample, report);
   return 0;
-}
-
-std::string file_name_of(const std::string& path) {
-  return text_from_field_file(std::filesystem::path(path).filename().string());
 }
 
 }  // namespace Module_data_file

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "import/import_report.h"
+#include "formats/file_report.h"
 #include "import/reading_record.h"
 
 namespace Module_data_file {
@@ -29,7 +29,7 @@ struct SampleFields {
   std::string date;  // "21-Oct-2019"
 };
 
-/// The first fault of the choices, as its message words it; empty if there is none. A typed line is brought
+/// The first fault of the choices, as its message words it; empty if they have none. A typed line is brought
 /// into its normal form on the way.
 std::string choices_fault(ImportChoices& choices);
 
@@ -38,6 +38,7 @@ std::string choices_fault(ImportChoices& choices);
 [[nodiscard]] int decode_file_format(ShowFault show, ReadingRecord& record);
 
 /// Brings a line text into its normal form, a whole number with a letter: "-200" becomes "200W" or "200S".
+/// For callers that have a line text alone; choices_fault does the same to the line of an import.
 /// @param number the line's number, negative for W and S
 /// @return 0, or -1 at a fault, after its message if faults are shown; `number` and `line` are then as before
 [[nodiscard]] int decode_line(ShowFault show, std::string_view text, LineDirection direction, double& number,
@@ -47,14 +48,12 @@ std::string choices_fault(ImportChoices& choices);
 /// file, into the record and the sample fields. What can't be read goes into the report. Throws
 /// std::runtime_error if the file can't be read.
 void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
-                         FileReport& report);
+                         formats::FileReport& report);
 
-/// decode_file_format and, if that passed, display_file_format.
+/// decode_file_format and, if that passed, display_file_format: for a caller that shows one file at a time.
+/// An import tests its choices once for all files.
 /// @return 0; -1 at a fault of the choices, after its message
 [[nodiscard]] int display_file_decode(const std::string& file, ReadingRecord& record, SampleFields& sample,
-                                      FileReport& report);
-
-/// The last component of a path, as UTF-8.
-std::string file_name_of(const std::string& path);
+                                      formats::FileReport& report);
 
 }  // namespace Module_data_file

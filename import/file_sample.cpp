@@ -3,9 +3,9 @@
 #include <exception>
 
 #include "core/number_text.h"
+#include "formats/zonge/zonge_stn_file.h"
 #include "import/readers/edi_spectra_reader.h"
 #include "import/readers/edi_stations.h"
-#include "import/readers/zonge_stn_file.h"
 
 namespace Module_data_file {
 
@@ -28,7 +28,7 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
   record.choices = choices;
   sample.fault = choices_fault(record.choices);
   try {
-    FileReport ignored;
+    formats::FileReport ignored;
     display_file_format(file, record, sample.fields, ignored);
     if (record.file_format == format_edi_mt) {
       const EdiTraits& traits = traits_of(file);
@@ -36,8 +36,8 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
         sample.fields.station = plain_text(sectid_station(*traits.first_sectid, choices.sectid_digits));
       }
       add_notes(traits, choices, sample);
-    } else if (record.file_format == format_zonge_raw && !find_stn_file(file)) {
-      sample.notes.emplace_back(no_stn_file_text);
+    } else if (record.file_format == format_zonge_raw && !formats::zonge::find_stn_file(file)) {
+      sample.notes.emplace_back(formats::zonge::no_stn_file_text);
     }
     if (record.file_format == format_edi_spectra && choices.sectid_as_station) {
       if (const std::optional<std::string> sectid = first_spectra_sectid(file)) {

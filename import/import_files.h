@@ -1,4 +1,4 @@
-// import_files.h: choosing the files of an import: where to start, what a folder holds, the list made of it.
+// import_files.h: choosing the files of an import: where to start, what a folder holds, the chosen list.
 #pragma once
 #include <cstddef>
 #include <set>

@@ -6,24 +6,13 @@
 #include <nlohmann/json.hpp>
 
 #include "core/number_text.h"
-#include "core/text_fields.h"
-#include "formats/remarks.h"
 
 namespace Module_data_file {
 
+using formats::FileReport;
+using formats::ReportRemark;
+
 namespace {
-
-constexpr std::size_t remarks_kept = 100;     // of each kind for one file; a person reads no more
-constexpr std::size_t account_kept = 200000;  // lines of one file, some 20 MB
-constexpr std::size_t quoted_length = 40;     // bytes
-
-void add(FileReport& report, std::vector<ReportRemark>& remarks, std::int64_t line, std::string text) {
-  if (remarks.size() < remarks_kept) {
-    remarks.push_back({line, std::move(text)});
-  } else {
-    ++report.remarks_dropped;
-  }
-}
 
 nlohmann::ordered_json json_of(const std::vector<ReportRemark>& remarks) {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
@@ -50,27 +39,6 @@ nlohmann::ordered_json json_of(const FileReport& file) {
 
 }  // namespace
 
-void remark_ignored(FileReport& report, std::int64_t line, std::string text) {
-  add(report, report.ignored, line, std::move(text));
-}
-
-void remark_unreadable(FileReport& report, std::int64_t line, std::string text) {
-  add(report, report.unreadable, line, std::move(text));
-}
-
-void add_to_account(FileReport& report, std::string text) {
-  if (report.account.size() < account_kept) {
-    report.account.push_back(std::move(text));
-  } else {
-    ++report.account_dropped;
-  }
-}
-
-std::string in_quotes(std::string_view bytes) {
-  const bool cut = bytes.size() > quoted_length;
-  return "'" + text_from_field_file(bytes.substr(0, quoted_length)) + (cut ? "...'" : "'");
-}
-
 bool ImportReport::has_remarks() const {
   return std::any_of(files.begin(), files.end(), [](const FileReport& file) { return file.has_remarks(); });
 }
@@ -86,7 +54,7 @@ std::string ImportReport::to_json() const {
     list.push_back(json_of(file));
   }
   const nlohmann::ordered_json report = {{"stopped", stopped}, {"files", std::move(list)}};
-  // A path may hold bytes that are no UTF-8; they must not cost the report.
+  // A path may hold bytes that aren't UTF-8; the report must come out all the same.
   return report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
@@ -133,11 +101,6 @@ std::vector<std::string> remark_lines(const FileReport& file) {
     lines.push_back("and " + plain_text(file.account_dropped) + " more lines of the account");
   }
   return lines;
-}
-
-ImportReport& last_import_report() {
-  static ImportReport report;
-  return report;
 }
 
 }  // namespace Module_data_file

@@ -6,23 +6,27 @@
 #include <set>
 #include <system_error>
 #include <tuple>
+#include <utility>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "import/file_decode.h"
 #include "import/natural_order.h"
-#include "import/readers/edi_reference_place.h"
-#include "import/readers/field_reader.h"
+#include "import/readers/edi_converted_place.h"
+#include "import/readers/reader_table.h"
 #include "import/store_blocks.h"
 #include "projections/survey_projection.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
 
 namespace Module_data_file {
+
+using formats::FileReport;
 
 namespace {
 
@@ -38,7 +42,7 @@ constexpr std::string_view averaging_failed = "An error occurred while averaging
 constexpr const char* nothing_found = "neither an impedance section (>=MTSECT) nor any other data was found";
 constexpr int stations_per_commit = 100;
 
-// The same failure to store this many files in a row is no longer one file's affair.
+// When this many files in a row can't be stored for the same reason, the fault is not the files'.
 constexpr int repeated_failures = 3;
 
 int fault(const char* text) {
@@ -74,7 +78,7 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
   return decode_file_format(ShowFault::yes, record);
 }
 
-// Nothing of the file before reaches this one, but for the station that runs on and its step.
+// Each file starts fresh, but for the station, which runs on, and its step.
 void start_file(ReadingRecord& record, std::size_t index) {
   ReadingRecord fresh;
   fresh.choices = std::move(record.choices);
@@ -92,7 +96,7 @@ void fail_file(FileReport& report, const std::string& reason) {
   user_interface().show_message(std::string(import_failed) + report.file + ": " + reason);
 }
 
-// Rows that a roll-back took away are forgotten by the recordsets that hold them.
+// Makes the open recordsets forget the rows that a roll-back removed.
 void requery_stores() {
   open_survey().files.requery();
   open_survey().readings.requery();
@@ -100,8 +104,8 @@ void requery_stores() {
   open_survey().locations.requery();
 }
 
-// Ends the file's transaction. What an earlier import of the file left is given up only for readings that
-// have all been stored.
+// Ends the file's transaction. The readings of an earlier import of the file are replaced only when all new
+// ones have been stored.
 void end_transaction(dao::Transaction& transaction, const StoreNotes& notes, FileReport& report) {
   const bool keep_earlier = notes.file_known && (report.readings == 0 || !notes.failure.empty());
   if (!keep_earlier) {
@@ -118,17 +122,15 @@ void end_transaction(dao::Transaction& transaction, const StoreNotes& notes, Fil
 }
 
 // Reads one file as one transaction. False if the survey takes no more files.
-bool import_in_transaction(FieldReader read, const std::string& file, FileReport& report, StoreNotes& notes,
-                           const FileProgress& progress) {
+bool import_in_transaction(FieldReader read, FileTask& task) {
   const int result = trap_errors(import_failed, [&] {
     try {
       dao::Transaction transaction(open_survey().database);
-      // Its failure stands in the report, and the person has seen the message.
-      (void)read(ImportMode::import, file, report, notes, progress);
-      end_transaction(transaction, notes, report);
+      (void)read(task);  // its failure is in the report, and the user has seen the message
+      end_transaction(transaction, task.notes, task.report);
     } catch (const std::exception& failure) {
-      report.readings = 0;
-      report.failure = std::string(import_failed) + failure.what();
+      task.report.readings = 0;
+      task.report.failure = std::string(import_failed) + failure.what();
       throw;
     }
   });
@@ -141,8 +143,9 @@ bool import_in_transaction(FieldReader read, const std::string& file, FileReport
 bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }
 
 // True if the run may go on with the next file.
-bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, StoreNotes& notes,
-                 const FileProgress& progress) {
+bool import_file(FileTask& task) {
+  ReadingRecord& record = task.record;
+  FileReport& report = task.report;
   std::error_code ignored;
   if (!std::filesystem::exists(report.file, ignored)) {
     report.failure = "the file doesn't exist";
@@ -151,7 +154,7 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   try {
     SampleFields sample;
     display_file_format(report.file, record, sample, report);
-    if (mode == ImportMode::import && record.choices.convert_coordinates && is_edi(record.file_format)) {
+    if (task.is_import() && record.choices.convert_coordinates && is_edi(record.file_format)) {
       record.converted_place = converted_edi_place(report.file, report);
     }
   } catch (const std::exception& failure) {
@@ -165,10 +168,10 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
     return true;
   }
   bool go_on = true;
-  if (mode == ImportMode::import) {
-    go_on = import_in_transaction(read, report.file, report, notes, progress);
+  if (task.is_import()) {
+    go_on = import_in_transaction(read, task);
   } else {
-    (void)read(mode, report.file, report, notes, progress);
+    (void)read(task);
   }
   if (report.readings == 0 && report.failure.empty()) {
     report.failure = "the file gave no reading";
@@ -177,9 +180,8 @@ bool import_file(ImportMode mode, ReadingRecord& record, FileReport& report, Sto
   return go_on;
 }
 
-Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ImportReport& report,
-                     const FileBegins& file_begins) {
-  ReadingRecord& record = reading_record();
+Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& record,
+                     ImportReport& report, const FileBegins& file_begins) {
   WorkProgress progress(mode == ImportMode::import ? "Importing data files" : "Scanning data files",
                         files.size());
   std::string last_failure;
@@ -192,10 +194,11 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Imp
     FileReport& file_report = report.files.emplace_back();
     file_report.file = files[index];
     StoreNotes notes;
-    const bool go_on =
-        import_file(mode, record, file_report, notes, [&](std::int64_t read, std::int64_t size) {
-          progress.show(index, size > 0 ? static_cast<double>(read) / static_cast<double>(size) : 0.0);
-        });
+    FileTask task{mode, files[index], record, file_report, notes, [&](std::int64_t read, std::int64_t size) {
+                    progress.show(index,
+                                  size > 0 ? static_cast<double>(read) / static_cast<double>(size) : 0.0);
+                  }};
+    const bool go_on = import_file(task);
     same_failures = notes.failure.empty() ? 0 : (notes.failure == last_failure ? same_failures + 1 : 1);
     last_failure = notes.failure;
     return go_on && same_failures < repeated_failures ? 0 : -1;
@@ -207,17 +210,22 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Imp
   return outcome;
 }
 
-int average_station(const ReadingRecord& record, const ScannedStation& scanned) {
-  using Module_database::StationSearch;
-  if (Module_database::find_station(StationSearch::look_up, scanned.LineNumber, scanned.Station).StationID <
-      0) {
+int average_station(const ReadingRecord& record, const ScannedStation& scanned,
+                    Module_database::FrequencyLists& lists) {
+  const Module_database::StationRows place = Module_database::find_station(
+      Module_database::StationSearch::look_up, scanned.LineNumber, scanned.Station);
+  if (place.StationID < 0) {
     return 0;
+  }
+  const Frequencies* const frequencies = lists.of(scanned.ReferenceType);
+  if (frequencies == nullptr) {
+    return -1;
   }
   for (const std::string& data_type : record.scanned_types) {
     const ReadingKey key{scanned.LineNumber, scanned.Station, scanned.ReferenceType,
                          scanned.SampleRate, data_type,       scanned.DipoleLength};
     Module_database::StoredReading ignored;
-    if (Module_averaged_data::average_repeats(key, ignored) != 0) {
+    if (Module_averaged_data::average_repeats_at(place, key, *frequencies, ignored) != 0) {
       return -1;
     }
   }
@@ -249,9 +257,10 @@ std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
   return keys;
 }
 
-int merge_station(const ReadingKey& key) {
+int merge_station(const ReadingKey& key, Module_database::FrequencyLists& lists) {
+  const Frequencies* const frequencies = lists.of(key.reference_type);
   Module_database::StoredReading ignored;
-  return Module_averaged_data::merge_scan_rates(key, ignored);
+  return frequencies == nullptr ? -1 : Module_averaged_data::merge_scan_rates(key, *frequencies, ignored);
 }
 
 Outcome reduce_touched(const ReadingRecord& record, bool may_stop) {
@@ -260,18 +269,20 @@ Outcome reduce_touched(const ReadingRecord& record, bool may_stop) {
   }
   const EachItemRules rules{.items_per_commit = stations_per_commit, .may_stop = may_stop};
   WorkProgress progress("Averaging repeats", record.scan_list.size());
+  Module_database::FrequencyLists lists;
   const Outcome averages = each_item(
-      progress, [&](std::size_t index) { return average_station(record, record.scan_list[index]); }, rules);
+      progress, [&](std::size_t index) { return average_station(record, record.scan_list[index], lists); },
+      rules);
   if (averages != Outcome::finished) {
     return averages;
   }
   const std::vector<ReadingKey> keys = merge_keys(record);
   progress.begin("Merging scan rates", keys.size());
   return each_item(
-      progress, [&](std::size_t index) { return merge_station(keys[index]); }, rules);
+      progress, [&](std::size_t index) { return merge_station(keys[index], lists); }, rules);
 }
 
-// Files behind the one that ended the run are named as well, so that no file is missing from the report.
+// The files after the one that ended the run are listed as well, so that no file is missing from the report.
 void report_files_left(const std::vector<std::string>& files, ImportReport& report) {
   for (std::size_t index = report.files.size(); index < files.size(); ++index) {
     FileReport& left = report.files.emplace_back();
@@ -280,18 +291,18 @@ void report_files_left(const std::vector<std::string>& files, ImportReport& repo
   }
 }
 
-int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& report,
+int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& record, ImportReport& report,
         const FileBegins& file_begins) {
-  ReadingRecord& record = reading_record();
-  const Outcome imported = files.empty() ? Outcome::finished : import_files(mode, files, report, file_begins);
+  const Outcome imported =
+      files.empty() ? Outcome::finished : import_files(mode, files, record, report, file_begins);
   if (imported == Outcome::failed) {
     report_files_left(files, report);
   }
   if (mode == ImportMode::scan) {
     return imported == Outcome::failed ? -1 : 0;
   }
-  // Also after a stop, which ended the reading of files: averages of what was stored by then must not stay
-  // old.
+  // Also after a stop, which ended the reading of files: the averages of what was stored by then must be
+  // current.
   const int reduced = trap_errors(averaging_failed, [&] {
     const Outcome outcome = reduce_touched(record, !report.stopped);
     report.stopped = report.stopped || outcome == Outcome::stopped;
@@ -302,23 +313,17 @@ int run(ImportMode mode, const std::vector<std::string>& files, ImportReport& re
 
 }  // namespace
 
-ReadingRecord& reading_record() {
-  static ReadingRecord record;
-  return record;
-}
-
 int run_import(const ImportChoices& choices, const std::vector<std::string>& files, ImportMode mode,
                ImportReport& report, const FileBegins& file_begins) {
-  ReadingRecord& record = reading_record();
-  record = ReadingRecord{};
+  ReadingRecord record;
   record.choices = choices;
   report = ImportReport{};
   if (test_choices(mode, record) != 0) {
     return -1;
   }
   const BusyPointer busy;
-  const int result = run(mode, files, report, file_begins);
-  last_import_report() = report;
+  const int result = run(mode, files, record, report, file_begins);
+  report.stations = std::move(record.scan_list);
   return result;
 }
 

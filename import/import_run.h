@@ -4,20 +4,20 @@
 #include <string>
 #include <vector>
 
+#include "import/import_choices.h"
 #include "import/import_report.h"
 #include "import/readers/field_reader.h"
-#include "import/reading_record.h"
 
 namespace Module_data_file {
 
 using FileBegins = std::function<void(const std::string& file)>;
 
 /// Reads each file in turn into the open survey (or only counts its stations), then brings averages and
-/// merged curves of what was touched up to date. Each file is one transaction. Progress is shown and a stop
-/// is asked for between files and between stations; what was stored by then stays. A fault in the choices is
-/// one message and ends the run before anything is stored.
+/// merged curves of the stations it stored readings for up to date. Each file is one transaction. Progress is
+/// shown and a stop is asked for between files and between stations; what was stored by then stays. A fault
+/// in the choices is one message and ends the run before anything is stored.
 /// @param report one entry for each file, in their order
-/// @param file_begins told of each file before it is read
+/// @param file_begins called with each file before it is read
 /// @return 0; -1 if the run was ended by a fault of the choices or by a failure that is not one file's
 [[nodiscard]] int run_import(const ImportChoices& choices, const std::vector<std::string>& files,
                              ImportMode mode, ImportReport& report, const FileBegins& file_begins = {});

@@ -22,7 +22,7 @@ bool begins_with_digit(std::string_view text) {
   return !text.empty() && digits.find(text.front()) != std::string_view::npos;
 }
 
-// Below, at or above 0 as `a` comes before, beside or behind `b`.
+// Below, at or above 0 as `a` comes before, with or after `b`.
 int compare_names(std::string_view a, std::string_view b) {
   while (!a.empty() && !b.empty()) {
     if (begins_with_digit(a) && begins_with_digit(b)) {

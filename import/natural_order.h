@@ -1,4 +1,4 @@
-// natural_order.h: the order in which people count files: "line 2" before "line 10".
+// natural_order.h: the order in which people number files: "line 2" before "line 10".
 #pragma once
 #include <string_view>
 

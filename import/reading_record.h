@@ -1,54 +1,21 @@
 // reading_record.h: the record that the import choices and a reader fill and the store writes to the survey.
 #pragma once
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
-#include <string_view>
 #include <tuple>
 #include <vector>
 
 #include "core/session_state.h"
 #include "database/reading.h"
+#include "import/import_choices.h"
 
 namespace Module_data_file {
 
 inline constexpr double start_date = 2.0;  // 1 January 1900, in days since 30 December 1899
 
-/// How line, event or sample rate of a file are found: cut from its name, or typed.
-struct DecodeRow {
-  bool use_file_name = false;
-  std::int32_t start_column = 0;  // from 1; 0 is not given
-  std::int32_t width = 0;         // 0 is not given
-  std::string specified;
-};
-
-inline constexpr std::array<std::string_view, 3> decode_row_titles{"Line Number", "Event", "Sample Rate"};
-
-enum DecodeRowIndex : std::size_t { decode_line_number = 0, decode_event = 1, decode_sample_rate = 2 };
-
-enum class LineDirection {
-  local_east,   // "Line is Local E, Station is Local N"
-  local_north,  // "Line is Local N, Station is Local E"
-};
-
-/// Choices of an import; they hold for all of its files.
-struct ImportChoices {
-  std::int32_t ReferenceType = -1;  // -1: not chosen yet
-  std::int32_t ReductionType = -1;
-  std::array<DecodeRow, 3> decode;
-  LineDirection line_direction = LineDirection::local_east;
-  std::string start_station;         // as typed; blank: none
-  std::string station_step = "100";  // as typed, m
-  bool convert_coordinates = false;
-  bool sectid_as_station = false;
-  bool sectid_digits = false;           // the first run of digits in SECTID is the station
-  bool compute_from_impedance = false;  // resistivity and phase where the file has impedances only
-  bool turn_ey_phase = false;           // 180 degrees on the phases of EyHx and EyHy
-};
-
-/// One station key met in an import; averages and merged curves of these are brought up to date at its end.
+/// One station key found in an import; averages and merged curves of these are brought up to date at its end.
 struct ScannedStation {
   std::string LineNumber;
   double Station = 0.0;
@@ -68,12 +35,12 @@ struct MapPosition {
   double y = 0.0;  // m, north
 };
 
-/// What a reader fills, a file after the other: head and curve, and what an import keeps along.
+/// What the choices and a reader fill, one file after the other, and the store writes. -1 is "not known yet".
 struct ReadingRecord {
   ImportChoices choices;
-  std::int32_t file_index = 0;    // from 1, place in the list of files
-  std::int32_t file_format = -1;  // 0 to 5, -1 not known
-  std::int32_t length_unit_factor = 1;
+  std::int32_t file_index = 0;          // from 1, place in the list of files
+  std::int32_t file_format = -1;        // 0 to 5, -1 not known
+  std::int32_t length_unit_factor = 1;  // of the head's UNITS; lengths are stored without it
 
   std::string SurveyFile;
   std::string LineNumber;
@@ -99,12 +66,9 @@ struct ReadingRecord {
       converted_place;  // the file's own, in the survey's projection, if that was asked for
   std::int32_t FileID = 0;
 
-  std::vector<ScannedStation> scan_list;  // distinct, in the order they were met
+  std::vector<ScannedStation> scan_list;  // each once, in the order they were found
   std::set<ScannedStation> scanned;       // the same, for looking one up
-  std::set<std::string> scanned_types;    // data types of the readings met
+  std::set<std::string> scanned_types;    // data types of the readings found
 };
-
-/// The one record of this process.
-ReadingRecord& reading_record();
 
 }  // namespace Module_data_file

@@ -79,7 +79,7 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
   write_header(files, record);
   files.update();
   session().data_changed = true;
-  // All readings of a file belong to its first row, whatever the event; the blank behind the name doesn't
+  // All readings of a file belong to its first row, whatever the event; the blank after the name doesn't
   // count in a comparison.
   files.find_first(file_criteria(record, " "));
   record.FileID = files.get_long("ID");
@@ -99,7 +99,7 @@ void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::s
   readings.set_single("SampleRate", record.SampleRate);
   readings.set_single("ResOffset", 1.0F);
   readings.set_single("PhaseOffset", 0.0F);
-  readings.set_single("MergeFrequency", -1.0F);
+  readings.set_single("MergeFrequency", -1.0F);  // none was chosen
   readings.set_bit("UseReading", true);
   readings.set_bit("UseResistivity", true);
   readings.set_bit("UsePhase", true);
@@ -150,12 +150,11 @@ bool sort_curve(Curve& curve) {
   return false;
 }
 
-int store_header_block(StoreNotes& notes) {
-  return store_with_notes(notes, [&] { store_header(reading_record(), notes); });
+int store_header_block(ReadingRecord& record, StoreNotes& notes) {
+  return store_with_notes(notes, [&] { store_header(record, notes); });
 }
 
-int store_data_block(std::string_view data_type, StoreNotes& notes) {
-  ReadingRecord& record = reading_record();
+int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNotes& notes) {
   const int order_result = sort_curve(record.curve) ? 0 : -1;
   if (store_with_notes(notes, [&] { store_data(record, trimmed(data_type)); }) != 0) {
     return -1;

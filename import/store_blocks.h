@@ -7,22 +7,22 @@
 
 namespace Module_data_file {
 
-/// What storing a file told beside its status.
+/// What storing a file reports beside its status.
 struct StoreNotes {
   bool file_known = false;  // the header replaced an earlier import of the file
   std::string failure;      // the message shown last, empty if there was none
 };
 
-/// Writes the header members of reading_record() to FileTable and sets its FileID. A file of the same name,
-/// day and event counts as the same file: its readings are deleted and its row is written anew.
+/// Writes the header members of the record to FileTable and sets its FileID. A file of the same name,
+/// day and event counts as the same file: its readings are deleted and its row is written again.
 /// @return 0, or -1 after a message
-[[nodiscard]] int store_header_block(StoreNotes& notes);
+[[nodiscard]] int store_header_block(ReadingRecord& record, StoreNotes& notes);
 
-/// Writes the curve of reading_record(), brought into ascending order of frequency, as one reading, and adds
+/// Writes the curve of the record, brought into ascending order of frequency, as one reading, and adds
 /// its frequencies to the frequency list. Within a file a reading is the same if data type, event and scan
 /// rate are the same; it is written over.
 /// @return 0; -1 if the curve had to be sorted (it is stored all the same), or after a message
-[[nodiscard]] int store_data_block(std::string_view data_type, StoreNotes& notes);
+[[nodiscard]] int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNotes& notes);
 
 /// Brings a curve into ascending order of frequency; fields and masks move along, and equal frequencies keep
 /// their order. @return true if it was in order already

@@ -14,7 +14,7 @@ namespace numerics {
 
 namespace {
 
-// How often a person's wish to stop is asked for while no item ends.
+// How often the progress is reported, and the wish to stop asked for, while no item ends.
 constexpr std::chrono::milliseconds report_interval{50};
 
 struct Progress {

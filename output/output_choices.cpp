@@ -14,7 +14,7 @@ using Module_database::LineSelection;
 
 namespace {
 
-// Asks for the file to write. Empty when the person thinks better of it.
+// Asks for the file to write. Empty if the user cancels.
 std::string ask_for_file(const LineSelection& selection, const std::string& folder) {
   FileDialogRequest request;
   request.title = "Enter Name Output Data File";
@@ -83,10 +83,11 @@ int read_output_lists(OutputLists& lists) {
 }
 
 int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
-                         const std::string& sub_folder, const std::function<void(int)>& show_row_count) {
+                         const RhoplusSettings& settings, const std::string& sub_folder,
+                         const std::function<void(int)>& show_row_count) {
   const char* missing = missing_choice(choices);
   if (missing == nullptr) {
-    missing = missing_setting(rhoplus_settings());
+    missing = missing_setting(settings);
   }
   if (missing != nullptr) {
     user_interface().show_message(missing);
@@ -97,7 +98,7 @@ int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
                                 lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
   const std::filesystem::path folder = std::filesystem::path(choices.folder) / trimmed(sub_folder);
   RhoplusCounts counts;
-  if (output_rhoplus(selection, folder.string(), show_row_count, counts) != 0) {
+  if (output_rhoplus(selection, folder.string(), settings, show_row_count, counts) != 0) {
     return -1;
   }
   user_interface().show_message("Data output completed");

@@ -1,8 +1,9 @@
-// output_choices.h: what the output panel offers and what must be chosen before a line is written.
+// output_choices.h: what the output panel offers, and the checks of what was chosen before a line is written.
 #pragma once
 #include <string>
 #include <vector>
 
+#include "output/rhoplus_settings.h"
 #include "output/zonge.h"
 
 namespace Module_output {
@@ -27,15 +28,16 @@ struct OutputChoices {
 };
 
 /// Writes the chosen line as Rho+ control files with a batch file, of the data type of the session's
-/// selection, into the chosen folder or, if `sub_folder` is not blank, into that folder of it.
-/// @return 0 done, with the message that tells so; -1 after a message that names what is missing or failed
+/// selection, into the chosen folder or, if `sub_folder` is not blank, into that folder of it. The settings
+/// are checked first.
+/// @return 0 after the message that it is done; -1 after a message that names what is missing or failed
 [[nodiscard]] int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
-                                       const std::string& sub_folder,
+                                       const RhoplusSettings& settings, const std::string& sub_folder,
                                        const std::function<void(int)>& show_row_count);
 
 /// Writes the chosen line as a Zonge set, of the data type of the session's selection. Asks for the file.
-/// @return 0 done, with the message that tells so, or when the person thought better of it; -1 after a
-/// message that names what is missing or failed
+/// @return 0 after the message that it is done, or without one if the user cancelled; -1 after a message that
+/// names what is missing or failed
 [[nodiscard]] int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
                                      const std::function<void(int)>& show_row_count);
 

@@ -5,8 +5,8 @@
 
 #include "core/number_text.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/survey_database.h"
-#include "output/frequency_list_of.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
@@ -21,22 +21,22 @@ using Module_averaged_data::Outcome;
 using Module_averaged_data::WorkProgress;
 using Module_database::LineSelection;
 using Module_database::ReadingKey;
+using Module_database::reduction_merged;
 using Module_database::StoredReading;
 
 namespace {
 
-constexpr std::int32_t reduction_merged = 2;
-
 /// Writes the control files; `batch` gets a line for each. @return 0, or -1 after a message
 int write_stations(const LineSelection& selection, const std::vector<double>& stations,
-                   const fs::path& folder, const std::function<void(int)>& show_row_count, std::string& batch,
+                   const Frequencies& frequencies, const fs::path& folder, const RhoplusSettings& settings,
+                   const std::function<void(int)>& show_row_count, std::string& batch,
                    RhoplusCounts& counts) {
   WorkProgress progress("Writing Rho+ files", stations.size());
   const Outcome outcome = each_item(progress, [&](std::size_t index) {
     const ReadingKey key = selection.at(stations[index]);
-    const std::string name = rhoplus_stem(rhoplus_settings(), key.station) + ".dat";
+    const std::string name = rhoplus_stem(settings, key.station) + ".dat";
     RhoplusTables tables;
-    if (write_rhoplus_file((folder / name).string(), key, tables) != 0) {
+    if (write_rhoplus_file((folder / name).string(), key, frequencies, settings, tables) != 0) {
       return -1;
     }
     if (!tables.data.empty()) {
@@ -52,9 +52,9 @@ int write_stations(const LineSelection& selection, const std::vector<double>& st
   return outcome == Outcome::failed ? -1 : 0;
 }
 
-/// Behind a failure that has been told: what keeps the stations' files from being written mostly keeps this
-/// one, too, and needs no second message.
-void write_what_stands(const fs::path& batch_file, const std::string& batch) {
+/// After a failure that has been reported. What kept a station's file from being written mostly affects this
+/// one, too; there is no second message.
+void write_batch_file_quietly(const fs::path& batch_file, const std::string& batch) {
   try {
     safe_files::write_into_place(batch_file, batch);
   } catch (const std::runtime_error&) {
@@ -75,23 +75,25 @@ std::vector<double> rhoplus_stations(const LineSelection& selection) {
   return stations;
 }
 
-int write_rhoplus_file(const std::string& path, const ReadingKey& key, RhoplusTables& tables) {
+int write_rhoplus_file(const std::string& path, const ReadingKey& key, const Frequencies& frequencies,
+                       const RhoplusSettings& settings, RhoplusTables& tables) {
   tables = {};
   return trap_errors("An error occured while writing the rhoplus station data file ", [&] {
     StoredReading merged;
-    if (Module_averaged_data::get_reduced_reading(reduction_merged, AllowRaw::yes, key, merged) != 0) {
+    if (Module_averaged_data::get_reduced_reading(reduction_merged, AllowRaw::yes, key, frequencies,
+                                                  merged) != 0) {
       return -1;
     }
-    RhoplusTables rows = rhoplus_tables(merged, rhoplus_settings());
+    RhoplusTables rows = rhoplus_tables(merged, frequencies, settings);
     if (!rows.data.empty()) {
-      safe_files::write_into_place(path, rhoplus_control_text(rows, rhoplus_settings(), key.station));
+      safe_files::write_into_place(path, rhoplus_control_text(rows, settings, key.station));
     }
     tables = std::move(rows);
     return 0;
   });
 }
 
-int output_rhoplus(const LineSelection& selection, const std::string& folder,
+int output_rhoplus(const LineSelection& selection, const std::string& folder, const RhoplusSettings& settings,
                    const std::function<void(int)>& show_row_count, RhoplusCounts& counts) {
   counts = {};
   return trap_errors("An error occured while writing rhoplus data ", [&] {
@@ -101,17 +103,18 @@ int output_rhoplus(const LineSelection& selection, const std::string& folder,
       user_interface().show_message("There is no data for the specified line and data type");
       return -1;
     }
-    const FrequencyListOf frequencies(selection.reference_type);
-    if (frequencies.status != 0) {
+    const auto frequencies = Module_database::load_reference_frequencies(selection.reference_type);
+    if (!frequencies) {
       return -1;
     }
     fs::create_directories(folder);
     std::string batch;
-    const int status = write_stations(selection, stations, folder, show_row_count, batch, counts);
-    // Also behind a failure: it runs the stations whose files stand.
-    const fs::path batch_file = fs::path(folder) / (rhoplus_settings().root_name + "_run.bat");
+    const int status =
+        write_stations(selection, stations, *frequencies, folder, settings, show_row_count, batch, counts);
+    // Also after a failure: it runs the stations whose files are written.
+    const fs::path batch_file = fs::path(folder) / (settings.root_name + "_run.bat");
     if (status != 0) {
-      write_what_stands(batch_file, batch);
+      write_batch_file_quietly(batch_file, batch);
     } else {
       safe_files::write_into_place(batch_file, batch);
     }

@@ -10,12 +10,13 @@
 
 namespace Module_output {
 
-/// Writes the control file of a station's merged curve with the settings in force, over an earlier one. The
-/// session must hold the frequency list of the key's reference type.
-/// @param tables the rows written; none if the station has no resistivity to invert, and then no file is
+/// Writes the control file of a station's merged curve, over an earlier one.
+/// @param frequencies of the key's reference type
+/// @param tables the rows written; empty if the station has no resistivity to invert, and then no file is
 ///               written
 /// @return 0, or -1 after a message; an earlier file is then as before
 [[nodiscard]] int write_rhoplus_file(const std::string& path, const Module_database::ReadingKey& key,
+                                     const Frequencies& frequencies, const RhoplusSettings& settings,
                                      RhoplusTables& tables);
 
 /// The stations of a line that have readings of this kind, m, ascending. Throws dao::Error.
@@ -27,11 +28,12 @@ struct RhoplusCounts {
 };
 
 /// Writes a control file for each station of a line that has resistivities, and root + "_run.bat", which runs
-/// Rho+ on each of them. The folder is made if it is missing. The person can stop it between stations; the
+/// Rho+ on each of them. The folder is created if it is missing. The user can stop it between stations; the
 /// batch file then holds the stations written so far.
-/// @param show_row_count told the running number of data rows after each station; may be empty
+/// @param show_row_count gets the running number of data rows after each station; may be empty
 /// @return 0, or -1 after a message ("There is no data for the specified line and data type", or the failure)
 [[nodiscard]] int output_rhoplus(const Module_database::LineSelection& selection, const std::string& folder,
+                                 const RhoplusSettings& settings,
                                  const std::function<void(int)>& show_row_count, RhoplusCounts& counts);
 
 }  // namespace Module_output

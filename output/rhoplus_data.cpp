@@ -6,7 +6,6 @@
 #include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "output/frequency_list_of.h"
 
 namespace Module_output {
 
@@ -15,8 +14,8 @@ using Module_database::StoredReading;
 
 namespace {
 
-constexpr float least_resistivity = 0.001F;      // ohm-m: Rho+ takes logarithms
-constexpr float least_resistivity_error = 0.1F;  // ohm-m
+constexpr float min_resistivity = 0.001F;      // ohm-m: Rho+ takes logarithms
+constexpr float min_resistivity_error = 0.1F;  // ohm-m
 
 struct Datum {
   float value = 0.0F;
@@ -32,8 +31,8 @@ Datum resistivity_at(const Curve& curve, std::size_t position, float scale, floa
   rho.error = scale * curve.value(rho.used ? Module_database::field_resistivity_deviation
                                            : Module_database::field_all_resistivity_deviation,
                                   position);
-  rho.value = std::max(rho.value, least_resistivity);
-  rho.error = std::max({rho.error, std::abs(rho.value) * floor_percent / 100.0F, least_resistivity_error});
+  rho.value = std::max(rho.value, min_resistivity);
+  rho.error = std::max({rho.error, std::abs(rho.value) * floor_percent / 100.0F, min_resistivity_error});
   return rho;
 }
 
@@ -71,7 +70,8 @@ void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Dat
 
 }  // namespace
 
-RhoplusTables rhoplus_tables(const StoredReading& merged, const RhoplusSettings& settings) {
+RhoplusTables rhoplus_tables(const StoredReading& merged, const Frequencies& frequencies,
+                             const RhoplusSettings& settings) {
   RhoplusTables tables;
   if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
     return tables;
@@ -82,7 +82,7 @@ RhoplusTables rhoplus_tables(const StoredReading& merged, const RhoplusSettings&
   bool resistivity_is_used = false;
   for (std::size_t position = 0; position < curve.count(); ++position) {
     const float frequency = curve.frequencies[position];
-    const std::int32_t listed = enabled_position(frequency);
+    const std::int32_t listed = frequencies.enabled_position(frequency);
     if (listed < 0) {
       continue;
     }

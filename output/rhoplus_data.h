@@ -7,33 +7,35 @@
 #include <string>
 #include <vector>
 
+#include "core/frequencies.h"
 #include "database/reading.h"
 #include "numerics/rhoplus/rhoplus.h"
 #include "output/rhoplus_settings.h"
 
 namespace Module_output {
 
-/// One row a written frequency.
+/// One row for each frequency written.
 using RhoplusData = std::vector<numerics::rhoplus::RhoplusRow>;
 
 /// Where the rows come from.
 struct RhoplusIndex {
   std::vector<std::int32_t> row_number;          // by position in the reading: row from 1, 0 if left out
-  std::vector<std::int32_t> frequency_position;  // by row: place in the session's frequency list, from 0
+  std::vector<std::int32_t> frequency_position;  // by row: index in the frequency list
 };
 
 struct RhoplusTables {
   RhoplusData data;
   RhoplusIndex index;
   std::string data_lines;       // of the control file
-  std::string frequency_lines;  // likewise: all enabled frequencies, also of rows left out
+  std::string frequency_lines;  // of the control file: all enabled frequencies, also of rows left out
 };
 
-/// The rows of a merged curve at the enabled frequencies of the session's list. Masked points stand in it
-/// with the statistics of all values present, marked as unused. Empty if the reading or both of its
+/// The rows of a merged curve at the enabled ones of its reference type's frequencies. Masked points have the
+/// statistics of all values present and are marked as unused. Empty if the reading or both of its
 /// quantities are switched off, or if no resistivity is used: phases alone leave the level of resistivity
 /// free.
-RhoplusTables rhoplus_tables(const Module_database::StoredReading& merged, const RhoplusSettings& settings);
+RhoplusTables rhoplus_tables(const Module_database::StoredReading& merged, const Frequencies& frequencies,
+                             const RhoplusSettings& settings);
 
 /// "root_1250": the stem of a station's files.
 std::string rhoplus_stem(const RhoplusSettings& settings, double station);

@@ -54,9 +54,8 @@ RhoplusSettings& rhoplus_settings() {
   return settings;
 }
 
-void load_rhoplus_settings() {
-  RhoplusSettings& settings = rhoplus_settings();
-  settings = {};
+RhoplusSettings load_rhoplus_settings() {
+  RhoplusSettings settings;
   const std::string root_name = stored(root_name_key);
   if (root_name != no_value) {
     settings.root_name = root_name;
@@ -68,10 +67,10 @@ void load_rhoplus_settings() {
   take_choice(settings.exclude_data, stored(exclude_data_key));
   take_choice(settings.apply_static, stored(apply_static_key));
   take_choice(settings.exclude_negative_phase, stored(exclude_negative_phase_key));
+  return settings;
 }
 
-void save_rhoplus_settings() {
-  const RhoplusSettings& settings = rhoplus_settings();
+void save_rhoplus_settings(const RhoplusSettings& settings) {
   store(root_name_key, settings.root_name);
   store(surface_key, format_number(settings.surface, "0"));
   store(resistivity_floor_key, format_number(settings.resistivity_error_floor, "0.0"));
@@ -82,15 +81,13 @@ void save_rhoplus_settings() {
   store(exclude_negative_phase_key, format_number(settings.exclude_negative_phase, "0"));
 }
 
-void enter_root_name(const std::string& text) {
+void enter_root_name(RhoplusSettings& settings, const std::string& text) {
   const std::string_view name = trimmed(text);
   if (!name.empty()) {
-    rhoplus_settings().root_name = name;
+    settings.root_name = name;
   }
 }
 
-void enter_positive(float RhoplusSettings::*setting, const std::string& text) {
-  take_positive(rhoplus_settings().*setting, trimmed(text));
-}
+void enter_positive(float& setting, const std::string& text) { take_positive(setting, trimmed(text)); }
 
 }  // namespace Module_output

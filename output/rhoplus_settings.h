@@ -1,4 +1,4 @@
-// rhoplus_settings.h: the choices of Rho+ one-dimensional inversion, kept for each user.
+// rhoplus_settings.h: the settings of Rho+ one-dimensional inversion, stored for each user.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -16,19 +16,20 @@ struct RhoplusSettings {
   std::int32_t exclude_negative_phase = 1;  // 1: a phase of 0 or less counts as unused
 };
 
-/// The settings in force.
+/// The user's current settings: loaded when the program starts, edited in the options window. Whoever opens a
+/// window or starts a run hands them down; procedures take theirs as an argument.
 RhoplusSettings& rhoplus_settings();
 
-/// Sets the defaults, then takes what the user's settings store holds, as far as it is valid.
-void load_rhoplus_settings();
+/// What the user's settings store holds, as far as it is valid, and defaults for the rest.
+RhoplusSettings load_rhoplus_settings();
 
 /// Writes all settings to the user's store. The scale goes under another key than the one it is read from:
-/// it belongs to one survey's calibration, so each start begins at the stored start value, 1 unless someone
-/// has set it.
-void save_rhoplus_settings();
+/// it belongs to one survey's calibration, so each start begins at the stored start value, 1 unless it has
+/// been set there.
+void save_rhoplus_settings(const RhoplusSettings& settings);
 
 // Typed entries: each takes its value if it is valid and keeps the earlier one otherwise, without a message.
-void enter_root_name(const std::string& text);                                  // any text but blanks
-void enter_positive(float RhoplusSettings::*setting, const std::string& text);  // a number above 0
+void enter_root_name(RhoplusSettings& settings, const std::string& text);  // any text but blanks
+void enter_positive(float& setting, const std::string& text);              // a number above 0
 
 }  // namespace Module_output

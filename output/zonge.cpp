@@ -1,26 +1,20 @@
 #include "output/zonge.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
-#include <filesystem>
 #include <utility>
 #include <vector>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "formats/zonge/zonge_text.h"
-#include "output/frequency_list_of.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
-
-namespace fs = std::filesystem;
 
 namespace Module_output {
 
@@ -29,12 +23,11 @@ using Module_averaged_data::each_item;
 using Module_averaged_data::Outcome;
 using Module_averaged_data::WorkProgress;
 using Module_database::LineSelection;
+using Module_database::reduction_merged;
 using Module_database::StationRows;
 using Module_database::StoredReading;
 
 namespace {
-
-constexpr std::int32_t reduction_merged = 2;
 
 struct ZongeFiles {
   std::string mde;
@@ -82,14 +75,14 @@ ZongeLine describe_line(const LineSelection& selection, const std::vector<double
 }
 
 /// Adds the rows of one merged curve. @return how many
-int add_curve(double station, const StoredReading& merged, std::string& avg) {
+int add_curve(double station, const StoredReading& merged, const Frequencies& frequencies, std::string& avg) {
   if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
     return 0;
   }
   int rows = 0;
   const Module_database::Curve& curve = merged.curve;
   for (std::size_t index = 0; index < curve.count(); ++index) {
-    if (enabled_position(curve.frequencies[index]) >= 0 &&
+    if (frequencies.enabled_position(curve.frequencies[index]) >= 0 &&
         curve.counts_at(Module_database::field_resistivity, index) == 1 &&
         curve.counts_at(Module_database::field_phase, index) == 1) {
       avg +=
@@ -103,18 +96,19 @@ int add_curve(double station, const StoredReading& merged, std::string& avg) {
 
 /// Writes the station part of the ".stn" and ".avg" files.
 Outcome add_stations(const LineSelection& selection, const std::vector<double>& stations,
-                     const std::function<void(int)>& show_row_count, ZongeFiles& files, int& row_count) {
+                     const Frequencies& frequencies, const std::function<void(int)>& show_row_count,
+                     ZongeFiles& files, int& row_count) {
   WorkProgress progress("Writing Zonge files", stations.size());
   return each_item(progress, [&](std::size_t index) {
     const double station = stations[index];
     const StationRows place = station_rows(selection.line, station);
     files.stn += stn_row(station, place.MapX, place.MapY, place.Elevation);
     StoredReading merged;
-    if (Module_averaged_data::get_reduced_reading(reduction_merged, AllowRaw::yes, selection.at(station),
-                                                  merged) != 0) {
+    if (Module_averaged_data::reduced_reading_at(place, reduction_merged, AllowRaw::yes,
+                                                 selection.at(station), frequencies, merged) != 0) {
       return -1;
     }
-    row_count += add_curve(station, merged, files.avg);
+    row_count += add_curve(station, merged, frequencies, files.avg);
     if (show_row_count) {
       show_row_count(row_count);
     }
@@ -122,35 +116,10 @@ Outcome add_stations(const LineSelection& selection, const std::vector<double>& 
   });
 }
 
-/// Puts all three files into place once all three are on the disk.
-void write_files(const ZongeFiles& files, const std::string& root) {
-  struct File {
-    const std::string& contents;
-    fs::path place;
-    fs::path neighbour;
-  };
-  const auto file = [&](const std::string& contents, const char* extension) {
-    fs::path place = root + extension;
-    fs::path neighbour = place;
-    neighbour += ".new";
-    return File{contents, std::move(place), std::move(neighbour)};
-  };
-  const std::array<File, 3> set{file(files.mde, ".mde"), file(files.avg, ".avg"), file(files.stn, ".stn")};
-  const ScopeGuard remove_neighbours([&set] {
-    for (const File& member : set) {
-      std::error_code ignored;
-      fs::remove(member.neighbour, ignored);
-    }
-  });
-  for (const File& member : set) {
-    if (fs::is_directory(member.place)) {
-      throw std::runtime_error(member.place.string() + ": is a folder");
-    }
-    safe_files::write_into_place(member.neighbour, member.contents);
-  }
-  for (const File& member : set) {
-    safe_files::move_into_place(member.neighbour, member.place);
-  }
+void write_files(ZongeFiles files, const std::string& root) {
+  safe_files::write_together({{root + ".mde", std::move(files.mde)},
+                              {root + ".avg", std::move(files.avg)},
+                              {root + ".stn", std::move(files.stn)}});
 }
 
 }  // namespace
@@ -160,12 +129,6 @@ std::string zonge_file_name(const LineSelection& selection) {
   std::replace_if(
       name.begin(), name.end(), [](char c) { return c == '/' || c == '\\' || c == ':'; }, '_');
   return name;
-}
-
-std::chrono::year_month_day today() {
-  const std::time_t now = std::time(nullptr);
-  const std::tm* const local = std::localtime(&now);
-  return std::chrono::year(local->tm_year + 1900) / (local->tm_mon + 1) / local->tm_mday;
 }
 
 int output_zonge(const LineSelection& selection, const std::string& avg_path,
@@ -179,8 +142,8 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
       return -1;
     }
     const BusyPointer busy;
-    const FrequencyListOf frequencies(selection.reference_type);
-    if (frequencies.status != 0) {
+    const auto frequencies = Module_database::load_reference_frequencies(selection.reference_type);
+    if (!frequencies) {
       return -1;
     }
     if (show_row_count) {
@@ -189,9 +152,9 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
     const ZongeLine line = describe_line(selection, stations, date);
     ZongeFiles files{mde_text(line), avg_head(line), stn_head(selection.line)};
     int rows = 0;
-    const Outcome outcome = add_stations(selection, stations, show_row_count, files, rows);
+    const Outcome outcome = add_stations(selection, stations, *frequencies, show_row_count, files, rows);
     if (outcome == Outcome::finished) {
-      write_files(files, Module_util::strip_extension(avg_path));
+      write_files(std::move(files), Module_util::strip_extension(avg_path));
       row_count = rows;
     }
     return outcome == Outcome::failed ? -1 : 0;

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "core/calendar.h"
 #include "database/reading.h"
 
 namespace Module_output {
@@ -14,16 +15,13 @@ namespace Module_output {
 /// folder become "_".
 std::string zonge_file_name(const Module_database::LineSelection& selection);
 
-/// Today by the clock on the wall.
-std::chrono::year_month_day today();
-
 /// Writes the three files of a line; `avg_path` is the path of the ".avg" file, the others take its root. All
 /// three are written beside their places first, so that a failure leaves earlier files whole. Frequencies
 /// that are switched off for the reference type, and points with resistivity or phase masked, are left out.
-/// The person can stop it between stations; nothing is written then, and the row count is 0.
-/// @param show_row_count told the running number of data rows after each station; may be empty
+/// The user can stop it between stations; nothing is written then, and the row count is 0.
+/// @param show_row_count gets the running number of data rows after each station; may be empty
 /// @param row_count rows written to the ".avg" file
-/// @param date stands in the head of the ".avg" file
+/// @param date for the head of the ".avg" file
 /// @return 0, or -1 after a message ("There is no data for the specified line and data type", or the failure)
 [[nodiscard]] int output_zonge(const Module_database::LineSelection& selection, const std::string& avg_path,
                                const std::function<void(int)>& show_row_count, int& row_count,

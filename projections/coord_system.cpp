@@ -10,9 +10,9 @@ namespace {
 
 using numerics::geodesy::CoordinateSystemValues;
 
-constexpr double largest_meridian = 360.0;
-constexpr double largest_parallel = 89.0;  // the cones of a pole are not taken
-constexpr double widest_zone = 360.0;
+constexpr double max_meridian = 360.0;    // degrees
+constexpr double max_parallel = 89.0;     // degrees; cones at a pole are refused
+constexpr double max_zone_width = 360.0;  // degrees
 
 bool is_conic(std::int32_t projection) {
   return projection >= numerics::geodesy::projection_lambert_conformal &&
@@ -27,16 +27,16 @@ bool has_zones(std::int32_t projection) {
 bool within(double value, double limit) { return value >= -limit && value <= limit; }  // false for a NaN
 
 std::string conic_fault(const CoordinateSystemValues& values) {
-  if (!within(values.origin_longitude, largest_meridian)) {
+  if (!within(values.origin_longitude, max_meridian)) {
     return "The Central meridian is invalid";
   }
-  if (!within(values.origin_latitude, largest_parallel)) {
+  if (!within(values.origin_latitude, max_parallel)) {
     return "The Central latitude is invalid";
   }
-  if (!within(values.standard_parallel_1, largest_parallel)) {
+  if (!within(values.standard_parallel_1, max_parallel)) {
     return "Standard latitude 1 is invalid";
   }
-  if (!within(values.standard_parallel_2, largest_parallel)) {
+  if (!within(values.standard_parallel_2, max_parallel)) {
     return "Standard latitude 2 is invalid";
   }
   if (values.standard_parallel_1 == values.standard_parallel_2) {
@@ -81,7 +81,7 @@ std::string coordinate_system_fault(const CoordinateSystemValues& values) {
   if (is_conic(values.projection)) {
     return conic_fault(values);
   }
-  if (has_zones(values.projection) && !(values.zone_width > 0.0 && values.zone_width <= widest_zone)) {
+  if (has_zones(values.projection) && !(values.zone_width > 0.0 && values.zone_width <= max_zone_width)) {
     return "The zone width value is invalid";
   }
   return {};

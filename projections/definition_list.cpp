@@ -25,32 +25,25 @@ void write_to_store(const CoordSystem& definition) {
   settings_store().set_value(application, section, key_of(definition.name), definition_text(definition));
 }
 
-void add_sorted(const CoordSystem& definition) {
-  std::vector<CoordSystem>& list = coord_systems();
+void add_sorted(CoordSystems& coord_systems, const CoordSystem& definition) {
   const std::string name = upper_case(definition.name);
-  const auto place = std::find_if(list.begin(), list.end(),
-                                  [&](const CoordSystem& listed) { return upper_case(listed.name) > name; });
-  list.insert(place, definition);
+  const auto place = std::ranges::find_if(
+      coord_systems, [&](const CoordSystem& listed) { return upper_case(listed.name) > name; });
+  coord_systems.insert(place, definition);
 }
 
 template <class Test>
-int index_of(Test test) {
-  const std::vector<CoordSystem>& list = coord_systems();
-  const auto found = std::find_if(list.begin(), list.end(), test);
-  return found == list.end() ? 0 : static_cast<int>(found - list.begin()) + 1;
+int number_of(const CoordSystems& coord_systems, Test test) {
+  const auto found = std::ranges::find_if(coord_systems, test);
+  return found == coord_systems.end() ? 0 : static_cast<int>(found - coord_systems.begin()) + 1;
 }
 
 }  // namespace
 
-std::vector<CoordSystem>& coord_systems() {
-  static std::vector<CoordSystem> list;
-  return list;
-}
-
-int load_coord_system_definitions() {
+int load_coord_system_definitions(CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "load_coord_system_definitions");
-  return trap_errors("An error occurred while adding the loading the coordinate system definitions ", [] {
-    coord_systems().clear();
+  return trap_errors("An error occurred while adding the loading the coordinate system definitions ", [&] {
+    coord_systems.clear();
     for (const std::string& key : settings_store().keys(application, section)) {
       std::string fault;
       const auto values = definition_from_text(settings_store().value(application, section, key, ""), fault);
@@ -62,7 +55,7 @@ int load_coord_system_definitions() {
       CoordSystem definition;
       definition.set_values(*values);
       definition.name = key;
-      if (add_coord_definitions_to_list(definition) != 0) {
+      if (add_coord_definitions_to_list(coord_systems, definition) != 0) {
         return -1;
       }
     }
@@ -70,22 +63,21 @@ int load_coord_system_definitions() {
   });
 }
 
-int save_coord_system_definitions(int index) {
+int save_coord_system_definitions(const CoordSystems& coord_systems, int index) {
   Module_debug::write_debug(1, "save_coord_system_definitions ");
   return trap_errors("An error occurred while adding the saving the coordinate system definitions: ", [&] {
-    const std::vector<CoordSystem>& list = coord_systems();
-    if (index > static_cast<int>(list.size())) {
+    if (index > static_cast<int>(coord_systems.size())) {
       throw std::out_of_range("there is no definition " + plain_text(index));
     }
     if (index > 0) {
-      write_to_store(list[static_cast<std::size_t>(index) - 1]);
+      write_to_store(coord_systems[static_cast<std::size_t>(index) - 1]);
     } else {
-      std::for_each(list.begin(), list.end(), write_to_store);
+      std::ranges::for_each(coord_systems, write_to_store);
     }
   });
 }
 
-int add_coord_definitions_to_list(const CoordSystem& definition) {
+int add_coord_definitions_to_list(CoordSystems& coord_systems, const CoordSystem& definition) {
   Module_debug::write_debug(1, "add_coord_definitions_to_list ");
   const std::string what =
       "An error occurred while adding the projection " + definition.name + " to the list: ";
@@ -95,13 +87,12 @@ int add_coord_definitions_to_list(const CoordSystem& definition) {
       return;
     }
     const auto same_name = [&](const CoordSystem& listed) { return equal_ignoring_case(listed.name, name); };
-    std::vector<CoordSystem>& list = coord_systems();
-    for (const CoordSystem& listed : list) {
+    for (const CoordSystem& listed : coord_systems) {
       if (same_name(listed) && compare_coordinate_system_values(listed, definition)) {
         return;
       }
     }
-    std::erase_if(list, [&](const CoordSystem& listed) {
+    std::erase_if(coord_systems, [&](const CoordSystem& listed) {
       const bool replaced = same_name(listed) || compare_coordinate_system_values(listed, definition);
       if (replaced && listed.name != name) {
         forget_definition(listed.name);
@@ -110,27 +101,28 @@ int add_coord_definitions_to_list(const CoordSystem& definition) {
     });
     CoordSystem added = definition;
     added.name = name;
-    add_sorted(added);
+    add_sorted(coord_systems, added);
   });
 }
 
 void forget_definition(std::string_view name) { settings_store().remove(application, section, key_of(name)); }
 
-void clear_definitions() {
+void clear_definitions(CoordSystems& coord_systems) {
   for (const std::string& key : settings_store().keys(application, section)) {
     forget_definition(key);
   }
-  coord_systems().clear();
+  coord_systems.clear();
 }
 
-int find_definition(std::string_view name) {
+int find_definition(const CoordSystems& coord_systems, std::string_view name) {
   const std::string wanted = name_part(name);
-  return index_of(
-      [&](const CoordSystem& listed) { return equal_ignoring_case(name_part(listed.name), wanted); });
+  return number_of(coord_systems, [&](const CoordSystem& listed) {
+    return equal_ignoring_case(name_part(listed.name), wanted);
+  });
 }
 
-int find_definition(const CoordinateSystemValues& values) {
-  return index_of([&](const CoordSystem& listed) { return listed.values() == values; });
+int find_definition(const CoordSystems& coord_systems, const CoordinateSystemValues& values) {
+  return number_of(coord_systems, [&](const CoordSystem& listed) { return listed.values() == values; });
 }
 
 std::string definition_text(const CoordinateSystemValues& values) {

@@ -1,6 +1,6 @@
 // definition_list.h: the user's own list of coordinate systems, kept in the settings store.
 //
-// No name and no set of values stands in the list twice. Indices count from 1, as lists do; 0 is none.
+// No name and no set of values is in the list twice. Indices count from 1, as lists do; 0 is none.
 #pragma once
 #include <optional>
 #include <string>
@@ -11,39 +11,41 @@
 
 namespace Module_projections {
 
-/// The definitions, sorted by their names in upper case.
-std::vector<CoordSystem>& coord_systems();
+/// The definitions, sorted by their names in upper case. Each user of the list has a copy of its own, filled
+/// from the store.
+using CoordSystems = std::vector<CoordSystem>;
 
-/// Fills coord_systems from the store. A malformed entry is deleted from the store.
+/// Fills the list from the store. A malformed entry is deleted from the store.
 /// @return 0, or -1 after a message
-[[nodiscard]] int load_coord_system_definitions();
+[[nodiscard]] int load_coord_system_definitions(CoordSystems& coord_systems);
 
 /// Writes a definition to the store; all of them for an index of 0 or less.
 /// @return 0, or -1 after a message
-[[nodiscard]] int save_coord_system_definitions(int index);
+[[nodiscard]] int save_coord_system_definitions(const CoordSystems& coord_systems, int index);
 
-/// Takes a definition into coord_systems, in the place of those with its name (in any case of letters) or its
-/// values. What stood under another name loses its key in the store; nothing is written there. One without a
-/// name is left out.
+/// Adds a definition to the list. It replaces those with its name (in any case of letters) or its values;
+/// what was listed under another name loses its key in the store. The definition itself isn't stored. One
+/// without a name is left out.
 /// @return 0, or -1 after a message
-[[nodiscard]] int add_coord_definitions_to_list(const CoordSystem& definition);
+[[nodiscard]] int add_coord_definitions_to_list(CoordSystems& coord_systems, const CoordSystem& definition);
 
 /// Deletes a definition's key from the store.
 void forget_definition(std::string_view name);
 
 /// Empties the list and deletes every key of the store's section.
-void clear_definitions();
+void clear_definitions(CoordSystems& coord_systems);
 
 /// The definition whose name proper is that of `name`, in any case of letters; 0 if there is none.
-int find_definition(std::string_view name);
+int find_definition(const CoordSystems& coord_systems, std::string_view name);
 
 /// The definition with these values; 0 if there is none.
-int find_definition(const numerics::geodesy::CoordinateSystemValues& values);
+int find_definition(const CoordSystems& coord_systems,
+                    const numerics::geodesy::CoordinateSystemValues& values);
 
-/// The text under which the store keeps a definition: its values with ";" between them.
+/// A definition as the store keeps it: its values with ";" between them.
 std::string definition_text(const numerics::geodesy::CoordinateSystemValues& values);
 
-/// The values of such a text. None for a malformed one; `fault` then names the first field that is.
+/// The values of such a text; none if it is malformed, and `fault` then names the first bad field.
 std::optional<numerics::geodesy::CoordinateSystemValues> definition_from_text(std::string_view text,
                                                                               std::string& fault);
 

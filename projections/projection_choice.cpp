@@ -7,7 +7,6 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
-#include "projections/definition_list.h"
 #include "projections/projection_file.h"
 #include "projections/survey_projection.h"
 
@@ -19,7 +18,9 @@ using numerics::geodesy::CoordinateSystemValues;
 
 constexpr const char* name_in_use = "That name is already in use. Replace the existing definition?";
 
-const CoordSystem& at(int index) { return coord_systems()[static_cast<std::size_t>(index) - 1]; }
+const CoordSystem& at(const CoordSystems& coord_systems, int index) {
+  return coord_systems[static_cast<std::size_t>(index) - 1];
+}
 
 bool has_selection(int index) {
   if (index > 0) {
@@ -29,26 +30,26 @@ bool has_selection(int index) {
   return false;
 }
 
-// The definition that has these values already, after telling so; 0 if none does.
-int already_defined(const CoordinateSystemValues& values, int except) {
-  const int found = find_definition(values);
+// The definition that has these values already, after a message; 0 if there is none.
+int already_defined(const CoordSystems& coord_systems, const CoordinateSystemValues& values, int except) {
+  const int found = find_definition(coord_systems, values);
   if (found == 0 || found == except) {
     return 0;
   }
-  user_interface().show_message("That projection is already defined as " + at(found).name);
+  user_interface().show_message("That projection is already defined as " + at(coord_systems, found).name);
   return found;
 }
 
-// Keeps a definition in the store, from which the list is made anew.
-int keep(const CoordSystem& definition) {
-  if (add_coord_definitions_to_list(definition) == 0) {
-    (void)save_coord_system_definitions(find_definition(definition.values()));
-    (void)load_coord_system_definitions();
+// Saves a definition to the store and fills the list from it again.
+int save(CoordSystems& coord_systems, const CoordSystem& definition) {
+  if (add_coord_definitions_to_list(coord_systems, definition) == 0) {
+    (void)save_coord_system_definitions(coord_systems, find_definition(coord_systems, definition.values()));
+    (void)load_coord_system_definitions(coord_systems);
   }
-  return find_definition(definition.name);
+  return find_definition(coord_systems, definition.name);
 }
 
-CoordSystem made(const std::string& name, const CoordinateSystemValues& values) {
+CoordSystem named_definition(const std::string& name, const CoordinateSystemValues& values) {
   CoordSystem definition;
   definition.set_values(values);
   definition.name = joined_name(name, {});
@@ -61,18 +62,19 @@ bool is_current(const CoordSystem& definition) {
          compare_coordinate_system_values(definition, current);
 }
 
-// Lets the user's list know a definition. False if the user wants to keep another one of that name.
-bool join_list(const CoordSystem& definition) {
-  const int same_name = find_definition(definition.name);
-  if (same_name > 0 && !compare_coordinate_system_values(at(same_name), definition)) {
+// Adds a definition to the user's list. False if the user wants to keep another one of that name.
+bool join_list(CoordSystems& coord_systems, const CoordSystem& definition) {
+  const int same_name = find_definition(coord_systems, definition.name);
+  if (same_name > 0 && !compare_coordinate_system_values(at(coord_systems, same_name), definition)) {
     if (!user_interface().ask_yes_no(name_in_use)) {
       return false;
     }
-    forget_definition(at(same_name).name);
-    coord_systems().erase(coord_systems().begin() + same_name - 1);
+    forget_definition(at(coord_systems, same_name).name);
+    coord_systems.erase(coord_systems.begin() + same_name - 1);
   }
-  return add_coord_definitions_to_list(definition) == 0 &&
-         save_coord_system_definitions(find_definition(definition.values())) == 0;
+  return add_coord_definitions_to_list(coord_systems, definition) == 0 &&
+         save_coord_system_definitions(coord_systems, find_definition(coord_systems, definition.values())) ==
+             0;
 }
 
 FileDialogRequest definition_file_dialog(std::string title, std::string default_extension) {
@@ -86,26 +88,27 @@ FileDialogRequest definition_file_dialog(std::string title, std::string default_
 
 }  // namespace
 
-void load_user_definitions() {
-  if (load_coord_system_definitions() != 0 || !coord_systems().empty() || !has_default_projection_file()) {
+void load_user_definitions(CoordSystems& coord_systems) {
+  if (load_coord_system_definitions(coord_systems) != 0 || !coord_systems.empty() ||
+      !has_default_projection_file()) {
     return;
   }
   std::string path;
-  if (read_coord_projection_file(path) == 0) {
-    (void)save_coord_system_definitions(0);
+  if (read_coord_projection_file(path, coord_systems) == 0) {
+    (void)save_coord_system_definitions(coord_systems, 0);
   }
 }
 
-int save_current(int index, const CoordinateSystemValues& values) {
+int save_current(CoordSystems& coord_systems, int index, const CoordinateSystemValues& values) {
   if (!has_selection(index)) {
     return index;
   }
-  const int other = already_defined(values, index);
-  return other > 0 ? other : keep(made(at(index).name, values));
+  const int other = already_defined(coord_systems, values, index);
+  return other > 0 ? other : save(coord_systems, named_definition(at(coord_systems, index).name, values));
 }
 
-int save_new(int index, const CoordinateSystemValues& values) {
-  if (const int other = already_defined(values, 0); other > 0) {
+int save_new(CoordSystems& coord_systems, int index, const CoordinateSystemValues& values) {
+  if (const int other = already_defined(coord_systems, values, 0); other > 0) {
     return other;
   }
   const std::string name =
@@ -113,49 +116,51 @@ int save_new(int index, const CoordinateSystemValues& values) {
   if (name_part(name).empty()) {
     return index;
   }
-  if (const int same_name = find_definition(name); same_name > 0) {
+  if (const int same_name = find_definition(coord_systems, name); same_name > 0) {
     if (!user_interface().ask_yes_no(name_in_use)) {
       return index;
     }
-    forget_definition(at(same_name).name);
-    coord_systems().erase(coord_systems().begin() + same_name - 1);
+    forget_definition(at(coord_systems, same_name).name);
+    coord_systems.erase(coord_systems.begin() + same_name - 1);
   }
-  return keep(made(name, values));
+  return save(coord_systems, named_definition(name, values));
 }
 
-int delete_current(int index) {
+int delete_current(CoordSystems& coord_systems, int index) {
   if (!has_selection(index)) {
     return index;
   }
-  forget_definition(at(index).name);
-  coord_systems().erase(coord_systems().begin() + index - 1);
+  forget_definition(at(coord_systems, index).name);
+  coord_systems.erase(coord_systems.begin() + index - 1);
   return 0;
 }
 
-std::string name_for(const CoordinateSystemValues& values, int index, const std::string& asked_name) {
+std::string name_for(const CoordSystems& coord_systems, const CoordinateSystemValues& values, int index,
+                     const std::string& asked_name) {
   const CoordSystem& current = current_coord_system();
-  if (index > 0 && at(index).values() == values) {
-    return at(index).name;
+  if (index > 0 && at(coord_systems, index).values() == values) {
+    return at(coord_systems, index).name;
   }
   if (!current.name.empty() && current.values() == values) {
     return current.name;
   }
-  if (const int same_values = find_definition(values); same_values > 0) {
-    return at(same_values).name;
+  if (const int same_values = find_definition(coord_systems, values); same_values > 0) {
+    return at(coord_systems, same_values).name;
   }
   if (!asked_name.empty()) {
     return asked_name;
   }
-  return index > 0 ? at(index).name : current.name;
+  return index > 0 ? at(coord_systems, index).name : current.name;
 }
 
-int use_projection(const CoordSystem& definition) {
+int use_projection(CoordSystems& coord_systems, const CoordSystem& definition) {
   CoordSystem decoded = definition;
   if (name_part(decoded.name).empty()) {
     user_interface().show_message("The projection has no name");
     return -1;
   }
-  if (decode_coordinate_system(decoded) != 0 || (!is_current(decoded) && !join_list(decoded))) {
+  if (decode_coordinate_system(decoded) != 0 ||
+      (!is_current(decoded) && !join_list(coord_systems, decoded))) {
     return -1;
   }
   CoordSystem earlier = std::exchange(current_coord_system(), std::move(decoded));
@@ -166,19 +171,21 @@ int use_projection(const CoordSystem& definition) {
   return 0;
 }
 
-void read_definition_file() {
-  (void)trap_errors("An error occurred while reading the Projection definition file: ", [] {
+void read_definition_file(CoordSystems& coord_systems) {
+  (void)trap_errors("An error occurred while reading the Projection definition file: ", [&] {
     std::string path = user_interface().select_file_to_open(
         definition_file_dialog("Projection Definition Files", std::string(projection_file_name)));
     if (path.empty()) {
       return 0;
     }
-    return read_coord_projection_file(path) == 0 ? save_coord_system_definitions(0) : -1;
+    return read_coord_projection_file(path, coord_systems) == 0
+               ? save_coord_system_definitions(coord_systems, 0)
+               : -1;
   });
 }
 
-void save_definition_file() {
-  (void)trap_errors("An error occurred while writing the Projection definition file: ", [] {
+void save_definition_file(const CoordSystems& coord_systems) {
+  (void)trap_errors("An error occurred while writing the Projection definition file: ", [&] {
     const std::string path = user_interface().select_file_to_create(
         definition_file_dialog("Select Projection Definition File to create", "csv"));
     std::error_code missing;
@@ -186,13 +193,13 @@ void save_definition_file() {
                          !user_interface().ask_yes_no("That file already, exists, overwrite?"))) {
       return 0;
     }
-    return write_coord_projection_file(path);
+    return write_coord_projection_file(path, coord_systems);
   });
 }
 
-void confirm_clear_definitions() {
+void confirm_clear_definitions(CoordSystems& coord_systems) {
   if (user_interface().ask_yes_no("Confirm that all Projection transform definitions should be deleted")) {
-    clear_definitions();
+    clear_definitions(coord_systems);
   }
 }
 

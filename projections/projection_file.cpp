@@ -16,7 +16,6 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "platform/files/safe_files.h"
-#include "projections/definition_list.h"
 #include "projections/value_fields.h"
 
 namespace fs = std::filesystem;
@@ -32,25 +31,13 @@ constexpr std::string_view header =
 constexpr std::string_view name_column = "Name";
 constexpr std::string_view description_column = "Description";
 constexpr std::string_view no_definition = "None";
-constexpr std::uintmax_t largest_file = 16U << 20U;  // bytes; a hundred thousand definitions
-
-// The next line without its end, which is CR, LF or CR LF. False at the end of the text.
-bool take_line(std::string_view& text, std::string_view& line) {
-  if (text.empty()) {
-    return false;
-  }
-  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-  line = text.substr(0, end);
-  text.remove_prefix(end);
-  text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, text.size()));
-  return true;
-}
+constexpr std::uintmax_t max_file_size = 16U << 20U;  // bytes; a hundred thousand definitions
 
 bool is_definition(std::string_view line) {
   return !trimmed(line).empty() && !line.starts_with(no_definition);
 }
 
-// Takes the text between quotes; a doubled quote stands for one. False if the closing one is missing.
+// Takes the text between quotes; a doubled quote means one. False if the closing one is missing.
 bool take_quoted(std::string_view& rest, std::string& field) {
   rest.remove_prefix(1);
   while (true) {
@@ -88,7 +75,7 @@ std::vector<std::string> csv_fields(std::string_view line) {
   return fields;
 }
 
-// Where the columns stand, as the header tells.
+// The places of the columns, from the header.
 class Columns {
  public:
   explicit Columns(std::string_view header_line) : titles_(csv_fields(header_line)) {
@@ -178,7 +165,7 @@ std::string file_text(const std::string& path) {
                              (errno != 0 ? std::generic_category().message(errno) : "this is no file"));
   }
   const std::uintmax_t size = fs::file_size(path, failure);
-  if (!failure && size > largest_file) {
+  if (!failure && size > max_file_size) {
     throw std::runtime_error(path + " is too large for a list of projections");
   }
   std::string bytes{std::istreambuf_iterator<char>(stream), {}};
@@ -196,7 +183,7 @@ std::string default_projection_file() {
   return (!fs::exists(of_user, missing) && fs::exists(of_program, missing) ? of_program : of_user).string();
 }
 
-// So that a file without definitions isn't met again at every start.
+// So that a file without definitions isn't read again at every start.
 void move_to_backup(const std::string& path) {
   safe_files::copy_into_place(path, path + ".bak");
   fs::remove(path);
@@ -204,18 +191,18 @@ void move_to_backup(const std::string& path) {
 
 }  // namespace
 
-int read_coord_projection_file(std::string& path) {
+int read_coord_projection_file(std::string& path, CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "read_coord_projection_file ");
   return trap_errors("An error occured while reading the projection definitions: ", [&] {
     if (path.empty()) {
       path = default_projection_file();
     }
-    const std::vector<CoordSystem> definitions = definitions_from_csv(file_text(path));
+    const CoordSystems definitions = definitions_from_csv(file_text(path));
     if (definitions.empty()) {
       move_to_backup(path);
     }
     for (const CoordSystem& definition : definitions) {
-      if (add_coord_definitions_to_list(definition) != 0) {
+      if (add_coord_definitions_to_list(coord_systems, definition) != 0) {
         return -1;
       }
     }
@@ -228,13 +215,13 @@ bool has_default_projection_file() {
   return fs::is_regular_file(default_projection_file(), missing);
 }
 
-int write_coord_projection_file(const std::string& path) {
+int write_coord_projection_file(const std::string& path, const CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "write_coord_projection_file ");
   return trap_errors("An error occurred while writing the coordinate projection file ",
-                     [&] { safe_files::write_into_place(path, definitions_as_csv(coord_systems())); });
+                     [&] { safe_files::write_into_place(path, definitions_as_csv(coord_systems)); });
 }
 
-std::vector<CoordSystem> definitions_from_csv(std::string_view bytes) {
+CoordSystems definitions_from_csv(std::string_view bytes) {
   constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
   if (bytes.starts_with(byte_order_mark)) {
     bytes.remove_prefix(byte_order_mark.size());
@@ -244,8 +231,8 @@ std::vector<CoordSystem> definitions_from_csv(std::string_view bytes) {
   std::string_view header_line;
   (void)take_line(rest, header_line);
 
-  std::vector<CoordSystem> definitions;
-  std::optional<Columns> columns;  // of the header, which nobody needs while there is no definition
+  CoordSystems definitions;
+  std::optional<Columns> columns;  // of the header; without a definition it isn't needed
   std::string_view line;
   for (std::size_t number = 2; take_line(rest, line); ++number) {
     if (!is_definition(line)) {

@@ -1,32 +1,31 @@
-// projection_file.h: definitions of coordinate systems in a CSV file, for handing them on.
+// projection_file.h: definitions of coordinate systems in a CSV file, for exchange.
 #pragma once
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "projections/coord_system.h"
+#include "projections/definition_list.h"
 
 namespace Module_projections {
 
 inline constexpr std::string_view projection_file_name = "projection.csv";
 
-/// Adds the definitions of a file to coord_systems: all of them, or none if any line can't be read. A file
+/// Adds the definitions of a file to the list: all of them, or none if any line can't be read. A file
 /// without definitions is moved to its name + ".bak".
-/// @param path in: the file; empty for the default one, of the user's or else of the program's folder.
-///             out: the file that was looked for
+/// @param path  in: the file; empty for the default one, in the user's or else in the program's folder.
+///              out: the file that was looked for
 /// @return 0, or -1 after a message
-[[nodiscard]] int read_coord_projection_file(std::string& path);
+[[nodiscard]] int read_coord_projection_file(std::string& path, CoordSystems& coord_systems);
 
 /// True if there is a file at the default places.
 bool has_default_projection_file();
 
-/// Writes all definitions of coord_systems.
+/// Writes all definitions of the list.
 /// @return 0, or -1 after a message; a file at the path is then as before
-[[nodiscard]] int write_coord_projection_file(const std::string& path);
+[[nodiscard]] int write_coord_projection_file(const std::string& path, const CoordSystems& coord_systems);
 
 /// The definitions of a file's text. Throws std::runtime_error that names line and column.
-std::vector<CoordSystem> definitions_from_csv(std::string_view text);
+CoordSystems definitions_from_csv(std::string_view text);
 
 std::string definitions_as_csv(std::span<const CoordSystem> definitions);
 

@@ -19,7 +19,7 @@ namespace Module_projections {
 namespace {
 
 constexpr const char* table = "[Projection Defintion Table]";
-constexpr std::size_t longest_name = 32;  // characters of the column
+constexpr std::size_t max_name_length = 32;  // characters of the column
 
 struct StoredRow {
   std::int32_t id = 0;
@@ -66,9 +66,9 @@ std::int32_t whole_zone_width(double width) {
   return static_cast<std::int32_t>(width);
 }
 
-// The description goes along as far as there is room for it.
+// The description is stored only if there is room for it.
 std::string stored_name(const std::string& full_name) {
-  return full_name.size() <= longest_name ? std::string(trimmed(full_name)) : name_part(full_name);
+  return full_name.size() <= max_name_length ? std::string(trimmed(full_name)) : name_part(full_name);
 }
 
 void write_row(dao::Recordset& row, const StoredRow& stored) {
@@ -90,8 +90,8 @@ void write_row(dao::Recordset& row, const StoredRow& stored) {
   row.update();
 }
 
-// Reading takes the first row, so the rows before the one in force go behind it; each keeps its ID.
-void move_behind(const std::vector<StoredRow>& stored, std::size_t count) {
+// Reading uses the first row, so the rows before the current projection move after it; each keeps its ID.
+void move_to_end(const std::vector<StoredRow>& stored, std::size_t count) {
   dao::Recordset rows = projection_rows();
   for (std::size_t index = 0; index < count; ++index) {
     rows.move_first();
@@ -122,7 +122,7 @@ void store(const CoordSystem& definition) {
     rows.edit();
   }
   write_row(rows, row);
-  move_behind(stored, place);
+  move_to_end(stored, place);
   transaction.commit();
   Module_database::open_survey().projections.requery();
 }

@@ -39,9 +39,9 @@ inline constexpr std::array<NamedField, 12> named_fields{
 /// The shortest text that reads back as exactly the same value.
 std::string field_text(const numerics::geodesy::CoordinateSystemValues& values, ValueField field);
 
-/// Takes a text over into a value; an empty one is 0.
-/// @return false, with the value as before, if the text is no number or a whole number is needed and it isn't
-/// one
+/// Reads a text into a value; an empty one is 0.
+/// @return false, with the value as before, if the text is not a number, or not a whole one where one is
+/// needed
 bool read_field(std::string_view text, ValueField field, numerics::geodesy::CoordinateSystemValues& values);
 
 }  // namespace Module_projections

@@ -1,9 +1,6 @@
-#include <span>
 #include <utility>
 
-#include "core/session_state.h"
 #include "core/trap_errors.h"
-#include "database/frequency_store.h"
 #include "database/survey_database.h"
 #include "reduction/averages.h"
 #include "reduction/derived_rows.h"
@@ -12,22 +9,20 @@
 namespace Module_averaged_data {
 
 using Module_database::Curve;
-using Module_database::StationRows;
 
 namespace {
 
-constexpr float average_merge_frequency = -1.0F;
+constexpr float average_merge_frequency = -1.0F;  // stored with every average; nothing reads it
 
-/// The average of all repeats of a key that are switched on; empty if there is none.
-Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID) {
+/// The average of all repeats of a key that are switched on; empty if none is.
+Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID, const Frequencies& frequencies) {
   dao::Recordset repeats = Module_database::open_survey().database.open_recordset(
       "SELECT * FROM ReadingsDataTable WHERE " + key_criteria("FileID>0", StationID, "ReductionType=0", key) +
       " ORDER BY EventNumber");
   if (repeats.eof() || repeats.get_long("NumFrequencies") < 1) {
     return {};
   }
-  RepeatSums sums(
-      std::span(session().frequency_list).first(static_cast<std::size_t>(session().frequency_count)));
+  RepeatSums sums(frequencies.list);
   for (; !repeats.eof(); repeats.move_next()) {
     if (repeats.get_bit("UseReading")) {
       sums.add(Module_database::read_reading(repeats));
@@ -41,35 +36,39 @@ void store_average(const ReadingKey& key, const StationRows& place, StoredReadin
   const std::string criteria = key_criteria("FileID<0", place.StationID, "ReductionType=1", key);
   Overrides overrides = Overrides::write;
   auto earlier = find_derived_row(criteria);
-  const RowTarget target = earlier ? RowTarget::found_row : RowTarget::new_row;
   if (earlier && std::cmp_equal(earlier->NumFrequencies, average.curve.count()) &&
       earlier->edits.curve.mask.size() == average.curve.mask.size()) {
     earlier->edits.curve.frequencies = std::move(average.curve.frequencies);
     earlier->edits.curve.data = std::move(average.curve.data);
     average = std::move(earlier->edits);
     overrides = Overrides::keep;
+  } else if (earlier) {
+    average.ID = earlier->edits.ID;
   }
-  store_derived_row(target, criteria, reduction_averaged, average_merge_frequency, key, place, overrides,
-                    average);
+  store_derived_row(criteria, reduction_averaged, average_merge_frequency, key, place, overrides, average);
 }
 
 }  // namespace
 
-int average_repeats(const ReadingKey& key, StoredReading& average) {
+int average_repeats_at(const StationRows& place, const ReadingKey& key, const Frequencies& frequencies,
+                       StoredReading& average) {
   average = {};
   return trap_errors(averaging_failed, [&] {
-    if (Module_database::load_reference_frequencies(key.reference_type) != 0) {
-      return -1;
+    StoredReading computed;
+    computed.curve = average_of_repeats(key, place.StationID, frequencies);
+    if (computed.curve.count() > 0) {
+      store_average(key, place, computed);
+      average = std::move(computed);
     }
-    const StationRows place =
-        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-    StoredReading made;
-    made.curve = average_of_repeats(key, place.StationID);
-    if (made.curve.count() > 0) {
-      store_average(key, place, made);
-      average = std::move(made);
-    }
-    return 0;
+  });
+}
+
+int average_repeats(const ReadingKey& key, const Frequencies& frequencies, StoredReading& average) {
+  average = {};
+  return trap_errors(averaging_failed, [&] {
+    return average_repeats_at(
+        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station), key,
+        frequencies, average);
   });
 }
 

@@ -1,31 +1,46 @@
 // averages.h: from repeats to averages and from averages to merged curves.
 //
-// All procedures need an open survey. Each reports 0, or -1 after a message; its result then has ID 0.
+// All procedures need an open survey. Each returns 0, or -1 after a message; its result then has ID 0.
+//
+// `frequencies` is the list of the key's reference type: an average has no other frequencies. The procedures
+// that end in _at work at a station whose rows have been found already; the others look it up once.
 #pragma once
 #include <cstdint>
 
+#include "core/frequencies.h"
 #include "database/reading.h"
+#include "database/stations.h"
 
 namespace Module_averaged_data {
 
 using Module_database::ReadingKey;
+using Module_database::StationRows;
 using Module_database::StoredReading;
 
-enum class AllowRaw { no, yes };  // whether a file of already reduced data may stand in
+enum class AllowRaw { no, yes };  // whether a file of already reduced data will do
 
 /// Reduces the repeats of a key to its stored average (ReductionType 1). Use flags, masks and offsets of an
 /// average with the same number of frequencies are kept; otherwise the earlier row is replaced.
 /// @param average the stored row; ID 0 if no repeat is used, and then nothing was stored or changed
-[[nodiscard]] int average_repeats(const ReadingKey& key, StoredReading& average);
+[[nodiscard]] int average_repeats(const ReadingKey& key, const Frequencies& frequencies,
+                                  StoredReading& average);
+[[nodiscard]] int average_repeats_at(const StationRows& place, const ReadingKey& key,
+                                     const Frequencies& frequencies, StoredReading& average);
 
 /// Combines the averages of all scan rates of a key (its scan rate is ignored) into the stored merged curve
 /// (ReductionType 2). @param merged the stored row; ID 0 if no scan rate is used
-[[nodiscard]] int merge_scan_rates(const ReadingKey& key, StoredReading& merged);
+[[nodiscard]] int merge_scan_rates(const ReadingKey& key, const Frequencies& frequencies,
+                                   StoredReading& merged);
+[[nodiscard]] int merge_scan_rates_at(const StationRows& place, const ReadingKey& key,
+                                      const Frequencies& frequencies, StoredReading& merged);
 
-/// The stored average (reduction 1) or merged curve (reduction 2) of a key, made if it is missing.
-/// @param reading ID 0 if there is none and none can be made
+/// The stored average (reduction 1) or merged curve (reduction 2) of a key, computed if it is missing.
+/// @param reading ID 0 if there is none and none can be computed
 [[nodiscard]] int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const ReadingKey& key,
-                                      StoredReading& reading);
+                                      const Frequencies& frequencies, StoredReading& reading);
+[[nodiscard]] int reduced_reading_at(const StationRows& place, std::int32_t reduction, AllowRaw allow_raw,
+                                     const ReadingKey& key, const Frequencies& frequencies,
+                                     StoredReading& reading);
 
 /// Rebuilds all averages, then all merged curves of the survey, with progress; can be stopped between
 /// stations, and what was rebuilt by then is kept.

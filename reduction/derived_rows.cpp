@@ -24,6 +24,7 @@ std::optional<DerivedRow> find_derived_row(const std::string& criteria) {
     return std::nullopt;
   }
   DerivedRow row;
+  row.edits.ID = readings.get_long("ID");
   row.NumFrequencies = readings.get_long("NumFrequencies");
   row.edits.UseReading = readings.get_bit("UseReading");
   row.edits.UseResistivity = readings.get_bit("UseResistivity");
@@ -38,15 +39,16 @@ std::optional<DerivedRow> find_derived_row(const std::string& criteria) {
   return row;
 }
 
-void store_derived_row(RowTarget target, const std::string& criteria, std::int32_t reduction,
-                       float merge_frequency, const ReadingKey& key,
-                       const Module_database::StationRows& place, Overrides overrides,
+void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,
+                       const ReadingKey& key, const Module_database::StationRows& place, Overrides overrides,
                        StoredReading& reading) {
   dao::Recordset& readings = Module_database::open_survey().readings;
-  if (target == RowTarget::found_row) {
-    readings.edit();
-  } else {
+  const bool is_new = reading.ID == 0;
+  if (is_new) {
     readings.add_new();
+  } else {
+    readings.find_first("ID = " + format_number(reading.ID, "0"));
+    readings.edit();
   }
   readings.set_long("FileID", derived_file);
   readings.set_long("StationID", place.StationID);
@@ -70,11 +72,11 @@ void store_derived_row(RowTarget target, const std::string& criteria, std::int32
   Module_database::write_curve(readings, reading.curve);
   readings.update();
   session().data_changed = true;
-  if (target == RowTarget::new_row) {
+  if (is_new) {
     readings.requery();
     readings.find_first(criteria);
+    reading.ID = readings.get_long("ID");
   }
-  reading.ID = readings.get_long("ID");
   reading.FileID = derived_file;
 }
 

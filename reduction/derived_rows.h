@@ -10,9 +10,10 @@
 
 namespace Module_averaged_data {
 
-inline constexpr std::int32_t reduction_averaged = 1;
-inline constexpr std::int32_t reduction_merged = 2;
-inline constexpr std::int32_t derived_file = -1;  // FileID of what was computed here
+using Module_database::derived_file;
+using Module_database::reduction_averaged;
+using Module_database::reduction_merged;
+using Module_database::reduction_raw;
 
 inline constexpr std::string_view averaging_failed = "An error occurred while calculating the average data: ";
 
@@ -21,24 +22,20 @@ inline constexpr std::string_view averaging_failed = "An error occurred while ca
 std::string key_criteria(std::string_view file_test, std::int32_t StationID, std::string_view reduction_test,
                          const Module_database::ReadingKey& key);
 
-/// The stored row that answers the criteria, without its curve; looked for in the survey's readings, which
-/// stand on the row afterwards.
+/// The stored row that answers the criteria, without its curve.
 struct DerivedRow {
   std::int32_t NumFrequencies = 0;
-  Module_database::StoredReading edits;  // the user's flags, offsets and, where it fits, mask
+  Module_database::StoredReading edits;  // ID, the user's flags, offsets and, where it fits, mask
 };
 std::optional<DerivedRow> find_derived_row(const std::string& criteria);
 
 enum class Overrides { keep, write };  // whether flags and offsets of the row are written
 
-enum class RowTarget { new_row, found_row };  // found_row: the one that find_derived_row stands on
-
-/// Writes a reading into a row and sets its ID and FileID.
+/// Writes a reading into the row of its ID, or into a new row if it has none, and sets its ID and FileID.
 /// @param criteria what finds a new row again
 /// @param merge_frequency stored as MergeFrequency
-void store_derived_row(RowTarget target, const std::string& criteria, std::int32_t reduction,
-                       float merge_frequency, const Module_database::ReadingKey& key,
-                       const Module_database::StationRows& place, Overrides overrides,
-                       Module_database::StoredReading& reading);
+void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,
+                       const Module_database::ReadingKey& key, const Module_database::StationRows& place,
+                       Overrides overrides, Module_database::StoredReading& reading);
 
 }  // namespace Module_averaged_data

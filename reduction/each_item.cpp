@@ -35,8 +35,8 @@ class GroupedCommits {
     }
   }
 
-  /// Keeps what was written before an item failed. The user has been told of that failure, which is mostly
-  /// the reason why this one comes as well.
+  /// Keeps what was written before an item failed. That failure has been reported, and is mostly
+  /// the reason for this one.
   void commit_after_failure() {
     try {
       commit();

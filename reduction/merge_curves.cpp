@@ -16,9 +16,7 @@ using Module_database::StoredReading;
 
 namespace {
 
-constexpr float present_from = -1e30F;  // below it a merged value is absent
-
-/// What an average has to say at one of its points: corrected resistivity and phase, if they count.
+/// What an average contributes at one of its points: corrected resistivity and phase, if they count.
 std::array<std::optional<float>, mask_count> contribution(const StoredReading& average, std::size_t index) {
   const float resistivity = average.curve.data[index * field_count];
   const float phase = average.curve.data[index * field_count + 1];
@@ -39,7 +37,7 @@ void reserve(Curve& curve, std::size_t count) {
   curve.mask.reserve(count * mask_count);
 }
 
-/// Copies a point as it stands.
+/// Copies a point as it is.
 void append_point(Curve& curve, const Curve& source, std::size_t index) {
   const auto data = source.data.begin() + static_cast<std::ptrdiff_t>(index * field_count);
   const auto mask = source.mask.begin() + static_cast<std::ptrdiff_t>(index * mask_count);
@@ -67,7 +65,7 @@ void add_to_last(Curve& merged, const StoredReading& average, std::size_t index)
     if (!values[quantity]) {
       continue;
     }
-    if (data[quantity] >= present_from) {
+    if (double{data[quantity]} > present_above) {
       data[quantity] += *values[quantity];
       ++contributions[quantity];
     } else {
@@ -118,7 +116,7 @@ Curve MergedCurve::finish() const {
       if (mask > 0) {
         value /= static_cast<float>(mask);
       }
-      mask = value > present_from ? 1 : 0;
+      mask = double{value} > present_above ? 1 : 0;
     }
   }
   return result;

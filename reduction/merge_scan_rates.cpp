@@ -7,11 +7,8 @@
 #include "reduction/averages.h"
 #include "reduction/derived_rows.h"
 #include "reduction/merge_curves.h"
-#include "reduction/reduced_reading.h"
 
 namespace Module_averaged_data {
-
-using Module_database::StationRows;
 
 namespace {
 
@@ -33,11 +30,12 @@ std::vector<float> scan_rates_of(const ReadingKey& key, std::int32_t StationID) 
 }
 
 /// Adds the averages of all scan rates that are switched on. @return -1 when one could not be had
-int add_averages(ReadingKey key, std::int32_t StationID, MergedCurve& merged) {
-  for (const float scan_rate : scan_rates_of(key, StationID)) {
+int add_averages(const StationRows& place, ReadingKey key, const Frequencies& frequencies,
+                 MergedCurve& merged) {
+  for (const float scan_rate : scan_rates_of(key, place.StationID)) {
     key.scan_rate = scan_rate;
     StoredReading average;
-    if (reduced_reading_at(StationID, reduction_averaged, AllowRaw::yes, key, average) != 0) {
+    if (reduced_reading_at(place, reduction_averaged, AllowRaw::yes, key, frequencies, average) != 0) {
       return -1;
     }
     if (average.ID != 0 && average.UseReading && (average.UseResistivity || average.UsePhase)) {
@@ -62,8 +60,8 @@ int store_merged(const ReadingKey& key, const StationRows& place, StoredReading&
     }
     merged = std::move(earlier->edits);
   }
-  store_derived_row(earlier ? RowTarget::found_row : RowTarget::new_row, criteria, reduction_merged,
-                    merged_merge_frequency, key, place, earlier ? Overrides::keep : Overrides::write, merged);
+  store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,
+                    earlier ? Overrides::keep : Overrides::write, merged);
   if (same_count) {
     return 0;
   }
@@ -73,27 +71,35 @@ int store_merged(const ReadingKey& key, const StationRows& place, StoredReading&
 
 }  // namespace
 
-int merge_scan_rates(const ReadingKey& key, StoredReading& merged) {
+int merge_scan_rates_at(const StationRows& place, const ReadingKey& key, const Frequencies& frequencies,
+                        StoredReading& merged) {
   merged = {};
   return trap_errors(averaging_failed, [&] {
-    const StationRows place =
-        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
     MergedCurve curve;
-    if (add_averages(key, place.StationID, curve) != 0) {
+    if (add_averages(place, key, frequencies, curve) != 0) {
       return -1;
     }
     if (curve.count() == 0) {
       return 0;
     }
-    StoredReading made;
-    made.curve = curve.finish();
+    StoredReading computed;
+    computed.curve = curve.finish();
     ReadingKey merged_key = key;
     merged_key.scan_rate = merged_scan_rate;
-    if (store_merged(merged_key, place, made) != 0) {
+    if (store_merged(merged_key, place, computed) != 0) {
       return -1;
     }
-    merged = std::move(made);
+    merged = std::move(computed);
     return 0;
+  });
+}
+
+int merge_scan_rates(const ReadingKey& key, const Frequencies& frequencies, StoredReading& merged) {
+  merged = {};
+  return trap_errors(averaging_failed, [&] {
+    return merge_scan_rates_at(
+        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station), key,
+        frequencies, merged);
   });
 }
 

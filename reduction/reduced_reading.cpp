@@ -1,12 +1,10 @@
-#include "reduction/reduced_reading.h"
-
 #include <optional>
 #include <utility>
 
 #include "core/number_text.h"
 #include "core/trap_errors.h"
-#include "database/stations.h"
 #include "database/survey_database.h"
+#include "reduction/averages.h"
 #include "reduction/derived_rows.h"
 
 namespace Module_averaged_data {
@@ -28,34 +26,39 @@ std::optional<StoredReading> stored_reading(std::string_view file_test, std::int
   return Module_database::read_reading(row);
 }
 
+std::string_view failure_text(std::int32_t reduction) {
+  return reduction == reduction_averaged ? averaging_failed
+                                         : "An error occurred while calculating the merged data: ";
+}
+
 }  // namespace
 
-int reduced_reading_at(std::int32_t StationID, std::int32_t reduction, AllowRaw allow_raw,
-                       const ReadingKey& key, StoredReading& reading) {
-  if (auto stored = stored_reading("FileID<0", StationID, reduction, key)) {
-    reading = std::move(*stored);
+int reduced_reading_at(const StationRows& place, std::int32_t reduction, AllowRaw allow_raw,
+                       const ReadingKey& key, const Frequencies& frequencies, StoredReading& reading) {
+  reading = {};
+  return trap_errors(failure_text(reduction), [&] {
+    if (auto stored = stored_reading("FileID<0", place.StationID, reduction, key)) {
+      reading = std::move(*stored);
+      return 0;
+    }
+    const auto reduce = reduction == reduction_averaged ? average_repeats_at : merge_scan_rates_at;
+    if (reduce(place, key, frequencies, reading) != 0) {
+      return -1;
+    }
+    if (reading.ID == 0 && allow_raw == AllowRaw::yes) {
+      reading = stored_reading("FileID>0", place.StationID, reduction, key).value_or(StoredReading{});
+    }
     return 0;
-  }
-  const auto reduce = reduction == reduction_averaged ? average_repeats : merge_scan_rates;
-  if (reduce(key, reading) != 0) {
-    return -1;
-  }
-  if (reading.ID == 0 && allow_raw == AllowRaw::yes) {
-    reading = stored_reading("FileID>0", StationID, reduction, key).value_or(StoredReading{});
-  }
-  return 0;
+  });
 }
 
 int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const ReadingKey& key,
-                        StoredReading& reading) {
+                        const Frequencies& frequencies, StoredReading& reading) {
   reading = {};
-  const std::string_view fixed_text = reduction == reduction_averaged
-                                          ? averaging_failed
-                                          : "An error occurred while calculating the merged data: ";
-  return trap_errors(fixed_text, [&] {
-    const auto place =
-        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-    return reduced_reading_at(place.StationID, reduction, allow_raw, key, reading);
+  return trap_errors(failure_text(reduction), [&] {
+    return reduced_reading_at(
+        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station),
+        reduction, allow_raw, key, frequencies, reading);
   });
 }
 

@@ -48,7 +48,7 @@ class RepeatSums {
   std::span<const float> frequency_list_;
   std::vector<std::int32_t> row_of_position_;  // -1: no repeat has this frequency of the list
   std::vector<Sums> rows_;                     // in the order in which frequencies turned up
-  std::size_t next_position_ = 0;              // where the frequency after the last one would stand
+  std::size_t next_position_ = 0;              // where the frequency after the last one would be
   int used_repeats_ = 0;                       // added so far, those switched off not counted
 };
 

@@ -13,6 +13,17 @@ std::string value_text(float value, float scale, const char* picture) {
 
 }  // namespace
 
+std::optional<Module_averaged_data::Component> switched_in_column(int column) {
+  switch (column) {
+    case column_use_resistivity:
+      return Module_averaged_data::Component::resistivity;
+    case column_use_phase:
+      return Module_averaged_data::Component::phase;
+    default:
+      return std::nullopt;
+  }
+}
+
 std::vector<DataRowTexts> data_rows(const StationInversion& inversion) {
   const Module_database::Curve& curve = inversion.merged.curve;
   std::vector<DataRowTexts> rows(curve.count());

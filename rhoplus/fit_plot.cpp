@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
@@ -40,7 +41,7 @@ void fill_observed(PanePlot& pane, const StationInversion& inversion, int field)
     const auto& row_number = inversion.tables.index.row_number;
     if (i < row_number.size() && row_number[i] > 0) {
       const RhoplusRow& row = inversion.tables.data[static_cast<std::size_t>(row_number[i] - 1)];
-      if ((is_phase ? row.use_phase : row.use_resistivity) == 1.0F) {
+      if (is_phase ? row.uses_phase() : row.uses_resistivity()) {
         series.error[i] = double{is_phase ? row.phase_error : row.resistivity_error};
       }
     }
@@ -75,17 +76,17 @@ void set_axes(GraphPair& plot) {
 graph::AxisLimits decades_around(const std::vector<double>& values) {
   graph::AxisLimits limits;
   limits.type = graph::AxisType::logarithmic;
-  double least = std::numeric_limits<double>::infinity();
-  double most = 0.0;
+  double min_value = std::numeric_limits<double>::infinity();
+  double max_value = 0.0;
   for (const double value : values) {
-    least = value > 0.0 ? std::min(least, value) : least;
-    most = std::max(most, value);
+    min_value = value > 0.0 ? std::min(min_value, value) : min_value;
+    max_value = std::max(max_value, value);
   }
-  if (most == 0.0) {
-    least = most = 1.0;
+  if (max_value == 0.0) {
+    min_value = max_value = 1.0;
   }
-  limits.minimum = std::pow(10.0, std::ceil(std::log10(least)) - 1.0);
-  limits.maximum = std::pow(10.0, std::floor(std::log10(most)) + 1.0);
+  limits.minimum = std::pow(10.0, std::ceil(std::log10(min_value)) - 1.0);
+  limits.maximum = std::pow(10.0, std::floor(std::log10(max_value)) + 1.0);
   return limits;
 }
 

@@ -19,7 +19,7 @@ std::string fit_point_text(const Module_display_data::GraphPair& plot, std::size
                            Module_averaged_data::Component component);
 
 /// The sheets of the model as stems of conductance (S) at their depth (m), both axes logarithmic, a series a
-/// sheet. A sheet at the surface stands near the left edge; a perfect conductor at the bottom reaches the
+/// sheet. A sheet at the surface is drawn near the left edge; a perfect conductor at the bottom reaches the
 /// upper edge. Empty without a model.
 Module_display_data::PanePlot sheet_plot(const std::vector<numerics::rhoplus::RhoplusLayer>& model);
 

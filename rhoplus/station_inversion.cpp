@@ -1,51 +1,69 @@
 #include "rhoplus/station_inversion.h"
 
 #include <algorithm>
-#include <fstream>
+#include <utility>
 
 #include "core/file_names.h"
+#include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "reduction/averages.h"
+#include "rhoplus/inversion_log.h"
 
 namespace fs = std::filesystem;
 
 namespace Module_rhoplus {
 
-using Module_output::rhoplus_settings;
-using Module_output::RhoplusTables;
-
 namespace {
 
 constexpr const char* failed_text = "An error occurred while performing the 1d inversion: ";
-constexpr std::int32_t reduction_merged = 2;
 constexpr std::size_t longest_log = 32000;  // bytes
 
-numerics::rhoplus::RhoplusSurface surface_of(const Module_output::RhoplusSettings& settings) {
+numerics::rhoplus::RhoplusSurface surface_of(const RhoplusSettings& settings) {
   return settings.surface == 0 ? numerics::rhoplus::RhoplusSurface::conducting
                                : numerics::rhoplus::RhoplusSurface::insulating;
 }
 
-/// The log as far as a text box takes it. Empty if there is none.
-std::string read_log(const fs::path& path) {
-  std::string log(longest_log, ' ');
-  std::ifstream file(path, std::ios::binary);
-  file.read(log.data(), static_cast<std::streamsize>(log.size()));
-  log.resize(static_cast<std::size_t>(file.gcount()));
-  return log;
-}
-
 /// The merged curve and what multiplies its resistivities. @return 0, or -1 after a message
-int find_merged(const ReadingKey& key, StationInversion& result) {
+int find_merged(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                StationInversion& result) {
   result = {};
-  const int status = Module_averaged_data::get_reduced_reading(
-      reduction_merged, Module_averaged_data::AllowRaw::yes, key, result.merged);
-  result.scale = rhoplus_settings().resistivity_scale *
-                 (rhoplus_settings().apply_static == 1 ? result.merged.ResOffset : 1.0F);
+  const int status = Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
+                                                               Module_averaged_data::AllowRaw::yes, key,
+                                                               frequencies, result.merged);
+  result.scale = settings.resistivity_scale * (settings.apply_static == 1 ? result.merged.ResOffset : 1.0F);
   return status;
 }
 
+/// Inverts the rows and writes the log; `result` keeps as much of it as a text box takes.
+void run_with_log(const fs::path& folder, const std::string& stem, numerics::rhoplus::RhoplusSurface surface,
+                  StationInversion& result) {
+  numerics::rhoplus::RhoplusInversion details;
+  result.run = numerics::rhoplus::rhoplus(result.tables.data, surface, &details);
+  std::string log = inversion_log(stem, result.tables.data, surface, result.run, details);
+  const std::string failure = write_log(folder / (stem + ".out"), log);
+  if (failure.empty()) {
+    log.resize(std::min(log.size(), longest_log));
+    result.log = std::move(log);
+  } else if (result.run.status == numerics::rhoplus::rhoplus_ran) {
+    result.run.status = rhoplus_log_not_written;
+    result.run.message = failure;
+  }
+}
+
 }  // namespace
+
+std::string inversion_title(const std::string& line, double station) {
+  return "Rhoplus Inversion for Line " + line + ", Station " + format_number(station, "0");
+}
+
+std::string log_or_reason(const StationInversion& inversion) {
+  if (inversion.run.status == numerics::rhoplus::rhoplus_ran) {
+    return inversion.log;
+  }
+  const std::string& reason = inversion.run.message;
+  return reason.empty() ? nothing_inverted : std::string(nothing_inverted) + "\n" + reason;
+}
 
 fs::path run_directory(const std::string& database_file, std::int32_t reference_type,
                        const std::string& line) {
@@ -60,9 +78,10 @@ fs::path run_directory(const std::string& database_file, std::int32_t reference_
   return fs::path(survey_folder.empty() ? "." : survey_folder) / reference / folder;
 }
 
-int invert_station(const ReadingKey& key, StationInversion& result) {
+int invert_station(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                   StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, result) != 0) {
+    if (find_merged(key, frequencies, settings, result) != 0) {
       return -1;
     }
     if (result.merged.ID == 0) {
@@ -70,28 +89,27 @@ int invert_station(const ReadingKey& key, StationInversion& result) {
     }
     const fs::path folder = run_directory(session().database_file, key.reference_type, key.line);
     fs::create_directories(folder);
-    const std::string stem = Module_output::rhoplus_stem(rhoplus_settings(), key.station);
-    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, result.tables) != 0) {
+    const std::string stem = Module_output::rhoplus_stem(settings, key.station);
+    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, frequencies, settings,
+                                          result.tables) != 0) {
       return -1;
     }
     if (!result.tables.data.empty()) {
-      result.run =
-          numerics::rhoplus::rhoplus(folder, stem, result.tables.data, surface_of(rhoplus_settings()));
-      result.log = read_log(folder / (stem + ".out"));
+      run_with_log(folder, stem, surface_of(settings), result);
     }
     return 0;
   });
 }
 
-int invert_station_in_memory(const ReadingKey& key, StationInversion& result) {
+int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,
+                             const RhoplusSettings& settings, StationInversion& result) {
   return trap_errors(failed_text, [&] {
-    if (find_merged(key, result) != 0) {
+    if (find_merged(key, frequencies, settings, result) != 0) {
       return -1;
     }
-    result.tables = Module_output::rhoplus_tables(result.merged, rhoplus_settings());
+    result.tables = Module_output::rhoplus_tables(result.merged, frequencies, settings);
     if (!result.tables.data.empty()) {
-      result.run =
-          numerics::rhoplus::rhoplus(result.tables.data, surface_of(rhoplus_settings()), &result.log);
+      result.run = numerics::rhoplus::rhoplus(result.tables.data, surface_of(settings));
     }
     return 0;
   });

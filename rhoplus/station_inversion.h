@@ -11,29 +11,44 @@ namespace Module_rhoplus {
 
 using Module_database::ReadingKey;
 using Module_database::StoredReading;
+using Module_output::RhoplusSettings;
 
-/// What was inverted and what came of it.
+/// Status of a run beside those of RhoplusStatus: the inversion ran and its results are there, but its log is
+/// not on the disk.
+constexpr int rhoplus_log_not_written = 3;
+
+/// What was inverted, and the results.
 struct StationInversion {
-  StoredReading merged;  // ID 0: the station has none
-  float scale = 1.0F;    // on its resistivities: static factor and resistivity scale, as the settings ask for
+  StoredReading merged;  // ID 0: the station has no merged curve
+  float scale = 1.0F;  // on its resistivities: static factor and resistivity scale, according to the settings
   Module_output::RhoplusTables tables;  // with the model's response, once the run has filled it
   numerics::rhoplus::RhoplusRun run;    // status rhoplus_not_run where there was nothing to invert
-  std::string log;                      // text of the run's log
+  std::string log;                      // the log as written, as far as a text box takes it
 };
 
-/// Where the files of a line's inversions stand: below the survey's folder "NRRef", "RRef" or "XRef" by
+/// "Rhoplus Inversion for Line 200E, Station 1250"
+std::string inversion_title(const std::string& line, double station);
+
+inline constexpr const char* nothing_inverted = "No data to invert";
+
+/// The log; without results a sentence and the reason, as far as there is one.
+std::string log_or_reason(const StationInversion& inversion);
+
+/// Where the files of a line's inversions are: below the survey's folder "NRRef", "RRef" or "XRef" by
 /// reference type, and in it a folder named like the line. Characters of the line that would lead elsewhere
 /// become "_".
 std::filesystem::path run_directory(const std::string& database_file, std::int32_t reference_type,
                                     const std::string& line);
 
-/// Inverts the merged curve of a key with the settings in force. Writes control file and log into the run
-/// directory, which is made if it is missing. The session must hold the frequency list of the key's reference
-/// type.
+/// Inverts the merged curve of a key. Writes control file and log into the run directory, which is created if
+/// it is missing.
+/// @param frequencies of the key's reference type
 /// @return 0, also where there was nothing to invert; -1 after a message
-[[nodiscard]] int invert_station(const ReadingKey& key, StationInversion& result);
+[[nodiscard]] int invert_station(const ReadingKey& key, const Frequencies& frequencies,
+                                 const RhoplusSettings& settings, StationInversion& result);
 
-/// The same without files, for callers that print the result.
-[[nodiscard]] int invert_station_in_memory(const ReadingKey& key, StationInversion& result);
+/// The same without files and log, for callers that print the result.
+[[nodiscard]] int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,
+                                           const RhoplusSettings& settings, StationInversion& result);
 
 }  // namespace Module_rhoplus

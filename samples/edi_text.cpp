@@ -1,10 +1,10 @@
 #include "samples/edi_text.h"
 
-#include <numbers>
 #include <string_view>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "numerics/constants.h"
 #include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/layered_earth.h"
 
@@ -12,7 +12,6 @@ namespace Module_samples {
 namespace {
 
 constexpr std::array<std::string_view, 4> element_names{"XX", "XY", "YX", "YY"};
-constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
 
 std::string metres(double value) { return format_number(value, "0.0"); }
 
@@ -92,7 +91,7 @@ void append_resistivities(const EdiSection& section, std::size_t element, std::s
                each(section, [&](auto k) { return numerics::impedance::phase_degrees(tensor.impedance[k]); }),
                text);
   append_block("PHS" + name + ".ERR",
-               each(section, [&](auto k) { return degrees_per_radian * relative_error(k); }), text);
+               each(section, [&](auto k) { return numerics::degrees_per_radian * relative_error(k); }), text);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-// brenlox_make_run: iterations for the run directory of a line of the made survey, to look at where nobody
-// has run the inversion.
+// brenlox_make_run: iterations for the run directory of a line of the sample survey, to look at if the
+// inversion hasn't been run.
 //
-// Nothing is inverted: the models walk from the start model to the ground that the survey was made over.
-// Their misfits are true ones, of the responses of these models.
+// Nothing is inverted: the models go in steps from the start model to the ground that the survey was
+// computed over. Their misfits are true ones, of the responses of these models.
 #include <algorithm>
 #include <cmath>
 #include <exception>
@@ -18,10 +18,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/iteration_file.h"
-#include "formats/occam/model_file.h"
-#include "formats/occam/occam_state.h"
+#include "occam/occam_files.h"
 #include "occam/results/model_response.h"
 #include "samples/sample_survey.h"
 
@@ -161,14 +158,15 @@ void make_run(const fs::path& folder, const std::string& line_name) {
   const Module_samples::SampleLine& line = find_line(line_name);
   const fs::path start_file = folder / "startup";
   OccamIteration start;
+  OccamData sites;
   ObservedData data;
+  OccamModel model;
   if (read_occam_iteration(IterationParts::with_parameters, start_file.string(), start) != 0 ||
-      read_occam_data_file((folder / start.data_file).string()) != 0 ||
+      read_occam_data_file((folder / start.data_file).string(), sites) != 0 ||
       read_occam_data_rows((folder / start.data_file).string(), data) != 0 ||
-      read_occam_model((folder / start.model_file).string()) != 0) {
+      read_occam_model(folder, start.model_file, sites, model) != 0) {
     throw std::runtime_error("there is no start file with its model and data in " + folder.string());
   }
-  const OccamModel& model = occam_state().model;
   const std::vector<double> ground = ground_in_blocks(model, line);
   for (int number = 1; number <= iterations; ++number) {
     const double share = static_cast<double>(number) / iterations;

@@ -1,4 +1,4 @@
-// brenlox_make_samples: writes the field files of the made survey into a folder.
+// brenlox_make_samples: writes the field files of the synthetic survey into a folder.
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -21,11 +21,11 @@ void write_file(const std::filesystem::path& path, const std::string& text) {
 
 int run(int argument_count, char** arguments) {
   CLI::App program(
-      "Writes the EDI files of a made survey: two lines of twelve stations over layered ground, two "
+      "Writes the EDI files of a synthetic survey: two lines of twelve stations over layered ground, two "
       "scan rates, three repeats. The same seed gives the same files.");
   std::string folder;
   std::uint64_t seed = Module_samples::default_seed;
-  program.add_option("OUTPUT_FOLDER", folder, "folder for the files; made if it is missing")->required();
+  program.add_option("OUTPUT_FOLDER", folder, "folder for the files; created if it is missing")->required();
   program.add_option("--seed", seed, "seed of the random numbers")->capture_default_str();
   try {
     program.parse(argument_count, arguments);

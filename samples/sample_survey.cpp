@@ -13,7 +13,7 @@ namespace {
 constexpr double map_east_origin = 500000.0;    // m
 constexpr double map_north_origin = 6200000.0;  // m
 
-struct Recording {  // what tells one field file from another
+struct Recording {  // what distinguishes one field file from another
   const SampleLine* line = nullptr;
   std::size_t line_index = 0;
   double station = 0.0;

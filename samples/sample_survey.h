@@ -1,4 +1,4 @@
-// sample_survey.h: the field files of a made survey, for trying the workstation out and for tests.
+// sample_survey.h: the field files of a synthetic survey, for trying the workstation out and for tests.
 //
 // Two lines of twelve stations stand over ground of four layers that changes along the lines: the conductive
 // third layer rises to the north. Every station was measured at two scan rates whose frequencies overlap,
@@ -45,7 +45,7 @@ inline constexpr double station_step = 100.0;   // m
 inline constexpr int repeat_count = 3;
 inline constexpr std::uint64_t default_seed = 1954;
 
-/// One field file. Its name tells line (columns 2 to 5), station (8 to 11), repeat (14) and scan rate (17 to
+/// One field file. Its name holds line (columns 2 to 5), station (8 to 11), repeat (14) and scan rate (17 to
 /// 20): "L200E_S0100_E1_R4096.edi".
 struct SampleFile {
   std::string name;

@@ -28,9 +28,9 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
-#include "formats/occam/iteration_file.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
+#include "occam/occam_files.h"
 #include "occam/results/run_results.h"
 #include "occam/windows/Form_occam_inversion.h"
 #include "projections/windows/Form_define_projection.h"
@@ -38,15 +38,14 @@
 namespace {
 
 struct WindowPicture {
-  const char* name;                 // of the file, without its ending
-  const char* menu_item = nullptr;  // brings the window up; none: the main window as it stands
-  std::function<void(QWidget&)> prepare = nullptr;  // fills the window in before its picture is taken
+  const char* name;                                 // of the file, without its extension
+  const char* menu_item = nullptr;                  // brings the window up; none: the main window as it is
+  std::function<void(QWidget&)> prepare = nullptr;  // fills in the window before its picture is taken
   std::function<void(Form_main&)> open = nullptr;   // in place of a menu item that would ask for more
-  bool (*possible)() = [] { return true; };         // with what stands beside the survey
+  bool (*possible)() = [] { return true; };         // with the files beside the survey
 };
 
-/// Lets events run until something holds. @return whether it does by now; a machine that doesn't get there
-/// for long has other troubles
+/// Runs events until a condition holds, for half a minute at most. @return whether it holds
 template <class Condition>
 bool wait_until(Condition condition) {
   constexpr int patience_milliseconds = 30000;
@@ -59,21 +58,21 @@ bool wait_until(Condition condition) {
   return condition();
 }
 
-/// Folders are read in the background: the chosen one comes into view once those above it are there.
+/// Folders are read in the background: the chosen one comes into view when those above it have been read.
 bool shows_its_folder(const QTreeView& tree) {
   const QModelIndex chosen = tree.currentIndex();
   return qobject_cast<const QFileSystemModel*>(tree.model()) == nullptr || !tree.isVisible() ||
          !chosen.isValid() || tree.viewport()->rect().intersects(tree.visualRect(chosen));
 }
 
-/// Layouts and graphs that follow a change with a delay have single shots on their way.
-bool is_on_its_way(const QTimer& timer) {
+/// Layouts and graphs that follow a change after a delay do so by single-shot timers.
+bool is_pending(const QTimer& timer) {
   constexpr int longest_delay_milliseconds = 500;
   return timer.isActive() && timer.isSingleShot() && timer.interval() <= longest_delay_milliseconds;
 }
 
-/// The tree is brought there while rows above the chosen one still come in; it may have been too early when
-/// it was told of the last ones.
+/// The tree scrolls to the chosen folder while rows above it still come in; for the last of them it may have
+/// scrolled too early.
 bool is_settled(QTreeView& tree) {
   if (!shows_its_folder(tree)) {
     tree.scrollTo(tree.currentIndex(), QAbstractItemView::PositionAtCenter);
@@ -86,7 +85,7 @@ void let_settle(const QWidget& window) {
     return std::ranges::all_of(window.findChildren<QTreeView*>(),
                                [](auto* tree) { return is_settled(*tree); }) &&
            std::ranges::none_of(window.findChildren<QTimer*>(),
-                                [](auto* timer) { return is_on_its_way(*timer); });
+                                [](auto* timer) { return is_pending(*timer); });
   });
 }
 
@@ -105,7 +104,7 @@ std::vector<std::string> field_files() {
   return Module_data_file::find_import_files(Module_util::directory_of(session().database_file), "edi");
 }
 
-/// Adds all files of a folder to the list. The list of the folder's files may be read anew at any time while
+/// Adds all files of a folder to the list. The list of the folder's files may be read again at any time while
 /// the folders beside it are still being read.
 void choose_folder(const QWidget& import_dialog, const QString& folder) {
   const auto& list = control<QTreeWidget>(import_dialog, "ListView_binary");
@@ -135,7 +134,7 @@ void choose_data(const QWidget& import_dialog) {
   control<QCheckBox>(import_dialog, "Check_use_SECTID_as_station").setChecked(true);
 }
 
-/// The report of a scan has something to tell: one file is cut short, one is no field file.
+/// Gives the report of a scan something to report: one file is cut short, one isn't a field file.
 void scan_damaged_files(const QWidget& import_dialog) {
   constexpr std::size_t sound_files = 3;
   const QTemporaryDir folder;
@@ -161,14 +160,13 @@ void scan_damaged_files(const QWidget& import_dialog) {
 }
 
 /// The columns of line, event and scan rate in names like L200E_S0100_E1_R0256.edi.
-void decode_names_of_samples() {
-  auto& decode = Module_data_file::reading_record().choices.decode;
+void decode_names_of_samples(Module_data_file::DecodeTable& decode) {
   decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
   decode[Module_data_file::decode_event] = {true, 14, 1, ""};
   decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
 }
 
-/// An iteration that a run has left in the survey's folder or below it; empty if there is none.
+/// An iteration file in the survey's folder or below it; empty if there is none.
 QString iteration_file() {
   QDirIterator files(QString::fromStdString(Module_util::directory_of(session().database_file)), {"ITER*"},
                      QDir::Files, QDirIterator::Subdirectories);
@@ -184,7 +182,7 @@ void show_results(Form_main& window) {
   }
 }
 
-/// Fills the pages in from the run and, beside it, a file of elevations, as far as they are there.
+/// Fills in the pages from the run and from a file of elevations beside it, as far as there are any.
 void mask_run(const QWidget& mask_dialog) {
   Module_occam::ControlFile names;
   const QString iteration = iteration_file();
@@ -204,7 +202,7 @@ void mask_run(const QWidget& mask_dialog) {
   }
 }
 
-/// The window that has come up beside another one without holding it; none as a rule.
+/// The modeless window that has come up beside another one; usually none.
 QWidget* window_beside(const QWidget& window) {
   for (QWidget* const other : QApplication::topLevelWidgets()) {
     if (other->parentWidget() == &window && other->isVisible() && !other->isModal() &&
@@ -215,7 +213,7 @@ QWidget* window_beside(const QWidget& window) {
   return nullptr;
 }
 
-// Those that stand in the main window come at the ends, as they stay there.
+// States of the main window come first and last, as they stay.
 const WindowPicture pictures[] = {
     {"main_window"},
     {"plan", nullptr, [](QWidget& window) { press(window, "Command_show_plan"); }},
@@ -275,8 +273,8 @@ const WindowPicture pictures[] = {
     {"output_panel", "menu_output_data_1"},
 };
 
-/// Brings up one window. A modal one keeps its menu item from coming back, so that a timer finds it, which
-/// goes on in the window's own event loop.
+/// Brings up one window. The menu item of a modal one returns only when it closes, so a timer, which also
+/// runs in the window's own event loop, looks for it.
 class WindowVisit : public QObject {
  public:
   WindowVisit(Form_main& main_window, const WindowVisitor& visitor)
@@ -305,15 +303,15 @@ class WindowVisit : public QObject {
   }
 
   void timerEvent(QTimerEvent* /*event*/) override {
-    timer_.stop();  // started anew it also fires while this look is still at work
+    timer_.stop();  // started again it also fires while this look still works
     look();
   }
 
   void look() {
-    look_soon();  // preparing may bring up another window, the one that is meant
+    look_soon();  // preparing may bring up another window, the one to show
     QWidget* const window = QApplication::activeModalWidget();
-    if (window != nullptr && window != in_hand_) {
-      const ScopedValue<QWidget*> in_hand(in_hand_, window);
+    if (window != nullptr && window != working_on_) {
+      const ScopedValue<QWidget*> working_on(working_on_, window);
       prepare_and_visit(*window);
       window->close();
     }
@@ -325,7 +323,7 @@ class WindowVisit : public QObject {
     }
     let_settle(window);
     if (std::exchange(visited_, true)) {
-      return;  // a window that this one has brought up
+      return;  // a window that this one brought up
     }
     QWidget* const beside = window_beside(window);
     if (beside != nullptr) {
@@ -340,8 +338,8 @@ class WindowVisit : public QObject {
   Form_main& main_window_;
   const WindowVisitor& visitor_;
   QBasicTimer timer_;
-  const WindowPicture* picture_ = nullptr;  // in hand
-  QWidget* in_hand_ = nullptr;
+  const WindowPicture* picture_ = nullptr;  // being taken
+  QWidget* working_on_ = nullptr;
   bool prepared_ = false;
   bool visited_ = false;
 };
@@ -349,7 +347,7 @@ class WindowVisit : public QObject {
 }  // namespace
 
 void visit_windows(Form_main& window, const WindowVisitor& visitor) {
-  decode_names_of_samples();
+  decode_names_of_samples(window.import_decode());
   window.show();
   WindowVisit visit(window, visitor);
   for (const WindowPicture& picture : pictures) {

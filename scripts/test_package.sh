@@ -4,7 +4,7 @@
 #
 #   scripts/test_package.sh [--fresh] [--pictures FOLDER]
 #
-# The bare system is kept as build/clean_root.tar for the next time; --fresh makes it anew. DEBIAN_MIRROR names the
+# The bare system is kept as build/clean_root.tar for the next time; --fresh builds it again. DEBIAN_MIRROR names the
 # mirror; without it the one that apt uses here is taken.
 # shellcheck disable=SC2016,SC1091  # apt fills in its own names; the release is not known here
 set -euo pipefail

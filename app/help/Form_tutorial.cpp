@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Pictures are no wider than the page. What a page refers to stands beside it in the program's own pages.
+/// Scales pictures down to the width of the page.
 class Pages final : public QTextBrowser {
  protected:
   QVariant loadResource(int type, const QUrl& name) override {
@@ -68,7 +68,7 @@ Form_tutorial::Form_tutorial(QWidget* parent)
 
 void Form_tutorial::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
-  Text_tutorial_->setFocus();  // the keys turn the pages, whatever was pressed when it was here before
+  Text_tutorial_->setFocus();  // keys turn the pages, also if a button had the focus when it was last shown
 }
 
 void Form_tutorial::open_link(const QUrl& link) {

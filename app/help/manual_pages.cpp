@@ -2,17 +2,17 @@
 
 #include <QFile>
 
-/// The pages come with a library, whose resources nobody else would ask for. (Qt wants this one outside of
+/// A static library's resources are linked in only where they are asked for. (Qt wants the macro outside of
 /// any namespace.)
-static void take_in_pages() { Q_INIT_RESOURCE(manual); }
+static void load_pages() { Q_INIT_RESOURCE(manual); }
 
 QUrl manual_page(const QString& name) {
-  take_in_pages();
+  load_pages();
   return {"qrc:/manual/docs/" + name};
 }
 
 QString changelog() {
-  take_in_pages();
+  load_pages();
   QFile file(":/manual/CHANGELOG.md");
   return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }

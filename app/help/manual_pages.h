@@ -1,4 +1,4 @@
-// manual_pages.h: the pages of docs/ and the changelog, which the program carries with it.
+// manual_pages.h: the pages of docs/ and the changelog, compiled into the program.
 #pragma once
 #include <QString>
 #include <QUrl>

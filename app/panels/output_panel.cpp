@@ -17,10 +17,10 @@ OutputPanel::OutputPanel(QWidget* parent)
   for (int column = 1; column < folders_->columnCount(); ++column) {
     ui_->DirList->hideColumn(column);
   }
-  // Folders are read and sorted as they come into view, so the one to be shown finds its place by and by.
+  // Folders are read and sorted in the background; the chosen one moves while those above it come in.
   connect(folders_, &QFileSystemModel::directoryLoaded, this, &OutputPanel::scroll_to_folder);
   connect(folders_, &QFileSystemModel::layoutChanged, this, &OutputPanel::scroll_to_folder);
-  connect(ui_->DirList, &QTreeView::pressed, this, [this] { folder_finds_place_ = false; });
+  connect(ui_->DirList, &QTreeView::pressed, this, [this] { keep_folder_in_view_ = false; });
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
   auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
@@ -61,12 +61,12 @@ void OutputPanel::take_focus() { ui_->Combo_output_linelist->setFocus(); }
 void OutputPanel::show_folder(const QString& folder) {
   folders_->setRootPath(QDir::rootPath());
   ui_->DirList->setCurrentIndex(folders_->index(folder));
-  folder_finds_place_ = true;
+  keep_folder_in_view_ = true;
   scroll_to_folder();
 }
 
 void OutputPanel::scroll_to_folder() {
-  if (folder_finds_place_) {
+  if (keep_folder_in_view_) {
     ui_->DirList->scrollTo(ui_->DirList->currentIndex(), QAbstractItemView::PositionAtCenter);
   }
 }
@@ -81,7 +81,8 @@ void OutputPanel::write() {
   };
   if (kind_ == Module_output::OutputKind::rhoplus) {
     static_cast<void>(Module_output::write_chosen_rhoplus(
-        lists_, choices, ui_->Text_rhoplus_output_directory->text().toStdString(), show_row_count));
+        lists_, choices, Module_output::rhoplus_settings(),
+        ui_->Text_rhoplus_output_directory->text().toStdString(), show_row_count));
   } else {
     static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, show_row_count));
   }

@@ -10,7 +10,7 @@ class output_panel;
 }
 class QFileSystemModel;
 
-/// Frame_store of the main window; stands in the place of the data while it is open.
+/// Frame_store of the main window; replaces the graphs while it is open.
 class OutputPanel : public QFrame {
   Q_OBJECT
 
@@ -22,11 +22,11 @@ class OutputPanel : public QFrame {
   /// has nothing to write
   bool open_for(Module_output::OutputKind kind);
 
-  /// To the first choice.
+  /// Puts the focus on the first choice.
   void take_focus();
 
  Q_SIGNALS:
-  /// The person is done with the panel.
+  /// The user is done with the panel.
   void done();
 
  private:
@@ -36,7 +36,7 @@ class OutputPanel : public QFrame {
 
   std::unique_ptr<Ui::output_panel> ui_;
   QFileSystemModel* folders_;
-  bool folder_finds_place_ = false;  // until the person takes the list in hand
+  bool keep_folder_in_view_ = false;  // until the user works in the list
   Module_output::OutputKind kind_ = Module_output::OutputKind::zonge;
   Module_output::OutputLists lists_;
 };

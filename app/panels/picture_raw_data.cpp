@@ -18,7 +18,7 @@
 #include "display/raw_plot.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/scroll_column.h"
-#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 
 using namespace Module_display_data;
@@ -109,13 +109,13 @@ bool RawPanel::display_raw_data(bool fixed_scale) {
   graphs_->show_plot(raw_plot(fixed_scale));
   show_average_switches();
   repeats_->show_repeats();
-  return !averaged::repeat_data_set().slots.empty();
+  return !averaged::data_sets().repeats.slots.empty();
 }
 
 void RawPanel::show_scan_rates() {
   const ScopedValue updating(session().updating_controls, true);
   QStringList rates;
-  for (const float rate : averaged::station_data_set().scan_rates) {
+  for (const float rate : averaged::data_sets().station.scan_rates) {
     rates.append(qt_text(plain_text(rate)));
   }
   QStringList present;
@@ -133,7 +133,7 @@ void RawPanel::show_scan_rates() {
 
 void RawPanel::show_average_switches() {
   const ScopedValue updating(session().updating_controls, true);
-  const auto& readings = averaged::repeat_data_set().slots;
+  const auto& readings = averaged::data_sets().repeats.slots;
   const bool found = !readings.empty() && readings.front().reading.ID != 0;
   const averaged::StoredReading average = found ? readings.front().reading : averaged::StoredReading();
   show_use_switches(Check_use_average_, average.UseReading, average.UseResistivity, average.UsePhase);

@@ -22,8 +22,6 @@ class RawPanel : public QWidget {
 
   /// Draws the repeat data set. @return false if it is empty, and there is nothing to show
   bool display_raw_data(bool fixed_scale);
-  /// Lists the scan rates of the station data set.
-  void show_scan_rates();
   void show_series(const std::string& label);
   void clear() { graphs_->clear(); }
   void reset_zoom() { graphs_->reset_zoom(); }
@@ -38,6 +36,8 @@ class RawPanel : public QWidget {
  private:
   QWidget* make_side();
   void connect_controls();
+  /// Lists the scan rates of the station data set.
+  void show_scan_rates();
   void show_average_switches();
 
   GraphPairWidget* graphs_;

@@ -8,7 +8,7 @@
 #include "display/plot_colours.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/panel_controls.h"
-#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 
 namespace averaged = Module_averaged_data;
@@ -43,7 +43,7 @@ RepeatsPanel::RepeatsPanel(QWidget* parent)
 }
 
 void RepeatsPanel::show_repeats() {
-  const auto& readings = averaged::repeat_data_set().slots;
+  const auto& readings = averaged::data_sets().repeats.slots;
   Grid_repeats_->setRowCount(readings.empty() ? 0 : static_cast<int>(readings.size()) - 1);
   for (int row = 0; row < Grid_repeats_->rowCount(); ++row) {
     const averaged::StoredReading& reading = readings[static_cast<std::size_t>(row) + 1].reading;

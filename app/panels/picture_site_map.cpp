@@ -48,7 +48,7 @@ void draw_line_names(QPainter& painter, double height) {
 
 void draw_scale_bar(QPainter& painter, QSize size) {
   const double length = scale_bar_length(size.width());
-  const double pixels = length * plan_window().plan_x_scale;
+  const double pixels = length * session().plan_window.plan_x_scale;
   constexpr double edge = 10.0;
   const QPointF left(edge, size.height() - edge);
   const QPointF right(edge + pixels, left.y());
@@ -75,7 +75,7 @@ void SiteMap::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), Qt::white);
   painter.setPen(QColor(160, 160, 160));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
-  if (!(plan_window().plan_y_scale > 0.0)) {
+  if (!(session().plan_window.plan_y_scale > 0.0)) {
     return;
   }
   painter.setRenderHint(QPainter::Antialiasing);
@@ -116,7 +116,7 @@ void SiteMap::mouseMoveEvent(QMouseEvent* event) {
     Q_EMIT dragged(last_, at);
     last_ = at;
   }
-  if (plan_window().plan_y_scale > 0.0) {
+  if (session().plan_window.plan_y_scale > 0.0) {
     const PlanPoint place = to_survey({at.x(), at.y()}, height());
     Q_EMIT pointer_moved(place.x, place.y);
   }

@@ -13,10 +13,11 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "display/mask_commands.h"
 #include "display/point_texts.h"
 #include "display/station_plot.h"
 #include "platform/widgets/panel_controls.h"
-#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 
 using namespace Module_display_data;
@@ -116,7 +117,7 @@ void StationPanel::leave_static_factor() {
   if (!Text_static_->isModified() && Text_static_->text() == shown_static_) {
     return;  // the text has two decimals, the factor may have more, which passing by must not cut off
   }
-  if (averaged::set_static_factor(Text_static_->text().toStdString()) == averaged::Edit::changed) {
+  if (enter_static_factor(Text_static_->text().toStdString()) == averaged::Edit::changed) {
     Q_EMIT static_factor_changed();
   }
 }
@@ -129,7 +130,7 @@ void StationPanel::display_station_data(bool fixed_scale) {
 
 void StationPanel::show_merged_switches() {
   const ScopedValue updating(session().updating_controls, true);
-  const auto& columns = averaged::profile_data_set().columns;
+  const auto& columns = averaged::data_sets().profile.columns;
   const std::int32_t number = session().current_profile_column;
   const bool found = number > 0 && std::cmp_less_equal(number, columns.size());
   const averaged::ProfileColumn column =
@@ -158,7 +159,7 @@ NeighbourOptions StationPanel::neighbours() {
   options.side = static_cast<averaged::NeighbourSide>(Combo_multi_side_->currentIndex());
   if (options.show && !options.all) {
     std::string count = Text_multi_count_->text().toStdString();
-    options.count = averaged::neighbour_count_of(count);
+    options.count = neighbour_count_of(count);
     const ScopedValue updating(session().updating_controls, true);
     Text_multi_count_->setText(qt_text(count));
   }

@@ -14,7 +14,6 @@ class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QPushButton;
 
 class StationPanel : public QWidget {
   Q_OBJECT
@@ -31,7 +30,7 @@ class StationPanel : public QWidget {
   void reset_zoom() { graphs_->reset_zoom(); }
   [[nodiscard]] GraphPairWidget& graphs() { return *graphs_; }
 
-  /// The neighbours that the controls ask for; a count that is none is put right.
+  /// The neighbours that the controls ask for; corrects a count that isn't a number.
   Module_display_data::NeighbourOptions neighbours();
 
  Q_SIGNALS:

@@ -7,6 +7,7 @@
 #include <QRadioButton>
 #include <utility>
 
+#include "display/mask_commands.h"
 #include "platform/widgets/panel_controls.h"
 
 namespace averaged = Module_averaged_data;
@@ -68,9 +69,9 @@ void StatsPanel::add_frequency_commands(QGridLayout& grid) {
     QPushButton* const button = make_button("Command_clear_frequencies", index, frequency_commands[index]);
     grid.addWidget(button, 1 + index / 3, index % 3);
     connect(button, &QPushButton::clicked, this, [this, index] {
-      if (averaged::clear_frequencies(static_cast<averaged::FrequencyCommand>(index),
-                                      frequency_text_ ? frequency_text_() : std::string(),
-                                      outlier_field()) == Edit::changed) {
+      if (Module_display_data::clear_typed_frequencies(static_cast<averaged::FrequencyCommand>(index),
+                                                       frequency_text_ ? frequency_text_() : std::string(),
+                                                       outlier_field()) == Edit::changed) {
         Q_EMIT edited();
       }
     });
@@ -88,8 +89,9 @@ void StatsPanel::add_outlier_commands(QGridLayout& grid) {
     QPushButton* const button = make_button("Command_outliers", index, outlier_commands[index]);
     grid.addWidget(button, 5, index);
     connect(button, &QPushButton::clicked, this, [this, index] {
-      if (averaged::clip_outliers(static_cast<averaged::ClipEnds>(index),
-                                  Text_outliers_->text().toStdString(), outlier_field()) == Edit::changed) {
+      if (Module_display_data::clip_typed_outliers(static_cast<averaged::ClipEnds>(index),
+                                                   Text_outliers_->text().toStdString(),
+                                                   outlier_field()) == Edit::changed) {
         Q_EMIT edited();
       }
     });

@@ -17,7 +17,7 @@ class StatsPanel : public QWidget {
  public:
   explicit StatsPanel(QWidget* parent = nullptr);
 
-  /// Who knows the text of the frequency selected.
+  /// Where the text of the selected frequency comes from.
   void set_frequency_source(std::function<std::string()> frequency_text);
   /// The quantity that outlier commands apply to.
   void choose_outlier_field(Module_averaged_data::Component component);

@@ -19,8 +19,8 @@ using namespace Module_display_data;
 
 namespace {
 
-/// The bar through the stations of a line. It is disabled for the moment of a step; the stock bar would let
-/// go of its arrow then, and holding the arrow down walks along the line.
+/// The bar through the stations of a line. It is disabled during a step. QScrollBar would then stop repeating
+/// while its arrow is held down, which is how users walk along the line.
 class StationBar final : public QScrollBar {
  public:
   StationBar() : QScrollBar(Qt::Horizontal) {}
@@ -126,7 +126,7 @@ void SelectionRow::go_to_place(int place_in_line) {
     return;
   }
   const bool focused = HScroll_repeat_->hasFocus();
-  HScroll_repeat_->setEnabled(false);  // a step that takes long is not to be overtaken by the next
+  HScroll_repeat_->setEnabled(false);  // a slow step must not be overtaken by the next
   Q_EMIT chosen(choose_station_in_line(place_in_line));
   HScroll_repeat_->setEnabled(true);
   if (focused) {

@@ -12,7 +12,7 @@
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/panel_controls.h"
 
-Form_frequency::Form_frequency(Module_database::FrequencySelection selection, QWidget* parent)
+Form_frequency::Form_frequency(Frequencies selection, QWidget* parent)
     : QDialog(parent),
       selection_(std::move(selection)),
       Grid_frequencies_(make_switch_grid("Grid_frequencies", {"Frequency", "Use"})),
@@ -48,14 +48,14 @@ Form_frequency::Form_frequency(Module_database::FrequencySelection selection, QW
 }
 
 void Form_frequency::show_selection() {
-  Grid_frequencies_->setRowCount(static_cast<int>(selection_.frequencies.size()));
+  Grid_frequencies_->setRowCount(static_cast<int>(selection_.list.size()));
   for (int row = 0; row < Grid_frequencies_->rowCount(); ++row) {
     const auto index = static_cast<std::size_t>(row);
-    auto* const frequency = new QTableWidgetItem(qt_text(plain_text(selection_.frequencies[index])));
+    auto* const frequency = new QTableWidgetItem(qt_text(plain_text(selection_.list[index])));
     frequency->setFlags(Qt::ItemIsEnabled);
     frequency->setTextAlignment(Qt::AlignCenter);
     Grid_frequencies_->setItem(row, 0, frequency);
-    Grid_frequencies_->setItem(row, 1, make_check_cell(selection_.flags[index] == 1));
+    Grid_frequencies_->setItem(row, 1, make_check_cell(selection_.enabled[index] == 1));
   }
   set_edited(false);
 }
@@ -66,7 +66,7 @@ void Form_frequency::switch_cell(int row, int column) {
   }
   QTableWidgetItem& cell = *Grid_frequencies_->item(row, column);
   set_checked(cell, !is_checked(cell));
-  selection_.flags[static_cast<std::size_t>(row)] = is_checked(cell) ? 1 : 0;
+  selection_.enabled[static_cast<std::size_t>(row)] = is_checked(cell) ? 1 : 0;
   set_edited(true);
 }
 
@@ -78,7 +78,8 @@ void Form_frequency::save_changes() {
 }
 
 void Form_frequency::cancel_changes() {
-  if (auto stored = Module_database::read_frequency_selection(session().current_reference_type)) {
+  if (auto stored = Module_database::load_reference_frequencies(session().current_reference_type);
+      stored && !stored->empty()) {
     selection_ = std::move(*stored);
     show_selection();
   }

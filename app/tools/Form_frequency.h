@@ -11,7 +11,7 @@ class Form_frequency : public QDialog {
   Q_OBJECT
 
  public:
-  Form_frequency(Module_database::FrequencySelection selection, QWidget* parent);
+  Form_frequency(Frequencies selection, QWidget* parent);
 
   /// True once a selection has been saved.
   [[nodiscard]] bool frequencies_changed() const { return frequencies_changed_; }
@@ -23,7 +23,7 @@ class Form_frequency : public QDialog {
   void cancel_changes();
   void set_edited(bool edited);
 
-  Module_database::FrequencySelection selection_;
+  Frequencies selection_;
   QTableWidget* Grid_frequencies_;
   QPushButton* Command_save_changes_;
   QPushButton* Command_cancel_changes_;

@@ -57,7 +57,7 @@ QSize GraphPairWidget::minimumSizeHint() const {
   return {std::max(upper.width(), lower.width()), upper.height() + lower.height()};
 }
 
-/// The axis labels under the lower graph stand for both; what is left is shared three to two.
+/// The axis labels under the lower graph serve both; what is left is shared three to two.
 void GraphPairWidget::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   const int upper_frame = graphs_[0]->frame_height();
@@ -117,7 +117,7 @@ void GraphPairWidget::set_point_text(const PointText& text) {
 }
 
 void GraphPairWidget::place_on(graph::PdfPages& pages, const QRectF& part) {
-  constexpr double upper_share = 0.57;  // the axis labels under the lower graph stand for both
+  constexpr double upper_share = 0.57;  // the axis labels under the lower graph serve both
   const double upper = part.height() * upper_share;
   pages.place(*graphs_[0], {part.x(), part.y(), part.width(), upper});
   pages.place(*graphs_[1], {part.x(), part.y() + upper, part.width(), part.height() - upper});

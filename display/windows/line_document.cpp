@@ -16,7 +16,7 @@
 #include "display/station_plot.h"
 #include "display/windows/graph_pair.h"
 #include "platform/graph/pdf_pages.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/each_item.h"
 
 namespace Module_display_data {
@@ -25,7 +25,7 @@ using Module_averaged_data::Outcome;
 
 namespace {
 
-constexpr std::size_t most_scan_rates_in_a_row = 3;
+constexpr std::size_t max_scan_rates_in_a_row = 3;
 
 QString text_of(const std::string& text) { return QString::fromStdString(text); }
 
@@ -64,17 +64,17 @@ void add_profile(graph::PdfPages& pages) {
 /// The displayed station: merged curve and averages on the left, the repeats of each scan rate beside them.
 void add_station(graph::PdfPages& pages) {
   pages.begin_page(text_of(selection_text() + ", station " + format_number(session().current_station, "0")));
-  const std::vector<float> rates = Module_averaged_data::station_data_set().scan_rates;
-  const std::size_t across = 1 + std::min(rates.size(), most_scan_rates_in_a_row);
+  const std::vector<float> rates = Module_averaged_data::data_sets().station.scan_rates;
+  const std::size_t across = 1 + std::min(rates.size(), max_scan_rates_in_a_row);
   const std::size_t down =
-      std::max<std::size_t>(1, (rates.size() + most_scan_rates_in_a_row - 1) / most_scan_rates_in_a_row);
+      std::max<std::size_t>(1, (rates.size() + max_scan_rates_in_a_row - 1) / max_scan_rates_in_a_row);
   const double width = 1.0 / static_cast<double>(across);
   const double height = 1.0 / static_cast<double>(down);
   place_pair(pages, station_label(), station_plot(false), {0.0, 0.0, width, 1.0});
   for (std::size_t k = 0; k < rates.size(); ++k) {
     require(choose_scan_rate(plain_text(rates[k])));
-    const std::size_t column = 1 + k % most_scan_rates_in_a_row;
-    const std::size_t row = k / most_scan_rates_in_a_row;
+    const std::size_t column = 1 + k % max_scan_rates_in_a_row;
+    const std::size_t row = k / max_scan_rates_in_a_row;
     const QRectF part(width * static_cast<double>(column), height * static_cast<double>(row), width, height);
     place_pair(pages, raw_label() + ", " + plain_text(rates[k]) + " Hz", raw_plot(false), part);
   }

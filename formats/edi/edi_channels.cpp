@@ -6,7 +6,7 @@
 #include "core/number_text.h"
 #include "formats/edi/edi_lines.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 void EdiChannelList::take(std::string_view line, std::string_view tag) {
   const bool magnetic = tag == "HMEAS";
@@ -41,4 +41,4 @@ void EdiChannelList::mark_local() {
   std::for_each(first_remote, channels_.end(), [](EdiChannel& channel) { channel.is_local = false; });
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-namespace Module_data_file {
+namespace formats::edi {
 
-/// A sensor as the head of the file tells it; X is north, Y is east, Z the elevation, all in m.
+/// A sensor as the head of the file defines it; X is north, Y is east, Z the elevation, all in m.
 struct EdiChannel {
   std::string ID;
   std::string CHTYPE;     // HX, HY, HZ, EX, EY
@@ -29,7 +29,7 @@ struct EdiSectionHead {
 /// Collects the >HMEAS and >EMEAS lines of a head.
 class EdiChannelList {
  public:
-  /// Adds the channel of such a line, given in upper case; other lines are passed over.
+  /// Adds the channel of such a line, given in upper case; other lines are skipped.
   void take(std::string_view line, std::string_view tag);
   /// To be called when the head ends: the station's own channels come first, up to its electric ones; the
   /// remote reference follows.
@@ -38,7 +38,7 @@ class EdiChannelList {
 
  private:
   std::vector<EdiChannel> channels_;
-  std::string reference_id_;  // of the magnetic channels met so far
+  std::string reference_id_;  // of the magnetic channels so far
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

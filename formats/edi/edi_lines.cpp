@@ -6,7 +6,7 @@
 #include "core/text_fields.h"
 #include "formats/field_values.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 bool EdiLines::skip_to_tag() {
   while (next()) {
@@ -35,7 +35,7 @@ std::string option_item(std::string_view line, std::string_view key) {
   std::string_view text = option_text(line, key).value_or(std::string_view());
   std::string item(next_token(text));
   std::erase(item, '"');
-  return item.find('=') == std::string::npos ? item : std::string();  // "Z= AZM=0": nothing stands behind Z
+  return item.find('=') == std::string::npos ? item : std::string();  // "Z= AZM=0": Z has no value
 }
 
 double option_number(std::string_view line, std::string_view key) {
@@ -55,4 +55,4 @@ std::optional<std::string> sectid_option(std::string_view line) {
   return std::string(id);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -1,6 +1,6 @@
 // edi_lines.h: the lines of an EDI file that count, and the options on them.
 //
-// Blank lines and comments (">!...", "!...") count nowhere. Options stand as "KEY = value" in any spacing.
+// Blank lines and comments (">!...", "!...") are skipped. Options are written "KEY = value" in any spacing.
 #pragma once
 #include <algorithm>
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 #include "core/line_reader.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 /// Goes from line to line. `reader` must outlive it.
 class EdiLines {
@@ -44,16 +44,16 @@ class EdiLines {
   std::string_view line_;
 };
 
-/// The text behind "key =" in a line of options in upper case; none if the line has no such key.
+/// The text after "key =" in a line of options in upper case; none if the line has no such key.
 std::optional<std::string_view> option_text(std::string_view line, std::string_view key);
 
-/// The first item of that text without quotes; empty if there is none.
+/// The first item of that text without quotes; empty if it is missing.
 std::string option_item(std::string_view line, std::string_view key);
 
-/// The number that item begins with; 0 if there is none.
+/// The number that item begins with; 0 if it is missing.
 double option_number(std::string_view line, std::string_view key);
 
 /// The value of SECTID in a line in upper case, without its quotes; none if the line has none.
 std::optional<std::string> sectid_option(std::string_view line);
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -8,9 +8,9 @@
 #include "core/text_fields.h"
 #include "formats/edi/edi_tags.h"
 #include "formats/field_values.h"
-#include "formats/remarks.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 namespace {
 
@@ -19,17 +19,6 @@ std::string value_count(std::size_t count) {
 }
 
 }  // namespace
-
-void EdiSection::clear() {
-  static_cast<EdiSectionHead&>(*this) = {};
-  frequencies.clear();
-  for (auto& element : elements) {
-    for (EdiValues& quantity : element) {
-      quantity.present = quantity.is_variance = false;
-      quantity.values.clear();
-    }
-  }
-}
 
 EdiMtParser::EdiMtParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
   read_head();
@@ -261,7 +250,7 @@ void EdiMtParser::take_values(std::vector<float>& values, std::size_t& surplus) 
   }
 }
 
-// Passes over a section of another kind.
+// Skips a section of another kind.
 void EdiMtParser::skip_to_section() {
   while (lines_.skip_to_tag()) {
     const EdiTag* const tag = find_edi_tag(tag_name(lines_.line()));
@@ -302,4 +291,4 @@ void EdiMtParser::fail_in_section(std::string_view place) {
                     " is not stored";
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

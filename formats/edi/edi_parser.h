@@ -1,11 +1,8 @@
 // edi_parser.h: the impedance sections of an EDI text file, one at a time.
 //
-// Conventions: frequency Hz, resistivity ohm-m, phase degrees, impedance in the file's unit; an absent value
-// is no_data (-1e32). Values stand in the order of the file. Tags and keywords match whole and in any case;
-// comment lines (">!...", "!...") count nowhere. What can't be taken as it stands goes into the file's
-// report.
+// Tags and keywords match whole and in any case; comment lines (">!...", "!...") are skipped. What can't
+// be read as it is goes into the file's report.
 #pragma once
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -16,39 +13,10 @@
 #include "core/line_reader.h"
 #include "formats/edi/edi_channels.h"
 #include "formats/edi/edi_lines.h"
-#include "import/import_report.h"
+#include "formats/edi/edi_section.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
-
-enum EdiElement : std::size_t { element_xx, element_xy, element_yx, element_yy, element_count };
-
-enum EdiQuantity : std::size_t {
-  quantity_resistivity,
-  quantity_phase,
-  quantity_real,
-  quantity_imaginary,
-  quantity_first_error,   // variance of the impedance or error of the resistivity, the later block wins
-  quantity_second_error,  // variance of the impedance or error of the phase, the later block wins
-  quantity_count
-};
-
-/// One quantity of one tensor element.
-struct EdiValues {
-  bool present = false;      // some block of the section gave it
-  bool is_variance = false;  // a variance of the impedance, not an error of resistivity or phase
-  std::vector<float> values;
-};
-
-struct EdiSection : EdiSectionHead {
-  std::vector<float> frequencies;  // length n
-  std::array<std::array<EdiValues, quantity_count>, element_count> elements;
-
-  [[nodiscard]] const EdiValues& get(std::size_t element, EdiQuantity quantity) const {
-    return elements[element][quantity];
-  }
-  EdiValues& get(std::size_t element, EdiQuantity quantity) { return elements[element][quantity]; }
-  void clear();
-};
+namespace formats::edi {
 
 struct EdiTag;  // what a tag means
 
@@ -62,7 +30,6 @@ class EdiMtParser {
   /// section is not given.
   bool next_section(EdiSection& section);
 
-  [[nodiscard]] const std::vector<EdiChannel>& channels() const { return channels_.all(); }
   [[nodiscard]] bool has_sections() const { return has_sections_; }
 
  private:
@@ -94,4 +61,4 @@ class EdiMtParser {
   std::vector<float> scratch_;
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -9,9 +9,9 @@
 #include "core/text_fields.h"
 #include "formats/edi/edi_tags.h"
 #include "formats/field_values.h"
-#include "formats/remarks.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 namespace {
 
@@ -92,8 +92,8 @@ bool EdiSpectraParser::go_to_section() {
 }
 
 bool EdiSpectraParser::next_section(SpectraSection& section) {
-  SpectraBlock passed_over;
-  while (section_number_ > 0 && next_block(passed_over)) {
+  SpectraBlock skipped;
+  while (section_number_ > 0 && next_block(skipped)) {
   }
   section = {};
   if (is_cut_ || !go_to_section()) {
@@ -276,4 +276,4 @@ void EdiSpectraParser::fail_in_section(const std::string& place) {
       "the file ends " + place + "; section " + std::to_string(section_number_) + " is not stored";
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

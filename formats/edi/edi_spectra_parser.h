@@ -1,8 +1,8 @@
 // edi_spectra_parser.h: the sections of cross-spectra of an EDI text file, one frequency at a time.
 //
 // A section names its channels, whose order is that of the rows and columns of each matrix, either by
-// keywords ("HX=1.001") or, behind a line "// n", by their ids alone. Tags and keywords match in any case;
-// comment lines count nowhere. What can't be taken as it stands goes into the file's report.
+// keywords ("HX=1.001") or, after a line "// n", by their ids alone. Tags and keywords match in any case;
+// comment lines are skipped. What can't be read as it is goes into the file's report.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -15,9 +15,9 @@
 #include "formats/edi/edi_channels.h"
 #include "formats/edi/edi_lines.h"
 #include "formats/edi/spectra_channels.h"
-#include "import/import_report.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 struct SpectraSection : EdiSectionHead {
   std::int64_t number = 0;        // from 1
@@ -28,9 +28,9 @@ struct SpectraSection : EdiSectionHead {
 
 struct SpectraBlock {
   std::int64_t line_number = 0;  // of its >SPECTRA
-  double FREQ = 0.0;             // Hz; 0 if there is none
+  double FREQ = 0.0;             // Hz; 0 if it is missing
   double ROTSPEC = 0.0;          // degrees clockwise
-  double AVGT = 0.0;             // 0 if there is none
+  double AVGT = 0.0;             // 0 if it is missing
   std::optional<std::string> invalid_AVGT;
   bool complete = false;       // the matrix has all of its n x n values and none is absent
   std::vector<double> matrix;  // row by row
@@ -41,7 +41,7 @@ class EdiSpectraParser {
   /// Reads the head of the file up to its first section. `reader` and `report` must outlive the parser.
   EdiSpectraParser(LineReader& reader, FileReport& report);
 
-  /// Reads the head of the next section, passing over what is left of the one before.
+  /// Reads the head of the next section, skipping what is left of the one before.
   /// @return false at the end
   bool next_section(SpectraSection& section);
 
@@ -73,8 +73,8 @@ class EdiSpectraParser {
   bool at_end_ = false;              // of what is read of the file
   std::int64_t section_number_ = 0;  // from 1
   std::size_t channel_count_ = 0;    // of the section under way, as its matrices have them
-  bool in_id_list_ = false;          // a line "// n" was met in the section's head
+  bool in_id_list_ = false;          // the section's head had a line "// n"
   std::vector<NamedChannel> named_;
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

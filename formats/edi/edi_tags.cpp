@@ -5,7 +5,7 @@
 
 #include "core/text_fields.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 namespace {
 
@@ -104,4 +104,4 @@ bool is_cut_edi_tag(std::string_view name) {
   });
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

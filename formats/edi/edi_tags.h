@@ -4,14 +4,14 @@
 #include <string>
 #include <string_view>
 
-#include "formats/edi/edi_parser.h"
+#include "formats/edi/edi_section.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 enum class EdiTagKind {
   frequencies,
   values,
-  discarded,  // read over: rotation angles, tipper
+  discarded,  // skipped: rotation angles, tipper
   section,    // >=MTSECT
   end_of_file
 };
@@ -32,7 +32,7 @@ std::string tag_name(std::string_view line);
 const EdiTag* find_edi_tag(std::string_view name);
 
 /// True if the name is the beginning of a block's tag, as the end of a cut file leaves it. What may be the
-/// beginning of END is none.
+/// beginning of END doesn't count.
 bool is_cut_edi_tag(std::string_view name);
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

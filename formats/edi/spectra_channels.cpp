@@ -7,7 +7,7 @@
 
 #include "core/number_text.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 namespace {
 
@@ -120,4 +120,4 @@ SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vecto
   return roles;
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

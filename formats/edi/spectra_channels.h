@@ -7,7 +7,7 @@
 #include "formats/edi/edi_channels.h"
 #include "numerics/impedance/mtcomp.h"
 
-namespace Module_data_file {
+namespace formats::edi {
 
 /// A channel as a section names it, in the order of rows and columns.
 struct NamedChannel {
@@ -27,4 +27,4 @@ struct SpectraRoles {
 /// without both of a pair the reference is the station's own magnetic field.
 SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vector<EdiChannel>& defined);
 
-}  // namespace Module_data_file
+}  // namespace formats::edi

@@ -22,8 +22,8 @@ constexpr float dummy = -1e32F;
 constexpr double largest_absent = -1e30;
 constexpr std::size_t header_length = 512;
 
-// Places in the header. What isn't named stays 0: no rotation, base 0, no title, no projection code.
-enum HeaderPlace : std::size_t {
+// Offsets in the header. What isn't named stays 0: no rotation, base 0, no title, no projection code.
+enum HeaderOffset : std::size_t {
   element_size = 0,
   element_type = 4,
   vector_length = 8,
@@ -62,8 +62,8 @@ void put(std::string& bytes, std::size_t at, double value) {
 
 void check(const RegularGrid& grid) {
   const GridFrame& frame = grid.frame;
-  constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
-  if (frame.columns == 0 || frame.rows == 0 || frame.columns > most || frame.rows > most ||
+  constexpr auto max_count = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+  if (frame.columns == 0 || frame.rows == 0 || frame.columns > max_count || frame.rows > max_count ||
       grid.values.size() != frame.columns * frame.rows) {
     throw std::invalid_argument("a grid of " + std::to_string(frame.columns) + " by " +
                                 std::to_string(frame.rows) + " nodes can't be written");

@@ -6,7 +6,6 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/occam/occam_state.h"
 #include "formats/occam/table_input.h"
 
 namespace Module_occam {
@@ -14,31 +13,18 @@ namespace Module_occam {
 namespace {
 
 constexpr std::string_view line_end = "\r\n";
-constexpr std::size_t sites_value_column = 6;  // behind the word SITES
+constexpr std::size_t sites_value_column = 6;  // after the word SITES
 constexpr std::size_t number_width = 12;
+constexpr std::size_t type_width = 8;  // and a blank
 
 void add_line(std::string& text, std::string_view label, std::string_view value = {}) {
   text.append(label).append(value).append(line_end);
 }
 
-std::string_view type_field(DataType type) {
-  switch (type) {
-    case DataType::te_resistivity:
-      return "       1 ";
-    case DataType::te_phase:
-      return "       2 ";
-    case DataType::tm_resistivity:
-      return "       5 ";
-    case DataType::tm_phase:
-      break;
-  }
-  return "       6 ";
-}
-
 void add_row(std::string& text, const DataRow& row) {
   text += pad_field(format_number(row.site_number, "0"), 6);
   text += pad_field(format_number(row.frequency_number, "0"), number_width);
-  text += type_field(row.type);
+  text += pad_field(std::to_string(static_cast<int>(row.type)), type_width) + " ";
   text += pad_field(format_number(row.datum, "0.0000"), number_width);
   text += pad_field(format_number(row.error, "0.0000"), number_width);
   text += line_end;
@@ -48,13 +34,17 @@ std::string_view without_colon(std::string_view text) {
   return text.starts_with(':') ? trimmed(text.substr(1)) : text;
 }
 
-OccamData read_sites(TextInput& input) {
+void check_marker(TextInput& input) {
   if (input.filled_line().find(data_marker) == std::string_view::npos) {
     throw Refusal("The file does not have the correct format");
   }
+}
+
+/// Reads from after the marker.
+OccamData read_sites(TextInput& input) {
   OccamData data;
   data.title = text_from_field_file(first_token(input.filled_line()).rest);
-  // Data files that other programs write have a colon behind their labels.
+  // Data files of other programs have a colon after their labels.
   const int sites = integer_value(without_colon(from_column(input.filled_line(), sites_value_column)));
   if (sites < 1) {
     throw Refusal("The file does not have any sites defined");
@@ -77,8 +67,8 @@ DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
   }
   const DataRow row{integer_of(items[0]), integer_of(items[1]),
                     static_cast<DataType>(std::clamp(integer_of(items[2]), 0, 255)), items[3], items[4]};
-  const auto within = [](int number, std::size_t most) {
-    return number >= 1 && static_cast<std::size_t>(number) <= most;
+  const auto within = [](int number, std::size_t highest) {
+    return number >= 1 && static_cast<std::size_t>(number) <= highest;
   };
   if (!within(row.site_number, data.site_offsets.size()) ||
       !within(row.frequency_number, data.frequencies.size())) {
@@ -114,27 +104,22 @@ std::string data_file_text(const DataFile& data) {
   return text;
 }
 
-int read_occam_data_file(const std::string& path) {
-  return run_reader("An error occurred while reading the control file: ", [&path] {
-    TextInput input(path);
-    occam_state().data = read_sites(input);
-  });
+OccamData read_data_file_sites(const std::string& path) {
+  TextInput input(path);
+  check_marker(input);
+  return read_sites(input);
 }
 
-int read_occam_data_rows(const std::string& path, ObservedData& data) {
-  return run_reader("An error occurred while reading the control file: ", [&] {
-    TextInput input(path);
-    if (input.filled_line().find(data_marker) == std::string_view::npos) {
-      throw Refusal("The file does not have the correct format");
-    }
-    TableHeader header = read_header(input, Labels::without_colon);
-    ObservedData read{
-        std::move(header.site_names), std::move(header.site_offsets), std::move(header.frequencies), {}};
-    for (int count = 0; count < header.row_count; ++count) {
-      read.rows.push_back(read_data_row(input, read, count));
-    }
-    data = std::move(read);
-  });
+ObservedData read_data_file(const std::string& path) {
+  TextInput input(path);
+  check_marker(input);
+  TableHeader header = read_header(input, Labels::without_colon);
+  ObservedData data{
+      std::move(header.site_names), std::move(header.site_offsets), std::move(header.frequencies), {}};
+  for (int count = 0; count < header.row_count; ++count) {
+    data.rows.push_back(read_data_row(input, data, count));
+  }
+  return data;
 }
 
 }  // namespace Module_occam

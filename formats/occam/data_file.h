@@ -1,20 +1,12 @@
 // data_file.h: the data file of an inversion: sites, frequencies, data with their errors.
 #pragma once
-#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "formats/occam/data_type.h"
 #include "formats/occam/occam_data.h"
 
 namespace Module_occam {
-
-/// Numbers that tell what a row of data is. TE is the mode of the electric field along the strike.
-enum class DataType : std::uint8_t {
-  te_resistivity = 1,  // log10 ohm-m
-  te_phase = 2,        // degrees
-  tm_resistivity = 5,
-  tm_phase = 6,  // a file may hold others, too
-};
 
 struct DataRow {
   int site_number = 0;       // from 1
@@ -24,10 +16,10 @@ struct DataRow {
   double error = 0.0;
 };
 
-/// What a data file is written from.
+/// What goes into a data file.
 struct DataFile {
   std::string description;
-  std::vector<float> positions;    // of the sites, m along the line; they name the sites, too
+  std::vector<float> positions;    // of the sites, m along the line; their names, too
   std::vector<float> frequencies;  // Hz
   std::vector<DataRow> rows;
 };
@@ -35,9 +27,9 @@ struct DataFile {
 /// The text of a data file, lines ending in CR LF.
 std::string data_file_text(const DataFile& data);
 
-/// Reads title and sites of a data file into occam_state().data; frequencies and rows are not read.
-/// @return 0; -1 after a message, or without one where the file has an empty line before its sites end
-[[nodiscard]] int read_occam_data_file(const std::string& path);
+/// Reads title and sites of a data file; frequencies and rows are not read. Throws Refusal or EmptyLine
+/// (text_input.h), or std::runtime_error with what is wrong.
+OccamData read_data_file_sites(const std::string& path);
 
 /// A data file as a whole.
 struct ObservedData {
@@ -47,8 +39,7 @@ struct ObservedData {
   std::vector<DataRow> rows;         // of every data type, in the order of the file
 };
 
-/// Reads a whole data file.
-/// @return as read_occam_data_file; `data` is as before after a failure
-[[nodiscard]] int read_occam_data_rows(const std::string& path, ObservedData& data);
+/// Reads a whole data file. Throws as read_data_file_sites.
+ObservedData read_data_file(const std::string& path);
 
 }  // namespace Module_occam

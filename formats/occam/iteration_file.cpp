@@ -1,5 +1,7 @@
 #include "formats/occam/iteration_file.h"
 
+#include <stdexcept>
+
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/text_input.h"
@@ -9,11 +11,10 @@ namespace Module_occam {
 namespace {
 
 constexpr std::string_view line_end = "\r\n";
-constexpr std::string_view reading_failed = "An error occurred while reading the iteration file: ";
 constexpr std::size_t value_column = 19;
 constexpr std::size_t value_width = 15;
 constexpr std::size_t full_line = 60;  // a line of values ends once it is this long
-constexpr int flex_lines = 4;          // that only the FLEX form has
+constexpr int flex_lines = 4;          // only in the FLEX form
 
 void add_line(std::string& text, std::string_view label, std::string_view value) {
   text.append(label).append(value).append(line_end);
@@ -30,7 +31,7 @@ void add_parameters(std::string& text, int count, const std::string& value) {
   }
 }
 
-/// The word behind the first "_" of the format line; where there is none, what stands in the value's place.
+/// The word after the first "_" of the format line; without a "_", the text in the value's column.
 std::string_view format_word(std::string_view line) {
   const std::size_t underscore = line.find('_');
   return underscore == std::string_view::npos ? from_column(line, value_column)
@@ -79,7 +80,7 @@ std::string start_file_text(const StartFile& start) {
   add_line(text, "MODEL FILE:       ", trimmed(start.model_file));
   add_line(text, "DATA FILE:        ", trimmed(start.data_file));
   add_line(text, "DATE/TIME:        ", start.date);
-  add_line(text, "MAX ITER:         ", trimmed(start.iterations));
+  add_line(text, "MAX ITER:         ", trimmed(start.max_iterations));
   add_line(text, "REQ TOL:          ", trimmed(start.target_rms));
   add_line(text, "IRUF:             ", "1");
   add_line(text, "DEBUG LEVEL:      ", "1");
@@ -94,33 +95,29 @@ std::string start_file_text(const StartFile& start) {
   return text;
 }
 
-int read_occam_iteration(IterationParts parts, const std::string& path, OccamIteration& iteration) {
-  return run_reader(reading_failed, [&] {
-    TextInput input(path);
-    OccamIteration read = read_head(input);
-    if (parts == IterationParts::with_parameters &&
-        read_value_list(input, read.parameter_count, read.parameters) != 0) {
-      throw std::runtime_error("the file ends behind " + std::to_string(read.parameters.size()) + " of " +
-                               std::to_string(read.parameter_count) + " parameters");
-    }
-    iteration = std::move(read);
-  });
+OccamIteration read_iteration_file(IterationParts parts, const std::string& path) {
+  TextInput input(path);
+  OccamIteration iteration = read_head(input);
+  if (parts == IterationParts::with_parameters &&
+      read_value_list(input, iteration.parameter_count, iteration.parameters) != 0) {
+    throw std::runtime_error("the file ends behind " + std::to_string(iteration.parameters.size()) + " of " +
+                             std::to_string(iteration.parameter_count) + " parameters");
+  }
+  return iteration;
 }
 
-int read_occam_control_file(const std::string& path, ControlFile& names) {
-  return run_reader("An error occurred while reading the control file: ", [&] {
-    TextInput input(path);
-    const std::string_view format = input.filled_line();
-    if (format.find("OCCAMITER_1.0") == std::string_view::npos &&
-        format.find("OCCAMITER_FLEX") == std::string_view::npos) {
-      throw Refusal("The file does not have the correct format");
-    }
-    input.filled_line();  // description
-    ControlFile read;
-    read.model_file = behind_colon(input.filled_line());
-    read.data_file = behind_colon(input.filled_line());
-    names = std::move(read);
-  });
+ControlFile read_control_file(const std::string& path) {
+  TextInput input(path);
+  const std::string_view format = input.filled_line();
+  if (format.find("OCCAMITER_1.0") == std::string_view::npos &&
+      format.find("OCCAMITER_FLEX") == std::string_view::npos) {
+    throw Refusal("The file does not have the correct format");
+  }
+  input.filled_line();  // description
+  ControlFile names;
+  names.model_file = behind_colon(input.filled_line());
+  names.data_file = behind_colon(input.filled_line());
+  return names;
 }
 
 }  // namespace Module_occam

@@ -6,13 +6,13 @@
 
 namespace Module_occam {
 
-/// What the start file is written from. Numbers that a person typed are written as typed.
+/// What goes into a start file. Numbers that the user typed are written as typed.
 struct StartFile {
   std::string description;
   std::string model_file;
   std::string data_file;
-  std::string date;        // "07-September-2018"
-  std::string iterations;  // at most
+  std::string date;  // "07-September-2018"
+  std::string max_iterations;
   std::string target_rms;
   int parameter_count = 0;
   double initial_resistivity = 0.0;  // log10 ohm-m, of every parameter
@@ -34,11 +34,9 @@ struct OccamIteration {
 
 enum class IterationParts { head_only, with_parameters };
 
-/// Reads an iteration file.
-/// @return 0; -1 after a message, or without one where the file's head has an empty line; `iteration` is then
-///         as before
-[[nodiscard]] int read_occam_iteration(IterationParts parts, const std::string& path,
-                                       OccamIteration& iteration);
+/// Reads an iteration file. Throws Refusal or EmptyLine (text_input.h), or std::runtime_error with what is
+/// wrong.
+OccamIteration read_iteration_file(IterationParts parts, const std::string& path);
 
 struct ControlFile {
   std::string model_file;  // as written in the file, without a folder as a rule
@@ -46,7 +44,7 @@ struct ControlFile {
 };
 
 /// Reads the names of model and data file from a start or iteration file, of the ordinary or the FLEX form.
-/// @return as read_occam_iteration
-[[nodiscard]] int read_occam_control_file(const std::string& path, ControlFile& names);
+/// Throws as read_iteration_file.
+ControlFile read_control_file(const std::string& path);
 
 }  // namespace Module_occam

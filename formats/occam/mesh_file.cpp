@@ -2,14 +2,13 @@
 
 #include <array>
 #include <cmath>
-#include <filesystem>
 #include <span>
+#include <stdexcept>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/text_input.h"
-#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -21,7 +20,7 @@ constexpr std::string_view line_end = "\r\n";
 constexpr std::size_t count_width = 6;
 constexpr std::size_t size_width = 14;
 constexpr std::size_t full_line = 80;            // a line of sizes ends once it is this long
-constexpr std::size_t longest_code_line = 1000;  // a longer row goes on, on further lines
+constexpr std::size_t longest_code_line = 1000;  // a longer row continues on further lines
 
 /// The fewer decimals, the larger the height, so that every height fits its field.
 std::string_view height_picture(double height) {
@@ -48,7 +47,7 @@ void add_sizes(std::string& text, std::span<const double> sizes, PictureOf pictu
   std::size_t line_length = 0;
   for (const double size : sizes) {
     const std::string field = pad_field(format_number(size, picture_of(size)), size_width);
-    // A size that fills its field would run into the one before, and both be read as one number.
+    // A size that fills its field would run into the one before, and both would be read as one number.
     if (line_length >= full_line || (line_length > 0 && field.front() != ' ')) {
       text += line_end;
       line_length = 0;
@@ -81,7 +80,7 @@ fs::path with_other_case(const fs::path& path) {
   return {};
 }
 
-/// The file itself, or one whose name differs in the case of its letters; empty if there is neither.
+/// The file itself, or one whose name differs only in case; empty if there is neither.
 fs::path existing_file(const fs::path& path) {
   std::error_code ignored;
   if (fs::is_regular_file(path, ignored)) {
@@ -119,7 +118,7 @@ void read_sizes(TextInput& input, std::int64_t count, std::vector<double>& sizes
   }
 }
 
-/// The table behind the sizes says nothing to us.
+/// The table after the sizes holds nothing that we use.
 void skip_table(TextInput& input) {
   int items = integer_value(behind_colon(input.line()));
   while (items > 0) {
@@ -144,7 +143,7 @@ std::string mesh_file_text(const OccamMesh& mesh, MeshCodes codes) {
   std::string text = " MESH FILE FROM Brenlox\r\n     0";
   text += pad_field(format_number(mesh.node_columns(), "0"), count_width);
   text += pad_field(format_number(mesh.node_rows(), "0"), count_width);
-  // Codes of fixed triangles mean nothing without the table that they are places of.
+  // Codes of fixed triangles are indices of the table of fixed resistivities.
   const std::span fixed =
       std::span(mesh.fixed_res).first(codes == MeshCodes::all_free ? 0 : mesh.fixed_res.size());
   text += pad_field(std::to_string(fixed.size()), count_width);
@@ -168,16 +167,12 @@ std::string mesh_file_text(const OccamMesh& mesh, MeshCodes codes) {
   return text;
 }
 
-int write_occam_mesh(const std::string& path, const OccamMesh& mesh, MeshCodes codes) {
-  return trap_errors("An error occurred while creating the Occam mesh file: ",
-                     [&] { safe_files::write_into_place(path, mesh_file_text(mesh, codes)); });
-}
-
-std::string find_mesh_file(const std::string& name, const std::string& model_path) {
+std::string find_mesh_file(const std::string& name, const fs::path& run_folder,
+                           const std::string& model_path) {
   if (name.empty()) {
     return {};
   }
-  fs::path found = existing_file(name);
+  fs::path found = existing_file(run_folder / name);
   if (found.empty()) {
     found = existing_file(fs::path(Module_util::directory_of(model_path)) / name);
   }

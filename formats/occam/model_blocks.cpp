@@ -44,8 +44,8 @@ double sum_of(const std::vector<double>& sizes, int first, int end) {
   return std::accumulate(sizes.begin() + first, sizes.begin() + end, 0.0);
 }
 
-/// Gives every free triangle of the block the next parameter's code. The block's number stays 0 if it has
-/// none.
+/// Gives every free triangle of the block the code of the next parameter. A block without one keeps the
+/// number 0.
 void number_block(OccamModel& model, OccamBlock& block) {
   const std::int32_t next_code = model.param_table_index(model.num_free_params + 1);
   bool is_free = false;
@@ -74,7 +74,7 @@ void add_layer_blocks(OccamModel& model, int layer, int top_row) {
   for (const int columns : lines.block_columns) {
     OccamBlock block;
     block.layer = layer;
-    // The sum can't overflow: every earlier column has been found inside the mesh.
+    // The sum can't overflow: every earlier column was found to lie inside the mesh.
     const std::int64_t end_column = left_column + std::abs(std::int64_t{columns});
     const std::int64_t end_row = top_row + std::int64_t{lines.layer_rows};
     block.block_extent = {
@@ -91,8 +91,8 @@ void add_layer_blocks(OccamModel& model, int layer, int top_row) {
   }
 }
 
-/// The padding at the sides and at the bottom counts, for all that goes by a block's size, as no larger than
-/// what it pads.
+/// Wherever a block's size matters, the padding at the sides and at the bottom counts as no larger than the
+/// block beside or above it.
 void repair_edge_blocks(OccamModel& model) {
   for (const OccamLayer& layer : model.layers) {
     const std::span<OccamBlock> blocks(model.blocks.data() + layer.first_block, layer.block_columns.size());
@@ -153,8 +153,8 @@ OccamModel build_model(OccamMesh mesh, std::vector<OccamLayer> layers, double bi
     throw std::runtime_error("the model has no layers");
   }
   repair_edge_blocks(model);
-  if (model.mesh.node_columns() > most_nodes || model.mesh.node_rows() > most_nodes) {
-    throw std::runtime_error("the mesh has more than " + std::to_string(most_nodes - 1) +
+  if (model.mesh.node_columns() > max_nodes || model.mesh.node_rows() > max_nodes) {
+    throw std::runtime_error("the mesh has more than " + std::to_string(max_nodes - 1) +
                              " columns or rows of cells");
   }
   place_nodes(model);

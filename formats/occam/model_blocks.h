@@ -7,17 +7,17 @@
 
 namespace Module_occam {
 
-/// Lays the layers over the mesh: codes, blocks, node positions. Throws std::runtime_error if the layers
-/// don't fit the mesh or the mesh has more than most_nodes node lines either way.
+/// Builds codes, blocks and node positions. Throws std::runtime_error if the layers don't fit the mesh or the
+/// mesh has more than max_nodes node lines either way.
 /// @param layers  their first_block is set here
 OccamModel build_model(OccamMesh mesh, std::vector<OccamLayer> layers, double binding_offset);
 
-/// The node line nearest to each site, as an index of node_x; but never an edge of a block of the first
-/// layer, so that a site lies inside its block. no_site_node for a site beyond the last node.
+/// The node line nearest to each site, as an index of node_x, but never an edge of a block of the first
+/// layer: a site lies inside its block. no_site_node for a site beyond the last node.
 /// @param site_offsets  m along the line, in ascending order: the search never goes back to the left
 std::vector<std::int32_t> place_sites(const OccamModel& model, std::span<const float> site_offsets);
 
-/// True if two sites, both of which have a node, share it.
+/// True if two sites share a node; no_site_node doesn't count.
 bool sites_share_node(std::span<const std::int32_t> site_node);
 
 }  // namespace Module_occam

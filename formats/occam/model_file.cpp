@@ -1,10 +1,11 @@
 #include "formats/occam/model_file.h"
 
+#include <utility>
+
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/mesh_file.h"
 #include "formats/occam/model_blocks.h"
-#include "formats/occam/occam_state.h"
 #include "formats/occam/text_input.h"
 
 namespace Module_occam {
@@ -102,23 +103,20 @@ std::string model_file_text(const std::string& model_name, double binding_offset
   return text;
 }
 
-int read_occam_model(const std::string& path) {
-  return run_reader("An error occurred while reading the iteration file: ", [&path] {
-    ModelLines lines = [&path] {
-      TextInput input(path);
-      return read_lines(input);
-    }();
-    const std::string mesh_path = find_mesh_file(lines.mesh_name, path);
-    if (mesh_path.empty()) {
-      throw Refusal("The specified mesh file does not exist");
-    }
-    OccamModel model = build_model(read_mesh_file(mesh_path), std::move(lines.layers), lines.binding_offset);
-    model.site_node = place_sites(model, occam_state().data.site_offsets);
-    occam_state().model = std::move(model);
-    if (sites_share_node(occam_state().model.site_node)) {
-      user_interface().show_message("Two stations are located on the same node");
-    }
-  });
+OccamModel read_model_file(const std::filesystem::path& run_folder, const std::string& name,
+                           const OccamData& sites) {
+  const std::string path = (run_folder / name).string();
+  ModelLines lines = [&path] {
+    TextInput input(path);
+    return read_lines(input);
+  }();
+  const std::string mesh_path = find_mesh_file(lines.mesh_name, run_folder, path);
+  if (mesh_path.empty()) {
+    throw Refusal("The specified mesh file does not exist");
+  }
+  OccamModel model = build_model(read_mesh_file(mesh_path), std::move(lines.layers), lines.binding_offset);
+  model.site_node = place_sites(model, sites.site_offsets);
+  return model;
 }
 
 }  // namespace Module_occam

@@ -1,13 +1,15 @@
 // model_file.h: the model file of an inversion: which cells of the mesh make a block.
 #pragma once
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "formats/occam/occam_data.h"
 #include "formats/occam/occam_model.h"
 
 namespace Module_occam {
 
-/// A layer as the model file holds it.
+/// A layer as in the model file.
 struct LayerLines {
   int rows = 0;
   std::vector<int> block_columns;
@@ -17,9 +19,12 @@ struct LayerLines {
 std::string model_file_text(const std::string& model_name, double binding_offset,
                             const std::vector<LayerLines>& layers);
 
-/// Reads a model file and its mesh into occam_state().model and places the sites of occam_state().data, which
-/// must have been read before. Two sites on one node give a message, but are no failure.
-/// @return 0; -1 after a message, or without one where the model file has an empty line among its heads
-[[nodiscard]] int read_occam_model(const std::string& path);
+/// Reads a model file and its mesh and finds the node of each site. Throws Refusal or EmptyLine
+/// (text_input.h), or std::runtime_error with what is wrong.
+/// @param run_folder  where relative names are looked for
+/// @param name        of the model file, as the start file gives it
+/// @param sites       of the run's data file; none leaves site_node empty
+OccamModel read_model_file(const std::filesystem::path& run_folder, const std::string& name,
+                           const OccamData& sites);
 
 }  // namespace Module_occam

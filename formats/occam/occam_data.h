@@ -19,10 +19,10 @@ struct OccamData {
   [[nodiscard]] int site_count() const { return static_cast<int>(site_offsets.size()); }
 };
 
-/// The two curves that responses are kept as.
+/// The two curves of a response.
 enum class ResponseKind : std::uint8_t {
-  resistivity = 1,  // rows of data type 5, log10 ohm-m
-  phase = 2,        // rows of every other data type; the last one of a site and frequency stays
+  resistivity = 1,  // rows of DataType::tm_resistivity, log10 ohm-m
+  phase = 2,        // rows of every other data type; the last one of a site and frequency wins
 };
 
 /// What a response holds for a site, frequency and kind.
@@ -33,8 +33,8 @@ enum ResponseValue : std::uint8_t {
   misfit = 4,  // the residual in units of the datum's error
 };
 
-/// One iteration's response. Sites and frequencies are numbered from 1, as the files number them; 0 is a
-/// number that a file may use too.
+/// One iteration's response. Sites and frequencies are numbered from 1, as in the files; a file may use 0,
+/// too.
 struct OccamResponse {
   std::vector<std::string> resp_site_names;  // entry i belongs to site number i + 1
   std::vector<double> resp_offsets;          // m along the line, likewise
@@ -57,7 +57,7 @@ struct OccamResponse {
     return resp_values[index(t, site_number, frequency_number)];
   }
 
-  /// Makes room for every site and frequency, all no_data.
+  /// Sizes resp_values for every site and frequency, all no_data.
   void assign_no_data() {
     const std::size_t pairs = (resp_offsets.size() + 1) * (resp_frequencies.size() + 1);
     resp_values.assign(2 * pairs, {no_data, no_data, no_data, no_data});

@@ -1,4 +1,4 @@
-// occam_mesh.h: the finite-element mesh of a two-dimensional inversion, as its file holds it.
+// occam_mesh.h: the finite-element mesh of a two-dimensional inversion, as in its file.
 //
 // Conventions: rows count from the surface down, columns from left to right along the line, both from 0;
 // lengths m. A cell is cut by its diagonals into four triangles, each with a code of its own.
@@ -11,16 +11,16 @@
 namespace Module_occam {
 
 inline constexpr std::size_t triangles = 4;  // of each cell
-inline constexpr char free_code = '?';       // a triangle whose resistivity the inversion looks for
+inline constexpr char free_code = '?';       // a triangle whose resistivity is inverted for
 
 /// The codes of one row of cells: a line for each triangle, a character for each column of cells. A digit or
-/// a letter is a number in the table of fixed resistivities.
+/// letter is an index of the table of fixed resistivities.
 using CodeLines = std::array<std::string, triangles>;
 
 struct OccamMesh {
   std::vector<double> node_widths;   // of the columns of cells, left to right, m
   std::vector<double> node_heights;  // of the rows of cells, top down, m
-  std::vector<double> fixed_res;     // fixed resistivities, as the file gives them
+  std::vector<double> fixed_res;     // fixed resistivities, as in the file
   std::vector<CodeLines> mesh_code;  // one for each row of cells
 
   [[nodiscard]] int columns() const { return static_cast<int>(node_widths.size()); }  // of cells

@@ -11,16 +11,16 @@
 
 namespace Module_occam {
 
-inline constexpr int most_nodes = 512;            // node lines across and down that a model may have
-inline constexpr std::int32_t free_cell = -99;    // code of a free triangle that lies in no block
-inline constexpr std::int32_t no_site_node = -1;  // a site that lies beyond the last node
+inline constexpr int max_nodes = 512;             // limit of node lines, across and down
+inline constexpr std::int32_t free_cell = -99;    // code of a free triangle outside all blocks
+inline constexpr std::int32_t no_site_node = -1;  // a site beyond the last node
 
-/// The numeric codes of a cell's triangles: an index from 1 in the table of resistivities, which holds the
-/// fixed ones first and the free parameters behind them.
+/// The numeric codes of a cell's triangles: an index from 1 of the table of resistivities, the fixed ones
+/// first, then the free parameters.
 using CellCode = std::array<std::int32_t, triangles>;
 
-/// Where a block lies, as node lines: it reaches from node_z[top_row] down to node_z[end_row] and from
-/// node_x[left_column] to node_x[end_column].
+/// The node lines around a block: from node_z[top_row] down to node_z[end_row] and from node_x[left_column]
+/// to node_x[end_column].
 struct BlockExtent {
   int top_row = 0;
   int left_column = 0;
@@ -39,7 +39,7 @@ struct OccamBlock {
 struct OccamLayer {
   int layer_rows = 0;              // rows of cells
   std::vector<int> block_columns;  // columns of cells of each block, left to right; the sign is as read
-  int first_block = 0;             // the layer's blocks are blocks[first_block] and those behind it
+  int first_block = 0;             // the layer's blocks begin at blocks[first_block]
 
   [[nodiscard]] int layer_blocks() const { return static_cast<int>(block_columns.size()); }
 };
@@ -49,12 +49,13 @@ struct OccamModel {
   double binding_offset = 0.0;  // of the left edge of the second block of the first layer, m along the line
   std::vector<double> node_x;   // of the node lines across, m along the line
   std::vector<double> node_z;   // depth of the node lines down, m
-  std::vector<bool> column_is_block_edge;  // by node line across: a block of the first layer ends there
-  std::vector<CellCode> cell_code;         // row by row
-  std::vector<OccamLayer> layers;          // top down
-  std::vector<OccamBlock> blocks;          // layer by layer, left to right, fixed ones included
+  std::vector<bool>
+      column_is_block_edge;         // by node line across: the right edge of a block of the first layer
+  std::vector<CellCode> cell_code;  // row by row
+  std::vector<OccamLayer> layers;   // top down
+  std::vector<OccamBlock> blocks;   // layer by layer, left to right, fixed ones included
   int num_free_params = 0;
-  std::vector<std::int32_t> site_node;  // node line of each site; no_site_node where none was found
+  std::vector<std::int32_t> site_node;  // node line of each site, or no_site_node
 
   [[nodiscard]] int num_layers() const { return static_cast<int>(layers.size()); }
   [[nodiscard]] int num_blocks() const { return static_cast<int>(blocks.size()); }

@@ -5,19 +5,19 @@
 
 #include "core/file_names.h"
 #include "core/text_fields.h"
-#include "formats/occam/occam_state.h"
+#include "formats/occam/data_type.h"
 #include "formats/occam/table_input.h"
 
 namespace Module_occam {
 
 namespace {
 
-constexpr std::size_t most_site_frequencies = std::size_t{1} << 22U;  // of a response; they take 128 MB
+constexpr std::size_t max_site_frequencies = std::size_t{1} << 22U;  // of a response; they take 128 MB
 constexpr std::size_t row_items = 7;
 constexpr std::size_t data_row_items = 5;
-constexpr double resistivity_type = 5.0;
+constexpr auto resistivity_type = static_cast<double>(DataType::tm_resistivity);
 
-// Where the items of a response row and of a data row stand.
+// Positions of the items in a response row and a data row.
 constexpr std::size_t site_item = 0;
 constexpr std::size_t frequency_item = 1;
 constexpr std::size_t type_item = 2;
@@ -48,7 +48,7 @@ ResponseRows read_rows(TextInput& input, int count) {
   return rows;
 }
 
-/// The rows of the data file as far as it has them.
+/// The rows of the data file, as many as it has.
 DataRows read_data_rows(TextInput& input, int count) {
   DataRows rows;
   for (Row<data_row_items> row{}; static_cast<int>(rows.size()) < count && read_row(input, row);) {
@@ -62,8 +62,8 @@ bool agree(double a, double b, double largest_term) {
   return std::abs(a - b) <= printed_digits * (largest_term + std::abs(a));
 }
 
-/// Whether the column behind the datum holds modelled values. It does if misfit times error is what is left
-/// of the datum in nearly all rows, and is the column itself in fewer.
+/// Whether the column after the datum holds modelled values: in nearly all rows, misfit times error is datum
+/// less column, and in fewer rows it is the column itself.
 bool column_is_modelled(const ResponseRows& rows, const DataRows& data) {
   constexpr double nearly_all = 0.95;
   if (rows.size() != data.size()) {
@@ -87,9 +87,9 @@ bool column_is_modelled(const ResponseRows& rows, const DataRows& data) {
          as_modelled > as_residual;
 }
 
-int number_within(double value, int most, const char* what) {
+int number_within(double value, int highest, const char* what) {
   const int number = integer_of(std::nearbyint(value));
-  if (number < 0 || number > most) {
+  if (number < 0 || number > highest) {
     throw std::runtime_error("there is no " + std::string(what) + " " + std::to_string(number));
   }
   return number;
@@ -98,7 +98,7 @@ int number_within(double value, int most, const char* what) {
 template <class ValuesOf>
 OccamResponse store_rows(TableHeader& header, const ResponseRows& rows, ValuesOf values_of) {
   OccamResponse response = empty_response(header);
-  if ((response.resp_offsets.size() + 1) * (response.resp_frequencies.size() + 1) > most_site_frequencies) {
+  if ((response.resp_offsets.size() + 1) * (response.resp_frequencies.size() + 1) > max_site_frequencies) {
     throw std::runtime_error("there are too many sites and frequencies");
   }
   response.assign_no_data();
@@ -157,13 +157,10 @@ std::string response_file_name(std::string_view iteration_file) {
   return "RESP_" + base + ".out";
 }
 
-int read_occam_response(const std::string& path, std::string_view header_file) {
-  return run_reader("An error occurred while reading the response file: ", [&] {
-    TextInput input(path);
-    occam_state().response = input.line().find(data_marker) != std::string_view::npos
-                                 ? read_marked(input)
-                                 : read_unmarked(path, std::string(header_file));
-  });
+OccamResponse read_response_file(const std::string& path, const std::string& header_file) {
+  TextInput input(path);
+  return input.line().find(data_marker) != std::string_view::npos ? read_marked(input)
+                                                                  : read_unmarked(path, header_file);
 }
 
 }  // namespace Module_occam

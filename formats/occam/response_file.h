@@ -7,22 +7,21 @@
 
 namespace Module_occam {
 
-/// The data file that tells sites and frequencies of responses without a header, in the working folder.
+/// The data file that has sites and frequencies of responses without a header, in the run's folder.
 inline constexpr std::string_view response_header_file = "occamdat";
 
-/// The name of the response file that belongs to an iteration file, without a folder: "RESP12.resp" for
+/// The name of the response file of an iteration file, without a folder: "RESP12.resp" for
 /// "ITER12.iter", "RESP_ITER_12.out" for "ITER_12".
 std::string response_file_name(std::string_view iteration_file);
 
-/// Reads a response file into occam_state().response.
+/// Reads a response file. Throws Refusal or EmptyLine (text_input.h), or std::runtime_error with what is
+/// wrong.
 ///
 /// Without a header, a file holds site, frequency number, data type, a number without meaning, and three
 /// values: datum, residual, misfit. What most inversion programs leave has the modelled value in place of the
-/// residual; where misfit times the error in the header file shows that for nearly all rows, it is taken as
-/// such.
+/// residual; it is read as that where misfit times the error in the header file confirms it for nearly all
+/// rows.
 /// @param header_file  the data file for a response without a header
-/// @return 0, or -1 after a message
-[[nodiscard]] int read_occam_response(const std::string& path,
-                                      std::string_view header_file = response_header_file);
+OccamResponse read_response_file(const std::string& path, const std::string& header_file);
 
 }  // namespace Module_occam

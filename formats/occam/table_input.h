@@ -1,4 +1,4 @@
-// table_input.h: the parts that data and response files have in common: a header with sites and frequencies,
+// table_input.h: what data and response files have in common: a header with sites and frequencies,
 // then rows of numbers.
 #pragma once
 #include <algorithm>
@@ -24,7 +24,7 @@ struct TableHeader {
   int row_count = 0;
 };
 
-/// Reads on behind the marker up to the first row. Throws Refusal, EmptyLine or std::runtime_error.
+/// Reads from after the marker up to the first row. Throws Refusal, EmptyLine or std::runtime_error.
 TableHeader read_header(TextInput& input, Labels labels);
 
 /// The items of one row.

@@ -7,17 +7,16 @@
 #include <vector>
 
 #include "core/line_reader.h"
-#include "core/trap_errors.h"
 
 namespace Module_occam {
 
-/// Ends a read; its text is the whole message for the person.
+/// Ends a read; its text is the whole message for the user.
 class Refusal : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Ends a read without a message: an empty line where a text is expected.
+/// Ends a read without a message: an empty line where text is expected.
 class EmptyLine : public std::runtime_error {
  public:
   EmptyLine() : std::runtime_error("empty line") {}
@@ -42,36 +41,19 @@ class TextInput {
 };
 
 /// Adds `count` numbers to `values`, from as many lines as needed; empty lines are skipped, and what follows
-/// the last number on its line is dropped. An item that is no number counts as 0.
-/// @return 0; -1 if the file ends before
+/// the last number on its line is dropped. An item that isn't a number counts as 0.
+/// @return 0; -1 if the file ends first
 [[nodiscard]] int read_value_list(TextInput& input, std::int64_t count, std::vector<double>& values);
 
-/// The number that a text begins with as an integer, 0 if there is none. Throws if it is no 32-bit integer.
+/// The number that a text begins with as an integer, 0 if there is none. Throws if it isn't a 32-bit integer.
 int integer_value(std::string_view text);
-/// The same for a number that has been read already.
+/// The same for a number that has already been read.
 int integer_of(double value);
 
-/// What follows the first ":", trimmed; the whole trimmed line if there is none.
+/// What follows the first ":", trimmed; the whole trimmed line if it has none.
 std::string_view behind_colon(std::string_view line);
 
-/// What stands on a line from column `column` (from 1) on, trimmed.
+/// The rest of a line from column `column` (from 1) on, trimmed.
 std::string_view from_column(std::string_view line, std::size_t column);
-
-/// Runs a reader. A failure is told once: a Refusal as it stands, another one behind `fixed_text`; an
-/// EmptyLine is not told.
-/// @return 0, or -1 after a failure
-template <class Reader>
-[[nodiscard]] int run_reader(std::string_view fixed_text, Reader&& read) {
-  return trap_errors(fixed_text, [&] {
-    try {
-      std::forward<Reader>(read)();
-      return 0;
-    } catch (const EmptyLine&) {
-    } catch (const Refusal& refusal) {
-      user_interface().show_message(refusal.what());
-    }
-    return -1;
-  });
-}
 
 }  // namespace Module_occam

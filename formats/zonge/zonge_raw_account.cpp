@@ -4,9 +4,9 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/remarks.h"
+#include "formats/file_report.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
@@ -21,17 +21,17 @@ std::string shown_bytes(std::string_view bytes) {
 std::string ZongeAccount::text_of(double value) { return plain_text(value); }
 std::string ZongeAccount::text_of(std::int64_t value) { return plain_text(value); }
 
-void ZongeAccount::tell(std::string_view text) {
-  tell_plainly("Block : " + plain_text(block_number_) + (text.starts_with(' ') ? "" : " ") +
-               std::string(text));
+void ZongeAccount::say(std::string_view text) {
+  say_plainly("Block : " + plain_text(block_number_) + (text.starts_with(' ') ? "" : " ") +
+              std::string(text));
 }
 
-void ZongeAccount::tell_plainly(std::string text) { add_to_account(report_, std::move(text)); }
+void ZongeAccount::say_plainly(std::string text) { add_to_account(report_, std::move(text)); }
 
 void ZongeAccount::fault(ZongeBlock& block, std::string_view text, std::string_view value,
                          std::int64_t line_number) {
   const std::string whole = std::string(text) + shown_bytes(value) + " on line : " + plain_text(line_number);
-  tell(whole);
+  say(whole);
   if (block.fault.empty()) {
     block.fault = whole;
   }
@@ -41,4 +41,4 @@ void ZongeAccount::ignored(std::int64_t line_number, const std::string& text) {
   remark_ignored(report_, line_number, text);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

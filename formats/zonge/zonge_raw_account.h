@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "formats/file_report.h"
 #include "formats/zonge/zonge_raw_block.h"
-#include "import/import_report.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 class ZongeAccount {
  public:
@@ -17,23 +17,23 @@ class ZongeAccount {
   void begin_block(std::int64_t number) { block_number_ = number; }
 
   /// "Block : 12" and the text.
-  void tell(std::string_view text);
+  void say(std::string_view text);
   /// A line that doesn't begin with the block.
-  void tell_plainly(std::string text);
+  void say_plainly(std::string text);
 
-  /// Tells a value that is met for the first time or differs from the known one, which it replaces: " A
-  /// spacing is 100", " A spacing has changed to 50".
+  /// Says a value that is new or differs from the known one, which it replaces: " A spacing is 100",
+  /// " A spacing has changed to 50".
   template <class Value>
-  void tell_value(std::string_view what, std::optional<Value>& known, const Value& value) {
+  void say_value(std::string_view what, std::optional<Value>& known, const Value& value) {
     if (!known) {
-      tell(std::string(what) + " is " + text_of(value));
+      say(std::string(what) + " is " + text_of(value));
     } else if (*known != value) {
-      tell(std::string(what) + " has changed to " + text_of(value));
+      say(std::string(what) + " has changed to " + text_of(value));
     }
     known = value;
   }
 
-  /// Tells a fault, " on line : " and the line; the block's first fault is why it will not be stored.
+  /// Says a fault, " on line : " and the line; the block's first fault is why it will not be stored.
   void fault(ZongeBlock& block, std::string_view text, std::string_view value, std::int64_t line_number);
 
   /// Something that is left unused without harm.
@@ -51,4 +51,4 @@ class ZongeAccount {
 /// Bytes of the file as the account shows them: as UTF-8, cut to a readable length.
 std::string shown_bytes(std::string_view bytes);
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 inline constexpr std::size_t zonge_channel_limit = 64;   // of a block
 inline constexpr std::size_t zonge_harmonic_limit = 64;  // of a block
@@ -26,7 +26,7 @@ struct ZongeChannel {
   std::int32_t number = 0;
   std::string name;  // Ex, Ey, Hx, Hy ...; ExHy and EyHx once the channel has its magnetic field
   double station = 0.0;
-  std::int64_t line_number = 0;  // where the channel was met first
+  std::int64_t line_number = 0;  // of the channel's first line
   bool has_data_line = false;    // a data line has been read, not harmonics alone
   std::vector<ZongeValue> values;
 };
@@ -41,7 +41,7 @@ struct ZongeBlock {
   bool aborted = false;
   bool names_configuration = false;
   bool in_harmonics = false;  // lines of numbers are harmonics, not channels
-  std::string fault;          // the first one; empty if there is none
+  std::string fault;          // the first one; empty if the block has none
   std::optional<double> base_frequency;
   std::optional<double> a_spacing;  // in force at the block's end
   std::vector<double> harmonics;    // ascending, no two equal; of all channels, once the block is complete
@@ -55,7 +55,7 @@ struct ZongeInput {
   std::optional<double> gain;
 };
 
-/// What holds until a later block changes it.
+/// What stays in force until a later block changes it.
 struct ZongeSurvey {
   std::string configuration;  // Vector, Tensor, AMT; empty before the first MT block
   std::optional<double> a_spacing;
@@ -65,4 +65,4 @@ struct ZongeSurvey {
   std::array<ZongeInput, zonge_channel_limit + 1> inputs;  // by channel number; the first is unused
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

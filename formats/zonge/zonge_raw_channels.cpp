@@ -2,32 +2,31 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "core/number_text.h"
-#include "formats/zonge/zonge_raw_header.h"
-#include "formats/zonge/zonge_raw_table.h"
+#include "formats/zonge/zonge_raw_values.h"
+#include "numerics/constants.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
-// Goes along the values of a line; the first that is no number is a fault and ends it.
+// Goes along the values of a line; the first one that isn't a number is a fault and ends it.
 class Values {
  public:
-  Values(const ZongeLine& line, std::size_t first, ZongeBlock& block, ZongeAccount& account)
+  Values(const RawLine& line, std::size_t first, ZongeBlock& block, ZongeAccount& account)
       : line_(line), place_(first), block_(block), account_(account) {}
 
   [[nodiscard]] std::size_t left() const { return line_.size() - std::min(place_, line_.size()); }
-  [[nodiscard]] const ZongeToken& token() const { return line_[place_]; }
+  [[nodiscard]] const RawToken& token() const { return line_[place_]; }
   void skip() { ++place_; }
 
   /// The next token if it is a number; null after a fault, and ever after.
-  const ZongeToken* number(std::string_view fault_text) {
+  const RawToken* number(std::string_view fault_text) {
     if (failed_ || left() == 0) {
       return nullptr;
     }
-    const ZongeToken& token = line_[place_++];
+    const RawToken& token = line_[place_++];
     if (!token.is_number) {
       failed_ = true;
       account_.fault(block_, fault_text, token.text, line_.number());
@@ -38,15 +37,15 @@ class Values {
   [[nodiscard]] bool failed() const { return failed_; }
 
  private:
-  const ZongeLine& line_;
+  const RawLine& line_;
   std::size_t place_;
   ZongeBlock& block_;
   ZongeAccount& account_;
   bool failed_ = false;
 };
 
-double degrees_of(const ZongeToken& token) {
-  constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
+double degrees_of(const RawToken& token) {
+  using numerics::degrees_per_radian;
   if (token.unit == "MR" || token.unit == "MRAD") {
     return token.number * degrees_per_radian / 1000.0;
   }
@@ -88,8 +87,9 @@ void store_channel(ZongeBlock& block, ZongeChannel read, const ZongeValue& value
   set_value(*channel, value);
 }
 
-// A number of a whole count of base frequencies is freed from the rounding of the division.
-double harmonic_of(const ZongeToken& token, const ZongeBlock& block) {
+// A frequency that is a multiple of the base frequency gives a whole number: the rounding of the division
+// must not make another harmonic of it.
+double harmonic_of(const RawToken& token, const ZongeBlock& block) {
   if (token.unit.empty()) {
     return token.number;
   }
@@ -103,7 +103,7 @@ double harmonic_of(const ZongeToken& token, const ZongeBlock& block) {
 }
 
 // The channel that harmonics belong to; without a data line of its own it is as the header describes it.
-ZongeChannel* channel_of_harmonics(const ZongeLine& line, std::int32_t number, const std::string& name,
+ZongeChannel* channel_of_harmonics(const RawLine& line, std::int32_t number, const std::string& name,
                                    const ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {
   if (ZongeChannel* const known = find_channel(block, number)) {
     return known;
@@ -137,15 +137,15 @@ void pair_with_magnetic_field(ZongeBlock& block, ZongeAccount& account) {
     if (std::ranges::find(block.channels, partner, &ZongeChannel::name) != block.channels.end()) {
       channel.name += partner;
     } else {
-      account.tell("Channel " + channel.name + " has no matching " + partner +
-                   " field on line : " + plain_text(channel.line_number));
+      account.say("Channel " + channel.name + " has no matching " + partner +
+                  " field on line : " + plain_text(channel.line_number));
     }
   }
 }
 
 }  // namespace
 
-void read_data_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {
+void read_data_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {
   ZongeChannel channel;
   channel.number = channel_number(line, line[0], block, account);
   channel.line_number = line.number();
@@ -159,22 +159,22 @@ void read_data_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& bloc
   if (channel.name.empty()) {
     channel.name = input.name;
   }
-  // The gain behind the resistivity also shows that a line cut short hasn't lost digits of it.
+  // The gain after the resistivity also shows that a line cut short hasn't lost digits of the resistivity.
   constexpr std::size_t values_needed = 5;
   const auto numbers_and_faults = static_cast<std::size_t>(std::ranges::count_if(
-      line.tokens(), [](const ZongeToken& token) { return !is_input_state(token.upper); }));
+      line.tokens(), [](const RawToken& token) { return !is_input_state(token.upper); }));
   if (values.left() < values_needed || numbers_and_faults + values.left() - line.size() < values_needed) {
     account.fault(block, "Reading data line does not contain enough data ", line.text(), line.number());
     return;
   }
-  const ZongeToken* const station = values.number("Station is invalid ");
+  const RawToken* const station = values.number("Station is invalid ");
   (void)values.number("Magnitude value is invalid ");
-  const ZongeToken* const phase = values.number("Phase value is invalid ");
-  const ZongeToken* const resistivity = values.number("Resistivity value is invalid ");
+  const RawToken* const phase = values.number("Phase value is invalid ");
+  const RawToken* const resistivity = values.number("Resistivity value is invalid ");
   if (values.left() > 0 && is_input_state(values.token().upper)) {
     values.skip();
   }
-  const ZongeToken* const gain = values.number("Gain value is invalid ");
+  const RawToken* const gain = values.number("Gain value is invalid ");
   for (const char* const text : {"Standard Error value is invalid ", "Self Potential value is invalid ",
                                  "Contact Resistance value is invalid ", "External gain value is invalid "}) {
     (void)values.number(text);
@@ -188,8 +188,8 @@ void read_data_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& bloc
                 account);
 }
 
-void read_harmonic_line(const ZongeLine& line, std::size_t first, const ZongeSurvey& survey,
-                        ZongeBlock& block, ZongeAccount& account) {
+void read_harmonic_line(const RawLine& line, std::size_t first, const ZongeSurvey& survey, ZongeBlock& block,
+                        ZongeAccount& account) {
   constexpr std::size_t group = 4;  // harmonic, magnitude, phase, resistivity
   const std::int32_t number = channel_number(line, line[first], block, account);
   if (number == 0) {
@@ -204,10 +204,10 @@ void read_harmonic_line(const ZongeLine& line, std::size_t first, const ZongeSur
   ZongeChannel* const channel = channel_of_harmonics(line, number, name, survey, block, account);
   while (channel != nullptr && values.left() > 0) {
     constexpr std::string_view wrong_frequency = "The AMT reading frequency is invalid ";
-    const ZongeToken* const frequency = values.number(wrong_frequency);
+    const RawToken* const frequency = values.number(wrong_frequency);
     (void)values.number("Magnitude value is invalid ");
-    const ZongeToken* const phase = values.number("Phase value is invalid ");
-    const ZongeToken* const resistivity = values.number("Res1 value is invalid ");
+    const RawToken* const phase = values.number("Phase value is invalid ");
+    const RawToken* const resistivity = values.number("Res1 value is invalid ");
     if (values.failed()) {
       return;
     }
@@ -228,8 +228,8 @@ void complete_channels(ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& acc
   if (block.channels.empty()) {
     return;
   }
-  account.tell_value(" Number of data channels", survey.channel_count,
-                     static_cast<std::int64_t>(block.channels.size()));
+  account.say_value(" Number of data channels", survey.channel_count,
+                    static_cast<std::int64_t>(block.channels.size()));
   pair_with_magnetic_field(block, account);
   for (const ZongeChannel& channel : block.channels) {
     for (const ZongeValue& value : channel.values) {
@@ -247,4 +247,4 @@ void complete_channels(ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& acc
   }
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

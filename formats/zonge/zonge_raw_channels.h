@@ -5,8 +5,8 @@
 //   channel [name] station magnitude phase resistivity [IN|OUT] gain
 //           [standard-error [self-potential [contact-resistance [external-gain]]]]
 //
-// A channel without a name has that of its row in the header's table. Behind a line HARMONICS, or in lines
-// that begin with that word, stand harmonics of the base frequency:
+// A channel without a name has that of its row in the header's table. After a line HARMONICS, or in lines
+// that begin with that word, there are harmonics of the base frequency:
 //
 //   channel [name] harmonic magnitude phase resistivity [harmonic magnitude phase resistivity ...]
 //
@@ -19,17 +19,17 @@
 #include "formats/zonge/zonge_raw_block.h"
 #include "formats/zonge/zonge_raw_line.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
-/// Reads a data line; a fault stands in block and account.
-void read_data_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
+/// Reads a data line; a fault goes into block and account.
+void read_data_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
 
 /// Reads harmonics from the token `first` on.
-void read_harmonic_line(const ZongeLine& line, std::size_t first, const ZongeSurvey& survey,
-                        ZongeBlock& block, ZongeAccount& account);
+void read_harmonic_line(const RawLine& line, std::size_t first, const ZongeSurvey& survey, ZongeBlock& block,
+                        ZongeAccount& account);
 
 /// Completes a block whose lines have all been read: names electric channels that have their magnetic field
 /// ExHy and EyHx, and lists the harmonics.
 void complete_channels(ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "core/number_text.h"
-#include "formats/zonge/zonge_raw_table.h"
+#include "formats/zonge/zonge_raw_values.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
@@ -16,7 +16,7 @@ bool is_frequency_unit(std::string_view unit) { return unit == "HZ" || unit == "
 // Takes the keywords of one line from left to right.
 class KeywordReader {
  public:
-  KeywordReader(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account)
+  KeywordReader(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account)
       : line_(line), survey_(survey), block_(block), account_(account) {}
 
   void read(std::size_t first);
@@ -44,15 +44,15 @@ class KeywordReader {
   void take_vector() { name_configuration("Vector"); }
   void take_tensor() { name_configuration("Tensor"); }
   void take_scalar() { name_configuration("AMT"); }
-  void check_time(const ZongeToken& token);
-  void check_voltage(const ZongeToken& token);
+  void check_time(const RawToken& token);
+  void check_voltage(const RawToken& token);
 
  private:
-  [[nodiscard]] const ZongeToken* token_at(std::size_t index) const {
+  [[nodiscard]] const RawToken* token_at(std::size_t index) const {
     return index < line_.size() ? &line_[index] : nullptr;
   }
-  [[nodiscard]] const ZongeToken* value_token() const;
-  void fault(std::string_view text, const ZongeToken* token) {
+  [[nodiscard]] const RawToken* value_token() const;
+  void fault(std::string_view text, const RawToken* token) {
     account_.fault(block_, text, token == nullptr ? std::string_view() : token->text, line_.number());
   }
   void name_configuration(const char* configuration) {
@@ -64,13 +64,13 @@ class KeywordReader {
   void check_location(std::string_view text);
   void check_count(std::string_view text);
   void check_list(std::string_view text);
-  void take_frequency(const ZongeToken* token);
+  void take_frequency(const RawToken* token);
 
-  const ZongeLine& line_;
+  const RawLine& line_;
   ZongeSurvey& survey_;
   ZongeBlock& block_;
   ZongeAccount& account_;
-  std::size_t place_ = 0;   // of the token at hand
+  std::size_t place_ = 0;   // of the current token
   std::size_t unused_ = 0;  // tokens from here on belong to no keyword yet
 };
 
@@ -115,7 +115,7 @@ constexpr std::array<Keyword, 30> keywords{{
     {"ID", Match::whole, &KeywordReader::take_transmitter_id},
 }};
 
-const Keyword* find_keyword(const ZongeToken& token) {
+const Keyword* find_keyword(const RawToken& token) {
   if (token.is_number) {
     return nullptr;
   }
@@ -143,9 +143,9 @@ void KeywordReader::read(std::size_t first) {
   }
 }
 
-// The token behind the keyword if it can be its value: another keyword can't.
-const ZongeToken* KeywordReader::value_token() const {
-  const ZongeToken* const next = token_at(place_ + 1);
+// The token after the keyword if it can be its value: another keyword can't.
+const RawToken* KeywordReader::value_token() const {
+  const RawToken* const next = token_at(place_ + 1);
   return next != nullptr && find_keyword(*next) == nullptr ? next : nullptr;
 }
 
@@ -168,7 +168,7 @@ void KeywordReader::take_operator() {
 }
 
 void KeywordReader::take_transmitter() {
-  const ZongeToken* const next = token_at(place_ + 1);
+  const RawToken* const next = token_at(place_ + 1);
   if (next != nullptr && (next->upper == "ID" || next->upper.starts_with("CURR"))) {
     return;  // that word is the keyword
   }
@@ -177,7 +177,7 @@ void KeywordReader::take_transmitter() {
 
 // A natural-source block may leave the place blank.
 void KeywordReader::check_location(std::string_view text) {
-  const ZongeToken* const value = value_token();
+  const RawToken* const value = value_token();
   if (value != nullptr && !value->is_number) {
     fault(text, value);
   }
@@ -186,13 +186,13 @@ void KeywordReader::check_location(std::string_view text) {
 
 void KeywordReader::take_a_spacing() {
   if (line_[place_].upper == "A") {
-    const ZongeToken* const next = token_at(place_ + 1);
+    const RawToken* const next = token_at(place_ + 1);
     if (next == nullptr || !next->upper.starts_with("SP")) {
       return;
     }
     ++place_;
   }
-  const ZongeToken* const value = value_token();
+  const RawToken* const value = value_token();
   pass_value();
   constexpr double smallest_spacing = 1e-6;
   constexpr double largest_spacing = 1e9;
@@ -208,26 +208,26 @@ void KeywordReader::take_a_spacing() {
   if (value->unit == "FT" || value->unit == "FEET") {
     account_.ignored(line_.number(), "lengths in feet are taken as they stand");
   }
-  account_.tell_value(" A spacing", survey_.a_spacing, spacing);
+  account_.say_value(" A spacing", survey_.a_spacing, spacing);
 }
 
 void KeywordReader::take_line() {
   while (value_token() != nullptr && (value_token()->upper == "NUMBER" || value_token()->upper == "NO")) {
     ++place_;
   }
-  if (const ZongeToken* const value = value_token()) {
-    account_.tell_value(" Line number", survey_.line, shown_bytes(value->text));
+  if (const RawToken* const value = value_token()) {
+    account_.say_value(" Line number", survey_.line, shown_bytes(value->text));
     pass_value();
   }
 }
 
 void KeywordReader::take_frequency_word() {
-  const ZongeToken* const value = value_token();
+  const RawToken* const value = value_token();
   pass_value();
   take_frequency(value);
 }
 
-void KeywordReader::take_frequency(const ZongeToken* token) {
+void KeywordReader::take_frequency(const RawToken* token) {
   const double frequency = token != nullptr && token->is_number ? number_in_base_units(*token) : 0.0;
   constexpr double smallest_frequency = 1e-9;  // Hz, far beyond any receiver, as is the largest
   constexpr double largest_frequency = 1e9;
@@ -236,13 +236,13 @@ void KeywordReader::take_frequency(const ZongeToken* token) {
     return;
   }
   block_.base_frequency = frequency;
-  account_.tell_value(" Frequency", survey_.frequency, frequency);
+  account_.say_value(" Frequency", survey_.frequency, frequency);
 }
 
-// "64 Bursts" or "Bursts 64": the number before the word, if no other word has it, else the one behind.
+// "64 Bursts" or "Bursts 64": the number before the word, if no other word has it, else the one after it.
 void KeywordReader::check_count(std::string_view text) {
   const bool stands_before = place_ > 0 && place_ - 1 >= unused_ && line_[place_ - 1].is_number;
-  const ZongeToken* const value = stands_before ? &line_[place_ - 1] : value_token();
+  const RawToken* const value = stands_before ? &line_[place_ - 1] : value_token();
   if (!stands_before) {
     pass_value();
   }
@@ -252,7 +252,7 @@ void KeywordReader::check_count(std::string_view text) {
 }
 
 void KeywordReader::check_list(std::string_view text) {
-  const ZongeToken* const value = value_token();
+  const RawToken* const value = value_token();
   if (value == nullptr || !value->is_number) {
     fault(text, value);
   }
@@ -261,20 +261,19 @@ void KeywordReader::check_list(std::string_view text) {
 
 // A list of gains runs over the inputs from the first.
 void KeywordReader::take_gain() {
-  const ZongeToken* const value = value_token();
+  const RawToken* const value = value_token();
   if (value == nullptr || !value->is_number) {
     fault("Gain value is invalid ", value);
     return;
   }
   pass_numbers();
   for (std::size_t input = 1; input < unused_ - place_ && input <= zonge_channel_limit; ++input) {
-    Module_data_file::take_gain(static_cast<std::int32_t>(input), line_[place_ + input].number, survey_,
-                                account_);
+    zonge::take_gain(static_cast<std::int32_t>(input), line_[place_ + input].number, survey_, account_);
   }
 }
 
 void KeywordReader::take_time() {
-  if (const ZongeToken* const value = value_token()) {
+  if (const RawToken* const value = value_token()) {
     check_time(*value);
     pass_value();
   }
@@ -282,7 +281,7 @@ void KeywordReader::take_time() {
 
 void KeywordReader::take_voltage() {
   const bool stands_before = place_ > 0 && place_ - 1 >= unused_ && line_[place_ - 1].is_number;
-  const ZongeToken* const value = stands_before ? &line_[place_ - 1] : value_token();
+  const RawToken* const value = stands_before ? &line_[place_ - 1] : value_token();
   if (value != nullptr) {
     check_voltage(*value);
   }
@@ -292,7 +291,7 @@ void KeywordReader::take_voltage() {
 }
 
 // Hours and minutes, seconds if they are given.
-void KeywordReader::check_time(const ZongeToken& token) {
+void KeywordReader::check_time(const RawToken& token) {
   constexpr std::array<double, 3> limits{24.0, 60.0, 60.0};
   std::string_view rest = token.text;
   std::size_t parts = 0;
@@ -309,7 +308,7 @@ void KeywordReader::check_time(const ZongeToken& token) {
   }
 }
 
-void KeywordReader::check_voltage(const ZongeToken& token) {
+void KeywordReader::check_voltage(const RawToken& token) {
   if (!token.is_number || !(token.unit.empty() || token.unit.starts_with('V'))) {
     fault("Survey Voltage is invalid ", &token);
   }
@@ -324,43 +323,35 @@ bool begins_with_digit(std::string_view text) { return text.front() >= '0' && te
 
 }  // namespace
 
-double number_in_base_units(const ZongeToken& token) {
-  constexpr double thousand = 1000.0;
-  if (token.unit.starts_with('K')) {
-    return token.number * thousand;
-  }
-  return token.unit == "MHZ" ? token.number / thousand : token.number;
-}
-
 void take_configuration(const char* configuration, ZongeSurvey& survey, ZongeAccount& account) {
   if (survey.configuration.empty()) {
-    account.tell(std::string("Survey Configuration is ") + configuration);
+    account.say(std::string("Survey Configuration is ") + configuration);
   } else if (survey.configuration != configuration) {
-    account.tell("Survey Configuration has changed from " + survey.configuration + " to : " + configuration);
+    account.say("Survey Configuration has changed from " + survey.configuration + " to : " + configuration);
   }
   survey.configuration = configuration;
 }
 
-bool has_keyword(const ZongeLine& line) {
+bool has_keyword(const RawLine& line) {
   return std::ranges::any_of(line.tokens(),
-                             [](const ZongeToken& token) { return find_keyword(token) != nullptr; });
+                             [](const RawToken& token) { return find_keyword(token) != nullptr; });
 }
 
-bool begins_with_frequency(const ZongeLine& line) {
+bool begins_with_frequency(const RawLine& line) {
   const auto& tokens = line.tokens();
   return !tokens.empty() && tokens[0].is_number &&
          (is_frequency_unit(tokens[0].unit) || (tokens.size() > 1 && tokens[1].upper == "HZ"));
 }
 
-void read_keyword_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {
+void read_keyword_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {
   KeywordReader(line, survey, block, account).read(0);
 }
 
-void read_type_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {
+void read_type_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account) {
   KeywordReader reader(line, survey, block, account);
   const auto& tokens = line.tokens();
   const auto date = std::ranges::find_if(
-      tokens, [](const ZongeToken& token) { return !token.is_number && looks_like_date(token.upper); });
+      tokens, [](const RawToken& token) { return !token.is_number && looks_like_date(token.upper); });
   auto place = date == tokens.end() ? tokens.begin() : date;
   const auto take_next = [&](auto&& fits) {
     const bool found = tokens.end() - place > 1 && fits(place[1]);
@@ -368,17 +359,17 @@ void read_type_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& bloc
     return found;
   };
   if (date != tokens.end()) {
-    if (take_next([](const ZongeToken& token) {
+    if (take_next([](const RawToken& token) {
           return token.upper.find(':') != std::string_view::npos ||
                  (begins_with_digit(token.upper) && !token.unit.starts_with('V'));
         })) {
       reader.check_time(*place);
     }
-    if (take_next([](const ZongeToken& token) { return begins_with_digit(token.upper); })) {
+    if (take_next([](const RawToken& token) { return begins_with_digit(token.upper); })) {
       reader.check_voltage(*place);
     }
   }
   reader.read(static_cast<std::size_t>(place - tokens.begin()) + 1);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -1,7 +1,7 @@
 // zonge_raw_header.h: the keyword lines of an MT block.
 //
-// Keywords are met in any case and any order, several on a line, each with its value behind it; counts also
-// stand behind their number ("16 Cyc"):
+// Keywords come in any case and any order, several on a line, each before its value; counts also come after
+// their number ("16 Cyc"):
 //
 //   OPER 7   TX ID 3   A-SP 100 m   LINE 200 N   VEC   ROBUST   EPROM 32.5
 //   Tx 1   Rx 150 N   8 Hz   64 Bursts   8 Stacks   1024 Samples   16 Cyc   Tx Curr 7.5 A
@@ -10,24 +10,21 @@
 #include "formats/zonge/zonge_raw_block.h"
 #include "formats/zonge/zonge_raw_line.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 /// Reads the block's first line: type word, date, time, voltage, then keywords.
-void read_type_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
+void read_type_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
 
 /// True if the line has a keyword.
-bool has_keyword(const ZongeLine& line);
+bool has_keyword(const RawLine& line);
 
 /// True if the line begins with a frequency: "8 Hz ...", "4kHz ...".
-bool begins_with_frequency(const ZongeLine& line);
+bool begins_with_frequency(const RawLine& line);
 
 /// Reads a line of keywords into the block and what carries over.
-void read_keyword_line(const ZongeLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
+void read_keyword_line(const RawLine& line, ZongeSurvey& survey, ZongeBlock& block, ZongeAccount& account);
 
 /// Takes the configuration that a block names: "Vector", "Tensor" or "AMT".
 void take_configuration(const char* configuration, ZongeSurvey& survey, ZongeAccount& account);
 
-/// The number of a token in base units: "4kHz" is 4000, "125 mHz" is 0.125.
-double number_in_base_units(const ZongeToken& token);
-
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -7,7 +7,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
@@ -25,7 +25,7 @@ constexpr std::array<bool, 256> separators = separator_table();
 
 bool is_separator(char character) { return separators[static_cast<unsigned char>(character)]; }
 
-// Units that stand in a token of their own.
+// Units that may be a token of their own.
 constexpr std::array<std::string_view, 28> unit_words{
     "M", "FT",  "FEET", "KM", "V",    "VOLTS", "MV",  "UV",   "NV",    "A",     "AMPS", "MA", "HZ", "KHZ",
     "S", "SEC", "DEG",  "MR", "MRAD", "RAD",   "OHM", "OHMS", "OHM-M", "OHM.M", "KOHM", "%",  "DB", "MHZ"};
@@ -34,7 +34,7 @@ bool may_begin_number(char character) {
   return (character >= '0' && character <= '9') || character == '.' || character == '-' || character == '+';
 }
 
-// What stands behind a number in its token: letters, not digits of a second number.
+// What follows a number in its token: letters, not digits of a second number.
 bool is_unit(std::string_view text) {
   const auto first = static_cast<unsigned char>(text.front());
   const bool begins_well = (first >= 'A' && first <= 'Z') || first == '%' || first >= 0x80;
@@ -43,7 +43,7 @@ bool is_unit(std::string_view text) {
 
 }  // namespace
 
-void ZongeLine::assign(std::string_view line, std::int64_t line_number) {
+void RawLine::assign(std::string_view line, std::int64_t line_number) {
   text_ = trimmed(line);
   upper_ = text_;
   std::ranges::transform(upper_, upper_.begin(),
@@ -52,7 +52,7 @@ void ZongeLine::assign(std::string_view line, std::int64_t line_number) {
   tokens_.clear();
 }
 
-void ZongeLine::tokenize() {
+void RawLine::tokenize() {
   tokens_.clear();
   const auto begin = text_.cbegin();
   for (auto place = begin; place != text_.cend();) {
@@ -65,7 +65,7 @@ void ZongeLine::tokenize() {
   }
 }
 
-bool ZongeLine::joins_as_unit(std::size_t first, std::size_t end) const {
+bool RawLine::joins_as_unit(std::size_t first, std::size_t end) const {
   if (tokens_.empty() || !tokens_.back().is_number || !tokens_.back().unit.empty()) {
     return false;
   }
@@ -80,7 +80,7 @@ bool ZongeLine::joins_as_unit(std::size_t first, std::size_t end) const {
   return word != "A" || !behind.starts_with("SP");  // "TX ID 3  A SPACING 100"
 }
 
-void ZongeLine::add_token(std::size_t first, std::size_t end) {
+void RawLine::add_token(std::size_t first, std::size_t end) {
   const bool numeric = may_begin_number(text_[first]);
   if (!numeric && joins_as_unit(first, end)) {
     tokens_.back().unit = std::string_view(upper_).substr(first, end - first);
@@ -89,7 +89,7 @@ void ZongeLine::add_token(std::size_t first, std::size_t end) {
   if (text_[end - 1] == ':' && end - first > 1) {
     --end;
   }
-  ZongeToken token;
+  RawToken token;
   token.text = std::string_view(text_).substr(first, end - first);
   token.upper = std::string_view(upper_).substr(first, end - first);
   if (numeric) {
@@ -102,4 +102,4 @@ void ZongeLine::add_token(std::size_t first, std::size_t end) {
   tokens_.push_back(token);
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -8,7 +8,7 @@
 #include "formats/zonge/zonge_raw_channels.h"
 #include "formats/zonge/zonge_raw_header.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
@@ -35,7 +35,7 @@ const BlockWord* find_block_word(std::string_view upper_line) {
 }
 
 // The first four characters are a type word: without a number above it, a longer word that only begins like
-// one ("CRES") is none.
+// one ("CRES") doesn't count.
 bool is_type_line(std::string_view upper_line) {
   const std::string_view first = upper_line.substr(0, 4);
   const BlockWord* const word = find_block_word(first);
@@ -50,12 +50,12 @@ bool is_number_line(std::string_view text) {
 }
 
 // "3 Hz 150 0.01 45 0 ..." is a channel once the block's frequency is known.
-bool is_vertical_field(const ZongeLine& line, const ZongeBlock& block) {
+bool is_vertical_field(const RawLine& line, const ZongeBlock& block) {
   constexpr std::size_t numbers_behind = 4;
   const auto& tokens = line.tokens();
   return block.base_frequency && tokens[0].unit.empty() && tokens.size() >= 2 + numbers_behind &&
          std::all_of(tokens.begin() + 2, tokens.begin() + 2 + numbers_behind,
-                     [](const ZongeToken& token) { return token.is_number; });
+                     [](const RawToken& token) { return token.is_number; });
 }
 
 bool has_word(std::string_view upper_line, std::string_view word) {
@@ -107,7 +107,7 @@ bool ZongeRawParser::begins_block() const {
   return is_number_line(line_.text()) || is_type_line(line_.upper());
 }
 
-// Goes on to the line with the type; a number without one stands for a block of unknown type.
+// Goes on to the line with the type; a number without one is a block of unknown type.
 void ZongeRawParser::read_numbered_start(ZongeBlock& block) {
   block.number = last_number_ + 1;
   numbered_ = is_number_line(line_.text());
@@ -139,12 +139,12 @@ bool ZongeRawParser::next_block(ZongeBlock& block) {
   }
   block.type = traits.is_mt() ? ZongeBlockType::mt : ZongeBlockType::skipped;
   if (!traits.is_mt()) {
-    account_.tell(traits.account_text());
+    account_.say(traits.account_text());
   }
   return true;
 }
 
-// Operator's and transmitter's lines are told by their first word.
+// A first word marks the lines of operator and transmitter.
 void ZongeRawParser::note_traits(Traits& traits) const {
   const std::string_view line = line_.upper();
   traits.has_operator = traits.has_operator || has_word(line, "OPER");
@@ -200,9 +200,9 @@ bool ZongeRawParser::read_mt_line(ZongeBlock& block) {
   if (tokens.empty()) {
     return true;
   }
-  if (std::ranges::any_of(tokens, [](const ZongeToken& token) { return token.upper.starts_with("ABORT"); })) {
+  if (std::ranges::any_of(tokens, [](const RawToken& token) { return token.upper.starts_with("ABORT"); })) {
     block.aborted = true;
-    account_.tell(aborted_text);
+    account_.say(aborted_text);
     return true;
   }
   if (tokens.front().upper.starts_with("HARM")) {
@@ -224,10 +224,10 @@ bool ZongeRawParser::read_mt_line(ZongeBlock& block) {
 }
 
 bool ZongeRawParser::read_numbers(ZongeBlock& block) {
-  constexpr std::ptrdiff_t numbers_of_a_damaged_line = 4;  // behind a channel that can't be read
+  constexpr std::ptrdiff_t numbers_of_a_damaged_line = 4;  // after a channel that can't be read
   const auto& tokens = line_.tokens();
   if (!tokens.front().is_number &&
-      std::ranges::count_if(tokens, &ZongeToken::is_number) < numbers_of_a_damaged_line) {
+      std::ranges::count_if(tokens, &RawToken::is_number) < numbers_of_a_damaged_line) {
     return false;
   }
   if (block.in_harmonics) {
@@ -238,4 +238,4 @@ bool ZongeRawParser::read_numbers(ZongeBlock& block) {
   return true;
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -1,55 +1,21 @@
 #include "formats/zonge/zonge_raw_table.h"
 
 #include <algorithm>
-#include <cmath>
 
-#include "core/number_text.h"
 #include "formats/zonge/zonge_raw_header.h"
+#include "formats/zonge/zonge_raw_values.h"
 
-namespace Module_data_file {
+namespace formats::zonge {
 
 namespace {
 
-bool is_channel_word(const ZongeToken& token) {
+bool is_channel_word(const RawToken& token) {
   return token.upper == "CH" || token.upper == "CHN" || token.upper.starts_with("CHAN");
 }
 
 }  // namespace
 
-std::int32_t channel_number(const ZongeLine& line, const ZongeToken& token, ZongeBlock& block,
-                            ZongeAccount& account) {
-  if (!token.is_number || !token.unit.empty() || token.number != std::trunc(token.number)) {
-    account.fault(block, "Channel Number is invalid ", token.text, line.number());
-    return 0;
-  }
-  if (token.number < 1.0 || token.number > static_cast<double>(zonge_channel_limit)) {
-    account.fault(block, "Invalid channel number " + shown_bytes(token.text) + " encountered : ", line.text(),
-                  line.number());
-    return 0;
-  }
-  return static_cast<std::int32_t>(token.number);
-}
-
-void take_gain(std::int32_t channel, double gain, ZongeSurvey& survey, ZongeAccount& account) {
-  std::optional<double>& known = survey.inputs[static_cast<std::size_t>(channel)].gain;
-  if (known != gain) {
-    account.tell_value(" Gain for input " + plain_text(channel), known, gain);
-  }
-}
-
-std::string component_name(const ZongeToken& token) {
-  const std::string_view word = token.upper;
-  if (word == "EXHY" || word == "EYHX") {
-    return word == "EXHY" ? "ExHy" : "EyHx";
-  }
-  if (word.size() < 2 || (word[0] != 'E' && word[0] != 'H') || word[1] < 'X' || word[1] > 'Z' ||
-      word.find_first_not_of("0123456789", 2) != std::string_view::npos) {
-    return {};
-  }
-  return {word[0], static_cast<char>(word[1] - 'A' + 'a')};
-}
-
-ZongeChannelTable::Column ZongeChannelTable::column_of(const ZongeToken& token) {
+ZongeChannelTable::Column ZongeChannelTable::column_of(const RawToken& token) {
   const std::string_view word = token.upper;
   if (is_channel_word(token)) {
     return Column::channel;
@@ -72,11 +38,10 @@ ZongeChannelTable::Column ZongeChannelTable::column_of(const ZongeToken& token) 
   return word.starts_with("PASS") ? Column::passed : Column::other;
 }
 
-bool ZongeChannelTable::take(const ZongeLine& line, ZongeBlock& block) {
+bool ZongeChannelTable::take(const RawLine& line, ZongeBlock& block) {
   const auto& tokens = line.tokens();
   const auto channel_word = std::ranges::find_if(tokens, is_channel_word);
-  const bool any_numbers =
-      std::ranges::any_of(tokens, [](const ZongeToken& token) { return token.is_number; });
+  const bool any_numbers = std::ranges::any_of(tokens, [](const RawToken& token) { return token.is_number; });
   if (channel_word != tokens.end() && !any_numbers) {
     take_heading(line);
     return true;
@@ -95,11 +60,11 @@ bool ZongeChannelTable::take(const ZongeLine& line, ZongeBlock& block) {
   return false;
 }
 
-// A heading without columns of an input's set-up stands above the data; their order is fixed.
-void ZongeChannelTable::take_heading(const ZongeLine& line) {
+// A heading without columns of an input's set-up is that of the data, whose order is fixed.
+void ZongeChannelTable::take_heading(const RawLine& line) {
   columns_.clear();
   bool of_inputs = false;
-  for (const ZongeToken& token : line.tokens()) {
+  for (const RawToken& token : line.tokens()) {
     columns_.push_back(column_of(token));
     of_inputs = of_inputs || columns_.back() == Column::notch || columns_.back() == Column::signal_to_noise ||
                 columns_.back() == Column::passed || columns_.back() == Column::gain;
@@ -113,7 +78,7 @@ void ZongeChannelTable::take_heading(const ZongeLine& line) {
   }
 }
 
-void ZongeChannelTable::take_row(const ZongeLine& line, ZongeBlock& block) {
+void ZongeChannelTable::take_row(const RawLine& line, ZongeBlock& block) {
   const auto at = static_cast<std::size_t>(std::ranges::find(columns_, Column::channel) - columns_.begin());
   if (at >= line.size()) {
     account_.fault(block, "Channel Number is invalid ", "", line.number());
@@ -128,7 +93,7 @@ void ZongeChannelTable::take_row(const ZongeLine& line, ZongeBlock& block) {
   }
 }
 
-void ZongeChannelTable::take_keywords(const ZongeLine& line, ZongeBlock& block) {
+void ZongeChannelTable::take_keywords(const RawLine& line, ZongeBlock& block) {
   const std::int32_t channel = channel_number(line, line[1], block, account_);
   if (channel == 0) {
     return;
@@ -143,8 +108,8 @@ void ZongeChannelTable::take_keywords(const ZongeLine& line, ZongeBlock& block) 
   }
 }
 
-void ZongeChannelTable::take_value(Column column, const ZongeToken& token, std::int32_t channel,
-                                   const ZongeLine& line, ZongeBlock& block) {
+void ZongeChannelTable::take_value(Column column, const RawToken& token, std::int32_t channel,
+                                   const RawLine& line, ZongeBlock& block) {
   ZongeInput& input = survey_.inputs[static_cast<std::size_t>(channel)];
   const auto require_number = [&](std::string_view text) {
     if (!token.is_number) {
@@ -177,4 +142,4 @@ void ZongeChannelTable::take_value(Column column, const ZongeToken& token, std::
   }
 }
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -1,4 +1,4 @@
-// zonge_raw_table.h: what headers tell of the receiver's inputs.
+// zonge_raw_table.h: what headers say of the receiver's inputs.
 //
 // Either a heading with the columns in any order and a row for each input, in any order,
 //
@@ -13,17 +13,7 @@
 #include "formats/zonge/zonge_raw_block.h"
 #include "formats/zonge/zonge_raw_line.h"
 
-namespace Module_data_file {
-
-/// The number of an input, 1 to 64; 0 after a fault.
-std::int32_t channel_number(const ZongeLine& line, const ZongeToken& token, ZongeBlock& block,
-                            ZongeAccount& account);
-
-/// Takes an input's gain and tells it if it is new or another one.
-void take_gain(std::int32_t channel, double gain, ZongeSurvey& survey, ZongeAccount& account);
-
-/// "Ex" for a token EX, ex or Ex1; empty if it is no name of a component.
-std::string component_name(const ZongeToken& token);
+namespace formats::zonge {
 
 class ZongeChannelTable {
  public:
@@ -32,17 +22,17 @@ class ZongeChannelTable {
   void begin_block() { columns_.clear(); }
 
   /// Takes the line if it belongs to a table of inputs or is the heading of any table. A row of numbers does
-  /// only behind a heading of inputs. @return true if it was taken
-  bool take(const ZongeLine& line, ZongeBlock& block);
+  /// only after a heading of inputs. @return true if it was taken
+  bool take(const RawLine& line, ZongeBlock& block);
 
  private:
   enum class Column { channel, name, station, gain, notch, signal_to_noise, passed, other };
 
-  static Column column_of(const ZongeToken& token);
-  void take_heading(const ZongeLine& line);
-  void take_row(const ZongeLine& line, ZongeBlock& block);
-  void take_keywords(const ZongeLine& line, ZongeBlock& block);
-  void take_value(Column column, const ZongeToken& token, std::int32_t channel, const ZongeLine& line,
+  static Column column_of(const RawToken& token);
+  void take_heading(const RawLine& line);
+  void take_row(const RawLine& line, ZongeBlock& block);
+  void take_keywords(const RawLine& line, ZongeBlock& block);
+  void take_value(Column column, const RawToken& token, std::int32_t channel, const RawLine& line,
                   ZongeBlock& block);
 
   ZongeSurvey& survey_;
@@ -50,4 +40,4 @@ class ZongeChannelTable {
   std::vector<Column> columns_;  // of the heading above; empty if there is none
 };
 
-}  // namespace Module_data_file
+}  // namespace formats::zonge

@@ -6,7 +6,7 @@
 
 namespace Module_output {
 
-/// What the heads of the files tell about a line.
+/// What the heads of the files say about a line.
 struct ZongeLine {
   std::string line;            // "200E"
   double first_station = 0.0;  // m

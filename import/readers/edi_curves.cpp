@@ -2,20 +2,23 @@
 
 #include <array>
 #include <cmath>
-#include <numbers>
 
 #include "core/absent_value.h"
 #include "formats/field_values.h"
 #include "import/readers/reader_steps.h"
+#include "numerics/constants.h"
+#include "numerics/impedance/apparent_resistivity.h"
 
 namespace Module_data_file {
 
+using namespace formats::edi;
+
 namespace {
 
+using formats::single_or_absent;
 using Module_database::Curve;
-using Module_database::field_count;
+using numerics::degrees_per_radian;
 
-constexpr double degrees_per_radian = 180.0 / std::numbers::pi;
 constexpr std::array<int, quantity_count> quantity_fields{
     Module_database::field_resistivity,       Module_database::field_phase,
     Module_database::field_impedance_real,    Module_database::field_impedance_imaginary,
@@ -53,7 +56,7 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
     const double i = imaginary.values[index];
     const double square = r * r + i * i;
     const bool known = !is_absent(r) && !is_absent(i) && frequency > 0.0;
-    const double rho = known ? 0.2 * square / frequency : double{no_data};
+    const double rho = known ? numerics::impedance::apparent_resistivity({r, i}, frequency) : double{no_data};
     if (known) {
       resistivity.values[index] = single_or_absent(rho);
       phase.values[index] = single_or_absent(raised_phase(i, r));

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "database/reading.h"
-#include "formats/edi/edi_parser.h"
+#include "formats/edi/edi_section.h"
 
 namespace Module_data_file {
 
@@ -16,17 +16,17 @@ namespace Module_data_file {
 ///
 /// Z in mV/km/nT: Cagniard (1953), Geophysics 18, 605-635, in field units. Absent where Z is absent or f is
 /// not positive.
-void compute_from_impedance(EdiSection& section, std::size_t element);
+void compute_from_impedance(formats::edi::EdiSection& section, std::size_t element);
 
 /// Turns the sign of Ey: 180 degrees more on the phases of EyHx and EyHy, wrapped into -180..180, and the
 /// other sign for their impedances.
-void turn_ey(EdiSection& section);
+void turn_ey(formats::edi::EdiSection& section);
 
 /// The same for the curve of one element: its phases and the parts of its impedance.
 void turn_sign(Module_database::Curve& curve);
 
 /// Fills a curve with an element's fields, the copies of them that stay as they came in, and the masks that
 /// follow from resistivity and phase.
-void fill_curve(const EdiSection& section, std::size_t element, Module_database::Curve& curve);
+void fill_curve(const formats::edi::EdiSection& section, std::size_t element, Module_database::Curve& curve);
 
 }  // namespace Module_data_file

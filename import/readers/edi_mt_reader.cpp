@@ -8,13 +8,15 @@
 #include "import/readers/edi_curves.h"
 #include "import/readers/edi_stations.h"
 #include "import/readers/reader_steps.h"
-#include "import/reading_record.h"
 
 namespace Module_data_file {
 
+using namespace formats::edi;
+using formats::FileReport;
+
 namespace {
 
-// What a person should know before choosing the additions for files of this kind.
+// What the user should know before choosing the additions for files of this kind.
 class SectionCensus {
  public:
   void add(const EdiSection& section) {
@@ -53,27 +55,27 @@ void apply_additions(const ImportChoices& choices, EdiSection& section) {
 }
 
 // Stores the four readings of a section. False after a failed store, whose message has been shown.
-bool store_section(const EdiSection& section, ReadingRecord& record, FileReport& report, StoreNotes& notes) {
-  find_station_of_record(record);
+bool store_section(const EdiSection& section, FileTask& task) {
+  find_station_of_record(task.record);
   for (std::size_t element = 0; element < element_count; ++element) {
-    fill_curve(section, element, record.curve);
-    if (!take_reading(ImportMode::import, tensor_data_types[element], report, notes)) {
+    fill_curve(section, element, task.record.curve);
+    if (!take_reading(task, tensor_data_types[element])) {
       return false;
     }
   }
   return true;
 }
 
-int read_sections(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                  const FileProgress& progress) {
-  ReadingRecord& record = reading_record();
-  LineReader reader(file);
+int read_sections(FileTask& task) {
+  ReadingRecord& record = task.record;
+  FileReport& report = task.report;
+  LineReader reader(task.file);
   EdiMtParser parser(reader, report);
   if (!parser.has_sections()) {
     report.failure = "the file has no section >=MTSECT";
   }
   set_up_edi_header(record, "EMIRes");
-  if (mode == ImportMode::import && store_header_block(notes) != 0) {
+  if (task.is_import() && store_header_block(record, task.notes) != 0) {
     return -1;
   }
   SectionCensus census;
@@ -82,9 +84,9 @@ int read_sections(ImportMode mode, const std::string& file, FileReport& report, 
     census.add(section);
     census.note(report);
     take_section_head(section, record, report);
-    if (mode == ImportMode::import) {
+    if (task.is_import()) {
       apply_additions(record.choices, section);
-      if (!store_section(section, record, report, notes)) {
+      if (!store_section(section, task)) {
         return -1;
       }
     } else {
@@ -94,18 +96,15 @@ int read_sections(ImportMode mode, const std::string& file, FileReport& report, 
     ++report.sections;
     report.frequencies = std::max(report.frequencies, static_cast<std::int32_t>(section.frequencies.size()));
     go_to_next_section(record);
-    if (progress) {
-      progress(reader.bytes_read(), reader.file_size());
-    }
+    task.show_progress(reader);
   }
   return 0;
 }
 
 }  // namespace
 
-int read_edi_mt(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                const FileProgress& progress) {
-  return run_reader(report, notes, [&] { return read_sections(mode, file, report, notes, progress); });
+int read_edi_mt(FileTask& task) {
+  return run_reader(task, [&] { return read_sections(task); });
 }
 
 EdiTraits examine_edi_mt(const std::string& file) {

@@ -8,23 +8,27 @@
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "formats/edi/edi_spectra_parser.h"
-#include "formats/remarks.h"
 #include "import/readers/edi_curves.h"
 #include "import/readers/edi_stations.h"
 #include "import/readers/reader_steps.h"
-#include "import/reading_record.h"
+#include "numerics/constants.h"
+#include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/mtcomp.h"
 
 namespace Module_data_file {
+
+using namespace formats::edi;
+using formats::FileReport;
+using formats::remark_unreadable;
 
 namespace {
 
 using numerics::impedance::MtcompError;
 
-// From mV/km/nT to ohm: mu0 times 1000.
-constexpr double ohms_of_field_unit = 12.56637061435916 / 10000.0;
+// E/H in ohm of E/B in mV/km/nT.
+constexpr double ohms_of_field_unit = numerics::mu0 * numerics::field_unit;
 
-// Where the elements' real parts stand among the ten values of the tensor.
+// The places of the elements' real parts among the ten values of the tensor.
 constexpr std::array<std::size_t, 4> real_parts{0, 2, 6, 8};
 
 struct EstimatedFrequency {
@@ -43,30 +47,30 @@ const char* why_no_tensor(MtcompError error) {
   }
 }
 
-// An invalid number of averages is told once for a file, and each of them in the report. It costs the
-// frequency nothing but the errors of its tensor, which no reading has.
-void tell_invalid_averages(const SpectraBlock& block, bool& told, FileReport& report) {
+// The user sees one message on an invalid number of averages for a file; the report has each of them. The
+// frequency loses only the errors of its tensor, which aren't stored anyway.
+void report_invalid_averages(const SpectraBlock& block, bool& shown, FileReport& report) {
   if (!block.invalid_AVGT) {
     return;
   }
-  constexpr std::size_t longest_text = 40;  // bytes that a person wants to see of it
+  constexpr std::size_t longest_text = 40;  // bytes of it that a message has room for
   const std::string text =
       "The AVGT value is invalid: " + text_from_field_file(block.invalid_AVGT->substr(0, longest_text));
-  if (!told) {
+  if (!shown) {
     user_interface().show_message(text);
-    told = true;
+    shown = true;
   }
   remark_unreadable(report, block.line_number, text);
 }
 
 std::vector<EstimatedFrequency> estimate_section(EdiSpectraParser& parser, const SpectraSection& section,
-                                                 bool& told_averages, FileReport& report) {
+                                                 bool& averages_shown, FileReport& report) {
   std::vector<EstimatedFrequency> estimated;
   SpectraBlock block;
   std::size_t blocks = 0;
   while (parser.next_block(block)) {
     ++blocks;
-    tell_invalid_averages(block, told_averages, report);
+    report_invalid_averages(block, averages_shown, report);
     if (!section.roles.places || !block.complete) {
       continue;
     }
@@ -99,7 +103,7 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
     const double imaginary = estimate.impedance[real_parts[element] + 1];
     TensorPoint point;
     point.frequency = frequency;
-    point.resistivity = 0.2 * (real * real + imaginary * imaginary) / frequency;
+    point.resistivity = numerics::impedance::apparent_resistivity({real, imaginary}, frequency);
     point.real = real * ohms_of_field_unit;
     point.imaginary = imaginary * ohms_of_field_unit;
     point.magnitude_part = estimate.impedance[9] * ohms_of_field_unit;
@@ -115,23 +119,23 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
   }
 }
 
-bool take_readings(ImportMode mode, const std::vector<EstimatedFrequency>& estimated, ReadingRecord& record,
-                   FileReport& report, StoreNotes& notes) {
-  if (mode == ImportMode::import) {
+bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& task) {
+  ReadingRecord& record = task.record;
+  if (task.is_import()) {
     find_station_of_record(record);
   }
   for (std::size_t element = 0; element < tensor_data_types.size(); ++element) {
     const bool is_ey = element >= element_yx;
     fill_element(estimated, element, is_ey && record.choices.turn_ey_phase, record.curve);
-    if (!take_reading(mode, tensor_data_types[element], report, notes)) {
+    if (!take_reading(task, tensor_data_types[element])) {
       return false;
     }
   }
   return true;
 }
 
-// The first one is the file's failure, which nobody overlooks; the others are remarks.
-void tell_lost_section(const SpectraSection& section, FileReport& report) {
+// The first one is the file's failure, which is shown first; the others are remarks.
+void report_lost_section(const SpectraSection& section, FileReport& report) {
   const std::string text =
       "section " + std::to_string(section.number) +
       (section.roles.places ? " has no usable frequency" : " has no channel " + section.roles.missing) +
@@ -144,14 +148,15 @@ void tell_lost_section(const SpectraSection& section, FileReport& report) {
 }
 
 // False after a failed store.
-bool take_section(ImportMode mode, const SpectraSection& section,
-                  const std::vector<EstimatedFrequency>& estimated, FileReport& report, StoreNotes& notes) {
-  ReadingRecord& record = reading_record();
+bool take_section(const SpectraSection& section, const std::vector<EstimatedFrequency>& estimated,
+                  FileTask& task) {
+  ReadingRecord& record = task.record;
+  FileReport& report = task.report;
   take_section_head(section, record, report);
   if (estimated.empty()) {
-    tell_lost_section(section, report);
+    report_lost_section(section, report);
   } else {
-    if (!take_readings(mode, estimated, record, report, notes)) {
+    if (!take_readings(estimated, task)) {
       return false;
     }
     add_tensor_to_scan_list(record);
@@ -162,40 +167,37 @@ bool take_section(ImportMode mode, const SpectraSection& section,
   return true;
 }
 
-int read_sections(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                  const FileProgress& progress) {
-  LineReader reader(file);
+int read_sections(FileTask& task) {
+  FileReport& report = task.report;
+  LineReader reader(task.file);
   EdiSpectraParser parser(reader, report);
   if (!parser.has_sections()) {
     report.failure = "the file has no section >=SPECTRASECT";
   }
-  set_up_edi_header(reading_record(), "EMISpect");
-  if (mode == ImportMode::import && store_header_block(notes) != 0) {
+  set_up_edi_header(task.record, "EMISpect");
+  if (task.is_import() && store_header_block(task.record, task.notes) != 0) {
     return -1;
   }
   SpectraSection section;
-  bool told_averages = false;
+  bool averages_shown = false;
   while (parser.next_section(section)) {
     const std::vector<EstimatedFrequency> estimated =
-        estimate_section(parser, section, told_averages, report);
+        estimate_section(parser, section, averages_shown, report);
     if (parser.is_cut()) {
       break;
     }
-    if (!take_section(mode, section, estimated, report, notes)) {
+    if (!take_section(section, estimated, task)) {
       return -1;
     }
-    if (progress) {
-      progress(reader.bytes_read(), reader.file_size());
-    }
+    task.show_progress(reader);
   }
   return 0;
 }
 
 }  // namespace
 
-int read_edi_spectra(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                     const FileProgress& progress) {
-  return run_reader(report, notes, [&] { return read_sections(mode, file, report, notes, progress); });
+int read_edi_spectra(FileTask& task) {
+  return run_reader(task, [&] { return read_sections(task); });
 }
 
 std::optional<std::string> first_spectra_sectid(const std::string& file) {

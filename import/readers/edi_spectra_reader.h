@@ -7,11 +7,10 @@
 
 namespace Module_data_file {
 
-/// Reads each section of the file into reading_record(), estimating the impedance tensor of each frequency;
-/// an import stores it as four readings, one for each tensor element. A FieldReader. A frequency without a
-/// tensor is left out, and a section without any is not stored; the report says why.
-[[nodiscard]] int read_edi_spectra(ImportMode mode, const std::string& file, FileReport& report,
-                                   StoreNotes& notes, const FileProgress& progress = {});
+/// Reads each section of the file, estimating the impedance tensor of each frequency; an import stores it as
+/// four readings, one for each tensor element. A FieldReader. A frequency without a tensor is left out, and a
+/// section without any is not stored; the report says why.
+[[nodiscard]] int read_edi_spectra(FileTask& task);
 
 /// The SECTID of the first section. Throws std::runtime_error if the file can't be read.
 std::optional<std::string> first_spectra_sectid(const std::string& file);

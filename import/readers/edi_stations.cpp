@@ -6,10 +6,15 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
-#include "formats/remarks.h"
 #include "import/readers/reader_steps.h"
 
 namespace Module_data_file {
+
+using formats::FileReport;
+using formats::in_quotes;
+using formats::remark_unreadable;
+using formats::edi::EdiChannel;
+using formats::edi::EdiSectionHead;
 
 namespace {
 

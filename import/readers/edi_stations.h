@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "formats/edi/edi_channels.h"
-#include "import/import_report.h"
+#include "formats/file_report.h"
 #include "import/reading_record.h"
 
 namespace Module_data_file {
@@ -13,7 +13,8 @@ void set_up_edi_header(ReadingRecord& record, std::string_view filter);
 
 /// Takes the station that the section names, if the choices ask for it, and the place of its local HX
 /// channel.
-void take_section_head(const EdiSectionHead& head, ReadingRecord& record, FileReport& report);
+void take_section_head(const formats::edi::EdiSectionHead& head, ReadingRecord& record,
+                       formats::FileReport& report);
 
 /// Goes on to the next event and, unless stations are named, to the next station.
 void go_to_next_section(ReadingRecord& record);

@@ -1,26 +1,40 @@
-// field_reader.h: the interface that the reader of every field format has to the import.
+// field_reader.h: what the import gives to the reader of a field format, and gets back.
 #pragma once
 #include <cstdint>
 #include <functional>
 #include <string>
 
-#include "import/import_report.h"
+#include "core/line_reader.h"
+#include "formats/file_report.h"
+#include "import/reading_record.h"
 #include "import/store_blocks.h"
 
 namespace Module_data_file {
 
 enum class ImportMode { scan, import };
 
-/// Told the bytes read and the size of the file now and then.
+/// Called with the bytes read and the size of the file now and then.
 using FileProgress = std::function<void(std::int64_t bytes_read, std::int64_t file_size)>;
 
-/// Reads a file into reading_record(); an import stores its readings, a scan stores nothing. Both leave the
-/// stations met in the record's scan list, and in the report what was met and what could not be taken.
-/// @return 0 when done, also if the file gave nothing (the report says why); -1 after a message
-using FieldReader = int (*)(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                            const FileProgress& progress);
+/// One field file on its way into the survey. An import stores its readings, a scan stores nothing.
+struct FileTask {
+  ImportMode mode = ImportMode::scan;
+  std::string file;             // path
+  ReadingRecord& record;        // choices and header members are set; the reader fills the rest
+  formats::FileReport& report;  // gets what the file holds and what could not be read
+  StoreNotes& notes;
+  FileProgress progress;  // may be empty
 
-/// The reader of a format (FileFormat); null if there is none.
-FieldReader reader_of(std::int32_t file_format);
+  [[nodiscard]] bool is_import() const { return mode == ImportMode::import; }
+  void show_progress(const LineReader& lines) const {
+    if (progress) {
+      progress(lines.bytes_read(), lines.file_size());
+    }
+  }
+};
+
+/// Reads the file of a task. A scan, too, adds the stations found to the record's scan list.
+/// @return 0 when done, also if the file gave nothing (the report says why); -1 after a message
+using FieldReader = int (*)(FileTask& task);
 
 }  // namespace Module_data_file

@@ -8,15 +8,24 @@
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "formats/field_values.h"
+#include "numerics/impedance/apparent_resistivity.h"
 
 namespace Module_data_file {
 
 namespace {
 
+using formats::single_or_absent;
 using Module_database::Curve;
 
 constexpr std::string_view failure_text = "An error occurred while importing the data file: ";
-constexpr double degrees_per_radian = 57.295779513082323;
+
+// Spectra and impedances in fixed columns don't say how strong the fields were. Fields 3 and 4 are filled
+// from one part of the tensor with these factors, for all of its elements alike. Where the factors come from
+// isn't known: they don't follow from the units, and |E| = |Z| |H| doesn't hold between the two. No curve is
+// computed from these fields, but they are stored: with other factors a file would no longer give the same
+// readings as it has in the surveys that exist.
+constexpr double electric_factor = 6314.0;
+constexpr double magnetic_factor = 2000.0;
 
 }  // namespace
 
@@ -38,12 +47,13 @@ void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
   record.Elevation = rows.Elevation;
 }
 
-bool take_reading(ImportMode mode, std::string_view data_type, FileReport& report, StoreNotes& notes) {
-  // -1 without a failure says that the frequencies were not ascending in the file, which is no fault.
-  if (mode == ImportMode::import && store_data_block(data_type, notes) != 0 && !notes.failure.empty()) {
+bool take_reading(FileTask& task, std::string_view data_type) {
+  // -1 without a failure says that the frequencies were not ascending in the file, which isn't a fault.
+  if (task.is_import() && store_data_block(task.record, data_type, task.notes) != 0 &&
+      !task.notes.failure.empty()) {
     return false;
   }
-  ++report.readings;
+  ++task.report.readings;
   return true;
 }
 
@@ -71,7 +81,7 @@ void finish_point(Curve& curve, std::size_t index) {
 }
 
 double raised_phase(double imaginary, double real) {
-  const double phase = std::atan2(imaginary, real) * degrees_per_radian;
+  const double phase = numerics::impedance::phase_degrees({real, imaginary});
   return phase < -90.0 ? phase + 360.0 : phase;
 }
 
@@ -80,8 +90,8 @@ void set_tensor_point(const TensorPoint& point, Curve& curve, std::size_t index)
   const double resistivity = known ? point.resistivity : double{no_data};
   const double part = std::abs(point.magnitude_part);
   const bool part_known = !is_absent(point.magnitude_part);
-  const double magnetic = 2000.0 * std::sqrt(part / point.frequency);
-  const double electric = 6314.0 * std::sqrt(std::abs(part * resistivity) / point.frequency);
+  const double magnetic = magnetic_factor * std::sqrt(part / point.frequency);
+  const double electric = electric_factor * std::sqrt(std::abs(part * resistivity) / point.frequency);
   curve.value(1, index) = single_or_absent(resistivity);
   curve.value(2, index) = known ? single_or_absent(raised_phase(point.imaginary, point.real)) : no_data;
   curve.value(3, index) = known && part_known ? single_or_absent(electric) : no_data;
@@ -92,16 +102,16 @@ void set_tensor_point(const TensorPoint& point, Curve& curve, std::size_t index)
   curve.value(19, index) = single_or_absent(point.scalar);
 }
 
-int run_reader(FileReport& report, StoreNotes& notes, const std::function<int()>& read) {
+int run_reader(FileTask& task, const std::function<int()>& read) {
   return trap_errors(failure_text, [&] {
     try {
       const int result = read();
       if (result != 0) {
-        report.failure = notes.failure;
+        task.report.failure = task.notes.failure;
       }
       return result;
     } catch (const std::exception& failure) {
-      report.failure = std::string(failure_text) + failure.what();
+      task.report.failure = std::string(failure_text) + failure.what();
       throw;
     }
   });

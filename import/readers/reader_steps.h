@@ -6,14 +6,13 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "import/import_report.h"
 #include "import/readers/field_reader.h"
 #include "import/reading_record.h"
 #include "import/store_blocks.h"
 
 namespace Module_data_file {
 
-inline constexpr float usual_dipole = 100.0F;  // m, where nothing tells it
+inline constexpr float usual_dipole = 100.0F;  // m, where the file doesn't say
 
 /// The readings of a tensor, in the order xx, xy, yx, yy.
 inline constexpr std::array<std::string_view, 4> tensor_data_types{"ExHx", "ExHy", "EyHx", "EyHy"};
@@ -21,15 +20,15 @@ inline constexpr std::string_view quadrature_data_type = "QP";
 
 enum class MapPlace { of_file, of_survey_grid };
 
-/// Looks the record's station up, or makes it, and takes its rows and place. A new station is put to the map
-/// place that the record has from the file, or to where the survey grid has it.
+/// Looks the record's station up, or creates it, and copies its rows and place. A new station is put at the
+/// map place that the record has from the file, or where the survey grid has it.
 void find_station_of_record(ReadingRecord& record, MapPlace map_place = MapPlace::of_file);
 
 /// Counts the record's curve as a reading of this type and, in an import, stores it.
 /// @return false after a failure, whose message was shown
-bool take_reading(ImportMode mode, std::string_view data_type, FileReport& report, StoreNotes& notes);
+bool take_reading(FileTask& task, std::string_view data_type);
 
-/// Notes the record's station, and the types of the readings met at it, among what this import touched.
+/// Adds the record's station, and the types of its readings, to those that this import has found.
 void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_view> data_types);
 inline void add_tensor_to_scan_list(ReadingRecord& record) {
   add_to_scan_list(record,
@@ -46,7 +45,7 @@ struct TensorPoint {
   double resistivity = 0.0;  // ohm-m
   double real = 0.0;         // of the impedance
   double imaginary = 0.0;
-  double magnitude_part = 0.0;  // of an impedance; the magnitudes of the fields are worked from it
+  double magnitude_part = 0.0;  // of an impedance; the magnitudes of the fields are computed from it
   double scalar = 0.0;          // field 19
 };
 
@@ -57,8 +56,8 @@ void set_tensor_point(const TensorPoint& point, Module_database::Curve& curve, s
 /// atan2 in degrees, 360 added below -90.
 double raised_phase(double imaginary, double real);
 
-/// Runs a reader: a failure is one message and stands in the report.
+/// Runs a reader: a failure is one message, and the report has it too.
 /// @param read gives 0, or -1 after a message, whose text the notes have
-int run_reader(FileReport& report, StoreNotes& notes, const std::function<int()>& read);
+int run_reader(FileTask& task, const std::function<int()>& read);
 
 }  // namespace Module_data_file

@@ -11,13 +11,16 @@
 #include "core/scope_guard.h"
 #include "database/stations.h"
 #include "formats/field_values.h"
-#include "formats/remarks.h"
 #include "formats/zonge/zonge_raw_parser.h"
+#include "formats/zonge/zonge_stn_file.h"
 #include "import/readers/reader_steps.h"
-#include "import/readers/zonge_stn_file.h"
-#include "import/reading_record.h"
 
 namespace Module_data_file {
+
+using namespace formats::zonge;
+using formats::FileReport;
+using formats::remark_unreadable;
+using formats::single_or_absent;
 
 namespace {
 
@@ -49,18 +52,17 @@ void fill_curve(const ZongeBlock& block, const ZongeChannel& channel, Module_dat
 // Takes the blocks of one file, one after the other.
 class BlockStore {
  public:
-  BlockStore(ImportMode mode, FileReport& report, StoreNotes& notes, ZongeAccount& account)
-      : mode_(mode), report_(report), notes_(notes), account_(account) {}
+  BlockStore(FileTask& task, ZongeAccount& account) : task_(task), account_(account) {}
 
   /// @return false after a failure to store, whose message was shown
   bool take(const ZongeBlock& block) {
-    record_.DipoleLength = static_cast<float>(block.a_spacing.value_or(usual_dipole));
+    task_.record.DipoleLength = static_cast<float>(block.a_spacing.value_or(usual_dipole));
     return take_header(block) && take_data(block);
   }
 
-  void tell_dropped() const {
+  void report_dropped() const {
     if (blocks_dropped_ > 0) {
-      remark_unreadable(report_, 0,
+      remark_unreadable(task_.report, 0,
                         plain_text(blocks_dropped_) + (blocks_dropped_ == 1 ? " block is" : " blocks are") +
                             " not stored; the account says why");
     }
@@ -72,17 +74,14 @@ class BlockStore {
   bool take_channel(const ZongeBlock& block, const ZongeChannel& channel);
   void drop(std::string_view what, const ZongeBlock& block, const std::string& reason);
 
-  ImportMode mode_;
-  FileReport& report_;
-  StoreNotes& notes_;
+  FileTask& task_;
   ZongeAccount& account_;
-  ReadingRecord& record_ = reading_record();
   std::int64_t blocks_dropped_ = 0;
 };
 
 void BlockStore::drop(std::string_view what, const ZongeBlock& block, const std::string& reason) {
-  account_.tell_plainly(std::string(what) + " Block : " + plain_text(block.number) + " not stored because " +
-                        reason);
+  account_.say_plainly(std::string(what) + " Block : " + plain_text(block.number) + " not stored because " +
+                       reason);
   ++blocks_dropped_;
 }
 
@@ -94,16 +93,16 @@ bool BlockStore::take_header(const ZongeBlock& block) {
     drop("Header", block, block.fault);
     return true;
   }
-  if (mode_ == ImportMode::scan) {
+  if (!task_.is_import()) {
     return true;
   }
-  // Not the import's own notes: a header that meets the row of its own file is no earlier import.
+  // Not the task's notes: a header that finds the row of its own file isn't an earlier import.
   StoreNotes header_notes;
-  if (store_header_block(header_notes) == 0) {
+  if (store_header_block(task_.record, header_notes) == 0) {
     return true;
   }
-  notes_.failure = header_notes.failure;
-  account_.tell_plainly("There was an error storing the header block");
+  task_.notes.failure = header_notes.failure;
+  account_.say_plainly("There was an error storing the header block");
   drop("Header", block, header_notes.failure);
   return false;
 }
@@ -116,9 +115,10 @@ bool BlockStore::take_data(const ZongeBlock& block) {
     drop("Data", block, block.aborted ? std::string(aborted_text) : block.fault);
     return true;
   }
-  ++report_.sections;
-  report_.frequencies = std::max(report_.frequencies, static_cast<std::int32_t>(block.harmonics.size()));
-  record_.SampleRate = static_cast<float>(*block.base_frequency);
+  ++task_.report.sections;
+  task_.report.frequencies =
+      std::max(task_.report.frequencies, static_cast<std::int32_t>(block.harmonics.size()));
+  task_.record.SampleRate = static_cast<float>(*block.base_frequency);
   for (const ZongeChannel& channel : block.channels) {
     if (is_reading(channel) && !take_channel(block, channel)) {
       return false;
@@ -128,22 +128,22 @@ bool BlockStore::take_data(const ZongeBlock& block) {
 }
 
 bool BlockStore::take_channel(const ZongeBlock& block, const ZongeChannel& channel) {
-  record_.Station = channel.station;
-  if (mode_ == ImportMode::import) {
+  task_.record.Station = channel.station;
+  if (task_.is_import()) {
     // A new station that the file of stations doesn't have gets its place from the survey grid.
-    find_station_of_record(record_, MapPlace::of_survey_grid);
+    find_station_of_record(task_.record, MapPlace::of_survey_grid);
   }
-  fill_curve(block, channel, record_.curve);
-  if (!take_reading(mode_, channel.name, report_, notes_)) {
-    drop("Data", block, notes_.failure);
+  fill_curve(block, channel, task_.record.curve);
+  if (!take_reading(task_, channel.name)) {
+    drop("Data", block, task_.notes.failure);
     return false;
   }
-  add_to_scan_list(record_, {channel.name});
-  ++record_.EventNumber;
+  add_to_scan_list(task_.record, {channel.name});
+  ++task_.record.EventNumber;
   return true;
 }
 
-// Station and step that the person gave are for the files behind this one.
+// Station and step that the user gave are for the files after this one.
 [[nodiscard]] auto keep_station_and_step(ReadingRecord& record) {
   return ScopeGuard([&record, station = record.Station, step = record.StationSpacing] {
     record.Station = station;
@@ -151,56 +151,56 @@ bool BlockStore::take_channel(const ZongeBlock& block, const ZongeChannel& chann
   });
 }
 
-// Makes the stations at their places before any reading does without.
-void make_stations(const std::string& stn_file, ImportMode mode, FileReport& report) {
-  const std::vector<ZongeStation> stations = read_stn_file(stn_file, report);
-  if (mode == ImportMode::import) {
+// Creates the stations at their places before any reading does without.
+void create_stations(const std::string& stn_file, FileTask& task) {
+  const std::vector<ZongeStation> stations = read_stn_file(stn_file, task.report);
+  if (task.is_import()) {
     for (const ZongeStation& entry : stations) {
-      (void)Module_database::find_station(StationSearch::create, reading_record().LineNumber, entry.station,
-                                          &entry.place);
+      const Module_database::GivenPlace place{entry.x, entry.y, entry.elevation};
+      (void)Module_database::find_station(StationSearch::create, task.record.LineNumber, entry.station,
+                                          &place);
     }
   }
 }
 
-int read_blocks(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                const FileProgress& progress) {
-  ReadingRecord& record = reading_record();
-  const auto restored = keep_station_and_step(record);
-  set_up_header(record);
-  if (mode == ImportMode::import && store_header_block(notes) != 0) {
+int read_blocks(FileTask& task) {
+  const auto restored = keep_station_and_step(task.record);
+  set_up_header(task.record);
+  if (task.is_import() && store_header_block(task.record, task.notes) != 0) {
     return -1;
   }
-  LineReader reader(file);
-  ZongeAccount account(report);
+  LineReader reader(task.file);
+  ZongeAccount account(task.report);
   ZongeRawParser parser(reader, account);
-  BlockStore store(mode, report, notes, account);
+  BlockStore store(task, account);
   ZongeBlock block;
-  std::int64_t told = 0;
+  std::int64_t shown = 0;
   while (parser.next_block(block)) {
     if (block.type == ZongeBlockType::mt && !store.take(block)) {
       return -1;
     }
-    constexpr std::int64_t bytes_between = 16384;
-    if (progress && reader.bytes_read() - told >= bytes_between) {
-      progress(told = reader.bytes_read(), reader.file_size());
+    constexpr std::int64_t bytes_between =
+        16384;  // blocks are small; to show progress costs more than to read one
+    if (reader.bytes_read() - shown >= bytes_between) {
+      shown = reader.bytes_read();
+      task.show_progress(reader);
     }
   }
-  store.tell_dropped();
+  store.report_dropped();
   return 0;
 }
 
 }  // namespace
 
-int read_zonge_raw(ImportMode mode, const std::string& file, FileReport& report, StoreNotes& notes,
-                   const FileProgress& progress) {
-  const std::optional<std::string> stn_file = find_stn_file(file);
+int read_zonge_raw(FileTask& task) {
+  const std::optional<std::string> stn_file = find_stn_file(task.file);
   if (!stn_file) {
-    report.failure = no_stn_file_text;
+    task.report.failure = no_stn_file_text;
     return -1;
   }
-  return run_reader(report, notes, [&] {
-    make_stations(*stn_file, mode, report);
-    return read_blocks(mode, file, report, notes, progress);
+  return run_reader(task, [&] {
+    create_stations(*stn_file, task);
+    return read_blocks(task);
   });
 }
 

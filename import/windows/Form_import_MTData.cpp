@@ -14,15 +14,11 @@
 
 using namespace Module_data_file;
 
-Form_import_MTData::Form_import_MTData(QWidget* parent)
-    : QDialog(parent), ui_(std::make_unique<Ui::Form_import_MTData>()), choices_(reading_record().choices) {
-  ImportChoices fresh;
-  fresh.decode = choices_.decode;
-  for (DecodeRow& row : fresh.decode) {
+Form_import_MTData::Form_import_MTData(DecodeTable& decode, QWidget* parent)
+    : QDialog(parent), ui_(std::make_unique<Ui::Form_import_MTData>()), decode_(decode) {
+  for (DecodeRow& row : decode_) {
     row.specified.clear();
   }
-  reading_record() = ReadingRecord{};
-  choices_ = std::move(fresh);
   ui_->setupUi(this);
   fill_controls();
   connect_controls();
@@ -38,7 +34,7 @@ void Form_import_MTData::fill_controls() {
   ui_->Combo_data_type->addItems({"Not Remote Referenced", "Remote Referenced", "Cross Referenced"});
   ui_->Combo_data_reduced->addItems({"Raw", "Averaged", "Merged"});
   ui_->Text_station_step->setText(QString::fromStdString(choices_.station_step));
-  ui_->Grid_import_decode->edit_table(choices_.decode);
+  ui_->Grid_import_decode->edit_table(decode_);
   // The line stays as high without a note: nothing below it may move when one comes.
   ui_->Label_sample_note->setMinimumHeight(2 * fontMetrics().lineSpacing());
   ui_->Label_progress->setMinimumWidth(fontMetrics().horizontalAdvance("Importing data files  "));
@@ -100,6 +96,7 @@ void Form_import_MTData::process_files() {
 }
 
 void Form_import_MTData::take_choices() {
+  choices_.decode = decode_;
   choices_.ReferenceType = ui_->Combo_data_type->currentIndex();
   choices_.ReductionType = ui_->Combo_data_reduced->currentIndex();
   choices_.line_direction =
@@ -149,19 +146,18 @@ void Form_import_MTData::show_sample(std::size_t index) {
 
 void Form_import_MTData::import_data(ImportMode mode) {
   if (running_) {
-    return;  // a button pressed by its key clicks a little later, whatever has begun by then
+    return;  // a button pressed by its key clicks a little later, when a run may have begun
   }
   take_choices();
-  const ImportChoices choices = choices_;  // the run starts the module's record anew
   ImportReport report;
   int result = 0;
-  const QPointer<QWidget> had_focus(focusWidget());  // the box of a cell goes meanwhile
+  const QPointer<QWidget> had_focus(focusWidget());  // it may be a cell's editor, which closes
   set_running(true);
   {
     const ProgressInWindow progress(*ui_->ProgressBar_import, *ui_->Label_progress,
                                     *ui_->Command_stop_import);
-    result = run_import(choices, files_, mode, report, [this](const std::string& file) {
-      if (file == files_.front()) {  // the choices have passed
+    result = run_import(choices_, files_, mode, report, [this](const std::string& file) {
+      if (file == files_.front()) {  // the choices are valid
         keep_import_folder(ui_->Frame_select_files->folder().toStdString());
       }
       ui_->Text_import_file->setText(QFileInfo(QString::fromStdString(file)).fileName());
@@ -171,9 +167,11 @@ void Form_import_MTData::import_data(ImportMode mode) {
   if (had_focus) {
     had_focus->setFocus();  // lost while everything was disabled
   }
+  static_cast<void>(choices_fault(choices_));
+  decode_ = choices_.decode;  // with the typed line in its normal form, as the run took it
   ui_->Grid_import_decode->refresh();
   if (!report.files.empty() || report.stopped) {  // else a fault of the choices has been shown
-    tell_result(mode, result, report);
+    report_result(mode, result, report);
   }
 }
 
@@ -188,7 +186,7 @@ void Form_import_MTData::set_running(bool running) {
   ui_->Frame_progress->setVisible(running);
 }
 
-void Form_import_MTData::tell_result(ImportMode mode, int result, const ImportReport& report) {
+void Form_import_MTData::report_result(ImportMode mode, int result, const ImportReport& report) {
   const bool importing = mode == ImportMode::import;
   if (report.stopped) {
     user_interface().show_message(importing ? "The import was stopped. The files read by then are stored."

@@ -14,8 +14,10 @@ class Form_import_MTData : public QDialog {
   Q_OBJECT
 
  public:
-  /// The decode table is as the last import of this process left it, but for the specified texts.
-  explicit Form_import_MTData(QWidget* parent = nullptr);
+  /// @param decode  what the file names mean, from one opening to the next; its specified texts are cleared.
+  /// It
+  ///                must outlive the window
+  explicit Form_import_MTData(Module_data_file::DecodeTable& decode, QWidget* parent = nullptr);
   ~Form_import_MTData() override;
 
   /// Esc and the window's close button ask a run to stop, and close the window otherwise.
@@ -32,11 +34,12 @@ class Form_import_MTData : public QDialog {
   void choices_changed();
   void import_data(Module_data_file::ImportMode mode);
   void set_running(bool running);
-  void tell_result(Module_data_file::ImportMode mode, int result,
-                   const Module_data_file::ImportReport& report);
+  void report_result(Module_data_file::ImportMode mode, int result,
+                     const Module_data_file::ImportReport& report);
 
   std::unique_ptr<Ui::Form_import_MTData> ui_;
-  Module_data_file::ImportChoices& choices_;  // of the module's record, where the decode table lives on
+  Module_data_file::DecodeTable& decode_;
+  Module_data_file::ImportChoices choices_;
   Module_data_file::FileSampler sampler_;
   std::vector<std::string> files_;  // as chosen on the first page
   std::size_t sample_index_ = 0;

@@ -15,6 +15,7 @@
 #include "ui_Form_import_report.h"
 
 using namespace Module_data_file;
+using formats::FileReport;
 
 namespace {
 
@@ -109,7 +110,7 @@ void Form_import_report::save() const {
       path.empty()) {
     return;
   }
-  // The failure has been told, and the report is still on the screen.
+  // The user has seen the failure, and the report is still on the screen.
   static_cast<void>(trap_errors("An error occurred while saving the import report: ",
                                 [&] { safe_files::write_into_place(path, report_.to_json()); }));
 }

@@ -14,7 +14,7 @@ using namespace Module_data_file;
 
 namespace {
 
-constexpr double specify_share = 1.6;  // of the width, beside one for each other column
+constexpr double specify_share = 1.6;  // of the width, where each other column has 1
 
 constexpr std::array<const char*, 4> column_tips{
     "Checked: cut from the name of the file. A click or Space switches",
@@ -163,7 +163,7 @@ bool ImportDecodeGrid::at_end(bool last) const {
               : currentRow() <= 0 && currentColumn() <= 0;
 }
 
-// Tab goes from cell to cell, and behind the last one to the next control.
+// Tab goes from cell to cell, and after the last one to the next control.
 bool ImportDecodeGrid::focusNextPrevChild(bool next) {
   setTabKeyNavigation(!at_end(next));
   return QTableWidget::focusNextPrevChild(next);

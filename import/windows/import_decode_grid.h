@@ -1,21 +1,19 @@
-// import_decode_grid.h: the table that tells what file names mean, edited in place.
+// import_decode_grid.h: the table of what file names mean, edited in place.
 #pragma once
 #include <QTableWidget>
 
-#include "import/reading_record.h"
+#include "import/import_choices.h"
 
 class ImportDecodeGrid : public QTableWidget {
   Q_OBJECT
 
  public:
-  using DecodeTable = std::array<Module_data_file::DecodeRow, 3>;
-
   explicit ImportDecodeGrid(QWidget* parent = nullptr);
 
   /// Shows a table and edits it from now on; it must outlive the grid.
-  void edit_table(DecodeTable& table);
+  void edit_table(Module_data_file::DecodeTable& table);
 
-  /// Shows the table as it stands now.
+  /// Shows the table as it is now.
   void refresh();
 
   [[nodiscard]] QSize sizeHint() const override;
@@ -34,5 +32,5 @@ class ImportDecodeGrid : public QTableWidget {
   void cell_clicked(int row, int column);
   void cell_edited(int row, int column);
 
-  DecodeTable* table_ = nullptr;
+  Module_data_file::DecodeTable* table_ = nullptr;
 };

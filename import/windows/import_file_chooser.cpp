@@ -64,7 +64,7 @@ QString ImportFileChooser::folder() const { return folders_->filePath(ui_->Dir_b
 
 QString ImportFileChooser::extension() const { return ui_->Text_file_extension->text().trimmed(); }
 
-// Enter belongs to the folder and the lists; it must not go on to the next page with a list half made.
+// Enter belongs to the folder and the lists; it must not go on to the next page with a half-finished list.
 void ImportFileChooser::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (!enter || ui_->Text_file_extension->hasFocus()) {
@@ -79,7 +79,7 @@ void ImportFileChooser::fill_drives() {
   ui_->Drive_binary->addItem("Computer (" + QDir::toNativeSeparators(QDir::rootPath()) + ")",
                              QDir::rootPath());
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-    // What the system mounts for itself is no place for field files.
+    // Nobody keeps field files on what the system mounts for itself.
     const bool of_the_system = !volume.device().startsWith("/dev/") && !volume.rootPath().contains(':');
     if (volume.isReady() && !of_the_system && QFileInfo(volume.rootPath()).isDir() &&
         ui_->Drive_binary->findData(volume.rootPath()) < 0) {

@@ -36,7 +36,7 @@ enum Parameter : std::size_t {
 constexpr double usual_zone_scale = 0.9996;
 constexpr double usual_zone_easting = 500000.0;
 constexpr double usual_southern_northing = 10000000.0;
-constexpr double most_zones = 1e6;
+constexpr double max_zones = 1e6;
 constexpr double full_circle = 360.0;
 constexpr double largest_latitude = 90.0;
 constexpr double farthest = 1e8;  // m, beyond what any map shows: the pole of Mercator's projection
@@ -83,7 +83,8 @@ struct DestroyProjection {
 };
 using ProjectionHandle = std::unique_ptr<PJ, DestroyProjection>;
 
-// The library's state, and the projection used last: survey after survey is converted in one system.
+// The library's state, and the projection used last: survey after survey is converted in one system. A cache
+// only: no result depends on what it holds. One for each thread, because a PROJ context serves one at a time.
 struct Engine {
   std::unique_ptr<PJ_CONTEXT, DestroyContext> context;
   TransformParameters parameters{};
@@ -91,14 +92,14 @@ struct Engine {
 };
 
 Engine& engine() {
-  static Engine started = [] {
-    Engine made{std::unique_ptr<PJ_CONTEXT, DestroyContext>(proj_context_create()), {}, nullptr};
-    if (made.context == nullptr) {
+  thread_local Engine started = [] {
+    Engine fresh{std::unique_ptr<PJ_CONTEXT, DestroyContext>(proj_context_create()), {}, nullptr};
+    if (fresh.context == nullptr) {
       throw std::runtime_error("the projection library can't be started");
     }
-    proj_context_set_enable_network(made.context.get(), 0);
-    proj_log_level(made.context.get(), PJ_LOG_NONE);
-    return made;
+    proj_context_set_enable_network(fresh.context.get(), 0);
+    proj_log_level(fresh.context.get(), PJ_LOG_NONE);
+    return fresh;
   }();
   return started;
 }
@@ -160,9 +161,14 @@ void require_finite(const CoordinateSystemValues& values) {
   }
 }
 
+/// The number of zones of this width around the earth; 0 if the width is not above 0.
+double zone_count(double zone_width) {
+  return zone_width > 0.0 && zone_width <= full_circle ? std::ceil(full_circle / zone_width) : 0.0;
+}
+
 void set_zone(const CoordinateSystemValues& values, TransformParameters& parameters) {
   const double zones = zone_count(values.zone_width);
-  if (!(zones >= 1.0 && zones <= most_zones)) {
+  if (!(zones >= 1.0 && zones <= max_zones)) {
     throw std::runtime_error("the zone width of " + plain_text(values.zone_width) +
                              " degrees gives no zones");
   }
@@ -244,10 +250,11 @@ PJ* projection_for(const TransformParameters& parameters) {
   return ready.projection.get();
 }
 
-PJ_COORD transform(const TransformParameters& parameters, PJ_DIRECTION direction, double x, double y) {
+PJ_COORD project(const TransformParameters& parameters, double longitude, double latitude) {
   PJ* const projection = projection_for(parameters);
   proj_errno_reset(projection);
-  const PJ_COORD result = proj_trans(projection, direction, proj_coord(x, y, 0.0, 0.0));
+  const PJ_COORD result =
+      proj_trans(projection, PJ_FWD, proj_coord(proj_torad(longitude), proj_torad(latitude), 0.0, 0.0));
   if (const int error = proj_errno(projection); error != 0) {
     proj_errno_reset(projection);
     throw proj_failure(error);
@@ -283,7 +290,8 @@ double zone_of(const TransformParameters& parameters, double longitude) {
 }  // namespace
 
 std::optional<Datum> find_datum(std::int32_t number) {
-  static std::map<std::int32_t, std::optional<Datum>> known;
+  // A cache as the engine: PROJ's tables don't change while the program runs.
+  thread_local std::map<std::int32_t, std::optional<Datum>> known;
   const auto found = known.find(number);
   return found != known.end() ? found->second : known.emplace(number, look_up_datum(number)).first->second;
 }
@@ -303,10 +311,6 @@ const char* hemisphere_name(std::int32_t hemisphere) {
   constexpr const char* names[] = {"By the latitude", "Northern", "Southern"};
   return hemisphere >= 0 && hemisphere < static_cast<std::int32_t>(std::size(names)) ? names[hemisphere]
                                                                                      : "unknown";
-}
-
-double zone_count(double zone_width) {
-  return zone_width > 0.0 && zone_width <= full_circle ? std::ceil(full_circle / zone_width) : 0.0;
 }
 
 double central_meridian(double zone_number, double zone_width) {
@@ -357,6 +361,7 @@ MapPlace ll2en(const TransformParameters& parameters, const GeographicPlace& pla
   }
   MapPlace map;
   double longitude = place.longitude;
+  bool counts_from_south = false;
   if (has_zones(projection)) {
     const double zone = zone_of(parameters, longitude);
     map.zone_number = static_cast<std::int32_t>(zone);
@@ -365,34 +370,13 @@ MapPlace ll2en(const TransformParameters& parameters, const GeographicPlace& pla
       throw outside();
     }
     const bool can_be_northern = parameters[parameter_northing_north] != parameters[parameter_northing_south];
-    map.counts_from_south = place.latitude < 0.0 || !can_be_northern;
+    counts_from_south = place.latitude < 0.0 || !can_be_northern;
   }
-  const PJ_COORD result = transform(parameters, PJ_FWD, proj_torad(longitude), proj_torad(place.latitude));
+  const PJ_COORD result = project(parameters, longitude, place.latitude);
   map.easting = result.xy.x + parameters[parameter_false_easting];
   map.northing =
-      result.xy.y + parameters[map.counts_from_south ? parameter_northing_south : parameter_northing_north];
+      result.xy.y + parameters[counts_from_south ? parameter_northing_south : parameter_northing_north];
   return map;
-}
-
-GeographicPlace en2ll(const TransformParameters& parameters, const MapPlace& place) {
-  const std::int32_t projection = projection_of(parameters);
-  if (projection == projection_geographic) {
-    return {place.northing, place.easting};
-  }
-  const double northing =
-      place.northing -
-      parameters[place.counts_from_south ? parameter_northing_south : parameter_northing_north];
-  const PJ_COORD result =
-      transform(parameters, PJ_INV, place.easting - parameters[parameter_false_easting], northing);
-  GeographicPlace geographic{proj_todeg(result.lp.phi), proj_todeg(result.lp.lam)};
-  if (has_zones(projection)) {
-    const double width = parameters[parameter_zone_width];
-    if (place.zone_number < 1 || place.zone_number > zone_count(width)) {
-      throw std::runtime_error("the zone of the place isn't known");
-    }
-    geographic.longitude = around_zero(geographic.longitude + central_meridian(place.zone_number, width));
-  }
-  return geographic;
 }
 
 }  // namespace numerics::geodesy

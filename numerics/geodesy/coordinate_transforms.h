@@ -1,8 +1,8 @@
-// coordinate_transforms.h: from latitude and longitude to map coordinates and back, on PROJ.
+// coordinate_transforms.h: from latitude and longitude to map coordinates, on PROJ.
 //
 // Conventions: angles in degrees, north and east positive; lengths in metres. Latitude and longitude are on
 // the system's own datum: nothing is shifted from one datum to another, so that no shift grid is needed and a
-// result is the same on every machine. PROJ never asks the network. Zones are computed with Engsager and
+// result is the same on every machine. PROJ never uses the network. Zones are computed with Engsager and
 // Poder's series (2007), which holds far beyond a zone's borders.
 #pragma once
 #include <array>
@@ -24,7 +24,7 @@ enum Projection : std::int32_t {
 };
 
 enum Hemisphere : std::int32_t {
-  hemisphere_from_latitude = 0,  // also any number without a meaning of its own
+  hemisphere_from_latitude = 0,  // also any number that isn't listed here
   hemisphere_north = 1,
   hemisphere_south = 2,
 };
@@ -57,10 +57,9 @@ struct GeographicPlace {
 };
 
 struct MapPlace {
-  double easting = 0.0;            // m
-  double northing = 0.0;           // m
-  std::int32_t zone_number = 0;    // 0 for a projection without zones
-  bool counts_from_south = false;  // the northing has the false northing of southern zones
+  double easting = 0.0;          // m
+  double northing = 0.0;         // m
+  std::int32_t zone_number = 0;  // 0 for a projection without zones
 };
 
 struct Datum {
@@ -75,24 +74,21 @@ struct Datum {
 /// missing.
 std::optional<Datum> find_datum(std::int32_t number);
 
-/// Numbers of the datums that surveys use most, for a list to choose from.
+/// Numbers of the datums that surveys use most, for a list in a window.
 std::span<const std::int32_t> common_datums();
 
 /// The words for a code; "unknown" for one without a meaning.
 const char* projection_name(std::int32_t projection);
 const char* hemisphere_name(std::int32_t hemisphere);
 
-/// The number of zones of this width around the earth; 0 if the width is not above 0.
-double zone_count(double zone_width);
-
 /// The central meridian of a zone that counts from 1.
 double central_meridian(double zone_number, double zone_width);
 
-/// True if ll2en works on an ellipsoid taken in place of an unknown datum's: WGS 84's, for the Australian Map
+/// True if the datum is unknown and ll2en uses another ellipsoid for it: WGS 84's, for the Australian Map
 /// Grid the Australian National Spheroid. The projections 0 and 6 need no datum.
 bool datum_is_replaced(const CoordinateSystemValues& values);
 
-/// The number of the datum whose ellipsoid is taken in the place of an unknown one's.
+/// The number of the datum whose ellipsoid replaces that of an unknown one.
 std::int32_t substitute_datum(std::int32_t projection);
 
 /// Throws std::runtime_error, with the reason, for values that define no system.
@@ -100,8 +96,5 @@ TransformParameters crdprm(const CoordinateSystemValues& values);
 
 /// Throws std::runtime_error for a place that the system can't show.
 MapPlace ll2en(const TransformParameters& parameters, const GeographicPlace& place);
-
-/// The way back; `place` says which zone its coordinates are in where the system has zones. Throws likewise.
-GeographicPlace en2ll(const TransformParameters& parameters, const MapPlace& place);
 
 }  // namespace numerics::geodesy

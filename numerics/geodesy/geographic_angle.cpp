@@ -60,9 +60,9 @@ std::optional<int> take_letter(std::string_view& text, GeographicAngle kind) {
 
 // Magnitude in degrees of one to three parts without a sign; only the last may have a fraction.
 std::optional<double> magnitude(const std::vector<std::string_view>& parts) {
-  constexpr std::size_t most_parts = 3;
+  constexpr std::size_t max_parts = 3;
   constexpr double sixty = 60.0;  // itself allowed: programs write 59.996 seconds as 60.00
-  if (parts.empty() || parts.size() > most_parts) {
+  if (parts.empty() || parts.size() > max_parts) {
     return std::nullopt;
   }
   double degrees = 0.0;

@@ -47,20 +47,20 @@ double advance(std::span<double> values, double factor, std::span<const double> 
 /// How far the iteration has come: its steps shrink by about the same factor each time.
 class Progress {
  public:
-  explicit Progress(double least_change) : least_change_(least_change) {}
+  explicit Progress(double min_change) : min_change_(min_change) {}
   void step(double change) {
     first_ = std::max(first_, change);
-    smallest_ = std::min(smallest_, std::max(change, least_change_));
+    smallest_ = std::min(smallest_, std::max(change, min_change_));
   }
   [[nodiscard]] double share() const {
-    if (!(smallest_ < first_ && least_change_ > 0.0)) {
+    if (!(smallest_ < first_ && min_change_ > 0.0)) {
       return 0.0;
     }
-    return std::log(first_ / smallest_) / std::log(first_ / least_change_);
+    return std::log(first_ / smallest_) / std::log(first_ / min_change_);
   }
 
  private:
-  double least_change_;
+  double min_change_;
   double first_ = 0.0;
   double smallest_ = std::numeric_limits<double>::infinity();
 };
@@ -79,7 +79,7 @@ IterationOutcome relax(const Plate& plate, SplineLevels& levels, std::span<const
   std::vector<double> direction = corrected;
   double fit = product(residual, corrected);
   int quiet = 0;
-  Progress progress(limits.least_change);
+  Progress progress(limits.min_change);
   while (outcome.iterations < limits.iterations) {
     if (limits.progress && !limits.progress(progress.share())) {
       outcome.stopped = true;
@@ -96,7 +96,7 @@ IterationOutcome relax(const Plate& plate, SplineLevels& levels, std::span<const
     const double change = step * advance(surface, step, direction);
     progress.step(change);
     advance(residual, -step, applied);
-    quiet = change < limits.least_change ? quiet + 1 : 0;
+    quiet = change < limits.min_change ? quiet + 1 : 0;
     if (quiet == quiet_iterations) {
       outcome.converged = true;
       return outcome;

@@ -9,7 +9,7 @@
 namespace numerics::gridding {
 
 struct IterationLimits {
-  double least_change = 0.0;  // of the surface; stops when no node changes by more, several times in a row
+  double min_change = 0.0;  // of the surface; stops when no node changes by more, several times in a row
   int iterations = 0;
   std::function<bool(double)> progress;  // called with the share done, see GriddingOptions; may be empty
 };
@@ -17,7 +17,7 @@ struct IterationLimits {
 struct IterationOutcome {
   int iterations = 0;
   bool converged = false;
-  bool stopped = false;  // asked for
+  bool stopped = false;  // by the caller's progress function
 };
 
 /// Moves the surface towards the minimum for the targets; fixed nodes keep the values they have. Hestenes &

@@ -15,13 +15,13 @@ namespace numerics::gridding {
 
 namespace {
 
-constexpr std::size_t least_nodes = 4;  // a side: the cubic interpolation at the points needs them
+constexpr std::size_t min_nodes = 4;  // a side: the cubic interpolation at the points needs them
 // Of the points' root mean square distance from their best line: a cell, but on tiny grids, which have no
 // points much further apart, a share of the shorter side.
-constexpr double least_width = 1.0;
-constexpr double least_width_share = 0.2;
+constexpr double min_width = 1.0;
+constexpr double min_width_share = 0.2;
 constexpr double rounding_noise = 1e-12;  // of the largest |z|: what is left of points that lie on a plane
-constexpr int most_refits = 4;
+constexpr int max_refits = 4;
 
 using Surface = std::vector<double>;
 
@@ -32,7 +32,7 @@ void check_frame(const GridFrame& frame) {
       !(std::isfinite(frame.cell) && frame.cell > 0.0)) {
     refuse("the position or the cell size of the grid is not a number above 0");
   }
-  if (frame.columns < least_nodes || frame.rows < least_nodes) {
+  if (frame.columns < min_nodes || frame.rows < min_nodes) {
     refuse("the grid has fewer than four nodes on a side");
   }
 }
@@ -108,7 +108,7 @@ Surface doubled(const Surface& coarse, PlateSize coarse_size, PlateSize size) {
 
 // One gridding: the options in the units of the data.
 struct Gridding {
-  double least_change = 0.0;
+  double min_change = 0.0;
   double largest_misfit = 0.0;
   int iteration_limit = 0;
   std::function<bool(double)> progress;
@@ -134,7 +134,7 @@ std::vector<double> Gridding::targets_of(const Plate& plate) const {
 
 void Gridding::fit(const Plate& plate, SplineLevels& levels, std::span<const double> targets,
                    Surface& surface) {
-  IterationLimits limits{least_change, iteration_limit, {}};
+  IterationLimits limits{min_change, iteration_limit, {}};
   if (progress) {
     limits.progress = [this](double share) { return progress(share_done + share_of_fit * share); };
   }
@@ -152,7 +152,7 @@ void Gridding::refit(const Plate& plate, SplineLevels& levels, Surface& surface)
   std::vector<double> targets = targets_of(plate);
   fit(plate, levels, targets, surface);
   double before = std::numeric_limits<double>::infinity();
-  for (int round = 0; round < most_refits && !stopped; ++round) {
+  for (int round = 0; round < max_refits && !stopped; ++round) {
     double largest = 0.0;
     for (std::size_t k = 0; k < targets.size(); ++k) {
       const double misfit = plate.pulling_points()[k].z - plate.interpolated(surface, k);
@@ -213,7 +213,7 @@ std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> 
   double range = range_of(data);
   if (range > 0.0) {
     const auto shorter_side = static_cast<double>(std::min(size.columns, size.rows) - 1);
-    if (distance_from_line(data) < std::min(least_width, least_width_share * shorter_side)) {
+    if (distance_from_line(data) < std::min(min_width, min_width_share * shorter_side)) {
       refuse("the points to be gridded lie on one line");
     }
     plane = closest_plane(data);
@@ -227,7 +227,7 @@ std::optional<GriddedSurface> minimum_curvature(std::span<const ScatteredPoint> 
   Surface surface(size.nodes());
   const Plate plate(size, merged);
   if (range > rounding_noise * largest) {
-    Gridding gridding{.least_change = options.stop_change * range,
+    Gridding gridding{.min_change = options.stop_change * range,
                       .largest_misfit = options.largest_misfit * range,
                       .iteration_limit = options.iteration_limit,
                       .progress = options.progress};

@@ -24,8 +24,7 @@ struct GriddingOptions {
   double largest_misfit = 1e-3;  // of the same range: a larger one at a point calls for another fit
   int iteration_limit = 500;     // of one fit
 
-  /// Called once in a while with the share done, 0 to 1, as far as it can be foreseen; false stops. May be
-  /// empty.
+  /// Called now and then with an estimate of the share done, 0 to 1; false stops. May be empty.
   std::function<bool(double)> progress = {};
 };
 

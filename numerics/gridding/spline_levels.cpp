@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t coarsest = 8;  // nodes of the longer side
 // Bending energy of a tensor B-spline with nodes 1 apart: 2 (8/3)(151/315) + 2 (2/3)^2.
 constexpr double spline_bending = 2.0 * (8.0 / 3.0) * (151.0 / 315.0) + 2.0 * (4.0 / 9.0);
-// Of a fixed node, which has no pull of its own: the plate's stiffness there.
+// Of a fixed node, which no point pulls: the plate's stiffness there.
 constexpr double fixed_weight = 20.0;
 
 // Values of the four B-splines about a position, t behind the second of them.
@@ -93,7 +93,8 @@ void gather(std::span<const double> fine, PlateSize fine_size, std::span<double>
   // What a coarse node takes from the five fine ones about it.
   constexpr std::array<double, 5> weights = {0.125, 0.5, 0.75, 0.5, 0.125};
   const PlateSize size = coarser(fine_size);
-  std::vector<double> between(2 * size.columns + 4);  // gathered in y; zeros before and behind stand for none
+  std::vector<double> between(2 * size.columns +
+                              4);  // gathered in y; zeros before and behind where there are none
   double* const sums = between.data() + 4;
   for (std::size_t row = 0; row < size.rows; ++row) {
     std::fill_n(sums, fine_size.columns, 0.0);

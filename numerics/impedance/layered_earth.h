@@ -10,7 +10,7 @@ namespace numerics::impedance {
 
 struct Layer {
   double resistivity = 100.0;  // ohm-m, > 0
-  double thickness = 0.0;      // m; not looked at in the last layer, which goes down for ever
+  double thickness = 0.0;      // m; ignored in the last layer, which has no bottom
 };
 
 /// Impedance at the surface of layered ground under a vertically incident plane wave.

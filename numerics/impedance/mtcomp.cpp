@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
-#include <numbers>
 
 #include <Eigen/Dense>
+
+#include "core/absent_value.h"
+#include "numerics/constants.h"
 
 namespace numerics::impedance {
 
@@ -16,11 +18,10 @@ using Eigen::Matrix2cd;
 using Eigen::Matrix2d;
 
 constexpr double confidence = 0.6827;  // of one standard deviation of a normal variable
-constexpr float not_known = -1e32F;    // the mark of absent values throughout
 
 // Field files print six digits. A determinant that is smaller than this share of its products is their
 // rounding.
-constexpr double least_determinant = 1e-6;
+constexpr double min_determinant = 1e-6;
 
 bool is_sound(const CrossSpectra& spectra) {
   const SpectraChannels& c = spectra.channels;
@@ -56,7 +57,7 @@ Matrix2cd cross_powers(const CrossSpectra& spectra, const Pair& rows, const Pair
 
 // From the turned axes back to those of the channel definitions.
 Matrix2d turn_back(double clockwise_degrees) {
-  const double angle = clockwise_degrees * std::numbers::pi / 180.0;
+  const double angle = clockwise_degrees * radians_per_degree;
   Matrix2d turn;
   turn << std::cos(angle), -std::sin(angle), std::sin(angle), std::cos(angle);
   return turn;
@@ -66,7 +67,7 @@ bool is_singular(const Matrix2cd& m) {
   const Complex first = m(0, 0) * m(1, 1);
   const Complex second = m(0, 1) * m(1, 0);
   // Negated so that a NaN counts as singular.
-  return !(std::abs(first - second) > least_determinant * (std::abs(first) + std::abs(second)));
+  return !(std::abs(first - second) > min_determinant * (std::abs(first) + std::abs(second)));
 }
 
 // 4 F / degrees for the F that a variable of 4 and `degrees` degrees of freedom stays below with the
@@ -95,15 +96,11 @@ void put(std::array<float, 10>& impedance, std::size_t place, Complex value) {
   impedance[place + 1] = static_cast<float>(value.imag());
 }
 
-bool fits_single(const Matrix2cd& z) {
-  constexpr double largest = 1e30;  // beyond it a number marks an absent value
-  return z.allFinite() && z.cwiseAbs().maxCoeff() <= largest;
-}
+constexpr double largest = 1e30;  // beyond it a number marks an absent value
 
-float single(double value) {
-  constexpr double largest = 1e30;
-  return value <= largest ? static_cast<float>(value) : not_known;
-}
+bool fits_single(const Matrix2cd& z) { return z.allFinite() && z.cwiseAbs().maxCoeff() <= largest; }
+
+float single(double value) { return value <= largest ? static_cast<float>(value) : no_data; }
 
 // Coherence and errors of the tensor z; the solver holds the transpose of S_HR.
 void take_errors(const CrossSpectra& spectra, const Matrix2cd& z,
@@ -132,7 +129,7 @@ void take_errors(const CrossSpectra& spectra, const Matrix2cd& z,
     for (Eigen::Index column = 0; column < 2; ++column) {
       const double square = factor * residual * std::max(0.0, spread(column, column).real());
       estimate.errors[static_cast<std::size_t>(2 * row + column)] =
-          known ? single(std::sqrt(square)) : not_known;
+          known ? single(std::sqrt(square)) : no_data;
     }
   }
   estimate.coherence = static_cast<float>(coherence);

@@ -13,10 +13,10 @@ namespace numerics::rhoplus {
 namespace {
 
 constexpr double relative_gap = 1e-9;
-/// What double precision can tell of chi-squared, relative.
+/// Relative precision of chi-squared in double precision.
 constexpr double rounding = 1e-15;
-constexpr int most_rounds = 60;
-constexpr int most_rounds_in_vain = 3;
+constexpr int max_rounds = 60;
+constexpr int max_rounds_without_gain = 3;
 
 constexpr double cells_per_decade = 6.0;
 /// Each zoom makes the cells at the switches four times as fine. The polish then starts next to its goal.
@@ -24,7 +24,7 @@ constexpr int zooms = 2;
 constexpr double zoom_factor = 0.25;
 /// The cells need not be fitted better than their width allows.
 constexpr double cell_gap = 1e-5;
-/// Cells that fit so well (chi-squared by the number of values) tell no more: data this exact are fitted by
+/// Cells that fit so well (chi-squared by the number of values) say no more: data this exact are fitted by
 /// many models, and going on would only breed sheets.
 constexpr double good_cell_misfit2 = 1e-2;
 /// Misfit of a value, squared and in units of its error, that counts as none.
@@ -85,7 +85,7 @@ BestFit fit_without(const FitProblem& problem, const BestFit& fit, std::size_t f
   return fewer;
 }
 
-/// Exact data of a few sheets: the very sheets come back when what is not needed goes.
+/// Exact data of a few sheets: those very sheets come back when the switches that aren't needed are dropped.
 void drop_needless_switches(const FitProblem& problem, double exact, BestFit& fit) {
   constexpr std::size_t few = 12;  // smooth data want many sheets, and none is needless
   if (fit.model.switches.size() <= few) {
@@ -138,27 +138,27 @@ BestFit find_best_fit(const FitProblem& problem) {
   BestFit best;
   best.residuals = settle_level(problem, best.model);
   certify_fit(problem, best);
-  double least_possible = best.misfit2 - best.gap;
-  int rounds_in_vain = 0;
+  double lower_bound = best.misfit2 - best.gap;
+  int rounds_without_gain = 0;
   const auto is_good_enough = [&] {
     best.fits_exactly = best.misfit2 <= exact;
     return best.fits_exactly || best.gap <= accepted_gap(best.misfit2);
   };
-  for (int round = 0; round < most_rounds && rounds_in_vain < most_rounds_in_vain && !is_good_enough();
-       ++round) {
+  for (int round = 0;
+       round < max_rounds && rounds_without_gain < max_rounds_without_gain && !is_good_enough(); ++round) {
     BestFit next;
     next.rounds = round + 1;
     next.model = round == 0 ? first_model(problem) : with_pulses(problem, best);
     next.residuals = polish_switches(problem, next.model, exact);
     certify_fit(problem, next);
-    // What one model proves of the least chi-squared holds for all.
-    least_possible = std::max(least_possible, next.misfit2 - next.gap);
+    // A lower bound of chi-squared that one model proves holds for all.
+    lower_bound = std::max(lower_bound, next.misfit2 - next.gap);
     const double before = best.gap;
     if (next.misfit2 < best.misfit2) {
       best = std::move(next);
     }
-    best.gap = std::min(best.gap, std::max(best.misfit2 - least_possible, rounding * best.misfit2));
-    rounds_in_vain = best.gap < before ? 0 : rounds_in_vain + 1;
+    best.gap = std::min(best.gap, std::max(best.misfit2 - lower_bound, rounding * best.misfit2));
+    rounds_without_gain = best.gap < before ? 0 : rounds_without_gain + 1;
   }
   is_good_enough();
   if (best.fits_exactly) {

@@ -22,7 +22,8 @@ struct BoundedFitLimits {
 /// the non-negative method of Lawson and Hanson 1974): free the variable whose normalised gradient points
 /// most off its bound, solve the unbounded problem in the free variables, go towards it up to the first bound
 /// met. It ends in a corner with few free variables, which here means few sheets. The QR factors of the free
-/// columns are updated, not made anew (Daniel, Gragg, Kaufman and Stewart 1976, Math. Comput. 30, 772-795).
+/// columns are updated, not computed again (Daniel, Gragg, Kaufman and Stewart 1976, Math. Comput. 30,
+/// 772-795).
 ///
 /// @param columns A, m x n, without zero columns
 /// @param start   x to start from, each 0 or 1

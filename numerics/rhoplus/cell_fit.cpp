@@ -13,7 +13,7 @@ namespace {
 /// How far the plain cells go beyond the band, in x.
 constexpr double reach = 4.0 * 2.302585092994046;
 /// Cells are few enough for any band a 32-bit frequency can span.
-constexpr double most_even_cells = 600.0;
+constexpr double max_even_cells = 600.0;
 /// The cells at the ends have no width in x; a switch within one is placed as if it were this wide.
 constexpr double end_cell_width = 1.5;
 /// Fractions nearer to 0 or 1 than this are rounding of a bound.
@@ -139,7 +139,7 @@ class SwitchReader {
   [[nodiscard]] bool whole_state(Eigen::Index cell) const {
     return fractions_[cell] < whole || fractions_[cell] > 1.0 - whole;
   }
-  /// State of the first whole cell above; of none, the other one, so that a switch stands between.
+  /// State of the first whole cell above; of none, the other one, so that there is a switch between.
   [[nodiscard]] bool state_above(Eigen::Index cell) const {
     while (cell < fractions_.size() && !whole_state(cell)) {
       ++cell;
@@ -211,7 +211,7 @@ CellEdges even_edges(const FitProblem& problem, double cells_per_decade) {
   const double low = std::log(problem.omega.front()) - reach;
   const double high = std::min(std::log(problem.omega.back()) + reach, problem.wall);
   const double wanted = std::ceil((high - low) / std::log(10.0) * cells_per_decade);
-  const auto count = static_cast<int>(std::min(wanted, most_even_cells));
+  const auto count = static_cast<int>(std::min(wanted, max_even_cells));
   CellEdges edges;
   for (int i = 0; i <= count; ++i) {
     const double x = low + (high - low) * i / count;
@@ -231,7 +231,7 @@ CellEdges edges_around(const FitProblem& problem, const SwitchModel& model, doub
       edges.push_back(x + i * width);
     }
   }
-  // A switch keeps its exact place; whatever stands next to another edge goes.
+  // A switch keeps its exact place; edges next to it are dropped.
   std::sort(edges.begin(), edges.end());
   CellEdges spaced = model.switches;
   for (const double x : edges) {

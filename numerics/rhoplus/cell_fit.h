@@ -13,7 +13,7 @@ using CellEdges = std::vector<double>;
 /// Evenly spaced over the band of the data and four decades to both sides, no further than the wall.
 CellEdges even_edges(const FitProblem& problem, double cells_per_decade);
 
-/// Cells of the given width (in x) around each switch, which stands on an edge itself; nothing else is
+/// Cells of the given width (in x) around each switch, which is an edge itself; nothing else is
 /// divided.
 CellEdges edges_around(const FitProblem& problem, const SwitchModel& model, double width);
 

@@ -12,7 +12,8 @@ constexpr double dependence = 1e-13;
 
 }  // namespace
 
-ColumnFactors::ColumnFactors(Eigen::Index rows, Eigen::Index most) : q_(rows, most), r_(most, most) {
+ColumnFactors::ColumnFactors(Eigen::Index rows, Eigen::Index max_columns)
+    : q_(rows, max_columns), r_(max_columns, max_columns) {
   r_.setZero();
 }
 
@@ -45,7 +46,7 @@ void ColumnFactors::remove(Eigen::Index position) {
     r_.col(column - 1).head(column + 1) = r_.col(column).head(column + 1);
   }
   --size_;
-  // What stands below the diagonal now is turned away, row by row.
+  // What is below the diagonal now is rotated away, row by row.
   for (Eigen::Index row = position; row < size_; ++row) {
     Eigen::JacobiRotation<double> turn;
     turn.makeGivens(r_(row, row), r_(row + 1, row));

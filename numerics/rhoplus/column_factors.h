@@ -9,8 +9,9 @@ namespace numerics::rhoplus {
 /// Daniel, Gragg, Kaufman & Stewart (1976), Math. Comput. 30, 772-795.
 class ColumnFactors {
  public:
-  /// @param rows length of a column  @param most as many columns as there will ever be at a time
-  ColumnFactors(Eigen::Index rows, Eigen::Index most);
+  /// @param rows         length of a column
+  /// @param max_columns  at a time; add() refuses more
+  ColumnFactors(Eigen::Index rows, Eigen::Index max_columns);
 
   /// False, and nothing changed, when the column depends on those present.
   [[nodiscard]] bool add(const Eigen::Ref<const Eigen::VectorXd>& column);

@@ -11,7 +11,7 @@
 // and every such gamma and eta belongs to one (Aronszajn and Donoghue 1956, J. Analyse Math. 5, 321-388; its
 // use for ln rho and phase: Parker and Booker 1996, Phys. Earth Planet. Inter. 98, 269-282). Both data are
 // linear in (gamma, eta), so chi-squared is a convex quadratic over a convex set and has no local minima.
-// Sheets are densities that are 0 or 1: where eta goes up stands a pole of c, where it goes down a zero.
+// Sheets are densities that are 0 or 1: where eta goes up c has a pole, where it goes down a zero.
 //
 // Conventions: lambda and omega in units of the reference r (rad/s), so r = 1 inside; x = ln lambda; ln c in
 // ln m; phases in radians; a weight is 1/error.

@@ -6,14 +6,13 @@
 #include <tuple>
 
 #include "core/number_text.h"
+#include "numerics/constants.h"
 #include "numerics/rhoplus/switch_polish.h"
 
 namespace numerics::rhoplus {
 
 namespace {
 
-constexpr double mu0 = 4e-7 * std::numbers::pi;        // H/m
-constexpr double radians = std::numbers::pi / 180.0;   // in a degree
 constexpr double wall_of_conducting_surface = 1000.0;  // times the highest used frequency
 constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
 
@@ -54,16 +53,16 @@ std::vector<UsedValue> used_values(std::span<const RhoplusDatum> data, RhoplusIn
       }
     }
     if (datum.use_phase) {
-      const double weight = 1.0 / (datum.phase_error * radians);
+      const double weight = 1.0 / (datum.phase_error * radians_per_degree);
       if (std::isfinite(datum.phase) && is_positive(datum.phase_error) && is_positive(weight)) {
-        used.push_back({omega, true, (datum.phase - 90.0) * radians, weight});
+        used.push_back({omega, true, (datum.phase - 90.0) * radians_per_degree, weight});
         ++result.phases;
       } else {
         leave_out("phase or its error");
       }
     }
   }
-  // In an order of their own, so that the order of the rows makes no difference, not even of rounding.
+  // Sorted, so that the order of the rows makes no difference, not even of rounding.
   std::sort(used.begin(), used.end(), [](const UsedValue& a, const UsedValue& b) {
     return std::tie(a.omega, a.is_phase, a.target, a.weight) <
            std::tie(b.omega, b.is_phase, b.target, b.weight);
@@ -119,7 +118,7 @@ bool is_sound(const SheetModel& sheets) {
   });
 }
 
-/// The neighbours that matter least together go, the others move to make up for them.
+/// Drops the neighbours that matter least together; the others move to make up for them.
 void drop_closest_pairs(const FitProblem& problem, std::size_t pairs, BestFit& fit) {
   std::vector<double>& switches = fit.model.switches;
   for (; pairs > 0 && switches.size() > 1; --pairs) {
@@ -129,16 +128,16 @@ void drop_closest_pairs(const FitProblem& problem, std::size_t pairs, BestFit& f
   fit.residuals = polish_switches(problem, fit.model, exact_misfit2(problem));
 }
 
-/// The table of the model has so many rows and no more, and 64 bits so many digits.
-void make_sheets(const FitProblem& problem, std::size_t most_rows, RhoplusInversion& result) {
+/// Drops switches until the sheets fit into the rows of the table and into the digits of 64 bits.
+void make_sheets(const FitProblem& problem, std::size_t max_rows, RhoplusInversion& result) {
   BestFit& fit = result.fit;
   result.sheets = sheets_of(problem, fit.model);
   const std::size_t switches = fit.model.switches.size();
   for (std::size_t rows = row_count(problem, fit.model); fit.model.switches.size() > 1;) {
-    if (rows <= most_rows && is_sound(result.sheets)) {
+    if (rows <= max_rows && is_sound(result.sheets)) {
       break;
     }
-    drop_closest_pairs(problem, rows > most_rows ? rows - most_rows : 1, fit);
+    drop_closest_pairs(problem, rows > max_rows ? rows - max_rows : 1, fit);
     result.sheets = sheets_of(problem, fit.model);
     rows = row_count(problem, fit.model);
   }
@@ -168,7 +167,7 @@ void predict(std::span<const RhoplusDatum> data, const FitProblem& problem, Rhop
           log_admittance(problem, result.fit.model, std::span(&relative, 1)).front();
       const double ln_resistivity = 2.0 * ln_c.real() + std::log(mu0 * omega);
       row.resistivity = std::exp(ln_resistivity);
-      row.phase = std::clamp(90.0 + ln_c.imag() / radians, 0.0, 90.0);
+      row.phase = std::clamp(90.0 + ln_c.imag() / radians_per_degree, 0.0, 90.0);
       if (datum.use_resistivity && is_positive(datum.resistivity) && is_positive(datum.resistivity_error)) {
         row.resistivity_residual =
             (ln_resistivity - std::log(datum.resistivity)) * datum.resistivity / datum.resistivity_error;
@@ -183,7 +182,7 @@ void predict(std::span<const RhoplusDatum> data, const FitProblem& problem, Rhop
 
 }  // namespace
 
-RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t most_rows) {
+RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t max_rows) {
   RhoplusInversion result;
   const std::vector<UsedValue> used = used_values(data, result);
   if (used.empty()) {
@@ -196,7 +195,7 @@ RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std
     result.level_is_arbitrary = true;
     choose_level(data, problem, result.fit.model);
   }
-  make_sheets(problem, most_rows, result);
+  make_sheets(problem, max_rows, result);
   predict(data, problem, result);
   result.ran = true;
   return result;

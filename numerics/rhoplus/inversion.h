@@ -35,17 +35,17 @@ struct RhoplusInversion {
   BestFit fit;
   SheetModel sheets;
   std::vector<RhoplusPrediction> rows;  // as the data
-  bool level_is_arbitrary = false;      // phases tell nothing of the level of the resistivity
-  int dropped_sheets = 0;               // to keep to the most rows
+  bool level_is_arbitrary = false;      // phases say nothing about the level of the resistivity
+  int dropped_sheets = 0;               // to keep to max_rows
   double sheet_error = 0.0;             // largest difference of ln c of the sheets and of the fit
   std::vector<std::string> remarks;     // sentences: what could not be used, and why
 
   [[nodiscard]] int used_values() const { return resistivities + phases; }
 };
 
-/// @param most_rows of the model table: sheets and perfect conductor
+/// @param max_rows   of the model table: sheets and perfect conductor
 /// @param conducting the first sheet lies at depth 0: above a thousand times the highest used frequency c is
 ///                   that of a sheet, which changes no phase by more than 0.06 degrees
-RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t most_rows);
+RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t max_rows);
 
 }  // namespace numerics::rhoplus

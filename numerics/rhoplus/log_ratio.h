@@ -1,5 +1,5 @@
-// log_ratio.h: the one function from which every response, derivative bound and certificate of the rho+
-// solver is made.
+// log_ratio.h: the one function from which every response, derivative bound and certificate of the Rho+
+// solver is computed.
 #pragma once
 #include <complex>
 

@@ -2,7 +2,7 @@
 //
 // Among all conductivity profiles of depth the routine finds the one with the least chi-squared misfit to ln
 // resistivity and phase. The least misfit is reached by a pile of thin conducting sheets between insulating
-// gaps (the D+ model; its response is known as rho+), so the answer is no smooth picture of the ground but
+// gaps (the D+ model; its response is known as rho+), so the answer is not a smooth picture of the ground but
 // the yardstick of any one-dimensional fit: data that it can't fit are not one-dimensional, or their errors
 // are too small.
 //
@@ -14,29 +14,34 @@
 // t)); errors are one standard deviation; depth m, positive down; conductance S. A missing value is no_data
 // (-1e32).
 #pragma once
-#include <filesystem>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
+
+#include "core/absent_value.h"
 
 namespace numerics::rhoplus {
 
-/// What stands at the surface. Conducting: the first sheet of the model lies at depth 0. Insulating: it may
-/// lie at any depth.
+struct RhoplusInversion;
+
+/// The surface's boundary condition. Conducting: the first sheet of the model lies at depth 0. Insulating: it
+/// may lie at any depth.
 enum class RhoplusSurface { conducting = 0, insulating = 1 };
 
 /// One row of the table RhoplusData: nine 32-bit numbers, in the order of its columns.
 struct RhoplusRow {
-  float frequency = 0.0F;            // 1: Hz
-  float resistivity = 0.0F;          // 2: ohm-m
-  float resistivity_error = 0.0F;    // 3: ohm-m
-  float phase = 0.0F;                // 4: degrees
-  float phase_error = 0.0F;          // 5: degrees
-  float use_resistivity = 0.0F;      // 6: 1 used, 0 not
-  float use_phase = 0.0F;            // 7: 1 used, 0 not
-  float model_resistivity = -1e32F;  // 8: ohm-m, set by the routine
-  float model_phase = -1e32F;        // 9: degrees, set by the routine
+  float frequency = 0.0F;             // 1: Hz
+  float resistivity = 0.0F;           // 2: ohm-m
+  float resistivity_error = 0.0F;     // 3: ohm-m
+  float phase = 0.0F;                 // 4: degrees
+  float phase_error = 0.0F;           // 5: degrees
+  float use_resistivity = 0.0F;       // 6: 1 used, 0 not
+  float use_phase = 0.0F;             // 7: 1 used, 0 not
+  float model_resistivity = no_data;  // 8: ohm-m, set by the routine
+  float model_phase = no_data;        // 9: degrees, set by the routine
+
+  [[nodiscard]] bool uses_resistivity() const { return use_resistivity > 0.5F; }
+  [[nodiscard]] bool uses_phase() const { return use_phase > 0.5F; }
 };
 static_assert(sizeof(RhoplusRow) == 9 * sizeof(float));
 
@@ -46,19 +51,18 @@ struct RhoplusLayer {
   float conductance = 0.0F;  // S
 };
 
-/// Conductance of the last row where the model stands on a perfect conductor; without such a row an insulator
-/// goes down for ever below the last sheet.
+/// Conductance of the last row where a perfect conductor is below the model; without such a row an insulator
+/// without a bottom is below the last sheet.
 constexpr float perfect_conductor = 1e30F;
 
 constexpr int max_rhoplus_layers = 64;
 
 /// Status of a run: 0 when the inversion ran.
 enum RhoplusStatus : int {
-  rhoplus_not_run = -1,         // what a caller sets before a run
-  rhoplus_ran = 0,              //
-  rhoplus_no_usable_data = 1,   // no flag set, or nothing usable behind the flags
-  rhoplus_failed = 2,           // the numbers led nowhere; columns 8 and 9 are no_data
-  rhoplus_log_not_written = 3,  // the inversion ran, its results stand, but the log is not on the disk
+  rhoplus_not_run = -1,        // what a caller sets before a run
+  rhoplus_ran = 0,             //
+  rhoplus_no_usable_data = 1,  // no flag set, or nothing usable behind the flags
+  rhoplus_failed = 2,          // the computation failed; columns 8 and 9 are no_data
 };
 
 struct RhoplusRun {
@@ -75,18 +79,13 @@ struct RhoplusRun {
 /// or not.
 ///
 /// A value that can't be used in spite of its flag (a resistivity, error or frequency that is not above 0,
-/// anything not finite) is left out and named in the log; no input ends in an exception. Order of the rows,
-/// equal frequencies and unused rows make no difference to the result.
-///
-/// Writes the log of the run, a text with CR LF at line ends, to run_directory / (root_and_station + ".out");
-/// an earlier one is replaced. The directory has to exist.
+/// anything not finite) is left out with a remark in the details; no input ends in an exception. Order of the
+/// rows, equal frequencies and unused rows make no difference to the result.
 ///
 /// The table, not a control file, is what is inverted: the four decimals of a control file would make
 /// neighbouring frequencies below 0.01 Hz equal.
-RhoplusRun rhoplus(const std::filesystem::path& run_directory, std::string_view root_and_station,
-                   std::span<RhoplusRow> data, RhoplusSurface surface);
-
-/// The same without a file. @param log receives the text of the log; may be null
-RhoplusRun rhoplus(std::span<RhoplusRow> data, RhoplusSurface surface, std::string* log = nullptr);
+/// @param details  receives the inversion in double precision, with its remarks; may be null. After
+///                 rhoplus_failed it holds nothing.
+RhoplusRun rhoplus(std::span<RhoplusRow> data, RhoplusSurface surface, RhoplusInversion* details = nullptr);
 
 }  // namespace numerics::rhoplus

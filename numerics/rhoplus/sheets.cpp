@@ -1,16 +1,16 @@
 #include "numerics/rhoplus/sheets.h"
 
 #include <cmath>
-#include <numbers>
+
+#include "numerics/constants.h"
 
 namespace numerics::rhoplus {
 
 namespace {
 
-constexpr double mu0 = 4e-7 * std::numbers::pi;  // H/m
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// x of the poles and zeros; -infinity stands for lambda = 0.
+/// x of the poles and zeros; -infinity is lambda = 0.
 struct PolesAndZeros {
   std::vector<double> poles;
   std::vector<double> zeros;

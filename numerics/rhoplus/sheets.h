@@ -20,7 +20,7 @@ struct Sheet {
 };
 struct SheetModel {
   std::vector<Sheet> sheets;  // from the top down
-  /// Depth of the perfect conductor below, m; infinite where an insulator goes down for ever.
+  /// Depth of the perfect conductor below, m; infinite where an insulator has no bottom.
   double conductor_depth = std::numeric_limits<double>::infinity();
 
   [[nodiscard]] double total_conductance() const;  // S

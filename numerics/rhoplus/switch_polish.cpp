@@ -11,16 +11,16 @@ namespace numerics::rhoplus {
 
 namespace {
 
-constexpr int most_steps = 200;
+constexpr int max_steps = 200;
 constexpr double longest_step = 1.5;    // in x
 constexpr double kept_distance = 0.1;   // of two switches after a step
 constexpr double merged = 1e-11;        // in x
 constexpr double out_of_reach = 9.0;    // e-folds outside the band
 constexpr double settled_step = 1e-13;  // in x
-constexpr double most_bend = 0.75;      // of a step, relative to its straight part
+constexpr double max_bend = 0.75;       // of a step, relative to its straight part
 constexpr double first_damping = 1e-3;
-constexpr double least_damping = 1e-15;
-constexpr double most_damping = 1e10;
+constexpr double min_damping = 1e-15;
+constexpr double max_damping = 1e10;
 
 /// Derivatives of the residuals by the switches, m x n, and the diagonal that the second ones add to J^T J.
 struct Derivatives {
@@ -77,17 +77,17 @@ class LocalShape {
     slopes_.first -= level * (level.transpose() * slopes_.first);
     hessian_ = slopes_.first.transpose() * slopes_.first;
     hessian_.diagonal() += slopes_.curvature.cwiseMax(0.0);
-    // A switch beyond the reach of the data has next to no curvature of its own.
-    constexpr double least_curvature = 1e-30;
+    // A switch beyond the reach of the data has next to no curvature.
+    constexpr double min_curvature = 1e-30;
     scale_ = hessian_.diagonal()
-                 .cwiseMax(least_curvature * hessian_.diagonal().maxCoeff())
+                 .cwiseMax(min_curvature * hessian_.diagonal().maxCoeff())
                  .cwiseSqrt()
                  .cwiseInverse();
     hessian_ = scale_.asDiagonal() * hessian_ * scale_.asDiagonal();
     scaled_gradient = scale_.cwiseProduct(slopes_.first.transpose() * residuals);
   }
 
-  /// Nothing where the numbers don't allow one.
+  /// Nothing where rounding doesn't allow one.
   [[nodiscard]] std::optional<Step> step(double damping) const {
     Eigen::MatrixXd damped = hessian_;
     damped.diagonal().array() += damping;
@@ -101,7 +101,7 @@ class LocalShape {
     const Eigen::VectorXd straight = factors.solve(-scaled_gradient).cwiseMax(-limits).cwiseMin(limits);
     const Eigen::VectorXd second = slopes_.second * scale_.cwiseProduct(straight).cwiseAbs2();
     Eigen::VectorXd bend = factors.solve(-0.5 * scale_.cwiseProduct(slopes_.first.transpose() * second));
-    if (!(bend.norm() < most_bend * straight.norm())) {
+    if (!(bend.norm() < max_bend * straight.norm())) {
       bend.setZero();  // the series can't be trusted
     }
     Step result{scale_.cwiseProduct(straight + bend).cwiseMax(-longest_step).cwiseMin(longest_step),
@@ -185,7 +185,7 @@ class Polish {
 
   Eigen::VectorXd run() {
     residuals_ = settle_level(problem_, model_);
-    for (int step = 0; step < most_steps; ++step) {
+    for (int step = 0; step < max_steps; ++step) {
       remove_merged();
       remove_runaways();
       if (model_.switches.empty() || misfit2() <= good_misfit2_ || !improve()) {
@@ -243,16 +243,16 @@ class Polish {
     return true;
   }
 
-  /// One accepted step; false when there is none to be had.
+  /// One accepted step; false when there is none.
   bool improve() {
     const LocalShape shape(problem_, level_, model_, residuals_);
     const double doubt = noise();
     bool may_lower = true;
-    for (; damping_ <= most_damping; damping_ *= growth_, growth_ *= 2.0) {
+    for (; damping_ <= max_damping; damping_ *= growth_, growth_ *= 2.0) {
       std::optional<Step> step = shape.step(damping_);
       // Where so little is to be had the damping may be what holds the step back from a flat direction.
-      while (may_lower && step && step->foreseen < doubt && damping_ > least_damping) {
-        damping_ = std::max(least_damping, damping_ * 1e-2);
+      while (may_lower && step && step->foreseen < doubt && damping_ > min_damping) {
+        damping_ = std::max(min_damping, damping_ * 1e-2);
         step = shape.step(damping_);
       }
       may_lower = false;
@@ -274,8 +274,8 @@ class Polish {
     return false;
   }
 
-  /// Switches that a step would lead past each other are on their way out, and as long as they stand in the
-  /// way, what the others make up for is wrong. Takes the model without them, or the best step from there.
+  /// Switches that a step would move past each other are about to vanish, and while they are in the way, the
+  /// others compensate for the wrong thing. Takes the model without them, or the best step from there.
   bool take_without_met(const Eigen::VectorXd& step) {
     SwitchModel fewer = without_met(problem_, model_, step);
     if (fewer.switches.size() == model_.switches.size()) {
@@ -297,7 +297,7 @@ class Polish {
   /// IMM-REP-1999-05, Technical University of Denmark.
   void adapt_damping(double gain) {
     const double miss = 2.0 * std::clamp(gain, 0.0, 1.0) - 1.0;
-    damping_ = std::max(least_damping, damping_ * std::max(0.1, 1.0 - miss * miss * miss));
+    damping_ = std::max(min_damping, damping_ * std::max(0.1, 1.0 - miss * miss * miss));
     growth_ = 2.0;
   }
 

@@ -106,7 +106,7 @@ BRENLOX_INLINE void factor_columns(const Columns& a) {
       }
     }
     if (end - first < panel) {
-      return;  // the last columns: nothing stands to their right
+      return;  // the last columns: nothing is to their right
     }
     const std::size_t reach = std::min(first + panel - 1 + a.half_bandwidth, a.count - 1);
     for (std::size_t target = end; target <= reach; ++target) {

@@ -95,7 +95,7 @@ CellLoad cell_load(const ModeMesh& mesh, const PrimaryField& primary, double ome
   const bool under_a_hill = mesh.mode == Mode::tm && row == mesh.host.ground_row && row > 0 &&
                             !mesh.cell(column, row - 1).air[bottom_triangle];
   if (under_a_hill) {
-    // The current that the host's ground line carries, where ground stands on it.
+    // The current that the host's ground line carries, where there is ground above it.
     const Complex current = primary.impedance * (0.5 * mesh.widths[column]);
     load[0] -= current;
     load[1] -= current;

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "numerics/constants.h"
+
 namespace numerics::section {
 
 namespace {
@@ -16,10 +18,7 @@ Complex expm1(Complex z) {
 
 }  // namespace
 
-double omega_mu(double frequency) {
-  constexpr double mu0 = 4e-7 * std::numbers::pi;  // H/m
-  return 2.0 * std::numbers::pi * frequency * mu0;
-}
+double omega_mu(double frequency) { return 2.0 * std::numbers::pi * frequency * mu0; }
 
 LayeredField::LayeredField(double omega_mu0, std::span<const double> heights,
                            std::span<const double> resistivity)

@@ -6,14 +6,14 @@
 
 #include "core/number_text.h"
 #include "numerics/section/layered_field.h"
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace numerics::section {
 
 namespace {
 
 constexpr double thickest_first_row = 0.2;  // skin depths
-constexpr double least_margin = 3.0;        // skin depths: 0.05 % of the response
+constexpr double min_margin = 3.0;          // skin depths: 0.05 % of the response
 
 // sqrt(2 rho / (omega mu)), m: 503 sqrt(rho / f)
 double skin_depth(double resistivity, double frequency) {
@@ -89,14 +89,14 @@ std::vector<std::string> mesh_warnings(const Section& section, std::span<const d
   const ModeMesh mesh = make_mode_mesh(section, input.air, Mode::tm);
   const double left_skin = skin_depth(mesh.host, *lowest);
   const double right_skin = skin_depth(mesh.right, *lowest);
-  if (const double width = uniform_width(section, true); width < least_margin * left_skin) {
+  if (const double width = uniform_width(section, true); width < min_margin * left_skin) {
     warnings.push_back(margin_warning("left of the first change along the line", width, left_skin));
   }
-  if (const double width = uniform_width(section, false); width < least_margin * right_skin) {
+  if (const double width = uniform_width(section, false); width < min_margin * right_skin) {
     warnings.push_back(margin_warning("right of the last change along the line", width, right_skin));
   }
   const double depth = std::accumulate(mesh.host.heights.begin(), mesh.host.heights.end(), 0.0);
-  if (depth < least_margin * left_skin) {
+  if (depth < min_margin * left_skin) {
     warnings.push_back(margin_warning("below the ground", depth, left_skin));
   }
   for (std::size_t s = 0; s < input.sites.size(); ++s) {

@@ -31,7 +31,7 @@ class ModeField {
   [[nodiscard]] CellLoad secondary_in_cell(std::size_t column, std::size_t row) const;
 
   /// Solves the same equations, whose matrix is symmetric, with weights on nodes as right side and 0 where
-  /// the field is prescribed: what the weighted sum of the field owes to a load at each node.
+  /// the field is prescribed: what a unit load at each node adds to the weighted sum of the field.
   /// @param weights  for each node of the mesh
   [[nodiscard]] std::vector<Complex> adjoint(std::span<const Complex> weights) const;
   /// Values of an adjoint solution at the corners and the centre of a cell.

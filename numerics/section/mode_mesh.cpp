@@ -70,7 +70,7 @@ std::vector<double> positions(double first, const std::vector<double>& steps) {
 std::vector<double> air_rows(double first_height) {
   constexpr double top_of_air = 1e5;  // m
   constexpr double largest_growth = 2.75;
-  constexpr std::size_t least_rows = 9;
+  constexpr std::size_t min_rows = 9;
   const auto height_of = [first_height](std::size_t rows, double growth) {
     double sum = 0.0;
     for (std::size_t row = 0; row < rows; ++row) {
@@ -78,7 +78,7 @@ std::vector<double> air_rows(double first_height) {
     }
     return sum;
   };
-  std::size_t rows = least_rows;
+  std::size_t rows = min_rows;
   while (height_of(rows, largest_growth) < top_of_air) {
     ++rows;
   }

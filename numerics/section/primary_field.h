@@ -21,7 +21,7 @@ struct PrimaryField {
     std::array<Complex, 3> value = {};  // at 1/6, 1/2, 5/6 of the row: where the centroids of triangles lie
     std::array<Complex, 4> derivative =
         {};                    // d/dz at 0, 1/4, 3/4, 1 of the row: its edges and the diagonals' middles
-    double resistivity = 0.0;  // ohm-m, of the host; 0 stands for its air
+    double resistivity = 0.0;  // ohm-m, of the host; 0 in its air
   };
   std::vector<Row> rows;
   std::vector<Complex> node;             // at each node row

@@ -13,8 +13,8 @@ namespace numerics::section {
 
 namespace {
 
-constexpr double least_air_resistivity = 1e7;  // ohm-m; no rock at the surface comes near it
-constexpr double air_resistivity = 1e12;       // ohm-m, of air that no table gives a value
+constexpr double min_air_resistivity = 1e7;  // ohm-m; no rock at the surface comes near it
+constexpr double air_resistivity = 1e12;     // ohm-m, of air that no table gives a value
 
 [[noreturn]] void fail(const std::string& what) { throw std::invalid_argument(what); }
 
@@ -101,7 +101,7 @@ AirMap::AirMap(const Section& section)
     bool air_above = true;
     for (std::size_t row = 0; row < section.row_heights.size() && air_above; ++row) {
       const auto resists = [&](Triangle t) {
-        return section.resistivity(column, row, t) >= least_air_resistivity;
+        return section.resistivity(column, row, t) >= min_air_resistivity;
       };
       const bool top = resists(top_triangle);
       const bool left = top && resists(left_triangle);

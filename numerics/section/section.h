@@ -69,7 +69,7 @@ class AirMap {
   std::vector<std::uint8_t> node_touches_air_;
 };
 
-/// Where a site on a node column stands.
+/// Where a site on a node column is.
 struct SurfaceNode {
   std::size_t column = 0;
   std::size_t row = 0;  // first node row with ground to its left or right

@@ -3,6 +3,7 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "numerics/constants.h"
 #include "numerics/parallel_jobs.h"
 #include "numerics/section/ground_impedance.h"
 
@@ -10,7 +11,7 @@ namespace numerics::section {
 
 namespace {
 
-// The product of two sets of values at the nodes of a cell with the stiffness or mass matrix of one triangle.
+// a^T K b for values at the nodes of a cell and the stiffness or mass matrix of one triangle.
 Complex triangle_product(const ModeMesh& mesh, double omega_mu0, std::size_t triangle, std::size_t column,
                          std::size_t row, const CellLoad& a, const CellLoad& b) {
   Cell alone;
@@ -26,7 +27,7 @@ Complex triangle_product(const ModeMesh& mesh, double omega_mu0, std::size_t tri
   return sum;
 }
 
-// d K / d sigma or d rho applied, taken from the load's own change: what a triangle's change does to ln Z.
+// The derivative of the load less that of the matrix times the field: what a triangle's change does to ln Z.
 Complex triangle_change(const ModeField& field, std::size_t triangle, std::size_t column, std::size_t row,
                         const CellLoad& secondary, const CellLoad& adjoint) {
   const ModeMesh& mesh = field.mesh();
@@ -68,7 +69,7 @@ class ModeJob {
       for (std::size_t p = 0; p < parameters_; ++p) {
         const std::size_t at = (s * frequencies + frequency_index) * parameters_ + p;
         result.log10_resistivity[at] = 2.0 / std::numbers::ln10 * change[p].real();
-        result.phase[at] = 180.0 / std::numbers::pi * change[p].imag();
+        result.phase[at] = degrees_per_radian * change[p].imag();
       }
     }
   }

@@ -4,12 +4,14 @@
 // Lugao & Wannamaker (1996), Geophys. J. Int. 127, 806-810. The host is held fixed, so parameters of the
 // left-most column are off by the share that the host's own discretisation has in the response, some per
 // cent.
+//
+// For an inversion that improves a section; the programs don't use it yet.
 #pragma once
 #include <optional>
 #include <span>
 #include <vector>
 
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace numerics::section {
 

@@ -9,25 +9,22 @@
 #include <utility>
 
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
-#include "formats/occam/mesh_file.h"
-#include "formats/occam/model_file.h"
-#include "formats/occam/occam_state.h"
+#include "occam/occam_files.h"
 
 namespace Module_occam {
 
 namespace {
 
-constexpr double rounding = 1e-6;  // m; a ground nearer to a node line than this lies on it
+constexpr double rounding = 1e-6;  // m; ground closer to a node line than this is on it
 
 using Triangles = std::array<bool, triangles>;
 
 constexpr Triangles all_of_cell{true, true, true, true};
 
-/// The triangles that are masked in the cell that the ground crosses. Air reaches a cell's sides through its
-/// top, and its bottom through both sides.
+/// The triangles masked in the cell that the ground crosses. Air gets to a cell's sides through its top, and
+/// to its bottom through both sides.
 Triangles masked_in_crossed_cell(const MaskChoices& choices) {
   if (choices.style == MaskStyle::rectangular) {
     return all_of_cell;
@@ -175,12 +172,10 @@ int read_model_to_mask(const std::string& path, TopoMask& mask) {
   if (!std::filesystem::exists(path, ignored)) {
     return refuse("The specified model file does not exist");
   }
-  // The sites of a run that is looked at have no place in this model.
-  const ScopedValue<OccamState> apart(occam_state(), {});
-  if (read_occam_model(path) != 0) {
+  const std::filesystem::path file(path);
+  if (read_occam_model(file.parent_path(), file.filename().string(), {}, mask.model) != 0) {
     return refuse("The specified model file is not defined properly");
   }
-  mask.model = std::move(occam_state().model);
   return 0;
 }
 

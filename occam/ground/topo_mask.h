@@ -1,4 +1,4 @@
-// topo_mask.h: fixes the cells of a mesh that lie above the ground, so that a model follows the topography.
+// topo_mask.h: fixes the cells of a mesh above the ground, so that a model follows the topography.
 //
 // Conventions: stations and depths m; depths from the mesh's upper edge down, elevations up.
 #pragma once
@@ -15,8 +15,8 @@ namespace Module_occam {
 enum class Triangle : std::uint8_t { top, left, bottom, right };
 
 enum class MaskStyle : std::uint8_t {
-  rectangular,  // whole cells, also the one that the ground crosses
-  triangular,   // of the cell that the ground crosses, the triangles that the free one doesn't need
+  rectangular,  // whole cells, including the one that the ground crosses
+  triangular,   // in the cell that the ground crosses, only triangles that the free one doesn't rest on
 };
 
 inline constexpr char masked_code = '0';  // the first fixed resistivity of the mesh; air if it has none
@@ -27,34 +27,35 @@ struct MaskChoices {
   double datum_elevation = 0.0;               // of the mesh's upper edge
 };
 
-/// The depth of the ground under the middle of each column of cells; at or below 0 where the ground stands at
-/// the mesh's upper edge or above it.
+/// The depth of the ground at the middle of each column of cells; 0 or less where the ground is at the mesh's
+/// upper edge or above it.
 std::vector<double> ground_depths(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
                                   double datum_elevation);
 
-/// The code lines of the model's mesh with all that lies above the ground masked.
+/// The code lines of the model's mesh with everything above the ground masked.
 ///
-/// A column is masked from the mesh's upper edge down to the first node line at or below its ground, and so
-/// always in one piece with the air. In the triangular style the lowest of these cells, the one that the
-/// ground crosses, keeps the free triangle with those that carry it: no ground hangs in the air, and no air
-/// lies under ground. So each column stands by itself, the first and last like all others. What is kept has
-/// the code as read. A cell that the ground only touches from below lies above it as a whole.
+/// A column is masked from the mesh's upper edge down to the first node line at or below its ground, so the
+/// mask is always connected to the air. In the triangular style the lowest of these cells, the one that the
+/// ground crosses, keeps the free triangle and those below it that carry it: no ground hangs in the air and
+/// no air is under ground. Columns don't depend on their neighbours, so the first and last are like all
+/// others. What is kept has the code as read. A cell that the ground only touches from below is masked as a
+/// whole.
 ///
-/// Throws std::runtime_error where the ground leaves no cell of a column below it.
+/// Throws std::runtime_error if a column has no cell below the ground.
 std::vector<CodeLines> masked_codes(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
                                     const MaskChoices& choices);
 
-/// Triangles that are free parameters' ("?").
+/// The number of free triangles ("?").
 std::int64_t free_triangles(const std::vector<CodeLines>& codes);
 
-/// Blocks that have a free triangle: the parameters of an inversion with these codes.
+/// The number of blocks with a free triangle: the parameters of an inversion with these codes.
 int free_blocks(const OccamModel& model, const std::vector<CodeLines>& codes);
 
 /// The mesh as lines of text for a fixed-width font: each row of cells with its number, its depths and its
 /// four code lines.
 std::string mesh_listing(const OccamModel& model, const std::vector<CodeLines>& codes);
 
-/// What the masked cells are fixed to, in a person's words.
+/// What the masked cells are fixed to, as text for the user.
 std::string masked_resistivity(const OccamMesh& mesh);
 
 /// A model, the ground over it, and the mesh as masked by it.
@@ -62,10 +63,10 @@ struct TopoMask {
   OccamModel model;  // its mesh's code lines are those as read
   Topo topo;
   MaskChoices choices;
-  std::vector<CodeLines> masked;  // remade by each apply_topo_mask; empty before the first one
+  std::vector<CodeLines> masked;  // by the last apply_topo_mask; empty before the first one
 };
 
-/// Reads the model of a named file and its mesh; what is looked at elsewhere in occam_state() stays.
+/// Reads the model of a named file and its mesh, without sites.
 /// @return 0; -1 after a message, mask.model is then as before
 [[nodiscard]] int read_model_to_mask(const std::string& path, TopoMask& mask);
 
@@ -73,10 +74,10 @@ struct TopoMask {
 /// @return 0; -1 after a message, mask.masked is then as before
 [[nodiscard]] int apply_topo_mask(TopoMask& mask);
 
-/// True if no such file exists, or the person lets it be replaced.
+/// True if no such file exists, or the user agrees to replace it.
 bool may_write_mesh(const std::string& path);
 
-/// Writes the masked mesh, over an earlier file, and tells how many triangles are free parameters'.
+/// Writes the masked mesh over an earlier file and reports how many triangles are free.
 /// @return 0, or -1 after a message
 [[nodiscard]] int write_masked_mesh(const std::string& path, const TopoMask& mask);
 

@@ -21,7 +21,7 @@ bool is_comment(std::string_view line) {
   return text.starts_with('!') || text.starts_with('\\');
 }
 
-/// The number that an item is; none if it isn't one.
+/// The item as a number; nothing if it isn't a finite one.
 std::optional<double> number_of(std::string_view item) {
   if (!is_numeric(item)) {
     return std::nullopt;
@@ -51,13 +51,13 @@ void take_line(std::string_view line, const LocationLayout& layout, LocationsRea
   }
 }
 
-/// The whole part of a typed number, at most the largest count; 0 for a text that is no number.
+/// The whole part of a typed number, limited to the range of a count; 0 for a text that isn't a number.
 int position_of(const std::string& text) {
   const double value = is_numeric(text) ? numeric_value(text) : 0.0;
   return static_cast<int>(std::clamp(value, -1.0, double{std::numeric_limits<int>::max()}));
 }
 
-/// @return what is wrong with the entries, in the words for the person; none if they are sound
+/// @return the message about the first invalid entry; null if all are valid
 const char* invalid_location_entry(const LocationEntries& entries, LocationLayout& layout) {
   std::error_code ignored;
   if (trimmed(entries.file).empty()) {

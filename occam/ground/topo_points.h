@@ -10,7 +10,7 @@
 
 namespace Module_occam {
 
-/// Where the values stand in the file.
+/// Where the values are in the file.
 struct LocationLayout {
   int first_line = 1;  // of the data; comments before it count
   int line_step = 1;   // from one line of data to the next; comments between them don't count
@@ -29,12 +29,12 @@ struct LocationsRead {
 };
 
 /// Reads the points of a topo file in its order. Lines that begin with "!" or "\" are comments. A line whose
-/// station or elevation is no finite number gives no point.
+/// station or elevation isn't a finite number gives no point.
 /// @return 0, or -1 after a message; `read` is then as before
 [[nodiscard]] int read_locations_file(const std::string& path, const LocationLayout& layout,
                                       LocationsRead& read);
 
-/// What a person has typed.
+/// What the user has typed.
 struct LocationEntries {
   std::string file;
   std::string first_line = "1";
@@ -54,11 +54,11 @@ struct Topo {
   [[nodiscard]] double highest_elevation() const;
 };
 
-/// The curve through points in any order; points at one station count as one of their mean elevation. Throws
-/// std::invalid_argument as cubspl does.
+/// The curve through points in any order; points at the same station count as one with their mean elevation.
+/// Throws std::invalid_argument as cubspl does.
 numerics::gridding::CubicSpline ground_curve(const TopoPoints& points);
 
-/// True if a text is a number that the window takes as a line, step or column: 1 or more.
+/// True if a text is valid as a line, step or column: a number of 1 or more.
 bool is_position(const std::string& text);
 
 /// Checks the entries, reads the file and fits the curve.

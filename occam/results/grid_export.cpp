@@ -11,21 +11,19 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "formats/geosoft/geosoft_grid.h"
-#include "formats/occam/occam_state.h"
 #include "platform/files/safe_files.h"
 
 namespace Module_occam {
 
 namespace {
 
-constexpr double most_decades = 10.0;                  // of a parameter that is a resistivity
-constexpr std::size_t most_nodes_of_grid = 4'000'000;  // 16 MB a file, some seconds of gridding
+constexpr std::size_t max_grid_nodes = 4'000'000;  // 16 MB a file, some seconds of gridding
 constexpr std::string_view line_end = "\r\n";
 constexpr const char* writing_grids = "Writing the grids";
 
 double node(const std::vector<double>& nodes, int index) { return nodes[static_cast<std::size_t>(index)]; }
 
-/// A number behind blanks; a long one is never cut, unlike in a field of fixed width.
+/// A right-aligned number; a long one is never cut, unlike in a field of fixed width.
 void add_number(std::string& text, double value, std::string_view picture, std::size_t width) {
   const std::string number = format_number(value, picture);
   text.append(width - std::min(width, number.size()), ' ').append(number);
@@ -45,7 +43,7 @@ GridBlock grid_block(const OccamModel& model, const OccamBlock& block, double va
   return result;
 }
 
-/// The first and the end node, along one axis, whose places lie in [from, to).
+/// The nodes of one axis that lie in [from, to): the first one and the one after the last.
 std::pair<std::size_t, std::size_t> nodes_within(double from, double to, double first, double cell,
                                                  std::size_t count) {
   const auto index = [&](double place) {
@@ -56,7 +54,7 @@ std::pair<std::size_t, std::size_t> nodes_within(double from, double to, double 
 }
 
 /// The smoothest surface through the middles of the blocks, blank where the plain grid is.
-/// @return nothing if the person has stopped it
+/// @return nothing if the user stopped it
 std::optional<numerics::gridding::RegularGrid> smooth_grid(std::span<const GridBlock> blocks,
                                                            const numerics::gridding::RegularGrid& plain) {
   std::vector<numerics::gridding::ScatteredPoint> points;
@@ -83,7 +81,7 @@ std::optional<numerics::gridding::RegularGrid> smooth_grid(std::span<const GridB
   return std::move(surface->grid);
 }
 
-void tell_depth(std::span<const GridBlock> blocks, const numerics::gridding::GridFrame& frame) {
+void report_depth(std::span<const GridBlock> blocks, const numerics::gridding::GridFrame& frame) {
   double bottom = 0.0;
   for (const GridBlock& block : blocks) {
     bottom = std::max(bottom, block.bottom);
@@ -96,13 +94,13 @@ void tell_depth(std::span<const GridBlock> blocks, const numerics::gridding::Gri
   }
 }
 
-/// @return false if the person has stopped it
+/// @return false if the user stopped it
 bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   const auto file = [&view](const char* ending) {
     return view.results().derived_file(view.current_iteration(), ending);
   };
   const auto progress = [](int percent) { user_interface().show_progress(writing_grids, percent); };
-  const double cell = grid_cell(occam_state().model.mesh);
+  const double cell = grid_cell(view.results().model.mesh);
   progress(0);
   const numerics::gridding::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
   safe_files::write_into_place(file(".xyz"), point_table(blocks));
@@ -116,7 +114,7 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   progress(90);
   formats::geosoft::write_geosoft_grid(file("_LogRes_smth.grd"), *smooth);
   formats::geosoft::write_geosoft_grid(file("_res_smth.grd"), antilog(std::move(*smooth)));
-  tell_depth(blocks, plain.frame);
+  report_depth(blocks, plain.frame);
   return true;
 }
 
@@ -127,7 +125,7 @@ int write_fit(RunView& view) {
   if (!view.response_ready() && view.load_response() != 0) {
     return -1;
   }
-  safe_files::write_into_place(fit, data_fit_table(occam_state().response));
+  safe_files::write_into_place(fit, data_fit_table(view.response()));
   return 0;
 }
 
@@ -154,7 +152,7 @@ std::vector<GridBlock> grid_blocks(const OccamModel& model, std::span<const doub
     GridBlock counted = grid_block(model, block, value);
     counted.left = std::max(counted.left, left);
     counted.right = std::min(counted.right, right);
-    if (std::abs(value) <= most_decades && counted.left < counted.right) {
+    if (std::abs(value) <= max_decades && counted.left < counted.right) {
       blocks.push_back(counted);
     }
   }
@@ -188,17 +186,17 @@ numerics::gridding::GridFrame grid_frame(std::span<const GridBlock> blocks, doub
   constexpr double part_of_cell = 1e-6;  // edges are sums of many widths
   const auto count = [cell](double length) {
     const double nodes = std::ceil(length / cell - part_of_cell);
-    if (!(nodes < static_cast<double>(most_nodes_of_grid))) {
-      return most_nodes_of_grid;
+    if (!(nodes < static_cast<double>(max_grid_nodes))) {
+      return max_grid_nodes;
     }
     return static_cast<std::size_t>(std::max(nodes, 1.0));
   };
   numerics::gridding::GridFrame frame{
       .first_x = left + 0.5 * cell, .cell = cell, .columns = count(right - left)};
-  if (frame.columns >= most_nodes_of_grid) {
+  if (frame.columns >= max_grid_nodes) {
     throw std::runtime_error("at nodes every " + plain_text(cell) + " m the line is too long for a grid");
   }
-  frame.rows = std::min(count(bottom - top), std::max<std::size_t>(most_nodes_of_grid / frame.columns, 1));
+  frame.rows = std::min(count(bottom - top), std::max<std::size_t>(max_grid_nodes / frame.columns, 1));
   frame.first_y = -top - (static_cast<double>(frame.rows) - 0.5) * cell;
   return frame;
 }
@@ -279,7 +277,7 @@ int write_grids(RunView& view) {
   return trap_errors("An error occurred while writing the grids: ", [&] {
     const BusyPointer busy;
     const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    if (!write_grid_files(view, grid_blocks(occam_state().model, view.parameters())) ||
+    if (!write_grid_files(view, grid_blocks(view.results().model, view.parameters())) ||
         write_fit(view) != 0) {
       return -1;
     }

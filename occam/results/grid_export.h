@@ -12,8 +12,8 @@
 
 namespace Module_occam {
 
-/// A block as it counts for grids: the padding at the sides and at the bottom no larger than its neighbour,
-/// and the sides of no layer beyond those of the uppermost one, whose blocks are the narrowest.
+/// A block in the grids: the padding at the sides and at the bottom is no larger than its neighbour, and no
+/// layer reaches beyond the uppermost one, whose blocks are the narrowest.
 struct GridBlock {
   double left = 0.0;  // m along the line
   double right = 0.0;
@@ -28,15 +28,15 @@ struct GridBlock {
 /// The blocks with a parameter; those beyond 10 decades are left out.
 std::vector<GridBlock> grid_blocks(const OccamModel& model, std::span<const double> parameters);
 
-/// Distance of the nodes, m: half the narrowest column of the mesh, halved on until rows of half the lowest
-/// height come near it.
+/// Distance of the nodes, m: half the narrowest column of the mesh, halved further until it is at most 2.5 m
+/// more than half the lowest row.
 double grid_cell(const OccamMesh& mesh);
 
-/// The grid over all blocks, Y the elevation; each node in the middle of a cell. Ends above the lowest block
-/// if it had too many nodes otherwise.
+/// The grid over all blocks, Y is the elevation; each node is the middle of a cell. Ends above the lowest
+/// block if there would be too many nodes.
 numerics::gridding::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell);
 
-/// log10 resistivity: each node has the value of the block that it lies in, no_data outside of all.
+/// log10 resistivity: each node has the value of the block around it, no_data outside all blocks.
 numerics::gridding::RegularGrid block_grid(std::span<const GridBlock> blocks,
                                            const numerics::gridding::GridFrame& frame);
 
@@ -47,12 +47,12 @@ numerics::gridding::RegularGrid antilog(numerics::gridding::RegularGrid grid);
 /// and its log10; lines ending in CR LF.
 std::string point_table(std::span<const GridBlock> blocks);
 /// The text of the fit file: for each site and frequency the four values of resistivity, log10 ohm-m, and of
-/// phase, degrees; "*" where there is none.
+/// phase, degrees; "*" for an absent one.
 std::string data_fit_table(const OccamResponse& response);
 
-/// Writes grids, points and data fit of the current iteration into the folder of derived files, and says so.
-/// The fit table is not written if there is no response.
-/// @return 0; -1 after a message or a stop: each file then is whole, earlier or new
+/// Writes grids, points and data fit of the current iteration into the folder of derived files and reports
+/// it. Without a response, the fit table is not written.
+/// @return 0; -1 after a message or a stop: each file is then complete, the earlier or the new one
 [[nodiscard]] int write_grids(RunView& view);
 
 }  // namespace Module_occam

@@ -55,7 +55,7 @@ graph::Colour table_colour(int table, int i) {
   }
 }
 
-/// The whole part of a palette entry that may lie anywhere; a value that is no number has the first entry.
+/// The whole part of a palette entry, held within the palette; NaN gives the first entry.
 int held_entry(double entry) {
   return entry >= first_palette_entry ? static_cast<int>(std::min<double>(entry, last_palette_entry))
                                       : first_palette_entry;

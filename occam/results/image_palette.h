@@ -7,7 +7,7 @@
 
 namespace Module_occam {
 
-/// Entries 0 and 1 stand for black and are no colours of a picture.
+/// Entries 0 and 1 are black and not used in pictures.
 using Palette = std::array<graph::Colour, 256>;
 inline constexpr int first_palette_entry = 2;
 inline constexpr int last_palette_entry = 255;
@@ -16,7 +16,7 @@ inline constexpr std::array<std::string_view, 4> colour_table_names = {
     "256 linear greyscale", "256 red to blue", "256 rainbow (red low)", "256 truncated greyscale"};
 
 /// @param table   index of colour_table_names; a number beyond it is the first one
-/// @param invert  the colours run the other way
+/// @param invert  in the opposite order
 Palette image_palette(int table, bool invert);
 
 /// The entry for a value of a range that is spread over the palette: the first entry at its lower end; values

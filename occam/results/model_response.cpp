@@ -8,14 +8,14 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/table_input.h"
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace Module_occam {
 
 namespace {
 
-/// The codes of all triangles as the response wants them: fixed resistivities from 0, free parameters behind
-/// their count.
+/// The codes of all triangles as the response needs them: fixed resistivities from 0, then the free
+/// parameters.
 std::vector<std::int32_t> table_indices(const OccamModel& model) {
   const std::int32_t fixed = model.mesh.num_fixed_res();
   bool from_one = false;
@@ -43,24 +43,16 @@ std::vector<std::int32_t> table_indices(const OccamModel& model) {
 }
 
 bool is_response(DataType type) {
-  return type == DataType::te_resistivity || type == DataType::te_phase || type == DataType::tm_resistivity ||
-         type == DataType::tm_phase;
+  return std::ranges::any_of(modes, [type](const Mode& mode) { return mode.has(type); });
 }
 
 double value_of(const numerics::section::Response& response, const DataRow& row, std::size_t frequencies) {
   const std::size_t at = (static_cast<std::size_t>(row.site_number) - 1) * frequencies +
                          static_cast<std::size_t>(row.frequency_number) - 1;
-  switch (row.type) {
-    case DataType::te_resistivity:
-      return response.te.log10_resistivity[at];
-    case DataType::te_phase:
-      return response.te.phase[at];
-    case DataType::tm_resistivity:
-      return response.tm.log10_resistivity[at];
-    case DataType::tm_phase:
-      break;
-  }
-  return response.tm.phase[at];
+  const bool te = te_mode.has(row.type);
+  const auto& mode_response = te ? response.te : response.tm;
+  return row.type == (te ? te_mode : tm_mode).resistivity ? mode_response.log10_resistivity[at]
+                                                          : mode_response.phase[at];
 }
 
 constexpr std::string_view line_end = "\r\n";

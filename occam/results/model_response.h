@@ -1,4 +1,4 @@
-// model_response.h: the response of a model of an iteration, computed here for want of the inversion's own.
+// model_response.h: the response of an iteration's model, computed here if the inversion left none.
 #pragma once
 #include <functional>
 #include <optional>
@@ -14,13 +14,13 @@ namespace Module_occam {
 
 /// The model with the resistivities of an iteration, on its mesh.
 ///
-/// Meshes number their fixed resistivities from 0 or from 1; a code as large as their count tells that it is
-/// from 1. Without a list, 0 is air. Throws std::runtime_error where codes or parameters don't fit.
+/// Meshes number their fixed resistivities from 0 or from 1; a code equal to their count shows that it is
+/// from 1. Without a list, 0 is air. Throws std::runtime_error if codes or parameters don't fit.
 /// @param parameters  log10 ohm-m, of the free blocks
 numerics::section::Section response_section(const OccamModel& model, std::span<const double> parameters);
 
 struct ModelledData {
-  std::vector<DataRow> rows;     // of the data of apparent resistivity and phase
+  std::vector<DataRow> rows;     // those of apparent resistivity and phase
   std::vector<double> modelled;  // for each of them, in its unit
   int other_rows = 0;            // of other data types, left out
 };

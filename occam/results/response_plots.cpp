@@ -10,6 +10,7 @@
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
+#include "formats/occam/data_type.h"
 
 namespace Module_occam {
 
@@ -17,10 +18,10 @@ namespace {
 
 constexpr graph::Colour observed_colour{200, 30, 30};
 constexpr graph::Colour modelled_colour{0, 0, 0};
-constexpr double margin = 0.04;       // of the range, beyond the data: points at the ends stay whole
-constexpr double least_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
+constexpr double margin = 0.04;     // of the range, beyond the data: points at the ends stay whole
+constexpr double min_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
 
-/// The error of a datum, which the file holds only as residual and misfit.
+/// The error of a datum; the file has only residual and misfit.
 double datum_error(const OccamResponse::Row& row) {
   const auto residual = static_cast<double>(row[ResponseValue::residual - 1]);
   const auto misfit = static_cast<double>(row[ResponseValue::misfit - 1]);
@@ -30,7 +31,7 @@ double datum_error(const OccamResponse::Row& row) {
   return std::abs(residual / misfit);
 }
 
-/// The curves of a site as they grow row by row.
+/// The curves of a site, row by row.
 struct FitSeries {
   graph::PlotSeries observed_values;
   graph::PlotSeries modelled_values;
@@ -44,7 +45,7 @@ struct FitSeries {
   }
 };
 
-/// The smallest and the largest value that is there.
+/// The smallest and the largest present value.
 struct Extent {
   double minimum = std::numeric_limits<double>::infinity();
   double maximum = -std::numeric_limits<double>::infinity();
@@ -57,7 +58,8 @@ struct Extent {
   [[nodiscard]] bool empty() const { return minimum > maximum; }
 };
 
-/// Makes room for the error bars too, but for a bar of a nearly worthless datum no more than for the values.
+/// Makes room for the error bars, too; each way no more than the values need themselves, as the bar of a
+/// nearly worthless datum may be huge.
 void include_errors(Extent& y, const graph::PlotTable& table) {
   const Extent values = y;
   const double room = values.maximum - values.minimum;
@@ -81,7 +83,7 @@ void set_limits(ResponsePlot& plot, graph::AxisType x_type) {
   include_errors(y, plot.table);
   plot.x.type = x_type;
   if (!x.empty() && x_type == graph::AxisType::logarithmic && x.minimum > 0.0) {
-    const double factor = std::pow(std::max(x.maximum / x.minimum, least_ratio), margin);
+    const double factor = std::pow(std::max(x.maximum / x.minimum, min_ratio), margin);
     plot.x.minimum = x.minimum / factor;
     plot.x.maximum = x.maximum * factor;
   } else if (!x.empty()) {
@@ -144,13 +146,7 @@ ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, in
 }
 
 ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
-  struct Mode {
-    const char* name;
-    int resistivity_type;
-    int phase_type;
-    graph::Colour colour;
-  };
-  constexpr std::array<Mode, 2> modes = {{{"TE", 1, 2, {30, 90, 200}}, {"TM", 5, 6, {200, 30, 30}}}};
+  constexpr std::array<graph::Colour, modes.size()> mode_colours = {{{30, 90, 200}, {200, 30, 30}}};
   std::vector<OccamResponse::FileRow> rows;
   std::ranges::copy_if(response.rows, std::back_inserter(rows), [site_number](const auto& row) {
     return row.site_number == site_number && row.frequency_number >= 1;
@@ -160,8 +156,9 @@ ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int s
   };
   std::ranges::stable_sort(rows, std::less<>(), frequency_of);
   ResponsePlot plot;
-  for (const Mode& mode : modes) {
-    const int type = kind == ResponseKind::resistivity ? mode.resistivity_type : mode.phase_type;
+  for (std::size_t m = 0; m < modes.size(); ++m) {
+    const Mode& mode = modes[m];
+    const auto type = static_cast<int>(kind == ResponseKind::resistivity ? mode.resistivity : mode.phase);
     FitSeries fit;
     for (const OccamResponse::FileRow& row : rows) {
       if (row.data_type == type) {
@@ -170,9 +167,9 @@ ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int s
     }
     if (!fit.observed_values.x.empty()) {
       const std::string name = mode.name;
-      add_series(plot, std::move(fit.observed_values), {.colour = mode.colour, .line = false},
+      add_series(plot, std::move(fit.observed_values), {.colour = mode_colours[m], .line = false},
                  name + " observed");
-      add_series(plot, std::move(fit.modelled_values), {.colour = mode.colour}, name + " modelled");
+      add_series(plot, std::move(fit.modelled_values), {.colour = mode_colours[m]}, name + " modelled");
     }
   }
   set_limits(plot, graph::AxisType::logarithmic);
@@ -288,18 +285,15 @@ MisfitTable misfit_table(const OccamResponse& response) {
 }
 
 std::string data_type_name(int data_type) {
-  switch (data_type) {
-    case 1:
-      return "TE resistivity";
-    case 2:
-      return "TE phase";
-    case 5:
-      return "TM resistivity";
-    case 6:
-      return "TM phase";
-    default:
-      return "type " + std::to_string(data_type);
+  for (const Mode& mode : modes) {
+    if (data_type == static_cast<int>(mode.resistivity)) {
+      return std::string(mode.name) + " resistivity";
+    }
+    if (data_type == static_cast<int>(mode.phase)) {
+      return std::string(mode.name) + " phase";
+    }
   }
+  return "type " + std::to_string(data_type);
 }
 
 ResponsePlot convergence_plot(const RunResults& results) {

@@ -16,7 +16,7 @@
 
 namespace Module_occam {
 
-/// A graph, ready to be drawn.
+/// A graph, ready to draw.
 struct ResponsePlot {
   graph::PlotTable table;
   std::vector<graph::SeriesStyle> styles;
@@ -25,12 +25,12 @@ struct ResponsePlot {
   graph::AxisLimits y;
 };
 
-/// Observed and modelled values of a site over the frequencies: two series. What is observed carries the
-/// error that the inversion worked with.
+/// Observed and modelled values of a site over the frequencies: two series. Observed values have the error
+/// that the inversion used.
 ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, int site_number);
 
-/// The same for both modes, from all rows of the file: of TE and of TM each two series, as far as the site
-/// has any data of it.
+/// The same for both modes, from all rows of the file: two series each for TE and TM, if the site has data of
+/// it.
 ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number);
 
 /// Which frequencies the profiles show.
@@ -47,7 +47,7 @@ inline constexpr std::array<std::string_view, 3> odds_evens_names = {"Odds and e
 std::vector<int> profile_frequencies(const OccamResponse& response, ProfileChoice choice);
 
 /// Values of the chosen frequencies along the line: for each frequency a series of what is observed, as
-/// points, and one of what is modelled, as a line of the same colour.
+/// points, and one of what is modelled, as a line in the same colour.
 ResponsePlot response_profiles(const OccamResponse& response, ResponseKind kind, ProfileChoice choice);
 
 /// Root mean square of the misfits, for each site and data type that the file has.
@@ -70,12 +70,12 @@ MisfitTable misfit_table(const OccamResponse& response);
 /// "TE resistivity"; "type 9" for one without a name.
 std::string data_type_name(int data_type);
 
-/// Misfit, roughness and multiplier against the number of the iteration, in this order; one that has no
-/// value at all is left out.
+/// Misfit, roughness and multiplier against the number of the iteration, in this order; one without any value
+/// is left out.
 ResponsePlot convergence_plot(const RunResults& results);
 
-/// What stands under the pointer of a convergence graph: the nearest curve at the nearest iteration with a
-/// value, as "RMS error 1.0000 at iteration 12"; "NA" if there is none.
+/// Text about the point under the pointer of a convergence graph: the nearest curve at the nearest iteration
+/// with a value, as "RMS error 1.0000 at iteration 12"; "NA" without one.
 std::string convergence_text(const ResponsePlot& plot, double iteration, double value);
 
 }  // namespace Module_occam

@@ -6,9 +6,8 @@
 #include "core/absent_value.h"
 #include "core/file_names.h"
 #include "core/trap_errors.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/model_file.h"
 #include "formats/occam/response_file.h"
+#include "occam/occam_files.h"
 #include "occam/results/run_summary.h"
 
 namespace fs = std::filesystem;
@@ -37,9 +36,9 @@ void clear_iterations(RunResults& results) {
 }
 
 void store(RunResults& results, const std::string& name, const OccamIteration& iteration) {
-  if (iteration.number < 0 || iteration.number > most_iterations) {
+  if (iteration.number < 0 || iteration.number > max_iteration) {
     throw std::runtime_error(name + " is of iteration " + std::to_string(iteration.number) +
-                             "; iterations from 0 to " + std::to_string(most_iterations) + " can be shown");
+                             "; iterations from 0 to " + std::to_string(max_iteration) + " can be shown");
   }
   const auto number = static_cast<std::size_t>(iteration.number);
   results.iteration_file[number] = name;
@@ -56,7 +55,7 @@ void read_iterations(RunResults& results) {
   for (const auto& [name, stamp] : results.seen) {
     const auto refused = results.refused.find(name);
     if (refused != results.refused.end() && refused->second == stamp) {
-      continue;  // told before
+      continue;  // reported before
     }
     OccamIteration iteration;
     const int outcome =
@@ -83,9 +82,8 @@ int read_run_files(const fs::path& control_file, RunResults& results) {
   if (results.names.model_file.empty() || results.names.data_file.empty()) {
     return refuse(control_file.filename().string() + " names no model file or no data file");
   }
-  fs::current_path(results.folder);
-  if (read_occam_data_file((results.folder / results.names.data_file).string()) != 0 ||
-      read_occam_model((results.folder / results.names.model_file).string()) != 0) {
+  if (read_occam_data_file((results.folder / results.names.data_file).string(), results.data) != 0 ||
+      read_occam_model(results.folder, results.names.model_file, results.data, results.model) != 0) {
     return -1;
   }
   results.seen = iteration_stamps(results.folder);

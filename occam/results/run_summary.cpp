@@ -6,8 +6,7 @@
 
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/model_file.h"
+#include "occam/occam_files.h"
 
 namespace fs = std::filesystem;
 
@@ -15,36 +14,36 @@ namespace Module_occam {
 
 namespace {
 
-bool tell(const std::string& message) {
+bool refuse(const std::string& message) {
   user_interface().show_message(message);
   return false;
 }
 
-/// A reader that ends at an empty line has said nothing; the person is to know which file it was.
-bool read_parts(const std::string& control_file, ControlFile& names) {
+/// A reader that ends at an empty line has said nothing; the user is to know which file it was.
+bool read_parts(const fs::path& folder, const std::string& control_file, RunSummary& run) {
   if (control_file.empty()) {
-    return tell("There is no start file and no iteration file");
+    return refuse("There is no start file and no iteration file");
   }
-  if (read_occam_control_file(control_file, names) != 0) {
-    return tell(control_file + " can't be read as a start file");
+  if (read_occam_control_file((folder / control_file).string(), run.names) != 0) {
+    return refuse(control_file + " can't be read as a start file");
   }
-  if (read_occam_data_file(names.data_file) != 0) {
-    return tell(names.data_file + " can't be read as a data file");
+  if (read_occam_data_file((folder / run.names.data_file).string(), run.data) != 0) {
+    return refuse(run.names.data_file + " can't be read as a data file");
   }
-  if (read_occam_model(names.model_file) != 0) {
-    return tell(names.model_file + " can't be read as a model file");
+  if (read_occam_model(folder, run.names.model_file, run.data, run.model) != 0) {
+    return refuse(run.names.model_file + " can't be read as a model file");
   }
   return true;
 }
 
-std::vector<OccamIteration> read_iterations(const std::vector<std::string>& names) {
+std::vector<OccamIteration> read_iterations(const fs::path& folder) {
   std::vector<OccamIteration> iterations;
-  for (const std::string& name : names) {
+  for (const std::string& name : iteration_file_names(folder.string())) {
     OccamIteration iteration;
-    if (read_occam_iteration(IterationParts::head_only, name, iteration) == 0) {
+    if (read_occam_iteration(IterationParts::head_only, (folder / name).string(), iteration) == 0) {
       iterations.push_back(std::move(iteration));
     } else {
-      tell(name + " can't be read as an iteration file");
+      user_interface().show_message(name + " can't be read as an iteration file");
     }
   }
   std::ranges::stable_sort(iterations, {}, &OccamIteration::number);
@@ -73,18 +72,17 @@ fs::path control_file_in(const fs::path& folder) {
   return names.empty() ? fs::path() : folder / names.front();
 }
 
-int read_run(const std::string& folder, const std::string& control_file, RunSummary& run) {
+int read_run(const fs::path& folder, const std::string& control_file, RunSummary& run) {
   return trap_errors("An error occurred while reading the run directory: ", [&] {
     if (!fs::is_directory(folder)) {
-      throw std::runtime_error(folder + " is not a folder");
+      throw std::runtime_error(folder.string() + " is not a folder");
     }
-    fs::current_path(folder);
-    const std::vector<std::string> names = iteration_file_names(".");
     RunSummary read;
-    if (!read_parts(control_file.empty() ? control_file_in({}).string() : control_file, read.names)) {
+    if (!read_parts(folder, control_file.empty() ? control_file_in(folder).filename().string() : control_file,
+                    read)) {
       return -1;
     }
-    read.iterations = read_iterations(names);
+    read.iterations = read_iterations(folder);
     run = std::move(read);
     return 0;
   });

@@ -5,10 +5,9 @@
 
 #include "core/scope_guard.h"
 #include "core/trap_errors.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/occam_state.h"
 #include "formats/occam/response_file.h"
 #include "numerics/section/mesh_warnings.h"
+#include "occam/occam_files.h"
 #include "occam/results/model_response.h"
 #include "platform/files/safe_files.h"
 
@@ -26,7 +25,7 @@ bool show_share(double share) {
   return !user_interface().stop_requested();
 }
 
-/// The data file that tells sites and frequencies of a response without a header.
+/// The data file with the sites and frequencies of a response without a header.
 fs::path header_file(const RunResults& results) {
   const fs::path usual = results.folder / response_header_file;
   return fs::exists(usual) ? usual : results.folder / results.names.data_file;
@@ -47,7 +46,7 @@ fs::path find_response(const RunResults& results, int iteration) {
   return fs::exists(left) ? left : fs::path();
 }
 
-void tell_mesh_warnings(const RunResults& results, const std::vector<double>& parameters) {
+void report_mesh_warnings(const RunResults& results, const std::vector<double>& parameters) {
   ObservedData data;
   if (read_occam_data_rows((results.folder / results.names.data_file).string(), data) != 0) {
     return;
@@ -55,7 +54,7 @@ void tell_mesh_warnings(const RunResults& results, const std::vector<double>& pa
   static_cast<void>(trap_errors(response_failed, [&] {
     std::string text;
     for (const std::string& warning : numerics::section::mesh_warnings(
-             response_section(occam_state().model, parameters), data.site_offsets, data.frequencies)) {
+             response_section(results.model, parameters), data.site_offsets, data.frequencies)) {
       text += "\n" + warning;
     }
     if (!text.empty()) {
@@ -72,7 +71,7 @@ int make_response(const RunResults& results, int iteration, const std::vector<do
   return trap_errors(response_failed, [&] {
     const BusyPointer busy;
     const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    const auto modelled = model_data(occam_state().model, parameters, data, show_share);
+    const auto modelled = model_data(results.model, parameters, data, show_share);
     if (!modelled) {
       return -1;
     }
@@ -98,10 +97,10 @@ void RunView::choose_iteration(int iteration) {
 }
 
 void RunView::choose_site(int site_number) {
-  current_site_ = std::clamp(site_number, 1, std::max(occam_state().response.resp_sites(), 1));
+  current_site_ = std::clamp(site_number, 1, std::max(response_.resp_sites(), 1));
 }
 
-/// Whether the response that was read has changed and is no longer being written.
+/// Whether the response that was read has changed and the writing has ended.
 bool RunView::response_has_settled() {
   if (response_file_.empty()) {
     return false;
@@ -129,7 +128,7 @@ int RunView::load_iteration() {
   const std::string& name = results_.iteration_file[static_cast<std::size_t>(current_iteration_)];
   const FileStamp stamp = file_stamp(results_.folder / name);
   if (name == loaded_iteration_file_ && stamp == loaded_iteration_stamp_) {
-    return parameters_.empty() ? -1 : 0;  // a failure has been told
+    return parameters_.empty() ? -1 : 0;  // a failure has been reported
   }
   loaded_iteration_file_ = name;
   loaded_iteration_stamp_ = stamp;
@@ -148,10 +147,9 @@ SectionGeometry RunView::section(const SectionChoices& choices, PictureSize pict
   if (load_iteration() != 0) {
     return section;
   }
-  if (trap_errors("An error occurred while drawing the model: ", [&] {
-        section = section_geometry(occam_state().model, parameters_, choices, picture);
-      }) != 0) {
-    parameters_.clear();  // told once
+  if (trap_errors("An error occurred while drawing the model: ",
+                  [&] { section = section_geometry(results_.model, parameters_, choices, picture); }) != 0) {
+    parameters_.clear();  // reported once
   }
   return section;
 }
@@ -163,8 +161,8 @@ int RunView::load_response() {
     if (load_iteration() != 0 || make_response(results_, current_iteration_, parameters_) != 0) {
       return -1;
     }
-    if (!std::exchange(mesh_warnings_told_, true)) {
-      tell_mesh_warnings(results_, parameters_);
+    if (!std::exchange(mesh_warnings_reported_, true)) {
+      report_mesh_warnings(results_, parameters_);
     }
     file = find_response(results_, current_iteration_);
   }
@@ -176,10 +174,10 @@ int RunView::load_response() {
   if (file != response_file_ || stamp != response_stamp_) {
     response_file_ = file;
     response_stamp_ = stamp;
-    response_read_ = read_occam_response(file.string(), header_file(results_).string()) == 0;
+    response_read_ = read_occam_response(file.string(), header_file(results_).string(), response_) == 0;
   }
   if (!response_read_) {
-    return -1;  // told when it was read
+    return -1;  // reported when it was read
   }
   response_ready_ = true;
   choose_site(current_site_);

@@ -13,8 +13,7 @@ namespace Module_occam {
 
 namespace {
 
-constexpr double least_depth = 100.0;  // m, that can be asked for
-constexpr double most_decades = 10.0;  // of what is still a resistivity
+constexpr double min_depth = 100.0;  // m, that can be asked for
 constexpr std::size_t first_bottom = 1;
 
 /// Index of the last node line within a depth, but always below the ground.
@@ -25,7 +24,7 @@ std::size_t bottom_row(const OccamModel& model, double max_depth) {
 
 double node(const std::vector<double>& nodes, int index) { return nodes[static_cast<std::size_t>(index)]; }
 
-/// False if there is nothing between the padding of both sides.
+/// @return false if there is nothing between the padding of both sides
 bool map_distance(const OccamModel& model, SectionGeometry& section) {
   const std::vector<int>& columns = model.layers.front().block_columns;
   const int first = std::abs(columns.front());
@@ -51,7 +50,7 @@ void map_depth(const OccamModel& model, bool log_depth, std::size_t bottom, Sect
     mapping.z_scale = room / (section.bottom_depth - mapping.z_origin);
     return;
   }
-  constexpr double shallow = 10.0;  // m; a scale that ends above has no decade to go by
+  constexpr double shallow = 10.0;  // m; a shallower scale has no decade to go by
   mapping.block_height = static_cast<double>(model.blocks.front().block_height);
   mapping.z_origin -= mapping.block_height;
   mapping.z_scale = log_stretch * room / std::log10(std::max(section.bottom_depth, shallow));
@@ -89,17 +88,17 @@ std::optional<SectionChoices> read_choices(const TypedChoices& typed) {
   const SectionChoices choices{numeric_value(typed.min_res), numeric_value(typed.max_res),
                                numeric_value(typed.max_depth), typed.log_depth};
   const double range = choices.max_res - choices.min_res;
-  if (!(range > 0.0) || !std::isfinite(range) || !(choices.max_depth >= least_depth)) {
+  if (!(range > 0.0) || !std::isfinite(range) || !(choices.max_depth >= min_depth)) {
     return {};
   }
   return choices;
 }
 
 ResistivityRange suggested_range(std::span<const double> parameters) {
-  double lowest = most_decades;
-  double highest = -most_decades;
+  double lowest = max_decades;
+  double highest = -max_decades;
   for (const double value : parameters) {
-    if (std::abs(value) <= most_decades) {
+    if (std::abs(value) <= max_decades) {
       lowest = std::min(lowest, value);
       highest = std::max(highest, value);
     }
@@ -145,8 +144,8 @@ SectionGeometry section_geometry(const OccamModel& model, std::span<const double
   }
   const std::size_t bottom = bottom_row(model, choices.max_depth);
   map_depth(model, choices.log_depth, bottom, section);
-  // The number of a row of nodes, from 1, serves as the number of layers: a layer has one row of cells or
-  // more, so all that reaches into the depth is there.
+  // The number of a row of nodes, from 1, is used as the number of layers: a layer has one row of cells or
+  // more, so every layer that reaches into the depth is included.
   const int layers = static_cast<int>(std::min(bottom + 1, model.layers.size()));
   section.rectangles.reserve(static_cast<std::size_t>(model.num_blocks()));
   for (int layer = 0; layer < layers; ++layer) {
@@ -157,7 +156,7 @@ SectionGeometry section_geometry(const OccamModel& model, std::span<const double
 
 std::string resistivity_text(double value) {
   return format_number(value, "0.00") + " / " +
-         (std::abs(value) > most_decades ? "***" : format_number(std::pow(10.0, value), "0.00"));
+         (std::abs(value) > max_decades ? "***" : format_number(std::pow(10.0, value), "0.00"));
 }
 
 }  // namespace Module_occam

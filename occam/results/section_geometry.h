@@ -13,9 +13,11 @@
 
 namespace Module_occam {
 
-// The frame that a picture keeps free of the section, for its axes.
+// The frame around the section, for its axes.
 inline constexpr double side_frame = 50.0;  // at each side
 inline constexpr double end_frame = 40.0;   // above and below
+
+inline constexpr double max_decades = 10.0;  // log10 ohm-m either way; beyond it a value is no resistivity
 
 struct PictureSize {
   double width = 0.0;
@@ -23,7 +25,7 @@ struct PictureSize {
   friend bool operator==(const PictureSize&, const PictureSize&) = default;
 };
 
-/// What a person asks a section to show.
+/// What the user asks a section to show.
 struct SectionChoices {
   double min_res = 0.0;  // of the first colour
   double max_res = 0.0;  // of the last one
@@ -32,7 +34,7 @@ struct SectionChoices {
   friend bool operator==(const SectionChoices&, const SectionChoices&) = default;
 };
 
-/// The same as typed. Nothing if a number is none, the range is empty or the depth below 100 m.
+/// The same as typed. Nothing if a text isn't a number, the range is empty or the depth below 100 m.
 struct TypedChoices {
   std::string min_res;
   std::string max_res;
@@ -51,13 +53,14 @@ ResistivityRange suggested_range(std::span<const double> parameters);
 
 /// From distance and depth to the picture and back.
 ///
-/// On a logarithmic scale the depth counts from one block of the uppermost layer above the ground, in such
-/// blocks. Pixels a decade go by the depth alone, so the section may end above or below the picture's end.
+/// On a logarithmic scale the depth counts from one block of the uppermost layer above the ground, in units
+/// of that block. The pixels per decade depend on the depth alone, so the section may end above or below the
+/// picture's end.
 struct SectionMapping {
   double x_origin = 0.0;      // distance at the left end of the section
-  double z_origin = 0.0;      // depth that the scale begins at
-  double x_scale = 0.0;       // pixels a metre
-  double z_scale = 0.0;       // pixels a metre, or a decade
+  double z_origin = 0.0;      // depth where the scale begins
+  double x_scale = 0.0;       // pixels per metre
+  double z_scale = 0.0;       // pixels per metre, or per decade
   double block_height = 0.0;  // of the uppermost layer; 0 on a linear scale
 
   [[nodiscard]] double to_x(double distance) const;
@@ -85,12 +88,12 @@ struct SectionGeometry {
   double lowest = 0.0;                            // of the rectangles' values
   double highest = 0.0;
 
-  /// The rectangle over a place; none where nothing is drawn.
+  /// The rectangle at a place; null where nothing is drawn.
   [[nodiscard]] const SectionRectangle* at(double x, double y) const;
 };
 
-/// The rectangles of the blocks down to the depth asked for; the padding at both sides is left out, and so
-/// are blocks without a parameter. Nothing is drawn of a model that has no blocks between its padding.
+/// The rectangles of the blocks down to the depth asked for, without the padding at both sides and blocks
+/// without a parameter. A model without blocks between its padding gives none.
 /// @param parameters  of the free blocks. Throws std::runtime_error if there are fewer than the model needs
 SectionGeometry section_geometry(const OccamModel& model, std::span<const double> parameters,
                                  const SectionChoices& choices, PictureSize picture);

@@ -6,22 +6,24 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "core/calendar.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/survey_database.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
-#include "output/frequency_list_of.h"
 #include "output/rhoplus_settings.h"
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
+#include "reduction/derived_rows.h"
 #include "reduction/each_item.h"
 
 namespace fs = std::filesystem;
@@ -38,9 +40,7 @@ using Module_output::RhoplusTables;
 
 namespace {
 
-constexpr std::int32_t reduction_merged = 2;
-constexpr int step_is_seen = 200;  // milliseconds that each step at a station stays on the screen
-constexpr int least_stations = 3;
+constexpr int min_stations = 3;
 constexpr const char* too_few_stations =
     "There are not enough stations for the current line to perform a 2D inversion";
 
@@ -54,46 +54,51 @@ std::vector<double> stations_of(const std::string& line) {
   return stations;
 }
 
-void wait() { user_interface().wait_with_events(step_is_seen); }
+void end_step(const StationSteps& steps) {
+  if (steps.step_done) {
+    steps.step_done();
+  }
+}
 
-/// The rows of one station, with its fit where errors rest on it. @return 0, or -1 after a message
-int load_station(const ReadingKey& key, const RhoplusSettings& settings, const InversionInputs& inputs,
-                 const StationSteps& steps, RhoplusTables& tables) {
+/// The rows of one station, with its fit if errors depend on it. @return 0, or -1 after a message
+int load_station(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                 const InversionInputs& inputs, const StationSteps& steps, RhoplusTables& tables) {
   Module_database::StoredReading merged;
-  if (Module_averaged_data::get_reduced_reading(reduction_merged, Module_averaged_data::AllowRaw::yes, key,
+  if (Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
+                                                Module_averaged_data::AllowRaw::yes, key, frequencies,
                                                 merged) != 0) {
     return -1;
   }
-  tables = Module_output::rhoplus_tables(merged, settings);
-  wait();
+  tables = Module_output::rhoplus_tables(merged, frequencies, settings);
+  end_step(steps);
   if (inputs.use_rhoplus_error && !tables.data.empty()) {
     steps.fit_station(settings, tables);
-    wait();
+    end_step(steps);
   }
   return 0;
 }
 
-/// Goes through the stations of the line.
-Outcome form_data(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
-                  const StationSteps& steps, LineData& data) {
+/// Collects the data of all stations of the line.
+Outcome form_data(const LineSelection& line, const Frequencies& frequencies, const InversionInputs& inputs,
+                  const InversionChoices& choices, const StationSteps& steps, LineData& data) {
   RhoplusSettings settings = Module_output::rhoplus_settings();
   settings.apply_static = inputs.apply_static ? 1 : 0;
   const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
                        inputs.use_rhoplus_error};
-  data.frequency_rows.assign(static_cast<std::size_t>(session().frequency_count), 0);
+  data.frequency_rows.assign(frequencies.count(), 0);
   const std::vector<double> stations = stations_of(line.line);
   WorkProgress progress("Reading the stations of line " + line.line, stations.size());
   const Outcome outcome = each_item(progress, [&](std::size_t index) {
     if (steps.show_station) {
       steps.show_station(static_cast<int>(index) + 1);
     }
-    wait();
+    end_step(steps);
     const double station = stations[index];
     if (station < choices.first_station || station > choices.last_station) {
       return 0;
     }
     RhoplusTables tables;
-    if (load_station(line.at(station), settings, inputs, steps, tables) != 0) {
+    if (load_station(line.at(station), frequencies, settings, inputs, steps, tables) != 0) {
       return -1;
     }
     if (!tables.data.empty()) {
@@ -104,9 +109,9 @@ Outcome form_data(const LineSelection& line, const InversionInputs& inputs, cons
   return outcome == Outcome::finished && user_interface().stop_requested() ? Outcome::stopped : outcome;
 }
 
-/// Why the data are too few for an inversion; null if they are not.
+/// Why there are too few data for an inversion; null if there are enough.
 const char* missing_data(const LineData& data, const std::vector<float>& frequencies) {
-  if (data.site_positions.size() < least_stations) {
+  if (data.site_positions.size() < min_stations) {
     return too_few_stations;
   }
   if (data.rows.size() < 2) {
@@ -122,13 +127,13 @@ std::string start_date() {
   static constexpr std::array<const char*, 12> months{"January",   "February", "March",    "April",
                                                       "May",       "June",     "July",     "August",
                                                       "September", "October",  "November", "December"};
-  const std::chrono::year_month_day today = Module_output::today();
-  return format_number(static_cast<int>(static_cast<unsigned>(today.day())), "00") + "-" +
-         months.at(static_cast<unsigned>(today.month()) - 1) + "-" +
-         format_number(static_cast<int>(today.year()), "0");
+  const std::chrono::year_month_day date = today();
+  return format_number(static_cast<int>(static_cast<unsigned>(date.day())), "00") + "-" +
+         months.at(static_cast<unsigned>(date.month()) - 1) + "-" +
+         format_number(static_cast<int>(date.year()), "0");
 }
 
-/// A text that stands on a line of its own in a file can have only one line.
+/// For a text that has one line of a file to itself.
 std::string on_one_line(std::string text) {
   std::ranges::replace_if(
       text, [](char c) { return c == '\r' || c == '\n'; }, ' ');
@@ -137,7 +142,7 @@ std::string on_one_line(std::string text) {
 
 std::string name_of(const std::string& entry) { return std::string(trimmed(entry)); }
 
-/// The finished set, ready to be written.
+/// All that is written.
 struct RunSet {
   OccamMesh mesh;
   double binding_offset = 0.0;
@@ -160,7 +165,7 @@ RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices
                name_of(inputs.model_file),
                name_of(inputs.data_file),
                start_date(),
-               inputs.iterations,
+               inputs.max_iterations,
                inputs.target_RMS,
                block_count(run.layers),
                std::log10(choices.initial_res)};
@@ -176,14 +181,14 @@ void write_run(const RunSet& run, const fs::path& folder) {
       {folder / run.start.model_file, model_file_text(run.start.description, run.binding_offset, run.layers)},
       {folder / "startup", start_file_text(run.start)},
       {folder / run.start.data_file, data_file_text(run.data)}};
-  // The model file names the mesh in capitals. Where that is another file, it has to be there, too.
+  // The model file names the mesh in capitals. Where that is another file, it is needed, too.
   if (folder_heeds_case(folder / run_script_name)) {
     files.push_back({folder / "MESH", mesh});
   }
   safe_files::write_together(files);
 }
 
-/// Throws if two files of the set would have the same name.
+/// Throws if two files of the run would have the same name.
 void check_names(const InversionInputs& inputs) {
   std::vector<std::string> names{"mesh", "startup", "occam_run.bat", "occam_run.sh"};
   for (const std::string& entry : {inputs.model_file, inputs.data_file}) {
@@ -200,8 +205,8 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
                const StationSteps& steps, CreatedInversion& created) {
   const BusyPointer busy;
   const ScopedValue<bool> updating(session().updating_controls, true);
-  const Module_output::FrequencyListOf frequency_list(line.reference_type);
-  if (frequency_list.status != 0) {
+  const auto listed = Module_database::load_reference_frequencies(line.reference_type);
+  if (!listed) {
     return -1;
   }
   const fs::path folder = run_directory(inputs);
@@ -211,7 +216,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
   check_names(inputs);
   RunScripts scripts(folder);
   LineData data;
-  const Outcome outcome = form_data(line, inputs, choices, steps, data);
+  const Outcome outcome = form_data(line, *listed, inputs, choices, steps, data);
   created.stopped = outcome == Outcome::stopped;
   if (created.stopped) {
     return 0;
@@ -220,7 +225,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     return -1;
   }
   scripts.keep();
-  std::vector<float> frequencies = number_frequencies(data, session().frequency_list);
+  std::vector<float> frequencies = number_frequencies(data, listed->list);
   if (const char* const missing = missing_data(data, frequencies)) {
     user_interface().show_message(missing);
     return -1;
@@ -242,15 +247,10 @@ LineSelection selected_line() {
 int check_line_for_inversion() {
   const SessionState& state = session();
   const auto stations = std::ranges::count(state.station_line, state.current_line);
-  const auto frequencies =
-      std::count(state.frequency_enabled.begin(),
-                 state.frequency_enabled.begin() +
-                     std::min<std::ptrdiff_t>(state.frequency_count, std::ssize(state.frequency_enabled)),
-                 1);
   const char* missing = nullptr;
   if (stations < 2) {
     missing = too_few_stations;
-  } else if (frequencies < 2) {
+  } else if (state.frequencies.enabled_count() < 2) {
     missing = "There is not enough enabled frequencies to perform a 2D inversion";
   }
   if (missing != nullptr) {

@@ -12,13 +12,16 @@ namespace Module_occam {
 /// The line and kind of curves selected in the session.
 Module_database::LineSelection selected_line();
 
-/// Checks whether an inversion of the current line can be thought of: two stations, two enabled frequencies.
+/// Checks the least that an inversion of the current line needs: two stations, two enabled frequencies.
 /// @return 0, or -1 after a message
 [[nodiscard]] int check_line_for_inversion();
 
-/// What happens at each station beside the reading of its curve.
+/// What a caller adds to the work at each station. The first two may be empty.
 struct StationSteps {
-  std::function<void(int place_in_line)> show_station;  // place from 1; may be empty
+  std::function<void(int place_in_line)> show_station;  // place from 1
+
+  /// Called after each step at a station, for a window that lets it be seen.
+  std::function<void()> step_done;
 
   /// Puts a one-dimensional fit into the rows of a station.
   std::function<void(const Module_output::RhoplusSettings&, Module_output::RhoplusTables&)> fit_station =
@@ -26,14 +29,14 @@ struct StationSteps {
 };
 
 struct CreatedInversion {
-  bool stopped = false;   // the person thought better of it; nothing was written
+  bool stopped = false;   // by the user; nothing was written
   int data_count = 0;     // rows of data written
   std::string directory;  // of the run
 };
 
-/// Checks the entries, keeps them for the user and makes the run directory: data file, model, mesh, start
-/// file and the files that start the program. Tells the number of data at the end. All files are put into
-/// place together; where it fails or is stopped, those of an earlier inversion are as before.
+/// Checks the entries, stores them in the user's settings and creates the run directory: data file, model,
+/// mesh, start file and the files that start the program. Reports the number of data at the end. All files
+/// are put into place together: after a failure or a stop, those of an earlier inversion are as before.
 /// @return 0, also when it was stopped; -1 after a message
 [[nodiscard]] int create_inversion(const Module_database::LineSelection& line, const InversionInputs& inputs,
                                    const StationSteps& steps, CreatedInversion& created);

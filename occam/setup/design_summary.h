@@ -1,4 +1,4 @@
-// design_summary.h: what a new inversion would look like, in a sentence, while its entries are typed.
+// design_summary.h: the size of a new inversion in one sentence, while its entries are typed.
 #pragma once
 #include <string>
 
@@ -6,8 +6,8 @@
 
 namespace Module_occam {
 
-/// Sizes of the mesh and the model that the entries give for all stations of a line of the session; what
-/// stands in the way where they give none.
+/// Sizes of the mesh and the model that the entries give for all stations of a line of the session; why there
+/// is no mesh if they give none.
 std::string design_summary(const std::string& line, const InversionInputs& inputs);
 
 }  // namespace Module_occam

@@ -34,36 +34,36 @@ constexpr std::array<TextEntry, 2> text_entries{
     {{&InversionInputs::model_file, "OccamModelFile", "You must specify the model file name"},
      {&InversionInputs::data_file, "OccamDataFile", "You must specify the data file name"}}};
 
-enum class Least { above_zero, one };
+enum class Minimum { above_zero, one };
 
 struct NumberEntry {
   std::string InversionInputs::*text;
   double InversionChoices::*value;
   const char* key;
-  Least least;
+  Minimum minimum;
   const char* message;
 };
 
 constexpr std::array<NumberEntry, 10> number_entries{
-    {{&InversionInputs::iterations, &InversionChoices::iterations, "OccamIterations", Least::one,
+    {{&InversionInputs::max_iterations, &InversionChoices::max_iterations, "OccamIterations", Minimum::one,
       "The number of iterations is invalid"},
-     {&InversionInputs::target_RMS, &InversionChoices::target_RMS, "OccamRMS", Least::above_zero,
+     {&InversionInputs::target_RMS, &InversionChoices::target_RMS, "OccamRMS", Minimum::above_zero,
       "The target RMS is invalid"},
      {&InversionInputs::res_error_floor, &InversionChoices::res_error_floor, "OccamResFloor",
-      Least::above_zero, "The target res error floor is invalid"},
+      Minimum::above_zero, "The target res error floor is invalid"},
      {&InversionInputs::phase_error_floor, &InversionChoices::phase_error_floor, "OccamPhaseFloor",
-      Least::above_zero, "The target Phase error floor is invalid"},
-     {&InversionInputs::num_layers, &InversionChoices::num_layers, "OccamNumLayers", Least::one,
+      Minimum::above_zero, "The target Phase error floor is invalid"},
+     {&InversionInputs::num_layers, &InversionChoices::num_layers, "OccamNumLayers", Minimum::one,
       "The number of layers is invalid"},
      {&InversionInputs::layers_per_decade, &InversionChoices::layers_per_decade, "OccamLayersPerDecade",
-      Least::one, "The number of layers per decade is invalid"},
-     {&InversionInputs::top_layer, &InversionChoices::top_layer, "OccamTopLayer", Least::above_zero,
+      Minimum::one, "The number of layers per decade is invalid"},
+     {&InversionInputs::top_layer, &InversionChoices::top_layer, "OccamTopLayer", Minimum::above_zero,
       "The top layer thickness is invalid"},
-     {&InversionInputs::block_width, &InversionChoices::block_width, "OccamBlockWidth", Least::above_zero,
+     {&InversionInputs::block_width, &InversionChoices::block_width, "OccamBlockWidth", Minimum::above_zero,
       "The block width is invalid"},
      {&InversionInputs::doubling_threshold, &InversionChoices::doubling_threshold, "OccamDoublingThreshold",
-      Least::above_zero, "The doubling threshold is invalid"},
-     {&InversionInputs::initial_res, &InversionChoices::initial_res, "OccamInitialRes", Least::above_zero,
+      Minimum::above_zero, "The doubling threshold is invalid"},
+     {&InversionInputs::initial_res, &InversionChoices::initial_res, "OccamInitialRes", Minimum::above_zero,
       "The initial model res is invalid"}}};
 
 struct SwitchEntry {
@@ -94,7 +94,7 @@ const char* invalid_station_limit(const InversionInputs& inputs, InversionChoice
   if (!is_numeric(inputs.first_station)) {
     return "The start station is not valid";
   }
-  // Both limits come from the first entry: a station typed there is the only one that takes part.
+  // Both limits come from the first entry: a station typed there is the only one used.
   choices.first_station = numeric_value(inputs.first_station);
   choices.last_station = choices.first_station;
   return nullptr;
@@ -151,7 +151,7 @@ const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choic
   for (const NumberEntry& entry : number_entries) {
     const std::string& text = inputs.*entry.text;
     choices.*entry.value = numeric_value(text);
-    if (!is_positive_number(text) || (entry.least == Least::one && choices.*entry.value < 1.0)) {
+    if (!is_positive_number(text) || (entry.minimum == Minimum::one && choices.*entry.value < 1.0)) {
       return entry.message;
     }
   }

@@ -1,4 +1,4 @@
-// inversion_inputs.h: what a person gives for a new inversion, as typed and as numbers.
+// inversion_inputs.h: the entries of a new inversion, as typed and as numbers.
 #pragma once
 #include <string>
 
@@ -8,10 +8,10 @@ namespace Module_occam {
 struct InversionInputs {
   std::string model_file = "inmodel";
   std::string data_file = "occamdat";
-  std::string iterations = "20";        // at most
+  std::string max_iterations = "20";
   std::string target_RMS = "1.2";       // where the inversion stops
   std::string res_error_floor = "5";    // percent
-  std::string phase_error_floor = "5";  // degrees
+  std::string phase_error_floor = "5";  // percent of the phase
   std::string num_layers = "24";        // padding included
   std::string layers_per_decade = "8";  // of depth
   std::string top_layer = "20";         // thickness, m
@@ -19,23 +19,23 @@ struct InversionInputs {
   std::string doubling_threshold =
       "2";                          // blocks are joined while narrower than the layer's thickness over it
   std::string initial_res = "100";  // of the starting model, ohm-m
-  bool use_standard_error = true;   // error of a resistivity in proportion to its logarithm
+  bool use_standard_error = true;   // error of a resistivity proportional to its logarithm
   bool use_rhoplus_error = true;    // the misfit of a one-dimensional inversion adds to the errors
   std::string directory;            // folder of the run
-  // The entries from here on are not kept between sessions.
+  // The entries from here on are not stored.
   bool apply_static = true;   // static shift corrections
   std::string first_station;  // blank: the whole line
   std::string last_station;   // shown beside the first one; it has no effect
   std::string description;
-  std::string occam_directory;  // folder in `directory`, made if it is missing; blank: `directory` itself
+  std::string occam_directory;  // folder in `directory`, created if missing; blank: `directory` itself
 };
 
 /// The entries as numbers.
 struct InversionChoices {
-  double iterations = 0.0;
+  double max_iterations = 0.0;
   double target_RMS = 0.0;
   double res_error_floor = 0.0;    // percent
-  double phase_error_floor = 0.0;  // degrees
+  double phase_error_floor = 0.0;  // percent of the phase
   double num_layers = 0.0;
   double layers_per_decade = 0.0;
   double top_layer = 0.0;    // m
@@ -46,15 +46,15 @@ struct InversionChoices {
   double last_station = 0.0;
 };
 
-/// The entries kept for the user, with the default in place of each that is missing or invalid. A folder that
-/// is gone gives that of the survey.
+/// The entries of the user's settings, with the default for each that is missing or invalid. If the folder no
+/// longer exists, that of the survey.
 InversionInputs load_inversion_inputs();
 
-/// Keeps the entries for the user, but for those that belong to one inversion.
+/// Stores the entries in the user's settings, except those that belong to one inversion.
 void store_inversion_inputs(const InversionInputs& inputs);
 
-/// The message of the first entry that is invalid, in their order; null if there is none, and then `choices`
-/// holds all numbers.
+/// The message of the first invalid entry, in their order. Null if all are valid; `choices` then holds all
+/// numbers.
 const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices);
 
 /// num_layers as a whole number.
@@ -63,7 +63,7 @@ int layer_count(const InversionChoices& choices);
 /// The folder that the files go to.
 std::string run_directory(const InversionInputs& inputs);
 
-/// Checks the entries and tells the first one that is invalid.
+/// Checks the entries and reports the first invalid one.
 /// @return 0, or -1 after its message
 [[nodiscard]] int check_inversion_inputs(const InversionInputs& inputs, InversionChoices& choices);
 

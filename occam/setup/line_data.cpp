@@ -10,15 +10,15 @@ namespace Module_occam {
 
 namespace {
 
-constexpr double least_resistivity_error = 0.001;  // of log10 resistivity
-constexpr double least_phase_error = 0.1;          // degrees
-constexpr double largest_error = 999999.0;         // a longer one would run into the datum before it
-constexpr double least_phase = 0.1;                // degrees, added so that a phase of 0 has an error
+constexpr double min_resistivity_error = 0.001;  // of log10 resistivity
+constexpr double min_phase_error = 0.1;          // degrees
+constexpr double max_error = 999999.0;           // a longer one would run into the datum in the field before
+constexpr double phase_offset = 0.1;             // degrees, added so that a phase of 0 has an error
 
 /// 0 for 0; the sign doesn't count.
 double safe_log10(double value) { return value == 0.0 ? 0.0 : std::log10(std::abs(value)); }
 
-/// How far the fit misses the datum; a datum without a fit isn't missed.
+/// How far the fit misses the datum; 0 without a fit.
 double missed_by(double datum, double fit) { return is_absent(fit) ? 0.0 : std::abs(fit - datum); }
 
 }  // namespace
@@ -33,22 +33,23 @@ double resistivity_error(double rho, double fit, const ErrorRule& rule) {
   } else {
     error = rule.standard_error ? rule.res_floor / 100.0 * magnitude : rule.res_floor;
   }
-  return std::clamp(error, least_resistivity_error, largest_error);
+  return std::clamp(error, min_resistivity_error, max_error);
 }
 
 double phase_error(double phase, double fit, const ErrorRule& rule) {
   const double floor = rule.phase_floor / 100.0;
   double error = floor * std::abs(phase);
   if (rule.rhoplus_error) {
-    const double magnitude = std::abs(phase) + least_phase;
+    const double magnitude = std::abs(phase) + phase_offset;
     error = (floor + missed_by(phase, fit) / magnitude) * magnitude;
   }
-  return std::clamp(error, least_phase_error, largest_error);
+  return std::clamp(error, min_phase_error, max_error);
 }
 
 void add_station(LineData& line, double station, const Module_output::RhoplusTables& tables,
                  bool electric_along_strike, const ErrorRule& rule) {
   using namespace Module_output;
+  const Mode& mode = electric_along_strike ? te_mode : tm_mode;
   ++line.taking_part;
   const std::size_t rows_before = line.rows.size();
   const auto add = [&](std::int32_t position, DataType type, double datum, double error) {
@@ -64,13 +65,11 @@ void add_station(LineData& line, double station, const Module_output::RhoplusTab
     }
     if (row.use_resistivity > 0.0F) {
       const double rho = row.resistivity;
-      add(position, electric_along_strike ? DataType::te_resistivity : DataType::tm_resistivity,
-          safe_log10(rho), resistivity_error(rho, row.model_resistivity, rule));
+      add(position, mode.resistivity, safe_log10(rho), resistivity_error(rho, row.model_resistivity, rule));
     }
     if (row.use_phase > 0.0F) {
       const double phase = row.phase;
-      add(position, electric_along_strike ? DataType::te_phase : DataType::tm_phase, phase,
-          phase_error(phase, row.model_phase, rule));
+      add(position, mode.phase, phase, phase_error(phase, row.model_phase, rule));
     }
   }
   if (line.rows.size() > rows_before) {

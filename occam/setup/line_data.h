@@ -18,7 +18,7 @@ struct ErrorRule {
   bool rhoplus_error = true;
 };
 
-// An absent fit (no_data) adds nothing to an error.
+// An absent fit (no_data) adds nothing to an error. No error is below 0.001 (log10) or 0.1 degrees.
 
 /// Error of log10 resistivity.
 /// @param rho, fit  resistivity measured and fitted in one dimension, ohm-m
@@ -27,16 +27,16 @@ double resistivity_error(double rho, double fit, const ErrorRule& rule);
 /// Error of a phase, degrees. @param phase, fit  measured and fitted in one dimension, degrees
 double phase_error(double phase, double fit, const ErrorRule& rule);
 
-/// The data of a line while its stations are gone through.
+/// The data of a line, while its stations are added.
 struct LineData {
-  int taking_part = 0;                       // stations so far; the number of a station's rows
+  int taking_part = 0;                       // stations so far; the last one's site number
   std::vector<float> site_positions;         // of the stations with rows, m
   std::vector<std::int32_t> frequency_rows;  // rows of each frequency of the list
   std::vector<DataRow> rows;                 // without frequency numbers until number_frequencies
   std::vector<std::int32_t> row_positions;   // place of each row's frequency in the list, from 0
 };
 
-/// Adds the rows of a station that takes part; one without rows takes a site number all the same.
+/// Adds the rows of a station that takes part; one without rows uses up a site number all the same.
 /// @param tables  the station's curve and its fit
 /// @param electric_along_strike  EyHx: TE, else TM
 void add_station(LineData& line, double station, const Module_output::RhoplusTables& tables,

@@ -17,8 +17,8 @@ constexpr std::size_t padding_columns = 7;
 constexpr std::size_t padding_rows = 4;
 constexpr double widest_padding = 1e6;  // m
 constexpr double deepest = 1e13;        // m; a larger size doesn't fit its field
-constexpr std::size_t most_columns_of_nodes = 20000;
-constexpr int most_layers = 10000;
+constexpr std::size_t max_line_nodes = 20000;
+constexpr int max_layers = 10000;
 
 std::array<double, padding_columns> side_padding(double column_width) {
   std::array<double, padding_columns> padding{};
@@ -48,14 +48,14 @@ struct BlockList {
   [[nodiscard]] std::size_t count() const { return widths.size(); }
 };
 
-/// Each block takes in its right neighbours until they are too wide together. The first and the last one are
-/// padding.
+/// Joins each block with its right neighbours until they are too wide together. The first and the last one
+/// are padding.
 void join_narrow_blocks(BlockList& blocks, double thickness, double doubling_threshold) {
-  std::size_t last = 0;  // of those that are done, which move to the front
+  std::size_t last = 0;  // of the finished blocks, which move to the front
   for (std::size_t block = 1; block < blocks.count(); ++block) {
     const double width = blocks.widths[block];
-    const bool starts_anew = block < 2 || block + 1 == blocks.count();
-    if (!starts_anew && (blocks.widths[last] + width) * doubling_threshold < thickness) {
+    const bool stands_alone = block < 2 || block + 1 == blocks.count();
+    if (!stands_alone && (blocks.widths[last] + width) * doubling_threshold < thickness) {
       blocks.widths[last] += width;
       blocks.columns[last] += blocks.columns[block];
     } else {
@@ -97,7 +97,7 @@ std::vector<float> horizontal_nodes(std::span<const float> site_positions, doubl
         throw std::runtime_error("two stations have the same position");
       }
       const double steps = distance > block_width ? std::floor(distance / block_width + 0.5) : 1.0;
-      if (!(steps + static_cast<double>(nodes.size()) < static_cast<double>(most_columns_of_nodes))) {
+      if (!(steps + static_cast<double>(nodes.size()) < static_cast<double>(max_line_nodes))) {
         throw std::runtime_error("the block width is too small for the length of the line");
       }
       for (int step = 1; step < static_cast<int>(steps); ++step) {
@@ -134,8 +134,8 @@ MeshColumns mesh_columns(std::span<const float> nodes) {
 }
 
 MeshRows mesh_rows(int layers, double layers_per_decade, double top_layer) {
-  if (layers > most_layers) {
-    throw std::runtime_error("there are more than " + std::to_string(most_layers) + " layers");
+  if (layers > max_layers) {
+    throw std::runtime_error("there are more than " + std::to_string(max_layers) + " layers");
   }
   const double growth = std::pow(10.0, 1.0 / layers_per_decade);
   MeshRows rows;

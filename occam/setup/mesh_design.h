@@ -1,7 +1,7 @@
 // mesh_design.h: lays a mesh around the sites of a line and joins its cells to blocks that grow with depth.
 //
-// Lengths m. Each site lies on the middle line of a block of two columns, so that the model has a block of
-// its own under it.
+// Lengths m. Each site is on the middle line of a block of two columns, so that it has a block of its own
+// below it.
 #pragma once
 #include <span>
 #include <vector>
@@ -10,11 +10,11 @@
 
 namespace Module_occam {
 
-/// The positions that get a block: the sites, and nodes at equal spacing where the next site is further away
-/// than a block's width, as many as bring the spacing nearest to that width.
+/// The positions that get a block: the sites, and between two that are further apart than a block's width as
+/// many equally spaced nodes as bring the spacing closest to that width.
 /// @param site_positions  m along the line
-/// Throws std::runtime_error where positions don't ascend, or there would be more nodes than any inversion
-/// can take.
+/// Throws std::runtime_error if positions don't ascend, or if there would be more nodes than any inversion
+/// can handle.
 std::vector<float> horizontal_nodes(std::span<const float> site_positions, double block_width);
 
 struct MeshColumns {
@@ -34,14 +34,14 @@ struct MeshRows {
   std::vector<int> layer_rows;          // rows of cells of each layer
 };
 
-/// Rows for layers whose depths grow by the same factor, none thinner than the top one. The two uppermost
-/// layers have two rows; the last layer is padding of four rows that grow threefold.
-/// @param layers  1 or more, padding included; a single layer is top layer and padding in one
+/// Rows for layers whose depths grow by a constant factor, none thinner than the top one. The two uppermost
+/// layers have two rows each; the last layer is padding of four rows that grow threefold.
+/// @param layers  1 or more, padding included; a single layer is both top layer and padding
 MeshRows mesh_rows(int layers, double layers_per_decade, double top_layer);
 
 /// Joins neighbouring blocks, layer by layer from the top down, while two together are narrower than the
-/// layer's thickness over `doubling_threshold`. Padding is not joined; a margin that has been left thin
-/// beside a wide block joins it.
+/// layer's thickness over `doubling_threshold`. Padding is not joined; a margin block that is left thin
+/// beside a wide one is joined to it.
 std::vector<LayerLines> merge_blocks(const MeshColumns& columns, const MeshRows& rows,
                                      double doubling_threshold);
 

@@ -17,7 +17,7 @@ void remove_quietly(const fs::path& path) {
   fs::remove(path, ignored);
 }
 
-/// Folders of a path that are not there, the outermost first.
+/// The missing folders of a path, the outermost first.
 std::vector<fs::path> missing_folders(fs::path folder) {
   std::vector<fs::path> missing;
   while (!folder.empty() && !fs::exists(folder)) {
@@ -30,12 +30,12 @@ std::vector<fs::path> missing_folders(fs::path folder) {
 
 }  // namespace
 
-RunScripts::RunScripts(fs::path folder) : made_(missing_folders(folder)) {
+RunScripts::RunScripts(fs::path folder) : created_(missing_folders(folder)) {
   fs::create_directories(folder);
   const auto write = [&](const char* name, std::string_view contents) {
     fs::path path = folder / name;
     if (!fs::exists(path)) {
-      made_.push_back(path);
+      created_.push_back(path);
     }
     safe_files::write_into_place(path, contents);
     return path;
@@ -48,14 +48,14 @@ RunScripts::RunScripts(fs::path folder) : made_(missing_folders(folder)) {
                     fs::perm_options::add);
 #endif
   } catch (...) {
-    std::for_each(made_.rbegin(), made_.rend(), remove_quietly);
+    std::for_each(created_.rbegin(), created_.rend(), remove_quietly);
     throw;
   }
 }
 
 RunScripts::~RunScripts() {
   if (!kept_) {
-    std::for_each(made_.rbegin(), made_.rend(), remove_quietly);
+    std::for_each(created_.rbegin(), created_.rend(), remove_quietly);
   }
 }
 

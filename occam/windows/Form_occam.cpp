@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <utility>
 
+#include "core/user_interface.h"
 #include "occam/setup/design_summary.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"
@@ -17,11 +18,13 @@ struct TextControl {
   std::string InversionInputs::*text;
 };
 
+constexpr int step_is_seen = 200;  // milliseconds that each step at a station stays on the screen
+
 constexpr TextControl text_controls[] = {
     {&Ui::Form_occam::Text_model_file, &InversionInputs::model_file},
     {&Ui::Form_occam::Text_data_file, &InversionInputs::data_file},
     {&Ui::Form_occam::Text_description, &InversionInputs::description},
-    {&Ui::Form_occam::Text_iterations, &InversionInputs::iterations},
+    {&Ui::Form_occam::Text_iterations, &InversionInputs::max_iterations},
     {&Ui::Form_occam::Text_RMS, &InversionInputs::target_RMS},
     {&Ui::Form_occam::Text_initial_model, &InversionInputs::initial_res},
     {&Ui::Form_occam::Text_first_station, &InversionInputs::first_station},
@@ -61,6 +64,7 @@ Form_occam::Form_occam(Module_occam::StationSteps steps, QWidget* parent)
     part->hide();
   }
   setWindowTitle("Create Occam Inversion for line: " + QString::fromStdString(line_.line));
+  steps_.step_done = [] { user_interface().wait_with_events(step_is_seen); };
   fill_drives();
   fill_controls();
   connect_controls();

@@ -1,4 +1,4 @@
-// Form_occam.h: makes the run directory of a two-dimensional inversion of the current line.
+// Form_occam.h: creates the run directory of a two-dimensional inversion of the current line.
 #pragma once
 #include <QDialog>
 #include <memory>
@@ -13,7 +13,7 @@ class Form_occam : public QDialog {
   Q_OBJECT
 
  public:
-  /// Shows the entries that were kept. @param steps  what else happens at each station while the run is made
+  /// Shows the stored entries. @param steps  what else happens at each station while the run is created
   explicit Form_occam(Module_occam::StationSteps steps, QWidget* parent = nullptr);
   ~Form_occam() override;
 

@@ -22,7 +22,7 @@ namespace {
 
 enum Page { model_page, topo_page, mesh_page };
 
-/// The beginning of a file, enough to see how it is laid out. A file that isn't there has none.
+/// The beginning of a file, enough to see its layout. Empty if there is no such file.
 QString beginning_of(const QString& path) {
   constexpr qint64 enough = 1 << 20;  // bytes
   if (!QFileInfo(path).isFile()) {

@@ -26,8 +26,8 @@ class Form_occam2d_mask_topo : public QDialog {
   void display_data_file(const QString& path);
   void load_locations();
   void show_page(int page);
-  /// Reads the model and shows its mesh. @return the page to stand on: where something is missing, or the
-  /// mesh
+  /// Reads the model and shows its mesh. @return the page to show: the one where something is missing, or
+  /// the mesh
   int display_occam_model(const QString& path);
   void read_choices();
   void redraw();

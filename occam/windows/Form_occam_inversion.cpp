@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "core/file_names.h"
-#include "formats/occam/occam_state.h"
 #include "occam/results/grid_export.h"
 #include "occam/results/response_plots.h"
 #include "occam/windows/model_controls.h"
@@ -36,9 +35,9 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
     : QDialog(parent, Qt::Window),
       view_(std::move(results)),
       controls_(new ModelControls),
-      Picture_model_(new PictureModel),
+      Picture_model_(new PictureModel(view_.results().data)),
       convergence_(new ResponseGraph("vxGraph_occam", "Iteration", "Value")),
-      response_(new ResponseFrame),
+      response_(new ResponseFrame(view_.response())),
       frames_(named(new QStackedWidget, "Frame_occam")),
       Label_title_(make_heading("Label_title")),
       Status_occam_(named(new QStatusBar, "Status_occam")),
@@ -53,7 +52,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
   lay_out();
   connect_controls();
   connect_timers();
-  Label_title_->setText(qt_text(occam_state().data.title + "   " + view_.results().folder.string()));
+  Label_title_->setText(qt_text(view_.results().data.title + "   " + view_.results().folder.string()));
   controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
   if (view_.load_iteration() == 0) {
     controls_->set_range(suggested_range(view_.parameters()));
@@ -236,7 +235,7 @@ void Form_occam_inversion::look_for_iterations() {
 }
 
 void Form_occam_inversion::write_grid() {
-  static_cast<void>(write_grids(view_));  // the person has seen the outcome
+  static_cast<void>(write_grids(view_));  // the user has seen the outcome
   if (response_on_show()) {
     display_current_response();
   }

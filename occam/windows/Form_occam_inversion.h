@@ -1,4 +1,4 @@
-// Form_occam_inversion.h: the results of an inversion, finished or still at work: section, convergence and
+// Form_occam_inversion.h: the results of an inversion, finished or still running: section, convergence and
 // responses of its iterations.
 #pragma once
 #include <QDialog>
@@ -73,5 +73,5 @@ class Form_occam_inversion : public QDialog {
   QTimer* Timer_refresh_;
 };
 
-/// Asks for the control file of a run, reads the run and shows it until the person is done.
+/// Asks for the control file of a run, reads the run and shows it until the user closes the window.
 void menu_occam2d(QWidget* parent);

@@ -24,7 +24,7 @@ const QColor ground_colour(150, 60, 20);
 const QColor text_colour(40, 40, 40);
 const QColor axis_colour(110, 110, 110);
 
-constexpr double least_cell = 4.0;  // pixels; closer lines would only darken the picture
+constexpr double min_cell = 4.0;  // pixels; closer lines would only darken the picture
 constexpr double tick_length = 4.0;
 constexpr double gap = 6.0;
 
@@ -159,18 +159,14 @@ QRectF MeshPicture::plot_area() const {
 
 QPointF MeshPicture::to_pixels(double station, double depth) const {
   const QRectF area = plot_area();
-  const graph::AxisRange& x = station_view_.shown();
-  const graph::AxisRange& z = depth_view_.shown();
-  return {area.left() + area.width() * (station - x.lower) / (x.upper - x.lower),
-          area.top() + area.height() * (depth - z.lower) / (z.upper - z.lower)};
+  return {area.left() + area.width() * station_view_.to_view(station),
+          area.top() + area.height() * depth_view_.to_view(depth)};
 }
 
 QPointF MeshPicture::from_pixels(QPointF at) const {
   const QRectF area = plot_area();
-  const graph::AxisRange& x = station_view_.shown();
-  const graph::AxisRange& z = depth_view_.shown();
-  return {x.lower + (x.upper - x.lower) * (at.x() - area.left()) / area.width(),
-          z.lower + (z.upper - z.lower) * (at.y() - area.top()) / area.height()};
+  return {station_view_.from_view((at.x() - area.left()) / area.width()),
+          depth_view_.from_view((at.y() - area.top()) / area.height())};
 }
 
 void MeshPicture::zoom_to_band(QPointF from, QPointF to) {
@@ -310,22 +306,22 @@ void MeshPicture::draw_cell_edges(QPainter& painter) const {
   painter.setPen(QPen(edge_colour, 0.0));
   for (std::size_t column = columns.first; column <= columns.end; ++column) {
     const double x = to_pixels(model.node_x[column], 0.0).x();
-    if (column == columns.end || to_pixels(model.node_x[column + 1], 0.0).x() - x >= least_cell) {
+    if (column == columns.end || to_pixels(model.node_x[column + 1], 0.0).x() - x >= min_cell) {
       painter.drawLine(QPointF(x, upper_left.y()), QPointF(x, lower_right.y()));
     }
   }
   for (std::size_t row = rows.first; row <= rows.end; ++row) {
     const double y = to_pixels(0.0, model.node_z[row]).y();
-    if (row == rows.end || to_pixels(0.0, model.node_z[row + 1]).y() - y >= least_cell) {
+    if (row == rows.end || to_pixels(0.0, model.node_z[row + 1]).y() - y >= min_cell) {
       painter.drawLine(QPointF(upper_left.x(), y), QPointF(lower_right.x(), y));
     }
   }
-  constexpr double least_halved_cell = 3.0 * least_cell;
+  constexpr double min_halved_cell = 3.0 * min_cell;
   for (std::size_t row = rows.first; row < rows.end; ++row) {
     for (std::size_t column = columns.first; column < columns.end; ++column) {
       const QRectF cell(to_pixels(model.node_x[column], model.node_z[row]),
                         to_pixels(model.node_x[column + 1], model.node_z[row + 1]));
-      if (std::min(cell.width(), cell.height()) >= least_halved_cell) {
+      if (std::min(cell.width(), cell.height()) >= min_halved_cell) {
         painter.drawLine(cell.topLeft(), cell.bottomRight());
         painter.drawLine(cell.bottomLeft(), cell.topRight());
       }

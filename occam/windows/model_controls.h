@@ -18,7 +18,7 @@ class ModelControls : public QWidget {
  public:
   explicit ModelControls(QWidget* parent = nullptr);
 
-  /// Offers the iterations 0 to `last`, without telling that the choice has changed.
+  /// Offers the iterations 0 to `last`, without a signal.
   void list_iterations(int last, int current);
   void show_numbers(const Module_occam::RunView& view);
   void set_range(const Module_occam::ResistivityRange& range);

@@ -34,10 +34,10 @@ std::vector<PictureTick> even_ticks(const QPainter& painter, double lower, doubl
   return result;
 }
 
-std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, double least_distance) {
+std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, double min_distance) {
   std::vector<PictureTick> result;
   for (const PictureTick& tick : ticks) {
-    if (result.empty() || std::abs(tick.at - result.back().at) >= least_distance) {
+    if (result.empty() || std::abs(tick.at - result.back().at) >= min_distance) {
       result.push_back(tick);
     }
   }

@@ -1,4 +1,4 @@
-// picture_axes.h: what stands around a coloured picture: axes, colour bar, names along an edge.
+// picture_axes.h: what surrounds a coloured picture: axes, colour bar, names along an edge.
 #pragma once
 #include <QPainter>
 #include <QRectF>
@@ -23,19 +23,19 @@ struct PictureTick {
 std::vector<PictureTick> even_ticks(const QPainter& painter, double lower, double upper, double pixels,
                                     bool upright, const std::function<double(double)>& to_pixel);
 
-/// The ticks of those given whose labels have room, the first ones first.
-std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, double least_distance);
+/// The ticks whose labels have room, earlier ones taking precedence.
+std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, double min_distance);
 
 void draw_bottom_axis(QPainter& painter, const QRectF& plot, const std::vector<PictureTick>& ticks,
                       const QString& title);
 void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<PictureTick>& ticks,
                     const QString& title);
 
-/// A bar of all colours, the first one below.
+/// A bar of all colours, the first one at the bottom.
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,
                      const QString& title);
 
-/// The name of a site without the word that our own data files begin it with: "100.0" for "station_100.0".
+/// The name of a site without the prefix of our own data files: "100.0" for "station_100.0".
 QString short_site_name(const std::string& name);
 
 inline QColor to_qt(const graph::Colour& colour) { return {colour.red, colour.green, colour.blue}; }

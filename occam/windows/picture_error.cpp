@@ -6,7 +6,6 @@
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
-#include "formats/occam/occam_state.h"
 #include "occam/windows/picture_axes.h"
 
 using namespace Module_occam;
@@ -22,8 +21,9 @@ int part_at(double place, double start, double length, int count) {
 
 }  // namespace
 
-PictureError::PictureError(const QString& name, const QString& title, ResponseKind kind, QWidget* parent)
-    : QWidget(parent), title_(title), kind_(kind) {
+PictureError::PictureError(const QString& name, const QString& title, const OccamResponse& response,
+                           ResponseKind kind, QWidget* parent)
+    : QWidget(parent), title_(title), response_(response), kind_(kind) {
   setObjectName(name);
   setMouseTracking(true);
   setToolTip("Misfit in units of the error; click on a site to see its curves");
@@ -62,23 +62,22 @@ void PictureError::paintEvent(QPaintEvent* /*event*/) {
   painter.setFont(font);
   const QRectF area = plot();
   painter.drawText(QRectF(area.left(), 0.0, area.width(), area.top()), Qt::AlignCenter, title_);
-  if (shown_ && occam_state().response.resp_sites() > 0) {
+  if (shown_ && response_.resp_sites() > 0) {
     paint_cells(painter);
     paint_labels(painter);
   }
 }
 
 void PictureError::paint_cells(QPainter& painter) const {
-  const OccamResponse& response = occam_state().response;
   const QRectF area = plot();
-  const int sites = response.resp_sites();
-  const int frequencies = response.resp_frequency_count();
+  const int sites = response_.resp_sites();
+  const int frequencies = response_.resp_frequency_count();
   const auto x = [&](int site) { return qRound(area.left() + area.width() * site / sites); };
   const auto y = [&](int frequency) { return qRound(area.top() + area.height() * frequency / frequencies); };
   for (int site = 0; site < sites; ++site) {
     for (int frequency = 0; frequency < frequencies; ++frequency) {
       const auto misfit =
-          static_cast<double>(response.value(ResponseValue::misfit, kind_, site + 1, frequency + 1));
+          static_cast<double>(response_.value(ResponseValue::misfit, kind_, site + 1, frequency + 1));
       const QRect cell(QPoint(x(site), y(frequency)), QPoint(x(site + 1) - 1, y(frequency + 1) - 1));
       painter.fillRect(cell, is_absent(misfit)
                                  ? QColor(Qt::white)
@@ -96,22 +95,21 @@ void PictureError::paint_cells(QPainter& painter) const {
 }
 
 void PictureError::paint_labels(QPainter& painter) const {
-  const OccamResponse& response = occam_state().response;
   const QRectF area = plot();
   const QFontMetricsF metrics(painter.font());
   std::vector<PictureTick> sites;
   double widest = 0.0;
-  for (int site = 0; site < response.resp_sites(); ++site) {
-    const QString name = short_site_name(response.resp_site_names[static_cast<std::size_t>(site)]);
+  for (int site = 0; site < response_.resp_sites(); ++site) {
+    const QString name = short_site_name(response_.resp_site_names[static_cast<std::size_t>(site)]);
     widest = std::max(widest, metrics.horizontalAdvance(name));
-    sites.push_back({area.left() + area.width() * (site + 0.5) / response.resp_sites(), name});
+    sites.push_back({area.left() + area.width() * (site + 0.5) / response_.resp_sites(), name});
   }
   std::vector<PictureTick> frequencies;
-  for (int i = 0; i < response.resp_frequency_count(); ++i) {
+  for (int i = 0; i < response_.resp_frequency_count(); ++i) {
     constexpr int digits = 4;
     const QString label =
-        QString::number(response.resp_frequencies[static_cast<std::size_t>(i)], 'g', digits);
-    frequencies.push_back({area.top() + area.height() * (i + 0.5) / response.resp_frequency_count(), label});
+        QString::number(response_.resp_frequencies[static_cast<std::size_t>(i)], 'g', digits);
+    frequencies.push_back({area.top() + area.height() * (i + 0.5) / response_.resp_frequency_count(), label});
   }
   constexpr double gap = 6.0;
   draw_bottom_axis(painter, area, ticks_with_room(sites, widest + gap), "Site");
@@ -122,19 +120,18 @@ void PictureError::paint_labels(QPainter& painter) const {
 }
 
 QString PictureError::text_at(QPointF at) const {
-  const OccamResponse& response = occam_state().response;
   const QRectF area = plot();
-  if (!shown_ || response.resp_sites() < 1 || !area.contains(at)) {
+  if (!shown_ || response_.resp_sites() < 1 || !area.contains(at)) {
     return {};
   }
-  const int site = part_at(at.x(), area.left(), area.width(), response.resp_sites());
-  const int frequency = part_at(at.y(), area.top(), area.height(), response.resp_frequency_count());
-  const auto misfit = static_cast<double>(response.value(ResponseValue::misfit, kind_, site, frequency));
+  const int site = part_at(at.x(), area.left(), area.width(), response_.resp_sites());
+  const int frequency = part_at(at.y(), area.top(), area.height(), response_.resp_frequency_count());
+  const auto misfit = static_cast<double>(response_.value(ResponseValue::misfit, kind_, site, frequency));
   const auto site_index = static_cast<std::size_t>(site) - 1;
   return QString::fromStdString(
-      "Site " + response.resp_site_names[site_index] + " at " +
-      format_number(response.resp_offsets[site_index], "0.0") + " m   Frequency " +
-      plain_text(static_cast<float>(response.resp_frequencies[static_cast<std::size_t>(frequency) - 1])) +
+      "Site " + response_.resp_site_names[site_index] + " at " +
+      format_number(response_.resp_offsets[site_index], "0.0") + " m   Frequency " +
+      plain_text(static_cast<float>(response_.resp_frequencies[static_cast<std::size_t>(frequency) - 1])) +
       " Hz   " + title_.toStdString() + " " + (is_absent(misfit) ? "NA" : format_number(misfit, "0.00")));
 }
 
@@ -143,8 +140,7 @@ void PictureError::mouseMoveEvent(QMouseEvent* event) { Q_EMIT hovered(text_at(e
 void PictureError::mousePressEvent(QMouseEvent* event) {
   const QRectF area = plot();
   if (event->button() == Qt::LeftButton && shown_ && area.contains(event->position())) {
-    Q_EMIT site_chosen(
-        part_at(event->position().x(), area.left(), area.width(), occam_state().response.resp_sites()));
+    Q_EMIT site_chosen(part_at(event->position().x(), area.left(), area.width(), response_.resp_sites()));
   }
 }
 

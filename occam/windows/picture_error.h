@@ -10,11 +10,11 @@ class PictureError : public QWidget {
   Q_OBJECT
 
  public:
-  PictureError(const QString& name, const QString& title, Module_occam::ResponseKind kind,
-               QWidget* parent = nullptr);
+  /// @param response  that is on show; it outlives the picture
+  PictureError(const QString& name, const QString& title, const Module_occam::OccamResponse& response,
+               Module_occam::ResponseKind kind, QWidget* parent = nullptr);
 
   void clear();
-  /// Draws the misfits of occam_state().response.
   void show_misfits(const Module_occam::Palette& palette);
   /// Frames the column of a site, numbered from 1.
   void mark_site(int site_number);
@@ -39,6 +39,7 @@ class PictureError : public QWidget {
   [[nodiscard]] QString text_at(QPointF at) const;
 
   QString title_;
+  const Module_occam::OccamResponse& response_;
   Module_occam::ResponseKind kind_;
   Module_occam::Palette palette_ = {};
   int marked_site_ = 0;

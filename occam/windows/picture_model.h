@@ -12,9 +12,10 @@ class PictureModel : public QWidget {
   Q_OBJECT
 
  public:
-  explicit PictureModel(QWidget* parent = nullptr);
+  /// @param sites  marked at the ground; they outlive the picture
+  explicit PictureModel(const Module_occam::OccamData& sites, QWidget* parent = nullptr);
 
-  /// The size that a section is to be made for.
+  /// The size that a section should have.
   [[nodiscard]] Module_occam::PictureSize picture_size() const { return Module_occam::section_part(size()); }
   void show_picture(Module_occam::SectionPicture picture);
   [[nodiscard]] const Module_occam::SectionPicture& picture() const { return picture_; }
@@ -25,7 +26,7 @@ class PictureModel : public QWidget {
 
  Q_SIGNALS:
   void resized();
-  /// What stands under the pointer; empty off the section.
+  /// Text about the place under the pointer; empty off the section.
   void hovered(const QString& text);
   void menu_asked_for(QPoint global);
 
@@ -41,10 +42,15 @@ class PictureModel : public QWidget {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  /// Where a pixel lies in the view, as shares of its width and height.
   [[nodiscard]] QPointF share_of_plot(QPointF at) const;
+  /// Where a pixel lies in the section, zoomed or not.
+  [[nodiscard]] QPointF place_in_section(QPointF at) const;
+  void zoom_to_band(QPointF from, QPointF to);
 
+  const Module_occam::OccamData& sites_;
   Module_occam::SectionPicture picture_;
-  Module_occam::PictureZoom zoom_;
+  Module_occam::SectionZoom zoom_;
   std::optional<QPointF> band_start_;
   QPointF pointer_;  // where it was last seen
 };

@@ -11,7 +11,6 @@
 #include <QVBoxLayout>
 
 #include "core/number_text.h"
-#include "formats/occam/occam_state.h"
 #include "occam/windows/picture_axes.h"
 #include "platform/widgets/copy_cells.h"
 #include "platform/widgets/panel_controls.h"
@@ -51,15 +50,17 @@ QTableWidgetItem* misfit_cell(const MisfitTable::Cell& cell) {
 
 }  // namespace
 
-ResponseFrame::ResponseFrame(QWidget* parent)
+ResponseFrame::ResponseFrame(const OccamResponse& response, QWidget* parent)
     : QWidget(parent),
+      response_(response),
       Label_station_(make_heading("Label_station")),
       HScroll_station_(named(new QScrollBar(Qt::Horizontal), "HScroll_station")),
       Combo_display_mode_(make_list("Combo_display_mode")),
       Combo_display_oddsevens_(make_list("Combo_display_oddsevens")),
       Picture_res_error_(
-          new PictureError("Picture_res_error", "Resistivity error", ResponseKind::resistivity)),
-      Picture_phase_error_(new PictureError("Picture_phase_error", "Phase error", ResponseKind::phase)),
+          new PictureError("Picture_res_error", "Resistivity error", response, ResponseKind::resistivity)),
+      Picture_phase_error_(
+          new PictureError("Picture_phase_error", "Phase error", response, ResponseKind::phase)),
       Grid_misfit_(named(new QTableWidget, "Grid_misfit")),
       Splitter_response_(named(new VexSplitter, "Splitter_response")) {
   make_graphs();
@@ -172,16 +173,15 @@ void ResponseFrame::list_frequencies() {
   for (const std::string_view mode : profile_modes) {
     Combo_display_mode_->addItem(QString::fromUtf8(mode.data(), static_cast<qsizetype>(mode.size())));
   }
-  for (const double frequency : occam_state().response.resp_frequencies) {
+  for (const double frequency : response_.resp_frequencies) {
     Combo_display_mode_->addItem(qt_text(plain_text(static_cast<float>(frequency)) + " Hz"));
   }
   Combo_display_mode_->setCurrentIndex(chosen < Combo_display_mode_->count() ? chosen : 0);
 }
 
 void ResponseFrame::list_misfits() {
-  const OccamResponse& response = occam_state().response;
   const int types = static_cast<int>(misfits_.data_types.size());
-  const int sites = response.resp_sites();
+  const int sites = response_.resp_sites();
   Grid_misfit_->setColumnCount(types + 1);
   Grid_misfit_->setRowCount(sites + 1);
   QStringList headings;
@@ -192,7 +192,7 @@ void ResponseFrame::list_misfits() {
   QStringList names;
   for (int site = 1; site <= sites; ++site) {
     const auto& cells = misfits_.site_cells[static_cast<std::size_t>(site) - 1];
-    names.append(qt_text(response.resp_site_names[static_cast<std::size_t>(site) - 1]));
+    names.append(qt_text(response_.resp_site_names[static_cast<std::size_t>(site) - 1]));
     for (int column = 0; column < types; ++column) {
       const auto cell = cells.find(misfits_.data_types[static_cast<std::size_t>(column)]);
       Grid_misfit_->setItem(site - 1, column,
@@ -210,32 +210,30 @@ void ResponseFrame::list_misfits() {
 
 void ResponseFrame::take_response() {
   setEnabled(true);
-  const OccamResponse& response = occam_state().response;
-  misfits_ = misfit_table(response);
+  misfits_ = misfit_table(response_);
   const QSignalBlocker quiet(HScroll_station_);
-  HScroll_station_->setRange(1, response.resp_sites());
+  HScroll_station_->setRange(1, response_.resp_sites());
   list_frequencies();
   list_misfits();
 }
 
 void ResponseFrame::display_station(int site_number) {
-  const OccamResponse& response = occam_state().response;
   site_number_ = site_number;
   {
     const QSignalBlocker quiet(HScroll_station_);
     HScroll_station_->setValue(site_number);
   }
   const auto site = static_cast<std::size_t>(site_number) - 1;
-  Label_station_->setText("Site " + short_site_name(response.resp_site_names[site]) +
-                          qt_text(" at " + format_number(response.resp_offsets[site], "0.0") + " m, RMS " +
+  Label_station_->setText("Site " + short_site_name(response_.resp_site_names[site]) +
+                          qt_text(" at " + format_number(response_.resp_offsets[site], "0.0") + " m, RMS " +
                                   format_number(misfits_.of_site(site_number).rms(), "0.00")));
   Label_station_->setToolTip(Label_station_->text());  // cut off in a narrow pane
-  station_resistivity_->show_plot(station_curves(response, ResponseKind::resistivity, site_number));
-  station_phase_->show_plot(station_curves(response, ResponseKind::phase, site_number));
+  station_resistivity_->show_plot(station_curves(response_, ResponseKind::resistivity, site_number));
+  station_phase_->show_plot(station_curves(response_, ResponseKind::phase, site_number));
   Picture_res_error_->mark_site(site_number);
   Picture_phase_error_->mark_site(site_number);
   for (ResponseGraph* const graph : {profile_resistivity_, profile_phase_}) {
-    graph->mark_x(response.resp_offsets[site]);
+    graph->mark_x(response_.resp_offsets[site]);
   }
 }
 
@@ -245,14 +243,13 @@ void ResponseFrame::display_errors(const Palette& palette) {
 }
 
 void ResponseFrame::display_profiles() {
-  const OccamResponse& response = occam_state().response;
-  if (response.resp_sites() < 1 || !isEnabled()) {
+  if (response_.resp_sites() < 1 || !isEnabled()) {
     return;
   }
   const ProfileChoice choice = choice_of(*Combo_display_mode_, *Combo_display_oddsevens_);
-  profile_resistivity_->show_plot(response_profiles(response, ResponseKind::resistivity, choice), false);
-  profile_phase_->show_plot(response_profiles(response, ResponseKind::phase, choice), false);
-  const double offset = response.resp_offsets[static_cast<std::size_t>(site_number_) - 1];
+  profile_resistivity_->show_plot(response_profiles(response_, ResponseKind::resistivity, choice), false);
+  profile_phase_->show_plot(response_profiles(response_, ResponseKind::phase, choice), false);
+  const double offset = response_.resp_offsets[static_cast<std::size_t>(site_number_) - 1];
   profile_resistivity_->mark_x(offset);
   profile_phase_->mark_x(offset);
 }

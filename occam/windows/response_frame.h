@@ -17,11 +17,12 @@ class ResponseFrame : public QWidget {
   Q_OBJECT
 
  public:
-  explicit ResponseFrame(QWidget* parent = nullptr);
+  /// @param response  that is on show; it outlives the frame
+  explicit ResponseFrame(const Module_occam::OccamResponse& response, QWidget* parent = nullptr);
 
   void clear();
   void clear_errors();
-  /// Takes over occam_state().response: offers its stations and frequencies, lists its misfits.
+  /// Offers the stations and frequencies of the response, which has been read again, and lists its misfits.
   void take_response();
   void display_station(int site_number);
   void display_errors(const Module_occam::Palette& palette);
@@ -40,6 +41,7 @@ class ResponseFrame : public QWidget {
   void list_frequencies();
   void list_misfits();
 
+  const Module_occam::OccamResponse& response_;
   Module_occam::MisfitTable misfits_;
   QLabel* Label_station_;
   QScrollBar* HScroll_station_;

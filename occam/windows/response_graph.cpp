@@ -26,7 +26,7 @@ ResponseGraph::ResponseGraph(const QString& name, const QString& x_title, const 
                              QWidget* parent)
     : QWidget(parent), heading_(new QLabel), chart_(named(new VexGraphControl, name)) {
   heading_->setTextFormat(Qt::RichText);
-  // White as the chart below, whatever the desktop's own colours: the curves' colours are made for it.
+  // White as the chart below, whatever the desktop's own colours: the curves' colours are chosen for it.
   QPalette colours = heading_->palette();
   colours.setColor(QPalette::Window, Qt::white);
   colours.setColor(QPalette::WindowText, Qt::black);

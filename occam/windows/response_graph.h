@@ -6,7 +6,7 @@
 #include "occam/results/response_plots.h"
 #include "platform/graph/VexGraphControl.h"
 
-/// Hands a plot over to a chart and draws it.
+/// Gives a plot to a chart and draws it.
 void give_to_chart(VexGraphControl& chart, const Module_occam::ResponsePlot& plot);
 
 class ResponseGraph : public QWidget {

@@ -20,24 +20,24 @@ constexpr double mark_size = 5.0;
 /// From pixels of the geometry to those of the drawing.
 class ZoomedPlot {
  public:
-  ZoomedPlot(const SectionGeometry& geometry, const PictureZoom& zoom)
+  ZoomedPlot(const SectionGeometry& geometry, const SectionZoom& zoom)
       : plot_(plot_area(geometry.picture)), zoom_(zoom) {}
 
   [[nodiscard]] double x(double home) const {
-    return plot_.left() + plot_.width() * zoom_.to_view_x((home - plot_.left()) / plot_.width());
+    return plot_.left() + plot_.width() * zoom_.across.to_view((home - plot_.left()) / plot_.width());
   }
   [[nodiscard]] double y(double home) const {
-    return plot_.top() + plot_.height() * zoom_.to_view_y((home - plot_.top()) / plot_.height());
+    return plot_.top() + plot_.height() * zoom_.down.to_view((home - plot_.top()) / plot_.height());
   }
   [[nodiscard]] QPointF home(QPointF at) const {
-    return {plot_.left() + plot_.width() * zoom_.from_view_x((at.x() - plot_.left()) / plot_.width()),
-            plot_.top() + plot_.height() * zoom_.from_view_y((at.y() - plot_.top()) / plot_.height())};
+    return {plot_.left() + plot_.width() * zoom_.across.from_view((at.x() - plot_.left()) / plot_.width()),
+            plot_.top() + plot_.height() * zoom_.down.from_view((at.y() - plot_.top()) / plot_.height())};
   }
   [[nodiscard]] const QRectF& plot() const { return plot_; }
 
  private:
   QRectF plot_;
-  const PictureZoom& zoom_;
+  const SectionZoom& zoom_;
 };
 
 /// The corners of a block on whole pixels, so that neighbours meet without a seam.
@@ -73,9 +73,9 @@ void paint_blocks(QPainter& painter, const SectionPicture& picture, const Zoomed
   painter.restore();
 }
 
-/// Depths that a person would mark on a scale of the logarithm: 0, then 1, 2, 5 and their tens.
+/// The usual marks of a logarithmic scale: 0, then 1, 2, 5 times the powers of ten.
 std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot) {
-  constexpr double least_distance = 18.0;
+  constexpr double min_distance = 18.0;
   constexpr int decades = 7;  // to 10 000 km
   std::vector<PictureTick> ticks;
   const auto add = [&](double depth) {
@@ -91,7 +91,7 @@ std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const Zoo
       add(decade * step);
     }
   }
-  return ticks_with_room(ticks, least_distance);
+  return ticks_with_room(ticks, min_distance);
 }
 
 void paint_axes(QPainter& painter, const SectionGeometry& geometry, const ZoomedPlot& plot) {
@@ -115,7 +115,7 @@ void paint_axes(QPainter& painter, const SectionGeometry& geometry, const Zoomed
       "Depth (m)");
 }
 
-/// Marks all sites; names stand in two rows as far as there is room.
+/// Marks all sites; names are in two rows as far as there is room.
 void paint_sites(QPainter& painter, const SectionGeometry& geometry, const OccamData& sites,
                  const ZoomedPlot& plot) {
   constexpr double gap = 6.0;
@@ -161,7 +161,7 @@ QRectF plot_area(PictureSize picture) {
 }
 
 void paint_section(QPainter& painter, const SectionPicture& picture, const OccamData& sites,
-                   const PictureZoom& zoom) {
+                   const SectionZoom& zoom) {
   const SectionGeometry& geometry = picture.geometry;
   const ZoomedPlot plot(geometry, zoom);
   QFont font = painter.font();
@@ -183,7 +183,7 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
   painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-std::string section_text(const SectionPicture& picture, const OccamData& sites, const PictureZoom& zoom,
+std::string section_text(const SectionPicture& picture, const OccamData& sites, const SectionZoom& zoom,
                          QPointF at) {
   constexpr double at_mark = 6.0;  // pixels
   const ZoomedPlot plot(picture.geometry, zoom);

@@ -9,8 +9,8 @@
 
 #include "formats/occam/occam_data.h"
 #include "occam/results/image_palette.h"
-#include "occam/results/picture_zoom.h"
 #include "occam/results/section_geometry.h"
+#include "platform/graph/axis_view.h"
 
 namespace Module_occam {
 
@@ -20,10 +20,17 @@ struct SectionPicture {
   SectionChoices choices;
   Palette palette = {};
   bool draw_mesh = false;
-  QString note;  // stands in the middle of a picture without rectangles
+  QString note;  // shown in the middle of a picture without rectangles
 };
 
-/// The part of a drawing of this size that the section and its frame have; the colour bar stands beside it.
+/// The part of a section that is in view. Places are shares of the whole, from 0 at the left and the top
+/// to 1.
+struct SectionZoom {
+  graph::AxisView across{graph::picture_zoom};
+  graph::AxisView down{graph::picture_zoom};
+};
+
+/// The part of a drawing of this size for the section and its frame; the colour bar is beside it.
 PictureSize section_part(QSize drawing);
 
 /// Where the section itself is drawn.
@@ -31,11 +38,11 @@ QRectF plot_area(PictureSize picture);
 
 /// @param sites  marked at the ground, by name where there is room
 void paint_section(QPainter& painter, const SectionPicture& picture, const OccamData& sites,
-                   const PictureZoom& zoom);
+                   const SectionZoom& zoom);
 
-/// What stands under a place of the drawing: "Distance 250.0 m   Depth 80.0 m   Resistivity 1.50 log10 ohm-m
-/// (31.62 ohm-m)", "NA" where there is no block; empty outside of the section.
-std::string section_text(const SectionPicture& picture, const OccamData& sites, const PictureZoom& zoom,
+/// Text about a place of the drawing: "Distance 250.0 m   Depth 80.0 m   Resistivity 1.50 log10 ohm-m
+/// (31.62 ohm-m)", "NA" off the blocks; empty outside the section.
+std::string section_text(const SectionPicture& picture, const OccamData& sites, const SectionZoom& zoom,
                          QPointF at);
 
 }  // namespace Module_occam

@@ -11,9 +11,9 @@
 #include "core/scope_guard.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
-#include "formats/occam/occam_state.h"
 #include "occam/results/response_plots.h"
 #include "occam/windows/response_graph.h"
+#include "platform/graph/pdf_page.h"
 #include "platform/graph/pdf_pages.h"
 #include "platform/graph/picture_file.h"
 
@@ -26,44 +26,50 @@ constexpr int heading_font_pixels = 13;
 
 std::string shown_number(float value) { return value == no_data ? "NA" : format_number(value, "0.0000"); }
 
-void paint_page(QPainter& painter, const SectionPicture& picture, const std::string& heading, QSize size) {
+/// A drawing with its heading, for a page or a picture of its own.
+struct SectionPage {
+  const SectionPicture& picture;
+  const OccamData& sites;
+  std::string heading;
+  QSize size;
+};
+
+void paint_page(QPainter& painter, const SectionPage& page) {
   QFont font = painter.font();
   font.setPixelSize(heading_font_pixels);
   painter.setFont(font);
   painter.setPen(Qt::black);
-  painter.drawText(QRect(0, 0, size.width(), heading_height), Qt::AlignCenter,
-                   QString::fromStdString(heading));
+  painter.drawText(QRect(0, 0, page.size.width(), heading_height), Qt::AlignCenter,
+                   QString::fromStdString(page.heading));
   painter.translate(0, heading_height);
-  paint_section(painter, picture, occam_state().data, PictureZoom());
+  paint_section(painter, page.picture, page.sites, SectionZoom());
 }
 
-void write_png(graph::PictureFile& file, const SectionPicture& picture, const std::string& heading,
-               QSize size) {
+void write_png(graph::PictureFile& file, const SectionPage& page) {
   constexpr double scale = 2.0;  // stays sharp in a report
-  QImage image(size * scale, QImage::Format_RGB32);
+  QImage image(page.size * scale, QImage::Format_RGB32);
   if (image.isNull()) {
     throw std::runtime_error("the picture is too large");
   }
   image.setDevicePixelRatio(scale);
   image.fill(Qt::white);
   QPainter painter(&image);
-  paint_page(painter, picture, heading, size);
+  paint_page(painter, page);
   painter.end();
   if (!image.save(&file.device(), "PNG")) {
     throw std::runtime_error("the picture can't be written");
   }
 }
 
-void write_pdf(graph::PictureFile& file, const SectionPicture& picture, const std::string& heading,
-               QSize size) {
+void write_pdf(graph::PictureFile& file, const SectionPage& page) {
   QPdfWriter writer(&file.device());
-  graph::fit_page_to(writer, size);
-  writer.setTitle(QString::fromStdString(heading));
+  graph::fit_page_to(writer, page.size);
+  writer.setTitle(QString::fromStdString(page.heading));
   QPainter painter;
   if (!painter.begin(&writer)) {
     throw std::runtime_error("the page can't be drawn");
   }
-  paint_page(painter, picture, heading, size);
+  paint_page(painter, page);
   if (!painter.end()) {
     throw std::runtime_error("the page can't be written");
   }
@@ -80,7 +86,8 @@ std::string site_heading(const OccamResponse& response, const MisfitTable& misfi
   return text;
 }
 
-void place_curves(graph::PdfPages& pages, ResponseKind kind, int site_number, const QRectF& part) {
+void place_curves(graph::PdfPages& pages, const OccamResponse& response, ResponseKind kind, int site_number,
+                  const QRectF& part) {
   const bool resistivity = kind == ResponseKind::resistivity;
   const QRectF below = pages.caption(
       resistivity ? "Resistivity: TE blue, TM red; observed as points with errors, modelled as lines"
@@ -89,7 +96,7 @@ void place_curves(graph::PdfPages& pages, ResponseKind kind, int site_number, co
   VexGraphControl chart;
   chart.set_x_title("Frequency (Hz)");
   chart.set_y_title(resistivity ? "Resistivity (log10 ohm-m)" : "Phase (deg)");
-  give_to_chart(chart, mode_curves(occam_state().response, kind, site_number));
+  give_to_chart(chart, mode_curves(response, kind, site_number));
   pages.place(chart, below);
 }
 
@@ -138,8 +145,8 @@ int save_section(RunView& view, const SectionLook& look, const std::string& path
       throw std::runtime_error(path + " ends neither in .png nor in .pdf");
     }
     graph::PictureFile file(QString::fromStdString(path));
-    const QSize page(size.width(), size.height() + heading_height);
-    (pdf ? write_pdf : write_png)(file, picture, iteration_heading(view), page);
+    (pdf ? write_pdf : write_png)(file, {picture, view.results().data, iteration_heading(view),
+                                         QSize(size.width(), size.height() + heading_height)});
     file.finish();
   });
 }
@@ -151,7 +158,7 @@ int save_station_fits(RunView& view, const std::string& path) {
   return trap_errors("An error occurred while saving the fit of the stations: ", [&] {
     const BusyPointer busy;
     const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    const OccamResponse& response = occam_state().response;
+    const OccamResponse& response = view.response();
     const MisfitTable misfits = misfit_table(response);
     graph::PdfPages pages(QString::fromStdString(path), QString::fromStdString(iteration_heading(view)));
     constexpr double upper = 0.58;
@@ -162,8 +169,8 @@ int save_station_fits(RunView& view, const std::string& path) {
         return -1;
       }
       pages.begin_page(QString::fromStdString(site_heading(response, misfits, site)));
-      place_curves(pages, ResponseKind::resistivity, site, {0.0, 0.0, 1.0, upper});
-      place_curves(pages, ResponseKind::phase, site, {0.0, upper, 1.0, 1.0 - upper});
+      place_curves(pages, response, ResponseKind::resistivity, site, {0.0, 0.0, 1.0, upper});
+      place_curves(pages, response, ResponseKind::phase, site, {0.0, upper, 1.0, 1.0 - upper});
     }
     pages.finish();
     return 0;

@@ -1,4 +1,4 @@
-// section_picture.h: from what a person wants to see of an iteration to its picture, on screen or in a file.
+// section_picture.h: from what the user wants to see of an iteration to its picture, on screen or in a file.
 #pragma once
 #include <optional>
 #include <string>
@@ -9,25 +9,25 @@
 namespace Module_occam {
 
 struct SectionLook {
-  std::optional<SectionChoices> choices;  // none: what was typed makes no picture
+  std::optional<SectionChoices> choices;  // none: what was typed is invalid
   int colour_table = 2;                   // index of colour_table_names
   bool invert = false;
   bool draw_mesh = false;
 };
 
-/// The picture of the current iteration; where there is none, its note says why.
+/// The picture of the current iteration; if it is blank, its note says why.
 SectionPicture make_section_picture(RunView& view, const SectionLook& look, PictureSize size);
 
 /// "Iteration 12   RMS error 1.0000   Roughness 16.6305   Lagrange Multiplier 0.9537"
 std::string iteration_heading(const RunView& view);
 
-/// Writes the section as PNG or PDF, as the path ends; an earlier file stays if that fails.
+/// Writes the section as PNG or PDF, by the ending of the path; an earlier file stays if that fails.
 /// @param size  device-independent pixels of the drawing below its heading
 /// @return 0, or -1 after a message
 [[nodiscard]] int save_section(RunView& view, const SectionLook& look, const std::string& path, QSize size);
 
 /// Writes observed and modelled curves of all sites as PDF, a page each.
-/// @return 0; -1 after a message, or without one when the person has stopped it
+/// @return 0; -1 after a message, or without one if the user stopped it
 [[nodiscard]] int save_station_fits(RunView& view, const std::string& path);
 
 }  // namespace Module_occam

@@ -18,7 +18,7 @@ unsigned lower_of(unsigned letter) {
   if (letter == 0x178) {
     return 0xFF;
   }
-  // In these two stretches capitals and small letters take turns; capitals are odd in the second.
+  // In these two ranges capitals and small letters alternate; in the second, capitals are odd.
   if (within(0x100, 0x12F) || within(0x132, 0x137) || within(0x14A, 0x177)) {
     return letter | 1U;
   }
@@ -34,9 +34,13 @@ bool is_ascii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+std::string_view without_trailing_blanks(std::string_view text) {
+  const std::size_t last = text.find_last_not_of(' ');
+  return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
+}
+
 std::string folded_text(std::string_view utf8) {
-  const std::size_t last = utf8.find_last_not_of(' ');
-  std::string folded(utf8.substr(0, last == std::string_view::npos ? 0 : last + 1));
+  std::string folded(without_trailing_blanks(utf8));
   for (std::size_t i = 0; i < folded.size(); ++i) {
     const auto byte = static_cast<unsigned char>(folded[i]);
     if (byte < 0x80) {

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <stdexcept>
 #include <string_view>
 
 #include <sys/stat.h>
@@ -10,6 +11,7 @@
 #include "platform/dao/error.h"
 #include "platform/dao/jet/jet_file.h"
 #include "platform/dao/sidecar_files.h"
+#include "platform/files/safe_files.h"
 
 namespace dao {
 
@@ -51,6 +53,14 @@ void vacuum_into(const std::string& source, const std::string& destination) {
   }
 }
 
+void flush(const std::string& path) {
+  try {
+    safe_files::flush_file(path);
+  } catch (const std::runtime_error& failure) {
+    throw Error(failure.what());
+  }
+}
+
 }  // namespace
 
 FileKind file_kind(const std::string& path) {
@@ -85,18 +95,20 @@ void recover_database(const std::string& path) {
 }
 
 void compact_database(const std::string& source, const std::string& destination) {
-  if (file_kind(source) == FileKind::genuine_jet) {
-    convert_jet_database(source, destination);
-    flush_to_disk(destination);
-    return;
-  }
-  if (file_kind(source) == FileKind::unknown) {
+  const FileKind kind = file_kind(source);
+  if (kind == FileKind::unknown) {
     throw Error("file is not a database");
   }
-  make_new_file(destination);
+  if (kind == FileKind::genuine_jet) {
+    convert_jet_database(source, destination);
+  } else {
+    make_new_file(destination);
+  }
   try {
-    vacuum_into(source, destination);
-    flush_to_disk(destination);
+    if (kind == FileKind::survey_engine) {
+      vacuum_into(source, destination);
+    }
+    flush(destination);
   } catch (...) {
     remove_database_file(destination);
     throw;

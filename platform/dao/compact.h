@@ -6,17 +6,18 @@ namespace dao {
 
 enum class FileKind { survey_engine, genuine_jet, unknown };
 
-/// Tells a file by its first bytes; `unknown` also for a missing or unreadable one.
+/// The kind of a file, by its first bytes; `unknown` also for a missing or unreadable one.
 FileKind file_kind(const std::string& path);
 
-/// Brings back what a crashed run left in a journal beside the file, and leaves the file whole by itself,
-/// with no journal. Throws dao::Error if another process has the file open, if it can't be written or isn't a
+/// Recovers what a crashed run left in a journal beside the file, which is then complete by itself, without a
+/// journal. Throws dao::Error if another process has the file open, if it can't be written or isn't a
 /// database. Does nothing to a genuine Jet file.
 void recover_database(const std::string& path);
 
 /// Writes the contents of `source` into the new file `destination`, freshly packed; a genuine Jet file is
 /// converted on the way. `source` is only read. Throws dao::Error, and then leaves no destination, if the
-/// source can't be read whole (damaged, truncated, foreign) or the destination exists or can't be written.
+/// source can't be read completely (damaged, truncated, foreign) or the destination exists or can't be
+/// written.
 void compact_database(const std::string& source, const std::string& destination);
 
 }  // namespace dao

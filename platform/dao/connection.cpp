@@ -7,6 +7,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/error.h"
 
 namespace dao {
 
@@ -156,11 +157,10 @@ Connection::Connection(const std::string& path, Access access) : access_(access)
   path_ = sqlite3_db_filename(handle, "main");
   device_ = file.st_dev;
   inode_ = file.st_ino;
-  // A survey that was moved, removed or lost with its folder would go on taking edits that no one finds
-  // again.
+  // Without this, a survey that was moved or removed would go on accepting edits that are lost.
   sqlite3_commit_hook(handle, refuse_commit_elsewhere, this);
   sqlite3_busy_timeout(handle, busy_timeout_milliseconds);
-  // A misspelled column must not be taken for a text.
+  // A misspelled column must not count as a text.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
@@ -184,10 +184,10 @@ void Connection::close() {
     if (sqlite3_get_autocommit(handle_.get()) == 0) {
       roll_back();
     }
-    // A file at rest carries no log, so that it can be read from a folder that can't be written and copied by
-    // itself. Where another process has it open, that one does this.
+    // A closed file has no log beside it, so that it can be copied alone and read from a folder that can't be
+    // written to. If another process has it open, that one removes the log.
     sqlite3_busy_timeout(handle_.get(), 0);
-    // A file that was moved is left whole; what lies beside its earlier path isn't ours any more.
+    // A file that was moved is left complete; what is beside its earlier path isn't ours any more.
     sqlite3_exec(handle_.get(),
                  stands_at_path() ? "PRAGMA journal_mode = DELETE" : "PRAGMA wal_checkpoint(TRUNCATE)",
                  nullptr, nullptr, nullptr);
@@ -259,7 +259,7 @@ StatementHandle Connection::borrow(const std::string& sql) {
 
 void Connection::give_back(std::string sql, StatementHandle statement) {
   if (cache_index_.contains(sql)) {
-    return;  // the same statement was on loan twice
+    return;  // the same statement was borrowed twice
   }
   cache_.emplace_front(std::move(sql), std::move(statement));
   cache_index_.emplace(cache_.front().first, cache_.begin());

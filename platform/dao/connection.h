@@ -11,7 +11,7 @@
 
 #include <sqlite3.h>
 
-#include "platform/dao/database.h"
+#include "platform/dao/access.h"
 #include "platform/dao/statement_translator.h"
 #include "platform/dao/table_definition.h"
 #include "platform/dao/value.h"
@@ -25,7 +25,7 @@ using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 class Connection;
 
-/// A prepared statement on loan from its connection; given back, reset and unbound, when it goes. A statement
+/// A prepared statement borrowed from its connection; destroying it resets it and gives it back. A statement
 /// lives within one procedure, so that no read stays open between the calls of this library.
 class Statement {
  public:
@@ -39,7 +39,7 @@ class Statement {
   void bind(const Value& value) { bind(std::span(&value, 1)); }
   void bind_integer(std::int64_t value);
 
-  /// @return true with a row at hand, false when done
+  /// @return true if there is a row, false when done
   bool step();
 
   [[nodiscard]] int column_count() const { return sqlite3_column_count(handle_.get()); }

@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "platform/dao/connection.h"
-#include "platform/dao/recordset_implementation.h"
+#include "platform/dao/dynaset.h"
 #include "platform/dao/sidecar_files.h"
+#include "platform/dao/snapshot.h"
+#include "platform/dao/statement_translator.h"
 
 namespace dao {
 
@@ -19,7 +21,8 @@ Connection& open(const std::shared_ptr<Connection>& connection) {
   return *connection;
 }
 
-// Readers go on beside a writer, and a commit doesn't wait for the disk; what a kill leaves is whole.
+// Readers go on beside a writer, and a commit doesn't wait for the disk; a killed process leaves a sound
+// file.
 void work_with_log(Connection& connection) {
   connection.run("PRAGMA journal_mode = WAL");
   connection.run("PRAGMA synchronous = NORMAL");
@@ -38,8 +41,8 @@ Database Database::create(const std::string& path, std::string_view /*locale*/) 
   make_new_file(path);
   Database database;
   database.connection_ = std::make_shared<Connection>(path, Access::read_write);
-  // Writes the first page, so that the file is a database from the beginning. There is nothing to lose yet
-  // that would be worth waiting for the disk.
+  // Writes the first page, so that the file is a database from the beginning. There is nothing to lose yet,
+  // so it needn't wait for the disk.
   database.connection_->run("PRAGMA synchronous = OFF");
   database.connection_->run("PRAGMA user_version = 1");
   work_with_log(*database.connection_);
@@ -107,7 +110,7 @@ Transaction::Transaction(Database& database) : connection_(database.connection_)
 
 Transaction::~Transaction() {
   if (connection_ && connection_->is_open()) {
-    // Errors aside: a transaction that the engine has ended by itself is rolled back already.
+    // The result doesn't matter: a transaction that the engine has ended by itself is rolled back already.
     connection_->roll_back();
   }
 }

@@ -1,42 +1,24 @@
 // database.h: the database engine as the survey's modules know it, on SQLite.
 //
-// Statements are worded in the engine's dialect: types COUNTER, LONG, SINGLE, DOUBLE, TEXT(n), BIT,
+// Statements are written in the engine's dialect: types COUNTER, LONG, SINGLE, DOUBLE, TEXT(n), BIT,
 // LONGBINARY, DATETIME; WITH PRIMARY; [names in brackets]; Val(...); Abs(...); date literals #MM/DD/YYYY#;
-// text literals in apostrophes, which know no escape. What the engine's comparison means holds here too: text
-// compares without regard to case and to trailing blanks, a date literal matches its whole day, a SINGLE
-// column compares by the decimal that people see (0.1 finds 0.1). Failures throw dao::Error with the engine's
-// description.
+// text literals in apostrophes, without an escape. Comparisons are the engine's: text compares without regard
+// to case and to trailing blanks, a date literal matches its whole day, a SINGLE column compares by the
+// decimal that users see (0.1 finds 0.1). Failures throw dao::Error with the engine's description.
 #pragma once
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/dao/access.h"
+#include "platform/dao/column.h"
 #include "platform/dao/error.h"
 #include "platform/dao/recordset.h"
 
 namespace dao {
 
 class Connection;  // the SQLite handle with its cache of prepared statements
-
-enum class ColumnType {
-  counter,
-  long_integer,
-  single_float,
-  double_float,
-  text,
-  bit,
-  long_binary,
-  date_time
-};
-
-struct Column {
-  std::string name;
-  ColumnType type = ColumnType::long_integer;
-  int size = 0;  // characters of a TEXT(n) column
-};
-
-enum class Access { read_write, read_only };
 
 /// An open database file. Movable; closes with its last recordset gone or on close().
 class Database {
@@ -46,7 +28,7 @@ class Database {
   Database& operator=(Database&&) noexcept;
   ~Database();
 
-  /// Makes a new, empty file. Fails if the file exists or can't be made. `locale` is the engine's locale
+  /// Creates a new, empty file. Fails if the file exists or can't be created. `locale` is the engine's locale
   /// string (";LANGID=0x0409;CP=1252;COUNTRY=0"); text is kept as UTF-8 whatever it says.
   static Database create(const std::string& path, std::string_view locale);
 

@@ -1,12 +1,12 @@
-// A dynaset: the rows of one table that answer a condition, by their keys.
-//
 // The list of keys is built only when something needs it. Until then the dynaset knows its current row's key
 // alone, and a search is one indexed look-up. No statement stays open between calls.
+#include "platform/dao/dynaset.h"
+
 #include <algorithm>
 #include <optional>
 #include <utility>
 
-#include "platform/dao/recordset_implementation.h"
+#include "platform/dao/sql_fragment.h"
 
 namespace dao {
 
@@ -15,18 +15,18 @@ namespace {
 using Key = std::int64_t;
 
 enum class Place {
-  before_first_look,  // on the first row, which nothing has asked for yet
+  before_first_look,  // on the first row, which hasn't been needed yet
   on_row,
-  behind_deleted,  // the row is gone; the next move goes to the one that followed it
+  after_deleted,  // the row is gone; the next move goes to the one that followed it
   at_end
 };
 
 enum class Editing { none, new_row, current_row };
 
-class Dynaset final : public Recordset::Implementation {
+class Dynaset final : public RowSource {
  public:
   Dynaset(const std::shared_ptr<Connection>& connection, SelectStatement select)
-      : Implementation(connection, connection->table(select.table)),
+      : RowSource(connection, connection->table(select.table)),
         table_name_(quoted_name(table_->name)),
         condition_(std::move(select.condition)),
         order_(std::move(select.order)) {
@@ -41,7 +41,7 @@ class Dynaset final : public Recordset::Implementation {
       const bool is_bytes = field.column->type == ColumnType::long_binary;
       (is_bytes ? bytes_fields_ : row_fields_).push_back(&field);
     }
-    // What doesn't fit the table shows at opening, not at the first move.
+    // A statement that doesn't fit the table fails at opening, not at the first move.
     Statement check(*connection_, keys_statement({}, false));
   }
 
@@ -97,7 +97,8 @@ class Dynaset final : public Recordset::Implementation {
   std::string table_name_;
   Fragment condition_;
   std::string order_;
-  // Byte strings lie far behind the other fields of a row and are read, all at once, when one is asked for.
+  // Byte strings are stored far after the other fields of a row; they are read, all at once, when one is
+  // needed.
   std::string row_statement_;
   std::string bytes_statement_;
   std::vector<const Field*> row_fields_;
@@ -113,7 +114,7 @@ class Dynaset final : public Recordset::Implementation {
 
   bool has_keys_ = false;
   std::vector<Key> keys_;
-  std::optional<std::size_t> index_;  // of the current row in keys_, or of the row behind a deleted one
+  std::optional<std::size_t> index_;  // of the current row in keys_, or of the row after a deleted one
   std::vector<Key> added_;            // through this dynaset, since it was opened or queried again
 
   Editing editing_ = Editing::none;
@@ -129,7 +130,7 @@ std::string Dynaset::row_statement(const std::vector<const Field*>& fields) cons
 }
 
 // Parameters: the condition's, the criteria's, and with rows added the key of the first of them. Added rows
-// stand behind all others.
+// come after all others.
 std::string Dynaset::keys_statement(std::string_view criteria, bool only_first) const {
   std::string sql = "SELECT rowid FROM " + table_name_;
   const bool has_both = !condition_.sql.empty() && !criteria.empty();
@@ -217,8 +218,8 @@ void Dynaset::find_in_keys() {
   index_ = static_cast<std::size_t>(found - keys_.begin());
 }
 
-// A write can take the current row out of the condition or move it in the order; the place in the list must
-// be known before. The plain order of a whole table can't change that way.
+// A write can make the current row fail the condition or move it in the order, so its place in the list must
+// be found before. The plain order of a whole table can't change that way.
 void Dynaset::keep_place_before_write() {
   if (!condition_.sql.empty() || !order_.empty()) {
     find_in_keys();
@@ -251,7 +252,7 @@ void Dynaset::move_next() {
   if (place_ == Place::at_end) {
     throw Error("no current record");
   }
-  if (place_ == Place::behind_deleted) {
+  if (place_ == Place::after_deleted) {
     if (!index_) {
       build_keys();  // in the table's own order, which the key alone gives
       index_ = static_cast<std::size_t>(std::upper_bound(keys_.begin(), keys_.end(), key_) - keys_.begin());
@@ -303,7 +304,7 @@ void Dynaset::requery() {
 
 Key Dynaset::current_key() {
   look_at_first();
-  if (place_ == Place::behind_deleted) {
+  if (place_ == Place::after_deleted) {
     throw Error("record is deleted");
   }
   if (place_ == Place::at_end) {
@@ -506,7 +507,7 @@ void Dynaset::delete_row() {
   if (sqlite3_changes64(connection().handle()) == 0) {
     throw Error("record is deleted");
   }
-  place_ = Place::behind_deleted;
+  place_ = Place::after_deleted;
   if (has_keys_) {
     keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(*index_));
   }
@@ -515,8 +516,8 @@ void Dynaset::delete_row() {
 
 }  // namespace
 
-std::unique_ptr<Recordset::Implementation> make_dynaset(const std::shared_ptr<Connection>& connection,
-                                                        SelectStatement select) {
+std::unique_ptr<RowSource> make_dynaset(const std::shared_ptr<Connection>& connection,
+                                        SelectStatement select) {
   return std::make_unique<Dynaset>(connection, std::move(select));
 }
 

@@ -4,14 +4,14 @@
 
 namespace dao {
 
-/// The engine's description, ready to stand behind a fixed text ("... opening the database: database is
+/// The engine's description, to follow a fixed text ("... opening the database: database is
 /// locked").
 class Error : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Another process has the file, or is about to.
+/// Another process has the file open, or is opening it.
 class LockedError : public Error {
  public:
   LockedError() : Error("database is locked") {}

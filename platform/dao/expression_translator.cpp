@@ -11,7 +11,7 @@ namespace dao {
 
 namespace {
 
-// Words that stand for themselves; every other word is a column.
+// Words that go into the SQL as they are; every other word is a column.
 constexpr std::array<std::string_view, 7> operator_words{"AND", "OR", "NOT", "IS", "NULL", "IN", "BETWEEN"};
 constexpr std::array<std::string_view, 7> function_words{"Val", "Abs", "Max", "Min", "Count", "Sum", "Avg"};
 
@@ -40,11 +40,6 @@ std::string compared_text(std::string_view column) {
 
 }  // namespace
 
-std::string_view without_trailing_blanks(std::string_view text) {
-  const std::size_t last = text.find_last_not_of(' ');
-  return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
-}
-
 void ExpressionTranslator::fail() const { throw syntax_error(statement_); }
 
 void ExpressionTranslator::put(std::string_view sql) {
@@ -60,8 +55,8 @@ void ExpressionTranslator::put_parameter(Value value) {
 }
 
 // Text reaches a statement unescaped, so that apostrophes in it could carry words of the dialect. These two
-// rules leave such words no more than to narrow a condition: nothing but AND follows a text literal, and OR
-// stands in parentheses.
+// rules let such words only narrow a condition: nothing but AND follows a text literal, and OR must be in
+// parentheses.
 void ExpressionTranslator::check_text_literals(const std::vector<Token>& tokens, std::size_t first,
                                                std::size_t end) const {
   bool has_text = false;
@@ -204,8 +199,8 @@ void ExpressionTranslator::put_day_comparison(const Column& column, bool equal, 
   fragment_.parameters.emplace_back(day + 1.0);
 }
 
-// The engine's own comparison knows the case of ASCII letters only. What stands before the first other letter
-// narrows the search through an index.
+// The engine's own comparison ignores the case of ASCII letters only. The text before the first other letter
+// narrows the search, which can use an index for it.
 void ExpressionTranslator::put_folded_comparison(const Column& column, bool equal,
                                                  const std::string& literal) {
   const std::string folded = folded_text(literal);
@@ -222,7 +217,7 @@ void ExpressionTranslator::put_folded_comparison(const Column& column, bool equa
   put(name + " < ? AND");
   put("fold_case(" + quoted_name(column.name) + ") = ? )");
   fragment_.parameters.emplace_back(prefix);
-  fragment_.parameters.emplace_back(prefix + "\xF4\x8F\xBF\xBF");  // the last character there is
+  fragment_.parameters.emplace_back(prefix + "\xF4\x8F\xBF\xBF");  // the last character of Unicode
   fragment_.parameters.emplace_back(folded);
 }
 

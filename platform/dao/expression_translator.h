@@ -5,30 +5,34 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/dao/statement_translator.h"
+#include "platform/dao/column.h"
+#include "platform/dao/sql_fragment.h"
+#include "platform/dao/table_definition.h"
 #include "platform/dao/tokens.h"
+#include "platform/dao/value.h"
 
 namespace dao {
 
-/// A run of tokens being translated, with the SQL made so far.
+/// Translates runs of tokens; the SQL of all of them is in fragment().
 class ExpressionTranslator {
  public:
-  /// @param statement  as worded, for error messages
+  /// @param statement  as written, for error messages
   ExpressionTranslator(std::string_view statement, const TableDefinition& table)
       : statement_(statement), table_(table) {}
 
   /// Tokens first to end as a condition or another expression: text is compared without regard to case and
-  /// trailing blanks, a date literal stands for its day.
+  /// trailing blanks, a date literal means its whole day.
   void expression(const std::vector<Token>& tokens, std::size_t first, std::size_t end);
 
-  /// The terms of an ORDER BY. Behind Val(column) the column itself follows, so that lines of one number and
+  /// The terms of an ORDER BY. Val(column) is followed by the column itself, so that lines of one number and
   /// different letters are not mixed.
   void order(const std::vector<Token>& tokens, std::size_t first, std::size_t end);
 
   /// The items of a SELECT; a text column is given without its trailing blanks, as DISTINCT compares it.
   void select_list(const std::vector<Token>& tokens, std::size_t first, std::size_t end);
 
-  /// A literal, perhaps with a minus sign, as the value that a column keeps. Gives the place behind it.
+  /// A literal, perhaps with a minus sign, as the value that a column stores.
+  /// @return the place after it
   std::size_t assigned_literal(const std::vector<Token>& tokens, std::size_t place, const Column& column);
 
   Fragment& fragment() { return fragment_; }
@@ -50,8 +54,5 @@ class ExpressionTranslator {
   const TableDefinition& table_;
   Fragment fragment_;
 };
-
-/// Text without trailing blanks, as comparisons see it.
-std::string_view without_trailing_blanks(std::string_view text);
 
 }  // namespace dao

@@ -6,27 +6,27 @@
 #include <utility>
 
 #include "platform/dao/error.h"
-#include "platform/dao/recordset_implementation.h"
+#include "platform/dao/row_source.h"
 
 namespace dao {
 
 namespace {
 
-Recordset::Implementation& open(const std::unique_ptr<Recordset::Implementation>& implementation) {
-  if (!implementation) {
+RowSource& open(const std::unique_ptr<RowSource>& rows) {
+  if (!rows) {
     throw Error("the recordset is closed");
   }
-  return *implementation;
+  return *rows;
 }
 
 [[noreturn]] void fail_type(const Field& field) {
   throw Error("data type mismatch: field '" + field.name + "'");
 }
 
-// A computed field has no declared type; what it holds decides.
+// A computed field has no declared type; its value decides.
 template <class... Types>
-const Field& field_of_type(Recordset::Implementation& recordset, std::string_view name, Types... types) {
-  const Field& field = recordset.field(name);
+const Field& field_of_type(RowSource& rows, std::string_view name, Types... types) {
+  const Field& field = rows.field(name);
   if (field.column != nullptr && ((field.column->type != types) && ...)) {
     fail_type(field);
   }
@@ -52,44 +52,43 @@ double number_in(const Field& field, const Value& value) {
 }  // namespace
 
 Recordset::Recordset() = default;
-Recordset::Recordset(std::unique_ptr<Implementation> implementation)
-    : implementation_(std::move(implementation)) {}
+Recordset::Recordset(std::unique_ptr<RowSource> rows) : rows_(std::move(rows)) {}
 Recordset::Recordset(Recordset&&) noexcept = default;
 Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 Recordset::~Recordset() = default;
 
-bool Recordset::is_open() const { return implementation_ && implementation_->is_open(); }
-void Recordset::close() { implementation_.reset(); }
+bool Recordset::is_open() const { return rows_ && rows_->is_open(); }
+void Recordset::close() { rows_.reset(); }
 
-void Recordset::find_first(std::string_view criteria) { open(implementation_).find_first(criteria); }
-bool Recordset::no_match() const { return open(implementation_).no_match(); }
-bool Recordset::eof() const { return open(implementation_).eof(); }
-void Recordset::move_first() { open(implementation_).move_first(); }
-void Recordset::move_next() { open(implementation_).move_next(); }
-void Recordset::move_last() { open(implementation_).move_last(); }
-std::int32_t Recordset::record_count() const { return open(implementation_).record_count(); }
+void Recordset::find_first(std::string_view criteria) { open(rows_).find_first(criteria); }
+bool Recordset::no_match() const { return open(rows_).no_match(); }
+bool Recordset::eof() const { return open(rows_).eof(); }
+void Recordset::move_first() { open(rows_).move_first(); }
+void Recordset::move_next() { open(rows_).move_next(); }
+void Recordset::move_last() { open(rows_).move_last(); }
+std::int32_t Recordset::record_count() const { return open(rows_).record_count(); }
 void Recordset::set_absolute_position(std::int32_t position) {
-  Implementation& recordset = open(implementation_);
-  if (position < 0 || position >= recordset.record_count()) {
+  RowSource& rows = open(rows_);
+  if (position < 0 || position >= rows.record_count()) {
     throw Error("no current record");
   }
-  recordset.set_absolute_position(static_cast<std::size_t>(position));
+  rows.set_absolute_position(static_cast<std::size_t>(position));
 }
-void Recordset::requery() { open(implementation_).requery(); }
-void Recordset::add_new() { open(implementation_).add_new(); }
-void Recordset::edit() { open(implementation_).edit(); }
-void Recordset::update() { open(implementation_).update(); }
-void Recordset::delete_row() { open(implementation_).delete_row(); }
+void Recordset::requery() { open(rows_).requery(); }
+void Recordset::add_new() { open(rows_).add_new(); }
+void Recordset::edit() { open(rows_).edit(); }
+void Recordset::update() { open(rows_).update(); }
+void Recordset::delete_row() { open(rows_).delete_row(); }
 
 bool Recordset::is_null(std::string_view field) const {
-  Implementation& recordset = open(implementation_);
-  return std::holds_alternative<Null>(recordset.value(recordset.field(field)));
+  RowSource& rows = open(rows_);
+  return std::holds_alternative<Null>(rows.value(rows.field(field)));
 }
 
 std::int32_t Recordset::get_long(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::counter, ColumnType::long_integer);
-  const double number = number_in(field, recordset.value(field));
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::counter, ColumnType::long_integer);
+  const double number = number_in(field, rows.value(field));
   if (number != std::trunc(number)) {
     fail_type(field);
   }
@@ -101,9 +100,9 @@ std::int32_t Recordset::get_long(std::string_view name) const {
 }
 
 float Recordset::get_single(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::single_float);
-  const double number = number_in(field, recordset.value(field));
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::single_float);
+  const double number = number_in(field, rows.value(field));
   if (std::isfinite(number) && std::abs(number) > double{FLT_MAX} * (1.0 + 1e-8)) {
     fail_range(field);
   }
@@ -111,22 +110,22 @@ float Recordset::get_single(std::string_view name) const {
 }
 
 double Recordset::get_double(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::double_float, ColumnType::single_float,
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::double_float, ColumnType::single_float,
                                      ColumnType::long_integer, ColumnType::counter);
-  return number_in(field, recordset.value(field));
+  return number_in(field, rows.value(field));
 }
 
 double Recordset::get_date(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::date_time);
-  return number_in(field, recordset.value(field));
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::date_time);
+  return number_in(field, rows.value(field));
 }
 
 std::string Recordset::get_text(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::text);
-  Value value = recordset.value(field);
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::text);
+  Value value = rows.value(field);
   if (auto* const text = std::get_if<std::string>(&value)) {
     return std::move(*text);
   }
@@ -137,64 +136,63 @@ std::string Recordset::get_text(std::string_view name) const {
 }
 
 bool Recordset::get_bit(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::bit);
-  return number_in(field, recordset.value(field)) != 0.0;
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::bit);
+  return number_in(field, rows.value(field)) != 0.0;
 }
 
 Bytes Recordset::get_binary(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  return recordset.bytes(field_of_type(recordset, name, ColumnType::long_binary));
+  RowSource& rows = open(rows_);
+  return rows.bytes(field_of_type(rows, name, ColumnType::long_binary));
 }
 
 std::int64_t Recordset::field_size(std::string_view name) const {
-  Implementation& recordset = open(implementation_);
-  return recordset.size(field_of_type(recordset, name, ColumnType::long_binary));
+  RowSource& rows = open(rows_);
+  return rows.size(field_of_type(rows, name, ColumnType::long_binary));
 }
 
 void Recordset::set_null(std::string_view field) {
-  Implementation& recordset = open(implementation_);
-  recordset.set(recordset.field(field), Null());
+  RowSource& rows = open(rows_);
+  rows.set(rows.field(field), Null());
 }
 
 void Recordset::set_long(std::string_view name, std::int32_t value) {
-  Implementation& recordset = open(implementation_);
-  recordset.set(field_of_type(recordset, name, ColumnType::counter, ColumnType::long_integer),
-                std::int64_t{value});
+  RowSource& rows = open(rows_);
+  rows.set(field_of_type(rows, name, ColumnType::counter, ColumnType::long_integer), std::int64_t{value});
 }
 
 void Recordset::set_single(std::string_view name, float value) {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::single_float);
-  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_single(*field.column, value));
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::single_float);
+  rows.set(field, field.column == nullptr ? Value(Null()) : stored_single(*field.column, value));
 }
 
 void Recordset::set_double(std::string_view name, double value) {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::double_float);
-  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_double(*field.column, value));
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::double_float);
+  rows.set(field, field.column == nullptr ? Value(Null()) : stored_double(*field.column, value));
 }
 
 void Recordset::set_date(std::string_view name, double days) {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::date_time);
-  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_double(*field.column, days));
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::date_time);
+  rows.set(field, field.column == nullptr ? Value(Null()) : stored_double(*field.column, days));
 }
 
 void Recordset::set_text(std::string_view name, std::string_view value) {
-  Implementation& recordset = open(implementation_);
-  const Field& field = field_of_type(recordset, name, ColumnType::text);
-  recordset.set(field, field.column == nullptr ? Value(Null()) : stored_text(*field.column, value));
+  RowSource& rows = open(rows_);
+  const Field& field = field_of_type(rows, name, ColumnType::text);
+  rows.set(field, field.column == nullptr ? Value(Null()) : stored_text(*field.column, value));
 }
 
 void Recordset::set_bit(std::string_view name, bool value) {
-  Implementation& recordset = open(implementation_);
-  recordset.set(field_of_type(recordset, name, ColumnType::bit), std::int64_t{value});
+  RowSource& rows = open(rows_);
+  rows.set(field_of_type(rows, name, ColumnType::bit), std::int64_t{value});
 }
 
 void Recordset::set_binary(std::string_view name, std::span<const std::byte> value) {
-  Implementation& recordset = open(implementation_);
-  recordset.set(field_of_type(recordset, name, ColumnType::long_binary), Bytes(value.begin(), value.end()));
+  RowSource& rows = open(rows_);
+  rows.set(field_of_type(rows, name, ColumnType::long_binary), Bytes(value.begin(), value.end()));
 }
 
 }  // namespace dao

@@ -2,7 +2,7 @@
 //
 // A dynaset remembers which rows it has and in which order, and reads a row's values when it comes to it;
 // rows added through it join it at its end until the next requery. It starts on its first row, or at its end
-// when there is none. Building the list of rows is put off until something needs it (moving, counting, eof),
+// when there is none. The list of rows is built only when something needs it (moving, counting, eof),
 // so that opening, adding, searching and requery cost no walk through a large table. An error (dao::Error) is
 // thrown for: use after close or after the database's close; reading or editing without a current row; a
 // write outside add_new/edit ... update; an unknown field; a getter or setter that doesn't fit the column's
@@ -14,18 +14,17 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "platform/dao/value.h"
 
 namespace dao {
 
-using Bytes = std::vector<std::byte>;
+class RowSource;
 
 class Recordset {
  public:
-  class Implementation;
-
   Recordset();  // closed
-  explicit Recordset(std::unique_ptr<Implementation> implementation);
+  explicit Recordset(std::unique_ptr<RowSource> rows);
   Recordset(Recordset&&) noexcept;
   Recordset& operator=(Recordset&&) noexcept;
   ~Recordset();
@@ -33,7 +32,7 @@ class Recordset {
   [[nodiscard]] bool is_open() const;
   void close();  // closing twice is harmless
 
-  /// Finds the first row, in this recordset's order, that answers the criteria ("FileID = 3 AND DataType =
+  /// Finds the first row, in this recordset's order, that matches the criteria ("FileID = 3 AND DataType =
   /// 'ExHy'"). A match becomes the current row; without one the current row stays and no_match() is true.
   void find_first(std::string_view criteria);
   [[nodiscard]] bool no_match() const;
@@ -85,7 +84,7 @@ class Recordset {
   void set_binary(std::string_view field, std::span<const std::byte> value);
 
  private:
-  std::unique_ptr<Implementation> implementation_;
+  std::unique_ptr<RowSource> rows_;
 };
 
 }  // namespace dao

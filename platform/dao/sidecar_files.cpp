@@ -13,15 +13,10 @@ namespace dao {
 
 namespace {
 
-void flush(const std::string& path, int flags) {
-  const int file = ::open(path.c_str(), flags | O_CLOEXEC);
-  if (file < 0) {
-    throw Error("unable to open " + path);
-  }
-  const bool flushed = ::fsync(file) == 0;
-  ::close(file);
-  if (!flushed) {
-    throw Error("disk I/O error: " + path);
+void remove_sidecars(const std::string& path) {
+  for (const char* const ending : {"-wal", "-shm", "-journal"}) {
+    std::error_code ignored;
+    std::filesystem::remove(path + ending, ignored);
   }
 }
 
@@ -37,23 +32,10 @@ void make_new_file(const std::string& path) {
   remove_sidecars(path);
 }
 
-void remove_sidecars(const std::string& path) {
-  for (const char* const ending : {"-wal", "-shm", "-journal"}) {
-    std::error_code ignored;
-    std::filesystem::remove(path + ending, ignored);
-  }
-}
-
 void remove_database_file(const std::string& path) {
   std::error_code ignored;
   std::filesystem::remove(path, ignored);
   remove_sidecars(path);
-}
-
-void flush_to_disk(const std::string& path) {
-  flush(path, O_RDONLY);
-  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  flush(folder.empty() ? "." : folder.string(), O_RDONLY | O_DIRECTORY);
 }
 
 }  // namespace dao

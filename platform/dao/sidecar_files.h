@@ -4,16 +4,11 @@
 
 namespace dao {
 
-/// Makes a new, empty file; an error if there is one or it can't be made. Logs that stand beside the path are
-/// removed: they belong to an earlier file of that name, and the engine would play them into the new one.
+/// Creates a new, empty file; dao::Error if there is one or it can't be created. Logs beside the path are
+/// removed: they belong to an earlier file of that name, and the engine would replay them into the new one.
 void make_new_file(const std::string& path);
-
-void remove_sidecars(const std::string& path);
 
 /// Removes a file with its logs; no error if it isn't there.
 void remove_database_file(const std::string& path);
-
-/// Puts a file and its name in the folder on the disk itself.
-void flush_to_disk(const std::string& path);
 
 }  // namespace dao

@@ -1,14 +1,13 @@
-// A snapshot: the rows of a statement with DISTINCT or computed columns, read once.
-#include "platform/dao/recordset_implementation.h"
+#include "platform/dao/snapshot.h"
 
 namespace dao {
 
 namespace {
 
-class Snapshot final : public Recordset::Implementation {
+class Snapshot final : public RowSource {
  public:
   Snapshot(const std::shared_ptr<Connection>& connection, SelectStatement select)
-      : Implementation(connection, connection->table(select.table)), statement_(std::move(select.whole)) {
+      : RowSource(connection, connection->table(select.table)), statement_(std::move(select.whole)) {
     read();
   }
 
@@ -83,8 +82,8 @@ class Snapshot final : public Recordset::Implementation {
 
 }  // namespace
 
-std::unique_ptr<Recordset::Implementation> make_snapshot(const std::shared_ptr<Connection>& connection,
-                                                         SelectStatement select) {
+std::unique_ptr<RowSource> make_snapshot(const std::shared_ptr<Connection>& connection,
+                                         SelectStatement select) {
   return std::make_unique<Snapshot>(connection, std::move(select));
 }
 

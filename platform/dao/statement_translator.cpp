@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/text_fields.h"
+#include "platform/dao/error.h"
 #include "platform/dao/expression_translator.h"
 #include "platform/dao/tokens.h"
 
@@ -145,7 +146,7 @@ Fragment create_table(StatementReader& reader) {
   return {sql + ")", {}};
 }
 
-// Text is indexed as comparisons see it. The sum of two columns may stand for a column.
+// Text is indexed as comparisons see it. The sum of two columns can be indexed like a column.
 std::string indexed_column(StatementReader& reader, const TableDefinition& table) {
   const Column& column = column_of(table, reader.take_name());
   const std::string name = quoted_name(column.name);
@@ -259,14 +260,6 @@ Fragment insert_into(StatementReader& reader, const TableLookup& tables) {
 }
 
 }  // namespace
-
-std::string quoted_name(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char c : name) {
-    quoted.append(c == '"' ? 2 : 1, c);
-  }
-  return quoted + '"';
-}
 
 SelectStatement translate_select(std::string_view statement, const TableLookup& tables) {
   StatementReader reader(statement);

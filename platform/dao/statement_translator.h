@@ -1,26 +1,20 @@
 // statement_translator.h: statements of the dialect turned into SQL of the file's engine.
 //
-// Literals become bound parameters, so that statements of one wording share a prepared statement and nothing
-// that stands in a literal can change what a statement does. Nothing that the engine alone could understand
-// (own functions, own collations) enters the schema: any browser can open the file.
+// Literals become bound parameters, so that statements that differ in literals only share a prepared
+// statement and no literal can change what a statement does. The schema holds no functions or collations of
+// our own, so that any browser can open the file.
 #pragma once
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/dao/sql_fragment.h"
 #include "platform/dao/table_definition.h"
-#include "platform/dao/value.h"
 
 namespace dao {
 
-/// SQL with a "?" for each parameter, in order.
-struct Fragment {
-  std::string sql;
-  std::vector<Value> parameters;
-};
-
-/// Gives a table's definition; throws dao::Error for an unknown table.
+/// Returns a table's definition; throws dao::Error for an unknown table.
 using TableLookup = std::function<const TableDefinition&(std::string_view)>;
 
 struct SelectStatement {
@@ -46,8 +40,5 @@ struct ActionStatement {
 
 /// CREATE TABLE, CREATE INDEX, DROP, INSERT, UPDATE or DELETE.
 ActionStatement translate_action(std::string_view statement, const TableLookup& tables);
-
-/// A name in the engine's quotes.
-std::string quoted_name(std::string_view name);
 
 }  // namespace dao

@@ -8,6 +8,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "platform/dao/error.h"
 
 namespace dao {
 

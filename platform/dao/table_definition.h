@@ -1,11 +1,11 @@
-// table_definition.h: a table's columns as declared, and what may stand in them.
+// table_definition.h: a table's columns as declared, and the values that they accept.
 #pragma once
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/dao/database.h"
+#include "platform/dao/column.h"
 #include "platform/dao/value.h"
 
 namespace dao {
@@ -24,7 +24,7 @@ std::optional<ColumnType> column_type_of(std::string_view word);
 /// The word for a column type in the dialect, upper case.
 std::string_view word_of(ColumnType type);
 
-// Values as their column keeps them; dao::Error names the column if they don't fit.
+// Values as their column stores them; dao::Error names the column if they don't fit.
 Value stored_text(const Column& column, std::string_view text);
 Value stored_long(const Column& column, std::int64_t value);
 Value stored_single(const Column& column, float value);

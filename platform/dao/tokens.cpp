@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "core/calendar.h"
 #include "core/text_fields.h"
 
 namespace dao {
@@ -101,7 +102,7 @@ class Lexer {
     return token;
   }
 
-  // The contents up to the closing sign, which can't stand in them.
+  // The contents up to the closing sign, which can't be part of them.
   std::string enclosed(char closing) {
     const std::size_t end = statement_.find(closing, place_ + 1);
     if (end == std::string_view::npos || end == place_ + 1) {
@@ -149,9 +150,7 @@ class Lexer {
     if (!whole || !date.ok() || year < 100 || year > 9999) {
       fail();
     }
-    constexpr std::chrono::sys_days origin =
-        std::chrono::year(1899) / std::chrono::December / std::chrono::day(30);
-    token.number = static_cast<double>((std::chrono::sys_days(date) - origin).count());
+    token.number = day_count(year, static_cast<int>(month), static_cast<int>(day));
     return token;
   }
 

@@ -22,11 +22,11 @@ struct Token {
   [[nodiscard]] bool is_name() const { return kind == Kind::word || kind == Kind::bracketed_name; }
 };
 
-/// The error to throw for a statement that is none of the dialect.
+/// The error to throw for a statement that isn't in the dialect.
 Error syntax_error(std::string_view statement);
 
 /// Cuts a statement into tokens, the last of kind `end`. A text literal ends at the first apostrophe, as the
-/// dialect knows no escape; anything but a blank or a sign right behind it is a syntax error, like comments,
+/// dialect has no escape; anything but a blank or a sign right after it is a syntax error, like comments,
 /// semicolons inside and characters that the dialect doesn't know. One semicolon at the end is dropped.
 std::vector<Token> tokens_of(std::string_view statement);
 

@@ -1,4 +1,4 @@
-// value.h: what stands in one field of a row, in the storage classes of the database file.
+// value.h: the contents of one field of a row, in the storage classes of the database file.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +9,7 @@
 namespace dao {
 
 using Null = std::monostate;
-using Value = std::variant<Null, std::int64_t, double, std::string, std::vector<std::byte>>;
+using Bytes = std::vector<std::byte>;
+using Value = std::variant<Null, std::int64_t, double, std::string, Bytes>;
 
 }  // namespace dao

@@ -22,7 +22,7 @@ FileLock::~FileLock() = default;
 
 namespace {
 
-/// False once the holder before has removed the file: then a lock on it keeps no one out.
+/// False if an earlier holder has removed the file: then a lock on it keeps nobody out.
 bool stands_at(int descriptor, const std::filesystem::path& place) {
   struct stat held {};
   struct stat standing {};

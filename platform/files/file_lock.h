@@ -1,19 +1,19 @@
-// file_lock.h: one process at a time does what must not be done twice at once.
+// file_lock.h: a lock that lets one process at a time do something.
 #pragma once
 #include <filesystem>
 
-/// Holds a file of its own, locked, for its life; other processes, and other holders in this one, are kept
-/// out. The lock goes with its process, however that ends; a file left behind by a crash locks nothing.
+/// Holds a locked file of its own for its life; other processes, and other holders in this one, are kept out.
+/// The lock ends with its process, however that ends; a file left by a crash locks nothing.
 class FileLock {
  public:
   enum class State {
     held,
     held_elsewhere,
-    unsupported,  // the file system knows no locks
+    unsupported,  // the file system has no locks
   };
 
-  /// Makes the file `place`, or takes one left behind. Throws std::runtime_error with the system's
-  /// description if it can't be made.
+  /// Creates the file `place`, or uses one that a crash left. Throws std::runtime_error with the system's
+  /// description if it can't be created.
   explicit FileLock(std::filesystem::path place);
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;

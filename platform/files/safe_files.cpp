@@ -19,8 +19,8 @@ namespace safe_files {
 
 namespace {
 
-// What has been written must be on the disk before a rename makes it the only copy. A full or failing disk
-// may show only here; what it has not taken is of no use and goes.
+// The contents must be on the disk before a rename makes them the only copy. A full or failing disk may show
+// only here; the incomplete file is then removed.
 void flush_to_disk(const fs::path& file) {
 #ifndef _WIN32
   const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
@@ -52,7 +52,7 @@ void remove_quietly(const fs::path& file) {
   fs::remove(file, ignored);
 }
 
-// The library's copying of files tells of a full disk as of any other error of input or output.
+// The library's copying of files reports a full disk like any other input or output error.
 void copy_bytes(const fs::path& source, const fs::path& destination) {
   errno = 0;
   std::ifstream from(source, std::ios::binary);
@@ -97,7 +97,7 @@ std::string write_straight(const fs::path& file, std::string_view contents) {
   return errno == 0 ? "the file can't be written" : std::generic_category().message(errno);
 }
 
-/// Writes the neighbour of a destination; there is none after a failure.
+/// Writes the neighbour of a destination; a failure leaves none.
 void write_neighbour(const fs::path& destination, std::string_view contents) {
   const fs::path neighbour = neighbour_of(destination);
   if (const std::string reason = write_straight(neighbour, contents); !reason.empty()) {
@@ -107,7 +107,7 @@ void write_neighbour(const fs::path& destination, std::string_view contents) {
   flush_to_disk(neighbour);
 }
 
-/// A device or pipe takes bytes, but no other file can take its place.
+/// A device or pipe takes bytes, but can't be replaced by a file.
 bool only_takes_bytes(const fs::path& destination) {
   std::error_code ignored;
   const fs::file_status status = fs::status(destination, ignored);
@@ -115,6 +115,11 @@ bool only_takes_bytes(const fs::path& destination) {
 }
 
 }  // namespace
+
+void flush_file(const fs::path& file) {
+  flush_to_disk(file);
+  flush_folder_of(file);
+}
 
 void move_into_place(const fs::path& source, const fs::path& destination) {
   rename_over(source, destination);

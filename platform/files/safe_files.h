@@ -20,6 +20,10 @@ void move_into_place(const std::filesystem::path& source, const std::filesystem:
 /// Writes `contents` to `destination` in the same way; to a device or pipe straight.
 void write_into_place(const std::filesystem::path& destination, std::string_view contents);
 
+/// Puts a finished file, and its name in the folder, on the disk itself. Throws as above; a file whose
+/// contents didn't get there is removed.
+void flush_file(const std::filesystem::path& file);
+
 struct NewFile {
   std::filesystem::path destination;
   std::string contents;

@@ -57,8 +57,8 @@ VexGraphControl::VexGraphControl(QWidget* parent) : QWidget(parent), plot_(new Q
   overlay_ = new graph::OverlayLines(*plot_, overlay_layer);
   pointer_marks_ = new graph::PointerMarks(*plot_, pointer_layer, content_);
   set_zoom_home();
-  constexpr QSize least_area(50, 30);
-  plot_->axisRect()->setMinimumSize(least_area);
+  constexpr QSize min_area(50, 30);
+  plot_->axisRect()->setMinimumSize(min_area);
   apply_view();
   apply_layout();
   connect(plot_, &QCustomPlot::afterReplot, this, [this] { ++draw_count_; });
@@ -66,9 +66,9 @@ VexGraphControl::VexGraphControl(QWidget* parent) : QWidget(parent), plot_(new Q
 }
 
 VexGraphControl::~VexGraphControl() {
-  delete gestures_;  // hiding the widget ends a drag, which nothing is left to show
-  delete plot_;      // its elements refer to the content, which goes before a base class would delete the
-                     // children
+  delete gestures_;  // hiding the widget ends a drag, and nothing is left to show that
+  delete plot_;      // its elements refer to the content, which is destroyed before a base class would
+                     // delete the children
 }
 
 void VexGraphControl::clear_graph() {
@@ -87,7 +87,7 @@ void VexGraphControl::set_series_style(int series, const graph::SeriesStyle& sty
 void VexGraphControl::draw_graph() {
   set_zoom_home();
   apply_view();
-  // A line at the current station is worth nothing without a curve.
+  // A line at the current station means nothing without a curve.
   overlay_->setVisible(content_.series_count() > 0);
   pointer_marks_->set_point(pointer_ ? point_at(*pointer_) : std::nullopt);
   plot_->replot(QCustomPlot::rpQueuedRefresh);

@@ -1,13 +1,14 @@
 // VexGraphControl.h: the chart of the main view, the inversion windows and the results viewer.
 //
 // Conventions of this file: series and points are counted from 0; coordinates are data coordinates unless
-// they are said to be pixels.
+// they are called pixels.
 //
 // With the mouse: a click on a point selects it at once; a drag zooms to its rectangle (a thin one along its
 // length only) and never selects; the wheel zooms about the pointer, over an axis along that axis only; the
 // middle button drags the plot; a double click where no point is resets the zoom. The second click of a
-// double click counts as a click on the point that the first one has selected. If that point is gone by then,
-// as one that was masked may be, it does nothing: it neither selects what lies behind nor resets the zoom.
+// double click counts as a click on the point that the first one selected. If that point is no longer there,
+// for instance because the first click masked it, it does nothing: it neither selects what is behind nor
+// resets the zoom.
 #pragma once
 #include <QWidget>
 #include <functional>
@@ -47,9 +48,10 @@ class VexGraphControl final : public QWidget {
   void set_graph_styles(graph::PointStyles styles);
   void set_series_style(int series, const graph::SeriesStyle& style);
 
-  /// Draws what was set, once; none of the setters draws.
+  /// Draws what was set, once; the setters don't draw.
   void draw_graph();
-  int draw_count() const { return draw_count_; }  // of the whole chart, whatever the cause
+  /// Drawings of the whole chart, whatever the cause; for tests and measurements.
+  int draw_count() const { return draw_count_; }
 
   /// Removes the overlay lines. Lines lie over the curves; they are seen from the next draw_graph.
   void begin_overlay();
@@ -89,24 +91,25 @@ class VexGraphControl final : public QWidget {
   /// station changes.
   void reset_zoom();
   bool zoomed() const { return x_view_.zoomed() || y_view_.zoomed(); }
+  /// The ranges on show; for tests.
   graph::AxisRange x_range() const { return x_view_.shown(); }
   graph::AxisRange y_range() const { return y_view_.shown(); }
   /// Both charts follow each other's zoom along x.
   void share_x_zoom(VexGraphControl& other);
 
-  /// Place of a point in the widget as last drawn, pixels; none if it isn't drawn.
+  /// Place of a point in the widget as last drawn, pixels; nothing if it isn't drawn.
   std::optional<QPointF> point_position(int series, int point) const;
   QRect plot_area() const;
   /// The part of the widget's height that labels and edges take.
   int frame_height() const;
 
-  /// The chart as drawn, at `scale` pixels for each of width and height. @return 0, or -1 after telling the
-  /// user
+  /// The chart as drawn, at `scale` pixels for each of width and height. @return 0, or -1 after a
+  /// message
   [[nodiscard]] int save_png(const std::string& path, int width, int height, double scale = 1.0);
   [[nodiscard]] int save_pdf(const std::string& path);
 
-  /// The chart on a painter's page from its origin, laid out anew for a size. For a chart of its own that no
-  /// one sees: it takes that size.
+  /// Draws the chart on a painter's page from its origin, laid out for a size. For a chart that is not on
+  /// screen: it keeps that size.
   void draw_on(QCPPainter& painter, QSize size);
 
   /// The menu of the right mouse button; the caller owns it.

@@ -7,15 +7,15 @@ namespace graph {
 namespace {
 
 constexpr double largest_limit = 1e30;
-constexpr double most_decades = 15.0;  // beyond this a single stray value would flatten every curve
+constexpr double max_decades = 15.0;  // beyond this a single stray value would flatten every curve
 
 bool usable(double limit) {
   return std::isfinite(limit) && std::abs(limit) < largest_limit && limit != static_cast<double>(unset_limit);
 }
 
-/// The power of ten strictly below a positive value, so that the point stands clear of the axis.
+/// The power of ten strictly below a positive value, so that the point is clear of the axis.
 double decade_below(double value) {
-  // The tolerance takes 0.1 and 1000, whose logarithms may round up, as the decades that they are.
+  // The logarithms of 0.1 and 1000 may be rounded up; with the tolerance they still count as decades.
   constexpr double tolerance = 1e-9;
   return std::pow(10.0, std::ceil(std::log10(value) - tolerance) - 1.0);
 }
@@ -64,7 +64,7 @@ AxisRange resolve_logarithmic(const AxisLimits& limits, const DataExtent& data) 
   if (!(range.lower < range.upper)) {
     range.lower = decade_below(range.upper);
   }
-  range.lower = std::max(range.lower, range.upper * std::pow(10.0, -most_decades));
+  range.lower = std::max(range.lower, range.upper * std::pow(10.0, -max_decades));
   return range;
 }
 

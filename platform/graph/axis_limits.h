@@ -36,8 +36,8 @@ struct AxisLimits {
 /// logarithmic axis.
 ///
 /// A logarithmic axis whose minimum is not positive starts at the decade below the smallest positive data. A
-/// limit that is unset, not finite or beyond 1e30, and limits that coincide or are the wrong way round, give
-/// way to the data; without data, 0 to 1 on a linear axis and 0.1 to 1000 on a logarithmic one.
+/// limit that is unset, not finite or beyond 1e30, and limits that coincide or are the wrong way round, are
+/// replaced by those of the data; without data, 0 to 1 on a linear axis and 0.1 to 1000 on a logarithmic one.
 AxisRange resolve_range(const AxisLimits& limits, const DataExtent& data);
 
 }  // namespace graph

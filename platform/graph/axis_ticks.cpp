@@ -10,7 +10,7 @@ namespace {
 
 double power_of_ten(int exponent) { return std::pow(10.0, exponent); }
 
-/// Plain decimals, as a person writes them; zero has no sign.
+/// Plain decimals; zero has no sign.
 QString decimal_label(double value, int decimals) {
   const QString text = QString::number(value, 'f', std::max(decimals, 0));
   return text.toDouble() == 0.0 ? QString::number(0.0, 'f', std::max(decimals, 0)) : text;
@@ -18,10 +18,10 @@ QString decimal_label(double value, int decimals) {
 
 QString power_label(int exponent) { return QStringLiteral("1e%1").arg(exponent); }
 
-/// The most room a label takes: a power is drawn as a 10 and a smaller exponent, "1e5" is about as wide.
+/// A power is drawn as a 10 and a smaller exponent, about as wide as "1e5", which is measured here.
 bool labels_fit(const AxisTicks& ticks, const std::function<double(double)>& position, const TickRoom& room) {
   for (qsizetype i = 0; i < ticks.major.size(); ++i) {
-    if (ticks.labels[i].size() > room.most_characters && !ticks.labels[i].contains(QLatin1Char('e'))) {
+    if (ticks.labels[i].size() > room.max_characters && !ticks.labels[i].contains(QLatin1Char('e'))) {
       return false;
     }
     if (i > 0) {
@@ -42,7 +42,7 @@ QString decade_label(int exponent, bool plain) {
                                                   : power_label(exponent);
 }
 
-/// Decades `step` apart; the minor ticks are the decades between or, if there are none, the multiples 2 to 9.
+/// Decades `step` apart; the minor ticks are the decades between, or else the multiples 2 to 9.
 AxisTicks decades(int first, int last, int step, bool plain) {
   AxisTicks ticks;
   for (int exponent = first; exponent <= last; ++exponent) {
@@ -139,7 +139,7 @@ class ChartTicker final : public QCPAxisTicker {
     const TickRoom space = room();
     AxisTicks made =
         type_ == AxisType::logarithmic ? logarithmic_ticks(shown, space) : linear_ticks(shown, space);
-    // Minor ticks are made for whole decades and steps; the axis would draw those beyond its ends too.
+    // Minor ticks cover whole decades and steps; the axis would draw those beyond its ends, too.
     made.minor.removeIf([&](double tick) { return tick < shown.lower || tick > shown.upper; });
     ticks = made.major;
     if (sub_ticks != nullptr) {
@@ -151,7 +151,7 @@ class ChartTicker final : public QCPAxisTicker {
   }
 
  private:
-  /// Measured from the viewport: ticks are made before the axis rectangle takes its new size.
+  /// Measured from the viewport: ticks are generated before the axis rectangle has its new size.
   TickRoom room() const {
     const QFontMetricsF metrics(axis_.tickLabelFont());
     const QMargins margins = axis_.axisRect()->margins();
@@ -164,7 +164,7 @@ class ChartTicker final : public QCPAxisTicker {
     } else {
       room.pixels = viewport.height() - margins.top() - margins.bottom();
       room.gap = metrics.height() * 0.7;
-      room.most_characters = longest_left_label;
+      room.max_characters = longest_left_label;
       room.extent = [metrics](const QString& /*label*/) { return metrics.height(); };
     }
     return room;
@@ -215,13 +215,13 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
     return {};
   }
   const auto position = [&](double value) { return (value - range.lower) / span * room.pixels; };
-  // Start at more ticks than anyone wants to read and widen the step until each has its room.
-  const double least_distance = room.extent(QStringLiteral("0")) + room.gap;
-  const double densest = span * std::max(least_distance / room.pixels, 1.0 / 50.0);
-  constexpr int most_attempts = 12;
+  // Start with more ticks than anyone wants to read and widen the step until each label fits.
+  const double min_distance = room.extent(QStringLiteral("0")) + room.gap;
+  const double densest = span * std::max(min_distance / room.pixels, 1.0 / 50.0);
+  constexpr int max_attempts = 12;
   for (const bool plain : {true, false}) {
     double wanted = densest;
-    for (int attempt = 0; attempt < most_attempts; ++attempt) {
+    for (int attempt = 0; attempt < max_attempts; ++attempt) {
       const Step step = step_at_least(wanted);
       AxisTicks ticks = stepped(range, step, plain);
       if (labels_fit(ticks, position, room)) {

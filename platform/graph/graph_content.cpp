@@ -10,7 +10,7 @@ namespace {
 
 const QColor masked_colour(150, 150, 150);
 
-// Hues apart for normal and colour-blind eyes and dark enough on white. Palette styles take the first five.
+// Distinct hues for normal and colour-blind eyes, dark enough on white. Palette styles use the first five.
 const std::array<QColor, 8> palette = {QColor(0, 98, 177),   QColor(213, 94, 0),   QColor(0, 145, 105),
                                        QColor(178, 70, 150), QColor(196, 150, 0),  QColor(60, 170, 220),
                                        QColor(120, 80, 40),  QColor(120, 130, 200)};

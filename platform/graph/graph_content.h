@@ -41,7 +41,7 @@ class GraphContent {
   /// False for a point without data and for one that a logarithmic axis can't show.
   bool is_drawn(int series, int point, bool x_logarithmic, bool y_logarithmic) const;
 
-  /// One standard deviation of the point; none where the table has none.
+  /// One standard deviation of the point; nothing if the table has none.
   std::optional<double> error(int series, int point) const;
   bool has_errors() const;
 
@@ -52,7 +52,7 @@ class GraphContent {
   /// Width of the plot area, pixels: markers shrink where points would run into each other.
   void set_plot_width(double width) { plot_width_ = width; }
 
-  /// The series from the bottom to the top of the drawing: wider ones above, else in their order.
+  /// The series from the bottom to the top of the drawing: wider ones above, otherwise in their order.
   std::vector<int> drawing_order() const;
 
   DataExtent x_extent() const;

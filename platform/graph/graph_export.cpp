@@ -10,14 +10,14 @@
 
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
-#include "platform/graph/pdf_pages.h"
+#include "platform/graph/pdf_page.h"
 #include "platform/graph/picture_file.h"
 
 namespace graph {
 namespace {
 
 constexpr std::string_view failure_text = "An error occurred while saving the graph: ";
-constexpr double picture_scale = 2.0;  // pictures made from the menu stay sharp in a report
+constexpr double picture_scale = 2.0;  // pictures saved from the menu stay sharp in a report
 
 void write_pdf(QCustomPlot& plot, PictureFile& file, QSize size) {
   QPdfWriter writer(&file.device());
@@ -34,7 +34,7 @@ void write_pdf(QCustomPlot& plot, PictureFile& file, QSize size) {
   }
 }
 
-/// @return the path, empty when the person thinks better of it
+/// @return the path, empty if the user cancels
 std::string ask_path(const FileDialogRequest& request) {
   std::string path = user_interface().select_file_to_create(request);
   if (path.empty()) {

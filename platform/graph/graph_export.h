@@ -11,13 +11,13 @@ namespace graph {
 /// @param path  UTF-8
 /// @param size  device-independent pixels of the chart
 /// @param scale  device pixels of the picture for each of them
-/// @return 0, or -1 after telling the user
+/// @return 0, or -1 after a message
 [[nodiscard]] int save_png(QCustomPlot& plot, const std::string& path, QSize size, double scale);
 [[nodiscard]] int save_pdf(QCustomPlot& plot, const std::string& path, QSize size);
 
 void copy_to_clipboard(QCustomPlot& plot, double scale);
 
-/// Asks for a file name and, when the file exists, whether to replace it. Both have told the user of a
+/// Asks for a file name and, when the file exists, whether to replace it. Both report a
 /// failure.
 void ask_and_save_png(QCustomPlot& plot);
 void ask_and_save_pdf(QCustomPlot& plot);

@@ -12,7 +12,7 @@ namespace graph {
 /// left edge so that the titles and plot areas of charts above each other line up whatever their tick labels.
 QCPItemText* apply_look(QCustomPlot& plot);
 
-/// Fonts and the margins that follow from them. Without horizontal labels the chart has room for none.
+/// Fonts and the margins that follow from them. Without horizontal labels there is no room for them.
 void apply_fonts(QCustomPlot& plot, QCPItemText& y_title, const QFont& font, bool horizontal_labels);
 
 /// A title cut from the front, word by word, until it fits: the unit is the last thing to go.

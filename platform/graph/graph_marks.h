@@ -1,5 +1,5 @@
 // graph_marks.h: what lies over the curves and changes without them: overlay lines, the point under the
-// pointer, the rectangle being drawn for a zoom. Each stands on a layer with a buffer of its own, so that the
+// pointer, the rectangle being drawn for a zoom. Each is on a layer with a buffer of its own, so that the
 // curves aren't drawn again.
 #pragma once
 #include <optional>

@@ -47,7 +47,7 @@ bool MouseGestures::eventFilter(QObject* /*watched*/, QEvent* event) {
 }
 
 bool MouseGestures::press(const QMouseEvent& event) {
-  if (state_ != State::idle) {  // a second button gives up what the first one began
+  if (state_ != State::idle) {  // a second button cancels what the first one began
     cancel();
     return true;
   }

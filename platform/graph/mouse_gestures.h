@@ -1,8 +1,8 @@
-// mouse_gestures.h: tells clicks, drags, double clicks and the wheel apart on one widget.
+// mouse_gestures.h: distinguishes clicks, drags, double clicks and the wheel on one widget.
 //
 // A click is a left press and release that never left a few pixels in between; it is reported on release, at
-// once. A drag is reported from the moment the pointer leaves that neighbourhood and can't become a click
-// again. The second click of a double click is told as such, on its release too, so two quick clicks at one
+// once. A drag is reported as soon as the pointer leaves that neighbourhood and can't become a click again.
+// The second click of a double click is reported as such, on its release too, so two quick clicks at one
 // place are one click and one double click. Positions are device-independent pixels in the widget.
 #pragma once
 #include <QObject>

@@ -8,12 +8,12 @@
 #include <qcustomplot.h>
 
 #include "platform/graph/VexGraphControl.h"
+#include "platform/graph/pdf_page.h"
 
 namespace graph {
 
 namespace {
 
-constexpr int dots_per_inch = 96;  // one device-independent pixel is one dot
 constexpr double heading_height = 34.0;
 constexpr double caption_height = 22.0;
 constexpr double gap = 8.0;  // between the parts of a page
@@ -26,15 +26,6 @@ QFont heading_font(double points) {
 }
 
 }  // namespace
-
-void fit_page_to(QPdfWriter& writer, QSize size) {
-  constexpr double points_per_dot = 72.0 / dots_per_inch;
-  writer.setCreator(QCoreApplication::applicationName());
-  writer.setResolution(dots_per_inch);
-  writer.setPageSize(
-      QPageSize(QSizeF(size) * points_per_dot, QPageSize::Point, QString(), QPageSize::ExactMatch));
-  writer.setPageMargins(QMarginsF());
-}
 
 PdfPages::PdfPages(const QString& path, const QString& title) : file_(path) {
   writer_ = std::make_unique<QPdfWriter>(&file_.device());

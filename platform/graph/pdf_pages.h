@@ -1,7 +1,6 @@
 // pdf_pages.h: charts on the pages of a PDF document.
 #pragma once
 #include <QRectF>
-#include <QSize>
 #include <QString>
 #include <memory>
 
@@ -13,12 +12,8 @@ class VexGraphControl;
 
 namespace graph {
 
-/// Sets a document up whose page is as large as a picture.
-/// @param size  device-independent pixels; one of them is a dot of the page
-void fit_page_to(QPdfWriter& writer, QSize size);
-
-/// A document in the making. An earlier file at the path stays until the document is finished; one that is
-/// never finished leaves nothing behind.
+/// A document being written. An earlier file at the path stays until the document is finished; one that is
+/// never finished leaves nothing.
 class PdfPages {
  public:
   PdfPages(const QString& path, const QString& title);
@@ -28,10 +23,10 @@ class PdfPages {
 
   /// Begins a page, A4 across, with a heading.
   void begin_page(const QString& heading);
-  /// Draws a chart, vectors all through, in a part of the page below the heading.
+  /// Draws a chart, as vectors, in a part of the page below the heading.
   /// @param part  in shares of the page: QRectF(0, 0, 0.5, 1) is its left half
   void place(VexGraphControl& chart, const QRectF& part);
-  /// A line of text above a part of the page, which keeps its room below it.
+  /// A line of text at the top of a part of the page.
   /// @return what is left of the part
   QRectF caption(const QString& text, const QRectF& part);
   /// Writes the document. Throws std::runtime_error with the system's description.

@@ -1,17 +1,17 @@
-// picture_file.h: a picture or document on its way to the disk.
+// picture_file.h: a picture or document, written in one step.
 #pragma once
 #include <QBuffer>
 #include <QString>
 
 namespace graph {
 
-/// Gathers the bytes in memory and puts them into place as a whole, so that an earlier file at the path stays
-/// until the new one is on the disk.
+/// Collects the bytes in memory and writes them in one step, so that an earlier file at the path stays until
+/// the new one is on the disk.
 class PictureFile {
  public:
   explicit PictureFile(const QString& path);
 
-  /// Takes the bytes.
+  /// Where to write the bytes.
   QIODevice& device() { return bytes_; }
 
   /// Throws std::runtime_error with the system's description; an earlier file is then as before.

@@ -1,4 +1,4 @@
-// plot_table.h: what a chart is given to draw, free of Qt so that logic can make it.
+// plot_table.h: what a chart is given to draw, without Qt, so that logic can prepare it.
 //
 // Conventions of this file: indices are 0-based; a coordinate at or below null_limit, or one that is not
 // finite, is no data; colours are red, green, blue from 0 to 255.

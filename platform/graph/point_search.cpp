@@ -18,7 +18,7 @@ std::optional<QPointF> point_position(const GraphContent& content, PointIndex at
 std::optional<PointIndex> nearest_point(const GraphContent& content, const QCPAxis& x, const QCPAxis& y,
                                         const QRectF& area, QPointF position, double radius) {
   std::optional<PointIndex> nearest;
-  double least = radius * radius;
+  double min_squared = radius * radius;
   for (const int s : content.drawing_order()) {
     for (int p = 0; p < content.point_count(s); ++p) {
       const std::optional<QPointF> at = point_position(content, {s, p}, x, y);
@@ -26,9 +26,9 @@ std::optional<PointIndex> nearest_point(const GraphContent& content, const QCPAx
         continue;
       }
       const QPointF offset = *at - position;
-      const double distance = QPointF::dotProduct(offset, offset);
-      if (distance <= least) {
-        least = distance;
+      const double squared = QPointF::dotProduct(offset, offset);
+      if (squared <= min_squared) {
+        min_squared = squared;
         nearest = PointIndex{s, p};
       }
     }

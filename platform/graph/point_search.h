@@ -10,7 +10,7 @@ class QCPAxis;
 
 namespace graph {
 
-/// The place of a point in the widget, device-independent pixels; none if it isn't drawn on these axes.
+/// The place of a point in the widget, device-independent pixels; nothing if it isn't drawn on these axes.
 std::optional<QPointF> point_position(const GraphContent& content, PointIndex at, const QCPAxis& x,
                                       const QCPAxis& y);
 

@@ -13,7 +13,7 @@ namespace {
 constexpr double outside = 20.0;  // pixels beyond the plot area where a line may be cut unseen
 constexpr double cap = 3.0;       // half the width of an error bar's ends, pixels
 
-/// One disc rendered once and then copied: a copy costs a tenth of an antialiased ellipse.
+/// A disc, rendered once and then copied: a copy costs a tenth of an antialiased ellipse.
 class DiscStamps {
  public:
   DiscStamps(double radius, double device_ratio) : radius_(radius), device_ratio_(device_ratio) {}

@@ -6,7 +6,7 @@
 
 namespace graph {
 
-/// The part of a segment inside a rectangle; false if there is none.
+/// Cuts a segment to its part inside a rectangle. @return false if it has none
 bool clip_segment(const QRectF& area, QPointF& from, QPointF& to);
 
 /// A used point: a filled disc. A masked one: a grey cross.

@@ -33,13 +33,13 @@ namespace {
 
 struct Fault {
   int signal;
-  int cause;  // si_code; any_cause for all that stand nowhere else
+  int cause;  // si_code; any_cause for all that aren't listed
   std::uint32_t code;
 };
 
 constexpr int any_cause = 0;
 
-// The more exact rows stand before the general one of their signal.
+// The specific rows come before the general one of their signal.
 constexpr std::array<Fault, 14> faults = {{{SIGFPE, FPE_INTDIV, 0xC0000094U},
                                            {SIGFPE, FPE_INTOVF, 0xC0000095U},
                                            {SIGFPE, FPE_FLTDIV, 0xC000008EU},
@@ -72,7 +72,7 @@ extern "C" void MyExceptionFilter(int signal, siginfo_t* information, void* /*co
       break;
     }
   }
-  static_cast<void>(raise(signal));  // waits until the handler returns, and then meets the default action
+  static_cast<void>(raise(signal));  // takes effect when the handler returns, with the default action
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// fault_handler.h: the last words of a process that meets a fault of the machine.
+// fault_handler.h: a last message of a process that dies of a fault.
 #pragma once
 
 /// From now on a fault (bad memory access, bad instruction, division by zero) writes its name to the standard

@@ -1,9 +1,9 @@
-// find_file_in_path.h: where on the command path a file stands.
+// find_file_in_path.h: finding a file in the directories of PATH.
 #pragma once
 #include <string>
 #include <string_view>
 
-/// Looks for a file in the directories of a search path, in their order; an empty entry is the working
+/// Looks for a file in the directories of a search path, in order; an empty entry is the working
 /// directory.
 /// @param search_path directories separated as the system separates them in PATH (";" on Windows, ":"
 ///                    elsewhere)

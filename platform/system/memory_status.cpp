@@ -2,7 +2,7 @@
 
 #ifdef _WIN32
 #include <windows.h>
-// behind the one that it needs
+// after the one that it needs
 #include <psapi.h>
 #else
 #include <algorithm>

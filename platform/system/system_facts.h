@@ -2,7 +2,7 @@
 #pragma once
 #include "core/environment.h"
 
-/// User and computer, directories, decimal point. What the system doesn't tell stays empty.
+/// User and computer, directories, decimal point. What the system doesn't say stays empty.
 ///
 /// Outside Windows the configuration directory is $XDG_CONFIG_HOME/brenlox or ~/.config/brenlox, the
 /// application data directory $XDG_DATA_HOME or ~/.local/share.

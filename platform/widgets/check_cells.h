@@ -1,4 +1,4 @@
-// check_cells.h: cells of a grid that a click switches, with a ticked or an empty box in their middle.
+// check_cells.h: cells of a grid with a check box in their middle, switched by a click.
 #pragma once
 #include <QStyledItemDelegate>
 #include <functional>
@@ -6,7 +6,7 @@
 class QTableWidget;
 class QTableWidgetItem;
 
-/// Paints the box of an item made by make_check_cell; other cells as ever.
+/// Paints the box of an item made by make_check_cell; other cells as usual.
 class CheckCells : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -20,7 +20,7 @@ void set_checked(QTableWidgetItem& cell, bool checked);
 /// A grid without row headings whose columns share its width, painted by CheckCells.
 QTableWidget* make_switch_grid(const QString& name, const QStringList& headings);
 
-/// Calls `switch_cell(row, column)` for each click on a cell, of which a double click is two, and for the
-/// space bar on the cell that the up and down keys have reached.
+/// Calls `switch_cell(row, column)` for each click on a cell (a double click counts as two), and for the
+/// space bar on the current cell.
 void connect_switches(QTableWidget& grid, QObject* context,
                       const std::function<void(int row, int column)>& switch_cell);

@@ -1,7 +1,7 @@
-// copy_cells.h: the chosen cells of a grid as text on the clipboard.
+// copy_cells.h: copies the selected cells of a grid to the clipboard as text.
 #pragma once
 #include <QAbstractItemView>
 
-/// Gives the grid Ctrl+C and a context menu with "Copy": the chosen cells as lines with tabs between their
-/// columns, as spreadsheets take them.
+/// Gives the grid Ctrl+C and a context menu with "Copy": the selected cells as lines with tabs between their
+/// columns, which spreadsheets accept.
 void make_cells_copyable(QAbstractItemView& grid);

@@ -1,11 +1,11 @@
-// folder_model.h: the folders of the disks, shown without a look into any file.
+// folder_model.h: the folders of the disks, shown without opening any file.
 #pragma once
 #include <QAbstractFileIconProvider>
 #include <QFileSystemModel>
 #include <QIcon>
 
-/// Pictures and names of kinds from the folder's entry alone. The library's own open each file to tell its
-/// kind: slow on a network drive, and for ever at a file of the system that has nothing to give yet.
+/// Icons and type names from the folder's entry alone. The library's own open each file to find its type:
+/// slow on a network drive, and endless on a pipe or device that has no data yet.
 class PlainFileIcons : public QAbstractFileIconProvider {
  public:
   PlainFileIcons();
@@ -22,7 +22,7 @@ struct FolderModelIcons {
   PlainFileIcons icons;
 };
 
-/// The icons are a base, as the thread that reads the folders ends only with the model's last part.
+/// The icons are a base class, because the thread that reads the folders ends only with the model's own base.
 class FolderModel : private FolderModelIcons, public QFileSystemModel {
  public:
   explicit FolderModel(QObject* parent);

@@ -16,7 +16,7 @@ FolderTree::FolderTree(QWidget* parent) : QTreeView(parent), folders_(new Folder
   connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this] { Q_EMIT folder_chosen(folder()); });
   // Folders are read as they come into view, and the tree lays new rows out after this signal: the chosen one
-  // finds its place only by and by.
+  // reaches its place only after several of them.
   connect(
       folders_, &QFileSystemModel::directoryLoaded, this,
       [this](const QString& loaded) {

@@ -1,4 +1,4 @@
-// folder_tree.h: a tree of folders to choose one from.
+// folder_tree.h: a tree in which the user chooses a folder.
 #pragma once
 #include <QTreeView>
 

@@ -32,14 +32,14 @@ InputOnlyTo::InputOnlyTo(QWidget& window) : window_(&window) { qApp->installEven
 InputOnlyTo::~InputOnlyTo() { qApp->removeEventFilter(this); }
 
 bool InputOnlyTo::eventFilter(QObject* receiver, QEvent* event) {
-  // Windows of the screen pass their events on to widgets, which are what counts.
+  // Native windows pass their events on to widgets, and only those are filtered.
   if (receiver->isWindowType() || !is_input(event->type()) || is_within(receiver)) {
     return false;
   }
   if (QApplication::activeModalWidget() != nullptr) {
-    return false;  // a message, wherever it belongs; it holds the other windows itself
+    return false;  // it blocks the other windows itself
   }
-  event->ignore();  // else a close would go on
+  event->ignore();  // otherwise a close would go on
   return true;
 }
 

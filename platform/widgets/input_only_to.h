@@ -1,13 +1,12 @@
-// input_only_to.h: one window takes keys and mouse while events run in the midst of its work.
+// input_only_to.h: limits keys and mouse to one window while it runs events during its work.
 #pragma once
 #include <QObject>
 #include <QPointer>
 
 class QWidget;
 
-/// While it stands, keys, clicks, the wheel and closing reach only this window, what it has brought up, and
-/// modal dialogs; the other windows are drawn, but can't be worked. The window may go meanwhile; then no
-/// window is worked.
+/// For its life, keys, clicks, the wheel and closing reach only this window, its children and modal dialogs;
+/// the other windows are drawn, but don't react. The window may be deleted meanwhile; then no window reacts.
 class InputOnlyTo : public QObject {
  public:
   explicit InputOnlyTo(QWidget& window);

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A text box that leaves undo and redo to the window as long as nothing has been typed to be undone.
+/// A text box that leaves undo and redo to the window while nothing typed can be undone.
 class ValueText final : public QLineEdit {
  protected:
   bool event(QEvent* event) override {

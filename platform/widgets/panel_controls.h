@@ -1,4 +1,4 @@
-// panel_controls.h: the small things that the panels of the main view make in the same way.
+// panel_controls.h: small controls that panels and windows create in the same way.
 #pragma once
 #include <QLabel>
 #include <QSize>
@@ -29,5 +29,5 @@ QLabel* make_heading(const QString& name);
 /// Gives a window a size, or less where its screen has no room for it with its frame.
 void resize_to_fit(QWidget& window, QSize wanted);
 
-/// Puts a control behind its label, which takes the keyboard to it.
+/// Adds a control after its label, whose shortcut moves the focus to it.
 void add_labelled(QBoxLayout& row, const QString& label, QWidget* control);

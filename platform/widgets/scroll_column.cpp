@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int least_height = 80;
+constexpr int min_height = 80;
 
 }  // namespace
 
@@ -22,9 +22,9 @@ int ScrollColumn::width_for(int height) const {
   if (widget() == nullptr) {
     return 0;
   }
-  const QSize least = widget()->minimumSizeHint();
-  const bool scrolls = height < least.height();
-  return std::max(least.width(), widget()->minimumWidth()) +
+  const QSize minimum = widget()->minimumSizeHint();
+  const bool scrolls = height < minimum.height();
+  return std::max(minimum.width(), widget()->minimumWidth()) +
          (scrolls ? verticalScrollBar()->sizeHint().width() : 0);
 }
 
@@ -32,7 +32,7 @@ QSize ScrollColumn::sizeHint() const {
   return {width_for(height()), widget() == nullptr ? 0 : widget()->sizeHint().height()};
 }
 
-QSize ScrollColumn::minimumSizeHint() const { return {width_for(height()), least_height}; }
+QSize ScrollColumn::minimumSizeHint() const { return {width_for(height()), min_height}; }
 
 void ScrollColumn::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);

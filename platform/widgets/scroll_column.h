@@ -2,8 +2,8 @@
 #pragma once
 #include <QScrollArea>
 
-/// As wide as its contents, and by a scroll bar wider only while it has one. Tab brings the control it comes
-/// to into view.
+/// As wide as its contents, and wider by a scroll bar only while it has one. Tab scrolls to the control that
+/// gets the focus.
 class ScrollColumn : public QScrollArea {
   Q_OBJECT
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The shares as whole pixels that add up to `length`: each divider stands at the rounded sum of the shares
+/// The shares as whole pixels that add up to `length`: each divider is at the rounded sum of the shares
 /// before it.
 QList<int> sizes_of(const std::vector<double>& shares, int length) {
   const double whole = std::accumulate(shares.begin(), shares.end(), 0.0);

@@ -13,20 +13,20 @@ class Handle final : public QSplitterHandle {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
-    sizes_when_taken_ = splitter_->sizes();
+    sizes_before_ = splitter_->sizes();
     QSplitterHandle::mousePressEvent(event);
   }
 
   void mouseReleaseEvent(QMouseEvent* event) override {
     QSplitterHandle::mouseReleaseEvent(event);
-    if (event->button() == Qt::LeftButton && splitter_->sizes() != sizes_when_taken_) {
+    if (event->button() == Qt::LeftButton && splitter_->sizes() != sizes_before_) {
       emit splitter_->split_moved();
     }
   }
 
  private:
   VexSplitter* splitter_;
-  QList<int> sizes_when_taken_;
+  QList<int> sizes_before_;
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// vex_splitter.h: a draggable divider that tells once when a drag has ended.
+// vex_splitter.h: a draggable divider that signals the end of a drag once.
 #pragma once
 #include <QSplitter>
 
@@ -9,8 +9,7 @@ class VexSplitter : public QSplitter {
   explicit VexSplitter(QWidget* parent = nullptr);
 
  Q_SIGNALS:
-  /// The person has let go of a divider in a place other than where it was taken. Sizes that the program
-  /// sets raise nothing.
+  /// The user has dragged a divider to another place. Sizes set by the program raise no signal.
   void split_moved();
 
  protected:

@@ -17,7 +17,7 @@ QStringList dialog_filters(std::string_view filter) {
     QString description = parts[i];
     const qsizetype patterns_in_text = description.lastIndexOf('(');
     if (patterns_in_text >= 0) {
-      description.truncate(patterns_in_text);  // the dialog takes what stands in brackets for the patterns
+      description.truncate(patterns_in_text);  // the dialog takes the text in brackets for the patterns
     }
     QStringList patterns = parts[i + 1].split(';', Qt::SkipEmptyParts);
     for (QString& pattern : patterns) {

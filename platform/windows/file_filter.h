@@ -1,4 +1,4 @@
-// file_filter.h: from the file filters that the logic words to those of the file dialog.
+// file_filter.h: the file filters of the logic in the form that the file dialog needs.
 #pragma once
 #include <QStringList>
 #include <string_view>

@@ -14,8 +14,8 @@ class ProgressDialog : public QDialog {
   void show_progress(const QString& what, int percent);
   [[nodiscard]] bool stop_requested() const { return stop_requested_; }
 
-  /// Esc and the window's close button ask to stop, as the Stop button does; the dialog goes when the work
-  /// ends.
+  /// Esc and the window's close button ask to stop, as the Stop button does; the dialog closes when the
+  /// work ends.
   void reject() override;
 
  private:

@@ -1,4 +1,4 @@
-// progress_in_window.h: long work that a window started shows its progress in that window.
+// progress_in_window.h: shows the progress of long work in the window that started it.
 #pragma once
 #include <QAbstractButton>
 #include <QLabel>
@@ -7,9 +7,9 @@
 
 #include "core/user_interface.h"
 
-/// For the life of a scope, progress goes to a bar and a label and the stop button ends the work, instead of
-/// a dialog over the window. Everything else is passed on to the interface installed before. Input reaches
-/// the windows meanwhile: the caller disables what must wait.
+/// For the life of a scope, progress goes to a bar and a label, and the stop button ends the work; no dialog
+/// appears over the window. Everything else is passed on to the interface installed before. Input reaches the
+/// windows meanwhile: the caller disables what must wait.
 class ProgressInWindow {
  public:
   ProgressInWindow(QProgressBar& bar, QLabel& what, QAbstractButton& stop);

@@ -9,7 +9,7 @@ QString text(std::string_view value) {
   return QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
 }
 
-// Separators in a key would make groups of it; they are written as %2F and %5C.
+// Separators in a key would split it into groups; they are written as %2F and %5C.
 QString key_path(std::string_view section, std::string_view key) {
   QString escaped = text(key);
   escaped.replace('%', "%25").replace('/', "%2F").replace('\\', "%5C");

@@ -17,7 +17,7 @@ namespace {
 constexpr qint64 quiet_milliseconds = 500;  // shorter work shows no progress
 constexpr qint64 events_milliseconds = 40;  // about once a frame; more often costs time and shows nothing
 
-/// A dialog that comes up in the middle of long work is worked with an ordinary pointer.
+/// Dialogs during long work are used with an ordinary pointer.
 class OrdinaryPointer {
  public:
   explicit OrdinaryPointer(bool busy) : busy_(busy) {

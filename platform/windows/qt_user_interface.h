@@ -25,13 +25,13 @@ class QtUserInterface : public UserInterface {
   /// Input waits as in process_events.
   void wait_with_events(int milliseconds) override;
 
-  /// The dialog appears only when the work has lasted for a while: what is over at once needs no window.
+  /// The dialog appears only when the work has lasted for a while: short work needs no window.
   void show_progress(std::string_view what, int percent) override;
   bool stop_requested() override;
 
  private:
-  QPointer<ProgressDialog> progress_;  // goes with the window it stands over, should that be closed first
-  QElapsedTimer work_time_;            // since the first progress of the work under way
+  QPointer<ProgressDialog> progress_;  // deleted with the window below it, if that is closed first
+  QElapsedTimer work_time_;            // since the first progress of the current work
   QElapsedTimer events_time_;          // since the events ran last
   bool busy_ = false;
 };

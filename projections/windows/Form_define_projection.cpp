@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "core/user_interface.h"
-#include "projections/definition_list.h"
 #include "projections/projection_choice.h"
 #include "projections/survey_projection.h"
 #include "ui_Form_define_projection.h"
@@ -36,9 +35,8 @@ Form_define_projection::Form_define_projection(std::string asked_name, QWidget* 
       asked_name_(std::move(asked_name)) {
   ui_->setupUi(this);
   make_menu();
-  ui_->vxProjection->set_check(coordinate_system_fault);
   connect_controls();
-  load_user_definitions();
+  load_user_definitions(coord_systems_);
   display_projection_system();
   resize(QSize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 34));
 }
@@ -49,12 +47,12 @@ void Form_define_projection::make_menu() {
   auto* const bar = new QMenuBar(this);
   QMenu* const file = bar->addMenu("&File");
   file->setObjectName("menu_file");
-  const auto add = [&](const char* name, const char* text, void (*action)()) {
+  const auto add = [&](const char* name, const char* text, auto action) {
     QAction* const item = file->addAction(text);
     item->setObjectName(name);
     connect(item, &QAction::triggered, this, [this, action] {
-      action();
-      fill_list(find_definition(ui_->vxProjection->values()));
+      action(coord_systems_);
+      fill_list(find_definition(coord_systems_, ui_->vxProjection->values()));
     });
   };
   add("menu_read", "&Read Definitions...", read_definition_file);
@@ -71,14 +69,14 @@ void Form_define_projection::connect_controls() {
   connect(ui_->Command_modify_projections_0, &QPushButton::clicked, this, [this] { modify(save_current); });
   connect(ui_->Command_modify_projections_1, &QPushButton::clicked, this, [this] { modify(save_new); });
   connect(ui_->Command_modify_projections_2, &QPushButton::clicked, this,
-          [this] { fill_list(delete_current(index())); });
+          [this] { fill_list(delete_current(coord_systems_, index())); });
   connect(ui_->Command_done, &QPushButton::clicked, this, &Form_define_projection::use_shown);
   connect(ui_->Command_cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void Form_define_projection::display_projection_system() {
   const CoordSystem& current = current_coord_system();
-  const int asked = find_definition(asked_name_);
+  const int asked = find_definition(coord_systems_, asked_name_);
   if (asked > 0 && name_part(asked_name_) != name_part(current.name)) {
     fill_list(asked);
     definition_chosen();
@@ -86,16 +84,16 @@ void Form_define_projection::display_projection_system() {
   }
   // The survey's own values are shown, also where the user's list has others under that name.
   ui_->vxProjection->show_values(current.name.empty() ? values_to_start_with() : current.values());
-  fill_list(find_definition(current.name));
+  fill_list(find_definition(coord_systems_, current.name));
 }
 
 void Form_define_projection::fill_list(int index) {
   const QSignalBlocker filling(ui_->Combo_coordsys);
   ui_->Combo_coordsys->clear();
-  for (const CoordSystem& definition : coord_systems()) {
+  for (const CoordSystem& definition : coord_systems_) {
     ui_->Combo_coordsys->addItem(QString::fromStdString(definition.name));
   }
-  ui_->Combo_coordsys->setPlaceholderText(coord_systems().empty() ? "None defined yet" : "Not in the list");
+  ui_->Combo_coordsys->setPlaceholderText(coord_systems_.empty() ? "None defined yet" : "Not in the list");
   ui_->Combo_coordsys->setCurrentIndex(index - 1);
   show_name();
 }
@@ -104,13 +102,13 @@ int Form_define_projection::index() const { return ui_->Combo_coordsys->currentI
 
 void Form_define_projection::definition_chosen() {
   if (index() > 0) {
-    ui_->vxProjection->show_values(coord_systems()[static_cast<std::size_t>(index()) - 1]);
+    ui_->vxProjection->show_values(coord_systems_[static_cast<std::size_t>(index()) - 1]);
   }
   show_name();
 }
 
 void Form_define_projection::show_name() {
-  const std::string name = name_for(ui_->vxProjection->values(), index(), asked_name_);
+  const std::string name = name_for(coord_systems_, ui_->vxProjection->values(), index(), asked_name_);
   ui_->lblLabels_1->setText(name.empty() ? "Done asks for a name and gives this projection to the survey."
                                          : "Done gives this projection to the survey as \"" +
                                                QString::fromStdString(name_part(name)) + "\".");
@@ -122,7 +120,7 @@ void Form_define_projection::modify(Action action) {
     user_interface().show_message(fault.toStdString());
     return;
   }
-  fill_list(action(index(), ui_->vxProjection->values()));
+  fill_list(action(coord_systems_, index(), ui_->vxProjection->values()));
 }
 
 void Form_define_projection::use_shown() {
@@ -132,7 +130,7 @@ void Form_define_projection::use_shown() {
   }
   CoordSystem shown;
   shown.set_values(ui_->vxProjection->values());
-  shown.name = name_for(shown, index(), asked_name_);
+  shown.name = name_for(coord_systems_, shown, index(), asked_name_);
   if (shown.name.empty()) {
     shown.name =
         user_interface().ask_text("Enter the name to use for the new projection", "Projection Name", "");
@@ -140,7 +138,7 @@ void Form_define_projection::use_shown() {
       return;
     }
   }
-  if (use_projection(shown) == 0) {
+  if (use_projection(coord_systems_, shown) == 0) {
     accept();
   }
 }

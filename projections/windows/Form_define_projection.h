@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "projections/definition_list.h"
+
 namespace Ui {
 class Form_define_projection;
 }
@@ -16,7 +18,7 @@ class Form_define_projection : public QDialog {
   /// @return true if the survey has a projection chosen here
   static bool define_projection(QWidget* parent);
 
-  /// @param asked_name the name for a definition that none of the list has; may be empty
+  /// @param asked_name  for values that no definition of the list has; may be empty
   explicit Form_define_projection(std::string asked_name, QWidget* parent = nullptr);
   ~Form_define_projection() override;
 
@@ -36,4 +38,5 @@ class Form_define_projection : public QDialog {
 
   std::unique_ptr<Ui::Form_define_projection> ui_;
   std::string asked_name_;
+  Module_projections::CoordSystems coord_systems_;  // the user's own
 };

@@ -16,6 +16,7 @@
 
 #include "core/number_text.h"
 #include "numerics/geodesy/geographic_angle.h"
+#include "projections/coord_system.h"
 
 using namespace numerics::geodesy;
 
@@ -88,7 +89,7 @@ QLabel* note_label(const char* name, QWidget* parent) {
 VexProjection::VexProjection(QWidget* parent) : QWidget(parent) {
   auto* const columns = new QHBoxLayout(this);
   columns->setContentsMargins(0, 0, 0, 0);
-  // A form layout loses its last row when one with a label of several lines comes and goes.
+  // A form layout loses its last row when a row with a label of several lines is shown and hidden.
   form_ = new QGridLayout;
   form_->setColumnStretch(1, 1);
   columns->addLayout(form_, 3);
@@ -121,7 +122,7 @@ void VexProjection::make_form() {
   add_row("Dat&um", datum_);
   datum_note_ = note_label("Label_datum", this);
   datum_note_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-  datum_note_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // nothing moves when a longer note comes
+  datum_note_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // nothing moves when the note gets longer
   add_row(QString(), datum_note_);
 
   hemisphere_ = new QComboBox(this);
@@ -231,13 +232,8 @@ void VexProjection::make_test_point() {
   results_->addRow(easting_title_, easting_);
   results_->addRow(northing_title_, northing_);
   results_->addRow(test_note_);
-  test_note_->setMinimumHeight(4 * fontMetrics().lineSpacing());  // nothing moves when a note comes
+  test_note_->setMinimumHeight(4 * fontMetrics().lineSpacing());  // nothing moves when a note appears
   test_note_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-}
-
-void VexProjection::set_check(std::function<std::string(const Values&)> check) {
-  check_ = std::move(check);
-  show_test_point();
 }
 
 void VexProjection::show_values(const Values& values) {
@@ -270,7 +266,7 @@ void VexProjection::fill_controls() {
   zone_number_readable_ = true;
   set_readable(zone_number_, true);
   for (NumberField& field : numbers_) {
-    // A 0 that stands for a usual value is an empty field that shows it.
+    // A 0 that means a usual value is an empty field with that value as its placeholder.
     const double value = values_.*field.value;
     const bool has_usual = field.value == &Values::scale_factor || field.value == &Values::false_easting ||
                            field.value == &Values::false_northing;
@@ -347,7 +343,7 @@ void VexProjection::show_datum_note() {
   datum_note_->setText(note);
 }
 
-// What a person would fill in anyway goes with a projection chosen by hand.
+// Choosing a projection sets the values that a user would fill in anyway.
 void VexProjection::projection_chosen() {
   if (updating_ || projection_->currentIndex() < 0) {
     return;
@@ -360,7 +356,7 @@ void VexProjection::projection_chosen() {
   if (values_.datum == 0 || (australian && values_.datum == wgs_84)) {
     values_.datum = substitute_datum(values_.projection);
     datum_of_grid_ = australian;
-  } else if (datum_of_grid_ && !australian) {  // back to what it was, for a person who only passed by
+  } else if (datum_of_grid_ && !australian) {  // back to what it was, for a user who only looked
     values_.datum =
         values_.datum == substitute_datum(projection_australian_map_grid) ? wgs_84 : values_.datum;
     datum_of_grid_ = false;
@@ -422,7 +418,7 @@ void VexProjection::edited() {
   Q_EMIT values_changed();
 }
 
-// A place in the middle of the system, until the person types one.
+// A place in the middle of the system, until the user types one.
 void VexProjection::suggest_test_point() {
   if (own_test_point_) {
     return;
@@ -454,8 +450,8 @@ void VexProjection::show_test_point() {
   set_readable(latitude_, latitude.has_value() || latitude_->text().isEmpty());
   set_readable(longitude_, longitude.has_value() || longitude_->text().isEmpty());
   QString note = fault();
-  if (note.isEmpty() && check_) {
-    note = text_of(check_(values_));
+  if (note.isEmpty()) {
+    note = text_of(Module_projections::coordinate_system_fault(values_));
   }
   if (note.isEmpty() && (!latitude || !longitude)) {
     note = "Type a latitude and a longitude, such as -37:57:03.72 and 144:25:29.52";

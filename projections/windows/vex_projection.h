@@ -1,13 +1,10 @@
 // vex_projection.h: the editor of one map coordinate system.
 //
-// It shows the values that count for the projection at hand, names datums and hemispheres, and works out a
-// test point with every change. Values that the projection hides keep what they were; a number that it has no
-// name for passes through untouched.
+// It shows the values that count for the current projection, names datums and hemispheres, and computes a
+// test point with every change. Hidden values stay as they were; a code without a known name is kept.
 #pragma once
 #include <QHash>
 #include <QWidget>
-#include <functional>
-#include <string>
 #include <vector>
 
 #include "numerics/geodesy/coordinate_transforms.h"
@@ -27,19 +24,16 @@ class VexProjection : public QWidget {
 
   explicit VexProjection(QWidget* parent = nullptr);
 
-  /// What finds a fault in values that can be read, in words; the test point shows it.
-  void set_check(std::function<std::string(const Values&)> check);
-
   void show_values(const Values& values);
 
-  /// The values as edited. A field that can't be read counts with its last good value; fault() tells of it.
+  /// The values as edited. A field that can't be read counts with its last good value; fault() reports it.
   [[nodiscard]] const Values& values() const { return values_; }
 
   /// What is wrong with the first field that can't be read; empty if all can.
   [[nodiscard]] QString fault() const;
 
  Q_SIGNALS:
-  /// The person has edited something.
+  /// The user has edited something.
   void values_changed();
 
  private:
@@ -71,10 +65,9 @@ class VexProjection : public QWidget {
   void show_test_point();
 
   Values values_;
-  std::function<std::string(const Values&)> check_;
   bool updating_ = false;        // the controls are being filled
-  bool datum_of_grid_ = false;   // the datum came with the Australian Map Grid
-  bool own_test_point_ = false;  // the person has typed one
+  bool datum_of_grid_ = false;   // the datum was set with the Australian Map Grid
+  bool own_test_point_ = false;  // the user has typed one
   bool zone_number_readable_ = true;
   bool datum_readable_ = true;
   std::vector<NumberField> numbers_;

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-#include "core/absent_value.h"
 #include "core/number_text.h"
-#include "core/search_sort.h"
 #include "core/session_state.h"
 
 namespace Module_averaged_data {
@@ -31,15 +29,11 @@ void CurveExtents::include(const Curve& curve) {
   }
 }
 
-std::span<const float> selected_frequency_list() {
-  return std::span(session().frequency_list).first(static_cast<std::size_t>(session().frequency_count));
-}
-
-std::vector<std::int32_t> list_positions(const Curve& curve) {
+std::vector<std::int32_t> list_positions(const Curve& curve, const Frequencies& frequencies) {
   std::vector<std::int32_t> positions;
   positions.reserve(curve.count());
   for (const float frequency : curve.frequencies) {
-    positions.push_back(basSearchSort::search_sorted(selected_frequency_list(), frequency));
+    positions.push_back(frequencies.position(frequency));
   }
   return positions;
 }

@@ -1,22 +1,23 @@
 // curve_parts.h: what the data sets of the main view have in common.
 //
-// Conventions: frequency Hz; resistivity ohm-m; phase degrees; a value at or below -1e30 is absent.
+// Conventions: frequency Hz; resistivity ohm-m; phase degrees; absent values as in core/absent_value.h.
 #pragma once
 #include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 
+#include "core/absent_value.h"
+#include "core/frequencies.h"
 #include "database/reading.h"
 
 namespace Module_averaged_data {
 
 /// Smallest and largest value met; the wrong way round until there is one.
 struct Extent {
-  float minimum = 1e32F;
-  float maximum = -1e32F;
+  float minimum = -no_data;
+  float maximum = no_data;
 
-  void include(float value);  // an absent value is passed over
+  void include(float value);  // an absent value is skipped
   [[nodiscard]] bool empty() const { return !(minimum <= maximum); }
 };
 
@@ -28,11 +29,8 @@ struct CurveExtents {
   void include(const Module_database::Curve& curve);
 };
 
-/// The part of the session's frequency list that counts, Hz, ascending.
-std::span<const float> selected_frequency_list();
-
-/// Where each frequency of a reading stands in the session's frequency list; -1 where it doesn't.
-std::vector<std::int32_t> list_positions(const Module_database::Curve& curve);
+/// The index of each frequency of a reading in a frequency list; -1 where it isn't listed.
+std::vector<std::int32_t> list_positions(const Module_database::Curve& curve, const Frequencies& frequencies);
 
 /// The key of the session's selection; the scan rate is that of the raw graph.
 Module_database::ReadingKey selected_key();

@@ -14,19 +14,19 @@ namespace Module_averaged_data {
 namespace {
 
 /// The merged curve of the station whose first row this is. A derived row is the curve itself; for one that
-/// came from a file the curve may still have to be made.
-int read_merged(const dao::Recordset& row, ReadingKey key, StoredReading& merged) {
+/// came from a file the curve may still have to be computed.
+int read_merged(const dao::Recordset& row, ReadingKey key, const Frequencies& frequencies,
+                StoredReading& merged) {
   if (row.get_long("FileID") < 0 && row.get_single("SampleRate") == 0.0F) {
     merged = Module_database::read_reading(row);
     return 0;
   }
   key.station = row.get_double("Station");
   key.scan_rate = 0.0F;
-  return get_reduced_reading(reduction_merged, AllowRaw::yes, key, merged);
+  return get_reduced_reading(reduction_merged, AllowRaw::yes, key, frequencies, merged);
 }
 
-void fill_column(const StoredReading& merged, ProfileColumn& column) {
-  const std::vector<float>& frequencies = profile_data_set().frequencies;
+void fill_column(const StoredReading& merged, const std::vector<float>& frequencies, ProfileColumn& column) {
   const Module_database::Curve& curve = merged.curve;
   column.ID = merged.ID;
   column.UseReading = merged.UseReading;
@@ -65,8 +65,7 @@ void find_extents(ProfileDataSet& data) {
   }
 }
 
-int load_columns(const ReadingKey& key) {
-  ProfileDataSet& data = profile_data_set();
+int load_columns(const ReadingKey& key, const Frequencies& frequencies, ProfileDataSet& data) {
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT * FROM ReadingsDataTable WHERE LineNumber = '" + key.line + "' AND " +
       kind_criteria(reduction_merged, key) + " ORDER BY Station,FileID");
@@ -78,7 +77,7 @@ int load_columns(const ReadingKey& key) {
     }
     last_station = station;
     StoredReading merged;
-    if (read_merged(rows, key, merged) != 0) {
+    if (read_merged(rows, key, frequencies, merged) != 0) {
       return -1;
     }
     if (merged.ID == 0) {
@@ -87,45 +86,34 @@ int load_columns(const ReadingKey& key) {
     ProfileColumn& column = data.columns.emplace_back();
     column.StationID = rows.get_long("StationID");
     column.station = station;
-    fill_column(merged, column);
+    fill_column(merged, data.frequencies, column);
   }
   return 0;
 }
 
 }  // namespace
 
-ProfileDataSet& profile_data_set() {
-  static ProfileDataSet data;
-  return data;
-}
-
-void reset_profile_data() { profile_data_set() = {}; }
-
-int load_profile_data(const ReadingKey& key) {
-  reset_profile_data();
-  ProfileDataSet& data = profile_data_set();
+int load_profile_data(const ReadingKey& key, const Frequencies& frequencies, ProfileDataSet& data) {
+  data = {};
   data.key = key;
-  const std::span<const float> list = selected_frequency_list();
-  if (list.empty()) {
+  if (frequencies.empty()) {
     return 0;
   }
-  data.frequencies.assign(list.begin(), list.end());
-  const int status =
-      trap_errors("An error occurred while generating the profile data: ", [&] { return load_columns(key); });
+  data.frequencies = frequencies.list;
+  const int status = trap_errors("An error occurred while generating the profile data: ",
+                                 [&] { return load_columns(key, frequencies, data); });
   find_extents(data);
   return status;
 }
 
-void store_profile_column(std::size_t column_index, const StoredReading& merged) {
-  ProfileDataSet& data = profile_data_set();
-  fill_column(merged, data.columns[column_index]);
+void store_profile_column(ProfileDataSet& data, std::size_t column_index, const StoredReading& merged) {
+  fill_column(merged, data.frequencies, data.columns[column_index]);
   find_extents(data);
 }
 
-std::int32_t find_profile_column(double station) {
-  const auto& columns = profile_data_set().columns;
-  const auto found = std::ranges::find(columns, station, &ProfileColumn::station);
-  return found == columns.end() ? -1 : static_cast<std::int32_t>(found - columns.begin());
+std::int32_t find_profile_column(const ProfileDataSet& data, double station) {
+  const auto found = std::ranges::find(data.columns, station, &ProfileColumn::station);
+  return found == data.columns.end() ? -1 : static_cast<std::int32_t>(found - data.columns.begin());
 }
 
 double half_spacing(const ProfileDataSet& data) {

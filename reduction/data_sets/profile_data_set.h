@@ -22,25 +22,22 @@ struct ProfileColumn {
 };
 
 struct ProfileDataSet {
-  ReadingKey key;                      // its station and scan rate say nothing
+  ReadingKey key;                      // its station and scan rate don't count
   std::vector<float> frequencies;      // Hz, the frequency list at loading
   CurveExtents extents;                // resistivity without the static factors
   std::vector<ProfileColumn> columns;  // in the order of their stations
 };
 
-/// What is loaded now.
-ProfileDataSet& profile_data_set();
-void reset_profile_data();
-
-/// Loads the merged curves of the key's line; one a station. Needs the session's frequency list.
+/// Loads the merged curves of the key's line; one a station. Nothing without frequencies.
 /// @return 0, or -1 after a message; what was loaded by then stays
-[[nodiscard]] int load_profile_data(const ReadingKey& key);
+[[nodiscard]] int load_profile_data(const ReadingKey& key, const Frequencies& frequencies,
+                                    ProfileDataSet& data);
 
 /// Puts a merged curve into a column that exists.
-void store_profile_column(std::size_t column_index, const StoredReading& merged);
+void store_profile_column(ProfileDataSet& data, std::size_t column_index, const StoredReading& merged);
 
 /// The column of a station, from 0; -1 if it has no merged curve.
-std::int32_t find_profile_column(double station);
+std::int32_t find_profile_column(const ProfileDataSet& data, double station);
 
 /// Half the mean distance between neighbouring stations, m; 1 where there is only one.
 double half_spacing(const ProfileDataSet& data);

@@ -6,7 +6,7 @@
 namespace Module_averaged_data {
 
 struct RepeatSlot {
-  StoredReading reading;                    // ID 0: there is none. Its masks go back to the row by position
+  StoredReading reading;                    // ID 0: no reading. Its masks go back to the row by position
   std::vector<std::int32_t> list_position;  // by point; -1: not in the frequency list
 };
 
@@ -18,18 +18,13 @@ struct RepeatDataSet {
   std::vector<RepeatSlot> slots;  // the average first, then the repeats by event; empty: no data
 };
 
-/// What is loaded now.
-RepeatDataSet& repeat_data_set();
-
-/// Empties the data set and session().repeat_count.
-void reset_repeat_data();
-
-/// Loads the repeats of a key. A scan rate of 0 stands for the first one of the station data set, which
-/// becomes the session's.
+/// Loads the repeats of a key.
 /// @return 0, or -1 after a message; what was loaded by then stays
-[[nodiscard]] int load_repeat_data(ReadingKey key);
+[[nodiscard]] int load_repeat_data(const ReadingKey& key, const Frequencies& frequencies,
+                                   RepeatDataSet& data);
 
 /// Puts a reading into a slot, 0 for the average; behind the last one as a new slot.
-void store_repeat_slot(std::size_t slot, StoredReading reading);
+void store_repeat_slot(RepeatDataSet& data, std::size_t slot, StoredReading reading,
+                       const Frequencies& frequencies);
 
 }  // namespace Module_averaged_data

@@ -1,11 +1,8 @@
 #include "reduction/data_sets/station_data_set.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <utility>
 
-#include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
@@ -14,8 +11,6 @@
 namespace Module_averaged_data {
 
 namespace {
-
-constexpr int neighbour_colours = 25;
 
 dao::Recordset rows_where(const std::string& condition) {
   return Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE " +
@@ -32,16 +27,14 @@ StationSlot slot_of(StationSlotKind kind, const dao::Recordset& row) {
   return slot;
 }
 
-void add_slot(StationSlot slot) {
-  StationDataSet& data = station_data_set();
-  slot.list_position = list_positions(slot.reading.curve);
+void add_slot(StationDataSet& data, StationSlot slot, const Frequencies& frequencies) {
+  slot.list_position = list_positions(slot.reading.curve, frequencies);
   data.extents.include(slot.reading.curve);
   data.slots.push_back(std::move(slot));
 }
 
-/// The averages of the station by scan rate; sets the scan rates and the counts of both kinds.
-std::vector<StationSlot> read_averages(const ReadingKey& key) {
-  StationDataSet& data = station_data_set();
+/// The averages of the station by scan rate; sets the scan rates.
+std::vector<StationSlot> read_averages(const ReadingKey& key, StationDataSet& data) {
   std::vector<StationSlot> averages;
   dao::Recordset rows = rows_where(place_criteria(key) + " AND " + kind_criteria(reduction_averaged, key) +
                                    " ORDER BY SampleRate");
@@ -49,7 +42,6 @@ std::vector<StationSlot> read_averages(const ReadingKey& key) {
     const bool derived = rows.get_long("FileID") < 0;
     StationSlot& slot =
         averages.emplace_back(slot_of(derived ? StationSlotKind::average : StationSlotKind::file, rows));
-    ++(derived ? data.average_count : data.file_count);
     if (data.scan_rates.empty() || data.scan_rates.back() != slot.SampleRate) {
       data.scan_rates.push_back(slot.SampleRate);
     }
@@ -57,29 +49,28 @@ std::vector<StationSlot> read_averages(const ReadingKey& key) {
   return averages;
 }
 
-void add_kind(std::vector<StationSlot>& averages, StationSlotKind kind) {
+void add_kind(StationDataSet& data, std::vector<StationSlot>& averages, StationSlotKind kind,
+              const Frequencies& frequencies) {
   for (StationSlot& slot : averages) {
     if (slot.kind == kind) {
-      add_slot(std::move(slot));
+      add_slot(data, std::move(slot), frequencies);
     }
   }
 }
 
-void add_other_merged(const ReadingKey& key) {
-  StationDataSet& data = station_data_set();
+void add_other_merged(const ReadingKey& key, const Frequencies& frequencies, StationDataSet& data) {
   const std::int32_t merged_ID = data.slots.front().reading.ID;
   dao::Recordset rows = rows_where(place_criteria(key) + " AND " + kind_criteria(reduction_merged, key) +
                                    " AND SampleRate=0 ORDER BY FileID");
   for (; !rows.eof(); rows.move_next()) {
     if (rows.get_long("ID") != merged_ID) {
-      add_slot(slot_of(StationSlotKind::other_merged, rows));
-      ++data.other_merged_count;
+      add_slot(data, slot_of(StationSlotKind::other_merged, rows), frequencies);
     }
   }
 }
 
-void add_neighbours(const ReadingKey& key, const std::vector<std::int32_t>& neighbours) {
-  StationDataSet& data = station_data_set();
+void add_neighbours(const ReadingKey& key, const std::vector<std::int32_t>& neighbours,
+                    const Frequencies& frequencies, StationDataSet& data) {
   dao::Recordset rows =
       rows_where("LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key) +
                  " AND SampleRate=0 ORDER BY Station,FileID");
@@ -96,32 +87,31 @@ void add_neighbours(const ReadingKey& key, const std::vector<std::int32_t>& neig
     }
     StationSlot slot = slot_of(StationSlotKind::neighbour, rows);
     slot.station_index = *next;
-    slot.colour_number = -(1 + std::abs(*next - session().current_station_index) % neighbour_colours);
-    add_slot(std::move(slot));
+    add_slot(data, std::move(slot), frequencies);
     ++data.neighbour_count;
     ++next;
   }
 }
 
-int load_slots(const ReadingKey& key, const std::vector<std::int32_t>& neighbours) {
-  StationDataSet& data = station_data_set();
-  std::vector<StationSlot> averages = read_averages(key);
+int load_slots(const ReadingKey& key, const std::vector<std::int32_t>& neighbours,
+               const Frequencies& frequencies, StationDataSet& data) {
+  std::vector<StationSlot> averages = read_averages(key, data);
   StationSlot merged;
   merged.station = key.station;
   merged.station_index = session().current_station_index;
   ReadingKey merged_key = key;
   merged_key.scan_rate = 0.0F;
-  if (get_reduced_reading(reduction_merged, AllowRaw::yes, merged_key, merged.reading) != 0) {
+  if (get_reduced_reading(reduction_merged, AllowRaw::yes, merged_key, frequencies, merged.reading) != 0) {
     return -1;
   }
-  add_slot(std::move(merged));
+  add_slot(data, std::move(merged), frequencies);
   if (neighbours.empty()) {
-    add_kind(averages, StationSlotKind::average);
-    add_kind(averages, StationSlotKind::file);
+    add_kind(data, averages, StationSlotKind::average, frequencies);
+    add_kind(data, averages, StationSlotKind::file, frequencies);
   }
-  add_other_merged(key);
+  add_other_merged(key, frequencies, data);
   if (!neighbours.empty()) {
-    add_neighbours(key, neighbours);
+    add_neighbours(key, neighbours, frequencies, data);
   }
   if (data.slots.size() == 1 && data.slots.front().reading.ID == 0) {
     data.slots.clear();
@@ -130,16 +120,6 @@ int load_slots(const ReadingKey& key, const std::vector<std::int32_t>& neighbour
 }
 
 }  // namespace
-
-int neighbour_count_of(std::string& text) {
-  constexpr double most = 1e6;  // more than any line has
-  const double count = is_numeric(text) ? numeric_value(text) : 0.0;
-  if (!(count > 0.0)) {
-    text = "2";
-    return 0;
-  }
-  return static_cast<int>(std::min(count, most));
-}
 
 std::vector<std::int32_t> neighbours_of(std::int32_t station_index, const NeighbourOptions& options) {
   const SessionState& state = session();
@@ -174,25 +154,20 @@ std::vector<std::int32_t> neighbours_of(std::int32_t station_index, const Neighb
   return neighbours;
 }
 
-StationDataSet& station_data_set() {
-  static StationDataSet data;
-  return data;
-}
-
-void reset_station_data() { station_data_set() = {}; }
-
-int load_station_data(const ReadingKey& key, const NeighbourOptions& options) {
-  reset_station_data();
-  station_data_set().key = key;
-  station_data_set().neighbours = options;
+int load_station_data(const ReadingKey& key, const NeighbourOptions& options, const Frequencies& frequencies,
+                      StationDataSet& data) {
+  StationDataSet fresh;  // the arguments may be those of the data set
+  fresh.key = key;
+  fresh.neighbours = options;
+  data = std::move(fresh);
   return trap_errors("An error occurred while generating the station data: ", [&] {
-    return load_slots(key, neighbours_of(session().current_station_index, options));
+    return load_slots(key, neighbours_of(session().current_station_index, options), frequencies, data);
   });
 }
 
-void store_station_slot(std::size_t slot, StoredReading reading) {
-  StationDataSet& data = station_data_set();
-  data.slots[slot].list_position = list_positions(reading.curve);
+void store_station_slot(StationDataSet& data, std::size_t slot, StoredReading reading,
+                        const Frequencies& frequencies) {
+  data.slots[slot].list_position = list_positions(reading.curve, frequencies);
   data.slots[slot].reading = std::move(reading);
   data.extents = {};
   for (const StationSlot& each : data.slots) {

@@ -1,7 +1,6 @@
 // station_data_set.h: the curves of one station: merged curve, averages, files of averaged data, and the
 // merged curves of its neighbours.
 #pragma once
-#include <optional>
 #include <string>
 
 #include "reduction/averages.h"
@@ -9,7 +8,7 @@
 
 namespace Module_averaged_data {
 
-enum class NeighbourSide { both, before, after };  // in the order of the list that people choose from
+enum class NeighbourSide { both, before, after };  // in the order of the list that the user chooses from
 
 /// Which other stations of the line are shown beside the selected one.
 struct NeighbourOptions {
@@ -18,10 +17,6 @@ struct NeighbourOptions {
   int count = 0;     // on each chosen side
   NeighbourSide side = NeighbourSide::both;
 };
-
-/// The number of neighbours that a text asks for. A text that is not a positive number becomes "2" and asks
-/// for none yet.
-int neighbour_count_of(std::string& text);
 
 /// The neighbours of a station as station indices (from 1), ascending, without the station itself. A window
 /// that leaves the line at one end is moved back inside it as a whole.
@@ -37,35 +32,30 @@ enum class StationSlotKind {
 
 struct StationSlot {
   StationSlotKind kind = StationSlotKind::merged;
-  StoredReading reading;    // ID 0: there is none
+  StoredReading reading;    // ID 0: no reading
   float SampleRate = 0.0F;  // Hz
   double station = 0.0;
-  std::int32_t station_index = -1;   // from 1
-  std::optional<int> colour_number;  // a neighbour's, from its distance; negative
+  std::int32_t station_index = -1;  // from 1
   std::vector<std::int32_t> list_position;
 };
 
 struct StationDataSet {
-  ReadingKey key;  // its scan rate says nothing
+  ReadingKey key;  // its scan rate doesn't count
   NeighbourOptions neighbours;
-  std::vector<float> scan_rates;   // Hz, of all averages, ascending, distinct
-  std::int32_t average_count = 0;  // stored ones, also while neighbours take their place
-  std::int32_t file_count = 0;
-  std::int32_t other_merged_count = 0;
+  std::vector<float> scan_rates;  // Hz, of all averages, ascending, distinct
   std::int32_t neighbour_count = 0;
   CurveExtents extents;
   std::vector<StationSlot> slots;  // the merged curve first; empty: no data
 };
 
-/// What is loaded now.
-StationDataSet& station_data_set();
-void reset_station_data();
-
-/// Loads the curves of the session's current station. Averages are left out while neighbours are shown.
+/// Loads the curves of the key's station, which is the session's current one. Averages are left out while
+/// neighbours are shown.
 /// @return 0, or -1 after a message; what was loaded by then stays
-[[nodiscard]] int load_station_data(const ReadingKey& key, const NeighbourOptions& options);
+[[nodiscard]] int load_station_data(const ReadingKey& key, const NeighbourOptions& options,
+                                    const Frequencies& frequencies, StationDataSet& data);
 
 /// Puts a reading into a slot that exists.
-void store_station_slot(std::size_t slot, StoredReading reading);
+void store_station_slot(StationDataSet& data, std::size_t slot, StoredReading reading,
+                        const Frequencies& frequencies);
 
 }  // namespace Module_averaged_data

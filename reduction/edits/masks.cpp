@@ -5,14 +5,11 @@
 #include <utility>
 #include <vector>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
-#include "reduction/data_sets/curve_parts.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_averaged_data {
 
@@ -107,13 +104,13 @@ struct Candidate {
 /// The values that count at a point, ascending; equal ones in the order of their repeats.
 std::vector<Candidate> candidates_at(std::size_t point, int field, const std::vector<Curve>& curves) {
   std::vector<Candidate> candidates;
-  const std::vector<RepeatSlot>& slots = repeat_data_set().slots;
+  const std::vector<RepeatSlot>& slots = data_sets().repeats.slots;
   for (std::size_t slot = 1; slot < slots.size(); ++slot) {
     const StoredReading& reading = slots[slot].reading;
     const bool used = reading.UseReading && (field == 1 ? reading.UseResistivity : reading.UsePhase);
     const Curve& curve = curves[slot];
     if (used && point < curve.count() && curve.counts_at(field, point) != 0 &&
-        curve.value(field, point) > -1e30F) {
+        double{curve.value(field, point)} > present_above) {
       candidates.push_back({curve.value(field, point), slot});
     }
   }
@@ -139,7 +136,7 @@ bool clip_at(std::size_t point, int field, ClipEnds ends, std::size_t count, std
 
 /// The masks of all repeats after clipping; empty if no point changes.
 std::vector<UndoEntry> clipped_masks(ClipEnds ends, std::size_t count, OutlierField field) {
-  const RepeatDataSet& data = repeat_data_set();
+  const RepeatDataSet& data = data_sets().repeats;
   std::vector<Curve> curves;
   for (const RepeatSlot& slot : data.slots) {
     curves.push_back(slot.reading.curve);
@@ -161,7 +158,7 @@ Edit edit_repeats(std::string_view fixed_text, const std::vector<UndoEntry>& ent
   if (entries.empty()) {
     return Edit::nothing;
   }
-  return edit_readings(fixed_text, entries, ReduceFrom::repeats, repeat_data_set().key);
+  return edit_readings(fixed_text, entries, ReduceFrom::repeats, data_sets().repeats.key);
 }
 
 /// The masks of a reading with one point turned around; empty if there is no such point or it can't be
@@ -215,14 +212,14 @@ UndoFlags flags_of(const Reading& reading) {
 /// The profile's column of the current station; null if it has none.
 const ProfileColumn* current_column() {
   const std::int32_t number = session().current_profile_column;
-  const std::vector<ProfileColumn>& columns = profile_data_set().columns;
+  const std::vector<ProfileColumn>& columns = data_sets().profile.columns;
   return number < 1 || std::cmp_greater(number, columns.size())
              ? nullptr
              : &columns[static_cast<std::size_t>(number) - 1];
 }
 
 ReadingKey key_of(const ProfileColumn& column) {
-  ReadingKey key = profile_data_set().key;
+  ReadingKey key = data_sets().profile.key;
   key.station = column.station;
   key.scan_rate = 0.0F;
   return key;
@@ -230,17 +227,15 @@ ReadingKey key_of(const ProfileColumn& column) {
 
 }  // namespace
 
-Edit clear_frequencies(FrequencyCommand command, std::string_view frequency_text, OutlierField field) {
+Edit clear_frequencies(FrequencyCommand command, double frequency, OutlierField field) {
   const bool needs_frequency = command < FrequencyCommand::reset_all;
-  const double frequency = is_numeric(frequency_text) ? numeric_value(frequency_text) : 0.0;
-  if (session().updating_controls || (needs_frequency && !(frequency > 0.0))) {
+  if (needs_frequency && !(frequency > 0.0)) {
     return Edit::nothing;
   }
-  const ScopedValue updating(session().updating_controls, true);
   const BusyPointer busy;
   const MaskRule rule = rule_of(command, frequency, field);
   std::vector<UndoEntry> entries;
-  const std::vector<RepeatSlot>& slots = repeat_data_set().slots;
+  const std::vector<RepeatSlot>& slots = data_sets().repeats.slots;
   for (std::size_t slot = 1; slot < slots.size(); ++slot) {
     Curve curve = slots[slot].reading.curve;
     bool changed = apply_rule(rule, curve);
@@ -254,25 +249,22 @@ Edit clear_frequencies(FrequencyCommand command, std::string_view frequency_text
   return edit_repeats("An error occurred while clearing the frequencies: ", entries);
 }
 
-Edit clip_outliers(ClipEnds ends, std::string_view count_text, OutlierField field) {
-  constexpr double most = 1e6;  // more than any station has repeats
-  const double count = is_numeric(count_text) ? std::trunc(std::min(numeric_value(count_text), most)) : 0.0;
-  if (session().updating_controls || !(count >= 1.0)) {
+Edit clip_outliers(ClipEnds ends, int count, OutlierField field) {
+  if (count < 1) {
     return Edit::nothing;
   }
-  if ((ends == ClipEnds::both ? 2.0 * count : count) >= repeat_data_set().repeat_count) {
+  if ((ends == ClipEnds::both ? 2.0 * count : count) >= data_sets().repeats.repeat_count) {
     user_interface().show_message(
         "There are not enough data values to allow this number of outliers to be clipped");
     return Edit::nothing;
   }
-  const ScopedValue updating(session().updating_controls, true);
   const BusyPointer busy;
   return edit_repeats("An error occurred while clipping the outliers: ",
                       clipped_masks(ends, static_cast<std::size_t>(count), field));
 }
 
 Edit toggle_repeat_point(std::size_t slot, std::size_t point, Component component) {
-  const RepeatDataSet& data = repeat_data_set();
+  const RepeatDataSet& data = data_sets().repeats;
   if (slot >= data.slots.size()) {
     return Edit::nothing;
   }
@@ -280,7 +272,7 @@ Edit toggle_repeat_point(std::size_t slot, std::size_t point, Component componen
 }
 
 Edit toggle_station_point(std::size_t slot, std::size_t point, Component component) {
-  const StationDataSet& data = station_data_set();
+  const StationDataSet& data = data_sets().station;
   if (slot >= data.slots.size()) {
     return Edit::nothing;
   }
@@ -301,13 +293,14 @@ Edit toggle_station_point(std::size_t slot, std::size_t point, Component compone
 }
 
 Edit toggle_profile_point(std::size_t column, std::size_t frequency_index, Component component) {
-  const ProfileDataSet& data = profile_data_set();
+  const ProfileDataSet& data = data_sets().profile;
   if (column >= data.columns.size() || frequency_index >= data.frequencies.size()) {
     return Edit::nothing;
   }
   const ReadingKey key = key_of(data.columns[column]);
-  StoredReading merged;  // the column doesn't know where its values stand in the row
-  if (get_reduced_reading(2, AllowRaw::yes, key, merged) != 0) {
+  StoredReading merged;  // the column doesn't know where its values are in the row
+  if (get_reduced_reading(Module_database::reduction_merged, AllowRaw::yes, key, session().frequencies,
+                          merged) != 0) {
     return Edit::failed;
   }
   const auto found = std::ranges::find(merged.curve.frequencies, data.frequencies[frequency_index]);
@@ -319,7 +312,7 @@ Edit toggle_profile_point(std::size_t column, std::size_t frequency_index, Compo
 }
 
 Edit set_repeat_use(std::size_t slot, UseFlag flag, bool use) {
-  const RepeatDataSet& data = repeat_data_set();
+  const RepeatDataSet& data = data_sets().repeats;
   if (slot >= data.slots.size()) {
     return Edit::nothing;
   }
@@ -337,11 +330,10 @@ Edit set_merged_use(UseFlag flag, bool use) {
   return edit_readings(storing_failed, {&entry, 1}, ReduceFrom::averages, key_of(*column));
 }
 
-Edit set_static_factor(std::string_view text) {
+Edit set_static_factor(float factor) {
   const ProfileColumn* const column = current_column();
-  const auto factor = static_cast<float>(is_numeric(text) ? numeric_value(text) : 0.0);
-  if (session().updating_controls || session().current_station_index < 1 || column == nullptr ||
-      !(factor > 0.0F) || !std::isfinite(factor) || factor == column->ResOffset) {
+  if (session().current_station_index < 1 || column == nullptr || !(factor > 0.0F) ||
+      !std::isfinite(factor) || factor == column->ResOffset) {
     return Edit::nothing;
   }
   const UndoEntry entry{column->ID, UndoStatic{factor}};

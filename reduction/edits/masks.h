@@ -1,19 +1,17 @@
 // masks.h: what the user switches: points, readings, components of readings, the static factor.
 //
 // Every edit works on the data sets as they are loaded, stores the change at once, keeps the earlier values
-// to be undone and makes average and merged curve anew; see reading_edits.h. After Edit::changed all graphs
-// are to be drawn again.
+// to be undone and computes average and merged curve again; see reading_edits.h. After Edit::changed all
+// graphs are to be drawn again.
 #pragma once
-#include <string_view>
-
 #include "reduction/edits/reading_edits.h"
 
 namespace Module_averaged_data {
 
-enum class Component { resistivity = 0, phase = 1 };               // in the order of a pair of graphs
-enum class OutlierField { resistivity = 0, phase = 1, both = 2 };  // in the order of Option_outlier
+enum class Component { resistivity = 0, phase = 1 };
+enum class OutlierField { resistivity = 0, phase = 1, both = 2 };
 
-enum class FrequencyCommand {  // in the order of the buttons
+enum class FrequencyCommand {
   mask_up_to = 0,
   mask_from = 1,
   mask_at = 2,
@@ -24,22 +22,22 @@ enum class FrequencyCommand {  // in the order of the buttons
   mask_negative_phases = 7  // acts on phases whatever field is chosen, and as mask_up_to with 0 Hz
 };
 
-enum class ClipEnds { top = 0, bottom = 1, both = 2 };  // in the order of the buttons
+enum class ClipEnds { top = 0, bottom = 1, both = 2 };
 
-enum class UseFlag { reading = 0, resistivity = 1, phase = 2 };  // in the order of the check boxes
+enum class UseFlag { reading = 0, resistivity = 1, phase = 2 };
 
-/// Sets or resets masks of all repeats by frequency. @param frequency_text Hz; a text that is not a positive
-/// number lets the commands that need one do nothing
-[[nodiscard]] Edit clear_frequencies(FrequencyCommand command, std::string_view frequency_text,
-                                     OutlierField field);
+/// Sets or resets masks of all repeats by frequency.
+/// @param frequency Hz; unless it is above 0, the commands that need one do nothing
+[[nodiscard]] Edit clear_frequencies(FrequencyCommand command, double frequency, OutlierField field);
 
 /// Masks the highest, the lowest or both extreme values over the repeats at each point. The repeats are
-/// compared point by point, not frequency by frequency. Points at which nothing would be left are passed
-/// over.
-/// @param count_text how many values go at each end
-[[nodiscard]] Edit clip_outliers(ClipEnds ends, std::string_view count_text, OutlierField field);
+/// compared point by point, not frequency by frequency. Points at which nothing would be left are
+/// skipped.
+/// @param count how many values go at each end; nothing is done unless it is above 0
+[[nodiscard]] Edit clip_outliers(ClipEnds ends, int count, OutlierField field);
 
-/// Turns the mask of a point around. Slots, points and columns count from 0; one that isn't there is nothing.
+/// Inverts the mask of a point. Slots, points and columns count from 0; nothing is done for one that isn't
+/// there.
 [[nodiscard]] Edit toggle_repeat_point(std::size_t slot, std::size_t point, Component component);
 
 /// The same on the station's curves. Neighbours and further merged curves can't be masked.
@@ -55,7 +53,8 @@ enum class UseFlag { reading = 0, resistivity = 1, phase = 2 };  // in the order
 [[nodiscard]] Edit set_merged_use(UseFlag flag, bool use);
 
 /// Sets the static factor of the merged curve of the current profile column. It acts on display and output;
-/// nothing is computed anew. A text that is not a positive number, or the present value, does nothing.
-[[nodiscard]] Edit set_static_factor(std::string_view text);
+/// nothing is computed again. Nothing is done for a value that isn't above 0 or isn't finite, for the present
+/// value, or without a current station.
+[[nodiscard]] Edit set_static_factor(float factor);
 
 }  // namespace Module_averaged_data

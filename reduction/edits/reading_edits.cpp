@@ -9,9 +9,7 @@
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_averaged_data {
 
@@ -57,7 +55,7 @@ void set_flags(Slot& slot, const UndoFlags& flags) {
 /// A stored factor of 0 or below reads as 1.
 float factor_of(const UndoStatic& stored) { return stored.res_offset > 0.0F ? stored.res_offset : 1.0F; }
 
-void take_over(StoredReading& reading, const UndoEntry& entry) {
+void copy_into(StoredReading& reading, const UndoEntry& entry) {
   if (const auto* const flags = std::get_if<UndoFlags>(&entry.earlier)) {
     set_flags(reading, *flags);
   } else if (const auto* const mask = std::get_if<UndoMask>(&entry.earlier)) {
@@ -69,7 +67,7 @@ void take_over(StoredReading& reading, const UndoEntry& entry) {
   }
 }
 
-void take_over(ProfileColumn& column, const UndoEntry& entry, const std::vector<float>& frequencies) {
+void copy_into(ProfileColumn& column, const UndoEntry& entry, const std::vector<float>& frequencies) {
   if (const auto* const flags = std::get_if<UndoFlags>(&entry.earlier)) {
     set_flags(column, *flags);
   } else if (const auto* const factor = std::get_if<UndoStatic>(&entry.earlier)) {
@@ -77,7 +75,7 @@ void take_over(ProfileColumn& column, const UndoEntry& entry, const std::vector<
   } else {
     const auto mask = Module_database::longs_from(std::get<UndoMask>(entry.earlier).mask_bytes);
     for (std::size_t i = 0; i < frequencies.size() && 2 * i + 1 < mask.size(); ++i) {
-      const int at = basSearchSort::search_sorted(profile_data_set().frequencies, frequencies[i]);
+      const int at = basSearchSort::search_sorted(data_sets().profile.frequencies, frequencies[i]);
       if (at >= 0) {
         column.mask[static_cast<std::size_t>(at)] = {std::min(mask[2 * i], 1), std::min(mask[2 * i + 1], 1)};
       }
@@ -123,19 +121,19 @@ std::optional<ExchangedRow> exchange_row(const UndoEntry& entry) {
 }
 
 void show_entry(const UndoEntry& entry, const ExchangedRow& row) {
-  for (RepeatSlot& slot : repeat_data_set().slots) {
+  for (RepeatSlot& slot : data_sets().repeats.slots) {
     if (slot.reading.ID == entry.id) {
-      take_over(slot.reading, entry);
+      copy_into(slot.reading, entry);
     }
   }
-  for (StationSlot& slot : station_data_set().slots) {
+  for (StationSlot& slot : data_sets().station.slots) {
     if (slot.reading.ID == entry.id) {
-      take_over(slot.reading, entry);
+      copy_into(slot.reading, entry);
     }
   }
-  for (ProfileColumn& column : profile_data_set().columns) {
+  for (ProfileColumn& column : data_sets().profile.columns) {
     if (column.ID == entry.id) {
-      take_over(column, entry, row.frequencies);
+      copy_into(column, entry, row.frequencies);
     }
   }
 }
@@ -149,7 +147,7 @@ Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entri
     if (!write_all(entries, written)) {
       return 0;
     }
-    if (reduce_station(from, key, reduced) != 0) {
+    if (reduce_station(from, key, session().frequencies, reduced) != 0) {
       return -1;
     }
     transaction.commit();
@@ -165,7 +163,7 @@ Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entri
   if (written.empty()) {
     return Edit::nothing;
   }
-  return show_reduced_station(key, reduced) == 0 ? Edit::changed : Edit::failed;
+  return show_reduced_station(key, session().frequencies, reduced) == 0 ? Edit::changed : Edit::failed;
 }
 
 }  // namespace Module_averaged_data

@@ -14,7 +14,7 @@ namespace Module_averaged_data {
 
 using Module_Brenlox::UndoEntry;
 
-/// How an edit ended. A failure has been told to the user and has left survey, undo and data sets as before.
+/// How an edit ended. A failure comes after a message and leaves survey, undo and data sets as before.
 enum class Edit { nothing, changed, failed };
 
 /// What a row held before an entry was written into it, and whose row it is.
@@ -28,11 +28,11 @@ struct ExchangedRow {
 /// Writes what an entry holds into its reading. @return nothing if the reading is gone. Throws dao::Error.
 std::optional<ExchangedRow> exchange_row(const UndoEntry& entry);
 
-/// Takes an entry that was written into the survey over into all data sets that show its reading.
+/// Copies an entry that was written into the survey into all data sets that show its reading.
 void show_entry(const UndoEntry& entry, const ExchangedRow& row);
 
-/// Writes new values into readings, makes what follows from them anew for a key, keeps the earlier values to
-/// be undone, and brings the data sets up to date. A reading that is gone is passed over.
+/// Writes new values into readings, computes again what follows from them for a key, keeps the earlier values
+/// to be undone, and brings the data sets up to date. A reading that is gone is skipped.
 /// @param fixed_text begins the message of a failure
 [[nodiscard]] Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entries,
                                  ReduceFrom from, const ReadingKey& key);

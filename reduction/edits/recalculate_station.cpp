@@ -3,20 +3,20 @@
 #include <algorithm>
 
 #include "core/session_state.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "core/trap_errors.h"
+#include "reduction/data_sets/data_sets.h"
+#include "reduction/derived_rows.h"
 
 namespace Module_averaged_data {
 
 namespace {
 
-int show_average(const ReadingKey& key, const StoredReading& average) {
-  if (const RepeatDataSet& repeats = repeat_data_set();
+int show_average(const ReadingKey& key, const Frequencies& frequencies, const StoredReading& average) {
+  if (RepeatDataSet& repeats = data_sets().repeats;
       !repeats.slots.empty() && same_station(repeats.key, key) && repeats.key.scan_rate == key.scan_rate) {
-    store_repeat_slot(0, average);
+    store_repeat_slot(repeats, 0, average, frequencies);
   }
-  StationDataSet& station = station_data_set();
+  StationDataSet& station = data_sets().station;
   if (!same_station(station.key, key)) {
     return 0;
   }
@@ -24,60 +24,73 @@ int show_average(const ReadingKey& key, const StoredReading& average) {
     return slot.kind == StationSlotKind::average && slot.SampleRate == key.scan_rate;
   });
   if (found != station.slots.end()) {
-    store_station_slot(static_cast<std::size_t>(found - station.slots.begin()), average);
+    store_station_slot(station, static_cast<std::size_t>(found - station.slots.begin()), average,
+                       frequencies);
     return 0;
   }
   // Either neighbours have taken its place, or it is the first average of its scan rate.
-  return station.neighbour_count > 0 ? 0 : load_station_data(station.key, station.neighbours);
+  return station.neighbour_count > 0
+             ? 0
+             : load_station_data(station.key, station.neighbours, frequencies, station);
 }
 
-int show_merged(const ReadingKey& key, const StoredReading& merged) {
-  if (const StationDataSet& station = station_data_set();
+int show_merged(const ReadingKey& key, const Frequencies& frequencies, const StoredReading& merged) {
+  if (StationDataSet& station = data_sets().station;
       !station.slots.empty() && same_station(station.key, key)) {
-    store_station_slot(0, merged);
+    store_station_slot(station, 0, merged, frequencies);
   }
-  const ProfileDataSet& profile = profile_data_set();
+  ProfileDataSet& profile = data_sets().profile;
   ReadingKey profile_key = profile.key;
   profile_key.station = key.station;
   if (!same_station(profile_key, key)) {
     return 0;
   }
-  std::int32_t column = find_profile_column(key.station);
+  std::int32_t column = find_profile_column(profile, key.station);
   if (column >= 0) {
-    store_profile_column(static_cast<std::size_t>(column), merged);
+    store_profile_column(profile, static_cast<std::size_t>(column), merged);
     return 0;
   }
-  if (load_profile_data(profile_key) != 0) {
+  if (load_profile_data(profile_key, frequencies, profile) != 0) {
     return -1;
   }
-  column = find_profile_column(session().current_station);
+  column = find_profile_column(profile, session().current_station);
   session().current_profile_column = column + 1;
   return 0;
 }
 
 int reduce_selection(ReduceFrom from) {
   ReducedStation reduced;
-  if (reduce_station(from, selected_key(), reduced) != 0) {
+  const Frequencies& frequencies = session().frequencies;
+  if (reduce_station(from, selected_key(), frequencies, reduced) != 0) {
     return -1;
   }
-  return show_reduced_station(selected_key(), reduced);
+  return show_reduced_station(selected_key(), frequencies, reduced);
 }
 
 }  // namespace
 
-int reduce_station(ReduceFrom from, const ReadingKey& key, ReducedStation& reduced) {
+int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
+                   ReducedStation& reduced) {
   reduced = {};
-  if (from == ReduceFrom::repeats && average_repeats(key, reduced.average) != 0) {
-    return -1;
+  if (from == ReduceFrom::nothing) {
+    return 0;
   }
-  return from == ReduceFrom::nothing ? 0 : merge_scan_rates(key, reduced.merged);
+  return trap_errors(averaging_failed, [&] {
+    const StationRows place =
+        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
+    if (from == ReduceFrom::repeats && average_repeats_at(place, key, frequencies, reduced.average) != 0) {
+      return -1;
+    }
+    return merge_scan_rates_at(place, key, frequencies, reduced.merged);
+  });
 }
 
-int show_reduced_station(const ReadingKey& key, const ReducedStation& reduced) {
-  if (reduced.average.ID != 0 && show_average(key, reduced.average) != 0) {
+int show_reduced_station(const ReadingKey& key, const Frequencies& frequencies,
+                         const ReducedStation& reduced) {
+  if (reduced.average.ID != 0 && show_average(key, frequencies, reduced.average) != 0) {
     return -1;
   }
-  return reduced.merged.ID == 0 ? 0 : show_merged(key, reduced.merged);
+  return reduced.merged.ID == 0 ? 0 : show_merged(key, frequencies, reduced.merged);
 }
 
 int recalculate_station() { return reduce_selection(ReduceFrom::repeats); }

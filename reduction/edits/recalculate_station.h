@@ -8,19 +8,24 @@ namespace Module_averaged_data {
 /// changed nothing that is computed from.
 enum class ReduceFrom { repeats, averages, nothing };
 
-/// The derived readings that were made anew; ID 0 for one that wasn't.
+/// The derived readings that were computed again; ID 0 for one that wasn't.
 struct ReducedStation {
   StoredReading average;
   StoredReading merged;
 };
 
-/// Makes average and merged curve of a key anew in the survey; the data sets stay as they are.
+/// Computes average and merged curve of a key again and stores them; the data sets stay as they are.
 /// @return 0, or -1 after a message
-[[nodiscard]] int reduce_station(ReduceFrom from, const ReadingKey& key, ReducedStation& reduced);
+[[nodiscard]] int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
+                                 ReducedStation& reduced);
 
-/// Takes over into the data sets what reduce_station has made, as far as they show it.
+/// Copies into the data sets what reduce_station has computed, as far as they show it.
 /// @return 0, or -1 after a message
-[[nodiscard]] int show_reduced_station(const ReadingKey& key, const ReducedStation& reduced);
+[[nodiscard]] int show_reduced_station(const ReadingKey& key, const Frequencies& frequencies,
+                                       const ReducedStation& reduced);
+
+// The same for the selection, for callers that have changed its readings themselves: edits reduce within
+// their own transaction.
 
 /// Averages the repeats of the selection and merges its scan rates, and brings the data sets up to date.
 /// @return 0, or -1 after a message

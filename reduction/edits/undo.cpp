@@ -41,10 +41,11 @@ void leave_station(const ReadingKey& key) {
   session().current_scan_rate = decimal_of_single(key.scan_rate);
 }
 
-/// Writes an entry back, which may stand in a stack until `finish` or `drop` takes it from there.
+/// Writes an entry back, which may be in a stack until `finish` or `drop` takes it from there.
 /// @param finish is given what the row held until then
 template <class Finish>
 UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
+  const Frequencies& frequencies = session().frequencies;
   std::optional<ExchangedRow> row;
   ReducedStation reduced;
   const int status = trap_errors("An error occurred while undoing the change: ", [&] {
@@ -53,7 +54,7 @@ UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
     if (!row) {
       return 0;
     }
-    if (reduce_station(follows_from(entry, row->ReductionType), row->key, reduced) != 0) {
+    if (reduce_station(follows_from(entry, row->ReductionType), row->key, frequencies, reduced) != 0) {
       return -1;
     }
     transaction.commit();
@@ -67,8 +68,8 @@ UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
     return {Edit::nothing, session().current_station_index};
   }
   show_entry(entry, *row);
-  const UndoResult result{show_reduced_station(row->key, reduced) == 0 ? Edit::changed : Edit::failed,
-                          station_index_of(row->key)};
+  const int shown = show_reduced_station(row->key, frequencies, reduced);
+  const UndoResult result{shown == 0 ? Edit::changed : Edit::failed, station_index_of(row->key)};
   leave_station(row->key);
   finish(std::move(row->earlier));
   return result;

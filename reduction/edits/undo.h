@@ -1,4 +1,4 @@
-// undo.h: taking back the newest edit of a reading, and doing it again.
+// undo.h: undoing the newest edit of a reading, and doing it again.
 #pragma once
 #include <cstdint>
 
@@ -8,16 +8,16 @@ namespace Module_averaged_data {
 
 struct UndoResult {
   Edit edit = Edit::nothing;
-  /// The station whose reading changed, as a station index from 1; -1 if the survey has it no more.
+  /// The station whose reading changed, as a station index from 1; -1 if it is no longer in the survey.
   std::int32_t station_index = -1;
 };
 
-/// Takes back the newest edit and makes what follows from its reading anew, in one transaction. The profile
+/// Undoes the newest edit and computes again what follows from its reading, in one transaction. The profile
 /// is brought up to date; no station is selected any more, and the scan rate is that of the reading, so that
-/// displaying the station loads its data anew. An entry whose reading is gone is dropped.
+/// displaying the station loads its data again. An entry whose reading is gone is dropped.
 [[nodiscard]] UndoResult undo_last_change();
 
-/// Does again what was undone last, likewise.
+/// Does again what was undone last, in the same way.
 [[nodiscard]] UndoResult redo_last_change();
 
 }  // namespace Module_averaged_data

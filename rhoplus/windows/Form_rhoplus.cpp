@@ -1,10 +1,8 @@
 #include "rhoplus/windows/Form_rhoplus.h"
 
 #include "core/number_text.h"
-#include "output/rhoplus_settings.h"
 #include "ui_Form_rhoplus.h"
 
-using Module_output::rhoplus_settings;
 using Module_output::RhoplusSettings;
 
 namespace {
@@ -15,7 +13,8 @@ QString shown(float value, const char* picture) {
 
 }  // namespace
 
-Form_rhoplus::Form_rhoplus(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::Form_rhoplus>()) {
+Form_rhoplus::Form_rhoplus(RhoplusSettings& settings, QWidget* parent)
+    : QDialog(parent), settings_(settings), ui_(std::make_unique<Ui::Form_rhoplus>()) {
   ui_->setupUi(this);
   show_settings();
   connect_controls();
@@ -24,40 +23,38 @@ Form_rhoplus::Form_rhoplus(QWidget* parent) : QDialog(parent), ui_(std::make_uni
 Form_rhoplus::~Form_rhoplus() = default;
 
 void Form_rhoplus::show_settings() {
-  const RhoplusSettings& settings = rhoplus_settings();
-  ui_->Text_rhoplus_root_name->setText(QString::fromStdString(settings.root_name));
-  ui_->Combo_rhoplus_surface->setCurrentIndex(settings.surface);
-  ui_->Text_rhoplus_res_error_floor->setText(shown(settings.resistivity_error_floor, "0.0"));
-  ui_->Text_rhoplus_phase_error_floor->setText(shown(settings.phase_error_floor, "0.0"));
-  ui_->Text_rhoplus_resistivity_scale->setText(shown(settings.resistivity_scale, "0.0000"));
-  ui_->Check_rhoplus_exclude_data->setChecked(settings.exclude_data == 1);
-  ui_->Check_rhoplus_apply_static->setChecked(settings.apply_static == 1);
-  ui_->Check_rhoplus_exclude_negative_phase->setChecked(settings.exclude_negative_phase == 1);
+  ui_->Text_rhoplus_root_name->setText(QString::fromStdString(settings_.root_name));
+  ui_->Combo_rhoplus_surface->setCurrentIndex(settings_.surface);
+  ui_->Text_rhoplus_res_error_floor->setText(shown(settings_.resistivity_error_floor, "0.0"));
+  ui_->Text_rhoplus_phase_error_floor->setText(shown(settings_.phase_error_floor, "0.0"));
+  ui_->Text_rhoplus_resistivity_scale->setText(shown(settings_.resistivity_scale, "0.0000"));
+  ui_->Check_rhoplus_exclude_data->setChecked(settings_.exclude_data == 1);
+  ui_->Check_rhoplus_apply_static->setChecked(settings_.apply_static == 1);
+  ui_->Check_rhoplus_exclude_negative_phase->setChecked(settings_.exclude_negative_phase == 1);
 }
 
 void Form_rhoplus::connect_controls() {
   connect(ui_->Text_rhoplus_root_name, &QLineEdit::textChanged, this,
-          [](const QString& text) { Module_output::enter_root_name(text.toStdString()); });
-  const auto connect_number = [this](const QLineEdit* box, float RhoplusSettings::*setting) {
+          [this](const QString& text) { Module_output::enter_root_name(settings_, text.toStdString()); });
+  const auto connect_number = [this](const QLineEdit* box, float& setting) {
     connect(box, &QLineEdit::textChanged, this,
-            [setting](const QString& text) { Module_output::enter_positive(setting, text.toStdString()); });
+            [&setting](const QString& text) { Module_output::enter_positive(setting, text.toStdString()); });
   };
-  connect_number(ui_->Text_rhoplus_res_error_floor, &RhoplusSettings::resistivity_error_floor);
-  connect_number(ui_->Text_rhoplus_phase_error_floor, &RhoplusSettings::phase_error_floor);
-  connect_number(ui_->Text_rhoplus_resistivity_scale, &RhoplusSettings::resistivity_scale);
+  connect_number(ui_->Text_rhoplus_res_error_floor, settings_.resistivity_error_floor);
+  connect_number(ui_->Text_rhoplus_phase_error_floor, settings_.phase_error_floor);
+  connect_number(ui_->Text_rhoplus_resistivity_scale, settings_.resistivity_scale);
   connect(ui_->Combo_rhoplus_surface, &QComboBox::currentIndexChanged, this,
-          [](int index) { rhoplus_settings().surface = index; });
-  const auto connect_choice = [this](const QCheckBox* box, std::int32_t RhoplusSettings::*setting) {
-    connect(box, &QCheckBox::toggled, this,
-            [setting](bool checked) { rhoplus_settings().*setting = checked ? 1 : 0; });
+          [this](int index) { settings_.surface = index; });
+  const auto connect_choice = [this](const QCheckBox* box, std::int32_t& setting) {
+    connect(box, &QCheckBox::toggled, this, [&setting](bool checked) { setting = checked ? 1 : 0; });
   };
-  connect_choice(ui_->Check_rhoplus_exclude_data, &RhoplusSettings::exclude_data);
-  connect_choice(ui_->Check_rhoplus_apply_static, &RhoplusSettings::apply_static);
-  connect_choice(ui_->Check_rhoplus_exclude_negative_phase, &RhoplusSettings::exclude_negative_phase);
+  connect_choice(ui_->Check_rhoplus_exclude_data, settings_.exclude_data);
+  connect_choice(ui_->Check_rhoplus_apply_static, settings_.apply_static);
+  connect_choice(ui_->Check_rhoplus_exclude_negative_phase, settings_.exclude_negative_phase);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
 }
 
 void Form_rhoplus::done(int result) {
-  Module_output::save_rhoplus_settings();
+  Module_output::save_rhoplus_settings(settings_);
   QDialog::done(result);
 }

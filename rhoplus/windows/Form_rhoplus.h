@@ -1,8 +1,10 @@
-// Form_rhoplus.h: the settings of Rho+ inversion. Each valid entry holds at once; closing keeps them for the
-// user.
+// Form_rhoplus.h: the settings of Rho+ inversion. Each valid entry takes effect at once; closing stores them
+// for the user.
 #pragma once
 #include <QDialog>
 #include <memory>
+
+#include "output/rhoplus_settings.h"
 
 namespace Ui {
 class Form_rhoplus;
@@ -12,15 +14,17 @@ class Form_rhoplus : public QDialog {
   Q_OBJECT
 
  public:
-  explicit Form_rhoplus(QWidget* parent = nullptr);
+  /// @param settings  outlive the window
+  explicit Form_rhoplus(Module_output::RhoplusSettings& settings, QWidget* parent = nullptr);
   ~Form_rhoplus() override;
 
-  /// There is no cancelling: every way of closing keeps the settings.
+  /// There is no cancelling: every way of closing stores the settings.
   void done(int result) override;
 
  private:
   void show_settings();
   void connect_controls();
 
+  Module_output::RhoplusSettings& settings_;
   std::unique_ptr<Ui::Form_rhoplus> ui_;
 };

@@ -30,16 +30,14 @@ using Module_averaged_data::Component;
 
 namespace {
 
-constexpr int step_pause = 200;  // ms between the steps of a run over the line, for a person to look
+constexpr int step_pause = 200;  // ms between the steps of a run over the line, so that the user can see them
 const QString run_caption = QStringLiteral("Run All");
 const QString stop_caption = QStringLiteral("Stop Inverting");
 
-bool is_use_column(int column) { return column == column_use_resistivity || column == column_use_phase; }
-
 }  // namespace
 
-Form_rhoplus_inversion::Form_rhoplus_inversion(QWidget* parent)
-    : QMainWindow(parent), ui_(std::make_unique<Ui::Form_rhoplus_inversion>()) {
+Form_rhoplus_inversion::Form_rhoplus_inversion(Module_output::RhoplusSettings& settings, QWidget* parent)
+    : QMainWindow(parent), settings_(settings), ui_(std::make_unique<Ui::Form_rhoplus_inversion>()) {
   ui_->setupUi(this);
   compose();
   connect_controls();
@@ -95,8 +93,8 @@ void Form_rhoplus_inversion::compose() {
   ui_->Command_run_all->setText(run_caption);
   ui_->Text_rhoplus_target_chi->setAccessibleName("Target chi");
   ui_->Text_rhoplus_achieved_chi->setAccessibleName("Achieved chi");
-  // The bar and the buttons stand below the data. The log comes last here: behind it the bar would already be
-  // in its place, as the order is a ring.
+  // The bar and the buttons are below the data. The log comes last here: the order is a ring, and after the
+  // log the bar would not be moved.
   QWidget* before = Grid_inversion_data_;
   for (QWidget* const control : std::initializer_list<QWidget*>{
            ui_->HScroll_repeat, ui_->Text_rhoplus_target_chi, ui_->Text_rhoplus_achieved_chi,
@@ -138,16 +136,16 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
     return;
   }
   const ScopedValue busy(rhoplus_busy_, true);
-  setWindowTitle(qt_text("Rhoplus Inversion for Line " + session().current_line + ", Station " +
-                         format_number(session().current_station, "0")));
+  setWindowTitle(qt_text(inversion_title(session().current_line, session().current_station)));
   ui_->Text_rhoplus_target_chi->clear();
   ui_->Text_rhoplus_achieved_chi->clear();
   Text_rhoplus_out_->clear();
   ui_->Command_rhoplus_log->setText("Results");
   inversion_ = {};
   if (session().current_station_index > 0 && !line_run_failed_) {
-    // A failure has been told; the empty result is shown.
-    const int status = invert_station(Module_averaged_data::selected_key(), inversion_);
+    // A failure has been reported; the empty result is shown.
+    const int status =
+        invert_station(Module_averaged_data::selected_key(), session().frequencies, settings_, inversion_);
     line_run_failed_ = in_line_run_ && status != 0;
   }
   show_results();
@@ -157,16 +155,14 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
 
 void Form_rhoplus_inversion::show_results() {
   const numerics::rhoplus::RhoplusRun& run = inversion_.run;
+  Text_rhoplus_out_->setPlainText(qt_text(log_or_reason(inversion_)));
   if (run.status != numerics::rhoplus::rhoplus_ran) {
-    const std::string text = run.message.empty() ? "No data to invert" : "No data to invert\n" + run.message;
-    Text_rhoplus_out_->setPlainText(qt_text(text));
-    ui_->Status_inversion->showMessage("No data to invert");
+    ui_->Status_inversion->showMessage(nothing_inverted);
     return;
   }
   ui_->Status_inversion->clearMessage();
   ui_->Text_rhoplus_target_chi->setText(qt_text(format_number(run.target_chi, "0.00")));
   ui_->Text_rhoplus_achieved_chi->setText(qt_text(format_number(run.achieved_chi, "0.00")));
-  Text_rhoplus_out_->setPlainText(qt_text(inversion_.log));
   ui_->Command_rhoplus_log->setText("Data");
 }
 
@@ -193,10 +189,10 @@ void Form_rhoplus_inversion::show_data_grid() {
   for (int row = 0; row < Grid_inversion_data_->rowCount(); ++row) {
     const DataRowTexts& texts = rows[static_cast<std::size_t>(row)];
     for (int column = 0; column < data_column_count; ++column) {
+      const std::optional<Component> switched = switched_in_column(column);
       auto* const cell =
-          is_use_column(column)
-              ? make_check_cell(column == column_use_phase ? texts.use_phase : texts.use_resistivity)
-              : new QTableWidgetItem(qt_text(texts.texts[static_cast<std::size_t>(column)]));
+          switched ? make_check_cell(*switched == Component::phase ? texts.use_phase : texts.use_resistivity)
+                   : new QTableWidgetItem(qt_text(texts.texts[static_cast<std::size_t>(column)]));
       cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
       Grid_inversion_data_->setItem(row, column, cell);
     }
@@ -204,12 +200,12 @@ void Form_rhoplus_inversion::show_data_grid() {
 }
 
 void Form_rhoplus_inversion::switch_cell(int row, int column) {
-  if (!is_use_column(column) || inversion_.merged.ID == 0 || rhoplus_running_all_) {
+  const std::optional<Component> component = switched_in_column(column);
+  if (!component || inversion_.merged.ID == 0 || rhoplus_running_all_) {
     return;
   }
-  const Component component = column == column_use_phase ? Component::phase : Component::resistivity;
   // The merged curve is the first of the station's curves.
-  if (Module_averaged_data::toggle_station_point(0, static_cast<std::size_t>(row), component) ==
+  if (Module_averaged_data::toggle_station_point(0, static_cast<std::size_t>(row), *component) ==
       Module_averaged_data::Edit::changed) {
     Q_EMIT edited();
   }
@@ -269,7 +265,7 @@ void Form_rhoplus_inversion::run_all() {
   }
 }
 
-// Events run between the steps, so the window may be closed, and gone, after each of them.
+// Events run between the steps, so the window may have been closed and deleted after each of them.
 void Form_rhoplus_inversion::invert_all() {
   const QPointer<Form_rhoplus_inversion> still_open(this);
   // The main window's lists stay as they are while the run goes through the line.
@@ -278,7 +274,7 @@ void Form_rhoplus_inversion::invert_all() {
   const int count = session().stations_in_line;
   const InputOnlyTo only_this_window(*this);
   const auto go_on = [&] {
-    user_interface().wait_with_events(step_pause);  // of drawing; what a person has done meanwhile comes now
+    user_interface().wait_with_events(step_pause);  // drawing; what the user has done meanwhile comes now
     QCoreApplication::processEvents();
     return still_open && isVisible();
   };
@@ -296,12 +292,12 @@ void Form_rhoplus_inversion::invert_all() {
 }
 
 void Form_rhoplus_inversion::edit_settings() {
-  Form_rhoplus(this).exec();
+  Form_rhoplus(settings_, this).exec();
   refresh_rhoplus_results();
 }
 
 void Form_rhoplus_inversion::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) {  // that no control has made use of
+  if (event->key() == Qt::Key_Escape) {  // that no control has used
     ui_->Command_done->click();
   } else {
     QMainWindow::keyPressEvent(event);

@@ -1,7 +1,7 @@
 // Form_rhoplus_inversion.h: one-dimensional inversion of the current station: fit, model, data and log.
 //
-// The window stays beside the main window, which owns what is displayed: the signals ask it for a station or
-// a new picture, and it tells this window in turn to follow or to refresh.
+// The window stays open beside the main window, which owns what is displayed: the signals ask it for a
+// station or to redraw, and it calls this window in turn to follow or to refresh.
 #pragma once
 #include <QMainWindow>
 #include <array>
@@ -23,22 +23,23 @@ class Form_rhoplus_inversion : public QMainWindow {
   Q_OBJECT
 
  public:
-  explicit Form_rhoplus_inversion(QWidget* parent = nullptr);
+  /// @param settings  of the inversion; outlive the window, which can edit them
+  explicit Form_rhoplus_inversion(Module_output::RhoplusSettings& settings, QWidget* parent = nullptr);
   ~Form_rhoplus_inversion() override;
 
-  /// Inverts the session's current station and shows fit and model. A call while one is at work is ignored.
+  /// Inverts the session's current station and shows fit and model. A call during another one is ignored.
   void refresh_rhoplus_results();
-  /// The main window displays another station of the line: the bar follows and the inversion runs anew.
+  /// The main window displays another station of the line: the bar follows and the inversion runs again.
   void follow_station();
-  /// While someone goes through the line, the first failure is told; later stations are shown without their
-  /// inversion.
+  /// While a run goes through the line, only the first failure is reported; later stations are shown without
+  /// their inversion.
   void begin_line_run();
   void end_line_run();
 
  Q_SIGNALS:
-  /// The main window is to display a station of the line, as a station index from 1.
+  /// The main window has to display a station of the line; station index from 1.
   void station_chosen(int station_index);
-  /// Masks have changed; the main window's graphs are to be drawn.
+  /// Masks have changed; the main window has to redraw its graphs.
   void edited();
   void occam_requested();
 
@@ -60,6 +61,7 @@ class Form_rhoplus_inversion : public QMainWindow {
   void invert_all();
   void edit_settings();
 
+  Module_output::RhoplusSettings& settings_;
   std::unique_ptr<Ui::Form_rhoplus_inversion> ui_;
   GraphPairWidget* graphs_ = nullptr;
   VexGraphControl* Picture_res_model_ = nullptr;

@@ -1,4 +1,4 @@
-// The main window, worked as a person does: by its menus, keys and mouse.
+// The main window, worked as a user does: by its menus, keys and mouse.
 #include "app/Form_main.h"
 
 #include <QAction>
@@ -128,6 +128,21 @@ class FormMainTest : public QObject, private WindowFixture {
     open_by_key("");
     expect_menus(false);
     QVERIFY(!session().database_open);
+  }
+
+  void a_survey_is_closed_before_the_next_one_is_asked_for() {
+    const std::string path = make_survey("survey.mdb", true);
+    start();
+    open_by_key(path);
+    QStringList titles;
+    (*interface_)->file_asked = [&] {
+      titles.append(window_->windowTitle());
+      expect_menus(false);
+    };
+    open_by_key(path);
+    (*interface_)->path_answers.push_back("");
+    item("menu_database_file_0")->trigger();
+    QCOMPARE(titles, QStringList({"BLX DATABASE", "BLX DATABASE"}));
   }
 
   void an_empty_survey_says_what_to_do() {

@@ -1,4 +1,5 @@
-// main_view_fixture.h: the main window on a made survey of three stations, worked by its named controls.
+// main_view_fixture.h: the main window on a synthetic survey of three stations, operated by its named
+// controls.
 #pragma once
 #include <QAction>
 #include <QPushButton>
@@ -24,7 +25,7 @@ class MainViewFixture : protected WindowFixture {
     std::filesystem::current_path(folder_->folder());
     make_survey();
     made::store_line(3);
-    for (int file = 1; file <= 7; ++file) {  // the made readings say that they came from file 7
+    for (int file = 1; file <= 7; ++file) {  // the readings refer to file 7
       dao::Recordset& files = Module_database::open_survey().files;
       files.add_new();
       files.set_text("SurveyFile", std::to_string(file) + ".edi");

@@ -14,9 +14,7 @@
 #include <functional>
 
 #include "display/plan_view.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "tests/app/main_view_fixture.h"
 
 namespace {
@@ -63,7 +61,7 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
 
  private:
   float stored_factor() const {
-    return made::row(averaged::profile_data_set().columns.at(0).ID).get_single("ResOffset");
+    return made::row(averaged::data_sets().profile.columns.at(0).ID).get_single("ResOffset");
   }
   QPoint dot(int station_index) const {
     const auto at = Module_display_data::to_picture(Module_display_data::station_place(station_index),
@@ -125,20 +123,20 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     QCOMPARE(session().current_station, 200.0);
     QCOMPARE(control<QScrollBar>("HScroll_repeat")->value(), 2);
     QCOMPARE(control<QComboBox>("Combo_scan_rate")->currentText(), QString("256"));
-    QCOMPARE(averaged::repeat_data_set().key.scan_rate, 256.0F);
+    QCOMPARE(averaged::data_sets().repeats.key.scan_rate, 256.0F);
   }
 
   void two_fast_clicks_are_two_clicks() {
     auto* const graph = control<VexGraphControl>("vxgraph_raw_data_0");
     const QPoint at = graph->point_position(4, 1)->toPoint();
-    const std::int32_t ID = averaged::repeat_data_set().slots.at(4).reading.ID;
+    const std::int32_t ID = averaged::data_sets().repeats.slots.at(4).reading.ID;
     QTest::mouseClick(graph, Qt::LeftButton, {}, at);
     QCOMPARE(stored_mask(ID, 1), 0);
     press_again(*graph, at);
     QCOMPARE(stored_mask(ID, 1), 1);
 
     auto* const grid = control<QTableWidget>("Grid_repeats");
-    const auto used = [] { return averaged::repeat_data_set().slots.at(2).reading.UseResistivity; };
+    const auto used = [] { return averaged::data_sets().repeats.slots.at(2).reading.UseResistivity; };
     click_cell(1, 2);
     QVERIFY(!used());
     press_again(*grid->viewport(), cell_centre(1, 2));
@@ -233,14 +231,14 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     QCOMPARE(session().current_station_index, 1);
 
     const QPoint about = dot(2);
-    const double extent = plan_window().plan_y_extent;
+    const double extent = session().plan_window.plan_y_extent;
     for (const int angle : {60, 60, 120}) {  // half a notch does nothing yet
       QWheelEvent wheel(about, plan->mapToGlobal(about), QPoint(), QPoint(0, angle), Qt::NoButton,
                         Qt::NoModifier, Qt::NoScrollPhase, false);
       QApplication::sendEvent(plan, &wheel);
     }
     QCOMPARE(control<QScrollBar>("VScroll_scale")->value(), 2);
-    QVERIFY(std::abs(extent / plan_window().plan_y_extent - 1.585 * 1.585) < 1e-3);
+    QVERIFY(std::abs(extent / session().plan_window.plan_y_extent - 1.585 * 1.585) < 1e-3);
     QVERIFY((dot(2) - about).manhattanLength() <= 2);
   }
 

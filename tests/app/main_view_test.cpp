@@ -1,5 +1,5 @@
-// The panels of the main window on a made survey: stations are stepped through, points and repeats switched,
-// outliers clipped, and all of it undone and redone, by the named controls.
+// The panels of the main window on a synthetic survey: stations are stepped through, points and repeats
+// switched, outliers clipped, and all of it undone and redone, by the named controls.
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -13,9 +13,7 @@
 #include <cmath>
 
 #include "display/plan_view.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "tests/app/main_view_fixture.h"
 
 namespace {
@@ -26,8 +24,8 @@ float resistivity(const averaged::StoredReading& reading, std::size_t point) {
   return reading.curve.value(Module_database::field_resistivity, point);
 }
 
-const averaged::StoredReading& average() { return averaged::repeat_data_set().slots.at(0).reading; }
-const averaged::StoredReading& merged() { return averaged::station_data_set().slots.at(0).reading; }
+const averaged::StoredReading& average() { return averaged::data_sets().repeats.slots.at(0).reading; }
+const averaged::StoredReading& merged() { return averaged::data_sets().station.slots.at(0).reading; }
 
 }  // namespace
 
@@ -56,7 +54,7 @@ class MainViewTest : public QObject, private MainViewFixture {
 
   void a_clicked_repeat_point_is_masked_and_all_that_follows_from_it() {
     const std::size_t point = 1;
-    const std::int32_t ID = averaged::repeat_data_set().slots.at(4).reading.ID;
+    const std::int32_t ID = averaged::data_sets().repeats.slots.at(4).reading.ID;
     const float average_before = resistivity(average(), point);
     const float merged_before = resistivity(merged(), point);
     const std::vector<int> before = draws();
@@ -90,7 +88,7 @@ class MainViewTest : public QObject, private MainViewFixture {
     const std::string first = made::whole_readings_table();
     click_point("vxgraph_raw_data_0", 4, 1);
     click_cell(1, 1);
-    QVERIFY(!averaged::repeat_data_set().slots.at(2).reading.UseReading);
+    QVERIFY(!averaged::data_sets().repeats.slots.at(2).reading.UseReading);
     control<QScrollBar>("HScroll_repeat")->setValue(2);
     control<QLineEdit>("Text_outliers")->setText("1");
     press("Command_outliers_0");
@@ -127,14 +125,14 @@ class MainViewTest : public QObject, private MainViewFixture {
           Module_display_data::to_picture(Module_display_data::station_place(station_index), plan->height());
       return QPointF(at.x, at.y).toPoint();
     };
-    const double extent = Module_display_data::plan_window().plan_y_extent;
+    const double extent = session().plan_window.plan_y_extent;
     control<QScrollBar>("VScroll_scale")->setValue(1);
-    QVERIFY(std::abs(extent / Module_display_data::plan_window().plan_y_extent - 1.585) < 1e-3);
+    QVERIFY(std::abs(extent / session().plan_window.plan_y_extent - 1.585) < 1e-3);
     control<QScrollBar>("VScroll_scale")->setValue(0);
-    const double centre = Module_display_data::plan_window().plan_x_centre;
+    const double centre = session().plan_window.plan_x_centre;
     control<QScrollBar>("HScroll_x_centre")->setValue(1);
     QCOMPARE(control<QScrollBar>("HScroll_x_centre")->value(), 0);
-    QVERIFY(Module_display_data::plan_window().plan_x_centre < centre);
+    QVERIFY(session().plan_window.plan_x_centre < centre);
     QTest::mouseClick(plan, Qt::LeftButton, {}, picture_of(3) + QPoint(4, 3));
     QCOMPARE(session().current_station, 300.0);
     QVERIFY(control<QWidget>("Picture_raw_data")->isVisible());

@@ -1,4 +1,4 @@
-// The windows of Rho+ inversion beside the main window, on a made line, by the named controls.
+// The windows of Rho+ inversion beside the main window, on a synthetic line, by the named controls.
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -24,7 +24,7 @@
 #include "platform/graph/VexGraphControl.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/windows/qt_user_interface.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "rhoplus/windows/Form_rhoplus.h"
 #include "rhoplus/windows/Form_rhoplus_inversion.h"
 #include "tests/app/main_view_fixture.h"
@@ -96,7 +96,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
 
   void a_cell_of_the_grid_masks_the_merged_point() {
     invert();
-    const auto& merged = Module_averaged_data::station_data_set().slots.at(0).reading;
+    const auto& merged = Module_averaged_data::data_sets().station.slots.at(0).reading;
     QCOMPARE(merged.curve.counts_at(1, 1), 1);
     auto* const grid = result<QTableWidget>("Grid_inversion_data");
     const QString inverted = grid->item(1, 3)->text();
@@ -240,7 +240,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(QString::fromStdString(rhoplus_settings().root_name), QString("run"));
     QCOMPARE(rhoplus_settings().resistivity_scale, 2.5F);
     QCOMPARE(rhoplus_settings().resistivity_error_floor, 4.0F);
-    Module_output::load_rhoplus_settings();
+    rhoplus_settings() = Module_output::load_rhoplus_settings();
     QCOMPARE(rhoplus_settings().root_name, std::string("run"));
     QCOMPARE(rhoplus_settings().resistivity_scale, 1.0F);
     QCOMPARE(rhoplus_settings().surface, 0);

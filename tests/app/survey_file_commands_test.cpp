@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/main_view.h"
 #include "core/undo_stack.h"
 #include "projections/survey_projection.h"
 #include "tests/reduction/made_readings.h"
@@ -13,31 +12,8 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Module_Brenlox::DatabaseFileItem;
-using Module_Brenlox::menu_database_file;
-using Module_Brenlox::menu_file_list;
-using Module_Brenlox::menu_saveas;
+using namespace Module_Brenlox;
 using Messages = std::vector<std::string>;
-
-// Remembers what the window would show now, and the order of the calls.
-class RecordingView final : public MainView {
- public:
-  bool menus_open = false;
-  std::string caption;
-  std::vector<std::string> calls;
-
-  void set_database_menus(bool open) override {
-    menus_open = open;
-    calls.emplace_back(open ? "menus on" : "menus off");
-  }
-  void set_caption(const std::string& text) override {
-    caption = text;
-    calls.emplace_back("caption");
-  }
-  void show_recent_files() override { calls.emplace_back("recent files"); }
-  void show_opening_picture() override { calls.emplace_back("picture"); }
-  void display_site_map() override { calls.emplace_back("site map"); }
-};
 
 class Survey_file_commands : public SurveyTest {
  protected:
@@ -48,39 +24,45 @@ class Survey_file_commands : public SurveyTest {
     EXPECT_EQ(Module_database::close_database(), 0);
     return path;
   }
-  void open(const std::string& path) {
+  // As the window does it: whatever is open is closed first.
+  bool open(const std::string& path) {
     interface->path_answers.push_back(path);
-    menu_database_file(view, DatabaseFileItem::open);
+    return close_survey() && open_chosen_survey();
   }
-  void expect_no_survey() const {
+  static bool create() { return close_survey() && create_chosen_survey(); }
+  static bool open_recent(std::size_t index) {
+    return close_survey() && open_survey_file(std::string(session().recent_files.at(index)));
+  }
+  static void expect_no_survey() {
     EXPECT_FALSE(session().database_open);
-    EXPECT_FALSE(view.menus_open);
-    EXPECT_EQ(view.caption, "BLX DATABASE");
+    EXPECT_EQ(window_caption(), "BLX DATABASE");
   }
-  void expect_open(const std::string& path) const {
+  static void expect_open(const std::string& path) {
     EXPECT_TRUE(session().database_open);
-    EXPECT_TRUE(view.menus_open);
     EXPECT_EQ(session().database_file, path);
-    EXPECT_EQ(view.caption, "BLX DATABASE " + path);
+    EXPECT_EQ(window_caption(), "BLX DATABASE " + path);
   }
 
-  RecordingView view;
+ private:
+  // Opening a survey works in its folder, which the test removes.
+  struct RestoreFolder {
+    fs::path started_in = fs::current_path();
+    ~RestoreFolder() { fs::current_path(started_in); }
+  } restore_folder_;
 };
 
-TEST_F(Survey_file_commands, Open_shows_the_survey_in_the_told_order) {
+TEST_F(Survey_file_commands, Open_starts_from_an_empty_session) {
   const std::string path = survey_with_a_reading("line5.mdb");
-  Module_Brenlox::push_undo_static(1, 2.0F);
+  push_undo_static(1, 2.0F);
   session().station_count = 3;
-  open(path);
+  EXPECT_TRUE(open(path));
   expect_open(path);
-  EXPECT_EQ(view.calls, (Messages{"menus off", "caption", "recent files", "picture", "menus on", "caption",
-                                  "recent files", "site map"}));
   EXPECT_EQ(session().recent_files[0], path);
   EXPECT_EQ(session().recent_count, 1);
-  EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
+  EXPECT_EQ(undo_count(), 0U);
   EXPECT_EQ(session().station_count, 0);
-  EXPECT_FALSE(session().updating_controls);
   ASSERT_EQ(interface->file_dialogs.size(), 1U);
+  EXPECT_EQ(fs::current_path(), fs::canonical(folder.folder()));
   EXPECT_EQ(interface->file_dialogs[0].title, "Select the database file to open");
   EXPECT_EQ(interface->file_dialogs[0].filter, "Brenlox Database Files (*.mdb)|*.mdb|All files (*.*)|*.*");
   EXPECT_EQ(interface.take_messages(), Messages{});
@@ -99,9 +81,9 @@ TEST_F(Survey_file_commands, A_cancelled_or_failed_open_leaves_no_survey) {
                {"no survey", text, "An error occurred while opening the database: "}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    open(path);
+    EXPECT_TRUE(open(path));
     expect_open(path);
-    open(c.answer);
+    EXPECT_FALSE(open(c.answer));
     expect_no_survey();
     const Messages messages = interface.take_messages();
     ASSERT_EQ(messages.size(), c.message.empty() ? 0U : 1U);
@@ -114,16 +96,20 @@ TEST_F(Survey_file_commands, A_cancelled_or_failed_open_leaves_no_survey) {
 
 TEST_F(Survey_file_commands, Close_ends_with_the_reset) {
   open(survey_with_a_reading("line5.mdb"));
-  view.calls.clear();
-  menu_database_file(view, DatabaseFileItem::close);
+  push_undo_static(1, 2.0F);
+  session().station_count = 3;
+  session().survey_header.grid_azimuth = 4.0;
+  EXPECT_TRUE(close_survey());
   expect_no_survey();
-  EXPECT_EQ(view.calls, (Messages{"menus off", "caption", "recent files", "picture"}));
+  EXPECT_EQ(undo_count(), 0U);
+  EXPECT_EQ(session().station_count, 0);
+  EXPECT_EQ(session().survey_header.grid_azimuth, 0.0);
 }
 
 TEST_F(Survey_file_commands, New_makes_an_empty_survey_and_opens_it) {
   const std::string path = folder.path("new.mdb");
   interface->path_answers.push_back(path);
-  menu_database_file(view, DatabaseFileItem::create);
+  EXPECT_TRUE(create());
   expect_open(path);
   EXPECT_TRUE(session().new_database);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 0);
@@ -137,12 +123,12 @@ TEST_F(Survey_file_commands, New_over_an_existing_file_asks_first) {
   const std::string earlier = file_contents(path);
   interface->path_answers = {path, path};
   interface->yes_no_answers = {false, true};
-  menu_database_file(view, DatabaseFileItem::create);
+  EXPECT_FALSE(create());
   expect_no_survey();
   EXPECT_EQ(file_contents(path), earlier);
   EXPECT_EQ(interface->questions, Messages{"The specified file already exists. Overwrite?"});
 
-  menu_database_file(view, DatabaseFileItem::create);
+  EXPECT_TRUE(create());
   expect_open(path);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 0);
   EXPECT_FALSE(fs::exists(path + ".replaced"));
@@ -150,7 +136,7 @@ TEST_F(Survey_file_commands, New_over_an_existing_file_asks_first) {
 
 TEST_F(Survey_file_commands, New_in_a_missing_folder_says_nothing_and_opens_nothing) {
   interface->path_answers.push_back(folder.path("no_such_folder/new.mdb"));
-  menu_database_file(view, DatabaseFileItem::create);
+  EXPECT_FALSE(create());
   expect_no_survey();
   EXPECT_EQ(interface.take_messages(), Messages{});
 }
@@ -160,13 +146,13 @@ TEST_F(Survey_file_commands, A_recent_file_opens_or_is_reported_and_stays_in_the
   const std::string second = survey_with_a_reading("second.mdb");
   open(first);
   open(second);
-  menu_file_list(view, 1);
+  EXPECT_TRUE(open_recent(1));
   expect_open(first);
   EXPECT_EQ(session().recent_files[0], first);
   EXPECT_EQ(session().recent_files[1], second);
 
   fs::remove(second);
-  menu_file_list(view, 1);
+  EXPECT_FALSE(open_recent(1));
   expect_no_survey();
   EXPECT_EQ(interface.take_messages(), Messages{"The specified file does not exist"});
   EXPECT_EQ(session().recent_files[1], second);
@@ -177,7 +163,7 @@ TEST_F(Survey_file_commands, Save_as_goes_on_with_a_whole_copy) {
   const std::string copy = folder.path("copy.mdb");
   open(path);
   interface->path_answers.push_back(copy);
-  menu_saveas(view);
+  EXPECT_TRUE(save_survey_as());
   expect_open(copy);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 1);
   EXPECT_EQ(session().recent_files[0], copy);
@@ -192,21 +178,19 @@ TEST_F(Survey_file_commands, Save_as_refuses_the_name_of_the_present_file) {
   const std::string link = folder.path("link.mdb");
   fs::create_symlink(path, link);
   open(path);
-  view.calls.clear();
   for (const std::string& answer : {path, same_name, link}) {
     SCOPED_TRACE(answer);
     interface->path_answers.push_back(answer);
-    menu_saveas(view);
+    EXPECT_FALSE(save_survey_as());
     EXPECT_EQ(interface.take_messages(),
               Messages{"You must specify a name different from current database name"});
     expect_open(path);
-    EXPECT_TRUE(view.calls.empty());
   }
   EXPECT_EQ(file_contents(same_name), "of somebody else");
 
   fs::create_directory(folder.path("empty"));  // the same name where there is no such file is fine
   interface->path_answers.push_back(folder.path("empty/line5.mdb"));
-  menu_saveas(view);
+  EXPECT_TRUE(save_survey_as());
   expect_open(folder.path("empty/line5.mdb"));
 }
 
@@ -217,9 +201,9 @@ TEST_F(Survey_file_commands, Save_as_over_a_file_asks_first) {
   open(path);
   interface->path_answers = {other, other};
   interface->yes_no_answers = {false, true};
-  menu_saveas(view);
+  EXPECT_FALSE(save_survey_as());
   expect_open(path);
-  menu_saveas(view);
+  EXPECT_TRUE(save_survey_as());
   expect_open(other);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 1);
 }
@@ -228,7 +212,7 @@ TEST_F(Survey_file_commands, A_save_as_that_fails_goes_on_with_the_survey_that_w
   const std::string path = survey_with_a_reading("line5.mdb");
   open(path);
   interface->path_answers.push_back(folder.path("no_such_folder/copy.mdb"));
-  menu_saveas(view);
+  EXPECT_TRUE(save_survey_as());
   expect_open(path);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 1);
   const Messages messages = interface.take_messages();

@@ -1,4 +1,4 @@
-// A person's work on a survey, from field files to a copy of the edited survey, by the controls of the
+// A user's work on a survey, from field files to a copy of the edited survey, by the controls of the
 // windows.
 #include <QAction>
 #include <QApplication>
@@ -29,8 +29,7 @@
 #include "import/import_run.h"
 #include "platform/graph/VexGraphControl.h"
 #include "platform/settings_store/settings_store.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "screenshots/window_pictures.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/occam/results/made_results.h"
@@ -139,9 +138,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     };
     const int columns[3][2] = {{2, 4}, {13, 1}, {16, 4}};  // as in L200E_S100_E1_R0256.edi
     for (int row = 0; row < 3; ++row) {
-      if (!Module_data_file::reading_record()
-               .choices.decode.at(static_cast<std::size_t>(row))
-               .use_file_name) {
+      if (grid->item(row, 0)->checkState() == Qt::Unchecked) {
         click_cell(row, 0);
       }
       click_cell(row, 1);
@@ -207,9 +204,9 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     return {colour.red, colour.green, colour.blue};
   }
   void mask_a_point_that_is_far_off() const {
-    const std::int32_t repeat_ID = averaged::repeat_data_set().slots.at(bad_repeat).reading.ID;
-    const std::int32_t average_ID = averaged::repeat_data_set().slots.at(0).reading.ID;
-    const std::int32_t merged_ID = averaged::station_data_set().slots.at(0).reading.ID;
+    const std::int32_t repeat_ID = averaged::data_sets().repeats.slots.at(bad_repeat).reading.ID;
+    const std::int32_t average_ID = averaged::data_sets().repeats.slots.at(0).reading.ID;
+    const std::int32_t merged_ID = averaged::data_sets().station.slots.at(0).reading.ID;
     const float average_before = resistivity(stored(average_ID), 4.0F);
     const float merged_before = resistivity(stored(merged_ID), 4.0F);
     QCOMPARE(point_colour(bad_repeat, bad_point), bad_repeat_colour());
@@ -243,7 +240,6 @@ class SurveyWorkTest : public QObject, private WindowFixture {
  private Q_SLOTS:
   void init() {
     make_folder();
-    Module_data_file::reading_record() = Module_data_file::ReadingRecord{};
     install_settings_store(std::make_unique<MemorySettingsStore>());
     std::filesystem::current_path(folder_->folder());
     window_ = std::make_unique<Form_main>();
@@ -278,7 +274,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     // Outliers are clipped, and a repeat is switched off in the grid.
     const auto masked_points = [] {
       std::ptrdiff_t count = 0;
-      for (const averaged::RepeatSlot& slot : averaged::repeat_data_set().slots) {
+      for (const averaged::RepeatSlot& slot : averaged::data_sets().repeats.slots) {
         const auto& mask = stored(slot.reading.ID).curve.mask;
         count += std::count(mask.begin(), mask.end(), 0);
       }
@@ -289,7 +285,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     QVERIFY(masked_points() > masked_before);
     auto* const grid = control<QTableWidget>("Grid_repeats");
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(0, 1)).center());
-    QVERIFY(!stored(averaged::repeat_data_set().slots.at(1).reading.ID).UseReading);
+    QVERIFY(!stored(averaged::data_sets().repeats.slots.at(1).reading.ID).UseReading);
 
     const std::string edited = made::whole_readings_table();
     QVERIFY(edited != first);
@@ -319,7 +315,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
   void a_later_import_joins_lists_frequencies_and_graphs() {
     new_survey();
     QCOMPARE(import_folder("field"), imported);
-    QCOMPARE(session().frequency_count, 9);
+    QCOMPARE(session().frequencies.count(), 9U);
     step_by_bar();
     click_point(bad_repeat, bad_point);
     QVERIFY(item("menu_undo")->isEnabled());
@@ -329,19 +325,19 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     QCOMPARE(import_folder("later"), imported);
     QVERIFY(!item("menu_undo")->isEnabled());
     QCOMPARE(control<QComboBox>("Combo_line")->count(), 2);
-    QCOMPARE(session().frequency_count, 10);
-    QCOMPARE(session().frequency_list.front(), 0.5F);
-    QCOMPARE(text("Text_sample_station"), QString("200"));  // where the person was before
+    QCOMPARE(session().frequencies.count(), 10U);
+    QCOMPARE(session().frequencies.list.front(), 0.5F);
+    QCOMPARE(text("Text_sample_station"), QString("200"));  // where the user was before
     QCOMPARE(control<QScrollBar>("HScroll_repeat")->maximum(), 4);
     QCOMPARE(control<QScrollBar>("HScroll_repeat")->value(), 3);
     QTest::keyClick(window_.get(), Qt::Key_Left);
     QCOMPARE(text("Text_sample_station"), QString("150"));
-    QCOMPARE(averaged::repeat_data_set().slots.size(), std::size_t{repeats + 1});
+    QCOMPARE(averaged::data_sets().repeats.slots.size(), std::size_t{repeats + 1});
     QVERIFY(raw_graph().point_position(1, 0).has_value());  // 0.5 Hz
     QTest::keyClick(window_.get(), Qt::Key_Left);
     QCOMPARE(control<QTableWidget>("Grid_repeats")->rowCount(),
              repeats);  // of the same files, imported again
-    QCOMPARE(averaged::repeat_data_set().slots.at(1).reading.curve.frequencies.front(), 0.5F);
+    QCOMPARE(averaged::data_sets().repeats.slots.at(1).reading.curve.frequencies.front(), 0.5F);
     control<QComboBox>("Combo_line")->setCurrentText("400E");
     QCOMPARE(text("Text_sample_station"), QString("100"));
     QCOMPARE(control<QScrollBar>("HScroll_repeat")->maximum(), 1);
@@ -353,7 +349,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     const std::string first = made::whole_readings_table();
     click_point(bad_repeat, bad_point);
     const std::string edited = made::whole_readings_table();
-    const std::int32_t merged_ID = averaged::station_data_set().slots.at(0).reading.ID;
+    const std::int32_t merged_ID = averaged::data_sets().station.slots.at(0).reading.ID;
     const auto spoil = [merged_ID] {
       dao::Recordset row = made::row(merged_ID);
       averaged::StoredReading reading = Module_database::read_reading(row);
@@ -398,10 +394,10 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     QCOMPARE(different.size(), files.size());
     QVERIFY(made::whole_readings_table() == readings);
     QVERIFY(QApplication::activeModalWidget() == nullptr);
-    const Messages told = interface_->take_messages();
-    QCOMPARE(told.size(), 2U);
-    QCOMPARE(told[0], std::string("Data scan complete"));
-    QVERIFY(told[1].starts_with("The mesh limits how exact the response is"));  // that of the small run
+    const Messages shown = interface_->take_messages();
+    QCOMPARE(shown.size(), 2U);
+    QCOMPARE(shown[0], std::string("Data scan complete"));
+    QVERIFY(shown[1].starts_with("The mesh limits how exact the response is"));  // that of the small run
   }
 };
 

@@ -1,4 +1,4 @@
-// The habits that all windows share: tool tips, where the focus stands, and how the keys close them.
+// The habits that all windows share: tool tips, where the focus is, and how the keys close them.
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSlider>
@@ -32,7 +32,7 @@ namespace {
 /// What Enter and Escape do in a window. "" and nullptr: nothing.
 struct Keys {
   const char* window;
-  const char* enter = nullptr;  // the button that Enter presses, wherever it stands
+  const char* enter = nullptr;  // the button that Enter presses, wherever the focus is
   bool enter_closes = false;    // windows to read or to set something in
   bool worked_in = false;       // what the state was brought to has taken the focus along
 };
@@ -68,7 +68,7 @@ const Keys* keys_of(const QString& window) {
   return found == std::end(keys_of_windows) ? nullptr : found;
 }
 
-/// The parts that Qt makes for itself inside a control are told apart by their names and parents.
+/// Parts that Qt itself creates inside a control are known by their names and parents.
 bool is_inside_a_control(const QWidget& part) {
   const QWidget* const parent = part.parentWidget();
   return part.objectName().startsWith("qt_") || qobject_cast<const QHeaderView*>(&part) != nullptr ||
@@ -204,7 +204,7 @@ QStringList faults_of_help(QWidget& window, QWidget& focus) {
   }
   const QWidget* const modal = QApplication::activeModalWidget();
   if (modal != nullptr && !modal->isAncestorOf(tutorial) && tutorial->parentWidget() != modal) {
-    faults << "the tutorial stands still behind the window";
+    faults << "the tutorial takes no input beside the window";
   }
   QTest::keyClick(tutorial, Qt::Key_Escape);
   if (tutorial->isVisible() || !window.isVisible()) {
@@ -265,7 +265,7 @@ class WindowsTest : public QObject, private MainViewFixture {
       if (&window != window_.get()) {
         const Keys* const keys = keys_of(name);
         found << (keys != nullptr ? faults_of_keys(*keys, window)
-                                  : QStringList("its keys aren't told above"));
+                                  : QStringList("its keys aren't in the table above"));
       }
       for (const QString& fault : found) {
         faults << name + ": " + fault;

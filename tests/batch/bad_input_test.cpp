@@ -153,8 +153,8 @@ TEST_F(Batch_program, Bad_field_files_are_named_and_the_good_ones_come_in) {
   arguments.insert(arguments.end(), {"--report", "report.json"});
   const Outcome outcome = run(arguments);
   EXPECT_EQ(outcome.status, 1);
-  for (const char* told : {"E6_R", "E7_R", "E8_R", "E9_R", "nothing"}) {
-    EXPECT_NE(outcome.errors.find(told), std::string::npos) << told << " in\n" << outcome.errors;
+  for (const char* named : {"E6_R", "E7_R", "E8_R", "E9_R", "nothing"}) {
+    EXPECT_NE(outcome.errors.find(named), std::string::npos) << named << " in\n" << outcome.errors;
   }
   EXPECT_EQ(run_for_json({"info", "survey.mdb", "--json"})["tables"]["ReadingsDataTable"], 24 + 8 + 4);
   const Json report = Json::parse(file_contents(folder_.path("report.json")));
@@ -206,7 +206,7 @@ TEST_F(Batch_program, An_interrupt_stops_an_import_at_the_next_file) {
   ASSERT_EQ(posix_spawn(&process, BRENLOX_BATCH_PROGRAM, nullptr, nullptr, pointers.data(), environ), 0);
   int status = 0;
   pid_t ended = 0;
-  while (ended == 0 && !fs::exists(folder_.path("survey.bak"))) {  // once it is there, the handler stands
+  while (ended == 0 && !fs::exists(folder_.path("survey.bak"))) {  // by then the handler is installed
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
     ended = waitpid(process, &status, WNOHANG);
   }

@@ -20,11 +20,11 @@ class Batch_program : public ::testing::Test {
   Outcome run(const std::vector<std::string>& arguments) const;
   nlohmann::json run_for_json(const std::vector<std::string>& arguments) const;
 
-  /// Writes the field files of the first stations of the made survey's first line into "field".
+  /// Writes the field files of the first stations of the sample survey's first line into "field".
   void write_field_files(int stations) const;
   /// Makes "survey.mdb" and imports "field" into it; fails the test if that fails.
   void import_field_files() const;
-  /// The options that decode the names of the made survey.
+  /// The options that decode the names of the sample survey.
   static std::vector<std::string> import_arguments(const std::string& path);
 
   TemporaryFolder folder_;

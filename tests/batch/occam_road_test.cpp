@@ -16,9 +16,9 @@ TEST_F(Batch_program, Occam_makes_a_run_that_occam_info_reads_back) {
   for (const char* argument : {"--layers", "10", "--block-width", "40", "--description", "a line"}) {
     arguments.emplace_back(argument);
   }
-  const Outcome made = run(arguments);
-  ASSERT_EQ(made.status, 0) << made.errors;
-  EXPECT_NE(made.errors.find("Output complete. Number of data written: "), std::string::npos);
+  const Outcome created = run(arguments);
+  ASSERT_EQ(created.status, 0) << created.errors;
+  EXPECT_NE(created.errors.find("Output complete. Number of data written: "), std::string::npos);
 
   const Json info = run_for_json({"occam-info", "run", "--json"});
   EXPECT_EQ(info["title"], "a line");

@@ -74,7 +74,7 @@ TEST_F(Batch_program, Import_converts_latitude_and_longitude_when_told) {
   arguments.insert(arguments.end(), {"--report", "report.json"});
   const Outcome imported = run(arguments);
   EXPECT_EQ(imported.status, 0) << imported.errors;
-  // The made files have no latitude: each says so in the report.
+  // The sample files have no latitude: each says so in the report.
   EXPECT_NE(file_contents(folder_.path("report.json")).find("the head gives no latitude and longitude"),
             std::string::npos);
 }

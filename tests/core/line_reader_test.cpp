@@ -49,7 +49,7 @@ TEST(Line_reader, Takes_every_line_end) {
 TEST(Line_reader, Keeps_lines_whole_across_chunks) {
   const TemporaryFolder folder;
   for (const std::string line_end : {"\n", "\r", "\r\n"}) {
-    // Lengths around the chunk size, so that line ends fall on, before and behind its last byte.
+    // Lengths around the chunk size, so that line ends fall on, before and after its last byte.
     for (const std::size_t length : {65533U, 65534U, 65535U, 65536U, 65537U, 200000U}) {
       const std::string first(length, 'x');
       std::string text = first;

@@ -42,7 +42,7 @@ class Preferences : public testing::Test {
 
 using Files = std::array<std::string, 6>;
 
-/// A file with a value of its own behind every key.
+/// A file with a value of its own for every key.
 constexpr std::string_view complete_file =
     "Brenlox user preferences\n\n"
     "File 1: C:\\one.mdb\nFile 2: /data/two.mdb\nFile 3: \nFile 4: \nFile 5: \nFile 6: \n\n"
@@ -75,9 +75,6 @@ TEST_F(Preferences, Every_key_survives_reading_and_writing) {
     EXPECT_EQ(session().form_height, 801.0F);
     EXPECT_EQ(session().opening_picture, "/pictures/a: b.png");
     EXPECT_EQ(session().recent_files, (Files{"C:\\one.mdb", "/data/two.mdb"}));
-    EXPECT_FALSE(display_preferences().auto_scale_phase);
-    EXPECT_TRUE(display_preferences().plot_h_phase);
-    EXPECT_EQ(display_preferences().min_imag_resistivity, -3.0F);
     write_preferences();
     EXPECT_EQ(written(), complete_file);
   }
@@ -106,14 +103,19 @@ TEST_F(Preferences, Are_looked_for_in_their_places_in_order) {
   const TemporaryFolder configuration;
   session().environment.program_directory = program.folder().string();
   session().environment.windows_directory = configuration.folder().string();
-  const std::string third = configuration.write("Brenlox.prf", complete_file);
+  const std::string head = "Brenlox user preferences\n\n\nForm Width : ";
+  (void)configuration.write("Brenlox.prf", head + "3");
   read_preferences();
-  EXPECT_EQ(preferences_file(), third);
-  const std::string second = program.write("Brenlox.prf", complete_file);
+  EXPECT_EQ(session().form_width, 3.0F);
+  (void)program.write("Brenlox.prf", head + "2");
   read_preferences();
-  EXPECT_EQ(preferences_file(), second);
-  read(complete_file);
-  EXPECT_EQ(fs::path(preferences_file()).parent_path(), fs::current_path());
+  EXPECT_EQ(session().form_width, 2.0F);
+  read(head + "1");
+  EXPECT_EQ(session().form_width, 1.0F);
+  session().form_width = 4.0F;
+  write_preferences();
+  EXPECT_NE(written().find("Form Width : 4"), std::string::npos);
+  EXPECT_EQ(file_contents(program.path("Brenlox.prf")), head + "2");
 }
 
 TEST_F(Preferences, A_file_of_another_kind_gives_the_defaults_and_is_told) {
@@ -121,16 +123,18 @@ TEST_F(Preferences, A_file_of_another_kind_gives_the_defaults_and_is_told) {
        {"", "Brenlox user preference\n\nFile 1: a\n", "\nBrenlox user preferences\n"}) {
     SCOPED_TRACE(contents);
     session().form_width = 9.0F;
-    display_preferences().auto_scale_phase = false;
     read(contents);
     EXPECT_EQ(interface_.take_messages(), std::vector<std::string>{"Preference file is invalid"});
     EXPECT_EQ(session().form_width, 0.0F);
     EXPECT_EQ(session().recent_files, Files{});
-    EXPECT_TRUE(display_preferences().auto_scale_phase);
+    write_preferences();
+    EXPECT_NE(written().find("\nAuto-scale Phase : yes\n"), std::string::npos);
+    read("Brenlox user preferences\n\n\nAuto-scale Phase : no\n");
   }
   read(" Brenlox user preferences ");
   EXPECT_TRUE(interface_.take_messages().empty());
-  EXPECT_EQ(display_preferences().max_h_phase, 50.0F);
+  write_preferences();
+  EXPECT_NE(written().find("\nMax H-Phase : 50\n"), std::string::npos);
 }
 
 TEST_F(Preferences, The_list_of_recent_files_ends_at_a_blank) {
@@ -180,7 +184,7 @@ TEST_F(Preferences, Recent_files_move_to_the_head) {
 
 TEST_F(Preferences, A_failed_write_leaves_the_file) {
   read(complete_file);
-  fs::create_directory(folder_.path("Brenlox.prf.new"));  // where the new file would be made
+  fs::create_directory(folder_.path("Brenlox.prf.writing"));  // where the new file would be written
   session().form_width = 1.0F;
   write_preferences();
   EXPECT_EQ(written(), complete_file);

@@ -8,27 +8,20 @@ using namespace Module_database;
 
 namespace {
 
-void switch_off(float frequency) {
-  (void)load_reference_frequencies(0);
-  std::vector<std::int32_t> flags = session().frequency_enabled;
-  for (std::size_t i = 0; i < flags.size(); ++i) {
-    flags[i] = session().frequency_list[i] == frequency ? 0 : flags[i];
-  }
-  dao::Recordset& lists = open_survey().frequency_lists;
-  lists.edit();
-  lists.set_binary("MaskBinary", bytes_of(flags));
-  lists.update();
+Frequencies loaded(std::int32_t reference_type) {
+  auto frequencies = load_reference_frequencies(reference_type);
+  EXPECT_TRUE(frequencies.has_value());
+  return std::move(frequencies).value_or(Frequencies{});
 }
 
 }  // namespace
 
 TEST_F(SurveyTest, A_frequency_list_is_the_union_of_all_readings_and_keeps_its_flags) {
   new_survey();
-  EXPECT_EQ(load_reference_frequencies(0), 0);
-  EXPECT_EQ(session().frequency_count, 0);
+  EXPECT_TRUE(loaded(0).empty());
 
   ASSERT_EQ(add_reading_frequencies(0, 4096.0F, std::vector<float>{1.0F, 10.0F, 100.0F}), 0);
-  switch_off(10.0F);
+  ASSERT_EQ(save_frequency_selection(0, {{1.0F, 10.0F, 100.0F}, {1, 0, 1}}), 0);
 
   struct Case {
     const char* name;
@@ -51,28 +44,28 @@ TEST_F(SurveyTest, A_frequency_list_is_the_union_of_all_readings_and_keeps_its_f
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     ASSERT_EQ(add_reading_frequencies(0, 256.0F, c.given), 0);
-    ASSERT_EQ(load_reference_frequencies(0), 0);
-    EXPECT_EQ(session().frequency_list, c.list);
-    EXPECT_EQ(session().frequency_enabled, c.flags);
-    EXPECT_EQ(session().frequency_count, static_cast<std::int32_t>(c.list.size()));
+    const Frequencies frequencies = loaded(0);
+    EXPECT_EQ(frequencies.list, c.list);
+    EXPECT_EQ(frequencies.enabled, c.flags);
   }
 
   ASSERT_EQ(add_reading_frequencies(2, 4096.0F, std::vector<float>{7.0F}), 0);
   EXPECT_EQ(rows_in("ReadingsFrequencyTable"), 2);
-  ASSERT_EQ(load_reference_frequencies(0), 0);
-  EXPECT_EQ(session().frequency_list.size(), 7U);
+  EXPECT_EQ(loaded(0).count(), 7U);
 }
 
-TEST_F(SurveyTest, A_damaged_frequency_list_is_told_and_the_loaded_one_stays) {
+TEST_F(SurveyTest, A_damaged_frequency_list_is_reported_and_the_loaded_one_stays) {
   new_survey();
   ASSERT_EQ(add_reading_frequencies(0, 0.0F, std::vector<float>{1.0F, 2.0F}), 0);
-  ASSERT_EQ(load_reference_frequencies(0), 0);
+  session().current_reference_type = 0;
+  ASSERT_EQ(load_selected_frequencies(), 0);
   dao::Recordset& lists = open_survey().frequency_lists;
+  lists.find_first("ReferenceType = 0");
   lists.edit();
   lists.set_long("NumFrequencies", 3);
   lists.update();
-  EXPECT_EQ(load_reference_frequencies(0), -1);
-  EXPECT_EQ(session().frequency_count, 2);
+  EXPECT_EQ(load_selected_frequencies(), -1);
+  EXPECT_EQ(session().frequencies.count(), 2U);
   EXPECT_EQ(add_reading_frequencies(0, 0.0F, std::vector<float>{1.0F}), -1);
   const std::vector<std::string> messages = interface.take_messages();
   ASSERT_EQ(messages.size(), 2U);
@@ -82,20 +75,21 @@ TEST_F(SurveyTest, A_damaged_frequency_list_is_told_and_the_loaded_one_stays) {
 
 TEST_F(SurveyTest, A_frequency_selection_is_read_changed_and_stored) {
   new_survey();
-  EXPECT_FALSE(read_frequency_selection(1).has_value());
+  EXPECT_TRUE(loaded(1).empty());
   ASSERT_EQ(add_reading_frequencies(1, 0.0F, std::vector<float>{1.0F, 2.0F, 4.0F}), 0);
-  auto selection = read_frequency_selection(1);
-  ASSERT_TRUE(selection.has_value());
-  EXPECT_EQ(selection->frequencies, (std::vector<float>{1.0F, 2.0F, 4.0F}));
-  EXPECT_EQ(selection->flags, (std::vector<std::int32_t>{1, 1, 1}));
-  selection->flags[1] = 0;
+  Frequencies frequencies = loaded(1);
+  EXPECT_EQ(frequencies.list, (std::vector<float>{1.0F, 2.0F, 4.0F}));
+  EXPECT_EQ(frequencies.enabled, (std::vector<std::int32_t>{1, 1, 1}));
+  frequencies.enabled[1] = 0;
   session().data_changed = false;
-  ASSERT_EQ(save_frequency_selection(1, *selection), 0);
+  ASSERT_EQ(save_frequency_selection(1, frequencies), 0);
   EXPECT_TRUE(session().data_changed);
-  ASSERT_EQ(load_reference_frequencies(1), 0);
-  EXPECT_EQ(session().frequency_enabled, (std::vector<std::int32_t>{1, 0, 1}));
-  ASSERT_EQ(save_frequency_selection(2, *selection), 0);  // there is no such list
+  EXPECT_EQ(loaded(1).enabled, (std::vector<std::int32_t>{1, 0, 1}));
+  EXPECT_EQ(loaded(1).enabled_position(4.0F), 2);
+  EXPECT_EQ(loaded(1).enabled_position(2.0F), -1) << "switched off";
+  EXPECT_EQ(loaded(1).enabled_position(3.0F), -1) << "not listed";
+  ASSERT_EQ(save_frequency_selection(2, frequencies), 0);  // there is no such list
   ASSERT_EQ(save_frequency_selection(1, {}), 0);
   EXPECT_EQ(rows_in("ReadingsFrequencyTable"), 1);
-  EXPECT_EQ(read_frequency_selection(1)->flags, (std::vector<std::int32_t>{1, 0, 1}));
+  EXPECT_EQ(loaded(1).enabled, (std::vector<std::int32_t>{1, 0, 1}));
 }

@@ -4,9 +4,7 @@
 #include "tests/display/made_survey.h"
 
 using namespace Module_display_data;
-using Module_averaged_data::profile_data_set;
-using Module_averaged_data::repeat_data_set;
-using Module_averaged_data::station_data_set;
+using Module_averaged_data::data_sets;
 
 namespace {
 using GraphClicks = MadeSurveyTest;
@@ -20,7 +18,7 @@ TEST_F(GraphClicks, A_raw_point_is_masked_at_once) {
   EXPECT_EQ(click.event_text, "2");
   EXPECT_EQ(click.frequency_text, "8.0000");
   EXPECT_EQ(click.edit, Edit::changed);
-  EXPECT_EQ(repeat_data_set().slots[2].reading.curve.counts_at(2, 3), 0);
+  EXPECT_EQ(data_sets().repeats.slots[2].reading.curve.counts_at(2, 3), 0);
   EXPECT_FALSE(session().updating_controls);
 
   click = click_raw_point(Component::phase, 0, 0);
@@ -41,15 +39,15 @@ TEST_F(GraphClicks, The_first_click_on_the_station_graph_selects_and_the_second_
   EXPECT_EQ(click.event_text, "");
   EXPECT_TRUE(click.draw_raw);
   EXPECT_EQ(session().current_scan_rate, 256.0);
-  EXPECT_EQ(repeat_data_set().key.scan_rate, 256.0F);
+  EXPECT_EQ(data_sets().repeats.key.scan_rate, 256.0F);
   EXPECT_EQ(click.edit, Edit::nothing);
 
   click = click_station_point(Component::resistivity, 2, 3, click.frequency_text);
   EXPECT_EQ(click.edit, Edit::changed);
   EXPECT_FALSE(click.draw_raw);
-  EXPECT_EQ(station_data_set().slots[2].reading.curve.counts_at(1, 3), 0);
-  EXPECT_EQ(repeat_data_set().slots[0].reading.curve.counts_at(1, 3), 0);
-  EXPECT_EQ(profile_data_set().columns[0].resistivity[6], no_data);
+  EXPECT_EQ(data_sets().station.slots[2].reading.curve.counts_at(1, 3), 0);
+  EXPECT_EQ(data_sets().repeats.slots[0].reading.curve.counts_at(1, 3), 0);
+  EXPECT_EQ(data_sets().profile.columns[0].resistivity[6], no_data);
 
   click = click_station_point(Component::phase, 0, 0, "64.0000");
   EXPECT_EQ(click.edit, Edit::nothing);  // another frequency
@@ -67,6 +65,6 @@ TEST_F(GraphClicks, The_first_click_on_the_profile_moves_and_the_second_masks) {
   click = click_profile_point(Component::resistivity, 2, 1, "4.0000");
   EXPECT_EQ(click.station_to_display, -1);
   EXPECT_EQ(click.edit, Edit::changed);
-  EXPECT_EQ(profile_data_set().columns[1].mask[2][0], 0);
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.counts_at(1, 2), 0);
+  EXPECT_EQ(data_sets().profile.columns[1].mask[2][0], 0);
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.counts_at(1, 2), 0);
 }

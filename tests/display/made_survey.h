@@ -3,8 +3,7 @@
 #include "core/undo_stack.h"
 #include "display/plan_view.h"
 #include "display/selection.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/survey_fixture.h"
 
@@ -12,10 +11,7 @@ class MadeSurveyTest : public SurveyTest {
  public:
   MadeSurveyTest() {
     new_survey();
-    Module_averaged_data::reset_repeat_data();
-    Module_averaged_data::reset_station_data();
-    Module_averaged_data::reset_profile_data();
-    Module_display_data::plan_window() = {};
+    Module_averaged_data::reset_data_sets();
   }
   ~MadeSurveyTest() override { Module_Brenlox::clear_undo(); }
 

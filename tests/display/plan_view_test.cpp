@@ -5,16 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include "core/session_state.h"
+
 using namespace Module_display_data;
 
 namespace {
 
 class Plan : public ::testing::Test {
  protected:
-  Plan() {
-    reset_session_state();
-    plan_window() = {};
-  }
+  Plan() { reset_session_state(); }
   static void place_stations(const std::vector<PlanPoint>& places) {
     for (const PlanPoint& place : places) {
       session().station_table.push_back({place.x, place.y, place.x + 500000.0, place.y + 4000000.0, 0.0});
@@ -43,7 +42,7 @@ TEST_F(Plan, Window_is_a_square_around_the_stations) {
     SCOPED_TRACE(c.name);
     session().station_table.clear();
     place_stations(c.stations);
-    const PlanWindow& window = plan_window();
+    const PlanWindow& window = session().plan_window;
     EXPECT_EQ(window.plan_zoom, 0.0F);
     EXPECT_DOUBLE_EQ(window.plan_x_min, c.x_min);
     EXPECT_DOUBLE_EQ(window.plan_x_max, c.x_max);
@@ -56,8 +55,8 @@ TEST_F(Plan, Window_is_a_square_around_the_stations) {
 
 TEST_F(Plan, One_scale_serves_both_axes_at_every_zoom) {
   place_stations({{0.0, 0.0}, {100.0, 100.0}});
-  EXPECT_EQ(resize_plan_window(400.0, 200.0, 3), 0);  // fitted anew: the scale bar goes back
-  const PlanWindow& window = plan_window();
+  EXPECT_EQ(resize_plan_window(400.0, 200.0, 3), 0);  // fitted again: the scale bar goes back
+  const PlanWindow& window = session().plan_window;
   EXPECT_DOUBLE_EQ(window.plan_base, 110.0);
   EXPECT_DOUBLE_EQ(window.plan_y_extent, 110.0);
   EXPECT_DOUBLE_EQ(window.plan_x_extent, 220.0);
@@ -77,7 +76,8 @@ TEST_F(Plan, One_scale_serves_both_axes_at_every_zoom) {
 TEST_F(Plan, A_tall_picture_is_fitted_by_the_width) {
   place_stations({{0.0, 0.0}, {100.0, 100.0}});
   (void)resize_plan_window(200.0, 400.0, 0);
-  EXPECT_DOUBLE_EQ(plan_window().plan_base, 110.0);  // of the width, as the height of the window: so it is
+  EXPECT_DOUBLE_EQ(session().plan_window.plan_base,
+                   110.0);  // of the width, as the height of the window: so it is
 }
 
 TEST_F(Plan, Bars_move_the_window_by_tenths) {
@@ -85,11 +85,11 @@ TEST_F(Plan, Bars_move_the_window_by_tenths) {
   (void)resize_plan_window(200.0, 200.0, 0);
   pan_plan_x(1);
   pan_plan_y(-2);
-  EXPECT_DOUBLE_EQ(plan_window().plan_x_centre, 50.0 - 11.0);
-  EXPECT_DOUBLE_EQ(plan_window().plan_y_centre, 50.0 + 22.0);
+  EXPECT_DOUBLE_EQ(session().plan_window.plan_x_centre, 50.0 - 11.0);
+  EXPECT_DOUBLE_EQ(session().plan_window.plan_y_centre, 50.0 + 22.0);
   (void)resize_plan_window(200.0, 200.0, 0);
-  EXPECT_DOUBLE_EQ(plan_window().plan_x_min, 39.0 - 55.0);
-  EXPECT_DOUBLE_EQ(plan_window().plan_y_max, 72.0 + 55.0);
+  EXPECT_DOUBLE_EQ(session().plan_window.plan_x_min, 39.0 - 55.0);
+  EXPECT_DOUBLE_EQ(session().plan_window.plan_y_max, 72.0 + 55.0);
 }
 
 TEST_F(Plan, Picture_and_survey_places_answer_each_other) {
@@ -102,7 +102,7 @@ TEST_F(Plan, Picture_and_survey_places_answer_each_other) {
   EXPECT_NEAR(back.x, 12.0, 1e-9);
   EXPECT_NEAR(back.y, 34.0, 1e-9);
   EXPECT_TRUE(in_plan_window({0.0, 0.0}));
-  EXPECT_FALSE(in_plan_window({plan_window().plan_x_min, 0.0}));  // strictly
+  EXPECT_FALSE(in_plan_window({session().plan_window.plan_x_min, 0.0}));  // strictly
 }
 
 TEST_F(Plan, The_nearest_station_is_picked) {
@@ -123,8 +123,8 @@ TEST_F(Plan, Coordinates_are_fitted_anew) {
   EXPECT_TRUE(choose_coordinates(1));
   EXPECT_EQ(session().x_column, 3);
   EXPECT_EQ(session().y_column, 4);
-  EXPECT_EQ(plan_window().plan_zoom, 0.0F);
-  EXPECT_DOUBLE_EQ(plan_window().plan_x_centre, 500050.0);
+  EXPECT_EQ(session().plan_window.plan_zoom, 0.0F);
+  EXPECT_DOUBLE_EQ(session().plan_window.plan_x_centre, 500050.0);
   EXPECT_DOUBLE_EQ(station_place(2).y, 4000100.0);
   session().updating_controls = true;
   EXPECT_FALSE(choose_coordinates(0));

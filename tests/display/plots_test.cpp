@@ -57,9 +57,11 @@ TEST_F(Plots, Repeats_are_drawn_in_their_colours_under_a_bold_average) {
 
 TEST_F(Plots, A_single_repeat_keeps_its_colour_and_negative_phases_stay_inside) {
   made::store(made::key(), 1, made::reading({{1.0F, 0.5F, -30.0F}, {2.0F, 0.7F, -10.0F}}));
-  ASSERT_EQ(Module_database::load_reference_frequencies(0), 0);
+  session().frequencies = made::frequencies();
   EXPECT_TRUE(raw_plot(false).empty());
-  ASSERT_EQ(Module_averaged_data::load_repeat_data(made::key()), 0);
+  ASSERT_EQ(Module_averaged_data::load_repeat_data(made::key(), session().frequencies,
+                                                   Module_averaged_data::data_sets().repeats),
+            0);
   const GraphPair plot = raw_plot(false);
   EXPECT_EQ(plot.resistivity.series_styles[0].width, 1.0);
   EXPECT_EQ(plot.resistivity.series_styles[1].colour, repeat_colour(1));
@@ -96,7 +98,7 @@ TEST_F(Plots, Masked_points_hide_on_raw_and_station_graphs_and_stay_on_the_profi
 
 TEST_F(Plots, Frequencies_that_are_not_selected_disappear_everywhere) {
   open_line(2);
-  session().frequency_enabled[3] = 0;  // 8 Hz, which both scan rates have
+  session().frequencies.enabled[3] = 0;  // 8 Hz, which both scan rates have
   EXPECT_EQ(shown_points(raw_plot(false).resistivity, 1), 4);
   EXPECT_EQ(shown_points(station_plot(false).phase, 0), 6);
   const GraphPair profile = profile_plot();
@@ -106,7 +108,7 @@ TEST_F(Plots, Frequencies_that_are_not_selected_disappear_everywhere) {
 
 TEST_F(Plots, Static_factors_act_on_station_and_profile_but_not_on_raw_graphs) {
   open_line(2);
-  ASSERT_EQ(Module_averaged_data::set_static_factor("0.5"), Edit::changed);
+  ASSERT_EQ(Module_averaged_data::set_static_factor(0.5F), Edit::changed);
   EXPECT_DOUBLE_EQ(raw_plot(false).resistivity.table.series[1].y[0], 112.0);
   const GraphPair station = station_plot(false);
   EXPECT_DOUBLE_EQ(station.resistivity.table.series[0].y[0], 0.5 * 113.5);
@@ -122,7 +124,7 @@ TEST_F(Plots, Static_factors_act_on_station_and_profile_but_not_on_raw_graphs) {
 
 TEST_F(Plots, Averages_and_merged_curves_have_error_bars) {
   open_line(2);
-  ASSERT_EQ(Module_averaged_data::set_static_factor("0.5"), Edit::changed);
+  ASSERT_EQ(Module_averaged_data::set_static_factor(0.5F), Edit::changed);
   const double deviation = std::sqrt(1.25);  // of four repeats that are one apart
   const GraphPair raw = raw_plot(false);
   ASSERT_EQ(raw.resistivity.table.series[0].error.size(), 5U);

@@ -3,9 +3,7 @@
 #include "tests/display/made_survey.h"
 
 using namespace Module_display_data;
-using Module_averaged_data::profile_data_set;
-using Module_averaged_data::repeat_data_set;
-using Module_averaged_data::station_data_set;
+using Module_averaged_data::data_sets;
 using Module_Brenlox::undo_count;
 
 namespace {
@@ -59,7 +57,7 @@ TEST_F(Selection, Lists_and_stations_of_a_survey) {
   EXPECT_EQ(state.current_data_type, "EyHx");
   EXPECT_EQ(state.current_reference_type, 0);
   EXPECT_EQ(state.current_dipole, 50.0F);
-  EXPECT_EQ(state.frequency_count, 2);
+  EXPECT_EQ(state.frequencies.count(), 2U);
   EXPECT_EQ(state.current_station_index, -1);
   EXPECT_FALSE(state.updating_controls);
   EXPECT_EQ(first_station_of_current_line(), 1);
@@ -105,8 +103,8 @@ TEST_F(Selection, A_station_loads_what_is_new) {
   EXPECT_EQ(session().current_station, 200.0);
   EXPECT_EQ(session().current_profile_column, 1);
   EXPECT_EQ(session().current_scan_rate, 64.0);  // the first one, as none was chosen
-  EXPECT_EQ(profile_data_set().columns.size(), 2U);
-  EXPECT_EQ(repeat_data_set().repeat_count, 1);
+  EXPECT_EQ(data_sets().profile.columns.size(), 2U);
+  EXPECT_EQ(data_sets().repeats.repeat_count, 1);
 
   shown = display_station(1, {});
   EXPECT_FALSE(shown.show_line || shown.draw_station || shown.draw_raw);
@@ -114,13 +112,13 @@ TEST_F(Selection, A_station_loads_what_is_new) {
   EXPECT_FALSE(shown.draw_profile);
   EXPECT_TRUE(shown.mark_station && shown.draw_station && shown.draw_raw);
   EXPECT_EQ(session().current_profile_column, 2);
-  EXPECT_EQ(station_data_set().key.station, 300.0);
+  EXPECT_EQ(data_sets().station.key.station, 300.0);
   EXPECT_EQ(place_in_line(), 2);
   shown = display_station(3, {});  // on the other one
   EXPECT_TRUE(shown.draw_profile);
   EXPECT_EQ(session().current_line_index, 2);
   EXPECT_EQ(session().stations_in_line, 1);
-  EXPECT_EQ(profile_data_set().columns.size(), 1U);
+  EXPECT_EQ(data_sets().profile.columns.size(), 1U);
   EXPECT_EQ(place_in_line(), 1);
   EXPECT_FALSE(display_station(4, {}).show_line);
 }
@@ -152,9 +150,9 @@ TEST_F(Selection, A_new_line_type_or_reference_type_selects_the_first_station_an
     if (c.station > 0) {
       const Redisplay shown = follow(chosen);
       EXPECT_TRUE(shown.draw_profile && shown.draw_station && shown.draw_raw);
-      EXPECT_EQ(profile_data_set().key.data_type, session().current_data_type);
-      EXPECT_EQ(station_data_set().key.reference_type, session().current_reference_type);
-      EXPECT_EQ(repeat_data_set().key.line, session().current_line);
+      EXPECT_EQ(data_sets().profile.key.data_type, session().current_data_type);
+      EXPECT_EQ(data_sets().station.key.reference_type, session().current_reference_type);
+      EXPECT_EQ(data_sets().repeats.key.line, session().current_line);
     }
   }
   session().updating_controls = true;
@@ -174,23 +172,23 @@ TEST_F(Selection, A_dipole_redraws_nothing_until_the_next_station) {
   EXPECT_EQ(chosen.station_to_display, -1);
   EXPECT_FALSE(chosen.draw_profile || chosen.draw_station || chosen.draw_raw);
   EXPECT_EQ(undo_count(), 0U);
-  EXPECT_EQ(repeat_data_set().repeat_count, 4);
+  EXPECT_EQ(data_sets().repeats.repeat_count, 4);
   (void)display_station(2, {});
-  EXPECT_EQ(repeat_data_set().repeat_count, 1);
-  EXPECT_EQ(station_data_set().key.dipole, 25.0F);
+  EXPECT_EQ(data_sets().repeats.repeat_count, 1);
+  EXPECT_EQ(data_sets().station.key.dipole, 25.0F);
 }
 
 TEST_F(Selection, Other_choices_load_and_draw_their_part) {
   open_line(3);
-  const std::size_t repeats = repeat_data_set().slots.size();
+  const std::size_t repeats = data_sets().repeats.slots.size();
   for (const char* text : {"64", "", "fast"}) {
     EXPECT_FALSE(choose_scan_rate(text).draw_raw) << text;
   }
   const Redisplay rate = choose_scan_rate("256");
   EXPECT_TRUE(rate.draw_raw);
   EXPECT_FALSE(rate.draw_station || rate.draw_profile);
-  EXPECT_EQ(repeat_data_set().slots.size(), repeats);
-  EXPECT_EQ(repeat_data_set().key.scan_rate, 256.0F);
+  EXPECT_EQ(data_sets().repeats.slots.size(), repeats);
+  EXPECT_EQ(data_sets().repeats.key.scan_rate, 256.0F);
 
   EXPECT_EQ(choose_station_in_line(1).station_to_display, -1);
   EXPECT_EQ(choose_station_in_line(3).station_to_display, 3);
@@ -200,7 +198,7 @@ TEST_F(Selection, Other_choices_load_and_draw_their_part) {
   const Redisplay shown = display_station(1, {true, true, 0, Module_averaged_data::NeighbourSide::both});
   EXPECT_TRUE(shown.draw_station);
   EXPECT_FALSE(shown.draw_profile);
-  EXPECT_EQ(station_data_set().neighbour_count, 2);
+  EXPECT_EQ(data_sets().station.neighbour_count, 2);
 
   const Redisplay scale = fixed_scale_changed();
   EXPECT_TRUE(scale.draw_station && scale.draw_raw && !scale.draw_profile);
@@ -215,8 +213,8 @@ TEST_F(Selection, A_selection_without_merged_curves_shows_nothing) {
   made::store(key, 1, made::reading({{1.0F, 9.0F, 9.0F}}));  // never reduced
   const Redisplay shown = follow(choose_data_type("EyHx"));
   EXPECT_TRUE(shown.draw_profile && shown.draw_station && shown.draw_raw);
-  EXPECT_TRUE(profile_data_set().columns.empty() && station_data_set().slots.empty() &&
-              repeat_data_set().slots.empty());
+  EXPECT_TRUE(data_sets().profile.columns.empty() && data_sets().station.slots.empty() &&
+              data_sets().repeats.slots.empty());
   EXPECT_EQ(session().current_profile_column, 0);
 }
 
@@ -247,4 +245,14 @@ TEST_F(Selection, A_survey_read_again_keeps_what_was_selected_and_is_still_there
   EXPECT_EQ(session().current_data_type, "EyHx");
   EXPECT_EQ(session().current_reference_type, 0);
   EXPECT_EQ(session().current_scan_rate, 0.0);
+}
+
+TEST(Neighbour_count, Is_two_to_begin_with_where_no_number_is_typed) {
+  std::string text = "3";
+  EXPECT_EQ(neighbour_count_of(text), 3);
+  for (const char* bad : {"", "x", "0", "-1"}) {
+    text = bad;
+    EXPECT_EQ(neighbour_count_of(text), 0);
+    EXPECT_EQ(text, "2");
+  }
 }

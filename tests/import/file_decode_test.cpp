@@ -10,6 +10,8 @@
 #include "tests/support/temporary_folder.h"
 
 using namespace Module_data_file;
+using formats::FileReport;
+using formats::head_date;
 
 namespace {
 

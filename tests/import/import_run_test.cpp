@@ -125,7 +125,7 @@ TEST_F(ImportRun, A_scan_stores_nothing) {
   EXPECT_EQ(report.files.at(0).sections, 2);
   EXPECT_EQ(report.files.at(0).readings, 8);
   EXPECT_EQ(rows_in("FileTable") + rows_in("ReadingsDataTable") + rows_in("StationsTable"), 0);
-  EXPECT_EQ(reading_record().scan_list.size(), 2U);
+  EXPECT_EQ(report.stations.size(), 2U);
 }
 
 TEST_F(ImportRun, A_bad_file_costs_no_other) {

@@ -1,6 +1,6 @@
 // sample_choices.h: the choices of an import that fit files named as those of the sample survey.
 #pragma once
-#include "import/reading_record.h"
+#include "import/import_choices.h"
 
 /// Line, event and scan rate from names like "L200E_S0100_E1_R4096.edi".
 inline Module_data_file::ImportChoices sample_choices() {

@@ -5,8 +5,6 @@
 
 #include "core/undo_stack.h"
 #include "display/selection.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
 #include "reduction/edits/masks.h"
 #include "reduction/edits/undo.h"
 #include "tests/kills/killed_process.h"
@@ -70,13 +68,13 @@ class RandomEdits {
         done = set_merged_use(flag, upto(2) > 0);
         break;
       case 5:
-        done = clip_outliers(static_cast<ClipEnds>(upto(3)), "1", OutlierField::both);
+        done = clip_outliers(static_cast<ClipEnds>(upto(3)), 1, OutlierField::both);
         break;
       case 6:
-        done = clear_frequencies(static_cast<FrequencyCommand>(upto(8)), "8", OutlierField::both);
+        done = clear_frequencies(static_cast<FrequencyCommand>(upto(8)), 8.0, OutlierField::both);
         break;
       case 7:
-        done = set_static_factor(std::to_string(1 + upto(9)));
+        done = set_static_factor(static_cast<float>(1 + upto(9)));
         break;
       default:
         if (const UndoResult undone = undo_last_change(); undone.station_index > 0) {

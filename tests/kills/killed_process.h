@@ -1,7 +1,8 @@
 // killed_process.h: work in a process of its own that dies in the midst of it.
 //
-// The process kills itself at a given file operation of the database engine, so that a kill falls between any
-// two writes of a transaction or of its commit, however busy the machine is.
+// The process kills itself at a given file operation of the database engine, or where a file of the program's
+// own is put on the disk or into its place, so that a kill falls between any two writes of a transaction or
+// of its commit, however busy the machine is.
 #pragma once
 #include <cstdint>
 #include <functional>
@@ -11,9 +12,10 @@
 using TellProgress = std::function<void(int progress)>;
 
 struct KilledProcess {
-  bool killed = false;          // false: the work had ended by itself
-  int progress = 0;             // told last
-  std::int64_t operations = 0;  // writes, truncations, syncs and deletions of files that were begun
+  bool killed = false;  // false: the work had ended by itself
+  int progress = 0;     // told last
+  std::int64_t operations =
+      0;  // writes, truncations, syncs, renamings and deletions of files that were begun
 };
 
 /// Runs `work` in a child process that dies at its file operation number `last`, from 1; 0 lets it end.

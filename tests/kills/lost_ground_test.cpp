@@ -1,12 +1,13 @@
 // The ground goes from under a survey: its disk is full, its folder can't be written, is moved or removed, or
-// another process opens it at the same moment. Each is told, and what was stored before is there afterwards.
+// another process opens it at the same moment. Each is reported, and what was stored before is there
+// afterwards.
 #include <fstream>
 #include <set>
 
 #include "database/stations.h"
 #include "import/import_run.h"
 #include "platform/files/safe_files.h"
-#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 #include "samples/sample_survey.h"
 #include "tests/import/sample_choices.h"
@@ -152,7 +153,7 @@ TEST_F(LostGround, An_edit_for_which_there_is_no_room_changes_nothing_and_can_be
     const fs::path disk = small_disk();
     const std::string survey = new_survey("disk/survey.mdb");
     made::store_line(3);
-    ASSERT_EQ(load_repeat_data(selected_key()), 0);
+    ASSERT_EQ(load_selected_repeats(), 0);
     leave_free(disk, 0);
     const auto mask = [](std::size_t slot) { return toggle_repeat_point(slot, 0, Component::resistivity); };
     std::string before = made::whole_readings_table();
@@ -169,10 +170,10 @@ TEST_F(LostGround, An_edit_for_which_there_is_no_room_changes_nothing_and_can_be
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_NE(messages[0].find("database or disk is full"), std::string::npos) << messages[0];
     EXPECT_TRUE(made::whole_readings_table() == before);
-    const std::int32_t shown = repeat_data_set().slots.at(slot).reading.curve.counts_at(1, 0);
+    const std::int32_t shown = data_sets().repeats.slots.at(slot).reading.curve.counts_at(1, 0);
     free_disk(disk);
     EXPECT_EQ(mask(slot), Edit::changed);
-    EXPECT_EQ(repeat_data_set().slots.at(slot).reading.curve.counts_at(1, 0), 1 - shown);
+    EXPECT_EQ(data_sets().repeats.slots.at(slot).reading.curve.counts_at(1, 0), 1 - shown);
     EXPECT_TRUE(made::whole_readings_table() != before);
     const std::string after = made::whole_readings_table();
     reopen();

@@ -18,12 +18,6 @@ namespace {
 using Texts = std::vector<std::string>;
 
 class Rhoplus : public SurveyTest {
- public:
-  Rhoplus() { rhoplus_settings() = {}; }
-  Rhoplus(const Rhoplus&) = delete;
-  Rhoplus& operator=(const Rhoplus&) = delete;
-  ~Rhoplus() override { rhoplus_settings() = {}; }
-
  protected:
   /// A merged curve with errors of 5 ohm-m and 3 degrees, and 10 ohm-m, 20 degrees, 6 and 4 as the statistics
   /// of everything present.
@@ -40,20 +34,21 @@ class Rhoplus : public SurveyTest {
   static void store(double station, const StoredReading& reading) {
     made::store(made::key(0.0F, station), 0, reading, 2, -1);
   }
+  static Frequencies all_enabled(const StoredReading& reading) {
+    return {reading.curve.frequencies, std::vector<std::int32_t>(reading.curve.count(), 1)};
+  }
   /// The rows of a merged curve whose frequencies are all listed and enabled.
-  static RhoplusTables tables(const StoredReading& reading) {
-    session().frequency_list = reading.curve.frequencies;
-    session().frequency_enabled.assign(reading.curve.count(), 1);
-    session().frequency_count = static_cast<std::int32_t>(reading.curve.count());
+  [[nodiscard]] RhoplusTables tables(const StoredReading& reading) const {
     StoredReading stored = reading;
     stored.ID = 1;
-    return rhoplus_tables(stored, rhoplus_settings());
+    return rhoplus_tables(stored, all_enabled(reading), settings);
   }
   [[nodiscard]] std::string contents(const std::string& name) const {
     return file_contents(folder.path(name));
   }
 
   const Module_database::LineSelection selection{"200E", 0, "ExHy", 50.0F};
+  RhoplusSettings settings;
 };
 
 }  // namespace
@@ -68,13 +63,14 @@ TEST_F(Rhoplus, Files_of_a_line_to_the_byte) {
   StoredReading no_resistivity = merged({{10.0F, 50.0F, 45.0F}});
   no_resistivity.curve.counts_at(1, 0) = 0;
   store(300.0, no_resistivity);
-  rhoplus_settings().resistivity_scale = 2.0F;
+  settings.resistivity_scale = 2.0F;
 
   std::vector<int> shown;
   RhoplusCounts counts;
-  ASSERT_EQ(output_rhoplus(
-                selection, folder.path("new/deep"), [&](int count) { shown.push_back(count); }, counts),
-            0);
+  ASSERT_EQ(
+      output_rhoplus(
+          selection, folder.path("new/deep"), settings, [&](int count) { shown.push_back(count); }, counts),
+      0);
   EXPECT_EQ(contents("new/deep/tmd_100.dat"),
             "data *\r\ntask *\r\nmodel\r\nsurface ins\r\nroot tmd_100\r\nexecute\r\n\r\n"
             "    0.5000      600.00     30.00     45.00      3.00 1 1\r\n"
@@ -124,20 +120,20 @@ TEST_F(Rhoplus, Rows_without_data_and_switched_off_frequencies) {
   EXPECT_EQ(rows.index.frequency_position, (std::vector<std::int32_t>{0, 3}));
   EXPECT_EQ(std::ranges::count(rows.frequency_lines, '\n'), 4) << "the model is asked for everywhere";
 
-  rhoplus_settings().exclude_data = 0;
+  settings.exclude_data = 0;
   rows = tables(reading);
   ASSERT_EQ(rows.data.size(), 4U);
   EXPECT_EQ(rows.data_lines.substr(rows.data_lines.find("2.0000")),
             "2.0000       10.00      6.00     20.00      4.00 0 0\r\n"
             "    4.0000       10.00      6.00     20.00      4.00 0 0\r\n"
             "    8.0000        9.00      5.00      9.00      3.00 1 1\r\n");
-  rhoplus_settings().exclude_negative_phase = 0;
+  settings.exclude_negative_phase = 0;
   EXPECT_EQ(tables(reading).data[1].use_phase, 1.0F);
 
-  (void)tables(reading);  // lists the frequencies
-  session().frequency_enabled[0] = 0;
+  Frequencies frequencies = all_enabled(reading);
+  frequencies.enabled[0] = 0;
   reading.ID = 1;
-  rows = rhoplus_tables(reading, rhoplus_settings());
+  rows = rhoplus_tables(reading, frequencies, settings);
   EXPECT_EQ(rows.index.row_number, (std::vector<std::int32_t>{0, 1, 2, 3}));
   EXPECT_EQ(rows.index.frequency_position, (std::vector<std::int32_t>{1, 2, 3}));
   EXPECT_EQ(std::ranges::count(rows.frequency_lines, '\n'), 3);
@@ -158,7 +154,7 @@ TEST_F(Rhoplus, A_reading_that_is_switched_off_gives_nothing) {
 TEST_F(Rhoplus, What_goes_wrong_is_told_and_leaves_earlier_files) {
   new_survey();
   RhoplusCounts counts;
-  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), {}, counts), -1);
+  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), settings, {}, counts), -1);
   EXPECT_EQ(interface.take_messages(), Texts{"There is no data for the specified line and data type"});
   EXPECT_FALSE(fs::exists(folder.path("out")));
 
@@ -166,20 +162,20 @@ TEST_F(Rhoplus, What_goes_wrong_is_told_and_leaves_earlier_files) {
     store(station, merged({{10.0F, 50.0F, 45.0F}}));
   }
   fs::create_directories(folder.path("out/tmd_200.dat/in_the_way"));
-  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), {}, counts), -1);
+  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), settings, {}, counts), -1);
   const Texts messages = interface.take_messages();
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0].rfind("An error occured while writing the rhoplus station data file ", 0), 0U);
   EXPECT_EQ(contents("out/tmd_run.bat"), "rhopp < tmd_100.dat\r\n");
 
-  rhoplus_settings().root_name = "no folder/tmd";  // keeps the batch file from being written, too
-  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), {}, counts), -1);
+  settings.root_name = "no folder/tmd";  // keeps the batch file from being written, too
+  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), settings, {}, counts), -1);
   EXPECT_EQ(interface.take_messages().size(), 1U);
-  rhoplus_settings() = {};
+  settings = {};
 
   int asked = 0;
   interface->stop = [&asked] { return ++asked > 1; };
-  EXPECT_EQ(output_rhoplus(selection, folder.path("stopped"), {}, counts), 0);
+  EXPECT_EQ(output_rhoplus(selection, folder.path("stopped"), settings, {}, counts), 0);
   EXPECT_EQ(contents("stopped/tmd_run.bat"), "rhopp < tmd_100.dat\r\n");
   EXPECT_TRUE(interface.take_messages().empty());
 }
@@ -189,9 +185,8 @@ TEST_F(Rhoplus, The_panel_asks_for_what_is_missing_in_its_order) {
   store(100.0, merged({{10.0F, 50.0F, 45.0F}}));
   session().current_data_type = "ExHy";
   const OutputLists lists{{"200E"}, {50.0F}};
-  RhoplusSettings& settings = rhoplus_settings();
   const auto refused = [&](const OutputChoices& choices) {
-    EXPECT_EQ(write_chosen_rhoplus(lists, choices, "", {}), -1);
+    EXPECT_EQ(write_chosen_rhoplus(lists, choices, settings, "", {}), -1);
     return interface.take_messages();
   };
   const OutputChoices all{0, 0, 0, folder.path("out")};
@@ -208,27 +203,26 @@ TEST_F(Rhoplus, The_panel_asks_for_what_is_missing_in_its_order) {
   EXPECT_EQ(refused(all), Texts{"The resistivity scale is not valid"});
   EXPECT_FALSE(fs::exists(folder.path("out")));
   settings.resistivity_scale = 1.0F;
-  EXPECT_EQ(write_chosen_rhoplus(lists, all, " line 200E ", {}), 0);
+  EXPECT_EQ(write_chosen_rhoplus(lists, all, settings, " line 200E ", {}), 0);
   EXPECT_EQ(interface.take_messages(), Texts{"Data output completed"});
   EXPECT_NE(contents("out/line 200E/run_100.dat").find("surface con\r\n"), std::string::npos);
 }
 
 TEST_F(Rhoplus, Settings_are_kept_but_for_the_scale) {
   const auto earlier = install_settings_store(std::make_unique<MemorySettingsStore>());
-  load_rhoplus_settings();
-  enter_root_name(" survey 7 ");
-  enter_root_name("  ");
-  enter_positive(&RhoplusSettings::resistivity_error_floor, " 6.26 ");
+  settings = load_rhoplus_settings();
+  enter_root_name(settings, " survey 7 ");
+  enter_root_name(settings, "  ");
+  enter_positive(settings.resistivity_error_floor, " 6.26 ");
   for (const char* invalid : {"", "0", "-1", "5x", "1e60", "1e-60", "nan"}) {
-    enter_positive(&RhoplusSettings::phase_error_floor, invalid);
+    enter_positive(settings.phase_error_floor, invalid);
   }
-  enter_positive(&RhoplusSettings::resistivity_scale, "2.5");
-  rhoplus_settings().surface = 0;
-  rhoplus_settings().apply_static = 0;
-  save_rhoplus_settings();
-  EXPECT_EQ(rhoplus_settings().phase_error_floor, 2.0F);
-  load_rhoplus_settings();
-  const RhoplusSettings& settings = rhoplus_settings();
+  enter_positive(settings.resistivity_scale, "2.5");
+  settings.surface = 0;
+  settings.apply_static = 0;
+  save_rhoplus_settings(settings);
+  EXPECT_EQ(settings.phase_error_floor, 2.0F);
+  settings = load_rhoplus_settings();
   EXPECT_EQ(settings.root_name, "survey 7");
   EXPECT_EQ(settings.surface, 0);
   EXPECT_EQ(settings.resistivity_error_floor, 6.3F);
@@ -243,7 +237,7 @@ TEST_F(Rhoplus, Settings_are_kept_but_for_the_scale) {
   set("RhoPlusApplyStatic", "yes");
   set("RhoPlusResFloor", "0");
   set("RhoPlusResScale", "1.5");
-  load_rhoplus_settings();
+  settings = load_rhoplus_settings();
   EXPECT_EQ(settings.surface, 1);
   EXPECT_EQ(settings.apply_static, 1);
   EXPECT_EQ(settings.resistivity_error_floor, 4.0F);

@@ -108,13 +108,10 @@ TEST_F(Zonge, Files_of_a_line_to_the_byte) {
 
 TEST_F(Zonge, Leaves_out_what_is_switched_off_or_masked) {
   make_line();
-  ASSERT_EQ(Module_database::load_reference_frequencies(0), 0);
-  std::vector<std::int32_t> enabled = session().frequency_enabled;
-  enabled[1] = 0;  // 10 Hz
-  dao::Recordset& lists = Module_database::open_survey().frequency_lists;
-  lists.edit();
-  lists.set_binary("MaskBinary", Module_database::bytes_of(enabled));
-  lists.update();
+  auto frequencies = Module_database::load_reference_frequencies(0);
+  ASSERT_TRUE(frequencies.has_value());
+  frequencies->enabled[1] = 0;  // 10 Hz
+  ASSERT_EQ(Module_database::save_frequency_selection(0, *frequencies), 0);
   const std::vector<std::int32_t> mask{1, 1, 1, 1, 0, 1, 1, 0, 1, 1};
   edit(100.0, [&](dao::Recordset& row) { row.set_binary("MaskBinary", Module_database::bytes_of(mask)); });
   edit(200.0, [](dao::Recordset& row) { row.set_bit("UsePhase", false); });
@@ -132,7 +129,7 @@ TEST_F(Zonge, Leaves_out_what_is_switched_off_or_masked) {
                 " 2       100      24000    9.87654E+4       12.3\r\n"
                 " 2       200      9.999    5.00000E+0        5.0\r\n"
                 " 2       200      24000    7.00000E+0        7.0\r\n");
-  EXPECT_EQ(session().frequency_count, 0) << "the list of the selected reference type, which has none";
+  EXPECT_TRUE(session().frequencies.empty()) << "the list of the selected reference type, which has none";
 }
 
 TEST_F(Zonge, Earlier_files_survive_what_goes_wrong) {

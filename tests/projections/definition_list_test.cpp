@@ -19,7 +19,6 @@ class Definition_list : public ::testing::Test {
  protected:
   Definition_list() {
     reset_session_state();
-    coord_systems().clear();
     earlier_ = install_settings_store(std::make_unique<MemorySettingsStore>());
   }
 
@@ -27,9 +26,9 @@ class Definition_list : public ::testing::Test {
   ~Definition_list() override { install_settings_store(std::move(earlier_)); }
 
  protected:
-  static Names listed() {
+  Names listed() const {
     Names names;
-    for (const CoordSystem& definition : coord_systems()) {
+    for (const CoordSystem& definition : coord_systems) {
       names.push_back(definition.name);
     }
     return names;
@@ -41,13 +40,16 @@ class Definition_list : public ::testing::Test {
   static void put_into_store(const std::string& name, const std::string& text) {
     settings_store().set_value("Marrowgate", "Projection", name, text);
   }
-  static void add(const CoordSystem& definition) { ASSERT_EQ(add_coord_definitions_to_list(definition), 0); }
-  static void restart() { ASSERT_EQ(load_coord_system_definitions(), 0); }
+  void add(const CoordSystem& definition) {
+    ASSERT_EQ(add_coord_definitions_to_list(coord_systems, definition), 0);
+  }
+  void restart() { ASSERT_EQ(load_coord_system_definitions(coord_systems), 0); }
   int read(const std::string& contents) {
     std::string path = folder.write("projection.csv", contents);
-    return read_coord_projection_file(path);
+    return read_coord_projection_file(path, coord_systems);
   }
 
+  CoordSystems coord_systems;
   TemporaryFolder folder;
   RecordingInterface interface;
 
@@ -61,14 +63,14 @@ TEST_F(Definition_list, Keeps_names_and_values_once_each_in_order_of_names) {
   add(zone_definition("AMG", 50));
   add(zone_definition("  ", 51));
   EXPECT_EQ(listed(), (Names{"AMG", "MGA 54", "mga 55"}));
-  ASSERT_EQ(save_coord_system_definitions(0), 0);
+  ASSERT_EQ(save_coord_system_definitions(coord_systems, 0), 0);
   EXPECT_EQ(stored_text("mga 55"), "4283;2;2;0;0;0;0;0;0;0;6;55");
 
   add(zone_definition("MGA 55", 55));  // the same but for the case of its letters
   EXPECT_EQ(listed(), (Names{"AMG", "MGA 54", "mga 55"}));
 
   add(zone_definition("MGA 54", 49));  // the name with other values
-  EXPECT_EQ(coord_systems()[1].zone_number, 49);
+  EXPECT_EQ(coord_systems[1].zone_number, 49);
 
   add(zone_definition("zone 50", 50));  // the values under another name
   EXPECT_EQ(listed(), (Names{"MGA 54", "mga 55", "zone 50"}));
@@ -83,15 +85,15 @@ TEST_F(Definition_list, Keeps_names_and_values_once_each_in_order_of_names) {
 TEST_F(Definition_list, Comes_back_from_the_store_exactly) {
   add(lambert_definition("Lambert / mine | for \"north\""));
   add(zone_definition("MGA 55", 55));
-  ASSERT_EQ(save_coord_system_definitions(1), 0);
+  ASSERT_EQ(save_coord_system_definitions(coord_systems, 1), 0);
   EXPECT_EQ(stored(), Names{"Lambert / mine | for \"north\""});
-  EXPECT_EQ(save_coord_system_definitions(3), -1);
+  EXPECT_EQ(save_coord_system_definitions(coord_systems, 3), -1);
   EXPECT_EQ(interface.take_messages(),
             Names{"An error occurred while adding the saving the coordinate system definitions: there is no "
                   "definition 3"});
   restart();
-  ASSERT_EQ(coord_systems().size(), 1U);
-  EXPECT_TRUE(compare_coordinate_system_values(coord_systems()[0], lambert_definition("")));
+  ASSERT_EQ(coord_systems.size(), 1U);
+  EXPECT_TRUE(compare_coordinate_system_values(coord_systems[0], lambert_definition("")));
 }
 
 TEST_F(Definition_list, Loses_malformed_entries_of_the_store_for_good) {
@@ -108,7 +110,7 @@ TEST_F(Definition_list, Loses_malformed_entries_of_the_store_for_good) {
   restart();
   session().debug_level = 0;
   EXPECT_EQ(listed(), (Names{"good", "good, with blanks and more"}));
-  EXPECT_EQ(coord_systems()[1].datum, 4283);
+  EXPECT_EQ(coord_systems[1].datum, 4283);
   EXPECT_EQ(stored(), listed());
   const std::string log = file_contents(folder.path("Brenlox_debug.log"));
   for (const char* const text : {"load_coord_system_definitions", "coord_system zone_width invalid",
@@ -132,21 +134,21 @@ TEST_F(Definition_list, Goes_through_a_file_and_comes_back) {
     add(index == 1 ? lambert_definition(names[index])
                    : zone_definition(names[index], static_cast<int>(index) + 50));
   }
-  const std::vector<CoordSystem> written = coord_systems();
+  const std::vector<CoordSystem> written = coord_systems;
   const std::string path = folder.path("projection.csv");
-  ASSERT_EQ(write_coord_projection_file(path), 0);
+  ASSERT_EQ(write_coord_projection_file(path, coord_systems), 0);
   EXPECT_EQ(
       file_contents(path).substr(0, file_contents(path).find("\r\n")),
       "Name,Datum,projection,hemisphere,Origin_Longitude,Origin_Latitude,Standard_parallel_1,"
       "Standard_parallel_2,Description,False_easting,False_northing,Scale_factor,Zone_width,Zone_number,ERM");
-  coord_systems().clear();
+  coord_systems.clear();
   std::string again = path;
-  ASSERT_EQ(read_coord_projection_file(again), 0);
+  ASSERT_EQ(read_coord_projection_file(again, coord_systems), 0);
   EXPECT_EQ(listed(), names);
   for (std::size_t index = 0; index < written.size(); ++index) {
-    EXPECT_TRUE(compare_coordinate_system_values(coord_systems()[index], written[index]));
+    EXPECT_TRUE(compare_coordinate_system_values(coord_systems[index], written[index]));
   }
-  EXPECT_EQ(write_coord_projection_file(folder.path("no/such/folder.csv")), -1);
+  EXPECT_EQ(write_coord_projection_file(folder.path("no/such/folder.csv"), coord_systems), -1);
   EXPECT_EQ(
       interface.take_messages().at(0).find("An error occurred while writing the coordinate projection file "),
       0U);
@@ -171,10 +173,10 @@ TEST_F(Definition_list, Reads_files_as_other_programs_write_them) {
   expected.scale_factor = 0.9996;
   for (const std::string& file : files) {
     SCOPED_TRACE(file);
-    coord_systems().clear();
+    coord_systems.clear();
     ASSERT_EQ(read(file), 0);
     ASSERT_EQ(listed(), Names{expected.name});
-    EXPECT_TRUE(compare_coordinate_system_values(coord_systems()[0], expected));
+    EXPECT_TRUE(compare_coordinate_system_values(coord_systems[0], expected));
   }
   EXPECT_TRUE(interface->messages.empty());
 }
@@ -203,7 +205,7 @@ TEST_F(Definition_list, Takes_nothing_of_a_file_with_a_fault_and_says_where_it_i
     EXPECT_EQ(read(c.file), -1);
     EXPECT_EQ(interface.take_messages(),
               Names{std::string("An error occured while reading the projection definitions: ") + c.fault});
-    EXPECT_TRUE(coord_systems().empty());
+    EXPECT_TRUE(coord_systems.empty());
     EXPECT_TRUE(std::filesystem::exists(folder.path("projection.csv")));
   }
 }
@@ -222,19 +224,19 @@ TEST_F(Definition_list, Looks_for_the_default_file_in_the_users_folder_then_in_t
   session().environment.program_directory = folder.path("program");
   std::string path;
   EXPECT_FALSE(has_default_projection_file());
-  EXPECT_EQ(read_coord_projection_file(path), -1);
+  EXPECT_EQ(read_coord_projection_file(path, coord_systems), -1);
   EXPECT_EQ(path, folder.path("user/projection.csv"));
   EXPECT_EQ(interface.take_messages(), Names{"An error occured while reading the projection definitions: " +
                                              path + ": No such file or directory"});
-  coord_systems().push_back(zone_definition("Program's", 50));
-  (void)folder.write("program/projection.csv", definitions_as_csv(coord_systems()));
+  coord_systems.push_back(zone_definition("Program's", 50));
+  (void)folder.write("program/projection.csv", definitions_as_csv(coord_systems));
   path.clear();
   EXPECT_TRUE(has_default_projection_file());
-  EXPECT_EQ(read_coord_projection_file(path), 0);
+  EXPECT_EQ(read_coord_projection_file(path, coord_systems), 0);
   EXPECT_EQ(path, folder.path("program/projection.csv"));
-  (void)folder.write("user/projection.csv", definitions_as_csv(coord_systems()));
+  (void)folder.write("user/projection.csv", definitions_as_csv(coord_systems));
   path.clear();
-  EXPECT_EQ(read_coord_projection_file(path), 0);
+  EXPECT_EQ(read_coord_projection_file(path, coord_systems), 0);
   EXPECT_EQ(path, folder.path("user/projection.csv"));
 }
 

@@ -17,7 +17,6 @@ class Projection_choice : public SurveyTest {
  protected:
   Projection_choice() {
     earlier_ = install_settings_store(std::make_unique<MemorySettingsStore>());
-    coord_systems().clear();
     current_coord_system() = CoordSystem{};
     (void)new_survey();
   }
@@ -27,9 +26,11 @@ class Projection_choice : public SurveyTest {
 
  protected:
   void keep(const CoordSystem& definition) {
-    ASSERT_EQ(add_coord_definitions_to_list(definition), 0);
-    ASSERT_EQ(save_coord_system_definitions(0), 0);
+    ASSERT_EQ(add_coord_definitions_to_list(coord_systems, definition), 0);
+    ASSERT_EQ(save_coord_system_definitions(coord_systems, 0), 0);
   }
+  CoordSystems coord_systems;
+
   static Texts stored() { return settings_store().keys("Marrowgate", "Projection"); }
   std::vector<std::pair<std::int32_t, std::string>> survey_rows() {
     std::vector<std::pair<std::int32_t, std::string>> found;
@@ -48,50 +49,52 @@ class Projection_choice : public SurveyTest {
 TEST_F(Projection_choice, Saves_and_deletes_what_the_list_shows) {
   keep(zone_definition("MGA 54 | west", 54));
   keep(zone_definition("MGA 55", 55));
-  EXPECT_EQ(save_current(0, zone_definition("", 50)), 0);
-  EXPECT_EQ(delete_current(0), 0);
+  EXPECT_EQ(save_current(coord_systems, 0, zone_definition("", 50)), 0);
+  EXPECT_EQ(delete_current(coord_systems, 0), 0);
   EXPECT_EQ(interface.take_messages(),
             Texts(2, "You have to select an existing projection to perform this action"));
 
-  EXPECT_EQ(save_current(1, zone_definition("", 55)), 2);
+  EXPECT_EQ(save_current(coord_systems, 1, zone_definition("", 55)), 2);
   EXPECT_EQ(interface.take_messages(), Texts{"That projection is already defined as MGA 55"});
-  EXPECT_EQ(save_current(1, zone_definition("", 53)), 1);
-  EXPECT_EQ(coord_systems()[0].zone_number, 53);
+  EXPECT_EQ(save_current(coord_systems, 1, zone_definition("", 53)), 1);
+  EXPECT_EQ(coord_systems[0].zone_number, 53);
   EXPECT_EQ(settings_store().value("Marrowgate", "Projection", "MGA 54 | west", ""),
             "4283;2;2;0;0;0;0;0;0;0;6;53");
 
-  EXPECT_EQ(delete_current(2), 0);
+  EXPECT_EQ(delete_current(coord_systems, 2), 0);
   EXPECT_EQ(stored(), Texts{"MGA 54 | west"});
-  EXPECT_EQ(coord_systems().size(), 1U);
+  EXPECT_EQ(coord_systems.size(), 1U);
   EXPECT_TRUE(interface->messages.empty());
 }
 
 TEST_F(Projection_choice, Saves_a_new_one_under_a_name_asked_for) {
   keep(zone_definition("MGA 55 | old", 55));
-  EXPECT_EQ(save_new(1, zone_definition("", 55)), 1);
+  EXPECT_EQ(save_new(coord_systems, 1, zone_definition("", 55)), 1);
   EXPECT_EQ(interface.take_messages(), Texts{"That projection is already defined as MGA 55 | old"});
   EXPECT_TRUE(interface->prompts.empty());
 
-  EXPECT_EQ(save_new(1, zone_definition("", 54)), 1);  // no name given
+  EXPECT_EQ(save_new(coord_systems, 1, zone_definition("", 54)), 1);  // no name given
   EXPECT_EQ(interface->prompts, Texts{"Enter the name to use for the new projection"});
 
   interface->text_answers = {"MGA 54|mine"};
-  EXPECT_EQ(save_new(1, zone_definition("", 54)), 1);
+  EXPECT_EQ(save_new(coord_systems, 1, zone_definition("", 54)), 1);
   EXPECT_EQ(stored(), (Texts{"MGA 54 | mine", "MGA 55 | old"}));
 
   interface->text_answers = {"mga 55", "mga 55 | new"};
   interface->yes_no_answers = {false, true};
-  EXPECT_EQ(save_new(1, zone_definition("", 56)), 1);
+  EXPECT_EQ(save_new(coord_systems, 1, zone_definition("", 56)), 1);
   EXPECT_EQ(stored(), (Texts{"MGA 54 | mine", "MGA 55 | old"}));
-  EXPECT_EQ(save_new(1, zone_definition("", 56)), 2);
+  EXPECT_EQ(save_new(coord_systems, 1, zone_definition("", 56)), 2);
   EXPECT_EQ(stored(), (Texts{"MGA 54 | mine", "mga 55 | new"}));
   EXPECT_EQ(interface->questions, Texts(2, "That name is already in use. Replace the existing definition?"));
 }
 
 TEST_F(Projection_choice, Stays_with_its_survey_whatever_the_list_holds) {
-  ASSERT_EQ(use_projection(lambert_definition("Lambert's | description too long for the survey")), 0);
+  ASSERT_EQ(
+      use_projection(coord_systems, lambert_definition("Lambert's | description too long for the survey")),
+      0);
   EXPECT_EQ(stored(), Texts{"Lambert's | description too long for the survey"});
-  clear_definitions();
+  clear_definitions(coord_systems);
   current_coord_system() = CoordSystem{};
   reopen();
   ASSERT_EQ(apply_survey_projection(), 0);
@@ -100,21 +103,21 @@ TEST_F(Projection_choice, Stays_with_its_survey_whatever_the_list_holds) {
   EXPECT_NE(current_coord_system().transform_parameters, numerics::geodesy::TransformParameters{});
 
   // Done without a change leaves another user's list alone.
-  ASSERT_EQ(use_projection(current_coord_system()), 0);
-  EXPECT_TRUE(coord_systems().empty());
+  ASSERT_EQ(use_projection(coord_systems, current_coord_system()), 0);
+  EXPECT_TRUE(coord_systems.empty());
 }
 
 TEST_F(Projection_choice, Reads_back_the_one_chosen_last) {
   using Rows = std::vector<std::pair<std::int32_t, std::string>>;
-  ASSERT_EQ(use_projection(zone_definition("A", 51)), 0);
-  ASSERT_EQ(use_projection(zone_definition("B", 52)), 0);
-  ASSERT_EQ(use_projection(zone_definition("C", 53)), 0);
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("A", 51)), 0);
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("B", 52)), 0);
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("C", 53)), 0);
   reopen();
   ASSERT_EQ(read_survey_projection(), 0);
   EXPECT_EQ(current_coord_system().name, "C");
-  ASSERT_EQ(use_projection(zone_definition("b", 55)), -1);  // No: the list's own B stays
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("b", 55)), -1);  // No: the list's own B stays
   interface->yes_no_answers = {true};
-  ASSERT_EQ(use_projection(zone_definition("b", 55)), 0);
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("b", 55)), 0);
   reopen();
   ASSERT_EQ(read_survey_projection(), 0);
   EXPECT_EQ(current_coord_system().name, "b");
@@ -127,14 +130,14 @@ TEST_F(Projection_choice, Reads_back_the_one_chosen_last) {
 }
 
 TEST_F(Projection_choice, Changes_nothing_when_it_fails) {
-  ASSERT_EQ(use_projection(zone_definition("A", 51)), 0);
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("A", 51)), 0);
   CoordSystem third_degrees = zone_definition("B", 52);
   third_degrees.zone_width = 1.5;
   CoordSystem invalid = zone_definition("C", 53);
   invalid.zone_width = 0.0;
   for (const CoordSystem& definition :
        {third_degrees, invalid, zone_definition("", 54), zone_definition(std::string(33, 'n'), 54)}) {
-    EXPECT_EQ(use_projection(definition), -1);
+    EXPECT_EQ(use_projection(coord_systems, definition), -1);
   }
   const Texts messages = interface.take_messages();
   ASSERT_EQ(messages.size(), 4U);
@@ -149,7 +152,7 @@ TEST_F(Projection_choice, Changes_nothing_when_it_fails) {
 }
 
 TEST_F(Projection_choice, Does_not_hand_a_projection_on_to_the_next_survey) {
-  ASSERT_EQ(use_projection(zone_definition("A", 51)), 0);
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("A", 51)), 0);
   ASSERT_EQ(Module_database::close_database(), 0);
   (void)new_survey("next.mdb");
   EXPECT_EQ(apply_survey_projection(), -1);
@@ -159,10 +162,10 @@ TEST_F(Projection_choice, Does_not_hand_a_projection_on_to_the_next_survey) {
 
 TEST_F(Projection_choice, Names_what_it_shows) {
   keep(zone_definition("MGA 55", 55));
-  ASSERT_EQ(use_projection(zone_definition("Survey's", 51)), 0);
-  ASSERT_EQ(delete_current(find_definition("Survey's")), 0);
-  const auto name = [](int zone, int index, const char* asked) {
-    return name_for(zone_definition("", zone), index, asked);
+  ASSERT_EQ(use_projection(coord_systems, zone_definition("Survey's", 51)), 0);
+  ASSERT_EQ(delete_current(coord_systems, find_definition(coord_systems, "Survey's")), 0);
+  const auto name = [this](int zone, int index, const char* asked) {
+    return name_for(coord_systems, zone_definition("", zone), index, asked);
   };
   EXPECT_EQ(name(55, 1, "asked"), "MGA 55");
   EXPECT_EQ(name(55, 0, "asked"), "MGA 55");
@@ -173,8 +176,8 @@ TEST_F(Projection_choice, Names_what_it_shows) {
 }
 
 TEST_F(Projection_choice, Reads_and_writes_files_that_the_user_picks) {
-  read_definition_file();
-  save_definition_file();
+  read_definition_file(coord_systems);
+  save_definition_file(coord_systems);
   ASSERT_EQ(interface->file_dialogs.size(), 2U);
   EXPECT_EQ(interface->file_dialogs[0].title, "Projection Definition Files");
   EXPECT_EQ(interface->file_dialogs[1].title, "Select Projection Definition File to create");
@@ -182,18 +185,18 @@ TEST_F(Projection_choice, Reads_and_writes_files_that_the_user_picks) {
   keep(zone_definition("MGA 55", 55));
   const std::string path = folder.path("mine.csv");
   interface->path_answers = {path, path, path};
-  save_definition_file();
+  save_definition_file(coord_systems);
   const std::string written = file_contents(path);
   keep(zone_definition("MGA 54", 54));
-  save_definition_file();  // No: the file stays
+  save_definition_file(coord_systems);  // No: the file stays
   EXPECT_EQ(interface->questions, Texts{"That file already, exists, overwrite?"});
   EXPECT_EQ(file_contents(path), written);
 
-  confirm_clear_definitions();  // No
+  confirm_clear_definitions(coord_systems);  // No
   EXPECT_EQ(stored().size(), 2U);
   interface->yes_no_answers = {true};
-  confirm_clear_definitions();
-  EXPECT_TRUE(stored().empty() && coord_systems().empty());
-  read_definition_file();
+  confirm_clear_definitions(coord_systems);
+  EXPECT_TRUE(stored().empty() && coord_systems.empty());
+  read_definition_file(coord_systems);
   EXPECT_EQ(stored(), Texts{"MGA 55"});
 }

@@ -17,17 +17,17 @@ class Averages : public SurveyTest {
 
   static StoredReading average_of(const ReadingKey& key) {
     StoredReading average;
-    EXPECT_EQ(average_repeats(key, average), 0);
+    EXPECT_EQ(average_repeats(key, made::frequencies(key.reference_type), average), 0);
     return average;
   }
   static StoredReading merge_of(const ReadingKey& key) {
     StoredReading merged;
-    EXPECT_EQ(merge_scan_rates(key, merged), 0);
+    EXPECT_EQ(merge_scan_rates(key, made::frequencies(key.reference_type), merged), 0);
     return merged;
   }
   static StoredReading stored(std::int32_t ID) { return Module_database::read_reading(made::row(ID)); }
 
-  /// What a person sets on a derived reading; the mask of its first point is taken back.
+  /// What a user sets on a derived reading; its first point is masked.
   static void set_edits(std::int32_t ID) {
     dao::Recordset row = made::row(ID);
     Module_database::Curve curve = Module_database::read_reading(row).curve;
@@ -109,7 +109,7 @@ TEST_F(Averages, Edits_of_an_average_survive_until_its_number_of_frequencies_cha
   EXPECT_EQ(average_of(key).curve.count(), 3U);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID<0"), 1);
   StoredReading found;
-  ASSERT_EQ(get_reduced_reading(1, AllowRaw::no, key, found), 0);
+  ASSERT_EQ(get_reduced_reading(1, AllowRaw::no, key, made::frequencies(), found), 0);
   EXPECT_EQ(found.curve.mask, (std::vector<std::int32_t>{1, 1, 1, 1, 1, 1}));
   EXPECT_TRUE(found.UsePhase);
   EXPECT_EQ(found.ResOffset, 1.0F);
@@ -164,20 +164,20 @@ TEST_F(Averages, A_point_whose_frequency_is_not_in_the_list_is_left_out) {
   EXPECT_EQ(average_of(made::key()).curve.frequencies, std::vector<float>{8.0F});
 }
 
-TEST_F(Averages, Damaged_repeats_are_told_and_the_earlier_average_stays) {
+TEST_F(Averages, Damaged_repeats_are_reported_and_the_earlier_average_stays) {
   const ReadingKey key = made::key();
   const std::int32_t raw = made::store(key, 1, made::reading(low_points));
   const std::int32_t ID = average_of(key).ID;
   damage(raw);
   StoredReading average;
-  EXPECT_EQ(average_repeats(key, average), -1);
+  EXPECT_EQ(average_repeats(key, made::frequencies(key.reference_type), average), -1);
   EXPECT_EQ(average.ID, 0);
   expect_one_message(averaging_failed);
   EXPECT_EQ(stored(ID).curve.count(), 2U);
 
   ReadingKey quoted = key;
   quoted.data_type = "Ex'Hy";
-  EXPECT_EQ(average_repeats(quoted, average), -1);
+  EXPECT_EQ(average_repeats(quoted, made::frequencies(), average), -1);
   expect_one_message(averaging_failed);
 }
 
@@ -246,9 +246,9 @@ TEST_F(Averages, Files_of_averaged_data_stand_in_and_are_merged) {
   const ReadingKey key = made::key();
   const std::int32_t imported = made::store(key, 0, made::reading(low_points), 1);
   StoredReading found;
-  EXPECT_EQ(get_reduced_reading(1, AllowRaw::no, key, found), 0);
+  EXPECT_EQ(get_reduced_reading(1, AllowRaw::no, key, made::frequencies(), found), 0);
   EXPECT_EQ(found.ID, 0);
-  EXPECT_EQ(get_reduced_reading(1, AllowRaw::yes, key, found), 0);
+  EXPECT_EQ(get_reduced_reading(1, AllowRaw::yes, key, made::frequencies(), found), 0);
   EXPECT_EQ(found.ID, imported);
   EXPECT_EQ(found.FileID, 7);
   EXPECT_EQ(merge_of(key).curve.value(1, 1), 20.0F);
@@ -258,21 +258,21 @@ TEST_F(Averages, Reduced_readings_are_made_where_they_are_missing) {
   made::store(made::key(8.0F), 1, made::reading(low_points));
   average_of(made::key(8.0F));
   StoredReading merged;
-  ASSERT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), merged), 0);
+  ASSERT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), made::frequencies(), merged), 0);
   EXPECT_GT(merged.ID, 0);
   EXPECT_EQ(merged.curve.value(1, 1), 20.0F);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 3);
   StoredReading again;
-  ASSERT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), again), 0);
+  ASSERT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), made::frequencies(), again), 0);
   EXPECT_EQ(again.ID, merged.ID);
   EXPECT_EQ(again.curve.data, merged.curve.data);
 
-  EXPECT_EQ(get_reduced_reading(2, AllowRaw::yes, made::key(0.0F, 999.0), again), 0);
+  EXPECT_EQ(get_reduced_reading(2, AllowRaw::yes, made::key(0.0F, 999.0), made::frequencies(), again), 0);
   EXPECT_EQ(again.ID, 0);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 3);
 
   damage(merged.ID);
-  EXPECT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), again), -1);
+  EXPECT_EQ(get_reduced_reading(2, AllowRaw::no, made::key(0.0F), made::frequencies(), again), -1);
   expect_one_message("An error occurred while calculating the merged data: ");
 }
 
@@ -286,12 +286,12 @@ TEST_F(Averages, Recalculation_rebuilds_every_average_and_merged_curve) {
     }
   }
   session().current_reference_type = 1;
-  ASSERT_EQ(Module_database::load_reference_frequencies(1), 0);
+  ASSERT_EQ(Module_database::load_selected_frequencies(), 0);
   made::store(made::key(8.0F, 0.0), 3, made::reading({{0.25F, 30.0F, 60.0F}}));
   ASSERT_EQ(recalculate_merged(), 0);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 8);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 4);
-  EXPECT_EQ(session().frequency_count, 2) << "the list of the selected reference type";
+  EXPECT_EQ(session().frequencies.count(), 2U) << "the list of the selected reference type";
   EXPECT_EQ(interface->progress.front(), 0);
   EXPECT_EQ(interface->progress.back(), -1);
   EXPECT_FALSE(interface->busy);

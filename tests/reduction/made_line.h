@@ -36,10 +36,11 @@ inline void store_line(int stations) {
         store(key, event, repeat_of(station, event, fast));
       }
       StoredReading average;
-      EXPECT_EQ(Module_averaged_data::average_repeats(key, average), 0);
+      EXPECT_EQ(Module_averaged_data::average_repeats(key, made::frequencies(), average), 0);
     }
     StoredReading merged;
-    EXPECT_EQ(Module_averaged_data::merge_scan_rates(made::key(0.0F, station), merged), 0);
+    EXPECT_EQ(Module_averaged_data::merge_scan_rates(made::key(0.0F, station), made::frequencies(), merged),
+              0);
     const auto rows = Module_database::find_station(Module_database::StationSearch::look_up, "200E", station);
     state.station_id.push_back(rows.StationID);
     state.station_value.push_back(station);
@@ -59,7 +60,7 @@ inline void store_line(int stations) {
   state.current_data_type = "ExHy";
   state.current_dipole = 50.0F;
   state.current_scan_rate = 64.0;
-  EXPECT_EQ(Module_database::load_reference_frequencies(0), 0);
+  EXPECT_EQ(Module_database::load_selected_frequencies(), 0);
 }
 
 /// Everything in the readings table, byte for byte, as text.

@@ -1,7 +1,11 @@
 // made_readings.h: readings with round numbers, and their way into an open survey.
 #pragma once
+#include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "core/session_state.h"
 #include "database/frequency_store.h"
 #include "database/reading.h"
 #include "database/stations.h"
@@ -72,6 +76,13 @@ inline std::int32_t store(const ReadingKey& key, std::int32_t event, const Store
   const dao::Recordset newest = Module_database::open_survey().database.open_recordset(
       "SELECT ID FROM ReadingsDataTable ORDER BY ID DESC");
   return newest.get_long("ID");
+}
+
+/// The stored list of a reference type.
+inline Frequencies frequencies(std::int32_t reference_type = 0) {
+  auto list = Module_database::load_reference_frequencies(reference_type);
+  EXPECT_TRUE(list.has_value());
+  return std::move(list).value_or(Frequencies{});
 }
 
 /// A recordset standing on the row with this ID.

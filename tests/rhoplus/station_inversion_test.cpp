@@ -19,8 +19,6 @@ using Texts = std::vector<std::string>;
 
 class Station_inversion : public SurveyTest {
  protected:
-  Station_inversion() { Module_output::rhoplus_settings() = {}; }
-
   /// The merged curve over 100 ohm-m above 10 ohm-m below 500 m, exact, with errors of 2 ohm-m and 1 degree.
   static StoredReading merged_over_two_layers() {
     const std::vector<numerics::impedance::Layer> ground{{100.0, 500.0}, {10.0, 0.0}};
@@ -40,10 +38,7 @@ class Station_inversion : public SurveyTest {
     return reading;
   }
   [[nodiscard]] fs::path folder_of_run() const { return folder.folder() / "NRRef" / key.line; }
-  static void store(const StoredReading& reading) {
-    made::store(key, 0, reading, 2, -1);
-    ASSERT_EQ(Module_database::load_reference_frequencies(0), 0);
-  }
+  static void store(const StoredReading& reading) { made::store(key, 0, reading, 2, -1); }
 
   inline static const ReadingKey key = made::key(0.0F, 1250.0);
 };
@@ -56,7 +51,7 @@ TEST_F(Station_inversion, Of_an_exact_two_layer_curve) {
   reading.ResOffset = 2.0F;
   store(reading);
   StationInversion inversion;
-  ASSERT_EQ(invert_station(key, inversion), 0);
+  ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
   ASSERT_EQ(inversion.run.status, numerics::rhoplus::rhoplus_ran) << inversion.run.message;
   EXPECT_EQ(inversion.scale, 2.0F);
   EXPECT_EQ(inversion.run.used_values, 16);
@@ -70,14 +65,14 @@ TEST_F(Station_inversion, Of_an_exact_two_layer_curve) {
   EXPECT_EQ(file_contents((run_folder / "tmd_1250.out").string()), inversion.log);
 
   StationInversion in_memory;
-  ASSERT_EQ(invert_station_in_memory(key, in_memory), 0);
+  ASSERT_EQ(invert_station_in_memory(key, made::frequencies(), {}, in_memory), 0);
   EXPECT_EQ(in_memory.run.achieved_chi, inversion.run.achieved_chi);
 }
 
 TEST_F(Station_inversion, Without_data_leaves_no_files) {
   new_survey();
   StationInversion inversion;
-  ASSERT_EQ(invert_station(key, inversion), 0);
+  ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
   EXPECT_EQ(inversion.merged.ID, 0);
   EXPECT_TRUE(fit_plot(inversion).empty());
 
@@ -86,7 +81,7 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
     masked.curve.counts_at(1, i) = 0;
   }
   store(masked);
-  ASSERT_EQ(invert_station(key, inversion), 0);
+  ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
   EXPECT_NE(inversion.merged.ID, 0);
   EXPECT_EQ(inversion.run.status, numerics::rhoplus::rhoplus_not_run);
   EXPECT_FALSE(fs::exists(folder_of_run() / "tmd_1250.dat"));
@@ -94,12 +89,25 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
   EXPECT_TRUE(interface.take_messages().empty());
 }
 
+TEST_F(Station_inversion, A_log_that_can_not_be_written_leaves_the_results) {
+  new_survey();
+  store(merged_over_two_layers());
+  const fs::path log = folder_of_run() / "tmd_1250.out";
+  fs::create_directories(log / "in_the_way");
+  StationInversion inversion;
+  ASSERT_EQ(invert_station(key, {}, inversion), 0);
+  EXPECT_EQ(inversion.run.status, rhoplus_log_not_written);
+  EXPECT_EQ(inversion.run.message.rfind(log.string() + ": ", 0), 0U) << inversion.run.message;
+  EXPECT_EQ(inversion.log, "");
+  EXPECT_EQ(inversion.run.used_values, 16);
+}
+
 TEST_F(Station_inversion, A_folder_that_can_not_be_made_is_told) {
   new_survey();
   store(merged_over_two_layers());
   ASSERT_FALSE(folder.write("NRRef", "in the way").empty());
   StationInversion inversion;
-  EXPECT_EQ(invert_station(key, inversion), -1);
+  EXPECT_EQ(invert_station(key, made::frequencies(), {}, inversion), -1);
   const Texts messages = interface.take_messages();
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0].rfind("An error occurred while performing the 1d inversion: ", 0), 0U) << messages[0];
@@ -120,7 +128,7 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
   reading.curve.counts_at(2, 2) = 0;
   store(reading);
   StationInversion inversion;
-  ASSERT_EQ(invert_station(key, inversion), 0);
+  ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
 
   const Module_display_data::GraphPair plot = fit_plot(inversion);
   const graph::PlotSeries& observed = plot.resistivity.table.series[series_observed];

@@ -25,7 +25,7 @@ namespace {
 constexpr int not_possible = 77;
 constexpr int patience_seconds = 180;  // the slowest step with sanitizers on a busy machine stays below
 
-int soak(const SoakChoices& choices, const TemporaryFolder& folder, const TellStep& tell) {
+int soak(const SoakChoices& choices, const TemporaryFolder& folder, const ReportStep& report) {
   if (!own_mounts::enter()) {
     std::cerr << "this system lets no process have mounts of its own\n";
     return not_possible;
@@ -43,7 +43,7 @@ int soak(const SoakChoices& choices, const TemporaryFolder& folder, const TellSt
   char* arguments[] = {name.data(), nullptr};
   const QApplication application(count, arguments);
   QApplication::setStyle(QStyleFactory::create("Fusion"));
-  SoakRun run(choices, folder, tell);
+  SoakRun run(choices, folder, report);
   return run.run();
 }
 
@@ -58,16 +58,16 @@ int run(int argc, char** argv) {
       "--menu-item", choices.way,
       "Come back to the dialog behind this menu item or button all the time; further names are "
       "buttons and lists there, which may lead on to another one.");
-  bool tells_steps = false;
-  program.add_flag("--tell", tells_steps, "Write each step to the standard error.");
-  program.add_flag("--profile", choices.profile, "Tell where the memory in use was allocated.");
+  bool reports_steps = false;
+  program.add_flag("--tell", reports_steps, "Write each step to the standard error.");
+  program.add_flag("--profile", choices.profile, "Report where the memory in use was allocated.");
   CLI11_PARSE(program, argc, argv);
 
   const TemporaryFolder folder;
-  const auto work = [&](const TellStep& tell) {
+  const auto work = [&](const ReportStep& report) {
     return soak(choices, folder, [&](const std::string& step) {
-      tell(step);
-      if (tells_steps) {
+      report(step);
+      if (reports_steps) {
         std::cerr << step << '\n';
       }
     });

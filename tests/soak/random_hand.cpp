@@ -54,8 +54,8 @@ void collect_items(const QList<QAction*>& actions, QList<QAction*>& items) {
 }  // namespace
 
 RandomHand::RandomHand(QMainWindow& main_window, std::uint32_t seed,
-                       std::function<void(const std::string&)> tell)
-    : main_window_(main_window), random_(seed), tell_(std::move(tell)) {}
+                       std::function<void(const std::string&)> report)
+    : main_window_(main_window), random_(seed), report_(std::move(report)) {}
 
 // Not the library's distributions: their numbers differ between libraries.
 int RandomHand::number(int end) { return static_cast<int>(random_() % static_cast<std::uint32_t>(end)); }
@@ -143,7 +143,7 @@ void RandomHand::click(QWidget& widget) {
   const Qt::MouseButton button = kind < 85 ? Qt::LeftButton : kind < 95 ? Qt::RightButton : Qt::MiddleButton;
   const Qt::KeyboardModifiers modifiers = any_modifiers();
   const QPoint at = any_point(widget);
-  tell_("click " + std::to_string(button) + " on " + described(widget) + " at " + described(at));
+  report_("click " + std::to_string(button) + " on " + described(widget) + " at " + described(at));
   const QPointer<QWidget> alive(&widget);
   send_mouse(widget, QEvent::MouseMove, at, Qt::NoButton, Qt::NoButton, modifiers);
   if (alive) {
@@ -160,7 +160,7 @@ void RandomHand::click(QWidget& widget) {
 
 void RandomHand::double_click(QWidget& widget) {
   const QPoint at = any_point(widget);
-  tell_("double click on " + described(widget) + " at " + described(at));
+  report_("double click on " + described(widget) + " at " + described(at));
   const QPointer<QWidget> alive(&widget);
   for (const QEvent::Type press : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {
     if (alive) {
@@ -177,8 +177,8 @@ void RandomHand::drag(QWidget& widget) {
   const Qt::KeyboardModifiers modifiers = any_modifiers();
   const QPoint from = any_point(widget);
   const QPoint to = any_point(widget) + QPoint(number(81) - 40, number(81) - 40);  // may end outside
-  tell_("drag " + std::to_string(button) + " on " + described(widget) + " from " + described(from) + " to " +
-        described(to));
+  report_("drag " + std::to_string(button) + " on " + described(widget) + " from " + described(from) +
+          " to " + described(to));
   const QPointer<QWidget> alive(&widget);
   send_mouse(widget, QEvent::MouseButtonPress, from, button, button, modifiers);
   for (const QPoint at : {from + (to - from) / 3, from + (to - from) * 2 / 3, to}) {
@@ -195,7 +195,7 @@ void RandomHand::turn_wheel(QWidget& widget) {
   const QPoint at = any_point(widget);
   const int angle = any(std::vector<int>{-1200, -120, -60, -15, 15, 60, 120, 1200});
   const Qt::KeyboardModifiers modifiers = any_modifiers();
-  tell_("wheel " + std::to_string(angle) + " on " + described(widget) + " at " + described(at));
+  report_("wheel " + std::to_string(angle) + " on " + described(widget) + " at " + described(at));
   QWheelEvent event(at, widget.mapToGlobal(at), QPoint(), QPoint(0, angle), Qt::NoButton, modifiers,
                     Qt::NoScrollPhase, false);
   QApplication::sendEvent(&widget, &event);
@@ -211,7 +211,7 @@ void RandomHand::press_key(QWidget& window) {
   const Qt::KeyboardModifiers modifiers =
       is_command ? (number(2) == 0 ? Qt::AltModifier : Qt::ControlModifier) : any_modifiers();
   QWidget& target = part_with_keys(window);
-  tell_("key " + std::to_string(key) + " with " + std::to_string(modifiers) + " to " + described(target));
+  report_("key " + std::to_string(key) + " with " + std::to_string(modifiers) + " to " + described(target));
   const QString letter = is_command ? QString(QChar(key)).toLower() : QString();
   const QPointer<QWidget> alive(&target);
   QTest::sendKeyEvent(QTest::Press, &target, key, letter, modifiers);
@@ -234,8 +234,8 @@ void RandomHand::type_text(QWidget& window) {
   const QString& text = any(texts);
   const bool replaces = number(2) == 0;
   const bool enters = number(3) == 0;
-  tell_("text \"" + text.left(20).toStdString() + "\" to " + described(*target) +
-        (enters ? " and Enter" : ""));
+  report_("text \"" + text.left(20).toStdString() + "\" to " + described(*target) +
+          (enters ? " and Enter" : ""));
   const QPointer<QWidget> alive(target);
   if (auto* const box = qobject_cast<QLineEdit*>(target); box != nullptr && replaces) {
     box->selectAll();
@@ -257,17 +257,17 @@ void RandomHand::choose_menu_item(const QMainWindow& window) {
     return;
   }
   QAction* const item = items[number(static_cast<int>(items.size()))];
-  tell_("menu " + item->objectName().toStdString());
+  report_("menu " + item->objectName().toStdString());
   item->trigger();
 }
 
 void RandomHand::change_size(QWidget& window) {
   const QSize size(200 + number(1400), 150 + number(900));
-  tell_("size " + described(window) + " " + described(QPoint(size.width(), size.height())));
+  report_("size " + described(window) + " " + described(QPoint(size.width(), size.height())));
   window.resize(size);
 }
 
 void RandomHand::close(QWidget& window) {
-  tell_("close " + described(window));
+  report_("close " + described(window));
   window.close();
 }

@@ -14,13 +14,13 @@ class QMainWindow;
 
 class RandomHand {
  public:
-  /// `tell` gets each step's description before it is done, so that a crash finds it told.
-  RandomHand(QMainWindow& main_window, std::uint32_t seed, std::function<void(const std::string&)> tell);
+  /// `report` gets each step's description before it is done, so that it is known after a crash.
+  RandomHand(QMainWindow& main_window, std::uint32_t seed, std::function<void(const std::string&)> report);
 
   /// What holds the others: an open menu or list, a dialog; else the main window.
   [[nodiscard]] static QWidget& window_in_front(QMainWindow& main_window);
 
-  /// The windows that stand beside the main window without holding it.
+  /// The modeless windows beside the main window.
   [[nodiscard]] static std::vector<QWidget*> windows_beside(const QMainWindow& main_window);
 
   /// The window in front, or one of those beside the main window if it is that one.
@@ -54,5 +54,5 @@ class RandomHand {
 
   QMainWindow& main_window_;
   std::mt19937 random_;
-  std::function<void(const std::string&)> tell_;
+  std::function<void(const std::string&)> report_;
 };

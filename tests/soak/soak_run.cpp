@@ -78,7 +78,7 @@ class SoakRun::Answers final : public UserInterface {
  public:
   explicit Answers(SoakRun& soak) : soak_(soak) {}
   void show_message(const std::string& text) override {
-    soak_.tell_("message: " + text);
+    soak_.report_("message: " + text);
     ++soak_.messages_[kind_of(text)];
   }
   bool ask_yes_no(const std::string& question) override {
@@ -120,8 +120,8 @@ class SoakRun::Answers final : public UserInterface {
 };
 
 SoakRun::SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
-                 std::function<void(const std::string&)> tell)
-    : choices_(choices), folder_(folder), tell_(std::move(tell)) {
+                 std::function<void(const std::string&)> report)
+    : choices_(choices), folder_(folder), report_(std::move(report)) {
   survey_ = make_soak_survey(folder);
   earlier_interface_ = install_user_interface(std::make_unique<Answers>(*this));
   takes_warnings_ = this;
@@ -129,8 +129,9 @@ SoakRun::SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
     takes_warnings_->count_warning(text);
   });
   window_ = std::make_unique<Form_main>();
+  window_->import_decode() = soak_decode_table();  // the import dialog comes up with it
   hand_ = std::make_unique<RandomHand>(*window_, choices.seed, [this](const std::string& what) {
-    tell_("step " + std::to_string(steps_) + ": " + what);
+    report_("step " + std::to_string(steps_) + ": " + what);
   });
 }
 
@@ -147,7 +148,7 @@ int SoakRun::run() {
   window_->open_survey(QString::fromStdString(survey_));
   step_soon();
   QApplication::exec();
-  tell_windows_and_messages();
+  report_windows_and_messages();
   return faults_ == 0 ? 0 : 1;
 }
 
@@ -178,7 +179,7 @@ void SoakRun::step() {
     check_survey();
   }
   if (std::exchange(report_is_due_, false)) {
-    tell_memory();
+    report_memory();
   }
   steps_without_stations_ = session().station_count > 0 ? 0 : steps_without_stations_ + 1;
   constexpr int patience = 40;
@@ -212,7 +213,7 @@ bool SoakRun::go_on_the_way() {
   }
   ++steps_in_window_[front.metaObject()->className()];
   QObject& next = *hand_->any(found);
-  tell_("step " + std::to_string(steps_) + ": on to " + next.objectName().toStdString());
+  report_("step " + std::to_string(steps_) + ": on to " + next.objectName().toStdString());
   if (auto* const button = qobject_cast<QAbstractButton*>(&next)) {
     button->click();
   } else if (auto* const list = qobject_cast<QComboBox*>(&next)) {
@@ -255,7 +256,7 @@ void SoakRun::count_warning(const QString& text) {
   }
 }
 
-void SoakRun::tell_memory() {
+void SoakRun::report_memory() {
   constexpr double mebibyte = 1024.0 * 1024.0;
   // The same state each time: pictures take most of the memory, and the history of edits has its share.
   for (QWidget* const window : RandomHand::windows_beside(*window_)) {
@@ -278,7 +279,7 @@ void SoakRun::tell_memory() {
   }
 }
 
-void SoakRun::tell_windows_and_messages() const {
+void SoakRun::report_windows_and_messages() const {
   std::printf("seed %u: %d steps, %d checks of the survey, %d faults\n", choices_.seed, steps_, checks_,
               faults_);
   for (const auto& [window, steps] : steps_in_window_) {

@@ -20,15 +20,15 @@ struct SoakChoices {
   /// Menu items, buttons and lists; one of those within reach is worked every second time. Empty: all of
   /// them, now and then.
   std::vector<std::string> way;
-  std::vector<int> report_at{2000, 5000, 10000, 20000, 40000};  // steps after which memory is told
+  std::vector<int> report_at{2000, 5000, 10000, 20000, 40000};  // steps after which memory is reported
   bool profile = false;                                         // and where it was allocated
 };
 
 class SoakRun : public QObject {
  public:
-  /// `tell` gets the number and description of each step before it is done.
+  /// `report` gets the number and description of each step before it is done.
   SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
-          std::function<void(const std::string&)> tell);
+          std::function<void(const std::string&)> report);
   ~SoakRun() override;
 
   /// @return 0, or 1 after writing to the standard error what didn't hold
@@ -42,13 +42,13 @@ class SoakRun : public QObject {
   [[nodiscard]] bool go_on_the_way();
   void end_step();
   void check_survey();
-  void tell_memory();
-  void tell_windows_and_messages() const;
+  void report_memory();
+  void report_windows_and_messages() const;
   void count_warning(const QString& text);
 
   SoakChoices choices_;
   const TemporaryFolder& folder_;
-  std::function<void(const std::string&)> tell_;
+  std::function<void(const std::string&)> report_;
   std::string survey_;
   std::unique_ptr<UserInterface> earlier_interface_;
   std::map<std::string, int> messages_;  // shown, with their numbers

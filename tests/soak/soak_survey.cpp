@@ -20,6 +20,14 @@ bool is_wanted(const Module_samples::SampleFile& file) {
 
 }  // namespace
 
+Module_data_file::DecodeTable soak_decode_table() {
+  Module_data_file::DecodeTable decode;
+  decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
+  decode[Module_data_file::decode_event] = {true, 14, 1, ""};
+  decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
+  return decode;
+}
+
 std::string make_soak_survey(const TemporaryFolder& folder) {
   std::vector<std::string> files;
   for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
@@ -35,12 +43,8 @@ std::string make_soak_survey(const TemporaryFolder& folder) {
   Module_data_file::ImportChoices choices;
   choices.ReferenceType = 0;
   choices.ReductionType = 0;
-  choices.decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
-  choices.decode[Module_data_file::decode_event] = {true, 14, 1, ""};
-  choices.decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
+  choices.decode = soak_decode_table();
   choices.sectid_as_station = true;
-  // The import dialog comes up with them.
-  Module_data_file::reading_record().choices = choices;
   Module_data_file::keep_import_folder(folder.path("field"));
   Module_data_file::ImportReport report;
   std::string survey = folder.path("survey.mdb");

@@ -12,9 +12,7 @@
 #include "core/search_sort.h"
 #include "core/session_state.h"
 #include "reduction/averages.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace {
 
@@ -188,18 +186,18 @@ std::string fault_of_display(const std::string& survey) {
   const auto fault = [](const char* graph, std::int32_t id, const std::string& difference) {
     return std::string(graph) + ": reading " + std::to_string(id) + ' ' + difference;
   };
-  for (const RepeatSlot& slot : repeat_data_set().slots) {
+  for (const RepeatSlot& slot : data_sets().repeats.slots) {
     if (const std::string found = rows.difference(slot.reading); !found.empty()) {
       return fault("repeats", slot.reading.ID, found);
     }
   }
-  for (const StationSlot& slot : station_data_set().slots) {
+  for (const StationSlot& slot : data_sets().station.slots) {
     if (const std::string found = rows.difference(slot.reading); !found.empty()) {
       return fault("station", slot.reading.ID, found);
     }
   }
-  for (const ProfileColumn& column : profile_data_set().columns) {
-    if (const std::string found = rows.difference(column, profile_data_set().frequencies); !found.empty()) {
+  for (const ProfileColumn& column : data_sets().profile.columns) {
+    if (const std::string found = rows.difference(column, data_sets().profile.frequencies); !found.empty()) {
       return fault("profile", column.ID, found);
     }
   }

@@ -42,7 +42,7 @@ bool follow(int end, int patience_seconds, std::deque<std::string>& steps) {
 
 }  // namespace
 
-int run_watched(const std::function<int(const TellStep&)>& work, int patience_seconds) {
+int run_watched(const std::function<int(const ReportStep&)>& work, int patience_seconds) {
   std::array<int, 2> ends{};
   if (pipe(ends.data()) != 0) {
     return 1;

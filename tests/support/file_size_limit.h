@@ -4,7 +4,7 @@
 
 #include <sys/resource.h>
 
-/// While it stands, writing beyond so many bytes of a file fails with "File too large".
+/// While it exists, writing beyond so many bytes of a file fails with "File too large".
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) : earlier_signal_(std::signal(SIGXFSZ, SIG_IGN)) {

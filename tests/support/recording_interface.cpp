@@ -14,6 +14,7 @@ class Recorder final : public UserInterface {
   }
   std::string select_file_to_open(const FileDialogRequest& request) override {
     recorded_.file_dialogs.push_back(request);
+    recorded_.file_asked();
     return take(recorded_.path_answers);
   }
   std::string select_file_to_create(const FileDialogRequest& request) override {

@@ -1,5 +1,5 @@
-// recording_interface.h: a user interface that keeps what it is told and gives the answers a test has put
-// into it.
+// recording_interface.h: a user interface that keeps what it is asked to show and gives the answers a test
+// has put into it.
 #pragma once
 #include <deque>
 #include <functional>
@@ -12,8 +12,9 @@ struct Recorded {
   std::vector<std::string> messages;
   std::vector<std::string> questions;
   std::vector<FileDialogRequest> file_dialogs;
-  std::deque<bool> yes_no_answers;       // No when empty
-  std::deque<std::string> path_answers;  // cancelled when empty
+  std::function<void()> file_asked = [] {};  // runs where a file dialog would be up
+  std::deque<bool> yes_no_answers;           // No when empty
+  std::deque<std::string> path_answers;      // cancelled when empty
   std::vector<std::string> prompts;
   std::deque<std::string> text_answers;  // cancelled when empty
   std::vector<int> progress;

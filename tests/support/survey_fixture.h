@@ -39,11 +39,6 @@ class SurveyTest : public ::testing::Test {
     return rows.record_count();
   }
 
-  const std::filesystem::path started_in = std::filesystem::current_path();
   TemporaryFolder folder;
   RecordingInterface interface;
-  struct RestoreFolder {  // opening a survey works in its folder, which the test removes
-    const std::filesystem::path& folder;
-    ~RestoreFolder() { std::filesystem::current_path(folder); }
-  } restore_folder{started_in};
 };

@@ -10,7 +10,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // In memory where there is room: on a disk most of the tests' time goes into waiting for it. A process that
-// is killed leaves the same there; what a lost current leaves, no test can tell.
+// is killed leaves the same there; what a lost current leaves, no test can show.
 fs::path parent_of_folders() {
   constexpr std::uintmax_t room = 1U << 30U;
   const fs::path in_memory = "/dev/shm";

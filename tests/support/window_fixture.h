@@ -1,4 +1,4 @@
-// window_fixture.h: what the tests of windows stand on: a folder, a recording user interface and, if one is
+// window_fixture.h: what the tests of windows need: a folder, a recording user interface and, if one is
 // wanted, an open new survey.
 #pragma once
 #include <QTest>
@@ -24,7 +24,7 @@ class WindowFixture {
     QCOMPARE(Module_database::create_database(), 0);
     QCOMPARE(Module_database::open_database(), 0);
   }
-  /// The windows are to be gone by then.
+  /// After the windows are gone.
   void remove_folder() {
     Module_Brenlox::clear_undo();
     Module_database::reset_module();

@@ -12,31 +12,15 @@
 #include "platform/dao/error.h"
 #include "platform/dao/jet/jet_reader.h"
 #include "platform/dao/recordset.h"
+#include "platform/dao/table_definition.h"
 
 namespace dao {
 
 namespace {
 
 std::string type_words(const Column& column) {
-  switch (column.type) {
-    case ColumnType::counter:
-      return "COUNTER";
-    case ColumnType::long_integer:
-      return "LONG";
-    case ColumnType::single_float:
-      return "SINGLE";
-    case ColumnType::double_float:
-      return "DOUBLE";
-    case ColumnType::text:
-      return "TEXT(" + std::to_string(column.size) + ")";
-    case ColumnType::bit:
-      return "BIT";
-    case ColumnType::long_binary:
-      return "LONGBINARY";
-    case ColumnType::date_time:
-      return "DATETIME";
-  }
-  return {};
+  const std::string word(word_of(column.type));
+  return column.type == ColumnType::text ? word + "(" + std::to_string(column.size) + ")" : word;
 }
 
 std::string in_brackets(const std::string& name) { return "[" + name + "]"; }

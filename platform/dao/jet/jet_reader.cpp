@@ -11,16 +11,19 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/dao/error.h"
+
 namespace dao {
 
 namespace {
 
-constexpr std::size_t long_value_header = 12;  // bytes in the row before a long value that stands inside it
-constexpr unsigned max_columns = 255;          // Jet's own limits for a table
-constexpr unsigned max_indexes = 64;           // 32, and as many for relations
+constexpr std::size_t long_value_header =
+    12;                                // bytes in the row before a long value that is stored inside it
+constexpr unsigned max_columns = 255;  // Jet's own limits for a table
+constexpr unsigned max_indexes = 64;   // 32, and as many for relations
 constexpr int max_text = 255;
 
-// What stands in a row, and how long it has to be.
+// How a value is stored in a row, and how long it has to be.
 struct StoredType {
   int jet_type;
   ColumnType type;
@@ -120,7 +123,7 @@ JetHandle open_handle(const std::string& path) {
 }
 
 bool is_plain_name(const std::string& name) {
-  constexpr std::string_view never_in_names = "[].!`";  // Jet's rule, so that names can stand in statements
+  constexpr std::string_view never_in_names = "[].!`";  // Jet's rule, so that names can be used in statements
   for (const char c : name) {
     if (static_cast<unsigned char>(c) < ' ' || never_in_names.find(c) != std::string_view::npos) {
       return false;
@@ -145,7 +148,7 @@ JetTable::JetTable(MdbHandle* file, std::size_t page_count, const std::string& n
   if (!table_ || table_->num_cols == 0 || table_->num_cols > max_columns) {
     fail_definition();
   }
-  // At once, before anything else is read: the library goes on from the page it has at hand.
+  // At once, before anything else is read: the library goes on from its current page.
   if (mdb_read_columns(table_.get()) == nullptr || table_->columns->len != table_->num_cols) {
     fail_definition();
   }
@@ -187,7 +190,7 @@ void JetTable::read_columns() {
 
 void JetTable::read_primary_index() {
   constexpr int primary = 1;
-  // The counts are tested first: the library makes room for as many as it is told.
+  // The counts are tested first: the library allocates as many as the file says.
   if (table_->num_idxs > max_indexes || table_->num_real_idxs > table_->num_idxs) {
     fail("the indexes of table " + name_ + " can't be read");
   }
@@ -224,7 +227,7 @@ std::span<const std::byte> JetTable::page() const {
 }
 
 bool JetTable::find_row(std::span<const std::byte> page_bytes, std::size_t row_number, Extent& extent) const {
-  // Places of the rows stand behind their count; the first row is the last on the page.
+  // The places of the rows follow their count; the first row is the last on the page.
   constexpr unsigned place_bits = 0x1fff;  // the others are flags
   const std::size_t count_place = file_->fmt->row_count_offset;
   const std::size_t row_count = number<std::uint16_t>(page_bytes.subspan(count_place));
@@ -264,7 +267,7 @@ JetValue JetTable::read_value(std::size_t column_index, const Extent& row) const
   const MdbColumn& column = column_at(column_index);
   const StoredType stored = stored_type(column.col_type);
   if (column.col_type == MDB_BOOL) {
-    return column.cur_value_len == 0;  // the library's way of telling a set bit
+    return column.cur_value_len == 0;  // how the library marks a set bit
   }
   if (column.cur_value_len == 0) {
     const bool empty_text = column.col_type == MDB_TEXT && !is_null(column, row);

@@ -1,8 +1,8 @@
 // jet_reader.h: reading genuine Jet 3 and Jet 4 files, one table after the other.
 //
-// Nothing that stands in a file is believed: pages, rows and values are looked up only within their bounds,
-// and what doesn't fit is a dao::Error that names the place. Jet has no checksums, so a changed byte inside a
-// value of the right length goes unnoticed here. The file is only read, and no lock file is made.
+// The contents of a file aren't trusted: pages, rows and values are looked up only within their bounds, and
+// what doesn't fit is a dao::Error that names the place. Jet has no checksums, so a changed byte inside a
+// value of the right length goes unnoticed here. The file is only read, and no lock file is created.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -15,7 +15,8 @@
 #include <glib.h>  // before mdbtools.h, which would include it with C linkage
 #include <mdbtools.h>
 
-#include "platform/dao/database.h"
+#include "platform/dao/column.h"
+#include "platform/dao/value.h"
 
 namespace dao {
 
@@ -46,15 +47,15 @@ class JetTable {
 
   [[nodiscard]] const std::string& name() const { return name_; }
 
-  /// Columns as this engine can keep them: BYTE and INT become LONG, currency and decimals DOUBLE, a memo the
-  /// longest TEXT, anything else that is unknown here LONGBINARY.
+  /// Columns as this engine can store them: BYTE and INT become LONG, currency and decimals DOUBLE, a memo
+  /// the longest TEXT, anything else that is unknown here LONGBINARY.
   [[nodiscard]] const std::vector<Column>& columns() const { return columns_; }
 
   /// The primary index, without columns when there is none.
   [[nodiscard]] const JetIndex& primary_index() const { return primary_index_; }
 
   /// Reads the next row, a value for each column; false at the end. A row or value that is damaged is an
-  /// error, and so is an end that comes before the number of rows that the table is said to have.
+  /// error, and so is an end that comes before the number of rows in the table's definition.
   bool read_row(std::vector<JetValue>& row);
 
  private:

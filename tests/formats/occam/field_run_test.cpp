@@ -2,9 +2,6 @@
 #include <cmath>
 
 #include "core/absent_value.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/iteration_file.h"
-#include "formats/occam/model_file.h"
 #include "formats/occam/response_file.h"
 #include "tests/formats/occam/made_run.h"
 
@@ -25,13 +22,14 @@ TEST_F(FieldRunTest, Is_read_from_its_start_file_to_its_responses) {
   ControlFile names;
   ASSERT_EQ(read_occam_control_file((run / "Occam2DStartup").string(), names), 0);
   EXPECT_EQ(names.model_file, "Occam2DModel");
-  ASSERT_EQ(read_occam_data_file((run / names.data_file).string()), 0);
-  EXPECT_EQ(occam_state().data.site_count(), 15);
-  EXPECT_EQ(occam_state().data.site_names.front(), "pb44");
-  EXPECT_FLOAT_EQ(occam_state().data.site_offsets.back(), 14004.2F);
+  OccamData data;
+  ASSERT_EQ(read_occam_data_file((run / names.data_file).string(), data), 0);
+  EXPECT_EQ(data.site_count(), 15);
+  EXPECT_EQ(data.site_names.front(), "pb44");
+  EXPECT_FLOAT_EQ(data.site_offsets.back(), 14004.2F);
 
-  ASSERT_EQ(read_occam_model((run / names.model_file).string()), 0);
-  const OccamModel& model = occam_state().model;
+  OccamModel model;
+  ASSERT_EQ(read_occam_model(run, names.model_file, data, model), 0);
   EXPECT_EQ(model.mesh.node_columns(), 83);
   EXPECT_EQ(model.mesh.node_rows(), 61);
   EXPECT_EQ(model.num_layers(), 50);
@@ -51,10 +49,10 @@ TEST_F(FieldRunTest, Is_read_from_its_start_file_to_its_responses) {
 }
 
 TEST_F(FieldRunTest, Its_responses_hold_modelled_values) {
+  OccamResponse response;
   ASSERT_EQ(read_occam_response((run / response_file_name("ITER12.iter")).string(),
-                                (run / "OccamDataFile.dat").string()),
+                                (run / "OccamDataFile.dat").string(), response),
             0);
-  const OccamResponse& response = occam_state().response;
   const auto& first = response.row(ResponseKind::resistivity, 1, 1);
   EXPECT_FLOAT_EQ(first[0], 0.8351F);
   EXPECT_NEAR(first[1], 0.8351 - 0.8587, 1e-5);

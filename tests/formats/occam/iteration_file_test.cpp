@@ -79,7 +79,7 @@ TEST_F(IterationFileTest, The_flexible_form_has_four_lines_more) {
   EXPECT_EQ(result.parameters.size(), 5U);
 }
 
-TEST_F(IterationFileTest, Faults_are_told_once_and_leave_what_was_read_before) {
+TEST_F(IterationFileTest, Faults_are_reported_once_and_leave_what_was_read_before) {
   ASSERT_EQ(read(iteration), 0);
   const std::string failed = "An error occurred while reading the iteration file: ";
   struct Case {
@@ -127,16 +127,17 @@ TEST_F(IterationFileTest, Control_file_names_model_and_data) {
 
 class SitesTest : public made::OccamTest {
  protected:
-  int read(const std::string& text) { return read_occam_data_file(folder.write("occamdat", text)); }
+  int read(const std::string& text) { return read_occam_data_file(folder.write("occamdat", text), data); }
+
+  OccamData data;
 };
 
 TEST_F(SitesTest, Are_read_with_and_without_colons) {
   std::string with_colons = made::replaced(made::data, "SITES  ", "SITES: ");
   with_colons = made::replaced(with_colons, "TITLE  ", "TITLE: ");
   for (const std::string& text : {made::data, with_colons}) {
-    reset_occam_state();
+    data = {};
     ASSERT_EQ(read(text), 0);
-    const OccamData& data = occam_state().data;
     EXPECT_EQ(data.title, "by hand");
     EXPECT_EQ(data.site_names, (std::vector<std::string>{"station_110.0", "station_130.0"}));
     EXPECT_EQ(data.site_offsets, (std::vector<float>{110, 130}));
@@ -148,12 +149,12 @@ TEST_F(SitesTest, What_is_written_is_read_back) {
   written.description = "Line 200E";
   written.positions = {-50, 1250.5F};
   ASSERT_EQ(read(data_file_text(written)), 0);
-  EXPECT_EQ(occam_state().data.title, "Line 200E");
-  EXPECT_EQ(occam_state().data.site_names, (std::vector<std::string>{"station_-50.0", "station_1250.5"}));
-  EXPECT_EQ(occam_state().data.site_offsets, written.positions);
+  EXPECT_EQ(data.title, "Line 200E");
+  EXPECT_EQ(data.site_names, (std::vector<std::string>{"station_-50.0", "station_1250.5"}));
+  EXPECT_EQ(data.site_offsets, written.positions);
 }
 
-TEST_F(SitesTest, Faults_are_told_and_leave_what_was_read_before) {
+TEST_F(SitesTest, Faults_are_reported_and_leave_what_was_read_before) {
   ASSERT_EQ(read(made::data), 0);
   const std::string failed = "An error occurred while reading the control file: ";
   struct Case {
@@ -181,7 +182,7 @@ TEST_F(SitesTest, Faults_are_told_and_leave_what_was_read_before) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(read(c.text), -1);
     EXPECT_EQ(interface.take_messages(), c.messages);
-    EXPECT_EQ(occam_state().data.site_count(), 2);
+    EXPECT_EQ(data.site_count(), 2);
   }
 }
 

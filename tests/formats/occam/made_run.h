@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "formats/occam/occam_state.h"
+#include "occam/occam_files.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 
@@ -74,12 +74,7 @@ inline std::string with_crlf(const std::string& text) {
 using Messages = std::vector<std::string>;
 
 class OccamTest : public ::testing::Test {
- public:
-  OccamTest() { Module_occam::reset_occam_state(); }
-  ~OccamTest() override { std::filesystem::current_path(started_in); }
-
  protected:
-  const std::filesystem::path started_in = std::filesystem::current_path();
   TemporaryFolder folder;
   RecordingInterface interface;
 };

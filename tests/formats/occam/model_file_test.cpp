@@ -13,10 +13,14 @@ const std::string failed = "An error occurred while reading the iteration file: 
 
 class ModelFileTest : public made::OccamTest {
  protected:
-  int read(const std::string& model, const std::string& mesh = made::mesh) {
+  int read(const std::string& text, const std::string& mesh = made::mesh) {
     (void)folder.write("MESH", mesh);
-    return read_occam_model(folder.write("inmodel", model));
+    (void)folder.write("inmodel", text);
+    return read_occam_model(folder.folder(), "inmodel", sites, model);
   }
+
+  OccamData sites;
+  OccamModel model;
 };
 
 OccamMesh free_mesh(std::vector<double> widths, std::vector<double> heights) {
@@ -27,10 +31,9 @@ OccamMesh free_mesh(std::vector<double> widths, std::vector<double> heights) {
 }
 
 TEST_F(ModelFileTest, Blocks_parameters_and_places_by_hand) {
-  occam_state().data.site_offsets = {110, 175};
+  sites.site_offsets = {110, 175};
   ASSERT_EQ(read(made::model), 0);
   EXPECT_TRUE(interface.take_messages().empty());
-  const OccamModel& model = occam_state().model;
   EXPECT_EQ(model.mesh.fixed_res, std::vector<double>{1000});
   EXPECT_EQ(model.mesh.node_widths, (std::vector<double>{30, 10, 20, 40}));
   EXPECT_EQ(model.mesh.min_node_width(), 10);
@@ -50,7 +53,7 @@ TEST_F(ModelFileTest, Blocks_parameters_and_places_by_hand) {
     CellCode code;  // of its upper left cell
   };
   // The first and last block of a layer count as wide as their neighbours, the last layer as high as the one
-  // above. The codes are places in the table behind the one fixed resistivity.
+  // above. The codes are indices of the table, after the one fixed resistivity.
   const Block expected[] = {{0, 0, 0, 30, 5, {0, 0, 1, 1}, {1, 1, 1, 1}},
                             {0, 1, 1, 30, 5, {0, 1, 1, 3}, {2, 2, 2, 2}},
                             {0, 2, 2, 30, 5, {0, 3, 1, 4}, {3, 3, 3, 3}},
@@ -76,14 +79,13 @@ TEST_F(ModelFileTest, Blocks_parameters_and_places_by_hand) {
 }
 
 TEST_F(ModelFileTest, Two_sites_on_a_node_are_a_warning) {
-  occam_state().data.site_offsets = {109, 111};
+  sites.site_offsets = {109, 111};
   ASSERT_EQ(read(made::model), 0);
   EXPECT_EQ(interface.take_messages(), made::Messages{"Two stations are located on the same node"});
-  EXPECT_EQ(occam_state().model.num_blocks(), 5);
+  EXPECT_EQ(model.num_blocks(), 5);
 }
 
 TEST_F(ModelFileTest, Sites_go_to_the_nearest_node_inside_a_block) {
-  OccamModel model;
   model.node_x = {0, 10, 20, 30, 40, 50};
   model.column_is_block_edge = {false, false, true, false, true, true};
   struct Case {
@@ -110,9 +112,9 @@ TEST_F(ModelFileTest, The_designed_model_is_read_back_with_every_node_in_its_blo
   const MeshRows rows = mesh_rows(24, 8.0, 20.0);
   const std::vector<LayerLines> layers = merge_blocks(columns, rows, 2.0);
   (void)folder.write("mesh", mesh_file_text(free_mesh(columns.widths, rows.heights), MeshCodes::all_free));
-  occam_state().data.site_offsets = nodes;
-  ASSERT_EQ(read_occam_model(folder.write("inmodel", model_file_text("x", 850.0, layers))), 0);
-  const OccamModel& model = occam_state().model;
+  sites.site_offsets = nodes;
+  (void)folder.write("inmodel", model_file_text("x", 850.0, layers));
+  ASSERT_EQ(read_occam_model(folder.folder(), "inmodel", sites, model), 0);
   EXPECT_EQ(model.binding_offset, 850.0);
   EXPECT_EQ(model.num_free_params, block_count(layers));
   EXPECT_EQ(model.mesh.node_widths, columns.widths);
@@ -195,18 +197,18 @@ TEST_F(ModelFileTest, Long_code_lines_are_broken_and_joined) {
       "1???");
 }
 
-TEST_F(ModelFileTest, The_mesh_is_met_under_either_name) {
+TEST_F(ModelFileTest, The_mesh_is_found_under_either_name) {
   (void)folder.write("run/mesh", made::mesh);
-  const std::string model = folder.path("run/inmodel");
-  EXPECT_EQ(find_mesh_file("MESH", model), folder.path("run/mesh"));
-  EXPECT_EQ(find_mesh_file("", model), "");
-  EXPECT_EQ(find_mesh_file("other", model), "");
-  (void)folder.write("here/MESH", made::mesh);
-  std::filesystem::current_path(folder.path("here"));
-  EXPECT_EQ(find_mesh_file("MESH", model), "MESH");  // as the name stands goes first
+  const std::string model_file = folder.path("run/inmodel");
+  EXPECT_EQ(find_mesh_file("MESH", folder.folder(), model_file), folder.path("run/mesh"));
+  EXPECT_EQ(find_mesh_file("", folder.folder(), model_file), "");
+  EXPECT_EQ(find_mesh_file("other", folder.folder(), model_file), "");
+  EXPECT_EQ(find_mesh_file(folder.path("run/MESH"), "elsewhere", model_file), folder.path("run/mesh"));
+  (void)folder.write("MESH", made::mesh);
+  EXPECT_EQ(find_mesh_file("MESH", folder.folder(), model_file), folder.path("MESH"));  // the run goes first
 }
 
-TEST_F(ModelFileTest, Faults_are_told_once) {
+TEST_F(ModelFileTest, Faults_are_reported_once) {
   ASSERT_EQ(read(made::model), 0);
   struct Case {
     const char* name;
@@ -263,7 +265,7 @@ TEST_F(ModelFileTest, Faults_are_told_once) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(read(c.model, c.mesh), -1);
     EXPECT_EQ(interface.take_messages(), c.messages);
-    EXPECT_EQ(occam_state().model.num_blocks(), 5);
+    EXPECT_EQ(model.num_blocks(), 5);
   }
 }
 

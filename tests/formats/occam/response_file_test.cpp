@@ -26,20 +26,23 @@ const std::string modelled =
 
 class ResponseFileTest : public made::OccamTest {
  protected:
-  ResponseFileTest() { std::filesystem::current_path(folder.folder()); }
-
   int read(const std::string& rows, const std::string& data = made::data) {
     (void)folder.write("occamdat", data);
-    return read_occam_response(folder.write("RESP07.resp", rows));
+    return read_file(folder.write("RESP07.resp", rows));
+  }
+  int read_file(const std::string& path) {
+    return read_occam_response(path, folder.path("occamdat"), response);
   }
 
-  static void expect_row(ResponseKind kind, int site, int frequency, const Row& expected) {
+  void expect_row(ResponseKind kind, int site, int frequency, const Row& expected) const {
     SCOPED_TRACE(testing::Message() << "site " << site << " frequency " << frequency);
-    const Row& row = occam_state().response.row(kind, site, frequency);
+    const Row& row = response.row(kind, site, frequency);
     for (std::size_t value = 0; value < expected.size(); ++value) {
       EXPECT_FLOAT_EQ(row[value], expected[value]);
     }
   }
+
+  OccamResponse response;
 };
 
 TEST_F(ResponseFileTest, Names_follow_the_iteration_file) {
@@ -49,14 +52,13 @@ TEST_F(ResponseFileTest, Names_follow_the_iteration_file) {
                                                        {"ITER07.txt", "RESP_ITER07.out"},
                                                        {"abc.iter", "RESP.resp"},
                                                        {"C:\\run\\ITER1.Iter", "RESP1.resp"}};
-  for (const auto& [iteration, response] : cases) {
-    EXPECT_EQ(response_file_name(iteration), response);
+  for (const auto& [iteration, name] : cases) {
+    EXPECT_EQ(response_file_name(iteration), name);
   }
 }
 
-TEST_F(ResponseFileTest, Without_a_header_the_data_file_tells_sites_and_frequencies) {
+TEST_F(ResponseFileTest, Without_a_header_the_data_file_has_sites_and_frequencies) {
   ASSERT_EQ(read(residuals), 0);
-  const OccamResponse& response = occam_state().response;
   EXPECT_EQ(response.resp_site_names, (std::vector<std::string>{"station_110.0", "station_130.0"}));
   EXPECT_EQ(response.resp_offsets, (std::vector<double>{110, 130}));
   EXPECT_EQ(response.resp_frequencies, (std::vector<double>{1, 10}));
@@ -67,7 +69,7 @@ TEST_F(ResponseFileTest, Without_a_header_the_data_file_tells_sites_and_frequenc
   EXPECT_FLOAT_EQ(response.value(ResponseValue::modelled, ResponseKind::phase, 1, 1), 49.0F);
 }
 
-TEST_F(ResponseFileTest, Modelled_values_behind_the_datum_are_taken_as_such_once_proven) {
+TEST_F(ResponseFileTest, Modelled_values_after_the_datum_are_read_as_such_once_proven) {
   struct Case {
     const char* name;
     std::string rows;
@@ -105,17 +107,17 @@ TEST_F(ResponseFileTest, With_a_header_a_row_holds_all_four_values) {
       "1 1 1 7.0 7.0 7.0 7.0\n"   // every type but 5 shares a place;
       "1 1 6 45 -4 49 -2\n"       // the last one stays
       "2 0 5.0 0.0 3.0\n 4 5\n";  // a row may go on, and number 0 has a place
-  ASSERT_EQ(read_occam_response(folder.write("RESP.resp", made::with_crlf(marked))), 0);
+  ASSERT_EQ(read_file(folder.write("RESP.resp", made::with_crlf(marked))), 0);
   expect_row(ResponseKind::resistivity, 1, 1, {2.0F, 0.2F, 1.8F, 2.0F});
   expect_row(ResponseKind::phase, 1, 1, {45.0F, -4.0F, 49.0F, -2.0F});
   expect_row(ResponseKind::resistivity, 2, 0, {0.0F, 3.0F, 4.0F, 5.0F});
 
-  // Counts without a colon are none.
-  EXPECT_EQ(read_occam_response(folder.write("RESP.resp", made::data)), -1);
+  // Counts without a colon don't count.
+  EXPECT_EQ(read_file(folder.write("RESP.resp", made::data)), -1);
   EXPECT_EQ(interface.take_messages(), made::Messages{"The file does not have any sites defined"});
 }
 
-TEST_F(ResponseFileTest, Faults_are_told_and_leave_what_was_read_before) {
+TEST_F(ResponseFileTest, Faults_are_reported_and_leave_what_was_read_before) {
   ASSERT_EQ(read(residuals), 0);
   struct Case {
     const char* name;
@@ -150,13 +152,13 @@ TEST_F(ResponseFileTest, Faults_are_told_and_leave_what_was_read_before) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(read(c.rows, c.data), -1);
     EXPECT_EQ(interface.take_messages(), c.messages);
-    EXPECT_EQ(occam_state().response.resp_sites(), 2);
+    EXPECT_EQ(response.resp_sites(), 2);
   }
-  std::filesystem::remove("occamdat");
-  EXPECT_EQ(read_occam_response(folder.path("RESP07.resp")), -1);
+  std::filesystem::remove(folder.path("occamdat"));
+  EXPECT_EQ(read_file(folder.path("RESP07.resp")), -1);
   EXPECT_EQ(interface.take_messages().size(), 1U);
-  EXPECT_EQ(read_occam_response(folder.write("RESP07.resp", residuals)), -1);
-  EXPECT_EQ(interface.take_messages(), made::Messages{failed + "occamdat doesn't exist"});
+  EXPECT_EQ(read_file(folder.write("RESP07.resp", residuals)), -1);
+  EXPECT_EQ(interface.take_messages(), made::Messages{failed + folder.path("occamdat") + " doesn't exist"});
 }
 
 TEST_F(ResponseFileTest, Memory_stays_bounded_by_the_file) {

@@ -9,7 +9,8 @@
 #include "tests/formats/zonge/made_zonge_raw.h"
 #include "tests/support/temporary_folder.h"
 
-using namespace Module_data_file;
+using namespace formats::zonge;
+using formats::FileReport;
 
 namespace {
 

@@ -4,13 +4,15 @@
 #include <gtest/gtest.h>
 
 #include "database/stations.h"
+#include "formats/edi/edi_reference_place.h"
 #include "import/import_run.h"
-#include "import/readers/edi_reference_place.h"
 #include "projections/survey_projection.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_data_file;
+using formats::FileReport;
+using formats::edi::read_edi_reference_place;
 
 namespace {
 
@@ -172,27 +174,4 @@ TEST_F(GeographicImport, Puts_real_stations_of_spectra_in_their_place) {
       Module_database::find_station(Module_database::StationSearch::look_up, "200E", 100.0);
   EXPECT_EQ(rows.MapX, place.longitude);
   EXPECT_EQ(rows.MapY, place.latitude);
-}
-
-TEST(Reference_place, Of_real_files_is_read_without_a_remark) {
-  namespace fs = std::filesystem;
-  const fs::path folder = fs::path(BRENLOX_FIELD_DATA) / "edi";
-  if (!fs::is_directory(folder)) {
-    GTEST_SKIP() << "no field data";
-  }
-  int with_place = 0;
-  for (const char* const line : {"tensor_line", "tensor_line_b", "impedance_only", "spectra"}) {
-    for (const fs::directory_entry& file : fs::directory_iterator(folder / line)) {
-      if (file.path().extension() != ".edi") {
-        continue;
-      }
-      SCOPED_TRACE(file.path());
-      FileReport report;
-      const auto place = read_edi_reference_place(file.path().string(), report);
-      ASSERT_TRUE(place.has_value());
-      EXPECT_EQ(remark_lines(report), std::vector<std::string>{});
-      ++with_place;
-    }
-  }
-  EXPECT_GT(with_place, 40);
 }

@@ -13,6 +13,7 @@
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_data_file;
+using formats::FileReport;
 
 namespace {
 
@@ -105,7 +106,7 @@ TEST_F(ZongeRawReader, A_scan_stores_nothing) {
   (void)folder.write("day1.stn", made_stn());
   EXPECT_EQ(import(file, ImportMode::scan).readings, 42);
   EXPECT_EQ(rows_in("FileTable") + rows_in("ReadingsDataTable") + rows_in("StationsTable"), 0);
-  EXPECT_EQ(reading_record().scan_list.size(), 2U * 5U * 3U + 1U);
+  EXPECT_EQ(report.stations.size(), 2U * 5U * 3U + 1U);
 }
 
 TEST_F(ZongeRawReader, Drops_blocks_with_faults_and_keeps_the_others) {

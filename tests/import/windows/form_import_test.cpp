@@ -3,6 +3,9 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -36,7 +39,7 @@ class FormImportTest : public QObject, private WindowFixture {
 
   void open_dialog() {
     window_.reset();
-    window_ = std::make_unique<Form_import_MTData>();
+    window_ = std::make_unique<Form_import_MTData>(decode_);
     window_->show();
     QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
   }
@@ -124,12 +127,13 @@ class FormImportTest : public QObject, private WindowFixture {
     return Module_database::open_survey().database.open_recordset("SELECT * FROM " + table).record_count();
   }
 
+  Module_data_file::DecodeTable decode_;
   std::unique_ptr<Form_import_MTData> window_;
 
  private slots:
   void init() {
     make_folder();
-    Module_data_file::reading_record() = Module_data_file::ReadingRecord{};
+    decode_ = {};
     install_settings_store(std::make_unique<MemorySettingsStore>());
     std::filesystem::create_directory(folder_->folder() / "field");
     Module_data_file::keep_import_folder(folder_->path("field"));
@@ -457,7 +461,16 @@ class FormImportTest : public QObject, private WindowFixture {
     click("Command_import_data_1");
     QCOMPARE(seen, QStringList({"bad.edi 0", "not an EDI file,", "good.edi 4"}));
     QVERIFY(QApplication::clipboard()->text().startsWith("1 of 2 files gave 4 readings\n"));
-    QCOMPARE(file_contents(saved), Module_data_file::last_import_report().to_json());
+    const QJsonObject written =
+        QJsonDocument::fromJson(QByteArray::fromStdString(file_contents(saved))).object();
+    QCOMPARE(written["stopped"], QJsonValue(false));
+    const QJsonArray files = written["files"].toArray();
+    QCOMPARE(files.size(), qsizetype{2});
+    QVERIFY(files[0].toObject()["file"].toString().endsWith("/bad.edi"));
+    QVERIFY(files[0].toObject()["failure"].toString().startsWith("not an EDI file, its first line"));
+    QVERIFY(files[1].toObject()["file"].toString().endsWith("/good.edi"));
+    QCOMPARE(files[1].toObject()["readings"], QJsonValue(4));
+    QCOMPARE(files[1].toObject()["failure"], QJsonValue(""));
     QCOMPARE(interface_->take_messages().back(), std::string("Data import complete"));
     QVERIFY(!window_->isVisible());
   }
@@ -490,9 +503,15 @@ class FormImportTest : public QObject, private WindowFixture {
     waiting.start(1);
     click("Command_import_data_1");
     QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
-    const std::vector<std::string>& account = Module_data_file::last_import_report().files.at(0).account;
-    QVERIFY(account.size() > 150);
-    QCOMPARE(seen.size(), static_cast<qsizetype>(account.size()));
+    Module_data_file::ImportChoices choices;
+    choices.ReferenceType = choices.ReductionType = 0;
+    choices.decode = decode_;
+    ImportReport scanned;
+    QCOMPARE(
+        run_import(choices, {folder_->path("field/day.edi")}, Module_data_file::ImportMode::scan, scanned),
+        0);
+    QVERIFY(seen.size() > 150);
+    QCOMPARE(seen.size(), static_cast<qsizetype>(scanned.files.at(0).account.size()));
     QCOMPARE(seen.front(), QString("Block : 1 - Synchronisation Header Block"));
     QVERIFY(seen.contains("Block : 9 - System Check Block"));
     QCOMPARE(rows_in("ReadingsDataTable WHERE FileID > 0"), 20 * 5 * 4 + 2);

@@ -16,7 +16,7 @@ TEST(Geographic_angle, Is_read_in_the_forms_that_people_write) {
   const Case cases[] = {
       {"-22:49:25.4", latitude, -(22.0 + 49.0 / 60.0 + 25.4 / 3600.0)},
       {"+139:17:40.7", longitude, 139.0 + 17.0 / 60.0 + 40.7 / 3600.0},
-      {"-0:30:00", latitude, -0.5},  // the sign stands before a zero
+      {"-0:30:00", latitude, -0.5},  // the sign is before a zero
       {"-00:00:36", longitude, -0.01},
       {"22:30", latitude, 22.5},
       {"22:30 S", latitude, -22.5},

@@ -1,4 +1,4 @@
-// Whatever a user can feed the routine: an answer with its proof or a status with a sentence, and a log.
+// Whatever a user can feed the routine: an answer with its proof or a status with a sentence.
 #include <cmath>
 #include <limits>
 #include <string>
@@ -11,26 +11,14 @@
 #include "numerics/rhoplus/rhoplus.h"
 #include "samples/random_numbers.h"
 #include "tests/numerics/rhoplus/made_data.h"
-#include "tests/support/temporary_folder.h"
 
 namespace {
 
+using made::table;
+using numerics::rhoplus::RhoplusInversion;
 using numerics::rhoplus::RhoplusRow;
 using numerics::rhoplus::RhoplusRun;
 using numerics::rhoplus::RhoplusSurface;
-
-constexpr float no_data = -1e32F;
-
-std::vector<RhoplusRow> table(std::span<const made::RhoplusDatum> data) {
-  std::vector<RhoplusRow> rows;
-  for (const made::RhoplusDatum& d : data) {
-    rows.push_back({static_cast<float>(d.frequency), static_cast<float>(d.resistivity),
-                    static_cast<float>(d.resistivity_error), static_cast<float>(d.phase),
-                    static_cast<float>(d.phase_error), d.use_resistivity ? 1.0F : 0.0F,
-                    d.use_phase ? 1.0F : 0.0F});
-  }
-  return rows;
-}
 
 void expect_sound(const std::vector<RhoplusRow>& rows, const RhoplusRun& run) {
   ASSERT_EQ(run.status, numerics::rhoplus::rhoplus_ran) << run.message;
@@ -147,17 +135,17 @@ TEST(Rhoplus_table, What_cannot_be_used_is_left_out_and_named) {
   rows[4].phase_error = -1.0F;
   rows[5].resistivity_error = nan;
   rows[5].phase = infinity;
-  std::string log;
-  const RhoplusRun run = numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating, &log);
+  RhoplusInversion details;
+  const RhoplusRun run = numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating, &details);
   ASSERT_EQ(run.status, numerics::rhoplus::rhoplus_ran);
   EXPECT_EQ(run.used_values, 12);
   EXPECT_EQ(run.achieved_chi, numerics::rhoplus::rhoplus(clean, RhoplusSurface::insulating).achieved_chi);
   EXPECT_EQ(rows[0].model_resistivity, no_data);
   EXPECT_EQ(rows[1].model_phase, no_data);
   EXPECT_GT(rows[4].model_resistivity, 0.0F);
-  EXPECT_NE(log.find("Row 1: the frequency can't be used."), std::string::npos);
-  EXPECT_NE(log.find("Row 4: the phase or its error can't be used."), std::string::npos);
-  EXPECT_EQ(log.find("nan"), std::string::npos);
+  ASSERT_EQ(details.remarks.size(), 10U);
+  EXPECT_EQ(details.remarks.front(), "Row 1: the frequency can't be used.");
+  EXPECT_EQ(details.remarks[5], "Row 4: the phase or its error can't be used.");
 }
 
 TEST(Rhoplus_table, Nothing_to_invert_is_a_status_with_a_sentence) {
@@ -167,11 +155,9 @@ TEST(Rhoplus_table, Nothing_to_invert_is_a_status_with_a_sentence) {
   }
   std::vector<RhoplusRow> none;
   for (std::vector<RhoplusRow>* rows : {&unused, &none}) {
-    std::string log;
-    const RhoplusRun run = numerics::rhoplus::rhoplus(*rows, RhoplusSurface::insulating, &log);
+    const RhoplusRun run = numerics::rhoplus::rhoplus(*rows, RhoplusSurface::insulating);
     EXPECT_EQ(run.status, numerics::rhoplus::rhoplus_no_usable_data);
     EXPECT_FALSE(run.message.empty());
-    EXPECT_NE(log.find(run.message), std::string::npos);
   }
   EXPECT_EQ(unused[1].model_resistivity, no_data);
 }
@@ -183,26 +169,6 @@ TEST(Rhoplus_table, Frequencies_below_four_decimals_stay_apart) {
   ASSERT_EQ(numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating).status,
             numerics::rhoplus::rhoplus_ran);
   EXPECT_NE(rows[0].model_phase, rows[1].model_phase);
-}
-
-TEST(Rhoplus_log, Stands_in_the_run_directory) {
-  const TemporaryFolder folder;
-  std::vector<RhoplusRow> rows = table(noisy(20, 1e-2, 1e2, 0.05, 1));
-  rows[7].use_phase = 0.0F;
-  const RhoplusRun run =
-      numerics::rhoplus::rhoplus(folder.folder(), "tmd_1250", rows, RhoplusSurface::insulating);
-  ASSERT_EQ(run.status, numerics::rhoplus::rhoplus_ran);
-  const std::string log = file_contents(folder.path("tmd_1250.out"));
-  for (const char* text : {"tmd_1250", "insulating", "39 (20 resistivities, 19 phases)", "Achieved chi",
-                           "Target chi", "95 % level", "Certificate", "Basement", "conductance (S)"}) {
-    EXPECT_NE(log.find(text), std::string::npos) << text;
-  }
-  EXPECT_EQ(log.find("\n\n"), std::string::npos);  // each line ends in CR LF
-  const RhoplusRun lost =
-      numerics::rhoplus::rhoplus(folder.folder() / "missing", "tmd_1250", rows, RhoplusSurface::insulating);
-  EXPECT_EQ(lost.status, numerics::rhoplus::rhoplus_log_not_written);
-  EXPECT_NE(lost.message.find("tmd_1250.out"), std::string::npos);
-  EXPECT_EQ(lost.achieved_chi, run.achieved_chi);
 }
 
 TEST(Rhoplus_chi, Expected_and_95_percent_of_tables) {

@@ -1,4 +1,4 @@
-// made_data.h: one-dimensional data with known answers for tests and benchmark of the rho+ routine.
+// made_data.h: one-dimensional data with known answers for tests and benchmark of the Rho+ routine.
 #pragma once
 #include <cmath>
 #include <complex>
@@ -7,9 +7,11 @@
 #include <span>
 #include <vector>
 
+#include "numerics/constants.h"
 #include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/layered_earth.h"
 #include "numerics/rhoplus/inversion.h"
+#include "numerics/rhoplus/rhoplus.h"
 #include "samples/random_numbers.h"
 
 namespace made {
@@ -33,6 +35,19 @@ inline RhoplusDatum datum(double frequency, double resistivity, double phase, do
           true,      true};
 }
 
+/// The data as a table for the routine.
+inline std::vector<numerics::rhoplus::RhoplusRow> table(std::span<const RhoplusDatum> data) {
+  std::vector<numerics::rhoplus::RhoplusRow> rows;
+  rows.reserve(data.size());
+  for (const RhoplusDatum& d : data) {
+    rows.push_back({static_cast<float>(d.frequency), static_cast<float>(d.resistivity),
+                    static_cast<float>(d.resistivity_error), static_cast<float>(d.phase),
+                    static_cast<float>(d.phase_error), d.use_resistivity ? 1.0F : 0.0F,
+                    d.use_phase ? 1.0F : 0.0F});
+  }
+  return rows;
+}
+
 /// What layers measure, without noise.
 inline std::vector<RhoplusDatum> layered(std::span<const numerics::impedance::Layer> layers,
                                          std::span<const double> frequencies, double error) {
@@ -49,7 +64,7 @@ inline std::vector<RhoplusDatum> layered(std::span<const numerics::impedance::La
 /// from the bottom up. A conductor depth of infinity is an insulating basement.
 inline std::vector<RhoplusDatum> sheets(std::span<const Sheet> sheets, double conductor_depth,
                                         std::span<const double> frequencies, double error) {
-  constexpr double mu0 = 4e-7 * std::numbers::pi;
+  using numerics::mu0;
   std::vector<RhoplusDatum> data;
   for (const double f : frequencies) {
     const double omega = 2.0 * std::numbers::pi * f;

@@ -1,5 +1,5 @@
 // The least misfit of all one-dimensional models: against analytic layered ground, sheets, closed forms and
-// symmetries, with the proof of optimality made anew here.
+// symmetries, with the proof of optimality computed again here.
 #include <algorithm>
 #include <cmath>
 #include <complex>
@@ -19,10 +19,10 @@ using numerics::rhoplus::RhoplusInversion;
 
 constexpr bool insulating = false;
 constexpr bool conducting = true;
-constexpr std::size_t most_rows = 64;
+constexpr std::size_t max_rows = 64;
 
 /// The bound of convex analysis, chi2 - least chi2 <= 2 Int [max(g,0) eta + max(-g,0)(1 - eta)] dlambda, by
-/// quadrature from the predicted rows, on a scan of its own.
+/// quadrature from the predicted rows, on another scan.
 double gap_by_quadrature(const std::vector<RhoplusDatum>& data, const RhoplusInversion& inversion,
                          double reference, double wall) {
   struct Term {
@@ -63,7 +63,7 @@ double gap_by_quadrature(const std::vector<RhoplusDatum>& data, const RhoplusInv
 }
 
 RhoplusInversion invert_proven(const std::vector<RhoplusDatum>& data, bool surface, bool all_used = true) {
-  RhoplusInversion inversion = numerics::rhoplus::invert(data, surface, most_rows);
+  RhoplusInversion inversion = numerics::rhoplus::invert(data, surface, max_rows);
   EXPECT_TRUE(inversion.ran);
   const double scale = std::max(1.0, inversion.fit.misfit2);
   EXPECT_TRUE(inversion.fit.fits_exactly || inversion.fit.gap <= 1e-8 * scale)
@@ -116,7 +116,7 @@ TEST(Rhoplus_optimum, Of_layered_ground_with_noise) {
     const double of_truth = made::misfit2(data, exact);
     EXPECT_LE(inversion.fit.misfit2, of_truth);
     EXPECT_GE(inversion.fit.misfit2, 0.4 * of_truth);  // but noise can't be fitted by one dimension
-    EXPECT_LE(inversion.sheets.sheets.size() + 1, most_rows);
+    EXPECT_LE(inversion.sheets.sheets.size() + 1, max_rows);
     // The predicted rows are the fit: their misfit, taken by hand, is chi-squared.
     std::vector<RhoplusDatum> predicted = data;
     for (std::size_t i = 0; i < data.size(); ++i) {
@@ -156,13 +156,13 @@ TEST(Rhoplus_optimum, Exact_data_are_fitted_to_nothing) {
     SCOPED_TRACE(c.name);
     const RhoplusInversion inversion = invert_proven(c.data, insulating);
     EXPECT_LE(inversion.fit.misfit2, 1e-6 * inversion.used_values());
-    EXPECT_LE(inversion.sheets.sheets.size() + 1, most_rows);
+    EXPECT_LE(inversion.sheets.sheets.size() + 1, max_rows);
     EXPECT_EQ(inversion.dropped_sheets, 0);
   }
   // A few sheets are found again.
   for (const double conductor_depth : {endless, 90000.0}) {
     const RhoplusInversion inversion =
-        numerics::rhoplus::invert(made::sheets(three, conductor_depth, band, 0.02), insulating, most_rows);
+        numerics::rhoplus::invert(made::sheets(three, conductor_depth, band, 0.02), insulating, max_rows);
     ASSERT_EQ(inversion.sheets.sheets.size(), three.size());
     for (std::size_t i = 0; i < three.size(); ++i) {
       EXPECT_NEAR(inversion.sheets.sheets[i].depth, three[i].depth, 1e-6 * three[i].depth);
@@ -209,12 +209,12 @@ TEST(Rhoplus_optimum, Closed_forms) {
     const RhoplusInversion inversion = invert_proven(c.data, insulating);
     EXPECT_NEAR(inversion.fit.misfit2, c.misfit2, 1e-5 * std::max(1.0, c.misfit2));
   }
-  const RhoplusInversion above = numerics::rhoplus::invert(cases[3].data, insulating, most_rows);
+  const RhoplusInversion above = numerics::rhoplus::invert(cases[3].data, insulating, max_rows);
   EXPECT_TRUE(above.sheets.sheets.empty());
   // rho = mu0 omega c^2 with c the depth of the conductor
   const double depth = std::sqrt(50.0 / (4e-7 * std::numbers::pi * 2.0 * std::numbers::pi));
   EXPECT_NEAR(above.sheets.conductor_depth, depth, 1e-6 * depth);
-  const RhoplusInversion below = numerics::rhoplus::invert(cases[4].data, insulating, most_rows);
+  const RhoplusInversion below = numerics::rhoplus::invert(cases[4].data, insulating, max_rows);
   ASSERT_EQ(below.sheets.sheets.size(), 1U);
   EXPECT_TRUE(std::isinf(below.sheets.conductor_depth));
   // Z = 1/tau
@@ -267,7 +267,7 @@ TEST_F(Symmetry, Scaling_of_resistivity_frequency_and_errors) {
   const RhoplusInversion of_faster = invert_proven(faster, insulating);
   expect_same_misfit(of_faster);
   expect_scaled_model(of_faster, 1.0 / std::sqrt(k), 1.0 / std::sqrt(k));
-  const RhoplusInversion of_vaguer = numerics::rhoplus::invert(vaguer, insulating, most_rows);
+  const RhoplusInversion of_vaguer = numerics::rhoplus::invert(vaguer, insulating, max_rows);
   EXPECT_NEAR(of_vaguer.fit.misfit2 * k * k, base_.fit.misfit2, 1e-6 * base_.fit.misfit2);
 }
 
@@ -288,7 +288,7 @@ TEST_F(Symmetry, Order_of_rows_and_unused_rows_make_no_difference) {
   std::rotate(shuffled.begin(), shuffled.begin() + 7, shuffled.end());
   shuffled.push_back({1e-4, 1.0, 1.0, 1.0, 1.0, false, false});
   shuffled.push_back({1e5, 1e9, 1.0, -300.0, 1.0, false, false});
-  const RhoplusInversion inversion = numerics::rhoplus::invert(shuffled, insulating, most_rows);
+  const RhoplusInversion inversion = numerics::rhoplus::invert(shuffled, insulating, max_rows);
   EXPECT_EQ(inversion.fit.misfit2, base_.fit.misfit2);
   EXPECT_EQ(inversion.fit.model.switches, base_.fit.model.switches);
   // A row that is not used is predicted all the same, and 0 to 90 degrees are all there is.
@@ -305,7 +305,7 @@ TEST_F(Symmetry, More_data_and_less_freedom_never_fit_better) {
   std::vector<RhoplusDatum> growing;
   for (const RhoplusDatum& d : data_) {
     growing.push_back(d);
-    const RhoplusInversion inversion = numerics::rhoplus::invert(growing, insulating, most_rows);
+    const RhoplusInversion inversion = numerics::rhoplus::invert(growing, insulating, max_rows);
     EXPECT_GE(inversion.fit.misfit2, before - 1e-4) << growing.size();
     before = inversion.fit.misfit2;
   }

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 
 namespace {
 

@@ -14,7 +14,7 @@ std::vector<double> both_sides(const std::vector<double>& nodes);
 /// first, first + step, ... up to and with last
 std::vector<double> even_nodes(double first, double step, double last);
 
-/// Joins ascending lists; a node that both share stands once.
+/// Joins ascending lists; a node that both share is in it once.
 std::vector<double> joined(std::vector<double> head, const std::vector<double>& tail);
 
 /// Steps between nodes.

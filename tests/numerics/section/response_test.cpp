@@ -1,4 +1,6 @@
 // response_test.cpp: responses against closed forms, published tables and what the physics keeps unchanged.
+#include "numerics/section/response.h"
+
 #include <algorithm>
 #include <cmath>
 #include <complex>
@@ -6,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include "numerics/section/mt2dresponse.h"
 #include "tests/numerics/section/made_section.h"
 
 namespace {

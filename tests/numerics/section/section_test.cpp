@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 #include "tests/numerics/section/made_section.h"
 
 namespace {

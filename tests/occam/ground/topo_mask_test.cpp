@@ -9,8 +9,7 @@
 #include "formats/occam/mesh_file.h"
 #include "formats/occam/model_blocks.h"
 #include "formats/occam/model_file.h"
-#include "formats/occam/occam_state.h"
-#include "numerics/section/mt2dresponse.h"
+#include "numerics/section/response.h"
 #include "tests/formats/occam/made_run.h"
 
 namespace Module_occam {
@@ -235,17 +234,13 @@ TEST(Topo_mask, Level_ground_at_the_datum_masks_nothing_and_padding_takes_the_en
 
 using TopoMaskFileTest = made::OccamTest;
 
-TEST_F(TopoMaskFileTest,
-       Reads_a_model_apart_from_the_run_that_is_looked_at_and_writes_the_mask_with_its_table) {
-  occam_state().data.site_offsets = {90.0F, 90.0F};
-  occam_state().model.binding_offset = 7.0;
+TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_its_table) {
   const std::string model = folder.write("inmodel", made::model);
   EXPECT_TRUE(folder.write("mesh", made::mesh).ends_with("mesh"));
   TopoMask mask;
   ASSERT_EQ(read_model_to_mask(model, mask), 0);
   EXPECT_EQ(interface.take_messages(), Messages{});
-  EXPECT_EQ(occam_state().model.binding_offset, 7.0);
-  EXPECT_EQ(occam_state().data.site_offsets.size(), 2U);
+  EXPECT_TRUE(mask.model.site_node.empty());
   EXPECT_EQ(masked_resistivity(mask.model.mesh), "1000 ohm-m (the mesh's first fixed resistivity)");
 
   mask.topo.curve = ground_curve({{0.0}, {-5.0}});

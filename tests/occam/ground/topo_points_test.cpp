@@ -18,7 +18,7 @@ class TopoPointsTest : public made::OccamTest {
   }
 };
 
-TEST_F(TopoPointsTest, Takes_pairs_of_numbers_whatever_stands_between_them) {
+TEST_F(TopoPointsTest, Takes_pairs_of_numbers_whatever_is_between_them) {
   const LocationsRead result = read(
       "0 100\n! 1 2\n\\ 3 4\n50,101.5\r\n100;\t-2e1\r'150' ,'1.5E2' more\n"
       "west 7\n200\n250 high\n\n300 1e999\n350 +.5");

@@ -50,9 +50,9 @@ class GridTest : public made::OccamTest {
 TEST_F(GridTest, Holds_each_block_right_side_up_with_padding_as_large_as_its_neighbour) {
   const int outcome = write_grids(*view);
   ASSERT_EQ(outcome, 0);
-  const made::Messages told = interface.take_messages();
-  ASSERT_EQ(told.size(), 2U);  // the first one of the mesh, too small for the response
-  EXPECT_EQ(told[1], "Grid file has been written");
+  const made::Messages shown = interface.take_messages();
+  ASSERT_EQ(shown.size(), 2U);  // the first one of the mesh, too small for the response
+  EXPECT_EQ(shown[1], "Grid file has been written");
   const SeenGrid grid(derived("iter_3_logres.grd"));
   // Half of the narrowest column and of the lowest row.
   EXPECT_EQ(grid.cell(), 5.0);
@@ -70,7 +70,7 @@ TEST_F(GridTest, Holds_each_block_right_side_up_with_padding_as_large_as_its_nei
   EXPECT_NEAR(plain.value(120.0, -22.5), 1000.0F, 1e-2);
 }
 
-TEST_F(GridTest, Points_and_fit_stand_in_tables) {
+TEST_F(GridTest, Points_and_fit_are_in_tables) {
   ASSERT_EQ(write_grids(*view), 0);
   const std::string points = file_contents(derived("iter_3.xyz"));
   EXPECT_TRUE(points.starts_with("         X,         Z,         Res,      LogRes\r\n")) << points;
@@ -85,7 +85,7 @@ TEST_F(GridTest, Parameters_beyond_ten_decades_leave_a_hole) {
   std::vector<double> parameters(9, 2.0);
   parameters[1] = -10.5;
   parameters[2] = 10.0;
-  const auto blocks = grid_blocks(occam_state().model, parameters);
+  const auto blocks = grid_blocks(view->results().model, parameters);
   EXPECT_EQ(blocks.size(), 8U);
   const auto grid = block_grid(blocks, grid_frame(blocks, 5.0));
   EXPECT_EQ(std::count(grid.values.begin(), grid.values.end(), 10.0), 16);  // 20 m in four rows
@@ -118,9 +118,9 @@ TEST_F(GridTest, Points_on_one_line_are_refused_in_a_sentence) {
       "iter_3",
       made::iteration_text(3, " 11 11 11 11 11\n 11 11 2.0 3.0\n")));  // two points of one layer are left
   EXPECT_EQ(write_grids(*view), -1);
-  const made::Messages told = interface.take_messages();
-  ASSERT_EQ(told.size(), 1U);
-  EXPECT_TRUE(told[0].starts_with("An error occurred while writing the grids: ")) << told[0];
+  const made::Messages shown = interface.take_messages();
+  ASSERT_EQ(shown.size(), 1U);
+  EXPECT_TRUE(shown[0].starts_with("An error occurred while writing the grids: ")) << shown[0];
 }
 
 }  // namespace

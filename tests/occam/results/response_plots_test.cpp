@@ -21,14 +21,14 @@ OccamResponse made_response() {
   return response;
 }
 
-TEST(Station_curves, Keep_gaps_and_tell_the_errors_behind_the_misfits) {
+TEST(Station_curves, Keep_gaps_and_show_the_errors_behind_the_misfits) {
   const ResponsePlot plot = station_curves(made_response(), ResponseKind::resistivity, 2);
   ASSERT_EQ(plot.table.series.size(), 2U);
   const graph::PlotSeries& observed_values = plot.table.series[0];
   EXPECT_EQ(observed_values.x[2], 4.0);
   EXPECT_EQ(observed_values.y[2], 2.0);
   EXPECT_EQ(observed_values.error[2], 0.25);
-  EXPECT_TRUE(is_absent(observed_values.error[3]));  // a misfit of 0 tells nothing of the error
+  EXPECT_TRUE(is_absent(observed_values.error[3]));  // a misfit of 0 says nothing about the error
   EXPECT_TRUE(is_absent(observed_values.y[0]));
   EXPECT_EQ(plot.table.series[1].y[2], 1.5);
   EXPECT_LT(plot.y.minimum, 1.5);

@@ -67,7 +67,7 @@ class SectionTest : public made::OccamTest {
     ASSERT_EQ(open_results(made::write_results(folder), results), 0);
     view.emplace(results);
   }
-  // 1000 pixels stand for the 100 m between the padding blocks, 500 for the depth.
+  // 1000 pixels show the 100 m between the padding blocks, 500 for the depth.
   SectionGeometry section(double max_depth, bool log_depth) {
     return view->section({.min_res = 1.0, .max_res = 3.0, .max_depth = max_depth, .log_depth = log_depth},
                          {1100.0, 580.0});
@@ -121,7 +121,7 @@ TEST_F(SectionTest, Tells_resistivities_with_their_antilog) {
   EXPECT_EQ(resistivity_text(10.01), "10.01 / ***");
 }
 
-TEST_F(SectionTest, Too_few_parameters_are_told_once_and_leave_the_picture_blank) {
+TEST_F(SectionTest, Too_few_parameters_are_reported_once_and_leave_the_picture_blank) {
   static_cast<void>(folder.write(
       "iter_3", made::replaced(made::iteration_text(3, " 2.0 1.0\n"), "PARMS:        9", "PARMS:        2")));
   EXPECT_TRUE(section(2000.0, false).rectangles.empty());

@@ -1,13 +1,10 @@
-// Run directories made from lines of made stations, read back and checked by hand.
+// Run directories created from lines of made-up stations, read back and checked by hand.
 #include "occam/setup/create_inversion.h"
 
 #include <map>
 
 #include "core/number_text.h"
-#include "formats/occam/data_file.h"
-#include "formats/occam/iteration_file.h"
-#include "formats/occam/model_file.h"
-#include "formats/occam/occam_state.h"
+#include "occam/occam_files.h"
 #include "output/rhoplus_settings.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
@@ -24,7 +21,6 @@ const std::string too_few = "There are not enough stations for the current line 
 class CreateInversionTest : public SurveyTest {
  protected:
   CreateInversionTest() {
-    reset_occam_state();
     Module_output::rhoplus_settings() = {};
     inputs.use_rhoplus_error = false;
     inputs.directory = folder.path("");
@@ -76,7 +72,7 @@ std::vector<double> equally_spaced(int count) {
   return stations;
 }
 
-TEST_F(CreateInversionTest, Thirty_stations_make_a_run_that_is_read_back) {
+TEST_F(CreateInversionTest, Thirty_stations_give_a_run_that_is_read_back) {
   new_survey();
   store_stations(equally_spaced(30));
   ASSERT_EQ(create(), 0);
@@ -88,11 +84,12 @@ TEST_F(CreateInversionTest, Thirty_stations_make_a_run_that_is_read_back) {
   ASSERT_EQ(read_occam_control_file(run("startup").string(), names), 0);
   EXPECT_EQ(names.model_file, "inmodel");
   EXPECT_EQ(names.data_file, "occamdat");
-  ASSERT_EQ(read_occam_data_file(run(names.data_file).string()), 0);
-  EXPECT_EQ(occam_state().data.title, "made");
-  EXPECT_EQ(occam_state().data.site_count(), 30);
-  ASSERT_EQ(read_occam_model(run(names.model_file).string()), 0);
-  const OccamModel& model = occam_state().model;
+  OccamData data;
+  ASSERT_EQ(read_occam_data_file(run(names.data_file).string(), data), 0);
+  EXPECT_EQ(data.title, "made");
+  EXPECT_EQ(data.site_count(), 30);
+  OccamModel model;
+  ASSERT_EQ(read_occam_model(run(), names.model_file, data, model), 0);
   EXPECT_EQ(model.mesh.columns(), 18 + 2 * 30);
   EXPECT_EQ(model.mesh.rows(), 29);
   EXPECT_EQ(model.num_layers(), 24);
@@ -114,7 +111,7 @@ TEST_F(CreateInversionTest, Thirty_stations_make_a_run_that_is_read_back) {
 TEST_F(CreateInversionTest, Three_stations_give_these_files) {
   new_survey();
   store_stations({100, 140, 300});  // nearer than half a block, then 1.6 blocks apart
-  session().frequency_count = 0;    // the list is that of the reference type, whatever was loaded
+  session().frequencies = {};       // the list is that of the reference type, whatever was loaded
   inputs.initial_res = "50";
   ASSERT_EQ(create(), 0);
   const auto set = files();
@@ -202,13 +199,14 @@ TEST_F(CreateInversionTest, Too_few_stations_leave_only_the_files_that_start_the
   EXPECT_EQ(interface.take_messages(), Messages{too_few});
 }
 
-TEST_F(CreateInversionTest, A_station_without_a_curve_is_passed_over) {
+TEST_F(CreateInversionTest, A_station_without_a_curve_is_skipped) {
   new_survey();
   store_stations({100, 300, 400});
   (void)find_station(Module_database::StationSearch::create, "200E", 200.0);
   ASSERT_EQ(create(), 0);
-  ASSERT_EQ(read_occam_data_file(run("occamdat").string()), 0);
-  EXPECT_EQ(occam_state().data.site_offsets, (std::vector<float>{100, 300, 400}));
+  OccamData data;
+  ASSERT_EQ(read_occam_data_file(run("occamdat").string(), data), 0);
+  EXPECT_EQ(data.site_offsets, (std::vector<float>{100, 300, 400}));
 }
 
 TEST_F(CreateInversionTest, A_stop_leaves_what_was_there_before) {
@@ -232,7 +230,7 @@ TEST_F(CreateInversionTest, A_stop_leaves_what_was_there_before) {
   EXPECT_EQ(interface->progress.back(), -1);
 }
 
-TEST_F(CreateInversionTest, Failures_are_told_once_and_leave_what_was_there_before) {
+TEST_F(CreateInversionTest, Failures_are_reported_once_and_leave_what_was_there_before) {
   new_survey();
   store_stations(equally_spaced(3));
   ASSERT_EQ(create(), 0);
@@ -260,20 +258,19 @@ TEST_F(CreateInversionTest, Failures_are_told_once_and_leave_what_was_there_befo
   inputs.num_layers = "2000";
   inputs.layers_per_decade = "1";
   expect_failure(failed + "the layers reach too deep");
-  inputs.iterations = "x";
+  inputs.max_iterations = "x";
   expect_failure("The number of iterations is invalid");
 }
 
 TEST_F(CreateInversionTest, The_line_must_have_two_stations_and_two_frequencies) {
   session().current_line = "200E";
   session().station_line = {"100N", "200E"};
-  session().frequency_count = 3;
-  session().frequency_enabled = {1, 0, 1};
+  session().frequencies = {{1.0F, 2.0F, 4.0F}, {1, 0, 1}};
   EXPECT_EQ(check_line_for_inversion(), -1);
   EXPECT_EQ(interface.take_messages(), Messages{too_few});
   session().station_line.emplace_back("200E");
   EXPECT_EQ(check_line_for_inversion(), 0);
-  session().frequency_count = 2;
+  session().frequencies.enabled = {1, 0, 0};
   EXPECT_EQ(check_line_for_inversion(), -1);
   EXPECT_EQ(interface.take_messages(),
             Messages{"There is not enough enabled frequencies to perform a 2D inversion"});

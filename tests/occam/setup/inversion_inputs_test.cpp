@@ -1,4 +1,4 @@
-// What a person gives for a new inversion: kept, checked in order.
+// The entries of a new inversion: stored, checked in order.
 #include "occam/setup/inversion_inputs.h"
 
 #include "core/session_state.h"
@@ -61,7 +61,7 @@ TEST_F(InversionInputsTest, Invalid_kept_values_give_the_defaults) {
   keep("OccamStandardResError", "text");
   keep("OccamDirectory", folder.path("gone").c_str());
   const InversionInputs inputs = load_inversion_inputs();
-  EXPECT_EQ(inputs.iterations, "20");
+  EXPECT_EQ(inputs.max_iterations, "20");
   EXPECT_EQ(inputs.target_RMS, "1.2");
   EXPECT_EQ(inputs.top_layer, "20");
   EXPECT_EQ(inputs.model_file, "inmodel");
@@ -70,7 +70,7 @@ TEST_F(InversionInputsTest, Invalid_kept_values_give_the_defaults) {
   EXPECT_EQ(inputs.directory, folder.path(""));
 }
 
-TEST_F(InversionInputsTest, The_first_invalid_entry_is_told) {
+TEST_F(InversionInputsTest, The_first_invalid_entry_is_reported) {
   struct Case {
     std::string InversionInputs::*entry;
     const char* text;
@@ -87,7 +87,7 @@ TEST_F(InversionInputsTest, The_first_invalid_entry_is_told) {
       {&InversionInputs::phase_error_floor, "x", "The target Phase error floor is invalid"},
       {&InversionInputs::res_error_floor, "0", "The target res error floor is invalid"},
       {&InversionInputs::target_RMS, "1,2", "The target RMS is invalid"},
-      {&InversionInputs::iterations, "0", "The number of iterations is invalid"},
+      {&InversionInputs::max_iterations, "0", "The number of iterations is invalid"},
       {&InversionInputs::data_file, "  ", "You must specify the data file name"},
       {&InversionInputs::model_file, "", "You must specify the model file name"}};
   InversionInputs inputs;

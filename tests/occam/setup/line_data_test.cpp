@@ -28,13 +28,38 @@ TEST(Errors, Of_log_resistivity) {
 }
 
 TEST(Errors, Of_phase) {
-  const ErrorRule floor_only{5, 5, true, false};
+  struct Case {
+    const char* name;
+    double phase, fit;
+    bool rhoplus;
+    double expected;  // worked out by hand, the floor being 5 percent
+  };
+  const Case cases[] = {{"a twentieth of the phase, whatever its sign", -60, 0, false, 3},
+                        {"a small phase: the least error", 1, 0, false, 0.1},
+                        {"missed by 5: a twentieth of 50.1, and 5", 50, 55, true, 7.505},
+                        {"missed on the other side", 50, 45, true, 7.505},
+                        {"a phase of 0 missed by 2: a twentieth of 0.1, and 2", 0, 2, true, 2.005},
+                        {"no fit: a twentieth of 50.1", 50, -1e32, true, 2.505}};
+  for (const Case& c : cases) {
+    for (const bool standard : {true, false}) {  // which matters for resistivities only
+      SCOPED_TRACE(c.name);
+      EXPECT_NEAR(phase_error(c.phase, c.fit, {5, 5, standard, c.rhoplus}), c.expected, 1e-12);
+    }
+  }
+}
+
+TEST(Errors, Grow_with_the_miss_and_a_perfect_fit_adds_nothing) {
   const ErrorRule with_fit{5, 5, true, true};
-  EXPECT_NEAR(phase_error(-60, 0, floor_only), 3.0, 1e-12);
-  EXPECT_NEAR(phase_error(1, 0, floor_only), 0.1, 1e-12);
-  EXPECT_NEAR(phase_error(50, 55, with_fit), 0.05 * 50.1 + 5, 1e-12);
-  EXPECT_NEAR(phase_error(0, 2, with_fit), (0.05 + 2 / 0.1) * 0.1, 1e-12);
-  EXPECT_EQ(phase_error(0, 2, {5, 5, false, true}), phase_error(0, 2, with_fit));
+  const ErrorRule without{5, 5, true, false};
+  for (const double rho : {0.02, 3.0, 100.0, 4e4}) {
+    EXPECT_DOUBLE_EQ(resistivity_error(rho, rho, with_fit), resistivity_error(rho, rho, without)) << rho;
+    double last = resistivity_error(rho, rho, with_fit);
+    for (const double ratio : {1.1, 1.5, 4.0}) {
+      const double error = resistivity_error(rho, ratio * rho, with_fit);
+      EXPECT_GT(error, last) << rho << " missed by " << ratio;
+      last = error;
+    }
+  }
 }
 
 /// A station's rows at the listed frequencies: 100 ohm-m, 45 degrees, fitted exactly.

@@ -1,4 +1,4 @@
-// The window that masks a mesh, worked as a person does.
+// The window that masks a mesh, worked as a user does.
 #include "occam/windows/Form_occam2d_mask_topo.h"
 
 #include <QApplication>
@@ -187,7 +187,7 @@ class FormOccam2dMaskTopoTest : public QObject {
     QVERIFY(interface_->take_messages().empty());
   }
 
-  void a_datum_far_above_the_ground_is_told_and_can_be_mended() {
+  void a_datum_far_above_the_ground_is_reported_and_can_be_corrected() {
     choose_files();
     type("Text_datum_elevation", "far");
     QVERIFY(control("Text_datum_elevation")->text().startsWith("9"));

@@ -1,4 +1,4 @@
-// The window of results, worked as a person does.
+// The window of results, worked as a user does.
 #include "occam/windows/Form_occam_inversion.h"
 
 #include <QApplication>
@@ -13,7 +13,6 @@
 #include <QTimer>
 #include <QWheelEvent>
 
-#include "formats/occam/occam_state.h"
 #include "platform/graph/VexGraphControl.h"
 #include "tests/occam/results/made_results.h"
 
@@ -58,11 +57,9 @@ class FormOccamInversionTest : public QObject {
   std::unique_ptr<TemporaryFolder> folder_;
   std::unique_ptr<RecordingInterface> interface_;
   std::unique_ptr<Form_occam_inversion> window_;
-  fs::path started_in_ = fs::current_path();
 
  private Q_SLOTS:
   void init() {
-    reset_occam_state();
     folder_ = std::make_unique<TemporaryFolder>();
     interface_ = std::make_unique<RecordingInterface>();
     RunResults results;
@@ -73,7 +70,6 @@ class FormOccamInversionTest : public QObject {
   }
   void cleanup() {
     window_.reset();
-    fs::current_path(started_in_);
     interface_.reset();
     folder_.reset();
   }
@@ -99,7 +95,7 @@ class FormOccamInversionTest : public QObject {
     QVERIFY(interface_->take_messages().empty());
   }
 
-  void bad_ranges_leave_the_picture_blank_but_the_numbers_stand() {
+  void bad_ranges_leave_the_picture_blank_but_the_numbers_stay() {
     auto* const lower = control<QLineEdit>("Text_min_res");
     const QString range = lower->text();
     for (const char* bad : {"", "x", "9"}) {
@@ -193,7 +189,7 @@ class FormOccamInversionTest : public QObject {
     QCOMPARE(control<QComboBox>("Combo_iteration")->count(), 5);
     QCOMPARE(text("Text_iterate"), "4");
     QCOMPARE(text("Text_min_res_model"), "1.50 / 31.62");
-    // The file is written anew, for now in part.
+    // The file is written again, for now in part.
     static_cast<void>(folder_->write("ITER_4", made::iteration_text(4, " 2.0 1.7")));
     look_twice();
     QCOMPARE(text("Text_min_res_model"), "NA");

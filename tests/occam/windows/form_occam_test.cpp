@@ -1,4 +1,4 @@
-// The window that makes an inversion, worked as a person does.
+// The window that creates an inversion, worked as a user does.
 #include "occam/windows/Form_occam.h"
 
 #include <QApplication>
@@ -91,7 +91,7 @@ class FormOccamTest : public QObject {
     QCOMPARE(interface_->take_messages(), Messages{"The block width is invalid"});
   }
 
-  void makes_a_run_in_a_new_folder_and_keeps_the_entries() {
+  void creates_a_run_in_a_new_folder_and_keeps_the_entries() {
     open_window();
     type("Text_occam_directory", "run");
     QVERIFY(control<QLabel>("Label_run_folder")->text().endsWith("run"));

@@ -85,7 +85,7 @@ TEST_F(Dynaset, Finds_the_first_row_in_its_own_order_and_moves_on_from_there) {
   EXPECT_EQ(rows.get_long("Event"), 4);
   rows.move_next();
   EXPECT_EQ(events(rows), (Events{3, 2, 1}));
-  // A row that this dynaset has added comes behind all others.
+  // A row that this dynaset has added comes after all others.
   add(rows, "odd", 90.0, 9);
   rows.find_first("Line = 'odd'");
   EXPECT_EQ(rows.get_long("Event"), 5);

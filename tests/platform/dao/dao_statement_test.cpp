@@ -173,7 +173,7 @@ TEST_F(Criteria, Of_actions_meet_the_rows_that_they_name) {
                dao::Error);
 }
 
-// How the engine goes about a search, in its own words.
+// The engine's own description of its plan for a search.
 std::string plan_of(const std::string& path, const std::string& table, const std::string& criteria) {
   dao::Connection connection(path, dao::Access::read_only);
   const dao::Fragment fragment = dao::translate_criteria(criteria, *connection.table(table));

@@ -132,7 +132,7 @@ std::vector<std::int32_t> longs(const dao::Bytes& bytes) {
   return values;
 }
 
-// The points of a reading as the expected file tells them, places counted from 1.
+// The points of a reading in the file of expected values, places counted from 1.
 void expect_points(const dao::Recordset& row, const json& expected) {
   const std::vector<float> frequencies = singles(row.get_binary("FreqBinary"));
   const std::vector<float> data = singles(row.get_binary("DataBinary"));
@@ -411,7 +411,7 @@ TEST_F(Legacy_survey, With_random_damage_converts_or_gives_an_error) {
       std::filesystem::remove(destination);
     }
   }
-  EXPECT_GT(refused, 100);  // much of the damage falls on values of the right length, which nothing tells
+  EXPECT_GT(refused, 100);  // much of the damage hits values of the right length, where nothing shows it
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// graph_control_test.cpp: a person's hand on a chart, and what the chart shows for awkward limits.
+// graph_control_test.cpp: a user's hand on a chart, and what the chart shows for awkward limits.
 #include <QDir>
 #include <QMenu>
 #include <QPdfWriter>
@@ -218,6 +218,29 @@ class GraphControlTest : public QObject {
     QVERIFY(control_->x_range().lower > 0.0 && std::isfinite(control_->x_range().upper));
   }
 
+  void a_picture_zooms_inside_its_edges_and_a_chart_beyond_its_home_range() {
+    graph::AxisView picture(graph::picture_zoom);  // of 0 to 1
+    picture.zoom_about(0.25, 0.5);
+    QCOMPARE(picture.shown(), (AxisRange{0.125, 0.625}));
+    QCOMPARE(picture.to_view(0.25), 0.25);
+    QCOMPARE(picture.from_view(0.25), 0.25);
+    picture.drag(0.5, 0.9);  // further than there is anything to see
+    QCOMPARE(picture.shown(), (AxisRange{0.0, 0.5}));
+    picture.zoom_about(0.25, 1e-6);  // stops at the narrowest view, about the same place
+    QVERIFY(std::abs(picture.to_view(0.25) - 0.5) < 1e-9);
+    QVERIFY(std::abs(picture.shown().upper - picture.shown().lower - 1.0 / 400.0) < 1e-9);
+    picture.zoom_about(0.25, 1e6);
+    QCOMPARE(picture.shown(), (AxisRange{0.0, 1.0}));
+    QVERIFY(!picture.zoomed());
+
+    graph::AxisView chart;
+    chart.zoom_about(0.25, 1e-6);  // too narrow: nothing happens
+    QCOMPARE(chart.shown(), (AxisRange{0.0, 1.0}));
+    chart.drag(0.0, 5.0);
+    QCOMPARE(chart.shown(), (AxisRange{-5.0, -4.0}));
+    QVERIFY(chart.zoomed());
+  }
+
   void zoom_outlives_new_data_but_not_another_kind_of_axis_or_place() {
     wheel(*control_, place(0, 1), 240);
     const AxisRange x = control_->x_range();
@@ -314,7 +337,7 @@ class GraphControlTest : public QObject {
   }
 
   void a_point_without_data_interrupts_the_line() {
-    // A level line across the plot whose middle point is missing: nothing of it may stand at the middle.
+    // A level line across the plot whose middle point is missing: nothing of it may be drawn at the middle.
     const auto coloured = [&](double y) {
       control_->set_graph_data({{{{1.0, 10.0, 20.0, 40.0, 400.0}, {50.0, 50.0, y, 50.0, 50.0}, {}}}});
       control_->draw_graph();

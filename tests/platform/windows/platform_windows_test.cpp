@@ -1,4 +1,4 @@
-// The Qt side of what the logic asks of a person, and the splitter with its resizer.
+// The interface to the user on Qt, and the splitter with its resizer.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFileIconProvider>

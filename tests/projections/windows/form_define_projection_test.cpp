@@ -1,4 +1,4 @@
-// The projection dialog and its editor, worked as a person does.
+// The projection dialog and its editor, used as a user does.
 #include "projections/windows/Form_define_projection.h"
 
 #include <QApplication>
@@ -58,8 +58,10 @@ class FormDefineProjectionTest : public QObject, private WindowFixture {
     QTest::keyClicks(edit, typed);
   }
   void keep(const CoordSystem& definition) const {
-    QCOMPARE(add_coord_definitions_to_list(definition), 0);
-    QCOMPARE(save_coord_system_definitions(0), 0);
+    CoordSystems coord_systems;
+    QCOMPARE(load_coord_system_definitions(coord_systems), 0);
+    QCOMPARE(add_coord_definitions_to_list(coord_systems, definition), 0);
+    QCOMPARE(save_coord_system_definitions(coord_systems, 0), 0);
   }
   void save_picture(const char* name) const {
     const QString folder = qEnvironmentVariable("BRENLOX_PICTURES");
@@ -75,7 +77,6 @@ class FormDefineProjectionTest : public QObject, private WindowFixture {
   void init() {
     make_folder();
     install_settings_store(std::make_unique<MemorySettingsStore>());
-    coord_systems().clear();
     current_coord_system() = {};
     session().environment.application_data_directory = folder_->folder().string();
     make_survey();
@@ -193,7 +194,7 @@ class FormDefineProjectionTest : public QObject, private WindowFixture {
     QTest::keyClick(window_.get(), Qt::Key_Escape);
     QVERIFY(!window_->isVisible());
     QCOMPARE(current_coord_system().zone_number, 55);
-    QCOMPARE(coord_systems().size(), std::size_t{2});
+    QCOMPARE(control<QComboBox>("Combo_coordsys")->count(), 2);
 
     open_dialog("My grid");
     type("Text_zone_number", "61");
@@ -205,7 +206,7 @@ class FormDefineProjectionTest : public QObject, private WindowFixture {
     click("Command_done");
     QVERIFY(!window_->isVisible());
     QCOMPARE(current_coord_system().name, std::string("My grid"));
-    QCOMPARE(find_definition("My grid"), 3);
+    QCOMPARE(settings_store().keys("Marrowgate", "Projection").size(), std::size_t{3});
     current_coord_system() = {};
     QCOMPARE(read_survey_projection(), 0);
     QCOMPARE(current_coord_system().zone_number, 53);
@@ -231,7 +232,7 @@ class FormDefineProjectionTest : public QObject, private WindowFixture {
     (*interface_)->text_answers = {"Mine | of today"};
     click("Command_modify_projections_1");
     QCOMPARE(control<QComboBox>("Combo_coordsys")->currentText(), QString("Mine | of today"));
-    QCOMPARE(coord_systems().size(), std::size_t{2});
+    QCOMPARE(control<QComboBox>("Combo_coordsys")->count(), 2);
     QVERIFY(shown("Text_zone_number"));
   }
 

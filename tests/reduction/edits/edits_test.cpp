@@ -1,11 +1,10 @@
 // Edits of masks, flags and factors: what each changes, and that undo and redo lead back and forth.
 #include <functional>
+#include <limits>
 
 #include "core/absent_value.h"
 #include "core/undo_stack.h"
-#include "reduction/data_sets/profile_data_set.h"
-#include "reduction/data_sets/repeat_data_set.h"
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 #include "reduction/edits/undo.h"
 #include "tests/reduction/made_line.h"
@@ -22,17 +21,15 @@ class Edits : public SurveyTest {
   Edits() {
     new_survey();
     Module_Brenlox::clear_undo();
-    reset_repeat_data();
-    reset_station_data();
-    reset_profile_data();
+    reset_data_sets();
   }
   ~Edits() override { Module_Brenlox::clear_undo(); }
 
  protected:
   static void load() {
-    ASSERT_EQ(load_profile_data(selected_key()), 0);
-    ASSERT_EQ(load_station_data(selected_key(), {}), 0);
-    ASSERT_EQ(load_repeat_data(selected_key()), 0);
+    ASSERT_EQ(load_selected_profile(), 0);
+    ASSERT_EQ(load_selected_station({}), 0);
+    ASSERT_EQ(load_selected_repeats(), 0);
   }
 
   /// Repeats of one key, reduced and loaded, without a line around them.
@@ -40,13 +37,13 @@ class Edits : public SurveyTest {
     for (std::size_t i = 0; i < repeats.size(); ++i) {
       made::store(made::key(), static_cast<int>(i) + 1, made::reading(repeats[i]));
     }
-    ASSERT_EQ(Module_database::load_reference_frequencies(0), 0);
-    ASSERT_EQ(load_repeat_data(made::key()), 0);
+    session().frequencies = made::frequencies();
+    ASSERT_EQ(load_repeat_data(made::key(), session().frequencies, data_sets().repeats), 0);
   }
 
   /// The masks of a field over a slot's points, as stored and as loaded, which are the same.
   static std::string masks(std::size_t slot, int field) {
-    const StoredReading& loaded = repeat_data_set().slots[slot].reading;
+    const StoredReading& loaded = data_sets().repeats.slots[slot].reading;
     const StoredReading stored = Module_database::read_reading(made::row(loaded.ID));
     EXPECT_EQ(stored.curve.mask, loaded.curve.mask);
     std::string text;
@@ -70,7 +67,7 @@ TEST_F(Edits, Frequencies_are_cleared_and_reset_by_range) {
   struct Case {
     const char* name;
     FrequencyCommand command;
-    const char* frequency;
+    double frequency;
     OutlierField field;
     const char* resistivity;
     const char* phase;
@@ -78,20 +75,18 @@ TEST_F(Edits, Frequencies_are_cleared_and_reset_by_range) {
   using enum FrequencyCommand;
   const Case cases[] = {
       // each goes on from the one before
-      {"no frequency", mask_up_to, " ", OutlierField::both, "11111", "11111"},
-      {"not a number", mask_up_to, "x", OutlierField::both, "11111", "11111"},
-      {"zero", mask_from, "0", OutlierField::both, "11111", "11111"},
-      {"f <= within the tolerance", mask_up_to, "1.99995", OutlierField::resistivity, "00111", "11111"},
-      {"f = beyond the tolerance", mask_at, "4.0002", OutlierField::both, "00111", "11111"},
-      {"f = within the tolerance", mask_at, " 4.00005 ", OutlierField::both, "00011", "11011"},
-      {"f >=", mask_from, "16.00005", OutlierField::phase, "00011", "11010"},
-      {"R <=", reset_up_to, "1", OutlierField::both, "10011", "11010"},
-      {"R =", reset_at, "4", OutlierField::resistivity, "10111", "11010"},
-      {"R >=", reset_from, "8", OutlierField::both, "10111", "11011"},
-      {"reset all of the phase", reset_all, "", OutlierField::phase, "10111", "11111"},
-      {"negative phases whatever the field", mask_negative_phases, "", OutlierField::resistivity, "10111",
+      {"zero", mask_from, 0.0, OutlierField::both, "11111", "11111"},
+      {"f <= within the tolerance", mask_up_to, 1.99995, OutlierField::resistivity, "00111", "11111"},
+      {"f = beyond the tolerance", mask_at, 4.0002, OutlierField::both, "00111", "11111"},
+      {"f = within the tolerance", mask_at, 4.00005, OutlierField::both, "00011", "11011"},
+      {"f >=", mask_from, 16.00005, OutlierField::phase, "00011", "11010"},
+      {"R <=", reset_up_to, 1.0, OutlierField::both, "10011", "11010"},
+      {"R =", reset_at, 4.0, OutlierField::resistivity, "10111", "11010"},
+      {"R >=", reset_from, 8.0, OutlierField::both, "10111", "11011"},
+      {"reset all of the phase", reset_all, 0.0, OutlierField::phase, "10111", "11111"},
+      {"negative phases whatever the field", mask_negative_phases, 0.0, OutlierField::resistivity, "10111",
        "10101"},
-      {"reset all", reset_all, "", OutlierField::both, "11111", "11111"},
+      {"reset all", reset_all, 0.0, OutlierField::both, "11111", "11111"},
   };
   store_repeats({five_points, five_points});
   for (const Case& c : cases) {
@@ -107,14 +102,12 @@ TEST_F(Edits, Frequencies_are_cleared_and_reset_by_range) {
       EXPECT_EQ(masks(slot, 2), c.phase);
     }
   }
-  session().updating_controls = true;
-  EXPECT_EQ(clear_frequencies(mask_up_to, "4", OutlierField::both), Edit::nothing);
 }
 
 TEST_F(Edits, Negative_phases_take_the_lowest_frequencies_with_them) {
   const std::vector<made::Point> points{{0.0001F, 10.0F, 40.0F}, {0.0002F, 10.0F, 40.0F}};
   store_repeats({points, points});
-  EXPECT_EQ(clear_frequencies(FrequencyCommand::mask_negative_phases, "", OutlierField::resistivity),
+  EXPECT_EQ(clear_frequencies(FrequencyCommand::mask_negative_phases, 0.0, OutlierField::resistivity),
             Edit::changed);
   EXPECT_EQ(masks(1, 1), "01");
   EXPECT_EQ(masks(1, 2), "11");
@@ -131,32 +124,32 @@ TEST_F(Edits, Outliers_are_clipped_point_by_point) {
   const auto all_masks = [] {
     return masks(1, 1) + ' ' + masks(2, 1) + ' ' + masks(3, 1) + ' ' + masks(4, 1);
   };
-  EXPECT_EQ(clip_outliers(ClipEnds::both, "2", OutlierField::both), Edit::nothing);
+  EXPECT_EQ(clip_outliers(ClipEnds::both, 2, OutlierField::both), Edit::nothing);
   EXPECT_EQ(interface.take_messages(),
             std::vector<std::string>{
                 "There are not enough data values to allow this number of outliers to be clipped"});
-  for (const char* count : {"", "x", "0", "-1"}) {
+  for (const int count : {0, -1}) {
     EXPECT_EQ(clip_outliers(ClipEnds::top, count, OutlierField::both), Edit::nothing);
   }
   EXPECT_TRUE(interface.take_messages().empty());
 
-  EXPECT_EQ(clip_outliers(ClipEnds::top, "1", OutlierField::resistivity), Edit::changed);
+  EXPECT_EQ(clip_outliers(ClipEnds::top, 1, OutlierField::resistivity), Edit::changed);
   EXPECT_EQ(all_masks(), "11 10 0 11");  // of the equal ones the later repeat counts as the higher
   EXPECT_EQ(masks(2, 2), "11");
   EXPECT_EQ(undo_count(), 4U);  // every repeat
-  EXPECT_EQ(clip_outliers(ClipEnds::both, "1", OutlierField::resistivity), Edit::changed);
+  EXPECT_EQ(clip_outliers(ClipEnds::both, 1, OutlierField::resistivity), Edit::changed);
   EXPECT_EQ(all_masks(), "01 00 0 11") << "three are left at point 0, two at point 1";
-  EXPECT_EQ(clip_outliers(ClipEnds::bottom, "2", OutlierField::resistivity), Edit::nothing);
+  EXPECT_EQ(clip_outliers(ClipEnds::bottom, 2, OutlierField::resistivity), Edit::nothing);
 }
 
 TEST_F(Edits, Readings_that_are_switched_off_are_no_outliers) {
   store_repeats({{{1.0F, 1.0F, 1.0F}}, {{1.0F, 2.0F, 2.0F}}, {{1.0F, 9.0F, 9.0F}}});
   ASSERT_EQ(set_repeat_use(3, UseFlag::resistivity, false), Edit::changed);
-  ASSERT_EQ(clip_outliers(ClipEnds::top, "1", OutlierField::both), Edit::changed);
+  ASSERT_EQ(clip_outliers(ClipEnds::top, 1, OutlierField::both), Edit::changed);
   EXPECT_EQ(masks(3, 1) + masks(2, 1), "10");  // m is 2, one goes
   EXPECT_EQ(masks(3, 2) + masks(2, 2), "01");
   ASSERT_EQ(set_repeat_use(2, UseFlag::reading, false), Edit::changed);
-  EXPECT_EQ(clip_outliers(ClipEnds::top, "1", OutlierField::resistivity), Edit::nothing);  // m is 1
+  EXPECT_EQ(clip_outliers(ClipEnds::top, 1, OutlierField::resistivity), Edit::nothing);  // m is 1
 }
 
 TEST_F(Edits, A_masked_point_changes_average_merged_curve_and_profile) {
@@ -165,22 +158,22 @@ TEST_F(Edits, A_masked_point_changes_average_merged_curve_and_profile) {
   ASSERT_EQ(toggle_repeat_point(4, 0, Component::resistivity), Edit::changed);
   EXPECT_EQ(masks(4, 1), "01111");
   EXPECT_EQ(masks(4, 2), "11111");
-  EXPECT_EQ(repeat_data_set().slots[0].reading.curve.value(1, 0), 113.0F);
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.value(1, 0), 113.0F);
-  EXPECT_EQ(profile_data_set().columns[0].resistivity[0], 113.0F);
-  EXPECT_EQ(stored(station_data_set().slots[0].reading.ID).curve.value(1, 0), 113.0F);
+  EXPECT_EQ(data_sets().repeats.slots[0].reading.curve.value(1, 0), 113.0F);
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.value(1, 0), 113.0F);
+  EXPECT_EQ(data_sets().profile.columns[0].resistivity[0], 113.0F);
+  EXPECT_EQ(stored(data_sets().station.slots[0].reading.ID).curve.value(1, 0), 113.0F);
 
   // On the station: an average, then the merged curve; both follow in the other data sets.
   ASSERT_EQ(toggle_station_point(1, 1, Component::phase), Edit::changed);
   EXPECT_EQ(masks(0, 2), "10111");
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.value(2, 1), no_data);
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.value(2, 1), no_data);
   ASSERT_EQ(toggle_station_point(0, 2, Component::resistivity), Edit::changed);
-  EXPECT_EQ(profile_data_set().columns[0].mask[2][0], 0);
+  EXPECT_EQ(data_sets().profile.columns[0].mask[2][0], 0);
   ASSERT_EQ(toggle_profile_point(0, 2, Component::resistivity), Edit::changed);
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.counts_at(1, 2), 1);
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.counts_at(1, 2), 1);
   ASSERT_EQ(toggle_profile_point(1, 0, Component::phase), Edit::changed);
-  EXPECT_EQ(profile_data_set().columns[1].mask[0][1], 0);
-  EXPECT_EQ(stored(profile_data_set().columns[1].ID).curve.counts_at(2, 0), 0);
+  EXPECT_EQ(data_sets().profile.columns[1].mask[0][1], 0);
+  EXPECT_EQ(stored(data_sets().profile.columns[1].ID).curve.counts_at(2, 0), 0);
   EXPECT_EQ(undo_count(), 5U);
 
   EXPECT_EQ(toggle_repeat_point(9, 0, Component::phase), Edit::nothing);
@@ -192,29 +185,29 @@ TEST_F(Edits, Use_flags_and_the_static_factor_are_stored_where_they_belong) {
   made::store_line(1);
   load();
   ASSERT_EQ(set_repeat_use(0, UseFlag::phase, false), Edit::changed);
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.value(2, 0), no_data);  // 1 Hz: only this scan rate
-  EXPECT_EQ(station_data_set().slots[0].reading.curve.value(2, 4), 42.5F);    // 16 Hz: the other one as well
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.value(2, 0), no_data);  // 1 Hz: only this scan rate
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.value(2, 4), 42.5F);    // 16 Hz: the other one as well
   ASSERT_EQ(set_merged_use(UseFlag::resistivity, false), Edit::changed);
-  EXPECT_FALSE(profile_data_set().columns[0].UseResistivity);
-  EXPECT_FALSE(station_data_set().slots[0].reading.UseResistivity);
-  EXPECT_FALSE(stored(profile_data_set().columns[0].ID).UseResistivity);
+  EXPECT_FALSE(data_sets().profile.columns[0].UseResistivity);
+  EXPECT_FALSE(data_sets().station.slots[0].reading.UseResistivity);
+  EXPECT_FALSE(stored(data_sets().profile.columns[0].ID).UseResistivity);
 
-  for (const char* text : {"", "abc", "0", "-2", "1", "1e99"}) {
-    EXPECT_EQ(set_static_factor(text), Edit::nothing) << text;
+  for (const float factor : {0.0F, -2.0F, 1.0F, std::numeric_limits<float>::infinity()}) {
+    EXPECT_EQ(set_static_factor(factor), Edit::nothing) << factor;
   }
-  ASSERT_EQ(set_static_factor("2.5"), Edit::changed);
-  EXPECT_EQ(profile_data_set().columns[0].ResOffset, 2.5F);
-  EXPECT_EQ(station_data_set().slots[0].reading.ResOffset, 2.5F);
-  EXPECT_EQ(stored(profile_data_set().columns[0].ID).ResOffset, 2.5F);
+  ASSERT_EQ(set_static_factor(2.5F), Edit::changed);
+  EXPECT_EQ(data_sets().profile.columns[0].ResOffset, 2.5F);
+  EXPECT_EQ(data_sets().station.slots[0].reading.ResOffset, 2.5F);
+  EXPECT_EQ(stored(data_sets().profile.columns[0].ID).ResOffset, 2.5F);
   EXPECT_EQ(undo_count(), 3U);
 }
 
 TEST_F(Edits, A_failure_leaves_survey_data_sets_and_undo_as_before) {
   made::store_line(1);
   load();
-  dao::Recordset row = made::row(repeat_data_set().slots[2].reading.ID);
+  dao::Recordset row = made::row(data_sets().repeats.slots[2].reading.ID);
   row.edit();
-  row.set_long("NumFrequencies", 99);  // the average can't be made
+  row.set_long("NumFrequencies", 99);  // the average can't be computed
   row.update();
   const std::string before = made::whole_readings_table();
   EXPECT_EQ(toggle_repeat_point(1, 0, Component::phase), Edit::failed);
@@ -232,15 +225,15 @@ TEST_F(Edits, Everything_can_be_undone_and_done_again) {
   load();
   const std::vector<std::function<Edit()>> edits{
       [] { return toggle_repeat_point(2, 1, Component::resistivity); },
-      [] { return clip_outliers(ClipEnds::both, "1", OutlierField::both); },
+      [] { return clip_outliers(ClipEnds::both, 1, OutlierField::both); },
       [] { return toggle_repeat_point(0, 3, Component::phase); },
       [] { return set_repeat_use(1, UseFlag::reading, false); },
-      [] { return clear_frequencies(FrequencyCommand::mask_up_to, "2", OutlierField::phase); },
+      [] { return clear_frequencies(FrequencyCommand::mask_up_to, 2.0, OutlierField::phase); },
       [] { return toggle_station_point(2, 0, Component::resistivity); },
       [] { return toggle_station_point(0, 0, Component::phase); },
       [] { return toggle_profile_point(2, 5, Component::resistivity); },
       [] { return set_repeat_use(0, UseFlag::resistivity, false); },
-      [] { return set_static_factor("3"); },
+      [] { return set_static_factor(3.0F); },
       [] { return set_merged_use(UseFlag::reading, false); },
   };
   std::vector<std::string> states{made::whole_readings_table()};
@@ -272,9 +265,9 @@ TEST_F(Edits, Undo_moves_to_the_reading_and_keeps_the_profile_up_to_date) {
   session().current_profile_column = 2;
   session().current_scan_rate = 256.0;
   load();
-  const float before = profile_data_set().columns[1].resistivity[6];
+  const float before = data_sets().profile.columns[1].resistivity[6];
   ASSERT_EQ(toggle_repeat_point(4, 3, Component::resistivity), Edit::changed);
-  EXPECT_NE(profile_data_set().columns[1].resistivity[6], before);
+  EXPECT_NE(data_sets().profile.columns[1].resistivity[6], before);
 
   session().current_station_index = 1;  // the user walks on
   session().current_station = 100.0;
@@ -287,8 +280,8 @@ TEST_F(Edits, Undo_moves_to_the_reading_and_keeps_the_profile_up_to_date) {
   EXPECT_EQ(session().current_scan_rate, 256.0);
   EXPECT_EQ(session().current_station_index, -1);
   EXPECT_EQ(session().repeat_count, 0);
-  EXPECT_EQ(profile_data_set().columns[1].resistivity[6], before);
-  EXPECT_EQ(station_data_set().key.station, 100.0);
+  EXPECT_EQ(data_sets().profile.columns[1].resistivity[6], before);
+  EXPECT_EQ(data_sets().station.key.station, 100.0);
   EXPECT_EQ(redo_count(), 1U);
 }
 
@@ -302,7 +295,7 @@ TEST_F(Edits, Redo_ends_with_a_new_edit_and_entries_of_gone_readings_are_dropped
   ASSERT_EQ(toggle_repeat_point(2, 0, Component::phase), Edit::changed);
   EXPECT_EQ(redo_count(), 0U);
   Module_database::open_survey().database.execute("DELETE FROM ReadingsDataTable WHERE ID = " +
-                                                  std::to_string(repeat_data_set().slots[2].reading.ID));
+                                                  std::to_string(data_sets().repeats.slots[2].reading.ID));
   EXPECT_EQ(undo_last_change().edit, Edit::nothing);
   EXPECT_EQ(undo_count(), 1U);
   EXPECT_EQ(redo_count(), 0U);

@@ -1,0 +1,51 @@
+#include "app/help/help_key.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QKeyEvent>
+
+#include "app/help/Form_tutorial.h"
+
+HelpKey::HelpKey(QWidget& main_window) : QObject(&main_window), main_window_(main_window) {
+  qApp->installEventFilter(this);
+}
+
+void HelpKey::show_tutorial() {
+  QWidget* const modal = QApplication::activeModalWidget();
+  attach_tutorial(modal != nullptr && modal != tutorial_ ? *modal : main_window_);
+  tutorial_->show();
+  tutorial_->raise();
+  tutorial_->activateWindow();
+}
+
+// While a modal window is up only its own child windows take input, so the tutorial is one of them for as
+// long as the modal window is there.
+void HelpKey::attach_tutorial(QWidget& window) {
+  if (!tutorial_) {
+    tutorial_ = new Form_tutorial(&window);
+  } else if (tutorial_->parentWidget() != &window) {
+    const bool is_read = tutorial_->isVisible();
+    tutorial_->setParent(&window, tutorial_->windowFlags());
+    tutorial_->setVisible(is_read);
+  }
+  if (auto* const dialog = qobject_cast<QDialog*>(&window)) {
+    const auto pass_on = [this, dialog] {
+      if (tutorial_ && tutorial_->parentWidget() == dialog) {
+        QWidget* const behind = dialog->parentWidget();
+        attach_tutorial(behind != nullptr ? *behind->window() : main_window_);
+      }
+    };
+    connect(dialog, &QDialog::finished, this, pass_on, Qt::SingleShotConnection);
+  }
+}
+
+bool HelpKey::eventFilter(QObject* receiver, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && receiver->isWidgetType()) {
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier) {
+      show_tutorial();
+      return true;
+    }
+  }
+  return QObject::eventFilter(receiver, event);
+}

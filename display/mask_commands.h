@@ -1,0 +1,24 @@
+// mask_commands.h: what the user types and clicks to mask readings, as edits.
+//
+// The buttons, options and check boxes stand in the order of the enumerations of masks.h. Nothing happens
+// while session().updating_controls is set, nor for a text that isn't the number that it should be.
+#pragma once
+#include <string_view>
+
+#include "reduction/edits/masks.h"
+
+namespace Module_display_data {
+
+/// @param frequency_text Hz; only read for commands that need a frequency
+[[nodiscard]] Module_averaged_data::Edit clear_typed_frequencies(
+    Module_averaged_data::FrequencyCommand command, std::string_view frequency_text,
+    Module_averaged_data::OutlierField field);
+
+/// @param count_text how many values go at each end; its fraction is cut off
+[[nodiscard]] Module_averaged_data::Edit clip_typed_outliers(Module_averaged_data::ClipEnds ends,
+                                                             std::string_view count_text,
+                                                             Module_averaged_data::OutlierField field);
+
+[[nodiscard]] Module_averaged_data::Edit enter_static_factor(std::string_view text);
+
+}  // namespace Module_display_data

@@ -1,0 +1,44 @@
+// edi_section.h: the impedances, resistivities and phases of one section of an EDI file.
+//
+// Conventions: frequency Hz, resistivity ohm-m, phase degrees, impedance in the file's unit; an absent value
+// is no_data (-1e32). Values are in the order of the file.
+#pragma once
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "formats/edi/edi_channels.h"
+
+namespace formats::edi {
+
+enum EdiElement : std::size_t { element_xx, element_xy, element_yx, element_yy, element_count };
+
+enum EdiQuantity : std::size_t {
+  quantity_resistivity,
+  quantity_phase,
+  quantity_real,
+  quantity_imaginary,
+  quantity_first_error,   // variance of the impedance or error of the resistivity, the later block wins
+  quantity_second_error,  // variance of the impedance or error of the phase, the later block wins
+  quantity_count
+};
+
+/// One quantity of one tensor element.
+struct EdiValues {
+  bool present = false;      // some block of the section gave it
+  bool is_variance = false;  // a variance of the impedance, not an error of resistivity or phase
+  std::vector<float> values;
+};
+
+struct EdiSection : EdiSectionHead {
+  std::vector<float> frequencies;  // length n
+  std::array<std::array<EdiValues, quantity_count>, element_count> elements;
+
+  [[nodiscard]] const EdiValues& get(std::size_t element, EdiQuantity quantity) const {
+    return elements[element][quantity];
+  }
+  EdiValues& get(std::size_t element, EdiQuantity quantity) { return elements[element][quantity]; }
+  void clear();
+};
+
+}  // namespace formats::edi

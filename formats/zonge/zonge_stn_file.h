@@ -1,0 +1,31 @@
+// zonge_stn_file.h: the file of station places that belongs to a raw receiver file.
+//
+// A line for each station: number, map x (east), map y (north), elevation, all in m. Lines that don't begin
+// with a number ("/line 200") are comments.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "formats/file_report.h"
+
+namespace formats::zonge {
+
+inline constexpr const char* no_stn_file_text = "No stn file was located";
+
+struct ZongeStation {
+  double station = 0.0;
+  double x = 0.0;  // m, east
+  double y = 0.0;  // m, north
+  double elevation = 0.0;
+};
+
+/// The companion of a raw file: its name with the last three characters replaced by "stn", else "utm.stn" in
+/// its folder; either also in upper case. None if there is neither.
+std::optional<std::string> find_stn_file(const std::string& raw_file);
+
+/// Reads the stations. Coordinates that can't be read are 0, and the report says so. Throws
+/// std::runtime_error if the file can't be read.
+std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report);
+
+}  // namespace formats::zonge

@@ -1,0 +1,45 @@
+// occam_files.h: the files of an inversion, read and written for a user: a failure is one message and a
+// status.
+//
+// All return 0; or -1 after a message, or without one where a reader meets an empty line in place of a text.
+// What is read goes to the last parameter, which is as before after a failure.
+#pragma once
+#include <filesystem>
+#include <string>
+
+#include "formats/occam/data_file.h"
+#include "formats/occam/iteration_file.h"
+#include "formats/occam/mesh_file.h"
+#include "formats/occam/occam_data.h"
+#include "formats/occam/occam_model.h"
+
+namespace Module_occam {
+
+/// Names of model and data file from a start or iteration file.
+[[nodiscard]] int read_occam_control_file(const std::string& path, ControlFile& names);
+
+/// Title and sites of a data file.
+[[nodiscard]] int read_occam_data_file(const std::string& path, OccamData& data);
+
+/// All of a data file.
+[[nodiscard]] int read_occam_data_rows(const std::string& path, ObservedData& data);
+
+/// A model file with its mesh and the nodes of the sites. Two sites on one node give a message, but are no
+/// failure.
+/// @param run_folder  relative names are meant from here
+/// @param name        of the model file, as the start file gives it
+/// @param sites       of the run's data file, read before
+[[nodiscard]] int read_occam_model(const std::filesystem::path& run_folder, const std::string& name,
+                                   const OccamData& sites, OccamModel& model);
+
+[[nodiscard]] int read_occam_iteration(IterationParts parts, const std::string& path,
+                                       OccamIteration& iteration);
+
+/// @param header_file  the data file for a response without a header
+[[nodiscard]] int read_occam_response(const std::string& path, const std::string& header_file,
+                                      OccamResponse& response);
+
+/// Writes a mesh file; an earlier one is replaced when the new one is complete.
+[[nodiscard]] int write_occam_mesh(const std::string& path, const OccamMesh& mesh, MeshCodes codes);
+
+}  // namespace Module_occam

@@ -1,0 +1,32 @@
+// data_sets.h: the readings that the main view shows: a line, a station of it, a scan rate of the station.
+#pragma once
+#include "reduction/data_sets/profile_data_set.h"
+#include "reduction/data_sets/repeat_data_set.h"
+#include "reduction/data_sets/station_data_set.h"
+
+namespace Module_averaged_data {
+
+struct DataSets {
+  ProfileDataSet profile;
+  StationDataSet station;
+  RepeatDataSet repeats;
+};
+
+/// What is loaded now. The windows read it; the procedures below and the edits change it.
+DataSets& data_sets();
+
+/// Empties all three, and session().repeat_count.
+void reset_data_sets();
+
+/// Empties the repeats, and session().repeat_count.
+void reset_repeat_data();
+
+// Each loads what belongs to the session's selection, on the session's frequency list.
+// @return 0, or -1 after a message; what was loaded by then stays
+[[nodiscard]] int load_selected_profile();
+[[nodiscard]] int load_selected_station(const NeighbourOptions& options);
+/// Sets session().repeat_count. A current scan rate of 0 means the first one of the station, which becomes
+/// the session's.
+[[nodiscard]] int load_selected_repeats();
+
+}  // namespace Module_averaged_data

@@ -1,0 +1,16 @@
+// stored_keys.h: which keys the survey has readings of.
+#pragma once
+#include <cstdint>
+#include <vector>
+
+#include "database/reading.h"
+
+namespace Module_averaged_data {
+
+enum class ScanRate { part_of_key, left_out };
+
+/// The keys of all readings of a reduction, each once, in no particular order. Throws dao::Error.
+/// @param scan_rate `left_out`: readings that differ in nothing else have one key, of scan rate 0
+std::vector<Module_database::ReadingKey> stored_keys(std::int32_t reduction, ScanRate scan_rate);
+
+}  // namespace Module_averaged_data

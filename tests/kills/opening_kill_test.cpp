@@ -1,0 +1,40 @@
+// A process that opens a survey is killed at each of its file operations; the survey must be at its path, sound
+// and whole, and open again.
+#include <filesystem>
+
+#include "database/stations.h"
+#include "tests/kills/killed_process.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_database;
+
+namespace {
+
+constexpr int station_count = 300;
+
+KilledProcess open_until(std::int64_t operation) {
+  return run_until_operation(operation, [](const TellProgress&) { (void)open_database(); });
+}
+
+}  // namespace
+
+TEST_F(SurveyTest, A_kill_at_any_moment_of_opening_leaves_the_survey_at_its_path) {
+  const std::string path = new_survey();
+  for (int station = 0; station < station_count; ++station) {
+    (void)find_station(StationSearch::create, "200E", 10.0 * station);
+  }
+  ASSERT_EQ(close_database(), 0);
+  const KilledProcess whole = open_until(0);
+  ASSERT_FALSE(whole.killed);
+  ASSERT_GT(whole.operations, 30);
+  for (std::int64_t operation = 1; operation <= whole.operations; ++operation) {
+    SCOPED_TRACE(operation);
+    EXPECT_TRUE(open_until(operation).killed);
+    ASSERT_TRUE(std::filesystem::exists(path));
+    expect_sound_database(path);
+    ASSERT_EQ(open_database(), 0);
+    EXPECT_EQ(rows_in("StationsTable"), station_count);
+    ASSERT_EQ(close_database(), 0);
+  }
+  EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+}
