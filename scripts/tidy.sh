@@ -26,8 +26,9 @@ if [ ${#sources[@]} -eq 0 ]; then
   exit 0
 fi
 
-# Headers that are made from the windows' forms.
-mapfile -t forms < <(ninja -C build/tidy -t targets all | sed -n 's|^\([a-z_0-9]*_autogen\): phony$|\1|p')
-cmake --build --preset tidy --target "${forms[@]}" >/dev/null
+if grep -qE '"ui_|\.moc"' "${sources[@]}"; then  # headers that are made from the windows' forms
+  mapfile -t forms < <(ninja -C build/tidy -t targets all | sed -n 's|^\([a-z_0-9]*_autogen\): phony$|\1|p')
+  cmake --build --preset tidy --target "${forms[@]}" >/dev/null
+fi
 echo "${#sources[@]} sources"
 printf '%s\0' "${sources[@]}" | xargs -0 -n 4 -P "$jobs" clang-tidy -p build/tidy --quiet

@@ -1,5 +1,5 @@
-// A process that opens a survey is killed at each of its file operations; the survey must be at its path, sound
-// and whole, and open again.
+// A process that opens a survey is killed at each of its file operations; the survey must be at its path,
+// sound and whole, and open again.
 #include <filesystem>
 
 #include "database/stations.h"
