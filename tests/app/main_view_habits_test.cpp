@@ -21,7 +21,6 @@ namespace {
 
 namespace averaged = Module_averaged_data;
 using Module_Brenlox::undo_count;
-using Module_display_data::plan_window;
 
 /// The second click of a double click.
 void press_again(QWidget& widget, QPoint at) {

@@ -31,10 +31,10 @@ TEST_F(SurveyTest, A_kill_at_any_moment_of_opening_leaves_the_survey_at_its_path
     SCOPED_TRACE(operation);
     EXPECT_TRUE(open_until(operation).killed);
     ASSERT_TRUE(std::filesystem::exists(path));
-    expect_sound_database(path);
     ASSERT_EQ(open_database(), 0);
     EXPECT_EQ(rows_in("StationsTable"), station_count);
     ASSERT_EQ(close_database(), 0);
+    expect_sound_database(path);
   }
   EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
 }
