@@ -23,6 +23,7 @@
 #include "projections/survey_projection.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
+#include "reduction/stored_keys.h"
 
 namespace Module_data_file {
 
@@ -239,21 +240,12 @@ std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
     touched.emplace(upper_case(scanned.LineNumber), scanned.Station, scanned.ReferenceType,
                     scanned.DipoleLength);
   }
-  std::vector<ReadingKey> keys;
-  dao::Recordset rows = open_survey().database.open_recordset(
-      "SELECT DISTINCT LineNumber,Station,ReferenceType,DataType,DipoleLength FROM ReadingsDataTable WHERE "
-      "ReductionType=1");
-  for (; !rows.eof(); rows.move_next()) {
-    ReadingKey key;
-    key.line = rows.get_text("LineNumber");
-    key.station = rows.get_double("Station");
-    key.reference_type = rows.get_long("ReferenceType");
-    key.data_type = rows.get_text("DataType");
-    key.dipole = rows.get_single("DipoleLength");
-    if (touched.contains({upper_case(key.line), key.station, key.reference_type, key.dipole})) {
-      keys.push_back(std::move(key));
-    }
-  }
+  using Module_averaged_data::ScanRate;
+  std::vector<ReadingKey> keys =
+      Module_averaged_data::stored_keys(Module_database::reduction_averaged, ScanRate::left_out);
+  std::erase_if(keys, [&](const ReadingKey& key) {
+    return !touched.contains({upper_case(key.line), key.station, key.reference_type, key.dipole});
+  });
   return keys;
 }
 
