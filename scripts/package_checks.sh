@@ -44,7 +44,6 @@ holds_open() {
       [ -n "$(find "/proc/$program/fd" -lname "$survey")" ] || break
       kill "$program"
       wait "$program" || true
-      [ ! -s windows.log ] || fail "brenlox says: $(cat windows.log)"
       echo "ok: brenlox opens $1"
       return
     fi
