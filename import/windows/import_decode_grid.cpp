@@ -135,7 +135,7 @@ void ImportDecodeGrid::cell_clicked(int row, int column) {
   DecodeRow& decode = table_->at(static_cast<std::size_t>(row));
   decode.use_file_name = !decode.use_file_name;
   refresh();
-  emit table_changed();
+  Q_EMIT table_changed();
 }
 
 void ImportDecodeGrid::cell_edited(int row, int column) {
@@ -147,7 +147,7 @@ void ImportDecodeGrid::cell_edited(int row, int column) {
     QApplication::beep();
   }
   refresh();
-  emit table_changed();
+  Q_EMIT table_changed();
 }
 
 void ImportDecodeGrid::keyPressEvent(QKeyEvent* event) {

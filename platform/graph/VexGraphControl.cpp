@@ -175,7 +175,7 @@ std::unique_ptr<QMenu> VexGraphControl::make_context_menu() {
     connect(bars, &QAction::toggled, this, [this](bool shown) {
       set_error_bars_shown(shown);
       draw_graph();
-      emit error_bars_toggled(shown);
+      Q_EMIT error_bars_toggled(shown);
     });
   }
   return menu;
@@ -232,7 +232,7 @@ void VexGraphControl::connect_gestures() {
 void VexGraphControl::select_at(QPointF at) {
   last_clicked_ = point_at(at);
   if (last_clicked_) {
-    emit point_selected(last_clicked_->series, last_clicked_->point);
+    Q_EMIT point_selected(last_clicked_->series, last_clicked_->point);
   }
 }
 
@@ -262,9 +262,9 @@ void VexGraphControl::hover_at(QPointF at) {
     QToolTip::hideText();
   }
   if (off_graph) {
-    emit pointer_moved(true, 0.0, 0.0);
+    Q_EMIT pointer_moved(true, 0.0, 0.0);
   } else {
-    emit pointer_moved(false, plot_->xAxis->pixelToCoord(at.x()), plot_->yAxis->pixelToCoord(at.y()));
+    Q_EMIT pointer_moved(false, plot_->xAxis->pixelToCoord(at.x()), plot_->yAxis->pixelToCoord(at.y()));
   }
 }
 
@@ -274,7 +274,7 @@ void VexGraphControl::leave() {
     pointer_marks_->set_point(std::nullopt);
     plot_->layer(pointer_layer)->replot();
   }
-  emit pointer_moved(true, 0.0, 0.0);
+  Q_EMIT pointer_moved(true, 0.0, 0.0);
 }
 
 namespace {
@@ -367,7 +367,7 @@ void VexGraphControl::view_changed() {
   pointer_marks_->set_point(std::nullopt);
   apply_view();
   plot_->replot(QCustomPlot::rpQueuedReplot);  // many moves of the pointer in a frame are one drawing
-  emit x_view_changed(x_view_.zoomed(), x_view_.shown().lower, x_view_.shown().upper);
+  Q_EMIT x_view_changed(x_view_.zoomed(), x_view_.shown().lower, x_view_.shown().upper);
 }
 
 void VexGraphControl::set_zoom_home() {

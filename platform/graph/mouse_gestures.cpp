@@ -31,12 +31,12 @@ bool MouseGestures::eventFilter(QObject* /*watched*/, QEvent* event) {
       constexpr double units_per_notch = 120.0;
       const double notches = wheel.angleDelta().y() / units_per_notch;
       if (notches != 0.0 && state_ == State::idle) {
-        emit wheel_turned(wheel.position(), notches);
+        Q_EMIT wheel_turned(wheel.position(), notches);
       }
       return true;
     }
     case QEvent::Leave:
-      emit left();
+      Q_EMIT left();
       return false;
     case QEvent::Hide:
       cancel();
@@ -69,11 +69,11 @@ bool MouseGestures::move(const QMouseEvent& event) {
     state_ = State::band;
   }
   if (state_ == State::band) {
-    emit band_dragged(pressed_at_, at);
+    Q_EMIT band_dragged(pressed_at_, at);
   } else if (state_ == State::pan) {
-    emit panned(last_, at);
+    Q_EMIT panned(last_, at);
   } else if (state_ == State::idle) {
-    emit hovered(at);
+    Q_EMIT hovered(at);
   }
   last_ = at;
   return true;
@@ -83,7 +83,7 @@ bool MouseGestures::release(const QMouseEvent& event) {
   const State ended = state_;
   if (ended == State::band && event.button() == Qt::LeftButton) {
     state_ = State::idle;
-    emit band_released(pressed_at_, event.position());
+    Q_EMIT band_released(pressed_at_, event.position());
     return true;
   }
   if ((ended == State::pressed || ended == State::pressed_again) && event.button() == Qt::LeftButton) {
@@ -92,9 +92,9 @@ bool MouseGestures::release(const QMouseEvent& event) {
       return true;
     }
     if (ended == State::pressed) {
-      emit clicked(pressed_at_);
+      Q_EMIT clicked(pressed_at_);
     } else {
-      emit double_clicked(pressed_at_);
+      Q_EMIT double_clicked(pressed_at_);
     }
     return true;
   }
@@ -112,7 +112,7 @@ bool MouseGestures::is_still(QPointF at) const {
 
 void MouseGestures::cancel() {
   if (state_ == State::band) {
-    emit band_cancelled();
+    Q_EMIT band_cancelled();
   }
   state_ = State::idle;
 }

@@ -20,7 +20,7 @@ class Handle final : public QSplitterHandle {
   void mouseReleaseEvent(QMouseEvent* event) override {
     QSplitterHandle::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && splitter_->sizes() != sizes_before_) {
-      emit splitter_->split_moved();
+      Q_EMIT splitter_->split_moved();
     }
   }
 
