@@ -144,7 +144,7 @@ double time_of(const std::function<void()>& work) {
   return Milliseconds(std::chrono::steady_clock::now() - start).count();
 }
 
-/// @param whole what the person does
+/// @param whole what the user does
 /// @param bare the least that has to be done with the survey
 /// @param without_window the same work on the survey alone, so many times; it leaves the same station
 /// selected

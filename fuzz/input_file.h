@@ -10,6 +10,6 @@
 /// @return its path
 std::string write_input_file(const std::uint8_t* data, std::size_t size, const std::string& name);
 
-/// The folder that the file stands in: readers that look for companions or write beside their input find
+/// The folder that the file is in: readers that look for companions or write beside their input find
 /// nothing else there.
 std::string input_folder();

@@ -116,7 +116,7 @@ TEST_F(Plan, The_nearest_station_is_picked) {
   EXPECT_EQ(pick_station(to_picture({50.0, 10100.5}, 200.0), 200.0), -1);
 }
 
-TEST_F(Plan, Coordinates_are_fitted_anew) {
+TEST_F(Plan, Coordinates_are_fitted_again) {
   place_stations({{0.0, 0.0}, {100.0, 100.0}});
   (void)resize_plan_window(200.0, 200.0, 0);
   EXPECT_FALSE(choose_coordinates(0));
