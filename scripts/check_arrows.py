@@ -22,7 +22,7 @@ ARROWS = {
     "platform/dao": "core",
     "platform/system": "core",
     "platform/graph": "core platform/settings_store",
-    "platform/graph/plot_table": "platform/graph/axis_limits",  # the parts of the chart without Qt
+    "platform/graph/plot_table": "core/absent_value platform/graph/axis_limits",  # the parts of the chart without Qt
     "platform/graph/axis_limits": "platform/graph/plot_table",
     "platform/widgets": "core platform/settings_store",
     "platform/windows": "core platform/settings_store platform/widgets",

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "platform/files/safe_files.h"
 
@@ -19,7 +20,6 @@ using numerics::gridding::RegularGrid;
 namespace {
 
 constexpr float dummy = -1e32F;
-constexpr double largest_absent = -1e30;
 constexpr std::size_t header_length = 512;
 
 // Offsets in the header. What isn't named stays 0: no rotation, base 0, no title, no projection code.
@@ -77,7 +77,7 @@ void check(const RegularGrid& grid) {
 }
 
 float stored_value(double value) {
-  if (!std::isfinite(value) || value <= largest_absent) {
+  if (!std::isfinite(value) || is_absent(value)) {
     return dummy;
   }
   if (value > static_cast<double>(std::numeric_limits<float>::max())) {

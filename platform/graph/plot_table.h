@@ -7,10 +7,12 @@
 #include <optional>
 #include <vector>
 
+#include "core/absent_value.h"
+
 namespace graph {
 
-inline constexpr double null_value = -1e32;
-inline constexpr double null_limit = -1e30;
+inline constexpr double null_value = no_data;
+inline constexpr double null_limit = present_above;
 
 struct Colour {
   std::uint8_t red = 0;

@@ -95,7 +95,7 @@ TEST_F(Station_inversion, A_log_that_can_not_be_written_leaves_the_results) {
   const fs::path log = folder_of_run() / "tmd_1250.out";
   fs::create_directories(log / "in_the_way");
   StationInversion inversion;
-  ASSERT_EQ(invert_station(key, {}, inversion), 0);
+  ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
   EXPECT_EQ(inversion.run.status, rhoplus_log_not_written);
   EXPECT_EQ(inversion.run.message.rfind(log.string() + ": ", 0), 0U) << inversion.run.message;
   EXPECT_EQ(inversion.log, "");
