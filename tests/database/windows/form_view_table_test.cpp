@@ -44,7 +44,7 @@ class FormViewTableTest : public QObject, private WindowFixture {
   std::unique_ptr<Form_view_table> window_;
   QTableView* grid_ = nullptr;
 
- private slots:
+ private Q_SLOTS:
   void init() {
     make_folder();
     make_survey();

@@ -130,7 +130,7 @@ class FormImportTest : public QObject, private WindowFixture {
   Module_data_file::DecodeTable decode_;
   std::unique_ptr<Form_import_MTData> window_;
 
- private slots:
+ private Q_SLOTS:
   void init() {
     make_folder();
     decode_ = {};

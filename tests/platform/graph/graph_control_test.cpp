@@ -63,7 +63,7 @@ class GraphControlTest : public QObject {
 
   QPoint place(int series, int point) const { return control_->point_position(series, point)->toPoint(); }
 
- private slots:
+ private Q_SLOTS:
   void init() {
     control_ = std::make_unique<VexGraphControl>();
     control_->resize(500, 350);
