@@ -11,8 +11,8 @@ namespace Batch {
 
 std::string path_from_here(const std::string& path) { return std::filesystem::absolute(path).string(); }
 
-void add_overwrite_flag(CLI::App& parser, const char* help) {
-  parser.add_flag_callback(
+void add_overwrite_flag(Parser& parser, const char* help) {
+  parser.add_flag(
       "--overwrite", [] { install_console(Answer::yes); }, help);
 }
 
@@ -24,8 +24,8 @@ bool report_stop(const char* what_it_left) {
   return true;
 }
 
-void add_survey_argument(CLI::App& parser, std::string& path) {
-  parser.add_option("SURVEY.mdb", path, "the survey database")->required();
+void add_survey_argument(Parser& parser, std::string& path) {
+  parser.add_option("SURVEY.mdb", path, "the survey database").required();
 }
 
 int with_open_survey(const std::string& path, const std::function<int()>& work) {

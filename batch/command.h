@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include "batch/options.h"
 
 namespace Batch {
 
@@ -12,38 +12,38 @@ inline constexpr int status_failed = 1;       // after a message
 inline constexpr int status_wrong_usage = 2;  // after a message
 
 struct Command {
-  CLI::App* parser = nullptr;  // owned by the program
-  std::function<int()> run;    // gives the exit status
+  Parser parser;
+  std::function<int()> run;  // gives the exit status
 };
 
-Command add_new_command(CLI::App& program);
-Command add_import_command(CLI::App& program);
-Command add_recalculate_command(CLI::App& program);
-Command add_grid_command(CLI::App& program);
-Command add_info_command(CLI::App& program);
-Command add_curve_command(CLI::App& program);
-Command add_invert_command(CLI::App& program);
-Command add_plots_command(CLI::App& program);  // only in a build with windows
-Command add_projection_command(CLI::App& program);
-Command add_response_command(CLI::App& program);
-Command add_rhoplus_command(CLI::App& program);
-Command add_mask_topo_command(CLI::App& program);
-Command add_occam_command(CLI::App& program);
-Command add_occam_info_command(CLI::App& program);
-Command add_section_command(CLI::App& program);  // only in a build with windows
-Command add_zonge_command(CLI::App& program);
+Command add_new_command(Program& program);
+Command add_import_command(Program& program);
+Command add_recalculate_command(Program& program);
+Command add_grid_command(Program& program);
+Command add_info_command(Program& program);
+Command add_curve_command(Program& program);
+Command add_invert_command(Program& program);
+Command add_plots_command(Program& program);  // only in a build with windows
+Command add_projection_command(Program& program);
+Command add_response_command(Program& program);
+Command add_rhoplus_command(Program& program);
+Command add_mask_topo_command(Program& program);
+Command add_occam_command(Program& program);
+Command add_occam_info_command(Program& program);
+Command add_section_command(Program& program);  // only in a build with windows
+Command add_zonge_command(Program& program);
 
 /// The whole path, as messages and reports name it, and wherever the process works later.
 std::string path_from_here(const std::string& path);
 
 /// Adds --overwrite, which answers questions whether to replace a file with yes.
-void add_overwrite_flag(CLI::App& parser, const char* help);
+void add_overwrite_flag(Parser& parser, const char* help);
 
 /// Says what a stop has left, if the user has asked for one. @return whether they have
 bool report_stop(const char* what_it_left);
 
 /// Adds the positional SURVEY.mdb to a command.
-void add_survey_argument(CLI::App& parser, std::string& path);
+void add_survey_argument(Parser& parser, std::string& path);
 
 /// Opens the survey, runs `work` on it (0 done, -1 failed after a message) and closes it again, also after a
 /// failure.

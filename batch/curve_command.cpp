@@ -180,22 +180,22 @@ int show_curve(const CurveOptions& options) {
 
 }  // namespace
 
-Command add_curve_command(CLI::App& program) {
+Command add_curve_command(Program& program) {
   const auto options = std::make_shared<CurveOptions>();
-  CLI::App* parser = program.add_subcommand("curve", "Shows the curves of one component at one station");
-  add_survey_argument(*parser, options->survey);
-  add_reading_options(*parser, options->reading);
-  parser->add_option("--station", options->station, "station")->required();
-  parser->add_option("--reduction", options->reduction, "0 repeats, 1 average, 2 merged curve")
-      ->required()
-      ->check(CLI::Range(0, 2));
-  parser->add_option(
+  Parser parser = program.add_command("curve", "Shows the curves of one component at one station");
+  add_survey_argument(parser, options->survey);
+  add_reading_options(parser, options->reading);
+  parser.add_option("--station", options->station, "station").required();
+  parser.add_option("--reduction", options->reduction, "0 repeats, 1 average, 2 merged curve")
+      .required()
+      .in_range(0, 2);
+  parser.add_option(
       "--rate", options->rate,
       "scan rate, Hz; may be left out for a merged curve, for the repeats of all scan rates and for "
       "the average of a station that has one scan rate");
-  parser->add_flag("--json", options->json,
-                   "as JSON: id, file_id, frequencies, data (20 values a frequency), mask, use, res_offset, "
-                   "phase_offset; repeats as a list, with event. An absent value is -1e32");
+  parser.add_flag("--json", options->json,
+                  "as JSON: id, file_id, frequencies, data (20 values a frequency), mask, use, res_offset, "
+                  "phase_offset; repeats as a list, with event. An absent value is -1e32");
   return {parser,
           [options] { return with_open_survey(options->survey, [&] { return show_curve(*options); }); }};
 }

@@ -22,11 +22,11 @@ int run_grid(const RunOptions& options) {
 
 }  // namespace
 
-Command add_grid_command(CLI::App& program) {
+Command add_grid_command(Program& program) {
   const auto options = std::make_shared<RunOptions>();
-  CLI::App* parser = program.add_subcommand(
+  Parser parser = program.add_command(
       "grid", "Writes grids, points and data fit of an iteration into the folder Brenlox");
-  add_run_options(*parser, *options);
+  add_run_options(parser, *options);
   return {parser, [options] { return run_grid(*options); }};
 }
 

@@ -27,6 +27,7 @@ struct ImportOptions {
   std::vector<std::string> paths;
   ImportChoices choices;
   std::array<std::string, 3> columns;  // "START,WIDTH" of each decode row
+  std::string line_direction = "EN";
   std::string extension = "edi";
   std::string report;
   bool scan = false;
@@ -153,6 +154,9 @@ int run_import_command(ImportOptions& options) {
       return status_wrong_usage;
     }
   }
+  options.choices.line_direction = options.line_direction == "EN"
+                                       ? Module_data_file::LineDirection::local_east
+                                       : Module_data_file::LineDirection::local_north;
   // Without files this only checks the choices, before anything is opened.
   ImportReport nothing;
   if (Module_data_file::run_import(options.choices, {}, ImportMode::scan, nothing) != 0) {
@@ -170,61 +174,54 @@ int run_import_command(ImportOptions& options) {
   return complete ? status : status_failed;
 }
 
-void add_decode_row(CLI::App& parser, const std::string& name, const std::string& what,
-                    std::string& specified, std::string& columns) {
-  CLI::Option_group* group = parser.add_option_group(what, what + ", typed or cut from the file names");
-  group->add_option("--" + name, specified, what);
-  group->add_option("--" + name + "-columns", columns,
-                    "START,WIDTH: where the file names hold it, columns counted from 1");
-  group->require_option(1);
+void add_decode_row(Parser& parser, const std::string& name, const std::string& what, std::string& specified,
+                    std::string& columns) {
+  Parser group = parser.add_alternatives(what, what + ", typed or cut from the file names");
+  group.add_option("--" + name, specified, what);
+  group.add_option("--" + name + "-columns", columns,
+                   "START,WIDTH: where the file names hold it, columns counted from 1");
 }
 
 }  // namespace
 
-Command add_import_command(CLI::App& program) {
+Command add_import_command(Program& program) {
   const auto options = std::make_shared<ImportOptions>();
   ImportChoices& choices = options->choices;
   choices.ReductionType = 0;
-  CLI::App* parser = program.add_subcommand(
-      "import", "Imports field files and brings averages and merged curves up to date");
-  add_survey_argument(*parser, options->survey);
-  parser->add_option("PATH", options->paths, "field files, and folders to search for them")->required();
-  parser->add_option("--reference", choices.ReferenceType, reference_types_help)
-      ->required()
-      ->check(reference_types());
+  Parser parser =
+      program.add_command("import", "Imports field files and brings averages and merged curves up to date");
+  add_survey_argument(parser, options->survey);
+  parser.add_option("PATH", options->paths, "field files, and folders to search for them").required();
+  parser.add_option("--reference", choices.ReferenceType, reference_types_help)
+      .required()
+      .in_range(0, last_reference_type);
   parser
-      ->add_option("--reduction", choices.ReductionType,
-                   "what the files hold: 0 raw, 1 averaged, 2 merged data")
-      ->check(CLI::Range(0, 2))
-      ->capture_default_str();
-  add_decode_row(*parser, "line", "Line", choices.decode[0].specified, options->columns[0]);
-  add_decode_row(*parser, "event", "Event", choices.decode[1].specified, options->columns[1]);
-  add_decode_row(*parser, "rate", "Scan rate in Hz", choices.decode[2].specified, options->columns[2]);
+      .add_option("--reduction", choices.ReductionType,
+                  "what the files hold: 0 raw, 1 averaged, 2 merged data")
+      .in_range(0, 2)
+      .shows_default();
+  add_decode_row(parser, "line", "Line", choices.decode[0].specified, options->columns[0]);
+  add_decode_row(parser, "event", "Event", choices.decode[1].specified, options->columns[1]);
+  add_decode_row(parser, "rate", "Scan rate in Hz", choices.decode[2].specified, options->columns[2]);
   parser
-      ->add_option_function<std::string>(
-          "--line-direction",
-          [&choices](const std::string& direction) {
-            choices.line_direction = direction == "EN" ? Module_data_file::LineDirection::local_east
-                                                       : Module_data_file::LineDirection::local_north;
-          },
-          "EN: line is local E, station is local N (default); NE: the other way round")
-      ->check(CLI::IsMember({"EN", "NE"}));
-  parser->add_option("--start-station", choices.start_station, "station of the first section");
-  parser->add_option("--station-step", choices.station_step, "from one section to the next, m")
-      ->capture_default_str();
-  parser->add_flag("--sectid-as-station", choices.sectid_as_station, "the number in SECTID is the station");
-  parser->add_flag("--sectid-digits", choices.sectid_digits,
-                   "with --sectid-as-station: the first digits in SECTID, also behind letters");
-  parser->add_flag("--from-impedance", choices.compute_from_impedance,
-                   "compute resistivity and phase where a file has impedances only");
-  parser->add_flag("--turn-ey", choices.turn_ey_phase,
-                   "turn the sign of Ey: 180 degrees on the phases of EyHx, EyHy");
-  parser->add_flag("--convert-geographic", choices.convert_coordinates,
-                   "stations get the files' latitude and longitude in the survey's projection as map place");
-  parser->add_option("--extension", options->extension, "extension of the files in folders")
-      ->capture_default_str();
-  parser->add_option("--report", options->report, "write what was done with each file as JSON");
-  parser->add_flag("--scan", options->scan, "only list the stations; nothing is stored");
+      .add_option("--line-direction", options->line_direction,
+                  "EN: line is local E, station is local N (default); NE: the other way round")
+      .one_of({"EN", "NE"});
+  parser.add_option("--start-station", choices.start_station, "station of the first section");
+  parser.add_option("--station-step", choices.station_step, "from one section to the next, m")
+      .shows_default();
+  parser.add_flag("--sectid-as-station", choices.sectid_as_station, "the number in SECTID is the station");
+  parser.add_flag("--sectid-digits", choices.sectid_digits,
+                  "with --sectid-as-station: the first digits in SECTID, also behind letters");
+  parser.add_flag("--from-impedance", choices.compute_from_impedance,
+                  "compute resistivity and phase where a file has impedances only");
+  parser.add_flag("--turn-ey", choices.turn_ey_phase,
+                  "turn the sign of Ey: 180 degrees on the phases of EyHx, EyHy");
+  parser.add_flag("--convert-geographic", choices.convert_coordinates,
+                  "stations get the files' latitude and longitude in the survey's projection as map place");
+  parser.add_option("--extension", options->extension, "extension of the files in folders").shows_default();
+  parser.add_option("--report", options->report, "write what was done with each file as JSON");
+  parser.add_flag("--scan", options->scan, "only list the stations; nothing is stored");
   return {parser, [options] { return run_import_command(*options); }};
 }
 

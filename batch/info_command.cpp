@@ -155,12 +155,12 @@ int run_info(const InfoOptions& options) {
 
 }  // namespace
 
-Command add_info_command(CLI::App& program) {
+Command add_info_command(Program& program) {
   const auto options = std::make_shared<InfoOptions>();
-  CLI::App* parser = program.add_subcommand("info", "Shows what a survey holds");
-  add_survey_argument(*parser, options->survey);
-  parser->add_flag("--json", options->json,
-                   "as JSON: tables, lines, reference_types, data_types, dipoles, scan_rates");
+  Parser parser = program.add_command("info", "Shows what a survey holds");
+  add_survey_argument(parser, options->survey);
+  parser.add_flag("--json", options->json,
+                  "as JSON: tables, lines, reference_types, data_types, dipoles, scan_rates");
   return {parser, [options] { return run_info(*options); }};
 }
 

@@ -125,16 +125,15 @@ int run_invert(InvertOptions& options) {
 
 }  // namespace
 
-Command add_invert_command(CLI::App& program) {
+Command add_invert_command(Program& program) {
   const auto options = std::make_shared<InvertOptions>();
-  CLI::App* parser =
-      program.add_subcommand("invert", "Inverts each station of a line in one dimension: misfit and model");
-  add_survey_argument(*parser, options->survey);
-  add_reading_options(*parser, options->reading);
-  add_rhoplus_options(*parser, options->settings);
-  parser->add_option("--json", options->json_path, "write the results to this file as JSON; - prints them")
-      ->expected(0, 1)
-      ->default_str("-");
+  Parser parser =
+      program.add_command("invert", "Inverts each station of a line in one dimension: misfit and model");
+  add_survey_argument(parser, options->survey);
+  add_reading_options(parser, options->reading);
+  add_rhoplus_options(parser, options->settings);
+  parser.add_option("--json", options->json_path, "write the results to this file as JSON; - prints them")
+      .may_lack_value("-");
   return {parser, [options] { return run_invert(*options); }};
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-using AddCommand = Batch::Command (*)(CLI::App&);
+using AddCommand = Batch::Command (*)(Batch::Program&);
 
 // In the order of --help.
 // clang-format off
@@ -38,24 +38,22 @@ constexpr AddCommand add_commands[] = {
 // clang-format on
 
 int run(int argument_count, char** arguments) {
-  CLI::App program("Brenlox without a window: from field files to reduced curves.");
-  program.footer("Exit status: 0 done, 1 failed with a message, 2 wrong usage.");
-  program.set_version_flag("-v,--version", "Brenlox " BRENLOX_VERSION);
-  program.require_subcommand(1);
+  Batch::Program program("Brenlox without a window: from field files to reduced curves.",
+                         "Exit status: 0 done, 1 failed with a message, 2 wrong usage.",
+                         "Brenlox " BRENLOX_VERSION);
   std::vector<Batch::Command> commands;
   for (const AddCommand add : add_commands) {
     commands.push_back(add(program));
   }
   Batch::install_console(Batch::Answer::no);
-  try {
-    program.parse(argument_count, arguments);
-  } catch (const CLI::ParseError& fault) {
-    return program.exit(fault) == 0 ? Batch::status_done : Batch::status_wrong_usage;
+  const Batch::ParseResult parsed = program.parse(argument_count, arguments);
+  if (parsed != Batch::ParseResult::command) {
+    return parsed == Batch::ParseResult::answered ? Batch::status_done : Batch::status_wrong_usage;
   }
   Batch::catch_interrupts();
   session().version_text = version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
   const auto given =
-      std::ranges::find_if(commands, [](const Batch::Command& command) { return command.parser->parsed(); });
+      std::ranges::find_if(commands, [](const Batch::Command& command) { return command.parser.is_given(); });
   return given->run();
 }
 

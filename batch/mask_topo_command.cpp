@@ -1,6 +1,5 @@
 // brenlox_batch mask-topo: masks the mesh of a two-dimensional inversion above the ground.
 #include <iostream>
-#include <map>
 #include <memory>
 #include <optional>
 
@@ -63,35 +62,35 @@ int run_mask_topo(const MaskTopoOptions& options) {
 
 }  // namespace
 
-Command add_mask_topo_command(CLI::App& program) {
+Command add_mask_topo_command(Program& program) {
   const auto options = std::make_shared<MaskTopoOptions>();
-  CLI::App* parser =
-      program.add_subcommand("mask-topo", "Masks the mesh of a two-dimensional inversion above the ground");
+  Parser parser =
+      program.add_command("mask-topo", "Masks the mesh of a two-dimensional inversion above the ground");
   Module_occam::LocationEntries& locations = options->locations;
-  parser->add_option("MODEL", options->model, "model file of the inversion; it names the mesh")->required();
-  parser->add_option("TOPO", locations.file, "text file of stations and elevations, m")->required();
-  parser->add_option("--output", options->output, "mesh file to write")->required();
-  const auto add_entry = [parser](const char* name, std::string& text, const char* help) {
-    parser->add_option(name, text, help)->capture_default_str();
+  parser.add_option("MODEL", options->model, "model file of the inversion; it names the mesh").required();
+  parser.add_option("TOPO", locations.file, "text file of stations and elevations, m").required();
+  parser.add_option("--output", options->output, "mesh file to write").required();
+  const auto add_entry = [&parser](const char* name, std::string& text, const char* help) {
+    parser.add_option(name, text, help).shows_default();
   };
   add_entry("--first-line", locations.first_line, "number of the first data line, comments counted");
   add_entry("--line-step", locations.line_step, "step between lines of data");
   add_entry("--station-column", locations.station_column, "column of the station, m along the line");
   add_entry("--elevation-column", locations.elevation_column, "column of the elevation, m");
-  parser->add_option("--style", options->style, "whole cells, or triangles where the ground crosses a cell")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, MaskStyle>{
-          {"rectangular", MaskStyle::rectangular}, {"triangular", MaskStyle::triangular}}))
-      ->default_str("rectangular");
-  parser->add_option("--free-triangle", options->free_triangle, "of a crossed cell, with --style triangular")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, Triangle>{{"right", Triangle::right},
-                                                                          {"bottom", Triangle::bottom},
-                                                                          {"left", Triangle::left},
-                                                                          {"top", Triangle::top}}))
-      ->default_str("bottom");
-  parser->add_option("--datum", options->datum_elevation,
-                     "elevation of the mesh's upper edge, m; else that of the highest point");
-  add_overwrite_flag(*parser, "replace a file that exists");
-  parser->add_flag("--json", options->json, "report the result as JSON");
+  parser.add_choice<MaskStyle>(
+      "--style", options->style,
+      {{"rectangular", MaskStyle::rectangular}, {"triangular", MaskStyle::triangular}},
+      "whole cells, or triangles where the ground crosses a cell");
+  parser.add_choice<Triangle>("--free-triangle", options->free_triangle,
+                              {{"right", Triangle::right},
+                               {"bottom", Triangle::bottom},
+                               {"left", Triangle::left},
+                               {"top", Triangle::top}},
+                              "of a crossed cell, with --style triangular");
+  parser.add_option("--datum", options->datum_elevation,
+                    "elevation of the mesh's upper edge, m; else that of the highest point");
+  add_overwrite_flag(parser, "replace a file that exists");
+  parser.add_flag("--json", options->json, "report the result as JSON");
   return {parser, [options] { return run_mask_topo(*options); }};
 }
 

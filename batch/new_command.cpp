@@ -66,11 +66,11 @@ int run_new(const std::string& survey) {
 
 }  // namespace
 
-Command add_new_command(CLI::App& program) {
+Command add_new_command(Program& program) {
   const auto survey = std::make_shared<std::string>();
-  CLI::App* parser = program.add_subcommand("new", "Creates an empty survey");
-  add_survey_argument(*parser, *survey);
-  add_overwrite_flag(*parser, "replace a file that exists");
+  Parser parser = program.add_command("new", "Creates an empty survey");
+  add_survey_argument(parser, *survey);
+  add_overwrite_flag(parser, "replace a file that exists");
   return {parser, [survey] { return run_new(*survey); }};
 }
 

@@ -38,7 +38,7 @@ int run_occam(OccamOptions& options) {
 }
 
 // Entries are texts and are checked as those of the window are.
-void add_entries(CLI::App& parser, InversionInputs& inputs) {
+void add_entries(Parser& parser, InversionInputs& inputs) {
   struct Entry {
     const char* option;
     std::string InversionInputs::*text;
@@ -65,28 +65,26 @@ void add_entries(CLI::App& parser, InversionInputs& inputs) {
       {"--subdirectory", &InversionInputs::occam_directory,
        "folder to create in the directory for the files"}};
   for (const Entry& entry : entries) {
-    parser.add_option(entry.option, inputs.*entry.text, entry.help)->capture_default_str();
+    parser.add_option(entry.option, inputs.*entry.text, entry.help).shows_default();
   }
-  const auto clears = [](bool& choice) { return [&choice](std::int64_t) { choice = false; }; };
-  parser.add_flag("--standard-deviation", clears(inputs.use_standard_error),
-                  "errors of resistivities as standard deviations, not by the standard error formula");
-  parser.add_flag("--no-rhoplus", clears(inputs.use_rhoplus_error),
-                  "leave the misfit of one-dimensional inversion out of the errors");
-  parser.add_flag("--no-static", clears(inputs.apply_static), "leave static shift corrections out");
+  parser.add_switch_off("--standard-deviation", inputs.use_standard_error,
+                        "errors of resistivities as standard deviations, not by the standard error formula");
+  parser.add_switch_off("--no-rhoplus", inputs.use_rhoplus_error,
+                        "leave the misfit of one-dimensional inversion out of the errors");
+  parser.add_switch_off("--no-static", inputs.apply_static, "leave static shift corrections out");
 }
 
 }  // namespace
 
-Command add_occam_command(CLI::App& program) {
+Command add_occam_command(Program& program) {
   const auto options = std::make_shared<OccamOptions>();
-  CLI::App* parser =
-      program.add_subcommand("occam", "Creates the run directory of a two-dimensional inversion of a line");
-  add_survey_argument(*parser, options->survey);
-  add_reading_options(*parser, options->reading);
-  parser
-      ->add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
-      ->required();
-  add_entries(*parser, options->inputs);
+  Parser parser =
+      program.add_command("occam", "Creates the run directory of a two-dimensional inversion of a line");
+  add_survey_argument(parser, options->survey);
+  add_reading_options(parser, options->reading);
+  parser.add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
+      .required();
+  add_entries(parser, options->inputs);
   return {parser, [options] { return run_occam(*options); }};
 }
 

@@ -111,14 +111,14 @@ int run_occam_info(const OccamInfoOptions& options) {
 
 }  // namespace
 
-Command add_occam_info_command(CLI::App& program) {
+Command add_occam_info_command(Program& program) {
   const auto options = std::make_shared<OccamInfoOptions>();
-  CLI::App* parser =
-      program.add_subcommand("occam-info", "Shows what a run directory of a two-dimensional inversion holds");
-  parser->add_option("DIR", options->directory, "the run directory")->required();
-  add_control_option(*parser, options->control_file);
-  parser->add_flag("--json", options->json,
-                   "as JSON: sites with offsets and nodes, mesh, layers, blocks, parameters, iterations");
+  Parser parser =
+      program.add_command("occam-info", "Shows what a run directory of a two-dimensional inversion holds");
+  parser.add_option("DIR", options->directory, "the run directory").required();
+  add_control_option(parser, options->control_file);
+  parser.add_flag("--json", options->json,
+                  "as JSON: sites with offsets and nodes, mesh, layers, blocks, parameters, iterations");
   return {parser, [options] { return run_occam_info(*options); }};
 }
 

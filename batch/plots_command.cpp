@@ -68,22 +68,22 @@ int run_plots(PlotsOptions& options) {
 
 }  // namespace
 
-Command add_plots_command(CLI::App& program) {
+Command add_plots_command(Program& program) {
   const auto options = std::make_shared<PlotsOptions>();
-  CLI::App* parser = program.add_subcommand(
+  Parser parser = program.add_command(
       "plots", "Writes all graphs of a line to one PDF: the profile, then a page for each station");
-  add_survey_argument(*parser, options->survey);
-  parser->add_option("--line", options->line, "survey line, as 200E")->required();
-  parser->add_option("--output", options->output, "path of the PDF; an earlier file is replaced")->required();
+  add_survey_argument(parser, options->survey);
+  parser.add_option("--line", options->line, "survey line, as 200E").required();
+  parser.add_option("--output", options->output, "path of the PDF; an earlier file is replaced").required();
   parser
-      ->add_option("--reference", options->reference_type,
-                   reference_types_help + std::string("; left out: the first one"))
-      ->check(reference_types());
+      .add_option("--reference", options->reference_type,
+                  reference_types_help + std::string("; left out: the first one"))
+      .in_range(0, last_reference_type);
   parser
-      ->add_option("--data-type", options->data_type,
-                   data_types_help + std::string("; left out: the principal one"))
-      ->transform(data_types());
-  parser->add_option("--dipole", options->dipole, "dipole length, m; left out: the shortest one");
+      .add_option("--data-type", options->data_type,
+                  data_types_help + std::string("; left out: the principal one"))
+      .one_of_in_any_case(data_types());
+  parser.add_option("--dipole", options->dipole, "dipole length, m; left out: the shortest one");
   return {parser, [options] { return run_plots(*options); }};
 }
 

@@ -104,15 +104,14 @@ int run_projection(ProjectionOptions& options) {
 
 }  // namespace
 
-Command add_projection_command(CLI::App& program) {
+Command add_projection_command(Program& program) {
   const auto options = std::make_shared<ProjectionOptions>();
-  CLI::App* parser = program.add_subcommand("projection", "Shows or sets the map projection of a survey");
-  add_survey_argument(*parser, options->survey);
-  CLI::Option* name =
-      parser->add_option("--set", options->name, "name of the projection to set, from the file");
-  CLI::Option* csv = parser->add_option("--csv", options->csv, "file with definitions of projections");
-  name->needs(csv);
-  csv->needs(name);
+  Parser parser = program.add_command("projection", "Shows or sets the map projection of a survey");
+  add_survey_argument(parser, options->survey);
+  Option name = parser.add_option("--set", options->name, "name of the projection to set, from the file");
+  Option csv = parser.add_option("--csv", options->csv, "file with definitions of projections");
+  name.needs(csv);
+  csv.needs(name);
   return {parser, [options] { return run_projection(*options); }};
 }
 

@@ -1,7 +1,9 @@
 // reading_option.h: the options that say which readings a command works on.
 #pragma once
-#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
 
+#include "batch/options.h"
 #include "database/reading.h"
 
 namespace Batch {
@@ -10,10 +12,10 @@ namespace Batch {
 inline constexpr const char* reference_types_help =
     "0 not remote referenced, 1 remote referenced, 2 cross referenced";
 inline constexpr const char* data_types_help = "ExHx, ExHy, EyHx, EyHy or QP";
-CLI::Validator reference_types();
-CLI::Validator data_types();  // for transform: in any case of letters
+inline constexpr int last_reference_type = 2;
+std::vector<std::string> data_types();
 
 /// Adds --line, --reference, --data-type and --dipole, all required.
-void add_reading_options(CLI::App& parser, Module_database::LineSelection& option);
+void add_reading_options(Parser& parser, Module_database::LineSelection& option);
 
 }  // namespace Batch

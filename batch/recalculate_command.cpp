@@ -14,11 +14,11 @@ int recalculate() {
 
 }  // namespace
 
-Command add_recalculate_command(CLI::App& program) {
+Command add_recalculate_command(Program& program) {
   const auto survey = std::make_shared<std::string>();
-  CLI::App* parser =
-      program.add_subcommand("recalculate", "Rebuilds the averages and merged curves of the whole survey");
-  add_survey_argument(*parser, *survey);
+  Parser parser =
+      program.add_command("recalculate", "Rebuilds the averages and merged curves of the whole survey");
+  add_survey_argument(parser, *survey);
   return {parser, [survey] { return with_open_survey(*survey, recalculate); }};
 }
 

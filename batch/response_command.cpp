@@ -25,11 +25,11 @@ int run_response(const RunOptions& options) {
 
 }  // namespace
 
-Command add_response_command(CLI::App& program) {
+Command add_response_command(Program& program) {
   const auto options = std::make_shared<RunOptions>();
-  CLI::App* parser = program.add_subcommand(
+  Parser parser = program.add_command(
       "response", "Computes the response of an iteration's model and writes it into the folder Brenlox");
-  add_run_options(*parser, *options);
+  add_run_options(parser, *options);
   return {parser, [options] { return run_response(*options); }};
 }
 

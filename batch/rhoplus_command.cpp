@@ -39,15 +39,14 @@ int run_rhoplus(RhoplusOptions& options) {
 
 }  // namespace
 
-Command add_rhoplus_command(CLI::App& program) {
+Command add_rhoplus_command(Program& program) {
   const auto options = std::make_shared<RhoplusOptions>();
-  CLI::App* parser =
-      program.add_subcommand("rhoplus", "Writes the merged curves of a line as Rho+ control files");
-  add_survey_argument(*parser, options->survey);
-  add_reading_options(*parser, options->reading);
-  parser->add_option("--directory", options->directory, "folder of the files, created if it is missing")
-      ->required();
-  add_rhoplus_options(*parser, options->settings);
+  Parser parser = program.add_command("rhoplus", "Writes the merged curves of a line as Rho+ control files");
+  add_survey_argument(parser, options->survey);
+  add_reading_options(parser, options->reading);
+  parser.add_option("--directory", options->directory, "folder of the files, created if it is missing")
+      .required();
+  add_rhoplus_options(parser, options->settings);
   return {parser, [options] { return run_rhoplus(*options); }};
 }
 

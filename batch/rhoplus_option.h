@@ -1,13 +1,12 @@
 // rhoplus_option.h: the options for the settings of Rho+ inversion.
 #pragma once
-#include <CLI/CLI.hpp>
-
+#include "batch/options.h"
 #include "output/rhoplus_settings.h"
 
 namespace Batch {
 
 /// Adds --root, --floor, --phase-floor, --scale, --surface, --include-empty, --no-static and
 /// --keep-negative-phase; one that is left out keeps its default.
-void add_rhoplus_options(CLI::App& parser, Module_output::RhoplusSettings& settings);
+void add_rhoplus_options(Parser& parser, Module_output::RhoplusSettings& settings);
 
 }  // namespace Batch

@@ -10,16 +10,16 @@ namespace fs = std::filesystem;
 
 namespace Batch {
 
-void add_control_option(CLI::App& parser, std::string& control_file) {
+void add_control_option(Parser& parser, std::string& control_file) {
   parser.add_option("--control", control_file,
                     "file that names model and data, if it is neither startup nor an iteration file");
 }
 
-void add_run_options(CLI::App& parser, RunOptions& options) {
-  parser.add_option("DIR", options.directory, "the run directory")->required()->check(CLI::ExistingDirectory);
+void add_run_options(Parser& parser, RunOptions& options) {
+  parser.add_option("DIR", options.directory, "the run directory").required().existing_directory();
   add_control_option(parser, options.control_file);
   parser.add_option("--iteration", options.iteration, "number of the iteration; left out: the last one")
-      ->check(CLI::Range(0, Module_occam::max_iteration));
+      .in_range(0, Module_occam::max_iteration);
 }
 
 std::optional<Module_occam::RunView> open_run(const RunOptions& options) {

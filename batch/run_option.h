@@ -3,8 +3,7 @@
 #include <optional>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "batch/options.h"
 #include "occam/results/run_view.h"
 
 namespace Batch {
@@ -16,10 +15,10 @@ struct RunOptions {
 };
 
 /// Adds --control to a command.
-void add_control_option(CLI::App& parser, std::string& control_file);
+void add_control_option(Parser& parser, std::string& control_file);
 
 /// Adds the positional DIR, --control and --iteration to a command.
-void add_run_options(CLI::App& parser, RunOptions& options);
+void add_run_options(Parser& parser, RunOptions& options);
 
 /// Opens the run and chooses the iteration.
 /// @return nothing after a message

@@ -50,29 +50,25 @@ int run_section(SectionOptions& options) {
 
 }  // namespace
 
-Command add_section_command(CLI::App& program) {
+Command add_section_command(Program& program) {
   const auto options = std::make_shared<SectionOptions>();
-  CLI::App* parser = program.add_subcommand("section", "Draws an iteration's model as a section");
-  add_run_options(*parser, options->run);
-  parser->add_option("--output", options->output, "path ending in .png or .pdf; an earlier file is replaced")
-      ->required();
-  parser->add_option("--min-res", options->min_res, "log10 ohm-m of the first colour");
-  parser->add_option("--max-res", options->max_res, "log10 ohm-m of the last colour");
-  parser->add_option("--max-depth", options->max_depth, "depth to draw down to, m")->capture_default_str();
-  parser->add_flag("--log-depth", options->log_depth, "logarithmic depth scale");
-  parser->add_flag("--mesh", options->look.draw_mesh, "outline the blocks");
+  Parser parser = program.add_command("section", "Draws an iteration's model as a section");
+  add_run_options(parser, options->run);
+  parser.add_option("--output", options->output, "path ending in .png or .pdf; an earlier file is replaced")
+      .required();
+  parser.add_option("--min-res", options->min_res, "log10 ohm-m of the first colour");
+  parser.add_option("--max-res", options->max_res, "log10 ohm-m of the last colour");
+  parser.add_option("--max-depth", options->max_depth, "depth to draw down to, m").shows_default();
+  parser.add_flag("--log-depth", options->log_depth, "logarithmic depth scale");
+  parser.add_flag("--mesh", options->look.draw_mesh, "outline the blocks");
   parser
-      ->add_option("--colours", options->look.colour_table,
-                   "0 grey, 1 red to blue, 2 rainbow with red low, 3 grey without its dark end")
-      ->check(CLI::Range(0, 3))
-      ->capture_default_str();
-  parser->add_flag("--invert", options->look.invert, "reverse the colours");
-  parser->add_option("--width", options->width, "pixels")
-      ->check(CLI::Range(300, 10000))
-      ->capture_default_str();
-  parser->add_option("--height", options->height, "pixels")
-      ->check(CLI::Range(150, 10000))
-      ->capture_default_str();
+      .add_option("--colours", options->look.colour_table,
+                  "0 grey, 1 red to blue, 2 rainbow with red low, 3 grey without its dark end")
+      .in_range(0, 3)
+      .shows_default();
+  parser.add_flag("--invert", options->look.invert, "reverse the colours");
+  parser.add_option("--width", options->width, "pixels").in_range(300, 10000).shows_default();
+  parser.add_option("--height", options->height, "pixels").in_range(150, 10000).shows_default();
   return {parser, [options] { return run_section(*options); }};
 }
 

@@ -49,15 +49,14 @@ int run_zonge(ZongeOptions& options) {
 
 }  // namespace
 
-Command add_zonge_command(CLI::App& program) {
+Command add_zonge_command(Program& program) {
   const auto options = std::make_shared<ZongeOptions>();
-  CLI::App* parser =
-      program.add_subcommand("zonge", "Writes the merged curves of a line as .avg, .mde and .stn files");
-  add_survey_argument(*parser, options->survey);
-  add_reading_options(*parser, options->reading);
-  parser->add_option("--output", options->output, "path of the .avg file; the others go beside it")
-      ->required();
-  add_overwrite_flag(*parser, "replace files that exist");
+  Parser parser =
+      program.add_command("zonge", "Writes the merged curves of a line as .avg, .mde and .stn files");
+  add_survey_argument(parser, options->survey);
+  add_reading_options(parser, options->reading);
+  parser.add_option("--output", options->output, "path of the .avg file; the others go beside it").required();
+  add_overwrite_flag(parser, "replace files that exist");
   return {parser, [options] { return run_zonge(*options); }};
 }
 

@@ -1,0 +1,137 @@
+#include "batch/options.h"
+
+#include <limits>
+#include <optional>
+
+#include <CLI/CLI.hpp>
+
+namespace Batch {
+
+Option Option::required() {
+  option_->required();
+  return *this;
+}
+
+Option Option::needs(const Option& other) {
+  option_->needs(other.option_);
+  return *this;
+}
+
+Option Option::shows_default() {
+  option_->capture_default_str();
+  return *this;
+}
+
+Option Option::may_lack_value(const std::string& value) {
+  option_->expected(0, 1)->default_str(value);
+  return *this;
+}
+
+Option Option::in_range(int lowest, int highest) {
+  option_->check(CLI::Range(lowest, highest));
+  return *this;
+}
+
+Option Option::above_zero() {
+  option_->check(CLI::Range(std::numeric_limits<float>::min(), std::numeric_limits<float>::max()));
+  return *this;
+}
+
+Option Option::one_of(const std::vector<std::string>& texts) {
+  option_->check(CLI::IsMember(texts));
+  return *this;
+}
+
+Option Option::one_of_in_any_case(const std::vector<std::string>& texts) {
+  option_->transform(CLI::IsMember(texts, CLI::ignore_case));
+  return *this;
+}
+
+Option Option::existing_directory() {
+  option_->check(CLI::ExistingDirectory);
+  return *this;
+}
+
+Option Option::checked(const std::function<std::string(const std::string&)>& fault_of) {
+  option_->check(fault_of);
+  return *this;
+}
+
+template <class Value>
+Option Parser::add_option(const std::string& name, Value& value, const std::string& help) {
+  return Option(*parser_->add_option(name, value, help));
+}
+
+template Option Parser::add_option(const std::string&, std::string&, const std::string&);
+template Option Parser::add_option(const std::string&, std::vector<std::string>&, const std::string&);
+template Option Parser::add_option(const std::string&, int&, const std::string&);
+template Option Parser::add_option(const std::string&, float&, const std::string&);
+template Option Parser::add_option(const std::string&, double&, const std::string&);
+template Option Parser::add_option(const std::string&, std::optional<int>&, const std::string&);
+template Option Parser::add_option(const std::string&, std::optional<float>&, const std::string&);
+template Option Parser::add_option(const std::string&, std::optional<double>&, const std::string&);
+
+void Parser::add_named_numbers(const std::string& name, const std::map<std::string, std::uint8_t>& numbers,
+                               const std::function<void(std::uint8_t)>& take, const std::string& default_name,
+                               const std::string& help) {
+  enum class Number : std::uint8_t {};  // the type that the help and the messages show as ENUM
+  std::map<std::string, Number> names;
+  for (const auto& [text, number] : numbers) {
+    names.emplace(text, Number{number});
+  }
+  parser_
+      ->add_option_function<Number>(
+          name, [take](const Number& number) { take(static_cast<std::uint8_t>(number)); }, help)
+      ->transform(CLI::CheckedTransformer(names))
+      ->default_str(default_name);
+}
+
+void Parser::add_flag(const std::string& name, bool& given, const std::string& help) {
+  parser_->add_flag(name, given, help);
+}
+
+void Parser::add_flag(const std::string& name, const std::function<void()>& act, const std::string& help) {
+  parser_->add_flag_callback(name, act, help);
+}
+
+void Parser::add_switch_off(const std::string& name, bool& setting, const std::string& help) {
+  parser_->add_flag_function(
+      name, [&setting](std::int64_t) { setting = false; }, help);
+}
+
+void Parser::add_switch_off(const std::string& name, std::int32_t& setting, const std::string& help) {
+  parser_->add_flag_function(
+      name, [&setting](std::int64_t) { setting = 0; }, help);
+}
+
+Parser Parser::add_alternatives(const std::string& title, const std::string& help) {
+  CLI::Option_group* group = parser_->add_option_group(title, help);
+  group->require_option(1);
+  return Parser(*group);
+}
+
+bool Parser::is_given() const { return parser_->parsed(); }
+
+Program::Program(const std::string& description, const std::string& footer, const std::string& version)
+    : app_(std::make_unique<CLI::App>(description)) {
+  app_->footer(footer);
+  app_->set_version_flag("-v,--version", version);
+  app_->require_subcommand(1);
+}
+
+Program::~Program() = default;
+
+Parser Program::add_command(const std::string& name, const std::string& help) {
+  return Parser(*app_->add_subcommand(name, help));
+}
+
+ParseResult Program::parse(int argument_count, char** arguments) {
+  try {
+    app_->parse(argument_count, arguments);
+    return ParseResult::command;
+  } catch (const CLI::ParseError& fault) {
+    return app_->exit(fault) == 0 ? ParseResult::answered : ParseResult::wrong_usage;
+  }
+}
+
+}  // namespace Batch
