@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "batch/command.h"
@@ -11,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "import/import_run.h"
+#include "platform/files/input_files.h"
 #include "platform/files/safe_files.h"
 
 namespace Batch {
@@ -54,9 +56,15 @@ bool collect_files(const ImportOptions& options, std::vector<std::string>& files
   return complete;
 }
 
+constexpr const char* report_failed = "An error occurred while writing the import report: ";
+
 int write_report(const ImportReport& report, const std::string& path) {
-  return trap_errors("An error occurred while writing the import report: ",
-                     [&] { safe_files::write_into_place(path, report.to_json()); });
+  const int status =
+      trap_errors(report_failed, [&] { safe_files::write_into_place(path, report.to_json()); });
+  if (status == 0) {
+    std::cout << "The report is written to " << path << '\n';
+  }
+  return status;
 }
 
 void print_stations(const ImportReport& report) {
@@ -167,7 +175,10 @@ int run_import_command(ImportOptions& options) {
   }
   std::vector<std::string> files;
   const bool complete = collect_files(options, files);
-  if (files.empty()) {
+  std::vector<std::filesystem::path> read(files.begin(), files.end());
+  read.emplace_back(options.survey);
+  const safe_files::InputFiles inputs(std::move(read));
+  if (files.empty() || trap_errors(report_failed, [&] { safe_files::refuse_input(options.report); }) != 0) {
     return status_failed;
   }
   const int status = with_open_survey(options.survey, [&] { return import_files(options, files); });

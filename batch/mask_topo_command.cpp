@@ -32,20 +32,25 @@ void print_summary(const MaskTopoOptions& options, const TopoMask& mask) {
   const std::int64_t masked = Module_occam::free_triangles(mask.masked);
   const int blocks = free_blocks(model, mask.masked);
   if (options.json) {
-    const nlohmann::ordered_json json{
-        {"points", mask.topo.points.station.size()},   {"datum_elevation", mask.choices.datum_elevation},
-        {"free_triangles_as_read", as_read},           {"free_triangles", masked},
-        {"parameters_as_read", model.num_free_params}, {"parameters", blocks}};
+    const nlohmann::ordered_json json{{"points", mask.topo.points.station.size()},
+                                      {"datum_elevation", mask.choices.datum_elevation},
+                                      {"free_triangles_as_read", as_read},
+                                      {"free_triangles", masked},
+                                      {"parameters_as_read", model.num_free_params},
+                                      {"parameters", blocks},
+                                      {"mesh", options.output}};
     std::cout << json.dump(2) << '\n';
     return;
   }
   std::cout << mask.topo.points.station.size() << " points, upper edge of the mesh at "
             << plain_text(mask.choices.datum_elevation) << " m\n"
+            << "The mesh is written to " << options.output << '\n'
             << masked << " free triangles of " << as_read << ", " << blocks << " parameters of "
             << model.num_free_params << ", the others fixed to " << masked_resistivity(model.mesh) << '\n';
 }
 
-int run_mask_topo(const MaskTopoOptions& options) {
+int run_mask_topo(MaskTopoOptions& options) {
+  options.output = path_from_here(options.output);
   TopoMask mask;
   if (load_locations(options.locations, mask.topo) != 0 || read_model_to_mask(options.model, mask) != 0) {
     return status_failed;

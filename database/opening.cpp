@@ -192,6 +192,10 @@ int open_database() {
   });
   if (status != 0) {
     reset_module();
+  } else {
+    const std::string& path = session().database_file;
+    open_survey().files_in_use =
+        safe_files::InputFiles({path, path + "-wal", path + "-shm", path + "-journal"});
   }
   return status;
 }

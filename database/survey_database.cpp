@@ -66,6 +66,7 @@ int close_database() {
   return trap_errors("An error occurred while closing database: ", [] {
     close_recordsets();
     open_survey().database.close();
+    open_survey().files_in_use = {};
     session().database_open = false;
   });
 }

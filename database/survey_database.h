@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/dao/database.h"
+#include "platform/files/input_files.h"
 
 namespace Module_database {
 
@@ -19,6 +20,7 @@ struct OpenSurvey {
   dao::Recordset readings;
   dao::Recordset frequency_lists;
   dao::Recordset projections;
+  safe_files::InputFiles files_in_use;  // the survey's own: no output may take their place
 };
 
 /// The open survey; its members are closed when none is open.

@@ -116,6 +116,7 @@ OccamModel read_model_file(const std::filesystem::path& run_folder, const std::s
   }
   OccamModel model = build_model(read_mesh_file(mesh_path), std::move(lines.layers), lines.binding_offset);
   model.site_node = place_sites(model, sites.site_offsets);
+  model.mesh_file = mesh_path;
   return model;
 }
 

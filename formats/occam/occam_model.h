@@ -5,6 +5,7 @@
 #pragma once
 #include <array>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "formats/occam/occam_mesh.h"
@@ -56,6 +57,7 @@ struct OccamModel {
   std::vector<OccamBlock> blocks;   // layer by layer, left to right, fixed ones included
   int num_free_params = 0;
   std::vector<std::int32_t> site_node;  // node line of each site, or no_site_node
+  std::string mesh_file;                // that the mesh was read from; empty if it was made here
 
   [[nodiscard]] int num_layers() const { return static_cast<int>(layers.size()); }
   [[nodiscard]] int num_blocks() const { return static_cast<int>(blocks.size()); }

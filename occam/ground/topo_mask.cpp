@@ -176,6 +176,7 @@ int read_model_to_mask(const std::string& path, TopoMask& mask) {
   if (read_occam_model(file.parent_path(), file.filename().string(), {}, mask.model) != 0) {
     return refuse("The specified model file is not defined properly");
   }
+  mask.model_files = safe_files::InputFiles({file, mask.model.mesh_file});
   return 0;
 }
 
@@ -188,6 +189,9 @@ int apply_topo_mask(TopoMask& mask) {
 }
 
 bool may_write_mesh(const std::string& path) {
+  if (trap_errors("", [&path] { safe_files::refuse_input(path); }) != 0) {
+    return false;
+  }
   std::error_code ignored;
   return !std::filesystem::exists(path, ignored) ||
          user_interface().ask_yes_no("The specified file already exists. Overwrite?");

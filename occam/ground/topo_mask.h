@@ -61,6 +61,7 @@ std::string masked_resistivity(const OccamMesh& mesh);
 /// A model, the ground over it, and the mesh as masked by it.
 struct TopoMask {
   OccamModel model;  // its mesh's code lines are those as read
+  safe_files::InputFiles model_files;
   Topo topo;
   MaskChoices choices;
   std::vector<CodeLines> masked;  // by the last apply_topo_mask; empty before the first one
@@ -74,7 +75,8 @@ struct TopoMask {
 /// @return 0; -1 after a message, mask.masked is then as before
 [[nodiscard]] int apply_topo_mask(TopoMask& mask);
 
-/// True if no such file exists, or the user agrees to replace it.
+/// True if no such file exists, or the user agrees to replace it. A file that the mask is made from is
+/// refused with a message.
 bool may_write_mesh(const std::string& path);
 
 /// Writes the masked mesh over an earlier file and reports how many triangles are free.

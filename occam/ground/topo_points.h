@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "numerics/gridding/cubic_spline.h"
+#include "platform/files/input_files.h"
 
 namespace Module_occam {
 
@@ -47,7 +48,8 @@ struct LocationEntries {
 struct Topo {
   TopoPoints points;  // in the order of the file
   numerics::gridding::CubicSpline
-      curve;  // through them, in the order of their stations; empty without points
+      curve;                    // through them, in the order of their stations; empty without points
+  safe_files::InputFiles file;  // that they were read from
 
   [[nodiscard]] bool empty() const { return curve.x.empty(); }
   /// Of the points, m; 0 without any.

@@ -13,6 +13,8 @@
 #include <unistd.h>
 #endif
 
+#include "platform/files/input_files.h"
+
 namespace fs = std::filesystem;
 
 namespace safe_files {
@@ -140,6 +142,7 @@ void copy_into_place(const fs::path& source, const fs::path& destination) {
 }
 
 void write_into_place(const fs::path& destination, std::string_view contents) {
+  refuse_input(destination);
   if (!only_takes_bytes(destination)) {
     write_neighbour(destination, contents);
     move_into_place(neighbour_of(destination), destination);
@@ -154,6 +157,7 @@ void write_together(const std::vector<NewFile>& files) {
       if (fs::is_directory(file.destination)) {
         fail(file.destination, "is a folder");
       }
+      refuse_input(file.destination);
       write_neighbour(file.destination, file.contents);
     }
     for (const NewFile& file : files) {

@@ -23,13 +23,16 @@ TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters
       folder_.write("line.csv", "x,y,z\n0,0,100\n10,0,100\n15,0,94\n20,0,94\n25,0,94\n30,0,94\n").empty());
   std::vector<std::string> arguments{"mask-topo", "inmodel",  "line.csv",  "--elevation-column",
                                      "3",         "--output", "masked.msh"};
+  nlohmann::json expected =
+      nlohmann::json::parse(R"({"points": 6, "datum_elevation": 100.0, "free_triangles_as_read": 48,
+                                "free_triangles": 40, "parameters_as_read": 3, "parameters": 2})");
+  expected["mesh"] = folder_.path("masked.msh");
   EXPECT_EQ(run_for_json([&] {
               auto with_json = arguments;
               with_json.emplace_back("--json");
               return with_json;
             }()),
-            nlohmann::json::parse(R"({"points": 6, "datum_elevation": 100.0, "free_triangles_as_read": 48,
-                                      "free_triangles": 40, "parameters_as_read": 3, "parameters": 2})"));
+            expected);
   const std::string rectangular = file_contents(folder_.path("masked.msh"));
   EXPECT_NE(rectangular.find("     0\r\n??00\r\n??00\r\n??00\r\n??00\r\n????\r\n"), std::string::npos)
       << rectangular;
@@ -41,6 +44,7 @@ TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters
                    {"--overwrite", "--style", "triangular", "--free-triangle", "left", "--datum", "112"});
   const Outcome done = run(arguments);
   EXPECT_EQ(done.status, 0);
+  EXPECT_NE(done.output.find("The mesh is written to " + folder_.path("masked.msh")), std::string::npos);
   EXPECT_NE(done.errors.find("Number of free parameters: 24"), std::string::npos) << done.errors;
   EXPECT_NE(file_contents(folder_.path("masked.msh"))
                 .find("     0\r\n0000\r\n0000\r\n0000\r\n0000\r\n0000\r\n????\r\n????\r\n0000\r\n????"),
@@ -51,6 +55,14 @@ TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters
   EXPECT_EQ(run({"mask-topo", "none", "line.csv", "--elevation-column", "3", "--output", "other.msh"}).errors,
             "The specified model file does not exist\n");
   EXPECT_EQ(run({"mask-topo", "inmodel", "line.csv", "--output", "o", "--style", "round"}).status, 2);
+  for (const char* input : {"inmodel", "mesh", "line.csv"}) {
+    const std::string before = file_contents(folder_.path(input));
+    const Outcome over_input = run(
+        {"mask-topo", "inmodel", "line.csv", "--elevation-column", "3", "--output", input, "--overwrite"});
+    EXPECT_EQ(over_input.status, 1) << input;
+    EXPECT_NE(over_input.errors.find(" is one of the input files"), std::string::npos) << over_input.errors;
+    EXPECT_EQ(file_contents(folder_.path(input)), before);
+  }
 }
 
 }  // namespace
