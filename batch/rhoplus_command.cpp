@@ -6,6 +6,7 @@
 #include "batch/command.h"
 #include "batch/reading_option.h"
 #include "batch/rhoplus_option.h"
+#include "core/user_interface.h"
 #include "output/rhoplus.h"
 
 namespace Batch {
@@ -22,14 +23,13 @@ int write_line(const RhoplusOptions& options) {
   Module_output::RhoplusCounts counts;
   const int status =
       Module_output::output_rhoplus(options.reading, options.directory, options.settings, {}, counts);
-  if (status == 0 && report_stop("Stopped; the batch file holds the stations written so far")) {
-    return -1;
+  if (status == 0 && counts.stopped) {
+    user_interface().show_message("Stopped; the batch file holds the stations written so far");
   }
   if (status == 0) {
-    std::cout << counts.stations << " control files with " << counts.rows << " rows written to "
-              << options.directory << '\n';
+    std::cout << Module_output::rhoplus_summary(counts, options.settings, options.directory) << '\n';
   }
-  return status;
+  return counts.stopped ? -1 : status;
 }
 
 int run_rhoplus(RhoplusOptions& options) {

@@ -1,5 +1,4 @@
 // brenlox_batch zonge: the merged curves of a line as a Zonge AVG data set.
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -7,6 +6,8 @@
 #include "batch/reading_option.h"
 #include "core/user_interface.h"
 #include "output/zonge.h"
+#include "output/zonge_files.h"
+#include "platform/files/input_files.h"
 
 namespace Batch {
 namespace {
@@ -17,31 +18,23 @@ struct ZongeOptions {
   std::string output;
 };
 
-/// @return true if none of the three files exists, or they may be replaced
-bool may_write(const ZongeOptions& options) {
-  for (const char* extension : {".avg", ".mde", ".stn"}) {
-    if (std::filesystem::exists(std::filesystem::path(options.output).replace_extension(extension))) {
-      return user_interface().ask_yes_no("The specified file already exists, overwrite?");
-    }
-  }
-  return true;
-}
-
 int write_line(const ZongeOptions& options) {
   int rows = 0;
   if (Module_output::output_zonge(options.reading, options.output, {}, rows) != 0) {
     return -1;
   }
-  if (report_stop("Stopped; nothing was written")) {
+  if (rows == Module_output::nothing_written) {
+    user_interface().show_message("Stopped; nothing was written");
     return -1;
   }
-  std::cout << rows << " rows written to " << options.output << '\n';
+  std::cout << Module_output::zonge_summary(rows, Module_output::zonge_paths(options.output)) << '\n';
   return 0;
 }
 
 int run_zonge(ZongeOptions& options) {
   options.output = path_from_here(options.output);
-  if (!may_write(options)) {
+  const safe_files::InputFiles inputs({options.survey});
+  if (!may_write_zonge(Module_output::zonge_paths(options.output))) {
     return status_failed;
   }
   return with_open_survey(options.survey, [&] { return write_line(options); });
@@ -55,7 +48,10 @@ Command add_zonge_command(Program& program) {
       program.add_command("zonge", "Writes the merged curves of a line as .avg, .mde and .stn files");
   add_survey_argument(parser, options->survey);
   add_reading_options(parser, options->reading);
-  parser.add_option("--output", options->output, "path of the .avg file; the others go beside it").required();
+  parser
+      .add_option("--output", options->output,
+                  "path of the .avg file, .avg is added; the others go beside it")
+      .required();
   add_overwrite_flag(parser, "replace files that exist");
   return {parser, [options] { return run_zonge(*options); }};
 }

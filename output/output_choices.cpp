@@ -7,12 +7,15 @@
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "output/rhoplus.h"
+#include "output/zonge_files.h"
 
 namespace Module_output {
 
 using Module_database::LineSelection;
 
 namespace {
+
+const std::string output_completed = "Data output completed. ";
 
 // Asks for the file to write. Empty if the user cancels.
 std::string ask_for_file(const LineSelection& selection, const std::string& folder) {
@@ -22,13 +25,8 @@ std::string ask_for_file(const LineSelection& selection, const std::string& fold
   request.default_extension = "*.avg";
   request.directory = folder;
   request.suggested_name = zonge_file_name(selection);
-  std::string path = user_interface().select_file_to_create(request);
-  std::error_code ignored;
-  if (!path.empty() && std::filesystem::exists(path, ignored) &&
-      !user_interface().ask_yes_no("The specified file already exists, overwrite?")) {
-    path.clear();
-  }
-  return path;
+  const std::string path = user_interface().select_file_to_create(request);
+  return !path.empty() && may_write_zonge(zonge_paths(path)) ? path : std::string();
 }
 
 const char* missing_choice(const OutputChoices& choices) {
@@ -101,7 +99,8 @@ int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
   if (output_rhoplus(selection, folder.string(), settings, show_row_count, counts) != 0) {
     return -1;
   }
-  user_interface().show_message("Data output completed");
+  user_interface().show_message((counts.stopped ? "Stopped. " : output_completed) +
+                                rhoplus_summary(counts, settings, folder.string()));
   return 0;
 }
 
@@ -118,15 +117,21 @@ int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
   if (path.empty()) {
     return 0;
   }
-  int row_count = 0;
+  int row_count = nothing_written;
+  int status = -1;
   {
     const BusyPointer busy;
-    if (output_zonge(selection, path, show_row_count, row_count) != 0) {
-      return -1;
-    }
+    status = output_zonge(selection, path, show_row_count, row_count);
   }
-  user_interface().show_message("Data output completed");
-  return 0;
+  const bool written = status == 0 && row_count != nothing_written;
+  if (!written && show_row_count) {
+    show_row_count(0);  // rows of a set that came to nothing
+  }
+  if (status == 0) {
+    user_interface().show_message(written ? output_completed + zonge_summary(row_count, zonge_paths(path))
+                                          : "Stopped; nothing was written");
+  }
+  return status;
 }
 
 }  // namespace Module_output

@@ -28,15 +28,16 @@ struct OutputChoices {
 };
 
 /// Writes the chosen line as Rho+ control files with a batch file, of the data type of the session's
-/// selection, into the chosen folder or, if `sub_folder` is not blank, into that folder of it. The settings
-/// are checked first.
-/// @return 0 after the message that it is done; -1 after a message that names what is missing or failed
+/// selection, into the chosen folder or, if `sub_folder` is not blank, into that folder of it, or where a
+/// whole path in it leads. The settings are checked first.
+/// @return 0 after a message what was written, also by the time of a stop; -1 after a message that names what
+/// is missing or failed
 [[nodiscard]] int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
                                        const RhoplusSettings& settings, const std::string& sub_folder,
                                        const std::function<void(int)>& show_row_count);
 
 /// Writes the chosen line as a Zonge set, of the data type of the session's selection. Asks for the file.
-/// @return 0 after the message that it is done, or without one if the user cancelled; -1 after a message that
+/// @return 0 after a message what was written, or without one if the user cancelled; -1 after a message that
 /// names what is missing or failed
 [[nodiscard]] int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
                                      const std::function<void(int)>& show_row_count);

@@ -49,8 +49,11 @@ int write_stations(const LineSelection& selection, const std::vector<double>& st
     }
     return 0;
   });
+  counts.stopped = outcome == Outcome::stopped;
   return outcome == Outcome::failed ? -1 : 0;
 }
+
+std::string batch_file_name(const RhoplusSettings& settings) { return settings.root_name + "_run.bat"; }
 
 /// After a failure that has been reported. What kept a station's file from being written mostly affects this
 /// one, too; there is no second message.
@@ -93,6 +96,14 @@ int write_rhoplus_file(const std::string& path, const ReadingKey& key, const Fre
   });
 }
 
+std::string rhoplus_summary(const RhoplusCounts& counts, const RhoplusSettings& settings,
+                            const std::string& folder) {
+  return plain_text(counts.stations) +
+         (counts.stations == 1 ? " control file with " : " control files with ") + plain_text(counts.rows) +
+         (counts.rows == 1 ? " row" : " rows") + " written to " + folder + ", with " +
+         batch_file_name(settings);
+}
+
 int output_rhoplus(const LineSelection& selection, const std::string& folder, const RhoplusSettings& settings,
                    const std::function<void(int)>& show_row_count, RhoplusCounts& counts) {
   counts = {};
@@ -112,7 +123,7 @@ int output_rhoplus(const LineSelection& selection, const std::string& folder, co
     const int status =
         write_stations(selection, stations, *frequencies, folder, settings, show_row_count, batch, counts);
     // Also after a failure: it runs the stations whose files are written.
-    const fs::path batch_file = fs::path(folder) / (settings.root_name + "_run.bat");
+    const fs::path batch_file = fs::path(folder) / batch_file_name(settings);
     if (status != 0) {
       write_batch_file_quietly(batch_file, batch);
     } else {

@@ -25,7 +25,12 @@ std::vector<double> rhoplus_stations(const Module_database::LineSelection& selec
 struct RhoplusCounts {
   int stations = 0;  // control files written
   int rows = 0;      // data rows in them
+  bool stopped = false;
 };
+
+/// "12 control files with 300 rows written to /surveys/rho, with tmd_run.bat"
+std::string rhoplus_summary(const RhoplusCounts& counts, const RhoplusSettings& settings,
+                            const std::string& folder);
 
 /// Writes a control file for each station of a line that has resistivities, and root + "_run.bat", which runs
 /// Rho+ on each of them. The folder is created if it is missing. The user can stop it between stations; the

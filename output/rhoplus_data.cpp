@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/absent_value.h"
+#include "core/frequency_text.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 
@@ -49,9 +50,16 @@ Datum phase_at(const Curve& curve, std::size_t position, const RhoplusSettings& 
   return phi;
 }
 
+std::string frequency_field(float frequency) {
+  constexpr int least_decimals = 4;
+  constexpr double parts = 1e4;
+  constexpr std::size_t width = 10;
+  return pad_field(frequency_text(frequency, least_decimals, parts, width), width);
+}
+
 std::string data_line(float frequency, const Datum& rho, const Datum& phi) {
   const auto flag = [](bool used) { return used ? " 1" : " 0"; };
-  return pad_field(format_number(frequency, "0.0000"), 10) + pad_field(format_number(rho.value, "0.00"), 12) +
+  return frequency_field(frequency) + pad_field(format_number(rho.value, "0.00"), 12) +
          pad_field(format_number(rho.error, "0.00"), 10) + pad_field(format_number(phi.value, "0.00"), 10) +
          pad_field(format_number(phi.error, "0.00"), 10) + flag(rho.used) + flag(phi.used) + "\r\n";
 }
@@ -94,7 +102,7 @@ RhoplusTables rhoplus_tables(const StoredReading& merged, const Frequencies& fre
       tables.index.frequency_position.push_back(listed);
       resistivity_is_used = resistivity_is_used || rho.used;
     }
-    tables.frequency_lines += pad_field(format_number(frequency, "0.0000"), 10) + " rho  phi\r\n";
+    tables.frequency_lines += frequency_field(frequency) + " rho  phi\r\n";
   }
   return resistivity_is_used ? tables : RhoplusTables{};
 }

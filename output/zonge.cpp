@@ -1,6 +1,5 @@
 #include "output/zonge.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "formats/zonge/zonge_text.h"
+#include "output/zonge_files.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
@@ -116,20 +116,13 @@ Outcome add_stations(const LineSelection& selection, const std::vector<double>& 
   });
 }
 
-void write_files(ZongeFiles files, const std::string& root) {
-  safe_files::write_together({{root + ".mde", std::move(files.mde)},
-                              {root + ".avg", std::move(files.avg)},
-                              {root + ".stn", std::move(files.stn)}});
+void write_files(ZongeFiles files, const ZongePaths& paths) {
+  safe_files::write_together({{paths.mde, std::move(files.mde)},
+                              {paths.avg, std::move(files.avg)},
+                              {paths.stn, std::move(files.stn)}});
 }
 
 }  // namespace
-
-std::string zonge_file_name(const LineSelection& selection) {
-  std::string name = selection.line + "_" + format_number(selection.reference_type, "0") + ".avg";
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return c == '/' || c == '\\' || c == ':'; }, '_');
-  return name;
-}
 
 int output_zonge(const LineSelection& selection, const std::string& avg_path,
                  const std::function<void(int)>& show_row_count, int& row_count,
@@ -154,8 +147,10 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
     int rows = 0;
     const Outcome outcome = add_stations(selection, stations, *frequencies, show_row_count, files, rows);
     if (outcome == Outcome::finished) {
-      write_files(std::move(files), Module_util::strip_extension(avg_path));
+      write_files(std::move(files), zonge_paths(avg_path));
       row_count = rows;
+    } else if (outcome == Outcome::stopped) {
+      row_count = nothing_written;
     }
     return outcome == Outcome::failed ? -1 : 0;
   });

@@ -11,16 +11,15 @@
 
 namespace Module_output {
 
-/// The file name offered for a selection: "200E_0.avg". Characters of the line that would lead to another
-/// folder become "_".
-std::string zonge_file_name(const Module_database::LineSelection& selection);
+/// The row count after a stop.
+inline constexpr int nothing_written = -1;
 
-/// Writes the three files of a line; `avg_path` is the path of the ".avg" file, the others take its root. All
+/// Writes the three files of a line; their names come from `avg_path` (zonge_paths). All
 /// three are written beside their places first, so that a failure leaves earlier files whole. Frequencies
 /// that are switched off for the reference type, and points with resistivity or phase masked, are left out.
-/// The user can stop it between stations; nothing is written then, and the row count is 0.
+/// The user can stop it between stations; nothing is written then.
 /// @param show_row_count gets the running number of data rows after each station; may be empty
-/// @param row_count rows written to the ".avg" file
+/// @param row_count rows written to the ".avg" file, or nothing_written
 /// @param date for the head of the ".avg" file
 /// @return 0, or -1 after a message ("There is no data for the specified line and data type", or the failure)
 [[nodiscard]] int output_zonge(const Module_database::LineSelection& selection, const std::string& avg_path,

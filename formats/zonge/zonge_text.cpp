@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/frequency_text.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 
@@ -22,14 +23,11 @@ std::string lines(std::initializer_list<std::string> texts) {
   return result;
 }
 
-std::string_view frequency_picture(float frequency) {
-  if (frequency < 10.0F) {
-    return "0.000";
-  }
-  if (frequency < 100.0F) {
-    return "0.00";
-  }
-  return frequency < 1000.0F ? "0.0" : "0";
+std::string frequency_field(float frequency) {
+  constexpr double parts = 1000.0;  // of a frequency: readers match stations and frequencies by these texts
+  constexpr std::size_t width = 11;
+  const int decimals = frequency < 10.0F ? 3 : frequency < 100.0F ? 2 : frequency < 1000.0F ? 1 : 0;
+  return pad_field(frequency_text(frequency, decimals, parts, width), width);
 }
 
 std::string date_text(std::chrono::year_month_day date) {
@@ -83,8 +81,7 @@ std::string avg_head(const ZongeLine& line) {
 }
 
 std::string avg_row(double station, float frequency, float resistivity, float phase) {
-  return lines({" 2" + pad_field(plain_text(station), 10) +
-                pad_field(format_number(frequency, frequency_picture(frequency)), 11) + " " +
+  return lines({" 2" + pad_field(plain_text(station), 10) + frequency_field(frequency) + " " +
                 pad_field(format_number(resistivity, "0.00000E+0"), 13) + " " +
                 pad_field(format_number(phase, "0.0"), 10)});
 }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_output;
@@ -52,24 +53,63 @@ TEST_F(SurveyTest, A_chosen_line_is_written_only_over_a_file_that_may_go) {
   add_file_row("200E", 100.0, 50.0F);
   OutputLists lists;
   ASSERT_EQ(read_output_lists(lists), 0);
+  session().current_data_type = "ExHy";
   const OutputChoices choices{0, 0, 0, folder.folder().string()};
 
   EXPECT_EQ(write_chosen_zonge(lists, choices, {}), 0);  // cancelled
   EXPECT_TRUE(interface.take_messages().empty());
   ASSERT_EQ(interface->file_dialogs.size(), 1U);
-  EXPECT_EQ(interface->file_dialogs[0].suggested_name, "200E_0.avg");
+  EXPECT_EQ(interface->file_dialogs[0].suggested_name, "200E_0_ExHy.avg");
   EXPECT_EQ(interface->file_dialogs[0].title, "Enter Name Output Data File");
 
   const std::string path = folder.write("line.avg", "earlier");
   interface->path_answers = {path};
   EXPECT_EQ(write_chosen_zonge(lists, choices, {}), 0);  // No to overwriting
-  EXPECT_EQ(interface->questions, Texts{"The specified file already exists, overwrite?"});
+  EXPECT_EQ(interface->questions, Texts{"The specified file already exists, overwrite? line.avg is in " +
+                                        folder.folder().string()});
   EXPECT_EQ(file_contents(path), "earlier");
 
   interface->path_answers = {path};
   interface->yes_no_answers = {true};
   EXPECT_EQ(write_chosen_zonge(lists, choices, {}), 0);
-  EXPECT_EQ(interface.take_messages(), Texts{"Data output completed"});
+  EXPECT_EQ(interface.take_messages(),
+            Texts{"Data output completed. 0 rows written to " + path + ", with line.mde and line.stn"});
   EXPECT_NE(file_contents(path), "earlier");
   EXPECT_TRUE(std::filesystem::exists(folder.path("line.mde")));
+}
+
+TEST_F(SurveyTest, After_a_stop_the_panel_says_what_is_written) {
+  new_survey();
+  for (const double station : {100.0, 200.0, 300.0}) {
+    add_file_row("200E", station, 50.0F);
+    made::store(made::key(0.0F, station), 0, made::reading({{10.0F, 50.0F, 45.0F}}), 2, -1);
+  }
+  OutputLists lists;
+  ASSERT_EQ(read_output_lists(lists), 0);
+  session().current_data_type = "ExHy";
+  const OutputChoices choices{0, 0, 0, folder.path("chosen")};
+  std::vector<int> shown;
+  const auto show = [&](int rows) { shown.push_back(rows); };
+  int asked = 0;
+  interface->stop = [&] { return ++asked == 3; };  // before the third station
+
+  interface->path_answers = {folder.path("line.avg")};
+  EXPECT_EQ(write_chosen_zonge(lists, choices, show), 0);
+  EXPECT_EQ(interface.take_messages(), Texts{"Stopped; nothing was written"});
+  EXPECT_EQ(shown, (std::vector<int>{0, 1, 2, 0}));
+  EXPECT_FALSE(std::filesystem::exists(folder.path("line.avg")));
+
+  asked = 0;
+  shown.clear();
+  EXPECT_EQ(write_chosen_rhoplus(lists, choices, {}, "sub", show), 0);
+  EXPECT_EQ(interface.take_messages(), Texts{"Stopped. 2 control files with 2 rows written to " +
+                                             folder.path("chosen/sub") + ", with tmd_run.bat"});
+  EXPECT_EQ(shown.back(), 2);
+  EXPECT_FALSE(std::filesystem::exists(folder.path("chosen/sub/tmd_300.dat")));
+
+  EXPECT_EQ(write_chosen_rhoplus(lists, choices, {}, " " + folder.path("elsewhere") + " ", show), 0);
+  EXPECT_EQ(interface.take_messages(),
+            Texts{"Data output completed. 3 control files with 3 rows written to " +
+                  folder.path("elsewhere") + ", with tmd_run.bat"});
+  EXPECT_TRUE(std::filesystem::exists(folder.path("elsewhere/tmd_300.dat")));
 }

@@ -87,6 +87,18 @@ TEST_F(Rhoplus, Files_of_a_line_to_the_byte) {
   EXPECT_EQ(shown, (std::vector<int>{3, 4, 4}));
 }
 
+TEST_F(Rhoplus, Long_periods_keep_their_frequency) {
+  const RhoplusTables rows = tables(merged({{0.0000305176F, 50.0F, 45.0F},
+                                            {0.00012207F, 50.0F, 45.0F},
+                                            {0.0009765625F, 50.0F, 45.0F},
+                                            {0.0078F, 50.0F, 45.0F},
+                                            {0.3333333F, 50.0F, 45.0F}}));
+  const std::string rest = "       50.00      5.00     45.00      3.00 1 1\r\n";
+  EXPECT_EQ(rows.data_lines, "0.00003052" + rest + "0.00012207" + rest + " 0.0009766" + rest + "    0.0078" +
+                                 rest + "    0.3333" + rest);
+  EXPECT_EQ(rows.frequency_lines.substr(0, 32), "0.00003052 rho  phi\r\n0.00012207 ");
+}
+
 TEST_F(Rhoplus, Errors_are_raised_to_the_floors) {
   struct Case {
     const char* name;
@@ -204,7 +216,8 @@ TEST_F(Rhoplus, The_panel_asks_for_what_is_missing_in_its_order) {
   EXPECT_FALSE(fs::exists(folder.path("out")));
   settings.resistivity_scale = 1.0F;
   EXPECT_EQ(write_chosen_rhoplus(lists, all, settings, " line 200E ", {}), 0);
-  EXPECT_EQ(interface.take_messages(), Texts{"Data output completed"});
+  EXPECT_EQ(interface.take_messages(), Texts{"Data output completed. 1 control file with 1 row written to " +
+                                             folder.path("out/line 200E") + ", with run_run.bat"});
   EXPECT_NE(contents("out/line 200E/run_100.dat").find("surface con\r\n"), std::string::npos);
 }
 

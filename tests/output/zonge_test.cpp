@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "core/text_fields.h"
 #include "formats/zonge/zonge_text.h"
+#include "output/zonge_files.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 
@@ -138,7 +140,7 @@ TEST_F(Zonge, Earlier_files_survive_what_goes_wrong) {
   const auto run = [&](const Module_database::LineSelection& what) {
     int rows = -1;
     const int status = output_zonge(what, avg, {}, rows, date);
-    EXPECT_EQ(rows, 0);
+    EXPECT_EQ(rows, status == 0 ? nothing_written : 0);
     EXPECT_EQ(file_contents(avg), "earlier");
     EXPECT_FALSE(fs::exists(folder.path("out.mde")));
     return status;
@@ -181,9 +183,55 @@ TEST(Zonge_text, Odd_lines_and_stations) {
   EXPECT_EQ(stn_head("E"), "/line \r\n");
   EXPECT_EQ(stn_head(""), "/line \r\n");
   EXPECT_EQ(stn_head("12\xC3\x96"), "/line 12\r\n");
-  EXPECT_EQ(avg_row(-12.5, 0.0004F, 2.0F, -0.04F), " 2     -12.5      0.000    2.00000E+0        0.0\r\n");
+  EXPECT_EQ(avg_row(-12.5, 1e-12F, 2.0F, -0.04F), " 2     -12.50.000000000    2.00000E+0        0.0\r\n");
   EXPECT_EQ(avg_row(12345678901.0, 1e12F, 2.0F, 45.0F),
             " 2123456789010000000000    2.00000E+0       45.0\r\n");
-  EXPECT_EQ(zonge_file_name({"200E", 2, "ExHy", 50.0F}), "200E_2.avg");
-  EXPECT_EQ(zonge_file_name({"2/0:0E", 0, "ExHy", 50.0F}), "2_0_0E_0.avg");
+}
+
+TEST(Zonge_text, Frequencies_are_told_apart) {
+  struct Case {
+    float frequency;
+    const char* text;
+  };
+  const Case cases[] = {{9.999F, "9.999"},          {0.125F, "0.125"},          {0.0625F, "0.0625"},
+                        {0.0123F, "0.0123"},        {0.00061F, "0.00061"},      {0.000610352F, "0.00061"},
+                        {0.00012207F, "0.000122"},  {0.00011719F, "0.0001172"}, {1.234e-6F, "0.000001234"},
+                        {1.234e-8F, "0.000000012"}, {10.04F, "10.04"},          {100.04F, "100.0"},
+                        {1000.4F, "1000"}};
+  for (const Case& c : cases) {
+    const std::string row = avg_row(100.0, c.frequency, 2.0F, 45.0F);
+    EXPECT_EQ(row.substr(0, 12), " 2       100");
+    EXPECT_EQ(trimmed(row.substr(12, 11)), c.text);
+    EXPECT_EQ(row.substr(23), "    2.00000E+0       45.0\r\n");
+  }
+}
+
+TEST_F(SurveyTest, A_zonge_set_has_the_name_that_was_typed) {
+  EXPECT_EQ(zonge_file_name({"200E", 2, "ExHy", 50.0F}), "200E_2_ExHy.avg");
+  EXPECT_EQ(zonge_file_name({"2/0:0E", 0, "EyHx", 50.0F}), "2_0_0E_0_EyHx.avg");
+  EXPECT_EQ(zonge_paths("/a.b/line").avg, "/a.b/line.avg");
+  EXPECT_EQ(zonge_paths("line.v2").avg, "line.v2.avg");
+  EXPECT_EQ(zonge_paths("line.v2").stn, "line.v2.stn");
+  EXPECT_EQ(zonge_paths("survey.mdb").mde, "survey.mdb.mde");
+  for (const char* name : {"line.avg", "line.AVG", "line.mde", "line.Stn"}) {
+    EXPECT_EQ(zonge_paths(name).avg, "line.avg") << name;
+  }
+
+  const ZongePaths files = zonge_paths(folder.path("line"));
+  EXPECT_TRUE(may_write_zonge(files));
+  (void)folder.write("line.stn", "earlier");
+  EXPECT_FALSE(may_write_zonge(files));
+  (void)folder.write("line.avg", "earlier");
+  interface->yes_no_answers = {true};
+  EXPECT_TRUE(may_write_zonge(files));
+  const std::string asked = "The specified file already exists, overwrite? ";
+  const std::string place = " in " + folder.folder().string();
+  EXPECT_EQ(interface->questions, (std::vector<std::string>{asked + "line.stn is" + place,
+                                                            asked + "line.avg and line.stn are" + place}));
+
+  new_survey("survey.mdb.avg");
+  EXPECT_FALSE(may_write_zonge(zonge_paths(folder.path("survey.mdb"))));
+  EXPECT_EQ(interface.take_messages(),
+            std::vector<std::string>{folder.path("survey.mdb.avg") +
+                                     " is one of the input files and is not written over"});
 }
