@@ -74,15 +74,15 @@ template Option Parser::add_option(const std::string&, std::optional<double>&, c
 void Parser::add_named_numbers(const std::string& name, const std::map<std::string, std::uint8_t>& numbers,
                                const std::function<void(std::uint8_t)>& take, const std::string& default_name,
                                const std::string& help) {
-  enum class Number : std::uint8_t {};  // the type that the help and the messages show as ENUM
-  std::map<std::string, Number> names;
+  // The library only sees names: it would print the numbers, which are bytes, as characters.
+  std::vector<std::string> names;
   for (const auto& [text, number] : numbers) {
-    names.emplace(text, Number{number});
+    names.push_back(text);
   }
   parser_
-      ->add_option_function<Number>(
-          name, [take](const Number& number) { take(static_cast<std::uint8_t>(number)); }, help)
-      ->transform(CLI::CheckedTransformer(names))
+      ->add_option_function<std::string>(
+          name, [numbers, take](const std::string& given) { take(numbers.at(given)); }, help)
+      ->check(CLI::IsMember(names))
       ->default_str(default_name);
 }
 
@@ -96,12 +96,12 @@ void Parser::add_flag(const std::string& name, const std::function<void()>& act,
 
 void Parser::add_switch_off(const std::string& name, bool& setting, const std::string& help) {
   parser_->add_flag_function(
-      name, [&setting](std::int64_t) { setting = false; }, help);
+      name, [&setting](std::int64_t times) { setting = setting && times <= 0; }, help);
 }
 
 void Parser::add_switch_off(const std::string& name, std::int32_t& setting, const std::string& help) {
   parser_->add_flag_function(
-      name, [&setting](std::int64_t) { setting = 0; }, help);
+      name, [&setting](std::int64_t times) { setting = times > 0 ? 0 : setting; }, help);
 }
 
 Parser Parser::add_alternatives(const std::string& title, const std::string& help) {

@@ -77,7 +77,8 @@ class Parser {
   void add_flag(const std::string& name, bool& given, const std::string& help);
   void add_flag(const std::string& name, const std::function<void()>& act, const std::string& help);
 
-  // A flag that turns off a setting that is on by default: sets it to false or 0.
+  // A flag that turns off a setting that is on by default: sets it to false or 0; "=false" leaves it as it
+  // is.
   void add_switch_off(const std::string& name, bool& setting, const std::string& help);
   void add_switch_off(const std::string& name, std::int32_t& setting, const std::string& help);
 
