@@ -342,9 +342,10 @@ void Form_main::survey_changed() {
 
 void Form_main::write_line_document() {
   const std::string path = Module_Brenlox::ask_for_line_document();
-  if (!path.empty()) {
-    // A failure has been reported; the selection is as before.
-    static_cast<void>(Module_display_data::write_line_document(path));
+  // After a failure, which has been reported, the selection is as before.
+  if (!path.empty() &&
+      Module_display_data::write_line_document(path) == Module_averaged_data::Outcome::finished) {
+    user_interface().show_message("The graphs of line " + session().current_line + " are written to " + path);
   }
 }
 

@@ -112,6 +112,7 @@ int invert_line(const InvertOptions& options) {
     std::cout << results.dump(2) << '\n';
   } else if (!options.json_path.empty()) {
     safe_files::write_into_place(options.json_path, results.dump(2) + '\n');
+    user_interface().show_message("The results are written to " + options.json_path);
   }
   return status;
 }

@@ -1,5 +1,6 @@
 // brenlox_batch new: creates an empty survey.
 #include <filesystem>
+#include <iostream>
 #include <memory>
 
 #include "batch/command.h"
@@ -61,7 +62,11 @@ int run_new(const std::string& survey) {
     }
     return replace(survey);
   });
-  return result == 0 ? status_done : status_failed;
+  if (result != 0) {
+    return status_failed;
+  }
+  std::cout << "An empty survey is written to " << path_from_here(survey) << '\n';
+  return status_done;
 }
 
 }  // namespace

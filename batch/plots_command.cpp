@@ -50,10 +50,14 @@ int select(const PlotsOptions& options) {
 }
 
 int write_plots(const PlotsOptions& options) {
-  if (select(options) != 0 || write_line_document(options.output) != 0) {
+  if (select(options) != 0) {
     return -1;
   }
-  if (report_stop("Stopped; nothing was written")) {
+  const Module_averaged_data::Outcome outcome = write_line_document(options.output);
+  if (outcome == Module_averaged_data::Outcome::stopped) {
+    user_interface().show_message("Stopped; nothing was written");
+  }
+  if (outcome != Module_averaged_data::Outcome::finished) {
     return -1;
   }
   std::cout << "The graphs of line " << options.line << " are written to " << options.output << '\n';

@@ -82,21 +82,22 @@ void add_station(graph::PdfPages& pages) {
 
 }  // namespace
 
-int write_line_document(const std::string& path) {
+Outcome write_line_document(const std::string& path) {
   const std::int32_t selected = session().current_station_index;
   const std::string scan_rate = plain_text(session().current_scan_rate);
   const ScopeGuard reselect([&] {
     static_cast<void>(display_station(selected, {}));
     static_cast<void>(choose_scan_rate(scan_rate));
   });
-  return trap_errors("An error occurred while writing the graphs: ", [&] {
+  Outcome outcome = Outcome::failed;
+  const int status = trap_errors("An error occurred while writing the graphs: ", [&] {
     const BusyPointer busy;
     graph::PdfPages pages(text_of(path), text_of(selection_text()));
     add_profile(pages);
     const std::int32_t first = first_station_of_current_line();
     const std::int32_t count = session().stations_in_line;
     Module_averaged_data::WorkProgress progress("Drawing the stations", static_cast<std::size_t>(count));
-    const Outcome outcome = Module_averaged_data::each_item(progress, [&](std::size_t place) {
+    outcome = Module_averaged_data::each_item(progress, [&](std::size_t place) {
       require(display_station(first + static_cast<std::int32_t>(place), {}));
       add_station(pages);
       return 0;
@@ -105,6 +106,7 @@ int write_line_document(const std::string& path) {
       pages.finish();
     }
   });
+  return status == 0 ? outcome : Outcome::failed;
 }
 
 }  // namespace Module_display_data

@@ -47,6 +47,8 @@ std::string ask_path(const FileDialogRequest& request) {
   return path;
 }
 
+void tell_path(const std::string& path) { user_interface().show_message("The graph is written to " + path); }
+
 }  // namespace
 
 int save_png(QCustomPlot& plot, const std::string& path, QSize size, double scale) {
@@ -83,8 +85,8 @@ void ask_and_save_png(QCustomPlot& plot) {
                                      .default_extension = "*.png",
                                      .directory = {},
                                      .suggested_name = "graph.png"});
-  if (!path.empty()) {
-    static_cast<void>(save_png(plot, path, plot.size(), picture_scale));  // the user has seen a failure
+  if (!path.empty() && save_png(plot, path, plot.size(), picture_scale) == 0) {
+    tell_path(path);
   }
 }
 
@@ -94,8 +96,8 @@ void ask_and_save_pdf(QCustomPlot& plot) {
                                      .default_extension = "*.pdf",
                                      .directory = {},
                                      .suggested_name = "graph.pdf"});
-  if (!path.empty()) {
-    static_cast<void>(save_pdf(plot, path, plot.size()));
+  if (!path.empty() && save_pdf(plot, path, plot.size()) == 0) {
+    tell_path(path);
   }
 }
 
