@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "core/debug_log.h"
 #include "core/number_text.h"
@@ -18,6 +19,8 @@ using numerics::geodesy::CoordinateSystemValues;
 
 constexpr std::string_view application = "Marrowgate";
 constexpr std::string_view section = "Projection";
+constexpr std::string_view list_section = "Projection list";  // every key of the other one is a definition
+constexpr std::string_view emptied_key = "Emptied";
 
 std::string key_of(std::string_view name) { return std::string(trimmed(name)); }
 
@@ -30,6 +33,20 @@ void add_sorted(CoordSystems& coord_systems, const CoordSystem& definition) {
   const auto place = std::ranges::find_if(
       coord_systems, [&](const CoordSystem& listed) { return upper_case(listed.name) > name; });
   coord_systems.insert(place, definition);
+}
+
+/// Brings the store back to an earlier list, after a failure that has been reported.
+void store_again(const CoordSystems& earlier) {
+  try {
+    for (const std::string& key : settings_store().keys(application, section)) {
+      if (std::ranges::none_of(earlier, [&](const CoordSystem& listed) { return listed.name == key; })) {
+        forget_definition(key);
+      }
+    }
+    std::ranges::for_each(earlier, write_to_store);
+    static_cast<void>(settings_store().flush(application));
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch)
+  }
 }
 
 template <class Test>
@@ -74,7 +91,20 @@ int save_coord_system_definitions(const CoordSystems& coord_systems, int index) 
     } else {
       std::ranges::for_each(coord_systems, write_to_store);
     }
+    if (!settings_store().flush(application)) {
+      throw std::runtime_error("the user's settings can't be written");
+    }
   });
+}
+
+int change_stored_list(CoordSystems& coord_systems, const std::function<int()>& change) {
+  CoordSystems earlier = coord_systems;
+  if (change() == 0 && save_coord_system_definitions(coord_systems, 0) == 0) {
+    return 0;
+  }
+  coord_systems = std::move(earlier);
+  store_again(coord_systems);
+  return -1;
 }
 
 int add_coord_definitions_to_list(CoordSystems& coord_systems, const CoordSystem& definition) {
@@ -112,7 +142,12 @@ void clear_definitions(CoordSystems& coord_systems) {
     forget_definition(key);
   }
   coord_systems.clear();
+  note_emptied_list();
 }
+
+void note_emptied_list() { settings_store().set_value(application, list_section, emptied_key, "1"); }
+
+bool list_was_emptied() { return settings_store().value(application, list_section, emptied_key, "0") == "1"; }
 
 int find_definition(const CoordSystems& coord_systems, std::string_view name) {
   const std::string wanted = name_part(name);

@@ -2,6 +2,7 @@
 //
 // No name and no set of values is in the list twice. Indices count from 1, as lists do; 0 is none.
 #pragma once
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +24,12 @@ using CoordSystems = std::vector<CoordSystem>;
 /// @return 0, or -1 after a message
 [[nodiscard]] int save_coord_system_definitions(const CoordSystems& coord_systems, int index);
 
+/// Changes the list and stores all of it. What can't be stored joins no list: after a failure list and store
+/// are as before.
+/// @param change  0, or -1 after a message
+/// @return 0, or -1 after a message
+[[nodiscard]] int change_stored_list(CoordSystems& coord_systems, const std::function<int()>& change);
+
 /// Adds a definition to the list. It replaces those with its name (in any case of letters) or its values;
 /// what was listed under another name loses its key in the store. The definition itself isn't stored. One
 /// without a name is left out.
@@ -32,8 +39,12 @@ using CoordSystems = std::vector<CoordSystem>;
 /// Deletes a definition's key from the store.
 void forget_definition(std::string_view name);
 
-/// Empties the list and deletes every key of the store's section.
+/// Empties the list and deletes every key of the store's section; list_was_emptied from then on.
 void clear_definitions(CoordSystems& coord_systems);
+
+/// Remembers that the user wants an empty list to stay empty: the default file doesn't fill it again.
+void note_emptied_list();
+bool list_was_emptied();
 
 /// The definition whose name proper is that of `name`, in any case of letters; 0 if there is none.
 int find_definition(const CoordSystems& coord_systems, std::string_view name);

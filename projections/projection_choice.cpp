@@ -40,12 +40,24 @@ int already_defined(const CoordSystems& coord_systems, const CoordinateSystemVal
   return found;
 }
 
-// Saves a definition to the store and fills the list from it again.
-int save(CoordSystems& coord_systems, const CoordSystem& definition) {
-  if (add_coord_definitions_to_list(coord_systems, definition) == 0) {
-    (void)save_coord_system_definitions(coord_systems, find_definition(coord_systems, definition.values()));
-    (void)load_coord_system_definitions(coord_systems);
+// Adds a definition to list and store, in the place of the one with its name. @return 0, or -1 after a
+// message
+int keep(CoordSystems& coord_systems, const CoordSystem& definition) {
+  return change_stored_list(coord_systems, [&] {
+    if (const int same_name = find_definition(coord_systems, definition.name); same_name > 0) {
+      forget_definition(at(coord_systems, same_name).name);
+      coord_systems.erase(coord_systems.begin() + same_name - 1);
+    }
+    return add_coord_definitions_to_list(coord_systems, definition);
+  });
+}
+
+// The same, and fills the list from the store again. @return what the list shows, after a failure as before
+int save(CoordSystems& coord_systems, int index, const CoordSystem& definition) {
+  if (keep(coord_systems, definition) != 0) {
+    return index;
   }
+  (void)load_coord_system_definitions(coord_systems);
   return find_definition(coord_systems, definition.name);
 }
 
@@ -62,19 +74,14 @@ bool is_current(const CoordSystem& definition) {
          compare_coordinate_system_values(definition, current);
 }
 
-// Adds a definition to the user's list. False if the user wants to keep another one of that name.
-bool join_list(CoordSystems& coord_systems, const CoordSystem& definition) {
+// False if the user wants to keep the definition that has the name.
+bool may_take_name(const CoordSystems& coord_systems, const std::string& name) {
+  return find_definition(coord_systems, name) == 0 || user_interface().ask_yes_no(name_in_use);
+}
+
+bool is_listed(const CoordSystems& coord_systems, const CoordSystem& definition) {
   const int same_name = find_definition(coord_systems, definition.name);
-  if (same_name > 0 && !compare_coordinate_system_values(at(coord_systems, same_name), definition)) {
-    if (!user_interface().ask_yes_no(name_in_use)) {
-      return false;
-    }
-    forget_definition(at(coord_systems, same_name).name);
-    coord_systems.erase(coord_systems.begin() + same_name - 1);
-  }
-  return add_coord_definitions_to_list(coord_systems, definition) == 0 &&
-         save_coord_system_definitions(coord_systems, find_definition(coord_systems, definition.values())) ==
-             0;
+  return same_name > 0 && compare_coordinate_system_values(at(coord_systems, same_name), definition);
 }
 
 FileDialogRequest definition_file_dialog(std::string title, std::string default_extension) {
@@ -89,14 +96,14 @@ FileDialogRequest definition_file_dialog(std::string title, std::string default_
 }  // namespace
 
 void load_user_definitions(CoordSystems& coord_systems) {
-  if (load_coord_system_definitions(coord_systems) != 0 || !coord_systems.empty() ||
+  if (load_coord_system_definitions(coord_systems) != 0 || !coord_systems.empty() || list_was_emptied() ||
       !has_default_projection_file()) {
     return;
   }
-  std::string path;
-  if (read_coord_projection_file(path, coord_systems) == 0) {
-    (void)save_coord_system_definitions(coord_systems, 0);
-  }
+  (void)change_stored_list(coord_systems, [&] {
+    std::string path;
+    return read_coord_projection_file(path, coord_systems);
+  });
 }
 
 int save_current(CoordSystems& coord_systems, int index, const CoordinateSystemValues& values) {
@@ -104,7 +111,8 @@ int save_current(CoordSystems& coord_systems, int index, const CoordinateSystemV
     return index;
   }
   const int other = already_defined(coord_systems, values, index);
-  return other > 0 ? other : save(coord_systems, named_definition(at(coord_systems, index).name, values));
+  return other > 0 ? other
+                   : save(coord_systems, index, named_definition(at(coord_systems, index).name, values));
 }
 
 int save_new(CoordSystems& coord_systems, int index, const CoordinateSystemValues& values) {
@@ -116,14 +124,10 @@ int save_new(CoordSystems& coord_systems, int index, const CoordinateSystemValue
   if (name_part(name).empty()) {
     return index;
   }
-  if (const int same_name = find_definition(coord_systems, name); same_name > 0) {
-    if (!user_interface().ask_yes_no(name_in_use)) {
-      return index;
-    }
-    forget_definition(at(coord_systems, same_name).name);
-    coord_systems.erase(coord_systems.begin() + same_name - 1);
+  if (!may_take_name(coord_systems, name)) {
+    return index;
   }
-  return save(coord_systems, named_definition(name, values));
+  return save(coord_systems, index, named_definition(name, values));
 }
 
 int delete_current(CoordSystems& coord_systems, int index) {
@@ -132,6 +136,9 @@ int delete_current(CoordSystems& coord_systems, int index) {
   }
   forget_definition(at(coord_systems, index).name);
   coord_systems.erase(coord_systems.begin() + index - 1);
+  if (coord_systems.empty()) {
+    note_emptied_list();
+  }
   return 0;
 }
 
@@ -159,14 +166,17 @@ int use_projection(CoordSystems& coord_systems, const CoordSystem& definition) {
     user_interface().show_message("The projection has no name");
     return -1;
   }
-  if (decode_coordinate_system(decoded) != 0 ||
-      (!is_current(decoded) && !join_list(coord_systems, decoded))) {
+  const bool joins_list = !is_current(decoded) && !is_listed(coord_systems, decoded);
+  if (decode_coordinate_system(decoded) != 0 || (joins_list && !may_take_name(coord_systems, decoded.name))) {
     return -1;
   }
   CoordSystem earlier = std::exchange(current_coord_system(), std::move(decoded));
   if (Module_database::open_survey().database.is_open() && store_survey_projection() != 0) {
     current_coord_system() = std::move(earlier);
     return -1;
+  }
+  if (joins_list) {
+    (void)keep(coord_systems, current_coord_system());  // a failure has been reported; the survey has it
   }
   return 0;
 }
@@ -178,9 +188,7 @@ void read_definition_file(CoordSystems& coord_systems) {
     if (path.empty()) {
       return 0;
     }
-    return read_coord_projection_file(path, coord_systems) == 0
-               ? save_coord_system_definitions(coord_systems, 0)
-               : -1;
+    return change_stored_list(coord_systems, [&] { return read_coord_projection_file(path, coord_systems); });
   });
 }
 
@@ -193,7 +201,11 @@ void save_definition_file(const CoordSystems& coord_systems) {
                          !user_interface().ask_yes_no("That file already, exists, overwrite?"))) {
       return 0;
     }
-    return write_coord_projection_file(path, coord_systems);
+    if (write_coord_projection_file(path, coord_systems) != 0) {
+      return -1;
+    }
+    user_interface().show_message("The definitions are written to " + path);
+    return 0;
   });
 }
 

@@ -9,7 +9,8 @@
 
 namespace Module_projections {
 
-/// Fills the list from the store or, if that is empty, from the default file, which is then stored.
+/// Fills the list from the store or, if that is empty and the user has not emptied it, from the default file,
+/// which is then stored.
 void load_user_definitions(CoordSystems& coord_systems);
 
 /// Writes the values to the definition at `index`, under the name it has.
@@ -30,9 +31,10 @@ std::string name_for(const CoordSystems& coord_systems,
                      const numerics::geodesy::CoordinateSystemValues& values, int index,
                      const std::string& asked_name);
 
-/// Makes a definition the survey's projection: tests it, adds it to the user's list unless it is the survey's
-/// already, and stores it in the open survey.
-/// @return 0; -1 after a message or a No: survey and current_coord_system are then as before
+/// Makes a definition the survey's projection: tests it, stores it in the open survey and, unless it is the
+/// survey's already, adds it to the user's list; where that can't be stored, the user is told and the list
+/// stays.
+/// @return 0; -1 after a message or a No: survey, list and current_coord_system are then as before
 [[nodiscard]] int use_projection(CoordSystems& coord_systems, const CoordSystem& definition);
 
 /// Adds the definitions of a file that the user picks.

@@ -183,7 +183,6 @@ std::string default_projection_file() {
   return (!fs::exists(of_user, missing) && fs::exists(of_program, missing) ? of_program : of_user).string();
 }
 
-// So that a file without definitions isn't read again at every start.
 void move_to_backup(const std::string& path) {
   safe_files::copy_into_place(path, path + ".bak");
   fs::remove(path);
@@ -194,10 +193,14 @@ void move_to_backup(const std::string& path) {
 int read_coord_projection_file(std::string& path, CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "read_coord_projection_file ");
   return trap_errors("An error occured while reading the projection definitions: ", [&] {
-    if (path.empty()) {
+    const bool was_picked = !path.empty();
+    if (!was_picked) {
       path = default_projection_file();
     }
     const CoordSystems definitions = definitions_from_csv(file_text(path));
+    if (definitions.empty() && was_picked) {
+      throw std::runtime_error("there is no definition in " + path);
+    }
     if (definitions.empty()) {
       move_to_backup(path);
     }

@@ -10,8 +10,9 @@ namespace Module_projections {
 
 inline constexpr std::string_view projection_file_name = "projection.csv";
 
-/// Adds the definitions of a file to the list: all of them, or none if any line can't be read. A file
-/// without definitions is moved to its name + ".bak".
+/// Adds the definitions of a file to the list: all of them, or none if any line can't be read. A file without
+/// definitions is a failure that names it; at the default place it is moved to its name + ".bak", so that it
+/// isn't read again at every start.
 /// @param path  in: the file; empty for the default one, in the user's or else in the program's folder.
 ///              out: the file that was looked for
 /// @return 0, or -1 after a message

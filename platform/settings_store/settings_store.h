@@ -31,6 +31,9 @@ class SettingsStore {
 
   /// Removes a key with its value; one that isn't there is no error.
   virtual void remove(std::string_view application, std::string_view section, std::string_view key) = 0;
+
+  /// @return whether what was set and removed is kept; false where the user's settings can't be written
+  [[nodiscard]] virtual bool flush(std::string_view application) = 0;
 };
 
 /// Keeps its values for its own life only: for tests, and for programs that must leave no trace.
@@ -43,6 +46,7 @@ class MemorySettingsStore final : public SettingsStore {
   [[nodiscard]] std::vector<std::string> keys(std::string_view application,
                                               std::string_view section) const override;
   void remove(std::string_view application, std::string_view section, std::string_view key) override;
+  [[nodiscard]] bool flush(std::string_view /*application*/) override { return true; }
 
  private:
   std::map<std::tuple<std::string, std::string, std::string>, std::string> values_;

@@ -48,3 +48,9 @@ void QtSettingsStore::remove(std::string_view application, std::string_view sect
   QSettings settings(QSettings::UserScope, "Brenlox", text(application));
   settings.remove(key_path(section, key));
 }
+
+bool QtSettingsStore::flush(std::string_view application) {
+  QSettings settings(QSettings::UserScope, "Brenlox", text(application));
+  settings.sync();
+  return settings.status() == QSettings::NoError && settings.isWritable();
+}

@@ -11,4 +11,5 @@ class QtSettingsStore final : public SettingsStore {
   [[nodiscard]] std::vector<std::string> keys(std::string_view application,
                                               std::string_view section) const override;
   void remove(std::string_view application, std::string_view section, std::string_view key) override;
+  [[nodiscard]] bool flush(std::string_view application) override;
 };

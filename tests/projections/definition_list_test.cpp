@@ -210,13 +210,26 @@ TEST_F(Definition_list, Takes_nothing_of_a_file_with_a_fault_and_says_where_it_i
   }
 }
 
-TEST_F(Definition_list, Moves_a_file_without_definitions_out_of_the_way) {
+TEST_F(Definition_list, A_file_without_definitions_is_named_and_moved_only_at_the_default_place) {
+  session().environment.application_data_directory = folder.folder().string();
   for (const char* const contents : {"", "Name,Datum\n\n", "Name,Datum\r\nNone,0\r\nNone\r\n   \r\n"}) {
     SCOPED_TRACE(contents);
-    ASSERT_EQ(read(contents), 0);
+    const std::string picked = folder.write("picked.csv", contents);
+    std::string path = picked;
+    EXPECT_EQ(read_coord_projection_file(path, coord_systems), -1);
+    EXPECT_EQ(interface.take_messages(), Names{"An error occured while reading the projection definitions: "
+                                               "there is no definition in " +
+                                               picked});
+    EXPECT_EQ(file_contents(picked), contents);
+    EXPECT_FALSE(std::filesystem::exists(picked + ".bak"));
+
+    (void)folder.write("projection.csv", contents);
+    path.clear();
+    ASSERT_EQ(read_coord_projection_file(path, coord_systems), 0);
     EXPECT_FALSE(std::filesystem::exists(folder.path("projection.csv")));
     EXPECT_EQ(file_contents(folder.path("projection.csv.bak")), contents);
   }
+  EXPECT_TRUE(interface->messages.empty());
 }
 
 TEST_F(Definition_list, Looks_for_the_default_file_in_the_users_folder_then_in_the_programs) {

@@ -6,6 +6,7 @@
 
 #include "platform/settings_store/settings_store.h"
 #include "projections/definition_list.h"
+#include "projections/projection_file.h"
 #include "projections/survey_projection.h"
 #include "tests/projections/definitions.h"
 #include "tests/support/survey_fixture.h"
@@ -13,10 +14,40 @@
 using namespace Module_projections;
 using Texts = std::vector<std::string>;
 
+namespace {
+
+/// Keeps what it is given while it is open, as a store does whose file can't be written.
+class FullStore final : public SettingsStore {
+ public:
+  explicit FullStore(const bool& full) : full_(full) {}
+  [[nodiscard]] std::string value(std::string_view application, std::string_view section,
+                                  std::string_view key, std::string_view default_value) const override {
+    return store_.value(application, section, key, default_value);
+  }
+  void set_value(std::string_view application, std::string_view section, std::string_view key,
+                 std::string_view value) override {
+    store_.set_value(application, section, key, value);
+  }
+  [[nodiscard]] std::vector<std::string> keys(std::string_view application,
+                                              std::string_view section) const override {
+    return store_.keys(application, section);
+  }
+  void remove(std::string_view application, std::string_view section, std::string_view key) override {
+    store_.remove(application, section, key);
+  }
+  [[nodiscard]] bool flush(std::string_view /*application*/) override { return !full_; }
+
+ private:
+  const bool& full_;
+  MemorySettingsStore store_;
+};
+
+}  // namespace
+
 class Projection_choice : public SurveyTest {
  protected:
   Projection_choice() {
-    earlier_ = install_settings_store(std::make_unique<MemorySettingsStore>());
+    earlier_ = install_settings_store(std::make_unique<FullStore>(store_is_full));
     current_coord_system() = CoordSystem{};
     (void)new_survey();
   }
@@ -30,6 +61,7 @@ class Projection_choice : public SurveyTest {
     ASSERT_EQ(save_coord_system_definitions(coord_systems, 0), 0);
   }
   CoordSystems coord_systems;
+  bool store_is_full = false;
 
   static Texts stored() { return settings_store().keys("Marrowgate", "Projection"); }
   std::vector<std::pair<std::int32_t, std::string>> survey_rows() {
@@ -149,6 +181,60 @@ TEST_F(Projection_choice, Changes_nothing_when_it_fails) {
   EXPECT_EQ(messages[2], "The projection has no name");
   EXPECT_EQ(current_coord_system().name, "A");
   EXPECT_EQ(survey_rows().size(), 1U);
+  EXPECT_EQ(stored(), Texts{"A"});
+  EXPECT_EQ(coord_systems.size(), 1U);
+}
+
+TEST_F(Projection_choice, What_can_not_be_stored_joins_no_list) {
+  keep(zone_definition("MGA 54", 54));
+  keep(zone_definition("MGA 55 | old", 55));
+  const std::string file = folder.write(
+      "mine.csv", definitions_as_csv(CoordSystems{zone_definition("MGA 50", 50), zone_definition("B", 54)}));
+  store_is_full = true;
+  const std::string told =
+      "An error occurred while adding the saving the coordinate system definitions: the user's settings "
+      "can't "
+      "be written";
+  const auto nothing_changed = [&] {
+    EXPECT_EQ(interface.take_messages(), Texts{told});
+    EXPECT_EQ(stored(), (Texts{"MGA 54", "MGA 55 | old"}));
+    ASSERT_EQ(coord_systems.size(), 2U);
+    EXPECT_EQ(coord_systems[0].zone_number, 54);
+    EXPECT_EQ(coord_systems[1].name, "MGA 55 | old");
+    EXPECT_EQ(coord_systems[1].zone_number, 55);
+  };
+  interface->text_answers = {"MGA 55 | new"};
+  interface->yes_no_answers = {true};
+  EXPECT_EQ(save_new(coord_systems, 1, zone_definition("", 53)), 1);
+  nothing_changed();
+  EXPECT_EQ(save_current(coord_systems, 2, zone_definition("", 53)), 2);
+  nothing_changed();
+  interface->path_answers = {file};
+  read_definition_file(coord_systems);
+  nothing_changed();
+  EXPECT_EQ(use_projection(coord_systems, zone_definition("C", 56)), 0);
+  nothing_changed();
+  EXPECT_EQ(current_coord_system().name, "C") << "the survey has room for it";
+  EXPECT_EQ(survey_rows().size(), 1U);
+}
+
+TEST_F(Projection_choice, An_emptied_list_stays_empty) {
+  session().environment.application_data_directory = folder.folder().string();
+  (void)folder.write("projection.csv", definitions_as_csv(CoordSystems{zone_definition("MGA 50", 50)}));
+  load_user_definitions(coord_systems);
+  ASSERT_EQ(stored(), Texts{"MGA 50"});
+  interface->yes_no_answers = {true};
+  confirm_clear_definitions(coord_systems);
+  load_user_definitions(coord_systems);
+  EXPECT_TRUE(coord_systems.empty());
+  EXPECT_TRUE(stored().empty());
+
+  keep(zone_definition("MGA 55", 55));
+  load_user_definitions(coord_systems);
+  ASSERT_EQ(coord_systems.size(), 1U);
+  EXPECT_EQ(delete_current(coord_systems, 1), 0);
+  load_user_definitions(coord_systems);
+  EXPECT_TRUE(coord_systems.empty());
 }
 
 TEST_F(Projection_choice, Does_not_hand_a_projection_on_to_the_next_survey) {
@@ -199,4 +285,5 @@ TEST_F(Projection_choice, Reads_and_writes_files_that_the_user_picks) {
   EXPECT_TRUE(stored().empty() && coord_systems.empty());
   read_definition_file(coord_systems);
   EXPECT_EQ(stored(), Texts{"MGA 55"});
+  EXPECT_EQ(interface.take_messages(), Texts{"The definitions are written to " + path});
 }
