@@ -1,12 +1,15 @@
 #include "rhoplus/station_inversion.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "rhoplus/inversion_log.h"
 
@@ -35,20 +38,39 @@ int find_merged(const ReadingKey& key, const Frequencies& frequencies, const Rho
   return status;
 }
 
-/// Inverts the rows and writes the log; `result` keeps as much of it as a text box takes.
-void run_with_log(const fs::path& folder, const std::string& stem, numerics::rhoplus::RhoplusSurface surface,
-                  StationInversion& result) {
+/// @return why the file is not there; empty if it is
+std::string write_control_file(const fs::path& file, std::string_view text) {
+  std::error_code failure;
+  fs::create_directories(file.parent_path(), failure);
+  if (failure) {
+    return file.parent_path().string() + ": " + failure.message();
+  }
+  try {
+    safe_files::write_into_place(file, text);
+  } catch (const std::runtime_error& reason) {
+    return reason.what();
+  }
+  return {};
+}
+
+/// Inverts the rows and leaves control file and log; `result` keeps as much of the log as a text box takes.
+void run_with_files(const fs::path& folder, const std::string& stem, const std::string& control_text,
+                    numerics::rhoplus::RhoplusSurface surface, StationInversion& result) {
+  std::string failure = write_control_file(folder / (stem + ".dat"), control_text);
+  const bool folder_takes_files = failure.empty();
   numerics::rhoplus::RhoplusInversion details;
   result.run = numerics::rhoplus::rhoplus(result.tables.data, surface, &details);
   std::string log = inversion_log(stem, result.tables.data, surface, result.run, details);
-  const std::string failure = write_log(folder / (stem + ".out"), log);
-  if (failure.empty()) {
-    log.resize(std::min(log.size(), longest_log));
-    result.log = std::move(log);
-  } else if (result.run.status == numerics::rhoplus::rhoplus_ran) {
-    result.run.status = rhoplus_log_not_written;
-    result.run.message = failure;
+  if (folder_takes_files) {
+    failure = write_log(folder / (stem + ".out"), log);
   }
+  if (!failure.empty()) {
+    result.missing_files =
+        (folder_takes_files ? "The log was not written: " : "No files were left: ") + failure;
+    log.insert(0, result.missing_files + "\r\n\r\n");
+  }
+  log.resize(std::min(log.size(), longest_log));
+  result.log = std::move(log);
 }
 
 }  // namespace
@@ -87,15 +109,12 @@ int invert_station(const ReadingKey& key, const Frequencies& frequencies, const 
     if (result.merged.ID == 0) {
       return 0;
     }
-    const fs::path folder = run_directory(session().database_file, key.reference_type, key.line);
-    fs::create_directories(folder);
-    const std::string stem = Module_output::rhoplus_stem(settings, key.station);
-    if (Module_output::write_rhoplus_file((folder / (stem + ".dat")).string(), key, frequencies, settings,
-                                          result.tables) != 0) {
-      return -1;
-    }
+    result.tables = Module_output::rhoplus_tables(result.merged, frequencies, settings);
     if (!result.tables.data.empty()) {
-      run_with_log(folder, stem, surface_of(settings), result);
+      run_with_files(run_directory(session().database_file, key.reference_type, key.line),
+                     Module_output::rhoplus_stem(settings, key.station),
+                     Module_output::rhoplus_control_text(result.tables, settings, key.station),
+                     surface_of(settings), result);
     }
     return 0;
   });

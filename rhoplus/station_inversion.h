@@ -13,17 +13,14 @@ using Module_database::ReadingKey;
 using Module_database::StoredReading;
 using Module_output::RhoplusSettings;
 
-/// Status of a run beside those of RhoplusStatus: the inversion ran and its results are there, but its log is
-/// not on the disk.
-constexpr int rhoplus_log_not_written = 3;
-
 /// What was inverted, and the results.
 struct StationInversion {
   StoredReading merged;  // ID 0: the station has no merged curve
   float scale = 1.0F;  // on its resistivities: static factor and resistivity scale, according to the settings
   Module_output::RhoplusTables tables;  // with the model's response, once the run has filled it
   numerics::rhoplus::RhoplusRun run;    // status rhoplus_not_run where there was nothing to invert
-  std::string log;                      // the log as written, as far as a text box takes it
+  std::string log;                      // as far as a text box takes it
+  std::string missing_files;  // which files could not be left, and why, also in the log; empty if all are
 };
 
 /// "Rhoplus Inversion for Line 200E, Station 1250"
@@ -41,7 +38,8 @@ std::filesystem::path run_directory(const std::string& database_file, std::int32
                                     const std::string& line);
 
 /// Inverts the merged curve of a key. Writes control file and log into the run directory, which is created if
-/// it is missing.
+/// it is missing. Where that can't be done, as beside a survey on a read-only disk, the results are there all
+/// the same.
 /// @param frequencies of the key's reference type
 /// @return 0, also where there was nothing to invert; -1 after a message
 [[nodiscard]] int invert_station(const ReadingKey& key, const Frequencies& frequencies,

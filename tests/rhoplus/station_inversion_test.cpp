@@ -1,6 +1,7 @@
 #include "rhoplus/station_inversion.h"
 
 #include <filesystem>
+#include <functional>
 
 #include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/layered_earth.h"
@@ -89,28 +90,46 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
   EXPECT_TRUE(interface.take_messages().empty());
 }
 
-TEST_F(Station_inversion, A_log_that_can_not_be_written_leaves_the_results) {
+TEST_F(Station_inversion, Results_are_there_where_files_can_not_be_left) {
   new_survey();
   store(merged_over_two_layers());
-  const fs::path log = folder_of_run() / "tmd_1250.out";
-  fs::create_directories(log / "in_the_way");
-  StationInversion inversion;
-  ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
-  EXPECT_EQ(inversion.run.status, rhoplus_log_not_written);
-  EXPECT_EQ(inversion.run.message.rfind(log.string() + ": ", 0), 0U) << inversion.run.message;
-  EXPECT_EQ(inversion.log, "");
-  EXPECT_EQ(inversion.run.used_values, 16);
-}
+  StationInversion in_files;
+  ASSERT_EQ(invert_station(key, made::frequencies(), {}, in_files), 0);
+  EXPECT_EQ(in_files.missing_files, "");
 
-TEST_F(Station_inversion, A_folder_that_can_not_be_made_is_told) {
-  new_survey();
-  store(merged_over_two_layers());
-  ASSERT_FALSE(folder.write("NRRef", "in the way").empty());
-  StationInversion inversion;
-  EXPECT_EQ(invert_station(key, made::frequencies(), {}, inversion), -1);
-  const Texts messages = interface.take_messages();
-  ASSERT_EQ(messages.size(), 1U);
-  EXPECT_EQ(messages[0].rfind("An error occurred while performing the 1d inversion: ", 0), 0U) << messages[0];
+  const fs::path log = folder_of_run() / "tmd_1250.out";
+  const fs::path control = folder_of_run() / "tmd_1250.dat";
+  struct Case {
+    std::string told;
+    std::function<void()> prepare;
+  };
+  const Case cases[] = {{"The log was not written: " + log.string() + ": ",
+                         [&] {
+                           fs::remove(log);
+                           fs::create_directories(log / "in_the_way");
+                         }},
+                        {"No files were left: " + control.string() + ": ",
+                         [&] {
+                           fs::remove(control);
+                           fs::create_directories(control / "in_the_way");
+                         }},
+                        {"No files were left: " + folder_of_run().string() + ": ", [&] {
+                           fs::remove_all(folder.folder() / "NRRef");
+                           ASSERT_FALSE(folder.write("NRRef", "in the way").empty());
+                         }}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.told);
+    c.prepare();
+    StationInversion inversion;
+    ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
+    EXPECT_EQ(inversion.run.status, numerics::rhoplus::rhoplus_ran);
+    EXPECT_EQ(inversion.run.achieved_chi, in_files.run.achieved_chi);
+    EXPECT_EQ(inversion.missing_files.rfind(c.told, 0), 0U) << inversion.missing_files;
+    EXPECT_EQ(inversion.log, inversion.missing_files + "\r\n\r\n" + in_files.log);
+    EXPECT_EQ(log_or_reason(inversion), inversion.log);
+    EXPECT_FALSE(fit_plot(inversion).empty());
+  }
+  EXPECT_TRUE(interface.take_messages().empty()) << "a run over the line would end with the first message";
 }
 
 TEST_F(Station_inversion, Run_directories) {
