@@ -9,6 +9,7 @@
 #include "app/program_start.h"
 #include "core/session_state.h"
 #include "platform/windows/qt_user_interface.h"
+#include "screenshots/platform_lines.h"
 #include "screenshots/window_pictures.h"
 
 namespace {
@@ -32,6 +33,7 @@ QSize size_from_text(const QString& text) {
 
 int main(int argc, char** argv) {
   choose_platform(argc, argv);
+  drop_platform_lines();
   const QApplication application(argc, argv);
   set_up_application();
 

@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Takes the pictures of the tutorial again, on the sample survey of ./run, into docs/screenshots.
+#
+#   scripts/take_pictures.sh [BUILD]     BUILD: build folder of the programs, build/release
+#
+# Windows show folders and the tree of the disk. They are opened in a root of their own that has the system's folders
+# and the survey below /home/surveys, so that no picture shows a folder of the machine that made it.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+if [ "${1:-}" != "--inside" ]; then
+  build="${1:-build/release}"
+  root="$(mktemp -d)"
+  trap 'rm -rf "$root"' EXIT
+  mkdir "$root/pictures"
+  unshare --map-root-user --mount "$0" --inside "$build" "$root"
+  for picture in docs/screenshots/*.png; do
+    cp "$root/pictures/$(basename "$picture")" "$picture"
+  done
+  exit
+fi
+
+build="$2"
+root="$3/root"
+mkdir "$root"
+mount -t tmpfs tmpfs "$root"
+for folder in bin etc lib lib64 usr; do
+  if [ -L "/$folder" ]; then
+    cp -P "/$folder" "$root/$folder"
+  elif [ -d "/$folder" ]; then
+    mkdir "$root/$folder"
+    mount --bind -o ro "/$folder" "$root/$folder"
+  fi
+done
+mkdir -p "$root"/{dev,home/surveys/200E,mnt/pictures,opt/brenlox,tmp}
+mount --bind /dev "$root/dev"
+mount --bind "$3/pictures" "$root/mnt/pictures"
+cp "$build/screenshots/brenlox_screenshots" "$root/opt/brenlox/"
+cp -r demo_output/sample.mdb demo_output/field_files demo_output/run_200E "$root/home/surveys/200E/"
+exec env -i HOME=/home/surveys LANG=C.UTF-8 QT_QPA_PLATFORM=offscreen \
+  chroot "$root" /opt/brenlox/brenlox_screenshots /home/surveys/200E/sample.mdb /mnt/pictures
