@@ -51,6 +51,7 @@ Json station_json(double station, const StationInversion& inversion) {
     json["target_chi"] = decimal_of_single(inversion.run.target_chi);
     json["achieved_chi"] = decimal_of_single(inversion.run.achieved_chi);
     json["optimality_gap"] = inversion.run.optimality_gap;
+    json["limit_met"] = inversion.run.limit_met;
     json["model"] = model_json(inversion.run.model);
   } else {
     json["message"] = reason_of(inversion.run);
@@ -66,7 +67,8 @@ void print_station(double station, const StationInversion& inversion) {
   }
   std::cout << inversion.run.used_values << " values, chi "
             << format_number(inversion.run.achieved_chi, "0.00") << ", target "
-            << format_number(inversion.run.target_chi, "0.00") << '\n';
+            << format_number(inversion.run.target_chi, "0.00")
+            << (inversion.run.limit_met ? ", limit of iterations met\n" : "\n");
   for (const numerics::rhoplus::RhoplusLayer& layer : inversion.run.model) {
     const bool basement = layer.conductance >= numerics::rhoplus::perfect_conductor;
     std::cout << "  " << format_number(layer.depth, "0.0") << " m  "

@@ -21,6 +21,9 @@ using numerics::rhoplus::RhoplusSurface;
 
 namespace {
 
+constexpr std::string_view limit_sentence =
+    "The limit of iterations was met. A model may fit better, by no more of chi-squared than the certificate "
+    "says.";
 constexpr std::size_t label_width = 24;
 constexpr std::size_t number_width = 13;
 constexpr std::size_t flag_width = 6;
@@ -94,6 +97,9 @@ void write_fit(LogText& log, const RhoplusInversion& inversion) {
 }
 
 void write_remarks(LogText& log, const RhoplusInversion& inversion) {
+  if (inversion.limit_met) {
+    log.line(limit_sentence);
+  }
   if (inversion.fit.fits_exactly) {
     log.line("The data can be fitted exactly; this is one of many models that do.");
   }

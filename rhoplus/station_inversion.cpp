@@ -39,14 +39,14 @@ int find_merged(const ReadingKey& key, const Frequencies& frequencies, const Rho
 }
 
 /// @return why the file is not there; empty if it is
-std::string write_control_file(const fs::path& file, std::string_view text) {
+std::string write_control_file(const fs::path& folder, const std::string& name, std::string_view text) {
   std::error_code failure;
-  fs::create_directories(file.parent_path(), failure);
+  fs::create_directories(folder, failure);
   if (failure) {
-    return file.parent_path().string() + ": " + failure.message();
+    return folder.string() + ": " + failure.message();
   }
   try {
-    safe_files::write_into_place(file, text);
+    safe_files::write_into_place(folder / name, text);
   } catch (const std::runtime_error& reason) {
     return reason.what();
   }
@@ -56,7 +56,7 @@ std::string write_control_file(const fs::path& file, std::string_view text) {
 /// Inverts the rows and leaves control file and log; `result` keeps as much of the log as a text box takes.
 void run_with_files(const fs::path& folder, const std::string& stem, const std::string& control_text,
                     numerics::rhoplus::RhoplusSurface surface, StationInversion& result) {
-  std::string failure = write_control_file(folder / (stem + ".dat"), control_text);
+  std::string failure = write_control_file(folder, stem + ".dat", control_text);
   const bool folder_takes_files = failure.empty();
   numerics::rhoplus::RhoplusInversion details;
   result.run = numerics::rhoplus::rhoplus(result.tables.data, surface, &details);
@@ -85,6 +85,14 @@ std::string log_or_reason(const StationInversion& inversion) {
   }
   const std::string& reason = inversion.run.message;
   return reason.empty() ? nothing_inverted : std::string(nothing_inverted) + "\n" + reason;
+}
+
+std::string note_of(const StationInversion& inversion) {
+  std::string note = inversion.missing_files.substr(0, inversion.missing_files.find(':'));
+  if (inversion.run.limit_met) {
+    note += (note.empty() ? "" : "; ") + std::string("The limit of iterations was met");
+  }
+  return note;
 }
 
 fs::path run_directory(const std::string& database_file, std::int32_t reference_type,

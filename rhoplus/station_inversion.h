@@ -31,6 +31,9 @@ inline constexpr const char* nothing_inverted = "No data to invert";
 /// The log; without results a sentence and the reason, as far as there is one.
 std::string log_or_reason(const StationInversion& inversion);
 
+/// What the results lack, in a few words for a status bar: "No files were left"; empty if nothing.
+std::string note_of(const StationInversion& inversion);
+
 /// Where the files of a line's inversions are: below the survey's folder "NRRef", "RRef" or "XRef" by
 /// reference type, and in it a folder named like the line. Characters of the line that would lead elsewhere
 /// become "_".

@@ -91,7 +91,8 @@ void drop_needless_switches(const FitProblem& problem, double exact, BestFit& fi
   if (fit.model.switches.size() <= few) {
     fit.residuals = polish_switches(problem, fit.model, 0.0);
   }
-  for (bool dropped = true; dropped && fit.model.switches.size() <= few && fit.model.switches.size() > 1;) {
+  for (bool dropped = true; dropped && fit.model.switches.size() <= few && fit.model.switches.size() > 1 &&
+                            !problem.limit->is_met();) {
     dropped = false;
     const std::size_t last = fit.model.switches.size() - 1;
     for (const auto& [first, count] :
@@ -144,8 +145,11 @@ BestFit find_best_fit(const FitProblem& problem) {
     best.fits_exactly = best.misfit2 <= exact;
     return best.fits_exactly || best.gap <= accepted_gap(best.misfit2);
   };
-  for (int round = 0;
-       round < max_rounds && rounds_without_gain < max_rounds_without_gain && !is_good_enough(); ++round) {
+  const auto goes_on = [&](int round) {
+    return round < max_rounds && rounds_without_gain < max_rounds_without_gain && !is_good_enough() &&
+           !problem.limit->is_met();
+  };
+  for (int round = 0; goes_on(round); ++round) {
     BestFit next;
     next.rounds = round + 1;
     next.model = round == 0 ? first_model(problem) : with_pulses(problem, best);

@@ -32,7 +32,7 @@ void certify_fit(const FitProblem& problem, BestFit& fit);
 
 /// Rounds of three steps until the certificate is small: best density in cells, exact places of its switches,
 /// certificate; where it says so, the next round adds switches. A fit is accepted for its
-/// certificate, never because the numbers have stopped changing.
+/// certificate, never because the numbers have stopped changing; unless the problem's limit is met.
 BestFit find_best_fit(const FitProblem& problem);
 
 }  // namespace numerics::rhoplus

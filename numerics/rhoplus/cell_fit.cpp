@@ -20,6 +20,8 @@ constexpr double end_cell_width = 1.5;
 constexpr double whole = 1e-10;
 /// Of the width of fine cells.
 constexpr double closest_edges = 0.25;
+/// What a pass multiplies: the gradient takes all columns once, factors and steps about as much again.
+constexpr double passes_of_system = 3.0;
 
 double cell_end(const FitProblem& problem, const CellEdges& edges, std::size_t cell) {
   return cell < edges.size() ? edges[cell] : problem.wall;
@@ -249,9 +251,13 @@ SwitchModel fit_cells(const FitProblem& problem, const CellEdges& edges, const S
                       const CellFitLimits& limits) {
   CellSystem system = cell_system(problem, edges);
   project_level_out(problem, system);
+  BoundedFitLimits search{.relative_gap = limits.relative_gap, .misfit2 = limits.misfit2};
+  const double work_of_pass = passes_of_system * static_cast<double>(system.columns.size());
+  search.passes = static_cast<int>(
+      std::clamp(problem.limit->left() / work_of_pass, 0.0, static_cast<double>(search.passes)));
   const BoundedFit fit =
-      bounded_least_squares(system.columns, system.target, states_of_cells(edges, start),
-                            {.relative_gap = limits.relative_gap, .misfit2 = limits.misfit2});
+      bounded_least_squares(system.columns, system.target, states_of_cells(edges, start), search);
+  problem.limit->spend(work_of_pass * (fit.passes + 1));
   SwitchModel model = SwitchReader(problem, edges, fit.x).read();
   settle_level(problem, model);
   return model;

@@ -125,6 +125,9 @@ Certificate certify(const FitProblem& problem, const SwitchModel& model, const E
   const double low = std::log(problem.omega.front()) - scan_reach;
   const double high = std::min(std::log(problem.omega.back()) + scan_reach, problem.wall);
   const Scan scan = scan_gradient(gradient, low, high);
+  constexpr double of_each = 10.0;  // a division and some products
+  problem.limit->spend(of_each * static_cast<double>(scan.x.size()) *
+                       static_cast<double>(problem.omega.size()));
   std::vector<double> cuts = model.switches;
   add_roots(gradient, scan, cuts);
   std::sort(cuts.begin(), cuts.end());

@@ -34,6 +34,8 @@ std::vector<std::complex<double>> log_admittance(const FitProblem& problem, cons
     const Eigen::ArrayXd factor = (a + 1.0) / (a * a + w2);
     multiply(factor * a, -factor * w);
   };
+  constexpr double of_each = 20.0;  // a division and some products
+  problem.limit->spend(of_each * static_cast<double>(omega.size() * (model.switches.size() + 2)));
   bool state = model.starts_at_one;
   double from = 0.0;
   for (const double x : model.switches) {

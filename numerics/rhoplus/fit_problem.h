@@ -18,10 +18,13 @@
 #pragma once
 #include <complex>
 #include <limits>
+#include <memory>
 #include <span>
 #include <vector>
 
 #include <Eigen/Core>
+
+#include "numerics/rhoplus/work_limit.h"
 
 namespace numerics::rhoplus {
 
@@ -41,6 +44,8 @@ struct FitProblem {
   /// A conducting surface asks for eta = 1 at infinity; with the end at infinity the least misfit would be
   /// that of the insulating surface and not attained, for a sheet of vanishing conductance costs nothing.
   double wall = std::numeric_limits<double>::infinity();
+  /// Spent by all that works on the problem.
+  std::shared_ptr<WorkLimit> limit = std::make_shared<WorkLimit>(InversionLimits{}.search);
 
   [[nodiscard]] bool has_resistivity() const;
 };

@@ -146,6 +146,7 @@ void make_sheets(const FitProblem& problem, std::size_t max_rows, RhoplusInversi
     certify_fit(problem, fit);
     fit.fits_exactly = fit.misfit2 <= exact_misfit2(problem);
   }
+  result.limit_met = result.limit_met || problem.limit->is_met();
   std::vector<double> omega = problem.omega;
   const std::vector<std::complex<double>> of_fit = log_admittance(problem, fit.model, omega);
   for (double& w : omega) {
@@ -182,7 +183,8 @@ void predict(std::span<const RhoplusDatum> data, const FitProblem& problem, Rhop
 
 }  // namespace
 
-RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t max_rows) {
+RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t max_rows,
+                        const InversionLimits& limits) {
   RhoplusInversion result;
   const std::vector<UsedValue> used = used_values(data, result);
   if (used.empty()) {
@@ -190,7 +192,10 @@ RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std
     return result;
   }
   const FitProblem problem = fit_problem(used, conducting);
+  *problem.limit = WorkLimit(limits.search);
   result.fit = find_best_fit(problem);
+  result.limit_met = problem.limit->is_met();
+  *problem.limit = WorkLimit(limits.sheets);
   if (!problem.has_resistivity()) {
     result.level_is_arbitrary = true;
     choose_level(data, problem, result.fit.model);

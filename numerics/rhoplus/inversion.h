@@ -6,6 +6,7 @@
 
 #include "numerics/rhoplus/best_fit.h"
 #include "numerics/rhoplus/sheets.h"
+#include "numerics/rhoplus/work_limit.h"
 
 namespace numerics::rhoplus {
 
@@ -38,6 +39,7 @@ struct RhoplusInversion {
   bool level_is_arbitrary = false;      // phases say nothing about the level of the resistivity
   int dropped_sheets = 0;               // to keep to max_rows
   double sheet_error = 0.0;             // largest difference of ln c of the sheets and of the fit
+  bool limit_met = false;               // of iterations: the fit is the best by then
   std::vector<std::string> remarks;     // sentences: what could not be used, and why
 
   [[nodiscard]] int used_values() const { return resistivities + phases; }
@@ -46,6 +48,7 @@ struct RhoplusInversion {
 /// @param max_rows   of the model table: sheets and perfect conductor
 /// @param conducting the first sheet lies at depth 0: above a thousand times the highest used frequency c is
 ///                   that of a sheet, which changes no phase by more than 0.06 degrees
-RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t max_rows);
+RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std::size_t max_rows,
+                        const InversionLimits& limits = {});
 
 }  // namespace numerics::rhoplus

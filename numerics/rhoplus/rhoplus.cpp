@@ -56,6 +56,7 @@ RhoplusRun summary_of(const RhoplusInversion& inversion) {
   result.target_chi = to_single(expected_chi(result.used_values));
   result.achieved_chi = to_single(std::sqrt(inversion.fit.misfit2));
   result.optimality_gap = inversion.fit.gap;
+  result.limit_met = inversion.limit_met;
   result.model = layers_of(inversion.sheets);
   return result;
 }

@@ -72,6 +72,7 @@ struct RhoplusRun {
   float target_chi = 0.0F;          // expected length of N normal errors of unit variance
   float achieved_chi = 0.0F;        // root of the least chi-squared
   double optimality_gap = 0.0;      // achieved chi-squared exceeds the least possible by no more than this
+  bool limit_met = false;           // of iterations: the gap may be wide
   std::vector<RhoplusLayer> model;  // up to max_rhoplus_layers
 };
 
@@ -79,7 +80,8 @@ struct RhoplusRun {
 /// or not.
 ///
 /// A value that can't be used in spite of its flag (a resistivity, error or frequency that is not above 0,
-/// anything not finite) is left out with a remark in the details; no input ends in an exception. Order of the
+/// anything not finite) is left out with a remark in the details; no input ends in an exception. A limit of
+/// iterations keeps any table below some seconds. Order of the
 /// rows, equal frequencies and unused rows make no difference to the result.
 ///
 /// The table, not a control file, is what is inverted: the four decimals of a control file would make

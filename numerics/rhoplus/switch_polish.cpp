@@ -33,6 +33,9 @@ Derivatives derivatives(const FitProblem& problem, const SwitchModel& model,
                         const Eigen::VectorXd& residuals) {
   const auto rows = static_cast<Eigen::Index>(problem.values.size());
   const auto count = static_cast<Eigen::Index>(model.switches.size());
+  constexpr double of_each = 20.0;  // a division and some products
+  const double size = static_cast<double>(rows) * static_cast<double>(count);
+  problem.limit->spend(size * (static_cast<double>(count) + of_each));  // with the Hessian made of them
   Derivatives result{Eigen::MatrixXd(rows, count), Eigen::MatrixXd(rows, count), {}};
   const Eigen::Map<const Eigen::ArrayXd> w(problem.omega.data(),
                                            static_cast<Eigen::Index>(problem.omega.size()));
@@ -73,7 +76,7 @@ class LocalShape {
   /// @param level unit vector of the level column, or 0
   LocalShape(const FitProblem& problem, const Eigen::VectorXd& level, const SwitchModel& model,
              const Eigen::VectorXd& residuals)
-      : slopes_(derivatives(problem, model, residuals)) {
+      : limit_(*problem.limit), slopes_(derivatives(problem, model, residuals)) {
     slopes_.first -= level * (level.transpose() * slopes_.first);
     hessian_ = slopes_.first.transpose() * slopes_.first;
     hessian_.diagonal() += slopes_.curvature.cwiseMax(0.0);
@@ -89,6 +92,8 @@ class LocalShape {
 
   /// Nothing where rounding doesn't allow one.
   [[nodiscard]] std::optional<Step> step(double damping) const {
+    const auto count = static_cast<double>(hessian_.rows());
+    limit_.spend(count * (count * count / 3.0 + 2.0 * static_cast<double>(slopes_.first.rows())));
     Eigen::MatrixXd damped = hessian_;
     damped.diagonal().array() += damping;
     const Eigen::LLT<Eigen::MatrixXd> factors(damped);
@@ -115,6 +120,7 @@ class LocalShape {
   Eigen::VectorXd scaled_gradient;  // half of that of chi-squared, by switches of unit curvature
 
  private:
+  WorkLimit& limit_;
   Derivatives slopes_;
   Eigen::VectorXd scale_;
   Eigen::MatrixXd hessian_;
@@ -185,7 +191,7 @@ class Polish {
 
   Eigen::VectorXd run() {
     residuals_ = settle_level(problem_, model_);
-    for (int step = 0; step < max_steps; ++step) {
+    for (int step = 0; step < max_steps && !problem_.limit->is_met(); ++step) {
       remove_merged();
       remove_runaways();
       if (model_.switches.empty() || misfit2() <= good_misfit2_ || !improve()) {
@@ -248,7 +254,7 @@ class Polish {
     const LocalShape shape(problem_, level_, model_, residuals_);
     const double doubt = noise();
     bool may_lower = true;
-    for (; damping_ <= max_damping; damping_ *= growth_, growth_ *= 2.0) {
+    for (; damping_ <= max_damping && !problem_.limit->is_met(); damping_ *= growth_, growth_ *= 2.0) {
       std::optional<Step> step = shape.step(damping_);
       // Where so little is to be had the damping may be what holds the step back from a flat direction.
       while (may_lower && step && step->foreseen < doubt && damping_ > min_damping) {

@@ -17,7 +17,7 @@ namespace numerics::rhoplus {
 /// The misfit never rises. Switches that meet vanish in pairs; one that runs out of reach of the data, or to
 /// the wall, vanishes alone.
 ///
-/// @param good_misfit2 chi-squared at which to stop
+/// @param good_misfit2 chi-squared at which to stop; the problem's limit stops it, too
 /// @return the residuals of the polished model; its level is settled
 Eigen::VectorXd polish_switches(const FitProblem& problem, SwitchModel& model, double good_misfit2);
 

@@ -108,8 +108,8 @@ void Form_rhoplus_inversion::compose() {
     panel = new QLabel;
     ui_->Status_inversion->addWidget(panel, 1);
   }
-  files_note_ = named(new QLabel, "Label_files_note");
-  ui_->Status_inversion->addPermanentWidget(files_note_);
+  run_note_ = named(new QLabel, "Label_run_note");
+  ui_->Status_inversion->addPermanentWidget(run_note_);
 }
 
 void Form_rhoplus_inversion::connect_controls() {
@@ -142,7 +142,7 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
   ui_->Text_rhoplus_target_chi->clear();
   ui_->Text_rhoplus_achieved_chi->clear();
   Text_rhoplus_out_->clear();
-  files_note_->clear();
+  run_note_->clear();
   ui_->Command_rhoplus_log->setText("Results");
   inversion_ = {};
   if (session().current_station_index > 0 && !line_run_failed_) {
@@ -164,8 +164,8 @@ void Form_rhoplus_inversion::show_results() {
     return;
   }
   ui_->Status_inversion->clearMessage();
-  files_note_->setText(qt_text(inversion_.missing_files.substr(0, inversion_.missing_files.find(':'))));
-  files_note_->setToolTip(qt_text(inversion_.missing_files));
+  run_note_->setText(qt_text(note_of(inversion_)));
+  run_note_->setToolTip(qt_text(inversion_.missing_files));
   ui_->Text_rhoplus_target_chi->setText(qt_text(format_number(run.target_chi, "0.00")));
   ui_->Text_rhoplus_achieved_chi->setText(qt_text(format_number(run.achieved_chi, "0.00")));
   ui_->Command_rhoplus_log->setText("Data");

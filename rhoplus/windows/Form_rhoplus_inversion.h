@@ -68,7 +68,7 @@ class Form_rhoplus_inversion : public QMainWindow {
   QTableWidget* Grid_inversion_data_ = nullptr;
   QPlainTextEdit* Text_rhoplus_out_ = nullptr;
   std::array<QLabel*, 3> panels_{};
-  QLabel* files_note_ = nullptr;  // which files could not be left
+  QLabel* run_note_ = nullptr;  // what the results lack
   Module_rhoplus::StationInversion inversion_;
   bool rhoplus_busy_ = false;
   bool rhoplus_running_all_ = false;

@@ -40,6 +40,13 @@ TEST(Rhoplus_log, Names_data_fit_and_model) {
     EXPECT_TRUE(has(log, text)) << text;
   }
   EXPECT_FALSE(has(log, "\n\n")) << "each line ends in CR LF";
+  EXPECT_FALSE(has(log, "limit of iterations"));
+
+  RhoplusInversion details;
+  const RhoplusRun run = numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating, &details);
+  details.limit_met = true;
+  EXPECT_TRUE(has(Module_rhoplus::inversion_log("a", rows, RhoplusSurface::insulating, run, details),
+                  "The limit of iterations was met."));
 }
 
 TEST(Rhoplus_log, Names_what_could_not_be_used) {

@@ -96,6 +96,7 @@ TEST_F(Station_inversion, Results_are_there_where_files_can_not_be_left) {
   StationInversion in_files;
   ASSERT_EQ(invert_station(key, made::frequencies(), {}, in_files), 0);
   EXPECT_EQ(in_files.missing_files, "");
+  EXPECT_EQ(note_of(in_files), "");
 
   const fs::path log = folder_of_run() / "tmd_1250.out";
   const fs::path control = folder_of_run() / "tmd_1250.dat";
@@ -127,6 +128,9 @@ TEST_F(Station_inversion, Results_are_there_where_files_can_not_be_left) {
     EXPECT_EQ(inversion.missing_files.rfind(c.told, 0), 0U) << inversion.missing_files;
     EXPECT_EQ(inversion.log, inversion.missing_files + "\r\n\r\n" + in_files.log);
     EXPECT_EQ(log_or_reason(inversion), inversion.log);
+    EXPECT_EQ(note_of(inversion), c.told.substr(0, c.told.find(':')));
+    inversion.run.limit_met = true;
+    EXPECT_EQ(note_of(inversion), c.told.substr(0, c.told.find(':')) + "; The limit of iterations was met");
     EXPECT_FALSE(fit_plot(inversion).empty());
   }
   EXPECT_TRUE(interface.take_messages().empty()) << "a run over the line would end with the first message";

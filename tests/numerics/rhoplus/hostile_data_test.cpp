@@ -1,5 +1,6 @@
 // Whatever a user can feed the routine: an answer with its proof or a status with a sentence.
 #include <cmath>
+#include <ctime>
 #include <limits>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 
 #include "core/absent_value.h"
 #include "numerics/rhoplus/chi_statistics.h"
+#include "numerics/rhoplus/inversion.h"
 #include "numerics/rhoplus/rhoplus.h"
 #include "samples/random_numbers.h"
 #include "tests/numerics/rhoplus/made_data.h"
@@ -117,6 +119,41 @@ TEST(Rhoplus_table, Random_tables_never_fail) {
     expect_sound(rows, run);
     // Errors that differ by twelve decades leave less of double precision.
     EXPECT_LE(run.optimality_gap, 1e-5 * std::max<double>(run.used_values, std::pow(run.achieved_chi, 2)));
+  }
+}
+
+/// Exact data with errors of a millionth: every sheet that is added fits them better.
+std::vector<made::RhoplusDatum> insatiable(int count) {
+  return made::layered(made::ground(3), made::frequencies(count, 1e-5, 1e4), 1e-6);
+}
+
+TEST(Rhoplus_table, A_limit_of_iterations_ends_the_search_and_says_so) {
+  constexpr numerics::rhoplus::InversionLimits small{.search = 2e7, .sheets = 5e6};
+  const std::vector<made::RhoplusDatum> data = insatiable(60);
+  const RhoplusInversion inversion =
+      numerics::rhoplus::invert(data, false, numerics::rhoplus::max_rhoplus_layers, small);
+  ASSERT_TRUE(inversion.ran);
+  EXPECT_TRUE(inversion.limit_met);
+  EXPECT_LE(inversion.sheets.sheets.size(), std::size_t{numerics::rhoplus::max_rhoplus_layers});
+  // A layered ground fits exactly, so all that is left of chi-squared could go.
+  EXPECT_GE(inversion.fit.gap, 0.999 * inversion.fit.misfit2);
+  for (std::size_t i = 0; i < data.size(); ++i) {
+    EXPECT_NEAR(inversion.rows[i].resistivity / data[i].resistivity, 1.0, 0.05) << i;
+  }
+  const RhoplusInversion usual =
+      numerics::rhoplus::invert(noisy(20, 1e-2, 1e2, 0.05, 1), false, numerics::rhoplus::max_rhoplus_layers);
+  EXPECT_FALSE(usual.limit_met);
+}
+
+TEST(Rhoplus_table, None_takes_ten_seconds) {
+#ifndef NDEBUG
+  GTEST_SKIP() << "measures optimised code only";
+#endif
+  for (const int count : {60, 1000}) {
+    std::vector<RhoplusRow> rows = table(insatiable(count));
+    const std::clock_t start = std::clock();
+    EXPECT_TRUE(numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating).limit_met);
+    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 10.0) << count;
   }
 }
 
