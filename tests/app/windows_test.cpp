@@ -23,6 +23,7 @@
 #include "app/help/Form_tutorial.h"
 #include "app/help/manual_pages.h"
 #include "samples/sample_survey.h"
+#include "screenshots/platform_lines.h"
 #include "screenshots/window_pictures.h"
 #include "tests/app/main_view_fixture.h"
 #include "tests/occam/results/made_results.h"
@@ -252,6 +253,17 @@ class WindowsTest : public QObject, private MainViewFixture {
     }
   }
   void cleanup() { close_survey(); }
+
+  void lines_of_the_platform_stay_out_of_the_error_output() {
+    static QStringList seen;
+    const QtMessageHandler earlier = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& text) { seen << text; });
+    drop_platform_lines();
+    qWarning("This plugin does not support propagateSizeHints()");
+    qWarning("The picture can't be written");
+    qInstallMessageHandler(earlier);
+    QCOMPARE(seen, QStringList{"The picture can't be written"});
+  }
 
   void every_window_tells_of_its_controls_and_obeys_the_keys() {
     static_cast<void>(made::write_results(*folder_, "run/"));
