@@ -32,13 +32,10 @@ void print_summary(const MaskTopoOptions& options, const TopoMask& mask) {
   const std::int64_t masked = Module_occam::free_triangles(mask.masked);
   const int blocks = free_blocks(model, mask.masked);
   if (options.json) {
-    const nlohmann::ordered_json json{{"points", mask.topo.points.station.size()},
-                                      {"datum_elevation", mask.choices.datum_elevation},
-                                      {"free_triangles_as_read", as_read},
-                                      {"free_triangles", masked},
-                                      {"parameters_as_read", model.num_free_params},
-                                      {"parameters", blocks},
-                                      {"mesh", options.output}};
+    const nlohmann::ordered_json json{
+        {"points", mask.topo.points.station.size()},   {"datum_elevation", mask.choices.datum_elevation},
+        {"free_triangles_as_read", as_read},           {"free_triangles", masked},
+        {"parameters_as_read", model.num_free_params}, {"parameters", blocks}};
     std::cout << json.dump(2) << '\n';
     return;
   }

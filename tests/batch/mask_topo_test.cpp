@@ -23,16 +23,13 @@ TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters
       folder_.write("line.csv", "x,y,z\n0,0,100\n10,0,100\n15,0,94\n20,0,94\n25,0,94\n30,0,94\n").empty());
   std::vector<std::string> arguments{"mask-topo", "inmodel",  "line.csv",  "--elevation-column",
                                      "3",         "--output", "masked.msh"};
-  nlohmann::json expected =
-      nlohmann::json::parse(R"({"points": 6, "datum_elevation": 100.0, "free_triangles_as_read": 48,
-                                "free_triangles": 40, "parameters_as_read": 3, "parameters": 2})");
-  expected["mesh"] = folder_.path("masked.msh");
   EXPECT_EQ(run_for_json([&] {
               auto with_json = arguments;
               with_json.emplace_back("--json");
               return with_json;
             }()),
-            expected);
+            nlohmann::json::parse(R"({"points": 6, "datum_elevation": 100.0, "free_triangles_as_read": 48,
+                                      "free_triangles": 40, "parameters_as_read": 3, "parameters": 2})"));
   const std::string rectangular = file_contents(folder_.path("masked.msh"));
   EXPECT_NE(rectangular.find("     0\r\n??00\r\n??00\r\n??00\r\n??00\r\n????\r\n"), std::string::npos)
       << rectangular;
