@@ -8,6 +8,7 @@
 #include "batch/run_option.h"
 #include "core/number_text.h"
 #include "occam/windows/section_picture.h"
+#include "platform/files/input_files.h"
 
 namespace Batch {
 namespace {
@@ -29,6 +30,10 @@ int write_section(SectionOptions& options) {
   if (!view || view->load_iteration() != 0) {
     return status_failed;
   }
+  const Module_occam::RunResults& run = view->results();
+  const safe_files::InputFiles inputs({run.folder / options.run.control_file,
+                                       run.folder / run.names.model_file, run.folder / run.names.data_file,
+                                       run.model.mesh_file, run.file_of(view->current_iteration())});
   const Module_occam::ResistivityRange range = Module_occam::suggested_range(view->parameters());
   // As text: the command accepts what the window accepts.
   options.look.choices = Module_occam::read_choices({criterion_text(options.min_res.value_or(range.lower)),

@@ -46,6 +46,14 @@ TEST_F(Batch_results, Are_drawn) {
   EXPECT_EQ(begin("a.pdf"), "%PDF");
   EXPECT_EQ(run({"section", directory, "--output", "b.png", "--min-res", "3", "--max-res", "1"}).status, 1);
   EXPECT_FALSE(fs::exists(folder_.path("b.png")));
+
+  fs::copy_file(run_.path("startup"), run_.path("start.png"));
+  const std::string start = file_contents(run_.path("start.png"));
+  const Outcome over_input =
+      run({"section", directory, "--control", "start.png", "--output", run_.path("start.png")});
+  EXPECT_EQ(over_input.status, 1);
+  EXPECT_NE(over_input.errors.find(" is one of the input files"), std::string::npos) << over_input.errors;
+  EXPECT_EQ(file_contents(run_.path("start.png")), start);
 }
 #endif
 
