@@ -53,10 +53,14 @@ int read_occam_model(const std::filesystem::path& run_folder, const std::string&
   if (read_into(model, iteration_failed, [&] { return read_model_file(run_folder, name, sites); }) != 0) {
     return -1;
   }
+  report_shared_node(model);
+  return 0;
+}
+
+void report_shared_node(const OccamModel& model) {
   if (sites_share_node(model.site_node)) {
     user_interface().show_message("Two stations are located on the same node");
   }
-  return 0;
 }
 
 int read_occam_iteration(IterationParts parts, const std::string& path, OccamIteration& iteration) {

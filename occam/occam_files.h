@@ -32,6 +32,9 @@ namespace Module_occam {
 [[nodiscard]] int read_occam_model(const std::filesystem::path& run_folder, const std::string& name,
                                    const OccamData& sites, OccamModel& model);
 
+/// Tells the user where two sites of a model share a node.
+void report_shared_node(const OccamModel& model);
+
 [[nodiscard]] int read_occam_iteration(IterationParts parts, const std::string& path,
                                        OccamIteration& iteration);
 

@@ -91,7 +91,8 @@ int read_run_files(const fs::path& control_file, RunResults& results) {
     return refuse("No iteration files were found at the specified location");
   }
   read_iterations(results);
-  fs::create_directory(results.folder / derived_folder);
+  std::error_code shown_when_a_file_is_written;
+  fs::create_directory(results.output_folder, shown_when_a_file_is_written);
   return 0;
 }
 
@@ -100,7 +101,7 @@ int read_run_files(const fs::path& control_file, RunResults& results) {
 RunResults::RunResults() { clear_iterations(*this); }
 
 fs::path RunResults::derived_file(int iteration, const std::string& ending) const {
-  return folder / derived_folder /
+  return output_folder /
          (Module_util::strip_extension(iteration_file[static_cast<std::size_t>(iteration)]) + ending);
 }
 
@@ -117,6 +118,7 @@ int open_results(const fs::path& control_file, RunResults& results) {
     const BusyPointer busy;
     results = RunResults();
     results.folder = fs::absolute(control_file).parent_path();
+    results.output_folder = results.folder / derived_folder;
     return read_run_files(fs::absolute(control_file), results);
   });
 }
