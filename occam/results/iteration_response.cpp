@@ -5,6 +5,7 @@
 #include "formats/occam/response_file.h"
 #include "numerics/section/mesh_warnings.h"
 #include "occam/occam_files.h"
+#include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -22,7 +23,8 @@ bool show_share(double share) {
 }
 
 int read_data(const RunResults& results, ObservedData& data) {
-  return read_occam_data_rows((results.folder / results.names.data_file).string(), data);
+  return read_occam_data_rows((results.folder / results.names.data_file).string(), data,
+                              EmptyLines::reported);
 }
 
 void add_static_shifts(const std::vector<StaticShift>& shifts, ModelledData& modelled) {
@@ -127,7 +129,7 @@ int make_response(const RunResults& results, int number, const IterationModel& i
     return -1;
   }
   return trap_errors(response_failed, [&] {
-    fs::create_directories(results.output_folder);
+    make_folder(results.output_folder);
     safe_files::write_into_place(
         results.output_folder / results.response_file[static_cast<std::size_t>(number)],
         response_file_text(computed->data, computed->modelled));

@@ -76,14 +76,16 @@ int refuse(const std::string& message) {
 }
 
 int read_run_files(const fs::path& control_file, RunResults& results) {
-  if (read_occam_control_file(control_file.string(), results.names) != 0) {
+  if (read_occam_control_file(control_file.string(), results.names, EmptyLines::reported) != 0) {
     return -1;
   }
   if (results.names.model_file.empty() || results.names.data_file.empty()) {
     return refuse(control_file.filename().string() + " names no model file or no data file");
   }
-  if (read_occam_data_file((results.folder / results.names.data_file).string(), results.data) != 0 ||
-      read_occam_model(results.folder, results.names.model_file, results.data, results.model) != 0) {
+  if (read_occam_data_file((results.folder / results.names.data_file).string(), results.data,
+                           EmptyLines::reported) != 0 ||
+      read_occam_model(results.folder, results.names.model_file, results.data, results.model,
+                       EmptyLines::reported) != 0) {
     return -1;
   }
   results.seen = iteration_stamps(results.folder);

@@ -60,8 +60,8 @@ int RunView::load_iteration() {
   loaded_iteration_stamp_ = stamp;
   iteration_ = {};
   OccamIteration iteration;
-  if (read_occam_iteration(IterationParts::with_parameters, (results_.folder / name).string(), iteration) !=
-      0) {
+  if (read_occam_iteration(IterationParts::with_parameters, (results_.folder / name).string(), iteration,
+                           EmptyLines::reported) != 0) {
     return -1;
   }
   const std::string mismatch = parameter_mismatch(results_.model, name, iteration.parameter_count);
@@ -127,7 +127,8 @@ int RunView::read_response(const fs::path& file) {
   if (file != response_file_ || stamp != response_stamp_) {
     response_file_ = file;
     response_stamp_ = stamp;
-    response_read_ = read_occam_response(file.string(), response_header(results_).string(), response_) == 0;
+    response_read_ = read_occam_response(file.string(), response_header(results_).string(), response_,
+                                         EmptyLines::reported) == 0;
   }
   return response_read_ ? 0 : -1;  // reported when it was read
 }

@@ -94,7 +94,7 @@ Outcome form_data(const LineSelection& line, const Frequencies& frequencies, con
     }
     end_step(steps);
     const double station = stations[index];
-    if (station < choices.first_station || station > choices.last_station) {
+    if (!is_within_limits(station, choices)) {
       return 0;
     }
     RhoplusTables tables;

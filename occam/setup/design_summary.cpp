@@ -17,8 +17,7 @@ std::vector<float> positions_of(const std::string& line, const InversionChoices&
   std::vector<float> positions;
   for (std::size_t station = 0; station < state.station_line.size(); ++station) {
     const double value = state.station_value[station];
-    if (state.station_line[station] == line && value >= choices.first_station &&
-        value <= choices.last_station) {
+    if (state.station_line[station] == line && is_within_limits(value, choices)) {
       positions.push_back(static_cast<float>(value));
     }
   }

@@ -12,6 +12,8 @@
 #include "formats/occam/text_input.h"
 #include "occam/results/run_results.h"
 #include "occam/setup/run_files.h"
+#include "platform/files/folder_access.h"
+#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -103,18 +105,25 @@ EarlierRun::EarlierRun(fs::path folder, const std::vector<std::string>& new_file
     : folder_(std::move(folder)),
       destination_(
           free_place([this](int number) { return folder_ / ("earlier_" + std::to_string(number)); })) {
-  if (!fs::is_directory(folder_)) {
+  std::error_code failure;
+  if (!fs::is_directory(folder_, failure)) {
     return;
   }
   std::vector<fs::path> entries;
   std::vector<fs::path> names{"startup", "mesh", run_script_name, shell_script_name};
   bool holds_run = false;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
+  fs::directory_iterator listing(folder_, failure);
+  if (failure) {
+    throw std::runtime_error(folder_.string() + ": " + failure.message());
+  }
+  for (const fs::directory_entry& entry : listing) {
     const fs::path name = entry.path().filename();
-    if (entry.is_regular_file() || name == derived_folder) {
+    std::error_code ignored;
+    const bool is_file = entry.is_regular_file(ignored);
+    if (is_file || name == derived_folder) {
       entries.push_back(name);
     }
-    if (entry.is_regular_file() && (is_iteration(name) || is_start_file(entry.path()))) {
+    if (is_file && (is_iteration(name) || is_start_file(entry.path()))) {
       holds_run = true;
       names.push_back(name);
       add_named_files(folder_, entry.path(), names);
@@ -143,16 +152,16 @@ EarlierRun::~EarlierRun() {
   for (const fs::path& file : moved_) {
     fs::rename(destination_ / file, folder_ / file, ignored);
   }
-  for (const fs::path& file : moved_) {
-    fs::remove((destination_ / file).parent_path(), ignored);  // an empty one; the destination itself, too
+  for (auto file = moved_.rbegin(); file != moved_.rend(); ++file) {
+    fs::remove((destination_ / *file).parent_path(), ignored);  // empty by now; at the end the destination
   }
 }
 
 void EarlierRun::move_away() {
   for (const fs::path& file : files_) {
-    fs::create_directories((destination_ / file).parent_path());
+    make_folder((destination_ / file).parent_path());
     moved_.push_back(file);
-    fs::rename(folder_ / file, destination_ / file);
+    safe_files::move_into_place(folder_ / file, destination_ / file);
   }
 }
 

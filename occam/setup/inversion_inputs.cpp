@@ -180,6 +180,12 @@ const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choic
   return invalid_station_limit(inputs, choices);
 }
 
+bool is_within_limits(double station, const InversionChoices& choices) {
+  const auto single = static_cast<float>(station);
+  return single >= static_cast<float>(choices.first_station) &&
+         single <= static_cast<float>(choices.last_station);
+}
+
 int layer_count(const InversionChoices& choices) {
   constexpr double more_than_any_mesh_has = 1e6;
   return static_cast<int>(std::nearbyint(std::min(choices.num_layers, more_than_any_mesh_has)));

@@ -62,6 +62,10 @@ void store_inversion_inputs(const InversionInputs& inputs);
 /// numbers.
 const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices);
 
+/// Whether a station lies within the limits. Stations are known by the digits of a single: what a user reads
+/// off the screen and types is a limit that the station itself meets.
+bool is_within_limits(double station, const InversionChoices& choices);
+
 /// num_layers as a whole number.
 int layer_count(const InversionChoices& choices);
 

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "core/text_fields.h"
+#include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -31,7 +32,7 @@ std::vector<fs::path> missing_folders(fs::path folder) {
 }  // namespace
 
 RunScripts::RunScripts(fs::path folder) : created_(missing_folders(folder)) {
-  fs::create_directories(folder);
+  make_folder(folder);
   const auto write = [&](const char* name, std::string_view contents) {
     fs::path path = folder / name;
     if (!fs::exists(path)) {

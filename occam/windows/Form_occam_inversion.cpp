@@ -248,8 +248,7 @@ void Form_occam_inversion::write_grid() {
 }
 
 bool Form_occam_inversion::ask_for_output_folder() {
-  const std::string suggested = fs::path(suggested_file("_logres.grd")).filename().string();
-  std::string path = QDir::home().filePath(qt_text(suggested)).toStdString();
+  std::string path = suggested_file("_logres.grd");
   if (Module_util::select_output_file(path, "The run's folder can't be written: choose another for the grids",
                                       "Geosoft grids (*.grd)|*.grd") != 0 ||
       path.empty()) {
@@ -260,9 +259,12 @@ bool Form_occam_inversion::ask_for_output_folder() {
 }
 
 std::string Form_occam_inversion::suggested_file(const std::string& ending) const {
-  const bool has_file = view_.results().has(view_.current_iteration());
-  return has_file ? view_.results().derived_file(view_.current_iteration(), ending).string()
-                  : (view_.results().output_folder / ("section" + ending)).string();
+  const RunResults& results = view_.results();
+  const int iteration = view_.current_iteration();
+  const fs::path path = results.has(iteration) ? results.derived_file(iteration, ending)
+                                               : results.output_folder / ("section" + ending);
+  return view_.can_write() ? path.string()
+                           : QDir::home().filePath(qt_text(path.filename().string())).toStdString();
 }
 
 void Form_occam_inversion::save_section(const char* ending) {

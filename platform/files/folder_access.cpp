@@ -1,5 +1,8 @@
 #include "platform/files/folder_access.h"
 
+#include <stdexcept>
+#include <system_error>
+
 #ifndef _WIN32
 #include <fcntl.h>
 #include <unistd.h>
@@ -15,4 +18,12 @@ bool can_write_into(const fs::path& folder) {
 #else
   return fs::is_directory(place, ignored);
 #endif
+}
+
+void make_folder(const fs::path& folder) {
+  std::error_code failure;
+  fs::create_directories(folder, failure);
+  if (failure) {
+    throw std::runtime_error(folder.string() + ": " + failure.message());
+  }
 }

@@ -53,6 +53,11 @@ TEST_F(RunResultsTest, Tells_what_can_not_be_opened) {
   EXPECT_EQ(shown[1], "Error -1 occurred while calculating the response for ITER_9");
   EXPECT_EQ(results.last_iteration, 3);
 
+  static_cast<void>(
+      folder.write("inmodel", made::replaced(made::results_model, "STATICS FILE:     none", "")));
+  EXPECT_EQ(open_results(start, results), -1);
+  EXPECT_EQ(interface.take_messages(), made::Messages{"inmodel has an empty line in place of a text"});
+  static_cast<void>(folder.write("inmodel", made::results_model));
   static_cast<void>(folder.write("ITER_9", made::iteration_text(513, made::nine_parameters)));
   EXPECT_EQ(open_results(start, results), -1);
   EXPECT_EQ(interface.take_messages().size(), 1U);
