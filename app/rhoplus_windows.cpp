@@ -61,7 +61,8 @@ void RhoplusWindows::create_occam_inversion() {
     }
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
-  Form_occam(steps, &main_window_).exec();  // the results window may be closed before this one
+  Form_occam(Module_output::rhoplus_settings(), steps, &main_window_)
+      .exec();  // the results window may be closed before this one
   if (results_) {
     results_->end_line_run();
   }

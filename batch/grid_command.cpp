@@ -27,6 +27,7 @@ Command add_grid_command(Program& program) {
   Parser parser = program.add_command(
       "grid", "Writes grids, points and data fit of an iteration into the folder Brenlox");
   add_run_options(parser, *options);
+  add_output_folder_option(parser, *options);
   return {parser, [options] { return run_grid(*options); }};
 }
 

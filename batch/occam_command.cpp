@@ -20,7 +20,7 @@ struct OccamOptions {
 
 int create_run(const OccamOptions& options) {
   Module_occam::CreatedInversion created;
-  if (Module_occam::create_inversion(options.reading, options.inputs, {}, created) != 0) {
+  if (Module_occam::create_inversion(options.reading, options.inputs, {}, {}, created) != 0) {
     return -1;
   }
   if (created.stopped) {
@@ -34,6 +34,10 @@ int create_run(const OccamOptions& options) {
 int run_occam(OccamOptions& options) {
   std::string& directory = options.inputs.directory;
   directory = path_from_here(directory);
+  Module_occam::InversionChoices choices;
+  if (Module_occam::check_inversion_inputs(options.inputs, choices) != 0) {
+    return status_wrong_usage;
+  }
   return with_open_survey(options.survey, [&] { return create_run(options); });
 }
 
@@ -59,8 +63,10 @@ void add_entries(Parser& parser, InversionInputs& inputs) {
       {"--doubling-threshold", &InversionInputs::doubling_threshold,
        "two blocks are joined where they are narrower than the layer's thickness over this"},
       {"--initial-res", &InversionInputs::initial_res, "resistivity of the starting model, ohm-m"},
-      {"--start-station", &InversionInputs::first_station, "use this station alone; blank: the whole line"},
-      {"--end-station", &InversionInputs::last_station, "has no effect: the start station is the end, too"},
+      {"--start-station", &InversionInputs::first_station,
+       "first station that takes part; blank: from the beginning of the line"},
+      {"--end-station", &InversionInputs::last_station,
+       "last station that takes part; blank: to the end of the line"},
       {"--description", &InversionInputs::description, "title of the files"},
       {"--subdirectory", &InversionInputs::occam_directory,
        "folder to create in the directory for the files"}};
@@ -85,6 +91,7 @@ Command add_occam_command(Program& program) {
   parser.add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
       .required();
   add_entries(parser, options->inputs);
+  add_overwrite_flag(parser, "replace an earlier inversion in the folder, which is kept in earlier_1");
   return {parser, [options] { return run_occam(*options); }};
 }
 

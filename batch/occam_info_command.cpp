@@ -1,8 +1,11 @@
 // brenlox_batch occam-info: what a run directory of the two-dimensional inversion holds.
+#include <algorithm>
 #include <cmath>
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -58,9 +61,30 @@ void print_json(const RunSummary& run) {
   std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
+using TableRow = std::vector<std::string>;
+
+/// Each column is as wide as its longest text; the first one is aligned left, the others right.
+void print_rows(const std::vector<TableRow>& rows) {
+  constexpr std::size_t gap = 2;
+  constexpr std::size_t least_width = 12;
+  std::vector<std::size_t> widths(rows.front().size(), least_width);
+  for (const TableRow& row : rows) {
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      widths[column] = std::max(widths[column], row[column].size());
+    }
+  }
+  std::cout << '\n';
+  for (const TableRow& row : rows) {
+    std::cout << row.front() << std::string(widths.front() - row.front().size(), ' ');
+    for (std::size_t column = 1; column < row.size(); ++column) {
+      std::cout << std::string(gap + widths[column] - row[column].size(), ' ') << row[column];
+    }
+    std::cout << '\n';
+  }
+}
+
 void print_table(const RunSummary& run) {
   constexpr int name_width = 20;
-  constexpr int value_width = 14;
   const OccamModel& model = run.model;
   const auto line = [](const char* name, const std::string& value) {
     std::cout << std::left << std::setw(name_width) << name << value << '\n';
@@ -73,25 +97,17 @@ void print_table(const RunSummary& run) {
   line("Layers", plain_text(model.num_layers()));
   line("Blocks", plain_text(model.num_blocks()));
   line("Parameters", plain_text(model.num_free_params));
-  std::cout << '\n'
-            << std::setw(name_width) << "Site" << std::right << std::setw(value_width) << "Offset (m)"
-            << '\n';
+  std::vector<TableRow> sites{{"Site", "Offset (m)"}};
   for (std::size_t site = 0; site < run.data.site_names.size(); ++site) {
-    std::cout << std::left << std::setw(name_width) << run.data.site_names[site] << std::right
-              << std::setw(value_width) << format_number(run.data.site_offsets[site], "0.0") << '\n';
+    sites.push_back({run.data.site_names[site], format_number(run.data.site_offsets[site], "0.0")});
   }
-  std::cout << '\n' << std::left << std::setw(name_width) << "Iteration" << std::right;
-  for (const char* heading : {"Misfit", "Roughness", "Multiplier"}) {
-    std::cout << std::setw(value_width) << heading;
-  }
-  std::cout << '\n';
+  print_rows(sites);
+  std::vector<TableRow> iterations{{"Iteration", "Misfit", "Roughness", "Multiplier"}};
   for (const OccamIteration& iteration : run.iterations) {
-    std::cout << std::left << std::setw(name_width) << iteration.number << std::right;
-    for (const double value : {iteration.TLAST, iteration.RLAST, iteration.PMU}) {
-      std::cout << std::setw(value_width) << format_number(value, "0.0000");
-    }
-    std::cout << '\n';
+    iterations.push_back({plain_text(iteration.number), format_number(iteration.TLAST, "0.0000"),
+                          format_number(iteration.RLAST, "0.0000"), format_number(iteration.PMU, "0.0000")});
   }
+  print_rows(iterations);
 }
 
 struct OccamInfoOptions {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "batch/command.h"
 #include "core/user_interface.h"
 #include "occam/results/run_summary.h"
 
@@ -20,6 +21,11 @@ void add_run_options(Parser& parser, RunOptions& options) {
   add_control_option(parser, options.control_file);
   parser.add_option("--iteration", options.iteration, "number of the iteration; left out: the last one")
       .in_range(0, Module_occam::max_iteration);
+}
+
+void add_output_folder_option(Parser& parser, RunOptions& options) {
+  parser.add_option("--output", options.output_folder,
+                    "folder of the files, created if it is missing; left out: Brenlox in the run directory");
 }
 
 std::optional<Module_occam::RunView> open_run(const RunOptions& options) {
@@ -40,6 +46,9 @@ std::optional<Module_occam::RunView> open_run(const RunOptions& options) {
   }
   Module_occam::RunView view(std::move(results));
   view.choose_iteration(iteration);
+  if (!options.output_folder.empty()) {
+    view.write_to(path_from_here(options.output_folder));
+  }
   return view;
 }
 

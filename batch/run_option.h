@@ -12,6 +12,7 @@ struct RunOptions {
   std::string directory;
   std::string control_file;
   std::optional<int> iteration;  // none: the last one
+  std::string output_folder;     // of what is derived from the run; empty: Brenlox in the run directory
 };
 
 /// Adds --control to a command.
@@ -19,6 +20,9 @@ void add_control_option(Parser& parser, std::string& control_file);
 
 /// Adds the positional DIR, --control and --iteration to a command.
 void add_run_options(Parser& parser, RunOptions& options);
+
+/// Adds --output, the folder of what a command writes.
+void add_output_folder_option(Parser& parser, RunOptions& options);
 
 /// Opens the run and chooses the iteration.
 /// @return nothing after a message

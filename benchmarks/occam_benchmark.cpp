@@ -47,7 +47,7 @@ class MadeLine {
 
   void create() const {
     Module_occam::CreatedInversion created;
-    if (Module_occam::create_inversion({"200E", 0, "ExHy", 50.0F}, inputs, {}, created) != 0) {
+    if (Module_occam::create_inversion({"200E", 0, "ExHy", 50.0F}, inputs, {}, {}, created) != 0) {
       std::abort();
     }
   }

@@ -18,15 +18,18 @@ constexpr const char* control_failed = "An error occurred while reading the cont
 constexpr const char* iteration_failed = "An error occurred while reading the iteration file: ";
 constexpr const char* response_failed = "An error occurred while reading the response file: ";
 
-/// Runs a reader. A Refusal is shown as it stands, another failure behind `fixed_text`; an EmptyLine is not
-/// shown.
+/// Runs a reader of a file. A Refusal is shown as it stands, another failure behind `fixed_text`.
 template <class Record, class Reader>
-int read_into(Record& record, const char* fixed_text, Reader&& read) {
+int read_into(Record& record, const std::filesystem::path& file, const char* fixed_text,
+              EmptyLines empty_lines, Reader&& read) {
   return trap_errors(fixed_text, [&] {
     try {
       record = std::forward<Reader>(read)();
       return 0;
     } catch (const EmptyLine&) {
+      if (empty_lines == EmptyLines::reported) {
+        user_interface().show_message(file.filename().string() + " has an empty line in place of a text");
+      }
     } catch (const Refusal& refusal) {
       user_interface().show_message(refusal.what());
     }
@@ -36,35 +39,44 @@ int read_into(Record& record, const char* fixed_text, Reader&& read) {
 
 }  // namespace
 
-int read_occam_control_file(const std::string& path, ControlFile& names) {
-  return read_into(names, control_failed, [&] { return read_control_file(path); });
+int read_occam_control_file(const std::string& path, ControlFile& names, EmptyLines empty_lines) {
+  return read_into(names, path, control_failed, empty_lines, [&] { return read_control_file(path); });
 }
 
-int read_occam_data_file(const std::string& path, OccamData& data) {
-  return read_into(data, control_failed, [&] { return read_data_file_sites(path); });
+int read_occam_data_file(const std::string& path, OccamData& data, EmptyLines empty_lines) {
+  return read_into(data, path, control_failed, empty_lines, [&] { return read_data_file_sites(path); });
 }
 
-int read_occam_data_rows(const std::string& path, ObservedData& data) {
-  return read_into(data, control_failed, [&] { return read_data_file(path); });
+int read_occam_data_rows(const std::string& path, ObservedData& data, EmptyLines empty_lines) {
+  return read_into(data, path, control_failed, empty_lines, [&] { return read_data_file(path); });
 }
 
 int read_occam_model(const std::filesystem::path& run_folder, const std::string& name, const OccamData& sites,
-                     OccamModel& model) {
-  if (read_into(model, iteration_failed, [&] { return read_model_file(run_folder, name, sites); }) != 0) {
+                     OccamModel& model, EmptyLines empty_lines) {
+  if (read_into(model, name, iteration_failed, empty_lines,
+                [&] { return read_model_file(run_folder, name, sites); }) != 0) {
     return -1;
   }
-  if (sites_share_node(model.site_node)) {
-    user_interface().show_message("Two stations are located on the same node");
-  }
+  report_shared_node(model);
   return 0;
 }
 
-int read_occam_iteration(IterationParts parts, const std::string& path, OccamIteration& iteration) {
-  return read_into(iteration, iteration_failed, [&] { return read_iteration_file(parts, path); });
+void report_shared_node(const OccamModel& model) {
+  if (sites_share_node(model.site_node)) {
+    user_interface().show_message("Two stations are located on the same node");
+  }
 }
 
-int read_occam_response(const std::string& path, const std::string& header_file, OccamResponse& response) {
-  return read_into(response, response_failed, [&] { return read_response_file(path, header_file); });
+int read_occam_iteration(IterationParts parts, const std::string& path, OccamIteration& iteration,
+                         EmptyLines empty_lines) {
+  return read_into(iteration, path, iteration_failed, empty_lines,
+                   [&] { return read_iteration_file(parts, path); });
+}
+
+int read_occam_response(const std::string& path, const std::string& header_file, OccamResponse& response,
+                        EmptyLines empty_lines) {
+  return read_into(response, path, response_failed, empty_lines,
+                   [&] { return read_response_file(path, header_file); });
 }
 
 int write_occam_mesh(const std::string& path, const OccamMesh& mesh, MeshCodes codes) {

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "core/frequency_text.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/table_input.h"
@@ -16,6 +17,8 @@ constexpr std::string_view line_end = "\r\n";
 constexpr std::size_t sites_value_column = 6;  // after the word SITES
 constexpr std::size_t number_width = 12;
 constexpr std::size_t type_width = 8;  // and a blank
+constexpr int frequency_decimals = 4;
+constexpr double frequency_parts = 1e4;  // a frequency is right to one of so many parts
 
 void add_line(std::string& text, std::string_view label, std::string_view value = {}) {
   text.append(label).append(value).append(line_end);
@@ -94,7 +97,8 @@ std::string data_file_text(const DataFile& data) {
   }
   add_line(text, "FREQUENCIES       ", std::to_string(data.frequencies.size()));
   for (const float frequency : data.frequencies) {
-    add_line(text, pad_field(format_number(frequency, "0.0000"), number_width));
+    add_line(text, pad_field(frequency_text(frequency, frequency_decimals, frequency_parts, number_width),
+                             number_width));
   }
   add_line(text, "NO.DATABLOCKS     ", std::to_string(data.rows.size()));
   add_line(text, "SITE,FREQUENCY,DATATYPE,DATUM,ERROR");

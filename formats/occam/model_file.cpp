@@ -40,7 +40,7 @@ void add_layer(std::string& text, const LayerLines& layer) {
 
 /// What a model file holds.
 struct ModelLines {
-  std::string mesh_name;
+  ModelNames names;
   double binding_offset = 0.0;
   std::vector<OccamLayer> layers;
 };
@@ -60,6 +60,19 @@ OccamLayer read_layer(TextInput& input) {
   return layer;
 }
 
+std::string name_or_none(std::string_view line) {
+  const std::string_view name = behind_colon(line);
+  return equal_ignoring_case(name, "none") ? std::string() : std::string(name);
+}
+
+/// The shifts of a statics file in the run's folder; none where the file is missing.
+std::vector<StaticShift> shifts_of(const std::filesystem::path& run_folder, const std::string& name) {
+  std::error_code ignored;
+  const std::filesystem::path file = run_folder / name;
+  return !name.empty() && std::filesystem::is_regular_file(file, ignored) ? read_shift_file(file.string())
+                                                                          : std::vector<StaticShift>();
+}
+
 ModelLines read_lines(TextInput& input) {
   if (input.filled_line().find("OCCAM2MTMOD_1.0") == std::string_view::npos) {
     throw Refusal("The file does not have the correct format");
@@ -67,12 +80,12 @@ ModelLines read_lines(TextInput& input) {
   input.line();  // name
   input.line();  // description
   ModelLines lines;
-  lines.mesh_name = behind_colon(input.filled_line());
+  lines.names.mesh_file = behind_colon(input.filled_line());
   if (input.filled_line().find("PW2D") == std::string_view::npos) {
     throw Refusal("The specified mesh type is not supported");
   }
-  input.filled_line();  // statics file
-  input.filled_line();  // prejudice file
+  lines.names.statics_file = name_or_none(input.filled_line());
+  lines.names.prejudice_file = name_or_none(input.filled_line());
   lines.binding_offset = numeric_value(behind_colon(input.filled_line()));
   const int layers = integer_value(behind_colon(input.filled_line()));
   for (int layer = 0; layer < layers; ++layer) {
@@ -103,6 +116,11 @@ std::string model_file_text(const std::string& model_name, double binding_offset
   return text;
 }
 
+ModelNames read_model_names(const std::string& path) {
+  TextInput input(path);
+  return read_lines(input).names;
+}
+
 OccamModel read_model_file(const std::filesystem::path& run_folder, const std::string& name,
                            const OccamData& sites) {
   const std::string path = (run_folder / name).string();
@@ -110,11 +128,12 @@ OccamModel read_model_file(const std::filesystem::path& run_folder, const std::s
     TextInput input(path);
     return read_lines(input);
   }();
-  const std::string mesh_path = find_mesh_file(lines.mesh_name, run_folder, path);
+  const std::string mesh_path = find_mesh_file(lines.names.mesh_file, run_folder, path);
   if (mesh_path.empty()) {
     throw Refusal("The specified mesh file does not exist");
   }
   OccamModel model = build_model(read_mesh_file(mesh_path), std::move(lines.layers), lines.binding_offset);
+  model.static_shifts = shifts_of(run_folder, lines.names.statics_file);
   model.site_node = place_sites(model, sites.site_offsets);
   model.mesh_file = mesh_path;
   return model;

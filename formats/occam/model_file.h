@@ -19,8 +19,18 @@ struct LayerLines {
 std::string model_file_text(const std::string& model_name, double binding_offset,
                             const std::vector<LayerLines>& layers);
 
-/// Reads a model file and its mesh and finds the node of each site. Throws Refusal or EmptyLine
-/// (text_input.h), or std::runtime_error with what is wrong.
+/// The files that a model file names, as written there; empty for "none".
+struct ModelNames {
+  std::string mesh_file;
+  std::string statics_file;
+  std::string prejudice_file;
+};
+
+/// Throws as read_model_file.
+ModelNames read_model_names(const std::string& path);
+
+/// Reads a model file, its mesh and, where it is there, its statics file, and finds the node of each site.
+/// Throws Refusal or EmptyLine (text_input.h), or std::runtime_error with what is wrong.
 /// @param run_folder  where relative names are looked for
 /// @param name        of the model file, as the start file gives it
 /// @param sites       of the run's data file; none leaves site_node empty

@@ -3,12 +3,14 @@
 // Conventions: layers, blocks, rows and columns count from 0; free parameters are numbered from 1, as the
 // iteration files list them; lengths m.
 #pragma once
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "formats/occam/occam_mesh.h"
+#include "formats/occam/shift_file.h"
 
 namespace Module_occam {
 
@@ -55,12 +57,16 @@ struct OccamModel {
   std::vector<CellCode> cell_code;  // row by row
   std::vector<OccamLayer> layers;   // top down
   std::vector<OccamBlock> blocks;   // layer by layer, left to right, fixed ones included
-  int num_free_params = 0;
-  std::vector<std::int32_t> site_node;  // node line of each site, or no_site_node
-  std::string mesh_file;                // that the mesh was read from; empty if it was made here
+  int num_free_params = 0;          // of the blocks
+  std::vector<StaticShift> static_shifts;  // of the model's statics file
+  std::vector<std::int32_t> site_node;     // node line of each site, or no_site_node
+  std::string mesh_file;                   // that the mesh was read from; empty if it was made here
 
   [[nodiscard]] int num_layers() const { return static_cast<int>(layers.size()); }
   [[nodiscard]] int num_blocks() const { return static_cast<int>(blocks.size()); }
+  [[nodiscard]] int num_free_shifts() const {
+    return static_cast<int>(std::ranges::count_if(static_shifts, &StaticShift::is_free));
+  }
   /// Block `place` of layer `layer`.
   [[nodiscard]] const OccamBlock& layer_block(int layer, int place) const {
     return blocks[block_index(layer, place)];

@@ -7,7 +7,7 @@
 
 namespace Module_occam {
 
-/// The data file that has sites and frequencies of responses without a header, in the run's folder.
+/// What most runs call the data file, which has sites and frequencies of responses without a header.
 inline constexpr std::string_view response_header_file = "occamdat";
 
 /// The name of the response file of an iteration file, without a folder: "RESP12.resp" for

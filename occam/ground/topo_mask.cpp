@@ -203,7 +203,8 @@ int write_masked_mesh(const std::string& path, const TopoMask& mask) {
   if (write_occam_mesh(path, mesh, MeshCodes::from_mesh) != 0) {
     return -1;
   }
-  user_interface().show_message("Number of free parameters: " + std::to_string(free_triangles(mask.masked)));
+  user_interface().show_message("Number of free parameters: " + std::to_string(free_triangles(mask.masked)) +
+                                ". The mesh is written to " + path);
   return 0;
 }
 

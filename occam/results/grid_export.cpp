@@ -11,6 +11,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "formats/geosoft/geosoft_grid.h"
+#include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
 namespace Module_occam {
@@ -102,6 +103,7 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   const auto progress = [](int percent) { user_interface().show_progress(writing_grids, percent); };
   const double cell = grid_cell(view.results().model.mesh);
   progress(0);
+  make_folder(view.results().output_folder);
   const numerics::gridding::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
   safe_files::write_into_place(file(".xyz"), point_table(blocks));
   formats::geosoft::write_geosoft_grid(file("_logres.grd"), plain);
@@ -281,7 +283,8 @@ int write_grids(RunView& view) {
         write_fit(view) != 0) {
       return -1;
     }
-    user_interface().show_message("Grid file has been written");
+    user_interface().show_message("Grid file has been written. The files are in " +
+                                  view.results().output_folder.string());
     return 0;
   });
 }

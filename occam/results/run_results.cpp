@@ -76,14 +76,16 @@ int refuse(const std::string& message) {
 }
 
 int read_run_files(const fs::path& control_file, RunResults& results) {
-  if (read_occam_control_file(control_file.string(), results.names) != 0) {
+  if (read_occam_control_file(control_file.string(), results.names, EmptyLines::reported) != 0) {
     return -1;
   }
   if (results.names.model_file.empty() || results.names.data_file.empty()) {
     return refuse(control_file.filename().string() + " names no model file or no data file");
   }
-  if (read_occam_data_file((results.folder / results.names.data_file).string(), results.data) != 0 ||
-      read_occam_model(results.folder, results.names.model_file, results.data, results.model) != 0) {
+  if (read_occam_data_file((results.folder / results.names.data_file).string(), results.data,
+                           EmptyLines::reported) != 0 ||
+      read_occam_model(results.folder, results.names.model_file, results.data, results.model,
+                       EmptyLines::reported) != 0) {
     return -1;
   }
   results.seen = iteration_stamps(results.folder);
@@ -91,7 +93,8 @@ int read_run_files(const fs::path& control_file, RunResults& results) {
     return refuse("No iteration files were found at the specified location");
   }
   read_iterations(results);
-  fs::create_directory(results.folder / derived_folder);
+  std::error_code shown_when_a_file_is_written;
+  fs::create_directory(results.output_folder, shown_when_a_file_is_written);
   return 0;
 }
 
@@ -100,7 +103,7 @@ int read_run_files(const fs::path& control_file, RunResults& results) {
 RunResults::RunResults() { clear_iterations(*this); }
 
 fs::path RunResults::derived_file(int iteration, const std::string& ending) const {
-  return folder / derived_folder /
+  return output_folder /
          (Module_util::strip_extension(iteration_file[static_cast<std::size_t>(iteration)]) + ending);
 }
 
@@ -117,6 +120,7 @@ int open_results(const fs::path& control_file, RunResults& results) {
     const BusyPointer busy;
     results = RunResults();
     results.folder = fs::absolute(control_file).parent_path();
+    results.output_folder = results.folder / derived_folder;
     return read_run_files(fs::absolute(control_file), results);
   });
 }

@@ -33,7 +33,9 @@ struct RunResults {
   using ByIteration = std::array<T, max_iteration + 1>;
 
   std::filesystem::path folder;  // absolute
-  ControlFile names;             // of model and data file
+  std::filesystem::path
+      output_folder;  // of derived files: derived_folder in its own, or another that the user has chosen
+  ControlFile names;  // of model and data file
   OccamData data;
   OccamModel model;
   ByIteration<std::string> iteration_file;  // without folder
@@ -60,7 +62,7 @@ struct RunResults {
 
 /// Reads a run from its control file: sites, model, the heads of all iterations. File names in it are meant
 /// from its folder. An iteration file that can't be read is reported and left out. A folder for derived files
-/// is created beside the control file.
+/// is created beside the control file, if that may be written.
 /// @return 0, or -1 after a message; `results` is then not to be used
 [[nodiscard]] int open_results(const std::filesystem::path& control_file, RunResults& results);
 

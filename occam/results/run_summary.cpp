@@ -6,7 +6,10 @@
 
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "formats/occam/data_file.h"
+#include "formats/occam/model_file.h"
 #include "occam/occam_files.h"
+#include "occam/results/iteration_model.h"
 
 namespace fs = std::filesystem;
 
@@ -19,32 +22,49 @@ bool refuse(const std::string& message) {
   return false;
 }
 
-/// A reader that ends at an empty line has said nothing; the user is to know which file it was.
+/// Reads one file of a run. @param kind  "a model file". @return false after one message, which names the
+/// file
+template <class Record, class Reader>
+bool read_part(Record& record, const std::string& name, const char* kind, Reader&& read) {
+  try {
+    record = std::forward<Reader>(read)();
+    return true;
+  } catch (const std::exception& failure) {
+    return refuse(name + " can't be read as " + kind + ": " + failure.what());
+  }
+}
+
 bool read_parts(const fs::path& folder, const std::string& control_file, RunSummary& run) {
   if (control_file.empty()) {
     return refuse("There is no start file and no iteration file");
   }
-  if (read_occam_control_file((folder / control_file).string(), run.names) != 0) {
-    return refuse(control_file + " can't be read as a start file");
+  if (!read_part(run.names, control_file, "a start file",
+                 [&] { return read_control_file((folder / control_file).string()); }) ||
+      !read_part(run.data, run.names.data_file, "a data file",
+                 [&] { return read_data_file_sites((folder / run.names.data_file).string()); }) ||
+      !read_part(run.model, run.names.model_file, "a model file",
+                 [&] { return read_model_file(folder, run.names.model_file, run.data); })) {
+    return false;
   }
-  if (read_occam_data_file((folder / run.names.data_file).string(), run.data) != 0) {
-    return refuse(run.names.data_file + " can't be read as a data file");
-  }
-  if (read_occam_model(folder, run.names.model_file, run.data, run.model) != 0) {
-    return refuse(run.names.model_file + " can't be read as a model file");
-  }
+  report_shared_node(run.model);
   return true;
 }
 
-std::vector<OccamIteration> read_iterations(const fs::path& folder) {
+/// An iteration with another number of parameters than the model's is reported and listed all the same.
+std::vector<OccamIteration> read_iterations(const fs::path& folder, const OccamModel& model) {
   std::vector<OccamIteration> iterations;
   for (const std::string& name : iteration_file_names(folder.string())) {
     OccamIteration iteration;
-    if (read_occam_iteration(IterationParts::head_only, (folder / name).string(), iteration) == 0) {
-      iterations.push_back(std::move(iteration));
-    } else {
-      user_interface().show_message(name + " can't be read as an iteration file");
+    if (!read_part(iteration, name, "an iteration file", [&] {
+          return read_iteration_file(IterationParts::head_only, (folder / name).string());
+        })) {
+      continue;
     }
+    const std::string mismatch = parameter_mismatch(model, name, iteration.parameter_count);
+    if (!mismatch.empty()) {
+      user_interface().show_message(mismatch);
+    }
+    iterations.push_back(std::move(iteration));
   }
   std::ranges::stable_sort(iterations, {}, &OccamIteration::number);
   return iterations;
@@ -82,7 +102,7 @@ int read_run(const fs::path& folder, const std::string& control_file, RunSummary
                     read)) {
       return -1;
     }
-    read.iterations = read_iterations(folder);
+    read.iterations = read_iterations(folder, read.model);
     run = std::move(read);
     return 0;
   });

@@ -3,90 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/scope_guard.h"
 #include "core/trap_errors.h"
-#include "formats/occam/response_file.h"
-#include "numerics/section/mesh_warnings.h"
 #include "occam/occam_files.h"
-#include "occam/results/model_response.h"
-#include "platform/files/safe_files.h"
+#include "occam/results/iteration_response.h"
+#include "platform/files/folder_access.h"
 
 namespace fs = std::filesystem;
 
 namespace Module_occam {
-
-namespace {
-
-constexpr const char* response_failed = "An error occurred while calculating the response: ";
-
-bool show_share(double share) {
-  user_interface().show_progress("Calculating the response", static_cast<int>(100.0 * share));
-  user_interface().process_events();
-  return !user_interface().stop_requested();
-}
-
-/// The data file with the sites and frequencies of a response without a header.
-fs::path header_file(const RunResults& results) {
-  const fs::path usual = results.folder / response_header_file;
-  return fs::exists(usual) ? usual : results.folder / results.names.data_file;
-}
-
-}  // namespace
-
-fs::path find_response(const RunResults& results, int iteration) {
-  const std::string& name = results.response_file[static_cast<std::size_t>(iteration)];
-  if (name.empty()) {
-    return {};
-  }
-  fs::path made = results.folder / derived_folder / name;
-  if (fs::exists(made) && file_stamp(made).written >= file_stamp(results.file_of(iteration)).written) {
-    return made;
-  }
-  fs::path left = results.folder / name;
-  return fs::exists(left) ? left : fs::path();
-}
-
-void report_mesh_warnings(const RunResults& results, const std::vector<double>& parameters) {
-  ObservedData data;
-  if (read_occam_data_rows((results.folder / results.names.data_file).string(), data) != 0) {
-    return;
-  }
-  static_cast<void>(trap_errors(response_failed, [&] {
-    std::string text;
-    for (const std::string& warning : numerics::section::mesh_warnings(
-             response_section(results.model, parameters), data.site_offsets, data.frequencies)) {
-      text += "\n" + warning;
-    }
-    if (!text.empty()) {
-      user_interface().show_message("The mesh limits how exact the response is:" + text);
-    }
-  }));
-}
-
-int make_response(const RunResults& results, int iteration, const std::vector<double>& parameters) {
-  ObservedData data;
-  if (read_occam_data_rows((results.folder / results.names.data_file).string(), data) != 0) {
-    return -1;
-  }
-  return trap_errors(response_failed, [&] {
-    const BusyPointer busy;
-    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    const auto modelled = model_data(results.model, parameters, data, show_share);
-    if (!modelled) {
-      return -1;
-    }
-    if (modelled->other_rows > 0) {
-      user_interface().show_message(std::to_string(modelled->other_rows) +
-                                    " data are neither apparent resistivity nor phase; the response leaves "
-                                    "them out");
-    }
-    const fs::path folder = results.folder / derived_folder;
-    fs::create_directory(folder);
-    safe_files::write_into_place(folder / results.response_file[static_cast<std::size_t>(iteration)],
-                                 response_file_text(data, *modelled));
-    return 0;
-  });
-}
 
 RunView::RunView(RunResults results)
     : results_(std::move(results)), current_iteration_(results_.last_iteration) {}
@@ -119,26 +43,33 @@ bool RunView::refresh() {
   return listed || response_changed;
 }
 
+bool RunView::can_write() const { return can_write_into(results_.output_folder); }
+
 int RunView::load_iteration() {
   if (!results_.has(current_iteration_)) {
     loaded_iteration_file_.clear();
-    parameters_.clear();
+    iteration_ = {};
     return -1;
   }
   const std::string& name = results_.iteration_file[static_cast<std::size_t>(current_iteration_)];
   const FileStamp stamp = file_stamp(results_.folder / name);
   if (name == loaded_iteration_file_ && stamp == loaded_iteration_stamp_) {
-    return parameters_.empty() ? -1 : 0;  // a failure has been reported
+    return iteration_.parameters.empty() ? -1 : 0;  // a failure has been reported
   }
   loaded_iteration_file_ = name;
   loaded_iteration_stamp_ = stamp;
-  parameters_.clear();
+  iteration_ = {};
   OccamIteration iteration;
-  if (read_occam_iteration(IterationParts::with_parameters, (results_.folder / name).string(), iteration) !=
-      0) {
+  if (read_occam_iteration(IterationParts::with_parameters, (results_.folder / name).string(), iteration,
+                           EmptyLines::reported) != 0) {
     return -1;
   }
-  parameters_ = std::move(iteration.parameters);
+  const std::string mismatch = parameter_mismatch(results_.model, name, iteration.parameter_count);
+  if (!mismatch.empty()) {
+    user_interface().show_message(mismatch);
+    return -1;
+  }
+  iteration_ = iteration_model(results_.model, iteration);
   return 0;
 }
 
@@ -147,25 +78,47 @@ SectionGeometry RunView::section(const SectionChoices& choices, PictureSize pict
   if (load_iteration() != 0) {
     return section;
   }
-  if (trap_errors("An error occurred while drawing the model: ",
-                  [&] { section = section_geometry(results_.model, parameters_, choices, picture); }) != 0) {
-    parameters_.clear();  // reported once
+  if (trap_errors("An error occurred while drawing the model: ", [&] {
+        section = section_geometry(results_.model, iteration_.parameters, choices, picture);
+      }) != 0) {
+    iteration_ = {};  // reported once
   }
   return section;
 }
 
 int RunView::load_response() {
   response_ready_ = false;
-  fs::path file = find_response(results_, current_iteration_);
-  if (file.empty()) {
-    if (load_iteration() != 0 || make_response(results_, current_iteration_, parameters_) != 0) {
+  const fs::path file = find_response(results_, current_iteration_);
+  if ((file.empty() ? compute_current() : read_response(file)) != 0) {
+    return -1;
+  }
+  response_ready_ = true;
+  choose_site(current_site_);
+  return 0;
+}
+
+int RunView::compute_current() {
+  if (load_iteration() != 0) {
+    return -1;
+  }
+  if (!can_write()) {
+    const auto computed = compute_response(results_, iteration_);
+    if (!computed) {
       return -1;
     }
-    if (!std::exchange(mesh_warnings_reported_, true)) {
-      report_mesh_warnings(results_, parameters_);
-    }
-    file = find_response(results_, current_iteration_);
+    response_ = as_read(*computed);
+    response_file_.clear();
+  } else if (make_response(results_, current_iteration_, iteration_) != 0 ||
+             read_response(find_response(results_, current_iteration_)) != 0) {
+    return -1;
   }
+  if (!std::exchange(mesh_warnings_reported_, true)) {
+    report_mesh_warnings(results_, iteration_);
+  }
+  return 0;
+}
+
+int RunView::read_response(const fs::path& file) {
   if (file.empty()) {
     user_interface().show_message("The response file does not exist");
     return -1;
@@ -174,14 +127,10 @@ int RunView::load_response() {
   if (file != response_file_ || stamp != response_stamp_) {
     response_file_ = file;
     response_stamp_ = stamp;
-    response_read_ = read_occam_response(file.string(), header_file(results_).string(), response_) == 0;
+    response_read_ = read_occam_response(file.string(), response_header(results_).string(), response_,
+                                         EmptyLines::reported) == 0;
   }
-  if (!response_read_) {
-    return -1;  // reported when it was read
-  }
-  response_ready_ = true;
-  choose_site(current_site_);
-  return 0;
+  return response_read_ ? 0 : -1;  // reported when it was read
 }
 
 }  // namespace Module_occam

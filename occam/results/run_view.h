@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "occam/results/iteration_model.h"
 #include "occam/results/run_results.h"
 #include "occam/results/section_geometry.h"
 
@@ -24,17 +25,26 @@ class RunView {
   /// Looks for new iterations and for changes of the response. @return true if anything has changed
   bool refresh();
 
-  /// Reads the parameters of the current iteration unless they are loaded.
+  /// Whether files that are derived from the run can be written into their folder.
+  [[nodiscard]] bool can_write() const;
+  /// Chooses another folder for them.
+  void write_to(const std::filesystem::path& folder) { results_.output_folder = folder; }
+
+  /// Reads the parameters of the current iteration unless they are loaded. An iteration that isn't of the
+  /// model is refused.
   /// @return 0; -1, after a message, or without one if the iteration has no file
   [[nodiscard]] int load_iteration();
   /// log10 ohm-m; of the iteration loaded last, empty after a failure.
-  [[nodiscard]] const std::vector<double>& parameters() const { return parameters_; }
+  [[nodiscard]] const std::vector<double>& parameters() const { return iteration_.parameters; }
+  /// The same with the static shifts.
+  [[nodiscard]] const IterationModel& iteration() const { return iteration_; }
 
   /// The section of the current iteration; without rectangles if it can't be read.
   SectionGeometry section(const SectionChoices& choices, PictureSize picture);
 
   /// Reads the response of the current iteration from a file created here, one that the inversion left or,
-  /// where there is neither, after computing it.
+  /// where there is neither, after computing it. A computed one is written, or kept in memory where the
+  /// folder of derived files can't be written.
   /// @return 0, or -1 after a message or a stop
   [[nodiscard]] int load_response();
   /// What was read last; of the current iteration while response_ready().
@@ -43,6 +53,8 @@ class RunView {
 
  private:
   bool response_has_settled();
+  int compute_current();
+  int read_response(const std::filesystem::path& file);
 
   RunResults results_;
   OccamResponse response_;
@@ -50,7 +62,7 @@ class RunView {
   int current_site_ = 1;
   std::string loaded_iteration_file_;
   FileStamp loaded_iteration_stamp_;
-  std::vector<double> parameters_;
+  IterationModel iteration_;
   std::filesystem::path response_file_;  // that was read last, with success or not
   FileStamp response_stamp_;             // as it was then
   FileStamp seen_response_stamp_;        // at the last look
@@ -58,18 +70,5 @@ class RunView {
   bool response_ready_ = false;
   bool mesh_warnings_reported_ = false;  // with the first response that was computed here
 };
-
-/// The response file of an iteration: in the folder of derived files, unless the iteration is newer, or else
-/// beside the iteration's file. Empty without either.
-std::filesystem::path find_response(const RunResults& results, int iteration);
-
-/// Reports what the mesh of a run lacks for the frequencies of its data; nothing if it is good enough.
-/// @param parameters  log10 ohm-m, of the free blocks
-void report_mesh_warnings(const RunResults& results, const std::vector<double>& parameters);
-
-/// Computes the response of an iteration and writes it into the folder of derived files.
-/// @return 0; -1 after a message, or without one if the user stopped it
-[[nodiscard]] int make_response(const RunResults& results, int iteration,
-                                const std::vector<double>& parameters);
 
 }  // namespace Module_occam

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <stdexcept>
+#include <optional>
 
 #include "core/calendar.h"
 #include "core/number_text.h"
@@ -16,10 +16,10 @@
 #include "database/survey_database.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
+#include "occam/setup/earlier_run.h"
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
-#include "output/rhoplus_settings.h"
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
@@ -40,7 +40,6 @@ using Module_output::RhoplusTables;
 
 namespace {
 
-constexpr int min_stations = 3;
 constexpr const char* too_few_stations =
     "There are not enough stations for the current line to perform a 2D inversion";
 
@@ -80,8 +79,9 @@ int load_station(const ReadingKey& key, const Frequencies& frequencies, const Rh
 
 /// Collects the data of all stations of the line.
 Outcome form_data(const LineSelection& line, const Frequencies& frequencies, const InversionInputs& inputs,
-                  const InversionChoices& choices, const StationSteps& steps, LineData& data) {
-  RhoplusSettings settings = Module_output::rhoplus_settings();
+                  const InversionChoices& choices, const RhoplusSettings& rhoplus, const StationSteps& steps,
+                  LineData& data) {
+  RhoplusSettings settings = rhoplus;
   settings.apply_static = inputs.apply_static ? 1 : 0;
   const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
                        inputs.use_rhoplus_error};
@@ -94,7 +94,7 @@ Outcome form_data(const LineSelection& line, const Frequencies& frequencies, con
     }
     end_step(steps);
     const double station = stations[index];
-    if (station < choices.first_station || station > choices.last_station) {
+    if (!is_within_limits(station, choices)) {
       return 0;
     }
     RhoplusTables tables;
@@ -188,35 +188,45 @@ void write_run(const RunSet& run, const fs::path& folder) {
   safe_files::write_together(files);
 }
 
-/// Throws if two files of the run would have the same name.
-void check_names(const InversionInputs& inputs) {
-  std::vector<std::string> names{"mesh", "startup", "occam_run.bat", "occam_run.sh"};
-  for (const std::string& entry : {inputs.model_file, inputs.data_file}) {
-    const std::string name = name_of(entry);
-    if (std::ranges::any_of(names,
-                            [&](const std::string& other) { return equal_ignoring_case(name, other); })) {
-      throw std::runtime_error("two files of the inversion would have the name " + name);
-    }
-    names.push_back(name);
+/// @return whether a run that the folder holds may move
+bool may_replace(const EarlierRun& earlier, const fs::path& folder) {
+  return !earlier.found() ||
+         user_interface().ask_yes_no("Replace the inversion in " + folder.string() + "? It is kept in " +
+                                     earlier.destination().filename().string() + ".");
+}
+
+/// Writes the run, after moving an earlier one away. Throws if that fails; everything is then as before.
+/// @param scripts  none yet where there is an earlier run
+void put_into_place(const RunSet& run, const fs::path& folder, EarlierRun& earlier,
+                    std::optional<RunScripts>& scripts) {
+  if (earlier.found()) {
+    earlier.move_away();
+    scripts.emplace(folder);
   }
+  write_run(run, folder);
+  scripts->keep();
+  earlier.keep();
 }
 
 int create_run(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
-               const StationSteps& steps, CreatedInversion& created) {
+               const RhoplusSettings& rhoplus, const StationSteps& steps, CreatedInversion& created) {
+  const fs::path folder = run_directory(inputs);
+  EarlierRun earlier(folder, {name_of(inputs.model_file), name_of(inputs.data_file)});
+  if (!may_replace(earlier, folder)) {
+    return -1;
+  }
   const BusyPointer busy;
   const ScopedValue<bool> updating(session().updating_controls, true);
   const auto listed = Module_database::load_reference_frequencies(line.reference_type);
   if (!listed) {
     return -1;
   }
-  const fs::path folder = run_directory(inputs);
-  if (folder.empty()) {
-    throw std::runtime_error("no folder has been chosen");
+  std::optional<RunScripts> scripts;  // in a folder that holds a run they wait until that has moved
+  if (!earlier.found()) {
+    scripts.emplace(folder);
   }
-  check_names(inputs);
-  RunScripts scripts(folder);
   LineData data;
-  const Outcome outcome = form_data(line, *listed, inputs, choices, steps, data);
+  const Outcome outcome = form_data(line, *listed, inputs, choices, rhoplus, steps, data);
   created.stopped = outcome == Outcome::stopped;
   if (created.stopped) {
     return 0;
@@ -224,17 +234,33 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
   if (outcome == Outcome::failed) {
     return -1;
   }
-  scripts.keep();
+  if (scripts) {
+    scripts->keep();
+  }
   std::vector<float> frequencies = number_frequencies(data, listed->list);
   if (const char* const missing = missing_data(data, frequencies)) {
     user_interface().show_message(missing);
     return -1;
   }
-  const int data_count = static_cast<int>(data.rows.size());
-  write_run(design_run(inputs, choices, std::move(data), std::move(frequencies)), folder);
-  created.data_count = data_count;
+  const RunSet run = design_run(inputs, choices, std::move(data), std::move(frequencies));
+  const std::string warning = size_warning(run.mesh.columns(), run.mesh.rows());
+  if (!warning.empty()) {
+    user_interface().show_message(warning);
+  }
+  put_into_place(run, folder, earlier, scripts);
+  created.data_count = static_cast<int>(run.data.rows.size());
   created.directory = folder.string();
+  created.earlier_run = earlier.found() ? earlier.destination().string() : "";
   return 0;
+}
+
+std::string completion_text(const CreatedInversion& created) {
+  std::string text = "Output complete. Number of data written: " + format_number(created.data_count, "0") +
+                     ". The files are in " + created.directory;
+  if (!created.earlier_run.empty()) {
+    text += ", the earlier inversion in " + created.earlier_run;
+  }
+  return text;
 }
 
 }  // namespace
@@ -259,19 +285,18 @@ int check_line_for_inversion() {
   return missing == nullptr ? 0 : -1;
 }
 
-int create_inversion(const LineSelection& line, const InversionInputs& inputs, const StationSteps& steps,
-                     CreatedInversion& created) {
+int create_inversion(const LineSelection& line, const InversionInputs& inputs, const RhoplusSettings& rhoplus,
+                     const StationSteps& steps, CreatedInversion& created) {
   created = {};
   InversionChoices choices;
   if (check_inversion_inputs(inputs, choices) != 0) {
     return -1;
   }
   store_inversion_inputs(inputs);
-  const int status = trap_errors("An error occurred while creating the Occam inversion: ",
-                                 [&] { return create_run(line, inputs, choices, steps, created); });
+  const int status = trap_errors(creating_failed,
+                                 [&] { return create_run(line, inputs, choices, rhoplus, steps, created); });
   if (status == 0 && !created.stopped) {
-    user_interface().show_message("Output complete. Number of data written: " +
-                                  format_number(created.data_count, "0"));
+    user_interface().show_message(completion_text(created));
   }
   return status;
 }

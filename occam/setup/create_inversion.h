@@ -6,6 +6,7 @@
 
 #include "occam/setup/inversion_inputs.h"
 #include "occam/setup/station_fit.h"
+#include "output/rhoplus_settings.h"
 
 namespace Module_occam {
 
@@ -29,16 +30,20 @@ struct StationSteps {
 };
 
 struct CreatedInversion {
-  bool stopped = false;   // by the user; nothing was written
-  int data_count = 0;     // rows of data written
-  std::string directory;  // of the run
+  bool stopped = false;     // by the user; nothing was written
+  int data_count = 0;       // rows of data written
+  std::string directory;    // of the run
+  std::string earlier_run;  // where the run that the directory held has gone; empty if it held none
 };
 
 /// Checks the entries, stores them in the user's settings and creates the run directory: data file, model,
-/// mesh, start file and the files that start the program. Reports the number of data at the end. All files
-/// are put into place together: after a failure or a stop, those of an earlier inversion are as before.
-/// @return 0, also when it was stopped; -1 after a message
+/// mesh, start file and the files that start the program. Reports the number of data and the folder at the
+/// end. An earlier inversion in the folder moves into a folder of its own if the user agrees. All files are
+/// put into place together: after a failure or a stop, those of an earlier inversion are as before.
+/// @param rhoplus  the user's settings; whether static factors apply is an entry of its own
+/// @return 0, also when it was stopped; -1 after a message or when the user kept the earlier inversion
 [[nodiscard]] int create_inversion(const Module_database::LineSelection& line, const InversionInputs& inputs,
-                                   const StationSteps& steps, CreatedInversion& created);
+                                   const Module_output::RhoplusSettings& rhoplus, const StationSteps& steps,
+                                   CreatedInversion& created);
 
 }  // namespace Module_occam

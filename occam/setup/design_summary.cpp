@@ -11,12 +11,14 @@ namespace Module_occam {
 
 namespace {
 
-std::vector<float> positions_of(const std::string& line) {
+/// Of the stations of a line within the limits.
+std::vector<float> positions_of(const std::string& line, const InversionChoices& choices) {
   const SessionState& state = session();
   std::vector<float> positions;
   for (std::size_t station = 0; station < state.station_line.size(); ++station) {
-    if (state.station_line[station] == line) {
-      positions.push_back(static_cast<float>(state.station_value[station]));
+    const double value = state.station_value[station];
+    if (state.station_line[station] == line && is_within_limits(value, choices)) {
+      positions.push_back(static_cast<float>(value));
     }
   }
   return positions;
@@ -38,18 +40,20 @@ std::string design_summary(const std::string& line, const InversionInputs& input
     return fault;
   }
   try {
-    const std::vector<float> positions = positions_of(line);
-    const std::vector<float> nodes = horizontal_nodes(positions, choices.block_width);
-    if (nodes.size() < 2) {
-      return "The line has too few stations";
+    const std::vector<float> positions = positions_of(line, choices);
+    if (positions.size() < min_stations) {
+      return "Stations that remain: " + plain_text(static_cast<int>(positions.size())) +
+             "; an inversion needs at least " + plain_text(static_cast<int>(min_stations));
     }
-    const MeshColumns columns = mesh_columns(nodes);
+    const MeshColumns columns = mesh_columns(horizontal_nodes(positions, choices.block_width));
     const MeshRows rows = mesh_rows(layer_count(choices), choices.layers_per_decade, choices.top_layer);
     const int blocks = block_count(merge_blocks(columns, rows, choices.doubling_threshold));
-    return plain_text(static_cast<int>(positions.size())) + " stations, mesh of " +
-           plain_text(static_cast<int>(columns.widths.size())) + " by " +
-           plain_text(static_cast<int>(rows.heights.size())) + " cells, " + plain_text(blocks) +
-           " model blocks, layers down to " + format_number(depth_of(rows), "0") + " m";
+    const auto across = static_cast<int>(columns.widths.size());
+    const auto down = static_cast<int>(rows.heights.size());
+    const std::string warning = size_warning(across, down);
+    return plain_text(static_cast<int>(positions.size())) + " stations, mesh of " + plain_text(across) +
+           " by " + plain_text(down) + " cells, " + plain_text(blocks) + " model blocks, layers down to " +
+           format_number(depth_of(rows), "0") + " m" + (warning.empty() ? "" : ". " + warning);
   } catch (const std::exception& failure) {
     return failure.what();
   }

@@ -6,8 +6,8 @@
 
 namespace Module_occam {
 
-/// Sizes of the mesh and the model that the entries give for all stations of a line of the session; why there
-/// is no mesh if they give none.
+/// Sizes of the mesh and the model that the entries give for the stations of a line of the session within the
+/// limits; why there is no mesh if they give none.
 std::string design_summary(const std::string& line, const InversionInputs& inputs);
 
 }  // namespace Module_occam

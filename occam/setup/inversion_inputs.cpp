@@ -4,12 +4,14 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
+#include <stdexcept>
+#include <vector>
 
-#include "core/file_names.h"
 #include "core/number_text.h"
-#include "core/session_state.h"
 #include "core/text_fields.h"
-#include "core/user_interface.h"
+#include "core/trap_errors.h"
+#include "occam/setup/mesh_design.h"
+#include "occam/setup/run_files.h"
 #include "platform/settings_store/settings_store.h"
 
 namespace Module_occam {
@@ -85,19 +87,44 @@ bool is_positive_number(std::string_view text) {
   return is_numeric(text) && numeric_value(text) > 0.0 && std::isfinite(numeric_value(text));
 }
 
+/// A limit that is left blank stays as it is. @return false for what is no number
+bool read_limit(std::string_view text, double& limit) {
+  if (trimmed(text).empty()) {
+    return true;
+  }
+  limit = numeric_value(text);
+  return is_numeric(text) && std::isfinite(limit);
+}
+
 const char* invalid_station_limit(const InversionInputs& inputs, InversionChoices& choices) {
   choices.first_station = lowest_station;
   choices.last_station = highest_station;
-  if (trimmed(inputs.first_station).empty()) {
-    return nullptr;
-  }
-  if (!is_numeric(inputs.first_station)) {
+  if (!read_limit(inputs.first_station, choices.first_station)) {
     return "The start station is not valid";
   }
-  // Both limits come from the first entry: a station typed there is the only one used.
-  choices.first_station = numeric_value(inputs.first_station);
-  choices.last_station = choices.first_station;
-  return nullptr;
+  if (!read_limit(inputs.last_station, choices.last_station)) {
+    return "The end station is not valid";
+  }
+  return choices.first_station > choices.last_station ? "The start station is greater than the end station"
+                                                      : nullptr;
+}
+
+std::string name_of(const std::string& entry) { return std::string(trimmed(entry)); }
+
+/// Throws if files of the run would have the same name or stand in another folder.
+void check_names(const InversionInputs& inputs) {
+  std::vector<std::string> names{"mesh", "startup", run_script_name, shell_script_name};
+  for (const std::string& entry : {inputs.model_file, inputs.data_file}) {
+    const std::string name = name_of(entry);
+    if (name.find_first_of("/\\") != std::string::npos) {
+      throw std::runtime_error(name + " is more than the name of a file");
+    }
+    if (std::ranges::any_of(names,
+                            [&](const std::string& other) { return equal_ignoring_case(name, other); })) {
+      throw std::runtime_error("two files of the inversion would have the name " + name);
+    }
+    names.push_back(name);
+  }
 }
 
 }  // namespace
@@ -120,11 +147,6 @@ InversionInputs load_inversion_inputs() {
     const std::string text = stored(entry.key);
     const bool valid = is_numeric(text) && numeric_value(text) >= 0.0 && numeric_value(text) <= 1.0;
     inputs.*entry.on = !valid || std::nearbyint(numeric_value(text)) == 1.0;
-  }
-  inputs.directory = stored(directory_key);
-  std::error_code ignored;
-  if (!std::filesystem::is_directory(inputs.directory, ignored)) {
-    inputs.directory = Module_util::directory_of(session().database_file);
   }
   return inputs;
 }
@@ -158,6 +180,12 @@ const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choic
   return invalid_station_limit(inputs, choices);
 }
 
+bool is_within_limits(double station, const InversionChoices& choices) {
+  const auto single = static_cast<float>(station);
+  return single >= static_cast<float>(choices.first_station) &&
+         single <= static_cast<float>(choices.last_station);
+}
+
 int layer_count(const InversionChoices& choices) {
   constexpr double more_than_any_mesh_has = 1e6;
   return static_cast<int>(std::nearbyint(std::min(choices.num_layers, more_than_any_mesh_has)));
@@ -170,11 +198,17 @@ std::string run_directory(const InversionInputs& inputs) {
 }
 
 int check_inversion_inputs(const InversionInputs& inputs, InversionChoices& choices) {
-  const char* const fault = invalid_entry(inputs, choices);
-  if (fault != nullptr) {
+  if (const char* const fault = invalid_entry(inputs, choices)) {
     user_interface().show_message(fault);
+    return -1;
   }
-  return fault == nullptr ? 0 : -1;
+  return trap_errors(creating_failed, [&] {
+    if (run_directory(inputs).empty()) {
+      throw std::runtime_error("no folder has been chosen");
+    }
+    check_names(inputs);
+    static_cast<void>(mesh_rows(layer_count(choices), choices.layers_per_decade, choices.top_layer));
+  });
 }
 
 }  // namespace Module_occam

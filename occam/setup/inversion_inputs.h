@@ -1,8 +1,11 @@
 // inversion_inputs.h: the entries of a new inversion, as typed and as numbers.
 #pragma once
+#include <cstddef>
 #include <string>
 
 namespace Module_occam {
+
+inline constexpr std::size_t min_stations = 3;  // that an inversion is created for
 
 /// The entries as typed; the values here are the defaults.
 struct InversionInputs {
@@ -24,8 +27,8 @@ struct InversionInputs {
   std::string directory;            // folder of the run
   // The entries from here on are not stored.
   bool apply_static = true;   // static shift corrections
-  std::string first_station;  // blank: the whole line
-  std::string last_station;   // shown beside the first one; it has no effect
+  std::string first_station;  // lower limit; blank: none
+  std::string last_station;   // upper limit; blank: none
   std::string description;
   std::string occam_directory;  // folder in `directory`, created if missing; blank: `directory` itself
 };
@@ -46,8 +49,10 @@ struct InversionChoices {
   double last_station = 0.0;
 };
 
-/// The entries of the user's settings, with the default for each that is missing or invalid. If the folder no
-/// longer exists, that of the survey.
+inline constexpr const char* creating_failed = "An error occurred while creating the Occam inversion: ";
+
+/// The entries of the user's settings, with the default for each that is missing or invalid. The folder is
+/// left blank: the one of the last run may hold another survey's.
 InversionInputs load_inversion_inputs();
 
 /// Stores the entries in the user's settings, except those that belong to one inversion.
@@ -57,13 +62,17 @@ void store_inversion_inputs(const InversionInputs& inputs);
 /// numbers.
 const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices);
 
+/// Whether a station lies within the limits. Stations are known by the digits of a single: what a user reads
+/// off the screen and types is a limit that the station itself meets.
+bool is_within_limits(double station, const InversionChoices& choices);
+
 /// num_layers as a whole number.
 int layer_count(const InversionChoices& choices);
 
 /// The folder that the files go to.
 std::string run_directory(const InversionInputs& inputs);
 
-/// Checks the entries and reports the first invalid one.
+/// Checks the entries, names and layers and reports the first that is invalid.
 /// @return 0, or -1 after its message
 [[nodiscard]] int check_inversion_inputs(const InversionInputs& inputs, InversionChoices& choices);
 

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "formats/occam/occam_model.h"
+
 namespace Module_occam {
 
 namespace {
@@ -177,6 +179,16 @@ std::vector<LayerLines> merge_blocks(const MeshColumns& columns, const MeshRows&
     layers.push_back({rows.layer_rows[layer], blocks.columns});
   }
   return layers;
+}
+
+std::string size_warning(int columns, int rows) {
+  constexpr int most = max_nodes - 1;
+  if (columns <= most && rows <= most) {
+    return {};
+  }
+  return "The mesh has " + std::to_string(columns) + " columns and " + std::to_string(rows) +
+         " rows of cells; the results of a run with more than " + std::to_string(most) +
+         " of either can't be opened here";
 }
 
 int block_count(const std::vector<LayerLines>& layers) {

@@ -4,6 +4,7 @@
 // below it.
 #pragma once
 #include <span>
+#include <string>
 #include <vector>
 
 #include "formats/occam/model_file.h"
@@ -44,6 +45,10 @@ MeshRows mesh_rows(int layers, double layers_per_decade, double top_layer);
 /// beside a wide one is joined to it.
 std::vector<LayerLines> merge_blocks(const MeshColumns& columns, const MeshRows& rows,
                                      double doubling_threshold);
+
+/// What a user is to know about a mesh of so many cells: readers take no more than a fixed number either way.
+/// Empty for a smaller one.
+std::string size_warning(int columns, int rows);
 
 /// Blocks of all layers.
 int block_count(const std::vector<LayerLines>& layers);

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "core/text_fields.h"
+#include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -31,7 +32,7 @@ std::vector<fs::path> missing_folders(fs::path folder) {
 }  // namespace
 
 RunScripts::RunScripts(fs::path folder) : created_(missing_folders(folder)) {
-  fs::create_directories(folder);
+  make_folder(folder);
   const auto write = [&](const char* name, std::string_view contents) {
     fs::path path = folder / name;
     if (!fs::exists(path)) {
@@ -43,7 +44,7 @@ RunScripts::RunScripts(fs::path folder) : created_(missing_folders(folder)) {
   try {
     write(run_script_name, "occam2d\r\n");
 #ifndef _WIN32
-    const fs::path script = write("occam_run.sh", "#!/bin/sh\noccam2d\n");
+    const fs::path script = write(shell_script_name, "#!/bin/sh\noccam2d\n");
     fs::permissions(script, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
                     fs::perm_options::add);
 #endif

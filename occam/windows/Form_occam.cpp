@@ -4,8 +4,11 @@
 #include <QLineEdit>
 #include <utility>
 
+#include "core/file_names.h"
+#include "core/session_state.h"
 #include "core/user_interface.h"
 #include "occam/setup/design_summary.h"
+#include "occam/setup/earlier_run.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"
 
@@ -50,9 +53,11 @@ constexpr CheckControl check_controls[] = {
 
 }  // namespace
 
-Form_occam::Form_occam(Module_occam::StationSteps steps, QWidget* parent)
+Form_occam::Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
+                       QWidget* parent)
     : QDialog(parent),
       ui_(std::make_unique<Ui::Form_occam>()),
+      rhoplus_(rhoplus),
       steps_(std::move(steps)),
       line_(Module_occam::selected_line()) {
   ui_->setupUi(this);
@@ -85,7 +90,9 @@ void Form_occam::fill_drives() {
 }
 
 void Form_occam::fill_controls() {
-  const InversionInputs kept = Module_occam::load_inversion_inputs();
+  InversionInputs kept = Module_occam::load_inversion_inputs();
+  kept.directory = Module_util::directory_of(session().database_file);
+  kept.occam_directory = Module_occam::free_run_name(kept.directory, line_.line, line_.data_type);
   for (const TextControl& control : text_controls) {
     ((*ui_).*control.box)->setText(QString::fromStdString(kept.*control.text));
   }
@@ -137,7 +144,7 @@ void Form_occam::create_inversion() {
   int status = -1;
   {
     const ProgressInWindow progress(*ui_->ProgressBar_occam, *ui_->Label_progress, *ui_->Command_stop);
-    status = Module_occam::create_inversion(line_, inputs(), steps_, created);
+    status = Module_occam::create_inversion(line_, inputs(), rhoplus_, steps_, created);
   }
   set_running(false);
   ui_->Label_progress->setText(status == 0 && created.stopped ? "Stopped; nothing was written" : "");

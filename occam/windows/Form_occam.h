@@ -13,8 +13,11 @@ class Form_occam : public QDialog {
   Q_OBJECT
 
  public:
-  /// Shows the stored entries. @param steps  what else happens at each station while the run is created
-  explicit Form_occam(Module_occam::StationSteps steps, QWidget* parent = nullptr);
+  /// Shows the stored entries and a free folder beside the survey.
+  /// @param rhoplus  the user's settings, for the fit of each station
+  /// @param steps    what else happens at each station while the run is created
+  explicit Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
+                      QWidget* parent = nullptr);
   ~Form_occam() override;
 
   /// Esc and the window's close button ask a run to stop, and close the window otherwise.
@@ -31,6 +34,7 @@ class Form_occam : public QDialog {
   void set_running(bool running);
 
   std::unique_ptr<Ui::Form_occam> ui_;
+  Module_output::RhoplusSettings rhoplus_;
   Module_occam::StationSteps steps_;
   Module_database::LineSelection line_;
   bool running_ = false;

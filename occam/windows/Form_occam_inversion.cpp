@@ -1,5 +1,6 @@
 #include "occam/windows/Form_occam_inversion.h"
 
+#include <QDir>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
@@ -12,6 +13,7 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/user_interface.h"
 #include "occam/results/grid_export.h"
 #include "occam/results/response_plots.h"
 #include "occam/windows/model_controls.h"
@@ -22,6 +24,7 @@
 #include "platform/widgets/vex_splitter.h"
 
 using namespace Module_occam;
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -235,24 +238,42 @@ void Form_occam_inversion::look_for_iterations() {
 }
 
 void Form_occam_inversion::write_grid() {
+  if (!view_.can_write() && !ask_for_output_folder()) {
+    return;
+  }
   static_cast<void>(write_grids(view_));  // the user has seen the outcome
   if (response_on_show()) {
     display_current_response();
   }
 }
 
+bool Form_occam_inversion::ask_for_output_folder() {
+  std::string path = suggested_file("_logres.grd");
+  if (Module_util::select_output_file(path, "The run's folder can't be written: choose another for the grids",
+                                      "Geosoft grids (*.grd)|*.grd") != 0 ||
+      path.empty()) {
+    return false;
+  }
+  view_.write_to(fs::path(path).parent_path());
+  return true;
+}
+
 std::string Form_occam_inversion::suggested_file(const std::string& ending) const {
-  const bool has_file = view_.results().has(view_.current_iteration());
-  return has_file ? view_.results().derived_file(view_.current_iteration(), ending).string()
-                  : (view_.results().folder / derived_folder / ("section" + ending)).string();
+  const RunResults& results = view_.results();
+  const int iteration = view_.current_iteration();
+  const fs::path path = results.has(iteration) ? results.derived_file(iteration, ending)
+                                               : results.output_folder / ("section" + ending);
+  return view_.can_write() ? path.string()
+                           : QDir::home().filePath(qt_text(path.filename().string())).toStdString();
 }
 
 void Form_occam_inversion::save_section(const char* ending) {
   std::string path = suggested_file(std::string("_section.") + ending);
   const std::string filter =
       ending == std::string("pdf") ? "PDF documents (*.pdf)|*.pdf" : "PNG pictures (*.png)|*.png";
-  if (Module_util::select_output_file(path, "Save the section", filter) == 0 && !path.empty()) {
-    static_cast<void>(Module_occam::save_section(view_, controls_->look(), path, Picture_model_->size()));
+  if (Module_util::select_output_file(path, "Save the section", filter) == 0 && !path.empty() &&
+      Module_occam::save_section(view_, controls_->look(), path, Picture_model_->size()) == 0) {
+    user_interface().show_message("The section is written to " + path);
   }
 }
 
@@ -260,8 +281,8 @@ void Form_occam_inversion::save_fits() {
   std::string path = suggested_file("_fit.pdf");
   if (Module_util::select_output_file(path, "Save the fit of all stations", "PDF documents (*.pdf)|*.pdf") ==
           0 &&
-      !path.empty()) {
-    static_cast<void>(save_station_fits(view_, path));
+      !path.empty() && save_station_fits(view_, path) == 0) {
+    user_interface().show_message("The fit of all stations is written to " + path);
   }
 }
 

@@ -50,6 +50,7 @@ class Form_occam_inversion : public QDialog {
   void swap_frames();
   void look_for_iterations();
   void write_grid();
+  bool ask_for_output_folder();
   void save_section(const char* ending);
   void save_fits();
   void show_section_menu(QPoint global);

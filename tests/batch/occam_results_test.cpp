@@ -34,6 +34,28 @@ TEST_F(Batch_results, Are_written_beside_the_run) {
   EXPECT_EQ(run({"grid", folder_.folder().string()}).status, 1);  // not a run
 }
 
+TEST_F(Batch_results, Go_to_another_folder) {
+  for (const char* command : {"response", "grid"}) {
+    const Outcome outcome = run({command, directory, "--output", "here/new"});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_NE((outcome.output + outcome.errors).find(folder_.path("here/new")), std::string::npos);
+  }
+  EXPECT_TRUE(fs::exists(folder_.path("here/new/RESP_iter_3.out")));
+  EXPECT_TRUE(fs::exists(folder_.path("here/new/iter_3_data_fit.dat")));
+  EXPECT_FALSE(fs::exists(run_.path("Brenlox/RESP_iter_3.out")));
+}
+
+TEST_F(Batch_results, Columns_of_the_list_stay_apart) {
+  static_cast<void>(
+      run_.write("ITER00.iter", made::replaced(made::iteration_text(0, made::nine_parameters),
+                                               "RLAST:            20.5", "RLAST:            1.e+10")));
+  const Outcome info = run({"occam-info", directory});
+  EXPECT_EQ(info.status, 0) << info.errors;
+  EXPECT_NE(info.output.find("\n0                   1.2500  10000000000.0000        5.0000\n"),
+            std::string::npos)
+      << info.output;
+}
+
 #ifdef BRENLOX_WINDOWS
 TEST_F(Batch_results, Are_drawn) {
   const auto begin = [this](const std::string& name) {

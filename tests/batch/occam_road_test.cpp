@@ -44,6 +44,25 @@ TEST_F(Batch_program, Occam_makes_a_run_that_occam_info_reads_back) {
   EXPECT_NE(run({"occam-info", "run"}).output.find("Iteration"), std::string::npos);
 }
 
+TEST_F(Batch_program, Occam_replaces_an_inversion_only_when_told_to) {
+  write_field_files(4);
+  import_field_files();
+  std::vector<std::string> arguments = create;
+  ASSERT_EQ(run(arguments).status, 0);
+  const std::string first = file_contents(folder_.path("run/startup"));
+  arguments.insert(arguments.end(), {"--iterations", "7"});
+  const Outcome kept = run(arguments);
+  EXPECT_EQ(kept.status, 1);
+  EXPECT_EQ(kept.errors,
+            "Replace the inversion in " + folder_.path("run") + "? It is kept in earlier_1. No\n");
+  EXPECT_EQ(file_contents(folder_.path("run/startup")), first);
+  arguments.emplace_back("--overwrite");
+  EXPECT_EQ(run(arguments).status, 0);
+  EXPECT_EQ(file_contents(folder_.path("run/earlier_1/startup")), first);
+  EXPECT_NE(file_contents(folder_.path("run/startup")), first);
+  EXPECT_EQ(run({"occam-info", "run/earlier_1"}).status, 0);
+}
+
 TEST_F(Batch_program, Occam_tells_what_is_wrong) {
   write_field_files(2);
   import_field_files();
@@ -53,8 +72,13 @@ TEST_F(Batch_program, Occam_tells_what_is_wrong) {
   std::vector<std::string> arguments = create;
   arguments.insert(arguments.end(), {"--rms", "0"});
   const Outcome invalid = run(arguments);
-  EXPECT_EQ(invalid.status, 1);
+  EXPECT_EQ(invalid.status, 2);
   EXPECT_EQ(invalid.errors, "The target RMS is invalid\n");
+  arguments = create;
+  arguments.insert(arguments.end(), {"--start-station", "300", "--end-station", "200"});
+  const Outcome crossed = run(arguments);
+  EXPECT_EQ(crossed.status, 2);
+  EXPECT_EQ(crossed.errors, "The start station is greater than the end station\n");
 
   const Outcome nothing = run({"occam-info", "run"});
   EXPECT_EQ(nothing.status, 1);

@@ -52,7 +52,7 @@ TEST_F(GridTest, Holds_each_block_right_side_up_with_padding_as_large_as_its_nei
   ASSERT_EQ(outcome, 0);
   const made::Messages shown = interface.take_messages();
   ASSERT_EQ(shown.size(), 2U);  // the first one of the mesh, too small for the response
-  EXPECT_EQ(shown[1], "Grid file has been written");
+  EXPECT_EQ(shown[1], "Grid file has been written. The files are in " + folder.path("Brenlox"));
   const SeenGrid grid(derived("iter_3_logres.grd"));
   // Half of the narrowest column and of the lowest row.
   EXPECT_EQ(grid.cell(), 5.0);

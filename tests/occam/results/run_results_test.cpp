@@ -3,10 +3,13 @@
 
 #include "core/absent_value.h"
 #include "formats/occam/response_file.h"
+#include "occam/results/grid_export.h"
+#include "occam/results/iteration_response.h"
 #include "occam/results/response_plots.h"
 #include "occam/results/run_summary.h"
 #include "occam/results/run_view.h"
 #include "tests/occam/results/made_results.h"
+#include "tests/support/read_only_folder.h"
 
 namespace Module_occam {
 namespace {
@@ -50,6 +53,11 @@ TEST_F(RunResultsTest, Tells_what_can_not_be_opened) {
   EXPECT_EQ(shown[1], "Error -1 occurred while calculating the response for ITER_9");
   EXPECT_EQ(results.last_iteration, 3);
 
+  static_cast<void>(
+      folder.write("inmodel", made::replaced(made::results_model, "STATICS FILE:     none", "")));
+  EXPECT_EQ(open_results(start, results), -1);
+  EXPECT_EQ(interface.take_messages(), made::Messages{"inmodel has an empty line in place of a text"});
+  static_cast<void>(folder.write("inmodel", made::results_model));
   static_cast<void>(folder.write("ITER_9", made::iteration_text(513, made::nine_parameters)));
   EXPECT_EQ(open_results(start, results), -1);
   EXPECT_EQ(interface.take_messages().size(), 1U);
@@ -136,6 +144,136 @@ TEST_F(RunResultsTest, Makes_the_response_that_the_inversion_has_not_left) {
   EXPECT_TRUE(interface.take_messages().empty());
 }
 
+TEST_F(RunResultsTest, An_iteration_of_another_model_is_refused) {
+  const std::string start = made::write_results(folder);
+  static_cast<void>(
+      folder.write("iter_3", made::replaced(made::iteration_text(3, made::nine_parameters + " 2.0\n"),
+                                            "NO. PARMS:        9", "NO. PARMS:        10")));
+  const std::string refusal =
+      "iter_3 has 10 parameters, the model has 9 free blocks; they are not of the same run";
+  RunResults opened;
+  ASSERT_EQ(open_results(start, opened), 0);
+  RunView view(opened);
+  EXPECT_TRUE(view.section({1.0, 3.0, 2000.0, false}, {600, 300}).rectangles.empty());
+  EXPECT_EQ(interface.take_messages(), made::Messages{refusal});
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_EQ(write_grids(view), -1);
+  EXPECT_FALSE(fs::exists(folder.folder() / "Brenlox" / "iter_3.xyz"));
+  EXPECT_TRUE(interface.take_messages().empty());  // told before
+  view.choose_iteration(1);
+  EXPECT_EQ(view.load_iteration(), 0);
+
+  RunSummary summary;
+  EXPECT_EQ(read_run(folder.folder(), "", summary), 0);
+  EXPECT_EQ(summary.iterations.size(), 2U);
+  EXPECT_EQ(interface.take_messages(), made::Messages{refusal});
+}
+
+TEST_F(RunResultsTest, Free_static_shifts_stand_behind_the_blocks) {
+  const std::string start = made::write_results(folder);
+  RunResults plain;
+  ASSERT_EQ(open_results(start, plain), 0);
+  RunView without(plain);
+  ASSERT_EQ(without.load_response(), 0);
+  const auto modelled_at = [](const RunView& view, ResponseKind kind, int site) {
+    return view.response().value(modelled, kind, site, site);
+  };
+
+  static_cast<void>(folder.write(
+      "inmodel", made::replaced(made::results_model, "STATICS FILE:     none", "STATICS FILE:     shifts")));
+  static_cast<void>(folder.write("shifts",
+                                 "FORMAT:           OCCAM2MTSHIFT_1.0\nof the line\nby hand\n"
+                                 "CONSTRAINT TYPE:  0\nERROR:            0.1\nNO. SHIFTS:       2\n"
+                                 "SITE,TYPE,SHIFT,FREE\n 1 5 0.25 0\n 2 5 0.0 1\n"));
+  const std::string eleven = made::nine_parameters + " -0.5\n";
+  for (const auto& [name, number] : {std::pair("ITER_1", 1), std::pair("iter_3", 3)}) {
+    static_cast<void>(folder.write(
+        name,
+        made::replaced(made::iteration_text(number, number == 3 ? eleven : made::nine_parameters),
+                       "NO. PARMS:        9", number == 3 ? "NO. PARMS:        10" : "NO. PARMS:        9")));
+  }
+  fs::remove(folder.folder() / "Brenlox" / "RESP_iter_3.out");
+  interface.take_messages();
+  RunResults opened;
+  ASSERT_EQ(open_results(start, opened), 0);
+  RunView view(opened);
+  ASSERT_EQ(view.load_response(), 0);
+  EXPECT_EQ(view.parameters().size(), 9U);
+  EXPECT_NEAR(modelled_at(view, ResponseKind::resistivity, 1),
+              modelled_at(without, ResponseKind::resistivity, 1) + 0.25F, 1e-5);
+  EXPECT_NEAR(modelled_at(view, ResponseKind::resistivity, 2),
+              modelled_at(without, ResponseKind::resistivity, 2) - 0.5F, 1e-5);
+  EXPECT_EQ(modelled_at(view, ResponseKind::phase, 2), modelled_at(without, ResponseKind::phase, 2));
+  interface.take_messages();
+  view.choose_iteration(1);
+  EXPECT_EQ(view.load_iteration(), -1);
+  EXPECT_EQ(
+      interface.take_messages(),
+      made::Messages{"ITER_1 has 9 parameters, the model has 9 free blocks and 1 free static shifts; they "
+                     "are not of the same run"});
+}
+
+TEST_F(RunResultsTest, A_run_that_can_not_be_written_is_shown_and_its_response_kept_in_memory) {
+  const std::string start = made::write_results(folder);
+  OccamResponse written;
+  {
+    RunResults opened;
+    ASSERT_EQ(open_results(start, opened), 0);
+    RunView view(opened);
+    ASSERT_EQ(view.load_response(), 0);
+    written = view.response();
+    fs::remove_all(folder.folder() / "Brenlox");
+  }
+  const TemporaryFolder elsewhere;
+  fs::permissions(elsewhere.folder(), fs::perms::all);
+  interface.take_messages();
+  {
+    const ReadOnlyFolder read_only(folder.folder());
+    RunResults opened;
+    ASSERT_EQ(open_results(start, opened), 0);
+    EXPECT_TRUE(interface.take_messages().empty());
+    RunView view(opened);
+    EXPECT_FALSE(view.can_write());
+    ASSERT_EQ(view.load_response(), 0);
+    EXPECT_EQ(interface.take_messages().size(), 1U);  // what the mesh lacks
+    const OccamResponse& kept = view.response();
+    EXPECT_EQ(kept.resp_site_names, written.resp_site_names);
+    EXPECT_EQ(kept.resp_frequencies, written.resp_frequencies);
+    ASSERT_EQ(kept.rows.size(), written.rows.size());
+    for (std::size_t row = 0; row < kept.rows.size(); ++row) {
+      EXPECT_EQ(kept.rows[row].data_type, written.rows[row].data_type);
+      for (std::size_t k = 0; k < 4; ++k) {
+        EXPECT_NEAR(kept.rows[row].values[k], written.rows[row].values[k], 2e-6) << row << ' ' << k;
+      }
+    }
+    view.write_to(elsewhere.folder() / "grids");
+    EXPECT_TRUE(view.can_write());
+    EXPECT_EQ(write_grids(view), 0);
+    EXPECT_EQ(interface.take_messages(), made::Messages{"Grid file has been written. The files are in " +
+                                                        (elsewhere.folder() / "grids").string()});
+  }
+  EXPECT_TRUE(fs::exists(elsewhere.folder() / "grids" / "iter_3_data_fit.dat"));
+  EXPECT_FALSE(fs::exists(folder.folder() / "Brenlox"));
+}
+
+TEST_F(RunResultsTest, A_part_that_can_not_be_read_is_one_message) {
+  made::write_results(folder);
+  RunSummary summary;
+  const auto expect_one = [&](const char* name, const std::string& contents, const std::string& message) {
+    static_cast<void>(folder.write(name, contents));
+    EXPECT_EQ(read_run(folder.folder(), "", summary), -1);
+    EXPECT_EQ(interface.take_messages(), made::Messages{message});
+  };
+  expect_one("inmodel", "no model\n",
+             "inmodel can't be read as a model file: The file does not have the correct format");
+  expect_one("inmodel", made::replaced(made::results_model, "STATICS FILE:     none", ""),
+             "inmodel can't be read as a model file: empty line");
+  expect_one("occamdat", "no data\n",
+             "occamdat can't be read as a data file: The file does not have the correct format");
+  expect_one("startup", "no start\n",
+             "startup can't be read as a start file: The file does not have the correct format");
+}
+
 TEST_F(RunResultsTest, A_half_written_response_is_reported_once_and_read_when_it_is_whole) {
   RunResults opened;
   ASSERT_EQ(open_results(made::write_results(folder), opened), 0);
@@ -152,6 +290,33 @@ TEST_F(RunResultsTest, A_half_written_response_is_reported_once_and_read_when_it
   EXPECT_EQ(view.load_response(), 0);
   EXPECT_FLOAT_EQ(view.response().value(modelled, ResponseKind::resistivity, 1, 1), 1.5F);
   EXPECT_FALSE(view.refresh());
+}
+
+TEST_F(RunResultsTest, A_response_without_header_is_read_with_the_data_file_that_the_run_names) {
+  made::write_results(folder);
+  const std::string start = folder.write(
+      "startup", made::replaced(made::iteration_text(0, made::nine_parameters), "occamdat", "line_7"));
+  static_cast<void>(folder.write("line_7", made::data));
+  // What is left of an earlier run in the folder has other sites and frequencies.
+  static_cast<void>(folder.write(
+      "occamdat", made::replaced(made::replaced(made::data, "110.0\n       130.0", "510.0\n       530.0"),
+                                 "      1.0000\n     10.0000", "      2.0000\n     20.0000")));
+  std::string rows;
+  for (const char* place : {"1 1 5", "1 1 6", "2 2 5", "2 2 6"}) {
+    rows += std::string(place) + " 0 2.0 0.5 5.0\n";
+  }
+  static_cast<void>(folder.write("RESP_iter_3.out", rows));
+  RunResults opened;
+  ASSERT_EQ(open_results(start, opened), 0);
+  RunView view(opened);
+  ASSERT_EQ(view.load_response(), 0);
+  EXPECT_EQ(view.response().resp_offsets, (std::vector<double>{110.0, 130.0}));
+  EXPECT_EQ(view.response().resp_frequencies, (std::vector<double>{1.0, 10.0}));
+  // Once the named one has gone, the usual one has to do.
+  fs::remove(folder.folder() / "line_7");
+  static_cast<void>(folder.write("RESP_iter_3.out", rows + " "));
+  ASSERT_EQ(view.load_response(), 0);
+  EXPECT_EQ(view.response().resp_offsets, (std::vector<double>{510.0, 530.0}));
 }
 
 TEST_F(RunResultsTest, A_stopped_response_leaves_no_file) {

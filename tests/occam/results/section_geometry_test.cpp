@@ -126,9 +126,9 @@ TEST_F(SectionTest, Too_few_parameters_are_reported_once_and_leave_the_picture_b
       "iter_3", made::replaced(made::iteration_text(3, " 2.0 1.0\n"), "PARMS:        9", "PARMS:        2")));
   EXPECT_TRUE(section(2000.0, false).rectangles.empty());
   EXPECT_TRUE(section(2000.0, false).rectangles.empty());
-  EXPECT_EQ(interface.take_messages(),
-            made::Messages{
-                "An error occurred while drawing the model: the iteration has 2 parameters, the model 9"});
+  EXPECT_EQ(
+      interface.take_messages(),
+      made::Messages{"iter_3 has 2 parameters, the model has 9 free blocks; they are not of the same run"});
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include "core/number_text.h"
 #include "occam/occam_files.h"
-#include "output/rhoplus_settings.h"
+#include "occam/results/run_results.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 
@@ -21,7 +21,6 @@ const std::string too_few = "There are not enough stations for the current line 
 class CreateInversionTest : public SurveyTest {
  protected:
   CreateInversionTest() {
-    Module_output::rhoplus_settings() = {};
     inputs.use_rhoplus_error = false;
     inputs.directory = folder.path("");
     inputs.occam_directory = "run";
@@ -42,23 +41,32 @@ class CreateInversionTest : public SurveyTest {
     }
   }
 
-  int create() { return create_inversion({"200E", 0, data_type, 50.0F}, inputs, steps, created); }
+  int create() { return create_inversion({"200E", 0, data_type, 50.0F}, inputs, rhoplus, steps, created); }
+  int create_and_answer(bool replace) {
+    interface->questions.clear();
+    interface->yes_no_answers = {replace};
+    return create();
+  }
 
   [[nodiscard]] fs::path run(const std::string& name = "") const { return folder.folder() / "run" / name; }
 
-  /// Contents of the run directory's files by name.
-  [[nodiscard]] std::map<std::string, std::string> files() const {
+  /// Contents of the files below a folder of the run directory by name.
+  [[nodiscard]] std::map<std::string, std::string> files(const std::string& name = "") const {
     std::map<std::string, std::string> found;
-    if (fs::exists(run())) {
-      for (const fs::directory_entry& entry : fs::directory_iterator(run())) {
-        found[entry.path().filename().string()] =
+    if (fs::exists(run(name))) {
+      for (const fs::directory_entry& entry : fs::recursive_directory_iterator(run(name))) {
+        found[entry.path().lexically_relative(run(name)).string()] =
             entry.is_directory() ? "folder" : file_contents(entry.path().string());
       }
     }
     return found;
   }
+  void write(const std::string& name, const std::string& contents) const {
+    static_cast<void>(folder.write("run/" + name, contents));
+  }
 
   InversionInputs inputs;
+  Module_output::RhoplusSettings rhoplus;
   StationSteps steps;
   CreatedInversion created;
   std::string data_type = "ExHy";
@@ -76,9 +84,12 @@ TEST_F(CreateInversionTest, Thirty_stations_give_a_run_that_is_read_back) {
   new_survey();
   store_stations(equally_spaced(30));
   ASSERT_EQ(create(), 0);
-  EXPECT_EQ(interface.take_messages(), Messages{"Output complete. Number of data written: 180"});
+  EXPECT_EQ(interface.take_messages(),
+            Messages{"Output complete. Number of data written: 180. The files are in " +
+                     run().parent_path().string()});
   EXPECT_EQ(created.data_count, 180);
   EXPECT_EQ(created.directory, (folder.folder() / "run").string());
+  EXPECT_EQ(created.earlier_run, "");
 
   ControlFile names;
   ASSERT_EQ(read_occam_control_file(run("startup").string(), names), 0);
@@ -149,11 +160,14 @@ TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
   data_type = "EyHx";
   store_stations({100, 200, 300});
   inputs.use_rhoplus_error = true;
+  rhoplus.surface = 0;
+  rhoplus.apply_static = 0;
   int shown = 0;
   steps.show_station = [&shown](int place) { EXPECT_EQ(place, ++shown); };
   steps.fit_station = [](const Module_output::RhoplusSettings& settings,
                          Module_output::RhoplusTables& tables) {
-    EXPECT_EQ(settings.apply_static, 1);
+    EXPECT_EQ(settings.surface, 0);
+    EXPECT_EQ(settings.apply_static, 1);  // an entry of the run, whatever the user's setting is
     for (auto& row : tables.data) {
       row.model_resistivity = 110.0F;
       row.model_phase = 50.0F;
@@ -192,11 +206,42 @@ TEST_F(CreateInversionTest, Too_few_stations_leave_only_the_files_that_start_the
   EXPECT_TRUE(files().contains("occam_run.bat"));
   EXPECT_FALSE(files().contains("occamdat"));
   EXPECT_FALSE(session().updating_controls);
-  // A start station is the end station, too.
-  store_stations({300, 400});
-  inputs.first_station = "200";
+}
+
+TEST_F(CreateInversionTest, Start_and_end_station_limit_the_line) {
+  new_survey();
+  store_stations(equally_spaced(6));
+  const auto sites = [&](const char* first, const char* last) {
+    inputs.first_station = first;
+    inputs.last_station = last;
+    inputs.occam_directory = std::string("run/") + first + "_" + last;
+    EXPECT_EQ(create(), 0);
+    OccamData data;
+    EXPECT_EQ(read_occam_data_file(run(std::string(first) + "_" + last + "/occamdat").string(), data), 0);
+    return data.site_offsets;
+  };
+  EXPECT_EQ(sites("200", "400"), (std::vector<float>{200, 300, 400}));
+  EXPECT_EQ(sites("350", ""), (std::vector<float>{400, 500, 600}));
+  EXPECT_EQ(sites("", "499.9"), (std::vector<float>{100, 200, 300, 400}));
+  interface.take_messages();
+  inputs.first_station = "500";
+  inputs.last_station = "600";
+  inputs.occam_directory = "run/500_600";
   EXPECT_EQ(create(), -1);
   EXPECT_EQ(interface.take_messages(), Messages{too_few});
+}
+
+TEST_F(CreateInversionTest, A_mesh_that_results_can_not_show_is_warned_of) {
+  new_survey();
+  store_stations(equally_spaced(3));
+  inputs.block_width = "0.8";  // 250 spacings between two stations
+  ASSERT_EQ(create(), 0);
+  const Messages shown = interface.take_messages();
+  ASSERT_EQ(shown.size(), 2U);
+  EXPECT_EQ(shown[0],
+            "The mesh has 520 columns and 29 rows of cells; the results of a run with more than 511 of "
+            "either can't be opened here");
+  EXPECT_TRUE(shown[1].starts_with("Output complete."));
 }
 
 TEST_F(CreateInversionTest, A_station_without_a_curve_is_skipped) {
@@ -223,7 +268,8 @@ TEST_F(CreateInversionTest, A_stop_leaves_what_was_there_before) {
   inputs.block_width = "20";
   interface->progress.clear();
   interface->stop = [this] { return interface->progress.size() > 2; };
-  ASSERT_EQ(create(), 0);
+  ASSERT_EQ(create_and_answer(true), 0);
+  EXPECT_TRUE(created.stopped);
   EXPECT_EQ(files(), before);
   EXPECT_FALSE(session().updating_controls);
   EXPECT_FALSE(interface->busy);
@@ -235,20 +281,21 @@ TEST_F(CreateInversionTest, Failures_are_reported_once_and_leave_what_was_there_
   store_stations(equally_spaced(3));
   ASSERT_EQ(create(), 0);
   interface.take_messages();
+  fs::create_directory(run("a folder"));
   const auto before = files();
   const InversionInputs good = inputs;
   const auto expect_failure = [&](const std::string& message) {
-    EXPECT_EQ(create(), -1);
+    EXPECT_EQ(create_and_answer(true), -1);
     EXPECT_EQ(interface.take_messages(), Messages{message});
     EXPECT_EQ(files(), before);
     inputs = good;
   };
   inputs.data_file = "inmodel";
   expect_failure(failed + "two files of the inversion would have the name inmodel");
-  inputs.data_file = "gone/occamdat";
-  expect_failure(failed + run("gone/occamdat").string() + ": No such file or directory");
-  inputs.model_file = "gone/inmodel";
-  expect_failure(failed + run("gone/inmodel").string() + ": No such file or directory");
+  inputs.data_file = "../occamdat";
+  expect_failure(failed + "../occamdat is more than the name of a file");
+  inputs.model_file = "a folder";  // seen when the earlier run has moved
+  expect_failure(failed + run("a folder").string() + ": is a folder");
   inputs.model_file = "Startup";
   expect_failure(failed + "two files of the inversion would have the name Startup");
   inputs.directory = inputs.occam_directory = " ";
@@ -260,6 +307,89 @@ TEST_F(CreateInversionTest, Failures_are_reported_once_and_leave_what_was_there_
   expect_failure(failed + "the layers reach too deep");
   inputs.max_iterations = "x";
   expect_failure("The number of iterations is invalid");
+}
+
+/// What an inversion program and this one leave, with a file of the user's.
+TEST_F(CreateInversionTest, An_earlier_inversion_is_kept_as_a_whole) {
+  new_survey();
+  store_stations(equally_spaced(3));
+  ASSERT_EQ(create(), 0);
+  std::string iteration = files().at("startup");
+  iteration.replace(iteration.find("ITERATION:        0"), 19, "ITERATION:        7");
+  write("ITER07.iter", iteration);
+  write("RESP07.resp", "response");
+  write("LogFile.logfile", "log");
+  write("Brenlox/ITER07.xyz", "points");
+  write("occam_run.sh", "#!/bin/sh\n/opt/occam2d\n");  // changed by the user
+  write("notes.txt", "mine");
+  interface.take_messages();
+  auto before = files();
+
+  inputs.num_layers = "20";
+  EXPECT_EQ(create_and_answer(false), -1);
+  EXPECT_EQ(interface->questions, Messages{"Replace the inversion in " + run().parent_path().string() +
+                                           "? It is kept in earlier_1."});
+  EXPECT_TRUE(interface.take_messages().empty());
+  EXPECT_EQ(files(), before);
+  inputs.first_station = "250";  // fails when the stations have been read
+  EXPECT_EQ(create_and_answer(true), -1);
+  EXPECT_EQ(interface.take_messages(), Messages{too_few});
+  EXPECT_EQ(files(), before);
+
+  inputs.first_station = "";
+  ASSERT_EQ(create_and_answer(true), 0);
+  EXPECT_EQ(created.earlier_run, run("earlier_1").string());
+  EXPECT_EQ(
+      interface.take_messages(),
+      Messages{"Output complete. Number of data written: 18. The files are in " +
+               run().parent_path().string() + ", the earlier inversion in " + run("earlier_1").string()});
+  EXPECT_EQ(file_contents(run("notes.txt").string()), "mine");
+  EXPECT_NE(files().at("inmodel"), before.at("inmodel"));
+  EXPECT_FALSE(fs::exists(run("ITER07.iter")));
+  before.erase("notes.txt");
+  EXPECT_EQ(files("earlier_1"), before);
+  RunResults results;
+  EXPECT_EQ(open_results(run("earlier_1/startup"), results), 0);
+  EXPECT_EQ(results.last_iteration, 7);
+  EXPECT_EQ(results.model.num_layers(), 24);
+
+  ASSERT_EQ(create_and_answer(true), 0);
+  EXPECT_EQ(created.earlier_run, run("earlier_2").string());
+  EXPECT_EQ(files("earlier_1"), before);
+}
+
+TEST_F(CreateInversionTest, An_earlier_inversion_under_other_names_is_found) {
+  new_survey();
+  store_stations(equally_spaced(3));
+  ASSERT_EQ(create(), 0);
+  // As another program makes it: a start file of any name, the model in a folder of its own.
+  std::string start = files().at("startup");
+  start.replace(start.find("inmodel"), 7, "sub/Model");
+  start.replace(start.find("occamdat"), 8, "Data.dat");
+  std::string model = files().at("inmodel");
+  model.replace(model.find("MESH FILE:        MESH"), 22, "MESH FILE:        mesh_topo");
+  write("Occam2DStartup", start);
+  write("sub/Model", model);
+  write("Data.dat", files().at("occamdat"));
+  write("mesh_topo", files().at("mesh"));
+  for (const char* name : {"startup", "inmodel", "occamdat", "mesh", "MESH"}) {
+    fs::remove(run(name));
+  }
+  ASSERT_EQ(create_and_answer(true), 0);
+  EXPECT_EQ(interface->questions.size(), 1U);
+  for (const char* name : {"Occam2DStartup", "sub/Model", "Data.dat", "mesh_topo"}) {
+    EXPECT_TRUE(fs::exists(run("earlier_1") / name)) << name;
+    EXPECT_FALSE(fs::exists(run(name))) << name;
+  }
+  // A run that needs a file beside its folder would lose it.
+  start.replace(start.find("sub/Model"), 9, "../Model1");
+  write("ITER_1", start);
+  interface.take_messages();
+  EXPECT_EQ(create_and_answer(true), -1);
+  EXPECT_EQ(
+      interface.take_messages(),
+      Messages{failed + "the earlier inversion there needs ../Model1, which it would not find once it is "
+                        "moved; choose another folder"});
 }
 
 TEST_F(CreateInversionTest, The_line_must_have_two_stations_and_two_frequencies) {

@@ -1,7 +1,7 @@
 // The entries of a new inversion: stored, checked in order.
 #include "occam/setup/inversion_inputs.h"
 
-#include "core/session_state.h"
+#include "occam/setup/earlier_run.h"
 #include "platform/settings_store/settings_store.h"
 #include "tests/formats/occam/made_run.h"
 
@@ -10,13 +10,8 @@ namespace {
 
 class InversionInputsTest : public made::OccamTest {
  public:
-  InversionInputsTest() : earlier_(install_settings_store(std::make_unique<MemorySettingsStore>())) {
-    session().database_file = folder.path("survey.mdb");
-  }
-  ~InversionInputsTest() override {
-    install_settings_store(std::move(earlier_));
-    reset_session_state();
-  }
+  InversionInputsTest() : earlier_(install_settings_store(std::make_unique<MemorySettingsStore>())) {}
+  ~InversionInputsTest() override { install_settings_store(std::move(earlier_)); }
 
  protected:
   static void keep(const char* key, const char* value) {
@@ -32,13 +27,11 @@ class InversionInputsTest : public made::OccamTest {
 
 TEST_F(InversionInputsTest, Are_kept_and_come_back) {
   InversionInputs inputs = load_inversion_inputs();
-  EXPECT_EQ(inputs.directory, folder.path(""));
   inputs.model_file = " model_a ";
   inputs.block_width = "62.5";
   inputs.use_standard_error = false;
   inputs.directory = folder.path("runs");
   inputs.first_station = "100";
-  std::filesystem::create_directory(inputs.directory);
   store_inversion_inputs(inputs);
   EXPECT_EQ(kept("OccamNumLayers"), "24");
   EXPECT_EQ(kept("OccamStandardResError"), "0");
@@ -48,7 +41,8 @@ TEST_F(InversionInputsTest, Are_kept_and_come_back) {
   EXPECT_EQ(again.block_width, "62.5");
   EXPECT_FALSE(again.use_standard_error);
   EXPECT_TRUE(again.use_rhoplus_error);
-  EXPECT_EQ(again.directory, folder.path("runs"));
+  EXPECT_EQ(kept("OccamDirectory"), folder.path("runs"));
+  EXPECT_EQ(again.directory, "");  // the next run may be another survey's
   EXPECT_EQ(again.first_station, "");
 }
 
@@ -59,7 +53,6 @@ TEST_F(InversionInputsTest, Invalid_kept_values_give_the_defaults) {
   keep("OccamModelFile", " ");
   keep("OccamUseRhoplusError", "2");
   keep("OccamStandardResError", "text");
-  keep("OccamDirectory", folder.path("gone").c_str());
   const InversionInputs inputs = load_inversion_inputs();
   EXPECT_EQ(inputs.max_iterations, "20");
   EXPECT_EQ(inputs.target_RMS, "1.2");
@@ -67,7 +60,6 @@ TEST_F(InversionInputsTest, Invalid_kept_values_give_the_defaults) {
   EXPECT_EQ(inputs.model_file, "inmodel");
   EXPECT_TRUE(inputs.use_rhoplus_error);
   EXPECT_TRUE(inputs.use_standard_error);
-  EXPECT_EQ(inputs.directory, folder.path(""));
 }
 
 TEST_F(InversionInputsTest, The_first_invalid_entry_is_reported) {
@@ -77,7 +69,8 @@ TEST_F(InversionInputsTest, The_first_invalid_entry_is_reported) {
     const char* message;
   };
   const Case cases[] = {
-      {&InversionInputs::first_station, "10a", "The start station is not valid"},
+      {&InversionInputs::last_station, "10a", "The end station is not valid"},
+      {&InversionInputs::first_station, "1e999", "The start station is not valid"},
       {&InversionInputs::initial_res, "0", "The initial model res is invalid"},
       {&InversionInputs::doubling_threshold, "", "The doubling threshold is invalid"},
       {&InversionInputs::block_width, "-1", "The block width is invalid"},
@@ -91,6 +84,7 @@ TEST_F(InversionInputsTest, The_first_invalid_entry_is_reported) {
       {&InversionInputs::data_file, "  ", "You must specify the data file name"},
       {&InversionInputs::model_file, "", "You must specify the model file name"}};
   InversionInputs inputs;
+  inputs.directory = "runs";
   InversionChoices choices;
   EXPECT_EQ(check_inversion_inputs(inputs, choices), 0);
   for (const Case& c : cases) {  // from the last entry to the first: each goes before those spoilt so far
@@ -100,17 +94,33 @@ TEST_F(InversionInputsTest, The_first_invalid_entry_is_reported) {
   }
 }
 
-TEST_F(InversionInputsTest, A_start_station_is_both_limits) {
+TEST_F(InversionInputsTest, Start_and_end_station_are_the_limits) {
   InversionInputs inputs;
+  inputs.directory = "runs";
   InversionChoices choices;
-  inputs.last_station = "not looked at";
   ASSERT_EQ(check_inversion_inputs(inputs, choices), 0);
   EXPECT_EQ(choices.first_station, -1e32);
   EXPECT_EQ(choices.last_station, 1e32);
   inputs.first_station = " 1250.5 ";
   ASSERT_EQ(check_inversion_inputs(inputs, choices), 0);
   EXPECT_EQ(choices.first_station, 1250.5);
+  EXPECT_EQ(choices.last_station, 1e32);
+  inputs.last_station = "1250.5";
+  ASSERT_EQ(check_inversion_inputs(inputs, choices), 0);
   EXPECT_EQ(choices.last_station, 1250.5);
+  inputs.last_station = "1250";
+  EXPECT_EQ(check_inversion_inputs(inputs, choices), -1);
+  EXPECT_EQ(interface.take_messages(), made::Messages{"The start station is greater than the end station"});
+}
+
+TEST_F(InversionInputsTest, A_new_run_gets_a_name_that_nothing_has) {
+  const auto name = [this](const char* line) { return free_run_name(folder.folder(), line, "ExHy"); };
+  EXPECT_EQ(name("200E"), "occam_200E_ExHy");
+  static_cast<void>(folder.write("occam_200E_ExHy/startup", ""));
+  EXPECT_EQ(name("200E"), "occam_200E_ExHy_2");
+  static_cast<void>(folder.write("occam_200E_ExHy_2", "a file"));
+  EXPECT_EQ(name("200E"), "occam_200E_ExHy_3");
+  EXPECT_EQ(name("../N:1\\2"), "occam_.._N_1_2_ExHy");
 }
 
 }  // namespace

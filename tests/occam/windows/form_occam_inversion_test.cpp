@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -15,6 +16,7 @@
 
 #include "platform/graph/VexGraphControl.h"
 #include "tests/occam/results/made_results.h"
+#include "tests/support/read_only_folder.h"
 
 using namespace Module_occam;
 namespace fs = std::filesystem;
@@ -223,7 +225,37 @@ class FormOccamInversionTest : public QObject {
     QVERIFY(file_contents(folder_->path("a.pdf")) == earlier);
     interface_->take_messages();
     click("Command_write_grid");
-    QCOMPARE(interface_->take_messages(), made::Messages{"Grid file has been written"});
+    QCOMPARE(interface_->take_messages(),
+             made::Messages{"Grid file has been written. The files are in " + folder_->path("Brenlox")});
+    const QList<QAction*> save = control<QPushButton>("Command_save")->menu()->actions();
+    for (const auto& [action, name] : {std::pair(save.first(), "b.png"), std::pair(save.last(), "b.pdf")}) {
+      (*interface_)->path_answers.push_back(folder_->path(name));
+      action->trigger();
+      const made::Messages shown = interface_->take_messages();
+      QCOMPARE(shown.size(), std::size_t{1});
+      QVERIFY2(shown[0].ends_with(" is written to " + folder_->path(name)), shown[0].c_str());
+    }
+  }
+
+  void a_run_that_can_not_be_written_asks_where_grids_go() {
+    const TemporaryFolder elsewhere;
+    fs::permissions(elsewhere.folder(), fs::perms::all);
+    fs::remove(folder_->folder() / "Brenlox");
+    {
+      const ReadOnlyFolder read_only(folder_->folder());
+      click("Command_display_response");
+      QCOMPARE(control<QScrollBar>("HScroll_station")->maximum(), 2);
+      interface_->take_messages();
+      click("Command_write_grid");  // the dialog is cancelled
+      QVERIFY(interface_->take_messages().empty());
+      QVERIFY2((*interface_)->file_dialogs.back().title.find("choose another") != std::string::npos,
+               (*interface_)->file_dialogs.back().title.c_str());
+      (*interface_)->path_answers.push_back(elsewhere.path("iter_3_logres.grd"));
+      click("Command_write_grid");
+      QCOMPARE(interface_->take_messages(),
+               made::Messages{"Grid file has been written. The files are in " + elsewhere.folder().string()});
+    }
+    QVERIFY(fs::exists(elsewhere.folder() / "iter_3_res_smth.grd"));
   }
 
   void the_menu_asks_for_a_control_file() {

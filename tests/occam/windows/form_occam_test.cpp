@@ -29,7 +29,7 @@ class FormOccamTest : public QObject {
     return window_->findChild<Widget*>(name);
   }
   void open_window(Module_occam::StationSteps steps = {}) {
-    window_ = std::make_unique<Form_occam>(std::move(steps));
+    window_ = std::make_unique<Form_occam>(Module_output::RhoplusSettings{}, std::move(steps));
     window_->show();
     QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
     control<QCheckBox>("Check_use_rhoplus_error")->setChecked(false);
@@ -82,10 +82,24 @@ class FormOccamTest : public QObject {
     QCOMPARE(control("Text_data_file")->text(), QString("occamdat"));
     QCOMPARE(control("Text_Layers_decade")->text(), QString("8"));
     QCOMPARE(fs::path(control<FolderTree>("DirList")->folder().toStdString()), folder_->folder());
+    QCOMPARE(control("Text_occam_directory")->text(), QString("occam_200E_ExHy"));
     auto* const summary = control<QLabel>("Label_summary");
     QVERIFY2(summary->text().startsWith("4 stations, mesh of 26 by 29 cells, "), qPrintable(summary->text()));
     type("Text_block_width", "50");
     QVERIFY2(summary->text().startsWith("4 stations, mesh of 32 by 29 cells, "), qPrintable(summary->text()));
+    type("Text_block_width", "0.5");
+    QVERIFY2(summary->text().contains("more than 511"), qPrintable(summary->text()));
+    type("Text_first_station", "150");
+    type("Text_block_width", "50");
+    QVERIFY2(summary->text().startsWith("3 stations, mesh of 28 by 29 cells, "), qPrintable(summary->text()));
+    type("Text_last_station", "399");
+    QCOMPARE(summary->text(), QString("Stations that remain: 2; an inversion needs at least 3"));
+    type("Text_last_station", "149");
+    QCOMPARE(summary->text(), QString("The start station is greater than the end station"));
+    type("Text_last_station", "x");
+    click("Command_create_inversion");
+    QCOMPARE(interface_->take_messages(), Messages{"The end station is not valid"});
+    type("Text_last_station", "");
     type("Text_block_width", "wide");
     QCOMPARE(summary->text(), QString("The block width is invalid"));
     click("Command_create_inversion");
@@ -100,14 +114,42 @@ class FormOccamTest : public QObject {
     click("Command_create_inversion");
     const Messages messages = interface_->take_messages();
     QCOMPARE(messages.size(), std::size_t{1});
-    QCOMPARE(messages.front(), std::string("Output complete. Number of data written: 16"));
+    QCOMPARE(messages.front(), "Output complete. Number of data written: 16. The files are in " +
+                                   run("").parent_path().string());
     QVERIFY(fs::exists(run("startup")));
     QVERIFY(control("Text_num_layers")->isEnabled());
     click("Command_done");
     QVERIFY(!window_->isVisible());
     open_window();
     QCOMPARE(control("Text_num_layers")->text(), QString("12"));
-    QCOMPARE(control("Text_occam_directory")->text(), QString());
+    QCOMPARE(control("Text_occam_directory")->text(), QString("occam_200E_ExHy"));
+  }
+
+  void another_run_of_the_line_gets_a_folder_of_its_own() {
+    open_window();
+    click("Command_create_inversion");
+    interface_->take_messages();
+    const std::string first = file_contents(folder_->path("occam_200E_ExHy/startup"));
+    type("Text_iterations", "7");
+    click("Command_create_inversion");  // in the same folder: the user says No
+    QCOMPARE((*interface_)->questions,
+             Messages{"Replace the inversion in " + folder_->path("occam_200E_ExHy") +
+                      "? It is kept in earlier_1."});
+    QCOMPARE(file_contents(folder_->path("occam_200E_ExHy/startup")), first);
+    QVERIFY(interface_->take_messages().empty());
+    (*interface_)->yes_no_answers = {true};
+    click("Command_create_inversion");
+    QCOMPARE(interface_->take_messages().size(), std::size_t{1});
+    QCOMPARE(file_contents(folder_->path("occam_200E_ExHy/earlier_1/startup")), first);
+
+    // The survey of the next one is elsewhere; the folder of the last run plays no part.
+    fs::create_directory(folder_->folder() / "other");
+    session().database_file = folder_->path("other/survey.mdb");
+    open_window();
+    QCOMPARE(fs::path(control<FolderTree>("DirList")->folder().toStdString()), folder_->folder() / "other");
+    session().database_file = folder_->path("survey.mdb");
+    open_window();
+    QCOMPARE(control("Text_occam_directory")->text(), QString("occam_200E_ExHy_2"));
   }
 
   void escape_stops_a_run_and_leaves_everything_as_it_was() {

@@ -1,0 +1,33 @@
+#include "occam/results/iteration_model.h"
+
+namespace Module_occam {
+
+std::string parameter_mismatch(const OccamModel& model, const std::string& name, int parameter_count) {
+  if (parameter_count == model.num_free_params + model.num_free_shifts()) {
+    return {};
+  }
+  std::string text = name + " has " + std::to_string(parameter_count) + " parameters, the model has " +
+                     std::to_string(model.num_free_params) + " free blocks";
+  if (model.num_free_shifts() > 0) {
+    text += " and " + std::to_string(model.num_free_shifts()) + " free static shifts";
+  }
+  return text + "; they are not of the same run";
+}
+
+IterationModel iteration_model(const OccamModel& model, const OccamIteration& iteration) {
+  const auto first_shift = iteration.parameters.begin() + model.num_free_params;
+  return {{iteration.parameters.begin(), first_shift}, {first_shift, iteration.parameters.end()}};
+}
+
+std::vector<StaticShift> static_shifts(const OccamModel& model, const IterationModel& iteration) {
+  std::vector<StaticShift> shifts = model.static_shifts;
+  auto value = iteration.free_shifts.begin();
+  for (StaticShift& shift : shifts) {
+    if (shift.is_free) {
+      shift.shift = *value++;
+    }
+  }
+  return shifts;
+}
+
+}  // namespace Module_occam

@@ -1,0 +1,27 @@
+// iteration_model.h: the parameters of an iteration as the model takes them.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "formats/occam/iteration_file.h"
+#include "formats/occam/occam_model.h"
+
+namespace Module_occam {
+
+struct IterationModel {
+  std::vector<double> parameters;   // log10 ohm-m, of the free blocks
+  std::vector<double> free_shifts;  // decades, of the free static shifts in the order of their file
+};
+
+/// Why an iteration can't be of a model: it has another number of parameters. Empty if it has the right one.
+/// @param name             of the iteration's file
+/// @param parameter_count  of the iteration
+std::string parameter_mismatch(const OccamModel& model, const std::string& name, int parameter_count);
+
+/// The parameters of an iteration without mismatch.
+IterationModel iteration_model(const OccamModel& model, const OccamIteration& iteration);
+
+/// The model's static shifts with the free ones as an iteration has them.
+std::vector<StaticShift> static_shifts(const OccamModel& model, const IterationModel& iteration);
+
+}  // namespace Module_occam

@@ -1,0 +1,139 @@
+#include "occam/results/iteration_response.h"
+
+#include "core/scope_guard.h"
+#include "core/trap_errors.h"
+#include "formats/occam/response_file.h"
+#include "numerics/section/mesh_warnings.h"
+#include "occam/occam_files.h"
+#include "platform/files/folder_access.h"
+#include "platform/files/safe_files.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_occam {
+
+namespace {
+
+constexpr const char* response_failed = "An error occurred while calculating the response: ";
+
+bool show_share(double share) {
+  user_interface().show_progress("Calculating the response", static_cast<int>(100.0 * share));
+  user_interface().process_events();
+  return !user_interface().stop_requested();
+}
+
+int read_data(const RunResults& results, ObservedData& data) {
+  return read_occam_data_rows((results.folder / results.names.data_file).string(), data,
+                              EmptyLines::reported);
+}
+
+void add_static_shifts(const std::vector<StaticShift>& shifts, ModelledData& modelled) {
+  for (std::size_t i = 0; i < modelled.rows.size(); ++i) {
+    const DataRow& row = modelled.rows[i];
+    for (const StaticShift& shift : shifts) {
+      if (shift.site_number == row.site_number && shift.data_type == static_cast<int>(row.type)) {
+        modelled.modelled[i] += shift.shift;
+      }
+    }
+  }
+}
+
+}  // namespace
+
+fs::path find_response(const RunResults& results, int iteration) {
+  const std::string& name = results.response_file[static_cast<std::size_t>(iteration)];
+  if (name.empty()) {
+    return {};
+  }
+  fs::path made = results.output_folder / name;
+  if (fs::exists(made) && file_stamp(made).written >= file_stamp(results.file_of(iteration)).written) {
+    return made;
+  }
+  fs::path left = results.folder / name;
+  return fs::exists(left) ? left : fs::path();
+}
+
+fs::path response_header(const RunResults& results) {
+  fs::path named = results.folder / results.names.data_file;
+  return fs::exists(named) ? named : results.folder / response_header_file;
+}
+
+void report_mesh_warnings(const RunResults& results, const IterationModel& iteration) {
+  ObservedData data;
+  if (read_data(results, data) != 0) {
+    return;
+  }
+  static_cast<void>(trap_errors(response_failed, [&] {
+    std::string text;
+    for (const std::string& warning : numerics::section::mesh_warnings(
+             response_section(results.model, iteration.parameters), data.site_offsets, data.frequencies)) {
+      text += "\n" + warning;
+    }
+    if (!text.empty()) {
+      user_interface().show_message("The mesh limits how exact the response is:" + text);
+    }
+  }));
+}
+
+std::optional<ComputedResponse> compute_response(const RunResults& results, const IterationModel& iteration) {
+  ComputedResponse computed;
+  if (read_data(results, computed.data) != 0) {
+    return {};
+  }
+  const int status = trap_errors(response_failed, [&] {
+    const BusyPointer busy;
+    const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
+    auto modelled = model_data(results.model, iteration.parameters, computed.data, show_share);
+    if (!modelled) {
+      return -1;
+    }
+    add_static_shifts(static_shifts(results.model, iteration), *modelled);
+    computed.modelled = std::move(*modelled);
+    return 0;
+  });
+  if (status != 0) {
+    return {};
+  }
+  if (computed.modelled.other_rows > 0) {
+    user_interface().show_message(std::to_string(computed.modelled.other_rows) +
+                                  " data are neither apparent resistivity nor phase; the response leaves "
+                                  "them out");
+  }
+  return computed;
+}
+
+OccamResponse as_read(const ComputedResponse& computed) {
+  OccamResponse response;
+  response.resp_site_names = computed.data.site_names;
+  response.resp_offsets = computed.data.site_offsets;
+  response.resp_frequencies = computed.data.frequencies;
+  response.assign_no_data();
+  for (std::size_t i = 0; i < computed.modelled.rows.size(); ++i) {
+    const DataRow& row = computed.modelled.rows[i];
+    const double modelled = computed.modelled.modelled[i];
+    const double residual = row.datum - modelled;
+    const OccamResponse::Row values{static_cast<float>(row.datum), static_cast<float>(residual),
+                                    static_cast<float>(modelled),
+                                    static_cast<float>(row.error > 0.0 ? residual / row.error : 0.0)};
+    const ResponseKind kind =
+        row.type == DataType::tm_resistivity ? ResponseKind::resistivity : ResponseKind::phase;
+    response.row(kind, row.site_number, row.frequency_number) = values;
+    response.rows.push_back({row.site_number, row.frequency_number, static_cast<int>(row.type), values});
+  }
+  return response;
+}
+
+int make_response(const RunResults& results, int number, const IterationModel& iteration) {
+  const auto computed = compute_response(results, iteration);
+  if (!computed) {
+    return -1;
+  }
+  return trap_errors(response_failed, [&] {
+    make_folder(results.output_folder);
+    safe_files::write_into_place(
+        results.output_folder / results.response_file[static_cast<std::size_t>(number)],
+        response_file_text(computed->data, computed->modelled));
+  });
+}
+
+}  // namespace Module_occam
