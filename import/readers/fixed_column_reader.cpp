@@ -103,6 +103,7 @@ int read_file(FileTask& task) {
   const std::vector<TensorRecord> records = formats::fixed_column::read_records(lines, report);
   task.show_progress(lines);
   report.failure = why_not_stored(records, record.SampleRate);
+  remark_on_nul_bytes(lines, report);
   if (!report.failure.empty()) {
     return 0;
   }
