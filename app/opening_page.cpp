@@ -1,5 +1,6 @@
 #include "app/opening_page.h"
 
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPaintEvent>
@@ -53,7 +54,7 @@ OpeningPage::OpeningPage(QWidget* parent)
 }
 
 void OpeningPage::set_picture(const QString& path) {
-  picture_ = path.isEmpty() ? QPixmap() : QPixmap(path);
+  picture_ = QFileInfo(path).isFile() ? QPixmap(path) : QPixmap();  // a pipe would be waited for
   first_steps_->setVisible(picture_.isNull());
   update();
 }

@@ -23,6 +23,7 @@ using Module_data_file::DecodeRow;
 using Module_data_file::ImportChoices;
 using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
+using Module_data_file::TurnEy;
 
 struct ImportOptions {
   std::string survey;
@@ -32,6 +33,7 @@ struct ImportOptions {
   std::string line_direction = "EN";
   std::string extension = "edi";
   std::string report;
+  std::string turn_ey;  // as typed; empty if it wasn't
   bool scan = false;
 };
 
@@ -82,9 +84,10 @@ void print_hints(const ImportReport& report, const ImportChoices& choices) {
                                   "; --from-impedance computes their curves");
   }
   const auto negative_phases = std::ranges::count_if(report.files, &FileReport::all_yx_phases_negative);
-  if (negative_phases > 0 && !choices.turn_ey_phase) {
-    user_interface().show_message("Files whose YX phases are all negative, and masked: " +
-                                  plain_text(negative_phases) + "; --turn-ey brings them up");
+  if (negative_phases > 0 && choices.turn_ey == TurnEy::never) {
+    user_interface().show_message(
+        "Files whose YX phases are all negative, and masked: " + plain_text(negative_phases) +
+        "; --turn-ey turns those of -180..-90, --turn-ey=always all");
   }
 }
 
@@ -165,6 +168,9 @@ int run_import_command(ImportOptions& options) {
   options.choices.line_direction = options.line_direction == "EN"
                                        ? Module_data_file::LineDirection::local_east
                                        : Module_data_file::LineDirection::local_north;
+  options.choices.turn_ey = options.turn_ey == "always" ? TurnEy::always
+                            : options.turn_ey.empty()   ? TurnEy::never
+                                                        : TurnEy::where_needed;
   // Without files this only checks the choices, before anything is opened.
   ImportReport nothing;
   if (Module_data_file::run_import(options.choices, {}, ImportMode::scan, nothing) != 0) {
@@ -226,8 +232,11 @@ Command add_import_command(Program& program) {
                   "with --sectid-as-station: the first digits in SECTID, also behind letters");
   parser.add_flag("--from-impedance", choices.compute_from_impedance,
                   "compute resistivity and phase where a file has impedances only");
-  parser.add_flag("--turn-ey", choices.turn_ey_phase,
-                  "turn the sign of Ey: 180 degrees on the phases of EyHx, EyHy");
+  parser
+      .add_flag("--turn-ey", options->turn_ey, "needed",
+                "turn the sign of Ey, 180 degrees on the phases of EyHx and EyHy, in each section whose YX "
+                "phases lie mostly in -180..-90; --turn-ey=always: in every section")
+      .one_of({"needed", "always"});
   parser.add_flag("--convert-geographic", choices.convert_coordinates,
                   "stations get the files' latitude and longitude in the survey's projection as map place");
   parser.add_option("--extension", options->extension, "extension of the files in folders").shows_default();

@@ -94,6 +94,11 @@ void Parser::add_flag(const std::string& name, const std::function<void()>& act,
   parser_->add_flag_callback(name, act, help);
 }
 
+Option Parser::add_flag(const std::string& name, std::string& value, const std::string& alone,
+                        const std::string& help) {
+  return Option(*parser_->add_flag(name + "{" + alone + "}", value, help));
+}
+
 void Parser::add_switch_off(const std::string& name, bool& setting, const std::string& help) {
   parser_->add_flag_function(
       name, [&setting](std::int64_t times) { setting = setting && times <= 0; }, help);

@@ -77,6 +77,12 @@ class Parser {
   void add_flag(const std::string& name, bool& given, const std::string& help);
   void add_flag(const std::string& name, const std::function<void()>& act, const std::string& help);
 
+  /// A flag that may have a value, which only "=" joins to it ("--turn-ey=always"): what follows the flag is
+  /// never taken for its value.
+  /// @param alone the value of the flag without one
+  Option add_flag(const std::string& name, std::string& value, const std::string& alone,
+                  const std::string& help);
+
   // A flag that turns off a setting that is on by default: sets it to false or 0; "=false" leaves it as it
   // is.
   void add_switch_off(const std::string& name, bool& setting, const std::string& help);

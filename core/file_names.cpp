@@ -73,10 +73,11 @@ class FolderSearch {
     std::vector<fs::path> subfolders;
     fs::directory_iterator entry(folder, failure);
     for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+      // Pipes and sockets are found as well, so that whoever reads the files says why those are not read.
       std::error_code vanished;
       if (entry->is_directory(vanished)) {
         subfolders.push_back(entry->path());
-      } else if (entry->is_regular_file(vanished) &&
+      } else if (entry->exists(vanished) &&
                  matches(upper_case(entry->path().filename().string()), pattern_)) {
         files_.push_back(entry->path().string());
       }

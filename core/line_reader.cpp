@@ -1,10 +1,8 @@
 #include "core/line_reader.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <stdexcept>
-#include <system_error>
 
 namespace {
 
@@ -15,27 +13,38 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-LineReader::LineReader(const std::string& path) : path_(path) {
-  std::error_code failure;
-  const std::filesystem::file_status status = std::filesystem::status(path, failure);
-  if (status.type() == std::filesystem::file_type::not_found) {
-    refuse("doesn't exist");
-  }
-  if (std::filesystem::is_directory(status)) {
-    refuse("is a folder, not a file");
-  }
-  errno = 0;
-  stream_.open(path, std::ios::binary);
-  if (!stream_) {
-    refuse(errno == 0 ? "can't be opened" : "can't be opened: " + std::generic_category().message(errno));
-  }
-  const std::uintmax_t size = std::filesystem::file_size(path, failure);
-  file_size_ = failure ? 0 : static_cast<std::int64_t>(size);
+LineReader::LineReader(const std::string& path) : path_(path), file_(path) {
   buffer_.resize(chunk_size);
-  fill();
-  if (std::memchr(buffer_.data(), '\0', filled_) != nullptr) {
+  begin();
+}
+
+void LineReader::rewind() {
+  file_.rewind();
+  encoding_ = TextEncoding::bytes;
+  undecoded_.clear();
+  position_ = filled_ = 0;
+  carriage_return_known_ = skip_line_feed_ = at_end_ = false;
+  bytes_before_buffer_ = bytes_taken_ = nul_bytes_ = line_number_ = 0;
+  begin();
+}
+
+// The first chunk tells what the file is.
+void LineReader::begin() {
+  read_bytes();
+  const std::string_view first_bytes(buffer_.data(), filled_);
+  if (const std::string_view kind = compression_of(first_bytes); !kind.empty()) {
+    refuse("is a compressed file (" + std::string(kind) + "); unpack it first");
+  }
+  const bool has_nul = std::memchr(buffer_.data(), '\0', filled_) != nullptr;
+  encoding_ = text_encoding(first_bytes);
+  if (encoding_ != TextEncoding::bytes) {
+    undecoded_.assign(first_bytes);
+    filled_ = 0;
+    read_utf16();
+  } else if (has_nul && is_binary(first_bytes)) {
     refuse("is not a text file");
   }
+  mark_nul_bytes(0);
   if (std::string_view(buffer_.data(), filled_).starts_with(byte_order_mark)) {
     position_ = byte_order_mark.size();
   }
@@ -115,19 +124,55 @@ bool LineReader::fill() {
   position_ = 0;
   filled_ = kept;
   carriage_return_known_ = false;
+  if (filled_ >= longest_line) {
+    refuse("is not a text file: line " + std::to_string(line_number_ + 1) + " is longer than 16 MB");
+  }
   if (filled_ == buffer_.size()) {
-    if (filled_ >= longest_line) {
-      refuse("is not a text file: line " + std::to_string(line_number_ + 1) + " is longer than 16 MB");
-    }
     buffer_.resize(buffer_.size() * 2);
   }
-  errno = 0;
-  stream_.read(buffer_.data() + filled_, static_cast<std::streamsize>(buffer_.size() - filled_));
-  if (stream_.bad()) {
-    refuse("can't be read" + (errno == 0 ? std::string() : ": " + std::generic_category().message(errno)));
+  const std::size_t filled_before = filled_;
+  if (encoding_ == TextEncoding::bytes) {
+    read_bytes();
+  } else {
+    read_utf16();
   }
-  const std::size_t added = static_cast<std::size_t>(stream_.gcount());
+  mark_nul_bytes(filled_before);
+  return filled_ > filled_before;
+}
+
+// Fills the rest of the buffer from the file.
+void LineReader::read_bytes() {
+  const std::size_t room = buffer_.size() - filled_;
+  const std::size_t added = file_.read(buffer_.data() + filled_, room);
   filled_ += added;
-  at_end_ = stream_.eof();
-  return added > 0;
+  bytes_taken_ += as_signed(added);
+  at_end_ = added < room;
+}
+
+// Adds the next chunk of UTF-16 to the buffer.
+void LineReader::read_utf16() {
+  std::string text;
+  decode_utf16(undecoded_, encoding_, at_end_, text);
+  while (text.empty() && !at_end_) {
+    const std::size_t kept = undecoded_.size();
+    undecoded_.resize(kept + chunk_size);
+    const std::size_t added = file_.read(undecoded_.data() + kept, chunk_size);
+    undecoded_.resize(kept + added);
+    bytes_taken_ += as_signed(added);
+    at_end_ = added < chunk_size;
+    decode_utf16(undecoded_, encoding_, at_end_, text);
+  }
+  buffer_.resize(std::max(buffer_.size(), filled_ + text.size()));
+  std::memcpy(buffer_.data() + filled_, text.data(), text.size());
+  filled_ += text.size();
+}
+
+void LineReader::mark_nul_bytes(std::size_t first) {
+  char* place = buffer_.data() + first;
+  char* const end = buffer_.data() + filled_;
+  while ((place = static_cast<char*>(std::memchr(place, '\0', static_cast<std::size_t>(end - place)))) !=
+         nullptr) {
+    *place = '?';
+    ++nul_bytes_;
+  }
 }

@@ -4,10 +4,9 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <stdexcept>
@@ -21,6 +20,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
+#include "platform/files/input_file.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -256,9 +256,12 @@ bool replace_file(const std::string& path, std::string_view text) {
 }
 
 std::optional<std::string> contents_of(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  return file.bad() || !file.is_open() ? std::nullopt : std::optional(std::move(text));
+  constexpr std::int64_t most = std::int64_t{16} << 20U;  // bytes; far beyond any list of preferences
+  try {
+    return read_whole_file(path, most);
+  } catch (const std::runtime_error&) {
+    return std::nullopt;
+  }
 }
 
 std::string path_in(const fs::path& directory) { return (directory / file_name).string(); }

@@ -13,7 +13,7 @@ namespace formats {
 /// Something in a file that could not be read as it is.
 struct ReportRemark {
   std::int64_t line = 0;  // from 1; 0 if it concerns the whole file
-  std::string text;       // "'abc' is not a number, taken as 0"
+  std::string text;       // "'abc' is not a number, taken as absent"
 };
 
 struct FileReport {
@@ -21,6 +21,7 @@ struct FileReport {
   std::int32_t sections = 0;
   std::int32_t readings = 0;             // stored; in a scan: found
   std::int32_t frequencies = 0;          // of the largest section
+  std::int32_t sections_turned = 0;      // whose Ey got the other sign; in a scan: would get
   std::vector<ReportRemark> ignored;     // unknown blocks, values beyond the count
   std::vector<ReportRemark> unreadable;  // values read as 0 or absent
   std::int64_t remarks_dropped = 0;      // beyond the number that is kept for one file

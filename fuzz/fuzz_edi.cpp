@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       for (std::size_t element = 0; element < element_count; ++element) {
         compute_from_impedance(section, element);
       }
-      turn_ey(section);
+      if (has_turned_ey(section)) turn_ey(section);
       for (std::size_t element = 0; element < element_count; ++element) {
         fill_curve(section, element, curve);
         if (curve.count() != section.frequencies.size()) std::abort();

@@ -35,7 +35,7 @@ bool is_sound(const Module_database::Curve& curve) {
 void scan_input(const std::uint8_t* data, std::size_t size, FileFormat format) {
   const std::string path = write_input_file(data, size, "input.dat");
   ReadingRecord record;
-  record.choices.turn_ey_phase = size % 2 == 1;
+  record.choices.turn_ey = size % 2 == 1 ? TurnEy::where_needed : TurnEy::never;
   record.choices.sectid_as_station = size % 3 == 1;
   formats::FileReport report;
   StoreNotes notes;

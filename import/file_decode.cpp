@@ -10,6 +10,8 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
+#include "formats/edi/edi_lines.h"
+#include "formats/edi/edi_tags.h"
 #include "formats/head_dates.h"
 
 namespace Module_data_file {
@@ -163,15 +165,37 @@ void take_date(std::string_view line, double& days, const LineReader& reader, Fi
   }
 }
 
+// A reader takes all lengths for metres, whatever the head says.
+void take_unit(std::string_view line, ReadingRecord& record, const LineReader& reader, FileReport& report) {
+  const std::string unit = formats::edi::option_item(upper_case(line), "UNITS");
+  if (unit == "FT" || unit == "FEET" || unit == "FOOT") {
+    record.length_unit_factor = 0;  // the whole part of 0.3048; lengths are stored as they are
+    formats::remark_ignored(report, reader.line_number(),
+                            "UNITS=" + unit + ": lengths in feet are taken as metres, as they stand");
+  }
+}
+
+FileFormat format_of_section(std::string_view tag) {
+  return tag.starts_with("=MTSECT")        ? format_edi_mt
+         : tag.starts_with("=SPECTRASECT") ? format_edi_spectra
+                                           : format_unknown;
+}
+
 void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report) {
   record.length_unit_factor = 1;
+  formats::edi::InfoText info;
+  FileFormat of_info_text = format_unknown;
   std::string_view bytes;
   while (reader.next(bytes)) {
     const std::string_view line = trimmed(bytes);
-    if (line.starts_with(">=")) {
-      const std::string tag = upper_case(line);
-      if (tag.starts_with(">=SPECTRASECT") || tag.starts_with(">=MTSECT")) {
-        record.file_format = tag.starts_with(">=MTSECT") ? format_edi_mt : format_edi_spectra;
+    if (line.starts_with('>') && !line.starts_with(">!")) {
+      const std::string tag = formats::edi::tag_name(line);
+      const bool is_text = info.holds(tag);
+      const FileFormat format = format_of_section(tag);
+      if (is_text) {
+        of_info_text = of_info_text == format_unknown ? format : of_info_text;
+      } else if (format != format_unknown) {
+        record.file_format = format;
         return;
       }
     }
@@ -181,12 +205,10 @@ void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report
     } else if (equal_ignoring_case(keyword, "FILEDATE")) {
       take_date(line, record.DateCollected, reader, report);
     } else if (equal_ignoring_case(keyword.substr(0, 5), "UNITS")) {
-      const std::size_t equals = line.find('=');
-      if (equals != std::string_view::npos && equal_ignoring_case(trimmed(line.substr(equals + 1)), "FT")) {
-        record.length_unit_factor = 0;  // the whole part of 0.3048; lengths are stored as they are
-      }
+      take_unit(line, record, reader, report);
     }
   }
+  record.file_format = of_info_text;  // no sensors are defined behind the text, so it was a section
 }
 
 double date_in_columns(std::string_view line, std::array<std::int32_t, 3> starts) {
@@ -212,9 +234,6 @@ bool next_filled_line(LineReader& reader, std::string& line) {
 
 void read_fixed_column_head(const std::string& line, ReadingRecord& record, SampleFields& sample) {
   record.file_format = format_fixed_columns;
-  if (line.find("DC") == std::string::npos) {
-    return;
-  }
   record.DateCollected = date_in_columns(line, {3, 7, 9});
   record.DateAnalysed = date_in_columns(line, {14, 18, 20});
   sample.station = trimmed(columns(line, 29, 6));
@@ -242,8 +261,11 @@ void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sam
     if (next_filled_line(reader, line)) {
       record.DateCollected = record.DateAnalysed = date_in_columns(line, {10, 15, 18});
     }
-  } else {
+  } else if (line.find("DC") != std::string::npos) {
     read_fixed_column_head(line, record, sample);
+  } else {
+    report.failure =
+        "the file is of no known kind: not EDI, Zonge raw, Em1dfm or fixed columns (DC in the first line)";
   }
 }
 

@@ -45,8 +45,8 @@ std::string choices_fault(ImportChoices& choices);
                               std::string& line);
 
 /// Takes line, event and scan rate from the choices and the file's name, and format, dates and unit from the
-/// file, into the record and the sample fields. What can't be read goes into the report. Throws
-/// std::runtime_error if the file can't be read.
+/// file, into the record and the sample fields. What can't be read goes into the report; a text of no known
+/// kind is its failure. Throws std::runtime_error if the file can't be read.
 void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
                          formats::FileReport& report);
 

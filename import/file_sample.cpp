@@ -15,7 +15,7 @@ void add_notes(const EdiTraits& traits, const ImportChoices& choices, FileSample
   if (traits.impedances_only && !choices.compute_from_impedance) {
     sample.notes.emplace_back("This file has impedances only");
   }
-  if (traits.all_yx_phases_negative && !choices.turn_ey_phase) {
+  if (traits.all_yx_phases_negative && choices.turn_ey == TurnEy::never) {
     sample.notes.emplace_back("All YX phases are negative");
   }
 }
@@ -28,8 +28,11 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
   record.choices = choices;
   sample.fault = choices_fault(record.choices);
   try {
-    formats::FileReport ignored;
-    display_file_format(file, record, sample.fields, ignored);
+    formats::FileReport report;
+    display_file_format(file, record, sample.fields, report);
+    if (!report.failure.empty()) {
+      sample.notes.push_back(report.failure);
+    }
     if (record.file_format == format_edi_mt) {
       const EdiTraits& traits = traits_of(file);
       if (choices.sectid_as_station && traits.first_sectid) {

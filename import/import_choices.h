@@ -27,6 +27,13 @@ enum class LineDirection {
 
 using DecodeTable = std::array<DecodeRow, 3>;
 
+/// Which sections of EDI files get the other sign of Ey: 180 degrees on the phases of EyHx and EyHy.
+enum class TurnEy {
+  never,
+  where_needed,  // where the phases of YX say that the sign is turned
+  always,
+};
+
 /// Choices of an import; they hold for all of its files.
 struct ImportChoices {
   std::int32_t ReferenceType = -1;  // 0 to 2; -1: not chosen yet
@@ -39,7 +46,7 @@ struct ImportChoices {
   bool sectid_as_station = false;
   bool sectid_digits = false;           // the first run of digits in SECTID is the station
   bool compute_from_impedance = false;  // resistivity and phase where the file has impedances only
-  bool turn_ey_phase = false;           // 180 degrees on the phases of EyHx and EyHy
+  TurnEy turn_ey = TurnEy::never;
 };
 
 }  // namespace Module_data_file

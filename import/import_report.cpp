@@ -1,11 +1,13 @@
 #include "import/import_report.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include <nlohmann/json.hpp>
 
 #include "core/number_text.h"
+#include "core/text_fields.h"
 
 namespace Module_data_file {
 
@@ -27,6 +29,7 @@ nlohmann::ordered_json json_of(const FileReport& file) {
           {"sections", file.sections},
           {"readings", file.readings},
           {"frequencies", file.frequencies},
+          {"sections_turned", file.sections_turned},
           {"ignored", json_of(file.ignored)},
           {"unreadable", json_of(file.unreadable)},
           {"remarks_dropped", file.remarks_dropped},
@@ -37,10 +40,26 @@ nlohmann::ordered_json json_of(const FileReport& file) {
           {"all_yx_phases_negative", file.all_yx_phases_negative}};
 }
 
+std::string counted(std::int64_t count, const std::string& what) {
+  return plain_text(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string files_and_readings(const std::vector<FileReport>& files) {
+  const auto gave =
+      std::count_if(files.begin(), files.end(), [](const FileReport& f) { return f.readings > 0; });
+  std::int64_t readings = 0;
+  for (const FileReport& file : files) {
+    readings += file.readings;
+  }
+  return plain_text(std::int64_t{gave}) + " of " + counted(static_cast<std::int64_t>(files.size()), "file") +
+         " gave " + counted(readings, "reading");
+}
+
 }  // namespace
 
 bool ImportReport::has_remarks() const {
-  return std::any_of(files.begin(), files.end(), [](const FileReport& file) { return file.has_remarks(); });
+  return std::any_of(files.begin(), files.end(),
+                     [](const FileReport& file) { return file.has_remarks() || file.sections_turned > 0; });
 }
 
 bool ImportReport::has_failures() const {
@@ -58,28 +77,39 @@ std::string ImportReport::to_json() const {
   return report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
-std::string ImportReport::summary() const {
-  const auto gave =
-      std::count_if(files.begin(), files.end(), [](const FileReport& f) { return f.readings > 0; });
-  std::int64_t readings = 0;
-  for (const FileReport& file : files) {
-    readings += file.readings;
+std::string ImportReport::totals() const {
+  std::set<std::pair<std::string, double>> places;
+  for (const ScannedStation& station : stations) {
+    places.emplace(upper_case(station.LineNumber), station.Station);
   }
-  return plain_text(std::int64_t{gave}) + " of " + plain_text(static_cast<std::int64_t>(files.size())) +
-         (files.size() == 1 ? " file gave " : " files gave ") + plain_text(readings) +
-         (readings == 1 ? " reading" : " readings") + (stopped ? "; the run was stopped" : "");
+  std::int64_t remarks = 0;
+  for (const FileReport& file : files) {
+    remarks += remark_count(file);
+  }
+  return files_and_readings(files) + " at " + counted(static_cast<std::int64_t>(places.size()), "station") +
+         "; " + counted(remarks, "remark");
+}
+
+std::string ImportReport::summary() const {
+  return files_and_readings(files) + (stopped ? "; the run was stopped" : "");
 }
 
 std::string ImportReport::to_text() const {
   std::string text = summary() + "\n";
   for (const FileReport& file : files) {
     text += file.file + ": " + plain_text(file.sections) + " sections, " + plain_text(file.readings) +
-            " readings, " + plain_text(file.frequencies) + " frequencies\n";
+            " readings, " + plain_text(file.frequencies) + " frequencies, Ey turned in " +
+            counted(file.sections_turned, "section") + "\n";
     for (const std::string& line : remark_lines(file)) {
       text += "    " + line + "\n";
     }
   }
   return text;
+}
+
+std::int64_t remark_count(const FileReport& file) {
+  return static_cast<std::int64_t>(file.ignored.size() + file.unreadable.size()) +
+         (file.failure.empty() ? 0 : 1) + file.remarks_dropped;
 }
 
 std::vector<std::string> remark_lines(const FileReport& file) {

@@ -1,5 +1,6 @@
 // import_report.h: what an import did with each of its files.
 #pragma once
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,19 +14,25 @@ struct ImportReport {
   std::vector<ScannedStation> stations;  // those found, each once, in the order of the files
   bool stopped = false;                  // the user stopped the run
 
+  /// A file has something to tell, or Ey was turned in one.
   [[nodiscard]] bool has_remarks() const;
   /// A file gave an error or no reading.
   [[nodiscard]] bool has_failures() const;
   /// The report on the files as JSON text, UTF-8.
   [[nodiscard]] std::string to_json() const;
+  /// "12 of 13 files gave 96 readings at 24 stations; 5 remarks".
+  [[nodiscard]] std::string totals() const;
   /// "12 of 13 files gave 96 readings", and whether the run was stopped.
   [[nodiscard]] std::string summary() const;
   /// The report as the user reads it: the summary, then each file with its remarks.
   [[nodiscard]] std::string to_text() const;
 };
 
+/// The remarks on a file with its failure, also those that were not kept; its account doesn't count.
+std::int64_t remark_count(const formats::FileReport& file);
+
 /// The remarks of a file as the user reads them, its failure first: "line 12: 'abc' is not a number, taken as
-/// 0"; then its account.
+/// absent"; then its account.
 std::vector<std::string> remark_lines(const formats::FileReport& file);
 
 }  // namespace Module_data_file

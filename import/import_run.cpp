@@ -165,7 +165,9 @@ bool import_file(FileTask& task) {
   }
   const FieldReader read = reader_of(record.file_format);
   if (read == nullptr) {
-    fail_file(report, nothing_found);
+    if (report.failure.empty()) {  // stray texts among the field files are named in the report alone
+      fail_file(report, nothing_found);
+    }
     return true;
   }
   bool go_on = true;

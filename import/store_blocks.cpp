@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <numeric>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -151,7 +152,17 @@ bool sort_curve(Curve& curve) {
 }
 
 int store_header_block(ReadingRecord& record, StoreNotes& notes) {
-  return store_with_notes(notes, [&] { store_header(record, notes); });
+  return store_with_notes(notes, [&] {
+    try {
+      store_header(record, notes);
+    } catch (const std::exception& failure) {
+      if (record.SurveyFile.find('\'') == std::string::npos) {
+        throw;
+      }
+      throw std::runtime_error(std::string(failure.what()) +
+                               ". The name of the file has an apostrophe: rename the file to import it.");
+    }
+  });
 }
 
 int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNotes& notes) {

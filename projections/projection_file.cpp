@@ -2,11 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
@@ -15,6 +12,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "platform/files/input_file.h"
 #include "platform/files/safe_files.h"
 #include "projections/value_fields.h"
 
@@ -31,7 +29,7 @@ constexpr std::string_view header =
 constexpr std::string_view name_column = "Name";
 constexpr std::string_view description_column = "Description";
 constexpr std::string_view no_definition = "None";
-constexpr std::uintmax_t max_file_size = 16U << 20U;  // bytes; a hundred thousand definitions
+constexpr std::int64_t max_file_size = std::int64_t{16} << 20U;  // bytes; a hundred thousand definitions
 
 bool is_definition(std::string_view line) {
   return !trimmed(line).empty() && !line.starts_with(no_definition);
@@ -156,25 +154,6 @@ std::string csv_line(const CoordSystem& definition) {
   return line;
 }
 
-std::string file_text(const std::string& path) {
-  errno = 0;
-  std::ifstream stream(path, std::ios::binary);
-  std::error_code failure;
-  if (!stream || fs::is_directory(path, failure)) {
-    throw std::runtime_error(path + ": " +
-                             (errno != 0 ? std::generic_category().message(errno) : "this is no file"));
-  }
-  const std::uintmax_t size = fs::file_size(path, failure);
-  if (!failure && size > max_file_size) {
-    throw std::runtime_error(path + " is too large for a list of projections");
-  }
-  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  if (stream.bad()) {
-    throw std::runtime_error(path + " can't be read");
-  }
-  return bytes;
-}
-
 std::string default_projection_file() {
   const Environment& environment = session().environment;
   const fs::path of_user = fs::path(environment.application_data_directory) / projection_file_name;
@@ -197,7 +176,7 @@ int read_coord_projection_file(std::string& path, CoordSystems& coord_systems) {
     if (!was_picked) {
       path = default_projection_file();
     }
-    const CoordSystems definitions = definitions_from_csv(file_text(path));
+    const CoordSystems definitions = definitions_from_csv(read_whole_file(path, max_file_size));
     if (definitions.empty() && was_picked) {
       throw std::runtime_error("there is no definition in " + path);
     }

@@ -4,9 +4,43 @@
 #include <utility>
 
 #include "core/number_text.h"
+#include "core/text_fields.h"
 #include "formats/edi/edi_lines.h"
+#include "formats/file_report.h"
 
 namespace formats::edi {
+
+namespace {
+
+// HX, EY, RX, RHX: the keywords of channels in the head of a section.
+bool names_channel(std::string_view keyword) {
+  constexpr std::string_view kinds = "HER";
+  constexpr std::string_view axes = "XYZ";
+  return keyword.size() >= 2 && keyword.size() <= 4 &&
+         kinds.find(keyword.front()) != std::string_view::npos &&
+         axes.find(keyword.back()) != std::string_view::npos;
+}
+
+}  // namespace
+
+std::vector<NamedChannel> named_channels(std::string_view line) {
+  std::vector<NamedChannel> named;
+  for (std::size_t equals = line.find('='); equals != std::string_view::npos; equals = line.find('=')) {
+    const std::string_view before = trimmed(line.substr(0, equals));
+    const std::size_t blank = before.find_last_of(" \t,");
+    const std::string_view keyword = blank == std::string_view::npos ? before : before.substr(blank + 1);
+    line = trimmed(line.substr(equals + 1));
+    if (names_channel(keyword)) {
+      named.push_back({std::string(keyword), std::string(next_token(line))});
+    }
+  }
+  return named;
+}
+
+std::string undefined_channel_text(const NamedChannel& channel) {
+  return (channel.keyword.empty() ? "channel " : channel.keyword + "=") + formats::in_quotes(channel.ID) +
+         " has no >HMEAS or >EMEAS";
+}
 
 void EdiChannelList::take(std::string_view line, std::string_view tag) {
   const bool magnetic = tag == "HMEAS";

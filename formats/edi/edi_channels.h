@@ -19,6 +19,18 @@ struct EdiChannel {
   double AZM = 0.0;  // degrees
 };
 
+/// A channel as the head of a section names it.
+struct NamedChannel {
+  std::string keyword;  // "HX" of "HX=1.001"; empty in a list of ids
+  std::string ID;
+};
+
+/// The channels that a line of a section's head names, given in upper case: "HX=1.001 HY=2.001".
+std::vector<NamedChannel> named_channels(std::string_view line);
+
+/// What a report says of a channel whose id the head doesn't define.
+std::string undefined_channel_text(const NamedChannel& channel);
+
 /// What the readers of sections of any kind take from a section's head.
 struct EdiSectionHead {
   std::int64_t line_number = 0;       // of its tag

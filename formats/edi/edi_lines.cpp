@@ -17,6 +17,21 @@ bool EdiLines::skip_to_tag() {
   return false;
 }
 
+void EdiLines::rewind() {
+  reader_.rewind();
+  line_ = {};
+}
+
+bool InfoText::holds(std::string_view tag) {
+  if (tag == "=DEFINEMEAS" || tag == "HMEAS" || tag == "EMEAS") {
+    inside_ = false;
+  }
+  held_section_ = held_section_ || (inside_ && tag.starts_with('='));
+  const bool held = inside_;
+  inside_ = inside_ || (tag == "INFO" && !never_);
+  return held;
+}
+
 std::optional<std::string_view> option_text(std::string_view line, std::string_view key) {
   for (std::size_t place = line.find(key); place != std::string_view::npos;
        place = line.find(key, place + 1)) {

@@ -31,6 +31,8 @@ class EdiLines {
   }
   /// Goes to the next line that begins with ">".
   bool skip_to_tag();
+  /// Goes back to the beginning of the file.
+  void rewind();
 
   [[nodiscard]] std::string_view line() const { return line_; }  // leading blanks cut; empty at the end
   [[nodiscard]] bool at_tag() const { return line_.starts_with('>'); }
@@ -42,6 +44,27 @@ class EdiLines {
 
   LineReader& reader_;
   std::string_view line_;
+};
+
+/// Tells the tags of a head from lines of its >INFO text that only look like tags (">=MTSECT holds the ..."):
+/// the text ends where the sensors are defined. A file without their definitions shows a section only to a
+/// second look with InfoText::no_text().
+class InfoText {
+ public:
+  static InfoText no_text() {
+    InfoText info;
+    info.never_ = true;
+    return info;
+  }
+  /// @param tag of the next line that begins with ">", in upper case without ">"
+  /// @return true if the line is part of the text
+  bool holds(std::string_view tag);
+  [[nodiscard]] bool held_section() const { return held_section_; }
+
+ private:
+  bool never_ = false;
+  bool inside_ = false;
+  bool held_section_ = false;
 };
 
 /// The text after "key =" in a line of options in upper case; none if the line has no such key.

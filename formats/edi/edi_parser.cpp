@@ -21,19 +21,31 @@ std::string value_count(std::size_t count) {
 }  // namespace
 
 EdiMtParser::EdiMtParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
-  read_head();
+  InfoText info;
+  has_sections_ = find_section(info);
+  if (!has_sections_ && info.held_section()) {
+    lines_.rewind();
+    channels_ = {};
+    InfoText no_text = InfoText::no_text();
+    has_sections_ = find_section(no_text);
+  }
+  section_follows_ = has_sections_;
+  channels_.mark_local();
 }
 
-void EdiMtParser::read_head() {
+// Reads the head up to the first section. False at the end of the file.
+bool EdiMtParser::find_section(InfoText& info) {
   while (lines_.skip_to_tag()) {
     const std::string tag = tag_name(lines_.line());
+    if (info.holds(tag)) {
+      continue;
+    }
     if (tag == "=MTSECT") {
-      section_follows_ = has_sections_ = true;
-      break;
+      return true;
     }
     channels_.take(upper_case(lines_.line()), tag);
   }
-  channels_.mark_local();
+  return false;
 }
 
 bool EdiMtParser::next_section(EdiSection& section) {
@@ -48,7 +60,7 @@ bool EdiMtParser::next_section(EdiSection& section) {
   has_frequencies_ = false;
   tags_seen_ = 0;
   if (!read_section_head(section)) {
-    fail_in_section("in its head");
+    fail_in_section("the file ends in its head");
     return false;
   }
   if (!read_blocks(section)) {
@@ -75,15 +87,21 @@ void EdiMtParser::read_head_line(EdiSection& section, const std::string& line) {
   if (const auto text = option_text(line, "NFREQ")) {
     read_count(*text);
   }
-  if (line.front() == 'H' || line.front() == 'E') {
-    const std::size_t equals = line.find('=');
-    std::string_view rest =
-        equals == std::string::npos ? std::string_view() : trimmed(std::string_view(line).substr(equals + 1));
-    const std::string_view id = next_token(rest);
-    const std::vector<EdiChannel>& channels = channels_.all();
-    const auto channel = std::find_if(channels.begin(), channels.end(),
-                                      [&](const EdiChannel& c) { return !id.empty() && c.ID == id; });
-    if (channel != channels.end() && channel->is_local && channel->CHTYPE == "HX") {
+  if (line.front() == 'H' || line.front() == 'E' || line.front() == 'R') {
+    read_channels(section, line);
+  }
+}
+
+void EdiMtParser::read_channels(EdiSection& section, std::string_view line) {
+  const std::vector<EdiChannel>& channels = channels_.all();
+  for (const NamedChannel& named : named_channels(line)) {
+    const auto channel = std::ranges::find(channels, named.ID, &EdiChannel::ID);
+    if (named.ID.empty()) {
+      continue;
+    }
+    if (channel == channels.end()) {
+      remark_unreadable(report_, lines_.line_number(), undefined_channel_text(named));
+    } else if (channel->is_local && channel->CHTYPE == "HX" && !named.keyword.starts_with('R')) {
       section.local_hx = *channel;
     }
   }
@@ -94,7 +112,7 @@ void EdiMtParser::read_count(std::string_view text) {
   const double count = std::trunc(numeric_value(token));
   // Each value takes two bytes at least; a larger count is damage and must not decide how much is allocated.
   const double most = static_cast<double>(lines_.file_size()) / 2.0 + 1.0;
-  if (token.empty() || !(token.front() >= '0' && token.front() <= '9') || count > most) {
+  if (token.empty() || !(token.front() >= '0' && token.front() <= '9') || count < 1.0 || count > most) {
     remark_unreadable(
         report_, lines_.line_number(),
         "NFREQ=" + in_quotes(token) + " is not a count; the values of >FREQ are counted instead");
@@ -128,7 +146,7 @@ bool EdiMtParser::read_blocks(EdiSection& section) {
       const std::int64_t tag_line = lines_.line_number();
       more = lines_.skip_to_tag();
       if (!more && lines_.line_number() == tag_line && is_cut_edi_tag(name)) {
-        fail_in_section("inside tag >" + name);
+        fail_in_section("the file ends inside tag >" + name);
         return false;
       }
       remark_ignored(report_, tag_line,
@@ -141,13 +159,13 @@ bool EdiMtParser::read_blocks(EdiSection& section) {
       }
       tags_seen_ |= std::uint64_t{1} << mark;
       const AfterBlock after = read_block(section, *tag);
-      if (after == AfterBlock::cut) {
+      if (after == AfterBlock::failed) {
         return false;
       }
       more = after == AfterBlock::tag_line;
     }
     if (!more && !has_frequencies_) {
-      fail_in_section("before block >FREQ");
+      fail_in_section("the file ends before block >FREQ");
       return false;
     }
     if (!more) {
@@ -169,6 +187,9 @@ EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTa
     after = read_values(scratch_);
     count = scratch_.size();
   }
+  if (after == AfterBlock::failed) {
+    return after;
+  }
   if (tag.kind == EdiTagKind::frequencies) {
     has_frequencies_ = true;
   }
@@ -177,8 +198,8 @@ EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTa
       count_known ? count < expected_ : has_frequencies_ && count < section.frequencies.size();
   if (after == AfterBlock::end_of_file &&
       (short_of_values || (!count_known && tag.kind == EdiTagKind::frequencies))) {
-    fail_in_section("inside block " + name + " of line " + std::to_string(first_line));
-    return AfterBlock::cut;
+    fail_in_section("the file ends inside block " + name + " of line " + std::to_string(first_line));
+    return AfterBlock::failed;
   }
   if (count_known && short_of_values && tag.kind != EdiTagKind::discarded) {
     remark_unreadable(report_, first_line,
@@ -209,13 +230,23 @@ EdiMtParser::AfterBlock EdiMtParser::read_values(std::vector<float>& values) {
   if (expected_ != unknown_count) {
     values.reserve(expected_);
   }
+  // Where the count isn't known, the numbers of >FREQ alone tell whether commas stand for points.
+  const bool is_counted = expected_ == unknown_count && name == "FREQ";
   AfterBlock after = AfterBlock::end_of_file;
   while (lines_.next()) {
     if (lines_.at_tag()) {
       after = AfterBlock::tag_line;
       break;
     }
+    if (is_counted) {
+      look_for_decimal_comma();
+    }
     take_values(values, surplus);
+    if (!decimal_comma_.empty()) {
+      fail_in_section(in_quotes(decimal_comma_) + " in line " + std::to_string(lines_.line_number()) +
+                      " has a decimal comma, where these files have points");
+      return AfterBlock::failed;
+    }
   }
   if (surplus > 0) {
     remark_ignored(
@@ -241,6 +272,9 @@ void EdiMtParser::take_values(std::vector<float>& values, std::size_t& surplus) 
   const char* const line_end = place + lines_.line().size();
   while ((place = skip_separators(place, line_end)) != line_end) {
     if (values.size() == expected_) {
+      if (surplus == 0) {
+        look_for_decimal_comma();  // each of them comes as two values
+      }
       surplus += count_items({place, static_cast<std::size_t>(line_end - place)});
       return;
     }
@@ -249,6 +283,8 @@ void EdiMtParser::take_values(std::vector<float>& values, std::size_t& surplus) 
     values.push_back(static_cast<float>(value));
   }
 }
+
+void EdiMtParser::look_for_decimal_comma() { decimal_comma_ = decimal_comma_number(lines_.line()); }
 
 // Skips a section of another kind.
 void EdiMtParser::skip_to_section() {
@@ -271,6 +307,7 @@ void EdiMtParser::finish_section(EdiSection& section) {
                       "the section has no >FREQ block: its readings have no frequencies");
     section.frequencies.clear();
   }
+  remark_on_frequencies(section.frequencies, section.line_number, report_);
   const std::size_t count = section.frequencies.size();
   for (auto& element : section.elements) {
     for (EdiValues& quantity : element) {
@@ -286,9 +323,8 @@ void EdiMtParser::finish_section(EdiSection& section) {
   }
 }
 
-void EdiMtParser::fail_in_section(std::string_view place) {
-  report_.failure = "the file ends " + std::string(place) + "; section " + std::to_string(section_number_) +
-                    " is not stored";
+void EdiMtParser::fail_in_section(std::string_view reason) {
+  report_.failure = std::string(reason) + "; section " + std::to_string(section_number_) + " is not stored";
 }
 
 }  // namespace formats::edi

@@ -34,20 +34,22 @@ class EdiMtParser {
 
  private:
   static constexpr std::size_t unknown_count = std::numeric_limits<std::size_t>::max();
-  enum class AfterBlock { tag_line, end_of_file, cut };  // cut: the file ends inside the block
+  enum class AfterBlock { tag_line, end_of_file, failed };  // failed: the report says why
 
-  void read_head();
+  bool find_section(InfoText& info);
   bool read_section_head(EdiSection& section);
   void read_head_line(EdiSection& section, const std::string& line);
+  void read_channels(EdiSection& section, std::string_view line);
   void read_count(std::string_view text);
   bool read_blocks(EdiSection& section);
   AfterBlock read_block(EdiSection& section, const EdiTag& tag);
   AfterBlock read_values(std::vector<float>& values);
   AfterBlock skip_values(std::size_t& count);
   void take_values(std::vector<float>& values, std::size_t& surplus);
+  void look_for_decimal_comma();
   void skip_to_section();
   void finish_section(EdiSection& section);
-  void fail_in_section(std::string_view place);
+  void fail_in_section(std::string_view reason);
 
   EdiLines lines_;
   FileReport& report_;
@@ -58,6 +60,7 @@ class EdiMtParser {
   std::size_t expected_ = unknown_count;  // values of each block of this section
   bool has_frequencies_ = false;          // the section under way had a >FREQ
   std::uint64_t tags_seen_ = 0;           // in this section, a bit for each entry of the tag table
+  std::string decimal_comma_;             // a number of the block under way that has one
   std::vector<float> scratch_;
 };
 

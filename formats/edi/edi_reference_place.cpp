@@ -6,6 +6,7 @@
 
 #include "core/line_reader.h"
 #include "core/text_fields.h"
+#include "formats/edi/edi_lines.h"
 #include "formats/edi/edi_tags.h"
 #include "numerics/geodesy/geographic_angle.h"
 
@@ -107,6 +108,7 @@ std::optional<numerics::geodesy::GeographicPlace> read_edi_reference_place(const
                                                                            FileReport& report) {
   LineReader reader(file);
   PlaceOptions options(report);
+  InfoText info;
   Block block = Block::other;
   std::string_view line;
   while (reader.next(line)) {
@@ -116,6 +118,9 @@ std::optional<numerics::geodesy::GeographicPlace> read_edi_reference_place(const
     }
     if (line.starts_with('>')) {
       const std::string tag = tag_name(line);
+      if (info.holds(tag)) {
+        continue;
+      }
       if (tag.starts_with('=') && tag != "=DEFINEMEAS") {
         break;  // the first section of data
       }

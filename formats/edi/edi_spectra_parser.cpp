@@ -21,15 +21,6 @@ bool begins_section(std::string_view tag) { return tag.starts_with("=SPEC"); }
 
 bool ends_file(std::string_view tag) { return tag == "END"; }
 
-// HX, EY, RX, RHX: the keywords of channels in the head of a section.
-bool names_channel(std::string_view keyword) {
-  constexpr std::string_view kinds = "HER";
-  constexpr std::string_view axes = "XYZ";
-  return keyword.size() >= 2 && keyword.size() <= 4 &&
-         kinds.find(keyword.front()) != std::string_view::npos &&
-         axes.find(keyword.back()) != std::string_view::npos;
-}
-
 std::size_t whole_count(std::string_view text, double most) {
   const double count = std::trunc(numeric_value(text));
   return count >= 0.0 && count <= most ? static_cast<std::size_t>(count) : 0;
@@ -40,10 +31,20 @@ std::string_view without_count(std::string_view line) { return line.substr(0, li
 }  // namespace
 
 EdiSpectraParser::EdiSpectraParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
-  read_head();
+  InfoText info;
+  has_sections_ = find_section(info);
+  if (!has_sections_ && info.held_section()) {
+    lines_.rewind();
+    channels_ = {};
+    InfoText no_text = InfoText::no_text();
+    has_sections_ = find_section(no_text);
+  }
+  at_end_ = !has_sections_;
+  channels_.mark_local();
 }
 
-void EdiSpectraParser::read_head() {
+// Reads the head up to the first section. False at the end of the file.
+bool EdiSpectraParser::find_section(InfoText& info) {
   bool in_definitions = false;
   while (lines_.next()) {
     if (!lines_.at_tag()) {
@@ -56,15 +57,16 @@ void EdiSpectraParser::read_head() {
       continue;
     }
     const std::string tag = tag_name(lines_.line());
+    if (info.holds(tag)) {
+      continue;
+    }
     if (begins_section(tag)) {
-      has_sections_ = true;
-      break;
+      return true;
     }
     in_definitions = tag == "=DEFINEMEAS";
     channels_.take(upper_case(lines_.line()), tag);
   }
-  at_end_ = !has_sections_;
-  channels_.mark_local();
+  return false;
 }
 
 // Goes on from the current line to the tag of a section.
@@ -105,7 +107,7 @@ bool EdiSpectraParser::next_section(SpectraSection& section) {
   in_id_list_ = false;
   channel_count_ = 0;
   if (!read_section_head(section)) {
-    fail_in_section("in its head");
+    fail_in_section("the file ends in its head");
     return false;
   }
   close_section_head(section);
@@ -149,15 +151,8 @@ void EdiSpectraParser::read_options(const std::string& line, SpectraSection& sec
   if (option_text(line, "NCHAN")) {
     channel_count_ = whole_count(option_item(line, "NCHAN"), most_channels);
   }
-  std::string_view rest = line;
-  for (std::size_t equals = rest.find('='); equals != std::string_view::npos; equals = rest.find('=')) {
-    const std::string_view before = trimmed(rest.substr(0, equals));
-    const std::size_t blank = before.find_last_of(" \t,");
-    const std::string_view keyword = blank == std::string_view::npos ? before : before.substr(blank + 1);
-    rest = trimmed(rest.substr(equals + 1));
-    if (names_channel(keyword)) {
-      named_.push_back({std::string(keyword), std::string(next_token(rest))});
-    }
+  for (NamedChannel& channel : named_channels(line)) {
+    named_.push_back(std::move(channel));
   }
 }
 
@@ -170,6 +165,9 @@ void EdiSpectraParser::close_section_head(SpectraSection& section) {
   channel_count_ = std::max(channel_count_, named_.size());
   section.channel_count = channel_count_;
   section.roles = find_roles(named_, channels_.all());
+  for (const NamedChannel& channel : section.roles.undefined) {
+    remark_unreadable(report_, section.line_number, undefined_channel_text(channel));
+  }
   section.local_hx = section.roles.local_hx;
   if (section.local_hx && section.local_hx->Z == 0.0 && REFELEV_) {
     section.local_hx->Z = *REFELEV_;  // sensors' places are relative to the reference point
@@ -201,8 +199,15 @@ void EdiSpectraParser::read_block_options(SpectraBlock& block) {
   const std::string whole = upper_case(lines_.line());
   const std::string_view line = without_count(whole);
   block.line_number = lines_.line_number();
+  block.has_FREQ = is_numeric(option_item(line, "FREQ"));
   block.FREQ = option_number(line, "FREQ");
   block.ROTSPEC = option_number(line, "ROTSPEC");
+  const std::string rotation = option_item(line, "ROTSPEC");
+  if (!rotation.empty() && !(is_numeric(rotation) && std::isfinite(numeric_value(rotation)))) {
+    remark_unreadable(
+        report_, block.line_number,
+        "ROTSPEC=" + in_quotes(rotation) + " is not a number, taken as " + plain_text(block.ROTSPEC));
+  }
   block.AVGT = 0.0;
   block.invalid_AVGT.reset();
   if (option_text(line, "AVGT")) {
@@ -234,11 +239,17 @@ void EdiSpectraParser::read_matrix(SpectraBlock& block) {
     const char* const line_end = place + lines_.line().size();
     while ((place = skip_separators(place, line_end)) != line_end) {
       if (block.matrix.size() == expected) {
+        const std::string_view comma = surplus == 0 ? decimal_comma_number(lines_.line()) : "";
+        if (!comma.empty() && expected > 0) {
+          fail_in_section(in_quotes(comma) + " in line " + std::to_string(lines_.line_number()) +
+                          " has a decimal comma, where these files have points");
+          return;
+        }
         surplus += count_items({place, static_cast<std::size_t>(line_end - place)});
         break;
       }
       double value = 0.0;
-      place = take_value(place, line_end, value, report_, lines_.line_number(), OddText::absent);
+      place = take_value(place, line_end, value, report_, lines_.line_number());
       all_there = all_there && !is_absent(value);
       block.matrix.push_back(value);
     }
@@ -246,7 +257,7 @@ void EdiSpectraParser::read_matrix(SpectraBlock& block) {
   const std::size_t count = block.matrix.size();
   block.complete = all_there && count == expected;
   if (at_end_ && count < expected) {
-    fail_in_section("inside block >SPECTRA of line " + std::to_string(block.line_number));
+    fail_in_section("the file ends inside block >SPECTRA of line " + std::to_string(block.line_number));
     return;
   }
   if (at_end_) {
@@ -270,10 +281,9 @@ void EdiSpectraParser::read_matrix(SpectraBlock& block) {
   }
 }
 
-void EdiSpectraParser::fail_in_section(const std::string& place) {
+void EdiSpectraParser::fail_in_section(const std::string& reason) {
   is_cut_ = true;
-  report_.failure =
-      "the file ends " + place + "; section " + std::to_string(section_number_) + " is not stored";
+  report_.failure = reason + "; section " + std::to_string(section_number_) + " is not stored";
 }
 
 }  // namespace formats::edi

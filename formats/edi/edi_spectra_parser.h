@@ -28,9 +28,10 @@ struct SpectraSection : EdiSectionHead {
 
 struct SpectraBlock {
   std::int64_t line_number = 0;  // of its >SPECTRA
-  double FREQ = 0.0;             // Hz; 0 if it is missing
-  double ROTSPEC = 0.0;          // degrees clockwise
-  double AVGT = 0.0;             // 0 if it is missing
+  bool has_FREQ = false;
+  double FREQ = 0.0;     // Hz; 0 if it is missing
+  double ROTSPEC = 0.0;  // degrees clockwise
+  double AVGT = 0.0;     // 0 if it is missing
   std::optional<std::string> invalid_AVGT;
   bool complete = false;       // the matrix has all of its n x n values and none is absent
   std::vector<double> matrix;  // row by row
@@ -46,15 +47,15 @@ class EdiSpectraParser {
   bool next_section(SpectraSection& section);
 
   /// Reads the next frequency of the section.
-  /// @return false at the section's end, also if the file ends inside it: then is_cut() is true, and the
-  /// report's failure says where
+  /// @return false at the section's end, also if the file ends inside it or its numbers can't be told apart:
+  /// then is_cut() is true, and the report's failure says why
   bool next_block(SpectraBlock& block);
 
   [[nodiscard]] bool has_sections() const { return has_sections_; }
   [[nodiscard]] bool is_cut() const { return is_cut_; }
 
  private:
-  void read_head();
+  bool find_section(InfoText& info);
   bool go_to_section();
   bool read_section_head(SpectraSection& section);
   void read_options(const std::string& line, SpectraSection& section);
@@ -62,7 +63,7 @@ class EdiSpectraParser {
   void close_section_head(SpectraSection& section);
   void read_block_options(SpectraBlock& block);
   void read_matrix(SpectraBlock& block);
-  void fail_in_section(const std::string& place);
+  void fail_in_section(const std::string& reason);
 
   EdiLines lines_;
   FileReport& report_;

@@ -86,11 +86,14 @@ bool take_pair(CandidatesByName& candidates, std::string_view x, std::string_vie
 
 SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vector<EdiChannel>& defined) {
   CandidatesByName candidates;
+  SpectraRoles roles;
   for (std::size_t place = 0; place < named.size(); ++place) {
     const EdiChannel* const channel = definition(defined, named[place].ID, mentions_before(named, place));
+    if (channel == nullptr && !named[place].ID.empty()) {
+      roles.undefined.push_back(named[place]);
+    }
     candidates[role_name(named[place], channel)].add({place, channel});
   }
-  SpectraRoles roles;
   numerics::impedance::SpectraChannels places;
   const auto take = [&](const char* name, std::size_t& place) {
     Candidates& found = candidates[name];

@@ -9,15 +9,10 @@
 
 namespace formats::edi {
 
-/// A channel as a section names it, in the order of rows and columns.
-struct NamedChannel {
-  std::string keyword;  // "HX" of "HX=1.001"; empty in a list of ids
-  std::string ID;
-};
-
 struct SpectraRoles {
   std::optional<numerics::impedance::SpectraChannels> places;
-  std::string missing;  // "HX, EY": why there are no places
+  std::string missing;                  // "HX, EY": why there are no places
+  std::vector<NamedChannel> undefined;  // those that the head doesn't define
   std::optional<EdiChannel> local_hx;
 };
 
@@ -25,6 +20,7 @@ struct SpectraRoles {
 /// its second definition), or by the keyword where the head doesn't define the id. A second pair of magnetic
 /// channels, else of electric ones, is the remote reference, and so are channels named RX, RY, RHX, RHY;
 /// without both of a pair the reference is the station's own magnetic field.
+/// @param named in the order of rows and columns
 SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vector<EdiChannel>& defined);
 
 }  // namespace formats::edi

@@ -1,6 +1,8 @@
 #include "formats/em1dfm/em1dfm_parser.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -60,19 +62,19 @@ void Em1dfmParser::take_line_name(std::string_view line) {
   line_name_ = text_from_field_file(next_token(line));
 }
 
-double Em1dfmParser::take_number(std::string_view& line) {
+double Em1dfmParser::take_number(std::string_view& line, OddText odd_text) {
   const std::string_view item = next_token(line);
   double value = 0.0;
   if (item.empty()) {
     remark_unreadable(report_, reader_.line_number(), "a number is missing, taken as 0");
     return value;
   }
-  take_value(item.data(), item.data() + item.size(), value, report_, reader_.line_number());
+  take_value(item.data(), item.data() + item.size(), value, report_, reader_.line_number(), odd_text);
   return value;
 }
 
-double Em1dfmParser::take_number_or_zero(std::string_view& line) {
-  const double value = take_number(line);
+double Em1dfmParser::take_option(std::string_view& line) {
+  const double value = take_number(line, OddText::leading_number);
   return is_absent(value) ? 0.0 : value;
 }
 
@@ -86,11 +88,11 @@ bool Em1dfmParser::read_station(Station& station) {
     next_token(rest);
   }
   station.line = line_name_;
-  station.station = take_number_or_zero(rest);
-  station.x = take_number_or_zero(rest);
-  station.y = take_number_or_zero(rest);
-  station.elevation = take_number_or_zero(rest);
-  const double count = std::trunc(take_number_or_zero(rest));
+  station.station = take_option(rest);
+  station.x = take_option(rest);
+  station.y = take_option(rest);
+  station.elevation = take_option(rest);
+  const double count = std::trunc(take_option(rest));
   if (station.line.empty()) {
     remark_unreadable(report_, first_line, "the station stands before any line; its line is blank");
   }
@@ -109,6 +111,9 @@ bool Em1dfmParser::read_station(Station& station) {
     remark_unreadable(report_, first_line, "the station has no frequencies and is left out");
     return false;
   }
+  std::vector<float> frequencies;
+  std::ranges::transform(station.points, std::back_inserter(frequencies), &Point::frequency);
+  remark_on_frequencies(frequencies, first_line, report_);
   return true;
 }
 
@@ -125,9 +130,9 @@ double Em1dfmParser::read_points(double count, std::vector<Point>& points) {
 }
 
 void Em1dfmParser::append_point(std::string_view line, std::vector<Point>& points) {
-  const double frequency = take_number_or_zero(line);
-  if (!(frequency > 0.0)) {
-    remark_unreadable(report_, reader_.line_number(), "a frequency is not above 0; it is left out");
+  const double frequency = take_number(line, OddText::absent);
+  if (is_absent(frequency)) {
+    remark_unreadable(report_, reader_.line_number(), "a line has no frequency and is left out");
     return;
   }
   Point& point = points.emplace_back();
@@ -137,7 +142,7 @@ void Em1dfmParser::append_point(std::string_view line, std::vector<Point>& point
       if (place == skipped) {
         next_token(line);
       } else {
-        point.values.at(place) = single_or_absent(take_number(line));
+        point.values.at(place) = single_or_absent(take_number(line, OddText::absent));
       }
     }
   };

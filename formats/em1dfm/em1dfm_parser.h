@@ -12,6 +12,7 @@
 
 #include "core/absent_value.h"
 #include "core/line_reader.h"
+#include "formats/field_values.h"
 #include "formats/file_report.h"
 
 namespace formats::em1dfm {
@@ -19,7 +20,7 @@ namespace formats::em1dfm {
 /// The values of one frequency. A line of both parts has the in-phase and the quadrature value first, then
 /// two more; a line of the quadrature alone has the first and the third of the four.
 struct Point {
-  float frequency = 0.0F;  // Hz, above 0
+  float frequency = 0.0F;  // Hz, as it came, also if not above 0
   std::array<float, 4> values{no_data, no_data, no_data, no_data};
 };
 
@@ -45,8 +46,8 @@ class Em1dfmParser {
  private:
   bool next_line();
   void take_line_name(std::string_view line);
-  double take_number(std::string_view& line);
-  double take_number_or_zero(std::string_view& line);
+  double take_number(std::string_view& line, OddText odd_text);
+  double take_option(std::string_view& line);
   bool read_station(Station& station);
   double read_points(double count, std::vector<Point>& points);
   void append_point(std::string_view line, std::vector<Point>& points);

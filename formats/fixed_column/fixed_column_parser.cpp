@@ -1,5 +1,7 @@
 #include "formats/fixed_column/fixed_column_parser.h"
 
+#include <algorithm>
+
 #include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -52,13 +54,21 @@ class RecordReader {
     return true;
   }
   [[nodiscard]] bool is_blank() const { return trimmed(text_).empty(); }
+  [[nodiscard]] bool has_frequency() const {
+    return !columns_of(text_, frequency_column, value_width).empty();
+  }
 
  private:
-  // An empty field is 0, as is everything that a record cut short lacks.
+  // An empty field is 0, as is everything that a record cut short lacks. A field is one number: what
+  // separates the items of other formats ("1,5") is no part of one.
   double value_at(std::size_t column) {
     const std::string_view field = columns_of(text_, column, value_width);
     double value = 0.0;
-    if (!field.empty()) {
+    if (std::ranges::any_of(field, is_separator)) {
+      remark_unreadable(report_, lines_.line_number(),
+                        in_quotes(field) + " is not a number, taken as absent");
+      value = no_data;
+    } else if (!field.empty()) {
       take_value(field.data(), field.data() + field.size(), value, report_, lines_.line_number());
     }
     return value;
@@ -85,7 +95,6 @@ class RecordReader {
 
 Head read_head(std::string_view line) {
   Head head;
-  head.has_mark = line.find("DC") != std::string_view::npos;
   head.filter = text_from_field_file(columns_of(line, 24, 5));
   head.dipole = single_in(line, 48, 5);
   head.station_spacing = single_in(line, 53, 5);
@@ -97,13 +106,16 @@ std::vector<TensorRecord> read_records(LineReader& reader, FileReport& report) {
   std::vector<TensorRecord> records;
   RecordReader lines(reader, report);
   TensorRecord record;
+  std::vector<float> frequencies;
   while (lines.next(record)) {
-    if (record.frequency > 0.0) {
+    if (lines.has_frequency() && !is_absent(record.frequency)) {
       records.push_back(record);
+      frequencies.push_back(static_cast<float>(record.frequency));
     } else if (!lines.is_blank()) {
-      remark_unreadable(report, reader.line_number(), "a record has no frequency above 0 and is left out");
+      remark_unreadable(report, reader.line_number(), "a record has no frequency and is left out");
     }
   }
+  remark_on_frequencies(frequencies, 0, report);
   return records;
 }
 

@@ -17,7 +17,6 @@ namespace formats::fixed_column {
 inline constexpr std::size_t element_total = 4;
 
 struct Head {
-  bool has_mark = false;  // "DC", which heads of this format have
   std::string filter;
   float dipole = 0.0F;           // m; 0 where it isn't given
   float station_spacing = 0.0F;  // m
@@ -27,7 +26,7 @@ struct Head {
 /// One frequency. Impedances are the file's numbers times 1e4, variances times the square of that; an absent
 /// one is no_data.
 struct TensorRecord {
-  double frequency = 0.0;  // Hz, above 0
+  double frequency = 0.0;  // Hz, as it came, also if not above 0
   double scalar = 0.0;     // of column 71
   std::array<double, element_total> real{};
   std::array<double, element_total> imaginary{};
@@ -43,8 +42,8 @@ inline constexpr double scan_rate_over_last_frequency = 4.0;
 
 Head read_head(std::string_view line);
 
-/// Reads the records after the head. One without a frequency above 0 is left out; what a cut file lacks is
-/// 0. The report says so.
+/// Reads the records after the head. One without a frequency is left out; what a cut file lacks is 0, and
+/// what isn't a number is absent. The report says so.
 std::vector<TensorRecord> read_records(LineReader& reader, FileReport& report);
 
 }  // namespace formats::fixed_column

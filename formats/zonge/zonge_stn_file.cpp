@@ -40,9 +40,10 @@ std::optional<std::string> find_stn_file(const std::string& raw_file) {
     return std::nullopt;
   }
   const std::string stem = raw_file.substr(0, raw_file.size() - extension_length);
-  const std::filesystem::path folder = std::filesystem::path(raw_file).parent_path();
-  for (const std::string& path : {stem + "stn", stem + "STN", (folder / "utm.stn").string(),
-                                  (folder / "UTM.STN").string(), (folder / "utm.STN").string()}) {
+  const std::string folder = (std::filesystem::path(raw_file).parent_path() / "").string();
+  for (const std::string& path :
+       {stem + "stn", stem + "STN", stem + "utm.stn", stem + "UTM.STN", stem + "utm.STN", folder + "utm.stn",
+        folder + "UTM.STN", folder + "utm.STN"}) {
     if (is_file(path)) {
       return path;
     }

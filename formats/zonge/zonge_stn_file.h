@@ -20,8 +20,8 @@ struct ZongeStation {
   double elevation = 0.0;
 };
 
-/// The companion of a raw file: its name with the last three characters replaced by "stn", else "utm.stn" in
-/// its folder; either also in upper case. None if there is neither.
+/// The companion of a raw file: its name with the last three characters replaced by "stn", else by "utm.stn",
+/// else a file "utm.stn" in its folder; each also in upper case. None if there is none of them.
 std::optional<std::string> find_stn_file(const std::string& raw_file);
 
 /// Reads the stations. Coordinates that can't be read are 0, and the report says so. Throws

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <vector>
 
 #include "core/absent_value.h"
 #include "formats/field_values.h"
@@ -75,6 +76,36 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
     }
   }
   first_error.is_variance = second_error.is_variance = false;
+}
+
+bool mostly_in_third_quadrant(std::span<const float> phases) {
+  std::size_t present = 0;
+  std::size_t in_quadrant = 0;
+  for (const float phase : phases) {
+    if (!is_absent(phase)) {
+      const double wrapped = std::remainder(static_cast<double>(phase), 360.0);
+      ++present;
+      in_quadrant += wrapped <= -90.0 || wrapped == 180.0 ? 1 : 0;  // 180 is -180
+    }
+  }
+  return 2 * in_quadrant > present;
+}
+
+bool has_turned_ey(const EdiSection& section) {
+  const EdiValues& phase = section.get(element_yx, quantity_phase);
+  if (phase.present) {
+    return mostly_in_third_quadrant(phase.values);
+  }
+  const EdiValues& real = section.get(element_yx, quantity_real);
+  const EdiValues& imaginary = section.get(element_yx, quantity_imaginary);
+  std::vector<float> phases;
+  for (std::size_t index = 0; real.present && imaginary.present && index < real.values.size(); ++index) {
+    const float r = real.values[index];
+    const float i = imaginary.values[index];
+    const bool has_phase = !is_absent(r) && !is_absent(i) && (r != 0.0F || i != 0.0F);
+    phases.push_back(has_phase ? static_cast<float>(numerics::impedance::phase_degrees({r, i})) : no_data);
+  }
+  return mostly_in_third_quadrant(phases);
 }
 
 void turn_ey(EdiSection& section) {

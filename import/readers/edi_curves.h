@@ -1,6 +1,7 @@
 // edi_curves.h: from the blocks of an EDI section to the curve of one tensor element.
 #pragma once
 #include <cstddef>
+#include <span>
 
 #include "database/reading.h"
 #include "formats/edi/edi_section.h"
@@ -17,6 +18,14 @@ namespace Module_data_file {
 /// Z in mV/km/nT: Cagniard (1953), Geophysics 18, 605-635, in field units. Absent where Z is absent or f is
 /// not positive.
 void compute_from_impedance(formats::edi::EdiSection& section, std::size_t element);
+
+/// True if more than half of the phases, degrees, wrapped into -180..180, lie in -180..-90. Those of YX do
+/// where the sign of Ey is turned. Absent ones don't count; of none it is false.
+bool mostly_in_third_quadrant(std::span<const float> phases);
+
+/// The same for the phases of YX that the section has or, without a block of them, that follow from its
+/// impedance.
+bool has_turned_ey(const formats::edi::EdiSection& section);
 
 /// Turns the sign of Ey: 180 degrees more on the phases of EyHx and EyHy, wrapped into -180..180, and the
 /// other sign for their impedances.

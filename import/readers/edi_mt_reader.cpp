@@ -43,14 +43,9 @@ class SectionCensus {
   bool other_yx_ = false;
 };
 
-void apply_additions(const ImportChoices& choices, EdiSection& section) {
-  if (choices.compute_from_impedance) {
-    for (std::size_t element = 0; element < element_count; ++element) {
-      compute_from_impedance(section, element);
-    }
-  }
-  if (choices.turn_ey_phase) {
-    turn_ey(section);
+void compute_curves(EdiSection& section) {
+  for (std::size_t element = 0; element < element_count; ++element) {
+    compute_from_impedance(section, element);
   }
 }
 
@@ -84,8 +79,15 @@ int read_sections(FileTask& task) {
     census.add(section);
     census.note(report);
     take_section_head(section, record, report);
+    const bool turn = turns_ey(record.choices, [&] { return has_turned_ey(section); });
+    report.sections_turned += turn ? 1 : 0;
     if (task.is_import()) {
-      apply_additions(record.choices, section);
+      if (record.choices.compute_from_impedance) {
+        compute_curves(section);
+      }
+      if (turn) {
+        turn_ey(section);
+      }
       if (!store_section(section, task)) {
         return -1;
       }
@@ -98,6 +100,7 @@ int read_sections(FileTask& task) {
     go_to_next_section(record);
     task.show_progress(reader);
   }
+  remark_on_nul_bytes(reader, report);
   return 0;
 }
 

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <iterator>
 #include <vector>
 
 #include "core/line_reader.h"
+#include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "formats/edi/edi_spectra_parser.h"
+#include "formats/field_values.h"
 #include "import/readers/edi_curves.h"
 #include "import/readers/edi_stations.h"
 #include "import/readers/reader_steps.h"
@@ -33,6 +37,7 @@ constexpr std::array<std::size_t, 4> real_parts{0, 2, 6, 8};
 
 struct EstimatedFrequency {
   double frequency = 0.0;  // Hz
+  double rotation = 0.0;   // degrees by which the tensor was turned back
   numerics::impedance::TensorEstimate estimate;
 };
 
@@ -76,8 +81,11 @@ std::vector<EstimatedFrequency> estimate_section(EdiSpectraParser& parser, const
     }
     EstimatedFrequency& next = estimated.emplace_back();
     next.frequency = block.FREQ;
+    next.rotation = block.ROTSPEC;
+    // A frequency that isn't above 0 is stored as it came: the tensor doesn't depend on it.
+    const double frequency = block.has_FREQ && block.FREQ <= 0.0 ? 1.0 : block.FREQ;
     const MtcompError error = numerics::impedance::mtcomp(
-        {block.FREQ, block.AVGT, block.ROTSPEC, *section.roles.places, section.channel_count, block.matrix},
+        {frequency, block.AVGT, block.ROTSPEC, *section.roles.places, section.channel_count, block.matrix},
         next.estimate);
     if (error != MtcompError::none) {
       estimated.pop_back();
@@ -86,6 +94,10 @@ std::vector<EstimatedFrequency> estimate_section(EdiSpectraParser& parser, const
           std::string("block >SPECTRA ") + why_no_tensor(error) + "; the frequency is left out");
     }
   }
+  std::vector<float> frequencies;
+  std::ranges::transform(estimated, std::back_inserter(frequencies),
+                         [](const auto& each) { return static_cast<float>(each.frequency); });
+  formats::remark_on_frequencies(frequencies, section.line_number, report);
   if (section.NFREQ != 0 && blocks != section.NFREQ && !parser.is_cut()) {
     remark_unreadable(report, section.line_number,
                       "the section has " + std::to_string(blocks) + " of " + std::to_string(section.NFREQ) +
@@ -98,7 +110,8 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
                   Module_database::Curve& curve) {
   curve.assign(estimated.size());
   for (std::size_t index = 0; index < estimated.size(); ++index) {
-    const auto& [frequency, estimate] = estimated[index];
+    const double frequency = estimated[index].frequency;
+    const numerics::impedance::TensorEstimate& estimate = estimated[index].estimate;
     const double real = estimate.impedance[real_parts[element]];
     const double imaginary = estimate.impedance[real_parts[element] + 1];
     TensorPoint point;
@@ -119,19 +132,56 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
   }
 }
 
+bool has_turned_ey(const std::vector<EstimatedFrequency>& estimated) {
+  std::vector<float> phases;
+  for (const EstimatedFrequency& each : estimated) {
+    const std::size_t real = real_parts[element_yx];
+    phases.push_back(static_cast<float>(numerics::impedance::phase_degrees(
+        {each.estimate.impedance[real], each.estimate.impedance[real + 1]})));
+  }
+  return mostly_in_third_quadrant(phases);
+}
+
 bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& task) {
   ReadingRecord& record = task.record;
+  const bool turn = turns_ey(record.choices, [&] { return has_turned_ey(estimated); });
+  task.report.sections_turned += turn ? 1 : 0;
   if (task.is_import()) {
     find_station_of_record(record);
   }
   for (std::size_t element = 0; element < tensor_data_types.size(); ++element) {
     const bool is_ey = element >= element_yx;
-    fill_element(estimated, element, is_ey && record.choices.turn_ey_phase, record.curve);
+    fill_element(estimated, element, is_ey && turn, record.curve);
     if (!take_reading(task, tensor_data_types[element])) {
       return false;
     }
   }
   return true;
+}
+
+bool is_turned(const EstimatedFrequency& each) { return std::remainder(each.rotation, 360.0) != 0.0; }
+
+// The tensor stands in the axes of the channels, unless the spectra were turned by the very azimuth of these:
+// then ROTSPEC tells where the spectra's axes point, and turned back by it the tensor points north.
+void take_rotation(const SpectraSection& section, const std::vector<EstimatedFrequency>& estimated,
+                   ReadingRecord& record, FileReport& report) {
+  if (std::ranges::none_of(estimated, is_turned)) {
+    return;
+  }
+  constexpr double same_azimuth = 0.5;  // degrees
+  const bool by_azimuth = section.local_hx && std::ranges::all_of(estimated, [&](const auto& each) {
+                            const double difference =
+                                std::remainder(each.rotation - section.local_hx->AZM, 360.0);
+                            return is_turned(each) && std::abs(difference) <= same_azimuth;
+                          });
+  const auto [least, most] = std::ranges::minmax(estimated, {}, &EstimatedFrequency::rotation);
+  std::string text = "the tensor was turned back by ROTSPEC, " + plain_text(least.rotation);
+  text += (most.rotation > least.rotation ? " to " + plain_text(most.rotation) : "") + " degrees clockwise";
+  if (by_azimuth) {
+    record.Orientation = 0.0F;
+    text += ", which is the azimuth of its channels: it points north";
+  }
+  formats::remark_ignored(report, section.line_number, text);
 }
 
 // The first one is the file's failure, which is shown first; the others are remarks.
@@ -156,6 +206,7 @@ bool take_section(const SpectraSection& section, const std::vector<EstimatedFreq
   if (estimated.empty()) {
     report_lost_section(section, report);
   } else {
+    take_rotation(section, estimated, record, report);
     if (!take_readings(estimated, task)) {
       return false;
     }
@@ -191,6 +242,7 @@ int read_sections(FileTask& task) {
     }
     task.show_progress(reader);
   }
+  remark_on_nul_bytes(reader, report);
   return 0;
 }
 

@@ -74,6 +74,7 @@ int read_stations(FileTask& task) {
     }
     task.show_progress(lines);
   }
+  remark_on_nul_bytes(lines, task.report);
   return 0;
 }
 

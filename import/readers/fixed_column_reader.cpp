@@ -1,5 +1,6 @@
 #include "import/readers/fixed_column_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <string_view>
@@ -38,10 +39,12 @@ void take_head(const Head& head, ReadingRecord& record) {
 
 // Empty if nothing keeps the records from being stored.
 std::string why_not_stored(const std::vector<TensorRecord>& records, float scan_rate) {
-  if (records.empty()) {
-    return "there is no record of three lines that begins with a frequency";
+  const auto has_frequency = [](const TensorRecord& record) { return record.frequency > 0.0; };
+  const auto record = std::find_if(records.rbegin(), records.rend(), has_frequency);
+  if (record == records.rend()) {
+    return "there is no record of three lines that begins with a frequency above 0";
   }
-  const double last = records.back().frequency;
+  const double last = record->frequency;
   if (std::abs(decimal_of_single(scan_rate) - scan_rate_over_last_frequency * last) <=
       largest_rate_difference) {
     return {};
@@ -100,15 +103,8 @@ int read_file(FileTask& task) {
   const std::vector<TensorRecord> records = formats::fixed_column::read_records(lines, report);
   task.show_progress(lines);
   report.failure = why_not_stored(records, record.SampleRate);
+  remark_on_nul_bytes(lines, report);
   if (!report.failure.empty()) {
-    if (!head.has_mark) {
-      // Every word of some other text would be a remark.
-      report.unreadable.clear();
-      report.remarks_dropped = 0;
-      report.failure =
-          "not an EDI file, its first line doesn't begin with >HEAD; as a file of fixed columns, " +
-          report.failure;
-    }
     return 0;
   }
   if (record.Station == station_not_set) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/absent_value.h"
+#include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "formats/field_values.h"
@@ -80,6 +81,19 @@ void finish_point(Curve& curve, std::size_t index) {
   }
 }
 
+bool turns_ey(const ImportChoices& choices, const std::function<bool()>& is_turned) {
+  return choices.turn_ey == TurnEy::always || (choices.turn_ey == TurnEy::where_needed && is_turned());
+}
+
+void remark_on_nul_bytes(const LineReader& lines, formats::FileReport& report) {
+  if (lines.nul_bytes() > 0) {
+    formats::remark_unreadable(report, 0,
+                               plain_text(lines.nul_bytes()) +
+                                   (lines.nul_bytes() == 1 ? " NUL byte" : " NUL bytes") +
+                                   " stand where text belongs, read as '?'; the file may be damaged");
+  }
+}
+
 double raised_phase(double imaginary, double real) {
   const double phase = numerics::impedance::phase_degrees({real, imaginary});
   return phase < -90.0 ? phase + 360.0 : phase;
@@ -87,9 +101,10 @@ double raised_phase(double imaginary, double real) {
 
 void set_tensor_point(const TensorPoint& point, Curve& curve, std::size_t index) {
   const bool known = !is_absent(point.real) && !is_absent(point.imaginary);
-  const double resistivity = known ? point.resistivity : double{no_data};
+  const bool has_frequency = point.frequency > 0.0;
+  const double resistivity = known && has_frequency ? point.resistivity : double{no_data};
   const double part = std::abs(point.magnitude_part);
-  const bool part_known = !is_absent(point.magnitude_part);
+  const bool part_known = has_frequency && !is_absent(point.magnitude_part);
   const double magnetic = magnetic_factor * std::sqrt(part / point.frequency);
   const double electric = electric_factor * std::sqrt(std::abs(part * resistivity) / point.frequency);
   curve.value(1, index) = single_or_absent(resistivity);

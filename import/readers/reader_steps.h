@@ -41,7 +41,7 @@ void finish_point(Module_database::Curve& curve, std::size_t index);
 
 /// The fields of one frequency of a raw reading that follow from an impedance.
 struct TensorPoint {
-  double frequency = 0.0;    // Hz, above 0
+  double frequency = 0.0;    // Hz; not above 0: resistivity and magnitudes are absent
   double resistivity = 0.0;  // ohm-m
   double real = 0.0;         // of the impedance
   double imaginary = 0.0;
@@ -52,6 +52,13 @@ struct TensorPoint {
 /// Fills fields 1 to 4, 9, 10, 13 and 19. A phase below -90 degrees has 360 added; an absent part (-1e32)
 /// makes absent what depends on it.
 void set_tensor_point(const TensorPoint& point, Module_database::Curve& curve, std::size_t index);
+
+/// True if a section gets the other sign of Ey.
+/// @param is_turned asked only where the choices leave it to the section
+bool turns_ey(const ImportChoices& choices, const std::function<bool()>& is_turned);
+
+/// Reports the NUL bytes that the file had where text belongs.
+void remark_on_nul_bytes(const LineReader& lines, formats::FileReport& report);
 
 /// atan2 in degrees, 360 added below -90.
 double raised_phase(double imaginary, double real);

@@ -187,6 +187,7 @@ int read_blocks(FileTask& task) {
     }
   }
   store.report_dropped();
+  remark_on_nul_bytes(reader, task.report);
   return 0;
 }
 

@@ -59,7 +59,8 @@ void Form_import_MTData::connect_controls() {
   }
   for (QAbstractButton* const button : std::initializer_list<QAbstractButton*>{
            ui_->Option_linedirection_0, ui_->Option_linedirection_1, ui_->Check_use_SECTID_as_station,
-           ui_->Check_sectid_digits, ui_->Check_compute_from_impedance, ui_->Check_turn_ey_phase}) {
+           ui_->Check_sectid_digits, ui_->Check_compute_from_impedance, ui_->Check_turn_ey_phase,
+           ui_->Check_turn_ey_always}) {
     connect(button, &QAbstractButton::toggled, this, &Form_import_MTData::choices_changed);
   }
   connect(ui_->Check_use_SECTID_as_station, &QCheckBox::toggled, ui_->Check_sectid_digits,
@@ -107,7 +108,9 @@ void Form_import_MTData::take_choices() {
   choices_.sectid_as_station = ui_->Check_use_SECTID_as_station->isChecked();
   choices_.sectid_digits = ui_->Check_sectid_digits->isChecked();
   choices_.compute_from_impedance = ui_->Check_compute_from_impedance->isChecked();
-  choices_.turn_ey_phase = ui_->Check_turn_ey_phase->isChecked();
+  choices_.turn_ey = ui_->Check_turn_ey_always->isChecked()  ? TurnEy::always
+                     : ui_->Check_turn_ey_phase->isChecked() ? TurnEy::where_needed
+                                                             : TurnEy::never;
 }
 
 void Form_import_MTData::choices_changed() {
@@ -192,7 +195,8 @@ void Form_import_MTData::report_result(ImportMode mode, int result, const Import
     user_interface().show_message(importing ? "The import was stopped. The files read by then are stored."
                                             : "The scan was stopped.");
   } else if (result == 0) {
-    user_interface().show_message(importing ? "Data import complete" : "Data scan complete");
+    user_interface().show_message(importing ? "Data import complete. " + report.totals()
+                                            : "Data scan complete");
   }
   if (report.has_remarks()) {
     Form_import_report(report, this).exec();

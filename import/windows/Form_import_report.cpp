@@ -30,12 +30,6 @@ std::size_t line_count(const FileReport& file) {
   return file.ignored.size() + file.unreadable.size() + file.account.size() + 1;
 }
 
-QString remark_count(const FileReport& file) {
-  const auto count = static_cast<qint64>(file.ignored.size() + file.unreadable.size()) +
-                     (file.failure.empty() ? 0 : 1) + file.remarks_dropped;
-  return QString::number(count);
-}
-
 }  // namespace
 
 Form_import_report::Form_import_report(ImportReport report, QWidget* parent)
@@ -45,7 +39,8 @@ Form_import_report::Form_import_report(ImportReport report, QWidget* parent)
              .boundedTo(screen()->availableSize() * 0.95));
   make_cells_copyable(*ui_->Tree_report);
   connect(ui_->Tree_report, &QTreeWidget::itemExpanded, this, &Form_import_report::add_remarks);
-  ui_->Tree_report->setHeaderLabels({"File and remarks", "Sections", "Readings", "Frequencies", "Remarks"});
+  ui_->Tree_report->setHeaderLabels(
+      {"File and remarks", "Sections", "Readings", "Frequencies", "Ey turned", "Remarks"});
   for (int column = 1; column < ui_->Tree_report->columnCount(); ++column) {
     ui_->Tree_report->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
   }
@@ -66,9 +61,10 @@ void Form_import_report::fill() {
   std::size_t unfolded = 0;
   for (std::size_t index = 0; index < report_.files.size(); ++index) {
     const FileReport& file = report_.files[index];
-    auto* const row = new QTreeWidgetItem({QFileInfo(QString::fromStdString(file.file)).fileName(),
-                                           QString::number(file.sections), QString::number(file.readings),
-                                           QString::number(file.frequencies), remark_count(file)});
+    auto* const row = new QTreeWidgetItem(
+        {QFileInfo(QString::fromStdString(file.file)).fileName(), QString::number(file.sections),
+         QString::number(file.readings), QString::number(file.frequencies),
+         QString::number(file.sections_turned), QString::number(remark_count(file))});
     for (int column = 1; column < row->columnCount(); ++column) {
       row->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     }

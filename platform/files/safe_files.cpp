@@ -109,6 +109,24 @@ void write_neighbour(const fs::path& destination, std::string_view contents) {
   flush_to_disk(neighbour);
 }
 
+/// Writes to a pipe or device. A pipe that nobody reads is refused: opened as usual it would wait for a
+/// reader, and no stop would be heard.
+void write_to_taker(const fs::path& destination, std::string_view contents) {
+#ifndef _WIN32
+  const int descriptor = ::open(destination.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (descriptor < 0) {
+    fail(destination, errno == ENXIO ? "nobody reads from it" : std::generic_category().message(errno));
+  }
+#endif
+  const std::string reason = write_straight(destination, contents);
+#ifndef _WIN32
+  ::close(descriptor);
+#endif
+  if (!reason.empty()) {
+    fail(destination, reason);
+  }
+}
+
 /// A device or pipe takes bytes, but can't be replaced by a file.
 bool only_takes_bytes(const fs::path& destination) {
   std::error_code ignored;
@@ -143,12 +161,12 @@ void copy_into_place(const fs::path& source, const fs::path& destination) {
 
 void write_into_place(const fs::path& destination, std::string_view contents) {
   refuse_input(destination);
-  if (!only_takes_bytes(destination)) {
-    write_neighbour(destination, contents);
-    move_into_place(neighbour_of(destination), destination);
-  } else if (const std::string reason = write_straight(destination, contents); !reason.empty()) {
-    fail(destination, reason);
+  if (only_takes_bytes(destination)) {
+    write_to_taker(destination, contents);
+    return;
   }
+  write_neighbour(destination, contents);
+  move_into_place(neighbour_of(destination), destination);
 }
 
 void write_together(const std::vector<NewFile>& files) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include "tests/batch/batch_program.h"
@@ -50,6 +51,8 @@ TEST_F(Batch_program, Wrong_usage_is_told_and_leaves_the_survey_unopened) {
       {import({"--line", "200E", "--event", "0", "--rate", "1"}), "--reference"},
       {import({"--reference", "3", "--line", "200E", "--event", "0", "--rate", "1"}), "--reference"},
       {import({"--reference", "0", "--event", "0", "--rate", "1"}), "line"},
+      {import({"--reference", "0", "--line", "2", "--event", "0", "--rate", "1", "--turn-ey=x"}),
+       "--turn-ey"},
       {import({"--reference", "0", "--line", "200E", "--line-columns", "1,2", "--event", "0", "--rate", "1"}),
        "line"},
       {import({"--reference", "0", "--line", "200X", "--event", "0", "--rate", "1"}),
@@ -186,6 +189,39 @@ TEST_F(Batch_program, A_question_for_what_is_not_there_fails_with_a_message) {
   EXPECT_EQ(zonge.status, 1);
   EXPECT_NE(zonge.errors.find("There is no data for the specified line and data type"), std::string::npos);
   EXPECT_FALSE(fs::exists(folder_.path("out.avg")));
+}
+
+// Whoever waits for a pipe waits for ever, and hears no Ctrl+C.
+TEST_F(Batch_program, What_is_no_file_is_refused_wherever_a_file_is_read) {
+  write_field_files(1);
+  import_field_files();
+  ASSERT_EQ(::mkfifo(folder_.path("pipe.edi").c_str(), 0600), 0);
+  fs::create_symlink("pipe.edi", folder_.path("pipe.mdb"));
+  fs::create_directory(folder_.path("run"));
+  fs::create_symlink("../pipe.edi", folder_.path("run/startup"));
+  const std::string model = folder_.write("inmodel", "FORMAT: OCCAM2MTMOD_1.0\n");
+  const auto import = [&](const std::string& path) {
+    std::vector<std::string> arguments = import_arguments(path);
+    arguments.erase(arguments.end() - 7, arguments.end());
+    arguments.insert(arguments.end(), {"--line", "200E", "--event", "0", "--rate", "1"});
+    return arguments;
+  };
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {import("pipe.edi"), "pipe.edi is a pipe, not a file"},
+      {import("/dev/zero"), "/dev/zero is a device, not a file"},
+      {{"info", "pipe.mdb"}, "file is not a database"},
+      {{"projection", "survey.mdb", "--set", "A", "--csv", "pipe.edi"}, "pipe.edi is a pipe, not a file"},
+      {{"occam-info", "run"}, "startup is a pipe, not a file"},
+      {{"mask-topo", "pipe.edi", "pipe.edi", "--output", "mesh"}, "pipe.edi is a pipe, not a file"}};
+  for (const auto& [arguments, message] : cases) {
+    SCOPED_TRACE(arguments[0] + " " + arguments[1]);
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.errors.find(message), std::string::npos) << outcome.errors;
+  }
+  std::vector<std::string> with_report = import("field");
+  with_report.insert(with_report.end(), {"--report", "pipe.edi"});
+  EXPECT_NE(run(with_report).errors.find("nobody reads from it"), std::string::npos);
 }
 
 // Ctrl+C ends an import between two files, with a status and a sound survey.

@@ -47,7 +47,7 @@ TEST_F(Batch_program, Projection_faults_are_told_and_change_nothing) {
        "list.csv has no projection MGA 54; it has: Flat, MGA 55"},
       {{"--set", "Flat", "--csv", "list.csv"}, 1, "Standard latitudes 1 and 2 must be distinct"},
       {{"--set", "MGA 55", "--csv", "bad.csv"}, 1, "line 2: there are 3 columns where 14 are needed"},
-      {{"--set", "MGA 55", "--csv", "none.csv"}, 1, "No such file or directory"}};
+      {{"--set", "MGA 55", "--csv", "none.csv"}, 1, "none.csv doesn't exist"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.message);
     std::vector<std::string> arguments{"projection", "survey.mdb"};

@@ -231,6 +231,28 @@ TEST_F(Batch_program, Invert_gives_misfit_and_sheets_of_each_station) {
   EXPECT_NE(run(arguments).output.find("Station 200: 58 values, chi "), std::string::npos);
 }
 
+// The flag stands before the file as well: what follows it is never its value.
+TEST_F(Batch_program, Turns_Ey_where_needed_or_always) {
+  const std::string head = ">HEAD\n>=MTSECT\n NFREQ=1\n>FREQ\n 10\n>RHOYX\n 100\n>PHSYX\n ";
+  std::ignore = folder_.write("third.edi", head + "-135\n>END\n");
+  std::ignore = folder_.write("fourth.edi", head + "-45\n>END\n");
+  ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);
+  const auto turned = [&](const std::vector<std::string>& options) {
+    std::vector<std::string> arguments{"import"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const Outcome outcome =
+        run(with(arguments, {"survey.mdb", "third.edi", "fourth.edi", "--reference", "0", "--line", "200E",
+                             "--event", "0", "--rate", "24", "--report", "report.json"}));
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_EQ(outcome.errors.find("--turn-ey=always all") != std::string::npos, options.empty());
+    const Json files = Json::parse(file_contents(folder_.path("report.json")))["files"];
+    return std::pair<int, int>(files[0]["sections_turned"], files[1]["sections_turned"]);
+  };
+  EXPECT_EQ(turned({}), std::pair(0, 0));
+  EXPECT_EQ(turned({"--turn-ey"}), std::pair(1, 0));
+  EXPECT_EQ(turned({"--turn-ey=always"}), std::pair(1, 1));
+}
+
 TEST_F(Batch_program, A_scan_lists_stations_and_stores_nothing) {
   write_field_files(2);
   ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
@@ -106,6 +107,14 @@ TEST(Scan_directory, Ends_on_cycles_of_links_and_passes_unreadable_folders) {
   EXPECT_EQ(names_found("edi", folder.folder()),
             closed ? Names{"sub/a.edi"} : (Names{"closed/b.edi", "sub/a.edi"}));
   fs::permissions(folder.folder() / "closed", fs::perms::owner_all);
+}
+
+// Whoever reads them says why they are not read.
+TEST(Scan_directory, Finds_pipes_too) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo(folder.path("a.edi").c_str(), 0600), 0);
+  RecordingInterface interface;
+  EXPECT_EQ(names_found("edi", folder.folder()), Names{"a.edi"});
 }
 
 TEST(Scan_directory, Stops_when_asked) {

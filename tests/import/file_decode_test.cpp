@@ -112,12 +112,16 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
       {made_edi(), format_edi_mt, "22-Oct-2019"},
       {"\n  >head\n filedate = \"10/21/49\"\n>=spectrasect\n", format_edi_spectra, "21-Oct-2049"},
       {">HEAD\nFILEDATE=13/32/50\n>=MTSECT\n", format_edi_mt, "01-Feb-1951"},
-      {">HEAD\nFILEDATE=April 03, 2011\n>=MTSECT\n", format_edi_mt, "01-Jan-1900"},
+      {">HEAD\nFILEDATE=April 03, 2011\n>=MTSECT\n", format_edi_mt, "03-Apr-2011"},
+      {">HEAD\nFILEDATE=Avril 03, 2011\n>=MTSECT\n", format_edi_mt, "01-Jan-1900"},
+      {">HEAD\n>INFO\n>=SPECTRASECT\n>=DEFINEMEAS\n>=MTSECT\n", format_edi_mt, "01-Jan-1900"},
+      {">HEAD\n>INFO\n words\n>=SPECTRASECT\n>SPECTRA\n", format_edi_spectra, "01-Jan-1900"},
       {">HEAD\nnothing else\n", format_unknown, "01-Jan-1900"},
       {"X20190704XXXX20190705       1250.4 DC\n", format_fixed_columns, "01-Jan-1900"},
       {"DC20190704   20190705        1250.4\n", format_fixed_columns, "04-Jul-2019"},
       {" 1234\n\n1234567892001-02-03\n", format_zonge_raw, "03-Feb-2001"},
       {"", format_unknown, "01-Jan-1900"},
+      {"x,y,rho\n1,2,3\n", format_unknown, "01-Jan-1900"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
@@ -151,7 +155,7 @@ TEST(Display_file_format, Cuts_line_event_and_rate_from_the_name) {
   EXPECT_EQ(report.unreadable.size(), 1U);
 }
 
-TEST(Head_date, Reads_both_forms) {
+TEST(Head_date, Reads_each_form) {
   const std::pair<const char*, std::optional<double>> cases[] = {
       {"10/21/19", day_count(2019, 10, 21)},
       {"08/17/14 04:58", day_count(2014, 8, 17)},
@@ -163,7 +167,19 @@ TEST(Head_date, Reads_both_forms) {
       {"02/30/2020", day_count(2020, 3, 1)},
       {"None", std::nullopt},
       {"", std::nullopt},
-      {"May 18, 2010", std::nullopt},
+      {"May 18, 2010", day_count(2010, 5, 18)},
+      {"18-may-10", day_count(2010, 5, 18)},
+      {"\"18 May 2010 04:58\"", day_count(2010, 5, 18)},
+      {"18.SEPT.1998", day_count(1998, 9, 18)},
+      {"2011/Sep/03", day_count(2011, 9, 3)},
+      {"Sun Apr  3 12:00:01 2011", day_count(2011, 4, 3)},
+      {"03APR2011", day_count(2011, 4, 3)},
+      {"32 May 2010", std::nullopt},
+      {"0 May 2010", std::nullopt},
+      {"May 2010", std::nullopt},
+      {"Ma 3 2010", std::nullopt},
+      {"Maybe 3 2010", std::nullopt},
+      {"3 May 123", std::nullopt},
       {"1/2", std::nullopt},
       {"1/2/99999", std::nullopt}};
   for (const auto& [text, days] : cases) {

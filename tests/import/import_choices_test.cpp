@@ -115,7 +115,8 @@ TEST(File_sample, Follows_the_choices_and_says_what_the_file_would_need) {
   EXPECT_EQ(sampler.sample(impedances, choices).notes,
             std::vector<std::string>{"This file has impedances only"});
   EXPECT_EQ(sampler.sample(turned, choices).notes, std::vector<std::string>{"All YX phases are negative"});
-  choices.compute_from_impedance = choices.turn_ey_phase = true;
+  choices.compute_from_impedance = true;
+  choices.turn_ey = TurnEy::where_needed;
   EXPECT_TRUE(sampler.sample(impedances, choices).notes.empty());
   EXPECT_TRUE(sampler.sample(turned, choices).notes.empty());
 

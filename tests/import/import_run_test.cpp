@@ -4,6 +4,8 @@
 #include <map>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "database/reading.h"
 #include "import/store_blocks.h"
@@ -120,6 +122,95 @@ TEST_F(ImportRun, Takes_the_station_from_SECTID) {
   EXPECT_EQ(stations(), (std::vector<double>{858, 0, 12}));
 }
 
+// 3 of 5 in -180..-90, 2 of 4, none present, and an impedance in the third quadrant.
+TEST_F(ImportRun, Turns_Ey_where_more_than_half_of_the_phases_of_YX_say_so) {
+  const auto with_phases = [](const std::string& phases) {
+    return MadeSection{.count = 5,
+                       .frequencies = "5 4 3 2 1",
+                       .blocks = ">RHOYX //5\n1 2 3 4 5\n>PHSYX //5\n" + phases +
+                                 "\n>RHOYY //5\n1 2 3 4 5\n>PHSYY //5\n10 10 10 10 10\n"};
+  };
+  const MadeSection impedance{
+      .count = 5,
+      .frequencies = "5 4 3 2 1",
+      .blocks = ">ZYXR //5\n-1 -1 -1 1 1e32\n>ZYXI //5\n-1 -1 -2 1 1\n>ZYYR //5\n1 1 1 1 1\n"};
+  const std::string file = folder.write(
+      "a.edi",
+      made_edi({with_phases("-135 190 -100 45 45"), with_phases("-135 -135 45 45 1e32"),
+                with_phases("1e32 1e32 1e32 1e32 1e32"), with_phases("-80 -80 -80 -80 -80"), impedance}));
+  const auto value = [](int event, const std::string& data_type, int field, std::size_t index) {
+    dao::Recordset& readings = open_survey().readings;
+    readings.find_first("FileID > 0 AND EventNumber = " + std::to_string(event) + " AND DataType = '" +
+                        data_type + "'");
+    EXPECT_FALSE(readings.no_match());
+    return Module_database::read_reading(readings).curve.value(field, index);
+  };
+  choices.turn_ey = TurnEy::where_needed;
+  ASSERT_EQ(import({file}, ImportMode::scan), 0);
+  EXPECT_EQ(report.files.at(0).sections_turned, 2);
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(report.files.at(0).sections_turned, 2);
+  EXPECT_TRUE(report.has_remarks());
+  EXPECT_NE(report.to_json().find("\"sections_turned\": 2"), std::string::npos);
+  EXPECT_NE(report.to_text().find("Ey turned in 2 sections"), std::string::npos);
+  EXPECT_EQ(value(0, "EyHx", 2, 4), 45.0F);    // at 5 Hz, -135 before
+  EXPECT_EQ(value(0, "EyHx", 2, 0), -135.0F);  // at 1 Hz
+  EXPECT_EQ(value(0, "EyHy", 2, 0), -170.0F);
+  EXPECT_EQ(value(1, "EyHx", 2, 4), -135.0F);  // exactly half
+  EXPECT_EQ(value(1, "EyHy", 2, 0), 10.0F);
+  EXPECT_EQ(value(2, "EyHy", 2, 0), 10.0F);
+  EXPECT_EQ(value(3, "EyHx", 2, 0), -80.0F);  // all negative, but not of a turned sign
+  EXPECT_EQ(value(4, "EyHx", 9, 4), 1.0F);
+  EXPECT_EQ(value(4, "EyHy", 9, 4), -1.0F);
+
+  choices.turn_ey = TurnEy::always;
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(report.files.at(0).sections_turned, 5);
+  EXPECT_EQ(value(1, "EyHx", 2, 1), -135.0F);  // 45 before
+  EXPECT_EQ(value(3, "EyHx", 2, 0), 100.0F);
+  choices.turn_ey = TurnEy::never;
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(report.files.at(0).sections_turned, 0);
+  EXPECT_EQ(value(0, "EyHx", 2, 4), -135.0F);
+}
+
+TEST_F(ImportRun, Frequencies_that_are_not_above_0_are_stored_and_told) {
+  ASSERT_EQ(import({folder.write("a.edi", made_edi({MadeSection{.frequencies = "100. -10. 0"}}))}), 0);
+  dao::Recordset& readings = open_survey().readings;
+  readings.find_first("FileID > 0 AND DataType = 'ExHy'");
+  EXPECT_EQ(Module_database::read_reading(readings).curve.frequencies, (std::vector<float>{-10, 0, 100}));
+  ASSERT_EQ(report.files.at(0).unreadable.size(), 1U);
+  EXPECT_NE(report.files.at(0).unreadable[0].text.find("2 frequencies are not above 0 Hz (-10"),
+            std::string::npos)
+      << report.files.at(0).unreadable[0].text;
+}
+
+TEST_F(ImportRun, Lengths_in_feet_are_told) {
+  for (const char* unit : {"UNITS=FT", " units = \"feet\""}) {
+    SCOPED_TRACE(unit);
+    ASSERT_EQ(import({folder.write("a.edi", replaced(made_edi(), "UNITS=M", unit))}), 0);
+    ASSERT_EQ(report.files.at(0).ignored.size(), 1U);
+    EXPECT_NE(report.files.at(0).ignored[0].text.find("lengths in feet are taken as metres"),
+              std::string::npos);
+    EXPECT_EQ(report.files.at(0).ignored[0].line, 5);
+  }
+}
+
+// A pipe would be waited for, and so would the whole run.
+TEST_F(ImportRun, What_is_no_file_is_named_and_the_others_come_in) {
+  const std::string pipe = folder.path("pipe.edi");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  ::alarm(60);
+  for (const ImportMode mode : {ImportMode::scan, ImportMode::import}) {
+    ASSERT_EQ(import({pipe, "/dev/zero", folder.write("good.edi", made_edi())}, mode), 0);
+    EXPECT_EQ(report.files.at(0).failure, pipe + " is a pipe, not a file");
+    EXPECT_EQ(report.files.at(1).failure, "/dev/zero is a device, not a file");
+    EXPECT_EQ(report.files.at(2).readings, 4);
+  }
+  ::alarm(0);
+  EXPECT_EQ(find_import_files(folder.folder().string(), "edi").size(), 2U);
+}
+
 TEST_F(ImportRun, A_scan_stores_nothing) {
   ASSERT_EQ(import({folder.write("a.edi", made_edi({MadeSection{}, MadeSection{}}))}, ImportMode::scan), 0);
   EXPECT_EQ(report.files.at(0).sections, 2);
@@ -150,6 +241,10 @@ TEST_F(ImportRun, A_bad_file_costs_no_other) {
   const std::vector<std::string> messages = interface.take_messages();
   ASSERT_FALSE(messages.empty());
   EXPECT_TRUE(messages[0].starts_with("An error occurred while string the header block: ")) << messages[0];
+  EXPECT_TRUE(
+      messages[0].ends_with(". The name of the file has an apostrophe: rename the file to import it."))
+      << messages[0];
+  EXPECT_EQ(report.files[1].failure, messages[0]);
   EXPECT_EQ(messages.size(), 4U);  // none for the missing, cut and section-less ones, which the report names
 }
 

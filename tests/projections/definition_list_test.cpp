@@ -239,8 +239,8 @@ TEST_F(Definition_list, Looks_for_the_default_file_in_the_users_folder_then_in_t
   EXPECT_FALSE(has_default_projection_file());
   EXPECT_EQ(read_coord_projection_file(path, coord_systems), -1);
   EXPECT_EQ(path, folder.path("user/projection.csv"));
-  EXPECT_EQ(interface.take_messages(), Names{"An error occured while reading the projection definitions: " +
-                                             path + ": No such file or directory"});
+  EXPECT_EQ(interface.take_messages(),
+            Names{"An error occured while reading the projection definitions: " + path + " doesn't exist"});
   coord_systems.push_back(zone_definition("Program's", 50));
   (void)folder.write("program/projection.csv", definitions_as_csv(coord_systems));
   path.clear();

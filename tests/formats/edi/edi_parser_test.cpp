@@ -99,10 +99,20 @@ TEST_F(EdiParser, Takes_odd_values_and_reports_them) {
       {"1e-999", 0.0F, false},
       {"NaN", no_data, true},
       {"-inf", no_data, true},
-      {"*****", 0.0F, true},
-      {"abc", 0.0F, true},
-      {"12.5x", 12.5F, true},
+      {"*****", no_data, true},
+      {"abc", no_data, true},
+      {"12.5x", no_data, true},
+      {"1.#QNAN", no_data, true},
+      {"1.#INF", no_data, true},
+      {"-1.#IND", no_data, true},
+      {"1e", no_data, true},
+      {"1.5-", no_data, true},
+      {"2019-10-21", no_data, true},
       {"-.5D-1", -0.05F, false},
+      {"1.5-101", 0.0F, false},
+      {"-2.5-003", -0.0025F, false},
+      {"+2.5+002", 250.0F, false},
+      {"1.5+101", no_data, false},
       {"7.", 7.0F, false},
       {"1.2345678901234567890123456789012345678901234567890123456789012345678901234567", 1.2345679F, false}};
   for (const Case& c : cases) {
@@ -146,7 +156,8 @@ TEST_F(EdiParser, Matches_tags_whole_and_lets_the_last_block_win) {
 }
 
 TEST_F(EdiParser, Counts_frequencies_where_the_head_does_not) {
-  for (const char* count : {"", "  NFREQ=\n", "  NFREQ=-3\n", "  NFREQ=2000000000\n", "  NFREQ=1e300\n"}) {
+  for (const char* count :
+       {"", "  NFREQ=\n", "  NFREQ=-3\n", "  NFREQ=2000000000\n", "  NFREQ=1e300\n", "  NFREQ=0\n"}) {
     SCOPED_TRACE(count);
     const Parsed parsed = parse(replaced(made_edi(), "  NFREQ=3\n", count));
     ASSERT_EQ(parsed.sections.size(), 1U);
@@ -157,6 +168,65 @@ TEST_F(EdiParser, Counts_frequencies_where_the_head_does_not) {
   EXPECT_TRUE(none.sections.at(0).frequencies.empty());
   EXPECT_TRUE(none.sections.at(0).get(element_xy, quantity_resistivity).values.empty());
   EXPECT_TRUE(mentions(none.report.unreadable, "no >FREQ"));
+}
+
+TEST_F(EdiParser, A_nul_byte_costs_no_more_than_its_value) {
+  const Parsed parsed = parse(replaced(made_edi(), "1 2 3", std::string("1 2\0 3", 6)));
+  ASSERT_EQ(parsed.sections.size(), 1U);
+  EXPECT_EQ(parsed.sections[0].get(element_xy, quantity_resistivity).values, (Values{1, no_data, 3}));
+  EXPECT_EQ(parsed.sections[0].get(element_xy, quantity_phase).values, (Values{45, -45, 30}));
+  EXPECT_TRUE(mentions(parsed.report.unreadable, "'2?' is not a number, taken as absent"));
+}
+
+TEST_F(EdiParser, Decimal_commas_are_named_and_nothing_of_them_is_taken) {
+  const std::string plain = made_edi();
+  const std::string cases[] = {
+      replaced(plain, "100. 10. 1.", "1,0E+02 1,0E+01 1,0E+00"), replaced(plain, "1 2 3", "1,5 2,5 0"),
+      replaced(plain, "45 -45 30", "45,25\n-45,5\n30,0\n"),
+      replaced(replaced(plain, "  NFREQ=3\n", ""), "100. 10. 1.", "100,5 10,25 1,5")};
+  for (const std::string& text : cases) {
+    SCOPED_TRACE(text);
+    const Parsed parsed = parse(text);
+    EXPECT_TRUE(parsed.sections.empty());
+    EXPECT_NE(parsed.report.failure.find("has a decimal comma"), std::string::npos) << parsed.report.failure;
+    EXPECT_NE(parsed.report.failure.find("section 1 is not stored"), std::string::npos);
+  }
+  // Lists with commas, of whole numbers or not, stay lists.
+  for (const char* list : {"1,2,3", "1.5,2.5,3", "1,2\n3", "1, 2, 3", "1.,2. 3."}) {
+    SCOPED_TRACE(list);
+    const Parsed parsed = parse(replaced(plain, "1 2 3", list));
+    ASSERT_EQ(parsed.sections.size(), 1U);
+    EXPECT_EQ(parsed.sections[0].get(element_xy, quantity_resistivity).values.size(), 3U);
+    EXPECT_FALSE(parsed.report.has_remarks());
+  }
+}
+
+TEST_F(EdiParser, Text_of_the_info_block_is_no_section) {
+  const std::string plain = made_edi();
+  const std::string info =
+      ">INFO\n  The impedances stand in\n>=MTSECT\n  NFREQ=7\n>=SPECTRASECT of another file, >FREQ and\n"
+      ">FREQ\n 1 2 3\n>END\n";
+  const Parsed parsed = parse(replaced(plain, ">=DEFINEMEAS", info + ">=DEFINEMEAS"));
+  ASSERT_EQ(parsed.sections.size(), 1U);
+  EXPECT_EQ(parsed.sections[0].SECTID, "12");
+  EXPECT_EQ(parsed.sections[0].frequencies, (Values{100, 10, 1}));
+  EXPECT_TRUE(parsed.sections[0].local_hx);
+  EXPECT_FALSE(parsed.report.has_remarks());
+  // Without definitions behind it the text ends where a section begins.
+  const std::string no_definitions = replaced(
+      plain.substr(0, plain.find(">=DEFINEMEAS")) + ">INFO\n words\n" + plain.substr(plain.find(">=MTSECT")),
+      "\n", "\r\n");
+  EXPECT_EQ(parse(no_definitions).sections.size(), 1U);
+}
+
+TEST_F(EdiParser, Names_channels_that_the_head_does_not_define) {
+  const Parsed parsed =
+      parse(replaced(replaced(made_edi(), "  HY=2.001", "  HY=7.001"), "  RX=5.001", "  RX=8.001"));
+  ASSERT_EQ(parsed.sections.size(), 1U);
+  ASSERT_EQ(parsed.report.unreadable.size(), 2U);
+  EXPECT_EQ(parsed.report.unreadable[0].line, 17);
+  EXPECT_EQ(parsed.report.unreadable[0].text, "HY='7.001' has no >HMEAS or >EMEAS");
+  EXPECT_EQ(parsed.report.unreadable[1].text, "RX='8.001' has no >HMEAS or >EMEAS");
 }
 
 // Whatever is cut off, each section is given whole or not at all.

@@ -57,6 +57,8 @@ TEST(Em1dfm_parser, Stations_with_faults_are_named) {
       {"frequency 0", head + "STATION 1 100 0 0 0 2\n 6 B 0 0 1 2 0 3 4\n 0 B 0 0 1 2 0 3 4\n" + good, 2,
        "not above 0"},
       {"other text", head + "remark\n" + good, 1, "neither a line nor a station"},
+      {"odd value", head + "STATION 1 100 0 0 0 1\n 7 B 0 0 1.#QNAN 2 0 3 4\n" + good, 2,
+       "'1.#QNAN' is not a number, taken as absent"},
       {"no line", "FREQUENCY DOMAIN EM DATA\n" + good, 1, "before any line"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -64,6 +66,21 @@ TEST(Em1dfm_parser, Stations_with_faults_are_named) {
     EXPECT_EQ(parsed.stations.size(), c.stations);
     EXPECT_TRUE(parsed.mentions(c.remark)) << parsed.report.failure;
   }
+}
+
+TEST(Em1dfm_parser, Takes_odd_values_as_absent_and_frequencies_as_they_came) {
+  const Parsed parsed = parse(
+      "FREQUENCY DOMAIN EM DATA\nLINE 1E\nSTATION 1 100x 5 6 7 3\n"
+      " 8 B 0 0 1.#QNAN 2 0 3 4x\n -7 Q 0 5 0 1.5-002\n 0 B 0 0 1 2 0 3 4\n");
+  ASSERT_EQ(parsed.stations.size(), 1U);
+  EXPECT_EQ(parsed.stations[0].station, 100.0) << "options of a station are read as far as they go";
+  const std::vector<Point>& points = parsed.stations[0].points;
+  ASSERT_EQ(points.size(), 3U);
+  EXPECT_EQ(points[0].values, (std::array<float, 4>{no_data, 2, 3, no_data}));
+  EXPECT_EQ(points[1].frequency, -7.0F);
+  EXPECT_EQ(points[1].values, (std::array<float, 4>{5, no_data, 0.015F, no_data}));
+  EXPECT_EQ(points[2].frequency, 0.0F);
+  EXPECT_TRUE(parsed.mentions("2 frequencies are not above 0 Hz"));
 }
 
 // Whatever is cut off, a station is given whole or not at all.

@@ -133,7 +133,7 @@ TEST_F(FieldData, Spectra_give_the_curves_of_the_same_station_as_impedances) {
 
 TEST_F(FieldData, A_file_of_impedances_only_gives_curves_when_asked) {
   choices.compute_from_impedance = true;
-  choices.turn_ey_phase = true;
+  choices.turn_ey = TurnEy::where_needed;
   ASSERT_EQ(run_import(choices, {field_data + "/impedance_only/pb23c.edi"}, ImportMode::import, report), 0);
   EXPECT_TRUE(report.files.at(0).impedances_only);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(

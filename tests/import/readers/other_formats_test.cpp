@@ -225,6 +225,78 @@ TEST_F(OtherFormats, An_invalid_number_of_averages_is_told_once_and_costs_nothin
   EXPECT_EQ(file.frequencies, 3);
 }
 
+// A uniform earth, whose tensor is the same in all axes but for the two off the diagonal changing places with
+// their signs at 90 degrees; HX of the made channels has an azimuth of 12.5.
+TEST_F(OtherFormats, Rotated_spectra_tell_the_turn_and_where_the_tensor_points) {
+  const auto with_rotations = [&](const std::string& first, const std::string& second) {
+    return made_spectra({{10.0, earth, first + " AVGT=120"}, {1.0, earth, second + " AVGT=120"}},
+                        channels_by_id());
+  };
+  struct Case {
+    const char* first;
+    const char* second;
+    const char* told;
+    float orientation;
+  };
+  const Case cases[] = {
+      {"ROTSPEC=0", "ROTSPEC=0", "", 12.5F},
+      {"ROTSPEC=360", "ROTSPEC=0", "", 12.5F},
+      {"ROTSPEC=30", "ROTSPEC=30", "turned back by ROTSPEC, 30 degrees clockwise", 12.5F},
+      {"ROTSPEC=30", "ROTSPEC=-15", "turned back by ROTSPEC, -15 to 30 degrees clockwise", 12.5F},
+      {"ROTSPEC=12.5", "ROTSPEC=12.5", "12.5 degrees clockwise, which is the azimuth of its channels", 0.0F},
+      {"ROTSPEC=13", "ROTSPEC=372.1", "it points north", 0.0F},
+      {"ROTSPEC=-347.5", "ROTSPEC=12", "it points north", 0.0F},
+      {"ROTSPEC=13.1", "ROTSPEC=13.1", "13.1 degrees clockwise", 12.5F},
+      {"ROTSPEC=12.5", "ROTSPEC=30", "12.5 to 30 degrees clockwise", 12.5F},
+      {"ROTSPEC=NaN", "ROTSPEC=0", "ROTSPEC='NAN' is not a number, taken as 0", 12.5F}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.first) + " " + c.second);
+    const FileReport file = import("a.edi", with_rotations(c.first, c.second));
+    EXPECT_EQ(file.ignored.size() + file.unreadable.size(), *c.told == '\0' ? 0U : 1U);
+    EXPECT_TRUE(*c.told == '\0' || told(file.ignored, c.told) || told(file.unreadable, c.told))
+        << remark_lines(file).at(0);
+    EXPECT_EQ(told(file.ignored, "north"), c.orientation == 0.0F);
+    EXPECT_EQ(read_into_record("a.edi").Orientation, c.orientation);
+  }
+  // The tensor itself stands in the channels' axes: Z = R Z' R^T with R of a quarter turn.
+  (void)import("a.edi", with_rotations("ROTSPEC=90", "ROTSPEC=90"));
+  EXPECT_NEAR(raw("ExHy").value(1, 0), 0.2 * std::norm(earth[2]), 0.01);
+}
+
+TEST_F(OtherFormats, Spectra_turn_Ey_by_their_own_phases) {
+  const MadeTensor upright{std::complex{-3.0, 1.0}, std::complex{40.0, 25.0}, std::complex{30.0, 28.0},
+                           std::complex{2.0, -4.0}};
+  choices.turn_ey = TurnEy::where_needed;
+  EXPECT_EQ(import("a.edi", made_spectra({{1.0, earth}, {2.0, earth}, {4.0, upright}}, channels_by_id()))
+                .sections_turned,
+            1);
+  EXPECT_NEAR(raw("EyHx").value(2, 0), std::atan2(28.0, 30.0) * 180.0 / std::numbers::pi, 1e-3);
+  EXPECT_NEAR(raw("EyHy").value(2, 0), std::atan2(4.0, -2.0) * 180.0 / std::numbers::pi, 1e-3);
+  EXPECT_EQ(import("a.edi", made_spectra({{1.0, earth}, {2.0, upright}}, channels_by_id())).sections_turned,
+            0)
+      << "exactly half";
+  choices.turn_ey = TurnEy::always;
+  EXPECT_EQ(import("a.edi", made_spectra({{2.0, upright}}, channels_by_id())).sections_turned, 1);
+}
+
+TEST_F(OtherFormats, Spectra_name_what_they_can_not_read) {
+  const std::string plain = made_spectra(two_frequencies(), channels_by_id());
+  EXPECT_TRUE(told(import("a.edi", replaced(plain, " 13.1\n", " 99\n")).unreadable,
+                   "channel '99' has no >HMEAS or >EMEAS"));
+  std::string commas = plain;
+  const std::size_t blocks = commas.find('\n', commas.find(">SPECTRA"));
+  std::replace(commas.begin() + static_cast<std::ptrdiff_t>(blocks), commas.end(), '.', ',');
+  const FileReport named = import("b.edi", commas);
+  EXPECT_EQ(named.readings, 0);
+  EXPECT_NE(named.failure.find("has a decimal comma"), std::string::npos) << named.failure;
+  const FileReport below = import("c.edi", replaced(plain, "FREQ=1.0", "FREQ=-1.0"));
+  EXPECT_TRUE(told(below.unreadable, "2 frequencies are not above 0 Hz (-100"));
+  const Curve curve = stored("FileID = 3 AND DataType = 'ExHy'").curve;
+  EXPECT_EQ(curve.frequencies, (std::vector<float>{-100, -10}));
+  EXPECT_EQ(curve.value(1, 0), absent);
+  EXPECT_GT(curve.value(2, 0), 0.0F);
+}
+
 TEST_F(OtherFormats, Spectra_of_several_sections_are_several_stations) {
   const std::string one = made_spectra({{1.0, earth}}, channels_by_id());
   const std::size_t section = one.find(">=SPECTRASECT");
@@ -369,7 +441,12 @@ TEST_F(OtherFormats, Fixed_columns_that_end_early_or_fit_no_rate) {
                         {"last record missing", whole.substr(0, whole.find(" 1024.0000")), 0,
                          "not 4 times the last frequency of 16 Hz"},
                         {"head alone", whole.substr(0, head), 0, "no record"},
-                        {"other text", "some notes\non several\nlines\n", 0, "not an EDI file"}};
+                        {"no number", replaced(whole, " 3.000e-03", " 1.#QNAN  "), 4, ""},
+                        {"other text", "some notes\non several\nlines\n", 0, "is of no known kind"},
+                        {"records behind another head", "XX" + whole.substr(2), 0,
+                         "is of no known kind: not EDI, Zonge raw, Em1dfm or fixed columns (DC in the first "
+                         "line)"},
+                        {"AVG", "\\ AMTAVG 7.76\n$ ASPACE= 50.0m\n1024 1 2 3\n4\n5\n", 0, "no known kind"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     const FileReport file = import(std::string(c.name) + ".res", c.text);

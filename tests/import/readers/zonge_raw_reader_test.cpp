@@ -7,6 +7,7 @@
 
 #include "core/absent_value.h"
 #include "database/reading.h"
+#include "formats/zonge/zonge_stn_file.h"
 #include "import/import_run.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/formats/zonge/made_zonge_raw.h"
@@ -142,6 +143,17 @@ TEST_F(ZongeRawReader, Without_a_file_of_stations_nothing_is_read) {
   }
   EXPECT_EQ(report.files[3].failure, "");
   EXPECT_EQ(rows_in("FileTable"), 1);
+}
+
+// The last three characters of "a.raw" become "stn" or, where there is none, "utm.stn".
+TEST_F(ZongeRawReader, Finds_the_stations_under_each_of_their_names) {
+  const std::string file = folder.write("a.raw", made_zonge_raw(1));
+  for (const char* const name : {"UTM.STN", "utm.stn", "a.UTM.STN", "a.utm.stn", "a.STN", "a.stn"}) {
+    SCOPED_TRACE(name);
+    const std::string stations = folder.write(name, made_stn());
+    EXPECT_EQ(formats::zonge::find_stn_file(file), stations);
+  }
+  EXPECT_EQ(import(file).failure, "");
 }
 
 TEST_F(ZongeRawReader, Values_that_are_absent_or_below_zero_are_masked) {

@@ -172,7 +172,8 @@ class FormImportTest : public QObject, private WindowFixture {
     QVERIFY(window_->isVisible());
 
     click("Command_import_data_1");
-    QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
+    QCOMPARE(interface_->take_messages(),
+             Messages{"Data import complete. 3 of 3 files gave 12 readings at 3 stations; 0 remarks"});
     QVERIFY(!window_->isVisible());
     QCOMPARE(text("Text_import_file"), QString("L200E_E0_R0256_10.edi"));
     QCOMPARE(rows_in("FileTable"), 3);
@@ -246,13 +247,14 @@ class FormImportTest : public QObject, private WindowFixture {
                                          "Command_process_files", "Command_cancel_import"}));
     click("Command_find_and_add_files");
     click("Command_process_files");
-    QCOMPARE(focus_order(),
-             QStringList({"Combo_data_type", "Combo_data_reduced", "Grid_import_decode",
-                          "Option_linedirection_0", "Command_next_sample", "Text_start_station",
-                          "Text_station_step", "Check_use_SECTID_as_station",
-                          "Check_convert_geographic_coordinates", "Command_define_projection",
-                          "Check_compute_from_impedance", "Check_turn_ey_phase", "Command_back",
-                          "Command_import_data_0", "Command_import_data_1", "Command_cancel_import"}));
+    QCOMPARE(
+        focus_order(),
+        QStringList({"Combo_data_type", "Combo_data_reduced", "Grid_import_decode", "Option_linedirection_0",
+                     "Command_next_sample", "Text_start_station", "Text_station_step",
+                     "Check_use_SECTID_as_station", "Check_convert_geographic_coordinates",
+                     "Command_define_projection", "Check_compute_from_impedance", "Check_turn_ey_phase",
+                     "Check_turn_ey_always", "Command_back", "Command_import_data_0", "Command_import_data_1",
+                     "Command_cancel_import"}));
     for (const QWidget* const widget : window_->findChildren<QWidget*>(QRegularExpression(
              "^(Command|Combo|Text|Check|Option|Grid|Drive|Dir|File|ListView|ProgressBar)_"))) {
       QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
@@ -385,8 +387,8 @@ class FormImportTest : public QObject, private WindowFixture {
     (void)add_file("b.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-120 -130 -140\n"});
     go_to_import_page();
     const auto note = [this] { return control<QLabel>("Label_sample_note")->text().section('\n', 0, 0); };
-    for (const char* const addition :
-         {"Check_compute_from_impedance", "Check_turn_ey_phase", "Check_sectid_digits"}) {
+    for (const char* const addition : {"Check_compute_from_impedance", "Check_turn_ey_phase",
+                                       "Check_turn_ey_always", "Check_sectid_digits"}) {
       QVERIFY2(!control<QCheckBox>(addition)->isChecked(), addition);
     }
     QCOMPARE(note(), QString("This file has impedances only"));
@@ -394,6 +396,38 @@ class FormImportTest : public QObject, private WindowFixture {
     QVERIFY(note() != QString("This file has impedances only"));
     click("Command_next_sample");
     QCOMPARE(note(), QString("All YX phases are negative"));
+    for (const char* const box : {"Check_turn_ey_phase", "Check_turn_ey_always"}) {
+      click(box);
+      QVERIFY(note() != QString("All YX phases are negative"));
+      click(box);
+    }
+  }
+
+  void ey_is_turned_where_needed_or_in_every_file() {
+    (void)add_file("a.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-120 -130 -140\n"});
+    (void)add_file("b.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-20 -30 -40\n"});
+    QStringList turned;
+    QTimer waiting;
+    connect(&waiting, &QTimer::timeout, this, [&] {
+      if (auto* const report = qobject_cast<Form_import_report*>(QApplication::activeModalWidget())) {
+        const auto* const files = report->findChild<QTreeWidget*>("Tree_report");
+        QCOMPARE(files->headerItem()->text(4), QString("Ey turned"));
+        turned.append(files->topLevelItem(0)->text(4) + files->topLevelItem(1)->text(4));
+        report->accept();
+      }
+    });
+    waiting.start(1);
+    for (const char* const box : {"Check_turn_ey_phase", "Check_turn_ey_always"}) {
+      go_to_import_page();
+      choose("Combo_data_type", 0);
+      choose("Combo_data_reduced", 0);
+      type_cell(0, specify, "200");
+      type_cell(1, specify, "0");
+      type_cell(2, specify, "256");
+      click(box);
+      click("Command_import_data_1");
+    }
+    QCOMPARE(turned, QStringList({"10", "11"}));
   }
 
   void stop_ends_the_run_and_keeps_what_is_stored() {
@@ -459,7 +493,7 @@ class FormImportTest : public QObject, private WindowFixture {
     });
     waiting.start(1);
     click("Command_import_data_1");
-    QCOMPARE(seen, QStringList({"bad.edi 0", "not an EDI file,", "good.edi 4"}));
+    QCOMPARE(seen, QStringList({"bad.edi 0", "the file is of n", "good.edi 4"}));
     QVERIFY(QApplication::clipboard()->text().startsWith("1 of 2 files gave 4 readings\n"));
     const QJsonObject written =
         QJsonDocument::fromJson(QByteArray::fromStdString(file_contents(saved))).object();
@@ -467,11 +501,12 @@ class FormImportTest : public QObject, private WindowFixture {
     const QJsonArray files = written["files"].toArray();
     QCOMPARE(files.size(), qsizetype{2});
     QVERIFY(files[0].toObject()["file"].toString().endsWith("/bad.edi"));
-    QVERIFY(files[0].toObject()["failure"].toString().startsWith("not an EDI file, its first line"));
+    QVERIFY(files[0].toObject()["failure"].toString().startsWith("the file is of no known kind: not EDI"));
     QVERIFY(files[1].toObject()["file"].toString().endsWith("/good.edi"));
     QCOMPARE(files[1].toObject()["readings"], QJsonValue(4));
     QCOMPARE(files[1].toObject()["failure"], QJsonValue(""));
-    QCOMPARE(interface_->take_messages().back(), std::string("Data import complete"));
+    QCOMPARE(interface_->take_messages().back(),
+             std::string("Data import complete. 1 of 2 files gave 4 readings at 1 station; 1 remark"));
     QVERIFY(!window_->isVisible());
   }
 
@@ -502,7 +537,8 @@ class FormImportTest : public QObject, private WindowFixture {
     });
     waiting.start(1);
     click("Command_import_data_1");
-    QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
+    QVERIFY(interface_->take_messages().back().starts_with(
+        "Data import complete. 1 of 1 file gave 402 readings at "));
     Module_data_file::ImportChoices choices;
     choices.ReferenceType = choices.ReductionType = 0;
     choices.decode = decode_;
