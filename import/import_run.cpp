@@ -216,16 +216,16 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Rea
 
 void average_station(const ReadingRecord& record, const ScannedStation& scanned,
                      Module_database::FrequencyLists& lists, SkippedGroups& skipped) {
+  const Module_database::StationRows place = Module_database::find_station(
+      Module_database::StationSearch::look_up, scanned.LineNumber, scanned.Station);
+  if (place.StationID < 0) {
+    return;
+  }
   for (const std::string& data_type : record.scanned_types) {
     const ReadingKey key{scanned.LineNumber, scanned.Station, scanned.ReferenceType,
                          scanned.SampleRate, data_type,       scanned.DipoleLength};
-    skipped.attempt(key, [&] {
-      const Module_database::StationRows place =
-          Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-      if (place.StationID >= 0) {
-        Module_averaged_data::compute_average(place, key, lists.of(key.reference_type));
-      }
-    });
+    skipped.attempt(key,
+                    [&] { Module_averaged_data::compute_average(place, key, lists.of(key.reference_type)); });
   }
 }
 
