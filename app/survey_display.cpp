@@ -201,6 +201,9 @@ void SurveyDisplay::show_click(const PointClick& click) {
 
 void SurveyDisplay::show_undone(const averaged::UndoResult& result) {
   if (result.edit != Edit::nothing && result.station_index > 0) {
+    if (result.other_selection) {
+      Q_EMIT selection_changed();
+    }
     display_station(result.station_index, true);
   }
 }

@@ -53,18 +53,38 @@ std::vector<StoredReading> load_repeats(const CurveOptions& options) {
   return repeats;
 }
 
-/// The only scan rate of an average when none was asked for.
-std::optional<float> only_scan_rate(const CurveOptions& options) {
+/// Scan rates of the component's repeats and averages, Hz.
+std::vector<float> stored_scan_rates(const CurveOptions& options) {
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT DISTINCT SampleRate FROM ReadingsDataTable WHERE ReductionType<2 AND " + criteria_of(options));
-  std::optional<float> rate;
+  std::vector<float> rates;
   for (; !rows.eof(); rows.move_next()) {
-    if (rate) {
-      return std::nullopt;
-    }
-    rate = rows.get_single("SampleRate");
+    rates.push_back(rows.get_single("SampleRate"));
   }
-  return rate ? rate : 0.0F;  // no reading: the search reports that
+  return rates;
+}
+
+/// The stored rate that the asked one is the text of: a text of seven digits may be short of the stored
+/// single.
+std::optional<float> stored_scan_rate(const CurveOptions& options) {
+  if (!options.rate) {
+    return std::nullopt;
+  }
+  for (const float rate : stored_scan_rates(options)) {
+    if (plain_text(rate) == plain_text(*options.rate)) {
+      return rate;
+    }
+  }
+  return options.rate;
+}
+
+/// The only scan rate of an average when none was asked for.
+std::optional<float> only_scan_rate(const CurveOptions& options) {
+  const std::vector<float> rates = stored_scan_rates(options);
+  if (rates.size() > 1) {
+    return std::nullopt;
+  }
+  return rates.empty() ? 0.0F : rates.front();  // no reading: the search reports that
 }
 
 /// @return 0, or -1 after a message
@@ -157,7 +177,8 @@ void print(const std::vector<StoredReading>& readings, const CurveOptions& optio
   std::cout << (repeats ? list : list.front()).dump() << '\n';
 }
 
-int show_curve(const CurveOptions& options) {
+int show_curve(CurveOptions options) {
+  options.rate = stored_scan_rate(options);
   std::vector<StoredReading> readings;
   if (options.reduction == 0) {
     readings = load_repeats(options);

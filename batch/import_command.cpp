@@ -139,7 +139,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
   if (!options.report.empty() && write_report(report, options.report) != 0) {
     return -1;
   }
-  return result == 0 && !report.stopped && !report.has_failures() ? 0 : -1;
+  return result == 0 && !report.stopped && report.groups_skipped == 0 && !report.has_failures() ? 0 : -1;
 }
 
 /// "START,WIDTH" into a decode row; the numbers themselves are checked with the other choices.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <variant>
 #include <vector>
 
@@ -23,14 +24,35 @@ struct UndoStatic {
   float res_offset = 1.0F;  // multiplies resistivity
 };
 
+/// What the row of an average or a merged curve held before an edit that computes it again.
+struct UndoDerived {
+  std::int32_t id = 0;  // 0: there was no row
+  UndoFlags flags;
+  UndoMask mask;
+  float res_offset = 1.0F;
+  float phase_offset = 0.0F;  // degrees
+  std::vector<std::byte>
+      frequency_bytes;  // FreqBinary and DataBinary, for where nothing is left to compute from
+  std::vector<std::byte> data_bytes;
+};
+
+struct UndoReduction {
+  UndoDerived average;  // of the scan rate that was edited
+  UndoDerived merged;
+};
+
 struct UndoEntry {
   std::int32_t id = 0;  // of the reading
   std::variant<UndoFlags, UndoMask, UndoStatic> earlier;
+  std::int32_t command = 0;  // entries of one number are undone together; 0: not in the stack yet
+  /// Shared by the entries of a command; null if its edit computed nothing again.
+  std::shared_ptr<const UndoReduction> reduction = nullptr;
 };
 
 struct UndoStack {
   std::vector<UndoEntry> entries;           // what can be undone, newest last
   std::vector<UndoEntry> undone;            // what can be done again, the newest last
+  std::int32_t last_command = 0;            // number given last
   std::function<void(bool)> listener;       // called after each change with whether there are entries
   std::function<void(bool)> redo_listener;  // the same for what was undone
 };

@@ -1,6 +1,7 @@
 #include "core/undo_stack.h"
 
-#include <cassert>
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/session_state.h"
@@ -20,10 +21,24 @@ void report_change() {
   }
 }
 
-void drop_last(std::vector<UndoEntry>& entries) {
-  if (!entries.empty()) {
-    entries.pop_back();
+/// The entries of the last command.
+std::span<const UndoEntry> last_command(const std::vector<UndoEntry>& entries) {
+  std::size_t first = entries.size();
+  while (first > 0 && entries[first - 1].command == entries.back().command) {
+    --first;
   }
+  return std::span(entries).subspan(first);
+}
+
+void drop_last_command(std::vector<UndoEntry>& entries) {
+  entries.resize(entries.size() - last_command(entries).size());
+}
+
+void move_last_command(std::vector<UndoEntry>& from, std::vector<UndoEntry>& to,
+                       std::vector<UndoEntry> moved) {
+  drop_last_command(from);
+  std::ranges::move(moved, std::back_inserter(to));
+  report_change();
 }
 
 }  // namespace
@@ -38,7 +53,12 @@ void push_undo_mask(std::int32_t id, std::int32_t frequency_count, std::span<con
 
 void push_undo_static(std::int32_t id, float res_offset) { push_undo({id, UndoStatic{res_offset}}); }
 
+std::int32_t next_undo_command() { return ++undo().last_command; }
+
 void push_undo(UndoEntry entry) {
+  if (entry.command == 0) {
+    entry.command = next_undo_command();
+  }
   undo().entries.push_back(std::move(entry));
   undo().undone.clear();
   report_change();
@@ -52,38 +72,28 @@ void clear_undo() {
 
 std::size_t undo_count() { return undo().entries.size(); }
 
-const UndoEntry& top_undo() {
-  assert(!undo().entries.empty());
-  return undo().entries.back();
-}
-
-void pop_undo() {
-  drop_last(undo().entries);
-  report_change();
-}
-
 std::size_t redo_count() { return undo().undone.size(); }
 
-const UndoEntry& top_redo() {
-  assert(!undo().undone.empty());
-  return undo().undone.back();
+std::span<const UndoEntry> top_undo() { return last_command(undo().entries); }
+
+std::span<const UndoEntry> top_redo() { return last_command(undo().undone); }
+
+void pop_undo() {
+  drop_last_command(undo().entries);
+  report_change();
 }
 
 void pop_redo() {
-  drop_last(undo().undone);
+  drop_last_command(undo().undone);
   report_change();
 }
 
-void move_to_redo(UndoEntry undone) {
-  drop_last(undo().entries);
-  undo().undone.push_back(std::move(undone));
-  report_change();
+void move_to_redo(std::vector<UndoEntry> undone) {
+  move_last_command(undo().entries, undo().undone, std::move(undone));
 }
 
-void move_to_undo(UndoEntry redone) {
-  drop_last(undo().undone);
-  undo().entries.push_back(std::move(redone));
-  report_change();
+void move_to_undo(std::vector<UndoEntry> redone) {
+  move_last_command(undo().undone, undo().entries, std::move(redone));
 }
 
 void set_undo_listener(std::function<void(bool available)> listener) {

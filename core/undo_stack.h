@@ -1,48 +1,51 @@
 // undo_stack.h: the reversible edits of readings in session().undo_stack: what a row held before each edit,
-// and for each edit that was undone what the row held before that.
+// and for each edit that was undone what the row held before that. It outlives every change of the selection.
 #pragma once
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <vector>
 
 #include "core/undo_entry.h"
 
 namespace Module_Brenlox {
 
+/// The number of a new command. One press of a button may change many readings; their entries carry the
+/// command's number and are undone together.
+std::int32_t next_undo_command();
+
 // What a row held before a new edit. What has been undone before can't be done again any more. The edits use
-// push_undo; the three others are for callers that write a row themselves.
+// push_undo; the three others are for callers that write a row themselves, each as a command of its own.
 void push_undo_flags(std::int32_t id, bool use_reading, bool use_resistivity, bool use_phase);
 void push_undo_mask(std::int32_t id, std::int32_t frequency_count, std::span<const std::byte> mask_bytes);
 void push_undo_static(std::int32_t id, float res_offset);
+/// An entry without a command number becomes a command of its own.
 void push_undo(UndoEntry entry);
 
 /// Forgets everything, also what could be done again.
 void clear_undo();
 
-/// How many edits can be undone.
+/// How many entries can be undone and done again.
 std::size_t undo_count();
-
-/// The newest entry; the stack must not be empty.
-const UndoEntry& top_undo();
-
-/// Drops the newest entry, if there is one.
-void pop_undo();
-
-/// How many undone edits can be done again.
 std::size_t redo_count();
 
-/// The edit that was undone last; there must be one.
-const UndoEntry& top_redo();
+/// The entries of the newest command, in the order in which they were pushed; empty if there is none.
+std::span<const UndoEntry> top_undo();
+/// The same of the command that was undone last.
+std::span<const UndoEntry> top_redo();
 
-/// Drops the edit that was undone last, if there is one.
+/// Drops the newest command, if there is one.
+void pop_undo();
+/// Drops the command that was undone last, if there is one.
 void pop_redo();
 
-/// The newest edit has been undone: drops it, and keeps what the row held until then to do it again.
-void move_to_redo(UndoEntry undone);
+/// The newest command has been undone: drops it, and keeps what the rows held until then, in the order in
+/// which they were written, to do it again.
+void move_to_redo(std::vector<UndoEntry> undone);
 
-/// The edit undone last has been done again: drops it, and keeps what the row held until then to undo it.
-void move_to_undo(UndoEntry redone);
+/// The command undone last has been done again: the other way round.
+void move_to_undo(std::vector<UndoEntry> redone);
 
 /// Sets what is called after each change with whether there is something to undo; the window enables its menu
 /// by it. An empty function is not called.

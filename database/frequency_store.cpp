@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
@@ -53,6 +52,24 @@ Frequencies with_added(const Frequencies& stored, const std::vector<float>& adde
   return merged;
 }
 
+/// A frequency that is absent, 0 or negative has no place on an axis. A reading keeps it, a list doesn't.
+bool has_place(float frequency) { return frequency > 0.0F; }
+
+/// Earlier versions took every frequency of a file into the list.
+Frequencies with_place(Frequencies list) {
+  if (std::ranges::all_of(list.list, has_place)) {
+    return list;
+  }
+  Frequencies result;
+  for (std::size_t i = 0; i < list.list.size(); ++i) {
+    if (has_place(list.list[i])) {
+      result.list.push_back(list.list[i]);
+      result.enabled.push_back(list.enabled[i]);
+    }
+  }
+  return result;
+}
+
 Frequencies read_flags(const dao::Recordset& row) {
   Frequencies list{singles_from(row.get_binary("FreqBinary")), longs_from(row.get_binary("MaskBinary"))};
   const auto count = static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
@@ -60,7 +77,7 @@ Frequencies read_flags(const dao::Recordset& row) {
     throw dao::Error("the frequency list of reference type " + plain_text(row.get_long("ReferenceType")) +
                      " is damaged");
   }
-  return list;
+  return with_place(std::move(list));
 }
 
 void write_flags(dao::Recordset& row, const Frequencies& list) {
@@ -69,15 +86,18 @@ void write_flags(dao::Recordset& row, const Frequencies& list) {
   row.set_binary("MaskBinary", bytes_of(list.enabled));
 }
 
-// A file may lack some of its frequencies; such a point belongs to no place on the axis.
-std::vector<float> present_frequencies(std::span<const float> frequencies) {
-  std::vector<float> present(frequencies.begin(), frequencies.end());
-  std::erase_if(present, [](float frequency) { return is_absent(frequency); });
-  return present;
+/// Makes the row of a reference type the current one. @return false if it has none
+bool find_list(dao::Recordset& lists, std::int32_t reference_type) {
+  lists.requery();
+  lists.find_first("ReferenceType = " + format_number(reference_type, "0"));
+  return !lists.no_match();
 }
 
-void merge_frequencies(std::int32_t reference_type, std::span<const float> given) {
-  const std::vector<float> frequencies = present_frequencies(given);
+}  // namespace
+
+void join_frequency_list(std::int32_t reference_type, std::span<const float> given) {
+  std::vector<float> frequencies;
+  std::ranges::copy_if(given, std::back_inserter(frequencies), has_place);
   dao::Recordset row = open_survey().database.open_recordset(
       "SELECT * FROM ReadingsFrequencyTable WHERE ReferenceType = " + format_number(reference_type, "0"));
   if (row.eof()) {
@@ -104,29 +124,21 @@ void merge_frequencies(std::int32_t reference_type, std::span<const float> given
   row.update();
 }
 
-/// Makes the row of a reference type the current one. @return false if it has none
-bool find_list(dao::Recordset& lists, std::int32_t reference_type) {
-  lists.requery();
-  lists.find_first("ReferenceType = " + format_number(reference_type, "0"));
-  return !lists.no_match();
-}
-
-}  // namespace
-
 int add_reading_frequencies(std::int32_t reference_type, float /*scan_rate*/,
                             std::span<const float> frequencies) {
   return trap_errors("An error occurred while adding the frequency data: ",
-                     [&] { merge_frequencies(reference_type, frequencies); });
+                     [&] { join_frequency_list(reference_type, frequencies); });
+}
+
+Frequencies read_frequency_list(std::int32_t reference_type) {
+  dao::Recordset& lists = open_survey().frequency_lists;
+  return find_list(lists, reference_type) ? read_flags(lists) : Frequencies{};
 }
 
 std::optional<Frequencies> load_reference_frequencies(std::int32_t reference_type) {
   Frequencies frequencies;
-  const int status = trap_errors("An error occurred while creating the frequency lists: ", [&] {
-    dao::Recordset& lists = open_survey().frequency_lists;
-    if (find_list(lists, reference_type)) {
-      frequencies = read_flags(lists);
-    }
-  });
+  const int status = trap_errors("An error occurred while creating the frequency lists: ",
+                                 [&] { frequencies = read_frequency_list(reference_type); });
   return status == 0 ? std::optional(std::move(frequencies)) : std::nullopt;
 }
 
@@ -152,16 +164,12 @@ int save_frequency_selection(std::int32_t reference_type, const Frequencies& sel
   });
 }
 
-const Frequencies* FrequencyLists::of(std::int32_t reference_type) {
+const Frequencies& FrequencyLists::of(std::int32_t reference_type) {
   auto found = lists_.find(reference_type);
   if (found == lists_.end()) {
-    auto frequencies = load_reference_frequencies(reference_type);
-    if (!frequencies) {
-      return nullptr;
-    }
-    found = lists_.emplace(reference_type, std::move(*frequencies)).first;
+    found = lists_.emplace(reference_type, read_frequency_list(reference_type)).first;
   }
-  return &found->second;
+  return found->second;
 }
 
 }  // namespace Module_database

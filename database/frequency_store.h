@@ -1,4 +1,5 @@
-// frequency_store.h: the list of all frequencies ever stored under a reference type.
+// frequency_store.h: the list of all frequencies ever stored under a reference type. Frequencies that are
+// absent, 0 or negative are in no list, also where an earlier version has stored them.
 #pragma once
 #include <cstdint>
 #include <map>
@@ -15,7 +16,13 @@ namespace Module_database {
 /// @return 0, or -1 after a message; the list is then as before
 int add_reading_frequencies(std::int32_t reference_type, float scan_rate, std::span<const float> frequencies);
 
-/// The list of a reference type; empty if the type has none. @return nothing after a message
+/// The same. Throws dao::Error.
+void join_frequency_list(std::int32_t reference_type, std::span<const float> given);
+
+/// The list of a reference type; empty if the type has none. Throws dao::Error.
+Frequencies read_frequency_list(std::int32_t reference_type);
+
+/// The same. @return nothing after a message
 std::optional<Frequencies> load_reference_frequencies(std::int32_t reference_type);
 
 /// Loads the list of the current reference type into session().frequencies.
@@ -30,8 +37,8 @@ std::optional<Frequencies> load_reference_frequencies(std::int32_t reference_typ
 /// adds no frequencies.
 class FrequencyLists {
  public:
-  /// @return null after a message
-  const Frequencies* of(std::int32_t reference_type);
+  /// Throws dao::Error.
+  const Frequencies& of(std::int32_t reference_type);
 
  private:
   std::map<std::int32_t, Frequencies> lists_;

@@ -138,6 +138,8 @@ void upgrade(dao::Database& database) {
   }
   database.execute("UPDATE ReadingsDataTable SET DataType  = 'ExHy' WHERE DataType  = 'Ex'");
   database.execute("UPDATE ReadingsDataTable SET DataType  = 'EyHx' WHERE DataType  = 'Ey'");
+  // Merged curves from files were kept at the rate that was typed, where none looks for a merged curve.
+  database.execute("UPDATE ReadingsDataTable SET SampleRate = 0 WHERE ReductionType = 2 AND SampleRate <> 0");
   create_search_indexes(database);
   transaction.commit();
 }

@@ -43,6 +43,14 @@ void Curve::assign(std::size_t n) {
   mask.assign(n * mask_count, 0);
 }
 
+void Curve::append(const Curve& source, std::size_t index) {
+  const auto first_value = source.data.begin() + static_cast<std::ptrdiff_t>(index * field_count);
+  const auto first_mask = source.mask.begin() + static_cast<std::ptrdiff_t>(index * mask_count);
+  frequencies.push_back(source.frequencies[index]);
+  data.insert(data.end(), first_value, first_value + field_count);
+  mask.insert(mask.end(), first_mask, first_mask + mask_count);
+}
+
 StoredReading read_reading(const dao::Recordset& row) {
   StoredReading reading;
   const std::int32_t count = row.get_long("NumFrequencies");

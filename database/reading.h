@@ -4,12 +4,14 @@
 // a mask value is 1 for a point that counts and 0 for a masked one. Field numbers count from 1, as everywhere
 // in the field.
 #pragma once
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "core/absent_value.h"
 #include "platform/dao/recordset.h"
 
 namespace Module_database {
@@ -51,6 +53,8 @@ struct Curve {
   [[nodiscard]] std::size_t count() const { return frequencies.size(); }
   /// Sets the size to n frequencies, everything 0.
   void assign(std::size_t n);
+  /// Copies a point of another curve behind the last one.
+  void append(const Curve& source, std::size_t index);
   float& value(int field_number, std::size_t index) {
     return data[index * field_count + static_cast<std::size_t>(field_number - 1)];
   }
@@ -62,6 +66,18 @@ struct Curve {
   }
   [[nodiscard]] std::int32_t counts_at(int field_number, std::size_t index) const {
     return mask[index * mask_count + static_cast<std::size_t>(field_number - 1)];
+  }
+  /// Whether there is a value: neither absent nor an overflow.
+  [[nodiscard]] bool is_present(int field_number, std::size_t index) const {
+    const float present = value(field_number, index);
+    return std::isfinite(present) && !is_absent(double{present});
+  }
+  /// Whether resistivity (1) or phase (2) of a point takes part in averages, output and inversions: it isn't
+  /// masked, there is a value, and its frequency is above 0. A mask alone doesn't tell: that of a derived
+  /// curve stays when its value goes, and files come with frequencies of 0 and below.
+  [[nodiscard]] bool point_counts(int field_number, std::size_t index) const {
+    return counts_at(field_number, index) == 1 && is_present(field_number, index) &&
+           frequencies[index] > 0.0F;
   }
 };
 

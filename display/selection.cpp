@@ -6,7 +6,6 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
-#include "core/undo_stack.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
 #include "display/plan_view.h"
@@ -54,7 +53,6 @@ void clear_selection() {
   state.current_dipole = 0.0F;
   state.current_scan_rate = 0.0;
   averaged::reset_data_sets();
-  Module_Brenlox::clear_undo();
   session().plan_window = {};
 }
 
@@ -267,7 +265,6 @@ Redisplay choose_line(std::int32_t list_index, const std::string& line) {
       list_index >= session().line_count) {
     return {};
   }
-  Module_Brenlox::clear_undo();
   session().current_line_index = list_index + 1;
   return reselect();
 }
@@ -276,7 +273,6 @@ Redisplay choose_data_type(const std::string& data_type) {
   if (session().updating_controls || data_type == session().current_data_type) {
     return {};
   }
-  Module_Brenlox::clear_undo();
   session().current_data_type = data_type;
   return reselect();
 }
@@ -285,7 +281,6 @@ Redisplay choose_reference_type(std::int32_t reference_type) {
   if (reference_type == session().current_reference_type) {
     return {};
   }
-  Module_Brenlox::clear_undo();
   session().current_reference_type = reference_type;
   const int status = Module_database::load_selected_frequencies();
   Redisplay redisplay = reselect();
@@ -298,17 +293,21 @@ Redisplay choose_dipole(float dipole) {
     return {};
   }
   session().current_dipole = dipole;
-  Module_Brenlox::clear_undo();
   Redisplay redisplay;
   redisplay.close_rhoplus_results = true;
   return redisplay;
 }
 
 Redisplay choose_scan_rate(const std::string& scan_rate_text) {
-  if (!is_numeric(scan_rate_text) || scan_rate_text == plain_text(session().current_scan_rate)) {
+  if (!is_numeric(scan_rate_text) ||
+      scan_rate_text == plain_text(static_cast<float>(session().current_scan_rate))) {
     return {};
   }
-  session().current_scan_rate = numeric_value(scan_rate_text);
+  // A list shows seven digits; readings are looked up by the stored single, which may need more.
+  const std::vector<float>& rates = averaged::data_sets().station.scan_rates;
+  const auto listed = std::ranges::find(rates, scan_rate_text, [](float rate) { return plain_text(rate); });
+  session().current_scan_rate =
+      listed == rates.end() ? numeric_value(scan_rate_text) : decimal_of_single(*listed);
   Redisplay redisplay;
   redisplay.failed = averaged::load_selected_repeats() != 0;
   redisplay.draw_raw = true;

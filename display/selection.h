@@ -28,8 +28,8 @@ struct SelectionLists {
 };
 
 /// Reads the lists and the stations of the open survey, selects the first line, dipole and reference type and
-/// the principal data type, loads the frequency list, and fits the plan. No station is selected yet. Drops
-/// what could be undone. Has effect whatever updating_controls says.
+/// the principal data type, loads the frequency list, and fits the plan. No station is selected yet. Has
+/// effect whatever updating_controls says.
 /// @param lists empty from where the survey has nothing to show
 /// @return 0, or -1 after a message
 [[nodiscard]] int fill_selection_lists(SelectionLists& lists);

@@ -1,5 +1,6 @@
 // import_report.h: what an import did with each of its files.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@ struct ImportReport {
   std::vector<formats::FileReport> files;
   std::vector<ScannedStation> stations;  // those found, each once, in the order of the files
   bool stopped = false;                  // the user stopped the run
+  std::size_t groups_skipped = 0;        // of readings that could not be averaged or merged
 
   /// A file has something to tell, or Ey was turned in one.
   [[nodiscard]] bool has_remarks() const;

@@ -12,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "core/undo_stack.h"
 #include "database/frequency_store.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
@@ -21,8 +22,9 @@
 #include "import/readers/reader_table.h"
 #include "import/store_blocks.h"
 #include "projections/survey_projection.h"
-#include "reduction/averages.h"
+#include "reduction/computed_rows.h"
 #include "reduction/each_item.h"
+#include "reduction/skipped_groups.h"
 #include "reduction/stored_keys.h"
 
 namespace Module_data_file {
@@ -34,6 +36,7 @@ namespace {
 using Module_averaged_data::each_item;
 using Module_averaged_data::EachItemRules;
 using Module_averaged_data::Outcome;
+using Module_averaged_data::SkippedGroups;
 using Module_averaged_data::WorkProgress;
 using Module_database::open_survey;
 using Module_database::ReadingKey;
@@ -213,26 +216,19 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Rea
   return outcome;
 }
 
-int average_station(const ReadingRecord& record, const ScannedStation& scanned,
-                    Module_database::FrequencyLists& lists) {
+void average_station(const ReadingRecord& record, const ScannedStation& scanned,
+                     Module_database::FrequencyLists& lists, SkippedGroups& skipped) {
   const Module_database::StationRows place = Module_database::find_station(
       Module_database::StationSearch::look_up, scanned.LineNumber, scanned.Station);
   if (place.StationID < 0) {
-    return 0;
-  }
-  const Frequencies* const frequencies = lists.of(scanned.ReferenceType);
-  if (frequencies == nullptr) {
-    return -1;
+    return;
   }
   for (const std::string& data_type : record.scanned_types) {
     const ReadingKey key{scanned.LineNumber, scanned.Station, scanned.ReferenceType,
                          scanned.SampleRate, data_type,       scanned.DipoleLength};
-    Module_database::StoredReading ignored;
-    if (Module_averaged_data::average_repeats_at(place, key, *frequencies, ignored) != 0) {
-      return -1;
-    }
+    skipped.attempt(key,
+                    [&] { Module_averaged_data::compute_average(place, key, lists.of(key.reference_type)); });
   }
-  return 0;
 }
 
 std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
@@ -251,29 +247,45 @@ std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
   return keys;
 }
 
-int merge_station(const ReadingKey& key, Module_database::FrequencyLists& lists) {
-  const Frequencies* const frequencies = lists.of(key.reference_type);
-  Module_database::StoredReading ignored;
-  return frequencies == nullptr ? -1 : Module_averaged_data::merge_scan_rates(key, *frequencies, ignored);
+void merge_station(const ReadingKey& key, Module_database::FrequencyLists& lists, SkippedGroups& skipped) {
+  skipped.attempt(key, [&] {
+    const Module_database::StationRows place =
+        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
+    Module_averaged_data::compute_merged(place, key, lists.of(key.reference_type));
+  });
 }
 
-Outcome reduce_touched(const ReadingRecord& record, bool may_stop) {
+/// Brings averages and merged curves of what was stored up to date. A stop doesn't end it: readings without
+/// their curves would be seen nowhere.
+void reduce_touched(const ReadingRecord& record, ImportReport& report) {
   if (record.scan_list.empty()) {
-    return Outcome::finished;
+    return;
   }
-  const EachItemRules rules{.items_per_commit = stations_per_commit, .may_stop = may_stop};
-  WorkProgress progress("Averaging repeats", record.scan_list.size());
+  const EachItemRules rules{.items_per_commit = stations_per_commit, .may_stop = false};
+  bool finishing = report.stopped;
+  const auto caption = [&](const char* what) { return finishing ? "Finishing: averages" : what; };
+  WorkProgress progress(caption("Averaging repeats"), record.scan_list.size());
   Module_database::FrequencyLists lists;
-  const Outcome averages = each_item(
-      progress, [&](std::size_t index) { return average_station(record, record.scan_list[index], lists); },
-      rules);
-  if (averages != Outcome::finished) {
-    return averages;
-  }
+  SkippedGroups skipped;
+  const auto each = [&](const std::function<void(std::size_t)>& work) {
+    (void)each_item(
+        progress,
+        [&](std::size_t index) {
+          if (!finishing && user_interface().stop_requested()) {
+            finishing = true;
+            progress.rename(caption(""));
+          }
+          work(index);
+          return 0;
+        },
+        rules);
+  };
+  each([&](std::size_t index) { average_station(record, record.scan_list[index], lists, skipped); });
   const std::vector<ReadingKey> keys = merge_keys(record);
-  progress.begin("Merging scan rates", keys.size());
-  return each_item(
-      progress, [&](std::size_t index) { return merge_station(keys[index], lists); }, rules);
+  progress.begin(caption("Merging scan rates"), keys.size());
+  each([&](std::size_t index) { merge_station(keys[index], lists, skipped); });
+  report.groups_skipped = skipped.count();
+  skipped.tell(std::string(averaging_failed));
 }
 
 // The files after the one that ended the run are listed as well, so that no file is missing from the report.
@@ -295,13 +307,7 @@ int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& r
   if (mode == ImportMode::scan) {
     return imported == Outcome::failed ? -1 : 0;
   }
-  // Also after a stop, which ended the reading of files: the averages of what was stored by then must be
-  // current.
-  const int reduced = trap_errors(averaging_failed, [&] {
-    const Outcome outcome = reduce_touched(record, !report.stopped);
-    report.stopped = report.stopped || outcome == Outcome::stopped;
-    return outcome == Outcome::failed ? -1 : 0;
-  });
+  const int reduced = trap_errors(averaging_failed, [&] { reduce_touched(record, report); });
   return imported == Outcome::failed ? -1 : reduced;
 }
 
@@ -314,6 +320,9 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
   report = ImportReport{};
   if (test_choices(mode, record) != 0) {
     return -1;
+  }
+  if (mode == ImportMode::import) {
+    Module_Brenlox::clear_undo();  // rows that it would go back to may be replaced
   }
   const BusyPointer busy;
   const int result = run(mode, files, record, report, file_begins);

@@ -14,8 +14,10 @@ using FileBegins = std::function<void(const std::string& file)>;
 
 /// Reads each file in turn into the open survey (or only counts its stations), then brings averages and
 /// merged curves of the stations it stored readings for up to date. Each file is one transaction. Progress is
-/// shown and a stop is asked for between files and between stations; what was stored by then stays. A fault
-/// in the choices is one message and ends the run before anything is stored.
+/// shown and a stop is asked for between files; what was stored by then stays and gets its averages and
+/// merged curves all the same. Groups of readings that can't be reduced are skipped, and one message at the
+/// end names the first ones. A fault in the choices is one message and ends the run before anything is
+/// stored. An import drops what could be undone.
 /// @param report one entry for each file, in their order
 /// @param file_begins called with each file before it is read
 /// @return 0; -1 if the run was ended by a fault of the choices or by a failure that is not one file's

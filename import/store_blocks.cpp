@@ -86,6 +86,11 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
   record.FileID = files.get_long("ID");
 }
 
+/// A merged curve belongs to no scan rate, whatever was typed or is in the name of its file.
+float stored_rate(const ReadingRecord& record) {
+  return record.choices.ReductionType == Module_database::reduction_merged ? 0.0F : record.SampleRate;
+}
+
 void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::string_view data_type) {
   readings.set_long("FileID", record.FileID);
   readings.set_long("StationID", record.StationID);
@@ -97,7 +102,7 @@ void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::s
   readings.set_long("ReductionType", record.choices.ReductionType);
   readings.set_text("DataType", data_type);
   readings.set_single("DipoleLength", record.DipoleLength);
-  readings.set_single("SampleRate", record.SampleRate);
+  readings.set_single("SampleRate", stored_rate(record));
   readings.set_single("ResOffset", 1.0F);
   readings.set_single("PhaseOffset", 0.0F);
   readings.set_single("MergeFrequency", -1.0F);  // none was chosen
@@ -110,7 +115,7 @@ void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::s
 void store_data(const ReadingRecord& record, std::string_view data_type) {
   dao::Recordset& readings = Module_database::open_survey().readings;
   readings.find_first("FileID = " + format_number(record.FileID, "0") +
-                      " AND SampleRate = " + criterion_text(record.SampleRate) +
+                      " AND SampleRate = " + criterion_text(stored_rate(record)) +
                       " AND EventNumber = " + format_number(record.EventNumber, "0") + " AND DataType = '" +
                       std::string(data_type) + "'");
   if (readings.no_match()) {

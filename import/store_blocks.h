@@ -20,7 +20,7 @@ struct StoreNotes {
 
 /// Writes the curve of the record, brought into ascending order of frequency, as one reading, and adds
 /// its frequencies to the frequency list. Within a file a reading is the same if data type, event and scan
-/// rate are the same; it is written over.
+/// rate are the same; it is written over. A merged reading is stored with a scan rate of 0.
 /// @return 0; -1 if the curve had to be sorted (it is stored all the same), or after a message
 [[nodiscard]] int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNotes& notes);
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/absent_value.h"
 #include "core/frequency_text.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -24,28 +23,31 @@ struct Datum {
   bool used = false;
 };
 
+/// A value, or 0 where there is none: no file is given the mark of an absent value.
+float value_or_zero(const Curve& curve, int field, std::size_t position) {
+  return curve.is_present(field, position) ? curve.value(field, position) : 0.0F;
+}
+
 Datum resistivity_at(const Curve& curve, std::size_t position, float scale, float floor_percent) {
-  const float value = curve.value(Module_database::field_resistivity, position);
+  using namespace Module_database;
   Datum rho;
-  rho.used = curve.counts_at(Module_database::field_resistivity, position) == 1 && !is_absent(value);
-  rho.value = scale * (rho.used ? value : curve.value(Module_database::field_all_resistivity, position));
-  rho.error = scale * curve.value(rho.used ? Module_database::field_resistivity_deviation
-                                           : Module_database::field_all_resistivity_deviation,
-                                  position);
+  rho.used = curve.point_counts(field_resistivity, position);
+  rho.value = scale * value_or_zero(curve, rho.used ? field_resistivity : field_all_resistivity, position);
+  rho.error =
+      scale * value_or_zero(curve, rho.used ? field_resistivity_deviation : field_all_resistivity_deviation,
+                            position);
   rho.value = std::max(rho.value, min_resistivity);
   rho.error = std::max({rho.error, std::abs(rho.value) * floor_percent / 100.0F, min_resistivity_error});
   return rho;
 }
 
 Datum phase_at(const Curve& curve, std::size_t position, const RhoplusSettings& settings) {
-  const float value = curve.value(Module_database::field_phase, position);
+  using namespace Module_database;
   Datum phi;
-  phi.used = curve.counts_at(Module_database::field_phase, position) == 1 && !is_absent(value) &&
-             !(settings.exclude_negative_phase == 1 && value <= 0.0F);
-  phi.value = phi.used ? value : curve.value(Module_database::field_all_phase, position);
-  phi.error = curve.value(
-      phi.used ? Module_database::field_phase_deviation : Module_database::field_all_phase_deviation,
-      position);
+  phi.used = curve.point_counts(field_phase, position) &&
+             !(settings.exclude_negative_phase == 1 && curve.value(field_phase, position) <= 0.0F);
+  phi.value = value_or_zero(curve, phi.used ? field_phase : field_all_phase, position);
+  phi.error = value_or_zero(curve, phi.used ? field_phase_deviation : field_all_phase_deviation, position);
   phi.error = std::max(phi.error, settings.phase_error_floor);
   return phi;
 }

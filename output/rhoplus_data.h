@@ -30,10 +30,10 @@ struct RhoplusTables {
   std::string frequency_lines;  // of the control file: all enabled frequencies, also of rows left out
 };
 
-/// The rows of a merged curve at the enabled ones of its reference type's frequencies. Masked points have the
-/// statistics of all values present and are marked as unused. Empty if the reading or both of its
-/// quantities are switched off, or if no resistivity is used: phases alone leave the level of resistivity
-/// free.
+/// The rows of a merged curve at the enabled ones of its reference type's frequencies. Points that don't
+/// count, as they are masked or absent, have the statistics of all values present, or 0, and are marked as
+/// unused. Empty if the reading or both of its quantities are switched off, or if no resistivity is used:
+/// phases alone leave the level of resistivity free.
 RhoplusTables rhoplus_tables(const Module_database::StoredReading& merged, const Frequencies& frequencies,
                              const RhoplusSettings& settings);
 

@@ -83,8 +83,8 @@ int add_curve(double station, const StoredReading& merged, const Frequencies& fr
   const Module_database::Curve& curve = merged.curve;
   for (std::size_t index = 0; index < curve.count(); ++index) {
     if (frequencies.enabled_position(curve.frequencies[index]) >= 0 &&
-        curve.counts_at(Module_database::field_resistivity, index) == 1 &&
-        curve.counts_at(Module_database::field_phase, index) == 1) {
+        curve.point_counts(Module_database::field_resistivity, index) &&
+        curve.point_counts(Module_database::field_phase, index)) {
       avg +=
           avg_row(station, curve.frequencies[index], curve.value(Module_database::field_resistivity, index),
                   curve.value(Module_database::field_phase, index));

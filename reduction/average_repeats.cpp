@@ -2,7 +2,7 @@
 
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
-#include "reduction/averages.h"
+#include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
 #include "reduction/repeat_sums.h"
 
@@ -36,39 +36,42 @@ void store_average(const ReadingKey& key, const StationRows& place, StoredReadin
   const std::string criteria = key_criteria("FileID<0", place.StationID, "ReductionType=1", key);
   Overrides overrides = Overrides::write;
   auto earlier = find_derived_row(criteria);
-  if (earlier && std::cmp_equal(earlier->NumFrequencies, average.curve.count()) &&
-      earlier->edits.curve.mask.size() == average.curve.mask.size()) {
-    earlier->edits.curve.frequencies = std::move(average.curve.frequencies);
-    earlier->edits.curve.data = std::move(average.curve.data);
-    average = std::move(earlier->edits);
+  if (earlier && earlier->curve.count() == average.curve.count()) {
+    average.curve.mask = kept_mask(earlier->curve, average.curve);
+    earlier->curve = std::move(average.curve);
+    average = std::move(*earlier);
     overrides = Overrides::keep;
   } else if (earlier) {
-    average.ID = earlier->edits.ID;
+    average.ID = earlier->ID;
   }
   store_derived_row(criteria, reduction_averaged, average_merge_frequency, key, place, overrides, average);
 }
 
 }  // namespace
 
+StoredReading compute_average(const StationRows& place, const ReadingKey& key,
+                              const Frequencies& frequencies) {
+  StoredReading average;
+  average.curve = average_of_repeats(key, place.StationID, frequencies);
+  if (average.curve.count() == 0) {
+    return {};
+  }
+  store_average(key, place, average);
+  return average;
+}
+
 int average_repeats_at(const StationRows& place, const ReadingKey& key, const Frequencies& frequencies,
                        StoredReading& average) {
   average = {};
-  return trap_errors(averaging_failed, [&] {
-    StoredReading computed;
-    computed.curve = average_of_repeats(key, place.StationID, frequencies);
-    if (computed.curve.count() > 0) {
-      store_average(key, place, computed);
-      average = std::move(computed);
-    }
-  });
+  return trap_errors(averaging_failed, [&] { average = compute_average(place, key, frequencies); });
 }
 
 int average_repeats(const ReadingKey& key, const Frequencies& frequencies, StoredReading& average) {
   average = {};
   return trap_errors(averaging_failed, [&] {
-    return average_repeats_at(
+    average = compute_average(
         Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station), key,
-        frequencies, average);
+        frequencies);
   });
 }
 

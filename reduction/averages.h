@@ -1,6 +1,7 @@
 // averages.h: from repeats to averages and from averages to merged curves.
 //
-// All procedures need an open survey. Each returns 0, or -1 after a message; its result then has ID 0.
+// All procedures need an open survey. Each returns 0, or -1 after a message; its result then has ID 0. Those
+// of computed_rows.h do the same without messages.
 //
 // `frequencies` is the list of the key's reference type: an average has no other frequencies. The procedures
 // that end in _at work at a station whose rows have been found already; the others look it up once.
@@ -34,7 +35,8 @@ enum class AllowRaw { no, yes };  // whether a file of already reduced data will
 [[nodiscard]] int merge_scan_rates_at(const StationRows& place, const ReadingKey& key,
                                       const Frequencies& frequencies, StoredReading& merged);
 
-/// The stored average (reduction 1) or merged curve (reduction 2) of a key, computed if it is missing.
+/// The stored average (reduction 1) or merged curve (reduction 2) of a key, computed if it is missing, or if
+/// an earlier version has computed it with frequencies of 0 and below.
 /// @param reading ID 0 if there is none and none can be computed
 [[nodiscard]] int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const ReadingKey& key,
                                       const Frequencies& frequencies, StoredReading& reading);
@@ -42,8 +44,9 @@ enum class AllowRaw { no, yes };  // whether a file of already reduced data will
                                      const ReadingKey& key, const Frequencies& frequencies,
                                      StoredReading& reading);
 
-/// Rebuilds all averages, then all merged curves of the survey, with progress; can be stopped between
-/// stations, and what was rebuilt by then is kept.
+/// Rebuilds all averages and merged curves of the survey, with progress. It can be stopped between stations:
+/// what was rebuilt by then is kept, and the user is told how many stations keep their earlier curves. A
+/// group of readings that can't be reduced is skipped; one message at the end names the first ones.
 [[nodiscard]] int recalculate_merged();
 
 }  // namespace Module_averaged_data

@@ -1,13 +1,60 @@
 #include "reduction/derived_rows.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "database/survey_database.h"
 
 namespace Module_averaged_data {
 
+using Module_database::Curve;
 using Module_database::ReadingKey;
 using Module_database::StoredReading;
+
+namespace {
+
+/// Takes the bytes of a column if they are as many as the array's.
+template <class T>
+bool take_bytes(const dao::Bytes& bytes, std::vector<T>& values) {
+  if (bytes.size() != values.size() * sizeof(T)) {
+    return false;
+  }
+  std::memcpy(values.data(), bytes.data(), bytes.size());
+  return true;
+}
+
+/// Keeps the points with a frequency above 0.
+Curve with_positive_frequencies(const Curve& curve) {
+  Curve kept;
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    if (curve.frequencies[index] > 0.0F) {
+      kept.append(curve, index);
+    }
+  }
+  return kept;
+}
+
+/// The curve of a derived row as far as it can be read: it is about to be computed again.
+Curve curve_of(const dao::Recordset& row) {
+  Curve curve;
+  const dao::Bytes mask = row.get_binary("MaskBinary");
+  const std::int32_t count = row.get_long("NumFrequencies");
+  if (count < 1 ||
+      mask.size() != static_cast<std::size_t>(count) * Module_database::mask_count * sizeof(std::int32_t)) {
+    return curve;
+  }
+  curve.assign(static_cast<std::size_t>(count));
+  (void)take_bytes(mask, curve.mask);
+  (void)take_bytes(row.get_binary("DataBinary"), curve.data);
+  if (!take_bytes(row.get_binary("FreqBinary"), curve.frequencies)) {
+    std::ranges::fill(curve.frequencies, 1.0F);  // only that they are above 0 is asked
+  }
+  return frequencies_are_positive(curve) ? curve : with_positive_frequencies(curve);
+}
+
+}  // namespace
 
 std::string key_criteria(std::string_view file_test, std::int32_t StationID, std::string_view reduction_test,
                          const ReadingKey& key) {
@@ -17,26 +64,44 @@ std::string key_criteria(std::string_view file_test, std::int32_t StationID, std
          "' AND DipoleLength = " + criterion_text(key.dipole);
 }
 
-std::optional<DerivedRow> find_derived_row(const std::string& criteria) {
+ReadingKey key_of_row(const dao::Recordset& row) {
+  return {row.get_text("LineNumber"),   row.get_double("Station"), row.get_long("ReferenceType"),
+          row.get_single("SampleRate"), row.get_text("DataType"),  row.get_single("DipoleLength")};
+}
+
+bool frequencies_are_positive(const Curve& curve) {
+  return std::ranges::all_of(curve.frequencies, [](float frequency) { return frequency > 0.0F; });
+}
+
+std::optional<StoredReading> find_derived_row(const std::string& criteria) {
   dao::Recordset& readings = Module_database::open_survey().readings;
   readings.find_first(criteria);
   if (readings.no_match()) {
     return std::nullopt;
   }
-  DerivedRow row;
-  row.edits.ID = readings.get_long("ID");
-  row.NumFrequencies = readings.get_long("NumFrequencies");
-  row.edits.UseReading = readings.get_bit("UseReading");
-  row.edits.UseResistivity = readings.get_bit("UseResistivity");
-  row.edits.UsePhase = readings.get_bit("UsePhase");
+  StoredReading stored;
+  stored.ID = readings.get_long("ID");
+  stored.UseReading = readings.get_bit("UseReading");
+  stored.UseResistivity = readings.get_bit("UseResistivity");
+  stored.UsePhase = readings.get_bit("UsePhase");
   const float offset = readings.get_single("ResOffset");
-  row.edits.ResOffset = offset > 0.0F ? offset : 1.0F;
-  row.edits.PhaseOffset = readings.get_single("PhaseOffset");
-  const dao::Bytes mask = readings.get_binary("MaskBinary");
-  if (mask.size() % sizeof(std::int32_t) == 0) {
-    row.edits.curve.mask = Module_database::longs_from(mask);
+  stored.ResOffset = offset > 0.0F ? offset : 1.0F;
+  stored.PhaseOffset = readings.get_single("PhaseOffset");
+  stored.curve = curve_of(readings);
+  return stored;
+}
+
+std::vector<std::int32_t> kept_mask(const Curve& stored, const Curve& computed) {
+  std::vector<std::int32_t> mask = stored.mask;
+  for (std::size_t index = 0; index < computed.count(); ++index) {
+    for (const int field : {Module_database::field_resistivity, Module_database::field_phase}) {
+      std::int32_t& kept = mask[index * Module_database::mask_count + static_cast<std::size_t>(field - 1)];
+      if (kept == 0 && !stored.is_present(field, index) && computed.is_present(field, index)) {
+        kept = 1;
+      }
+    }
   }
-  return row;
+  return mask;
 }
 
 void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,

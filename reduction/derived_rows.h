@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "database/reading.h"
 #include "database/stations.h"
@@ -22,12 +23,21 @@ inline constexpr std::string_view averaging_failed = "An error occurred while ca
 std::string key_criteria(std::string_view file_test, std::int32_t StationID, std::string_view reduction_test,
                          const Module_database::ReadingKey& key);
 
-/// The stored row that answers the criteria, without its curve.
-struct DerivedRow {
-  std::int32_t NumFrequencies = 0;
-  Module_database::StoredReading edits;  // ID, the user's flags, offsets and, where it fits, mask
-};
-std::optional<DerivedRow> find_derived_row(const std::string& criteria);
+/// The key of the current row.
+Module_database::ReadingKey key_of_row(const dao::Recordset& row);
+
+/// The stored row that answers the criteria. Points whose frequency isn't above 0, which earlier versions
+/// averaged, are left out. A row with damaged masks has no curve; damaged values read as 0.
+std::optional<Module_database::StoredReading> find_derived_row(const std::string& criteria);
+
+/// False for a curve that an earlier version computed with frequencies of 0 and below.
+bool frequencies_are_positive(const Module_database::Curve& curve);
+
+/// The masks that a row keeps when its values are computed again, of as many frequencies: those that are
+/// stored, except that a mask of 0 over a value that was absent is nobody's edit and becomes 1 where there is
+/// a value now. A mask of 1 over an absent value stays, so that computing again changes nothing.
+std::vector<std::int32_t> kept_mask(const Module_database::Curve& stored,
+                                    const Module_database::Curve& computed);
 
 enum class Overrides { keep, write };  // whether flags and offsets of the row are written
 

@@ -62,6 +62,13 @@ void WorkProgress::begin(std::string what, std::size_t count) {
   shown_ = -1;
 }
 
+void WorkProgress::rename(std::string what) {
+  what_ = std::move(what);
+  if (shown_ >= 0) {
+    user_interface().show_progress(what_, shown_);
+  }
+}
+
 void WorkProgress::show(std::size_t done, double part) {
   const double share = count_ == 0 ? 1.0 : (static_cast<double>(done) + part) / static_cast<double>(count_);
   const int percent = static_cast<int>(100.0 * share);

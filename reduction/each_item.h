@@ -20,6 +20,9 @@ class WorkProgress {
   /// Begins another loop on the same display.
   void begin(std::string what, std::size_t count);
 
+  /// Goes on with another text.
+  void rename(std::string what);
+
   /// @param part share of the next item that is done, 0 to 1
   void show(std::size_t done, double part = 0.0);
 

@@ -11,6 +11,8 @@ namespace Module_averaged_data {
 
 using Module_database::Curve;
 using Module_database::field_count;
+using Module_database::field_phase;
+using Module_database::field_resistivity;
 using Module_database::mask_count;
 using Module_database::StoredReading;
 
@@ -18,15 +20,13 @@ namespace {
 
 /// What an average contributes at one of its points: corrected resistivity and phase, if they count.
 std::array<std::optional<float>, mask_count> contribution(const StoredReading& average, std::size_t index) {
-  const float resistivity = average.curve.data[index * field_count];
-  const float phase = average.curve.data[index * field_count + 1];
-  const std::int32_t* const mask = &average.curve.mask[index * mask_count];
+  const Curve& curve = average.curve;
   std::array<std::optional<float>, mask_count> result;
-  if (mask[0] == 1 && average.UseResistivity && resistivity > no_data) {
-    result[0] = resistivity * average.ResOffset;
+  if (average.UseResistivity && curve.point_counts(field_resistivity, index)) {
+    result[0] = curve.value(field_resistivity, index) * average.ResOffset;
   }
-  if (mask[1] == 1 && average.UsePhase && phase > no_data) {
-    result[1] = phase + average.PhaseOffset;
+  if (average.UsePhase && curve.point_counts(field_phase, index)) {
+    result[1] = curve.value(field_phase, index) + average.PhaseOffset;
   }
   return result;
 }
@@ -37,17 +37,8 @@ void reserve(Curve& curve, std::size_t count) {
   curve.mask.reserve(count * mask_count);
 }
 
-/// Copies a point as it is.
-void append_point(Curve& curve, const Curve& source, std::size_t index) {
-  const auto data = source.data.begin() + static_cast<std::ptrdiff_t>(index * field_count);
-  const auto mask = source.mask.begin() + static_cast<std::ptrdiff_t>(index * mask_count);
-  curve.frequencies.push_back(source.frequencies[index]);
-  curve.data.insert(curve.data.end(), data, data + field_count);
-  curve.mask.insert(curve.mask.end(), mask, mask + mask_count);
-}
-
 void append_contribution(Curve& merged, const StoredReading& average, std::size_t index) {
-  append_point(merged, average.curve, index);
+  merged.append(average.curve, index);
   const auto values = contribution(average, index);
   float* const data = &merged.data[merged.data.size() - field_count];
   std::int32_t* const contributions = &merged.mask[merged.mask.size() - mask_count];
@@ -81,9 +72,13 @@ void add_to_last(Curve& merged, const StoredReading& average, std::size_t index)
 
 void MergedCurve::add(const StoredReading& average) {
   const std::size_t added = average.curve.count();
+  const auto& frequencies = average.curve.frequencies;
+  // Averages that came from files may begin with frequencies that have no place on the axis.
+  const auto first = static_cast<std::size_t>(
+      std::ranges::find_if(frequencies, [](float f) { return f > 0.0F; }) - frequencies.begin());
   if (merged_.count() == 0) {  // the first average keeps its points as they are, also two of one frequency
     reserve(merged_, added);
-    for (std::size_t index = 0; index < added; ++index) {
+    for (std::size_t index = first; index < added; ++index) {
       append_contribution(merged_, average, index);
     }
     return;
@@ -91,10 +86,10 @@ void MergedCurve::add(const StoredReading& average) {
   const Curve earlier = std::exchange(merged_, {});
   reserve(merged_, earlier.count() + added);
   std::size_t taken = 0;
-  for (std::size_t index = 0; index < added; ++index) {
-    const float frequency = average.curve.frequencies[index];
+  for (std::size_t index = first; index < added; ++index) {
+    const float frequency = frequencies[index];
     for (; taken < earlier.count() && earlier.frequencies[taken] <= frequency; ++taken) {
-      append_point(merged_, earlier, taken);
+      merged_.append(earlier, taken);
     }
     if (merged_.count() > 0 && merged_.frequencies.back() == frequency) {
       add_to_last(merged_, average, index);
@@ -103,7 +98,7 @@ void MergedCurve::add(const StoredReading& average) {
     }
   }
   for (; taken < earlier.count(); ++taken) {
-    append_point(merged_, earlier, taken);
+    merged_.append(earlier, taken);
   }
 }
 

@@ -14,7 +14,7 @@ namespace Module_averaged_data {
 /// A value that is masked, switched off or absent contributes nothing; its frequency still has its place.
 class MergedCurve {
  public:
-  /// Adds one average. Frequencies are compared exactly.
+  /// Adds one average. Frequencies are compared exactly; those that aren't above 0 are left out.
   void add(const Module_database::StoredReading& average);
 
   [[nodiscard]] std::size_t count() const { return merged_.count(); }

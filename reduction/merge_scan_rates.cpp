@@ -4,7 +4,7 @@
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
-#include "reduction/averages.h"
+#include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
 #include "reduction/merge_curves.h"
 
@@ -29,77 +29,67 @@ std::vector<float> scan_rates_of(const ReadingKey& key, std::int32_t StationID) 
   return scan_rates;
 }
 
-/// Adds the averages of all scan rates that are switched on. @return -1 when one could not be had
-int add_averages(const StationRows& place, ReadingKey key, const Frequencies& frequencies,
-                 MergedCurve& merged) {
+/// Adds the averages of all scan rates that are switched on.
+void add_averages(const StationRows& place, ReadingKey key, const Frequencies& frequencies,
+                  MergedCurve& merged) {
   for (const float scan_rate : scan_rates_of(key, place.StationID)) {
     key.scan_rate = scan_rate;
-    StoredReading average;
-    if (reduced_reading_at(place, reduction_averaged, AllowRaw::yes, key, frequencies, average) != 0) {
-      return -1;
-    }
+    const StoredReading average = find_or_compute(place, reduction_averaged, AllowRaw::yes, key, frequencies);
     if (average.ID != 0 && average.UseReading && (average.UseResistivity || average.UsePhase)) {
       merged.add(average);
     }
   }
-  return 0;
 }
 
 /// Stores a merged curve. Flags and offsets of an earlier one stay; its masks stay as long as it has as many
 /// frequencies.
-int store_merged(const ReadingKey& key, const StationRows& place, StoredReading& merged) {
+void store_merged(const ReadingKey& key, const StationRows& place, StoredReading& merged) {
   const std::string criteria = key_criteria("FileID<0", place.StationID, "ReductionType=2", key);
   auto earlier = find_derived_row(criteria);
-  const bool same_count = earlier && std::cmp_equal(earlier->NumFrequencies, merged.curve.count());
+  const bool same_count = earlier && earlier->curve.count() == merged.curve.count();
+  if (same_count) {
+    merged.curve.mask = kept_mask(earlier->curve, merged.curve);
+  }
   if (earlier) {
-    const bool keep_mask = same_count && earlier->edits.curve.mask.size() == merged.curve.mask.size();
-    earlier->edits.curve.frequencies = std::move(merged.curve.frequencies);
-    earlier->edits.curve.data = std::move(merged.curve.data);
-    if (!keep_mask) {
-      earlier->edits.curve.mask = std::move(merged.curve.mask);
-    }
-    merged = std::move(earlier->edits);
+    earlier->curve = std::move(merged.curve);
+    merged = std::move(*earlier);
   }
   store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,
                     earlier ? Overrides::keep : Overrides::write, merged);
-  if (same_count) {
-    return 0;
+  if (!same_count) {
+    Module_database::join_frequency_list(key.reference_type, merged.curve.frequencies);
   }
-  return Module_database::add_reading_frequencies(key.reference_type, merged_scan_rate,
-                                                  merged.curve.frequencies);
 }
 
 }  // namespace
 
+StoredReading compute_merged(const StationRows& place, const ReadingKey& key,
+                             const Frequencies& frequencies) {
+  MergedCurve curve;
+  add_averages(place, key, frequencies, curve);
+  if (curve.count() == 0) {
+    return {};
+  }
+  StoredReading merged;
+  merged.curve = curve.finish();
+  ReadingKey merged_key = key;
+  merged_key.scan_rate = merged_scan_rate;
+  store_merged(merged_key, place, merged);
+  return merged;
+}
+
 int merge_scan_rates_at(const StationRows& place, const ReadingKey& key, const Frequencies& frequencies,
                         StoredReading& merged) {
   merged = {};
-  return trap_errors(averaging_failed, [&] {
-    MergedCurve curve;
-    if (add_averages(place, key, frequencies, curve) != 0) {
-      return -1;
-    }
-    if (curve.count() == 0) {
-      return 0;
-    }
-    StoredReading computed;
-    computed.curve = curve.finish();
-    ReadingKey merged_key = key;
-    merged_key.scan_rate = merged_scan_rate;
-    if (store_merged(merged_key, place, computed) != 0) {
-      return -1;
-    }
-    merged = std::move(computed);
-    return 0;
-  });
+  return trap_errors(averaging_failed, [&] { merged = compute_merged(place, key, frequencies); });
 }
 
 int merge_scan_rates(const ReadingKey& key, const Frequencies& frequencies, StoredReading& merged) {
   merged = {};
   return trap_errors(averaging_failed, [&] {
-    return merge_scan_rates_at(
+    merged = compute_merged(
         Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station), key,
-        frequencies, merged);
+        frequencies);
   });
 }
 

@@ -4,7 +4,7 @@
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
-#include "reduction/averages.h"
+#include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
 
 namespace Module_averaged_data {
@@ -33,32 +33,36 @@ std::string_view failure_text(std::int32_t reduction) {
 
 }  // namespace
 
+StoredReading find_or_compute(const StationRows& place, std::int32_t reduction, AllowRaw allow_raw,
+                              const ReadingKey& key, const Frequencies& frequencies) {
+  auto stored = stored_reading("FileID<0", place.StationID, reduction, key);
+  if (stored && frequencies_are_positive(stored->curve)) {
+    return std::move(*stored);
+  }
+  const auto compute = reduction == reduction_averaged ? compute_average : compute_merged;
+  if (StoredReading computed = compute(place, key, frequencies); computed.ID != 0) {
+    return computed;
+  }
+  if (!stored && allow_raw == AllowRaw::yes) {
+    stored = stored_reading("FileID>0", place.StationID, reduction, key);
+  }
+  return std::move(stored).value_or(StoredReading{});
+}
+
 int reduced_reading_at(const StationRows& place, std::int32_t reduction, AllowRaw allow_raw,
                        const ReadingKey& key, const Frequencies& frequencies, StoredReading& reading) {
   reading = {};
-  return trap_errors(failure_text(reduction), [&] {
-    if (auto stored = stored_reading("FileID<0", place.StationID, reduction, key)) {
-      reading = std::move(*stored);
-      return 0;
-    }
-    const auto reduce = reduction == reduction_averaged ? average_repeats_at : merge_scan_rates_at;
-    if (reduce(place, key, frequencies, reading) != 0) {
-      return -1;
-    }
-    if (reading.ID == 0 && allow_raw == AllowRaw::yes) {
-      reading = stored_reading("FileID>0", place.StationID, reduction, key).value_or(StoredReading{});
-    }
-    return 0;
-  });
+  return trap_errors(failure_text(reduction),
+                     [&] { reading = find_or_compute(place, reduction, allow_raw, key, frequencies); });
 }
 
 int get_reduced_reading(std::int32_t reduction, AllowRaw allow_raw, const ReadingKey& key,
                         const Frequencies& frequencies, StoredReading& reading) {
   reading = {};
   return trap_errors(failure_text(reduction), [&] {
-    return reduced_reading_at(
+    reading = find_or_compute(
         Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station),
-        reduction, allow_raw, key, frequencies, reading);
+        reduction, allow_raw, key, frequencies);
   });
 }
 

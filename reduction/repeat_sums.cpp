@@ -72,6 +72,9 @@ void RepeatSums::add(const StoredReading& repeat) {
   ++used_repeats_;
   next_position_ = 0;
   for (std::size_t index = 0; index < repeat.curve.count(); ++index) {
+    if (!(repeat.curve.frequencies[index] > 0.0F)) {
+      continue;
+    }
     if (Sums* sums = sums_at(repeat.curve.frequencies[index])) {
       add_point(*sums, repeat, index);
     }
@@ -80,14 +83,13 @@ void RepeatSums::add(const StoredReading& repeat) {
 
 void RepeatSums::add_point(Sums& sums, const StoredReading& repeat, std::size_t index) {
   const float* const values = &repeat.curve.data[index * field_count];
-  const std::int32_t* const mask = &repeat.curve.mask[index * mask_count];
   const std::array<bool, mask_count> switched_on = {repeat.UseResistivity, repeat.UsePhase};
   for (std::size_t quantity = 0; quantity < mask_count; ++quantity) {
     const float value = values[quantity];
     if (!(value > no_data)) {
       continue;
     }
-    if (switched_on[quantity] && mask[quantity] == 1) {
+    if (switched_on[quantity] && repeat.curve.point_counts(static_cast<int>(quantity) + 1, index)) {
       sums.sum[used_values + quantity] += value;
       sums.sum[used_squares + quantity] = plus_square(sums.sum[used_squares + quantity], value);
       ++sums.used[quantity];

@@ -17,7 +17,8 @@ class RepeatSums {
   /// @param frequency_list  Hz, ascending; the frequencies that an average can have. Must outlive the sums.
   explicit RepeatSums(std::span<const float> frequency_list);
 
-  /// Adds one repeat, unless its UseReading is off. A point whose frequency is not in the list is left out.
+  /// Adds one repeat, unless its UseReading is off. A point whose frequency is not in the list, or not above
+  /// 0, is left out.
   void add(const Module_database::StoredReading& repeat);
 
   /// The average, ascending in frequency, with every frequency of the used repeats.

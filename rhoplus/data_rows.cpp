@@ -29,8 +29,8 @@ std::vector<DataRowTexts> data_rows(const StationInversion& inversion) {
   std::vector<DataRowTexts> rows(curve.count());
   for (std::size_t i = 0; i < rows.size(); ++i) {
     auto& [use_resistivity, use_phase, texts] = rows[i];
-    use_resistivity = curve.counts_at(Module_database::field_resistivity, i) == 1;
-    use_phase = curve.counts_at(Module_database::field_phase, i) == 1;
+    use_resistivity = curve.point_counts(Module_database::field_resistivity, i);
+    use_phase = curve.point_counts(Module_database::field_phase, i);
     texts[column_frequency] = format_number(curve.frequencies[i], "0.0000");
     texts[column_observed_resistivity] =
         value_text(curve.value(Module_database::field_resistivity, i), inversion.scale, "0.0");

@@ -28,7 +28,7 @@ inline constexpr std::array<const char*, data_column_count> data_column_titles{
 std::optional<Module_averaged_data::Component> switched_in_column(int column);
 
 struct DataRowTexts {
-  bool use_resistivity = false;  // not masked
+  bool use_resistivity = false;  // it counts: neither masked nor absent
   bool use_phase = false;
   std::array<std::string, data_column_count> texts;  // empty where there is no value, and in the use columns
 };

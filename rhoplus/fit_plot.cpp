@@ -34,8 +34,11 @@ void fill_observed(PanePlot& pane, const StationInversion& inversion, int field)
   graph::PlotSeries& series = pane.table.series[series_observed];
   series.error.assign(curve.count(), graph::null_value);
   for (std::size_t i = 0; i < curve.count(); ++i) {
+    if (!(curve.frequencies[i] > 0.0F)) {
+      continue;  // it has no place on the axis
+    }
     series.x[i] = double{curve.frequencies[i]};
-    if (curve.counts_at(field, i) == 1 && !is_absent(double{curve.value(field, i)})) {
+    if (curve.point_counts(field, i)) {
       series.y[i] = double{(is_phase ? 1.0F : inversion.scale) * curve.value(field, i)};
     }
     const auto& row_number = inversion.tables.index.row_number;

@@ -151,9 +151,6 @@ void SelectionRow::fill(const SelectionLists& lists) {
   for (const float dipole : lists.dipoles) {
     Combo_dipole_->addItem(qt_text(plain_text(dipole)), dipole);
   }
-  Combo_reference_type_->setCurrentIndex(Combo_reference_type_->findData(session().current_reference_type));
-  Combo_data_type_->setCurrentIndex(Combo_data_type_->findText(qt_text(session().current_data_type)));
-  Combo_dipole_->setCurrentIndex(Combo_dipole_->findData(session().current_dipole));
   Check_hide_masked_data_->setChecked(session().hide_masked_data);
   show_read_out({});
   show_station();
@@ -162,6 +159,9 @@ void SelectionRow::fill(const SelectionLists& lists) {
 void SelectionRow::show_station() {
   const ScopedValue updating(session().updating_controls, true);
   Combo_line_->setCurrentIndex(session().line_count > 0 ? session().current_line_index - 1 : -1);
+  Combo_reference_type_->setCurrentIndex(Combo_reference_type_->findData(session().current_reference_type));
+  Combo_data_type_->setCurrentIndex(Combo_data_type_->findText(qt_text(session().current_data_type)));
+  Combo_dipole_->setCurrentIndex(Combo_dipole_->findData(session().current_dipole));
   const int stations = std::max(session().stations_in_line, 1);
   HScroll_repeat_->setRange(1, stations);
   HScroll_repeat_->setPageStep(std::max(stations / 10, 1));

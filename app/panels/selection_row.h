@@ -20,7 +20,7 @@ class SelectionRow : public QWidget {
 
   /// Shows the lists of a survey with the session's selection.
   void fill(const Module_display_data::SelectionLists& lists);
-  /// Shows the session's line, station and their range.
+  /// Shows the session's selection and the range of its line.
   void show_station();
   /// Frequency, event and file of a clicked point.
   void show_read_out(const Module_display_data::PointClick& click);

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QObject>
+#include <string>
 #include <utility>
 
 namespace {
@@ -55,9 +56,11 @@ class WindowInterface final : public UserInterface {
     process_events();
   }
   void show_progress(std::string_view what, int percent) override {
-    if (!stop_requested_) {
+    // After a stop "Stopping..." stays until another step begins, which has to end all the same.
+    if (!stop_requested_ || what != shown_) {
       what_.setText(QString::fromUtf8(what.data(), static_cast<qsizetype>(what.size())));
     }
+    shown_ = what;
     bar_.setValue(percent < 0 ? 0 : percent);
     process_events();
   }
@@ -72,6 +75,7 @@ class WindowInterface final : public UserInterface {
   QAbstractButton& stop_;
   QMetaObject::Connection clicks_;
   QElapsedTimer events_time_;  // since the events ran last
+  std::string shown_;
   bool stop_requested_ = false;
 };
 

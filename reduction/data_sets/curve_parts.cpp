@@ -20,12 +20,12 @@ void Extent::include(float value) {
 
 void CurveExtents::include(const Curve& curve) {
   for (std::size_t i = 0; i < curve.count(); ++i) {
+    if (!(curve.frequencies[i] > 0.0F)) {
+      continue;  // it has no place on the axis
+    }
+    frequency.include(curve.frequencies[i]);
     resistivity.include(curve.value(Module_database::field_resistivity, i));
     phase.include(curve.value(Module_database::field_phase, i));
-  }
-  if (curve.count() > 0) {
-    frequency.include(curve.frequencies.front());
-    frequency.include(curve.frequencies.back());
   }
 }
 

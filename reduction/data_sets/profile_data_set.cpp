@@ -19,7 +19,9 @@ int read_merged(const dao::Recordset& row, ReadingKey key, const Frequencies& fr
                 StoredReading& merged) {
   if (row.get_long("FileID") < 0 && row.get_single("SampleRate") == 0.0F) {
     merged = Module_database::read_reading(row);
-    return 0;
+    if (frequencies_are_positive(merged.curve)) {
+      return 0;
+    }
   }
   key.station = row.get_double("Station");
   key.scan_rate = 0.0F;

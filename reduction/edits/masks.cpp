@@ -162,9 +162,9 @@ Edit edit_repeats(std::string_view fixed_text, const std::vector<UndoEntry>& ent
 }
 
 /// The masks of a reading with one point turned around; empty if there is no such point or it can't be
-/// masked.
+/// masked: a value that isn't there would stay masked, unseen, when it comes back.
 std::vector<std::int32_t> turned_mask(const Curve& curve, std::size_t point, Component component) {
-  if (point >= curve.count()) {
+  if (point >= curve.count() || !curve.is_present(static_cast<int>(component) + 1, point)) {
     return {};
   }
   std::vector<std::int32_t> mask = curve.mask;

@@ -37,7 +37,7 @@ enum class UseFlag { reading = 0, resistivity = 1, phase = 2 };
 [[nodiscard]] Edit clip_outliers(ClipEnds ends, int count, OutlierField field);
 
 /// Inverts the mask of a point. Slots, points and columns count from 0; nothing is done for one that isn't
-/// there.
+/// there or has no value.
 [[nodiscard]] Edit toggle_repeat_point(std::size_t slot, std::size_t point, Component component);
 
 /// The same on the station's curves. Neighbours and further merged curves can't be masked.

@@ -1,6 +1,7 @@
 #include "reduction/edits/reading_edits.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -10,11 +11,14 @@
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "reduction/data_sets/data_sets.h"
+#include "reduction/derived_rows.h"
+#include "reduction/edits/derived_snapshot.h"
 
 namespace Module_averaged_data {
 
 using Module_Brenlox::UndoFlags;
 using Module_Brenlox::UndoMask;
+using Module_Brenlox::UndoReduction;
 using Module_Brenlox::UndoStatic;
 
 namespace {
@@ -33,7 +37,7 @@ struct Exchange {
   }
   UndoMask operator()(const UndoMask& mask) const {
     UndoMask earlier{row.get_long("NumFrequencies"), row.get_binary("MaskBinary")};
-    if (!mask.mask_bytes.empty()) {
+    if (!mask.mask_bytes.empty() && mask.frequency_count == earlier.frequency_count) {
       row.set_binary("MaskBinary", mask.mask_bytes);
     }
     return earlier;
@@ -107,8 +111,7 @@ std::optional<ExchangedRow> exchange_row(const UndoEntry& entry) {
     return std::nullopt;
   }
   ExchangedRow result;
-  result.key = {rows.get_text("LineNumber"),   rows.get_double("Station"), rows.get_long("ReferenceType"),
-                rows.get_single("SampleRate"), rows.get_text("DataType"),  rows.get_single("DipoleLength")};
+  result.key = key_of_row(rows);
   result.ReductionType = rows.get_long("ReductionType");
   result.frequencies = Module_database::singles_from(rows.get_binary("FreqBinary"));
   result.earlier.id = entry.id;
@@ -142,8 +145,14 @@ Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entri
                    const ReadingKey& key) {
   std::vector<Written> written;
   ReducedStation reduced;
+  std::shared_ptr<const UndoReduction> before;
   const int status = trap_errors(fixed_text, [&] {
     dao::Transaction transaction(Module_database::open_survey().database);
+    if (from != ReduceFrom::nothing) {
+      before = std::make_shared<const UndoReduction>(snapshot_of(
+          Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station),
+          key));
+    }
     if (!write_all(entries, written)) {
       return 0;
     }
@@ -156,12 +165,15 @@ Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entri
   if (status != 0) {
     return Edit::failed;
   }
-  for (Written& each : written) {
-    show_entry(each.entry, each.row);
-    Module_Brenlox::push_undo(std::move(each.row.earlier));
-  }
   if (written.empty()) {
     return Edit::nothing;
+  }
+  const std::int32_t command = Module_Brenlox::next_undo_command();
+  for (Written& each : written) {
+    show_entry(each.entry, each.row);
+    each.row.earlier.command = command;
+    each.row.earlier.reduction = before;
+    Module_Brenlox::push_undo(std::move(each.row.earlier));
   }
   return show_reduced_station(key, session().frequencies, reduced) == 0 ? Edit::changed : Edit::failed;
 }

@@ -25,14 +25,15 @@ struct ExchangedRow {
   std::vector<float> frequencies;  // Hz, of the row
 };
 
-/// Writes what an entry holds into its reading. @return nothing if the reading is gone. Throws dao::Error.
+/// Writes what an entry holds into its reading; masks only where the row still has as many frequencies.
+/// @return nothing if the reading is gone. Throws dao::Error.
 std::optional<ExchangedRow> exchange_row(const UndoEntry& entry);
 
 /// Copies an entry that was written into the survey into all data sets that show its reading.
 void show_entry(const UndoEntry& entry, const ExchangedRow& row);
 
 /// Writes new values into readings, computes again what follows from them for a key, keeps the earlier values
-/// to be undone, and brings the data sets up to date. A reading that is gone is skipped.
+/// to be undone as one command, and brings the data sets up to date. A reading that is gone is skipped.
 /// @param fixed_text begins the message of a failure
 [[nodiscard]] Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entries,
                                  ReduceFrom from, const ReadingKey& key);

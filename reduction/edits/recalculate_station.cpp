@@ -4,8 +4,10 @@
 
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "reduction/computed_rows.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/derived_rows.h"
+#include "reduction/edits/derived_snapshot.h"
 
 namespace Module_averaged_data {
 
@@ -70,7 +72,7 @@ int reduce_selection(ReduceFrom from) {
 }  // namespace
 
 int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
-                   ReducedStation& reduced) {
+                   ReducedStation& reduced, const Module_Brenlox::UndoReduction* earlier) {
   reduced = {};
   if (from == ReduceFrom::nothing) {
     return 0;
@@ -78,10 +80,16 @@ int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& fr
   return trap_errors(averaging_failed, [&] {
     const StationRows place =
         Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-    if (from == ReduceFrom::repeats && average_repeats_at(place, key, frequencies, reduced.average) != 0) {
-      return -1;
+    if (from == ReduceFrom::repeats) {
+      reduced.average = compute_average(place, key, frequencies);
+      if (earlier != nullptr) {
+        restore_average(*earlier, place, key, reduced.average);
+      }
     }
-    return merge_scan_rates_at(place, key, frequencies, reduced.merged);
+    reduced.merged = compute_merged(place, key, frequencies);
+    if (earlier != nullptr) {
+      restore_merged(*earlier, place, key, reduced.merged);
+    }
   });
 }
 

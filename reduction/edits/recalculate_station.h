@@ -1,5 +1,6 @@
 // recalculate_station.h: what follows from an edit: the average, the merged curve, and both in the data sets.
 #pragma once
+#include "core/undo_entry.h"
 #include "reduction/averages.h"
 
 namespace Module_averaged_data {
@@ -15,9 +16,11 @@ struct ReducedStation {
 };
 
 /// Computes average and merged curve of a key again and stores them; the data sets stay as they are.
+/// @param earlier if not null, what the user had set on each of the two is put back before the next step
 /// @return 0, or -1 after a message
 [[nodiscard]] int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
-                                 ReducedStation& reduced);
+                                 ReducedStation& reduced,
+                                 const Module_Brenlox::UndoReduction* earlier = nullptr);
 
 /// Copies into the data sets what reduce_station has computed, as far as they show it.
 /// @return 0, or -1 after a message

@@ -1,26 +1,115 @@
 #include "reduction/edits/undo.h"
 
-#include <optional>
+#include <algorithm>
+#include <memory>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "database/survey_database.h"
+#include "reduction/data_sets/curve_parts.h"
 #include "reduction/derived_rows.h"
+#include "reduction/edits/derived_snapshot.h"
 
 namespace Module_averaged_data {
 
+using Module_Brenlox::UndoReduction;
+
 namespace {
 
-/// What an edit of a reading changes beyond its row: a static factor nothing, a mask or a flag of a repeat
-/// its average and all that follows, of an average the merged curve.
+/// The readings of one key in a command: they are reduced once.
+struct EditedKey {
+  ReadingKey key;
+  ReduceFrom from = ReduceFrom::nothing;
+  std::shared_ptr<const UndoReduction> restore;  // what the derived rows shall hold again
+  std::shared_ptr<const UndoReduction> before;   // what they hold now
+  ReducedStation reduced;
+};
+
+struct WrittenEntry {
+  UndoEntry entry;
+  ExchangedRow row;
+};
+
+/// A command on its way back into the survey.
+struct Exchange {
+  std::vector<EditedKey> keys;
+  std::vector<WrittenEntry> written;  // the last one of the command first
+};
+
+/// What an edit of a reading changes beyond its row: a static factor nothing, an edit of a repeat or an
+/// average both derived rows, one of a merged curve that curve.
 ReduceFrom follows_from(const UndoEntry& entry, std::int32_t ReductionType) {
-  if (std::holds_alternative<Module_Brenlox::UndoStatic>(entry.earlier) ||
-      ReductionType == reduction_merged) {
+  if (std::holds_alternative<Module_Brenlox::UndoStatic>(entry.earlier)) {
     return ReduceFrom::nothing;
   }
-  return ReductionType == reduction_averaged ? ReduceFrom::averages : ReduceFrom::repeats;
+  return ReductionType == reduction_merged ? ReduceFrom::averages : ReduceFrom::repeats;
+}
+
+StationRows place_of(const ReadingKey& key) {
+  return Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
+}
+
+/// Notes the key of a reading, with what its derived rows hold before anything is written.
+void note_key(const UndoEntry& entry, Exchange& exchange) {
+  dao::Recordset& rows = Module_database::open_survey().readings;
+  rows.find_first("ID = " + format_number(entry.id, "0"));
+  if (rows.no_match()) {
+    return;
+  }
+  const ReadingKey key = key_of_row(rows);
+  const ReduceFrom from = follows_from(entry, rows.get_long("ReductionType"));
+  auto found = std::ranges::find_if(exchange.keys, [&](const EditedKey& noted) {
+    return same_station(noted.key, key) && noted.key.scan_rate == key.scan_rate;
+  });
+  if (found == exchange.keys.end()) {
+    exchange.keys.push_back({key, from, entry.reduction, nullptr, {}});
+    found = exchange.keys.end() - 1;
+  }
+  found->from = std::min(found->from, from);
+  if (found->before == nullptr && entry.reduction != nullptr) {
+    found->before = std::make_shared<const UndoReduction>(snapshot_of(place_of(key), key));
+  }
+}
+
+Frequencies frequencies_of(const ReadingKey& key) {
+  return key.reference_type == session().current_reference_type
+             ? session().frequencies
+             : Module_database::read_frequency_list(key.reference_type);
+}
+
+std::shared_ptr<const UndoReduction> before_of(const ReadingKey& key, const Exchange& exchange) {
+  const auto found = std::ranges::find_if(exchange.keys, [&](const EditedKey& noted) {
+    return same_station(noted.key, key) && noted.key.scan_rate == key.scan_rate;
+  });
+  return found == exchange.keys.end() ? nullptr : found->before;
+}
+
+/// Writes all entries of a command and computes again what follows. @return 0, or -1 after a message
+int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
+  dao::Transaction transaction(Module_database::open_survey().database);
+  for (const UndoEntry& entry : command) {
+    note_key(entry, exchange);
+  }
+  for (auto entry = command.rbegin(); entry != command.rend(); ++entry) {
+    if (auto row = exchange_row(*entry)) {
+      row->earlier.command = entry->command;
+      row->earlier.reduction = before_of(row->key, exchange);
+      exchange.written.push_back({*entry, std::move(*row)});
+    }
+  }
+  for (EditedKey& edited : exchange.keys) {
+    if (reduce_station(edited.from, edited.key, frequencies_of(edited.key), edited.reduced,
+                       edited.restore.get()) != 0) {
+      return -1;
+    }
+  }
+  transaction.commit();
+  return 0;
 }
 
 std::int32_t station_index_of(const ReadingKey& key) {
@@ -33,61 +122,96 @@ std::int32_t station_index_of(const ReadingKey& key) {
   return -1;
 }
 
-/// Lets the next display of a station load everything that belongs to it.
-void leave_station(const ReadingKey& key) {
-  session().current_station_index = -1;
-  session().current_station = no_current_station;
-  session().repeat_count = 0;
-  session().current_scan_rate = decimal_of_single(key.scan_rate);
+/// Makes the selection that of a reading; the next display of its station loads everything that belongs to
+/// it.
+/// @return true if another line, reference type, data type or dipole was selected
+bool select(const ReadingKey& key) {
+  SessionState& state = session();
+  ReadingKey selected = selected_key();
+  selected.station = key.station;
+  const bool other = !same_station(selected, key);
+  if (other) {
+    state.current_line.clear();
+  }
+  state.current_data_type = key.data_type;
+  state.current_dipole = key.dipole;
+  state.current_station_index = -1;
+  state.current_station = no_current_station;
+  state.repeat_count = 0;
+  state.current_scan_rate = decimal_of_single(key.scan_rate);
+  return other;
 }
 
-/// Writes an entry back, which may be in a stack until `finish` or `drop` takes it from there.
-/// @param finish is given what the row held until then
-template <class Finish>
-UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
-  const Frequencies& frequencies = session().frequencies;
-  std::optional<ExchangedRow> row;
-  ReducedStation reduced;
-  const int status = trap_errors("An error occurred while undoing the change: ", [&] {
-    dao::Transaction transaction(Module_database::open_survey().database);
-    row = exchange_row(entry);
-    if (!row) {
-      return 0;
-    }
-    if (reduce_station(follows_from(entry, row->ReductionType), row->key, frequencies, reduced) != 0) {
-      return -1;
-    }
-    transaction.commit();
+int select_reference_type(std::int32_t reference_type) {
+  if (session().current_reference_type == reference_type) {
     return 0;
-  });
-  if (status != 0) {
+  }
+  session().current_reference_type = reference_type;
+  return Module_database::load_selected_frequencies();
+}
+
+bool removes_merged(const EditedKey& edited) {
+  return edited.restore != nullptr && edited.restore->merged.id == 0 && edited.before != nullptr &&
+         edited.before->merged.id != 0;
+}
+
+/// Brings data sets and selection up to date with what was written.
+UndoResult show_exchange(const Exchange& exchange) {
+  int shown = 0;
+  bool profile_is_current = true;
+  for (const WrittenEntry& each : exchange.written) {
+    show_entry(each.entry, each.row);
+  }
+  for (const EditedKey& edited : exchange.keys) {
+    shown |= show_reduced_station(edited.key, session().frequencies, edited.reduced);
+    profile_is_current = profile_is_current && !removes_merged(edited);
+  }
+  const ReadingKey& key = exchange.written.front().row.key;
+  UndoResult result;
+  result.station_index = station_index_of(key);
+  if (result.station_index > 0) {
+    result.other_selection = select(key);
+    shown |= select_reference_type(key.reference_type);
+  }
+  if (!profile_is_current) {
+    session().current_line.clear();  // a column has gone: the profile is loaded again
+  }
+  result.edit = shown == 0 ? Edit::changed : Edit::failed;
+  return result;
+}
+
+/// Writes a command back, which is in a stack until `finish` or `drop` takes it from there.
+/// @param finish is given what the rows held until then
+UndoResult write_back(std::span<const UndoEntry> command, void (*finish)(std::vector<UndoEntry>),
+                      void (*drop)()) {
+  if (command.empty()) {
+    return {};
+  }
+  Exchange exchange;
+  if (trap_errors("An error occurred while undoing the change: ",
+                  [&] { return exchange_command(command, exchange); }) != 0) {
     return {Edit::failed, -1};
   }
-  if (!row) {
+  if (exchange.written.empty()) {
     drop();
     return {Edit::nothing, session().current_station_index};
   }
-  show_entry(entry, *row);
-  const int shown = show_reduced_station(row->key, frequencies, reduced);
-  const UndoResult result{shown == 0 ? Edit::changed : Edit::failed, station_index_of(row->key)};
-  leave_station(row->key);
-  finish(std::move(row->earlier));
+  const UndoResult result = show_exchange(exchange);
+  std::vector<UndoEntry> earlier;
+  for (WrittenEntry& each : exchange.written) {
+    earlier.push_back(std::move(each.row.earlier));
+  }
+  finish(std::move(earlier));
   return result;
 }
 
 }  // namespace
 
 UndoResult undo_last_change() {
-  if (Module_Brenlox::undo_count() == 0) {
-    return {};
-  }
   return write_back(Module_Brenlox::top_undo(), Module_Brenlox::move_to_redo, Module_Brenlox::pop_undo);
 }
 
 UndoResult redo_last_change() {
-  if (Module_Brenlox::redo_count() == 0) {
-    return {};
-  }
   return write_back(Module_Brenlox::top_redo(), Module_Brenlox::move_to_undo, Module_Brenlox::pop_redo);
 }
 

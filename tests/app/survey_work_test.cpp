@@ -154,15 +154,15 @@ class SurveyWorkTest : public QObject, private WindowFixture {
 
   /// Imports all files of a folder through the dialog. @return the sample fields of the first file, then the
   /// messages
-  QString import_folder(const char* folder) {
+  QString import_folder(const char* folder, int reduction = Module_database::reduction_raw) {
     Module_data_file::keep_import_folder(folder_->path(folder));
     QStringList sample;
-    QTimer::singleShot(0, window_.get(), [&sample] {
+    QTimer::singleShot(0, window_.get(), [&sample, reduction] {
       QWidget& dialog = *QApplication::activeModalWidget();
       click(dialog, "Command_find_and_add_files");
       click(dialog, "Command_process_files");
       choose(dialog, "Combo_data_type", 0);
-      choose(dialog, "Combo_data_reduced", 0);
+      choose(dialog, "Combo_data_reduced", reduction);
       fill_decode_grid(dialog);
       click(dialog, "Check_use_SECTID_as_station");
       for (const char* const name :
@@ -373,7 +373,89 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     (*interface_)->stop = [] { return true; };
     item("menu_Recalculate_merged")->trigger();
     QVERIFY(made::whole_readings_table() == spoilt);  // stopped before the first station
-    QCOMPARE(interface_->take_messages(), Messages{});
+    QCOMPARE(interface_->take_messages(),
+             Messages{"The recalculation was stopped. 3 stations keep their earlier curves."});
+  }
+
+  void undo_goes_to_the_component_and_station_that_it_changes() {
+    new_survey();
+    QCOMPARE(import_folder("field"), imported);
+    const std::string first = made::whole_readings_table();
+    step_by_bar();
+    const QString component = control<QComboBox>("Combo_data_type")->currentText();
+    click(*window_, "Command_outliers_0");
+    QVERIFY(made::whole_readings_table() != first);
+    control<QComboBox>("Combo_data_type")->setCurrentText("ExHy");
+    QCOMPARE(session().current_data_type, std::string("ExHy"));
+    QCOMPARE(text("Text_sample_station"), QString("100"));
+    item("menu_undo")->trigger();
+    QVERIFY(made::whole_readings_table() == first);
+    QVERIFY(!item("menu_undo")->isEnabled());
+    QCOMPARE(control<QComboBox>("Combo_data_type")->currentText(), component);
+    QCOMPARE(text("Text_sample_station"), QString("200"));
+    QCOMPARE(averaged::data_sets().profile.key.data_type, component.toStdString());
+    QCOMPARE(averaged::data_sets().repeats.key.data_type, component.toStdString());
+  }
+
+  void readings_imported_as_merged_are_curves_like_any_other() {
+    for (const int station : {100, 200}) {
+      (void)folder_->write("merged/M200E_S" + std::to_string(station) + "_E1_R0256.edi",
+                           field_file(station, 1, slow_frequencies));
+    }
+    new_survey();
+    QCOMPARE(import_folder("merged", Module_database::reduction_merged), imported);
+    const auto& slots = averaged::data_sets().station.slots;
+    QCOMPARE(averaged::data_sets().profile.columns.size(), std::size_t{2});
+    QCOMPARE(slots.size(), std::size_t{1});
+    const std::int32_t ID = slots.front().reading.ID;
+    QVERIFY(slots.front().reading.FileID > 0);
+
+    const std::string first = made::whole_readings_table();
+    auto* const graph = control<VexGraphControl>("vxgraph_station_0");
+    for (int click = 0; click < 2; ++click) {  // the first one selects the frequency
+      QVERIFY(graph->point_position(0, 2).has_value());
+      QTest::mouseClick(graph, Qt::LeftButton, {}, graph->point_position(0, 2)->toPoint());
+    }
+    QCOMPARE(stored(ID).curve.mask, (std::vector<std::int32_t>{1, 1, 1, 1, 0, 1, 1, 1, 1, 1}));
+    control<QLineEdit>("Text_static")->setText("2");
+    QTest::keyClick(control("Text_static"), Qt::Key_Return);
+    QCOMPARE(stored(ID).ResOffset, 2.0F);
+    const std::string edited = made::whole_readings_table();
+    for (int step = 0; step < 2; ++step) {
+      item("menu_undo")->trigger();
+    }
+    QVERIFY(made::whole_readings_table() == first);
+    for (int step = 0; step < 2; ++step) {
+      item("menu_redo")->trigger();
+    }
+    QVERIFY(made::whole_readings_table() == edited);
+
+    (*interface_)->path_answers.push_back(folder_->path("out.avg"));
+    for (const char* const kind : {"menu_output_data_1", "menu_output_data_0"}) {
+      item(kind)->trigger();
+      for (const char* const list :
+           {"Combo_output_linelist", "Combo_output_datatype", "Combo_output_dipole"}) {
+        control<QComboBox>(list)->setCurrentIndex(0);
+      }
+      control<QLineEdit>("Text_rhoplus_output_directory")->setText("rho");
+      click(*window_, "Command_output_data");
+    }
+    const QString avg = QString::fromStdString(file_contents(folder_->path("out.avg")));
+    QCOMPARE(avg.count(" 2       100 "), 4);
+    QVERIFY(avg.contains(" 2       100      1.000    1.15000E+2       45.0\r\n"));
+    QVERIFY(!avg.contains(" 2       100      4.000"));
+    const QString control_file = QString::fromStdString(file_contents(folder_->path("rho/tmd_100.dat")));
+    QVERIFY2(control_file.contains("    1.0000      230.00"), qPrintable(control_file));
+    click(*window_, "Command_done_output");
+
+    // Repeats of the same stations have a computed curve, beside which the imported one stays.
+    (void)interface_->take_messages();
+    QCOMPARE(import_folder("field"), imported);
+    QVERIFY(slots.front().reading.FileID < 0);
+    const auto beside = std::ranges::find(slots, ID, [](const auto& slot) { return slot.reading.ID; });
+    QVERIFY(beside != slots.end());
+    QVERIFY(beside->kind == averaged::StationSlotKind::other_merged);
+    QCOMPARE(stored(ID).ResOffset, 2.0F);
   }
 
   void every_window_gets_its_picture() {

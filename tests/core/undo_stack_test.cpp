@@ -17,15 +17,16 @@ TEST(Undo_stack, Gives_back_the_kinds_newest_first_and_tells_the_window) {
   mask.front() = std::byte{0};  // the entry is a copy
 
   ASSERT_EQ(undo_count(), 3U);
-  EXPECT_EQ(top_undo().id, 7);
-  EXPECT_EQ(std::get<UndoStatic>(top_undo().earlier).res_offset, 2.5F);
+  EXPECT_EQ(top_undo().back().id, 7);
+  EXPECT_EQ(std::get<UndoStatic>(top_undo().back().earlier).res_offset, 2.5F);
   pop_undo();
-  EXPECT_EQ(std::get<UndoMask>(top_undo().earlier).mask_bytes, std::vector<std::byte>(8, std::byte{1}));
-  EXPECT_EQ(std::get<UndoMask>(top_undo().earlier).frequency_count, 1);
+  EXPECT_EQ(std::get<UndoMask>(top_undo().back().earlier).mask_bytes,
+            std::vector<std::byte>(8, std::byte{1}));
+  EXPECT_EQ(std::get<UndoMask>(top_undo().back().earlier).frequency_count, 1);
   pop_undo();
-  EXPECT_EQ(top_undo().id, 5);
-  EXPECT_FALSE(std::get<UndoFlags>(top_undo().earlier).use_resistivity);
-  EXPECT_TRUE(std::get<UndoFlags>(top_undo().earlier).use_phase);
+  EXPECT_EQ(top_undo().back().id, 5);
+  EXPECT_FALSE(std::get<UndoFlags>(top_undo().back().earlier).use_resistivity);
+  EXPECT_TRUE(std::get<UndoFlags>(top_undo().back().earlier).use_phase);
   pop_undo();
   pop_undo();  // nothing left
   EXPECT_EQ(told, (std::vector<bool>{true, true, true, true, true, false, false}));
@@ -45,22 +46,45 @@ TEST(Undo_stack, What_was_undone_can_be_done_again_until_a_new_edit) {
   push_undo_static(1, 1.0F);
   push_undo_static(2, 2.0F);
   set_redo_listener([&](bool available) { told.push_back(available); });
-  move_to_redo({2, UndoStatic{20.0F}});
-  move_to_redo({1, UndoStatic{10.0F}});
+  move_to_redo({{2, UndoStatic{20.0F}, 2}});
+  move_to_redo({{1, UndoStatic{10.0F}, 1}});
   EXPECT_EQ(undo_count(), 0U);
   ASSERT_EQ(redo_count(), 2U);
-  EXPECT_EQ(top_redo().id, 1);
-  EXPECT_EQ(std::get<UndoStatic>(top_redo().earlier).res_offset, 10.0F);
-  move_to_undo({1, UndoStatic{1.0F}});
+  EXPECT_EQ(top_redo().back().id, 1);
+  EXPECT_EQ(std::get<UndoStatic>(top_redo().back().earlier).res_offset, 10.0F);
+  move_to_undo({{1, UndoStatic{1.0F}, 1}});
   EXPECT_EQ(undo_count(), 1U);
-  EXPECT_EQ(top_redo().id, 2);
+  EXPECT_EQ(top_redo().back().id, 2);
   push_undo_static(3, 3.0F);
   EXPECT_EQ(redo_count(), 0U);
-  move_to_redo({3, UndoStatic{3.0F}});
+  move_to_redo({{3, UndoStatic{3.0F}, 3}});
   pop_redo();
-  move_to_redo({1, UndoStatic{1.0F}});
+  move_to_redo({{1, UndoStatic{1.0F}, 1}});
   clear_undo();
   EXPECT_EQ(redo_count(), 0U);
   EXPECT_EQ(told, (std::vector<bool>{true, true, true, false, true, false, true, false}));
   set_redo_listener({});
+}
+
+TEST(Undo_stack, Entries_of_one_command_stay_together) {
+  clear_undo();
+  push_undo_static(1, 1.0F);
+  const std::int32_t command = next_undo_command();
+  for (const std::int32_t id : {2, 3, 4}) {
+    push_undo({id, UndoStatic{1.0F}, command});
+  }
+  ASSERT_EQ(top_undo().size(), 3U);
+  EXPECT_EQ(top_undo().front().id, 2);
+  move_to_redo({{4, UndoStatic{}, command}, {3, UndoStatic{}, command}, {2, UndoStatic{}, command}});
+  ASSERT_EQ(top_undo().size(), 1U);
+  EXPECT_EQ(top_undo().front().id, 1);
+  EXPECT_EQ(top_redo().size(), 3U);
+  pop_undo();
+  EXPECT_TRUE(top_undo().empty());
+  pop_redo();
+  EXPECT_EQ(redo_count(), 0U);
+  push_undo_static(5, 1.0F);
+  push_undo_static(5, 2.0F);
+  EXPECT_EQ(top_undo().size(), 1U) << "each push of a caller is a command of its own";
+  clear_undo();
 }

@@ -35,6 +35,10 @@ TEST_F(SurveyTest, A_frequency_list_is_the_union_of_all_readings_and_keeps_its_f
       {"one more, below all", {0.5F, 1.0F, 10.0F, 100.0F}, {0.5F, 1.0F, 10.0F, 100.0F}, {1, 1, 0, 1}},
       {"near but of another length", {10.0005F}, {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F}, {1, 1, 0, 1, 1}},
       {"an absent frequency", {no_data, 1.0F}, {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F}, {1, 1, 0, 1, 1}},
+      {"frequencies of 0 and below",
+       {-2.0F, -0.0F, 0.0F, 1.0F},
+       {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F},
+       {1, 1, 0, 1, 1}},
       {"above all, not ascending",
        {300.0F, 200.0F},
        {0.5F, 1.0F, 10.0F, 10.0005F, 100.0F, 200.0F, 300.0F},
@@ -92,4 +96,21 @@ TEST_F(SurveyTest, A_frequency_selection_is_read_changed_and_stored) {
   ASSERT_EQ(save_frequency_selection(1, {}), 0);
   EXPECT_EQ(rows_in("ReadingsFrequencyTable"), 1);
   EXPECT_EQ(loaded(1).enabled, (std::vector<std::int32_t>{1, 0, 1}));
+}
+
+TEST_F(SurveyTest, A_list_of_an_earlier_version_loses_its_frequencies_of_0_and_below) {
+  new_survey();
+  ASSERT_EQ(add_reading_frequencies(0, 0.0F, std::vector<float>{1.0F, 2.0F}), 0);
+  dao::Recordset& lists = open_survey().frequency_lists;
+  lists.requery();
+  lists.find_first("ReferenceType = 0");
+  lists.edit();
+  lists.set_long("NumFrequencies", 4);
+  lists.set_binary("FreqBinary", bytes_of(std::vector<float>{-3.0F, 0.0F, 1.0F, 2.0F}));
+  lists.set_binary("MaskBinary", bytes_of(std::vector<std::int32_t>{1, 1, 0, 1}));
+  lists.update();
+  EXPECT_EQ(loaded(0).list, (std::vector<float>{1.0F, 2.0F}));
+  EXPECT_EQ(loaded(0).enabled, (std::vector<std::int32_t>{0, 1}));
+  ASSERT_EQ(add_reading_frequencies(0, 0.0F, std::vector<float>{0.5F}), 0);
+  EXPECT_EQ(loaded(0).enabled, (std::vector<std::int32_t>{1, 0, 1}));
 }

@@ -1,5 +1,6 @@
 #include "display/selection.h"
 
+#include "core/number_text.h"
 #include "tests/display/made_survey.h"
 
 using namespace Module_display_data;
@@ -123,9 +124,10 @@ TEST_F(Selection, A_station_loads_what_is_new) {
   EXPECT_FALSE(display_station(4, {}).show_line);
 }
 
-TEST_F(Selection, A_new_line_type_or_reference_type_selects_the_first_station_and_drops_undo) {
+TEST_F(Selection, A_new_line_type_or_reference_type_selects_the_first_station_and_keeps_undo) {
   open_two_lines();
   (void)follow({.station_to_display = 2});
+  Module_Brenlox::push_undo_static(1, 1.0F);
   struct Case {
     const char* name;
     Redisplay (*choose)();
@@ -142,11 +144,10 @@ TEST_F(Selection, A_new_line_type_or_reference_type_selects_the_first_station_an
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Module_Brenlox::push_undo_static(1, 1.0F);
     const Redisplay chosen = c.choose();
     EXPECT_EQ(chosen.station_to_display, c.station);
     EXPECT_EQ(chosen.close_rhoplus_results, c.station > 0);
-    EXPECT_EQ(undo_count() == 0, c.station > 0);
+    EXPECT_EQ(undo_count(), 1U);
     if (c.station > 0) {
       const Redisplay shown = follow(chosen);
       EXPECT_TRUE(shown.draw_profile && shown.draw_station && shown.draw_raw);
@@ -171,7 +172,7 @@ TEST_F(Selection, A_dipole_redraws_nothing_until_the_next_station) {
   EXPECT_TRUE(chosen.close_rhoplus_results);
   EXPECT_EQ(chosen.station_to_display, -1);
   EXPECT_FALSE(chosen.draw_profile || chosen.draw_station || chosen.draw_raw);
-  EXPECT_EQ(undo_count(), 0U);
+  EXPECT_EQ(undo_count(), 1U);
   EXPECT_EQ(data_sets().repeats.repeat_count, 4);
   (void)display_station(2, {});
   EXPECT_EQ(data_sets().repeats.repeat_count, 1);
@@ -206,6 +207,19 @@ TEST_F(Selection, Other_choices_load_and_draw_their_part) {
   EXPECT_TRUE(session().hide_masked_data && hide.draw_profile && hide.draw_station && hide.draw_raw);
 }
 
+TEST_F(Selection, A_scan_rate_of_many_digits_is_chosen_by_its_text) {
+  const float rate = 24000.0F / 7.0F;  // 3428.5715 as a single; lists show seven digits
+  made::store(made::key(rate), 1, made::reading({{1.0F, 9.0F, 9.0F}}));
+  made::StoredReading average;
+  ASSERT_EQ(Module_averaged_data::average_repeats(made::key(rate), made::frequencies(), average), 0);
+  open_line(1);
+  ASSERT_TRUE(choose_scan_rate("256").draw_raw);
+  EXPECT_TRUE(choose_scan_rate(plain_text(rate)).draw_raw);
+  EXPECT_EQ(data_sets().repeats.key.scan_rate, rate);
+  EXPECT_EQ(data_sets().repeats.repeat_count, 1);
+  EXPECT_FALSE(choose_scan_rate(plain_text(rate)).draw_raw) << "it is chosen already";
+}
+
 TEST_F(Selection, A_selection_without_merged_curves_shows_nothing) {
   open_line(1);
   made::ReadingKey key = made::key(64.0F);
@@ -231,7 +245,7 @@ TEST_F(Selection, A_survey_read_again_keeps_what_was_selected_and_is_still_there
   EXPECT_EQ(session().current_data_type, "ExHy");
   EXPECT_EQ(session().current_reference_type, 1);
   EXPECT_EQ(session().current_scan_rate, 64.0);
-  EXPECT_EQ(undo_count(), 0U);
+  EXPECT_EQ(undo_count(), 1U);
   const Redisplay shown = display_station(lists.station_index, {});
   EXPECT_TRUE(shown.draw_profile && shown.draw_station && shown.draw_raw);
   EXPECT_EQ(session().current_line, "100E");

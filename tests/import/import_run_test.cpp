@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/undo_stack.h"
 #include "database/reading.h"
 #include "import/store_blocks.h"
 #include "tests/formats/edi/made_edi.h"
@@ -17,6 +18,7 @@ using namespace Module_data_file;
 namespace {
 
 using Module_database::open_survey;
+using Texts = std::vector<std::string>;
 
 class ImportRun : public SurveyTest {
  protected:
@@ -272,7 +274,7 @@ TEST_F(ImportRun, Texts_too_long_for_their_columns_are_failures) {
   EXPECT_EQ(rows_in("FileTable"), 0);
 }
 
-TEST_F(ImportRun, Stops_between_files_and_keeps_what_was_stored) {
+TEST_F(ImportRun, Stops_between_files_and_still_reduces_what_was_stored) {
   int asked = 0;
   interface->stop = [&] { return ++asked > 2; };
   const std::string text = made_edi();
@@ -281,8 +283,75 @@ TEST_F(ImportRun, Stops_between_files_and_keeps_what_was_stored) {
   EXPECT_TRUE(report.stopped);
   EXPECT_EQ(report.files.size(), 2U);
   EXPECT_EQ(raw_readings(), 8);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 1"), 8);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 8);
+  EXPECT_EQ(interface->progress_texts, (Texts{"Importing data files", "", "Finishing: averages", ""}));
   EXPECT_EQ(interface->progress.back(), -1);
   EXPECT_FALSE(interface->busy);
+}
+
+TEST_F(ImportRun, A_stop_while_it_averages_changes_only_what_is_shown) {
+  int asked = 0;
+  interface->stop = [&] { return ++asked > 2; };  // two files
+  ASSERT_EQ(import({folder.write("a.edi", made_edi()), folder.write("b.edi", made_edi())}), 0);
+  EXPECT_FALSE(report.stopped);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 8);
+  EXPECT_EQ(interface->progress_texts,
+            (Texts{"Importing data files", "", "Averaging repeats", "Finishing: averages", ""}));
+}
+
+TEST_F(ImportRun, A_damaged_reading_keeps_no_other_station_from_its_average) {
+  const std::string text = made_edi();
+  ASSERT_EQ(import({folder.write("a.edi", text), folder.write("b.edi", text)}), 0);
+  open_survey().database.execute(
+      "UPDATE ReadingsDataTable SET NumFrequencies = 99 WHERE FileID > 0 AND Station = 1250.4");
+  open_survey().database.execute("DELETE FROM ReadingsDataTable WHERE FileID < 0");
+  open_survey().readings.requery();
+  ASSERT_EQ(import({folder.write("c.edi", text), folder.write("d.edi", text)}), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 1"), 4) << "of the other station";
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 4);
+  EXPECT_EQ(report.groups_skipped, 4U);
+  const Texts messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(
+      messages[0].rfind("An error occurred while averaging the data: 4 groups of readings were skipped", 0),
+      0U)
+      << messages[0];
+  EXPECT_NE(messages[0].find("\nline 200E, station 1250.4, ExHx, 0.1 Hz: reading "), std::string::npos);
+}
+
+TEST_F(ImportRun, A_merged_reading_has_no_scan_rate) {
+  choices.ReductionType = 2;
+  const std::string file = folder.write("a.edi", made_edi());
+  for (int round = 0; round < 2; ++round) {
+    ASSERT_EQ(import({file}), 0);
+    EXPECT_EQ(rows_in("ReadingsDataTable"), 4);
+    EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2 AND SampleRate = 0 AND FileID > 0"), 4);
+  }
+  // As earlier versions stored them; another reading keeps its rate.
+  open_survey().database.execute("UPDATE ReadingsDataTable SET SampleRate = 256");
+  open_survey().database.execute("UPDATE ReadingsDataTable SET ReductionType = 0 WHERE DataType = 'ExHx'");
+  reopen();
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2 AND SampleRate = 0"), 3);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE SampleRate = 256"), 1);
+}
+
+TEST_F(ImportRun, Frequencies_of_0_and_below_are_stored_and_stay_out_of_lists_and_averages) {
+  MadeSection section;
+  section.frequencies = "-100. 0. 1.";
+  ASSERT_EQ(import({folder.write("a.edi", made_edi({section}))}), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND NumFrequencies = 3"), 4);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID < 0 AND NumFrequencies = 1"), 8);
+  EXPECT_EQ(rows_in("ReadingsFrequencyTable WHERE NumFrequencies = 1"), 1);
+}
+
+TEST_F(ImportRun, Drops_what_could_be_undone) {
+  Module_Brenlox::push_undo_static(1, 1.0F);
+  const std::string file = folder.write("a.edi", made_edi());
+  ASSERT_EQ(import({file}, ImportMode::scan), 0);
+  EXPECT_EQ(Module_Brenlox::undo_count(), 1U);
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
 }
 
 TEST_F(ImportRun, Faults_of_the_choices_end_it_before_anything_is_stored) {

@@ -1,6 +1,7 @@
 #include "reduction/averages.h"
 
-#include "tests/reduction/made_readings.h"
+#include "core/absent_value.h"
+#include "tests/reduction/made_line.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_averaged_data;
@@ -300,22 +301,117 @@ TEST_F(Averages, Recalculation_rebuilds_every_average_and_merged_curve) {
   EXPECT_TRUE(interface.take_messages().empty());
 }
 
-TEST_F(Averages, Recalculation_keeps_what_it_did_before_a_stop_or_a_failure) {
-  std::int32_t third = 0;
+TEST_F(Averages, A_stopped_recalculation_says_how_many_stations_keep_their_earlier_curves) {
   for (int station = 0; station < 4; ++station) {
-    const std::int32_t ID = made::store(made::key(8.0F, 100.0 * station), 1, made::reading(low_points));
-    third = station == 2 ? ID : third;
+    made::store(made::key(8.0F, 100.0 * station), 1, made::reading(low_points));
   }
   int asked = 0;
   interface->stop = [&asked] { return ++asked > 2; };
   EXPECT_EQ(recalculate_merged(), 0);
-  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 2);
-  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 0);
-  interface->stop = [] { return false; };
-
-  damage(third);
-  EXPECT_EQ(recalculate_merged(), -1);
-  expect_one_message(averaging_failed);
+  EXPECT_EQ(interface.take_messages(),
+            std::vector<std::string>{"The recalculation was stopped. 2 stations keep "
+                                     "their earlier curves."});
   reopen();
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 2);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 2) << "no station is left half way";
+}
+
+TEST_F(Averages, Recalculation_goes_past_groups_that_fail_and_names_three) {
+  std::vector<std::int32_t> raw;
+  for (int station = 0; station < 7; ++station) {
+    raw.push_back(made::store(made::key(8.0F, 100.0 * station), 1, made::reading(low_points)));
+  }
+  for (const std::size_t bad : {0U, 2U, 3U, 5U}) {
+    damage(raw[bad]);
+  }
+  EXPECT_EQ(recalculate_merged(), -1);
+  const std::vector<std::string> messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(
+      messages[0].rfind(averaging_failed + "4 groups of readings were skipped and keep their earlier "
+                                           "curves\nline 200E, station 0, ExHy, 8 Hz: reading 1 is damaged",
+                        0),
+      0U)
+      << messages[0];
+  EXPECT_NE(messages[0].find("\nline 200E, station 300, ExHy, 8 Hz: reading 4 is damaged"),
+            std::string::npos);
+  EXPECT_EQ(messages[0].find("station 500"), std::string::npos);
+  EXPECT_TRUE(messages[0].ends_with("\nand 1 more"));
+  reopen();
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 3);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 3);
+}
+
+TEST_F(Averages, A_mask_of_absence_ends_when_its_value_comes) {
+  const ReadingKey key = made::key();
+  // Neither values nor, at 8 Hz, a used phase, as in files that hold impedances or phases of the third
+  // quadrant.
+  StoredReading first =
+      made::reading({{1.0F, no_data, no_data}, {8.0F, 20.0F, -130.0F}, {64.0F, 5.0F, 5.0F}});
+  first.curve.mask = {0, 0, 1, 0, 1, 1};
+  const std::int32_t raw = made::store(key, 1, first);
+  const std::int32_t average = average_of(key).ID;
+  const std::int32_t merged = merge_of(key).ID;
+  for (const std::int32_t derived : {average, merged}) {
+    EXPECT_EQ(stored(derived).curve.mask, (std::vector<std::int32_t>{0, 0, 1, 0, 1, 1}));
+    dao::Recordset row = made::row(derived);
+    row.edit();
+    row.set_binary("MaskBinary", Module_database::bytes_of(std::vector<std::int32_t>{0, 0, 1, 0, 0, 1}));
+    row.update();  // the user masks the resistivity at 64 Hz
+  }
+  const auto replace = [&](const std::vector<Point>& points, const std::vector<std::int32_t>& mask) {
+    StoredReading reading = made::reading(points);
+    reading.curve.mask = mask;
+    dao::Recordset row = made::row(raw);
+    row.edit();
+    Module_database::write_curve(row, reading.curve);
+    row.update();
+    (void)average_of(key);
+    (void)merge_of(key);
+  };
+  replace({{1.0F, 30.0F, 40.0F}, {8.0F, 20.0F, 50.0F}, {64.0F, 5.0F, 5.0F}}, {1, 1, 1, 1, 1, 1});
+  for (const std::int32_t derived : {average, merged}) {
+    EXPECT_EQ(stored(derived).curve.mask, (std::vector<std::int32_t>{1, 1, 1, 1, 0, 1}));
+  }
+  const std::string once = made::whole_readings_table();
+  EXPECT_EQ(recalculate_merged(), 0);
+  EXPECT_EQ(made::whole_readings_table(), once);
+
+  // A value that goes leaves its mask of 1, and one that comes back is not masked.
+  replace({{1.0F, no_data, 40.0F}, {8.0F, 20.0F, 50.0F}, {64.0F, 5.0F, 5.0F}}, {0, 1, 1, 1, 1, 1});
+  EXPECT_EQ(stored(average).curve.mask, (std::vector<std::int32_t>{1, 1, 1, 1, 0, 1}));
+  EXPECT_EQ(stored(average).curve.value(1, 0), no_data);
+}
+
+TEST_F(Averages, Frequencies_of_0_and_below_are_stored_with_a_reading_and_take_no_part) {
+  const ReadingKey key = made::key();
+  const std::vector<Point> points{
+      {-4.0F, 1.0F, 1.0F}, {0.0F, 2.0F, 2.0F}, {1.0F, 10.0F, 40.0F}, {8.0F, 20.0F, 50.0F}};
+  const std::int32_t raw = made::store(key, 1, made::reading(points));
+  EXPECT_EQ(stored(raw).curve.frequencies.front(), -4.0F);
+  EXPECT_EQ(made::frequencies().list, (std::vector<float>{1.0F, 8.0F}));
+  const std::vector<float> positive{1.0F, 8.0F};
+  EXPECT_EQ(average_of(key).curve.frequencies, positive);
+  EXPECT_EQ(merge_of(key).curve.frequencies, positive);
+
+  // An average from a file, and what an earlier version has computed, with the edits of the user.
+  ReadingKey other = made::key(64.0F, 200.0);
+  made::store(other, 1, made::reading(points), 1);
+  EXPECT_EQ(merge_of(other).curve.frequencies, positive);
+  other.station = 300.0;
+  made::store(other, 1, made::reading(points));
+  StoredReading derived = made::reading(points);
+  derived.curve.mask[5] = 0;
+  derived.ResOffset = 3.0F;
+  const std::int32_t old_average = made::store(other, 0, derived, 1, -1);
+  other.scan_rate = 0.0F;
+  const std::int32_t old_merged = made::store(other, 0, derived, 2, -1);
+  StoredReading found;
+  ASSERT_EQ(get_reduced_reading(2, AllowRaw::no, other, made::frequencies(), found), 0);
+  EXPECT_EQ(found.ID, old_merged);
+  EXPECT_EQ(found.curve.frequencies, positive);
+  EXPECT_EQ(found.ResOffset, 3.0F);
+  EXPECT_EQ(found.curve.mask, (std::vector<std::int32_t>{1, 0, 1, 1}));
+  EXPECT_EQ(stored(old_average).curve.frequencies, positive);
+  EXPECT_EQ(stored(old_average).curve.mask, (std::vector<std::int32_t>{1, 0, 1, 1}));
 }

@@ -115,7 +115,7 @@ TEST(Merged_curve, Union_of_many_scan_rates) {
   for (int scan_rate = 0; scan_rate < 6; ++scan_rate) {
     std::map<float, float> points;
     while (points.size() < 80) {
-      points[static_cast<float>(random() % 300) * 0.5F] = resistivity(random);
+      points[static_cast<float>(1 + random() % 300) * 0.5F] = resistivity(random);
     }
     std::vector<made::Point> list;
     list.reserve(points.size());

@@ -27,8 +27,11 @@ class Recorder final : public UserInterface {
   }
   void set_busy_pointer(bool busy) override { recorded_.busy = busy; }
   void process_events() override { recorded_.events(); }
-  void show_progress(std::string_view /*what*/, int percent) override {
+  void show_progress(std::string_view what, int percent) override {
     recorded_.progress.push_back(percent);
+    if (recorded_.progress_texts.empty() || recorded_.progress_texts.back() != what) {
+      recorded_.progress_texts.emplace_back(what);
+    }
   }
   bool stop_requested() override { return recorded_.stop(); }
 

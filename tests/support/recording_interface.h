@@ -18,6 +18,7 @@ struct Recorded {
   std::vector<std::string> prompts;
   std::deque<std::string> text_answers;  // cancelled when empty
   std::vector<int> progress;
+  std::vector<std::string> progress_texts;  // each once in a row; the last one is empty
   bool busy = false;
   std::function<bool()> stop = [] { return false; };
   std::function<void()> events = [] {};  // runs where the logic lets events run

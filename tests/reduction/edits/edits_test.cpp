@@ -137,6 +137,7 @@ TEST_F(Edits, Outliers_are_clipped_point_by_point) {
   EXPECT_EQ(all_masks(), "11 10 0 11");  // of the equal ones the later repeat counts as the higher
   EXPECT_EQ(masks(2, 2), "11");
   EXPECT_EQ(undo_count(), 4U);  // every repeat
+  EXPECT_EQ(Module_Brenlox::top_undo().size(), 4U) << "as one command";
   EXPECT_EQ(clip_outliers(ClipEnds::both, 1, OutlierField::resistivity), Edit::changed);
   EXPECT_EQ(all_masks(), "01 00 0 11") << "three are left at point 0, two at point 1";
   EXPECT_EQ(clip_outliers(ClipEnds::bottom, 2, OutlierField::resistivity), Edit::nothing);
@@ -230,7 +231,7 @@ TEST_F(Edits, Everything_can_be_undone_and_done_again) {
       [] { return set_repeat_use(1, UseFlag::reading, false); },
       [] { return clear_frequencies(FrequencyCommand::mask_up_to, 2.0, OutlierField::phase); },
       [] { return toggle_station_point(2, 0, Component::resistivity); },
-      [] { return toggle_station_point(0, 0, Component::phase); },
+      [] { return toggle_station_point(0, 2, Component::phase); },
       [] { return toggle_profile_point(2, 5, Component::resistivity); },
       [] { return set_repeat_use(0, UseFlag::resistivity, false); },
       [] { return set_static_factor(3.0F); },
@@ -238,22 +239,18 @@ TEST_F(Edits, Everything_can_be_undone_and_done_again) {
   };
   std::vector<std::string> states{made::whole_readings_table()};
   for (const auto& edit : edits) {
-    const std::size_t before = undo_count();
     ASSERT_EQ(edit(), Edit::changed);
     states.push_back(made::whole_readings_table());
-    for (std::size_t pushed = before + 1; pushed < undo_count(); ++pushed) {
-      states.insert(states.end() - 1, std::string());  // between the readings of one edit
-    }
   }
   for (std::size_t state = states.size() - 1; state-- > 0;) {
     ASSERT_EQ(undo_last_change().edit, Edit::changed);
-    ASSERT_TRUE(states[state].empty() || made::whole_readings_table() == states[state]) << state;
+    ASSERT_TRUE(made::whole_readings_table() == states[state]) << state;
   }
   EXPECT_EQ(undo_count(), 0U);
   EXPECT_EQ(undo_last_change().edit, Edit::nothing);
   for (std::size_t state = 1; state < states.size(); ++state) {
     ASSERT_EQ(redo_last_change().edit, Edit::changed);
-    ASSERT_TRUE(states[state].empty() || made::whole_readings_table() == states[state]) << state;
+    ASSERT_TRUE(made::whole_readings_table() == states[state]) << state;
   }
   EXPECT_EQ(redo_last_change().edit, Edit::nothing);
 }
@@ -300,4 +297,130 @@ TEST_F(Edits, Redo_ends_with_a_new_edit_and_entries_of_gone_readings_are_dropped
   EXPECT_EQ(undo_count(), 1U);
   EXPECT_EQ(redo_count(), 0U);
   EXPECT_EQ(undo_last_change().edit, Edit::changed);
+}
+
+TEST_F(Edits, Undo_gives_back_what_was_set_on_derived_curves_whose_length_changed) {
+  made::store_line(2);
+  made::store(made::key(64.0F), 9, made::reading({{0.5F, 10.0F, 10.0F}, {1.0F, 10.0F, 10.0F}}));
+  load();
+  ASSERT_EQ(recalculate_station(), 0);
+  session().frequencies = made::frequencies();
+  load();
+  ASSERT_EQ(toggle_repeat_point(0, 2, Component::resistivity), Edit::changed);  // on the average
+  ASSERT_EQ(toggle_station_point(0, 3, Component::phase), Edit::changed);       // on the merged curve
+  ASSERT_EQ(set_repeat_use(0, UseFlag::phase, false), Edit::changed);
+  dao::Recordset row = made::row(data_sets().repeats.slots[0].reading.ID);
+  row.edit();
+  row.set_single("ResOffset", 2.0F);
+  row.set_single("PhaseOffset", -3.0F);
+  row.update();
+  ASSERT_EQ(recalculate_station(), 0);
+  const std::size_t frequencies = data_sets().repeats.slots[0].reading.curve.count();
+
+  std::vector<std::string> states{made::whole_readings_table()};
+  ASSERT_EQ(set_repeat_use(5, UseFlag::reading, false), Edit::changed);  // 0.5 Hz goes, and all edits with it
+  ASSERT_EQ(data_sets().repeats.slots[0].reading.curve.count(), frequencies - 1);
+  ASSERT_TRUE(data_sets().repeats.slots[0].reading.UsePhase);
+  states.push_back(made::whole_readings_table());
+  for (const std::size_t slot : {1U, 2U, 3U, 4U, 5U, 1U}) {  // nothing is left to average; then one again
+    ASSERT_EQ(set_repeat_use(slot, UseFlag::reading, slot == 5U || states.size() > 6), Edit::changed) << slot;
+    states.push_back(made::whole_readings_table());
+  }
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t state = states.size() - 1; state-- > 0;) {
+      ASSERT_EQ(undo_last_change().edit, Edit::changed);
+      ASSERT_TRUE(made::whole_readings_table() == states[state]) << state;
+    }
+    for (std::size_t state = 1; state < states.size(); ++state) {
+      ASSERT_EQ(redo_last_change().edit, Edit::changed);
+      ASSERT_TRUE(made::whole_readings_table() == states[state]) << state;
+    }
+  }
+}
+
+TEST_F(Edits, Undo_gives_back_a_mask_of_absence_over_two_scan_rates) {
+  for (const float rate : {64.0F, 256.0F}) {
+    for (int event = 1; event <= 2; ++event) {
+      StoredReading repeat = made::reading({{1.0F, 10.0F, -120.0F}, {2.0F, 10.0F, 40.0F}});
+      repeat.curve.counts_at(2, 0) = 0;  // as an import masks a phase below 0
+      made::store(made::key(rate), event, repeat);
+    }
+  }
+  session().frequencies = made::frequencies();
+  StoredReading merged;
+  for (const float rate : {64.0F, 256.0F}) {
+    ASSERT_EQ(load_repeat_data(made::key(rate), session().frequencies, data_sets().repeats), 0);
+  }
+  ASSERT_EQ(merge_scan_rates(made::key(), session().frequencies, merged), 0);
+  std::vector<std::string> states{made::whole_readings_table()};
+  for (const float rate : {64.0F, 256.0F}) {
+    ASSERT_EQ(load_repeat_data(made::key(rate), session().frequencies, data_sets().repeats), 0);
+    ASSERT_EQ(clear_frequencies(FrequencyCommand::reset_all, 0.0, OutlierField::phase), Edit::changed);
+    EXPECT_EQ(masks(0, 2), "11") << "there is a value now";
+    states.push_back(made::whole_readings_table());
+  }
+  EXPECT_EQ(stored(merged.ID).curve.counts_at(2, 0), 1);
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == states[1]);
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == states[0]);
+  EXPECT_EQ(stored(merged.ID).curve.counts_at(2, 0), 0);
+  ASSERT_EQ(redo_last_change().edit, Edit::changed);
+  ASSERT_EQ(redo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == states[2]);
+}
+
+TEST_F(Edits, Undo_removes_derived_rows_that_an_edit_has_made) {
+  made::store_line(1);
+  StoredReading off = made::reading({{1.0F, 10.0F, 10.0F}});
+  off.UseReading = false;
+  made::store(made::key(1024.0F), 1, off);
+  session().current_scan_rate = 1024.0;
+  load();
+  const std::string before = made::whole_readings_table();
+  ASSERT_EQ(set_repeat_use(1, UseFlag::reading, true), Edit::changed);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 3);
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+  ASSERT_EQ(redo_last_change().edit, Edit::changed);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 3);
+}
+
+TEST_F(Edits, Undo_goes_to_another_selection) {
+  made::store_line(2);
+  for (int event = 1; event <= 2; ++event) {  // with a frequency list of its own
+    ReadingKey other = made::key(64.0F, 200.0);
+    other.reference_type = 1;
+    other.data_type = "EyHx";
+    other.dipole = 25.0F;
+    made::store(other, event,
+                made::reading({{3.0F, 10.0F, 10.0F}, {5.0F, 10.0F * static_cast<float>(event), 10.0F}}));
+  }
+  session().current_reference_type = 1;
+  session().current_data_type = "EyHx";
+  session().current_dipole = 25.0F;
+  session().current_station = 200.0;
+  ASSERT_EQ(Module_database::load_selected_frequencies(), 0);
+  load();
+  ASSERT_EQ(recalculate_station(), 0);
+  const std::string before = made::whole_readings_table();
+  ASSERT_EQ(toggle_repeat_point(2, 1, Component::resistivity), Edit::changed);
+
+  session().current_reference_type = 0;
+  session().current_data_type = "ExHy";
+  session().current_dipole = 50.0F;
+  session().current_station = 100.0;
+  session().current_station_index = 1;
+  ASSERT_EQ(Module_database::load_selected_frequencies(), 0);
+  load();
+  const UndoResult undone = undo_last_change();
+  EXPECT_EQ(undone.edit, Edit::changed);
+  EXPECT_EQ(undone.station_index, 2);
+  EXPECT_TRUE(undone.other_selection);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+  EXPECT_EQ(session().current_reference_type, 1);
+  EXPECT_EQ(session().current_data_type, "EyHx");
+  EXPECT_EQ(session().current_dipole, 25.0F);
+  EXPECT_EQ(session().frequencies.list, (std::vector<float>{3.0F, 5.0F}));
+  EXPECT_TRUE(session().current_line.empty()) << "the profile is loaded again";
 }
