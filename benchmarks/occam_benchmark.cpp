@@ -46,6 +46,7 @@ class MadeLine {
   }
 
   void create() const {
+    std::filesystem::remove_all(inputs.directory);  // or the run before would be kept beside
     Module_occam::CreatedInversion created;
     if (Module_occam::create_inversion({"200E", 0, "ExHy", 50.0F}, inputs, {}, {}, created) != 0) {
       std::abort();
