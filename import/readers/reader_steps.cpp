@@ -90,7 +90,7 @@ void remark_on_nul_bytes(const LineReader& lines, formats::FileReport& report) {
     formats::remark_unreadable(report, 0,
                                plain_text(lines.nul_bytes()) +
                                    (lines.nul_bytes() == 1 ? " NUL byte" : " NUL bytes") +
-                                   " stand where text belongs, read as '?'; the file may be damaged");
+                                   " where text belongs, read as '?'; the file may be damaged");
   }
 }
 

@@ -198,6 +198,26 @@ TEST_F(ImportRun, Lengths_in_feet_are_told) {
   }
 }
 
+TEST_F(ImportRun, Other_encodings_are_read_and_damage_and_compression_named) {
+  std::string wide = "\xFF\xFE";
+  for (const char c : made_edi()) {
+    wide += {c, '\0'};
+  }
+  const std::string nul = replaced(made_edi(), "1 2 3", std::string("1 \0 3", 5));
+  ASSERT_EQ(import({folder.write("wide.edi", wide), folder.write("nul.edi", nul),
+                    folder.write("packed.edi", "\x1F\x8B\x08 and so on")}),
+            0);
+  EXPECT_EQ(report.files.at(0).readings, 4);
+  EXPECT_FALSE(report.files.at(0).has_remarks());
+  EXPECT_EQ(report.files.at(1).readings, 4);
+  ASSERT_EQ(report.files.at(1).unreadable.size(), 2U);
+  EXPECT_EQ(report.files.at(1).unreadable[0].text, "'?' is not a number, taken as absent");
+  EXPECT_EQ(report.files.at(1).unreadable[1].text,
+            "1 NUL byte where text belongs, read as '?'; the file may be damaged");
+  EXPECT_TRUE(
+      report.files.at(2).failure.ends_with("packed.edi is a compressed file (gzip); unpack it first"));
+}
+
 // A pipe would be waited for, and so would the whole run.
 TEST_F(ImportRun, What_is_no_file_is_named_and_the_others_come_in) {
   const std::string pipe = folder.path("pipe.edi");
