@@ -34,7 +34,7 @@ int create_run(const OccamOptions& options) {
 int run_occam(OccamOptions& options) {
   std::string& directory = options.inputs.directory;
   directory = path_from_here(directory);
-  return with_open_survey(options.survey, [&] { return create_run(options); });
+  return with_open_survey(options.survey, options.reading.line, [&] { return create_run(options); });
 }
 
 // Entries are texts and are checked as those of the window are.

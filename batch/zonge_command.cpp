@@ -44,7 +44,7 @@ int run_zonge(ZongeOptions& options) {
   if (!may_write(options)) {
     return status_failed;
   }
-  return with_open_survey(options.survey, [&] { return write_line(options); });
+  return with_open_survey(options.survey, options.reading.line, [&] { return write_line(options); });
 }
 
 }  // namespace

@@ -54,13 +54,15 @@ Frequencies with_added(const Frequencies& stored, const std::vector<float>& adde
 }
 
 Frequencies read_flags(const dao::Recordset& row) {
-  Frequencies list{singles_from(row.get_binary("FreqBinary")), longs_from(row.get_binary("MaskBinary"))};
-  const auto count = static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
-  if (list.list.size() != count || list.enabled.size() != count) {
+  const dao::Bytes frequencies = row.get_binary("FreqBinary");
+  const dao::Bytes enabled = row.get_binary("MaskBinary");
+  const std::size_t wanted =
+      sizeof(float) * static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
+  if (frequencies.size() != wanted || enabled.size() != wanted) {
     throw dao::Error("the frequency list of reference type " + plain_text(row.get_long("ReferenceType")) +
                      " is damaged");
   }
-  return list;
+  return {singles_from(frequencies), longs_from(enabled)};
 }
 
 void write_flags(dao::Recordset& row, const Frequencies& list) {
@@ -141,6 +143,7 @@ int load_selected_frequencies() {
 
 int save_frequency_selection(std::int32_t reference_type, const Frequencies& selection) {
   return trap_errors("An error occurred while saving the frequency selection: ", [&] {
+    require_writable();
     dao::Recordset& lists = open_survey().frequency_lists;
     if (selection.empty() || !find_list(lists, reference_type)) {
       return;

@@ -1,5 +1,6 @@
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
+#include "database/survey_database.h"
 #include "reduction/averages.h"
 #include "reduction/derived_rows.h"
 #include "reduction/each_item.h"
@@ -42,7 +43,12 @@ Outcome rebuild_all() {
 
 int recalculate_merged() {
   const BusyPointer busy;
-  return trap_errors(averaging_failed, [] { return rebuild_all() == Outcome::failed ? -1 : 0; });
+  return trap_errors(averaging_failed, [] {
+    Module_database::require_writable();
+    const Outcome outcome = rebuild_all();
+    Module_database::settle_survey();
+    return outcome == Outcome::failed ? -1 : 0;
+  });
 }
 
 }  // namespace Module_averaged_data

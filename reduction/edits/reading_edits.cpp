@@ -143,6 +143,7 @@ Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entri
   std::vector<Written> written;
   ReducedStation reduced;
   const int status = trap_errors(fixed_text, [&] {
+    Module_database::require_writable();
     dao::Transaction transaction(Module_database::open_survey().database);
     if (!write_all(entries, written)) {
       return 0;

@@ -5,6 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"
@@ -26,7 +27,7 @@ ReduceFrom follows_from(const UndoEntry& entry, std::int32_t ReductionType) {
 std::int32_t station_index_of(const ReadingKey& key) {
   const SessionState& state = session();
   for (std::size_t i = 0; i < state.station_value.size(); ++i) {
-    if (state.station_value[i] == key.station && state.station_line[i] == key.line) {
+    if (state.station_value[i] == key.station && equal_ignoring_case(state.station_line[i], key.line)) {
       return static_cast<std::int32_t>(i) + 1;
     }
   }
@@ -49,6 +50,7 @@ UndoResult write_back(const UndoEntry& entry, Finish&& finish, void (*drop)()) {
   std::optional<ExchangedRow> row;
   ReducedStation reduced;
   const int status = trap_errors("An error occurred while undoing the change: ", [&] {
+    Module_database::require_writable();
     dao::Transaction transaction(Module_database::open_survey().database);
     row = exchange_row(entry);
     if (!row) {
