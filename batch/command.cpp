@@ -8,10 +8,11 @@
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
+#include "platform/files/settled_path.h"
 
 namespace Batch {
 
-std::string path_from_here(const std::string& path) { return std::filesystem::absolute(path).string(); }
+std::string path_from_here(const std::string& path) { return settled_path(path).string(); }
 
 void add_overwrite_flag(Parser& parser, const char* help) {
   parser.add_flag(

@@ -23,6 +23,7 @@
 #include "platform/files/file_lock.h"
 #include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
+#include "platform/files/settled_path.h"
 
 namespace fs = std::filesystem;
 
@@ -34,17 +35,6 @@ constexpr std::string_view form_message = "This database does not have the requi
 
 // A folder's own file, where the path leads through a link: renames must meet the survey, not the link.
 fs::path real_path(const fs::path& path) { return fs::canonical(path); }
-
-// The whole path as it is kept and shown. Behind a link ".." leads elsewhere than the path's text says.
-fs::path settled(const fs::path& given) {
-  const fs::path whole = fs::absolute(given);
-  if (std::find(whole.begin(), whole.end(), "..") == whole.end()) {
-    return whole.lexically_normal();
-  }
-  std::error_code missing;
-  const fs::path folder = fs::canonical(whole.parent_path(), missing);
-  return missing ? whole : folder / whole.filename();
-}
 
 fs::path compacted_neighbour(const fs::path& survey) {
   fs::path neighbour = survey;
@@ -257,7 +247,7 @@ void tell_findings(const Compaction& compaction, const std::vector<std::string>&
 }
 
 int open_survey_file() {
-  session().database_file = settled(session().database_file).string();
+  session().database_file = settled_path(session().database_file).string();
   const std::string& path = session().database_file;
   const fs::path survey = real_path(path);
   const bool in_place =

@@ -271,10 +271,13 @@ TEST_F(Survey_file_commands, Save_as_over_a_file_asks_first) {
   const std::string other = new_survey("other.mdb");
   ASSERT_EQ(Module_database::close_database(), 0);
   open(path);
-  interface->path_answers = {other, other};
-  interface->yes_no_answers = {false, true};
+  interface->path_answers = {other};
+  interface->yes_no_answers = {false};
   EXPECT_FALSE(save_survey_as());
   expect_open(path);
+  EXPECT_EQ(interface->file_dialogs.back().suggested_name, "other.mdb") << "the dialog came back";
+  interface->path_answers = {other, other};
+  interface->yes_no_answers = {false, true};
   EXPECT_TRUE(save_survey_as());
   expect_open(other);
   EXPECT_EQ(rows_in("ReadingsDataTable"), 1);

@@ -256,6 +256,23 @@ TEST_F(LostGround, A_written_file_that_the_full_disk_cuts_leaves_the_earlier_one
   }
 }
 
+TEST_F(LostGround, A_file_that_can_not_take_its_place_leaves_nothing_beside_it) {
+  const std::string source = folder.write("source", "a letter home");
+  (void)folder.write("taken/by_a_folder", "");
+  const fs::path taken = folder.folder() / "taken";
+  const std::set<std::string> names = names_in(folder.folder());
+  const std::function<void()> writings[] = {[&] { safe_files::write_into_place(taken, "letters"); },
+                                            [&] { safe_files::copy_into_place(source, taken); },
+                                            [&] {
+                                              safe_files::write_together({{folder.path("first"), "letters"},
+                                                                          {taken, "letters"}});
+                                            }};
+  for (const auto& writing : writings) {
+    EXPECT_THROW(writing(), std::runtime_error);
+    EXPECT_EQ(names_in(folder.folder()), names);
+  }
+}
+
 TEST_F(LostGround, A_survey_that_can_not_be_written_is_shown_from_a_private_copy) {
   using namespace Module_averaged_data;
   const std::string survey = new_survey("survey.mdb");
@@ -310,6 +327,34 @@ TEST_F(LostGround, A_survey_that_can_not_be_written_is_shown_from_a_private_copy
   }
   EXPECT_EQ(stations_after_opening(survey), 3);
   EXPECT_FALSE(survey_is_read_only());
+}
+
+TEST_F(LostGround, A_survey_without_permission_to_write_file_or_folder_is_read_only) {
+  constexpr uid_t nobody = 65534;
+  make_survey_with_stations("survey.mdb", 3);
+  const std::string survey = session().database_file;
+  fs::remove(folder.folder() / "survey.bak");
+  const auto all_but_writing =
+      fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write);
+  const std::pair<fs::perms, fs::perms> cases[] = {{all_but_writing, fs::perms::all},
+                                                   {fs::perms::all, all_but_writing}};
+  for (const auto& [of_file, of_folder] : cases) {
+    fs::permissions(survey, of_file);
+    fs::permissions(folder.folder(), of_folder);
+    EXPECT_EQ(wait_for_child(start_child([&] {
+                if (geteuid() == 0) {
+                  ASSERT_EQ(setuid(nobody), 0);  // root may write everywhere
+                }
+                ASSERT_EQ(open_database(), 0);
+                EXPECT_TRUE(survey_is_read_only());
+                EXPECT_EQ(rows_in("StationsTable"), 3);
+                EXPECT_EQ(close_database(), 0);
+                EXPECT_EQ(names_in(folder.folder()), std::set<std::string>{"survey.mdb"});
+              })),
+              0);
+  }
+  fs::permissions(folder.folder(), fs::perms::owner_all);
+  EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
 }
 
 TEST_F(LostGround, A_hand_copy_of_an_open_survey_holds_an_import_and_a_recalculation) {
