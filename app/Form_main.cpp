@@ -26,6 +26,7 @@
 #include "core/trap_errors.h"
 #include "core/undo_stack.h"
 #include "database/frequency_store.h"
+#include "database/survey_database.h"
 #include "database/windows/Form_view_table.h"
 #include "display/windows/line_document.h"
 #include "import/windows/Form_import_MTData.h"
@@ -39,6 +40,7 @@ namespace {
 
 constexpr QSize design_size(1240, 760);  // fits a 1280 by 800 screen with its bars
 constexpr int split_settles_milliseconds = 100;
+constexpr int idle_milliseconds = 3000;
 
 UTIL::DisplayFacts display_facts(const QScreen& screen) {
   UTIL::DisplayFacts facts;
@@ -63,6 +65,7 @@ Form_main::Form_main(QWidget* parent)
       ui_(std::make_unique<Ui::Form_main>()),
       resizer_(new VexControlResizer(this)),
       resizer_timer_(new QTimer(this)),
+      idle_timer_(new QTimer(this)),
       version_(new QLabel(this)),
       help_key_(new HelpKey(*this)) {
   compose();
@@ -112,6 +115,11 @@ void Form_main::compose() {
   resizer_timer_->setSingleShot(true);
   resizer_timer_->setInterval(split_settles_milliseconds);
   connect(resizer_timer_, &QTimer::timeout, this, &Form_main::resizer_timer_event);
+  // Whoever copies the file of a survey that is open gets all but the edits of the last seconds.
+  idle_timer_->setObjectName("Timer_idle");
+  idle_timer_->setInterval(idle_milliseconds);
+  connect(idle_timer_, &QTimer::timeout, this, Module_database::settle_idle_survey);
+  idle_timer_->start();
   for (const VexSplitter* const splitter : {ui_->Splitter_profile, ui_->Splitter_map}) {
     connect(splitter, &VexSplitter::split_moved, resizer_timer_, qOverload<>(&QTimer::start));
   }
@@ -123,12 +131,13 @@ void Form_main::connect_file_menu() {
   connect(ui_->menu_database_file_1, &QAction::triggered, this,
           [this] { change_survey(Module_Brenlox::open_chosen_survey); });
   connect(ui_->menu_database_file_2, &QAction::triggered, this,
-          [this] { change_survey([] { return false; }); });  // opens none
+          [this] { change_survey(Module_Brenlox::close_survey); });
   for (std::size_t index = 0; index < session().recent_files.size(); ++index) {
     connect(menu_item("menu_file_list", static_cast<int>(index)), &QAction::triggered, this,
             [this, index] { open_survey(QString::fromStdString(session().recent_files.at(index))); });
   }
-  connect(ui_->menu_saveas, &QAction::triggered, this, &Form_main::save_survey_as);
+  connect(ui_->menu_saveas, &QAction::triggered, this,
+          [this] { change_survey(Module_Brenlox::save_survey_as); });
   connect(ui_->menu_line_document, &QAction::triggered, this, &Form_main::write_line_document);
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
   connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
@@ -189,32 +198,29 @@ QAction* Form_main::menu_item(const char* array, int index) const {
 }
 
 void Form_main::size_from_preferences() {
-  const QSize stored(static_cast<int>(session().form_width), static_cast<int>(session().form_height));
-  const QSize wanted = stored.width() > 0 && stored.height() > 0 ? stored : design_size;
-  resize(wanted.boundedTo(screen()->availableGeometry().size()));  // the size may come from a larger screen
+  // The size may come from a larger screen, or from a file that holds any number.
+  const QSize room = screen()->availableGeometry().size();
+  const auto pixels = [](float stored, int most) {
+    return stored < static_cast<float>(most) ? static_cast<int>(stored) : most;
+  };
+  const QSize stored(pixels(session().form_width, room.width()),
+                     pixels(session().form_height, room.height()));
+  const bool is_given = session().form_width >= 1.0F && session().form_height >= 1.0F;
+  resize(is_given ? stored : design_size.boundedTo(room));
 }
 
 void Form_main::open_survey(const QString& path) {
   change_survey([file = path.toStdString()] { return Module_Brenlox::open_survey_file(file); });
 }
 
-void Form_main::change_survey(const std::function<bool()>& open_next) {
+void Form_main::change_survey(const std::function<bool()>& change) {
   leave_text_box();
-  if (Module_Brenlox::close_survey()) {
-    show_no_survey();  // also while a dialog asks for the next one
-    if (open_next()) {
-      show_survey();
-    }
-  }
-}
-
-void Form_main::save_survey_as() {
-  leave_text_box();
-  if (Module_Brenlox::save_survey_as()) {
+  const bool changed = change();
+  if (changed || !session().database_open) {
     show_no_survey();
-    if (session().database_open) {
-      show_survey();
-    }
+  }
+  if (changed && session().database_open) {
+    show_survey();
   }
 }
 
@@ -223,7 +229,7 @@ void Form_main::show_no_survey() {
   set_database_menus(false);
   setWindowTitle(QString::fromStdString(Module_Brenlox::window_caption()));
   show_recent_files();
-  ui_->Picture_open->set_picture(QString::fromStdString(session().opening_picture));
+  ui_->Picture_open->set_picture(QString::fromStdString(Module_Brenlox::opening_picture_file()));
 }
 
 void Form_main::show_survey() {
@@ -362,8 +368,9 @@ void Form_main::import_data() {
 }
 
 void Form_main::view_table(const Module_database::ViewedTable& table) {
-  static_cast<void>(trap_errors("An error occurred while opening the table: ",
-                                [&] { Form_view_table(session().database_file, table, this).exec(); }));
+  static_cast<void>(trap_errors("An error occurred while opening the table: ", [&] {
+    Form_view_table(Module_database::working_file(), table, this).exec();
+  }));
 }
 
 void Form_main::select_frequencies() {

@@ -51,9 +51,8 @@ class Form_main : public QMainWindow {
   void apply_resize();
   void resizer_timer_event();
   void leave_text_box();
-  /// Closes the open survey and shows the one that `open_next` opens, if it returns true.
-  void change_survey(const std::function<bool()>& open_next);
-  void save_survey_as();
+  /// Shows the survey that is open after `change`, or that there is none, if it returns true.
+  void change_survey(const std::function<bool()>& change);
   void show_no_survey();
   void show_survey();
   void set_database_menus(bool open);
@@ -72,6 +71,7 @@ class Form_main : public QMainWindow {
   std::unique_ptr<Ui::Form_main> ui_;
   VexControlResizer* resizer_;
   QTimer* resizer_timer_;
+  QTimer* idle_timer_;
   QLabel* version_;
   HelpKey* help_key_;
   SurveyDisplay* display_ = nullptr;

@@ -8,11 +8,11 @@
 #include "core/preferences.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "core/undo_stack.h"
 #include "database/survey_database.h"
 #include "platform/dao/compact.h"
-#include "platform/files/safe_files.h"
 #include "projections/survey_projection.h"
 
 namespace fs = std::filesystem;
@@ -50,14 +50,37 @@ bool may_be_replaced(const std::string& path) {
   return !file_exists(path) || user_interface().ask_yes_no("The specified file already exists. Overwrite?");
 }
 
-// A file that is to be replaced may have a crashed run's journal beside it: the engine would replay it
-// into the next file of that name, and the earlier file needs it if it has to be restored.
-void settle_journal(const std::string& path) {
-  for (const char* ending : {"-journal", "-wal"}) {
-    if (file_exists(path + ending)) {
-      dao::recover_database(path);
-      return;
+/// The file itself, also after it was removed or replaced by another.
+bool is_current_file(const std::string& path) {
+  const std::string& current = session().database_file;
+  std::error_code missing;
+  return session().database_open && (path == current || fs::equivalent(path, current, missing));
+}
+
+/// The dialog adds an ending only to a name without a point.
+std::string with_survey_ending(const std::string& path) {
+  return upper_case(path).ends_with(".MDB") ? path : path + ".mdb";
+}
+
+/// Asks until the user names a free file or one that may be replaced.
+/// @param is_refused says so itself
+/// @return empty when cancelled or refused
+std::string choose_new_file(bool (*is_refused)(const std::string& path)) {
+  FileDialogRequest request = dialog("Select the database file to create");
+  for (;;) {
+    std::string path = user_interface().select_file_to_create(request);
+    if (path.empty()) {
+      return {};
     }
+    path = with_survey_ending(path);
+    if (is_refused(path)) {
+      return {};
+    }
+    if (may_be_replaced(path)) {
+      return path;
+    }
+    request.directory = fs::path(path).parent_path().string();
+    request.suggested_name = fs::path(path).filename().string();
   }
 }
 
@@ -97,24 +120,40 @@ void work_in_survey_folder() {
   }
 }
 
-bool open() {
-  if (Module_database::open_database() != 0) {
-    return false;
-  }
+/// What follows an opening.
+bool begin_work() {
   if (trap_errors(opening_failed, work_in_survey_folder) != 0) {
     (void)Module_database::close_database();
     return false;
   }
   (void)Module_projections::apply_survey_projection();  // a survey may have none
+  reset_session();
   add_recent_file(session().database_file);
   return true;
 }
 
+/// Opens a survey in place of the one that is open, which stays if the other can't be opened.
+bool open_instead(const std::string& path) {
+  if (is_current_file(path)) {
+    if (Module_database::close_database() != 0) {
+      return false;
+    }
+    session().database_file = path;
+    return Module_database::open_database() == 0 && begin_work();
+  }
+  Module_database::SurveySetAside earlier;
+  session().database_file = path;
+  if (Module_database::open_database() != 0 || !begin_work()) {
+    return false;
+  }
+  return trap_errors("An error occurred while closing database: ", [&] { earlier.let_go(); }) == 0;
+}
+
 int create_new_survey(const std::string& path) {
   return trap_errors(creating_failed, [&] {
-    settle_journal(path);
+    dao::clear_place(path);
     FileSetAside earlier(path);
-    session().database_file = path;
+    const ScopedValue<std::string> file(session().database_file, path);
     if (Module_database::create_database() != 0) {
       return -1;
     }
@@ -124,21 +163,22 @@ int create_new_survey(const std::string& path) {
   });
 }
 
-int copy_survey(const std::string& from, const std::string& to) {
-  return trap_errors(creating_failed, [&] {
-    const BusyPointer busy;
-    settle_journal(to);
-    safe_files::copy_into_place(from, to);
-  });
-}
-
 bool open_at(const std::string& path) {
-  session().database_file = path;
   if (!file_exists(path)) {
     user_interface().show_message("The specified file does not exist");
     return false;
   }
-  return open();
+  return open_instead(path);
+}
+
+/// Makes a new file of the survey that is open now.
+bool create_in_place_of_current(const std::string& path) {
+  const std::string current = session().database_file;
+  if (Module_database::close_database() != 0) {
+    return false;
+  }
+  const bool created = create_new_survey(path) == 0;
+  return open_instead(created ? path : current) && created;
 }
 
 // The last word for what no operation has reported itself.
@@ -151,8 +191,12 @@ bool run(std::string_view fixed_text, Command&& command) {
 }  // namespace
 
 std::string window_caption() {
-  return session().database_open ? std::string(caption_prefix) + " " + session().database_file
-                                 : std::string(caption_prefix);
+  std::string caption(caption_prefix);
+  if (session().database_open) {
+    caption += " " + session().database_file;
+    caption += Module_database::survey_is_read_only() ? " (read-only)" : "";
+  }
+  return caption;
 }
 
 void reset_session() {
@@ -182,9 +226,14 @@ bool open_chosen_survey() {
 
 bool create_chosen_survey() {
   return run(creating_failed, [] {
-    const std::string path =
-        user_interface().select_file_to_create(dialog("Select the database file to create"));
-    return !path.empty() && may_be_replaced(path) && create_new_survey(path) == 0 && open();
+    const std::string path = choose_new_file([](const std::string&) { return false; });
+    if (path.empty()) {
+      return false;
+    }
+    if (is_current_file(path)) {
+      return create_in_place_of_current(path);
+    }
+    return create_new_survey(path) == 0 && open_instead(path);
   });
 }
 
@@ -193,25 +242,28 @@ bool open_survey_file(const std::string& path) {
 }
 
 bool save_survey_as() {
-  return run(opening_failed, [] {
-    const std::string path =
-        user_interface().select_file_to_create(dialog("Select the database file to create"));
+  return run(creating_failed, [] {
+    const std::string path = choose_new_file([](const std::string& chosen) {
+      const bool is_current = is_name_of_current_file(chosen);
+      if (is_current) {
+        user_interface().show_message("You must specify a name different from current database name");
+      }
+      return is_current;
+    });
     if (path.empty()) {
       return false;
     }
-    if (is_name_of_current_file(path)) {
-      user_interface().show_message("You must specify a name different from current database name");
+    const int copied = trap_errors(creating_failed, [&] {
+      const BusyPointer busy;
+      Module_database::copy_survey_to(path);
+    });
+    // Closed first: the copy may stand where the survey was removed.
+    if (copied != 0 || Module_database::close_database() != 0) {
       return false;
     }
-    if (!may_be_replaced(path) || Module_database::close_database() != 0) {
-      return false;
-    }
-    if (copy_survey(session().database_file, path) == 0) {
-      session().database_file = path;
-    }
-    reset_session();
-    static_cast<void>(open());  // after a message the window goes on without a survey
-    return true;
+    session().database_file = path;
+    static_cast<void>(Module_database::open_database() == 0 && begin_work());
+    return true;  // after a message the window goes on without a survey
   });
 }
 

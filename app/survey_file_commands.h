@@ -8,7 +8,7 @@
 
 namespace Module_Brenlox {
 
-/// The main window's title: the open survey's path, if there is one.
+/// The main window's title: the open survey's path, if there is one, and whether it is read-only.
 std::string window_caption();
 
 /// The state without a survey: recent files, header values, station counts, undo. Writes the preferences.
@@ -18,18 +18,20 @@ void reset_session();
 /// @return false after a message: the survey is still open
 [[nodiscard]] bool close_survey();
 
-// With no survey open; each returns true if one is open then. A dialog that is cancelled leaves none open.
+// Each returns true if another survey is open then. A survey that is open stays so until the other one is: a
+// dialog that is cancelled, a file that has gone or can't be opened leaves it as it was.
 
 /// Asks for a survey and opens it.
 [[nodiscard]] bool open_chosen_survey();
-/// Asks for a new file's name, creates an empty survey there and opens it.
+/// Asks for a new file's name, again if a file that is there may not be replaced, creates an empty survey
+/// there and opens it.
 [[nodiscard]] bool create_chosen_survey();
 /// Opens the survey at `path`, or says that there is none.
 [[nodiscard]] bool open_survey_file(const std::string& path);
 
-/// Asks for a new file's name, copies the open survey there and goes on with the copy; if it can't be copied,
-/// with the survey that was open.
-/// @return false if nothing has changed: cancelled or refused
+/// Asks for a new file's name, copies the open survey there and goes on with the copy. The copy is of what is
+/// open, also where its file was removed or can't be written.
+/// @return false if nothing has changed: cancelled, refused, or not copied
 [[nodiscard]] bool save_survey_as();
 
 }  // namespace Module_Brenlox

@@ -50,4 +50,7 @@ void add_survey_argument(Parser& parser, std::string& path);
 /// @return the exit status
 int with_open_survey(const std::string& path, const std::function<int()>& work);
 
+/// The same for work on one line, which is then spelled as in the survey.
+int with_open_survey(const std::string& path, std::string& line, const std::function<int()>& work);
+
 }  // namespace Batch

@@ -217,8 +217,10 @@ Command add_curve_command(Program& program) {
   parser.add_flag("--json", options->json,
                   "as JSON: id, file_id, frequencies, data (20 values a frequency), mask, use, res_offset, "
                   "phase_offset; repeats as a list, with event. An absent value is -1e32");
-  return {parser,
-          [options] { return with_open_survey(options->survey, [&] { return show_curve(*options); }); }};
+  return {parser, [options] {
+            return with_open_survey(options->survey, options->reading.line,
+                                    [&] { return show_curve(*options); });
+          }};
 }
 
 }  // namespace Batch

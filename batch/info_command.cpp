@@ -10,6 +10,7 @@
 #include "batch/command.h"
 #include "core/number_text.h"
 #include "database/survey_database.h"
+#include "database/survey_lists.h"
 
 namespace Batch {
 namespace {
@@ -42,25 +43,21 @@ auto distinct(const std::string& column, const std::string& condition, Read read
 
 std::vector<LineContents> read_lines() {
   std::vector<LineContents> lines;
-  dao::Recordset& stations = Module_database::open_survey().stations;
-  stations.requery();
-  for (; !stations.eof(); stations.move_next()) {
-    const std::string line = stations.get_text("SurveyLine");
-    if (lines.empty() || lines.back().line != line) {
-      lines.push_back({line, {}});
+  for (const Module_database::ListedStation& station : Module_database::listed_stations()) {
+    if (lines.empty() || lines.back().line != station.line) {
+      lines.push_back({station.line, {}});
     }
-    lines.back().stations.push_back(stations.get_double("Station"));
+    lines.back().stations.push_back(station.station);
   }
   return lines;
 }
 
 SurveyContents read_contents() {
-  const dao::Database& database = Module_database::open_survey().database;
+  dao::Database& database = Module_database::open_survey().database;
   SurveyContents contents;
   for (const std::string& table : database.table_names()) {
-    dao::Database& survey = Module_database::open_survey().database;
-    contents.tables.emplace_back(table,
-                                 survey.open_recordset("SELECT ID FROM [" + table + "]").record_count());
+    const dao::Recordset count = database.open_recordset("SELECT Count(*) AS Rows FROM [" + table + "]");
+    contents.tables.emplace_back(table, count.get_long("Rows"));
   }
   contents.lines = read_lines();
   contents.reference_types =

@@ -123,7 +123,7 @@ int run_invert(InvertOptions& options) {
   if (!options.json_path.empty() && options.json_path != "-") {
     options.json_path = path_from_here(options.json_path);
   }
-  return with_open_survey(options.survey, [&] { return invert_line(options); });
+  return with_open_survey(options.survey, options.reading.line, [&] { return invert_line(options); });
 }
 
 }  // namespace

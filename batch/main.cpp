@@ -7,7 +7,9 @@
 #include "batch/command.h"
 #include "batch/console_interface.h"
 #include "core/session_state.h"
+#include "core/trap_errors.h"
 #include "core/version.h"
+#include "platform/system/system_facts.h"
 
 namespace {
 
@@ -51,6 +53,9 @@ int run(int argument_count, char** arguments) {
     return parsed == Batch::ParseResult::answered ? Batch::status_done : Batch::status_wrong_usage;
   }
   Batch::catch_interrupts();
+  if (wanted_debug_level() > 0) {
+    initialise_from_system();  // which says where the log is
+  }
   session().version_text = version_text(BRENLOX_VERSION_MAJOR, BRENLOX_VERSION_MINOR);
   const auto given =
       std::ranges::find_if(commands, [](const Batch::Command& command) { return command.parser.is_given(); });
@@ -69,7 +74,7 @@ int main(int argument_count, char** arguments) {
     }
     return status;
   } catch (const std::exception& failure) {
-    std::cerr << failure.what() << '\n';
+    std::cerr << failure_text(failure) << '\n';
     return Batch::status_failed;
   }
 }

@@ -30,9 +30,7 @@ int replace(const std::string& path) {
     user_interface().show_message(path + " is not a file");
     return -1;
   }
-  if (dao::file_kind(path) == dao::FileKind::survey_engine) {
-    dao::recover_database(path);  // a journal left beside it would be taken for the new survey's
-  }
+  dao::clear_place(path);  // a journal left beside it would be taken for the new survey's
   const std::string earlier = path + ".replaced";
   if (std::filesystem::exists(earlier)) {
     user_interface().show_message(earlier +

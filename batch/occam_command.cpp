@@ -38,7 +38,7 @@ int run_occam(OccamOptions& options) {
   if (Module_occam::check_inversion_inputs(options.inputs, choices) != 0) {
     return status_wrong_usage;
   }
-  return with_open_survey(options.survey, [&] { return create_run(options); });
+  return with_open_survey(options.survey, options.reading.line, [&] { return create_run(options); });
 }
 
 // Entries are texts and are checked as those of the window are.

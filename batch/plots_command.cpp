@@ -67,7 +67,7 @@ int write_plots(const PlotsOptions& options) {
 int run_plots(PlotsOptions& options) {
   options.output = path_from_here(options.output);
   const OffscreenApplication application;
-  return with_open_survey(options.survey, [&] { return write_plots(options); });
+  return with_open_survey(options.survey, options.line, [&] { return write_plots(options); });
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ int write_line(const RhoplusOptions& options) {
 
 int run_rhoplus(RhoplusOptions& options) {
   options.directory = path_from_here(options.directory);
-  return with_open_survey(options.survey, [&] { return write_line(options); });
+  return with_open_survey(options.survey, options.reading.line, [&] { return write_line(options); });
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ int run_zonge(ZongeOptions& options) {
   if (!may_write_zonge(Module_output::zonge_paths(options.output))) {
     return status_failed;
   }
-  return with_open_survey(options.survey, [&] { return write_line(options); });
+  return with_open_survey(options.survey, options.reading.line, [&] { return write_line(options); });
 }
 
 }  // namespace

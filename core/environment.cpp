@@ -77,6 +77,8 @@ void set_system_facts(Environment& environment, const SystemFacts& system) {
 }
 
 void log_system_facts(const Environment& environment) {
+  log_step("Set UnhandledExceptionFilter");
+  log_step("create fso");
   log_step("user name: ", environment.user_name);
   log_step("computer name: ", environment.computer_name);
   log_step("WindowsDir: ", environment.windows_directory);

@@ -141,7 +141,8 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 struct PreferencesState {
   DisplayScales scales;
-  std::string file;  // empty before read_preferences, and when the file that is there can't be read
+  std::string file;         // empty before read_preferences, and when the file that is there can't be read
+  fs::path working_folder;  // when the file was read; opening a survey changes it
 };
 
 PreferencesState& state() {
@@ -193,6 +194,13 @@ std::size_t end_recent_files_at_first_blank() {
   return static_cast<std::size_t>(blank - files.begin());
 }
 
+bool is_recent_file_line(std::string_view line) {
+  constexpr std::string_view key = "File ";
+  const std::string_view text = trimmed(line);
+  return text.size() > key.size() + 1 && text.starts_with(key) && text[key.size()] >= '1' &&
+         text[key.size()] <= '6' && text[key.size() + 1] == ':';
+}
+
 bool apply_file_text(std::string_view text) {
   std::string_view line;
   if (!take_line(text, line) || trimmed(line) != first_line) {
@@ -205,8 +213,14 @@ bool apply_file_text(std::string_view text) {
     }
     file = value_of(line);
   }
-  end_recent_files_at_first_blank();
+  std::size_t count = end_recent_files_at_first_blank();
   while (take_line(text, line)) {
+    if (is_recent_file_line(line)) {  // an editor may have put a blank line into the list
+      if (count < session().recent_files.size() && !value_of(line).empty()) {
+        session().recent_files[count++] = value_of(line);
+      }
+      continue;
+    }
     const auto key = std::ranges::find_if(
         keys, [&](const Key& k) { return line.find(trimmed(k.text)) != std::string_view::npos; });
     if (key != keys.end()) {
@@ -311,6 +325,7 @@ void count_recent_files() {
 void read_preferences() {
   reset_to_defaults();
   try {
+    state().working_folder = fs::current_path();
     state().file = find_or_create_file();
     const std::optional<std::string> bytes = contents_of(state().file);
     std::error_code missing;
@@ -336,6 +351,11 @@ void write_preferences() {
   } catch (const std::exception& failure) {
     Module_debug::write_debug(0, std::string("write_preferences: ") + failure.what());
   }
+}
+
+std::string opening_picture_file() {
+  const std::string_view picture = trimmed(session().opening_picture);
+  return picture.empty() ? std::string() : (state().working_folder / picture).string();
 }
 
 void refresh_recent_file_menu() {

@@ -19,6 +19,10 @@ void read_preferences();
 /// never read isn't overwritten by defaults; a failure leaves the earlier file whole.
 void write_preferences();
 
+/// The path of the opening picture, wherever the process works by now; empty if there is none. In the file it
+/// may stand relative to the working directory at start.
+std::string opening_picture_file();
+
 /// Counts the recent files up to the first blank one, drops those after it and writes the preferences. The
 /// menu then shows recent_file_caption(n) for each.
 void refresh_recent_file_menu();

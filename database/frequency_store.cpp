@@ -71,13 +71,15 @@ Frequencies with_place(Frequencies list) {
 }
 
 Frequencies read_flags(const dao::Recordset& row) {
-  Frequencies list{singles_from(row.get_binary("FreqBinary")), longs_from(row.get_binary("MaskBinary"))};
-  const auto count = static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
-  if (list.list.size() != count || list.enabled.size() != count) {
+  const dao::Bytes frequencies = row.get_binary("FreqBinary");
+  const dao::Bytes enabled = row.get_binary("MaskBinary");
+  const std::size_t wanted =
+      sizeof(float) * static_cast<std::size_t>(std::max(row.get_long("NumFrequencies"), 0));
+  if (frequencies.size() != wanted || enabled.size() != wanted) {
     throw dao::Error("the frequency list of reference type " + plain_text(row.get_long("ReferenceType")) +
                      " is damaged");
   }
-  return with_place(std::move(list));
+  return with_place({singles_from(frequencies), longs_from(enabled)});
 }
 
 void write_flags(dao::Recordset& row, const Frequencies& list) {
@@ -153,6 +155,7 @@ int load_selected_frequencies() {
 
 int save_frequency_selection(std::int32_t reference_type, const Frequencies& selection) {
   return trap_errors("An error occurred while saving the frequency selection: ", [&] {
+    require_writable();
     dao::Recordset& lists = open_survey().frequency_lists;
     if (selection.empty() || !find_list(lists, reference_type)) {
       return;

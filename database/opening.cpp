@@ -2,20 +2,28 @@
 // compacted copy is written beside it first; only then the earlier bytes become the ".bak" and the copy takes
 // the path, each by one rename.
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <filesystem>
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "core/debug_log.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
-#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/legacy_check.h"
-#include "database/schema.h"
+#include "database/survey_check.h"
 #include "database/survey_database.h"
+#include "database/upgrade.h"
 #include "platform/dao/compact.h"
 #include "platform/files/file_lock.h"
+#include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
+#include "platform/files/settled_path.h"
 
 namespace fs = std::filesystem;
 
@@ -23,22 +31,7 @@ namespace Module_database {
 
 namespace {
 
-constexpr int required_tables = 6;  // of the seven names that a survey is known by
 constexpr std::string_view form_message = "This database does not have the required form";
-
-bool has_table(const std::vector<std::string>& names, std::string_view wanted) {
-  return std::any_of(names.begin(), names.end(),
-                     [&](const std::string& name) { return equal_ignoring_case(trimmed(name), wanted); });
-}
-
-bool has_required_form(const dao::Database& database) {
-  const std::vector<std::string> names = database.table_names();
-  const auto tables = survey_tables();
-  const auto found = std::count_if(tables.begin(), tables.end(), [&](const TableSchema& table) {
-    return table.required && has_table(names, table.name);
-  });
-  return found >= required_tables;
-}
 
 // A folder's own file, where the path leads through a link: renames must meet the survey, not the link.
 fs::path real_path(const fs::path& path) { return fs::canonical(path); }
@@ -64,6 +57,43 @@ void remove_compacted(const fs::path& fresh) {
   }
 }
 
+constexpr std::array<const char*, 3> own_files{"", "-journal",
+                                               "-wal"};  // endings of what a survey consists of
+
+// Size and time of a survey's files; a missing one has neither.
+auto state_with_log(const fs::path& survey) {
+  std::array<std::pair<std::uintmax_t, fs::file_time_type>, own_files.size()> state;
+  for (std::size_t i = 0; i < own_files.size(); ++i) {
+    const fs::path file(survey.string() + own_files[i]);
+    std::error_code missing;
+    state[i] = {fs::file_size(file, missing), fs::last_write_time(file, missing)};
+  }
+  return state;
+}
+
+// A log beside the survey belongs to it, and so does a journal that a crash left. The files must be of one
+// moment.
+void copy_with_log(const fs::path& survey, const fs::path& copy) {
+  constexpr int attempts = 5;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    const auto before = state_with_log(survey);
+    for (const char* const ending : own_files) {
+      const fs::path source(survey.string() + ending);
+      const fs::path target(copy.string() + ending);
+      std::error_code ignored;
+      fs::remove(target, ignored);
+      if (fs::exists(source)) {
+        safe_files::copy_into_place(source, target);
+        fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+      }
+    }
+    if (state_with_log(survey) == before) {
+      return;
+    }
+  }
+  throw dao::LockedError();  // another program goes on writing it
+}
+
 // The name under which the bytes of a genuine Jet file are kept for good. A copy that an interrupted opening
 // has left is used again.
 fs::path jet_keeping_place(const fs::path& survey) {
@@ -76,44 +106,70 @@ fs::path jet_keeping_place(const fs::path& survey) {
   }
 }
 
-// A file without checksums shows its damage only in what no writer would have stored; a survey with such
-// readings is an error. @return false if the file is no survey at all
-bool converted_file_is_survey(const fs::path& fresh) {
-  dao::Database converted = dao::Database::open(fresh.string(), dao::Access::read_only);
-  if (!has_required_form(converted)) {
-    return false;
-  }
-  check_legacy_survey(converted);
-  return true;
-}
-
-// Steps from the file as it lies there to a compacted one at its path.
-// @return where a genuine Jet file was kept; empty for any other. An unrelated Jet file is left alone and not
-// kept.
+// What was found on the way from the file as it lies there to a fresh one.
 struct Compaction {
-  fs::path jet_kept_at;
+  bool is_jet = false;
   bool is_survey = true;
+  fs::path jet_kept_at;                      // empty: not kept
+  std::vector<dao::SchemaObject> taken_out;  // triggers and views
 };
 
-Compaction compact_in_place(const fs::path& survey, const fs::path& backup) {
-  const bool is_jet = dao::file_kind(survey.string()) == dao::FileKind::genuine_jet;
+// Nothing in a file's schema is run here; from the fresh file it is gone, so that other programs don't run it
+// either.
+void take_out_triggers_and_views(const fs::path& fresh) {
+  dao::Database database = dao::Database::open(fresh.string());
+  database.drop_triggers_and_views();
+  database.close();
+  safe_files::flush_file(fresh);
+}
+
+// Looks at the fresh file before it takes anything's place. A genuine Jet file has no checksums and shows its
+// damage only in what no writer would have stored.
+void look_through(const fs::path& fresh, Compaction& result) {
+  dao::Database database = dao::Database::open(fresh.string(), dao::Access::read_only);
+  result.is_survey = has_required_form(database);
+  if (!result.is_survey) {
+    return;
+  }
+  check_tables(database);
+  if (result.is_jet) {
+    check_legacy_survey(database);
+  }
+  result.taken_out = database.other_objects();
+  std::erase_if(result.taken_out, [](const dao::SchemaObject& object) {
+    return object.kind == dao::SchemaObject::Kind::virtual_table;
+  });
+  database.close();
+  if (!result.taken_out.empty()) {
+    take_out_triggers_and_views(fresh);
+  }
+}
+
+// Recovers a survey and writes it, compacted and converted, to `fresh`.
+Compaction make_fresh(const fs::path& survey, const fs::path& fresh) {
+  Compaction result;
+  result.is_jet = dao::file_kind(survey.string()) == dao::FileKind::genuine_jet;
   dao::recover_database(survey.string());
   if (dao::file_kind(survey.string()) == dao::FileKind::unknown) {
     throw dao::Error(
         "file is not a database");  // an empty file among them, which the engine would take for a new one
   }
-
-  const fs::path fresh = compacted_neighbour(survey);
+  Module_debug::write_debug(1, "compact_database");
   remove_compacted(fresh);
-  const ScopeGuard tidy([&] { remove_compacted(fresh); });
   dao::compact_database(survey.string(), fresh.string());
+  look_through(fresh, result);
+  return result;
+}
 
-  Compaction result;
-  if (is_jet) {
-    if (!converted_file_is_survey(fresh)) {
-      result.is_survey = false;
-      return result;
-    }
+// An unrelated Jet file is left alone and not kept.
+Compaction compact_in_place(const fs::path& survey, const fs::path& backup) {
+  const fs::path fresh = compacted_neighbour(survey);
+  const ScopeGuard tidy([&] { remove_compacted(fresh); });
+  Compaction result = make_fresh(survey, fresh);
+  if (result.is_jet && !result.is_survey) {
+    return result;
+  }
+  if (result.is_jet) {
     result.jet_kept_at = jet_keeping_place(survey);
     if (!fs::exists(result.jet_kept_at)) {
       safe_files::copy_into_place(survey, result.jet_kept_at);
@@ -126,22 +182,19 @@ Compaction compact_in_place(const fs::path& survey, const fs::path& backup) {
   return result;
 }
 
-// Files carry no version: what an older one lacks is seen from its contents, and the statements do nothing to
-// a current one.
-void upgrade(dao::Database& database) {
-  dao::Transaction transaction(database);
-  const std::vector<std::string> names = database.table_names();
-  for (const TableSchema& table : survey_tables()) {
-    if (!has_table(names, table.name)) {
-      create_table(database, table);
-    }
-  }
-  database.execute("UPDATE ReadingsDataTable SET DataType  = 'ExHy' WHERE DataType  = 'Ex'");
-  database.execute("UPDATE ReadingsDataTable SET DataType  = 'EyHx' WHERE DataType  = 'Ey'");
-  // Merged curves from files were kept at the rate that was typed, where none looks for a merged curve.
-  database.execute("UPDATE ReadingsDataTable SET SampleRate = 0 WHERE ReductionType = 2 AND SampleRate <> 0");
-  create_search_indexes(database);
-  transaction.commit();
+// A survey in a place that can't be written is worked on in a copy, which goes with the session. The original
+// and its folder stay as they are.
+Compaction compact_private_copy(const fs::path& survey) {
+  Module_debug::write_debug(1, "compact_private_copy");
+  auto folder = std::make_unique<PrivateFolder>();
+  const fs::path copy = folder->path() / survey.filename();
+  copy_with_log(survey, copy);
+  const fs::path fresh = compacted_neighbour(copy);
+  Compaction result = make_fresh(copy, fresh);
+  safe_files::move_into_place(fresh, copy);
+  open_survey().private_folder = std::move(folder);
+  open_survey().private_copy = copy.string();
+  return result;
 }
 
 int refuse_form() {
@@ -151,39 +204,80 @@ int refuse_form() {
   return -1;
 }
 
-int open_survey_file() {
-  session().database_file = fs::absolute(session().database_file).string();
-  const std::string& path = session().database_file;
-  const fs::path survey = real_path(path);
-  const FileLock opening(opening_lock_place(survey));
-  if (opening.state() == FileLock::State::held_elsewhere) {
-    throw dao::LockedError();
+std::string listed(const std::vector<dao::SchemaObject>& objects) {
+  constexpr std::size_t most_named = 5;
+  constexpr std::size_t longest_name = 60;
+  std::string text;
+  for (std::size_t i = 0; i < std::min(objects.size(), most_named); ++i) {
+    const dao::SchemaObject& object = objects[i];
+    const bool is_view = object.kind == dao::SchemaObject::Kind::view;
+    text += (i == 0 ? "" : ", ") + std::string(is_view ? "view " : "trigger ") +
+            object.name.substr(0, longest_name);
+    text += is_view ? "" : " on " + object.table.substr(0, longest_name);
   }
-  const Compaction compaction = compact_in_place(survey, backup_path(path));
-  if (!compaction.is_survey) {
-    return refuse_form();
-  }
-  dao::Database& database = open_survey().database;
-  database = dao::Database::open(path);
-  session().database_open = true;
-  if (!has_required_form(database)) {
-    return refuse_form();
-  }
-  upgrade(database);
-  open_recordsets();
-  session().data_changed = false;
+  const std::size_t others = objects.size() - std::min(objects.size(), most_named);
+  return others == 0 ? text : text + " and " + std::to_string(others) + " more";
+}
+
+// What the user has to know about the survey that is open now.
+void tell_findings(const Compaction& compaction, const std::vector<std::string>& missing_tables) {
   if (!compaction.jet_kept_at.empty()) {
     user_interface().show_message(
         "This survey was kept in an older kind of database file and has been converted. The "
         "original file is kept for good as " +
         compaction.jet_kept_at.string());
   }
+  if (!compaction.taken_out.empty()) {
+    user_interface().show_message(
+        "This survey carried triggers or views, which are never run here: " + listed(compaction.taken_out) +
+        ". They have been taken out; " +
+        (survey_is_read_only() ? session().database_file : backup_path(session().database_file)) +
+        " keeps the file as it was.");
+  }
+  for (const std::string& table : missing_tables) {
+    if (table == "FileTable") {
+      user_interface().show_message(
+          "This survey had no FileTable. Lines, reference types and dipole lengths come from its readings.");
+    } else if (table == "ReadingsFrequencyTable") {
+      user_interface().show_message(
+          "This survey had no ReadingsFrequencyTable. The frequency lists were made again from its readings, "
+          "with all frequencies on.");
+    }
+  }
+}
+
+int open_survey_file() {
+  session().database_file = settled_path(session().database_file).string();
+  const std::string& path = session().database_file;
+  const fs::path survey = real_path(path);
+  const bool in_place =
+      safe_files::may_be_written(survey) && safe_files::may_be_written(survey.parent_path());
+  std::optional<FileLock> opening;
+  if (in_place) {
+    opening.emplace(opening_lock_place(survey));
+    if (opening->state() == FileLock::State::held_elsewhere) {
+      throw dao::LockedError();
+    }
+  }
+  const Compaction compaction =
+      in_place ? compact_in_place(survey, backup_path(path)) : compact_private_copy(survey);
+  if (!compaction.is_survey) {
+    return refuse_form();
+  }
+  open_survey().database = dao::Database::open(working_file());
+  session().database_open = true;
+  Module_debug::write_debug(1, "upgrade_survey");
+  const std::vector<std::string> missing_tables = upgrade_survey();
+  open_recordsets();
+  session().data_changed = false;
+  tell_findings(compaction, missing_tables);
   return 0;
 }
 
 }  // namespace
 
 int open_database() {
+  Module_debug::write_debug(1, "open_database " + session().database_file);
   const BusyPointer busy;
   const int status = trap_errors("An error occurred while opening the database: ", [] {
     try {
@@ -199,6 +293,7 @@ int open_database() {
     open_survey().files_in_use =
         safe_files::InputFiles({path, path + "-wal", path + "-shm", path + "-journal"});
   }
+  Module_debug::write_debug(1, status == 0 ? "open_database done" : "open_database failed");
   return status;
 }
 

@@ -1,11 +1,17 @@
 #include "database/survey_database.h"
 
+#include <stdexcept>
 #include <string_view>
+#include <utility>
 
+#include "core/debug_log.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/schema.h"
+#include "platform/dao/compact.h"
+#include "platform/dao/sidecar_files.h"
+#include "platform/files/safe_files.h"
 
 namespace Module_database {
 
@@ -15,6 +21,7 @@ OpenSurvey& open_survey() {
 }
 
 int create_database() {
+  Module_debug::write_debug(1, "create_database " + session().database_file);
   dao::Database database;
   try {
     database = dao::Database::create(session().database_file, ";LANGID=0x0409;CP=1252;COUNTRY=0");
@@ -63,12 +70,82 @@ int close_database() {
   if (!session().database_open) {
     return 0;
   }
+  Module_debug::write_debug(1, "close_database");
   return trap_errors("An error occurred while closing database: ", [] {
     close_recordsets();
     open_survey().database.close();
-    open_survey().files_in_use = {};
+    open_survey() = OpenSurvey{};
     session().database_open = false;
   });
+}
+
+bool survey_is_read_only() { return open_survey().private_folder != nullptr; }
+
+ReadOnlySurvey::ReadOnlySurvey()
+    : dao::Error(
+          "The survey is open read-only, because its file or folder can't be written; \"Save Database As\" "
+          "makes a copy that can be changed.") {}
+
+void require_writable() {
+  if (survey_is_read_only()) {
+    throw ReadOnlySurvey();
+  }
+}
+
+std::string working_file() {
+  return survey_is_read_only() ? open_survey().private_copy : session().database_file;
+}
+
+void settle_survey() {
+  OpenSurvey& survey = open_survey();
+  if (survey.database.is_open()) {
+    survey.database.settle_log();
+    survey.changes_settled = survey.database.change_count();
+  }
+}
+
+void settle_idle_survey() {
+  OpenSurvey& survey = open_survey();
+  if (!survey.database.is_open() || survey.database.change_count() == survey.changes_settled) {
+    return;
+  }
+  if (survey.database.change_count() == survey.changes_seen) {
+    settle_survey();
+  }
+  survey.changes_seen = survey.database.change_count();
+}
+
+void copy_survey_to(const std::string& path) {
+  const std::string fresh = path + ".writing";
+  dao::clear_place(path);
+  dao::remove_database_file(fresh);
+  open_survey().database.copy_to(fresh);
+  try {
+    safe_files::move_into_place(fresh, path);
+  } catch (const std::runtime_error&) {
+    dao::remove_database_file(fresh);
+    throw;
+  }
+}
+
+SurveySetAside::SurveySetAside()
+    : survey_(std::exchange(open_survey(), {})),
+      file_(session().database_file),
+      was_open_(std::exchange(session().database_open, false)),
+      data_changed_(session().data_changed) {}
+
+SurveySetAside::~SurveySetAside() {
+  if (comes_back_) {
+    open_survey() = std::move(survey_);
+    session().database_file = file_;
+    session().database_open = was_open_;
+    session().data_changed = data_changed_;
+  }
+}
+
+void SurveySetAside::let_go() {
+  comes_back_ = false;
+  survey_.database.close();
 }
 
 std::string backup_path(const std::string& path) {
@@ -77,6 +154,8 @@ std::string backup_path(const std::string& path) {
 }
 
 void reset_module() {
+  close_recordsets();
+  open_survey().database = {};
   open_survey() = OpenSurvey{};
   session().database_open = false;
 }

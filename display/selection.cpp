@@ -1,6 +1,7 @@
 #include "display/selection.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/number_text.h"
 #include "core/scope_guard.h"
@@ -8,6 +9,7 @@
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
+#include "database/survey_lists.h"
 #include "display/plan_view.h"
 #include "reduction/data_sets/data_sets.h"
 
@@ -57,9 +59,7 @@ void clear_selection() {
 }
 
 void read_reference_types(SelectionLists& lists) {
-  dao::Recordset rows = rows_of("SELECT DISTINCT ReferenceType FROM FileTable ORDER BY ReferenceType");
-  for (; !rows.eof(); rows.move_next()) {
-    const std::int32_t type = rows.get_long("ReferenceType");
+  for (const std::int32_t type : Module_database::listed_reference_types()) {
     lists.reference_types.push_back({reference_type_text(type), type});
   }
 }
@@ -86,21 +86,16 @@ void read_dipoles(SelectionLists& lists) {
 
 void read_stations(SelectionLists& lists) {
   SessionState& state = session();
-  // By the line's text as well: lines of the same number stay together.
-  dao::Recordset rows = rows_of("SELECT * FROM StationsTable ORDER BY Val(SurveyLine),SurveyLine,Station");
-  for (; !rows.eof(); rows.move_next()) {
-    const std::string line = rows.get_text("SurveyLine");
+  for (Module_database::ListedStation& listed : Module_database::listed_stations()) {
     ++state.station_count;
-    if (lists.lines.empty() || lists.lines.back() != line) {
-      lists.lines.push_back(line);
+    if (lists.lines.empty() || lists.lines.back() != listed.line) {
+      lists.lines.push_back(listed.line);
       state.first_station_of_line.push_back(state.station_count);
     }
-    state.station_table.push_back({rows.get_double("LocalX"), rows.get_double("LocalY"),
-                                   rows.get_double("MapX"), rows.get_double("MapY"),
-                                   rows.get_double("Elevation")});
-    state.station_line.push_back(line);
-    state.station_value.push_back(rows.get_double("Station"));
-    state.station_id.push_back(rows.get_long("ID"));
+    state.station_table.push_back(listed.place);
+    state.station_line.push_back(std::move(listed.line));
+    state.station_value.push_back(listed.station);
+    state.station_id.push_back(listed.ID);
     state.line_of_station.push_back(static_cast<std::int32_t>(lists.lines.size()));
   }
   state.line_count = static_cast<std::int32_t>(lists.lines.size());

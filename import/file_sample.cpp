@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "core/number_text.h"
+#include "core/trap_errors.h"
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/readers/edi_spectra_reader.h"
 #include "import/readers/edi_stations.h"
@@ -48,7 +49,7 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
       }
     }
   } catch (const std::exception& failure) {
-    sample.fault = failure.what();
+    sample.fault = failure_text(failure);
   }
   return sample;
 }

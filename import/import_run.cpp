@@ -8,6 +8,7 @@
 #include <tuple>
 #include <utility>
 
+#include "core/debug_log.h"
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -59,6 +60,9 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
   if (mode == ImportMode::import) {
     if (!open_survey().database.is_open()) {
       return fault("No survey is open");
+    }
+    if (trap_errors({}, Module_database::require_writable) != 0) {
+      return -1;
     }
     if (choices.convert_coordinates) {
       if (Module_projections::read_survey_projection() != 0) {
@@ -134,7 +138,7 @@ bool import_in_transaction(FieldReader read, FileTask& task) {
       end_transaction(transaction, task.notes, task.report);
     } catch (const std::exception& failure) {
       task.report.readings = 0;
-      task.report.failure = std::string(import_failed) + failure.what();
+      task.report.failure = std::string(import_failed) + failure_text(failure);
       throw;
     }
   });
@@ -150,6 +154,7 @@ bool is_edi(std::int32_t format) { return format == format_edi_mt || format == f
 bool import_file(FileTask& task) {
   ReadingRecord& record = task.record;
   FileReport& report = task.report;
+  Module_debug::write_debug(1, "import_file " + report.file);
   std::error_code ignored;
   if (!std::filesystem::exists(report.file, ignored)) {
     report.failure = "the file doesn't exist";
@@ -162,8 +167,8 @@ bool import_file(FileTask& task) {
       record.converted_place = converted_edi_place(report.file, report);
     }
   } catch (const std::exception& failure) {
-    report.failure = failure.what();
-    user_interface().show_message(std::string(import_failed) + failure.what());
+    report.failure = failure_text(failure);
+    user_interface().show_message(std::string(import_failed) + failure_text(failure));
     return true;
   }
   const FieldReader read = reader_of(record.file_format);
@@ -261,6 +266,7 @@ void reduce_touched(const ReadingRecord& record, ImportReport& report) {
   if (record.scan_list.empty()) {
     return;
   }
+  Module_debug::write_debug(1, "reduce_touched");
   const EachItemRules rules{.items_per_commit = stations_per_commit, .may_stop = false};
   bool finishing = report.stopped;
   const auto caption = [&](const char* what) { return finishing ? "Finishing: averages" : what; };
@@ -321,11 +327,16 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
   if (test_choices(mode, record) != 0) {
     return -1;
   }
+  Module_debug::write_debug(1,
+                            "run_import " + plain_text(static_cast<std::int64_t>(files.size())) + " files");
   if (mode == ImportMode::import) {
     Module_Brenlox::clear_undo();  // rows that it would go back to may be replaced
   }
   const BusyPointer busy;
   const int result = run(mode, files, record, report, file_begins);
+  if (mode == ImportMode::import) {
+    Module_database::settle_survey();
+  }
   report.stations = std::move(record.scan_list);
   return result;
 }

@@ -32,7 +32,7 @@ int store_with_notes(StoreNotes& notes, Operation&& operation) {
     try {
       std::forward<Operation>(operation)();
     } catch (const std::exception& failure) {
-      notes.failure = std::string(failure_text) + failure.what();
+      notes.failure = std::string(failure_text) + ::failure_text(failure);
       throw;
     }
   });

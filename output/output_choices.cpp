@@ -5,7 +5,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
-#include "database/survey_database.h"
+#include "database/survey_lists.h"
 #include "output/rhoplus.h"
 #include "output/zonge_files.h"
 
@@ -61,17 +61,8 @@ const char* missing_setting(const RhoplusSettings& settings) {
 int read_output_lists(OutputLists& lists) {
   lists = {};
   return trap_errors("An error occurred while reading the lines: ", [&] {
-    dao::Database& database = Module_database::open_survey().database;
-    dao::Recordset lines =
-        database.open_recordset("SELECT DISTINCT LineNumber FROM FileTable ORDER BY LineNumber;");
-    for (; !lines.eof(); lines.move_next()) {
-      lists.lines.push_back(lines.get_text("LineNumber"));
-    }
-    dao::Recordset dipoles =
-        database.open_recordset("SELECT DISTINCT DipoleLength FROM FileTable ORDER BY DipoleLength;");
-    for (; !dipoles.eof(); dipoles.move_next()) {
-      lists.dipoles.push_back(dipoles.get_single("DipoleLength"));
-    }
+    lists.lines = Module_database::listed_lines();
+    lists.dipoles = Module_database::listed_dipoles();
     if (lists.lines.empty() || lists.dipoles.empty()) {
       user_interface().show_message("There is no data in the database");
       return -1;

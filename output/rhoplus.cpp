@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "core/debug_log.h"
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
@@ -107,6 +108,7 @@ std::string rhoplus_summary(const RhoplusCounts& counts, const RhoplusSettings& 
 int output_rhoplus(const LineSelection& selection, const std::string& folder, const RhoplusSettings& settings,
                    const std::function<void(int)>& show_row_count, RhoplusCounts& counts) {
   counts = {};
+  Module_debug::write_debug(1, "output_rhoplus " + folder);
   return trap_errors("An error occured while writing rhoplus data ", [&] {
     const BusyPointer busy;
     const std::vector<double> stations = rhoplus_stations(selection);

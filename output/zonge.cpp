@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/debug_log.h"
 #include "core/file_names.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
@@ -128,6 +129,7 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
                  const std::function<void(int)>& show_row_count, int& row_count,
                  std::chrono::year_month_day date) {
   row_count = 0;
+  Module_debug::write_debug(1, "output_zonge " + avg_path);
   return trap_errors("An error occurred while writing the Zonge files: ", [&] {
     const std::vector<double> stations = stations_of(selection);
     if (stations.empty()) {

@@ -105,6 +105,7 @@ void move_to_end(const std::vector<StoredRow>& stored, std::size_t count) {
 }
 
 void store(const CoordSystem& definition) {
+  Module_database::require_writable();
   dao::Transaction transaction(Module_database::open_survey().database);
   const std::vector<StoredRow> stored = read_rows();
   const auto found = std::find_if(stored.begin(), stored.end(), [&](const StoredRow& row) {

@@ -9,6 +9,7 @@
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "reduction/computed_rows.h"
+#include "database/survey_database.h"
 #include "reduction/derived_rows.h"
 #include "reduction/each_item.h"
 #include "reduction/skipped_groups.h"
@@ -101,7 +102,12 @@ int rebuild_all() {
 
 int recalculate_merged() {
   const BusyPointer busy;
-  return trap_errors(averaging_failed, [] { return rebuild_all(); });
+  return trap_errors(averaging_failed, [] {
+    Module_database::require_writable();
+    const int status = rebuild_all();
+    Module_database::settle_survey();
+    return status;
+  });
 }
 
 }  // namespace Module_averaged_data

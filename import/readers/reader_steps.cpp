@@ -126,7 +126,7 @@ int run_reader(FileTask& task, const std::function<int()>& read) {
       }
       return result;
     } catch (const std::exception& failure) {
-      task.report.failure = std::string(failure_text) + failure.what();
+      task.report.failure = std::string(failure_text) + ::failure_text(failure);
       throw;
     }
   });

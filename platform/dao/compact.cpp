@@ -1,9 +1,11 @@
 #include "platform/dao/compact.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 #include <sys/stat.h>
 
@@ -92,6 +94,24 @@ void recover_database(const std::string& path) {
   connection.run("PRAGMA journal_mode = DELETE");
   connection.run("BEGIN EXCLUSIVE");
   connection.run("COMMIT");
+}
+
+void clear_place(const std::string& path) {
+  if (file_kind(path) != FileKind::survey_engine) {
+    remove_logs(path);
+    return;
+  }
+  try {
+    recover_database(path);
+  } catch (const LockedError&) {
+    throw;
+  } catch (const Error&) {
+    std::error_code unreadable;
+    if (std::filesystem::exists(path + "-wal", unreadable) ||
+        std::filesystem::exists(path + "-journal", unreadable)) {
+      throw;  // a damaged file that stands alone needs no more
+    }
+  }
 }
 
 void compact_database(const std::string& source, const std::string& destination) {

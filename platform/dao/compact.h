@@ -14,6 +14,11 @@ FileKind file_kind(const std::string& path);
 /// database. Does nothing to a genuine Jet file.
 void recover_database(const std::string& path);
 
+/// Makes a path ready for another file: a database that is there becomes complete by itself, without a log,
+/// so that it can be kept under another name; logs beside anything else belong to nothing and go. Throws
+/// dao::Error if the database is in use.
+void clear_place(const std::string& path);
+
 /// Writes the contents of `source` into the new file `destination`, freshly packed; a genuine Jet file is
 /// converted on the way. `source` is only read. Throws dao::Error, and then leaves no destination, if the
 /// source can't be read completely (damaged, truncated, foreign) or the destination exists or can't be

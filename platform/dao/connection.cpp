@@ -125,6 +125,11 @@ Bytes Statement::bytes(int index) const {
   return first == nullptr ? Bytes() : Bytes(first, first + sqlite3_column_bytes(handle_.get(), index));
 }
 
+bool Statement::is_bytes_or_null(int index) const {
+  const int type = sqlite3_column_type(handle_.get(), index);
+  return type == SQLITE_BLOB || type == SQLITE_NULL;
+}
+
 bool Statement::is_null(int index) const { return sqlite3_column_type(handle_.get(), index) == SQLITE_NULL; }
 
 Value Statement::value(int index) const {
@@ -163,10 +168,17 @@ Connection::Connection(const std::string& path, Access access) : access_(access)
   // A misspelled column must not count as a text.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-  sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  // A survey may come from anybody. What its schema would run at a read or a write stays without effect, and
+  // its own tables can't be used to damage the file.
+  for (const int what_a_schema_runs :
+       {SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW}) {
+    sqlite3_db_config(handle, what_a_schema_runs, 0, nullptr);
+  }
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   register_functions(handle);
   run_for_integer("SELECT count(*) FROM sqlite_schema");
   run("PRAGMA foreign_keys = OFF");
+  run("PRAGMA ignore_check_constraints = ON");
   run("PRAGMA temp_store = MEMORY");
   run(cache_size);
 }
@@ -275,10 +287,11 @@ std::shared_ptr<const TableDefinition> Connection::table(std::string_view name) 
     return found->second;
   }
   auto definition = std::make_shared<TableDefinition>();
-  Statement statement(*this,
-                      "SELECT s.name, c.name, c.type, c.pk, (SELECT sum(pk) FROM pragma_table_info(s.name)) "
-                      "FROM sqlite_schema s, pragma_table_info(s.name) c "
-                      "WHERE s.type = 'table' AND s.name = ? COLLATE NOCASE ORDER BY c.cid");
+  Statement statement(
+      *this,
+      "SELECT s.name, c.name, c.type, c.pk, (SELECT sum(pk) FROM pragma_table_info(s.name)) "
+      "FROM sqlite_schema s, pragma_table_info(s.name) c "
+      "WHERE s.type = 'table' AND s.rootpage > 0 AND s.name = ? COLLATE NOCASE ORDER BY c.cid");
   const Value name_value{std::string(name)};
   statement.bind(name_value);
   while (statement.step()) {

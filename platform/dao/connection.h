@@ -48,6 +48,7 @@ class Statement {
   [[nodiscard]] std::string text(int index) const;
   [[nodiscard]] Bytes bytes(int index) const;
   [[nodiscard]] bool is_null(int index) const;
+  [[nodiscard]] bool is_bytes_or_null(int index) const;
   [[nodiscard]] Value value(int index) const;
 
  private:
@@ -91,13 +92,14 @@ class Connection {
   /// Throws Error with the engine's last message.
   [[noreturn]] void fail() const;
 
+  /// The file at the path is still the one that was opened.
+  [[nodiscard]] bool stands_at_path() const;
+
  private:
   friend class Statement;
   StatementHandle borrow(const std::string& sql);
   void give_back(std::string sql, StatementHandle statement);
 
-  /// The file at the path is still the one that was opened.
-  [[nodiscard]] bool stands_at_path() const;
   static int refuse_commit_elsewhere(void* connection);
 
   struct Close {

@@ -1,5 +1,6 @@
 #include "platform/dao/database.h"
 
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -7,7 +8,9 @@
 #include "platform/dao/dynaset.h"
 #include "platform/dao/sidecar_files.h"
 #include "platform/dao/snapshot.h"
+#include "platform/dao/sql_fragment.h"
 #include "platform/dao/statement_translator.h"
+#include "platform/files/safe_files.h"
 
 namespace dao {
 
@@ -74,6 +77,42 @@ void Database::close() {
   }
 }
 
+void Database::copy_to(const std::string& path) const {
+  struct Finish {
+    void operator()(sqlite3_backup* backup) const { sqlite3_backup_finish(backup); }
+  };
+  const Connection& source = dao::open(connection_);
+  make_new_file(path);
+  try {
+    Connection target(path, Access::read_write);
+    {
+      const std::unique_ptr<sqlite3_backup, Finish> backup(
+          sqlite3_backup_init(target.handle(), "main", source.handle(), "main"));
+      if (!backup) {
+        target.fail();
+      }
+      if (const int status = sqlite3_backup_step(backup.get(), -1); status != SQLITE_DONE) {
+        throw Error(sqlite3_errstr(status));
+      }
+    }
+    target.close();  // without a log
+    safe_files::flush_file(path);
+  } catch (const std::exception& failure) {
+    remove_database_file(path);
+    throw Error(failure.what());
+  }
+}
+
+void Database::settle_log() {
+  const Connection& connection = dao::open(connection_);
+  if (sqlite3_get_autocommit(connection.handle()) != 0 && connection.stands_at_path()) {
+    // Where it can't be done now, the log keeps what it holds and the next time is as good.
+    sqlite3_wal_checkpoint_v2(connection.handle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  }
+}
+
+std::int64_t Database::change_count() const { return dao::open(connection_).changes(); }
+
 void Database::execute(std::string_view statement) {
   Connection& connection = dao::open(connection_);
   const ActionStatement action = translate_action(statement, connection.table_lookup());
@@ -85,13 +124,42 @@ void Database::execute(std::string_view statement) {
 
 std::vector<std::string> Database::table_names() const {
   Statement statement(dao::open(connection_),
-                      "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite_%' "
-                      "ORDER BY rowid");
+                      "SELECT name FROM sqlite_schema WHERE type = 'table' AND rootpage > 0 "
+                      "AND name NOT LIKE 'sqlite_%' ORDER BY rowid");
   std::vector<std::string> names;
   while (statement.step()) {
     names.push_back(statement.text(0));
   }
   return names;
+}
+
+std::vector<SchemaObject> Database::other_objects() const {
+  Statement statement(dao::open(connection_),
+                      "SELECT type, name, tbl_name FROM sqlite_schema WHERE type IN ('view', 'trigger') "
+                      "OR (type = 'table' AND rootpage = 0) ORDER BY rowid");
+  using Kind = SchemaObject::Kind;
+  std::vector<SchemaObject> objects;
+  while (statement.step()) {
+    const std::string type = statement.text(0);
+    const Kind kind = type == "view" ? Kind::view : type == "trigger" ? Kind::trigger : Kind::virtual_table;
+    objects.push_back({kind, statement.text(1), statement.text(2)});
+  }
+  return objects;
+}
+
+void Database::drop_triggers_and_views() {
+  Connection& connection = dao::open(connection_);
+  Transaction transaction(*this);
+  const std::vector<SchemaObject> objects = other_objects();
+  using Kind = SchemaObject::Kind;
+  for (const Kind kind : {Kind::trigger, Kind::view}) {  // a view takes its triggers with it
+    for (const SchemaObject& object : objects) {
+      if (object.kind == kind) {
+        connection.run((kind == Kind::view ? "DROP VIEW " : "DROP TRIGGER ") + quoted_name(object.name));
+      }
+    }
+  }
+  transaction.commit();
 }
 
 std::vector<Column> Database::columns(std::string_view table) const {

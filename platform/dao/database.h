@@ -6,6 +6,7 @@
 // to case and to trailing blanks, a date literal matches its whole day, a SINGLE column compares by the
 // decimal that users see (0.1 finds 0.1). Failures throw dao::Error with the engine's description.
 #pragma once
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +20,14 @@
 namespace dao {
 
 class Connection;  // the SQLite handle with its cache of prepared statements
+
+/// What a file holds beside its plain tables.
+struct SchemaObject {
+  enum class Kind { view, trigger, virtual_table };
+  Kind kind = Kind::view;
+  std::string name;
+  std::string table;  // that a trigger acts on
+};
 
 /// An open database file. Movable; closes with its last recordset gone or on close().
 class Database {
@@ -41,11 +50,29 @@ class Database {
   /// Closes the file; recordsets still open are closed with it. Closing twice is harmless.
   void close();
 
+  /// Writes all that is committed to the new file `path`, which is then complete by itself and on the disk.
+  /// Works for a file that has been removed meanwhile, too. Fails if `path` exists or can't be written, and
+  /// then leaves nothing there.
+  void copy_to(const std::string& path) const;
+
+  /// Brings all that is committed from the log into the file, so that the file alone holds it. Does nothing
+  /// in a transaction, or while another program reads.
+  void settle_log();
+
+  /// Grows with each row that is written.
+  [[nodiscard]] std::int64_t change_count() const;
+
   /// Runs one statement that returns no rows.
   void execute(std::string_view statement);
 
-  /// Names of the tables, without the engine's own, in the order they were created.
+  /// Names of the plain tables, without the engine's own, in the order they were created.
   [[nodiscard]] std::vector<std::string> table_names() const;
+
+  /// Triggers, views and tables whose rows a program makes. None of the first two has any effect here.
+  [[nodiscard]] std::vector<SchemaObject> other_objects() const;
+
+  /// Removes all triggers and views.
+  void drop_triggers_and_views();
 
   /// The columns of a table as declared; an unknown table is an error.
   [[nodiscard]] std::vector<Column> columns(std::string_view table) const;

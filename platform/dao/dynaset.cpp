@@ -58,6 +58,7 @@ class Dynaset final : public RowSource {
   void update() override;
   void delete_row() override;
 
+  std::string row_name() override { return "row " + std::to_string(current_key()) + " of " + table_->name; }
   Value value(const Field& field) override;
   Bytes bytes(const Field& field) override;
   std::int64_t size(const Field& field) override;
@@ -349,6 +350,9 @@ void Dynaset::read_row_bytes() {
   }
   row_bytes_.clear();
   for (std::size_t i = 0; i < bytes_fields_.size(); ++i) {
+    if (!statement.is_bytes_or_null(static_cast<int>(i) + 1)) {
+      throw damaged_row(*this, *bytes_fields_[i], "bytes");
+    }
     row_bytes_.emplace_back(statement.bytes(static_cast<int>(i) + 1));
   }
   changes_at_reading_bytes_ = changes_now;

@@ -34,7 +34,8 @@ const Field& field_of_type(RowSource& rows, std::string_view name, Types... type
 }
 
 // Numbers come back in either of two storage classes: the file keeps 3.0 as 3.
-double number_in(const Field& field, const Value& value) {
+double number_in(RowSource& rows, const Field& field) {
+  const Value value = rows.value(field);
   if (std::holds_alternative<Null>(value)) {
     return 0.0;
   }
@@ -44,10 +45,8 @@ double number_in(const Field& field, const Value& value) {
   if (const auto* const integer = std::get_if<std::int64_t>(&value)) {
     return static_cast<double>(*integer);
   }
-  fail_type(field);
+  throw damaged_row(rows, field, "a number");
 }
-
-[[noreturn]] void fail_range(const Field& field) { throw Error("overflow in field '" + field.name + "'"); }
 
 }  // namespace
 
@@ -88,13 +87,10 @@ bool Recordset::is_null(std::string_view field) const {
 std::int32_t Recordset::get_long(std::string_view name) const {
   RowSource& rows = open(rows_);
   const Field& field = field_of_type(rows, name, ColumnType::counter, ColumnType::long_integer);
-  const double number = number_in(field, rows.value(field));
-  if (number != std::trunc(number)) {
-    fail_type(field);
-  }
-  if (number < std::numeric_limits<std::int32_t>::min() ||
+  const double number = number_in(rows, field);
+  if (number != std::trunc(number) || number < std::numeric_limits<std::int32_t>::min() ||
       number > std::numeric_limits<std::int32_t>::max()) {
-    fail_range(field);
+    throw damaged_row(rows, field, "a whole number of 32 bits");
   }
   return static_cast<std::int32_t>(number);
 }
@@ -102,9 +98,9 @@ std::int32_t Recordset::get_long(std::string_view name) const {
 float Recordset::get_single(std::string_view name) const {
   RowSource& rows = open(rows_);
   const Field& field = field_of_type(rows, name, ColumnType::single_float);
-  const double number = number_in(field, rows.value(field));
+  const double number = number_in(rows, field);
   if (std::isfinite(number) && std::abs(number) > double{FLT_MAX} * (1.0 + 1e-8)) {
-    fail_range(field);
+    throw damaged_row(rows, field, "in the range of its column");
   }
   return static_cast<float>(number);
 }
@@ -113,13 +109,13 @@ double Recordset::get_double(std::string_view name) const {
   RowSource& rows = open(rows_);
   const Field& field = field_of_type(rows, name, ColumnType::double_float, ColumnType::single_float,
                                      ColumnType::long_integer, ColumnType::counter);
-  return number_in(field, rows.value(field));
+  return number_in(rows, field);
 }
 
 double Recordset::get_date(std::string_view name) const {
   RowSource& rows = open(rows_);
   const Field& field = field_of_type(rows, name, ColumnType::date_time);
-  return number_in(field, rows.value(field));
+  return number_in(rows, field);
 }
 
 std::string Recordset::get_text(std::string_view name) const {
@@ -130,7 +126,7 @@ std::string Recordset::get_text(std::string_view name) const {
     return std::move(*text);
   }
   if (!std::holds_alternative<Null>(value)) {
-    fail_type(field);
+    throw damaged_row(rows, field, "a text");
   }
   return {};
 }
@@ -138,7 +134,7 @@ std::string Recordset::get_text(std::string_view name) const {
 bool Recordset::get_bit(std::string_view name) const {
   RowSource& rows = open(rows_);
   const Field& field = field_of_type(rows, name, ColumnType::bit);
-  return number_in(field, rows.value(field)) != 0.0;
+  return number_in(rows, field) != 0.0;
 }
 
 Bytes Recordset::get_binary(std::string_view name) const {

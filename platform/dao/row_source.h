@@ -56,6 +56,8 @@ class RowSource {
     }
     return *found;
   }
+  /// The current row as messages name it.
+  virtual std::string row_name() = 0;
   virtual Value value(const Field& field) = 0;
   virtual Bytes bytes(const Field& field) = 0;
   virtual std::int64_t size(const Field& field) = 0;
@@ -72,5 +74,10 @@ class RowSource {
   std::vector<Field> fields_;
   bool no_match_ = false;
 };
+
+/// The current row holds something that no writer of its column stores.
+inline Error damaged_row(RowSource& rows, const Field& field, std::string_view wanted) {
+  return Error(rows.row_name() + " is damaged: its " + field.name + " is not " + std::string(wanted));
+}
 
 }  // namespace dao

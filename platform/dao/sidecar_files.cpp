@@ -11,16 +11,12 @@
 
 namespace dao {
 
-namespace {
-
-void remove_sidecars(const std::string& path) {
+void remove_logs(const std::string& path) {
   for (const char* const ending : {"-wal", "-shm", "-journal"}) {
     std::error_code ignored;
     std::filesystem::remove(path + ending, ignored);
   }
 }
-
-}  // namespace
 
 void make_new_file(const std::string& path) {
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
@@ -29,13 +25,13 @@ void make_new_file(const std::string& path) {
                                 : "unable to open database file: " + std::generic_category().message(errno));
   }
   ::close(file);
-  remove_sidecars(path);
+  remove_logs(path);
 }
 
 void remove_database_file(const std::string& path) {
   std::error_code ignored;
   std::filesystem::remove(path, ignored);
-  remove_sidecars(path);
+  remove_logs(path);
 }
 
 }  // namespace dao

@@ -11,4 +11,7 @@ void make_new_file(const std::string& path);
 /// Removes a file with its logs; no error if it isn't there.
 void remove_database_file(const std::string& path);
 
+/// Removes the logs beside a path.
+void remove_logs(const std::string& path);
+
 }  // namespace dao

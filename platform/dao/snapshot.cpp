@@ -37,6 +37,8 @@ class Snapshot final : public RowSource {
   void update() override { refuse(); }
   void delete_row() override { refuse(); }
 
+  std::string row_name() override { return "a row of " + table_->name; }
+
   Value value(const Field& field) override {
     if (eof()) {
       throw Error("no current record");

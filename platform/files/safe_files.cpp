@@ -83,6 +83,16 @@ void rename_over(const fs::path& source, const fs::path& destination) {
   }
 }
 
+/// Moves a destination's finished neighbour into its place; one that can't be moved goes.
+void move_neighbour_into_place(const fs::path& destination) {
+  try {
+    move_into_place(neighbour_of(destination), destination);
+  } catch (const std::runtime_error&) {
+    remove_quietly(neighbour_of(destination));
+    throw;
+  }
+}
+
 void flush_folder_of(const fs::path& file) {
   flush_to_disk(file.has_parent_path() ? file.parent_path() : fs::path("."));
 }
@@ -156,7 +166,7 @@ void copy_into_place(const fs::path& source, const fs::path& destination) {
     fail(destination, error.code().message());
   }
   flush_to_disk(neighbour);
-  move_into_place(neighbour, destination);
+  move_neighbour_into_place(destination);
 }
 
 void write_into_place(const fs::path& destination, std::string_view contents) {
@@ -166,7 +176,7 @@ void write_into_place(const fs::path& destination, std::string_view contents) {
     return;
   }
   write_neighbour(destination, contents);
-  move_into_place(neighbour_of(destination), destination);
+  move_neighbour_into_place(destination);
 }
 
 void write_together(const std::vector<NewFile>& files) {
@@ -194,6 +204,15 @@ void write_together(const std::vector<NewFile>& files) {
       flush_folder_of(file.destination);
     }
   }
+}
+
+bool may_be_written(const fs::path& place) {
+#ifdef _WIN32
+  std::error_code failure;
+  return (fs::status(place, failure).permissions() & fs::perms::owner_write) != fs::perms::none;
+#else
+  return ::faccessat(AT_FDCWD, place.c_str(), W_OK, AT_EACCESS) == 0;
+#endif
 }
 
 bool same_contents(const fs::path& a, const fs::path& b) {

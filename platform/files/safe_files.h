@@ -34,6 +34,9 @@ struct NewFile {
 /// moved into place. Throws as above; unless a move itself has failed, all destinations are then as before.
 void write_together(const std::vector<NewFile>& files);
 
+/// Whether this process may write to a file or folder that exists.
+bool may_be_written(const std::filesystem::path& place);
+
 /// True if both files can be read and hold the same bytes.
 bool same_contents(const std::filesystem::path& a, const std::filesystem::path& b);
 

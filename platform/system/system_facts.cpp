@@ -1,5 +1,6 @@
 #include "platform/system/system_facts.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <exception>
@@ -15,6 +16,8 @@
 #include <unistd.h>
 #endif
 
+#include "core/number_text.h"
+#include "core/session_state.h"
 #include "platform/system/fault_handler.h"
 
 namespace fs = std::filesystem;
@@ -95,7 +98,14 @@ UTIL::SystemFacts collect_system_facts() {
   return facts;
 }
 
+std::int32_t wanted_debug_level() {
+  constexpr double highest = 2.0;  // a message for each line
+  const double level = numeric_value(environment_text("BRENLOX_DEBUG_LEVEL"));
+  return static_cast<std::int32_t>(std::clamp(level, 0.0, highest));
+}
+
 void initialise_from_system(const UTIL::DisplayFacts& display) {
   install_fault_handler();
+  session().debug_level = std::max(session().debug_level, wanted_debug_level());
   UTIL::initialise_environment(collect_system_facts(), display);
 }

@@ -147,6 +147,7 @@ Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entri
   ReducedStation reduced;
   std::shared_ptr<const UndoReduction> before;
   const int status = trap_errors(fixed_text, [&] {
+    Module_database::require_writable();
     dao::Transaction transaction(Module_database::open_survey().database);
     if (from != ReduceFrom::nothing) {
       before = std::make_shared<const UndoReduction>(snapshot_of(

@@ -8,6 +8,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
@@ -91,6 +92,7 @@ std::shared_ptr<const UndoReduction> before_of(const ReadingKey& key, const Exch
 
 /// Writes all entries of a command and computes again what follows. @return 0, or -1 after a message
 int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
+  Module_database::require_writable();
   dao::Transaction transaction(Module_database::open_survey().database);
   for (const UndoEntry& entry : command) {
     note_key(entry, exchange);
@@ -115,7 +117,7 @@ int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
 std::int32_t station_index_of(const ReadingKey& key) {
   const SessionState& state = session();
   for (std::size_t i = 0; i < state.station_value.size(); ++i) {
-    if (state.station_value[i] == key.station && state.station_line[i] == key.line) {
+    if (state.station_value[i] == key.station && equal_ignoring_case(state.station_line[i], key.line)) {
       return static_cast<std::int32_t>(i) + 1;
     }
   }

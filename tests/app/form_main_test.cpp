@@ -121,28 +121,60 @@ class FormMainTest : public QObject, private WindowFixture {
     QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
   }
 
-  void a_cancelled_open_leaves_no_survey() {
+  void a_survey_stays_shown_until_the_next_one_is_open() {
     const std::string path = make_survey("survey.mdb", true);
+    const std::string gone = make_survey("gone.mdb", true);
     start();
+    open_by_key(gone);
     open_by_key(path);
-    open_by_key("");
-    expect_menus(false);
-    QVERIFY(!session().database_open);
-  }
-
-  void a_survey_is_closed_before_the_next_one_is_asked_for() {
-    const std::string path = make_survey("survey.mdb", true);
-    start();
-    open_by_key(path);
+    std::filesystem::remove(gone);
+    const QString title = QString::fromStdString("BLX DATABASE " + path);
+    const int station = session().current_station_index;
+    QVERIFY(station > 0);
     QStringList titles;
     (*interface_)->file_asked = [&] {
       titles.append(window_->windowTitle());
-      expect_menus(false);
+      expect_menus(true);
     };
-    open_by_key(path);
+    open_by_key("");
     (*interface_)->path_answers.push_back("");
     item("menu_database_file_0")->trigger();
-    QCOMPARE(titles, QStringList({"BLX DATABASE", "BLX DATABASE"}));
+    QCOMPARE(titles, QStringList({title, title}));
+    item("menu_file_list_1")->trigger();
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{"The specified file does not exist"});
+    expect_menus(true);
+    QCOMPARE(window_->windowTitle(), title);
+    QCOMPARE(session().current_station_index, station);
+    QVERIFY(session().database_open);
+  }
+
+  void edits_come_into_the_file_when_the_user_rests() {
+    const std::string path = make_survey("survey.mdb", true);
+    start();
+    open_by_key(path);
+    auto* const rest = window_->findChild<QTimer*>("Timer_idle");
+    QVERIFY(rest->isActive() && rest->interval() >= 1000 && rest->interval() <= 10000);
+    made::store(made::key(), 1, made::reading({{1.0F, 10.0F, 45.0F}}));
+    const auto hand_copy_has_all = [&] {
+      const std::string copy = folder_->path("copy.mdb");
+      std::filesystem::copy_file(path, copy, std::filesystem::copy_options::overwrite_existing);
+      dao::Database database = dao::Database::open(copy, dao::Access::read_only);
+      return database.open_recordset("SELECT ID FROM ReadingsDataTable WHERE FileID>0").record_count() == 4;
+    };
+    QVERIFY(!hand_copy_has_all());
+    rest->setInterval(10);
+    QTRY_VERIFY(hand_copy_has_all());
+  }
+
+  void a_stored_size_beyond_the_screen_is_the_screens() {
+    for (const char* const stored : {"3e38", "1e10", "2147483648", "-1e30", "nan"}) {
+      (void)folder_->write("Brenlox.prf", std::string("Brenlox user preferences\n\n\nForm Width : ") +
+                                              stored + "\nForm Height : " + stored + "\n");
+      start();
+      const QSize room = window_->screen()->availableGeometry().size();
+      QVERIFY2(window_->width() <= room.width() && window_->height() <= room.height(), stored);
+      QVERIFY2(window_->width() >= 300 && window_->height() >= 200, stored);
+    }
   }
 
   void an_empty_survey_says_what_to_do() {

@@ -116,12 +116,13 @@ TEST_F(Batch_program, What_is_no_survey_is_refused_and_stays_as_it_is) {
     EXPECT_EQ(file_contents(folder_.path(c.name)), c.contents);
   }
   fs::create_directory(folder_.path("folder.mdb"));
-  for (const char* path : {"missing.mdb", "folder.mdb", "no_folder/survey.mdb"}) {
+  EXPECT_EQ(run({"recalculate", "folder.mdb"}).errors,
+            "An error occurred while opening the database: file is not a database\n");
+  for (const char* path : {"missing.mdb", "no_folder/survey.mdb"}) {
     SCOPED_TRACE(path);
     const Outcome outcome = run({"recalculate", path});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_NE(outcome.errors.find("An error occurred while opening the database: "), std::string::npos)
-        << outcome.errors;
+    EXPECT_EQ(outcome.errors, "The specified file does not exist\n");
   }
   EXPECT_FALSE(fs::exists(folder_.path("missing.mdb")));
 }

@@ -96,6 +96,51 @@ TEST_F(Batch_program, Import_fills_the_survey_that_info_shows) {
   EXPECT_NE(table.output.find("100 200 300"), std::string::npos) << table.output;
 }
 
+TEST_F(Batch_program, A_line_is_spelled_as_in_the_survey_whatever_is_typed) {
+  write_field_files(2);
+  import_field_files();
+  std::vector<std::string> arguments = curve_arguments("ExHy", 2);
+  const Json curve = run_for_json(arguments);
+  *std::ranges::find(arguments, "200E") = "200e";
+  EXPECT_EQ(run_for_json(arguments), curve);
+  EXPECT_EQ(run({"import", "survey.mdb", "field", "--reference", "1", "--line", "200e", "--event", "1",
+                 "--rate", "64", "--start-station", "900"})
+                .status,
+            0);
+  const Json info = run_for_json({"info", "survey.mdb", "--json"});
+  ASSERT_EQ(info["lines"].size(), 1U) << info;
+  EXPECT_EQ(info["lines"][0]["line"], "200E");
+  EXPECT_GT(info["lines"][0]["stations"].size(), 1U);
+  EXPECT_EQ(run({"zonge", "survey.mdb", "--line", "200e", "--reference", "1", "--data-type", "ExHy",
+                 "--dipole", "100", "--output", "typed.avg"})
+                .status,
+            0);
+  std::string written;
+  for (const char* const extension : {"avg", "mde", "stn"}) {
+    written += file_contents(folder_.path(std::string("typed.") + extension));
+  }
+  EXPECT_NE(written.find("200E"), std::string::npos);
+  EXPECT_EQ(written.find("200e"), std::string::npos);
+}
+
+TEST_F(Batch_program, The_debug_log_tells_what_was_done) {
+  const std::string data = folder_.path("data");
+  setenv("XDG_DATA_HOME", data.c_str(), 1);
+  setenv("BRENLOX_DEBUG_LEVEL", "1", 1);
+  write_field_files(1);
+  import_field_files();
+  unsetenv("BRENLOX_DEBUG_LEVEL");
+  const std::string log = file_contents(data + "/Vexapp/Brenlox_debug.log");
+  for (const char* const step : {"open_database ", "compact_database", "upgrade_survey", "run_import 6 files",
+                                 "import_file ", "reduce_touched", "close_database"}) {
+    EXPECT_NE(log.find(step), std::string::npos) << step << " is not in\n" << log;
+  }
+  std::filesystem::remove(data + "/Vexapp/Brenlox_debug.log");
+  EXPECT_EQ(run({"info", "survey.mdb"}).status, 0);
+  unsetenv("XDG_DATA_HOME");
+  EXPECT_FALSE(std::filesystem::exists(data + "/Vexapp/Brenlox_debug.log"));
+}
+
 TEST_F(Batch_program, Averages_and_merged_curves_are_means_of_what_went_in) {
   write_field_files(2);
   import_field_files();

@@ -30,6 +30,24 @@ TEST(Initialise_environment, Fills_the_record_once) {
   reset_session_state();
 }
 
+TEST(Initialise_environment, Begins_the_debug_log_with_each_step) {
+  const TemporaryFolder folder;
+  reset_session_state();
+  session().debug_level = 1;
+  UTIL::SystemFacts system;
+  system.user_name = "surveyor";
+  system.computer_name = "truck";
+  system.program_directory = "/opt";
+  system.local_application_data = folder.path("data");
+  UTIL::initialise_environment(system);
+  const std::string log = file_contents(folder.path("data/Vexapp/Brenlox_debug.log"));
+  EXPECT_EQ(
+      log.substr(log.find('\n') + 1),
+      "1 : Set UnhandledExceptionFilter\n2 : create fso\n3 : user name: surveyor\n4 : computer name: truck\n"
+      "5 : WindowsDir: \n6 : WindowsSysDir: \n7 : WindowsTempDir: \n8 : App.Dir: /opt\n");
+  reset_session_state();
+}
+
 TEST(Initialise_environment, Has_no_dots_per_inch_without_a_display) {
   reset_session_state();
   UTIL::initialise_environment({});

@@ -146,7 +146,15 @@ TEST_F(Preferences, The_list_of_recent_files_ends_at_a_blank) {
   };
   const Case cases[] = {
       {"blank first entry", "File 1: \nFile 2: b\nFile 3: c\n\n\n\nForm Width : 5\n", {}, 5.0F},
-      {"blank line in the list", "File 1: a\n  \nFile 3: c\nForm Width : 5\n", {"a"}, 5.0F},
+      {"blank line in the list", "File 1: a\n  \nFile 3: c\nForm Width : 5\n", {"a", "c"}, 5.0F},
+      {"blank lines before the list",
+       "\n\nFile 1: a\n\n File 2: b\nForm Width : 5\nFile 3: ",
+       {"a", "b"},
+       5.0F},
+      {"more than there is room for",
+       "\nFile 1: a\nFile 1: b\nFile 1: c\nFile 1: d\nFile 1: e\nFile 6: f\nFile 6: g\nFile 7: h\n",
+       {"a", "b", "c", "d", "e", "f"},
+       0.0F},
       {"a key within a path of the list",
        "File 1: /Form Width : 7\n\nForm Width : 5\n",
        {"/Form Width : 7"},
@@ -188,6 +196,29 @@ TEST_F(Preferences, A_failed_write_leaves_the_file) {
   session().form_width = 1.0F;
   write_preferences();
   EXPECT_EQ(written(), complete_file);
+}
+
+TEST_F(Preferences, A_new_file_takes_the_place_of_the_earlier_one_when_it_is_whole) {
+  read(complete_file);
+  fs::create_hard_link(folder_.path("Brenlox.prf"), folder_.path("earlier"));
+  session().form_width = 1.0F;
+  write_preferences();
+  EXPECT_NE(written().find("Form Width : 1\n"), std::string::npos);
+  EXPECT_EQ(file_contents(folder_.path("earlier")), complete_file);
+}
+
+TEST_F(Preferences, The_opening_picture_is_found_wherever_the_program_works) {
+  read("Brenlox user preferences\n\n\nOpening picture: camp.png\n");
+  const TemporaryFolder survey;
+  fs::current_path(survey.folder());
+  EXPECT_EQ(fs::path(opening_picture_file()), fs::canonical(folder_.folder()) / "camp.png");
+  write_preferences();
+  EXPECT_NE(written().find("Opening picture: camp.png\n"), std::string::npos);
+  fs::current_path(folder_.folder());
+  read("Brenlox user preferences\n\n\nOpening picture: /pictures/camp.png\n");
+  EXPECT_EQ(opening_picture_file(), "/pictures/camp.png");
+  read("Brenlox user preferences\n");
+  EXPECT_EQ(opening_picture_file(), "");
 }
 
 TEST_F(Preferences, Old_files_with_other_letters_are_understood) {

@@ -64,12 +64,13 @@ TEST_F(SurveyTest, A_file_needs_six_of_the_seven_tables) {
   struct Case {
     std::vector<std::string> missing;
     bool opens;
+    std::size_t told;
   };
-  const Case cases[] = {{{}, true},
-                        {{"LocationLookupTable"}, true},
-                        {{"Projection Defintion Table"}, true},
-                        {{"ReadingsFrequencyTable", "FileTable"}, true},
-                        {{"LocationLookupTable", "MaskDefinitionTable"}, false}};
+  const Case cases[] = {{{}, true, 0},
+                        {{"LocationLookupTable"}, true, 0},
+                        {{"Projection Defintion Table"}, true, 0},
+                        {{"ReadingsFrequencyTable", "FileTable"}, true, 2},
+                        {{"LocationLookupTable", "MaskDefinitionTable"}, false, 1}};
   int number = 0;
   for (const Case& c : cases) {
     session().database_file = folder.path("survey" + std::to_string(++number) + ".mdb");
@@ -84,8 +85,8 @@ TEST_F(SurveyTest, A_file_needs_six_of_the_seven_tables) {
     EXPECT_EQ(open_database(), c.opens ? 0 : -1);
     EXPECT_EQ(session().database_open, c.opens);
     const std::vector<std::string> messages = interface.take_messages();
+    EXPECT_EQ(messages.size(), c.told);
     if (c.opens) {
-      EXPECT_TRUE(messages.empty());
       EXPECT_EQ(open_survey().database.table_names().size(), 8U);
       EXPECT_EQ(close_database(), 0);
     } else {
@@ -158,6 +159,7 @@ TEST_F(SurveyTest, A_missing_file_or_a_folder_is_an_opening_error) {
     const std::vector<std::string> messages = interface.take_messages();
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_TRUE(starts_with(messages[0], opening_message)) << messages[0];
+    EXPECT_EQ(messages[0].find("filesystem error"), std::string::npos) << messages[0];
   }
   EXPECT_FALSE(fs::exists(folder.path("missing.mdb")));
 }
@@ -214,6 +216,20 @@ TEST_F(SurveyTest, A_genuine_jet_survey_is_converted_and_its_file_kept_for_good)
     reopen();
     EXPECT_TRUE(interface.take_messages().empty());
     EXPECT_TRUE(file_contents(kept.string()) == jet_bytes);
+    EXPECT_EQ(close_database(), 0);
+  }
+}
+
+TEST_F(SurveyTest, A_path_is_kept_without_the_way_that_led_there) {
+  const std::string path = new_survey();
+  ASSERT_EQ(close_database(), 0);
+  fs::create_directories(folder.path("a/b"));
+  fs::create_directory_symlink(folder.path("a/b"), folder.path("link"));
+  for (const char* const way : {"a/../survey.mdb", "./survey.mdb", "link/../../survey.mdb"}) {
+    SCOPED_TRACE(way);
+    session().database_file = folder.path(way);
+    ASSERT_EQ(open_database(), 0);
+    EXPECT_EQ(session().database_file, path);
     EXPECT_EQ(close_database(), 0);
   }
 }

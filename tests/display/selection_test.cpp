@@ -40,6 +40,21 @@ class Selection : public MadeSurveyTest {
 
 }  // namespace
 
+TEST_F(Selection, A_line_in_two_letter_cases_is_one_line_even_without_a_row_of_its_files) {
+  for (const char* const line : {"200e", "200E"}) {
+    store_at(line, line == std::string("200e") ? 200.0 : 100.0);
+  }
+  ASSERT_EQ(Module_averaged_data::recalculate_merged(), 0);
+  ASSERT_EQ(fill_selection_lists(lists), 0);
+  ASSERT_EQ(lists.reference_types.size(), 1U);
+  EXPECT_EQ(lists.lines, std::vector<std::string>{"200e"});
+  EXPECT_EQ(session().stations_in_line, 2);
+  EXPECT_EQ(session().station_line, (std::vector<std::string>{"200e", "200e"}));
+  EXPECT_FALSE(display_station(1, {}).failed);
+  EXPECT_EQ(session().current_line, "200e");
+  EXPECT_EQ(data_sets().profile.columns.size(), 2U);
+}
+
 TEST_F(Selection, Lists_and_stations_of_a_survey) {
   open_two_lines();
   const SessionState& state = session();
@@ -74,7 +89,7 @@ TEST_F(Selection, Principal_data_type_is_chosen_at_first) {
   for (const Case& c : cases) {
     Module_database::open_survey().database.execute("DELETE FROM ReadingsDataTable");
     for (const std::string& type : c.types) {
-      store_at("100E", 100.0, type);
+      store_at("100E", 100.0, type, 2);
     }
     ASSERT_EQ(fill_selection_lists(lists), 0);
     EXPECT_EQ(session().current_data_type, c.chosen);

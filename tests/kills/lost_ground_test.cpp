@@ -1,12 +1,16 @@
 // The ground goes from under a survey: its disk is full, its folder can't be written, is moved or removed, or
 // another process opens it at the same moment. Each is reported, and what was stored before is there
 // afterwards.
+#include <csignal>
 #include <fstream>
 #include <set>
 
+#include "database/frequency_store.h"
 #include "database/stations.h"
+#include "display/selection.h"
 #include "import/import_run.h"
 #include "platform/files/safe_files.h"
+#include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 #include "samples/sample_survey.h"
@@ -252,26 +256,131 @@ TEST_F(LostGround, A_written_file_that_the_full_disk_cuts_leaves_the_earlier_one
   }
 }
 
-TEST_F(LostGround, A_folder_that_can_not_be_written_is_told_and_left_alone) {
-  make_survey_with_stations("survey.mdb", 3);
-  const std::string survey = session().database_file;
+TEST_F(LostGround, A_file_that_can_not_take_its_place_leaves_nothing_beside_it) {
+  const std::string source = folder.write("source", "a letter home");
+  (void)folder.write("taken/by_a_folder", "");
+  const fs::path taken = folder.folder() / "taken";
+  const std::set<std::string> names = names_in(folder.folder());
+  const std::function<void()> writings[] = {[&] { safe_files::write_into_place(taken, "letters"); },
+                                            [&] { safe_files::copy_into_place(source, taken); },
+                                            [&] {
+                                              safe_files::write_together({{folder.path("first"), "letters"},
+                                                                          {taken, "letters"}});
+                                            }};
+  for (const auto& writing : writings) {
+    EXPECT_THROW(writing(), std::runtime_error);
+    EXPECT_EQ(names_in(folder.folder()), names);
+  }
+}
+
+TEST_F(LostGround, A_survey_that_can_not_be_written_is_shown_from_a_private_copy) {
+  using namespace Module_averaged_data;
+  const std::string survey = new_survey("survey.mdb");
+  ASSERT_EQ(close_database(), 0);
+  const pid_t killed = start_child([&] {  // leaves its latest rows in the log
+    EXPECT_EQ(open_database(), 0);
+    made::store_line(3);
+    raise(SIGKILL);
+  });
+  EXPECT_EQ(wait_for_child(killed), -1);
+  ASSERT_TRUE(fs::exists(survey + "-wal"));
+  fs::remove(folder.path("survey.bak"));
+  const std::string refusal =
+      "The survey is open read-only, because its file or folder can't be written; \"Save Database As\" makes "
+      "a "
+      "copy that can be changed.";
   const bool possible = run_in_own_mounts([&] {
     own_mounts::make_read_only(folder.folder());
-    const std::string before = file_contents(survey);
+    const std::string before = file_contents(survey) + file_contents(survey + "-wal");
     const std::set<std::string> names = names_in(folder.folder());
-    EXPECT_EQ(open_database(), -1);
-    EXPECT_FALSE(session().database_open);
-    const std::vector<std::string> messages = interface.take_messages();
-    ASSERT_EQ(messages.size(), 1U);
-    EXPECT_TRUE(messages[0].starts_with(opening_message)) << messages[0];
-    EXPECT_NE(messages[0].find("Read-only file system"), std::string::npos) << messages[0];
-    EXPECT_TRUE(file_contents(survey) == before);
+    ASSERT_EQ(open_database(), 0);
+    EXPECT_TRUE(survey_is_read_only());
+    EXPECT_EQ(session().database_file, survey);
+    const fs::path private_folder = fs::path(working_file()).parent_path();
+    EXPECT_EQ(fs::status(private_folder).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(rows_in("StationsTable"), 3);
+    const std::string readings = made::whole_readings_table();
+
+    Module_display_data::SelectionLists lists;
+    ASSERT_EQ(Module_display_data::fill_selection_lists(lists), 0);
+    ASSERT_FALSE(Module_display_data::display_station(1, {}).failed);
+    EXPECT_EQ(toggle_repeat_point(1, 0, Component::resistivity), Edit::failed);
+    EXPECT_EQ(interface.take_messages(), std::vector<std::string>{refusal});
+    EXPECT_EQ(recalculate_merged(), -1);
+    EXPECT_EQ(interface.take_messages(), std::vector<std::string>{refusal});
+    Module_data_file::ImportReport report;
+    EXPECT_EQ(
+        run_import(sample_choices(), {folder.path("x.edi")}, Module_data_file::ImportMode::import, report),
+        -1);
+    EXPECT_EQ(interface.take_messages(), std::vector<std::string>{refusal});
+    EXPECT_EQ(save_frequency_selection(0, session().frequencies), -1);
+    EXPECT_EQ(interface.take_messages(), std::vector<std::string>{refusal});
+    EXPECT_TRUE(made::whole_readings_table() == readings);
+
+    EXPECT_EQ(close_database(), 0);
+    EXPECT_FALSE(fs::exists(private_folder));
+    EXPECT_TRUE(file_contents(survey) + file_contents(survey + "-wal") == before);
     EXPECT_EQ(names_in(folder.folder()), names);
   });
   if (!possible) {
     GTEST_SKIP() << no_mounts;
   }
   EXPECT_EQ(stations_after_opening(survey), 3);
+  EXPECT_FALSE(survey_is_read_only());
+}
+
+TEST_F(LostGround, A_survey_without_permission_to_write_file_or_folder_is_read_only) {
+  constexpr uid_t nobody = 65534;
+  make_survey_with_stations("survey.mdb", 3);
+  const std::string survey = session().database_file;
+  fs::remove(folder.folder() / "survey.bak");
+  const auto all_but_writing =
+      fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write);
+  const std::pair<fs::perms, fs::perms> cases[] = {{all_but_writing, fs::perms::all},
+                                                   {fs::perms::all, all_but_writing}};
+  for (const auto& [of_file, of_folder] : cases) {
+    fs::permissions(survey, of_file);
+    fs::permissions(folder.folder(), of_folder);
+    EXPECT_EQ(wait_for_child(start_child([&] {
+                if (geteuid() == 0) {
+                  ASSERT_EQ(setuid(nobody), 0);  // root may write everywhere
+                }
+                ASSERT_EQ(open_database(), 0);
+                EXPECT_TRUE(survey_is_read_only());
+                EXPECT_EQ(rows_in("StationsTable"), 3);
+                EXPECT_EQ(close_database(), 0);
+                EXPECT_EQ(names_in(folder.folder()), std::set<std::string>{"survey.mdb"});
+              })),
+              0);
+  }
+  fs::permissions(folder.folder(), fs::perms::owner_all);
+  EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+}
+
+TEST_F(LostGround, A_hand_copy_of_an_open_survey_holds_an_import_and_a_recalculation) {
+  std::vector<std::string> files;
+  for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
+    if (files.size() < 4) {
+      files.push_back(folder.write("field/" + file.name, file.text));
+    }
+  }
+  const std::string survey = new_survey();
+  const auto readings_of_hand_copy = [&] {
+    const std::string copy = folder.path("copy.mdb");
+    fs::copy_file(survey, copy, fs::copy_options::overwrite_existing);
+    dao::Database database = dao::Database::open(copy, dao::Access::read_only);
+    return database.open_recordset("SELECT ID FROM ReadingsDataTable").record_count();
+  };
+  Module_data_file::ImportReport report;
+  EXPECT_EQ(run_import(sample_choices(), files, Module_data_file::ImportMode::import, report), 0);
+  const std::int32_t imported = rows_in("ReadingsDataTable");
+  EXPECT_GT(imported, 16);
+  EXPECT_EQ(readings_of_hand_copy(), imported);
+  open_survey().database.execute("DELETE FROM ReadingsDataTable WHERE FileID = 1");
+  EXPECT_EQ(readings_of_hand_copy(), imported) << "an edit waits until the user rests";
+  EXPECT_EQ(Module_averaged_data::recalculate_merged(), 0);
+  EXPECT_LT(rows_in("ReadingsDataTable"), imported);
+  EXPECT_EQ(readings_of_hand_copy(), rows_in("ReadingsDataTable"));
 }
 
 TEST_F(LostGround, A_folder_moved_away_takes_no_more_and_has_all_that_was_stored) {

@@ -48,6 +48,21 @@ TEST_F(SurveyTest, The_output_panel_asks_for_what_is_missing_in_its_order) {
   EXPECT_TRUE(interface->file_dialogs.empty());
 }
 
+TEST_F(SurveyTest, The_output_panel_offers_a_line_once_and_also_one_whose_files_are_not_known) {
+  new_survey();
+  dao::Recordset& readings = Module_database::open_survey().readings;
+  readings.add_new();
+  readings.set_text("LineNumber", "400E");
+  readings.set_single("DipoleLength", 25.0F);
+  readings.update();
+  add_file_row("200E", 100.0, 50.0F);
+  add_file_row("200e", 200.0, 50.0F);
+  OutputLists lists;
+  ASSERT_EQ(read_output_lists(lists), 0);
+  EXPECT_EQ(lists.lines, (Texts{"200E", "400E"}));
+  EXPECT_EQ(lists.dipoles, (std::vector<float>{25.0F, 50.0F}));
+}
+
 TEST_F(SurveyTest, A_chosen_line_is_written_only_over_a_file_that_may_go) {
   new_survey();
   add_file_row("200E", 100.0, 50.0F);

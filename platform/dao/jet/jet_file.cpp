@@ -11,6 +11,7 @@
 #include "platform/dao/database.h"
 #include "platform/dao/error.h"
 #include "platform/dao/jet/jet_reader.h"
+#include "platform/dao/jet/library_silence.h"
 #include "platform/dao/recordset.h"
 #include "platform/dao/table_definition.h"
 
@@ -101,6 +102,7 @@ void copy_tables(const JetFile& file, const std::string& destination) {
 }  // namespace
 
 void convert_jet_database(const std::string& source, const std::string& destination) {
+  const LibrarySilence silence;
   const JetFile file(source);
   std::error_code ignored;
   if (std::filesystem::exists(destination, ignored)) {

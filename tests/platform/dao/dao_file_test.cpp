@@ -5,6 +5,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -228,6 +229,91 @@ TEST_F(File, Compacted_keeps_its_rows_and_drops_the_free_space) {
   database.close();
   EXPECT_EQ(error_of([&] { dao::compact_database(path_, fresh); }), "the file exists already");
   EXPECT_EQ(row_count(fresh), 10);
+}
+
+TEST_F(File, Runs_nothing_that_its_schema_holds) {
+  new_survey(path_, 3);
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(path_.c_str(), &other), SQLITE_OK);
+  EXPECT_EQ(
+      sqlite3_exec(other,
+                   "CREATE TRIGGER Sweep AFTER DELETE ON Readings BEGIN DELETE FROM Readings; END;"
+                   "CREATE TRIGGER Bar BEFORE INSERT ON Readings BEGIN SELECT RAISE(ABORT, 'barred'); END;"
+                   "CREATE VIEW Lines AS SELECT Line FROM Readings;",
+                   nullptr, nullptr, nullptr),
+      SQLITE_OK);
+  sqlite3_close(other);
+  dao::Database database = dao::Database::open(path_);
+  database.execute("DELETE FROM Readings WHERE ID = 1");
+  fill(database, 1);
+  EXPECT_EQ(row_count(path_), 3);
+  EXPECT_EQ(error_of([&] { (void)database.open_recordset("SELECT * FROM Lines"); }), "no such table: Lines");
+  ASSERT_EQ(database.other_objects().size(), 3U);
+  EXPECT_EQ(database.other_objects()[0].name, "Sweep");
+  EXPECT_EQ(database.other_objects()[0].table, "Readings");
+  database.drop_triggers_and_views();
+  EXPECT_TRUE(database.other_objects().empty());
+  EXPECT_EQ(row_count(path_), 3);
+}
+
+TEST_F(File, Removed_while_it_is_open_can_be_copied_from_there) {
+  dao::Database database = new_survey(path_, 2);
+  fill(database, 40);  // in the log
+  for (const char* const ending : {"", "-wal", "-shm"}) {
+    fs::remove(path_ + ending);
+  }
+  const std::string copy = folder_.path("rescued.mdb");
+  EXPECT_NE(error_of([&] { database.copy_to(folder_.path("none/rescued.mdb")); }), "");
+  database.copy_to(copy);
+  expect_alone(copy);
+  EXPECT_EQ(row_count(copy), 42);
+  EXPECT_EQ(error_of([&] { database.copy_to(copy); }), "the file exists already");
+  database.close();
+  EXPECT_EQ(row_count(copy), 42);
+}
+
+TEST_F(File, Alone_holds_all_that_was_committed_once_its_log_is_settled) {
+  const auto rows_of_hand_copy = [&](const char* name) {
+    fs::copy_file(path_, folder_.path(name));
+    return row_count(folder_.path(name));
+  };
+  dao::Database database = dao::Database(new_survey(path_, 2));
+  database.settle_log();
+  const std::int64_t before = database.change_count();
+  fill(database, 5);
+  EXPECT_EQ(database.change_count(), before + 5);
+  EXPECT_EQ(rows_of_hand_copy("lacks.mdb"), 2);
+  {
+    const dao::Transaction transaction(database);
+    database.settle_log();  // not in the middle of something
+  }
+  EXPECT_EQ(rows_of_hand_copy("lacks_still.mdb"), 2);
+  database.settle_log();
+  EXPECT_EQ(rows_of_hand_copy("whole.mdb"), 7);
+}
+
+TEST_F(File, May_be_put_where_stale_logs_are) {
+  const auto write_logs = [&] {
+    for (const char* const ending : {"-wal", "-shm", "-journal"}) {
+      (void)folder_.write(std::string("survey.mdb") + ending, "left by an earlier file of that name");
+    }
+  };
+  write_logs();
+  dao::clear_place(path_);
+  expect_alone(path_);
+  (void)folder_.write("survey.mdb", "a letter home");
+  write_logs();
+  dao::clear_place(path_);
+  expect_alone(path_);
+  EXPECT_EQ(file_contents(path_), "a letter home");
+  fs::remove(path_);
+  OtherProcess process([&] { static dao::Database held = new_survey(path_, 2); });
+  ASSERT_TRUE(process.is_ready());
+  EXPECT_EQ(error_of([&] { dao::clear_place(path_); }), "database is locked");
+  process.kill();
+  dao::clear_place(path_);
+  expect_alone(path_);
+  EXPECT_EQ(row_count(path_), 2);
 }
 
 TEST_F(File, That_is_damaged_is_not_compacted) {

@@ -347,7 +347,9 @@ TEST_F(Legacy_survey, That_is_damaged_gives_a_plain_error_and_no_file) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     const std::string source = folder_.write("damaged.mdb", c.contents);
+    testing::internal::CaptureStderr();
     const std::string error = conversion_error(source, folder_.path("new.mdb"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");  // the library's own lines
     EXPECT_NE(error.find(c.part_of_the_message), std::string::npos) << error;
     EXPECT_EQ(file_contents(source), c.contents);
   }

@@ -22,6 +22,17 @@ TEST(System_facts, Know_the_program_and_the_user_directories) {
   unsetenv("XDG_DATA_HOME");
 }
 
+TEST(System_facts, Give_the_debug_level_that_a_variable_asks_for) {
+  const std::pair<const char*, int> cases[] = {{"1", 1}, {"2", 2}, {"99", 2}, {"-1", 0}, {"yes", 0}, {"", 0}};
+  for (const auto& [text, level] : cases) {
+    SCOPED_TRACE(text);
+    setenv("BRENLOX_DEBUG_LEVEL", text, 1);
+    EXPECT_EQ(wanted_debug_level(), level);
+  }
+  unsetenv("BRENLOX_DEBUG_LEVEL");
+  EXPECT_EQ(wanted_debug_level(), 0);
+}
+
 TEST(Fault_handler, Names_the_fault_and_ends_the_process_by_it) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   struct Case {

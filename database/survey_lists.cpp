@@ -1,0 +1,123 @@
+#include "database/survey_lists.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "database/survey_database.h"
+#include "platform/dao/case_folding.h"
+
+namespace Module_database {
+
+namespace {
+
+struct Spelling {
+  std::int32_t ID = 0;  // of the row that it is from
+  std::string line;
+  std::size_t place = 0;  // among the lines
+};
+
+using Spellings = std::map<std::string, Spelling>;  // by the line as comparisons see it
+
+void note_spelling(Spellings& spellings, const ListedStation& station) {
+  const auto [entry, is_new] = spellings.try_emplace(dao::folded_text(station.line),
+                                                     Spelling{station.ID, station.line, spellings.size()});
+  if (!is_new && station.ID < entry->second.ID) {
+    entry->second.ID = station.ID;
+    entry->second.line = station.line;
+  }
+}
+
+/// The values of a column in the files and in the readings, each once.
+template <class Value, class Read>
+std::set<Value> values_of(const std::string& column, Read read) {
+  std::set<Value> values;
+  for (const char* const table : {"FileTable", "ReadingsDataTable"}) {
+    dao::Recordset rows =
+        open_survey().database.open_recordset("SELECT DISTINCT " + column + " FROM " + table);
+    for (; !rows.eof(); rows.move_next()) {
+      values.insert(read(rows));
+    }
+  }
+  return values;
+}
+
+}  // namespace
+
+std::vector<ListedStation> listed_stations() {
+  std::vector<ListedStation> stations;
+  Spellings spellings;
+  // By the line's text as well: lines of the same number stay together.
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT * FROM StationsTable ORDER BY Val(SurveyLine),SurveyLine,Station");
+  for (; !rows.eof(); rows.move_next()) {
+    stations.push_back({rows.get_long("ID"),
+                        rows.get_text("SurveyLine"),
+                        rows.get_double("Station"),
+                        {rows.get_double("LocalX"), rows.get_double("LocalY"), rows.get_double("MapX"),
+                         rows.get_double("MapY"), rows.get_double("Elevation")}});
+    note_spelling(spellings, stations.back());
+  }
+  const auto spelling_of = [&](const ListedStation& station) -> const Spelling& {
+    return spellings.at(dao::folded_text(station.line));
+  };
+  // The order of the rows knows no case of ASCII letters only.
+  std::ranges::stable_sort(stations, [&](const ListedStation& a, const ListedStation& b) {
+    const std::size_t place_a = spelling_of(a).place;
+    const std::size_t place_b = spelling_of(b).place;
+    return place_a != place_b ? place_a < place_b : a.station < b.station;
+  });
+  for (ListedStation& station : stations) {
+    station.line = spelling_of(station).line;
+  }
+  return stations;
+}
+
+std::string spelled_line(std::string_view line) {
+  Spelling best{0, std::string(line), 0};
+  const std::string wanted = dao::folded_text(line);
+  dao::Recordset rows = open_survey().database.open_recordset("SELECT ID,SurveyLine FROM StationsTable");
+  for (; !rows.eof(); rows.move_next()) {
+    const std::int32_t ID = rows.get_long("ID");
+    if (best.ID == 0 || ID < best.ID) {
+      std::string found = rows.get_text("SurveyLine");
+      if (dao::folded_text(found) == wanted) {
+        best = {ID, std::move(found), 0};
+      }
+    }
+  }
+  return best.line;
+}
+
+std::vector<std::string> listed_lines() {
+  std::map<std::string, std::string> spelled;  // by the line as comparisons see it
+  for (const ListedStation& station : listed_stations()) {
+    spelled.emplace(dao::folded_text(station.line), station.line);
+  }
+  std::map<std::string, std::string> lines;
+  for (const std::string& line :
+       values_of<std::string>("LineNumber", [](const auto& row) { return row.get_text("LineNumber"); })) {
+    const std::string folded = dao::folded_text(line);
+    const auto known = spelled.find(folded);
+    lines.emplace(folded, known == spelled.end() ? line : known->second);
+  }
+  std::vector<std::string> list;
+  for (auto& [folded, line] : lines) {
+    list.push_back(std::move(line));
+  }
+  return list;
+}
+
+std::vector<std::int32_t> listed_reference_types() {
+  const auto types =
+      values_of<std::int32_t>("ReferenceType", [](const auto& row) { return row.get_long("ReferenceType"); });
+  return {types.begin(), types.end()};
+}
+
+std::vector<float> listed_dipoles() {
+  const auto dipoles =
+      values_of<float>("DipoleLength", [](const auto& row) { return row.get_single("DipoleLength"); });
+  return {dipoles.begin(), dipoles.end()};
+}
+
+}  // namespace Module_database

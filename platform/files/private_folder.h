@@ -1,0 +1,19 @@
+// private_folder.h: a folder for files that only this process works on.
+#pragma once
+#include <filesystem>
+
+/// A new folder in the system's place for temporary files, which no other user can enter. It goes at the end
+/// of its holder's life, with all that is in it.
+class PrivateFolder {
+ public:
+  /// Throws std::runtime_error with the system's description.
+  PrivateFolder();
+  PrivateFolder(const PrivateFolder&) = delete;
+  PrivateFolder& operator=(const PrivateFolder&) = delete;
+  ~PrivateFolder();
+
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};

@@ -1,0 +1,66 @@
+#include "database/survey_lists.h"
+
+#include "database/reading.h"
+#include "database/stations.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_database;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+void add_station(const std::string& line, double station) {
+  (void)find_station(StationSearch::create, line, station);
+}
+
+void add_row(dao::Recordset& table, const std::string& line, std::int32_t reference_type, float dipole) {
+  table.add_new();
+  table.set_text("LineNumber", line);
+  table.set_long("ReferenceType", reference_type);
+  table.set_single("DipoleLength", dipole);
+  table.update();
+}
+
+Texts listed() {
+  Texts texts;
+  for (const ListedStation& station : listed_stations()) {
+    texts.push_back(station.line + " " + std::to_string(static_cast<int>(station.station)));
+  }
+  return texts;
+}
+
+}  // namespace
+
+TEST_F(SurveyTest, A_line_in_two_letter_cases_is_one_line_spelled_as_its_first_station) {
+  new_survey();
+  add_station("200e", 300.0);
+  add_station("200E", 100.0);
+  add_station("1000E", 100.0);
+  add_station("200W", 100.0);
+  add_station("200e", 200.0);
+  add_station("\u00C5E", 200.0);  // letters beyond ASCII have cases, too
+  add_station("\u00E5e", 100.0);
+  EXPECT_EQ(listed(), (Texts{"\u00C5E 100", "\u00C5E 200", "200e 100", "200e 200", "200e 300", "200W 100",
+                             "1000E 100"}));
+  EXPECT_EQ(spelled_line("200E"), "200e");
+  EXPECT_EQ(spelled_line("\u00E5e "), "\u00C5E");
+  EXPECT_EQ(spelled_line("7n"), "7n");
+  add_row(open_survey().files, "200E", 0, 50.0F);
+  add_row(open_survey().files, "7N", 0, 50.0F);
+  add_row(open_survey().readings, "7n", 0, 50.0F);
+  EXPECT_EQ(listed_lines(), (Texts{"200e", "7N"}));
+}
+
+TEST_F(SurveyTest, Lists_come_from_readings_where_the_files_have_no_row) {
+  new_survey();
+  add_row(open_survey().readings, "400E", 1, 25.0F);
+  add_row(open_survey().readings, "200E", 0, 33.3F);
+  EXPECT_EQ(listed_lines(), (Texts{"200E", "400E"}));
+  EXPECT_EQ(listed_reference_types(), (std::vector<std::int32_t>{0, 1}));
+  EXPECT_EQ(listed_dipoles(), (std::vector<float>{25.0F, 33.3F}));
+  add_row(open_survey().files, "600E", 2, 10.0F);  // imported since
+  EXPECT_EQ(listed_lines(), (Texts{"200E", "400E", "600E"}));
+  EXPECT_EQ(listed_reference_types(), (std::vector<std::int32_t>{0, 1, 2}));
+  EXPECT_EQ(listed_dipoles(), (std::vector<float>{10.0F, 25.0F, 33.3F}));
+}
