@@ -27,6 +27,8 @@ nlohmann::ordered_json json_of(const FileReport& file) {
           {"sections", file.sections},
           {"readings", file.readings},
           {"frequencies", file.frequencies},
+          {"replaced_readings", file.replaced_readings},
+          {"replaced_name", file.replaced_name},
           {"ignored", json_of(file.ignored)},
           {"unreadable", json_of(file.unreadable)},
           {"remarks_dropped", file.remarks_dropped},
@@ -48,12 +50,22 @@ bool ImportReport::has_failures() const {
                      [](const FileReport& file) { return !file.failure.empty() || file.readings == 0; });
 }
 
+std::int64_t ImportReport::files_replaced() const {
+  return std::count_if(files.begin(), files.end(),
+                       [](const FileReport& file) { return file.replaced_readings > 0; });
+}
+
 std::string ImportReport::to_json() const {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
   for (const FileReport& file : files) {
     list.push_back(json_of(file));
   }
-  const nlohmann::ordered_json report = {{"stopped", stopped}, {"files", std::move(list)}};
+  nlohmann::ordered_json shared = nlohmann::ordered_json::array();
+  for (const SharedStation& station : shared_stations) {
+    shared.push_back(station.text());
+  }
+  const nlohmann::ordered_json report = {
+      {"stopped", stopped}, {"shared_stations", std::move(shared)}, {"files", std::move(list)}};
   // A path may hold bytes that aren't UTF-8; the report must come out all the same.
   return report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
@@ -75,11 +87,22 @@ std::string ImportReport::to_text() const {
   for (const FileReport& file : files) {
     text += file.file + ": " + plain_text(file.sections) + " sections, " + plain_text(file.readings) +
             " readings, " + plain_text(file.frequencies) + " frequencies\n";
+    if (const std::string line = replaced_line(file); !line.empty()) {
+      text += "    " + line + "\n";
+    }
     for (const std::string& line : remark_lines(file)) {
       text += "    " + line + "\n";
     }
   }
   return text;
+}
+
+std::string replaced_line(const FileReport& file) {
+  if (file.replaced_readings == 0) {
+    return {};
+  }
+  return plain_text(file.replaced_readings) + " readings of an earlier import replaced, there named " +
+         formats::in_quotes(file.replaced_name);
 }
 
 std::vector<std::string> remark_lines(const FileReport& file) {

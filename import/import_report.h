@@ -1,21 +1,26 @@
 // import_report.h: what an import did with each of its files.
 #pragma once
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "formats/file_report.h"
 #include "import/reading_record.h"
+#include "import/station_sites.h"
 
 namespace Module_data_file {
 
 struct ImportReport {
   std::vector<formats::FileReport> files;
-  std::vector<ScannedStation> stations;  // those found, each once, in the order of the files
-  bool stopped = false;                  // the user stopped the run
+  std::vector<ScannedStation> stations;        // those found, each once, in the order of the files
+  std::vector<SharedStation> shared_stations;  // that different sites came to
+  bool stopped = false;                        // the user stopped the run
 
   [[nodiscard]] bool has_remarks() const;
   /// A file gave an error or no reading.
   [[nodiscard]] bool has_failures() const;
+  /// How many files took the place of readings of an earlier import.
+  [[nodiscard]] std::int64_t files_replaced() const;
   /// The report on the files as JSON text, UTF-8.
   [[nodiscard]] std::string to_json() const;
   /// "12 of 13 files gave 96 readings", and whether the run was stopped.
@@ -23,6 +28,9 @@ struct ImportReport {
   /// The report as the user reads it: the summary, then each file with its remarks.
   [[nodiscard]] std::string to_text() const;
 };
+
+/// "4 readings of an earlier import replaced, there named 'north/01.edi'"; empty if the file is new.
+std::string replaced_line(const formats::FileReport& file);
 
 /// The remarks of a file as the user reads them, its failure first: "line 12: 'abc' is not a number, taken as
 /// 0"; then its account.

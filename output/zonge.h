@@ -15,10 +15,11 @@ namespace Module_output {
 /// folder become "_".
 std::string zonge_file_name(const Module_database::LineSelection& selection);
 
-/// Writes the three files of a line; `avg_path` is the path of the ".avg" file, the others take its root. All
-/// three are written beside their places first, so that a failure leaves earlier files whole. Frequencies
-/// that are switched off for the reference type, and points with resistivity or phase masked, are left out.
-/// The user can stop it between stations; nothing is written then, and the row count is 0.
+/// Writes the three files of a line, with the stations that have a reading of the selection; merged curves
+/// are computed where there are none yet. `avg_path` is the path of the ".avg" file, the others take its
+/// root. All three are written beside their places first, so that a failure leaves earlier files whole.
+/// Frequencies that are switched off for the reference type, and points with resistivity or phase masked, are
+/// left out. The user can stop it between stations; nothing is written then, and the row count is 0.
 /// @param show_row_count gets the running number of data rows after each station; may be empty
 /// @param row_count rows written to the ".avg" file
 /// @param date for the head of the ".avg" file

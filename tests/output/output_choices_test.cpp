@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_output;
@@ -50,6 +51,8 @@ TEST_F(SurveyTest, The_output_panel_asks_for_what_is_missing_in_its_order) {
 TEST_F(SurveyTest, A_chosen_line_is_written_only_over_a_file_that_may_go) {
   new_survey();
   add_file_row("200E", 100.0, 50.0F);
+  (void)made::store(made::key(), 0, made::reading({{10.0F, 100.0F, 45.0F}}));
+  session().current_data_type = "ExHy";
   OutputLists lists;
   ASSERT_EQ(read_output_lists(lists), 0);
   const OutputChoices choices{0, 0, 0, folder.folder().string()};
