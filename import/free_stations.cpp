@@ -34,17 +34,16 @@ FreeStations::Line& FreeStations::line_of(const std::string& line) {
 
 double FreeStations::next(const std::string& line, double start, double spacing,
                           const std::set<double>& own) {
-  if (!has_asked_) {
-    has_asked_ = true;
-    taken_.merge(of_files_());
-  }
+  const FoundSites& in_files = in_files_();
   Line& known = line_of(line);
   const std::string name = upper_case(line);
   bool all_for_good = true;
   for (int step = known.steps;; ++step) {
     // By its decimal text, as counted stations are.
     const double station = numeric_value(plain_text(start + step * spacing));
-    const bool taken = taken_.contains({name, station});
+    const LineStation place{name, station};
+    const bool taken =
+        taken_.contains(place) || in_files.sites.contains(place) || in_files.claimed.contains(place);
     if (!taken && (!known.in_survey.contains(station) || own.contains(station))) {
       return station;
     }
@@ -53,8 +52,15 @@ double FreeStations::next(const std::string& line, double start, double spacing,
   }
 }
 
-void FreeStations::take(const std::string& line, double station) {
-  taken_.emplace(upper_case(line), station);
+bool FreeStations::is_of_other_site(const std::string& line, double station, const Site& site,
+                                    const FoundSites& read) const {
+  const auto taken = taken_.find({upper_case(line), station});
+  return (taken != taken_.end() && !equal_ignoring_case(taken->second, site.name)) ||
+         is_shared(line, station, site, in_files_(), read);
+}
+
+void FreeStations::take(const std::string& line, double station, const std::string& site) {
+  taken_.emplace(LineStation{upper_case(line), station}, site);
 }
 
 }  // namespace Module_data_file

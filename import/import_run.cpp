@@ -109,7 +109,7 @@ void requery_stores() {
 // The rows are this run's from now on, and no other file of it may find them.
 void own_rows_of_file(ReadingRecord& record) {
   for (const auto& [event, ID] : record.file_rows.ID_of_event) {
-    record.run.own_rows.insert(ID);
+    record.run.found.own_rows.insert(ID);
   }
   if (record.run.earlier_files) {
     record.run.earlier_files->take_out(record.file_rows);
@@ -324,14 +324,14 @@ class LookIntoFiles {
     record_.run.next_station = record.run.next_station;
   }
 
-  const RunState& result() {
+  const FoundSites& result() {
     if (!has_looked_) {
       has_looked_ = true;
       const QuietInterface quiet;
       ImportReport ignored;
       stopped_ = import_files(ImportMode::scan, files_, record_, ignored, {}) == Outcome::stopped;
     }
-    return record_.run;
+    return record_.run.found;
   }
   [[nodiscard]] bool stopped() const { return stopped_; }
 
@@ -344,7 +344,7 @@ class LookIntoFiles {
 
 // False if the user doesn't want different sites on one station, or has stopped the look for them.
 bool may_store(LookIntoFiles& look, ImportReport& report) {
-  const std::vector<SharedStation> shared = look.result().sites.shared(look.result().own_rows);
+  const std::vector<SharedStation> shared = shared_stations(look.result());
   if (look.stopped()) {
     report.stopped = true;
     return false;
@@ -404,11 +404,12 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
       return 0;
     }
   }
-  record.run.free_stations = std::make_shared<FreeStations>([&] { return look.result().sites.stations(); });
+  record.run.free_stations =
+      std::make_shared<FreeStations>([&]() -> const FoundSites& { return look.result(); });
   const int result = run(mode, files, record, report, file_begins);
   report.stations = std::move(record.scan_list);
   (void)trap_errors(import_failed, [&] {
-    report.shared_stations = record.run.sites.shared(record.run.own_rows);
+    report.shared_stations = shared_stations(record.run.found);
     remark_on_shared_stations(report.shared_stations, report.files);
   });
   return result;

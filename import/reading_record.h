@@ -40,13 +40,19 @@ struct MapPosition {
   double y = 0.0;  // m, north
 };
 
+/// Where a section's station comes from.
+enum class StationRule {
+  own,        // it says it, or it is counted
+  from_head,  // of its file, which has a name where the section has none
+  next_free,
+};
+
 /// What an import knows beyond the file that it reads.
 struct RunState {
   double next_station = 0.0;  // of sections that take theirs from the count; runs on by StationSpacing
   std::shared_ptr<FreeStations> free_stations;  // none in a look at the files, which finds what isn't free
   std::shared_ptr<EarlierFiles> earlier_files;  // made when the first file is looked for
-  std::set<std::int32_t> own_rows;              // of FileTable: those of files that this run has read
-  StationSites sites;                           // that readings were found for
+  FoundSites found;
 };
 
 /// What the choices and a reader fill, one file after the other, and the store writes. -1 is "not known yet".
@@ -87,7 +93,7 @@ struct ReadingRecord {
 
   std::optional<formats::edi::EdiNames> edi_names;  // of the file, once they were asked for
   std::string site;  // the name of the section's site; empty where the file says the station itself
-  bool takes_free_station = false;  // the section says none
+  StationRule station_rule = StationRule::own;
 
   std::vector<ScannedStation> scan_list;  // each once, in the order they were found
   std::set<ScannedStation> scanned;       // the same, for looking one up

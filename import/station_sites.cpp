@@ -1,6 +1,7 @@
 #include "import/station_sites.h"
 
 #include <algorithm>
+#include <functional>
 #include <string_view>
 #include <utility>
 
@@ -65,8 +66,11 @@ bool is_edi_filter(std::string_view filter) { return filter == "EMIRes" || filte
 // Files of the survey that have readings at the station and are none of the import's.
 std::vector<std::string> others_in_survey(const std::string& line, double station,
                                           const std::vector<Site>& sites,
-                                          const std::set<std::int32_t>& own_rows) {
+                                          const std::function<bool(std::int32_t)>& is_own) {
   std::vector<std::string> others;
+  if (!open_survey().database.is_open()) {
+    return others;  // a scan needs no survey
+  }
   const Module_database::StationRows place =
       Module_database::find_station(Module_database::StationSearch::look_up, line, station);
   if (place.StationID < 0) {
@@ -78,7 +82,7 @@ std::vector<std::string> others_in_survey(const std::string& line, double statio
   for (; !rows.eof(); rows.move_next()) {
     const std::int32_t ID = rows.get_long("FileID");
     dao::Recordset& files = open_survey().files;
-    if (own_rows.contains(ID)) {
+    if (is_own(ID)) {
       continue;
     }
     files.find_first("ID = " + format_number(ID, "0"));
@@ -126,27 +130,29 @@ void StationSites::add(const std::string& line, double station, Site site) {
   }
 }
 
-std::set<LineStation> StationSites::stations() const {
-  std::set<LineStation> keys;
-  for (const auto& [key, place] : stations_) {
-    keys.insert(key);
-  }
-  return keys;
-}
-
-std::vector<SharedStation> StationSites::shared(const std::set<std::int32_t>& own_rows) const {
+std::vector<SharedStation> shared_stations(const FoundSites& found) {
   std::vector<SharedStation> shared;
-  const bool has_survey = open_survey().database.is_open();
-  for (const auto& [key, place] : stations_) {
-    SharedStation found{place.line, key.second, place.sites, {}};
-    if (has_survey) {
-      found.in_survey = others_in_survey(place.line, key.second, place.sites, own_rows);
-    }
-    if (found.sites.size() + found.in_survey.size() > 1) {
-      shared.push_back(std::move(found));
+  const auto is_own = [&](std::int32_t ID) { return found.own_rows.contains(ID); };
+  for (const auto& [key, place] : found.sites.all()) {
+    SharedStation here{place.line, key.second, place.sites,
+                       others_in_survey(place.line, key.second, place.sites, is_own)};
+    if (here.sites.size() + here.in_survey.size() > 1) {
+      shared.push_back(std::move(here));
     }
   }
   return shared;
+}
+
+bool is_shared(const std::string& line, double station, const Site& site, const FoundSites& in_files,
+               const FoundSites& read) {
+  const auto is_own = [&](std::int32_t ID) {
+    return in_files.own_rows.contains(ID) || read.own_rows.contains(ID);
+  };
+  const auto here = in_files.sites.all().find({upper_case(line), station});
+  return (here != in_files.sites.all().end() &&
+          std::ranges::any_of(here->second.sites,
+                              [&](const Site& other) { return !is_same(other, site); })) ||
+         !others_in_survey(line, station, {site}, is_own).empty();
 }
 
 void remark_on_shared_stations(const std::vector<SharedStation>& shared,

@@ -8,12 +8,14 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "formats/file_report.h"
-#include "import/free_stations.h"
 
 namespace Module_data_file {
+
+using LineStation = std::pair<std::string, double>;  // the line in upper case
 
 struct Site {
   std::string name;
@@ -37,19 +39,32 @@ class StationSites {
  public:
   void add(const std::string& line, double station, Site site);
 
-  [[nodiscard]] std::set<LineStation> stations() const;
-
-  /// The stations that different sites come to, in the import or with what the open survey holds.
-  /// @param own_rows the rows of FileTable that belong to files of the import. Throws dao::Error.
-  [[nodiscard]] std::vector<SharedStation> shared(const std::set<std::int32_t>& own_rows) const;
-
- private:
   struct AtStation {
     std::string line;  // as it is written
     std::vector<Site> sites;
   };
+  [[nodiscard]] const std::map<LineStation, AtStation>& all() const { return stations_; }
+  [[nodiscard]] bool contains(const LineStation& place) const { return stations_.contains(place); }
+
+ private:
   std::map<LineStation, AtStation> stations_;
 };
+
+/// What is known of the files of an import, as far as they have been read.
+struct FoundSites {
+  StationSites sites;
+  std::set<LineStation> claimed;    // by files whose head has a name, if no other site has the station
+  std::set<std::int32_t> own_rows;  // of FileTable
+};
+
+/// The stations that different sites come to, in the import or with what the open survey holds. Throws
+/// dao::Error.
+std::vector<SharedStation> shared_stations(const FoundSites& found);
+
+/// Whether the station has another site than this, in the files of the import or in the survey, of which the
+/// files that have been read already don't count. Throws dao::Error.
+bool is_shared(const std::string& line, double station, const Site& site, const FoundSites& in_files,
+               const FoundSites& read);
 
 /// Notes each shared station in the reports of the files whose sites come to it after another.
 void remark_on_shared_stations(const std::vector<SharedStation>& shared,

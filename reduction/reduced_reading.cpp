@@ -1,12 +1,12 @@
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "reduction/averages.h"
 #include "reduction/derived_rows.h"
+#include "reduction/raw_scan_rates.h"
 
 namespace Module_averaged_data {
 
@@ -27,19 +27,10 @@ std::optional<StoredReading> stored_reading(std::string_view file_test, std::int
   return Module_database::read_reading(row);
 }
 
-/// Averages the scan rates of a key that have none yet: where nobody has looked at a station there are
-/// repeats only, and a merged curve is made of averages. @return -1 when one could not be had
-int average_all_rates(const StationRows& place, ReadingKey key, const Frequencies& frequencies) {
-  std::vector<float> scan_rates;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT SampleRate FROM ReadingsDataTable WHERE StationID = " +
-      format_number(place.StationID, "0") +
-      " AND ReductionType=0 AND ReferenceType = " + format_number(key.reference_type, "0") +
-      " AND DataType ='" + key.data_type + "' AND DipoleLength = " + criterion_text(key.dipole));
-  for (; !rows.eof(); rows.move_next()) {
-    scan_rates.push_back(rows.get_single("SampleRate"));
-  }
-  for (const float scan_rate : scan_rates) {
+/// Averages the scan rates of a key that have no average yet: where nobody has looked at a station there are
+/// raw readings only, and a merged curve is made of averages. @return -1 when one could not be had
+int average_raw_rates(const StationRows& place, ReadingKey key, const Frequencies& frequencies) {
+  for (const float scan_rate : raw_scan_rates(key, place.StationID)) {
     key.scan_rate = scan_rate;
     StoredReading ignored;
     if (reduced_reading_at(place, reduction_averaged, AllowRaw::no, key, frequencies, ignored) != 0) {
@@ -64,7 +55,7 @@ int reduced_reading_at(const StationRows& place, std::int32_t reduction, AllowRa
       reading = std::move(*stored);
       return 0;
     }
-    if (reduction == reduction_merged && average_all_rates(place, key, frequencies) != 0) {
+    if (reduction == reduction_merged && average_raw_rates(place, key, frequencies) != 0) {
       return -1;
     }
     const auto reduce = reduction == reduction_averaged ? average_repeats_at : merge_scan_rates_at;

@@ -65,21 +65,35 @@ const std::set<double>& stations_of_file_before(ReadingRecord& record) {
   return *record.earlier_stations;
 }
 
+// The station that the name in the head gives, if it stands for one section and no other site has that
+// station.
+std::optional<double> station_of_head(FileTask& task) {
+  const ReadingRecord& record = task.record;
+  const EdiNames& names = names_of_file(task);
+  const NamedStation named = station_of_sectid(names.DATAID, record.choices.sectid_digits);
+  if (names.sections != 1 || !named.has_number) {
+    return std::nullopt;
+  }
+  const Site site{names.DATAID, record.SurveyFile};
+  const FreeStations* const others = record.run.free_stations.get();
+  const bool taken =
+      others != nullptr && others->is_of_other_site(record.LineNumber, named.station, site, record.run.found);
+  return taken ? std::nullopt : std::optional(named.station);
+}
+
 void take_station_for_nameless(const EdiSectionHead& section, FileTask& task) {
   ReadingRecord& record = task.record;
   const std::string what =
       "section " + plain_text(record.EventNumber + 1) + " has no SECTID; it takes station ";
-  const EdiNames& names = names_of_file(task);
-  if (names.sections == 1) {
-    const NamedStation named = station_of_sectid(names.DATAID, record.choices.sectid_digits);
-    if (named.has_number) {
-      record.Station = named.station;
-      remark_unreadable(task.report, section.line_number,
-                        what + plain_text(record.Station) + " from DATAID " + in_quotes(names.DATAID));
-      return;
-    }
+  if (const std::optional<double> station = station_of_head(task)) {
+    record.station_rule = StationRule::from_head;
+    record.Station = *station;
+    remark_unreadable(
+        task.report, section.line_number,
+        what + plain_text(record.Station) + " from DATAID " + in_quotes(names_of_file(task).DATAID));
+    return;
   }
-  record.takes_free_station = true;
+  record.station_rule = StationRule::next_free;
   record.Station = record.run.next_station;
   if (record.run.free_stations) {
     record.Station = record.run.free_stations->next(record.LineNumber, record.run.next_station,
@@ -92,7 +106,7 @@ void take_station_for_nameless(const EdiSectionHead& section, FileTask& task) {
 
 void take_station(const EdiSectionHead& section, FileTask& task) {
   ReadingRecord& record = task.record;
-  record.takes_free_station = false;
+  record.station_rule = StationRule::own;
   if (!record.choices.sectid_as_station) {
     record.Station = record.run.next_station;
     return;
@@ -152,8 +166,8 @@ void go_to_next_section(ReadingRecord& record, bool gave_readings) {
     // By its decimal text, so that steps of 0.1 don't gather a tail that no criterion would find.
     record.run.next_station =
         numeric_value(plain_text(record.run.next_station + decimal_of_single(record.StationSpacing)));
-  } else if (record.takes_free_station && record.run.free_stations) {
-    record.run.free_stations->take(record.LineNumber, record.Station);
+  } else if (record.station_rule != StationRule::own && record.run.free_stations) {
+    record.run.free_stations->take(record.LineNumber, record.Station, record.site);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/absent_value.h"
+#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "formats/field_values.h"
@@ -68,10 +69,14 @@ void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_v
   if (record.scanned.insert(key).second) {
     record.scan_list.push_back(key);
   }
-  if (!record.takes_free_station || record.run.free_stations) {
-    record.run.sites.add(record.LineNumber, record.Station,
-                         {record.site.empty() ? record.SurveyFile : record.site, record.SurveyFile,
-                          record.site.empty(), static_cast<std::size_t>(std::max(record.file_index - 1, 0))});
+  const bool is_looking = !record.run.free_stations;  // only at what the files say themselves
+  if (is_looking && record.station_rule == StationRule::from_head) {
+    record.run.found.claimed.emplace(upper_case(record.LineNumber), record.Station);
+  } else if (!is_looking || record.station_rule == StationRule::own) {
+    record.run.found.sites.add(
+        record.LineNumber, record.Station,
+        {record.site.empty() ? record.SurveyFile : record.site, record.SurveyFile, record.site.empty(),
+         static_cast<std::size_t>(std::max(record.file_index - 1, 0))});
   }
   for (const std::string_view data_type : data_types) {
     record.scanned_types.emplace(data_type);

@@ -51,7 +51,7 @@ TEST_F(SurveyTest, The_output_panel_asks_for_what_is_missing_in_its_order) {
 TEST_F(SurveyTest, A_chosen_line_is_written_only_over_a_file_that_may_go) {
   new_survey();
   add_file_row("200E", 100.0, 50.0F);
-  (void)made::store(made::key(), 0, made::reading({{10.0F, 100.0F, 45.0F}}));
+  (void)made::store(made::key(), 0, made::reading({}));
   session().current_data_type = "ExHy";
   OutputLists lists;
   ASSERT_EQ(read_output_lists(lists), 0);
