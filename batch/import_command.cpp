@@ -11,6 +11,7 @@
 #include "batch/reading_option.h"
 #include "core/number_text.h"
 #include "core/trap_errors.h"
+#include "import/import_files.h"
 #include "import/import_run.h"
 #include "platform/files/input_files.h"
 #include "platform/files/safe_files.h"
@@ -40,21 +41,23 @@ struct ImportOptions {
 /// The files to import; a folder gives those below it.
 /// @return false if a folder gave none, after a message; `files` then holds what the others gave
 bool collect_files(const ImportOptions& options, std::vector<std::string>& files) {
+  Module_data_file::ImportFileList list;  // a folder and one below it give a file once
   bool complete = true;
   for (const std::string& path : options.paths) {
     if (!std::filesystem::is_directory(path)) {
-      files.push_back(path_from_here(path));
+      list.add({path_from_here(path)});
       continue;
     }
     const std::vector<std::string> found =
         Module_data_file::find_import_files(path_from_here(path), options.extension);
-    files.insert(files.end(), found.begin(), found.end());
+    list.add(found);
     if (found.empty()) {
       user_interface().show_message("There is no file with the extension " + options.extension + " in " +
                                     path);
       complete = false;
     }
   }
+  files = list.paths();
   return complete;
 }
 
@@ -73,6 +76,14 @@ void print_stations(const ImportReport& report) {
   for (const Module_data_file::ScannedStation& found : report.stations) {
     std::cout << found.LineNumber << ' ' << plain_text(found.Station) << ", scan rate "
               << plain_text(found.SampleRate) << " Hz, dipole " << plain_text(found.DipoleLength) << " m\n";
+  }
+}
+
+/// Says which stations different sites came to.
+void print_shared_stations(const ImportReport& report) {
+  if (!report.shared_stations.empty()) {
+    user_interface().show_message("Different sites come to one line and station, as its repeats:\n" +
+                                  Module_data_file::list_of_shared_stations(report.shared_stations));
   }
 }
 
@@ -121,6 +132,9 @@ void print_summary(const ImportReport& report, bool scan) {
   std::cout << report.files.size() << " files, " << readings
             << (scan ? " readings met, " : " readings stored, ") << failed
             << " files without a reading or with an error\n";
+  if (report.files_replaced() > 0) {
+    std::cout << report.files_replaced() << " files replaced readings of an earlier import\n";
+  }
   if (report.stopped) {
     user_interface().show_message("Stopped; what was stored by then is kept");
   }
@@ -135,6 +149,7 @@ int import_files(const ImportOptions& options, const std::vector<std::string>& f
   }
   print_accounts(report);
   print_summary(report, options.scan);
+  print_shared_stations(report);
   print_hints(report, options.choices);
   if (!options.report.empty() && write_report(report, options.report) != 0) {
     return -1;
@@ -229,7 +244,7 @@ Command add_import_command(Program& program) {
       .shows_default();
   parser.add_flag("--sectid-as-station", choices.sectid_as_station, "the number in SECTID is the station");
   parser.add_flag("--sectid-digits", choices.sectid_digits,
-                  "with --sectid-as-station: the first digits in SECTID, also behind letters");
+                  "with --sectid-as-station: the last digits in SECTID, also behind letters");
   parser.add_flag("--from-impedance", choices.compute_from_impedance,
                   "compute resistivity and phase where a file has impedances only");
   parser

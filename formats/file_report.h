@@ -27,6 +27,8 @@ struct FileReport {
   std::int64_t remarks_dropped = 0;      // beyond the number that is kept for one file
   std::vector<std::string> account;      // what a parser says of each block of the file, in their order
   std::int64_t account_dropped = 0;      // lines beyond the number that is kept for one file
+  std::int32_t replaced_readings = 0;    // of an earlier import of the file
+  std::string replaced_name;             // under which that import stored the file
   std::string failure;           // why the file gave nothing, or an error on the way; empty if all went well
   bool impedances_only = false;  // has impedances but neither resistivities nor phases
   bool all_yx_phases_negative = false;

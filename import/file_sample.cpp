@@ -36,7 +36,7 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
     }
     if (record.file_format == format_edi_mt) {
       const EdiTraits& traits = traits_of(file);
-      if (choices.sectid_as_station && traits.first_sectid) {
+      if (choices.sectid_as_station && has_name(traits.first_sectid)) {
         sample.fields.station = plain_text(sectid_station(*traits.first_sectid, choices.sectid_digits));
       }
       add_notes(traits, choices, sample);
@@ -44,7 +44,7 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
       sample.notes.emplace_back(formats::zonge::no_stn_file_text);
     }
     if (record.file_format == format_edi_spectra && choices.sectid_as_station) {
-      if (const std::optional<std::string> sectid = first_spectra_sectid(file)) {
+      if (const std::optional<std::string> sectid = first_spectra_sectid(file); has_name(sectid)) {
         sample.fields.station = plain_text(sectid_station(*sectid, choices.sectid_digits));
       }
     }

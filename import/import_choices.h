@@ -44,7 +44,7 @@ struct ImportChoices {
   std::string station_step = "100";  // as typed, m
   bool convert_coordinates = false;
   bool sectid_as_station = false;
-  bool sectid_digits = false;           // the first run of digits in SECTID is the station
+  bool sectid_digits = false;           // the last run of digits in SECTID is the station
   bool compute_from_impedance = false;  // resistivity and phase where the file has impedances only
   TurnEy turn_ey = TurnEy::never;
 };

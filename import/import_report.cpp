@@ -30,6 +30,8 @@ nlohmann::ordered_json json_of(const FileReport& file) {
           {"readings", file.readings},
           {"frequencies", file.frequencies},
           {"sections_turned", file.sections_turned},
+          {"replaced_readings", file.replaced_readings},
+          {"replaced_name", file.replaced_name},
           {"ignored", json_of(file.ignored)},
           {"unreadable", json_of(file.unreadable)},
           {"remarks_dropped", file.remarks_dropped},
@@ -67,12 +69,22 @@ bool ImportReport::has_failures() const {
                      [](const FileReport& file) { return !file.failure.empty() || file.readings == 0; });
 }
 
+std::int64_t ImportReport::files_replaced() const {
+  return std::count_if(files.begin(), files.end(),
+                       [](const FileReport& file) { return file.replaced_readings > 0; });
+}
+
 std::string ImportReport::to_json() const {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
   for (const FileReport& file : files) {
     list.push_back(json_of(file));
   }
-  const nlohmann::ordered_json report = {{"stopped", stopped}, {"files", std::move(list)}};
+  nlohmann::ordered_json shared = nlohmann::ordered_json::array();
+  for (const SharedStation& station : shared_stations) {
+    shared.push_back(station.text());
+  }
+  const nlohmann::ordered_json report = {
+      {"stopped", stopped}, {"shared_stations", std::move(shared)}, {"files", std::move(list)}};
   // A path may hold bytes that aren't UTF-8; the report must come out all the same.
   return report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
@@ -100,6 +112,9 @@ std::string ImportReport::to_text() const {
     text += file.file + ": " + plain_text(file.sections) + " sections, " + plain_text(file.readings) +
             " readings, " + plain_text(file.frequencies) + " frequencies, Ey turned in " +
             counted(file.sections_turned, "section") + "\n";
+    if (const std::string line = replaced_line(file); !line.empty()) {
+      text += "    " + line + "\n";
+    }
     for (const std::string& line : remark_lines(file)) {
       text += "    " + line + "\n";
     }
@@ -110,6 +125,14 @@ std::string ImportReport::to_text() const {
 std::int64_t remark_count(const FileReport& file) {
   return static_cast<std::int64_t>(file.ignored.size() + file.unreadable.size()) +
          (file.failure.empty() ? 0 : 1) + file.remarks_dropped;
+}
+
+std::string replaced_line(const FileReport& file) {
+  if (file.replaced_readings == 0) {
+    return {};
+  }
+  return plain_text(file.replaced_readings) + " readings of an earlier import replaced, there named " +
+         formats::in_quotes(file.replaced_name);
 }
 
 std::vector<std::string> remark_lines(const FileReport& file) {

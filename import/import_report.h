@@ -7,19 +7,23 @@
 
 #include "formats/file_report.h"
 #include "import/reading_record.h"
+#include "import/station_sites.h"
 
 namespace Module_data_file {
 
 struct ImportReport {
   std::vector<formats::FileReport> files;
-  std::vector<ScannedStation> stations;  // those found, each once, in the order of the files
-  bool stopped = false;                  // the user stopped the run
-  std::size_t groups_skipped = 0;        // of readings that could not be averaged or merged
+  std::vector<ScannedStation> stations;        // those found, each once, in the order of the files
+  std::vector<SharedStation> shared_stations;  // that different sites came to
+  bool stopped = false;                        // the user stopped the run
+  std::size_t groups_skipped = 0;              // of readings that could not be averaged or merged
 
   /// A file has something to tell, or Ey was turned in one.
   [[nodiscard]] bool has_remarks() const;
   /// A file gave an error or no reading.
   [[nodiscard]] bool has_failures() const;
+  /// How many files took the place of readings of an earlier import.
+  [[nodiscard]] std::int64_t files_replaced() const;
   /// The report on the files as JSON text, UTF-8.
   [[nodiscard]] std::string to_json() const;
   /// "12 of 13 files gave 96 readings at 24 stations; 5 remarks".
@@ -32,6 +36,8 @@ struct ImportReport {
 
 /// The remarks on a file with its failure, also those that were not kept; its account doesn't count.
 std::int64_t remark_count(const formats::FileReport& file);
+/// "4 readings of an earlier import replaced, there named 'north/01.edi'"; empty if the file is new.
+std::string replaced_line(const formats::FileReport& file);
 
 /// The remarks of a file as the user reads them, its failure first: "line 12: 'abc' is not a number, taken as
 /// absent"; then its account.

@@ -19,9 +19,11 @@
 #include "database/survey_database.h"
 #include "import/file_decode.h"
 #include "import/natural_order.h"
+#include "import/quiet_interface.h"
 #include "import/readers/edi_converted_place.h"
 #include "import/readers/reader_table.h"
 #include "import/store_blocks.h"
+#include "import/survey_file_names.h"
 #include "projections/survey_projection.h"
 #include "reduction/computed_rows.h"
 #include "reduction/each_item.h"
@@ -77,24 +79,23 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
     if (!is_numeric(choices.start_station)) {
       return fault("The start station number is invalid");
     }
-    record.Station = numeric_value(choices.start_station);
+    record.run.next_station = numeric_value(choices.start_station);
   }
   if (!is_numeric(choices.station_step) || numeric_value(choices.station_step) == 0.0) {
     return fault("The station spacing is invalid");
   }
-  record.StationSpacing = static_cast<float>(numeric_value(choices.station_step));
   return decode_file_format(ShowFault::yes, record);
 }
 
-// Each file starts fresh, but for the station, which runs on, and its step.
+// Each file starts fresh; what a reader did to station, step or dipole ends with its file.
 void start_file(ReadingRecord& record, std::size_t index) {
   ReadingRecord fresh;
   fresh.choices = std::move(record.choices);
   fresh.scan_list = std::move(record.scan_list);
   fresh.scanned = std::move(record.scanned);
   fresh.scanned_types = std::move(record.scanned_types);
-  fresh.Station = record.Station;
-  fresh.StationSpacing = record.StationSpacing;
+  fresh.run = std::move(record.run);
+  fresh.StationSpacing = static_cast<float>(numeric_value(fresh.choices.station_step));
   fresh.file_index = static_cast<std::int32_t>(index + 1);
   record = std::move(fresh);
 }
@@ -112,12 +113,28 @@ void requery_stores() {
   open_survey().locations.requery();
 }
 
+// The rows are this run's from now on, and no other file of it may find them.
+void own_rows_of_file(ReadingRecord& record) {
+  for (const auto& [event, ID] : record.file_rows.ID_of_event) {
+    record.run.found.own_rows.insert(ID);
+  }
+  if (record.run.earlier_files) {
+    record.run.earlier_files->take_out(record.file_rows);
+  }
+}
+
 // Ends the file's transaction. The readings of an earlier import of the file are replaced only when all new
 // ones have been stored.
-void end_transaction(dao::Transaction& transaction, const StoreNotes& notes, FileReport& report) {
-  const bool keep_earlier = notes.file_known && (report.readings == 0 || !notes.failure.empty());
+void end_transaction(dao::Transaction& transaction, FileTask& task) {
+  const StoreNotes& notes = task.notes;
+  FileReport& report = task.report;
+  const bool failed = report.readings == 0 || !notes.failure.empty();
+  const bool keep_earlier =
+      failed &&
+      (notes.file_known || (report.readings == 0 && rows_of_earlier_import(task.record) != nullptr));
   if (!keep_earlier) {
     transaction.commit();
+    own_rows_of_file(task.record);
     return;
   }
   transaction.roll_back();
@@ -135,7 +152,7 @@ bool import_in_transaction(FieldReader read, FileTask& task) {
     try {
       dao::Transaction transaction(open_survey().database);
       (void)read(task);  // its failure is in the report, and the user has seen the message
-      end_transaction(transaction, task.notes, task.report);
+      end_transaction(transaction, task);
     } catch (const std::exception& failure) {
       task.report.readings = 0;
       task.report.failure = std::string(import_failed) + failure_text(failure);
@@ -150,11 +167,24 @@ bool import_in_transaction(FieldReader read, FileTask& task) {
 
 bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }
 
+void scan_file(FieldReader read, FileTask& task) {
+  (void)read(task);
+  const FileRows* const earlier = task.report.readings > 0 ? rows_of_earlier_import(task.record) : nullptr;
+  if (earlier != nullptr) {  // as an import would
+    task.record.file_rows = *earlier;
+    own_rows_of_file(task.record);
+  }
+}
+
 // True if the run may go on with the next file.
-bool import_file(FileTask& task) {
+bool import_file(const SurveyFileName& name, FileTask& task) {
   ReadingRecord& record = task.record;
   FileReport& report = task.report;
   Module_debug::write_debug(1, "import_file " + report.file);
+  if (name.repeated) {
+    report.failure = "the file is in the list twice; it is read once";
+    return true;
+  }
   std::error_code ignored;
   if (!std::filesystem::exists(report.file, ignored)) {
     report.failure = "the file doesn't exist";
@@ -163,6 +193,8 @@ bool import_file(FileTask& task) {
   try {
     SampleFields sample;
     display_file_format(report.file, record, sample, report);
+    record.SurveyFile = name.name;
+    record.path_tails = path_tails(report.file);
     if (task.is_import() && record.choices.convert_coordinates && is_edi(record.file_format)) {
       record.converted_place = converted_edi_place(report.file, report);
     }
@@ -178,14 +210,22 @@ bool import_file(FileTask& task) {
     }
     return true;
   }
+  const double next_station = record.run.next_station;
   bool go_on = true;
   if (task.is_import()) {
     go_on = import_in_transaction(read, task);
   } else {
-    (void)read(task);
+    scan_file(read, task);
   }
-  if (report.readings == 0 && report.failure.empty()) {
-    report.failure = "the file gave no reading";
+  if (report.readings == 0) {
+    record.run.next_station = next_station;  // also where sections were stored and taken back
+    if (report.failure.empty()) {
+      report.failure = "the file gave no reading";
+    }
+  }
+  if (report.readings > 0) {
+    report.replaced_readings = task.notes.replaced_readings;
+    report.replaced_name = task.notes.earlier_name;
   }
   remark_on_converted_place(record, report);
   return go_on;
@@ -193,6 +233,7 @@ bool import_file(FileTask& task) {
 
 Outcome import_files(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& record,
                      ImportReport& report, const FileBegins& file_begins) {
+  const std::vector<SurveyFileName> names = survey_file_names(files);
   WorkProgress progress(mode == ImportMode::import ? "Importing data files" : "Scanning data files",
                         files.size());
   std::string last_failure;
@@ -209,7 +250,7 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Rea
                     progress.show(index,
                                   size > 0 ? static_cast<double>(read) / static_cast<double>(size) : 0.0);
                   }};
-    const bool go_on = import_file(task);
+    const bool go_on = import_file(names[index], task);
     same_failures = notes.failure.empty() ? 0 : (notes.failure == last_failure ? same_failures + 1 : 1);
     last_failure = notes.failure;
     return go_on && same_failures < repeated_failures ? 0 : -1;
@@ -294,6 +335,45 @@ void reduce_touched(const ReadingRecord& record, ImportReport& report) {
   skipped.tell(std::string(averaging_failed));
 }
 
+// What the files say of their stations and sites, found by a scan without messages. It gives nameless
+// sections no station: these depend on what it finds.
+class LookIntoFiles {
+ public:
+  LookIntoFiles(const ReadingRecord& record, const std::vector<std::string>& files) : files_(files) {
+    record_.choices = record.choices;
+    record_.run.next_station = record.run.next_station;
+  }
+
+  const FoundSites& result() {
+    if (!has_looked_) {
+      has_looked_ = true;
+      const QuietInterface quiet;
+      ImportReport ignored;
+      stopped_ = import_files(ImportMode::scan, files_, record_, ignored, {}) == Outcome::stopped;
+    }
+    return record_.run.found;
+  }
+  [[nodiscard]] bool stopped() const { return stopped_; }
+
+ private:
+  const std::vector<std::string>& files_;
+  ReadingRecord record_;
+  bool has_looked_ = false;
+  bool stopped_ = false;
+};
+
+// False if the user doesn't want different sites on one station, or has stopped the look for them.
+bool may_store(LookIntoFiles& look, ImportReport& report) {
+  const std::vector<SharedStation> shared = shared_stations(look.result());
+  if (look.stopped()) {
+    report.stopped = true;
+    return false;
+  }
+  return shared.empty() || user_interface().ask_yes_no("Different sites come to one line and station.\n" +
+                                                       list_of_shared_stations(shared) +
+                                                       "\nTake them as repeats of one station?");
+}
+
 // The files after the one that ended the run are listed as well, so that no file is missing from the report.
 void report_files_left(const std::vector<std::string>& files, ImportReport& report) {
   for (std::size_t index = report.files.size(); index < files.size(); ++index) {
@@ -320,7 +400,7 @@ int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& r
 }  // namespace
 
 int run_import(const ImportChoices& choices, const std::vector<std::string>& files, ImportMode mode,
-               ImportReport& report, const FileBegins& file_begins) {
+               ImportReport& report, const FileBegins& file_begins, SharedStations shared) {
   ReadingRecord record;
   record.choices = choices;
   report = ImportReport{};
@@ -333,11 +413,27 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
     Module_Brenlox::clear_undo();  // rows that it would go back to may be replaced
   }
   const BusyPointer busy;
+  LookIntoFiles look(record, files);
+  if (mode == ImportMode::import && shared == SharedStations::ask) {
+    bool may = false;
+    if (trap_errors(import_failed, [&] { may = may_store(look, report); }) != 0) {
+      return -1;
+    }
+    if (!may) {
+      return 0;
+    }
+  }
+  record.run.free_stations =
+      std::make_shared<FreeStations>([&]() -> const FoundSites& { return look.result(); });
   const int result = run(mode, files, record, report, file_begins);
   if (mode == ImportMode::import) {
     Module_database::settle_survey();
   }
   report.stations = std::move(record.scan_list);
+  (void)trap_errors(import_failed, [&] {
+    report.shared_stations = shared_stations(record.run.found);
+    remark_on_shared_stations(report.shared_stations, report.files);
+  });
   return result;
 }
 

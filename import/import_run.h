@@ -10,6 +10,12 @@
 
 namespace Module_data_file {
 
+/// What is done where different sites come to one line and station.
+enum class SharedStations {
+  tell,  // the report says so
+  ask,   // the user is asked before anything is stored, too
+};
+
 using FileBegins = std::function<void(const std::string& file)>;
 
 /// Reads each file in turn into the open survey (or only counts its stations), then brings averages and
@@ -18,11 +24,16 @@ using FileBegins = std::function<void(const std::string& file)>;
 /// merged curves all the same. Groups of readings that can't be reduced are skipped, and one message at the
 /// end names the first ones. A fault in the choices is one message and ends the run before anything is
 /// stored. An import drops what could be undone.
+/// Files of one name in different folders get names that tell them apart; none replaces what the same run
+/// stored.
 /// @param report one entry for each file, in their order
 /// @param file_begins called with each file before it is read
+/// @param shared  an import that asks looks into all files first; after No nothing is stored and the report
+/// is empty
 /// @return 0; -1 if the run was ended by a fault of the choices or by a failure that is not one file's
 [[nodiscard]] int run_import(const ImportChoices& choices, const std::vector<std::string>& files,
-                             ImportMode mode, ImportReport& report, const FileBegins& file_begins = {});
+                             ImportMode mode, ImportReport& report, const FileBegins& file_begins = {},
+                             SharedStations shared = SharedStations::tell);
 
 /// The files below a folder that have the extension ("edi"), in natural order of their names, folder by
 /// folder.

@@ -1,6 +1,7 @@
 // reading_record.h: the record that the import choices and a reader fill and the store writes to the survey.
 #pragma once
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -9,7 +10,11 @@
 
 #include "core/session_state.h"
 #include "database/reading.h"
+#include "formats/edi/edi_names.h"
+#include "import/earlier_files.h"
+#include "import/free_stations.h"
 #include "import/import_choices.h"
+#include "import/station_sites.h"
 
 namespace Module_data_file {
 
@@ -35,6 +40,21 @@ struct MapPosition {
   double y = 0.0;  // m, north
 };
 
+/// Where a section's station comes from.
+enum class StationRule {
+  own,        // it says it, or it is counted
+  from_head,  // of its file, which has a name where the section has none
+  next_free,
+};
+
+/// What an import knows beyond the file that it reads.
+struct RunState {
+  double next_station = 0.0;  // of sections that take theirs from the count; runs on by StationSpacing
+  std::shared_ptr<FreeStations> free_stations;  // none in a look at the files, which finds what isn't free
+  std::shared_ptr<EarlierFiles> earlier_files;  // made when the first file is looked for
+  FoundSites found;
+};
+
 /// What the choices and a reader fill, one file after the other, and the store writes. -1 is "not known yet".
 struct ReadingRecord {
   ImportChoices choices;
@@ -43,10 +63,12 @@ struct ReadingRecord {
   std::int32_t length_unit_factor = 1;  // of the head's UNITS; lengths are stored without it
 
   std::string SurveyFile;
+  std::vector<std::string>
+      path_tails;  // names that earlier imports may have given the file, the longest first
   std::string LineNumber;
   std::int32_t EventNumber = 0;
-  float SampleRate = 0.0F;            // Hz
-  double Station = station_not_set;   // runs on from file to file by StationSpacing
+  float SampleRate = 0.0F;  // Hz
+  double Station = station_not_set;
   double DateCollected = start_date;  // days since 30 December 1899
   double DateAnalysed = start_date;
   float DipoleLength = 0.0F;    // m
@@ -63,12 +85,20 @@ struct ReadingRecord {
   double MapY = 0.0;
   double Elevation = 0.0;
   std::optional<MapPosition>
-      converted_place;  // the file's own, in the survey's projection, if that was asked for
-  std::int32_t FileID = 0;
+      converted_place;      // the file's own, in the survey's projection, if that was asked for
+  std::int32_t FileID = 0;  // 0: the header isn't stored yet
+  FileRows file_rows;       // the rows that the file has in FileTable
+  // Stations where nothing but an earlier import of the file has readings; these are lost when it is stored.
+  std::optional<std::set<double>> earlier_stations;
+
+  std::optional<formats::edi::EdiNames> edi_names;  // of the file, once they were asked for
+  std::string site;  // the name of the section's site; empty where the file says the station itself
+  StationRule station_rule = StationRule::own;
 
   std::vector<ScannedStation> scan_list;  // each once, in the order they were found
   std::set<ScannedStation> scanned;       // the same, for looking one up
   std::set<std::string> scanned_types;    // data types of the readings found
+  RunState run;
 };
 
 }  // namespace Module_data_file

@@ -38,16 +38,22 @@ int store_with_notes(StoreNotes& notes, Operation&& operation) {
   });
 }
 
-std::string file_criteria(const ReadingRecord& record, std::string_view behind_name) {
-  return "SurveyFile = '" + record.SurveyFile + std::string(behind_name) + "' AND DateCollected = #" +
-         criterion_date(record.DateCollected) + "#";
+std::string row_criteria(const ReadingRecord& record) {
+  return "SurveyFile = '" + record.SurveyFile + "' AND DateCollected = #" +
+         criterion_date(record.DateCollected) +
+         "# AND EventNumber = " + format_number(record.EventNumber, "0");
 }
 
+std::string ID_criteria(std::int32_t ID) { return "ID = " + format_number(ID, "0"); }
+
 // One statement: a search for each row would go through what is left of the file again and again.
-void delete_readings_of_file(std::int32_t file_id) {
+std::int32_t delete_readings_of_file(std::int32_t file_id) {
   auto& survey = Module_database::open_survey();
-  survey.database.execute("DELETE FROM ReadingsDataTable WHERE FileID = " + format_number(file_id, "0"));
+  const std::string readings = "FROM ReadingsDataTable WHERE FileID = " + format_number(file_id, "0");
+  const std::int32_t count = survey.database.open_recordset("SELECT ID " + readings).record_count();
+  survey.database.execute("DELETE " + readings);
   survey.readings.requery();
+  return count;
 }
 
 void write_header(dao::Recordset& files, const ReadingRecord& record) {
@@ -66,24 +72,58 @@ void write_header(dao::Recordset& files, const ReadingRecord& record) {
   files.set_text("Filter", record.Filter);
 }
 
+// The file goes by the name that this import gives it. Two files of one name and day couldn't be told apart
+// by the next import, so it keeps the earlier one where another file has that name.
+void take_earlier_rows(ReadingRecord& record) {
+  const FileRows* const earlier = rows_of_earlier_import(record);
+  if (earlier == nullptr) {
+    return;
+  }
+  record.file_rows = *earlier;
+  if (record.run.earlier_files->other_has_name(record.SurveyFile, record.DateCollected, *earlier)) {
+    record.SurveyFile = earlier->name;
+  }
+  if (record.SurveyFile == earlier->name) {
+    return;
+  }
+  dao::Recordset& files = Module_database::open_survey().files;
+  for (const auto& [event, ID] : earlier->ID_of_event) {
+    files.find_first(ID_criteria(ID));
+    files.edit();
+    files.set_text("SurveyFile", record.SurveyFile);
+    files.update();
+  }
+}
+
 void store_header(ReadingRecord& record, StoreNotes& notes) {
   dao::Recordset& files = Module_database::open_survey().files;
-  files.find_first(file_criteria(record, "") +
-                   " AND EventNumber = " + format_number(record.EventNumber, "0"));
-  if (files.no_match()) {
+  files.find_first(row_criteria(record));  // fails for a name that no criterion can hold, before a write
+  if (record.FileID == 0) {
+    take_earlier_rows(record);
+  }
+  FileRows& rows = record.file_rows;
+  const auto row = rows.ID_of_event.find(record.EventNumber);
+  if (row == rows.ID_of_event.end()) {
     files.add_new();
   } else {
     notes.file_known = true;
-    delete_readings_of_file(files.get_long("ID"));
+    notes.earlier_name = rows.name;
+    notes.replaced_readings = delete_readings_of_file(row->second);
+    files.find_first(ID_criteria(row->second));
     files.edit();
   }
   write_header(files, record);
   files.update();
   session().data_changed = true;
-  // All readings of a file belong to its first row, whatever the event; the blank after the name doesn't
-  // count in a comparison.
-  files.find_first(file_criteria(record, " "));
-  record.FileID = files.get_long("ID");
+  if (row == rows.ID_of_event.end()) {
+    files.find_first(row_criteria(record));
+    rows.ID_of_event.emplace(record.EventNumber, files.get_long("ID"));
+  }
+  if (rows.first_ID == 0) {
+    rows.name = record.SurveyFile;
+    rows.first_ID = rows.ID_of_event.begin()->second;
+  }
+  record.FileID = rows.first_ID;  // all readings of a file belong to its first row, whatever the event
 }
 
 /// A merged curve belongs to no scan rate, whatever was typed or is in the name of its file.
@@ -154,6 +194,16 @@ bool sort_curve(Curve& curve) {
   reorder_groups(curve.data, places, field_count);
   reorder_groups(curve.mask, places, mask_count);
   return false;
+}
+
+const FileRows* rows_of_earlier_import(ReadingRecord& record) {
+  if (!Module_database::open_survey().database.is_open()) {
+    return nullptr;  // a scan needs no survey
+  }
+  if (!record.run.earlier_files) {
+    record.run.earlier_files = std::make_shared<EarlierFiles>();
+  }
+  return record.run.earlier_files->find(record.SurveyFile, record.path_tails, record.DateCollected);
 }
 
 int store_header_block(ReadingRecord& record, StoreNotes& notes) {

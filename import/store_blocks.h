@@ -1,5 +1,6 @@
 // store_blocks.h: from the reading record to the rows of the survey.
 #pragma once
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -9,12 +10,19 @@ namespace Module_data_file {
 
 /// What storing a file reports beside its status.
 struct StoreNotes {
-  bool file_known = false;  // the header replaced an earlier import of the file
-  std::string failure;      // the message shown last, empty if there was none
+  bool file_known = false;             // the header replaced an earlier import of the file
+  std::int32_t replaced_readings = 0;  // of that import
+  std::string earlier_name;            // under which it stored the file
+  std::string failure;                 // the message shown last, empty if there was none
 };
 
-/// Writes the header members of the record to FileTable and sets its FileID. A file of the same name,
-/// day and event counts as the same file: its readings are deleted and its row is written again.
+/// The rows that an earlier import of the record's file left in FileTable, by its path, name and day; null if
+/// it is new. Throws dao::Error.
+const FileRows* rows_of_earlier_import(ReadingRecord& record);
+
+/// Writes the header members of the record to FileTable and sets its FileID. If an earlier import stored the
+/// file with its event, the readings of that row are deleted, and it is written again; all rows of the file
+/// take the name that it has now, unless another file of the survey goes by it.
 /// @return 0, or -1 after a message
 [[nodiscard]] int store_header_block(ReadingRecord& record, StoreNotes& notes);
 

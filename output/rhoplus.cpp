@@ -7,7 +7,7 @@
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
-#include "database/survey_database.h"
+#include "output/line_stations.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
@@ -68,15 +68,7 @@ void write_batch_file_quietly(const fs::path& batch_file, const std::string& bat
 }  // namespace
 
 std::vector<double> rhoplus_stations(const LineSelection& selection) {
-  std::vector<double> stations;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT Station FROM ReadingsDataTable WHERE LineNumber = '" + selection.line +
-      "' AND ReferenceType = " + format_number(selection.reference_type, "0") +
-      " AND DipoleLength = " + criterion_text(selection.dipole) + " ORDER BY Station");
-  for (; !rows.eof(); rows.move_next()) {
-    stations.push_back(rows.get_double("Station"));
-  }
-  return stations;
+  return stations_with_readings(selection, DataTypes::all);
 }
 
 int write_rhoplus_file(const std::string& path, const ReadingKey& key, const Frequencies& frequencies,

@@ -12,6 +12,7 @@
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "formats/zonge/zonge_text.h"
+#include "output/line_stations.h"
 #include "output/zonge_files.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
@@ -38,17 +39,6 @@ struct ZongeFiles {
 
 StationRows station_rows(const std::string& line, double station) {
   return Module_database::find_station(Module_database::StationSearch::look_up, line, station);
-}
-
-std::vector<double> stations_of(const LineSelection& selection) {
-  std::vector<double> stations;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT Station FROM FileTable WHERE LineNumber = '" + selection.line +
-      "' AND ReferenceType =" + format_number(selection.reference_type, "0") + " ORDER BY Station");
-  for (; !rows.eof(); rows.move_next()) {
-    stations.push_back(rows.get_double("Station"));
-  }
-  return stations;
 }
 
 /// Dipole length of the first file of the line, m, whatever dipole is selected.
@@ -131,7 +121,7 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
   row_count = 0;
   Module_debug::write_debug(1, "output_zonge " + avg_path);
   return trap_errors("An error occurred while writing the Zonge files: ", [&] {
-    const std::vector<double> stations = stations_of(selection);
+    const std::vector<double> stations = stations_with_readings(selection, DataTypes::selected);
     if (stations.empty()) {
       user_interface().show_message("There is no data for the specified line and data type");
       return -1;

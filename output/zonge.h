@@ -14,7 +14,8 @@ namespace Module_output {
 /// The row count after a stop.
 inline constexpr int nothing_written = -1;
 
-/// Writes the three files of a line; their names come from `avg_path` (zonge_paths). All
+/// Writes the three files of a line, with the stations that have a reading of the selection; merged curves
+/// are computed where there are none yet. Their names come from `avg_path` (zonge_paths). All
 /// three are written beside their places first, so that a failure leaves earlier files whole. Frequencies
 /// that are switched off for the reference type, and points with resistivity or phase masked, are left out.
 /// The user can stop it between stations; nothing is written then.

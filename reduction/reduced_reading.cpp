@@ -6,6 +6,7 @@
 #include "database/survey_database.h"
 #include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
+#include "reduction/raw_scan_rates.h"
 
 namespace Module_averaged_data {
 
@@ -26,6 +27,15 @@ std::optional<StoredReading> stored_reading(std::string_view file_test, std::int
   return Module_database::read_reading(row);
 }
 
+/// Averages the scan rates of a key that have no average yet: where nobody has looked at a station there are
+/// raw readings only, and a merged curve is made of averages.
+void average_raw_rates(const StationRows& place, ReadingKey key, const Frequencies& frequencies) {
+  for (const float scan_rate : raw_scan_rates(key, place.StationID)) {
+    key.scan_rate = scan_rate;
+    (void)find_or_compute(place, reduction_averaged, AllowRaw::no, key, frequencies);
+  }
+}
+
 std::string_view failure_text(std::int32_t reduction) {
   return reduction == reduction_averaged ? averaging_failed
                                          : "An error occurred while calculating the merged data: ";
@@ -38,6 +48,9 @@ StoredReading find_or_compute(const StationRows& place, std::int32_t reduction, 
   auto stored = stored_reading("FileID<0", place.StationID, reduction, key);
   if (stored && frequencies_are_positive(stored->curve)) {
     return std::move(*stored);
+  }
+  if (reduction == reduction_merged) {
+    average_raw_rates(place, key, frequencies);
   }
   const auto compute = reduction == reduction_averaged ? compute_average : compute_merged;
   if (StoredReading computed = compute(place, key, frequencies); computed.ID != 0) {

@@ -58,7 +58,7 @@ work() {
   brenlox_make_samples field_files
   brenlox_batch new survey.mdb
   expect "144 files, 576 readings stored" brenlox_batch import survey.mdb field_files --reference 0 \
-    --line-columns 2,4 --event-columns 14,1 --rate-columns 17,4 --sectid-as-station --start-station 100
+    --line-columns 2,4 --event-columns 14,1 --rate-columns 17,4 --sectid-as-station
   brenlox_batch recalculate survey.mdb
   local line=(--line 200E --reference 0 --data-type ExHy --dipole 100)
   brenlox_batch zonge survey.mdb "${line[@]}" --output 200E.avg

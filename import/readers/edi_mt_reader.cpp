@@ -49,7 +49,8 @@ void compute_curves(EdiSection& section) {
   }
 }
 
-// Stores the four readings of a section. False after a failed store, whose message has been shown.
+// Stores the four readings of a section. False after a failed store, whose
+// message has been shown.
 bool store_section(const EdiSection& section, FileTask& task) {
   find_station_of_record(task.record);
   for (std::size_t element = 0; element < element_count; ++element) {
@@ -70,15 +71,16 @@ int read_sections(FileTask& task) {
     report.failure = "the file has no section >=MTSECT";
   }
   set_up_edi_header(record, "EMIRes");
-  if (task.is_import() && store_header_block(record, task.notes) != 0) {
-    return -1;
-  }
   SectionCensus census;
   EdiSection section;
   while (parser.next_section(section)) {
     census.add(section);
     census.note(report);
-    take_section_head(section, record, report);
+    take_section_station(section, task);
+    if (!store_header_once(task)) {
+      return -1;
+    }
+    take_section_place(section, record, report);
     const bool turn = turns_ey(record.choices, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     if (task.is_import()) {
@@ -97,7 +99,7 @@ int read_sections(FileTask& task) {
     add_tensor_to_scan_list(record);
     ++report.sections;
     report.frequencies = std::max(report.frequencies, static_cast<std::int32_t>(section.frequencies.size()));
-    go_to_next_section(record);
+    go_to_next_section(record, true);
     task.show_progress(reader);
   }
   remark_on_nul_bytes(reader, report);

@@ -9,7 +9,7 @@
 namespace Module_data_file {
 
 /// Reads each section of the file; an import stores it as four readings, one for each tensor element. A
-/// FieldReader. EventNumber and Station of the record run on from section to section.
+/// FieldReader. EventNumber of the record and the count of stations run on from section to section.
 [[nodiscard]] int read_edi_mt(FileTask& task);
 
 /// What the user should know of a file before choosing how to import it.

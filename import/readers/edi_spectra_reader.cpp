@@ -202,7 +202,11 @@ bool take_section(const SpectraSection& section, const std::vector<EstimatedFreq
                   FileTask& task) {
   ReadingRecord& record = task.record;
   FileReport& report = task.report;
-  take_section_head(section, record, report);
+  take_section_station(section, task);
+  if (!estimated.empty() && !store_header_once(task)) {
+    return false;
+  }
+  take_section_place(section, record, report);
   if (estimated.empty()) {
     report_lost_section(section, report);
   } else {
@@ -214,7 +218,7 @@ bool take_section(const SpectraSection& section, const std::vector<EstimatedFreq
     ++report.sections;
     report.frequencies = std::max(report.frequencies, static_cast<std::int32_t>(estimated.size()));
   }
-  go_to_next_section(record);
+  go_to_next_section(record, !estimated.empty());
   return true;
 }
 
@@ -226,9 +230,6 @@ int read_sections(FileTask& task) {
     report.failure = "the file has no section >=SPECTRASECT";
   }
   set_up_edi_header(task.record, "EMISpect");
-  if (task.is_import() && store_header_block(task.record, task.notes) != 0) {
-    return -1;
-  }
   SpectraSection section;
   bool averages_shown = false;
   while (parser.next_section(section)) {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 #include "core/number_text.h"
-#include "core/session_state.h"
 #include "core/text_fields.h"
 #include "import/readers/reader_steps.h"
 
@@ -14,15 +14,16 @@ using formats::FileReport;
 using formats::in_quotes;
 using formats::remark_unreadable;
 using formats::edi::EdiChannel;
+using formats::edi::EdiNames;
 using formats::edi::EdiSectionHead;
 
 namespace {
 
-std::string_view first_digits(std::string_view text) {
+std::string_view last_digits(std::string_view text) {
   constexpr std::string_view digits = "0123456789";
-  const std::size_t first = std::min(text.find_first_of(digits), text.size());
-  const std::string_view behind = text.substr(first);
-  return behind.substr(0, behind.find_first_not_of(digits));
+  const std::size_t end = text.find_last_of(digits) + 1;  // 0 without digits
+  const std::string_view to_end = text.substr(0, end);
+  return to_end.substr(to_end.find_last_not_of(digits) + 1);
 }
 
 struct NamedStation {
@@ -31,7 +32,7 @@ struct NamedStation {
 };
 
 NamedStation station_of_sectid(std::string_view sectid, bool only_digits) {
-  const std::string_view text = only_digits ? first_digits(sectid) : sectid;
+  const std::string_view text = only_digits ? last_digits(sectid) : sectid;
   const double station = std::trunc(numeric_value(text));
   const std::string_view number = trimmed(text);
   return {
@@ -39,25 +40,109 @@ NamedStation station_of_sectid(std::string_view sectid, bool only_digits) {
       !number.empty() && std::string_view("+-.0123456789").find(number.front()) != std::string_view::npos};
 }
 
-// The station that the section names, if the choices ask for it.
-void take_station(const EdiSectionHead& section, ReadingRecord& record, FileReport& report) {
+const EdiNames& names_of_file(FileTask& task) {
+  if (!task.record.edi_names) {
+    task.record.edi_names = formats::edi::read_edi_names(task.file);
+  }
+  return *task.record.edi_names;
+}
+
+std::string site_name(const EdiSectionHead& section, FileTask& task) {
+  if (has_name(section.SECTID)) {
+    return std::string(trimmed(*section.SECTID));
+  }
+  const std::string& name = names_of_file(task).DATAID;
+  return name.empty() ? task.record.SurveyFile : name;
+}
+
+// Readings of an earlier import of the file are in nobody's way: the file gets its stations back.
+const std::set<double>& stations_of_file_before(ReadingRecord& record) {
+  if (!record.earlier_stations) {
+    const FileRows* const earlier = rows_of_earlier_import(record);
+    record.earlier_stations =
+        earlier == nullptr ? std::set<double>() : stations_of_file_alone(*earlier, record.LineNumber);
+  }
+  return *record.earlier_stations;
+}
+
+// The station that the name in the head gives, if it stands for one section and no other site has that
+// station.
+std::optional<double> station_of_head(FileTask& task) {
+  const ReadingRecord& record = task.record;
+  const EdiNames& names = names_of_file(task);
+  const NamedStation named = station_of_sectid(names.DATAID, record.choices.sectid_digits);
+  if (names.sections != 1 || !named.has_number) {
+    return std::nullopt;
+  }
+  const Site site{names.DATAID, record.SurveyFile};
+  const FreeStations* const others = record.run.free_stations.get();
+  const bool taken =
+      others != nullptr && others->is_of_other_site(record.LineNumber, named.station, site, record.run.found);
+  return taken ? std::nullopt : std::optional(named.station);
+}
+
+void take_station_for_nameless(const EdiSectionHead& section, FileTask& task) {
+  ReadingRecord& record = task.record;
+  const std::string what =
+      "section " + plain_text(record.EventNumber + 1) + " has no SECTID; it takes station ";
+  if (const std::optional<double> station = station_of_head(task)) {
+    record.station_rule = StationRule::from_head;
+    record.Station = *station;
+    remark_unreadable(
+        task.report, section.line_number,
+        what + plain_text(record.Station) + " from DATAID " + in_quotes(names_of_file(task).DATAID));
+    return;
+  }
+  record.station_rule = StationRule::next_free;
+  record.Station = record.run.next_station;
+  if (record.run.free_stations) {
+    record.Station = record.run.free_stations->next(record.LineNumber, record.run.next_station,
+                                                    decimal_of_single(record.StationSpacing),
+                                                    stations_of_file_before(record));
+  }
+  remark_unreadable(task.report, section.line_number,
+                    what + plain_text(record.Station) + ", the next free one from the start station on");
+}
+
+void take_station(const EdiSectionHead& section, FileTask& task) {
+  ReadingRecord& record = task.record;
+  record.station_rule = StationRule::own;
   if (!record.choices.sectid_as_station) {
+    record.Station = record.run.next_station;
     return;
   }
-  if (!section.SECTID) {
-    remark_unreadable(report, section.line_number,
-                      "the section has no SECTID; the station stays " + plain_text(record.Station));
-    return;
-  }
-  const NamedStation named = station_of_sectid(*section.SECTID, record.choices.sectid_digits);
-  record.Station = named.station;
-  if (!named.has_number) {
-    remark_unreadable(report, section.line_number,
-                      "SECTID " + in_quotes(*section.SECTID) + " has no number, taken as station 0");
+  (void)stations_of_file_before(record);  // while its readings are there
+  if (!has_name(section.SECTID)) {
+    take_station_for_nameless(section, task);
+  } else {
+    const NamedStation named = station_of_sectid(*section.SECTID, record.choices.sectid_digits);
+    record.Station = named.station;
+    if (!named.has_number) {
+      remark_unreadable(task.report, section.line_number,
+                        "SECTID " + in_quotes(*section.SECTID) + " has no number, taken as station 0");
+    }
   }
 }
 
-void take_place(const EdiSectionHead& section, ReadingRecord& record, FileReport& report) {
+}  // namespace
+
+void set_up_edi_header(ReadingRecord& record, std::string_view filter) {
+  record.EventNumber = 0;
+  record.DipoleLength = usual_dipole;
+  if (record.StationSpacing <= 0.0F) {
+    record.StationSpacing = record.DipoleLength;
+  } else {
+    record.DipoleLength = record.StationSpacing;
+  }
+  record.Filter = filter;
+}
+
+void take_section_station(const EdiSectionHead& head, FileTask& task) {
+  take_station(head, task);
+  task.record.site = site_name(head, task);
+}
+
+void take_section_place(const EdiSectionHead& section, ReadingRecord& record, FileReport& report) {
   record.Orientation = 0.0F;
   record.MapX = record.MapY = record.Elevation = 0.0;
   if (!section.local_hx) {
@@ -72,37 +157,24 @@ void take_place(const EdiSectionHead& section, ReadingRecord& record, FileReport
   record.Elevation = hx.Z;
 }
 
-}  // namespace
-
-void set_up_edi_header(ReadingRecord& record, std::string_view filter) {
-  record.EventNumber = 0;
-  record.DipoleLength = usual_dipole;
-  if (record.Station == station_not_set) {
-    record.Station = 0.0;
-  }
-  if (record.StationSpacing <= 0.0F) {
-    record.StationSpacing = record.DipoleLength;
-  } else {
-    record.DipoleLength = record.StationSpacing;
-  }
-  record.Filter = filter;
-}
-
-void take_section_head(const EdiSectionHead& head, ReadingRecord& record, FileReport& report) {
-  take_station(head, record, report);
-  take_place(head, record, report);
-}
-
-void go_to_next_section(ReadingRecord& record) {
+void go_to_next_section(ReadingRecord& record, bool gave_readings) {
   ++record.EventNumber;
+  if (!gave_readings) {
+    return;
+  }
   if (!record.choices.sectid_as_station) {
     // By its decimal text, so that steps of 0.1 don't gather a tail that no criterion would find.
-    record.Station = numeric_value(plain_text(record.Station + decimal_of_single(record.StationSpacing)));
+    record.run.next_station =
+        numeric_value(plain_text(record.run.next_station + decimal_of_single(record.StationSpacing)));
+  } else if (record.station_rule != StationRule::own && record.run.free_stations) {
+    record.run.free_stations->take(record.LineNumber, record.Station, record.site);
   }
 }
 
 double sectid_station(std::string_view sectid, bool only_digits) {
   return station_of_sectid(sectid, only_digits).station;
 }
+
+bool has_name(const std::optional<std::string>& sectid) { return sectid && !trimmed(*sectid).empty(); }
 
 }  // namespace Module_data_file

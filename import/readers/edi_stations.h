@@ -1,26 +1,35 @@
 // edi_stations.h: what the readers of EDI sections take from heads: station, place, header members.
 #pragma once
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "formats/edi/edi_channels.h"
-#include "formats/file_report.h"
-#include "import/reading_record.h"
+#include "import/readers/field_reader.h"
 
 namespace Module_data_file {
 
-/// Sets event, dipole, spacing and filter for a file, and station 0 if none was given yet.
+/// Sets event, dipole, spacing and filter for a file.
 void set_up_edi_header(ReadingRecord& record, std::string_view filter);
 
-/// Takes the station that the section names, if the choices ask for it, and the place of its local HX
-/// channel.
-void take_section_head(const formats::edi::EdiSectionHead& head, ReadingRecord& record,
-                       formats::FileReport& report);
+/// Takes the section's station and the name of its site. The station is counted on from the start station,
+/// or, if the choices ask for it, the one that the section names; a section without a name takes the one of
+/// the file's head, if it is the only section, else the next free one.
+void take_section_station(const formats::edi::EdiSectionHead& head, FileTask& task);
 
-/// Goes on to the next event and, unless stations are named, to the next station.
-void go_to_next_section(ReadingRecord& record);
+/// Takes orientation and place of the section's local HX channel. The file's header, which is about all of
+/// its sections, is stored before.
+void take_section_place(const formats::edi::EdiSectionHead& head, ReadingRecord& record,
+                        formats::FileReport& report);
 
-/// The station that a SECTID names: its leading whole number, or that of its first run of digits; 0 without
+/// Goes on to the next event. The station of a section without readings is the next section's.
+void go_to_next_section(ReadingRecord& record, bool gave_readings);
+
+/// The station that a SECTID names: its leading whole number, or that of its last run of digits; 0 without
 /// one.
 double sectid_station(std::string_view sectid, bool only_digits);
+
+/// Whether a section says who it is; an empty SECTID says no more than none.
+bool has_name(const std::optional<std::string>& sectid);
 
 }  // namespace Module_data_file

@@ -4,7 +4,6 @@
 
 #include "core/absent_value.h"
 #include "core/line_reader.h"
-#include "core/session_state.h"
 #include "formats/em1dfm/em1dfm_parser.h"
 #include "import/readers/reader_steps.h"
 
@@ -18,10 +17,8 @@ using formats::em1dfm::Station;
 void set_up_header(ReadingRecord& record) {
   record.EventNumber = 0;
   record.DipoleLength = usual_dipole;
-  if (record.Station == station_not_set) {
-    record.Station = 0.0;
-    record.StationSpacing = record.DipoleLength;
-  }
+  record.Station = 0.0;
+  record.StationSpacing = record.DipoleLength;
   record.Filter = "Em1dfm";
 }
 

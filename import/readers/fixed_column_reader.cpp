@@ -109,6 +109,7 @@ int read_file(FileTask& task) {
   }
   if (record.Station == station_not_set) {
     record.Station = 0.0;
+    record.site = record.SurveyFile;  // another file without a station is another site
     remark_unreadable(report, 1, "the head line has no station, taken as station 0");
   }
   if (take_records(records, task) != 0) {

@@ -1,11 +1,13 @@
 #include "import/readers/reader_steps.h"
 
+#include <algorithm>
 #include <cmath>
 #include <exception>
 #include <string>
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
+#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/stations.h"
 #include "formats/field_values.h"
@@ -48,6 +50,10 @@ void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
   record.Elevation = rows.Elevation;
 }
 
+bool store_header_once(FileTask& task) {
+  return !task.is_import() || task.record.FileID != 0 || store_header_block(task.record, task.notes) == 0;
+}
+
 bool take_reading(FileTask& task, std::string_view data_type) {
   // -1 without a failure says that the frequencies were not ascending in the file, which isn't a fault.
   if (task.is_import() && store_data_block(task.record, data_type, task.notes) != 0 &&
@@ -63,6 +69,15 @@ void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_v
                            record.DipoleLength};
   if (record.scanned.insert(key).second) {
     record.scan_list.push_back(key);
+  }
+  const bool is_looking = !record.run.free_stations;  // only at what the files say themselves
+  if (is_looking && record.station_rule == StationRule::from_head) {
+    record.run.found.claimed.emplace(upper_case(record.LineNumber), record.Station);
+  } else if (!is_looking || record.station_rule == StationRule::own) {
+    record.run.found.sites.add(
+        record.LineNumber, record.Station,
+        {record.site.empty() ? record.SurveyFile : record.site, record.SurveyFile, record.site.empty(),
+         static_cast<std::size_t>(std::max(record.file_index - 1, 0))});
   }
   for (const std::string_view data_type : data_types) {
     record.scanned_types.emplace(data_type);

@@ -24,11 +24,14 @@ enum class MapPlace { of_file, of_survey_grid };
 /// map place that the record has from the file, or where the survey grid has it.
 void find_station_of_record(ReadingRecord& record, MapPlace map_place = MapPlace::of_file);
 
+/// Stores the header of the file unless that was done. @return false after a failure, whose message was shown
+bool store_header_once(FileTask& task);
+
 /// Counts the record's curve as a reading of this type and, in an import, stores it.
 /// @return false after a failure, whose message was shown
 bool take_reading(FileTask& task, std::string_view data_type);
 
-/// Adds the record's station, and the types of its readings, to those that this import has found.
+/// Adds the record's station, its site and the types of its readings to those that this import has found.
 void add_to_scan_list(ReadingRecord& record, std::initializer_list<std::string_view> data_types);
 inline void add_tensor_to_scan_list(ReadingRecord& record) {
   add_to_scan_list(record,

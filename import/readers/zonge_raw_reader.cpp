@@ -8,7 +8,6 @@
 #include "core/absent_value.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
-#include "core/scope_guard.h"
 #include "database/stations.h"
 #include "formats/field_values.h"
 #include "formats/zonge/zonge_raw_parser.h"
@@ -143,14 +142,6 @@ bool BlockStore::take_channel(const ZongeBlock& block, const ZongeChannel& chann
   return true;
 }
 
-// Station and step that the user gave are for the files after this one.
-[[nodiscard]] auto keep_station_and_step(ReadingRecord& record) {
-  return ScopeGuard([&record, station = record.Station, step = record.StationSpacing] {
-    record.Station = station;
-    record.StationSpacing = step;
-  });
-}
-
 // Creates the stations at their places before any reading does without.
 void create_stations(const std::string& stn_file, FileTask& task) {
   const std::vector<ZongeStation> stations = read_stn_file(stn_file, task.report);
@@ -164,7 +155,6 @@ void create_stations(const std::string& stn_file, FileTask& task) {
 }
 
 int read_blocks(FileTask& task) {
-  const auto restored = keep_station_and_step(task.record);
   set_up_header(task.record);
   if (task.is_import() && store_header_block(task.record, task.notes) != 0) {
     return -1;

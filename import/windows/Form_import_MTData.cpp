@@ -159,12 +159,13 @@ void Form_import_MTData::import_data(ImportMode mode) {
   {
     const ProgressInWindow progress(*ui_->ProgressBar_import, *ui_->Label_progress,
                                     *ui_->Command_stop_import);
-    result = run_import(choices_, files_, mode, report, [this](const std::string& file) {
+    const auto file_begins = [this](const std::string& file) {
       if (file == files_.front()) {  // the choices are valid
         keep_import_folder(ui_->Frame_select_files->folder().toStdString());
       }
       ui_->Text_import_file->setText(QFileInfo(QString::fromStdString(file)).fileName());
-    });
+    };
+    result = run_import(choices_, files_, mode, report, file_begins, SharedStations::ask);
   }
   set_running(false);
   if (had_focus) {
@@ -173,7 +174,8 @@ void Form_import_MTData::import_data(ImportMode mode) {
   static_cast<void>(choices_fault(choices_));
   decode_ = choices_.decode;  // with the typed line in its normal form, as the run took it
   ui_->Grid_import_decode->refresh();
-  if (!report.files.empty() || report.stopped) {  // else a fault of the choices has been shown
+  if (!report.files.empty() ||
+      report.stopped) {  // else a fault was shown, or different sites shall not share a station
     report_result(mode, result, report);
   }
 }

@@ -71,7 +71,7 @@ void Form_import_report::fill() {
     row->setToolTip(0, QString::fromStdString(file.file));
     row->setData(0, Qt::UserRole, static_cast<qulonglong>(index));
     ui_->Tree_report->addTopLevelItem(row);
-    if (file.has_remarks()) {
+    if (file.has_remarks() || !replaced_line(file).empty()) {
       row->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
       row->setExpanded(unfolded == 0 || unfolded + line_count(file) <= lines_unfolded);
       unfolded += line_count(file);
@@ -86,7 +86,11 @@ void Form_import_report::add_remarks(QTreeWidgetItem* row) const {
   }
   const FileReport& file = report_.files.at(row->data(0, Qt::UserRole).toULongLong());
   QList<QTreeWidgetItem*> remarks;
-  for (const std::string& line : remark_lines(file)) {
+  std::vector<std::string> lines = remark_lines(file);
+  if (std::string line = replaced_line(file); !line.empty()) {
+    lines.insert(lines.begin(), std::move(line));
+  }
+  for (const std::string& line : lines) {
     const QString text = QString::fromStdString(line);
     remarks.append(new QTreeWidgetItem({text}));
     remarks.back()->setToolTip(0, text);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <set>
+#include <sstream>
 #include <tuple>
 
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 #include "numerics/impedance/apparent_resistivity.h"
 #include "samples/sample_survey.h"
 #include "tests/batch/batch_program.h"
+#include "tests/formats/edi/made_edi.h"
 
 namespace {
 
@@ -26,6 +28,18 @@ std::vector<std::string> curve_arguments(const std::string& data_type, int reduc
 std::vector<std::string> with(std::vector<std::string> arguments, const std::vector<std::string>& more) {
   arguments.insert(arguments.end(), more.begin(), more.end());
   return arguments;
+}
+
+/// The stations of a ".stn" file, in its order.
+std::vector<double> stations_of_set(const std::string& stn_file) {
+  std::istringstream text(file_contents(stn_file));
+  std::string line;
+  std::getline(text, line);  // its name
+  std::vector<double> stations;
+  while (std::getline(text, line)) {
+    stations.push_back(std::stod(line));
+  }
+  return stations;
 }
 
 std::set<std::string> keys(const Json& object) {
@@ -195,6 +209,48 @@ TEST_F(Batch_program, Recalculating_an_untouched_survey_changes_no_curve) {
   EXPECT_EQ(run_for_json(curve_arguments("ExHy", 2)), before);
 }
 
+// A folder that is given with one below it counts once; two sites on one station are told, and the work goes
+// on.
+TEST_F(Batch_program, Import_tells_namesakes_and_sites_apart) {
+  ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);
+  for (const char* const site : {"north", "south", "east"}) {
+    std::filesystem::create_directories(folder_.path(std::string("edi/") + site));
+    const std::string name = site == std::string("east") ? "/02.edi" : "/01.edi";
+    std::ignore = folder_.write(std::string("edi/") + site + name,
+                                made_edi({{.sectid = site == std::string("south") ? "2" : "Z1"}}));
+  }
+  const std::vector<std::string> arguments{"import",
+                                           "survey.mdb",
+                                           "edi",
+                                           "edi/north",
+                                           "--reference",
+                                           "0",
+                                           "--line",
+                                           "200E",
+                                           "--event",
+                                           "0",
+                                           "--rate",
+                                           "1",
+                                           "--sectid-as-station",
+                                           "--sectid-digits"};
+  const Outcome apart = run(arguments);
+  EXPECT_EQ(apart.status, 0) << apart.errors;
+  EXPECT_NE(apart.output.find("3 files, 12 readings stored, 0 files without"), std::string::npos)
+      << apart.output;
+  EXPECT_EQ(apart.errors.find("Different sites"), std::string::npos) << apart.errors;
+  EXPECT_EQ(run_for_json({"info", "survey.mdb", "--json"})["lines"][0]["stations"].size(), 2U);
+
+  std::ignore = folder_.write("edi/east/02.edi", made_edi({{.sectid = "Q1"}}));
+  const Outcome shared = run(with(arguments, {"--report", "report.json"}));
+  EXPECT_EQ(shared.status, 0) << shared.errors;
+  const std::string told = "Station 1 of line 200E: Q1 (02.edi), Z1 (north/01.edi)";
+  EXPECT_NE(shared.errors.find(told), std::string::npos) << shared.errors;
+  EXPECT_NE(shared.output.find("3 files replaced readings of an earlier import\n"), std::string::npos);
+  const Json report = Json::parse(file_contents(folder_.path("report.json")));
+  EXPECT_EQ(report["shared_stations"], Json::array({told}));
+  EXPECT_EQ(report["files"][1]["replaced_readings"], 4);
+}
+
 TEST_F(Batch_program, Zonge_writes_three_files_where_the_caller_stands) {
   write_field_files(2);
   std::filesystem::create_directory(folder_.path("surveys"));
@@ -209,8 +265,9 @@ TEST_F(Batch_program, Zonge_writes_three_files_where_the_caller_stands) {
   EXPECT_NE(avg.find("BRENLOX  V1.00 February, 2012"), std::string::npos) << avg.substr(0, 200);
   EXPECT_NE(avg.find("\r\n 2       100"), std::string::npos);
   EXPECT_NE(avg.find("\r\n 2       200"), std::string::npos);
-  EXPECT_TRUE(std::filesystem::exists(folder_.path("200E_0.mde")));
-  EXPECT_TRUE(std::filesystem::exists(folder_.path("200E_0.stn")));
+  EXPECT_EQ(stations_of_set(folder_.path("200E_0.stn")), (std::vector<double>{100, 200}))
+      << "no start station was given";
+  EXPECT_TRUE(file_contents(folder_.path("200E_0.mde")).starts_with("$ STNLO= 100.0\r\n$ STNHI= 200.0\r\n"));
 
   std::ignore = folder_.write("200E_0.avg", "mine");
   const Outcome refused = run(arguments);
@@ -321,7 +378,8 @@ TEST_F(Batch_program, A_folder_of_real_files_becomes_a_survey) {
   ASSERT_EQ(imported.status, 0) << imported.errors;
   const Json info = run_for_json({"info", "survey.mdb", "--json"});
   ASSERT_EQ(info["lines"].size(), 1U);
-  EXPECT_GE(info["lines"][0]["stations"].size(), 23U);  // two SECTIDs share their first digits
+  EXPECT_EQ(info["lines"][0]["stations"].size(), 24U);
+  EXPECT_EQ(imported.errors.find("Different sites"), std::string::npos) << imported.errors;
   const Json report = Json::parse(file_contents(folder_.path("report.json")));
   EXPECT_EQ(report["files"].size(), 24U);
   const Json merged =
@@ -333,6 +391,14 @@ TEST_F(Batch_program, A_folder_of_real_files_becomes_a_survey) {
     used += mask[1] == 1 ? 1U : 0U;
   }
   EXPECT_GT(used, 60U);
+  ASSERT_EQ(run({"zonge", "survey.mdb", "--line", "100E", "--reference", "1", "--data-type", "ExHy",
+                 "--dipole", "100", "--output", "line.avg"})
+                .status,
+            0);
+  EXPECT_EQ(stations_of_set(folder_.path("line.stn")),
+            (std::vector<double>{1,  6,  9,  11, 16, 21, 26, 30, 35,  40,  46,  51,
+                                 56, 61, 66, 72, 78, 83, 90, 95, 104, 109, 113, 118}));
+  EXPECT_TRUE(file_contents(folder_.path("line.mde")).starts_with("$ STNLO= 1.0\r\n$ STNHI= 118.0\r\n"));
 }
 
 TEST_F(Batch_program, Tells_the_account_of_a_raw_file_on_the_error_output) {

@@ -66,6 +66,8 @@ TEST_F(SurveyTest, The_output_panel_offers_a_line_once_and_also_one_whose_files_
 TEST_F(SurveyTest, A_chosen_line_is_written_only_over_a_file_that_may_go) {
   new_survey();
   add_file_row("200E", 100.0, 50.0F);
+  (void)made::store(made::key(), 0, made::reading({}));
+  session().current_data_type = "ExHy";
   OutputLists lists;
   ASSERT_EQ(read_output_lists(lists), 0);
   session().current_data_type = "ExHy";

@@ -20,15 +20,16 @@ constexpr std::chrono::year_month_day date{std::chrono::year(2024), std::chrono:
 class Zonge : public SurveyTest {
  protected:
   /// A line of four stations from (200, 100) to (200, 400.5); the third one has no reading of the component.
+  /// The heads of the files say another station, as those of files with several do.
   void make_line() {
     new_survey("north line.mdb");
     session().version_text = "1.00 February, 2012";
     const Module_database::GivenPlace place{500000.04, 6000000.05, 123.456};
     (void)find_station(Module_database::StationSearch::create, "200E", 100.0, &place);
-    add_file(100.0, 25.0F);
+    add_file(25.0F);
     for (const double station : {200.0, 300.0, 400.5}) {
       (void)find_station(Module_database::StationSearch::create, "200E", station);
-      add_file(station, 50.0F);
+      add_file(50.0F);
     }
     store(100.0, {{9.999F, 123.456F, 45.25F},
                   {10.0F, 1.5e6F, 0.04F},
@@ -38,12 +39,12 @@ class Zonge : public SurveyTest {
     store(200.0, {{9.999F, 5.0F, 5.0F}, {10.0F, 6.0F, 6.0F}, {24000.0F, 7.0F, 7.0F}});
     store(400.5, {{9.999F, 55.5F, 66.6F}});
   }
-  static void add_file(double station, float dipole) {
+  static void add_file(float dipole) {
     dao::Recordset& files = Module_database::open_survey().files;
     files.add_new();
     files.set_text("SurveyFile", "a.edi");
     files.set_text("LineNumber", "200E");
-    files.set_double("Station", station);
+    files.set_double("Station", 0.0);
     files.set_long("ReferenceType", 0);
     files.set_single("DipoleLength", dipole);
     files.update();
@@ -101,11 +102,38 @@ TEST_F(Zonge, Files_of_a_line_to_the_byte) {
             "/line 200\r\n"
             "      100.0    500000.0   6000000.1      123.46\r\n"
             "      200.0       200.0       200.0        0.00\r\n"
-            "      300.0       200.0       300.0        0.00\r\n"
             "      400.5       200.0       400.5        0.00\r\n");
   EXPECT_EQ(std::count_if(fs::directory_iterator(folder.folder()), fs::directory_iterator(),
                           [](const fs::path& file) { return file.filename().string().rfind("out", 0) == 0; }),
             3);
+}
+
+// Nobody has looked at the line yet: there are neither averages nor merged curves.
+TEST_F(Zonge, Stations_are_those_of_raw_readings_too) {
+  new_survey();
+  const auto store_raw = [](double station, const char* data_type, float dipole, std::int32_t reference) {
+    Module_database::ReadingKey key = made::key(4096.0F, station);
+    key.data_type = data_type;
+    key.dipole = dipole;
+    key.reference_type = reference;
+    (void)made::store(key, 0, made::reading({{10.0F, 100.0F, 45.0F}, {100.0F, 200.0F, 50.0F}}));
+  };
+  add_file(50.0F);
+  for (const double station : {1000.0, 200.0, -50.0}) {
+    store_raw(station, "ExHy", 50.0F, 0);
+  }
+  store_raw(300.0, "EyHx", 50.0F, 0);
+  store_raw(400.0, "ExHy", 100.0F, 0);
+  store_raw(500.0, "ExHy", 50.0F, 1);
+  int rows = 0;
+  ASSERT_EQ(output_zonge(selection, folder.path("out.avg"), {}, rows, date), 0);
+  EXPECT_EQ(rows, 6);
+  EXPECT_EQ(file_contents(folder.path("out.stn")),
+            "/line 200\r\n"
+            "      -50.0       200.0       -50.0        0.00\r\n"
+            "      200.0       200.0       200.0        0.00\r\n"
+            "     1000.0       200.0      1000.0        0.00\r\n");
+  EXPECT_TRUE(file_contents(folder.path("out.mde")).starts_with("$ STNLO= -50.0\r\n$ STNHI= 1000.0\r\n"));
 }
 
 TEST_F(Zonge, Leaves_out_what_is_switched_off_or_masked) {

@@ -430,6 +430,42 @@ class FormImportTest : public QObject, private WindowFixture {
     QCOMPARE(turned, QStringList({"10", "11"}));
   }
 
+  void different_sites_on_one_station_are_asked_about() {
+    (void)add_file("a.edi", {.sectid = "Z2HX7"});
+    (void)add_file("b.edi", {.sectid = "ET7"});
+    go_to_import_page();
+    choose("Combo_data_type", 0);
+    choose("Combo_data_reduced", 0);
+    type_cell(0, specify, "200");
+    type_cell(1, specify, "0");
+    type_cell(2, specify, "256");
+    click("Check_use_SECTID_as_station");
+    click("Check_sectid_digits");
+    click("Command_import_data_1");  // the answer is No
+    QCOMPARE((*interface_)->questions.size(), std::size_t{1});
+    QVERIFY((*interface_)->questions.front().find("Z2HX7 (a.edi), ET7 (b.edi)") != std::string::npos);
+    QVERIFY((*interface_)->questions.front().ends_with("Take them as repeats of one station?"));
+    QCOMPARE(interface_->take_messages(), Messages{});
+    QVERIFY(window_->isVisible());
+    QVERIFY(control("Command_import_data_1")->isEnabled());
+    QCOMPARE(rows_in("FileTable"), 0);
+    (*interface_)->yes_no_answers = {true};
+    QString seen;
+    QTimer waiting;
+    connect(&waiting, &QTimer::timeout, this, [&] {
+      if (auto* const report = qobject_cast<Form_import_report*>(QApplication::activeModalWidget())) {
+        waiting.stop();
+        seen = report->findChild<QTreeWidget*>("Tree_report")->topLevelItem(1)->child(0)->text(0);
+        report->accept();
+      }
+    });
+    waiting.start(1);
+    click("Command_import_data_1");
+    QCOMPARE(seen, QString("ET7 comes to station 7 of line 200E, as does Z2HX7 (a.edi)"));
+    QCOMPARE(rows_in("ReadingsDataTable WHERE FileID > 0 AND Station = 7"), 8);
+    QVERIFY(!window_->isVisible());
+  }
+
   void stop_ends_the_run_and_keeps_what_is_stored() {
     for (int i = 0; i < 200; ++i) {
       (void)add_file("s" + std::to_string(i) + ".edi");

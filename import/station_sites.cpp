@@ -1,0 +1,186 @@
+#include "import/station_sites.h"
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "database/stations.h"
+#include "database/survey_database.h"
+
+namespace Module_data_file {
+
+namespace {
+
+using Module_database::open_survey;
+
+constexpr std::size_t sites_listed = 6;
+constexpr std::size_t stations_listed = 12;
+
+bool is_same(const Site& a, const Site& b) {
+  return (a.says_station && b.says_station) || equal_ignoring_case(a.name, b.name);
+}
+
+std::string label(const Site& site) {
+  return site.name == site.file ? site.file : site.name + " (" + site.file + ")";
+}
+
+std::string label_in_survey(const std::string& file) { return file + " in the survey"; }
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// Whether a file's name has the site's name in it, and not as a part of a longer number: "100" in
+// "L200E_S0100_E1", but not in "1000". All that the survey knows of a site is the name of its file.
+bool names_site(std::string_view file, const Site& site) {
+  std::string stem = upper_case(file.substr(file.find_last_of('/') + 1));
+  const std::string file_name = stem;
+  stem.resize(std::min(stem.find_last_of('.'), stem.size()));
+  std::string name = upper_case(trimmed(site.name));
+  if (name == file_name) {
+    return true;
+  }
+  if (is_digit(name.empty() ? ' ' : name.front())) {
+    name.erase(0, std::min(name.find_first_not_of('0'), name.size() - 1));
+  }
+  for (std::size_t place = stem.find(name); !name.empty() && place != std::string::npos;
+       place = stem.find(name, place + 1)) {
+    const std::size_t end = place + name.size();
+    std::size_t before = place;
+    while (before > 0 && stem[before - 1] == '0') {
+      --before;
+    }
+    const bool begins = !is_digit(name.front()) || before == 0 || !is_digit(stem[before - 1]);
+    const bool ends = !is_digit(name.back()) || end == stem.size() || !is_digit(stem[end]);
+    if (begins && ends) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// How EDI files are marked in FileTable.
+bool is_edi_filter(std::string_view filter) { return filter == "EMIRes" || filter == "EMISpect"; }
+
+// Files of the survey that have readings at the station and are none of the import's.
+std::vector<std::string> others_in_survey(const std::string& line, double station,
+                                          const std::vector<Site>& sites,
+                                          const std::function<bool(std::int32_t)>& is_own) {
+  std::vector<std::string> others;
+  if (!open_survey().database.is_open()) {
+    return others;  // a scan needs no survey
+  }
+  const Module_database::StationRows place =
+      Module_database::find_station(Module_database::StationSearch::look_up, line, station);
+  if (place.StationID < 0) {
+    return others;
+  }
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT DISTINCT FileID FROM ReadingsDataTable WHERE StationID = " +
+      format_number(place.StationID, "0") + " AND FileID > 0");
+  for (; !rows.eof(); rows.move_next()) {
+    const std::int32_t ID = rows.get_long("FileID");
+    dao::Recordset& files = open_survey().files;
+    if (is_own(ID)) {
+      continue;
+    }
+    files.find_first("ID = " + format_number(ID, "0"));
+    if (files.no_match()) {
+      continue;
+    }
+    const std::string file = files.get_text("SurveyFile");
+    const bool says_station = !is_edi_filter(files.get_text("Filter"));
+    if (std::ranges::any_of(sites, [&](const Site& site) {
+          return !(site.says_station && says_station) && !names_site(file, site);
+        })) {
+      others.push_back(file);
+    }
+  }
+  return others;
+}
+
+}  // namespace
+
+std::string SharedStation::text() const {
+  std::vector<std::string> labels;
+  for (const Site& site : sites) {
+    labels.push_back(label(site));
+  }
+  for (const std::string& file : in_survey) {
+    labels.push_back(label_in_survey(file));
+  }
+  std::string listed = "Station " + plain_text(station) + " of line " + line + ":";
+  for (std::size_t index = 0; index < std::min(labels.size(), sites_listed); ++index) {
+    listed += (index == 0 ? " " : ", ") + labels[index];
+  }
+  if (labels.size() > sites_listed) {
+    listed += " and " + plain_text(static_cast<std::int64_t>(labels.size() - sites_listed)) + " more";
+  }
+  return listed;
+}
+
+void StationSites::add(const std::string& line, double station, Site site) {
+  AtStation& place = stations_[{upper_case(line), station}];
+  if (place.sites.empty()) {
+    place.line = line;
+  }
+  if (std::ranges::none_of(place.sites, [&](const Site& other) { return is_same(other, site); })) {
+    place.sites.push_back(std::move(site));
+  }
+}
+
+std::vector<SharedStation> shared_stations(const FoundSites& found) {
+  std::vector<SharedStation> shared;
+  const auto is_own = [&](std::int32_t ID) { return found.own_rows.contains(ID); };
+  for (const auto& [key, place] : found.sites.all()) {
+    SharedStation here{place.line, key.second, place.sites,
+                       others_in_survey(place.line, key.second, place.sites, is_own)};
+    if (here.sites.size() + here.in_survey.size() > 1) {
+      shared.push_back(std::move(here));
+    }
+  }
+  return shared;
+}
+
+bool is_shared(const std::string& line, double station, const Site& site, const FoundSites& in_files,
+               const FoundSites& read) {
+  const auto is_own = [&](std::int32_t ID) {
+    return in_files.own_rows.contains(ID) || read.own_rows.contains(ID);
+  };
+  const auto here = in_files.sites.all().find({upper_case(line), station});
+  return (here != in_files.sites.all().end() &&
+          std::ranges::any_of(here->second.sites,
+                              [&](const Site& other) { return !is_same(other, site); })) ||
+         !others_in_survey(line, station, {site}, is_own).empty();
+}
+
+void remark_on_shared_stations(const std::vector<SharedStation>& shared,
+                               std::vector<formats::FileReport>& files) {
+  for (const SharedStation& place : shared) {
+    const std::string other =
+        place.in_survey.empty() ? label(place.sites.front()) : label_in_survey(place.in_survey.front());
+    for (std::size_t index = place.in_survey.empty() ? 1 : 0; index < place.sites.size(); ++index) {
+      const Site& site = place.sites[index];
+      if (site.file_index < files.size()) {
+        formats::remark_ignored(files[site.file_index], 0,
+                                site.name + " comes to station " + plain_text(place.station) + " of line " +
+                                    place.line + ", as does " + other);
+      }
+    }
+  }
+}
+
+std::string list_of_shared_stations(const std::vector<SharedStation>& shared) {
+  std::string list;
+  for (std::size_t index = 0; index < std::min(shared.size(), stations_listed); ++index) {
+    list += (index == 0 ? "" : "\n") + shared[index].text();
+  }
+  if (shared.size() > stations_listed) {
+    list +=
+        "\nand " + plain_text(static_cast<std::int64_t>(shared.size() - stations_listed)) + " more stations";
+  }
+  return list;
+}
+
+}  // namespace Module_data_file

@@ -1,0 +1,76 @@
+// station_sites.h: the sites that an import brings to each station, to tell where two become one.
+//
+// A site is known by its SECTID, else the DATAID of the file's head, else the file's name. Files of the
+// formats that hold the station's number mean the station that they say: of those two are one site.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "formats/file_report.h"
+
+namespace Module_data_file {
+
+using LineStation = std::pair<std::string, double>;  // the line in upper case
+
+struct Site {
+  std::string name;
+  std::string file;
+  bool says_station = false;   // the file holds the station's number itself
+  std::size_t file_index = 0;  // in the list of files
+};
+
+/// A station that several sites come to.
+struct SharedStation {
+  std::string line;
+  double station = 0.0;
+  std::vector<Site> sites;             // of the import, each once; one or more
+  std::vector<std::string> in_survey;  // files of other sites that have readings there
+
+  /// "Station 7 of line 200E: Z2HX7 (a.edi), ET7 (c.edi), d.edi in the survey"; of many the first.
+  [[nodiscard]] std::string text() const;
+};
+
+class StationSites {
+ public:
+  void add(const std::string& line, double station, Site site);
+
+  struct AtStation {
+    std::string line;  // as it is written
+    std::vector<Site> sites;
+  };
+  [[nodiscard]] const std::map<LineStation, AtStation>& all() const { return stations_; }
+  [[nodiscard]] bool contains(const LineStation& place) const { return stations_.contains(place); }
+
+ private:
+  std::map<LineStation, AtStation> stations_;
+};
+
+/// What is known of the files of an import, as far as they have been read.
+struct FoundSites {
+  StationSites sites;
+  std::set<LineStation> claimed;    // by files whose head has a name, if no other site has the station
+  std::set<std::int32_t> own_rows;  // of FileTable
+};
+
+/// The stations that different sites come to, in the import or with what the open survey holds. Throws
+/// dao::Error.
+std::vector<SharedStation> shared_stations(const FoundSites& found);
+
+/// Whether the station has another site than this, in the files of the import or in the survey, of which the
+/// files that have been read already don't count. Throws dao::Error.
+bool is_shared(const std::string& line, double station, const Site& site, const FoundSites& in_files,
+               const FoundSites& read);
+
+/// Notes each shared station in the reports of the files whose sites come to it after another.
+void remark_on_shared_stations(const std::vector<SharedStation>& shared,
+                               std::vector<formats::FileReport>& files);
+
+/// The stations as a list of lines; of many the first, and how many more there are.
+std::string list_of_shared_stations(const std::vector<SharedStation>& shared);
+
+}  // namespace Module_data_file

@@ -1,0 +1,27 @@
+#include "output/line_stations.h"
+
+#include <string>
+
+#include "core/number_text.h"
+#include "database/survey_database.h"
+
+namespace Module_output {
+
+std::vector<double> stations_with_readings(const Module_database::LineSelection& selection,
+                                           DataTypes data_types) {
+  std::string criteria = "LineNumber = '" + selection.line +
+                         "' AND ReferenceType = " + format_number(selection.reference_type, "0") +
+                         " AND DipoleLength = " + criterion_text(selection.dipole);
+  if (data_types == DataTypes::selected) {
+    criteria += " AND DataType = '" + selection.data_type + "'";
+  }
+  std::vector<double> stations;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT Station FROM ReadingsDataTable WHERE " + criteria + " ORDER BY Station");
+  for (; !rows.eof(); rows.move_next()) {
+    stations.push_back(rows.get_double("Station"));
+  }
+  return stations;
+}
+
+}  // namespace Module_output
