@@ -167,7 +167,7 @@ void Form_rhoplus_inversion::show_results() {
 }
 
 void Form_rhoplus_inversion::show_graphs() {
-  const Module_display_data::GraphPair plot = fit_plot(inversion_);
+  const Module_display_data::GraphPair plot = fit_plot(inversion_, session().frequencies);
   graphs_->set_point_text([plot](std::size_t series, std::size_t point, Component component) {
     return fit_point_text(plot, series, point, component);
   });
