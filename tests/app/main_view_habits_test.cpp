@@ -245,6 +245,8 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     };
     float factor = 2.0F;
     for (const Case& c : cases) {
+      window_->activateWindow();  // a dialog may have been up
+      QVERIFY(QTest::qWaitForWindowActive(window_.get()));
       bar->setValue(1);
       click_cell(0, 3);  // something to do again
       menu("menu_undo");

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QWheelEvent>
 #include <cstring>
+#include <utility>
 
 #include "display/selection.h"
 #include "platform/settings_store/settings_store.h"
@@ -117,7 +118,13 @@ class ShownReadingsTest : public QObject, private MainViewFixture {
 
   void write_document() const {
     (*interface_)->path_answers.push_back(folder_->path("line.pdf"));
+    bool with_neighbours = false;  // the pages show each station with its averages
+    const auto events = std::exchange((*interface_)->events, [&with_neighbours] {
+      with_neighbours = with_neighbours || averaged::data_sets().station.neighbour_count > 0;
+    });
     menu("menu_line_document");
+    (*interface_)->events = events;
+    QVERIFY(!with_neighbours);
     QVERIFY(std::filesystem::exists(folder_->path("line.pdf")));
   }
   void run_all() const {

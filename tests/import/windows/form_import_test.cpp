@@ -205,13 +205,16 @@ class FormImportTest : public QObject, private WindowFixture {
       editor->selectAll();
       QTest::keyClicks(editor, line);
       QTest::keyClick(window_.get(), mnemonic, Qt::AltModifier);
-      QTRY_COMPARE(cell(0, specify), QString(line));
-      QTRY_VERIFY(!(*interface_)->messages.empty());
     };
+    type_and_press("250E", Qt::Key_N);  // the next sample
+    QTRY_COMPARE(text("Text_sample_station"), QString("2"));
+    QCOMPARE(text("Text_sample_line"), QString("250E"));
     type_and_press("300E", Qt::Key_C);
+    QTRY_VERIFY(!(*interface_)->messages.empty());
     QCOMPARE(interface_->take_messages(), Messages{"Data scan complete"});
     QCOMPARE(text("Text_sample_line"), QString("300E"));
     type_and_press("77E", Qt::Key_I);
+    QTRY_VERIFY(!(*interface_)->messages.empty());
     QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
     QCOMPARE(rows_in("StationsTable WHERE SurveyLine = '77E'"), 3);
     QCOMPARE(rows_in("StationsTable"), 3);
