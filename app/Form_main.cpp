@@ -1,11 +1,15 @@
 #include "app/Form_main.h"
 
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
-#include <QLineEdit>
+#include <QRadioButton>
 #include <QResizeEvent>
 #include <QScreen>
 #include <QShortcut>
+#include <QTabBar>
 
 #include "app/help/Form_Whats_New.h"
 #include "app/help/Form_about.h"
@@ -33,6 +37,7 @@
 #include "occam/windows/Form_occam2d_mask_topo.h"
 #include "occam/windows/Form_occam_inversion.h"
 #include "platform/system/system_facts.h"
+#include "platform/widgets/typed_text.h"
 #include "reduction/averages.h"
 #include "ui_Form_main.h"
 
@@ -58,6 +63,16 @@ QString menu_text(const std::string& caption) {
   return text.left(1) + text.mid(1).replace('&', "&&");
 }
 
+/// Controls in which Left and Right move something. Text boxes see to it that they get these keys.
+bool uses_left_and_right(const QWidget* control) {
+  if (const auto* const bar = qobject_cast<const QAbstractSlider*>(control)) {
+    return bar->orientation() == Qt::Horizontal;
+  }
+  return qobject_cast<const QAbstractItemView*>(control) != nullptr ||
+         qobject_cast<const QRadioButton*>(control) != nullptr ||
+         qobject_cast<const QTabBar*>(control) != nullptr;
+}
+
 }  // namespace
 
 Form_main::Form_main(QWidget* parent)
@@ -68,6 +83,7 @@ Form_main::Form_main(QWidget* parent)
       idle_timer_(new QTimer(this)),
       version_(new QLabel(this)),
       help_key_(new HelpKey(*this)) {
+  new TypedTextFirst(this);
   compose();
   resizer_->capture_layout();
   Module_Brenlox::start_session(display_facts(*screen()));
@@ -89,6 +105,7 @@ Form_main::~Form_main() {
 
 void Form_main::compose() {
   ui_->setupUi(this);
+  take_typed_text_before_menus(*this);
   display_ = new SurveyDisplay(
       {ui_->Selection_row, ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group}, this);
 
@@ -187,9 +204,14 @@ void Form_main::add_keys() {
   connect(file_key, &QShortcut::activated, this,
           [this] { ui_->menu_bar->setActiveAction(ui_->menu_file->menuAction()); });
   for (const int step : {-1, 1}) {  // children of the row: without effect while it is hidden
-    auto* const key =
-        new QShortcut(QKeySequence(step < 0 ? Qt::Key_Left : Qt::Key_Right), ui_->Selection_row);
+    const QKeySequence keys(step < 0 ? Qt::Key_Left : Qt::Key_Right);
+    auto* const key = new QShortcut(keys, ui_->Selection_row);
     connect(key, &QShortcut::activated, this, [this, step] { ui_->Selection_row->step_station(step); });
+    connect(qApp, &QApplication::focusChanged, key,
+            [key, keys](const QWidget* /*left*/, const QWidget* focused) {
+              // A disabled shortcut would still keep the key from the control.
+              key->setKey(uses_left_and_right(focused) ? QKeySequence() : keys);
+            });
   }
 }
 
@@ -263,13 +285,7 @@ void Form_main::resizer_timer_event() {
   display_site_map();
 }
 
-// A typed value is stored when its box loses the focus, while the survey is still open. A shortcut of the
-// menu leaves the focus where it is.
-void Form_main::leave_text_box() {
-  if (auto* const box = qobject_cast<QLineEdit*>(focusWidget())) {
-    box->clearFocus();
-  }
-}
+void Form_main::leave_text_box() { take_typed_text(); }
 
 void Form_main::closeEvent(QCloseEvent* event) {
   leave_text_box();
@@ -358,7 +374,7 @@ void Form_main::write_line_document() {
 void Form_main::recalculate_merged() {
   const BusyPointer busy;
   static_cast<void>(Module_averaged_data::recalculate_merged());
-  survey_changed();  // a failure or a stop keeps what was rebuilt by then
+  display_->reload_readings();  // a failure or a stop keeps what was rebuilt by then
 }
 
 void Form_main::import_data() {

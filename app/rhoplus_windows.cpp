@@ -1,6 +1,7 @@
 #include "app/rhoplus_windows.h"
 
-#include "app/survey_display.h"
+#include <utility>
+
 #include "display/selection.h"
 #include "occam/windows/Form_occam.h"
 #include "rhoplus/windows/Form_rhoplus.h"
@@ -10,7 +11,7 @@ RhoplusWindows::RhoplusWindows(SurveyDisplay& display, QWidget& main_window)
     : QObject(&main_window), display_(display), main_window_(main_window) {
   connect(&display, &SurveyDisplay::selection_changed, this, &RhoplusWindows::close_results);
   connect(&display, &SurveyDisplay::station_displayed, this, [this] {
-    if (results_) {
+    if (results_ && results_->isVisible()) {  // a closed one is deleted only when events run
       results_->follow_station();
     }
   });
@@ -29,7 +30,7 @@ void RhoplusWindows::edit_settings() {
 }
 
 void RhoplusWindows::show_results() {
-  if (results_ && results_->isVisible()) {  // a closed one is deleted only when events run
+  if (results_ && results_->isVisible()) {
     results_->raise();
     results_->activateWindow();
     return;
@@ -38,6 +39,9 @@ void RhoplusWindows::show_results() {
   results_->setAttribute(Qt::WA_DeleteOnClose);
   connect(results_, &Form_rhoplus_inversion::station_chosen, &display_,
           [this](int station_index) { display_.display_station(station_index); });
+  connect(results_, &Form_rhoplus_inversion::line_run_begun, this, &RhoplusWindows::keep_display);
+  connect(results_, &Form_rhoplus_inversion::line_run_ended, this, &RhoplusWindows::put_back_display);
+  connect(results_, &QObject::destroyed, this, &RhoplusWindows::put_back_display);  // in the middle of a run
   connect(results_, &Form_rhoplus_inversion::edited, &display_, &SurveyDisplay::redraw);
   connect(results_, &Form_rhoplus_inversion::occam_requested, this, &RhoplusWindows::create_occam_inversion);
   results_->show();
@@ -50,12 +54,23 @@ void RhoplusWindows::close_results() {
   }
 }
 
+void RhoplusWindows::keep_display() { kept_.emplace(display_.keep()); }
+
+void RhoplusWindows::put_back_display() {
+  if (const auto kept = std::exchange(kept_, std::nullopt)) {
+    display_.put_back(*kept);
+  }
+}
+
 void RhoplusWindows::create_occam_inversion() {
   if (Module_occam::check_line_for_inversion() != 0) {
     return;
   }
   Module_occam::StationSteps steps;
   steps.show_station = [this](int place_in_line) {
+    if (!kept_) {
+      keep_display();
+    }
     if (results_ && place_in_line == 1) {
       results_->begin_line_run();
     }
@@ -63,6 +78,7 @@ void RhoplusWindows::create_occam_inversion() {
   };
   Form_occam(Module_output::rhoplus_settings(), steps, &main_window_)
       .exec();  // the results window may be closed before this one
+  put_back_display();
   if (results_) {
     results_->end_line_run();
   }

@@ -2,12 +2,15 @@
 #pragma once
 #include <QObject>
 #include <QPointer>
+#include <optional>
+
+#include "app/survey_display.h"
 
 class Form_rhoplus_inversion;
-class SurveyDisplay;
 
 /// Keeps at most one results window, which follows the main view's station and edits. It closes when another
-/// line, component, reference type or dipole length is chosen.
+/// line, component, reference type or dipole length is chosen. A run through the line, there or to create a
+/// two-dimensional inversion, leaves the main view as it was.
 class RhoplusWindows : public QObject {
   Q_OBJECT
 
@@ -21,8 +24,11 @@ class RhoplusWindows : public QObject {
 
  private:
   void create_occam_inversion();
+  void keep_display();
+  void put_back_display();
 
   SurveyDisplay& display_;
   QWidget& main_window_;
   QPointer<Form_rhoplus_inversion> results_;
+  std::optional<SurveyDisplay::Kept> kept_;  // during a run through the line
 };

@@ -14,6 +14,7 @@
 #include "core/session_state.h"
 #include "core/user_interface.h"
 #include "platform/widgets/panel_controls.h"
+#include "reduction/data_sets/data_sets.h"
 
 using namespace Module_display_data;
 namespace averaged = Module_averaged_data;
@@ -54,15 +55,15 @@ void SurveyDisplay::connect_graphs() {
   connect(&panels_.station->graphs(), &GraphPairWidget::point_selected, this,
           [this, place](Component component, int series, int point) {
             raw_.stats().choose_outlier_field(component);
-            const PointClick click = click_station_point(component, place(series), place(point),
-                                                         panels_.selection->frequency_text());
+            const PointClick click =
+                click_station_point(component, place(series), place(point), clicked_frequency());
             show_click(click);
             panels_.station->show_series(click.series_label);
           });
   connect(&panels_.profile->graphs(), &GraphPairWidget::point_selected, this,
           [this, place](Component component, int series, int point) {
-            const PointClick click = click_profile_point(component, place(series), place(point),
-                                                         panels_.selection->frequency_text());
+            const PointClick click =
+                click_profile_point(component, place(series), place(point), clicked_frequency());
             show_click(click);
             panels_.plan->show_status(qt_text(click.status_text));
           });
@@ -95,6 +96,8 @@ void SurveyDisplay::reload() {
   const bool read = refill_selection_lists(lists) == 0;
   show_survey(lists, read);
 }
+
+void SurveyDisplay::reload_readings() { apply(readings_changed()); }
 
 void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
   panels_.selection->fill(lists);
@@ -129,6 +132,9 @@ void SurveyDisplay::display_station(int station_index, bool draw_profile) {
   const ScopedValue updating(session().updating_controls, true);
   Redisplay redisplay = Module_display_data::display_station(station_index, panels_.station->neighbours());
   redisplay.draw_profile |= draw_profile;
+  if (redisplay.close_rhoplus_results) {
+    Q_EMIT selection_changed();
+  }
   draw(redisplay);
   panels_.plan->draw_plan();
   Q_EMIT station_displayed();
@@ -147,7 +153,7 @@ void SurveyDisplay::apply(const Redisplay& redisplay) {
 
 void SurveyDisplay::draw(const Redisplay& redisplay) {
   const bool fixed_scale = panels_.selection->fixed_scale();
-  end_zoom_of_what_changed();
+  follow_what_changed();
   if (redisplay.show_line || redisplay.mark_station) {
     panels_.selection->show_station();
   }
@@ -167,8 +173,20 @@ void SurveyDisplay::draw(const Redisplay& redisplay) {
   }
 }
 
-void SurveyDisplay::end_zoom_of_what_changed() {
-  Shown now{session().current_line, session().current_station, session().current_scan_rate};
+SurveyDisplay::Shown SurveyDisplay::shown_now() {
+  return {session().current_line, session().current_station, session().current_scan_rate,
+          averaged::data_sets().station.key};
+}
+
+/// The zoom ends where another place is shown, and the clicked point isn't one of the curves any more.
+void SurveyDisplay::follow_what_changed() {
+  Shown now = shown_now();
+  if (!averaged::same_station(now.curves, shown_.curves)) {
+    PointClick frequency_only;
+    frequency_only.frequency_text = panels_.selection->frequency_text();
+    panels_.selection->show_read_out(frequency_only);
+    point_clicked_ = false;
+  }
   const bool other_line = now.line != shown_.line;
   const bool other_station = other_line || now.station != shown_.station;
   if (other_line) {
@@ -183,12 +201,52 @@ void SurveyDisplay::end_zoom_of_what_changed() {
   shown_ = std::move(now);
 }
 
+/// Empty until a point of this station has been clicked.
+std::string SurveyDisplay::clicked_frequency() const {
+  return point_clicked_ ? panels_.selection->frequency_text() : std::string();
+}
+
+SurveyDisplay::Kept SurveyDisplay::keep() const {
+  return {DisplayedStation(),
+          panels_.profile->graphs().views(),
+          panels_.station->graphs().views(),
+          raw_.graphs().views(),
+          panels_.selection->read_out(),
+          panels_.station->series(),
+          raw_.series(),
+          point_clicked_,
+          panels_.plan->shows_raw_data()};
+}
+
+void SurveyDisplay::put_back(const Kept& kept) {
+  const BusyPointer busy;
+  {
+    const ScopedValue updating(session().updating_controls, true);
+    kept.station.put_back();
+    shown_ = shown_now();
+    panels_.profile->graphs().set_views(kept.profile_views);
+    panels_.station->graphs().set_views(kept.station_views);
+    raw_.graphs().set_views(kept.raw_views);
+    Redisplay all;
+    all.show_line = all.mark_station = all.draw_profile = all.draw_station = all.draw_raw = true;
+    draw(all);
+    panels_.selection->show_read_out(kept.read_out);
+    panels_.station->show_series(kept.station_series);
+    raw_.show_series(kept.raw_series);
+    point_clicked_ = kept.point_clicked;
+    panels_.plan->show_raw_data(kept.shows_raw_data);
+    panels_.plan->draw_plan();
+  }
+  Q_EMIT station_displayed();
+}
+
 void SurveyDisplay::show_click(const PointClick& click) {
   if (click.station_to_display > 0) {
     display_station(click.station_to_display);
   }
   if (!click.frequency_text.empty()) {
     panels_.selection->show_read_out(click);
+    point_clicked_ = true;
   }
   if (click.edit == Edit::changed) {
     redraw();

@@ -7,6 +7,7 @@
 
 #include "display/graph_clicks.h"
 #include "display/selection.h"
+#include "display/windows/graph_pair.h"
 #include "reduction/edits/undo.h"
 
 class PlanPanel;
@@ -32,6 +33,8 @@ class SurveyDisplay : public QObject {
   void display_site_map();
   /// The survey was changed by something else than the panels: reads it again and shows the same station.
   void reload();
+  /// The readings were computed again: loads those of the same station. Zoom and read-outs stay.
+  void reload_readings();
   /// Draws all graphs after a change of what is shown of the data.
   void redraw();
   void clear();
@@ -39,6 +42,22 @@ class SurveyDisplay : public QObject {
   void redo();
   /// Shows a station of the survey, from 1.
   void display_station(int station_index, bool draw_profile = false);
+
+  /// Data sets, selection, zoom and read-outs, for work that displays stations for itself.
+  struct Kept {
+    Module_display_data::DisplayedStation station;
+    GraphPairWidget::Views profile_views;
+    GraphPairWidget::Views station_views;
+    GraphPairWidget::Views raw_views;
+    Module_display_data::PointClick read_out;
+    std::string station_series;
+    std::string raw_series;
+    bool point_clicked = false;
+    bool shows_raw_data = false;
+  };
+  [[nodiscard]] Kept keep() const;
+  /// Shows everything as it was kept.
+  void put_back(const Kept& kept);
 
  Q_SIGNALS:
   void station_displayed();
@@ -52,7 +71,8 @@ class SurveyDisplay : public QObject {
   struct Shown {
     std::string line;
     double station = 0.0;
-    double scan_rate = 0.0;  // Hz
+    double scan_rate = 0.0;              // Hz
+    Module_database::ReadingKey curves;  // of the station
   };
 
   void connect_panels();
@@ -60,11 +80,14 @@ class SurveyDisplay : public QObject {
   void apply(const Module_display_data::Redisplay& redisplay);
   void draw(const Module_display_data::Redisplay& redisplay);
   void show_survey(const Module_display_data::SelectionLists& lists, bool read);
-  void end_zoom_of_what_changed();
+  static Shown shown_now();
+  void follow_what_changed();
+  [[nodiscard]] std::string clicked_frequency() const;
   void show_click(const Module_display_data::PointClick& click);
   void show_undone(const Module_averaged_data::UndoResult& result);
 
   Panels panels_;
   RawPanel& raw_;
   Shown shown_;
+  bool point_clicked_ = false;  // at this station; until then the frequency is only there for the commands
 };

@@ -61,7 +61,7 @@ bool go_to_scan_rate(const StationSlot& slot, PointClick& click) {
     return false;
   }
   session().current_scan_rate = decimal_of_single(slot.SampleRate);
-  click.failed |= averaged::load_selected_repeats() != 0;
+  click.failed |= averaged::load_repeats_of_shown_station() != 0;
   click.draw_raw = true;
   return true;
 }

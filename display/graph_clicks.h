@@ -31,7 +31,8 @@ struct PointClick {
 [[nodiscard]] PointClick click_raw_point(Component component, std::size_t series, std::size_t point);
 
 /// A point of the station graph.
-/// @param shown_frequency what the frequency read-out showed before the click
+/// @param shown_frequency what the frequency read-out showed before the click; empty if no point of this
+///                        station has been clicked yet, so that the first click selects
 [[nodiscard]] PointClick click_station_point(Component component, std::size_t series, std::size_t point,
                                              const std::string& shown_frequency);
 

@@ -15,7 +15,7 @@ using Module_database::field_resistivity;
 
 namespace {
 
-constexpr double lowest_shown_frequency = 0.001;  // Hz
+constexpr double start_without_frequencies = 0.001;  // Hz
 
 void add_series_to(PanePlot& pane, std::size_t points) {
   graph::PlotSeries& series = pane.table.series.emplace_back();
@@ -53,17 +53,6 @@ void fill_point(PanePlot& pane, const Curve& curve, int field, std::size_t point
   }
   pane.point_styles.back()[point] =
       curve.counts_at(field, point) == 1 ? graph::used_point : graph::masked_point;
-}
-
-/// The extent of a pane's plotted values.
-Extent extent_of(const PanePlot& pane) {
-  Extent extent;
-  for (const graph::PlotSeries& series : pane.table.series) {
-    for (const double value : series.y) {
-      extent.include(static_cast<float>(value));
-    }
-  }
-  return extent;
 }
 
 graph::AxisLimits resistivity_limits(const Extent& extent, double margin) {
@@ -108,6 +97,39 @@ void add_curve(GraphPair& plot, const Curve& curve, const std::vector<std::int32
   }
 }
 
+void AxisExtents::include(const Curve& curve, const Visibility& visibility, double resistivity_factor) {
+  for (std::size_t point = 0; point < curve.count(); ++point) {
+    const auto decides = [&](int field) {
+      const bool hidden = visibility.hide_masked && is_absent(double{curve.value(field, point)});
+      return visibility.use_reading && !hidden && shown(visibility, curve, field, point);
+    };
+    const float frequency = curve.frequencies[point];
+    const float resistivity = curve.value(field_resistivity, point);
+    const float phase = curve.value(field_phase, point);
+    if (frequency > 0.0F) {
+      all_.frequency.include(frequency);
+      if (decides(field_resistivity) || decides(field_phase)) {
+        deciding_.frequency.include(frequency);
+      }
+    }
+    all_.resistivity.include(resistivity);
+    all_.phase.include(phase);
+    if (decides(field_resistivity)) {
+      deciding_.resistivity.include(resistivity);
+      shifted_.include(static_cast<float>(plotted(resistivity, resistivity_factor)));
+    }
+    if (decides(field_phase)) {
+      deciding_.phase.include(phase);
+    }
+  }
+}
+
+CurveExtents AxisExtents::extents() const {
+  const auto of = [](const Extent& deciding, const Extent& all) { return deciding.empty() ? all : deciding; };
+  return {of(deciding_.frequency, all_.frequency), of(deciding_.resistivity, all_.resistivity),
+          of(deciding_.phase, all_.phase)};
+}
+
 bool has_deviations(const Module_database::StoredReading& reading) {
   return reading.ID != 0 && reading.FileID < 0;
 }
@@ -115,7 +137,7 @@ bool has_deviations(const Module_database::StoredReading& reading) {
 void set_frequency_axes(GraphPair& plot, const Extent& frequency) {
   graph::AxisLimits limits;
   limits.type = graph::AxisType::logarithmic;
-  limits.cutoff = lowest_shown_frequency;
+  limits.cutoff = start_without_frequencies;
   if (!frequency.empty()) {
     limits.minimum = 0.9 * double{frequency.minimum};
     limits.maximum = 1.1 * double{frequency.maximum} + 1.0;
@@ -124,17 +146,23 @@ void set_frequency_axes(GraphPair& plot, const Extent& frequency) {
   plot.phase.x = limits;
 }
 
-void set_value_axes(GraphPair& plot, const CurveExtents& extents, const Margins& margins) {
+void set_value_axes(GraphPair& plot, const CurveExtents& extents, const Margins& margins,
+                    const Extent& shifted) {
   graph::AxisLimits& limits = plot.resistivity.y;
   limits = resistivity_limits(extents.resistivity, margins.resistivity);
-  if (const Extent drawn = extent_of(plot.resistivity); !drawn.empty() && !extents.resistivity.empty()) {
-    const graph::AxisLimits needed = resistivity_limits(drawn, margins.resistivity);
-    limits.minimum = drawn.minimum < extents.resistivity.minimum ? std::min(limits.minimum, needed.minimum)
-                                                                 : limits.minimum;
-    limits.maximum = drawn.maximum > extents.resistivity.maximum ? std::max(limits.maximum, needed.maximum)
-                                                                 : limits.maximum;
+  if (!shifted.empty() && !extents.resistivity.empty()) {
+    const graph::AxisLimits needed = resistivity_limits(shifted, margins.resistivity);
+    limits.minimum = shifted.minimum < extents.resistivity.minimum ? std::min(limits.minimum, needed.minimum)
+                                                                   : limits.minimum;
+    limits.maximum = shifted.maximum > extents.resistivity.maximum ? std::max(limits.maximum, needed.maximum)
+                                                                   : limits.maximum;
   }
   plot.phase.y = phase_limits(extents.phase, margins.phase);
+}
+
+void mark_points_beyond(GraphPair& plot) {
+  plot.resistivity.mark_points_beyond = true;
+  plot.phase.mark_points_beyond = true;
 }
 
 }  // namespace Module_display_data

@@ -17,6 +17,7 @@ struct PanePlot {
   std::vector<graph::SeriesStyle> series_styles;
   graph::AxisLimits x;
   graph::AxisLimits y;
+  bool mark_points_beyond = false;  // points beyond the limits of y are marked at the edge
 };
 
 struct GraphPair {
@@ -39,6 +40,22 @@ struct Visibility {
   bool use_phase = true;
 };
 
+/// What decides the limits of the axes: curves that are used, and of these what isn't hidden. A reading that
+/// was taken out is still drawn, in grey, but one of its outliers would flatten the curves that count.
+class AxisExtents {
+ public:
+  void include(const Module_database::Curve& curve, const Visibility& visibility, double resistivity_factor);
+  /// Along the axes; of all curves where none decides. Frequencies above 0 only.
+  [[nodiscard]] Module_averaged_data::CurveExtents extents() const;
+  /// Of the deciding resistivities with their factors.
+  [[nodiscard]] const Module_averaged_data::Extent& shifted() const { return shifted_; }
+
+ private:
+  Module_averaged_data::CurveExtents deciding_;
+  Module_averaged_data::CurveExtents all_;
+  Module_averaged_data::Extent shifted_;
+};
+
 enum class ErrorBars { none, deviations };  // deviations: one standard deviation, from the curve
 
 /// Whether a reading's curve carries standard deviations: an average or a merged curve that was computed
@@ -56,11 +73,17 @@ void add_curve(GraphPair& plot, const Module_database::Curve& curve,
                double resistivity_factor, ErrorBars error_bars);
 
 /// The frequency axes of both panes.
+/// @param frequency Hz, above 0
 void set_frequency_axes(GraphPair& plot, const Module_averaged_data::Extent& frequency);
 
 /// The limits of resistivity on a logarithmic axis, and of phase on a linear one. Without data the limits
-/// stay unset. Where factors carry plotted resistivities beyond the limits, these are widened.
+/// stay unset.
+/// @param shifted  resistivities with their factors: where they lie beyond the limits, these are widened.
+///                 Empty: the limits are those of `extents`
 void set_value_axes(GraphPair& plot, const Module_averaged_data::CurveExtents& extents,
-                    const Margins& margins);
+                    const Margins& margins, const Module_averaged_data::Extent& shifted = {});
+
+/// Points beyond the limits of the value axes are marked at the edges.
+void mark_points_beyond(GraphPair& plot);
 
 }  // namespace Module_display_data

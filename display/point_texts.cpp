@@ -113,7 +113,8 @@ std::string profile_point_text(std::size_t frequency_index, std::size_t column, 
   const bool resistivity = component == Component::resistivity;
   const float value =
       resistivity ? at.ResOffset * at.resistivity[frequency_index] : at.phase[frequency_index];
-  const bool off = at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
+  const bool off = !at.UseReading || !(resistivity ? at.UseResistivity : at.UsePhase) ||
+                   at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
   return "Station " + plain_text(at.station) + ": " + frequency_text(data.frequencies[frequency_index]) +
          " Hz, " + value_text(value, component) + (off ? ", masked" : "");
 }

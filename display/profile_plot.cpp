@@ -6,6 +6,8 @@
 
 namespace Module_display_data {
 
+using Module_averaged_data::CurveExtents;
+using Module_averaged_data::Extent;
 using Module_averaged_data::ProfileColumn;
 using Module_averaged_data::ProfileDataSet;
 
@@ -22,14 +24,55 @@ void add_frequency(GraphPair& plot, const ProfileDataSet& data, std::size_t i) {
       if (selected && !is_absent(double{value})) {
         pane.table.series[i].y[j] = factor * double{value};
       }
-      pane.point_styles[i][j] = mask == 1 ? used_style : graph::masked_point;
+      const int style = column.UseReading ? used_style : graph::unused_point;
+      pane.point_styles[i][j] = mask == 1 ? style : graph::masked_point;
     };
     fill(plot.resistivity, column.resistivity[i], double{column.ResOffset}, column.mask[i][0]);
     fill(plot.phase, column.phase[i], 1.0, column.mask[i][1]);
   }
 }
 
+/// What a column adds to the extents, with a factor on its resistivities.
+void include(const ProfileColumn& column, bool hide_masked, float factor, CurveExtents& extents) {
+  for (std::size_t i = 0; i < column.resistivity.size(); ++i) {
+    if (!is_absent(double{column.resistivity[i]}) &&
+        (!hide_masked || (column.UseResistivity && column.mask[i][0] == 1))) {
+      extents.resistivity.include(factor * column.resistivity[i]);
+    }
+    if (!hide_masked || (column.UsePhase && column.mask[i][1] == 1)) {
+      extents.phase.include(column.phase[i]);
+    }
+  }
+}
+
+Extent shifted_resistivities(const ProfileDataSet& data) {
+  CurveExtents shifted;
+  for (const ProfileColumn& column : data.columns) {
+    if (column.UseReading) {
+      include(column, false, column.ResOffset, shifted);
+    }
+  }
+  return shifted.resistivity;
+}
+
 }  // namespace
+
+CurveExtents line_extents(bool hide_masked) {
+  const ProfileDataSet& data = Module_averaged_data::data_sets().profile;
+  CurveExtents extents;
+  for (const ProfileColumn& column : data.columns) {
+    if (column.UseReading) {
+      include(column, hide_masked, 1.0F, extents);
+    }
+  }
+  if (extents.resistivity.empty()) {
+    extents.resistivity = data.extents.resistivity;
+  }
+  if (extents.phase.empty()) {
+    extents.phase = data.extents.phase;
+  }
+  return extents;
+}
 
 GraphPair profile_plot() {
   const ProfileDataSet& data = Module_averaged_data::data_sets().profile;
@@ -44,7 +87,8 @@ GraphPair profile_plot() {
   plot.resistivity.x.minimum = data.columns.front().station - margin;
   plot.resistivity.x.maximum = data.columns.back().station + margin;
   plot.phase.x = plot.resistivity.x;
-  set_value_axes(plot, data.extents, {0.2, 0.1});
+  set_value_axes(plot, line_extents(false), {0.2, 0.1}, shifted_resistivities(data));
+  mark_points_beyond(plot);
   return plot;
 }
 

@@ -6,7 +6,13 @@ namespace Module_display_data {
 
 /// The profile data set as graphs: series i is frequency i of the data set, point j its column j. Resistivity
 /// is multiplied by each station's static factor. Masked points and readings always show, whatever is hidden
-/// elsewhere: a gap along the line would look like a station without data. Empty without data.
+/// elsewhere: a gap along the line would look like a station without data. Readings that were taken out are
+/// grey. Empty without data.
 GraphPair profile_plot();
+
+/// The resistivities, without static factors, and phases of the line that decide the limits of axes: of the
+/// merged curves that are used, or of all where none is.
+/// @param hide_masked  masked points and components that are switched off don't decide either
+Module_averaged_data::CurveExtents line_extents(bool hide_masked);
 
 }  // namespace Module_display_data

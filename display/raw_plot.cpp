@@ -3,6 +3,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "display/plot_colours.h"
+#include "display/profile_plot.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
@@ -11,16 +12,21 @@ using Module_averaged_data::RepeatSlot;
 
 GraphPair raw_plot(bool fixed_scale) {
   constexpr Margins margins{0.05, 0.05};
+  constexpr double as_measured = 1.0;
   const auto& data = Module_averaged_data::data_sets().repeats;
   GraphPair plot;
+  AxisExtents axes;
   for (std::size_t k = 0; k < data.slots.size(); ++k) {
     const RepeatSlot& slot = data.slots[k];
     const Visibility visibility{session().hide_masked_data, slot.reading.UseReading,
                                 slot.reading.UseResistivity, slot.reading.UsePhase};
-    add_curve(plot, slot.reading.curve, slot.list_position, visibility, 1.0,
+    axes.include(slot.reading.curve, visibility, as_measured);
+    add_curve(plot, slot.reading.curve, slot.list_position, visibility, as_measured,
               k == 0 && has_deviations(slot.reading) ? ErrorBars::deviations : ErrorBars::none);
     graph::SeriesStyle style;
-    if (k > 0) {
+    if (!slot.reading.UseReading) {
+      style.colour = graph::unused_colour;
+    } else if (k > 0) {
       style.colour = repeat_colour(static_cast<int>(k));
     } else if (data.repeat_count > 1) {
       style.colour = black;
@@ -29,9 +35,9 @@ GraphPair raw_plot(bool fixed_scale) {
     plot.resistivity.series_styles.back() = style;
     plot.phase.series_styles.back() = style;
   }
-  set_frequency_axes(plot, data.extents.frequency);
-  set_value_axes(plot, fixed_scale ? Module_averaged_data::data_sets().profile.extents : data.extents,
-                 margins);
+  set_frequency_axes(plot, axes.extents().frequency);
+  set_value_axes(plot, fixed_scale ? line_extents(session().hide_masked_data) : axes.extents(), margins);
+  mark_points_beyond(plot);
   return plot;
 }
 

@@ -168,21 +168,30 @@ Redisplay reselect() {
   return redisplay;
 }
 
-/// The station's line, with its profile. @return true if the line is another one than before
-bool enter_line(std::int32_t station_index, Redisplay& redisplay) {
+/// Whether the profile that is loaded is that of the selected line, type, component and dipole length.
+bool profile_is_selected() {
+  const Module_database::ReadingKey selected = averaged::selected_key();
+  Module_database::ReadingKey loaded = averaged::data_sets().profile.key;
+  loaded.station = selected.station;  // a profile has none of its own
+  return averaged::same_station(loaded, selected);
+}
+
+/// The station's line, with its profile if that isn't loaded.
+void enter_line(std::int32_t station_index, Redisplay& redisplay) {
   SessionState& state = session();
   const auto line = static_cast<std::size_t>(state.current_line_index);
   state.stations_in_line = state.first_station_of_line[line] - state.first_station_of_line[line - 1];
   const std::string& name = state.station_line[static_cast<std::size_t>(station_index) - 1];
-  if (name == state.current_line) {
-    return false;
-  }
+  redisplay.close_rhoplus_results = !state.current_line.empty() && name != state.current_line;
+  const bool same_line = name == state.current_line;
   state.current_line = name;
+  if (same_line && profile_is_selected()) {
+    return;
+  }
   state.current_station = no_current_station;
   state.repeat_count = 0;
   redisplay.failed = averaged::load_selected_profile() != 0;
   redisplay.draw_profile = true;
-  return true;
 }
 
 void find_profile_column(std::int32_t station_index) {
@@ -234,7 +243,7 @@ Redisplay display_station(std::int32_t station_index, const NeighbourOptions& ne
   state.current_station_index = station_index;
   state.current_line_index = state.line_of_station[at];
   redisplay.show_line = true;
-  (void)enter_line(station_index, redisplay);
+  enter_line(station_index, redisplay);
   find_profile_column(station_index);
   if (averaged::data_sets().profile.columns.empty()) {
     show_nothing(redisplay);
@@ -304,7 +313,7 @@ Redisplay choose_scan_rate(const std::string& scan_rate_text) {
   session().current_scan_rate =
       listed == rates.end() ? numeric_value(scan_rate_text) : decimal_of_single(*listed);
   Redisplay redisplay;
-  redisplay.failed = averaged::load_selected_repeats() != 0;
+  redisplay.failed = averaged::load_repeats_of_shown_station() != 0;
   redisplay.draw_raw = true;
   return redisplay;
 }
@@ -368,6 +377,41 @@ std::int32_t first_station_of_current_line() {
     return -1;
   }
   return state.first_station_of_line[static_cast<std::size_t>(state.current_line_index) - 1];
+}
+
+Redisplay readings_changed() {
+  const std::int32_t displayed = session().current_station_index;
+  if (displayed < 1) {
+    return {};
+  }
+  Redisplay redisplay = reselect();
+  redisplay.close_rhoplus_results = false;
+  redisplay.station_to_display = displayed;
+  return redisplay;
+}
+
+DisplayedStation::DisplayedStation()
+    : data_sets_(averaged::data_sets()),
+      station_index_(session().current_station_index),
+      profile_column_(session().current_profile_column),
+      line_index_(session().current_line_index),
+      stations_in_line_(session().stations_in_line),
+      repeat_count_(session().repeat_count),
+      line_(session().current_line),
+      station_(session().current_station),
+      scan_rate_(session().current_scan_rate) {}
+
+void DisplayedStation::put_back() const {
+  averaged::data_sets() = data_sets_;
+  SessionState& state = session();
+  state.current_station_index = station_index_;
+  state.current_profile_column = profile_column_;
+  state.current_line_index = line_index_;
+  state.stations_in_line = stations_in_line_;
+  state.repeat_count = repeat_count_;
+  state.current_line = line_;
+  state.current_station = station_;
+  state.current_scan_rate = scan_rate_;
 }
 
 std::int32_t place_in_line() {

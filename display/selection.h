@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "reduction/data_sets/station_data_set.h"
+#include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
@@ -59,7 +59,8 @@ struct Redisplay {
 [[nodiscard]] Redisplay choose_data_type(const std::string& data_type);
 /// Has effect whatever updating_controls says, as its test for change is enough.
 [[nodiscard]] Redisplay choose_reference_type(std::int32_t reference_type);
-/// Loads nothing: the next display of a station takes the dipole length into account.
+/// Loads nothing: the next display of a station takes the dipole length into account, profile and all. Until
+/// then what is shown is edited.
 [[nodiscard]] Redisplay choose_dipole(float dipole);
 /// Has effect whatever updating_controls says. A text that is not a number is ignored.
 [[nodiscard]] Redisplay choose_scan_rate(const std::string& scan_rate_text);
@@ -78,5 +79,30 @@ std::int32_t first_station_of_current_line();
 
 /// The place of the current station in its line, from 1; 0 if none is selected.
 std::int32_t place_in_line();
+
+/// The readings have been computed again; stations and lists are as before: the same station is to be
+/// displayed with everything loaded anew.
+[[nodiscard]] Redisplay readings_changed();
+
+/// The displayed station with all that is loaded for it. Work that loads stations for itself keeps it and
+/// puts it back, so that graphs drawn before go on showing what a click edits. Line and stations of the
+/// survey have to stay the same meanwhile.
+class DisplayedStation {
+ public:
+  /// Keeps what is displayed now.
+  DisplayedStation();
+  void put_back() const;
+
+ private:
+  Module_averaged_data::DataSets data_sets_;
+  std::int32_t station_index_;
+  std::int32_t profile_column_;
+  std::int32_t line_index_;
+  std::int32_t stations_in_line_;
+  std::int32_t repeat_count_;
+  std::string line_;
+  double station_;
+  double scan_rate_;
+};
 
 }  // namespace Module_display_data

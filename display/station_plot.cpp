@@ -6,6 +6,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "display/plot_colours.h"
+#include "display/profile_plot.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
@@ -25,6 +26,10 @@ int neighbour_style(const StationSlot& neighbour, const StationSlot& own) {
 
 graph::SeriesStyle style_of(const StationSlot& slot, std::size_t series) {
   graph::SeriesStyle style;
+  if (!slot.reading.UseReading) {
+    style.colour = graph::unused_colour;
+    return style;
+  }
   switch (slot.kind) {
     case StationSlotKind::merged:
       style.colour = black;
@@ -55,7 +60,8 @@ ErrorBars error_bars_of(const StationSlot& slot) {
 
 void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot& own) {
   if (slot.kind == StationSlotKind::neighbour) {
-    std::ranges::fill(pane.point_styles.back(), neighbour_style(slot, own));
+    std::ranges::fill(pane.point_styles.back(),
+                      slot.reading.UseReading ? neighbour_style(slot, own) : graph::unused_point);
   }
 }
 
@@ -64,23 +70,26 @@ void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot
 GraphPair station_plot(bool fixed_scale) {
   const auto& data = Module_averaged_data::data_sets().station;
   GraphPair plot;
+  AxisExtents axes;
   const double factor = data.slots.empty() ? 1.0 : double{data.slots.front().reading.ResOffset};
   for (std::size_t k = 0; k < data.slots.size(); ++k) {
     const StationSlot& slot = data.slots[k];
     const Visibility visibility{session().hide_masked_data, slot.reading.UseReading,
                                 slot.reading.UseResistivity, slot.reading.UsePhase};
+    axes.include(slot.reading.curve, visibility, factor);
     add_curve(plot, slot.reading.curve, slot.list_position, visibility, factor, error_bars_of(slot));
     for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
       pane->series_styles.back() = style_of(slot, k);
       colour_neighbour(*pane, slot, data.slots.front());
     }
   }
-  set_frequency_axes(plot, data.extents.frequency);
+  set_frequency_axes(plot, axes.extents().frequency);
   if (fixed_scale) {
-    set_value_axes(plot, Module_averaged_data::data_sets().profile.extents, {0.2, 0.05});
+    set_value_axes(plot, line_extents(session().hide_masked_data), {0.2, 0.05});
   } else {
-    set_value_axes(plot, data.extents, {0.2, 0.1});
+    set_value_axes(plot, axes.extents(), {0.2, 0.1}, axes.shifted());
   }
+  mark_points_beyond(plot);
   return plot;
 }
 

@@ -28,14 +28,15 @@ constexpr graph::Colour basement_colour{200, 60, 0};
 constexpr double stem_width = 3.0;
 constexpr double side_room = 1.5;  // factor on the depths at the sides
 
-void fill_observed(PanePlot& pane, const StationInversion& inversion, int field) {
+void fill_observed(PanePlot& pane, const StationInversion& inversion, const Frequencies& frequencies,
+                   int field) {
   const Curve& curve = inversion.merged.curve;
   const bool is_phase = field == Module_database::field_phase;
   graph::PlotSeries& series = pane.table.series[series_observed];
   series.error.assign(curve.count(), graph::null_value);
   for (std::size_t i = 0; i < curve.count(); ++i) {
-    if (!(curve.frequencies[i] > 0.0F)) {
-      continue;  // it has no place on the axis
+    if (frequencies.enabled_position(curve.frequencies[i]) < 0) {
+      continue;
     }
     series.x[i] = double{curve.frequencies[i]};
     if (curve.point_counts(field, i)) {
@@ -67,11 +68,17 @@ Extent extent_of(const std::vector<double>& values) {
   return extent;
 }
 
+Extent positive_extent_of(std::vector<double> values) {
+  std::erase_if(values, [](double value) { return !(value > 0.0); });
+  return extent_of(values);
+}
+
 void set_axes(GraphPair& plot) {
   Module_averaged_data::CurveExtents extents;
   extents.resistivity = extent_of(plot.resistivity.table.series[series_observed].y);
   extents.phase = extent_of(plot.phase.table.series[series_observed].y);
-  Module_display_data::set_frequency_axes(plot, extent_of(plot.phase.table.series[series_observed].x));
+  Module_display_data::set_frequency_axes(plot,
+                                          positive_extent_of(plot.phase.table.series[series_observed].x));
   Module_display_data::set_value_axes(plot, extents, {0.2, 0.1});
 }
 
@@ -99,15 +106,15 @@ bool is_basement(const RhoplusLayer& layer) {
 
 }  // namespace
 
-GraphPair fit_plot(const StationInversion& inversion) {
+GraphPair fit_plot(const StationInversion& inversion, const Frequencies& frequencies) {
   GraphPair plot;
   if (inversion.merged.ID == 0) {
     return plot;
   }
   Module_display_data::add_series(plot, inversion.merged.curve.count());
   Module_display_data::add_series(plot, inversion.tables.data.size());
-  fill_observed(plot.resistivity, inversion, Module_database::field_resistivity);
-  fill_observed(plot.phase, inversion, Module_database::field_phase);
+  fill_observed(plot.resistivity, inversion, frequencies, Module_database::field_resistivity);
+  fill_observed(plot.phase, inversion, frequencies, Module_database::field_phase);
   fill_model(plot.resistivity, inversion.tables.data, false);
   fill_model(plot.phase, inversion.tables.data, true);
   // Wide series are drawn on top: the model must not hide the data.

@@ -2,6 +2,7 @@
 #pragma once
 #include <string>
 
+#include "core/frequencies.h"
 #include "display/pane_plot.h"
 #include "reduction/edits/masks.h"
 #include "rhoplus/station_inversion.h"
@@ -11,8 +12,10 @@ namespace Module_rhoplus {
 enum FitSeries : std::size_t { series_observed, series_model };
 
 /// The unmasked data of the merged curve as points, with the errors that the inversion used where it used
-/// them, and the response of the model as a line. Empty without a merged curve.
-Module_display_data::GraphPair fit_plot(const StationInversion& inversion);
+/// them, and the response of the model as a line. Frequencies that are switched off are left out, as in all
+/// graphs. Empty without a merged curve.
+/// @param frequencies of the curve's reference type
+Module_display_data::GraphPair fit_plot(const StationInversion& inversion, const Frequencies& frequencies);
 
 /// "Observed: 12.5000 Hz, 103.27 ohm-m +- 4.13"
 std::string fit_point_text(const Module_display_data::GraphPair& plot, std::size_t series, std::size_t point,

@@ -24,6 +24,7 @@
 #include <utility>
 
 #include "app/Form_main.h"
+#include "app/survey_display.h"
 #include "core/file_names.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
@@ -349,12 +350,18 @@ class WindowVisit : public QObject {
 void visit_windows(Form_main& window, const WindowVisitor& visitor) {
   decode_names_of_samples(window.import_decode());
   window.show();
+  auto& display = *window.findChild<SurveyDisplay*>();
+  const SurveyDisplay::Kept kept = display.keep();
   WindowVisit visit(window, visitor);
   for (const WindowPicture& picture : pictures) {
     if (picture.possible()) {
       visit.show(picture);
     }
   }
+  if (control<QWidget>(window, "Frame_store").isVisible()) {
+    press(window, "Command_done_output");
+  }
+  display.put_back(kept);
 }
 
 int save_window_pictures(Form_main& window, const QString& folder) {

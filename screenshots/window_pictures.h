@@ -10,9 +10,9 @@ class QWidget;
 using WindowVisitor = std::function<void(const QString& name, QWidget& window)>;
 
 /// Brings each window up on the open survey as its menu item does, hands it to the visitor and closes it
-/// again. Nothing is stored in the survey. The folder of the survey, or one below it, should hold field files
-/// to choose from, and a run of a two-dimensional inversion with a file of elevations ("*.xyz") in its
-/// folder; without a run the windows that need one are skipped.
+/// again. Nothing is stored in the survey, and the main window shows what it showed before. The folder of the
+/// survey, or one below it, should hold field files to choose from, and a run of a two-dimensional inversion
+/// with a file of elevations ("*.xyz") in its folder; without a run the windows that need one are skipped.
 void visit_windows(Form_main& window, const WindowVisitor& visitor);
 
 /// Writes a picture of each window into a folder, which is created if it is missing.

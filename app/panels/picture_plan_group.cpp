@@ -16,6 +16,7 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "display/plan_view.h"
+#include "platform/widgets/horizontal_bar.h"
 #include "platform/widgets/panel_controls.h"
 
 using namespace Module_display_data;
@@ -23,8 +24,8 @@ using namespace Module_display_data;
 namespace {
 
 /// A bar that goes back to its middle after each move.
-QScrollBar* make_spring(Qt::Orientation orientation, const QString& name, const QString& spoken_name) {
-  auto* const bar = named(new QScrollBar(orientation), name);
+QScrollBar* make_spring(QScrollBar* bar, const QString& name, const QString& spoken_name) {
+  bar->setObjectName(name);
   bar->setRange(-10, 10);
   bar->setPageStep(5);
   bar->setTracking(false);  // a drag moves once, when the bar is let go
@@ -40,8 +41,8 @@ PlanPanel::PlanPanel(QWidget* parent)
     : QWidget(parent),
       Picture_raw_data_(named(new RawPanel, "Picture_raw_data")),
       Picture_site_map_(named(new SiteMap, "Picture_site_map")),
-      HScroll_x_centre_(make_spring(Qt::Horizontal, "HScroll_x_centre", "Plan to the left or right")),
-      VScroll_y_centre_(make_spring(Qt::Vertical, "VScroll_y_centre", "Plan up or down")),
+      HScroll_x_centre_(make_spring(new HorizontalBar, "HScroll_x_centre", "Plan to the left or right")),
+      VScroll_y_centre_(make_spring(new QScrollBar(Qt::Vertical), "VScroll_y_centre", "Plan up or down")),
       VScroll_scale_(named(new QScrollBar(Qt::Vertical), "VScroll_scale")),
       Combo_coords_(make_list("Combo_coords")),
       Command_show_raw_data_(named(new QPushButton("Show Ra&w Data"), "Command_show_raw_data")),
@@ -166,6 +167,8 @@ void PlanPanel::show_coordinates() {
 }
 
 void PlanPanel::show_raw_data(bool shown) { stack_->setCurrentIndex(shown ? 1 : 0); }
+
+bool PlanPanel::shows_raw_data() const { return stack_->currentIndex() == 1; }
 
 void PlanPanel::show_status(const QString& what, const QString& x, const QString& y) {
   Status_site_map_[0]->setText(what);

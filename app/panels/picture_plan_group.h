@@ -23,6 +23,7 @@ class PlanPanel : public QWidget {
   void draw_plan();
   void show_coordinates();  // of the session
   void show_raw_data(bool shown);
+  [[nodiscard]] bool shows_raw_data() const;
   /// The three parts of Status_site_map.
   void show_status(const QString& what, const QString& x, const QString& y);
   void show_status(const QString& what);

@@ -143,3 +143,5 @@ void RawPanel::show_average_switches() {
 }
 
 void RawPanel::show_series(const std::string& label) { Label_raw_graph_->setText(qt_text(label)); }
+
+std::string RawPanel::series() const { return Label_raw_graph_->text().toStdString(); }

@@ -23,6 +23,7 @@ class RawPanel : public QWidget {
   /// Draws the repeat data set. @return false if it is empty, and there is nothing to show
   bool display_raw_data(bool fixed_scale);
   void show_series(const std::string& label);
+  [[nodiscard]] std::string series() const;
   void clear() { graphs_->clear(); }
   void reset_zoom() { graphs_->reset_zoom(); }
   [[nodiscard]] GraphPairWidget& graphs() { return *graphs_; }

@@ -146,6 +146,8 @@ void StationPanel::show_merged_switches() {
 
 void StationPanel::show_series(const std::string& label) { Label_station_graph_->setText(qt_text(label)); }
 
+std::string StationPanel::series() const { return Label_station_graph_->text().toStdString(); }
+
 void StationPanel::clear() {
   graphs_->clear();
   Label_station_->clear();

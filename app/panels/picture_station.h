@@ -26,6 +26,7 @@ class StationPanel : public QWidget {
   /// Shows the switches and the static factor of the station's merged curve.
   void show_merged_switches();
   void show_series(const std::string& label);
+  [[nodiscard]] std::string series() const;
   void clear();
   void reset_zoom() { graphs_->reset_zoom(); }
   [[nodiscard]] GraphPairWidget& graphs() { return *graphs_; }

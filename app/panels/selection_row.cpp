@@ -5,7 +5,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -13,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "platform/widgets/horizontal_bar.h"
 #include "platform/widgets/panel_controls.h"
 
 using namespace Module_display_data;
@@ -21,16 +21,13 @@ namespace {
 
 /// The bar through the stations of a line. It is disabled during a step. QScrollBar would then stop repeating
 /// while its arrow is held down, which is how users walk along the line.
-class StationBar final : public QScrollBar {
- public:
-  StationBar() : QScrollBar(Qt::Horizontal) {}
-
+class StationBar final : public HorizontalBar {
  protected:
   void changeEvent(QEvent* event) override {
     if (event->type() == QEvent::EnabledChange) {
       QWidget::changeEvent(event);  // NOLINT(bugprone-parent-virtual-call): past the slider's own
     } else {
-      QScrollBar::changeEvent(event);
+      HorizontalBar::changeEvent(event);
     }
   }
 };
@@ -175,6 +172,14 @@ void SelectionRow::show_read_out(const PointClick& click) {
   Text_event_->setText(qt_text(click.event_text));
   Text_file_->setText(qt_text(click.file_text));
   Text_file_->setCursorPosition(0);
+}
+
+PointClick SelectionRow::read_out() const {
+  PointClick shown;
+  shown.frequency_text = frequency_text();
+  shown.event_text = Text_event_->text().toStdString();
+  shown.file_text = Text_file_->text().toStdString();
+  return shown;
 }
 
 std::string SelectionRow::frequency_text() const { return Text_frequency_->text().toStdString(); }

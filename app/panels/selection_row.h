@@ -24,6 +24,8 @@ class SelectionRow : public QWidget {
   void show_station();
   /// Frequency, event and file of a clicked point.
   void show_read_out(const Module_display_data::PointClick& click);
+  /// Those three as they are shown.
+  [[nodiscard]] Module_display_data::PointClick read_out() const;
   /// Hz, of the point clicked last; may have been typed over.
   [[nodiscard]] std::string frequency_text() const;
   [[nodiscard]] bool fixed_scale() const;

@@ -18,6 +18,7 @@ void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
   graph.set_xaxismax(static_cast<float>(plot.x.maximum));
   graph.set_yaxismin(static_cast<float>(plot.y.minimum));
   graph.set_yaxismax(static_cast<float>(plot.y.maximum));
+  graph.set_points_beyond_marked(plot.mark_points_beyond);
   graph.set_graph_data(std::move(plot.table));
   graph.set_graph_styles(std::move(plot.point_styles));
   for (std::size_t series = 0; series < plot.series_styles.size(); ++series) {
@@ -104,6 +105,14 @@ void GraphPairWidget::mark_x(std::optional<double> x) {
 void GraphPairWidget::reset_zoom() {
   for (VexGraphControl* const graph : graphs_) {
     graph->reset_zoom();
+  }
+}
+
+GraphPairWidget::Views GraphPairWidget::views() const { return {graphs_[0]->view(), graphs_[1]->view()}; }
+
+void GraphPairWidget::set_views(const Views& views) {
+  for (std::size_t index = 0; index < graphs_.size(); ++index) {
+    graphs_[index]->set_view(views[index]);
   }
 }
 

@@ -31,6 +31,10 @@ class GraphPairWidget : public QWidget {
   /// Moves the blue line and draws each graph once.
   void mark_x(std::optional<double> x);
   void reset_zoom();
+  /// What is in view of both graphs, to be shown again later, and from the next drawing.
+  using Views = std::array<VexGraphControl::View, 2>;
+  [[nodiscard]] Views views() const;
+  void set_views(const Views& views);
   void set_point_text(const PointText& text);
   /// Draws both graphs in a part of a page.
   void place_on(graph::PdfPages& pages, const QRectF& part);

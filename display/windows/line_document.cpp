@@ -83,15 +83,13 @@ void add_station(graph::PdfPages& pages) {
 }  // namespace
 
 Outcome write_line_document(const std::string& path) {
-  const std::int32_t selected = session().current_station_index;
-  const std::string scan_rate = plain_text(session().current_scan_rate);
-  const ScopeGuard reselect([&] {
-    static_cast<void>(display_station(selected, {}));
-    static_cast<void>(choose_scan_rate(scan_rate));
-  });
+  const DisplayedStation displayed;
+  const ScopeGuard put_back([&] { displayed.put_back(); });
   Outcome outcome = Outcome::failed;
   const int status = trap_errors("An error occurred while writing the graphs: ", [&] {
     const BusyPointer busy;
+    // Loads what is selected: neighbours may be shown, and the dipole length may be a new one.
+    require(display_station(readings_changed().station_to_display, {}));
     graph::PdfPages pages(text_of(path), text_of(selection_text()));
     add_profile(pages);
     const std::int32_t first = first_station_of_current_line();

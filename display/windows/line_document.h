@@ -7,8 +7,8 @@
 namespace Module_display_data {
 
 /// Writes the current line: a page with the profile, then a page for each station with its merged curve and
-/// averages beside the repeats of each scan rate. Needs a station to be selected; the same one is selected
-/// again afterwards, so the data sets are loaded again. Shows progress, and can be stopped between stations;
+/// averages beside the repeats of each scan rate. Needs a station to be selected; data sets and selection are
+/// the same afterwards. Shows progress, and can be stopped between stations;
 /// an earlier file is then as before.
 /// @return failed after a message
 [[nodiscard]] Module_averaged_data::Outcome write_line_document(const std::string& path);

@@ -131,6 +131,11 @@ void VexGraphControl::reset_zoom() {
   y_view_.reset();
 }
 
+void VexGraphControl::set_view(const View& view) {
+  x_view_ = view.x;
+  y_view_ = view.y;
+}
+
 void VexGraphControl::share_x_zoom(VexGraphControl& other) {
   connect(this, &VexGraphControl::x_view_changed, &other, &VexGraphControl::follow_x_view);
   connect(&other, &VexGraphControl::x_view_changed, this, &VexGraphControl::follow_x_view);
@@ -138,8 +143,9 @@ void VexGraphControl::share_x_zoom(VexGraphControl& other) {
 
 std::optional<QPointF> VexGraphControl::point_position(int series, int point) const {
   const graph::PointIndex at{series, point};
-  return content_.exists(at) ? graph::point_position(content_, at, *plot_->xAxis, *plot_->yAxis)
-                             : std::nullopt;
+  const std::optional<QPointF> position =
+      content_.exists(at) ? graph::point_position(content_, at, *plot_->xAxis, *plot_->yAxis) : std::nullopt;
+  return position ? std::optional(graph::marker_place(content_, *position, *plot_->yAxis).at) : std::nullopt;
 }
 
 QRect VexGraphControl::plot_area() const { return plot_->axisRect()->rect(); }
@@ -163,10 +169,7 @@ std::unique_ptr<QMenu> VexGraphControl::make_context_menu() {
   menu->addAction(tr("Save as &PNG..."), this, [this] { graph::ask_and_save_png(*plot_); });
   menu->addAction(tr("Save as P&DF..."), this, [this] { graph::ask_and_save_pdf(*plot_); });
   menu->addSeparator();
-  QAction* reset = menu->addAction(tr("&Reset zoom"), this, [this] {
-    reset_zoom();
-    view_changed();
-  });
+  QAction* reset = menu->addAction(tr("&Reset zoom"), this, &VexGraphControl::show_everything);
   reset->setEnabled(zoomed());
   if (content_.has_errors()) {
     QAction* bars = menu->addAction(tr("&Error bars"));
@@ -216,7 +219,7 @@ void VexGraphControl::connect_gestures() {
   using graph::MouseGestures;
   gestures_ = new MouseGestures(*this);
   connect(gestures_, &MouseGestures::clicked, this, &VexGraphControl::select_at);
-  connect(gestures_, &MouseGestures::double_clicked, this, &VexGraphControl::click_again_at);
+  connect(gestures_, &MouseGestures::double_clicked, this, &VexGraphControl::show_everything);
   connect(gestures_, &MouseGestures::hovered, this, &VexGraphControl::hover_at);
   connect(gestures_, &MouseGestures::left, this, &VexGraphControl::leave);
   connect(gestures_, &MouseGestures::band_dragged, this, &VexGraphControl::show_band);
@@ -230,17 +233,13 @@ void VexGraphControl::connect_gestures() {
 }
 
 void VexGraphControl::select_at(QPointF at) {
-  last_clicked_ = point_at(at);
-  if (last_clicked_) {
-    Q_EMIT point_selected(last_clicked_->series, last_clicked_->point);
+  if (const std::optional<graph::PointIndex> point = point_at(at)) {
+    Q_EMIT point_selected(point->series, point->point);
   }
 }
 
-void VexGraphControl::click_again_at(QPointF at) {
-  const std::optional<graph::PointIndex> point = point_at(at);
-  if (point && (!last_clicked_ || point == last_clicked_)) {
-    select_at(at);
-  } else if (!point && !last_clicked_ && zoomed()) {
+void VexGraphControl::show_everything() {
+  if (zoomed()) {
     reset_zoom();
     view_changed();
   }
@@ -380,6 +379,7 @@ void VexGraphControl::apply_view() {
   set_axis_type(*plot_->yAxis, y_limits_.type);
   plot_->xAxis->setRange(x_view_.shown().lower, x_view_.shown().upper);
   plot_->yAxis->setRange(y_view_.shown().lower, y_view_.shown().upper);
+  content_.mark_points_beyond(points_beyond_marked_ && !y_view_.zoomed());
 }
 
 void VexGraphControl::apply_layout() {

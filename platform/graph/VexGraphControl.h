@@ -5,10 +5,8 @@
 //
 // With the mouse: a click on a point selects it at once; a drag zooms to its rectangle (a thin one along its
 // length only) and never selects; the wheel zooms about the pointer, over an axis along that axis only; the
-// middle button drags the plot; a double click where no point is resets the zoom. The second click of a
-// double click counts as a click on the point that the first one selected. If that point is no longer there,
-// for instance because the first click masked it, it does nothing: it neither selects what is behind nor
-// resets the zoom.
+// middle button drags the plot; a double click resets the zoom. Its first press is a click, its second one
+// never selects: where points lie close together a user who wants to see everything again hits one of them.
 #pragma once
 #include <QWidget>
 #include <functional>
@@ -72,8 +70,11 @@ class VexGraphControl final : public QWidget {
   float yaxismax() const { return static_cast<float>(y_limits_.maximum); }
   void set_xaxistype(graph::AxisType type) { x_limits_.type = type; }
   void set_yaxistype(graph::AxisType type) { y_limits_.type = type; }
-  /// The unzoomed logarithmic x axis doesn't start below this; points below it can be zoomed to.
+  /// Where the logarithmic x axis starts with neither a limit nor data above 0.
   void set_xaxiscutoff(float cutoff) { x_limits_.cutoff = static_cast<double>(cutoff); }
+  /// Points beyond the limits of the unzoomed y axis are marked by small triangles at its ends, which take
+  /// clicks as the points do.
+  void set_points_beyond_marked(bool marked) { points_beyond_marked_ = marked; }
   /// A coordinate with this value is no data, beside those at or below graph::null_limit.
   void set_datanull(double value) { content_.set_null(value); }
 
@@ -91,13 +92,20 @@ class VexGraphControl final : public QWidget {
   /// station changes.
   void reset_zoom();
   bool zoomed() const { return x_view_.zoomed() || y_view_.zoomed(); }
+  /// What is in view, to be shown again later, and from the next draw_graph.
+  struct View {
+    graph::AxisView x;
+    graph::AxisView y;
+  };
+  View view() const { return {x_view_, y_view_}; }
+  void set_view(const View& view);
   /// The ranges on show; for tests.
   graph::AxisRange x_range() const { return x_view_.shown(); }
   graph::AxisRange y_range() const { return y_view_.shown(); }
   /// Both charts follow each other's zoom along x.
   void share_x_zoom(VexGraphControl& other);
 
-  /// Place of a point in the widget as last drawn, pixels; nothing if it isn't drawn.
+  /// Place of a point's marker in the widget as last drawn, pixels; nothing if the point isn't drawn.
   std::optional<QPointF> point_position(int series, int point) const;
   QRect plot_area() const;
   /// The part of the widget's height that labels and edges take.
@@ -133,11 +141,11 @@ class VexGraphControl final : public QWidget {
  private:
   void connect_gestures();
   void select_at(QPointF at);
-  void click_again_at(QPointF at);
   void hover_at(QPointF at);
   void leave();
   void show_band(QPointF from, QPointF to);
   void zoom_to_band(QPointF from, QPointF to);
+  void show_everything();
   void pan(QPointF from, QPointF to);
   void turn_wheel(QPointF at, double notches);
   void follow_x_view(bool zoomed, double lower, double upper);
@@ -166,5 +174,5 @@ class VexGraphControl final : public QWidget {
   int draw_count_ = 0;
   bool x_labels_shown_ = true;
   bool error_bars_shown_ = true;
-  std::optional<graph::PointIndex> last_clicked_;
+  bool points_beyond_marked_ = false;
 };

@@ -57,9 +57,8 @@ AxisRange resolve_logarithmic(const AxisLimits& limits, const DataExtent& data) 
     range.lower = limits.minimum;
   } else if (has_data) {
     range.lower = decade_below(data.smallest_positive);
-  }
-  if (limits.cutoff > 0.0 && limits.cutoff < range.upper) {
-    range.lower = std::max(range.lower, limits.cutoff);
+  } else if (limits.cutoff > 0.0 && limits.cutoff < range.upper) {
+    range.lower = limits.cutoff;
   }
   if (!(range.lower < range.upper)) {
     range.lower = decade_below(range.upper);

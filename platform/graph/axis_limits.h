@@ -29,15 +29,16 @@ struct AxisLimits {
   double minimum = unset_limit;
   double maximum = unset_limit;
   AxisType type = AxisType::linear;
-  double cutoff = 0.0;  // a logarithmic axis doesn't start below this; 0: no cut-off
+  double cutoff = 0.0;  // where a logarithmic axis starts with neither limit nor data above 0; 0: nowhere
 };
 
 /// The range shown for the asked limits. It is always finite with lower < upper, and positive on a
 /// logarithmic axis.
 ///
-/// A logarithmic axis whose minimum is not positive starts at the decade below the smallest positive data. A
-/// limit that is unset, not finite or beyond 1e30, and limits that coincide or are the wrong way round, are
-/// replaced by those of the data; without data, 0 to 1 on a linear axis and 0.1 to 1000 on a logarithmic one.
+/// A logarithmic axis whose minimum is not positive starts at the decade below the smallest positive data,
+/// and without any at the cut-off. A limit that is unset, not finite or beyond 1e30, and limits that coincide
+/// or are the wrong way round, are replaced by those of the data; without data, 0 to 1 on a linear axis and
+/// 0.1 to 1000 on a logarithmic one.
 AxisRange resolve_range(const AxisLimits& limits, const DataExtent& data);
 
 }  // namespace graph

@@ -96,6 +96,9 @@ QColor GraphContent::point_colour(int series, int point) const {
   if (style == masked_point) {
     return masked_colour;
   }
+  if (style == unused_point) {
+    return to_qcolor(unused_colour);
+  }
   if (style >= first_palette_style) {
     return palette[static_cast<std::size_t>((style - first_palette_style) % palette_size)];
   }

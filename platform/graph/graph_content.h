@@ -49,6 +49,10 @@ class GraphContent {
   QColor point_colour(int series, int point) const;
   double marker_radius(int series) const;  // device-independent pixels
 
+  /// Whether points beyond the limits of the y axis are marked at its ends.
+  void mark_points_beyond(bool marked) { marks_points_beyond_ = marked; }
+  bool marks_points_beyond() const { return marks_points_beyond_; }
+
   /// Width of the plot area, pixels: markers shrink where points would run into each other.
   void set_plot_width(double width) { plot_width_ = width; }
 
@@ -66,6 +70,7 @@ class GraphContent {
   std::vector<SeriesStyle> series_styles_;
   double null_ = null_value;
   double plot_width_ = 1000.0;
+  bool marks_points_beyond_ = false;
 };
 
 }  // namespace graph

@@ -55,17 +55,23 @@ void PointerMarks::draw(QCPPainter* painter) {
     return;  // an exported chart shows data, not where the pointer stood
   }
   if (point_ && content_.exists(*point_)) {
-    const std::optional<QPointF> at =
+    const std::optional<QPointF> position =
         point_position(content_, *point_, *mParentPlot->xAxis, *mParentPlot->yAxis);
-    if (at) {
+    if (position) {
+      const MarkerPlace place = marker_place(content_, *position, *mParentPlot->yAxis);
       const bool masked = content_.point_style(point_->series, point_->point) == masked_point;
       const QColor colour = content_.point_colour(point_->series, point_->point);
       const double radius = content_.marker_radius(point_->series) + 2.0;
-      draw_marker(*painter, *at, Qt::white, radius + 1.5, false);
-      draw_marker(*painter, *at, masked ? colour.darker(140) : colour, radius, masked);
+      const QColor marked = masked ? colour.darker(140) : colour;
+      draw_marker(*painter, place.at, Qt::white, radius + 1.5, false);
+      if (place.beyond == Beyond::neither) {
+        draw_marker(*painter, place.at, marked, radius, masked);
+      } else {
+        draw_edge_marker(*painter, place, marked, radius - 1.5, masked);
+      }
       painter->setBrush(Qt::NoBrush);
       painter->setPen(QPen(QColor(60, 60, 60), 1.0));
-      painter->drawEllipse(*at, radius + 1.5, radius + 1.5);
+      painter->drawEllipse(place.at, radius + 1.5, radius + 1.5);
     }
   }
   if (band_) {

@@ -35,7 +35,9 @@ struct PlotTable {
 
 // The style of a point. From first_palette_style on, the palette colour (style - first_palette_style) mod
 // palette size, whatever the series. A negative style -(1 + k) gives the point the k-th colour of the palette
-// of overrides. A point without a style is a used one.
+// of overrides. An unused point, of a curve that takes part in nothing, is grey but no masked one. A point
+// without a style is a used one.
+inline constexpr int unused_point = 0;
 inline constexpr int used_point = 1;
 inline constexpr int masked_point = 2;
 inline constexpr int first_palette_style = 3;
@@ -45,6 +47,8 @@ using PointStyles = std::vector<std::vector<int>>;  // [series][point]
 
 /// The palette style of the curve with this number (from 1): 3, 4, 5, 6, 7, 3, ...
 constexpr int palette_style(int number) { return first_palette_style + (number - 1) % palette_size; }
+
+inline constexpr Colour unused_colour{170, 170, 170};
 
 struct SeriesStyle {
   std::optional<Colour> colour;  // none: the palette colour of the series' number

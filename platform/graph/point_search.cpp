@@ -15,17 +15,31 @@ std::optional<QPointF> point_position(const GraphContent& content, PointIndex at
   return QPointF(x.coordToPixel(series.x[p]), y.coordToPixel(series.y[p]));
 }
 
+MarkerPlace marker_place(const GraphContent& content, QPointF position, const QCPAxis& y) {
+  constexpr double inset = 5.0;  // pixels, so that the whole marker is seen
+  const QRectF area = y.axisRect()->rect();
+  if (!content.marks_points_beyond() || (position.y() >= area.top() && position.y() <= area.bottom())) {
+    return {position, Beyond::neither};
+  }
+  return position.y() < area.top() ? MarkerPlace{QPointF(position.x(), area.top() + inset), Beyond::upper}
+                                   : MarkerPlace{QPointF(position.x(), area.bottom() - inset), Beyond::lower};
+}
+
 std::optional<PointIndex> nearest_point(const GraphContent& content, const QCPAxis& x, const QCPAxis& y,
                                         const QRectF& area, QPointF position, double radius) {
   std::optional<PointIndex> nearest;
   double min_squared = radius * radius;
   for (const int s : content.drawing_order()) {
     for (int p = 0; p < content.point_count(s); ++p) {
-      const std::optional<QPointF> at = point_position(content, {s, p}, x, y);
-      if (!at || !area.contains(*at)) {
+      const std::optional<QPointF> point = point_position(content, {s, p}, x, y);
+      if (!point) {
         continue;
       }
-      const QPointF offset = *at - position;
+      const QPointF at = marker_place(content, *point, y).at;
+      if (!area.contains(at)) {
+        continue;
+      }
+      const QPointF offset = at - position;
       const double squared = QPointF::dotProduct(offset, offset);
       if (squared <= min_squared) {
         min_squared = squared;

@@ -14,8 +14,21 @@ namespace graph {
 std::optional<QPointF> point_position(const GraphContent& content, PointIndex at, const QCPAxis& x,
                                       const QCPAxis& y);
 
+/// Which end of the y axis a point lies beyond.
+enum class Beyond { neither, lower, upper };
+
+/// The marker of a point.
+struct MarkerPlace {
+  QPointF at;  // device-independent pixels
+  Beyond beyond = Beyond::neither;
+};
+
+/// The marker of a point that lies at `position`: there, or at the end of the y axis that the point lies
+/// beyond, if such points are marked.
+MarkerPlace marker_place(const GraphContent& content, QPointF position, const QCPAxis& y);
+
 /// The drawn point inside `area` nearest to `position`, within `radius` pixels; of points at the same place
-/// the one drawn last.
+/// the one drawn last. A point is where its marker is.
 std::optional<PointIndex> nearest_point(const GraphContent& content, const QCPAxis& x, const QCPAxis& y,
                                         const QRectF& area, QPointF position, double radius);
 

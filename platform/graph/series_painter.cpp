@@ -5,8 +5,6 @@
 #include <cmath>
 #include <map>
 
-#include "platform/graph/point_search.h"
-
 namespace graph {
 namespace {
 
@@ -90,6 +88,17 @@ void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double rad
   painter.setPen(Qt::NoPen);
   painter.setBrush(colour);
   painter.drawEllipse(at, radius, radius);
+}
+
+void draw_edge_marker(QPainter& painter, const MarkerPlace& place, const QColor& colour, double radius,
+                      bool masked) {
+  const double half = radius + 1.0;
+  const double tip = place.beyond == Beyond::upper ? -half : half;
+  const QPolygonF triangle(
+      {place.at + QPointF(0.0, tip), place.at + QPointF(half, -tip), place.at + QPointF(-half, -tip)});
+  painter.setPen(masked ? QPen(colour, 1.4) : QPen(Qt::NoPen));
+  painter.setBrush(masked ? QBrush(Qt::white) : QBrush(colour));
+  painter.drawPolygon(triangle);
 }
 
 SeriesPainter::SeriesPainter(QCustomPlot& plot, const GraphContent& content)
@@ -190,15 +199,18 @@ void SeriesPainter::draw_markers(QCPPainter& painter, int series) const {
   DiscStamps stamps(radius, painter.device()->devicePixelRatioF());
   for (int p = 0; p < content_.point_count(series); ++p) {
     const PlacedPoint& point = placed_[static_cast<std::size_t>(p)];
-    if (!point.drawn || !area.contains(point.at)) {
+    const MarkerPlace place = marker_place(content_, point.at, y_axis_);
+    if (!point.drawn || !area.contains(place.at)) {
       continue;
     }
     const bool masked = content_.point_style(series, p) == masked_point;
     const QColor colour = content_.point_colour(series, p);
-    if (masked || exact) {
-      draw_marker(painter, point.at, colour, radius, masked);
+    if (place.beyond != Beyond::neither) {
+      draw_edge_marker(painter, place, colour, radius, masked);
+    } else if (masked || exact) {
+      draw_marker(painter, place.at, colour, radius, masked);
     } else {
-      stamps.draw(painter, point.at, colour);
+      stamps.draw(painter, place.at, colour);
     }
   }
 }

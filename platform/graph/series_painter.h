@@ -3,6 +3,7 @@
 #include <qcustomplot.h>
 
 #include "platform/graph/graph_content.h"
+#include "platform/graph/point_search.h"
 
 namespace graph {
 
@@ -11,6 +12,10 @@ bool clip_segment(const QRectF& area, QPointF& from, QPointF& to);
 
 /// A used point: a filled disc. A masked one: a grey cross.
 void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double radius, bool masked);
+
+/// A point beyond an end of the y axis: a small triangle that points there, hollow if the point is masked.
+void draw_edge_marker(QPainter& painter, const MarkerPlace& place, const QColor& colour, double radius,
+                      bool masked);
 
 /// All curves as one element of the plot: QCPGraph knows one marker per curve, a mask needs one per point.
 class SeriesPainter final : public QCPLayerable {

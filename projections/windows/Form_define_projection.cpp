@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/user_interface.h"
+#include "platform/widgets/typed_text.h"
 #include "projections/projection_choice.h"
 #include "projections/survey_projection.h"
 #include "ui_Form_define_projection.h"
@@ -51,6 +52,7 @@ void Form_define_projection::make_menu() {
     QAction* const item = file->addAction(text);
     item->setObjectName(name);
     connect(item, &QAction::triggered, this, [this, action] {
+      take_typed_text();
       action(coord_systems_);
       fill_list(find_definition(coord_systems_, ui_->vxProjection->values()));
     });

@@ -1,5 +1,7 @@
 #include "reduction/data_sets/data_sets.h"
 
+#include <utility>
+
 #include "core/number_text.h"
 #include "core/session_state.h"
 
@@ -28,9 +30,10 @@ int load_selected_station(const NeighbourOptions& options) {
   return load_station_data(selected_key(), options, session().frequencies, data_sets().station);
 }
 
-int load_selected_repeats() {
+namespace {
+
+int load_repeats(ReadingKey key) {
   reset_repeat_data();
-  ReadingKey key = selected_key();
   if (key.scan_rate == 0.0F) {
     const std::vector<float>& scan_rates = data_sets().station.scan_rates;
     if (scan_rates.empty()) {
@@ -43,6 +46,16 @@ int load_selected_repeats() {
   const int status = load_repeat_data(key, session().frequencies, repeats);
   session().repeat_count = repeats.repeat_count;
   return status;
+}
+
+}  // namespace
+
+int load_selected_repeats() { return load_repeats(selected_key()); }
+
+int load_repeats_of_shown_station() {
+  ReadingKey key = data_sets().station.key;
+  key.scan_rate = static_cast<float>(session().current_scan_rate);
+  return load_repeats(std::move(key));
 }
 
 }  // namespace Module_averaged_data

@@ -29,4 +29,9 @@ void reset_repeat_data();
 /// the session's.
 [[nodiscard]] int load_selected_repeats();
 
+/// Loads the session's scan rate of the station whose curves are loaded. The selection may have gone on to
+/// another dipole length since, whose repeats don't belong beside those curves. Sets session().repeat_count.
+/// @return 0, or -1 after a message; what was loaded by then stays
+[[nodiscard]] int load_repeats_of_shown_station();
+
 }  // namespace Module_averaged_data

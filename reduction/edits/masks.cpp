@@ -292,6 +292,11 @@ Edit toggle_station_point(std::size_t slot, std::size_t point, Component compone
   return Edit::nothing;
 }
 
+Edit toggle_merged_point(const StoredReading& merged, std::size_t point, Component component,
+                         const ReadingKey& key) {
+  return toggle(merged, point, component, ReduceFrom::averages, key);
+}
+
 Edit toggle_profile_point(std::size_t column, std::size_t frequency_index, Component component) {
   const ProfileDataSet& data = data_sets().profile;
   if (column >= data.columns.size() || frequency_index >= data.frequencies.size()) {

@@ -43,6 +43,10 @@ enum class UseFlag { reading = 0, resistivity = 1, phase = 2 };
 /// The same on the station's curves. Neighbours and further merged curves can't be masked.
 [[nodiscard]] Edit toggle_station_point(std::size_t slot, std::size_t point, Component component);
 
+/// The same on a merged curve as it was read for a key, whether a data set shows it or not.
+[[nodiscard]] Edit toggle_merged_point(const StoredReading& merged, std::size_t point, Component component,
+                                       const ReadingKey& key);
+
 /// The same on the profile; `frequency_index` is a place in the profile's frequencies.
 [[nodiscard]] Edit toggle_profile_point(std::size_t column, std::size_t frequency_index, Component component);
 

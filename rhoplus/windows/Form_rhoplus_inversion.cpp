@@ -19,6 +19,7 @@
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/input_only_to.h"
 #include "platform/widgets/panel_controls.h"
+#include "platform/widgets/typed_text.h"
 #include "reduction/data_sets/curve_parts.h"
 #include "rhoplus/data_rows.h"
 #include "rhoplus/fit_plot.h"
@@ -39,6 +40,7 @@ const QString stop_caption = QStringLiteral("Stop Inverting");
 Form_rhoplus_inversion::Form_rhoplus_inversion(Module_output::RhoplusSettings& settings, QWidget* parent)
     : QMainWindow(parent), settings_(settings), ui_(std::make_unique<Ui::Form_rhoplus_inversion>()) {
   ui_->setupUi(this);
+  take_typed_text_before_menus(*this);
   compose();
   connect_controls();
   resize_to_fit(*this, {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 38});
@@ -110,6 +112,8 @@ void Form_rhoplus_inversion::compose() {
   }
   run_note_ = named(new QLabel, "Label_run_note");
   ui_->Status_inversion->addPermanentWidget(run_note_);
+  Label_not_inverted_ = new QLabel;
+  ui_->Status_inversion->addWidget(Label_not_inverted_, 1);  // a message of the bar would hide the panels
 }
 
 void Form_rhoplus_inversion::connect_controls() {
@@ -145,10 +149,10 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
   run_note_->clear();
   ui_->Command_rhoplus_log->setText("Results");
   inversion_ = {};
+  inverted_key_ = Module_averaged_data::selected_key();
   if (session().current_station_index > 0 && !line_run_failed_) {
     // A failure has been reported; the empty result is shown.
-    const int status =
-        invert_station(Module_averaged_data::selected_key(), session().frequencies, settings_, inversion_);
+    const int status = invert_station(inverted_key_, session().frequencies, settings_, inversion_);
     line_run_failed_ = in_line_run_ && status != 0;
   }
   show_results();
@@ -160,10 +164,10 @@ void Form_rhoplus_inversion::show_results() {
   const numerics::rhoplus::RhoplusRun& run = inversion_.run;
   Text_rhoplus_out_->setPlainText(qt_text(log_or_reason(inversion_)));
   if (run.status != numerics::rhoplus::rhoplus_ran) {
-    ui_->Status_inversion->showMessage(nothing_inverted);
+    Label_not_inverted_->setText(nothing_inverted);
     return;
   }
-  ui_->Status_inversion->clearMessage();
+  Label_not_inverted_->clear();
   run_note_->setText(qt_text(note_of(inversion_)));
   run_note_->setToolTip(qt_text(inversion_.missing_files));
   ui_->Text_rhoplus_target_chi->setText(qt_text(format_number(run.target_chi, "0.00")));
@@ -172,7 +176,7 @@ void Form_rhoplus_inversion::show_results() {
 }
 
 void Form_rhoplus_inversion::show_graphs() {
-  const Module_display_data::GraphPair plot = fit_plot(inversion_);
+  const Module_display_data::GraphPair plot = fit_plot(inversion_, session().frequencies);
   graphs_->set_point_text([plot](std::size_t series, std::size_t point, Component component) {
     return fit_point_text(plot, series, point, component);
   });
@@ -209,9 +213,9 @@ void Form_rhoplus_inversion::switch_cell(int row, int column) {
   if (!component || inversion_.merged.ID == 0 || rhoplus_running_all_) {
     return;
   }
-  // The merged curve is the first of the station's curves.
-  if (Module_averaged_data::toggle_station_point(0, static_cast<std::size_t>(row), *component) ==
-      Module_averaged_data::Edit::changed) {
+  // The main window may still show the curves of another dipole length.
+  if (Module_averaged_data::toggle_merged_point(inversion_.merged, static_cast<std::size_t>(row), *component,
+                                                inverted_key_) == Module_averaged_data::Edit::changed) {
     Q_EMIT edited();
   }
 }
@@ -261,12 +265,14 @@ void Form_rhoplus_inversion::run_all() {
   ui_->Command_run_all->setText(stop_caption);
   ui_->HScroll_repeat->setEnabled(false);
   begin_line_run();
+  Q_EMIT line_run_begun();
   invert_all();
   if (still_open) {
-    end_line_run();
     ui_->HScroll_repeat->setEnabled(true);
     ui_->Command_run_all->setText(run_caption);
     rhoplus_running_all_ = false;
+    Q_EMIT line_run_ended();  // after a failure it isn't told again
+    end_line_run();
   }
 }
 

@@ -39,6 +39,9 @@ class Form_rhoplus_inversion : public QMainWindow {
  Q_SIGNALS:
   /// The main window has to display a station of the line; station index from 1.
   void station_chosen(int station_index);
+  /// A run through the line displays stations for itself; at its end the main window goes back.
+  void line_run_begun();
+  void line_run_ended();
   /// Masks have changed; the main window has to redraw its graphs.
   void edited();
   void occam_requested();
@@ -69,7 +72,9 @@ class Form_rhoplus_inversion : public QMainWindow {
   QPlainTextEdit* Text_rhoplus_out_ = nullptr;
   std::array<QLabel*, 3> panels_{};
   QLabel* run_note_ = nullptr;  // what the results lack
+  QLabel* Label_not_inverted_ = nullptr;
   Module_rhoplus::StationInversion inversion_;
+  Module_database::ReadingKey inverted_key_;
   bool rhoplus_busy_ = false;
   bool rhoplus_running_all_ = false;
   bool rhoplus_stop_requested_ = false;

@@ -6,6 +6,7 @@
 #include <QTableWidget>
 #include <QTest>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,11 +21,13 @@
 
 class MainViewFixture : protected WindowFixture {
  protected:
-  void open_made_survey() {
+  /// @param store_more  stores further readings before the window shows the survey
+  void open_made_survey(const std::function<void()>& store_more = [] {}) {
     make_folder();
     std::filesystem::current_path(folder_->folder());
     make_survey();
     made::store_line(3);
+    store_more();
     for (int file = 1; file <= 7; ++file) {  // the readings refer to file 7
       dao::Recordset& files = Module_database::open_survey().files;
       files.add_new();

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScrollBar>
+#include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -32,6 +33,12 @@ void press_again(QWidget& widget, QPoint at) {
 
 void move(QWidget& widget, QPoint to, Qt::MouseButtons buttons) {
   QMouseEvent event(QEvent::MouseMove, to, widget.mapToGlobal(to), Qt::NoButton, buttons, Qt::NoModifier);
+  QApplication::sendEvent(&widget, &event);
+}
+
+void turn_wheel(QWidget& widget, QPoint at, int angle) {
+  QWheelEvent event(at, widget.mapToGlobal(at), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
   QApplication::sendEvent(&widget, &event);
 }
 
@@ -125,16 +132,56 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     QCOMPARE(averaged::data_sets().repeats.key.scan_rate, 256.0F);
   }
 
-  void two_fast_clicks_are_two_clicks() {
-    auto* const graph = control<VexGraphControl>("vxgraph_raw_data_0");
-    const QPoint at = graph->point_position(4, 1)->toPoint();
-    const std::int32_t ID = averaged::data_sets().repeats.slots.at(4).reading.ID;
-    QTest::mouseClick(graph, Qt::LeftButton, {}, at);
-    QCOMPARE(stored_mask(ID, 1), 0);
-    press_again(*graph, at);
-    QCOMPARE(stored_mask(ID, 1), 1);
+  void recalculation_keeps_undo_zoom_and_read_outs() {
+    click_point("vxgraph_raw_data_0", 4, 1);
+    auto* const graph = control<VexGraphControl>("vxgraph_station_0");
+    turn_wheel(*graph, graph->plot_area().center(), 120);
+    QVERIFY(graph->zoomed());
+    const graph::AxisRange view = graph->x_range();
+    const double centre = session().plan_window.plan_x_centre += 10.0;
+    const std::string edited = made::whole_readings_table();
+    menu("menu_Recalculate_merged");
+    QCOMPARE(graph->x_range(), view);
+    QCOMPARE(session().plan_window.plan_x_centre, centre);
+    QCOMPARE(control<QLineEdit>("Text_frequency")->text(), QString("2.0000"));
+    QCOMPARE(control<QLineEdit>("Text_event")->text(), QString("4"));
+    QCOMPARE(control<QLineEdit>("Text_file")->text(), QString("7.edi"));
+    QVERIFY(made::whole_readings_table() == edited);
+    QCOMPARE(undo_count(), std::size_t{1});
+    menu("menu_undo");
+    QCOMPARE(stored_mask(averaged::data_sets().repeats.slots.at(4).reading.ID, 1), 1);
+  }
 
-    auto* const grid = control<QTableWidget>("Grid_repeats");
+  void the_second_press_of_a_double_click_masks_nothing() {
+    struct Case {
+      const char* graph;
+      int series;
+      int point;
+      std::int32_t mask_after;  // a raw point is masked by the first press
+    };
+    const std::int32_t merged = averaged::data_sets().profile.columns.at(1).ID;
+    const std::int32_t repeat = averaged::data_sets().repeats.slots.at(4).reading.ID;
+    const Case cases[] = {{"vxgraph_raw_data_0", 4, 1, 0},
+                          {"vxgraph_Profile_0", 2, 1, 1},  // to another station
+                          {"vxgraph_Profile_0", 3, 1, 1},
+                          {"vxgraph_station_0", 0, 2, 1}};
+    for (const Case& c : cases) {
+      auto* const graph = control<VexGraphControl>(c.graph);
+      const QPoint at = graph->point_position(c.series, c.point)->toPoint();
+      turn_wheel(*graph, at, 120);
+      QTest::qWait(1);
+      QTest::mouseClick(graph, Qt::LeftButton, {}, at);
+      press_again(*graph, at);
+      const bool raw = QString(c.graph).startsWith("vxgraph_raw");
+      QVERIFY2(
+          stored_mask(raw ? repeat : merged, static_cast<std::size_t>(raw ? c.point : 2)) == c.mask_after,
+          c.graph);
+      QVERIFY2(stored_mask(merged, 3) == 1, c.graph);
+      QVERIFY2(!graph->zoomed(), "it shows everything again");
+    }
+    QCOMPARE(undo_count(), std::size_t{1});
+
+    auto* const grid = control<QTableWidget>("Grid_repeats");  // clicks in a grid all count
     const auto used = [] { return averaged::data_sets().repeats.slots.at(2).reading.UseResistivity; };
     click_cell(1, 2);
     QVERIFY(!used());
@@ -142,7 +189,115 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     QVERIFY(used());
     QTest::keyClick(grid, Qt::Key_Space);
     QVERIFY(!used());
+    QCOMPARE(undo_count(), std::size_t{4});
+  }
+
+  void a_step_empties_event_and_file_and_the_next_click_selects_again() {
+    const auto text = [this](const char* name) { return control<QLineEdit>(name)->text(); };
+    click_point("vxgraph_raw_data_0", 4, 1);
+    QCOMPARE(text("Text_event"), QString("4"));
+    control<QScrollBar>("HScroll_repeat")->setValue(2);
+    QCOMPARE(text("Text_event"), QString());
+    QCOMPARE(text("Text_file"), QString());
+    QCOMPARE(text("Text_frequency"), QString("2.0000"));  // for the mask buttons
+    const std::int32_t merged = averaged::data_sets().station.slots.at(0).reading.ID;
+    for (const char* const graph : {"vxgraph_station_0", "vxgraph_Profile_0"}) {
+      const bool profile = QString(graph).startsWith("vxgraph_Profile");
+      const auto click = [&] { click_point(graph, profile ? 1 : 0, 1); };
+      click();
+      QVERIFY2(stored_mask(merged, 1) == 1, graph);
+      click();
+      QVERIFY2(stored_mask(merged, 1) == 0, graph);
+      click();
+      QVERIFY2(stored_mask(merged, 1) == 1, graph);
+      control<QScrollBar>("HScroll_repeat")->setValue(3);
+      control<QScrollBar>("HScroll_repeat")->setValue(2);
+    }
     QCOMPARE(undo_count(), std::size_t{5});
+  }
+
+  void what_is_being_typed_counts_before_any_work() {
+    const std::int32_t first = averaged::data_sets().profile.columns.at(0).ID;
+    struct Case {
+      const char* name;
+      std::function<void()> begin;
+    };
+    auto* const bar = control<QScrollBar>("HScroll_repeat");
+    const Case cases[] = {
+        {"recalculation", [&] { menu("menu_Recalculate_merged"); }},
+        {"frequencies",
+         [&] {
+           QTimer::singleShot(0, window_.get(), [] { QApplication::activeModalWidget()->close(); });
+           menu("menu_thresholds");
+         }},
+        {"redo", [&] { menu("menu_redo"); }},
+        {"undo and redo",
+         [&] {
+           menu("menu_undo");
+           menu("menu_redo");
+         }},
+        {"the wheel over the station bar",
+         [&] {
+           turn_wheel(*bar, bar->rect().center(), -120);
+           QCOMPARE(session().current_station, 200.0);
+         }},
+        {"a mnemonic", [&] { QTest::keyClick(window_.get(), Qt::Key_P, Qt::AltModifier); }},
+    };
+    float factor = 2.0F;
+    for (const Case& c : cases) {
+      window_->activateWindow();  // a dialog may have been up
+      QVERIFY(QTest::qWaitForWindowActive(window_.get()));
+      bar->setValue(1);
+      click_cell(0, 3);  // something to do again
+      menu("menu_undo");
+      auto* const box = control<QLineEdit>("Text_static");
+      box->setFocus();
+      box->selectAll();
+      factor += 0.25F;
+      QTest::keyClicks(box, QString::number(static_cast<double>(factor)));
+      c.begin();
+      QVERIFY2(made::row(first).get_single("ResOffset") == factor, c.name);
+    }
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+  }
+
+  void left_and_right_belong_to_the_control_that_uses_them() {
+    press("Command_show_plan");
+    struct Case {
+      const char* control;
+      bool steps;
+    };
+    const Case cases[] = {{"HScroll_x_centre", false}, {"Grid_repeats", false},
+                          {"Option_outlier_0", false}, {"Text_frequency", false},
+                          {"Check_fixed_scale", true}, {"Combo_coords", true}};
+    for (const Case& c : cases) {
+      if (QString(c.control) == "Grid_repeats") {
+        press("Command_show_raw_data");
+        control<QTableWidget>("Grid_repeats")->setCurrentCell(0, 1);
+      } else if (QString(c.control) == "Combo_coords") {
+        press("Command_show_plan");
+      }
+      auto* const focused = control<QWidget>(c.control);
+      focused->setFocus();
+      QVERIFY2(focused->hasFocus(), c.control);
+      const double centre = session().plan_window.plan_x_centre;
+      const std::int32_t station = session().current_station_index;
+      QTest::keyClick(focused, Qt::Key_Right);
+      QVERIFY2(session().current_station_index == station + (c.steps ? 1 : 0), c.control);
+      QCOMPARE(session().plan_window.plan_x_centre < centre, QString(c.control) == "HScroll_x_centre");
+    }
+    QCOMPARE(control<QTableWidget>("Grid_repeats")->currentColumn(), 2);
+
+    auto* const up_down = control<QScrollBar>("VScroll_y_centre");
+    up_down->setFocus();
+    for (const int sign : {-1, 1}) {  // each press moves again
+      for (int presses = 0; presses < 2; ++presses) {
+        const double centre = session().plan_window.plan_y_centre;
+        QTest::keyClick(up_down, sign > 0 ? Qt::Key_Up : Qt::Key_Down);
+        QVERIFY(sign * (session().plan_window.plan_y_centre - centre) > 0.0);
+        QCOMPARE(up_down->value(), 0);
+      }
+    }
   }
 
   void a_static_factor_is_stored_on_leaving_its_box_and_kept_in_passing_by() {

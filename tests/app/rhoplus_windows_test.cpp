@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
@@ -25,6 +26,7 @@
 #include "platform/graph/VexGraphControl.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/windows/qt_user_interface.h"
+#include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
 #include "rhoplus/windows/Form_rhoplus.h"
 #include "rhoplus/windows/Form_rhoplus_inversion.h"
@@ -87,7 +89,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(result<QScrollBar>("HScroll_repeat")->value(), 2);
     QCOMPARE(result<VexGraphControl>("vxgraph_station_0")->draw_count(), draws + 1);
 
-    result<QScrollBar>("HScroll_repeat")->setValue(3);
+    QTest::keyClick(result<QScrollBar>("HScroll_repeat"), Qt::Key_Right);
     QCOMPARE(session().current_station, 300.0);
     QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 300"));
     control<QComboBox>("Combo_dipole")->setCurrentIndex(-1);
@@ -124,6 +126,45 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(result<QPushButton>("Command_rhoplus_log")->text(), QString("Results"));
   }
 
+  void read_outs_stay_where_there_is_nothing_to_invert() {
+    invert();
+    for (int row = 0; row < result<QTableWidget>("Grid_inversion_data")->rowCount(); ++row) {
+      click_cell(row, 1);
+    }
+    auto* const graph = result<VexGraphControl>("vxgraph_station_1");
+    const QPoint at = graph->plot_area().center();
+    QMouseEvent move(QEvent::MouseMove, at, graph->mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(graph, &move);
+    QStringList shown;
+    for (const QLabel* const label : result<QStatusBar>("Status_inversion")->findChildren<QLabel*>()) {
+      if (label->isVisible() && !label->text().isEmpty()) {
+        shown.append(label->text());
+      }
+    }
+    QCOMPARE(shown.size(), 4);
+    QCOMPARE(shown.first(), QString("Phase"));
+    QVERIFY(shown.contains("No data to invert"));
+  }
+
+  void a_station_of_another_line_on_the_plan_closes_the_results() {
+    made::ReadingKey key = made::key(64.0F, 400.0);
+    key.line = "300E";
+    made::store(key, 1, made::repeat_of(400.0, 1, false));
+    QCOMPARE(Module_averaged_data::recalculate_merged(), 0);
+    show_survey();
+    invert();
+    QVERIFY(results() != nullptr);
+    auto* const plan = control<QWidget>("Picture_plan_group");
+    QVERIFY(QMetaObject::invokeMethod(plan, "station_picked", Q_ARG(int, 2)));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY2(results() != nullptr, "the same line");
+    QVERIFY(QMetaObject::invokeMethod(plan, "station_picked", Q_ARG(int, 4)));
+    QCOMPARE(session().current_line, std::string("300E"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(results() == nullptr);
+  }
+
   void the_log_takes_the_place_of_the_grid() {
     invert();
     const auto* const log = result<QPlainTextEdit>("Text_rhoplus_out");
@@ -142,8 +183,14 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
   void run_all_goes_to_the_end_of_the_line_or_stops() {
     invert();
     auto* const run = result<QPushButton>("Command_run_all");
+    std::vector<double> inverted;
+    connect(results(), &Form_rhoplus_inversion::station_chosen, this,
+            [&inverted] { inverted.push_back(session().current_station); });
     QTest::mouseClick(run, Qt::LeftButton);
-    QCOMPARE(session().current_station, 300.0);
+    QCOMPARE(inverted, (std::vector<double>{100.0, 200.0, 300.0}));
+    QCOMPARE(session().current_station, 100.0);  // where it began
+    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 100"));
+    QVERIFY(!chi().isEmpty());
     QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_200.out")));
     QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_300.out")));
     QCOMPARE(run->text(), QString("Run All"));
@@ -215,7 +262,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     const std::vector<std::string> messages = interface_->take_messages();
     QCOMPARE(messages.size(), std::size_t{1});
     QVERIFY2(messages[0].starts_with("Output complete."), messages[0].c_str());
-    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 300"));
+    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 100"));
     rhoplus_settings() = {};
   }
 

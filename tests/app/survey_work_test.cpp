@@ -264,7 +264,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     step_by_bar();
     step_by_bar();
     QCOMPARE(text("Text_sample_station"), QString("300"));
-    QTest::keyClick(window_.get(), Qt::Key_Left);
+    QTest::keyClick(window_->focusWidget(), Qt::Key_Left);  // the bar has the focus
     QCOMPARE(text("Text_sample_station"), QString("200"));
     QCOMPARE(control<QLabel>("Label_raw")->text(), QString("Average/raw for 200"));
     QCOMPARE(control<QTableWidget>("Grid_repeats")->rowCount(), repeats);

@@ -194,6 +194,82 @@ TEST_F(Plots, Fixed_scale_takes_the_limits_of_the_line) {
   EXPECT_DOUBLE_EQ(station_plot(false).phase.y.minimum, 0.9 * 42.5 - 2.0);
 }
 
+TEST_F(Plots, Fixed_scale_does_not_widen_at_a_single_station) {
+  open_line(3);
+  ASSERT_EQ(Module_averaged_data::set_static_factor(100.0F), Edit::changed);
+  for (const std::int32_t station : {1, 2}) {
+    (void)display_station(station, {});
+    const GraphPair plot = station_plot(true);
+    EXPECT_DOUBLE_EQ(plot.resistivity.y.minimum, 0.8 * 113.5);
+    EXPECT_DOUBLE_EQ(plot.resistivity.y.maximum, 1.2 * 196.5 + 1.0);
+    EXPECT_TRUE(plot.resistivity.mark_points_beyond && plot.phase.mark_points_beyond);
+    EXPECT_TRUE(raw_plot(true).resistivity.mark_points_beyond);
+  }
+}
+
+TEST_F(Plots, A_reading_taken_out_is_grey_and_has_no_say_in_the_axes) {
+  open_line(2);
+  made::store(made::key(64.0F), 5, made::reading({{0.25F, 9000.0F, -80.0F}, {0.5F, 9000.0F, 80.0F}}));
+  session().frequencies.list.insert(session().frequencies.list.begin(), {0.25F, 0.5F});
+  session().frequencies.enabled.insert(session().frequencies.enabled.begin(), {1, 1});
+  ASSERT_EQ(Module_averaged_data::load_selected_repeats(), 0);
+  EXPECT_DOUBLE_EQ(raw_plot(false).resistivity.y.maximum, 1.05 * 9000.0 + 1.0);
+  ASSERT_EQ(Module_averaged_data::set_repeat_use(5, UseFlag::reading, false), Edit::changed);
+  GraphPair raw = raw_plot(false);
+  EXPECT_EQ(raw.resistivity.series_styles[5].colour, graph::unused_colour);
+  EXPECT_EQ(raw.phase.series_styles[4].colour, repeat_colour(4));
+  EXPECT_EQ(shown_points(raw.resistivity, 5), 2);
+  EXPECT_DOUBLE_EQ(raw.resistivity.y.maximum, 1.05 * 130.0 + 1.0);
+  EXPECT_DOUBLE_EQ(raw.phase.y.minimum, 0.95 * 41.0 - 2.0);
+  EXPECT_DOUBLE_EQ(raw.phase.x.minimum, 0.9);
+
+  // Nor has what is hidden: the highest value of each end, and the only one at 1 Hz.
+  ASSERT_EQ(Module_averaged_data::toggle_repeat_point(4, 4, Component::resistivity), Edit::changed);
+  for (std::size_t repeat = 1; repeat <= 4; ++repeat) {
+    for (const Component component : {Component::resistivity, Component::phase}) {
+      ASSERT_EQ(Module_averaged_data::toggle_repeat_point(repeat, 0, component), Edit::changed);
+    }
+  }
+  EXPECT_DOUBLE_EQ(raw_plot(false).resistivity.y.maximum, 1.05 * 130.0 + 1.0);
+  session().hide_masked_data = true;
+  raw = raw_plot(false);
+  EXPECT_DOUBLE_EQ(raw.resistivity.y.maximum, 1.05 * 129.0 + 1.0);
+  EXPECT_DOUBLE_EQ(raw.resistivity.y.minimum, 0.95 * 113.0);
+  EXPECT_DOUBLE_EQ(raw.phase.x.minimum, 0.9 * 2.0);
+  session().hide_masked_data = false;
+
+  // The merged curve of the second station, the higher one.
+  (void)display_station(2, {});
+  ASSERT_EQ(Module_averaged_data::set_merged_use(UseFlag::reading, false), Edit::changed);
+  EXPECT_EQ(station_plot(false).resistivity.series_styles[0].colour, graph::unused_colour);
+  const GraphPair profile = profile_plot();
+  EXPECT_EQ(profile.phase.point_styles[4], (std::vector<int>{graph::palette_style(5), graph::unused_point}));
+  EXPECT_DOUBLE_EQ(profile.phase.x.maximum, 250.0);  // its place on the line stays
+  EXPECT_DOUBLE_EQ(profile.resistivity.y.maximum, 1.2 * 176.5 + 1.0);
+  EXPECT_DOUBLE_EQ(station_plot(true).resistivity.y.maximum, 1.2 * 176.5 + 1.0);
+  EXPECT_EQ(profile_point_text(4, 1, Component::phase), "Station 200: 16.0000 Hz, 42.50 deg, masked");
+}
+
+TEST_F(Plots, Axes_start_below_the_lowest_frequency_however_low_it_is) {
+  made::store(made::key(), 1, made::reading({{0.0002F, 50.0F, 30.0F}, {2.0F, 70.0F, 10.0F}}));
+  made::store(made::key(), 2,
+              made::reading({{-1.0F, 50.0F, 30.0F}, {0.0F, 50.0F, 30.0F}, {1.0F, 70.0F, 10.0F}}));
+  session().frequencies = made::frequencies();
+  ASSERT_EQ(Module_averaged_data::load_repeat_data(made::key(), session().frequencies,
+                                                   Module_averaged_data::data_sets().repeats),
+            0);
+  const GraphPair plot = raw_plot(false);
+  EXPECT_NEAR(graph::resolve_range(plot.phase.x, {}).lower, 0.9 * 0.0002, 1e-9);
+  EXPECT_EQ(graph::resolve_range(plot.phase.x, {}).lower, graph::resolve_range(plot.resistivity.x, {}).lower);
+
+  made::ReadingKey key = made::key(64.0F);
+  made::store(key, 1, made::reading({{0.0F, 50.0F, 30.0F}}));
+  ASSERT_EQ(Module_averaged_data::load_repeat_data(key, session().frequencies,
+                                                   Module_averaged_data::data_sets().repeats),
+            0);
+  EXPECT_EQ(graph::resolve_range(raw_plot(false).phase.x, {}).lower, 0.001);
+}
+
 TEST_F(Plots, Profile_runs_along_the_stations) {
   open_line(3);
   const GraphPair plot = profile_plot();

@@ -189,9 +189,15 @@ TEST_F(Selection, A_dipole_redraws_nothing_until_the_next_station) {
   EXPECT_FALSE(chosen.draw_profile || chosen.draw_station || chosen.draw_raw);
   EXPECT_EQ(undo_count(), 1U);
   EXPECT_EQ(data_sets().repeats.repeat_count, 4);
-  (void)display_station(2, {});
+  EXPECT_TRUE(choose_scan_rate("256").draw_raw);  // of the curves that are shown
+  EXPECT_EQ(data_sets().repeats.repeat_count, 4);
+  EXPECT_TRUE(choose_scan_rate("64").draw_raw);
+  const Redisplay shown = display_station(2, {});
+  EXPECT_TRUE(shown.draw_profile && shown.mark_station);
   EXPECT_EQ(data_sets().repeats.repeat_count, 1);
   EXPECT_EQ(data_sets().station.key.dipole, 25.0F);
+  EXPECT_EQ(data_sets().profile.key.dipole, 25.0F);
+  EXPECT_EQ(session().current_profile_column, 1);
 }
 
 TEST_F(Selection, Other_choices_load_and_draw_their_part) {

@@ -75,7 +75,7 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
   StationInversion inversion;
   ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
   EXPECT_EQ(inversion.merged.ID, 0);
-  EXPECT_TRUE(fit_plot(inversion).empty());
+  EXPECT_TRUE(fit_plot(inversion, made::frequencies()).empty());
 
   StoredReading masked = merged_over_two_layers();
   for (std::size_t i = 0; i < masked.curve.count(); ++i) {
@@ -153,7 +153,7 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
   StationInversion inversion;
   ASSERT_EQ(invert_station(key, made::frequencies(), {}, inversion), 0);
 
-  const Module_display_data::GraphPair plot = fit_plot(inversion);
+  const Module_display_data::GraphPair plot = fit_plot(inversion, made::frequencies());
   const graph::PlotSeries& observed = plot.resistivity.table.series[series_observed];
   EXPECT_FLOAT_EQ(static_cast<float>(observed.y[1]), 2.0F * reading.curve.value(1, 1));
   EXPECT_FLOAT_EQ(static_cast<float>(observed.error[1]),
@@ -162,6 +162,14 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
   EXPECT_EQ(plot.resistivity.table.series[series_model].y.size(), reading.curve.count() - 1);
   EXPECT_EQ(fit_point_text(plot, series_observed, 99, Component::phase), "");
   EXPECT_EQ(fit_point_text(plot, series_observed, 0, Component::phase).rfind("Observed: 0.1250 Hz, ", 0), 0U);
+
+  Frequencies all_but_the_lowest = made::frequencies();
+  all_but_the_lowest.enabled[0] = 0;
+  const Module_display_data::GraphPair switched = fit_plot(inversion, all_but_the_lowest);
+  const graph::PlotSeries& phases = switched.phase.table.series[series_observed];
+  EXPECT_LE(phases.y[0], graph::null_limit);
+  EXPECT_GT(phases.y[1], graph::null_limit);
+  EXPECT_DOUBLE_EQ(switched.phase.x.minimum, 0.9 * double{reading.curve.frequencies[1]});
 
   const std::vector<DataRowTexts> rows = data_rows(inversion);
   ASSERT_EQ(rows.size(), reading.curve.count());

@@ -24,6 +24,7 @@
 #include "import/windows/Form_import_report.h"
 #include "import/windows/import_decode_grid.h"
 #include "platform/settings_store/settings_store.h"
+#include "platform/widgets/typed_text.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/formats/zonge/made_zonge_raw.h"
 #include "tests/support/window_fixture.h"
@@ -187,6 +188,37 @@ class FormImportTest : public QObject, private WindowFixture {
     open_dialog();  // the decode table stays, the specified texts don't
     QCOMPARE(cell(2, start), QString("11"));
     QCOMPARE(control<QTreeWidget>("ListView_binary")->topLevelItemCount(), 0);
+  }
+
+  void what_is_typed_in_an_open_cell_is_imported() {
+    make_three_stations();
+    const TypedTextFirst typed_text_first;
+    go_to_import_page();
+    choose("Combo_data_type", 1);
+    choose("Combo_data_reduced", 0);
+    decode_from_names();
+    click_cell(0, use_file_name);  // lines aren't taken from the names
+    click("Check_use_SECTID_as_station");
+    const auto type_and_press = [this](const char* line, Qt::Key mnemonic) {
+      click_cell(0, specify);
+      auto* const editor = control<QLineEdit>("Text_edit");
+      QVERIFY(editor != nullptr && editor->hasFocus());
+      editor->selectAll();
+      QTest::keyClicks(editor, line);
+      QTest::keyClick(window_.get(), mnemonic, Qt::AltModifier);
+    };
+    type_and_press("250E", Qt::Key_N);  // the next sample
+    QTRY_COMPARE(text("Text_sample_station"), QString("2"));
+    QCOMPARE(text("Text_sample_line"), QString("250E"));
+    type_and_press("300E", Qt::Key_C);
+    QTRY_VERIFY(!(*interface_)->messages.empty());
+    QCOMPARE(interface_->take_messages(), Messages{"Data scan complete"});
+    QCOMPARE(text("Text_sample_line"), QString("300E"));
+    type_and_press("77E", Qt::Key_I);
+    QTRY_VERIFY(!(*interface_)->messages.empty());
+    QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
+    QCOMPARE(rows_in("StationsTable WHERE SurveyLine = '77E'"), 3);
+    QCOMPARE(rows_in("StationsTable"), 3);
   }
 
   void the_list_takes_marked_shown_and_double_clicked_files() {

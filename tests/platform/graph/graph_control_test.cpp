@@ -149,50 +149,78 @@ class GraphControlTest : public QObject {
     control_.reset();  // a crash would fail the test
   }
 
-  void double_click_is_two_clicks_on_a_point_and_a_reset_beside_them() {
+  void second_press_of_a_double_click_resets_the_zoom_and_selects_nothing() {
     QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
-    wheel(*control_, place(0, 1), 120);
-    QVERIFY(control_->zoomed());
-    QTRY_VERIFY(control_->point_position(0, 1).has_value());
     const auto press_again = [&](QPoint at) {
       QMouseEvent second(QEvent::MouseButtonDblClick, at, control_->mapToGlobal(at), Qt::LeftButton,
                          Qt::LeftButton, Qt::NoModifier);
       QApplication::sendEvent(control_.get(), &second);
     };
+    const QPoint beside = control_->plot_area().bottomRight() - QPoint(30, 30);
+    int clicks_on_points = 0;
+    for (const bool on_point : {true, false}) {
+      wheel(*control_, place(0, 1), 120);
+      QVERIFY(control_->zoomed());
+      QTest::qWait(1);
+      const QPoint at = on_point ? place(0, 1) : beside;
+      clicks_on_points += on_point ? 1 : 0;
+      QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
+      QCOMPARE(selected.size(), clicks_on_points);
+      QVERIFY(control_->zoomed());
+      press_again(at);
+      QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
+      QCOMPARE(selected.size(), clicks_on_points);
+      QVERIFY(!control_->zoomed());
+      QTest::qWait(1);
+    }
+
+    // A drag that begins with the second press is a drag.
     const QPoint at = place(0, 1);
     QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
     press_again(at);
-    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
-    QCOMPARE(selected.size(), 2);
-    QCOMPARE(selected.last(), (QList<QVariant>{0, 1}));
+    move(*control_, at + QPoint(40, 40), Qt::LeftButton);
+    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at + QPoint(40, 40));
     QVERIFY(control_->zoomed());
+    QCOMPARE(selected.size(), clicks_on_points + 1);
+  }
 
-    // A drag that begins with the second press is a drag.
-    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
-    press_again(at);
-    move(*control_, at + QPoint(30, 2), Qt::LeftButton);
-    move(*control_, at, Qt::LeftButton);
-    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
-    QCOMPARE(selected.size(), 3);
-
-    // The first click takes its point away, as one that masks does where masked points are hidden, and
-    // another one comes to light at its place.
-    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
-    control_->set_graph_data({{{{none}, {none}, {}}, {{10.0}, {20.0}, {}}}});
+  void points_beyond_the_limits_are_triangles_at_the_edge_that_take_clicks() {
+    control_->set_graph_data({{{{1.0, 10.0, 100.0}, {10.0, 5000.0, 0.1}, {}}}});
+    control_->set_graph_styles({{1, 1, 1}});
     control_->draw_graph();
-    press_again(at);
-    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at);
-    QCOMPARE(selected.size(), 4);
-    QVERIFY(control_->zoomed());
-
-    fill(*control_);
+    const QRect area = control_->plot_area();
+    QVERIFY(!area.contains(place(0, 1)) && !area.contains(place(0, 2)));
+    control_->set_points_beyond_marked(true);
     control_->draw_graph();
-    const QPoint beside = control_->plot_area().bottomRight() - QPoint(30, 30);
-    QTest::mouseClick(control_.get(), Qt::LeftButton, {}, beside);
-    press_again(beside);
-    QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, beside);
-    QVERIFY(!control_->zoomed());
-    QCOMPARE(selected.size(), 4);
+    for (const int point : {1, 2}) {
+      const QPoint at = place(0, point);
+      QVERIFY(area.contains(at));
+      QVERIFY(std::abs(at.y() - (point == 1 ? area.top() : area.bottom())) < 10);
+      move(*control_, QPoint(5, 5));  // the pointer enlarges what is under it
+      QTest::qWait(1);
+      const QImage image = control_->grab().toImage();
+      QVERIFY(image.pixelColor(at).saturation() > 100);
+      const int towards_edge = point == 1 ? -2 : 2;  // narrower there, so no disc
+      const auto width = [&](int y) {
+        int count = 0;
+        for (int x = at.x() - 8; x <= at.x() + 8; ++x) {
+          count += image.pixelColor(x, y).saturation() > 100 ? 1 : 0;
+        }
+        return count;
+      };
+      QVERIFY(width(at.y() + towards_edge) < width(at.y() - towards_edge));
+      QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
+      QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
+      QCOMPARE(selected.size(), 1);
+      QCOMPARE(selected.first(), (QList<QVariant>{0, point}));
+    }
+    QVERIFY(std::abs(std::log10(control_->y_range().upper / 500.0)) < 1e-6);  // the limits are as asked
+
+    const QPointF upper = *control_->point_position(0, 1);  // zoomed in it is out of view like any other
+    wheel(*control_, QPointF(area.left() - 15, area.center().y()), 120);
+    QTest::qWait(1);
+    QVERIFY(control_->point_position(0, 1)->y() < upper.y());
+    QVERIFY(!area.contains(place(0, 1)));
   }
 
   void wheel_keeps_the_place_under_the_pointer_and_knows_the_axes() {
@@ -384,7 +412,9 @@ class GraphControlTest : public QObject {
         {"equal, linear", {7, 7, linear, 0}, false, {6, 8}},
         {"unset, linear", {unset, unset, linear, 0}, true, {-5.2, 21.2}},
         {"not a number", {nan, nan, linear, 0}, false, {0, 1}},
-        {"cut off", {1e-6, 100, log, 0.001}, true, {0.001, 100}},
+        {"a limit below the cut-off", {1e-6, 100, log, 0.001}, true, {1e-6, 100}},
+        {"data instead of the cut-off", {0, 100, log, 0.001}, true, {0.1, 100}},
+        {"nothing above zero: the cut-off", {0, 100, log, 0.001}, false, {0.001, 100}},
     };
     for (const Case& c : cases) {
       const AxisRange range = graph::resolve_range(c.limits, c.with_data ? data : graph::DataExtent{});
