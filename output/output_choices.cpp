@@ -15,7 +15,7 @@ using Module_database::LineSelection;
 
 namespace {
 
-const std::string output_completed = "Data output completed. ";
+constexpr const char* output_completed = "Data output completed. ";
 
 // Asks for the file to write. Empty if the user cancels.
 std::string ask_for_file(const LineSelection& selection, const std::string& folder) {

@@ -11,8 +11,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 if [ "${1:-}" != "--inside" ]; then
   build="${1:-build/release}"
   root="$(mktemp -d)"
-  trap 'rm -rf "$root"' EXIT
-  mkdir "$root/pictures"
+  mkdir "$root/pictures" "$root/root"
+  trap 'rm -r "$root/pictures"; rmdir "$root/root" "$root"' EXIT  # never through what is mounted
   unshare --map-root-user --mount "$0" --inside "$build" "$root"
   for picture in docs/screenshots/*.png; do
     cp "$root/pictures/$(basename "$picture")" "$picture"
@@ -22,20 +22,26 @@ fi
 
 build="$2"
 root="$3/root"
-mkdir "$root"
 mount -t tmpfs tmpfs "$root"
 for folder in bin etc lib lib64 usr; do
   if [ -L "/$folder" ]; then
     cp -P "/$folder" "$root/$folder"
   elif [ -d "/$folder" ]; then
     mkdir "$root/$folder"
-    mount --bind -o ro "/$folder" "$root/$folder"
+    mount --rbind "/$folder" "$root/$folder"
   fi
 done
 mkdir -p "$root"/{dev,home/surveys/200E,mnt/pictures,opt/brenlox,tmp}
-mount --bind /dev "$root/dev"
+mkdir -m 700 "$root/tmp/runtime"
+mount --rbind /dev "$root/dev"
 mount --bind "$3/pictures" "$root/mnt/pictures"
 cp "$build/screenshots/brenlox_screenshots" "$root/opt/brenlox/"
 cp -r demo_output/sample.mdb demo_output/field_files demo_output/run_200E "$root/home/surveys/200E/"
-exec env -i HOME=/home/surveys LANG=C.UTF-8 QT_QPA_PLATFORM=offscreen \
-  chroot "$root" /opt/brenlox/brenlox_screenshots /home/surveys/200E/sample.mdb /mnt/pictures
+# The size of the screen, or windows are fitted into a small one.
+cat >"$root/tmp/screen.json" <<END
+{"screens": [{"name": "offscreen", "x": 0, "y": 0, "width": 1280, "height": 800,
+  "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]}
+END
+exec chroot "$root" /usr/bin/env -i PATH=/usr/bin:/bin HOME=/home/surveys XDG_RUNTIME_DIR=/tmp/runtime LANG=C.UTF-8 \
+  QT_QPA_PLATFORM=offscreen:configfile=/tmp/screen.json \
+  /opt/brenlox/brenlox_screenshots /home/surveys/200E/sample.mdb /mnt/pictures

@@ -300,6 +300,32 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(rhoplus_settings().apply_static, 0);
   }
 
+  void a_document_says_where_it_is_and_takes_no_place_of_the_survey() {
+    auto* const print = window_->findChild<QAction*>("menu_line_document");
+    const std::string path = folder_->path("line.pdf");
+    (*interface_)->path_answers = {path};
+    (*interface_)->stop = [] { return true; };
+    print->trigger();
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+    QVERIFY(!std::filesystem::exists(path));
+
+    (*interface_)->stop = [] { return false; };
+    (*interface_)->path_answers = {path};
+    print->trigger();
+    QCOMPARE(interface_->take_messages(),
+             std::vector<std::string>{"The graphs of line 200E are written to " + path});
+    QCOMPARE(file_contents(path).substr(0, 5), std::string("%PDF-"));
+
+    (*interface_)->path_answers = {session().database_file};
+    (*interface_)->yes_no_answers = {true};
+    print->trigger();
+    const std::vector<std::string> messages = interface_->take_messages();
+    QCOMPARE(messages.size(), std::size_t{1});
+    QVERIFY2(messages[0].ends_with(" is one of the input files and is not written over"),
+             messages[0].c_str());
+    QVERIFY(file_contents(session().database_file).starts_with("SQLite format 3"));
+  }
+
   void the_output_panel_writes_a_line() {
     window_->findChild<QAction*>("menu_output_data_0")->trigger();
     QCOMPARE(interface_->take_messages(), std::vector<std::string>{});

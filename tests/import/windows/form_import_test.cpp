@@ -539,7 +539,11 @@ class FormImportTest : public QObject, private WindowFixture {
     type_cell(1, specify, "0");
     type_cell(2, specify, "256");
     const std::string saved = folder_->path("report.json");
-    (*interface_)->path_answers.push_back(saved);
+    const std::string imported = folder_->path("field/good.edi");
+    const std::string good = file_contents(imported);
+    (*interface_)->path_answers = {saved, imported};
+    (*interface_)->yes_no_answers = {true};
+    std::vector<std::string> told_of_saving;
     QStringList seen;
     QTimer waiting;
     connect(&waiting, &QTimer::timeout, this, [&] {
@@ -556,13 +560,23 @@ class FormImportTest : public QObject, private WindowFixture {
         }
       }
       QTest::mouseClick(report->findChild<QPushButton*>("Command_copy"), Qt::LeftButton);
+      std::vector<std::string>& messages = (*interface_)->messages;
+      const auto earlier = static_cast<std::ptrdiff_t>(messages.size());
       QTest::mouseClick(report->findChild<QPushButton*>("Command_save_report"), Qt::LeftButton);
+      QTest::mouseClick(report->findChild<QPushButton*>("Command_save_report"), Qt::LeftButton);
+      told_of_saving.assign(messages.begin() + earlier, messages.end());
+      messages.erase(messages.begin() + earlier, messages.end());
       QTest::mouseClick(report->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
     });
     waiting.start(1);
     click("Command_import_data_1");
     QCOMPARE(seen, QStringList({"bad.edi 0", "the file is of n", "good.edi 4"}));
     QVERIFY(QApplication::clipboard()->text().startsWith("1 of 2 files gave 4 readings\n"));
+    QCOMPARE(told_of_saving,
+             (std::vector<std::string>{"The report is written to " + saved,
+                                       "An error occurred while saving the import report: " + imported +
+                                           " is one of the input files and is not written over"}));
+    QCOMPARE(file_contents(imported), good);
     const QJsonObject written =
         QJsonDocument::fromJson(QByteArray::fromStdString(file_contents(saved))).object();
     QCOMPARE(written["stopped"], QJsonValue(false));

@@ -477,6 +477,19 @@ class GraphControlTest : public QObject {
     QCOMPARE(QImage(QString::fromStdString(png)).size(), QSize(800, 600));
   }
 
+  void a_picture_saved_from_the_menu_says_where_it_is() {
+    RecordingInterface interface;
+    const TemporaryFolder folder;
+    const auto menu = control_->make_context_menu();
+    for (const char* const name : {"chart.png", "chart.pdf"}) {
+      const std::string path = folder.path(name);
+      interface->path_answers = {path};
+      menu->actions().at(path.ends_with(".png") ? 1 : 2)->trigger();
+      QCOMPARE(interface.take_messages(), std::vector<std::string>{"The graph is written to " + path});
+      QVERIFY(QFile::exists(QString::fromStdString(path)));
+    }
+  }
+
   void what_does_not_fit_on_the_disk_leaves_the_earlier_file() {
     RecordingInterface interface;
     const TemporaryFolder folder;
