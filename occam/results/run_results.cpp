@@ -32,6 +32,7 @@ void clear_iterations(RunResults& results) {
   results.iteration_multiplier.fill(no_data);
   results.iteration_roughness.fill(no_data);
   results.iteration_misfit.fill(no_data);
+  results.iteration_debug_level.fill(0);
   results.last_iteration = 0;
 }
 
@@ -46,6 +47,7 @@ void store(RunResults& results, const std::string& name, const OccamIteration& i
   results.iteration_multiplier[number] = static_cast<float>(iteration.PMU);
   results.iteration_roughness[number] = static_cast<float>(iteration.RLAST);
   results.iteration_misfit[number] = static_cast<float>(iteration.TLAST);
+  results.iteration_debug_level[number] = iteration.debug_level;
   results.last_iteration = std::max(results.last_iteration, iteration.number);
 }
 

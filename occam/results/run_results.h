@@ -41,6 +41,7 @@ struct RunResults {
   ByIteration<float> iteration_multiplier;
   ByIteration<float> iteration_roughness;
   ByIteration<float> iteration_misfit;  // RMS
+  ByIteration<int> iteration_debug_level;
   int last_iteration = 0;
 
   std::map<std::string, FileStamp> seen;     // the iteration files that were read, as of then

@@ -71,7 +71,9 @@ int make_response(const RunResults& results, int iteration, const std::vector<do
   return trap_errors(response_failed, [&] {
     const BusyPointer busy;
     const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    const auto modelled = model_data(results.model, parameters, data, show_share);
+    const auto modelled =
+        model_data(results.model, parameters, data, show_share,
+                   limits_at(results.iteration_debug_level[static_cast<std::size_t>(iteration)]));
     if (!modelled) {
       return -1;
     }
