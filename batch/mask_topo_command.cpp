@@ -35,7 +35,8 @@ void print_summary(const MaskTopoOptions& options, const TopoMask& mask) {
     const nlohmann::ordered_json json{
         {"points", mask.topo.points.station.size()},   {"datum_elevation", mask.choices.datum_elevation},
         {"free_triangles_as_read", as_read},           {"free_triangles", masked},
-        {"parameters_as_read", model.num_free_params}, {"parameters", blocks}};
+        {"parameters_as_read", model.num_free_params}, {"parameters", blocks},
+        {"stations_on_a_wall", wall_stations(mask)}};
     std::cout << json.dump(2) << '\n';
     return;
   }
@@ -43,7 +44,7 @@ void print_summary(const MaskTopoOptions& options, const TopoMask& mask) {
             << plain_text(mask.choices.datum_elevation) << " m\n"
             << "The mesh is written to " << options.output << '\n'
             << masked << " free triangles of " << as_read << ", " << blocks << " parameters of "
-            << model.num_free_params << ", the others fixed to " << masked_resistivity(model.mesh) << '\n';
+            << model.num_free_params << "; the others are air\n";
 }
 
 int run_mask_topo(MaskTopoOptions& options) {

@@ -22,6 +22,8 @@ numerics::section::Section blocks(std::size_t columns, std::size_t rows) {
       const std::size_t block = column / 2;
       const double wave = std::sin(0.7 * static_cast<double>(block) + 0.9 * static_cast<double>(row));
       section.resistivities.insert(section.resistivities.end(), 4, std::pow(10.0, 2.0 + wave));
+      const std::size_t code = 1 + block + row * columns;
+      section.codes.insert(section.codes.end(), 4, static_cast<numerics::section::Code>(code));
     }
   }
   return section;
@@ -45,8 +47,8 @@ __attribute__((target_clones("arch=haswell", "default"))) void subtract_columns(
 
 /// Of the factorization of one mode, each a multiplication with an addition of real numbers.
 double operations(std::size_t columns, std::size_t rows) {
-  const auto unknowns = static_cast<double>((columns - 1) * (rows - 1));
-  const auto half_bandwidth = static_cast<double>(rows);
+  const auto unknowns = static_cast<double>((columns + 1) * rows);
+  const auto half_bandwidth = static_cast<double>(rows + 1);
   return unknowns * 2.0 * half_bandwidth * half_bandwidth;
 }
 
@@ -62,7 +64,7 @@ void response(benchmark::State& state) {
   for (std::size_t f = 1; f < frequencies.size(); ++f) {
     frequencies[f] = 0.75 * frequencies[f - 1];
   }
-  constexpr std::size_t air = 9;
+  constexpr std::size_t air = 10;
   const double work =
       static_cast<double>(frequencies.size()) * (operations(columns, rows) + operations(columns, rows + air));
   constexpr std::size_t strip = 256;

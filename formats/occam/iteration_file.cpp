@@ -58,7 +58,7 @@ OccamIteration read_head(TextInput& input) {
   for (int line = 0; flex && line < flex_lines; ++line) {
     input.line();
   }
-  skip_filled_lines(input, 1);  // debug level
+  iteration.debug_level = read_integer(input);
   iteration.number = read_integer(input);
   iteration.PMU = read_number(input);
   iteration.RLAST = read_number(input);

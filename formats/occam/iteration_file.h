@@ -24,6 +24,7 @@ std::string start_file_text(const StartFile& start);
 struct OccamIteration {
   std::string model_file;
   std::string data_file;
+  int debug_level = 1;
   int number = 0;
   double PMU = 0.0;    // Lagrange multiplier
   double RLAST = 0.0;  // roughness

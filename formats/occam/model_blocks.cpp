@@ -11,10 +11,17 @@ namespace Module_occam {
 
 namespace {
 
-/// '0' to '9' are 0 to 9, 'A' is 10.
+/// '1' to '9' are 1 to 9, 'A' is 10.
 std::int32_t numeric_code(char character) {
-  if (character == free_code) {
-    return free_cell;
+  switch (character) {
+    case free_code:
+      return free_cell;
+    case sea_code:
+      return sea_cell;
+    case air_code:
+      return air_cell;
+    default:
+      break;
   }
   const int code = static_cast<unsigned char>(character) - '0';
   return code > 9 ? code - 7 : code;

@@ -12,9 +12,11 @@ namespace Module_occam {
 
 inline constexpr std::size_t triangles = 4;  // of each cell
 inline constexpr char free_code = '?';       // a triangle whose resistivity is inverted for
+inline constexpr char air_code = '0';        // air, whatever the mesh lists
+inline constexpr char sea_code = 'Z';        // sea water
 
-/// The codes of one row of cells: a line for each triangle, a character for each column of cells. A digit or
-/// letter is an index of the table of fixed resistivities.
+/// The codes of one row of cells: a line for each triangle, a character for each column of cells. 1 to 9 and
+/// A to Y (10 to 34) are indices of the table of fixed resistivities.
 using CodeLines = std::array<std::string, triangles>;
 
 struct OccamMesh {

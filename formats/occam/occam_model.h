@@ -16,10 +16,12 @@ namespace Module_occam {
 
 inline constexpr int max_nodes = 512;             // limit of node lines, across and down
 inline constexpr std::int32_t free_cell = -99;    // code of a free triangle outside all blocks
+inline constexpr std::int32_t sea_cell = -1;      // code of sea water
+inline constexpr std::int32_t air_cell = 0;       // code of air
 inline constexpr std::int32_t no_site_node = -1;  // a site beyond the last node
 
-/// The numeric codes of a cell's triangles: an index from 1 of the table of resistivities, the fixed ones
-/// first, then the free parameters.
+/// The numeric codes of a cell's triangles: air, sea water, or an index from 1 of the table of resistivities,
+/// the fixed ones first, then the free parameters.
 using CellCode = std::array<std::int32_t, triangles>;
 
 /// The node lines around a block: from node_z[top_row] down to node_z[end_row] and from node_x[left_column]

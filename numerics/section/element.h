@@ -1,8 +1,7 @@
 // element.h: the finite element equations of one cell: linear triangles on its four corners and its centre.
 //
-//   K = sum over the triangles of  stiffness S + i omega mu mass M
-//
-//   S = integral of grad N . grad N,   M = integral of N N
+//   TE: K = sum over the triangles of  S + i omega mu s M      S = integral of grad N . grad N
+//   TM: K = sum over the triangles of  S / s + i omega mu M    M = integral of N N
 //
 // Elements and loads for the secondary field: Wannamaker, Stodt & Rijo (1987), Geophys. J. R. astr. Soc. 88,
 // 277-296. Corners are numbered top left, top right, bottom left, bottom right; index 4 is the centre.
@@ -23,6 +22,14 @@ constexpr std::array<std::array<std::size_t, 2>, 4> triangle_corners = {{{0, 1},
 
 using CellLoad = std::array<Complex, 5>;
 
+/// What the integrals S and M of each triangle are multiplied by.
+struct Coefficients {
+  std::array<Complex, 4> stiffness = {};
+  std::array<Complex, 4> mass = {};
+};
+
+Coefficients coefficients(Mode mode, const Cell& cell, const Frequency& frequency);
+
 /// The matrix of a cell: symmetric, five nodes.
 struct CellMatrix {
   std::array<std::array<Complex, corners>, corners> corner = {};  // on and above the diagonal
@@ -31,18 +38,18 @@ struct CellMatrix {
 };
 
 /// @param width, height  m
-CellMatrix cell_matrix(const Cell& cell, double width, double height, double omega_mu0);
+CellMatrix cell_matrix(const Coefficients& coefficients, double width, double height);
 
-/// Load of one triangle for a unit difference from the host, of sigma (TE) or rho (TM). TE takes the primary
-/// field at the centroid and gives a third to each vertex; TM integrates its normal derivative over the
-/// edges, half an edge to each end. The choice of quadrature is part of the response that models were fitted
-/// with.
-/// @param row  of the mesh, in the host's ground
-void add_unit_load(const ModeMesh& mesh, const PrimaryField& primary, double omega_mu0, std::size_t triangle,
-                   std::size_t column, std::size_t row, Complex factor, CellLoad& load);
+/// Adds the load of one triangle, of first and second corner and centre, for a unit difference from the host:
+/// of s in TE, of 1 - s_host / s in TM. TE takes the primary field at the centroid and gives a third to each
+/// vertex; TM integrates E over the edges, half an edge to each end, and H over the area. The choice of
+/// quadrature is part of the response that models were fitted with.
+/// @param row  of the mesh
+void add_unit_load(const ModeMesh& mesh, const PrimaryField& primary, const Frequency& frequency,
+                   std::size_t triangle, std::size_t column, std::size_t row, Complex factor, CellLoad& load);
 
 /// The load of a cell, from what it differs from the host in.
-CellLoad cell_load(const ModeMesh& mesh, const PrimaryField& primary, double omega_mu0, std::size_t column,
-                   std::size_t row);
+CellLoad cell_load(const ModeMesh& mesh, const PrimaryField& primary, const Frequency& frequency,
+                   std::size_t column, std::size_t row);
 
 }  // namespace numerics::section

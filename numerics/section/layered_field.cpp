@@ -1,9 +1,6 @@
 #include "numerics/section/layered_field.h"
 
 #include <cmath>
-#include <numbers>
-
-#include "numerics/constants.h"
 
 namespace numerics::section {
 
@@ -16,18 +13,24 @@ Complex expm1(Complex z) {
           std::exp(z.real()) * std::sin(z.imag())};
 }
 
+// sqrt(i omega mu (sigma + i omega epsilon)), 1/m
+Complex wave_number(const Frequency& frequency, double conductivity) {
+  return std::sqrt(Complex(0.0, frequency.omega_mu()) * frequency.admittivity(conductivity));
+}
+
 }  // namespace
 
-double omega_mu(double frequency) { return 2.0 * std::numbers::pi * frequency * mu0; }
-
-LayeredField::LayeredField(double omega_mu0, std::span<const double> heights,
-                           std::span<const double> resistivity)
-    : heights_(heights.begin(), heights.end()), wave_number_(heights.size()), electric_(heights.size() + 1) {
+LayeredField::LayeredField(const Frequency& frequency, std::span<const double> heights,
+                           std::span<const double> conductivity)
+    : frequency_(frequency),
+      heights_(heights.begin(), heights.end()),
+      wave_number_(heights.size()),
+      electric_(heights.size() + 1) {
   const std::size_t rows = heights.size();
   std::vector<Complex> zeta(rows);
   for (std::size_t row = 0; row < rows; ++row) {
-    wave_number_[row] = std::sqrt(Complex(0.0, omega_mu0 / resistivity[row]));
-    zeta[row] = Complex(0.0, omega_mu0) / wave_number_[row];
+    wave_number_[row] = wave_number(frequency, conductivity[row]);
+    zeta[row] = Complex(0.0, frequency.omega_mu()) / wave_number_[row];
   }
   std::vector<Complex> impedance(rows + 1);
   std::vector<Complex> passed(rows);  // E at a row's bottom over E at its top
@@ -59,6 +62,15 @@ LayeredField::Value LayeredField::inside(std::size_t row, double depth) const {
   const Complex bottom = share(depth);
   return {electric_[row] * top + electric_[row + 1] * bottom,
           magnetic_[row] * top + magnetic_[row + 1] * bottom};
+}
+
+LayeredField::Value LayeredField::above(double height) const {
+  const Complex k = wave_number(frequency_, air_conductivity);
+  const Complex zeta = Complex(0.0, frequency_.omega_mu()) / k;
+  const Complex cosine = std::cosh(k * height);
+  const Complex sine = std::sinh(k * height);
+  return {electric_[0] * cosine + magnetic_[0] * zeta * sine,
+          magnetic_[0] * cosine + electric_[0] / zeta * sine};
 }
 
 }  // namespace numerics::section

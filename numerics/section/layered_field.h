@@ -1,22 +1,18 @@
-// layered_field.h: the field of a layered earth at the node rows of a mesh and between them.
+// layered_field.h: the field of a layered earth at the node rows of a mesh, between them and in the air.
 //
-// Time factor exp(+i omega t); z down, m; E and H at the top of the ground: E = 1, H = 1/Z.
+// z down, m; E and H at the top of the ground: E = 1, H = 1/Z.
 #pragma once
-#include <complex>
 #include <cstddef>
 #include <span>
 #include <vector>
 
+#include "numerics/section/electromagnetic.h"
+
 namespace numerics::section {
 
-using Complex = std::complex<double>;
-
-/// omega mu0 for a frequency in Hz, ohm/m.
-double omega_mu(double frequency);
-
-/// The field in rows of uniform resistivity, the last of them continued as a half space:
+/// The field in rows of uniform conductivity, the last of them continued as a half space:
 ///
-///   k = sqrt(i omega mu / rho), zeta = i omega mu / k, e = exp(-k h)
+///   k = sqrt(i omega mu s), s = sigma + i omega epsilon, zeta = i omega mu / k, e = exp(-k h)
 ///   Z = zeta (Z'(1 + e^2) + zeta (1 - e^2)) / (zeta (1 + e^2) + Z'(1 - e^2))    from the bottom up
 ///   E' = E 2 e Z' / (Z'(1 + e^2) + zeta (1 - e^2))                              from the top down
 ///
@@ -24,25 +20,26 @@ double omega_mu(double frequency);
 /// that thin rows of a high resistivity lose no digits.
 class LayeredField {
  public:
-  /// @param omega_mu0    omega mu0, > 0
-  /// @param heights      m, of each row of the ground, top to bottom; at least one
-  /// @param resistivity  ohm-m, of each row
-  LayeredField(double omega_mu0, std::span<const double> heights, std::span<const double> resistivity);
+  /// @param heights       m, of each row of the ground, top to bottom; at least one
+  /// @param conductivity  S/m, of each row
+  LayeredField(const Frequency& frequency, std::span<const double> heights,
+               std::span<const double> conductivity);
 
-  /// E and H at node row `row`, 0 at the ground, at most the number of rows
-  [[nodiscard]] Complex electric(std::size_t row) const { return electric_[row]; }
-  [[nodiscard]] Complex magnetic(std::size_t row) const { return magnetic_[row]; }
-  /// E / H at the ground, ohm
-  [[nodiscard]] Complex impedance() const { return electric_[0] / magnetic_[0]; }
-
-  /// E and H at a depth below the top of a row (0 to its height, m), from the values at its two ends.
   struct Value {
     Complex electric;
     Complex magnetic;
   };
+  /// At node row `row`, 0 at the ground, at most the number of rows.
+  [[nodiscard]] Value at_node(std::size_t row) const { return {electric_[row], magnetic_[row]}; }
+  /// At a depth below the top of a row (0 to its height, m), from the values at its two ends.
   [[nodiscard]] Value inside(std::size_t row, double depth) const;
+  /// In the air, at a height above the ground, m.
+  [[nodiscard]] Value above(double height) const;
+  /// E / H at the ground, ohm
+  [[nodiscard]] Complex impedance() const { return electric_[0] / magnetic_[0]; }
 
  private:
+  Frequency frequency_;
   std::vector<double> heights_;
   std::vector<Complex> wave_number_;  // 1/m, of each row
   std::vector<Complex> electric_;     // at each node row

@@ -1,9 +1,10 @@
 // mode_field.h: the secondary field of one mode at one frequency on all nodes of a mesh, by finite elements.
 //
 // Secondary is the total field less that of the host, a layered earth: a layered section comes out exact on
-// any mesh (auxiliary fields: Rodi 1976, Geophys. J. R. astr. Soc. 44, 483-506).
+// any mesh (auxiliary fields: Rodi 1976, Geophys. J. R. astr. Soc. 44, 483-506). It is 0 on the mesh's lowest
+// line in TE and on its uppermost one in TM; at the other three edges the equations end as they are.
 #pragma once
-#include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -15,13 +16,12 @@ namespace numerics::section {
 class ModeField {
  public:
   /// Assembles, factors and solves.
-  /// @param frequency  Hz
   /// @param solver     used up to the end of this object's life; afterwards its memory serves the next one
-  ModeField(const ModeMesh& mesh, double frequency, BandedLdlt& solver);
+  ModeField(const ModeMesh& mesh, const Frequency& frequency, BandedLdlt& solver);
 
   [[nodiscard]] const ModeMesh& mesh() const { return mesh_; }
+  [[nodiscard]] const Frequency& frequency() const { return frequency_; }
   [[nodiscard]] const PrimaryField& primary() const { return primary_; }
-  [[nodiscard]] double omega_mu0() const { return omega_mu0_; }
 
   /// The secondary field at a node.
   [[nodiscard]] Complex secondary(std::size_t column, std::size_t row) const {
@@ -39,28 +39,25 @@ class ModeField {
                                          std::size_t row) const;
 
  private:
-  [[nodiscard]] bool prescribes_centre(const Cell& cell) const {
-    return mesh_.mode == Mode::tm && cell.touches_air();
+  [[nodiscard]] std::size_t first_free_row() const { return mesh_.mode == Mode::te ? 0 : 1; }
+  /// The equation of a node; nothing on the line where the field is prescribed. Unknowns run down the columns
+  /// of nodes.
+  [[nodiscard]] std::optional<std::size_t> unknown(std::size_t column, std::size_t row) const {
+    const std::size_t down = row - first_free_row();  // wraps around above the first free row
+    return down < mesh_.rows ? std::optional(column * mesh_.rows + down) : std::nullopt;
   }
-  [[nodiscard]] bool skips(const Cell& cell) const { return mesh_.mode == Mode::tm && cell.all_air(); }
-  [[nodiscard]] Complex prescribed_centre(std::size_t row) const { return 1.0 - primary_.rows[row].value[1]; }
-  [[nodiscard]] std::array<std::size_t, corners> cell_nodes(std::size_t column, std::size_t row) const;
-  /// Unknowns are the nodes inside the mesh's rim, numbered down its columns; prescribed ones among them
-  /// (they touch air in TM) keep an equation of their own, so that the numbering stays regular.
-  [[nodiscard]] std::size_t unknown(std::size_t column, std::size_t row) const {
-    return (column - 1) * (mesh_.rows - 1) + row - 1;
-  }
-  template <class Operation>
-  void for_each_free_node(const Operation& operation) const;
-  void prescribe_boundary(double frequency);
+  [[nodiscard]] CellMatrix matrix(std::size_t column, std::size_t row) const;
+  /// Spreads the values of the unknowns over the nodes, 0 on the prescribed line.
+  [[nodiscard]] std::vector<Complex> on_nodes(std::span<const Complex> unknowns) const;
+  [[nodiscard]] CellLoad at_corners(std::span<const Complex> nodes, std::size_t column,
+                                    std::size_t row) const;
   void add_cell(std::size_t column, std::size_t row, std::vector<Complex>& right_side);
 
   const ModeMesh& mesh_;
-  double omega_mu0_;
+  Frequency frequency_;
   PrimaryField primary_;
   BandedLdlt& solver_;
-  std::vector<Complex> secondary_;        // at each node
-  std::vector<std::uint8_t> prescribed_;  // of each node
+  std::vector<Complex> secondary_;  // at each node
 };
 
 }  // namespace numerics::section

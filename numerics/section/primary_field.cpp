@@ -7,71 +7,51 @@ namespace numerics::section {
 namespace {
 
 constexpr std::array<double, 3> value_places = {1.0 / 6.0, 1.0 / 2.0, 5.0 / 6.0};
-constexpr std::array<double, 4> derivative_places = {0.0, 1.0 / 4.0, 3.0 / 4.0, 1.0};
+constexpr std::array<double, 4> electric_places = {0.0, 1.0 / 4.0, 3.0 / 4.0, 1.0};
 
-std::vector<Complex> at_nodes(const ModeMesh& mesh, const LayeredColumn& column, const LayeredField& field,
-                              double omega_mu0) {
-  const double ground = mesh.node_z[column.ground_row];
-  std::vector<Complex> values(mesh.rows + 1, 1.0);
-  for (std::size_t row = 0; row <= mesh.rows; ++row) {
-    if (row >= column.ground_row) {
-      const std::size_t layer = row - column.ground_row;
-      values[row] = mesh.mode == Mode::te ? field.electric(layer) : field.magnetic(layer) * field.impedance();
-    } else if (mesh.mode == Mode::te) {
-      values[row] = 1.0 - Complex(0.0, omega_mu0) * field.magnetic(0) * (mesh.node_z[row] - ground);
-    }
-  }
-  return values;
-}
+class HostField {
+ public:
+  HostField(const ModeMesh& mesh, const Frequency& frequency)
+      : mesh_(mesh),
+        field_(frequency, mesh.host.heights, mesh.host.conductivity),
+        ground_(mesh.node_z[mesh.host.ground_row]) {}
 
-PrimaryField::Row air_row(const ModeMesh& mesh, const LayeredField& field, double omega_mu0,
-                          std::size_t row) {
-  PrimaryField::Row result;
-  const double top = mesh.node_z[row] - mesh.node_z[mesh.host.ground_row];
-  const Complex slope = mesh.mode == Mode::te ? -Complex(0.0, omega_mu0) * field.magnetic(0) : Complex(0.0);
-  for (std::size_t i = 0; i < value_places.size(); ++i) {
-    result.value[i] = 1.0 + slope * (top + value_places[i] * mesh.heights[row]);
+  [[nodiscard]] LayeredField::Value at_node(std::size_t row) const {
+    return row < mesh_.host.ground_row ? field_.above(ground_ - mesh_.node_z[row])
+                                       : field_.at_node(row - mesh_.host.ground_row);
   }
-  result.derivative.fill(slope);
-  return result;
-}
+  /// At a share of a row's height.
+  [[nodiscard]] LayeredField::Value inside(std::size_t row, double place) const {
+    const double depth = place * mesh_.heights[row];
+    return row < mesh_.host.ground_row ? field_.above(ground_ - mesh_.node_z[row] - depth)
+                                       : field_.inside(row - mesh_.host.ground_row, depth);
+  }
 
-PrimaryField::Row ground_row(const ModeMesh& mesh, const LayeredField& field, double omega_mu0,
-                             std::size_t row) {
-  PrimaryField::Row result;
-  const std::size_t layer = row - mesh.host.ground_row;
-  result.resistivity = mesh.host.resistivity[layer];
-  const Complex h_scale = field.impedance();  // H is 1 at the ground in TM
-  for (std::size_t i = 0; i < value_places.size(); ++i) {
-    const LayeredField::Value value = field.inside(layer, value_places[i] * mesh.heights[row]);
-    result.value[i] = mesh.mode == Mode::te ? value.electric : value.magnetic * h_scale;
-  }
-  for (std::size_t i = 0; i < derivative_places.size(); ++i) {
-    const LayeredField::Value value = field.inside(layer, derivative_places[i] * mesh.heights[row]);
-    result.derivative[i] = mesh.mode == Mode::te ? -Complex(0.0, omega_mu0) * value.magnetic
-                                                 : -value.electric * h_scale / result.resistivity;
-  }
-  return result;
-}
+ private:
+  const ModeMesh& mesh_;
+  LayeredField field_;
+  double ground_;
+};
 
 }  // namespace
 
-std::vector<Complex> primary_at_nodes(const ModeMesh& mesh, const LayeredColumn& column, double frequency) {
-  const double omega_mu0 = omega_mu(frequency);
-  return at_nodes(mesh, column, LayeredField(omega_mu0, column.heights, column.resistivity), omega_mu0);
-}
-
-PrimaryField primary_field(const ModeMesh& mesh, double frequency) {
-  const double omega_mu0 = omega_mu(frequency);
-  const LayeredField field(omega_mu0, mesh.host.heights, mesh.host.resistivity);
+PrimaryField primary_field(const ModeMesh& mesh, const Frequency& frequency) {
+  const HostField host(mesh, frequency);
   PrimaryField primary;
-  primary.node = at_nodes(mesh, mesh.host, field, omega_mu0);
-  primary.impedance = field.impedance();
+  primary.rows.resize(mesh.rows);
   for (std::size_t row = 0; row < mesh.rows; ++row) {
-    primary.rows.push_back(row < mesh.host.ground_row ? air_row(mesh, field, omega_mu0, row)
-                                                      : ground_row(mesh, field, omega_mu0, row));
-    primary.node_derivative.push_back(primary.rows.back().derivative.front());
+    PrimaryField::Row& result = primary.rows[row];
+    result.admittivity = frequency.admittivity(mesh.host_conductivity(row));
+    for (std::size_t i = 0; i < value_places.size(); ++i) {
+      const LayeredField::Value value = host.inside(row, value_places[i]);
+      result.value[i] = mesh.mode == Mode::te ? value.electric : value.magnetic;
+    }
+    for (std::size_t i = 0; i < electric_places.size(); ++i) {
+      result.electric[i] = host.inside(row, electric_places[i]).electric;
+    }
+    primary.nodes.push_back(host.at_node(row));
   }
+  primary.nodes.push_back(host.at_node(mesh.rows));
   return primary;
 }
 

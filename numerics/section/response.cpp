@@ -36,9 +36,9 @@ CheckedInput check_input(const Section& section, std::span<const double> site_po
       throw std::invalid_argument(plain_text(frequency) + " Hz is no frequency");
     }
   }
-  CheckedInput input = {AirMap(section), {}};
+  CheckedInput input = {host_column(section), {}};
   for (const double position : site_positions) {
-    input.sites.push_back(surface_node(section, input.air, nearest_node_column(section, position)));
+    input.sites.push_back(make_site(section, nearest_node_column(section, position)));
   }
   return input;
 }
@@ -47,9 +47,9 @@ std::optional<Response> compute_response(const Section& section, std::span<const
                                          std::span<const double> frequencies,
                                          const ResponseOptions& options) {
   const CheckedInput input = check_input(section, site_positions, frequencies);
-  const std::vector<SurfaceNode>& sites = input.sites;
-  const ModeMesh te_mesh = make_mode_mesh(section, input.air, Mode::te);
-  const ModeMesh tm_mesh = make_mode_mesh(section, input.air, Mode::tm);
+  const std::vector<Site>& sites = input.sites;
+  const ModeMesh te_mesh = make_mode_mesh(section, input.host, Mode::te);
+  const ModeMesh tm_mesh = make_mode_mesh(section, input.host, Mode::tm);
 
   Response response = {empty_response(sites.size() * frequencies.size()),
                        empty_response(sites.size() * frequencies.size())};
@@ -58,12 +58,13 @@ std::optional<Response> compute_response(const Section& section, std::span<const
   const auto job = [&](std::size_t item, std::size_t thread) {
     const bool te = item < frequencies.size();
     const std::size_t f = item % frequencies.size();
-    const ModeField field(te ? te_mesh : tm_mesh, frequencies[f], solvers[thread]);
+    const Frequency frequency(frequencies[f]);
+    const ModeField field(te ? te_mesh : tm_mesh, frequency, solvers[thread]);
     ModeResponse& mode = te ? response.te : response.tm;
     for (std::size_t s = 0; s < sites.size(); ++s) {
-      const Complex impedance = ground_impedance(field, sites[s]).impedance;
+      const Complex impedance = ground_impedance(field, section, sites[s]).impedance;
       mode.log10_resistivity[s * frequencies.size() + f] =
-          std::log10(std::norm(impedance) / field.omega_mu0());  // Cagniard (1953), Geophysics 18, 605-635
+          std::log10(std::norm(impedance) / frequency.omega_mu());  // Cagniard (1953), Geophysics 18, 605-635
       mode.phase[s * frequencies.size() + f] = std::arg(impedance) * degrees_per_radian;
     }
   };

@@ -11,8 +11,9 @@
 #include <span>
 #include <vector>
 
-#include "numerics/section/mode_mesh.h"
+#include "numerics/section/host.h"
 #include "numerics/section/section.h"
+#include "numerics/section/site.h"
 
 namespace numerics::section {
 
@@ -34,16 +35,16 @@ struct ResponseOptions {
   std::function<bool(double)> progress = {};
 };
 
-/// A section and its sites after the checks.
+/// What a section has after the checks.
 struct CheckedInput {
-  AirMap air;
-  std::vector<SurfaceNode> sites;
+  LayeredColumn host;
+  std::vector<Site> sites;
 };
 
 /// @param site_positions  m, along the line; each is taken to the nearest node column
 /// @param frequencies     Hz
-/// Throws std::invalid_argument for input that has no response (see check_section, nearest_node_column,
-/// surface_node) and for a frequency that isn't finite and positive.
+/// Throws std::invalid_argument for input that has no response (see check_section, host_column,
+/// nearest_node_column, make_site) and for a frequency that isn't finite and positive.
 CheckedInput check_input(const Section& section, std::span<const double> site_positions,
                          std::span<const double> frequencies);
 

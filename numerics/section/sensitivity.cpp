@@ -1,5 +1,6 @@
 #include "numerics/section/sensitivity.h"
 
+#include <algorithm>
 #include <numbers>
 #include <stdexcept>
 
@@ -11,12 +12,8 @@ namespace numerics::section {
 
 namespace {
 
-// a^T K b for values at the nodes of a cell and the stiffness or mass matrix of one triangle.
-Complex triangle_product(const ModeMesh& mesh, double omega_mu0, std::size_t triangle, std::size_t column,
-                         std::size_t row, const CellLoad& a, const CellLoad& b) {
-  Cell alone;
-  (mesh.mode == Mode::te ? alone.mass : alone.stiffness)[triangle] = 1.0;
-  const CellMatrix k = cell_matrix(alone, mesh.widths[column], mesh.heights[row], omega_mu0);
+// a^T K b for values at the nodes of a cell and the matrix K of one triangle.
+Complex triangle_product(const CellMatrix& k, const CellLoad& a, const CellLoad& b) {
   Complex sum = a[centre] * k.centre * b[centre];
   for (std::size_t i = 0; i < corners; ++i) {
     sum += k.to_centre[i] * (a[i] * b[centre] + a[centre] * b[i]) + k.corner[i][i] * a[i] * b[i];
@@ -27,43 +24,53 @@ Complex triangle_product(const ModeMesh& mesh, double omega_mu0, std::size_t tri
   return sum;
 }
 
-// The derivative of the load less that of the matrix times the field: what a triangle's change does to ln Z.
+// What a change of the triangle's conductivity does to ln Z, by S/m: the derivative of the load less that of
+// the matrix times the field.
 Complex triangle_change(const ModeField& field, std::size_t triangle, std::size_t column, std::size_t row,
                         const CellLoad& secondary, const CellLoad& adjoint) {
   const ModeMesh& mesh = field.mesh();
+  const Frequency& frequency = field.frequency();
+  Coefficients change;   // of the triangle's share of the matrix
+  Complex factor = 1.0;  // of the unit load
+  if (mesh.mode == Mode::te) {
+    change.mass[triangle] = {0.0, frequency.omega_mu()};
+  } else {
+    const Complex resistivity = reciprocal(frequency.admittivity(mesh.cell(column, row)[triangle]));
+    const Complex square = resistivity * resistivity;
+    change.stiffness[triangle] = -square;
+    factor = field.primary().rows[row].admittivity * square;
+  }
   CellLoad load = {};
-  // Above the host's ground the load of TM doesn't depend on the resistivity: the host has no gradient there.
-  if (mesh.mode == Mode::te || row >= mesh.host.ground_row) {
-    add_unit_load(mesh, field.primary(), field.omega_mu0(), triangle, column, row, 1.0, load);
-  }
-  Complex change = -triangle_product(mesh, field.omega_mu0(), triangle, column, row, adjoint, secondary);
+  add_unit_load(mesh, field.primary(), frequency, triangle, column, row, factor, load);
+  Complex sum =
+      -triangle_product(cell_matrix(change, mesh.widths[column], mesh.heights[row]), adjoint, secondary);
   for (std::size_t i = 0; i < load.size(); ++i) {
-    change += adjoint[i] * load[i];
+    sum += adjoint[i] * load[i];
   }
-  return change;
+  return sum;
 }
 
-// What the field at each node adds to ln Z of a site.
+// What the secondary field at each node adds to ln Z of a site.
 std::vector<Complex> impedance_weights(const ModeField& field, const GroundImpedance& site) {
   const ModeMesh& mesh = field.mesh();
   std::vector<Complex> weights((mesh.columns + 1) * (mesh.rows + 1));
   const double sign = mesh.mode == Mode::te ? -1.0 : 1.0;
-  for (std::size_t k = 0; k < site.nodes.size(); ++k) {
-    weights[site.nodes[k]] += sign * site.weights[k] / site.derivative;
+  for (const GroundImpedance::Weight& entry : site.weights) {
+    weights[entry.node] += sign * entry.weight / site.derivative;
   }
-  weights[site.nodes[0]] -= sign / site.field;
+  weights[site.node] -= sign / site.field;
   return weights;
 }
 
 class ModeJob {
  public:
-  ModeJob(const Section& section, std::span<const std::size_t> parameter_index,
-          std::span<const SurfaceNode> sites, std::size_t parameters)
+  ModeJob(const Section& section, std::span<const std::size_t> parameter_index, std::span<const Site> sites,
+          std::size_t parameters)
       : section_(section), parameter_index_(parameter_index), sites_(sites), parameters_(parameters) {}
 
   void run(const ModeMesh& mesh, double frequency, BandedLdlt& solver, std::size_t frequency_index,
            std::size_t frequencies, ModeSensitivity& result) const {
-    const ModeField field(mesh, frequency, solver);
+    const ModeField field(mesh, Frequency(frequency), solver);
     for (std::size_t s = 0; s < sites_.size(); ++s) {
       const std::vector<Complex> change = of_site(field, sites_[s]);
       for (std::size_t p = 0; p < parameters_; ++p) {
@@ -76,41 +83,48 @@ class ModeJob {
 
  private:
   // d ln Z by the log10 resistivity of each parameter
-  [[nodiscard]] std::vector<Complex> of_site(const ModeField& field, const SurfaceNode& site) const {
+  [[nodiscard]] std::vector<Complex> of_site(const ModeField& field, const Site& site) const {
     const ModeMesh& mesh = field.mesh();
-    const GroundImpedance impedance = ground_impedance(field, site);
+    const GroundImpedance impedance = ground_impedance(field, section_, site);
     const std::vector<Complex> adjoint = field.adjoint(impedance_weights(field, impedance));
     std::vector<Complex> change(parameters_);
     for (std::size_t column = 0; column < mesh.columns; ++column) {
-      for (std::size_t row = mesh.added_rows; row < mesh.rows; ++row) {
-        const Cell& cell = mesh.cell(column, row);
-        if (cell.all_air()) {
+      for (std::size_t row = 0; row < section_.rows(); ++row) {
+        if (!has_parameter(column, row)) {
           continue;
         }
-        const std::size_t first = 4 * ((row - mesh.added_rows) * mesh.columns + column);
-        const CellLoad u = field.secondary_in_cell(column, row);
-        const CellLoad v = field.adjoint_in_cell(adjoint, column, row);
+        const std::size_t mesh_row = row + mesh.added_rows;
+        const CellLoad u = field.secondary_in_cell(column, mesh_row);
+        const CellLoad v = field.adjoint_in_cell(adjoint, column, mesh_row);
         for (std::size_t t = 0; t < 4; ++t) {
-          const std::size_t parameter = parameter_index_[first + t];
-          if (parameter == no_parameter || cell.air[t]) {
-            continue;
+          const std::size_t triangle = section_.index(column, row, t);
+          if (parameter_index_[triangle] != no_parameter) {
+            change[parameter_index_[triangle]] +=
+                by_decade(triangle) * triangle_change(field, t, column, mesh_row, u, v);
           }
-          const double resistivity = section_.resistivities[first + t];
-          // sigma falls as rho grows
-          const double by_decade = mesh.mode == Mode::te ? -1.0 / resistivity : resistivity;
-          change[parameter] += by_decade * std::numbers::ln10 * triangle_change(field, t, column, row, u, v);
         }
       }
     }
-    if (mesh.mode == Mode::tm && parameter_index_[site.triangle_index] != no_parameter) {
-      change[parameter_index_[site.triangle_index]] += std::numbers::ln10;
+    const std::size_t beside = site.triangle_beside;
+    if (mesh.mode == Mode::tm && parameter_index_[beside] != no_parameter) {
+      change[parameter_index_[beside]] -= by_decade(beside) / impedance.admittivity;
     }
     return change;
   }
 
+  [[nodiscard]] bool has_parameter(std::size_t column, std::size_t row) const {
+    const auto cell = parameter_index_.subspan(section_.index(column, row, 0), 4);
+    return std::ranges::any_of(cell, [](std::size_t parameter) { return parameter != no_parameter; });
+  }
+
+  // S/m that the conductivity of a triangle changes by for each decade of its resistivity
+  [[nodiscard]] double by_decade(std::size_t triangle) const {
+    return -std::numbers::ln10 / section_.resistivities[triangle];
+  }
+
   const Section& section_;
   std::span<const std::size_t> parameter_index_;
-  std::span<const SurfaceNode> sites_;
+  std::span<const Site> sites_;
   std::size_t parameters_;
 };
 
@@ -122,16 +136,22 @@ std::optional<Sensitivity> compute_sensitivity(const Section& section,
                                                std::span<const double> frequencies,
                                                const ResponseOptions& options) {
   const CheckedInput input = check_input(section, site_positions, frequencies);
-  for (const std::size_t index : parameter_index) {
-    if (index >= parameters && index != no_parameter) {
-      throw std::invalid_argument("the section names a parameter that doesn't exist");
-    }
-  }
-  if (parameter_index.size() != section.resistivities.size()) {
+  if (parameter_index.size() != section.codes.size()) {
     throw std::invalid_argument("the parameters don't fit the section");
   }
-  const ModeMesh te_mesh = make_mode_mesh(section, input.air, Mode::te);
-  const ModeMesh tm_mesh = make_mode_mesh(section, input.air, Mode::tm);
+  for (std::size_t i = 0; i < parameter_index.size(); ++i) {
+    if (parameter_index[i] == no_parameter) {
+      continue;
+    }
+    if (parameter_index[i] >= parameters) {
+      throw std::invalid_argument("the section names a parameter that doesn't exist");
+    }
+    if (section.codes[i] == air_code) {
+      throw std::invalid_argument("the section gives air a parameter");
+    }
+  }
+  const ModeMesh te_mesh = make_mode_mesh(section, input.host, Mode::te);
+  const ModeMesh tm_mesh = make_mode_mesh(section, input.host, Mode::tm);
   const std::size_t values = input.sites.size() * frequencies.size() * parameters;
   Sensitivity result = {{std::vector<double>(values), std::vector<double>(values)},
                         {std::vector<double>(values), std::vector<double>(values)}};

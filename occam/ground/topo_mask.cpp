@@ -89,10 +89,19 @@ int refuse(const char* message) {
 
 std::vector<double> ground_depths(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
                                   double datum_elevation) {
+  const auto depth_between = [&](std::size_t left, std::size_t right) {
+    const double middle = (model.node_x[left] + model.node_x[right]) / 2.0;
+    return datum_elevation - numerics::gridding::cubval(ground, middle);
+  };
   std::vector<double> depths;
-  for (std::size_t column = 0; column < model.mesh.node_widths.size(); ++column) {
-    const double middle = (model.node_x[column] + model.node_x[column + 1]) / 2.0;
-    depths.push_back(datum_elevation - numerics::gridding::cubval(ground, middle));
+  for (int place = 0; place < model.layers.front().layer_blocks(); ++place) {
+    const BlockExtent& extent = model.layer_block(0, place).block_extent;
+    depths.resize(static_cast<std::size_t>(extent.end_column),
+                  depth_between(static_cast<std::size_t>(extent.left_column),
+                                static_cast<std::size_t>(extent.end_column)));
+  }
+  while (depths.size() < model.mesh.node_widths.size()) {
+    depths.push_back(depth_between(depths.size(), depths.size() + 1));
   }
   return depths;
 }
@@ -158,12 +167,6 @@ std::string mesh_listing(const OccamModel& model, const std::vector<CodeLines>& 
   return text;
 }
 
-std::string masked_resistivity(const OccamMesh& mesh) {
-  return mesh.fixed_res.empty()
-             ? "air (the mesh lists no fixed resistivities)"
-             : plain_text(mesh.fixed_res.front()) + " ohm-m (the mesh's first fixed resistivity)";
-}
-
 int read_model_to_mask(const std::string& path, TopoMask& mask) {
   std::error_code ignored;
   if (trimmed(path).empty()) {
@@ -177,6 +180,7 @@ int read_model_to_mask(const std::string& path, TopoMask& mask) {
     return refuse("The specified model file is not defined properly");
   }
   mask.model_files = safe_files::InputFiles({file, mask.model.mesh_file});
+  mask.stations = run_stations(path);
   return 0;
 }
 
@@ -197,7 +201,15 @@ bool may_write_mesh(const std::string& path) {
          user_interface().ask_yes_no("The specified file already exists. Overwrite?");
 }
 
+std::vector<std::string> wall_stations(const TopoMask& mask) {
+  return wall_stations(mask.model, mask.masked,
+                       mask.stations.names.empty() ? stations_at(mask.topo.points.station) : mask.stations);
+}
+
 int write_masked_mesh(const std::string& path, const TopoMask& mask) {
+  if (const std::string report = wall_report(wall_stations(mask)); !report.empty()) {
+    user_interface().show_message(report);
+  }
   OccamMesh mesh = mask.model.mesh;
   mesh.mesh_code = mask.masked;
   if (write_occam_mesh(path, mesh, MeshCodes::from_mesh) != 0) {

@@ -8,6 +8,7 @@
 
 #include "formats/occam/occam_model.h"
 #include "occam/ground/topo_points.h"
+#include "occam/ground/wall_stations.h"
 
 namespace Module_occam {
 
@@ -19,7 +20,7 @@ enum class MaskStyle : std::uint8_t {
   triangular,   // in the cell that the ground crosses, only triangles that the free one doesn't rest on
 };
 
-inline constexpr char masked_code = '0';  // the first fixed resistivity of the mesh; air if it has none
+inline constexpr char masked_code = air_code;
 
 struct MaskChoices {
   MaskStyle style = MaskStyle::rectangular;
@@ -27,8 +28,10 @@ struct MaskChoices {
   double datum_elevation = 0.0;               // of the mesh's upper edge
 };
 
-/// The depth of the ground at the middle of each column of cells; 0 or less where the ground is at the mesh's
-/// upper edge or above it.
+/// The depth of the ground in each column of cells; 0 or less where the ground is at the mesh's upper edge or
+/// above it. All columns of a block of the first layer have that at the block's middle, so that walls lie at
+/// the edges of blocks and never under a station within one. The middle of a padding block lies beyond the
+/// topography, whose nearest point then counts. Columns outside all blocks have a depth of their own.
 std::vector<double> ground_depths(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
                                   double datum_elevation);
 
@@ -37,9 +40,8 @@ std::vector<double> ground_depths(const OccamModel& model, const numerics::gridd
 /// A column is masked from the mesh's upper edge down to the first node line at or below its ground, so the
 /// mask is always connected to the air. In the triangular style the lowest of these cells, the one that the
 /// ground crosses, keeps the free triangle and those below it that carry it: no ground hangs in the air and
-/// no air is under ground. Columns don't depend on their neighbours, so the first and last are like all
-/// others. What is kept has the code as read. A cell that the ground only touches from below is masked as a
-/// whole.
+/// no air is under ground. What is kept has the code as read. A cell that the ground only touches from below
+/// is masked as a whole.
 ///
 /// Throws std::runtime_error if a column has no cell below the ground.
 std::vector<CodeLines> masked_codes(const OccamModel& model, const numerics::gridding::CubicSpline& ground,
@@ -55,12 +57,10 @@ int free_blocks(const OccamModel& model, const std::vector<CodeLines>& codes);
 /// four code lines.
 std::string mesh_listing(const OccamModel& model, const std::vector<CodeLines>& codes);
 
-/// What the masked cells are fixed to, as text for the user.
-std::string masked_resistivity(const OccamMesh& mesh);
-
 /// A model, the ground over it, and the mesh as masked by it.
 struct TopoMask {
-  OccamModel model;  // its mesh's code lines are those as read
+  OccamModel model;       // its mesh's code lines are those as read
+  MaskStations stations;  // of the run that the model belongs to, if there is one
   safe_files::InputFiles model_files;
   Topo topo;
   MaskChoices choices;
@@ -79,7 +79,11 @@ struct TopoMask {
 /// refused with a message.
 bool may_write_mesh(const std::string& path);
 
-/// Writes the masked mesh over an earlier file and reports how many triangles are free.
+/// The names of the stations on a wall of the masked mesh: those of the run, or else of the topo file.
+std::vector<std::string> wall_stations(const TopoMask& mask);
+
+/// Names the stations on a wall, writes the masked mesh over an earlier file and reports how many triangles
+/// are free.
 /// @return 0, or -1 after a message
 [[nodiscard]] int write_masked_mesh(const std::string& path, const TopoMask& mask);
 

@@ -82,17 +82,18 @@ std::optional<numerics::gridding::RegularGrid> smooth_grid(std::span<const GridB
   return std::move(surface->grid);
 }
 
-void report_depth(std::span<const GridBlock> blocks, const numerics::gridding::GridFrame& frame) {
-  double bottom = 0.0;
-  for (const GridBlock& block : blocks) {
-    bottom = std::max(bottom, block.bottom);
+void report_cell(double wanted, double cell) {
+  if (cell > wanted) {
+    user_interface().show_message("Grids with nodes every " + plain_text(static_cast<float>(wanted)) +
+                                  " m would be too large; their nodes are " +
+                                  plain_text(static_cast<float>(cell)) + " m apart");
   }
-  const double end = 0.5 * frame.cell - frame.first_y;
-  if (end + frame.cell < bottom) {
-    user_interface().show_message("At nodes every " + plain_text(static_cast<float>(frame.cell)) +
-                                  " m, grids of the whole model would be too large; they end at a depth of " +
-                                  format_number(end, "0") + " m");
-  }
+}
+
+/// The next larger number of three digits.
+double three_digits(double value) {
+  const double scale = std::pow(10.0, 2.0 - std::floor(std::log10(value)));
+  return std::ceil(value * scale) / scale;
 }
 
 /// @return false if the user stopped it
@@ -116,7 +117,7 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   progress(90);
   formats::geosoft::write_geosoft_grid(file("_LogRes_smth.grd"), *smooth);
   formats::geosoft::write_geosoft_grid(file("_res_smth.grd"), antilog(std::move(*smooth)));
-  report_depth(blocks, plain.frame);
+  report_cell(cell, plain.frame.cell);
   return true;
 }
 
@@ -186,19 +187,22 @@ numerics::gridding::GridFrame grid_frame(std::span<const GridBlock> blocks, doub
     bottom = std::max(bottom, block.bottom);
   }
   constexpr double part_of_cell = 1e-6;  // edges are sums of many widths
-  const auto count = [cell](double length) {
-    const double nodes = std::ceil(length / cell - part_of_cell);
-    if (!(nodes < static_cast<double>(max_grid_nodes))) {
-      return max_grid_nodes;
-    }
-    return static_cast<std::size_t>(std::max(nodes, 1.0));
+  const auto count = [](double length, double size) {
+    return std::max(std::ceil(length / size - part_of_cell), 1.0);
   };
-  numerics::gridding::GridFrame frame{
-      .first_x = left + 0.5 * cell, .cell = cell, .columns = count(right - left)};
-  if (frame.columns >= max_grid_nodes) {
-    throw std::runtime_error("at nodes every " + plain_text(cell) + " m the line is too long for a grid");
+  const double width = right - left;
+  const double height = bottom - top;
+  constexpr double most = static_cast<double>(max_grid_nodes);
+  while (!(count(width, cell) * count(height, cell) <= most)) {
+    // Whole cells and grids of a single row take more than the area says.
+    constexpr double step = 1.001;
+    cell =
+        three_digits(std::max({step * cell, std::sqrt(width * height / most), width / most, height / most}));
   }
-  frame.rows = std::min(count(bottom - top), std::max<std::size_t>(max_grid_nodes / frame.columns, 1));
+  numerics::gridding::GridFrame frame{.first_x = left + 0.5 * cell,
+                                      .cell = cell,
+                                      .columns = static_cast<std::size_t>(count(width, cell)),
+                                      .rows = static_cast<std::size_t>(count(height, cell))};
   frame.first_y = -top - (static_cast<double>(frame.rows) - 0.5) * cell;
   return frame;
 }

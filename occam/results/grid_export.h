@@ -32,8 +32,8 @@ std::vector<GridBlock> grid_blocks(const OccamModel& model, std::span<const doub
 /// more than half the lowest row.
 double grid_cell(const OccamMesh& mesh);
 
-/// The grid over all blocks, Y is the elevation; each node is the middle of a cell. Ends above the lowest
-/// block if there would be too many nodes.
+/// The grid over all blocks, Y is the elevation; each node is the middle of a cell. The cell is larger than
+/// asked for if there would be more than four million nodes.
 numerics::gridding::GridFrame grid_frame(std::span<const GridBlock> blocks, double cell);
 
 /// log10 resistivity: each node has the value of the block around it, no_data outside all blocks.

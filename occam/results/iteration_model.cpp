@@ -16,7 +16,9 @@ std::string parameter_mismatch(const OccamModel& model, const std::string& name,
 
 IterationModel iteration_model(const OccamModel& model, const OccamIteration& iteration) {
   const auto first_shift = iteration.parameters.begin() + model.num_free_params;
-  return {{iteration.parameters.begin(), first_shift}, {first_shift, iteration.parameters.end()}};
+  return {{iteration.parameters.begin(), first_shift},
+          {first_shift, iteration.parameters.end()},
+          iteration.debug_level};
 }
 
 std::vector<StaticShift> static_shifts(const OccamModel& model, const IterationModel& iteration) {

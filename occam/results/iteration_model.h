@@ -11,6 +11,7 @@ namespace Module_occam {
 struct IterationModel {
   std::vector<double> parameters;   // log10 ohm-m, of the free blocks
   std::vector<double> free_shifts;  // decades, of the free static shifts in the order of their file
+  int debug_level = 1;              // 0: the inversion leaves resistivities beyond its limits as they are
 };
 
 /// Why an iteration can't be of a model: it has another number of parameters. Empty if it has the right one.

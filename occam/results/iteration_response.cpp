@@ -83,7 +83,8 @@ std::optional<ComputedResponse> compute_response(const RunResults& results, cons
   const int status = trap_errors(response_failed, [&] {
     const BusyPointer busy;
     const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    auto modelled = model_data(results.model, iteration.parameters, computed.data, show_share);
+    auto modelled = model_data(results.model, iteration.parameters, computed.data, show_share,
+                               limits_at(iteration.debug_level));
     if (!modelled) {
       return -1;
     }

@@ -1,9 +1,11 @@
 #include "occam/results/model_response.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
+#include <type_traits>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -14,36 +16,48 @@ namespace Module_occam {
 
 namespace {
 
-/// The codes of all triangles as the response needs them: fixed resistivities from 0, then the free
-/// parameters.
-std::vector<std::int32_t> table_indices(const OccamModel& model) {
-  const std::int32_t fixed = model.mesh.num_fixed_res();
-  bool from_one = false;
-  bool from_zero = false;
-  for (const CellCode& cell : model.cell_code) {
-    from_one = from_one || std::ranges::find(cell, fixed) != cell.end();
-    from_zero = from_zero || std::ranges::find(cell, 0) != cell.end();
-  }
-  if (fixed > 0 && from_one && from_zero) {
-    throw std::runtime_error("the mesh numbers " + std::to_string(fixed) + " fixed resistivities from 0 to " +
-                             std::to_string(fixed));
-  }
-  const std::int32_t first = fixed > 0 && from_one ? 1 : 0;
-  std::vector<std::int32_t> indices;
-  indices.reserve(triangles * model.cell_code.size());
-  for (const CellCode& cell : model.cell_code) {
-    for (const std::int32_t code : cell) {
-      if (code == free_cell) {
-        throw std::runtime_error("a free cell of the mesh lies in no block of the model");
+static_assert(air_cell == numerics::section::air_code && sea_cell == numerics::section::sea_code);
+static_assert(std::is_same_v<std::int32_t, numerics::section::Code>);
+
+/// The codes of all triangles. A fixed code beyond the list would name a free parameter.
+std::vector<std::int32_t> triangle_codes(const OccamModel& model) {
+  const OccamMesh& mesh = model.mesh;
+  std::vector<std::int32_t> codes;
+  codes.reserve(triangles * model.cell_code.size());
+  auto cell = model.cell_code.begin();
+  for (std::size_t row = 0; row < mesh.mesh_code.size(); ++row) {
+    for (std::size_t column = 0; column < mesh.node_widths.size(); ++column, ++cell) {
+      for (std::size_t triangle = 0; triangle < triangles; ++triangle) {
+        const std::int32_t code = (*cell)[triangle];
+        const char letter = mesh.mesh_code[row][triangle][column];
+        if (code == free_cell) {
+          throw std::runtime_error("a free cell of the mesh lies in no block of the model");
+        }
+        if (letter != free_code && code != sea_cell && (code < air_cell || code > mesh.num_fixed_res())) {
+          throw std::runtime_error(std::string("the mesh has the code \"") + letter + "\" in row " +
+                                   std::to_string(row + 1) + ", column " + std::to_string(column + 1) +
+                                   " and lists " + std::to_string(mesh.num_fixed_res()) +
+                                   " fixed resistivities");
+        }
+        codes.push_back(code);
       }
-      indices.push_back(code <= fixed ? code - first : code);
     }
   }
-  return indices;
+  return codes;
 }
 
 bool is_response(DataType type) {
   return std::ranges::any_of(modes, [type](const Mode& mode) { return mode.has(type); });
+}
+
+/// The phase at the turn nearest to the observed one; one turn at most, and only if that is strictly nearer.
+double beside_datum(double phase, double datum) {
+  constexpr double turn = 360.0;  // degrees
+  const double distance = std::abs(phase - datum);
+  if (std::abs(phase - turn - datum) < distance) {
+    return phase - turn;
+  }
+  return std::abs(phase + turn - datum) < distance ? phase + turn : phase;
 }
 
 double value_of(const numerics::section::Response& response, const DataRow& row, std::size_t frequencies) {
@@ -52,7 +66,7 @@ double value_of(const numerics::section::Response& response, const DataRow& row,
   const bool te = te_mode.has(row.type);
   const auto& mode_response = te ? response.te : response.tm;
   return row.type == (te ? te_mode : tm_mode).resistivity ? mode_response.log10_resistivity[at]
-                                                          : mode_response.phase[at];
+                                                          : beside_datum(mode_response.phase[at], row.datum);
 }
 
 constexpr std::string_view line_end = "\r\n";
@@ -85,7 +99,13 @@ void add_row(std::string& text, const DataRow& row, double modelled) {
 
 }  // namespace
 
-numerics::section::Section response_section(const OccamModel& model, std::span<const double> parameters) {
+numerics::section::ResistivityLimits limits_at(int debug_level) {
+  using numerics::section::ResistivityLimits;
+  return debug_level == 0 ? ResistivityLimits::kept : ResistivityLimits::cut;
+}
+
+numerics::section::Section response_section(const OccamModel& model, std::span<const double> parameters,
+                                            numerics::section::ResistivityLimits limits) {
   if (parameters.size() != static_cast<std::size_t>(model.num_free_params)) {
     throw std::runtime_error("the iteration has " + std::to_string(parameters.size()) +
                              " parameters, the model " + std::to_string(model.num_free_params));
@@ -94,14 +114,16 @@ numerics::section::Section response_section(const OccamModel& model, std::span<c
   section.left_edge = model.node_x.front();
   section.column_widths = model.mesh.node_widths;
   section.row_heights = model.mesh.node_heights;
+  section.codes = triangle_codes(model);
   section.resistivities =
-      numerics::section::triangle_resistivities(table_indices(model), model.mesh.fixed_res, parameters);
+      numerics::section::triangle_resistivities(section.codes, model.mesh.fixed_res, parameters, limits);
+  section.host_layers = model.layers.size();
   return section;
 }
 
 std::optional<ModelledData> model_data(const OccamModel& model, std::span<const double> parameters,
-                                       const ObservedData& data,
-                                       const std::function<bool(double)>& progress) {
+                                       const ObservedData& data, const std::function<bool(double)>& progress,
+                                       numerics::section::ResistivityLimits limits) {
   ModelledData result;
   std::ranges::copy_if(data.rows, std::back_inserter(result.rows),
                        [](const DataRow& row) { return is_response(row.type); });
@@ -113,7 +135,7 @@ std::optional<ModelledData> model_data(const OccamModel& model, std::span<const 
     return {};
   }
   const auto response =
-      numerics::section::compute_response(response_section(model, parameters), data.site_offsets,
+      numerics::section::compute_response(response_section(model, parameters, limits), data.site_offsets,
                                           data.frequencies, {.threads = 0, .progress = progress});
   if (!response) {
     return {};

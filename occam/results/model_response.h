@@ -13,11 +13,14 @@
 namespace Module_occam {
 
 /// The model with the resistivities of an iteration, on its mesh.
-///
-/// Meshes number their fixed resistivities from 0 or from 1; a code equal to their count shows that it is
-/// from 1. Without a list, 0 is air. Throws std::runtime_error if codes or parameters don't fit.
+/// Throws std::runtime_error if codes or parameters don't fit.
 /// @param parameters  log10 ohm-m, of the free blocks
-numerics::section::Section response_section(const OccamModel& model, std::span<const double> parameters);
+numerics::section::Section response_section(
+    const OccamModel& model, std::span<const double> parameters,
+    numerics::section::ResistivityLimits limits = numerics::section::ResistivityLimits::cut);
+
+/// Whether an inversion cuts resistivities, by the debug level of its iteration file.
+numerics::section::ResistivityLimits limits_at(int debug_level);
 
 struct ModelledData {
   std::vector<DataRow> rows;     // those of apparent resistivity and phase
@@ -25,11 +28,14 @@ struct ModelledData {
   int other_rows = 0;            // of other data types, left out
 };
 
-/// The modelled values of observed data.
+/// The modelled values of observed data; a phase is at the turn that is nearest to the observed one, one turn
+/// from -180..180 at most.
 /// @param progress  called with the share done, 0 to 1; false stops
 /// @return nothing if it was stopped. Throws std::exception for a model or sites that have no response
-std::optional<ModelledData> model_data(const OccamModel& model, std::span<const double> parameters,
-                                       const ObservedData& data, const std::function<bool(double)>& progress);
+std::optional<ModelledData> model_data(
+    const OccamModel& model, std::span<const double> parameters, const ObservedData& data,
+    const std::function<bool(double)>& progress,
+    numerics::section::ResistivityLimits limits = numerics::section::ResistivityLimits::cut);
 
 /// The text of a response file with a header of its own, lines ending in CR LF.
 std::string response_file_text(const ObservedData& data, const ModelledData& modelled);

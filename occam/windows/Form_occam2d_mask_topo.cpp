@@ -215,11 +215,10 @@ void Form_occam2d_mask_topo::display_mesh() {
     ui_->Label_counts->setText(
         QString("Free triangles: %1\n(%2 as read)\n\nBlocks with free triangles: %3 (%4 as read). The start "
                 "file of "
-                "the inversion must list as many parameters.\n\nMasked cells are fixed to %5.")
+                "the inversion must list as many parameters.\n\nMasked cells are air.")
             .arg(grouped(Module_occam::free_triangles(mask_.masked)),
                  grouped(Module_occam::free_triangles(as_read)),
-                 grouped(free_blocks(mask_.model, mask_.masked)), grouped(mask_.model.num_free_params),
-                 QString::fromStdString(masked_resistivity(mask_.model.mesh))));
+                 grouped(free_blocks(mask_.model, mask_.masked)), grouped(mask_.model.num_free_params)));
   });
 }
 

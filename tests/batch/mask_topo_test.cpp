@@ -29,7 +29,8 @@ TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters
               return with_json;
             }()),
             nlohmann::json::parse(R"({"points": 6, "datum_elevation": 100.0, "free_triangles_as_read": 48,
-                                      "free_triangles": 40, "parameters_as_read": 3, "parameters": 2})"));
+                                      "free_triangles": 40, "parameters_as_read": 3, "parameters": 2,
+                                      "stations_on_a_wall": ["10"]})"));
   const std::string rectangular = file_contents(folder_.path("masked.msh"));
   EXPECT_NE(rectangular.find("     0\r\n??00\r\n??00\r\n??00\r\n??00\r\n????\r\n"), std::string::npos)
       << rectangular;

@@ -60,6 +60,7 @@ TEST_F(IterationFileTest, Every_field_is_read_back) {
     ASSERT_EQ(read(text), 0);
     EXPECT_EQ(result.model_file, "inmodel");
     EXPECT_EQ(result.data_file, "occamdat");
+    EXPECT_EQ(result.debug_level, 1);
     EXPECT_EQ(result.number, 7);
     EXPECT_EQ(result.PMU, 4.5);
     EXPECT_EQ(result.RLAST, 1e7);
@@ -74,7 +75,9 @@ TEST_F(IterationFileTest, Every_field_is_read_back) {
 TEST_F(IterationFileTest, The_flexible_form_has_four_lines_more) {
   std::string flexible = made::replaced(iteration, "OCCAMITER_1.0", "OCCAMITER_FLEX");
   flexible = made::replaced(flexible, "DEBUG", "DIAGONAL: 0\n\n!LIMITS: none\n!STEPS: none\nDEBUG");
+  flexible = made::replaced(flexible, "DEBUG LEVEL:      1", "DEBUG LEVEL:      0");
   ASSERT_EQ(read(flexible), 0);
+  EXPECT_EQ(result.debug_level, 0);
   EXPECT_EQ(result.number, 7);
   EXPECT_EQ(result.parameters.size(), 5U);
 }

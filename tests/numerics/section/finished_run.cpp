@@ -97,7 +97,9 @@ FinishedRun read_finished_run(const std::string& folder) {
     }
     top += rows;
   }
+  run.section.host_layers = layers;
   for (const int index : run.parameter_index) {
+    run.section.codes.push_back(index + 1);
     run.section.resistivities.push_back(std::pow(10.0, parameters.at(static_cast<std::size_t>(index))));
   }
   return run;

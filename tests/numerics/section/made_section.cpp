@@ -1,9 +1,10 @@
 #include "tests/numerics/section/made_section.h"
 
+#include <map>
 #include <numeric>
 #include <utility>
 
-using numerics::section::Section;
+using namespace numerics::section;
 
 std::vector<double> growing_nodes(double first, double step, double growth, double end) {
   std::vector<double> nodes = {first};
@@ -54,6 +55,8 @@ Section make_section(const std::vector<double>& node_y, const std::vector<double
   section.left_edge = node_y.front();
   section.column_widths = widths_of(node_y);
   section.row_heights = widths_of(node_z);
+  std::map<double, Code> code_of = {{air_resistivity, air_code}, {sea_resistivity, sea_code}};
+  Code next = 1;
   for (std::size_t row = 0; row < section.row_heights.size(); ++row) {
     for (std::size_t column = 0; column < section.column_widths.size(); ++column) {
       const double w = section.column_widths[column];
@@ -62,7 +65,11 @@ Section make_section(const std::vector<double>& node_y, const std::vector<double
       const double z = node_z[row] + 0.5 * h;
       for (const auto& [dy, dz] :
            {std::pair(0.0, -h), std::pair(-w, 0.0), std::pair(0.0, h), std::pair(w, 0.0)}) {
-        section.resistivities.push_back(resistivity(y + off_middle * dy, z + off_middle * dz));
+        const double value = resistivity(y + off_middle * dy, z + off_middle * dz);
+        section.resistivities.push_back(value);
+        const auto [code, is_new] = code_of.try_emplace(value, next);
+        next += is_new ? 1 : 0;
+        section.codes.push_back(code->second);
       }
     }
   }
@@ -81,8 +88,26 @@ Section section_of_triangles(const std::vector<double>& node_y, const std::vecto
   return make_section(node_y, node_z, 1.0 / 3.0, resistivity);
 }
 
+Section drawn_section(const std::vector<double>& widths, const std::vector<double>& heights,
+                      const std::vector<std::vector<std::string>>& rows) {
+  Section section;
+  section.column_widths = widths;
+  section.row_heights = heights;
+  for (const std::vector<std::string>& row : rows) {
+    for (const std::string& cell : row) {
+      for (const char triangle : cell) {
+        section.codes.push_back(triangle == '.' ? air_code : triangle == '~' ? sea_code : triangle - '0');
+        section.resistivities.push_back(triangle == '.'   ? air_resistivity
+                                        : triangle == '~' ? sea_resistivity
+                                                          : 10.0 * section.codes.back());
+      }
+    }
+  }
+  check_section(section);
+  return section;
+}
+
 Section mirrored(const Section& section) {
-  using namespace numerics::section;
   Section result = section;
   const std::size_t columns = section.column_widths.size();
   result.left_edge =
@@ -91,11 +116,12 @@ Section mirrored(const Section& section) {
     const std::size_t from = columns - 1 - column;
     result.column_widths[column] = section.column_widths[from];
     for (std::size_t row = 0; row < section.row_heights.size(); ++row) {
-      double* cell = &result.resistivities[4 * (row * columns + column)];
-      cell[top_triangle] = section.resistivity(from, row, top_triangle);
-      cell[bottom_triangle] = section.resistivity(from, row, bottom_triangle);
-      cell[left_triangle] = section.resistivity(from, row, right_triangle);
-      cell[right_triangle] = section.resistivity(from, row, left_triangle);
+      for (const auto& [to, source] :
+           {std::pair(top_triangle, top_triangle), std::pair(bottom_triangle, bottom_triangle),
+            std::pair(left_triangle, right_triangle), std::pair(right_triangle, left_triangle)}) {
+        result.resistivities[result.index(column, row, to)] = section.resistivity(from, row, source);
+        result.codes[result.index(column, row, to)] = section.code(from, row, source);
+      }
     }
   }
   return result;

@@ -1,6 +1,8 @@
-// made_section.h: sections for tests, from node positions and a resistivity for each place.
+// made_section.h: sections for tests, from node positions and a resistivity for each place: air_resistivity
+// is air, sea_resistivity sea water, and triangles of one other value have one code.
 #pragma once
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "numerics/section/section.h"
@@ -30,6 +32,13 @@ numerics::section::Section section_of_cells(const std::vector<double>& node_y,
 numerics::section::Section section_of_triangles(const std::vector<double>& node_y,
                                                 const std::vector<double>& node_z,
                                                 const std::function<double(double, double)>& resistivity);
+
+/// A section as it is drawn: for each row its cells, each with the four triangles in their order, "." for
+/// air,
+/// "~" for sea water and digits for ground of that code and 10, 20, 30 ... ohm-m.
+numerics::section::Section drawn_section(const std::vector<double>& widths,
+                                         const std::vector<double>& heights,
+                                         const std::vector<std::vector<std::string>>& rows);
 
 /// The section seen from its other side: y becomes -y.
 numerics::section::Section mirrored(const numerics::section::Section& section);

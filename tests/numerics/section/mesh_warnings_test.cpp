@@ -17,7 +17,7 @@ TEST(Mesh_warnings, Name_what_a_mesh_lacks) {
     const std::vector<double> node_z = joined(even_nodes(0, first_row, 300), {bottom});
     return section_of_cells(node_y, node_z, [=](double y, double z) {
       if (z < step && y > 0.0) {
-        return 1e12;
+        return air_resistivity;
       }
       return y > -500.0 && y < 500.0 && z > 100.0 && z < 300.0 ? 10.0 : 100.0;
     });

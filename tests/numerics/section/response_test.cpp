@@ -48,7 +48,7 @@ TEST(Response, A_layered_section_is_exact_on_any_mesh) {
       const std::size_t at = s * layered_frequencies.size() + f;
       for (const ModeResponse* mode : {&response.te, &response.tm}) {
         EXPECT_NEAR(mode->log10_resistivity[at], layered_answer.log10_resistivity[f], 6e-7);
-        EXPECT_NEAR(mode->phase[at], layered_answer.phase[f], 6e-5);
+        EXPECT_NEAR(mode->phase[at], layered_answer.phase[f], 1e-4);  // displacement currents at 300 Hz
       }
     }
   }
@@ -137,13 +137,14 @@ TEST(Response, TM_beside_a_contact) {
       side.push_back(from + (site - from) * i / steps);
     }
   }
-  const std::vector<double> node_y = both_sides(joined(side, growing_nodes(2000.0, 220.0, 1.12, 4e5)));
+  const std::vector<double> node_y = both_sides(joined(side, growing_nodes(2000.0, 220.0, 1.12, 1e6)));
   for (const Case& c : cases) {
     SCOPED_TRACE(c.insulator ? "insulator" : "conductor");
     std::vector<double> node_z;
     if (c.insulator) {
+      // The field ends without a gradient at the mesh's bottom; below an insulator that is felt from afar.
       node_z = joined(growing_nodes(0.0, 10.0, 1.05, 4700.0),
-                      joined({5000.0}, growing_nodes(5000.0, 250.0, 1.6, 1e6)));
+                      joined({5000.0}, growing_nodes(5000.0, 250.0, 1.6, 1e8)));
     } else {
       // Skin depths below a metre: the rows shrink towards the conductor.
       node_z = growing_nodes(0.0, 10.0, 1.05, 2400.0);
@@ -276,11 +277,11 @@ TEST(Response, Air_in_the_mesh_is_the_same_as_air_above_it) {
   const Response response = respond(section_of_cells(line_y, rows, blocks), line_sites, line_frequencies);
   std::vector<double> with_air = {-20.0, -10.0};
   with_air.insert(with_air.end(), rows.begin(), rows.end());
-  const Section section =
-      section_of_cells(line_y, with_air, [](double y, double z) { return z < 0.0 ? 1e12 : blocks(y, z); });
+  const Section section = section_of_cells(
+      line_y, with_air, [](double y, double z) { return z < 0.0 ? air_resistivity : blocks(y, z); });
   const Response other = respond(section, line_sites, line_frequencies);
-  expect_near(response.te, other.te, 5e-4, 0.05);
-  expect_near(response.tm, other.tm, 1e-11, 1e-9);
+  expect_near(response.te, other.te, 5e-4, 0.05);  // its rows of air are others
+  expect_near(response.tm, other.tm, 5e-4, 0.05);  // it solves for the air
 }
 
 // A wide plain at another height than the host's ground, seen far from the step or slope that leads to it.
@@ -304,7 +305,7 @@ TEST(Response, A_half_space_under_high_and_low_ground) {
         return high ? 100.0 - down : down;
       };
       const Section section = section_of_triangles(
-          node_y, node_z, [&](double y, double z) { return z < ground(y) ? 1e12 : 100.0; });
+          node_y, node_z, [&](double y, double z) { return z < ground(y) ? air_resistivity : 100.0; });
       const Response response = respond(section, {20000.0}, frequencies);
       for (std::size_t f = 0; f < frequencies.size(); ++f) {
         EXPECT_NEAR(response.te.log10_resistivity[f], 2.0, 2e-3);
@@ -322,7 +323,7 @@ TEST(Response, A_slope_gives_the_same_from_either_side) {
       both_sides(joined(even_nodes(0, 10, 200), growing_nodes(200, 13, 1.3, 1e5)));
   const std::vector<double> node_z = joined(even_nodes(0, 10, 300), growing_nodes(300, 12, 1.12, 4e4));
   const Section section = section_of_triangles(node_y, node_z, [&](double y, double z) {
-    return z < std::clamp(y + 50.0, 0.0, 100.0) ? 1e12 : (z > 150.0 && y > 0.0 ? 10.0 : 100.0);
+    return z < std::clamp(y + 50.0, 0.0, 100.0) ? air_resistivity : (z > 150.0 && y > 0.0 ? 10.0 : 100.0);
   });
   const std::vector<double> sites = {-150.0, -60.0, -20.0, 0.0, 30.0, 100.0, 190.0};
   std::vector<double> mirrored_sites = sites;

@@ -1,4 +1,4 @@
-// section_test.cpp: resistivities of a mesh, nodes of sites, air, and input that has no response.
+// section_test.cpp: resistivities of a mesh, nodes of sites, and input that has no response.
 #include <cmath>
 #include <limits>
 #include <stdexcept>
@@ -15,13 +15,10 @@ using namespace numerics::section;
 TEST(Section, Triangles_take_fixed_and_free_resistivities) {
   const std::vector<double> fixed = {1e12, 0.3};
   const std::vector<double> free = {2.0, -1.0};
-  EXPECT_EQ(triangle_resistivities(std::vector<std::int32_t>{0, 1, 3, 4}, fixed, free),
-            (std::vector<double>{1e12, 0.3, 100.0, 0.1}));
-  EXPECT_EQ(triangle_resistivities(std::vector<std::int32_t>{0, 1}, {}, free),
-            (std::vector<double>{1e12, 100.0}));  // air without a table
-  for (const std::int32_t bad : std::vector<std::int32_t>{2, 5, -99}) {
-    EXPECT_THROW(triangle_resistivities(std::vector<std::int32_t>{bad}, fixed, free), std::invalid_argument)
-        << bad;
+  EXPECT_EQ(triangle_resistivities(std::vector<Code>{1, 2, 3, 4, air_code, sea_code}, fixed, free),
+            (std::vector<double>{1e12, 0.3, 100.0, 0.1, air_resistivity, sea_resistivity}));
+  for (const Code bad : std::vector<Code>{5, -99}) {
+    EXPECT_THROW(triangle_resistivities(std::vector<Code>{bad}, fixed, free), std::invalid_argument) << bad;
   }
 }
 
@@ -39,41 +36,6 @@ TEST(Section, A_site_belongs_to_the_nearest_node) {
   EXPECT_THROW(nearest_node_column(section, -10.1), std::invalid_argument);
   EXPECT_THROW(nearest_node_column(section, 40.1), std::invalid_argument);
   EXPECT_THROW(nearest_node_column(section, std::nan("")), std::invalid_argument);
-}
-
-// Columns of 10 m: ground to the top; a resistor under cover; one row of air; a slope of 45 degrees downwards
-// to the right, then two rows of air.
-TEST(Section, Air_is_what_lies_open_to_the_top) {
-  const auto resistivity = [](double y, double z) {
-    if (y < 10.0) {
-      return 100.0;
-    }
-    if (y < 20.0) {
-      return z > 10.0 && z < 20.0 ? 1e9 : 100.0;
-    }
-    const double ground = y < 30.0 ? 10.0 : y < 40.0 ? y - 20.0 : 20.0;
-    return z < ground ? 1e7 : 100.0;
-  };
-  const Section section = section_of_triangles(even_nodes(0, 10, 50), even_nodes(0, 10, 50), resistivity);
-  const AirMap air(section);
-  EXPECT_FALSE(air.is_air(1, 1, top_triangle));
-  EXPECT_TRUE(air.is_air(2, 0, bottom_triangle));
-  EXPECT_TRUE(air.is_air(3, 1, top_triangle));
-  EXPECT_TRUE(air.is_air(3, 1, right_triangle));
-  EXPECT_FALSE(air.is_air(3, 1, left_triangle));
-  EXPECT_FALSE(air.is_air(3, 1, bottom_triangle));
-
-  struct Case {
-    std::size_t column, row;
-    bool on_a_step;
-  };
-  for (const Case& c : {Case{0, 0, false}, Case{1, 0, false}, Case{2, 0, true}, Case{3, 1, false},
-                        Case{4, 2, false}, Case{5, 2, false}}) {
-    const SurfaceNode node = surface_node(section, air, c.column);
-    EXPECT_EQ(node.row, c.row) << c.column;
-    EXPECT_EQ(node.on_a_step, c.on_a_step) << c.column;
-    EXPECT_EQ(node.resistivity, 100.0) << c.column;
-  }
 }
 
 TEST(Section, Input_without_a_response_is_refused) {
@@ -94,16 +56,19 @@ TEST(Section, Input_without_a_response_is_refused) {
   bad.column_widths[1] = -10.0;
   EXPECT_THROW(respond(bad, 20.0, 1.0), std::invalid_argument);
   bad = good;
+  bad.codes.pop_back();
+  EXPECT_THROW(respond(bad, 20.0, 1.0), std::invalid_argument);
+  bad = good;
   bad.resistivities.pop_back();
   EXPECT_THROW(respond(bad, 20.0, 1.0), std::invalid_argument);
 
   const auto with_air = [&](double left, double right, double bottom) {
     return section_of_cells(even_nodes(0, 10, 50), even_nodes(0, 10, 50), [=](double y, double z) {
-      return y > left && y < right && z < bottom ? 1e12 : 100.0;
+      return y > left && y < right && z < bottom ? air_resistivity : 100.0;
     });
   };
   EXPECT_THROW(respond(with_air(0, 10, 50), 30.0, 1.0), std::invalid_argument);   // no host
-  EXPECT_THROW(respond(with_air(40, 50, 50), 20.0, 1.0), std::invalid_argument);  // no right boundary
+  EXPECT_THROW(respond(with_air(40, 50, 50), 20.0, 1.0), std::invalid_argument);  // an end without ground
   EXPECT_THROW(respond(with_air(10, 30, 40), 20.0, 1.0),
                std::invalid_argument);  // one row of ground under the site
 }

@@ -10,7 +10,8 @@
 #include "formats/occam/model_blocks.h"
 #include "formats/occam/model_file.h"
 #include "numerics/section/response.h"
-#include "tests/formats/occam/made_run.h"
+#include "occam/results/model_response.h"
+#include "tests/occam/results/made_results.h"
 
 namespace Module_occam {
 namespace {
@@ -103,13 +104,7 @@ int unreached(const std::vector<CodeLines>& codes) {
 }
 
 numerics::section::Section section_of(const OccamModel& model) {
-  std::vector<std::int32_t> codes;
-  for (const CellCode& cell : model.cell_code) {
-    codes.insert(codes.end(), cell.begin(), cell.end());
-  }
-  const std::vector<double> parameters(static_cast<std::size_t>(model.num_free_params), 2.0);
-  return {model.node_x.front(), model.mesh.node_widths, model.mesh.node_heights,
-          numerics::section::triangle_resistivities(codes, model.mesh.fixed_res, parameters)};
+  return response_section(model, std::vector(static_cast<std::size_t>(model.num_free_params), 2.0));
 }
 
 TEST(Topo_mask, Of_whole_cells_reaches_down_to_the_node_line_at_or_below_the_ground) {
@@ -232,7 +227,87 @@ TEST(Topo_mask, Level_ground_at_the_datum_masks_nothing_and_padding_takes_the_en
   EXPECT_EQ(codes[2][0], "??????");
 }
 
+/// Four blocks of two columns of 10 m between padding blocks of two columns each, from -20 to 100 m.
+OccamModel model_of_blocks() {
+  OccamModel model = square_model(12, 6);
+  OccamLayer layer;
+  layer.layer_rows = 1;
+  layer.block_columns = {2, 2, 2, 2, 2, 2};
+  return build_model(model.mesh, std::vector(model.mesh.node_heights.size(), layer), 0.0);
+}
+
+TEST(Topo_mask, Has_one_ground_for_all_columns_of_an_uppermost_block) {
+  const OccamModel model = model_of_blocks();
+  ASSERT_EQ(model.node_x.front(), -20.0);
+  // Falls by one row each 10 m from station 10 on, whose elevation the padding at the left takes, too.
+  TopoPoints points;
+  for (const double station : {10.0, 30.0, 50.0, 70.0}) {
+    points.station.push_back(station);
+    points.elevation.push_back(-5.0 - (station - 10.0) / 2.0);
+  }
+  const std::vector<double> depths = ground_depths(model, ground_curve(points), 0.0);
+  const std::vector<double> expected{5, 5, 5, 5, 15, 15, 25, 25, 35, 35, 35, 35};
+  ASSERT_EQ(depths.size(), expected.size());
+  for (std::size_t column = 0; column < depths.size(); ++column) {
+    EXPECT_NEAR(depths[column], expected[column], 1e-9) << column;
+  }
+  const std::vector<CodeLines> codes = masked_codes(model, ground_curve(points), {});
+  EXPECT_EQ(codes[0][0], "000000000000");
+  EXPECT_EQ(codes[1][0], "????00000000");
+  EXPECT_EQ(codes[2][0], "??????000000");
+  EXPECT_EQ(codes[3][0], "????????0000");
+
+  // A layer of blocks that doesn't reach the mesh's right edge leaves columns to themselves.
+  OccamModel narrow = model;
+  OccamLayer layer;
+  layer.layer_rows = 6;
+  layer.block_columns = {2, 2, 2};
+  narrow = build_model(model.mesh, {layer}, 0.0);
+  EXPECT_NEAR(ground_depths(narrow, ground_curve(points), 0.0)[7], 27.5, 1e-9);
+}
+
+TEST(Topo_mask, Names_the_stations_that_stand_on_a_wall_before_the_mesh_is_saved) {
+  const TemporaryFolder folder;
+  RecordingInterface interface;
+  TopoMask mask;
+  mask.model = model_of_blocks();
+  for (const double station : {10.0, 18.0, 30.0, 41.0, 60.0, 1000.0}) {
+    mask.topo.points.station.push_back(station);
+    mask.topo.points.elevation.push_back(-5.0 - (std::min(station, 70.0) - 10.0) / 2.0);
+  }
+  mask.topo.curve = ground_curve(mask.topo.points);
+  ASSERT_EQ(apply_topo_mask(mask), 0);
+  EXPECT_EQ(wall_stations(mask), (std::vector<std::string>{"18", "41", "60"}));
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  const Messages shown = interface.take_messages();
+  ASSERT_EQ(shown.size(), 2U);
+  EXPECT_EQ(
+      shown[0],
+      "3 stations stand on a vertical wall of the masked mesh, where TM has no meaningful value: 18, 41, "
+      "60");
+
+  // The run's own stations count where there is a run.
+  mask.stations = {{"A", "B"}, {10.0, 42.0}};
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  EXPECT_EQ(interface.take_messages().front(),
+            "1 station stands on a vertical wall of the masked mesh, where TM has no meaningful value: B");
+  mask.stations = {{"A"}, {10.0}};
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+}
+
 using TopoMaskFileTest = made::OccamTest;
+
+TEST_F(TopoMaskFileTest, Takes_the_stations_of_the_run_that_the_model_belongs_to) {
+  ASSERT_FALSE(made::write_results(folder).empty());
+  TopoMask mask;
+  ASSERT_EQ(read_model_to_mask(folder.path("inmodel"), mask), 0);
+  EXPECT_EQ(mask.stations.names, (std::vector<std::string>{"station_110.0", "station_130.0"}));
+  EXPECT_EQ(mask.stations.offsets, (std::vector<double>{110.0, 130.0}));
+  ASSERT_FALSE(folder.write("other", made::results_model).empty());  // another model beside the same run
+  ASSERT_EQ(read_model_to_mask(folder.path("other"), mask), 0);
+  EXPECT_TRUE(mask.stations.names.empty());
+}
 
 TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_its_table) {
   const std::string model = folder.write("inmodel", made::model);
@@ -241,7 +316,6 @@ TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_it
   ASSERT_EQ(read_model_to_mask(model, mask), 0);
   EXPECT_EQ(interface.take_messages(), Messages{});
   EXPECT_TRUE(mask.model.site_node.empty());
-  EXPECT_EQ(masked_resistivity(mask.model.mesh), "1000 ohm-m (the mesh's first fixed resistivity)");
 
   mask.topo.curve = ground_curve({{0.0}, {-5.0}});
   ASSERT_EQ(apply_topo_mask(mask), 0);
@@ -294,8 +368,7 @@ TEST_F(TopoMaskFileTest, A_masked_mesh_has_a_response_of_our_own_that_knows_its_
       for (std::size_t row = 0; row < 24; ++row) {
         for (std::size_t column = 0; column < 40; ++column) {
           for (std::size_t k = 0; k < triangles; ++k) {
-            ASSERT_EQ(checked.air.is_air(column, row, k),
-                      masked.mesh.mesh_code[row][k][column] == masked_code);
+            ASSERT_EQ(section.is_air(column, row, k), masked.mesh.mesh_code[row][k][column] == masked_code);
           }
         }
       }

@@ -103,14 +103,39 @@ TEST(Grid_cell, Is_halved_until_it_nears_the_rows) {
   EXPECT_EQ(cell(200.0, 20.0), 12.5);
 }
 
-TEST_F(GridTest, Nodes_in_excess_end_the_grid_above_the_lowest_block) {
-  const std::vector<GridBlock> blocks = {{0.0, 1000.0, 0.0, 10.0, 1.0}, {0.0, 1000.0, 10.0, 1e5, 2.0}};
-  const auto frame = grid_frame(blocks, 1.0);
-  EXPECT_EQ(frame.columns, 1000U);
-  EXPECT_EQ(frame.rows, 4000U);
+TEST_F(GridTest, Nodes_in_excess_make_the_cell_grow_over_the_whole_model) {
+  const std::vector<GridBlock> blocks = {{0.0, 115000.0, 0.0, 500.0, 1.0},
+                                         {0.0, 115000.0, 500.0, 96000.0, 2.0}};
+  const auto frame = grid_frame(blocks, 4.8828125);
+  EXPECT_EQ(frame.cell, 52.6);  // the square root of 115 km x 96 km / 4,000,000, in three digits
+  EXPECT_LE(frame.columns * frame.rows, 4'000'000U);
+  EXPECT_GT(frame.columns * frame.rows, 3'900'000U);
   const auto grid = block_grid(blocks, frame);
-  EXPECT_EQ(grid.values.front(), 2.0);
+  EXPECT_EQ(grid.values.front(), 2.0);  // the model's lowest block
   EXPECT_EQ(grid.values.back(), 1.0);
+  EXPECT_LT(frame.first_y, -96000.0 + frame.cell);
+  EXPECT_GT(frame.first_x + static_cast<double>(frame.columns) * frame.cell, 115000.0);
+
+  // What fits stays as it is, to the last node; one long row counts, too.
+  const std::vector<GridBlock> fitting = {{0.0, 2000.0, 0.0, 2000.0, 1.0}};
+  EXPECT_EQ(grid_frame(fitting, 1.0).cell, 1.0);
+  EXPECT_GT(grid_frame(fitting, 0.999).cell, 0.999);
+  const std::vector<GridBlock> thin = {{0.0, 1e7, 0.0, 1e-3, 1.0}};
+  EXPECT_LE(grid_frame(thin, 1e-3).columns * grid_frame(thin, 1e-3).rows, 4'000'000U);
+}
+
+TEST_F(GridTest, A_cell_that_has_grown_is_told) {
+  static_cast<void>(
+      folder.write("mesh", made::replaced(made::results_mesh, " 20.0 20.0 500.0", " 1.0 1.0 98000.0")));
+  RunResults results;
+  ASSERT_EQ(open_results(folder.path("startup"), results), 0);
+  view.emplace(results);
+  interface.take_messages();
+  ASSERT_EQ(write_grids(*view), 0);
+  const made::Messages shown = interface.take_messages();
+  EXPECT_TRUE(std::ranges::any_of(shown, [](const std::string& message) {
+    return message.starts_with("Grids with nodes every ") && message.ends_with(" m apart");
+  })) << shown.front();
 }
 
 TEST_F(GridTest, Points_on_one_line_are_refused_in_a_sentence) {
