@@ -32,14 +32,14 @@ EarlierFiles::EarlierFiles() {
       "SELECT ID,SurveyFile,DateCollected,EventNumber FROM FileTable ORDER BY ID");
   for (; !table.eof(); table.move_next()) {
     const std::string name = table.get_text("SurveyFile");
+    const std::string folded = folded_text(name);
     const std::int64_t day = day_of(table.get_date("DateCollected"));
     const std::int32_t ID = table.get_long("ID");
     std::vector<DatedRows>& alike = files_[key_of(name)];
-    auto file = std::ranges::find_if(alike, [&](const DatedRows& other) {
-      return other.day == day && folded_text(other.rows.name) == folded_text(name);
-    });
+    auto file = std::ranges::find_if(
+        alike, [&](const DatedRows& other) { return other.day == day && other.folded_name == folded; });
     if (file == alike.end()) {
-      file = alike.insert(alike.end(), {day, {name, {}, ID}});
+      file = alike.insert(alike.end(), {day, folded, {name, {}, ID}});
     }
     file->rows.ID_of_event.emplace(table.get_long("EventNumber"), ID);
   }
@@ -58,42 +58,47 @@ const FileRows* EarlierFiles::find(std::string_view name, const std::vector<std:
   }
   const auto first_that = [&](auto&& is_it) -> const FileRows* {
     const auto found = std::ranges::find_if(
-        *alike, [&](const DatedRows& file) { return file.day == day_of(date) && is_it(file.rows.name); });
+        *alike, [&](const DatedRows& file) { return file.day == day_of(date) && is_it(file); });
     return found == alike->end() ? nullptr : &found->rows;
   };
+  const FileRows* rows = nullptr;
   if (without_number(name) != name) {  // of several that differ in case alone, this one had the number before
-    if (const FileRows* const rows = first_that([&](const std::string& other) { return other == name; })) {
-      return rows;
+    rows = first_that([&](const DatedRows& file) { return file.rows.name == name; });
+  }
+  for (std::size_t index = 0; rows == nullptr && index < tails.size(); ++index) {
+    const std::string& tail = tails[index];
+    rows = first_that([&](const DatedRows& file) { return file.rows.name == tail; });
+    if (rows == nullptr) {
+      rows = first_that([&](const DatedRows& file) { return without_number(file.rows.name) == tail; });
     }
   }
-  for (const std::string& tail : tails) {
-    if (const FileRows* const rows = first_that([&](const std::string& other) { return other == tail; })) {
-      return rows;
-    }
-    if (const FileRows* const rows =
-            first_that([&](const std::string& other) { return without_number(other) == tail; })) {
-      return rows;
-    }
+  for (std::size_t index = 0; rows == nullptr && index < tails.size(); ++index) {
+    rows = first_that(
+        [folded = folded_text(tails[index])](const DatedRows& file) { return file.folded_name == folded; });
   }
-  for (const std::string& tail : tails) {
-    if (const FileRows* const rows = first_that([&, folded = folded_text(tail)](const std::string& other) {
-          return folded_text(other) == folded;
-        })) {
-      return rows;
-    }
-  }
-  return nullptr;
+  return rows;
 }
 
-bool EarlierFiles::other_has_name(std::string_view name, double date, const FileRows& but) const {
+bool EarlierFiles::is_of_other(std::string_view name, std::int64_t day, const FileRows* but) const {
   const std::vector<DatedRows>* const alike = namesakes(name);
-  return alike != nullptr && std::ranges::any_of(*alike, [&](const DatedRows& file) {
-           return file.day == day_of(date) && file.rows.first_ID != but.first_ID &&
-                  folded_text(file.rows.name) == folded_text(name);
-         });
+  const std::string folded = folded_text(name);
+  return taken_names_.contains({day, folded}) ||
+         (alike != nullptr && std::ranges::any_of(*alike, [&](const DatedRows& file) {
+            return file.day == day && file.folded_name == folded &&
+                   (but == nullptr || file.rows.first_ID != but->first_ID);
+          }));
 }
 
-void EarlierFiles::take_out(const FileRows& rows) {
+std::string EarlierFiles::name_for(const std::string& given, const FileRows* rows, double date) const {
+  std::string name = given;
+  for (int number = 2; is_of_other(name, day_of(date), rows); ++number) {
+    name = number == 2 && rows != nullptr ? rows->name : numbered_name(given, number);
+  }
+  return name;
+}
+
+void EarlierFiles::take_out(const FileRows& rows, std::string_view name, double date) {
+  taken_names_.emplace(day_of(date), folded_text(name));
   const auto alike = files_.find(key_of(rows.name));
   if (alike != files_.end()) {
     std::erase_if(alike->second, [&](const DatedRows& file) { return file.rows.first_ID == rows.first_ID; });

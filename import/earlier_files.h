@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Module_data_file {
@@ -32,20 +33,24 @@ class EarlierFiles {
   [[nodiscard]] const FileRows* find(std::string_view name, const std::vector<std::string>& tails,
                                      double date) const;
 
-  /// Whether another file than `but` goes by the name and has the date.
-  [[nodiscard]] bool other_has_name(std::string_view name, double date, const FileRows& but) const;
+  /// The name for the file of these rows (none if it is new): the one given now, unless another file of that
+  /// date goes by it; the one it had before, else one with a number.
+  [[nodiscard]] std::string name_for(const std::string& given, const FileRows* rows, double date) const;
 
-  /// A file of this import has these rows now.
-  void take_out(const FileRows& rows);
+  /// A file of this import has these rows now, and this name.
+  void take_out(const FileRows& rows, std::string_view name, double date);
 
  private:
   struct DatedRows {
     std::int64_t day = 0;
+    std::string folded_name;
     FileRows rows;
   };
   [[nodiscard]] const std::vector<DatedRows>* namesakes(std::string_view name) const;
+  [[nodiscard]] bool is_of_other(std::string_view name, std::int64_t day, const FileRows* but) const;
 
   std::unordered_map<std::string, std::vector<DatedRows>> files_;  // by bare name, folded
+  std::set<std::pair<std::int64_t, std::string>> taken_names_;  // of files of this import: day, folded name
 };
 
 /// The stations of a line at which there is no reading but those of the file.

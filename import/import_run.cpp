@@ -119,7 +119,7 @@ void own_rows_of_file(ReadingRecord& record) {
     record.run.found.own_rows.insert(ID);
   }
   if (record.run.earlier_files) {
-    record.run.earlier_files->take_out(record.file_rows);
+    record.run.earlier_files->take_out(record.file_rows, record.SurveyFile, record.DateCollected);
   }
 }
 

@@ -73,16 +73,14 @@ void write_header(dao::Recordset& files, const ReadingRecord& record) {
 }
 
 // The file goes by the name that this import gives it. Two files of one name and day couldn't be told apart
-// by the next import, so it keeps the earlier one where another file has that name.
+// by the next import, so the name is another where another file has that one.
 void take_earlier_rows(ReadingRecord& record) {
   const FileRows* const earlier = rows_of_earlier_import(record);
+  record.SurveyFile = record.run.earlier_files->name_for(record.SurveyFile, earlier, record.DateCollected);
   if (earlier == nullptr) {
     return;
   }
   record.file_rows = *earlier;
-  if (record.run.earlier_files->other_has_name(record.SurveyFile, record.DateCollected, *earlier)) {
-    record.SurveyFile = earlier->name;
-  }
   if (record.SurveyFile == earlier->name) {
     return;
   }

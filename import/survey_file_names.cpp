@@ -136,8 +136,7 @@ class NamesakeTails {
 std::string unused_name(const std::string& name, std::unordered_set<std::string>& used) {
   std::string unused = cut_at_left(name, longest_name);
   for (int number = 2; !used.insert(folded_text(unused)).second; ++number) {
-    const std::string mark = " (" + plain_text(number) + ")";
-    unused = cut_at_left(name, longest_name - mark.size()) + mark;
+    unused = numbered_name(name, number);
   }
   return unused;
 }
@@ -185,6 +184,11 @@ std::vector<std::string> path_tails(const std::string& file) {
   }
   tails.erase(std::unique(tails.begin(), tails.end()), tails.end());
   return tails;
+}
+
+std::string numbered_name(const std::string& name, int number) {
+  const std::string mark = " (" + plain_text(number) + ")";
+  return cut_at_left(name, longest_name - mark.size()) + mark;
 }
 
 std::string_view without_number(std::string_view name) {

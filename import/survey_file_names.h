@@ -23,6 +23,9 @@ std::vector<SurveyFileName> survey_file_names(const std::vector<std::string>& fi
 /// name last.
 std::vector<std::string> path_tails(const std::string& file);
 
+/// The name with " (2)" or another number behind it, cut at the left to its column.
+std::string numbered_name(const std::string& name, int number);
+
 /// The name without the " (2)" that tells it from one that differs in case alone.
 std::string_view without_number(std::string_view name);
 

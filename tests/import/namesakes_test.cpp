@@ -93,6 +93,14 @@ TEST_F(Namesakes, With_an_apostrophe_or_apart_by_case_alone) {
     }
     EXPECT_EQ(files(), (Files{{"01.edi", 1}, {"north/01.edi", 2}, {"1.edi", 3}, {"1.EDI (2)", 4}}));
   }
+  // The other way round, and with a third.
+  const std::string third = add("case/1.Edi", "5");
+  for (int round = 0; round < 2; ++round) {
+    SCOPED_TRACE(round);
+    ASSERT_EQ(import({cases[1], cases[0], third}), 0);
+    EXPECT_EQ(files(),
+              (Files{{"01.edi", 1}, {"north/01.edi", 2}, {"1.edi", 3}, {"1.EDI (2)", 4}, {"1.Edi (3)", 5}}));
+  }
   EXPECT_TRUE(interface.take_messages().empty());
 }
 
