@@ -13,13 +13,16 @@ constexpr std::size_t panel = 4;
 // Most rows updated at a time; lengths are rounded up, into the zeros behind each column.
 constexpr std::size_t widest_strip = 4;
 
-struct Columns {
-  double* real;
-  double* imaginary;
+template <class Number>
+struct ColumnsOf {
+  Number* real;
+  Number* imaginary;
   std::size_t count;
   std::size_t half_bandwidth;
   std::size_t stride;
 };
+using Columns = ColumnsOf<double>;
+using Factors = ColumnsOf<const double>;
 
 struct Multiplier {
   double real;
@@ -126,12 +129,71 @@ BRENLOX_INLINE void factor_columns(const Columns& a) {
   }
 }
 
+// Sum over the rows below the diagonal of L(row, column) times a vector that begins there.
+template <class Registers>
+BRENLOX_INLINE Multiplier column_product(const double* column_real, const double* column_imaginary,
+                                         const double* real, const double* imaginary, std::size_t length) {
+  using Vector = typename Registers::Vector;
+  constexpr std::size_t width = sizeof(Vector) / sizeof(double);
+  Vector sum_real = {};
+  Vector sum_imaginary = {};
+  for (std::size_t first = 0; first < length; first += width) {
+    Vector l_real;
+    Vector l_imaginary;
+    Vector x_real;
+    Vector x_imaginary;
+    std::memcpy(&l_real, column_real + first, sizeof l_real);
+    std::memcpy(&l_imaginary, column_imaginary + first, sizeof l_imaginary);
+    std::memcpy(&x_real, real + first, sizeof x_real);
+    std::memcpy(&x_imaginary, imaginary + first, sizeof x_imaginary);
+    sum_real += l_real * x_real;
+    sum_real -= l_imaginary * x_imaginary;
+    sum_imaginary += l_real * x_imaginary;
+    sum_imaginary += l_imaginary * x_real;
+  }
+  Multiplier sum = {0.0, 0.0};
+  for (std::size_t i = 0; i < width; ++i) {
+    sum.real += sum_real[i];
+    sum.imaginary += sum_imaginary[i];
+  }
+  return sum;
+}
+
+// Replaces a right side, with `widest_strip` zeros behind it, by the solution.
+template <class Registers>
+BRENLOX_INLINE void solve_columns(const Factors& a, double* real, double* imaginary) {
+  for (std::size_t column = 0; column < a.count; ++column) {
+    const double* l_real = a.real + column * a.stride;
+    const double* l_imaginary = a.imaginary + column * a.stride;
+    const double re = real[column];
+    const double im = imaginary[column];
+    subtract_columns<Registers, 1>(real + column + 1, imaginary + column + 1, {l_real + 1}, {l_imaginary + 1},
+                                   {Multiplier{re, im}}, std::min(a.half_bandwidth, a.count - 1 - column));
+    real[column] = re * l_real[0] - im * l_imaginary[0];
+    imaginary[column] = re * l_imaginary[0] + im * l_real[0];
+  }
+  for (std::size_t column = a.count; column-- > 0;) {
+    const Multiplier sum = column_product<Registers>(
+        a.real + column * a.stride + 1, a.imaginary + column * a.stride + 1, real + column + 1,
+        imaginary + column + 1, std::min(a.half_bandwidth, a.count - 1 - column));
+    real[column] -= sum.real;
+    imaginary[column] -= sum.imaginary;
+  }
+}
+
 void factor_on_any_processor(const Columns& a) { factor_columns<NarrowRegisters>(a); }
+void solve_on_any_processor(const Factors& a, double* real, double* imaginary) {
+  solve_columns<NarrowRegisters>(a, real, imaginary);
+}
 
 #if defined(__x86_64__) && defined(__GNUC__)
 // Twice as fast where the processor has the wider registers; which it is, is known when the program runs.
 __attribute__((target("avx2,fma"))) void factor_on_wide_registers(const Columns& a) {
   factor_columns<WideRegisters>(a);
+}
+__attribute__((target("avx2,fma"))) void solve_on_wide_registers(const Factors& a, double* real,
+                                                                 double* imaginary) {
+  solve_columns<WideRegisters>(a, real, imaginary);
 }
 
 bool has_wide_registers() {
@@ -139,6 +201,9 @@ bool has_wide_registers() {
 }
 #else
 void factor_on_wide_registers(const Columns& a) { factor_columns<NarrowRegisters>(a); }
+void solve_on_wide_registers(const Factors& a, double* real, double* imaginary) {
+  solve_columns<NarrowRegisters>(a, real, imaginary);
+}
 
 bool has_wide_registers() { return false; }
 #endif
@@ -167,31 +232,20 @@ void BandedLdlt::factor() {
 }
 
 void BandedLdlt::solve(std::span<std::complex<double>> right_side) const {
-  for (std::size_t column = 0; column < unknowns_; ++column) {
-    const double* real = real_.data() + column * stride_;
-    const double* imaginary = imaginary_.data() + column * stride_;
-    const double re = right_side[column].real();
-    const double im = right_side[column].imag();
-    const std::size_t length = std::min(half_bandwidth_, unknowns_ - 1 - column);
-    for (std::size_t k = 1; k <= length; ++k) {
-      std::complex<double>& value = right_side[column + k];
-      value = {value.real() - (real[k] * re - imaginary[k] * im),
-               value.imag() - (real[k] * im + imaginary[k] * re)};
-    }
-    right_side[column] = {re * real[0] - im * imaginary[0], re * imaginary[0] + im * real[0]};
+  const Factors factors = {real_.data(), imaginary_.data(), unknowns_, half_bandwidth_, stride_};
+  std::vector<double> real(unknowns_ + widest_strip);
+  std::vector<double> imaginary(real.size());
+  for (std::size_t i = 0; i < unknowns_; ++i) {
+    real[i] = right_side[i].real();
+    imaginary[i] = right_side[i].imag();
   }
-  for (std::size_t column = unknowns_; column-- > 0;) {
-    const double* real = real_.data() + column * stride_;
-    const double* imaginary = imaginary_.data() + column * stride_;
-    double re = 0.0;
-    double im = 0.0;
-    const std::size_t length = std::min(half_bandwidth_, unknowns_ - 1 - column);
-    for (std::size_t k = 1; k <= length; ++k) {
-      const std::complex<double>& value = right_side[column + k];
-      re += real[k] * value.real() - imaginary[k] * value.imag();
-      im += real[k] * value.imag() + imaginary[k] * value.real();
-    }
-    right_side[column] -= std::complex<double>(re, im);
+  if (has_wide_registers()) {
+    solve_on_wide_registers(factors, real.data(), imaginary.data());
+  } else {
+    solve_on_any_processor(factors, real.data(), imaginary.data());
+  }
+  for (std::size_t i = 0; i < unknowns_; ++i) {
+    right_side[i] = {real[i], imaginary[i]};
   }
 }
 

@@ -3,6 +3,10 @@
 // Secondary is the total field less that of the host, a layered earth: a layered section comes out exact on
 // any mesh (auxiliary fields: Rodi 1976, Geophys. J. R. astr. Soc. 44, 483-506). It is 0 on the mesh's lowest
 // line in TE and on its uppermost one in TM; at the other three edges the equations end as they are.
+//
+// Displacement currents take the matrix a little out of the class for which elimination without pivoting is
+// proven. Relative residuals: below 3e-10 from 0.001 Hz to 100 kHz without air in the mesh; with it 1e-13 at
+// 1 kHz, 1e-6 at 0.001 Hz in TM, where its contrast to the ground is 1e12.
 #pragma once
 #include <optional>
 #include <span>

@@ -101,23 +101,30 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   const auto file = [&view](const char* ending) {
     return view.results().derived_file(view.current_iteration(), ending);
   };
-  const auto progress = [](int percent) { user_interface().show_progress(writing_grids, percent); };
+  const auto progress = [](int percent) {
+    user_interface().show_progress(writing_grids, percent);
+    user_interface().process_events();
+    return !user_interface().stop_requested();
+  };
   const double cell = grid_cell(view.results().model.mesh);
-  progress(0);
+  const numerics::gridding::GridFrame frame = grid_frame(blocks, cell);
+  report_cell(cell, frame.cell);
+  if (!progress(0)) {
+    return false;
+  }
   make_folder(view.results().output_folder);
-  const numerics::gridding::RegularGrid plain = block_grid(blocks, grid_frame(blocks, cell));
+  const numerics::gridding::RegularGrid plain = block_grid(blocks, frame);
   safe_files::write_into_place(file(".xyz"), point_table(blocks));
   formats::geosoft::write_geosoft_grid(file("_logres.grd"), plain);
   formats::geosoft::write_geosoft_grid(file("_res.grd"), antilog(plain));
-  progress(30);
+  static_cast<void>(progress(30));
   auto smooth = smooth_grid(blocks, plain);
   if (!smooth) {
     return false;
   }
-  progress(90);
+  static_cast<void>(progress(90));
   formats::geosoft::write_geosoft_grid(file("_LogRes_smth.grd"), *smooth);
   formats::geosoft::write_geosoft_grid(file("_res_smth.grd"), antilog(std::move(*smooth)));
-  report_cell(cell, plain.frame.cell);
   return true;
 }
 

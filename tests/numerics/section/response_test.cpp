@@ -347,6 +347,8 @@ TEST(Response, Threads_change_nothing_and_a_stop_leaves_nothing) {
       compute_response(section, line_sites, frequencies, {.threads = 3, .progress = note}).value();
   EXPECT_EQ(one.te.phase, three.te.phase);
   EXPECT_EQ(one.tm.log10_resistivity, three.tm.log10_resistivity);
+  EXPECT_EQ(one.te.log10_resistivity, three.te.log10_resistivity);
+  EXPECT_EQ(one.tm.phase, three.tm.phase);
   EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
   EXPECT_EQ(shares.back(), 1.0);
 
