@@ -55,6 +55,13 @@ StationRows place_of(const ReadingKey& key) {
   return Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
 }
 
+EditedKey* find_key(Exchange& exchange, const ReadingKey& key) {
+  const auto found = std::ranges::find_if(exchange.keys, [&](const EditedKey& noted) {
+    return same_station(noted.key, key) && noted.key.scan_rate == key.scan_rate;
+  });
+  return found == exchange.keys.end() ? nullptr : &*found;
+}
+
 /// Notes the key of a reading, with what its derived rows hold before anything is written.
 void note_key(const UndoEntry& entry, Exchange& exchange) {
   dao::Recordset& rows = Module_database::open_survey().readings;
@@ -64,12 +71,9 @@ void note_key(const UndoEntry& entry, Exchange& exchange) {
   }
   const ReadingKey key = key_of_row(rows);
   const ReduceFrom from = follows_from(entry, rows.get_long("ReductionType"));
-  auto found = std::ranges::find_if(exchange.keys, [&](const EditedKey& noted) {
-    return same_station(noted.key, key) && noted.key.scan_rate == key.scan_rate;
-  });
-  if (found == exchange.keys.end()) {
-    exchange.keys.push_back({key, from, entry.reduction, nullptr, {}});
-    found = exchange.keys.end() - 1;
+  EditedKey* found = find_key(exchange, key);
+  if (found == nullptr) {
+    found = &exchange.keys.emplace_back(EditedKey{key, from, entry.reduction, nullptr, {}});
   }
   found->from = std::min(found->from, from);
   if (found->before == nullptr && entry.reduction != nullptr) {
@@ -83,13 +87,6 @@ Frequencies frequencies_of(const ReadingKey& key) {
              : Module_database::read_frequency_list(key.reference_type);
 }
 
-std::shared_ptr<const UndoReduction> before_of(const ReadingKey& key, const Exchange& exchange) {
-  const auto found = std::ranges::find_if(exchange.keys, [&](const EditedKey& noted) {
-    return same_station(noted.key, key) && noted.key.scan_rate == key.scan_rate;
-  });
-  return found == exchange.keys.end() ? nullptr : found->before;
-}
-
 /// Writes all entries of a command and computes again what follows. @return 0, or -1 after a message
 int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
   Module_database::require_writable();
@@ -100,7 +97,7 @@ int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
   for (auto entry = command.rbegin(); entry != command.rend(); ++entry) {
     if (auto row = exchange_row(*entry)) {
       row->earlier.command = entry->command;
-      row->earlier.reduction = before_of(row->key, exchange);
+      row->earlier.reduction = find_key(exchange, row->key)->before;
       exchange.written.push_back({*entry, std::move(*row)});
     }
   }
@@ -127,7 +124,7 @@ std::int32_t station_index_of(const ReadingKey& key) {
 /// Makes the selection that of a reading; the next display of its station loads everything that belongs to
 /// it.
 /// @return true if another line, reference type, data type or dipole was selected
-bool select(const ReadingKey& key) {
+bool select_reading(const ReadingKey& key) {
   SessionState& state = session();
   ReadingKey selected = selected_key();
   selected.station = key.station;
@@ -172,7 +169,7 @@ UndoResult show_exchange(const Exchange& exchange) {
   UndoResult result;
   result.station_index = station_index_of(key);
   if (result.station_index > 0) {
-    result.other_selection = select(key);
+    result.other_selection = select_reading(key);
     shown |= select_reference_type(key.reference_type);
   }
   if (!profile_is_current) {
