@@ -98,8 +98,7 @@ std::string working_file() {
 
 void settle_survey() {
   OpenSurvey& survey = open_survey();
-  if (survey.database.is_open()) {
-    survey.database.settle_log();
+  if (survey.database.is_open() && survey.database.settle_log()) {
     survey.changes_settled = survey.database.change_count();
   }
 }

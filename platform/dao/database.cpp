@@ -103,12 +103,11 @@ void Database::copy_to(const std::string& path) const {
   }
 }
 
-void Database::settle_log() {
+bool Database::settle_log() {
   const Connection& connection = dao::open(connection_);
-  if (sqlite3_get_autocommit(connection.handle()) != 0 && connection.stands_at_path()) {
-    // Where it can't be done now, the log keeps what it holds and the next time is as good.
-    sqlite3_wal_checkpoint_v2(connection.handle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
-  }
+  return sqlite3_get_autocommit(connection.handle()) != 0 && connection.stands_at_path() &&
+         sqlite3_wal_checkpoint_v2(connection.handle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr,
+                                   nullptr) == SQLITE_OK;
 }
 
 std::int64_t Database::change_count() const { return dao::open(connection_).changes(); }

@@ -56,8 +56,8 @@ class Database {
   void copy_to(const std::string& path) const;
 
   /// Brings all that is committed from the log into the file, so that the file alone holds it. Does nothing
-  /// in a transaction, or while another program reads.
-  void settle_log();
+  /// in a transaction. @return false if something is left in the log, as while another program reads
+  bool settle_log();
 
   /// Grows with each row that is written.
   [[nodiscard]] std::int64_t change_count() const;

@@ -261,12 +261,12 @@ TEST_F(LostGround, A_file_that_can_not_take_its_place_leaves_nothing_beside_it) 
   (void)folder.write("taken/by_a_folder", "");
   const fs::path taken = folder.folder() / "taken";
   const std::set<std::string> names = names_in(folder.folder());
-  const std::function<void()> writings[] = {[&] { safe_files::write_into_place(taken, "letters"); },
-                                            [&] { safe_files::copy_into_place(source, taken); },
-                                            [&] {
-                                              safe_files::write_together({{folder.path("first"), "letters"},
-                                                                          {taken, "letters"}});
-                                            }};
+  const std::function<void()> writings[] = {
+      [&] { safe_files::write_into_place(taken, "letters"); },
+      [&] { safe_files::copy_into_place(source, taken); },
+      [&] {
+        safe_files::write_together({{folder.path("first"), "letters"}, {taken, "letters"}});
+      }};
   for (const auto& writing : writings) {
     EXPECT_THROW(writing(), std::runtime_error);
     EXPECT_EQ(names_in(folder.folder()), names);

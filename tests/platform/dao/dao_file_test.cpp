@@ -239,7 +239,8 @@ TEST_F(File, Runs_nothing_that_its_schema_holds) {
       sqlite3_exec(other,
                    "CREATE TRIGGER Sweep AFTER DELETE ON Readings BEGIN DELETE FROM Readings; END;"
                    "CREATE TRIGGER Bar BEFORE INSERT ON Readings BEGIN SELECT RAISE(ABORT, 'barred'); END;"
-                   "CREATE VIEW Lines AS SELECT Line FROM Readings;",
+                   "CREATE VIEW Lines AS SELECT Line FROM Readings;"
+                   "CREATE TABLE Checked (Number LONG CHECK (Number > 5));",
                    nullptr, nullptr, nullptr),
       SQLITE_OK);
   sqlite3_close(other);
@@ -247,6 +248,7 @@ TEST_F(File, Runs_nothing_that_its_schema_holds) {
   database.execute("DELETE FROM Readings WHERE ID = 1");
   fill(database, 1);
   EXPECT_EQ(row_count(path_), 3);
+  database.execute("INSERT INTO Checked (Number) VALUES (1)");
   EXPECT_EQ(error_of([&] { (void)database.open_recordset("SELECT * FROM Lines"); }), "no such table: Lines");
   ASSERT_EQ(database.other_objects().size(), 3U);
   EXPECT_EQ(database.other_objects()[0].name, "Sweep");
@@ -254,6 +256,9 @@ TEST_F(File, Runs_nothing_that_its_schema_holds) {
   database.drop_triggers_and_views();
   EXPECT_TRUE(database.other_objects().empty());
   EXPECT_EQ(row_count(path_), 3);
+  database.close();
+  dao::compact_database(path_, folder_.path("fresh.mdb"));
+  EXPECT_EQ(row_count(folder_.path("fresh.mdb")), 3);
 }
 
 TEST_F(File, Removed_while_it_is_open_can_be_copied_from_there) {
@@ -285,10 +290,10 @@ TEST_F(File, Alone_holds_all_that_was_committed_once_its_log_is_settled) {
   EXPECT_EQ(rows_of_hand_copy("lacks.mdb"), 2);
   {
     const dao::Transaction transaction(database);
-    database.settle_log();  // not in the middle of something
+    EXPECT_FALSE(database.settle_log());  // not in the middle of something
   }
   EXPECT_EQ(rows_of_hand_copy("lacks_still.mdb"), 2);
-  database.settle_log();
+  EXPECT_TRUE(database.settle_log());
   EXPECT_EQ(rows_of_hand_copy("whole.mdb"), 7);
 }
 
