@@ -4,13 +4,13 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
-#include <utility>
 #include <vector>
 
 #include "batch/command.h"
 #include "batch/reading_option.h"
 #include "core/number_text.h"
 #include "core/trap_errors.h"
+#include "formats/zonge/zonge_stn_file.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
 #include "platform/files/input_files.h"
@@ -140,6 +140,19 @@ void print_summary(const ImportReport& report, bool scan) {
   }
 }
 
+/// What a report must not be written over.
+std::vector<std::filesystem::path> files_read(const ImportOptions& options,
+                                              const std::vector<std::string>& files) {
+  std::vector<std::filesystem::path> read(files.begin(), files.end());
+  for (const std::string& file : files) {
+    if (const auto stations = formats::zonge::find_stn_file(file)) {
+      read.emplace_back(*stations);
+    }
+  }
+  read.emplace_back(options.survey);
+  return read;
+}
+
 int import_files(const ImportOptions& options, const std::vector<std::string>& files) {
   ImportReport report;
   const int result = Module_data_file::run_import(
@@ -196,9 +209,7 @@ int run_import_command(ImportOptions& options) {
   }
   std::vector<std::string> files;
   const bool complete = collect_files(options, files);
-  std::vector<std::filesystem::path> read(files.begin(), files.end());
-  read.emplace_back(options.survey);
-  const safe_files::InputFiles inputs(std::move(read));
+  const safe_files::InputFiles inputs(files_read(options, files));
   if (files.empty() || trap_errors(report_failed, [&] { safe_files::refuse_input(options.report); }) != 0) {
     return status_failed;
   }

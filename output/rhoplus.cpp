@@ -91,10 +91,10 @@ int write_rhoplus_file(const std::string& path, const ReadingKey& key, const Fre
 
 std::string rhoplus_summary(const RhoplusCounts& counts, const RhoplusSettings& settings,
                             const std::string& folder) {
-  return plain_text(counts.stations) +
-         (counts.stations == 1 ? " control file with " : " control files with ") + plain_text(counts.rows) +
-         (counts.rows == 1 ? " row" : " rows") + " written to " + folder + ", with " +
-         batch_file_name(settings);
+  return std::to_string(counts.stations) +
+         (counts.stations == 1 ? " control file with " : " control files with ") +
+         std::to_string(counts.rows) + (counts.rows == 1 ? " row" : " rows") + " written to " + folder +
+         ", with " + batch_file_name(settings);
 }
 
 int output_rhoplus(const LineSelection& selection, const std::string& folder, const RhoplusSettings& settings,

@@ -77,10 +77,10 @@ int read_sections(FileTask& task) {
     census.add(section);
     census.note(report);
     take_section_station(section, task);
+    take_section_place(section, record, report);
     if (!store_header_once(task)) {
       return -1;
     }
-    take_section_place(section, record, report);
     const bool turn = turns_ey(record.choices, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     if (task.is_import()) {

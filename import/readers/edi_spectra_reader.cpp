@@ -203,15 +203,12 @@ bool take_section(const SpectraSection& section, const std::vector<EstimatedFreq
   ReadingRecord& record = task.record;
   FileReport& report = task.report;
   take_section_station(section, task);
-  if (!estimated.empty() && !store_header_once(task)) {
-    return false;
-  }
   take_section_place(section, record, report);
   if (estimated.empty()) {
     report_lost_section(section, report);
   } else {
     take_rotation(section, estimated, record, report);
-    if (!take_readings(estimated, task)) {
+    if (!store_header_once(task) || !take_readings(estimated, task)) {
       return false;
     }
     add_tensor_to_scan_list(record);

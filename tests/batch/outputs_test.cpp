@@ -47,6 +47,14 @@ TEST_F(Batch_program, Output_never_takes_the_place_of_the_survey_or_a_field_file
     EXPECT_EQ(run_for_json({"info", "survey.mdb", "--json"})["tables"]["FileTable"], 18);
   }
   EXPECT_EQ(file_contents(folder_.path("field/" + field_file)), field_text);
+
+  std::ignore = folder_.write("day.raw", "0001\nCSAMT\n");
+  std::ignore = folder_.write("day.stn", "100 500100 6200000 351\n");
+  const Outcome stations = run({"import", "survey.mdb", "day.raw", "--line", "200E", "--event", "0", "--rate",
+                                "1", "--reference", "0", "--report", "day.stn"});
+  EXPECT_EQ(stations.status, 1);
+  EXPECT_NE(stations.errors.find(refused), std::string::npos) << stations.errors;
+  EXPECT_EQ(file_contents(folder_.path("day.stn")), "100 500100 6200000 351\n");
 }
 
 TEST_F(Batch_program, Output_is_named_by_the_files_that_are_there) {
