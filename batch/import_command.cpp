@@ -13,7 +13,7 @@
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 #include "platform/files/safe_files.h"
 
 namespace Batch {
@@ -209,7 +209,7 @@ int run_import_command(ImportOptions& options) {
   }
   std::vector<std::string> files;
   const bool complete = collect_files(options, files);
-  const safe_files::InputFiles inputs(files_read(options, files));
+  const safe_files::FilesInUse inputs(files_read(options, files));
   if (files.empty() || trap_errors(report_failed, [&] { safe_files::refuse_input(options.report); }) != 0) {
     return status_failed;
   }

@@ -8,7 +8,7 @@
 #include "batch/run_option.h"
 #include "core/number_text.h"
 #include "occam/windows/section_picture.h"
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 
 namespace Batch {
 namespace {
@@ -31,7 +31,7 @@ int write_section(SectionOptions& options) {
     return status_failed;
   }
   const Module_occam::RunResults& run = view->results();
-  const safe_files::InputFiles inputs({run.folder / options.run.control_file,
+  const safe_files::FilesInUse inputs({run.folder / options.run.control_file,
                                        run.folder / run.names.model_file, run.folder / run.names.data_file,
                                        run.model.mesh_file, run.file_of(view->current_iteration())});
   const Module_occam::ResistivityRange range = Module_occam::suggested_range(view->parameters());

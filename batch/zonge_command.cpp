@@ -7,7 +7,7 @@
 #include "core/user_interface.h"
 #include "output/zonge.h"
 #include "output/zonge_files.h"
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 
 namespace Batch {
 namespace {
@@ -33,7 +33,7 @@ int write_line(const ZongeOptions& options) {
 
 int run_zonge(ZongeOptions& options) {
   options.output = path_from_here(options.output);
-  const safe_files::InputFiles inputs({options.survey});
+  const safe_files::FilesInUse inputs({options.survey});
   if (!may_write_zonge(Module_output::zonge_paths(options.output))) {
     return status_failed;
   }

@@ -291,7 +291,7 @@ int open_database() {
   } else {
     const std::string& path = session().database_file;
     open_survey().files_in_use =
-        safe_files::InputFiles({path, path + "-wal", path + "-shm", path + "-journal"});
+        safe_files::FilesInUse({path, path + "-wal", path + "-shm", path + "-journal"});
   }
   Module_debug::write_debug(1, status == 0 ? "open_database done" : "open_database failed");
   return status;

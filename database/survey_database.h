@@ -9,7 +9,7 @@
 
 #include "core/trap_errors.h"
 #include "platform/dao/database.h"
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 #include "platform/files/private_folder.h"
 
 namespace Module_database {
@@ -27,7 +27,7 @@ struct OpenSurvey {
   dao::Recordset readings;
   dao::Recordset frequency_lists;
   dao::Recordset projections;
-  safe_files::InputFiles files_in_use;  // the survey's own: no output may take their place
+  safe_files::FilesInUse files_in_use;  // the survey's own: no output may take their place
   // The changes that settle_idle_survey has met last, and those that are in the file.
   std::int64_t changes_seen = 0;
   std::int64_t changes_settled = 0;

@@ -10,7 +10,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 
 namespace fs = std::filesystem;
 

@@ -13,7 +13,7 @@
 #include "core/file_names.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 #include "platform/files/safe_files.h"
 #include "platform/widgets/copy_cells.h"
 #include "ui_Form_import_report.h"
@@ -116,7 +116,7 @@ void Form_import_report::save() const {
   }
   std::vector<std::filesystem::path> imported;
   std::ranges::transform(report_.files, std::back_inserter(imported), &formats::FileReport::file);
-  const safe_files::InputFiles inputs(std::move(imported));
+  const safe_files::FilesInUse inputs(std::move(imported));
   // After a failure, which the user has seen, the report is still on the screen.
   if (trap_errors("An error occurred while saving the import report: ",
                   [&] { safe_files::write_into_place(path, report_.to_json()); }) == 0) {

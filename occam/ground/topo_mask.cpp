@@ -179,7 +179,7 @@ int read_model_to_mask(const std::string& path, TopoMask& mask) {
   if (read_occam_model(file.parent_path(), file.filename().string(), {}, mask.model) != 0) {
     return refuse("The specified model file is not defined properly");
   }
-  mask.model_files = safe_files::InputFiles({file, mask.model.mesh_file});
+  mask.model_files = safe_files::FilesInUse({file, mask.model.mesh_file});
   mask.stations = run_stations(path);
   return 0;
 }

@@ -61,7 +61,7 @@ std::string mesh_listing(const OccamModel& model, const std::vector<CodeLines>& 
 struct TopoMask {
   OccamModel model;       // its mesh's code lines are those as read
   MaskStations stations;  // of the run that the model belongs to, if there is one
-  safe_files::InputFiles model_files;
+  safe_files::FilesInUse model_files;
   Topo topo;
   MaskChoices choices;
   std::vector<CodeLines> masked;  // by the last apply_topo_mask; empty before the first one

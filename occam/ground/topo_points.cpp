@@ -158,7 +158,7 @@ int load_locations(const LocationEntries& entries, Topo& topo) {
     Topo loaded;
     loaded.curve = ground_curve(read.points);
     loaded.points = std::move(read.points);
-    loaded.file = safe_files::InputFiles({entries.file});
+    loaded.file = safe_files::FilesInUse({entries.file});
     topo = std::move(loaded);
     return 0;
   });

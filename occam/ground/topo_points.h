@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "numerics/gridding/cubic_spline.h"
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 
 namespace Module_occam {
 
@@ -49,7 +49,7 @@ struct Topo {
   TopoPoints points;  // in the order of the file
   numerics::gridding::CubicSpline
       curve;                    // through them, in the order of their stations; empty without points
-  safe_files::InputFiles file;  // that they were read from
+  safe_files::FilesInUse file;  // that they were read from
 
   [[nodiscard]] bool empty() const { return curve.x.empty(); }
   /// Of the points, m; 0 without any.

@@ -13,7 +13,7 @@
 #include <unistd.h>
 #endif
 
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 
 namespace fs = std::filesystem;
 

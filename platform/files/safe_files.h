@@ -18,7 +18,7 @@ void copy_into_place(const std::filesystem::path& source, const std::filesystem:
 void move_into_place(const std::filesystem::path& source, const std::filesystem::path& destination);
 
 /// Writes `contents` to `destination` in the same way; to a device or pipe straight. Throws for a file that
-/// is being read (input_files.h).
+/// is being read (files_in_use.h).
 void write_into_place(const std::filesystem::path& destination, std::string_view contents);
 
 /// Puts a finished file, and its name in the folder, on the disk itself. Throws as above; a file whose

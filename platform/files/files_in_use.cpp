@@ -1,4 +1,4 @@
-#include "platform/files/input_files.h"
+#include "platform/files/files_in_use.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -20,7 +20,7 @@ std::vector<std::weak_ptr<const Paths>>& lists_in_use() {
 
 }  // namespace
 
-InputFiles::InputFiles(std::vector<fs::path> files)
+FilesInUse::FilesInUse(std::vector<fs::path> files)
     : files_(std::make_shared<const Paths>(std::move(files))) {
   std::erase_if(lists_in_use(), [](const std::weak_ptr<const Paths>& list) { return list.expired(); });
   lists_in_use().push_back(files_);

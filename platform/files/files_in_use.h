@@ -1,4 +1,4 @@
-// input_files.h: files that are being read, so that no output takes their place.
+// files_in_use.h: files that are being read, so that no output takes their place.
 #pragma once
 #include <filesystem>
 #include <memory>
@@ -8,10 +8,10 @@ namespace safe_files {
 
 /// While one of its copies lives, writing into place (safe_files.h) refuses these files, by whatever name or
 /// link they are reached. A file that is missing for now counts once it is there.
-class InputFiles {
+class FilesInUse {
  public:
-  InputFiles() = default;
-  explicit InputFiles(std::vector<std::filesystem::path> files);
+  FilesInUse() = default;
+  explicit FilesInUse(std::vector<std::filesystem::path> files);
 
  private:
   std::shared_ptr<const std::vector<std::filesystem::path>> files_;
