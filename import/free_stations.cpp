@@ -44,7 +44,9 @@ double FreeStations::next(const std::string& line, double start, double spacing,
     const LineStation place{name, station};
     const bool taken =
         taken_.contains(place) || in_files.sites.contains(place) || in_files.claimed.contains(place);
-    if (!taken && (!known.in_survey.contains(station) || own.contains(station))) {
+    const bool is_free = !taken && (!known.in_survey.contains(station) || own.contains(station));
+    const bool stands_still = step > 0 && station == start;  // the spacing is lost in so large a number
+    if (is_free || stands_still) {
       return station;
     }
     all_for_good = all_for_good && taken;

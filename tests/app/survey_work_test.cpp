@@ -256,6 +256,11 @@ class SurveyWorkTest : public QObject, private WindowFixture {
   void from_field_files_to_an_edited_copy() {
     new_survey();
     QCOMPARE(import_folder("field"), imported);
+    // No start station was given, and none of the files is at 0.
+    QCOMPARE(Module_database::open_survey()
+                 .database.open_recordset("SELECT * FROM FileTable WHERE Station = 0")
+                 .record_count(),
+             0);
     const std::string first = made::whole_readings_table();
     QVERIFY(!control("Label_no_readings")->isVisible());
     QCOMPARE(control<QComboBox>("Combo_line")->currentText(), QString("200E"));
