@@ -29,16 +29,15 @@ std::string name_in(std::string_view text) {
   return std::string(trimmed(text));
 }
 
-}  // namespace
-
-EdiNames read_edi_names(const std::string& file) {
+EdiNames names_in(EdiLines& lines, InfoText& info) {
   EdiNames names;
-  LineReader reader(file);
-  EdiLines lines(reader);
   std::string_view kind;
   bool in_head = false;
   while (in_head ? lines.next() : lines.skip_to_tag()) {
     const std::string tag = lines.at_tag() ? tag_name(lines.line()) : std::string();
+    if (lines.at_tag() && kind.empty() && info.holds(tag)) {
+      continue;
+    }
     if (tag == "END") {
       break;
     }
@@ -53,6 +52,21 @@ EdiNames read_edi_names(const std::string& file) {
       kind = kind.empty() ? this_kind : kind;
       names.sections += this_kind == kind ? 1 : 0;
     }
+  }
+  return names;
+}
+
+}  // namespace
+
+EdiNames read_edi_names(const std::string& file) {
+  LineReader reader(file);
+  EdiLines lines(reader);
+  InfoText info;
+  EdiNames names = names_in(lines, info);
+  if (names.sections == 0 && info.held_section()) {
+    lines.rewind();
+    InfoText no_text = InfoText::no_text();
+    names = names_in(lines, no_text);
   }
   return names;
 }

@@ -55,7 +55,7 @@ TEST_F(ImportRun, Stores_a_file_in_ascending_order_and_again_in_place) {
   EXPECT_EQ(files.get_date("DateCollected"), 43760.0);  // 22 October 2019
   EXPECT_EQ(files.get_date("DateAnalysed"), 43759.0);
   EXPECT_EQ(files.get_single("StationSpacing"), 33.3F);
-  EXPECT_EQ(files.get_single("Orientation"), 0.0F);
+  EXPECT_EQ(files.get_single("Orientation"), 12.5F);  // of the first section's HX
 
   dao::Recordset& places = open_survey().locations;
   places.move_first();

@@ -151,6 +151,12 @@ TEST_F(ImportStations, The_name_in_the_head_comes_before_the_next_free_station) 
   EXPECT_EQ(stations_of("b.edi"), (std::vector<double>{50, 100}))
       << "the head names the file, not its sections";
   EXPECT_EQ(stations_of("c.edi"), std::vector<double>{150});
+  const std::string words_in_info =
+      replaced(made_edi({{.sectid = "?"}}), ">=DEFINEMEAS", ">INFO\n>=MTSECT is explained\n>=DEFINEMEAS");
+  ASSERT_EQ(
+      import({folder.write("w.edi", replaced(replaced(words_in_info, "  SECTID=?\n", ""), "MADE", "15"))}),
+      0);
+  EXPECT_EQ(stations_of("w.edi"), std::vector<double>{15}) << "text of the head is no section";
   choices.sectid_digits = true;
   ASSERT_EQ(import({folder.path("c.edi")}), 0);
   EXPECT_EQ(stations_of("c.edi"), std::vector<double>{14});
