@@ -221,8 +221,10 @@ QString MeshPicture::text_at(QPointF at) const {
              .arg(metres(model.node_x[column]), metres(model.node_x[column + 1]))
              .arg(row + 1)
              .arg(metres(model.node_z[row]), metres(model.node_z[row + 1]),
-                  code == Module_occam::free_code ? QString("free")
-                                                  : QString("fixed, code \"%1\"").arg(code)) +
+                  code == Module_occam::free_code     ? QString("free")
+                  : code == Module_occam::masked_code ? QString("air")
+                  : code == Module_occam::sea_code    ? QString("sea water")
+                                                      : QString("fixed, code \"%1\"").arg(code)) +
          QString("\nGround at %1 m below the mesh's upper edge")
              .arg(metres(mask_.choices.datum_elevation -
                          numerics::gridding::cubval(mask_.topo.curve, place.x())));
@@ -419,8 +421,8 @@ void MeshPicture::draw_key(QPainter& painter) const {
     x += metrics.horizontalAdvance(text) + 3.0 * gap;
   };
   add("Free", free_colour, false);
-  add("Masked (code 0)", masked_colour, false);
-  if (mask_.model.mesh.num_fixed_res() > 1) {
+  add("Air (code 0)", masked_colour, false);
+  if (mask_.model.mesh.num_fixed_res() > 0) {
     add("Fixed", fixed_colour, false);
   }
   add("Ground", ground_colour, true);
