@@ -92,7 +92,7 @@ TEST_F(Absent_values, Are_unused_in_rhoplus_tables_grid_and_graph) {
   ASSERT_EQ(
       Module_rhoplus::invert_station_in_memory(made::key(0.0F), made::frequencies(), settings, inversion), 0);
   const auto grid = Module_rhoplus::data_rows(inversion);
-  const auto graph = Module_rhoplus::fit_plot(inversion);
+  const auto graph = Module_rhoplus::fit_plot(inversion, made::frequencies());
   ASSERT_EQ(inversion.tables.data.size(), points);
   for (std::size_t i = 0; i < points; ++i) {
     SCOPED_TRACE(i);
@@ -118,7 +118,7 @@ TEST_F(Absent_values, Are_no_occam_data) {
   inputs.directory = folder.path("");
   inputs.occam_directory = "run";
   Module_occam::CreatedInversion created;
-  ASSERT_EQ(Module_occam::create_inversion(line, inputs, {}, created), 0);
+  ASSERT_EQ(Module_occam::create_inversion(line, inputs, {}, {}, created), 0);
   EXPECT_EQ(created.data_count, 3 * 2 * 7 - 4);
   const std::string data = file_contents((folder.folder() / "run" / "occamdat").string());
   const auto has_row = [&data](const char* site_frequency_type) {
