@@ -291,7 +291,7 @@ TEST_F(OtherFormats, Spectra_name_what_they_can_not_read) {
   EXPECT_NE(named.failure.find("has a decimal comma"), std::string::npos) << named.failure;
   const FileReport below = import("c.edi", replaced(plain, "FREQ=1.0", "FREQ=-1.0"));
   EXPECT_TRUE(told(below.unreadable, "2 frequencies are not above 0 Hz (-100"));
-  const Curve curve = stored("FileID = 3 AND DataType = 'ExHy'").curve;
+  const Curve curve = stored("FileID = 2 AND DataType = 'ExHy'").curve;
   EXPECT_EQ(curve.frequencies, (std::vector<float>{-100, -10}));
   EXPECT_EQ(curve.value(1, 0), absent);
   EXPECT_GT(curve.value(2, 0), 0.0F);

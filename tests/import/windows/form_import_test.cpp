@@ -216,7 +216,8 @@ class FormImportTest : public QObject, private WindowFixture {
     QCOMPARE(text("Text_sample_line"), QString("300E"));
     type_and_press("77E", Qt::Key_I);
     QTRY_VERIFY(!(*interface_)->messages.empty());
-    QCOMPARE(interface_->take_messages(), Messages{"Data import complete"});
+    QCOMPARE(interface_->take_messages(),
+             Messages{"Data import complete. 3 of 3 files gave 12 readings at 3 stations; 0 remarks"});
     QCOMPARE(rows_in("StationsTable WHERE SurveyLine = '77E'"), 3);
     QCOMPARE(rows_in("StationsTable"), 3);
   }
