@@ -11,6 +11,8 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "formats/occam/model_file.h"
+#include "formats/occam/text_input.h"
 #include "occam/occam_files.h"
 
 namespace Module_occam {
@@ -80,7 +82,7 @@ void mask_column(const OccamModel& model, std::size_t column, double depth, cons
   }
 }
 
-int refuse(const char* message) {
+int refuse(const std::string& message) {
   user_interface().show_message(message);
   return -1;
 }
@@ -176,9 +178,15 @@ int read_model_to_mask(const std::string& path, TopoMask& mask) {
     return refuse("The specified model file does not exist");
   }
   const std::filesystem::path file(path);
-  if (read_occam_model(file.parent_path(), file.filename().string(), {}, mask.model) != 0) {
-    return refuse("The specified model file is not defined properly");
+  const std::string improper = "The specified model file is not defined properly";
+  try {
+    mask.model = read_model_file(file.parent_path(), file.filename().string(), {});
+  } catch (const EmptyLine&) {
+    return refuse(improper);
+  } catch (const std::exception& failure) {
+    return refuse(improper + ". " + failure.what());
   }
+  report_shared_node(mask.model);
   mask.model_files = safe_files::FilesInUse({file, mask.model.mesh_file});
   mask.stations = run_stations(path);
   return 0;

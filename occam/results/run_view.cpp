@@ -1,6 +1,7 @@
 #include "occam/results/run_view.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 #include "core/trap_errors.h"
@@ -41,6 +42,12 @@ bool RunView::refresh() {
     response_ready_ = false;
   }
   return listed || response_changed;
+}
+
+void RunView::write_to(const fs::path& folder) {
+  std::error_code ignored;
+  const bool is_run = fs::equivalent(folder, results_.folder, ignored);
+  results_.output_folder = is_run ? results_.folder / derived_folder : folder;
 }
 
 bool RunView::can_write() const { return can_write_into(results_.output_folder); }

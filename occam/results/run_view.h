@@ -27,8 +27,9 @@ class RunView {
 
   /// Whether files that are derived from the run can be written into their folder.
   [[nodiscard]] bool can_write() const;
-  /// Chooses another folder for them.
-  void write_to(const std::filesystem::path& folder) { results_.output_folder = folder; }
+  /// Chooses another folder for them. The run's own one stands for its folder of derived files: beside the
+  /// run's files they would be taken for iterations or replace its responses.
+  void write_to(const std::filesystem::path& folder);
 
   /// Reads the parameters of the current iteration unless they are loaded. An iteration that isn't of the
   /// model is refused.

@@ -12,6 +12,7 @@
 #include "formats/occam/text_input.h"
 #include "occam/results/run_results.h"
 #include "occam/setup/run_files.h"
+#include "platform/files/files_in_use.h"
 #include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
@@ -158,6 +159,9 @@ EarlierRun::~EarlierRun() {
 }
 
 void EarlierRun::move_away() {
+  for (const fs::path& file : files_) {  // the open survey may stand here under a name of the new run
+    safe_files::refuse_input(folder_ / file);
+  }
   for (const fs::path& file : files_) {
     make_folder((destination_ / file).parent_path());
     moved_.push_back(file);

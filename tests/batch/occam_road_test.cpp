@@ -63,6 +63,23 @@ TEST_F(Batch_program, Occam_replaces_an_inversion_only_when_told_to) {
   EXPECT_EQ(run({"occam-info", "run/earlier_1"}).status, 0);
 }
 
+TEST_F(Batch_program, Occam_never_moves_the_survey_away) {
+  write_field_files(4);
+  import_field_files();
+  std::vector<std::string> arguments = create;
+  arguments.back() = ".";
+  ASSERT_EQ(run(arguments).status, 0);
+  arguments.emplace_back("--overwrite");
+  for (const char* const name : {"survey.mdb", "SURVEY.MDB"}) {
+    std::vector<std::string> over = arguments;
+    over.insert(over.end(), {"--model-file", name});
+    EXPECT_EQ(run(over).status, 1);
+    EXPECT_TRUE(std::filesystem::exists(folder_.path("survey.mdb")));
+    EXPECT_FALSE(std::filesystem::exists(folder_.path("earlier_1")));
+  }
+  EXPECT_EQ(run({"info", "survey.mdb"}).status, 0);
+}
+
 TEST_F(Batch_program, Occam_tells_what_is_wrong) {
   write_field_files(2);
   import_field_files();

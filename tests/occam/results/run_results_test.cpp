@@ -248,6 +248,9 @@ TEST_F(RunResultsTest, A_run_that_can_not_be_written_is_shown_and_its_response_k
     }
     view.write_to(elsewhere.folder() / "grids");
     EXPECT_TRUE(view.can_write());
+    view.write_to(folder.folder());  // the run's own: beside its files they would be taken for iterations
+    EXPECT_EQ(view.results().output_folder, view.results().folder / "Brenlox");
+    view.write_to(elsewhere.folder() / "grids");
     EXPECT_EQ(write_grids(view), 0);
     EXPECT_EQ(interface.take_messages(), made::Messages{"Grid file has been written. The files are in " +
                                                         (elsewhere.folder() / "grids").string()});

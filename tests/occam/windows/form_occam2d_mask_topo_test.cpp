@@ -117,8 +117,9 @@ class FormOccam2dMaskTopoTest : public QObject {
     QCOMPARE(interface_->take_messages(), Messages{"The specified model file does not exist"});
     type("Text_occam_model_file", QString::fromStdString(folder_->path("line.dat")));
     pages().setCurrentIndex(mesh_page);
-    QCOMPARE(interface_->take_messages(), (Messages{"The file does not have the correct format",
-                                                    "The specified model file is not defined properly"}));
+    QCOMPARE(interface_->take_messages(),
+             Messages{"The specified model file is not defined properly. The file "
+                      "does not have the correct format"});
     type("Text_occam_model_file", QString::fromStdString(folder_->path("inmodel")));
     QVERIFY(control<QPlainTextEdit>("Text_model_file")
                 ->toPlainText()
