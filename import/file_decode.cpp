@@ -57,7 +57,7 @@ std::string line_fault(std::string_view text, LineDirection direction, double& n
       return "The supplied Line number suffix is not valid";
     }
     const std::string_view digits = std::string_view(typed).substr(0, typed.size() - 1);
-    if (!is_numeric(digits)) {
+    if (!is_numeric(digits) || !std::isfinite(numeric_value(digits))) {
       return "The supplied Line number value is not valid";
     }
     value = numeric_value(digits);
@@ -82,9 +82,10 @@ std::string typed_value_fault(std::size_t row, ImportChoices& choices) {
   }
   const double value = numeric_value(text);
   if (row == decode_event) {
-    return is_numeric(text) && value >= 0.0 ? no_fault : "The specified event value is invalid";
+    return is_numeric(text) && std::isfinite(value) && value >= 0.0 ? no_fault
+                                                                    : "The specified event value is invalid";
   }
-  if (!is_numeric(text)) {
+  if (!is_numeric(text) || !std::isfinite(static_cast<float>(value))) {
     return "The specified Sample Rate is invalid";
   }
   if (value < 0.0) {

@@ -54,15 +54,14 @@ double FreeStations::next(const std::string& line, double start, double spacing,
   }
 }
 
-bool FreeStations::is_of_other_site(const std::string& line, double station, const Site& site,
-                                    const FoundSites& read) const {
-  const auto taken = taken_.find({upper_case(line), station});
-  return (taken != taken_.end() && !equal_ignoring_case(taken->second, site.name)) ||
-         is_shared(line, station, site, in_files_(), read);
+bool FreeStations::is_free(const std::string& line, double station, const std::set<double>& own) {
+  const LineStation place{upper_case(line), station};
+  return !taken_.contains(place) && !in_files_().sites.contains(place) &&
+         (!line_of(line).in_survey.contains(station) || own.contains(station));
 }
 
-void FreeStations::take(const std::string& line, double station, const std::string& site) {
-  taken_.emplace(LineStation{upper_case(line), station}, site);
+void FreeStations::take(const std::string& line, double station) {
+  taken_.emplace(upper_case(line), station);
 }
 
 }  // namespace Module_data_file

@@ -21,13 +21,12 @@ class FreeStations {
   [[nodiscard]] double next(const std::string& line, double start, double spacing,
                             const std::set<double>& own);
 
-  /// Whether another site has the station: in a file of the import, in the survey, or by `take`.
-  /// @param read  what has been read of the files already
-  [[nodiscard]] bool is_of_other_site(const std::string& line, double station, const Site& site,
-                                      const FoundSites& read) const;
+  /// Whether no file of the import says the station, none has taken it, and the line doesn't have it in the
+  /// survey, unless it is one of `own`.
+  [[nodiscard]] bool is_free(const std::string& line, double station, const std::set<double>& own);
 
-  /// The station has a reading of the site now.
-  void take(const std::string& line, double station, const std::string& site);
+  /// The station has a reading now.
+  void take(const std::string& line, double station);
 
  private:
   struct Line {
@@ -37,8 +36,8 @@ class FreeStations {
   Line& line_of(const std::string& line);
 
   std::function<const FoundSites&()> in_files_;
-  std::map<LineStation, std::string> taken_;  // with the name of the site
-  std::map<std::string, Line> lines_;         // by name in upper case
+  std::set<LineStation> taken_;
+  std::map<std::string, Line> lines_;  // by name in upper case
 };
 
 }  // namespace Module_data_file

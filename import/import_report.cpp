@@ -60,8 +60,9 @@ std::string files_and_readings(const std::vector<FileReport>& files) {
 }  // namespace
 
 bool ImportReport::has_remarks() const {
-  return std::any_of(files.begin(), files.end(),
-                     [](const FileReport& file) { return file.has_remarks() || file.sections_turned > 0; });
+  return std::any_of(files.begin(), files.end(), [](const FileReport& file) {
+    return file.has_remarks() || file.sections_turned > 0 || file.replaced_readings > 0;
+  });
 }
 
 bool ImportReport::has_failures() const {

@@ -18,7 +18,7 @@ struct ImportReport {
   bool stopped = false;                        // the user stopped the run
   std::size_t groups_skipped = 0;              // of readings that could not be averaged or merged
 
-  /// A file has something to tell, or Ey was turned in one.
+  /// A file has something to tell, Ey was turned in one, or one replaced earlier readings.
   [[nodiscard]] bool has_remarks() const;
   /// A file gave an error or no reading.
   [[nodiscard]] bool has_failures() const;

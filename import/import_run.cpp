@@ -76,12 +76,13 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
     }
   }
   if (!trimmed(choices.start_station).empty()) {
-    if (!is_numeric(choices.start_station)) {
+    if (!is_numeric(choices.start_station) || !std::isfinite(numeric_value(choices.start_station))) {
       return fault("The start station number is invalid");
     }
     record.run.next_station = numeric_value(choices.start_station);
   }
-  if (!is_numeric(choices.station_step) || numeric_value(choices.station_step) == 0.0) {
+  if (!is_numeric(choices.station_step) || numeric_value(choices.station_step) == 0.0 ||
+      !std::isfinite(static_cast<float>(numeric_value(choices.station_step)))) {
     return fault("The station spacing is invalid");
   }
   return decode_file_format(ShowFault::yes, record);
@@ -128,7 +129,8 @@ void own_rows_of_file(ReadingRecord& record) {
 void end_transaction(dao::Transaction& transaction, FileTask& task) {
   const StoreNotes& notes = task.notes;
   FileReport& report = task.report;
-  const bool failed = report.readings == 0 || !notes.failure.empty();
+  const bool gave_less = !report.failure.empty() && report.readings < notes.replaced_readings;
+  const bool failed = report.readings == 0 || !notes.failure.empty() || gave_less;
   const bool keep_earlier =
       failed &&
       (notes.file_known || (report.readings == 0 && rows_of_earlier_import(task.record) != nullptr));
@@ -277,7 +279,7 @@ void average_station(const ReadingRecord& record, const ScannedStation& scanned,
   }
 }
 
-std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
+std::vector<ReadingKey> merge_keys(const ReadingRecord& record, SkippedGroups& skipped) {
   using Name = std::tuple<std::string, double, std::int32_t, float>;  // line, station, reference type, dipole
   std::set<Name> touched;
   for (const ScannedStation& scanned : record.scan_list) {
@@ -286,7 +288,7 @@ std::vector<ReadingKey> merge_keys(const ReadingRecord& record) {
   }
   using Module_averaged_data::ScanRate;
   std::vector<ReadingKey> keys =
-      Module_averaged_data::stored_keys(Module_database::reduction_averaged, ScanRate::left_out);
+      Module_averaged_data::stored_keys(Module_database::reduction_averaged, ScanRate::left_out, skipped);
   std::erase_if(keys, [&](const ReadingKey& key) {
     return !touched.contains({upper_case(key.line), key.station, key.reference_type, key.dipole});
   });
@@ -328,7 +330,7 @@ void reduce_touched(const ReadingRecord& record, ImportReport& report) {
         rules);
   };
   each([&](std::size_t index) { average_station(record, record.scan_list[index], lists, skipped); });
-  const std::vector<ReadingKey> keys = merge_keys(record);
+  const std::vector<ReadingKey> keys = merge_keys(record, skipped);
   progress.begin(caption("Merging scan rates"), keys.size());
   each([&](std::size_t index) { merge_station(keys[index], lists, skipped); });
   report.groups_skipped = skipped.count();
@@ -393,7 +395,12 @@ int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& r
   if (mode == ImportMode::scan) {
     return imported == Outcome::failed ? -1 : 0;
   }
-  const int reduced = trap_errors(averaging_failed, [&] { reduce_touched(record, report); });
+  const int reduced = trap_errors(averaging_failed, [&] {
+    for (const std::int32_t StationID : record.run.stations_left) {
+      Module_averaged_data::drop_curves_without_readings(StationID);
+    }
+    reduce_touched(record, report);
+  });
   return imported == Outcome::failed ? -1 : reduced;
 }
 
@@ -409,9 +416,6 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
   }
   Module_debug::write_debug(1,
                             "run_import " + plain_text(static_cast<std::int64_t>(files.size())) + " files");
-  if (mode == ImportMode::import) {
-    Module_Brenlox::clear_undo();  // rows that it would go back to may be replaced
-  }
   const BusyPointer busy;
   LookIntoFiles look(record, files);
   if (mode == ImportMode::import && shared == SharedStations::ask) {
@@ -422,6 +426,9 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
     if (!may) {
       return 0;
     }
+  }
+  if (mode == ImportMode::import) {
+    Module_Brenlox::clear_undo();  // rows that it would go back to may be replaced
   }
   record.run.free_stations =
       std::make_shared<FreeStations>([&]() -> const FoundSites& { return look.result(); });

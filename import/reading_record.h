@@ -53,6 +53,7 @@ struct RunState {
   std::shared_ptr<FreeStations> free_stations;  // none in a look at the files, which finds what isn't free
   std::shared_ptr<EarlierFiles> earlier_files;  // made when the first file is looked for
   FoundSites found;
+  std::set<std::int32_t> stations_left;  // StationID of readings that were replaced
 };
 
 /// What the choices and a reader fill, one file after the other, and the store writes. -1 is "not known yet".

@@ -143,18 +143,6 @@ std::vector<SharedStation> shared_stations(const FoundSites& found) {
   return shared;
 }
 
-bool is_shared(const std::string& line, double station, const Site& site, const FoundSites& in_files,
-               const FoundSites& read) {
-  const auto is_own = [&](std::int32_t ID) {
-    return in_files.own_rows.contains(ID) || read.own_rows.contains(ID);
-  };
-  const auto here = in_files.sites.all().find({upper_case(line), station});
-  return (here != in_files.sites.all().end() &&
-          std::ranges::any_of(here->second.sites,
-                              [&](const Site& other) { return !is_same(other, site); })) ||
-         !others_in_survey(line, station, {site}, is_own).empty();
-}
-
 void remark_on_shared_stations(const std::vector<SharedStation>& shared,
                                std::vector<formats::FileReport>& files) {
   for (const SharedStation& place : shared) {

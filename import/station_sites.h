@@ -53,18 +53,13 @@ class StationSites {
 /// What is known of the files of an import, as far as they have been read.
 struct FoundSites {
   StationSites sites;
-  std::set<LineStation> claimed;    // by files whose head has a name, if no other site has the station
+  std::set<LineStation> claimed;    // by files whose head has a name, if the station is free then
   std::set<std::int32_t> own_rows;  // of FileTable
 };
 
 /// The stations that different sites come to, in the import or with what the open survey holds. Throws
 /// dao::Error.
 std::vector<SharedStation> shared_stations(const FoundSites& found);
-
-/// Whether the station has another site than this, in the files of the import or in the survey, of which the
-/// files that have been read already don't count. Throws dao::Error.
-bool is_shared(const std::string& line, double station, const Site& site, const FoundSites& in_files,
-               const FoundSites& read);
 
 /// Notes each shared station in the reports of the files whose sites come to it after another.
 void remark_on_shared_stations(const std::vector<SharedStation>& shared,

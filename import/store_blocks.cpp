@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <numeric>
+#include <set>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
+#include "database/stations.h"
 #include "database/survey_database.h"
 
 namespace Module_data_file {
@@ -47,13 +49,24 @@ std::string row_criteria(const ReadingRecord& record) {
 std::string ID_criteria(std::int32_t ID) { return "ID = " + format_number(ID, "0"); }
 
 // One statement: a search for each row would go through what is left of the file again and again.
-std::int32_t delete_readings_of_file(std::int32_t file_id) {
+std::int32_t delete_readings_of_file(std::int32_t file_id, std::set<std::int32_t>& left) {
   auto& survey = Module_database::open_survey();
   const std::string readings = "FROM ReadingsDataTable WHERE FileID = " + format_number(file_id, "0");
   const std::int32_t count = survey.database.open_recordset("SELECT ID " + readings).record_count();
+  dao::Recordset places = survey.database.open_recordset("SELECT DISTINCT StationID " + readings);
+  for (; !places.eof(); places.move_next()) {
+    left.insert(places.get_long("StationID"));
+  }
   survey.database.execute("DELETE " + readings);
   survey.readings.requery();
   return count;
+}
+
+// Readings can outlive their row of FileTable; an ID that they have would give them to another file.
+std::int32_t free_file_ID() {
+  const double highest = std::max(Module_database::get_max_value("ID", "FileTable"),
+                                  Module_database::get_max_value("FileID", "ReadingsDataTable"));
+  return static_cast<std::int32_t>(std::max(highest, 0.0)) + 1;
 }
 
 void write_header(dao::Recordset& files, const ReadingRecord& record) {
@@ -103,10 +116,11 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
   const auto row = rows.ID_of_event.find(record.EventNumber);
   if (row == rows.ID_of_event.end()) {
     files.add_new();
+    files.set_long("ID", free_file_ID());
   } else {
     notes.file_known = true;
     notes.earlier_name = rows.name;
-    notes.replaced_readings = delete_readings_of_file(row->second);
+    notes.replaced_readings = delete_readings_of_file(row->second, record.run.stations_left);
     files.find_first(ID_criteria(row->second));
     files.edit();
   }

@@ -36,6 +36,10 @@ class EdiLines {
 
   [[nodiscard]] std::string_view line() const { return line_; }  // leading blanks cut; empty at the end
   [[nodiscard]] bool at_tag() const { return line_.starts_with('>'); }
+  /// The line lost bytes, and with them perhaps the ends of the lines behind it.
+  [[nodiscard]] bool has_lost_bytes() const {
+    return reader_.nul_bytes() > 0 && line_.find('?') != std::string_view::npos;
+  }
   [[nodiscard]] std::int64_t line_number() const { return reader_.line_number(); }
   [[nodiscard]] std::int64_t file_size() const { return reader_.file_size(); }
 

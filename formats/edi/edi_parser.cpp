@@ -204,7 +204,11 @@ EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTa
   if (count_known && short_of_values && tag.kind != EdiTagKind::discarded) {
     remark_unreadable(report_, first_line,
                       "block " + name + " has " + std::to_string(count) + " of " + value_count(expected_) +
-                          "; the rest is absent");
+                          (has_lost_bytes_ ? "; NUL bytes took line ends with them, so all of it is absent"
+                                           : "; the rest is absent"));
+    if (has_lost_bytes_) {
+      scratch_.clear();
+    }
     scratch_.resize(expected_, no_data);
   }
   if (tag.kind == EdiTagKind::frequencies) {
@@ -233,6 +237,7 @@ EdiMtParser::AfterBlock EdiMtParser::read_values(std::vector<float>& values) {
   // Where the count isn't known, the numbers of >FREQ alone tell whether commas stand for points.
   const bool is_counted = expected_ == unknown_count && name == "FREQ";
   AfterBlock after = AfterBlock::end_of_file;
+  has_lost_bytes_ = false;
   while (lines_.next()) {
     if (lines_.at_tag()) {
       after = AfterBlock::tag_line;
@@ -241,6 +246,7 @@ EdiMtParser::AfterBlock EdiMtParser::read_values(std::vector<float>& values) {
     if (is_counted) {
       look_for_decimal_comma();
     }
+    has_lost_bytes_ = has_lost_bytes_ || lines_.has_lost_bytes();
     take_values(values, surplus);
     if (!decimal_comma_.empty()) {
       fail_in_section(in_quotes(decimal_comma_) + " in line " + std::to_string(lines_.line_number()) +

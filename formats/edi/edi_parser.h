@@ -58,6 +58,7 @@ class EdiMtParser {
   bool section_follows_ = false;          // the current line is a >=MTSECT
   std::int64_t section_number_ = 0;       // from 1
   std::size_t expected_ = unknown_count;  // values of each block of this section
+  bool has_lost_bytes_ = false;           // in the block that was read last
   bool has_frequencies_ = false;          // the section under way had a >FREQ
   std::uint64_t tags_seen_ = 0;           // in this section, a bit for each entry of the tag table
   std::string decimal_comma_;             // a number of the block under way that has one

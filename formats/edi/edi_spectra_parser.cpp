@@ -199,8 +199,13 @@ void EdiSpectraParser::read_block_options(SpectraBlock& block) {
   const std::string whole = upper_case(lines_.line());
   const std::string_view line = without_count(whole);
   block.line_number = lines_.line_number();
-  block.has_FREQ = is_numeric(option_item(line, "FREQ"));
-  block.FREQ = option_number(line, "FREQ");
+  const std::string item = option_item(line, "FREQ");
+  double frequency = no_data;
+  if (!item.empty()) {
+    take_value(item.data(), item.data() + item.size(), frequency, report_, block.line_number);
+  }
+  block.has_FREQ = !is_absent(frequency);
+  block.FREQ = block.has_FREQ ? frequency : 0.0;
   block.ROTSPEC = option_number(line, "ROTSPEC");
   const std::string rotation = option_item(line, "ROTSPEC");
   if (!rotation.empty() && !(is_numeric(rotation) && std::isfinite(numeric_value(rotation)))) {

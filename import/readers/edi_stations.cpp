@@ -65,19 +65,18 @@ const std::set<double>& stations_of_file_before(ReadingRecord& record) {
   return *record.earlier_stations;
 }
 
-// The station that the name in the head gives, if it stands for one section and no other site has that
-// station.
+// The station that the name in the head gives, if it stands for one section and the station is free: many
+// programs write one name into all their files.
 std::optional<double> station_of_head(FileTask& task) {
-  const ReadingRecord& record = task.record;
+  ReadingRecord& record = task.record;
   const EdiNames& names = names_of_file(task);
   const NamedStation named = station_of_sectid(names.DATAID, record.choices.sectid_digits);
   if (names.sections != 1 || !named.has_number) {
     return std::nullopt;
   }
-  const Site site{names.DATAID, record.SurveyFile};
-  const FreeStations* const others = record.run.free_stations.get();
-  const bool taken =
-      others != nullptr && others->is_of_other_site(record.LineNumber, named.station, site, record.run.found);
+  FreeStations* const others = record.run.free_stations.get();
+  const bool taken = others != nullptr &&
+                     !others->is_free(record.LineNumber, named.station, stations_of_file_before(record));
   return taken ? std::nullopt : std::optional(named.station);
 }
 
@@ -167,7 +166,7 @@ void go_to_next_section(ReadingRecord& record, bool gave_readings) {
     record.run.next_station =
         numeric_value(plain_text(record.run.next_station + decimal_of_single(record.StationSpacing)));
   } else if (record.station_rule != StationRule::own && record.run.free_stations) {
-    record.run.free_stations->take(record.LineNumber, record.Station, record.site);
+    record.run.free_stations->take(record.LineNumber, record.Station);
   }
 }
 

@@ -231,6 +231,38 @@ TEST_F(ImportRun, A_bad_file_costs_no_other) {
   EXPECT_EQ(messages.size(), 4U);  // none for the missing, cut and section-less ones, which the report names
 }
 
+TEST_F(ImportRun, Readings_that_lost_their_file_are_not_given_to_another) {
+  ASSERT_EQ(import({folder.write("a.edi", made_edi()), folder.write("b.edi", made_edi())}), 0);
+  open_survey().database.execute("DELETE FROM FileTable");
+  open_survey().files.requery();
+  choices.decode[decode_line_number].specified = "300";
+  ASSERT_EQ(import({folder.write("c.edi", made_edi())}), 0);
+  EXPECT_EQ(raw_readings(), 12);
+}
+
+TEST_F(ImportRun, A_station_that_loses_its_readings_keeps_no_curves) {
+  const std::string file = folder.write("a.edi", made_edi());
+  ASSERT_EQ(import({file}), 0);
+  choices.start_station = "5000";
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE Station < 5000"), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID < 0 AND Station = 5000"), 8);
+  choices.ReductionType = 2;  // taken as merged: the computed curves rest on nothing any more
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable"), 4);
+}
+
+TEST_F(ImportRun, A_copy_that_was_cut_takes_no_readings_away) {
+  const std::string whole = made_edi({MadeSection{}, MadeSection{}});
+  const std::string file = folder.write("a.edi", whole);
+  ASSERT_EQ(import({file}), 0);
+  ASSERT_EQ(raw_readings(), 8);
+  (void)folder.write("a.edi", whole.substr(0, whole.size() - 12));
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(raw_readings(), 8);
+  EXPECT_NE(report.files.at(0).failure.find("earlier import stay"), std::string::npos);
+}
+
 TEST_F(ImportRun, Earlier_readings_stay_when_a_file_gives_none) {
   const std::string file = folder.write("a.edi", made_edi());
   ASSERT_EQ(import({file}), 0);
@@ -338,17 +370,23 @@ TEST_F(ImportRun, Drops_what_could_be_undone) {
 TEST_F(ImportRun, Faults_of_the_choices_end_it_before_anything_is_stored) {
   const std::string file = folder.write("a.edi", made_edi());
   const ImportChoices good = choices;
-  choices.start_station = "here";
-  EXPECT_EQ(import({file}), -1);
+  for (const char* const start : {"here", "1e999"}) {
+    choices.start_station = start;
+    EXPECT_EQ(import({file}), -1);
+  }
   choices = good;
-  choices.station_step = "0";
-  EXPECT_EQ(import({file}), -1);
+  for (const char* const step : {"0", "1e39"}) {
+    choices.station_step = step;
+    EXPECT_EQ(import({file}), -1);
+  }
   choices = good;
   choices.convert_coordinates = true;
   EXPECT_EQ(import({file}), -1);
-  EXPECT_EQ(interface.take_messages(),
-            (std::vector<std::string>{"The start station number is invalid", "The station spacing is invalid",
-                                      "The projection has not been defined"}));
+  EXPECT_EQ(
+      interface.take_messages(),
+      (std::vector<std::string>{"The start station number is invalid", "The start station number is invalid",
+                                "The station spacing is invalid", "The station spacing is invalid",
+                                "The projection has not been defined"}));
   EXPECT_EQ(rows_in("FileTable"), 0);
 }
 

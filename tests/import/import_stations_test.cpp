@@ -160,16 +160,18 @@ TEST_F(ImportStations, The_name_in_the_head_comes_before_the_next_free_station) 
   choices.sectid_digits = true;
   ASSERT_EQ(import({folder.path("c.edi")}), 0);
   EXPECT_EQ(stations_of("c.edi"), std::vector<double>{14});
-  // Of several files the first one, and whatever is the same site; not where another one is.
+  // Of several files the first one, whatever the others are called; not where another one is.
   ASSERT_EQ(import({add("d.edi", {""}, "X21"), add("e.edi", {""}, "Y21"), add("f.edi", {""}, "X21"),
                     add("g.edi", {""}, "Z22"), add("h.edi", {"X22"}), add("i.edi", {""}, "Y14")}),
             0);
   EXPECT_EQ(stations_of("d.edi"), std::vector<double>{21});
   EXPECT_EQ(stations_of("e.edi"), std::vector<double>{200});
-  EXPECT_EQ(stations_of("f.edi"), std::vector<double>{21});
-  EXPECT_EQ(stations_of("g.edi"), std::vector<double>{250}) << "22 is in a file behind";
-  EXPECT_EQ(stations_of("i.edi"), std::vector<double>{300}) << "14 is in the survey";
+  EXPECT_EQ(stations_of("f.edi"), std::vector<double>{250});
+  EXPECT_EQ(stations_of("g.edi"), std::vector<double>{300}) << "22 is in a file behind";
+  EXPECT_EQ(stations_of("i.edi"), std::vector<double>{350}) << "14 is in the survey";
   EXPECT_TRUE(report.shared_stations.empty());
+  ASSERT_EQ(import({folder.path("f.edi")}), 0);
+  EXPECT_EQ(stations_of("f.edi"), std::vector<double>{250}) << "its own again";
 }
 
 TEST_F(ImportStations, The_last_digits_of_SECTID_are_the_station) {

@@ -178,6 +178,14 @@ TEST_F(EdiParser, A_nul_byte_costs_no_more_than_its_value) {
   EXPECT_TRUE(mentions(parsed.report.unreadable, "'2?' is not a number, taken as absent"));
 }
 
+TEST_F(EdiParser, Values_behind_a_hole_of_nul_bytes_do_not_move) {
+  const Parsed parsed = parse(replaced(made_edi(), "1 2 3", std::string(9, '\0') + " 3"));
+  ASSERT_EQ(parsed.sections.size(), 1U);
+  EXPECT_EQ(parsed.sections[0].get(element_xy, quantity_resistivity).values,
+            (Values{no_data, no_data, no_data}));
+  EXPECT_TRUE(mentions(parsed.report.unreadable, "so all of it is absent"));
+}
+
 TEST_F(EdiParser, Decimal_commas_are_named_and_nothing_of_them_is_taken) {
   const std::string plain = made_edi();
   const std::string cases[] = {

@@ -289,6 +289,9 @@ TEST_F(OtherFormats, Spectra_name_what_they_can_not_read) {
   const FileReport named = import("b.edi", commas);
   EXPECT_EQ(named.readings, 0);
   EXPECT_NE(named.failure.find("has a decimal comma"), std::string::npos) << named.failure;
+  const FileReport odd = import("d.edi", replaced(plain, "FREQ=1.0", "FREQ=1.#QNAN"));
+  EXPECT_EQ(odd.readings, 0);
+  EXPECT_TRUE(told(odd.unreadable, "is not a number, taken as absent"));
   const FileReport below = import("c.edi", replaced(plain, "FREQ=1.0", "FREQ=-1.0"));
   EXPECT_TRUE(told(below.unreadable, "2 frequencies are not above 0 Hz (-100"));
   const Curve curve = stored("FileID = 2 AND DataType = 'ExHy'").curve;
