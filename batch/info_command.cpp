@@ -9,6 +9,7 @@
 
 #include "batch/command.h"
 #include "core/number_text.h"
+#include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
 
@@ -35,9 +36,7 @@ auto distinct(const std::string& column, const std::string& condition, Read read
   std::vector<std::invoke_result_t<Read, const dao::Recordset&>> values;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT DISTINCT " + column + " FROM ReadingsDataTable" + condition + " ORDER BY " + column);
-  for (; !rows.eof(); rows.move_next()) {
-    values.push_back(read(rows));
-  }
+  Module_database::for_each_sound_row(rows, [&](const dao::Recordset& row) { values.push_back(read(row)); });
   return values;
 }
 

@@ -242,6 +242,11 @@ void tell_findings(const Compaction& compaction, const std::vector<std::string>&
       user_interface().show_message(
           "This survey had no ReadingsFrequencyTable. The frequency lists were made again from its readings, "
           "with all frequencies on.");
+    } else if (table == "StationsTable") {
+      user_interface().show_message(
+          "This survey had no StationsTable. Its readings belong to no station until their files are "
+          "imported "
+          "again.");
     }
   }
 }
@@ -291,7 +296,7 @@ int open_database() {
   } else {
     const std::string& path = session().database_file;
     open_survey().files_in_use =
-        safe_files::FilesInUse({path, path + "-wal", path + "-shm", path + "-journal"});
+        safe_files::FilesInUse({path, path + "-wal", path + "-shm", path + "-journal", backup_path(path)});
   }
   Module_debug::write_debug(1, status == 0 ? "open_database done" : "open_database failed");
   return status;

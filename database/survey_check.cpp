@@ -96,6 +96,9 @@ void check_tables(dao::Database& survey) {
         names, [&](const std::string& each) { return equal_ignoring_case(each, table.name); });
     if (name != names.end()) {
       check_columns(survey, table);
+      if (survey.has_conflict_rules(*name)) {
+        fail(*name + " is a table whose rows replace one another");
+      }
       check_rows_have_numbers(survey, *name);
     }
   }

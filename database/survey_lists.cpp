@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "platform/dao/case_folding.h"
 
@@ -35,9 +36,7 @@ std::set<Value> values_of(const std::string& column, Read read) {
   for (const char* const table : {"FileTable", "ReadingsDataTable"}) {
     dao::Recordset rows =
         open_survey().database.open_recordset("SELECT DISTINCT " + column + " FROM " + table);
-    for (; !rows.eof(); rows.move_next()) {
-      values.insert(read(rows));
-    }
+    for_each_sound_row(rows, [&](const dao::Recordset& row) { values.insert(read(row)); });
   }
   return values;
 }

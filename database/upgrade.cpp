@@ -9,6 +9,7 @@
 #include "database/frequency_store.h"
 #include "database/reading.h"
 #include "database/schema.h"
+#include "database/sound_rows.h"
 #include "database/survey_check.h"
 #include "database/survey_database.h"
 
@@ -31,9 +32,7 @@ std::vector<std::string> add_missing_tables(dao::Database& database) {
 std::set<std::int32_t> reference_types_in(dao::Database& database, const std::string& table) {
   std::set<std::int32_t> types;
   dao::Recordset rows = database.open_recordset("SELECT DISTINCT ReferenceType FROM " + table);
-  for (; !rows.eof(); rows.move_next()) {
-    types.insert(rows.get_long("ReferenceType"));
-  }
+  for_each_sound_row(rows, [&](const dao::Recordset& row) { types.insert(row.get_long("ReferenceType")); });
   return types;
 }
 

@@ -8,6 +8,7 @@
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
+#include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
 #include "display/plan_view.h"
@@ -66,12 +67,12 @@ void read_reference_types(SelectionLists& lists) {
 
 void read_data_types(SelectionLists& lists) {
   dao::Recordset rows = rows_of("SELECT DISTINCT DataType FROM ReadingsDataTable ORDER BY DataType");
-  for (; !rows.eof(); rows.move_next()) {
-    const std::string& type = lists.data_types.emplace_back(rows.get_text("DataType"));
+  Module_database::for_each_sound_row(rows, [&](const dao::Recordset& row) {
+    const std::string& type = lists.data_types.emplace_back(row.get_text("DataType"));
     if (type == "ExHy" || type == "EyHx") {
       lists.data_type_index = static_cast<std::int32_t>(lists.data_types.size()) - 1;
     }
-  }
+  });
   if (!lists.data_types.empty()) {
     session().current_data_type = lists.data_types[static_cast<std::size_t>(lists.data_type_index)];
   }
@@ -79,9 +80,8 @@ void read_data_types(SelectionLists& lists) {
 
 void read_dipoles(SelectionLists& lists) {
   dao::Recordset rows = rows_of("SELECT DISTINCT DipoleLength FROM ReadingsDataTable ORDER BY DipoleLength");
-  for (; !rows.eof(); rows.move_next()) {
-    lists.dipoles.push_back(rows.get_single("DipoleLength"));
-  }
+  Module_database::for_each_sound_row(
+      rows, [&](const dao::Recordset& row) { lists.dipoles.push_back(row.get_single("DipoleLength")); });
 }
 
 void read_stations(SelectionLists& lists) {

@@ -6,6 +6,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "database/survey_database.h"
+#include "reduction/computed_rows.h"
 
 namespace Module_averaged_data {
 
@@ -64,6 +65,16 @@ std::string key_criteria(std::string_view file_test, std::int32_t StationID, std
          "' AND DipoleLength = " + criterion_text(key.dipole);
 }
 
+void drop_curves_without_readings(std::int32_t StationID) {
+  auto& survey = Module_database::open_survey();
+  const std::string of_station =
+      " FROM ReadingsDataTable WHERE StationID = " + format_number(StationID, "0") + " AND FileID ";
+  if (survey.database.open_recordset("SELECT ID" + of_station + "> 0 AND ReductionType < 2").eof()) {
+    survey.database.execute("DELETE" + of_station + "< 0");
+    survey.readings.requery();
+  }
+}
+
 ReadingKey key_of_row(const dao::Recordset& row) {
   return {row.get_text("LineNumber"),   row.get_double("Station"), row.get_long("ReferenceType"),
           row.get_single("SampleRate"), row.get_text("DataType"),  row.get_single("DipoleLength")};
@@ -118,7 +129,9 @@ void store_derived_row(const std::string& criteria, std::int32_t reduction, floa
   readings.set_long("FileID", derived_file);
   readings.set_long("StationID", place.StationID);
   readings.set_long("LocationID", place.LocationID);
-  readings.set_text("LineNumber", key.line);
+  if (is_new) {  // a row that there was keeps its spelling of the line, so that an undo leaves no trace
+    readings.set_text("LineNumber", key.line);
+  }
   readings.set_double("Station", key.station);
   readings.set_long("EventNumber", 0);
   readings.set_long("ReferenceType", key.reference_type);

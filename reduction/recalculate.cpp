@@ -29,7 +29,7 @@ struct StationWork {
 
 /// The whole survey, station by station, so that a stop leaves no station between its earlier and its new
 /// curves.
-std::vector<StationWork> work_of_survey() {
+std::vector<StationWork> work_of_survey(SkippedGroups& skipped) {
   std::map<std::pair<std::string, double>, StationWork> stations;
   std::map<std::tuple<std::string, double, std::int32_t, std::string, float>, ReadingKey> merged;
   const auto note_merged = [&](ReadingKey key) {
@@ -37,11 +37,11 @@ std::vector<StationWork> work_of_survey() {
     merged.try_emplace({upper_case(key.line), key.station, key.reference_type, key.data_type, key.dipole},
                        key);
   };
-  for (ReadingKey& key : stored_keys(reduction_raw, ScanRate::part_of_key)) {
+  for (ReadingKey& key : stored_keys(reduction_raw, ScanRate::part_of_key, skipped)) {
     note_merged(key);
     stations[{upper_case(key.line), key.station}].averages.push_back(std::move(key));
   }
-  for (const ReadingKey& key : stored_keys(reduction_averaged, ScanRate::left_out)) {
+  for (const ReadingKey& key : stored_keys(reduction_averaged, ScanRate::left_out, skipped)) {
     note_merged(key);
   }
   for (auto& [name, key] : merged) {
@@ -76,9 +76,9 @@ void tell_what_is_left(std::size_t stations) {
 }
 
 int rebuild_all() {
-  const std::vector<StationWork> stations = work_of_survey();
-  Module_database::FrequencyLists lists;
   SkippedGroups skipped;
+  const std::vector<StationWork> stations = work_of_survey(skipped);
+  Module_database::FrequencyLists lists;
   std::size_t done = 0;
   Outcome outcome = Outcome::finished;
   {

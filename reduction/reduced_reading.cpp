@@ -44,7 +44,11 @@ std::string_view failure_text(std::int32_t reduction) {
 }  // namespace
 
 StoredReading find_or_compute(const StationRows& place, std::int32_t reduction, AllowRaw allow_raw,
-                              const ReadingKey& key, const Frequencies& frequencies) {
+                              const ReadingKey& asked, const Frequencies& frequencies) {
+  ReadingKey key = asked;
+  if (reduction == reduction_merged) {
+    key.scan_rate = 0.0F;  // callers may hold the rate that is shown beside the merged curve
+  }
   auto stored = stored_reading("FileID<0", place.StationID, reduction, key);
   if (stored && frequencies_are_positive(stored->curve)) {
     return std::move(*stored);

@@ -23,9 +23,13 @@ void SkippedGroups::attempt(const Module_database::ReadingKey& group, const std:
   try {
     work();
   } catch (const std::exception& failure) {
-    if (++count_ <= named_groups) {
-      first_.push_back(name_of(group) + ": " + failure.what());
-    }
+    note(name_of(group) + ": " + failure.what());
+  }
+}
+
+void SkippedGroups::note(const std::string& what) {
+  if (++count_ <= named_groups) {
+    first_.push_back(what);
   }
 }
 

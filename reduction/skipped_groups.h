@@ -16,6 +16,9 @@ class SkippedGroups {
   /// Does the work on a group; a failure is noted.
   void attempt(const Module_database::ReadingKey& group, const std::function<void()>& work);
 
+  /// Notes a group that can't even be named by its key.
+  void note(const std::string& what);
+
   [[nodiscard]] std::size_t count() const { return count_; }
 
   /// Shows the count, and the first three by name with their reasons, behind a text; nothing if there are

@@ -146,6 +146,14 @@ std::vector<SchemaObject> Database::other_objects() const {
   return objects;
 }
 
+bool Database::has_conflict_rules(const std::string& table) const {
+  Statement statement(dao::open(connection_),
+                      "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ? COLLATE NOCASE "
+                      "AND sql LIKE '%CONFLICT%'");
+  statement.bind(std::array<Value, 1>{table});
+  return statement.step();
+}
+
 void Database::drop_triggers_and_views() {
   Connection& connection = dao::open(connection_);
   Transaction transaction(*this);

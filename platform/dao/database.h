@@ -71,6 +71,9 @@ class Database {
   /// Triggers, views and tables whose rows a program makes. None of the first two has any effect here.
   [[nodiscard]] std::vector<SchemaObject> other_objects() const;
 
+  /// Whether the definition of a plain table makes rows replace or drop one another ("ON CONFLICT").
+  [[nodiscard]] bool has_conflict_rules(const std::string& table) const;
+
   /// Removes all triggers and views.
   void drop_triggers_and_views();
 

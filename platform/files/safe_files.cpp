@@ -54,10 +54,17 @@ void remove_quietly(const fs::path& file) {
   fs::remove(file, ignored);
 }
 
+[[noreturn]] void fail(const fs::path& file, std::string_view what) {
+  throw std::runtime_error(file.string() + ": " + std::string(what));
+}
+
 // The library's copying of files reports a full disk like any other input or output error.
 void copy_bytes(const fs::path& source, const fs::path& destination) {
   errno = 0;
   std::ifstream from(source, std::ios::binary);
+  if (!from) {
+    fail(source, std::generic_category().message(errno != 0 ? errno : EIO));
+  }
   std::ofstream to(destination, std::ios::binary | std::ios::trunc);
   std::array<char, 65536> chunk{};
   while (from && to) {
@@ -69,10 +76,6 @@ void copy_bytes(const fs::path& source, const fs::path& destination) {
     throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
   }
   fs::permissions(destination, fs::status(source).permissions());
-}
-
-[[noreturn]] void fail(const fs::path& file, std::string_view what) {
-  throw std::runtime_error(file.string() + ": " + std::string(what));
 }
 
 void rename_over(const fs::path& source, const fs::path& destination) {

@@ -4,6 +4,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "platform/dao/case_folding.h"
 
 namespace Module_averaged_data {
 
@@ -55,9 +56,13 @@ std::string kind_criteria(std::int32_t reduction, const ReadingKey& key) {
          key.data_type + "' AND DipoleLength = " + criterion_text(key.dipole);
 }
 
+bool same_line(std::string_view a, std::string_view b) {
+  return a == b || dao::folded_text(a) == dao::folded_text(b);
+}
+
 bool same_station(const ReadingKey& a, const ReadingKey& b) {
-  return a.line == b.line && a.station == b.station && a.reference_type == b.reference_type &&
-         a.data_type == b.data_type && a.dipole == b.dipole;
+  return a.station == b.station && a.reference_type == b.reference_type && a.data_type == b.data_type &&
+         a.dipole == b.dipole && same_line(a.line, b.line);
 }
 
 }  // namespace Module_averaged_data

@@ -4,6 +4,7 @@
 #pragma once
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -40,6 +41,9 @@ std::string place_criteria(const Module_database::ReadingKey& key);
 
 /// "ReductionType = 2 AND ReferenceType = 0 AND DataType ='ExHy' AND DipoleLength = 50"
 std::string kind_criteria(std::int32_t reduction, const Module_database::ReadingKey& key);
+
+/// True if both name one line: rows spell it as their files did, in whatever case of letters.
+bool same_line(std::string_view a, std::string_view b);
 
 /// True if both keys are of the same place and kind, whatever their scan rates.
 bool same_station(const Module_database::ReadingKey& a, const Module_database::ReadingKey& b);

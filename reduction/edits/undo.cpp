@@ -8,7 +8,6 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
-#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
@@ -114,7 +113,7 @@ int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
 std::int32_t station_index_of(const ReadingKey& key) {
   const SessionState& state = session();
   for (std::size_t i = 0; i < state.station_value.size(); ++i) {
-    if (state.station_value[i] == key.station && equal_ignoring_case(state.station_line[i], key.line)) {
+    if (state.station_value[i] == key.station && same_line(state.station_line[i], key.line)) {
       return static_cast<std::int32_t>(i) + 1;
     }
   }
@@ -137,7 +136,9 @@ bool select_reading(const ReadingKey& key) {
   state.current_station_index = -1;
   state.current_station = no_current_station;
   state.repeat_count = 0;
-  state.current_scan_rate = decimal_of_single(key.scan_rate);
+  if (other || key.scan_rate > 0.0F) {  // a merged curve belongs to whatever rate is shown
+    state.current_scan_rate = decimal_of_single(key.scan_rate);
+  }
   return other;
 }
 

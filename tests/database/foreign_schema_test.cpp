@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include <sqlite3.h>
-
 #include "database/frequency_store.h"
 #include "database/reading.h"
+#include "database/survey_lists.h"
+#include "tests/support/foreign_change.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_database;
@@ -16,15 +16,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string damaged = "An error occurred while opening the database: the survey is damaged: ";
-
-/// Lets another program change a closed file.
-bool change_file(const std::string& path, const std::string& statements) {
-  sqlite3* handle = nullptr;
-  sqlite3_open(path.c_str(), &handle);
-  const bool done = sqlite3_exec(handle, statements.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
-  sqlite3_close(handle);
-  return done;
-}
 
 class Foreign_schema : public SurveyTest {
  protected:
@@ -112,6 +103,9 @@ TEST_F(Foreign_schema, A_table_of_another_kind_or_type_is_a_damaged_survey_by_na
       {"DROP TABLE LocationLookupTable;"
        "CREATE TABLE LocationLookupTable(ID INTEGER PRIMARY KEY, Station DOUBLE) WITHOUT ROWID;",
        "LocationLookupTable is a table without row numbers"},
+      {"DROP TABLE StationsTable; CREATE TABLE StationsTable(ID INTEGER PRIMARY KEY, SurveyLine TEXT(32) "
+       "UNIQUE ON CONFLICT REPLACE);",
+       "StationsTable is a table whose rows replace one another"},
   };
   int number = 0;
   for (const auto& c : cases) {
@@ -126,6 +120,17 @@ TEST_F(Foreign_schema, A_table_of_another_kind_or_type_is_a_damaged_survey_by_na
     EXPECT_TRUE(file_contents(path) == before);
     EXPECT_FALSE(fs::exists(backup_path(path)));
   }
+}
+
+TEST_F(Foreign_schema, A_damaged_reference_type_keeps_no_survey_closed) {
+  const std::string path = closed_survey();
+  ASSERT_TRUE(change_file(path,
+                          "UPDATE ReadingsDataTable SET ReferenceType = 'z';"
+                          "UPDATE FileTable SET DipoleLength = 'z';"));
+  session().database_file = path;
+  EXPECT_EQ(open_database(), 0);
+  EXPECT_EQ(listed_lines(), std::vector<std::string>{"200E"});
+  EXPECT_EQ(listed_dipoles(), std::vector<float>{0.0F});  // of the reading
 }
 
 TEST_F(Foreign_schema, A_row_that_no_writer_stores_is_named) {

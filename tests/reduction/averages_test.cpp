@@ -2,6 +2,7 @@
 
 #include "core/absent_value.h"
 #include "tests/reduction/made_line.h"
+#include "tests/support/foreign_change.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_averaged_data;
@@ -340,6 +341,38 @@ TEST_F(Averages, Recalculation_goes_past_groups_that_fail_and_names_three) {
   reopen();
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 3);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 3);
+}
+
+TEST_F(Averages, Recalculation_goes_past_rows_whose_key_is_damaged) {
+  for (const double station : {100.0, 200.0}) {
+    (void)made::store(made::key(8.0F, station), 1, made::reading(low_points));
+  }
+  for (const char* const damage : {"SampleRate = 'z'", "DipoleLength = 'z'", "Station = 'z'"}) {
+    SCOPED_TRACE(damage);
+    ASSERT_EQ(Module_database::close_database(), 0);
+    ASSERT_TRUE(change_file(
+        session().database_file,
+        "UPDATE ReadingsDataTable SET SampleRate = 8, DipoleLength = 50, Station = 100 WHERE ID = 1;"
+        "UPDATE ReadingsDataTable SET " +
+            std::string(damage) + " WHERE ID = 1;"));
+    ASSERT_EQ(Module_database::open_database(), 0);
+    EXPECT_EQ(recalculate_merged(), -1);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_NE(messages[0].find("row 1 of ReadingsDataTable is damaged"), std::string::npos) << messages[0];
+    EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 1);
+  }
+}
+
+TEST_F(Averages, A_merged_curve_is_found_whatever_scan_rate_is_asked_with_it) {
+  const ReadingKey key = made::key(8.0F);
+  (void)made::store(key, 1, made::reading(low_points));
+  StoredReading merged;
+  ASSERT_EQ(get_reduced_reading(Module_database::reduction_merged, AllowRaw::yes, key,
+                                made::frequencies(key.reference_type), merged),
+            0);
+  EXPECT_NE(merged.ID, 0);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2 AND SampleRate = 0"), 1);
 }
 
 TEST_F(Averages, A_mask_of_absence_ends_when_its_value_comes) {

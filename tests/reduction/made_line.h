@@ -69,6 +69,8 @@ inline std::string whole_readings_table() {
   dao::Recordset rows =
       Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable ORDER BY ID");
   for (; !rows.eof(); rows.move_next()) {
+    all += rows.get_text("LineNumber") + ' ' + rows.get_text("DataType") + ' ' +
+           std::to_string(rows.get_double("Station")) + ' ';
     for (const char* field : {"ID", "FileID", "StationID", "LocationID", "EventNumber", "ReferenceType",
                               "ReductionType", "NumFrequencies", "NumFields"}) {
       all += std::to_string(rows.get_long(field)) + ' ';

@@ -255,6 +255,29 @@ TEST_F(Edits, Everything_can_be_undone_and_done_again) {
   EXPECT_EQ(redo_last_change().edit, Edit::nothing);
 }
 
+TEST_F(Edits, Undo_leaves_no_trace_on_a_line_named_in_two_cases) {
+  made::store_line(1);
+  Module_database::open_survey().database.execute(
+      "UPDATE ReadingsDataTable SET LineNumber = '200e' WHERE FileID > 0 AND EventNumber < 3");
+  Module_database::open_survey().readings.requery();
+  load();
+  const std::string before = made::whole_readings_table();
+  ASSERT_EQ(toggle_repeat_point(0, 1, Component::resistivity), Edit::changed);
+  const UndoResult undone = undo_last_change();
+  EXPECT_EQ(undone.edit, Edit::changed);
+  EXPECT_FALSE(undone.other_selection);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+}
+
+TEST_F(Edits, Undo_of_a_static_factor_keeps_the_scan_rate_that_is_shown) {
+  made::store_line(1);
+  session().current_scan_rate = 256.0;
+  load();
+  ASSERT_EQ(set_static_factor(2.5F), Edit::changed);
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_EQ(session().current_scan_rate, 256.0);
+}
+
 TEST_F(Edits, Undo_moves_to_the_reading_and_keeps_the_profile_up_to_date) {
   made::store_line(3);
   session().current_station_index = 2;
