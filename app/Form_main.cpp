@@ -378,7 +378,6 @@ void Form_main::recalculate_merged() {
 }
 
 void Form_main::import_data() {
-  Module_Brenlox::clear_undo();
   rhoplus_->close_results();
   Form_import_MTData(import_decode_, this).exec();
   survey_changed();  // a run that failed or was stopped has stored files, too

@@ -97,7 +97,20 @@ void SurveyDisplay::reload() {
   show_survey(lists, read);
 }
 
-void SurveyDisplay::reload_readings() { apply(readings_changed()); }
+void SurveyDisplay::reload_readings() {
+  const Shown before = shown_;
+  const std::string station = panels_.station->series();
+  const std::string raw = raw_.series();
+  const bool raw_shown = panels_.plan->shows_raw_data();
+  apply(readings_changed());
+  if (averaged::same_station(before.curves, shown_.curves)) {
+    panels_.station->show_series(station);
+    raw_.show_series(raw);
+  }
+  if (!raw_shown) {
+    panels_.plan->show_raw_data(false);
+  }
+}
 
 void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
   panels_.selection->fill(lists);

@@ -41,12 +41,13 @@ StationRows station_rows(const std::string& line, double station) {
   return Module_database::find_station(Module_database::StationSearch::look_up, line, station);
 }
 
-/// Dipole length of the first file of the line, m, whatever dipole is selected.
+/// Dipole length of the first file of the line, m, whatever dipole is selected; the selected one where the
+/// survey has lost its list of files.
 float first_dipole(const LineSelection& selection) {
   dao::Recordset& files = Module_database::open_survey().files;
   files.find_first("LineNumber = '" + selection.line +
                    "' AND ReferenceType = " + format_number(selection.reference_type, "0"));
-  return files.no_match() ? 0.0F : files.get_single("DipoleLength");
+  return files.no_match() ? selection.dipole : files.get_single("DipoleLength");
 }
 
 ZongeLine describe_line(const LineSelection& selection, const std::vector<double>& stations,

@@ -117,8 +117,11 @@ void StationPanel::leave_static_factor() {
   if (!Text_static_->isModified() && Text_static_->text() == shown_static_) {
     return;  // the text has two decimals, the factor may have more, which passing by must not cut off
   }
-  if (enter_static_factor(Text_static_->text().toStdString()) == averaged::Edit::changed) {
+  const averaged::Edit edit = enter_static_factor(Text_static_->text().toStdString());
+  if (edit == averaged::Edit::changed) {
     Q_EMIT static_factor_changed();
+  } else if (edit == averaged::Edit::failed) {
+    show_merged_switches();  // as they are stored
   }
 }
 

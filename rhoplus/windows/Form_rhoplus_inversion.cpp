@@ -264,11 +264,13 @@ void Form_rhoplus_inversion::run_all() {
   rhoplus_stop_requested_ = false;
   ui_->Command_run_all->setText(stop_caption);
   ui_->HScroll_repeat->setEnabled(false);
+  ui_->Command_occam->setEnabled(false);  // it goes through the line, too, and would put the display back
   begin_line_run();
   Q_EMIT line_run_begun();
   invert_all();
   if (still_open) {
     ui_->HScroll_repeat->setEnabled(true);
+    ui_->Command_occam->setEnabled(true);
     ui_->Command_run_all->setText(run_caption);
     rhoplus_running_all_ = false;
     Q_EMIT line_run_ended();  // after a failure it isn't told again
