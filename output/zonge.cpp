@@ -35,6 +35,7 @@ struct ZongeFiles {
   std::string mde;
   std::string avg;
   std::string stn;
+  std::string lost_stations;  // without a row in StationsTable, as told
 };
 
 StationRows station_rows(const std::string& line, double station) {
@@ -95,6 +96,10 @@ Outcome add_stations(const LineSelection& selection, const std::vector<double>& 
     const double station = stations[index];
     const StationRows place = station_rows(selection.line, station);
     files.stn += stn_row(station, place.MapX, place.MapY, place.Elevation);
+    if (place.StationID == Module_database::no_row) {
+      files.lost_stations += (files.lost_stations.empty() ? "" : ", ") + plain_text(station);
+      return 0;
+    }
     StoredReading merged;
     if (Module_averaged_data::reduced_reading_at(place, reduction_merged, AllowRaw::yes,
                                                  selection.at(station), frequencies, merged) != 0) {
@@ -136,12 +141,17 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
       show_row_count(0);
     }
     const ZongeLine line = describe_line(selection, stations, date);
-    ZongeFiles files{mde_text(line), avg_head(line), stn_head(selection.line)};
+    ZongeFiles files{mde_text(line), avg_head(line), stn_head(selection.line), {}};
     int rows = 0;
     const Outcome outcome = add_stations(selection, stations, *frequencies, show_row_count, files, rows);
     if (outcome == Outcome::finished) {
+      const std::string lost = std::move(files.lost_stations);
       write_files(std::move(files), zonge_paths(avg_path));
       row_count = rows;
+      if (!lost.empty()) {
+        user_interface().show_message("The survey has readings, but no row in StationsTable, for station " +
+                                      lost + " of line " + selection.line + "; the set lacks its curves");
+      }
     } else if (outcome == Outcome::stopped) {
       row_count = nothing_written;
     }

@@ -194,8 +194,10 @@ void Form_import_MTData::set_running(bool running) {
 void Form_import_MTData::report_result(ImportMode mode, int result, const ImportReport& report) {
   const bool importing = mode == ImportMode::import;
   if (report.stopped) {
-    user_interface().show_message(importing ? "The import was stopped. The files read by then are stored."
-                                            : "The scan was stopped.");
+    const char* const stored = report.files.empty()
+                                   ? "The import was stopped. Nothing was stored."
+                                   : "The import was stopped. The files read by then are stored.";
+    user_interface().show_message(importing ? stored : "The scan was stopped.");
   } else if (result == 0) {
     user_interface().show_message(importing ? "Data import complete. " + report.totals()
                                             : "Data scan complete");

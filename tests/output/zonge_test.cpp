@@ -134,6 +134,15 @@ TEST_F(Zonge, Stations_are_those_of_raw_readings_too) {
             "      200.0       200.0       200.0        0.00\r\n"
             "     1000.0       200.0      1000.0        0.00\r\n");
   EXPECT_TRUE(file_contents(folder.path("out.mde")).starts_with("$ STNLO= -50.0\r\n$ STNHI= 1000.0\r\n"));
+  EXPECT_TRUE(interface.take_messages().empty());
+  // Readings that nobody can place are told, not lost in silence.
+  Module_database::open_survey().database.execute("DELETE FROM StationsTable WHERE Station = 200");
+  Module_database::open_survey().stations.requery();
+  ASSERT_EQ(output_zonge(selection, folder.path("out.avg"), {}, rows, date), 0);
+  EXPECT_EQ(rows, 4);
+  const std::vector<std::string> told = interface.take_messages();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_NE(told[0].find("for station 200 of line 200"), std::string::npos) << told[0];
 }
 
 TEST_F(Zonge, Leaves_out_what_is_switched_off_or_masked) {
