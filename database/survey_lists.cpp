@@ -101,6 +101,7 @@ std::vector<std::string> listed_lines() {
     lines.emplace(folded, known == spelled.end() ? line : known->second);
   }
   std::vector<std::string> list;
+  list.reserve(lines.size());
   for (auto& [folded, line] : lines) {
     list.push_back(std::move(line));
   }

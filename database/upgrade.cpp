@@ -1,5 +1,6 @@
 #include "database/upgrade.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <map>
