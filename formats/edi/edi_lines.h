@@ -71,6 +71,22 @@ class InfoText {
   bool held_section_ = false;
 };
 
+/// Looks for the first section of a file by `find`, which is given an InfoText and tells whether there is
+/// one; again from the first line on where only text of the head looked like one.
+template <class Find>
+bool find_first_section(EdiLines& lines, const Find& find) {
+  InfoText info;
+  if (find(info)) {
+    return true;
+  }
+  if (!info.held_section()) {
+    return false;
+  }
+  lines.rewind();
+  InfoText no_text = InfoText::no_text();
+  return find(no_text);
+}
+
 /// The text after "key =" in a line of options in upper case; none if the line has no such key.
 std::optional<std::string_view> option_text(std::string_view line, std::string_view key);
 

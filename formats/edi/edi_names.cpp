@@ -61,13 +61,11 @@ EdiNames names_in(EdiLines& lines, InfoText& info) {
 EdiNames read_edi_names(const std::string& file) {
   LineReader reader(file);
   EdiLines lines(reader);
-  InfoText info;
-  EdiNames names = names_in(lines, info);
-  if (names.sections == 0 && info.held_section()) {
-    lines.rewind();
-    InfoText no_text = InfoText::no_text();
-    names = names_in(lines, no_text);
-  }
+  EdiNames names;
+  (void)find_first_section(lines, [&](InfoText& info) {
+    names = names_in(lines, info);
+    return names.sections > 0;
+  });
   return names;
 }
 

@@ -21,14 +21,10 @@ std::string value_count(std::size_t count) {
 }  // namespace
 
 EdiMtParser::EdiMtParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
-  InfoText info;
-  has_sections_ = find_section(info);
-  if (!has_sections_ && info.held_section()) {
-    lines_.rewind();
+  has_sections_ = find_first_section(lines_, [this](InfoText& info) {
     channels_ = {};
-    InfoText no_text = InfoText::no_text();
-    has_sections_ = find_section(no_text);
-  }
+    return find_section(info);
+  });
   section_follows_ = has_sections_;
   channels_.mark_local();
 }

@@ -31,14 +31,10 @@ std::string_view without_count(std::string_view line) { return line.substr(0, li
 }  // namespace
 
 EdiSpectraParser::EdiSpectraParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
-  InfoText info;
-  has_sections_ = find_section(info);
-  if (!has_sections_ && info.held_section()) {
-    lines_.rewind();
+  has_sections_ = find_first_section(lines_, [this](InfoText& info) {
     channels_ = {};
-    InfoText no_text = InfoText::no_text();
-    has_sections_ = find_section(no_text);
-  }
+    return find_section(info);
+  });
   at_end_ = !has_sections_;
   channels_.mark_local();
 }
