@@ -41,6 +41,7 @@ void Curve::assign(std::size_t n) {
   frequencies.assign(n, 0.0F);
   data.assign(n * field_count, 0.0F);
   mask.assign(n * mask_count, 0);
+  errors.clear();
 }
 
 void Curve::append(const Curve& source, std::size_t index) {
@@ -49,6 +50,10 @@ void Curve::append(const Curve& source, std::size_t index) {
   frequencies.push_back(source.frequencies[index]);
   data.insert(data.end(), first_value, first_value + field_count);
   mask.insert(mask.end(), first_mask, first_mask + mask_count);
+  if (!errors.empty() || !source.errors.empty()) {
+    error_at(field_resistivity, count() - 1) = source.error(field_resistivity, index);
+    error_at(field_phase, count() - 1) = source.error(field_phase, index);
+  }
 }
 
 StoredReading read_reading(const dao::Recordset& row) {

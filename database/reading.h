@@ -18,6 +18,7 @@ namespace Module_database {
 
 inline constexpr int field_count = 20;  // fields for each frequency
 inline constexpr int mask_count = 2;    // resistivity, phase
+inline constexpr int error_count = 2;   // of resistivity, of phase
 
 // ReductionType of a reading or file.
 inline constexpr std::int32_t reduction_raw = 0;
@@ -45,16 +46,31 @@ enum Field : int {
 
 /// The arrays of one reading: n frequencies, 20 fields and 2 masks for each. The field runs fastest, as in
 /// the stored bytes.
+///
+/// Errors are standard errors of the values, of resistivity in ohm-m and of phase in degrees. Files bring
+/// them in several meanings, and fields 11 and 12 keep those as they came; these are brought to one when a
+/// file is read.
 struct Curve {
   std::vector<float> frequencies;  // length n
   std::vector<float> data;         // length 20 n
   std::vector<std::int32_t> mask;  // length 2 n
+  std::vector<float> errors;       // length 2 n, no_data where none is known; empty: none at all
 
   [[nodiscard]] std::size_t count() const { return frequencies.size(); }
-  /// Sets the size to n frequencies, everything 0.
+  /// Sets the size to n frequencies, everything 0, without errors.
   void assign(std::size_t n);
   /// Copies a point of another curve behind the last one.
   void append(const Curve& source, std::size_t index);
+  /// The standard error of resistivity (1) or phase (2) of a point; no_data where none is known.
+  [[nodiscard]] float error(int field_number, std::size_t index) const {
+    return errors.empty() ? no_data
+                          : errors[index * error_count + static_cast<std::size_t>(field_number - 1)];
+  }
+  /// The same to be written; all errors are there after the first call.
+  float& error_at(int field_number, std::size_t index) {
+    errors.resize(count() * error_count, no_data);
+    return errors[index * error_count + static_cast<std::size_t>(field_number - 1)];
+  }
   float& value(int field_number, std::size_t index) {
     return data[index * field_count + static_cast<std::size_t>(field_number - 1)];
   }
@@ -104,7 +120,22 @@ struct LineSelection {
   }
 };
 
-/// One stored reading: its curve and the other columns of its row.
+// EyTurned of a reading: whether its import gave Ey the other sign, 180 degrees on the phases of EyHx and
+// EyHy.
+inline constexpr std::int32_t ey_not_known = -1;
+inline constexpr std::int32_t ey_as_measured = 0;
+inline constexpr std::int32_t ey_turned = 1;
+
+/// In which axes a reading was measured.
+struct ReadingAxes {
+  std::int32_t EyTurned = ey_not_known;
+  float HxAzimuth = no_data;  // degrees clockwise from north
+
+  bool operator==(const ReadingAxes&) const = default;
+};
+
+/// One stored reading: its curve and the other columns of its row. Errors and axes are kept apart from the
+/// row, see reading_facts.h.
 struct StoredReading {
   std::int32_t ID = 0;      // 0: no reading
   std::int32_t FileID = 0;  // above 0: of the file it was read from; below 0: computed here
@@ -115,10 +146,11 @@ struct StoredReading {
   bool UsePhase = true;
   float ResOffset = 1.0F;    // factor on resistivity
   float PhaseOffset = 0.0F;  // degrees, added to phase
+  ReadingAxes axes;
 };
 
-/// Reads the current row of a recordset on ReadingsDataTable; a ResOffset of 0 or below reads as 1.
-/// Throws if the row's bytes don't have the lengths that its NumFrequencies asks for.
+/// Reads the current row of a recordset on ReadingsDataTable, without errors and axes; a ResOffset of 0 or
+/// below reads as 1. Throws if the row's bytes don't have the lengths that its NumFrequencies asks for.
 StoredReading read_reading(const dao::Recordset& row);
 
 /// Writes NumFrequencies, NumFields and the three byte columns of the row being edited.

@@ -6,7 +6,7 @@ namespace Module_database {
 
 namespace {
 
-constexpr std::array<TableSchema, 8> tables{{
+constexpr std::array<TableSchema, 10> tables{{
     {"SurveyHeader", true,
      "CREATE TABLE SurveyHeader (ID COUNTER,BrenloxVersion TEXT(16),SurveyName TEXT(80),"
      "SurveyMapProjection TEXT(20),SurveyHemisphere TEXT(20),SurveyMapDatum TEXT(20),SurveySpheroid TEXT(20),"
@@ -59,11 +59,19 @@ constexpr std::array<TableSchema, 8> tables{{
      "FalseEasting DOUBLE,FalseNorthing DOUBLE,ScaleFactor DOUBLE,ZoneWidth Long,ZoneNumber Long)",
      "CREATE UNIQUE INDEX [Projection Defintion Table] ON [Projection Defintion Table](ID, Name) WITH "
      "PRIMARY"},
+    {"SitesTable", false,
+     "CREATE TABLE SitesTable (ID COUNTER,SurveyLine TEXT(32),Station DOUBLE,SiteName TEXT(64),Latitude "
+     "DOUBLE,Longitude DOUBLE,Elevation DOUBLE,Datum TEXT(20),EySign LONG,SurveyFile TEXT(255))",
+     "CREATE UNIQUE INDEX SitesIndex ON SitesTable(ID) WITH PRIMARY"},
+    {"ReadingFactsTable", false,
+     "CREATE TABLE ReadingFactsTable (ID COUNTER,ReadingID LONG,NumFrequencies LONG,ErrorBinary "
+     "LONGBINARY,EyTurned LONG,HxAzimuth SINGLE)",
+     "CREATE UNIQUE INDEX ReadingFactsIndex ON ReadingFactsTable(ID) WITH PRIMARY"},
 }};
 
 // One index for each kind of search: a file by name and date, a file's readings, a station's curves, a line's
-// curves, a station by its name, a location by its place.
-constexpr std::array<std::string_view, 7> search_indexes{
+// curves, a station by its name, a location by its place, a station's site, a reading's facts.
+constexpr std::array<std::string_view, 9> search_indexes{
     "CREATE INDEX IF NOT EXISTS FileNameSearch ON FileTable(SurveyFile,DateCollected,EventNumber)",
     "CREATE INDEX IF NOT EXISTS ReadingsFileSearch ON "
     "ReadingsDataTable(FileID,SampleRate,EventNumber,DataType)",
@@ -74,6 +82,8 @@ constexpr std::array<std::string_view, 7> search_indexes{
     "CREATE INDEX IF NOT EXISTS StationSearch ON StationsTable(SurveyLine,Station)",
     "CREATE INDEX IF NOT EXISTS LocationSumSearch ON LocationLookupTable(LocalX + LocalY)",
     "CREATE INDEX IF NOT EXISTS LocationNameSearch ON LocationLookupTable(SurveyLine,Station)",
+    "CREATE INDEX IF NOT EXISTS SiteSearch ON SitesTable(SurveyLine,Station)",
+    "CREATE INDEX IF NOT EXISTS ReadingFactsSearch ON ReadingFactsTable(ReadingID)",
 };
 
 }  // namespace

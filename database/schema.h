@@ -14,7 +14,7 @@ struct TableSchema {
   std::string_view create_index;  // empty: the table has no primary index
 };
 
-/// The eight tables in the order in which they are created.
+/// The ten tables in the order in which they are created.
 std::span<const TableSchema> survey_tables();
 
 inline constexpr std::string_view projection_table_name =

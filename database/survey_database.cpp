@@ -52,6 +52,8 @@ void open_recordsets() {
   open(survey.readings, "SELECT * FROM ReadingsDataTable");
   open(survey.frequency_lists, "SELECT * FROM ReadingsFrequencyTable");
   open(survey.projections, "SELECT * FROM [Projection Defintion Table]");
+  open(survey.sites, "SELECT * FROM SitesTable");
+  open(survey.reading_facts, "SELECT * FROM ReadingFactsTable");
 }
 
 void close_recordsets() {
@@ -64,6 +66,8 @@ void close_recordsets() {
   survey.readings.close();
   survey.frequency_lists.close();
   survey.projections.close();
+  survey.sites.close();
+  survey.reading_facts.close();
 }
 
 int close_database() {

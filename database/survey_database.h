@@ -1,4 +1,4 @@
-// survey_database.h: the open survey file and its eight long-lived recordsets.
+// survey_database.h: the open survey file and its ten long-lived recordsets.
 //
 // One survey is open at a time; its path is session().database_file. The recordsets are shared: every search
 // moves their current row, so no caller relies on a position across a call.
@@ -27,6 +27,8 @@ struct OpenSurvey {
   dao::Recordset readings;
   dao::Recordset frequency_lists;
   dao::Recordset projections;
+  dao::Recordset sites;
+  dao::Recordset reading_facts;
   safe_files::FilesInUse files_in_use;  // the survey's own: no output may take their place
   // The changes that settle_idle_survey has met last, and those that are in the file.
   std::int64_t changes_seen = 0;
@@ -36,7 +38,7 @@ struct OpenSurvey {
 /// The open survey; its members are closed when none is open.
 OpenSurvey& open_survey();
 
-/// Creates a survey file with its eight empty tables at session().database_file and closes it again.
+/// Creates a survey file with its ten empty tables at session().database_file and closes it again.
 /// @return 0, or -1: after a message if the file exists and a statement failed, without one if it could not
 /// be created
 [[nodiscard]] int create_database();

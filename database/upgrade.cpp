@@ -83,6 +83,8 @@ std::vector<std::string> upgrade_survey() {
   // Merged curves from files were kept at the rate that was typed, where none looks for a merged curve.
   database.execute("UPDATE ReadingsDataTable SET SampleRate = 0 WHERE ReductionType = 2 AND SampleRate <> 0");
   create_search_indexes(database);
+  // Earlier versions delete readings and give their counters to others, without a thought for their facts.
+  database.execute("DELETE FROM ReadingFactsTable WHERE ReadingID NOT IN (SELECT ID FROM ReadingsDataTable)");
   add_missing_frequency_lists(database);
   transaction.commit();
   return missing;

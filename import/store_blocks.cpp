@@ -14,6 +14,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
+#include "database/reading_facts.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 
@@ -51,14 +52,14 @@ std::string ID_criteria(std::int32_t ID) { return "ID = " + format_number(ID, "0
 // One statement: a search for each row would go through what is left of the file again and again.
 std::int32_t delete_readings_of_file(std::int32_t file_id, std::set<std::int32_t>& left) {
   auto& survey = Module_database::open_survey();
-  const std::string readings = "FROM ReadingsDataTable WHERE FileID = " + format_number(file_id, "0");
+  const std::string of_file = "FileID = " + format_number(file_id, "0");
+  const std::string readings = "FROM ReadingsDataTable WHERE " + of_file;
   const std::int32_t count = survey.database.open_recordset("SELECT ID " + readings).record_count();
   dao::Recordset places = survey.database.open_recordset("SELECT DISTINCT StationID " + readings);
   for (; !places.eof(); places.move_next()) {
     left.insert(places.get_long("StationID"));
   }
-  survey.database.execute("DELETE " + readings);
-  survey.readings.requery();
+  Module_database::delete_readings(of_file);
   return count;
 }
 

@@ -5,6 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/computed_rows.h"
 
@@ -67,11 +68,12 @@ std::string key_criteria(std::string_view file_test, std::int32_t StationID, std
 
 void drop_curves_without_readings(std::int32_t StationID) {
   auto& survey = Module_database::open_survey();
-  const std::string of_station =
-      " FROM ReadingsDataTable WHERE StationID = " + format_number(StationID, "0") + " AND FileID ";
-  if (survey.database.open_recordset("SELECT ID" + of_station + "> 0 AND ReductionType < 2").eof()) {
-    survey.database.execute("DELETE" + of_station + "< 0");
-    survey.readings.requery();
+  const std::string of_station = "StationID = " + format_number(StationID, "0") + " AND FileID ";
+  if (survey.database
+          .open_recordset("SELECT ID FROM ReadingsDataTable WHERE " + of_station +
+                          "> 0 AND ReductionType < 2")
+          .eof()) {
+    Module_database::delete_readings(of_station + "< 0");
   }
 }
 

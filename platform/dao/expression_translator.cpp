@@ -124,7 +124,9 @@ std::size_t ExpressionTranslator::put_word(const std::vector<Token>& tokens, std
   const Token& token = tokens[place];
   if (const std::string_view* const word = find_word(operator_words, token); word != nullptr) {
     put(*word);
-    return place + 1;
+    const bool has_rows = token.is_word("IN") && place + 2 < end && tokens[place + 1].is_sign("(") &&
+                          tokens[place + 2].is_word("SELECT");
+    return has_rows ? put_rows_of_other_table(tokens, place + 1, end) : place + 1;
   }
   if (token.is_word("True") || token.is_word("False")) {
     put(token.is_word("True") ? "1" : "0");
@@ -134,6 +136,39 @@ std::size_t ExpressionTranslator::put_word(const std::vector<Token>& tokens, std
     return put_function(tokens, place, end);
   }
   return put_column(tokens, place, end);
+}
+
+// From the opening parenthesis on; the condition inside is checked as one of its own.
+std::size_t ExpressionTranslator::put_rows_of_other_table(const std::vector<Token>& tokens, std::size_t place,
+                                                          std::size_t end) {
+  std::size_t close = place;
+  for (int depth = 0; close < end; ++close) {
+    depth += tokens[close].is_sign("(") ? 1 : tokens[close].is_sign(")") ? -1 : 0;
+    if (depth == 0) {
+      break;
+    }
+  }
+  const bool is_plain = tables_ && close < end && place + 4 < close && tokens[place + 2].is_name() &&
+                        tokens[place + 3].is_word("FROM") && tokens[place + 4].is_name();
+  if (!is_plain) {
+    fail();
+  }
+  const TableDefinition& table = tables_(tokens[place + 4].text);
+  ExpressionTranslator inside(statement_, table, tables_);
+  inside.select_list(tokens, place + 2, place + 3);
+  put("(SELECT " + inside.fragment_.sql + " FROM " + quoted_name(table.name));
+  if (place + 5 < close) {
+    if (!tokens[place + 5].is_word("WHERE")) {
+      fail();
+    }
+    inside.fragment_ = {};
+    inside.expression(tokens, place + 6, close);
+    put("WHERE " + inside.fragment_.sql);
+    fragment_.parameters.insert(fragment_.parameters.end(), inside.fragment_.parameters.begin(),
+                                inside.fragment_.parameters.end());
+  }
+  put(")");
+  return close + 1;
 }
 
 std::size_t ExpressionTranslator::put_function(const std::vector<Token>& tokens, std::size_t place,

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/dao/column.h"
@@ -17,11 +18,13 @@ namespace dao {
 class ExpressionTranslator {
  public:
   /// @param statement  as written, for error messages
-  ExpressionTranslator(std::string_view statement, const TableDefinition& table)
-      : statement_(statement), table_(table) {}
+  /// @param tables  for conditions that look into other tables; without it there are none
+  ExpressionTranslator(std::string_view statement, const TableDefinition& table, TableLookup tables = {})
+      : statement_(statement), table_(table), tables_(std::move(tables)) {}
 
   /// Tokens first to end as a condition or another expression: text is compared without regard to case and
-  /// trailing blanks, a date literal means its whole day.
+  /// trailing blanks, a date literal means its whole day. "column IN (SELECT column FROM table WHERE ...)"
+  /// looks into another table.
   void expression(const std::vector<Token>& tokens, std::size_t first, std::size_t end);
 
   /// The terms of an ORDER BY. Val(column) is followed by the column itself, so that lines of one number and
@@ -45,6 +48,7 @@ class ExpressionTranslator {
   std::size_t put_word(const std::vector<Token>& tokens, std::size_t place, std::size_t end);
   std::size_t put_column(const std::vector<Token>& tokens, std::size_t place, std::size_t end);
   std::size_t put_function(const std::vector<Token>& tokens, std::size_t place, std::size_t end);
+  std::size_t put_rows_of_other_table(const std::vector<Token>& tokens, std::size_t place, std::size_t end);
   void put_compared_column(const Column& column);
   void put_day_comparison(const Column& column, bool equal, double day);
   void put_folded_comparison(const Column& column, bool equal, const std::string& literal);
@@ -52,6 +56,7 @@ class ExpressionTranslator {
 
   std::string_view statement_;
   const TableDefinition& table_;
+  TableLookup tables_;
   Fragment fragment_;
 };
 

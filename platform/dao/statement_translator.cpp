@@ -90,11 +90,12 @@ const Column& column_of(const TableDefinition& table, const std::string& name) {
 }
 
 /// WHERE ... up to `end`, if it is there.
-Fragment condition_of(StatementReader& reader, const TableDefinition& table, std::size_t end) {
+Fragment condition_of(StatementReader& reader, const TableDefinition& table, const TableLookup& tables,
+                      std::size_t end) {
   if (!reader.take_word("WHERE")) {
     return {};
   }
-  ExpressionTranslator translator(reader.statement(), table);
+  ExpressionTranslator translator(reader.statement(), table, tables);
   translator.expression(reader.tokens(), reader.place(), end);
   reader.go_to(end);
   return std::move(translator.fragment());
@@ -196,7 +197,7 @@ Fragment drop(StatementReader& reader) {
 Fragment delete_from(StatementReader& reader, const TableLookup& tables) {
   reader.expect_word("FROM");
   const TableDefinition& table = tables(reader.take_name());
-  Fragment condition = condition_of(reader, table, reader.end());
+  Fragment condition = condition_of(reader, table, tables, reader.end());
   reader.expect_end();
   std::string sql = "DELETE FROM " + quoted_name(table.name);
   if (!condition.sql.empty()) {
@@ -219,7 +220,7 @@ Fragment update(StatementReader& reader, const TableLookup& tables) {
       assignments.fragment().sql += ", ";
     }
   } while (reader.take_sign(","));
-  Fragment condition = condition_of(reader, table, reader.end());
+  Fragment condition = condition_of(reader, table, tables, reader.end());
   reader.expect_end();
   sql += assignments.fragment().sql;
   if (!condition.sql.empty()) {
@@ -275,7 +276,7 @@ SelectStatement translate_select(std::string_view statement, const TableLookup& 
   SelectStatement select;
   select.table = table.name;
   select.is_dynaset = !distinct && (all_columns || is_plain_list(reader, list_first, list_end));
-  select.condition = condition_of(reader, table, reader.find_word("ORDER"));
+  select.condition = condition_of(reader, table, tables, reader.find_word("ORDER"));
   if (reader.take_word("ORDER")) {
     reader.expect_word("BY");
     ExpressionTranslator order(statement, table);

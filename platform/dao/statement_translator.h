@@ -4,7 +4,6 @@
 // statement and no literal can change what a statement does. The schema holds no functions or collations of
 // our own, so that any browser can open the file.
 #pragma once
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,9 +12,6 @@
 #include "platform/dao/table_definition.h"
 
 namespace dao {
-
-/// Returns a table's definition; throws dao::Error for an unknown table.
-using TableLookup = std::function<const TableDefinition&(std::string_view)>;
 
 struct SelectStatement {
   std::string table;

@@ -1,5 +1,6 @@
 // table_definition.h: a table's columns as declared, and the values that they accept.
 #pragma once
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,9 @@ struct TableDefinition {
   /// The column of that name in any case of letters, or none.
   [[nodiscard]] const Column* find(std::string_view column) const;
 };
+
+/// Returns a table's definition; throws dao::Error for an unknown table.
+using TableLookup = std::function<const TableDefinition&(std::string_view)>;
 
 /// The column type that a word of a declaration names ("LONG", "TEXT", ...); none for an unknown word.
 std::optional<ColumnType> column_type_of(std::string_view word);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/number_text.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"
 
@@ -37,12 +38,6 @@ UndoDerived derived_at(const std::string& criteria) {
           rows.get_binary("DataBinary")};
 }
 
-void remove_row(const std::string& criteria) {
-  Module_database::OpenSurvey& survey = Module_database::open_survey();
-  survey.database.execute("DELETE FROM ReadingsDataTable WHERE " + criteria);
-  survey.readings.requery();
-}
-
 void write_edits(dao::Recordset& row, const UndoDerived& earlier) {
   row.set_bit("UseReading", earlier.flags.use_reading);
   row.set_bit("UseResistivity", earlier.flags.use_resistivity);
@@ -60,7 +55,7 @@ void write_curve_bytes(dao::Recordset& row, const UndoDerived& earlier) {
 
 void restore(const UndoDerived& earlier, const std::string& criteria, StoredReading& computed) {
   if (earlier.id == 0) {
-    remove_row(criteria);
+    Module_database::delete_readings(criteria);
     computed = {};
     return;
   }

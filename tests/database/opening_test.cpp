@@ -87,7 +87,7 @@ TEST_F(SurveyTest, A_file_needs_six_of_the_seven_tables) {
     const std::vector<std::string> messages = interface.take_messages();
     EXPECT_EQ(messages.size(), c.told);
     if (c.opens) {
-      EXPECT_EQ(open_survey().database.table_names().size(), 8U);
+      EXPECT_EQ(open_survey().database.table_names().size(), 10U);
       EXPECT_EQ(close_database(), 0);
     } else {
       EXPECT_EQ(messages, std::vector<std::string>{form_message});

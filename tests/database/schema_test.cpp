@@ -6,10 +6,10 @@
 
 using namespace Module_database;
 
-TEST_F(SurveyTest, A_new_survey_has_eight_empty_tables_with_their_columns) {
+TEST_F(SurveyTest, A_new_survey_has_ten_empty_tables_with_their_columns) {
   new_survey();
   const std::vector<std::string> names = open_survey().database.table_names();
-  EXPECT_EQ(names.size(), 8U);
+  EXPECT_EQ(names.size(), 10U);
   for (const std::string& name : names) {
     EXPECT_EQ(rows_in("[" + name + "]"), 0) << name;
   }

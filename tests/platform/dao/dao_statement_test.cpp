@@ -124,6 +124,29 @@ TEST_F(Criteria, With_a_stray_sign_are_refused_and_change_nothing) {
   EXPECT_FALSE(finds("SurveyFile = '--;/*'"));
 }
 
+TEST_F(Criteria, May_ask_for_rows_of_another_table) {
+  add("a", 0.0, 1.0, 1.0F);
+  add("b", 0.0, 2.0, 2.0F);
+  database_.execute("CREATE TABLE Facts (ID COUNTER,FileID LONG)");
+  for (const int file : {1, 2, 7}) {
+    database_.execute("INSERT INTO Facts (FileID) VALUES (" + std::to_string(file) + ")");
+  }
+  const auto facts = [&](const std::string& condition) {
+    return database_.open_recordset("SELECT * FROM Facts WHERE FileID " + condition).record_count();
+  };
+  EXPECT_EQ(facts("IN (SELECT ID FROM FileTable)"), 2);
+  EXPECT_EQ(facts("IN (SELECT ID FROM FileTable WHERE SurveyFile = 'B')"), 1);
+  EXPECT_EQ(facts("IN (SELECT ID FROM FileTable WHERE (Station = 1 OR Station = 2) AND SampleRate < 9)"), 2);
+  for (const char* condition :
+       {"IN (SELECT ID FROM FileTable WHERE SurveyFile = 'x' OR SurveyFile = 'a')",
+        "IN (SELECT ID FROM FileTable WHERE)", "IN (SELECT ID FROM Nothing)", "IN (SELECT ID FROM FileTable",
+        "IN (SELECT FROM FileTable)", "IN (SELECT ID FROM FileTable ORDER BY ID)"}) {
+    EXPECT_THROW((void)facts(condition), dao::Error) << condition;
+  }
+  database_.execute("DELETE FROM Facts WHERE FileID NOT IN (SELECT ID FROM FileTable)");
+  EXPECT_EQ(facts("> 0"), 2);
+}
+
 TEST_F(Criteria, And_other_statements_that_the_dialect_lacks_are_refused) {
   for (const char* statement :
        {"", "PRAGMA journal_mode = OFF", "ATTACH 'x' AS y", "SELECT * FROM FileTable", "VACUUM",

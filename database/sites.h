@@ -1,0 +1,43 @@
+// sites.h: what the files call the stations of a survey, and where they put them.
+//
+// A station is known in the survey by its line and number; its site has the name and the geographic place
+// that the first file of the station gave. A station has at most one site.
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Module_database {
+
+// EySign of a site: how the sign of its Ey is taken where the tensor is asked for.
+inline constexpr std::int32_t ey_sign_by_rule = 0;
+inline constexpr std::int32_t ey_sign_as_measured = 1;
+inline constexpr std::int32_t ey_sign_turned = -1;
+
+struct Site {
+  std::string line;
+  double station = 0.0;
+  std::string name;                 // as its file has it; empty if it has none
+  std::optional<double> latitude;   // degrees, north positive; either both or none
+  std::optional<double> longitude;  // degrees, east positive
+  std::optional<double> elevation;  // m
+  std::string datum;                // as the file names it; empty if it doesn't
+  std::int32_t EySign = ey_sign_by_rule;
+  std::string SurveyFile;  // that the site came with
+};
+
+/// Stores what a file says of a station's site. The first file's name and place win: another file fills only
+/// what was missing; the file itself, imported again, is taken as it is now. EySign stays. Needs an open
+/// survey; throws dao::Error.
+/// @return the name that the station keeps, if the file gives another one
+std::optional<std::string> keep_site(const Site& site);
+
+/// The site of a station. Needs an open survey; throws dao::Error.
+std::optional<Site> find_site(std::string_view line, double station);
+
+/// All sites by line and station. Needs an open survey; throws dao::Error.
+std::vector<Site> listed_sites();
+
+}  // namespace Module_database
