@@ -17,7 +17,11 @@ using Module_database::field_resistivity;
 
 constexpr double largest_phase_error = 90.0;  // degrees
 
-bool is_error(double error) { return std::isfinite(error) && error > 0.0; }
+void set_error(int field_number, double error, Curve& curve, std::size_t index) {
+  if (const float stored = formats::single_or_absent(error); stored > 0.0F) {
+    curve.error_at(field_number, index) = stored;
+  }
+}
 
 }  // namespace
 
@@ -34,14 +38,14 @@ void set_errors(double relative_error, Curve& curve, std::size_t index) {
 }
 
 void set_resistivity_error(double error, Curve& curve, std::size_t index) {
-  if (is_error(error) && curve.value(field_resistivity, index) > 0.0F) {
-    curve.error_at(field_resistivity, index) = formats::single_or_absent(error);
+  if (curve.value(field_resistivity, index) > 0.0F) {
+    set_error(field_resistivity, error, curve, index);
   }
 }
 
 void set_phase_error(double error, Curve& curve, std::size_t index) {
-  if (is_error(error) && curve.is_present(field_phase, index)) {
-    curve.error_at(field_phase, index) = static_cast<float>(std::min(error, largest_phase_error));
+  if (curve.is_present(field_phase, index)) {
+    set_error(field_phase, std::min(error, largest_phase_error), curve, index);
   }
 }
 

@@ -111,6 +111,14 @@ TEST_F(KeptSites, The_first_name_of_a_station_stays_and_others_are_told) {
   EXPECT_TRUE(report.files.at(0).ignored.empty());
 }
 
+TEST_F(KeptSites, Tell_a_repeat_from_another_site_in_a_later_import) {
+  ASSERT_EQ(import({write("monday.edi", edi("ET006"))}), 0);
+  ASSERT_EQ(import({write("tuesday.edi", edi("et006"))}), 0);
+  EXPECT_TRUE(report.shared_stations.empty());
+  ASSERT_EQ(import({write("wednesday.edi", edi("XY006"))}), 0);
+  EXPECT_EQ(report.shared_stations.size(), 1U);
+}
+
 TEST_F(KeptSites, Of_a_file_that_is_taken_back_stay_as_they_were) {
   ASSERT_EQ(import({write("a.edi", edi("ET006"))}), 0);
   MadeSection nothing;
