@@ -172,8 +172,10 @@ TEST_F(KeptSites, The_elevation_of_the_head_is_taken_where_the_sensor_has_none) 
 }
 
 TEST_F(KeptSites, Zeros_of_a_head_are_no_place) {
-  ASSERT_EQ(import({write("a.edi", edi("S1", "  LAT=0:00:00\n  LONG=0\n", "  REFLAT=0\n  REFLONG=0:0:0\n"))}),
-            0);
+  const std::string zeros =
+      edi("S1", "  LAT=0:00:00\n  LONG=0\n", "  REFLAT=0\n  REFLONG=0:0:0\n  REFELEV=0.0\n");
+  ASSERT_EQ(import({write("a.edi", replaced(zeros, " Z=33", " Z=0"))}), 0);
+  EXPECT_FALSE(find_site("200E", 1.0)->elevation);
   EXPECT_FALSE(find_site("200E", 1.0)->latitude);
   ASSERT_EQ(import({write("b.edi", edi("S2", "  LAT=-30\n  LONG=139\n", "  REFLAT=0\n  REFLONG=0:0:0\n"))}),
             0);
