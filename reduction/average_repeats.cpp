@@ -16,9 +16,9 @@ constexpr float average_merge_frequency = -1.0F;  // stored with every average; 
 
 /// The average of all repeats of a key that are switched on; empty if none is.
 Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID, const Frequencies& frequencies) {
+  const std::string criteria = key_criteria("FileID>0", StationID, "ReductionType=0", key);
   dao::Recordset repeats = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM ReadingsDataTable WHERE " + key_criteria("FileID>0", StationID, "ReductionType=0", key) +
-      " ORDER BY EventNumber");
+      "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY EventNumber");
   if (repeats.eof() || repeats.get_long("NumFrequencies") < 1) {
     return {};
   }
@@ -39,6 +39,7 @@ void store_average(const ReadingKey& key, const StationRows& place, StoredReadin
   if (earlier && earlier->curve.count() == average.curve.count()) {
     average.curve.mask = kept_mask(earlier->curve, average.curve);
     earlier->curve = std::move(average.curve);
+    earlier->axes = average.axes;
     average = std::move(*earlier);
     overrides = Overrides::keep;
   } else if (earlier) {

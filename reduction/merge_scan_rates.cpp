@@ -52,6 +52,7 @@ void store_merged(const ReadingKey& key, const StationRows& place, StoredReading
   }
   if (earlier) {
     earlier->curve = std::move(merged.curve);
+    earlier->axes = merged.axes;
     merged = std::move(*earlier);
   }
   store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,

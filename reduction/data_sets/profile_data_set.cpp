@@ -6,6 +6,7 @@
 #include "core/absent_value.h"
 #include "core/search_sort.h"
 #include "core/trap_errors.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"
 
@@ -15,11 +16,12 @@ namespace {
 
 /// The merged curve of the station whose first row this is. A derived row is the curve itself; for one that
 /// came from a file the curve may still have to be computed.
-int read_merged(const dao::Recordset& row, ReadingKey key, const Frequencies& frequencies,
-                StoredReading& merged) {
+int read_merged(const dao::Recordset& row, const Module_database::ReadingFacts& facts, ReadingKey key,
+                const Frequencies& frequencies, StoredReading& merged) {
   if (row.get_long("FileID") < 0 && row.get_single("SampleRate") == 0.0F) {
     merged = Module_database::read_reading(row);
     if (frequencies_are_positive(merged.curve)) {
+      facts.add_to(merged);
       return 0;
     }
   }
@@ -68,9 +70,10 @@ void find_extents(ProfileDataSet& data) {
 }
 
 int load_columns(const ReadingKey& key, const Frequencies& frequencies, ProfileDataSet& data) {
+  const std::string criteria = "LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key);
+  const Module_database::ReadingFacts facts(criteria);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM ReadingsDataTable WHERE LineNumber = '" + key.line + "' AND " +
-      kind_criteria(reduction_merged, key) + " ORDER BY Station,FileID");
+      "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY Station,FileID");
   std::optional<double> last_station;
   for (; !rows.eof(); rows.move_next()) {
     const double station = rows.get_double("Station");
@@ -79,7 +82,7 @@ int load_columns(const ReadingKey& key, const Frequencies& frequencies, ProfileD
     }
     last_station = station;
     StoredReading merged;
-    if (read_merged(rows, key, frequencies, merged) != 0) {
+    if (read_merged(rows, facts, key, frequencies, merged) != 0) {
       return -1;
     }
     if (merged.ID == 0) {

@@ -73,6 +73,7 @@ void restore(const UndoDerived& earlier, const std::string& criteria, StoredRead
   row.update();
   row.find_first("ID = " + format_number(earlier.id, "0"));
   computed = Module_database::read_reading(row);
+  Module_database::read_facts(computed);
 }
 
 }  // namespace
