@@ -59,14 +59,18 @@ void write_row(dao::Recordset& facts, std::span<const float> errors, const Readi
     facts.set_single("HxAzimuth", axes.HxAzimuth);
   }
   facts.update();
+  open_survey().has_facts = true;
 }
 
 }  // namespace
 
 void write_facts(std::int32_t ReadingID, const Curve& curve, const ReadingAxes& axes) {
+  const bool known = !curve.errors.empty() || axes != ReadingAxes{};
+  if (!known && !open_survey().has_facts) {
+    return;
+  }
   dao::Recordset& facts = open_survey().reading_facts;
   facts.find_first(of_reading(ReadingID));
-  const bool known = !curve.errors.empty() || axes != ReadingAxes{};
   if (facts.no_match() && !known) {
     return;
   }
@@ -85,6 +89,9 @@ void write_facts(std::int32_t ReadingID, const Curve& curve, const ReadingAxes& 
 
 void read_facts(StoredReading& reading) {
   forget_facts(reading);
+  if (!open_survey().has_facts) {
+    return;
+  }
   const dao::Recordset row = open_survey().database.open_recordset("SELECT * FROM ReadingFactsTable WHERE " +
                                                                    of_reading(reading.ID));
   if (!row.eof()) {
@@ -94,6 +101,9 @@ void read_facts(StoredReading& reading) {
 }
 
 ReadingFacts::ReadingFacts(const std::string& criteria) {
+  if (!open_survey().has_facts) {
+    return;
+  }
   dao::Recordset rows = open_survey().database.open_recordset("SELECT *" + of_readings(criteria));
   for (; !rows.eof(); rows.move_next()) {
     facts_[rows.get_long("ReadingID")] = facts_of_row(rows);

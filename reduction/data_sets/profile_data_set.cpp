@@ -40,6 +40,7 @@ void fill_column(const StoredReading& merged, const std::vector<float>& frequenc
   column.resistivity.assign(frequencies.size(), no_data);
   column.phase.assign(frequencies.size(), no_data);
   column.mask.assign(frequencies.size(), {});
+  column.errors.assign(frequencies.size(), {});
   for (std::size_t i = 0; i < curve.count(); ++i) {
     const int position = basSearchSort::search_sorted(frequencies, curve.frequencies[i]);
     if (position < 0) {
@@ -50,6 +51,8 @@ void fill_column(const StoredReading& merged, const std::vector<float>& frequenc
     column.phase[at] = curve.value(Module_database::field_phase, i);
     column.mask[at] = {std::min(curve.counts_at(Module_database::field_resistivity, i), 1),
                        std::min(curve.counts_at(Module_database::field_phase, i), 1)};
+    column.errors[at] = {point_error(merged, Module_database::field_resistivity, i),
+                         point_error(merged, Module_database::field_phase, i)};
   }
 }
 
