@@ -97,7 +97,7 @@ std::optional<std::string> keep_site(const Site& site) {
   }
   const Site before = site_of(sites);
   Site after = before;
-  if (equal_ignoring_case(before.SurveyFile, given.SurveyFile)) {
+  if (before.SurveyFile.empty() || equal_ignoring_case(before.SurveyFile, given.SurveyFile)) {
     after = given;
     after.EySign = before.EySign;
   } else {
@@ -108,6 +108,24 @@ std::optional<std::string> keep_site(const Site& site) {
   sites.update();
   const bool other_name = !given.name.empty() && after.name != given.name;
   return other_name ? std::optional(after.name) : std::nullopt;
+}
+
+void forget_site(std::string_view line, double station, std::string_view SurveyFile) {
+  dao::Recordset& sites = open_survey().sites;
+  sites.find_first(criteria(line, station));
+  if (sites.no_match() || !equal_ignoring_case(sites.get_text("SurveyFile"), SurveyFile)) {
+    return;
+  }
+  const std::int32_t EySign = sites.get_long("EySign");
+  if (EySign == ey_sign_by_rule) {
+    sites.delete_row();
+    return;
+  }
+  Site nothing;
+  nothing.EySign = EySign;
+  sites.edit();
+  write_site(sites, nothing);
+  sites.update();
 }
 
 std::optional<Site> find_site(std::string_view line, double station) {

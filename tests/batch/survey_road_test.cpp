@@ -112,6 +112,8 @@ TEST_F(Batch_program, Import_fills_the_survey_that_info_shows) {
   EXPECT_EQ(info["tables"]["FileTable"], 18);
   EXPECT_EQ(info["tables"]["StationsTable"], 3);
   EXPECT_EQ(info["tables"]["ReadingsDataTable"], raw + raw / 3 + raw / 6);
+  EXPECT_EQ(info["tables"]["SitesTable"], 3);
+  EXPECT_EQ(info["tables"]["ReadingFactsTable"], raw + raw / 3 + raw / 6);
   EXPECT_EQ(info["tables"].size(), 10U);
   EXPECT_EQ(info["lines"], Json::parse(R"([{"line": "200E", "stations": [100, 200, 300]}])"));
   EXPECT_EQ(info["reference_types"], Json::parse("[0]"));
