@@ -88,8 +88,9 @@ std::string data_file_text(const DataFile& data) {
   add_line(text, "FORMAT            ", data_marker);
   add_line(text, "TITLE             ", trimmed(data.description));
   add_line(text, "SITES             ", std::to_string(data.positions.size()));
-  for (const float position : data.positions) {
-    add_line(text, "station_", format_number(position, "0.0"));
+  for (std::size_t site = 0; site < data.positions.size(); ++site) {
+    add_line(text, data.site_names.empty() ? "station_" + format_number(data.positions[site], "0.0")
+                                           : data.site_names[site]);
   }
   add_line(text, "OFFSETS");
   for (const float position : data.positions) {

@@ -19,9 +19,10 @@ struct DataRow {
 /// What goes into a data file.
 struct DataFile {
   std::string description;
-  std::vector<float> positions;    // of the sites, m along the line; their names, too
+  std::vector<float> positions;    // of the sites, m along the line
   std::vector<float> frequencies;  // Hz
   std::vector<DataRow> rows;
+  std::vector<std::string> site_names;  // as many as positions; none: sites are named by their positions
 };
 
 /// The text of a data file, lines ending in CR LF.

@@ -16,8 +16,10 @@ class Form_occam : public QDialog {
   /// Shows the stored entries and a free folder beside the survey.
   /// @param rhoplus  the user's settings, for the fit of each station
   /// @param steps    what else happens at each station while the run is created
+  /// @param positions  that are proposed, if the line has them
   explicit Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
-                      QWidget* parent = nullptr);
+                      QWidget* parent = nullptr,
+                      Module_occam::PositionSource positions = Module_occam::PositionSource::station_numbers);
   ~Form_occam() override;
 
   /// Esc and the window's close button ask a run to stop, and close the window otherwise.
@@ -27,6 +29,8 @@ class Form_occam : public QDialog {
   void fill_controls();
   void fill_drives();
   void connect_controls();
+  void offer_positions(Module_occam::PositionSource proposed);
+  void show_positions_hint();
   void show_run_folder();
   void show_summary();
   [[nodiscard]] Module_occam::InversionInputs inputs() const;
@@ -37,5 +41,6 @@ class Form_occam : public QDialog {
   Module_output::RhoplusSettings rhoplus_;
   Module_occam::StationSteps steps_;
   Module_database::LineSelection line_;
+  Module_projections::LineDistances distances_;
   bool running_ = false;
 };
