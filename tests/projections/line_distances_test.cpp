@@ -2,9 +2,12 @@
 #include "projections/line_distances.h"
 
 #include <cmath>
+#include <filesystem>
 #include <optional>
+#include <set>
 
 #include "database/sites.h"
+#include "formats/edi/edi_reference_place.h"
 #include "projections/survey_projection.h"
 #include "tests/projections/definitions.h"
 #include "tests/reduction/made_readings.h"
@@ -177,6 +180,47 @@ TEST_F(LineDistancesTest, Map_places_of_files_stand_in_for_sites) {
   ASSERT_EQ(mixed.size(), 4U);
   EXPECT_NEAR(mixed[1], 100.0, 0.01);
   EXPECT_NEAR(mixed[3], 300.0, 0.01);
+}
+
+TEST_F(LineDistancesTest, Of_real_sites) {
+  namespace fs = std::filesystem;
+  const auto store_folder = [](const std::string& name) {
+    std::set<fs::path> files;
+    for (const fs::directory_entry& entry :
+         fs::directory_iterator(fs::path(BRENLOX_FIELD_DATA) / "edi" / name)) {
+      files.insert(entry.path());
+    }
+    double station = 0.0;
+    for (const fs::path& file : files) {
+      formats::FileReport report;
+      const auto place = formats::edi::read_edi_reference_place(file.string(), report);
+      ASSERT_TRUE(place) << file;
+      station += 5.0;
+      store_station(station);
+      store_site(station, place->latitude, place->longitude);
+    }
+  };
+  if (!fs::exists(BRENLOX_FIELD_DATA)) {
+    GTEST_SKIP() << "no field data";
+  }
+  store_folder("impedance_only");
+  LineDistances line = line_distances("200E");
+  EXPECT_EQ(line.warning, "The stations of line 200E are 5 m apart by their numbers, its sites 1.0 km");
+  // On the ellipsoid's tangent, in the order of the names, which turns back to the other end after the
+  // seventh.
+  const Numbers expected{0, -597, -1495, -2445, -2988, -4717, -6748, 803, 1519, 2559};
+  ASSERT_EQ(line.distances.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_NEAR(line.distances[i], expected[i], 4.0);
+  }
+  Module_database::open_survey().database.execute("DELETE FROM SitesTable");
+  Module_database::open_survey().database.execute("DELETE FROM ReadingsDataTable");
+  store_folder("tensor_line");
+  line = line_distances("200E");
+  EXPECT_EQ(line.refusal,
+            "The sites of line 200E lie on no straight line (RMS 23 km of 92 km), so distances "
+            "along it mean nothing");
+  EXPECT_FALSE(line.warning.empty());
 }
 
 TEST_F(LineDistancesTest, Places_of_sensors_are_no_places_of_stations) {
