@@ -22,8 +22,11 @@ struct DataFile {
   std::vector<float> positions;    // of the sites, m along the line
   std::vector<float> frequencies;  // Hz
   std::vector<DataRow> rows;
-  std::vector<std::string> site_names;  // as many as positions; none: sites are named by their positions
+  std::vector<std::string> site_names;  // empty: site_name_at their positions
 };
+
+/// "station_1250.0": what a site without a name of its own is called.
+std::string site_name_at(float position);
 
 /// The text of a data file, lines ending in CR LF.
 std::string data_file_text(const DataFile& data);

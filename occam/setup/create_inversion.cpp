@@ -186,7 +186,7 @@ struct RunSet {
 std::vector<std::string> site_names(const std::vector<double>& stations) {
   std::vector<std::string> names;
   for (const double station : stations) {
-    names.push_back("station_" + format_number(static_cast<float>(station), "0.0"));
+    names.push_back(site_name_at(static_cast<float>(station)));
   }
   return names;
 }

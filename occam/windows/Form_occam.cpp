@@ -116,7 +116,7 @@ void Form_occam::offer_positions(PositionSource proposed) {
   show_positions_hint();
 }
 
-/// Also after the choice is made there is a line for the hint: nothing changes place.
+/// Its label is the last one of its column: what it says moves nothing else.
 void Form_occam::show_positions_hint() {
   const bool by_number = inputs().positions == PositionSource::station_numbers;
   ui_->Label_positions_hint->setText(by_number ? QString::fromStdString(distances_.warning) : QString());
