@@ -79,6 +79,15 @@ std::string criteria(std::string_view line, double station) {
   return "SurveyLine = '" + std::string(line) + "' AND Station = " + criterion_text(station);
 }
 
+std::vector<Site> sites_where(const std::string& statement) {
+  std::vector<Site> sites;
+  dao::Recordset rows = open_survey().database.open_recordset(statement);
+  for (; !rows.eof(); rows.move_next()) {
+    sites.push_back(site_of(rows));
+  }
+  return sites;
+}
+
 }  // namespace
 
 std::optional<std::string> keep_site(const Site& site) {
@@ -135,13 +144,12 @@ std::optional<Site> find_site(std::string_view line, double station) {
 }
 
 std::vector<Site> listed_sites() {
-  std::vector<Site> sites;
-  dao::Recordset rows =
-      open_survey().database.open_recordset("SELECT * FROM SitesTable ORDER BY Val(SurveyLine),Station");
-  for (; !rows.eof(); rows.move_next()) {
-    sites.push_back(site_of(rows));
-  }
-  return sites;
+  return sites_where("SELECT * FROM SitesTable ORDER BY Val(SurveyLine),Station");
+}
+
+std::vector<Site> sites_of_line(std::string_view line) {
+  return sites_where("SELECT * FROM SitesTable WHERE SurveyLine = '" + std::string(line) +
+                     "' ORDER BY Station");
 }
 
 }  // namespace Module_database

@@ -44,4 +44,7 @@ std::optional<Site> find_site(std::string_view line, double station);
 /// All sites by line and station. Needs an open survey; throws dao::Error.
 std::vector<Site> listed_sites();
 
+/// Those of a line, by station. Needs an open survey; throws dao::Error.
+std::vector<Site> sites_of_line(std::string_view line);
+
 }  // namespace Module_database

@@ -1,7 +1,7 @@
 // pane_plot.h: one graph, ready to be drawn: curves, styles, axes.
 //
 // Series and points of a plot are in the order of the data set that it shows, so that a point that is clicked
-// gives its place there.
+// gives its place there. The points of a profile go along its axis (profile_order).
 #pragma once
 #include <vector>
 

@@ -47,7 +47,7 @@ double phase_error(double phase, double fit, double file_error, const ErrorRule&
   return std::clamp(std::max(error, file_error), min_phase_error, max_error);
 }
 
-void add_station(LineData& line, double station, const Module_output::RhoplusTables& tables,
+void add_station(LineData& line, const PositionedStation& station, const Module_output::RhoplusTables& tables,
                  bool electric_along_strike, const ErrorRule& rule) {
   using namespace Module_output;
   const Mode& mode = electric_along_strike ? te_mode : tm_mode;
@@ -76,7 +76,8 @@ void add_station(LineData& line, double station, const Module_output::RhoplusTab
     }
   }
   if (line.rows.size() > rows_before) {
-    line.site_positions.push_back(static_cast<float>(station));
+    line.site_positions.push_back(static_cast<float>(station.position));
+    line.site_stations.push_back(station.station);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "core/file_names.h"
 #include "core/session_state.h"
+#include "core/trap_errors.h"
 #include "core/user_interface.h"
 #include "occam/setup/design_summary.h"
 #include "occam/setup/earlier_run.h"
@@ -14,6 +15,7 @@
 #include "ui_Form_occam.h"
 
 using Module_occam::InversionInputs;
+using Module_occam::PositionSource;
 
 namespace {
 
@@ -55,7 +57,7 @@ constexpr CheckControl check_controls[] = {
 }  // namespace
 
 Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
-                       QWidget* parent)
+                       QWidget* parent, Module_occam::PositionSource positions)
     : QDialog(parent),
       ui_(std::make_unique<Ui::Form_occam>()),
       rhoplus_(rhoplus),
@@ -73,6 +75,7 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
   steps_.step_done = [] { user_interface().wait_with_events(step_is_seen); };
   fill_drives();
   fill_controls();
+  offer_positions(positions);
   connect_controls();
   show_run_folder();
   show_summary();
@@ -105,7 +108,28 @@ void Form_occam::fill_controls() {
   ui_->DirList->choose(QString::fromStdString(kept.directory));
 }
 
+void Form_occam::offer_positions(PositionSource proposed) {
+  static_cast<void>(trap_errors("An error occurred while looking for the places of the stations: ",
+                                [&] { distances_ = Module_projections::line_distances(line_.line); }));
+  const bool known = distances_.known();
+  ui_->Combo_positions->setEnabled(known);
+  ui_->Combo_positions->setToolTip(known ? QString("Where the stations stand in mesh and data file")
+                                         : QString::fromStdString(distances_.refusal));
+  ui_->Combo_positions->setCurrentIndex(known && proposed == PositionSource::distances ? 1 : 0);
+  show_positions_hint();
+}
+
+/// Its label is the last one of its column: what it says moves nothing else.
+void Form_occam::show_positions_hint() {
+  const bool by_number = inputs().positions == PositionSource::station_numbers;
+  ui_->Label_positions_hint->setText(by_number ? QString::fromStdString(distances_.warning) : QString());
+}
+
 void Form_occam::connect_controls() {
+  connect(ui_->Combo_positions, &QComboBox::currentIndexChanged, this, [this] {
+    show_positions_hint();
+    show_summary();
+  });
   connect(ui_->DriveList, &QComboBox::activated, this,
           [this] { ui_->DirList->choose(ui_->DriveList->currentData().toString()); });
   connect(ui_->DirList, &FolderTree::folder_chosen, this, &Form_occam::show_run_folder);
@@ -124,7 +148,8 @@ void Form_occam::show_run_folder() {
 }
 
 void Form_occam::show_summary() {
-  ui_->Label_summary->setText(QString::fromStdString(Module_occam::design_summary(line_.line, inputs())));
+  ui_->Label_summary->setText(
+      QString::fromStdString(Module_occam::design_summary(line_.line, inputs(), distances_)));
 }
 
 void Form_occam::choose_errors(int index) {
@@ -151,6 +176,8 @@ InversionInputs Form_occam::inputs() const {
     inputs.*control.on = ((*ui_).*control.box)->isChecked();
   }
   inputs.directory = ui_->DirList->folder().toStdString();
+  inputs.positions =
+      ui_->Combo_positions->currentIndex() == 1 ? PositionSource::distances : PositionSource::station_numbers;
   return inputs;
 }
 

@@ -19,8 +19,10 @@ class Form_occam : public QDialog {
   /// and
   ///                 can be changed here. They outlive the window.
   /// @param steps    what else happens at each station while the run is created
+  /// @param positions  that are proposed, if the line has them
   explicit Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
-                      QWidget* parent = nullptr);
+                      QWidget* parent = nullptr,
+                      Module_occam::PositionSource positions = Module_occam::PositionSource::station_numbers);
   ~Form_occam() override;
 
   /// Esc and the window's close button ask a run to stop, and close the window otherwise.
@@ -30,6 +32,8 @@ class Form_occam : public QDialog {
   void fill_controls();
   void fill_drives();
   void connect_controls();
+  void offer_positions(Module_occam::PositionSource proposed);
+  void show_positions_hint();
   void show_run_folder();
   void show_summary();
   void choose_errors(int index);
@@ -43,5 +47,6 @@ class Form_occam : public QDialog {
   QString file_errors_hint_;  // of the line; empty where there is nothing to say
   Module_occam::StationSteps steps_;
   Module_database::LineSelection line_;
+  Module_projections::LineDistances distances_;
   bool running_ = false;
 };

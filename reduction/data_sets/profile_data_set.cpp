@@ -124,12 +124,4 @@ std::int32_t find_profile_column(const ProfileDataSet& data, double station) {
   return found == data.columns.end() ? -1 : static_cast<std::int32_t>(found - data.columns.begin());
 }
 
-double half_spacing(const ProfileDataSet& data) {
-  if (data.columns.size() < 2) {
-    return 1.0;
-  }
-  const double length = data.columns.back().station - data.columns.front().station;
-  return 0.5 * length / static_cast<double>(data.columns.size() - 1);
-}
-
 }  // namespace Module_averaged_data

@@ -41,7 +41,4 @@ void store_profile_column(ProfileDataSet& data, std::size_t column_index, const 
 /// The column of a station, from 0; -1 if it has no merged curve.
 std::int32_t find_profile_column(const ProfileDataSet& data, double station);
 
-/// Half the mean distance between neighbouring stations, m; 1 where there is only one.
-double half_spacing(const ProfileDataSet& data);
-
 }  // namespace Module_averaged_data

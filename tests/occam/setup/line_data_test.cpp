@@ -91,10 +91,11 @@ TEST(Line_data, Numbers_sites_as_they_take_part_and_frequencies_that_have_rows) 
   const ErrorRule rule{5, 5, true, false};
   LineData line;
   line.frequency_rows.assign(list.size(), 0);
-  add_station(line, 100, rows_at({1, 3}, true, true), false, rule);
-  add_station(line, 200, rows_at({1, 3}, false, false), false, rule);  // takes part without a row
-  add_station(line, 300, rows_at({3, -1, 99}, false, true), true, rule);
-  EXPECT_EQ(line.site_positions, (std::vector<float>{100, 300}));
+  add_station(line, {100, 105, 1}, rows_at({1, 3}, true, true), false, rule);
+  add_station(line, {200, 205, 1}, rows_at({1, 3}, false, false), false, rule);  // takes part without a row
+  add_station(line, {300, 305, 1}, rows_at({3, -1, 99}, false, true), true, rule);
+  EXPECT_EQ(line.site_positions, (std::vector<float>{105, 305}));
+  EXPECT_EQ(line.site_stations, (std::vector<double>{100, 300}));
   EXPECT_EQ(number_frequencies(line, list), (std::vector<float>{2, 8}));
 
   struct Row {

@@ -13,6 +13,7 @@
 
 #include "core/session_state.h"
 #include "database/reading_facts.h"
+#include "database/sites.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/widgets/folder_tree.h"
 #include "tests/reduction/made_readings.h"
@@ -108,6 +109,42 @@ class FormOccamTest : public QObject {
     QCOMPARE(summary->text(), QString("The block width is invalid"));
     click("Command_create_inversion");
     QCOMPARE(interface_->take_messages(), Messages{"The block width is invalid"});
+  }
+
+  void positions_are_proposed_and_explained() {
+    open_window();
+    const auto* const positions = control<QComboBox>("Combo_positions");
+    QVERIFY(!positions->isEnabled());
+    QCOMPARE(positions->toolTip(),
+             QString("The sites of line 200E have no places, so there are no distances along it"));
+    QVERIFY(control<QLabel>("Label_positions_hint")->text().isEmpty());
+    for (int station = 1; station <= 4; ++station) {
+      Module_database::Site site;
+      site.line = "200E";
+      site.station = 100.0 * station;
+      site.latitude = -25.0 + station / 60.0;
+      site.longitude = 141.0;
+      std::ignore = Module_database::keep_site(site);
+    }
+    open_window();
+    auto* const offered = control<QComboBox>("Combo_positions");
+    QCOMPARE(offered->currentText(), QString("Station numbers"));
+    QCOMPARE(control<QLabel>("Label_positions_hint")->text(),
+             QString("The stations of line 200E are 100 m apart by their numbers, its sites 1.8 km"));
+    type("Text_block_width", "1000");
+    auto* const summary = control<QLabel>("Label_summary");
+    QVERIFY2(summary->text().startsWith("4 stations, mesh of 26 by 29 cells, "), qPrintable(summary->text()));
+    offered->setCurrentIndex(1);
+    QVERIFY(control<QLabel>("Label_positions_hint")->text().isEmpty());
+    QVERIFY2(summary->text().startsWith("4 stations, mesh of 32 by 29 cells, "), qPrintable(summary->text()));
+    type("Text_occam_directory", "run");
+    click("Command_create_inversion");
+    interface_->take_messages();
+    QVERIFY(file_contents(run("occamdat").string()).find("station_200.0") != std::string::npos);
+    QVERIFY(file_contents(run("occamdat").string()).find("\r\n      1845.") != std::string::npos);
+    window_ = std::make_unique<Form_occam>(Module_output::RhoplusSettings{}, Module_occam::StationSteps{},
+                                           nullptr, Module_occam::PositionSource::distances);
+    QCOMPARE(control<QComboBox>("Combo_positions")->currentIndex(), 1);
   }
 
   void creates_a_run_in_a_new_folder_and_keeps_the_entries() {
