@@ -39,6 +39,21 @@ StationRows find_station(StationSearch mode, std::string_view line, double stati
 /// grid. StationID stays no_row.
 StationRows find_location(double local_x, double local_y);
 
+/// Sets map coordinates and elevation of a place to what the survey grid gives for its local coordinates.
+void map_from_survey_grid(StationRows& rows);
+
+/// Local coordinates, m.
+struct LocalPlace {
+  double x = 0.0;
+  double y = 0.0;
+};
+
+/// Where a station is by its line and number.
+LocalPlace local_place(std::string_view line, double station);
+
+/// Adds a location that a station of this name gives. @return its ID
+std::int32_t add_location(std::string_view line, double station, const StationRows& rows);
+
 /// The number of a line text without its letter, negative for W and S: 200 for "200E", -200 for "200W".
 double line_to_number(std::string_view line);
 
