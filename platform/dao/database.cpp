@@ -196,6 +196,12 @@ void Database::shelve(const std::string& name, std::string_view like_table) {
   const std::string table = "shelf." + quoted_name(name);
   connection.run("DROP TABLE IF EXISTS " + table);
   connection.run("CREATE TABLE " + table + " (" + columns + ")");
+  for (const Column& column : like->columns) {  // rows are looked for by those that they belong to
+    if (column.type == ColumnType::long_integer && column.name.ends_with("ID")) {
+      connection.run("CREATE INDEX shelf." + quoted_name(name + " by " + column.name) + " ON " +
+                     quoted_name(name) + " (" + quoted_name(column.name) + ")");
+    }
+  }
   connection.forget_tables();
 }
 

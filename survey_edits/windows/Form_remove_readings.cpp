@@ -35,55 +35,60 @@ Form_remove_readings::Form_remove_readings(SurveyContents contents, QWidget* par
       Tab_contents_(named(new QTabWidget, "Tab_contents")),
       Text_filter_(named(new QLineEdit, "Text_filter")),
       Check_ghosts_(named(new QCheckBox, "Check_ghosts")),
-      Label_what_goes_(named(new QLabel, "Label_what_goes")),
-      Command_remove_(named(new QPushButton("&Remove"), "Command_remove")) {
+      Label_what_goes_(named(new QLabel, "Label_what_goes")) {
   setObjectName("Form_remove_readings");
   setWindowTitle("Remove from the Survey");
-  add_lists();
+  list_files();
+  list_stations();
+  list_lines();
+  compose();
+  offer_ghosts();
+  resize_to_fit(*this, usual_size);
+  lists_.front()->setFocus();
+  show_what_goes();
+}
 
-  auto* const all = named(new QPushButton("&All Shown"), "Command_check_all");
-  auto* const none = named(new QPushButton("&None Shown"), "Command_check_none");
-  auto* const cancel = named(new QPushButton("&Cancel"), "Command_cancel");
+void Form_remove_readings::compose() {
+  const auto button = [this](const char* text, const char* name, const char* tool_tip, auto pressed) {
+    auto* const made = named(new QPushButton(text), name);
+    made->setAutoDefault(false);
+    made->setToolTip(tool_tip);
+    connect(made, &QPushButton::clicked, this, pressed);
+    return made;
+  };
   auto* const filter_row = new QHBoxLayout;
   add_labelled(*filter_row, "&Filter", Text_filter_);
-  filter_row->addWidget(all);
-  filter_row->addWidget(none);
+  filter_row->addWidget(button("&All Shown", "Command_check_all", "Checks all rows that the filter shows",
+                               [this] { check_shown(true); }));
+  filter_row->addWidget(button("&None Shown", "Command_check_none",
+                               "Takes the check marks of all rows that the filter shows away",
+                               [this] { check_shown(false); }));
   auto* const buttons = new QHBoxLayout;
   buttons->addWidget(Label_what_goes_, 1);
+  Command_remove_ = button("&Remove", "Command_remove", "Takes out what is checked in all three lists (Del)",
+                           [this] { remove_chosen(); });
   buttons->addWidget(Command_remove_);
-  buttons->addWidget(cancel);
+  buttons->addWidget(
+      button("&Cancel", "Command_cancel", "Closes the window; nothing goes (Esc)", [this] { reject(); }));
   auto* const rows = new QVBoxLayout(this);
   rows->addLayout(filter_row);
   rows->addWidget(Tab_contents_, 1);
   rows->addWidget(Check_ghosts_);
   rows->addLayout(buttons);
-  for (QPushButton* const button : {all, none, cancel, Command_remove_}) {
-    button->setAutoDefault(false);
-  }
-
   Text_filter_->setClearButtonEnabled(true);
   Text_filter_->setPlaceholderText("Part of a name, line or number");
   Label_what_goes_->setWordWrap(true);
   Label_what_goes_->setTextFormat(Qt::PlainText);
+  connect(Text_filter_, &QLineEdit::textChanged, this, &Form_remove_readings::filter);
+}
+
+void Form_remove_readings::offer_ghosts() {
   const auto ghosts = static_cast<std::size_t>(std::ranges::count_if(
       contents_.stations, [](const HeldStation& station) { return station.is_ghost(); }));
   Check_ghosts_->setText(qt_text("&Ghost stations: " + counted(ghosts, "station") + " without readings"));
   Check_ghosts_->setToolTip("Left by an earlier import whose files have come to other stations since");
   Check_ghosts_->setEnabled(ghosts > 0);
-  all->setToolTip("Checks all rows that the filter shows");
-  none->setToolTip("Takes the check marks of all rows that the filter shows away");
-  Command_remove_->setToolTip("Takes out what is checked in all three lists (Del)");
-  cancel->setToolTip("Closes the window; nothing goes (Esc)");
-
-  connect(Text_filter_, &QLineEdit::textChanged, this, &Form_remove_readings::filter);
-  connect(all, &QPushButton::clicked, this, [this] { check_shown(true); });
-  connect(none, &QPushButton::clicked, this, [this] { check_shown(false); });
   connect(Check_ghosts_, &QCheckBox::toggled, this, &Form_remove_readings::show_what_goes);
-  connect(Command_remove_, &QPushButton::clicked, this, &Form_remove_readings::remove_chosen);
-  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-  resize_to_fit(*this, usual_size);
-  lists_.front()->setFocus();
-  show_what_goes();
 }
 
 void Form_remove_readings::add_list(const QString& title, const QString& name, const QStringList& headers,
@@ -96,10 +101,10 @@ void Form_remove_readings::add_list(const QString& title, const QString& name, c
   Tab_contents_->addTab(list, title + " (" + QString::number(rows) + ")");
   lists_.push_back(list);
   connect(model, &CheckedRows::checked_changed, this, &Form_remove_readings::show_what_goes);
-  connect(list, &CheckedList::delete_pressed, Command_remove_, &QPushButton::click);
+  connect(list, &CheckedList::delete_pressed, this, [this] { Command_remove_->click(); });
 }
 
-void Form_remove_readings::add_lists() {
+void Form_remove_readings::list_files() {
   add_list(
       "Files", "List_files", {"File", "Line", "Stations", "Date", "Readings"}, contents_.files.size(),
       [this](std::size_t row, int column) -> QVariant {
@@ -118,6 +123,9 @@ void Form_remove_readings::add_lists() {
         }
       },
       files_);
+}
+
+void Form_remove_readings::list_stations() {
   add_list(
       "Stations", "List_stations", {"Line", "Station", "Name", "Files", "Readings"},
       contents_.stations.size(),
@@ -137,6 +145,9 @@ void Form_remove_readings::add_lists() {
         }
       },
       stations_);
+}
+
+void Form_remove_readings::list_lines() {
   add_list(
       "Lines", "List_lines", {"Line", "Stations", "Readings"}, contents_.lines.size(),
       [this](std::size_t row, int column) -> QVariant {

@@ -24,7 +24,11 @@ class Form_remove_readings : public QDialog {
  private:
   void add_list(const QString& title, const QString& name, const QStringList& headers, std::size_t rows,
                 const std::function<QVariant(std::size_t, int)>& value, std::set<std::size_t>& checked);
-  void add_lists();
+  void list_files();
+  void list_stations();
+  void list_lines();
+  void compose();
+  void offer_ghosts();
   [[nodiscard]] QString lines_of(const Module_survey_edits::HeldFile& file) const;
   [[nodiscard]] QString stations_of(const Module_survey_edits::HeldFile& file) const;
   [[nodiscard]] Module_survey_edits::Choice choice() const;
@@ -43,6 +47,6 @@ class Form_remove_readings : public QDialog {
   QLineEdit* Text_filter_;
   QCheckBox* Check_ghosts_;
   QLabel* Label_what_goes_;
-  QPushButton* Command_remove_;
+  QPushButton* Command_remove_ = nullptr;
   std::vector<CheckedList*> lists_;
 };

@@ -5,6 +5,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/number_text.h"
+
+namespace {
+
+constexpr int sort_role =
+    Qt::UserRole;  // a number as a number, which is shown as everywhere, not by the locale
+
+}  // namespace
+
 CheckedRows::CheckedRows(QStringList headers, std::size_t rows, CellValue value,
                          std::set<std::size_t>& checked, QObject* parent)
     : QAbstractTableModel(parent),
@@ -26,12 +35,15 @@ QVariant CheckedRows::data(const QModelIndex& index, int role) const {
   if (role == Qt::CheckStateRole && index.column() == 0) {
     return checked_.contains(row) ? Qt::Checked : Qt::Unchecked;
   }
-  if (role == Qt::DisplayRole) {
-    return value_(row, index.column());
+  if (role != Qt::DisplayRole && role != sort_role && role != Qt::TextAlignmentRole) {
+    return {};
   }
-  const bool is_number =
-      role == Qt::TextAlignmentRole && value_(row, index.column()).typeId() != QMetaType::QString;
-  return is_number ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+  const QVariant value = value_(row, index.column());
+  const bool is_text = value.typeId() == QMetaType::QString;
+  if (role == Qt::TextAlignmentRole) {
+    return is_text ? QVariant() : QVariant(Qt::AlignRight | Qt::AlignVCenter);
+  }
+  return role == sort_role || is_text ? value : QString::fromStdString(plain_text(value.toDouble()));
 }
 
 QVariant CheckedRows::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -66,6 +78,7 @@ CheckedList::CheckedList(CheckedRows* rows, const QString& name)
     : rows_(rows), shown_(new QSortFilterProxyModel(this)) {
   setObjectName(name);
   shown_->setSourceModel(rows);
+  shown_->setSortRole(sort_role);
   shown_->setFilterKeyColumn(-1);  // any
   shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
   setModel(shown_);
