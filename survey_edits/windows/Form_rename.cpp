@@ -51,7 +51,9 @@ void Form_rename::compose() {
   auto* const form = new QFormLayout;
   form->addRow("&Line", Combo_line_);
   form->addRow("&Station", Combo_station_);
-  form->addRow("&New name", name_row);
+  auto* const name_label = new QLabel("&New name");
+  name_label->setBuddy(Text_name_);
+  form->addRow(name_label, name_row);
   auto* const cancel = named(new QPushButton("&Cancel"), "Command_cancel");
   auto* const buttons = new QHBoxLayout;
   buttons->addStretch();

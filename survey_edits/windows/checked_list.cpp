@@ -89,7 +89,7 @@ CheckedList::CheckedList(CheckedRows* rows, const QString& name)
   setSortingEnabled(true);
   sortByColumn(-1, Qt::AscendingOrder);  // as given, until a heading is clicked
   header()->setResizeContentsPrecision(100);
-  header()->setStretchLastSection(true);
+  header()->setStretchLastSection(false);
   for (int column = 0; column < shown_->columnCount(); ++column) {
     resizeColumnToContents(column);
   }
