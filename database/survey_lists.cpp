@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
+#include "database/sites.h"
 #include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "platform/dao/case_folding.h"
@@ -26,6 +28,25 @@ void note_spelling(Spellings& spellings, const ListedStation& station) {
   if (!is_new && station.ID < entry->second.ID) {
     entry->second.ID = station.ID;
     entry->second.line = station.line;
+  }
+}
+
+/// Gives each station the name of its site.
+void add_names(std::vector<ListedStation>& stations) {
+  std::map<std::pair<std::string, double>, std::string> names;
+  for (Site& site : listed_sites()) {
+    if (!site.name.empty()) {
+      names.emplace(std::pair(dao::folded_text(site.line), site.station), std::move(site.name));
+    }
+  }
+  if (names.empty()) {
+    return;
+  }
+  for (ListedStation& station : stations) {
+    const auto found = names.find({dao::folded_text(station.line), station.station});
+    if (found != names.end()) {
+      station.name = found->second;
+    }
   }
 }
 
@@ -54,7 +75,8 @@ std::vector<ListedStation> listed_stations() {
                         rows.get_text("SurveyLine"),
                         rows.get_double("Station"),
                         {rows.get_double("LocalX"), rows.get_double("LocalY"), rows.get_double("MapX"),
-                         rows.get_double("MapY"), rows.get_double("Elevation")}});
+                         rows.get_double("MapY"), rows.get_double("Elevation")},
+                        {}});
     note_spelling(spellings, stations.back());
   }
   const auto spelling_of = [&](const ListedStation& station) -> const Spelling& {
@@ -69,6 +91,7 @@ std::vector<ListedStation> listed_stations() {
   for (ListedStation& station : stations) {
     station.line = spelling_of(station).line;
   }
+  add_names(stations);
   return stations;
 }
 

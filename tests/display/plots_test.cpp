@@ -7,6 +7,7 @@
 #include "display/station_plot.h"
 #include "reduction/edits/masks.h"
 #include "tests/display/made_survey.h"
+#include "tests/support/named_site.h"
 
 using namespace Module_display_data;
 using Module_averaged_data::Component;
@@ -149,6 +150,37 @@ TEST_F(Plots, Points_are_named_with_deviation_mask_and_file) {
             "Repeat 4 (event 4): 2.0000 Hz, 44.00 deg, masked\n7.edi");
   EXPECT_EQ(raw_point_text(0, 1, Component::phase), "Average: 2.0000 Hz, 42.00 \u00b1 0.82 deg");
   EXPECT_EQ(raw_point_text(9, 1, Component::phase), "");
+}
+
+TEST_F(Plots, A_station_is_named_with_its_site_where_that_has_a_name) {
+  made::store_line(3);
+  name_site("200e", 100.0, "ET001");
+  const std::string longest = "Ünterer Hof, Station am Bach, dritte Aufstellung im trockenen Se";
+  name_site("200E", 300.0, longest);
+  add_file(0);
+  ASSERT_EQ(fill_selection_lists(lists), 0);
+  EXPECT_EQ(session().station_name, (std::vector<std::string>{"ET001", "", longest}));
+  ASSERT_FALSE(display_station(1, {}).failed);
+  EXPECT_EQ(raw_label(), "Average/raw for 100 (ET001)");
+  EXPECT_EQ(station_label(), "Merge/averages for 100 (ET001)");
+  EXPECT_TRUE(raw_point_text(0, 1, Component::phase).ends_with(" deg\nStation 100 (ET001)"));
+  EXPECT_TRUE(station_point_text(0, 1, Component::phase).ends_with(" deg\nStation 100 (ET001)"));
+  EXPECT_TRUE(profile_point_text(0, 0, Component::phase).starts_with("Station 100 (ET001): "));
+  EXPECT_TRUE(profile_point_text(0, 1, Component::phase).starts_with("Station 200: "));
+
+  (void)display_station(2, {true, false, 1, Module_averaged_data::NeighbourSide::both});
+  EXPECT_EQ(station_label(), "Merge/averages for 200");
+  EXPECT_EQ(station_series_label(1), "Merged for 100 (ET001)");
+  EXPECT_TRUE(station_point_text(1, 1, Component::phase).ends_with(" deg"));
+  EXPECT_TRUE(raw_point_text(0, 1, Component::phase).ends_with(" deg"));
+  (void)display_station(3, {});
+  EXPECT_EQ(station_label(), "Merge/averages for 300 (Ünterer Hof, Station am\u2026)");
+
+  // What an import, a removal or its undoing changes is read with the lists.
+  Module_database::open_survey().database.execute("DELETE FROM SitesTable WHERE Station = 100");
+  name_site("200E", 200.0, "ET006");
+  ASSERT_EQ(refill_selection_lists(lists), 0);
+  EXPECT_EQ(session().station_name, (std::vector<std::string>{"", "ET006", longest}));
 }
 
 TEST_F(Plots, Station_curves_have_the_styles_of_their_kinds) {
