@@ -13,6 +13,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
+#include "database/sites.h"
 #include "database/survey_database.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
@@ -20,6 +21,7 @@
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
+#include "occam/setup/site_names.h"
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
@@ -53,6 +55,11 @@ std::vector<double> stations_of(const std::string& line) {
   return stations;
 }
 
+InversionSite site_at(const std::string& line, double station, float position) {
+  const std::optional<Module_database::Site> site = Module_database::find_site(line, station);
+  return {station, position, site ? site->name : std::string()};
+}
+
 void end_step(const StationSteps& steps) {
   if (steps.step_done) {
     steps.step_done();
@@ -78,9 +85,10 @@ int load_station(const ReadingKey& key, const Frequencies& frequencies, const Rh
 }
 
 /// Collects the data of all stations of the line.
+/// @param sites  gets those with rows
 Outcome form_data(const LineSelection& line, const Frequencies& frequencies, const InversionInputs& inputs,
                   const InversionChoices& choices, const RhoplusSettings& rhoplus, const StationSteps& steps,
-                  LineData& data) {
+                  LineData& data, std::vector<InversionSite>& sites) {
   RhoplusSettings settings = rhoplus;
   settings.apply_static = inputs.apply_static ? 1 : 0;
   const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
@@ -103,6 +111,9 @@ Outcome form_data(const LineSelection& line, const Frequencies& frequencies, con
     }
     if (!tables.data.empty()) {
       add_station(data, station, tables, line.data_type == "EyHx", rule);
+    }
+    if (data.site_positions.size() > sites.size()) {
+      sites.push_back(site_at(line.line, station, data.site_positions.back()));
     }
     return 0;
   });
@@ -152,7 +163,7 @@ struct RunSet {
 };
 
 RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices, LineData&& data,
-                  std::vector<float>&& frequencies) {
+                  const std::vector<InversionSite>& sites, std::vector<float>&& frequencies) {
   RunSet run;
   const MeshColumns columns = mesh_columns(horizontal_nodes(data.site_positions, choices.block_width));
   const MeshRows rows = mesh_rows(layer_count(choices), choices.layers_per_decade, choices.top_layer);
@@ -169,7 +180,8 @@ RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices
                inputs.target_RMS,
                block_count(run.layers),
                std::log10(choices.initial_res)};
-  run.data = {description, std::move(data.site_positions), std::move(frequencies), std::move(data.rows)};
+  run.data = {description, std::move(data.site_positions), std::move(frequencies), std::move(data.rows),
+              names_in_data_file(sites)};
   return run;
 }
 
@@ -226,7 +238,8 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     scripts.emplace(folder);
   }
   LineData data;
-  const Outcome outcome = form_data(line, *listed, inputs, choices, rhoplus, steps, data);
+  std::vector<InversionSite> sites;
+  const Outcome outcome = form_data(line, *listed, inputs, choices, rhoplus, steps, data, sites);
   created.stopped = outcome == Outcome::stopped;
   if (created.stopped) {
     return 0;
@@ -242,7 +255,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     user_interface().show_message(missing);
     return -1;
   }
-  const RunSet run = design_run(inputs, choices, std::move(data), std::move(frequencies));
+  const RunSet run = design_run(inputs, choices, std::move(data), sites, std::move(frequencies));
   const std::string warning = size_warning(run.mesh.columns(), run.mesh.rows());
   if (!warning.empty()) {
     user_interface().show_message(warning);
