@@ -105,7 +105,7 @@ class FormImportReportTest : public QObject {
     blocks->child(999)->setExpanded(true);
     QCOMPARE(rows_below(*blocks), 1090);
     const auto* const files = window.findChild<QTreeWidget*>("Tree_report");
-    QCOMPARE(rows_below(*files->invisibleRootItem()), 1000 + 55 * 90);
+    QCOMPARE(rows_below(*files->invisibleRootItem()), 1000 + 54 * 90);
   }
 };
 
