@@ -4,6 +4,7 @@
 
 #include "batch/command.h"
 #include "batch/reading_option.h"
+#include "batch/rhoplus_option.h"
 #include "core/user_interface.h"
 #include "occam/setup/create_inversion.h"
 
@@ -16,11 +17,12 @@ struct OccamOptions {
   std::string survey;
   Module_database::LineSelection reading;
   InversionInputs inputs;
+  Module_output::RhoplusSettings rhoplus;
 };
 
 int create_run(const OccamOptions& options) {
   Module_occam::CreatedInversion created;
-  if (Module_occam::create_inversion(options.reading, options.inputs, {}, {}, created) != 0) {
+  if (Module_occam::create_inversion(options.reading, options.inputs, options.rhoplus, {}, created) != 0) {
     return -1;
   }
   if (created.stopped) {
@@ -91,6 +93,7 @@ Command add_occam_command(Program& program) {
   parser.add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
       .required();
   add_entries(parser, options->inputs);
+  add_file_errors_flag(parser, options->rhoplus);
   add_overwrite_flag(parser, "replace an earlier inversion in the folder, which is kept in earlier_1");
   return {parser, [options] { return run_occam(*options); }};
 }

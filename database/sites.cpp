@@ -97,7 +97,7 @@ std::optional<std::string> keep_site(const Site& site) {
   }
   const Site before = site_of(sites);
   Site after = before;
-  if (equal_ignoring_case(before.SurveyFile, given.SurveyFile)) {
+  if (before.SurveyFile.empty() || equal_ignoring_case(before.SurveyFile, given.SurveyFile)) {
     after = given;
     after.EySign = before.EySign;
   } else {
@@ -110,10 +110,33 @@ std::optional<std::string> keep_site(const Site& site) {
   return other_name ? std::optional(after.name) : std::nullopt;
 }
 
+void forget_site(std::string_view line, double station, std::string_view SurveyFile) {
+  dao::Recordset& sites = open_survey().sites;
+  sites.find_first(criteria(line, station));
+  if (sites.no_match() || !equal_ignoring_case(sites.get_text("SurveyFile"), SurveyFile)) {
+    return;
+  }
+  const std::int32_t EySign = sites.get_long("EySign");
+  if (EySign == ey_sign_by_rule) {
+    sites.delete_row();
+    return;
+  }
+  Site nothing;
+  nothing.EySign = EySign;
+  sites.edit();
+  write_site(sites, nothing);
+  sites.update();
+}
+
 std::optional<Site> find_site(std::string_view line, double station) {
   const dao::Recordset row =
       open_survey().database.open_recordset("SELECT * FROM SitesTable WHERE " + criteria(line, station));
   return row.eof() ? std::nullopt : std::optional(site_of(row));
+}
+
+std::string shown_name(const Site& site) {
+  const bool repeats_number = is_numeric(site.name) && numeric_value(site.name) == site.station;
+  return repeats_number ? std::string() : site.name;
 }
 
 std::vector<Site> listed_sites() {

@@ -34,9 +34,9 @@ void note_spelling(Spellings& spellings, const ListedStation& station) {
 /// Gives each station the name of its site.
 void add_names(std::vector<ListedStation>& stations) {
   std::map<std::pair<std::string, double>, std::string> names;
-  for (Site& site : listed_sites()) {
-    if (!site.name.empty()) {
-      names.emplace(std::pair(dao::folded_text(site.line), site.station), std::move(site.name));
+  for (const Site& site : listed_sites()) {
+    if (std::string name = shown_name(site); !name.empty()) {
+      names.emplace(std::pair(dao::folded_text(site.line), site.station), std::move(name));
     }
   }
   if (names.empty()) {

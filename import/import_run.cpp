@@ -112,6 +112,8 @@ void requery_stores() {
   open_survey().readings.requery();
   open_survey().stations.requery();
   open_survey().locations.requery();
+  open_survey().sites.requery();
+  open_survey().reading_facts.requery();
 }
 
 // The rows are this run's from now on, and no other file of it may find them.

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 
@@ -32,7 +34,7 @@ std::string label_in_survey(const std::string& file) { return file + " in the su
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // Whether a file's name has the site's name in it, and not as a part of a longer number: "100" in
-// "L200E_S0100_E1", but not in "1000". All that the survey knows of a site is the name of its file.
+// "L200E_S0100_E1", but not in "1000". That is all that a survey knows of a site whose file gave no name.
 bool names_site(std::string_view file, const Site& site) {
   std::string stem = upper_case(file.substr(file.find_last_of('/') + 1));
   const std::string file_name = stem;
@@ -76,6 +78,10 @@ std::vector<std::string> others_in_survey(const std::string& line, double statio
   if (place.StationID < 0) {
     return others;
   }
+  const std::optional<Module_database::Site> known = Module_database::find_site(line, station);
+  const auto has_its_name = [&](const Site& site) {
+    return known && equal_ignoring_case(known->name, site.name);
+  };
   dao::Recordset rows = open_survey().database.open_recordset(
       "SELECT DISTINCT FileID FROM ReadingsDataTable WHERE StationID = " +
       format_number(place.StationID, "0") + " AND FileID > 0");
@@ -92,7 +98,7 @@ std::vector<std::string> others_in_survey(const std::string& line, double statio
     const std::string file = files.get_text("SurveyFile");
     const bool says_station = !is_edi_filter(files.get_text("Filter"));
     if (std::ranges::any_of(sites, [&](const Site& site) {
-          return !(site.says_station && says_station) && !names_site(file, site);
+          return !(site.says_station && says_station) && !has_its_name(site) && !names_site(file, site);
         })) {
       others.push_back(file);
     }

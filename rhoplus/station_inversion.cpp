@@ -84,7 +84,7 @@ std::string in_brackets(const std::string& site_name) {
 /// The stem of the station's files, with the name of its site: the heading of the log.
 std::string log_title(const std::string& stem, const ReadingKey& key) {
   const std::optional<Module_database::Site> site = Module_database::find_site(key.line, key.station);
-  return stem + in_brackets(site ? site->name : std::string());
+  return stem + in_brackets(site ? shown_name(*site) : std::string());
 }
 
 }  // namespace

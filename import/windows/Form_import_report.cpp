@@ -123,6 +123,7 @@ void Form_import_report::fill_kinds() {
     }
   }
   ui_->Tree_kinds->setCurrentItem(ui_->Tree_kinds->topLevelItem(0));
+  ui_->Tree_kinds->setFocus();
 }
 
 // Files and their remarks come when a line is unfolded: a large import has more than a tree takes at once.

@@ -57,7 +57,7 @@ std::vector<double> stations_of(const std::string& line) {
 
 InversionSite site_at(const std::string& line, double station, float position) {
   const std::optional<Module_database::Site> site = Module_database::find_site(line, station);
-  return {station, position, site ? site->name : std::string()};
+  return {station, position, site ? shown_name(*site) : std::string()};
 }
 
 void end_step(const StationSteps& steps) {

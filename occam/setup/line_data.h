@@ -18,14 +18,18 @@ struct ErrorRule {
   bool rhoplus_error = true;
 };
 
-// An absent fit (no_data) adds nothing to an error. No error is below 0.001 (log10) or 0.1 degrees.
+// An absent fit (no_data) adds nothing to an error. No error is below 0.001 (log10) or 0.1 degrees, nor below
+// that of the files, which is 0 where there is none.
 
 /// Error of log10 resistivity.
-/// @param rho, fit  resistivity measured and fitted in one dimension, ohm-m
-double resistivity_error(double rho, double fit, const ErrorRule& rule);
+/// @param rho, fit    resistivity measured and fitted in one dimension, ohm-m
+/// @param file_error  of rho, ohm-m
+double resistivity_error(double rho, double fit, double file_error, const ErrorRule& rule);
 
-/// Error of a phase, degrees. @param phase, fit  measured and fitted in one dimension, degrees
-double phase_error(double phase, double fit, const ErrorRule& rule);
+/// Error of a phase, degrees.
+/// @param phase, fit  measured and fitted in one dimension, degrees
+/// @param file_error  of the phase, degrees
+double phase_error(double phase, double fit, double file_error, const ErrorRule& rule);
 
 /// The data of a line, while its stations are added.
 struct LineData {

@@ -9,6 +9,7 @@
 #include "core/user_interface.h"
 #include "occam/setup/design_summary.h"
 #include "occam/setup/earlier_run.h"
+#include "output/file_errors.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"
 
@@ -53,7 +54,7 @@ constexpr CheckControl check_controls[] = {
 
 }  // namespace
 
-Form_occam::Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
+Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
                        QWidget* parent)
     : QDialog(parent),
       ui_(std::make_unique<Ui::Form_occam>()),
@@ -75,6 +76,7 @@ Form_occam::Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occ
   connect_controls();
   show_run_folder();
   show_summary();
+  show_hint();
 }
 
 Form_occam::~Form_occam() = default;
@@ -99,6 +101,7 @@ void Form_occam::fill_controls() {
   for (const CheckControl& control : check_controls) {
     ((*ui_).*control.box)->setChecked(kept.*control.on);
   }
+  ui_->Combo_use_file_errors->setCurrentIndex(rhoplus_.use_file_errors);
   ui_->DirList->choose(QString::fromStdString(kept.directory));
 }
 
@@ -110,6 +113,7 @@ void Form_occam::connect_controls() {
   for (const TextControl& control : text_controls) {
     connect((*ui_).*control.box, &QLineEdit::textChanged, this, &Form_occam::show_summary);
   }
+  connect(ui_->Combo_use_file_errors, &QComboBox::currentIndexChanged, this, &Form_occam::choose_errors);
   connect(ui_->Command_create_inversion, &QPushButton::clicked, this, &Form_occam::create_inversion);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
 }
@@ -121,6 +125,21 @@ void Form_occam::show_run_folder() {
 
 void Form_occam::show_summary() {
   ui_->Label_summary->setText(QString::fromStdString(Module_occam::design_summary(line_.line, inputs())));
+}
+
+void Form_occam::choose_errors(int index) {
+  rhoplus_.use_file_errors = index;
+  Module_output::save_rhoplus_settings(rhoplus_);
+  show_hint();
+}
+
+void Form_occam::show_hint() {
+  const bool left_out = rhoplus_.use_file_errors == 0;
+  if (left_out && file_errors_hint_.isEmpty()) {
+    file_errors_hint_ = QString::fromStdString(Module_output::file_errors_hint(line_));
+  }
+  ui_->Label_file_errors_hint->setText(file_errors_hint_);
+  ui_->Label_file_errors_hint->setVisible(left_out && !file_errors_hint_.isEmpty());
 }
 
 InversionInputs Form_occam::inputs() const {

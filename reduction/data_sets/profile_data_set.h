@@ -4,10 +4,11 @@
 
 #include "reduction/averages.h"
 #include "reduction/data_sets/curve_parts.h"
+#include "reduction/data_sets/point_error.h"
 
 namespace Module_averaged_data {
 
-/// The merged curve of one station. Values and masks run over the frequencies of the data set.
+/// The merged curve of one station. Values, masks and errors run over the frequencies of the data set.
 struct ProfileColumn {
   std::int32_t ID = 0;  // of the reading
   std::int32_t StationID = 0;
@@ -19,6 +20,7 @@ struct ProfileColumn {
   std::vector<float> resistivity;  // ohm-m, without the static factor
   std::vector<float> phase;        // degrees
   std::vector<std::array<std::int32_t, Module_database::mask_count>> mask;
+  std::vector<std::array<PointError, Module_database::error_count>> errors;  // without the static factor
 };
 
 struct ProfileDataSet {

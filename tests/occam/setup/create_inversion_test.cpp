@@ -4,6 +4,7 @@
 #include <map>
 
 #include "core/number_text.h"
+#include "database/reading_facts.h"
 #include "occam/occam_files.h"
 #include "occam/results/run_results.h"
 #include "tests/reduction/made_readings.h"
@@ -38,7 +39,15 @@ class CreateInversionTest : public SurveyTest {
         curve.curve.value(Module_database::field_resistivity_deviation, index) = 1.0F;
         curve.curve.value(Module_database::field_phase_deviation, index) = 0.5F;
       }
-      made::store(key, 0, curve, 2, -1);
+      curve.ResOffset = static_factor;
+      const std::int32_t ID = made::store(key, 0, curve, 2, -1);
+      if (files_have_errors) {  // 50 % and 4 degrees at 1 Hz, small ones at 10 Hz, none at 100 Hz
+        curve.curve.error_at(Module_database::field_resistivity, 0) = 50.0F;
+        curve.curve.error_at(Module_database::field_phase, 0) = 4.0F;
+        curve.curve.error_at(Module_database::field_resistivity, 1) = 1.0F;
+        curve.curve.error_at(Module_database::field_phase, 1) = 0.5F;
+        Module_database::write_facts(ID, curve.curve, {});
+      }
     }
   }
 
@@ -71,6 +80,8 @@ class CreateInversionTest : public SurveyTest {
   StationSteps steps;
   CreatedInversion created;
   std::string data_type = "ExHy";
+  float static_factor = 1.0F;
+  bool files_have_errors = false;
 };
 
 std::vector<double> equally_spaced(int count) {
@@ -182,6 +193,34 @@ TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
                 .find("     2           3       1       2.0000      0.3000\r\n"
                       "     2           3       2      45.0000      7.2550\r\n"),
             std::string::npos);
+}
+
+TEST_F(CreateInversionTest, Errors_of_files_are_used_where_they_are_larger_and_asked_for) {
+  new_survey();
+  static_factor = 2.0F;
+  files_have_errors = true;
+  store_stations({100, 200, 300});
+  const auto rows_of_first_site = [this] {
+    EXPECT_EQ(create_and_answer(true), 0);
+    const std::string data = files().at("occamdat");
+    const std::size_t begin = data.find("     1           1       5");
+    return data.substr(begin, data.find("     2           1       5") - begin);
+  };
+  // 5 % of log10 200, and of 45 degrees; 100 ohm-m of 200 are 0.5 / ln 10.
+  const std::string floors =
+      "     1           1       5       2.3010      0.1151\r\n"
+      "     1           1       6      45.0000      2.2500\r\n"
+      "     1           2       5       2.3010      0.1151\r\n"
+      "     1           2       6      45.0000      2.2500\r\n"
+      "     1           3       5       2.3010      0.1151\r\n"
+      "     1           3       6      45.0000      2.2500\r\n";
+  std::string with_files = floors;
+  with_files.replace(with_files.find("0.1151"), 6, "0.2171");
+  with_files.replace(with_files.find("2.2500"), 6, "4.0000");
+  EXPECT_EQ(rows_of_first_site(), floors);
+  rhoplus.use_file_errors = 1;
+  rhoplus.resistivity_error_floor = 90.0F;  // of Rho+: no error of an inversion in two dimensions
+  EXPECT_EQ(rows_of_first_site(), with_files);
 }
 
 TEST_F(CreateInversionTest, A_half_space_is_fitted_and_keeps_its_errors) {

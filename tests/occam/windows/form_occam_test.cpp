@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,6 +12,7 @@
 #include <QTest>
 
 #include "core/session_state.h"
+#include "database/reading_facts.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/widgets/folder_tree.h"
 #include "tests/reduction/made_readings.h"
@@ -29,7 +31,7 @@ class FormOccamTest : public QObject {
     return window_->findChild<Widget*>(name);
   }
   void open_window(Module_occam::StationSteps steps = {}) {
-    window_ = std::make_unique<Form_occam>(Module_output::RhoplusSettings{}, std::move(steps));
+    window_ = std::make_unique<Form_occam>(rhoplus_, std::move(steps));
     window_->show();
     QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
     control<QCheckBox>("Check_use_rhoplus_error")->setChecked(false);
@@ -44,6 +46,7 @@ class FormOccamTest : public QObject {
 
   std::unique_ptr<TemporaryFolder> folder_;
   std::unique_ptr<RecordingInterface> interface_;
+  Module_output::RhoplusSettings rhoplus_;
   std::unique_ptr<Form_occam> window_;
   fs::path started_in_ = fs::current_path();
 
@@ -51,6 +54,7 @@ class FormOccamTest : public QObject {
   void init() {
     folder_ = std::make_unique<TemporaryFolder>();
     interface_ = std::make_unique<RecordingInterface>();
+    rhoplus_ = {};
     install_settings_store(std::make_unique<MemorySettingsStore>());
     reset_session_state();
     Module_database::reset_module();
@@ -175,8 +179,49 @@ class FormOccamTest : public QObject {
     QVERIFY(!window_->isVisible());
   }
 
+  void errors_of_files_are_a_choice_that_is_kept_and_hinted_at_once() {
+    for (const double station : {100.0, 200.0, 300.0}) {
+      made::ReadingKey key = made::key(0.0F, station);
+      key.line = "300E";
+      made::StoredReading merged = made::reading({{1, 100, 45}});
+      merged.curve.value(Module_database::field_resistivity_deviation, 0) = 0.0F;
+      merged.curve.value(Module_database::field_phase_deviation, 0) = 0.0F;
+      merged.curve.error_at(Module_database::field_resistivity, 0) = 50.0F;
+      Module_database::write_facts(made::store(key, 0, merged, 2, -1), merged.curve, {});
+    }
+    const auto choose = [this](int index) {
+      control<QComboBox>("Combo_use_file_errors")->setCurrentIndex(index);
+    };
+    const auto hint = [this] { return control<QLabel>("Label_file_errors_hint"); };
+    open_window();
+    QVERIFY(!hint()->isVisible());  // this line's files have none
+    session().current_line = "300E";
+    open_window();
+    QVERIFY(hint()->isVisible());
+    QCOMPARE(hint()->text(), QString("The files give errors of their values"));
+    type("Text_occam_directory", "run");
+    click("Command_create_inversion");
+    choose(1);
+    QVERIFY(!hint()->isVisible());
+    QCOMPARE(Module_output::load_rhoplus_settings().use_file_errors, 1);
+    type("Text_occam_directory", "run_2");
+    click("Command_create_inversion");
+    const auto datum = [this](const char* folder) {
+      const std::string data = file_contents(folder_->path(folder) + "/occamdat");
+      return data.substr(data.find("     1           1       5"), 51);
+    };
+    QCOMPARE(datum("run"), std::string("     1           1       5       2.0000      0.1000"));
+    QCOMPARE(datum("run_2"), std::string("     1           1       5       2.0000      0.2171"));
+    choose(0);
+    QVERIFY(hint()->isVisible());
+    open_window();
+    QVERIFY(!hint()->isVisible());  // once a line
+  }
+
   void fits_a_small_screen() {
     open_window();
+    control<QLabel>("Label_file_errors_hint")->setText("The files give errors of their values");
+    control<QLabel>("Label_file_errors_hint")->show();
     QVERIFY(window_->minimumSizeHint().width() <= 1200);
     QVERIFY(window_->minimumSizeHint().height() <= 740);
     if (const QString pictures = qEnvironmentVariable("BRENLOX_PICTURES"); !pictures.isEmpty()) {
