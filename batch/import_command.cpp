@@ -24,6 +24,7 @@ using Module_data_file::DecodeRow;
 using Module_data_file::ImportChoices;
 using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
+using Module_data_file::StationsBy;
 using Module_data_file::TurnEy;
 
 struct ImportOptions {
@@ -35,6 +36,8 @@ struct ImportOptions {
   std::string extension = "edi";
   std::string report;
   std::string turn_ey;  // as typed; empty if it wasn't
+  bool by_sectid = false;
+  bool by_digits = false;  // of SECTID
   bool scan = false;
 };
 
@@ -199,6 +202,9 @@ int run_import_command(ImportOptions& options) {
   options.choices.turn_ey = options.turn_ey == "always" ? TurnEy::always
                             : options.turn_ey.empty()   ? TurnEy::never
                                                         : TurnEy::where_needed;
+  if (options.by_sectid) {
+    options.choices.stations_by = options.by_digits ? StationsBy::sectid_digits : StationsBy::sectid;
+  }
   // Without files this only checks the choices, before anything is opened.
   ImportReport nothing;
   if (Module_data_file::run_import(options.choices, {}, ImportMode::scan, nothing) != 0) {
@@ -253,8 +259,8 @@ Command add_import_command(Program& program) {
   parser.add_option("--start-station", choices.start_station, "station of the first section");
   parser.add_option("--station-step", choices.station_step, "from one section to the next, m")
       .shows_default();
-  parser.add_flag("--sectid-as-station", choices.sectid_as_station, "the number in SECTID is the station");
-  parser.add_flag("--sectid-digits", choices.sectid_digits,
+  parser.add_flag("--sectid-as-station", options->by_sectid, "the number in SECTID is the station");
+  parser.add_flag("--sectid-digits", options->by_digits,
                   "with --sectid-as-station: the last digits in SECTID, also behind letters");
   parser.add_flag("--from-impedance", choices.compute_from_impedance,
                   "compute resistivity and phase where a file has impedances only");

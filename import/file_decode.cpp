@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 #include <optional>
+#include <system_error>
 
 #include "core/calendar.h"
 #include "core/line_reader.h"
@@ -271,6 +272,12 @@ void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sam
 }
 
 }  // namespace
+
+std::string folder_of(const std::string& file) {
+  std::error_code failure;
+  const std::filesystem::path absolute = std::filesystem::absolute(file, failure);
+  return (failure ? std::filesystem::path(file) : absolute).lexically_normal().parent_path().string();
+}
 
 std::string choices_fault(ImportChoices& choices) {
   if (choices.ReferenceType < 0) {

@@ -29,6 +29,9 @@ struct SampleFields {
   std::string date;  // "21-Oct-2019"
 };
 
+/// The folder that a file stands in, as FolderLine names it: absolute, without dots.
+std::string folder_of(const std::string& file);
+
 /// The first fault of the choices, as its message words it; empty if they have none. A typed line is brought
 /// into its normal form on the way.
 std::string choices_fault(ImportChoices& choices);

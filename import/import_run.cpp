@@ -407,7 +407,8 @@ int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& r
 }  // namespace
 
 int run_import(const ImportChoices& choices, const std::vector<std::string>& files, ImportMode mode,
-               ImportReport& report, const FileBegins& file_begins, SharedStations shared) {
+               ImportReport& report, const FileBegins& file_begins, SharedStations shared,
+               const ImportPlan* /*plan*/) {
   ReadingRecord record;
   record.choices = choices;
   report = ImportReport{};

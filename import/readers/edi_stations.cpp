@@ -70,7 +70,8 @@ const std::set<double>& stations_of_file_before(ReadingRecord& record) {
 std::optional<double> station_of_head(FileTask& task) {
   ReadingRecord& record = task.record;
   const EdiNames& names = names_of_file(task);
-  const NamedStation named = station_of_sectid(names.DATAID, record.choices.sectid_digits);
+  const NamedStation named =
+      station_of_sectid(names.DATAID, record.choices.stations_by == StationsBy::sectid_digits);
   if (names.sections != 1 || !named.has_number) {
     return std::nullopt;
   }
@@ -106,7 +107,7 @@ void take_station_for_nameless(const EdiSectionHead& section, FileTask& task) {
 void take_station(const EdiSectionHead& section, FileTask& task) {
   ReadingRecord& record = task.record;
   record.station_rule = StationRule::own;
-  if (!record.choices.sectid_as_station) {
+  if (!by_sectid(record.choices)) {
     record.Station = record.run.next_station;
     return;
   }
@@ -114,7 +115,8 @@ void take_station(const EdiSectionHead& section, FileTask& task) {
   if (!has_name(section.SECTID)) {
     take_station_for_nameless(section, task);
   } else {
-    const NamedStation named = station_of_sectid(*section.SECTID, record.choices.sectid_digits);
+    const NamedStation named =
+        station_of_sectid(*section.SECTID, record.choices.stations_by == StationsBy::sectid_digits);
     record.Station = named.station;
     if (!named.has_number) {
       remark_unreadable(task.report, section.line_number,
@@ -161,7 +163,7 @@ void go_to_next_section(ReadingRecord& record, bool gave_readings) {
   if (!gave_readings) {
     return;
   }
-  if (!record.choices.sectid_as_station) {
+  if (!by_sectid(record.choices)) {
     // By its decimal text, so that steps of 0.1 don't gather a tail that no criterion would find.
     record.run.next_station =
         numeric_value(plain_text(record.run.next_station + decimal_of_single(record.StationSpacing)));
