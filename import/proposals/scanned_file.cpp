@@ -96,6 +96,9 @@ void scan_spectra(ScannedFile& file, FileReport& report) {
 void scan_edi(ScannedFile& file, FileReport& report) {
   FileReport ignored;
   file.place = formats::edi::read_edi_reference_place(file.path, ignored);
+  if (file.place && file.place->latitude == 0.0 && file.place->longitude == 0.0) {
+    file.place.reset();  // what programs write that don't know it
+  }
   if (file.format == format_edi_mt) {
     scan_impedances(file, report);
   } else {
