@@ -252,6 +252,10 @@ int run_import_command(ImportOptions& options) {
     options.report = path_from_here(options.report);
   }
   const FoundFiles files = find_files(options);
+  if (files.stopped) {
+    user_interface().show_message("Stopped; nothing is stored");
+    return status_failed;
+  }
   const safe_files::FilesInUse inputs(files_read(options, files.paths));
   if (files.paths.empty() ||
       trap_errors(report_failed, [&] { safe_files::refuse_input(options.report); }) != 0) {

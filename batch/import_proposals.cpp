@@ -47,8 +47,9 @@ void tell_missing(const ImportOptions& options, const std::string& path) {
 void look_into(FoundFiles& files, const std::set<std::string>& named) {
   std::vector<std::string> kept;
   for (const std::string& path : files.paths) {
-    if (user_interface().stop_requested()) {
-      break;
+    files.stopped = files.stopped || user_interface().stop_requested();
+    if (files.stopped) {
+      return;
     }
     ScannedFile file = scan_field_file(path);
     if (!named.contains(path) && !is_field_file(file)) {
@@ -140,6 +141,9 @@ FoundFiles find_files(const ImportOptions& options) {
       named.insert(files.paths.begin(), files.paths.end());
     }
     look_into(files, named);
+  }
+  if (files.stopped) {
+    return files;
   }
   for (const auto& [folder, found] : folders) {
     if (std::ranges::none_of(files.paths, [&](const std::string& path) { return found.contains(path); })) {

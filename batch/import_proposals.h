@@ -15,6 +15,7 @@ struct FoundFiles {
   std::vector<std::string> paths;
   std::vector<Module_data_file::ScannedFile> scanned;  // empty without a look
   std::size_t left_out = 0;  // that were found in folders of all kinds and are no field files
+  bool stopped = false;      // by the user, while they were looked into
   bool complete = true;      // each path that was given has files
 };
 
