@@ -365,8 +365,8 @@ void Form_main::survey_changed() {
 void Form_main::write_line_document() {
   const std::string path = Module_Brenlox::ask_for_line_document();
   // After a failure, which has been reported, the selection is as before.
-  if (!path.empty() &&
-      Module_display_data::write_line_document(path) == Module_averaged_data::Outcome::finished) {
+  if (!path.empty() && Module_display_data::write_line_document(path, display_->positions()) ==
+                           Module_averaged_data::Outcome::finished) {
     user_interface().show_message("The graphs of line " + session().current_line + " are written to " + path);
   }
 }

@@ -76,10 +76,14 @@ void RhoplusWindows::create_occam_inversion() {
     }
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
-  Form_occam(Module_output::rhoplus_settings(), steps, &main_window_)
+  const std::int32_t file_errors = Module_output::rhoplus_settings().use_file_errors;
+  Form_occam(Module_output::rhoplus_settings(), steps, &main_window_, display_.positions())
       .exec();  // the results window may be closed before this one
   put_back_display();
   if (results_) {
     results_->end_line_run();
+    if (Module_output::rhoplus_settings().use_file_errors != file_errors) {
+      results_->refresh_rhoplus_results();
+    }
   }
 }

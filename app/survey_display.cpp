@@ -27,6 +27,9 @@ SurveyDisplay::SurveyDisplay(const Panels& panels, QObject* parent)
 
 void SurveyDisplay::connect_panels() {
   connect(panels_.selection, &SelectionRow::chosen, this, &SurveyDisplay::apply);
+  connect(panels_.selection, &SelectionRow::positions_chosen, this, &SurveyDisplay::choose_positions);
+  connect(panels_.profile, &ProfilePanel::distances_wanted, this,
+          [this] { choose_positions(PositionSource::distances); });
   connect(panels_.station, &StationPanel::chosen, this, &SurveyDisplay::apply);
   connect(&raw_, &RawPanel::chosen, this, &SurveyDisplay::apply);
   connect(panels_.station, &StationPanel::edited, this, &SurveyDisplay::redraw);
@@ -62,8 +65,8 @@ void SurveyDisplay::connect_graphs() {
           });
   connect(&panels_.profile->graphs(), &GraphPairWidget::point_selected, this,
           [this, place](Component component, int series, int point) {
-            const PointClick click =
-                click_profile_point(component, place(series), place(point), clicked_frequency());
+            const PointClick click = click_profile_point(
+                component, place(series), panels_.profile->column_of(point), clicked_frequency());
             show_click(click);
             panels_.plan->show_status(qt_text(click.status_text));
           });
@@ -82,6 +85,7 @@ void SurveyDisplay::connect_graphs() {
 void SurveyDisplay::display_site_map() {
   if (session().station_count == 0) {
     SelectionLists lists;
+    axis_.reset();
     const bool read = fill_selection_lists(lists) == 0;
     show_survey(lists, read);
   } else if (session().current_station_index < 1) {
@@ -113,6 +117,7 @@ void SurveyDisplay::reload_readings() {
 }
 
 void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
+  axis_.forget_places();
   panels_.selection->fill(lists);
   panels_.plan->show_coordinates();
   if (read && session().station_count > 0) {
@@ -134,6 +139,7 @@ void SurveyDisplay::redraw() {
 void SurveyDisplay::clear() {
   shown_ = {};
   panels_.profile->clear();
+  panels_.profile->show_notice({});
   panels_.station->clear();
   raw_.clear();
   panels_.plan->show_raw_data(false);
@@ -167,13 +173,14 @@ void SurveyDisplay::apply(const Redisplay& redisplay) {
 void SurveyDisplay::draw(const Redisplay& redisplay) {
   const bool fixed_scale = panels_.selection->fixed_scale();
   follow_what_changed();
+  follow_line();
   if (redisplay.show_line || redisplay.mark_station) {
     panels_.selection->show_station();
   }
   if (redisplay.draw_profile) {
-    panels_.profile->display_profile();
+    panels_.profile->display_profile(axis_);
   } else if (redisplay.mark_station) {
-    panels_.profile->mark_station();
+    panels_.profile->mark_station(axis_);
   }
   if (redisplay.mark_station || redisplay.draw_station) {
     panels_.station->show_merged_switches();
@@ -212,6 +219,25 @@ void SurveyDisplay::follow_what_changed() {
     raw_.reset_zoom();
   }
   shown_ = std::move(now);
+}
+
+void SurveyDisplay::follow_line() {
+  if (axis_.take_line(session().current_line)) {
+    panels_.selection->show_by_distance(axis_.by_distance());
+    panels_.profile->show_notice(axis_.take_notice());
+  }
+}
+
+void SurveyDisplay::choose_positions(PositionSource source) {
+  const std::string refusal = axis_.choose(source);
+  panels_.selection->show_by_distance(axis_.by_distance());
+  panels_.profile->show_notice(refusal.empty() ? std::nullopt : std::optional(LineNotice{refusal, false}));
+  if (refusal.empty()) {
+    panels_.profile->reset_zoom();
+    Redisplay profile;
+    profile.draw_profile = true;
+    draw(profile);
+  }
 }
 
 /// Empty until a point of this station has been clicked.

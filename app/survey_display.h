@@ -6,6 +6,7 @@
 #include <string>
 
 #include "display/graph_clicks.h"
+#include "display/line_axis.h"
 #include "display/selection.h"
 #include "display/windows/graph_pair.h"
 #include "reduction/edits/undo.h"
@@ -42,6 +43,8 @@ class SurveyDisplay : public QObject {
   void redo();
   /// Shows a station of the survey, from 1.
   void display_station(int station_index, bool draw_profile = false);
+  /// What the profile takes the positions of the stations from.
+  [[nodiscard]] Module_display_data::PositionSource positions() const { return axis_.source(); }
 
   /// Data sets, selection, zoom and read-outs, for work that displays stations for itself.
   struct Kept {
@@ -82,6 +85,8 @@ class SurveyDisplay : public QObject {
   void show_survey(const Module_display_data::SelectionLists& lists, bool read);
   static Shown shown_now();
   void follow_what_changed();
+  void follow_line();
+  void choose_positions(Module_display_data::PositionSource source);
   [[nodiscard]] std::string clicked_frequency() const;
   void show_click(const Module_display_data::PointClick& click);
   void show_undone(const Module_averaged_data::UndoResult& result);
@@ -89,5 +94,6 @@ class SurveyDisplay : public QObject {
   Panels panels_;
   RawPanel& raw_;
   Shown shown_;
+  Module_display_data::LineAxis axis_;
   bool point_clicked_ = false;  // at this station; until then the frequency is only there for the commands
 };

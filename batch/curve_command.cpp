@@ -1,4 +1,5 @@
 // brenlox_batch curve: the stored curves of one component at one station.
+#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -14,6 +15,7 @@
 #include "core/user_interface.h"
 #include "database/frequency_store.h"
 #include "database/reading.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/averages.h"
 
@@ -39,16 +41,16 @@ std::string criteria_of(const CurveOptions& options) {
 }
 
 std::vector<StoredReading> load_repeats(const CurveOptions& options) {
-  std::string statement =
-      "SELECT * FROM ReadingsDataTable WHERE FileID>0 AND ReductionType = 0 AND " + criteria_of(options);
+  std::string criteria = "FileID>0 AND ReductionType = 0 AND " + criteria_of(options);
   if (options.rate) {
-    statement += " AND SampleRate = " + criterion_text(*options.rate);
+    criteria += " AND SampleRate = " + criterion_text(*options.rate);
   }
+  const Module_database::ReadingFacts facts(criteria);
   std::vector<StoredReading> repeats;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      statement + " ORDER BY SampleRate,EventNumber,ID");
+      "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY SampleRate,EventNumber,ID");
   for (; !rows.eof(); rows.move_next()) {
-    repeats.push_back(Module_database::read_reading(rows));
+    facts.add_to(repeats.emplace_back(Module_database::read_reading(rows)));
   }
   return repeats;
 }
@@ -109,6 +111,11 @@ int load_reduced(const CurveOptions& options, StoredReading& reading) {
 /// The shortest decimal of a single: 0.1, not 0.100000001.
 double json_number(float value) { return decimal_of_single(value); }
 
+/// An error, null where none is known.
+nlohmann::ordered_json error_json(float error) {
+  return is_absent(error) ? nlohmann::ordered_json() : nlohmann::ordered_json(json_number(error));
+}
+
 nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {
   nlohmann::ordered_json json;
   json["id"] = reading.ID;
@@ -116,9 +123,9 @@ nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {
   if (with_event) {
     json["event"] = reading.EventNumber;
   }
-  json["frequencies"] = nlohmann::ordered_json::array();
-  json["data"] = nlohmann::ordered_json::array();
-  json["mask"] = nlohmann::ordered_json::array();
+  for (const char* const list : {"frequencies", "data", "mask", "resistivity_error", "phase_error"}) {
+    json[list] = nlohmann::ordered_json::array();
+  }
   for (std::size_t index = 0; index < reading.curve.count(); ++index) {
     json["frequencies"].push_back(json_number(reading.curve.frequencies[index]));
     nlohmann::ordered_json fields = nlohmann::ordered_json::array();
@@ -127,6 +134,8 @@ nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {
     }
     json["data"].push_back(std::move(fields));
     json["mask"].push_back({reading.curve.counts_at(1, index), reading.curve.counts_at(2, index)});
+    json["resistivity_error"].push_back(error_json(reading.curve.error(1, index)));
+    json["phase_error"].push_back(error_json(reading.curve.error(2, index)));
   }
   json["use"] = {reading.UseReading, reading.UseResistivity, reading.UsePhase};
   json["res_offset"] = json_number(reading.ResOffset);
@@ -136,26 +145,57 @@ nlohmann::ordered_json to_json(const StoredReading& reading, bool with_event) {
 
 std::string shown(float value) { return is_absent(value) ? "-" : plain_text(value); }
 
-void print_table(const StoredReading& reading, bool reduced) {
+/// A column of the table: its heading, its unit, and its value at a point.
+struct Column {
+  const char* heading;
+  const char* unit;
+  std::function<float(std::size_t index)> value;
+};
+
+/// Errors are those that the files bring; deviations those of repeats, which derived curves alone have.
+std::vector<Column> columns_of(const StoredReading& reading) {
   using namespace Module_database;  // the field names
+  const Curve& curve = reading.curve;
+  const auto field = [&curve](Field number) {
+    return [&curve, number](std::size_t index) { return curve.value(number, index); };
+  };
+  const auto error = [&curve](Field number) {
+    return [&curve, number](std::size_t index) { return curve.error(number, index); };
+  };
+  std::vector<Column> columns{
+      {"Frequency", "Hz", [&curve](std::size_t index) { return curve.frequencies[index]; }}};
+  const auto add = [&](const char* heading, const char* unit, Field value, Field deviation) {
+    columns.push_back({heading, unit, field(value)});
+    columns.push_back({"Error", unit, error(value)});
+    if (reading.FileID < 0) {
+      columns.push_back({"Deviation", unit, field(deviation)});
+    }
+  };
+  add("Resistivity", "ohm-m", field_resistivity, field_resistivity_deviation);
+  add("Phase", "degrees", field_phase, field_phase_deviation);
+  return columns;
+}
+
+void print_table(const StoredReading& reading) {
   constexpr int width = 13;
-  const int resistivity_error = reduced ? field_resistivity_deviation : field_resistivity_error;
-  const int phase_error = reduced ? field_phase_deviation : field_phase_error;
   std::cout << "reading " << reading.ID << ", event " << reading.EventNumber
             << (reading.UseReading ? "" : ", not used")
             << (reading.UseResistivity ? "" : ", resistivity not used")
             << (reading.UsePhase ? "" : ", phase not used") << ", resistivity times "
             << plain_text(reading.ResOffset) << ", phase plus " << plain_text(reading.PhaseOffset) << '\n';
-  std::cout << std::right << std::setw(width) << "Frequency" << std::setw(width) << "Resistivity"
-            << std::setw(width) << "Error" << std::setw(width) << "Phase" << std::setw(width) << "Error"
-            << "  Mask\n";
-  std::cout << std::setw(width) << "Hz" << std::setw(width) << "ohm-m" << std::setw(width) << "ohm-m"
-            << std::setw(width) << "degrees" << std::setw(width) << "degrees" << '\n';
+  const std::vector<Column> columns = columns_of(reading);
+  std::cout << std::right;
+  for (const Column& column : columns) {
+    std::cout << std::setw(width) << column.heading;
+  }
+  std::cout << "  Mask\n";
+  for (const Column& column : columns) {
+    std::cout << std::setw(width) << column.unit;
+  }
+  std::cout << '\n';
   for (std::size_t index = 0; index < reading.curve.count(); ++index) {
-    std::cout << std::setw(width) << plain_text(reading.curve.frequencies[index]);
-    for (const int field : {static_cast<int>(field_resistivity), resistivity_error,
-                            static_cast<int>(field_phase), phase_error}) {
-      std::cout << std::setw(width) << shown(reading.curve.value(field, index));
+    for (const Column& column : columns) {
+      std::cout << std::setw(width) << shown(column.value(index));
     }
     std::cout << "  " << reading.curve.counts_at(1, index) << ' ' << reading.curve.counts_at(2, index)
               << '\n';
@@ -166,7 +206,7 @@ void print(const std::vector<StoredReading>& readings, const CurveOptions& optio
   const bool repeats = options.reduction == 0;
   if (!options.json) {
     for (const StoredReading& reading : readings) {
-      print_table(reading, !repeats);
+      print_table(reading);
     }
     return;
   }
@@ -214,9 +254,11 @@ Command add_curve_command(Program& program) {
       "--rate", options->rate,
       "scan rate, Hz; may be left out for a merged curve, for the repeats of all scan rates and for "
       "the average of a station that has one scan rate");
-  parser.add_flag("--json", options->json,
-                  "as JSON: id, file_id, frequencies, data (20 values a frequency), mask, use, res_offset, "
-                  "phase_offset; repeats as a list, with event. An absent value is -1e32");
+  parser.add_flag(
+      "--json", options->json,
+      "as JSON: id, file_id, frequencies, data (20 values a frequency), mask, resistivity_error "
+      "(ohm-m) and phase_error (degrees) of the files, null where none is known, use, res_offset, "
+      "phase_offset; repeats as a list, with event. An absent value is -1e32");
   return {parser, [options] {
             return with_open_survey(options->survey, options->reading.line,
                                     [&] { return show_curve(*options); });

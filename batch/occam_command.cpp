@@ -4,8 +4,11 @@
 
 #include "batch/command.h"
 #include "batch/reading_option.h"
+#include "batch/rhoplus_option.h"
 #include "core/user_interface.h"
 #include "occam/setup/create_inversion.h"
+#include "projections/line_distances.h"
+#include "projections/survey_projection.h"
 
 namespace Batch {
 namespace {
@@ -16,11 +19,24 @@ struct OccamOptions {
   std::string survey;
   Module_database::LineSelection reading;
   InversionInputs inputs;
+  Module_output::RhoplusSettings rhoplus;
 };
 
+/// Says where positions by station numbers are wrong.
+void warn_of_station_numbers(const std::string& line) {
+  const Module_projections::LineDistances distances = Module_projections::line_distances(line);
+  if (!distances.warning.empty()) {
+    user_interface().show_message(distances.warning + (distances.known() ? ": see --by-distance" : ""));
+  }
+}
+
 int create_run(const OccamOptions& options) {
+  static_cast<void>(Module_projections::apply_survey_projection());  // a survey may have none
+  if (options.inputs.positions == Module_occam::PositionSource::station_numbers) {
+    warn_of_station_numbers(options.reading.line);
+  }
   Module_occam::CreatedInversion created;
-  if (Module_occam::create_inversion(options.reading, options.inputs, {}, {}, created) != 0) {
+  if (Module_occam::create_inversion(options.reading, options.inputs, options.rhoplus, {}, created) != 0) {
     return -1;
   }
   if (created.stopped) {
@@ -73,6 +89,9 @@ void add_entries(Parser& parser, InversionInputs& inputs) {
   for (const Entry& entry : entries) {
     parser.add_option(entry.option, inputs.*entry.text, entry.help).shows_default();
   }
+  parser.add_flag(
+      "--by-distance", [&inputs] { inputs.positions = Module_occam::PositionSource::distances; },
+      "positions of the stations along the line from the places of the sites, not from station numbers");
   parser.add_switch_off("--standard-deviation", inputs.use_standard_error,
                         "errors of resistivities as standard deviations, not by the standard error formula");
   parser.add_switch_off("--no-rhoplus", inputs.use_rhoplus_error,
@@ -91,6 +110,7 @@ Command add_occam_command(Program& program) {
   parser.add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
       .required();
   add_entries(parser, options->inputs);
+  add_file_errors_flag(parser, options->rhoplus);
   add_overwrite_flag(parser, "replace an earlier inversion in the folder, which is kept in earlier_1");
   return {parser, [options] { return run_occam(*options); }};
 }

@@ -10,6 +10,8 @@
 #include "core/user_interface.h"
 #include "display/selection.h"
 #include "display/windows/line_document.h"
+#include "projections/line_distances.h"
+#include "projections/survey_projection.h"
 
 namespace Batch {
 namespace {
@@ -22,6 +24,7 @@ struct PlotsOptions {
   std::optional<std::int32_t> reference_type;
   std::string data_type;        // empty: the principal one
   std::optional<float> dipole;  // m
+  bool by_distance = false;
   std::string output;
 };
 
@@ -49,11 +52,22 @@ int select(const PlotsOptions& options) {
   return display_station(first_station_of_current_line(), {}).failed ? -1 : 0;
 }
 
+/// @return 0, or -1 after the reason why the line has no distances
+int require_distances(const std::string& line) {
+  static_cast<void>(Module_projections::apply_survey_projection());  // a survey may have none
+  const std::string refusal = Module_projections::line_distances(line).refusal;
+  if (!refusal.empty()) {
+    user_interface().show_message(refusal);
+  }
+  return refusal.empty() ? 0 : -1;
+}
+
 int write_plots(const PlotsOptions& options) {
-  if (select(options) != 0) {
+  if (select(options) != 0 || (options.by_distance && require_distances(options.line) != 0)) {
     return -1;
   }
-  const Module_averaged_data::Outcome outcome = write_line_document(options.output);
+  const Module_averaged_data::Outcome outcome = write_line_document(
+      options.output, options.by_distance ? PositionSource::distances : PositionSource::station_numbers);
   if (outcome == Module_averaged_data::Outcome::stopped) {
     user_interface().show_message("Stopped; nothing was written");
   }
@@ -88,6 +102,9 @@ Command add_plots_command(Program& program) {
                   data_types_help + std::string("; left out: the principal one"))
       .one_of_in_any_case(data_types());
   parser.add_option("--dipole", options->dipole, "dipole length, m; left out: the shortest one");
+  parser.add_flag(
+      "--by-distance", options->by_distance,
+      "the profile by metres along the line, from the places of the sites, not by station numbers");
   return {parser, [options] { return run_plots(*options); }};
 }
 

@@ -25,6 +25,13 @@ void add_rhoplus_options(Parser& parser, Module_output::RhoplusSettings& setting
   parser.add_switch_off("--no-static", settings.apply_static, "leave static shift corrections out");
   parser.add_switch_off("--keep-negative-phase", settings.exclude_negative_phase,
                         "use phases of 0 or less as well");
+  add_file_errors_flag(parser, settings);
+}
+
+void add_file_errors_flag(Parser& parser, Module_output::RhoplusSettings& settings) {
+  parser.add_flag(
+      "--file-errors", [&settings] { settings.use_file_errors = 1; },
+      "raise errors to those of the files where these are larger");
 }
 
 }  // namespace Batch

@@ -5,8 +5,11 @@
 
 namespace Batch {
 
-/// Adds --root, --floor, --phase-floor, --scale, --surface, --include-empty, --no-static and
-/// --keep-negative-phase; one that is left out keeps its default.
+/// Adds --root, --floor, --phase-floor, --scale, --surface, --include-empty, --no-static,
+/// --keep-negative-phase and --file-errors; one that is left out keeps its default.
 void add_rhoplus_options(Parser& parser, Module_output::RhoplusSettings& settings);
+
+/// Adds --file-errors alone.
+void add_file_errors_flag(Parser& parser, Module_output::RhoplusSettings& settings);
 
 }  // namespace Batch

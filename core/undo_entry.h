@@ -24,6 +24,14 @@ struct UndoStatic {
   float res_offset = 1.0F;  // multiplies resistivity
 };
 
+/// What was known of the errors and axes of a derived reading.
+struct UndoFacts {
+  std::int32_t id = 0;  // of their row; 0: there was none
+  std::vector<float> errors;
+  std::int32_t ey_turned = 0;
+  float hx_azimuth = 0.0F;  // degrees clockwise from north
+};
+
 /// What the row of an average or a merged curve held before an edit that computes it again.
 struct UndoDerived {
   std::int32_t id = 0;  // 0: there was no row
@@ -34,6 +42,7 @@ struct UndoDerived {
   std::vector<std::byte>
       frequency_bytes;  // FreqBinary and DataBinary, for where nothing is left to compute from
   std::vector<std::byte> data_bytes;
+  UndoFacts facts;
 };
 
 struct UndoReduction {

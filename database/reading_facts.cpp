@@ -1,6 +1,7 @@
 #include "database/reading_facts.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "core/number_text.h"
@@ -43,12 +44,33 @@ std::string of_readings(const std::string& criteria) {
          ")";
 }
 
+/// Writes the row that is being edited or added.
+void write_row(dao::Recordset& facts, std::span<const float> errors, const ReadingAxes& axes) {
+  facts.set_long("NumFrequencies", static_cast<std::int32_t>(errors.size() / error_count));
+  facts.set_binary("ErrorBinary", bytes_of(errors));
+  if (axes.EyTurned == ey_not_known) {
+    facts.set_null("EyTurned");
+  } else {
+    facts.set_long("EyTurned", axes.EyTurned);
+  }
+  if (is_absent(axes.HxAzimuth)) {
+    facts.set_null("HxAzimuth");
+  } else {
+    facts.set_single("HxAzimuth", axes.HxAzimuth);
+  }
+  facts.update();
+  open_survey().has_facts = true;
+}
+
 }  // namespace
 
 void write_facts(std::int32_t ReadingID, const Curve& curve, const ReadingAxes& axes) {
+  const bool known = !curve.errors.empty() || axes != ReadingAxes{};
+  if (!known && !open_survey().has_facts) {
+    return;
+  }
   dao::Recordset& facts = open_survey().reading_facts;
   facts.find_first(of_reading(ReadingID));
-  const bool known = !curve.errors.empty() || axes != ReadingAxes{};
   if (facts.no_match() && !known) {
     return;
   }
@@ -62,23 +84,14 @@ void write_facts(std::int32_t ReadingID, const Curve& curve, const ReadingAxes& 
   } else {
     facts.edit();
   }
-  facts.set_long("NumFrequencies", static_cast<std::int32_t>(curve.errors.size() / error_count));
-  facts.set_binary("ErrorBinary", bytes_of(curve.errors));
-  if (axes.EyTurned == ey_not_known) {
-    facts.set_null("EyTurned");
-  } else {
-    facts.set_long("EyTurned", axes.EyTurned);
-  }
-  if (is_absent(axes.HxAzimuth)) {
-    facts.set_null("HxAzimuth");
-  } else {
-    facts.set_single("HxAzimuth", axes.HxAzimuth);
-  }
-  facts.update();
+  write_row(facts, curve.errors, axes);
 }
 
 void read_facts(StoredReading& reading) {
   forget_facts(reading);
+  if (!open_survey().has_facts) {
+    return;
+  }
   const dao::Recordset row = open_survey().database.open_recordset("SELECT * FROM ReadingFactsTable WHERE " +
                                                                    of_reading(reading.ID));
   if (!row.eof()) {
@@ -88,6 +101,9 @@ void read_facts(StoredReading& reading) {
 }
 
 ReadingFacts::ReadingFacts(const std::string& criteria) {
+  if (!open_survey().has_facts) {
+    return;
+  }
   dao::Recordset rows = open_survey().database.open_recordset("SELECT *" + of_readings(criteria));
   for (; !rows.eof(); rows.move_next()) {
     facts_[rows.get_long("ReadingID")] = facts_of_row(rows);
@@ -99,6 +115,40 @@ void ReadingFacts::add_to(StoredReading& reading) const {
   if (const auto found = facts_.find(reading.ID); found != facts_.end()) {
     give(found->second.first, found->second.second, reading);
   }
+}
+
+FactsRow find_facts(std::int32_t ReadingID) {
+  dao::Recordset& facts = open_survey().reading_facts;
+  facts.find_first(of_reading(ReadingID));
+  if (facts.no_match()) {
+    return {};
+  }
+  auto [errors, axes] = facts_of_row(facts);
+  return {facts.get_long("ID"), std::move(errors), axes};
+}
+
+void put_back_facts(std::int32_t ReadingID, const FactsRow& row) {
+  dao::Recordset& facts = open_survey().reading_facts;
+  facts.find_first(of_reading(ReadingID));
+  const bool same_row = !facts.no_match() && facts.get_long("ID") == row.ID;
+  if (!facts.no_match() && !same_row) {
+    facts.delete_row();
+  }
+  if (row.ID == 0) {
+    return;
+  }
+  if (same_row) {
+    facts.edit();
+  } else {
+    facts.find_first("ID = " + format_number(row.ID, "0"));
+    const bool is_free = facts.no_match();
+    facts.add_new();
+    if (is_free) {
+      facts.set_long("ID", row.ID);
+    }
+    facts.set_long("ReadingID", ReadingID);
+  }
+  write_row(facts, row.errors, row.axes);
 }
 
 void delete_readings(const std::string& criteria) {

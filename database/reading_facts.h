@@ -36,6 +36,20 @@ class ReadingFacts {
   std::map<std::int32_t, std::pair<std::vector<float>, ReadingAxes>> facts_;  // by the reading's ID
 };
 
+/// The row that holds a reading's facts.
+struct FactsRow {
+  std::int32_t ID = 0;  // 0: there is none
+  std::vector<float> errors;
+  ReadingAxes axes;
+};
+
+/// The row of a reading. Throws dao::Error.
+FactsRow find_facts(std::int32_t ReadingID);
+
+/// Makes the facts of a reading what they were, in a row of the ID that it had, unless another reading's has
+/// that now. Throws dao::Error.
+void put_back_facts(std::int32_t ReadingID, const FactsRow& row);
+
 /// Deletes the readings that the criteria find, with their facts. Throws dao::Error.
 void delete_readings(const std::string& criteria);
 

@@ -79,6 +79,15 @@ std::string criteria(std::string_view line, double station) {
   return "SurveyLine = '" + std::string(line) + "' AND Station = " + criterion_text(station);
 }
 
+std::vector<Site> sites_where(const std::string& statement) {
+  std::vector<Site> sites;
+  dao::Recordset rows = open_survey().database.open_recordset(statement);
+  for (; !rows.eof(); rows.move_next()) {
+    sites.push_back(site_of(rows));
+  }
+  return sites;
+}
+
 }  // namespace
 
 std::optional<std::string> keep_site(const Site& site) {
@@ -97,7 +106,7 @@ std::optional<std::string> keep_site(const Site& site) {
   }
   const Site before = site_of(sites);
   Site after = before;
-  if (equal_ignoring_case(before.SurveyFile, given.SurveyFile)) {
+  if (before.SurveyFile.empty() || equal_ignoring_case(before.SurveyFile, given.SurveyFile)) {
     after = given;
     after.EySign = before.EySign;
   } else {
@@ -110,6 +119,24 @@ std::optional<std::string> keep_site(const Site& site) {
   return other_name ? std::optional(after.name) : std::nullopt;
 }
 
+void forget_site(std::string_view line, double station, std::string_view SurveyFile) {
+  dao::Recordset& sites = open_survey().sites;
+  sites.find_first(criteria(line, station));
+  if (sites.no_match() || !equal_ignoring_case(sites.get_text("SurveyFile"), SurveyFile)) {
+    return;
+  }
+  const std::int32_t EySign = sites.get_long("EySign");
+  if (EySign == ey_sign_by_rule) {
+    sites.delete_row();
+    return;
+  }
+  Site nothing;
+  nothing.EySign = EySign;
+  sites.edit();
+  write_site(sites, nothing);
+  sites.update();
+}
+
 std::optional<Site> find_site(std::string_view line, double station) {
   const dao::Recordset row =
       open_survey().database.open_recordset("SELECT * FROM SitesTable WHERE " + criteria(line, station));
@@ -117,13 +144,12 @@ std::optional<Site> find_site(std::string_view line, double station) {
 }
 
 std::vector<Site> listed_sites() {
-  std::vector<Site> sites;
-  dao::Recordset rows =
-      open_survey().database.open_recordset("SELECT * FROM SitesTable ORDER BY Val(SurveyLine),Station");
-  for (; !rows.eof(); rows.move_next()) {
-    sites.push_back(site_of(rows));
-  }
-  return sites;
+  return sites_where("SELECT * FROM SitesTable ORDER BY Val(SurveyLine),Station");
+}
+
+std::vector<Site> sites_of_line(std::string_view line) {
+  return sites_where("SELECT * FROM SitesTable WHERE SurveyLine = '" + std::string(line) +
+                     "' ORDER BY Station");
 }
 
 }  // namespace Module_database

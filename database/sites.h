@@ -34,10 +34,17 @@ struct Site {
 /// @return the name that the station keeps, if the file gives another one
 std::optional<std::string> keep_site(const Site& site);
 
+/// Takes back what a file has said of a station's site, as its readings go: name and place. EySign stays.
+/// What another file has said stays, too. Needs an open survey; throws dao::Error.
+void forget_site(std::string_view line, double station, std::string_view SurveyFile);
+
 /// The site of a station. Needs an open survey; throws dao::Error.
 std::optional<Site> find_site(std::string_view line, double station);
 
 /// All sites by line and station. Needs an open survey; throws dao::Error.
 std::vector<Site> listed_sites();
+
+/// Those of a line, by station. Needs an open survey; throws dao::Error.
+std::vector<Site> sites_of_line(std::string_view line);
 
 }  // namespace Module_database

@@ -113,6 +113,16 @@ StationRows find_location(double local_x, double local_y) {
   return rows;
 }
 
+bool has_own_map_place(const StationPlace& place) {
+  constexpr double same_place = 2.0;  // m; stations share a location that is less than 1.1 m away
+  StationRows grid;
+  grid.LocalX = place.local_x;
+  grid.LocalY = place.local_y;
+  map_from_survey_grid(grid);
+  const bool is_given = place.map_x != 0.0 || place.map_y != 0.0;  // heads without a place have zeros
+  return is_given && std::abs(place.map_x - grid.MapX) + std::abs(place.map_y - grid.MapY) > same_place;
+}
+
 double line_to_number(std::string_view line) {
   const std::string_view text = trimmed(line);
   const double number = numeric_value(text);

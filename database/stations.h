@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "core/session_state.h"
+
 namespace Module_database {
 
 inline constexpr std::int32_t no_row = -1;  // the ID of a row that isn't there
@@ -38,6 +40,10 @@ StationRows find_station(StationSearch mode, std::string_view line, double stati
 /// coordinates. Without one, LocationID is no_row and the map coordinates are computed from the survey
 /// grid. StationID stays no_row.
 StationRows find_location(double local_x, double local_y);
+
+/// Whether a station's map place says where it is. One that no file gave a place has what the survey grid
+/// makes of its local coordinates, and these are only its line and number again.
+bool has_own_map_place(const StationPlace& place);
 
 /// The number of a line text without its letter, negative for W and S: 200 for "200E", -200 for "200W".
 double line_to_number(std::string_view line);

@@ -54,6 +54,7 @@ void open_recordsets() {
   open(survey.projections, "SELECT * FROM [Projection Defintion Table]");
   open(survey.sites, "SELECT * FROM SitesTable");
   open(survey.reading_facts, "SELECT * FROM ReadingFactsTable");
+  survey.has_facts = !survey.reading_facts.eof();
 }
 
 void close_recordsets() {

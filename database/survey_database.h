@@ -29,6 +29,8 @@ struct OpenSurvey {
   dao::Recordset projections;
   dao::Recordset sites;
   dao::Recordset reading_facts;
+  // Whether that table has a row, or has had one since the opening: most surveys have none, and pay nothing.
+  bool has_facts = false;
   safe_files::FilesInUse files_in_use;  // the survey's own: no output may take their place
   // The changes that settle_idle_survey has met last, and those that are in the file.
   std::int64_t changes_seen = 0;

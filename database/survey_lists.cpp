@@ -29,6 +29,14 @@ void note_spelling(Spellings& spellings, const ListedStation& station) {
   }
 }
 
+ListedStation station_of(const dao::Recordset& row) {
+  return {row.get_long("ID"),
+          row.get_text("SurveyLine"),
+          row.get_double("Station"),
+          {row.get_double("LocalX"), row.get_double("LocalY"), row.get_double("MapX"), row.get_double("MapY"),
+           row.get_double("Elevation")}};
+}
+
 /// The values of a column in the files and in the readings, each once.
 template <class Value, class Read>
 std::set<Value> values_of(const std::string& column, Read read) {
@@ -50,11 +58,7 @@ std::vector<ListedStation> listed_stations() {
   dao::Recordset rows = open_survey().database.open_recordset(
       "SELECT * FROM StationsTable ORDER BY Val(SurveyLine),SurveyLine,Station");
   for (; !rows.eof(); rows.move_next()) {
-    stations.push_back({rows.get_long("ID"),
-                        rows.get_text("SurveyLine"),
-                        rows.get_double("Station"),
-                        {rows.get_double("LocalX"), rows.get_double("LocalY"), rows.get_double("MapX"),
-                         rows.get_double("MapY"), rows.get_double("Elevation")}});
+    stations.push_back(station_of(rows));
     note_spelling(spellings, stations.back());
   }
   const auto spelling_of = [&](const ListedStation& station) -> const Spelling& {
@@ -68,6 +72,23 @@ std::vector<ListedStation> listed_stations() {
   });
   for (ListedStation& station : stations) {
     station.line = spelling_of(station).line;
+  }
+  return stations;
+}
+
+std::vector<ListedStation> stations_with_readings(std::string_view line) {
+  const std::string name(line);
+  // All reductions that there are: with them the search goes through the index of a line's readings.
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT * FROM StationsTable WHERE SurveyLine = '" + name +
+      "' AND Station IN (SELECT Station FROM ReadingsDataTable WHERE LineNumber = '" + name +
+      "' AND (ReductionType = 0 OR ReductionType = 1 OR ReductionType = 2)) ORDER BY Station");
+  std::vector<ListedStation> stations;
+  for (; !rows.eof(); rows.move_next()) {
+    ListedStation station = station_of(rows);
+    if (stations.empty() || station.station > stations.back().station) {  // lines of two spellings: two rows
+      stations.push_back(std::move(station));
+    }
   }
   return stations;
 }

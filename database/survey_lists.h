@@ -22,6 +22,9 @@ struct ListedStation {
 /// All stations by the lines' numbers, then by their names; those of a line together, ascending.
 std::vector<ListedStation> listed_stations();
 
+/// The stations of a line that have readings, ascending.
+std::vector<ListedStation> stations_with_readings(std::string_view line);
+
 /// A line as the survey spells it; one without a station as it is given.
 std::string spelled_line(std::string_view line);
 

@@ -4,6 +4,7 @@
 
 #include "core/absent_value.h"
 #include "core/session_state.h"
+#include "reduction/data_sets/point_error.h"
 
 namespace Module_display_data {
 
@@ -36,12 +37,14 @@ bool shown(const Visibility& visibility, const Curve& curve, int field, std::siz
          (visibility.use_reading && component && curve.counts_at(field, point) == 1);
 }
 
-void fill_error(PanePlot& pane, const Curve& curve, int field, std::size_t point, double factor) {
-  const int deviation = field == field_resistivity ? Module_database::field_resistivity_deviation
-                                                   : Module_database::field_phase_deviation;
+void fill_error(PanePlot& pane, const Module_averaged_data::PointError& error, std::size_t point,
+                double factor) {
+  if (error.source == Module_averaged_data::ErrorSource::none) {
+    return;
+  }
   graph::PlotSeries& series = pane.table.series.back();
   series.error.resize(series.y.size(), graph::null_value);
-  series.error[point] = plotted(curve.value(deviation, point), factor);
+  series.error[point] = plotted(error.value, factor);
 }
 
 void fill_point(PanePlot& pane, const Curve& curve, int field, std::size_t point, bool is_shown,
@@ -81,8 +84,11 @@ void add_series(GraphPair& plot, std::size_t points) {
   add_series_to(plot.phase, points);
 }
 
-void add_curve(GraphPair& plot, const Curve& curve, const std::vector<std::int32_t>& list_position,
-               const Visibility& visibility, double resistivity_factor, ErrorBars error_bars) {
+void add_curve(GraphPair& plot, const Module_database::StoredReading& reading,
+               const std::vector<std::int32_t>& list_position, const Visibility& visibility,
+               double resistivity_factor, ErrorBars error_bars) {
+  using Module_averaged_data::point_error;
+  const Curve& curve = reading.curve;
   add_series(plot, curve.count());
   for (std::size_t point = 0; point < curve.count(); ++point) {
     const bool selected = session().frequencies.is_enabled(list_position[point]);
@@ -90,9 +96,9 @@ void add_curve(GraphPair& plot, const Curve& curve, const std::vector<std::int32
                selected && shown(visibility, curve, field_resistivity, point), resistivity_factor);
     fill_point(plot.phase, curve, field_phase, point,
                selected && shown(visibility, curve, field_phase, point), 1.0);
-    if (error_bars == ErrorBars::deviations) {
-      fill_error(plot.resistivity, curve, field_resistivity, point, resistivity_factor);
-      fill_error(plot.phase, curve, field_phase, point, 1.0);
+    if (error_bars == ErrorBars::shown) {
+      fill_error(plot.resistivity, point_error(reading, field_resistivity, point), point, resistivity_factor);
+      fill_error(plot.phase, point_error(reading, field_phase, point), point, 1.0);
     }
   }
 }
@@ -128,10 +134,6 @@ CurveExtents AxisExtents::extents() const {
   const auto of = [](const Extent& deciding, const Extent& all) { return deciding.empty() ? all : deciding; };
   return {of(deciding_.frequency, all_.frequency), of(deciding_.resistivity, all_.resistivity),
           of(deciding_.phase, all_.phase)};
-}
-
-bool has_deviations(const Module_database::StoredReading& reading) {
-  return reading.ID != 0 && reading.FileID < 0;
 }
 
 void set_frequency_axes(GraphPair& plot, const Extent& frequency) {

@@ -1,7 +1,7 @@
 // pane_plot.h: one graph, ready to be drawn: curves, styles, axes.
 //
 // Series and points of a plot are in the order of the data set that it shows, so that a point that is clicked
-// gives its place there.
+// gives its place there. The points of a profile go along its axis (profile_order).
 #pragma once
 #include <vector>
 
@@ -56,19 +56,15 @@ class AxisExtents {
   Module_averaged_data::Extent shifted_;
 };
 
-enum class ErrorBars { none, deviations };  // deviations: one standard deviation, from the curve
-
-/// Whether a reading's curve carries standard deviations: an average or a merged curve that was computed
-/// here. Other readings keep other things in those fields.
-bool has_deviations(const Module_database::StoredReading& reading);
+enum class ErrorBars { none, shown };  // shown: what point_error knows of each point
 
 /// Room for one more series of so many points in both panes, without data.
 void add_series(GraphPair& plot, std::size_t points);
 
-/// Adds a curve as a series. A point shows if its frequency is listed and enabled in session().frequencies
-/// and, while masked points are hidden, neither it nor its reading is switched off.
+/// Adds a reading's curve as a series. A point shows if its frequency is listed and enabled in
+/// session().frequencies and, while masked points are hidden, neither it nor its reading is switched off.
 /// @param resistivity_factor multiplies resistivity and its error
-void add_curve(GraphPair& plot, const Module_database::Curve& curve,
+void add_curve(GraphPair& plot, const Module_database::StoredReading& reading,
                const std::vector<std::int32_t>& list_position, const Visibility& visibility,
                double resistivity_factor, ErrorBars error_bars);
 

@@ -1,5 +1,6 @@
 #include "display/point_texts.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "core/number_text.h"
@@ -12,9 +13,13 @@
 namespace Module_display_data {
 
 namespace averaged = Module_averaged_data;
+using averaged::ErrorSource;
+using averaged::PointError;
 using Module_database::StoredReading;
 
 namespace {
+
+constexpr float few_hundredths = 0.1F;  // two decimals would show one digit of a smaller error
 
 std::string frequency_text(float frequency) { return format_number(frequency, "0.0000"); }
 
@@ -26,23 +31,56 @@ bool masked(const StoredReading& reading, std::size_t point, Component component
 
 std::string unit_of(Component component) { return component == Component::resistivity ? " ohm-m" : " deg"; }
 
-std::string value_text(float value, Component component) {
-  return format_number(value, "0.00") + unit_of(component);
+std::string source_text(ErrorSource source, std::size_t repeats) {
+  if (source == ErrorSource::file) {
+    return "error of the file";
+  }
+  return "standard deviation of " +
+         (repeats > 1 ? plain_text(static_cast<std::int64_t>(repeats)) : std::string("the")) + " repeats";
 }
 
-/// "103.27", with its standard deviation where the reading has one.
-std::string measured_text(const StoredReading& reading, std::size_t point, Component component,
-                          float factor) {
-  const int field = static_cast<int>(component) + 1;
-  const int deviation_field = component == Component::resistivity
-                                  ? Module_database::field_resistivity_deviation
-                                  : Module_database::field_phase_deviation;
-  const float deviation = has_deviations(reading) ? reading.curve.value(deviation_field, point) : 0.0F;
-  std::string text = format_number(factor * reading.curve.value(field, point), "0.00");
-  if (deviation > 0.0F) {
-    text += " \u00b1 " + format_number(factor * deviation, "0.00");
+/// "103.27 ohm-m", or "103.27 \u00b1 3.20 ohm-m (error of the file)".
+/// @param factor on both
+/// @param repeats how many a standard deviation is of; 0: not known
+std::string value_text(float value, const PointError& error, Component component, float factor,
+                       std::size_t repeats) {
+  const std::string text = format_number(factor * value, "0.00");
+  if (error.source == ErrorSource::none) {
+    return text + unit_of(component);
   }
-  return text + unit_of(component);
+  const float size = factor * error.value;
+  return text + " \u00b1 " + format_number(size, size < few_hundredths ? "0.0000" : "0.00") +
+         unit_of(component) + " (" + source_text(error.source, repeats) + ")";
+}
+
+/// How many of the repeats that are loaded count at a frequency.
+std::size_t repeats_at(float frequency, Component component) {
+  const int field = static_cast<int>(component) + 1;
+  std::size_t count = 0;
+  const auto& slots = averaged::data_sets().repeats.slots;
+  for (std::size_t slot = 1; slot < slots.size(); ++slot) {
+    const StoredReading& repeat = slots[slot].reading;
+    const auto& list = repeat.curve.frequencies;
+    const auto found = std::ranges::find(list, frequency);
+    const bool used =
+        repeat.UseReading && (component == Component::resistivity ? repeat.UseResistivity : repeat.UsePhase);
+    if (used && found != list.end() &&
+        repeat.curve.point_counts(field, static_cast<std::size_t>(found - list.begin()))) {
+      ++count;
+    }
+  }
+  return count;
+}
+
+/// Whether the repeats behind a curve of the station are those that are loaded. Those of a merged curve are
+/// where the station has one scan rate.
+bool are_loaded(const averaged::StationSlot& slot) {
+  const averaged::RepeatDataSet& repeats = averaged::data_sets().repeats;
+  const averaged::StationDataSet& station = averaged::data_sets().station;
+  const bool one_rate = station.scan_rates.size() == 1;
+  const float rate = slot.kind == averaged::StationSlotKind::merged && one_rate ? station.scan_rates.front()
+                                                                                : slot.SampleRate;
+  return averaged::same_station(repeats.key, station.key) && repeats.key.scan_rate == rate;
 }
 
 /// Name of the field file that a reading came from; empty for a derived one. A tool tip without it is better
@@ -61,9 +99,11 @@ std::string file_of(const StoredReading& reading) {
 }
 
 std::string reading_point_text(const std::string& series, const StoredReading& reading, std::size_t point,
-                               Component component, float factor) {
+                               Component component, float factor, std::size_t repeats) {
+  const auto field = static_cast<Module_database::Field>(static_cast<int>(component) + 1);
   std::string text = series + ": " + frequency_text(reading.curve.frequencies[point]) + " Hz, " +
-                     measured_text(reading, point, component, factor);
+                     value_text(reading.curve.value(field, point),
+                                averaged::point_error(reading, field, point), component, factor, repeats);
   if (masked(reading, point, component)) {
     text += ", masked";
   }
@@ -92,7 +132,8 @@ std::string raw_point_text(std::size_t slot, std::size_t point, Component compon
   if (slot > 0) {
     series += " (event " + format_number(reading.EventNumber, "0") + ")";
   }
-  return reading_point_text(series, reading, point, component, 1.0F);
+  return reading_point_text(series, reading, point, component, 1.0F,
+                            repeats_at(reading.curve.frequencies[point], component));
 }
 
 std::string station_point_text(std::size_t slot, std::size_t point, Component component) {
@@ -101,7 +142,10 @@ std::string station_point_text(std::size_t slot, std::size_t point, Component co
   }
   const auto& slots = averaged::data_sets().station.slots;
   const float factor = component == Component::resistivity ? slots.front().reading.ResOffset : 1.0F;
-  return reading_point_text(station_series_label(slot), slots[slot].reading, point, component, factor);
+  const StoredReading& reading = slots[slot].reading;
+  const std::size_t repeats =
+      are_loaded(slots[slot]) ? repeats_at(reading.curve.frequencies[point], component) : 0;
+  return reading_point_text(station_series_label(slot), reading, point, component, factor, repeats);
 }
 
 std::string profile_point_text(std::size_t frequency_index, std::size_t column, Component component) {
@@ -111,12 +155,13 @@ std::string profile_point_text(std::size_t frequency_index, std::size_t column, 
   }
   const averaged::ProfileColumn& at = data.columns[column];
   const bool resistivity = component == Component::resistivity;
-  const float value =
-      resistivity ? at.ResOffset * at.resistivity[frequency_index] : at.phase[frequency_index];
+  const float value = resistivity ? at.resistivity[frequency_index] : at.phase[frequency_index];
+  const averaged::PointError& error = at.errors[frequency_index][static_cast<std::size_t>(component)];
+  const float factor = resistivity ? at.ResOffset : 1.0F;
   const bool off = !at.UseReading || !(resistivity ? at.UseResistivity : at.UsePhase) ||
                    at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
   return "Station " + plain_text(at.station) + ": " + frequency_text(data.frequencies[frequency_index]) +
-         " Hz, " + value_text(value, component) + (off ? ", masked" : "");
+         " Hz, " + value_text(value, error, component, factor, 0) + (off ? ", masked" : "");
 }
 
 }  // namespace Module_display_data

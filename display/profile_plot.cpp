@@ -1,5 +1,11 @@
 #include "display/profile_plot.h"
 
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <optional>
+#include <vector>
+
 #include "core/absent_value.h"
 #include "core/session_state.h"
 #include "reduction/data_sets/data_sets.h"
@@ -13,15 +19,49 @@ using Module_averaged_data::ProfileDataSet;
 
 namespace {
 
-void add_frequency(GraphPair& plot, const ProfileDataSet& data, std::size_t i) {
+/// A column of the data set and its place on the axis.
+struct PlacedColumn {
+  const ProfileColumn* column = nullptr;
+  std::optional<double> x;
+};
+
+std::vector<PlacedColumn> placed_columns(const LineAxis& axis, const ProfileDataSet& data) {
+  std::vector<PlacedColumn> placed;
+  for (const std::size_t index : profile_order(axis)) {
+    placed.push_back({&data.columns[index], axis.x_of(data.columns[index].station)});
+  }
+  return placed;
+}
+
+/// The outermost places with half the mean spacing beside them; 1 m where all are at one place.
+graph::AxisLimits limits_of(const std::vector<PlacedColumn>& columns) {
+  graph::DataExtent extent;
+  std::size_t count = 0;
+  for (const PlacedColumn& column : columns) {
+    if (column.x) {
+      extent.include(*column.x);
+      ++count;
+    }
+  }
+  graph::AxisLimits limits;
+  if (count > 0) {
+    const double length = extent.maximum - extent.minimum;
+    const double margin = length > 0.0 ? 0.5 * length / static_cast<double>(count - 1) : 1.0;
+    limits.minimum = extent.minimum - margin;
+    limits.maximum = extent.maximum + margin;
+  }
+  return limits;
+}
+
+void add_frequency(GraphPair& plot, const std::vector<PlacedColumn>& columns, std::size_t i) {
   const bool selected = session().frequencies.is_enabled(static_cast<std::int32_t>(i));
   const int used_style = graph::palette_style(static_cast<int>(i) + 1);
-  add_series(plot, data.columns.size());
-  for (std::size_t j = 0; j < data.columns.size(); ++j) {
-    const ProfileColumn& column = data.columns[j];
+  add_series(plot, columns.size());
+  for (std::size_t j = 0; j < columns.size(); ++j) {
+    const ProfileColumn& column = *columns[j].column;
     const auto fill = [&](PanePlot& pane, float value, double factor, std::int32_t mask) {
-      pane.table.series[i].x[j] = column.station;
-      if (selected && !is_absent(double{value})) {
+      pane.table.series[i].x[j] = columns[j].x.value_or(0.0);
+      if (selected && columns[j].x && !is_absent(double{value})) {
         pane.table.series[i].y[j] = factor * double{value};
       }
       const int style = column.UseReading ? used_style : graph::unused_point;
@@ -74,18 +114,27 @@ CurveExtents line_extents(bool hide_masked) {
   return extents;
 }
 
-GraphPair profile_plot() {
+std::vector<std::size_t> profile_order(const LineAxis& axis) {
+  const std::vector<ProfileColumn>& columns = Module_averaged_data::data_sets().profile.columns;
+  std::vector<std::size_t> order(columns.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::ranges::stable_sort(order, {}, [&](std::size_t index) {
+    return axis.x_of(columns[index].station).value_or(std::numeric_limits<double>::infinity());
+  });
+  return order;
+}
+
+GraphPair profile_plot(const LineAxis& axis) {
   const ProfileDataSet& data = Module_averaged_data::data_sets().profile;
   GraphPair plot;
   if (data.columns.empty()) {
     return plot;
   }
+  const std::vector<PlacedColumn> columns = placed_columns(axis, data);
   for (std::size_t i = 0; i < data.frequencies.size(); ++i) {
-    add_frequency(plot, data, i);
+    add_frequency(plot, columns, i);
   }
-  const double margin = half_spacing(data);
-  plot.resistivity.x.minimum = data.columns.front().station - margin;
-  plot.resistivity.x.maximum = data.columns.back().station + margin;
+  plot.resistivity.x = limits_of(columns);
   plot.phase.x = plot.resistivity.x;
   set_value_axes(plot, line_extents(false), {0.2, 0.1}, shifted_resistivities(data));
   mark_points_beyond(plot);

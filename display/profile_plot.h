@@ -1,14 +1,20 @@
 // profile_plot.h: the graphs of a line: a curve along its stations for each frequency.
 #pragma once
+#include "display/line_axis.h"
 #include "display/pane_plot.h"
 
 namespace Module_display_data {
 
-/// The profile data set as graphs: series i is frequency i of the data set, point j its column j. Resistivity
-/// is multiplied by each station's static factor. Masked points and readings always show, whatever is hidden
-/// elsewhere: a gap along the line would look like a station without data. Readings that were taken out are
-/// grey. Empty without data.
-GraphPair profile_plot();
+/// The columns of the profile data set in the order of their places on an axis of its line; without distances
+/// that is their own order.
+std::vector<std::size_t> profile_order(const LineAxis& axis = {});
+
+/// The profile data set as graphs: series i is frequency i of the data set, point j the column that is at j
+/// in profile_order. Resistivity is multiplied by each station's static factor. Masked points and readings
+/// always show, whatever is hidden elsewhere: a gap along the line would look like a station without data.
+/// Readings that were taken out are grey. Empty without data. A station without a place on the axis isn't
+/// drawn.
+GraphPair profile_plot(const LineAxis& axis = {});
 
 /// The resistivities, without static factors, and phases of the line that decide the limits of axes: of the
 /// merged curves that are used, or of all where none is.

@@ -21,8 +21,7 @@ GraphPair raw_plot(bool fixed_scale) {
     const Visibility visibility{session().hide_masked_data, slot.reading.UseReading,
                                 slot.reading.UseResistivity, slot.reading.UsePhase};
     axes.include(slot.reading.curve, visibility, as_measured);
-    add_curve(plot, slot.reading.curve, slot.list_position, visibility, as_measured,
-              k == 0 && has_deviations(slot.reading) ? ErrorBars::deviations : ErrorBars::none);
+    add_curve(plot, slot.reading, slot.list_position, visibility, as_measured, ErrorBars::shown);
     graph::SeriesStyle style;
     if (!slot.reading.UseReading) {
       style.colour = graph::unused_colour;

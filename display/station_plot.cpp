@@ -54,8 +54,7 @@ graph::SeriesStyle style_of(const StationSlot& slot, std::size_t series) {
 
 /// Neighbours are there to be compared; their bars would hide the curve of the station itself.
 ErrorBars error_bars_of(const StationSlot& slot) {
-  return slot.kind != StationSlotKind::neighbour && has_deviations(slot.reading) ? ErrorBars::deviations
-                                                                                 : ErrorBars::none;
+  return slot.kind == StationSlotKind::neighbour ? ErrorBars::none : ErrorBars::shown;
 }
 
 void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot& own) {
@@ -77,7 +76,7 @@ GraphPair station_plot(bool fixed_scale) {
     const Visibility visibility{session().hide_masked_data, slot.reading.UseReading,
                                 slot.reading.UseResistivity, slot.reading.UsePhase};
     axes.include(slot.reading.curve, visibility, factor);
-    add_curve(plot, slot.reading.curve, slot.list_position, visibility, factor, error_bars_of(slot));
+    add_curve(plot, slot.reading, slot.list_position, visibility, factor, error_bars_of(slot));
     for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
       pane->series_styles.back() = style_of(slot, k);
       colour_neighbour(*pane, slot, data.slots.front());

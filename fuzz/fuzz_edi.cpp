@@ -6,7 +6,9 @@
 #include "core/line_reader.h"
 #include "formats/edi/edi_parser.h"
 #include "fuzz/input_file.h"
+#include "fuzz/sound_errors.h"
 #include "import/readers/edi_curves.h"
+#include "import/readers/edi_errors.h"
 
 using namespace Module_data_file;
 using namespace formats::edi;
@@ -17,16 +19,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     formats::FileReport report;
     LineReader reader(path);
     EdiMtParser parser(reader, report);
+    (void)parser.place();
     EdiSection section;
     Module_database::Curve curve;
     while (parser.next_section(section)) {
+      const ResistivityErrorKind kind = resistivity_error_kind(section);
       for (std::size_t element = 0; element < element_count; ++element) {
         compute_from_impedance(section, element);
       }
       if (has_turned_ey(section)) turn_ey(section);
       for (std::size_t element = 0; element < element_count; ++element) {
         fill_curve(section, element, curve);
-        if (curve.count() != section.frequencies.size()) std::abort();
+        fill_errors(section, element, kind, curve);
+        if (curve.count() != section.frequencies.size() || !has_sound_errors(curve)) std::abort();
       }
     }
   } catch (const std::exception&) {

@@ -7,6 +7,7 @@
 
 #include "formats/file_report.h"
 #include "fuzz/input_file.h"
+#include "fuzz/sound_errors.h"
 #include "import/readers/reader_table.h"
 #include "import/reading_record.h"
 #include "import/store_blocks.h"
@@ -27,7 +28,7 @@ bool is_sound(const Module_database::Curve& curve) {
   for (std::size_t index = 0; index < curve.count(); ++index) {
     if (curve.counts_at(1, index) != (curve.value(1, index) > 0.0F ? 1 : 0)) return false;
   }
-  return true;
+  return has_sound_errors(curve);
 }
 
 }  // namespace

@@ -122,6 +122,8 @@ void requery_stores() {
   open_survey().readings.requery();
   open_survey().stations.requery();
   open_survey().locations.requery();
+  open_survey().sites.requery();
+  open_survey().reading_facts.requery();
 }
 
 // Ends the file's transaction. The readings of an earlier import of the file are replaced only when all new

@@ -1,6 +1,7 @@
 // reading_record.h: the record that the import choices and a reader fill and the store writes to the survey.
 #pragma once
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -39,6 +40,22 @@ struct ScannedStation {
 struct MapPosition {
   double x = 0.0;  // m, east
   double y = 0.0;  // m, north
+};
+
+/// Where a file says that it was measured.
+struct SitePlace {
+  std::optional<double> latitude;   // degrees, north positive; either both or none
+  std::optional<double> longitude;  // degrees, east positive
+  std::optional<double> elevation;  // m
+  std::string datum;                // as the file names it; empty if it doesn't
+};
+
+/// A station that a file has come to, with what the file says of its site.
+struct FileSite {
+  std::string line;
+  double station = 0.0;
+  std::string name;                 // as the file has it; empty if it has none
+  std::optional<double> elevation;  // m, of the station itself
 };
 
 /// Where a section's station comes from.
@@ -81,6 +98,7 @@ struct ReadingRecord {
   std::string Filter;
 
   Module_database::Curve curve;
+  Module_database::ReadingAxes axes;
   std::int32_t StationID = -1;
   std::int32_t LocationID = -1;
   double LocalX = 0.0;  // m
@@ -96,7 +114,10 @@ struct ReadingRecord {
   std::optional<std::set<double>> earlier_stations;
 
   std::optional<formats::edi::EdiNames> edi_names;  // of the file, once they were asked for
-  std::string site;  // the name of the section's site; empty where the file says the station itself
+  std::string site;       // the name of the section's site; empty where the file says the station itself
+  std::string site_name;  // the same as the file has it; empty where it has none, though its own name serves
+  SitePlace place;        // of the file
+  std::map<LineStation, FileSite> sites;  // of the file's stations, as far as they have been stored
   StationRule station_rule = StationRule::own;
 
   std::vector<ScannedStation> scan_list;  // each once, in the order they were found

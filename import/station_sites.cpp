@@ -30,7 +30,7 @@ std::string label_in_survey(const std::string& file) { return file + " in the su
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // Whether a file's name has the site's name in it, and not as a part of a longer number: "100" in
-// "L200E_S0100_E1", but not in "1000". All that the survey knows of a site is the name of its file.
+// "L200E_S0100_E1", but not in "1000". That is all that a survey knows of a site whose file gave no name.
 bool names_site(std::string_view file, const Site& site) {
   std::string stem = upper_case(file.substr(file.find_last_of('/') + 1));
   const std::string file_name = stem;
@@ -62,13 +62,14 @@ bool names_site(std::string_view file, const Site& site) {
 bool is_edi_filter(std::string_view filter) { return filter == "EMIRes" || filter == "EMISpect"; }
 
 // Files of the survey that have readings at the station and are none of the import's.
-std::vector<std::string> others_in_survey(const std::vector<FilesAtStations::File>& files,
+std::vector<std::string> others_in_survey(const FilesAtStations::Station& known,
                                           const std::vector<Site>& sites,
                                           const std::set<std::int32_t>& own_rows) {
   std::vector<std::string> others;
-  for (const FilesAtStations::File& file : files) {
+  for (const FilesAtStations::File& file : known.files) {
     const auto is_other = [&](const Site& site) {
-      return !(site.says_station && file.says_station) && !names_site(file.name, site);
+      return !(site.says_station && file.says_station) && !equal_ignoring_case(known.site, site.name) &&
+             !names_site(file.name, site);
     };
     if (!own_rows.contains(file.ID) && std::ranges::any_of(sites, is_other)) {
       others.push_back(file.name);
@@ -120,8 +121,16 @@ FilesAtStations::Line FilesAtStations::read_line(const std::string& line) {
     const std::int32_t ID = rows.get_long("FileID");
     files.find_first("ID = " + format_number(ID, "0"));
     if (!files.no_match()) {
-      stations[rows.get_double("Station")].push_back(
+      stations[rows.get_double("Station")].files.push_back(
           {ID, files.get_text("SurveyFile"), !is_edi_filter(files.get_text("Filter"))});
+    }
+  }
+  rows = open_survey().database.open_recordset(
+      "SELECT Station,SiteName FROM SitesTable WHERE SurveyLine = '" + line + "'");
+  for (; !rows.eof(); rows.move_next()) {
+    const auto station = stations.find(rows.get_double("Station"));
+    if (station != stations.end()) {
+      station->second.site = rows.get_text("SiteName");
     }
   }
   return stations;
@@ -136,8 +145,8 @@ const FilesAtStations::Line& FilesAtStations::of_line(const std::string& line) {
   return known->second;
 }
 
-const std::vector<FilesAtStations::File>& FilesAtStations::at(const std::string& line, double station) {
-  static const std::vector<File> none;
+const FilesAtStations::Station& FilesAtStations::at(const std::string& line, double station) {
+  static const Station none;
   const Line& stations = of_line(line);
   const auto found = stations.find(station);
   return found == stations.end() ? none : found->second;

@@ -66,11 +66,15 @@ class FilesAtStations {
     std::string name;
     bool says_station = false;
   };
-  using Line = std::map<double, std::vector<File>>;  // by station
+  struct Station {
+    std::vector<File> files;
+    std::string site;  // its name; empty if the survey has none
+  };
+  using Line = std::map<double, Station>;  // by station
 
   /// Throws dao::Error.
   const Line& of_line(const std::string& line);
-  const std::vector<File>& at(const std::string& line, double station);
+  const Station& at(const std::string& line, double station);
 
  private:
   static Line read_line(const std::string& line);

@@ -15,6 +15,7 @@
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/reading_facts.h"
+#include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 
@@ -23,6 +24,7 @@ namespace Module_data_file {
 namespace {
 
 using Module_database::Curve;
+using Module_database::error_count;
 using Module_database::field_count;
 using Module_database::mask_count;
 
@@ -48,6 +50,16 @@ std::string row_criteria(const ReadingRecord& record) {
 }
 
 std::string ID_criteria(std::int32_t ID) { return "ID = " + format_number(ID, "0"); }
+
+// What the file says of its stations may be another thing this time, and of other stations.
+void forget_sites_of_file(std::int32_t file_id, const std::string& name) {
+  dao::Recordset places = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT LineNumber,Station FROM ReadingsDataTable WHERE FileID = " +
+      format_number(file_id, "0"));
+  for (; !places.eof(); places.move_next()) {
+    Module_database::forget_site(places.get_text("LineNumber"), places.get_double("Station"), name);
+  }
+}
 
 // One statement: a search for each row would go through what is left of the file again and again.
 std::int32_t delete_readings_of_file(std::int32_t file_id, std::set<std::int32_t>& left) {
@@ -121,6 +133,7 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
   } else {
     notes.file_known = true;
     notes.earlier_name = rows.name;
+    forget_sites_of_file(row->second, rows.name);
     notes.replaced_readings = delete_readings_of_file(row->second, record.run.stations_left);
     files.find_first(ID_criteria(row->second));
     files.edit();
@@ -167,17 +180,23 @@ void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::s
 
 void store_data(const ReadingRecord& record, std::string_view data_type) {
   dao::Recordset& readings = Module_database::open_survey().readings;
-  readings.find_first("FileID = " + format_number(record.FileID, "0") +
-                      " AND SampleRate = " + criterion_text(stored_rate(record)) +
-                      " AND EventNumber = " + format_number(record.EventNumber, "0") + " AND DataType = '" +
-                      std::string(data_type) + "'");
-  if (readings.no_match()) {
+  const std::string criteria = "FileID = " + format_number(record.FileID, "0") +
+                               " AND SampleRate = " + criterion_text(stored_rate(record)) +
+                               " AND EventNumber = " + format_number(record.EventNumber, "0") +
+                               " AND DataType = '" + std::string(data_type) + "'";
+  readings.find_first(criteria);
+  const bool is_new = readings.no_match();
+  if (is_new) {
     readings.add_new();
   } else {
     readings.edit();
   }
   write_reading(readings, record, data_type);
   readings.update();
+  if (is_new) {
+    readings.find_first(criteria);  // its counter
+  }
+  Module_database::write_facts(readings.get_long("ID"), record.curve, record.axes);
   session().data_changed = true;
 }
 
@@ -206,6 +225,9 @@ bool sort_curve(Curve& curve) {
   reorder_groups(curve.frequencies, places, 1);
   reorder_groups(curve.data, places, field_count);
   reorder_groups(curve.mask, places, mask_count);
+  if (!curve.errors.empty()) {
+    reorder_groups(curve.errors, places, error_count);
+  }
   return false;
 }
 

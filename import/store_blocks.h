@@ -21,19 +21,21 @@ struct StoreNotes {
 const FileRows* rows_of_earlier_import(ReadingRecord& record);
 
 /// Writes the header members of the record to FileTable and sets its FileID. If an earlier import stored the
-/// file with its event, the readings of that row are deleted, and it is written again; all rows of the file
+/// file with its event, the readings of that row are deleted with what the file said of the sites of their
+/// stations, and it is written again; all rows of the file
 /// take the name that it has now, unless another file of the survey goes by it.
 /// @return 0, or -1 after a message
 [[nodiscard]] int store_header_block(ReadingRecord& record, StoreNotes& notes);
 
-/// Writes the curve of the record, brought into ascending order of frequency, as one reading, and adds
-/// its frequencies to the frequency list. Within a file a reading is the same if data type, event and scan
-/// rate are the same; it is written over. A merged reading is stored with a scan rate of 0.
+/// Writes the curve of the record, brought into ascending order of frequency, as one reading with its errors
+/// and axes, and adds its frequencies to the frequency list. Within a file a reading is the same if data
+/// type, event and scan rate are the same; it is written over. A merged reading is stored with a scan rate of
+/// 0.
 /// @return 0; -1 if the curve had to be sorted (it is stored all the same), or after a message
 [[nodiscard]] int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNotes& notes);
 
-/// Brings a curve into ascending order of frequency; fields and masks move along, and equal frequencies keep
-/// their order. @return true if it was in order already
+/// Brings a curve into ascending order of frequency; fields, masks and errors move along, and equal
+/// frequencies keep their order. @return true if it was in order already
 bool sort_curve(Module_database::Curve& curve);
 
 }  // namespace Module_data_file

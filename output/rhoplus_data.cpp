@@ -16,10 +16,12 @@ namespace {
 
 constexpr float min_resistivity = 0.001F;      // ohm-m: Rho+ takes logarithms
 constexpr float min_resistivity_error = 0.1F;  // ohm-m
+constexpr float longest_error = 9999999.0F;    // ohm-m; a longer one would be cut to its first digits
 
 struct Datum {
   float value = 0.0F;
   float error = 0.0F;
+  float file_error = 0.0F;
   bool used = false;
 };
 
@@ -28,7 +30,14 @@ float value_or_zero(const Curve& curve, int field, std::size_t position) {
   return curve.is_present(field, position) ? curve.value(field, position) : 0.0F;
 }
 
-Datum resistivity_at(const Curve& curve, std::size_t position, float scale, float floor_percent) {
+/// The error that the files give for a value, or 0 where they give none.
+/// @param factor  that multiplies the value
+float file_error(const Curve& curve, int field, std::size_t position, float factor) {
+  const float error = factor * curve.error(field, position);
+  return std::isfinite(error) ? std::max(error, 0.0F) : 0.0F;  // an absent one is far below 0
+}
+
+Datum resistivity_at(const Curve& curve, std::size_t position, float scale, const RhoplusSettings& settings) {
   using namespace Module_database;
   Datum rho;
   rho.used = curve.point_counts(field_resistivity, position);
@@ -37,7 +46,11 @@ Datum resistivity_at(const Curve& curve, std::size_t position, float scale, floa
       scale * value_or_zero(curve, rho.used ? field_resistivity_deviation : field_all_resistivity_deviation,
                             position);
   rho.value = std::max(rho.value, min_resistivity);
-  rho.error = std::max({rho.error, std::abs(rho.value) * floor_percent / 100.0F, min_resistivity_error});
+  if (rho.used && settings.use_file_errors == 1) {
+    rho.file_error = file_error(curve, field_resistivity, position, scale);
+  }
+  const float floor = std::abs(rho.value) * settings.resistivity_error_floor / 100.0F;
+  rho.error = std::max({rho.error, floor, min_resistivity_error, rho.file_error});
   return rho;
 }
 
@@ -48,7 +61,10 @@ Datum phase_at(const Curve& curve, std::size_t position, const RhoplusSettings& 
              !(settings.exclude_negative_phase == 1 && curve.value(field_phase, position) <= 0.0F);
   phi.value = value_or_zero(curve, phi.used ? field_phase : field_all_phase, position);
   phi.error = value_or_zero(curve, phi.used ? field_phase_deviation : field_all_phase_deviation, position);
-  phi.error = std::max(phi.error, settings.phase_error_floor);
+  if (phi.used && settings.use_file_errors == 1) {
+    phi.file_error = file_error(curve, field_phase, position, 1.0F);
+  }
+  phi.error = std::max({phi.error, settings.phase_error_floor, phi.file_error});
   return phi;
 }
 
@@ -62,8 +78,9 @@ std::string frequency_field(float frequency) {
 std::string data_line(float frequency, const Datum& rho, const Datum& phi) {
   const auto flag = [](bool used) { return used ? " 1" : " 0"; };
   return frequency_field(frequency) + pad_field(format_number(rho.value, "0.00"), 12) +
-         pad_field(format_number(rho.error, "0.00"), 10) + pad_field(format_number(phi.value, "0.00"), 10) +
-         pad_field(format_number(phi.error, "0.00"), 10) + flag(rho.used) + flag(phi.used) + "\r\n";
+         pad_field(format_number(std::min(rho.error, longest_error), "0.00"), 10) +
+         pad_field(format_number(phi.value, "0.00"), 10) + pad_field(format_number(phi.error, "0.00"), 10) +
+         flag(rho.used) + flag(phi.used) + "\r\n";
 }
 
 void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Datum& phi) {
@@ -75,6 +92,7 @@ void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Dat
   row.phase_error = phi.error;
   row.use_resistivity = rho.used ? 1.0F : 0.0F;
   row.use_phase = phi.used ? 1.0F : 0.0F;
+  tables.file_errors.push_back({rho.file_error, phi.file_error});
   tables.data_lines += data_line(frequency, rho, phi);
 }
 
@@ -96,7 +114,7 @@ RhoplusTables rhoplus_tables(const StoredReading& merged, const Frequencies& fre
     if (listed < 0) {
       continue;
     }
-    const Datum rho = resistivity_at(curve, position, scale, settings.resistivity_error_floor);
+    const Datum rho = resistivity_at(curve, position, scale, settings);
     const Datum phi = phase_at(curve, position, settings);
     if (rho.used || phi.used || settings.exclude_data != 1) {
       add_row(tables, frequency, rho, phi);

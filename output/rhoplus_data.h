@@ -1,7 +1,7 @@
 // rhoplus_data.h: a station's merged curve as the rows that Rho+ inversion takes, and its control file.
 //
 // Frequency Hz, ascending; resistivity ohm-m, with static factor and scale applied; phase degrees; errors are
-// one standard deviation, raised to the floors.
+// one standard deviation, raised to the floors and, as the settings say, to the errors of the files.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -23,8 +23,17 @@ struct RhoplusIndex {
   std::vector<std::int32_t> frequency_position;  // by row: index in the frequency list
 };
 
+/// What the files say of the values of a row: standard errors of resistivity, ohm-m, with static factor and
+/// scale applied, and of phase, degrees. 0 where they say nothing, where the point isn't used, and where the
+/// settings leave them out.
+struct FileErrors {
+  float resistivity = 0.0F;
+  float phase = 0.0F;
+};
+
 struct RhoplusTables {
   RhoplusData data;
+  std::vector<FileErrors> file_errors;  // by row
   RhoplusIndex index;
   std::string data_lines;       // of the control file
   std::string frequency_lines;  // of the control file: all enabled frequencies, also of rows left out

@@ -24,6 +24,7 @@ constexpr const char* written_scale_key = "RhoPlusphaseScale";
 constexpr const char* exclude_data_key = "RhoPlusExcludeData";
 constexpr const char* apply_static_key = "RhoPlusApplyStatic";
 constexpr const char* exclude_negative_phase_key = "RhoPlusExcludeNegativePhase";
+constexpr const char* use_file_errors_key = "RhoPlusUseFileErrors";
 
 std::string stored(const char* key) { return settings_store().value(application, section, key, no_value); }
 
@@ -67,6 +68,7 @@ RhoplusSettings load_rhoplus_settings() {
   take_choice(settings.exclude_data, stored(exclude_data_key));
   take_choice(settings.apply_static, stored(apply_static_key));
   take_choice(settings.exclude_negative_phase, stored(exclude_negative_phase_key));
+  take_choice(settings.use_file_errors, stored(use_file_errors_key));
   return settings;
 }
 
@@ -79,6 +81,7 @@ void save_rhoplus_settings(const RhoplusSettings& settings) {
   store(exclude_data_key, format_number(settings.exclude_data, "0"));
   store(apply_static_key, format_number(settings.apply_static, "0"));
   store(exclude_negative_phase_key, format_number(settings.exclude_negative_phase, "0"));
+  store(use_file_errors_key, format_number(settings.use_file_errors, "0"));
 }
 
 void enter_root_name(RhoplusSettings& settings, const std::string& text) {

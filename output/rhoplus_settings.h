@@ -14,6 +14,7 @@ struct RhoplusSettings {
   std::int32_t exclude_data = 1;         // 1: frequencies without any used value are left out
   std::int32_t apply_static = 1;         // 1: the static factor of the merged curve multiplies resistivities
   std::int32_t exclude_negative_phase = 1;  // 1: a phase of 0 or less counts as unused
+  std::int32_t use_file_errors = 0;  // 1: no error is below that of the point's files, also in a 2D run
 };
 
 /// The user's current settings: loaded when the program starts, edited in the options window. Whoever opens a

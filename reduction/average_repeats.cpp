@@ -1,34 +1,44 @@
 #include <utility>
+#include <vector>
 
 #include "core/trap_errors.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "reduction/common_axes.h"
 #include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
 #include "reduction/repeat_sums.h"
 
 namespace Module_averaged_data {
 
-using Module_database::Curve;
-
 namespace {
 
 constexpr float average_merge_frequency = -1.0F;  // stored with every average; nothing reads it
 
-/// The average of all repeats of a key that are switched on; empty if none is.
-Curve average_of_repeats(const ReadingKey& key, std::int32_t StationID, const Frequencies& frequencies) {
+/// The average of all repeats of a key that are switched on, and their axes; empty if none is.
+StoredReading average_of_repeats(const ReadingKey& key, std::int32_t StationID,
+                                 const Frequencies& frequencies) {
+  const std::string criteria = key_criteria("FileID>0", StationID, "ReductionType=0", key);
   dao::Recordset repeats = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM ReadingsDataTable WHERE " + key_criteria("FileID>0", StationID, "ReductionType=0", key) +
-      " ORDER BY EventNumber");
+      "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY EventNumber");
   if (repeats.eof() || repeats.get_long("NumFrequencies") < 1) {
     return {};
   }
+  const Module_database::ReadingFacts facts(criteria);
   RepeatSums sums(frequencies.list);
+  std::vector<Module_database::ReadingAxes> axes;
   for (; !repeats.eof(); repeats.move_next()) {
     if (repeats.get_bit("UseReading")) {
-      sums.add(Module_database::read_reading(repeats));
+      StoredReading repeat = Module_database::read_reading(repeats);
+      facts.add_to(repeat);
+      axes.push_back(repeat.axes);
+      sums.add(repeat);
     }
   }
-  return sums.average();
+  StoredReading average;
+  average.curve = sums.average();
+  average.axes = common_axes(axes);
+  return average;
 }
 
 /// Stores an average. What the user has set on an earlier one stays, as long as it has as many frequencies.
@@ -39,6 +49,7 @@ void store_average(const ReadingKey& key, const StationRows& place, StoredReadin
   if (earlier && earlier->curve.count() == average.curve.count()) {
     average.curve.mask = kept_mask(earlier->curve, average.curve);
     earlier->curve = std::move(average.curve);
+    earlier->axes = average.axes;
     average = std::move(*earlier);
     overrides = Overrides::keep;
   } else if (earlier) {
@@ -51,8 +62,7 @@ void store_average(const ReadingKey& key, const StationRows& place, StoredReadin
 
 StoredReading compute_average(const StationRows& place, const ReadingKey& key,
                               const Frequencies& frequencies) {
-  StoredReading average;
-  average.curve = average_of_repeats(key, place.StationID, frequencies);
+  StoredReading average = average_of_repeats(key, place.StationID, frequencies);
   if (average.curve.count() == 0) {
     return {};
   }

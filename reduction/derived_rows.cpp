@@ -158,6 +158,7 @@ void store_derived_row(const std::string& criteria, std::int32_t reduction, floa
     reading.ID = readings.get_long("ID");
   }
   reading.FileID = derived_file;
+  Module_database::write_facts(reading.ID, reading.curve, reading.axes);
 }
 
 }  // namespace Module_averaged_data

@@ -41,7 +41,8 @@ std::vector<std::int32_t> kept_mask(const Module_database::Curve& stored,
 
 enum class Overrides { keep, write };  // whether flags and offsets of the row are written
 
-/// Writes a reading into the row of its ID, or into a new row if it has none, and sets its ID and FileID.
+/// Writes a reading with its facts into the row of its ID, or into a new row if it has none, and sets its ID
+/// and FileID.
 /// @param criteria what finds a new row again
 /// @param merge_frequency stored as MergeFrequency
 void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -37,6 +38,29 @@ void reserve(Curve& curve, std::size_t count) {
   curve.mask.reserve(count * mask_count);
 }
 
+/// The error of what an average contributes; no_data where it has none.
+float contributed_error(const StoredReading& average, std::size_t quantity, std::size_t index) {
+  const float error = average.curve.error(static_cast<int>(quantity) + 1, index);
+  if (!(error >= 0.0F)) {
+    return no_data;
+  }
+  return quantity == 0 ? error * average.ResOffset : error;
+}
+
+/// Adds an error to that of the last point, which earlier contributions have unless this is the first one.
+void add_error(Curve& merged, std::size_t quantity, float error, bool is_first) {
+  float& sum = merged.error_at(static_cast<int>(quantity) + 1, merged.count() - 1);
+  if (is_first) {
+    sum = error;
+  } else {
+    sum = sum >= 0.0F && error >= 0.0F ? std::hypot(sum, error) : no_data;
+  }
+}
+
+bool have_errors(const Curve& merged, const StoredReading& average) {
+  return !merged.errors.empty() || !average.curve.errors.empty();
+}
+
 void append_contribution(Curve& merged, const StoredReading& average, std::size_t index) {
   merged.append(average.curve, index);
   const auto values = contribution(average, index);
@@ -45,6 +69,10 @@ void append_contribution(Curve& merged, const StoredReading& average, std::size_
   for (std::size_t quantity = 0; quantity < mask_count; ++quantity) {
     data[quantity] = values[quantity].value_or(no_data);
     contributions[quantity] = values[quantity] ? 1 : 0;
+    if (have_errors(merged, average)) {
+      const float error = values[quantity] ? contributed_error(average, quantity, index) : no_data;
+      add_error(merged, quantity, error, true);
+    }
   }
 }
 
@@ -56,7 +84,11 @@ void add_to_last(Curve& merged, const StoredReading& average, std::size_t index)
     if (!values[quantity]) {
       continue;
     }
-    if (double{data[quantity]} > present_above) {
+    const bool is_first = !(double{data[quantity]} > present_above);
+    if (have_errors(merged, average)) {
+      add_error(merged, quantity, contributed_error(average, quantity, index), is_first);
+    }
+    if (!is_first) {
       data[quantity] += *values[quantity];
       ++contributions[quantity];
     } else {
@@ -66,6 +98,15 @@ void add_to_last(Curve& merged, const StoredReading& average, std::size_t index)
   }
   const float* const source = &average.curve.data[index * field_count];
   std::copy(source + mask_count, source + field_count, data + mask_count);
+}
+
+void divide_error(Curve& merged, std::size_t quantity, std::size_t index, std::int32_t contributions) {
+  if (merged.errors.empty()) {
+    return;
+  }
+  float& error = merged.error_at(static_cast<int>(quantity) + 1, index);
+  const bool is_known = error >= 0.0F && std::isfinite(error);
+  error = is_known ? error / static_cast<float>(contributions) : no_data;
 }
 
 }  // namespace
@@ -110,6 +151,7 @@ Curve MergedCurve::finish() const {
       std::int32_t& mask = result.mask[index * mask_count + quantity];
       if (mask > 0) {
         value /= static_cast<float>(mask);
+        divide_error(result, quantity, index, mask);
       }
       mask = double{value} > present_above ? 1 : 0;
     }

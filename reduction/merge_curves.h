@@ -11,19 +11,21 @@ namespace Module_averaged_data {
 ///   resistivity  field 1 x ResOffset    (the static factor multiplies resistivity, not impedance)
 ///   phase        field 2 + PhaseOffset, degrees
 ///
+///   errors       sqrt(sum e^2) / n over the n values of each mean, those of resistivity times ResOffset;
+///                no_data if one of them has none, empty if no average has errors
+///
 /// A value that is masked, switched off or absent contributes nothing; its frequency still has its place.
 class MergedCurve {
  public:
   /// Adds one average. Frequencies are compared exactly; those that aren't above 0 are left out.
   void add(const Module_database::StoredReading& average);
 
-  [[nodiscard]] std::size_t count() const { return merged_.count(); }
-
   /// The merged curve: no_data where nothing contributed; masks are 1 where there is a value.
   [[nodiscard]] Module_database::Curve finish() const;
 
  private:
-  Module_database::Curve merged_;  // fields 1, 2 are sums, the masks numbers of contributions
+  // Fields 1, 2 are sums, the errors roots of sums of squares, the masks numbers of contributions.
+  Module_database::Curve merged_;
 };
 
 }  // namespace Module_averaged_data

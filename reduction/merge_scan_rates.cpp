@@ -1,9 +1,11 @@
 #include <utility>
+#include <vector>
 
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
+#include "reduction/common_axes.h"
 #include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
 #include "reduction/merge_curves.h"
@@ -29,16 +31,22 @@ std::vector<float> scan_rates_of(const ReadingKey& key, std::int32_t StationID) 
   return scan_rates;
 }
 
-/// Adds the averages of all scan rates that are switched on.
-void add_averages(const StationRows& place, ReadingKey key, const Frequencies& frequencies,
-                  MergedCurve& merged) {
+/// The averages of all scan rates that are switched on, merged, and their axes.
+StoredReading merge_averages(const StationRows& place, ReadingKey key, const Frequencies& frequencies) {
+  MergedCurve curve;
+  std::vector<Module_database::ReadingAxes> axes;
   for (const float scan_rate : scan_rates_of(key, place.StationID)) {
     key.scan_rate = scan_rate;
     const StoredReading average = find_or_compute(place, reduction_averaged, AllowRaw::yes, key, frequencies);
     if (average.ID != 0 && average.UseReading && (average.UseResistivity || average.UsePhase)) {
-      merged.add(average);
+      curve.add(average);
+      axes.push_back(average.axes);
     }
   }
+  StoredReading merged;
+  merged.curve = curve.finish();
+  merged.axes = common_axes(axes);
+  return merged;
 }
 
 /// Stores a merged curve. Flags and offsets of an earlier one stay; its masks stay as long as it has as many
@@ -52,6 +60,7 @@ void store_merged(const ReadingKey& key, const StationRows& place, StoredReading
   }
   if (earlier) {
     earlier->curve = std::move(merged.curve);
+    earlier->axes = merged.axes;
     merged = std::move(*earlier);
   }
   store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,
@@ -65,13 +74,10 @@ void store_merged(const ReadingKey& key, const StationRows& place, StoredReading
 
 StoredReading compute_merged(const StationRows& place, const ReadingKey& key,
                              const Frequencies& frequencies) {
-  MergedCurve curve;
-  add_averages(place, key, frequencies, curve);
-  if (curve.count() == 0) {
+  StoredReading merged = merge_averages(place, key, frequencies);
+  if (merged.curve.count() == 0) {
     return {};
   }
-  StoredReading merged;
-  merged.curve = curve.finish();
   ReadingKey merged_key = key;
   merged_key.scan_rate = merged_scan_rate;
   store_merged(merged_key, place, merged);

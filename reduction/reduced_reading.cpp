@@ -3,6 +3,7 @@
 
 #include "core/number_text.h"
 #include "core/trap_errors.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
@@ -24,7 +25,9 @@ std::optional<StoredReading> stored_reading(std::string_view file_test, std::int
   if (row.get_long("NumFrequencies") < 1) {
     return StoredReading{};
   }
-  return Module_database::read_reading(row);
+  StoredReading reading = Module_database::read_reading(row);
+  Module_database::read_facts(reading);
+  return reading;
 }
 
 /// Averages the scan rates of a key that have no average yet: where nobody has looked at a station there are

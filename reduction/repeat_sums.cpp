@@ -10,6 +10,7 @@
 namespace Module_averaged_data {
 
 using Module_database::Curve;
+using Module_database::error_count;
 using Module_database::field_count;
 using Module_database::field_impedance_real;
 using Module_database::mask_count;
@@ -41,18 +42,24 @@ float deviation(float sum, float squares, std::int32_t n) {
   return static_cast<float>(std::sqrt(std::max(variance, 0.0)));
 }
 
+/// Whether a value of a repeat takes part in its mean.
+bool is_used(const StoredReading& repeat, std::size_t quantity, std::size_t index) {
+  return (quantity == 0 ? repeat.UseResistivity : repeat.UsePhase) &&
+         repeat.curve.point_counts(static_cast<int>(quantity) + 1, index);
+}
+
 }  // namespace
 
 RepeatSums::RepeatSums(std::span<const float> frequency_list)
     : frequency_list_(frequency_list), row_of_position_(frequency_list.size(), -1) {}
 
-RepeatSums::Sums* RepeatSums::sums_at(float frequency) {
+std::optional<std::size_t> RepeatSums::row_at(float frequency) {
   std::size_t position = next_position_;
   // Neighbours in a repeat are mostly neighbours in the list; the search is for the rest.
   if (position >= frequency_list_.size() || frequency_list_[position] != frequency) {
     const auto found = basSearchSort::search_sorted(frequency_list_, frequency);
     if (found < 0) {
-      return nullptr;
+      return std::nullopt;
     }
     position = static_cast<std::size_t>(found);
   }
@@ -62,7 +69,7 @@ RepeatSums::Sums* RepeatSums::sums_at(float frequency) {
     row = static_cast<std::int32_t>(rows_.size());
     rows_.emplace_back();
   }
-  return &rows_[static_cast<std::size_t>(row)];
+  return static_cast<std::size_t>(row);
 }
 
 void RepeatSums::add(const StoredReading& repeat) {
@@ -75,21 +82,21 @@ void RepeatSums::add(const StoredReading& repeat) {
     if (!(repeat.curve.frequencies[index] > 0.0F)) {
       continue;
     }
-    if (Sums* sums = sums_at(repeat.curve.frequencies[index])) {
-      add_point(*sums, repeat, index);
+    if (const auto row = row_at(repeat.curve.frequencies[index])) {
+      add_point(rows_[*row], repeat, index);
+      add_errors(*row, repeat, index);
     }
   }
 }
 
 void RepeatSums::add_point(Sums& sums, const StoredReading& repeat, std::size_t index) {
   const float* const values = &repeat.curve.data[index * field_count];
-  const std::array<bool, mask_count> switched_on = {repeat.UseResistivity, repeat.UsePhase};
   for (std::size_t quantity = 0; quantity < mask_count; ++quantity) {
     const float value = values[quantity];
     if (!(value > no_data)) {
       continue;
     }
-    if (switched_on[quantity] && repeat.curve.point_counts(static_cast<int>(quantity) + 1, index)) {
+    if (is_used(repeat, quantity, index)) {
       sums.sum[used_values + quantity] += value;
       sums.sum[used_squares + quantity] = plus_square(sums.sum[used_squares + quantity], value);
       ++sums.used[quantity];
@@ -105,6 +112,21 @@ void RepeatSums::add_point(Sums& sums, const StoredReading& repeat, std::size_t 
   }
 }
 
+void RepeatSums::add_errors(std::size_t row, const StoredReading& repeat, std::size_t index) {
+  if (repeat.curve.errors.empty()) {
+    return;
+  }
+  error_rows_.resize(std::max(error_rows_.size(), row + 1));
+  ErrorSums& sums = error_rows_[row];
+  for (std::size_t quantity = 0; quantity < error_count; ++quantity) {
+    const double error{repeat.curve.error(static_cast<int>(quantity) + 1, index)};
+    if (error >= 0.0 && is_used(repeat, quantity, index)) {
+      sums.squares[quantity] += error * error;
+      ++sums.known[quantity];
+    }
+  }
+}
+
 Curve RepeatSums::average() const {
   Curve result;
   result.assign(rows_.size());
@@ -114,6 +136,7 @@ Curve RepeatSums::average() const {
     if (row >= 0) {
       result.frequencies[index] = frequency_list_[position];
       average_point(rows_[static_cast<std::size_t>(row)], result, index);
+      average_errors(static_cast<std::size_t>(row), result, index);
       ++index;
     }
   }
@@ -143,6 +166,20 @@ void RepeatSums::average_point(const Sums& sums, Curve& result, std::size_t inde
   for (std::size_t field = first_other; field < field_count; ++field) {
     if (sums.present[field] > 0) {
       values[field] = sums.sum[field] / static_cast<float>(sums.present[field]);
+    }
+  }
+}
+
+void RepeatSums::average_errors(std::size_t row, Curve& result, std::size_t index) const {
+  if (row >= error_rows_.size()) {
+    return;
+  }
+  const ErrorSums& sums = error_rows_[row];
+  for (std::size_t quantity = 0; quantity < error_count; ++quantity) {
+    const std::int32_t used = rows_[row].used[quantity];
+    const double error = std::sqrt(sums.squares[quantity]) / used;  // not a number where none is used
+    if (sums.known[quantity] == used && std::isfinite(error)) {
+      result.error_at(static_cast<int>(quantity) + 1, index) = static_cast<float>(error);
     }
   }
 }

@@ -4,7 +4,9 @@
 // the deviations of a survey stay the same to the last digit, whatever machine it is averaged on.
 #pragma once
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -30,6 +32,9 @@ class RepeatSums {
   ///   fields 9..20   mean of the present values, 0 if there is none
   ///   masks          1 where fields 1, 2 have a value
   ///
+  ///   errors         sqrt(sum e^2) / n over the n values of fields 1, 2, no_data if one of them has none;
+  ///                  empty if no repeat brings errors
+  ///
   /// A deviation whose squares exceed the single range is no_data.
   [[nodiscard]] Module_database::Curve average() const;
 
@@ -42,13 +47,22 @@ class RepeatSums {
     std::array<std::int32_t, Module_database::mask_count> used{};
   };
 
-  Sums* sums_at(float frequency);
+  // Most surveys were read without errors and have no such rows.
+  struct ErrorSums {
+    std::array<double, Module_database::error_count> squares{};
+    std::array<std::int32_t, Module_database::error_count> known{};  // used values that have an error
+  };
+
+  std::optional<std::size_t> row_at(float frequency);
   static void add_point(Sums& sums, const Module_database::StoredReading& repeat, std::size_t index);
+  void add_errors(std::size_t row, const Module_database::StoredReading& repeat, std::size_t index);
   void average_point(const Sums& sums, Module_database::Curve& result, std::size_t index) const;
+  void average_errors(std::size_t row, Module_database::Curve& result, std::size_t index) const;
 
   std::span<const float> frequency_list_;
   std::vector<std::int32_t> row_of_position_;  // -1: no repeat has this frequency of the list
   std::vector<Sums> rows_;                     // in the order in which frequencies turned up
+  std::vector<ErrorSums> error_rows_;          // in the same order, as far as errors turned up
   std::size_t next_position_ = 0;              // where the frequency after the last one would be
   int used_repeats_ = 0;                       // added so far, those switched off not counted
 };

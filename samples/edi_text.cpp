@@ -1,5 +1,7 @@
 #include "samples/edi_text.h"
 
+#include <cmath>
+#include <cstdint>
 #include <string_view>
 
 #include "core/number_text.h"
@@ -15,12 +17,23 @@ constexpr std::array<std::string_view, 4> element_names{"XX", "XY", "YX", "YY"};
 
 std::string metres(double value) { return format_number(value, "0.0"); }
 
+/// "-34:20:28.690"; a thousandth of a second is 3 cm.
+std::string degrees_minutes_seconds(double degrees) {
+  constexpr std::int64_t units_in_minute = 60000;  // thousandths of a second
+  const std::int64_t units = std::llround(std::abs(degrees) * 60.0 * static_cast<double>(units_in_minute));
+  const std::int64_t minutes = units / units_in_minute;
+  return (degrees < 0.0 ? "-" : "") + std::to_string(minutes / 60) + ':' + format_number(minutes % 60, "00") +
+         ':' + format_number(static_cast<double>(units % units_in_minute) / 1000.0, "00.000");
+}
+
 void append_head(const EdiSection& section, std::string& text) {
   text +=
       ">HEAD\n  DATAID=\"" + section.data_id +
       "\"\n  ACQBY=\"Brenlox sample survey\"\n  FILEBY=\"brenlox_make_samples\"\n  ACQDATE=" + section.date +
-      "\n  FILEDATE=" + section.date + "\n  ELEV=" + metres(section.elevation) +
-      "\n  UNITS=M\n  STDVERS=\"SEG 1.0\"\n  MAXSECT=1\n  EMPTY=1.0E+32\n\n>INFO\n" + section.remark + '\n';
+      "\n  FILEDATE=" + section.date + "\n  LAT=" + degrees_minutes_seconds(section.latitude) +
+      "\n  LONG=" + degrees_minutes_seconds(section.longitude) + "\n  ELEV=" + metres(section.elevation) +
+      "\n  DATUM=WGS84\n  UNITS=M\n  STDVERS=\"SEG 1.0\"\n  MAXSECT=1\n  EMPTY=1.0E+32\n\n>INFO\n" +
+      section.remark + '\n';
 }
 
 // The electric dipoles are centred on the station. Ey's second electrode lies to the west.
@@ -35,6 +48,8 @@ void append_channels(const EdiSection& section, std::string& text) {
     return " X" + end + "=" + metres(x) + " Y" + end + "=" + metres(y) + " Z" + end + "=" + height;
   };
   text += ">=DEFINEMEAS\n  MAXCHAN=4\n  MAXRUN=1\n  MAXMEAS=4\n  UNITS=M\n  REFTYPE=CART\n";
+  text += "  REFLAT=" + degrees_minutes_seconds(section.latitude) +
+          "\n  REFLONG=" + degrees_minutes_seconds(section.longitude) + "\n  REFELEV=" + height + '\n';
   text += ">HMEAS ID=1001.001 CHTYPE=HX" + place + " AZM=0.0\n";
   text += ">HMEAS ID=1002.001 CHTYPE=HY" + place + " AZM=90.0\n";
   text += ">EMEAS ID=1003.001 CHTYPE=EX" + electrode("", section.north - half, section.east) +
@@ -70,8 +85,9 @@ void append_impedances(const EdiSection& section, std::size_t element, std::stri
   const std::string tag = "Z" + std::string(element_names[element]);
   append_block(tag + "R ROT=NORTH", each(section, [&](auto k) { return tensor.impedance[k].real(); }), text);
   append_block(tag + "I ROT=NORTH", each(section, [&](auto k) { return tensor.impedance[k].imag(); }), text);
+  // Of the complex value: both parts have the deviation.
   append_block(tag + ".VAR ROT=NORTH",
-               each(section, [&](auto k) { return tensor.deviation[k] * tensor.deviation[k]; }), text);
+               each(section, [&](auto k) { return 2.0 * tensor.deviation[k] * tensor.deviation[k]; }), text);
 }
 
 // Errors by first-order propagation: d rho / rho = 2 d|Z| / |Z|, d phi = d|Z| / |Z|.

@@ -1,7 +1,7 @@
 // edi_text.h: the text of an EDI file with one section of impedances, resistivities and phases.
 //
 // Arrays run over the frequencies of the section. Impedances are in mV/km/nT, errors are one standard
-// deviation.
+// deviation. Latitude and longitude are those of WGS 84.
 #pragma once
 #include <array>
 #include <complex>
@@ -20,6 +20,8 @@ struct EdiSection {
   std::string section_id;
   std::string date;                       // "05/14/11", month, day, year
   std::string remark;                     // for >INFO; lines end in LF
+  double latitude = 0.0;                  // degrees, north positive
+  double longitude = 0.0;                 // degrees, east positive
   double north = 0.0;                     // m
   double east = 0.0;                      // m
   double elevation = 0.0;                 // m

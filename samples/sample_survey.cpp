@@ -4,6 +4,7 @@
 #include <complex>
 
 #include "core/number_text.h"
+#include "numerics/constants.h"
 #include "samples/edi_text.h"
 #include "samples/random_numbers.h"
 
@@ -12,6 +13,10 @@ namespace {
 
 constexpr double map_east_origin = 500000.0;    // m
 constexpr double map_north_origin = 6200000.0;  // m
+
+// On WGS 84, where the map's origin lies in zone 54 S.
+constexpr double origin_latitude = -34.3413027;  // degrees
+constexpr double origin_longitude = 141.0;       // degrees
 
 struct Recording {  // what distinguishes one field file from another
   const SampleLine* line = nullptr;
@@ -78,6 +83,27 @@ void measure(const Recording& recording, std::uint64_t seed, EdiSection& section
   }
 }
 
+// North and east of the origin by the radii of curvature of WGS 84 there (Snyder 1987, Map Projections: A
+// Working Manual, 4-18 and 4-20), which is right to a centimetre over a kilometre. A receiver that is put
+// down for a moment is off by less than a metre.
+void locate(const Recording& recording, std::uint64_t seed, EdiSection& section) {
+  constexpr double equatorial_radius = 6378137.0;  // m
+  constexpr double eccentricity_squared = 0.00669437999014;
+  constexpr double largest_error = 0.7;  // m, in each direction
+  RandomNumbers random{static_cast<std::uint32_t>(seed), static_cast<std::uint32_t>(seed >> 32U),
+                       static_cast<std::uint32_t>(recording.line_index),
+                       static_cast<std::uint32_t>(std::lround(recording.station))};
+  const double north = recording.station + largest_error * (2.0 * random.uniform() - 1.0);
+  const double east = recording.line->local_east + largest_error * (2.0 * random.uniform() - 1.0);
+  const double latitude = origin_latitude * numerics::radians_per_degree;
+  const double flattened = 1.0 - eccentricity_squared * std::sin(latitude) * std::sin(latitude);
+  const double prime_vertical = equatorial_radius / std::sqrt(flattened);
+  const double meridian = prime_vertical * (1.0 - eccentricity_squared) / flattened;
+  section.latitude = origin_latitude + north / meridian * numerics::degrees_per_radian;
+  section.longitude =
+      origin_longitude + east / (prime_vertical * std::cos(latitude)) * numerics::degrees_per_radian;
+}
+
 std::string remark_of(const Recording& recording) {
   return "  A made survey: layered ground, noise from random numbers.\n"
          "  Ey is positive to the west, so that the YX phases lie in 0..90 degrees.\n"
@@ -92,12 +118,13 @@ SampleFile make_file(const Recording& recording, std::uint64_t seed) {
   const std::string station = format_number(recording.station, "0000");
   EdiSection section;
   section.data_id = std::string(recording.line->name) + "_" + station;
-  section.section_id = plain_text(recording.station);
+  section.section_id = plain_text(recording.station) + recording.line->letter;
   section.date = recording.line_index == 0 ? "05/14/11" : "05/16/11";
   section.remark = remark_of(recording);
   section.north = map_north_origin + recording.station;
   section.east = map_east_origin + recording.line->local_east;
   section.elevation = elevation_at(recording.station);
+  locate(recording, seed, section);
   section.dipole = station_step;
   section.frequencies = frequencies_of(scan_rate);
   measure(recording, seed, section);

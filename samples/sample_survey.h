@@ -3,7 +3,8 @@
 // Two lines of twelve stations stand over ground of four layers that changes along the lines: the conductive
 // third layer rises to the north. Every station was measured at two scan rates whose frequencies overlap,
 // three times each. The readings have noise, strongest in the dead band near 2 Hz, and outliers; on each line
-// one station is statically shifted and one has a repeat that went wrong.
+// one station is statically shifted and one has a repeat that went wrong. The site of station 100 is named
+// 100A on the first line, 100B on the second; its latitude and longitude are those of the station to a metre.
 //
 // Ey was measured with its positive end to the west, so that the phases of both modes lie in 0..90 degrees.
 #pragma once
@@ -25,6 +26,7 @@ struct ScanRate {
 
 struct SampleLine {
   std::string_view name;    // "200E"
+  char letter = ' ';        // of its sites' names
   double local_east = 0.0;  // m
   double shifted_station = 0.0;
   double shift_of_ex = 1.0;  // factor on the resistivity of ExHx and ExHy
@@ -35,8 +37,8 @@ struct SampleLine {
 };
 
 inline constexpr std::array<SampleLine, 2> sample_lines{{
-    {"200E", 200.0, 500.0, 4.0, 1.0, 800.0, 2, 0.0},
-    {"400E", 400.0, 900.0, 0.3, 0.5, 300.0, 3, 150.0},
+    {"200E", 'A', 200.0, 500.0, 4.0, 1.0, 800.0, 2, 0.0},
+    {"400E", 'B', 400.0, 900.0, 0.3, 0.5, 300.0, 3, 150.0},
 }};
 inline constexpr std::array<ScanRate, 2> sample_scan_rates{{{4096.0, 1024.0, 17}, {256.0, 64.0, 21}}};
 inline constexpr int station_count = 12;

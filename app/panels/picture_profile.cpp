@@ -6,26 +6,52 @@
 #include "core/session_state.h"
 #include "display/point_texts.h"
 #include "display/profile_plot.h"
+#include "platform/widgets/notice_bar.h"
+#include "platform/widgets/panel_controls.h"
+
+using namespace Module_display_data;
 
 namespace {
 
-std::optional<double> current_station() {
-  return is_absent(session().current_station) ? std::nullopt : std::optional(session().current_station);
+std::optional<double> current_x(const LineAxis& axis) {
+  return is_absent(session().current_station) ? std::nullopt : axis.x_of(session().current_station);
 }
 
 }  // namespace
 
 ProfilePanel::ProfilePanel(QWidget* parent)
     : QWidget(parent),
+      notice_(named(new NoticeBar, "Notice_profile")),
       graphs_(new GraphPairWidget("vxgraph_Profile", graph::AxisType::linear, "Station (m)")) {
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
-  rows->addWidget(graphs_);
-  graphs_->set_point_text(Module_display_data::profile_point_text);
+  rows->setSpacing(2);
+  rows->addWidget(notice_);
+  rows->addWidget(graphs_, 1);
+  graphs_->set_point_text([this](std::size_t series, std::size_t point, Component component) {
+    return profile_point_text(series, column_of(static_cast<int>(point)), component);
+  });
+  connect(notice_, &NoticeBar::acted, this, &ProfilePanel::distances_wanted);
 }
 
-void ProfilePanel::display_profile() {
-  graphs_->show_plot(Module_display_data::profile_plot(), current_station());
+void ProfilePanel::display_profile(const LineAxis& axis) {
+  order_ = profile_order(axis);
+  graphs_->set_x_title(axis.title());
+  graphs_->show_plot(profile_plot(axis), current_x(axis));
 }
 
-void ProfilePanel::mark_station() { graphs_->mark_x(current_station()); }
+std::size_t ProfilePanel::column_of(int point) const {
+  const auto at = static_cast<std::size_t>(point);
+  return at < order_.size() ? order_[at] : at;
+}
+
+void ProfilePanel::mark_station(const LineAxis& axis) { graphs_->mark_x(current_x(axis)); }
+
+void ProfilePanel::show_notice(const std::optional<LineNotice>& notice) {
+  if (notice) {
+    notice_->show_text(qt_text(notice->text), notice->offers_distances ? "Show distances" : QString());
+  } else {
+    notice_->hide();
+  }
+  layout()->activate();  // the graphs are drawn once, in the room that they have now
+}

@@ -1,8 +1,14 @@
 // picture_profile.h: the panel of the line: resistivity and phase along its stations, a curve a frequency.
 #pragma once
 #include <QWidget>
+#include <cstddef>
+#include <optional>
+#include <vector>
 
+#include "display/line_axis.h"
 #include "display/windows/graph_pair.h"
+
+class NoticeBar;
 
 class ProfilePanel : public QWidget {
   Q_OBJECT
@@ -10,14 +16,24 @@ class ProfilePanel : public QWidget {
  public:
   explicit ProfilePanel(QWidget* parent = nullptr);
 
-  /// Draws the profile data set with the current station marked.
-  void display_profile();
+  /// Draws the profile data set on an axis, with the current station marked.
+  void display_profile(const Module_display_data::LineAxis& axis);
   /// Draws what is shown with the current station marked.
-  void mark_station();
+  void mark_station(const Module_display_data::LineAxis& axis);
+  /// The column of the profile data set that a point of the graphs stands for.
+  [[nodiscard]] std::size_t column_of(int point) const;
+  /// Says something of the line above the graphs; nothing takes away what was said.
+  void show_notice(const std::optional<Module_display_data::LineNotice>& notice);
   void clear() { graphs_->clear(); }
   void reset_zoom() { graphs_->reset_zoom(); }
   [[nodiscard]] GraphPairWidget& graphs() { return *graphs_; }
 
+ Q_SIGNALS:
+  /// The notice's button was pressed.
+  void distances_wanted();
+
  private:
+  NoticeBar* notice_;
   GraphPairWidget* graphs_;
+  std::vector<std::size_t> order_;  // of the columns along the axis
 };

@@ -46,7 +46,8 @@ SelectionRow::SelectionRow(QWidget* parent)
       Text_event_(make_text("Text_event", 5, true)),
       Text_file_(named(new QLineEdit, "Text_file")),
       Check_hide_masked_data_(named(new QCheckBox("Hide &masked"), "Check_hide_masked_data")),
-      Check_fixed_scale_(named(new QCheckBox("Fi&xed scale"), "Check_fixed_scale")) {
+      Check_fixed_scale_(named(new QCheckBox("Fi&xed scale"), "Check_fixed_scale")),
+      Check_by_distance_(named(new QCheckBox("&By distance"), "Check_by_distance")) {
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(4);
@@ -68,6 +69,8 @@ void SelectionRow::add_tool_tips() {
   Text_file_->setToolTip("Field file of the point clicked last");
   Check_hide_masked_data_->setToolTip("Leave masked points out of the graphs");
   Check_fixed_scale_->setToolTip("The same axes for all stations of the line");
+  Check_by_distance_->setToolTip(
+      "The profile by metres along the line, from the places of its sites, not by station numbers");
 }
 
 QHBoxLayout* SelectionRow::make_selection() {
@@ -96,6 +99,7 @@ QHBoxLayout* SelectionRow::make_read_outs() {
   row->addSpacing(12);
   row->addWidget(Check_hide_masked_data_);
   row->addWidget(Check_fixed_scale_);
+  row->addWidget(Check_by_distance_);
   return row;
 }
 
@@ -114,6 +118,9 @@ void SelectionRow::connect_controls() {
           [this](int index) { Q_EMIT chosen(choose_dipole(Combo_dipole_->itemData(index).toFloat())); });
   connect(HScroll_repeat_, &QScrollBar::valueChanged, this, &SelectionRow::go_to_place);
   connect(Check_fixed_scale_, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(fixed_scale_changed()); });
+  connect(Check_by_distance_, &QCheckBox::clicked, this, [this](bool checked) {
+    Q_EMIT positions_chosen(checked ? PositionSource::distances : PositionSource::station_numbers);
+  });
   connect(Check_hide_masked_data_, &QCheckBox::toggled, this,
           [this](bool hide) { Q_EMIT chosen(choose_hide_masked(hide)); });
 }
@@ -183,6 +190,8 @@ PointClick SelectionRow::read_out() const {
 }
 
 std::string SelectionRow::frequency_text() const { return Text_frequency_->text().toStdString(); }
+
+void SelectionRow::show_by_distance(bool by_distance) { Check_by_distance_->setChecked(by_distance); }
 
 bool SelectionRow::fixed_scale() const { return Check_fixed_scale_->isChecked(); }
 

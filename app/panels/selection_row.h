@@ -4,6 +4,7 @@
 #include <string>
 
 #include "display/graph_clicks.h"
+#include "display/line_axis.h"
 #include "display/selection.h"
 
 class QCheckBox;
@@ -29,11 +30,14 @@ class SelectionRow : public QWidget {
   /// Hz, of the point clicked last; may have been typed over.
   [[nodiscard]] std::string frequency_text() const;
   [[nodiscard]] bool fixed_scale() const;
+  /// Whether the profile goes by distances.
+  void show_by_distance(bool by_distance);
   /// To the station before (-1) or after (1) in the line, if there is one.
   void step_station(int step);
 
  Q_SIGNALS:
   void chosen(const Module_display_data::Redisplay& redisplay);
+  void positions_chosen(Module_display_data::PositionSource source);
 
  private:
   QHBoxLayout* make_selection();
@@ -53,4 +57,5 @@ class SelectionRow : public QWidget {
   QLineEdit* Text_file_;
   QCheckBox* Check_hide_masked_data_;
   QCheckBox* Check_fixed_scale_;
+  QCheckBox* Check_by_distance_;
 };

@@ -25,6 +25,7 @@ class GraphPairWidget : public QWidget {
   GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
                   QWidget* parent = nullptr);
 
+  void set_x_title(const QString& title) { graphs_[1]->set_x_title(title); }
   void clear();
   /// Takes a plot over and draws each graph once, with a blue line at a marked place of the x axis.
   void show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x = {});

@@ -51,10 +51,13 @@ void place_pair(graph::PdfPages& pages, const std::string& title, GraphPair plot
   pair.place_on(pages, below);
 }
 
-void add_profile(graph::PdfPages& pages) {
+void add_profile(graph::PdfPages& pages, PositionSource positions) {
   pages.begin_page(text_of(selection_text() + ": profile"));
-  GraphPairWidget pair("page", graph::AxisType::linear, "Station (m)");
-  GraphPair plot = profile_plot();
+  LineAxis axis;
+  axis.take_line(session().current_line);
+  static_cast<void>(axis.choose(positions));
+  GraphPairWidget pair("page", graph::AxisType::linear, axis.title());
+  GraphPair plot = profile_plot(axis);
   if (!plot.empty()) {
     pair.show_plot(std::move(plot));
     pair.place_on(pages, {0.0, 0.0, 1.0, 1.0});
@@ -82,7 +85,7 @@ void add_station(graph::PdfPages& pages) {
 
 }  // namespace
 
-Outcome write_line_document(const std::string& path) {
+Outcome write_line_document(const std::string& path, PositionSource positions) {
   const DisplayedStation displayed;
   const ScopeGuard put_back([&] { displayed.put_back(); });
   Outcome outcome = Outcome::failed;
@@ -91,7 +94,7 @@ Outcome write_line_document(const std::string& path) {
     // Loads what is selected: neighbours may be shown, and the dipole length may be a new one.
     require(display_station(readings_changed().station_to_display, {}));
     graph::PdfPages pages(text_of(path), text_of(selection_text()));
-    add_profile(pages);
+    add_profile(pages, positions);
     const std::int32_t first = first_station_of_current_line();
     const std::int32_t count = session().stations_in_line;
     Module_averaged_data::WorkProgress progress("Drawing the stations", static_cast<std::size_t>(count));

@@ -46,6 +46,11 @@ std::optional<std::string_view> option_text(std::string_view line, std::string_v
   return std::nullopt;
 }
 
+std::string_view as_written(std::string_view part, std::string_view upper, std::string_view line) {
+  return part.empty() ? std::string_view()
+                      : line.substr(static_cast<std::size_t>(part.data() - upper.data()), part.size());
+}
+
 std::string option_item(std::string_view line, std::string_view key) {
   std::string_view text = option_text(line, key).value_or(std::string_view());
   std::string item(next_token(text));
@@ -59,11 +64,12 @@ double option_number(std::string_view line, std::string_view key) {
 }
 
 std::optional<std::string> sectid_option(std::string_view line) {
-  const auto text = option_text(line, "SECTID");
+  const std::string upper = upper_case(line);
+  const auto text = option_text(upper, "SECTID");
   if (!text) {
     return std::nullopt;
   }
-  std::string_view id = *text;
+  std::string_view id = as_written(*text, upper, line);
   if (id.starts_with('"')) {
     id = id.substr(1, id.find('"', 1) - 1);
   }

@@ -90,13 +90,16 @@ bool find_first_section(EdiLines& lines, const Find& find) {
 /// The text after "key =" in a line of options in upper case; none if the line has no such key.
 std::optional<std::string_view> option_text(std::string_view line, std::string_view key);
 
+/// The part of a line that is given as a part of the same line in upper case.
+std::string_view as_written(std::string_view part, std::string_view upper, std::string_view line);
+
 /// The first item of that text without quotes; empty if it is missing.
 std::string option_item(std::string_view line, std::string_view key);
 
 /// The number that item begins with; 0 if it is missing.
 double option_number(std::string_view line, std::string_view key);
 
-/// The value of SECTID in a line in upper case, without its quotes; none if the line has none.
+/// The value of SECTID in a line, as written, without its quotes; none if the line has none.
 std::optional<std::string> sectid_option(std::string_view line);
 
 }  // namespace formats::edi

@@ -46,7 +46,8 @@ EdiNames names_in(EdiLines& lines, InfoText& info) {
     }
     if (in_head && names.DATAID.empty()) {
       const std::string line = upper_case(lines.line());
-      names.DATAID = name_in(option_text(line, "DATAID").value_or(std::string_view()));
+      const std::string_view text = option_text(line, "DATAID").value_or(std::string_view());
+      names.DATAID = name_in(as_written(text, line, lines.line()));
     }
     if (const std::string_view this_kind = section_kind(tag); !this_kind.empty()) {
       kind = kind.empty() ? this_kind : kind;

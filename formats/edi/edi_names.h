@@ -6,7 +6,7 @@
 namespace formats::edi {
 
 struct EdiNames {
-  std::string DATAID;         // of the head, in upper case without its quotes; empty if it is missing
+  std::string DATAID;         // of the head, as written without its quotes; empty if it is missing
   std::int32_t sections = 0;  // of the kind of the first one
 };
 

@@ -23,6 +23,7 @@ std::string value_count(std::size_t count) {
 EdiMtParser::EdiMtParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
   has_sections_ = find_first_section(lines_, [this](InfoText& info) {
     channels_ = {};
+    place_ = {};
     return find_section(info);
   });
   section_follows_ = has_sections_;
@@ -31,15 +32,18 @@ EdiMtParser::EdiMtParser(LineReader& reader, FileReport& report) : lines_(reader
 
 // Reads the head up to the first section. False at the end of the file.
 bool EdiMtParser::find_section(InfoText& info) {
-  while (lines_.skip_to_tag()) {
-    const std::string tag = tag_name(lines_.line());
-    if (info.holds(tag)) {
+  while (lines_.next()) {
+    const std::string tag = lines_.at_tag() ? tag_name(lines_.line()) : std::string();
+    if (lines_.at_tag() && info.holds(tag)) {
       continue;
     }
     if (tag == "=MTSECT") {
       return true;
     }
-    channels_.take(upper_case(lines_.line()), tag);
+    place_.take_line(lines_.line(), lines_.line_number());
+    if (lines_.at_tag()) {
+      channels_.take(upper_case(lines_.line()), tag);
+    }
   }
   return false;
 }
@@ -55,6 +59,7 @@ bool EdiMtParser::next_section(EdiSection& section) {
   expected_ = unknown_count;
   has_frequencies_ = false;
   tags_seen_ = 0;
+  blocks_ = 0;
   if (!read_section_head(section)) {
     fail_in_section("the file ends in its head");
     return false;
@@ -71,13 +76,14 @@ bool EdiMtParser::read_section_head(EdiSection& section) {
     if (lines_.at_tag()) {
       return true;
     }
-    read_head_line(section, upper_case(trimmed(lines_.line())));
+    read_head_line(section, trimmed(lines_.line()));
   }
   return false;
 }
 
-void EdiMtParser::read_head_line(EdiSection& section, const std::string& line) {
-  if (auto id = sectid_option(line)) {
+void EdiMtParser::read_head_line(EdiSection& section, std::string_view as_written) {
+  const std::string line = upper_case(as_written);
+  if (auto id = sectid_option(as_written)) {
     section.SECTID = std::move(id);
   }
   if (const auto text = option_text(line, "NFREQ")) {
@@ -210,15 +216,10 @@ EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTa
   if (tag.kind == EdiTagKind::frequencies) {
     section.frequencies.swap(scratch_);
   } else if (tag.kind == EdiTagKind::values) {
-    const bool is_variance = tag.second != quantity_count;  // one block for the errors of both
-    if (is_variance) {
-      EdiValues& second = section.get(tag.element, tag.second);
-      second.present = second.is_variance = true;
-      second.values = scratch_;
-    }
-    section.get(tag.element, tag.first).present = true;
-    section.get(tag.element, tag.first).is_variance = is_variance;
-    section.get(tag.element, tag.first).values.swap(scratch_);
+    EdiValues& quantity = section.get(tag.element, tag.quantity);
+    quantity.present = true;
+    quantity.block = ++blocks_;
+    quantity.values.swap(scratch_);
   }
   return after;
 }

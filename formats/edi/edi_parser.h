@@ -13,6 +13,7 @@
 #include "core/line_reader.h"
 #include "formats/edi/edi_channels.h"
 #include "formats/edi/edi_lines.h"
+#include "formats/edi/edi_reference_place.h"
 #include "formats/edi/edi_section.h"
 #include "formats/file_report.h"
 
@@ -32,6 +33,8 @@ class EdiMtParser {
 
   [[nodiscard]] bool has_sections() const { return has_sections_; }
   [[nodiscard]] const EdiChannelList& channels() const { return channels_; }  // of the head
+  /// What the head says of the place; what of it can't be read goes into the report.
+  [[nodiscard]] EdiPlace place() const { return place_.read(report_); }
 
  private:
   static constexpr std::size_t unknown_count = std::numeric_limits<std::size_t>::max();
@@ -39,7 +42,7 @@ class EdiMtParser {
 
   bool find_section(InfoText& info);
   bool read_section_head(EdiSection& section);
-  void read_head_line(EdiSection& section, const std::string& line);
+  void read_head_line(EdiSection& section, std::string_view as_written);
   void read_channels(EdiSection& section, std::string_view line);
   void read_count(std::string_view text);
   bool read_blocks(EdiSection& section);
@@ -55,6 +58,7 @@ class EdiMtParser {
   EdiLines lines_;
   FileReport& report_;
   EdiChannelList channels_;
+  EdiPlaceOptions place_;
   bool has_sections_ = false;
   bool section_follows_ = false;          // the current line is a >=MTSECT
   std::int64_t section_number_ = 0;       // from 1
@@ -62,6 +66,7 @@ class EdiMtParser {
   bool has_lost_bytes_ = false;           // in the block that was read last
   bool has_frequencies_ = false;          // the section under way had a >FREQ
   std::uint64_t tags_seen_ = 0;           // in this section, a bit for each entry of the tag table
+  std::size_t blocks_ = 0;                // of values, in this section
   std::string decimal_comma_;             // a number of the block under way that has one
   std::vector<float> scratch_;
 };

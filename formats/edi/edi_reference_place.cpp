@@ -2,136 +2,177 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
+#include <cmath>
 
 #include "core/line_reader.h"
+#include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/edi/edi_lines.h"
 #include "formats/edi/edi_tags.h"
+#include "formats/field_values.h"
 #include "numerics/geodesy/geographic_angle.h"
 
 namespace formats::edi {
 
 using numerics::geodesy::GeographicAngle;
-using numerics::geodesy::read_geographic_angle;
+using numerics::geodesy::GeographicPlace;
 
 namespace {
 
 constexpr std::string_view blanks = " \t,";
+constexpr std::size_t longest_value = 100;  // bytes; more is damage
 
-enum class Block { head, measurements, other };
+enum class Meaning { latitude, longitude, elevation, datum, none };
 
 struct OptionName {
-  Block block;
+  bool in_head;  // else in the definition of the measurements
   std::string_view key;
-  GeographicAngle angle;
+  Meaning meaning;
 };
 
-constexpr std::array<OptionName, 9> option_names{
-    {{Block::head, "LAT", GeographicAngle::latitude},
-     {Block::head, "LATITUDE", GeographicAngle::latitude},
-     {Block::head, "LONG", GeographicAngle::longitude},
-     {Block::head, "LON", GeographicAngle::longitude},
-     {Block::head, "LONGITUDE", GeographicAngle::longitude},
-     {Block::measurements, "REFLAT", GeographicAngle::latitude},
-     {Block::measurements, "REFLONG", GeographicAngle::longitude},
-     {Block::measurements, "REFLON", GeographicAngle::longitude},
-     {Block::measurements, "REFLONGITUDE", GeographicAngle::longitude}}};
+constexpr std::array<OptionName, 14> option_names{{{true, "LAT", Meaning::latitude},
+                                                   {true, "LATITUDE", Meaning::latitude},
+                                                   {true, "LONG", Meaning::longitude},
+                                                   {true, "LON", Meaning::longitude},
+                                                   {true, "LONGITUDE", Meaning::longitude},
+                                                   {true, "ELEV", Meaning::elevation},
+                                                   {true, "ELEVATION", Meaning::elevation},
+                                                   {true, "DATUM", Meaning::datum},
+                                                   {false, "REFLAT", Meaning::latitude},
+                                                   {false, "REFLONG", Meaning::longitude},
+                                                   {false, "REFLON", Meaning::longitude},
+                                                   {false, "REFLONGITUDE", Meaning::longitude},
+                                                   {false, "REFELEV", Meaning::elevation},
+                                                   {false, "DATUM", Meaning::datum}}};
 
-// Collects the angles of the options that name a place.
-class PlaceOptions {
- public:
-  explicit PlaceOptions(FileReport& report) : report_(report) {}
+Meaning meaning_of(bool in_head, std::string_view key) {
+  const auto name = std::ranges::find_if(option_names, [&](const OptionName& candidate) {
+    return candidate.in_head == in_head && candidate.key == key;
+  });
+  return name == option_names.end() ? Meaning::none : name->meaning;
+}
 
-  // A line may hold several options: "LAT=-22:49:25 LONG=139:17:40". A value reaches to the next key.
-  void take_line(Block block, std::string_view line, std::int64_t line_number) {
-    for (std::size_t equals = line.find('='); equals != std::string_view::npos; equals = line.find('=')) {
-      const std::string_view before = trimmed(line.substr(0, equals));
-      const std::string_view key =
-          before.substr(before.find_last_of(blanks) + 1);  // all of it without a blank
-      line.remove_prefix(equals + 1);
-      const std::size_t next = line.find('=');
-      std::string_view value = line.substr(0, next);
-      if (next != std::string_view::npos) {
-        const std::size_t key_end = value.find_last_not_of(blanks);
-        const std::size_t key_begin = value.find_last_of(blanks, key_end);
-        value = value.substr(0, key_begin == std::string_view::npos ? 0 : key_begin);
-      }
-      take(block, upper_case(key), trimmed(value), line_number);
-    }
-  }
+std::string without_quotes(std::string_view value) {
+  const bool quoted = value.size() > 1 && value.front() == '"' && value.back() == '"';
+  return std::string(quoted ? value.substr(1, value.size() - 2) : value);
+}
 
-  [[nodiscard]] std::optional<numerics::geodesy::GeographicPlace> place() const {
-    const std::optional<double> latitude = reference_latitude_ ? reference_latitude_ : head_latitude_;
-    const std::optional<double> longitude = reference_longitude_ ? reference_longitude_ : head_longitude_;
-    if (!latitude || !longitude) {
-      return std::nullopt;
-    }
-    return numerics::geodesy::GeographicPlace{*latitude, *longitude};
-  }
+std::optional<double> read_elevation(std::string_view text) {
+  const std::string_view item = next_token(text);
+  const double elevation = numeric_value(item);
+  return is_numeric(item) && std::abs(elevation) <= largest_value ? std::optional(elevation) : std::nullopt;
+}
 
- private:
-  void take(Block block, const std::string& key, std::string_view value, std::int64_t line_number) {
-    for (const OptionName& name : option_names) {
-      if (name.block != block || name.key != key || value.empty()) {
-        continue;
-      }
-      std::string text(value);
-      if (text.size() > 1 && text.front() == '"' && text.back() == '"') {
-        text = text.substr(1, text.size() - 2);
-      }
-      const std::optional<double> angle = read_geographic_angle(text, name.angle);
-      const bool is_latitude = name.angle == GeographicAngle::latitude;
-      if (!angle) {
-        remark_unreadable(
-            report_, line_number,
-            key + "=" + in_quotes(value) + " is not a " + (is_latitude ? "latitude" : "longitude"));
-        return;
-      }
-      const bool is_head = block == Block::head;
-      std::optional<double>& kept = is_latitude ? (is_head ? head_latitude_ : reference_latitude_)
-                                                : (is_head ? head_longitude_ : reference_longitude_);
-      kept = angle;
-    }
-  }
-
-  FileReport& report_;
-  std::optional<double> head_latitude_;
-  std::optional<double> head_longitude_;
-  std::optional<double> reference_latitude_;
-  std::optional<double> reference_longitude_;
-};
+bool is_filled_with_zeros(const GeographicPlace& place) {
+  return place.latitude == 0.0 && place.longitude == 0.0;
+}
 
 }  // namespace
 
-std::optional<numerics::geodesy::GeographicPlace> read_edi_reference_place(const std::string& file,
-                                                                           FileReport& report) {
-  LineReader reader(file);
-  PlaceOptions options(report);
-  InfoText info;
-  Block block = Block::other;
-  std::string_view line;
-  while (reader.next(line)) {
-    line = trimmed(line);
-    if (line.starts_with(">!") || line.starts_with('!')) {
-      continue;
-    }
-    if (line.starts_with('>')) {
-      const std::string tag = tag_name(line);
-      if (info.holds(tag)) {
-        continue;
+// What the head, or the definition of the measurements, says.
+struct EdiPlaceOptions::Values {
+  std::optional<double> latitude;
+  std::optional<double> longitude;
+  std::optional<double> elevation;
+  std::string datum;
+
+  void take(const Option& option, FileReport& report) {
+    const auto keep = [&](std::optional<double>& kept, std::optional<double> value, const char* what) {
+      if (value) {
+        kept = value;
+      } else {
+        remark_unreadable(report, option.line_number,
+                          option.key + "=" + in_quotes(option.value) + " is not " + what);
       }
-      if (tag.starts_with('=') && tag != "=DEFINEMEAS") {
-        break;  // the first section of data
-      }
-      block = tag == "HEAD" ? Block::head : tag == "=DEFINEMEAS" ? Block::measurements : Block::other;
-      line.remove_prefix(std::min(line.find_first_of(" \t"), line.size()));
-    }
-    if (block != Block::other) {
-      options.take_line(block, line, reader.line_number());
+    };
+    const std::string text = without_quotes(option.value);
+    const Meaning meaning = meaning_of(option.block == Block::head, option.key);
+    if (meaning == Meaning::latitude) {
+      keep(latitude, read_geographic_angle(text, GeographicAngle::latitude), "a latitude");
+    } else if (meaning == Meaning::longitude) {
+      keep(longitude, read_geographic_angle(text, GeographicAngle::longitude), "a longitude");
+    } else if (meaning == Meaning::elevation) {
+      keep(elevation, read_elevation(text), "an elevation");
+    } else {
+      datum = text_from_field_file(trimmed(text));
     }
   }
-  return options.place();
+};
+
+void EdiPlaceOptions::take_line(std::string_view line, std::int64_t line_number) {
+  if (line.starts_with('>')) {
+    const std::string tag = tag_name(line);
+    block_ = tag == "HEAD" ? Block::head : tag == "=DEFINEMEAS" ? Block::measurements : Block::other;
+    line.remove_prefix(std::min(line.find_first_of(" \t"), line.size()));
+  }
+  if (block_ == Block::other) {
+    return;
+  }
+  // A line may hold several options: "LAT=-22:49:25 LONG=139:17:40". A value reaches to the next key.
+  for (std::size_t equals = line.find('='); equals != std::string_view::npos; equals = line.find('=')) {
+    const std::string_view before = trimmed(line.substr(0, equals));
+    const std::string key =
+        upper_case(before.substr(before.find_last_of(blanks) + 1));  // all of it without a blank
+    line.remove_prefix(equals + 1);
+    const std::size_t next = line.find('=');
+    std::string_view value = line.substr(0, next);
+    if (next != std::string_view::npos) {
+      const std::size_t key_end = value.find_last_not_of(blanks);
+      const std::size_t key_begin = value.find_last_of(blanks, key_end);
+      value = value.substr(0, key_begin == std::string_view::npos ? 0 : key_begin);
+    }
+    value = trimmed(value);
+    if (!value.empty() && meaning_of(block_ == Block::head, key) != Meaning::none) {
+      std::erase_if(options_, [&](const Option& other) { return other.block == block_ && other.key == key; });
+      options_.push_back({block_, key, std::string(value.substr(0, longest_value)), line_number});
+    }
+  }
+}
+
+EdiPlace EdiPlaceOptions::read(FileReport& report) const {
+  Values head;
+  Values reference;
+  for (const Option& option : options_) {
+    (option.block == Block::head ? head : reference).take(option, report);
+  }
+  EdiPlace place;
+  const auto take_place = [&](std::optional<double> latitude, std::optional<double> longitude) {
+    const GeographicPlace given{latitude.value_or(0.0), longitude.value_or(0.0)};
+    if (!place.geographic && latitude && longitude && !is_filled_with_zeros(given)) {
+      place.geographic = given;
+    }
+  };
+  take_place(reference.latitude ? reference.latitude : head.latitude,
+             reference.longitude ? reference.longitude : head.longitude);
+  take_place(head.latitude, head.longitude);
+  place.elevation = reference.elevation;
+  if (place.elevation.value_or(0.0) == 0.0 && head.elevation) {
+    place.elevation = head.elevation;
+  }
+  place.datum = head.datum.empty() ? reference.datum : head.datum;
+  return place;
+}
+
+EdiPlace read_edi_place(const std::string& file, FileReport& report) {
+  LineReader reader(file);
+  EdiLines lines(reader);
+  EdiPlaceOptions options;
+  InfoText info;
+  while (lines.next()) {
+    const std::string tag = lines.at_tag() ? tag_name(lines.line()) : std::string();
+    if (lines.at_tag() && info.holds(tag)) {
+      continue;
+    }
+    if (tag.starts_with('=') && tag != "=DEFINEMEAS") {
+      break;  // the first section of data
+    }
+    options.take_line(lines.line(), lines.line_number());
+  }
+  return options.read(report);
+}
+
+std::optional<GeographicPlace> read_edi_reference_place(const std::string& file, FileReport& report) {
+  return read_edi_place(file, report).geographic;
 }
 
 }  // namespace formats::edi

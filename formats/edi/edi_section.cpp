@@ -7,7 +7,8 @@ void EdiSection::clear() {
   frequencies.clear();
   for (auto& element : elements) {
     for (EdiValues& quantity : element) {
-      quantity.present = quantity.is_variance = false;
+      quantity.present = false;
+      quantity.block = 0;
       quantity.values.clear();
     }
   }

@@ -18,15 +18,16 @@ enum EdiQuantity : std::size_t {
   quantity_phase,
   quantity_real,
   quantity_imaginary,
-  quantity_first_error,   // variance of the impedance or error of the resistivity, the later block wins
-  quantity_second_error,  // variance of the impedance or error of the phase, the later block wins
+  quantity_variance,           // of the impedance, a complex value
+  quantity_resistivity_error,  // of the resistivity, ohm-m, or of its decimal logarithm: files differ
+  quantity_phase_error,
   quantity_count
 };
 
 /// One quantity of one tensor element.
 struct EdiValues {
-  bool present = false;      // some block of the section gave it
-  bool is_variance = false;  // a variance of the impedance, not an error of resistivity or phase
+  bool present = false;   // some block of the section gave it
+  std::size_t block = 0;  // the number of that block in the section, from 1
   std::vector<float> values;
 };
 

@@ -33,6 +33,7 @@ std::string_view without_count(std::string_view line) { return line.substr(0, li
 EdiSpectraParser::EdiSpectraParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
   has_sections_ = find_first_section(lines_, [this](InfoText& info) {
     channels_ = {};
+    place_ = {};
     return find_section(info);
   });
   at_end_ = !has_sections_;
@@ -41,26 +42,18 @@ EdiSpectraParser::EdiSpectraParser(LineReader& reader, FileReport& report) : lin
 
 // Reads the head up to the first section. False at the end of the file.
 bool EdiSpectraParser::find_section(InfoText& info) {
-  bool in_definitions = false;
   while (lines_.next()) {
-    if (!lines_.at_tag()) {
-      if (in_definitions) {
-        const std::string line = upper_case(lines_.line());
-        if (option_text(line, "REFELEV")) {
-          REFELEV_ = option_number(line, "REFELEV");
-        }
-      }
-      continue;
-    }
-    const std::string tag = tag_name(lines_.line());
-    if (info.holds(tag)) {
+    const std::string tag = lines_.at_tag() ? tag_name(lines_.line()) : std::string();
+    if (lines_.at_tag() && info.holds(tag)) {
       continue;
     }
     if (begins_section(tag)) {
       return true;
     }
-    in_definitions = tag == "=DEFINEMEAS";
-    channels_.take(upper_case(lines_.line()), tag);
+    place_.take_line(lines_.line(), lines_.line_number());
+    if (lines_.at_tag()) {
+      channels_.take(upper_case(lines_.line()), tag);
+    }
   }
   return false;
 }
@@ -115,7 +108,8 @@ bool EdiSpectraParser::read_section_head(SpectraSection& section) {
     if (lines_.at_tag()) {
       return true;
     }
-    const std::string line = upper_case(trimmed(lines_.line()));
+    const std::string_view as_written = trimmed(lines_.line());
+    const std::string line = upper_case(as_written);
     if (line.starts_with("//")) {
       in_id_list_ = true;
       std::string_view rest = std::string_view(line).substr(2);
@@ -126,7 +120,7 @@ bool EdiSpectraParser::read_section_head(SpectraSection& section) {
         read_ids(line);
       }
     } else {
-      read_options(line, section);
+      read_options(as_written, line, section);
     }
   }
   return false;
@@ -138,8 +132,9 @@ void EdiSpectraParser::read_ids(std::string_view text) {
   }
 }
 
-void EdiSpectraParser::read_options(const std::string& line, SpectraSection& section) {
-  if (auto id = sectid_option(line)) {
+void EdiSpectraParser::read_options(std::string_view as_written, const std::string& line,
+                                    SpectraSection& section) {
+  if (auto id = sectid_option(as_written)) {
     section.SECTID = std::move(id);
     return;
   }
@@ -165,9 +160,6 @@ void EdiSpectraParser::close_section_head(SpectraSection& section) {
     remark_unreadable(report_, section.line_number, undefined_channel_text(channel));
   }
   section.local_hx = section.roles.local_hx;
-  if (section.local_hx && section.local_hx->Z == 0.0 && REFELEV_) {
-    section.local_hx->Z = *REFELEV_;  // sensors' places are relative to the reference point
-  }
 }
 
 bool EdiSpectraParser::next_block(SpectraBlock& block) {

@@ -14,6 +14,7 @@
 #include "core/line_reader.h"
 #include "formats/edi/edi_channels.h"
 #include "formats/edi/edi_lines.h"
+#include "formats/edi/edi_reference_place.h"
 #include "formats/edi/spectra_channels.h"
 #include "formats/file_report.h"
 
@@ -53,13 +54,15 @@ class EdiSpectraParser {
 
   [[nodiscard]] bool has_sections() const { return has_sections_; }
   [[nodiscard]] const EdiChannelList& channels() const { return channels_; }  // of the head
+  /// What the head says of the place; what of it can't be read goes into the report.
+  [[nodiscard]] EdiPlace place() const { return place_.read(report_); }
   [[nodiscard]] bool is_cut() const { return is_cut_; }
 
  private:
   bool find_section(InfoText& info);
   bool go_to_section();
   bool read_section_head(SpectraSection& section);
-  void read_options(const std::string& line, SpectraSection& section);
+  void read_options(std::string_view as_written, const std::string& line, SpectraSection& section);
   void read_ids(std::string_view text);
   void close_section_head(SpectraSection& section);
   void read_block_options(SpectraBlock& block);
@@ -69,7 +72,7 @@ class EdiSpectraParser {
   EdiLines lines_;
   FileReport& report_;
   EdiChannelList channels_;
-  std::optional<double> REFELEV_;  // m
+  EdiPlaceOptions place_;
   bool has_sections_ = false;
   bool is_cut_ = false;
   bool at_end_ = false;              // of what is read of the file

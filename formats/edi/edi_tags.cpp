@@ -13,9 +13,8 @@ constexpr EdiTag frequencies(std::string_view name) {
   return {.name = name, .kind = EdiTagKind::frequencies};
 }
 constexpr EdiTag discarded(std::string_view name) { return {.name = name, .kind = EdiTagKind::discarded}; }
-constexpr EdiTag values(std::string_view name, EdiElement element, EdiQuantity first,
-                        EdiQuantity second = quantity_count) {
-  return {.name = name, .kind = EdiTagKind::values, .element = element, .first = first, .second = second};
+constexpr EdiTag values(std::string_view name, EdiElement element, EdiQuantity quantity) {
+  return {.name = name, .kind = EdiTagKind::values, .element = element, .quantity = quantity};
 }
 
 constexpr std::size_t tag_count = 44;
@@ -34,26 +33,26 @@ constexpr std::array<EdiTag, tag_count> sorted_tags() {
       values("ZXYI", element_xy, quantity_imaginary),
       values("ZYXI", element_yx, quantity_imaginary),
       values("ZYYI", element_yy, quantity_imaginary),
-      values("ZXX.VAR", element_xx, quantity_first_error, quantity_second_error),
-      values("ZXY.VAR", element_xy, quantity_first_error, quantity_second_error),
-      values("ZYX.VAR", element_yx, quantity_first_error, quantity_second_error),
-      values("ZYY.VAR", element_yy, quantity_first_error, quantity_second_error),
+      values("ZXX.VAR", element_xx, quantity_variance),
+      values("ZXY.VAR", element_xy, quantity_variance),
+      values("ZYX.VAR", element_yx, quantity_variance),
+      values("ZYY.VAR", element_yy, quantity_variance),
       values("RHOXX", element_xx, quantity_resistivity),
       values("RHOXY", element_xy, quantity_resistivity),
       values("RHOYX", element_yx, quantity_resistivity),
       values("RHOYY", element_yy, quantity_resistivity),
-      values("RHOXX.ERR", element_xx, quantity_first_error),
-      values("RHOXY.ERR", element_xy, quantity_first_error),
-      values("RHOYX.ERR", element_yx, quantity_first_error),
-      values("RHOYY.ERR", element_yy, quantity_first_error),
+      values("RHOXX.ERR", element_xx, quantity_resistivity_error),
+      values("RHOXY.ERR", element_xy, quantity_resistivity_error),
+      values("RHOYX.ERR", element_yx, quantity_resistivity_error),
+      values("RHOYY.ERR", element_yy, quantity_resistivity_error),
       values("PHSXX", element_xx, quantity_phase),
       values("PHSXY", element_xy, quantity_phase),
       values("PHSYX", element_yx, quantity_phase),
       values("PHSYY", element_yy, quantity_phase),
-      values("PHSXX.ERR", element_xx, quantity_second_error),
-      values("PHSXY.ERR", element_xy, quantity_second_error),
-      values("PHSYX.ERR", element_yx, quantity_second_error),
-      values("PHSYY.ERR", element_yy, quantity_second_error),
+      values("PHSXX.ERR", element_xx, quantity_phase_error),
+      values("PHSXY.ERR", element_xy, quantity_phase_error),
+      values("PHSYX.ERR", element_yx, quantity_phase_error),
+      values("PHSYY.ERR", element_yy, quantity_phase_error),
       discarded("ZROT"),
       discarded("RHOROT"),
       discarded("EPREDCOH"),

@@ -20,9 +20,8 @@ struct EdiTag {
   std::string_view name;  // without ">"
   EdiTagKind kind = EdiTagKind::discarded;
   EdiElement element = element_count;
-  EdiQuantity first = quantity_count;
-  EdiQuantity second = quantity_count;  // quantity_count: the block fills only one
-  std::size_t index = 0;                // place in the table, below 64
+  EdiQuantity quantity = quantity_count;
+  std::size_t index = 0;  // place in the table, below 64
 };
 
 /// The tag of a line that begins with ">": "RHOXY.ERR" of ">rhoxy.err ROT=NONE //88", in upper case.

@@ -99,6 +99,7 @@ Head read_head(std::string_view line) {
   head.dipole = single_in(line, 48, 5);
   head.station_spacing = single_in(line, 53, 5);
   head.orientation = single_in(line, 62, 5);
+  head.has_orientation = !columns_of(line, 62, 5).empty();
   return head;
 }
 

@@ -21,6 +21,7 @@ struct Head {
   float dipole = 0.0F;           // m; 0 where it isn't given
   float station_spacing = 0.0F;  // m
   float orientation = 0.0F;      // degrees
+  bool has_orientation = false;
 };
 
 /// One frequency. Impedances are the file's numbers times 1e4, variances times the square of that; an absent

@@ -83,13 +83,15 @@ DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
 
 }  // namespace
 
+std::string site_name_at(float position) { return "station_" + format_number(position, "0.0"); }
+
 std::string data_file_text(const DataFile& data) {
   std::string text;
   add_line(text, "FORMAT            ", data_marker);
   add_line(text, "TITLE             ", trimmed(data.description));
   add_line(text, "SITES             ", std::to_string(data.positions.size()));
-  for (const float position : data.positions) {
-    add_line(text, "station_", format_number(position, "0.0"));
+  for (std::size_t site = 0; site < data.positions.size(); ++site) {
+    add_line(text, data.site_names.empty() ? site_name_at(data.positions[site]) : data.site_names[site]);
   }
   add_line(text, "OFFSETS");
   for (const float position : data.positions) {

@@ -19,10 +19,14 @@ struct DataRow {
 /// What goes into a data file.
 struct DataFile {
   std::string description;
-  std::vector<float> positions;    // of the sites, m along the line; their names, too
+  std::vector<float> positions;    // of the sites, m along the line
   std::vector<float> frequencies;  // Hz
   std::vector<DataRow> rows;
+  std::vector<std::string> site_names;  // empty: site_name_at their positions
 };
+
+/// "station_1250.0": what a site without a name of its own is called.
+std::string site_name_at(float position);
 
 /// The text of a data file, lines ending in CR LF.
 std::string data_file_text(const DataFile& data);

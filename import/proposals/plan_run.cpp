@@ -282,7 +282,6 @@ bool PlanRun::take_edi_sections(std::size_t file, ReadingRecord& record, std::ve
 PlannedSection PlanRun::row_of_section(std::size_t file, std::size_t index) const {
   const ScannedSection& section = files_[file].sections[index];
   PlannedSection row = begin_row(file, index);
-  row.site = site_of(files_[file], section);
   row.line = line_of(file, index);
   row.is_stored = section.is_stored;
   row.frequencies = section.frequencies;
@@ -307,6 +306,7 @@ void PlanRun::take_station(const ScannedSection& section, ReadingRecord& record,
     take_section_station(section.head, task);
   }
   row.station = record.Station;
+  row.site = record.site_name;
   add_texts(report.unreadable, row.reported);
   const PlannedEdit* const edit = edit_of(row.file_index, row.section_index);
   if (edit != nullptr && edit->station) {
@@ -319,7 +319,7 @@ void PlanRun::take_station(const ScannedSection& section, ReadingRecord& record,
 void PlanRun::take_distance(const ScannedSection& section, FileTask& task, const PlannedSection& row) {
   ReadingRecord& record = task.record;
   const auto& place = lines_->place_of(row.file_index);
-  record.site = row.site.empty() ? record.SurveyFile : row.site;
+  take_site_name(section.head, task);
   record.station_rule = StationRule::own;
   if (place && section.is_stored) {
     record.Station = lines_->line(upper_case(row.line)).station(*place);

@@ -10,7 +10,6 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "formats/edi/edi_parser.h"
-#include "formats/edi/edi_reference_place.h"
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/quiet_interface.h"
 #include "import/readers/edi_curves.h"
@@ -77,6 +76,7 @@ void scan_impedances(ScannedFile& file, FileReport& report) {
   LineReader reader(file.path);
   formats::edi::EdiMtParser parser(reader, report);
   file.has_remote = parser.channels().has_remote();
+  file.place = parser.place().geographic;
   EdiSection section;
   while (parser.next_section(section)) {
     file.sections.push_back(scanned(section));
@@ -84,21 +84,18 @@ void scan_impedances(ScannedFile& file, FileReport& report) {
 }
 
 void scan_spectra(ScannedFile& file, FileReport& report) {
-  file.has_remote = look_at_spectra(file.path, report, [&](const SpectraLook& look) {
+  const SpectraHead head = look_at_spectra(file.path, report, [&](const SpectraLook& look) {
     ScannedSection& section = file.sections.emplace_back();
     section.head = look.head;
     section.is_stored = !look.frequencies.empty();
     take_frequencies(look.frequencies, section);
     take_phases(look.yx_phases, section);
   });
+  file.has_remote = head.has_remote;
+  file.place = head.place;
 }
 
 void scan_edi(ScannedFile& file, FileReport& report) {
-  FileReport ignored;
-  file.place = formats::edi::read_edi_reference_place(file.path, ignored);
-  if (file.place && file.place->latitude == 0.0 && file.place->longitude == 0.0) {
-    file.place.reset();  // what programs write that don't know it
-  }
   if (file.format == format_edi_mt) {
     scan_impedances(file, report);
   } else {
@@ -194,10 +191,6 @@ ScannedFile scan_field_file(const std::string& path) {
     file.failure = failure_text(failure);
   }
   return file;
-}
-
-std::string site_of(const ScannedFile& file, const ScannedSection& section) {
-  return has_name(section.head.SECTID) ? std::string(trimmed(*section.head.SECTID)) : file.names.DATAID;
 }
 
 }  // namespace Module_data_file

@@ -56,7 +56,4 @@ struct ScannedFile {
 /// Looks into a file; what can't be read is its failure, nothing is thrown. The user is told nothing.
 ScannedFile scan_field_file(const std::string& path);
 
-/// What a section calls its site: SECTID, else the file's DATAID; empty without both.
-std::string site_of(const ScannedFile& file, const ScannedSection& section);
-
 }  // namespace Module_data_file

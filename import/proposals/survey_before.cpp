@@ -75,8 +75,8 @@ const std::vector<Module_database::Site>& SurveyBefore::placed_sites(const std::
 std::optional<double> SurveyBefore::highest_station(const std::string& line,
                                                     const std::set<std::int32_t>& but_of) {
   std::optional<double> highest;
-  for (const auto& [station, files] : files_at_stations_.of_line(line)) {
-    if (std::ranges::any_of(files, [&](const auto& file) { return !but_of.contains(file.ID); })) {
+  for (const auto& [station, known] : files_at_stations_.of_line(line)) {
+    if (std::ranges::any_of(known.files, [&](const auto& file) { return !but_of.contains(file.ID); })) {
       highest = std::max(highest.value_or(station), station);
     }
   }

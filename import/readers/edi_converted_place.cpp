@@ -21,8 +21,9 @@ constexpr std::string_view place_stays = "; the place is taken from the HX chann
 }  // namespace
 
 std::optional<MapPosition> converted_edi_place(const std::string& file, FileReport& report) {
+  FileReport told_by_reader;  // what can't be read is reported with the rest of the file
   const std::optional<numerics::geodesy::GeographicPlace> place =
-      formats::edi::read_edi_reference_place(file, report);
+      formats::edi::read_edi_reference_place(file, told_by_reader);
   if (!place) {
     remark_unreadable(report, 0, "the head gives no latitude and longitude" + std::string(place_stays));
     return std::nullopt;

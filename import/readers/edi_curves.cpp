@@ -1,12 +1,13 @@
 #include "import/readers/edi_curves.h"
 
-#include <array>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "core/absent_value.h"
 #include "formats/field_values.h"
 #include "import/readers/reader_steps.h"
+#include "import/readers/standard_errors.h"
 #include "numerics/constants.h"
 #include "numerics/impedance/apparent_resistivity.h"
 
@@ -20,10 +21,10 @@ using formats::single_or_absent;
 using Module_database::Curve;
 using numerics::degrees_per_radian;
 
-constexpr std::array<int, quantity_count> quantity_fields{
-    Module_database::field_resistivity,       Module_database::field_phase,
-    Module_database::field_impedance_real,    Module_database::field_impedance_imaginary,
-    Module_database::field_resistivity_error, Module_database::field_phase_error};
+// The later of two blocks. A block of errors and the variance of the impedance go into one field.
+const EdiValues& later(const EdiValues& errors, const EdiValues& variance) {
+  return variance.block > errors.block ? variance : errors;
+}
 
 float turned_phase(float phase) {
   if (is_absent(phase)) {
@@ -35,6 +36,30 @@ float turned_phase(float phase) {
 // Subtracted from zero so that a zero doesn't become a negative one.
 float turned_sign(float value) { return is_absent(value) ? value : 0.0F - value; }
 
+// The errors of a computed curve, where no block of errors follows the variance.
+void put_errors_for_variance(EdiSection& section, std::size_t element) {
+  const EdiValues& variance = section.get(element, quantity_variance);
+  const EdiValues& real = section.get(element, quantity_real);
+  const EdiValues& imaginary = section.get(element, quantity_imaginary);
+  const std::vector<float>& resistivities = section.get(element, quantity_resistivity).values;
+  const auto put = [&](EdiQuantity quantity, const auto& error_of) {
+    EdiValues& errors = section.get(element, quantity);
+    if (variance.block <= errors.block) {
+      return;
+    }
+    errors = {true, variance.block, std::vector<float>(resistivities.size(), no_data)};
+    for (std::size_t index = 0; index < resistivities.size(); ++index) {
+      const double relative =
+          relative_error(variance.values[index], {real.values[index], imaginary.values[index]});
+      if (!is_absent(relative) && !is_absent(resistivities[index])) {
+        errors.values[index] = single_or_absent(error_of(resistivities[index], relative));
+      }
+    }
+  };
+  put(quantity_resistivity_error, [](double rho, double relative) { return 2.0 * rho * relative; });
+  put(quantity_phase_error, [](double, double relative) { return relative * degrees_per_radian; });
+}
+
 }  // namespace
 
 void compute_from_impedance(EdiSection& section, std::size_t element) {
@@ -45,8 +70,6 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
   if (!has_impedance_only(section, element)) {
     return;
   }
-  EdiValues& first_error = section.get(element, quantity_first_error);
-  EdiValues& second_error = section.get(element, quantity_second_error);
   const std::size_t count = section.frequencies.size();
   resistivity.values.assign(count, no_data);
   phase.values.assign(count, no_data);
@@ -55,27 +78,13 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
     const double frequency = section.frequencies[index];
     const double r = real.values[index];
     const double i = imaginary.values[index];
-    const double square = r * r + i * i;
-    const bool known = !is_absent(r) && !is_absent(i) && frequency > 0.0;
-    const double rho = known ? numerics::impedance::apparent_resistivity({r, i}, frequency) : double{no_data};
-    if (known) {
-      resistivity.values[index] = single_or_absent(rho);
+    if (!is_absent(r) && !is_absent(i) && frequency > 0.0) {
+      resistivity.values[index] =
+          single_or_absent(numerics::impedance::apparent_resistivity({r, i}, frequency));
       phase.values[index] = single_or_absent(raised_phase(i, r));
     }
-    const auto relative_error = [&](double variance) {
-      return known && variance >= 0.0 && square > 0.0 ? std::sqrt(variance / square) : double{no_data};
-    };
-    if (first_error.is_variance) {
-      const double relative = relative_error(first_error.values[index]);
-      first_error.values[index] = is_absent(relative) ? no_data : single_or_absent(2.0 * rho * relative);
-    }
-    if (second_error.is_variance) {
-      const double relative = relative_error(second_error.values[index]);
-      second_error.values[index] =
-          is_absent(relative) ? no_data : single_or_absent(relative * degrees_per_radian);
-    }
   }
-  first_error.is_variance = second_error.is_variance = false;
+  put_errors_for_variance(section, element);
 }
 
 bool has_impedance_only(const EdiSection& section, std::size_t element) {
@@ -146,14 +155,19 @@ void fill_curve(const EdiSection& section, std::size_t element, Curve& curve) {
   const std::size_t count = section.frequencies.size();
   curve.assign(count);
   curve.frequencies = section.frequencies;
-  for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
-    const EdiValues& source = section.elements[element][quantity];
-    if (source.present) {
-      for (std::size_t index = 0; index < count; ++index) {
-        curve.value(quantity_fields[quantity], index) = source.values[index];
-      }
+  const auto copy = [&](const EdiValues& source, int field_number) {
+    for (std::size_t index = 0; source.present && index < count; ++index) {
+      curve.value(field_number, index) = source.values[index];
     }
-  }
+  };
+  const EdiValues& variance = section.get(element, quantity_variance);
+  copy(section.get(element, quantity_resistivity), Module_database::field_resistivity);
+  copy(section.get(element, quantity_phase), Module_database::field_phase);
+  copy(section.get(element, quantity_real), Module_database::field_impedance_real);
+  copy(section.get(element, quantity_imaginary), Module_database::field_impedance_imaginary);
+  copy(later(section.get(element, quantity_resistivity_error), variance),
+       Module_database::field_resistivity_error);
+  copy(later(section.get(element, quantity_phase_error), variance), Module_database::field_phase_error);
   for (std::size_t index = 0; index < count; ++index) {
     finish_point(curve, index);
   }

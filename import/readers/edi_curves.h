@@ -13,8 +13,10 @@ namespace Module_data_file {
 /// nor phase; does nothing to any other.
 ///
 ///   resistivity = 0.2 |Z|^2 / f,   phase = atan2(Im Z, Re Z) in degrees, 360 added below -90
-///   first order in the standard error s of |Z| (s^2 is the file's variance):
+///   first order in s = sqrt(variance / 2), the standard error of the real part and of the imaginary part:
 ///   resistivity error = 2 resistivity s / |Z|,   phase error = s / |Z| in degrees
+///
+/// The errors take the place of the variance where no block of errors follows it.
 ///
 /// Z in mV/km/nT: Cagniard (1953), Geophysics 18, 605-635, in field units. Absent where Z is absent or f is
 /// not positive.

@@ -6,6 +6,7 @@
 #include "core/line_reader.h"
 #include "formats/edi/edi_parser.h"
 #include "import/readers/edi_curves.h"
+#include "import/readers/edi_errors.h"
 #include "import/readers/edi_stations.h"
 #include "import/readers/reader_steps.h"
 
@@ -51,10 +52,20 @@ void compute_curves(EdiSection& section) {
 
 // Stores the four readings of a section. False after a failed store, whose
 // message has been shown.
-bool store_section(const EdiSection& section, FileTask& task) {
-  find_station_of_record(task.record);
+bool store_section(EdiSection& section, bool turn, FileTask& task) {
+  ReadingRecord& record = task.record;
+  const ResistivityErrorKind kind = resistivity_error_kind(section);  // by the file's own blocks
+  if (computes_from_impedance(record)) {
+    compute_curves(section);
+  }
+  if (turn) {
+    turn_ey(section);
+  }
+  record.axes.EyTurned = turn ? Module_database::ey_turned : Module_database::ey_as_measured;
+  find_station_of_record(record);
   for (std::size_t element = 0; element < element_count; ++element) {
-    fill_curve(section, element, task.record.curve);
+    fill_curve(section, element, record.curve);
+    fill_errors(section, element, kind, record.curve);
     if (!take_reading(task, tensor_data_types[element])) {
       return false;
     }
@@ -71,6 +82,7 @@ int read_sections(FileTask& task) {
     report.failure = "the file has no section >=MTSECT";
   }
   set_up_edi_header(record, "EMIRes");
+  take_file_place(parser.place(), record);
   SectionCensus census;
   EdiSection section;
   while (parser.next_section(section)) {
@@ -84,13 +96,7 @@ int read_sections(FileTask& task) {
     const bool turn = turns_ey(record, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     if (task.is_import()) {
-      if (computes_from_impedance(record)) {
-        compute_curves(section);
-      }
-      if (turn) {
-        turn_ey(section);
-      }
-      if (!store_section(section, task)) {
+      if (!store_section(section, turn, task)) {
         return -1;
       }
     } else {

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <vector>
 
+#include "core/absent_value.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -15,6 +16,7 @@
 #include "import/readers/edi_curves.h"
 #include "import/readers/edi_stations.h"
 #include "import/readers/reader_steps.h"
+#include "import/readers/standard_errors.h"
 #include "numerics/constants.h"
 #include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/mtcomp.h"
@@ -53,7 +55,7 @@ const char* why_no_tensor(MtcompError error) {
 }
 
 // The user sees one message on an invalid number of averages for a file; the report has each of them. The
-// frequency loses only the errors of its tensor, which aren't stored anyway.
+// frequency loses only the errors of its tensor.
 void report_invalid_averages(const SpectraBlock& block, bool& shown, FileReport& report) {
   if (!block.invalid_AVGT) {
     return;
@@ -123,6 +125,11 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
     point.scalar = estimate.coherence;
     curve.frequencies[index] = static_cast<float>(frequency);
     set_tensor_point(point, curve, index);
+    const double error = estimate.errors[element];
+    const double magnitude = std::hypot(real, imaginary);
+    if (!is_absent(error) && magnitude > 0.0) {
+      set_errors(error / magnitude, curve, index);
+    }
   }
   if (turn) {
     turn_sign(curve);
@@ -147,6 +154,7 @@ bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& t
   const bool turn = turns_ey(record, [&] { return mostly_in_third_quadrant(phases_of_yx(estimated)); });
   task.report.sections_turned += turn ? 1 : 0;
   if (task.is_import()) {
+    record.axes.EyTurned = turn ? Module_database::ey_turned : Module_database::ey_as_measured;
     find_station_of_record(record);
   }
   for (std::size_t element = 0; element < tensor_data_types.size(); ++element) {
@@ -178,7 +186,7 @@ void take_rotation(const SpectraSection& section, const std::vector<EstimatedFre
   std::string text = "the tensor was turned back by ROTSPEC, " + plain_text(least.rotation);
   text += (most.rotation > least.rotation ? " to " + plain_text(most.rotation) : "") + " degrees clockwise";
   if (by_azimuth) {
-    record.Orientation = 0.0F;
+    record.Orientation = record.axes.HxAzimuth = 0.0F;
     text += ", which is the azimuth of its channels: it points north";
   }
   formats::remark_ignored(report, section.line_number, text);
@@ -227,6 +235,7 @@ int read_sections(FileTask& task) {
     report.failure = "the file has no section >=SPECTRASECT";
   }
   set_up_edi_header(task.record, "EMISpect");
+  take_file_place(parser.place(), task.record);
   SpectraSection section;
   bool averages_shown = false;
   while (parser.next_section(section)) {
@@ -250,8 +259,8 @@ int read_edi_spectra(FileTask& task) {
   return run_reader(task, [&] { return read_sections(task); });
 }
 
-bool look_at_spectra(const std::string& file, FileReport& report,
-                     const std::function<void(const SpectraLook&)>& take) {
+SpectraHead look_at_spectra(const std::string& file, FileReport& report,
+                            const std::function<void(const SpectraLook&)>& take) {
   LineReader reader(file);
   EdiSpectraParser parser(reader, report);
   SpectraSection section;
@@ -268,7 +277,7 @@ bool look_at_spectra(const std::string& file, FileReport& report,
     }
     take(look);
   }
-  return parser.channels().has_remote();
+  return {parser.channels().has_remote(), parser.place().geographic};
 }
 
 std::optional<std::string> first_spectra_sectid(const std::string& file) {

@@ -7,6 +7,7 @@
 
 #include "formats/edi/edi_channels.h"
 #include "import/readers/field_reader.h"
+#include "numerics/geodesy/coordinate_transforms.h"
 
 namespace Module_data_file {
 
@@ -22,11 +23,15 @@ struct SpectraLook {
   std::vector<float> yx_phases;    // degrees, for each of them
 };
 
+struct SpectraHead {
+  bool has_remote = false;  // channels of a remote reference
+  std::optional<numerics::geodesy::GeographicPlace> place;
+};
+
 /// Goes through the sections of a file that an import would take, and has `take` look at each. What can't be
-/// read goes into the report. @return whether the head has channels of a remote reference. Throws
-/// std::runtime_error if the file can't be read.
-bool look_at_spectra(const std::string& file, formats::FileReport& report,
-                     const std::function<void(const SpectraLook&)>& take);
+/// read goes into the report. Throws std::runtime_error if the file can't be read.
+SpectraHead look_at_spectra(const std::string& file, formats::FileReport& report,
+                            const std::function<void(const SpectraLook&)>& take);
 
 /// The SECTID of the first section. Throws std::runtime_error if the file can't be read.
 std::optional<std::string> first_spectra_sectid(const std::string& file);

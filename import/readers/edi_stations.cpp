@@ -47,12 +47,13 @@ const EdiNames& names_of_file(FileTask& task) {
   return *task.record.edi_names;
 }
 
+// The first word, where other options follow on the line.
 std::string site_name(const EdiSectionHead& section, FileTask& task) {
-  if (has_name(section.SECTID)) {
-    return std::string(trimmed(*section.SECTID));
+  if (!has_name(section.SECTID)) {
+    return text_from_field_file(names_of_file(task).DATAID);
   }
-  const std::string& name = names_of_file(task).DATAID;
-  return name.empty() ? task.record.SurveyFile : name;
+  std::string_view name = trimmed(*section.SECTID);
+  return text_from_field_file(name.find('=') == std::string_view::npos ? name : next_token(name));
 }
 
 // Readings of an earlier import of the file are in nobody's way: the file gets its stations back.
@@ -168,22 +169,41 @@ void take_section_station(const EdiSectionHead& head, FileTask& task) {
   if (!take_planned_station(head, task)) {
     take_station(head, task);
   }
-  task.record.site = site_name(head, task);
+  take_site_name(head, task);
+}
+
+void take_site_name(const EdiSectionHead& head, FileTask& task) {
+  ReadingRecord& record = task.record;
+  record.site_name = site_name(head, task);
+  record.site = record.site_name.empty() ? record.SurveyFile : record.site_name;
+}
+
+void take_file_place(const formats::edi::EdiPlace& place, ReadingRecord& record) {
+  if (place.geographic) {
+    record.place.latitude = place.geographic->latitude;
+    record.place.longitude = place.geographic->longitude;
+  }
+  record.place.elevation = place.elevation;
+  record.place.datum = place.datum;
 }
 
 void take_section_place(const EdiSectionHead& section, ReadingRecord& record, FileReport& report) {
   record.Orientation = 0.0F;
-  record.MapX = record.MapY = record.Elevation = 0.0;
+  record.axes = {};
+  record.MapX = record.MapY = 0.0;
+  record.Elevation = record.place.elevation.value_or(0.0);
   if (!section.local_hx) {
     remark_unreadable(report, section.line_number,
                       "the section names no local HX channel; place and orientation are 0");
     return;
   }
   const EdiChannel& hx = *section.local_hx;
-  record.Orientation = static_cast<float>(hx.AZM);
+  record.Orientation = record.axes.HxAzimuth = static_cast<float>(hx.AZM);
   record.MapX = hx.Y;
   record.MapY = hx.X;
-  record.Elevation = hx.Z;
+  if (hx.Z != 0.0) {
+    record.Elevation = hx.Z;
+  }
 }
 
 void go_to_next_section(ReadingRecord& record, bool gave_readings) {

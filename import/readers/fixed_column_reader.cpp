@@ -13,6 +13,7 @@
 #include "formats/field_values.h"
 #include "formats/fixed_column/fixed_column_parser.h"
 #include "import/readers/reader_steps.h"
+#include "import/readers/standard_errors.h"
 #include "numerics/impedance/apparent_resistivity.h"
 
 namespace Module_data_file {
@@ -35,6 +36,10 @@ void take_head(const Head& head, ReadingRecord& record) {
   record.DipoleLength = head.dipole;
   record.StationSpacing = head.station_spacing;
   record.Orientation = head.orientation;
+  record.axes.EyTurned = Module_database::ey_as_measured;
+  if (head.has_orientation) {
+    record.axes.HxAzimuth = head.orientation;
+  }
 }
 
 // 0 without a frequency above 0.
@@ -62,6 +67,7 @@ void fill_element(const std::vector<TensorRecord>& records, std::size_t element,
     curve.value(Module_database::field_resistivity_error, index) = single_or_absent(record.variance[element]);
     curve.value(Module_database::field_phase_error, index) = single_or_absent(record.variance[element]);
     finish_point(curve, index);
+    set_errors(relative_error(record.variance[element], {point.real, point.imaginary}), curve, index);
   }
 }
 

@@ -9,6 +9,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/sites.h"
 #include "database/stations.h"
 #include "formats/field_values.h"
 #include "numerics/impedance/apparent_resistivity.h"
@@ -30,6 +31,32 @@ constexpr std::string_view failure_text = "An error occurred while importing the
 constexpr double electric_factor = 6314.0;
 constexpr double magnetic_factor = 2000.0;
 
+// The place of a file is that of its station. Of many stations it is that of none: the file doesn't say where
+// they are.
+void keep_sites(FileTask& task) {
+  const ReadingRecord& record = task.record;
+  const bool has_place = record.sites.size() == 1;
+  for (const auto& [key, noted] : record.sites) {
+    Module_database::Site site;
+    site.line = noted.line;
+    site.station = noted.station;
+    site.name = noted.name;
+    site.elevation = noted.elevation;
+    if (has_place) {
+      site.latitude = record.place.latitude;
+      site.longitude = record.place.longitude;
+      site.datum = record.place.datum;
+      site.elevation = record.place.elevation ? record.place.elevation : noted.elevation;
+    }
+    site.SurveyFile = record.SurveyFile;
+    if (const std::optional<std::string> kept = Module_database::keep_site(site)) {
+      formats::remark_ignored(task.report, 0,
+                              "site " + site.name + ": station " + plain_text(site.station) + " of line " +
+                                  site.line + " is named " + *kept + " already");
+    }
+  }
+}
+
 }  // namespace
 
 void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
@@ -37,6 +64,8 @@ void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
     record.MapX = record.converted_place->x;
     record.MapY = record.converted_place->y;
   }
+  const bool has_elevation = map_place == MapPlace::of_file && record.Elevation != 0.0;
+  note_site(record, record.Station, has_elevation ? std::optional(record.Elevation) : std::nullopt);
   const Module_database::GivenPlace place{record.MapX, record.MapY, record.Elevation};
   const Module_database::StationRows rows =
       Module_database::find_station(Module_database::StationSearch::create, record.LineNumber, record.Station,
@@ -48,6 +77,11 @@ void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
   record.MapX = rows.MapX;
   record.MapY = rows.MapY;
   record.Elevation = rows.Elevation;
+}
+
+void note_site(ReadingRecord& record, double station, std::optional<double> elevation) {
+  record.sites.try_emplace({upper_case(record.LineNumber), station},
+                           FileSite{record.LineNumber, station, record.site_name, elevation});
 }
 
 bool store_header_once(FileTask& task) {
@@ -155,6 +189,7 @@ int run_reader(FileTask& task, const std::function<int()>& read) {
   return trap_errors(failure_text, [&] {
     try {
       const int result = read();
+      keep_sites(task);
       if (result != 0) {
         task.report.failure = task.notes.failure;
       }

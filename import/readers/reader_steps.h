@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <string_view>
 
 #include "import/readers/field_reader.h"
@@ -21,8 +22,12 @@ inline constexpr std::string_view quadrature_data_type = "QP";
 enum class MapPlace { of_file, of_survey_grid };
 
 /// Looks the record's station up, or creates it, and copies its rows and place. A new station is put at the
-/// map place that the record has from the file, or where the survey grid has it.
+/// map place that the record has from the file, or where the survey grid has it. Notes its site.
 void find_station_of_record(ReadingRecord& record, MapPlace map_place = MapPlace::of_file);
+
+/// Notes a station that the file comes to and the name of its site; of several the first counts. Its sites
+/// are kept in the survey when the file has been read.
+void note_site(ReadingRecord& record, double station, std::optional<double> elevation);
 
 /// Stores the header of the file unless that was done. @return false after a failure, whose message was shown
 bool store_header_once(FileTask& task);
@@ -72,7 +77,7 @@ void remark_on_nul_bytes(const LineReader& lines, formats::FileReport& report);
 /// atan2 in degrees, 360 added below -90.
 double raised_phase(double imaginary, double real);
 
-/// Runs a reader: a failure is one message, and the report has it too.
+/// Runs a reader and keeps the sites that it has noted: a failure is one message, and the report has it too.
 /// @param read gives 0, or -1 after a message, whose text the notes have
 int run_reader(FileTask& task, const std::function<int()>& read);
 

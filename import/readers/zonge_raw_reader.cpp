@@ -31,6 +31,7 @@ void set_up_header(ReadingRecord& record) {
   record.DipoleLength = usual_dipole;
   record.StationSpacing = usual_dipole;
   record.Filter = "ZongeRaw";
+  record.axes.EyTurned = Module_database::ey_as_measured;
 }
 
 bool is_reading(const ZongeChannel& channel) { return channel.name == "ExHy" || channel.name == "EyHx"; }
@@ -148,6 +149,8 @@ void create_stations(const std::string& stn_file, FileTask& task) {
   if (task.is_import()) {
     for (const ZongeStation& entry : stations) {
       const Module_database::GivenPlace place{entry.x, entry.y, entry.elevation};
+      note_site(task.record, entry.station,
+                entry.elevation != 0.0 ? std::optional(entry.elevation) : std::nullopt);
       (void)Module_database::find_station(StationSearch::create, task.record.LineNumber, entry.station,
                                           &place);
     }

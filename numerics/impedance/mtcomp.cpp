@@ -17,7 +17,7 @@ using Complex = std::complex<double>;
 using Eigen::Matrix2cd;
 using Eigen::Matrix2d;
 
-constexpr double confidence = 0.6827;  // of one standard deviation of a normal variable
+constexpr double taken_by_row = 2.0;  // averages that the two complex elements of a row take
 
 // Field files print six digits. A determinant that is smaller than this share of its products is their
 // rounding.
@@ -70,27 +70,6 @@ bool is_singular(const Matrix2cd& m) {
   return !(std::abs(first - second) > min_determinant * (std::abs(first) + std::abs(second)));
 }
 
-// 4 F / degrees for the F that a variable of 4 and `degrees` degrees of freedom stays below with the
-// confidence p. With x = degrees / (degrees + 4 F) and a = degrees / 2 the upper tail is the incomplete beta
-// function I_x(a, 2) = x^a (1 + a (1 - x)) (Abramowitz and Stegun 1964, 26.5.6 and 26.6.2). In s = -a ln x
-// that reads s - ln(1 + a (1 - exp(-s/a))) = -ln(1 - p), and the factor is exp(s/a) - 1.
-double limit_factor(double degrees) {
-  const double a = degrees / 2.0;
-  const double target = -std::log1p(-confidence);
-  double s = 2.0;
-  for (int step = 0; step < 50; ++step) {
-    const double rest = -std::expm1(-s / a);
-    const double excess = s - std::log1p(a * rest) - target;
-    const double slope = 1.0 - std::exp(-s / a) / (1.0 + a * rest);
-    const double change = excess / slope;
-    s = std::max(s - change, s / 4.0);
-    if (std::abs(change) < 1e-12 * s) {
-      break;
-    }
-  }
-  return std::expm1(s / a);
-}
-
 void put(std::array<float, 10>& impedance, std::size_t place, Complex value) {
   impedance[place] = static_cast<float>(value.real());
   impedance[place + 1] = static_cast<float>(value.imag());
@@ -119,17 +98,17 @@ void take_errors(const CrossSpectra& spectra, const Matrix2cd& z,
   const Matrix2cd half = solver.solve(cross_powers(spectra, reference, reference).conjugate()).conjugate();
   const Matrix2cd spread = solver.solve(half.transpose()).transpose();  // S_HR^-H S_RR S_HR^-1
 
-  const bool known = spectra.averages > 4.0;
-  const double factor = known ? limit_factor(spectra.averages - 4.0) : 0.0;
+  const bool known = spectra.averages > taken_by_row;
   double coherence = 1.0;
   for (Eigen::Index row = 0; row < 2; ++row) {
     const double power = electric_powers(row, row).real();
     const double residual = std::max(0.0, residuals(row, row).real());
     coherence = std::min(coherence, power > 0.0 ? std::max(0.0, 1.0 - residual / power) : 0.0);
     for (Eigen::Index column = 0; column < 2; ++column) {
-      const double square = factor * residual * std::max(0.0, spread(column, column).real());
+      const double variance =
+          residual / (2.0 * (spectra.averages - taken_by_row)) * std::max(0.0, spread(column, column).real());
       estimate.errors[static_cast<std::size_t>(2 * row + column)] =
-          known ? single(std::sqrt(square)) : no_data;
+          known ? single(std::sqrt(variance)) : no_data;
     }
   }
   estimate.coherence = static_cast<float>(coherence);

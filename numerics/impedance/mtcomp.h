@@ -23,7 +23,7 @@ struct SpectraChannels {
 
 struct CrossSpectra {
   double frequency = 0.0;  // Hz, above 0
-  double averages = 0.0;   // independent averages; 4 or fewer: nothing is known of the errors
+  double averages = 0.0;   // independent averages; 2 or fewer: nothing is known of the errors
   double rotation = 0.0;   // degrees clockwise by which the channels' axes were turned before
   SpectraChannels channels;
   std::size_t channel_count = 0;   // n
@@ -37,7 +37,8 @@ struct TensorEstimate {
                                       // the tensor predicts from the magnetic field
   std::array<float, 10> impedance{};  // real and imaginary parts: xx in 0, 1; xy in 2, 3; the determinant
                                       // impedance in 4, 5; yx in 6, 7; yy in 8, 9
-  std::array<float, 4> errors{};      // half width of each element's confidence limits, no_data if not known
+  std::array<float, 4> errors{};      // standard error of the real and of the imaginary part of each
+                                      // element, no_data if not known
 };
 
 enum class MtcompError {
@@ -56,11 +57,15 @@ enum class MtcompError {
 /// in the axes of the channel definitions: the channels are turned back by the rotation first. The scale of
 /// the reference cancels.
 ///
-/// Errors are the limits that hold each element with a probability of 68.27 percent (Pedersen 1982,
+/// Errors are standard errors of the real part and, equally, of the imaginary part (Pedersen 1982,
 /// Geophysical Prospecting 30, 188-210; with a reference by Gamble, Goubau and Clarke 1979, Geophysics 44,
-/// 959-968), with s2 the power of the residual of Ex or Ey, F of 4 and averages - 4 degrees of freedom:
+/// 959-968), with s2 the power of the residual of Ex or Ey:
 ///
-///   |dZij|^2 = 4 / (averages - 4) F s2_i [S_HR^-H S_RR S_HR^-1]_jj
+///   dZij^2 = s2_i / (2 (averages - 2)) [S_HR^-H S_RR S_HR^-1]_jj
+///
+/// Each average is one complex value of each channel, and the two elements of a row take two of them. The
+/// variance of the complex element is twice dZij^2: public files that exist both as spectra and as impedances
+/// print it, with averages for averages - 2.
 ///
 /// The determinant impedance sqrt(Zxx Zyy - Zxy Zyx), real part not negative, doesn't depend on the axes
 /// (Berdichevsky and Dmitriev 1976).

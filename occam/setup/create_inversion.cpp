@@ -20,6 +20,7 @@
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
+#include "occam/setup/station_positions.h"
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
@@ -53,6 +54,21 @@ std::vector<double> stations_of(const std::string& line) {
   return stations;
 }
 
+/// The stations of a line where the inversion has them. @return none after a message
+std::optional<std::vector<PositionedStation>> stations_at_positions(const std::string& line,
+                                                                    PositionSource positions) {
+  const std::vector<double> stations = stations_of(line);
+  if (positions == PositionSource::station_numbers) {
+    return positions_by_number(stations);
+  }
+  const Module_projections::LineDistances distances = Module_projections::line_distances(line);
+  if (!distances.known()) {
+    user_interface().show_message(distances.refusal);
+    return std::nullopt;
+  }
+  return positions_by_distance(stations, distances);
+}
+
 void end_step(const StationSteps& steps) {
   if (steps.step_done) {
     steps.step_done();
@@ -78,7 +94,8 @@ int load_station(const ReadingKey& key, const Frequencies& frequencies, const Rh
 }
 
 /// Collects the data of all stations of the line.
-Outcome form_data(const LineSelection& line, const Frequencies& frequencies, const InversionInputs& inputs,
+Outcome form_data(const LineSelection& line, const std::vector<PositionedStation>& stations,
+                  const Frequencies& frequencies, const InversionInputs& inputs,
                   const InversionChoices& choices, const RhoplusSettings& rhoplus, const StationSteps& steps,
                   LineData& data) {
   RhoplusSettings settings = rhoplus;
@@ -86,19 +103,18 @@ Outcome form_data(const LineSelection& line, const Frequencies& frequencies, con
   const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
                        inputs.use_rhoplus_error};
   data.frequency_rows.assign(frequencies.count(), 0);
-  const std::vector<double> stations = stations_of(line.line);
   WorkProgress progress("Reading the stations of line " + line.line, stations.size());
   const Outcome outcome = each_item(progress, [&](std::size_t index) {
+    const PositionedStation& station = stations[index];
     if (steps.show_station) {
-      steps.show_station(static_cast<int>(index) + 1);
+      steps.show_station(station.place_in_line);
     }
     end_step(steps);
-    const double station = stations[index];
-    if (!is_within_limits(station, choices)) {
+    if (!is_within_limits(station.station, choices)) {
       return 0;
     }
     RhoplusTables tables;
-    if (load_station(line.at(station), frequencies, settings, inputs, steps, tables) != 0) {
+    if (load_station(line.at(station.station), frequencies, settings, inputs, steps, tables) != 0) {
       return -1;
     }
     if (!tables.data.empty()) {
@@ -109,17 +125,32 @@ Outcome form_data(const LineSelection& line, const Frequencies& frequencies, con
   return outcome == Outcome::finished && user_interface().stop_requested() ? Outcome::stopped : outcome;
 }
 
-/// Why there are too few data for an inversion; null if there are enough.
-const char* missing_data(const LineData& data, const std::vector<float>& frequencies) {
+/// Why there is no mesh with a node for each of two stations; empty if there is.
+std::string shared_position(const LineData& data) {
+  const auto shared = std::ranges::adjacent_find(data.site_positions);
+  if (shared == data.site_positions.end()) {
+    return {};
+  }
+  const auto site = static_cast<std::size_t>(shared - data.site_positions.begin());
+  return "Stations " + plain_text(data.site_stations[site]) + " and " +
+         plain_text(data.site_stations[site + 1]) +
+         " are at the same place along the line, and an inversion takes one of them. Switch the other one "
+         "off "
+         "(Use Data)";
+}
+
+/// Why the data are not those of an inversion; empty if they are.
+std::string fault_of(const LineData& data, const std::vector<float>& frequencies) {
   if (data.site_positions.size() < min_stations) {
     return too_few_stations;
   }
   if (data.rows.size() < 2) {
     return "There is not enough data to perform a 2D inversion";
   }
-  return frequencies.empty()
-             ? "There are not enough valid frequencies for the current line to perform a 2D inversion"
-             : nullptr;
+  if (frequencies.empty()) {
+    return "There are not enough valid frequencies for the current line to perform a 2D inversion";
+  }
+  return shared_position(data);
 }
 
 /// "21-November-2026"
@@ -151,6 +182,15 @@ struct RunSet {
   DataFile data;
 };
 
+/// "station_100.0": the number, wherever the station stands.
+std::vector<std::string> site_names(const std::vector<double>& stations) {
+  std::vector<std::string> names;
+  for (const double station : stations) {
+    names.push_back(site_name_at(static_cast<float>(station)));
+  }
+  return names;
+}
+
 RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices, LineData&& data,
                   std::vector<float>&& frequencies) {
   RunSet run;
@@ -169,7 +209,8 @@ RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices
                inputs.target_RMS,
                block_count(run.layers),
                std::log10(choices.initial_res)};
-  run.data = {description, std::move(data.site_positions), std::move(frequencies), std::move(data.rows)};
+  run.data = {description, std::move(data.site_positions), std::move(frequencies), std::move(data.rows),
+              site_names(data.site_stations)};
   return run;
 }
 
@@ -210,6 +251,10 @@ void put_into_place(const RunSet& run, const fs::path& folder, EarlierRun& earli
 
 int create_run(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
                const RhoplusSettings& rhoplus, const StationSteps& steps, CreatedInversion& created) {
+  const auto stations = stations_at_positions(line.line, inputs.positions);
+  if (!stations) {
+    return -1;
+  }
   const fs::path folder = run_directory(inputs);
   EarlierRun earlier(folder, {name_of(inputs.model_file), name_of(inputs.data_file)});
   if (!may_replace(earlier, folder)) {
@@ -226,7 +271,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     scripts.emplace(folder);
   }
   LineData data;
-  const Outcome outcome = form_data(line, *listed, inputs, choices, rhoplus, steps, data);
+  const Outcome outcome = form_data(line, *stations, *listed, inputs, choices, rhoplus, steps, data);
   created.stopped = outcome == Outcome::stopped;
   if (created.stopped) {
     return 0;
@@ -238,8 +283,8 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     scripts->keep();
   }
   std::vector<float> frequencies = number_frequencies(data, listed->list);
-  if (const char* const missing = missing_data(data, frequencies)) {
-    user_interface().show_message(missing);
+  if (const std::string fault = fault_of(data, frequencies); !fault.empty()) {
+    user_interface().show_message(fault);
     return -1;
   }
   const RunSet run = design_run(inputs, choices, std::move(data), std::move(frequencies));

@@ -40,7 +40,8 @@ struct CreatedInversion {
 /// mesh, start file and the files that start the program. Reports the number of data and the folder at the
 /// end. An earlier inversion in the folder moves into a folder of its own if the user agrees. All files are
 /// put into place together: after a failure or a stop, those of an earlier inversion are as before.
-/// @param rhoplus  the user's settings; whether static factors apply is an entry of its own
+/// @param rhoplus  the user's settings, also whether errors of files are used; whether static factors apply
+///                 is an entry of its own
 /// @return 0, also when it was stopped; -1 after a message or when the user kept the earlier inversion
 [[nodiscard]] int create_inversion(const Module_database::LineSelection& line, const InversionInputs& inputs,
                                    const Module_output::RhoplusSettings& rhoplus, const StationSteps& steps,

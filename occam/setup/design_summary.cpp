@@ -6,20 +6,27 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "occam/setup/mesh_design.h"
+#include "occam/setup/station_positions.h"
 
 namespace Module_occam {
 
 namespace {
 
 /// Of the stations of a line within the limits.
-std::vector<float> positions_of(const std::string& line, const InversionChoices& choices) {
+std::vector<float> positions_of(const Module_projections::LineDistances* distances, const std::string& line,
+                                const InversionChoices& choices) {
   const SessionState& state = session();
-  std::vector<float> positions;
+  std::vector<double> stations;
   for (std::size_t station = 0; station < state.station_line.size(); ++station) {
     const double value = state.station_value[station];
     if (state.station_line[station] == line && is_within_limits(value, choices)) {
-      positions.push_back(static_cast<float>(value));
+      stations.push_back(value);
     }
+  }
+  std::vector<float> positions;
+  for (const PositionedStation& station :
+       distances != nullptr ? positions_by_distance(stations, *distances) : positions_by_number(stations)) {
+    positions.push_back(static_cast<float>(station.position));
   }
   return positions;
 }
@@ -34,13 +41,15 @@ double depth_of(const MeshRows& rows) {
 
 }  // namespace
 
-std::string design_summary(const std::string& line, const InversionInputs& inputs) {
+std::string design_summary(const std::string& line, const InversionInputs& inputs,
+                           const Module_projections::LineDistances& distances) {
   InversionChoices choices;
   if (const char* const fault = invalid_entry(inputs, choices)) {
     return fault;
   }
   try {
-    const std::vector<float> positions = positions_of(line, choices);
+    const bool by_distance = inputs.positions == PositionSource::distances;
+    const std::vector<float> positions = positions_of(by_distance ? &distances : nullptr, line, choices);
     if (positions.size() < min_stations) {
       return "Stations that remain: " + plain_text(static_cast<int>(positions.size())) +
              "; an inversion needs at least " + plain_text(static_cast<int>(min_stations));

@@ -3,7 +3,11 @@
 #include <cstddef>
 #include <string>
 
+#include "projections/line_distances.h"
+
 namespace Module_occam {
+
+using Module_projections::PositionSource;
 
 inline constexpr std::size_t min_stations = 3;  // that an inversion is created for
 
@@ -29,6 +33,7 @@ struct InversionInputs {
   bool apply_static = true;   // static shift corrections
   std::string first_station;  // lower limit; blank: none
   std::string last_station;   // upper limit; blank: none
+  PositionSource positions = PositionSource::station_numbers;
   std::string description;
   std::string occam_directory;  // folder in `directory`, created if missing; blank: `directory` itself
 };

@@ -23,7 +23,7 @@ double missed_by(double datum, double fit) { return is_absent(fit) ? 0.0 : std::
 
 }  // namespace
 
-double resistivity_error(double rho, double fit, const ErrorRule& rule) {
+double resistivity_error(double rho, double fit, double file_error, const ErrorRule& rule) {
   const double magnitude = std::abs(safe_log10(rho));
   double error = 0.0;
   if (rule.rhoplus_error) {
@@ -33,20 +33,21 @@ double resistivity_error(double rho, double fit, const ErrorRule& rule) {
   } else {
     error = rule.standard_error ? rule.res_floor / 100.0 * magnitude : rule.res_floor;
   }
-  return std::clamp(error, min_resistivity_error, max_error);
+  const double of_files = file_error / std::abs(rho) * std::numbers::log10e;  // of the logarithm
+  return std::clamp(std::max(error, of_files), min_resistivity_error, max_error);
 }
 
-double phase_error(double phase, double fit, const ErrorRule& rule) {
+double phase_error(double phase, double fit, double file_error, const ErrorRule& rule) {
   const double floor = rule.phase_floor / 100.0;
   double error = floor * std::abs(phase);
   if (rule.rhoplus_error) {
     const double magnitude = std::abs(phase) + phase_offset;
     error = (floor + missed_by(phase, fit) / magnitude) * magnitude;
   }
-  return std::clamp(error, min_phase_error, max_error);
+  return std::clamp(std::max(error, file_error), min_phase_error, max_error);
 }
 
-void add_station(LineData& line, double station, const Module_output::RhoplusTables& tables,
+void add_station(LineData& line, const PositionedStation& station, const Module_output::RhoplusTables& tables,
                  bool electric_along_strike, const ErrorRule& rule) {
   using namespace Module_output;
   const Mode& mode = electric_along_strike ? te_mode : tm_mode;
@@ -59,21 +60,24 @@ void add_station(LineData& line, double station, const Module_output::RhoplusTab
   };
   for (std::size_t index = 0; index < tables.data.size(); ++index) {
     const auto& row = tables.data[index];
+    const FileErrors& of_files = tables.file_errors[index];
     const std::int32_t position = tables.index.frequency_position[index];
     if (position < 0 || static_cast<std::size_t>(position) >= line.frequency_rows.size()) {
       continue;
     }
     if (row.use_resistivity > 0.0F) {
       const double rho = row.resistivity;
-      add(position, mode.resistivity, safe_log10(rho), resistivity_error(rho, row.model_resistivity, rule));
+      add(position, mode.resistivity, safe_log10(rho),
+          resistivity_error(rho, row.model_resistivity, of_files.resistivity, rule));
     }
     if (row.use_phase > 0.0F) {
       const double phase = row.phase;
-      add(position, mode.phase, phase, phase_error(phase, row.model_phase, rule));
+      add(position, mode.phase, phase, phase_error(phase, row.model_phase, of_files.phase, rule));
     }
   }
   if (line.rows.size() > rows_before) {
-    line.site_positions.push_back(static_cast<float>(station));
+    line.site_positions.push_back(static_cast<float>(station.position));
+    line.site_stations.push_back(station.station);
   }
 }
 

@@ -6,13 +6,16 @@
 
 #include "core/file_names.h"
 #include "core/session_state.h"
+#include "core/trap_errors.h"
 #include "core/user_interface.h"
 #include "occam/setup/design_summary.h"
 #include "occam/setup/earlier_run.h"
+#include "output/file_errors.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"
 
 using Module_occam::InversionInputs;
+using Module_occam::PositionSource;
 
 namespace {
 
@@ -53,8 +56,8 @@ constexpr CheckControl check_controls[] = {
 
 }  // namespace
 
-Form_occam::Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
-                       QWidget* parent)
+Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
+                       QWidget* parent, Module_occam::PositionSource positions)
     : QDialog(parent),
       ui_(std::make_unique<Ui::Form_occam>()),
       rhoplus_(rhoplus),
@@ -72,9 +75,11 @@ Form_occam::Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occ
   steps_.step_done = [] { user_interface().wait_with_events(step_is_seen); };
   fill_drives();
   fill_controls();
+  offer_positions(positions);
   connect_controls();
   show_run_folder();
   show_summary();
+  show_hint();
 }
 
 Form_occam::~Form_occam() = default;
@@ -99,10 +104,32 @@ void Form_occam::fill_controls() {
   for (const CheckControl& control : check_controls) {
     ((*ui_).*control.box)->setChecked(kept.*control.on);
   }
+  ui_->Combo_use_file_errors->setCurrentIndex(rhoplus_.use_file_errors);
   ui_->DirList->choose(QString::fromStdString(kept.directory));
 }
 
+void Form_occam::offer_positions(PositionSource proposed) {
+  static_cast<void>(trap_errors("An error occurred while looking for the places of the stations: ",
+                                [&] { distances_ = Module_projections::line_distances(line_.line); }));
+  const bool known = distances_.known();
+  ui_->Combo_positions->setEnabled(known);
+  ui_->Combo_positions->setToolTip(known ? QString("Where the stations stand in mesh and data file")
+                                         : QString::fromStdString(distances_.refusal));
+  ui_->Combo_positions->setCurrentIndex(known && proposed == PositionSource::distances ? 1 : 0);
+  show_positions_hint();
+}
+
+/// Its label is the last one of its column: what it says moves nothing else.
+void Form_occam::show_positions_hint() {
+  const bool by_number = inputs().positions == PositionSource::station_numbers;
+  ui_->Label_positions_hint->setText(by_number ? QString::fromStdString(distances_.warning) : QString());
+}
+
 void Form_occam::connect_controls() {
+  connect(ui_->Combo_positions, &QComboBox::currentIndexChanged, this, [this] {
+    show_positions_hint();
+    show_summary();
+  });
   connect(ui_->DriveList, &QComboBox::activated, this,
           [this] { ui_->DirList->choose(ui_->DriveList->currentData().toString()); });
   connect(ui_->DirList, &FolderTree::folder_chosen, this, &Form_occam::show_run_folder);
@@ -110,6 +137,7 @@ void Form_occam::connect_controls() {
   for (const TextControl& control : text_controls) {
     connect((*ui_).*control.box, &QLineEdit::textChanged, this, &Form_occam::show_summary);
   }
+  connect(ui_->Combo_use_file_errors, &QComboBox::currentIndexChanged, this, &Form_occam::choose_errors);
   connect(ui_->Command_create_inversion, &QPushButton::clicked, this, &Form_occam::create_inversion);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
 }
@@ -120,7 +148,23 @@ void Form_occam::show_run_folder() {
 }
 
 void Form_occam::show_summary() {
-  ui_->Label_summary->setText(QString::fromStdString(Module_occam::design_summary(line_.line, inputs())));
+  ui_->Label_summary->setText(
+      QString::fromStdString(Module_occam::design_summary(line_.line, inputs(), distances_)));
+}
+
+void Form_occam::choose_errors(int index) {
+  rhoplus_.use_file_errors = index;
+  Module_output::save_rhoplus_settings(rhoplus_);
+  show_hint();
+}
+
+void Form_occam::show_hint() {
+  const bool left_out = rhoplus_.use_file_errors == 0;
+  if (left_out && file_errors_hint_.isEmpty()) {
+    file_errors_hint_ = QString::fromStdString(Module_output::file_errors_hint(line_));
+  }
+  ui_->Label_file_errors_hint->setText(file_errors_hint_);
+  ui_->Label_file_errors_hint->setVisible(left_out && !file_errors_hint_.isEmpty());
 }
 
 InversionInputs Form_occam::inputs() const {
@@ -132,6 +176,8 @@ InversionInputs Form_occam::inputs() const {
     inputs.*control.on = ((*ui_).*control.box)->isChecked();
   }
   inputs.directory = ui_->DirList->folder().toStdString();
+  inputs.positions =
+      ui_->Combo_positions->currentIndex() == 1 ? PositionSource::distances : PositionSource::station_numbers;
   return inputs;
 }
 

@@ -1,6 +1,7 @@
 // Form_occam.h: creates the run directory of a two-dimensional inversion of the current line.
 #pragma once
 #include <QDialog>
+#include <QString>
 #include <memory>
 
 #include "occam/setup/create_inversion.h"
@@ -14,10 +15,14 @@ class Form_occam : public QDialog {
 
  public:
   /// Shows the stored entries and a free folder beside the survey.
-  /// @param rhoplus  the user's settings, for the fit of each station
+  /// @param rhoplus  the user's settings, for the fit of each station; the choice of errors is one of them
+  /// and
+  ///                 can be changed here. They outlive the window.
   /// @param steps    what else happens at each station while the run is created
-  explicit Form_occam(const Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
-                      QWidget* parent = nullptr);
+  /// @param positions  that are proposed, if the line has them
+  explicit Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
+                      QWidget* parent = nullptr,
+                      Module_occam::PositionSource positions = Module_occam::PositionSource::station_numbers);
   ~Form_occam() override;
 
   /// Esc and the window's close button ask a run to stop, and close the window otherwise.
@@ -27,15 +32,21 @@ class Form_occam : public QDialog {
   void fill_controls();
   void fill_drives();
   void connect_controls();
+  void offer_positions(Module_occam::PositionSource proposed);
+  void show_positions_hint();
   void show_run_folder();
   void show_summary();
+  void choose_errors(int index);
+  void show_hint();
   [[nodiscard]] Module_occam::InversionInputs inputs() const;
   void create_inversion();
   void set_running(bool running);
 
   std::unique_ptr<Ui::Form_occam> ui_;
-  Module_output::RhoplusSettings rhoplus_;
+  Module_output::RhoplusSettings& rhoplus_;
+  QString file_errors_hint_;  // of the line; empty where there is nothing to say
   Module_occam::StationSteps steps_;
   Module_database::LineSelection line_;
+  Module_projections::LineDistances distances_;
   bool running_ = false;
 };

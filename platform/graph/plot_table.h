@@ -24,9 +24,8 @@ struct Colour {
 /// One curve. Points are joined by a line in their order; a point without data interrupts the line.
 struct PlotSeries {
   std::vector<double> x;
-  std::vector<double> y;  // as long as x
-  std::vector<double>
-      error;  // one standard deviation of y; empty: no error bars; no data: no bar at that point
+  std::vector<double> y;      // as long as x
+  std::vector<double> error;  // half a bar, in units of y; empty: no error bars; no data: none at a point
 };
 
 struct PlotTable {

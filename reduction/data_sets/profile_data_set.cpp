@@ -6,6 +6,7 @@
 #include "core/absent_value.h"
 #include "core/search_sort.h"
 #include "core/trap_errors.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"
 
@@ -15,11 +16,12 @@ namespace {
 
 /// The merged curve of the station whose first row this is. A derived row is the curve itself; for one that
 /// came from a file the curve may still have to be computed.
-int read_merged(const dao::Recordset& row, ReadingKey key, const Frequencies& frequencies,
-                StoredReading& merged) {
+int read_merged(const dao::Recordset& row, const Module_database::ReadingFacts& facts, ReadingKey key,
+                const Frequencies& frequencies, StoredReading& merged) {
   if (row.get_long("FileID") < 0 && row.get_single("SampleRate") == 0.0F) {
     merged = Module_database::read_reading(row);
     if (frequencies_are_positive(merged.curve)) {
+      facts.add_to(merged);
       return 0;
     }
   }
@@ -38,6 +40,7 @@ void fill_column(const StoredReading& merged, const std::vector<float>& frequenc
   column.resistivity.assign(frequencies.size(), no_data);
   column.phase.assign(frequencies.size(), no_data);
   column.mask.assign(frequencies.size(), {});
+  column.errors.assign(frequencies.size(), {});
   for (std::size_t i = 0; i < curve.count(); ++i) {
     const int position = basSearchSort::search_sorted(frequencies, curve.frequencies[i]);
     if (position < 0) {
@@ -48,6 +51,8 @@ void fill_column(const StoredReading& merged, const std::vector<float>& frequenc
     column.phase[at] = curve.value(Module_database::field_phase, i);
     column.mask[at] = {std::min(curve.counts_at(Module_database::field_resistivity, i), 1),
                        std::min(curve.counts_at(Module_database::field_phase, i), 1)};
+    column.errors[at] = {point_error(merged, Module_database::field_resistivity, i),
+                         point_error(merged, Module_database::field_phase, i)};
   }
 }
 
@@ -68,9 +73,10 @@ void find_extents(ProfileDataSet& data) {
 }
 
 int load_columns(const ReadingKey& key, const Frequencies& frequencies, ProfileDataSet& data) {
+  const std::string criteria = "LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key);
+  const Module_database::ReadingFacts facts(criteria);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM ReadingsDataTable WHERE LineNumber = '" + key.line + "' AND " +
-      kind_criteria(reduction_merged, key) + " ORDER BY Station,FileID");
+      "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY Station,FileID");
   std::optional<double> last_station;
   for (; !rows.eof(); rows.move_next()) {
     const double station = rows.get_double("Station");
@@ -79,7 +85,7 @@ int load_columns(const ReadingKey& key, const Frequencies& frequencies, ProfileD
     }
     last_station = station;
     StoredReading merged;
-    if (read_merged(rows, key, frequencies, merged) != 0) {
+    if (read_merged(rows, facts, key, frequencies, merged) != 0) {
       return -1;
     }
     if (merged.ID == 0) {
@@ -116,14 +122,6 @@ void store_profile_column(ProfileDataSet& data, std::size_t column_index, const 
 std::int32_t find_profile_column(const ProfileDataSet& data, double station) {
   const auto found = std::ranges::find(data.columns, station, &ProfileColumn::station);
   return found == data.columns.end() ? -1 : static_cast<std::int32_t>(found - data.columns.begin());
-}
-
-double half_spacing(const ProfileDataSet& data) {
-  if (data.columns.size() < 2) {
-    return 1.0;
-  }
-  const double length = data.columns.back().station - data.columns.front().station;
-  return 0.5 * length / static_cast<double>(data.columns.size() - 1);
 }
 
 }  // namespace Module_averaged_data

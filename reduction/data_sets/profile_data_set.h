@@ -4,10 +4,11 @@
 
 #include "reduction/averages.h"
 #include "reduction/data_sets/curve_parts.h"
+#include "reduction/data_sets/point_error.h"
 
 namespace Module_averaged_data {
 
-/// The merged curve of one station. Values and masks run over the frequencies of the data set.
+/// The merged curve of one station. Values, masks and errors run over the frequencies of the data set.
 struct ProfileColumn {
   std::int32_t ID = 0;  // of the reading
   std::int32_t StationID = 0;
@@ -19,6 +20,7 @@ struct ProfileColumn {
   std::vector<float> resistivity;  // ohm-m, without the static factor
   std::vector<float> phase;        // degrees
   std::vector<std::array<std::int32_t, Module_database::mask_count>> mask;
+  std::vector<std::array<PointError, Module_database::error_count>> errors;  // without the static factor
 };
 
 struct ProfileDataSet {
@@ -38,8 +40,5 @@ void store_profile_column(ProfileDataSet& data, std::size_t column_index, const 
 
 /// The column of a station, from 0; -1 if it has no merged curve.
 std::int32_t find_profile_column(const ProfileDataSet& data, double station);
-
-/// Half the mean distance between neighbouring stations, m; 1 where there is only one.
-double half_spacing(const ProfileDataSet& data);
 
 }  // namespace Module_averaged_data

@@ -5,6 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/trap_errors.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"
 
@@ -13,10 +14,12 @@ namespace Module_averaged_data {
 namespace {
 
 int load_slots(const ReadingKey& key, const Frequencies& frequencies, RepeatDataSet& data) {
+  const std::string criteria = "FileID>0 AND " + place_criteria(key) + " AND " +
+                               kind_criteria(reduction_raw, key) +
+                               " AND SampleRate = " + criterion_text(key.scan_rate);
+  const Module_database::ReadingFacts facts(criteria);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM ReadingsDataTable WHERE FileID>0 AND " + place_criteria(key) + " AND " +
-      kind_criteria(reduction_raw, key) + " AND SampleRate = " + criterion_text(key.scan_rate) +
-      " ORDER BY EventNumber");
+      "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY EventNumber");
   const bool has_repeats = !rows.eof();
   StoredReading average;
   if (get_reduced_reading(reduction_averaged, AllowRaw::yes, key, frequencies, average) != 0) {
@@ -27,7 +30,9 @@ int load_slots(const ReadingKey& key, const Frequencies& frequencies, RepeatData
   }
   store_repeat_slot(data, 0, std::move(average), frequencies);
   for (; !rows.eof(); rows.move_next()) {
-    store_repeat_slot(data, data.slots.size(), Module_database::read_reading(rows), frequencies);
+    StoredReading repeat = Module_database::read_reading(rows);
+    facts.add_to(repeat);
+    store_repeat_slot(data, data.slots.size(), std::move(repeat), frequencies);
     data.repeat_count = static_cast<std::int32_t>(data.slots.size()) - 1;
   }
   return 0;

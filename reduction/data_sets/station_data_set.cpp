@@ -5,6 +5,7 @@
 
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/derived_rows.h"
 
@@ -12,18 +13,21 @@ namespace Module_averaged_data {
 
 namespace {
 
-dao::Recordset rows_where(const std::string& condition) {
+using Module_database::ReadingFacts;
+
+dao::Recordset rows_where(const std::string& condition, const std::string& order) {
   return Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE " +
-                                                                condition);
+                                                                condition + " ORDER BY " + order);
 }
 
-StationSlot slot_of(StationSlotKind kind, const dao::Recordset& row) {
+StationSlot slot_of(StationSlotKind kind, const dao::Recordset& row, const ReadingFacts& facts) {
   StationSlot slot;
   slot.kind = kind;
   slot.SampleRate = row.get_single("SampleRate");
   slot.station = row.get_double("Station");
   slot.station_index = session().current_station_index;
   slot.reading = Module_database::read_reading(row);
+  facts.add_to(slot.reading);
   return slot;
 }
 
@@ -36,12 +40,13 @@ void add_slot(StationDataSet& data, StationSlot slot, const Frequencies& frequen
 /// The averages of the station by scan rate; sets the scan rates.
 std::vector<StationSlot> read_averages(const ReadingKey& key, StationDataSet& data) {
   std::vector<StationSlot> averages;
-  dao::Recordset rows = rows_where(place_criteria(key) + " AND " + kind_criteria(reduction_averaged, key) +
-                                   " ORDER BY SampleRate");
+  const std::string criteria = place_criteria(key) + " AND " + kind_criteria(reduction_averaged, key);
+  const ReadingFacts facts(criteria);
+  dao::Recordset rows = rows_where(criteria, "SampleRate");
   for (; !rows.eof(); rows.move_next()) {
     const bool derived = rows.get_long("FileID") < 0;
-    StationSlot& slot =
-        averages.emplace_back(slot_of(derived ? StationSlotKind::average : StationSlotKind::file, rows));
+    StationSlot& slot = averages.emplace_back(
+        slot_of(derived ? StationSlotKind::average : StationSlotKind::file, rows, facts));
     if (data.scan_rates.empty() || data.scan_rates.back() != slot.SampleRate) {
       data.scan_rates.push_back(slot.SampleRate);
     }
@@ -60,20 +65,23 @@ void add_kind(StationDataSet& data, std::vector<StationSlot>& averages, StationS
 
 void add_other_merged(const ReadingKey& key, const Frequencies& frequencies, StationDataSet& data) {
   const std::int32_t merged_ID = data.slots.front().reading.ID;
-  dao::Recordset rows = rows_where(place_criteria(key) + " AND " + kind_criteria(reduction_merged, key) +
-                                   " AND SampleRate=0 ORDER BY FileID");
+  const std::string criteria =
+      place_criteria(key) + " AND " + kind_criteria(reduction_merged, key) + " AND SampleRate=0";
+  const ReadingFacts facts(criteria);
+  dao::Recordset rows = rows_where(criteria, "FileID");
   for (; !rows.eof(); rows.move_next()) {
     if (rows.get_long("ID") != merged_ID) {
-      add_slot(data, slot_of(StationSlotKind::other_merged, rows), frequencies);
+      add_slot(data, slot_of(StationSlotKind::other_merged, rows, facts), frequencies);
     }
   }
 }
 
 void add_neighbours(const ReadingKey& key, const std::vector<std::int32_t>& neighbours,
                     const Frequencies& frequencies, StationDataSet& data) {
-  dao::Recordset rows =
-      rows_where("LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key) +
-                 " AND SampleRate=0 ORDER BY Station,FileID");
+  const std::string criteria =
+      "LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key) + " AND SampleRate=0";
+  const ReadingFacts facts(criteria);
+  dao::Recordset rows = rows_where(criteria, "Station,FileID");
   // Both run along the line, so one walk meets each neighbour at its first row.
   auto next = neighbours.begin();
   for (; !rows.eof() && next != neighbours.end(); rows.move_next()) {
@@ -85,7 +93,7 @@ void add_neighbours(const ReadingKey& key, const std::vector<std::int32_t>& neig
     if (next == neighbours.end() || value() != station) {
       continue;
     }
-    StationSlot slot = slot_of(StationSlotKind::neighbour, rows);
+    StationSlot slot = slot_of(StationSlotKind::neighbour, rows, facts);
     slot.station_index = *next;
     add_slot(data, std::move(slot), frequencies);
     ++data.neighbour_count;

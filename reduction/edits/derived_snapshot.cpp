@@ -23,6 +23,15 @@ std::string merged_criteria(const StationRows& place, ReadingKey key) {
   return key_criteria("FileID<0", place.StationID, "ReductionType=2", key);
 }
 
+Module_Brenlox::UndoFacts facts_of(std::int32_t ReadingID) {
+  const Module_database::FactsRow row = Module_database::find_facts(ReadingID);
+  return {row.ID, row.errors, row.axes.EyTurned, row.axes.HxAzimuth};
+}
+
+void put_back(std::int32_t ReadingID, const Module_Brenlox::UndoFacts& facts) {
+  Module_database::put_back_facts(ReadingID, {facts.id, facts.errors, {facts.ey_turned, facts.hx_azimuth}});
+}
+
 UndoDerived derived_at(const std::string& criteria) {
   dao::Recordset& rows = Module_database::open_survey().readings;
   rows.find_first(criteria);
@@ -35,7 +44,8 @@ UndoDerived derived_at(const std::string& criteria) {
           rows.get_single("ResOffset"),
           rows.get_single("PhaseOffset"),
           rows.get_binary("FreqBinary"),
-          rows.get_binary("DataBinary")};
+          rows.get_binary("DataBinary"),
+          facts_of(rows.get_long("ID"))};
 }
 
 void write_edits(dao::Recordset& row, const UndoDerived& earlier) {
@@ -71,8 +81,10 @@ void restore(const UndoDerived& earlier, const std::string& criteria, StoredRead
     write_curve_bytes(row, earlier);
   }
   row.update();
+  put_back(earlier.id, earlier.facts);
   row.find_first("ID = " + format_number(earlier.id, "0"));
   computed = Module_database::read_reading(row);
+  Module_database::read_facts(computed);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace Module_averaged_data {
 /// What both rows hold now. Throws dao::Error.
 Module_Brenlox::UndoReduction snapshot_of(const StationRows& place, const ReadingKey& key);
 
-/// Puts masks, flags and offsets of a row back after it was computed again, where it still has as many
+/// Puts masks, flags, offsets and facts of a row back after it was computed again, where it still has as many
 /// frequencies; the whole row where there was nothing left to compute it from. A row that there was not is
 /// removed. Throws dao::Error.
 /// @param computed the row as it was computed, ID 0 if it wasn't; then as it is stored

@@ -1,6 +1,8 @@
 #include "rhoplus/windows/Form_rhoplus.h"
 
 #include "core/number_text.h"
+#include "output/file_errors.h"
+#include "reduction/data_sets/curve_parts.h"
 #include "ui_Form_rhoplus.h"
 
 using Module_output::RhoplusSettings;
@@ -18,6 +20,7 @@ Form_rhoplus::Form_rhoplus(RhoplusSettings& settings, QWidget* parent)
   ui_->setupUi(this);
   show_settings();
   connect_controls();
+  show_hint();
 }
 
 Form_rhoplus::~Form_rhoplus() = default;
@@ -27,6 +30,7 @@ void Form_rhoplus::show_settings() {
   ui_->Combo_rhoplus_surface->setCurrentIndex(settings_.surface);
   ui_->Text_rhoplus_res_error_floor->setText(shown(settings_.resistivity_error_floor, "0.0"));
   ui_->Text_rhoplus_phase_error_floor->setText(shown(settings_.phase_error_floor, "0.0"));
+  ui_->Combo_use_file_errors->setCurrentIndex(settings_.use_file_errors);
   ui_->Text_rhoplus_resistivity_scale->setText(shown(settings_.resistivity_scale, "0.0000"));
   ui_->Check_rhoplus_exclude_data->setChecked(settings_.exclude_data == 1);
   ui_->Check_rhoplus_apply_static->setChecked(settings_.apply_static == 1);
@@ -45,6 +49,10 @@ void Form_rhoplus::connect_controls() {
   connect_number(ui_->Text_rhoplus_resistivity_scale, settings_.resistivity_scale);
   connect(ui_->Combo_rhoplus_surface, &QComboBox::currentIndexChanged, this,
           [this](int index) { settings_.surface = index; });
+  connect(ui_->Combo_use_file_errors, &QComboBox::currentIndexChanged, this, [this](int index) {
+    settings_.use_file_errors = index;
+    show_hint();
+  });
   const auto connect_choice = [this](const QCheckBox* box, std::int32_t& setting) {
     connect(box, &QCheckBox::toggled, this, [&setting](bool checked) { setting = checked ? 1 : 0; });
   };
@@ -52,6 +60,17 @@ void Form_rhoplus::connect_controls() {
   connect_choice(ui_->Check_rhoplus_apply_static, settings_.apply_static);
   connect_choice(ui_->Check_rhoplus_exclude_negative_phase, settings_.exclude_negative_phase);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+void Form_rhoplus::show_hint() {
+  const bool left_out = settings_.use_file_errors == 0;
+  if (left_out && file_errors_hint_.isEmpty()) {
+    const Module_database::ReadingKey key = Module_averaged_data::selected_key();
+    file_errors_hint_ = QString::fromStdString(
+        Module_output::file_errors_hint({key.line, key.reference_type, key.data_type, key.dipole}));
+  }
+  ui_->Label_file_errors_hint->setText(file_errors_hint_);
+  ui_->Label_file_errors_hint->setVisible(left_out && !file_errors_hint_.isEmpty());
 }
 
 void Form_rhoplus::done(int result) {

@@ -2,6 +2,7 @@
 // for the user.
 #pragma once
 #include <QDialog>
+#include <QString>
 #include <memory>
 
 #include "output/rhoplus_settings.h"
@@ -24,7 +25,9 @@ class Form_rhoplus : public QDialog {
  private:
   void show_settings();
   void connect_controls();
+  void show_hint();
 
   Module_output::RhoplusSettings& settings_;
+  QString file_errors_hint_;  // of the session's line; empty where there is nothing to say
   std::unique_ptr<Ui::Form_rhoplus> ui_;
 };

@@ -21,6 +21,7 @@
 
 #include "app/Form_main.h"
 #include "core/session_state.h"
+#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "output/rhoplus_settings.h"
 #include "platform/graph/VexGraphControl.h"
@@ -44,12 +45,44 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     return results()->findChild<Widget*>(name);
   }
   Form_rhoplus_inversion* results() const { return window_->findChild<Form_rhoplus_inversion*>(); }
+  QAction* result_action(const QString& name) const { return results()->findChild<QAction*>(name); }
   void invert() const { press("Command_invert"); }
   QString chi() const { return result<QLineEdit>("Text_rhoplus_achieved_chi")->text(); }
   void click_cell(int row, int column) const {
     auto* const grid = result<QTableWidget>("Grid_inversion_data");
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
                       grid->visualItemRect(grid->item(row, column)).center());
+  }
+
+  /// Gives the merged curves of the line errors of files and takes their deviations of repeats away.
+  static void let_only_files_have_errors() {
+    dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+        "SELECT * FROM ReadingsDataTable WHERE ReductionType = 2");
+    for (; !rows.eof(); rows.move_next()) {
+      Module_database::StoredReading merged = Module_database::read_reading(rows);
+      for (std::size_t point = 0; point < merged.curve.count(); ++point) {
+        merged.curve.value(Module_database::field_resistivity_deviation, point) = 0.0F;
+        merged.curve.value(Module_database::field_phase_deviation, point) = 0.0F;
+        merged.curve.error_at(Module_database::field_resistivity, point) = 100.0F;
+        merged.curve.error_at(Module_database::field_phase, point) = 45.0F;
+      }
+      rows.edit();
+      Module_database::write_curve(rows, merged.curve);
+      rows.update();
+      Module_database::write_facts(merged.ID, merged.curve, merged.axes);
+    }
+  }
+  /// Works in the modal window that an action brings up.
+  template <class Action, class Work>
+  void in_dialog(Action action, Work work) const {
+    QTimer::singleShot(0, window_.get(), [work] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      QVERIFY(dialog != nullptr);
+      work(*dialog, *dialog->findChild<QComboBox*>("Combo_use_file_errors"),
+           *dialog->findChild<QLabel*>("Label_file_errors_hint"));
+      dialog->close();
+    });
+    action();
   }
 
   std::unique_ptr<SettingsStore> earlier_store_;
@@ -286,6 +319,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
       dialog->findChild<QLineEdit*>("Text_rhoplus_res_error_floor")->setText("much");
       dialog->findChild<QComboBox*>("Combo_rhoplus_surface")->setCurrentIndex(0);
       dialog->findChild<QCheckBox*>("Check_rhoplus_apply_static")->click();
+      dialog->findChild<QComboBox*>("Combo_use_file_errors")->setCurrentIndex(1);
       QTest::mouseClick(dialog->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
     });
     window_->findChild<QAction*>("menu_rhoplus_options")->trigger();
@@ -297,6 +331,41 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(rhoplus_settings().resistivity_scale, 1.0F);
     QCOMPARE(rhoplus_settings().surface, 0);
     QCOMPARE(rhoplus_settings().apply_static, 0);
+    QCOMPARE(rhoplus_settings().use_file_errors, 1);
+    rhoplus_settings() = {};
+  }
+
+  void errors_of_files_are_hinted_at_once_and_one_choice_for_both_inversions() {
+    let_only_files_have_errors();
+    const auto options = [this] { window_->findChild<QAction*>("menu_rhoplus_options")->trigger(); };
+    in_dialog(options, [](QWidget& dialog, QComboBox& choice, QLabel& hint) {
+      QCOMPARE(choice.currentText(), QString("Floors as before"));
+      QVERIFY(hint.isVisible());
+      choice.setCurrentIndex(1);
+      QVERIFY(!hint.isVisible());
+      choice.setCurrentIndex(0);
+      QVERIFY(hint.isVisible());
+      if (const QString pictures = qEnvironmentVariable("BRENLOX_PICTURES"); !pictures.isEmpty()) {
+        QVERIFY(dialog.grab().save(pictures + "/form_rhoplus.png"));
+      }
+    });
+    in_dialog(options, [](QWidget&, QComboBox&, QLabel& hint) { QVERIFY(!hint.isVisible()); });
+
+    invert();
+    const double by_floors = chi().toDouble();
+    in_dialog([this] { QTest::mouseClick(result<QPushButton>("Command_occam"), Qt::LeftButton); },
+              [](QWidget&, QComboBox& choice, QLabel& hint) {
+                QVERIFY(!hint.isVisible());  // said in the other window
+                choice.setCurrentIndex(1);
+              });
+    QVERIFY2(chi().toDouble() < 0.2 * by_floors, qPrintable(chi()));
+    in_dialog([this] { result_action("menu_rhoplus_options")->trigger(); },
+              [](QWidget&, QComboBox& choice, QLabel&) {
+                QCOMPARE(choice.currentText(), QString("Floors and errors of the files"));
+                choice.setCurrentIndex(0);
+              });
+    QCOMPARE(chi().toDouble(), by_floors);
+    rhoplus_settings() = {};
   }
 
   void a_document_says_where_it_is_and_takes_no_place_of_the_survey() {

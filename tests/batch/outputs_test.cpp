@@ -1,10 +1,16 @@
 // What the batch program says about the files that it writes, and which ones it doesn't write.
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <filesystem>
+#include <numbers>
 #include <tuple>
 
+#include "core/session_state.h"
+#include "database/reading_facts.h"
+#include "database/survey_database.h"
 #include "tests/batch/batch_program.h"
+#include "tests/support/recording_interface.h"
 
 namespace {
 
@@ -128,6 +134,62 @@ TEST_F(Batch_program, A_switch_that_is_given_as_false_switches_nothing) {
   const std::string by_formula = data_file({});
   EXPECT_EQ(data_file({"--standard-deviation=false"}), by_formula);
   EXPECT_NE(data_file({"--standard-deviation"}), by_formula);
+}
+
+/// Gives all merged curves of a survey errors of 10,000 ohm-m and 60 degrees.
+void give_errors_of_files(const std::string& survey) {
+  using namespace Module_database;
+  const RecordingInterface interface;
+  session().database_file = survey;
+  ASSERT_EQ(open_database(), 0);
+  dao::Recordset rows =
+      open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE ReductionType = 2");
+  for (; !rows.eof(); rows.move_next()) {
+    StoredReading merged = read_reading(rows);
+    for (std::size_t point = 0; point < merged.curve.count(); ++point) {
+      merged.curve.error_at(field_resistivity, point) = 1e4F;
+      merged.curve.error_at(field_phase, point) = 60.0F;
+    }
+    write_facts(merged.ID, merged.curve, merged.axes);
+  }
+  EXPECT_EQ(close_database(), 0);
+}
+
+TEST_F(Batch_program, Errors_of_files_count_when_they_are_asked_for) {
+  write_field_files(3);
+  import_field_files();
+  give_errors_of_files(folder_.path("survey.mdb"));
+  const auto run_both = [this](const std::string& command, const Arguments& rest) {
+    Arguments arguments = of_line(command, rest);
+    const Outcome plain = run(arguments);
+    arguments.insert(arguments.begin() + 2, {"--file-errors"});
+    const Outcome with_errors = run(arguments);
+    EXPECT_EQ(plain.status + with_errors.status, 0) << plain.errors << with_errors.errors;
+    return std::pair(plain.output, with_errors.output);
+  };
+  const auto first_row = [this](const std::string& file, const std::string& title) {
+    const std::string text = file_contents(folder_.path(file));
+    const std::size_t begin = text.find(title) + title.size();
+    return text.substr(begin, text.find('\r', begin) - begin);
+  };
+  run_both("rhoplus", {"--directory", "rho"});
+  const std::string row = first_row("rho/tmd_100.dat", "execute\r\n\r\n");
+  EXPECT_EQ(row.substr(22, 10), "  10000.00") << row;
+  EXPECT_EQ(row.substr(42, 10), "     60.00") << row;
+
+  const auto [by_floors, by_files] = run_both("invert", {"--json", "-"});
+  const auto chi_of = [](const std::string& text) -> double {
+    return nlohmann::json::parse(text)[0]["achieved_chi"];
+  };
+  EXPECT_LT(chi_of(by_files), 0.1 * chi_of(by_floors));
+
+  run_both("occam", {"--directory", "run", "--overwrite"});
+  const std::string datum = first_row("run/occamdat", "DATATYPE,DATUM,ERROR\r\n");
+  const std::string before = first_row("run/earlier_1/occamdat", "DATATYPE,DATUM,ERROR\r\n");
+  EXPECT_EQ(datum.substr(0, 39), before.substr(0, 39));
+  const double rho = std::pow(10.0, std::stod(datum.substr(26, 13)));
+  EXPECT_NEAR(std::stod(datum.substr(39)), 1e4 / rho / std::numbers::ln10, 0.005) << datum;
+  EXPECT_LT(std::stod(before.substr(39)), 1.0) << before;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/batch/batch_program.h"
+#include "tests/formats/edi/made_edi.h"
 
 namespace {
 
@@ -61,6 +62,8 @@ TEST_F(Batch_program, Projection_faults_are_told_and_change_nothing) {
 
 TEST_F(Batch_program, Import_converts_latitude_and_longitude_when_told) {
   write_field_files(1);
+  const std::string placed = file_contents(folder_.path("field/L200E_S0100_E1_R4096.edi"));
+  (void)folder_.write("field/L200E_S0200_E1_R4096.edi", replaced(placed, "LAT=", "NONE="));
   ASSERT_EQ(run({"new", "survey.mdb"}).status, 0);
   std::vector<std::string> arguments = import_arguments("field");
   arguments.emplace_back("--convert-geographic");
@@ -74,9 +77,10 @@ TEST_F(Batch_program, Import_converts_latitude_and_longitude_when_told) {
   arguments.insert(arguments.end(), {"--report", "report.json"});
   const Outcome imported = run(arguments);
   EXPECT_EQ(imported.status, 0) << imported.errors;
-  // The sample files have no latitude: each says so in the report.
-  EXPECT_NE(file_contents(folder_.path("report.json")).find("the head gives no latitude and longitude"),
-            std::string::npos);
+  const std::string report = file_contents(folder_.path("report.json"));
+  const std::size_t first = report.find("the head gives no latitude and longitude");
+  EXPECT_NE(first, std::string::npos) << "the file without one says so";
+  EXPECT_EQ(report.rfind("the head gives no latitude and longitude"), first) << "and it alone";
 }
 
 }  // namespace

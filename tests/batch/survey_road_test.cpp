@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include "core/session_state.h"
+#include "database/reading_facts.h"
+#include "database/survey_database.h"
 #include "numerics/impedance/apparent_resistivity.h"
 #include "samples/sample_survey.h"
 #include "tests/batch/batch_program.h"
@@ -71,6 +74,21 @@ double mean(const std::vector<double>& values) {
   return sum / static_cast<double>(values.size());
 }
 
+/// Gives all points of a stored reading the same errors, ohm-m and degrees.
+void give_errors(const std::string& survey, std::int32_t ReadingID, float of_resistivity, float of_phase) {
+  session().database_file = survey;
+  ASSERT_EQ(Module_database::open_database(), 0);
+  dao::Recordset& rows = Module_database::open_survey().readings;
+  rows.find_first("ID = " + std::to_string(ReadingID));
+  Module_database::StoredReading reading = Module_database::read_reading(rows);
+  for (std::size_t k = 0; k < reading.curve.count(); ++k) {
+    reading.curve.error_at(1, k) = of_resistivity;
+    reading.curve.error_at(2, k) = of_phase;
+  }
+  Module_database::write_facts(ReadingID, reading.curve, {});
+  ASSERT_EQ(Module_database::close_database(), 0);
+}
+
 /// Each used value of `reduced` is the mean of what its inputs hold at its frequency.
 void expect_means(const Json& reduced, const std::vector<Json>& inputs) {
   for (const std::size_t field : {0U, 1U}) {
@@ -94,7 +112,9 @@ TEST_F(Batch_program, Import_fills_the_survey_that_info_shows) {
   EXPECT_EQ(info["tables"]["FileTable"], 18);
   EXPECT_EQ(info["tables"]["StationsTable"], 3);
   EXPECT_EQ(info["tables"]["ReadingsDataTable"], raw + raw / 3 + raw / 6);
-  EXPECT_EQ(info["tables"].size(), 8U);
+  EXPECT_EQ(info["tables"]["SitesTable"], 3);
+  EXPECT_EQ(info["tables"]["ReadingFactsTable"], raw + raw / 3 + raw / 6);
+  EXPECT_EQ(info["tables"].size(), 10U);
   EXPECT_EQ(info["lines"], Json::parse(R"([{"line": "200E", "stations": [100, 200, 300]}])"));
   EXPECT_EQ(info["reference_types"], Json::parse("[0]"));
   EXPECT_EQ(info["data_types"], Json::parse(R"(["ExHx", "ExHy", "EyHx", "EyHy"])"));
@@ -165,14 +185,16 @@ TEST_F(Batch_program, Averages_and_merged_curves_are_means_of_what_went_in) {
         run_for_json(with(curve_arguments("EyHx", 0), {"--rate", rate})).get<std::vector<Json>>();
     ASSERT_EQ(repeats.size(), 3U);
     EXPECT_EQ(keys(repeats[0]), (std::set<std::string>{"id", "file_id", "event", "frequencies", "data",
-                                                       "mask", "use", "res_offset", "phase_offset"}));
+                                                       "mask", "resistivity_error", "phase_error", "use",
+                                                       "res_offset", "phase_offset"}));
     averages.push_back(run_for_json(with(curve_arguments("EyHx", 1), {"--rate", rate})));
     expect_means(averages.back(), repeats);
   }
   const Json merged = run_for_json(curve_arguments("EyHx", 2));
   expect_means(merged, averages);
-  EXPECT_EQ(keys(merged), (std::set<std::string>{"id", "file_id", "frequencies", "data", "mask", "use",
-                                                 "res_offset", "phase_offset"}));
+  EXPECT_EQ(keys(merged),
+            (std::set<std::string>{"id", "file_id", "frequencies", "data", "mask", "resistivity_error",
+                                   "phase_error", "use", "res_offset", "phase_offset"}));
   EXPECT_EQ(merged["file_id"], -1);
   EXPECT_EQ(merged["use"], Json::parse("[true, true, true]"));
   EXPECT_EQ(merged["res_offset"], 1);
@@ -181,6 +203,49 @@ TEST_F(Batch_program, Averages_and_merged_curves_are_means_of_what_went_in) {
   EXPECT_EQ(merged["data"][0].size(), 20U);
   EXPECT_TRUE(std::is_sorted(merged["frequencies"].begin(), merged["frequencies"].end()));
   EXPECT_EQ(run_for_json(curve_arguments("EyHx", 0)).size(), 6U) << "without --rate the repeats of all";
+}
+
+TEST_F(Batch_program, Curve_tells_errors_of_files_and_deviations_of_repeats_apart) {
+  write_field_files(2);
+  import_field_files();
+  const std::vector<std::string> rate{"--rate", "256"};
+  const Json repeats = run_for_json(with(curve_arguments("EyHx", 0), rate));
+  ASSERT_EQ(repeats.size(), 3U);
+  // 1, 2 and 2 ohm-m at all points; the last one tells nothing of its phase.
+  give_errors(folder_.path("survey.mdb"), repeats[0]["id"], 1.0F, 0.1F);
+  give_errors(folder_.path("survey.mdb"), repeats[1]["id"], 2.0F, 0.2F);
+  give_errors(folder_.path("survey.mdb"), repeats[2]["id"], 2.0F, no_data);
+  ASSERT_EQ(run({"recalculate", "survey.mdb"}).status, 0);
+  const Json with_errors = run_for_json(with(curve_arguments("EyHx", 0), rate));
+  const std::size_t count = repeats[0]["frequencies"].size();
+  EXPECT_EQ(with_errors[1]["phase_error"], Json(std::vector<double>(count, 0.2)));
+  EXPECT_EQ(with_errors[2]["phase_error"], Json(std::vector<Json>(count)));
+  const Json average = run_for_json(with(curve_arguments("EyHx", 1), rate));
+  std::size_t of_all = 0;
+  for (std::size_t k = 0; k < count; ++k) {
+    int used = 0;
+    for (const Json& repeat : repeats) {
+      used += repeat["mask"][k][0].get<int>();
+    }
+    if (used == 3) {
+      EXPECT_EQ(average["resistivity_error"][k], 1.0);  // sqrt(1 + 4 + 4) / 3
+      EXPECT_TRUE(average["phase_error"][k].is_null());
+      ++of_all;
+    }
+  }
+  EXPECT_GT(of_all, 10U);
+
+  std::vector<std::string> arguments = with(curve_arguments("EyHx", 1), rate);
+  std::erase(arguments, "--json");
+  EXPECT_NE(
+      run(arguments).output.find(
+          "    Frequency  Resistivity        Error    Deviation        Phase        Error    Deviation"
+          "  Mask\n"
+          "           Hz        ohm-m        ohm-m        ohm-m      degrees      degrees      degrees\n"),
+      std::string::npos);
+  arguments = with(curve_arguments("EyHx", 0), rate);
+  std::erase(arguments, "--json");
+  EXPECT_EQ(run(arguments).output.find("Deviation"), std::string::npos);
 }
 
 // The reduced curve is that of the ground: half of its points within a few per cent of the forward response.

@@ -141,13 +141,67 @@ TEST_F(Plots, Averages_and_merged_curves_have_error_bars) {
   EXPECT_TRUE(station.phase.table.series[1].error.empty());
 }
 
+TEST_F(Plots, Bars_show_what_repeats_say_and_else_what_the_file_says) {
+  const made::ReadingKey key = made::key(64.0F);
+  const std::vector<made::Point> both{{1.0F, 100.0F, 40.0F}, {2.0F, 100.0F, 40.0F}};
+  made::store(key, 1, made::with_errors(made::reading(both), 3.25F, 0.0625F));
+  made::store(key, 2, made::reading({{2.0F, 110.0F, 44.0F}}));
+  ASSERT_EQ(Module_averaged_data::recalculate_merged(), 0);
+  open_line(0);
+  ASSERT_EQ(Module_averaged_data::set_static_factor(2.0F), Edit::changed);
+  const GraphPair raw = raw_plot(false);
+  EXPECT_EQ(raw.resistivity.table.series[0].error, (std::vector<double>{3.25, 5.0}));
+  EXPECT_EQ(raw.phase.table.series[0].error, (std::vector<double>{0.0625, 2.0}));
+  EXPECT_EQ(raw.resistivity.table.series[1].error, (std::vector<double>{3.25, 3.25}));
+  EXPECT_TRUE(raw.resistivity.table.series[2].error.empty());
+  const GraphPair station = station_plot(false);
+  for (const std::size_t series : {0U, 1U}) {
+    EXPECT_EQ(station.resistivity.table.series[series].error, (std::vector<double>{6.5, 10.0}));
+    EXPECT_EQ(station.phase.table.series[series].error, (std::vector<double>{0.0625, 2.0}));
+  }
+  EXPECT_EQ(raw_point_text(0, 0, Component::phase),
+            "Average: 1.0000 Hz, 40.00 \u00b1 0.0625 deg (error of the file)");
+  EXPECT_EQ(raw_point_text(1, 1, Component::resistivity),
+            "Repeat 1 (event 1): 2.0000 Hz, 100.00 \u00b1 3.25 ohm-m (error of the file)\n7.edi");
+  EXPECT_EQ(raw_point_text(2, 0, Component::phase), "Repeat 2 (event 2): 2.0000 Hz, 44.00 deg\n7.edi");
+  EXPECT_EQ(station_point_text(0, 1, Component::resistivity),
+            "Merged data: 2.0000 Hz, 210.00 \u00b1 10.00 ohm-m (standard deviation of 2 repeats)");
+  EXPECT_EQ(profile_point_text(0, 0, Component::resistivity),
+            "Station 100: 1.0000 Hz, 200.00 \u00b1 6.50 ohm-m (error of the file)");
+  EXPECT_EQ(profile_point_text(1, 0, Component::resistivity),
+            "Station 100: 2.0000 Hz, 210.00 \u00b1 10.00 ohm-m (standard deviation of the repeats)");
+}
+
+TEST_F(Plots, Field_magnitudes_of_an_averaged_file_are_no_bars) {
+  made::StoredReading file = made::reading({{1.0F, 100.0F, 40.0F}, {2.0F, 100.0F, 40.0F}});
+  for (const std::size_t point : {0U, 1U}) {
+    file.curve.value(13, point) = no_data;  // as files have it whose fields 3 and 4 hold them
+  }
+  file.curve.error_at(1, 1) = 3.5F;
+  made::store(made::key(64.0F), 1, file, 1);
+  ASSERT_EQ(Module_averaged_data::recalculate_merged(), 0);
+  open_line(0);
+  const GraphPair plot = station_plot(false);
+  ASSERT_EQ(plot.resistivity.table.series.size(), 2U);
+  for (const std::size_t series : {0U, 1U}) {  // the merged curve, the file
+    EXPECT_EQ(plot.resistivity.table.series[series].error, (std::vector<double>{graph::null_value, 3.5}));
+    EXPECT_TRUE(plot.phase.table.series[series].error.empty());
+  }
+}
+
 TEST_F(Plots, Points_are_named_with_deviation_mask_and_file) {
   open_line(1);
   EXPECT_EQ(raw_point_text(4, 1, Component::phase), "Repeat 4 (event 4): 2.0000 Hz, 44.00 deg\n7.edi");
   ASSERT_EQ(Module_averaged_data::toggle_repeat_point(4, 1, Component::phase), Edit::changed);
   EXPECT_EQ(raw_point_text(4, 1, Component::phase),
             "Repeat 4 (event 4): 2.0000 Hz, 44.00 deg, masked\n7.edi");
-  EXPECT_EQ(raw_point_text(0, 1, Component::phase), "Average: 2.0000 Hz, 42.00 \u00b1 0.82 deg");
+  EXPECT_EQ(raw_point_text(0, 1, Component::phase),
+            "Average: 2.0000 Hz, 42.00 \u00b1 0.82 deg (standard deviation of 3 repeats)");
+  EXPECT_EQ(station_point_text(0, 1, Component::phase),
+            "Merged data: 2.0000 Hz, 42.00 \u00b1 0.82 deg (standard deviation of the repeats)")
+      << "of which scan rates, isn't known";
+  EXPECT_EQ(station_point_text(1, 1, Component::resistivity),
+            "Averaged data for 64: 2.0000 Hz, 114.50 \u00b1 1.12 ohm-m (standard deviation of 4 repeats)");
   EXPECT_EQ(raw_point_text(9, 1, Component::phase), "");
 }
 
@@ -247,7 +301,8 @@ TEST_F(Plots, A_reading_taken_out_is_grey_and_has_no_say_in_the_axes) {
   EXPECT_DOUBLE_EQ(profile.phase.x.maximum, 250.0);  // its place on the line stays
   EXPECT_DOUBLE_EQ(profile.resistivity.y.maximum, 1.2 * 176.5 + 1.0);
   EXPECT_DOUBLE_EQ(station_plot(true).resistivity.y.maximum, 1.2 * 176.5 + 1.0);
-  EXPECT_EQ(profile_point_text(4, 1, Component::phase), "Station 200: 16.0000 Hz, 42.50 deg, masked");
+  EXPECT_EQ(profile_point_text(4, 1, Component::phase),
+            "Station 200: 16.0000 Hz, 42.50 \u00b1 1.12 deg (standard deviation of the repeats), masked");
 }
 
 TEST_F(Plots, Axes_start_below_the_lowest_frequency_however_low_it_is) {

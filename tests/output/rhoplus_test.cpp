@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <limits>
 
 #include "core/absent_value.h"
 #include "output/output_choices.h"
@@ -123,6 +124,60 @@ TEST_F(Rhoplus, Errors_are_raised_to_the_floors) {
   }
 }
 
+TEST_F(Rhoplus, Errors_of_files_count_where_they_are_larger_and_asked_for) {
+  struct Case {
+    const char* name;
+    float file_resistivity, file_phase;  // of 100 ohm-m, which the static factor doubles, and 45 degrees
+    float error, phase_error;            // worked out by hand, the floors being 4 % and 2 degrees
+    float kept_resistivity, kept_phase;  // as errors of files
+    std::int32_t use_file_errors = 1;
+    std::int32_t apply_static = 1;
+    std::int32_t counts = 1;
+  };
+  constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+  constexpr float infinite = std::numeric_limits<float>::infinity();
+  const Case cases[] = {{"larger than the floors: 2 x 10", 10.0F, 5.0F, 20.0F, 5.0F, 20.0F, 5.0F},
+                        {"smaller than the floors", 3.0F, 1.5F, 8.0F, 2.0F, 6.0F, 1.5F},
+                        {"smaller than the deviations", 3.0F, 1.5F, 12.0F, 3.0F, 6.0F, 1.5F},
+                        {"one of the two", no_data, 5.0F, 8.0F, 5.0F, 0.0F, 5.0F},
+                        {"none", no_data, no_data, 8.0F, 2.0F, 0.0F, 0.0F},
+                        {"no numbers", nan, infinite, 8.0F, 2.0F, 0.0F, 0.0F},
+                        {"not asked for", 10.0F, 5.0F, 8.0F, 2.0F, 0.0F, 0.0F, 0},
+                        {"without the static factor", 10.0F, 5.0F, 10.0F, 5.0F, 10.0F, 5.0F, 1, 0},
+                        {"masked: 2 x 6, and 4", 100.0F, 50.0F, 12.0F, 4.0F, 0.0F, 0.0F, 1, 1, 0}};
+  settings.exclude_data = 0;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    settings.use_file_errors = c.use_file_errors;
+    settings.apply_static = c.apply_static;
+    StoredReading reading = merged({{10.0F, 100.0F, 45.0F}, {20.0F, 100.0F, 45.0F}});
+    const bool deviations = c.error == 12.0F;
+    reading.curve.value(3, 0) = deviations ? 6.0F : 0.0F;
+    reading.curve.value(4, 0) = deviations ? 3.0F : 0.0F;
+    reading.ResOffset = 2.0F;
+    reading.curve.error_at(1, 0) = c.file_resistivity;
+    reading.curve.error_at(2, 0) = c.file_phase;
+    reading.curve.counts_at(1, 0) = reading.curve.counts_at(2, 0) = c.counts;
+    const RhoplusTables rows = tables(reading);
+    ASSERT_EQ(rows.data.size(), 2U);
+    ASSERT_EQ(rows.file_errors.size(), 2U);
+    EXPECT_FLOAT_EQ(rows.data[0].resistivity_error, c.error);
+    EXPECT_FLOAT_EQ(rows.data[0].phase_error, c.phase_error);
+    EXPECT_FLOAT_EQ(rows.file_errors[0].resistivity, c.kept_resistivity);
+    EXPECT_FLOAT_EQ(rows.file_errors[0].phase, c.kept_phase);
+    EXPECT_EQ(rows.file_errors[1].resistivity, 0.0F) << "the point beside it";
+  }
+}
+
+TEST_F(Rhoplus, An_error_longer_than_its_field_stays_large) {
+  settings.use_file_errors = 1;
+  StoredReading reading = merged({{10.0F, 100.0F, 45.0F}});
+  reading.curve.error_at(1, 0) = 123456789012.0F;
+  const RhoplusTables rows = tables(reading);
+  EXPECT_EQ(rows.data_lines, "   10.0000      100.009999999.00     45.00      3.00 1 1\r\n");
+  EXPECT_FLOAT_EQ(rows.data[0].resistivity_error, 123456789012.0F);
+}
+
 TEST_F(Rhoplus, Rows_without_data_and_switched_off_frequencies) {
   StoredReading reading =
       merged({{1.0F, 100.0F, 45.0F}, {2.0F, 100.0F, -5.0F}, {4.0F, no_data, no_data}, {8.0F, 9.0F, 9.0F}});
@@ -233,6 +288,7 @@ TEST_F(Rhoplus, Settings_are_kept_but_for_the_scale) {
   enter_positive(settings.resistivity_scale, "2.5");
   settings.surface = 0;
   settings.apply_static = 0;
+  settings.use_file_errors = 1;
   save_rhoplus_settings(settings);
   EXPECT_EQ(settings.phase_error_floor, 2.0F);
   settings = load_rhoplus_settings();
@@ -242,17 +298,20 @@ TEST_F(Rhoplus, Settings_are_kept_but_for_the_scale) {
   EXPECT_EQ(settings.resistivity_scale, 1.0F);
   EXPECT_EQ(settings.exclude_data, 1);
   EXPECT_EQ(settings.apply_static, 0);
+  EXPECT_EQ(settings.use_file_errors, 1);
 
   const auto set = [](const char* key, const char* value) {
     settings_store().set_value("Marrowgate", "Brenlox", key, value);
   };
   set("RhoPlusSurface", "2");
   set("RhoPlusApplyStatic", "yes");
+  set("RhoPlusUseFileErrors", "-1");
   set("RhoPlusResFloor", "0");
   set("RhoPlusResScale", "1.5");
   settings = load_rhoplus_settings();
   EXPECT_EQ(settings.surface, 1);
   EXPECT_EQ(settings.apply_static, 1);
+  EXPECT_EQ(settings.use_file_errors, 0);
   EXPECT_EQ(settings.resistivity_error_floor, 4.0F);
   EXPECT_EQ(settings.resistivity_scale, 1.5F);
 }

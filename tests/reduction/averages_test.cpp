@@ -1,5 +1,7 @@
 #include "reduction/averages.h"
 
+#include <cmath>
+
 #include "core/absent_value.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/foreign_change.h"
@@ -447,4 +449,45 @@ TEST_F(Averages, Frequencies_of_0_and_below_are_stored_with_a_reading_and_take_n
   EXPECT_EQ(found.curve.mask, (std::vector<std::int32_t>{1, 0, 1, 1}));
   EXPECT_EQ(stored(old_average).curve.frequencies, positive);
   EXPECT_EQ(stored(old_average).curve.mask, (std::vector<std::int32_t>{1, 0, 1, 1}));
+}
+
+TEST_F(Averages, Facts_of_the_readings_go_on_to_averages_and_merged_curves) {
+  const auto repeat = [](float error, const Module_database::ReadingAxes& axes) {
+    StoredReading made = made::with_errors(made::reading(low_points), error, error / 10.0F);
+    made.axes = axes;
+    return made;
+  };
+  using Module_database::ey_not_known;
+  using Module_database::ey_turned;
+  const ReadingKey low = made::key(8.0F);
+  const ReadingKey high = made::key(1024.0F);
+  made::store(low, 1, repeat(3.0F, {ey_turned, 359.75F}));
+  const std::int32_t second = made::store(low, 2, repeat(4.0F, {ey_turned, 0.25F}));
+  made::store(high, 0, repeat(2.5F, {ey_turned, 0.5F}), 1);  // a file of averages keeps what it brings
+  const std::int32_t average = average_of(low).ID;
+  const StoredReading merged = merge_of(low);
+  ASSERT_EQ(merged.curve.errors.size(), 4U);
+  EXPECT_FLOAT_EQ(merged.curve.error(1, 0), std::sqrt(2.0F * 2.5F * 2.5F) / 2.0F);
+  EXPECT_FLOAT_EQ(merged.curve.error(2, 1), std::sqrt(2.0F) / 8.0F);
+  EXPECT_EQ(merged.axes, (Module_database::ReadingAxes{ey_turned, 0.25F}));
+  const auto found = [&](std::int32_t reduction) {
+    StoredReading reading;
+    EXPECT_EQ(get_reduced_reading(reduction, AllowRaw::yes, low, made::frequencies(), reading), 0);
+    return reading;
+  };
+  EXPECT_EQ(found(1).ID, average);
+  EXPECT_EQ(found(1).axes, (Module_database::ReadingAxes{ey_turned, 0.0F}));
+  EXPECT_EQ(found(2).curve.errors, merged.curve.errors);
+
+  // Azimuths that differ, an axis and errors that one repeat lacks, follow at a recalculation.
+  const Module_database::Curve none = made::reading(low_points).curve;
+  Module_database::write_facts(second, none, {ey_not_known, 1.0F});
+  ASSERT_EQ(recalculate_merged(), 0);
+  for (const std::int32_t reduction : {1, 2}) {
+    EXPECT_TRUE(found(reduction).curve.errors.empty() || found(reduction).curve.error(1, 0) == no_data);
+    EXPECT_EQ(found(reduction).axes, Module_database::ReadingAxes());
+  }
+  Module_database::write_facts(second, none, {ey_turned, 0.25F});
+  ASSERT_EQ(recalculate_merged(), 0);
+  EXPECT_EQ(found(2).axes, merged.axes);
 }

@@ -63,7 +63,25 @@ inline void store_line(int stations) {
   EXPECT_EQ(Module_database::load_selected_frequencies(), 0);
 }
 
-/// Everything in the readings table, byte for byte, as text.
+/// Everything in the table of what is known of readings, byte for byte, as text.
+inline std::string whole_facts_table() {
+  std::string all;
+  dao::Recordset rows =
+      Module_database::open_survey().database.open_recordset("SELECT * FROM ReadingFactsTable ORDER BY ID");
+  for (; !rows.eof(); rows.move_next()) {
+    for (const char* field : {"ID", "ReadingID", "NumFrequencies", "EyTurned"}) {
+      all += (rows.is_null(field) ? "null" : std::to_string(rows.get_long(field))) + ' ';
+    }
+    all += rows.is_null("HxAzimuth") ? "null" : std::to_string(rows.get_single("HxAzimuth"));
+    for (const std::byte byte : rows.get_binary("ErrorBinary")) {
+      all += static_cast<char>(byte);
+    }
+    all += '\n';
+  }
+  return all;
+}
+
+/// Everything in the readings table, byte for byte, and in that of what is known of them, as text.
 inline std::string whole_readings_table() {
   std::string all;
   dao::Recordset rows =
@@ -88,7 +106,7 @@ inline std::string whole_readings_table() {
     }
     all += '\n';
   }
-  return all;
+  return all + whole_facts_table();
 }
 
 }  // namespace made

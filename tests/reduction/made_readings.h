@@ -8,6 +8,7 @@
 #include "core/session_state.h"
 #include "database/frequency_store.h"
 #include "database/reading.h"
+#include "database/reading_facts.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 
@@ -45,7 +46,16 @@ inline ReadingKey key(float scan_rate = 256.0F, double station = 100.0) {
   return {"200E", station, 0, scan_rate, "ExHy", 50.0F};
 }
 
-/// Stores a reading as a row of its own, as an import does. @return its ID
+/// The same errors, of resistivity in ohm-m and of phase in degrees, at all points of a reading.
+inline StoredReading with_errors(StoredReading made, float of_resistivity, float of_phase) {
+  for (std::size_t i = 0; i < made.curve.count(); ++i) {
+    made.curve.error_at(Module_database::field_resistivity, i) = of_resistivity;
+    made.curve.error_at(Module_database::field_phase, i) = of_phase;
+  }
+  return made;
+}
+
+/// Stores a reading with its facts as a row of its own, as an import does. @return its ID
 inline std::int32_t store(const ReadingKey& key, std::int32_t event, const StoredReading& reading,
                           std::int32_t reduction = 0, std::int32_t FileID = 7) {
   const auto place =
@@ -75,6 +85,7 @@ inline std::int32_t store(const ReadingKey& key, std::int32_t event, const Store
                                                  reading.curve.frequencies);
   const dao::Recordset newest = Module_database::open_survey().database.open_recordset(
       "SELECT ID FROM ReadingsDataTable ORDER BY ID DESC");
+  Module_database::write_facts(newest.get_long("ID"), reading.curve, reading.axes);
   return newest.get_long("ID");
 }
 

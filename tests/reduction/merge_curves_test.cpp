@@ -152,3 +152,60 @@ TEST(Merged_curve, Union_of_many_scan_rates) {
     ++index;
   }
 }
+
+TEST(Merged_curve, Errors_are_those_of_the_mean_over_the_scan_rates) {
+  struct Case {
+    const char* name;
+    void (*change)(StoredReading& low, StoredReading& high);  // 3 ohm-m, 0.6 degrees; 2 ohm-m times 2, 0.8
+    float resistivity, phase;
+  };
+  const Case cases[] = {
+      {"both contribute", [](auto&, auto&) {}, 2.5F, 0.5F},
+      {"low without errors", [](auto& low, auto&) { low.curve.errors.clear(); }, no_data, no_data},
+      {"high without errors", [](auto&, auto& high) { high.curve.errors.clear(); }, no_data, no_data},
+      {"low without errors, and off",
+       [](auto& low, auto&) {
+         low.curve.errors.clear();
+         low.UseResistivity = false;
+         low.UsePhase = false;
+       },
+       4.0F, 0.8F},
+      {"low masked",
+       [](auto& low, auto&) {
+         low.curve.mask = {0, 0};
+       },
+       4.0F, 0.8F},
+      {"high resistivity masked", [](auto&, auto& high) { high.curve.counts_at(1, 0) = 0; }, 3.0F, 0.5F},
+      {"all phases masked",
+       [](auto& low, auto& high) {
+         low.curve.counts_at(2, 0) = 0;
+         high.curve.counts_at(2, 0) = 0;
+       },
+       2.5F, no_data},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    StoredReading low = made::with_errors(made::reading({{8.0F, 10.0F, 40.0F}}), 3.0F, 0.6F);
+    StoredReading high = made::with_errors(made::reading({{8.0F, 30.0F, 60.0F}}), 2.0F, 0.8F);
+    high.ResOffset = 2.0F;
+    high.PhaseOffset = -10.0F;
+    c.change(low, high);
+    const Curve merged = merged_of({low, high});
+    EXPECT_EQ(merged.error(1, 0), c.resistivity);
+    EXPECT_FLOAT_EQ(merged.error(2, 0), c.phase);
+  }
+}
+
+TEST(Merged_curve, Errors_stay_at_their_frequencies) {
+  const auto curve = [](const std::vector<made::Point>& points, float error) {
+    return made::with_errors(made::reading(points), error, 1.0F);
+  };
+  const Curve merged = merged_of(
+      {curve({{2.0F, 10.0F, 40.0F}, {8.0F, 10.0F, 40.0F}}, 3.0F), made::reading({{1.0F, 10.0F, 40.0F}}),
+       curve({{4.0F, 10.0F, 40.0F}, {8.0F, 10.0F, 40.0F}, {16.0F, 10.0F, 40.0F}}, 4.0F)});
+  const float expected[] = {no_data, 3.0F, 4.0F, 2.5F, 4.0F};
+  for (std::size_t i = 0; i < 5; ++i) {
+    EXPECT_EQ(merged.error(1, i), expected[i]) << i;
+  }
+  EXPECT_TRUE(merged_of({made::reading({{1.0F, 10.0F, 40.0F}})}).errors.empty());
+}

@@ -179,3 +179,61 @@ TEST(Repeat_sums, Lay_repeats_of_different_lengths_on_the_frequency_list) {
   }
   EXPECT_EQ(average_of({}, {made::reading({{1.0F, 1.0F, 1.0F}})}).count(), 0U);
 }
+
+TEST(Repeat_sums, Errors_are_those_of_the_mean_over_the_used_values) {
+  struct Case {
+    const char* name;
+    void (*change)(StoredReading& first,
+                   StoredReading& second);  // 3 ohm-m, 0.6 degrees; 4 ohm-m, 0.8 degrees
+    float resistivity, phase;
+  };
+  const Case cases[] = {
+      {"both count", [](auto&, auto&) {}, 2.5F, 0.5F},
+      {"second without errors", [](auto&, auto& second) { second.curve.errors.clear(); }, no_data, no_data},
+      {"first without errors", [](auto& first, auto&) { first.curve.errors.clear(); }, no_data, no_data},
+      {"second without that of the phase", [](auto&, auto& second) { second.curve.error_at(2, 0) = no_data; },
+       2.5F, no_data},
+      {"second without errors, and masked",
+       [](auto&, auto& second) {
+         second.curve.errors.clear();
+         second.curve.mask = {0, 0};
+       },
+       3.0F, 0.6F},
+      {"first phase masked", [](auto& first, auto&) { first.curve.counts_at(2, 0) = 0; }, 2.5F, 0.8F},
+      {"first resistivity off", [](auto& first, auto&) { first.UseResistivity = false; }, 4.0F, 0.5F},
+      {"first reading off", [](auto& first, auto&) { first.UseReading = false; }, 4.0F, 0.8F},
+      {"second resistivity absent", [](auto&, auto& second) { second.curve.value(1, 0) = no_data; }, 3.0F,
+       0.5F},
+      {"both phases masked",
+       [](auto& first, auto& second) {
+         first.curve.counts_at(2, 0) = 0;
+         second.curve.counts_at(2, 0) = 0;
+       },
+       2.5F, no_data},
+      {"an error of 0", [](auto& first, auto&) { first.curve.error_at(1, 0) = 0.0F; }, 2.0F, 0.5F},
+      {"an error without bound", [](auto& first, auto&) { first.curve.error_at(1, 0) = HUGE_VALF; }, no_data,
+       0.5F},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    StoredReading first = made::with_errors(made::reading({{8.0F, 10.0F, 40.0F}}), 3.0F, 0.6F);
+    StoredReading second = made::with_errors(made::reading({{8.0F, 30.0F, 60.0F}}), 4.0F, 0.8F);
+    c.change(first, second);
+    const Curve average = average_of({8.0F}, {first, second});
+    EXPECT_EQ(average.error(1, 0), c.resistivity);
+    EXPECT_FLOAT_EQ(average.error(2, 0), c.phase);
+  }
+  EXPECT_TRUE(average_of({8.0F}, {made::reading({{8.0F, 10.0F, 40.0F}})}).errors.empty());
+}
+
+TEST(Repeat_sums, Errors_stay_at_their_frequencies) {
+  const Curve average =
+      average_of({1.0F, 2.0F, 4.0F, 8.0F},
+                 {made::with_errors(made::reading({{2.0F, 10.0F, 40.0F}, {8.0F, 20.0F, 50.0F}}), 3.0F, 0.5F),
+                  made::with_errors(made::reading({{1.0F, 10.0F, 40.0F}, {2.0F, 20.0F, 50.0F}}), 4.0F, 0.5F),
+                  made::reading({{4.0F, 10.0F, 40.0F}})});
+  EXPECT_EQ(average.error(1, 0), 4.0F);
+  EXPECT_EQ(average.error(1, 1), 2.5F);
+  EXPECT_EQ(average.error(1, 2), no_data);
+  EXPECT_EQ(average.error(1, 3), 3.0F);
+}

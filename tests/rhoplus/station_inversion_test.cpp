@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "database/reading_facts.h"
 #include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/layered_earth.h"
 #include "rhoplus/data_rows.h"
@@ -39,7 +40,7 @@ class Station_inversion : public SurveyTest {
     return reading;
   }
   [[nodiscard]] fs::path folder_of_run() const { return folder.folder() / "NRRef" / key.line; }
-  static void store(const StoredReading& reading) { made::store(key, 0, reading, 2, -1); }
+  static std::int32_t store(const StoredReading& reading) { return made::store(key, 0, reading, 2, -1); }
 
   inline static const ReadingKey key = made::key(0.0F, 1250.0);
 };
@@ -179,6 +180,35 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
   EXPECT_FALSE(rows[2].use_phase);
   EXPECT_FALSE(rows[2].texts[column_observed_phase].empty()) << "masked data are shown in the grid";
   EXPECT_EQ(rows[2].texts[column_inverted_phase], "");
+}
+
+TEST_F(Station_inversion, Errors_of_files_are_drawn_and_relax_the_fit) {
+  new_survey();
+  StoredReading reading = merged_over_two_layers();
+  reading.curve.value(2, 3) += 10.0F;  // no layered ground turns so fast
+  reading.curve.error_at(2, 3) = 25.0F;
+  reading.ResOffset = 2.0F;
+  reading.curve.error_at(1, 1) = 30.0F;
+  Module_database::write_facts(store(reading), reading.curve, {});
+  StationInversion floors;
+  StationInversion with_files;
+  Module_output::RhoplusSettings settings;
+  ASSERT_EQ(invert_station_in_memory(key, made::frequencies(), settings, floors), 0);
+  settings.use_file_errors = 1;
+  ASSERT_EQ(invert_station_in_memory(key, made::frequencies(), settings, with_files), 0);
+
+  const auto drawn = fit_plot(floors, made::frequencies());
+  const auto drawn_with_files = fit_plot(with_files, made::frequencies());
+  const auto errors_at = [](const Module_display_data::GraphPair& plot, std::size_t point) {
+    return std::pair(plot.resistivity.table.series[series_observed].error[point],
+                     plot.phase.table.series[series_observed].error[point]);
+  };
+  EXPECT_EQ(errors_at(drawn, 3).second, 2.0) << "the floor";
+  EXPECT_EQ(errors_at(drawn_with_files, 3).second, 25.0);
+  EXPECT_EQ(errors_at(drawn_with_files, 1), std::pair(60.0, 2.0)) << "drawn with the static factor";
+  EXPECT_EQ(errors_at(drawn_with_files, 5), errors_at(drawn, 5)) << "no error in the files";
+  EXPECT_TRUE(fit_point_text(drawn_with_files, series_observed, 3, Component::phase).ends_with(" +- 25.00"));
+  EXPECT_LT(with_files.run.achieved_chi, 0.5F * floors.run.achieved_chi);
 }
 
 TEST_F(Station_inversion, The_model_is_drawn_as_stems) {

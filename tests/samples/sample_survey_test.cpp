@@ -3,14 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "numerics/geodesy/geographic_angle.h"
 #include "numerics/impedance/apparent_resistivity.h"
 
 namespace {
@@ -131,6 +134,56 @@ TEST(Sample_survey, One_repeat_of_a_line_is_spoiled) {
   const double spoiled = scatter("L200E_S0800_E2_R4096.edi", line, 800.0);
   EXPECT_GT(spoiled, 3.0 * scatter("L200E_S0800_E1_R4096.edi", line, 800.0));
   EXPECT_GT(spoiled, 3.0 * scatter("L200E_S0800_E3_R4096.edi", line, 800.0));
+}
+
+TEST(Sample_survey, Stated_errors_are_those_of_the_noise) {
+  const std::string& text = text_of("L200E_S0300_E1_R4096.edi");
+  const std::vector<double> real = block(text, "ZXXR");  // which is noise alone
+  const std::vector<double> imaginary = block(text, "ZXXI");
+  const std::vector<double> variance = block(text, "ZXX.VAR");
+  std::vector<double> shares;
+  for (std::size_t k = 0; k < real.size(); ++k) {
+    shares.push_back((real[k] * real[k] + imaginary[k] * imaginary[k]) / variance[k]);
+  }
+  std::ranges::sort(shares);
+  EXPECT_NEAR(shares[shares.size() / 2], std::log(2.0), 0.3);  // the median of a complex normal variable
+  const std::vector<double> xy_real = block(text, "ZXYR");
+  const std::vector<double> xy_imaginary = block(text, "ZXYI");
+  const std::vector<double> phase_error = block(text, "PHSXY.ERR");
+  const std::vector<double> xy_variance = block(text, "ZXY.VAR");
+  for (std::size_t k = 0; k < phase_error.size(); ++k) {
+    const double s = std::sqrt(xy_variance[k] / 2.0);
+    EXPECT_NEAR(phase_error[k], s / std::hypot(xy_real[k], xy_imaginary[k]) * 180.0 / std::numbers::pi, 1e-4);
+  }
+}
+
+// In metres by the length of a degree of latitude there, from tables; the surveyor is off by a metre.
+TEST(Sample_survey, Sites_lie_where_their_stations_are) {
+  constexpr double metres_per_degree = 110930.0;  // of latitude, at 34.3 S
+  for (const double station : {100.0, 700.0, 1200.0}) {
+    SCOPED_TRACE(station);
+    const std::string end = format_number(station, "0000") + "_E1_R4096.edi";
+    const auto place_of = [](const std::string& text) {
+      const auto value = [&](const std::string& key, numerics::geodesy::GeographicAngle kind) {
+        const std::size_t first = text.find(key + "=") + key.size() + 1;
+        return numerics::geodesy::read_geographic_angle(text.substr(first, text.find('\n', first) - first),
+                                                        kind)
+            .value();
+      };
+      return std::pair{value("REFLAT", numerics::geodesy::GeographicAngle::latitude),
+                       value("REFLONG", numerics::geodesy::GeographicAngle::longitude)};
+    };
+    const auto [latitude, longitude] = place_of(text_of("L200E_S" + end));
+    const auto [first_latitude, first_longitude] = place_of(text_of("L200E_S0100_E1_R4096.edi"));
+    EXPECT_NEAR((latitude - first_latitude) * metres_per_degree, station - 100.0, 2.0);
+    const auto [other_latitude, other_longitude] = place_of(text_of("L400E_S" + end));
+    const double cosine = std::cos(latitude * std::numbers::pi / 180.0);
+    EXPECT_NEAR((other_longitude - longitude) * metres_per_degree * cosine, 200.0, 2.5);
+    EXPECT_NEAR((other_latitude - latitude) * metres_per_degree, 0.0, 2.0);
+    EXPECT_EQ(place_of(text_of("L200E_S" + format_number(station, "0000") + "_E3_R0256.edi")),
+              (std::pair{latitude, longitude}))
+        << "a station was surveyed once";
+  }
 }
 
 // A phase of 0 or below would be masked at import.

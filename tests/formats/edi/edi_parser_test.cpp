@@ -147,8 +147,10 @@ TEST_F(EdiParser, Matches_tags_whole_and_lets_the_last_block_win) {
   const Parsed parsed = parse(made_edi({section}));
   const EdiSection& read = parsed.sections.at(0);
   EXPECT_EQ(read.get(element_xy, quantity_resistivity).values, (Values{1, 2, 3}));
-  EXPECT_EQ(read.get(element_xy, quantity_first_error).values, (Values{8, 8, 8}));
-  EXPECT_EQ(read.get(element_xy, quantity_second_error).values, (Values{1, 2, 3}));
+  EXPECT_EQ(read.get(element_xy, quantity_resistivity_error).values, (Values{8, 8, 8}));
+  EXPECT_EQ(read.get(element_xy, quantity_variance).values, (Values{1, 2, 3}));
+  EXPECT_GT(read.get(element_xy, quantity_resistivity_error).block,
+            read.get(element_xy, quantity_variance).block);
   EXPECT_TRUE(mentions(parsed.report.ignored, ">RHOXY.FIT is not used"));
   EXPECT_TRUE(mentions(parsed.report.ignored, ">COH is not used"));
   EXPECT_TRUE(mentions(parsed.report.ignored, ">RHOXY.ERR comes again"));

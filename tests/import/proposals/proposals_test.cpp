@@ -79,17 +79,6 @@ TEST_F(PlannedImport, A_line_that_has_sites_keeps_its_zero_and_direction) {
   const ImportChoices chosen = proposals_for(first).choices;
   const ImportPlan plan = plan_for(first, chosen);
   ASSERT_EQ(run_import(chosen, first, ImportMode::import, report), 0);
-  for (std::size_t index = 0; index < first.size(); ++index) {
-    const ScannedFile file = scan_field_file(first[index]);
-    Module_database::Site known;
-    known.line = "7E";
-    known.station = plan.sections[index].station;
-    known.name = plan.sections[index].site;
-    known.latitude = file.place->latitude;
-    known.longitude = file.place->longitude;
-    known.SurveyFile = plan.sections[index].file;
-    (void)Module_database::keep_site(known);
-  }
   const Proposals again = proposals_for(first);
   EXPECT_EQ(why(again, ProposedChoice::line), "7E: the survey has these files on it");
   EXPECT_EQ(planned_stations(plan_for(first, again.choices)), planned_stations(plan));

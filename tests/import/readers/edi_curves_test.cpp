@@ -61,21 +61,21 @@ TEST_F(EdiCurves, Fills_curves_with_copies_and_masks) {
   EXPECT_EQ(curve.counts_at(2, 0), 0);
 }
 
-// Z = 1000 (1 + i)/sqrt(2) at 1000 Hz: |Z|^2/5f = 200 ohm-m at 45 degrees; a standard error of 5 percent of
-// |Z| gives 10 percent of the resistivity and 0.05 rad.
+// Z = 1000 (1 + i)/sqrt(2) at 1000 Hz: |Z|^2/5f = 200 ohm-m at 45 degrees; a variance of 5000 is a standard
+// error of 50 of each part, 5 percent of |Z|, which gives 10 percent of the resistivity and 0.05 rad.
 TEST_F(EdiCurves, Computes_resistivity_and_phase_from_impedances) {
   MadeSection section;
   section.count = 4;
   section.frequencies = "1000 1000 0 1000";
   section.blocks =
-      ">ZXYR //4\n707.10678 -707.10678 1 1e32\n>ZXYI //4\n707.10678 -707.10678 1 1\n>ZXY.VAR //4\n2500 1e32 "
+      ">ZXYR //4\n707.10678 -707.10678 1 1e32\n>ZXYI //4\n707.10678 -707.10678 1 1\n>ZXY.VAR //4\n5000 1e32 "
       "1 1\n";
   EdiSection read = first_section(section);
   compute_from_impedance(read, element_xy);
   const Values& resistivity = read.get(element_xy, quantity_resistivity).values;
   const Values& phase = read.get(element_xy, quantity_phase).values;
-  const Values& resistivity_error = read.get(element_xy, quantity_first_error).values;
-  const Values& phase_error = read.get(element_xy, quantity_second_error).values;
+  const Values& resistivity_error = read.get(element_xy, quantity_resistivity_error).values;
+  const Values& phase_error = read.get(element_xy, quantity_phase_error).values;
   EXPECT_NEAR(resistivity[0], 200.0, 1e-4);
   EXPECT_NEAR(phase[0], 45.0, 1e-5);
   EXPECT_NEAR(resistivity_error[0], 20.0, 1e-4);
@@ -89,19 +89,36 @@ TEST_F(EdiCurves, Computes_resistivity_and_phase_from_impedances) {
   EXPECT_FALSE(read.get(element_yx, quantity_resistivity).present);
 }
 
-TEST_F(EdiCurves, Errors_that_a_file_gives_as_such_are_no_variances) {
-  MadeSection section;
-  section.count = 1;
-  section.frequencies = "1000";
-  section.blocks = ">ZYXR //1\n707.10678\n>ZYXI //1\n707.10678\n>RHOYX.ERR //1\n7\n";
-  EdiSection read = first_section(section);
-  compute_from_impedance(read, element_yx);
-  EXPECT_EQ(read.get(element_yx, quantity_first_error).values, (Values{7}));
-  EXPECT_FALSE(read.get(element_yx, quantity_second_error).present);
-
-  section.blocks = ">ZYXR //1\n707.10678\n>ZYXI //1\n707.10678\n>ZYX.VAR //1\n2500\n>RHOYX.ERR //1\n7\n";
-  read = first_section(section);
-  compute_from_impedance(read, element_yx);
-  EXPECT_EQ(read.get(element_yx, quantity_first_error).values, (Values{7}));
-  EXPECT_NEAR(read.get(element_yx, quantity_second_error).values.at(0), 2.8647890, 1e-5);
+TEST_F(EdiCurves, Fields_11_and_12_hold_the_later_block) {
+  const std::string impedance = ">ZYXR //1\n707.10678\n>ZYXI //1\n707.10678\n";
+  const std::string variance = ">ZYX.VAR //1\n5000\n";
+  const std::string error = ">RHOYX.ERR //1\n7\n";
+  struct Case {
+    const char* name;
+    std::string blocks;
+    bool compute;
+    float first;
+    float second;
+  };
+  const Case cases[] = {{"error", impedance + error, true, 7.0F, 0.0F},
+                        {"variance", impedance + variance, false, 5000.0F, 5000.0F},
+                        {"variance, error", impedance + variance + error, false, 7.0F, 5000.0F},
+                        {"error, variance", impedance + error + variance, false, 5000.0F, 5000.0F},
+                        {"variance, error; computed", impedance + variance + error, true, 7.0F, 2.864789F},
+                        {"error, variance; computed", impedance + error + variance, true, 20.0F, 2.864789F}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    MadeSection section;
+    section.count = 1;
+    section.frequencies = "1000";
+    section.blocks = c.blocks;
+    EdiSection read = first_section(section);
+    if (c.compute) {
+      compute_from_impedance(read, element_yx);
+    }
+    Module_database::Curve curve;
+    fill_curve(read, element_yx, curve);
+    EXPECT_NEAR(curve.value(11, 0), c.first, 1e-4);
+    EXPECT_NEAR(curve.value(12, 0), c.second, 1e-5);
+  }
 }

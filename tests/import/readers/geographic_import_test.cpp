@@ -110,7 +110,7 @@ TEST_F(GeographicImport, Leaves_the_place_alone_without_the_choice_or_without_a_
   const Case cases[] = {
       {made_edi(), {"the head gives no latitude and longitude" + stays}},
       {edi_with("  LAT=-37:61:00\n  LONG=144\n", ""),
-       {"line 6: LAT='-37:61:00' is not a latitude", "the head gives no latitude and longitude" + stays}},
+       {"the head gives no latitude and longitude" + stays, "line 6: LAT='-37:61:00' is not a latitude"}},
       {edi_with("  LAT=-37\n  LONG=10\n", ""),
        {"latitude -37, longitude 10 can't be converted: the place lies outside of the projection" + stays}},
   };

@@ -6,7 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "database/reading.h"
+#include "database/reading_facts.h"
+#include "database/sites.h"
 #include "import/file_sample.h"
 #include "import/import_run.h"
 #include "import/readers/edi_spectra_reader.h"
@@ -59,7 +60,9 @@ class OtherFormats : public SurveyTest {
       ADD_FAILURE() << "no reading with " << criteria;
       return {};
     }
-    return Module_database::read_reading(rows);
+    StoredReading reading = Module_database::read_reading(rows);
+    Module_database::read_facts(reading);
+    return reading;
   }
 
   static Curve raw(const std::string& data_type) {
@@ -257,6 +260,7 @@ TEST_F(OtherFormats, Rotated_spectra_tell_the_turn_and_where_the_tensor_points) 
         << remark_lines(file).at(0);
     EXPECT_EQ(told(file.ignored, "north"), c.orientation == 0.0F);
     EXPECT_EQ(read_into_record("a.edi").Orientation, c.orientation);
+    EXPECT_EQ(stored("FileID > 0").axes.HxAzimuth, c.orientation);
   }
   // The tensor itself stands in the channels' axes: Z = R Z' R^T with R of a quarter turn.
   (void)import("a.edi", with_rotations("ROTSPEC=90", "ROTSPEC=90"));
@@ -381,6 +385,8 @@ TEST_F(OtherFormats, Em1dfm_stations_come_in_as_quadrature_readings) {
   EXPECT_EQ(places.get_double("MapX"), 5001.5);
   EXPECT_EQ(places.get_double("MapY"), 7002.5);
   EXPECT_EQ(places.get_double("Elevation"), 88.0);
+  EXPECT_EQ(Module_database::find_site("300E", 1250.0)->elevation, 88.0);
+  EXPECT_EQ(stored("FileID > 0").axes, Module_database::ReadingAxes{});
 }
 
 TEST_F(OtherFormats, An_Em1dfm_file_without_a_station_says_so) {
@@ -424,6 +430,13 @@ TEST_F(OtherFormats, Fixed_columns_come_in_as_four_readings) {
   dao::Recordset& places = open_survey().locations;
   places.move_first();
   EXPECT_EQ(places.get_double("MapX"), 200.0) << "without a place in the file, that of the survey grid";
+  // Z = 30 + 40i with a variance of 2: a standard error of 1 of each part, 2 percent of |Z|.
+  EXPECT_NEAR(xy.error(1, 0), 0.04 * xy.value(1, 0), 1e-5 * xy.value(1, 0));
+  EXPECT_NEAR(xy.error(2, 0), 1.1459156, 1e-6);
+  EXPECT_EQ(xy.error(2, 1), absent) << "a variance of 0";
+  EXPECT_EQ(stored("FileID > 0").axes,
+            (Module_database::ReadingAxes{Module_database::ey_as_measured, 12.5F}));
+  EXPECT_EQ(Module_database::find_site("200E", 1250.0)->name, "");
   EXPECT_EQ(files.get_date("DateCollected"), 43759.0);  // 21 October 2019
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType = 2"), 4);
 }

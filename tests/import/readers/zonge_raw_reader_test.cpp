@@ -6,7 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "core/absent_value.h"
-#include "database/reading.h"
+#include "database/reading_facts.h"
+#include "database/sites.h"
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/import_run.h"
 #include "tests/formats/edi/made_edi.h"
@@ -40,7 +41,12 @@ class ZongeRawReader : public SurveyTest {
     dao::Recordset& readings = open_survey().readings;
     readings.find_first(criteria);
     EXPECT_FALSE(readings.no_match()) << criteria;
-    return readings.no_match() ? StoredReading{} : Module_database::read_reading(readings);
+    StoredReading found;
+    if (!readings.no_match()) {
+      found = Module_database::read_reading(readings);
+      Module_database::read_facts(found);
+    }
+    return found;
   }
   static bool tells(const FileReport& file, const std::string& line) {
     return std::ranges::find(file.account, line) != file.account.end();
@@ -91,11 +97,15 @@ TEST_F(ZongeRawReader, Imports_a_survey_file_and_again_in_place) {
   const StoredReading amt = reading("FileID > 0 AND Station = 100 AND SampleRate = 2 AND DataType = 'EyHx'");
   EXPECT_EQ(amt.curve.frequencies, (std::vector<float>{2, 6, 10, 14}));
   EXPECT_EQ(amt.curve.value(1, 2), static_cast<float>(made_resistivity(10.0, 2)));
+  EXPECT_EQ(amt.axes, (Module_database::ReadingAxes{Module_database::ey_as_measured, no_data}));
+  EXPECT_TRUE(amt.curve.errors.empty());
 
   dao::Recordset& stations = open_survey().stations;
   stations.find_first("Station = 700");
   EXPECT_EQ(stations.get_double("MapX"), 500700.0);
   EXPECT_EQ(stations.get_double("Elevation"), 357.0);
+  EXPECT_EQ(rows_in("SitesTable"), rows_in("StationsTable"));
+  EXPECT_EQ(Module_database::find_site("200E", 700.0)->elevation, 357.0);
   dao::Recordset& files = open_survey().files;
   files.move_first();
   EXPECT_EQ(files.get_text("Filter"), "ZongeRaw");

@@ -149,36 +149,43 @@ TEST(Mtcomp, Turns_the_tensor_back_to_the_axes_of_the_channels) {
   }
 }
 
-// With uncorrelated magnetic channels of power 1 and a residual of power s2 the limits are
-// 4 s2 / (averages - 4) times the F whose distribution function is 0.6827, integrated here by its density.
-TEST(Mtcomp, Errors_are_limits_of_the_F_distribution) {
-  constexpr double s2 = 0.09;
-  std::vector<double> matrix(25);
-  matrix[0] = matrix[6] = 1.0;
-  matrix[18] = s2 + 4.0;  // Ex = 2 Hy + noise
-  matrix[24] = s2;        // Ey is noise
-  matrix[3 * 5 + 1] = 2.0;
-  for (const double averages : {6.0, 14.0, 1000.0}) {
-    SCOPED_TRACE(averages);
-    TensorEstimate estimate;
-    ASSERT_EQ(mtcomp({1.0, averages, 0.0, local, 5, matrix}, estimate), MtcompError::none);
-    const double n = averages - 4.0;
-    const double limit = estimate.errors[1];
-    const double f_limit = limit * limit * n / (4.0 * s2);
-    const auto density = [&](double f) {
-      const double log_beta = std::lgamma(2.0) + std::lgamma(n / 2.0) - std::lgamma(2.0 + n / 2.0);
-      return std::exp(2.0 * std::log(4.0 / n) + std::log(f) - (2.0 + n / 2.0) * std::log1p(4.0 * f / n) -
-                      log_beta);
-    };
-    constexpr int steps = 20000;
-    double share = 0.0;
-    for (int k = 0; k < steps; ++k) {
-      share += density((k + 0.5) * f_limit / steps) * f_limit / steps;
+// Many stations on one earth, each of which averages as many spectra: their estimates scatter by the errors
+// that they are given.
+TEST(Mtcomp, Errors_are_the_scatter_of_real_and_imaginary_parts) {
+  constexpr int stations = 1000;
+  constexpr int averages = 24;
+  Source source;
+  for (const SpectraChannels& channels : {local, remote}) {
+    SCOPED_TRACE(channels.reference_x);
+    std::array<double, 4> scatter{};   // of the real part, then of the imaginary part of xx; the same of xy
+    std::array<double, 2> variance{};  // as estimated, of xx and xy
+    for (int station = 0; station < stations; ++station) {
+      Recording recording(7);
+      for (int k = 0; k < averages; ++k) {
+        const Complex hx = source.field();
+        const Complex hy = 0.5 * hx + source.field();
+        recording.add({hx, hy, source.field(), earth[0] * hx + earth[1] * hy + 5.0 * source.field(),
+                       source.field(), hx + 0.2 * source.field(), hy + 0.2 * source.field()});
+      }
+      const TensorEstimate estimate = estimate_of(recording.matrix(), channels, 0.0, averages);
+      for (std::size_t index = 0; index < 2; ++index) {
+        const Complex difference = element(estimate, index) - earth.at(index);
+        scatter.at(2 * index) += difference.real() * difference.real() / stations;
+        scatter.at(2 * index + 1) += difference.imag() * difference.imag() / stations;
+        variance.at(index) += estimate.errors.at(index) * estimate.errors.at(index) / stations;
+      }
     }
-    EXPECT_NEAR(share, 0.6827, 1e-5);
-    EXPECT_FLOAT_EQ(estimate.errors[3], estimate.errors[1]);
-    EXPECT_NEAR(estimate.coherence, 0.0, 1e-6) << "Ey is not predicted at all";
+    for (std::size_t index = 0; index < 2; ++index) {
+      EXPECT_NEAR(scatter.at(2 * index) / variance.at(index), 1.0, 0.15);
+      EXPECT_NEAR(scatter.at(2 * index + 1) / variance.at(index), 1.0, 0.15);
+    }
   }
+}
+
+TEST(Mtcomp, Errors_need_more_averages_than_a_row_has_elements) {
+  const std::vector<double> matrix = recorded(earth, 20, 0.5);
+  EXPECT_LE(estimate_of(matrix, local, 0.0, 2.0).errors[1], -1e30F);
+  EXPECT_GT(estimate_of(matrix, local, 0.0, 2.5).errors[1], 0.0F);
 }
 
 TEST(Mtcomp, Refuses_what_has_no_tensor) {

@@ -4,6 +4,8 @@
 #include <map>
 
 #include "core/number_text.h"
+#include "database/reading_facts.h"
+#include "database/sites.h"
 #include "occam/occam_files.h"
 #include "occam/results/run_results.h"
 #include "tests/reduction/made_readings.h"
@@ -37,7 +39,15 @@ class CreateInversionTest : public SurveyTest {
         curve.curve.value(Module_database::field_resistivity_deviation, index) = 1.0F;
         curve.curve.value(Module_database::field_phase_deviation, index) = 0.5F;
       }
-      made::store(key, 0, curve, 2, -1);
+      curve.ResOffset = static_factor;
+      const std::int32_t ID = made::store(key, 0, curve, 2, -1);
+      if (files_have_errors) {  // 50 % and 4 degrees at 1 Hz, small ones at 10 Hz, none at 100 Hz
+        curve.curve.error_at(Module_database::field_resistivity, 0) = 50.0F;
+        curve.curve.error_at(Module_database::field_phase, 0) = 4.0F;
+        curve.curve.error_at(Module_database::field_resistivity, 1) = 1.0F;
+        curve.curve.error_at(Module_database::field_phase, 1) = 0.5F;
+        Module_database::write_facts(ID, curve.curve, {});
+      }
     }
   }
 
@@ -70,6 +80,8 @@ class CreateInversionTest : public SurveyTest {
   StationSteps steps;
   CreatedInversion created;
   std::string data_type = "ExHy";
+  float static_factor = 1.0F;
+  bool files_have_errors = false;
 };
 
 std::vector<double> equally_spaced(int count) {
@@ -183,6 +195,34 @@ TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
             std::string::npos);
 }
 
+TEST_F(CreateInversionTest, Errors_of_files_are_used_where_they_are_larger_and_asked_for) {
+  new_survey();
+  static_factor = 2.0F;
+  files_have_errors = true;
+  store_stations({100, 200, 300});
+  const auto rows_of_first_site = [this] {
+    EXPECT_EQ(create_and_answer(true), 0);
+    const std::string data = files().at("occamdat");
+    const std::size_t begin = data.find("     1           1       5");
+    return data.substr(begin, data.find("     2           1       5") - begin);
+  };
+  // 5 % of log10 200, and of 45 degrees; 100 ohm-m of 200 are 0.5 / ln 10.
+  const std::string floors =
+      "     1           1       5       2.3010      0.1151\r\n"
+      "     1           1       6      45.0000      2.2500\r\n"
+      "     1           2       5       2.3010      0.1151\r\n"
+      "     1           2       6      45.0000      2.2500\r\n"
+      "     1           3       5       2.3010      0.1151\r\n"
+      "     1           3       6      45.0000      2.2500\r\n";
+  std::string with_files = floors;
+  with_files.replace(with_files.find("0.1151"), 6, "0.2171");
+  with_files.replace(with_files.find("2.2500"), 6, "4.0000");
+  EXPECT_EQ(rows_of_first_site(), floors);
+  rhoplus.use_file_errors = 1;
+  rhoplus.resistivity_error_floor = 90.0F;  // of Rho+: no error of an inversion in two dimensions
+  EXPECT_EQ(rows_of_first_site(), with_files);
+}
+
 TEST_F(CreateInversionTest, A_half_space_is_fitted_and_keeps_its_errors) {
   new_survey();
   store_stations({100, 200, 300});
@@ -229,6 +269,63 @@ TEST_F(CreateInversionTest, Start_and_end_station_limit_the_line) {
   inputs.occam_directory = "run/500_600";
   EXPECT_EQ(create(), -1);
   EXPECT_EQ(interface.take_messages(), Messages{too_few});
+}
+
+TEST_F(CreateInversionTest, Positions_can_be_distances_between_the_sites) {
+  new_survey();
+  store_stations({5, 15, 20});
+  made::store(made::key(0.0F, 10), 0, made::reading({{1, 1000, 45}, {10, 1000, 45}}), 2, -1);
+  const auto place = [](double station, double minutes_of_latitude, double longitude = 141.0) {
+    Module_database::Site site;
+    site.line = "200E";
+    site.station = station;
+    site.SurveyFile = "a.edi";
+    site.latitude = -25.0 + minutes_of_latitude / 60.0;
+    site.longitude = longitude;
+    std::ignore = Module_database::keep_site(site);
+  };
+  place(5, 0.0);
+  place(10, 0.2);
+  place(15, 0.1);
+  place(20, 0.4);
+  inputs.positions = PositionSource::distances;
+  std::vector<int> shown;
+  steps.show_station = [&shown](int place_in_line) { shown.push_back(place_in_line); };
+  ASSERT_EQ(create(), 0);
+  EXPECT_EQ(shown, (std::vector<int>{1, 3, 2, 4}));
+  OccamData data;
+  ASSERT_EQ(read_occam_data_file(run("occamdat").string(), data), 0);
+  EXPECT_EQ(data.site_names,
+            (std::vector<std::string>{"station_5.0", "station_15.0", "station_10.0", "station_20.0"}));
+  ASSERT_EQ(data.site_count(), 4);
+  const float tenth_of_minute = 0.9996F * 184.64F;  // m; a minute on latitude -25 is 1846.4 m long
+  for (const int site : {0, 1, 2}) {
+    EXPECT_NEAR(data.site_offsets[static_cast<std::size_t>(site)], static_cast<float>(site) * tenth_of_minute,
+                0.2);
+  }
+  EXPECT_NEAR(data.site_offsets[3], 4.0F * tenth_of_minute, 0.4);
+  EXPECT_NE(files().at("occamdat").find("     3           1       5       3.0000"), std::string::npos);
+  OccamModel model;
+  ASSERT_EQ(read_occam_model(run(), "inmodel", data, model), 0);
+  for (std::size_t site = 0; site < 4; ++site) {
+    EXPECT_NEAR(model.node_x.at(static_cast<std::size_t>(model.site_node[site])), data.site_offsets[site],
+                0.1);
+  }
+
+  interface.take_messages();
+  const auto before = files();
+  place(20, 0.1);
+  EXPECT_EQ(create_and_answer(true), -1);
+  EXPECT_EQ(interface.take_messages(),
+            Messages{"Stations 15 and 20 are at the same place along the line, and an inversion takes one of "
+                     "them. Switch the other one off (Use Data)"});
+  place(10, 0.2, 141.003);
+  EXPECT_EQ(create_and_answer(true), -1);
+  const Messages refused = interface.take_messages();
+  ASSERT_EQ(refused.size(), 1U);
+  EXPECT_TRUE(refused[0].starts_with("The sites of line 200E lie on no straight line (RMS ")) << refused[0];
+  EXPECT_TRUE(refused[0].ends_with(", so distances along it mean nothing"));
+  EXPECT_EQ(files(), before);
 }
 
 TEST_F(CreateInversionTest, A_mesh_that_results_can_not_show_is_warned_of) {

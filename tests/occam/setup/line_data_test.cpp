@@ -12,6 +12,7 @@ TEST(Errors, Of_log_resistivity) {
     double rho, fit;
     bool standard, rhoplus;
     double expected;
+    double file_error = 0;
   };
   const Case cases[] = {{"both: (0.05 + 0.1) x 2", 100, 110, true, true, 0.3},
                         {"fit alone: 0.15 / ln 10", 100, 110, false, true, 0.06514417},
@@ -20,10 +21,16 @@ TEST(Errors, Of_log_resistivity) {
                         {"below 1 ohm-m the logarithm's size counts", 0.01, 0.01, true, false, 0.1},
                         {"log 1 is 0: the least error", 1, 5, true, false, 0.001},
                         {"no fit", 100, -1e32, true, true, 0.1},
-                        {"a fit far off: the largest error", 0.001, 1e9, true, true, 999999}};
+                        {"a fit far off: the largest error", 0.001, 1e9, true, true, 999999},
+                        {"files: 50 / (100 ln 10)", 100, 110, false, true, 0.21714724, 50},
+                        {"files say less: 0.15 / ln 10", 100, 110, false, true, 0.06514417, 14.9},
+                        {"files say more: 0.151 / ln 10", 100, 110, false, true, 0.06557847, 15.1},
+                        {"files, where log 1 is 0", 1, 5, true, false, 0.04342945, 0.1},
+                        {"files far off: the largest error", 0.001, 1, true, false, 999999, 1e9}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    EXPECT_NEAR(resistivity_error(c.rho, c.fit, {5, 5, c.standard, c.rhoplus}), c.expected, 1e-8);
+    EXPECT_NEAR(resistivity_error(c.rho, c.fit, c.file_error, {5, 5, c.standard, c.rhoplus}), c.expected,
+                1e-8);
   }
 }
 
@@ -33,17 +40,20 @@ TEST(Errors, Of_phase) {
     double phase, fit;
     bool rhoplus;
     double expected;  // worked out by hand, the floor being 5 percent
+    double file_error = 0;
   };
   const Case cases[] = {{"a twentieth of the phase, whatever its sign", -60, 0, false, 3},
                         {"a small phase: the least error", 1, 0, false, 0.1},
                         {"missed by 5: a twentieth of 50.1, and 5", 50, 55, true, 7.505},
                         {"missed on the other side", 50, 45, true, 7.505},
                         {"a phase of 0 missed by 2: a twentieth of 0.1, and 2", 0, 2, true, 2.005},
-                        {"no fit: a twentieth of 50.1", 50, -1e32, true, 2.505}};
+                        {"no fit: a twentieth of 50.1", 50, -1e32, true, 2.505},
+                        {"files say more", 50, 55, true, 7.75, 7.75},
+                        {"files say less", 50, 55, true, 7.505, 7.5}};
   for (const Case& c : cases) {
     for (const bool standard : {true, false}) {  // which matters for resistivities only
       SCOPED_TRACE(c.name);
-      EXPECT_NEAR(phase_error(c.phase, c.fit, {5, 5, standard, c.rhoplus}), c.expected, 1e-12);
+      EXPECT_NEAR(phase_error(c.phase, c.fit, c.file_error, {5, 5, standard, c.rhoplus}), c.expected, 1e-12);
     }
   }
 }
@@ -52,10 +62,11 @@ TEST(Errors, Grow_with_the_miss_and_a_perfect_fit_adds_nothing) {
   const ErrorRule with_fit{5, 5, true, true};
   const ErrorRule without{5, 5, true, false};
   for (const double rho : {0.02, 3.0, 100.0, 4e4}) {
-    EXPECT_DOUBLE_EQ(resistivity_error(rho, rho, with_fit), resistivity_error(rho, rho, without)) << rho;
-    double last = resistivity_error(rho, rho, with_fit);
+    EXPECT_DOUBLE_EQ(resistivity_error(rho, rho, 0, with_fit), resistivity_error(rho, rho, 0, without))
+        << rho;
+    double last = resistivity_error(rho, rho, 0, with_fit);
     for (const double ratio : {1.1, 1.5, 4.0}) {
-      const double error = resistivity_error(rho, ratio * rho, with_fit);
+      const double error = resistivity_error(rho, ratio * rho, 0, with_fit);
       EXPECT_GT(error, last) << rho << " missed by " << ratio;
       last = error;
     }
@@ -69,6 +80,7 @@ Module_output::RhoplusTables rows_at(const std::vector<std::int32_t>& positions,
   for (const std::int32_t position : positions) {
     tables.data.push_back(
         {1.0F, 100.0F, 1.0F, 45.0F, 1.0F, resistivity ? 1.0F : 0.0F, phase ? 1.0F : 0.0F, 100.0F, 45.0F});
+    tables.file_errors.emplace_back();
     tables.index.frequency_position.push_back(position);
   }
   return tables;
@@ -79,10 +91,11 @@ TEST(Line_data, Numbers_sites_as_they_take_part_and_frequencies_that_have_rows) 
   const ErrorRule rule{5, 5, true, false};
   LineData line;
   line.frequency_rows.assign(list.size(), 0);
-  add_station(line, 100, rows_at({1, 3}, true, true), false, rule);
-  add_station(line, 200, rows_at({1, 3}, false, false), false, rule);  // takes part without a row
-  add_station(line, 300, rows_at({3, -1, 99}, false, true), true, rule);
-  EXPECT_EQ(line.site_positions, (std::vector<float>{100, 300}));
+  add_station(line, {100, 105, 1}, rows_at({1, 3}, true, true), false, rule);
+  add_station(line, {200, 205, 1}, rows_at({1, 3}, false, false), false, rule);  // takes part without a row
+  add_station(line, {300, 305, 1}, rows_at({3, -1, 99}, false, true), true, rule);
+  EXPECT_EQ(line.site_positions, (std::vector<float>{105, 305}));
+  EXPECT_EQ(line.site_stations, (std::vector<double>{100, 300}));
   EXPECT_EQ(number_frequencies(line, list), (std::vector<float>{2, 8}));
 
   struct Row {

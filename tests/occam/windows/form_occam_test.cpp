@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,6 +12,8 @@
 #include <QTest>
 
 #include "core/session_state.h"
+#include "database/reading_facts.h"
+#include "database/sites.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/widgets/folder_tree.h"
 #include "tests/reduction/made_readings.h"
@@ -29,7 +32,7 @@ class FormOccamTest : public QObject {
     return window_->findChild<Widget*>(name);
   }
   void open_window(Module_occam::StationSteps steps = {}) {
-    window_ = std::make_unique<Form_occam>(Module_output::RhoplusSettings{}, std::move(steps));
+    window_ = std::make_unique<Form_occam>(rhoplus_, std::move(steps));
     window_->show();
     QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
     control<QCheckBox>("Check_use_rhoplus_error")->setChecked(false);
@@ -44,6 +47,7 @@ class FormOccamTest : public QObject {
 
   std::unique_ptr<TemporaryFolder> folder_;
   std::unique_ptr<RecordingInterface> interface_;
+  Module_output::RhoplusSettings rhoplus_;
   std::unique_ptr<Form_occam> window_;
   fs::path started_in_ = fs::current_path();
 
@@ -51,6 +55,7 @@ class FormOccamTest : public QObject {
   void init() {
     folder_ = std::make_unique<TemporaryFolder>();
     interface_ = std::make_unique<RecordingInterface>();
+    rhoplus_ = {};
     install_settings_store(std::make_unique<MemorySettingsStore>());
     reset_session_state();
     Module_database::reset_module();
@@ -104,6 +109,42 @@ class FormOccamTest : public QObject {
     QCOMPARE(summary->text(), QString("The block width is invalid"));
     click("Command_create_inversion");
     QCOMPARE(interface_->take_messages(), Messages{"The block width is invalid"});
+  }
+
+  void positions_are_proposed_and_explained() {
+    open_window();
+    const auto* const positions = control<QComboBox>("Combo_positions");
+    QVERIFY(!positions->isEnabled());
+    QCOMPARE(positions->toolTip(),
+             QString("The sites of line 200E have no places, so there are no distances along it"));
+    QVERIFY(control<QLabel>("Label_positions_hint")->text().isEmpty());
+    for (int station = 1; station <= 4; ++station) {
+      Module_database::Site site;
+      site.line = "200E";
+      site.station = 100.0 * station;
+      site.latitude = -25.0 + station / 60.0;
+      site.longitude = 141.0;
+      std::ignore = Module_database::keep_site(site);
+    }
+    open_window();
+    auto* const offered = control<QComboBox>("Combo_positions");
+    QCOMPARE(offered->currentText(), QString("Station numbers"));
+    QCOMPARE(control<QLabel>("Label_positions_hint")->text(),
+             QString("The stations of line 200E are 100 m apart by their numbers, its sites 1.8 km"));
+    type("Text_block_width", "1000");
+    auto* const summary = control<QLabel>("Label_summary");
+    QVERIFY2(summary->text().startsWith("4 stations, mesh of 26 by 29 cells, "), qPrintable(summary->text()));
+    offered->setCurrentIndex(1);
+    QVERIFY(control<QLabel>("Label_positions_hint")->text().isEmpty());
+    QVERIFY2(summary->text().startsWith("4 stations, mesh of 32 by 29 cells, "), qPrintable(summary->text()));
+    type("Text_occam_directory", "run");
+    click("Command_create_inversion");
+    interface_->take_messages();
+    QVERIFY(file_contents(run("occamdat").string()).find("station_200.0") != std::string::npos);
+    QVERIFY(file_contents(run("occamdat").string()).find("\r\n      1845.") != std::string::npos);
+    window_ = std::make_unique<Form_occam>(Module_output::RhoplusSettings{}, Module_occam::StationSteps{},
+                                           nullptr, Module_occam::PositionSource::distances);
+    QCOMPARE(control<QComboBox>("Combo_positions")->currentIndex(), 1);
   }
 
   void creates_a_run_in_a_new_folder_and_keeps_the_entries() {
@@ -175,8 +216,49 @@ class FormOccamTest : public QObject {
     QVERIFY(!window_->isVisible());
   }
 
+  void errors_of_files_are_a_choice_that_is_kept_and_hinted_at_once() {
+    for (const double station : {100.0, 200.0, 300.0}) {
+      made::ReadingKey key = made::key(0.0F, station);
+      key.line = "300E";
+      made::StoredReading merged = made::reading({{1, 100, 45}});
+      merged.curve.value(Module_database::field_resistivity_deviation, 0) = 0.0F;
+      merged.curve.value(Module_database::field_phase_deviation, 0) = 0.0F;
+      merged.curve.error_at(Module_database::field_resistivity, 0) = 50.0F;
+      Module_database::write_facts(made::store(key, 0, merged, 2, -1), merged.curve, {});
+    }
+    const auto choose = [this](int index) {
+      control<QComboBox>("Combo_use_file_errors")->setCurrentIndex(index);
+    };
+    const auto hint = [this] { return control<QLabel>("Label_file_errors_hint"); };
+    open_window();
+    QVERIFY(!hint()->isVisible());  // this line's files have none
+    session().current_line = "300E";
+    open_window();
+    QVERIFY(hint()->isVisible());
+    QCOMPARE(hint()->text(), QString("The files give errors of their values"));
+    type("Text_occam_directory", "run");
+    click("Command_create_inversion");
+    choose(1);
+    QVERIFY(!hint()->isVisible());
+    QCOMPARE(Module_output::load_rhoplus_settings().use_file_errors, 1);
+    type("Text_occam_directory", "run_2");
+    click("Command_create_inversion");
+    const auto datum = [this](const char* folder) {
+      const std::string data = file_contents(folder_->path(folder) + "/occamdat");
+      return data.substr(data.find("     1           1       5"), 51);
+    };
+    QCOMPARE(datum("run"), std::string("     1           1       5       2.0000      0.1000"));
+    QCOMPARE(datum("run_2"), std::string("     1           1       5       2.0000      0.2171"));
+    choose(0);
+    QVERIFY(hint()->isVisible());
+    open_window();
+    QVERIFY(!hint()->isVisible());  // once a line
+  }
+
   void fits_a_small_screen() {
     open_window();
+    control<QLabel>("Label_file_errors_hint")->setText("The files give errors of their values");
+    control<QLabel>("Label_file_errors_hint")->show();
     QVERIFY(window_->minimumSizeHint().width() <= 1200);
     QVERIFY(window_->minimumSizeHint().height() <= 740);
     if (const QString pictures = qEnvironmentVariable("BRENLOX_PICTURES"); !pictures.isEmpty()) {

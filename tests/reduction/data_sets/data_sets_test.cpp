@@ -162,7 +162,6 @@ TEST_F(DataSetsTest, Profile_lies_on_the_frequency_list) {
   EXPECT_EQ(data.columns[0].phase[0], 42.5F);
   EXPECT_EQ(data.extents.frequency.maximum, 64.0F);
   EXPECT_EQ(data.extents.resistivity.minimum, 113.5F);
-  EXPECT_EQ(half_spacing(data), 50.0);
   EXPECT_EQ(find_profile_column(data, 200.0), 1);
   EXPECT_EQ(find_profile_column(data, 250.0), -1);
 

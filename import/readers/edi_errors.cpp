@@ -1,0 +1,105 @@
+#include "import/readers/edi_errors.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include "core/absent_value.h"
+#include "import/readers/standard_errors.h"
+#include "numerics/constants.h"
+
+namespace Module_data_file {
+
+using namespace formats::edi;
+
+namespace {
+
+using Module_database::Curve;
+
+constexpr double largest_log_error = 1.0;     // decades
+constexpr double uninformative_phase = 90.0;  // degrees; some programs print up to 1e9 for diagonal elements
+
+double value_of(const EdiValues& values, std::size_t index) {
+  return values.present ? values.values[index] : no_data;
+}
+
+double median(std::vector<double>& values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::ranges::nth_element(values, middle);
+  return *middle;
+}
+
+/// How far the numbers of >RHOxx.ERR are from the phase errors, in natural logarithms.
+struct Distances {
+  std::vector<double> of_logarithm;
+  std::vector<double> ohm_m;
+  std::vector<double> numbers;  // all of them
+
+  void add(const EdiSection& section, std::size_t element, std::size_t index) {
+    const double number = value_of(section.get(element, quantity_resistivity_error), index);
+    const double resistivity = value_of(section.get(element, quantity_resistivity), index);
+    const double phase_error = value_of(section.get(element, quantity_phase_error), index);
+    if (!(number > 0.0)) {
+      return;
+    }
+    numbers.push_back(number);
+    if (resistivity > 0.0 && phase_error > 0.0 && phase_error < uninformative_phase) {
+      const double p = phase_error * numerics::radians_per_degree;
+      of_logarithm.push_back(std::abs(std::log(number * std::numbers::ln10 / 2.0 / p)));
+      ohm_m.push_back(std::abs(std::log(number / (2.0 * resistivity) / p)));
+    }
+  }
+};
+
+// False if it gives none.
+bool set_errors_from_variance(const EdiSection& section, std::size_t element, Curve& curve) {
+  const EdiValues& variance = section.get(element, quantity_variance);
+  const bool has_phase = section.get(element, quantity_phase).present;
+  for (std::size_t index = 0; variance.present && index < curve.count(); ++index) {
+    const double relative =
+        relative_error(variance.values[index], {value_of(section.get(element, quantity_real), index),
+                                                value_of(section.get(element, quantity_imaginary), index)});
+    if (has_phase) {
+      set_errors(relative, curve, index);
+    } else {
+      set_resistivity_error(2.0 * curve.value(Module_database::field_resistivity, index) * relative, curve,
+                            index);
+    }
+  }
+  return !curve.errors.empty();
+}
+
+}  // namespace
+
+ResistivityErrorKind resistivity_error_kind(const EdiSection& section) {
+  Distances distances;
+  for (std::size_t element = 0; element < element_count; ++element) {
+    for (std::size_t index = 0; index < section.frequencies.size(); ++index) {
+      distances.add(section, element, index);
+    }
+  }
+  const bool is_ohm_m = distances.ohm_m.empty()
+                            ? !distances.numbers.empty() && median(distances.numbers) > largest_log_error
+                            : median(distances.ohm_m) < median(distances.of_logarithm);
+  return is_ohm_m ? ResistivityErrorKind::ohm_m : ResistivityErrorKind::of_logarithm;
+}
+
+void fill_errors(const EdiSection& section, std::size_t element, ResistivityErrorKind kind, Curve& curve) {
+  if (set_errors_from_variance(section, element, curve)) {
+    return;
+  }
+  const bool has_phase = section.get(element, quantity_phase).present;
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    const double number = value_of(section.get(element, quantity_resistivity_error), index);
+    const double resistivity = curve.value(Module_database::field_resistivity, index);
+    set_resistivity_error(
+        kind == ResistivityErrorKind::ohm_m ? number : number * std::numbers::ln10 * resistivity, curve,
+        index);
+    if (has_phase) {
+      set_phase_error(value_of(section.get(element, quantity_phase_error), index), curve, index);
+    }
+  }
+}
+
+}  // namespace Module_data_file

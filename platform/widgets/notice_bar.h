@@ -1,0 +1,23 @@
+// notice_bar.h: a line of text over a panel that says something once, with a button that acts on it.
+#pragma once
+#include <QFrame>
+
+class QLabel;
+class QPushButton;
+
+class NoticeBar : public QFrame {
+  Q_OBJECT
+
+ public:
+  explicit NoticeBar(QWidget* parent = nullptr);
+
+  /// @param action  of the button; without one there is no button
+  void show_text(const QString& text, const QString& action = {});
+
+ Q_SIGNALS:
+  void acted();
+
+ private:
+  QLabel* text_;
+  QPushButton* action_;
+};
