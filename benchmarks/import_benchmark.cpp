@@ -83,7 +83,7 @@ std::vector<std::string> write_field_files(const TemporaryFolder& folder, std::s
 
 ImportChoices choices() {
   ImportChoices choices = sample_choices();
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid;
   return choices;
 }
 

@@ -37,7 +37,9 @@ void scan_input(const std::uint8_t* data, std::size_t size, FileFormat format) {
   const std::string path = write_input_file(data, size, "input.dat");
   ReadingRecord record;
   record.choices.turn_ey = size % 2 == 1 ? TurnEy::where_needed : TurnEy::never;
-  record.choices.sectid_as_station = size % 3 == 1;
+  if (size % 3 == 1) {
+    record.choices.stations_by = Module_data_file::StationsBy::sectid;
+  }
   formats::FileReport report;
   StoreNotes notes;
   SampleFields sample;

@@ -36,16 +36,18 @@ FileSample FileSampler::sample(const std::string& file, const ImportChoices& cho
     }
     if (record.file_format == format_edi_mt) {
       const EdiTraits& traits = traits_of(file);
-      if (choices.sectid_as_station && has_name(traits.first_sectid)) {
-        sample.fields.station = plain_text(sectid_station(*traits.first_sectid, choices.sectid_digits));
+      if (by_sectid(choices) && has_name(traits.first_sectid)) {
+        sample.fields.station = plain_text(
+            sectid_station(*traits.first_sectid, choices.stations_by == StationsBy::sectid_digits));
       }
       add_notes(traits, choices, sample);
     } else if (record.file_format == format_zonge_raw && !formats::zonge::find_stn_file(file)) {
       sample.notes.emplace_back(formats::zonge::no_stn_file_text);
     }
-    if (record.file_format == format_edi_spectra && choices.sectid_as_station) {
+    if (record.file_format == format_edi_spectra && by_sectid(choices)) {
       if (const std::optional<std::string> sectid = first_spectra_sectid(file); has_name(sectid)) {
-        sample.fields.station = plain_text(sectid_station(*sectid, choices.sectid_digits));
+        sample.fields.station =
+            plain_text(sectid_station(*sectid, choices.stations_by == StationsBy::sectid_digits));
       }
     }
   } catch (const std::exception& failure) {

@@ -3,8 +3,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "projections/coord_system.h"
 
 #include "database/line_names.h"
 
@@ -33,19 +37,40 @@ enum class TurnEy {
   always,
 };
 
+/// Where the stations of EDI sections come from. Files of other formats hold theirs.
+enum class StationsBy {
+  count,          // start station and spacing, from section to section
+  sectid,         // the number that SECTID begins with
+  sectid_digits,  // the last run of digits in SECTID, also behind letters
+  distance,       // whole metres along the line
+};
+
+/// The line of the files that stand right in a folder.
+struct FolderLine {
+  std::string folder;  // path as folder_of gives it
+  std::string line;
+};
+
 /// Choices of an import; they hold for all of its files.
 struct ImportChoices {
   std::int32_t ReferenceType = -1;  // 0 to 2; -1: not chosen yet
   std::int32_t ReductionType = -1;  // 0 raw, 1 averaged, 2 merged; -1: not chosen yet
   DecodeTable decode;
+  std::vector<FolderLine> folder_lines;    // before the specified line, unless lines are cut from file names
+  bool own_rate_of_fixed_columns = false;  // four times their last frequency, whatever rate is specified
   LineDirection line_direction = LineDirection::local_east;
   std::string start_station;         // as typed; blank: none
   std::string station_step = "100";  // as typed, m
+  StationsBy stations_by = StationsBy::count;
   bool convert_coordinates = false;
-  bool sectid_as_station = false;
-  bool sectid_digits = false;           // the last run of digits in SECTID is the station
+  std::optional<Module_projections::CoordSystem> projection;  // for a survey without one; it converts by it
   bool compute_from_impedance = false;  // resistivity and phase where the file has impedances only
   TurnEy turn_ey = TurnEy::never;
 };
+
+/// Whether sections are named by their SECTID, which leaves the start station to those without one.
+inline bool by_sectid(const ImportChoices& choices) {
+  return choices.stations_by == StationsBy::sectid || choices.stations_by == StationsBy::sectid_digits;
+}
 
 }  // namespace Module_data_file

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "import/import_choices.h"
+#include "import/import_plan.h"
 #include "import/import_report.h"
 #include "import/readers/field_reader.h"
 
@@ -30,10 +31,12 @@ using FileBegins = std::function<void(const std::string& file)>;
 /// @param file_begins called with each file before it is read
 /// @param shared  an import that asks looks into all files first; after No nothing is stored and the report
 /// is empty
+/// @param plan  for these very files and choices: its lines, stations, events, rates, turns and impedances
+/// are stored, and nobody is asked. Without one, an import by distance makes its own
 /// @return 0; -1 if the run was ended by a fault of the choices or by a failure that is not one file's
 [[nodiscard]] int run_import(const ImportChoices& choices, const std::vector<std::string>& files,
                              ImportMode mode, ImportReport& report, const FileBegins& file_begins = {},
-                             SharedStations shared = SharedStations::tell);
+                             SharedStations shared = SharedStations::tell, const ImportPlan* plan = nullptr);
 
 /// The files below a folder that have the extension ("edi"), in natural order of their names, folder by
 /// folder.

@@ -32,6 +32,7 @@ class EdiMtParser {
   bool next_section(EdiSection& section);
 
   [[nodiscard]] bool has_sections() const { return has_sections_; }
+  [[nodiscard]] const EdiChannelList& channels() const { return channels_; }  // of the head
   /// What the head says of the place; what of it can't be read goes into the report.
   [[nodiscard]] EdiPlace place() const { return place_.read(report_); }
 

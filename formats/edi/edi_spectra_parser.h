@@ -53,6 +53,7 @@ class EdiSpectraParser {
   bool next_block(SpectraBlock& block);
 
   [[nodiscard]] bool has_sections() const { return has_sections_; }
+  [[nodiscard]] const EdiChannelList& channels() const { return channels_; }  // of the head
   /// What the head says of the place; what of it can't be read goes into the report.
   [[nodiscard]] EdiPlace place() const { return place_.read(report_); }
   [[nodiscard]] bool is_cut() const { return is_cut_; }

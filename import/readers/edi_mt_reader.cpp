@@ -55,7 +55,7 @@ void compute_curves(EdiSection& section) {
 bool store_section(EdiSection& section, bool turn, FileTask& task) {
   ReadingRecord& record = task.record;
   const ResistivityErrorKind kind = resistivity_error_kind(section);  // by the file's own blocks
-  if (record.choices.compute_from_impedance) {
+  if (computes_from_impedance(record)) {
     compute_curves(section);
   }
   if (turn) {
@@ -93,7 +93,7 @@ int read_sections(FileTask& task) {
     if (!store_header_once(task)) {
       return -1;
     }
-    const bool turn = turns_ey(record.choices, [&] { return has_turned_ey(section); });
+    const bool turn = turns_ey(record, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     report.curves_computed = record.choices.compute_from_impedance;
     if (task.is_import()) {

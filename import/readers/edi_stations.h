@@ -18,6 +18,12 @@ void set_up_edi_header(ReadingRecord& record, std::string_view filter);
 /// name takes the one of the file's head, if it is the only section, else the next free one.
 void take_section_station(const formats::edi::EdiSectionHead& head, FileTask& task);
 
+/// Takes the first station from the start station on that nobody has, and says why.
+void take_next_free_station(const formats::edi::EdiSectionHead& head, const std::string& why, FileTask& task);
+
+/// Takes the name of the section's site, which take_section_station does, too.
+void take_site_name(const formats::edi::EdiSectionHead& head, FileTask& task);
+
 /// Takes the place that the file's head gives.
 void take_file_place(const formats::edi::EdiPlace& place, ReadingRecord& record);
 

@@ -105,8 +105,9 @@ void Form_import_MTData::take_choices() {
   choices_.start_station = ui_->Text_start_station->text().toStdString();
   choices_.station_step = ui_->Text_station_step->text().toStdString();
   choices_.convert_coordinates = ui_->Check_convert_geographic_coordinates->isChecked();
-  choices_.sectid_as_station = ui_->Check_use_SECTID_as_station->isChecked();
-  choices_.sectid_digits = ui_->Check_sectid_digits->isChecked();
+  choices_.stations_by = !ui_->Check_use_SECTID_as_station->isChecked() ? StationsBy::count
+                         : ui_->Check_sectid_digits->isChecked()        ? StationsBy::sectid_digits
+                                                                        : StationsBy::sectid;
   choices_.compute_from_impedance = ui_->Check_compute_from_impedance->isChecked();
   choices_.turn_ey = ui_->Check_turn_ey_always->isChecked()  ? TurnEy::always
                      : ui_->Check_turn_ey_phase->isChecked() ? TurnEy::where_needed

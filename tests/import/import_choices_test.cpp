@@ -105,7 +105,7 @@ TEST(File_sample, Follows_the_choices_and_says_what_the_file_would_need) {
 
   choices.ReferenceType = choices.ReductionType = 0;
   choices.decode[decode_line_number] = {false, 0, 0, "-200"};
-  choices.sectid_as_station = choices.sectid_digits = true;
+  choices.stations_by = StationsBy::sectid_digits;
   sample = sampler.sample(plain, choices);
   EXPECT_EQ(sample.fault, "The Sample Rate cannot be negative");
   EXPECT_EQ(sample.fields.line, "200W");

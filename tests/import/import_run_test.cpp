@@ -75,13 +75,13 @@ TEST_F(ImportRun, Sections_make_a_line_of_stations_that_runs_on_from_file_to_fil
 }
 
 TEST_F(ImportRun, Takes_the_station_from_SECTID) {
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid;
   const std::vector<std::string> files{
       folder.write("a.edi", made_edi({MadeSection{.sectid = "\"858\""}, MadeSection{.sectid = "ET012_3"}}))};
   ASSERT_EQ(import(files), 0);
   EXPECT_EQ(stations(), (std::vector<double>{858, 0}));
   EXPECT_EQ(report.files.at(0).unreadable.size(), 1U);
-  choices.sectid_digits = true;
+  choices.stations_by = StationsBy::sectid_digits;
   ASSERT_EQ(import(files), 0);
   EXPECT_EQ(stations(), (std::vector<double>{858, 0, 3})) << "the last digits";
 }

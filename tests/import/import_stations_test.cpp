@@ -96,7 +96,7 @@ TEST_F(ImportStations, Files_of_other_kinds_leave_the_count_of_stations_alone) {
 }
 
 TEST_F(ImportStations, The_header_has_the_station_of_the_first_section) {
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid;
   const std::string spectra =
       replaced(made_spectra({{10.0, {1.0, 40.0, -30.0, 2.0}}}, channels_by_id()), "\"12\"", "\"40\"");
   ASSERT_EQ(import({add("a.edi", {"300", "400"}), add("b.edi", {"100"}), folder.write("s.edi", spectra)}), 0);
@@ -104,13 +104,13 @@ TEST_F(ImportStations, The_header_has_the_station_of_the_first_section) {
   EXPECT_EQ(header_station("b.edi"), 100);
   EXPECT_EQ(header_station("s.edi"), 40);
   EXPECT_EQ(rows_in("FileTable"), 3);
-  choices.sectid_as_station = false;
+  choices.stations_by = StationsBy::count;
   ASSERT_EQ(import({add("c.edi", {"300", "400"})}), 0);
   EXPECT_EQ(header_station("c.edi"), 1000);
 }
 
 TEST_F(ImportStations, A_section_without_SECTID_takes_the_next_free_station) {
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid;
   choices.start_station = "";
   choices.station_step = "100";
   ASSERT_EQ(import({add("earlier.edi", {"0"})}), 0);
@@ -143,7 +143,7 @@ TEST_F(ImportStations, A_section_without_SECTID_takes_the_next_free_station) {
 }
 
 TEST_F(ImportStations, The_name_in_the_head_comes_before_the_next_free_station) {
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid;
   choices.start_station = "50";
   ASSERT_EQ(import({add("a.edi", {""}, "12"), add("b.edi", {"", ""}, "13"), add("c.edi", {""}, "MT14")}), 0);
   EXPECT_EQ(stations_of("a.edi"), std::vector<double>{12});
@@ -157,7 +157,7 @@ TEST_F(ImportStations, The_name_in_the_head_comes_before_the_next_free_station) 
       import({folder.write("w.edi", replaced(replaced(words_in_info, "  SECTID=?\n", ""), "MADE", "15"))}),
       0);
   EXPECT_EQ(stations_of("w.edi"), std::vector<double>{15}) << "text of the head is no section";
-  choices.sectid_digits = true;
+  choices.stations_by = StationsBy::sectid_digits;
   ASSERT_EQ(import({folder.path("c.edi")}), 0);
   EXPECT_EQ(stations_of("c.edi"), std::vector<double>{14});
   // Of several files the first one, whatever the others are called; not where another one is.
@@ -175,7 +175,7 @@ TEST_F(ImportStations, The_name_in_the_head_comes_before_the_next_free_station) 
 }
 
 TEST_F(ImportStations, The_last_digits_of_SECTID_are_the_station) {
-  choices.sectid_as_station = choices.sectid_digits = true;
+  choices.stations_by = StationsBy::sectid_digits;
   std::vector<std::string> files;
   std::vector<double> expected;
   for (int number = 1; number <= 87; ++number) {
@@ -190,8 +190,7 @@ TEST_F(ImportStations, The_last_digits_of_SECTID_are_the_station) {
 }
 
 TEST_F(ImportStations, Two_sites_on_one_station_are_named) {
-  choices.sectid_as_station = true;
-  choices.sectid_digits = true;
+  choices.stations_by = StationsBy::sectid_digits;
   const std::vector<std::string> files{add("a.edi", {"\"Z2HX7\""}), add("b.edi", {"\"Z2HX7\""}),
                                        add("c.edi", {"\"ET7\""}), add("d.edi", {"\"ET8\""})};
   for (const ImportMode mode : {ImportMode::scan, ImportMode::import, ImportMode::import}) {
@@ -208,7 +207,7 @@ TEST_F(ImportStations, Two_sites_on_one_station_are_named) {
   ASSERT_EQ(report.shared_stations.size(), 1U);
   EXPECT_EQ(report.shared_stations.at(0).text(),
             "Station 8 of line 200E: Q9HX8 (e.edi), d.edi in the survey");
-  choices.sectid_as_station = false;
+  choices.stations_by = StationsBy::count;
   choices.start_station = "8";
   ASSERT_EQ(import({add("Q9HX8_second.edi", {"\"Q9HX8\""})}), 0);
   EXPECT_EQ(report.shared_stations.at(0).text(),
@@ -217,13 +216,13 @@ TEST_F(ImportStations, Two_sites_on_one_station_are_named) {
   ASSERT_EQ(import({add("f.edi", {""}), add("g.edi", {""}, "SITE")}), 0);
   EXPECT_TRUE(report.shared_stations.empty());
   choices.start_station = "";
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid_digits;
   ASSERT_EQ(import({add("SITE_day1.edi", {"\"SITE59\""}), folder.path("f.edi")}), 0);
   ASSERT_EQ(report.shared_stations.size(), 1U) << "g.edi is another file";
 }
 
 TEST_F(ImportStations, Sharing_a_station_is_asked_before_anything_is_stored) {
-  choices.sectid_as_station = choices.sectid_digits = true;
+  choices.stations_by = StationsBy::sectid_digits;
   const std::vector<std::string> files{add("a.edi", {"\"Z2HX7\""}), add("b.edi", {"\"ET7\""}),
                                        folder.write("c.edi", "no field file\n")};
   const auto import_asking = [&] {
@@ -243,7 +242,7 @@ TEST_F(ImportStations, Sharing_a_station_is_asked_before_anything_is_stored) {
   EXPECT_EQ(raw_readings(), 8);
   EXPECT_EQ(report.shared_stations.size(), 1U);
   EXPECT_EQ(interface->questions.size(), 2U);
-  choices.sectid_as_station = false;
+  choices.stations_by = StationsBy::count;
   choices.start_station = "100";
   EXPECT_EQ(import_asking(), 0);
   EXPECT_EQ(interface->questions.size(), 2U) << "each site has a station";

@@ -20,7 +20,7 @@ const std::string curves = ">RHOXY //3\n1 2 3\n>PHSXY //3\n45 45 30\n";
 
 class KeptSites : public ImportRun {
  protected:
-  KeptSites() { choices.sectid_as_station = choices.sectid_digits = true; }
+  KeptSites() { choices.stations_by = Module_data_file::StationsBy::sectid_digits; }
 
   static std::string edi(const std::string& sectid, const std::string& head = "",
                          const std::string& place = "") {
@@ -84,7 +84,7 @@ TEST_F(KeptSites, Are_named_by_SECTID_else_DATAID_and_never_by_the_file) {
                          "n 44",
                          "Gr\xC3\xBCn 44"},
                         {"", "", ""}};
-  choices.sectid_as_station = false;
+  choices.stations_by = Module_data_file::StationsBy::count;
   choices.start_station = "44";
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

@@ -15,7 +15,7 @@ using Module_database::open_survey;
 
 class Namesakes : public ImportRun {
  protected:
-  Namesakes() { choices.sectid_as_station = true; }
+  Namesakes() { choices.stations_by = StationsBy::sectid; }
 
   std::string add(const std::string& path, const std::string& sectid) {
     std::filesystem::create_directories(std::filesystem::path(folder.path(path)).parent_path());

@@ -198,7 +198,7 @@ TEST_F(LostGround, An_import_that_fills_the_disk_keeps_whole_files) {
     files.push_back(folder.write("field/" + file.name, file.text));
   }
   ImportChoices choices = sample_choices();
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid;
   const bool possible = run_in_own_mounts([&] {
     const fs::path disk = small_disk();
     const std::string survey = new_survey("disk/survey.mdb");

@@ -44,7 +44,7 @@ std::string make_soak_survey(const TemporaryFolder& folder) {
   choices.ReferenceType = 0;
   choices.ReductionType = 0;
   choices.decode = soak_decode_table();
-  choices.sectid_as_station = true;
+  choices.stations_by = Module_data_file::StationsBy::sectid;
   Module_data_file::keep_import_folder(folder.path("field"));
   Module_data_file::ImportReport report;
   std::string survey = folder.path("survey.mdb");

@@ -312,7 +312,7 @@ TEST_F(OtherFormats, Spectra_of_several_sections_are_several_stations) {
   EXPECT_EQ(import("a.edi", two).sections, 2);
   EXPECT_EQ(rows_in("StationsTable"), 2);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND EventNumber = 1 AND Station = 100"), 4);
-  choices.sectid_as_station = true;
+  choices.stations_by = StationsBy::sectid;
   EXPECT_EQ(import("b.edi", two).readings, 8);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND Station = 40"), 4);
   EXPECT_EQ(FileSampler().sample(folder.path("b.edi"), choices).fields.station, "12");

@@ -1,0 +1,59 @@
+// scanned_file.h: what a look into a field file finds, for proposals and for the plan of an import.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "formats/edi/edi_channels.h"
+#include "formats/edi/edi_names.h"
+#include "import/file_decode.h"
+#include "numerics/geodesy/coordinate_transforms.h"
+
+namespace Module_data_file {
+
+/// A section of an EDI file, or all that a file of another format holds.
+struct ScannedSection {
+  formats::edi::EdiSectionHead head;
+  bool is_stored = true;  // false: an import leaves it out
+  std::int32_t frequencies = 0;
+  double lowest = 0.0;  // Hz; of those above 0
+  double highest = 0.0;
+  std::int32_t yx_phases = 0;           // present ones, also those that follow from impedances
+  std::int32_t yx_in_third = 0;         // of these in -180..-90
+  bool has_turned_ey = false;           // more than half of them
+  bool all_yx_phases_negative = false;  // as they stand in the file
+  bool has_impedances_only = false;     // neither resistivities nor phases
+  bool lacks_curves = false;            // some element has an impedance only
+};
+
+/// A station that a file holds itself.
+struct OwnStation {
+  std::string line;  // empty: that of the import
+  double station = 0.0;
+  float rate = 0.0F;  // Hz; 0: that of the import
+
+  bool operator==(const OwnStation&) const = default;
+};
+
+struct ScannedFile {
+  std::string path;
+  FileFormat format = format_unknown;
+  double DateCollected = 0.0;                               // days since 30 December 1899
+  std::string date;                                         // the same, "21-Oct-2019"
+  std::vector<ScannedSection> sections;                     // a file of another format than EDI has one
+  formats::edi::EdiNames names;                             // asked for only where a section has no name
+  bool has_remote = false;                                  // channels of a remote reference
+  std::optional<numerics::geodesy::GeographicPlace> place;  // of the head
+  std::optional<numerics::geodesy::MapPlace> map_place;     // of a format that gives map coordinates
+  std::vector<OwnStation> own_stations;                     // of a format that gives them
+  bool says_station = false;                                // fixed columns: the head line has it
+  std::optional<float> own_rate;                            // Hz; that a file of fixed columns asks for
+  std::string failure;  // why the file gives nothing; empty if it gives something
+};
+
+/// Looks into a file; what can't be read is its failure, nothing is thrown. The user is told nothing.
+ScannedFile scan_field_file(const std::string& path);
+
+}  // namespace Module_data_file
