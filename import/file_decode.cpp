@@ -1,5 +1,6 @@
 #include "import/file_decode.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <filesystem>
@@ -96,9 +97,26 @@ std::string typed_value_fault(std::size_t row, ImportChoices& choices) {
                                                     : no_fault;
 }
 
+// The specified line is that of files in other folders; it may be missing.
+std::string folder_lines_fault(ImportChoices& choices) {
+  double number = 0.0;
+  for (FolderLine& each : choices.folder_lines) {
+    std::string fault = line_fault(each.line, choices.line_direction, number, each.line);
+    if (!fault.empty()) {
+      return fault;
+    }
+  }
+  return choices.decode[decode_line_number].specified.empty()
+             ? no_fault
+             : typed_value_fault(decode_line_number, choices);
+}
+
 std::string row_fault(std::size_t row, ImportChoices& choices) {
   const DecodeRow& decode = choices.decode[row];
   const std::string title(decode_row_titles[row]);
+  if (row == decode_line_number && !decode.use_file_name && !choices.folder_lines.empty()) {
+    return folder_lines_fault(choices);
+  }
   if (decode.use_file_name) {
     if (decode.start_column < 1) {
       return "The start column for " + title + " is invalid";
@@ -137,15 +155,32 @@ double decoded_number(const std::string& text, std::size_t row, FileReport& repo
   return 0.0;
 }
 
-void decode_name(ReadingRecord& record, SampleFields& sample, FileReport& report) {
-  const auto& decode = record.choices.decode;
-  sample.line = decoded_text(decode[decode_line_number], record.SurveyFile);
-  if (decode[decode_line_number].use_file_name) {
+// The line that the choices have for all files in the file's folder, else the one for all others.
+std::string line_by_folder(const std::string& file, const ImportChoices& choices) {
+  const std::string folder = folder_of(file);
+  const auto found = std::ranges::find(choices.folder_lines, folder, &FolderLine::folder);
+  return found == choices.folder_lines.end() ? choices.decode[decode_line_number].specified : found->line;
+}
+
+void decode_line_of(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                    FileReport& report) {
+  const DecodeRow& decode = record.choices.decode[decode_line_number];
+  if (!decode.use_file_name && !record.choices.folder_lines.empty()) {
+    sample.line = line_by_folder(file, record.choices);
+    return;
+  }
+  sample.line = decoded_text(decode, record.SurveyFile);
+  if (decode.use_file_name) {
     sample.line = std::string(trimmed(sample.line));
     if (sample.line.empty()) {
       remark_unreadable(report, 0, "the file name has no text in the columns of the line");
     }
   }
+}
+
+void decode_name(const std::string& file, ReadingRecord& record, SampleFields& sample, FileReport& report) {
+  const auto& decode = record.choices.decode;
+  decode_line_of(file, record, sample, report);
   sample.event = decoded_text(decode[decode_event], record.SurveyFile);
   sample.rate = decoded_text(decode[decode_sample_rate], record.SurveyFile);
   record.LineNumber = sample.line;
@@ -303,12 +338,17 @@ int decode_line(ShowFault show, std::string_view text, LineDirection direction, 
   return shown(show, line_fault(text, direction, number, line));
 }
 
-void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
-                         FileReport& report) {
+void decode_file_name(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                      FileReport& report) {
   sample = SampleFields{};
   record.SurveyFile = text_from_field_file(std::filesystem::path(file).filename().string());
+  decode_name(file, record, sample, report);
+}
+
+void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                         FileReport& report) {
+  decode_file_name(file, record, sample, report);
   record.file_format = format_unknown;
-  decode_name(record, sample, report);
   LineReader reader(file);
   read_file_head(reader, record, sample, report);
   sample.date = display_date(record.DateCollected);

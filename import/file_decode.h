@@ -18,6 +18,8 @@ enum FileFormat : std::int32_t {
   format_zonge_raw = 5,
 };
 
+inline bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }
+
 enum class ShowFault { no, yes };
 
 /// The texts of the sample fields for one file.
@@ -46,6 +48,11 @@ std::string choices_fault(ImportChoices& choices);
 /// @return 0, or -1 at a fault, after its message if faults are shown; `number` and `line` are then as before
 [[nodiscard]] int decode_line(ShowFault show, std::string_view text, LineDirection direction, double& number,
                               std::string& line);
+
+/// Takes line, event and scan rate from the choices and the file's name into the record and the sample
+/// fields, without a look into the file. What can't be read goes into the report.
+void decode_file_name(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                      formats::FileReport& report);
 
 /// Takes line, event and scan rate from the choices and the file's name, and format, dates and unit from the
 /// file, into the record and the sample fields. What can't be read goes into the report; a text of no known

@@ -10,7 +10,7 @@
 
 namespace Module_data_file {
 
-/// What is wrong with a row; the table marks it and sorts it first.
+/// What is wrong with a row; the table marks it and sorts it first, in this order.
 enum class PlanProblem {
   not_readable,        // the file gives nothing, its remark says why
   no_frequencies,      //
@@ -50,6 +50,7 @@ struct PlannedSection {
   std::vector<PlanCell> edited_cells;  // that the user has typed into
 
   [[nodiscard]] bool can_edit(PlanCell cell) const;
+  [[nodiscard]] bool is_edited(PlanCell cell) const;
 };
 
 /// What the user has typed into a row; it stays when the choices change.

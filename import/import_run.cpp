@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
+#include <iterator>
+#include <optional>
 #include <set>
 #include <system_error>
 #include <tuple>
@@ -19,8 +21,10 @@
 #include "database/survey_database.h"
 #include "import/file_decode.h"
 #include "import/natural_order.h"
+#include "import/proposals/plan_maker.h"
 #include "import/quiet_interface.h"
 #include "import/readers/edi_converted_place.h"
+#include "import/readers/reader_steps.h"
 #include "import/readers/reader_table.h"
 #include "import/store_blocks.h"
 #include "import/survey_file_names.h"
@@ -57,6 +61,28 @@ int fault(const char* text) {
   return -1;
 }
 
+// The survey's projection; one without takes that of the choices, when all of them are tested.
+int test_projection(const ImportChoices& choices) {
+  if (Module_projections::read_survey_projection() != 0) {
+    return choices.projection ? 0 : fault("The projection has not been defined");
+  }
+  return Module_projections::decode_coordinate_system(Module_projections::current_coord_system());
+}
+
+// A survey with a projection keeps it.
+int define_projection(const ImportChoices& choices) {
+  Module_projections::CoordSystem& current = Module_projections::current_coord_system();
+  if (!choices.convert_coordinates || !choices.projection || !current.name.empty()) {
+    return 0;
+  }
+  current = *choices.projection;
+  if (Module_projections::store_survey_projection() == 0) {
+    return Module_projections::decode_coordinate_system(current);
+  }
+  current = {};
+  return -1;
+}
+
 int test_choices(ImportMode mode, ReadingRecord& record) {
   const ImportChoices& choices = record.choices;
   if (mode == ImportMode::import) {
@@ -67,11 +93,8 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
       return -1;
     }
     if (choices.convert_coordinates) {
-      if (Module_projections::read_survey_projection() != 0) {
-        return fault("The projection has not been defined");
-      }
-      if (Module_projections::decode_coordinate_system(Module_projections::current_coord_system()) != 0) {
-        return -1;
+      if (const int result = test_projection(choices); result != 0) {
+        return result;
       }
     }
   }
@@ -88,19 +111,6 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
   return decode_file_format(ShowFault::yes, record);
 }
 
-// Each file starts fresh; what a reader did to station, step or dipole ends with its file.
-void start_file(ReadingRecord& record, std::size_t index) {
-  ReadingRecord fresh;
-  fresh.choices = std::move(record.choices);
-  fresh.scan_list = std::move(record.scan_list);
-  fresh.scanned = std::move(record.scanned);
-  fresh.scanned_types = std::move(record.scanned_types);
-  fresh.run = std::move(record.run);
-  fresh.StationSpacing = static_cast<float>(numeric_value(fresh.choices.station_step));
-  fresh.file_index = static_cast<std::int32_t>(index + 1);
-  record = std::move(fresh);
-}
-
 void fail_file(FileReport& report, const std::string& reason) {
   report.failure = reason;
   user_interface().show_message(std::string(import_failed) + report.file + ": " + reason);
@@ -112,16 +122,6 @@ void requery_stores() {
   open_survey().readings.requery();
   open_survey().stations.requery();
   open_survey().locations.requery();
-}
-
-// The rows are this run's from now on, and no other file of it may find them.
-void own_rows_of_file(ReadingRecord& record) {
-  for (const auto& [event, ID] : record.file_rows.ID_of_event) {
-    record.run.found.own_rows.insert(ID);
-  }
-  if (record.run.earlier_files) {
-    record.run.earlier_files->take_out(record.file_rows, record.SurveyFile, record.DateCollected);
-  }
 }
 
 // Ends the file's transaction. The readings of an earlier import of the file are replaced only when all new
@@ -167,8 +167,6 @@ bool import_in_transaction(FieldReader read, FileTask& task) {
   return result == 0;
 }
 
-bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }
-
 void scan_file(FieldReader read, FileTask& task) {
   (void)read(task);
   const FileRows* const earlier = task.report.readings > 0 ? rows_of_earlier_import(task.record) : nullptr;
@@ -176,6 +174,27 @@ void scan_file(FieldReader read, FileTask& task) {
     task.record.file_rows = *earlier;
     own_rows_of_file(task.record);
   }
+}
+
+// Sections of EDI files take their own rows one by one.
+void take_planned_file(ReadingRecord& record) {
+  const PlannedSection* const planned = planned_section(record);
+  if (planned == nullptr) {
+    return;
+  }
+  record.LineNumber = planned->line;
+  record.EventNumber = planned->event;
+  record.SampleRate = planned->rate;
+  if (planned->is_edited(PlanCell::station)) {
+    record.Station = planned->station;
+  }
+}
+
+// The rows of an import whose stations depend on all of its files.
+ImportPlan own_plan(const ImportChoices& choices, const std::vector<std::string>& files) {
+  std::vector<ScannedFile> scanned;
+  std::ranges::transform(files, std::back_inserter(scanned), scan_field_file);
+  return PlanMaker().plan(scanned, choices);
 }
 
 // True if the run may go on with the next file.
@@ -195,6 +214,7 @@ bool import_file(const SurveyFileName& name, FileTask& task) {
   try {
     SampleFields sample;
     display_file_format(report.file, record, sample, report);
+    take_planned_file(record);
     record.SurveyFile = name.name;
     record.path_tails = path_tails(report.file);
     if (task.is_import() && record.choices.convert_coordinates && is_edi(record.file_format)) {
@@ -366,7 +386,8 @@ class LookIntoFiles {
 
 // False if the user doesn't want different sites on one station, or has stopped the look for them.
 bool may_store(LookIntoFiles& look, ImportReport& report) {
-  const std::vector<SharedStation> shared = shared_stations(look.result());
+  FilesAtStations survey;
+  const std::vector<SharedStation> shared = shared_stations(look.result(), survey);
   if (look.stopped()) {
     report.stopped = true;
     return false;
@@ -408,7 +429,7 @@ int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& r
 
 int run_import(const ImportChoices& choices, const std::vector<std::string>& files, ImportMode mode,
                ImportReport& report, const FileBegins& file_begins, SharedStations shared,
-               const ImportPlan* /*plan*/) {
+               const ImportPlan* plan) {
   ReadingRecord record;
   record.choices = choices;
   report = ImportReport{};
@@ -418,8 +439,16 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
   Module_debug::write_debug(1,
                             "run_import " + plain_text(static_cast<std::int64_t>(files.size())) + " files");
   const BusyPointer busy;
+  std::optional<ImportPlan> own;
+  if (plan == nullptr && choices.stations_by == StationsBy::distance) {
+    if (trap_errors(import_failed, [&] { own = own_plan(choices, files); }) != 0) {
+      return -1;
+    }
+    plan = &*own;
+  }
+  record.run.plan = plan;
   LookIntoFiles look(record, files);
-  if (mode == ImportMode::import && shared == SharedStations::ask) {
+  if (mode == ImportMode::import && shared == SharedStations::ask && plan == nullptr) {
     bool may = false;
     if (trap_errors(import_failed, [&] { may = may_store(look, report); }) != 0) {
       return -1;
@@ -429,6 +458,9 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
     }
   }
   if (mode == ImportMode::import) {
+    if (define_projection(choices) != 0) {
+      return -1;
+    }
     Module_Brenlox::clear_undo();  // rows that it would go back to may be replaced
   }
   record.run.free_stations =
@@ -439,7 +471,8 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
   }
   report.stations = std::move(record.scan_list);
   (void)trap_errors(import_failed, [&] {
-    report.shared_stations = shared_stations(record.run.found);
+    FilesAtStations survey;
+    report.shared_stations = shared_stations(record.run.found, survey);
     remark_on_shared_stations(report.shared_stations, report.files);
   });
   return result;

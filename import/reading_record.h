@@ -14,6 +14,7 @@
 #include "import/earlier_files.h"
 #include "import/free_stations.h"
 #include "import/import_choices.h"
+#include "import/import_plan.h"
 #include "import/station_sites.h"
 
 namespace Module_data_file {
@@ -52,6 +53,7 @@ struct RunState {
   double next_station = 0.0;  // of sections that take theirs from the count; runs on by StationSpacing
   std::shared_ptr<FreeStations> free_stations;  // none in a look at the files, which finds what isn't free
   std::shared_ptr<EarlierFiles> earlier_files;  // made when the first file is looked for
+  const ImportPlan* plan = nullptr;             // where one is carried out; its owner outlives the run
   FoundSites found;
   std::set<std::int32_t> stations_left;  // StationID of readings that were replaced
 };
@@ -60,6 +62,7 @@ struct RunState {
 struct ReadingRecord {
   ImportChoices choices;
   std::int32_t file_index = 0;          // from 1, place in the list of files
+  std::size_t section_index = 0;        // in the file, of the section that is being read; EDI only
   std::int32_t file_format = -1;        // 0 to 5, -1 not known
   std::int32_t length_unit_factor = 1;  // of the head's UNITS; lengths are stored without it
 
@@ -101,5 +104,13 @@ struct ReadingRecord {
   std::set<std::string> scanned_types;    // data types of the readings found
   RunState run;
 };
+
+/// Makes the record ready for the next file; what a reader did to station, step or dipole ends with its file.
+/// @param index of the file in the list, from 0
+void start_file(ReadingRecord& record, std::size_t index);
+
+/// The rows of FileTable that the record's file has, file_rows, are this run's from now on, and no other file
+/// of it may find them.
+void own_rows_of_file(ReadingRecord& record);
 
 }  // namespace Module_data_file

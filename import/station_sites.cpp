@@ -1,13 +1,11 @@
 #include "import/station_sites.h"
 
 #include <algorithm>
-#include <functional>
 #include <string_view>
 #include <utility>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "database/stations.h"
 #include "database/survey_database.h"
 
 namespace Module_data_file {
@@ -64,37 +62,16 @@ bool names_site(std::string_view file, const Site& site) {
 bool is_edi_filter(std::string_view filter) { return filter == "EMIRes" || filter == "EMISpect"; }
 
 // Files of the survey that have readings at the station and are none of the import's.
-std::vector<std::string> others_in_survey(const std::string& line, double station,
+std::vector<std::string> others_in_survey(const std::vector<FilesAtStations::File>& files,
                                           const std::vector<Site>& sites,
-                                          const std::function<bool(std::int32_t)>& is_own) {
+                                          const std::set<std::int32_t>& own_rows) {
   std::vector<std::string> others;
-  if (!open_survey().database.is_open()) {
-    return others;  // a scan needs no survey
-  }
-  const Module_database::StationRows place =
-      Module_database::find_station(Module_database::StationSearch::look_up, line, station);
-  if (place.StationID < 0) {
-    return others;
-  }
-  dao::Recordset rows = open_survey().database.open_recordset(
-      "SELECT DISTINCT FileID FROM ReadingsDataTable WHERE StationID = " +
-      format_number(place.StationID, "0") + " AND FileID > 0");
-  for (; !rows.eof(); rows.move_next()) {
-    const std::int32_t ID = rows.get_long("FileID");
-    dao::Recordset& files = open_survey().files;
-    if (is_own(ID)) {
-      continue;
-    }
-    files.find_first("ID = " + format_number(ID, "0"));
-    if (files.no_match()) {
-      continue;
-    }
-    const std::string file = files.get_text("SurveyFile");
-    const bool says_station = !is_edi_filter(files.get_text("Filter"));
-    if (std::ranges::any_of(sites, [&](const Site& site) {
-          return !(site.says_station && says_station) && !names_site(file, site);
-        })) {
-      others.push_back(file);
+  for (const FilesAtStations::File& file : files) {
+    const auto is_other = [&](const Site& site) {
+      return !(site.says_station && file.says_station) && !names_site(file.name, site);
+    };
+    if (!own_rows.contains(file.ID) && std::ranges::any_of(sites, is_other)) {
+      others.push_back(file.name);
     }
   }
   return others;
@@ -130,12 +107,47 @@ void StationSites::add(const std::string& line, double station, Site site) {
   }
 }
 
-std::vector<SharedStation> shared_stations(const FoundSites& found) {
+FilesAtStations::Line FilesAtStations::read_line(const std::string& line) {
+  Line stations;
+  if (!open_survey().database.is_open() || line.find('\'') != std::string::npos) {
+    return stations;
+  }
+  dao::Recordset& files = open_survey().files;
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT DISTINCT Station,FileID FROM ReadingsDataTable WHERE LineNumber = '" + line +
+      "' AND FileID > 0");
+  for (; !rows.eof(); rows.move_next()) {
+    const std::int32_t ID = rows.get_long("FileID");
+    files.find_first("ID = " + format_number(ID, "0"));
+    if (!files.no_match()) {
+      stations[rows.get_double("Station")].push_back(
+          {ID, files.get_text("SurveyFile"), !is_edi_filter(files.get_text("Filter"))});
+    }
+  }
+  return stations;
+}
+
+const FilesAtStations::Line& FilesAtStations::of_line(const std::string& line) {
+  const std::string name = upper_case(line);
+  auto known = lines_.find(name);
+  if (known == lines_.end()) {
+    known = lines_.emplace(name, read_line(line)).first;
+  }
+  return known->second;
+}
+
+const std::vector<FilesAtStations::File>& FilesAtStations::at(const std::string& line, double station) {
+  static const std::vector<File> none;
+  const Line& stations = of_line(line);
+  const auto found = stations.find(station);
+  return found == stations.end() ? none : found->second;
+}
+
+std::vector<SharedStation> shared_stations(const FoundSites& found, FilesAtStations& survey) {
   std::vector<SharedStation> shared;
-  const auto is_own = [&](std::int32_t ID) { return found.own_rows.contains(ID); };
   for (const auto& [key, place] : found.sites.all()) {
     SharedStation here{place.line, key.second, place.sites,
-                       others_in_survey(place.line, key.second, place.sites, is_own)};
+                       others_in_survey(survey.at(place.line, key.second), place.sites, found.own_rows)};
     if (here.sites.size() + here.in_survey.size() > 1) {
       shared.push_back(std::move(here));
     }

@@ -57,9 +57,29 @@ struct FoundSites {
   std::set<std::int32_t> own_rows;  // of FileTable
 };
 
-/// The stations that different sites come to, in the import or with what the open survey holds. Throws
-/// dao::Error.
-std::vector<SharedStation> shared_stations(const FoundSites& found);
+/// The files that have readings at the stations of the open survey. Each line is read when it is first asked
+/// for; none without an open survey, as a scan needs none.
+class FilesAtStations {
+ public:
+  struct File {
+    std::int32_t ID = 0;  // of FileTable
+    std::string name;
+    bool says_station = false;
+  };
+  using Line = std::map<double, std::vector<File>>;  // by station
+
+  /// Throws dao::Error.
+  const Line& of_line(const std::string& line);
+  const std::vector<File>& at(const std::string& line, double station);
+
+ private:
+  static Line read_line(const std::string& line);
+
+  std::map<std::string, Line> lines_;  // by name in upper case
+};
+
+/// The stations that different sites come to, in the import or with what the survey holds. Throws dao::Error.
+std::vector<SharedStation> shared_stations(const FoundSites& found, FilesAtStations& survey);
 
 /// Notes each shared station in the reports of the files whose sites come to it after another.
 void remark_on_shared_stations(const std::vector<SharedStation>& shared,

@@ -63,6 +63,18 @@ void EdiChannelList::take(std::string_view line, std::string_view tag) {
   channels_.push_back(std::move(channel));
 }
 
+bool EdiChannelList::has_remote() const {
+  const auto is_electric = [](const EdiChannel& channel) { return channel.CHTYPE.starts_with('E'); };
+  const auto is_own = [&](const EdiChannel& remote) {
+    return std::ranges::any_of(channels_,
+                               [&](const EdiChannel& own) { return own.is_local && own.ID == remote.ID; });
+  };
+  return std::ranges::any_of(channels_, is_electric) &&
+         std::ranges::any_of(channels_, [&](const EdiChannel& channel) {
+           return !channel.is_local && !is_electric(channel) && !is_own(channel);
+         });
+}
+
 void EdiChannelList::mark_local() {
   const auto last_electric =
       std::find_if(channels_.rbegin(), channels_.rend(),

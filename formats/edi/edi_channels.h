@@ -47,6 +47,9 @@ class EdiChannelList {
   /// remote reference follows.
   void mark_local();
   [[nodiscard]] const std::vector<EdiChannel>& all() const { return channels_; }
+  /// Whether there are magnetic channels of a remote reference, beside those of the station. Files that write
+  /// the station's own once more have none.
+  [[nodiscard]] bool has_remote() const;
 
  private:
   std::vector<EdiChannel> channels_;

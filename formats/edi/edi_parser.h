@@ -31,6 +31,7 @@ class EdiMtParser {
   bool next_section(EdiSection& section);
 
   [[nodiscard]] bool has_sections() const { return has_sections_; }
+  [[nodiscard]] const EdiChannelList& channels() const { return channels_; }  // of the head
 
  private:
   static constexpr std::size_t unknown_count = std::numeric_limits<std::size_t>::max();

@@ -52,6 +52,7 @@ class EdiSpectraParser {
   bool next_block(SpectraBlock& block);
 
   [[nodiscard]] bool has_sections() const { return has_sections_; }
+  [[nodiscard]] const EdiChannelList& channels() const { return channels_; }  // of the head
   [[nodiscard]] bool is_cut() const { return is_cut_; }
 
  private:

@@ -42,7 +42,7 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
   EdiValues& phase = section.get(element, quantity_phase);
   const EdiValues& real = section.get(element, quantity_real);
   const EdiValues& imaginary = section.get(element, quantity_imaginary);
-  if (!real.present || !imaginary.present || resistivity.present || phase.present) {
+  if (!has_impedance_only(section, element)) {
     return;
   }
   EdiValues& first_error = section.get(element, quantity_first_error);
@@ -78,23 +78,31 @@ void compute_from_impedance(EdiSection& section, std::size_t element) {
   first_error.is_variance = second_error.is_variance = false;
 }
 
-bool mostly_in_third_quadrant(std::span<const float> phases) {
-  std::size_t present = 0;
-  std::size_t in_quadrant = 0;
+bool has_impedance_only(const EdiSection& section, std::size_t element) {
+  return section.get(element, quantity_real).present && section.get(element, quantity_imaginary).present &&
+         !section.get(element, quantity_resistivity).present && !section.get(element, quantity_phase).present;
+}
+
+QuadrantCount count_in_third_quadrant(std::span<const float> phases) {
+  QuadrantCount count;
   for (const float phase : phases) {
     if (!is_absent(phase)) {
       const double wrapped = std::remainder(static_cast<double>(phase), 360.0);
-      ++present;
-      in_quadrant += wrapped <= -90.0 || wrapped == 180.0 ? 1 : 0;  // 180 is -180
+      ++count.present;
+      count.in_third += wrapped <= -90.0 || wrapped == 180.0 ? 1 : 0;  // 180 is -180
     }
   }
-  return 2 * in_quadrant > present;
+  return count;
 }
 
-bool has_turned_ey(const EdiSection& section) {
+bool mostly_in_third_quadrant(std::span<const float> phases) {
+  return count_in_third_quadrant(phases).mostly_in_third();
+}
+
+std::vector<float> phases_of_yx(const EdiSection& section) {
   const EdiValues& phase = section.get(element_yx, quantity_phase);
   if (phase.present) {
-    return mostly_in_third_quadrant(phase.values);
+    return phase.values;
   }
   const EdiValues& real = section.get(element_yx, quantity_real);
   const EdiValues& imaginary = section.get(element_yx, quantity_imaginary);
@@ -105,8 +113,10 @@ bool has_turned_ey(const EdiSection& section) {
     const bool has_phase = !is_absent(r) && !is_absent(i) && (r != 0.0F || i != 0.0F);
     phases.push_back(has_phase ? static_cast<float>(numerics::impedance::phase_degrees({r, i})) : no_data);
   }
-  return mostly_in_third_quadrant(phases);
+  return phases;
 }
+
+bool has_turned_ey(const EdiSection& section) { return mostly_in_third_quadrant(phases_of_yx(section)); }
 
 void turn_ey(EdiSection& section) {
   for (const EdiElement element : {element_yx, element_yy}) {

@@ -2,6 +2,7 @@
 #pragma once
 #include <cstddef>
 #include <span>
+#include <vector>
 
 #include "database/reading.h"
 #include "formats/edi/edi_section.h"
@@ -19,13 +20,29 @@ namespace Module_data_file {
 /// not positive.
 void compute_from_impedance(formats::edi::EdiSection& section, std::size_t element);
 
+/// How many phases there are, and how many of them lie in -180..-90.
+struct QuadrantCount {
+  std::size_t present = 0;
+  std::size_t in_third = 0;
+
+  [[nodiscard]] bool mostly_in_third() const { return 2 * in_third > present; }
+};
+
+/// Of phases in degrees, wrapped into -180..180; absent ones don't count.
+QuadrantCount count_in_third_quadrant(std::span<const float> phases);
+
 /// True if more than half of the phases, degrees, wrapped into -180..180, lie in -180..-90. Those of YX do
 /// where the sign of Ey is turned. Absent ones don't count; of none it is false.
 bool mostly_in_third_quadrant(std::span<const float> phases);
 
-/// The same for the phases of YX that the section has or, without a block of them, that follow from its
-/// impedance.
+/// The phases of YX that the section has or, without a block of them, that follow from its impedance.
+std::vector<float> phases_of_yx(const formats::edi::EdiSection& section);
+
+/// Whether these are mostly in that quadrant.
 bool has_turned_ey(const formats::edi::EdiSection& section);
+
+/// Whether an element has an impedance but neither resistivity nor phase.
+bool has_impedance_only(const formats::edi::EdiSection& section, std::size_t element);
 
 /// Turns the sign of Ey: 180 degrees more on the phases of EyHx and EyHy, wrapped into -180..180, and the
 /// other sign for their impedances.

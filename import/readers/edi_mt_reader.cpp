@@ -81,10 +81,10 @@ int read_sections(FileTask& task) {
     if (!store_header_once(task)) {
       return -1;
     }
-    const bool turn = turns_ey(record.choices, [&] { return has_turned_ey(section); });
+    const bool turn = turns_ey(record, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     if (task.is_import()) {
-      if (record.choices.compute_from_impedance) {
+      if (computes_from_impedance(record)) {
         compute_curves(section);
       }
       if (turn) {

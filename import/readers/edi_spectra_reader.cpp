@@ -132,19 +132,19 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
   }
 }
 
-bool has_turned_ey(const std::vector<EstimatedFrequency>& estimated) {
+std::vector<float> phases_of_yx(const std::vector<EstimatedFrequency>& estimated) {
   std::vector<float> phases;
   for (const EstimatedFrequency& each : estimated) {
     const std::size_t real = real_parts[element_yx];
     phases.push_back(static_cast<float>(numerics::impedance::phase_degrees(
         {each.estimate.impedance[real], each.estimate.impedance[real + 1]})));
   }
-  return mostly_in_third_quadrant(phases);
+  return phases;
 }
 
 bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& task) {
   ReadingRecord& record = task.record;
-  const bool turn = turns_ey(record.choices, [&] { return has_turned_ey(estimated); });
+  const bool turn = turns_ey(record, [&] { return mostly_in_third_quadrant(phases_of_yx(estimated)); });
   task.report.sections_turned += turn ? 1 : 0;
   if (task.is_import()) {
     find_station_of_record(record);
@@ -248,6 +248,27 @@ int read_sections(FileTask& task) {
 
 int read_edi_spectra(FileTask& task) {
   return run_reader(task, [&] { return read_sections(task); });
+}
+
+bool look_at_spectra(const std::string& file, FileReport& report,
+                     const std::function<void(const SpectraLook&)>& take) {
+  LineReader reader(file);
+  EdiSpectraParser parser(reader, report);
+  SpectraSection section;
+  bool averages_shown = true;  // a look shows no messages
+  while (parser.next_section(section)) {
+    const std::vector<EstimatedFrequency> estimated =
+        estimate_section(parser, section, averages_shown, report);
+    if (parser.is_cut()) {
+      break;
+    }
+    SpectraLook look{section, {}, phases_of_yx(estimated)};
+    for (const EstimatedFrequency& each : estimated) {
+      look.frequencies.push_back(static_cast<float>(each.frequency));
+    }
+    take(look);
+  }
+  return parser.channels().has_remote();
 }
 
 std::optional<std::string> first_spectra_sectid(const std::string& file) {

@@ -1,8 +1,11 @@
 // edi_spectra_reader.h: EDI files of cross-spectra into the survey.
 #pragma once
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "formats/edi/edi_channels.h"
 #include "import/readers/field_reader.h"
 
 namespace Module_data_file {
@@ -11,6 +14,19 @@ namespace Module_data_file {
 /// four readings, one for each tensor element. A FieldReader. A frequency without a tensor is left out, and a
 /// section without any is not stored; the report says why.
 [[nodiscard]] int read_edi_spectra(FileTask& task);
+
+/// What a section's tensors show.
+struct SpectraLook {
+  formats::edi::EdiSectionHead head;
+  std::vector<float> frequencies;  // Hz; those that have a tensor
+  std::vector<float> yx_phases;    // degrees, for each of them
+};
+
+/// Goes through the sections of a file that an import would take, and has `take` look at each. What can't be
+/// read goes into the report. @return whether the head has channels of a remote reference. Throws
+/// std::runtime_error if the file can't be read.
+bool look_at_spectra(const std::string& file, formats::FileReport& report,
+                     const std::function<void(const SpectraLook&)>& take);
 
 /// The SECTID of the first section. Throws std::runtime_error if the file can't be read.
 std::optional<std::string> first_spectra_sectid(const std::string& file);

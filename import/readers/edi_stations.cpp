@@ -83,36 +83,31 @@ std::optional<double> station_of_head(FileTask& task) {
 
 void take_station_for_nameless(const EdiSectionHead& section, FileTask& task) {
   ReadingRecord& record = task.record;
-  const std::string what =
-      "section " + plain_text(record.EventNumber + 1) + " has no SECTID; it takes station ";
+  const std::string without_sectid = "section " + plain_text(record.EventNumber + 1) + " has no SECTID";
   if (const std::optional<double> station = station_of_head(task)) {
     record.station_rule = StationRule::from_head;
     record.Station = *station;
-    remark_unreadable(
-        task.report, section.line_number,
-        what + plain_text(record.Station) + " from DATAID " + in_quotes(names_of_file(task).DATAID));
+    remark_unreadable(task.report, section.line_number,
+                      without_sectid + "; it takes station " + plain_text(record.Station) + " from DATAID " +
+                          in_quotes(names_of_file(task).DATAID));
     return;
   }
-  record.station_rule = StationRule::next_free;
-  record.Station = record.run.next_station;
-  if (record.run.free_stations) {
-    record.Station = record.run.free_stations->next(record.LineNumber, record.run.next_station,
-                                                    decimal_of_single(record.StationSpacing),
-                                                    stations_of_file_before(record));
-  }
-  remark_unreadable(task.report, section.line_number,
-                    what + plain_text(record.Station) + ", the next free one from the start station on");
+  take_next_free_station(section, without_sectid, task);
 }
 
 void take_station(const EdiSectionHead& section, FileTask& task) {
   ReadingRecord& record = task.record;
   record.station_rule = StationRule::own;
-  if (!by_sectid(record.choices)) {
+  if (record.choices.stations_by == StationsBy::count) {
     record.Station = record.run.next_station;
     return;
   }
-  (void)stations_of_file_before(record);  // while its readings are there
-  if (!has_name(section.SECTID)) {
+  if (task.is_import()) {
+    (void)stations_of_file_before(record);  // while its readings are there
+  }
+  if (record.choices.stations_by == StationsBy::distance) {
+    take_next_free_station(section, "the file has changed since its stations were planned", task);
+  } else if (!has_name(section.SECTID)) {
     take_station_for_nameless(section, task);
   } else {
     const NamedStation named =
@@ -123,6 +118,23 @@ void take_station(const EdiSectionHead& section, FileTask& task) {
                         "SECTID " + in_quotes(*section.SECTID) + " has no number, taken as station 0");
     }
   }
+}
+
+// @return false if the plan has no row for the section
+bool take_planned_station(const EdiSectionHead& head, FileTask& task) {
+  ReadingRecord& record = task.record;
+  const PlannedSection* const planned = planned_section(record);
+  if (planned == nullptr) {
+    return false;
+  }
+  record.station_rule = StationRule::own;
+  record.LineNumber = planned->line;
+  record.Station = planned->station;
+  record.SampleRate = planned->rate;
+  for (const std::string& text : planned->reported) {
+    remark_unreadable(task.report, head.line_number, text);
+  }
+  return true;
 }
 
 }  // namespace
@@ -138,8 +150,24 @@ void set_up_edi_header(ReadingRecord& record, std::string_view filter) {
   record.Filter = filter;
 }
 
+void take_next_free_station(const EdiSectionHead& head, const std::string& why, FileTask& task) {
+  ReadingRecord& record = task.record;
+  record.station_rule = StationRule::next_free;
+  record.Station = record.run.next_station;
+  if (record.run.free_stations) {
+    record.Station = record.run.free_stations->next(record.LineNumber, record.run.next_station,
+                                                    decimal_of_single(record.StationSpacing),
+                                                    stations_of_file_before(record));
+  }
+  remark_unreadable(task.report, head.line_number,
+                    why + "; it takes station " + plain_text(record.Station) +
+                        ", the next free one from the start station on");
+}
+
 void take_section_station(const EdiSectionHead& head, FileTask& task) {
-  take_station(head, task);
+  if (!take_planned_station(head, task)) {
+    take_station(head, task);
+  }
   task.record.site = site_name(head, task);
 }
 
@@ -160,10 +188,11 @@ void take_section_place(const EdiSectionHead& section, ReadingRecord& record, Fi
 
 void go_to_next_section(ReadingRecord& record, bool gave_readings) {
   ++record.EventNumber;
+  ++record.section_index;
   if (!gave_readings) {
     return;
   }
-  if (!by_sectid(record.choices)) {
+  if (record.choices.stations_by == StationsBy::count) {
     // By its decimal text, so that steps of 0.1 don't gather a tail that no criterion would find.
     record.run.next_station =
         numeric_value(plain_text(record.run.next_station + decimal_of_single(record.StationSpacing)));

@@ -17,6 +17,9 @@ void set_up_edi_header(ReadingRecord& record, std::string_view filter);
 /// the file's head, if it is the only section, else the next free one.
 void take_section_station(const formats::edi::EdiSectionHead& head, FileTask& task);
 
+/// Takes the first station from the start station on that nobody has, and says why.
+void take_next_free_station(const formats::edi::EdiSectionHead& head, const std::string& why, FileTask& task);
+
 /// Takes orientation and place of the section's local HX channel. The file's header, which is about all of
 /// its sections, is stored before.
 void take_section_place(const formats::edi::EdiSectionHead& head, ReadingRecord& record,

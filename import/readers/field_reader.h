@@ -23,7 +23,8 @@ struct FileTask {
   ReadingRecord& record;        // choices and header members are set; the reader fills the rest
   formats::FileReport& report;  // gets what the file holds and what could not be read
   StoreNotes& notes;
-  FileProgress progress;  // may be empty
+  FileProgress progress;                   // may be empty
+  std::function<void()> reading_met = {};  // may be empty; called for each reading, which the record holds
 
   [[nodiscard]] bool is_import() const { return mode == ImportMode::import; }
   void show_progress(const LineReader& lines) const {

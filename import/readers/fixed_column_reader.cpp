@@ -37,20 +37,11 @@ void take_head(const Head& head, ReadingRecord& record) {
   record.Orientation = head.orientation;
 }
 
-// Empty if nothing keeps the records from being stored.
-std::string why_not_stored(const std::vector<TensorRecord>& records, float scan_rate) {
+// 0 without a frequency above 0.
+double last_frequency(const std::vector<TensorRecord>& records) {
   const auto has_frequency = [](const TensorRecord& record) { return record.frequency > 0.0; };
   const auto record = std::find_if(records.rbegin(), records.rend(), has_frequency);
-  if (record == records.rend()) {
-    return "there is no record of three lines that begins with a frequency above 0";
-  }
-  const double last = record->frequency;
-  if (std::abs(decimal_of_single(scan_rate) - scan_rate_over_last_frequency * last) <=
-      largest_rate_difference) {
-    return {};
-  }
-  return "the scan rate of " + plain_text(scan_rate) + " Hz is not 4 times the last frequency of " +
-         plain_text(last) + " Hz";
+  return record == records.rend() ? 0.0 : record->frequency;
 }
 
 void fill_element(const std::vector<TensorRecord>& records, std::size_t element, Curve& curve) {
@@ -102,7 +93,11 @@ int read_file(FileTask& task) {
   take_head(head, record);
   const std::vector<TensorRecord> records = formats::fixed_column::read_records(lines, report);
   task.show_progress(lines);
-  report.failure = why_not_stored(records, record.SampleRate);
+  const double last = last_frequency(records);
+  if (record.choices.own_rate_of_fixed_columns && planned_section(record) == nullptr) {
+    record.SampleRate = static_cast<float>(scan_rate_over_last_frequency * last);
+  }
+  report.failure = fixed_columns_fault(last, record.SampleRate);
   remark_on_nul_bytes(lines, report);
   if (!report.failure.empty()) {
     return 0;
@@ -122,6 +117,18 @@ int read_file(FileTask& task) {
 }
 
 }  // namespace
+
+std::string fixed_columns_fault(double last_frequency, float scan_rate) {
+  if (last_frequency <= 0.0) {
+    return "there is no record of three lines that begins with a frequency above 0";
+  }
+  if (std::abs(decimal_of_single(scan_rate) - scan_rate_over_last_frequency * last_frequency) <=
+      largest_rate_difference) {
+    return {};
+  }
+  return "the scan rate of " + plain_text(scan_rate) + " Hz is not 4 times the last frequency of " +
+         plain_text(last_frequency) + " Hz";
+}
 
 int read_fixed_columns(FileTask& task) {
   return run_reader(task, [&] { return read_file(task); });

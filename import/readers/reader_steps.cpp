@@ -61,6 +61,9 @@ bool take_reading(FileTask& task, std::string_view data_type) {
     return false;
   }
   ++task.report.readings;
+  if (task.reading_met) {
+    task.reading_met();
+  }
   return true;
 }
 
@@ -96,7 +99,23 @@ void finish_point(Curve& curve, std::size_t index) {
   }
 }
 
-bool turns_ey(const ImportChoices& choices, const std::function<bool()>& is_turned) {
+const PlannedSection* planned_section(const ReadingRecord& record) {
+  return record.run.plan == nullptr
+             ? nullptr
+             : record.run.plan->find(static_cast<std::size_t>(std::max(record.file_index - 1, 0)),
+                                     record.section_index);
+}
+
+bool computes_from_impedance(const ReadingRecord& record) {
+  const PlannedSection* const planned = planned_section(record);
+  return planned != nullptr ? planned->from_impedance : record.choices.compute_from_impedance;
+}
+
+bool turns_ey(const ReadingRecord& record, const std::function<bool()>& is_turned) {
+  if (const PlannedSection* const planned = planned_section(record)) {
+    return planned->turn_ey;
+  }
+  const ImportChoices& choices = record.choices;
   return choices.turn_ey == TurnEy::always || (choices.turn_ey == TurnEy::where_needed && is_turned());
 }
 

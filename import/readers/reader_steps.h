@@ -56,9 +56,15 @@ struct TensorPoint {
 /// makes absent what depends on it.
 void set_tensor_point(const TensorPoint& point, Module_database::Curve& curve, std::size_t index);
 
+/// The row of the plan for the record's section; null without a plan, or where the file has changed since.
+const PlannedSection* planned_section(const ReadingRecord& record);
+
 /// True if a section gets the other sign of Ey.
-/// @param is_turned asked only where the choices leave it to the section
-bool turns_ey(const ImportChoices& choices, const std::function<bool()>& is_turned);
+/// @param is_turned asked only where neither plan nor choices say so
+bool turns_ey(const ReadingRecord& record, const std::function<bool()>& is_turned);
+
+/// True if resistivity and phase of a section are computed where it has impedances only.
+bool computes_from_impedance(const ReadingRecord& record);
 
 /// Reports the NUL bytes that the file had where text belongs.
 void remark_on_nul_bytes(const LineReader& lines, formats::FileReport& report);

@@ -216,7 +216,7 @@ TEST_F(ImportStations, Two_sites_on_one_station_are_named) {
   ASSERT_EQ(import({add("f.edi", {""}), add("g.edi", {""}, "SITE")}), 0);
   EXPECT_TRUE(report.shared_stations.empty());
   choices.start_station = "";
-  choices.stations_by = StationsBy::sectid;
+  choices.stations_by = StationsBy::sectid_digits;
   ASSERT_EQ(import({add("SITE_day1.edi", {"\"SITE59\""}), folder.path("f.edi")}), 0);
   ASSERT_EQ(report.shared_stations.size(), 1U) << "g.edi is another file";
 }

@@ -1,0 +1,158 @@
+#include "import/proposals/proposals.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "core/number_text.h"
+#include "import/proposals/line_places.h"
+#include "import/proposals/line_proposals.h"
+#include "import/proposals/station_proposals.h"
+#include "import/proposals/survey_before.h"
+#include "projections/coord_system.h"
+
+namespace Module_data_file {
+
+namespace {
+
+constexpr std::array<std::string_view, 9> titles{"Reference",       "Reduction",  "Line",
+                                                 "Event",           "Rate",       "Turn Ey",
+                                                 "From impedances", "Projection", "Stations"};
+constexpr std::int32_t reference_none = 0;
+constexpr std::int32_t reference_remote = 1;
+constexpr double rate_over_frequency = 4.0;
+
+std::string of_files(std::int64_t some, std::int64_t all) {
+  return some == all && all > 1 ? "all " + plain_text(all) + " files have "
+         : all == 1             ? "the file has "
+                                : plain_text(some) + " of " + plain_text(all) + " files have ";
+}
+
+// The readable files, and how many of them are or have something.
+class Census {
+ public:
+  explicit Census(std::span<const ScannedFile> files) {
+    for (const ScannedFile& file : files) {
+      if (file.failure.empty()) {
+        take(file);
+      }
+    }
+  }
+  std::int64_t edi = 0;
+  std::int64_t fixed_columns = 0;
+  std::int64_t with_remote = 0;
+  std::int64_t turned = 0;
+  std::int64_t impedances_only = 0;
+  double highest = 0.0;  // Hz
+  std::vector<numerics::geodesy::GeographicPlace> places;
+
+ private:
+  void take(const ScannedFile& file) {
+    edi += is_edi(file.format) ? 1 : 0;
+    fixed_columns += file.format == format_fixed_columns ? 1 : 0;
+    with_remote += file.has_remote ? 1 : 0;
+    const auto any = [&](auto member) { return std::ranges::any_of(file.sections, member); };
+    turned += any(&ScannedSection::has_turned_ey) ? 1 : 0;
+    impedances_only += any(&ScannedSection::has_impedances_only) ? 1 : 0;
+    for (const ScannedSection& section : file.sections) {
+      highest = std::max(highest, section.highest);
+    }
+    if (file.place) {
+      places.push_back(*file.place);
+    }
+  }
+};
+
+Proposal propose_reference(const Census& census, ImportChoices& choices) {
+  const bool remote = census.with_remote > 0 && 2 * census.with_remote >= census.edi;
+  choices.ReferenceType = remote ? reference_remote : reference_none;
+  return {ProposedChoice::reference, remote ? "Remote" : "Not Remote",
+          census.with_remote == 0 ? "no file has remote channels"
+                                  : of_files(census.with_remote, census.edi) + "remote channels"};
+}
+
+Proposal propose_event(const Census& census, ImportChoices& choices) {
+  choices.decode[decode_event] = {};
+  choices.decode[decode_event].specified = "0";
+  return {
+      ProposedChoice::event, "0",
+      census.fixed_columns > 0 ? "the files don't say theirs" : "the files number their sections themselves"};
+}
+
+Proposal propose_rate(const Census& census, ImportChoices& choices) {
+  choices.decode[decode_sample_rate] = {};
+  choices.own_rate_of_fixed_columns = true;
+  std::string rate = census.highest > 0.0 ? plain_text(rate_over_frequency * census.highest) : std::string();
+  choices.decode[decode_sample_rate].specified = rate;
+  return {
+      ProposedChoice::rate, std::move(rate),
+      "four times the highest frequency of all files, " + plain_text(census.highest) + " Hz" +
+          (census.fixed_columns > 0 ? "; files of fixed columns have four times their own last one" : "")};
+}
+
+void propose_tensors(const Census& census, Proposals& proposals) {
+  ImportChoices& choices = proposals.choices;
+  choices.turn_ey = census.turned > 0 ? TurnEy::where_needed : TurnEy::never;
+  if (census.turned > 0) {
+    proposals.reasons.push_back({ProposedChoice::turn_ey, "where needed",
+                                 of_files(census.turned, census.edi) + "YX phases in -180..-90"});
+  }
+  choices.compute_from_impedance = census.impedances_only > 0;
+  if (census.impedances_only > 0) {
+    proposals.reasons.push_back({ProposedChoice::from_impedance, "computed",
+                                 of_files(census.impedances_only, census.edi) + "impedances only"});
+  }
+}
+
+void propose_projection(const Census& census, const SurveyBefore& survey, Proposals& proposals) {
+  if (census.places.empty() || (survey.has_projection() && !survey.projection())) {
+    return;
+  }
+  proposals.choices.convert_coordinates = true;
+  if (survey.projection()) {
+    proposals.reasons.push_back({ProposedChoice::projection, survey.projection()->name,
+                                 "the survey's; " +
+                                     of_files(static_cast<std::int64_t>(census.places.size()), census.edi) +
+                                     "latitude and longitude"});
+    return;
+  }
+  proposals.choices.projection = utm_zone_of(census.places);
+  proposals.reasons.push_back({ProposedChoice::projection, proposals.choices.projection->name,
+                               of_files(static_cast<std::int64_t>(census.places.size()), census.edi) +
+                                   "latitude and longitude; the zone of the median longitude"});
+}
+
+}  // namespace
+
+const Proposal* Proposals::find(ProposedChoice choice) const {
+  const auto found = std::ranges::find(reasons, choice, &Proposal::choice);
+  return found == reasons.end() ? nullptr : &*found;
+}
+
+std::string_view proposed_title(ProposedChoice choice) { return titles[static_cast<std::size_t>(choice)]; }
+
+Proposal propose_stations(std::span<const ScannedFile> files, ImportChoices& choices, PlanMaker& maker) {
+  StationProposal proposal = propose_station_rule(files, maker, choices);
+  return {ProposedChoice::stations, std::move(proposal.value), std::move(proposal.why)};
+}
+
+Proposals propose(std::span<const ScannedFile> files, PlanMaker& maker) {
+  const Census census(files);
+  Proposals proposals;
+  ImportChoices& choices = proposals.choices;
+  proposals.reasons.push_back(propose_reference(census, choices));
+  choices.ReductionType = 0;
+  proposals.reasons.push_back({ProposedChoice::reduction, "Raw", "field files"});
+  LineProposal line = propose_lines(files, maker.survey(), choices);
+  proposals.reasons.push_back({ProposedChoice::line, std::move(line.value), std::move(line.why)});
+  proposals.reasons.push_back(propose_event(census, choices));
+  proposals.reasons.push_back(propose_rate(census, choices));
+  propose_tensors(census, proposals);
+  propose_projection(census, maker.survey(), proposals);
+  proposals.reasons.push_back(propose_stations(files, choices, maker));
+  return proposals;
+}
+
+}  // namespace Module_data_file

@@ -1,0 +1,199 @@
+#include "import/proposals/scanned_file.h"
+
+#include <algorithm>
+#include <exception>
+#include <span>
+
+#include "core/absent_value.h"
+#include "core/line_reader.h"
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
+#include "formats/edi/edi_parser.h"
+#include "formats/edi/edi_reference_place.h"
+#include "formats/zonge/zonge_stn_file.h"
+#include "import/quiet_interface.h"
+#include "import/readers/edi_curves.h"
+#include "import/readers/edi_spectra_reader.h"
+#include "import/readers/edi_stations.h"
+#include "import/readers/reader_table.h"
+
+namespace Module_data_file {
+
+using formats::FileReport;
+
+namespace {
+
+using formats::edi::EdiSection;
+
+constexpr const char* no_data_text = "neither an impedance section (>=MTSECT) nor any other data was found";
+
+void take_frequencies(std::span<const float> frequencies, ScannedSection& section) {
+  section.frequencies = std::max(section.frequencies, static_cast<std::int32_t>(frequencies.size()));
+  for (const float single : frequencies) {
+    const double frequency = decimal_of_single(single);
+    if (frequency > 0.0) {
+      section.lowest = section.lowest > 0.0 ? std::min(section.lowest, frequency) : frequency;
+      section.highest = std::max(section.highest, frequency);
+    }
+  }
+}
+
+void take_phases(std::span<const float> yx_phases, ScannedSection& section) {
+  const QuadrantCount count = count_in_third_quadrant(yx_phases);
+  section.yx_phases = static_cast<std::int32_t>(count.present);
+  section.yx_in_third = static_cast<std::int32_t>(count.in_third);
+  section.has_turned_ey = count.mostly_in_third();
+}
+
+// Whether there are phases in the file and none is above zero.
+bool all_negative(std::span<const float> phases) {
+  const auto absent = [](float phase) { return is_absent(phase); };
+  return !std::ranges::all_of(phases, absent) &&
+         std::ranges::all_of(phases, [&](float phase) { return absent(phase) || phase < 0.0F; });
+}
+
+ScannedSection scanned(const EdiSection& section) {
+  using namespace formats::edi;
+  ScannedSection found;
+  found.head = section;
+  take_frequencies(section.frequencies, found);
+  take_phases(phases_of_yx(section), found);
+  found.all_yx_phases_negative = all_negative(section.get(element_yx, quantity_phase).values);
+  bool impedances = false;
+  bool curves = false;
+  for (std::size_t element = 0; element < element_count; ++element) {
+    found.lacks_curves = found.lacks_curves || has_impedance_only(section, element);
+    impedances = impedances || section.get(element, quantity_real).present ||
+                 section.get(element, quantity_imaginary).present;
+    curves = curves || section.get(element, quantity_resistivity).present ||
+             section.get(element, quantity_phase).present;
+  }
+  found.has_impedances_only = impedances && !curves;
+  return found;
+}
+
+void scan_impedances(ScannedFile& file, FileReport& report) {
+  LineReader reader(file.path);
+  formats::edi::EdiMtParser parser(reader, report);
+  file.has_remote = parser.channels().has_remote();
+  EdiSection section;
+  while (parser.next_section(section)) {
+    file.sections.push_back(scanned(section));
+  }
+}
+
+void scan_spectra(ScannedFile& file, FileReport& report) {
+  file.has_remote = look_at_spectra(file.path, report, [&](const SpectraLook& look) {
+    ScannedSection& section = file.sections.emplace_back();
+    section.head = look.head;
+    section.is_stored = !look.frequencies.empty();
+    take_frequencies(look.frequencies, section);
+    take_phases(look.yx_phases, section);
+  });
+}
+
+void scan_edi(ScannedFile& file, FileReport& report) {
+  FileReport ignored;
+  file.place = formats::edi::read_edi_reference_place(file.path, ignored);
+  if (file.format == format_edi_mt) {
+    scan_impedances(file, report);
+  } else {
+    scan_spectra(file, report);
+  }
+  const auto is_stored = [](const ScannedSection& section) { return section.is_stored; };
+  const auto is_nameless = [](const ScannedSection& section) { return !has_name(section.head.SECTID); };
+  if (std::ranges::any_of(file.sections, is_nameless)) {
+    file.names = formats::edi::read_edi_names(file.path);
+  }
+  if (std::ranges::none_of(file.sections, is_stored)) {
+    file.failure = report.failure.empty() ? "the file gave no reading" : report.failure;
+  }
+}
+
+void take_place(const ReadingRecord& record, ScannedFile& file) {
+  if (!file.map_place && (record.MapX != 0.0 || record.MapY != 0.0)) {
+    file.map_place = numerics::geodesy::MapPlace{record.MapX, record.MapY};
+  }
+}
+
+// The reader itself finds the stations of formats that hold them.
+void scan_stations(ReadingRecord& record, ScannedFile& file, FileReport& report) {
+  ScannedSection section;
+  StoreNotes notes;
+  FileTask task{ImportMode::scan, file.path, record, report, notes, {}};
+  task.reading_met = [&] {
+    take_frequencies(record.curve.frequencies, section);
+    take_place(record, file);
+    const OwnStation own{file.format == format_em1dfm ? record.LineNumber : std::string(), record.Station};
+    if (file.own_stations.empty() || file.own_stations.back() != own) {
+      file.own_stations.push_back(own);
+    }
+    if (file.format != format_em1dfm && !file.own_rate) {
+      file.own_rate = record.SampleRate;
+    }
+  };
+  (void)reader_of(file.format)(task);
+  if (report.readings == 0) {
+    file.failure = report.failure.empty() ? "the file gave no reading" : report.failure;
+    return;
+  }
+  file.sections.push_back(section);
+}
+
+void take_first_place_of_stn(ScannedFile& file) {
+  const std::optional<std::string> stn_file = formats::zonge::find_stn_file(file.path);
+  if (!stn_file || file.own_stations.empty()) {
+    return;
+  }
+  FileReport ignored;
+  for (const formats::zonge::ZongeStation& station : formats::zonge::read_stn_file(*stn_file, ignored)) {
+    if (station.station == file.own_stations.front().station) {
+      file.map_place = numerics::geodesy::MapPlace{station.x, station.y};
+    }
+  }
+}
+
+void scan(ScannedFile& file) {
+  FileReport report;
+  ReadingRecord record;
+  record.choices.own_rate_of_fixed_columns = true;
+  SampleFields sample;
+  display_file_format(file.path, record, sample, report);
+  file.format = static_cast<FileFormat>(record.file_format);
+  file.DateCollected = record.DateCollected;
+  file.date = sample.date;
+  file.says_station = record.Station != station_not_set;
+  if (!report.failure.empty() || file.format == format_unknown) {
+    file.failure = report.failure.empty() ? no_data_text : report.failure;
+    return;
+  }
+  if (is_edi(file.format)) {
+    scan_edi(file, report);
+    return;
+  }
+  scan_stations(record, file, report);
+  if (file.format == format_zonge_raw) {
+    take_first_place_of_stn(file);
+  }
+}
+
+}  // namespace
+
+ScannedFile scan_field_file(const std::string& path) {
+  ScannedFile file;
+  file.path = path;
+  const QuietInterface quiet;
+  try {
+    scan(file);
+  } catch (const std::exception& failure) {
+    file.failure = failure_text(failure);
+  }
+  return file;
+}
+
+std::string site_of(const ScannedFile& file, const ScannedSection& section) {
+  return has_name(section.head.SECTID) ? std::string(trimmed(*section.head.SECTID)) : file.names.DATAID;
+}
+
+}  // namespace Module_data_file

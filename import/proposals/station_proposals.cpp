@@ -1,0 +1,130 @@
+#include "import/proposals/station_proposals.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "import/proposals/plan_run.h"
+#include "import/proposals/survey_before.h"
+#include "import/readers/edi_stations.h"
+#include "import/survey_file_names.h"
+
+namespace Module_data_file {
+
+namespace {
+
+constexpr double step_of_order = 100.0;
+
+std::string kilometres(double metres) { return plain_text(std::round(metres / 100.0) / 10.0) + " km"; }
+
+std::vector<const ScannedSection*> edi_sections(std::span<const ScannedFile> files) {
+  std::vector<const ScannedSection*> sections;
+  for (const ScannedFile& file : files) {
+    for (const ScannedSection& section : file.sections) {
+      if (is_edi(file.format) && section.is_stored) {
+        sections.push_back(&section);
+      }
+    }
+  }
+  return sections;
+}
+
+// Whether each row has a station of its own that something says.
+bool gives_distinct(std::span<const ScannedFile> files, StationsBy rule, ImportChoices choices,
+                    PlanMaker& maker) {
+  choices.stations_by = rule;
+  const ImportPlan plan = maker.plan(files, choices);
+  return std::ranges::none_of(plan.sections, [&](const PlannedSection& row) {
+    return is_edi(files[row.file_index].format) && std::ranges::any_of(row.problems, [](PlanProblem problem) {
+             return problem == PlanProblem::shared_station || problem == PlanProblem::two_places ||
+                    problem == PlanProblem::no_station;
+           });
+  });
+}
+
+// Why distances are no stations here; empty if they are. `found` then says how well the sites lie on their
+// lines.
+std::string why_no_distances(std::span<const ScannedFile> files, const ImportChoices& choices,
+                             SurveyBefore& survey, std::string& found) {
+  const auto lacks_place = std::ranges::count_if(files, [](const ScannedFile& file) {
+    return is_edi(file.format) && file.failure.empty() && !file.place;
+  });
+  if (lacks_place > 0) {
+    return plain_text(std::int64_t{lacks_place}) + (lacks_place == 1 ? " file has" : " files have") +
+           " no latitude and longitude";
+  }
+  const PlanRun run(files, choices, {}, survey);
+  for (const auto& [name, line] : run.lines().all()) {
+    if (line.places() < 2) {
+      return "line " + name + " has one place";
+    }
+    if (!line.is_line()) {
+      return "the sites of line " + name + " don't lie on a line";
+    }
+    if (!line.known_are_distances()) {
+      return "the stations that line " + name + " has are no distances";
+    }
+    found += (found.empty() ? "the sites lie on a line of " : ", ") + kilometres(line.length());
+    if (line.has_known()) {
+      found += ", which keeps its zero and direction";
+    }
+  }
+  return {};
+}
+
+// The first hundred above the stations that other files have on these lines.
+double first_of_order(std::span<const ScannedFile> files, const ImportChoices& choices,
+                      SurveyBefore& survey) {
+  std::set<std::int32_t> own_rows;
+  for (const ScannedFile& file : files) {
+    const std::vector<std::string> tails = path_tails(file.path);
+    if (const FileRows* const rows = survey.rows_of(file.path, tails.back(), file.DateCollected)) {
+      own_rows.insert(rows->first_ID);
+    }
+  }
+  const PlanRun run(files, choices, {}, survey);
+  double highest = 0.0;
+  for (const auto& [name, line] : run.lines().all()) {
+    highest = std::max(highest, survey.highest_station(name, own_rows).value_or(0.0));
+  }
+  return step_of_order * (std::floor(highest / step_of_order) + 1.0);
+}
+
+}  // namespace
+
+StationProposal propose_station_rule(std::span<const ScannedFile> files, PlanMaker& maker,
+                                     ImportChoices& choices) {
+  choices.stations_by = StationsBy::count;
+  choices.start_station.clear();
+  choices.station_step = plain_text(step_of_order);
+  const std::vector<const ScannedSection*> sections = edi_sections(files);
+  if (sections.empty()) {
+    return {"of the files", "the files hold their stations"};
+  }
+  std::string on_line;
+  const std::string no_distances = why_no_distances(files, choices, maker.survey(), on_line);
+  if (no_distances.empty()) {
+    choices.stations_by = StationsBy::distance;
+    return {"distance along the line", on_line};
+  }
+  const auto is_number = [](const ScannedSection* section) {
+    return has_name(section->head.SECTID) && is_numeric(*section->head.SECTID);
+  };
+  const std::string because = no_distances + "; ";
+  if (std::ranges::all_of(sections, is_number) && gives_distinct(files, StationsBy::sectid, choices, maker)) {
+    choices.stations_by = StationsBy::sectid;
+    return {"SECTID", because + "SECTID is a number"};
+  }
+  if (gives_distinct(files, StationsBy::sectid_digits, choices, maker)) {
+    choices.stations_by = StationsBy::sectid_digits;
+    return {"digits of SECTID", because + "SECTID has letters: its last digits"};
+  }
+  choices.start_station = plain_text(first_of_order(files, choices, maker.survey()));
+  return {"order of the files", because + "the digits of SECTID don't tell the sites apart"};
+}
+
+}  // namespace Module_data_file
