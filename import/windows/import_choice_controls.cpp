@@ -69,6 +69,9 @@ void ImportChoiceControls::show(const ImportChoices& choices) {
   QRadioButton* const options[] = {ui_.Option_count_stations, ui_.Check_use_SECTID_as_station,
                                    ui_.Check_sectid_digits, ui_.Option_station_distance};
   options[static_cast<std::size_t>(choices.stations_by)]->setChecked(true);
+  for (QRadioButton* const option : options) {  // Tab leads to the chosen one, as after a click
+    option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+  }
   ui_.Check_convert_geographic_coordinates->setChecked(choices.convert_coordinates);
   ui_.Check_compute_from_impedance->setChecked(choices.compute_from_impedance);
   ui_.Check_turn_ey_phase->setChecked(choices.turn_ey == TurnEy::where_needed);

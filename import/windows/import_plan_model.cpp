@@ -178,7 +178,14 @@ QVariant ImportPlanModel::data(const QModelIndex& index, int role) const {
 QVariant ImportPlanModel::headerData(int column, Qt::Orientation orientation, int role) const {
   const auto place = static_cast<std::size_t>(column);
   if (orientation == Qt::Horizontal && role == Qt::DisplayRole) {
-    return qt_text(plan_column_titles.at(place));
+    switch (static_cast<PlanColumn>(column)) {  // the remarks need the room
+      case PlanColumn::frequencies:
+        return "Freq.";
+      case PlanColumn::from_impedance:
+        return "From Z";
+      default:
+        return qt_text(plan_column_titles.at(place));
+    }
   }
   return orientation == Qt::Horizontal && role == Qt::ToolTipRole ? QVariant(column_tips.at(place))
                                                                   : QVariant();

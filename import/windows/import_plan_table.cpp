@@ -44,7 +44,9 @@ void ImportPlanTable::show_model(ImportPlanModel& model) {
 
 void ImportPlanTable::size_columns() {
   for (std::size_t column = 0; column < column_characters.size(); ++column) {
-    setColumnWidth(static_cast<int>(column), column_characters[column] * fontMetrics().averageCharWidth());
+    setColumnWidth(static_cast<int>(column),
+                   std::max(column_characters[column] * fontMetrics().averageCharWidth(),
+                            horizontalHeader()->sectionSizeHint(static_cast<int>(column))));
   }
 }
 

@@ -1,14 +1,9 @@
 // Files and folders that are dropped onto the main window, as a file manager does it.
-#include <QAction>
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDropEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
-#include <QTableView>
 #include <QTest>
 #include <QTimer>
 #include <filesystem>
@@ -19,7 +14,6 @@
 #include "core/session_state.h"
 #include "core/user_interface.h"
 #include "database/survey_database.h"
-#include "platform/files/private_folder.h"
 #include "platform/graph/VexGraphControl.h"
 #include "platform/settings_store/settings_store.h"
 #include "reduction/data_sets/data_sets.h"
@@ -133,6 +127,66 @@ class DroppedFilesTest : public QObject, private WindowFixture {
     QVERIFY(curve.count() > 10);
     QVERIFY(control<VexGraphControl>("vxgraph_station_0")->isVisible());
     QVERIFY(control<QLabel>("Status_site_map_1")->text().startsWith("Data import complete. 10 of 10 files"));
+  }
+
+  void a_survey_is_opened_and_takes_the_files_dropped_with_it() {
+    (void)folder_->write("field/a.edi", made_edi());
+    make_survey();
+    QCOMPARE(Module_database::close_database(), 0);
+    const std::string survey = folder_->path("survey.mdb");
+    QVERIFY(drop(survey));
+    QTRY_VERIFY(session().database_open);
+    QCOMPARE(session().database_file, survey);
+    const auto url = [this](const char* name) {
+      return QUrl::fromLocalFile(QString::fromStdString(folder_->path(name)));
+    };
+    QVERIFY(drop({url("survey.mdb"), url("field/a.edi")}));
+    in_dialog([this](const QWidget& dialog) { press(dialog, "Command_import_data_1"); });
+    QVERIFY((*interface_)->file_dialogs.empty());
+    QCOMPARE(session().station_count, 1);
+    QVERIFY(drop({url("survey.mdb"), url("other.mdb")}));
+    QTRY_VERIFY(!(*interface_)->messages.empty());
+    QVERIFY(interface_->take_messages().front().starts_with("Only one survey can be open: "));
+    QCOMPARE(session().database_file, survey);
+  }
+
+  void the_line_that_was_imported_is_shown() {
+    (void)folder_->write("one/100E/a.edi", made_edi({MadeSection{.sectid = "7"}}));
+    (void)folder_->write("two/200E/b.edi", made_local_edi({MadeSection{.sectid = "5"}}));
+    take_proposed_survey();
+    for (const char* const folder : {"one", "two"}) {
+      QVERIFY(drop(folder_->path(folder)));
+      in_dialog([this](const QWidget& dialog) { press(dialog, "Command_import_data_1"); });
+    }
+    QCOMPARE(session().station_count, 2);
+    QCOMPARE(QString::fromStdString(session().current_line), QString("200E"));
+    QCOMPARE(session().current_reference_type, 0);  // of the second survey, without a remote site
+    QVERIFY(Module_averaged_data::data_sets().station.slots.at(0).reading.curve.count() > 0);
+  }
+
+  void what_cant_be_taken_changes_nothing() {
+    (void)folder_->write("field/a.edi", made_edi());
+    (void)folder_->write("empty/notes.txt", "no field file\n");
+    QVERIFY(!drop({QUrl("https://example.org/a.edi"), QUrl::fromLocalFile("/")}));
+    QMimeData text;
+    text.setText("a.edi");
+    QDragEnterEvent enter({9, 9}, Qt::CopyAction, &text, Qt::LeftButton, {});
+    QApplication::sendEvent(window_.get(), &enter);
+    QVERIFY(!enter.isAccepted());
+    QApplication::setOverrideCursor(Qt::WaitCursor);  // a run
+    QVERIFY(!drop(folder_->path("field")));
+    QApplication::restoreOverrideCursor();
+
+    QVERIFY(drop(folder_->path("empty")));
+    QTRY_COMPARE((*interface_)->messages, Messages{"No field files were found in " + folder_->path("empty")});
+    interface_->take_messages();
+    QVERIFY(drop(folder_->path("field")));  // the dialog for a new survey is cancelled
+    QTRY_COMPARE((*interface_)->file_dialogs.size(), std::size_t{1});
+    QCOMPARE((*interface_)->file_dialogs.front().directory, folder_->folder().string());
+    QCOMPARE((*interface_)->file_dialogs.front().suggested_name, std::string("field.mdb"));
+    QCoreApplication::processEvents();
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+    QVERIFY(!session().database_open);
   }
 };
 

@@ -3,12 +3,14 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -19,15 +21,10 @@
 #include <memory>
 
 #include "database/survey_database.h"
-#include "import/import_files.h"
-#include "import/windows/Form_import_MTData.h"
 #include "import/windows/Form_import_report.h"
-#include "import/windows/import_decode_grid.h"
-#include "platform/settings_store/settings_store.h"
 #include "platform/widgets/typed_text.h"
-#include "tests/formats/edi/made_edi.h"
 #include "tests/formats/zonge/made_zonge_raw.h"
-#include "tests/support/window_fixture.h"
+#include "tests/import/windows/import_window_fixture.h"
 
 using Module_data_file::ImportReport;
 using Messages = std::vector<std::string>;
@@ -50,7 +47,7 @@ class FormImportTest : public QObject, private ImportWindowFixture {
     click("Check_use_SECTID_as_station");
     QCOMPARE(text("Text_sample_line"), QString("200E"));
     QCOMPARE(text("Text_sample_event"), QString("0"));
-    QCOMPARE(text("Text_sample_rate"), QString("0256"));
+    QCOMPARE(text("Text_sample_rate"), QString("256"));
     QCOMPARE(text("Text_sample_station"), QString("1"));
     QCOMPARE(text("Text_sample_date"), QString("22-Oct-2019"));
     QVERIFY(!control("Command_previous_sample")->isEnabled());
@@ -79,9 +76,13 @@ class FormImportTest : public QObject, private ImportWindowFixture {
     QVERIFY(rows_in("ReadingsDataTable WHERE ReductionType = 2") > 0);
     QVERIFY(!(*interface_)->busy);
 
-    open_dialog();  // the decode table stays, the specified texts don't
+    go_to_import_page();  // columns are proposed for each list of files; the earlier ones come back at a
+                          // press
+    QCOMPARE(cell(2, start), QString("0"));
+    click("Command_as_last_time");
     QCOMPARE(cell(2, start), QString("11"));
-    QCOMPARE(control<QTreeWidget>("ListView_binary")->topLevelItemCount(), 0);
+    QVERIFY(control<QRadioButton>("Check_use_SECTID_as_station")->isChecked());
+    QCOMPARE(text("Text_sample_line"), QString("200E"));
   }
 
   void what_is_typed_in_an_open_cell_is_imported() {
@@ -157,6 +158,24 @@ class FormImportTest : public QObject, private ImportWindowFixture {
     QCOMPARE(settings_store().value("Marrowgate", "Brenlox", "ImportFileExtension", ""), std::string("txt"));
   }
 
+  void files_and_folders_are_dropped_into_the_list() {
+    make_three_stations();
+    (void)folder_->write("field/below/deep.edi", made_edi());
+    const std::string notes = folder_->write("field/notes.txt", "no field file\n");
+    open_dialog();
+    QMimeData dragged;
+    dragged.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder_->path("field"))),
+                     QUrl::fromLocalFile(QString::fromStdString(notes))});
+    auto* const list = control("Frame_select_files");
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(list, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent dropped({5, 5}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(list, &dropped);
+    QCOMPARE(listed(), 5);  // a file that is dropped itself is taken whatever it is
+    QCOMPARE(list_text(3, 0), QString("deep.edi"));
+  }
+
   void an_empty_list_stays_on_the_first_page() {
     open_dialog();
     click("Command_process_files");
@@ -201,16 +220,12 @@ class FormImportTest : public QObject, private ImportWindowFixture {
       }
     });
     waiting.start(1);
-    for (const char* const box : {"Check_turn_ey_phase", "Check_turn_ey_always"}) {
-      go_to_import_page();
-      choose("Combo_data_type", 0);
-      choose("Combo_data_reduced", 0);
-      type_cell(0, specify, "200");
-      type_cell(1, specify, "0");
-      type_cell(2, specify, "256");
-      click(box);
-      click("Command_import_data_1");
-    }
+    go_to_import_page();
+    QVERIFY(control<QCheckBox>("Check_turn_ey_phase")->isChecked());  // the first file needs it
+    click("Command_import_data_1");
+    go_to_import_page();
+    click("Check_turn_ey_always");
+    click("Command_import_data_1");
     QCOMPARE(turned, QStringList({"10", "11"}));
   }
 
@@ -218,10 +233,7 @@ class FormImportTest : public QObject, private ImportWindowFixture {
     (void)add_file("a.edi", {.sectid = "Z2HX7"});
     (void)add_file("b.edi", {.sectid = "ET7"});
     go_to_import_page();
-    choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
-    type_cell(1, specify, "0");
     type_cell(2, specify, "256");
     click("Check_use_SECTID_as_station");
     click("Check_sectid_digits");
@@ -255,10 +267,7 @@ class FormImportTest : public QObject, private ImportWindowFixture {
       (void)add_file("s" + std::to_string(i) + ".edi");
     }
     go_to_import_page();
-    choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
-    type_cell(1, specify, "0");
     type_cell(2, specify, "256");
     bool was_working = false;
     auto* const stop = control<QPushButton>("Command_stop_import");
@@ -285,10 +294,7 @@ class FormImportTest : public QObject, private ImportWindowFixture {
     (void)add_file("good.edi");
     (void)folder_->write("field/bad.edi", "no field file\n");
     go_to_import_page();
-    choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
-    type_cell(1, specify, "0");
     type_cell(2, specify, "256");
     const std::string saved = folder_->path("report.json");
     const std::string imported = folder_->path("field/good.edi");
@@ -350,8 +356,9 @@ class FormImportTest : public QObject, private ImportWindowFixture {
     QCOMPARE(control<QLabel>("Label_sample_note")->text().section('\n', 0, 0),
              QString("No stn file was located"));
     (void)folder_->write("field/utm.stn", made_stn(70));
+    click("Command_back");
+    click("Command_process_files");
     choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
     type_cell(1, specify, "0");
     type_cell(2, specify, "1");
@@ -375,7 +382,9 @@ class FormImportTest : public QObject, private ImportWindowFixture {
         "Data import complete. 1 of 1 file gave 402 readings at "));
     Module_data_file::ImportChoices choices;
     choices.ReferenceType = choices.ReductionType = 0;
-    choices.decode = decode_;
+    choices.decode[Module_data_file::decode_line_number].specified = "200E";
+    choices.decode[Module_data_file::decode_event].specified = "0";
+    choices.decode[Module_data_file::decode_sample_rate].specified = "1";
     ImportReport scanned;
     QCOMPARE(
         run_import(choices, {folder_->path("field/day.edi")}, Module_data_file::ImportMode::scan, scanned),

@@ -61,14 +61,15 @@ class ImportWindowFixture : protected WindowFixture {
     auto* const editor = control<QLineEdit>("Text_edit");
     QVERIFY(editor != nullptr && editor->isVisible());
     editor->selectAll();
+    QTest::keyClick(editor, Qt::Key_Delete);
     QTest::keyClicks(editor, typed);
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_VERIFY(control<QLineEdit>("Text_edit") == nullptr);  // it is deleted by an event
   }
-  // Line 200E, event 0, rate 256 from names like "L200E_E0_R0256_1.edi".
+  // Line 200E and rate 256 from names like "L200E_E0_R0256_1.edi".
   void decode_from_names() const {
     const int columns[3][2] = {{2, 4}, {8, 1}, {11, 4}};
-    for (int row = 0; row < 3; ++row) {
+    for (const int row : {0, 2}) {  // sections number themselves
       click_cell(row, use_file_name);
       type_cell(row, start, QString::number(columns[row][0]));
       type_cell(row, width, QString::number(columns[row][1]));
