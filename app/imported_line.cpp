@@ -15,17 +15,16 @@ bool same_line(const ScannedStation& station, const std::string& line) {
   return upper_case(station.LineNumber) == upper_case(line);
 }
 
-bool is_selected(const ScannedStation& station) {
+bool is_on_selected_line(const ScannedStation& station) {
   const SessionState& state = session();
-  return same_line(station, state.current_line) && station.Station == state.current_station &&
-         station.ReferenceType == state.current_reference_type &&
+  return same_line(station, state.current_line) && station.ReferenceType == state.current_reference_type &&
          station.DipoleLength == state.current_dipole;
 }
 
 }  // namespace
 
 void select_imported(const Module_data_file::ImportReport& report) {
-  if (report.stations.empty() || std::ranges::any_of(report.stations, is_selected)) {
+  if (report.stations.empty() || std::ranges::any_of(report.stations, is_on_selected_line)) {
     return;
   }
   const ScannedStation* first = &report.stations.front();

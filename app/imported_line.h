@@ -5,7 +5,8 @@
 namespace Module_Brenlox {
 
 /// Selects the first station that was imported, with its reference type and dipole length, so that its curves
-/// are seen once the survey is read again. A selection that is among what was imported stays.
+/// are seen once the survey is read again. Where the selected line got readings of the kind that is shown,
+/// its selected station stays.
 void select_imported(const Module_data_file::ImportReport& report);
 
 }  // namespace Module_Brenlox
