@@ -7,13 +7,15 @@
 #include <vector>
 
 #include "batch/command.h"
+#include "batch/import_options.h"
+#include "batch/import_proposals.h"
 #include "batch/reading_option.h"
 #include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "formats/zonge/zonge_stn_file.h"
-#include "import/import_files.h"
 #include "import/import_run.h"
 #include "platform/files/files_in_use.h"
+#include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
 
 namespace Batch {
@@ -26,43 +28,6 @@ using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
 using Module_data_file::StationsBy;
 using Module_data_file::TurnEy;
-
-struct ImportOptions {
-  std::string survey;
-  std::vector<std::string> paths;
-  ImportChoices choices;
-  std::array<std::string, 3> columns;  // "START,WIDTH" of each decode row
-  std::string line_direction = "EN";
-  std::string extension = "edi";
-  std::string report;
-  std::string turn_ey;  // as typed; empty if it wasn't
-  bool by_sectid = false;
-  bool by_digits = false;  // of SECTID
-  bool scan = false;
-};
-
-/// The files to import; a folder gives those below it.
-/// @return false if a folder gave none, after a message; `files` then holds what the others gave
-bool collect_files(const ImportOptions& options, std::vector<std::string>& files) {
-  Module_data_file::ImportFileList list;  // a folder and one below it give a file once
-  bool complete = true;
-  for (const std::string& path : options.paths) {
-    if (!std::filesystem::is_directory(path)) {
-      list.add({path_from_here(path)});
-      continue;
-    }
-    const std::vector<std::string> found =
-        Module_data_file::find_import_files(path_from_here(path), options.extension);
-    list.add(found);
-    if (found.empty()) {
-      user_interface().show_message("There is no file with the extension " + options.extension + " in " +
-                                    path);
-      complete = false;
-    }
-  }
-  files = list.paths();
-  return complete;
-}
 
 constexpr const char* report_failed = "An error occurred while writing the import report: ";
 
@@ -156,17 +121,23 @@ std::vector<std::filesystem::path> files_read(const ImportOptions& options,
   return read;
 }
 
-int import_files(const ImportOptions& options, const std::vector<std::string>& files) {
+int import_files(const ImportOptions& options, const FoundFiles& files) {
+  PlannedImport planned{options.choices, {}, {}};
+  if (options.proposals) {
+    planned = plan_import(options, files);
+    print_proposals(planned, files);
+  }
   ImportReport report;
   const int result = Module_data_file::run_import(
-      options.choices, files, options.scan ? ImportMode::scan : ImportMode::import, report);
+      planned.choices, files.paths, options.scan ? ImportMode::scan : ImportMode::import, report, {},
+      Module_data_file::SharedStations::tell, options.proposals ? &planned.plan : nullptr);
   if (options.scan) {
     print_stations(report);
   }
   print_accounts(report);
   print_summary(report, options.scan);
   print_shared_stations(report);
-  print_hints(report, options.choices);
+  print_hints(report, planned.choices);
   if (!options.report.empty() && write_report(report, options.report) != 0) {
     return -1;
   }
@@ -190,37 +161,110 @@ bool read_columns(const std::string& text, DecodeRow& row) {
   return true;
 }
 
-int run_import_command(ImportOptions& options) {
+/// Brings the options into the choices. @return false after a message on what doesn't fit
+bool take_options(ImportOptions& options) {
+  ImportChoices& choices = options.choices;
   for (std::size_t row = 0; row < options.columns.size(); ++row) {
-    if (!options.columns[row].empty() && !read_columns(options.columns[row], options.choices.decode[row])) {
-      return status_wrong_usage;
+    if (!options.columns[row].empty() && !read_columns(options.columns[row], choices.decode[row])) {
+      return false;
     }
   }
-  options.choices.line_direction = options.line_direction == "EN"
-                                       ? Module_data_file::LineDirection::local_east
-                                       : Module_data_file::LineDirection::local_north;
-  options.choices.turn_ey = options.turn_ey == "always" ? TurnEy::always
-                            : options.turn_ey.empty()   ? TurnEy::never
-                                                        : TurnEy::where_needed;
-  if (options.by_sectid) {
-    options.choices.stations_by = options.by_digits ? StationsBy::sectid_digits : StationsBy::sectid;
+  choices.line_direction = options.line_direction == "EN" ? Module_data_file::LineDirection::local_east
+                                                          : Module_data_file::LineDirection::local_north;
+  choices.turn_ey = options.turn_ey == "always"   ? TurnEy::always
+                    : options.turn_ey == "needed" ? TurnEy::where_needed
+                                                  : TurnEy::never;
+  if (options.by_distance) {
+    choices.stations_by = StationsBy::distance;
+  } else if (options.by_sectid) {
+    choices.stations_by = options.by_digits ? StationsBy::sectid_digits : StationsBy::sectid;
   }
-  // Without files this only checks the choices, before anything is opened.
+  if (options.json && !options.dry_run) {
+    user_interface().show_message("--json needs --dry-run");
+    return false;
+  }
+  if (options.dry_run && options.scan) {
+    user_interface().show_message("--dry-run and --scan exclude each other");
+    return false;
+  }
+  return true;
+}
+
+/// What has to be given where nothing is proposed.
+bool has_required(const ImportOptions& options) {
+  if (options.choices.ReferenceType < 0) {
+    user_interface().show_message("--reference is required without --auto");
+    return false;
+  }
+  constexpr std::array<const char*, 3> names{"line", "event", "rate"};
+  for (std::size_t row = 0; row < names.size(); ++row) {
+    const DecodeRow& decode = options.choices.decode[row];
+    if (!decode.use_file_name && decode.specified.empty()) {
+      user_interface().show_message("--" + std::string(names[row]) + " or --" + names[row] +
+                                    "-columns is required without --auto");
+      return false;
+    }
+  }
+  return true;
+}
+
+/// Whether the choices can be imported, before anything is opened; those that are proposed pass.
+bool has_sound_choices(const ImportOptions& options) {
+  ImportChoices choices = options.choices;
+  if (options.proposals) {
+    choices.ReferenceType = std::max(choices.ReferenceType, 0);
+    for (DecodeRow& row : choices.decode) {
+      row.specified = row.specified.empty() ? "1" : row.specified;
+    }
+  } else if (!has_required(options)) {
+    return false;
+  }
   ImportReport nothing;
-  if (Module_data_file::run_import(options.choices, {}, ImportMode::scan, nothing) != 0) {
+  return Module_data_file::run_import(choices, {}, ImportMode::scan, nothing) == 0;
+}
+
+/// Works on a copy of the survey, which stays as it is.
+int run_dry(const ImportOptions& options, const FoundFiles& files) {
+  std::error_code unreadable;
+  if (!std::filesystem::exists(options.survey, unreadable)) {
+    user_interface().show_message("The specified file does not exist");
+    return status_failed;
+  }
+  int status = status_failed;
+  (void)trap_errors("An error occurred while copying the survey: ", [&] {
+    const PrivateFolder folder;
+    const std::string copy = (folder.path() / "survey.mdb").string();
+    for (const char* const part : {"", "-journal", "-wal"}) {
+      if (std::filesystem::exists(options.survey + part)) {
+        std::filesystem::copy_file(options.survey + part, copy + part);
+      }
+    }
+    status = with_open_survey(copy, [&] { return print_plan(options, files); });
+  });
+  return status;
+}
+
+int run_import_command(ImportOptions& options) {
+  if (!take_options(options) || !has_sound_choices(options)) {
     return status_wrong_usage;
   }
   if (!options.report.empty()) {
     options.report = path_from_here(options.report);
   }
-  std::vector<std::string> files;
-  const bool complete = collect_files(options, files);
-  const safe_files::FilesInUse inputs(files_read(options, files));
-  if (files.empty() || trap_errors(report_failed, [&] { safe_files::refuse_input(options.report); }) != 0) {
+  const FoundFiles files = find_files(options);
+  if (files.stopped) {
+    user_interface().show_message("Stopped; nothing is stored");
     return status_failed;
   }
-  const int status = with_open_survey(options.survey, [&] { return import_files(options, files); });
-  return complete ? status : status_failed;
+  const safe_files::FilesInUse inputs(files_read(options, files.paths));
+  if (files.paths.empty() ||
+      trap_errors(report_failed, [&] { safe_files::refuse_input(options.report); }) != 0) {
+    return status_failed;
+  }
+  const int status = options.dry_run
+                         ? run_dry(options, files)
+                         : with_open_survey(options.survey, [&] { return import_files(options, files); });
+  return files.complete ? status : status_failed;
 }
 
 void add_decode_row(Parser& parser, const std::string& name, const std::string& what, std::string& specified,
@@ -241,8 +285,14 @@ Command add_import_command(Program& program) {
       program.add_command("import", "Imports field files and brings averages and merged curves up to date");
   add_survey_argument(parser, options->survey);
   parser.add_option("PATH", options->paths, "field files, and folders to search for them").required();
+  parser.add_flag(
+      "--auto", options->proposals,
+      "look into the files and choose what isn't given: reference, line, event, rate, stations and "
+      "what the data need; folders are searched for field files of all kinds");
+  parser.add_flag("--dry-run", options->dry_run,
+                  "print what would be stored, a row for each section; nothing is");
+  parser.add_flag("--json", options->json, "with --dry-run: as JSON");
   parser.add_option("--reference", choices.ReferenceType, reference_types_help)
-      .required()
       .in_range(0, last_reference_type);
   parser
       .add_option("--reduction", choices.ReductionType,
@@ -262,16 +312,21 @@ Command add_import_command(Program& program) {
   parser.add_flag("--sectid-as-station", options->by_sectid, "the number in SECTID is the station");
   parser.add_flag("--sectid-digits", options->by_digits,
                   "with --sectid-as-station: the last digits in SECTID, also behind letters");
+  parser.add_flag("--distance-as-station", options->by_distance,
+                  "the station is the distance along the line in m, by latitude and longitude");
   parser.add_flag("--from-impedance", choices.compute_from_impedance,
                   "compute resistivity and phase where a file has impedances only");
   parser
-      .add_flag("--turn-ey", options->turn_ey, "needed",
-                "turn the sign of Ey, 180 degrees on the phases of EyHx and EyHy, in each section whose YX "
-                "phases lie mostly in -180..-90; --turn-ey=always: in every section")
-      .one_of({"needed", "always"});
+      .add_flag(
+          "--turn-ey", options->turn_ey, "needed",
+          "turn the sign of Ey, 180 degrees on the phases of EyHx and EyHy, in each section whose YX "
+          "phases lie mostly in -180..-90; --turn-ey=always: in every section; =never: in none, also with "
+          "--auto")
+      .one_of({"needed", "always", "never"});
   parser.add_flag("--convert-geographic", choices.convert_coordinates,
                   "stations get the files' latitude and longitude in the survey's projection as map place");
-  parser.add_option("--extension", options->extension, "extension of the files in folders").shows_default();
+  parser.add_option("--extension", options->extension,
+                    "extension of the files in folders: edi, with --auto any field file, unless it is given");
   parser.add_option("--report", options->report, "write what was done with each file as JSON");
   parser.add_flag("--scan", options->scan, "only list the stations; nothing is stored");
   return {parser, [options] { return run_import_command(*options); }};

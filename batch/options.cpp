@@ -111,7 +111,7 @@ void Parser::add_switch_off(const std::string& name, std::int32_t& setting, cons
 
 Parser Parser::add_alternatives(const std::string& title, const std::string& help) {
   CLI::Option_group* group = parser_->add_option_group(title, help);
-  group->require_option(1);
+  group->require_option(0, 1);
   return Parser(*group);
 }
 

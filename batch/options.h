@@ -88,7 +88,7 @@ class Parser {
   void add_switch_off(const std::string& name, bool& setting, const std::string& help);
   void add_switch_off(const std::string& name, std::int32_t& setting, const std::string& help);
 
-  /// Adds a group of options of which exactly one has to be given.
+  /// Adds a group of options of which at most one may be given.
   Parser add_alternatives(const std::string& title, const std::string& help);
 
   /// @return after the parsing, whether this is the command to run

@@ -182,7 +182,9 @@ void take_planned_file(ReadingRecord& record) {
   if (planned == nullptr) {
     return;
   }
-  record.LineNumber = planned->line;
+  if (planned->can_edit(PlanCell::line)) {  // the header of a file that names its lines has another one
+    record.LineNumber = planned->line;
+  }
   record.EventNumber = planned->event;
   record.SampleRate = planned->rate;
   if (planned->is_edited(PlanCell::station)) {

@@ -117,7 +117,9 @@ LinePlaces::LinePlaces(std::vector<MapPlace> places, std::vector<KnownSite> know
     return;
   }
   find_middle(all);
-  std::erase_if(all, [&](const MapPlace& place) { return is_far_away(place); });
+  constexpr std::size_t a_tenth = 10;
+  many_far_away_ =
+      a_tenth * std::erase_if(all, [&](const MapPlace& place) { return is_far_away(place); }) > count_;
   line_ = numerics::geodesy::best_line(all);
   if (!line_) {
     return;

@@ -41,9 +41,9 @@ class LinePlaces {
   /// @param known the survey's sites of the line: they keep zero and direction
   LinePlaces(std::vector<numerics::geodesy::MapPlace> places, std::vector<KnownSite> known);
 
-  /// Whether all places are on a line: their RMS distance from it is below a tenth of its length. Places that
-  /// are far away from all others don't count.
-  [[nodiscard]] bool is_line() const { return line_ && line_->is_line(); }
+  /// Whether the places are on a line: their RMS distance from it is below a tenth of its length. Places that
+  /// are far away from all others don't count, up to a tenth of them.
+  [[nodiscard]] bool is_line() const { return line_ && line_->is_line() && !many_far_away_; }
   /// Whether the survey's stations of the line are metres along it; true without any.
   [[nodiscard]] bool known_are_distances() const { return known_are_distances_; }
   [[nodiscard]] bool has_known() const { return has_known_; }
@@ -69,6 +69,7 @@ class LinePlaces {
   double far_ = 0.0;        // m from the middle; 0: too few places to tell
   double direction_ = 1.0;  // of the stations along the line, 1 or -1
   double zero_ = 0.0;       // station at the line's mean
+  bool many_far_away_ = false;
   bool has_known_ = false;
   bool known_are_distances_ = true;
 };

@@ -24,8 +24,12 @@ constexpr double same_place = 50.0;  // m
 // Two places are always on a line.
 constexpr std::size_t fewest_of_area = 3;
 
+bool has(const PlannedSection& row, PlanProblem problem) {
+  return std::ranges::find(row.problems, problem) != row.problems.end();
+}
+
 void mark(PlannedSection& row, PlanProblem problem) {
-  if (std::ranges::find(row.problems, problem) == row.problems.end()) {
+  if (!has(row, problem)) {
     row.problems.push_back(problem);
   }
 }
@@ -60,7 +64,7 @@ RowsAtStations rows_at_stations(const std::vector<PlannedSection>& rows, std::sp
 }
 
 void find_own_problems(PlannedSection& row, const ScannedFile& file) {
-  if (!row.is_stored && std::ranges::find(row.problems, PlanProblem::not_readable) != row.problems.end()) {
+  if (has(row, PlanProblem::not_readable)) {
     return;
   }
   if (row.frequencies == 0) {
@@ -73,7 +77,7 @@ void find_own_problems(PlannedSection& row, const ScannedFile& file) {
   if (row.has_impedances_only && !row.from_impedance) {
     row.remarks.emplace_back("impedances only: it has no curves unless they are computed");
   }
-  if (std::ranges::find(row.problems, PlanProblem::same_file_name) != row.problems.end()) {
+  if (has(row, PlanProblem::same_file_name)) {
     row.remarks.push_back("another file has its name; the survey knows it as " + row.file);
   }
   row.remarks.insert(row.remarks.begin(), row.reported.begin(), row.reported.end());
@@ -110,6 +114,9 @@ void find_two_places(std::vector<PlannedSection>& rows, const RowsAtStations& at
     const std::optional<MapPlace> in_survey = place_in_survey(station, run, survey);
     std::optional<MapPlace> first = in_survey;
     double farthest = 0.0;
+    if (has(rows[indices.front()], PlanProblem::shared_station)) {
+      continue;  // two sites are at two places
+    }
     for (const std::size_t index : indices) {
       const std::optional<MapPlace>& place = run.lines().place_of(rows[index].file_index);
       first = first ? first : place;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <set>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -62,6 +63,14 @@ void take_edited(const PlannedEdit& edit, PlannedSection& row) {
   take(PlanCell::rate, edit.rate, row.rate);
   take(PlanCell::turn_ey, edit.turn_ey, row.turn_ey);
   take(PlanCell::from_impedance, edit.from_impedance, row.from_impedance);
+}
+
+std::size_t different_stations(const std::vector<OwnStation>& stations) {
+  std::set<std::pair<std::string, double>> different;
+  for (const OwnStation& own : stations) {
+    different.emplace(own.line, own.station);
+  }
+  return different.size();
 }
 
 void add_texts(const std::vector<formats::ReportRemark>& remarks, std::vector<std::string>& texts) {
@@ -325,7 +334,7 @@ PlannedSection PlanRun::row_of_own_stations(std::size_t file) const {
   PlannedSection row = begin_row(file, 0);
   row.is_stored = true;
   row.frequencies = scanned.sections.front().frequencies;
-  row.own_stations = scanned.own_stations.size();
+  row.own_stations = different_stations(scanned.own_stations);
   row.station = scanned.own_stations.front().station;
   if (scanned.format == format_fixed_columns) {
     row.editable = {PlanCell::line, PlanCell::station, PlanCell::event, PlanCell::rate};
@@ -333,7 +342,8 @@ PlannedSection PlanRun::row_of_own_stations(std::size_t file) const {
     return row;
   }
   row.event = 0;
-  row.rate = scanned.own_rate.value_or(row.rate);
+  const float own_rate = scanned.own_stations.front().rate;
+  row.rate = own_rate > 0.0F ? own_rate : row.rate;
   if (scanned.format == format_em1dfm) {
     row.line = scanned.own_stations.front().line;
     row.editable = {PlanCell::rate};

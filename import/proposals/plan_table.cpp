@@ -6,8 +6,6 @@
 #include <limits>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "import/file_decode.h"
@@ -213,32 +211,6 @@ std::string plan_as_text(const ImportPlan& plan) {
                     [&](std::size_t column) { return plan_cell_text(row, static_cast<PlanColumn>(column)); });
   }
   return text;
-}
-
-std::string plan_as_json(const ImportPlan& plan) {
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const PlannedSection& row : plan.sections) {
-    nlohmann::ordered_json problems = nlohmann::ordered_json::array();
-    for (const PlanProblem problem : row.problems) {
-      problems.push_back(std::string(problem_text(problem)));
-    }
-    list.push_back({{"file", row.file},
-                    {"section", row.section_index + 1},
-                    {"stored", row.is_stored},
-                    {"site", row.site},
-                    {"line", row.line},
-                    {"station", row.station},
-                    {"own_stations", row.own_stations},
-                    {"event", row.event},
-                    {"rate", decimal_of_single(row.rate)},
-                    {"frequencies", row.frequencies},
-                    {"place", row.place},
-                    {"turn_ey", row.turn_ey},
-                    {"from_impedance", row.from_impedance},
-                    {"problems", std::move(problems)},
-                    {"remarks", row.remarks}});
-  }
-  return list.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace Module_data_file

@@ -44,7 +44,4 @@ std::string edit_plan_cell(std::vector<PlannedEdit>& edits, const PlannedSection
 /// The plan as aligned columns, rows with problems first and marked with "!".
 std::string plan_as_text(const ImportPlan& plan);
 
-/// The same as a JSON list of rows, UTF-8, in the order of the files; numbers as numbers.
-std::string plan_as_json(const ImportPlan& plan);
-
 }  // namespace Module_data_file

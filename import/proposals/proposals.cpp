@@ -25,9 +25,13 @@ constexpr std::int32_t reference_remote = 1;
 constexpr double rate_over_frequency = 4.0;
 
 std::string of_files(std::int64_t some, std::int64_t all) {
-  return some == all && all > 1 ? "all " + plain_text(all) + " files have "
-         : all == 1             ? "the file has "
-                                : plain_text(some) + " of " + plain_text(all) + " files have ";
+  constexpr std::int64_t both = 2;
+  if (some != all) {
+    return plain_text(some) + " of " + plain_text(all) + " files have ";
+  }
+  return all == 1      ? "the file has "
+         : all == both ? "both files have "
+                       : "all " + plain_text(all) + " files have ";
 }
 
 // The readable files, and how many of them are or have something.

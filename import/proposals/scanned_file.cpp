@@ -96,6 +96,9 @@ void scan_spectra(ScannedFile& file, FileReport& report) {
 void scan_edi(ScannedFile& file, FileReport& report) {
   FileReport ignored;
   file.place = formats::edi::read_edi_reference_place(file.path, ignored);
+  if (file.place && file.place->latitude == 0.0 && file.place->longitude == 0.0) {
+    file.place.reset();  // what programs write that don't know it
+  }
   if (file.format == format_edi_mt) {
     scan_impedances(file, report);
   } else {
@@ -125,11 +128,12 @@ void scan_stations(ReadingRecord& record, ScannedFile& file, FileReport& report)
   task.reading_met = [&] {
     take_frequencies(record.curve.frequencies, section);
     take_place(record, file);
-    const OwnStation own{file.format == format_em1dfm ? record.LineNumber : std::string(), record.Station};
+    const OwnStation own{file.format == format_em1dfm ? record.LineNumber : std::string(), record.Station,
+                         file.format == format_zonge_raw ? record.SampleRate : 0.0F};
     if (file.own_stations.empty() || file.own_stations.back() != own) {
       file.own_stations.push_back(own);
     }
-    if (file.format != format_em1dfm && !file.own_rate) {
+    if (file.format == format_fixed_columns) {
       file.own_rate = record.SampleRate;
     }
   };

@@ -32,6 +32,7 @@ struct ScannedSection {
 struct OwnStation {
   std::string line;  // empty: that of the import
   double station = 0.0;
+  float rate = 0.0F;  // Hz; 0: that of the import
 
   bool operator==(const OwnStation&) const = default;
 };
@@ -48,8 +49,8 @@ struct ScannedFile {
   std::optional<numerics::geodesy::MapPlace> map_place;     // of a format that gives map coordinates
   std::vector<OwnStation> own_stations;                     // of a format that gives them
   bool says_station = false;                                // fixed columns: the head line has it
-  std::optional<float> own_rate;  // Hz; of a format that gives it, or that asks for a certain one
-  std::string failure;            // why the file gives nothing; empty if it gives something
+  std::optional<float> own_rate;                            // Hz; that a file of fixed columns asks for
+  std::string failure;  // why the file gives nothing; empty if it gives something
 };
 
 /// Looks into a file; what can't be read is its failure, nothing is thrown. The user is told nothing.

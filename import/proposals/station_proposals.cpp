@@ -58,6 +58,11 @@ std::string why_no_distances(std::span<const ScannedFile> files, const ImportCho
            " no latitude and longitude";
   }
   const PlanRun run(files, choices, {}, survey);
+  for (std::size_t file = 0; file < files.size(); ++file) {
+    if (files[file].place && !run.lines().place_of(file)) {
+      return "the places are too far apart for one map";
+    }
+  }
   for (const auto& [name, line] : run.lines().all()) {
     if (line.places() < 2) {
       return "line " + name + " has one place";

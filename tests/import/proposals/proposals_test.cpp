@@ -1,0 +1,199 @@
+// What field files propose for their import, and why.
+#include "import/proposals/line_proposals.h"
+#include "projections/survey_projection.h"
+#include "tests/import/proposals/planned_import.h"
+#include "tests/import/readers/made_fields.h"
+
+using namespace Module_data_file;
+
+namespace {
+
+std::string why(const Proposals& proposals, ProposedChoice choice) {
+  const Proposal* const proposal = proposals.find(choice);
+  return proposal == nullptr ? "" : proposal->value + ": " + proposal->why;
+}
+
+}  // namespace
+
+TEST(LineInName, Is_its_digits_with_the_letter_behind_them) {
+  const std::vector<std::pair<std::string, std::string>> names{
+      {"200E", "200E"},   {"line_0200s", "200S"}, {"survey3", "3E"},  {"2019 line 12", "12E"},
+      {"05n_2020", "5N"}, {"12east", "12E"},      {"L7west 2", "2E"}, {"tensor_line_b", ""},
+      {"", ""},           {"line-300 N", "300E"}, {"007W.new", "7W"}};
+  for (const auto& [name, line] : names) {
+    EXPECT_EQ(line_in_name(name, LineDirection::local_east).value_or(""), line) << name;
+  }
+  EXPECT_EQ(line_in_name("survey3", LineDirection::local_north), "3N");
+  EXPECT_EQ(line_in_name(std::string(40, '9'), LineDirection::local_east), std::nullopt);
+}
+
+// 0.01 degrees of longitude at 30 S are 965 m; the last file is nearer to the western end.
+TEST_F(PlannedImport, Sites_on_a_line_get_their_distance_along_it) {
+  const std::vector<std::string> files{
+      site("run/c.edi", "ET1", "-30.0", "139.02"), site("run/a.edi", "ET2", "-30.0001", "139.00"),
+      site("run/d.edi", "ET3", "-30.0002", "139.06"), site("run/b.edi", "ET4", "-30.0", "139.01")};
+  const Proposals proposals = proposals_for(files);
+  EXPECT_EQ(proposals.choices.stations_by, StationsBy::distance);
+  EXPECT_EQ(why(proposals, ProposedChoice::stations),
+            "distance along the line: the sites lie on a line of 5.8 km");
+  EXPECT_EQ(why(proposals, ProposedChoice::line), "100E: the lowest hundred that the survey hasn't");
+  EXPECT_EQ(why(proposals, ProposedChoice::rate),
+            "400: four times the highest frequency of all files, 100 Hz");
+  EXPECT_EQ(why(proposals, ProposedChoice::reference), "Remote: all 4 files have remote channels");
+  EXPECT_EQ(why(proposals, ProposedChoice::projection),
+            "UTM 54S | WGS 84: all 4 files have latitude and longitude; the zone of the median longitude");
+  EXPECT_EQ(proposals.find(ProposedChoice::turn_ey), nullptr);
+  const std::vector<double> stations = planned_stations(plan_for(files, proposals.choices));
+  EXPECT_EQ(stations[1], 0);  // the western end is nearer to the first file
+  EXPECT_NEAR(stations[3], 964.5, 2);
+  EXPECT_NEAR(stations[0], 1929, 3);
+  EXPECT_NEAR(stations[2], 5787, 6);
+
+  ASSERT_EQ(run_import(proposals.choices, files, ImportMode::import, report), 0);
+  EXPECT_EQ(ImportRun::stations(), stations) << "an import by distance needs no plan of the caller";
+  EXPECT_EQ(rows_in("[Projection Defintion Table]"), 1);
+  EXPECT_EQ(Module_projections::current_coord_system().zone_number, 54);
+}
+
+// Zone 54 begins at 138 E. Taken in two zones, the sites would be half a million metres apart.
+TEST_F(PlannedImport, A_line_across_a_border_of_zones_stays_one) {
+  std::vector<std::string> files;
+  for (const char* const longitude : {"137.97", "137.98", "137.99", "138.00", "138.01", "138.02"}) {
+    files.push_back(site(std::string(longitude) + ".edi", longitude, "10.0", longitude));
+  }
+  const Proposals proposals = proposals_for(files);
+  ASSERT_EQ(proposals.choices.stations_by, StationsBy::distance);
+  EXPECT_EQ(proposals.choices.projection->name, "UTM 54N | WGS 84");
+  const std::vector<double> stations = planned_stations(plan_for(files, proposals.choices));
+  for (std::size_t index = 1; index < stations.size(); ++index) {
+    EXPECT_NEAR(stations[index] - stations[index - 1], 1096, 3);
+  }
+}
+
+TEST_F(PlannedImport, A_line_that_has_sites_keeps_its_zero_and_direction) {
+  const std::vector<std::string> first{site("7E/a.edi", "A", "-30", "139.03"),
+                                       site("7E/b.edi", "B", "-30.0003", "139.04"),
+                                       site("7E/c.edi", "C", "-30", "139.06")};
+  const std::vector<std::string> second{site("7E/d.edi", "D", "-30", "139.00"),
+                                        site("7E/e.edi", "E", "-30", "139.09")};
+  const ImportChoices chosen = proposals_for(first).choices;
+  const ImportPlan plan = plan_for(first, chosen);
+  ASSERT_EQ(run_import(chosen, first, ImportMode::import, report), 0);
+  for (std::size_t index = 0; index < first.size(); ++index) {
+    const ScannedFile file = scan_field_file(first[index]);
+    Module_database::Site known;
+    known.line = "7E";
+    known.station = plan.sections[index].station;
+    known.name = plan.sections[index].site;
+    known.latitude = file.place->latitude;
+    known.longitude = file.place->longitude;
+    known.SurveyFile = plan.sections[index].file;
+    (void)Module_database::keep_site(known);
+  }
+  const Proposals again = proposals_for(first);
+  EXPECT_EQ(why(again, ProposedChoice::line), "7E: the survey has these files on it");
+  EXPECT_EQ(planned_stations(plan_for(first, again.choices)), planned_stations(plan));
+
+  const Proposals more = proposals_for(second);
+  EXPECT_EQ(why(more, ProposedChoice::stations),
+            "distance along the line: the sites lie on a line of 8.7 km, which keeps its zero and direction");
+  const std::vector<double> stations = planned_stations(plan_for(second, more.choices));
+  EXPECT_NEAR(stations[0], -2894, 4);
+  EXPECT_NEAR(stations[1], 5787, 6);
+  EXPECT_EQ(proposals_for({second[0]}).choices.stations_by, StationsBy::distance) << "one file joins it, too";
+}
+
+TEST_F(PlannedImport, Stations_are_what_tells_the_sites_apart) {
+  struct Case {
+    std::vector<std::string> sectids;
+    StationsBy rule;
+    std::vector<double> stations;
+    const char* why;
+  };
+  const std::vector<Case> cases{
+      {{"ET003", "ET002", "ET001"},
+       StationsBy::sectid_digits,
+       {3, 2, 1},
+       "SECTID has letters: its last digits"},
+      {{"30", "-20", "10"}, StationsBy::sectid, {30, -20, 10}, "SECTID is a number"},
+      {{"A7", "B7", "C8"}, StationsBy::count, {100, 200, 300}, "the digits of SECTID don't tell"},
+      {{"north", "7", "8"}, StationsBy::count, {100, 200, 300}, "the digits of SECTID don't tell"},
+      {{"MT7", "MT7", "MT9"}, StationsBy::sectid_digits, {7, 7, 9}, "last digits"}};  // repeats of one site
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.sectids.front());
+    std::vector<std::string> files;
+    for (const std::string& sectid : each.sectids) {
+      files.push_back(site(sectid + std::to_string(files.size()) + ".edi", sectid));
+    }
+    const Proposals proposals = proposals_for(files);
+    EXPECT_EQ(proposals.choices.stations_by, each.rule);
+    EXPECT_NE(why(proposals, ProposedChoice::stations).find(each.why), std::string::npos);
+    EXPECT_NE(why(proposals, ProposedChoice::stations).find("3 files have no latitude and longitude"),
+              std::string::npos);
+    EXPECT_EQ(planned_stations(plan_for(files, proposals.choices)), each.stations);
+    EXPECT_EQ(proposals.find(ProposedChoice::projection), nullptr);
+  }
+  // One name for sites at two places, a single file, and none.
+  const Proposals two =
+      proposals_for({site("p.edi", "MT7", "-30", "139"), site("q.edi", "MT7", "-30.4", "139.1"),
+                     site("r.edi", "MT8", "-30.1", "139.4")});
+  EXPECT_EQ(two.choices.stations_by, StationsBy::count);
+  EXPECT_EQ(proposals_for({site("s.edi", "ET9", "-30", "139")}).choices.stations_by,
+            StationsBy::sectid_digits);
+  EXPECT_EQ(proposals_for({}).choices.decode[decode_line_number].specified, "100E");
+}
+
+TEST_F(PlannedImport, Folders_give_lines_and_each_line_its_distances) {
+  std::vector<std::string> files;
+  for (const char* const line : {"100N", "200N"}) {
+    for (const char* const place : {"0", "1", "2"}) {
+      files.push_back(site(std::string(line) + "/" + place + ".edi", place,
+                           std::string("-30.") + line[0] + place, std::string("139.0") + line[0]));
+    }
+  }
+  const Proposals proposals = proposals_for(files);
+  EXPECT_EQ(why(proposals, ProposedChoice::line), "100N, 200N: the digits of the folders' names");
+  EXPECT_EQ(proposals.choices.stations_by, StationsBy::distance);
+  const ImportPlan plan = plan_for(files, proposals.choices);
+  EXPECT_EQ(plan.sections[2].line, "100N");
+  EXPECT_EQ(plan.sections[3].line, "200N");
+  EXPECT_EQ(plan.sections[3].station, 0) << "each line has its own zero";
+  EXPECT_EQ(plan.summary(), "6 files, 6 stations on 2 lines; 6 rows with problems") << "all have namesakes";
+  ASSERT_EQ(run_import(proposals.choices, files, ImportMode::import, report, {}, SharedStations::tell, &plan),
+            0);
+  EXPECT_EQ(rows_in("StationsTable WHERE SurveyLine = '200N'"), 3);
+  // An area whose digits are taken goes on above the line's stations.
+  ImportChoices chosen = proposals.choices;
+  chosen.folder_lines.clear();
+  chosen.decode[decode_line_number].specified = "200N";
+  const std::vector<std::string> area{site("x.edi", "A1", "-31", "139"),
+                                      site("y.edi", "B1", "-31.5", "139.4"),
+                                      site("z.edi", "C1", "-31", "139.8")};
+  PlanMaker maker;
+  (void)propose_stations(scanned(area), chosen, maker);
+  EXPECT_EQ(planned_stations(plan_for(area, chosen)), (std::vector<double>{2300, 2400, 2500}));
+}
+
+TEST_F(PlannedImport, Tensors_and_rates_are_proposed_where_the_files_need_them) {
+  const std::string impedances = ">ZYXR //3\n-1 -2 -3\n>ZYXI //3\n-1 -2 -3\n";
+  const std::vector<std::string> files{
+      folder.write("z.edi", made_edi({MadeSection{.sectid = "1", .blocks = impedances}})),
+      site("plain.edi", "2"),
+      folder.write("f.res", made_fixed_columns({{16.0, 0.25, {1e-4, 2e-4}, {}}, {1024.0, 0.5, {}, {}}})),
+      folder.write("junk.txt", "some notes\n")};
+  const Proposals proposals = proposals_for(files);
+  EXPECT_EQ(why(proposals, ProposedChoice::turn_ey),
+            "where needed: 1 of 2 files have YX phases in -180..-90");
+  EXPECT_EQ(why(proposals, ProposedChoice::from_impedance), "computed: 1 of 2 files have impedances only");
+  EXPECT_EQ(why(proposals, ProposedChoice::rate),
+            "4096: four times the highest frequency of all files, 1024 Hz; files of fixed columns have four "
+            "times their own last one");
+  ImportChoices chosen = proposals.choices;
+  chosen.decode[decode_sample_rate].specified = "512";
+  const ImportPlan plan = plan_for(files, chosen);
+  EXPECT_TRUE(plan.sections[0].turn_ey && plan.sections[0].from_impedance);
+  EXPECT_FALSE(plan.sections[1].turn_ey || plan.sections[1].from_impedance);
+  EXPECT_EQ(plan.sections[1].rate, 512);
+  EXPECT_EQ(plan.sections[2].rate, 4096);
+  EXPECT_TRUE(has(plan.sections[3], PlanProblem::not_readable));
+}
