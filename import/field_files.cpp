@@ -10,6 +10,7 @@
 #include "import/file_decode.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
+#include "import/proposals/scanned_file.h"
 
 namespace Module_data_file {
 
@@ -21,7 +22,9 @@ bool is_of_known_kind(const std::string& file) {
     SampleFields ignored;
     formats::FileReport report;
     display_file_format(file, record, ignored, report);
-    return record.file_format != format_unknown;
+    // Any text may have "DC" in its first line.
+    return record.file_format != format_unknown &&
+           (record.file_format != format_fixed_columns || scan_field_file(file).failure.empty());
   } catch (const std::exception&) {
     return false;  // it can't be read, and nobody has asked for it by name
   }
