@@ -4,16 +4,21 @@
 #include <QAbstractSlider>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
 #include <QRadioButton>
 #include <QResizeEvent>
 #include <QScreen>
 #include <QShortcut>
 #include <QTabBar>
 
+#include "app/given_files.h"
 #include "app/help/Form_Whats_New.h"
 #include "app/help/Form_about.h"
 #include "app/help/help_key.h"
+#include "app/imported_line.h"
 #include "app/line_document_file.h"
 #include "app/panels/output_panel.h"
 #include "app/panels/picture_station.h"
@@ -33,10 +38,12 @@
 #include "database/survey_database.h"
 #include "database/windows/Form_view_table.h"
 #include "display/windows/line_document.h"
+#include "import/field_files.h"
 #include "import/windows/Form_import_MTData.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
 #include "occam/windows/Form_occam_inversion.h"
 #include "platform/system/system_facts.h"
+#include "platform/widgets/dropped_files.h"
 #include "platform/widgets/typed_text.h"
 #include "reduction/averages.h"
 #include "survey_edits/undo_removal.h"
@@ -76,6 +83,11 @@ bool uses_left_and_right(const QWidget* control) {
          qobject_cast<const QTabBar*>(control) != nullptr;
 }
 
+/// A dialog is up, or a run lets events in.
+bool is_at_work() {
+  return QApplication::activeModalWidget() != nullptr || QApplication::overrideCursor() != nullptr;
+}
+
 }  // namespace
 
 Form_main::Form_main(QWidget* parent)
@@ -109,6 +121,7 @@ Form_main::~Form_main() {
 void Form_main::compose() {
   ui_->setupUi(this);
   take_typed_text_before_menus(*this);
+  setAcceptDrops(true);
   display_ = new SurveyDisplay(
       {ui_->Selection_row, ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group}, this);
 
@@ -126,6 +139,10 @@ void Form_main::compose() {
   version_->setObjectName("Label_version");
   version_->setContentsMargins(0, 2, 9, 0);  // on the line of the menus
   ui_->menu_bar->setCornerWidget(version_);  // a bar of its own would take space from the graphs
+
+  for (QLineEdit* const box : findChildren<QLineEdit*>()) {
+    box->setAcceptDrops(false);  // a file dropped there would be typed in as a name
+  }
 
   resizer_->setObjectName("vxReSizer");
   resizer_->manage(ui_->Splitter_profile, {2.0, 3.0});
@@ -243,6 +260,52 @@ void Form_main::size_from_preferences() {
 
 void Form_main::open_survey(const QString& path) {
   change_survey([file = path.toStdString()] { return Module_Brenlox::open_survey_file(file); });
+}
+
+void Form_main::open_files(const QStringList& paths) {
+  if (is_at_work()) {
+    QApplication::beep();
+    return;
+  }
+  std::vector<std::string> given_paths;
+  for (const QString& path : paths) {
+    given_paths.push_back(path.toStdString());
+  }
+  const Module_Brenlox::GivenFiles given = Module_Brenlox::sort_given_files(given_paths);
+  if (given.surveys.size() > 1) {
+    user_interface().show_message("Only one survey can be open: " + given.surveys[0] + " or " +
+                                  given.surveys[1]);
+    return;
+  }
+  if (!given.surveys.empty()) {
+    open_survey(QString::fromStdString(given.surveys.front()));
+    if (!session().database_open || session().database_file != given.surveys.front()) {
+      return;  // the field files given with it are for no other survey
+    }
+  }
+  if (!given.field_paths.empty()) {
+    import_given(given.field_paths);
+  }
+}
+
+void Form_main::dragEnterEvent(QDragEnterEvent* event) {
+  if (!is_at_work() && !local_paths(*event->mimeData()).isEmpty()) {
+    event->setDropAction(Qt::CopyAction);  // whatever is proposed: the files stay where they are
+    event->accept();
+  }
+}
+
+void Form_main::dropEvent(QDropEvent* event) {
+  const QStringList paths = local_paths(*event->mimeData());
+  if (is_at_work() || paths.isEmpty()) {
+    return;
+  }
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  activateWindow();
+  // Later: the program that they come from waits for the end of this event.
+  QMetaObject::invokeMethod(
+      this, [this, paths] { open_files(paths); }, Qt::QueuedConnection);
 }
 
 void Form_main::change_survey(const std::function<bool()>& change) {
@@ -389,10 +452,36 @@ void Form_main::recalculate_merged() {
   display_->reload_readings();  // a failure or a stop keeps what was rebuilt by then
 }
 
-void Form_main::import_data() {
+void Form_main::import_data() { run_import_dialog({}); }
+
+void Form_main::import_given(const std::vector<std::string>& paths) {
+  leave_text_box();
+  const std::vector<std::string> files = Module_data_file::field_files_of(paths);
+  if (files.empty()) {
+    user_interface().show_message("No field files were found in " + paths.front());
+    return;
+  }
+  if (!session().database_open) {
+    change_survey(
+        [&] { return Module_Brenlox::create_survey_of_folder(Module_Brenlox::folder_of_given(paths)); });
+  }
+  if (session().database_open && trap_errors({}, Module_database::require_writable) == 0) {
+    run_import_dialog(files);
+  }
+}
+
+void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   rhoplus_->close_results();
-  Form_import_MTData(import_decode_, this).exec();
+  Form_import_MTData dialog(import_lasting_, this);
+  if (!given_files.empty()) {
+    dialog.take_files(given_files);
+  }
+  dialog.exec();
+  Module_Brenlox::select_imported(dialog.report());
   survey_changed();  // a run that failed or was stopped has stored files, too
+  if (!dialog.told().isEmpty()) {
+    ui_->Picture_plan_group->show_status(dialog.told());
+  }
 }
 
 void Form_main::remove_readings() {

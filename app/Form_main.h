@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "database/table_rows.h"
-#include "import/import_choices.h"
+#include "import/import_entries.h"
 #include "output/output_choices.h"
 #include "platform/widgets/vex_control_resizer.h"
 
@@ -32,13 +32,16 @@ class Form_main : public QMainWindow {
   /// Opens a survey as the recent files menu does.
   void open_survey(const QString& path);
 
-  /// What the import dialog takes the names of field files for; it stays from one import to the next.
-  [[nodiscard]] Module_data_file::DecodeTable& import_decode() { return import_decode_; }
+  /// Opens a survey that is among these files, and brings the others to the import dialog; folders stand for
+  /// the field files below them. Without a survey a new one is asked for first. Refused during other work.
+  void open_files(const QStringList& paths);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void compose();
@@ -68,6 +71,8 @@ class Form_main : public QMainWindow {
   void remove_readings();
   void undo_removal();
   void rename_line_or_station();
+  void import_given(const std::vector<std::string>& paths);
+  void run_import_dialog(const std::vector<std::string>& given_files);
   void select_frequencies();
   void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
@@ -81,5 +86,5 @@ class Form_main : public QMainWindow {
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
-  Module_data_file::DecodeTable import_decode_;
+  Module_data_file::LastingChoices import_lasting_;  // from one import to the next
 };

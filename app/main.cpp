@@ -1,6 +1,8 @@
 // main.cpp: starts the workstation.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
+#include <QTimer>
 #include <memory>
 
 #include "app/Form_main.h"
@@ -17,18 +19,20 @@ int main(int argc, char** argv) {
   arguments.setApplicationDescription("A workstation for magnetotelluric field data.");
   arguments.addHelpOption();
   arguments.addVersionOption();
-  arguments.addPositionalArgument("survey", "Survey database to open at start.", "[survey]");
+  arguments.addPositionalArgument("files",
+                                  "A survey database to open at start, field files and folders to import.",
+                                  "[survey] [files and folders...]");
   arguments.process(application);
-  const QStringList surveys = arguments.positionalArguments();
-  if (surveys.size() > 1) {
-    arguments.showHelp(2);
+  QStringList paths;  // opening a survey moves to its folder
+  for (const QString& argument : arguments.positionalArguments()) {
+    paths.append(QFileInfo(argument).absoluteFilePath());
   }
 
   install_interfaces(std::make_unique<QtUserInterface>(), std::make_unique<QtSettingsStore>());
   Form_main window;
   window.show();  // before opening, which may take a while and may have to report something
-  if (!surveys.isEmpty()) {
-    window.open_survey(surveys.constFirst());
+  if (!paths.isEmpty()) {
+    QTimer::singleShot(0, &window, [&window, paths] { window.open_files(paths); });
   }
   return QApplication::exec();
 }

@@ -62,11 +62,12 @@ std::string with_survey_ending(const std::string& path) {
   return upper_case(path).ends_with(".MDB") ? path : path + ".mdb";
 }
 
+FileDialogRequest dialog_for_new_file() { return dialog("Select the database file to create"); }
+
 /// Asks until the user names a free file or one that may be replaced.
 /// @param is_refused says so itself
 /// @return empty when cancelled or refused
-std::string choose_new_file(bool (*is_refused)(const std::string& path)) {
-  FileDialogRequest request = dialog("Select the database file to create");
+std::string choose_new_file(FileDialogRequest request, bool (*is_refused)(const std::string& path)) {
   for (;;) {
     std::string path = user_interface().select_file_to_create(request);
     if (path.empty()) {
@@ -181,6 +182,17 @@ bool create_in_place_of_current(const std::string& path) {
   return open_instead(created ? path : current) && created;
 }
 
+bool create_survey(FileDialogRequest request) {
+  const std::string path = choose_new_file(std::move(request), [](const std::string&) { return false; });
+  if (path.empty()) {
+    return false;
+  }
+  if (is_current_file(path)) {
+    return create_in_place_of_current(path);
+  }
+  return create_new_survey(path) == 0 && open_instead(path);
+}
+
 // The last word for what no operation has reported itself.
 template <class Command>
 bool run(std::string_view fixed_text, Command&& command) {
@@ -225,15 +237,16 @@ bool open_chosen_survey() {
 }
 
 bool create_chosen_survey() {
-  return run(creating_failed, [] {
-    const std::string path = choose_new_file([](const std::string&) { return false; });
-    if (path.empty()) {
-      return false;
-    }
-    if (is_current_file(path)) {
-      return create_in_place_of_current(path);
-    }
-    return create_new_survey(path) == 0 && open_instead(path);
+  return run(creating_failed, [] { return create_survey(dialog_for_new_file()); });
+}
+
+bool create_survey_of_folder(const std::string& folder) {
+  return run(creating_failed, [&] {
+    FileDialogRequest request = dialog_for_new_file();
+    const fs::path place = (fs::absolute(folder) / ".").parent_path();  // without a separator at its end
+    request.directory = place.parent_path().string();
+    request.suggested_name = (place.has_filename() ? place.filename().string() : "survey") + ".mdb";
+    return create_survey(std::move(request));
   });
 }
 
@@ -243,7 +256,7 @@ bool open_survey_file(const std::string& path) {
 
 bool save_survey_as() {
   return run(creating_failed, [] {
-    const std::string path = choose_new_file([](const std::string& chosen) {
+    const std::string path = choose_new_file(dialog_for_new_file(), [](const std::string& chosen) {
       const bool is_current = is_name_of_current_file(chosen);
       if (is_current) {
         user_interface().show_message("You must specify a name different from current database name");

@@ -29,6 +29,7 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
+#include "import/import_entries.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
 #include "occam/occam_files.h"
@@ -130,9 +131,7 @@ void choose_files(const QWidget& import_dialog) {
 
 void choose_data(const QWidget& import_dialog) {
   press(import_dialog, "Command_process_files");
-  control<QComboBox>(import_dialog, "Combo_data_type").setCurrentIndex(0);
-  control<QComboBox>(import_dialog, "Combo_data_reduced").setCurrentIndex(0);
-  control<QCheckBox>(import_dialog, "Check_use_SECTID_as_station").setChecked(true);
+  press(import_dialog, "Command_as_last_time");
 }
 
 /// Gives the report of a scan something to report: one file is cut short, one isn't a field file.
@@ -161,10 +160,13 @@ void scan_damaged_files(const QWidget& import_dialog) {
 }
 
 /// The columns of line, event and scan rate in names like L200E_S0100_E1_R0256.edi.
-void decode_names_of_samples(Module_data_file::DecodeTable& decode) {
-  decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
-  decode[Module_data_file::decode_event] = {true, 14, 1, ""};
-  decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
+void decode_names_of_samples() {
+  Module_data_file::ImportChoices choices;
+  choices.decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
+  choices.decode[Module_data_file::decode_event] = {true, 14, 1, ""};
+  choices.decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
+  choices.stations_by = Module_data_file::StationsBy::sectid;
+  Module_data_file::keep_import_entries(choices);
 }
 
 /// An iteration file in the survey's folder or below it; empty if there is none.
@@ -350,7 +352,7 @@ class WindowVisit : public QObject {
 }  // namespace
 
 void visit_windows(Form_main& window, const WindowVisitor& visitor) {
-  decode_names_of_samples(window.import_decode());
+  decode_names_of_samples();
   window.show();
   auto& display = *window.findChild<SurveyDisplay*>();
   const SurveyDisplay::Kept kept = display.keep();

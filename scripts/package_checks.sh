@@ -132,6 +132,7 @@ desktop() {
   type_is others/unnamed application/vnd.sqlite3  # an SQLite file is no survey by that alone
   expect brenlox.desktop xdg-mime query default application/x-brenlox-survey
   expect brenlox.desktop xdg-mime query default application/vnd.ms-access
+  expect brenlox.desktop xdg-mime query default application/x-magnetotelluric-edi
 
   Xvfb :7 -screen 0 1400x900x24 >xvfb.log 2>&1 &
   export DISPLAY=:7

@@ -171,9 +171,16 @@ void PlanPanel::show_raw_data(bool shown) { stack_->setCurrentIndex(shown ? 1 : 
 bool PlanPanel::shows_raw_data() const { return stack_->currentIndex() == 1; }
 
 void PlanPanel::show_status(const QString& what, const QString& x, const QString& y) {
-  Status_site_map_[0]->setText(what);
+  show_status(what);
   Status_site_map_[1]->setText(x);
   Status_site_map_[2]->setText(y);
 }
 
-void PlanPanel::show_status(const QString& what) { Status_site_map_[0]->setText(what); }
+void PlanPanel::show_status(const QString& what) {
+  const int part = Status_site_map_[0]->parentWidget()->width() / static_cast<int>(Status_site_map_.size());
+  const bool fits = fontMetrics().horizontalAdvance(what) < part;
+  for (const std::size_t other : {1U, 2U}) {
+    Status_site_map_.at(other)->setVisible(fits);  // a sentence takes the room of all three
+  }
+  Status_site_map_[0]->setText(what);
+}

@@ -2,43 +2,56 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QPointer>
 #include <QScreen>
+#include <algorithm>
 
+#include "core/file_names.h"
+#include "core/trap_errors.h"
 #include "import/import_files.h"
 #include "import/windows/Form_import_report.h"
+#include "import/windows/import_choice_controls.h"
+#include "import/windows/import_plan_model.h"
 #include "platform/windows/progress_in_window.h"
 #include "projections/windows/Form_define_projection.h"
+#include "reduction/each_item.h"
 #include "ui_Form_import_MTData.h"
 
 using namespace Module_data_file;
 
-Form_import_MTData::Form_import_MTData(DecodeTable& decode, QWidget* parent)
-    : QDialog(parent), ui_(std::make_unique<Ui::Form_import_MTData>()), decode_(decode) {
-  for (DecodeRow& row : decode_) {
-    row.specified.clear();
-  }
+namespace {
+
+constexpr std::string_view looking_failed = "An error occurred while looking into the files: ";
+constexpr qint64 table_milliseconds = 250;  // between two fillings of the table during a scan
+constexpr qint64 share_of_scan = 4;         // so much more time goes into the scan than into the table
+constexpr std::size_t most_shared_shown = 10;
+
+bool is_shared(const PlannedSection& section) {
+  return std::ranges::find(section.problems, PlanProblem::shared_station) != section.problems.end();
+}
+
+}  // namespace
+
+Form_import_MTData::Form_import_MTData(LastingChoices& lasting, QWidget* parent)
+    : QDialog(parent),
+      ui_(std::make_unique<Ui::Form_import_MTData>()),
+      model_(new ImportPlanModel(this)),
+      lasting_(lasting) {
   ui_->setupUi(this);
-  fill_controls();
+  controls_ = new ImportChoiceControls(*ui_, lasting_, this);
+  ui_->Table_import_plan->show_model(*model_);
+  ui_->Label_progress->setMinimumWidth(fontMetrics().horizontalAdvance("Importing data files  "));
+  ui_->Command_as_last_time->setEnabled(last_import_entries().has_value());
   connect_controls();
   set_running(false);
   show_page(ui_->Frame_select_files);
-  resize(QSize(fontMetrics().averageCharWidth() * 180, fontMetrics().height() * 48)
+  resize(QSize(fontMetrics().averageCharWidth() * 220, fontMetrics().height() * 60)
              .boundedTo(screen()->availableSize() * 0.95));
 }
 
 Form_import_MTData::~Form_import_MTData() = default;
-
-void Form_import_MTData::fill_controls() {
-  ui_->Combo_data_type->addItems({"Not Remote Referenced", "Remote Referenced", "Cross Referenced"});
-  ui_->Combo_data_reduced->addItems({"Raw", "Averaged", "Merged"});
-  ui_->Text_station_step->setText(QString::fromStdString(choices_.station_step));
-  ui_->Grid_import_decode->edit_table(decode_);
-  // The line stays as high without a note: nothing below it may move when one comes.
-  ui_->Label_sample_note->setMinimumHeight(2 * fontMetrics().lineSpacing());
-  ui_->Label_progress->setMinimumWidth(fontMetrics().horizontalAdvance("Importing data files  "));
-}
 
 void Form_import_MTData::connect_controls() {
   connect(ui_->Command_process_files, &QPushButton::clicked, this, &Form_import_MTData::process_files);
@@ -47,24 +60,15 @@ void Form_import_MTData::connect_controls() {
   connect(ui_->Command_import_data_0, &QPushButton::clicked, this, [this] { import_data(ImportMode::scan); });
   connect(ui_->Command_import_data_1, &QPushButton::clicked, this,
           [this] { import_data(ImportMode::import); });
-  connect(ui_->Command_next_sample, &QPushButton::clicked, this, [this] { show_sample(sample_index_ + 1); });
-  connect(ui_->Command_previous_sample, &QPushButton::clicked, this,
-          [this] { show_sample(sample_index_ - 1); });
+  connect(ui_->Command_next_sample, &QPushButton::clicked, this, [this] { step_sample(1); });
+  connect(ui_->Command_previous_sample, &QPushButton::clicked, this, [this] { step_sample(-1); });
   connect(ui_->Command_define_projection, &QPushButton::clicked, this,
-          [this] { Form_define_projection::define_projection(this); });
-  connect(ui_->Grid_import_decode, &ImportDecodeGrid::table_changed, this,
-          &Form_import_MTData::choices_changed);
-  for (QComboBox* const combo : {ui_->Combo_data_type, ui_->Combo_data_reduced}) {
-    connect(combo, &QComboBox::currentIndexChanged, this, &Form_import_MTData::choices_changed);
-  }
-  for (QAbstractButton* const button : std::initializer_list<QAbstractButton*>{
-           ui_->Option_linedirection_0, ui_->Option_linedirection_1, ui_->Check_use_SECTID_as_station,
-           ui_->Check_sectid_digits, ui_->Check_compute_from_impedance, ui_->Check_turn_ey_phase,
-           ui_->Check_turn_ey_always}) {
-    connect(button, &QAbstractButton::toggled, this, &Form_import_MTData::choices_changed);
-  }
-  connect(ui_->Check_use_SECTID_as_station, &QCheckBox::toggled, ui_->Check_sectid_digits,
-          &QWidget::setEnabled);
+          &Form_import_MTData::define_projection);
+  connect(ui_->Command_as_last_time, &QPushButton::clicked, this, &Form_import_MTData::as_last_time);
+  connect(controls_, &ImportChoiceControls::changed, this, &Form_import_MTData::choices_changed);
+  connect(ui_->Table_import_plan, &ImportPlanTable::row_chosen, this, &Form_import_MTData::show_sample);
+  connect(model_, &ImportPlanModel::edited, this, &Form_import_MTData::make_plan);
+  connect(model_, &ImportPlanModel::refused, ui_->Label_plan_status, &QLabel::setText);
 }
 
 void Form_import_MTData::show_page(QWidget* page) {
@@ -81,6 +85,16 @@ void Form_import_MTData::show_page(QWidget* page) {
   ui_->Command_process_files->setDefault(!importing);
 }
 
+void Form_import_MTData::take_files(const std::vector<std::string>& paths) {
+  QStringList given;
+  for (const std::string& path : paths) {
+    given.append(QString::fromStdString(path));
+  }
+  ui_->Frame_select_files->take_paths(given);
+  given_ = true;
+  QMetaObject::invokeMethod(this, &Form_import_MTData::process_files, Qt::QueuedConnection);
+}
+
 void Form_import_MTData::process_files() {
   files_ = ui_->Frame_select_files->files();
   if (files_.empty()) {
@@ -88,97 +102,194 @@ void Form_import_MTData::process_files() {
     return;
   }
   show_page(ui_->Page_import_data);
-  ui_->Text_current_directory->setText(QDir::toNativeSeparators(ui_->Frame_select_files->folder()));
-  ui_->Combo_data_type->setCurrentIndex(-1);
-  ui_->Combo_data_reduced->setCurrentIndex(-1);
-  take_choices();
-  show_sample(0);
+  ui_->Text_current_directory->setText(QDir::toNativeSeparators(QString::fromStdString(folder_of_files())));
+  scan_files();
   ui_->Combo_data_type->setFocus();
 }
 
-void Form_import_MTData::take_choices() {
-  choices_.decode = decode_;
-  choices_.ReferenceType = ui_->Combo_data_type->currentIndex();
-  choices_.ReductionType = ui_->Combo_data_reduced->currentIndex();
-  choices_.line_direction =
-      ui_->Option_linedirection_0->isChecked() ? LineDirection::local_east : LineDirection::local_north;
-  choices_.start_station = ui_->Text_start_station->text().toStdString();
-  choices_.station_step = ui_->Text_station_step->text().toStdString();
-  choices_.convert_coordinates = ui_->Check_convert_geographic_coordinates->isChecked();
-  choices_.stations_by = !ui_->Check_use_SECTID_as_station->isChecked() ? StationsBy::count
-                         : ui_->Check_sectid_digits->isChecked()        ? StationsBy::sectid_digits
-                                                                        : StationsBy::sectid;
-  choices_.compute_from_impedance = ui_->Check_compute_from_impedance->isChecked();
-  choices_.turn_ey = ui_->Check_turn_ey_always->isChecked()  ? TurnEy::always
-                     : ui_->Check_turn_ey_phase->isChecked() ? TurnEy::where_needed
-                                                             : TurnEy::never;
+/// The folder that the files were chosen from; of dropped files that of the first one.
+std::string Form_import_MTData::folder_of_files() const {
+  const std::string chosen = ui_->Frame_select_files->folder().toStdString();
+  const std::string first = QFileInfo(QString::fromStdString(files_.front())).path().toStdString();
+  return (first + "/").starts_with(chosen + "/") ? chosen : first;
+}
+
+// The files are looked into once for each list; what can be chosen is then followed without them.
+void Form_import_MTData::scan_files() {
+  scanned_.clear();
+  proposals_ = {};
+  model_->show_files(files_);
+  controls_->propose_stations_again(true);
+  set_running(true);
+  bool finished = false;
+  const int result = trap_errors(looking_failed, [&] {
+    maker_ = std::make_unique<PlanMaker>();
+    finished = look_into_files();
+    propose_choices();
+  });
+  set_running(false);
+  ui_->Table_import_plan->go_to_row(0);
+  const std::size_t chosen = files_.size();
+  files_.resize(scanned_.size());  // the others are not in the table
+  if (result == 0 && !finished) {
+    ui_->Label_plan_status->setText(
+        QString("Stopped: %1 of %2 files were looked into. The others won't be imported")
+            .arg(scanned_.size())
+            .arg(chosen));
+  }
+}
+
+/// Fills the table as it goes. @return false if the user has stopped it
+bool Form_import_MTData::look_into_files() {
+  const BusyPointer busy;
+  const ProgressInWindow in_window(*ui_->ProgressBar_import, *ui_->Label_progress, *ui_->Command_stop_import);
+  Module_averaged_data::WorkProgress progress("Looking into the files", files_.size());
+  QElapsedTimer since_table;
+  since_table.start();
+  qint64 wait = table_milliseconds;
+  const auto outcome = Module_averaged_data::each_item(progress, [&](std::size_t index) {
+    ui_->Text_import_file->setText(QFileInfo(QString::fromStdString(files_[index])).fileName());
+    scanned_.push_back(scan_field_file(files_[index]));
+    if (since_table.elapsed() >= wait) {
+      since_table.restart();
+      propose_choices();
+      wait = std::max(table_milliseconds, share_of_scan * since_table.restart());
+    }
+    return 0;
+  });
+  return outcome == Module_averaged_data::Outcome::finished;
+}
+
+void Form_import_MTData::propose_choices() {
+  proposals_ = propose(scanned_, *maker_);
+  ImportChoices choices = proposals_.choices;
+  take_lasting(lasting_, choices);
+  controls_->show(choices);
+  controls_->open_events(
+      !std::ranges::all_of(scanned_, [](const ScannedFile& file) { return is_edi(file.format); }));
+  make_plan();
 }
 
 void Form_import_MTData::choices_changed() {
-  take_choices();
-  show_sample(sample_index_);
-}
-
-void Form_import_MTData::show_sample(std::size_t index) {
-  if (index >= files_.size()) {
+  if (maker_ == nullptr) {
     return;
   }
-  sample_index_ = index;
-  const FileSample sample = sampler_.sample(files_[index], choices_);
-  ui_->Label_sample_file->setText(QString("File %1 of %2: ").arg(index + 1).arg(files_.size()) +
-                                  QFileInfo(QString::fromStdString(files_[index])).fileName());
-  const std::pair<QLineEdit*, const std::string&> fields[] = {
-      {ui_->Text_sample_line, sample.fields.line},
-      {ui_->Text_sample_event, sample.fields.event},
-      {ui_->Text_sample_rate, sample.fields.rate},
-      {ui_->Text_sample_station, sample.fields.station},
-      {ui_->Text_sample_date, sample.fields.date}};
-  for (const auto& [field, text] : fields) {
-    field->setText(QString::fromStdString(text));
+  if (!controls_->has_chosen_stations()) {  // another line may have sites, and with them its zero
+    (void)trap_errors(looking_failed, [&] {
+      ImportChoices choices = controls_->choices();
+      const Proposal stations = propose_stations(scanned_, choices, *maker_);
+      std::ranges::replace_if(
+          proposals_.reasons,
+          [](const Proposal& reason) { return reason.choice == ProposedChoice::stations; }, stations);
+      proposals_.choices.stations_by = choices.stations_by;
+      controls_->show(choices);
+    });
   }
-  QStringList notes;
-  for (const std::string& note : sample.notes) {
-    notes.append(QString::fromStdString(note));
+  make_plan();
+}
+
+void Form_import_MTData::as_last_time() {
+  if (const std::optional<ImportEntries> entries = last_import_entries()) {
+    ImportChoices choices = controls_->choices();
+    take_entries(*entries, choices);
+    controls_->show(choices);
+    controls_->propose_stations_again(false);
+    make_plan();
   }
-  if (!sample.fault.empty()) {
-    notes.append(QString::fromStdString(sample.fault));
+}
+
+void Form_import_MTData::make_plan() {
+  (void)trap_errors(looking_failed, [&] {
+    const ImportChoices& choices = controls_->choices();
+    model_->show_plan(maker_->plan(scanned_, choices, model_->edits()), choices.line_direction);
+    const ImportPlan& plan = model_->plan();
+    ui_->Label_plan_status->setText(QString::fromStdString(plan.fault.empty() ? plan.summary() : plan.fault));
+    controls_->show_reasons(proposals_);
+    show_sample(ui_->Table_import_plan->currentIndex().row());
+  });
+}
+
+void Form_import_MTData::show_sample(int row) {
+  const bool is_row = row >= 0 && row < model_->rowCount();
+  const auto shown = [&](PlanColumn column) {
+    return is_row ? QString::fromStdString(plan_cell_text(model_->section(row), column)) : QString();
+  };
+  ui_->Text_sample_line->setText(shown(PlanColumn::line));
+  ui_->Text_sample_event->setText(shown(PlanColumn::event));
+  ui_->Text_sample_rate->setText(shown(PlanColumn::rate));
+  ui_->Text_sample_station->setText(shown(PlanColumn::station));
+  ui_->Label_sample_note->setText(shown(PlanColumn::remarks));
+  const std::size_t file = is_row ? model_->section(row).file_index : 0;
+  ui_->Text_sample_date->setText(is_row ? QString::fromStdString(scanned_.at(file).date) : QString());
+  ui_->Label_sample_file->setText(is_row ? QString("File %1 of %2: ").arg(file + 1).arg(files_.size()) +
+                                               shown(PlanColumn::file)
+                                         : QString());
+  ui_->Command_previous_sample->setEnabled(row > 0);
+  ui_->Command_next_sample->setEnabled(row + 1 < model_->rowCount());
+}
+
+void Form_import_MTData::step_sample(int step) {
+  ui_->Table_import_plan->go_to_row(ui_->Table_import_plan->currentIndex().row() + step);
+}
+
+void Form_import_MTData::define_projection() {
+  Form_define_projection::define_projection(this);
+  (void)trap_errors(looking_failed, [&] { maker_ = std::make_unique<PlanMaker>(); });
+  choices_changed();
+}
+
+/// Asks about what can't be undone easily.
+bool Form_import_MTData::may_store() const {
+  std::string shared;
+  std::size_t count = 0;
+  for (const PlannedSection& section : model_->plan().sections) {
+    if (is_shared(section) && count++ < most_shared_shown) {
+      shared += section.file + ": " + (section.remarks.empty() ? "" : section.remarks.front()) + "\n";
+    }
   }
-  ui_->Label_sample_note->setText(notes.join('\n'));
-  ui_->Command_previous_sample->setEnabled(index > 0);
-  ui_->Command_next_sample->setEnabled(index + 1 < files_.size());
+  if (count > most_shared_shown) {
+    shared += "and " + std::to_string(count - most_shared_shown) + " more\n";
+  }
+  return count == 0 || user_interface().ask_yes_no("Different sites come to one line and station.\n" +
+                                                   shared + "Take them as repeats of one station?");
 }
 
 void Form_import_MTData::import_data(ImportMode mode) {
-  if (running_) {
+  if (running_ || maker_ == nullptr) {
     return;  // a button pressed by its key clicks a little later, when a run may have begun
   }
-  take_choices();
+  if (mode == ImportMode::import && model_->plan().fault.empty() && !may_store()) {
+    return;
+  }
   ImportReport report;
-  int result = 0;
   const QPointer<QWidget> had_focus(focusWidget());  // it may be a cell's editor, which closes
   set_running(true);
-  {
-    const ProgressInWindow progress(*ui_->ProgressBar_import, *ui_->Label_progress,
-                                    *ui_->Command_stop_import);
-    const auto file_begins = [this](const std::string& file) {
-      if (file == files_.front()) {  // the choices are valid
-        keep_import_folder(ui_->Frame_select_files->folder().toStdString());
-      }
-      ui_->Text_import_file->setText(QFileInfo(QString::fromStdString(file)).fileName());
-    };
-    result = run_import(choices_, files_, mode, report, file_begins, SharedStations::ask);
-  }
+  const int result = run(mode, report);
   set_running(false);
   if (had_focus) {
     had_focus->setFocus();  // lost while everything was disabled
   }
-  static_cast<void>(choices_fault(choices_));
-  decode_ = choices_.decode;  // with the typed line in its normal form, as the run took it
-  ui_->Grid_import_decode->refresh();
-  if (!report.files.empty() ||
-      report.stopped) {  // else a fault was shown, or different sites shall not share a station
+  if (mode == ImportMode::import && !report.files.empty()) {
+    report_ = report;
+    (void)trap_errors(looking_failed, [&] { maker_ = std::make_unique<PlanMaker>(); });
+    make_plan();  // into the survey as it is now
+  }
+  if (!report.files.empty() || report.stopped) {  // else a fault was shown
     report_result(mode, result, report);
   }
+}
+
+int Form_import_MTData::run(ImportMode mode, ImportReport& report) {
+  const ProgressInWindow progress(*ui_->ProgressBar_import, *ui_->Label_progress, *ui_->Command_stop_import);
+  const ImportChoices choices = controls_->choices();
+  const auto file_begins = [&](const std::string& file) {
+    if (file == files_.front()) {  // the choices are valid
+      keep_import_folder(folder_of_files());
+      keep_import_entries(choices);
+    }
+    ui_->Text_import_file->setText(QFileInfo(QString::fromStdString(file)).fileName());
+  };
+  return run_import(choices, files_, mode, report, file_begins, SharedStations::tell, &model_->plan());
 }
 
 void Form_import_MTData::set_running(bool running) {
@@ -189,21 +300,28 @@ void Form_import_MTData::set_running(bool running) {
            ui_->Command_import_data_1, ui_->Command_cancel_import}) {
     part->setEnabled(!running);
   }
+  model_->allow_edits(!running);  // the table is there to be looked at
+  ui_->Command_as_last_time->setEnabled(!running && last_import_entries().has_value());
   ui_->Frame_progress->setVisible(running);
 }
 
+// Whoever has asked for the dialog is told when it is done. Files that were dropped are to be seen at once:
+// there is a message only if it says more than that they are there.
 void Form_import_MTData::report_result(ImportMode mode, int result, const ImportReport& report) {
   const bool importing = mode == ImportMode::import;
+  const bool quiet = given_ && importing && result == 0 && !report.stopped && !report.has_failures();
   if (report.stopped) {
     const char* const stored = report.files.empty()
                                    ? "The import was stopped. Nothing was stored."
                                    : "The import was stopped. The files read by then are stored.";
     user_interface().show_message(importing ? stored : "The scan was stopped.");
+  } else if (quiet) {
+    told_ = QString::fromStdString("Data import complete. " + report.totals());
   } else if (result == 0) {
     user_interface().show_message(importing ? "Data import complete. " + report.totals()
                                             : "Data scan complete");
   }
-  if (report.has_remarks()) {
+  if (report.has_remarks() && !quiet) {
     Form_import_report(report, this).exec();
   }
   if (importing && result == 0 && !report.stopped) {

@@ -53,7 +53,8 @@ class CellDelegate final : public QStyledItemDelegate {
                      style.pixelMetric(QStyle::PM_IndicatorHeight));
     box.rect = QStyle::alignedRect(option.direction, Qt::AlignCenter, size, option.rect);
     const bool checked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    box.state = QStyle::State_Enabled | (checked ? QStyle::State_On : QStyle::State_Off);
+    box.state = (index.flags() & Qt::ItemIsEnabled ? QStyle::State_Enabled : QStyle::State_None) |
+                (checked ? QStyle::State_On : QStyle::State_Off);
     style.drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter, option.widget);
   }
 
@@ -106,6 +107,20 @@ void ImportDecodeGrid::edit_table(DecodeTable& table) {
   refresh();
 }
 
+void ImportDecodeGrid::open_row(int row, bool open) {
+  const QSignalBlocker quiet(this);
+  for (int column = 0; column < columnCount(); ++column) {
+    Qt::ItemFlags flags = Qt::ItemIsSelectable | (open ? Qt::ItemIsEnabled : Qt::NoItemFlags);
+    if (open && column != column_use_file_name) {
+      flags |= Qt::ItemIsEditable;
+    }
+    item(row, column)->setFlags(flags);
+  }
+  verticalHeaderItem(row)->setForeground(
+      palette().brush(open ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+  viewport()->update();
+}
+
 void ImportDecodeGrid::refresh() {
   const QSignalBlocker quiet(this);
   for (int row = 0; row < rowCount(); ++row) {
@@ -125,7 +140,7 @@ QSize ImportDecodeGrid::sizeHint() const {
 }
 
 void ImportDecodeGrid::cell_clicked(int row, int column) {
-  if (table_ == nullptr) {
+  if (table_ == nullptr || !(item(row, column)->flags() & Qt::ItemIsEnabled)) {
     return;
   }
   if (column != column_use_file_name) {

@@ -13,6 +13,9 @@ class ImportDecodeGrid : public QTableWidget {
   /// Shows a table and edits it from now on; it must outlive the grid.
   void edit_table(Module_data_file::DecodeTable& table);
 
+  /// A row that these files have no use for is grey and can't be edited.
+  void open_row(int row, bool open);
+
   /// Shows the table as it is now.
   void refresh();
 

@@ -2,14 +2,18 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDropEvent>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QShortcut>
 #include <QStorageInfo>
 
 #include "core/user_interface.h"
+#include "import/field_files.h"
 #include "import/import_run.h"
+#include "platform/widgets/dropped_files.h"
 #include "platform/widgets/folder_model.h"
 #include "ui_import_file_chooser.h"
 
@@ -54,6 +58,10 @@ ImportFileChooser::ImportFileChooser(QWidget* parent)
     list_.clear();
     show_list();
   });
+  setAcceptDrops(true);
+  for (QLineEdit* const box : {ui_->Text_folder, ui_->Text_file_extension}) {
+    box->setAcceptDrops(false);  // a file dropped there would be typed in as a name
+  }
   show_folder_files();
   show_list();
 }
@@ -147,6 +155,30 @@ void ImportFileChooser::add_all() {
   const BusyPointer busy;
   list_.add(find_import_files(folder().toStdString(), plain_extension(extension().toStdString())));
   show_list();
+}
+
+void ImportFileChooser::take_paths(const QStringList& paths) {
+  std::vector<std::string> given;
+  for (const QString& path : paths) {
+    given.push_back(path.toStdString());
+  }
+  list_.add(field_files_of(given));
+  show_list();
+}
+
+void ImportFileChooser::dragEnterEvent(QDragEnterEvent* event) {
+  if (!local_paths(*event->mimeData()).isEmpty()) {
+    event->setDropAction(Qt::CopyAction);  // whatever is proposed: the files stay where they are
+    event->accept();
+  }
+}
+
+void ImportFileChooser::dropEvent(QDropEvent* event) {
+  if (const QStringList paths = local_paths(*event->mimeData()); !paths.isEmpty()) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    take_paths(paths);
+  }
 }
 
 void ImportFileChooser::clear_selected() {

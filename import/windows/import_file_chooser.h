@@ -18,11 +18,15 @@ class ImportFileChooser : public QFrame {
   ~ImportFileChooser() override;
 
   [[nodiscard]] const std::vector<std::string>& files() const { return list_.paths(); }
+  /// Takes files and folders into the list; folders stand for the field files below them.
+  void take_paths(const QStringList& paths);
   [[nodiscard]] QString folder() const;
   [[nodiscard]] QString extension() const;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void fill_drives();

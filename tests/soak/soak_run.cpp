@@ -129,7 +129,6 @@ SoakRun::SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
     takes_warnings_->count_warning(text);
   });
   window_ = std::make_unique<Form_main>();
-  window_->import_decode() = soak_decode_table();  // the import dialog comes up with it
   hand_ = std::make_unique<RandomHand>(*window_, choices.seed, [this](const std::string& what) {
     report_("step " + std::to_string(steps_) + ": " + what);
   });

@@ -5,6 +5,7 @@
 
 #include "core/session_state.h"
 #include "database/survey_database.h"
+#include "import/import_entries.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
 #include "samples/sample_survey.h"
@@ -18,15 +19,16 @@ bool is_wanted(const Module_samples::SampleFile& file) {
   return station <= "0300" && repeat <= '2';
 }
 
-}  // namespace
-
-Module_data_file::DecodeTable soak_decode_table() {
+/// Where line, event and scan rate stand in the names of the field files.
+Module_data_file::DecodeTable decode_table_of_names() {
   Module_data_file::DecodeTable decode;
   decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
   decode[Module_data_file::decode_event] = {true, 14, 1, ""};
   decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
   return decode;
 }
+
+}  // namespace
 
 std::string make_soak_survey(const TemporaryFolder& folder) {
   std::vector<std::string> files;
@@ -43,9 +45,10 @@ std::string make_soak_survey(const TemporaryFolder& folder) {
   Module_data_file::ImportChoices choices;
   choices.ReferenceType = 0;
   choices.ReductionType = 0;
-  choices.decode = soak_decode_table();
+  choices.decode = decode_table_of_names();
   choices.stations_by = Module_data_file::StationsBy::sectid;
   Module_data_file::keep_import_folder(folder.path("field"));
+  Module_data_file::keep_import_entries(choices);
   Module_data_file::ImportReport report;
   std::string survey = folder.path("survey.mdb");
   session().database_file = survey;

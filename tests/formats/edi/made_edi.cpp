@@ -22,6 +22,13 @@ std::string made_edi(const std::vector<MadeSection>& sections) {
   return text + ">END\n";
 }
 
+std::string made_local_edi(const std::vector<MadeSection>& sections) {
+  const std::string text = made_edi(sections);
+  const std::size_t remote = text.find(">HMEAS ID=5.001");
+  const std::size_t behind = text.find(">=MTSECT");
+  return replaced(text.substr(0, remote) + text.substr(behind), "  RX=5.001\n", "");
+}
+
 std::string replaced(std::string text, std::string_view from, std::string_view to) {
   for (std::size_t place = text.find(from); place != std::string::npos;
        place = text.find(from, place + to.size())) {

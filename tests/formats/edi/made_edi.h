@@ -15,5 +15,8 @@ struct MadeSection {
 /// A whole file: head, two local and two remote magnetic channels, sections, >END.
 std::string made_edi(const std::vector<MadeSection>& sections = {MadeSection{}});
 
+/// The same without the remote channels.
+std::string made_local_edi(const std::vector<MadeSection>& sections = {MadeSection{}});
+
 /// `text` with each `from` replaced by `to`.
 std::string replaced(std::string text, std::string_view from, std::string_view to);

@@ -3,12 +3,14 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -19,131 +21,20 @@
 #include <memory>
 
 #include "database/survey_database.h"
-#include "import/import_files.h"
-#include "import/windows/Form_import_MTData.h"
 #include "import/windows/Form_import_report.h"
-#include "import/windows/import_decode_grid.h"
-#include "platform/settings_store/settings_store.h"
 #include "platform/widgets/typed_text.h"
-#include "tests/formats/edi/made_edi.h"
 #include "tests/formats/zonge/made_zonge_raw.h"
-#include "tests/support/window_fixture.h"
+#include "tests/import/windows/import_window_fixture.h"
 
 using Module_data_file::ImportReport;
 using Messages = std::vector<std::string>;
 
-class FormImportTest : public QObject, private WindowFixture {
+class FormImportTest : public QObject, private ImportWindowFixture {
   Q_OBJECT
 
- private:
-  enum Column { use_file_name, start, width, specify };
-
-  void open_dialog() {
-    window_.reset();
-    window_ = std::make_unique<Form_import_MTData>(decode_);
-    window_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
-  }
-  template <class Widget = QWidget>
-  Widget* control(const char* name) const {
-    return window_->findChild<Widget*>(name);
-  }
-  void click(const char* name) const {
-    const int on_the_mark = 8;  // of a check box, which takes no click beside its text
-    QTest::mouseClick(control(name), Qt::LeftButton, {}, {on_the_mark, control(name)->height() / 2});
-  }
-  QString text(const char* name) const { return control<QLineEdit>(name)->text(); }
-  QString list_text(int row, int column) const {
-    return control<QTreeWidget>("ListView_binary")->topLevelItem(row)->text(column);
-  }
-  int listed() const { return control<QTreeWidget>("ListView_binary")->topLevelItemCount(); }
-  void choose(const char* combo, int index) const {
-    auto* const box = control<QComboBox>(combo);
-    box->setFocus();
-    QTest::keyClick(box, Qt::Key_Home);
-    for (int i = 0; i < index; ++i) {
-      QTest::keyClick(box, Qt::Key_Down);
-    }
-    QCOMPARE(box->currentIndex(), index);
-  }
-  void click_cell(int row, int column) const {
-    auto* const grid = control<ImportDecodeGrid>("Grid_import_decode");
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
-                      grid->visualRect(grid->model()->index(row, column)).center());
-  }
-  QString cell(int row, int column) const {
-    return control<ImportDecodeGrid>("Grid_import_decode")->item(row, column)->text();
-  }
-  void type_cell(int row, int column, const QString& typed) const {
-    click_cell(row, column);
-    auto* const editor = control<QLineEdit>("Text_edit");
-    QVERIFY(editor != nullptr && editor->isVisible());
-    editor->selectAll();
-    QTest::keyClicks(editor, typed);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(control<QLineEdit>("Text_edit") == nullptr);  // it is deleted by an event
-  }
-  // Line 200E, event 0, rate 256 from names like "L200E_E0_R0256_1.edi".
-  void decode_from_names() const {
-    const int columns[3][2] = {{2, 4}, {8, 1}, {11, 4}};
-    for (int row = 0; row < 3; ++row) {
-      click_cell(row, use_file_name);
-      type_cell(row, start, QString::number(columns[row][0]));
-      type_cell(row, width, QString::number(columns[row][1]));
-    }
-  }
-  /// The names of the controls that Tab leads to, from the one that has the focus until it comes back.
-  QStringList focus_order() const {
-    QStringList names;
-    constexpr int more_than_there_are = 40;
-    for (int i = 0; i < more_than_there_are; ++i) {
-      const QString name = QApplication::focusWidget()->objectName();
-      if (names.contains(name)) {
-        break;
-      }
-      names.append(name);
-      if (auto* const grid = qobject_cast<QTableWidget*>(QApplication::focusWidget()); grid != nullptr) {
-        grid->setCurrentCell(grid->rowCount() - 1, grid->columnCount() - 1);  // Tab goes through its cells
-      }
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    }
-    return names;
-  }
-  std::string add_file(const std::string& name, const MadeSection& section = {}) const {
-    return folder_->write("field/" + name, made_edi({section}));
-  }
-  void make_three_stations() const {
-    for (const char* const station : {"1", "2", "10"}) {
-      (void)add_file(std::string("L200E_E0_R0256_") + station + ".edi",
-                     {.sectid = std::string("\"") + station + "\""});
-    }
-  }
-  void go_to_import_page() {
-    open_dialog();
-    click("Command_find_and_add_files");
-    click("Command_process_files");
-    QVERIFY(control("Frame_import_data")->isVisible());
-  }
-  static int rows_in(const std::string& table) {
-    return Module_database::open_survey().database.open_recordset("SELECT * FROM " + table).record_count();
-  }
-
-  Module_data_file::DecodeTable decode_;
-  std::unique_ptr<Form_import_MTData> window_;
-
  private Q_SLOTS:
-  void init() {
-    make_folder();
-    decode_ = {};
-    install_settings_store(std::make_unique<MemorySettingsStore>());
-    std::filesystem::create_directory(folder_->folder() / "field");
-    Module_data_file::keep_import_folder(folder_->path("field"));
-    make_survey();
-  }
-  void cleanup() {
-    window_.reset();
-    remove_folder();
-  }
+  void init() { begin(); }
+  void cleanup() { end(); }
 
   void three_stations_come_in_with_columns_from_their_names() {
     make_three_stations();
@@ -156,7 +47,7 @@ class FormImportTest : public QObject, private WindowFixture {
     click("Check_use_SECTID_as_station");
     QCOMPARE(text("Text_sample_line"), QString("200E"));
     QCOMPARE(text("Text_sample_event"), QString("0"));
-    QCOMPARE(text("Text_sample_rate"), QString("0256"));
+    QCOMPARE(text("Text_sample_rate"), QString("256"));
     QCOMPARE(text("Text_sample_station"), QString("1"));
     QCOMPARE(text("Text_sample_date"), QString("22-Oct-2019"));
     QVERIFY(!control("Command_previous_sample")->isEnabled());
@@ -185,9 +76,13 @@ class FormImportTest : public QObject, private WindowFixture {
     QVERIFY(rows_in("ReadingsDataTable WHERE ReductionType = 2") > 0);
     QVERIFY(!(*interface_)->busy);
 
-    open_dialog();  // the decode table stays, the specified texts don't
+    go_to_import_page();  // columns are proposed for each list of files; the earlier ones come back at a
+                          // press
+    QCOMPARE(cell(2, start), QString("0"));
+    click("Command_as_last_time");
     QCOMPARE(cell(2, start), QString("11"));
-    QCOMPARE(control<QTreeWidget>("ListView_binary")->topLevelItemCount(), 0);
+    QVERIFY(control<QRadioButton>("Check_use_SECTID_as_station")->isChecked());
+    QCOMPARE(text("Text_sample_line"), QString("200E"));
   }
 
   void what_is_typed_in_an_open_cell_is_imported() {
@@ -263,35 +158,30 @@ class FormImportTest : public QObject, private WindowFixture {
     QCOMPARE(settings_store().value("Marrowgate", "Brenlox", "ImportFileExtension", ""), std::string("txt"));
   }
 
+  void files_and_folders_are_dropped_into_the_list() {
+    make_three_stations();
+    (void)folder_->write("field/below/deep.edi", made_edi());
+    const std::string notes = folder_->write("field/notes.txt", "no field file\n");
+    open_dialog();
+    QMimeData dragged;
+    dragged.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder_->path("field"))),
+                     QUrl::fromLocalFile(QString::fromStdString(notes))});
+    auto* const list = control("Frame_select_files");
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(list, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent dropped({5, 5}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(list, &dropped);
+    QCOMPARE(listed(), 5);  // a file that is dropped itself is taken whatever it is
+    QCOMPARE(list_text(3, 0), QString("deep.edi"));
+  }
+
   void an_empty_list_stays_on_the_first_page() {
     open_dialog();
     click("Command_process_files");
     QVERIFY(control("Frame_select_files")->isVisible());
     QVERIFY(!control("Frame_import_data")->isVisible());
     QCOMPARE(interface_->take_messages(), Messages{});
-  }
-
-  void keys_go_the_way_of_the_eye() {
-    make_three_stations();
-    open_dialog();
-    QCOMPARE(focus_order(), QStringList({"Drive_binary", "Text_folder", "Dir_binary", "Command_add_all",
-                                         "Text_file_extension", "File_binary", "Command_add_selected",
-                                         "Command_find_and_add_files", "ListView_binary",
-                                         "Command_process_files", "Command_cancel_import"}));
-    click("Command_find_and_add_files");
-    click("Command_process_files");
-    QCOMPARE(
-        focus_order(),
-        QStringList({"Combo_data_type", "Combo_data_reduced", "Grid_import_decode", "Option_linedirection_0",
-                     "Command_next_sample", "Text_start_station", "Text_station_step",
-                     "Check_use_SECTID_as_station", "Check_convert_geographic_coordinates",
-                     "Command_define_projection", "Check_compute_from_impedance", "Check_turn_ey_phase",
-                     "Check_turn_ey_always", "Command_back", "Command_import_data_0", "Command_import_data_1",
-                     "Command_cancel_import"}));
-    for (const QWidget* const widget : window_->findChildren<QWidget*>(QRegularExpression(
-             "^(Command|Combo|Text|Check|Option|Grid|Drive|Dir|File|ListView|ProgressBar)_"))) {
-      QVERIFY2(!widget->toolTip().isEmpty(), qPrintable(widget->objectName()));
-    }
   }
 
   void enter_and_delete_belong_to_the_list_that_has_the_focus() {
@@ -316,126 +206,6 @@ class FormImportTest : public QObject, private WindowFixture {
     QCOMPARE(listed(), 0);
   }
 
-  void a_cell_is_left_by_a_click_elsewhere_or_a_key() {
-    make_three_stations();
-    go_to_import_page();
-    const auto edit_cell = [this](int row, int column, const char* typed) {
-      click_cell(row, column);
-      auto* const editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
-      editor->selectAll();
-      QTest::keyClicks(editor, typed);
-      return editor;
-    };
-    (void)edit_cell(0, start, "2");
-    QTest::mouseClick(control("Label_data_type"), Qt::LeftButton);
-    QCOMPARE(cell(0, start), QString("2"));
-    QTest::keyClick(edit_cell(0, start, "9"), Qt::Key_Escape);
-    QCOMPARE(cell(0, start), QString("2"));
-    QVERIFY(window_->isVisible());
-    QTest::keyClick(edit_cell(0, width, "4"), Qt::Key_Tab);  // on into the next cell
-    QCOMPARE(cell(0, width), QString("4"));
-    QTest::keyClick(edit_cell(2, specify, "64"), Qt::Key_Tab);
-    QCOMPARE(cell(2, specify), QString("64"));
-    QVERIFY(control("Option_linedirection_0")->hasFocus());
-    QCOMPARE(text("Text_sample_rate"), QString("64"));
-    auto* const grid = control<ImportDecodeGrid>("Grid_import_decode");
-    grid->setFocus();
-    grid->setCurrentCell(0, use_file_name);
-    QTest::keyClick(grid, Qt::Key_Space);
-    QCOMPARE(text("Text_sample_line"), QString("200E"));
-    QTest::keyClick(window_.get(), Qt::Key_Return);  // presses nothing by chance
-    QCOMPARE(interface_->take_messages(), Messages{});
-    QVERIFY(window_->isVisible());
-  }
-
-  void wrong_turns_are_told_and_leave_the_page() {
-    make_three_stations();
-    go_to_import_page();
-    const auto expect_fault = [this](const char* fault) {
-      click("Command_import_data_1");
-      QCOMPARE(interface_->take_messages(), Messages{fault});
-      QVERIFY(control("Frame_import_data")->isVisible());
-    };
-    expect_fault("You have not specified a data type");
-    choose("Combo_data_type", 0);
-    expect_fault("You have not specified the data reduction");
-    choose("Combo_data_reduced", 0);
-    expect_fault("The specified value for Line Number is invalid");
-    type_cell(0, specify, "-200");
-    QCOMPARE(text("Text_sample_line"), QString("200W"));
-    click("Option_linedirection_1");
-    QCOMPARE(text("Text_sample_line"), QString("200S"));
-
-    click_cell(1, use_file_name);
-    type_cell(1, start, "8");
-    QCOMPARE(text("Text_sample_event"), QString());
-    expect_fault("The column width for Event is invalid");
-    type_cell(1, width, "-1");
-    QCOMPARE(cell(1, width), QString("0"));
-    type_cell(1, width, "two");
-    QCOMPARE(cell(1, width), QString("0"));
-    type_cell(1, width, "2.5");
-    QCOMPARE(cell(1, width), QString("3"));
-    QCOMPARE(text("Text_sample_event"), QString("0_R"));
-
-    click_cell(1, use_file_name);
-    type_cell(1, specify, "-1");
-    expect_fault("The specified event value is invalid");
-    type_cell(1, specify, "3");
-    type_cell(2, specify, "0");
-    expect_fault("The Sample Rate cannot be zero for non-merged data");
-    type_cell(2, specify, "0.1");
-    QCOMPARE(control<QLabel>("Label_sample_note")->text(), QString());
-
-    auto* const spacing = control<QLineEdit>("Text_station_step");
-    spacing->setText("0");
-    expect_fault("The station spacing is invalid");
-    spacing->setText("33.3");
-    control<QLineEdit>("Text_start_station")->setText("here");
-    expect_fault("The start station number is invalid");
-    control<QLineEdit>("Text_start_station")->clear();
-    click("Check_convert_geographic_coordinates");
-    expect_fault("The projection has not been defined");
-    QCOMPARE(rows_in("FileTable"), 0);
-    QVERIFY(!control("Frame_progress")->isVisible());
-  }
-
-  void a_projection_defined_from_here_is_the_surveys() {
-    (void)add_file("a.edi");
-    go_to_import_page();
-    click("Command_define_projection");  // no name given
-    (*interface_)->text_answers = {"Web"};
-    QTimer::singleShot(0, this, [] {
-      QWidget* const dialog = QApplication::activeModalWidget();
-      dialog->findChild<QComboBox*>("Combo_projection")->setCurrentIndex(6);
-      dialog->findChild<QPushButton*>("Command_done")->click();
-    });
-    click("Command_define_projection");
-    QCOMPARE((*interface_)->prompts, Messages(2, "Enter a name for this projection"));
-    QCOMPARE(rows_in("[Projection Defintion Table]"), 1);
-  }
-
-  void a_file_says_which_addition_it_would_need() {
-    (void)add_file("a.edi", {.blocks = ">ZYXR //3\n1 2 3\n>ZYXI //3\n1 2 3\n"});
-    (void)add_file("b.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-120 -130 -140\n"});
-    go_to_import_page();
-    const auto note = [this] { return control<QLabel>("Label_sample_note")->text().section('\n', 0, 0); };
-    for (const char* const addition : {"Check_compute_from_impedance", "Check_turn_ey_phase",
-                                       "Check_turn_ey_always", "Check_sectid_digits"}) {
-      QVERIFY2(!control<QCheckBox>(addition)->isChecked(), addition);
-    }
-    QCOMPARE(note(), QString("This file has impedances only"));
-    click("Check_compute_from_impedance");
-    QVERIFY(note() != QString("This file has impedances only"));
-    click("Command_next_sample");
-    QCOMPARE(note(), QString("All YX phases are negative"));
-    for (const char* const box : {"Check_turn_ey_phase", "Check_turn_ey_always"}) {
-      click(box);
-      QVERIFY(note() != QString("All YX phases are negative"));
-      click(box);
-    }
-  }
-
   void ey_is_turned_where_needed_or_in_every_file() {
     (void)add_file("a.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-120 -130 -140\n"});
     (void)add_file("b.edi", {.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-20 -30 -40\n"});
@@ -450,16 +220,12 @@ class FormImportTest : public QObject, private WindowFixture {
       }
     });
     waiting.start(1);
-    for (const char* const box : {"Check_turn_ey_phase", "Check_turn_ey_always"}) {
-      go_to_import_page();
-      choose("Combo_data_type", 0);
-      choose("Combo_data_reduced", 0);
-      type_cell(0, specify, "200");
-      type_cell(1, specify, "0");
-      type_cell(2, specify, "256");
-      click(box);
-      click("Command_import_data_1");
-    }
+    go_to_import_page();
+    QVERIFY(control<QCheckBox>("Check_turn_ey_phase")->isChecked());  // the first file needs it
+    click("Command_import_data_1");
+    go_to_import_page();
+    click("Check_turn_ey_always");
+    click("Command_import_data_1");
     QCOMPARE(turned, QStringList({"10", "11"}));
   }
 
@@ -467,10 +233,7 @@ class FormImportTest : public QObject, private WindowFixture {
     (void)add_file("a.edi", {.sectid = "Z2HX7"});
     (void)add_file("b.edi", {.sectid = "ET7"});
     go_to_import_page();
-    choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
-    type_cell(1, specify, "0");
     type_cell(2, specify, "256");
     click("Check_use_SECTID_as_station");
     click("Check_sectid_digits");
@@ -504,10 +267,7 @@ class FormImportTest : public QObject, private WindowFixture {
       (void)add_file("s" + std::to_string(i) + ".edi");
     }
     go_to_import_page();
-    choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
-    type_cell(1, specify, "0");
     type_cell(2, specify, "256");
     bool was_working = false;
     auto* const stop = control<QPushButton>("Command_stop_import");
@@ -534,10 +294,7 @@ class FormImportTest : public QObject, private WindowFixture {
     (void)add_file("good.edi");
     (void)folder_->write("field/bad.edi", "no field file\n");
     go_to_import_page();
-    choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
-    type_cell(1, specify, "0");
     type_cell(2, specify, "256");
     const std::string saved = folder_->path("report.json");
     const std::string imported = folder_->path("field/good.edi");
@@ -599,8 +356,9 @@ class FormImportTest : public QObject, private WindowFixture {
     QCOMPARE(control<QLabel>("Label_sample_note")->text().section('\n', 0, 0),
              QString("No stn file was located"));
     (void)folder_->write("field/utm.stn", made_stn(70));
+    click("Command_back");
+    click("Command_process_files");
     choose("Combo_data_type", 0);
-    choose("Combo_data_reduced", 0);
     type_cell(0, specify, "200");
     type_cell(1, specify, "0");
     type_cell(2, specify, "1");
@@ -624,7 +382,9 @@ class FormImportTest : public QObject, private WindowFixture {
         "Data import complete. 1 of 1 file gave 402 readings at "));
     Module_data_file::ImportChoices choices;
     choices.ReferenceType = choices.ReductionType = 0;
-    choices.decode = decode_;
+    choices.decode[Module_data_file::decode_line_number].specified = "200E";
+    choices.decode[Module_data_file::decode_event].specified = "0";
+    choices.decode[Module_data_file::decode_sample_rate].specified = "1";
     ImportReport scanned;
     QCOMPARE(
         run_import(choices, {folder_->path("field/day.edi")}, Module_data_file::ImportMode::scan, scanned),
