@@ -39,6 +39,9 @@
 #include "platform/system/system_facts.h"
 #include "platform/widgets/typed_text.h"
 #include "reduction/averages.h"
+#include "survey_edits/undo_removal.h"
+#include "survey_edits/windows/Form_remove_readings.h"
+#include "survey_edits/windows/Form_rename.h"
 #include "ui_Form_main.h"
 
 namespace {
@@ -171,10 +174,17 @@ void Form_main::connect_data_menus() {
             [this, index] { view_table(Module_database::viewed_tables.at(index)); });
   }
   connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
+  connect_survey_edits();
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
   Module_Brenlox::set_redo_listener([this](bool available) { ui_->menu_redo->setEnabled(available); });
+}
+
+void Form_main::connect_survey_edits() {
+  connect(ui_->menu_database_remove, &QAction::triggered, this, &Form_main::remove_readings);
+  connect(ui_->menu_database_undo_removal, &QAction::triggered, this, &Form_main::undo_removal);
+  connect(ui_->menu_database_rename, &QAction::triggered, this, &Form_main::rename_line_or_station);
 }
 
 void Form_main::connect_output_menus() {
@@ -300,6 +310,7 @@ void Form_main::set_database_menus(bool open) {
                               ui_->menu_view_data, ui_->menu_thresholds, ui_->menu_output->menuAction()}) {
     item->setVisible(open);
   }
+  ui_->menu_database_undo_removal->setEnabled(Module_survey_edits::removal_can_be_undone());
   for (QAction* const item : {ui_->menu_database_file_0, ui_->menu_import->menuAction()}) {
     item->setVisible(true);
     item->setEnabled(true);
@@ -358,6 +369,7 @@ void Form_main::show_output_panel(Module_output::OutputKind kind) {
 }
 
 void Form_main::survey_changed() {
+  ui_->menu_database_undo_removal->setEnabled(Module_survey_edits::removal_can_be_undone());
   display_->reload();
   show_panels(session().station_count > 0);
 }
@@ -381,6 +393,40 @@ void Form_main::import_data() {
   rhoplus_->close_results();
   Form_import_MTData(import_decode_, this).exec();
   survey_changed();  // a run that failed or was stopped has stored files, too
+}
+
+void Form_main::remove_readings() {
+  const int result = trap_errors("An error occurred while reading the survey: ", [this] {
+    Module_database::require_writable();
+    return Form_remove_readings(Module_survey_edits::survey_contents(), this).exec() == QDialog::Accepted
+               ? 0
+               : -1;
+  });
+  if (result == 0) {
+    rhoplus_->close_results();
+    survey_changed();
+  }
+}
+
+void Form_main::undo_removal() {
+  std::string told;
+  if (Module_survey_edits::undo_removal(told) == Module_averaged_data::Outcome::finished) {
+    rhoplus_->close_results();
+    survey_changed();
+    user_interface().show_message(told);
+  }
+}
+
+void Form_main::rename_line_or_station() {
+  const int result = trap_errors("An error occurred while reading the survey: ", [this] {
+    Module_database::require_writable();
+    Form_rename dialog(Module_survey_edits::survey_contents(), session().current_line, this);
+    return dialog.exec() == QDialog::Accepted ? 0 : -1;
+  });
+  if (result == 0) {
+    rhoplus_->close_results();
+    survey_changed();
+  }
 }
 
 void Form_main::view_table(const Module_database::ViewedTable& table) {

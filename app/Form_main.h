@@ -64,6 +64,10 @@ class Form_main : public QMainWindow {
   void show_output_panel(Module_output::OutputKind kind);
   void recalculate_merged();
   void import_data();
+  void connect_survey_edits();
+  void remove_readings();
+  void undo_removal();
+  void rename_line_or_station();
   void select_frequencies();
   void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;

@@ -25,6 +25,8 @@ Command add_curve_command(Program& program);
 Command add_invert_command(Program& program);
 Command add_plots_command(Program& program);  // only in a build with windows
 Command add_projection_command(Program& program);
+Command add_remove_command(Program& program);
+Command add_rename_command(Program& program);
 Command add_response_command(Program& program);
 Command add_rhoplus_command(Program& program);
 Command add_mask_topo_command(Program& program);

@@ -14,6 +14,7 @@
 #include "core/trap_errors.h"
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/import_run.h"
+#include "import/report_groups.h"
 #include "platform/files/files_in_use.h"
 #include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
@@ -23,9 +24,11 @@ namespace {
 
 using formats::FileReport;
 using Module_data_file::DecodeRow;
+using Module_data_file::GroupKind;
 using Module_data_file::ImportChoices;
 using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
+using Module_data_file::ReportGroup;
 using Module_data_file::StationsBy;
 using Module_data_file::TurnEy;
 
@@ -47,26 +50,46 @@ void print_stations(const ImportReport& report) {
   }
 }
 
-/// Says which stations different sites came to.
-void print_shared_stations(const ImportReport& report) {
-  if (!report.shared_stations.empty()) {
-    user_interface().show_message("Different sites come to one line and station, as its repeats:\n" +
-                                  Module_data_file::list_of_shared_stations(report.shared_stations));
+/// Files that gave nothing, or an error on the way: those of one reason in one message.
+void print_failures(const ReportGroup& group, const ImportReport& report) {
+  if (group.files.size() == 1) {
+    const FileReport& file = report.files[group.files.front().index];
+    user_interface().show_message("Not imported: " + file.file + ": " + group.text);
+    return;
+  }
+  std::string text = group.title();
+  for (const ReportGroup::File& file : group.files) {
+    text += "\n  " + report.files[file.index].file;
+  }
+  user_interface().show_message(text);
+}
+
+/// Says what needs an action, each kind in a message, with the option that would help.
+void print_problems(const std::vector<ReportGroup>& groups, const ImportReport& report) {
+  for (const ReportGroup& group : groups) {
+    if (group.kind == GroupKind::failure) {
+      print_failures(group, report);
+    } else if (group.kind == GroupKind::different_sites) {
+      user_interface().show_message("Different sites come to one line and station, as its repeats:\n" +
+                                    Module_data_file::list_of_shared_stations(report.shared_stations));
+    } else if (group.needs_action()) {
+      user_interface().show_message(group.title() + (group.advice.empty() ? "" : "; " + group.advice));
+    }
   }
 }
 
-/// Says which option would read more out of the files.
-void print_hints(const ImportReport& report, const ImportChoices& choices) {
-  const auto impedances_only = std::ranges::count_if(report.files, &FileReport::impedances_only);
-  if (impedances_only > 0 && !choices.compute_from_impedance) {
-    user_interface().show_message("Files with impedances only: " + plain_text(impedances_only) +
-                                  "; --from-impedance computes their curves");
+/// What was read otherwise than it stands or left unused, a line for each kind; the report has it by file.
+void print_remarks(const std::vector<ReportGroup>& groups) {
+  constexpr std::size_t most_kinds = 20;
+  std::size_t kinds = 0;
+  for (const ReportGroup& group : groups) {
+    if (group.kind > GroupKind::replaced && ++kinds <= most_kinds) {
+      std::cout << group.title() << ": " << group.remarks
+                << (group.remarks == 1 ? " remark\n" : " remarks\n");
+    }
   }
-  const auto negative_phases = std::ranges::count_if(report.files, &FileReport::all_yx_phases_negative);
-  if (negative_phases > 0 && choices.turn_ey == TurnEy::never) {
-    user_interface().show_message(
-        "Files whose YX phases are all negative, and masked: " + plain_text(negative_phases) +
-        "; --turn-ey turns those of -180..-90, --turn-ey=always all");
+  if (kinds > most_kinds) {
+    std::cout << "and " << kinds - most_kinds << " more kinds of remarks\n";
   }
 }
 
@@ -91,11 +114,7 @@ void print_summary(const ImportReport& report, bool scan) {
   std::int64_t failed = 0;
   for (const FileReport& file : report.files) {
     readings += file.readings;
-    if (!file.failure.empty() || file.readings == 0) {
-      ++failed;
-      user_interface().show_message("Not imported: " + file.file +
-                                    (file.failure.empty() ? "" : ": " + file.failure));
-    }
+    failed += !file.failure.empty() || file.readings == 0 ? 1 : 0;
   }
   std::cout << report.files.size() << " files, " << readings
             << (scan ? " readings met, " : " readings stored, ") << failed
@@ -135,9 +154,11 @@ int import_files(const ImportOptions& options, const FoundFiles& files) {
     print_stations(report);
   }
   print_accounts(report);
+  const std::vector<ReportGroup> groups =
+      Module_data_file::report_groups(report, Module_data_file::OptionNames::batch);
+  print_problems(groups, report);
   print_summary(report, options.scan);
-  print_shared_stations(report);
-  print_hints(report, planned.choices);
+  print_remarks(groups);
   if (!options.report.empty() && write_report(report, options.report) != 0) {
     return -1;
   }

@@ -3,12 +3,14 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "batch/command.h"
 #include "core/number_text.h"
+#include "database/sites.h"
 #include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
@@ -19,11 +21,13 @@ namespace {
 struct LineContents {
   std::string line;
   std::vector<double> stations;
+  std::vector<std::string> names;  // of their sites, likewise; empty if there is none
 };
 
 struct SurveyContents {
   std::vector<std::pair<std::string, std::int32_t>> tables;  // name, rows
   std::vector<LineContents> lines;
+  std::vector<Module_database::Site> sites;
   std::vector<std::int32_t> reference_types;
   std::vector<std::string> data_types;
   std::vector<double> dipoles;     // m
@@ -44,9 +48,10 @@ std::vector<LineContents> read_lines() {
   std::vector<LineContents> lines;
   for (const Module_database::ListedStation& station : Module_database::listed_stations()) {
     if (lines.empty() || lines.back().line != station.line) {
-      lines.push_back({station.line, {}});
+      lines.push_back({station.line, {}, {}});
     }
     lines.back().stations.push_back(station.station);
+    lines.back().names.push_back(station.name);
   }
   return lines;
 }
@@ -59,6 +64,7 @@ SurveyContents read_contents() {
     contents.tables.emplace_back(table, count.get_long("Rows"));
   }
   contents.lines = read_lines();
+  contents.sites = Module_database::listed_sites();
   contents.reference_types =
       distinct("ReferenceType", "", [](const dao::Recordset& row) { return row.get_long("ReferenceType"); });
   contents.data_types =
@@ -68,6 +74,21 @@ SurveyContents read_contents() {
   contents.scan_rates = distinct("SampleRate", " WHERE ReductionType<2",
                                  [](const dao::Recordset& row) { return row.get_double("SampleRate"); });
   return contents;
+}
+
+nlohmann::ordered_json json_of(const std::vector<Module_database::Site>& sites) {
+  using Json = nlohmann::ordered_json;
+  const auto known = [](const std::optional<double>& value) { return value ? Json(*value) : Json(); };
+  Json list = Json::array();
+  for (const Module_database::Site& site : sites) {
+    list.push_back({{"line", site.line},
+                    {"station", site.station},
+                    {"name", site.name.empty() ? Json() : Json(site.name)},
+                    {"latitude", known(site.latitude)},
+                    {"longitude", known(site.longitude)},
+                    {"elevation", known(site.elevation)}});
+  }
+  return list;
 }
 
 void print_json(const SurveyContents& contents) {
@@ -80,6 +101,7 @@ void print_json(const SurveyContents& contents) {
   for (const LineContents& line : contents.lines) {
     json["lines"].push_back({{"line", line.line}, {"stations", line.stations}});
   }
+  json["sites"] = json_of(contents.sites);
   json["reference_types"] = contents.reference_types;
   json["data_types"] = contents.data_types;
   json["dipoles"] = contents.dipoles;
@@ -92,6 +114,16 @@ std::string joined(const std::vector<double>& values) {
   std::string text;
   for (const double value : values) {
     text += (text.empty() ? "" : " ") + plain_text(value);
+  }
+  return text;
+}
+
+/// "100 (ET001) 200 300 (ET003)"
+std::string stations_of(const LineContents& line) {
+  std::string text;
+  for (std::size_t index = 0; index < line.stations.size(); ++index) {
+    text += (text.empty() ? "" : " ") + plain_text(line.stations[index]);
+    text += line.names[index].empty() ? "" : " (" + line.names[index] + ")";
   }
   return text;
 }
@@ -126,7 +158,7 @@ void print_table(const SurveyContents& contents) {
             << std::setw(name_width) << "Line"
             << "Stations\n";
   for (const LineContents& line : contents.lines) {
-    std::cout << std::setw(name_width) << line.line << joined(line.stations) << '\n';
+    std::cout << std::setw(name_width) << line.line << stations_of(line) << '\n';
   }
   std::cout << '\n';
   std::cout << std::setw(name_width) << "Reference types" << reference_names(contents.reference_types)
@@ -156,7 +188,7 @@ Command add_info_command(Program& program) {
   Parser parser = program.add_command("info", "Shows what a survey holds");
   add_survey_argument(parser, options->survey);
   parser.add_flag("--json", options->json,
-                  "as JSON: tables, lines, reference_types, data_types, dipoles, scan_rates");
+                  "as JSON: tables, lines, sites, reference_types, data_types, dipoles, scan_rates");
   return {parser, [options] { return run_info(*options); }};
 }
 

@@ -21,6 +21,8 @@ constexpr AddCommand add_commands[] = {
     Batch::add_new_command,
     Batch::add_import_command,
     Batch::add_recalculate_command,
+    Batch::add_remove_command,
+    Batch::add_rename_command,
     Batch::add_info_command,
     Batch::add_curve_command,
     Batch::add_zonge_command,

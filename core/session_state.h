@@ -93,6 +93,7 @@ struct SessionState {
   std::vector<StationPlace> station_table;  // the entry of station index i, which counts from 1, is at i - 1
   std::vector<std::string> station_line;    // likewise
   std::vector<double> station_value;
+  std::vector<std::string> station_name;  // of the site, as its file has it; empty if it has none
   std::vector<std::int32_t> station_id;
   std::vector<std::int32_t> line_of_station;        // line number, from 1, by station
   std::vector<std::int32_t> first_station_of_line;  // station index by line, with one more entry: the end

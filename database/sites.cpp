@@ -143,6 +143,11 @@ std::optional<Site> find_site(std::string_view line, double station) {
   return row.eof() ? std::nullopt : std::optional(site_of(row));
 }
 
+std::string shown_name(const Site& site) {
+  const bool repeats_number = is_numeric(site.name) && numeric_value(site.name) == site.station;
+  return repeats_number ? std::string() : site.name;
+}
+
 std::vector<Site> listed_sites() {
   return sites_where("SELECT * FROM SitesTable ORDER BY Val(SurveyLine),Station");
 }

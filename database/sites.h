@@ -41,6 +41,9 @@ void forget_site(std::string_view line, double station, std::string_view SurveyF
 /// The site of a station. Needs an open survey; throws dao::Error.
 std::optional<Site> find_site(std::string_view line, double station);
 
+/// What a site is called beside its station: its name, but nothing where that only repeats the number.
+std::string shown_name(const Site& site);
+
 /// All sites by line and station. Needs an open survey; throws dao::Error.
 std::vector<Site> listed_sites();
 

@@ -6,23 +6,12 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
+#include "database/line_names.h"
 #include "database/survey_database.h"
 
 namespace Module_database {
 
 namespace {
-
-enum class LineAxis { local_x, local_y };  // along which axis the line's number counts
-
-char line_letter(std::string_view line) {
-  const std::size_t place = line.find_last_of("EWNSewns");
-  return place == std::string_view::npos ? 'E' : upper_case(line.substr(place, 1)).front();
-}
-
-LineAxis line_axis(std::string_view line) {
-  const char letter = line_letter(line);
-  return letter == 'N' || letter == 'S' ? LineAxis::local_y : LineAxis::local_x;
-}
 
 std::string station_criteria(std::string_view line, double station) {
   return "SurveyLine = '" + std::string(line) + "' AND Station = " + criterion_text(station);
@@ -50,27 +39,16 @@ std::int32_t add_row(dao::Recordset& recordset, std::string_view line, double st
   return recordset.get_long("ID");
 }
 
-void map_from_survey_grid(StationRows& rows) {
-  const SurveyHeaderValues& header = session().survey_header;
-  const double angle = header.grid_azimuth * 3.1415926 / 180.0;
-  const double dx = rows.LocalX - header.local_x_origin;
-  const double dy = rows.LocalY - header.local_y_origin;
-  rows.MapX = dx * std::cos(angle) + header.map_x_origin + dy * std::sin(angle);
-  rows.MapY = header.map_y_origin - dx * std::sin(angle) + dy * std::cos(angle);
-  rows.Elevation = 0.0;
-}
-
 StationRows create_station(std::string_view line, double station, const GivenPlace* place) {
-  const double line_number = line_to_number(line);
-  const bool counts_east = line_axis(line) == LineAxis::local_x;
-  StationRows rows = counts_east ? find_location(line_number, station) : find_location(station, line_number);
+  const LocalPlace local = local_place(line, station);
+  StationRows rows = find_location(local.x, local.y);
   if (rows.LocationID == no_row) {
     if (place != nullptr) {
       rows.MapX = place->MapX;
       rows.MapY = place->MapY;
       rows.Elevation = place->Elevation;
     }
-    rows.LocationID = add_row(open_survey().locations, line, station, rows);
+    rows.LocationID = add_location(line, station, rows);
   }
   rows.StationID = add_row(open_survey().stations, line, station, rows);
   return rows;
@@ -121,6 +99,26 @@ bool has_own_map_place(const StationPlace& place) {
   map_from_survey_grid(grid);
   const bool is_given = place.map_x != 0.0 || place.map_y != 0.0;  // heads without a place have zeros
   return is_given && std::abs(place.map_x - grid.MapX) + std::abs(place.map_y - grid.MapY) > same_place;
+}
+
+void map_from_survey_grid(StationRows& rows) {
+  const SurveyHeaderValues& header = session().survey_header;
+  const double angle = header.grid_azimuth * 3.1415926 / 180.0;
+  const double dx = rows.LocalX - header.local_x_origin;
+  const double dy = rows.LocalY - header.local_y_origin;
+  rows.MapX = dx * std::cos(angle) + header.map_x_origin + dy * std::sin(angle);
+  rows.MapY = header.map_y_origin - dx * std::sin(angle) + dy * std::cos(angle);
+  rows.Elevation = 0.0;
+}
+
+LocalPlace local_place(std::string_view line, double station) {
+  const double line_number = line_to_number(line);
+  return line_direction(line) == LineDirection::local_east ? LocalPlace{line_number, station}
+                                                           : LocalPlace{station, line_number};
+}
+
+std::int32_t add_location(std::string_view line, double station, const StationRows& rows) {
+  return add_row(open_survey().locations, line, station, rows);
 }
 
 double line_to_number(std::string_view line) {

@@ -45,6 +45,21 @@ StationRows find_location(double local_x, double local_y);
 /// makes of its local coordinates, and these are only its line and number again.
 bool has_own_map_place(const StationPlace& place);
 
+/// Sets map coordinates and elevation of a place to what the survey grid gives for its local coordinates.
+void map_from_survey_grid(StationRows& rows);
+
+/// Local coordinates, m.
+struct LocalPlace {
+  double x = 0.0;
+  double y = 0.0;
+};
+
+/// Where a station is by its line and number.
+LocalPlace local_place(std::string_view line, double station);
+
+/// Adds a location that a station of this name gives. @return its ID
+std::int32_t add_location(std::string_view line, double station, const StationRows& rows);
+
 /// The number of a line text without its letter, negative for W and S: 200 for "200E", -200 for "200W".
 double line_to_number(std::string_view line);
 

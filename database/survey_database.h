@@ -14,10 +14,19 @@
 
 namespace Module_database {
 
+/// The rows that the last removal has taken out of a survey are on the shelf of its database, until the next
+/// removal or the survey's end.
+struct TakenOut {
+  std::unique_ptr<PrivateFolder> folder;  // of the shelf's file; null: there is no shelf yet
+  bool can_come_back = false;
+  std::int64_t changes = 0;  // of the database, when they had gone: nothing was edited while it has no others
+};
+
 struct OpenSurvey {
   // Of a survey whose file or folder can't be written: the copy that is worked on. Goes after the database.
   std::unique_ptr<PrivateFolder> private_folder;
   std::string private_copy;
+  TakenOut taken_out;
   dao::Database database;
   dao::Recordset survey_header;
   dao::Recordset stations;  // ordered by the line's number, line, station

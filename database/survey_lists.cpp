@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
+#include "database/sites.h"
 #include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "platform/dao/case_folding.h"
@@ -34,7 +36,27 @@ ListedStation station_of(const dao::Recordset& row) {
           row.get_text("SurveyLine"),
           row.get_double("Station"),
           {row.get_double("LocalX"), row.get_double("LocalY"), row.get_double("MapX"), row.get_double("MapY"),
-           row.get_double("Elevation")}};
+           row.get_double("Elevation")},
+          {}};
+}
+
+/// Gives each station the name of its site.
+void add_names(std::vector<ListedStation>& stations) {
+  std::map<std::pair<std::string, double>, std::string> names;
+  for (const Site& site : listed_sites()) {
+    if (std::string name = shown_name(site); !name.empty()) {
+      names.emplace(std::pair(dao::folded_text(site.line), site.station), std::move(name));
+    }
+  }
+  if (names.empty()) {
+    return;
+  }
+  for (ListedStation& station : stations) {
+    const auto found = names.find({dao::folded_text(station.line), station.station});
+    if (found != names.end()) {
+      station.name = found->second;
+    }
+  }
 }
 
 /// The values of a column in the files and in the readings, each once.
@@ -73,6 +95,7 @@ std::vector<ListedStation> listed_stations() {
   for (ListedStation& station : stations) {
     station.line = spelling_of(station).line;
   }
+  add_names(stations);
   return stations;
 }
 

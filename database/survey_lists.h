@@ -17,6 +17,7 @@ struct ListedStation {
   std::string line;
   double station = 0.0;
   StationPlace place;
+  std::string name;  // of its site; empty if it has none
 };
 
 /// All stations by the lines' numbers, then by their names; those of a line together, ascending.

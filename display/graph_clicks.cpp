@@ -7,6 +7,7 @@
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "display/raw_plot.h"
+#include "display/selection.h"
 #include "display/station_plot.h"
 #include "reduction/data_sets/data_sets.h"
 
@@ -66,16 +67,6 @@ bool go_to_scan_rate(const StationSlot& slot, PointClick& click) {
   return true;
 }
 
-std::int32_t station_index_of(const averaged::ProfileColumn& column) {
-  const std::int32_t first = first_station_of_current_line();
-  for (std::int32_t index = first; index >= 1 && index < first + session().stations_in_line; ++index) {
-    if (session().station_id[static_cast<std::size_t>(index) - 1] == column.StationID) {
-      return index;
-    }
-  }
-  return -1;
-}
-
 }  // namespace
 
 PointClick click_raw_point(Component component, std::size_t series, std::size_t point) {
@@ -120,7 +111,7 @@ PointClick click_profile_point(Component component, std::size_t series, std::siz
   }
   click.frequency_text = shown_as(data.frequencies[series]);
   click.status_text = click.frequency_text;
-  const std::int32_t station = station_index_of(data.columns[point]);
+  const std::int32_t station = station_index_of(data.columns[point].StationID);
   if (station != session().current_station_index) {
     click.station_to_display = station;
   } else if (click.frequency_text == shown_frequency) {

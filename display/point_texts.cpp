@@ -4,9 +4,12 @@
 #include <exception>
 
 #include "core/number_text.h"
+#include "core/session_state.h"
 #include "core/text_fields.h"
 #include "database/survey_database.h"
 #include "display/raw_plot.h"
+#include "display/selection.h"
+#include "display/site_names.h"
 #include "display/station_plot.h"
 #include "reduction/data_sets/data_sets.h"
 
@@ -98,6 +101,14 @@ std::string file_of(const StoredReading& reading) {
   }
 }
 
+/// The displayed station in a line of its own, if its site has a name.
+std::string site_line() {
+  const std::int32_t index = session().current_station_index;
+  return site_name(index).empty()
+             ? std::string()
+             : with_site_name("\nStation " + plain_text(session().current_station), index);
+}
+
 std::string reading_point_text(const std::string& series, const StoredReading& reading, std::size_t point,
                                Component component, float factor, std::size_t repeats) {
   const auto field = static_cast<Module_database::Field>(static_cast<int>(component) + 1);
@@ -133,7 +144,8 @@ std::string raw_point_text(std::size_t slot, std::size_t point, Component compon
     series += " (event " + format_number(reading.EventNumber, "0") + ")";
   }
   return reading_point_text(series, reading, point, component, 1.0F,
-                            repeats_at(reading.curve.frequencies[point], component));
+                            repeats_at(reading.curve.frequencies[point], component)) +
+         site_line();
 }
 
 std::string station_point_text(std::size_t slot, std::size_t point, Component component) {
@@ -145,7 +157,9 @@ std::string station_point_text(std::size_t slot, std::size_t point, Component co
   const StoredReading& reading = slots[slot].reading;
   const std::size_t repeats =
       are_loaded(slots[slot]) ? repeats_at(reading.curve.frequencies[point], component) : 0;
-  return reading_point_text(station_series_label(slot), reading, point, component, factor, repeats);
+  const bool neighbour = slots[slot].kind == averaged::StationSlotKind::neighbour;  // its label names it
+  return reading_point_text(station_series_label(slot), reading, point, component, factor, repeats) +
+         (neighbour ? std::string() : site_line());
 }
 
 std::string profile_point_text(std::size_t frequency_index, std::size_t column, Component component) {
@@ -160,8 +174,9 @@ std::string profile_point_text(std::size_t frequency_index, std::size_t column, 
   const float factor = resistivity ? at.ResOffset : 1.0F;
   const bool off = !at.UseReading || !(resistivity ? at.UseResistivity : at.UsePhase) ||
                    at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
-  return "Station " + plain_text(at.station) + ": " + frequency_text(data.frequencies[frequency_index]) +
-         " Hz, " + value_text(value, error, component, factor, 0) + (off ? ", masked" : "");
+  return with_site_name("Station " + plain_text(at.station), station_index_of(at.StationID)) + ": " +
+         frequency_text(data.frequencies[frequency_index]) + " Hz, " +
+         value_text(value, error, component, factor, 0) + (off ? ", masked" : "");
 }
 
 }  // namespace Module_display_data

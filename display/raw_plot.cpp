@@ -4,6 +4,7 @@
 #include "core/session_state.h"
 #include "display/plot_colours.h"
 #include "display/profile_plot.h"
+#include "display/site_names.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
@@ -40,7 +41,10 @@ GraphPair raw_plot(bool fixed_scale) {
   return plot;
 }
 
-std::string raw_label() { return "Average/raw for " + format_number(session().current_station, "0"); }
+std::string raw_label() {
+  return with_short_site_name("Average/raw for " + format_number(session().current_station, "0"),
+                              session().current_station_index);
+}
 
 std::string raw_series_label(std::size_t slot) {
   return slot == 0 ? "Average" : "Repeat " + format_number(static_cast<std::int64_t>(slot), "0");

@@ -43,6 +43,7 @@ void clear_selection() {
   state.station_table.clear();
   state.station_line.clear();
   state.station_value.clear();
+  state.station_name.clear();
   state.station_id.clear();
   state.line_of_station.clear();
   state.first_station_of_line.clear();
@@ -95,6 +96,7 @@ void read_stations(SelectionLists& lists) {
     state.station_table.push_back(listed.place);
     state.station_line.push_back(std::move(listed.line));
     state.station_value.push_back(listed.station);
+    state.station_name.push_back(std::move(listed.name));
     state.station_id.push_back(listed.ID);
     state.line_of_station.push_back(static_cast<std::int32_t>(lists.lines.size()));
   }
@@ -377,6 +379,12 @@ std::int32_t first_station_of_current_line() {
     return -1;
   }
   return state.first_station_of_line[static_cast<std::size_t>(state.current_line_index) - 1];
+}
+
+std::int32_t station_index_of(std::int32_t StationID) {
+  const auto& IDs = session().station_id;
+  const auto found = std::ranges::find(IDs, StationID);
+  return found == IDs.end() ? -1 : static_cast<std::int32_t>(found - IDs.begin()) + 1;
 }
 
 Redisplay readings_changed() {

@@ -77,6 +77,9 @@ int neighbour_count_of(std::string& text);
 /// The first station of the current line, from 1; -1 without a current line.
 std::int32_t first_station_of_current_line();
 
+/// A station by the ID of its row, from 1; -1 if the lists don't have it.
+std::int32_t station_index_of(std::int32_t StationID);
+
 /// The place of the current station in its line, from 1; 0 if none is selected.
 std::int32_t place_in_line();
 

@@ -7,6 +7,7 @@
 #include "core/session_state.h"
 #include "display/plot_colours.h"
 #include "display/profile_plot.h"
+#include "display/site_names.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
@@ -92,7 +93,10 @@ GraphPair station_plot(bool fixed_scale) {
   return plot;
 }
 
-std::string station_label() { return "Merge/averages for " + format_number(session().current_station, "0"); }
+std::string station_label() {
+  return with_short_site_name("Merge/averages for " + format_number(session().current_station, "0"),
+                              session().current_station_index);
+}
 
 std::string station_series_label(std::size_t slot) {
   const auto& slots = Module_averaged_data::data_sets().station.slots;
@@ -111,7 +115,7 @@ std::string station_series_label(std::size_t slot) {
     case StationSlotKind::neighbour:
       break;
   }
-  return "Merged for " + plain_text(slots[slot].station);
+  return with_site_name("Merged for " + plain_text(slots[slot].station), slots[slot].station_index);
 }
 
 }  // namespace Module_display_data

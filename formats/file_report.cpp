@@ -12,9 +12,9 @@ constexpr std::size_t remarks_kept = 100;     // of each kind for one file; nobo
 constexpr std::size_t account_kept = 200000;  // lines of one file, some 20 MB
 constexpr std::size_t quoted_length = 40;     // bytes
 
-void add(FileReport& report, std::vector<ReportRemark>& remarks, std::int64_t line, std::string text) {
+void add(FileReport& report, std::vector<ReportRemark>& remarks, ReportRemark&& remark) {
   if (remarks.size() < remarks_kept) {
-    remarks.push_back({line, std::move(text)});
+    remarks.push_back(std::move(remark));
   } else {
     ++report.remarks_dropped;
   }
@@ -22,12 +22,12 @@ void add(FileReport& report, std::vector<ReportRemark>& remarks, std::int64_t li
 
 }  // namespace
 
-void remark_ignored(FileReport& report, std::int64_t line, std::string text) {
-  add(report, report.ignored, line, std::move(text));
+void remark_ignored(FileReport& report, std::int64_t line, std::string text, std::string kind) {
+  add(report, report.ignored, {line, std::move(text), std::move(kind)});
 }
 
 void remark_unreadable(FileReport& report, std::int64_t line, std::string text) {
-  add(report, report.unreadable, line, std::move(text));
+  add(report, report.unreadable, {line, std::move(text), {}});
 }
 
 void add_to_account(FileReport& report, std::string text) {

@@ -14,6 +14,7 @@ namespace formats {
 struct ReportRemark {
   std::int64_t line = 0;  // from 1; 0 if it concerns the whole file
   std::string text;       // "'abc' is not a number, taken as absent"
+  std::string kind;       // the same for all of a kind; empty where the words of the text tell it
 };
 
 struct FileReport {
@@ -31,6 +32,7 @@ struct FileReport {
   std::string replaced_name;             // under which that import stored the file
   std::string failure;           // why the file gave nothing, or an error on the way; empty if all went well
   bool impedances_only = false;  // has impedances but neither resistivities nor phases
+  bool curves_computed = false;  // from impedances where it has nothing else; in a scan: would be
   bool all_yx_phases_negative = false;
 
   [[nodiscard]] bool has_remarks() const {
@@ -40,7 +42,8 @@ struct FileReport {
 };
 
 /// Notes something in the file that was left unused. Beyond the number kept for one file it is only counted.
-void remark_ignored(FileReport& report, std::int64_t line, std::string text);
+/// @param kind  for texts that are made of names
+void remark_ignored(FileReport& report, std::int64_t line, std::string text, std::string kind = {});
 
 /// Notes something in the file that could not be read as it is, likewise.
 void remark_unreadable(FileReport& report, std::int64_t line, std::string text);

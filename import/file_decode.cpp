@@ -12,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
+#include "database/line_names.h"
 #include "formats/edi/edi_lines.h"
 #include "formats/edi/edi_tags.h"
 #include "formats/head_dates.h"
@@ -37,50 +38,17 @@ int shown(ShowFault show, const std::string& fault) {
   return -1;
 }
 
-bool ends_with_digit(std::string_view text) {
-  return !text.empty() && text.back() >= '0' && text.back() <= '9';
-}
-
-// The line's number and normal form; the fault is empty if it is valid.
-std::string line_fault(std::string_view text, LineDirection direction, double& number, std::string& line) {
-  const std::string typed = upper_case(trimmed(text));
-  double value = 0.0;
-  char letter = ' ';
-  if (ends_with_digit(typed)) {
-    if (!is_numeric(typed)) {
-      return "The supplied Line number is not valid";
-    }
-    value = numeric_value(typed);
-    const bool along_east = direction == LineDirection::local_east;
-    letter = value < 0.0 ? (along_east ? 'W' : 'S') : (along_east ? 'E' : 'N');
-  } else {
-    letter = typed.empty() ? ' ' : typed.back();
-    if (std::string_view("NSEW").find(letter) == std::string_view::npos) {
-      return "The supplied Line number suffix is not valid";
-    }
-    const std::string_view digits = std::string_view(typed).substr(0, typed.size() - 1);
-    if (!is_numeric(digits) || !std::isfinite(numeric_value(digits))) {
-      return "The supplied Line number value is not valid";
-    }
-    value = numeric_value(digits);
-    if (letter == 'W' || letter == 'S') {
-      value = -value;
-      if (value > 0.0) {  // "-200S" is on the other side
-        letter = letter == 'S' ? 'N' : 'E';
-        value = -value;
-      }
-    }
-  }
-  number = value;
-  line = format_number(std::abs(value), "0") + letter;
-  return no_fault;
+std::string typed_line_fault(std::string& text, LineDirection direction) {
+  Module_database::LineName line;
+  std::string fault = Module_database::line_fault(text, direction, line);
+  text = fault.empty() ? line.text : text;
+  return fault;
 }
 
 std::string typed_value_fault(std::size_t row, ImportChoices& choices) {
   std::string& text = choices.decode[row].specified;
   if (row == decode_line_number) {
-    double number = 0.0;
-    return line_fault(text, choices.line_direction, number, text);
+    return typed_line_fault(text, choices.line_direction);
   }
   const double value = numeric_value(text);
   if (row == decode_event) {
@@ -99,9 +67,8 @@ std::string typed_value_fault(std::size_t row, ImportChoices& choices) {
 
 // The specified line is that of files in other folders; it may be missing.
 std::string folder_lines_fault(ImportChoices& choices) {
-  double number = 0.0;
   for (FolderLine& each : choices.folder_lines) {
-    std::string fault = line_fault(each.line, choices.line_direction, number, each.line);
+    std::string fault = typed_line_fault(each.line, choices.line_direction);
     if (!fault.empty()) {
       return fault;
     }
@@ -335,7 +302,13 @@ int decode_file_format(ShowFault show, ReadingRecord& record) {
 
 int decode_line(ShowFault show, std::string_view text, LineDirection direction, double& number,
                 std::string& line) {
-  return shown(show, line_fault(text, direction, number, line));
+  Module_database::LineName name;
+  const std::string fault = Module_database::line_fault(text, direction, name);
+  if (fault.empty()) {
+    number = name.number;
+    line = name.text;
+  }
+  return shown(show, fault);
 }
 
 void decode_file_name(const std::string& file, ReadingRecord& record, SampleFields& sample,

@@ -10,6 +10,8 @@
 
 #include "projections/coord_system.h"
 
+#include "database/line_names.h"
+
 namespace Module_data_file {
 
 /// How line, event or sample rate of a file are found: cut from its name, or typed.
@@ -24,10 +26,7 @@ inline constexpr std::array<std::string_view, 3> decode_row_titles{"Line Number"
 
 enum DecodeRowIndex : std::size_t { decode_line_number = 0, decode_event = 1, decode_sample_rate = 2 };
 
-enum class LineDirection {
-  local_east,   // "Line is Local E, Station is Local N"
-  local_north,  // "Line is Local N, Station is Local E"
-};
+using Module_database::LineDirection;
 
 using DecodeTable = std::array<DecodeRow, 3>;
 

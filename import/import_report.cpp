@@ -61,7 +61,8 @@ std::string files_and_readings(const std::vector<FileReport>& files) {
 
 bool ImportReport::has_remarks() const {
   return std::any_of(files.begin(), files.end(), [](const FileReport& file) {
-    return file.has_remarks() || file.sections_turned > 0 || file.replaced_readings > 0;
+    return file.has_remarks() || has_negative_phases(file) || lacks_curves(file) ||
+           file.sections_turned > 0 || file.replaced_readings > 0;
   });
 }
 
@@ -107,22 +108,6 @@ std::string ImportReport::summary() const {
   return files_and_readings(files) + (stopped ? "; the run was stopped" : "");
 }
 
-std::string ImportReport::to_text() const {
-  std::string text = summary() + "\n";
-  for (const FileReport& file : files) {
-    text += file.file + ": " + plain_text(file.sections) + " sections, " + plain_text(file.readings) +
-            " readings, " + plain_text(file.frequencies) + " frequencies, Ey turned in " +
-            counted(file.sections_turned, "section") + "\n";
-    if (const std::string line = replaced_line(file); !line.empty()) {
-      text += "    " + line + "\n";
-    }
-    for (const std::string& line : remark_lines(file)) {
-      text += "    " + line + "\n";
-    }
-  }
-  return text;
-}
-
 std::int64_t remark_count(const FileReport& file) {
   return static_cast<std::int64_t>(file.ignored.size() + file.unreadable.size()) +
          (file.failure.empty() ? 0 : 1) + file.remarks_dropped;
@@ -136,6 +121,24 @@ std::string replaced_line(const FileReport& file) {
          formats::in_quotes(file.replaced_name);
 }
 
+bool has_negative_phases(const FileReport& file) {
+  return file.all_yx_phases_negative && file.sections_turned < file.sections;
+}
+
+bool lacks_curves(const FileReport& file) { return file.impedances_only && !file.curves_computed; }
+
+std::string remark_line(const ReportRemark& remark) {
+  return (remark.line > 0 ? "line " + plain_text(remark.line) + ": " : std::string()) + remark.text;
+}
+
+std::vector<std::string> account_lines(const FileReport& file) {
+  std::vector<std::string> lines = file.account;
+  if (file.account_dropped > 0) {
+    lines.push_back("and " + plain_text(file.account_dropped) + " more lines of the account");
+  }
+  return lines;
+}
+
 std::vector<std::string> remark_lines(const FileReport& file) {
   std::vector<std::string> lines;
   if (!file.failure.empty()) {
@@ -143,17 +146,14 @@ std::vector<std::string> remark_lines(const FileReport& file) {
   }
   for (const auto* const remarks : {&file.unreadable, &file.ignored}) {
     for (const ReportRemark& remark : *remarks) {
-      lines.push_back((remark.line > 0 ? "line " + plain_text(remark.line) + ": " : std::string()) +
-                      remark.text);
+      lines.push_back(remark_line(remark));
     }
   }
   if (file.remarks_dropped > 0) {
     lines.push_back("and " + plain_text(file.remarks_dropped) + " more remarks");
   }
-  lines.insert(lines.end(), file.account.begin(), file.account.end());
-  if (file.account_dropped > 0) {
-    lines.push_back("and " + plain_text(file.account_dropped) + " more lines of the account");
-  }
+  const std::vector<std::string> account = account_lines(file);
+  lines.insert(lines.end(), account.begin(), account.end());
   return lines;
 }
 

@@ -174,7 +174,8 @@ void remark_on_shared_stations(const std::vector<SharedStation>& shared,
       if (site.file_index < files.size()) {
         formats::remark_ignored(files[site.file_index], 0,
                                 site.name + " comes to station " + plain_text(place.station) + " of line " +
-                                    place.line + ", as does " + other);
+                                    place.line + ", as does " + other,
+                                std::string(different_sites_kind));
       }
     }
   }

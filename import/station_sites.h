@@ -8,6 +8,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -84,6 +85,9 @@ class FilesAtStations {
 
 /// The stations that different sites come to, in the import or with what the survey holds. Throws dao::Error.
 std::vector<SharedStation> shared_stations(const FoundSites& found, FilesAtStations& survey);
+
+/// The kind of these remarks.
+inline constexpr std::string_view different_sites_kind = "different sites come to one station";
 
 /// Notes each shared station in the reports of the files whose sites come to it after another.
 void remark_on_shared_stations(const std::vector<SharedStation>& shared,

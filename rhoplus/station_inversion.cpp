@@ -1,6 +1,7 @@
 #include "rhoplus/station_inversion.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -9,6 +10,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "database/sites.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "rhoplus/inversion_log.h"
@@ -54,13 +56,15 @@ std::string write_control_file(const fs::path& folder, const std::string& name, 
 }
 
 /// Inverts the rows and leaves control file and log; `result` keeps as much of the log as a text box takes.
-void run_with_files(const fs::path& folder, const std::string& stem, const std::string& control_text,
-                    numerics::rhoplus::RhoplusSurface surface, StationInversion& result) {
+/// @param title  of the data, in the log
+void run_with_files(const fs::path& folder, const std::string& stem, const std::string& title,
+                    const std::string& control_text, numerics::rhoplus::RhoplusSurface surface,
+                    StationInversion& result) {
   std::string failure = write_control_file(folder, stem + ".dat", control_text);
   const bool folder_takes_files = failure.empty();
   numerics::rhoplus::RhoplusInversion details;
   result.run = numerics::rhoplus::rhoplus(result.tables.data, surface, &details);
-  std::string log = inversion_log(stem, result.tables.data, surface, result.run, details);
+  std::string log = inversion_log(title, result.tables.data, surface, result.run, details);
   if (folder_takes_files) {
     failure = write_log(folder / (stem + ".out"), log);
   }
@@ -73,10 +77,21 @@ void run_with_files(const fs::path& folder, const std::string& stem, const std::
   result.log = std::move(log);
 }
 
+std::string in_brackets(const std::string& site_name) {
+  return site_name.empty() ? std::string() : " (" + site_name + ")";
+}
+
+/// The stem of the station's files, with the name of its site: the heading of the log.
+std::string log_title(const std::string& stem, const ReadingKey& key) {
+  const std::optional<Module_database::Site> site = Module_database::find_site(key.line, key.station);
+  return stem + in_brackets(site ? shown_name(*site) : std::string());
+}
+
 }  // namespace
 
-std::string inversion_title(const std::string& line, double station) {
-  return "Rhoplus Inversion for Line " + line + ", Station " + format_number(station, "0");
+std::string inversion_title(const std::string& line, double station, const std::string& site_name) {
+  return "Rhoplus Inversion for Line " + line + ", Station " + format_number(station, "0") +
+         in_brackets(site_name);
 }
 
 std::string log_or_reason(const StationInversion& inversion) {
@@ -119,8 +134,9 @@ int invert_station(const ReadingKey& key, const Frequencies& frequencies, const 
     }
     result.tables = Module_output::rhoplus_tables(result.merged, frequencies, settings);
     if (!result.tables.data.empty()) {
-      run_with_files(run_directory(session().database_file, key.reference_type, key.line),
-                     Module_output::rhoplus_stem(settings, key.station),
+      const std::string stem = Module_output::rhoplus_stem(settings, key.station);
+      run_with_files(run_directory(session().database_file, key.reference_type, key.line), stem,
+                     log_title(stem, key),
                      Module_output::rhoplus_control_text(result.tables, settings, key.station),
                      surface_of(settings), result);
     }

@@ -23,8 +23,8 @@ struct StationInversion {
   std::string missing_files;  // which files could not be left, and why, also in the log; empty if all are
 };
 
-/// "Rhoplus Inversion for Line 200E, Station 1250"
-std::string inversion_title(const std::string& line, double station);
+/// "Rhoplus Inversion for Line 200E, Station 1250", with the name of its site, if it has one, in brackets.
+std::string inversion_title(const std::string& line, double station, const std::string& site_name);
 
 inline constexpr const char* nothing_inverted = "No data to invert";
 

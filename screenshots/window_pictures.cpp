@@ -225,6 +225,8 @@ const WindowPicture pictures[] = {
        choose_data(window);
      }},
     {"import_report", "menu_import_MT", scan_damaged_files},
+    {"remove", "menu_database_remove"},
+    {"rename", "menu_database_rename"},
     {"table_viewer", "menu_view_table_2"},
     {"frequencies", "menu_thresholds"},
     {"mask_topo_model", "menu_occam2d_topo_mask", mask_run},

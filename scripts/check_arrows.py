@@ -44,6 +44,8 @@ ARROWS = {
     "projections": "database numerics/geodesy platform/settings_store",
     "projections/windows": f"projections {WIDGETS}",
     "reduction": "database",
+    "survey_edits": "reduction",
+    "survey_edits/windows": f"survey_edits {WIDGETS}",
     "display": "reduction projections platform/graph/plot_table platform/graph/axis_limits",
     "display/windows": f"display {WIDGETS}",
     "import": "formats reduction projections numerics",
@@ -54,11 +56,12 @@ ARROWS = {
     "occam": "output projections platform/graph/plot_table platform/graph/axis_limits",
     "occam/windows": f"occam {WIDGETS}",
     "samples": "occam",
-    "batch": "import rhoplus occam platform/console platform/system",
+    "batch": "import rhoplus occam survey_edits platform/console platform/system",
     "batch/offscreen_application": "",
     "batch/plots_command": "batch display/windows",  # drawn by the charts of the windows
     "batch/section_command": "batch occam/windows",
-    "app": "database/windows display/windows import/windows occam/windows rhoplus/windows platform/system",
+    "app": "database/windows display/windows import/windows occam/windows rhoplus/windows survey_edits/windows "
+    "platform/system",
     "screenshots": "app",
 }
 QT = re.compile(r"(.*/windows|platform/(graph|widgets)|app|screenshots|batch/offscreen_application)$")

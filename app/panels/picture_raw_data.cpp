@@ -16,6 +16,7 @@
 #include "core/session_state.h"
 #include "display/point_texts.h"
 #include "display/raw_plot.h"
+#include "display/site_names.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/scroll_column.h"
 #include "reduction/data_sets/data_sets.h"
@@ -104,6 +105,7 @@ void RawPanel::connect_controls() {
 
 bool RawPanel::display_raw_data(bool fixed_scale) {
   Label_raw_->setText(is_absent(session().current_station) ? QString() : qt_text(raw_label()));
+  Label_raw_->setToolTip(qt_text(site_name(session().current_station_index)));  // that the heading cuts
   Label_raw_graph_->clear();
   show_scan_rates();
   graphs_->show_plot(raw_plot(fixed_scale));

@@ -4,10 +4,13 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <utility>
+#include <vector>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "display/plan_view.h"
+#include "display/site_names.h"
 
 using namespace Module_display_data;
 
@@ -24,7 +27,8 @@ void draw_dot(QPainter& painter, PlanPoint at, double width, const QColor& colou
 }
 
 /// Each line is named at its first station that is seen, if its name meets none that is there already.
-void draw_line_names(QPainter& painter, double height) {
+/// @return what the names cover
+QRegion draw_line_names(QPainter& painter, double height) {
   painter.setPen(QColor(90, 90, 90));
   std::int32_t named_line = 0;
   QRegion taken;
@@ -42,6 +46,52 @@ void draw_line_names(QPainter& painter, double height) {
     if (!taken.intersects(room)) {
       painter.drawText(corner, name);
       taken += room;
+    }
+  }
+  return taken;
+}
+
+/// The places of the stations that are seen and have named sites.
+std::vector<std::pair<std::int32_t, QPointF>> named_stations(double height) {
+  std::vector<std::pair<std::int32_t, QPointF>> stations;
+  for (std::int32_t index = 1; index <= session().station_count; ++index) {
+    const PlanPoint place = station_place(index);
+    if (!site_name(index).empty() && in_plan_window(place)) {
+      const PlanPoint picture = to_picture(place, height);
+      stations.emplace_back(index, QPointF(picture.x, picture.y));
+    }
+  }
+  return stations;
+}
+
+/// The sites' names beside their dots, where they meet neither one another nor another dot: beyond a number
+/// that no plan has room for, not at all until fewer are seen.
+void draw_site_names(QPainter& painter, QSize size, QRegion taken) {
+  constexpr std::size_t most_names = 1000;
+  const auto stations = named_stations(size.height());
+  if (stations.size() > most_names) {
+    return;
+  }
+  const int dot = static_cast<int>(current_width);
+  for (const auto& [index, at] : stations) {
+    taken += QRect(at.toPoint() - QPoint(dot / 2, dot / 2), QSize(dot, dot));
+  }
+  painter.setPen(QColor(60, 60, 60));
+  const QFontMetrics metrics = painter.fontMetrics();
+  for (const auto& [index, at] : stations) {
+    const QString name = QString::fromStdString(shortened_name(site_name(index)));
+    const QSize text(metrics.horizontalAdvance(name), metrics.height());
+    const QPoint dot_at = at.toPoint();
+    // Right of the dot, left of it, above, below.
+    for (const QPoint corner :
+         {QPoint(dot, -text.height() / 2), QPoint(-dot - text.width(), -text.height() / 2),
+          QPoint(-text.width() / 2, -dot - text.height()), QPoint(-text.width() / 2, dot)}) {
+      const QRect room(dot_at + corner, text);
+      if (QRect(QPoint(), size).contains(room) && !taken.intersects(room)) {
+        painter.drawText(room, Qt::AlignCenter | Qt::TextDontClip, name);
+        taken += room;
+        break;
+      }
     }
   }
 }
@@ -89,7 +139,7 @@ void SiteMap::paintEvent(QPaintEvent* /*event*/) {
       draw_dot(painter, to_picture(place, height()), station_width, Qt::black);
     }
   }
-  draw_line_names(painter, height());
+  draw_site_names(painter, size(), draw_line_names(painter, height()));
   draw_scale_bar(painter, size());
 }
 
@@ -148,10 +198,12 @@ bool SiteMap::event(QEvent* event) {
   const std::int32_t station_index = station_under({1.0 * help.x(), 1.0 * help.y()}, height(), reach);
   if (station_index > 0) {
     const auto at = static_cast<std::size_t>(station_index) - 1;
-    QToolTip::showText(help.globalPos(),
-                       QString::fromStdString("Line " + session().station_line[at] + ", station " +
-                                              plain_text(session().station_value[at])),
-                       this);
+    QToolTip::showText(
+        help.globalPos(),
+        QString::fromStdString(with_site_name(
+            "Line " + session().station_line[at] + ", station " + plain_text(session().station_value[at]),
+            station_index)),
+        this);
   } else {
     QToolTip::showText(help.globalPos(),
                        "Click a station to select it; drag to move the plan, turn the wheel to zoom", this);

@@ -1,4 +1,5 @@
-// picture_site_map.h: the stations in plan, as dots in the plan window.
+// picture_site_map.h: the stations in plan, as dots in the plan window, with the names of their sites where
+// there is room.
 //
 // With the mouse: a click picks the nearest station, a drag moves the plan and never picks, the wheel zooms
 // about the pointer, and the dot under the pointer is named in a tool tip.

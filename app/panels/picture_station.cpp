@@ -15,6 +15,7 @@
 #include "core/session_state.h"
 #include "display/mask_commands.h"
 #include "display/point_texts.h"
+#include "display/site_names.h"
 #include "display/station_plot.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
@@ -127,6 +128,7 @@ void StationPanel::leave_static_factor() {
 
 void StationPanel::display_station_data(bool fixed_scale) {
   Label_station_->setText(is_absent(session().current_station) ? QString() : qt_text(station_label()));
+  Label_station_->setToolTip(qt_text(site_name(session().current_station_index)));  // that the heading cuts
   Label_station_graph_->clear();
   graphs_->show_plot(station_plot(fixed_scale));
 }

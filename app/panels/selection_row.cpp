@@ -12,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "display/site_names.h"
 #include "platform/widgets/horizontal_bar.h"
 #include "platform/widgets/panel_controls.h"
 
@@ -38,6 +39,7 @@ SelectionRow::SelectionRow(QWidget* parent)
     : QWidget(parent),
       Combo_line_(make_list("Combo_line")),
       Text_sample_station_(make_text("Text_sample_station", 8, true)),
+      Text_site_name_(make_text("Text_site_name", 12, true)),
       HScroll_repeat_(named(new StationBar, "HScroll_repeat")),
       Combo_reference_type_(make_list("Combo_reference_type")),
       Combo_data_type_(make_list("Combo_data_type")),
@@ -77,6 +79,9 @@ QHBoxLayout* SelectionRow::make_selection() {
   auto* const row = new QHBoxLayout;
   add_labelled(*row, "&Line", Combo_line_);
   add_labelled(*row, "Station", Text_sample_station_);
+  Text_site_name_->setAccessibleName("Site");
+  Text_site_name_->hide();
+  row->addWidget(Text_site_name_);
   HScroll_repeat_->setRange(1, 1);
   HScroll_repeat_->setFocusPolicy(Qt::StrongFocus);
   HScroll_repeat_->setToolTip("Stations of the line (Left, Right)");
@@ -156,6 +161,7 @@ void SelectionRow::fill(const SelectionLists& lists) {
     Combo_dipole_->addItem(qt_text(plain_text(dipole)), dipole);
   }
   Check_hide_masked_data_->setChecked(session().hide_masked_data);
+  Text_site_name_->setVisible(any_site_names());
   show_read_out({});
   show_station();
 }
@@ -172,6 +178,14 @@ void SelectionRow::show_station() {
   HScroll_repeat_->setValue(std::max(place_in_line(), 1));
   const bool selected = session().current_station_index > 0 && !is_absent(session().current_station);
   Text_sample_station_->setText(selected ? qt_text(plain_text(session().current_station)) : QString());
+  show_site_name();
+}
+
+void SelectionRow::show_site_name() {
+  const QString name = qt_text(site_name(session().current_station_index));
+  const int room = Text_site_name_->width() - Text_site_name_->fontMetrics().horizontalAdvance("00");
+  Text_site_name_->setText(Text_site_name_->fontMetrics().elidedText(name, Qt::ElideRight, room));
+  Text_site_name_->setToolTip("The site, as its file names it" + (name.isEmpty() ? name : ": " + name));
 }
 
 void SelectionRow::show_read_out(const PointClick& click) {

@@ -45,9 +45,11 @@ class SelectionRow : public QWidget {
   void add_tool_tips();
   void connect_controls();
   void go_to_place(int place_in_line);
+  void show_site_name();
 
   QComboBox* Combo_line_;
   QLineEdit* Text_sample_station_;
+  QLineEdit* Text_site_name_;  // only where sites have names
   QScrollBar* HScroll_repeat_;
   QComboBox* Combo_reference_type_;
   QComboBox* Combo_data_type_;

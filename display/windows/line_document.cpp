@@ -13,6 +13,7 @@
 #include "display/profile_plot.h"
 #include "display/raw_plot.h"
 #include "display/selection.h"
+#include "display/site_names.h"
 #include "display/station_plot.h"
 #include "display/windows/graph_pair.h"
 #include "platform/graph/pdf_pages.h"
@@ -66,7 +67,9 @@ void add_profile(graph::PdfPages& pages, PositionSource positions) {
 
 /// The displayed station: merged curve and averages on the left, the repeats of each scan rate beside them.
 void add_station(graph::PdfPages& pages) {
-  pages.begin_page(text_of(selection_text() + ", station " + format_number(session().current_station, "0")));
+  pages.begin_page(
+      text_of(with_site_name(selection_text() + ", station " + format_number(session().current_station, "0"),
+                             session().current_station_index)));
   const std::vector<float> rates = Module_averaged_data::data_sets().station.scan_rates;
   const std::size_t across = 1 + std::min(rates.size(), max_scan_rates_in_a_row);
   const std::size_t down =

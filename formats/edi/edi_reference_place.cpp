@@ -149,6 +149,9 @@ EdiPlace EdiPlaceOptions::read(FileReport& report) const {
   if (place.elevation.value_or(0.0) == 0.0 && head.elevation) {
     place.elevation = head.elevation;
   }
+  if (!place.geographic && place.elevation == 0.0) {
+    place.elevation.reset();  // a head filled with zeros
+  }
   place.datum = head.datum.empty() ? reference.datum : head.datum;
   return place;
 }

@@ -13,7 +13,7 @@ namespace formats::edi {
 
 /// The reference place of a file. REFLAT, REFLONG and REFELEV of >=DEFINEMEAS come first; what is absent
 /// there or can't be read is LAT, LONG and ELEV of >HEAD. Programs write zeros for what they don't know: an
-/// elevation of 0 gives way to the other one, and a place of 0 N, 0 E is none.
+/// elevation of 0 gives way to the other one and, without a place, is none; a place of 0 N, 0 E is none.
 struct EdiPlace {
   std::optional<numerics::geodesy::GeographicPlace> geographic;
   std::optional<double> elevation;  // in the file's unit of length

@@ -95,6 +95,7 @@ int read_sections(FileTask& task) {
     }
     const bool turn = turns_ey(record, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
+    report.curves_computed = record.choices.compute_from_impedance;
     if (task.is_import()) {
       if (!store_section(section, turn, task)) {
         return -1;

@@ -52,7 +52,8 @@ void keep_sites(FileTask& task) {
     if (const std::optional<std::string> kept = Module_database::keep_site(site)) {
       formats::remark_ignored(task.report, 0,
                               "site " + site.name + ": station " + plain_text(site.station) + " of line " +
-                                  site.line + " is named " + *kept + " already");
+                                  site.line + " is named " + *kept + " already",
+                              "the station has another site's name already");
     }
   }
 }

@@ -13,6 +13,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
+#include "database/sites.h"
 #include "database/survey_database.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
@@ -20,6 +21,7 @@
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
+#include "occam/setup/site_names.h"
 #include "occam/setup/station_positions.h"
 #include "output/zonge.h"
 #include "platform/files/safe_files.h"
@@ -182,17 +184,18 @@ struct RunSet {
   DataFile data;
 };
 
-/// "station_100.0": the number, wherever the station stands.
-std::vector<std::string> site_names(const std::vector<double>& stations) {
-  std::vector<std::string> names;
+/// What the sites of stations are called.
+std::vector<InversionSite> sites_of(const std::string& line, const std::vector<double>& stations) {
+  std::vector<InversionSite> sites;
   for (const double station : stations) {
-    names.push_back(site_name_at(static_cast<float>(station)));
+    const std::optional<Module_database::Site> site = Module_database::find_site(line, station);
+    sites.push_back({station, site ? shown_name(*site) : std::string()});
   }
-  return names;
+  return sites;
 }
 
-RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices, LineData&& data,
-                  std::vector<float>&& frequencies) {
+RunSet design_run(const std::string& line, const InversionInputs& inputs, const InversionChoices& choices,
+                  LineData&& data, std::vector<float>&& frequencies) {
   RunSet run;
   const MeshColumns columns = mesh_columns(horizontal_nodes(data.site_positions, choices.block_width));
   const MeshRows rows = mesh_rows(layer_count(choices), choices.layers_per_decade, choices.top_layer);
@@ -210,7 +213,7 @@ RunSet design_run(const InversionInputs& inputs, const InversionChoices& choices
                block_count(run.layers),
                std::log10(choices.initial_res)};
   run.data = {description, std::move(data.site_positions), std::move(frequencies), std::move(data.rows),
-              site_names(data.site_stations)};
+              names_in_data_file(sites_of(line, data.site_stations))};
   return run;
 }
 
@@ -287,7 +290,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     user_interface().show_message(fault);
     return -1;
   }
-  const RunSet run = design_run(inputs, choices, std::move(data), std::move(frequencies));
+  const RunSet run = design_run(line.line, inputs, choices, std::move(data), std::move(frequencies));
   const std::string warning = size_warning(run.mesh.columns(), run.mesh.rows());
   if (!warning.empty()) {
     user_interface().show_message(warning);

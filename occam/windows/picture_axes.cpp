@@ -51,7 +51,8 @@ void draw_bottom_axis(QPainter& painter, const QRectF& plot, const std::vector<P
   const double top = plot.bottom() + tick_length + label_gap;
   for (const PictureTick& tick : ticks) {
     painter.drawLine(QPointF(tick.at, plot.bottom()), QPointF(tick.at, plot.bottom() + tick_length));
-    painter.drawText(QRectF(tick.at - half_label, top, 2.0 * half_label, line), Qt::AlignCenter, tick.label);
+    painter.drawText(QRectF(tick.at - half_label, top, 2.0 * half_label, line),
+                     Qt::AlignCenter | Qt::TextDontClip, tick.label);
   }
   painter.drawText(QRectF(plot.left(), top + line, plot.width(), line), Qt::AlignCenter, title);
 }
@@ -100,7 +101,9 @@ void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palett
 
 QString short_site_name(const std::string& name) {
   constexpr std::string_view word = "station_";
-  return QString::fromStdString(name.starts_with(word) ? name.substr(word.size()) : name);
+  constexpr int longest = 20;  // characters; files of other programs may have more
+  const QString whole = QString::fromStdString(name.starts_with(word) ? name.substr(word.size()) : name);
+  return whole.size() > longest ? whole.left(longest - 1) + QChar(0x2026) : whole;
 }
 
 }  // namespace Module_occam

@@ -1,5 +1,6 @@
 #include "platform/dao/connection.h"
 
+#include <array>
 #include <utility>
 
 #include <sys/stat.h>
@@ -281,6 +282,14 @@ void Connection::give_back(std::string sql, StatementHandle statement) {
   }
 }
 
+void Connection::attach_shelf(const std::string& path) {
+  run("ATTACH ? AS shelf", std::array<Value, 1>{path});
+  has_shelf_ = true;
+  // The file is of no use after this process: what it takes to survive a crash would be waste.
+  run("PRAGMA shelf.journal_mode = MEMORY");
+  run("PRAGMA shelf.synchronous = OFF");
+}
+
 std::shared_ptr<const TableDefinition> Connection::table(std::string_view name) {
   const std::string key = upper_case(name);
   if (const auto found = tables_.find(key); found != tables_.end()) {
@@ -289,9 +298,11 @@ std::shared_ptr<const TableDefinition> Connection::table(std::string_view name) 
   auto definition = std::make_shared<TableDefinition>();
   Statement statement(
       *this,
-      "SELECT s.name, c.name, c.type, c.pk, (SELECT sum(pk) FROM pragma_table_info(s.name)) "
-      "FROM sqlite_schema s, pragma_table_info(s.name) c "
-      "WHERE s.type = 'table' AND s.rootpage > 0 AND s.name = ? COLLATE NOCASE ORDER BY c.cid");
+      "SELECT s.name, c.name, c.type, c.pk, (SELECT sum(pk) FROM pragma_table_info(s.name)) FROM " +
+          std::string(has_shelf_ ? "(SELECT * FROM sqlite_schema UNION ALL SELECT * FROM shelf.sqlite_schema)"
+                                 : "sqlite_schema") +
+          " s, pragma_table_info(s.name) c "
+          "WHERE s.type = 'table' AND s.rootpage > 0 AND s.name = ? COLLATE NOCASE ORDER BY c.cid");
   const Value name_value{std::string(name)};
   statement.bind(name_value);
   while (statement.step()) {

@@ -83,6 +83,9 @@ class Connection {
   [[nodiscard]] TableLookup table_lookup();
   void forget_tables() { tables_.clear(); }
 
+  /// Attaches an empty file as "shelf"; its tables are then found by table() and in statements.
+  void attach_shelf(const std::string& path);
+
   /// Grows with each row that this connection writes and with each transaction that it rolls back.
   [[nodiscard]] std::int64_t changes() const { return sqlite3_total_changes64(handle()) + rollbacks_; }
 
@@ -112,6 +115,7 @@ class Connection {
   std::uint64_t device_ = 0;
   std::uint64_t inode_ = 0;
   Access access_;
+  bool has_shelf_ = false;
   std::int64_t rollbacks_ = 0;
   std::list<Cached> cache_;  // the last used first
   std::unordered_map<std::string_view, std::list<Cached>::iterator> cache_index_;

@@ -173,6 +173,38 @@ std::vector<Column> Database::columns(std::string_view table) const {
   return dao::open(connection_).table(table)->columns;
 }
 
+void Database::add_shelf(const std::string& path) {
+  Connection& connection = dao::open(connection_);
+  make_new_file(path);
+  connection.attach_shelf(path);
+}
+
+void Database::shelve(const std::string& name, std::string_view like_table) {
+  Connection& connection = dao::open(connection_);
+  const std::shared_ptr<const TableDefinition> like = connection.table(like_table);
+  Statement own(connection, "SELECT 1 FROM sqlite_schema WHERE name = ? COLLATE NOCASE");
+  const Value name_value{name};
+  own.bind(name_value);
+  if (own.step()) {
+    throw Error("the database has a table " + name + " of its own");
+  }
+  std::string columns;
+  for (const Column& column : like->columns) {
+    columns += (columns.empty() ? "" : ", ") + quoted_name(column.name) + ' ';
+    columns += column.type == ColumnType::counter ? "INTEGER PRIMARY KEY" : word_of(column.type);
+  }
+  const std::string table = "shelf." + quoted_name(name);
+  connection.run("DROP TABLE IF EXISTS " + table);
+  connection.run("CREATE TABLE " + table + " (" + columns + ")");
+  for (const Column& column : like->columns) {  // rows are looked for by those that they belong to
+    if (column.type == ColumnType::long_integer && column.name.ends_with("ID")) {
+      connection.run("CREATE INDEX shelf." + quoted_name(name + " by " + column.name) + " ON " +
+                     quoted_name(name) + " (" + quoted_name(column.name) + ")");
+    }
+  }
+  connection.forget_tables();
+}
+
 Recordset Database::open_recordset(std::string_view statement) {
   SelectStatement select = translate_select(statement, dao::open(connection_).table_lookup());
   return Recordset(select.is_dynaset ? make_dynaset(connection_, std::move(select))

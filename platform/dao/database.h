@@ -2,9 +2,10 @@
 //
 // Statements are written in the engine's dialect: types COUNTER, LONG, SINGLE, DOUBLE, TEXT(n), BIT,
 // LONGBINARY, DATETIME; WITH PRIMARY; [names in brackets]; Val(...); Abs(...); date literals #MM/DD/YYYY#;
-// text literals in apostrophes, without an escape. Comparisons are the engine's: text compares without regard
-// to case and to trailing blanks, a date literal matches its whole day, a SINGLE column compares by the
-// decimal that users see (0.1 finds 0.1). Failures throw dao::Error with the engine's description.
+// text literals in apostrophes, without an escape; INSERT INTO one SELECT * (or columns that both have) FROM
+// other. Comparisons are the engine's: text compares without regard to case and to trailing blanks, a date
+// literal matches its whole day, a SINGLE column compares by the decimal that users see (0.1 finds 0.1).
+// Failures throw dao::Error with the engine's description.
 #pragma once
 #include <cstdint>
 #include <memory>
@@ -79,6 +80,15 @@ class Database {
 
   /// The columns of a table as declared; an unknown table is an error.
   [[nodiscard]] std::vector<Column> columns(std::string_view table) const;
+
+  /// Puts a new file at `path` beside this database, for copies of its rows that may be wanted back.
+  /// Statements name tables on this shelf as they name the database's own, and transactions hold for them,
+  /// too; no other call sees them. They are lost when the database is closed. Not within a transaction.
+  void add_shelf(const std::string& path);
+
+  /// Makes an empty table on the shelf, with the columns that a table of the database has, in place of an
+  /// earlier one of this name. The database itself must have no table of the name.
+  void shelve(const std::string& name, std::string_view like_table);
 
   /// Opens a recordset on a SELECT. One that names a single table, with `*` or plain columns and without
   /// DISTINCT or aggregates, is a dynaset and can be edited; any other is a snapshot.

@@ -1,6 +1,7 @@
 #include "platform/dao/statement_translator.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/text_fields.h"
@@ -231,9 +232,41 @@ Fragment update(StatementReader& reader, const TableLookup& tables) {
   return {std::move(sql), std::move(parameters)};
 }
 
+// ... SELECT * FROM source WHERE: all columns of the source, or those of a list.
+Fragment insert_rows(StatementReader& reader, const TableLookup& tables, const TableDefinition& table) {
+  reader.expect_word("SELECT");
+  std::vector<std::string> names;
+  if (!reader.take_sign("*")) {
+    do {
+      names.push_back(reader.take_name());
+    } while (reader.take_sign(","));
+  }
+  reader.expect_word("FROM");
+  const TableDefinition& source = tables(reader.take_name());
+  if (names.empty()) {
+    std::ranges::transform(source.columns, std::back_inserter(names), &Column::name);
+  }
+  std::string columns;
+  for (const std::string& name : names) {
+    (void)column_of(source, name);
+    columns += (columns.empty() ? "" : ", ") + quoted_name(column_of(table, name).name);
+  }
+  Fragment condition = condition_of(reader, source, tables, reader.end());
+  reader.expect_end();
+  std::string sql = "INSERT INTO " + quoted_name(table.name) + " (" + columns + ") SELECT " + columns +
+                    " FROM " + quoted_name(source.name);
+  if (!condition.sql.empty()) {
+    sql += " WHERE " + condition.sql;
+  }
+  return {std::move(sql), std::move(condition.parameters)};
+}
+
 Fragment insert_into(StatementReader& reader, const TableLookup& tables) {
   reader.expect_word("INTO");
   const TableDefinition& table = tables(reader.take_name());
+  if (reader.peek().is_word("SELECT")) {
+    return insert_rows(reader, tables, table);
+  }
   std::vector<const Column*> columns;
   reader.expect_sign("(");
   do {

@@ -25,6 +25,11 @@ QFont heading_font(double points) {
   return font;
 }
 
+/// A text as it fits into a width; both ends of a longer one stay.
+QString fitting(const QPainter& painter, const QString& text, double width) {
+  return QFontMetricsF(painter.font(), painter.device()).elidedText(text, Qt::ElideMiddle, width);
+}
+
 }  // namespace
 
 PdfPages::PdfPages(const QString& path, const QString& title) : file_(path) {
@@ -55,7 +60,8 @@ void PdfPages::begin_page(const QString& heading) {
     painter_->setMode(QCPPainter::pmNoCaching);
   }
   painter_->setFont(heading_font(13.0));
-  painter_->drawText(QRectF(0, 0, writer_->width(), heading_height), Qt::AlignLeft | Qt::AlignTop, heading);
+  painter_->drawText(QRectF(0, 0, writer_->width(), heading_height), Qt::AlignLeft | Qt::AlignTop,
+                     fitting(*painter_, heading, writer_->width()));
 }
 
 QRectF PdfPages::on_page(const QRectF& part) const {
@@ -68,7 +74,7 @@ QRectF PdfPages::caption(const QString& text, const QRectF& part) {
   QRectF place = on_page(part);
   place.setHeight(caption_height);
   painter_->setFont(heading_font(10.0));
-  painter_->drawText(place, Qt::AlignLeft | Qt::AlignVCenter, text);
+  painter_->drawText(place, Qt::AlignLeft | Qt::AlignVCenter, fitting(*painter_, text, place.width()));
   const double share = caption_height / (writer_->height() - heading_height);
   return part.adjusted(0.0, share, 0.0, 0.0);
 }

@@ -15,6 +15,7 @@
 #include "core/session_state.h"
 #include "core/user_interface.h"
 #include "display/selection.h"
+#include "display/site_names.h"
 #include "display/windows/graph_pair.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/input_only_to.h"
@@ -142,7 +143,8 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
     return;
   }
   const ScopedValue busy(rhoplus_busy_, true);
-  setWindowTitle(qt_text(inversion_title(session().current_line, session().current_station)));
+  setWindowTitle(qt_text(inversion_title(session().current_line, session().current_station,
+                                         Module_display_data::site_name(session().current_station_index))));
   ui_->Text_rhoplus_target_chi->clear();
   ui_->Text_rhoplus_achieved_chi->clear();
   Text_rhoplus_out_->clear();

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -10,11 +11,13 @@
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 #include <cmath>
 
 #include "display/plan_view.h"
 #include "reduction/data_sets/data_sets.h"
 #include "tests/app/main_view_fixture.h"
+#include "tests/support/named_site.h"
 
 namespace {
 
@@ -50,6 +53,37 @@ class MainViewTest : public QObject, private MainViewFixture {
     QTest::keyClick(window_.get(), Qt::Key_Left);
     QCOMPARE(session().current_station, 200.0);
     QCOMPARE(control<QLabel>("Label_raw")->text(), QString("Average/raw for 200"));
+  }
+
+  void a_named_site_stands_beside_its_station() {
+    auto* site = control<QLineEdit>("Text_site_name");
+    QVERIFY(!site->isVisible());  // as long as no site has a name
+    QCOMPARE(window_->grab().size(), QSize(1280, 800));
+    QCOMPARE(Module_database::close_database(), 0);
+    window_.reset();
+    QCOMPARE(Module_database::open_database(), 0);
+    const std::string longest = "Ünterer Hof, Station am Bach, dritte Aufstellung im trockenen Se";
+    name_site("200E", 100.0, "ET001");
+    name_site("200E", 300.0, longest);
+    show_survey();
+    site = control<QLineEdit>("Text_site_name");
+    QVERIFY(site->isVisible());
+    QCOMPARE(site->text(), QString("ET001"));
+    QCOMPARE(control<QLabel>("Label_raw")->text(), QString("Average/raw for 100 (ET001)"));
+    QCOMPARE(control<QLabel>("Label_station")->text(), QString("Merge/averages for 100 (ET001)"));
+    auto* const plan = control<QWidget>("Picture_site_map");
+    press("Command_show_plan");
+    const auto at = Module_display_data::to_picture(Module_display_data::station_place(3), plan->height());
+    QHelpEvent help(QEvent::ToolTip, QPointF(at.x, at.y).toPoint(), plan->mapToGlobal(QPoint(2, 2)));
+    QApplication::sendEvent(plan, &help);
+    QCOMPARE(QToolTip::text(), QString::fromStdString("Line 200E, station 300 (" + longest + ")"));
+    const int width = site->width();
+    QTest::keyClick(window_.get(), Qt::Key_Right);
+    QCOMPARE(site->text(), QString());
+    QTest::keyClick(window_.get(), Qt::Key_Right);
+    QVERIFY(site->text().startsWith("Ünterer") && site->text().endsWith(QString::fromUtf8("\u2026")));
+    QVERIFY(site->toolTip().endsWith(QString::fromStdString(longest)));
+    QCOMPARE(site->width(), width);
   }
 
   void a_clicked_repeat_point_is_masked_and_all_that_follows_from_it() {

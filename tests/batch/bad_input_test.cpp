@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
 TEST_F(Batch_program, Every_command_has_help) {
-  for (const char* command : {"new", "import", "recalculate", "info", "curve", "projection", "zonge"}) {
+  for (const char* command :
+       {"new", "import", "recalculate", "info", "curve", "projection", "remove", "rename", "zonge"}) {
     SCOPED_TRACE(command);
     const Outcome help = run({command, "--help"});
     EXPECT_EQ(help.status, 0);

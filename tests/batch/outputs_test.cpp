@@ -88,8 +88,9 @@ TEST_F(Batch_program, Output_is_named_by_the_files_that_are_there) {
 
 TEST_F(Batch_program, Help_is_text_of_every_command) {
   const Outcome all = run({"--help"});
-  for (const char* command : {"new", "import", "recalculate", "info", "curve", "zonge", "rhoplus", "invert",
-                              "occam", "occam-info", "response", "grid", "mask-topo", "projection"}) {
+  for (const char* command :
+       {"new", "import", "recalculate", "info", "curve", "zonge", "rhoplus", "invert", "occam", "occam-info",
+        "remove", "rename", "response", "grid", "mask-topo", "projection"}) {
     SCOPED_TRACE(command);
     EXPECT_NE(all.output.find(command), std::string::npos);
     const Outcome help = run({command, "--help"});

@@ -7,6 +7,7 @@
 #include "display/station_plot.h"
 #include "reduction/edits/masks.h"
 #include "tests/display/made_survey.h"
+#include "tests/support/named_site.h"
 
 using namespace Module_display_data;
 using Module_averaged_data::Component;
@@ -203,6 +204,38 @@ TEST_F(Plots, Points_are_named_with_deviation_mask_and_file) {
   EXPECT_EQ(station_point_text(1, 1, Component::resistivity),
             "Averaged data for 64: 2.0000 Hz, 114.50 \u00b1 1.12 ohm-m (standard deviation of 4 repeats)");
   EXPECT_EQ(raw_point_text(9, 1, Component::phase), "");
+}
+
+TEST_F(Plots, A_station_is_named_with_its_site_where_that_has_a_name) {
+  made::store_line(3);
+  name_site("200e", 100.0, "ET001");
+  const std::string longest = "Ünterer Hof, Station am Bach, dritte Aufstellung im trockenen Se";
+  name_site("200E", 200.0, "0200");  // only the number again
+  name_site("200E", 300.0, longest);
+  add_file(0);
+  ASSERT_EQ(fill_selection_lists(lists), 0);
+  EXPECT_EQ(session().station_name, (std::vector<std::string>{"ET001", "", longest}));
+  ASSERT_FALSE(display_station(1, {}).failed);
+  EXPECT_EQ(raw_label(), "Average/raw for 100 (ET001)");
+  EXPECT_EQ(station_label(), "Merge/averages for 100 (ET001)");
+  EXPECT_TRUE(raw_point_text(0, 1, Component::phase).ends_with("\nStation 100 (ET001)"));
+  EXPECT_TRUE(station_point_text(0, 1, Component::phase).ends_with("\nStation 100 (ET001)"));
+  EXPECT_TRUE(profile_point_text(0, 0, Component::phase).starts_with("Station 100 (ET001): "));
+  EXPECT_TRUE(profile_point_text(0, 1, Component::phase).starts_with("Station 200: "));
+
+  (void)display_station(2, {true, false, 1, Module_averaged_data::NeighbourSide::both});
+  EXPECT_EQ(station_label(), "Merge/averages for 200");
+  EXPECT_EQ(station_series_label(1), "Merged for 100 (ET001)");
+  EXPECT_EQ(station_point_text(1, 1, Component::phase).find("\nStation"), std::string::npos);
+  EXPECT_EQ(raw_point_text(0, 1, Component::phase).find("\nStation"), std::string::npos);
+  (void)display_station(3, {});
+  EXPECT_EQ(station_label(), "Merge/averages for 300 (Ünterer Hof, Station am\u2026)");
+
+  // What an import, a removal or its undoing changes is read with the lists.
+  Module_database::open_survey().database.execute("DELETE FROM SitesTable WHERE Station < 300");
+  name_site("200E", 200.0, "ET006");
+  ASSERT_EQ(refill_selection_lists(lists), 0);
+  EXPECT_EQ(session().station_name, (std::vector<std::string>{"", "ET006", longest}));
 }
 
 TEST_F(Plots, Station_curves_have_the_styles_of_their_kinds) {

@@ -7,6 +7,7 @@
 
 #include "core/undo_stack.h"
 #include "database/reading.h"
+#include "import/report_groups.h"
 #include "import/store_blocks.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/import/import_fixture.h"
@@ -115,7 +116,7 @@ TEST_F(ImportRun, Turns_Ey_where_more_than_half_of_the_phases_of_YX_say_so) {
   EXPECT_EQ(report.files.at(0).sections_turned, 2);
   EXPECT_TRUE(report.has_remarks());
   EXPECT_NE(report.to_json().find("\"sections_turned\": 2"), std::string::npos);
-  EXPECT_NE(report.to_text().find("Ey turned in 2 sections"), std::string::npos);
+  EXPECT_NE(report_text(report).find("Ey turned in 2 sections"), std::string::npos);
   EXPECT_EQ(value(0, "EyHx", 2, 4), 45.0F);    // at 5 Hz, -135 before
   EXPECT_EQ(value(0, "EyHx", 2, 0), -135.0F);  // at 1 Hz
   EXPECT_EQ(value(0, "EyHy", 2, 0), -170.0F);

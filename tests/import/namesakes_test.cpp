@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <map>
 
+#include "import/report_groups.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/import/import_fixture.h"
 #include "tests/import/readers/made_fields.h"
@@ -59,7 +60,7 @@ TEST_F(Namesakes, Are_there_once_whatever_is_imported_again) {
   EXPECT_EQ(files(), (Files{{"north/01.edi", 1}, {"south/01.edi", 2}}));
   EXPECT_EQ(replaced_line(report.files.at(0)),
             "4 readings of an earlier import replaced, there named '01.edi'");
-  EXPECT_NE(report.to_text().find("there named '01.edi'"), std::string::npos);
+  EXPECT_NE(report_text(report).find("there named '01.edi'"), std::string::npos);
   EXPECT_EQ(replaced_line(report.files.at(1)), "");
   EXPECT_EQ(report.files_replaced(), 1);
   ASSERT_EQ(import({south}), 0);

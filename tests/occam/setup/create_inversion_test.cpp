@@ -9,6 +9,7 @@
 #include "occam/occam_files.h"
 #include "occam/results/run_results.h"
 #include "tests/reduction/made_readings.h"
+#include "tests/support/named_site.h"
 #include "tests/support/survey_fixture.h"
 
 namespace Module_occam {
@@ -339,6 +340,20 @@ TEST_F(CreateInversionTest, A_mesh_that_results_can_not_show_is_warned_of) {
             "The mesh has 520 columns and 29 rows of cells; the results of a run with more than 511 of "
             "either can't be opened here");
   EXPECT_TRUE(shown[1].starts_with("Output complete."));
+}
+
+TEST_F(CreateInversionTest, Sites_have_the_names_of_their_field_files) {
+  new_survey();
+  store_stations({100.0, 140.0, 300.0});
+  name_site("200E", 100.0, "ET 001");
+  name_site("200E", 300.0, "ET006");
+  ASSERT_EQ(create(), 0);
+  EXPECT_NE(
+      files().at("occamdat").find("SITES             3\r\nET_001\r\nstation_140.0\r\nET006\r\nOFFSETS\r\n"),
+      std::string::npos);
+  const OccamData read = read_data_file_sites(run("occamdat").string());
+  EXPECT_EQ(read.site_names, (std::vector<std::string>{"ET_001", "station_140.0", "ET006"}));
+  EXPECT_EQ(read.site_offsets, (std::vector<float>{100.0F, 140.0F, 300.0F}));
 }
 
 TEST_F(CreateInversionTest, A_station_without_a_curve_is_skipped) {

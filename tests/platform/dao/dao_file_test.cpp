@@ -297,6 +297,41 @@ TEST_F(File, Alone_holds_all_that_was_committed_once_its_log_is_settled) {
   EXPECT_EQ(rows_of_hand_copy("whole.mdb"), 7);
 }
 
+TEST_F(File, Has_a_shelf_for_copies_of_rows_that_shares_its_transactions) {
+  const std::string path = folder_.path("survey.mdb");
+  dao::Database database = new_survey(path, 3);
+  database.add_shelf(folder_.path("shelf"));
+  {
+    dao::Transaction transaction(database);
+    database.shelve("Kept Readings", "Readings");
+    database.execute("INSERT INTO [Kept Readings] SELECT * FROM Readings WHERE ID > 1");
+    database.execute("DELETE FROM Readings WHERE ID IN (SELECT ID FROM [Kept Readings])");
+    transaction.commit();
+  }
+  EXPECT_EQ(database.table_names(), std::vector<std::string>{"Readings"});
+  EXPECT_EQ(row_count(path), 1);
+  {
+    const dao::Transaction given_up(database);
+    database.shelve("Kept Readings", "Readings");
+    EXPECT_TRUE(database.open_recordset("SELECT * FROM [Kept Readings]").eof());
+  }
+  database.execute("INSERT INTO Readings SELECT ID,Data FROM [Kept Readings] WHERE ID = 3");
+  dao::Recordset back = database.open_recordset("SELECT * FROM Readings WHERE ID = 3");
+  EXPECT_TRUE(back.is_null("Line"));
+  EXPECT_EQ(back.get_binary("Data"), dao::Bytes(5000, std::byte{7}));
+
+  EXPECT_NE(error_of([&] { database.shelve("readings", "Readings"); }), "");
+  for (const char* const statement : {"INSERT INTO Readings SELECT Nothing FROM [Kept Readings]",
+                                      "INSERT INTO Readings SELECT * FROM Nowhere",
+                                      "INSERT INTO Readings SELECT * FROM [Kept Readings] ORDER BY ID"}) {
+    EXPECT_NE(error_of([&] { database.execute(statement); }), "") << statement;
+  }
+  database.close();
+  expect_alone(path);
+  dao::Database again = dao::Database::open(path);
+  EXPECT_NE(error_of([&] { again.execute("DELETE FROM [Kept Readings]"); }), "");
+}
+
 TEST_F(File, May_be_put_where_stale_logs_are) {
   const auto write_logs = [&] {
     for (const char* const ending : {"-wal", "-shm", "-journal"}) {
