@@ -38,13 +38,17 @@ int shown(ShowFault show, const std::string& fault) {
   return -1;
 }
 
+std::string typed_line_fault(std::string& text, LineDirection direction) {
+  Module_database::LineName line;
+  std::string fault = Module_database::line_fault(text, direction, line);
+  text = fault.empty() ? line.text : text;
+  return fault;
+}
+
 std::string typed_value_fault(std::size_t row, ImportChoices& choices) {
   std::string& text = choices.decode[row].specified;
   if (row == decode_line_number) {
-    Module_database::LineName line;
-    const std::string fault = Module_database::line_fault(text, choices.line_direction, line);
-    text = fault.empty() ? line.text : text;
-    return fault;
+    return typed_line_fault(text, choices.line_direction);
   }
   const double value = numeric_value(text);
   if (row == decode_event) {
@@ -63,9 +67,8 @@ std::string typed_value_fault(std::size_t row, ImportChoices& choices) {
 
 // The specified line is that of files in other folders; it may be missing.
 std::string folder_lines_fault(ImportChoices& choices) {
-  double number = 0.0;
   for (FolderLine& each : choices.folder_lines) {
-    std::string fault = line_fault(each.line, choices.line_direction, number, each.line);
+    std::string fault = typed_line_fault(each.line, choices.line_direction);
     if (!fault.empty()) {
       return fault;
     }

@@ -179,7 +179,7 @@ TEST_F(ReportGroups, Nothing_is_lost_of_a_file_with_more_remarks_than_are_kept) 
 }
 
 TEST_F(ReportGroups, Field_files_are_told_in_a_few_lines_without_loss) {
-  choices.sectid_as_station = choices.sectid_digits = true;
+  choices.stations_by = StationsBy::sectid_digits;
   struct Case {
     const char* folder;
     std::size_t most_groups;

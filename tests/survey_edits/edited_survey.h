@@ -55,7 +55,7 @@ class EditedSurvey : public SurveyTest {
     choices.decode[decode_line_number].specified = file.line;
     choices.decode[decode_event].specified = std::to_string(file.event);
     choices.decode[decode_sample_rate].specified = file.rate;
-    choices.sectid_as_station = true;
+    choices.stations_by = StationsBy::sectid;
     ImportReport report;
     const int result = run_import(choices, {folder.write(file.name, made_edi(sections))}, ImportMode::import,
                                   report, {}, SharedStations::tell);
