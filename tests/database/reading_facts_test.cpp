@@ -89,11 +89,14 @@ TEST_F(SurveyTest, The_first_file_of_a_station_names_its_site) {
   EXPECT_EQ(kept->elevation, 310.0);  // was missing
 
   Site again = first;
-  again.name = std::string(63, 'x') + "\xC3\xBC" + "yz";  // 66 characters
+  std::string longest(63, 'x');
+  longest += "\xC3\xBC";
+  again.name = longest;
+  again.name += "yz";  // 66 characters
   again.latitude = -20.75;
   EXPECT_EQ(keep_site(again), std::nullopt);
   kept = listed_sites().at(0);
-  EXPECT_EQ(kept->name, std::string(63, 'x') + "\xC3\xBC");
+  EXPECT_EQ(kept->name, longest);
   EXPECT_EQ(kept->latitude, -20.75);
   EXPECT_FALSE(find_site("200E", 101.0));
 }
