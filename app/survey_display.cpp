@@ -13,6 +13,8 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
+#include "database/stations.h"
+#include "display/plan_view.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
 
@@ -97,8 +99,12 @@ void SurveyDisplay::display_site_map() {
 
 void SurveyDisplay::reload() {
   SelectionLists lists;
+  const bool in_plan = session().station_count > 0 && !panels_.plan->shows_raw_data();
   const bool read = refill_selection_lists(lists) == 0;
   show_survey(lists, read);
+  if (in_plan && read && session().station_count > 0) {
+    panels_.plan->show_raw_data(false);  // who works in the plan stays there
+  }
 }
 
 void SurveyDisplay::reload_readings() {
@@ -224,7 +230,20 @@ void SurveyDisplay::follow_what_changed() {
 void SurveyDisplay::follow_line() {
   if (axis_.take_line(session().current_line)) {
     panels_.selection->show_by_distance(axis_.by_distance());
-    panels_.profile->show_notice(axis_.take_notice());
+    const std::optional<LineNotice> notice = axis_.take_notice();
+    panels_.profile->show_notice(notice);
+    if (notice && !notice->offers_distances) {
+      show_map_places();
+    }
+  }
+}
+
+/// Sites that lie on no line are to be seen where they are, not in the column that their numbers make.
+void SurveyDisplay::show_map_places() {
+  constexpr std::int32_t map_coordinates = 1;
+  if (std::ranges::all_of(session().station_table, Module_database::has_own_map_place) &&
+      choose_coordinates(map_coordinates)) {
+    panels_.plan->show_coordinates();
   }
 }
 

@@ -86,6 +86,7 @@ class SurveyDisplay : public QObject {
   static Shown shown_now();
   void follow_what_changed();
   void follow_line();
+  void show_map_places();
   void choose_positions(Module_display_data::PositionSource source);
   [[nodiscard]] std::string clicked_frequency() const;
   void show_click(const Module_display_data::PointClick& click);

@@ -145,6 +145,7 @@ int import_files(const ImportOptions& options, const FoundFiles& files) {
   if (options.proposals) {
     planned = plan_import(options, files);
     print_proposals(planned, files);
+    print_plan_problems(planned);
   }
   ImportReport report;
   const int result = Module_data_file::run_import(

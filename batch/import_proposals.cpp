@@ -9,6 +9,7 @@
 #include "batch/command.h"
 #include "core/number_text.h"
 #include "core/user_interface.h"
+#include "import/field_files.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
 #include "import/proposals/plan_json.h"
@@ -26,12 +27,6 @@ constexpr const char* usual_extension = "edi";
 
 bool is_searched_for_all_kinds(const ImportOptions& options) {
   return options.proposals && options.extension.empty();
-}
-
-// A text that only looks like fixed columns is no field file either.
-bool is_field_file(const ScannedFile& file) {
-  const bool may_be_anything = file.format == format_unknown || file.format == format_fixed_columns;
-  return !may_be_anything || file.failure.empty();
 }
 
 void tell_missing(const ImportOptions& options, const std::string& path) {
@@ -175,6 +170,24 @@ void print_proposals(const PlannedImport& planned, const FoundFiles& files) {
   }
   if (files.left_out > 0) {
     std::cout << "Left out, no field files: " << files.left_out << '\n';
+  }
+}
+
+void print_plan_problems(const PlannedImport& planned) {
+  std::string text;
+  for (const std::size_t index : planned.plan.display_order()) {
+    const PlannedSection& row = planned.plan.sections[index];
+    const bool is_told = std::ranges::any_of(row.problems, [](PlanProblem problem) {
+      return problem == PlanProblem::no_station || problem == PlanProblem::two_places ||
+             problem == PlanProblem::far_off_line;
+    });
+    if (is_told) {
+      text += "\n" + row.file + ", station " + plain_text(row.station) + ": " +
+              plan_cell_text(row, PlanColumn::remarks);
+    }
+  }
+  if (!text.empty()) {
+    user_interface().show_message("Stations and places to look at:" + text);
   }
 }
 

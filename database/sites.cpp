@@ -88,6 +88,13 @@ std::vector<Site> sites_where(const std::string& statement) {
   return sites;
 }
 
+/// Whether the survey still has the file that a site came with.
+bool is_in_survey(const std::string& SurveyFile) {
+  dao::Recordset& files = open_survey().files;
+  files.find_first("SurveyFile = '" + SurveyFile + "'");
+  return !files.no_match();
+}
+
 }  // namespace
 
 std::optional<std::string> keep_site(const Site& site) {
@@ -106,7 +113,10 @@ std::optional<std::string> keep_site(const Site& site) {
   }
   const Site before = site_of(sites);
   Site after = before;
-  if (before.SurveyFile.empty() || equal_ignoring_case(before.SurveyFile, given.SurveyFile)) {
+  const bool gives_way = before.SurveyFile.empty() ||
+                         equal_ignoring_case(before.SurveyFile, given.SurveyFile) ||
+                         !is_in_survey(before.SurveyFile);
+  if (gives_way) {
     after = given;
     after.EySign = before.EySign;
   } else {

@@ -8,9 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "projections/coord_system.h"
-
 #include "database/line_names.h"
+#include "projections/coord_system.h"
 
 namespace Module_data_file {
 

@@ -41,7 +41,6 @@ struct PlannedSection {
   std::int32_t frequencies = 0;
   std::string place;  // "20.4561 S, 139.1234 E", or map coordinates; empty without a place
   bool turn_ey = false;
-  bool has_impedances_only = false;
   bool from_impedance = false;         // curves are computed from the impedances
   std::vector<PlanCell> editable;      // the others are the file's own
   std::vector<PlanProblem> problems;   // each once

@@ -410,6 +410,24 @@ void report_files_left(const std::vector<std::string>& files, ImportReport& repo
   }
 }
 
+// A station may have been left by a file that was read after the one that came to it: only now is it known
+// who is the first there.
+void keep_sites_of_run(const ReadingRecord& record, ImportReport& report) {
+  dao::Transaction transaction(open_survey().database);
+  for (const auto& [file_index, site] : record.run.said_sites) {
+    if (file_index >= report.files.size() || report.files[file_index].readings == 0) {
+      continue;
+    }
+    if (const std::optional<std::string> kept = Module_database::keep_site(site)) {
+      formats::remark_ignored(report.files[file_index], 0,
+                              "site " + site.name + ": station " + plain_text(site.station) + " of line " +
+                                  site.line + " is named " + *kept + " already",
+                              "the station has another site's name already");
+    }
+  }
+  transaction.commit();
+}
+
 int run(ImportMode mode, const std::vector<std::string>& files, ReadingRecord& record, ImportReport& report,
         const FileBegins& file_begins) {
   const Outcome imported =
@@ -470,15 +488,18 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
   record.run.free_stations =
       std::make_shared<FreeStations>([&]() -> const FoundSites& { return look.result(); });
   const int result = run(mode, files, record, report, file_begins);
-  if (mode == ImportMode::import) {
-    Module_database::settle_survey();
-  }
   report.stations = std::move(record.scan_list);
   (void)trap_errors(import_failed, [&] {
     FilesAtStations survey;
     report.shared_stations = shared_stations(record.run.found, survey);
     remark_on_shared_stations(report.shared_stations, report.files);
+    if (mode == ImportMode::import) {
+      keep_sites_of_run(record, report);
+    }
   });
+  if (mode == ImportMode::import) {
+    Module_database::settle_survey();
+  }
   return result;
 }
 

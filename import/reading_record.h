@@ -7,10 +7,12 @@
 #include <set>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "core/session_state.h"
 #include "database/reading.h"
+#include "database/sites.h"
 #include "formats/edi/edi_names.h"
 #include "import/earlier_files.h"
 #include "import/free_stations.h"
@@ -73,6 +75,8 @@ struct RunState {
   const ImportPlan* plan = nullptr;             // where one is carried out; its owner outlives the run
   FoundSites found;
   std::set<std::int32_t> stations_left;  // StationID of readings that were replaced
+  /// What the files have said of sites, with their places in the list of files.
+  std::vector<std::pair<std::size_t, Module_database::Site>> said_sites;
 };
 
 /// What the choices and a reader fill, one file after the other, and the store writes. -1 is "not known yet".

@@ -9,6 +9,7 @@
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "reduction/data_sets/curve_parts.h"
+#include "reduction/data_sets/point_error.h"
 
 namespace Module_output {
 
@@ -20,11 +21,11 @@ bool has_file_errors(const Curve& curve) {
   return std::ranges::any_of(curve.errors, [](float error) { return error > 0.0F; });
 }
 
-bool has_repeats(const Curve& curve) {
-  using namespace Module_database;
-  for (std::size_t index = 0; index < curve.count(); ++index) {
-    for (const int field : {field_resistivity_deviation, field_phase_deviation}) {
-      if (curve.value(field, index) > 0.0F) {
+bool has_repeats(const Module_database::StoredReading& reading) {
+  using namespace Module_averaged_data;
+  for (std::size_t index = 0; index < reading.curve.count(); ++index) {
+    for (const auto field : {Module_database::field_resistivity, Module_database::field_phase}) {
+      if (point_error(reading, field, index).source == ErrorSource::repeats) {
         return true;
       }
     }
@@ -45,7 +46,7 @@ bool only_files_have_errors(const Module_database::LineSelection& line) {
   for (; !rows.eof(); rows.move_next()) {
     Module_database::StoredReading merged = Module_database::read_reading(rows);
     facts.add_to(merged);
-    if (has_repeats(merged.curve)) {
+    if (has_repeats(merged)) {
       return false;
     }
     found = found || has_file_errors(merged.curve);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr float min_resistivity = 0.001F;      // ohm-m: Rho+ takes logarithms
 constexpr float min_resistivity_error = 0.1F;  // ohm-m
-constexpr float longest_error = 9999999.0F;    // ohm-m; a longer one would be cut to its first digits
+constexpr float longest_error = 999999.0F;     // ohm-m; a longer one would run into the resistivity before it
 
 struct Datum {
   float value = 0.0F;

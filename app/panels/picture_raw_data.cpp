@@ -105,7 +105,8 @@ void RawPanel::connect_controls() {
 
 bool RawPanel::display_raw_data(bool fixed_scale) {
   Label_raw_->setText(is_absent(session().current_station) ? QString() : qt_text(raw_label()));
-  Label_raw_->setToolTip(qt_text(site_name(session().current_station_index)));  // that the heading cuts
+  Label_raw_->setToolTip(
+      plain_tool_tip(qt_text(site_name(session().current_station_index))));  // that the heading cuts
   Label_raw_graph_->clear();
   show_scan_rates();
   graphs_->show_plot(raw_plot(fixed_scale));

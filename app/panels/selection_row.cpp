@@ -185,7 +185,8 @@ void SelectionRow::show_site_name() {
   const QString name = qt_text(site_name(session().current_station_index));
   const int room = Text_site_name_->width() - Text_site_name_->fontMetrics().horizontalAdvance("00");
   Text_site_name_->setText(Text_site_name_->fontMetrics().elidedText(name, Qt::ElideRight, room));
-  Text_site_name_->setToolTip("The site, as its file names it" + (name.isEmpty() ? name : ": " + name));
+  Text_site_name_->setToolTip(
+      plain_tool_tip("The site, as its file names it" + (name.isEmpty() ? name : ": " + name)));
 }
 
 void SelectionRow::show_read_out(const PointClick& click) {

@@ -74,8 +74,8 @@ void find_own_problems(PlannedSection& row, const ScannedFile& file) {
   if (section.all_yx_phases_negative && !row.turn_ey) {
     say(row, PlanProblem::negative_yx_phases, "all YX phases are negative, and masked: Ey isn't turned");
   }
-  if (row.has_impedances_only && !row.from_impedance) {
-    row.remarks.emplace_back("impedances only: it has no curves unless they are computed");
+  if (section.lacks_curves && !row.from_impedance) {
+    row.remarks.emplace_back("impedances without curves, unless these are computed");
   }
   if (has(row, PlanProblem::same_file_name)) {
     row.remarks.push_back("another file has its name; the survey knows it as " + row.file);

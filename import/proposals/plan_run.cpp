@@ -287,7 +287,6 @@ PlannedSection PlanRun::row_of_section(std::size_t file, std::size_t index) cons
   row.frequencies = section.frequencies;
   row.turn_ey = choices_.turn_ey == TurnEy::always ||
                 (choices_.turn_ey == TurnEy::where_needed && section.has_turned_ey);
-  row.has_impedances_only = section.has_impedances_only;
   row.from_impedance = section.lacks_curves && choices_.compute_from_impedance;
   row.editable = {PlanCell::line, PlanCell::station, PlanCell::rate, PlanCell::turn_ey};
   if (section.lacks_curves) {

@@ -59,7 +59,7 @@ class Census {
     with_remote += file.has_remote ? 1 : 0;
     const auto any = [&](auto member) { return std::ranges::any_of(file.sections, member); };
     turned += any(&ScannedSection::has_turned_ey) ? 1 : 0;
-    impedances_only += any(&ScannedSection::has_impedances_only) ? 1 : 0;
+    impedances_only += any(&ScannedSection::lacks_curves) ? 1 : 0;
     for (const ScannedSection& section : file.sections) {
       highest = std::max(highest, section.highest);
     }
@@ -106,7 +106,7 @@ void propose_tensors(const Census& census, Proposals& proposals) {
   choices.compute_from_impedance = census.impedances_only > 0;
   if (census.impedances_only > 0) {
     proposals.reasons.push_back({ProposedChoice::from_impedance, "computed",
-                                 of_files(census.impedances_only, census.edi) + "impedances only"});
+                                 of_files(census.impedances_only, census.edi) + "impedances without curves"});
   }
 }
 

@@ -59,16 +59,9 @@ ScannedSection scanned(const EdiSection& section) {
   take_frequencies(section.frequencies, found);
   take_phases(phases_of_yx(section), found);
   found.all_yx_phases_negative = all_negative(section.get(element_yx, quantity_phase).values);
-  bool impedances = false;
-  bool curves = false;
   for (std::size_t element = 0; element < element_count; ++element) {
     found.lacks_curves = found.lacks_curves || has_impedance_only(section, element);
-    impedances = impedances || section.get(element, quantity_real).present ||
-                 section.get(element, quantity_imaginary).present;
-    curves = curves || section.get(element, quantity_resistivity).present ||
-             section.get(element, quantity_phase).present;
   }
-  found.has_impedances_only = impedances && !curves;
   return found;
 }
 

@@ -24,7 +24,6 @@ struct ScannedSection {
   std::int32_t yx_in_third = 0;         // of these in -180..-90
   bool has_turned_ey = false;           // more than half of them
   bool all_yx_phases_negative = false;  // as they stand in the file
-  bool has_impedances_only = false;     // neither resistivities nor phases
   bool lacks_curves = false;            // some element has an impedance only
 };
 

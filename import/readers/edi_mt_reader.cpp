@@ -119,23 +119,4 @@ int read_edi_mt(FileTask& task) {
   return run_reader(task, [&] { return read_sections(task); });
 }
 
-EdiTraits examine_edi_mt(const std::string& file) {
-  FileReport report;
-  LineReader reader(file);
-  EdiMtParser parser(reader, report);
-  SectionCensus census;
-  EdiSection section;
-  EdiTraits traits;
-  while (parser.next_section(section)) {
-    census.add(section);
-    if (traits.sections++ == 0) {
-      traits.first_sectid = section.SECTID;
-    }
-  }
-  census.note(report);
-  traits.impedances_only = report.impedances_only;
-  traits.all_yx_phases_negative = report.all_yx_phases_negative;
-  return traits;
-}
-
 }  // namespace Module_data_file

@@ -280,12 +280,4 @@ SpectraHead look_at_spectra(const std::string& file, FileReport& report,
   return {parser.channels().has_remote(), parser.place().geographic};
 }
 
-std::optional<std::string> first_spectra_sectid(const std::string& file) {
-  FileReport ignored;
-  LineReader reader(file);
-  EdiSpectraParser parser(reader, ignored);
-  SpectraSection section;
-  return parser.next_section(section) ? section.SECTID : std::nullopt;
-}
-
 }  // namespace Module_data_file

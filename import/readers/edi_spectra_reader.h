@@ -33,7 +33,4 @@ struct SpectraHead {
 SpectraHead look_at_spectra(const std::string& file, formats::FileReport& report,
                             const std::function<void(const SpectraLook&)>& take);
 
-/// The SECTID of the first section. Throws std::runtime_error if the file can't be read.
-std::optional<std::string> first_spectra_sectid(const std::string& file);
-
 }  // namespace Module_data_file

@@ -221,10 +221,6 @@ void go_to_next_section(ReadingRecord& record, bool gave_readings) {
   }
 }
 
-double sectid_station(std::string_view sectid, bool only_digits) {
-  return station_of_sectid(sectid, only_digits).station;
-}
-
 bool has_name(const std::optional<std::string>& sectid) { return sectid && !trimmed(*sectid).empty(); }
 
 }  // namespace Module_data_file

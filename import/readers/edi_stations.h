@@ -35,10 +35,6 @@ void take_section_place(const formats::edi::EdiSectionHead& head, ReadingRecord&
 /// Goes on to the next event. The station of a section without readings is the next section's.
 void go_to_next_section(ReadingRecord& record, bool gave_readings);
 
-/// The station that a SECTID names: its leading whole number, or that of its last run of digits; 0 without
-/// one.
-double sectid_station(std::string_view sectid, bool only_digits);
-
 /// Whether a section says who it is; an empty SECTID says no more than none.
 bool has_name(const std::optional<std::string>& sectid);
 

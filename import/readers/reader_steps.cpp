@@ -34,7 +34,7 @@ constexpr double magnetic_factor = 2000.0;
 // The place of a file is that of its station. Of many stations it is that of none: the file doesn't say where
 // they are.
 void keep_sites(FileTask& task) {
-  const ReadingRecord& record = task.record;
+  ReadingRecord& record = task.record;
   const bool has_place = record.sites.size() == 1;
   for (const auto& [key, noted] : record.sites) {
     Module_database::Site site;
@@ -49,12 +49,9 @@ void keep_sites(FileTask& task) {
       site.elevation = record.place.elevation ? record.place.elevation : noted.elevation;
     }
     site.SurveyFile = record.SurveyFile;
-    if (const std::optional<std::string> kept = Module_database::keep_site(site)) {
-      formats::remark_ignored(task.report, 0,
-                              "site " + site.name + ": station " + plain_text(site.station) + " of line " +
-                                  site.line + " is named " + *kept + " already",
-                              "the station has another site's name already");
-    }
+    (void)Module_database::keep_site(site);
+    record.run.said_sites.emplace_back(static_cast<std::size_t>(std::max(record.file_index - 1, 0)),
+                                       std::move(site));
   }
 }
 

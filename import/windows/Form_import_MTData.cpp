@@ -7,10 +7,13 @@
 #include <QPointer>
 #include <QScreen>
 #include <algorithm>
+#include <ranges>
+#include <set>
 
 #include "core/file_names.h"
 #include "core/trap_errors.h"
 #include "import/import_files.h"
+#include "import/report_groups.h"
 #include "import/windows/Form_import_report.h"
 #include "import/windows/import_choice_controls.h"
 #include "import/windows/import_plan_model.h"
@@ -82,6 +85,7 @@ void Form_import_MTData::show_page(QWidget* page) {
     button->setVisible(importing);
   }
   ui_->Command_process_files->setVisible(!importing);
+  ui_->Command_process_files->setAutoDefault(!importing);  // hidden, it would still be what Enter presses
   ui_->Command_process_files->setDefault(!importing);
 }
 
@@ -111,6 +115,9 @@ void Form_import_MTData::process_files() {
 std::string Form_import_MTData::folder_of_files() const {
   const std::string chosen = ui_->Frame_select_files->folder().toStdString();
   const std::string first = QFileInfo(QString::fromStdString(files_.front())).path().toStdString();
+  if (given_) {
+    return first;
+  }
   return (first + "/").starts_with(chosen + "/") ? chosen : first;
 }
 
@@ -189,6 +196,9 @@ void Form_import_MTData::choices_changed() {
 }
 
 void Form_import_MTData::as_last_time() {
+  if (maker_ == nullptr) {
+    return;  // no files have been looked into
+  }
   if (const std::optional<ImportEntries> entries = last_import_entries()) {
     ImportChoices choices = controls_->choices();
     take_entries(*entries, choices);
@@ -240,15 +250,21 @@ void Form_import_MTData::define_projection() {
 
 /// Asks about what can't be undone easily.
 bool Form_import_MTData::may_store() const {
-  std::string shared;
-  std::size_t count = 0;
+  std::set<std::string> stations;  // each in words, once for all of its files
   for (const PlannedSection& section : model_->plan().sections) {
-    if (is_shared(section) && count++ < most_shared_shown) {
-      shared += section.file + ": " + (section.remarks.empty() ? "" : section.remarks.front()) + "\n";
+    if (is_shared(section)) {
+      const auto said = std::ranges::find_if(
+          section.remarks, [](const std::string& remark) { return remark.starts_with("Station "); });
+      stations.insert(said == section.remarks.end() ? section.file : *said);
     }
   }
+  const std::size_t count = stations.size();
+  std::string shared;
+  for (const std::string& station : stations | std::views::take(most_shared_shown)) {
+    shared += station + "\n";
+  }
   if (count > most_shared_shown) {
-    shared += "and " + std::to_string(count - most_shared_shown) + " more\n";
+    shared += "and " + std::to_string(count - most_shared_shown) + " more stations\n";
   }
   return count == 0 || user_interface().ask_yes_no("Different sites come to one line and station.\n" +
                                                    shared + "Take them as repeats of one station?");
@@ -309,7 +325,9 @@ void Form_import_MTData::set_running(bool running) {
 // there is a message only if it says more than that they are there.
 void Form_import_MTData::report_result(ImportMode mode, int result, const ImportReport& report) {
   const bool importing = mode == ImportMode::import;
-  const bool quiet = given_ && importing && result == 0 && !report.stopped && !report.has_failures();
+  const bool quiet =
+      given_ && importing && result == 0 && !report.stopped &&
+      std::ranges::none_of(report_groups(report, OptionNames::window), &ReportGroup::needs_action);
   if (report.stopped) {
     const char* const stored = report.files.empty()
                                    ? "The import was stopped. Nothing was stored."

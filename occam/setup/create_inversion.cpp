@@ -86,11 +86,16 @@ int load_station(const ReadingKey& key, const Frequencies& frequencies, const Rh
                                                 merged) != 0) {
     return -1;
   }
-  tables = Module_output::rhoplus_tables(merged, frequencies, settings);
+  RhoplusSettings as_before = settings;  // the fit, and the errors that those of the files may only raise
+  as_before.use_file_errors = 0;
+  tables = Module_output::rhoplus_tables(merged, frequencies, as_before);
   end_step(steps);
   if (inputs.use_rhoplus_error && !tables.data.empty()) {
-    steps.fit_station(settings, tables);
+    steps.fit_station(as_before, tables);
     end_step(steps);
+  }
+  if (settings.use_file_errors != 0) {
+    tables.file_errors = Module_output::rhoplus_tables(merged, frequencies, settings).file_errors;
   }
   return 0;
 }

@@ -122,7 +122,11 @@ void Form_occam::offer_positions(PositionSource proposed) {
 /// Its label is the last one of its column: what it says moves nothing else.
 void Form_occam::show_positions_hint() {
   const bool by_number = inputs().positions == PositionSource::station_numbers;
-  ui_->Label_positions_hint->setText(by_number ? QString::fromStdString(distances_.warning) : QString());
+  const QString hint = by_number ? QString::fromStdString(distances_.warning) : QString();
+  ui_->Label_positions_hint->setText(hint);
+  // A form asks a label that wraps for the height of one line.
+  constexpr int most_lines = 4;
+  ui_->Label_positions_hint->setMinimumHeight(hint.isEmpty() ? 0 : most_lines * fontMetrics().lineSpacing());
 }
 
 void Form_occam::connect_controls() {

@@ -16,6 +16,10 @@ Widget* named(Widget* widget, const QString& name) {
 }
 
 inline QString qt_text(const std::string& text) { return QString::fromStdString(text); }
+/// For a tool tip, which takes what looks like tags for such.
+inline QString plain_tool_tip(const QString& text) {
+  return text.isEmpty() ? text : "<span>" + text.toHtmlEscaped() + "</span>";
+}
 
 /// A line of text that is as wide as `characters` digits.
 QLineEdit* make_text(const QString& name, int characters, bool read_only = false);

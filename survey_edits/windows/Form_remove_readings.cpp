@@ -15,6 +15,7 @@
 #include "core/user_interface.h"
 #include "platform/widgets/panel_controls.h"
 #include "survey_edits/remove_readings.h"
+#include "survey_edits/undo_removal.h"
 #include "survey_edits/windows/checked_list.h"
 
 using namespace Module_survey_edits;
@@ -76,6 +77,7 @@ void Form_remove_readings::compose() {
   rows->addWidget(Check_ghosts_);
   rows->addLayout(buttons);
   Text_filter_->setClearButtonEnabled(true);
+  Text_filter_->setToolTip("Shows what has this in its name, line or number");
   Text_filter_->setPlaceholderText("Part of a name, line or number");
   Label_what_goes_->setWordWrap(true);
   Label_what_goes_->setTextFormat(Qt::PlainText);
@@ -211,8 +213,11 @@ void Form_remove_readings::check_shown(bool checked) {
 }
 
 void Form_remove_readings::remove_chosen() {
-  if (!user_interface().ask_yes_no("Remove " + what_goes(plan_) +
-                                   "? \"Undo Removal\" brings them back until the survey is closed.")) {
+  if (!user_interface().ask_yes_no(
+          "Remove " + what_goes(plan_) +
+          "? \"Undo Removal\" brings them back until the next removal or renaming, or "
+          "until the survey is closed." +
+          (removal_can_be_undone() ? " What was removed before can't come back then." : ""))) {
     return;
   }
   if (remove_readings(contents_, plan_) == Module_averaged_data::Outcome::finished) {

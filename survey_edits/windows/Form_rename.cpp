@@ -37,6 +37,8 @@ Form_rename::Form_rename(SurveyContents contents, const std::string& line, QWidg
   Combo_line_->setCurrentIndex(lines.empty() ? 0 : static_cast<int>(lines.front()));
   compose();
   list_stations();
+  Combo_line_->setToolTip("The line that gets another name, or whose station another number");
+  Combo_station_->setToolTip("The station that gets another number, or the line as a whole");
   connect(Combo_line_, &QComboBox::currentIndexChanged, this, &Form_rename::list_stations);
   connect(Combo_station_, &QComboBox::currentIndexChanged, this, &Form_rename::show_change);
   connect(Text_name_, &QLineEdit::textChanged, this, &Form_rename::show_change);

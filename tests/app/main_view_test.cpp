@@ -82,7 +82,7 @@ class MainViewTest : public QObject, private MainViewFixture {
     QCOMPARE(site->text(), QString());
     QTest::keyClick(window_.get(), Qt::Key_Right);
     QVERIFY(site->text().startsWith("Ünterer") && site->text().endsWith(QString::fromUtf8("\u2026")));
-    QVERIFY(site->toolTip().endsWith(QString::fromStdString(longest)));
+    QVERIFY(site->toolTip().contains(QString::fromStdString(longest)));
     QCOMPARE(site->width(), width);
   }
 

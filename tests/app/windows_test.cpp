@@ -46,6 +46,8 @@ constexpr Keys keys_of_windows[] = {
     {"import_report", "Command_done"},
     {"table_viewer", "Command_done"},
     {"frequencies"},
+    {"remove", nullptr, false, true},
+    {"rename", "Command_rename", false, true},
     {"mask_topo_model", "Command_load_locations"},
     {"mask_topo_points", "Command_load_locations"},
     {"mask_topo_mesh", "Command_load_locations"},

@@ -25,6 +25,7 @@ class Batch_positions : public Batch_program {
     reset_session_state();
     session().database_file = folder_.path("survey.mdb");
     ASSERT_EQ(Module_database::open_database(), 0);
+    Module_database::open_survey().database.execute("DELETE FROM SitesTable");
     for (std::size_t i = 0; i < places.size(); ++i) {
       Module_database::Site site;
       site.line = "200E";
@@ -53,6 +54,7 @@ TEST_F(Batch_positions, Are_distances_where_the_sites_are_on_a_line) {
     EXPECT_EQ(data.site_names.back(), "station_400.0");
     return data.site_offsets;
   };
+  store_sites({});
   EXPECT_EQ(run(create).errors.find("numbers"), std::string::npos);
   EXPECT_EQ(run(with(create, "--by-distance")).status, 0);
   EXPECT_EQ(offsets(), (std::vector<float>{0, 100, 200, 300}));  // from the map places of the files

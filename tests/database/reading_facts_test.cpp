@@ -79,6 +79,9 @@ TEST_F(SurveyTest, The_first_file_of_a_station_names_its_site) {
   new_survey();
   const Site first{"200E", 100.0, "ET001", -20.5, 139.25, std::nullopt, "WGS84", ey_sign_by_rule, "a.edi"};
   EXPECT_EQ(keep_site(first), std::nullopt);
+  open_survey().files.add_new();
+  open_survey().files.set_text("SurveyFile", "a.edi");
+  open_survey().files.update();
   Site second{"200e", 100.0, "ET001b", -21.0, 140.0, 310.0, "", ey_sign_by_rule, "b.edi"};
   EXPECT_EQ(keep_site(second), "ET001");
   EXPECT_EQ(rows_in("SitesTable"), 1);
@@ -99,4 +102,8 @@ TEST_F(SurveyTest, The_first_file_of_a_station_names_its_site) {
   EXPECT_EQ(kept->name, longest);
   EXPECT_EQ(kept->latitude, -20.75);
   EXPECT_FALSE(find_site("200E", 101.0));
+
+  open_survey().database.execute("DELETE FROM FileTable");  // the first file is taken out of the survey
+  EXPECT_EQ(keep_site(second), std::nullopt);
+  EXPECT_EQ(find_site("200E", 100.0)->name, "ET001b");
 }

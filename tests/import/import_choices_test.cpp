@@ -1,12 +1,10 @@
-// What is chosen before an import: the files, the meaning of their names, and how one of them would be taken.
+// What is chosen before an import: the files, the meaning of their names, and where they are looked for.
 #include <gtest/gtest.h>
 
 #include "core/session_state.h"
 #include "import/decode_table.h"
-#include "import/file_sample.h"
 #include "import/import_files.h"
 #include "platform/settings_store/settings_store.h"
-#include "tests/formats/edi/made_edi.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 
@@ -79,47 +77,4 @@ TEST(Import_files, Start_where_the_last_import_was_or_else_at_the_survey) {
   keep_import_folder(folder.path("gone"));
   EXPECT_EQ(import_start_folder(), "/surveys/");
   EXPECT_EQ(settings_store().value("Marrowgate", "Brenlox", "ImportDirectory", ""), folder.path("gone"));
-}
-
-TEST(File_sample, Follows_the_choices_and_says_what_the_file_would_need) {
-  RecordingInterface interface;
-  const TemporaryFolder folder;
-  const std::string plain = folder.write("200E_E7.edi", made_edi({MadeSection{.sectid = "\"ET012\""}}));
-  const std::string impedances =
-      folder.write("b.edi", made_edi({MadeSection{.blocks = ">ZXYR //3\n1 2 3\n>ZXYI //3\n1 2 3\n"}}));
-  const std::string turned = folder.write(
-      "c.edi", made_edi({MadeSection{.blocks = ">RHOYX //3\n1 2 3\n>PHSYX //3\n-135 -130 1e32\n"}}));
-  FileSampler sampler;
-  ImportChoices choices;
-  choices.decode[decode_line_number] = {true, 1, 4, ""};
-  choices.decode[decode_event] = {true, 7, 1, ""};
-  choices.decode[decode_sample_rate].specified = "-1";
-
-  FileSample sample = sampler.sample(plain, choices);
-  EXPECT_EQ(sample.fault, "You have not specified a data type");
-  EXPECT_EQ(sample.fields.line, "200E");  // what can be told is told, whatever else is missing
-  EXPECT_EQ(sample.fields.event, "7");
-  EXPECT_EQ(sample.fields.station, "");
-  EXPECT_EQ(sample.fields.date, "22-Oct-2019");
-  EXPECT_TRUE(sample.notes.empty());
-
-  choices.ReferenceType = choices.ReductionType = 0;
-  choices.decode[decode_line_number] = {false, 0, 0, "-200"};
-  choices.stations_by = StationsBy::sectid_digits;
-  sample = sampler.sample(plain, choices);
-  EXPECT_EQ(sample.fault, "The Sample Rate cannot be negative");
-  EXPECT_EQ(sample.fields.line, "200W");
-  EXPECT_EQ(choices.decode[decode_line_number].specified, "-200");
-  EXPECT_EQ(sample.fields.station, "12");
-
-  EXPECT_EQ(sampler.sample(impedances, choices).notes,
-            std::vector<std::string>{"This file has impedances only"});
-  EXPECT_EQ(sampler.sample(turned, choices).notes, std::vector<std::string>{"All YX phases are negative"});
-  choices.compute_from_impedance = true;
-  choices.turn_ey = TurnEy::where_needed;
-  EXPECT_TRUE(sampler.sample(impedances, choices).notes.empty());
-  EXPECT_TRUE(sampler.sample(turned, choices).notes.empty());
-
-  EXPECT_NE(sampler.sample(folder.path("gone.edi"), choices).fault, "");
-  EXPECT_TRUE(interface.take_messages().empty());
 }

@@ -174,7 +174,7 @@ TEST_F(Rhoplus, An_error_longer_than_its_field_stays_large) {
   StoredReading reading = merged({{10.0F, 100.0F, 45.0F}});
   reading.curve.error_at(1, 0) = 123456789012.0F;
   const RhoplusTables rows = tables(reading);
-  EXPECT_EQ(rows.data_lines, "   10.0000      100.009999999.00     45.00      3.00 1 1\r\n");
+  EXPECT_EQ(rows.data_lines, "   10.0000      100.00 999999.00     45.00      3.00 1 1\r\n");
   EXPECT_FLOAT_EQ(rows.data[0].resistivity_error, 123456789012.0F);
 }
 

@@ -10,6 +10,7 @@
 #include "database/sites.h"
 #include "database/stations.h"
 #include "import/import_run.h"
+#include "reduction/averages.h"
 #include "survey_edits/remove_readings.h"
 #include "survey_edits/undo_removal.h"
 #include "tests/formats/edi/made_edi.h"
@@ -84,6 +85,7 @@ class EditedSurvey : public SurveyTest {
       reading.curve.error_at(field_resistivity, 0) = static_cast<float>(file.event);
       write_facts(reading.ID, reading.curve, {ey_turned, 3.0F});
     }
+    EXPECT_EQ(Module_averaged_data::recalculate_merged(), 0);  // with these facts
   }
 
   /// One row as text, with bytes as they are; without numbers that refer to rows if these don't matter.

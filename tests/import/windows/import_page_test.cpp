@@ -211,7 +211,7 @@ class ImportPageTest : public QObject, private ImportWindowFixture {
     // The file whose phases would be masked comes first.
     QCOMPARE(shown_column(PlanColumn::file), QStringList({"b.edi", "a.edi"}));
     QVERIFY(shown_column(PlanColumn::remarks).at(0).startsWith("all YX phases are negative"));
-    QVERIFY(shown_column(PlanColumn::remarks).at(1).startsWith("impedances only"));
+    QVERIFY(shown_column(PlanColumn::remarks).at(1).startsWith("impedances without curves"));
     QCOMPARE(text("Text_sample_station"), QString("1"));  // the row that was selected still is
   }
 

@@ -142,8 +142,8 @@ class FormOccamTest : public QObject {
     interface_->take_messages();
     QVERIFY(file_contents(run("occamdat").string()).find("station_200.0") != std::string::npos);
     QVERIFY(file_contents(run("occamdat").string()).find("\r\n      1845.") != std::string::npos);
-    window_ = std::make_unique<Form_occam>(Module_output::RhoplusSettings{}, Module_occam::StationSteps{},
-                                           nullptr, Module_occam::PositionSource::distances);
+    window_ = std::make_unique<Form_occam>(rhoplus_, Module_occam::StationSteps{}, nullptr,
+                                           Module_occam::PositionSource::distances);
     QCOMPARE(control<QComboBox>("Combo_positions")->currentIndex(), 1);
   }
 
