@@ -14,6 +14,7 @@
 #include "core/trap_errors.h"
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/import_run.h"
+#include "import/quiet_interface.h"
 #include "import/report_groups.h"
 #include "platform/files/files_in_use.h"
 #include "platform/files/private_folder.h"
@@ -28,6 +29,7 @@ using Module_data_file::GroupKind;
 using Module_data_file::ImportChoices;
 using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
+using Module_data_file::QuietInterface;
 using Module_data_file::ReportGroup;
 using Module_data_file::StationsBy;
 using Module_data_file::TurnEy;
@@ -116,11 +118,12 @@ void print_summary(const ImportReport& report, bool scan) {
     readings += file.readings;
     failed += !file.failure.empty() || file.readings == 0 ? 1 : 0;
   }
-  std::cout << report.files.size() << " files, " << readings
+  std::cout << report.files.size() << (report.files.size() == 1 ? " file, " : " files, ") << readings
             << (scan ? " readings met, " : " readings stored, ") << failed
-            << " files without a reading or with an error\n";
+            << (failed == 1 ? " file" : " files") << " without a reading or with an error\n";
   if (report.files_replaced() > 0) {
-    std::cout << report.files_replaced() << " files replaced readings of an earlier import\n";
+    std::cout << report.files_replaced() << (report.files_replaced() == 1 ? " file" : " files")
+              << " replaced readings of an earlier import\n";
   }
   if (report.stopped) {
     user_interface().show_message("Stopped; what was stored by then is kept");
@@ -209,6 +212,11 @@ bool take_options(ImportOptions& options) {
     user_interface().show_message("--dry-run and --scan exclude each other");
     return false;
   }
+  if (options.dry_run && !options.report.empty()) {
+    user_interface().show_message(
+        "--dry-run and --report exclude each other: nothing is done with the files");
+    return false;
+  }
   return true;
 }
 
@@ -261,7 +269,15 @@ int run_dry(const ImportOptions& options, const FoundFiles& files) {
         std::filesystem::copy_file(options.survey + part, copy + part);
       }
     }
-    status = with_open_survey(copy, [&] { return print_plan(options, files); });
+    auto quiet = std::make_unique<QuietInterface>();  // what opening does to the copy is done to nothing else
+    status = with_open_survey(copy, [&] {
+      quiet.reset();
+      return print_plan(options, files);
+    });
+    if (quiet) {  // it couldn't be opened: say why
+      quiet.reset();
+      status = with_open_survey(copy, [] { return -1; });
+    }
   });
   return status;
 }

@@ -153,9 +153,8 @@ PlannedImport plan_import(const ImportOptions& options, const FoundFiles& files)
   PlanMaker maker;
   PlannedImport planned{options.choices, {}, {}};
   if (options.proposals) {
-    Proposals proposals = propose(files.scanned, maker);
+    Proposals proposals = propose(files.scanned, maker, options.choices.line_direction);
     planned.choices = std::move(proposals.choices);
-    planned.choices.line_direction = options.choices.line_direction;
     planned.proposals = std::move(proposals.reasons);
     take_given(options, planned);
     take_stations(options, files, maker, planned);

@@ -61,6 +61,7 @@ struct ImportChoices {
   std::string start_station;         // as typed; blank: none
   std::string station_step = "100";  // as typed, m
   StationsBy stations_by = StationsBy::count;
+  bool count_sites = false;  // by count: sites are counted, not sections, and known ones keep their stations
   bool convert_coordinates = false;
   std::optional<Module_projections::CoordSystem> projection;  // for a survey without one; it converts by it
   bool compute_from_impedance = false;  // resistivity and phase where the file has impedances only

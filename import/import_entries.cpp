@@ -82,6 +82,7 @@ void take_entries(const ImportEntries& entries, ImportChoices& choices) {
   choices.own_rate_of_fixed_columns = false;
   choices.line_direction = entries.line_direction;
   choices.stations_by = entries.stations_by;
+  choices.count_sites = false;
   choices.start_station = entries.start_station;
   choices.station_step = entries.station_step;
 }

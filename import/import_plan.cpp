@@ -18,9 +18,10 @@ struct ProblemText {
   std::string_view text;
 };
 
-constexpr std::array<ProblemText, 8> problem_texts{
+constexpr std::array<ProblemText, 9> problem_texts{
     {{PlanProblem::not_readable, "nothing to store"},
      {PlanProblem::no_frequencies, "no frequencies"},
+     {PlanProblem::no_rate, "the rate is no number"},
      {PlanProblem::no_station, "no station"},
      {PlanProblem::shared_station, "two sites on one station"},
      {PlanProblem::two_places, "one station at two places"},

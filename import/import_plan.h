@@ -14,6 +14,7 @@ namespace Module_data_file {
 enum class PlanProblem {
   not_readable,        // the file gives nothing, its remark says why
   no_frequencies,      //
+  no_rate,             // what is cut from the file's name is no number
   no_station,          // nothing says the station: SECTID has no number, or the file no place
   shared_station,      // two sites on one station, of the import or with what the survey holds
   two_places,          // one station at two places
@@ -37,7 +38,8 @@ struct PlannedSection {
   double station = 0.0;
   std::size_t own_stations = 0;  // above 0: the file holds so many itself, `station` is the first of them
   std::int32_t event = 0;
-  float rate = 0.0F;  // Hz
+  float rate = 0.0F;       // Hz
+  bool is_merged = false;  // merged curves belong to no rate
   std::int32_t frequencies = 0;
   std::string place;  // "20.4561 S, 139.1234 E", or map coordinates; empty without a place
   bool turn_ey = false;
@@ -48,6 +50,8 @@ struct PlannedSection {
   std::vector<std::string> reported;   // what the report of the import says of how the station was found
   std::vector<PlanCell> edited_cells;  // that the user has typed into
 
+  /// As it is stored, Hz.
+  [[nodiscard]] float stored_rate() const { return is_merged ? 0.0F : rate; }
   [[nodiscard]] bool can_edit(PlanCell cell) const;
   [[nodiscard]] bool is_edited(PlanCell cell) const;
 };

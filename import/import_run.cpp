@@ -462,7 +462,7 @@ int run_import(const ImportChoices& choices, const std::vector<std::string>& fil
                             "run_import " + plain_text(static_cast<std::int64_t>(files.size())) + " files");
   const BusyPointer busy;
   std::optional<ImportPlan> own;
-  if (plan == nullptr && choices.stations_by == StationsBy::distance) {
+  if (plan == nullptr && (choices.stations_by == StationsBy::distance || choices.count_sites)) {
     if (trap_errors(import_failed, [&] { own = own_plan(choices, files); }) != 0) {
       return -1;
     }

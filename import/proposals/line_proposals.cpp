@@ -55,10 +55,11 @@ std::vector<Folder> folders_of(std::span<const ScannedFile> files, SurveyBefore&
   return folders;
 }
 
-std::string lowest_free_line(const SurveyBefore& survey, const std::vector<Folder>& folders) {
+std::string lowest_free_line(const SurveyBefore& survey, const std::vector<Folder>& folders,
+                             LineDirection direction) {
   constexpr int step = 100;
   for (int number = step;; number += step) {
-    std::string line = plain_text(number) + "E";
+    std::string line = plain_text(number) + (direction == LineDirection::local_east ? "E" : "N");
     if (!survey.has_line(line) && std::ranges::find(folders, line, &Folder::line) == folders.end()) {
       return line;
     }
@@ -119,7 +120,7 @@ std::optional<std::string> line_in_name(std::string_view folder_name, LineDirect
 LineProposal propose_lines(std::span<const ScannedFile> files, SurveyBefore& survey, ImportChoices& choices) {
   std::vector<Folder> folders = folders_of(files, survey);
   std::ranges::for_each(folders, [&](Folder& folder) { find_line(choices.line_direction, folder); });
-  const std::string free_line = lowest_free_line(survey, folders);
+  const std::string free_line = lowest_free_line(survey, folders, choices.line_direction);
   std::vector<std::string> lines;
   choices.folder_lines.clear();
   for (Folder& folder : folders) {

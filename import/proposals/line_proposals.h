@@ -20,8 +20,8 @@ struct LineProposal {
 };
 
 /// Sets the line, or that of each folder, in the choices: the one that the folder's files are on in the
-/// survey; else the one of its name; else the lowest whole hundred east that the survey hasn't. Lines count
-/// in metres, so that hundreds leave room between them.
+/// survey; else the one of its name; else the lowest whole hundred, east or north by line_direction, that the
+/// survey hasn't. Lines count in metres, so that hundreds leave room between them.
 LineProposal propose_lines(std::span<const ScannedFile> files, SurveyBefore& survey, ImportChoices& choices);
 
 }  // namespace Module_data_file

@@ -23,7 +23,7 @@ nlohmann::ordered_json json_of(const PlannedSection& row) {
           {"station", row.station},
           {"own_stations", row.own_stations},
           {"event", row.event},
-          {"rate", decimal_of_single(row.rate)},
+          {"rate", decimal_of_single(row.stored_rate())},
           {"frequencies", row.frequencies},
           {"place", row.place},
           {"turn_ey", row.turn_ey},

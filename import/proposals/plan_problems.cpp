@@ -10,16 +10,13 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "import/proposals/site_stations.h"
 
 namespace Module_data_file {
 
 using numerics::geodesy::MapPlace;
 
 namespace {
-
-// Places of one site from different days differ by some metres, and by thirty where they are written in whole
-// seconds.
-constexpr double same_place = 50.0;  // m
 
 // Two places are always on a line.
 constexpr std::size_t fewest_of_area = 3;
@@ -96,16 +93,13 @@ void find_shared_stations(std::vector<PlannedSection>& rows, const RowsAtStation
   }
 }
 
-double distance(const MapPlace& a, const MapPlace& b) {
-  return std::hypot(a.easting - b.easting, a.northing - b.northing);
-}
-
 std::optional<MapPlace> place_in_survey(const LineStation& station, const PlanRun& run,
                                         const SurveyBefore& survey) {
-  const std::vector<Module_database::Site>& sites = survey.placed_sites(station.first);
+  const std::vector<Module_database::Site>& sites = survey.sites(station.first);
   const auto found = std::ranges::find(sites, station.second, &Module_database::Site::station);
-  return found == sites.end() ? std::nullopt
-                              : run.lines().map().on_map({*found->latitude, *found->longitude});
+  return found == sites.end() || !found->latitude || !found->longitude
+             ? std::nullopt
+             : run.lines().map().on_map({*found->latitude, *found->longitude});
 }
 
 void find_two_places(std::vector<PlannedSection>& rows, const RowsAtStations& at, const PlanRun& run,

@@ -9,6 +9,7 @@
 #include "core/text_fields.h"
 #include "formats/fixed_column/fixed_column_parser.h"
 #include "import/file_decode.h"
+#include "import/proposals/site_stations.h"
 #include "import/readers/edi_stations.h"
 #include "import/readers/fixed_column_reader.h"
 #include "import/readers/reader_steps.h"
@@ -96,8 +97,8 @@ PlannedLines::PlannedLines(std::span<const ScannedFile> files,
   }
   for (auto& [line, of_line] : places) {
     std::vector<KnownSite> known;
-    for (const Module_database::Site& site : survey.placed_sites(line)) {
-      if (const auto place = map_.on_map({*site.latitude, *site.longitude})) {
+    for (const Module_database::Site& site : survey.sites(line)) {
+      if (const auto place = place_on(map_, site)) {
         known.push_back({*place, site.station});
       }
     }
@@ -167,8 +168,19 @@ std::vector<PlannedSection> PlanRun::rows() {
   record.run.earlier_files = survey_.earlier_files();
   record.run.free_stations = std::make_shared<FreeStations>([this]() -> const FoundSites& { return look(); });
   go_over_files(record, &rows);
+  std::ranges::for_each(rows, [this](PlannedSection& row) { test_rate(row); });
   found_ = std::move(record.run.found);
   return rows;
+}
+
+void PlanRun::test_rate(PlannedSection& row) const {
+  if (choices_.ReductionType == Module_database::reduction_merged) {
+    row.is_merged = true;
+    std::erase(row.editable, PlanCell::rate);
+  } else if (row.is_stored && row.rate == 0.0F && choices_.decode[decode_sample_rate].use_file_name) {
+    row.problems.push_back(PlanProblem::no_rate);
+    row.remarks.emplace_back("the name of the file gives no scan rate");
+  }
 }
 
 // What the files say of their stations, without those that depend on it.
@@ -185,14 +197,13 @@ const FoundSites& PlanRun::look() {
 }
 
 void PlanRun::go_over_files(ReadingRecord& record, std::vector<PlannedSection>* rows) {
+  site_stations_.emplace(lines_->map(), survey_);
   for (std::size_t file = 0; file < files_.size(); ++file) {
     start_file(record, file);
     begin_record(record, file);
-    const std::string& failure = files_[file].failure;
-    if (decoded_[file].repeated || !failure.empty()) {
+    if (std::string why = why_nothing(file); !why.empty()) {
       if (rows != nullptr) {
-        rows->push_back(
-            row_of_nothing(file, decoded_[file].repeated ? "the file is in the list twice" : failure));
+        rows->push_back(row_of_nothing(file, std::move(why)));
       }
       continue;
     }
@@ -246,10 +257,21 @@ PlannedSection PlanRun::begin_row(std::size_t file, std::size_t section) const {
   return row;
 }
 
-PlannedSection PlanRun::row_of_nothing(std::size_t file, const std::string& why) const {
+// Why an import stores nothing of the file; empty if it does.
+std::string PlanRun::why_nothing(std::size_t file) const {
+  if (decoded_[file].repeated) {
+    return "the file is in the list twice";
+  }
+  const bool fits_no_criterion = decoded_[file].name.find('\'') != std::string::npos;
+  return files_[file].failure.empty() && fits_no_criterion
+             ? "The name of the file has an apostrophe: rename the file to import it."
+             : files_[file].failure;
+}
+
+PlannedSection PlanRun::row_of_nothing(std::size_t file, std::string why) const {
   PlannedSection row = begin_row(file, 0);
   row.problems = {PlanProblem::not_readable};
-  row.remarks = {why};
+  row.remarks = {std::move(why)};
   return row;
 }
 
@@ -262,7 +284,9 @@ bool PlanRun::take_edi_sections(std::size_t file, ReadingRecord& record, std::ve
     PlannedSection row = row_of_section(file, index);
     row.event = record.EventNumber;
     record.LineNumber = row.line;
+    const double next_station = record.run.next_station;
     take_station(section, record, row);
+    const bool is_known_site = counts_sites() && row.station != next_station;
     if (const PlannedEdit* const edit = edit_of(file, index)) {
       take_edited(*edit, row);
       record.Station = row.station;
@@ -272,6 +296,7 @@ bool PlanRun::take_edi_sections(std::size_t file, ReadingRecord& record, std::ve
     }
     gives_something = gives_something || section.is_stored;
     go_to_next_section(record, section.is_stored);
+    record.run.next_station = is_known_site ? next_station : record.run.next_station;
     if (rows != nullptr) {
       rows->push_back(std::move(row));
     }
@@ -301,6 +326,8 @@ void PlanRun::take_station(const ScannedSection& section, ReadingRecord& record,
   FileTask task{ImportMode::scan, files_[row.file_index].path, record, report, notes, {}};
   if (choices_.stations_by == StationsBy::distance) {
     take_distance(section, task, row);
+  } else if (counts_sites()) {
+    take_counted_site(section, task, row);
   } else {
     take_section_station(section.head, task);
   }
@@ -320,10 +347,48 @@ void PlanRun::take_distance(const ScannedSection& section, FileTask& task, const
   const auto& place = lines_->place_of(row.file_index);
   take_site_name(section.head, task);
   record.station_rule = StationRule::own;
-  if (place && section.is_stored) {
-    record.Station = lines_->line(upper_case(row.line)).station(*place);
-  } else {
+  if (!place || !section.is_stored) {
     take_next_free_station(section.head, "the file gives no latitude and longitude", task);
+    return;
+  }
+  const bool is_named = !record.site_name.empty();
+  if (const auto known =
+          is_named ? site_stations_->close_to(row.line, record.site_name, place) : std::nullopt) {
+    record.Station = *known;  // places of one site differ by the noise of their fixes
+    return;
+  }
+  record.Station = lines_->line(upper_case(row.line)).station(*place);
+  if (is_named) {
+    site_stations_->add(row.line, record.site_name, place, record.Station);
+  }
+}
+
+bool PlanRun::counts_sites() const {
+  return choices_.stations_by == StationsBy::count && choices_.count_sites;
+}
+
+// A file that the survey has keeps its stations, and a section of a site that is known has the site's.
+void PlanRun::take_counted_site(const ScannedSection& section, FileTask& task, const PlannedSection& row) {
+  ReadingRecord& record = task.record;
+  take_site_name(section.head, task);
+  record.station_rule = StationRule::own;
+  record.Station = record.run.next_station;
+  if (!section.is_stored) {
+    return;
+  }
+  const auto& place = lines_->place_of(row.file_index);
+  const bool is_named = !record.site_name.empty() &&
+                        (has_name(section.head.SECTID) || files_[row.file_index].sections.size() == 1);
+  std::optional<double> known;
+  if (const FileRows* const earlier = rows_of_earlier_import(record)) {
+    known = survey_.station_of(*earlier, row.line, row.event);
+  }
+  if (!known && is_named) {
+    known = site_stations_->named(row.line, record.site_name, place);
+  }
+  record.Station = known.value_or(record.Station);
+  if (!known && is_named) {
+    site_stations_->add(row.line, record.site_name, place, record.Station);
   }
 }
 

@@ -12,6 +12,7 @@
 #include "import/import_plan.h"
 #include "import/proposals/line_places.h"
 #include "import/proposals/scanned_file.h"
+#include "import/proposals/site_stations.h"
 #include "import/proposals/survey_before.h"
 #include "import/readers/field_reader.h"
 #include "import/station_sites.h"
@@ -76,11 +77,15 @@ class PlanRun {
   [[nodiscard]] PlannedSection row_of_section(std::size_t file, std::size_t index) const;
   void take_station(const ScannedSection& section, ReadingRecord& record, PlannedSection& row);
   void take_distance(const ScannedSection& section, FileTask& task, const PlannedSection& row);
+  [[nodiscard]] bool counts_sites() const;
+  void take_counted_site(const ScannedSection& section, FileTask& task, const PlannedSection& row);
   [[nodiscard]] PlannedSection row_of_own_stations(std::size_t file) const;
   static void test_fixed_columns(const ScannedFile& scanned, PlannedSection& row);
   bool take_own_stations(std::size_t file, ReadingRecord& record, std::vector<PlannedSection>* rows);
   [[nodiscard]] PlannedSection begin_row(std::size_t file, std::size_t section) const;
-  [[nodiscard]] PlannedSection row_of_nothing(std::size_t file, const std::string& why) const;
+  [[nodiscard]] PlannedSection row_of_nothing(std::size_t file, std::string why) const;
+  [[nodiscard]] std::string why_nothing(std::size_t file) const;
+  void test_rate(PlannedSection& row) const;
   const FoundSites& look();
 
   std::span<const ScannedFile> files_;
@@ -89,7 +94,8 @@ class PlanRun {
   SurveyBefore& survey_;
   std::vector<DecodedFile> decoded_;
   std::optional<PlannedLines> lines_;
-  std::optional<FoundSites> in_files_;  // what the files say themselves, once it was asked for
+  std::optional<SiteStations> site_stations_;  // of the present pass
+  std::optional<FoundSites> in_files_;         // what the files say themselves, once it was asked for
   FoundSites found_;
 };
 

@@ -143,7 +143,7 @@ std::string plan_cell_text(const PlannedSection& row, PlanColumn column) {
     case PlanColumn::event:
       return plain_text(row.event);
     case PlanColumn::rate:
-      return plain_text(row.rate);
+      return plain_text(row.stored_rate());
     case PlanColumn::frequencies:
       return plain_text(row.frequencies);
     case PlanColumn::turn_ey:

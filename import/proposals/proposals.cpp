@@ -142,10 +142,11 @@ Proposal propose_stations(std::span<const ScannedFile> files, ImportChoices& cho
   return {ProposedChoice::stations, std::move(proposal.value), std::move(proposal.why)};
 }
 
-Proposals propose(std::span<const ScannedFile> files, PlanMaker& maker) {
+Proposals propose(std::span<const ScannedFile> files, PlanMaker& maker, LineDirection direction) {
   const Census census(files);
   Proposals proposals;
   ImportChoices& choices = proposals.choices;
+  choices.line_direction = direction;
   proposals.reasons.push_back(propose_reference(census, choices));
   choices.ReductionType = 0;
   proposals.reasons.push_back({ProposedChoice::reduction, "Raw", "field files"});

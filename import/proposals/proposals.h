@@ -41,7 +41,9 @@ std::string_view proposed_title(ProposedChoice choice);
 
 /// Choices for an import of these files into what `maker` knows of the survey. Also for no files: then only
 /// what is always proposed.
-Proposals propose(std::span<const ScannedFile> files, PlanMaker& maker);
+/// @param direction of the lines, which says the letter of those without one
+Proposals propose(std::span<const ScannedFile> files, PlanMaker& maker,
+                  LineDirection direction = LineDirection::local_east);
 
 /// Proposes stations again for choices whose line or others have changed: only stations_by, start_station and
 /// station_step of the choices change. @return the reason

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
-#include <set>
 #include <vector>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "import/file_decode.h"
 #include "import/proposals/plan_run.h"
 #include "import/proposals/survey_before.h"
 #include "import/readers/edi_stations.h"
-#include "import/survey_file_names.h"
 
 namespace Module_data_file {
 
@@ -81,20 +80,19 @@ std::string why_no_distances(std::span<const ScannedFile> files, const ImportCho
   return {};
 }
 
-// The first hundred above the stations that other files have on these lines.
+// The first hundred above the stations that these lines have, in the survey or by files that hold theirs.
 double first_of_order(std::span<const ScannedFile> files, const ImportChoices& choices,
                       SurveyBefore& survey) {
-  std::set<std::int32_t> own_rows;
-  for (const ScannedFile& file : files) {
-    const std::vector<std::string> tails = path_tails(file.path);
-    if (const FileRows* const rows = survey.rows_of(file.path, tails.back(), file.DateCollected)) {
-      own_rows.insert(rows->first_ID);
-    }
-  }
   const PlanRun run(files, choices, {}, survey);
   double highest = 0.0;
   for (const auto& [name, line] : run.lines().all()) {
-    highest = std::max(highest, survey.highest_station(name, own_rows).value_or(0.0));
+    highest = std::max(highest, survey.highest_station(name).value_or(0.0));
+  }
+  for (const ScannedFile& file : files) {
+    for (const OwnStation& own : file.own_stations) {
+      const bool may_be_on_them = own.line.empty() || run.lines().all().contains(upper_case(own.line));
+      highest = may_be_on_them ? std::max(highest, own.station) : highest;
+    }
   }
   return step_of_order * (std::floor(highest / step_of_order) + 1.0);
 }
@@ -104,6 +102,7 @@ double first_of_order(std::span<const ScannedFile> files, const ImportChoices& c
 StationProposal propose_station_rule(std::span<const ScannedFile> files, PlanMaker& maker,
                                      ImportChoices& choices) {
   choices.stations_by = StationsBy::count;
+  choices.count_sites = false;
   choices.start_station.clear();
   choices.station_step = plain_text(step_of_order);
   const std::vector<const ScannedSection*> sections = edi_sections(files);
@@ -111,7 +110,12 @@ StationProposal propose_station_rule(std::span<const ScannedFile> files, PlanMak
     return {"of the files", "the files hold their stations"};
   }
   std::string on_line;
-  const std::string no_distances = why_no_distances(files, choices, maker.survey(), on_line);
+  ImportChoices tested = choices;  // the user may still be typing the line
+  (void)choices_fault(tested);     // brings it into its normal form
+  std::string no_distances = why_no_distances(files, tested, maker.survey(), on_line);
+  if (no_distances.empty() && !gives_distinct(files, StationsBy::distance, tested, maker)) {
+    no_distances = "different sites are as far along the line";
+  }
   if (no_distances.empty()) {
     choices.stations_by = StationsBy::distance;
     return {"distance along the line", on_line};
@@ -120,16 +124,19 @@ StationProposal propose_station_rule(std::span<const ScannedFile> files, PlanMak
     return has_name(section->head.SECTID) && is_numeric(*section->head.SECTID);
   };
   const std::string because = no_distances + "; ";
-  if (std::ranges::all_of(sections, is_number) && gives_distinct(files, StationsBy::sectid, choices, maker)) {
+  const bool are_numbers = std::ranges::all_of(sections, is_number);
+  if (are_numbers && gives_distinct(files, StationsBy::sectid, tested, maker)) {
     choices.stations_by = StationsBy::sectid;
     return {"SECTID", because + "SECTID is a number"};
   }
-  if (gives_distinct(files, StationsBy::sectid_digits, choices, maker)) {
+  if (!are_numbers && gives_distinct(files, StationsBy::sectid_digits, tested, maker)) {
     choices.stations_by = StationsBy::sectid_digits;
     return {"digits of SECTID", because + "SECTID has letters: its last digits"};
   }
-  choices.start_station = plain_text(first_of_order(files, choices, maker.survey()));
-  return {"order of the files", because + "the digits of SECTID don't tell the sites apart"};
+  choices.count_sites = true;
+  choices.start_station = plain_text(first_of_order(files, tested, maker.survey()));
+  return {"order of the files", because + (are_numbers ? "the whole numbers" : "the digits") +
+                                    " of SECTID don't tell the sites apart"};
 }
 
 }  // namespace Module_data_file

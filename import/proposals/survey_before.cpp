@@ -40,9 +40,7 @@ SurveyBefore::SurveyBefore() {
     lines_.insert(upper_case(station.line));
   }
   for (Module_database::Site& site : Module_database::listed_sites()) {
-    if (site.latitude && site.longitude) {
-      placed_sites_[upper_case(site.line)].push_back(std::move(site));
-    }
+    sites_[upper_case(site.line)].push_back(std::move(site));
   }
   projection_ = usable_projection();
   has_projection_ = !Module_projections::current_coord_system().name.empty();
@@ -66,21 +64,37 @@ std::string SurveyBefore::line_of(const FileRows& rows) {
 
 bool SurveyBefore::has_line(const std::string& line) const { return lines_.contains(upper_case(line)); }
 
-const std::vector<Module_database::Site>& SurveyBefore::placed_sites(const std::string& line) const {
+const std::vector<Module_database::Site>& SurveyBefore::sites(const std::string& line) const {
   static const std::vector<Module_database::Site> none;
-  const auto found = placed_sites_.find(upper_case(line));
-  return found == placed_sites_.end() ? none : found->second;
+  const auto found = sites_.find(upper_case(line));
+  return found == sites_.end() ? none : found->second;
 }
 
-std::optional<double> SurveyBefore::highest_station(const std::string& line,
-                                                    const std::set<std::int32_t>& but_of) {
-  std::optional<double> highest;
-  for (const auto& [station, known] : files_at_stations_.of_line(line)) {
-    if (std::ranges::any_of(known.files, [&](const auto& file) { return !but_of.contains(file.ID); })) {
-      highest = std::max(highest.value_or(station), station);
+const SurveyBefore::StationOfEvent& SurveyBefore::stations_of_file(const FileRows& rows) {
+  const auto [known, is_new] = stations_of_file_.try_emplace(rows.first_ID);
+  if (is_new) {
+    dao::Recordset readings = open_survey().database.open_recordset(
+        "SELECT DISTINCT LineNumber,Station,EventNumber FROM ReadingsDataTable WHERE FileID = " +
+        format_number(rows.first_ID, "0"));
+    for (; !readings.eof(); readings.move_next()) {
+      known->second.emplace(
+          std::pair(upper_case(readings.get_text("LineNumber")), readings.get_long("EventNumber")),
+          readings.get_double("Station"));
     }
   }
-  return highest;
+  return known->second;
+}
+
+std::optional<double> SurveyBefore::station_of(const FileRows& rows, const std::string& line,
+                                               std::int32_t event) {
+  const StationOfEvent& stations = stations_of_file(rows);
+  const auto found = stations.find({upper_case(line), event});
+  return found == stations.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<double> SurveyBefore::highest_station(const std::string& line) {
+  const FilesAtStations::Line& stations = files_at_stations_.of_line(line);
+  return stations.empty() ? std::nullopt : std::optional(stations.rbegin()->first);
 }
 
 }  // namespace Module_data_file

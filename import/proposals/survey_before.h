@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "database/sites.h"
@@ -35,12 +36,15 @@ class SurveyBefore {
 
   [[nodiscard]] bool has_line(const std::string& line) const;
 
-  /// The stations of a line that have a place, by their numbers.
-  [[nodiscard]] const std::vector<Module_database::Site>& placed_sites(const std::string& line) const;
+  /// The sites of a line, by their stations.
+  [[nodiscard]] const std::vector<Module_database::Site>& sites(const std::string& line) const;
 
-  /// The highest station of a line that has readings of other files than these rows of FileTable; none
-  /// without such.
-  std::optional<double> highest_station(const std::string& line, const std::set<std::int32_t>& but_of);
+  /// The station that an earlier import of a file gave to one of its events on a line; none if it isn't
+  /// there.
+  std::optional<double> station_of(const FileRows& rows, const std::string& line, std::int32_t event);
+
+  /// The highest station of a line that has readings of a file; none without such.
+  std::optional<double> highest_station(const std::string& line);
 
   [[nodiscard]] bool has_projection() const { return has_projection_; }
   /// The survey's projection, with its transform parameters; none if it has none or a faulty one.
@@ -49,10 +53,14 @@ class SurveyBefore {
   }
 
  private:
+  using StationOfEvent = std::map<std::pair<std::string, std::int32_t>, double>;  // line in upper case, event
+  const StationOfEvent& stations_of_file(const FileRows& rows);
+
   FilesAtStations files_at_stations_;
   std::unique_ptr<EarlierFiles> earlier_files_;
-  std::set<std::string> lines_;                                             // in upper case
-  std::map<std::string, std::vector<Module_database::Site>> placed_sites_;  // by line in upper case
+  std::set<std::string> lines_;                                      // in upper case
+  std::map<std::string, std::vector<Module_database::Site>> sites_;  // by line in upper case
+  std::map<std::int32_t, StationOfEvent> stations_of_file_;          // by FileID
   std::optional<Module_projections::CoordSystem> projection_;
   bool has_projection_ = false;
 };

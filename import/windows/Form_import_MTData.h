@@ -47,6 +47,7 @@ class Form_import_MTData : public QDialog {
   void scan_files();
   [[nodiscard]] bool look_into_files();
   void propose_choices();
+  void propose_line_again();
   void choices_changed();
   void as_last_time();
   void make_plan();

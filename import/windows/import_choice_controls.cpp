@@ -110,9 +110,11 @@ void ImportChoiceControls::user_changed() {
   if (!same_row(now.decode[decode_sample_rate], choices_.decode[decode_sample_rate])) {
     now.own_rate_of_fixed_columns = false;
   }
-  has_chosen_stations_ |= now.stations_by != choices_.stations_by ||
-                          now.start_station != choices_.start_station ||
-                          now.station_step != choices_.station_step;
+  if (now.stations_by != choices_.stations_by || now.start_station != choices_.start_station ||
+      now.station_step != choices_.station_step) {
+    has_chosen_stations_ = true;
+    now.count_sites = false;
+  }
   note_by_hand(choices_, now, lasting_);
   choices_ = std::move(now);
   Q_EMIT changed();

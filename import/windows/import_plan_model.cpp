@@ -53,7 +53,7 @@ double number(const PlannedSection& section, PlanColumn column) {
     case PlanColumn::event:
       return section.event;
     case PlanColumn::rate:
-      return section.rate;
+      return section.stored_rate();
     default:
       return section.frequencies;
   }

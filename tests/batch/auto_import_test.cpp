@@ -87,6 +87,10 @@ TEST_F(Auto_import, Each_option_wins_over_its_proposal) {
                 proposal["what"] == "Projection")
         << proposal;
   }
+  std::filesystem::rename(folder_.path("field/300N"), folder_.path("field/plain"));
+  const Json north = run_for_json({"import", "survey.mdb", "field", "--auto", "--dry-run", "--json",
+                                   "--line-direction", "NE", "--extension", "edi"});
+  EXPECT_EQ(north["rows"][0]["line"], "100N");
   // Without --auto the dry run has what is given, and no proposals.
   const Json given = run_for_json({"import", "survey.mdb", "field", "--dry-run", "--json", "--line", "7W",
                                    "--reference", "0", "--rate", "64", "--event", "0"});
@@ -98,6 +102,7 @@ TEST_F(Auto_import, Refuses_what_makes_no_sense) {
   EXPECT_EQ(run({"import", "survey.mdb", "field", "--auto", "--json"}).status, 2);
   EXPECT_EQ(run({"import", "survey.mdb", "field", "--auto", "--dry-run", "--scan"}).status, 2);
   EXPECT_EQ(run({"import", "survey.mdb", "field", "--auto", "--line", "200X"}).status, 2);
+  EXPECT_EQ(run({"import", "survey.mdb", "field", "--auto", "--dry-run", "--report", "r.json"}).status, 2);
   EXPECT_EQ(run({"import", "none.mdb", "field", "--auto", "--dry-run"}).status, 1);
   std::filesystem::create_directory(folder_.path("empty"));
   (void)folder_.write("empty/notes.txt", "nothing\n");

@@ -266,3 +266,25 @@ TEST_F(PlanOfImport, Marks_what_is_wrong_and_sorts_it_first) {
   EXPECT_NE(plan_as_text(plan).find("\n!  gone.edi"), std::string::npos);
   EXPECT_NE(plan_as_text(plan).find("NEW5 (d.edi), old.edi in the survey"), std::string::npos);
 }
+
+TEST_F(PlanOfImport, Says_what_of_a_file_cannot_be_stored) {
+  const std::vector<std::string> files{site("it's.edi", "1"), site("rate64.edi", "2"),
+                                       site("ratexx.edi", "3")};
+  const ImportPlan counted = plan_for(files, choices);
+  EXPECT_EQ(counted.sections[0].problems, std::vector{PlanProblem::not_readable});
+  EXPECT_EQ(
+      counted.sections[0].remarks,
+      std::vector<std::string>{"The name of the file has an apostrophe: rename the file to import it."});
+  EXPECT_EQ(counted.sections[1].station, 1250.4) << "it takes no station";
+  choices.decode[decode_sample_rate] = {true, 5, 2, ""};
+  const ImportPlan cut = plan_for(files, choices);
+  EXPECT_EQ(plan_cell_text(cut.sections[1], PlanColumn::rate), "64");
+  EXPECT_TRUE(cut.sections[1].problems.empty());
+  EXPECT_EQ(cut.sections[2].problems, std::vector{PlanProblem::no_rate});
+  choices.ReductionType = 2;
+  for (const PlannedSection& row : plan_for(files, choices).sections) {
+    EXPECT_FALSE(row.is_stored && has(row, PlanProblem::no_rate));
+    EXPECT_FALSE(row.is_stored && can_edit(row, PlanColumn::rate));
+    EXPECT_EQ(plan_cell_text(row, PlanColumn::rate), row.is_stored ? "0" : "") << "merged curves have none";
+  }
+}

@@ -1,4 +1,6 @@
 // What field files propose for their import, and why.
+#include <cmath>
+
 #include "import/proposals/line_proposals.h"
 #include "projections/survey_projection.h"
 #include "tests/import/proposals/planned_import.h"
@@ -107,6 +109,8 @@ TEST_F(PlannedImport, Stations_are_what_tells_the_sites_apart) {
       {{"30", "-20", "10"}, StationsBy::sectid, {30, -20, 10}, "SECTID is a number"},
       {{"A7", "B7", "C8"}, StationsBy::count, {100, 200, 300}, "the digits of SECTID don't tell"},
       {{"north", "7", "8"}, StationsBy::count, {100, 200, 300}, "the digits of SECTID don't tell"},
+      {{"12.5", "12.7", "13"}, StationsBy::count, {100, 200, 300}, "the whole numbers of SECTID don't tell"},
+      {{"A7", "B7", "a7"}, StationsBy::count, {100, 200, 100}, "the digits of SECTID don't tell"},
       {{"MT7", "MT7", "MT9"}, StationsBy::sectid_digits, {7, 7, 9}, "last digits"}};  // repeats of one site
   for (const Case& each : cases) {
     SCOPED_TRACE(each.sectids.front());
@@ -185,4 +189,75 @@ TEST_F(PlannedImport, Tensors_and_rates_are_proposed_where_the_files_need_them) 
   EXPECT_EQ(plan.sections[1].rate, 512);
   EXPECT_EQ(plan.sections[2].rate, 4096);
   EXPECT_TRUE(has(plan.sections[3], PlanProblem::not_readable));
+}
+
+// Without places, whose digits don't tell them apart.
+TEST_F(PlannedImport, Sites_in_order_keep_their_stations) {
+  const std::vector<std::string> first{site("7E/b.edi", "B7"), site("7E/c.edi", "C7"),
+                                       site("7E/again.edi", "B7")};
+  const Proposals proposals = proposals_for(first);
+  ASSERT_EQ(run_import(proposals.choices, first, ImportMode::import, report), 0);
+  EXPECT_EQ(ImportRun::stations(), (std::vector<double>{100, 200})) << "the repeat is at the site's station";
+  const std::vector<std::string> more{
+      site("7E/a.edi", "A7"), first[0], first[1], first[2], site("7E/d.edi", "D7"), site("7E/c2.edi", "C7")};
+  const ImportPlan plan = plan_for(more, proposals_for(more).choices);
+  EXPECT_EQ(planned_stations(plan), (std::vector<double>{300, 100, 200, 100, 400, 200}));
+  EXPECT_EQ(plan.summary(), "6 files, 4 stations on line 7E");
+  // One name at two places is two sites, which go above what the file of fixed columns holds.
+  const std::vector<std::string> placed{
+      folder.write("8E/f.res", made_fixed_columns({{16.0, 0.25, {1e-4, 2e-4}, {}}, {1024.0, 0.5, {}, {}}})),
+      site("8E/p.edi", "MT7", "-30", "139"), site("8E/q.edi", "MT7", "-30.4", "139.1"),
+      site("8E/r.edi", "MT8", "-30.1", "139.4"), site("8E/s.edi", "MT7", "-30.40003", "139.1")};
+  const std::vector<double> stations = planned_stations(plan_for(placed, proposals_for(placed).choices));
+  const double above = 100 * (std::floor(std::max(stations[0], 0.0) / 100) + 1);
+  EXPECT_EQ(stations, (std::vector<double>{stations[0], above, above + 100, above + 200, above + 100}));
+  EXPECT_GT(stations[0], 100) << "else it says nothing";
+}
+
+// 0.00004 degrees of longitude at 30 S are 4 m, which is what two fixes of one site differ by.
+TEST_F(PlannedImport, Repeats_of_a_site_share_its_distance) {
+  const auto at = [&](const char* file, const char* name, const char* longitude) {
+    return site(std::string("7E/") + file + ".edi", name, "-30", longitude);
+  };
+  const std::vector<std::string> first{at("a", "A", "139"), at("b", "B", "139.01"), at("c", "C", "139.03"),
+                                       at("b2", "B", "139.01004")};
+  const Proposals proposals = proposals_for(first);
+  ASSERT_EQ(proposals.choices.stations_by, StationsBy::distance);
+  const std::vector<double> stations = planned_stations(plan_for(first, proposals.choices));
+  EXPECT_EQ(stations[3], stations[1]);
+  ASSERT_EQ(run_import(proposals.choices, first, ImportMode::import, report), 0);
+  const std::vector<std::string> second{at("c3", "c", "139.02996"), at("d", "D", "139.04")};
+  EXPECT_EQ(planned_stations(plan_for(second, proposals_for(second).choices))[0], stations[2]);
+}
+
+TEST_F(PlannedImport, Two_parallel_lines_are_no_distances) {
+  std::vector<std::string> files;
+  for (const std::string place : {"0", "1", "2", "3", "4"}) {
+    files.push_back(site("run/" + place + "a.edi", place + "00A", "-30.000", "139.0" + place));
+    files.push_back(site("run/" + place + "b.edi", place + "00B", "-30.002", "139.0" + place));
+  }
+  const Proposals proposals = proposals_for(files);
+  EXPECT_EQ(why(proposals, ProposedChoice::stations).find("order of the files: different sites are as far"),
+            0U)
+      << why(proposals, ProposedChoice::stations);
+  EXPECT_EQ(planned_stations(plan_for(files, proposals.choices)),
+            (std::vector<double>{100, 200, 300, 400, 500, 600, 700, 800, 900, 1000}));
+}
+
+TEST_F(PlannedImport, A_line_goes_on_however_it_is_typed) {
+  const std::vector<std::string> first{site("7E/a.edi", "A", "-30", "139.03"),
+                                       site("7E/b.edi", "B", "-30", "139.06")};
+  ASSERT_EQ(run_import(proposals_for(first).choices, first, ImportMode::import, report), 0);
+  const std::vector<std::string> second{site("new/d.edi", "D", "-30", "139.09")};
+  PlanMaker maker;
+  Proposals north = propose(scanned(second), maker, LineDirection::local_north);
+  EXPECT_EQ(why(north, ProposedChoice::line), "100N: the lowest hundred that the survey hasn't");
+  for (const char* const line : {"7", "7e", "7E"}) {
+    ImportChoices chosen = proposals_for(second).choices;
+    chosen.decode[decode_line_number].specified = line;
+    EXPECT_NE(propose_stations(scanned(second), chosen, maker).why.find("keeps its zero"), std::string::npos)
+        << line;
+    EXPECT_EQ(chosen.decode[decode_line_number].specified, line) << "the user may still be typing";
+    EXPECT_EQ(chosen.stations_by, StationsBy::distance) << line;
+  }
 }
