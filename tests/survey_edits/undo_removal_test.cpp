@@ -186,7 +186,8 @@ TEST_F(EditedSurvey, A_file_that_was_imported_again_stays_as_it_is) {
   import_all(lines());
   ASSERT_EQ(import(b), 0);
   // It has named the sites since the other file was taken out.
-  open_survey().database.execute("UPDATE SitesTable SET SurveyFile = 'b.edi' WHERE SurveyFile = 'a.edi'");
+  Module_database::open_survey().database.execute(
+      "UPDATE SitesTable SET SurveyFile = 'b.edi' WHERE SurveyFile = 'a.edi'");
   EXPECT_EQ(difference(restored, meaning()), "");
 
   // The same for a file that has only lost a station.
