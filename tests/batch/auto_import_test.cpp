@@ -110,3 +110,17 @@ TEST_F(Auto_import, Refuses_what_makes_no_sense) {
   EXPECT_EQ(empty.status, 1);
   EXPECT_NE(empty.errors.find("There is no field file in empty"), std::string::npos);
 }
+
+TEST_F(Auto_import, Says_nothing_of_the_copy_that_a_dry_run_works_on) {
+  const std::string old_survey = BRENLOX_FIELD_DATA "/legacy_jet/survey_jet4.mdb";
+  if (!std::filesystem::exists(old_survey)) {
+    GTEST_SKIP() << "no field data beside the checkout";
+  }
+  std::filesystem::copy_file(old_survey, folder_.path("old.mdb"));
+  const Outcome dry = run({"import", "old.mdb", "field", "--auto", "--dry-run"});
+  EXPECT_EQ(dry.status, 0);
+  EXPECT_EQ(dry.errors + dry.output.substr(0, 10), "Reference:") << "it has been converted nowhere";
+  EXPECT_EQ(file_contents(folder_.path("old.mdb")), file_contents(old_survey));
+  (void)folder_.write("cut.mdb", file_contents(old_survey).substr(0, 5000));
+  EXPECT_NE(run({"import", "cut.mdb", "field", "--auto", "--dry-run"}).errors, "") << "but why it can't open";
+}

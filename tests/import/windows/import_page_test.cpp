@@ -226,6 +226,12 @@ class ImportPageTest : public QObject, private ImportWindowFixture {
     QCOMPARE(control<QComboBox>("Combo_data_reduced")->currentIndex(), 1);
     QCOMPARE(control<QComboBox>("Combo_data_type")->currentIndex(), 0);  // without remote channels
     QCOMPARE(cell(0, specify), QString("100E"));
+    click("Option_linedirection_1");
+    QCOMPARE(cell(0, specify), QString("100N"));
+    QCOMPARE(shown_column(PlanColumn::line), QStringList{"100N"});
+    type_cell(0, specify, "7");
+    click("Option_linedirection_0");
+    QCOMPARE(cell(0, specify), QString("7"));                // what was typed stays
     QVERIFY(!control("Command_as_last_time")->isEnabled());  // nothing was imported yet
   }
 
