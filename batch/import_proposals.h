@@ -36,8 +36,8 @@ PlannedImport plan_import(const ImportOptions& options, const FoundFiles& files)
 
 void print_proposals(const PlannedImport& planned, const FoundFiles& files);
 
-/// Tells of rows whose station or place can't be what the files mean. What the import's report tells is left to
-/// it.
+/// Tells of rows whose station or place can't be what the files mean. What the import's report tells is left
+/// to it.
 void print_plan_problems(const PlannedImport& planned);
 
 /// Prints proposals and plan and stores nothing. @return 0, or -1 after a message

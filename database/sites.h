@@ -29,8 +29,8 @@ struct Site {
 };
 
 /// Stores what a file says of a station's site. The first file's name and place win: another file fills only
-/// what was missing; the file itself, imported again, is taken as it is now, and a file that was removed has no say. EySign stays. Needs an open
-/// survey; throws dao::Error.
+/// what was missing; the file itself, imported again, is taken as it is now, and a file that was removed has
+/// no say. EySign stays. Needs an open survey; throws dao::Error.
 /// @return the name that the station keeps, if the file gives another one
 std::optional<std::string> keep_site(const Site& site);
 

@@ -35,8 +35,8 @@ void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<Pic
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,
                      const QString& title);
 
-/// The name of a site without the prefix of our own data files: "100.0" for "station_100.0"; the end of a long
-/// one is an ellipsis.
+/// The name of a site without the prefix of our own data files: "100.0" for "station_100.0"; the end of a
+/// long one is an ellipsis.
 QString short_site_name(const std::string& name);
 
 inline QColor to_qt(const graph::Colour& colour) { return {colour.red, colour.green, colour.blue}; }

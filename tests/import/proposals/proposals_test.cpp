@@ -177,7 +177,8 @@ TEST_F(PlannedImport, Tensors_and_rates_are_proposed_where_the_files_need_them) 
   const Proposals proposals = proposals_for(files);
   EXPECT_EQ(why(proposals, ProposedChoice::turn_ey),
             "where needed: 1 of 2 files have YX phases in -180..-90");
-  EXPECT_EQ(why(proposals, ProposedChoice::from_impedance), "computed: 1 of 2 files have impedances without curves");
+  EXPECT_EQ(why(proposals, ProposedChoice::from_impedance),
+            "computed: 1 of 2 files have impedances without curves");
   EXPECT_EQ(why(proposals, ProposedChoice::rate),
             "4096: four times the highest frequency of all files, 1024 Hz; files of fixed columns have four "
             "times their own last one");
