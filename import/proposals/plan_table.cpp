@@ -16,25 +16,6 @@ namespace {
 
 constexpr std::string_view yes = "yes";
 
-std::optional<PlanCell> cell_of(PlanColumn column) {
-  switch (column) {
-    case PlanColumn::line:
-      return PlanCell::line;
-    case PlanColumn::station:
-      return PlanCell::station;
-    case PlanColumn::event:
-      return PlanCell::event;
-    case PlanColumn::rate:
-      return PlanCell::rate;
-    case PlanColumn::turn_ey:
-      return PlanCell::turn_ey;
-    case PlanColumn::from_impedance:
-      return PlanCell::from_impedance;
-    default:
-      return std::nullopt;
-  }
-}
-
 std::string station_text(const PlannedSection& row) {
   std::string text = plain_text(row.station);
   return row.own_stations > 1
@@ -130,6 +111,25 @@ void append_cell(std::string& line, std::string_view text, std::size_t width) {
 }
 
 }  // namespace
+
+std::optional<PlanCell> cell_of(PlanColumn column) {
+  switch (column) {
+    case PlanColumn::line:
+      return PlanCell::line;
+    case PlanColumn::station:
+      return PlanCell::station;
+    case PlanColumn::event:
+      return PlanCell::event;
+    case PlanColumn::rate:
+      return PlanCell::rate;
+    case PlanColumn::turn_ey:
+      return PlanCell::turn_ey;
+    case PlanColumn::from_impedance:
+      return PlanCell::from_impedance;
+    default:
+      return std::nullopt;
+  }
+}
 
 std::string plan_cell_text(const PlannedSection& row, PlanColumn column) {
   if (!row.is_stored) {

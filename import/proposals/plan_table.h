@@ -1,6 +1,7 @@
 // plan_table.h: the plan of an import as a table: titles, the texts of cells, and what is typed into them.
 #pragma once
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,9 @@ enum class PlanColumn {
 inline constexpr std::array<std::string_view, 11> plan_column_titles{
     "File",        "Site",  "Line",    "Station",         "Event",  "Rate",
     "Frequencies", "Place", "Turn Ey", "From Impedances", "Remarks"};
+
+/// The cell of a row that a column shows, if it is one of those that can be edited.
+std::optional<PlanCell> cell_of(PlanColumn column);
 
 /// What a cell shows; "yes" or "" for the two boxes.
 std::string plan_cell_text(const PlannedSection& row, PlanColumn column);

@@ -59,25 +59,6 @@ double number(const PlannedSection& section, PlanColumn column) {
   }
 }
 
-std::optional<PlanCell> cell_of(PlanColumn column) {
-  switch (column) {
-    case PlanColumn::line:
-      return PlanCell::line;
-    case PlanColumn::station:
-      return PlanCell::station;
-    case PlanColumn::event:
-      return PlanCell::event;
-    case PlanColumn::rate:
-      return PlanCell::rate;
-    case PlanColumn::turn_ey:
-      return PlanCell::turn_ey;
-    case PlanColumn::from_impedance:
-      return PlanCell::from_impedance;
-    default:
-      return std::nullopt;
-  }
-}
-
 using SectionKey = std::pair<std::size_t, std::size_t>;  // file, section
 
 SectionKey key_of(const PlannedSection& section) { return {section.file_index, section.section_index}; }
