@@ -86,7 +86,6 @@ void Form_import_MTData::show_page(QWidget* page) {
     button->setVisible(importing);
   }
   ui_->Command_process_files->setVisible(!importing);
-  ui_->Command_process_files->setAutoDefault(!importing);  // hidden, it would still be what Enter presses
   ui_->Command_process_files->setDefault(!importing);
 }
 

@@ -177,7 +177,7 @@ QWidget* first_control(QWidget& window) {
 
 QString default_button(const QWidget& window) {
   for (const QPushButton* const button : window.findChildren<QPushButton*>()) {
-    if (button->isDefault() && button->window() == &window) {
+    if (button->isDefault() && !button->isHidden() && button->window() == &window) {
       return button->objectName();
     }
   }
