@@ -69,8 +69,8 @@ bool is_tipper(Quantity quantity) {
 }
 
 void refuse_other_types(const ObservedData& data) {
-  const auto first = std::ranges::find_if_not(
-      data.rows, [](const DataRow& row) { return can_be_inverted(type_of(row)); });
+  const auto first =
+      std::ranges::find_if_not(data.rows, [](const DataRow& row) { return can_be_inverted(type_of(row)); });
   if (first == data.rows.end()) {
     return;
   }
@@ -116,7 +116,8 @@ RowValue row_value(const TypeMeaning& meaning, const section::SiteResponse& resp
 
 bool can_be_inverted(int data_type) { return find_meaning(data_type) != nullptr; }
 
-RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, std::size_t threads, Progress progress)
+RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, std::size_t threads,
+                       Progress progress)
     : model_(model),
       data_(data),
       threads_(threads),
@@ -219,8 +220,7 @@ inversion::Problem RunProblem::problem() const {
 inversion::Modelled RunProblem::modelled(std::span<const double> model,
                                          inversion::Derivatives derivatives) const {
   const section::Section ground = response_section(model_, model.first(block_parameters_));
-  const section::CheckedInput input =
-      section::check_input(ground, data_.site_offsets, data_.frequencies);
+  const section::CheckedInput input = section::check_input(ground, data_.site_offsets, data_.frequencies);
   inversion::Modelled result;
   result.values.resize(data_.rows.size());
   const std::size_t n = parameters();
@@ -249,9 +249,8 @@ inversion::Modelled RunProblem::modelled(std::span<const double> model,
       }
     }
   };
-  const section::Parameters groups = linearise
-                                         ? section::Parameters{parameter_of_triangle_, block_parameters_}
-                                         : section::Parameters{};
+  const section::Parameters groups =
+      linearise ? section::Parameters{parameter_of_triangle_, block_parameters_} : section::Parameters{};
   if (!section::compute_linear_response(ground, input, data_.frequencies, requests_, groups, take,
                                         {.threads = threads_, .progress = progress_})) {
     throw inversion::Stopped();

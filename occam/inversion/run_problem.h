@@ -1,5 +1,5 @@
-// run_problem.h: the data and the model of a run as an inversion sees them: which responses its rows ask of the
-// section, what each row is made of, and how rough its blocks are.
+// run_problem.h: the data and the model of a run as an inversion sees them: which responses its rows ask of
+// the section, what each row is made of, and how rough its blocks are.
 #pragma once
 #include <cstddef>
 #include <functional>
@@ -27,8 +27,8 @@ class RunProblem {
 
   /// @param model, data  must outlive the problem
   /// @param threads      0: as many as the machine has cores
-  /// Throws std::runtime_error, with type, count and first row, for rows that can't be inverted, and for sites
-  /// off the mesh; std::invalid_argument for a section without a response.
+  /// Throws std::runtime_error, with type, count and first row, for rows that can't be inverted, and for
+  /// sites off the mesh; std::invalid_argument for a section without a response.
   RunProblem(const OccamModel& model, const ObservedData& data, std::size_t threads, Progress progress);
 
   [[nodiscard]] std::size_t parameters() const { return block_parameters_ + free_shifts_.size(); }
@@ -39,8 +39,8 @@ class RunProblem {
   /// The problem; it refers to this object.
   [[nodiscard]] numerics::occam_inversion::Problem problem() const;
 
-  /// The data of a model, in their units, phases at the turn nearest to the datum; with derivatives if they are
-  /// asked for. Throws numerics::occam_inversion::Stopped.
+  /// The data of a model, in their units, phases at the turn nearest to the datum; with derivatives if they
+  /// are asked for. Throws numerics::occam_inversion::Stopped.
   [[nodiscard]] numerics::occam_inversion::Modelled modelled(
       std::span<const double> model, numerics::occam_inversion::Derivatives derivatives) const;
 
@@ -61,7 +61,7 @@ class RunProblem {
   std::vector<numerics::section::ModeRequest> requests_;
   // Rows by request and site of the request: what its response is needed for.
   std::vector<std::vector<std::vector<std::size_t>>> rows_;
-  std::vector<double> shift_of_row_;        // decades, fixed shifts
+  std::vector<double> shift_of_row_;            // decades, fixed shifts
   std::vector<std::size_t> free_shift_of_row_;  // place among the free shifts; no_parameter without one
   std::vector<FreeShift> free_shifts_;
 };
