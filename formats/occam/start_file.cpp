@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <stdexcept>
 #include <string_view>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "formats/occam/fortran_text.h"
 #include "formats/occam/text_input.h"
 
 namespace Module_occam {
@@ -133,30 +133,8 @@ void read_parameters(TextInput& input, std::int64_t count, InversionStart& start
   }
 }
 
-std::string written(double value, std::chars_format format, int precision, std::size_t width) {
-  std::array<char, 64> text{};
-  const std::to_chars_result end =
-      std::to_chars(text.data(), text.data() + text.size(), value, format, precision);
-  std::string result(text.data(), end.ptr);
-  return result.size() < width ? std::string(width - result.size(), ' ') + result : result;
-}
-
-// Fortran's g15.7: seven digits and four blanks behind where the number is neither small nor large.
-std::string general(double value) {
-  constexpr int digits = 7;
-  constexpr std::size_t width = 11;
-  const double size = std::abs(value);
-  if (value == 0.0) {
-    return written(value, std::chars_format::fixed, digits - 1, width) + "    ";
-  }
-  const int exponent = static_cast<int>(std::floor(std::log10(size))) + 1;  // of 0.1234567E+08
-  if (size >= 0.1 && size < 1e7) {
-    return written(value, std::chars_format::fixed, digits - std::max(exponent, 0), width) + "    ";
-  }
-  const std::string power = format_number(std::abs(exponent), "00");
-  return written(value / std::pow(10.0, exponent), std::chars_format::fixed, digits, width) +
-         (exponent < 0 ? "E-" : "E+") + power;
-}
+// Of the three values that an iteration leaves.
+std::string general(double value) { return general_number(value, 7, 15); }
 
 std::string labelled(std::string_view label, std::string_view value) {
   std::string line = std::string(label) + ":";
@@ -201,14 +179,14 @@ InversionStart read_start_file(const std::string& path) {
 }
 
 std::string iteration_file_text(const InversionStart& state) {
-  std::string text = labelled("Format", "OCCAMITER_FLEX") + labelled("Description", state.description) +
-                     labelled("Model File", state.model_file) + labelled("Data File", state.data_file) +
-                     labelled("Date/Time", state.date) +
-                     labelled("Iterations to run", padded(state.iterations_to_run, 3)) +
-                     labelled("Target Misfit", written(state.target_rms, std::chars_format::fixed, 3, 6)) +
-                     labelled("Roughness Type", padded(state.roughness_type, 3)) +
-                     labelled("Diagonal Penalties", padded(state.diagonal_penalties ? 1 : 0, 1)) +
-                     labelled("Stepsize Cut Count", padded(state.step_cut_count, 3));
+  std::string text =
+      labelled("Format", "OCCAMITER_FLEX") + labelled("Description", state.description) +
+      labelled("Model File", state.model_file) + labelled("Data File", state.data_file) +
+      labelled("Date/Time", state.date) + labelled("Iterations to run", padded(state.iterations_to_run, 3)) +
+      labelled("Target Misfit", written_number(state.target_rms, std::chars_format::fixed, 3, 6)) +
+      labelled("Roughness Type", padded(state.roughness_type, 3)) +
+      labelled("Diagonal Penalties", padded(state.diagonal_penalties ? 1 : 0, 1)) +
+      labelled("Stepsize Cut Count", padded(state.step_cut_count, 3));
   text += state.model_limits ? labelled("Model Limits", plain_text(state.model_limits->first) + "," +
                                                             plain_text(state.model_limits->second))
                              : labelled("!Model Limits", "none");
@@ -224,7 +202,7 @@ std::string iteration_file_text(const InversionStart& state) {
   constexpr std::size_t on_a_line = 4;
   for (std::size_t parameter = 0; parameter < state.parameters.size(); ++parameter) {
     // Two digits more than the public program writes, so that an inversion goes on where it was.
-    text += "  " + written(state.parameters[parameter], std::chars_format::general, 9, 15);
+    text += "  " + written_number(state.parameters[parameter], std::chars_format::general, 9, 15);
     if ((parameter + 1) % on_a_line == 0 || parameter + 1 == state.parameters.size()) {
       text += '\n';
     }

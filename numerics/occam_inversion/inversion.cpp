@@ -83,21 +83,22 @@ void check(const Problem& problem, const Roughness& roughness, const State& star
 
 class Inversion {
  public:
-  Inversion(const Problem& problem, const Roughness& roughness, const Settings& settings, State start)
-      : problem_(problem), roughness_(roughness), settings_(settings) {
+  Inversion(const Problem& problem, const Roughness& roughness, const Settings& settings,
+            const Listener& listener, State start)
+      : problem_(problem), roughness_(roughness), settings_(settings), listener_(listener) {
     last_.state = std::move(start);
   }
 
-  Outcome run(const TakeIteration& take_iteration) {
+  Outcome run() {
     try {
       begin();
-      take_iteration(last_);
+      tell();
       const int last_number = last_.state.iteration + settings_.most_iterations;
       while (last_.state.iteration < last_number) {
         if (const auto ending = iterate()) {
           return {*ending, last_};
         }
-        take_iteration(last_);
+        tell();
         if (const auto ending = is_finished()) {
           return {*ending, last_};
         }
@@ -109,6 +110,12 @@ class Inversion {
   }
 
  private:
+  void tell() const {
+    if (listener_.iteration) {
+      listener_.iteration(last_);
+    }
+  }
+
   void begin() {
     Fit fit = respond(last_.state.model);
     last_.rms = fit.rms;
@@ -136,7 +143,7 @@ class Inversion {
                        settings_.robust),
         roughness_, cheaper_space(problem_.data.size(), last_.state.model.size()), settings_.threads);
     Trials trials(*models, roughness_, last_.state.model, settings_.rules,
-                  [this](std::span<const double> model) { return respond(model); });
+                  [this](std::span<const double> model) { return respond(model); }, listener_.trial);
     const SearchStart start{last_.state.log10_multiplier, misfit_,         settings_.target_rms,
                             last_.state.target_reached,   last_roughness_, settings_.most_cuts};
     const SearchEnd end =
@@ -173,6 +180,7 @@ class Inversion {
   const Problem& problem_;
   const Roughness& roughness_;
   const Settings& settings_;
+  const Listener& listener_;
   Iteration last_;
   double misfit_ = 0.0;  // of the last model, as the search goes by it
   double last_roughness_ = 0.0;
@@ -191,9 +199,9 @@ double root_mean_square(const Problem& problem, std::span<const double> modelled
 }
 
 Outcome invert(const Problem& problem, const Roughness& roughness, const Settings& settings, State start,
-               const TakeIteration& take_iteration) {
+               const Listener& listener) {
   check(problem, roughness, start);
-  return Inversion(problem, roughness, settings, std::move(start)).run(take_iteration);
+  return Inversion(problem, roughness, settings, listener, std::move(start)).run();
 }
 
 }  // namespace numerics::occam_inversion

@@ -76,13 +76,16 @@ struct Outcome {
   Iteration last;  // the start, if no iteration ended
 };
 
-/// Called with the start, and after each iteration.
-using TakeIteration = std::function<void(const Iteration&)>;
+/// What is told while the inversion works; either may be empty.
+struct Listener {
+  std::function<void(const Iteration&)> iteration;  // the start, and each iteration that ended
+  std::function<void(const Trial&)> trial;          // each response of the search
+};
 
 /// A start that fits already begins with smoothing, at iteration 0 only. Throws std::invalid_argument for an
 /// error of 0 or numbers that aren't finite.
 Outcome invert(const Problem& problem, const Roughness& roughness, const Settings& settings, State start,
-               const TakeIteration& take_iteration);
+               const Listener& listener);
 
 /// Root mean square of residuals over errors.
 double root_mean_square(const Problem& problem, std::span<const double> modelled);

@@ -45,6 +45,9 @@ const Trial& Trials::at(double log10_multiplier, double share) {
   if (best_ == nullptr || kept.misfit() < best_->misfit()) {
     best_ = &kept;
   }
+  if (tell_) {
+    tell_(kept);
+  }
   return kept;
 }
 

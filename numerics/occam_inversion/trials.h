@@ -50,12 +50,13 @@ using Respond = std::function<Fit(std::span<const double> model)>;
 class Trials {
  public:
   Trials(const LinearModels& models, const Roughness& roughness, std::vector<double> start, ModelRules rules,
-         Respond respond)
+         Respond respond, std::function<void(const Trial&)> tell = {})
       : models_(models),
         roughness_(roughness),
         start_(std::move(start)),
         rules_(rules),
-        respond_(std::move(respond)) {}
+        respond_(std::move(respond)),
+        tell_(std::move(tell)) {}
 
   /// @param share  of the step from the start to the model of the multiplier, 1 for all of it
   const Trial& at(double log10_multiplier, double share);
@@ -75,6 +76,7 @@ class Trials {
   std::vector<double> start_;
   ModelRules rules_;
   Respond respond_;
+  std::function<void(const Trial&)> tell_;
   std::map<double, std::optional<std::vector<double>>> model_of_multiplier_;
   std::map<std::pair<double, double>, Trial> trials_;
   const Trial* best_ = nullptr;

@@ -116,11 +116,11 @@ RowValue row_value(const TypeMeaning& meaning, const section::SiteResponse& resp
 
 bool can_be_inverted(int data_type) { return find_meaning(data_type) != nullptr; }
 
-RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, std::size_t threads,
+RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, const RunRules& rules,
                        Progress progress)
     : model_(model),
       data_(data),
-      threads_(threads),
+      rules_(rules),
       progress_(std::move(progress)),
       block_parameters_(static_cast<std::size_t>(model.num_free_params)) {
   refuse_other_types(data);
@@ -178,9 +178,59 @@ void RunProblem::take_shifts() {
       }
     }
     if (shift.is_free) {
-      free_shifts_.push_back({shift.site_number, shift.data_type});
+      free_shifts_.push_back(shift);
     }
   }
+  shifts_of_model_ = free_shifts_.size();
+  if (rules_.static_shift) {
+    add_shifts();
+  }
+}
+
+// One for the resistivities of each site and type that the model gives no shift.
+void RunProblem::add_shifts() {
+  if (!(*rules_.static_shift > 0.0)) {
+    throw std::runtime_error("the error of the static shifts must be above 0");
+  }
+  std::map<std::pair<int, int>, std::size_t> place;  // by site and type
+  for (std::size_t row = 0; row < data_.rows.size(); ++row) {
+    const DataRow& entry = data_.rows[row];
+    const bool is_resistivity = meaning_of(entry).quantity == Quantity::log10_resistivity;
+    if (!is_resistivity || free_shift_of_row_[row] != no_parameter) {
+      continue;
+    }
+    const auto [known, is_new] =
+        place.emplace(std::pair(entry.site_number, type_of(entry)), free_shifts_.size());
+    if (is_new) {
+      free_shifts_.push_back({entry.site_number, type_of(entry), 0.0, true});
+    }
+    free_shift_of_row_[row] = known->second;
+  }
+}
+
+std::vector<double> RunProblem::model_of(std::span<const double> file_parameters) const {
+  const std::size_t listed = block_parameters_ + shifts_of_model_;
+  if (file_parameters.size() != listed) {
+    throw std::runtime_error("the start has " + std::to_string(file_parameters.size()) +
+                             " parameters, the model " + std::to_string(listed));
+  }
+  std::vector<double> model(file_parameters.begin(), file_parameters.end());
+  model.resize(parameters(), 0.0);
+  return model;
+}
+
+std::vector<double> RunProblem::file_parameters(std::span<const double> model) const {
+  const std::span<const double> listed = model.first(block_parameters_ + shifts_of_model_);
+  return {listed.begin(), listed.end()};
+}
+
+std::string RunProblem::shift_file_text(std::span<const double> model) const {
+  std::vector<StaticShift> shifts = free_shifts_;
+  for (std::size_t shift = 0; shift < shifts.size(); ++shift) {
+    shifts[shift].shift = model[block_parameters_ + shift];
+    shifts[shift].is_free = false;
+  }
+  return Module_occam::shift_file_text(shifts);
 }
 
 std::vector<inversion::Block> RunProblem::blocks() const {
@@ -211,6 +261,8 @@ inversion::Problem RunProblem::problem() const {
     problem.data.push_back(row.datum);
     problem.errors.push_back(row.error);
   }
+  problem.data.resize(data_.rows.size() + added_shifts(), 0.0);
+  problem.errors.resize(problem.data.size(), rules_.static_shift.value_or(1.0));
   problem.respond = [this](std::span<const double> model, inversion::Derivatives derivatives) {
     return modelled(model, derivatives);
   };
@@ -222,10 +274,19 @@ inversion::Modelled RunProblem::modelled(std::span<const double> model,
   const section::Section ground = response_section(model_, model.first(block_parameters_));
   const section::CheckedInput input = section::check_input(ground, data_.site_offsets, data_.frequencies);
   inversion::Modelled result;
-  result.values.resize(data_.rows.size());
+  const std::size_t rows = data_.rows.size() + added_shifts();
   const std::size_t n = parameters();
   const bool linearise = derivatives == inversion::Derivatives::yes;
-  result.sensitivities.assign(linearise ? data_.rows.size() * n : 0, 0.0);
+  result.values.resize(rows);
+  result.sensitivities.assign(linearise ? rows * n : 0, 0.0);
+  for (std::size_t shift = 0; shift < added_shifts(); ++shift) {
+    const std::size_t row = data_.rows.size() + shift;
+    const std::size_t parameter = block_parameters_ + shifts_of_model_ + shift;
+    result.values[row] = model[parameter];
+    if (linearise) {
+      result.sensitivities[row * n + parameter] = 1.0;
+    }
+  }
   const auto take = [&](const section::ModeRequest& request, std::size_t site,
                         const section::SiteResponse& response) {
     const auto request_index = static_cast<std::size_t>(&request - requests_.data());
@@ -252,7 +313,7 @@ inversion::Modelled RunProblem::modelled(std::span<const double> model,
   const section::Parameters groups =
       linearise ? section::Parameters{parameter_of_triangle_, block_parameters_} : section::Parameters{};
   if (!section::compute_linear_response(ground, input, data_.frequencies, requests_, groups, take,
-                                        {.threads = threads_, .progress = progress_})) {
+                                        {.threads = rules_.threads, .progress = progress_})) {
     throw inversion::Stopped();
   }
   return result;
