@@ -22,6 +22,7 @@ Command add_recalculate_command(Program& program);
 Command add_grid_command(Program& program);
 Command add_info_command(Program& program);
 Command add_curve_command(Program& program);
+Command add_inversion_command(Program& program);  // in two dimensions
 Command add_invert_command(Program& program);
 Command add_plots_command(Program& program);  // only in a build with windows
 Command add_projection_command(Program& program);

@@ -130,8 +130,9 @@ int run_invert(InvertOptions& options) {
 
 Command add_invert_command(Program& program) {
   const auto options = std::make_shared<InvertOptions>();
-  Parser parser =
-      program.add_command("invert", "Inverts each station of a line in one dimension: misfit and model");
+  Parser parser = program.add_command("invert",
+                                      "Inverts each station of a line in one dimension (Rho+): misfit and "
+                                      "model; \"inversion\" is Occam in two");
   add_survey_argument(parser, options->survey);
   add_reading_options(parser, options->reading);
   add_rhoplus_options(parser, options->settings);

@@ -30,6 +30,7 @@ constexpr AddCommand add_commands[] = {
     Batch::add_invert_command,
     Batch::add_occam_command,
     Batch::add_occam_info_command,
+    Batch::add_inversion_command,
     Batch::add_response_command,
     Batch::add_grid_command,
     Batch::add_mask_topo_command,

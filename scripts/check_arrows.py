@@ -30,6 +30,7 @@ ARROWS = {
     "numerics/geodesy": NUMERICS,
     "numerics/gridding": NUMERICS,
     "numerics/impedance": NUMERICS,
+    "numerics/occam_inversion": NUMERICS,
     "numerics/rhoplus": NUMERICS,
     "numerics/section": NUMERICS,
     "formats": FORMATS,

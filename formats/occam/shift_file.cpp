@@ -2,9 +2,22 @@
 
 #include <stdexcept>
 
+#include "core/number_text.h"
 #include "formats/occam/table_input.h"
 
 namespace Module_occam {
+
+std::string shift_file_text(const std::vector<StaticShift>& shifts) {
+  std::string text =
+      "FORMAT:           OCCAM2MTSHIFT_1.0\nDESCRIPTION:      \nDATE/TIME:        \nCONSTRAINT TYPE:  0\n"
+      "CONSTRAINT ERROR: 0.0\nNO. SHIFTS:       " +
+      std::to_string(shifts.size()) + "\nSITE, DATA TYPE, SHIFT, FREE\n";
+  for (const StaticShift& shift : shifts) {
+    text += "  " + std::to_string(shift.site_number) + "  " + std::to_string(shift.data_type) + "  " +
+            format_number(shift.shift, "0.00000") + (shift.is_free ? "  1\n" : "  0\n");
+  }
+  return text;
+}
 
 std::vector<StaticShift> read_shift_file(const std::string& path) {
   TextInput input(path);

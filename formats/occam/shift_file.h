@@ -12,6 +12,9 @@ struct StaticShift {
   bool is_free = false;  // found by the inversion; iterations list it behind the resistivities of the blocks
 };
 
+/// The text of a statics file without constraints, lines ending in LF.
+std::string shift_file_text(const std::vector<StaticShift>& shifts);
+
 /// Reads a statics file. Throws Refusal or EmptyLine (text_input.h), or std::runtime_error with what is
 /// wrong.
 std::vector<StaticShift> read_shift_file(const std::string& path);

@@ -181,9 +181,104 @@ BRENLOX_INLINE void solve_columns(const Factors& a, double* real, double* imagin
   }
 }
 
+struct Sides {
+  double* real;
+  double* imaginary;
+  std::size_t stride;
+};
+
+// A strip of right sides, as wide as a register, of one unknown.
+template <class Registers>
+struct Strip {
+  typename Registers::Vector real;
+  typename Registers::Vector imaginary;
+
+  BRENLOX_INLINE static Strip at(const Sides& sides, std::size_t place) {
+    Strip strip;
+    std::memcpy(&strip.real, sides.real + place, sizeof strip.real);
+    std::memcpy(&strip.imaginary, sides.imaginary + place, sizeof strip.imaginary);
+    return strip;
+  }
+  BRENLOX_INLINE void put(const Sides& sides, std::size_t place) const {
+    std::memcpy(sides.real + place, &real, sizeof real);
+    std::memcpy(sides.imaginary + place, &imaginary, sizeof imaginary);
+  }
+  BRENLOX_INLINE void subtract(double l_real, double l_imaginary, const Strip& from) {
+    real -= l_real * from.real;
+    imaginary -= l_real * from.imaginary;
+    real += l_imaginary * from.imaginary;
+    imaginary -= l_imaginary * from.real;
+  }
+};
+
+// One strip of right sides through all columns, a panel at a time: what a panel takes from an unknown, or an
+// unknown from a panel, stays in registers.
+template <class Registers>
+BRENLOX_INLINE void solve_strip(const Factors& a, const Sides& sides, std::size_t strip,
+                                std::size_t first_column) {
+  using Part = Strip<Registers>;
+  const auto place = [&](std::size_t unknown) { return unknown * sides.stride + strip; };
+  const auto l = [&](std::size_t row, std::size_t column) { return column * a.stride + row - column; };
+  const auto last_row = [&](std::size_t column) { return std::min(column + a.half_bandwidth, a.count - 1); };
+  const std::size_t first_panel = first_column - first_column % panel;
+  for (std::size_t first = first_panel; first < a.count; first += panel) {
+    const std::size_t end = std::min(first + panel, a.count);
+    std::array<Part, panel> x;
+    for (std::size_t p = 0; p < end - first; ++p) {
+      x[p] = Part::at(sides, place(first + p));
+      for (std::size_t q = 0; q < p; ++q) {  // zeros behind a column where the band is narrower than a panel
+        x[p].subtract(a.real[l(first + p, first + q)], a.imaginary[l(first + p, first + q)], x[q]);
+      }
+      x[p].put(sides, place(first + p));
+    }
+    if (end - first < panel) {
+      break;
+    }
+    for (std::size_t row = end; row <= last_row(end - 1); ++row) {
+      Part target = Part::at(sides, place(row));
+      for (std::size_t p = 0; p < panel; ++p) {
+        target.subtract(a.real[l(row, first + p)], a.imaginary[l(row, first + p)], x[p]);
+      }
+      target.put(sides, place(row));
+    }
+  }
+  for (std::size_t end = a.count; end > 0;) {
+    const std::size_t first = (end - 1) - (end - 1) % panel;
+    std::array<Part, panel> x;
+    for (std::size_t p = 0; p < end - first; ++p) {
+      const Part b = Part::at(sides, place(first + p));
+      const double re = a.real[(first + p) * a.stride];  // 1 / d
+      const double im = a.imaginary[(first + p) * a.stride];
+      x[p].real = re * b.real - im * b.imaginary;
+      x[p].imaginary = re * b.imaginary + im * b.real;
+    }
+    if (end - first == panel) {
+      for (std::size_t row = end; row <= last_row(end - 1); ++row) {
+        const Part known = Part::at(sides, place(row));
+        for (std::size_t p = 0; p < panel; ++p) {
+          x[p].subtract(a.real[l(row, first + p)], a.imaginary[l(row, first + p)], known);
+        }
+      }
+    }
+    for (std::size_t p = end - first; p-- > 0;) {
+      for (std::size_t q = p + 1; q < end - first; ++q) {
+        x[p].subtract(a.real[l(first + q, first + p)], a.imaginary[l(first + q, first + p)], x[q]);
+      }
+      x[p].put(sides, place(first + p));
+    }
+    end = first;
+  }
+}
+
 void factor_on_any_processor(const Columns& a) { factor_columns<NarrowRegisters>(a); }
 void solve_on_any_processor(const Factors& a, double* real, double* imaginary) {
   solve_columns<NarrowRegisters>(a, real, imaginary);
+}
+
+void solve_strip_on_any_processor(const Factors& a, const Sides& sides, std::size_t strip,
+                                  std::size_t first_column) {
+  solve_strip<NarrowRegisters>(a, sides, strip, first_column);
+  solve_strip<NarrowRegisters>(a, sides, strip + widest_strip / 2, first_column);
 }
 
 #if defined(__x86_64__) && defined(__GNUC__)
@@ -195,6 +290,11 @@ __attribute__((target("avx2,fma"))) void solve_on_wide_registers(const Factors& 
                                                                  double* imaginary) {
   solve_columns<WideRegisters>(a, real, imaginary);
 }
+__attribute__((target("avx2,fma"))) void solve_strip_on_wide_registers(const Factors& a, const Sides& sides,
+                                                                       std::size_t strip,
+                                                                       std::size_t first_column) {
+  solve_strip<WideRegisters>(a, sides, strip, first_column);
+}
 
 bool has_wide_registers() {
   return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
@@ -205,12 +305,23 @@ void solve_on_wide_registers(const Factors& a, double* real, double* imaginary) 
   solve_columns<NarrowRegisters>(a, real, imaginary);
 }
 
+void solve_strip_on_wide_registers(const Factors& a, const Sides& sides, std::size_t strip,
+                                   std::size_t first_column) {
+  solve_strip_on_any_processor(a, sides, strip, first_column);
+}
+
 bool has_wide_registers() { return false; }
 #endif
 
 #undef BRENLOX_INLINE
 
 }  // namespace
+
+RightSides::RightSides(std::size_t unknowns, std::size_t count)
+    : count_(count),
+      stride_((count + widest_strip - 1) / widest_strip * widest_strip),
+      real_(unknowns * stride_),
+      imaginary_(unknowns * stride_) {}
 
 void BandedLdlt::reset(std::size_t unknowns, std::size_t half_bandwidth) {
   unknowns_ = unknowns;
@@ -246,6 +357,32 @@ void BandedLdlt::solve(std::span<std::complex<double>> right_side) const {
   }
   for (std::size_t i = 0; i < unknowns_; ++i) {
     right_side[i] = {real[i], imaginary[i]};
+  }
+}
+
+// The first unknown at which one of a strip of right sides is not zero; `unknowns` if there is none.
+std::size_t BandedLdlt::first_unknown(const RightSides& sides, std::size_t strip) const {
+  const auto is_zero = [&](const std::vector<double>& values, std::size_t unknown) {
+    const auto first = values.begin() + static_cast<std::ptrdiff_t>(unknown * sides.stride_ + strip);
+    return std::all_of(first, first + widest_strip, [](double value) { return value == 0.0; });
+  };
+  std::size_t unknown = 0;
+  while (unknown < unknowns_ && is_zero(sides.real_, unknown) && is_zero(sides.imaginary_, unknown)) {
+    ++unknown;
+  }
+  return unknown;
+}
+
+void BandedLdlt::solve(RightSides& sides) const {
+  const Factors factors = {real_.data(), imaginary_.data(), unknowns_, half_bandwidth_, stride_};
+  const Sides all = {sides.real_.data(), sides.imaginary_.data(), sides.stride_};
+  const auto solve_strip_here =
+      has_wide_registers() ? solve_strip_on_wide_registers : solve_strip_on_any_processor;
+  for (std::size_t strip = 0; strip < sides.stride_; strip += widest_strip) {
+    const std::size_t first = first_unknown(sides, strip);
+    if (first < unknowns_) {
+      solve_strip_here(factors, all, strip, first);
+    }
   }
 }
 

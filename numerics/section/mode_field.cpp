@@ -18,13 +18,9 @@ ModeField::ModeField(const ModeMesh& mesh, const Frequency& frequency, BandedLdl
   secondary_ = on_nodes(values);
 }
 
-CellMatrix ModeField::matrix(std::size_t column, std::size_t row) const {
-  return cell_matrix(coefficients(mesh_.mode, mesh_.cell(column, row), frequency_), mesh_.widths[column],
-                     mesh_.heights[row]);
-}
-
 void ModeField::add_cell(std::size_t column, std::size_t row, std::vector<Complex>& right_side) {
-  const CellMatrix k = matrix(column, row);
+  const CellMatrix k = cell_matrix(coefficients(mesh_.mode, mesh_.cell(column, row), frequency_),
+                                   mesh_.widths[column], mesh_.heights[row]);
   const CellLoad load = cell_load(mesh_, primary_, frequency_, column, row);
   const std::array<std::optional<std::size_t>, corners> unknowns = {
       unknown(column, row), unknown(column + 1, row), unknown(column, row + 1), unknown(column + 1, row + 1)};
@@ -51,38 +47,6 @@ std::vector<Complex> ModeField::on_nodes(std::span<const Complex> unknowns) cons
                       nodes.begin() + static_cast<std::ptrdiff_t>(mesh_.node(column, first_free_row())));
   }
   return nodes;
-}
-
-CellLoad ModeField::at_corners(std::span<const Complex> nodes, std::size_t column, std::size_t row) const {
-  return {nodes[mesh_.node(column, row)], nodes[mesh_.node(column + 1, row)],
-          nodes[mesh_.node(column, row + 1)], nodes[mesh_.node(column + 1, row + 1)], 0.0};
-}
-
-CellLoad ModeField::secondary_in_cell(std::size_t column, std::size_t row) const {
-  CellLoad values = adjoint_in_cell(secondary_, column, row);
-  values[centre] += cell_load(mesh_, primary_, frequency_, column, row)[centre] / matrix(column, row).centre;
-  return values;
-}
-
-std::vector<Complex> ModeField::adjoint(std::span<const Complex> weights) const {
-  std::vector<Complex> values;
-  values.reserve((mesh_.columns + 1) * mesh_.rows);
-  for (std::size_t column = 0; column <= mesh_.columns; ++column) {
-    const auto first = weights.subspan(mesh_.node(column, first_free_row()), mesh_.rows);
-    values.insert(values.end(), first.begin(), first.end());
-  }
-  solver_.solve(values);
-  return on_nodes(values);
-}
-
-CellLoad ModeField::adjoint_in_cell(std::span<const Complex> solution, std::size_t column,
-                                    std::size_t row) const {
-  const CellMatrix k = matrix(column, row);
-  CellLoad values = at_corners(solution, column, row);
-  for (std::size_t i = 0; i < corners; ++i) {
-    values[centre] -= k.to_centre[i] * values[i] / k.centre;
-  }
-  return values;
 }
 
 }  // namespace numerics::section

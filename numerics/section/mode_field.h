@@ -27,34 +27,28 @@ class ModeField {
   [[nodiscard]] const Frequency& frequency() const { return frequency_; }
   [[nodiscard]] const PrimaryField& primary() const { return primary_; }
 
-  /// The secondary field at a node.
-  [[nodiscard]] Complex secondary(std::size_t column, std::size_t row) const {
-    return secondary_[mesh_.node(column, row)];
-  }
-  /// The secondary field at the corners and the centre of a cell.
-  [[nodiscard]] CellLoad secondary_in_cell(std::size_t column, std::size_t row) const;
-
-  /// Solves the same equations, whose matrix is symmetric, with weights on nodes as right side and 0 where
-  /// the field is prescribed: what a unit load at each node adds to the weighted sum of the field.
-  /// @param weights  for each node of the mesh
-  [[nodiscard]] std::vector<Complex> adjoint(std::span<const Complex> weights) const;
-  /// Values of an adjoint solution at the corners and the centre of a cell.
-  [[nodiscard]] CellLoad adjoint_in_cell(std::span<const Complex> solution, std::size_t column,
-                                         std::size_t row) const;
-
- private:
-  [[nodiscard]] std::size_t first_free_row() const { return mesh_.mode == Mode::te ? 0 : 1; }
+  [[nodiscard]] std::size_t unknowns() const { return (mesh_.columns + 1) * mesh_.rows; }
   /// The equation of a node; nothing on the line where the field is prescribed. Unknowns run down the columns
   /// of nodes.
   [[nodiscard]] std::optional<std::size_t> unknown(std::size_t column, std::size_t row) const {
     const std::size_t down = row - first_free_row();  // wraps around above the first free row
     return down < mesh_.rows ? std::optional(column * mesh_.rows + down) : std::nullopt;
   }
-  [[nodiscard]] CellMatrix matrix(std::size_t column, std::size_t row) const;
+
+  /// The secondary field at a node.
+  [[nodiscard]] Complex secondary(std::size_t column, std::size_t row) const {
+    return secondary_[mesh_.node(column, row)];
+  }
+  /// The secondary field at the corners of a cell, 0 at its centre.
+  [[nodiscard]] CellLoad secondary_at_corners(std::size_t column, std::size_t row) const {
+    return {secondary(column, row), secondary(column + 1, row), secondary(column, row + 1),
+            secondary(column + 1, row + 1), 0.0};
+  }
+
+ private:
+  [[nodiscard]] std::size_t first_free_row() const { return mesh_.mode == Mode::te ? 0 : 1; }
   /// Spreads the values of the unknowns over the nodes, 0 on the prescribed line.
   [[nodiscard]] std::vector<Complex> on_nodes(std::span<const Complex> unknowns) const;
-  [[nodiscard]] CellLoad at_corners(std::span<const Complex> nodes, std::size_t column,
-                                    std::size_t row) const;
   void add_cell(std::size_t column, std::size_t row, std::vector<Complex>& right_side);
 
   const ModeMesh& mesh_;

@@ -50,16 +50,6 @@ bool is_response(DataType type) {
   return std::ranges::any_of(modes, [type](const Mode& mode) { return mode.has(type); });
 }
 
-/// The phase at the turn nearest to the observed one; one turn at most, and only if that is strictly nearer.
-double beside_datum(double phase, double datum) {
-  constexpr double turn = 360.0;  // degrees
-  const double distance = std::abs(phase - datum);
-  if (std::abs(phase - turn - datum) < distance) {
-    return phase - turn;
-  }
-  return std::abs(phase + turn - datum) < distance ? phase + turn : phase;
-}
-
 double value_of(const numerics::section::Response& response, const DataRow& row, std::size_t frequencies) {
   const std::size_t at = (static_cast<std::size_t>(row.site_number) - 1) * frequencies +
                          static_cast<std::size_t>(row.frequency_number) - 1;
@@ -98,6 +88,15 @@ void add_row(std::string& text, const DataRow& row, double modelled) {
 }
 
 }  // namespace
+
+double beside_datum(double phase, double datum) {
+  constexpr double turn = 360.0;  // degrees
+  const double distance = std::abs(phase - datum);
+  if (std::abs(phase - turn - datum) < distance) {
+    return phase - turn;
+  }
+  return std::abs(phase + turn - datum) < distance ? phase + turn : phase;
+}
 
 numerics::section::ResistivityLimits limits_at(int debug_level) {
   using numerics::section::ResistivityLimits;

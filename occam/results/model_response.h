@@ -22,6 +22,10 @@ numerics::section::Section response_section(
 /// Whether an inversion cuts resistivities, by the debug level of its iteration file.
 numerics::section::ResistivityLimits limits_at(int debug_level);
 
+/// A phase, degrees, at the turn nearest to the observed one; one turn at most, and only if that is strictly
+/// nearer.
+double beside_datum(double phase, double datum);
+
 struct ModelledData {
   std::vector<DataRow> rows;     // those of apparent resistivity and phase
   std::vector<double> modelled;  // for each of them, in its unit

@@ -39,10 +39,21 @@ TEST(Banded_ldlt, Solves_systems_of_all_small_sizes_and_bandwidths) {
           b[row] += a[row][column] * x[column];
         }
       }
+      constexpr std::size_t count = 5;  // right sides: multiples of one another
+      numerics::section::RightSides sides(n, count);
+      for (std::size_t row = 0; row < n; ++row) {
+        for (std::size_t side = 0; side < count; ++side) {
+          sides.add(row, side, static_cast<double>(side) * b[row]);
+        }
+      }
       solver.factor();
       solver.solve(b);
+      solver.solve(sides);
       for (std::size_t i = 0; i < n; ++i) {
         largest = std::max(largest, std::abs(b[i] - x[i]));
+        for (std::size_t side = 0; side < count; ++side) {
+          largest = std::max(largest, std::abs(sides.value(i, side) - static_cast<double>(side) * x[i]));
+        }
       }
     }
   }

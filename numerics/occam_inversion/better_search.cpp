@@ -1,0 +1,229 @@
+#include <algorithm>
+#include <cmath>
+
+#include "numerics/occam_inversion/search.h"
+
+namespace numerics::occam_inversion {
+
+namespace {
+
+constexpr double lowest_multiplier = -10.0;  // log10; beyond, the roughness no longer counts
+constexpr double highest_multiplier = 15.0;
+constexpr double perfectly_smooth = 1e-5;
+
+bool inside(double x) { return x > lowest_multiplier && x < highest_multiplier; }
+
+// The place of the least value of the parabola through three points.
+double lowest_of_parabola(double a, double fa, double b, double fb, double c, double fc) {
+  const double left = (b - a) * (fb - fc);
+  const double right = (b - c) * (fb - fa);
+  const double divisor = 2.0 * (left - right);
+  return divisor == 0.0 ? b : b - ((b - a) * left - (b - c) * right) / divisor;
+}
+
+// Looks for the least misfit over the multiplier with steps of one length; ends at the first model that fits.
+class Minimum {
+ public:
+  Minimum(Trials& trials, double share, double target) : trials_(trials), share_(share), target_(target) {}
+
+  const Trial& find(double from) {
+    const Trial* middle = &at(from);
+    const Trial* low = &at(from - first_step);
+    if (fits(*middle) || fits(*low)) {
+      return fits(*low) ? *low : *middle;
+    }
+    double step = -first_step;
+    const Trial* behind = middle;
+    if (low->misfit() < middle->misfit()) {
+      middle = low;
+    } else {
+      behind = low;
+      step = first_step;
+    }
+    const Trial* ahead = nullptr;
+    while (inside(middle->log10_multiplier + step)) {
+      ahead = &at(middle->log10_multiplier + step);
+      if (fits(*ahead)) {
+        return *ahead;
+      }
+      if (ahead->misfit() >= middle->misfit()) {
+        break;
+      }
+      behind = middle;
+      middle = ahead;
+      ahead = nullptr;
+      step *= growth;
+    }
+    return ahead == nullptr ? *middle : refine(*behind, *middle, *ahead);
+  }
+
+ private:
+  static constexpr double first_step = 0.5;  // decades
+  static constexpr double growth = 1.3;
+  static constexpr double near_enough = 0.1;
+  static constexpr int most_parabolas = 5;
+
+  const Trial& at(double x) { return trials_.at(x, share_); }
+  [[nodiscard]] bool fits(const Trial& trial) const { return trial.misfit() <= target_; }
+
+  // Between two trials that are no better.
+  const Trial& refine(const Trial& one, const Trial& best, const Trial& other) {
+    const Trial* a = &one;
+    const Trial* b = &best;
+    const Trial* c = &other;
+    for (int round = 0; round < most_parabolas; ++round) {
+      double x = lowest_of_parabola(a->log10_multiplier, a->misfit(), b->log10_multiplier, b->misfit(),
+                                    c->log10_multiplier, c->misfit());
+      const auto [first, last] = std::minmax(a->log10_multiplier, c->log10_multiplier);
+      x = std::clamp(x, first + 0.1 * (last - first), last - 0.1 * (last - first));
+      if (std::abs(x - b->log10_multiplier) < near_enough) {
+        break;
+      }
+      const Trial* next = &at(x);
+      if (fits(*next)) {
+        return *next;
+      }
+      const bool on_side_of_a = (x < b->log10_multiplier) == (a->log10_multiplier < b->log10_multiplier);
+      if (next->misfit() < b->misfit()) {
+        (on_side_of_a ? c : a) = b;
+        b = next;
+      } else {
+        (on_side_of_a ? a : c) = next;
+      }
+    }
+    return *b;
+  }
+
+  Trials& trials_;
+  double share_;
+  double target_;
+};
+
+// Looks for the largest multiplier at which steps of one length still fit.
+class LargestThatFits {
+ public:
+  LargestThatFits(Trials& trials, double share, double target)
+      : trials_(trials), share_(share), target_(target) {}
+
+  /// None if the misfit rises before it comes down to the target.
+  const Trial* find(double from) {
+    const Trial* first = &at(from);
+    return fits(*first) ? upwards(*first) : downwards(*first);
+  }
+
+ private:
+  static constexpr double first_step = 0.15;  // decades
+  static constexpr double growth = 1.5;
+  static constexpr double near_target = 2e-4;        // of the target
+  static constexpr double shortest_interval = 1e-3;  // decades: the misfit may jump where the host changes
+
+  const Trial& at(double x) { return trials_.at(x, share_); }
+  [[nodiscard]] bool fits(const Trial& trial) const { return trial.misfit() <= target_; }
+
+  const Trial* upwards(const Trial& first) {
+    const Trial* fitting = &first;
+    double step = first_step;
+    while (fitting->roughness >= perfectly_smooth && inside(fitting->log10_multiplier + step)) {
+      const Trial& next = at(fitting->log10_multiplier + step);
+      if (!fits(next)) {
+        return &between(*fitting, next);
+      }
+      fitting = &next;
+      step *= growth;
+    }
+    return fitting;
+  }
+
+  const Trial* downwards(const Trial& first) {
+    const Trial* above = &first;
+    double step = first_step;
+    while (inside(above->log10_multiplier - step)) {
+      const Trial& next = at(above->log10_multiplier - step);
+      if (fits(next)) {
+        return &between(next, *above);
+      }
+      if (next.misfit() >= above->misfit()) {
+        return nullptr;
+      }
+      above = &next;
+      step *= growth;
+    }
+    return nullptr;
+  }
+
+  // Regula falsi, with the weight of an end that stays halved (Illinois).
+  const Trial& between(const Trial& fitting, const Trial& above) {
+    const Trial* low = &fitting;
+    const Trial* high = &above;
+    double low_excess = low->misfit() - target_;
+    double high_excess = high->misfit() - target_;
+    while (target_ - low->misfit() > near_target * target_ &&
+           high->log10_multiplier - low->log10_multiplier > shortest_interval) {
+      const double width = high->log10_multiplier - low->log10_multiplier;
+      // A little below the target, so that the next trial fits.
+      const double aim = low_excess + 0.5 * near_target * target_;
+      const double part = std::clamp(-aim / (high_excess - low_excess), 0.05, 0.95);
+      const Trial& next = at(low->log10_multiplier + part * width);
+      if (fits(next)) {
+        low = &next;
+        low_excess = next.misfit() - target_;
+        high_excess *= 0.5;
+      } else {
+        high = &next;
+        high_excess = next.misfit() - target_;
+        low_excess *= 0.5;
+      }
+    }
+    return *low;
+  }
+
+  Trials& trials_;
+  double share_;
+  double target_;
+};
+
+// The trial that fits found above is the lower end of a root search at its own step length.
+SearchEnd smoothest_from(Trials& trials, const Trial& fitting, double target) {
+  const Trial* smoothest = LargestThatFits(trials, fitting.share, target).find(fitting.log10_multiplier);
+  return {smoothest, smoothest->log10_multiplier, true};
+}
+
+SearchEnd search_minimum(Trials& trials, const SearchStart& start) {
+  const Trial* best = &Minimum(trials, 1.0, start.target).find(start.log10_multiplier);
+  double share = 1.0;
+  for (int cut = 0; cut < start.most_cuts && best->misfit() > start.target; ++cut) {
+    share *= 0.5;
+    const Trial* shorter = &trials.at(best->log10_multiplier, share);
+    const bool helps = shorter->misfit() < best->misfit();
+    if (helps) {
+      best = &Minimum(trials, share, start.target).find(best->log10_multiplier);
+    } else if (best->misfit() < start.misfit) {
+      break;  // shorter steps only help while none was good at all
+    }
+  }
+  if (best->misfit() <= start.target) {
+    return smoothest_from(trials, *best, start.target);
+  }
+  best = trials.best();
+  return {best->misfit() < start.misfit ? best : nullptr, best->log10_multiplier, false};
+}
+
+SearchEnd search_smoother(Trials& trials, const SearchStart& start) {
+  double share = 1.0;
+  for (int cut = 0; cut <= start.most_cuts; ++cut) {
+    const Trial* found = LargestThatFits(trials, share, start.target).find(start.log10_multiplier);
+    if (found != nullptr && found->roughness < start.roughness) {
+      return {found, found->log10_multiplier, true};
+    }
+    share *= 0.5;
+  }
+  return {nullptr, start.log10_multiplier, true};
+}
+
+}  // namespace
+
+SearchEnd search_better(Trials& trials, const SearchStart& start) {
+  return start.target_reached ? search_smoother(trials, start) : search_minimum(trials, start);
+}
+
+}  // namespace numerics::occam_inversion

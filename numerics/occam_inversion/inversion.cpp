@@ -1,0 +1,207 @@
+#include "numerics/occam_inversion/inversion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+#include <string>
+
+namespace numerics::occam_inversion {
+
+namespace {
+
+constexpr double huber_limit = 1.5;  // errors: Huber (1964), Ann. Math. Stat. 35, 73-101
+constexpr double perfectly_smooth = 1e-5;
+constexpr double near_target = 1.01;
+constexpr double hardly_smoother = 1e-3;  // a roughness that falls by less twice in a row falls no more
+constexpr double no_step = 1e-3;          // decades
+
+double residual(const Problem& problem, std::span<const double> modelled, std::size_t row) {
+  return (problem.data[row] - modelled[row]) / std::abs(problem.errors[row]);
+}
+
+/// The root of the mean of Huber's function, that of the squares below its limit.
+double robust_misfit(const Problem& problem, std::span<const double> modelled) {
+  double sum = 0.0;
+  for (std::size_t row = 0; row < modelled.size(); ++row) {
+    const double r = std::abs(residual(problem, modelled, row));
+    sum += r <= huber_limit ? r * r : 2.0 * huber_limit * r - huber_limit * huber_limit;
+  }
+  return modelled.empty() ? 0.0 : std::sqrt(sum / static_cast<double>(modelled.size()));
+}
+
+Fit fit_of(const Problem& problem, std::vector<double> modelled, bool robust) {
+  Fit fit;
+  fit.rms = root_mean_square(problem, modelled);
+  fit.misfit = robust ? robust_misfit(problem, modelled) : fit.rms;
+  fit.modelled = std::move(modelled);
+  return fit;
+}
+
+// Rows over their errors, the data such that the model solves for itself.
+LinearProblem linear_problem(const Problem& problem, Modelled modelled, std::span<const double> model,
+                             bool robust) {
+  LinearProblem linear{std::move(modelled.sensitivities), std::vector<double>(problem.data.size())};
+  const std::size_t n = model.size();
+  for (std::size_t row = 0; row < linear.data.size(); ++row) {
+    const double r = std::abs(residual(problem, modelled.values, row));
+    const double weight =
+        (robust && r > huber_limit ? std::sqrt(huber_limit / r) : 1.0) / std::abs(problem.errors[row]);
+    const std::span<double> derivatives(linear.sensitivities.data() + row * n, n);
+    double through_model = 0.0;
+    for (std::size_t p = 0; p < n; ++p) {
+      derivatives[p] *= weight;
+      through_model += derivatives[p] * model[p];
+    }
+    linear.data[row] = weight * (problem.data[row] - modelled.values[row]) + through_model;
+  }
+  return linear;
+}
+
+void check(const Problem& problem, const Roughness& roughness, const State& start) {
+  for (std::size_t row = 0; row < problem.data.size(); ++row) {
+    const std::string name = "row " + std::to_string(row + 1) + " of the data ";
+    if (!std::isfinite(problem.data[row]) || !std::isfinite(problem.errors[row])) {
+      throw std::invalid_argument(name + "is not a number");
+    }
+    if (problem.errors[row] == 0.0) {
+      throw std::invalid_argument(name + "has an error of 0");
+    }
+  }
+  if (problem.data.empty()) {
+    throw std::invalid_argument("there are no data");
+  }
+  if (start.model.size() != roughness.parameters()) {
+    throw std::invalid_argument("the start has " + std::to_string(start.model.size()) +
+                                " parameters, the model " + std::to_string(roughness.parameters()));
+  }
+  for (std::size_t p = 0; p < start.model.size(); ++p) {
+    if (!std::isfinite(start.model[p])) {
+      throw std::invalid_argument("parameter " + std::to_string(p + 1) + " of the start is not a number");
+    }
+  }
+}
+
+class Inversion {
+ public:
+  Inversion(const Problem& problem, const Roughness& roughness, const Settings& settings,
+            const Listener& listener, State start)
+      : problem_(problem), roughness_(roughness), settings_(settings), listener_(listener) {
+    last_.state = std::move(start);
+  }
+
+  Outcome run() {
+    try {
+      begin();
+      tell();
+      const int last_number = last_.state.iteration + settings_.most_iterations;
+      while (last_.state.iteration < last_number) {
+        if (const auto ending = iterate()) {
+          return {*ending, last_};
+        }
+        tell();
+        if (const auto ending = is_finished()) {
+          return {*ending, last_};
+        }
+      }
+      return {Ending::iterations_done, last_};
+    } catch (const Stopped&) {
+      return {Ending::stopped, last_};
+    }
+  }
+
+ private:
+  void tell() const {
+    if (listener_.iteration) {
+      listener_.iteration(last_);
+    }
+  }
+
+  void begin() {
+    Fit fit = respond(last_.state.model);
+    last_.rms = fit.rms;
+    misfit_ = fit.misfit;
+    if (last_.state.iteration == 0) {
+      last_.state.log10_multiplier = State().log10_multiplier;
+      last_.state.target_reached = misfit_ <= settings_.target_rms;
+    }
+    // From iteration 0 on any roughness is better than none known.
+    last_roughness_ = last_.state.iteration == 0 && !last_.state.target_reached
+                          ? std::numeric_limits<double>::infinity()
+                          : roughness_.of(last_.state.model);
+    last_.state.roughness = roughness_.of(last_.state.model);
+    last_.modelled = std::move(fit.modelled);
+  }
+
+  Fit respond(std::span<const double> model) const {
+    return fit_of(problem_, problem_.respond(model, Derivatives::no).values, settings_.robust);
+  }
+
+  // @return why there is no next model, if there is none
+  std::optional<Ending> iterate() {
+    const auto models = linear_models(
+        linear_problem(problem_, problem_.respond(last_.state.model, Derivatives::yes), last_.state.model,
+                       settings_.robust),
+        roughness_, cheaper_space(problem_.data.size(), last_.state.model.size()), settings_.threads);
+    Trials trials(*models, roughness_, last_.state.model, settings_.rules,
+                  [this](std::span<const double> model) { return respond(model); }, listener_.trial);
+    const SearchStart start{last_.state.log10_multiplier, misfit_,         settings_.target_rms,
+                            last_.state.target_reached,   last_roughness_, settings_.most_cuts};
+    const SearchEnd end =
+        settings_.search == Search::better ? search_better(trials, start) : search_classic(trials, start);
+    if (end.accepted == nullptr) {
+      return start.target_reached ? Ending::smooth_and_fitting : Ending::no_better_fit;
+    }
+    const Trial& accepted = *end.accepted;
+    const bool was_reached = last_.state.target_reached;
+    const double fall = 1.0 - accepted.roughness / last_roughness_;
+    hardly_smoother_ = was_reached && fall < hardly_smoother ? hardly_smoother_ + 1 : 0;
+    last_ = {{last_.state.iteration + 1, accepted.model, end.log10_multiplier, accepted.roughness,
+              end.target_reached},
+             accepted.fit.rms,
+             accepted.fit.modelled,
+             trials.step_of(accepted),
+             trials.count()};
+    misfit_ = accepted.misfit();
+    last_roughness_ = accepted.roughness;
+    return std::nullopt;
+  }
+
+  [[nodiscard]] std::optional<Ending> is_finished() const {
+    const bool fits = misfit_ <= near_target * settings_.target_rms;
+    if (fits && last_.state.roughness < perfectly_smooth) {
+      return Ending::perfectly_smooth;
+    }
+    if (fits && (last_.step < no_step || hardly_smoother_ >= 2)) {
+      return Ending::smooth_and_fitting;
+    }
+    return std::nullopt;
+  }
+
+  const Problem& problem_;
+  const Roughness& roughness_;
+  const Settings& settings_;
+  const Listener& listener_;
+  Iteration last_;
+  double misfit_ = 0.0;  // of the last model, as the search goes by it
+  double last_roughness_ = 0.0;
+  int hardly_smoother_ = 0;
+};
+
+}  // namespace
+
+double root_mean_square(const Problem& problem, std::span<const double> modelled) {
+  double sum = 0.0;
+  for (std::size_t row = 0; row < modelled.size(); ++row) {
+    const double r = residual(problem, modelled, row);
+    sum += r * r;
+  }
+  return modelled.empty() ? 0.0 : std::sqrt(sum / static_cast<double>(modelled.size()));
+}
+
+Outcome invert(const Problem& problem, const Roughness& roughness, const Settings& settings, State start,
+               const Listener& listener) {
+  check(problem, roughness, start);
+  return Inversion(problem, roughness, settings, listener, std::move(start)).run();
+}
+
+}  // namespace numerics::occam_inversion

@@ -1,0 +1,34 @@
+// search.h: the search over multiplier and step length of one iteration.
+//
+// RMS against log10 of the multiplier: while no model fits to the target, its least value is looked for; once
+// one does, the largest multiplier, and with it the smoothest model, that still fits.
+#pragma once
+#include "numerics/occam_inversion/trials.h"
+
+namespace numerics::occam_inversion {
+
+struct SearchStart {
+  double log10_multiplier = 5.0;  // where the last search ended
+  double misfit = 0.0;            // of the model that the iteration starts from
+  double target = 1.0;
+  bool target_reached = false;  // by an earlier iteration: now only a smoother model is better
+  double roughness = std::numeric_limits<double>::infinity();  // of the last model
+  int most_cuts = 8;                                           // the step is halved at most so often
+};
+
+struct SearchEnd {
+  const Trial* accepted = nullptr;  // none: no model is better
+  double log10_multiplier = 0.0;    // where the next search starts
+  bool target_reached = false;
+};
+
+/// Few trials: a coarse minimum, shorter steps where they help; then straight to the multiplier at which the
+/// misfit is the target. What fits never lies above the target, and a smoother model is smoother.
+SearchEnd search_better(Trials& trials, const SearchStart& start);
+
+/// As the public program searches: the minimum bracketed and refined by parabolas (Brent 1973, Algorithms for
+/// Minimization without Derivatives, chapter 5), then the root (chapter 4); the step halved and all of it
+/// repeated where the minimum is no better.
+SearchEnd search_classic(Trials& trials, const SearchStart& start);
+
+}  // namespace numerics::occam_inversion

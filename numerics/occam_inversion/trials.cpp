@@ -1,0 +1,63 @@
+#include "numerics/occam_inversion/trials.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace numerics::occam_inversion {
+
+void ModelRules::apply(std::vector<double>& model) const {
+  for (double& value : model) {
+    if (step > 0.0) {
+      value = std::round(value / step) * step;
+    }
+    if (limits) {
+      value = std::clamp(value, limits->first, limits->second);
+    }
+  }
+}
+
+const std::optional<std::vector<double>>& Trials::model_at(double log10_multiplier) {
+  const auto known = model_of_multiplier_.find(log10_multiplier);
+  return known != model_of_multiplier_.end()
+             ? known->second
+             : model_of_multiplier_.emplace(log10_multiplier, models_.at(log10_multiplier)).first->second;
+}
+
+const Trial& Trials::at(double log10_multiplier, double share) {
+  const std::pair key(log10_multiplier, share);
+  if (const auto known = trials_.find(key); known != trials_.end()) {
+    return known->second;
+  }
+  Trial trial;
+  trial.log10_multiplier = log10_multiplier;
+  trial.share = share;
+  if (const auto& model = model_at(log10_multiplier)) {
+    trial.model = start_;
+    for (std::size_t p = 0; p < start_.size(); ++p) {
+      trial.model[p] += share * ((*model)[p] - start_[p]);
+    }
+    rules_.apply(trial.model);
+    ++count_;
+    trial.fit = respond_(trial.model);
+    trial.roughness = roughness_.of(trial.model);
+  }
+  const Trial& kept = trials_.emplace(key, std::move(trial)).first->second;
+  if (best_ == nullptr || kept.misfit() < best_->misfit()) {
+    best_ = &kept;
+  }
+  if (tell_) {
+    tell_(kept);
+  }
+  return kept;
+}
+
+double Trials::step_of(const Trial& trial) const {
+  double sum = 0.0;
+  for (std::size_t p = 0; p < start_.size(); ++p) {
+    const double change = trial.model[p] - start_[p];
+    sum += change * change;
+  }
+  return start_.empty() ? 0.0 : std::sqrt(sum / static_cast<double>(start_.size()));
+}
+
+}  // namespace numerics::occam_inversion
