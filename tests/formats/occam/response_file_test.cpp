@@ -142,7 +142,7 @@ TEST_F(ResponseFileTest, Faults_are_reported_and_leave_what_was_read_before) {
       in_data("too many rows", "DATABLOCKS     4", "DATABLOCKS     2000000000",
               {failed + "the file ends behind 4 of 2000000000 rows"}),
       in_data("too many frequencies", "FREQUENCIES       2", "FREQUENCIES       2000000000",
-              {failed + "the file ends behind 29 of 2000000000 frequencies"}),
+              {failed + "line 12: 'NO.DATABLOCKS' is not a number"}),
       in_rows("unknown site", "2.0 2.0 5.0", "3.0 2.0 5.0", {failed + "there is no site 3"}),
       in_rows("unknown frequency", "2.0 2.0 5.0", "2.0 -1 5.0", {failed + "there is no frequency -1"}),
       in_rows("site beyond all", "2.0 2.0 5.0", "9e99 2.0 5.0", {failed + "9E+99 is too large for a count"}),
