@@ -12,7 +12,7 @@
 #include "formats/occam/occam_model.h"
 #include "numerics/occam_inversion/inversion.h"
 #include "numerics/occam_inversion/roughness.h"
-#include "numerics/section/linear_response.h"
+#include "occam/results/row_response.h"
 
 namespace Module_occam {
 
@@ -60,7 +60,6 @@ class RunProblem {
       std::span<const double> model, numerics::occam_inversion::Derivatives derivatives) const;
 
  private:
-  void make_requests();
   void take_shifts();
   void add_shifts();
   [[nodiscard]] std::size_t added_shifts() const { return free_shifts_.size() - shifts_of_model_; }
@@ -71,9 +70,7 @@ class RunProblem {
   Progress progress_;
   std::size_t block_parameters_;
   std::vector<std::size_t> parameter_of_triangle_;
-  std::vector<numerics::section::ModeRequest> requests_;
-  // Rows by request and site of the request: what its response is needed for.
-  std::vector<std::vector<std::vector<std::size_t>>> rows_;
+  RowRequests requests_;
   std::vector<double> shift_of_row_;            // decades, fixed shifts
   std::vector<std::size_t> free_shift_of_row_;  // place among the free shifts; no_parameter without one
   std::vector<StaticShift> free_shifts_;        // those of the model, then those of the rules
