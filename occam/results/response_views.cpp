@@ -1,6 +1,7 @@
 #include "occam/results/response_views.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <numbers>
 
@@ -109,7 +110,12 @@ std::vector<ResponseView::Curve> ResponseView::curves(Pane pane) const {
 }
 
 std::string ResponseView::title(Pane pane, const ResponseChannel& channel) const {
-  return has_modes() ? channel.name + ": " + text(pane).title : text(pane).title;
+  std::string title = text(pane).title;
+  if (has_modes()) {
+    title.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(title.front())));
+    title = channel.name + " " + title;
+  }
+  return title;
 }
 
 std::vector<ResponseView> response_views(const OccamResponse& response) {
@@ -118,8 +124,8 @@ std::vector<ResponseView> response_views(const OccamResponse& response) {
                                    {{{"Real tipper", "Re Hz/Hy"}, {"Imaginary tipper", "Im Hz/Hy"}}},
                                    tipper_channels(response)},
                                   {"Impedance",
-                                   {{{"Real impedance", "Re Z, times root of period"},
-                                     {"Imaginary impedance", "Im Z, times root of period"}}},
+                                   {{{"Real impedance", "Re Z sqrt(T) (ohm sqrt(s))"},
+                                     {"Imaginary impedance", "Im Z sqrt(T) (ohm sqrt(s))"}}},
                                    impedance_channels(response)}};
   std::erase_if(views, [](const ResponseView& view) { return view.channels.empty(); });
   if (views.empty()) {

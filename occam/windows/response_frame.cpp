@@ -78,7 +78,10 @@ ResponseFrame::ResponseFrame(const OccamResponse& response, QWidget* parent)
   tabs->addTab(make_profiles(), "&Profiles");
   tabs->addTab(Grid_misfit_, "Mis&fits");
   Grid_misfit_->setToolTip("Root mean square misfit of each site and data type, in units of the errors");
-  Grid_misfit_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  Grid_misfit_->setWordWrap(false);
+  QHeaderView& headings = *Grid_misfit_->horizontalHeader();
+  headings.setSectionResizeMode(QHeaderView::Stretch);
+  headings.setMinimumSectionSize(headings.fontMetrics().horizontalAdvance("tipper") + 8);
   make_cells_copyable(*Grid_misfit_);
   auto* const station = new QWidget;
   auto* const station_rows = new QVBoxLayout(station);
@@ -231,8 +234,9 @@ void ResponseFrame::list_channels() {
 
 /// Draws again after another choice.
 void ResponseFrame::choose_view() {
+  name_panes();
   display_station(site_number_);
-  choose_channel();
+  display_profiles();
 }
 
 void ResponseFrame::choose_channel() {
@@ -272,11 +276,14 @@ void ResponseFrame::list_misfits() {
   const int sites = response_.resp_sites();
   Grid_misfit_->setColumnCount(types + 1);
   Grid_misfit_->setRowCount(sites + 1);
-  QStringList headings;
-  for (const DataType type : misfits_.data_types) {
-    headings.append(qt_text(data_type_name(type)).replace(' ', '\n'));
+  for (int column = 0; column < types; ++column) {
+    const QString name = qt_text(data_type_name(misfits_.data_types[static_cast<std::size_t>(column)]));
+    auto* const heading =
+        new QTableWidgetItem(QString(name).replace("resistivity", "Res").replace(' ', '\n'));
+    heading->setToolTip(name);
+    Grid_misfit_->setHorizontalHeaderItem(column, heading);
   }
-  Grid_misfit_->setHorizontalHeaderLabels(headings << "All");
+  Grid_misfit_->setHorizontalHeaderItem(types, new QTableWidgetItem("All"));
   QStringList names;
   for (int site = 1; site <= sites; ++site) {
     const auto& cells = misfits_.site_cells[static_cast<std::size_t>(site) - 1];
