@@ -1,4 +1,5 @@
 // brenlox_batch inversion: Occam's two-dimensional inversion of a run directory.
+#include <chrono>
 #include <iostream>
 #include <memory>
 
@@ -8,6 +9,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "occam/inversion/iteration_estimate.h"
 #include "occam/inversion/run_inversion.h"
 #include "platform/files/safe_files.h"
 
@@ -84,18 +86,19 @@ int invert_run(const InversionCommand& command) {
   if (tells_course) {
     std::cout << "iteration       RMS   roughness  multiplier  trials  seconds\n";
   }
-  int iteration = 0;
+  Module_occam::IterationEstimate estimate;
+  const auto since = std::chrono::steady_clock::now();
   Module_occam::InversionListener listener;
   listener.step = [&](const InversionStep& step) {
-    iteration = step.iteration;
     user_interface().show_progress("", -1);
     if (tells_course) {
       print_step(step);
     }
   };
-  listener.progress = [&](double share) {
-    user_interface().show_progress("Iteration " + std::to_string(iteration + 1),
-                                   static_cast<int>(100.0 * share));
+  listener.progress = [&](const Module_occam::InversionProgress& progress) {
+    const std::chrono::duration<double> now = std::chrono::steady_clock::now() - since;
+    estimate.take(progress, now.count());
+    user_interface().show_progress(estimate.text(), static_cast<int>(100.0 * estimate.share()));
     return !user_interface().stop_requested();
   };
   const InversionReport report = Module_occam::run_inversion(command.directory, command.options, listener);

@@ -75,6 +75,8 @@ std::string EarlierIterationFiles::text() const {
   return iterations_.size() == 1 ? iterations_.front() : iterations_.front() + " to " + iterations_.back();
 }
 
+fs::path EarlierIterationFiles::folder() const { return free_folder(directory_); }
+
 fs::path EarlierIterationFiles::move_away() const {
   const fs::path folder = free_folder(directory_);
   fs::create_directory(folder);

@@ -21,6 +21,8 @@ class EarlierIterationFiles {
   [[nodiscard]] bool found() const { return !files_.empty(); }
   /// "ITER03.iter to ITER12.iter"
   [[nodiscard]] std::string text() const;
+  /// Where they would move: the first of "earlier_1", "earlier_2", ... that is free.
+  [[nodiscard]] std::filesystem::path folder() const;
   /// Moves all into the first of "earlier_1", "earlier_2", ... that is free; back again if one can't be
   /// moved, and then throws. @return the folder
   std::filesystem::path move_away() const;

@@ -116,7 +116,8 @@ class RunningInversion {
                         [&] { return read_data_file((directory_ / start_.data_file).string()); })),
         model_(read_file(start_.model_file,
                          [&] { return read_model_file(directory_, start_.model_file, sites()); })),
-        run_(model_, data_, {options.threads, options.static_shift}, listener.progress),
+        run_(model_, data_, {options.threads, options.static_shift},
+             [this](double share) { return tell_progress(share); }),
         roughness_(roughness_of(run_, model_, with_options(), read_file(start_.model_file, [&] {
                                   return read_model_extras(directory_, start_.model_file);
                                 }))) {}
@@ -129,6 +130,8 @@ class RunningInversion {
   const InversionStart& with_options();
   void move_earlier() const;
   void take_iteration(const inversion::Iteration& iteration);
+  [[nodiscard]] bool tell_progress(double share);
+  [[nodiscard]] inversion::Problem counted_problem();
 
   fs::path directory_;
   const InversionOptions& options_;
@@ -143,6 +146,7 @@ class RunningInversion {
   std::optional<RunLog> log_;
   IterationLog iteration_log_;
   InversionReport report_;
+  InversionProgress under_way_;
   std::chrono::steady_clock::time_point since_;
 };
 
@@ -177,7 +181,8 @@ const InversionStart& RunningInversion::with_options() {
 }
 
 void RunningInversion::move_earlier() const {
-  const EarlierIterationFiles earlier(directory_, start_.iteration == 0 ? -1 : start_.iteration);
+  const bool anew = start_.iteration == 0 && !options_.go_on;
+  const EarlierIterationFiles earlier(directory_, anew ? -1 : start_.iteration);
   if (!earlier.found()) {
     return;
   }
@@ -224,6 +229,24 @@ void RunningInversion::take_iteration(const inversion::Iteration& iteration) {
   }
 }
 
+bool RunningInversion::tell_progress(double share) {
+  under_way_.share = share;
+  return !listener_.progress || listener_.progress(under_way_);
+}
+
+// Each response is a trial, but for the one with the sensitivities, which begins an iteration.
+inversion::Problem RunningInversion::counted_problem() {
+  inversion::Problem problem = run_.problem();
+  under_way_ = {start_.iteration, 0, 0.0};
+  problem.respond = [this, respond = std::move(problem.respond)](std::span<const double> model,
+                                                                 inversion::Derivatives derivatives) {
+    const bool begins = derivatives == inversion::Derivatives::yes;
+    under_way_ = {under_way_.iteration + (begins ? 1 : 0), begins ? 0 : under_way_.trial + 1, 0.0};
+    return respond(model, derivatives);
+  };
+  return problem;
+}
+
 InversionReport RunningInversion::run() {
   move_earlier();
   log_.emplace(directory_ / inversion_log_name);
@@ -243,7 +266,7 @@ InversionReport RunningInversion::run() {
   state.roughness = start_.roughness;
   state.target_reached = start_.target_reached;
   since_ = std::chrono::steady_clock::now();
-  const inversion::Problem problem = run_.problem();
+  const inversion::Problem problem = counted_problem();
   const inversion::Outcome outcome =
       inversion::invert(problem, roughness_, settings, std::move(state),
                         {[this](const inversion::Iteration& iteration) { take_iteration(iteration); },
