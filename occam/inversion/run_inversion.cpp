@@ -9,12 +9,11 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
-#include "formats/occam/model_extras.h"
-#include "formats/occam/model_file.h"
 #include "formats/occam/start_file.h"
 #include "formats/occam/text_input.h"
 #include "occam/inversion/earlier_iterations.h"
 #include "occam/inversion/inversion_files.h"
+#include "occam/inversion/inversion_input.h"
 #include "occam/inversion/run_problem.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/safe_files.h"
@@ -28,61 +27,6 @@ namespace inversion = numerics::occam_inversion;
 namespace {
 
 constexpr const char* lock_name = "inversion.lock";
-
-// Adds the file's name to what a reader says.
-template <class Read>
-auto read_file(const std::string& name, const Read& read) {
-  try {
-    return read();
-  } catch (const EmptyLine&) {
-    throw std::runtime_error(name + ": an empty line where text is expected");
-  } catch (const std::exception& failure) {
-    throw std::runtime_error(name + ": " + failure.what());
-  }
-}
-
-std::size_t parameter_of(const std::variant<int, BlockPlace>& place, const OccamModel& model) {
-  if (const int* const number = std::get_if<int>(&place)) {
-    if (*number < 1 || *number > model.num_free_params) {
-      throw std::runtime_error("an exception of the roughness names parameter " + std::to_string(*number) +
-                               " of " + std::to_string(model.num_free_params));
-    }
-    return static_cast<std::size_t>(*number - 1);
-  }
-  const BlockPlace& block = std::get<BlockPlace>(place);
-  const std::string name =
-      "block " + std::to_string(block.block_number) + " of layer " + std::to_string(block.layer_number);
-  if (block.layer_number < 1 || block.layer_number > model.num_layers() || block.block_number < 1 ||
-      block.block_number > model.layers[static_cast<std::size_t>(block.layer_number - 1)].layer_blocks()) {
-    throw std::runtime_error("an exception of the roughness names " + name + ", which there is not");
-  }
-  const int number = model.layer_block(block.layer_number - 1, block.block_number - 1).parameter_number;
-  if (number < 1) {
-    throw std::runtime_error("an exception of the roughness names " + name + ", which is fixed");
-  }
-  return static_cast<std::size_t>(number - 1);
-}
-
-inversion::Roughness roughness_of(const RunProblem& run, const OccamModel& model, const InversionStart& start,
-                                  const ModelExtras& extras) {
-  inversion::RoughnessRules rules;
-  rules.type = start.roughness_type;
-  rules.diagonals = start.diagonal_penalties;
-  for (const LinkException& entry : extras.exceptions) {
-    rules.by_hand.push_back(
-        {parameter_of(entry.first, model), parameter_of(entry.second, model), entry.weight});
-  }
-  std::vector<inversion::Prejudice> prejudices;
-  for (const PrejudiceValue& entry : extras.prejudices) {
-    if (entry.parameter_number < 1 || entry.parameter_number > model.num_free_params) {
-      throw std::runtime_error("a prejudice names parameter " + std::to_string(entry.parameter_number) +
-                               " of " + std::to_string(model.num_free_params));
-    }
-    prejudices.push_back({static_cast<std::size_t>(entry.parameter_number - 1), entry.value, entry.weight});
-  }
-  const std::vector<inversion::Block> blocks = run.blocks();
-  return {blocks, run.parameters(), rules, std::move(prejudices)};
-}
 
 // The log so far, to which each iteration adds; whole at any moment.
 class RunLog {
@@ -111,21 +55,15 @@ class RunningInversion {
         listener_(listener),
         lock_(directory_ / lock_name),
         from_(start_name()),
-        start_(read_file(from_, [&] { return read_start_file((directory_ / from_).string()); })),
-        data_(read_file(start_.data_file,
-                        [&] { return read_data_file((directory_ / start_.data_file).string()); })),
-        model_(read_file(start_.model_file,
-                         [&] { return read_model_file(directory_, start_.model_file, sites()); })),
-        run_(model_, data_, {options.threads, options.static_shift}, listener.progress),
-        roughness_(roughness_of(run_, model_, with_options(), read_file(start_.model_file, [&] {
-                                  return read_model_extras(directory_, start_.model_file);
-                                }))) {}
+        input_(read_inversion_input(directory_, from_)),
+        start_(with_options()),
+        run_(input_.model, input_.data, {options.threads, options.static_shift}, listener.progress),
+        roughness_(roughness_of(input_, run_)) {}
 
   InversionReport run();
 
  private:
   [[nodiscard]] std::string start_name() const;
-  [[nodiscard]] OccamData sites() const;
   const InversionStart& with_options();
   void move_earlier() const;
   void take_iteration(const inversion::Iteration& iteration);
@@ -135,9 +73,8 @@ class RunningInversion {
   const InversionListener& listener_;
   FileLock lock_;
   std::string from_;
-  InversionStart start_;
-  ObservedData data_;
-  OccamModel model_;
+  InversionInput input_;
+  const InversionStart& start_;
   RunProblem run_;
   inversion::Roughness roughness_;
   std::optional<RunLog> log_;
@@ -157,23 +94,15 @@ std::string RunningInversion::start_name() const {
   return last.empty() ? find_start_file(directory_) : last;
 }
 
-OccamData RunningInversion::sites() const {
-  OccamData sites;
-  sites.site_names = data_.site_names;
-  for (const double offset : data_.site_offsets) {
-    sites.site_offsets.push_back(static_cast<float>(offset));
-  }
-  return sites;
-}
-
 const InversionStart& RunningInversion::with_options() {
-  start_.iterations_to_run = options_.iterations.value_or(start_.iterations_to_run);
-  start_.target_rms = options_.target_rms.value_or(start_.target_rms);
-  start_.roughness_type = options_.roughness_type.value_or(start_.roughness_type);
-  if (!(start_.target_rms > 0.0)) {
-    throw std::runtime_error("the target misfit is " + plain_text(start_.target_rms));
+  InversionStart& start = input_.start;
+  start.iterations_to_run = options_.iterations.value_or(start.iterations_to_run);
+  start.target_rms = options_.target_rms.value_or(start.target_rms);
+  start.roughness_type = options_.roughness_type.value_or(start.roughness_type);
+  if (!(start.target_rms > 0.0)) {
+    throw std::runtime_error("the target misfit is " + plain_text(start.target_rms));
   }
-  return start_;
+  return start;
 }
 
 void RunningInversion::move_earlier() const {
@@ -211,7 +140,7 @@ void RunningInversion::take_iteration(const inversion::Iteration& iteration) {
     std::vector<safe_files::NewFile> files{
         {directory_ / iteration_file_name(left.iteration), iteration_file_text(left)},
         {directory_ / response_name_of(left.iteration),
-         plain_response_text(data_, std::span(iteration.modelled).first(data_.rows.size()))}};
+         plain_response_text(input_.data, std::span(iteration.modelled).first(input_.data.rows.size()))}};
     if (!is_start) {
       files.push_back(log_->with(iteration_log_.end(iteration)));
     }
