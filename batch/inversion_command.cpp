@@ -1,4 +1,5 @@
 // brenlox_batch inversion: Occam's two-dimensional inversion of a run directory.
+#include <chrono>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "formats/occam/data_type.h"
+#include "occam/inversion/iteration_estimate.h"
 #include "occam/inversion/run_inversion.h"
 #include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
@@ -120,6 +122,8 @@ void write_json(const InversionCommand& command, const Json& json) {
 /// The steps that it tells are kept, so that a failure leaves them.
 InversionReport invert_run(const InversionCommand& command, std::vector<InversionStep>& steps) {
   const bool tells_course = command.json_path != "-";
+  Module_occam::IterationEstimate estimate;
+  const auto since = std::chrono::steady_clock::now();
   Module_occam::InversionListener listener;
   listener.step = [&](const InversionStep& step) {
     user_interface().show_progress("", -1);
@@ -131,10 +135,10 @@ InversionReport invert_run(const InversionCommand& command, std::vector<Inversio
       print_step(step);
     }
   };
-  listener.progress = [&](double share) {
-    const std::string what =
-        steps.empty() ? "Start" : "Iteration " + std::to_string(steps.back().iteration + 1);
-    user_interface().show_progress(what, static_cast<int>(100.0 * share));
+  listener.progress = [&](const Module_occam::InversionProgress& progress) {
+    const std::chrono::duration<double> now = std::chrono::steady_clock::now() - since;
+    estimate.take(progress, now.count());
+    user_interface().show_progress(estimate.text(), static_cast<int>(100.0 * estimate.share()));
     return !user_interface().stop_requested();
   };
   return Module_occam::run_inversion(command.directory, command.options, listener);

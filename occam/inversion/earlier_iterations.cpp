@@ -116,6 +116,8 @@ std::string EarlierIterationFiles::text() const {
   return named_.size() == 1 ? named_.front() : named_.front() + " to " + named_.back();
 }
 
+fs::path EarlierIterationFiles::folder() const { return free_folder(directory_); }
+
 fs::path EarlierIterationFiles::move_away() const {
   const fs::path folder = free_folder(directory_);
   std::vector<std::string> moved;

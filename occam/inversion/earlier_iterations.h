@@ -25,9 +25,10 @@ class EarlierIterationFiles {
   [[nodiscard]] bool found() const { return !files_.empty(); }
   /// "ITER03.iter to ITER12.iter"
   [[nodiscard]] std::string text() const;
-  /// Moves all into the first of "earlier_1", "earlier_2", ... that is free, the highest numbers first, so
-  /// that what a crash leaves in place are iterations in a row; back again if one can't be moved, and then
-  /// throws std::runtime_error. @return the folder
+  /// Where they would move: the first of "earlier_1", "earlier_2", ... that is free.
+  [[nodiscard]] std::filesystem::path folder() const;
+  /// Moves all there, the highest numbers first, so that what a crash leaves in place are iterations in a
+  /// row; back again if one can't be moved, and then throws std::runtime_error. @return the folder
   std::filesystem::path move_away() const;
 
  private:

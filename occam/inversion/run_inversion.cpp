@@ -86,7 +86,7 @@ class RunningInversion {
         start_(with_options()),
         is_iteration_(iteration_number_of(from_) == start_.iteration),
         earlier_shifts_(earlier_shifts()),
-        run_(input_.model, input_.data, rules(), listener.progress),
+        run_(input_.model, input_.data, rules(), [this](double share) { return tell_progress(share); }),
         roughness_(roughness_of(input_, run_)),
         earlier_(directory_, is_iteration_ ? start_.iteration : start_.iteration - 1),
         state_(start_state()) {}
@@ -102,6 +102,8 @@ class RunningInversion {
   [[nodiscard]] inversion::Settings settings() const;
   void begin();
   void take_iteration(const inversion::Iteration& iteration);
+  [[nodiscard]] bool tell_progress(double share);
+  [[nodiscard]] inversion::Problem counted_problem();
   [[nodiscard]] std::vector<safe_files::NewFile> start_files(const inversion::Iteration& start);
   [[nodiscard]] std::vector<safe_files::NewFile> iteration_files(const inversion::Iteration& iteration) const;
   [[nodiscard]] safe_files::NewFile response_file(const std::string& name,
@@ -125,6 +127,7 @@ class RunningInversion {
   std::optional<RunLog> log_;
   IterationLog iteration_log_;
   InversionReport report_;
+  InversionProgress under_way_;
   std::chrono::steady_clock::time_point since_;
 };
 
@@ -276,6 +279,24 @@ void RunningInversion::take_iteration(const inversion::Iteration& iteration) {
   }
 }
 
+bool RunningInversion::tell_progress(double share) {
+  under_way_.share = share;
+  return !listener_.progress || listener_.progress(under_way_);
+}
+
+// Each response is a trial, but for the one with the sensitivities, which begins an iteration.
+inversion::Problem RunningInversion::counted_problem() {
+  inversion::Problem problem = run_.problem();
+  under_way_ = {start_.iteration, 0, 0.0};
+  problem.respond = [this, respond = std::move(problem.respond)](std::span<const double> model,
+                                                                 inversion::Derivatives derivatives) {
+    const bool begins = derivatives == inversion::Derivatives::yes;
+    under_way_ = {under_way_.iteration + (begins ? 1 : 0), begins ? 0 : under_way_.trial + 1, 0.0};
+    return respond(model, derivatives);
+  };
+  return problem;
+}
+
 InversionReport RunningInversion::run() {
   if (earlier_.found() && !options_.may_move_earlier) {
     throw EarlierIterations("An earlier inversion has left " + earlier_.text() + " in " +
@@ -283,7 +304,7 @@ InversionReport RunningInversion::run() {
   }
   report_.target_rms = start_.target_rms;
   since_ = std::chrono::steady_clock::now();
-  const inversion::Problem problem = run_.problem();
+  const inversion::Problem problem = counted_problem();
   end(inversion::invert(problem, roughness_, settings(), state_,
                         {[this](const inversion::Iteration& iteration) { take_iteration(iteration); },
                          [this](const inversion::Trial& trial) { iteration_log_.add(trial); }}));

@@ -56,10 +56,18 @@ struct InversionReport {
   std::string earlier_folder;     // in the directory, where an earlier inversion has moved; empty if none has
 };
 
+/// How far the iteration under way is. An iteration takes the sensitivities of the last model, then trials,
+/// each with the response of a model.
+struct InversionProgress {
+  int iteration = 0;   // under way; that of the start while its response is computed
+  int trial = 0;       // under way, from 1; 0: the sensitivities
+  double share = 0.0;  // of that trial's response, or of the sensitivities, that is done: 0 to 1
+};
+
 /// What is told while the inversion works, from the calling thread; either may be empty.
 struct InversionListener {
-  std::function<void(const InversionStep&)> step;  // its files are in place
-  std::function<bool(double)> progress;  // share done of a response or of the sensitivities; false stops
+  std::function<void(const InversionStep&)> step;          // its files are in place
+  std::function<bool(const InversionProgress&)> progress;  // several times a second; false stops
 };
 
 /// Iterations of an earlier inversion are in the way; the text is a sentence.

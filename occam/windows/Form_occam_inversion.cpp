@@ -1,6 +1,8 @@
 #include "occam/windows/Form_occam_inversion.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
@@ -13,13 +15,19 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/text_fields.h"
+#include "core/trap_errors.h"
 #include "core/user_interface.h"
 #include "occam/results/grid_export.h"
+#include "occam/results/iteration_response.h"
 #include "occam/results/response_plots.h"
+#include "occam/windows/inversion_panel.h"
 #include "occam/windows/model_controls.h"
 #include "occam/windows/picture_model.h"
+#include "occam/windows/resolution_worker.h"
 #include "occam/windows/response_frame.h"
 #include "occam/windows/response_graph.h"
+#include "occam/windows/site_misfit_picture.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/vex_splitter.h"
 
@@ -32,6 +40,18 @@ constexpr QSize design_size(1240, 760);
 constexpr int split_settles_milliseconds = 100;
 constexpr int look_again_milliseconds = 2000;
 
+/// The start file to invert from; empty where an iteration file was chosen.
+std::string start_file_of(const RunResults& results) {
+  const std::string& name = results.control_file;
+  return equal_ignoring_case(std::string_view(name).substr(0, 4), "ITER") ? std::string() : name;
+}
+
+/// Another window wants an answer, or work that lets events in is under way.
+bool is_busy_elsewhere(const QWidget* window) {
+  const QWidget* const modal = QApplication::activeModalWidget();
+  return (modal != nullptr && modal != window) || QApplication::overrideCursor() != nullptr;
+}
+
 }  // namespace
 
 Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
@@ -39,26 +59,34 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
       view_(std::move(results)),
       controls_(new ModelControls),
       Picture_model_(new PictureModel(view_.results().data)),
+      course_(new QWidget),
       convergence_(new ResponseGraph("vxGraph_occam", "Iteration", "Value")),
+      site_misfits_(new SiteMisfitPicture),
       response_(new ResponseFrame(view_.response())),
+      panel_(new InversionPanel(view_.results().folder, start_file_of(view_.results()))),
+      resolution_(new ResolutionWorker(view_.results().folder, this)),
       frames_(named(new QStackedWidget, "Frame_occam")),
       Label_title_(make_heading("Label_title")),
       Status_occam_(named(new QStatusBar, "Status_occam")),
+      Label_resolution_(named(new QLabel, "Label_resolution")),
+      Label_inversion_(named(new QLabel, "Label_inversion")),
       Splitter_iterate_(named(new VexSplitter, "Splitter_iterate")),
       Splitter_model_(named(new VexSplitter, "Splitter_model")),
       resizer_(new VexControlResizer(this)),
       Timer_resizer_(named(new QTimer(this), "Timer_resizer")),
       Timer_reset_resizer_(named(new QTimer(this), "Timer_reset_resizer")),
-      Timer_refresh_(named(new QTimer(this), "Timer_refresh")) {
+      Timer_refresh_(named(new QTimer(this), "Timer_refresh")),
+      Timer_resolution_(named(new QTimer(this), "Timer_resolution")) {
   setObjectName("Form_occam_inversion");
-  setWindowTitle("Occam2D Results");
+  setWindowTitle("Occam2D Results: " + qt_text(view_.results().folder.filename().string()));
   lay_out();
   connect_controls();
   connect_timers();
   Label_title_->setText(qt_text(view_.results().data.title + "   " + view_.results().folder.string()));
   controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  panel_->offer_continue(!view_.results().seen.empty());
   if (view_.load_iteration() == 0) {
-    controls_->set_range(suggested_range(view_.parameters()));
+    controls_->propose_range(suggested_range(view_.parameters()));
   }
   response_->clear();
   show_convergence();
@@ -66,8 +94,13 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
 }
 
 void Form_occam_inversion::lay_out() {
-  frames_->addWidget(convergence_);
+  auto* const course_parts = new QHBoxLayout(course_);
+  course_parts->setContentsMargins(0, 0, 0, 0);
+  course_parts->addWidget(convergence_, 3);
+  course_parts->addWidget(site_misfits_, 2);
+  frames_->addWidget(course_);
   frames_->addWidget(response_);
+  controls_->add_page(panel_, "In&version");
   Splitter_model_->setOrientation(Qt::Vertical);
   Splitter_model_->addWidget(Picture_model_);
   Splitter_model_->addWidget(frames_);
@@ -92,6 +125,8 @@ void Form_occam_inversion::lay_out() {
   rows->addWidget(Splitter_iterate_, 1);
   rows->addWidget(Status_occam_);
   Status_occam_->setSizeGripEnabled(false);
+  Status_occam_->addPermanentWidget(Label_resolution_);
+  Status_occam_->addPermanentWidget(Label_inversion_);
   resizer_->manage(Splitter_model_, {1.0, 1.0});
   resizer_->manage(response_->splitter(), {1.0, 1.0, 1.0});
   resize(design_size.boundedTo(screen()->availableGeometry().size()));
@@ -100,12 +135,25 @@ void Form_occam_inversion::lay_out() {
 void Form_occam_inversion::connect_controls() {
   connect(controls_, &ModelControls::iteration_chosen, this, &Form_occam_inversion::choose_iteration);
   connect(controls_, &ModelControls::look_changed, this, &Form_occam_inversion::display_current_iterate);
+  connect(controls_, &ModelControls::quantity_changed, this, &Form_occam_inversion::redraw_section);
+  connect(resolution_, &ResolutionWorker::computed, this, &Form_occam_inversion::redraw_section);
+  connect(resolution_, &ResolutionWorker::stopped, this, &Form_occam_inversion::show_resolution_state);
+  connect(resolution_, &ResolutionWorker::failed, this, [this](const QString& sentence) {
+    redraw_section();
+    user_interface().show_message(sentence.toStdString());
+  });
   connect(controls_, &ModelControls::display_response, this, &Form_occam_inversion::swap_frames);
   connect(controls_, &ModelControls::write_grid, this, &Form_occam_inversion::write_grid);
   connect(controls_, &ModelControls::save_section_png, this, [this] { save_section("png"); });
   connect(controls_, &ModelControls::save_section_pdf, this, [this] { save_section("pdf"); });
   connect(controls_, &ModelControls::save_fits, this, &Form_occam_inversion::save_fits);
   connect(controls_, &ModelControls::done, this, &QDialog::accept);
+  connect(controls_, &ModelControls::page_changed, this, &Form_occam_inversion::show_inversion_state);
+  connect(panel_, &InversionPanel::state_changed, this, &Form_occam_inversion::show_inversion_state);
+  connect(panel_, &InversionPanel::iteration_ended, this, &Form_occam_inversion::follow_inversion);
+  connect(panel_, &InversionPanel::ended, this, &Form_occam_inversion::end_inversion);
+  connect(site_misfits_, &SiteMisfitPicture::hovered, this, &Form_occam_inversion::show_status);
+  connect(site_misfits_, &SiteMisfitPicture::site_chosen, this, &Form_occam_inversion::show_station_of);
   connect(Picture_model_, &PictureModel::resized, this, &Form_occam_inversion::redraw_section);
   connect(Picture_model_, &PictureModel::hovered, this, &Form_occam_inversion::show_status);
   connect(Picture_model_, &PictureModel::menu_asked_for, this, &Form_occam_inversion::show_section_menu);
@@ -134,6 +182,10 @@ void Form_occam_inversion::connect_timers() {
   for (VexSplitter* const splitter : {Splitter_iterate_, Splitter_model_, response_->splitter()}) {
     connect(splitter, &VexSplitter::split_moved, Timer_reset_resizer_, qOverload<>(&QTimer::start));
   }
+  constexpr int progress_milliseconds = 100;
+  Timer_resolution_->setSingleShot(true);
+  Timer_resolution_->setInterval(progress_milliseconds);
+  connect(Timer_resolution_, &QTimer::timeout, this, &Form_occam_inversion::show_resolution_state);
   Timer_refresh_->setSingleShot(true);  // started again when a look is over: it may show a message
   Timer_refresh_->setInterval(look_again_milliseconds);
   connect(Timer_refresh_, &QTimer::timeout, this, &Form_occam_inversion::look_for_iterations);
@@ -168,9 +220,66 @@ void Form_occam_inversion::show_convergence() {
 }
 
 void Form_occam_inversion::redraw_section() {
-  SectionPicture picture = make_section_picture(view_, controls_->look(), Picture_model_->picture_size());
-  controls_->show_model_range(picture.geometry);
+  SectionPicture picture = make_section_picture(view_, section_look(), Picture_model_->picture_size());
+  controls_->show_model_range(picture);
   Picture_model_->show_picture(std::move(picture));
+}
+
+SectionLook Form_occam_inversion::section_look() {
+  SectionLook look = controls_->look();
+  if (controls_->fades() || controls_->shown() == ModelControls::Shown::standard_error) {
+    add_resolution(look);
+  } else {
+    resolution_->stop();
+  }
+  if (controls_->shown() == ModelControls::Shown::change) {
+    add_change(look);
+  }
+  show_resolution_state();
+  return look;
+}
+
+void Form_occam_inversion::add_resolution(SectionLook& look) {
+  const int iteration = view_.current_iteration();
+  if (!view_.results().has(iteration)) {
+    return;
+  }
+  const std::string& file = view_.results().iteration_file[static_cast<std::size_t>(iteration)];
+  const BlockResolution* const known = resolution_->find(file);
+  if (known == nullptr) {
+    if (!running()) {  // the inversion has the cores; what it leaves is looked at when it has ended
+      resolution_->want(file);
+    }
+    return;
+  }
+  if (controls_->fades()) {
+    look.visibility = known->visibility;
+  }
+  if (controls_->shown() == ModelControls::Shown::standard_error) {
+    look.values = standard_error_values(known->standard_errors);
+  }
+}
+
+void Form_occam_inversion::add_change(SectionLook& look) {
+  if (view_.load_iteration() != 0) {
+    return;
+  }
+  const int base = controls_->base_iteration();
+  static_cast<void>(trap_errors("The change can't be shown: ", [&] {
+    look.values = change_values(view_.parameters(), view_.parameters_of(base), base);
+  }));
+}
+
+void Form_occam_inversion::show_resolution_state() {
+  const bool wanted = controls_->fades() || controls_->shown() == ModelControls::Shown::standard_error;
+  QString text;
+  if (resolution_->running()) {
+    text = QString("What the data see: %1 %").arg(static_cast<int>(100.0 * resolution_->share()));
+    Timer_resolution_->start();
+  } else if (wanted && running()) {
+    text = "What the data see comes when the inversion has ended";
+  }
+  Label_resolution_->setText(text);
 }
 
 void Form_occam_inversion::display_current_iterate() {
@@ -180,7 +289,24 @@ void Form_occam_inversion::display_current_iterate() {
   redraw_section();
   if (response_on_show()) {
     display_current_response();
+  } else {
+    show_site_misfits();
   }
+}
+
+void Form_occam_inversion::show_site_misfits() {
+  const bool has_response = view_.results().has(view_.current_iteration()) &&
+                            !find_response(view_.results(), view_.current_iteration()).empty();
+  if (has_response && (view_.response_ready() || view_.load_response() == 0)) {
+    site_misfits_->show_misfits(misfit_table(view_.response()), view_.response().resp_site_names);
+  } else {
+    site_misfits_->show_note("No response of this iteration yet");
+  }
+}
+
+void Form_occam_inversion::show_station_of(int site_number) {
+  view_.choose_site(site_number);
+  swap_frames();
 }
 
 void Form_occam_inversion::display_current_response() {
@@ -215,26 +341,89 @@ void Form_occam_inversion::choose_iteration(int iteration) {
 
 void Form_occam_inversion::swap_frames() {
   const bool response = !response_on_show();
-  frames_->setCurrentWidget(response ? static_cast<QWidget*>(response_) : convergence_);
+  frames_->setCurrentWidget(response ? static_cast<QWidget*>(response_) : course_);
   controls_->offer_response(!response);
   if (response) {
     resizer_->apply_resize();
     display_current_response();
+  } else {
+    show_site_misfits();
   }
 }
 
 void Form_occam_inversion::look_for_iterations() {
-  const int last = view_.results().last_iteration;
-  const bool followed = view_.current_iteration() == last;
-  if (view_.refresh()) {
-    if (followed) {
-      view_.choose_iteration(view_.results().last_iteration);
-    }
-    controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
-    show_convergence();
-    display_current_iterate();
+  const bool followed = view_.current_iteration() == view_.results().last_iteration;
+  if (!is_busy_elsewhere(this) && view_.refresh()) {
+    take_changes(followed);
   }
   Timer_refresh_->start();
+}
+
+/// @param followed  whether the last iteration was on show: then the newest one comes
+void Form_occam_inversion::take_changes(bool followed) {
+  panel_->offer_continue(!view_.results().seen.empty());
+  if (followed) {
+    view_.choose_iteration(view_.results().last_iteration);
+    if (view_.load_iteration() == 0) {
+      controls_->propose_range(suggested_range(view_.parameters()));
+    }
+  }
+  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  show_convergence();
+  display_current_iterate();
+}
+
+/// What the inversion of this window has written is whole: no second look is needed to see that.
+void Form_occam_inversion::follow_inversion() {
+  if (is_busy_elsewhere(this)) {
+    return;  // the timer looks later
+  }
+  const bool followed = view_.current_iteration() == view_.results().last_iteration;
+  const bool changed = view_.refresh();
+  if (view_.refresh() || changed) {
+    take_changes(followed);
+  }
+}
+
+void Form_occam_inversion::end_inversion() {
+  follow_inversion();
+  if (closing_) {
+    closing_ = false;
+    QDialog::done(QDialog::Rejected);
+  } else {
+    redraw_section();  // with what had to wait for the end
+  }
+}
+
+void Form_occam_inversion::show_inversion_state() {
+  Label_inversion_->setText(panel_->isVisible() ? QString() : panel_->state_text());
+}
+
+void Form_occam_inversion::show_inversion() { controls_->show_page(panel_); }
+
+bool Form_occam_inversion::running() const { return panel_->running(); }
+
+void Form_occam_inversion::stop_and_close() {
+  if (running()) {
+    closing_ = true;
+    panel_->stop();
+  } else {
+    QDialog::done(QDialog::Rejected);
+  }
+}
+
+void Form_occam_inversion::done(int result) {
+  if (running() && !closing_ &&
+      !user_interface().ask_yes_no("An inversion is running in " + folder().string() +
+                                   ". Stop it and close the window? Iterations that are finished stay, and "
+                                   "it can be continued.")) {
+    return;
+  }
+  if (running()) {
+    stop_and_close();
+  } else {
+    QDialog::done(result);
+  }
 }
 
 void Form_occam_inversion::write_grid() {
@@ -272,7 +461,7 @@ void Form_occam_inversion::save_section(const char* ending) {
   const std::string filter =
       ending == std::string("pdf") ? "PDF documents (*.pdf)|*.pdf" : "PNG pictures (*.png)|*.png";
   if (Module_util::select_output_file(path, "Save the section", filter) == 0 && !path.empty() &&
-      Module_occam::save_section(view_, controls_->look(), path, Picture_model_->size()) == 0) {
+      Module_occam::save_section(view_, section_look(), path, Picture_model_->size()) == 0) {
     user_interface().show_message("The section is written to " + path);
   }
 }
@@ -293,15 +482,4 @@ void Form_occam_inversion::show_section_menu(QPoint global) {
   menu.addAction("Save as P&NG...", this, [this] { save_section("png"); });
   menu.addAction("Save as P&DF...", this, [this] { save_section("pdf"); });
   menu.exec(global);
-}
-
-void menu_occam2d(QWidget* parent) {
-  const std::string control_file = ask_for_control_file();
-  if (control_file.empty()) {
-    return;
-  }
-  RunResults results;
-  if (open_results(control_file, results) == 0) {
-    Form_occam_inversion(std::move(results), parent).exec();
-  }
 }

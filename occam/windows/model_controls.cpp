@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QSpinBox>
+#include <QTabWidget>
 #include <QVBoxLayout>
 
 #include "core/absent_value.h"
@@ -45,16 +47,20 @@ ModelControls::ModelControls(QWidget* parent)
       Text_min_res_(make_number("Text_min_res", false)),
       Text_max_res_(make_number("Text_max_res", false)),
       Text_max_depth_(make_number("Text_max_depth", false)),
+      Combo_section_shows_(make_list("Combo_section_shows")),
+      Spin_base_iteration_(named(new QSpinBox, "Spin_base_iteration")),
+      Check_fade_(named(new QCheckBox("&Fade what the data\ndon't constrain"), "Check_fade")),
       Check_draw_mesh_(named(new QCheckBox("Draw &mesh"), "Check_draw_mesh")),
       Check_log_vertical_(named(new QCheckBox("&Log depth scale"), "Check_log_vertical")),
       Text_min_res_model_(make_text("Text_min_res_model", number_width + range_width, true)),
       Text_max_res_model_(make_text("Text_max_res_model", number_width + range_width, true)),
-      Command_display_response_(named(new QPushButton("&Response"), "Command_display_response")) {
+      Command_display_response_(named(new QPushButton("&Response"), "Command_display_response")),
+      Tab_controls_(named(new QTabWidget, "Tab_controls")) {
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(make_iteration_group());
-  rows->addWidget(make_look_group());
-  rows->addWidget(make_model_group());
+  Tab_controls_->addTab(make_section_page(), "S&ection");
+  rows->addWidget(Tab_controls_);
   rows->addStretch();
   add_buttons(*rows);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
@@ -86,9 +92,21 @@ QWidget* ModelControls::make_iteration_group() {
   return group;
 }
 
+QWidget* ModelControls::make_section_page() {
+  auto* const page = new QWidget;
+  auto* const rows = new QVBoxLayout(page);
+  rows->setContentsMargins(6, 6, 6, 6);
+  rows->addWidget(make_look_group());
+  rows->addWidget(make_model_group());
+  rows->addStretch();
+  connect(Tab_controls_, &QTabWidget::currentChanged, this, &ModelControls::page_changed);
+  return page;
+}
+
 QWidget* ModelControls::make_look_group() {
-  auto* const group = new QGroupBox("Section");
+  auto* const group = new QWidget;
   auto* const rows = new QFormLayout(group);
+  rows->setContentsMargins(0, 0, 0, 0);
   for (const std::string_view name : colour_table_names) {
     Combo_colour_table_->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
   }
@@ -101,6 +119,7 @@ QWidget* ModelControls::make_look_group() {
   Text_max_res_->setToolTip("Log Resistivity value which maps to the end colour");
   Text_max_depth_->setToolTip("Maximum depth to display");
   Text_max_depth_->setText("2000");
+  add_quantity_rows(*rows);
   auto* const colour = new QLabel("&Colour");
   colour->setBuddy(Combo_colour_table_);
   rows->addRow(colour);
@@ -114,6 +133,9 @@ QWidget* ModelControls::make_look_group() {
   for (QLineEdit* const text : {Text_min_res_, Text_max_res_, Text_max_depth_}) {
     connect(text, &QLineEdit::textChanged, this, &ModelControls::look_changed);
   }
+  for (QLineEdit* const text : {Text_min_res_, Text_max_res_}) {
+    connect(text, &QLineEdit::textEdited, this, [this] { range_chosen_ = true; });
+  }
   for (QCheckBox* const check : {Check_invert_colour_, Check_log_vertical_, Check_draw_mesh_}) {
     connect(check, &QCheckBox::toggled, this, &ModelControls::look_changed);
   }
@@ -121,8 +143,39 @@ QWidget* ModelControls::make_look_group() {
   return group;
 }
 
+void ModelControls::add_quantity_rows(QFormLayout& rows) {
+  Combo_section_shows_->addItems({"Resistivity", "Standard error, about", "Change of log10"});
+  Combo_section_shows_->setToolTip(
+      "Resistivities; how well the data know them, computed for the iteration; or what has changed");
+  Spin_base_iteration_->setPrefix("since iteration ");
+  Spin_base_iteration_->setAccessibleName("Change since iteration");
+  Spin_base_iteration_->setToolTip("Iteration whose resistivities are taken from those on show");
+  Check_fade_->setToolTip("Blocks fade to the background where the data hardly depend on them");
+  auto* const shows = new QLabel("S&hown");
+  shows->setBuddy(Combo_section_shows_);
+  rows.addRow(shows);
+  rows.addRow(Combo_section_shows_);
+  rows.addRow(Spin_base_iteration_);
+  rows.addRow(Check_fade_);
+  Spin_base_iteration_->hide();
+  connect(Combo_section_shows_, &QComboBox::currentIndexChanged, this, [this] {
+    Spin_base_iteration_->setVisible(shown() == Shown::change);
+    Q_EMIT quantity_changed();
+  });
+  connect(Spin_base_iteration_, &QSpinBox::valueChanged, this, &ModelControls::quantity_changed);
+  connect(Check_fade_, &QCheckBox::toggled, this, &ModelControls::quantity_changed);
+}
+
+ModelControls::Shown ModelControls::shown() const {
+  return static_cast<Shown>(Combo_section_shows_->currentIndex());
+}
+
+int ModelControls::base_iteration() const { return Spin_base_iteration_->value(); }
+
+bool ModelControls::fades() const { return Check_fade_->isChecked(); }
+
 QWidget* ModelControls::make_model_group() {
-  auto* const group = new QGroupBox("Resistivity shown (log10 / ohm-m)");
+  auto* const group = new QGroupBox("Values shown (log10 / ohm-m)");
   auto* const rows = new QFormLayout(group);
   Text_min_res_model_->setToolTip("Log Resistivity value which maps to the start colour");
   Text_max_res_model_->setToolTip("Log Resistivity value which maps to the end colour");
@@ -164,6 +217,8 @@ void ModelControls::list_iterations(int last, int current) {
   }
   Combo_iteration_->setCurrentIndex(current);
   HScroll_iteration_->setRange(0, last);
+  const QSignalBlocker base(Spin_base_iteration_);
+  Spin_base_iteration_->setRange(0, last);
   HScroll_iteration_->setPageStep(1);
   HScroll_iteration_->setValue(current);
 }
@@ -176,17 +231,26 @@ void ModelControls::show_numbers(const RunView& view) {
   Text_RMS_->setText(shown_number(view.results().iteration_misfit[iteration]));
 }
 
-void ModelControls::set_range(const ResistivityRange& range) {
+void ModelControls::propose_range(const ResistivityRange& range) {
+  if (range_chosen_) {
+    return;
+  }
   const QSignalBlocker lower(Text_min_res_);
   const QSignalBlocker upper(Text_max_res_);
   Text_min_res_->setText(qt_text(plain_text(range.lower)));
   Text_max_res_->setText(qt_text(plain_text(range.upper)));
 }
 
-void ModelControls::show_model_range(const SectionGeometry& section) {
-  const bool empty = section.rectangles.empty();
-  Text_min_res_model_->setText(empty ? QString("NA") : qt_text(resistivity_text(section.lowest)));
-  Text_max_res_model_->setText(empty ? QString("NA") : qt_text(resistivity_text(section.highest)));
+void ModelControls::show_model_range(const SectionPicture& picture) {
+  const SectionGeometry& section = picture.geometry;
+  const auto text = [&picture, &section](double value) {
+    if (section.rectangles.empty()) {
+      return QString("NA");
+    }
+    return qt_text(picture.quantity.is_resistivity ? resistivity_text(value) : format_number(value, "0.00"));
+  };
+  Text_min_res_model_->setText(text(section.lowest));
+  Text_max_res_model_->setText(text(section.highest));
 }
 
 SectionLook ModelControls::look() const {
@@ -196,6 +260,10 @@ SectionLook ModelControls::look() const {
           .invert = Check_invert_colour_->isChecked(),
           .draw_mesh = Check_draw_mesh_->isChecked()};
 }
+
+void ModelControls::add_page(QWidget* page, const QString& title) { Tab_controls_->addTab(page, title); }
+
+void ModelControls::show_page(QWidget* page) { Tab_controls_->setCurrentWidget(page); }
 
 void ModelControls::offer_response(bool response) {
   Command_display_response_->setText(response ? "&Response" : "&Iterations");

@@ -2,6 +2,10 @@
 
 #include <QImage>
 #include <QPdfWriter>
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -110,12 +114,32 @@ void place_curves(graph::PdfPages& pages, const OccamResponse& response, const R
 
 }  // namespace
 
+SectionValues standard_error_values(std::vector<double> decades) {
+  constexpr double most = 2.0;  // decades; beyond it nothing is known
+  const double upper = std::min(suggested_range(decades).upper, most);
+  return {std::move(decades), {0.0, upper}, {"Standard error about", "decades", false}};
+}
+
+SectionValues change_values(std::span<const double> now, std::span<const double> then, int base_iteration) {
+  SectionValues values;
+  std::ranges::transform(now, then, std::back_inserter(values.of_blocks), std::minus<>());
+  const ResistivityRange range = suggested_range(values.of_blocks);
+  const double most = std::max(std::abs(range.lower), std::abs(range.upper));
+  values.range = {-most, most};
+  values.quantity = {"Change since iteration " + std::to_string(base_iteration), "decades", false};
+  return values;
+}
+
 SectionPicture make_section_picture(RunView& view, const SectionLook& look, PictureSize size) {
   SectionPicture picture;
   picture.geometry.picture = size;
   picture.palette = image_palette(look.colour_table, look.invert);
   picture.draw_mesh = look.draw_mesh;
   const int iteration = view.current_iteration();
+  if (view.results().seen.empty()) {
+    picture.note = "No iteration yet: Run, on the page Inversion, begins";
+    return picture;
+  }
   if (!view.results().has(iteration)) {
     picture.note = QString("There is no file of iteration %1").arg(iteration);
     return picture;
@@ -124,7 +148,15 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
     return picture;
   }
   picture.choices = *look.choices;
-  picture.geometry = view.section(*look.choices, size);
+  if (look.values) {
+    picture.choices.min_res = look.values->range.lower;
+    picture.choices.max_res = look.values->range.upper;
+    picture.quantity = look.values->quantity;
+    picture.geometry = section_geometry(view.results().model, look.values->of_blocks, picture.choices, size);
+  } else {
+    picture.geometry = view.section(*look.choices, size);
+  }
+  picture.visibility = look.visibility;
   if (picture.geometry.rectangles.empty()) {
     picture.note = QString("Iteration %1 can't be shown").arg(iteration);
   }
