@@ -160,8 +160,9 @@ InversionReport RunningInversion::run() {
   inversion::Settings settings;
   settings.target_rms = start_.target_rms;
   settings.most_iterations = start_.iterations_to_run;
-  settings.most_cuts = start_.step_cut_count;
-  settings.rules = {start_.model_limits, start_.model_value_step};
+  settings.most_cuts = start_.debug_level < 0 ? 0 : start_.step_cut_count;
+  settings.rules = {start_.model_limits, start_.model_value_step,
+                    static_cast<std::size_t>(input_.model.num_free_params)};
   settings.search = options_.search;
   settings.robust = options_.robust;
   settings.threads = options_.threads;
