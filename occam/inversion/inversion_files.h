@@ -9,6 +9,7 @@
 namespace Module_occam {
 
 inline constexpr const char* inversion_log_name = "LogFile.logfile";
+inline constexpr const char* inversion_lock_name = "inversion.lock";  // held while an inversion runs
 
 /// A response without a header: site, frequency number, data type, 0, datum, modelled value, their difference
 /// over the error.

@@ -27,8 +27,6 @@ namespace inversion = numerics::occam_inversion;
 
 namespace {
 
-constexpr const char* lock_name = "inversion.lock";
-
 // Adds the file's name to what a reader says.
 template <class Read>
 auto read_file(const std::string& name, const Read& read) {
@@ -109,7 +107,7 @@ class RunningInversion {
       : directory_(std::move(directory)),
         options_(options),
         listener_(listener),
-        lock_(directory_ / lock_name),
+        lock_(directory_ / inversion_lock_name),
         from_(start_name()),
         start_(read_file(from_, [&] { return read_start_file((directory_ / from_).string()); })),
         data_(read_file(start_.data_file,
