@@ -41,7 +41,7 @@
 #include "import/field_files.h"
 #include "import/windows/Form_import_MTData.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
-#include "occam/windows/Form_occam_inversion.h"
+#include "occam/windows/results_windows.h"
 #include "platform/system/system_facts.h"
 #include "platform/widgets/dropped_files.h"
 #include "platform/widgets/typed_text.h"
@@ -131,6 +131,7 @@ void Form_main::compose() {
   output_->hide();
 
   rhoplus_ = new RhoplusWindows(*display_, *this);
+  results_ = new ResultsWindows(this);
 
   QFont calm_heading = ui_->Label_no_readings->font();
   calm_heading.setPointSizeF(calm_heading.pointSizeF() * 1.3);
@@ -210,7 +211,10 @@ void Form_main::connect_output_menus() {
   connect(ui_->menu_output_data_1, &QAction::triggered, this,
           [this] { show_output_panel(Module_output::OutputKind::zonge); });
   connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
-  connect(ui_->menu_occam2d, &QAction::triggered, this, [this] { menu_occam2d(this); });
+  connect(ui_->menu_occam2d, &QAction::triggered, results_, &ResultsWindows::open_chosen);
+  connect(rhoplus_, &RhoplusWindows::inversion_wanted, results_,
+          [this](const QString& directory) { results_->open_to_run(directory.toStdString()); });
+  connect(results_, &ResultsWindows::all_closed, this, &QWidget::close);
   connect(ui_->menu_occam2d_topo_mask, &QAction::triggered, this,
           [this] { Form_occam2d_mask_topo(this).exec(); });
   connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
@@ -361,6 +365,10 @@ void Form_main::resizer_timer_event() {
 void Form_main::leave_text_box() { take_typed_text(); }
 
 void Form_main::closeEvent(QCloseEvent* event) {
+  if (!results_->close_all()) {
+    event->ignore();  // the window closes once the inversions have ended, if they are to
+    return;
+  }
   leave_text_box();
   Module_Brenlox::write_preferences();
   rhoplus_->close_results();

@@ -18,6 +18,7 @@ class Form_main;
 class QLabel;
 class HelpKey;
 class OutputPanel;
+class ResultsWindows;
 class RhoplusWindows;
 class SurveyDisplay;
 
@@ -86,5 +87,6 @@ class Form_main : public QMainWindow {
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
+  ResultsWindows* results_ = nullptr;                // of runs; they need no survey and outlast it
   Module_data_file::LastingChoices import_lasting_;  // from one import to the next
 };

@@ -77,13 +77,16 @@ void RhoplusWindows::create_occam_inversion() {
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
   const std::int32_t file_errors = Module_output::rhoplus_settings().use_file_errors;
-  Form_occam(Module_output::rhoplus_settings(), steps, &main_window_, display_.positions())
-      .exec();  // the results window may be closed before this one
+  Form_occam dialog(Module_output::rhoplus_settings(), steps, &main_window_, display_.positions());
+  dialog.exec();  // the results window may be closed before this one
   put_back_display();
   if (results_) {
     results_->end_line_run();
     if (Module_output::rhoplus_settings().use_file_errors != file_errors) {
       results_->refresh_rhoplus_results();
     }
+  }
+  if (!dialog.directory_to_run().empty()) {
+    Q_EMIT inversion_wanted(QString::fromStdString(dialog.directory_to_run()));
   }
 }

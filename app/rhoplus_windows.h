@@ -22,6 +22,10 @@ class RhoplusWindows : public QObject {
   void show_results();
   void close_results();
 
+ Q_SIGNALS:
+  /// The user wants the two-dimensional inversion of a run that was created.
+  void inversion_wanted(const QString& run_directory);
+
  private:
   void create_occam_inversion();
   void keep_display();

@@ -1,6 +1,10 @@
 // brenlox_batch inversion: Occam's two-dimensional inversion of a run directory.
+#include <chrono>
+#include <filesystem>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -8,7 +12,10 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "formats/occam/data_type.h"
+#include "occam/inversion/iteration_estimate.h"
 #include "occam/inversion/run_inversion.h"
+#include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
 namespace Batch {
@@ -29,7 +36,23 @@ struct InversionCommand {
   std::string json_path;
 };
 
-constexpr const char* inversion_failed = "The inversion failed: ";
+constexpr const char* report_failed = "The course of the inversion can't be written: ";
+
+/// Throws for a place where the report can't be written, or would replace a file of a run.
+void refuse_report(const InversionCommand& command) {
+  const std::filesystem::path report(command.json_path);
+  if (std::filesystem::is_directory(report)) {
+    throw std::runtime_error(command.json_path + " is a folder");
+  }
+  if (!can_write_into(report.parent_path())) {
+    throw std::runtime_error(command.json_path + ": the folder can't be written");
+  }
+  std::error_code missing;
+  if (std::filesystem::equivalent(report.parent_path(), command.directory, missing) &&
+      std::filesystem::exists(report) && !equal_ignoring_case(report.extension().string(), ".json")) {
+    throw std::runtime_error(command.json_path + " is a file of the run");
+  }
+}
 
 void print_step(const InversionStep& step) {
   const auto column = [](const std::string& text, std::size_t width) {
@@ -44,30 +67,15 @@ void print_step(const InversionStep& step) {
   std::cout << '\n' << std::flush;
 }
 
-std::string reason_text(const Ending ending) {
-  switch (ending) {
-    case Ending::smooth_and_fitting:
-      return "target reached";
-    case Ending::perfectly_smooth:
-      return "perfectly smooth";
-    case Ending::iterations_done:
-      return "iterations done";
-    case Ending::no_better_fit:
-      return "no better fit";
-    case Ending::stopped:
-      break;
-  }
-  return "stopped";
-}
-
 bool is_done(Ending ending) { return ending != Ending::no_better_fit && ending != Ending::stopped; }
 
-Json to_json(const InversionReport& report) {
+/// @param reason  why it ended, or failed
+Json to_json(int status, const std::string& reason, const std::vector<InversionStep>& steps) {
   Json json;
-  json["status"] = is_done(report.ending) ? status_done : status_failed;
-  json["reason"] = reason_text(report.ending);
+  json["status"] = status;
+  json["reason"] = reason;
   json["iterations"] = Json::array();
-  for (const InversionStep& step : report.steps) {
+  for (const InversionStep& step : steps) {
     json["iterations"].push_back({{"iteration", step.iteration},
                                   {"rms", step.rms},
                                   {"roughness", step.roughness},
@@ -79,38 +87,105 @@ Json to_json(const InversionReport& report) {
   return json;
 }
 
-int invert_run(const InversionCommand& command) {
-  const bool tells_course = command.json_path != "-";
-  if (tells_course) {
-    std::cout << "iteration       RMS   roughness  multiplier  trials  seconds\n";
+void add_shifts(Json& json, const InversionReport& report) {
+  if (report.static_shift_file.empty()) {
+    return;
   }
-  int iteration = 0;
+  json["static_shift_file"] = report.static_shift_file;
+  json["static_shifts"] = Json::array();
+  for (const Module_occam::StaticShift& shift : report.static_shifts.shifts) {
+    json["static_shifts"].push_back(
+        {{"site", shift.site_number}, {"data_type", shift.data_type}, {"decades", shift.shift}});
+  }
+}
+
+void print_shifts(const InversionReport& report) {
+  if (report.static_shift_file.empty()) {
+    return;
+  }
+  std::cout << "Static shifts, decades, in " << report.static_shift_file << ":\n";
+  for (const Module_occam::StaticShift& shift : report.static_shifts.shifts) {
+    const bool te = shift.data_type == static_cast<int>(Module_occam::DataType::te_resistivity);
+    std::cout << "  site " << shift.site_number << (te ? " TE " : " TM ")
+              << format_number(shift.shift, "0.000") << '\n';
+  }
+}
+
+void write_json(const InversionCommand& command, const Json& json) {
+  if (command.json_path == "-") {
+    std::cout << json.dump(2) << '\n';
+  } else if (!command.json_path.empty()) {
+    safe_files::write_into_place(command.json_path, json.dump(2) + '\n');
+  }
+}
+
+/// The steps that it tells are kept, so that a failure leaves them.
+InversionReport invert_run(const InversionCommand& command, std::vector<InversionStep>& steps) {
+  const bool tells_course = command.json_path != "-";
+  Module_occam::IterationEstimate estimate;
+  const auto since = std::chrono::steady_clock::now();
   Module_occam::InversionListener listener;
   listener.step = [&](const InversionStep& step) {
-    iteration = step.iteration;
     user_interface().show_progress("", -1);
+    if (tells_course && steps.empty()) {
+      std::cout << "iteration       RMS   roughness  multiplier  trials  seconds\n";
+    }
+    steps.push_back(step);
     if (tells_course) {
       print_step(step);
     }
   };
-  listener.progress = [&](double share) {
-    user_interface().show_progress("Iteration " + std::to_string(iteration + 1),
-                                   static_cast<int>(100.0 * share));
+  listener.progress = [&](const Module_occam::InversionProgress& progress) {
+    const std::chrono::duration<double> now = std::chrono::steady_clock::now() - since;
+    estimate.take(progress, now.count());
+    user_interface().show_progress(estimate.text(), static_cast<int>(100.0 * estimate.share()));
     return !user_interface().stop_requested();
   };
-  const InversionReport report = Module_occam::run_inversion(command.directory, command.options, listener);
+  return Module_occam::run_inversion(command.directory, command.options, listener);
+}
+
+int report_end(const InversionCommand& command, const InversionReport& report) {
   user_interface().show_progress("", -1);
-  if (command.json_path == "-") {
-    std::cout << to_json(report).dump(2) << '\n';
-  } else if (!command.json_path.empty()) {
-    safe_files::write_into_place(command.json_path, to_json(report).dump(2) + '\n');
+  const int status = is_done(report.ending) ? status_done : status_failed;
+  if (!report.earlier_folder.empty()) {
+    user_interface().show_message("The earlier inversion is in " + report.earlier_folder);
   }
-  if (tells_course) {
-    std::cout << report.reason << '\n';
-  } else if (!is_done(report.ending)) {
+  if (command.json_path != "-") {
+    print_shifts(report);
+  }
+  if (status != status_done) {
     user_interface().show_message(report.reason);
+  } else if (command.json_path != "-") {
+    std::cout << report.reason << '\n';
   }
-  return is_done(report.ending) ? 0 : -1;
+  Json json = to_json(status, report.reason, report.steps);
+  add_shifts(json, report);
+  write_json(command, json);
+  return status;
+}
+
+int report_failure(const InversionCommand& command, const std::string& reason,
+                   const std::vector<InversionStep>& steps) {
+  user_interface().show_progress("", -1);
+  user_interface().show_message(reason);
+  write_json(command, to_json(status_failed, reason, steps));
+  return status_failed;
+}
+
+int invert_and_report(const InversionCommand& command) {
+  std::vector<InversionStep> steps;
+  InversionReport report;
+  try {
+    report = invert_run(command, steps);
+  } catch (const Module_occam::EarlierIterations& earlier) {
+    return report_failure(command,
+                          earlier.what() + std::string(" With --overwrite they move into a folder of their "
+                                                       "own; --continue goes on from the last one."),
+                          steps);
+  } catch (const std::exception& failure) {
+    return report_failure(command, failure_message("The inversion failed: ", failure), steps);
+  }
+  return report_end(command, report);
 }
 
 int run_inversion_command(InversionCommand& command) {
@@ -119,18 +194,21 @@ int run_inversion_command(InversionCommand& command) {
   command.options.threads = static_cast<std::size_t>(command.threads.value_or(0));
   if (!command.json_path.empty() && command.json_path != "-") {
     command.json_path = path_from_here(command.json_path);
-  }
-  const int status = trap_errors(inversion_failed, [&] {
-    try {
-      return invert_run(command);
-    } catch (const Module_occam::EarlierIterations& earlier) {
-      user_interface().show_message(earlier.what() +
-                                    std::string(" With --overwrite they move into a folder of their own; "
-                                                "--continue goes on from the last one."));
-      return -1;
+    // Hours later would be too late.
+    if (trap_errors(report_failed, [&] { refuse_report(command); }) != 0) {
+      return status_failed;
     }
-  });
-  return status == 0 ? status_done : status_failed;
+  }
+  int status = status_failed;
+  return trap_errors(report_failed, [&] { status = invert_and_report(command); }) == 0 ? status
+                                                                                       : status_failed;
+}
+
+std::string fault_of_roughness_type(const std::string& text) {
+  const double type = numeric_value(text);
+  const bool known = type == 1.0 || type == 3.0 || type == 4.0 || (type > 100.0 && type < 200.0) ||
+                     (type > 200.0 && type < 300.0);
+  return known ? "" : "the roughness types are 1, 3, 4, 101 to 199 and 201 to 299";
 }
 
 }  // namespace
@@ -143,13 +221,15 @@ Command add_inversion_command(Program& program) {
   parser.add_option("RUN_DIRECTORY", command->directory, "with start, model, mesh and data file")
       .required()
       .existing_directory();
-  parser.add_option("--from", options.from,
-                    "start or iteration file to begin with; the start file without it");
-  parser.add_flag("--continue", options.go_on, "go on from the iteration file with the highest number");
+  Parser start = parser.add_alternatives("Start", "where to begin");
+  start.add_option("--from", options.from,
+                   "start or iteration file to begin with; the start file without it");
+  start.add_flag("--continue", options.go_on, "go on from the iteration file with the highest number");
   parser.add_option("--iterations", options.iterations, "iterations to run, in place of the file's")
       .in_range(1, 9999);
   parser.add_option("--target-rms", options.target_rms, "in place of the file's").above_zero();
-  parser.add_option("--roughness-type", options.roughness_type, "1, 3, 4, 101 to 199 or 201 to 299");
+  parser.add_option("--roughness-type", options.roughness_type, "1, 3, 4, 101 to 199 or 201 to 299")
+      .checked(fault_of_roughness_type);
   parser.add_choice("--search", command->search,
                     {{"better", SearchChoice::better}, {"classic", SearchChoice::classic}},
                     "over multiplier and step length");

@@ -65,19 +65,19 @@ OccamData read_sites(TextInput& input) {
 /// Reads row `count`, from 0, and checks its numbers.
 DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
   Row<5> items{};
-  if (!read_row(input, items)) {
-    throw std::runtime_error("the file ends behind " + std::to_string(count) + " rows");
+  if (!read_row(input, items, read_number_list)) {
+    throw std::runtime_error("the file ends behind " + std::to_string(count) + " of its rows");
   }
   const DataRow row{integer_of(items[0]), integer_of(items[1]),
                     static_cast<DataType>(std::clamp(integer_of(items[2]), 0, 255)), items[3], items[4]};
-  const auto within = [](int number, std::size_t highest) {
-    return number >= 1 && static_cast<std::size_t>(number) <= highest;
+  const auto check = [count](const char* what, int number, std::size_t highest) {
+    if (number < 1 || static_cast<std::size_t>(number) > highest) {
+      throw std::runtime_error("row " + std::to_string(count + 1) + " is of " + what + " " +
+                               std::to_string(number) + ", and the file lists " + std::to_string(highest));
+    }
   };
-  if (!within(row.site_number, data.site_offsets.size()) ||
-      !within(row.frequency_number, data.frequencies.size())) {
-    throw std::runtime_error("row " + std::to_string(count + 1) +
-                             " is of a site or frequency that there is not");
-  }
+  check("site", row.site_number, data.site_offsets.size());
+  check("frequency", row.frequency_number, data.frequencies.size());
   return row;
 }
 

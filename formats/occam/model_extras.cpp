@@ -19,22 +19,27 @@ constexpr std::string_view exceptions_label = "EXCEPTIONS";
 // Numbers one after the other, over as many lines as they take.
 std::vector<double> numbers(TextInput& input, std::size_t count, const std::string& what) {
   std::vector<double> values;
-  if (read_value_list(input, static_cast<std::int64_t>(count), values) != 0) {
+  if (read_number_list(input, static_cast<std::int64_t>(count), values) != 0) {
     throw std::runtime_error("the file ends in its " + what);
   }
   return values;
 }
 
-// The line that ends the blocks: "NO. EXCEPTIONS: 2".
+// The line that ends the blocks: "NO. EXCEPTIONS: 2". Name and description of the model are free texts.
 int exception_count(TextInput& input) {
+  constexpr std::size_t value_column = 19;
+  constexpr int lines_before_layers = 9;
+  for (int head = 0; head < lines_before_layers; ++head) {
+    input.line();
+  }
   std::string_view line;
   while (input.next(line)) {
-    const std::string text = upper_case(line);
-    if (text.find(exceptions_label) != std::string::npos) {
-      return integer_value(behind_colon(line));
+    if (upper_case(line).find(exceptions_label) != std::string::npos) {
+      return integer_value(line.find(':') == std::string_view::npos ? from_column(line, value_column)
+                                                                    : behind_colon(line));
     }
   }
-  return 0;
+  throw std::runtime_error("the file has no count of exceptions");
 }
 
 std::vector<LinkException> read_exceptions(const std::string& path) {

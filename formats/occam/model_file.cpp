@@ -66,11 +66,16 @@ std::string name_or_none(std::string_view line) {
 }
 
 /// The shifts of a statics file in the run's folder; none where the file is missing.
-std::vector<StaticShift> shifts_of(const std::filesystem::path& run_folder, const std::string& name) {
+void take_statics(OccamModel& model, const std::filesystem::path& run_folder, const std::string& name) {
   std::error_code ignored;
   const std::filesystem::path file = run_folder / name;
-  return !name.empty() && std::filesystem::is_regular_file(file, ignored) ? read_shift_file(file.string())
-                                                                          : std::vector<StaticShift>();
+  if (name.empty() || !std::filesystem::is_regular_file(file, ignored)) {
+    return;
+  }
+  StaticsFile statics = read_shift_file(file.string());
+  model.static_shifts = std::move(statics.shifts);
+  model.shift_constraint = statics.constraint;
+  model.shift_constraint_error = statics.constraint_error;
 }
 
 ModelLines read_lines(TextInput& input) {
@@ -133,7 +138,7 @@ OccamModel read_model_file(const std::filesystem::path& run_folder, const std::s
     throw Refusal("The specified mesh file does not exist");
   }
   OccamModel model = build_model(read_mesh_file(mesh_path), std::move(lines.layers), lines.binding_offset);
-  model.static_shifts = shifts_of(run_folder, lines.names.statics_file);
+  take_statics(model, run_folder, lines.names.statics_file);
   model.site_node = place_sites(model, sites.site_offsets);
   model.mesh_file = mesh_path;
   return model;

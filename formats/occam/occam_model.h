@@ -61,8 +61,10 @@ struct OccamModel {
   std::vector<OccamBlock> blocks;   // layer by layer, left to right, fixed ones included
   int num_free_params = 0;          // of the blocks
   std::vector<StaticShift> static_shifts;  // of the model's statics file
-  std::vector<std::int32_t> site_node;     // node line of each site, or no_site_node
-  std::string mesh_file;                   // that the mesh was read from; empty if it was made here
+  ShiftConstraint shift_constraint = ShiftConstraint::none;
+  double shift_constraint_error = 0.0;  // decades
+  std::vector<std::int32_t> site_node;  // node line of each site, or no_site_node
+  std::string mesh_file;                // that the mesh was read from; empty if it was made here
 
   [[nodiscard]] int num_layers() const { return static_cast<int>(layers.size()); }
   [[nodiscard]] int num_blocks() const { return static_cast<int>(blocks.size()); }

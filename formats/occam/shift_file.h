@@ -1,5 +1,6 @@
 // shift_file.h: the statics file of an inversion: what is added to the modelled log10 resistivity of a site.
 #pragma once
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -7,16 +8,25 @@ namespace Module_occam {
 
 struct StaticShift {
   int site_number = 0;   // from 1
-  int data_type = 0;     // of a resistivity, 1 or 5 as a rule
+  int data_type = 0;     // of a log10 resistivity: 1 TE, 5 TM
   double shift = 0.0;    // decades
   bool is_free = false;  // found by the inversion; iterations list it behind the resistivities of the blocks
 };
 
-/// The text of a statics file without constraints, lines ending in LF.
-std::string shift_file_text(const std::vector<StaticShift>& shifts);
+/// Of which free shifts the sum is a datum.
+enum class ShiftConstraint : std::uint8_t { none = 0, sum_of_all = 1, sum_of_each_mode = 2 };
+
+struct StaticsFile {
+  ShiftConstraint constraint = ShiftConstraint::none;
+  double constraint_error = 0.0;  // decades, of the sums
+  std::vector<StaticShift> shifts;
+};
+
+/// The text of a statics file, lines ending in LF.
+std::string shift_file_text(const StaticsFile& statics);
 
 /// Reads a statics file. Throws Refusal or EmptyLine (text_input.h), or std::runtime_error with what is
 /// wrong.
-std::vector<StaticShift> read_shift_file(const std::string& path);
+StaticsFile read_shift_file(const std::string& path);
 
 }  // namespace Module_occam

@@ -35,6 +35,12 @@ int whole(std::string_view value) { return integer_of(std::trunc(number_of(value
 
 void take_nothing(InversionStart& /*start*/, std::string_view /*value*/) {}
 
+void check_format(InversionStart& /*start*/, std::string_view value) {
+  if (upper_case(value).find("OCCAMITER") == std::string::npos) {
+    throw std::runtime_error("'" + std::string(value) + "' is another kind of file");
+  }
+}
+
 void take_limits(InversionStart& start, std::string_view value) {
   if (equal_ignoring_case(trimmed(value), "none")) {
     return;
@@ -61,7 +67,7 @@ struct Label {
 };
 
 constexpr std::array<Label, 26> labels{
-    {{"FORMAT", take_nothing},
+    {{"FORMAT", check_format},
      {"DESCRIPTION", [](InversionStart& s, std::string_view v) { s.description = v; }},
      {"MODEL FILE", [](InversionStart& s, std::string_view v) { s.model_file = v; }},
      {"DATA FILE", [](InversionStart& s, std::string_view v) { s.data_file = v; }},
@@ -89,6 +95,28 @@ constexpr std::array<Label, 26> labels{
      {"IFFTOL", [](InversionStart& s, std::string_view v) { s.target_reached = whole(v) != 0; }},
      {"MISFIT REACHED", [](InversionStart& s, std::string_view v) { s.target_reached = whole(v) != 0; }}}};
 constexpr std::array<std::string_view, 2> count_labels{"NO. PARMS", "PARAM COUNT"};
+
+// What stands in a file may be anything; numbers of these sizes can be followed.
+void check_ranges(const InversionStart& start) {
+  constexpr int most = 1'000'000;
+  constexpr int most_cuts = 50;  // a step of 2^-50 changes nothing
+  const auto check = [](const char* what, int value, int highest) {
+    if (value < 0 || value > highest) {
+      throw std::runtime_error(std::string(what) + " is " + std::to_string(value) + ", not 0 to " +
+                               std::to_string(highest));
+    }
+  };
+  check("the number of iterations to run", start.iterations_to_run, most);
+  check("the iteration's number", start.iteration, most);
+  check("the stepsize cut count", start.step_cut_count, most_cuts);
+  if (start.model_value_step < 0.0) {
+    throw std::runtime_error("the step of model values is " + plain_text(start.model_value_step));
+  }
+  if (start.model_file.empty() || start.data_file.empty()) {
+    throw std::runtime_error(start.model_file.empty() ? "the file names no model file"
+                                                      : "the file names no data file");
+  }
+}
 
 bool is_comment(std::string_view line) { return line.starts_with('!') || line.starts_with('%'); }
 
@@ -125,10 +153,11 @@ void read_parameters(TextInput& input, std::int64_t count, InversionStart& start
     for (std::string_view item = next_token(line);
          !item.empty() && static_cast<std::int64_t>(start.parameters.size()) < count;
          item = next_token(line)) {
-      if (!is_numeric(item)) {
+      const double number = numeric_value(item);
+      if (!is_numeric(item) || !std::isfinite(number)) {
         fail(input, "'" + std::string(item) + "' is not a number");
       }
-      start.parameters.push_back(numeric_value(item));
+      start.parameters.push_back(number);
     }
   }
 }
@@ -170,6 +199,7 @@ InversionStart read_start_file(const std::string& path) {
     const std::string_view value = trimmed(text.substr(colon + 1));
     if (std::ranges::any_of(count_labels,
                             [&](std::string_view each) { return equal_ignoring_case(each, label); })) {
+      check_ranges(start);
       read_parameters(input, whole(value), start);
       return start;
     }

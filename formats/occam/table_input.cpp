@@ -17,7 +17,7 @@ int labelled_count(std::string_view line, Labels labels, std::size_t label_lengt
 }
 
 void read_values(TextInput& input, int count, std::vector<double>& values, const char* what) {
-  if (read_value_list(input, count, values) != 0) {
+  if (read_number_list(input, count, values) != 0) {
     throw std::runtime_error("the file ends behind " + std::to_string(values.size()) + " of " +
                              std::to_string(count) + " " + what);
   }

@@ -31,12 +31,14 @@ TableHeader read_header(TextInput& input, Labels labels);
 template <std::size_t items>
 using Row = std::array<double, items>;
 
+/// @param read_list  read_value_list, or read_number_list where each item has to be a number
 /// @return false at the end of the file
 template <std::size_t items>
-bool read_row(TextInput& input, Row<items>& row) {
+bool read_row(TextInput& input, Row<items>& row,
+              int (*read_list)(TextInput&, std::int64_t, std::vector<double>&) = read_value_list) {
   std::vector<double> values;
   values.reserve(items);
-  if (read_value_list(input, items, values) != 0) {
+  if (read_list(input, items, values) != 0) {
     return false;
   }
   std::ranges::copy(values, row.begin());

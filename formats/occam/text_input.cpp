@@ -1,5 +1,6 @@
 #include "formats/occam/text_input.h"
 
+#include <cmath>
 #include <limits>
 
 #include "core/number_text.h"
@@ -23,18 +24,38 @@ std::string_view TextInput::filled_line() {
   return text;
 }
 
-int read_value_list(TextInput& input, std::int64_t count, std::vector<double>& values) {
+namespace {
+
+template <class Number>
+int read_list(TextInput& input, std::int64_t count, std::vector<double>& values, const Number& number_of) {
   std::string_view line;
   while (count > 0) {
     if (!input.next(line)) {
       return -1;
     }
     for (std::string_view item = next_token(line); !item.empty() && count > 0; item = next_token(line)) {
-      values.push_back(numeric_value(item));
+      values.push_back(number_of(item));
       --count;
     }
   }
   return 0;
+}
+
+}  // namespace
+
+int read_value_list(TextInput& input, std::int64_t count, std::vector<double>& values) {
+  return read_list(input, count, values, [](std::string_view item) { return numeric_value(item); });
+}
+
+int read_number_list(TextInput& input, std::int64_t count, std::vector<double>& values) {
+  return read_list(input, count, values, [&input](std::string_view item) {
+    const double number = numeric_value(item);
+    if (!is_numeric(item) || !std::isfinite(number)) {
+      throw std::runtime_error("line " + std::to_string(input.line_number()) + ": '" + std::string(item) +
+                               "' is not a number");
+    }
+    return number;
+  });
 }
 
 int integer_of(double value) {

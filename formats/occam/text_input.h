@@ -45,6 +45,10 @@ class TextInput {
 /// @return 0; -1 if the file ends first
 [[nodiscard]] int read_value_list(TextInput& input, std::int64_t count, std::vector<double>& values);
 
+/// The same where a wrong number would pass for a right one: throws std::runtime_error, with the line, for an
+/// item that is no finite number.
+[[nodiscard]] int read_number_list(TextInput& input, std::int64_t count, std::vector<double>& values);
+
 /// The number that a text begins with as an integer, 0 if there is none. Throws if it isn't a 32-bit integer.
 int integer_value(std::string_view text);
 /// The same for a number that has already been read.

@@ -142,8 +142,9 @@ class Inversion {
         linear_problem(problem_, problem_.respond(last_.state.model, Derivatives::yes), last_.state.model,
                        settings_.robust),
         roughness_, cheaper_space(problem_.data.size(), last_.state.model.size()), settings_.threads);
-    Trials trials(*models, roughness_, last_.state.model, settings_.rules,
-                  [this](std::span<const double> model) { return respond(model); }, listener_.trial);
+    Trials trials(
+        *models, roughness_, last_.state.model, settings_.rules,
+        [this](std::span<const double> model) { return respond(model); }, listener_.trial);
     const SearchStart start{last_.state.log10_multiplier, misfit_,         settings_.target_rms,
                             last_.state.target_reached,   last_roughness_, settings_.most_cuts};
     const SearchEnd end =
@@ -153,10 +154,14 @@ class Inversion {
     }
     const Trial& accepted = *end.accepted;
     const bool was_reached = last_.state.target_reached;
-    const double fall = 1.0 - accepted.roughness / last_roughness_;
-    hardly_smoother_ = was_reached && fall < hardly_smoother ? hardly_smoother_ + 1 : 0;
+    const auto falls_hardly = [](double roughness, double before) {
+      return roughness > (1.0 - hardly_smoother) * before;
+    };
+    hardly_smoother_ = was_reached && falls_hardly(accepted.roughness, last_roughness_) &&
+                       last_.state.roughness_before &&
+                       falls_hardly(last_roughness_, *last_.state.roughness_before);
     last_ = {{last_.state.iteration + 1, accepted.model, end.log10_multiplier, accepted.roughness,
-              end.target_reached},
+              end.target_reached, was_reached ? std::optional(last_roughness_) : std::nullopt},
              accepted.fit.rms,
              accepted.fit.modelled,
              trials.step_of(accepted),
@@ -171,7 +176,7 @@ class Inversion {
     if (fits && last_.state.roughness < perfectly_smooth) {
       return Ending::perfectly_smooth;
     }
-    if (fits && (last_.step < no_step || hardly_smoother_ >= 2)) {
+    if (fits && (last_.step < no_step || hardly_smoother_)) {
       return Ending::smooth_and_fitting;
     }
     return std::nullopt;
@@ -184,7 +189,7 @@ class Inversion {
   Iteration last_;
   double misfit_ = 0.0;  // of the last model, as the search goes by it
   double last_roughness_ = 0.0;
-  int hardly_smoother_ = 0;
+  bool hardly_smoother_ = false;  // twice in a row
 };
 
 }  // namespace

@@ -52,6 +52,7 @@ struct State {
   double log10_multiplier = 5.0;  // where the last search ended
   double roughness = 1e10;        // of the last model
   bool target_reached = false;
+  std::optional<double> roughness_before;  // of the model before, if that one had reached the target
 };
 
 struct Iteration {

@@ -1,7 +1,8 @@
 #include "occam/inversion/earlier_iterations.h"
 
-#include <exception>
+#include <algorithm>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "core/text_fields.h"
@@ -15,18 +16,28 @@ namespace {
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-// The number behind a word at the beginning of a name; -1 if there is none.
-int number_behind(const std::string& name, std::string_view word) {
+// The number of "WORDnn" or "WORD_nn", bare or with the ending; -1 for another name. A copy that someone has
+// kept under a name of its own is none.
+int number_in(std::string_view name, std::string_view word, std::string_view ending) {
   constexpr std::size_t most_digits = 6;
-  if (!equal_ignoring_case(std::string_view(name).substr(0, word.size()), word)) {
+  if (!equal_ignoring_case(name.substr(0, word.size()), word)) {
     return -1;
   }
-  std::size_t end = word.size();
-  int number = 0;
-  for (; end < name.size() && is_digit(name[end]) && end - word.size() < most_digits; ++end) {
-    number = 10 * number + (name[end] - '0');
+  name.remove_prefix(word.size());
+  if (name.starts_with('_')) {
+    name.remove_prefix(1);
   }
-  return end > word.size() ? number : -1;
+  std::size_t digits = 0;
+  int number = 0;
+  for (; digits < name.size() && is_digit(name[digits]) && digits < most_digits; ++digits) {
+    number = 10 * number + (name[digits] - '0');
+  }
+  const std::string_view rest = name.substr(digits);
+  return digits > 0 && (rest.empty() || equal_ignoring_case(rest, ending)) ? number : -1;
+}
+
+int response_number_of(const std::string& name) {
+  return std::max(number_in(name, "RESP", ".resp"), number_in(name, "RESP_ITER", ".out"));
 }
 
 fs::path free_folder(const fs::path& directory) {
@@ -38,13 +49,25 @@ fs::path free_folder(const fs::path& directory) {
   }
 }
 
+std::vector<std::string> files_in(const fs::path& directory) {
+  std::vector<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
+    if (entry.is_regular_file()) {
+      names.push_back(entry.path().filename().string());
+    }
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
 }  // namespace
+
+int iteration_number_of(const std::string& name) { return number_in(name, "ITER", ".iter"); }
 
 std::map<int, std::string> iteration_files_of(const fs::path& directory) {
   std::map<int, std::string> files;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
-    const std::string name = entry.path().filename().string();
-    if (const int number = number_behind(name, "ITER"); number >= 0 && entry.is_regular_file()) {
+  for (const std::string& name : files_in(directory)) {
+    if (const int number = iteration_number_of(name); number >= 0) {
       files.emplace(number, name);
     }
   }
@@ -53,33 +76,53 @@ std::map<int, std::string> iteration_files_of(const fs::path& directory) {
 
 EarlierIterationFiles::EarlierIterationFiles(fs::path directory, int last_kept)
     : directory_(std::move(directory)) {
-  for (const auto& [number, name] : iteration_files_of(directory_)) {
-    if (number > last_kept) {
-      iterations_.push_back(name);
-      files_.push_back(name);
-    }
+  using Numbered = std::vector<std::pair<int, std::string>>;
+  Numbered iterations;
+  Numbered responses;
+  Numbered shifts;
+  bool has_log = false;
+  for (const std::string& name : files_in(directory_)) {
+    const auto take = [&](Numbered& files, int number) {
+      if (number > last_kept) {
+        files.emplace_back(number, name);
+      }
+    };
+    take(iterations, iteration_number_of(name));
+    take(responses, response_number_of(name));
+    take(shifts, number_in(name, "SHIFT", ".shift"));
+    has_log = has_log || name == inversion_log_name;
   }
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory_)) {
-    const std::string name = entry.path().filename().string();
-    const bool is_log = last_kept < 0 && name == inversion_log_name;
-    if (entry.is_regular_file() && (number_behind(name, "RESP") > last_kept || is_log)) {
-      files_.push_back(name);
-    }
+  if (iterations.empty() && responses.empty()) {
+    return;  // a log alone is gone on with
   }
-  if (iterations_.empty()) {
-    files_.clear();  // a log or a response alone is nobody's inversion
+  Numbered all;
+  for (Numbered* files : {&iterations, &responses, &shifts}) {
+    std::ranges::sort(*files);
+    all.insert(all.end(), files->begin(), files->end());
+  }
+  for (const auto& [number, name] : iterations.empty() ? responses : iterations) {
+    named_.push_back(name);
+  }
+  std::ranges::stable_sort(all, std::greater(), &Numbered::value_type::first);
+  for (auto& [number, name] : all) {
+    files_.push_back(std::move(name));
+  }
+  if (has_log && last_kept < 0) {
+    files_.emplace_back(inversion_log_name);
   }
 }
 
 std::string EarlierIterationFiles::text() const {
-  return iterations_.size() == 1 ? iterations_.front() : iterations_.front() + " to " + iterations_.back();
+  return named_.size() == 1 ? named_.front() : named_.front() + " to " + named_.back();
 }
+
+fs::path EarlierIterationFiles::folder() const { return free_folder(directory_); }
 
 fs::path EarlierIterationFiles::move_away() const {
   const fs::path folder = free_folder(directory_);
-  fs::create_directory(folder);
   std::vector<std::string> moved;
   try {
+    fs::create_directory(folder);
     for (const std::string& file : files_) {
       fs::rename(directory_ / file, folder / file);
       moved.push_back(file);
@@ -90,7 +133,8 @@ fs::path EarlierIterationFiles::move_away() const {
       fs::rename(folder / file, directory_ / file, ignored);
     }
     fs::remove(folder, ignored);
-    throw std::runtime_error(std::string("an earlier iteration can't be moved away: ") + failure.what());
+    throw std::runtime_error("the earlier iterations can't be moved into " + folder.string() + ": " +
+                             failure.code().message());
   }
   return folder;
 }

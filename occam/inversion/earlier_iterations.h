@@ -8,11 +8,15 @@
 
 namespace Module_occam {
 
-/// The iteration files of a directory by their numbers, which stand behind "ITER" in their names. Throws
-/// std::filesystem::filesystem_error if the directory can't be read.
+/// The iteration files of a directory, "ITER12.iter" or as older programs name them "ITER_12", by the numbers
+/// in their names. Throws std::filesystem::filesystem_error if the directory can't be read.
 std::map<int, std::string> iteration_files_of(const std::filesystem::path& directory);
 
-/// Iterations beyond a number, with their responses, and the log where the inversion starts anew.
+/// The number in the name of an iteration file; -1 for another name.
+int iteration_number_of(const std::string& name);
+
+/// Iterations beyond a number, with their responses and static shifts, and the log where the inversion starts
+/// anew.
 class EarlierIterationFiles {
  public:
   /// @param last_kept  iterations up to this one stay; -1: none stays
@@ -21,14 +25,16 @@ class EarlierIterationFiles {
   [[nodiscard]] bool found() const { return !files_.empty(); }
   /// "ITER03.iter to ITER12.iter"
   [[nodiscard]] std::string text() const;
-  /// Moves all into the first of "earlier_1", "earlier_2", ... that is free; back again if one can't be
-  /// moved, and then throws. @return the folder
+  /// Where they would move: the first of "earlier_1", "earlier_2", ... that is free.
+  [[nodiscard]] std::filesystem::path folder() const;
+  /// Moves all there, the highest numbers first, so that what a crash leaves in place are iterations in a
+  /// row; back again if one can't be moved, and then throws std::runtime_error. @return the folder
   std::filesystem::path move_away() const;
 
  private:
   std::filesystem::path directory_;
-  std::vector<std::string> iterations_;
-  std::vector<std::string> files_;  // all that move
+  std::vector<std::string> named_;  // iterations or, without them, responses, ascending
+  std::vector<std::string> files_;  // all that move, in that order
 };
 
 }  // namespace Module_occam

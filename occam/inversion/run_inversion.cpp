@@ -1,22 +1,19 @@
 #include "occam/inversion/run_inversion.h"
 
-#include <algorithm>
 #include <chrono>
-#include <fstream>
-#include <iterator>
-#include <sstream>
+#include <cmath>
 #include <utility>
 
 #include "core/number_text.h"
-#include "core/text_fields.h"
-#include "formats/occam/model_extras.h"
-#include "formats/occam/model_file.h"
-#include "formats/occam/start_file.h"
-#include "formats/occam/text_input.h"
+#include "formats/occam/response_file.h"
 #include "occam/inversion/earlier_iterations.h"
+#include "occam/inversion/ending_sentence.h"
 #include "occam/inversion/inversion_files.h"
+#include "occam/inversion/inversion_input.h"
 #include "occam/inversion/run_problem.h"
+#include "occam/results/model_response.h"
 #include "platform/files/file_lock.h"
+#include "platform/files/input_file.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -27,70 +24,29 @@ namespace inversion = numerics::occam_inversion;
 
 namespace {
 
-// Adds the file's name to what a reader says.
-template <class Read>
-auto read_file(const std::string& name, const Read& read) {
+class WholeSentence : public std::runtime_error, public CompleteMessage {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+FileLock lock_of(const fs::path& directory) {
   try {
-    return read();
-  } catch (const EmptyLine&) {
-    throw std::runtime_error(name + ": an empty line where text is expected");
-  } catch (const std::exception& failure) {
-    throw std::runtime_error(name + ": " + failure.what());
+    return FileLock(directory / inversion_lock_name);
+  } catch (const std::runtime_error& failure) {
+    throw std::runtime_error("the folder of the run can't be written, " + std::string(failure.what()));
   }
-}
-
-std::size_t parameter_of(const std::variant<int, BlockPlace>& place, const OccamModel& model) {
-  if (const int* const number = std::get_if<int>(&place)) {
-    if (*number < 1 || *number > model.num_free_params) {
-      throw std::runtime_error("an exception of the roughness names parameter " + std::to_string(*number) +
-                               " of " + std::to_string(model.num_free_params));
-    }
-    return static_cast<std::size_t>(*number - 1);
-  }
-  const BlockPlace& block = std::get<BlockPlace>(place);
-  const std::string name =
-      "block " + std::to_string(block.block_number) + " of layer " + std::to_string(block.layer_number);
-  if (block.layer_number < 1 || block.layer_number > model.num_layers() || block.block_number < 1 ||
-      block.block_number > model.layers[static_cast<std::size_t>(block.layer_number - 1)].layer_blocks()) {
-    throw std::runtime_error("an exception of the roughness names " + name + ", which there is not");
-  }
-  const int number = model.layer_block(block.layer_number - 1, block.block_number - 1).parameter_number;
-  if (number < 1) {
-    throw std::runtime_error("an exception of the roughness names " + name + ", which is fixed");
-  }
-  return static_cast<std::size_t>(number - 1);
-}
-
-inversion::Roughness roughness_of(const RunProblem& run, const OccamModel& model, const InversionStart& start,
-                                  const ModelExtras& extras) {
-  inversion::RoughnessRules rules;
-  rules.type = start.roughness_type;
-  rules.diagonals = start.diagonal_penalties;
-  for (const LinkException& entry : extras.exceptions) {
-    rules.by_hand.push_back(
-        {parameter_of(entry.first, model), parameter_of(entry.second, model), entry.weight});
-  }
-  std::vector<inversion::Prejudice> prejudices;
-  for (const PrejudiceValue& entry : extras.prejudices) {
-    if (entry.parameter_number < 1 || entry.parameter_number > model.num_free_params) {
-      throw std::runtime_error("a prejudice names parameter " + std::to_string(entry.parameter_number) +
-                               " of " + std::to_string(model.num_free_params));
-    }
-    prejudices.push_back({static_cast<std::size_t>(entry.parameter_number - 1), entry.value, entry.weight});
-  }
-  const std::vector<inversion::Block> blocks = run.blocks();
-  return {blocks, run.parameters(), rules, std::move(prejudices)};
 }
 
 // The log so far, to which each iteration adds; whole at any moment.
 class RunLog {
  public:
   explicit RunLog(fs::path file) : file_(std::move(file)) {
-    std::ifstream earlier(file_, std::ios::binary);
-    std::ostringstream text;
-    text << earlier.rdbuf();
-    text_ = text.str();
+    constexpr std::int64_t most_bytes = 100'000'000;
+    if (fs::exists(file_)) {
+      text_ = read_whole_file(file_.string(), most_bytes);
+    }
   }
+  [[nodiscard]] bool empty() const { return text_.empty(); }
   [[nodiscard]] safe_files::NewFile with(const std::string& more) {
     text_ += more;
     return {file_, text_};
@@ -101,103 +57,160 @@ class RunLog {
   std::string text_;
 };
 
+// The last iterations before a start, as far as the decision to end goes by them.
+std::optional<double> roughness_before(const fs::path& directory, int iteration) {
+  const auto files = iteration_files_of(directory);
+  const auto before = files.find(iteration - 1);
+  if (before == files.end()) {
+    return std::nullopt;
+  }
+  try {
+    const InversionStart state = read_start_file((directory / before->second).string());
+    return state.target_reached ? std::optional(state.roughness) : std::nullopt;
+  } catch (const std::exception&) {  // it is not what is inverted
+    return std::nullopt;
+  }
+}
+
 class RunningInversion {
  public:
   RunningInversion(fs::path directory, const InversionOptions& options, const InversionListener& listener)
       : directory_(std::move(directory)),
         options_(options),
         listener_(listener),
-        lock_(directory_ / inversion_lock_name),
+        lock_(lock_of(directory_)),
         from_(start_name()),
-        start_(read_file(from_, [&] { return read_start_file((directory_ / from_).string()); })),
-        data_(read_file(start_.data_file,
-                        [&] { return read_data_file((directory_ / start_.data_file).string()); })),
-        model_(read_file(start_.model_file,
-                         [&] { return read_model_file(directory_, start_.model_file, sites()); })),
-        run_(model_, data_, {options.threads, options.static_shift}, listener.progress),
-        roughness_(roughness_of(run_, model_, with_options(), read_file(start_.model_file, [&] {
-                                  return read_model_extras(directory_, start_.model_file);
-                                }))) {}
+        input_(read_inversion_input(directory_, from_)),
+        start_(with_options()),
+        is_iteration_(iteration_number_of(from_) == start_.iteration),
+        earlier_shifts_(earlier_shifts()),
+        run_(input_.model, input_.data, rules(), [this](double share) { return tell_progress(share); }),
+        roughness_(roughness_of(input_, run_)),
+        earlier_(directory_, is_iteration_ ? start_.iteration : start_.iteration - 1),
+        state_(start_state()) {}
 
   InversionReport run();
 
  private:
   [[nodiscard]] std::string start_name() const;
-  [[nodiscard]] OccamData sites() const;
   const InversionStart& with_options();
-  void move_earlier() const;
+  [[nodiscard]] StaticsFile earlier_shifts() const;
+  [[nodiscard]] RunRules rules() const;
+  [[nodiscard]] inversion::State start_state() const;
+  [[nodiscard]] inversion::Settings settings() const;
+  void begin();
   void take_iteration(const inversion::Iteration& iteration);
+  [[nodiscard]] bool tell_progress(double share);
+  [[nodiscard]] inversion::Problem counted_problem();
+  [[nodiscard]] std::vector<safe_files::NewFile> start_files(const inversion::Iteration& start);
+  [[nodiscard]] std::vector<safe_files::NewFile> iteration_files(const inversion::Iteration& iteration) const;
+  [[nodiscard]] safe_files::NewFile response_file(const std::string& name,
+                                                  const inversion::Iteration& iteration) const;
+  void put_into_place(const std::vector<safe_files::NewFile>& files) const;
+  void end(const inversion::Outcome& outcome);
 
   fs::path directory_;
   const InversionOptions& options_;
   const InversionListener& listener_;
   FileLock lock_;
   std::string from_;
-  InversionStart start_;
-  ObservedData data_;
-  OccamModel model_;
+  InversionInput input_;
+  const InversionStart& start_;  // of the input, with the options
+  bool is_iteration_;            // the start is an iteration file, which stays
+  StaticsFile earlier_shifts_;   // found with it
   RunProblem run_;
   inversion::Roughness roughness_;
+  EarlierIterationFiles earlier_;
+  inversion::State state_;
   std::optional<RunLog> log_;
   IterationLog iteration_log_;
   InversionReport report_;
+  InversionProgress under_way_;
   std::chrono::steady_clock::time_point since_;
 };
 
 std::string RunningInversion::start_name() const {
   if (lock_.state() == FileLock::State::held_elsewhere) {
-    throw std::runtime_error("Another inversion is running in " + directory_.string() + ".");
+    throw WholeSentence("Another inversion is running in " + directory_.string() + ".");
   }
   if (!options_.from.empty()) {
-    return options_.from;
+    return name_within(directory_, options_.from);
   }
   const std::string last = options_.go_on ? last_iteration_file(directory_) : std::string();
   return last.empty() ? find_start_file(directory_) : last;
 }
 
-OccamData RunningInversion::sites() const {
-  OccamData sites;
-  sites.site_names = data_.site_names;
-  for (const double offset : data_.site_offsets) {
-    sites.site_offsets.push_back(static_cast<float>(offset));
-  }
-  return sites;
-}
-
 const InversionStart& RunningInversion::with_options() {
-  start_.iterations_to_run = options_.iterations.value_or(start_.iterations_to_run);
-  start_.target_rms = options_.target_rms.value_or(start_.target_rms);
-  start_.roughness_type = options_.roughness_type.value_or(start_.roughness_type);
-  if (!(start_.target_rms > 0.0)) {
-    throw std::runtime_error("the target misfit is " + plain_text(start_.target_rms));
+  InversionStart& start = input_.start;
+  start.iterations_to_run = options_.iterations.value_or(start.iterations_to_run);
+  start.target_rms = options_.target_rms.value_or(start.target_rms);
+  start.roughness_type = options_.roughness_type.value_or(start.roughness_type);
+  if (!(start.target_rms > 0.0) || !std::isfinite(start.target_rms)) {
+    throw std::runtime_error("the target misfit is " + plain_text(start.target_rms));
   }
-  return start_;
+  constexpr int scan = 2;
+  if (std::abs(start.debug_level) == scan && options_.search == inversion::Search::classic) {
+    throw std::runtime_error(from_ +
+                             " has debug level 2, which scans multipliers; the classic search doesn't");
+  }
+  return start;
 }
 
-void RunningInversion::move_earlier() const {
-  const EarlierIterationFiles earlier(directory_, start_.iteration == 0 ? -1 : start_.iteration);
-  if (!earlier.found()) {
-    return;
-  }
-  if (!options_.may_move_earlier) {
-    throw EarlierIterations("An earlier inversion has left " + earlier.text() + " in " + directory_.string() +
-                            ".");
-  }
-  (void)earlier.move_away();
+// Iteration files hold the blocks alone; the shifts that belong to one stand beside it.
+StaticsFile RunningInversion::earlier_shifts() const {
+  const fs::path file = directory_ / shift_file_name(start_.iteration);
+  return is_iteration_ && fs::is_regular_file(file) ? read_shift_file(file.string()) : StaticsFile();
 }
 
-void RunningInversion::take_iteration(const inversion::Iteration& iteration) {
-  const auto now = std::chrono::steady_clock::now();
-  const std::chrono::duration<double> seconds = now - since_;
-  since_ = now;
-  const bool is_start = iteration.state.iteration == start_.iteration;
-  const InversionStep step{iteration.state.iteration,
-                           iteration.rms,
-                           iteration.state.roughness,
-                           iteration.state.log10_multiplier,
-                           iteration.step,
-                           iteration.trials,
-                           seconds.count()};
+RunRules RunningInversion::rules() const {
+  RunRules rules{options_.threads, options_.static_shift, limits_at(start_.debug_level)};
+  if (!rules.static_shift && earlier_shifts_.constraint_error > 0.0) {
+    rules.static_shift = earlier_shifts_.constraint_error;
+  }
+  return rules;
+}
+
+inversion::State RunningInversion::start_state() const {
+  inversion::State state;
+  state.iteration = start_.iteration;
+  state.model = run_.model_of(start_.parameters, earlier_shifts_.shifts);
+  state.log10_multiplier = start_.log10_multiplier;
+  state.roughness = start_.roughness;
+  state.target_reached = start_.target_reached;
+  state.roughness_before = is_iteration_ ? roughness_before(directory_, start_.iteration) : std::nullopt;
+  return state;
+}
+
+inversion::Settings RunningInversion::settings() const {
+  inversion::Settings settings;
+  settings.target_rms = start_.target_rms;
+  settings.most_iterations = start_.iterations_to_run;
+  settings.most_cuts = start_.debug_level < 0 ? 0 : start_.step_cut_count;
+  settings.rules = {start_.model_limits, start_.model_value_step, run_.block_parameters()};
+  settings.search = options_.search;
+  settings.robust = options_.robust;
+  settings.threads = options_.threads;
+  return settings;
+}
+
+// Only now that the start has a response: up to here the directory is as it was.
+void RunningInversion::begin() {
+  if (earlier_.found()) {
+    report_.earlier_folder = earlier_.move_away().filename().string();
+  }
+  log_.emplace(directory_ / inversion_log_name);
+}
+
+safe_files::NewFile RunningInversion::response_file(const std::string& name,
+                                                    const inversion::Iteration& iteration) const {
+  const SiteShifts& shifts = run_.shifts();
+  return {directory_ / name,
+          plain_response_text(input_.data, std::span(shifts.data()).first(shifts.constraints()),
+                              iteration.modelled)};
+}
+
+std::vector<safe_files::NewFile> RunningInversion::iteration_files(
+    const inversion::Iteration& iteration) const {
   InversionStart left = start_;
   left.iteration = iteration.state.iteration;
   left.log10_multiplier = iteration.state.log10_multiplier;
@@ -205,57 +218,113 @@ void RunningInversion::take_iteration(const inversion::Iteration& iteration) {
   left.rms = iteration.rms;
   left.target_reached = iteration.state.target_reached;
   left.parameters = run_.file_parameters(iteration.state.model);
-  if (!is_start || start_.iteration == 0) {
-    std::vector<safe_files::NewFile> files{
-        {directory_ / iteration_file_name(left.iteration), iteration_file_text(left)},
-        {directory_ / response_name_of(left.iteration),
-         plain_response_text(data_, std::span(iteration.modelled).first(data_.rows.size()))}};
-    if (!is_start) {
-      files.push_back(log_->with(iteration_log_.end(iteration)));
-    }
-    safe_files::write_together(files);
+  std::vector<safe_files::NewFile> files;
+  // Before the iteration's file: one that is there can be gone on from.
+  if (run_.looks_for_shifts()) {
+    files.push_back({directory_ / shift_file_name(left.iteration),
+                     shift_file_text(run_.found_shifts(iteration.state.model))});
   }
-  iteration_log_.begin(left.iteration + 1, iteration.rms);
-  report_.steps.push_back(step);
-  if (listener_.step) {
-    listener_.step(step);
+  files.push_back({directory_ / iteration_file_name(left.iteration), iteration_file_text(left)});
+  files.push_back(response_file(response_name_of(left.iteration), iteration));
+  return files;
+}
+
+// An iteration file that is gone on from stays as it is; its response may be lost, as after a crash.
+std::vector<safe_files::NewFile> RunningInversion::start_files(const inversion::Iteration& start) {
+  std::vector<safe_files::NewFile> files;
+  if (!is_iteration_) {
+    files = iteration_files(start);
+  } else if (const std::string name = response_file_name(from_); !fs::exists(directory_ / name)) {
+    files.push_back(response_file(name, start));
+  }
+  if (!log_->empty()) {
+    files.push_back(log_->with(" ** CONTINUED FROM " + from_ + "\n\n"));
+  }
+  return files;
+}
+
+void RunningInversion::put_into_place(const std::vector<safe_files::NewFile>& files) const {
+  try {
+    safe_files::write_together(files);
+  } catch (const std::exception& failure) {
+    const int last = report_.steps.empty() ? -1 : report_.steps.back().iteration;
+    throw std::runtime_error(failure.what() + (last < 0 ? std::string()
+                                                        : "; iteration " + std::to_string(last) +
+                                                              " is in place, and it can be continued"));
   }
 }
 
-InversionReport RunningInversion::run() {
-  move_earlier();
-  log_.emplace(directory_ / inversion_log_name);
-  report_.target_rms = start_.target_rms;
-  inversion::Settings settings;
-  settings.target_rms = start_.target_rms;
-  settings.most_iterations = start_.iterations_to_run;
-  settings.most_cuts = start_.step_cut_count;
-  settings.rules = {start_.model_limits, start_.model_value_step};
-  settings.search = options_.search;
-  settings.robust = options_.robust;
-  settings.threads = options_.threads;
-  inversion::State state;
-  state.iteration = start_.iteration;
-  state.model = run_.model_of(start_.parameters);
-  state.log10_multiplier = start_.log10_multiplier;
-  state.roughness = start_.roughness;
-  state.target_reached = start_.target_reached;
-  since_ = std::chrono::steady_clock::now();
-  const inversion::Problem problem = run_.problem();
-  const inversion::Outcome outcome =
-      inversion::invert(problem, roughness_, settings, std::move(state),
-                        {[this](const inversion::Iteration& iteration) { take_iteration(iteration); },
-                         [this](const inversion::Trial& trial) { iteration_log_.add(trial); }});
-  const safe_files::NewFile log = log_->with(log_ending(outcome.ending));
-  safe_files::write_into_place(log.destination, log.contents);
-  if (options_.static_shift) {
-    const std::string shifts = run_.shift_file_text(outcome.last.state.model);
-    safe_files::write_into_place(directory_ / "Statics.found", shifts);
+void RunningInversion::take_iteration(const inversion::Iteration& iteration) {
+  const bool is_start = report_.steps.empty();
+  if (is_start) {
+    begin();
+    put_into_place(start_files(iteration));
+  } else {
+    std::vector<safe_files::NewFile> files = iteration_files(iteration);
+    files.push_back(log_->with(iteration_log_.end(iteration, run_.block_parameters())));
+    put_into_place(files);
   }
-  report_.ending = outcome.ending;
-  report_.reason = ending_sentence(
-      outcome.ending, report_.steps.empty() ? InversionStep{} : report_.steps.back(), start_.target_rms);
+  iteration_log_.begin(iteration.state.iteration + 1, iteration.rms, iteration.state.target_reached,
+                       start_.debug_level != 0);
+  const auto now = std::chrono::steady_clock::now();
+  const std::chrono::duration<double> seconds = now - since_;
+  since_ = now;
+  report_.steps.push_back({iteration.state.iteration, iteration.rms, iteration.state.roughness,
+                           iteration.state.log10_multiplier, iteration.step, iteration.trials,
+                           seconds.count()});
+  if (listener_.step) {
+    listener_.step(report_.steps.back());
+  }
+}
+
+bool RunningInversion::tell_progress(double share) {
+  under_way_.share = share;
+  return !listener_.progress || listener_.progress(under_way_);
+}
+
+// Each response is a trial, but for the one with the sensitivities, which begins an iteration.
+inversion::Problem RunningInversion::counted_problem() {
+  inversion::Problem problem = run_.problem();
+  under_way_ = {start_.iteration, 0, 0.0};
+  problem.respond = [this, respond = std::move(problem.respond)](std::span<const double> model,
+                                                                 inversion::Derivatives derivatives) {
+    const bool begins = derivatives == inversion::Derivatives::yes;
+    under_way_ = {under_way_.iteration + (begins ? 1 : 0), begins ? 0 : under_way_.trial + 1, 0.0};
+    return respond(model, derivatives);
+  };
+  return problem;
+}
+
+InversionReport RunningInversion::run() {
+  if (earlier_.found() && !options_.may_move_earlier) {
+    throw EarlierIterations("An earlier inversion has left " + earlier_.text() + " in " +
+                            directory_.string() + ".");
+  }
+  report_.target_rms = start_.target_rms;
+  since_ = std::chrono::steady_clock::now();
+  const inversion::Problem problem = counted_problem();
+  end(inversion::invert(problem, roughness_, settings(), state_,
+                        {[this](const inversion::Iteration& iteration) { take_iteration(iteration); },
+                         [this](const inversion::Trial& trial) { iteration_log_.add(trial); }}));
   return report_;
+}
+
+void RunningInversion::end(const inversion::Outcome& outcome) {
+  report_.ending = outcome.ending;
+  if (report_.steps.empty()) {
+    report_.reason = "Stopped before the first response was done; nothing was written.";
+    return;
+  }
+  const InversionStep& last = report_.steps.back();
+  report_.reason = ending_sentence({outcome.ending, last.iteration, last.rms, start_.target_rms,
+                                    poor_sites(input_.data, outcome.last.modelled)});
+  std::string log = iteration_log_.broken_off();
+  if (run_.looks_for_shifts()) {
+    report_.static_shifts = run_.found_shifts(outcome.last.state.model);
+    report_.static_shift_file = shift_file_name(last.iteration);
+    log += shift_log(report_.static_shifts, report_.static_shift_file);
+  }
+  put_into_place({log_->with(log + log_ending(outcome.ending))});
 }
 
 }  // namespace
@@ -263,66 +332,9 @@ InversionReport RunningInversion::run() {
 InversionReport run_inversion(const fs::path& directory, const InversionOptions& options,
                               const InversionListener& listener) {
   if (!fs::is_directory(directory)) {
-    throw std::runtime_error("There is no folder " + directory.string());
+    throw std::runtime_error("there is no folder " + directory.string());
   }
   return RunningInversion(fs::absolute(directory), options, listener).run();
-}
-
-std::string find_start_file(const fs::path& directory) {
-  std::vector<std::string> starts;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
-    const std::string name = entry.path().filename().string();
-    if (!entry.is_regular_file()) {
-      continue;
-    }
-    if (equal_ignoring_case(name, "startup")) {
-      return name;
-    }
-    constexpr std::uintmax_t most_bytes = 50'000'000;
-    try {
-      if (entry.file_size() < most_bytes &&
-          TextInput(entry.path().string()).line().find("OCCAMITER_") != std::string_view::npos &&
-          read_start_file(entry.path().string()).iteration == 0 &&
-          !equal_ignoring_case(std::string_view(name).substr(0, 4), "ITER")) {
-        starts.push_back(name);
-      }
-    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): another kind of file
-    }
-  }
-  if (starts.size() == 1) {
-    return starts.front();
-  }
-  throw std::runtime_error(starts.empty() ? "There is no start file in " + directory.string() + "."
-                                          : "There are several start files in " + directory.string() + ": " +
-                                                starts[0] + ", " + starts[1] + ".");
-}
-
-std::string last_iteration_file(const fs::path& directory) {
-  const std::map<int, std::string> files = iteration_files_of(directory);
-  return files.empty() ? std::string() : files.rbegin()->second;
-}
-
-std::string ending_sentence(inversion::Ending ending, const InversionStep& last, double target_rms) {
-  const std::string rms = "RMS " + format_number(last.rms, "0.000");
-  const std::string after =
-      " after " + std::to_string(last.iteration) + (last.iteration == 1 ? " iteration" : " iterations");
-  switch (ending) {
-    case inversion::Ending::smooth_and_fitting:
-      return rms + after + "; the model is the smoothest one found that fits to the target.";
-    case inversion::Ending::perfectly_smooth:
-      return rms + after + "; a uniform ground fits to the target.";
-    case inversion::Ending::iterations_done:
-      return rms + after +
-             (last.rms <= 1.01 * target_rms
-                  ? "; the target is reached, and more iterations may smooth the model."
-                  : "; the target of " + plain_text(target_rms) + " is not reached yet.");
-    case inversion::Ending::no_better_fit:
-      return "Stopped improving at " + rms + after + "; the target of " + plain_text(target_rms) +
-             " asks for larger errors.";
-    case inversion::Ending::stopped:
-      break;
-  }
-  return "Stopped at " + rms + after + "; it can be continued.";
 }
 
 }  // namespace Module_occam

@@ -13,7 +13,10 @@
 #include <string>
 #include <vector>
 
+#include "core/trap_errors.h"
+#include "formats/occam/shift_file.h"
 #include "numerics/occam_inversion/inversion.h"
+#include "occam/inversion/start_files.h"
 
 namespace Module_occam {
 
@@ -26,8 +29,10 @@ struct InversionOptions {
   std::optional<int> roughness_type;
   numerics::occam_inversion::Search search = numerics::occam_inversion::Search::better;
   bool robust = false;
-  std::optional<double> static_shift;  // decades, the error with which each site's shift is drawn to 0
-  std::size_t threads = 0;             // 0: as many as the machine has cores
+  /// Decades, the error with which each site's shift is drawn to 0. Without it an iteration that was found
+  /// with shifts goes on with them as they were looked for.
+  std::optional<double> static_shift;
+  std::size_t threads = 0;  // 0: as many as the machine has cores
 };
 
 /// One line of the course of an inversion.
@@ -46,35 +51,35 @@ struct InversionReport {
   std::string reason;  // a sentence
   std::vector<InversionStep> steps;
   double target_rms = 1.0;
+  StaticsFile static_shifts;      // that were looked for, of the last model
+  std::string static_shift_file;  // that they stand in; empty if none were looked for
+  std::string earlier_folder;     // in the directory, where an earlier inversion has moved; empty if none has
+};
+
+/// How far the iteration under way is. An iteration takes the sensitivities of the last model, then trials,
+/// each with the response of a model.
+struct InversionProgress {
+  int iteration = 0;   // under way; that of the start while its response is computed
+  int trial = 0;       // under way, from 1; 0: the sensitivities
+  double share = 0.0;  // of that trial's response, or of the sensitivities, that is done: 0 to 1
 };
 
 /// What is told while the inversion works, from the calling thread; either may be empty.
 struct InversionListener {
-  std::function<void(const InversionStep&)> step;  // its files are in place
-  std::function<bool(double)> progress;  // share done of a response or of the sensitivities; false stops
+  std::function<void(const InversionStep&)> step;          // its files are in place
+  std::function<bool(const InversionProgress&)> progress;  // several times a second; false stops
 };
 
-/// Iterations of an earlier inversion are in the way.
-class EarlierIterations : public std::runtime_error {
+/// Iterations of an earlier inversion are in the way; the text is a sentence.
+class EarlierIterations : public std::runtime_error, public CompleteMessage {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Inverts a run directory. Throws std::exception with a sentence for what can't be inverted, and then
-/// nothing was written; EarlierIterations where these would have to move; std::runtime_error where a file
-/// can't be written, and then the directory holds the iterations that ended.
+/// Inverts a run directory, which is locked meanwhile. Throws std::exception with a sentence for what can't
+/// be inverted, and then nothing was written; EarlierIterations where these would have to move;
+/// std::runtime_error where a file can't be written, and then the directory holds the iterations that ended.
 InversionReport run_inversion(const std::filesystem::path& directory, const InversionOptions& options,
                               const InversionListener& listener);
-
-/// The start file of a directory: "startup" in any case of letters, else the only file with a start at
-/// iteration 0. Throws std::runtime_error if there is none, or are several.
-std::string find_start_file(const std::filesystem::path& directory);
-
-/// The iteration file with the highest number; empty if there is none.
-std::string last_iteration_file(const std::filesystem::path& directory);
-
-/// The sentence with which an inversion ended.
-std::string ending_sentence(numerics::occam_inversion::Ending ending, const InversionStep& last,
-                            double target_rms);
 
 }  // namespace Module_occam

@@ -12,6 +12,7 @@
 #include <tuple>
 
 #include "numerics/constants.h"
+#include "occam/inversion/data_checks.h"
 #include "occam/results/model_response.h"
 
 namespace Module_occam {
@@ -68,19 +69,6 @@ bool is_tipper(Quantity quantity) {
   return quantity == Quantity::real_tipper || quantity == Quantity::imaginary_tipper;
 }
 
-void refuse_other_types(const ObservedData& data) {
-  const auto first =
-      std::ranges::find_if_not(data.rows, [](const DataRow& row) { return can_be_inverted(type_of(row)); });
-  if (first == data.rows.end()) {
-    return;
-  }
-  const auto count =
-      std::ranges::count_if(data.rows, [&](const DataRow& row) { return row.type == first->type; });
-  throw std::runtime_error("row " + std::to_string(first - data.rows.begin() + 1) + " of the data has type " +
-                           std::to_string(type_of(*first)) + ", which can't be inverted here, as have " +
-                           std::to_string(count) + " rows in all");
-}
-
 /// A value and what turns the derivative of ln Z, or of the tipper, into that of the value.
 struct RowValue {
   double value = 0.0;
@@ -114,16 +102,21 @@ RowValue row_value(const TypeMeaning& meaning, const section::SiteResponse& resp
 
 }  // namespace
 
-bool can_be_inverted(int data_type) { return find_meaning(data_type) != nullptr; }
-
 RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, const RunRules& rules,
                        Progress progress)
     : model_(model),
       data_(data),
       rules_(rules),
       progress_(std::move(progress)),
-      block_parameters_(static_cast<std::size_t>(model.num_free_params)) {
-  refuse_other_types(data);
+      block_parameters_(static_cast<std::size_t>(model.num_free_params)),
+      shifts_(model, data, rules.static_shift) {
+  refuse_unusable_rows(model, data);
+  if (block_parameters_ == 0) {
+    throw std::runtime_error("the model has no free block");
+  }
+  // What has no response is told before any work; resistivities don't matter to that.
+  static_cast<void>(section::check_input(response_section(model, std::vector<double>(block_parameters_)),
+                                         data.site_offsets, data.frequencies));
   const std::int32_t first_free = model.param_table_index(1);
   for (const CellCode& cell : model.cell_code) {
     for (const std::int32_t code : cell) {
@@ -132,7 +125,6 @@ RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, const 
     }
   }
   make_requests();
-  take_shifts();
 }
 
 void RunProblem::make_requests() {
@@ -164,73 +156,33 @@ void RunProblem::make_requests() {
   }
 }
 
-void RunProblem::take_shifts() {
-  shift_of_row_.assign(data_.rows.size(), 0.0);
-  free_shift_of_row_.assign(data_.rows.size(), no_parameter);
-  for (const StaticShift& shift : model_.static_shifts) {
-    const auto is_of = [&](const DataRow& row) {
-      return row.site_number == shift.site_number && type_of(row) == shift.data_type;
-    };
-    for (std::size_t row = 0; row < data_.rows.size(); ++row) {
-      if (is_of(data_.rows[row])) {
-        shift_of_row_[row] = shift.is_free ? 0.0 : shift.shift;
-        free_shift_of_row_[row] = shift.is_free ? free_shifts_.size() : no_parameter;
-      }
-    }
-    if (shift.is_free) {
-      free_shifts_.push_back(shift);
-    }
-  }
-  shifts_of_model_ = free_shifts_.size();
-  if (rules_.static_shift) {
-    add_shifts();
-  }
-}
-
-// One for the resistivities of each site and type that the model gives no shift.
-void RunProblem::add_shifts() {
-  if (!(*rules_.static_shift > 0.0)) {
-    throw std::runtime_error("the error of the static shifts must be above 0");
-  }
-  std::map<std::pair<int, int>, std::size_t> place;  // by site and type
-  for (std::size_t row = 0; row < data_.rows.size(); ++row) {
-    const DataRow& entry = data_.rows[row];
-    const bool is_resistivity = meaning_of(entry).quantity == Quantity::log10_resistivity;
-    if (!is_resistivity || free_shift_of_row_[row] != no_parameter) {
-      continue;
-    }
-    const auto [known, is_new] =
-        place.emplace(std::pair(entry.site_number, type_of(entry)), free_shifts_.size());
-    if (is_new) {
-      free_shifts_.push_back({entry.site_number, type_of(entry), 0.0, true});
-    }
-    free_shift_of_row_[row] = known->second;
-  }
-}
-
-std::vector<double> RunProblem::model_of(std::span<const double> file_parameters) const {
-  const std::size_t listed = block_parameters_ + shifts_of_model_;
+std::vector<double> RunProblem::model_of(std::span<const double> file_parameters,
+                                         std::span<const StaticShift> found) const {
+  const std::size_t listed = block_parameters_ + shifts_.of_model();
   if (file_parameters.size() != listed) {
-    throw std::runtime_error("the start has " + std::to_string(file_parameters.size()) +
-                             " parameters, the model " + std::to_string(listed));
+    throw std::runtime_error(
+        "the start has " + std::to_string(file_parameters.size()) + " parameters, the model has " +
+        std::to_string(block_parameters_) + " free blocks" +
+        (shifts_.of_model() > 0 ? " and " + std::to_string(shifts_.of_model()) + " free static shifts" : ""));
   }
   std::vector<double> model(file_parameters.begin(), file_parameters.end());
-  model.resize(parameters(), 0.0);
+  for (std::size_t place = shifts_.of_model(); place < shifts_.free().size(); ++place) {
+    const StaticShift& unknown = shifts_.free()[place];
+    const auto earlier = std::ranges::find_if(found, [&](const StaticShift& shift) {
+      return shift.site_number == unknown.site_number && shift.data_type == unknown.data_type;
+    });
+    model.push_back(earlier == found.end() ? 0.0 : earlier->shift);
+  }
   return model;
 }
 
 std::vector<double> RunProblem::file_parameters(std::span<const double> model) const {
-  const std::span<const double> listed = model.first(block_parameters_ + shifts_of_model_);
+  const std::span<const double> listed = model.first(block_parameters_ + shifts_.of_model());
   return {listed.begin(), listed.end()};
 }
 
-std::string RunProblem::shift_file_text(std::span<const double> model) const {
-  std::vector<StaticShift> shifts = free_shifts_;
-  for (std::size_t shift = 0; shift < shifts.size(); ++shift) {
-    shifts[shift].shift = model[block_parameters_ + shift];
-    shifts[shift].is_free = false;
-  }
-  return Module_occam::shift_file_text(shifts);
+StaticsFile RunProblem::found_shifts(std::span<const double> model) const {
+  return shifts_.found(model.subspan(block_parameters_));
 }
 
 std::vector<inversion::Block> RunProblem::blocks() const {
@@ -261,8 +213,10 @@ inversion::Problem RunProblem::problem() const {
     problem.data.push_back(row.datum);
     problem.errors.push_back(row.error);
   }
-  problem.data.resize(data_.rows.size() + added_shifts(), 0.0);
-  problem.errors.resize(problem.data.size(), rules_.static_shift.value_or(1.0));
+  for (const ShiftDatum& sum : shifts_.data()) {
+    problem.data.push_back(sum.datum);
+    problem.errors.push_back(sum.error);
+  }
   problem.respond = [this](std::span<const double> model, inversion::Derivatives derivatives) {
     return modelled(model, derivatives);
   };
@@ -271,20 +225,21 @@ inversion::Problem RunProblem::problem() const {
 
 inversion::Modelled RunProblem::modelled(std::span<const double> model,
                                          inversion::Derivatives derivatives) const {
-  const section::Section ground = response_section(model_, model.first(block_parameters_));
+  const section::Section ground = response_section(model_, model.first(block_parameters_), rules_.limits);
   const section::CheckedInput input = section::check_input(ground, data_.site_offsets, data_.frequencies);
   inversion::Modelled result;
-  const std::size_t rows = data_.rows.size() + added_shifts();
+  const std::size_t rows = data_.rows.size() + shifts_.data().size();
   const std::size_t n = parameters();
   const bool linearise = derivatives == inversion::Derivatives::yes;
   result.values.resize(rows);
   result.sensitivities.assign(linearise ? rows * n : 0, 0.0);
-  for (std::size_t shift = 0; shift < added_shifts(); ++shift) {
-    const std::size_t row = data_.rows.size() + shift;
-    const std::size_t parameter = block_parameters_ + shifts_of_model_ + shift;
-    result.values[row] = model[parameter];
-    if (linearise) {
-      result.sensitivities[row * n + parameter] = 1.0;
+  for (std::size_t sum = 0; sum < shifts_.data().size(); ++sum) {
+    const std::size_t row = data_.rows.size() + sum;
+    for (const std::size_t shift : shifts_.data()[sum].shifts) {
+      result.values[row] += model[block_parameters_ + shift];
+      if (linearise) {
+        result.sensitivities[row * n + block_parameters_ + shift] = 1.0;
+      }
     }
   }
   const auto take = [&](const section::ModeRequest& request, std::size_t site,
@@ -294,9 +249,9 @@ inversion::Modelled RunProblem::modelled(std::span<const double> model,
     for (const std::size_t row : rows_[request_index][site]) {
       const TypeMeaning& meaning = meaning_of(data_.rows[row]);
       const RowValue entry = row_value(meaning, response, omega_mu, data_.rows[row].datum);
-      const std::size_t shift = free_shift_of_row_[row];
+      const std::optional<std::size_t> shift = shifts_.free_of(row);
       result.values[row] =
-          entry.value + shift_of_row_[row] + (shift == no_parameter ? 0.0 : model[block_parameters_ + shift]);
+          entry.value + shifts_.fixed_of(row) + (shift ? model[block_parameters_ + *shift] : 0.0);
       if (!linearise) {
         continue;
       }
@@ -305,8 +260,8 @@ inversion::Modelled RunProblem::modelled(std::span<const double> model,
       for (std::size_t p = 0; p < change.size(); ++p) {
         derivative[p] = entry.factor.real() * change[p].real() - entry.factor.imag() * change[p].imag();
       }
-      if (shift != no_parameter) {
-        derivative[block_parameters_ + shift] = 1.0;
+      if (shift) {
+        derivative[block_parameters_ + *shift] = 1.0;
       }
     }
   };

@@ -13,17 +13,16 @@
 #include "numerics/occam_inversion/inversion.h"
 #include "numerics/occam_inversion/roughness.h"
 #include "numerics/section/linear_response.h"
+#include "occam/inversion/site_shifts.h"
 
 namespace Module_occam {
-
-/// Whether rows of a data type, by its number in the file, can be inverted: 1 to 6, 9, 10 and 13 to 16.
-bool can_be_inverted(int data_type);
 
 struct RunRules {
   std::size_t threads = 0;  // 0: as many as the machine has cores
   /// Decades: each site's resistivities of each mode get a static shift as an unknown, drawn to 0 by a datum
   /// with this error.
   std::optional<double> static_shift;
+  numerics::section::ResistivityLimits limits = numerics::section::ResistivityLimits::cut;
 };
 
 /// A run that is inverted. Parameters are the free blocks in their order and behind them the free static
@@ -34,19 +33,25 @@ class RunProblem {
   using Progress = std::function<bool(double)>;
 
   /// @param model, data  must outlive the problem
-  /// Throws std::runtime_error, with type, count and first row, for rows that can't be inverted, and for
-  /// sites off the mesh; std::invalid_argument for a section without a response.
+  /// Throws std::exception for rows that can't be inverted (data_checks.h), static shifts that can't be found
+  /// (site_shifts.h), and a section without a response.
   RunProblem(const OccamModel& model, const ObservedData& data, const RunRules& rules, Progress progress);
 
-  [[nodiscard]] std::size_t parameters() const { return block_parameters_ + free_shifts_.size(); }
+  [[nodiscard]] std::size_t parameters() const { return block_parameters_ + shifts_.free().size(); }
+  [[nodiscard]] std::size_t block_parameters() const { return block_parameters_; }
+  [[nodiscard]] const SiteShifts& shifts() const { return shifts_; }
+  /// Whether shifts are looked for that iteration files don't list.
+  [[nodiscard]] bool looks_for_shifts() const { return shifts_.free().size() > shifts_.of_model(); }
 
-  /// The model of what an iteration file lists; shifts that the rules ask for begin at 0. Throws
-  /// std::runtime_error if it lists another number of parameters.
-  [[nodiscard]] std::vector<double> model_of(std::span<const double> file_parameters) const;
+  /// The model of what an iteration file lists. Throws std::runtime_error if it lists another number of
+  /// parameters.
+  /// @param found  earlier values of the shifts that the rules ask for; without one a shift begins at 0
+  [[nodiscard]] std::vector<double> model_of(std::span<const double> file_parameters,
+                                             std::span<const StaticShift> found = {}) const;
   /// What an iteration file lists of a model: without the shifts that the rules ask for.
   [[nodiscard]] std::vector<double> file_parameters(std::span<const double> model) const;
-  /// The shifts of a model as a statics file.
-  [[nodiscard]] std::string shift_file_text(std::span<const double> model) const;
+  /// The shifts that the rules ask for, of a model, with the fixed ones of the run.
+  [[nodiscard]] StaticsFile found_shifts(std::span<const double> model) const;
 
   /// Blocks with their neighbours as the roughness takes them.
   [[nodiscard]] std::vector<numerics::occam_inversion::Block> blocks() const;
@@ -61,23 +66,17 @@ class RunProblem {
 
  private:
   void make_requests();
-  void take_shifts();
-  void add_shifts();
-  [[nodiscard]] std::size_t added_shifts() const { return free_shifts_.size() - shifts_of_model_; }
 
   const OccamModel& model_;
   const ObservedData& data_;
   RunRules rules_;
   Progress progress_;
   std::size_t block_parameters_;
+  SiteShifts shifts_;
   std::vector<std::size_t> parameter_of_triangle_;
   std::vector<numerics::section::ModeRequest> requests_;
   // Rows by request and site of the request: what its response is needed for.
   std::vector<std::vector<std::vector<std::size_t>>> rows_;
-  std::vector<double> shift_of_row_;            // decades, fixed shifts
-  std::vector<std::size_t> free_shift_of_row_;  // place among the free shifts; no_parameter without one
-  std::vector<StaticShift> free_shifts_;        // those of the model, then those of the rules
-  std::size_t shifts_of_model_ = 0;
 };
 
 }  // namespace Module_occam

@@ -75,7 +75,7 @@ int refuse(const std::string& message) {
   return -1;
 }
 
-int read_run_files(const fs::path& control_file, RunResults& results) {
+int read_run_files(const fs::path& control_file, RunResults& results, Iterations iterations) {
   if (read_occam_control_file(control_file.string(), results.names, EmptyLines::reported) != 0) {
     return -1;
   }
@@ -89,8 +89,8 @@ int read_run_files(const fs::path& control_file, RunResults& results) {
     return -1;
   }
   results.seen = iteration_stamps(results.folder);
-  if (results.seen.empty()) {
-    return refuse("No iteration files were found at the specified location");
+  if (results.seen.empty() && iterations == Iterations::needed) {
+    return refuse(no_iterations_message);
   }
   read_iterations(results);
   std::error_code shown_when_a_file_is_written;
@@ -115,13 +115,14 @@ FileStamp file_stamp(const fs::path& file) {
   return missing ? FileStamp{} : stamp;
 }
 
-int open_results(const fs::path& control_file, RunResults& results) {
+int open_results(const fs::path& control_file, RunResults& results, Iterations iterations) {
   return trap_errors("An error occurred while reading the iteration files: ", [&] {
     const BusyPointer busy;
     results = RunResults();
     results.folder = fs::absolute(control_file).parent_path();
     results.output_folder = results.folder / derived_folder;
-    return read_run_files(fs::absolute(control_file), results);
+    results.control_file = control_file.filename().string();
+    return read_run_files(fs::absolute(control_file), results, iterations);
   });
 }
 

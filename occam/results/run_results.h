@@ -35,7 +35,8 @@ struct RunResults {
   std::filesystem::path folder;  // absolute
   std::filesystem::path
       output_folder;  // of derived files: derived_folder in its own, or another that the user has chosen
-  ControlFile names;  // of model and data file
+  std::string control_file;  // that it was read from, without folder
+  ControlFile names;         // of model and data file
   OccamData data;
   OccamModel model;
   ByIteration<std::string> iteration_file;  // without folder
@@ -60,11 +61,18 @@ struct RunResults {
   [[nodiscard]] std::filesystem::path derived_file(int iteration, const std::string& ending) const;
 };
 
+/// Whether a run must have iterations to be opened.
+enum class Iterations { needed, may_come };
+
 /// Reads a run from its control file: sites, model, the heads of all iterations. File names in it are meant
 /// from its folder. An iteration file that can't be read is reported and left out. A folder for derived files
 /// is created beside the control file, if that may be written.
 /// @return 0, or -1 after a message; `results` is then not to be used
-[[nodiscard]] int open_results(const std::filesystem::path& control_file, RunResults& results);
+[[nodiscard]] int open_results(const std::filesystem::path& control_file, RunResults& results,
+                               Iterations iterations = Iterations::needed);
+
+inline constexpr const char* no_iterations_message =
+    "No iteration files were found at the specified location";
 
 /// Looks at the directory again, for an inversion that is still running. A new or changed iteration file is
 /// read once a second look finds it unchanged, so that none is read while it is being written; files that no

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QLineEdit>
+#include <QPushButton>
 #include <utility>
 
 #include "core/file_names.h"
@@ -62,8 +63,10 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
       ui_(std::make_unique<Ui::Form_occam>()),
       rhoplus_(rhoplus),
       steps_(std::move(steps)),
-      line_(Module_occam::selected_line()) {
+      line_(Module_occam::selected_line()),
+      Command_run_inversion_(new QPushButton("Run In&version")) {
   ui_->setupUi(this);
+  add_run_button();
   for (QWidget* const part :
        {static_cast<QWidget*>(ui_->ProgressBar_occam), static_cast<QWidget*>(ui_->Command_stop)}) {
     QSizePolicy policy = part->sizePolicy();
@@ -83,6 +86,19 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
 }
 
 Form_occam::~Form_occam() = default;
+
+void Form_occam::add_run_button() {
+  Command_run_inversion_->setObjectName("Command_run_inversion");
+  Command_run_inversion_->setToolTip("Opens the run that was created, to invert it here");
+  Command_run_inversion_->setAutoDefault(false);
+  Command_run_inversion_->setEnabled(false);
+  ui_->buttons->insertWidget(ui_->buttons->indexOf(ui_->Command_done), Command_run_inversion_);
+  setTabOrder(ui_->Command_create_inversion, Command_run_inversion_);
+  connect(Command_run_inversion_, &QPushButton::clicked, this, [this] {
+    directory_to_run_ = created_directory_;
+    accept();
+  });
+}
 
 void Form_occam::fill_drives() {
   ui_->DriveList->addItem("Home (" + QDir::toNativeSeparators(QDir::homePath()) + ")", QDir::homePath());
@@ -196,6 +212,9 @@ void Form_occam::create_inversion() {
     const ProgressInWindow progress(*ui_->ProgressBar_occam, *ui_->Label_progress, *ui_->Command_stop);
     status = Module_occam::create_inversion(line_, inputs(), rhoplus_, steps_, created);
   }
+  if (status == 0 && !created.stopped) {
+    created_directory_ = created.directory;
+  }
   set_running(false);
   ui_->Label_progress->setText(status == 0 && created.stopped ? "Stopped; nothing was written" : "");
 }
@@ -209,6 +228,7 @@ void Form_occam::set_running(bool running) {
            ui_->Frame_folder, ui_->Command_create_inversion, ui_->Command_done}) {
     part->setEnabled(!running);
   }
+  Command_run_inversion_->setEnabled(!running && !created_directory_.empty());
 }
 
 void Form_occam::reject() {

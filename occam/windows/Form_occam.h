@@ -9,6 +9,7 @@
 namespace Ui {
 class Form_occam;
 }
+class QPushButton;
 
 class Form_occam : public QDialog {
   Q_OBJECT
@@ -25,11 +26,15 @@ class Form_occam : public QDialog {
                       Module_occam::PositionSource positions = Module_occam::PositionSource::station_numbers);
   ~Form_occam() override;
 
+  /// The run that was created last, if the user asked for its inversion; else empty.
+  [[nodiscard]] const std::string& directory_to_run() const { return directory_to_run_; }
+
   /// Esc and the window's close button ask a run to stop, and close the window otherwise.
   void reject() override;
 
  private:
   void fill_controls();
+  void add_run_button();
   void fill_drives();
   void connect_controls();
   void offer_positions(Module_occam::PositionSource proposed);
@@ -48,5 +53,8 @@ class Form_occam : public QDialog {
   Module_occam::StationSteps steps_;
   Module_database::LineSelection line_;
   Module_projections::LineDistances distances_;
+  QPushButton* Command_run_inversion_;
+  std::string created_directory_;
+  std::string directory_to_run_;
   bool running_ = false;
 };

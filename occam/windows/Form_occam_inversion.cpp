@@ -1,6 +1,8 @@
 #include "occam/windows/Form_occam_inversion.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
@@ -13,13 +15,17 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "occam/results/grid_export.h"
+#include "occam/results/iteration_response.h"
 #include "occam/results/response_plots.h"
+#include "occam/windows/inversion_panel.h"
 #include "occam/windows/model_controls.h"
 #include "occam/windows/picture_model.h"
 #include "occam/windows/response_frame.h"
 #include "occam/windows/response_graph.h"
+#include "occam/windows/site_misfit_picture.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/vex_splitter.h"
 
@@ -32,6 +38,18 @@ constexpr QSize design_size(1240, 760);
 constexpr int split_settles_milliseconds = 100;
 constexpr int look_again_milliseconds = 2000;
 
+/// The start file to invert from; empty where an iteration file was chosen.
+std::string start_file_of(const RunResults& results) {
+  const std::string& name = results.control_file;
+  return equal_ignoring_case(std::string_view(name).substr(0, 4), "ITER") ? std::string() : name;
+}
+
+/// Another window wants an answer, or work that lets events in is under way.
+bool is_busy_elsewhere(const QWidget* window) {
+  const QWidget* const modal = QApplication::activeModalWidget();
+  return (modal != nullptr && modal != window) || QApplication::overrideCursor() != nullptr;
+}
+
 }  // namespace
 
 Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
@@ -39,11 +57,15 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
       view_(std::move(results)),
       controls_(new ModelControls),
       Picture_model_(new PictureModel(view_.results().data)),
+      course_(new QWidget),
       convergence_(new ResponseGraph("vxGraph_occam", "Iteration", "Value")),
+      site_misfits_(new SiteMisfitPicture),
       response_(new ResponseFrame(view_.response())),
+      panel_(new InversionPanel(view_.results().folder, start_file_of(view_.results()))),
       frames_(named(new QStackedWidget, "Frame_occam")),
       Label_title_(make_heading("Label_title")),
       Status_occam_(named(new QStatusBar, "Status_occam")),
+      Label_inversion_(named(new QLabel, "Label_inversion")),
       Splitter_iterate_(named(new VexSplitter, "Splitter_iterate")),
       Splitter_model_(named(new VexSplitter, "Splitter_model")),
       resizer_(new VexControlResizer(this)),
@@ -51,14 +73,15 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
       Timer_reset_resizer_(named(new QTimer(this), "Timer_reset_resizer")),
       Timer_refresh_(named(new QTimer(this), "Timer_refresh")) {
   setObjectName("Form_occam_inversion");
-  setWindowTitle("Occam2D Results");
+  setWindowTitle("Occam2D Results: " + qt_text(view_.results().folder.filename().string()));
   lay_out();
   connect_controls();
   connect_timers();
   Label_title_->setText(qt_text(view_.results().data.title + "   " + view_.results().folder.string()));
   controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  panel_->offer_continue(!view_.results().seen.empty());
   if (view_.load_iteration() == 0) {
-    controls_->set_range(suggested_range(view_.parameters()));
+    controls_->propose_range(suggested_range(view_.parameters()));
   }
   response_->clear();
   show_convergence();
@@ -66,8 +89,13 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
 }
 
 void Form_occam_inversion::lay_out() {
-  frames_->addWidget(convergence_);
+  auto* const course_parts = new QHBoxLayout(course_);
+  course_parts->setContentsMargins(0, 0, 0, 0);
+  course_parts->addWidget(convergence_, 3);
+  course_parts->addWidget(site_misfits_, 2);
+  frames_->addWidget(course_);
   frames_->addWidget(response_);
+  controls_->add_page(panel_, "In&version");
   Splitter_model_->setOrientation(Qt::Vertical);
   Splitter_model_->addWidget(Picture_model_);
   Splitter_model_->addWidget(frames_);
@@ -92,6 +120,7 @@ void Form_occam_inversion::lay_out() {
   rows->addWidget(Splitter_iterate_, 1);
   rows->addWidget(Status_occam_);
   Status_occam_->setSizeGripEnabled(false);
+  Status_occam_->addPermanentWidget(Label_inversion_);
   resizer_->manage(Splitter_model_, {1.0, 1.0});
   resizer_->manage(response_->splitter(), {1.0, 1.0, 1.0});
   resize(design_size.boundedTo(screen()->availableGeometry().size()));
@@ -106,6 +135,12 @@ void Form_occam_inversion::connect_controls() {
   connect(controls_, &ModelControls::save_section_pdf, this, [this] { save_section("pdf"); });
   connect(controls_, &ModelControls::save_fits, this, &Form_occam_inversion::save_fits);
   connect(controls_, &ModelControls::done, this, &QDialog::accept);
+  connect(controls_, &ModelControls::page_changed, this, &Form_occam_inversion::show_inversion_state);
+  connect(panel_, &InversionPanel::state_changed, this, &Form_occam_inversion::show_inversion_state);
+  connect(panel_, &InversionPanel::iteration_ended, this, &Form_occam_inversion::follow_inversion);
+  connect(panel_, &InversionPanel::ended, this, &Form_occam_inversion::end_inversion);
+  connect(site_misfits_, &SiteMisfitPicture::hovered, this, &Form_occam_inversion::show_status);
+  connect(site_misfits_, &SiteMisfitPicture::site_chosen, this, &Form_occam_inversion::show_station_of);
   connect(Picture_model_, &PictureModel::resized, this, &Form_occam_inversion::redraw_section);
   connect(Picture_model_, &PictureModel::hovered, this, &Form_occam_inversion::show_status);
   connect(Picture_model_, &PictureModel::menu_asked_for, this, &Form_occam_inversion::show_section_menu);
@@ -180,7 +215,24 @@ void Form_occam_inversion::display_current_iterate() {
   redraw_section();
   if (response_on_show()) {
     display_current_response();
+  } else {
+    show_site_misfits();
   }
+}
+
+void Form_occam_inversion::show_site_misfits() {
+  const bool has_response = view_.results().has(view_.current_iteration()) &&
+                            !find_response(view_.results(), view_.current_iteration()).empty();
+  if (has_response && (view_.response_ready() || view_.load_response() == 0)) {
+    site_misfits_->show_misfits(misfit_table(view_.response()), view_.response().resp_site_names);
+  } else {
+    site_misfits_->show_note("No response of this iteration yet");
+  }
+}
+
+void Form_occam_inversion::show_station_of(int site_number) {
+  view_.choose_site(site_number);
+  swap_frames();
 }
 
 void Form_occam_inversion::display_current_response() {
@@ -215,26 +267,87 @@ void Form_occam_inversion::choose_iteration(int iteration) {
 
 void Form_occam_inversion::swap_frames() {
   const bool response = !response_on_show();
-  frames_->setCurrentWidget(response ? static_cast<QWidget*>(response_) : convergence_);
+  frames_->setCurrentWidget(response ? static_cast<QWidget*>(response_) : course_);
   controls_->offer_response(!response);
   if (response) {
     resizer_->apply_resize();
     display_current_response();
+  } else {
+    show_site_misfits();
   }
 }
 
 void Form_occam_inversion::look_for_iterations() {
-  const int last = view_.results().last_iteration;
-  const bool followed = view_.current_iteration() == last;
-  if (view_.refresh()) {
-    if (followed) {
-      view_.choose_iteration(view_.results().last_iteration);
-    }
-    controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
-    show_convergence();
-    display_current_iterate();
+  const bool followed = view_.current_iteration() == view_.results().last_iteration;
+  if (!is_busy_elsewhere(this) && view_.refresh()) {
+    take_changes(followed);
   }
   Timer_refresh_->start();
+}
+
+/// @param followed  whether the last iteration was on show: then the newest one comes
+void Form_occam_inversion::take_changes(bool followed) {
+  panel_->offer_continue(!view_.results().seen.empty());
+  if (followed) {
+    view_.choose_iteration(view_.results().last_iteration);
+    if (view_.load_iteration() == 0) {
+      controls_->propose_range(suggested_range(view_.parameters()));
+    }
+  }
+  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  show_convergence();
+  display_current_iterate();
+}
+
+/// What the inversion of this window has written is whole: no second look is needed to see that.
+void Form_occam_inversion::follow_inversion() {
+  if (is_busy_elsewhere(this)) {
+    return;  // the timer looks later
+  }
+  const bool followed = view_.current_iteration() == view_.results().last_iteration;
+  const bool changed = view_.refresh();
+  if (view_.refresh() || changed) {
+    take_changes(followed);
+  }
+}
+
+void Form_occam_inversion::end_inversion() {
+  follow_inversion();
+  if (closing_) {
+    closing_ = false;
+    QDialog::done(QDialog::Rejected);
+  }
+}
+
+void Form_occam_inversion::show_inversion_state() {
+  Label_inversion_->setText(panel_->isVisible() ? QString() : panel_->state_text());
+}
+
+void Form_occam_inversion::show_inversion() { controls_->show_page(panel_); }
+
+bool Form_occam_inversion::running() const { return panel_->running(); }
+
+void Form_occam_inversion::stop_and_close() {
+  if (running()) {
+    closing_ = true;
+    panel_->stop();
+  } else {
+    QDialog::done(QDialog::Rejected);
+  }
+}
+
+void Form_occam_inversion::done(int result) {
+  if (running() && !closing_ &&
+      !user_interface().ask_yes_no("An inversion is running in " + folder().string() +
+                                   ". Stop it and close the window? Iterations that are finished stay, and "
+                                   "it can be continued.")) {
+    return;
+  }
+  if (running()) {
+    stop_and_close();
+  } else {
+    QDialog::done(result);
+  }
 }
 
 void Form_occam_inversion::write_grid() {
@@ -293,15 +406,4 @@ void Form_occam_inversion::show_section_menu(QPoint global) {
   menu.addAction("Save as P&NG...", this, [this] { save_section("png"); });
   menu.addAction("Save as P&DF...", this, [this] { save_section("pdf"); });
   menu.exec(global);
-}
-
-void menu_occam2d(QWidget* parent) {
-  const std::string control_file = ask_for_control_file();
-  if (control_file.empty()) {
-    return;
-  }
-  RunResults results;
-  if (open_results(control_file, results) == 0) {
-    Form_occam_inversion(std::move(results), parent).exec();
-  }
 }

@@ -1,5 +1,5 @@
-// Form_occam_inversion.h: the results of an inversion, finished or still running: section, convergence and
-// responses of its iterations.
+// Form_occam_inversion.h: a run directory: its inversion, and of each of its iterations section, convergence
+// and responses. It holds no reference to the survey.
 #pragma once
 #include <QDialog>
 
@@ -8,6 +8,7 @@
 #include "occam/windows/section_picture.h"
 #include "platform/widgets/vex_control_resizer.h"
 
+class InversionPanel;
 class ModelControls;
 class PictureModel;
 class QLabel;
@@ -16,6 +17,7 @@ class QStatusBar;
 class QTimer;
 class ResponseFrame;
 class ResponseGraph;
+class SiteMisfitPicture;
 class VexSplitter;
 
 class Form_occam_inversion : public QDialog {
@@ -23,6 +25,16 @@ class Form_occam_inversion : public QDialog {
 
  public:
   explicit Form_occam_inversion(Module_occam::RunResults results, QWidget* parent = nullptr);
+
+  /// Folder of the run, absolute.
+  [[nodiscard]] const std::filesystem::path& folder() const { return view_.results().folder; }
+  /// Brings the page of the inversion up.
+  void show_inversion();
+  [[nodiscard]] bool running() const;
+  /// Closes the window; where an inversion is running, once it has been stopped.
+  void stop_and_close();
+  /// Whatever closes the window: a running inversion is stopped first if the user agrees.
+  void done(int result) override;
 
   /// Draws the section of the current iteration and shows its numbers; the response on show follows.
   void display_current_iterate();
@@ -49,6 +61,12 @@ class Form_occam_inversion : public QDialog {
   void choose_iteration(int iteration);
   void swap_frames();
   void look_for_iterations();
+  void take_changes(bool followed);
+  void follow_inversion();
+  void end_inversion();
+  void show_inversion_state();
+  void show_site_misfits();
+  void show_station_of(int site_number);
   void write_grid();
   bool ask_for_output_folder();
   void save_section(const char* ending);
@@ -61,18 +79,20 @@ class Form_occam_inversion : public QDialog {
   Module_occam::RunView view_;
   ModelControls* controls_;
   PictureModel* Picture_model_;
+  QWidget* course_;  // of the inversion: convergence and misfits of the sites
   ResponseGraph* convergence_;
+  SiteMisfitPicture* site_misfits_;
   ResponseFrame* response_;
+  InversionPanel* panel_;
   QStackedWidget* frames_;
   QLabel* Label_title_;
   QStatusBar* Status_occam_;
+  QLabel* Label_inversion_;  // while the panel is out of sight
   VexSplitter* Splitter_iterate_;
   VexSplitter* Splitter_model_;
   VexControlResizer* resizer_;
   QTimer* Timer_resizer_;
   QTimer* Timer_reset_resizer_;
   QTimer* Timer_refresh_;
+  bool closing_ = false;  // once the inversion has ended
 };
-
-/// Asks for the control file of a run, reads the run and shows it until the user closes the window.
-void menu_occam2d(QWidget* parent);

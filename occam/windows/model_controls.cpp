@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QTabWidget>
 #include <QVBoxLayout>
 
 #include "core/absent_value.h"
@@ -49,12 +50,13 @@ ModelControls::ModelControls(QWidget* parent)
       Check_log_vertical_(named(new QCheckBox("&Log depth scale"), "Check_log_vertical")),
       Text_min_res_model_(make_text("Text_min_res_model", number_width + range_width, true)),
       Text_max_res_model_(make_text("Text_max_res_model", number_width + range_width, true)),
-      Command_display_response_(named(new QPushButton("&Response"), "Command_display_response")) {
+      Command_display_response_(named(new QPushButton("&Response"), "Command_display_response")),
+      Tab_controls_(named(new QTabWidget, "Tab_controls")) {
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(make_iteration_group());
-  rows->addWidget(make_look_group());
-  rows->addWidget(make_model_group());
+  Tab_controls_->addTab(make_section_page(), "S&ection");
+  rows->addWidget(Tab_controls_);
   rows->addStretch();
   add_buttons(*rows);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
@@ -86,9 +88,21 @@ QWidget* ModelControls::make_iteration_group() {
   return group;
 }
 
+QWidget* ModelControls::make_section_page() {
+  auto* const page = new QWidget;
+  auto* const rows = new QVBoxLayout(page);
+  rows->setContentsMargins(6, 6, 6, 6);
+  rows->addWidget(make_look_group());
+  rows->addWidget(make_model_group());
+  rows->addStretch();
+  connect(Tab_controls_, &QTabWidget::currentChanged, this, &ModelControls::page_changed);
+  return page;
+}
+
 QWidget* ModelControls::make_look_group() {
-  auto* const group = new QGroupBox("Section");
+  auto* const group = new QWidget;
   auto* const rows = new QFormLayout(group);
+  rows->setContentsMargins(0, 0, 0, 0);
   for (const std::string_view name : colour_table_names) {
     Combo_colour_table_->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
   }
@@ -113,6 +127,9 @@ QWidget* ModelControls::make_look_group() {
   rows->addRow(Check_draw_mesh_);
   for (QLineEdit* const text : {Text_min_res_, Text_max_res_, Text_max_depth_}) {
     connect(text, &QLineEdit::textChanged, this, &ModelControls::look_changed);
+  }
+  for (QLineEdit* const text : {Text_min_res_, Text_max_res_}) {
+    connect(text, &QLineEdit::textEdited, this, [this] { range_chosen_ = true; });
   }
   for (QCheckBox* const check : {Check_invert_colour_, Check_log_vertical_, Check_draw_mesh_}) {
     connect(check, &QCheckBox::toggled, this, &ModelControls::look_changed);
@@ -176,7 +193,10 @@ void ModelControls::show_numbers(const RunView& view) {
   Text_RMS_->setText(shown_number(view.results().iteration_misfit[iteration]));
 }
 
-void ModelControls::set_range(const ResistivityRange& range) {
+void ModelControls::propose_range(const ResistivityRange& range) {
+  if (range_chosen_) {
+    return;
+  }
   const QSignalBlocker lower(Text_min_res_);
   const QSignalBlocker upper(Text_max_res_);
   Text_min_res_->setText(qt_text(plain_text(range.lower)));
@@ -196,6 +216,10 @@ SectionLook ModelControls::look() const {
           .invert = Check_invert_colour_->isChecked(),
           .draw_mesh = Check_draw_mesh_->isChecked()};
 }
+
+void ModelControls::add_page(QWidget* page, const QString& title) { Tab_controls_->addTab(page, title); }
+
+void ModelControls::show_page(QWidget* page) { Tab_controls_->setCurrentWidget(page); }
 
 void ModelControls::offer_response(bool response) {
   Command_display_response_->setText(response ? "&Response" : "&Iterations");

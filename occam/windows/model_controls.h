@@ -11,6 +11,7 @@ class QComboBox;
 class QLineEdit;
 class QPushButton;
 class QScrollBar;
+class QTabWidget;
 
 class ModelControls : public QWidget {
   Q_OBJECT
@@ -21,16 +22,21 @@ class ModelControls : public QWidget {
   /// Offers the iterations 0 to `last`, without a signal.
   void list_iterations(int last, int current);
   void show_numbers(const Module_occam::RunView& view);
-  void set_range(const Module_occam::ResistivityRange& range);
+  /// Shows a range, unless the user has chosen one.
+  void propose_range(const Module_occam::ResistivityRange& range);
   /// "NA" in both boxes if the section is empty.
   void show_model_range(const Module_occam::SectionGeometry& section);
   [[nodiscard]] Module_occam::SectionLook look() const;
+  /// Adds a page beside that of the section.
+  void add_page(QWidget* page, const QString& title);
+  void show_page(QWidget* page);
   /// The button offers what is not on show.
   void offer_response(bool response);
 
  Q_SIGNALS:
   void iteration_chosen(int iteration);
   void look_changed();
+  void page_changed();
   void display_response();
   void write_grid();
   void save_section_png();
@@ -40,6 +46,7 @@ class ModelControls : public QWidget {
 
  private:
   QWidget* make_iteration_group();
+  QWidget* make_section_page();
   QWidget* make_look_group();
   QWidget* make_model_group();
   void add_buttons(QBoxLayout& rows);
@@ -60,4 +67,6 @@ class ModelControls : public QWidget {
   QLineEdit* Text_min_res_model_;
   QLineEdit* Text_max_res_model_;
   QPushButton* Command_display_response_;
+  QTabWidget* Tab_controls_;
+  bool range_chosen_ = false;  // by the user
 };

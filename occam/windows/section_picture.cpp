@@ -108,6 +108,10 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
   picture.palette = image_palette(look.colour_table, look.invert);
   picture.draw_mesh = look.draw_mesh;
   const int iteration = view.current_iteration();
+  if (view.results().seen.empty()) {
+    picture.note = "No iteration yet: Run, on the page Inversion, begins";
+    return picture;
+  }
   if (!view.results().has(iteration)) {
     picture.note = QString("There is no file of iteration %1").arg(iteration);
     return picture;

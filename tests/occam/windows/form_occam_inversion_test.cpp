@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+#include "occam/windows/results_windows.h"
 #include "platform/graph/VexGraphControl.h"
 #include "tests/occam/results/made_results.h"
 #include "tests/support/read_only_folder.h"
@@ -259,19 +260,17 @@ class FormOccamInversionTest : public QObject {
   }
 
   void the_menu_asks_for_a_control_file() {
-    menu_occam2d(nullptr);  // cancelled
+    ResultsWindows windows;
+    windows.open_chosen();  // cancelled
     QCOMPARE((*interface_)->file_dialogs.at(0).title, "Select the Occam2d control file");
+    window_->hide();
     (*interface_)->path_answers.push_back(folder_->path("startup"));
-    bool seen = false;
-    QTimer::singleShot(0, [&seen] {
-      auto* const shown = qobject_cast<Form_occam_inversion*>(QApplication::activeModalWidget());
-      seen = shown != nullptr;
-      if (seen) {
-        shown->findChild<QPushButton*>("Command_done")->click();
-      }
-    });
-    menu_occam2d(nullptr);
-    QVERIFY(seen);
+    windows.open_chosen();
+    QTRY_VERIFY(QApplication::activeWindow() != nullptr);
+    auto* const shown = qobject_cast<Form_occam_inversion*>(QApplication::activeWindow());
+    QVERIFY(shown != nullptr && !shown->isModal());
+    shown->findChild<QPushButton*>("Command_done")->click();
+    QVERIFY(!shown->isVisible());
   }
 };
 

@@ -1,0 +1,27 @@
+// ending_sentence.h: how an inversion ended, in words for its user.
+#pragma once
+#include <span>
+#include <string>
+#include <vector>
+
+#include "formats/occam/data_file.h"
+#include "numerics/occam_inversion/inversion.h"
+
+namespace Module_occam {
+
+struct InversionEnd {
+  numerics::occam_inversion::Ending ending = numerics::occam_inversion::Ending::stopped;
+  int iteration = 0;  // of the last model
+  double rms = 0.0;
+  double target_rms = 1.0;
+  std::vector<std::string> poor_sites;  // that fit much worse than the others, by name
+};
+
+std::string ending_sentence(const InversionEnd& end);
+
+/// The sites that fit a model much worse than the others: "3 (pb27)", or "3" where the data file names it by
+/// its place on the line only.
+/// @param modelled  of each row
+std::vector<std::string> poor_sites(const ObservedData& data, std::span<const double> modelled);
+
+}  // namespace Module_occam

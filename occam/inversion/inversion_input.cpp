@@ -1,0 +1,119 @@
+#include "occam/inversion/inversion_input.h"
+
+#include <stdexcept>
+#include <utility>
+#include <variant>
+
+#include "formats/occam/model_file.h"
+#include "formats/occam/text_input.h"
+
+namespace fs = std::filesystem;
+
+namespace Module_occam {
+
+namespace inversion = numerics::occam_inversion;
+
+namespace {
+
+// Adds the file's name to what a reader says.
+template <class Read>
+auto read_file(const std::string& name, const Read& read) {
+  try {
+    return read();
+  } catch (const EmptyLine&) {
+    throw std::runtime_error(name + ": an empty line where text is expected");
+  } catch (const std::exception& failure) {
+    const std::string what = failure.what();
+    throw std::runtime_error(what.find(name) == std::string::npos ? name + ": " + what : what);
+  }
+}
+
+// A run is a folder that can be moved; what lies elsewhere would be read, and the run couldn't be repeated.
+void require_inside(const std::string& name, const std::string& named_in, const char* what) {
+  const fs::path path = fs::path(name).lexically_normal();
+  if (path.is_absolute() || (!path.empty() && *path.begin() == "..")) {
+    throw std::runtime_error(named_in + " names the " + what + " " + name +
+                             ", which lies outside the folder of the run");
+  }
+}
+
+// Without its statics the inversion would be another one.
+void require_extras(const fs::path& directory, const std::string& model_file) {
+  const ModelNames names = read_model_names((directory / model_file).string());
+  require_inside(names.prejudice_file, model_file, "prejudice file");
+  require_inside(names.statics_file, model_file, "statics file");
+  if (!names.statics_file.empty() && !fs::is_regular_file(directory / names.statics_file)) {
+    throw std::runtime_error("the statics file " + names.statics_file + " is not there");
+  }
+}
+
+std::size_t parameter_of(const std::variant<int, BlockPlace>& place, const OccamModel& model) {
+  if (const int* const number = std::get_if<int>(&place)) {
+    if (*number < 1 || *number > model.num_free_params) {
+      throw std::runtime_error("an exception of the roughness names parameter " + std::to_string(*number) +
+                               " of " + std::to_string(model.num_free_params));
+    }
+    return static_cast<std::size_t>(*number - 1);
+  }
+  const BlockPlace& block = std::get<BlockPlace>(place);
+  const std::string name =
+      "block " + std::to_string(block.block_number) + " of layer " + std::to_string(block.layer_number);
+  if (block.layer_number < 1 || block.layer_number > model.num_layers() || block.block_number < 1 ||
+      block.block_number > model.layers[static_cast<std::size_t>(block.layer_number - 1)].layer_blocks()) {
+    throw std::runtime_error("an exception of the roughness names " + name + ", which there is not");
+  }
+  const int number = model.layer_block(block.layer_number - 1, block.block_number - 1).parameter_number;
+  if (number < 1) {
+    throw std::runtime_error("an exception of the roughness names " + name + ", which is fixed");
+  }
+  return static_cast<std::size_t>(number - 1);
+}
+
+OccamData sites_of(const ObservedData& data) {
+  OccamData sites;
+  sites.site_names = data.site_names;
+  for (const double offset : data.site_offsets) {
+    sites.site_offsets.push_back(static_cast<float>(offset));
+  }
+  return sites;
+}
+
+}  // namespace
+
+InversionInput read_inversion_input(const fs::path& directory, const std::string& start_file) {
+  InversionInput input;
+  input.start = read_file(start_file, [&] { return read_start_file((directory / start_file).string()); });
+  const std::string& data_file = input.start.data_file;
+  const std::string& model_file = input.start.model_file;
+  require_inside(data_file, start_file, "data file");
+  require_inside(model_file, start_file, "model file");
+  input.data = read_file(data_file, [&] { return read_data_file((directory / data_file).string()); });
+  input.model =
+      read_file(model_file, [&] { return read_model_file(directory, model_file, sites_of(input.data)); });
+  read_file(model_file, [&] { require_extras(directory, model_file); });
+  input.extras = read_file(model_file, [&] { return read_model_extras(directory, model_file); });
+  return input;
+}
+
+inversion::Roughness roughness_of(const InversionInput& input, const RunProblem& run) {
+  const OccamModel& model = input.model;
+  inversion::RoughnessRules rules;
+  rules.type = input.start.roughness_type;
+  rules.diagonals = input.start.diagonal_penalties;
+  for (const LinkException& entry : input.extras.exceptions) {
+    rules.by_hand.push_back(
+        {parameter_of(entry.first, model), parameter_of(entry.second, model), entry.weight});
+  }
+  std::vector<inversion::Prejudice> prejudices;
+  for (const PrejudiceValue& entry : input.extras.prejudices) {
+    if (entry.parameter_number < 1 || entry.parameter_number > model.num_free_params) {
+      throw std::runtime_error("a prejudice names parameter " + std::to_string(entry.parameter_number) +
+                               " of " + std::to_string(model.num_free_params));
+    }
+    prejudices.push_back({static_cast<std::size_t>(entry.parameter_number - 1), entry.value, entry.weight});
+  }
+  const std::vector<inversion::Block> blocks = run.blocks();
+  return {blocks, run.parameters(), rules, std::move(prejudices)};
+}
+
+}  // namespace Module_occam
