@@ -13,8 +13,8 @@ if(BRENLOX_WINDOWS)
   install(FILES packaging/brenlox.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
   install(FILES packaging/man/brenlox.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
-install(TARGETS brenlox_batch brenlox_make_run brenlox_make_samples RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES packaging/man/brenlox_batch.1 packaging/man/brenlox_make_run.1 packaging/man/brenlox_make_samples.1
+install(TARGETS brenlox_batch brenlox_make_samples RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES packaging/man/brenlox_batch.1 packaging/man/brenlox_make_samples.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES CHANGELOG.md LICENSE DESTINATION ${documents})
 install(DIRECTORY docs/ DESTINATION ${documents}
@@ -27,8 +27,8 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "workstation for magnetotelluric field dat
 set(CPACK_PACKAGE_DESCRIPTION
     "Brenlox keeps the readings of one MT, AMT or CSAMT survey in one database file.
 It imports field files, shows and masks readings by station and line,
-averages repeats, merges scan rates, and inverts the reduced curves or hands
-them to other programs.")
+averages repeats, merges scan rates, and inverts the reduced curves in one and
+two dimensions or hands them to other programs.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian_documents.cmake)

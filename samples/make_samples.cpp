@@ -24,9 +24,13 @@ int run(int argument_count, char** arguments) {
       "Writes the EDI files of a synthetic survey: two lines of twelve stations over layered ground, two "
       "scan rates, three repeats. The same seed gives the same files.");
   std::string folder;
+  std::string elevations;
   std::uint64_t seed = Module_samples::default_seed;
   program.add_option("OUTPUT_FOLDER", folder, "folder for the files; created if it is missing")->required();
   program.add_option("--seed", seed, "seed of the random numbers")->capture_default_str();
+  program.add_option("--elevations", elevations,
+                     "also write the elevations of a line's stations to this file, for the mesh of a "
+                     "two-dimensional inversion");
   try {
     program.parse(argument_count, arguments);
   } catch (const CLI::ParseError& fault) {
@@ -36,6 +40,9 @@ int run(int argument_count, char** arguments) {
   const std::vector<Module_samples::SampleFile> files = Module_samples::make_sample_survey(seed);
   for (const Module_samples::SampleFile& file : files) {
     write_file(std::filesystem::path(folder) / file.name, file.text);
+  }
+  if (!elevations.empty()) {
+    write_file(elevations, Module_samples::elevation_table());
   }
   std::cout << files.size() << " files written to " << folder << '\n';
   return 0;

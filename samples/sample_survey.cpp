@@ -151,6 +151,15 @@ double elevation_at(double station) {
   return foot + hill * 4.0 * along * (1.0 - along);
 }
 
+std::string elevation_table() {
+  std::string text = "! station (m), elevation (m)\n";
+  for (int place = 0; place < station_count; ++place) {
+    const double station = first_station + station_step * place;
+    text += plain_text(station) + "  " + format_number(elevation_at(station), "0.0") + "\n";
+  }
+  return text;
+}
+
 std::vector<double> frequencies_of(const ScanRate& scan_rate) {
   std::vector<double> frequencies;
   frequencies.reserve(static_cast<std::size_t>(scan_rate.frequency_count));

@@ -60,6 +60,9 @@ std::vector<numerics::impedance::Layer> ground_below(const SampleLine& line, dou
 /// Elevation of a station of either line, m: the lines cross a hill.
 double elevation_at(double station);
 
+/// The elevations of a line's stations as a text for masking a mesh: a title, then station and elevation, m.
+std::string elevation_table();
+
 /// The frequencies of a scan rate, Hz, descending as instruments write them. Both scan rates give the same
 /// numbers where they overlap.
 std::vector<double> frequencies_of(const ScanRate& scan_rate);

@@ -169,11 +169,15 @@ void decode_names_of_samples() {
   Module_data_file::keep_import_entries(choices);
 }
 
-/// An iteration file in the survey's folder or below it; empty if there is none.
+/// The last iteration file of a run in the survey's folder or below it; empty if there is none.
 QString iteration_file() {
   QDirIterator files(QString::fromStdString(Module_util::directory_of(session().database_file)), {"ITER*"},
                      QDir::Files, QDirIterator::Subdirectories);
-  return files.hasNext() ? files.next() : QString();
+  if (!files.hasNext()) {
+    return {};
+  }
+  const QDir run = QFileInfo(files.next()).dir();
+  return run.filePath(run.entryList({"ITER*"}, QDir::Files, QDir::Name).back());
 }
 
 bool has_run() { return !iteration_file().isEmpty(); }
@@ -182,6 +186,12 @@ void show_results(Form_main& window) {
   Module_occam::RunResults results;
   if (open_results(iteration_file().toStdString(), results) == 0) {
     Form_occam_inversion(std::move(results), &window).exec();
+  }
+}
+
+void show_panel(QWidget& window) {
+  if (auto* const results = qobject_cast<Form_occam_inversion*>(&window)) {
+    results->show_inversion();
   }
 }
 
@@ -245,6 +255,7 @@ const WindowPicture pictures[] = {
      },
      nullptr, has_run},
     {"occam_results", nullptr, nullptr, show_results, has_run},
+    {"occam_run", nullptr, show_panel, show_results, has_run},
     {"occam_response", nullptr, [](QWidget& window) { press(window, "Command_display_response"); },
      show_results, has_run},
     {"projection", nullptr, nullptr, [](Form_main& window) { Form_define_projection("", &window).exec(); }},

@@ -56,7 +56,7 @@ ARROWS = {
     "rhoplus/windows": f"rhoplus display/windows {WIDGETS}",
     "occam": "output projections platform/graph/plot_table platform/graph/axis_limits",
     "occam/windows": f"occam {WIDGETS}",
-    "samples": "occam",
+    "samples": "core numerics/impedance",
     "batch": "import rhoplus occam survey_edits platform/console platform/system",
     "batch/offscreen_application": "",
     "batch/plots_command": "batch display/windows",  # drawn by the charts of the windows

@@ -31,7 +31,7 @@ done
 
 step "Building the package"
 cmake --preset release >/dev/null
-cmake --build --preset release --target brenlox brenlox_batch brenlox_make_run brenlox_make_samples
+cmake --build --preset release --target brenlox brenlox_batch brenlox_make_samples
 rm -rf build/package
 cpack --config build/release/CPackConfig.cmake -B build/package
 package="$(ls build/package/brenlox_*.deb)"

@@ -111,7 +111,7 @@ class Inversion {
                             last_.state.roughness,        settings_.most_cuts};
     const SearchEnd end =
         settings_.search == Search::better ? search_better(trials, start) : search_classic(trials, start);
-    if (end.accepted == nullptr) {
+    if (end.accepted == nullptr || end.accepted->model.empty()) {  // no multiplier gave a model
       return start.target_reached ? Ending::smooth_and_fitting : Ending::no_better_fit;
     }
     const Trial& accepted = *end.accepted;

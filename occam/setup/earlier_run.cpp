@@ -10,6 +10,7 @@
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/model_file.h"
 #include "formats/occam/text_input.h"
+#include "occam/inversion/inversion_files.h"
 #include "occam/results/run_results.h"
 #include "occam/setup/run_files.h"
 #include "platform/files/files_in_use.h"
@@ -48,7 +49,7 @@ bool is_result(const fs::path& file) {
     return equal_ignoring_case(file.extension().string(), extension);
   };
   return ends_in(".resp") || (begins_with(name, "RESP") && (ends_in("") || ends_in(".out"))) ||
-         ends_in(".logfile") || begins_with(name, "LogFile");
+         ends_in(".shift") || ends_in(".logfile") || begins_with(name, "LogFile");
 }
 
 /// Adds the name of a file that the run needs.
@@ -159,6 +160,11 @@ EarlierRun::~EarlierRun() {
 }
 
 void EarlierRun::move_away() {
+  lock_.emplace(folder_ / inversion_lock_name);
+  if (lock_->state() == FileLock::State::held_elsewhere) {
+    throw std::runtime_error("an inversion is running in " + folder_.string() +
+                             "; stop it first or choose another folder");
+  }
   for (const fs::path& file : files_) {  // the open survey may stand here under a name of the new run
     safe_files::refuse_input(folder_ / file);
   }

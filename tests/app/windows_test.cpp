@@ -52,6 +52,7 @@ constexpr Keys keys_of_windows[] = {
     {"mask_topo_points", "Command_load_locations"},
     {"mask_topo_mesh", "Command_load_locations"},
     {"occam_results"},
+    {"occam_run"},
     {"occam_response"},
     {"projection", "Command_done"},
     {"tutorial", "Command_done"},

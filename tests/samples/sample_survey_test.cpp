@@ -186,6 +186,19 @@ TEST(Sample_survey, Sites_lie_where_their_stations_are) {
   }
 }
 
+TEST(Sample_survey, The_table_of_elevations_is_that_of_the_field_files) {
+  const std::string table = elevation_table();
+  EXPECT_EQ(std::ranges::count(table, '\n'), 1 + station_count);
+  for (const double station : {100.0, 600.0, 1200.0}) {
+    const std::string& file = text_of("L400E_S" + format_number(station, "0000") + "_E2_R0256.edi");
+    const std::size_t first = file.find("ELEV=") + 5;
+    const double elevation = numeric_value(file.substr(first, file.find('\n', first) - first));
+    EXPECT_NE(table.find("\n" + plain_text(station) + "  " + format_number(elevation, "0.0") + "\n"),
+              std::string::npos)
+        << table;
+  }
+}
+
 // A phase of 0 or below would be masked at import.
 TEST(Sample_survey, Phases_of_both_modes_lie_in_the_first_quadrant) {
   std::size_t inside = 0;

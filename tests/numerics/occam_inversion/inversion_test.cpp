@@ -177,6 +177,17 @@ TEST(Occam_inversion, Ends_for_the_reason_that_it_gives) {
   EXPECT_EQ(course.outcome.ending, Ending::no_better_fit);
   EXPECT_GT(course.outcome.last.rms, 0.1);
 
+  // An error so small that the equations have no solution at any multiplier.
+  Problem absurd = rough;
+  absurd.errors.front() = 1e-200;
+  for (const Search search : {Search::better, Search::classic}) {
+    settings.search = search;
+    course = invert_with(absurd, settings, half_space());
+    EXPECT_EQ(course.outcome.ending, Ending::no_better_fit);
+    EXPECT_EQ(course.outcome.last.state.model, half_space().model);
+  }
+  settings.search = Search::better;
+
   settings.target_rms = 1.0;
   settings.most_iterations = 1;
   EXPECT_EQ(invert_with(rough, settings, half_space()).outcome.ending, Ending::iterations_done);
