@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -17,10 +18,13 @@ TEST(Banded_ldlt, Solves_systems_of_all_small_sizes_and_bandwidths) {
   std::mt19937 random(20);
   std::uniform_real_distribution<double> uniform(-1.0, 1.0);
   numerics::section::BandedLdlt solver;
+  numerics::section::RightSides sides;
   double largest = 0.0;
   for (std::size_t n = 1; n <= 30; ++n) {
     for (std::size_t band = 0; band <= std::min<std::size_t>(n, 13); ++band) {
-      solver.reset(n, band);
+      std::vector<std::size_t> diagonals(band + 1);
+      std::iota(diagonals.begin(), diagonals.end(), std::size_t{0});
+      solver.reset(n, diagonals);
       std::vector<std::vector<Complex>> a(n, std::vector<Complex>(n));
       for (std::size_t column = 0; column < n; ++column) {
         for (std::size_t row = column; row < std::min(n, column + band + 1); ++row) {
@@ -39,15 +43,14 @@ TEST(Banded_ldlt, Solves_systems_of_all_small_sizes_and_bandwidths) {
           b[row] += a[row][column] * x[column];
         }
       }
-      constexpr std::size_t count = 5;  // right sides: multiples of one another
-      numerics::section::RightSides sides(n, count);
+      const std::size_t count = 1 + n % 3 * 10;  // right sides: multiples of one another
+      sides.reset(n, count);
       for (std::size_t row = 0; row < n; ++row) {
         for (std::size_t side = 0; side < count; ++side) {
           sides.add(row, side, static_cast<double>(side) * b[row]);
         }
       }
-      solver.factor();
-      solver.solve(b);
+      solver.factor_and_solve(b);
       solver.solve(sides);
       for (std::size_t i = 0; i < n; ++i) {
         largest = std::max(largest, std::abs(b[i] - x[i]));
