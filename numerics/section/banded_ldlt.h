@@ -11,34 +11,14 @@
 #include <array>
 #include <complex>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
-#include <memory>
-#include <new>
 #include <span>
 #include <vector>
 
+#include "numerics/section/aligned_numbers.h"
+
 namespace numerics::section {
-
-/// Numbers at the beginning of a cache line, so that no register is loaded from two of them. Memory only
-/// grows, and what is in it after a resize is anything.
-class AlignedNumbers {
- public:
-  void resize(std::size_t size) {
-    if (size > size_) {
-      numbers_.reset(static_cast<double*>(::operator new[](size * sizeof(double), line)));
-      size_ = size;
-    }
-  }
-  [[nodiscard]] double* data() const { return numbers_.get(); }
-
- private:
-  static constexpr std::align_val_t line{64};
-  struct Free {
-    void operator()(double* numbers) const { ::operator delete[](numbers, line); }
-  };
-  std::unique_ptr<double[], Free> numbers_;
-  std::size_t size_ = 0;
-};
 
 /// Several right sides, the values of one unknown beside one another, so that all of them are solved at the
 /// price of reading the factors once.
@@ -78,8 +58,14 @@ class RightSides {
   std::vector<std::size_t> first_unknown_;  // that has a value, of each strip
 };
 
+/// Of a processor: two, four or eight numbers at a time.
+enum class Registers : std::uint8_t { narrow, wide, widest };
+
 class BandedLdlt {
  public:
+  /// @param registers  used where the processor has them, else the next narrower ones
+  explicit BandedLdlt(Registers registers = Registers::widest) : registers_(registers) {}
+
   /// Starts a system of zeros; keeps the memory of the one before.
   /// @param diagonals  those that have entries, by their distance below the main one, which comes first;
   /// ascending
@@ -100,6 +86,7 @@ class BandedLdlt {
   void solve(RightSides& sides) const;
 
  private:
+  Registers registers_;
   std::size_t unknowns_ = 0;
   std::size_t half_bandwidth_ = 0;
   std::vector<std::size_t> diagonals_;
