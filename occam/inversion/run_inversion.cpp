@@ -11,7 +11,6 @@
 #include "occam/inversion/inversion_files.h"
 #include "occam/inversion/inversion_input.h"
 #include "occam/inversion/run_problem.h"
-#include "occam/results/model_response.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/input_file.h"
 #include "platform/files/safe_files.h"
@@ -162,7 +161,7 @@ StaticsFile RunningInversion::earlier_shifts() const {
 }
 
 RunRules RunningInversion::rules() const {
-  RunRules rules{options_.threads, options_.static_shift, limits_at(start_.debug_level)};
+  RunRules rules{options_.threads, options_.static_shift};
   if (!rules.static_shift && earlier_shifts_.constraint_error > 0.0) {
     rules.static_shift = earlier_shifts_.constraint_error;
   }
@@ -194,7 +193,7 @@ inversion::Settings RunningInversion::settings() const {
 
 // Only now that the start has a response: up to here the directory is as it was.
 void RunningInversion::begin() {
-  if (earlier_.found()) {
+  if (!earlier_.empty()) {
     report_.earlier_folder = earlier_.move_away().filename().string();
   }
   log_.emplace(directory_ / inversion_log_name);
@@ -246,10 +245,14 @@ void RunningInversion::put_into_place(const std::vector<safe_files::NewFile>& fi
   try {
     safe_files::write_together(files);
   } catch (const std::exception& failure) {
-    const int last = report_.steps.empty() ? -1 : report_.steps.back().iteration;
-    throw std::runtime_error(failure.what() + (last < 0 ? std::string()
-                                                        : "; iteration " + std::to_string(last) +
-                                                              " is in place, and it can be continued"));
+    std::string what = failure.what();
+    if (!report_.steps.empty()) {
+      what += "; iteration " + std::to_string(report_.steps.back().iteration) +
+              " is in place, and it can be continued";
+    } else if (!report_.earlier_folder.empty()) {
+      what += "; the earlier inversion is in " + report_.earlier_folder;
+    }
+    throw std::runtime_error(what);
   }
 }
 
@@ -277,7 +280,7 @@ void RunningInversion::take_iteration(const inversion::Iteration& iteration) {
 }
 
 InversionReport RunningInversion::run() {
-  if (earlier_.found() && !options_.may_move_earlier) {
+  if (earlier_.would_be_replaced() && !options_.may_move_earlier) {
     throw EarlierIterations("An earlier inversion has left " + earlier_.text() + " in " +
                             directory_.string() + ".");
   }
