@@ -153,15 +153,9 @@ class Inversion {
       return start.target_reached ? Ending::smooth_and_fitting : Ending::no_better_fit;
     }
     const Trial& accepted = *end.accepted;
-    const bool was_reached = last_.state.target_reached;
-    const auto falls_hardly = [](double roughness, double before) {
-      return roughness > (1.0 - hardly_smoother) * before;
-    };
-    hardly_smoother_ = was_reached && falls_hardly(accepted.roughness, last_roughness_) &&
-                       last_.state.roughness_before &&
-                       falls_hardly(last_roughness_, *last_.state.roughness_before);
+    const bool is_small = is_small_gain({last_.state.target_reached, last_roughness_, accepted.roughness});
     last_ = {{last_.state.iteration + 1, accepted.model, end.log10_multiplier, accepted.roughness,
-              end.target_reached, was_reached ? std::optional(last_roughness_) : std::nullopt},
+              end.target_reached, is_small ? last_.state.small_gains + 1 : 0},
              accepted.fit.rms,
              accepted.fit.modelled,
              trials.step_of(accepted),
@@ -176,7 +170,7 @@ class Inversion {
     if (fits && last_.state.roughness < perfectly_smooth) {
       return Ending::perfectly_smooth;
     }
-    if (fits && (last_.step < no_step || hardly_smoother_)) {
+    if (fits && (last_.step < no_step || last_.state.small_gains >= 2)) {
       return Ending::smooth_and_fitting;
     }
     return std::nullopt;
@@ -189,10 +183,13 @@ class Inversion {
   Iteration last_;
   double misfit_ = 0.0;  // of the last model, as the search goes by it
   double last_roughness_ = 0.0;
-  bool hardly_smoother_ = false;  // twice in a row
 };
 
 }  // namespace
+
+bool is_small_gain(const Gain& gain) {
+  return gain.target_reached && gain.roughness > (1.0 - hardly_smoother) * gain.roughness_before;
+}
 
 double root_mean_square(const Problem& problem, std::span<const double> modelled) {
   double sum = 0.0;

@@ -52,7 +52,7 @@ struct State {
   double log10_multiplier = 5.0;  // where the last search ended
   double roughness = 1e10;        // of the last model
   bool target_reached = false;
-  std::optional<double> roughness_before;  // of the model before, if that one had reached the target
+  int small_gains = 0;  // iterations in a row, with the last one, that were hardly worth it (is_small_gain)
 };
 
 struct Iteration {
@@ -87,6 +87,16 @@ struct Listener {
 /// error of 0 or numbers that aren't finite.
 Outcome invert(const Problem& problem, const Roughness& roughness, const Settings& settings, State start,
                const Listener& listener);
+
+/// What is_small_gain compares.
+struct Gain {
+  bool target_reached = false;  // before the iteration
+  double roughness_before = 0.0;
+  double roughness = 0.0;
+};
+
+/// Whether an iteration got so little that two of them in a row end the inversion.
+bool is_small_gain(const Gain& gain);
 
 /// Root mean square of residuals over errors.
 double root_mean_square(const Problem& problem, std::span<const double> modelled);

@@ -58,19 +58,25 @@ class RunLog {
   std::string text_;
 };
 
-// The last iterations before a start, as far as the decision to end goes by them.
-std::optional<double> roughness_before(const fs::path& directory, int iteration) {
+// How many iterations in a row, up to the one that is gone on from, were hardly worth it: the decision to end
+// goes by them. Files before it that can't be read are no reason not to go on.
+int small_gains_before(const fs::path& directory, int iteration) {
   const auto files = iteration_files_of(directory);
-  const auto before = files.find(iteration - 1);
-  if (before == files.end()) {
-    return std::nullopt;
-  }
+  const auto state_of = [&](int number) { return read_start_file((directory / files.at(number)).string()); };
+  int count = 0;
   try {
-    const InversionStart state = read_start_file((directory / before->second).string());
-    return state.target_reached ? std::optional(state.roughness) : std::nullopt;
-  } catch (const std::exception&) {  // it is not what is inverted
-    return std::nullopt;
+    while (files.contains(iteration) && files.contains(iteration - 1)) {
+      const InversionStart before = state_of(iteration - 1);
+      if (!inversion::is_small_gain(
+              {before.target_reached, before.roughness, state_of(iteration).roughness})) {
+        break;
+      }
+      ++count;
+      --iteration;
+    }
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch)
   }
+  return count;
 }
 
 class RunningInversion {
@@ -175,7 +181,7 @@ inversion::State RunningInversion::start_state() const {
   state.log10_multiplier = start_.log10_multiplier;
   state.roughness = start_.roughness;
   state.target_reached = start_.target_reached;
-  state.roughness_before = is_iteration_ ? roughness_before(directory_, start_.iteration) : std::nullopt;
+  state.small_gains = is_iteration_ ? small_gains_before(directory_, start_.iteration) : 0;
   return state;
 }
 
