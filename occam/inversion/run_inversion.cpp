@@ -24,8 +24,6 @@ namespace inversion = numerics::occam_inversion;
 
 namespace {
 
-constexpr const char* lock_name = "inversion.lock";
-
 class WholeSentence : public std::runtime_error, public CompleteMessage {
  public:
   using std::runtime_error::runtime_error;
@@ -33,7 +31,7 @@ class WholeSentence : public std::runtime_error, public CompleteMessage {
 
 FileLock lock_of(const fs::path& directory) {
   try {
-    return FileLock(directory / lock_name);
+    return FileLock(directory / inversion_lock_name);
   } catch (const std::runtime_error& failure) {
     throw std::runtime_error("the folder of the run can't be written, " + std::string(failure.what()));
   }
@@ -330,6 +328,14 @@ void RunningInversion::end(const inversion::Outcome& outcome) {
 }
 
 }  // namespace
+
+bool is_being_inverted(const fs::path& directory) {
+  try {
+    return FileLock(directory / inversion_lock_name).state() == FileLock::State::held_elsewhere;
+  } catch (const std::runtime_error&) {
+    return false;  // nobody can write there
+  }
+}
 
 InversionReport run_inversion(const fs::path& directory, const InversionOptions& options,
                               const InversionListener& listener) {
