@@ -37,50 +37,6 @@ Fit fit_of(const Problem& problem, std::vector<double> modelled, bool robust) {
   return fit;
 }
 
-// Rows over their errors, the data such that the model solves for itself.
-LinearProblem linear_problem(const Problem& problem, Modelled modelled, std::span<const double> model,
-                             bool robust) {
-  LinearProblem linear{std::move(modelled.sensitivities), std::vector<double>(problem.data.size())};
-  const std::size_t n = model.size();
-  for (std::size_t row = 0; row < linear.data.size(); ++row) {
-    const double r = std::abs(residual(problem, modelled.values, row));
-    const double weight =
-        (robust && r > huber_limit ? std::sqrt(huber_limit / r) : 1.0) / std::abs(problem.errors[row]);
-    const std::span<double> derivatives(linear.sensitivities.data() + row * n, n);
-    double through_model = 0.0;
-    for (std::size_t p = 0; p < n; ++p) {
-      derivatives[p] *= weight;
-      through_model += derivatives[p] * model[p];
-    }
-    linear.data[row] = weight * (problem.data[row] - modelled.values[row]) + through_model;
-  }
-  return linear;
-}
-
-void check(const Problem& problem, const Roughness& roughness, const State& start) {
-  for (std::size_t row = 0; row < problem.data.size(); ++row) {
-    const std::string name = "row " + std::to_string(row + 1) + " of the data ";
-    if (!std::isfinite(problem.data[row]) || !std::isfinite(problem.errors[row])) {
-      throw std::invalid_argument(name + "is not a number");
-    }
-    if (problem.errors[row] == 0.0) {
-      throw std::invalid_argument(name + "has an error of 0");
-    }
-  }
-  if (problem.data.empty()) {
-    throw std::invalid_argument("there are no data");
-  }
-  if (start.model.size() != roughness.parameters()) {
-    throw std::invalid_argument("the start has " + std::to_string(start.model.size()) +
-                                " parameters, the model " + std::to_string(roughness.parameters()));
-  }
-  for (std::size_t p = 0; p < start.model.size(); ++p) {
-    if (!std::isfinite(start.model[p])) {
-      throw std::invalid_argument("parameter " + std::to_string(p + 1) + " of the start is not a number");
-    }
-  }
-}
-
 class Inversion {
  public:
   Inversion(const Problem& problem, const Roughness& roughness, const Settings& settings,
@@ -138,10 +94,9 @@ class Inversion {
 
   // @return why there is no next model, if there is none
   std::optional<Ending> iterate() {
-    const auto models = linear_models(
-        linear_problem(problem_, problem_.respond(last_.state.model, Derivatives::yes), last_.state.model,
-                       settings_.robust),
-        roughness_, cheaper_space(problem_.data.size(), last_.state.model.size()), settings_.threads);
+    const auto models =
+        linear_models(linearise(problem_, last_.state.model, settings_.robust), roughness_,
+                      cheaper_space(problem_.data.size(), last_.state.model.size()), settings_.threads);
     Trials trials(
         *models, roughness_, last_.state.model, settings_.rules,
         [this](std::span<const double> model) { return respond(model); }, listener_.trial);
@@ -194,6 +149,50 @@ class Inversion {
 
 }  // namespace
 
+void require_soluble(const Problem& problem, const Roughness& roughness, std::span<const double> model) {
+  for (std::size_t row = 0; row < problem.data.size(); ++row) {
+    const std::string name = "row " + std::to_string(row + 1) + " of the data ";
+    if (!std::isfinite(problem.data[row]) || !std::isfinite(problem.errors[row])) {
+      throw std::invalid_argument(name + "is not a number");
+    }
+    if (problem.errors[row] == 0.0) {
+      throw std::invalid_argument(name + "has an error of 0");
+    }
+  }
+  if (problem.data.empty()) {
+    throw std::invalid_argument("there are no data");
+  }
+  if (model.size() != roughness.parameters()) {
+    throw std::invalid_argument("the start has " + std::to_string(model.size()) + " parameters, the model " +
+                                std::to_string(roughness.parameters()));
+  }
+  for (std::size_t p = 0; p < model.size(); ++p) {
+    if (!std::isfinite(model[p])) {
+      throw std::invalid_argument("parameter " + std::to_string(p + 1) + " of the start is not a number");
+    }
+  }
+}
+
+// Rows over their errors, the data such that the model solves for itself.
+LinearProblem linearise(const Problem& problem, std::span<const double> model, bool robust) {
+  Modelled modelled = problem.respond(model, Derivatives::yes);
+  LinearProblem linear{std::move(modelled.sensitivities), std::vector<double>(problem.data.size())};
+  const std::size_t n = model.size();
+  for (std::size_t row = 0; row < linear.data.size(); ++row) {
+    const double r = std::abs(residual(problem, modelled.values, row));
+    const double weight =
+        (robust && r > huber_limit ? std::sqrt(huber_limit / r) : 1.0) / std::abs(problem.errors[row]);
+    const std::span<double> derivatives(linear.sensitivities.data() + row * n, n);
+    double through_model = 0.0;
+    for (std::size_t p = 0; p < n; ++p) {
+      derivatives[p] *= weight;
+      through_model += derivatives[p] * model[p];
+    }
+    linear.data[row] = weight * (problem.data[row] - modelled.values[row]) + through_model;
+  }
+  return linear;
+}
+
 double root_mean_square(const Problem& problem, std::span<const double> modelled) {
   double sum = 0.0;
   for (std::size_t row = 0; row < modelled.size(); ++row) {
@@ -205,7 +204,7 @@ double root_mean_square(const Problem& problem, std::span<const double> modelled
 
 Outcome invert(const Problem& problem, const Roughness& roughness, const Settings& settings, State start,
                const Listener& listener) {
-  check(problem, roughness, start);
+  require_soluble(problem, roughness, start.model);
   return Inversion(problem, roughness, settings, listener, std::move(start)).run();
 }
 

@@ -83,10 +83,17 @@ struct Listener {
   std::function<void(const Trial&)> trial;          // each response of the search
 };
 
-/// A start that fits already begins with smoothing, at iteration 0 only. Throws std::invalid_argument for an
-/// error of 0 or numbers that aren't finite.
+/// A start that fits already begins with smoothing, at iteration 0 only. Throws as require_soluble does.
 Outcome invert(const Problem& problem, const Roughness& roughness, const Settings& settings, State start,
                const Listener& listener);
+
+/// Throws std::invalid_argument for an error of 0, numbers that aren't finite, no data at all, and a start of
+/// another number of parameters.
+void require_soluble(const Problem& problem, const Roughness& roughness, std::span<const double> model);
+
+/// The problem linearised at a model.
+/// @param robust  weighted by Huber's weights of the model's residuals
+LinearProblem linearise(const Problem& problem, std::span<const double> model, bool robust);
 
 /// Root mean square of residuals over errors.
 double root_mean_square(const Problem& problem, std::span<const double> modelled);

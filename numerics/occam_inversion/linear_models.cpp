@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 #include <Eigen/Dense>
@@ -77,11 +78,38 @@ Matrix lower_product(const Left& left, const Right& right, std::size_t threads) 
   return product;
 }
 
+using Factor = Eigen::LLT<Eigen::Ref<Matrix>>;  // in the place of the matrix
+
+void require_definite(const Factor& factor) {
+  if (factor.info() != Eigen::Success) {
+    throw std::runtime_error("the data and the roughness don't hold all parameters at this multiplier");
+  }
+}
+
+// Roots of what `squares` gives for the parameters of one panel after the other.
+template <class Squares>
+std::optional<std::vector<double>> roots_by_panels(Index parameters, const Squares& squares,
+                                                   std::size_t threads,
+                                                   const std::function<bool(double)>& progress) {
+  Vector roots(parameters);
+  const bool all = run_jobs(
+      panels(parameters), threads,
+      [&](std::size_t item, std::size_t /*thread*/) {
+        const Index first = index(item) * panel;
+        const Index width = std::min(panel, parameters - first);
+        roots.segment(first, width) = squares(first, width).cwiseMax(0.0).cwiseSqrt();
+      },
+      progress);
+  return all ? std::optional(to_standard(roots)) : std::nullopt;
+}
+
 // Solves in the space of the model.
 class ModelSpace : public LinearModels {
  public:
   ModelSpace(const LinearProblem& problem, const Roughness& roughness, std::size_t threads)
-      : roughness_(roughness_matrix(roughness, {}, 0.0)), prejudices_(prejudice_side(roughness)) {
+      : roughness_(roughness_matrix(roughness, {}, 0.0)),
+        prejudices_(prejudice_side(roughness)),
+        threads_(threads) {
     const Index n = index(roughness.parameters());
     const Eigen::Map<const RowMatrix> sensitivities(problem.sensitivities.data(), index(problem.data.size()),
                                                     n);
@@ -92,6 +120,33 @@ class ModelSpace : public LinearModels {
 
   [[nodiscard]] std::optional<std::vector<double>> at(double log10_multiplier) const override {
     const double multiplier = std::pow(10.0, log10_multiplier);
+    Matrix system = system_of(multiplier);
+    const Factor factor(system);
+    if (factor.info() != Eigen::Success) {
+      return std::nullopt;
+    }
+    const Vector model = factor.solve(side_ + multiplier * prejudices_);
+    return model.allFinite() ? std::optional(to_standard(model)) : std::nullopt;
+  }
+
+  [[nodiscard]] std::optional<std::vector<double>> standard_errors(
+      double log10_multiplier, const std::function<bool(double)>& progress) const override {
+    Matrix system = system_of(std::pow(10.0, log10_multiplier));
+    const Factor factor(system);
+    require_definite(factor);
+    const Index n = square_.cols();
+    const auto squares = [&](Index first, Index width) {
+      Matrix columns = Matrix::Zero(n, width);  // of B
+      columns.middleRows(first, width).setIdentity();
+      factor.solveInPlace(columns);
+      const Matrix seen = square_.selfadjointView<Eigen::Lower>() * columns;
+      return Vector(columns.cwiseProduct(seen).colwise().sum());
+    };
+    return roots_by_panels(n, squares, threads_, progress);
+  }
+
+ private:
+  [[nodiscard]] Matrix system_of(double multiplier) const {
     Matrix system = square_;
     for (Index column = 0; column < roughness_.outerSize(); ++column) {
       for (SparseMatrix::InnerIterator entry(roughness_, column); entry; ++entry) {
@@ -100,19 +155,14 @@ class ModelSpace : public LinearModels {
         }
       }
     }
-    const Eigen::LLT<Eigen::Ref<Matrix>> factor(system);
-    if (factor.info() != Eigen::Success) {
-      return std::nullopt;
-    }
-    const Vector model = factor.solve(side_ + multiplier * prejudices_);
-    return model.allFinite() ? std::optional(to_standard(model)) : std::nullopt;
+    return system;
   }
 
- private:
   SparseMatrix roughness_;
   Vector prejudices_;
   Matrix square_;  // J'J, its lower half
   Vector side_;    // J'd
+  std::size_t threads_;
 };
 
 // Solves in the space of the data. R + ground on one parameter of each group that nothing else holds is
@@ -124,7 +174,8 @@ class ModelSpace : public LinearModels {
 // V: ones on each of these groups; q = B times the prejudices' side. The ground has no effect on m.
 class DataSpace : public LinearModels {
  public:
-  DataSpace(const LinearProblem& problem, const Roughness& roughness, std::size_t threads) {
+  DataSpace(const LinearProblem& problem, const Roughness& roughness, std::size_t threads)
+      : threads_(threads) {
     const Index n = index(roughness.parameters());
     const Index data_count = index(problem.data.size());
     const Eigen::Map<const RowMatrix> sensitivities(problem.sensitivities.data(), data_count, n);
@@ -153,9 +204,8 @@ class DataSpace : public LinearModels {
   }
 
   [[nodiscard]] std::optional<std::vector<double>> at(double log10_multiplier) const override {
-    Matrix system = square_;
-    system.diagonal().array() += std::pow(10.0, log10_multiplier);
-    const Eigen::LLT<Eigen::Ref<Matrix>> factor(system);
+    Matrix system = system_of(log10_multiplier);
+    const Factor factor(system);
     if (factor.info() != Eigen::Success) {
       return std::nullopt;
     }
@@ -173,7 +223,38 @@ class DataSpace : public LinearModels {
     return model.allFinite() ? std::optional(to_standard(model)) : std::nullopt;
   }
 
+  // The model is E d + what the prejudices give, and B A B = E E'.
+  //
+  //   E' = S^-1 J B + H G^-1 (V - B J' H)'        S = J B J' + mu I, H = S^-1 J V, G = (J V)' H
+  [[nodiscard]] std::optional<std::vector<double>> standard_errors(
+      double log10_multiplier, const std::function<bool(double)>& progress) const override {
+    Matrix system = system_of(log10_multiplier);
+    const Factor factor(system);
+    require_definite(factor);
+    const Matrix solved_constants = factor.solve(constants_);
+    const Eigen::CompleteOrthogonalDecomposition<Matrix> small(constants_.transpose() * solved_constants);
+    const auto squares = [&](Index first, Index width) {
+      Matrix estimator = spread_.middleRows(first, width).transpose();
+      Matrix constants = -solved_constants.transpose() * estimator;
+      for (Index column = 0; column < width; ++column) {
+        if (const auto group = free_group_[static_cast<std::size_t>(first + column)]) {
+          constants(index(*group), column) += 1.0;
+        }
+      }
+      factor.solveInPlace(estimator);
+      estimator += solved_constants * small.solve(constants);
+      return Vector(estimator.colwise().squaredNorm());
+    };
+    return roots_by_panels(spread_.rows(), squares, threads_, progress);
+  }
+
  private:
+  [[nodiscard]] Matrix system_of(double log10_multiplier) const {
+    Matrix system = square_;
+    system.diagonal().array() += std::pow(10.0, log10_multiplier);
+    return system;
+  }
+
   // Numbers the groups that no prejudice holds; gives the first parameter of each.
   std::vector<std::size_t> find_free_groups(const Roughness& roughness) {
     const std::vector<std::size_t> group = roughness.groups();
@@ -203,6 +284,7 @@ class DataSpace : public LinearModels {
   Matrix constants_;                                    // J V
   Vector offset_;                                       // q
   Vector side_;                                         // d - J q
+  std::size_t threads_;
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 // algebra is LAPACK's. A result doesn't depend on the number of threads.
 #pragma once
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -34,6 +35,14 @@ class LinearModels {
 
   /// The model of a multiplier; none where the system is not positive definite.
   [[nodiscard]] virtual std::optional<std::vector<double>> at(double log10_multiplier) const = 0;
+
+  /// Standard errors of that model's parameters from those of the data, as far as the linearised problem
+  /// goes: the roots of the diagonal of B A B, B = (A + mu R)^-1. Where the roughness alone holds a parameter
+  /// they are small: what is unknown there is no longer seen.
+  /// @param progress  may be empty; the share done, 0 to 1; false stops
+  /// @return none if stopped. Throws std::runtime_error where the system is not positive definite
+  [[nodiscard]] virtual std::optional<std::vector<double>> standard_errors(
+      double log10_multiplier, const std::function<bool(double)>& progress) const = 0;
 };
 
 /// The cheaper space for so many data and parameters.

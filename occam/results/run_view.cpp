@@ -1,6 +1,7 @@
 #include "occam/results/run_view.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -78,6 +79,20 @@ int RunView::load_iteration() {
   }
   iteration_ = iteration_model(results_.model, iteration);
   return 0;
+}
+
+std::vector<double> RunView::parameters_of(int iteration) const {
+  if (!results_.has(iteration)) {
+    throw std::runtime_error("there is no file of iteration " + std::to_string(iteration));
+  }
+  const OccamIteration read =
+      read_iteration_file(IterationParts::with_parameters, results_.file_of(iteration).string());
+  const std::string mismatch = parameter_mismatch(
+      results_.model, results_.iteration_file[static_cast<std::size_t>(iteration)], read.parameter_count);
+  if (!mismatch.empty()) {
+    throw std::runtime_error(mismatch);
+  }
+  return iteration_model(results_.model, read).parameters;
 }
 
 SectionGeometry RunView::section(const SectionChoices& choices, PictureSize picture) {

@@ -40,6 +40,9 @@ class RunView {
   /// The same with the static shifts.
   [[nodiscard]] const IterationModel& iteration() const { return iteration_; }
 
+  /// log10 ohm-m, of any iteration that has a file; not kept. Throws std::exception.
+  [[nodiscard]] std::vector<double> parameters_of(int iteration) const;
+
   /// The section of the current iteration; without rectangles if it can't be read.
   SectionGeometry section(const SectionChoices& choices, PictureSize picture);
 

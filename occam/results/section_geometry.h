@@ -74,8 +74,9 @@ struct SectionRectangle {
   double top = 0.0;
   double right = 0.0;
   double bottom = 0.0;
-  std::uint8_t colour = 0;  // palette entry
-  float value = 0.0F;       // log10 ohm-m
+  std::uint8_t colour = 0;   // palette entry
+  float value = 0.0F;        // log10 ohm-m
+  int parameter_number = 0;  // of the block, from 1
 };
 
 struct SectionGeometry {

@@ -16,6 +16,7 @@ class QStackedWidget;
 class QStatusBar;
 class QTimer;
 class ResponseFrame;
+class ResolutionWorker;
 class ResponseGraph;
 class SiteMisfitPicture;
 class VexSplitter;
@@ -58,12 +59,19 @@ class Form_occam_inversion : public QDialog {
   void connect_timers();
   void show_convergence();
   void redraw_section();
+  /// What the controls ask for, as far as it has been computed; the rest is begun.
+  Module_occam::SectionLook section_look();
+  void add_resolution(Module_occam::SectionLook& look);
+  void add_change(Module_occam::SectionLook& look);
+  void show_resolution_state();
   void choose_iteration(int iteration);
   void swap_frames();
   void look_for_iterations();
   void take_changes(bool followed);
   void follow_inversion();
   void end_inversion();
+  /// Once nothing is running any more.
+  void close_if_wanted();
   void show_inversion_state();
   void show_site_misfits();
   void show_station_of(int site_number);
@@ -84,9 +92,11 @@ class Form_occam_inversion : public QDialog {
   SiteMisfitPicture* site_misfits_;
   ResponseFrame* response_;
   InversionPanel* panel_;
+  ResolutionWorker* resolution_;
   QStackedWidget* frames_;
   QLabel* Label_title_;
   QStatusBar* Status_occam_;
+  QLabel* Label_resolution_;
   QLabel* Label_inversion_;  // while the panel is out of sight
   VexSplitter* Splitter_iterate_;
   VexSplitter* Splitter_model_;
@@ -94,5 +104,6 @@ class Form_occam_inversion : public QDialog {
   QTimer* Timer_resizer_;
   QTimer* Timer_reset_resizer_;
   QTimer* Timer_refresh_;
-  bool closing_ = false;  // once the inversion has ended
+  QTimer* Timer_resolution_;
+  bool closing_ = false;  // once the work under way has ended
 };

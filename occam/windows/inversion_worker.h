@@ -2,30 +2,26 @@
 #pragma once
 #include <QObject>
 #include <QString>
-#include <atomic>
 #include <filesystem>
 #include <mutex>
-#include <thread>
 
 #include "occam/inversion/run_inversion.h"
+#include "occam/windows/background_work.h"
 
-/// Runs one inversion at a time. All signals come from the event loop of the thread that owns this object.
+/// Runs one inversion at a time; at its end an inversion is stopped and waited for. All signals come from the
+/// event loop.
 class InversionWorker : public QObject {
   Q_OBJECT
 
  public:
-  explicit InversionWorker(QObject* parent = nullptr) : QObject(parent) {}
-  InversionWorker(const InversionWorker&) = delete;
-  InversionWorker& operator=(const InversionWorker&) = delete;
-  /// Stops an inversion and waits for it.
-  ~InversionWorker() override;
+  explicit InversionWorker(QObject* parent = nullptr) : QObject(parent), work_(*this) {}
 
   /// @param directory  of the run, absolute. An inversion mustn't be running.
   void start(const std::filesystem::path& directory, const Module_occam::InversionOptions& options);
   /// The inversion ends soon, with the iterations that are finished.
-  void stop() { stop_ = true; }
-  [[nodiscard]] bool running() const { return thread_.joinable(); }
-  [[nodiscard]] bool stopping() const { return stop_; }
+  void stop() { work_.stop(); }
+  [[nodiscard]] bool running() const { return work_.running(); }
+  [[nodiscard]] bool stopping() const { return work_.stopping(); }
   [[nodiscard]] Module_occam::InversionProgress progress() const;
 
  Q_SIGNALS:
@@ -36,12 +32,9 @@ class InversionWorker : public QObject {
   void failed(const QString& sentence);
 
  private:
-  void work(const std::filesystem::path& directory, const Module_occam::InversionOptions& options);
-  template <class Call>
-  void at_home(Call call);
+  void invert(const std::filesystem::path& directory, const Module_occam::InversionOptions& options);
 
-  std::thread thread_;
-  std::atomic<bool> stop_ = false;
   mutable std::mutex mutex_;
   Module_occam::InversionProgress progress_;  // guarded by mutex_
+  BackgroundWork work_;
 };

@@ -3,12 +3,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -46,6 +48,9 @@ ModelControls::ModelControls(QWidget* parent)
       Text_min_res_(make_number("Text_min_res", false)),
       Text_max_res_(make_number("Text_max_res", false)),
       Text_max_depth_(make_number("Text_max_depth", false)),
+      Combo_section_shows_(make_list("Combo_section_shows")),
+      Spin_base_iteration_(named(new QSpinBox, "Spin_base_iteration")),
+      Check_fade_(named(new QCheckBox("&Fade what the data\ndon't constrain"), "Check_fade")),
       Check_draw_mesh_(named(new QCheckBox("Draw &mesh"), "Check_draw_mesh")),
       Check_log_vertical_(named(new QCheckBox("&Log depth scale"), "Check_log_vertical")),
       Text_min_res_model_(make_text("Text_min_res_model", number_width + range_width, true)),
@@ -115,10 +120,8 @@ QWidget* ModelControls::make_look_group() {
   Text_max_res_->setToolTip("Log Resistivity value which maps to the end colour");
   Text_max_depth_->setToolTip("Maximum depth to display");
   Text_max_depth_->setText("2000");
-  auto* const colour = new QLabel("&Colour");
-  colour->setBuddy(Combo_colour_table_);
-  rows->addRow(colour);
-  rows->addRow(Combo_colour_table_);
+  add_quantity_rows(*rows);
+  rows->addRow("&Colour", Combo_colour_table_);
   rows->addRow(Check_invert_colour_);
   rows->addRow("M&in Res", Text_min_res_);
   rows->addRow("M&ax Res", Text_max_res_);
@@ -138,8 +141,36 @@ QWidget* ModelControls::make_look_group() {
   return group;
 }
 
+void ModelControls::add_quantity_rows(QFormLayout& rows) {
+  Combo_section_shows_->addItems({"Resistivity", "Standard error, about", "Change of log10"});
+  Combo_section_shows_->setToolTip(
+      "Resistivities; how well the data know them, computed for the iteration; or what has changed");
+  Spin_base_iteration_->setPrefix("since iteration ");
+  Spin_base_iteration_->setAccessibleName("Change since iteration");
+  Spin_base_iteration_->setToolTip("Iteration whose resistivities are taken from those on show");
+  Check_fade_->setToolTip("Blocks fade to the background where the data hardly depend on them");
+  rows.addRow("S&hown", Combo_section_shows_);
+  rows.addRow(Spin_base_iteration_);
+  rows.addRow(Check_fade_);
+  Spin_base_iteration_->hide();
+  connect(Combo_section_shows_, &QComboBox::currentIndexChanged, this, [this] {
+    Spin_base_iteration_->setVisible(shown() == Shown::change);
+    Q_EMIT quantity_changed();
+  });
+  connect(Spin_base_iteration_, &QSpinBox::valueChanged, this, &ModelControls::quantity_changed);
+  connect(Check_fade_, &QCheckBox::toggled, this, &ModelControls::quantity_changed);
+}
+
+ModelControls::Shown ModelControls::shown() const {
+  return static_cast<Shown>(Combo_section_shows_->currentIndex());
+}
+
+int ModelControls::base_iteration() const { return Spin_base_iteration_->value(); }
+
+bool ModelControls::fades() const { return Check_fade_->isChecked(); }
+
 QWidget* ModelControls::make_model_group() {
-  auto* const group = new QGroupBox("Resistivity shown (log10 / ohm-m)");
+  auto* const group = new QGroupBox("Values shown (log10 / ohm-m)");
   auto* const rows = new QFormLayout(group);
   Text_min_res_model_->setToolTip("Log Resistivity value which maps to the start colour");
   Text_max_res_model_->setToolTip("Log Resistivity value which maps to the end colour");
@@ -161,10 +192,15 @@ void ModelControls::add_buttons(QBoxLayout& rows) {
   menu->addAction("Section as P&DF...", this, &ModelControls::save_section_pdf);
   menu->addAction("&Fit of all stations as PDF...", this, &ModelControls::save_fits);
   save->setMenu(menu);
+  auto* const buttons = new QGridLayout;
+  int place = 0;
   for (QPushButton* const button : {Command_display_response_, grid, save, done_button}) {
+    constexpr int columns = 2;
     button->setAutoDefault(false);
-    rows.addWidget(button);
+    buttons->addWidget(button, place / columns, place % columns);
+    ++place;
   }
+  rows.addLayout(buttons);
   connect(Command_display_response_, &QPushButton::clicked, this, &ModelControls::display_response);
   connect(grid, &QPushButton::clicked, this, &ModelControls::write_grid);
   connect(done_button, &QPushButton::clicked, this, &ModelControls::done);
@@ -181,6 +217,8 @@ void ModelControls::list_iterations(int last, int current) {
   }
   Combo_iteration_->setCurrentIndex(current);
   HScroll_iteration_->setRange(0, last);
+  const QSignalBlocker base(Spin_base_iteration_);
+  Spin_base_iteration_->setRange(0, last);
   HScroll_iteration_->setPageStep(1);
   HScroll_iteration_->setValue(current);
 }
@@ -203,10 +241,16 @@ void ModelControls::propose_range(const ResistivityRange& range) {
   Text_max_res_->setText(qt_text(plain_text(range.upper)));
 }
 
-void ModelControls::show_model_range(const SectionGeometry& section) {
-  const bool empty = section.rectangles.empty();
-  Text_min_res_model_->setText(empty ? QString("NA") : qt_text(resistivity_text(section.lowest)));
-  Text_max_res_model_->setText(empty ? QString("NA") : qt_text(resistivity_text(section.highest)));
+void ModelControls::show_model_range(const SectionPicture& picture) {
+  const SectionGeometry& section = picture.geometry;
+  const auto text = [&picture, &section](double value) {
+    if (section.rectangles.empty()) {
+      return QString("NA");
+    }
+    return qt_text(picture.quantity.is_resistivity ? resistivity_text(value) : format_number(value, "0.00"));
+  };
+  Text_min_res_model_->setText(text(section.lowest));
+  Text_max_res_model_->setText(text(section.highest));
 }
 
 SectionLook ModelControls::look() const {

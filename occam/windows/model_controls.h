@@ -8,15 +8,20 @@
 class QBoxLayout;
 class QCheckBox;
 class QComboBox;
+class QFormLayout;
 class QLineEdit;
 class QPushButton;
 class QScrollBar;
+class QSpinBox;
 class QTabWidget;
 
 class ModelControls : public QWidget {
   Q_OBJECT
 
  public:
+  /// What the section shows.
+  enum class Shown { resistivity, standard_error, change };
+
   explicit ModelControls(QWidget* parent = nullptr);
 
   /// Offers the iterations 0 to `last`, without a signal.
@@ -25,8 +30,13 @@ class ModelControls : public QWidget {
   /// Shows a range, unless the user has chosen one.
   void propose_range(const Module_occam::ResistivityRange& range);
   /// "NA" in both boxes if the section is empty.
-  void show_model_range(const Module_occam::SectionGeometry& section);
+  void show_model_range(const Module_occam::SectionPicture& picture);
+  /// Without what is computed for the section.
   [[nodiscard]] Module_occam::SectionLook look() const;
+  [[nodiscard]] Shown shown() const;
+  /// The iteration that a change is counted from.
+  [[nodiscard]] int base_iteration() const;
+  [[nodiscard]] bool fades() const;
   /// Adds a page beside that of the section.
   void add_page(QWidget* page, const QString& title);
   void show_page(QWidget* page);
@@ -36,6 +46,7 @@ class ModelControls : public QWidget {
  Q_SIGNALS:
   void iteration_chosen(int iteration);
   void look_changed();
+  void quantity_changed();  // and fading, too
   void page_changed();
   void display_response();
   void write_grid();
@@ -48,6 +59,7 @@ class ModelControls : public QWidget {
   QWidget* make_iteration_group();
   QWidget* make_section_page();
   QWidget* make_look_group();
+  void add_quantity_rows(QFormLayout& rows);
   QWidget* make_model_group();
   void add_buttons(QBoxLayout& rows);
 
@@ -62,6 +74,9 @@ class ModelControls : public QWidget {
   QLineEdit* Text_min_res_;
   QLineEdit* Text_max_res_;
   QLineEdit* Text_max_depth_;
+  QComboBox* Combo_section_shows_;
+  QSpinBox* Spin_base_iteration_;
+  QCheckBox* Check_fade_;
   QCheckBox* Check_draw_mesh_;
   QCheckBox* Check_log_vertical_;
   QLineEdit* Text_min_res_model_;

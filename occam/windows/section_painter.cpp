@@ -51,6 +51,19 @@ QRect pixels_of(const SectionRectangle& block, const ZoomedPlot& plot) {
   return {corner, QSize(std::max(end.x() - corner.x(), 1), std::max(end.y() - corner.y(), 1))};
 }
 
+/// The colour of a block; of one that the data don't see, only a trace.
+QColor faded(const QColor& colour, double visibility) {
+  constexpr double trace = 0.08;
+  const double kept = trace + (1.0 - trace) * std::clamp(visibility, 0.0, 1.0);
+  const auto mixed = [kept](int part) { return static_cast<int>(std::lround(255.0 + kept * (part - 255))); };
+  return {mixed(colour.red()), mixed(colour.green()), mixed(colour.blue())};
+}
+
+QColor colour_of(const SectionRectangle& block, const SectionPicture& picture, const QColor& colour) {
+  const auto parameter = static_cast<std::size_t>(block.parameter_number) - 1;
+  return parameter < picture.visibility.size() ? faded(colour, picture.visibility[parameter]) : colour;
+}
+
 void paint_blocks(QPainter& painter, const SectionPicture& picture, const ZoomedPlot& plot) {
   std::array<QColor, 256> colours;
   std::ranges::transform(picture.palette, colours.begin(), to_qt);
@@ -63,7 +76,7 @@ void paint_blocks(QPainter& painter, const SectionPicture& picture, const Zoomed
     if (!place.intersects(visible)) {
       continue;
     }
-    painter.fillRect(place, colours[block.colour]);
+    painter.fillRect(place, colour_of(block, picture, colours[block.colour]));
     if (picture.draw_mesh) {
       outlines.append(place);
     }
@@ -148,6 +161,21 @@ void paint_sites(QPainter& painter, const SectionGeometry& geometry, const Occam
   }
 }
 
+/// Beside the lower end of the colour bar: what pale colours mean.
+void paint_fading_entry(QPainter& painter, const SectionPicture& picture, const QRectF& bar) {
+  const QRectF patch(bar.left(), bar.bottom() + 8.0, bar.width(), end_frame - 14.0);
+  const QColor full = to_qt(picture.palette[last_palette_entry]);
+  for (int row = 0; row < static_cast<int>(patch.height()); ++row) {
+    painter.fillRect(QRectF(patch.left(), patch.top() + row, patch.width(), 1.0),
+                     faded(full, 1.0 - row / patch.height()));
+  }
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(patch);
+  constexpr double room = 76.0;
+  painter.drawText(QRectF(patch.right() + 4.0, patch.top() - 2.0, room, patch.height() + 4.0),
+                   Qt::AlignLeft | Qt::AlignVCenter, "pale: data\nsay little");
+}
+
 }  // namespace
 
 PictureSize section_part(QSize drawing) {
@@ -179,7 +207,10 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
   const QRectF bar(geometry.picture.width - side_frame / 2.0, plot.plot().top(), colour_bar_width,
                    plot.plot().height());
   draw_colour_bar(painter, bar, picture.palette, picture.choices.min_res, picture.choices.max_res,
-                  "log10 ohm-m");
+                  QString::fromStdString(picture.quantity.unit));
+  if (!picture.visibility.empty()) {
+    paint_fading_entry(painter, picture, bar);
+  }
   painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
@@ -194,13 +225,15 @@ std::string section_text(const SectionPicture& picture, const OccamData& sites, 
   const SectionMapping& mapping = picture.geometry.mapping;
   const SectionRectangle* const block = picture.geometry.at(home.x(), home.y());
   std::string text = "Distance " + format_number(mapping.distance_at(home.x()), "0.0") + " m   Depth " +
-                     format_number(mapping.depth_at(home.y()), "0.0") + " m   Resistivity ";
+                     format_number(mapping.depth_at(home.y()), "0.0") + " m   " + picture.quantity.name + " ";
   if (block == nullptr) {
     text += "NA";
   } else {
     const auto value = static_cast<double>(block->value);
-    text += format_number(value, "0.00") + " log10 ohm-m (" + format_number(std::pow(10.0, value), "0.00") +
-            " ohm-m)";
+    text += format_number(value, "0.00") + " " + picture.quantity.unit;
+    if (picture.quantity.is_resistivity) {
+      text += " (" + format_number(std::pow(10.0, value), "0.00") + " ohm-m)";
+    }
   }
   for (int site = 0; site < sites.site_count(); ++site) {
     const auto offset = static_cast<double>(sites.site_offsets[static_cast<std::size_t>(site)]);

@@ -14,13 +14,23 @@
 
 namespace Module_occam {
 
+/// What the colours of a section stand for.
+struct SectionQuantity {
+  std::string name = "Resistivity";
+  std::string unit = "log10 ohm-m";
+  bool is_resistivity = true;
+};
+
 /// Everything that a picture of a section shows.
 struct SectionPicture {
   SectionGeometry geometry;
   SectionChoices choices;
   Palette palette = {};
   bool draw_mesh = false;
-  QString note;  // shown in the middle of a picture without rectangles
+  SectionQuantity quantity;
+  std::vector<double>
+      visibility;  // of each parameter, 0 to 1: how much of its colour a block keeps; empty: all
+  QString note;    // shown in the middle of a picture without rectangles
 };
 
 /// The part of a section that is in view. Places are shares of the whole, from 0 at the left and the top

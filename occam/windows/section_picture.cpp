@@ -2,6 +2,10 @@
 
 #include <QImage>
 #include <QPdfWriter>
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -23,6 +27,25 @@ namespace {
 
 constexpr int heading_height = 26;
 constexpr int heading_font_pixels = 13;
+
+/// 1, 2 or 5 times a power of ten that holds all values, decades either way; at most 2: more is as good as
+/// unknown.
+double end_of_colours(std::span<const double> decades) {
+  constexpr double most = 2.0;
+  double largest = 0.0;
+  for (const double value : decades) {
+    largest = std::max(largest, std::abs(value));
+  }
+  double power = 0.001;
+  for (; power < most; power *= 10.0) {
+    for (const double step : {1.0, 2.0, 5.0}) {
+      if (largest <= step * power) {
+        return std::min(step * power, most);
+      }
+    }
+  }
+  return most;
+}
 
 std::string shown_number(float value) { return value == no_data ? "NA" : format_number(value, "0.0000"); }
 
@@ -102,6 +125,20 @@ void place_curves(graph::PdfPages& pages, const OccamResponse& response, Respons
 
 }  // namespace
 
+SectionValues standard_error_values(std::vector<double> decades) {
+  const double upper = end_of_colours(decades);
+  return {std::move(decades), {0.0, upper}, {"Standard error about", "decades", false}};
+}
+
+SectionValues change_values(std::span<const double> now, std::span<const double> then, int base_iteration) {
+  SectionValues values;
+  std::ranges::transform(now, then, std::back_inserter(values.of_blocks), std::minus<>());
+  const double most = end_of_colours(values.of_blocks);
+  values.range = {-most, most};
+  values.quantity = {"Change since iteration " + std::to_string(base_iteration), "decades", false};
+  return values;
+}
+
 SectionPicture make_section_picture(RunView& view, const SectionLook& look, PictureSize size) {
   SectionPicture picture;
   picture.geometry.picture = size;
@@ -120,7 +157,15 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
     return picture;
   }
   picture.choices = *look.choices;
-  picture.geometry = view.section(*look.choices, size);
+  if (look.values) {
+    picture.choices.min_res = look.values->range.lower;
+    picture.choices.max_res = look.values->range.upper;
+    picture.quantity = look.values->quantity;
+    picture.geometry = section_geometry(view.results().model, look.values->of_blocks, picture.choices, size);
+  } else {
+    picture.geometry = view.section(*look.choices, size);
+  }
+  picture.visibility = look.visibility;
   if (picture.geometry.rectangles.empty()) {
     picture.note = QString("Iteration %1 can't be shown").arg(iteration);
   }
@@ -149,7 +194,8 @@ int save_section(RunView& view, const SectionLook& look, const std::string& path
       throw std::runtime_error(path + " ends neither in .png nor in .pdf");
     }
     graph::PictureFile file(QString::fromStdString(path));
-    (pdf ? write_pdf : write_png)(file, {picture, view.results().data, iteration_heading(view),
+    const std::string what = look.values ? "   " + look.values->quantity.name : std::string();
+    (pdf ? write_pdf : write_png)(file, {picture, view.results().data, iteration_heading(view) + what,
                                          QSize(size.width(), size.height() + heading_height)});
     file.finish();
   });

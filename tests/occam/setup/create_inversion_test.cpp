@@ -456,8 +456,8 @@ TEST_F(CreateInversionTest, An_earlier_inversion_is_kept_as_a_whole) {
     const FileLock inverting(run(inversion_lock_name));
     EXPECT_EQ(create_and_answer(true), -1);
     EXPECT_EQ(interface.take_messages(),
-              Messages{failed + "an inversion is running in " + run().parent_path().string() +
-                       "; stop it first or choose another folder"});
+              Messages{"An inversion is running in " + run().parent_path().string() +
+                       "; stop it first, or choose another folder"});
   }
   EXPECT_EQ(files(), before);
 

@@ -9,6 +9,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSpinBox>
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
@@ -161,6 +162,54 @@ class InversionWindowTest : public QObject {
     QCOMPARE(control<QComboBox>("Combo_iteration")->count(), before + 1);
     QVERIFY(!fs::exists(file("earlier_1")));
     QVERIFY(interface_->take_messages().empty());
+  }
+
+  void the_section_fades_and_shows_errors_and_changes() {
+    open({"2", "0.001", 0.001});
+    run_to_the_end();
+    const auto section = [this] { return control<QWidget>("Picture_model")->grab().toImage(); };
+    const QImage plain = section();
+    auto* const fade = control<QCheckBox>("Check_fade");
+    fade->setChecked(true);
+    QTRY_VERIFY_WITH_TIMEOUT(section() != plain, 30000);
+    const QImage faded = section();
+    fade->setChecked(false);
+    QCOMPARE(section(), plain);
+    fade->setChecked(true);  // it is known by now
+    QCOMPARE(section(), faded);
+    fade->setChecked(false);
+    // What is given up begins anew when it is wanted again.
+    control<QComboBox>("Combo_iteration")->setCurrentIndex(1);
+    const QImage first = section();
+    fade->setChecked(true);
+    fade->setChecked(false);
+    fade->setChecked(true);
+    QTRY_VERIFY_WITH_TIMEOUT(section() != first, 30000);
+    fade->setChecked(false);
+
+    auto* const shows = control<QComboBox>("Combo_section_shows");
+    auto* const picture = control<QWidget>("Picture_model");
+    const auto text = [&] {
+      QTest::mouseMove(picture, QPoint(5, 5));
+      QTest::mouseMove(picture, QPoint(picture->width() / 2, picture->height() / 2));
+      return control<QStatusBar>("Status_occam")->currentMessage();
+    };
+    shows->setCurrentIndex(1);
+    QTRY_VERIFY_WITH_TIMEOUT(text().contains("Standard error about 0."), 10000);
+    shows->setCurrentIndex(2);
+    QTRY_VERIFY(text().contains("Change since iteration 0 "));
+    control<QSpinBox>("Spin_base_iteration")->setValue(1);  // the one on show
+    QTRY_VERIFY2(text().contains("Change since iteration 1 0.00 decades"), qPrintable(text()));
+    QCOMPARE(control<QLineEdit>("Text_max_res_model")->text(), "0.00");
+    shows->setCurrentIndex(0);
+    QTRY_VERIFY(text().contains("Resistivity "));
+    QVERIFY(interface_->take_messages().empty());
+    control<QComboBox>("Combo_iteration")->setCurrentIndex(0);
+    fade->setChecked(true);
+    const QPointer<Form_occam_inversion> window(window_);
+    window_->close();  // in the middle of the work, which is nothing to ask about
+    QTRY_VERIFY_WITH_TIMEOUT(!window, 30000);
+    QVERIFY((*interface_)->questions.empty());
   }
 
   void earlier_iterations_are_asked_about() {
