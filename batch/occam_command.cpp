@@ -14,11 +14,16 @@ namespace Batch {
 namespace {
 
 using Module_occam::InversionInputs;
+using Module_occam::ModeChoice;
+
+constexpr const char* as_before = "as-before";
+constexpr const char* relative = "relative";
 
 struct OccamOptions {
   std::string survey;
   Module_database::LineSelection reading;
   InversionInputs inputs;
+  std::string errors;  // as_before or relative; blank: as is usual for the modes
   Module_output::RhoplusSettings rhoplus;
 };
 
@@ -47,7 +52,28 @@ int create_run(const OccamOptions& options) {
   return 0;
 }
 
+/// What is missing or too much in a run of one mode. Null if nothing is.
+const char* fault_of_one_mode(const OccamOptions& options) {
+  if (options.inputs.modes == ModeChoice::both) {
+    return nullptr;
+  }
+  if (options.reading.data_type.empty()) {
+    return "--data-type is required, unless --modes is both";
+  }
+  return options.inputs.te_res_error_floor.empty() && options.inputs.te_phase_error_floor.empty()
+             ? nullptr
+             : "--te-res-floor and --te-phase-floor need --modes both";
+}
+
 int run_occam(OccamOptions& options) {
+  if (const char* const fault = fault_of_one_mode(options)) {
+    user_interface().show_message(fault);
+    return status_wrong_usage;
+  }
+  if (!options.errors.empty()) {
+    options.inputs.errors =
+        options.errors == relative ? Module_occam::ErrorForm::relative : Module_occam::ErrorForm::as_before;
+  }
   std::string& directory = options.inputs.directory;
   directory = path_from_here(directory);
   Module_occam::InversionChoices choices;
@@ -71,7 +97,11 @@ void add_entries(Parser& parser, InversionInputs& inputs) {
       {"--rms", &InversionInputs::target_RMS, "misfit at which the inversion stops"},
       {"--res-floor", &InversionInputs::res_error_floor, "minimum error of a resistivity, percent"},
       {"--phase-floor", &InversionInputs::phase_error_floor,
-       "minimum error of a phase, percent of the phase"},
+       "minimum error of a phase: percent of the phase, or degrees with --errors relative"},
+      {"--te-res-floor", &InversionInputs::te_res_error_floor,
+       "with --modes both, minimum error of a TE resistivity, percent; blank: as TM"},
+      {"--te-phase-floor", &InversionInputs::te_phase_error_floor,
+       "with --modes both, minimum error of a TE phase; blank: as TM"},
       {"--layers", &InversionInputs::num_layers, "layers of the model, the padding at the bottom included"},
       {"--layers-per-decade", &InversionInputs::layers_per_decade, "layers per decade of depth"},
       {"--top-layer", &InversionInputs::top_layer, "thickness of the top layer, m"},
@@ -92,8 +122,9 @@ void add_entries(Parser& parser, InversionInputs& inputs) {
   parser.add_flag(
       "--by-distance", [&inputs] { inputs.positions = Module_occam::PositionSource::distances; },
       "positions of the stations along the line from the places of the sites, not from station numbers");
-  parser.add_switch_off("--standard-deviation", inputs.use_standard_error,
-                        "errors of resistivities as standard deviations, not by the standard error formula");
+  parser.add_switch_off(
+      "--standard-deviation", inputs.use_standard_error,
+      "errors as before: of resistivities as standard deviations, not by the standard error formula");
   parser.add_switch_off("--no-rhoplus", inputs.use_rhoplus_error,
                         "leave the misfit of one-dimensional inversion out of the errors");
   parser.add_switch_off("--no-static", inputs.apply_static, "leave static shift corrections out");
@@ -106,7 +137,17 @@ Command add_occam_command(Program& program) {
   Parser parser =
       program.add_command("occam", "Creates the run directory of a two-dimensional inversion of a line");
   add_survey_argument(parser, options->survey);
-  add_reading_options(parser, options->reading);
+  add_reading_options(parser, options->reading, DataTypeIs::optional);
+  parser.add_choice(
+      "--modes", options->inputs.modes, {{"current", ModeChoice::current_type}, {"both", ModeChoice::both}},
+      "current: the data type, EyHx as TE and others as TM; both: TE from EyHx and TM from ExHy");
+  parser
+      .add_option(
+          "--errors", options->errors,
+          "as-before, the default for one mode: a resistivity's error grows with the size of its "
+          "logarithm, 5 % giving 0.001 decades at 1 ohm-m and 0.15 at 1000; relative, the default for "
+          "both: the same share of every resistivity, and phase floors in degrees")
+      .one_of({as_before, relative});
   parser.add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
       .required();
   add_entries(parser, options->inputs);

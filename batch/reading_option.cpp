@@ -4,14 +4,16 @@ namespace Batch {
 
 std::vector<std::string> data_types() { return {"ExHx", "ExHy", "EyHx", "EyHy", "QP"}; }
 
-void add_reading_options(Parser& parser, Module_database::LineSelection& option) {
+void add_reading_options(Parser& parser, Module_database::LineSelection& option, DataTypeIs data_type) {
   parser.add_option("--line", option.line, "survey line, as 200E").required();
   parser.add_option("--reference", option.reference_type, reference_types_help)
       .required()
       .in_range(0, last_reference_type);
-  parser.add_option("--data-type", option.data_type, data_types_help)
-      .required()
-      .one_of_in_any_case(data_types());
+  Option type =
+      parser.add_option("--data-type", option.data_type, data_types_help).one_of_in_any_case(data_types());
+  if (data_type == DataTypeIs::required) {
+    type.required();
+  }
   parser.add_option("--dipole", option.dipole, "dipole length, m").required();
 }
 

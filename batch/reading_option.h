@@ -15,7 +15,10 @@ inline constexpr const char* data_types_help = "ExHx, ExHy, EyHx, EyHy or QP";
 inline constexpr int last_reference_type = 2;
 std::vector<std::string> data_types();
 
-/// Adds --line, --reference, --data-type and --dipole, all required.
-void add_reading_options(Parser& parser, Module_database::LineSelection& option);
+enum class DataTypeIs { required, optional };
+
+/// Adds --line, --reference, --data-type and --dipole, all required unless the data type is optional.
+void add_reading_options(Parser& parser, Module_database::LineSelection& option,
+                         DataTypeIs data_type = DataTypeIs::required);
 
 }  // namespace Batch

@@ -3,14 +3,24 @@
 // The bound is the multiplications and additions of the banded factorizations alone, nodes times twice the
 // square of the rows, at the rate of a bare loop that subtracts four columns from one in the cache. Items are
 // frequencies (both modes); how many there are in a second should not depend on their number.
+#include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numeric>
+#include <span>
+#include <utility>
 
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/beside_bound.h"
+#include "benchmarks/made_line.h"
+#include "numerics/section/banded_ldlt.h"
+#include "numerics/section/linear_response.h"
 #include "numerics/section/response.h"
 
 namespace {
+
+constexpr std::size_t air_rows_in_te = 10;
 
 numerics::section::Section blocks(std::size_t columns, std::size_t rows) {
   numerics::section::Section section;
@@ -64,9 +74,8 @@ void response(benchmark::State& state) {
   for (std::size_t f = 1; f < frequencies.size(); ++f) {
     frequencies[f] = 0.75 * frequencies[f - 1];
   }
-  constexpr std::size_t air = 10;
-  const double work =
-      static_cast<double>(frequencies.size()) * (operations(columns, rows) + operations(columns, rows + air));
+  const double work = static_cast<double>(frequencies.size()) *
+                      (operations(columns, rows) + operations(columns, rows + air_rows_in_te));
   constexpr std::size_t strip = 256;
   std::vector<double> target(strip);
   const std::vector<double> sources(4 * strip, 1.0);
@@ -94,6 +103,81 @@ BENCHMARK(response)
     ->Args({300, 100, 5})
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
+
+/// The least time of each of several pieces of work, as other work on the machine only ever adds to it.
+class LeastTimes {
+ public:
+  explicit LeastTimes(std::size_t pieces) : least_(pieces, std::numeric_limits<double>::infinity()) {}
+
+  void take(std::size_t piece, double seconds) { least_[piece] = std::min(least_[piece], seconds); }
+  [[nodiscard]] double sum() const { return std::accumulate(least_.begin(), least_.end(), 0.0); }
+
+ private:
+  std::vector<double> least_;
+};
+
+/// A system with the unknowns and the band of a mode's equations, not factored.
+void fill(numerics::section::BandedLdlt& system, const MadeLine& line, numerics::section::Mode mode) {
+  const std::size_t rows = line.section.rows() + (mode == numerics::section::Mode::te ? air_rows_in_te : 0);
+  const std::size_t unknowns = (line.section.columns() + 1) * rows;
+  const std::vector<std::size_t> diagonals = {0, 1, rows - 1, rows, rows + 1};
+  system.reset(unknowns, diagonals);
+  for (std::size_t unknown = 0; unknown < unknowns; ++unknown) {
+    system.add(unknown, 0, {8.0, 1.0});
+    for (std::size_t diagonal = 1; diagonal < diagonals.size(); ++diagonal) {
+      if (unknown + diagonals[diagonal] < unknowns) {
+        system.add(unknown, diagonal, {-1.0, 0.01 * static_cast<double>(unknown % 7)});
+      }
+    }
+  }
+}
+
+/// What an inversion asks of a line, beside the factorizations of its equations alone: the least time of each
+/// mode and frequency.
+void line_beside_factorizations(benchmark::State& state, bool derivatives) {
+  const MadeLine line = made_line({});
+  const auto input = numerics::section::check_input(line.section, line.sites, line.frequencies);
+  const auto requests = line.requests();
+  const numerics::section::Parameters parameters = {line.parameter_of_triangle,
+                                                    derivatives ? line.parameters : 0};
+  LeastTimes work(requests.size());
+  LeastTimes bound(requests.size());
+  numerics::section::BandedLdlt system;
+  std::vector<std::complex<double>> side;
+  for (auto _ : state) {
+    double before = cpu_seconds();
+    const auto take = [&](const numerics::section::ModeRequest& request, std::size_t site,
+                          const numerics::section::SiteResponse& response) {
+      benchmark::DoNotOptimize(response.impedance_change.data());
+      if (site == request.site_indices.back()) {
+        const double now = cpu_seconds();
+        work.take(static_cast<std::size_t>(&request - requests.data()), now - before);
+        before = now;
+      }
+    };
+    numerics::section::compute_linear_response(line.section, input, line.frequencies, requests, parameters,
+                                               take, {.threads = 1});
+    for (std::size_t i = 0; i < requests.size(); ++i) {
+      fill(system, line, requests[i].mode);
+      side.assign((line.section.columns() + 1) * (line.section.rows() + air_rows_in_te), 1.0);
+      const double start = cpu_seconds();
+      system.factor_and_solve(side);
+      bound.take(i, cpu_seconds() - start);
+    }
+    state.SetIterationTime(work.sum());
+  }
+  state.counters["work_ms"] = 1000.0 * work.sum();
+  state.counters["bound_ms"] = 1000.0 * bound.sum();
+  state.counters["ratio"] = work.sum() / bound.sum();
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(requests.size()));
+}
+
+void line_response(benchmark::State& state) { line_beside_factorizations(state, false); }
+void line_derivatives(benchmark::State& state) { line_beside_factorizations(state, true); }
+
+constexpr int turns = 20;  // enough for a least time on a machine that does other work
+BENCHMARK(line_response)->Iterations(turns)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(line_derivatives)->Iterations(turns)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 // heads it.
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <stdexcept>
 #include <string_view>
@@ -19,11 +20,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::ofstream(header, std::ios::binary) << text.substr(std::min(response_size + divider.size(), size));
   try {
     const OccamResponse read = read_response_file(response, header);
-    // The last place of all must be there, and it is the last one.
-    const OccamResponse::Row& last =
-        read.row(ResponseKind::phase, read.resp_sites(), read.resp_frequency_count());
-    if (&last != &read.resp_values.back()) {
-      std::abort();
+    // Numbers are those of the lists; the last row of all is found at its place.
+    for (const OccamResponse::FileRow& row : read.rows()) {
+      if (!read.has(row.type) || row.site_number > read.resp_sites() ||
+          row.frequency_number > read.resp_frequency_count()) {
+        std::abort();
+      }
+    }
+    if (!read.rows().empty()) {
+      const OccamResponse::FileRow& last = read.rows().back();
+      const OccamResponse::Row found = read.row(last.type, last.site_number, last.frequency_number);
+      if (std::memcmp(&found, &last.values, sizeof found) != 0) {
+        std::abort();
+      }
     }
   } catch (const std::runtime_error&) {  // texts that aren't a response
   }

@@ -14,6 +14,7 @@
 #include "formats/occam/mesh_file.h"
 #include "formats/occam/occam_data.h"
 #include "formats/occam/occam_model.h"
+#include "formats/occam/occam_response.h"
 
 namespace Module_occam {
 

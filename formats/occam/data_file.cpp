@@ -1,6 +1,5 @@
 #include "formats/occam/data_file.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -68,8 +67,8 @@ DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
   if (!read_row(input, items, read_number_list)) {
     throw std::runtime_error("the file ends behind " + std::to_string(count) + " of its rows");
   }
-  const DataRow row{integer_of(items[0]), integer_of(items[1]),
-                    static_cast<DataType>(std::clamp(integer_of(items[2]), 0, 255)), items[3], items[4]};
+  const DataRow row{integer_of(items[0]), integer_of(items[1]), static_cast<DataType>(integer_of(items[2])),
+                    items[3], items[4]};
   const auto check = [count](const char* what, int number, std::size_t highest) {
     if (number < 1 || static_cast<std::size_t>(number) > highest) {
       throw std::runtime_error("row " + std::to_string(count + 1) + " is of " + what + " " +

@@ -27,7 +27,10 @@ std::string general_number(double value, int digits, std::size_t width) {
     fraction /= 10.0;
   }
   if (exponent >= 0 && exponent <= digits) {
-    return written_number(value, std::chars_format::fixed, digits - exponent, width - blanks) + "    ";
+    const bool is_whole = exponent == digits;  // its point is written all the same
+    return written_number(value, std::chars_format::fixed, digits - exponent,
+                          width - blanks - (is_whole ? 1 : 0)) +
+           (is_whole ? "." : "") + "    ";
   }
   const std::string power = std::to_string(std::abs(exponent));
   return written_number(fraction, std::chars_format::fixed, digits, width - blanks) +

@@ -27,16 +27,15 @@ std::vector<double> numbers(TextInput& input, std::size_t count, const std::stri
 
 // The line that ends the blocks: "NO. EXCEPTIONS: 2". Name and description of the model are free texts.
 int exception_count(TextInput& input) {
-  constexpr std::size_t value_column = 19;
   constexpr int lines_before_layers = 9;
   for (int head = 0; head < lines_before_layers; ++head) {
     input.line();
   }
   std::string_view line;
   while (input.next(line)) {
-    if (upper_case(line).find(exceptions_label) != std::string::npos) {
-      return integer_value(line.find(':') == std::string_view::npos ? from_column(line, value_column)
-                                                                    : behind_colon(line));
+    if (const std::size_t label = upper_case(line).find(exceptions_label); label != std::string::npos) {
+      const std::string_view value = trimmed(line.substr(label + exceptions_label.size()));
+      return integer_value(value.starts_with(':') ? trimmed(value.substr(1)) : value);
     }
   }
   throw std::runtime_error("the file has no count of exceptions");

@@ -5,17 +5,15 @@
 
 #include "core/file_names.h"
 #include "core/text_fields.h"
-#include "formats/occam/data_type.h"
 #include "formats/occam/table_input.h"
 
 namespace Module_occam {
 
 namespace {
 
-constexpr std::size_t max_site_frequencies = std::size_t{1} << 22U;  // of a response; they take 128 MB
+constexpr std::size_t max_site_frequencies = std::size_t{1} << 22U;  // each is a line of the fit table
 constexpr std::size_t row_items = 7;
 constexpr std::size_t data_row_items = 5;
-constexpr auto resistivity_type = static_cast<double>(DataType::tm_resistivity);
 
 // Positions of the items in a response row and a data row.
 constexpr std::size_t site_item = 0;
@@ -98,20 +96,18 @@ int number_within(double value, int highest, const char* what) {
 template <class ValuesOf>
 OccamResponse store_rows(TableHeader& header, const ResponseRows& rows, ValuesOf values_of) {
   OccamResponse response = empty_response(header);
-  if ((response.resp_offsets.size() + 1) * (response.resp_frequencies.size() + 1) > max_site_frequencies) {
+  if (response.resp_offsets.size() * response.resp_frequencies.size() > max_site_frequencies) {
     throw std::runtime_error("there are too many sites and frequencies");
   }
-  response.assign_no_data();
+  std::vector<OccamResponse::FileRow> stored;
+  stored.reserve(rows.size());
   for (const Row<row_items>& row : rows) {
     const int site = number_within(row[site_item], response.resp_sites(), "site");
     const int frequency = number_within(row[frequency_item], response.resp_frequency_count(), "frequency");
-    const int type = integer_of(row[type_item]);
-    const ResponseKind kind =
-        row[type_item] == resistivity_type ? ResponseKind::resistivity : ResponseKind::phase;
-    const OccamResponse::Row values = values_of(row);
-    response.row(kind, site, frequency) = values;
-    response.rows.push_back({site, frequency, type, values});
+    const auto type = static_cast<DataType>(integer_of(std::nearbyint(row[type_item])));
+    stored.push_back({site, frequency, type, values_of(row)});
   }
+  response.set_rows(std::move(stored));
   return response;
 }
 

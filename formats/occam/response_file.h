@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "formats/occam/occam_data.h"
+#include "formats/occam/occam_response.h"
 
 namespace Module_occam {
 

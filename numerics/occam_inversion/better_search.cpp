@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <optional>
 
 #include "numerics/occam_inversion/search.h"
 
@@ -99,26 +101,55 @@ class Minimum {
   double target_;
 };
 
-// Looks for the largest multiplier at which steps of one length still fit.
+// Looks for the largest multiplier at which steps of one length still fit, among models smoother than a
+// bound.
 class LargestThatFits {
  public:
-  LargestThatFits(Trials& trials, double share, double target)
-      : trials_(trials), share_(share), target_(target) {}
+  LargestThatFits(Trials& trials, double share, double target, double bound)
+      : trials_(trials), share_(share), target_(target), bound_(bound) {}
 
-  /// None if the misfit rises before it comes down to the target.
+  /// None if the misfit rises, or the model gets as rough as the bound, before it comes down to the target.
   const Trial* find(double from) {
-    const Trial* first = &at(from);
-    return fits(*first) ? upwards(*first) : downwards(*first);
+    double x = from;
+    double rough = from;
+    for (double step = first_step; !is_smooth(x); step *= growth) {
+      rough = x;
+      x += step;
+      if (!inside(x)) {
+        return nullptr;
+      }
+    }
+    const Trial& first = at(x > from ? nearest_smooth(rough, x) : x);
+    return fits(first) ? upwards(first) : downwards(first);
   }
+
+  /// Of all trials so far.
+  [[nodiscard]] double least_misfit() const { return least_misfit_; }
 
  private:
   static constexpr double first_step = 0.15;  // decades
   static constexpr double growth = 1.5;
   static constexpr double near_target = 2e-4;        // of the target
   static constexpr double shortest_interval = 1e-3;  // decades: the misfit may jump where the host changes
+  static constexpr double near_bound = 0.02;         // decades
 
-  const Trial& at(double x) { return trials_.at(x, share_); }
+  const Trial& at(double x) {
+    const Trial& trial = trials_.at(x, share_);
+    least_misfit_ = std::min(least_misfit_, trial.misfit());
+    return trial;
+  }
+  // Needs no response.
+  [[nodiscard]] bool is_smooth(double x) const { return trials_.roughness_at(x, share_) < bound_; }
   [[nodiscard]] bool fits(const Trial& trial) const { return trial.misfit() <= target_; }
+
+  // The least multiplier between them that is still smooth.
+  [[nodiscard]] double nearest_smooth(double rough, double smooth) const {
+    while (smooth - rough > near_bound) {
+      const double middle = 0.5 * (rough + smooth);
+      (is_smooth(middle) ? smooth : rough) = middle;
+    }
+    return smooth;
+  }
 
   const Trial* upwards(const Trial& first) {
     const Trial* fitting = &first;
@@ -136,9 +167,20 @@ class LargestThatFits {
 
   const Trial* downwards(const Trial& first) {
     const Trial* above = &first;
-    double step = first_step;
-    while (inside(above->log10_multiplier - step)) {
-      const Trial& next = at(above->log10_multiplier - step);
+    bool at_bound = false;
+    for (double step = first_step; !at_bound; step *= growth) {
+      double x = above->log10_multiplier - step;
+      if (!inside(x)) {
+        return nullptr;
+      }
+      if (!is_smooth(x)) {
+        x = nearest_smooth(x, above->log10_multiplier);
+        at_bound = true;
+      }
+      if (x == above->log10_multiplier) {
+        return nullptr;
+      }
+      const Trial& next = at(x);
       if (fits(next)) {
         return &between(next, *above);
       }
@@ -146,17 +188,17 @@ class LargestThatFits {
         return nullptr;
       }
       above = &next;
-      step *= growth;
     }
     return nullptr;
   }
 
-  // Regula falsi, with the weight of an end that stays halved (Illinois).
+  // Regula falsi, with the weight of an end halved that stays twice in a row (Illinois).
   const Trial& between(const Trial& fitting, const Trial& above) {
     const Trial* low = &fitting;
     const Trial* high = &above;
     double low_excess = low->misfit() - target_;
     double high_excess = high->misfit() - target_;
+    std::optional<bool> last_fitted;
     while (target_ - low->misfit() > near_target * target_ &&
            high->log10_multiplier - low->log10_multiplier > shortest_interval) {
       const double width = high->log10_multiplier - low->log10_multiplier;
@@ -164,15 +206,13 @@ class LargestThatFits {
       const double aim = low_excess + 0.5 * near_target * target_;
       const double part = std::clamp(-aim / (high_excess - low_excess), 0.05, 0.95);
       const Trial& next = at(low->log10_multiplier + part * width);
-      if (fits(next)) {
-        low = &next;
-        low_excess = next.misfit() - target_;
-        high_excess *= 0.5;
-      } else {
-        high = &next;
-        high_excess = next.misfit() - target_;
-        low_excess *= 0.5;
+      const bool next_fits = fits(next);
+      (next_fits ? low : high) = &next;
+      (next_fits ? low_excess : high_excess) = next.misfit() - target_;
+      if (last_fitted == next_fits) {
+        (next_fits ? high_excess : low_excess) *= 0.5;
       }
+      last_fitted = next_fits;
     }
     return *low;
   }
@@ -180,11 +220,14 @@ class LargestThatFits {
   Trials& trials_;
   double share_;
   double target_;
+  double bound_;
+  double least_misfit_ = Trial::no_model;
 };
 
 // The trial that fits found above is the lower end of a root search at its own step length.
 SearchEnd smoothest_from(Trials& trials, const Trial& fitting, double target) {
-  const Trial* smoothest = LargestThatFits(trials, fitting.share, target).find(fitting.log10_multiplier);
+  constexpr double any = std::numeric_limits<double>::infinity();
+  const Trial* smoothest = LargestThatFits(trials, fitting.share, target, any).find(fitting.log10_multiplier);
   return {smoothest, smoothest->log10_multiplier, true};
 }
 
@@ -209,13 +252,22 @@ SearchEnd search_minimum(Trials& trials, const SearchStart& start) {
 }
 
 SearchEnd search_smoother(Trials& trials, const SearchStart& start) {
+  constexpr double worth_a_shorter_step = 1e-3;  // of the roughness
+  double bound = start.roughness;
   double share = 1.0;
-  for (int cut = 0; cut <= start.most_cuts; ++cut) {
-    const Trial* found = LargestThatFits(trials, share, start.target).find(start.log10_multiplier);
+  double least_misfit = Trial::no_model;
+  for (int cut = 0; cut < std::max(start.most_cuts, 1); ++cut) {
+    LargestThatFits search(trials, share, start.target, bound);
+    const Trial* found = search.find(start.log10_multiplier);
     if (found != nullptr && found->roughness < start.roughness) {
       return {found, found->log10_multiplier, true};
     }
+    if (search.least_misfit() >= least_misfit) {
+      break;  // a shorter step fits no better
+    }
+    least_misfit = search.least_misfit();
     share *= 0.5;
+    bound = (1.0 - worth_a_shorter_step) * start.roughness;
   }
   return {nullptr, start.log10_multiplier, true};
 }
@@ -223,7 +275,9 @@ SearchEnd search_smoother(Trials& trials, const SearchStart& start) {
 }  // namespace
 
 SearchEnd search_better(Trials& trials, const SearchStart& start) {
-  return start.target_reached ? search_smoother(trials, start) : search_minimum(trials, start);
+  SearchStart inside = start;
+  inside.log10_multiplier = std::clamp(start.log10_multiplier, lowest_multiplier, highest_multiplier);
+  return start.target_reached ? search_smoother(trials, inside) : search_minimum(trials, inside);
 }
 
 }  // namespace numerics::occam_inversion

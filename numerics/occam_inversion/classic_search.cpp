@@ -216,7 +216,7 @@ SearchEnd search_classic(Trials& trials, const SearchStart& start) {
   constexpr double allowed_growth = 1.01;  // of the roughness, once the target was reached
   double share = 1.0;
   double from = start.log10_multiplier;
-  for (int cut = 0; cut < start.most_cuts; ++cut, share *= 0.5) {
+  for (int cut = 0; cut < std::max(start.most_cuts, 1); ++cut, share *= 0.5) {
     Curve curve(trials, share);
     const Bracket bracket = bracket_minimum(curve, from);
     const Point minimum = bracket.middle.f < start.target ? bracket.middle : refine_minimum(curve, bracket);

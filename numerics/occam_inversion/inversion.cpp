@@ -12,8 +12,10 @@ namespace {
 constexpr double huber_limit = 1.5;  // errors: Huber (1964), Ann. Math. Stat. 35, 73-101
 constexpr double perfectly_smooth = 1e-5;
 constexpr double near_target = 1.01;
-constexpr double hardly_smoother = 1e-3;  // a roughness that falls by less twice in a row falls no more
-constexpr double no_step = 1e-3;          // decades
+// A roughness, or a misfit above the target, that falls by less twice in a row falls no more.
+constexpr double hardly_smoother = 1e-3;
+constexpr double hardly_nearer = 1e-4;
+constexpr double no_step = 1e-3;  // decades
 
 double residual(const Problem& problem, std::span<const double> modelled, std::size_t row) {
   return (problem.data[row] - modelled[row]) / std::abs(problem.errors[row]);
@@ -49,6 +51,9 @@ class Inversion {
     try {
       begin();
       tell();
+      if (last_.state.target_reached && is_perfectly_smooth()) {
+        return {Ending::perfectly_smooth, last_};
+      }
       const int last_number = last_.state.iteration + settings_.most_iterations;
       while (last_.state.iteration < last_number) {
         if (const auto ending = iterate()) {
@@ -75,17 +80,18 @@ class Inversion {
   void begin() {
     Fit fit = respond(last_.state.model);
     last_.rms = fit.rms;
+    last_.modelled = std::move(fit.modelled);
+    last_.state.roughness = roughness_.of(last_.state.model);
     misfit_ = fit.misfit;
     if (last_.state.iteration == 0) {
       last_.state.log10_multiplier = State().log10_multiplier;
       last_.state.target_reached = misfit_ <= settings_.target_rms;
     }
-    // From iteration 0 on any roughness is better than none known.
-    last_roughness_ = last_.state.iteration == 0 && !last_.state.target_reached
-                          ? std::numeric_limits<double>::infinity()
-                          : roughness_.of(last_.state.model);
-    last_.state.roughness = roughness_.of(last_.state.model);
-    last_.modelled = std::move(fit.modelled);
+    // A file has fewer digits than the model had; a target that was lowered since is to be reached again.
+    last_.state.target_reached = last_.state.target_reached && fits();
+    if (last_.state.previous) {
+      count_gain(*last_.state.previous);
+    }
   }
 
   Fit respond(std::span<const double> model) const {
@@ -100,41 +106,50 @@ class Inversion {
     Trials trials(
         *models, roughness_, last_.state.model, settings_.rules,
         [this](std::span<const double> model) { return respond(model); }, listener_.trial);
-    const SearchStart start{last_.state.log10_multiplier, misfit_,         settings_.target_rms,
-                            last_.state.target_reached,   last_roughness_, settings_.most_cuts};
+    const SearchStart start{last_.state.log10_multiplier, misfit_,
+                            settings_.target_rms,         last_.state.target_reached,
+                            last_.state.roughness,        settings_.most_cuts};
     const SearchEnd end =
         settings_.search == Search::better ? search_better(trials, start) : search_classic(trials, start);
     if (end.accepted == nullptr || end.accepted->model.empty()) {  // no multiplier gave a model
       return start.target_reached ? Ending::smooth_and_fitting : Ending::no_better_fit;
     }
     const Trial& accepted = *end.accepted;
-    const bool was_reached = last_.state.target_reached;
-    const auto falls_hardly = [](double roughness, double before) {
-      return roughness > (1.0 - hardly_smoother) * before;
-    };
-    hardly_smoother_ = was_reached && falls_hardly(accepted.roughness, last_roughness_) &&
-                       last_.state.roughness_before &&
-                       falls_hardly(last_roughness_, *last_.state.roughness_before);
+    const Previous previous{misfit_, last_.state.roughness, last_.state.target_reached};
     last_ = {{last_.state.iteration + 1, accepted.model, end.log10_multiplier, accepted.roughness,
-              end.target_reached, was_reached ? std::optional(last_roughness_) : std::nullopt},
+              end.target_reached, previous},
              accepted.fit.rms,
              accepted.fit.modelled,
              trials.step_of(accepted),
              trials.count()};
     misfit_ = accepted.misfit();
-    last_roughness_ = accepted.roughness;
+    count_gain(previous);
     return std::nullopt;
   }
 
+  // The last model's gain: while the target is reached in the roughness, before in the misfit.
+  void count_gain(const Previous& previous) {
+    const bool smoothing = previous.target_reached;
+    const double fall =
+        smoothing ? 1.0 - last_.state.roughness / previous.roughness : 1.0 - misfit_ / previous.misfit;
+    small_gains_ = fall < (smoothing ? hardly_smoother : hardly_nearer) ? small_gains_ + 1 : 0;
+  }
+
+  [[nodiscard]] bool fits() const { return misfit_ <= near_target * settings_.target_rms; }
+  [[nodiscard]] bool is_perfectly_smooth() const {
+    return fits() && last_.state.roughness < perfectly_smooth;
+  }
+
   [[nodiscard]] std::optional<Ending> is_finished() const {
-    const bool fits = misfit_ <= near_target * settings_.target_rms;
-    if (fits && last_.state.roughness < perfectly_smooth) {
+    if (is_perfectly_smooth()) {
       return Ending::perfectly_smooth;
     }
-    if (fits && (last_.step < no_step || hardly_smoother_)) {
+    // The classic search lets the roughness rise again, and goes on.
+    const bool has_settled = settings_.search == Search::better && small_gains_ >= 2;
+    if (fits() && (last_.step < no_step || has_settled)) {
       return Ending::smooth_and_fitting;
     }
-    return std::nullopt;
+    return has_settled ? std::optional(Ending::no_better_fit) : std::nullopt;
   }
 
   const Problem& problem_;
@@ -143,8 +158,7 @@ class Inversion {
   const Listener& listener_;
   Iteration last_;
   double misfit_ = 0.0;  // of the last model, as the search goes by it
-  double last_roughness_ = 0.0;
-  bool hardly_smoother_ = false;  // twice in a row
+  int small_gains_ = 0;  // in a row
 };
 
 }  // namespace

@@ -45,6 +45,13 @@ struct Settings {
   std::size_t threads = 0;  // 0: as many as the machine has cores
 };
 
+/// The model before the last one, against which that one's gain is measured.
+struct Previous {
+  double misfit = 0.0;
+  double roughness = 0.0;
+  bool target_reached = false;
+};
+
 /// From where an inversion goes on, as its files keep it.
 struct State {
   int iteration = 0;
@@ -52,7 +59,7 @@ struct State {
   double log10_multiplier = 5.0;  // where the last search ended
   double roughness = 1e10;        // of the last model
   bool target_reached = false;
-  std::optional<double> roughness_before;  // of the model before, if that one had reached the target
+  std::optional<Previous> previous;
 };
 
 struct Iteration {

@@ -10,9 +10,32 @@
 
 #include "numerics/parallel_jobs.h"
 
+// Of the BLAS that is loaded, or null: OpenBLAS has its own threads, those of OpenMP have them by caller.
+extern "C" {
+__attribute__((weak)) void openblas_set_num_threads(int count);
+__attribute__((weak)) void omp_set_num_threads(int count);
+}
+
 namespace numerics::occam_inversion {
 
 namespace {
+
+// The threads are ours, over panels: those of a BLAS sum in another order for each number of them, and take
+// the cores from one another. To be called in each thread that multiplies.
+void use_one_blas_thread() {
+  [[maybe_unused]] static const bool of_the_process = [] {
+    if (openblas_set_num_threads != nullptr) {
+      openblas_set_num_threads(1);
+    }
+    return true;
+  }();
+  [[maybe_unused]] thread_local const bool of_the_caller = [] {
+    if (omp_set_num_threads != nullptr) {
+      omp_set_num_threads(1);
+    }
+    return true;
+  }();
+}
 
 using Eigen::Index;
 using Matrix = Eigen::MatrixXd;
@@ -58,27 +81,38 @@ Vector prejudice_side(const Roughness& roughness) {
   return side;
 }
 
-constexpr Index panel = 128;  // columns of a product that one thread makes at a time
+// Calls job(first, width) for panels of columns, on threads. @return false if stopped
+template <class Job>
+bool by_panels(Index columns, std::size_t threads, const Job& job,
+               const std::function<bool(double)>& progress = {}) {
+  constexpr Index panel = 128;  // whatever the number of threads, so that it doesn't change a sum
+  return run_jobs(
+      static_cast<std::size_t>((columns + panel - 1) / panel), threads,
+      [&](std::size_t item, std::size_t /*thread*/) {
+        use_one_blas_thread();
+        const Index first = index(item) * panel;
+        job(first, std::min(panel, columns - first));
+      },
+      progress);
+}
 
-std::size_t panels(Index columns) { return static_cast<std::size_t>((columns + panel - 1) / panel); }
-
-// The lower half of left * right, a panel of columns at a time.
+// The lower half of left * right.
 template <class Left, class Right>
 Matrix lower_product(const Left& left, const Right& right, std::size_t threads) {
   Matrix product(left.rows(), right.cols());
-  const Index count = product.cols();
-  run_jobs(panels(count), threads,
-           [&](std::size_t item, std::size_t /*thread*/) {
-             const Index first = index(item) * panel;
-             const Index width = std::min(panel, count - first);
-             product.block(first, first, product.rows() - first, width).noalias() =
-                 left.bottomRows(left.rows() - first) * right.middleCols(first, width);
-           },
-           {});
+  by_panels(product.cols(), threads, [&](Index first, Index width) {
+    product.block(first, first, product.rows() - first, width).noalias() =
+        left.bottomRows(left.rows() - first) * right.middleCols(first, width);
+  });
   return product;
 }
 
 using Factor = Eigen::LLT<Eigen::Ref<Matrix>>;  // in the place of the matrix
+
+Factor factorize(Matrix& system) {
+  use_one_blas_thread();
+  return Factor(system);
+}
 
 void require_definite(const Factor& factor) {
   if (factor.info() != Eigen::Success) {
@@ -92,11 +126,9 @@ std::optional<std::vector<double>> roots_by_panels(Index parameters, const Squar
                                                    std::size_t threads,
                                                    const std::function<bool(double)>& progress) {
   Vector roots(parameters);
-  const bool all = run_jobs(
-      panels(parameters), threads,
-      [&](std::size_t item, std::size_t /*thread*/) {
-        const Index first = index(item) * panel;
-        const Index width = std::min(panel, parameters - first);
+  const bool all = by_panels(
+      parameters, threads,
+      [&](Index first, Index width) {
         roots.segment(first, width) = squares(first, width).cwiseMax(0.0).cwiseSqrt();
       },
       progress);
@@ -121,7 +153,7 @@ class ModelSpace : public LinearModels {
   [[nodiscard]] std::optional<std::vector<double>> at(double log10_multiplier) const override {
     const double multiplier = std::pow(10.0, log10_multiplier);
     Matrix system = system_of(multiplier);
-    const Factor factor(system);
+    const Factor factor = factorize(system);
     if (factor.info() != Eigen::Success) {
       return std::nullopt;
     }
@@ -132,7 +164,7 @@ class ModelSpace : public LinearModels {
   [[nodiscard]] std::optional<std::vector<double>> standard_errors(
       double log10_multiplier, const std::function<bool(double)>& progress) const override {
     Matrix system = system_of(std::pow(10.0, log10_multiplier));
-    const Factor factor(system);
+    const Factor factor = factorize(system);
     require_definite(factor);
     const Index n = square_.cols();
     const auto squares = [&](Index first, Index width) {
@@ -184,14 +216,10 @@ class DataSpace : public LinearModels {
     constexpr double ground = 1.0;  // as large as a link's weight is as a rule
     const Eigen::SimplicialLDLT<SparseMatrix> inverse(roughness_matrix(roughness, grounded, ground));
     spread_.resize(n, data_count);
-    run_jobs(panels(data_count), threads,
-             [&](std::size_t item, std::size_t /*thread*/) {
-               const Index first = index(item) * panel;
-               const Index width = std::min(panel, data_count - first);
-               spread_.middleCols(first, width) =
-                   inverse.solve(sensitivities.middleRows(first, width).transpose().eval());
-             },
-             {});
+    by_panels(data_count, threads, [&](Index first, Index width) {
+      spread_.middleCols(first, width) =
+          inverse.solve(sensitivities.middleRows(first, width).transpose().eval());
+    });
     square_ = lower_product(sensitivities, spread_, threads);
     constants_ = Matrix::Zero(data_count, index(grounded.size()));
     for (Index parameter = 0; parameter < n; ++parameter) {
@@ -205,7 +233,7 @@ class DataSpace : public LinearModels {
 
   [[nodiscard]] std::optional<std::vector<double>> at(double log10_multiplier) const override {
     Matrix system = system_of(log10_multiplier);
-    const Factor factor(system);
+    const Factor factor = factorize(system);
     if (factor.info() != Eigen::Success) {
       return std::nullopt;
     }
@@ -229,7 +257,7 @@ class DataSpace : public LinearModels {
   [[nodiscard]] std::optional<std::vector<double>> standard_errors(
       double log10_multiplier, const std::function<bool(double)>& progress) const override {
     Matrix system = system_of(log10_multiplier);
-    const Factor factor(system);
+    const Factor factor = factorize(system);
     require_definite(factor);
     const Matrix solved_constants = factor.solve(constants_);
     const Eigen::CompleteOrthogonalDecomposition<Matrix> small(constants_.transpose() * solved_constants);
@@ -296,6 +324,7 @@ Space cheaper_space(std::size_t data, std::size_t parameters) {
 
 std::unique_ptr<LinearModels> linear_models(LinearProblem problem, const Roughness& roughness, Space space,
                                             std::size_t threads) {
+  use_one_blas_thread();
   if (space == Space::data) {
     return std::make_unique<DataSpace>(problem, roughness, threads);
   }

@@ -16,11 +16,30 @@ void ModelRules::apply(std::vector<double>& model) const {
   }
 }
 
-const std::optional<std::vector<double>>& Trials::model_at(double log10_multiplier) {
+const std::optional<std::vector<double>>& Trials::full_step_to(double log10_multiplier) {
   const auto known = model_of_multiplier_.find(log10_multiplier);
   return known != model_of_multiplier_.end()
              ? known->second
              : model_of_multiplier_.emplace(log10_multiplier, models_.at(log10_multiplier)).first->second;
+}
+
+// Empty if there is none.
+std::vector<double> Trials::model_of(double log10_multiplier, double share) {
+  const auto& target = full_step_to(log10_multiplier);
+  if (!target) {
+    return {};
+  }
+  std::vector<double> model = start_;
+  for (std::size_t p = 0; p < model.size(); ++p) {
+    model[p] += share * ((*target)[p] - start_[p]);
+  }
+  rules_.apply(model);
+  return model;
+}
+
+double Trials::roughness_at(double log10_multiplier, double share) {
+  const std::vector<double> model = model_of(log10_multiplier, share);
+  return model.empty() ? std::numeric_limits<double>::infinity() : roughness_.of(model);
 }
 
 const Trial& Trials::at(double log10_multiplier, double share) {
@@ -31,12 +50,8 @@ const Trial& Trials::at(double log10_multiplier, double share) {
   Trial trial;
   trial.log10_multiplier = log10_multiplier;
   trial.share = share;
-  if (const auto& model = model_at(log10_multiplier)) {
-    trial.model = start_;
-    for (std::size_t p = 0; p < start_.size(); ++p) {
-      trial.model[p] += share * ((*model)[p] - start_[p]);
-    }
-    rules_.apply(trial.model);
+  trial.model = model_of(log10_multiplier, share);
+  if (!trial.model.empty()) {
     ++count_;
     trial.fit = respond_(trial.model);
     trial.roughness = roughness_.of(trial.model);

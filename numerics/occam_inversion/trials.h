@@ -62,6 +62,8 @@ class Trials {
 
   /// @param share  of the step from the start to the model of the multiplier, 1 for all of it
   const Trial& at(double log10_multiplier, double share);
+  /// Of the model of such a trial, without its response; infinite if there is none.
+  [[nodiscard]] double roughness_at(double log10_multiplier, double share);
 
   /// Responses computed so far.
   [[nodiscard]] std::size_t count() const { return count_; }
@@ -71,7 +73,8 @@ class Trials {
   [[nodiscard]] double step_of(const Trial& trial) const;
 
  private:
-  const std::optional<std::vector<double>>& model_at(double log10_multiplier);
+  const std::optional<std::vector<double>>& full_step_to(double log10_multiplier);
+  std::vector<double> model_of(double log10_multiplier, double share);
 
   const LinearModels& models_;
   const Roughness& roughness_;

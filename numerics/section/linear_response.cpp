@@ -68,51 +68,77 @@ using CornerChange = std::array<Complex, corners>;
 class CellChanges {
  public:
   CellChanges(const ModeField& field, std::size_t column, std::size_t row)
-      : field_(field), column_(column), row_(row) {
+      : field_(field), column_(column), row_(row), is_even_(is_even(cell())) {
     const ModeMesh& mesh = field.mesh();
-    const CellMatrix k = cell_matrix(coefficients(mesh.mode, mesh.cell(column, row), field.frequency()),
-                                     mesh.widths[column], mesh.heights[row]);
-    const Complex inverse = reciprocal(k.centre);
+    Complex inverse;
+    Complex load;  // of the centre
+    if (is_even_) {
+      const EvenCellMatrix k =
+          even_cell_matrix(coefficient(mesh.mode, cell()[0], field.frequency()), width(), height());
+      inverse = reciprocal(k.centre);
+      to_centre_.fill(product(k.to_centre, inverse));
+      load = product(width() * load_factor(mesh, field.frequency(), cell()[0], row),
+                     field.even_loads()[row][centre]);
+    } else {
+      const CellMatrix k = cell_matrix(coefficients(mesh.mode, cell(), field.frequency()), width(), height());
+      inverse = reciprocal(k.centre);
+      for (std::size_t i = 0; i < corners; ++i) {
+        to_centre_[i] = product(k.to_centre[i], inverse);
+      }
+      load = cell_load(mesh, field.primary(), field.frequency(), column, row)[centre];
+    }
     field_here_ = field.secondary_at_corners(column, row);
-    field_here_[centre] =
-        product(inverse, cell_load(mesh, field.primary(), field.frequency(), column, row)[centre]);
+    field_here_[centre] = product(inverse, load);
     for (std::size_t i = 0; i < corners; ++i) {
-      to_centre_[i] = product(k.to_centre[i], inverse);
       field_here_[centre] -= product(to_centre_[i], field_here_[i]);
     }
   }
 
-  /// What a change of the conductivities of triangles (S/m, 0 for none) does: the derivative of the load less
-  /// that of the matrix times the field.
+  [[nodiscard]] bool has_one_conductivity() const { return is_even_; }
+
+  /// What a change of the conductivity of the whole cell does, which has one conductivity: the derivative of
+  /// the load less that of the matrix times the field. S/m
+  [[nodiscard]] CornerChange change(double conductivity_change) const {
+    const TriangleChange by = triangle_change(cell()[0], conductivity_change);
+    CellLoad residual;
+    for (std::size_t i = 0; i < residual.size(); ++i) {
+      residual[i] = product(width() * by.load, field_.even_loads()[row_][i]);
+    }
+    even_cell_matrix(by.matrix, width(), height()).subtract_product(field_here_, residual);
+    return at_corners(residual);
+  }
+
+  /// The same for changes of the conductivities of triangles; 0 for none.
   [[nodiscard]] CornerChange change(const std::array<double, 4>& conductivity_changes) const {
-    const ModeMesh& mesh = field_.mesh();
-    const Frequency& frequency = field_.frequency();
-    Coefficients matrix_change;
+    Coefficients matrix_change = {};
     CellLoad residual = {};
     for (std::size_t t = 0; t < conductivity_changes.size(); ++t) {
-      if (conductivity_changes[t] == 0.0) {
-        continue;
+      if (conductivity_changes[t] != 0.0) {
+        const TriangleChange by = triangle_change(cell()[t], conductivity_changes[t]);
+        matrix_change[t] = by.matrix;
+        add_unit_load(field_.mesh(), field_.primary(), field_.frequency(), t, row_, width(), by.load,
+                      residual);
       }
-      Complex factor = conductivity_changes[t];
-      if (mesh.mode == Mode::te) {
-        matrix_change.mass[t] = {0.0, conductivity_changes[t] * frequency.omega_mu()};
-      } else {
-        const Complex resistivity = reciprocal(frequency.admittivity(mesh.cell(column_, row_)[t]));
-        const Complex square = conductivity_changes[t] * product(resistivity, resistivity);
-        matrix_change.stiffness[t] = -square;
-        factor = product(field_.primary().rows[row_].admittivity, square);
-      }
-      add_unit_load(mesh, field_.primary(), frequency, t, column_, row_, factor, residual);
     }
-    subtract_product(cell_matrix(matrix_change, mesh.widths[column_], mesh.heights[row_]), residual);
-    CornerChange result;
-    for (std::size_t i = 0; i < corners; ++i) {
-      result[i] = residual[i] - product(to_centre_[i], residual[centre]);
-    }
-    return result;
+    subtract_product(cell_matrix(matrix_change, width(), height()), residual);
+    return at_corners(residual);
   }
 
  private:
+  struct TriangleChange {
+    Coefficient matrix;
+    Complex load;  // of what its unit load is multiplied by
+  };
+
+  [[nodiscard]] TriangleChange triangle_change(double conductivity, double change) const {
+    if (field_.mesh().mode == Mode::te) {
+      return {{0.0, {0.0, change * field_.frequency().omega_mu()}}, change};
+    }
+    const Complex resistivity = reciprocal(field_.frequency().admittivity(conductivity));
+    const Complex square = change * product(resistivity, resistivity);
+    return {{-square, 0.0}, product(field_.primary().rows[row_].admittivity, square)};
+  }
+
   void subtract_product(const CellMatrix& k, CellLoad& residual) const {
     residual[centre] -= product(k.centre, field_here_[centre]);
     for (std::size_t i = 0; i < corners; ++i) {
@@ -125,9 +151,22 @@ class CellChanges {
     }
   }
 
+  [[nodiscard]] CornerChange at_corners(const CellLoad& residual) const {
+    CornerChange result;
+    for (std::size_t i = 0; i < corners; ++i) {
+      result[i] = residual[i] - product(to_centre_[i], residual[centre]);
+    }
+    return result;
+  }
+
+  [[nodiscard]] const Cell& cell() const { return field_.mesh().cell(column_, row_); }
+  [[nodiscard]] double width() const { return field_.mesh().widths[column_]; }
+  [[nodiscard]] double height() const { return field_.mesh().heights[row_]; }
+
   const ModeField& field_;
   std::size_t column_;
   std::size_t row_;
+  bool is_even_;
   CellLoad field_here_;
   std::array<Complex, corners> to_centre_;
 };
@@ -135,21 +174,17 @@ class CellChanges {
 // Derivatives of several sides by all parameters, those of one parameter beside one another.
 class ParameterSums {
  public:
-  ParameterSums(std::size_t parameters, std::size_t stride)
-      : stride_(stride), real_(parameters * stride), imaginary_(parameters * stride) {}
+  void reset(std::size_t parameters, std::size_t stride) {
+    stride_ = stride;
+    real_.assign(parameters * stride, 0.0);
+    imaginary_.assign(parameters * stride, 0.0);
+  }
 
-  /// Adds change times the values of all sides at an unknown.
-  void add(std::size_t parameter, const Complex& change, const RightSides& sides, std::size_t unknown) {
-    double* __restrict real = real_.data() + parameter * stride_;
-    double* __restrict imaginary = imaginary_.data() + parameter * stride_;
-    const double* __restrict side_real = sides.real(unknown);
-    const double* __restrict side_imaginary = sides.imaginary(unknown);
-    const double re = change.real();
-    const double im = change.imag();
-    for (std::size_t side = 0; side < stride_; ++side) {
-      real[side] += re * side_real[side] - im * side_imaginary[side];
-      imaginary[side] += re * side_imaginary[side] + im * side_real[side];
-    }
+  /// Adds the changes at the corners of a cell times the values of all sides there.
+  void add(std::size_t parameter, const CornerChange& change,
+           const std::array<std::size_t, corners>& unknowns, const RightSides& sides) {
+    sides.add_products(change, unknowns, real_.data() + parameter * stride_,
+                       imaginary_.data() + parameter * stride_);
   }
 
   void copy_side(std::size_t side, std::span<Complex> changes) const {
@@ -159,9 +194,16 @@ class ParameterSums {
   }
 
  private:
-  std::size_t stride_;
+  std::size_t stride_ = 0;
   std::vector<double> real_;
   std::vector<double> imaginary_;
+};
+
+// What a thread keeps from one request to the next.
+struct Workspace {
+  BandedLdlt solver;
+  RightSides sides;
+  ParameterSums sums;
 };
 
 class RequestJob {
@@ -170,8 +212,8 @@ class RequestJob {
              const Parameters& parameters, const TakeSiteResponse& take)
       : section_(section), input_(input), frequencies_(frequencies), parameters_(parameters), take_(take) {}
 
-  void run(const ModeMesh& mesh, const ModeRequest& request, BandedLdlt& solver) const {
-    const ModeField field(mesh, Frequency(frequencies_[request.frequency_index]), solver);
+  void run(const ModeMesh& mesh, const ModeRequest& request, Workspace& workspace) const {
+    const ModeField field(mesh, Frequency(frequencies_[request.frequency_index]), workspace.solver);
     std::vector<SiteField> sites;
     for (const std::size_t site : request.site_indices) {
       sites.push_back(site_field(field, section_, input_.sites[site], request.tipper));
@@ -184,15 +226,17 @@ class RequestJob {
       }
       return;
     }
-    RightSides sides(field.unknowns(), sites.size() * (request.tipper ? 2 : 1));
+    RightSides& sides = workspace.sides;
+    sides.reset(field.unknowns(), sites.size() * (request.tipper ? 2 : 1));
     for (std::size_t i = 0; i < sites.size(); ++i) {
       add_impedance_weights(field, sites[i], sides, i);
       if (request.tipper) {
         add_tipper_weights(field, sites[i], sides, sites.size() + i);
       }
     }
-    solver.solve(sides);
-    give(request, sites, sums_of(field, sides));
+    workspace.solver.solve(sides);
+    sum_up(field, sides, workspace.sums);
+    give(request, sites, workspace.sums);
   }
 
  private:
@@ -235,15 +279,14 @@ class RequestJob {
     }
   }
 
-  [[nodiscard]] ParameterSums sums_of(const ModeField& field, const RightSides& sides) const {
+  void sum_up(const ModeField& field, const RightSides& sides, ParameterSums& sums) const {
     const ModeMesh& mesh = field.mesh();
-    ParameterSums sums(parameters_.count, sides.stride());
+    sums.reset(parameters_.count, sides.stride());
     for (std::size_t column = 0; column < mesh.columns; ++column) {
       for (std::size_t row = 0; row < section_.rows(); ++row) {
         add_cell(field, column, row, sides, sums);
       }
     }
-    return sums;
   }
 
   void add_cell(const ModeField& field, std::size_t column, std::size_t row, const RightSides& sides,
@@ -256,9 +299,23 @@ class RequestJob {
     }
     const std::size_t mesh_row = row + field.mesh().added_rows;
     const CellChanges cell(field, column, mesh_row);
-    const std::array<std::optional<std::size_t>, corners> unknowns = {
-        field.unknown(column, mesh_row), field.unknown(column + 1, mesh_row),
-        field.unknown(column, mesh_row + 1), field.unknown(column + 1, mesh_row + 1)};
+    std::array<std::size_t, corners> unknowns = {};
+    std::array<bool, corners> is_free = {};
+    for (std::size_t i = 0; i < corners; ++i) {
+      const auto unknown = field.unknown(column + i % 2, mesh_row + i / 2);
+      is_free[i] = unknown.has_value();
+      unknowns[i] = unknown.value_or(0);
+    }
+    const auto add = [&](std::size_t parameter, CornerChange change) {
+      for (std::size_t i = 0; i < corners; ++i) {
+        change[i] = is_free[i] ? change[i] : 0.0;
+      }
+      sums.add(parameter, change, unknowns, sides);
+    };
+    if (cell.has_one_conductivity() && std::ranges::count(of_triangle, of_triangle[0]) == 4) {
+      add(of_triangle[0], cell.change(conductivity_by_decade(first)));
+      return;
+    }
     for (std::size_t t = 0; t < of_triangle.size(); ++t) {
       const std::size_t parameter = of_triangle[t];
       if (parameter == no_parameter ||
@@ -269,12 +326,7 @@ class RequestJob {
       for (std::size_t other = t; other < of_triangle.size(); ++other) {
         changes[other] = of_triangle[other] == parameter ? conductivity_by_decade(first + other) : 0.0;
       }
-      const CornerChange change = cell.change(changes);
-      for (std::size_t i = 0; i < corners; ++i) {
-        if (unknowns[i]) {
-          sums.add(parameter, change[i], sides, *unknowns[i]);
-        }
-      }
+      add(parameter, cell.change(changes));
     }
   }
 
@@ -340,10 +392,10 @@ bool compute_linear_response(const Section& section, const CheckedInput& input,
   const ModeMesh te_mesh = make_mode_mesh(section, input.host, Mode::te);
   const ModeMesh tm_mesh = make_mode_mesh(section, input.host, Mode::tm);
   const RequestJob request_job(section, input, frequencies, parameters, take);
-  std::vector<BandedLdlt> solvers(job_threads(requests.size(), options.threads));
+  std::vector<Workspace> workspaces(job_threads(requests.size(), options.threads));
   const auto job = [&](std::size_t item, std::size_t thread) {
     const ModeRequest& request = requests[item];
-    request_job.run(request.mode == Mode::te ? te_mesh : tm_mesh, request, solvers[thread]);
+    request_job.run(request.mode == Mode::te ? te_mesh : tm_mesh, request, workspaces[thread]);
   };
   return run_jobs(requests.size(), options.threads, job, options.progress);
 }

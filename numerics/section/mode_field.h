@@ -26,6 +26,8 @@ class ModeField {
   [[nodiscard]] const ModeMesh& mesh() const { return mesh_; }
   [[nodiscard]] const Frequency& frequency() const { return frequency_; }
   [[nodiscard]] const PrimaryField& primary() const { return primary_; }
+  /// Of each row, as of even_unit_loads.
+  [[nodiscard]] const std::vector<CellLoad>& even_loads() const { return even_loads_; }
 
   [[nodiscard]] std::size_t unknowns() const { return (mesh_.columns + 1) * mesh_.rows; }
   /// The equation of a node; nothing on the line where the field is prescribed. Unknowns run down the columns
@@ -54,6 +56,7 @@ class ModeField {
   const ModeMesh& mesh_;
   Frequency frequency_;
   PrimaryField primary_;
+  std::vector<CellLoad> even_loads_;
   BandedLdlt& solver_;
   std::vector<Complex> secondary_;  // at each node
 };

@@ -1,7 +1,6 @@
 #include "occam/inversion/data_checks.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <map>
 #include <stdexcept>
@@ -13,8 +12,6 @@ namespace Module_occam {
 
 namespace {
 
-constexpr std::array<int, 12> inverted_types{1, 2, 3, 4, 5, 6, 9, 10, 13, 14, 15, 16};
-
 void refuse_other_types(const ObservedData& data) {
   struct Rows {
     std::size_t count = 0;
@@ -23,7 +20,7 @@ void refuse_other_types(const ObservedData& data) {
   std::map<int, Rows> by_type;
   for (std::size_t row = 0; row < data.rows.size(); ++row) {
     const int type = static_cast<int>(data.rows[row].type);
-    if (!can_be_inverted(type)) {
+    if (find_meaning(data.rows[row].type) == nullptr) {
       Rows& rows = by_type[type];
       rows.first_number = rows.count == 0 ? row + 1 : rows.first_number;
       ++rows.count;
@@ -67,10 +64,6 @@ void refuse_sites_off_mesh(const OccamModel& model, const ObservedData& data) {
 }
 
 }  // namespace
-
-bool can_be_inverted(int data_type) {
-  return std::ranges::find(inverted_types, data_type) != inverted_types.end();
-}
 
 void refuse_unusable_rows(const OccamModel& model, const ObservedData& data) {
   refuse_other_types(data);

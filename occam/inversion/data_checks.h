@@ -5,9 +5,6 @@
 
 namespace Module_occam {
 
-/// Whether rows of a data type, by its number in the file, can be inverted.
-bool can_be_inverted(int data_type);
-
 /// Throws std::runtime_error, with the number of the row from 1, for data types that can't be inverted,
 /// errors of 0, frequencies that aren't above 0 and sites off the mesh.
 void refuse_unusable_rows(const OccamModel& model, const ObservedData& data);

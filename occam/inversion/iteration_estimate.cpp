@@ -69,8 +69,7 @@ void IterationEstimate::take(const InversionProgress& progress, double now) {
 
 std::string IterationEstimate::text() const {
   const bool start = sensitivities_ == 0.0;
-  std::string text =
-      start ? "Response of the start" : "Iteration " + std::to_string(progress_.iteration);
+  std::string text = start ? "Response of the start" : "Iteration " + std::to_string(progress_.iteration);
   if (progress_.trial > 0 && !start) {
     text += ", trial " + std::to_string(progress_.trial);
   }

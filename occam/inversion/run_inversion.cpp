@@ -57,8 +57,8 @@ class RunLog {
   std::string text_;
 };
 
-// The last iterations before a start, as far as the decision to end goes by them.
-std::optional<double> roughness_before(const fs::path& directory, int iteration) {
+// The iteration before a start, as far as the decision to end goes by it.
+std::optional<inversion::Previous> previous_of(const fs::path& directory, int iteration) {
   const auto files = iteration_files_of(directory);
   const auto before = files.find(iteration - 1);
   if (before == files.end()) {
@@ -66,7 +66,7 @@ std::optional<double> roughness_before(const fs::path& directory, int iteration)
   }
   try {
     const InversionStart state = read_start_file((directory / before->second).string());
-    return state.target_reached ? std::optional(state.roughness) : std::nullopt;
+    return inversion::Previous{state.rms, state.roughness, state.target_reached};
   } catch (const std::exception&) {  // it is not what is inverted
     return std::nullopt;
   }
@@ -177,7 +177,7 @@ inversion::State RunningInversion::start_state() const {
   state.log10_multiplier = start_.log10_multiplier;
   state.roughness = start_.roughness;
   state.target_reached = start_.target_reached;
-  state.roughness_before = is_iteration_ ? roughness_before(directory_, start_.iteration) : std::nullopt;
+  state.previous = is_iteration_ ? previous_of(directory_, start_.iteration) : std::nullopt;
   return state;
 }
 

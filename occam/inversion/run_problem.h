@@ -12,8 +12,8 @@
 #include "formats/occam/occam_model.h"
 #include "numerics/occam_inversion/inversion.h"
 #include "numerics/occam_inversion/roughness.h"
-#include "numerics/section/linear_response.h"
 #include "occam/inversion/site_shifts.h"
+#include "occam/results/row_response.h"
 
 namespace Module_occam {
 
@@ -65,18 +65,14 @@ class RunProblem {
       std::span<const double> model, numerics::occam_inversion::Derivatives derivatives) const;
 
  private:
-  void make_requests();
-
   const OccamModel& model_;
   const ObservedData& data_;
   RunRules rules_;
   Progress progress_;
   std::size_t block_parameters_;
+  RowRequests requests_;
   SiteShifts shifts_;
   std::vector<std::size_t> parameter_of_triangle_;
-  std::vector<numerics::section::ModeRequest> requests_;
-  // Rows by request and site of the request: what its response is needed for.
-  std::vector<std::vector<std::vector<std::size_t>>> rows_;
 };
 
 }  // namespace Module_occam

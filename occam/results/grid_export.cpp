@@ -11,6 +11,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "formats/geosoft/geosoft_grid.h"
+#include "occam/results/response_views.h"
 #include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
@@ -128,14 +129,30 @@ bool write_grid_files(const RunView& view, std::span<const GridBlock> blocks) {
   return true;
 }
 
+/// The resistivity of a place, or in its absence the one that is given itself, as a logarithm.
+OccamResponse::Row resistivity_row(const OccamResponse& response, const Mode& mode, int site, int frequency) {
+  const OccamResponse::Row row = response.row(mode.resistivity, site, frequency);
+  return row[0] == no_data ? drawn_datum(response, mode.linear_resistivity, site, frequency).values : row;
+}
+
 /// @return 0, or -1 after a message
 int write_fit(RunView& view) {
-  const auto fit = view.results().derived_file(view.current_iteration(), "_data_fit.dat");
-  std::filesystem::remove(fit);
+  const auto fit_file = [&view](const char* ending) {
+    return view.results().derived_file(view.current_iteration(), ending);
+  };
+  const auto tm_fit = fit_file("_data_fit.dat");
+  const auto te_fit = fit_file("_data_fit_TE.dat");
+  std::filesystem::remove(tm_fit);
+  std::filesystem::remove(te_fit);
   if (!view.response_ready() && view.load_response() != 0) {
     return -1;
   }
-  safe_files::write_into_place(fit, data_fit_table(view.response()));
+  const OccamResponse& response = view.response();
+  safe_files::write_into_place(tm_fit, data_fit_table(response, tm_mode));
+  if (response.has(te_mode.resistivity) || response.has(te_mode.linear_resistivity) ||
+      response.has(te_mode.phase)) {
+    safe_files::write_into_place(te_fit, data_fit_table(response, te_mode));
+  }
   return 0;
 }
 
@@ -257,7 +274,7 @@ std::string point_table(std::span<const GridBlock> blocks) {
   return text;
 }
 
-std::string data_fit_table(const OccamResponse& response) {
+std::string data_fit_table(const OccamResponse& response, const Mode& mode) {
   constexpr std::size_t width = 12;
   std::string text =
       "         X,        Freq,         Res,      ResMod,      ResErr,        ResZ,         Phz,      PhzMod,"
@@ -271,8 +288,9 @@ std::string data_fit_table(const OccamResponse& response) {
       text += pad_field(
           format_number(response.resp_frequencies[static_cast<std::size_t>(frequency) - 1], "0.00000E+00"),
           width);
-      for (const ResponseKind kind : {ResponseKind::resistivity, ResponseKind::phase}) {
-        for (const float value : response.row(kind, site, frequency)) {
+      for (const OccamResponse::Row& row :
+           {resistivity_row(response, mode, site, frequency), response.row(mode.phase, site, frequency)}) {
+        for (const float value : row) {
           text += ',';
           text += value == no_data ? "           *" : pad_field(format_number(value, "0.0000"), width);
         }

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "formats/occam/occam_data.h"
 #include "formats/occam/occam_model.h"
+#include "formats/occam/occam_response.h"
 #include "numerics/gridding/minimum_curvature.h"
 #include "numerics/gridding/regular_grid.h"
 #include "occam/results/run_view.h"
@@ -46,12 +46,12 @@ numerics::gridding::RegularGrid antilog(numerics::gridding::RegularGrid grid);
 /// The text of the points file: for the middle of each block distance and elevation, m, resistivity, ohm-m,
 /// and its log10; lines ending in CR LF.
 std::string point_table(std::span<const GridBlock> blocks);
-/// The text of the fit file: for each site and frequency the four values of resistivity, log10 ohm-m, and of
-/// phase, degrees; "*" for an absent one.
-std::string data_fit_table(const OccamResponse& response);
+/// The text of a mode's fit file: for each site and frequency the four values of resistivity, log10 ohm-m
+/// also where it is given itself, and of phase, degrees; "*" for an absent one.
+std::string data_fit_table(const OccamResponse& response, const Mode& mode);
 
-/// Writes grids, points and data fit of the current iteration into the folder of derived files and reports
-/// it. Without a response, the fit table is not written.
+/// Writes grids, points and data fit (of TM, of TE if there is any) of the current iteration into the folder
+/// of derived files and reports it. Without a response, the fit table is not written.
 /// @return 0; -1 after a message or a stop: each file is then complete, the earlier or the new one
 [[nodiscard]] int write_grids(RunView& view);
 

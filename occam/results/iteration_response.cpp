@@ -1,5 +1,8 @@
 #include "occam/results/iteration_response.h"
 
+#include <set>
+#include <utility>
+
 #include "core/scope_guard.h"
 #include "core/trap_errors.h"
 #include "formats/occam/response_file.h"
@@ -36,6 +39,21 @@ void add_static_shifts(const std::vector<StaticShift>& shifts, ModelledData& mod
       }
     }
   }
+}
+
+/// The numbers of the types that have no meaning here, as "7, 11".
+std::string other_types(const ObservedData& data) {
+  std::set<DataType> types;
+  for (const DataRow& row : data.rows) {
+    if (find_meaning(row.type) == nullptr) {
+      types.insert(row.type);
+    }
+  }
+  std::string text;
+  for (const DataType type : types) {
+    text += (text.empty() ? "" : ", ") + std::to_string(static_cast<int>(type));
+  }
+  return text;
 }
 
 }  // namespace
@@ -97,8 +115,8 @@ std::optional<ComputedResponse> compute_response(const RunResults& results, cons
   }
   if (computed.modelled.other_rows > 0) {
     user_interface().show_message(std::to_string(computed.modelled.other_rows) +
-                                  " data are neither apparent resistivity nor phase; the response leaves "
-                                  "them out");
+                                  " data have types that can't be computed (" + other_types(computed.data) +
+                                  "); the response leaves them out");
   }
   return computed;
 }
@@ -108,19 +126,17 @@ OccamResponse as_read(const ComputedResponse& computed) {
   response.resp_site_names = computed.data.site_names;
   response.resp_offsets = computed.data.site_offsets;
   response.resp_frequencies = computed.data.frequencies;
-  response.assign_no_data();
+  std::vector<OccamResponse::FileRow> rows;
   for (std::size_t i = 0; i < computed.modelled.rows.size(); ++i) {
     const DataRow& row = computed.modelled.rows[i];
-    const double modelled = computed.modelled.modelled[i];
-    const double residual = row.datum - modelled;
-    const OccamResponse::Row values{static_cast<float>(row.datum), static_cast<float>(residual),
-                                    static_cast<float>(modelled),
-                                    static_cast<float>(row.error > 0.0 ? residual / row.error : 0.0)};
-    const ResponseKind kind =
-        row.type == DataType::tm_resistivity ? ResponseKind::resistivity : ResponseKind::phase;
-    response.row(kind, row.site_number, row.frequency_number) = values;
-    response.rows.push_back({row.site_number, row.frequency_number, static_cast<int>(row.type), values});
+    const FitOfRow fit = fit_of_row(row, computed.modelled.modelled[i]);
+    rows.push_back({row.site_number,
+                    row.frequency_number,
+                    row.type,
+                    {static_cast<float>(fit.datum), static_cast<float>(fit.residual),
+                     static_cast<float>(fit.modelled), static_cast<float>(fit.misfit)}});
   }
+  response.set_rows(std::move(rows));
   return response;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "formats/occam/data_file.h"
+#include "formats/occam/occam_response.h"
 #include "occam/results/iteration_model.h"
 #include "occam/results/model_response.h"
 #include "occam/results/run_results.h"

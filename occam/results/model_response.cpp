@@ -10,7 +10,8 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/occam/table_input.h"
-#include "numerics/section/response.h"
+#include "numerics/section/linear_response.h"
+#include "occam/results/row_response.h"
 
 namespace Module_occam {
 
@@ -46,19 +47,6 @@ std::vector<std::int32_t> triangle_codes(const OccamModel& model) {
   return codes;
 }
 
-bool is_response(DataType type) {
-  return std::ranges::any_of(modes, [type](const Mode& mode) { return mode.has(type); });
-}
-
-double value_of(const numerics::section::Response& response, const DataRow& row, std::size_t frequencies) {
-  const std::size_t at = (static_cast<std::size_t>(row.site_number) - 1) * frequencies +
-                         static_cast<std::size_t>(row.frequency_number) - 1;
-  const bool te = te_mode.has(row.type);
-  const auto& mode_response = te ? response.te : response.tm;
-  return row.type == (te ? te_mode : tm_mode).resistivity ? mode_response.log10_resistivity[at]
-                                                          : beside_datum(mode_response.phase[at], row.datum);
-}
-
 constexpr std::string_view line_end = "\r\n";
 constexpr std::size_t number_width = 14;
 
@@ -72,31 +60,31 @@ void add_numbers(std::string& text, const std::vector<double>& values) {
   }
 }
 
+/// Numbers of six decimals, like those of a data file, do for log10 resistivity and phase; the others may be
+/// small or large.
+std::string_view picture_of(DataType type) {
+  const TypeMeaning* const meaning = find_meaning(type);
+  const bool decimal = meaning != nullptr && (meaning->quantity == Quantity::log10_resistivity ||
+                                              meaning->quantity == Quantity::phase);
+  return decimal ? "0.000000" : "0.000000E+00";
+}
+
 void add_row(std::string& text, const DataRow& row, double modelled) {
   const auto add = [&text](double value, std::string_view picture) {
     text.append(" ").append(pad_field(format_number(value, picture), number_width));
   };
-  const double residual = row.datum - modelled;
+  const FitOfRow fit = fit_of_row(row, modelled);
   text += pad_field(std::to_string(row.site_number), 6);
   text += pad_field(std::to_string(row.frequency_number), 12);
   text += pad_field(std::to_string(static_cast<int>(row.type)), 8);
-  add(row.datum, "0.000000");
-  add(residual, "0.000000");
-  add(modelled, "0.000000");
-  add(row.error > 0.0 ? residual / row.error : 0.0, "0.000000");
+  for (const double value : {fit.datum, fit.residual, fit.modelled}) {
+    add(value, picture_of(row.type));
+  }
+  add(fit.misfit, "0.000000");
   text += line_end;
 }
 
 }  // namespace
-
-double beside_datum(double phase, double datum) {
-  constexpr double turn = 360.0;  // degrees
-  const double distance = std::abs(phase - datum);
-  if (std::abs(phase - turn - datum) < distance) {
-    return phase - turn;
-  }
-  return std::abs(phase + turn - datum) < distance ? phase + turn : phase;
-}
 
 numerics::section::ResistivityLimits limits_at(int debug_level) {
   using numerics::section::ResistivityLimits;
@@ -123,26 +111,38 @@ numerics::section::Section response_section(const OccamModel& model, std::span<c
 std::optional<ModelledData> model_data(const OccamModel& model, std::span<const double> parameters,
                                        const ObservedData& data, const std::function<bool(double)>& progress,
                                        numerics::section::ResistivityLimits limits) {
+  namespace section = numerics::section;
   ModelledData result;
   std::ranges::copy_if(data.rows, std::back_inserter(result.rows),
-                       [](const DataRow& row) { return is_response(row.type); });
+                       [](const DataRow& row) { return find_meaning(row.type) != nullptr; });
   result.other_rows = static_cast<int>(data.rows.size() - result.rows.size());
   if (result.rows.empty()) {
-    throw std::runtime_error("the data file holds no apparent resistivities and no phases");
+    throw std::runtime_error("the data file holds no row of a data type that can be computed");
   }
   if (!progress(0.0)) {
     return {};
   }
-  const auto response =
-      numerics::section::compute_response(response_section(model, parameters, limits), data.site_offsets,
-                                          data.frequencies, {.threads = 0, .progress = progress});
-  if (!response) {
+  result.modelled.resize(result.rows.size());
+  const section::Section ground = response_section(model, parameters, limits);
+  const section::CheckedInput input = section::check_input(ground, data.site_offsets, data.frequencies);
+  const RowRequests asked(result.rows, data.site_offsets);
+  const auto take = [&](const section::ModeRequest& request, std::size_t site,
+                        const section::SiteResponse& response) {
+    const double omega_mu = section::Frequency(data.frequencies[request.frequency_index]).omega_mu();
+    for (const std::size_t row : asked.rows_of(request, site)) {
+      result.modelled[row] = row_value(result.rows[row], response, omega_mu).value;
+    }
+  };
+  if (!section::compute_linear_response(ground, input, data.frequencies, asked.requests(), {}, take,
+                                        {.threads = 0, .progress = progress})) {
     return {};
   }
-  for (const DataRow& row : result.rows) {
-    result.modelled.push_back(value_of(*response, row, data.frequencies.size()));
-  }
   return result;
+}
+
+FitOfRow fit_of_row(const DataRow& row, double modelled) {
+  const double residual = row.datum - modelled;
+  return {row.datum, residual, modelled, row.error != 0.0 ? residual / std::abs(row.error) : 0.0};
 }
 
 std::string response_file_text(const ObservedData& data, const ModelledData& modelled) {

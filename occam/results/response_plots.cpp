@@ -4,13 +4,11 @@
 #include <cmath>
 #include <cstddef>
 #include <functional>
-#include <iterator>
 #include <limits>
 #include <numeric>
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
-#include "formats/occam/data_type.h"
 
 namespace Module_occam {
 
@@ -21,14 +19,28 @@ constexpr graph::Colour modelled_colour{0, 0, 0};
 constexpr double margin = 0.04;     // of the range, beyond the data: points at the ends stay whole
 constexpr double min_ratio = 10.0;  // of a range that the margin is taken of, on a logarithmic axis
 
-/// The error of a datum; the file has only residual and misfit.
-double datum_error(const OccamResponse::Row& row) {
-  const auto residual = static_cast<double>(row[ResponseValue::residual - 1]);
-  const auto misfit = static_cast<double>(row[ResponseValue::misfit - 1]);
-  if (is_absent(misfit) || misfit == 0.0) {
-    return graph::null_value;
+/// How a curve is drawn among others.
+struct CurveLook {
+  DataType type;
+  graph::Colour colour;
+  graph::Marker marker;
+  const char* words;
+};
+constexpr CurveLook te_look{DataType::te_resistivity, {30, 90, 200}, graph::Marker::disc, "blue discs"};
+constexpr CurveLook tm_look{DataType::tm_resistivity, {200, 30, 30}, graph::Marker::square, "red squares"};
+constexpr std::array<CurveLook, 2> linear_looks{
+    {{DataType::te_linear_resistivity, {0, 140, 150}, graph::Marker::disc, "green discs"},
+     {DataType::tm_linear_resistivity, {190, 110, 0}, graph::Marker::square, "orange squares"}}};
+
+/// A linear resistivity that takes the place of its logarithm looks like it.
+const CurveLook& look_of(const ResponseView::Curve& curve) {
+  const bool beside_logarithm = curve.channel->name.ends_with(" linear");
+  const auto linear = std::ranges::find(linear_looks, curve.type, &CurveLook::type);
+  if (beside_logarithm && linear != linear_looks.end()) {
+    return *linear;
   }
-  return std::abs(residual / misfit);
+  const TypeMeaning* const meaning = find_meaning(curve.type);
+  return meaning != nullptr && meaning->mode == FieldMode::te ? te_look : tm_look;
 }
 
 /// The curves of a site, row by row.
@@ -36,12 +48,12 @@ struct FitSeries {
   graph::PlotSeries observed_values;
   graph::PlotSeries modelled_values;
 
-  void add(double frequency, const OccamResponse::Row& row) {
-    observed_values.x.push_back(frequency);
-    observed_values.y.push_back(static_cast<double>(row[ResponseValue::observed - 1]));
-    observed_values.error.push_back(datum_error(row));
-    modelled_values.x.push_back(frequency);
-    modelled_values.y.push_back(static_cast<double>(row[ResponseValue::modelled - 1]));
+  void add(double x, const DrawnDatum& datum) {
+    observed_values.x.push_back(x);
+    observed_values.y.push_back(static_cast<double>(datum.values[ResponseValue::observed - 1]));
+    observed_values.error.push_back(datum.error);
+    modelled_values.x.push_back(x);
+    modelled_values.y.push_back(static_cast<double>(datum.values[ResponseValue::modelled - 1]));
   }
 };
 
@@ -130,50 +142,44 @@ void add_convergence(ResponsePlot& plot, const RunResults& results,
 
 }  // namespace
 
-ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
-  FitSeries fit;
+ResponsePlot station_curves(const OccamResponse& response, const ResponseView& view, Pane pane,
+                            int site_number) {
   std::vector<int> numbers = descending_frequencies(response);
   std::ranges::reverse(numbers);
-  for (const int number : numbers) {
-    fit.add(response.resp_frequencies[static_cast<std::size_t>(number) - 1],
-            response.row(kind, site_number, number));
-  }
   ResponsePlot plot;
-  add_series(plot, std::move(fit.observed_values), {.colour = observed_colour, .line = false}, "observed");
-  add_series(plot, std::move(fit.modelled_values), {.colour = modelled_colour, .width = 1.5}, "modelled");
+  for (const ResponseView::Curve& curve : view.curves(pane)) {
+    FitSeries fit;
+    for (const int number : numbers) {
+      fit.add(response.resp_frequencies[static_cast<std::size_t>(number) - 1],
+              drawn_datum(response, curve.type, site_number, number));
+    }
+    graph::SeriesStyle observed_style{.colour = observed_colour, .line = false};
+    graph::SeriesStyle modelled_style{.colour = modelled_colour, .width = 1.5};
+    if (view.has_modes()) {
+      const CurveLook& look = look_of(curve);
+      observed_style = {.colour = look.colour, .line = false, .marker = look.marker};
+      modelled_style = {.colour = look.colour, .width = 1.5, .marker = graph::Marker::dot};
+      plot.legend.insert(plot.legend.end(), {curve.channel->name, ""});
+    } else {
+      plot.legend.insert(plot.legend.end(), {"observed", "modelled"});
+    }
+    const std::string name = data_type_name(curve.type);
+    add_series(plot, std::move(fit.observed_values), observed_style, name + " observed");
+    add_series(plot, std::move(fit.modelled_values), modelled_style, name + " modelled");
+  }
   set_limits(plot, graph::AxisType::logarithmic);
   return plot;
 }
 
-ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number) {
-  constexpr std::array<graph::Colour, modes.size()> mode_colours = {{{30, 90, 200}, {200, 30, 30}}};
-  std::vector<OccamResponse::FileRow> rows;
-  std::ranges::copy_if(response.rows, std::back_inserter(rows), [site_number](const auto& row) {
-    return row.site_number == site_number && row.frequency_number >= 1;
-  });
-  const auto frequency_of = [&response](const OccamResponse::FileRow& row) {
-    return response.resp_frequencies[static_cast<std::size_t>(row.frequency_number) - 1];
-  };
-  std::ranges::stable_sort(rows, std::less<>(), frequency_of);
-  ResponsePlot plot;
-  for (std::size_t m = 0; m < modes.size(); ++m) {
-    const Mode& mode = modes[m];
-    const auto type = static_cast<int>(kind == ResponseKind::resistivity ? mode.resistivity : mode.phase);
-    FitSeries fit;
-    for (const OccamResponse::FileRow& row : rows) {
-      if (row.data_type == type) {
-        fit.add(frequency_of(row), row.values);
-      }
-    }
-    if (!fit.observed_values.x.empty()) {
-      const std::string name = mode.name;
-      add_series(plot, std::move(fit.observed_values), {.colour = mode_colours[m], .line = false},
-                 name + " observed");
-      add_series(plot, std::move(fit.modelled_values), {.colour = mode_colours[m]}, name + " modelled");
-    }
+std::string curves_in_words(const ResponseView& view, Pane pane) {
+  if (!view.has_modes()) {
+    return "observed as red points with errors, modelled as a black line";
   }
-  set_limits(plot, graph::AxisType::logarithmic);
-  return plot;
+  std::string text;
+  for (const ResponseView::Curve& curve : view.curves(pane)) {
+    text += (text.empty() ? "" : ", ") + curve.channel->name + " " + look_of(curve).words;
+  }
+  return text + "; observed as points with errors, modelled as lines";
 }
 
 std::vector<int> profile_frequencies(const OccamResponse& response, ProfileChoice choice) {
@@ -196,7 +202,8 @@ std::vector<int> profile_frequencies(const OccamResponse& response, ProfileChoic
   return numbers;
 }
 
-ResponsePlot response_profiles(const OccamResponse& response, ResponseKind kind, ProfileChoice choice) {
+ResponsePlot response_profiles(const OccamResponse& response, std::optional<DataType> type,
+                               ProfileChoice choice) {
   constexpr std::array<graph::Colour, 8> colours = {{{200, 30, 30},
                                                      {30, 90, 200},
                                                      {20, 140, 40},
@@ -206,24 +213,24 @@ ResponsePlot response_profiles(const OccamResponse& response, ResponseKind kind,
                                                      {110, 110, 110},
                                                      {200, 60, 140}}};
   ResponsePlot plot;
+  if (!type) {
+    return plot;
+  }
   std::size_t colour = 0;
   for (const int number : profile_frequencies(response, choice)) {
-    graph::PlotSeries observed_values;
-    graph::PlotSeries modelled_values;
+    FitSeries fit;
     for (int site = 1; site <= response.resp_sites(); ++site) {
-      const double offset = response.resp_offsets[static_cast<std::size_t>(site) - 1];
-      observed_values.x.push_back(offset);
-      observed_values.y.push_back(
-          static_cast<double>(response.value(ResponseValue::observed, kind, site, number)));
-      modelled_values.x.push_back(offset);
-      modelled_values.y.push_back(
-          static_cast<double>(response.value(ResponseValue::modelled, kind, site, number)));
+      fit.add(response.resp_offsets[static_cast<std::size_t>(site) - 1],
+              drawn_datum(response, *type, site, number));
     }
-    const std::string name =
-        plain_text(response.resp_frequencies[static_cast<std::size_t>(number) - 1]) + " Hz ";
+    fit.observed_values.error.clear();  // bars of so many curves would hide them
+    const std::string name = data_type_name(*type) + " " +
+                             plain_text(response.resp_frequencies[static_cast<std::size_t>(number) - 1]) +
+                             " Hz ";
     const graph::Colour of_frequency = colours[colour++ % colours.size()];
-    add_series(plot, std::move(observed_values), {.colour = of_frequency, .line = false}, name + "observed");
-    add_series(plot, std::move(modelled_values), {.colour = of_frequency}, name + "modelled");
+    add_series(plot, std::move(fit.observed_values), {.colour = of_frequency, .line = false},
+               name + "observed");
+    add_series(plot, std::move(fit.modelled_values), {.colour = of_frequency}, name + "modelled");
   }
   set_limits(plot, graph::AxisType::linear);
   return plot;
@@ -249,10 +256,10 @@ MisfitTable::Cell MisfitTable::of_site(int site_number) const {
   return sum;
 }
 
-MisfitTable::Cell MisfitTable::of_type(int data_type) const {
+MisfitTable::Cell MisfitTable::of_type(DataType wanted) const {
   Cell sum;
   for (const auto& cells : site_cells) {
-    if (const auto cell = cells.find(data_type); cell != cells.end()) {
+    if (const auto cell = cells.find(wanted); cell != cells.end()) {
       sum.add(cell->second);
     }
   }
@@ -261,7 +268,7 @@ MisfitTable::Cell MisfitTable::of_type(int data_type) const {
 
 MisfitTable::Cell MisfitTable::of_all() const {
   Cell sum;
-  for (const int type : data_types) {
+  for (const DataType type : data_types) {
     sum.add(of_type(type));
   }
   return sum;
@@ -270,30 +277,18 @@ MisfitTable::Cell MisfitTable::of_all() const {
 MisfitTable misfit_table(const OccamResponse& response) {
   MisfitTable table;
   table.site_cells.resize(static_cast<std::size_t>(response.resp_sites()));
-  for (const OccamResponse::FileRow& row : response.rows) {
+  for (const OccamResponse::FileRow& row : response.rows()) {
     const auto misfit = static_cast<double>(row.values[ResponseValue::misfit - 1]);
     if (row.site_number < 1 || is_absent(misfit)) {
       continue;
     }
-    table.site_cells[static_cast<std::size_t>(row.site_number) - 1][row.data_type].add(misfit);
-    if (const auto at = std::ranges::lower_bound(table.data_types, row.data_type);
-        at == table.data_types.end() || *at != row.data_type) {
-      table.data_types.insert(at, row.data_type);
+    table.site_cells[static_cast<std::size_t>(row.site_number) - 1][row.type].add(misfit);
+    if (const auto at = std::ranges::lower_bound(table.data_types, row.type);
+        at == table.data_types.end() || *at != row.type) {
+      table.data_types.insert(at, row.type);
     }
   }
   return table;
-}
-
-std::string data_type_name(int data_type) {
-  for (const Mode& mode : modes) {
-    if (data_type == static_cast<int>(mode.resistivity)) {
-      return std::string(mode.name) + " resistivity";
-    }
-    if (data_type == static_cast<int>(mode.phase)) {
-      return std::string(mode.name) + " phase";
-    }
-  }
-  return "type " + std::to_string(data_type);
 }
 
 ResponsePlot convergence_plot(const RunResults& results) {

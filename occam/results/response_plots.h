@@ -1,15 +1,16 @@
 // response_plots.h: the graphs of a response: a station's curves, profiles along the line, misfits.
 //
-// Conventions: sites and frequencies are numbered from 1, as in the files. Values are drawn as the response
-// holds them: log10 ohm-m and degrees.
+// Conventions: sites and frequencies are numbered from 1, as in the files. Values are those of drawn_datum.
 #pragma once
 #include <array>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "formats/occam/occam_data.h"
+#include "formats/occam/occam_response.h"
+#include "occam/results/response_views.h"
 #include "occam/results/run_results.h"
 #include "platform/graph/axis_limits.h"
 #include "platform/graph/plot_table.h"
@@ -21,17 +22,19 @@ struct ResponsePlot {
   graph::PlotTable table;
   std::vector<graph::SeriesStyle> styles;
   std::vector<std::string> series_names;
+  std::vector<std::string> legend;  // of each series, "" for one that the entry before it stands for; empty:
+                                    // the names of the series
   graph::AxisLimits x;
   graph::AxisLimits y;
 };
 
-/// Observed and modelled values of a site over the frequencies: two series. Observed values have the error
-/// that the inversion used.
-ResponsePlot station_curves(const OccamResponse& response, ResponseKind kind, int site_number);
+/// Observed and modelled values of a site over the frequencies: two series for each curve of the view's pane.
+/// Observed values have the error that the inversion used.
+ResponsePlot station_curves(const OccamResponse& response, const ResponseView& view, Pane pane,
+                            int site_number);
 
-/// The same for both modes, from all rows of the file: two series each for TE and TM, if the site has data of
-/// it.
-ResponsePlot mode_curves(const OccamResponse& response, ResponseKind kind, int site_number);
+/// How station_curves draws, in words: "TE blue discs, TM red squares; ...".
+std::string curves_in_words(const ResponseView& view, Pane pane);
 
 /// Which frequencies the profiles show.
 struct ProfileChoice {
@@ -48,7 +51,9 @@ std::vector<int> profile_frequencies(const OccamResponse& response, ProfileChoic
 
 /// Values of the chosen frequencies along the line: for each frequency a series of what is observed, as
 /// points, and one of what is modelled, as a line in the same colour.
-ResponsePlot response_profiles(const OccamResponse& response, ResponseKind kind, ProfileChoice choice);
+/// Empty without a type.
+ResponsePlot response_profiles(const OccamResponse& response, std::optional<DataType> type,
+                               ProfileChoice choice);
 
 /// Root mean square of the misfits, for each site and data type that the file has.
 struct MisfitTable {
@@ -59,16 +64,13 @@ struct MisfitTable {
     void add(const Cell& other);
     [[nodiscard]] double rms() const;  // 0 without data
   };
-  std::vector<int> data_types;                  // ascending
-  std::vector<std::map<int, Cell>> site_cells;  // entry i is of site number i + 1
+  std::vector<DataType> data_types;                  // ascending
+  std::vector<std::map<DataType, Cell>> site_cells;  // entry i is of site number i + 1
   [[nodiscard]] Cell of_site(int site_number) const;
-  [[nodiscard]] Cell of_type(int data_type) const;
+  [[nodiscard]] Cell of_type(DataType wanted) const;
   [[nodiscard]] Cell of_all() const;
 };
 MisfitTable misfit_table(const OccamResponse& response);
-
-/// "TE resistivity"; "type 9" for one without a name.
-std::string data_type_name(int data_type);
 
 /// Misfit, roughness and multiplier against the number of the iteration, in this order; one without any value
 /// is left out.

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "formats/occam/occam_response.h"
 #include "occam/results/iteration_model.h"
 #include "occam/results/run_results.h"
 #include "occam/results/section_geometry.h"

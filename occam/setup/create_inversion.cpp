@@ -14,7 +14,6 @@
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/sites.h"
-#include "database/survey_database.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
 #include "occam/inversion/run_inversion.h"
@@ -23,143 +22,17 @@
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
 #include "occam/setup/site_names.h"
-#include "occam/setup/station_positions.h"
-#include "output/zonge.h"
 #include "platform/files/safe_files.h"
-#include "reduction/averages.h"
-#include "reduction/derived_rows.h"
-#include "reduction/each_item.h"
 
 namespace fs = std::filesystem;
 
 namespace Module_occam {
 
-using Module_averaged_data::each_item;
 using Module_averaged_data::Outcome;
-using Module_averaged_data::WorkProgress;
 using Module_database::LineSelection;
-using Module_database::ReadingKey;
 using Module_output::RhoplusSettings;
-using Module_output::RhoplusTables;
 
 namespace {
-
-constexpr const char* too_few_stations =
-    "There are not enough stations for the current line to perform a 2D inversion";
-
-std::vector<double> stations_of(const std::string& line) {
-  std::vector<double> stations;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM StationsTable WHERE SurveyLine = '" + line + "' ORDER BY Station");
-  for (; !rows.eof(); rows.move_next()) {
-    stations.push_back(rows.get_double("Station"));
-  }
-  return stations;
-}
-
-/// The stations of a line where the inversion has them. @return none after a message
-std::optional<std::vector<PositionedStation>> stations_at_positions(const std::string& line,
-                                                                    PositionSource positions) {
-  const std::vector<double> stations = stations_of(line);
-  if (positions == PositionSource::station_numbers) {
-    return positions_by_number(stations);
-  }
-  const Module_projections::LineDistances distances = Module_projections::line_distances(line);
-  if (!distances.known()) {
-    user_interface().show_message(distances.refusal);
-    return std::nullopt;
-  }
-  return positions_by_distance(stations, distances);
-}
-
-void end_step(const StationSteps& steps) {
-  if (steps.step_done) {
-    steps.step_done();
-  }
-}
-
-/// The rows of one station, with its fit if errors depend on it. @return 0, or -1 after a message
-int load_station(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
-                 const InversionInputs& inputs, const StationSteps& steps, RhoplusTables& tables) {
-  Module_database::StoredReading merged;
-  if (Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
-                                                Module_averaged_data::AllowRaw::yes, key, frequencies,
-                                                merged) != 0) {
-    return -1;
-  }
-  RhoplusSettings as_before = settings;  // the fit, and the errors that those of the files may only raise
-  as_before.use_file_errors = 0;
-  tables = Module_output::rhoplus_tables(merged, frequencies, as_before);
-  end_step(steps);
-  if (inputs.use_rhoplus_error && !tables.data.empty()) {
-    steps.fit_station(as_before, tables);
-    end_step(steps);
-  }
-  if (settings.use_file_errors != 0) {
-    tables.file_errors = Module_output::rhoplus_tables(merged, frequencies, settings).file_errors;
-  }
-  return 0;
-}
-
-/// Collects the data of all stations of the line.
-Outcome form_data(const LineSelection& line, const std::vector<PositionedStation>& stations,
-                  const Frequencies& frequencies, const InversionInputs& inputs,
-                  const InversionChoices& choices, const RhoplusSettings& rhoplus, const StationSteps& steps,
-                  LineData& data) {
-  RhoplusSettings settings = rhoplus;
-  settings.apply_static = inputs.apply_static ? 1 : 0;
-  const ErrorRule rule{choices.res_error_floor, choices.phase_error_floor, inputs.use_standard_error,
-                       inputs.use_rhoplus_error};
-  data.frequency_rows.assign(frequencies.count(), 0);
-  WorkProgress progress("Reading the stations of line " + line.line, stations.size());
-  const Outcome outcome = each_item(progress, [&](std::size_t index) {
-    const PositionedStation& station = stations[index];
-    if (steps.show_station) {
-      steps.show_station(station.place_in_line);
-    }
-    end_step(steps);
-    if (!is_within_limits(station.station, choices)) {
-      return 0;
-    }
-    RhoplusTables tables;
-    if (load_station(line.at(station.station), frequencies, settings, inputs, steps, tables) != 0) {
-      return -1;
-    }
-    if (!tables.data.empty()) {
-      add_station(data, station, tables, line.data_type == "EyHx", rule);
-    }
-    return 0;
-  });
-  return outcome == Outcome::finished && user_interface().stop_requested() ? Outcome::stopped : outcome;
-}
-
-/// Why there is no mesh with a node for each of two stations; empty if there is.
-std::string shared_position(const LineData& data) {
-  const auto shared = std::ranges::adjacent_find(data.site_positions);
-  if (shared == data.site_positions.end()) {
-    return {};
-  }
-  const auto site = static_cast<std::size_t>(shared - data.site_positions.begin());
-  return "Stations " + plain_text(data.site_stations[site]) + " and " +
-         plain_text(data.site_stations[site + 1]) +
-         " are at the same place along the line, and an inversion takes one of them. Switch the other one "
-         "off "
-         "(Use Data)";
-}
-
-/// Why the data are not those of an inversion; empty if they are.
-std::string fault_of(const LineData& data, const std::vector<float>& frequencies) {
-  if (data.site_positions.size() < min_stations) {
-    return too_few_stations;
-  }
-  if (data.rows.size() < 2) {
-    return "There is not enough data to perform a 2D inversion";
-  }
-  if (frequencies.empty()) {
-    return "There are not enough valid frequencies for the current line to perform a 2D inversion";
-  }
-  return shared_position(data);
-}
 
 /// "21-November-2026"
 std::string start_date() {
@@ -284,13 +157,19 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
   if (!earlier.found()) {
     scripts.emplace(folder);
   }
+  const DataDesign design(line, *listed, inputs, choices, rhoplus);
   LineData data;
-  const Outcome outcome = form_data(line, *stations, *listed, inputs, choices, rhoplus, steps, data);
+  const Outcome outcome = form_data(design, *stations, steps, data);
   created.stopped = outcome == Outcome::stopped;
   if (created.stopped) {
     return 0;
   }
   if (outcome == Outcome::failed) {
+    return -1;
+  }
+  created.totals = mode_totals(design.modes, data);
+  if (const std::string missing = missing_mode(design, created.totals); !missing.empty()) {
+    user_interface().show_message(missing);
     return -1;
   }
   if (scripts) {
@@ -318,6 +197,9 @@ std::string completion_text(const CreatedInversion& created) {
                      ". The files are in " + created.directory;
   if (!created.earlier_run.empty()) {
     text += ", the earlier inversion in " + created.earlier_run;
+  }
+  if (created.totals.size() > 1) {
+    text += ". " + totals_text(created.totals);
   }
   return text;
 }

@@ -1,11 +1,11 @@
 // create_inversion.h: turns the merged curves of a line into a run directory for the inversion program.
 #pragma once
-#include <cstdint>
-#include <functional>
 #include <string>
+#include <vector>
 
+#include "occam/setup/data_forming.h"
 #include "occam/setup/inversion_inputs.h"
-#include "occam/setup/station_fit.h"
+#include "occam/setup/mode_counts.h"
 #include "output/rhoplus_settings.h"
 
 namespace Module_occam {
@@ -17,23 +17,12 @@ Module_database::LineSelection selected_line();
 /// @return 0, or -1 after a message
 [[nodiscard]] int check_line_for_inversion();
 
-/// What a caller adds to the work at each station. The first two may be empty.
-struct StationSteps {
-  std::function<void(int place_in_line)> show_station;  // place from 1
-
-  /// Called after each step at a station, for a window that lets it be seen.
-  std::function<void()> step_done;
-
-  /// Puts a one-dimensional fit into the rows of a station.
-  std::function<void(const Module_output::RhoplusSettings&, Module_output::RhoplusTables&)> fit_station =
-      fit_with_rhoplus;
-};
-
 struct CreatedInversion {
-  bool stopped = false;     // by the user; nothing was written
-  int data_count = 0;       // rows of data written
-  std::string directory;    // of the run
-  std::string earlier_run;  // where the run that the directory held has gone; empty if it held none
+  bool stopped = false;           // by the user; nothing was written
+  int data_count = 0;             // rows of data written
+  std::vector<ModeTotal> totals;  // of the rows in each mode
+  std::string directory;          // of the run
+  std::string earlier_run;        // where the run that the directory held has gone; empty if it held none
 };
 
 /// Checks the entries, stores them in the user's settings and creates the run directory: data file, model,

@@ -42,7 +42,8 @@ double depth_of(const MeshRows& rows) {
 }  // namespace
 
 std::string design_summary(const std::string& line, const InversionInputs& inputs,
-                           const Module_projections::LineDistances& distances) {
+                           const Module_projections::LineDistances& distances,
+                           std::span<const ModeCount> counts) {
   InversionChoices choices;
   if (const char* const fault = invalid_entry(inputs, choices)) {
     return fault;
@@ -60,9 +61,11 @@ std::string design_summary(const std::string& line, const InversionInputs& input
     const auto across = static_cast<int>(columns.widths.size());
     const auto down = static_cast<int>(rows.heights.size());
     const std::string warning = size_warning(across, down);
+    const std::string data = totals_text(mode_totals(counts, choices));
     return plain_text(static_cast<int>(positions.size())) + " stations, mesh of " + plain_text(across) +
            " by " + plain_text(down) + " cells, " + plain_text(blocks) + " model blocks, layers down to " +
-           format_number(depth_of(rows), "0") + " m" + (warning.empty() ? "" : ". " + warning);
+           format_number(depth_of(rows), "0") + " m" + (data.empty() ? "" : ". " + data) +
+           (warning.empty() ? "" : ". " + warning);
   } catch (const std::exception& failure) {
     return failure.what();
   }

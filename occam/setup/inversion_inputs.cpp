@@ -22,6 +22,13 @@ constexpr const char* application = "Marrowgate";
 constexpr const char* section = "Brenlox";
 constexpr const char* no_value = "<no value>";
 constexpr const char* directory_key = "OccamDirectory";
+constexpr const char* modes_key = "OccamModes";
+constexpr const char* errors_key = "OccamErrors";
+
+constexpr const char* both_modes = "both";
+constexpr const char* current_type = "current";
+constexpr const char* errors_as_before = "as-before";
+constexpr const char* relative_errors = "relative";
 
 constexpr double lowest_station = -1e32;
 constexpr double highest_station = 1e32;
@@ -44,9 +51,10 @@ struct NumberEntry {
   const char* key;
   Minimum minimum;
   const char* message;
+  double InversionChoices::*of_TM = nullptr;  // of an entry for TE: what a blank stands for
 };
 
-constexpr std::array<NumberEntry, 10> number_entries{
+constexpr std::array<NumberEntry, 12> number_entries{
     {{&InversionInputs::max_iterations, &InversionChoices::max_iterations, "OccamIterations", Minimum::one,
       "The number of iterations is invalid"},
      {&InversionInputs::target_RMS, &InversionChoices::target_RMS, "OccamRMS", Minimum::above_zero,
@@ -55,6 +63,10 @@ constexpr std::array<NumberEntry, 10> number_entries{
       Minimum::above_zero, "The target res error floor is invalid"},
      {&InversionInputs::phase_error_floor, &InversionChoices::phase_error_floor, "OccamPhaseFloor",
       Minimum::above_zero, "The target Phase error floor is invalid"},
+     {&InversionInputs::te_res_error_floor, &InversionChoices::te_res_error_floor, "OccamTEResFloor",
+      Minimum::above_zero, "The TE res error floor is invalid", &InversionChoices::res_error_floor},
+     {&InversionInputs::te_phase_error_floor, &InversionChoices::te_phase_error_floor, "OccamTEPhaseFloor",
+      Minimum::above_zero, "The TE Phase error floor is invalid", &InversionChoices::phase_error_floor},
      {&InversionInputs::num_layers, &InversionChoices::num_layers, "OccamNumLayers", Minimum::one,
       "The number of layers is invalid"},
      {&InversionInputs::layers_per_decade, &InversionChoices::layers_per_decade, "OccamLayersPerDecade",
@@ -85,6 +97,11 @@ void store(const char* key, std::string_view text) {
 
 bool is_positive_number(std::string_view text) {
   return is_numeric(text) && numeric_value(text) > 0.0 && std::isfinite(numeric_value(text));
+}
+
+/// False for an entry that isn't read: one for TE that is blank, or in a run of one mode.
+bool is_read(const NumberEntry& entry, const InversionInputs& inputs) {
+  return entry.of_TM == nullptr || (inputs.modes == ModeChoice::both && !trimmed(inputs.*entry.text).empty());
 }
 
 /// A limit that is left blank stays as it is. @return false for what is no number
@@ -148,6 +165,11 @@ InversionInputs load_inversion_inputs() {
     const bool valid = is_numeric(text) && numeric_value(text) >= 0.0 && numeric_value(text) <= 1.0;
     inputs.*entry.on = !valid || std::nearbyint(numeric_value(text)) == 1.0;
   }
+  inputs.modes = stored(modes_key) == both_modes ? ModeChoice::both : ModeChoice::current_type;
+  const std::string errors = stored(errors_key);
+  if (errors == errors_as_before || errors == relative_errors) {
+    inputs.errors = errors == relative_errors ? ErrorForm::relative : ErrorForm::as_before;
+  }
   return inputs;
 }
 
@@ -161,6 +183,8 @@ void store_inversion_inputs(const InversionInputs& inputs) {
   for (const SwitchEntry& entry : switch_entries) {
     store(entry.key, inputs.*entry.on ? "1" : "0");
   }
+  store(modes_key, inputs.modes == ModeChoice::both ? both_modes : current_type);
+  store(errors_key, error_form(inputs) == ErrorForm::relative ? relative_errors : errors_as_before);
   store(directory_key, inputs.directory);
 }
 
@@ -171,6 +195,10 @@ const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choic
     }
   }
   for (const NumberEntry& entry : number_entries) {
+    if (!is_read(entry, inputs)) {
+      choices.*entry.value = choices.*entry.of_TM;
+      continue;
+    }
     const std::string& text = inputs.*entry.text;
     choices.*entry.value = numeric_value(text);
     if (!is_positive_number(text) || (entry.minimum == Minimum::one && choices.*entry.value < 1.0)) {
@@ -178,6 +206,14 @@ const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choic
     }
   }
   return invalid_station_limit(inputs, choices);
+}
+
+ErrorForm usual_error_form(ModeChoice choice) {
+  return choice == ModeChoice::both ? ErrorForm::relative : ErrorForm::as_before;
+}
+
+ErrorForm error_form(const InversionInputs& inputs) {
+  return inputs.errors.value_or(usual_error_form(inputs.modes));
 }
 
 bool is_within_limits(double station, const InversionChoices& choices) {

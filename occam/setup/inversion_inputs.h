@@ -1,8 +1,11 @@
 // inversion_inputs.h: the entries of a new inversion, as typed and as numbers.
 #pragma once
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 
+#include "occam/setup/run_modes.h"
 #include "projections/line_distances.h"
 
 namespace Module_occam {
@@ -11,14 +14,21 @@ using Module_projections::PositionSource;
 
 inline constexpr std::size_t min_stations = 3;  // that an inversion is created for
 
+/// How errors grow from the floors. As before: the resistivity's with the size of its logarithm, so that 5 %
+/// gives 0.001 decades at 1 ohm-m and 0.15 at 1000; the phase's with the phase. Relative: the same share of
+/// every resistivity, the same degrees at every phase.
+enum class ErrorForm : std::uint8_t { as_before, relative };
+
 /// The entries as typed; the values here are the defaults.
 struct InversionInputs {
   std::string model_file = "inmodel";
   std::string data_file = "occamdat";
   std::string max_iterations = "20";
   std::string target_RMS = "1.2";       // where the inversion stops
-  std::string res_error_floor = "5";    // percent
-  std::string phase_error_floor = "5";  // percent of the phase
+  std::string res_error_floor = "5";    // percent; of TM where the run has both modes
+  std::string phase_error_floor = "5";  // as before: percent of the phase, relative: degrees
+  std::string te_res_error_floor;       // of a run with both modes; blank: as TM
+  std::string te_phase_error_floor;     // the same
   std::string num_layers = "24";        // padding included
   std::string layers_per_decade = "8";  // of depth
   std::string top_layer = "20";         // thickness, m
@@ -28,6 +38,8 @@ struct InversionInputs {
   std::string initial_res = "100";  // of the starting model, ohm-m
   bool use_standard_error = true;   // error of a resistivity proportional to its logarithm
   bool use_rhoplus_error = true;    // the misfit of a one-dimensional inversion adds to the errors
+  ModeChoice modes = ModeChoice::current_type;
+  std::optional<ErrorForm> errors;  // none: as before for one mode, relative for both
   std::string directory;            // folder of the run
   // The entries from here on are not stored.
   bool apply_static = true;   // static shift corrections
@@ -42,8 +54,10 @@ struct InversionInputs {
 struct InversionChoices {
   double max_iterations = 0.0;
   double target_RMS = 0.0;
-  double res_error_floor = 0.0;    // percent
-  double phase_error_floor = 0.0;  // percent of the phase
+  double res_error_floor = 0.0;
+  double phase_error_floor = 0.0;
+  double te_res_error_floor = 0.0;  // as entered, or that of TM
+  double te_phase_error_floor = 0.0;
   double num_layers = 0.0;
   double layers_per_decade = 0.0;
   double top_layer = 0.0;    // m
@@ -66,6 +80,12 @@ void store_inversion_inputs(const InversionInputs& inputs);
 /// The message of the first invalid entry, in their order. Null if all are valid; `choices` then holds all
 /// numbers.
 const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices);
+
+/// The form of the errors that the entries ask for.
+ErrorForm error_form(const InversionInputs& inputs);
+
+/// The form for the modes of a run where nobody has chosen one.
+ErrorForm usual_error_form(ModeChoice choice);
 
 /// Whether a station lies within the limits. Stations are known by the digits of a single: what a user reads
 /// off the screen and types is a limit that the station itself meets.

@@ -15,7 +15,9 @@
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"
 
+using Module_occam::ErrorForm;
 using Module_occam::InversionInputs;
+using Module_occam::ModeChoice;
 using Module_occam::PositionSource;
 
 namespace {
@@ -38,6 +40,8 @@ constexpr TextControl text_controls[] = {
     {&Ui::Form_occam::Text_last_station, &InversionInputs::last_station},
     {&Ui::Form_occam::Text_res_error_floor, &InversionInputs::res_error_floor},
     {&Ui::Form_occam::Text_phase_error_floor, &InversionInputs::phase_error_floor},
+    {&Ui::Form_occam::Text_te_res_error_floor, &InversionInputs::te_res_error_floor},
+    {&Ui::Form_occam::Text_te_phase_error_floor, &InversionInputs::te_phase_error_floor},
     {&Ui::Form_occam::Text_num_layers, &InversionInputs::num_layers},
     {&Ui::Form_occam::Text_Layers_decade, &InversionInputs::layers_per_decade},
     {&Ui::Form_occam::Text_top_layer, &InversionInputs::top_layer},
@@ -54,6 +58,9 @@ constexpr CheckControl check_controls[] = {
     {&Ui::Form_occam::Check_occam_apply_static, &InversionInputs::apply_static},
     {&Ui::Form_occam::Check_use_standard_error, &InversionInputs::use_standard_error},
     {&Ui::Form_occam::Check_use_rhoplus_error, &InversionInputs::use_rhoplus_error}};
+
+/// In Combo_errors.
+int index_of(ErrorForm form) { return form == ErrorForm::relative ? 1 : 0; }
 
 }  // namespace
 
@@ -80,8 +87,9 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
   fill_controls();
   offer_positions(positions);
   connect_controls();
-  show_run_folder();
-  show_summary();
+  propose_folder();
+  count_data();
+  show_error_form();
   show_hint();
 }
 
@@ -113,13 +121,15 @@ void Form_occam::fill_drives() {
 void Form_occam::fill_controls() {
   InversionInputs kept = Module_occam::load_inversion_inputs();
   kept.directory = Module_util::directory_of(session().database_file);
-  kept.occam_directory = Module_occam::free_run_name(kept.directory, line_.line, line_.data_type);
   for (const TextControl& control : text_controls) {
     ((*ui_).*control.box)->setText(QString::fromStdString(kept.*control.text));
   }
   for (const CheckControl& control : check_controls) {
     ((*ui_).*control.box)->setChecked(kept.*control.on);
   }
+  ui_->Combo_modes->setItemText(0, "Current data type (" + QString::fromStdString(line_.data_type) + ")");
+  ui_->Combo_modes->setCurrentIndex(kept.modes == ModeChoice::both ? 1 : 0);
+  ui_->Combo_errors->setCurrentIndex(index_of(Module_occam::error_form(kept)));
   ui_->Combo_use_file_errors->setCurrentIndex(rhoplus_.use_file_errors);
   ui_->DirList->choose(QString::fromStdString(kept.directory));
 }
@@ -145,7 +155,61 @@ void Form_occam::show_positions_hint() {
   ui_->Label_positions_hint->setMinimumHeight(hint.isEmpty() ? 0 : most_lines * fontMetrics().lineSpacing());
 }
 
+void Form_occam::choose_modes() {
+  ui_->Combo_errors->setCurrentIndex(index_of(Module_occam::usual_error_form(inputs().modes)));
+  propose_folder();
+  count_data();
+  show_error_form();
+  show_hint();
+}
+
+/// What the user has typed stays.
+void Form_occam::propose_folder() {
+  if (ui_->Text_occam_directory->text() == proposed_folder_) {
+    const InversionInputs entries = inputs();
+    proposed_folder_ = QString::fromStdString(Module_occam::free_run_name(
+        entries.directory, line_.line, Module_occam::modes_in_name(entries.modes, line_.data_type)));
+    ui_->Text_occam_directory->setText(proposed_folder_);
+  }
+  show_run_folder();
+}
+
+void Form_occam::count_data() {
+  counts_.clear();
+  static_cast<void>(trap_errors("An error occurred while counting the data of the line: ", [this] {
+    counts_ = Module_occam::count_data(line_, inputs().modes, rhoplus_);
+  }));
+  show_summary();
+}
+
+/// Which entries the modes and the form of the errors use, and what the floors are floors of.
+void Form_occam::show_error_form() {
+  const InversionInputs entries = inputs();
+  const bool both = entries.modes == ModeChoice::both;
+  const bool relative = entries.errors == ErrorForm::relative;
+  const QString res_tip = relative ? "Least error of a resistivity, the same percent of every one"
+                                   : "Least error of a resistivity, percent of its logarithm: 5 gives 0.001 "
+                                     "decades at 1 ohm-m and 0.15 at 1000";
+  const QString phase_tip =
+      relative ? "Least error of a phase, degrees"
+               : "Least error of a phase, taken in percent of the phase: 5 gives 2.25 degrees at 45";
+  const QString te_tip =
+      both ? "; for TE, blank: as TM" : "; TE has a floor of its own where a run has both modes";
+  for (QWidget* const part :
+       std::initializer_list<QWidget*>{ui_->Label_te_res_error_floor, ui_->Text_te_res_error_floor,
+                                       ui_->Label_te_phase_error_floor, ui_->Text_te_phase_error_floor}) {
+    part->setEnabled(both);
+  }
+  ui_->Text_res_error_floor->setToolTip(res_tip);
+  ui_->Text_te_res_error_floor->setToolTip(res_tip + te_tip);
+  ui_->Text_phase_error_floor->setToolTip(phase_tip);
+  ui_->Text_te_phase_error_floor->setToolTip(phase_tip + te_tip);
+  ui_->Check_use_standard_error->setEnabled(!relative);
+}
+
 void Form_occam::connect_controls() {
+  connect(ui_->Combo_modes, &QComboBox::currentIndexChanged, this, &Form_occam::choose_modes);
+  connect(ui_->Combo_errors, &QComboBox::currentIndexChanged, this, &Form_occam::show_error_form);
   connect(ui_->Combo_positions, &QComboBox::currentIndexChanged, this, [this] {
     show_positions_hint();
     show_summary();
@@ -157,7 +221,7 @@ void Form_occam::connect_controls() {
   for (const TextControl& control : text_controls) {
     connect((*ui_).*control.box, &QLineEdit::textChanged, this, &Form_occam::show_summary);
   }
-  connect(ui_->Combo_use_file_errors, &QComboBox::currentIndexChanged, this, &Form_occam::choose_errors);
+  connect(ui_->Combo_use_file_errors, &QComboBox::currentIndexChanged, this, &Form_occam::choose_file_errors);
   connect(ui_->Command_create_inversion, &QPushButton::clicked, this, &Form_occam::create_inversion);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
 }
@@ -169,10 +233,10 @@ void Form_occam::show_run_folder() {
 
 void Form_occam::show_summary() {
   ui_->Label_summary->setText(
-      QString::fromStdString(Module_occam::design_summary(line_.line, inputs(), distances_)));
+      QString::fromStdString(Module_occam::design_summary(line_.line, inputs(), distances_, counts_)));
 }
 
-void Form_occam::choose_errors(int index) {
+void Form_occam::choose_file_errors(int index) {
   rhoplus_.use_file_errors = index;
   Module_output::save_rhoplus_settings(rhoplus_);
   show_hint();
@@ -181,7 +245,13 @@ void Form_occam::choose_errors(int index) {
 void Form_occam::show_hint() {
   const bool left_out = rhoplus_.use_file_errors == 0;
   if (left_out && file_errors_hint_.isEmpty()) {
-    file_errors_hint_ = QString::fromStdString(Module_output::file_errors_hint(line_));
+    for (const Module_occam::ModeCount& count : counts_) {
+      Module_database::LineSelection of_mode = line_;
+      of_mode.data_type = count.mode.data_type;
+      if (file_errors_hint_.isEmpty()) {
+        file_errors_hint_ = QString::fromStdString(Module_output::file_errors_hint(of_mode));
+      }
+    }
   }
   ui_->Label_file_errors_hint->setText(file_errors_hint_);
   ui_->Label_file_errors_hint->setVisible(left_out && !file_errors_hint_.isEmpty());
@@ -195,6 +265,9 @@ InversionInputs Form_occam::inputs() const {
   for (const CheckControl& control : check_controls) {
     inputs.*control.on = ((*ui_).*control.box)->isChecked();
   }
+  inputs.modes = ui_->Combo_modes->currentIndex() == 1 ? ModeChoice::both : ModeChoice::current_type;
+  inputs.errors = ui_->Combo_errors->currentIndex() == index_of(ErrorForm::relative) ? ErrorForm::relative
+                                                                                     : ErrorForm::as_before;
   inputs.directory = ui_->DirList->folder().toStdString();
   inputs.positions =
       ui_->Combo_positions->currentIndex() == 1 ? PositionSource::distances : PositionSource::station_numbers;

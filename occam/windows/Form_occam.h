@@ -3,8 +3,10 @@
 #include <QDialog>
 #include <QString>
 #include <memory>
+#include <vector>
 
 #include "occam/setup/create_inversion.h"
+#include "occam/setup/mode_counts.h"
 
 namespace Ui {
 class Form_occam;
@@ -39,9 +41,13 @@ class Form_occam : public QDialog {
   void connect_controls();
   void offer_positions(Module_occam::PositionSource proposed);
   void show_positions_hint();
+  void choose_modes();
+  void propose_folder();
+  void count_data();
+  void show_error_form();
   void show_run_folder();
   void show_summary();
-  void choose_errors(int index);
+  void choose_file_errors(int index);
   void show_hint();
   [[nodiscard]] Module_occam::InversionInputs inputs() const;
   void create_inversion();
@@ -53,6 +59,8 @@ class Form_occam : public QDialog {
   Module_occam::StationSteps steps_;
   Module_database::LineSelection line_;
   Module_projections::LineDistances distances_;
+  std::vector<Module_occam::ModeCount> counts_;  // in the chosen modes
+  QString proposed_folder_;
   QPushButton* Command_run_inversion_;
   std::string created_directory_;
   std::string directory_to_run_;

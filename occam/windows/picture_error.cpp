@@ -21,9 +21,8 @@ int part_at(double place, double start, double length, int count) {
 
 }  // namespace
 
-PictureError::PictureError(const QString& name, const QString& title, const OccamResponse& response,
-                           ResponseKind kind, QWidget* parent)
-    : QWidget(parent), title_(title), response_(response), kind_(kind) {
+PictureError::PictureError(const QString& name, const OccamResponse& response, QWidget* parent)
+    : QWidget(parent), response_(response) {
   setObjectName(name);
   setMouseTracking(true);
   setToolTip("Misfit in units of the error; click on a site to see its curves");
@@ -31,6 +30,12 @@ PictureError::PictureError(const QString& name, const QString& title, const Occa
 
 void PictureError::clear() {
   shown_ = false;
+  update();
+}
+
+void PictureError::choose(const QString& title, std::optional<DataType> type) {
+  title_ = title;
+  type_ = type;
   update();
 }
 
@@ -68,6 +73,12 @@ void PictureError::paintEvent(QPaintEvent* /*event*/) {
   }
 }
 
+double PictureError::misfit_of(int site_number, int frequency_number) const {
+  return type_ ? static_cast<double>(
+                     response_.value(ResponseValue::misfit, *type_, site_number, frequency_number))
+               : no_data;
+}
+
 void PictureError::paint_cells(QPainter& painter) const {
   const QRectF area = plot();
   const int sites = response_.resp_sites();
@@ -76,8 +87,7 @@ void PictureError::paint_cells(QPainter& painter) const {
   const auto y = [&](int frequency) { return qRound(area.top() + area.height() * frequency / frequencies); };
   for (int site = 0; site < sites; ++site) {
     for (int frequency = 0; frequency < frequencies; ++frequency) {
-      const auto misfit =
-          static_cast<double>(response_.value(ResponseValue::misfit, kind_, site + 1, frequency + 1));
+      const double misfit = misfit_of(site + 1, frequency + 1);
       const QRect cell(QPoint(x(site), y(frequency)), QPoint(x(site + 1) - 1, y(frequency + 1) - 1));
       painter.fillRect(cell, is_absent(misfit)
                                  ? QColor(Qt::white)
@@ -126,13 +136,14 @@ QString PictureError::text_at(QPointF at) const {
   }
   const int site = part_at(at.x(), area.left(), area.width(), response_.resp_sites());
   const int frequency = part_at(at.y(), area.top(), area.height(), response_.resp_frequency_count());
-  const auto misfit = static_cast<double>(response_.value(ResponseValue::misfit, kind_, site, frequency));
+  const double misfit = misfit_of(site, frequency);
   const auto site_index = static_cast<std::size_t>(site) - 1;
   return QString::fromStdString(
       "Site " + response_.resp_site_names[site_index] + " at " +
       format_number(response_.resp_offsets[site_index], "0.0") + " m   Frequency " +
       plain_text(static_cast<float>(response_.resp_frequencies[static_cast<std::size_t>(frequency) - 1])) +
-      " Hz   " + title_.toStdString() + " " + (is_absent(misfit) ? "NA" : format_number(misfit, "0.00")));
+      " Hz   " + (type_ ? data_type_name(*type_) + " error" : title_.toStdString()) + " " +
+      (is_absent(misfit) ? "NA" : format_number(misfit, "0.00")));
 }
 
 void PictureError::mouseMoveEvent(QMouseEvent* event) { Q_EMIT hovered(text_at(event->position())); }

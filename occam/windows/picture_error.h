@@ -2,8 +2,9 @@
 // image: sites across, frequencies down.
 #pragma once
 #include <QWidget>
+#include <optional>
 
-#include "formats/occam/occam_data.h"
+#include "formats/occam/occam_response.h"
 #include "occam/results/image_palette.h"
 
 class PictureError : public QWidget {
@@ -11,10 +12,11 @@ class PictureError : public QWidget {
 
  public:
   /// @param response  that is on show; it outlives the picture
-  PictureError(const QString& name, const QString& title, const Module_occam::OccamResponse& response,
-               Module_occam::ResponseKind kind, QWidget* parent = nullptr);
+  PictureError(const QString& name, const Module_occam::OccamResponse& response, QWidget* parent = nullptr);
 
   void clear();
+  /// What the picture is of; nothing: the response has no such data.
+  void choose(const QString& title, std::optional<Module_occam::DataType> type);
   void show_misfits(const Module_occam::Palette& palette);
   /// Frames the column of a site, numbered from 1.
   void mark_site(int site_number);
@@ -36,11 +38,12 @@ class PictureError : public QWidget {
   [[nodiscard]] QRectF plot() const;
   void paint_cells(QPainter& painter) const;
   void paint_labels(QPainter& painter) const;
+  [[nodiscard]] double misfit_of(int site_number, int frequency_number) const;
   [[nodiscard]] QString text_at(QPointF at) const;
 
   QString title_;
   const Module_occam::OccamResponse& response_;
-  Module_occam::ResponseKind kind_;
+  std::optional<Module_occam::DataType> type_;
   Module_occam::Palette palette_ = {};
   int marked_site_ = 0;
   bool shown_ = false;

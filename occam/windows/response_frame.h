@@ -1,5 +1,6 @@
 // response_frame.h: the response frame of the results viewer: curves of a station, misfits of all of them,
-// profiles along the line.
+// profiles along the line. Where a response has tippers or impedances, too, or both modes, two lists choose
+// what is shown.
 #pragma once
 #include <QWidget>
 
@@ -34,25 +35,36 @@ class ResponseFrame : public QWidget {
   void hovered(const QString& text);
 
  private:
+  QWidget* make_choices();
   QWidget* make_station_row();
   QWidget* make_profiles();
   void make_graphs();
   void connect_panes();
+  void list_views();
+  void list_channels();
   void list_frequencies();
   void list_misfits();
+  void choose_view();
+  void choose_channel();
+  void name_panes();
+  [[nodiscard]] const Module_occam::ResponseView& view() const;
+  [[nodiscard]] const Module_occam::ResponseChannel& channel() const;
 
   const Module_occam::OccamResponse& response_;
   Module_occam::MisfitTable misfits_;
+  std::vector<Module_occam::ResponseView> views_;
+  QWidget* choices_;
+  QWidget* view_choice_;
+  QWidget* channel_choice_;
+  QComboBox* Combo_response_view_;
+  QComboBox* Combo_response_mode_;
   QLabel* Label_station_;
   QScrollBar* HScroll_station_;
   QComboBox* Combo_display_mode_;
   QComboBox* Combo_display_oddsevens_;
-  ResponseGraph* station_resistivity_;
-  ResponseGraph* station_phase_;
-  ResponseGraph* profile_resistivity_;
-  ResponseGraph* profile_phase_;
-  PictureError* Picture_res_error_;
-  PictureError* Picture_phase_error_;
+  Module_occam::ByPane<ResponseGraph*> station_graphs_;
+  Module_occam::ByPane<ResponseGraph*> profile_graphs_;
+  Module_occam::ByPane<PictureError*> error_pictures_;
   QTableWidget* Grid_misfit_;
   VexSplitter* Splitter_response_;
   int site_number_ = 1;

@@ -12,11 +12,13 @@ namespace {
 
 constexpr graph::Colour mark_colour{0, 0, 255};
 
-QString legend_entry(const graph::Colour& colour, const std::string& name) {
-  return QString("<span style=\"color:rgb(%1,%2,%3)\">&#9679;</span>&nbsp;%4")
+QString legend_entry(const graph::SeriesStyle& style, const std::string& name) {
+  const graph::Colour colour = style.colour.value_or(graph::Colour{});
+  return QString("<span style=\"color:rgb(%1,%2,%3)\">%4</span>&nbsp;%5")
       .arg(colour.red)
       .arg(colour.green)
       .arg(colour.blue)
+      .arg(style.marker == graph::Marker::square ? "&#9632;" : "&#9679;")
       .arg(QString::fromStdString(name).toHtmlEscaped());
 }
 
@@ -54,13 +56,18 @@ void ResponseGraph::set_title(const QString& title) {
   show_heading(true);
 }
 
+void ResponseGraph::set_explanation(const QString& text) { heading_->setToolTip(text); }
+
 void ResponseGraph::show_heading(bool legend) {
   QStringList parts;
   if (!title_.isEmpty()) {
     parts.append("<b>" + title_.toHtmlEscaped() + "</b>");
   }
-  for (std::size_t s = 0; legend && s < plot_.series_names.size(); ++s) {
-    parts.append(legend_entry(plot_.styles[s].colour.value_or(graph::Colour{}), plot_.series_names[s]));
+  const std::vector<std::string>& names = plot_.legend.empty() ? plot_.series_names : plot_.legend;
+  for (std::size_t s = 0; legend && s < names.size(); ++s) {
+    if (!names[s].empty()) {
+      parts.append(legend_entry(plot_.styles[s], names[s]));
+    }
   }
   heading_->setText(parts.join("&nbsp;&nbsp; "));
 }

@@ -18,8 +18,10 @@ class ResponseGraph : public QWidget {
                 QWidget* parent = nullptr);
 
   void set_title(const QString& title);
+  /// What is said of the whole graph where the pointer rests on its title.
+  void set_explanation(const QString& text);
   void clear();
-  /// @param legend  name each series in its colour above the chart
+  /// @param legend  name the curves in their colours above the chart
   void show_plot(Module_occam::ResponsePlot plot, bool legend = true);
   [[nodiscard]] const Module_occam::ResponsePlot& plot() const { return plot_; }
   /// A blue line at a place of the x axis; draws the chart.

@@ -98,28 +98,36 @@ void write_pdf(graph::PictureFile& file, const SectionPage& page) {
   }
 }
 
-std::string site_heading(const OccamResponse& response, const MisfitTable& misfits, int site_number) {
+/// Names the misfits of all data and of the types of a view.
+std::string site_heading(const OccamResponse& response, const MisfitTable& misfits, const ResponseView& view,
+                         int site_number) {
   const auto site = static_cast<std::size_t>(site_number) - 1;
   std::string text = "Site " + response.resp_site_names[site] + " at " +
                      format_number(response.resp_offsets[site], "0.0") + " m,  RMS " +
                      format_number(misfits.of_site(site_number).rms(), "0.00");
-  for (const auto& [type, cell] : misfits.site_cells[site]) {
-    text += ",  " + data_type_name(type) + " " + format_number(cell.rms(), "0.00");
+  for (const Pane pane : panes) {
+    for (const auto& [type, channel] : view.curves(pane)) {
+      const auto cell = misfits.site_cells[site].find(type);
+      if (cell != misfits.site_cells[site].end()) {
+        text += ",  " + data_type_name(type) + " " + format_number(cell->second.rms(), "0.00");
+      }
+    }
   }
   return text;
 }
 
-void place_curves(graph::PdfPages& pages, const OccamResponse& response, ResponseKind kind, int site_number,
-                  const QRectF& part) {
-  const bool resistivity = kind == ResponseKind::resistivity;
-  const QRectF below = pages.caption(
-      resistivity ? "Resistivity: TE blue, TM red; observed as points with errors, modelled as lines"
-                  : "Phase",
-      part);
+void place_curves(graph::PdfPages& pages, const OccamResponse& response, const ResponseView& view, Pane pane,
+                  int site_number, const QRectF& part) {
+  const PaneTexts& texts = view.text(pane);
+  std::string caption = texts.title;
+  if (pane == Pane::upper) {
+    caption += ": " + curves_in_words(view, pane);
+  }
+  const QRectF below = pages.caption(QString::fromStdString(caption), part);
   VexGraphControl chart;
   chart.set_x_title("Frequency (Hz)");
-  chart.set_y_title(resistivity ? "Resistivity (log10 ohm-m)" : "Phase (deg)");
-  give_to_chart(chart, mode_curves(response, kind, site_number));
+  chart.set_y_title(texts.axis);
+  give_to_chart(chart, station_curves(response, view, pane, site_number));
   pages.place(chart, below);
 }
 
@@ -211,6 +219,7 @@ int save_station_fits(RunView& view, const std::string& path) {
     const OccamResponse& response = view.response();
     const MisfitTable misfits = misfit_table(response);
     graph::PdfPages pages(QString::fromStdString(path), QString::fromStdString(iteration_heading(view)));
+    const std::vector<ResponseView> views = response_views(response);
     constexpr double upper = 0.58;
     for (int site = 1; site <= response.resp_sites(); ++site) {
       user_interface().show_progress("Drawing the stations", 100 * (site - 1) / response.resp_sites());
@@ -218,9 +227,11 @@ int save_station_fits(RunView& view, const std::string& path) {
       if (user_interface().stop_requested()) {
         return -1;
       }
-      pages.begin_page(QString::fromStdString(site_heading(response, misfits, site)));
-      place_curves(pages, response, ResponseKind::resistivity, site, {0.0, 0.0, 1.0, upper});
-      place_curves(pages, response, ResponseKind::phase, site, {0.0, upper, 1.0, 1.0 - upper});
+      for (const ResponseView& response_view : views) {
+        pages.begin_page(QString::fromStdString(site_heading(response, misfits, response_view, site)));
+        place_curves(pages, response, response_view, Pane::upper, site, {0.0, 0.0, 1.0, upper});
+        place_curves(pages, response, response_view, Pane::lower, site, {0.0, upper, 1.0, 1.0 - upper});
+      }
     }
     pages.finish();
     return 0;

@@ -110,7 +110,11 @@ QColor GraphContent::point_colour(int series, int point) const {
 }
 
 double GraphContent::marker_radius(int series) const {
-  const double width = std::clamp(series_style(series).width, 1.0, 4.0);
+  const SeriesStyle style = series_style(series);
+  const double width = std::clamp(style.width, 1.0, 4.0);
+  if (style.marker == Marker::dot) {
+    return std::max(0.7 * width, 1.0);
+  }
   const double largest = series_count() >= many_series ? 2.2 : 3.0;
   const double distance = plot_width_ / std::max(1, point_count(series));
   return std::clamp(0.4 * distance, 1.6, largest) + 0.4 * (width - 1.0);

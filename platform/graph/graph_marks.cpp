@@ -65,7 +65,7 @@ void PointerMarks::draw(QCPPainter* painter) {
       const QColor marked = masked ? colour.darker(140) : colour;
       draw_marker(*painter, place.at, Qt::white, radius + 1.5, false);
       if (place.beyond == Beyond::neither) {
-        draw_marker(*painter, place.at, marked, radius, masked);
+        draw_marker(*painter, place.at, marked, radius, masked, content_.series_style(point_->series).marker);
       } else {
         draw_edge_marker(*painter, place, marked, radius - 1.5, masked);
       }

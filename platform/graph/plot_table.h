@@ -49,10 +49,15 @@ constexpr int palette_style(int number) { return first_palette_style + (number -
 
 inline constexpr Colour unused_colour{170, 170, 170};
 
+/// What a used point of a curve looks like. A dot is a small disc, for the points of a curve that is its
+/// line.
+enum class Marker : std::uint8_t { disc, square, dot };
+
 struct SeriesStyle {
   std::optional<Colour> colour;  // none: the palette colour of the series' number
   double width = 1.0;            // of the line, in device-independent pixels; wide series are drawn on top
   bool line = true;              // false: points only
+  Marker marker = Marker::disc;
 };
 
 }  // namespace graph

@@ -11,15 +11,16 @@ namespace {
 constexpr double outside = 20.0;  // pixels beyond the plot area where a line may be cut unseen
 constexpr double cap = 3.0;       // half the width of an error bar's ends, pixels
 
-/// A disc, rendered once and then copied: a copy costs a tenth of an antialiased ellipse.
-class DiscStamps {
+/// A marker, rendered once and then copied: a copy costs a tenth of an antialiased ellipse.
+class MarkerStamps {
  public:
-  DiscStamps(double radius, double device_ratio) : radius_(radius), device_ratio_(device_ratio) {}
+  MarkerStamps(Marker marker, double radius, double device_ratio)
+      : marker_(marker), radius_(radius), device_ratio_(device_ratio) {}
 
   void draw(QCPPainter& painter, QPointF at, const QColor& colour) {
     const QPixmap& stamp = of(colour);
     const double half = stamp.width() / device_ratio_ / 2.0;
-    // On whole device pixels the copy needs no interpolation and the disc stays crisp.
+    // On whole device pixels the copy needs no interpolation and the marker stays crisp.
     const QPointF corner(std::round((at.x() - half) * device_ratio_) / device_ratio_,
                          std::round((at.y() - half) * device_ratio_) / device_ratio_);
     painter.drawPixmap(corner, stamp);
@@ -38,10 +39,11 @@ class DiscStamps {
     QPainter painter(&stamp);
     painter.setRenderHint(QPainter::Antialiasing);
     const double centre = side / device_ratio_ / 2.0;
-    draw_marker(painter, {centre, centre}, colour, radius_, false);
+    draw_marker(painter, {centre, centre}, colour, radius_, false, marker_);
     return stamps_.emplace(colour.rgba(), std::move(stamp)).first->second;
   }
 
+  Marker marker_;
   double radius_;
   double device_ratio_;
   std::map<QRgb, QPixmap> stamps_;
@@ -77,7 +79,8 @@ bool clip_segment(const QRectF& area, QPointF& from, QPointF& to) {
   return true;
 }
 
-void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double radius, bool masked) {
+void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double radius, bool masked,
+                 Marker marker) {
   if (masked) {
     painter.setPen(QPen(colour, 1.4, Qt::SolidLine, Qt::FlatCap));
     const double arm = radius + 0.2;
@@ -87,7 +90,12 @@ void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double rad
   }
   painter.setPen(Qt::NoPen);
   painter.setBrush(colour);
-  painter.drawEllipse(at, radius, radius);
+  if (marker == Marker::square) {
+    const double half = 0.9 * radius;  // of about the same area as the disc
+    painter.drawRect(QRectF(at.x() - half, at.y() - half, 2.0 * half, 2.0 * half));
+  } else {
+    painter.drawEllipse(at, radius, radius);
+  }
 }
 
 void draw_edge_marker(QPainter& painter, const MarkerPlace& place, const QColor& colour, double radius,
@@ -196,7 +204,8 @@ void SeriesPainter::draw_markers(QCPPainter& painter, int series) const {
   const double radius = content_.marker_radius(series);
   const QRectF area = QRectF(clipRect()).adjusted(-outside, -outside, outside, outside);
   const bool exact = painter.modes().testFlag(QCPPainter::pmNoCaching);  // exports keep true shapes
-  DiscStamps stamps(radius, painter.device()->devicePixelRatioF());
+  const Marker marker = content_.series_style(series).marker;
+  MarkerStamps stamps(marker, radius, painter.device()->devicePixelRatioF());
   for (int p = 0; p < content_.point_count(series); ++p) {
     const PlacedPoint& point = placed_[static_cast<std::size_t>(p)];
     const MarkerPlace place = marker_place(content_, point.at, y_axis_);
@@ -208,7 +217,7 @@ void SeriesPainter::draw_markers(QCPPainter& painter, int series) const {
     if (place.beyond != Beyond::neither) {
       draw_edge_marker(painter, place, colour, radius, masked);
     } else if (masked || exact) {
-      draw_marker(painter, place.at, colour, radius, masked);
+      draw_marker(painter, place.at, colour, radius, masked, marker);
     } else {
       stamps.draw(painter, place.at, colour);
     }

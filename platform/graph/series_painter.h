@@ -10,8 +10,9 @@ namespace graph {
 /// Cuts a segment to its part inside a rectangle. @return false if it has none
 bool clip_segment(const QRectF& area, QPointF& from, QPointF& to);
 
-/// A used point: a filled disc. A masked one: a grey cross.
-void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double radius, bool masked);
+/// A used point: a filled disc or square. A masked one: a grey cross.
+void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double radius, bool masked,
+                 Marker marker = Marker::disc);
 
 /// A point beyond an end of the y axis: a small triangle that points there, hollow if the point is masked.
 void draw_edge_marker(QPainter& painter, const MarkerPlace& place, const QColor& colour, double radius,

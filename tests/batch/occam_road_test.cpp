@@ -1,5 +1,7 @@
 // From field files to a run directory of the two-dimensional inversion and back, through the batch program.
+#include <tuple>
 
+#include "formats/occam/data_file.h"
 #include "tests/batch/batch_program.h"
 
 namespace {
@@ -42,6 +44,46 @@ TEST_F(Batch_program, Occam_makes_a_run_that_occam_info_reads_back) {
   EXPECT_EQ(later["iterations"][0]["misfit"], 1.5);
   EXPECT_EQ(later["iterations"][0]["parameters"], info["parameters"]);
   EXPECT_NE(run({"occam-info", "run"}).output.find("Iteration"), std::string::npos);
+}
+
+TEST_F(Batch_program, Occam_takes_both_modes_with_their_floors) {
+  write_field_files(4);
+  import_field_files();
+  const std::vector<std::string> one_mode{
+      "occam",    "survey.mdb", "--line",      "200E", "--reference",  "0",          "--dipole", "100",
+      "--errors", "relative",   "--directory", "run",  "--no-rhoplus", "--overwrite"};
+  const auto rows_of = [&](const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = one_mode;
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    return Module_occam::read_data_file(folder_.path("run/occamdat")).rows;
+  };
+  const auto both =
+      rows_of({"--modes", "both", "--te-res-floor", "8", "--phase-floor", "2", "--te-phase-floor", "3"});
+  const auto te = rows_of({"--data-type", "EyHx", "--res-floor", "8", "--phase-floor", "3"});
+  const auto tm = rows_of({"--data-type", "ExHy", "--phase-floor", "2"});
+  const auto texts = [](const std::vector<Module_occam::DataRow>& rows, const Module_occam::Mode& mode) {
+    std::vector<std::tuple<int, int, int, double, double>> found;
+    for (const Module_occam::DataRow& row : rows) {
+      if (mode.has(row.type)) {
+        found.emplace_back(row.site_number, row.frequency_number, static_cast<int>(row.type), row.datum,
+                           row.error);
+      }
+    }
+    return found;
+  };
+  ASSERT_FALSE(te.empty());
+  EXPECT_EQ(both.size(), te.size() + tm.size());
+  EXPECT_EQ(texts(both, Module_occam::te_mode), texts(te, Module_occam::te_mode));
+  EXPECT_EQ(texts(both, Module_occam::tm_mode), texts(tm, Module_occam::tm_mode));
+  EXPECT_EQ(te.front().error, 0.0347);  // 0.08 / ln 10
+
+  std::vector<std::string> wrong = one_mode;
+  EXPECT_EQ(run(wrong).errors, "--data-type is required, unless --modes is both\n");
+  wrong.insert(wrong.end(), {"--data-type", "EyHx", "--te-res-floor", "8"});
+  EXPECT_EQ(run(wrong).errors, "--te-res-floor and --te-phase-floor need --modes both\n");
+  EXPECT_EQ(run(wrong).status, 2);
 }
 
 TEST_F(Batch_program, Occam_replaces_an_inversion_only_when_told_to) {

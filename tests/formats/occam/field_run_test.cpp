@@ -53,26 +53,28 @@ TEST_F(FieldRunTest, Its_responses_hold_modelled_values) {
   ASSERT_EQ(read_occam_response((run / response_file_name("ITER12.iter")).string(),
                                 (run / "OccamDataFile.dat").string(), response),
             0);
-  const auto& first = response.row(ResponseKind::resistivity, 1, 1);
+  const auto first = response.row(DataType::tm_resistivity, 1, 1);
   EXPECT_FLOAT_EQ(first[0], 0.8351F);
   EXPECT_NEAR(first[1], 0.8351 - 0.8587, 1e-5);
   EXPECT_FLOAT_EQ(first[2], 0.8587F);
-  // The misfits of all rows give the misfit of the iteration; those of types 1 and 2 have no place of their
-  // own here, so TM alone only comes near.
+  // The misfits of all places give the misfit of the iteration.
   double squares = 0.0;
   int count = 0;
   for (int site = 1; site <= response.resp_sites(); ++site) {
     for (int frequency = 1; frequency <= response.resp_frequency_count(); ++frequency) {
-      for (const ResponseKind kind : {ResponseKind::resistivity, ResponseKind::phase}) {
-        const float misfit = response.value(ResponseValue::misfit, kind, site, frequency);
-        ASSERT_FALSE(is_absent(static_cast<double>(misfit)));
-        squares += static_cast<double>(misfit) * static_cast<double>(misfit);
-        ++count;
+      for (const Mode& mode : modes) {
+        for (const DataType type : {mode.resistivity, mode.phase}) {
+          const auto misfit =
+              static_cast<double>(response.value(ResponseValue::misfit, type, site, frequency));
+          ASSERT_FALSE(is_absent(misfit));
+          squares += misfit * misfit;
+          ++count;
+        }
       }
     }
   }
-  EXPECT_EQ(count, 570);
-  EXPECT_NEAR(std::sqrt(squares / count), 1.0, 0.2);
+  EXPECT_EQ(count, 1140);
+  EXPECT_NEAR(std::sqrt(squares / count), 0.9999997, 1e-4);
 }
 
 }  // namespace

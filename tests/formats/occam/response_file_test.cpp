@@ -34,9 +34,10 @@ class ResponseFileTest : public made::OccamTest {
     return read_occam_response(path, folder.path("occamdat"), response);
   }
 
-  void expect_row(ResponseKind kind, int site, int frequency, const Row& expected) const {
-    SCOPED_TRACE(testing::Message() << "site " << site << " frequency " << frequency);
-    const Row& row = response.row(kind, site, frequency);
+  void expect_row(DataType type, int site, int frequency, const Row& expected) const {
+    SCOPED_TRACE(testing::Message() << data_type_name(type) << " site " << site << " frequency "
+                                    << frequency);
+    const Row row = response.row(type, site, frequency);
     for (std::size_t value = 0; value < expected.size(); ++value) {
       EXPECT_FLOAT_EQ(row[value], expected[value]);
     }
@@ -62,11 +63,11 @@ TEST_F(ResponseFileTest, Without_a_header_the_data_file_has_sites_and_frequencie
   EXPECT_EQ(response.resp_site_names, (std::vector<std::string>{"station_110.0", "station_130.0"}));
   EXPECT_EQ(response.resp_offsets, (std::vector<double>{110, 130}));
   EXPECT_EQ(response.resp_frequencies, (std::vector<double>{1, 10}));
-  expect_row(ResponseKind::resistivity, 1, 1, {2.0F, 0.2F, 1.8F, 2.0F});
-  expect_row(ResponseKind::phase, 2, 2, {30.0F, 1.0F, 29.0F, 0.5F});
-  expect_row(ResponseKind::resistivity, 1, 2, absent);
-  expect_row(ResponseKind::phase, 0, 0, absent);
-  EXPECT_FLOAT_EQ(response.value(ResponseValue::modelled, ResponseKind::phase, 1, 1), 49.0F);
+  expect_row(DataType::tm_resistivity, 1, 1, {2.0F, 0.2F, 1.8F, 2.0F});
+  expect_row(DataType::tm_phase, 2, 2, {30.0F, 1.0F, 29.0F, 0.5F});
+  expect_row(DataType::tm_resistivity, 1, 2, absent);
+  expect_row(DataType::tm_phase, 0, 0, absent);
+  EXPECT_FLOAT_EQ(response.value(ResponseValue::modelled, DataType::tm_phase, 1, 1), 49.0F);
 }
 
 TEST_F(ResponseFileTest, Modelled_values_after_the_datum_are_read_as_such_once_proven) {
@@ -92,7 +93,7 @@ TEST_F(ResponseFileTest, Modelled_values_after_the_datum_are_read_as_such_once_p
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     ASSERT_EQ(read(c.rows, c.data), 0);
-    expect_row(ResponseKind::resistivity, 1, 1, c.first);
+    expect_row(DataType::tm_resistivity, 1, 1, c.first);
   }
 }
 
@@ -104,13 +105,23 @@ TEST_F(ResponseFileTest, With_a_header_a_row_holds_all_four_values) {
   marked = marked.substr(0, marked.find("     1           1"));
   marked +=
       "1 1 5 2.0 0.2 1.8 2.0\n"
-      "1 1 1 7.0 7.0 7.0 7.0\n"   // every type but 5 shares a place;
-      "1 1 6 45 -4 49 -2\n"       // the last one stays
+      "1 1 1 7.0 7.0 7.0 7.0\n"  // another type of the same place
+      "1 1 77 8 8 8 8\n"         // one that nobody knows
+      "1 1 6 45 -4 49 -2\n"
+      "1 1 6 46 -3 49 -1.5\n"     // the last one of a place stays
       "2 0 5.0 0.0 3.0\n 4 5\n";  // a row may go on, and number 0 has a place
+  marked = made::replaced(marked, "NO.DATABLOCKS:     4", "NO.DATABLOCKS:     6");
   ASSERT_EQ(read_file(folder.write("RESP.resp", made::with_crlf(marked))), 0);
-  expect_row(ResponseKind::resistivity, 1, 1, {2.0F, 0.2F, 1.8F, 2.0F});
-  expect_row(ResponseKind::phase, 1, 1, {45.0F, -4.0F, 49.0F, -2.0F});
-  expect_row(ResponseKind::resistivity, 2, 0, {0.0F, 3.0F, 4.0F, 5.0F});
+  expect_row(DataType::tm_resistivity, 1, 1, {2.0F, 0.2F, 1.8F, 2.0F});
+  expect_row(DataType::te_resistivity, 1, 1, {7.0F, 7.0F, 7.0F, 7.0F});
+  expect_row(DataType{77}, 1, 1, {8.0F, 8.0F, 8.0F, 8.0F});
+  expect_row(DataType::tm_phase, 1, 1, {46.0F, -3.0F, 49.0F, -1.5F});
+  expect_row(DataType::te_phase, 1, 1, absent);
+  expect_row(DataType::tm_resistivity, 2, 0, {0.0F, 3.0F, 4.0F, 5.0F});
+  EXPECT_EQ(response.rows().size(), 6U);
+  EXPECT_EQ(response.rows()[3].values[0], 45.0F);  // both count, in the order of the file
+  EXPECT_TRUE(response.has(DataType{77}));
+  EXPECT_FALSE(response.has(DataType::te_phase));
 
   // Counts without a colon don't count.
   EXPECT_EQ(read_file(folder.write("RESP.resp", made::data)), -1);
@@ -142,9 +153,10 @@ TEST_F(ResponseFileTest, Faults_are_reported_and_leave_what_was_read_before) {
       in_data("too many rows", "DATABLOCKS     4", "DATABLOCKS     2000000000",
               {failed + "the file ends behind 4 of 2000000000 rows"}),
       in_data("too many frequencies", "FREQUENCIES       2", "FREQUENCIES       2000000000",
-              {failed + "the file ends behind 29 of 2000000000 frequencies"}),
+              {failed + "line 12: 'NO.DATABLOCKS' is not a number"}),
       in_rows("unknown site", "2.0 2.0 5.0", "3.0 2.0 5.0", {failed + "there is no site 3"}),
       in_rows("unknown frequency", "2.0 2.0 5.0", "2.0 -1 5.0", {failed + "there is no frequency -1"}),
+      in_rows("type beyond all", "2.0 2.0 5.0", "2.0 2.0 9e99", {failed + "9E+99 is too large for a count"}),
       in_rows("site beyond all", "2.0 2.0 5.0", "9e99 2.0 5.0", {failed + "9E+99 is too large for a count"}),
       in_rows("cut", " 30.000  1.0000  0.5\n", "", {failed + "the file ends behind 3 of 4 rows"}),
       {"nothing", "", made::data, {failed + "the file ends behind line 0"}}};
@@ -161,8 +173,8 @@ TEST_F(ResponseFileTest, Faults_are_reported_and_leave_what_was_read_before) {
   EXPECT_EQ(interface.take_messages(), made::Messages{failed + folder.path("occamdat") + " doesn't exist"});
 }
 
-TEST_F(ResponseFileTest, Memory_stays_bounded_by_the_file) {
-  // 3000 sites and as many frequencies are a small file, but room for all pairs would be large.
+TEST_F(ResponseFileTest, A_small_file_does_not_ask_for_millions_of_cells) {
+  // 3000 sites and as many frequencies are a small file, but a table of all pairs would be large.
   std::string data = "OCCAM2MTDATA_1.0\nt\nSITES 3000\n";
   for (int line = 0; line < 3000; ++line) {
     data += "s\n";

@@ -69,7 +69,8 @@ struct NormalEquations {
   }
   [[nodiscard]] std::vector<double> standard_errors() const {
     const Matrix inverse = system.inverse();
-    const Vector errors = (inverse * square * inverse).diagonal().cwiseSqrt();
+    const Matrix resolution = inverse * square;
+    const Vector errors = resolution.cwiseProduct(inverse).rowwise().sum().cwiseSqrt();
     return {errors.begin(), errors.end()};
   }
 
@@ -86,30 +87,40 @@ void expect_same(const std::vector<double>& a, const std::vector<double>& b, con
 }
 
 TEST(Linear_models, Both_spaces_solve_the_normal_equations) {
-  constexpr std::size_t blocks = 130;      // more than one panel
-  constexpr std::size_t parameters = 132;  // two static shifts behind them
-  // A cut link makes two groups; a prejudice holds one of them, and a shift.
-  const RoughnessRules rules{.type = 1, .diagonals = false, .by_hand = {{60, 61, 0.0}, {3, 4, 2.5}}};
-  const std::vector<std::vector<Prejudice>> prejudices{{}, {{100, 2.0, 0.7}, {131, 0.5, 1.0}}};
-  for (const std::size_t data : {20U, 135U}) {
-    const LinearProblem problem = random_problem(data, parameters);
-    for (const std::vector<Prejudice>& given : prejudices) {
-      const Roughness roughness(row_of_blocks(blocks), parameters, rules, given);
-      const auto in_model = linear_models(problem, roughness, Space::model, 1);
-      const auto in_data = linear_models(problem, roughness, Space::data, 2);
-      for (const double x : {-1.0, 3.0}) {
-        const NormalEquations equations(problem, roughness, std::pow(10.0, x));
-        const std::vector<double> expected = equations.model();
-        const std::string what = std::to_string(data) + " data, multiplier 1e" + std::to_string(x);
-        expect_same(in_model->at(x).value(), expected, what);
-        expect_same(in_data->at(x).value(), expected, what + ", data space");
-        const std::vector<double> errors = equations.standard_errors();
-        expect_same(in_model->standard_errors(x, {}).value(), errors, what + ", errors");
-        expect_same(in_data->standard_errors(x, {}).value(), errors, what + ", errors in data space");
-      }
-      EXPECT_EQ(linear_models(problem, roughness, Space::model, 3)->at(0.5), in_model->at(0.5));
-      EXPECT_EQ(linear_models(problem, roughness, Space::data, 1)->at(0.5), in_data->at(0.5));
+  struct Case {
+    const char* name;
+    std::size_t data;
+    std::size_t blocks;
+    bool with_prejudices;
+  };
+  // More than a panel of parameters, then of data.
+  for (const Case& c : {Case{"few data", 20, 130, false}, Case{"many data", 135, 38, false},
+                        Case{"with prejudices", 135, 38, true}, Case{"few with prejudices", 20, 38, true}}) {
+    SCOPED_TRACE(c.name);
+    const std::size_t parameters = c.blocks + 2;  // two static shifts behind them
+    // A cut link makes two groups; a prejudice holds one of them, and a shift.
+    const std::size_t half = c.blocks / 2;
+    const RoughnessRules rules{.type = 1, .diagonals = false, .by_hand = {{half, half + 1, 0}, {3, 4, 2.5}}};
+    std::vector<Prejudice> prejudices;
+    if (c.with_prejudices) {
+      prejudices = {{half + 5, 2.0, 0.7}, {parameters - 1, 0.5, 1.0}};
     }
+    const Roughness roughness(row_of_blocks(c.blocks), parameters, rules, prejudices);
+    const LinearProblem problem = random_problem(c.data, parameters);
+    const auto in_model = linear_models(problem, roughness, Space::model, 1);
+    const auto in_data = linear_models(problem, roughness, Space::data, 2);
+    for (const double x : {-1.0, 3.0}) {
+      const NormalEquations equations(problem, roughness, std::pow(10.0, x));
+      const std::string what = "multiplier 1e" + std::to_string(x);
+      const std::vector<double> model = equations.model();
+      expect_same(in_model->at(x).value(), model, what);
+      expect_same(in_data->at(x).value(), model, what + ", data space");
+      const std::vector<double> errors = equations.standard_errors();
+      expect_same(in_model->standard_errors(x, {}).value(), errors, what + ", errors");
+      expect_same(in_data->standard_errors(x, {}).value(), errors, what + ", errors in data space");
+    }
+    EXPECT_EQ(linear_models(problem, roughness, Space::model, 3)->at(0.5), in_model->at(0.5));
+    EXPECT_EQ(linear_models(problem, roughness, Space::data, 1)->at(0.5), in_data->at(0.5));
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -12,15 +13,19 @@ namespace {
 
 using Complex = std::complex<double>;
 
-// Sizes about those of the groups of columns and rows that are worked on together.
-TEST(Banded_ldlt, Solves_systems_of_all_small_sizes_and_bandwidths) {
+// The largest error of systems of all small sizes and bandwidths: about those of the groups of columns, rows
+// and sides that are worked on together.
+double largest_error(numerics::section::Registers registers) {
   std::mt19937 random(20);
   std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-  numerics::section::BandedLdlt solver;
+  numerics::section::BandedLdlt solver(registers);
+  numerics::section::RightSides sides;
   double largest = 0.0;
   for (std::size_t n = 1; n <= 30; ++n) {
     for (std::size_t band = 0; band <= std::min<std::size_t>(n, 13); ++band) {
-      solver.reset(n, band);
+      std::vector<std::size_t> diagonals(band + 1);
+      std::iota(diagonals.begin(), diagonals.end(), std::size_t{0});
+      solver.reset(n, diagonals);
       std::vector<std::vector<Complex>> a(n, std::vector<Complex>(n));
       for (std::size_t column = 0; column < n; ++column) {
         for (std::size_t row = column; row < std::min(n, column + band + 1); ++row) {
@@ -39,15 +44,14 @@ TEST(Banded_ldlt, Solves_systems_of_all_small_sizes_and_bandwidths) {
           b[row] += a[row][column] * x[column];
         }
       }
-      constexpr std::size_t count = 5;  // right sides: multiples of one another
-      numerics::section::RightSides sides(n, count);
+      const std::size_t count = 1 + n % 3 * 10;  // right sides: multiples of one another
+      sides.reset(n, count);
       for (std::size_t row = 0; row < n; ++row) {
         for (std::size_t side = 0; side < count; ++side) {
           sides.add(row, side, static_cast<double>(side) * b[row]);
         }
       }
-      solver.factor();
-      solver.solve(b);
+      solver.factor_and_solve(b);
       solver.solve(sides);
       for (std::size_t i = 0; i < n; ++i) {
         largest = std::max(largest, std::abs(b[i] - x[i]));
@@ -57,7 +61,54 @@ TEST(Banded_ldlt, Solves_systems_of_all_small_sizes_and_bandwidths) {
       }
     }
   }
-  EXPECT_LT(largest, 1e-13);
+  return largest;
+}
+
+TEST(Banded_ldlt, Solves_the_same_with_registers_of_any_width) {
+  using numerics::section::Registers;
+  for (const Registers registers : {Registers::narrow, Registers::wide, Registers::widest}) {
+    EXPECT_LT(largest_error(registers), 1e-13) << static_cast<int>(registers);
+  }
+}
+
+// Sides of which some begin far behind others, in whichever order, and one that is zero.
+TEST(Banded_ldlt, Sides_may_begin_anywhere) {
+  constexpr std::size_t n = 60;
+  for (const bool reversed : {false, true}) {
+    numerics::section::BandedLdlt solver;
+    solver.reset(n, {0, 1, 9});
+    for (std::size_t column = 0; column < n; ++column) {
+      solver.add(column, 0, {3.0, 1.0});
+      for (const std::size_t diagonal : {std::size_t{1}, std::size_t{2}}) {
+        if (column + (diagonal == 1 ? 1 : 9) < n) {
+          solver.add(column, diagonal, {-0.7, 0.2});
+        }
+      }
+    }
+    constexpr std::size_t count = 20;
+    numerics::section::RightSides sides;
+    sides.reset(n, count);
+    std::vector<std::vector<Complex>> alone(count, std::vector<Complex>(n));
+    for (std::size_t side = 1; side < count; ++side) {
+      const std::size_t unknown = (reversed ? count - side : side) * 3 - 1;
+      sides.add(unknown, side, {1.0, 2.0});
+      alone[side][unknown] = {1.0, 2.0};
+    }
+    std::vector<Complex> factors_only(n);
+    solver.factor_and_solve(factors_only);
+    solver.solve(sides);
+    for (std::size_t side = 0; side < count; ++side) {
+      // The matrix times the solution is the side.
+      for (std::size_t row = 0; row < n; ++row) {
+        Complex sum = Complex(3.0, 1.0) * sides.value(row, side);
+        for (const std::size_t away : {std::size_t{1}, std::size_t{9}}) {
+          sum += row >= away ? Complex(-0.7, 0.2) * sides.value(row - away, side) : 0.0;
+          sum += row + away < n ? Complex(-0.7, 0.2) * sides.value(row + away, side) : 0.0;
+        }
+        ASSERT_LT(std::abs(sum - alone[side][row]), 1e-13) << side << " " << row;
+      }
+    }
+  }
 }
 
 }  // namespace

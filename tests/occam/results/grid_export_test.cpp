@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <sstream>
 
 #include "core/number_text.h"
+#include "core/text_fields.h"
 #include "tests/occam/results/made_results.h"
 
 namespace Module_occam {
@@ -80,6 +82,45 @@ TEST_F(GridTest, Points_and_fit_are_in_tables) {
   const std::string fit = file_contents(derived("iter_3_data_fit.dat"));
   EXPECT_NE(fit.find("\r\n       110.0, 1.00000E+00,      2.0000,"), std::string::npos) << fit;
   EXPECT_NE(fit.find("\r\n       110.0, 1.00000E+01,           *,           *,"), std::string::npos) << fit;
+}
+
+TEST_F(GridTest, Each_mode_has_a_fit_table_of_its_own) {
+  // TM has its resistivities as they are, TE none.
+  static_cast<void>(folder.write("occamdat", made::data_of_types({2, 6, 10})));
+  ASSERT_EQ(write_grids(*view), 0);
+  const OccamResponse& response = view->response();
+  const auto values_of = [this](const char* name) {  // of the first site and frequency
+    std::istringstream lines(file_contents(derived(name)));
+    std::string line;
+    std::getline(lines, line);
+    std::getline(lines, line);
+    std::vector<std::string> values;
+    std::istringstream items(line.substr(0, line.find('\r')));
+    for (std::string item; std::getline(items, item, ',');) {
+      values.emplace_back(trimmed(item));
+    }
+    return values;
+  };
+  const auto text = [](float value) { return format_number(value, "0.0000"); };
+  const std::vector<std::string> tm = values_of("iter_3_data_fit.dat");
+  ASSERT_EQ(tm.size(), 10U);
+  EXPECT_EQ(tm[2], "0.1761");  // log10 of 1.5
+  EXPECT_EQ(tm[4], text(std::log10(response.value(modelled, DataType::tm_linear_resistivity, 1, 1))));
+  EXPECT_EQ(tm[5], text(response.value(misfit, DataType::tm_linear_resistivity, 1, 1)));
+  EXPECT_EQ(tm[8], text(response.value(modelled, DataType::tm_phase, 1, 1)));
+  const std::vector<std::string> te = values_of("iter_3_data_fit_TE.dat");
+  ASSERT_EQ(te.size(), 10U);
+  EXPECT_EQ(te[4], "*");
+  EXPECT_EQ(te[8], text(response.value(modelled, DataType::te_phase, 1, 1)));
+
+  // A run without TE leaves no table of an earlier one.
+  static_cast<void>(folder.write("occamdat", made::data));
+  fs::remove(derived("RESP_iter_3.out"));
+  RunResults results;
+  ASSERT_EQ(open_results(folder.path("startup"), results), 0);
+  view.emplace(results);
+  ASSERT_EQ(write_grids(*view), 0);
+  EXPECT_FALSE(fs::exists(derived("iter_3_data_fit_TE.dat")));
 }
 
 TEST_F(GridTest, Parameters_beyond_ten_decades_leave_a_hole) {

@@ -2,6 +2,7 @@
 // sites over the second and the fourth block.
 #pragma once
 #include <string>
+#include <vector>
 
 #include "tests/formats/occam/made_run.h"
 
@@ -32,6 +33,22 @@ inline std::string iteration_text(int number, const std::string& parameters) {
 
 // Of the blocks from left to right, layer by layer.
 inline const std::string nine_parameters = " 2.0 1.0 1.5 2.0 2.0\n 2.0 3.0 2.5 2.0\n";
+
+/// made::data with a row of each of these data types at both sites and frequencies instead.
+inline std::string data_of_types(const std::vector<int>& types) {
+  std::string rows;
+  for (int place = 0; place < 4; ++place) {
+    for (const int type : types) {
+      rows += std::to_string(place / 2 + 1) + " " + std::to_string(place % 2 + 1) + " " +
+              std::to_string(type) + " 1.5 0.25\n";
+    }
+  }
+  return replaced(data.substr(0, data.find("     1           1       5")), "DATABLOCKS     4",
+                  "DATABLOCKS     " + std::to_string(4 * types.size())) +
+         rows;
+}
+
+inline const std::vector<int> computed_types = {1, 2, 3, 4, 5, 6, 9, 10, 13, 14, 15, 16};
 
 /// @param place within the folder, "" or "run/". @return the path of the start file
 inline std::string write_results(const TemporaryFolder& folder, const std::string& place = "") {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -114,6 +115,30 @@ TEST(Model_response, Brings_a_phase_to_the_turn_nearest_to_its_datum_one_turn_at
     EXPECT_NEAR(modelled->modelled[2 * i], expected[i], 1e-3) << observed[i];
     EXPECT_NEAR(modelled->modelled[2 * i + 1], expected[i], 1e-3) << observed[i];
   }
+}
+
+TEST(Model_response, Has_the_tipper_of_a_mirrored_section_with_the_other_sign) {
+  const OccamModel model = model_with({"??????", "??????", "??????"}, {});
+  std::vector<double> parameters(18, 2.0);
+  parameters[1] = 0.5;  // a conductor left of the middle
+  parameters[7] = 0.5;
+  std::vector<double> mirrored = parameters;
+  for (std::size_t layer = 0; layer < 3; ++layer) {
+    const auto first = mirrored.begin() + static_cast<std::ptrdiff_t>(6 * layer);
+    std::reverse(first, first + 6);
+  }
+  ObservedData data;
+  data.site_names = {"A"};
+  data.site_offsets = {30.0};  // in the middle
+  data.frequencies = {1000.0};
+  data.rows = {{1, 1, DataType::te_real_tipper, 0.0, 1.0}, {1, 1, DataType::te_imaginary_tipper, 0.0, 1.0}};
+  const auto tipper = [&](const std::vector<double>& of) {
+    const auto modelled = model_data(model, of, data, [](double) { return true; });
+    return std::complex<double>(modelled->modelled[0], modelled->modelled[1]);
+  };
+  const std::complex<double> left = tipper(parameters);
+  EXPECT_GT(std::abs(left), 1e-3);
+  EXPECT_LT(std::abs(left + tipper(mirrored)), 1e-6 * std::abs(left));
 }
 
 struct Case {

@@ -1,6 +1,10 @@
 // A run's iterations and responses: found, computed, and found again while the inversion is running.
 #include "occam/results/run_results.h"
 
+#include <cmath>
+#include <complex>
+#include <numbers>
+
 #include "core/absent_value.h"
 #include "formats/occam/response_file.h"
 #include "occam/results/grid_export.h"
@@ -121,13 +125,13 @@ TEST_F(RunResultsTest, Makes_the_response_that_the_inversion_has_not_left) {
   const OccamResponse& response = view.response();
   EXPECT_EQ(response.resp_sites(), 2);
   EXPECT_EQ(response.resp_site_names[0], "station_110.0");
-  const OccamResponse::Row& row = response.row(ResponseKind::resistivity, 1, 1);
+  const OccamResponse::Row row = response.row(DataType::tm_resistivity, 1, 1);
   EXPECT_FLOAT_EQ(row[0], 2.0F);
   EXPECT_NEAR(row[1], row[0] - row[2], 1e-5);
   EXPECT_NEAR(row[3], row[1] / 0.1F, 1e-3);
   EXPECT_GT(row[2], 1.0F);  // between the resistivities of the model
   EXPECT_LT(row[2], 3.0F);
-  EXPECT_TRUE(is_absent(static_cast<double>(response.value(modelled, ResponseKind::phase, 2, 1))));
+  EXPECT_TRUE(is_absent(static_cast<double>(response.value(modelled, DataType::tm_phase, 2, 1))));
 
   // Ours goes before one that the inversion leaves later, but not once the iteration is written again.
   static_cast<void>(folder.write("RESP_iter_3.out", file_contents(made_file.string())));
@@ -142,6 +146,59 @@ TEST_F(RunResultsTest, Makes_the_response_that_the_inversion_has_not_left) {
   view.choose_iteration(1);
   ASSERT_EQ(view.load_response(), 0);
   EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(RunResultsTest, The_response_is_of_all_data_types_that_can_be_computed) {
+  const std::string start = made::write_results(folder);
+  std::vector<int> types = made::computed_types;
+  types.insert(types.end(), {7, 12, 300});
+  static_cast<void>(folder.write("occamdat", made::data_of_types(types)));
+  RunResults opened;
+  ASSERT_EQ(open_results(start, opened), 0);
+  RunView view(opened);
+  ASSERT_EQ(view.load_response(), 0);
+  const made::Messages shown = interface.take_messages();
+  ASSERT_EQ(shown.size(), 2U);
+  EXPECT_EQ(shown[0], "12 data have types that can't be computed (7, 12, 300); the response leaves them out");
+  const OccamResponse& response = view.response();
+  EXPECT_EQ(response.rows().size(), 4 * made::computed_types.size());
+  // What is read from the file has the digits that it takes to make one type from another.
+  const double omega_mu = 2.0 * std::numbers::pi * 1.0 * 4e-7 * std::numbers::pi;
+  for (int site = 1; site <= 2; ++site) {
+    const auto value = [&](DataType type) {
+      return static_cast<double>(response.value(modelled, type, site, 1));
+    };
+    const std::complex<double> zxy(value(DataType::te_real_impedance),
+                                   value(DataType::te_imaginary_impedance));
+    const std::complex<double> zyx(value(DataType::tm_real_impedance),
+                                   value(DataType::tm_imaginary_impedance));
+    EXPECT_GT(zxy.real(), 0.0);
+    EXPECT_LT(zyx.real(), 0.0);  // third quadrant
+    EXPECT_LT(zyx.imag(), 0.0);
+    EXPECT_NEAR(std::log10(std::norm(zxy) / omega_mu), value(DataType::te_resistivity), 2e-6);
+    EXPECT_NEAR(std::log10(std::norm(zyx) / omega_mu), value(DataType::tm_resistivity), 2e-6);
+    EXPECT_NEAR(std::log10(value(DataType::te_linear_resistivity)), value(DataType::te_resistivity), 2e-6);
+    EXPECT_NEAR(std::log10(value(DataType::tm_linear_resistivity)), value(DataType::tm_resistivity), 2e-6);
+    EXPECT_NEAR(std::arg(zxy) * 180.0 / std::numbers::pi, value(DataType::te_phase), 1e-4);
+    EXPECT_NEAR(std::arg(-zyx) * 180.0 / std::numbers::pi, value(DataType::tm_phase), 1e-4);
+    EXPECT_NE(value(DataType::te_real_tipper), 0.0);
+    EXPECT_LT(std::abs(value(DataType::te_real_tipper)), 1.0);
+    EXPECT_FLOAT_EQ(response.value(misfit, DataType::te_real_impedance, site, 1),
+                    (1.5F - response.value(modelled, DataType::te_real_impedance, site, 1)) / 0.25F);
+  }
+}
+
+TEST_F(RunResultsTest, A_run_without_data_that_can_be_computed_has_no_response) {
+  const std::string start = made::write_results(folder);
+  static_cast<void>(folder.write("occamdat", made::data_of_types({7})));
+  RunResults opened;
+  ASSERT_EQ(open_results(start, opened), 0);
+  RunView view(opened);
+  EXPECT_EQ(view.load_response(), -1);
+  EXPECT_EQ(
+      interface.take_messages(),
+      made::Messages{"An error occurred while calculating the response: the data file holds no row of a "
+                     "data type that can be computed"});
 }
 
 TEST_F(RunResultsTest, An_iteration_of_another_model_is_refused) {
@@ -175,8 +232,8 @@ TEST_F(RunResultsTest, Free_static_shifts_stand_behind_the_blocks) {
   ASSERT_EQ(open_results(start, plain), 0);
   RunView without(plain);
   ASSERT_EQ(without.load_response(), 0);
-  const auto modelled_at = [](const RunView& view, ResponseKind kind, int site) {
-    return view.response().value(modelled, kind, site, site);
+  const auto modelled_at = [](const RunView& view, DataType type, int site) {
+    return view.response().value(modelled, type, site, site);
   };
 
   static_cast<void>(folder.write(
@@ -199,11 +256,11 @@ TEST_F(RunResultsTest, Free_static_shifts_stand_behind_the_blocks) {
   RunView view(opened);
   ASSERT_EQ(view.load_response(), 0);
   EXPECT_EQ(view.parameters().size(), 9U);
-  EXPECT_NEAR(modelled_at(view, ResponseKind::resistivity, 1),
-              modelled_at(without, ResponseKind::resistivity, 1) + 0.25F, 1e-5);
-  EXPECT_NEAR(modelled_at(view, ResponseKind::resistivity, 2),
-              modelled_at(without, ResponseKind::resistivity, 2) - 0.5F, 1e-5);
-  EXPECT_EQ(modelled_at(view, ResponseKind::phase, 2), modelled_at(without, ResponseKind::phase, 2));
+  EXPECT_NEAR(modelled_at(view, DataType::tm_resistivity, 1),
+              modelled_at(without, DataType::tm_resistivity, 1) + 0.25F, 1e-5);
+  EXPECT_NEAR(modelled_at(view, DataType::tm_resistivity, 2),
+              modelled_at(without, DataType::tm_resistivity, 2) - 0.5F, 1e-5);
+  EXPECT_EQ(modelled_at(view, DataType::tm_phase, 2), modelled_at(without, DataType::tm_phase, 2));
   interface.take_messages();
   view.choose_iteration(1);
   EXPECT_EQ(view.load_iteration(), -1);
@@ -239,11 +296,11 @@ TEST_F(RunResultsTest, A_run_that_can_not_be_written_is_shown_and_its_response_k
     const OccamResponse& kept = view.response();
     EXPECT_EQ(kept.resp_site_names, written.resp_site_names);
     EXPECT_EQ(kept.resp_frequencies, written.resp_frequencies);
-    ASSERT_EQ(kept.rows.size(), written.rows.size());
-    for (std::size_t row = 0; row < kept.rows.size(); ++row) {
-      EXPECT_EQ(kept.rows[row].data_type, written.rows[row].data_type);
+    ASSERT_EQ(kept.rows().size(), written.rows().size());
+    for (std::size_t row = 0; row < kept.rows().size(); ++row) {
+      EXPECT_EQ(kept.rows()[row].type, written.rows()[row].type);
       for (std::size_t k = 0; k < 4; ++k) {
-        EXPECT_NEAR(kept.rows[row].values[k], written.rows[row].values[k], 2e-6) << row << ' ' << k;
+        EXPECT_NEAR(kept.rows()[row].values[k], written.rows()[row].values[k], 2e-6) << row << ' ' << k;
       }
     }
     view.write_to(elsewhere.folder() / "grids");
@@ -291,7 +348,7 @@ TEST_F(RunResultsTest, A_half_written_response_is_reported_once_and_read_when_it
   EXPECT_FALSE(view.refresh());
   EXPECT_TRUE(view.refresh());
   EXPECT_EQ(view.load_response(), 0);
-  EXPECT_FLOAT_EQ(view.response().value(modelled, ResponseKind::resistivity, 1, 1), 1.5F);
+  EXPECT_FLOAT_EQ(view.response().value(modelled, DataType::tm_resistivity, 1, 1), 1.5F);
   EXPECT_FALSE(view.refresh());
 }
 
@@ -351,15 +408,16 @@ TEST_F(RunResultsTest, The_field_runs_response_is_that_of_the_inversion) {
   const OccamResponse left = view.response();
   // The log of the run gives this misfit of all data.
   EXPECT_NEAR(misfit_table(left).of_all().rms(), 0.9999997, 1e-4);
-  EXPECT_EQ(misfit_table(left).data_types, (std::vector<int>{1, 2, 5, 6}));
+  EXPECT_EQ(misfit_table(left).data_types, (std::vector{DataType::te_resistivity, DataType::te_phase,
+                                                        DataType::tm_resistivity, DataType::tm_phase}));
   fs::remove(folder.folder() / "RESP12.resp");
   ASSERT_EQ(view.load_response(), 0);
   const OccamResponse& ours = view.response();
-  ASSERT_EQ(ours.rows.size(), left.rows.size());
-  for (std::size_t i = 0; i < left.rows.size(); ++i) {
-    const bool phase = left.rows[i].data_type % 2 == 0 || left.rows[i].data_type == 6;
-    EXPECT_EQ(ours.rows[i].data_type, left.rows[i].data_type);
-    EXPECT_NEAR(ours.rows[i].values[2], left.rows[i].values[2], phase ? 0.003 : 2e-5) << i;
+  ASSERT_EQ(ours.rows().size(), left.rows().size());
+  for (std::size_t i = 0; i < left.rows().size(); ++i) {
+    const bool phase = find_meaning(left.rows()[i].type)->quantity == Quantity::phase;
+    EXPECT_EQ(ours.rows()[i].type, left.rows()[i].type);
+    EXPECT_NEAR(ours.rows()[i].values[2], left.rows()[i].values[2], phase ? 0.003 : 2e-5) << i;
   }
   const made::Messages shown = interface.take_messages();
   ASSERT_EQ(shown.size(), 1U);

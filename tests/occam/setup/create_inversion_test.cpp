@@ -1,15 +1,15 @@
 // Run directories created from lines of made-up stations, read back and checked by hand.
 #include "occam/setup/create_inversion.h"
 
+#include <algorithm>
 #include <map>
 
 #include "core/number_text.h"
 #include "database/reading_facts.h"
 #include "database/sites.h"
-#include "occam/inversion/inversion_files.h"
+#include "formats/occam/data_file.h"
 #include "occam/occam_files.h"
 #include "occam/results/run_results.h"
-#include "platform/files/file_lock.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/named_site.h"
 #include "tests/support/survey_fixture.h"
@@ -54,6 +54,42 @@ class CreateInversionTest : public SurveyTest {
     }
   }
 
+  /// A merged curve of a line of both modes. @param counts  1 or 0 for each point: masked
+  void store_curve(const char* type, double station, const std::vector<made::Point>& points,
+                   int counts = 1) const {
+    made::ReadingKey key = made::key(0.0F, station);
+    key.data_type = type;
+    made::StoredReading curve = made::reading(points);
+    for (std::size_t index = 0; index < curve.curve.count(); ++index) {
+      curve.curve.counts_at(Module_database::field_resistivity, index) = counts;
+      curve.curve.counts_at(Module_database::field_phase, index) = counts;
+    }
+    curve.ResOffset = type == std::string("EyHx") ? te_static_factor : 1.0F;
+    made::store(key, 0, curve, 2, -1);
+  }
+
+  /// TM at 100 to 300; TE at 100, 300 and 400 and, all masked, at 200.
+  void store_both_modes() const {
+    for (const double station : {100.0, 200.0, 300.0}) {
+      store_curve("ExHy", station, {{1, 100, 45}, {10, 100, 45}});
+    }
+    for (const double station : {100.0, 300.0, 400.0}) {
+      store_curve("EyHx", station, {{1, 10, 60}, {100, 1000, 30}});
+    }
+    store_curve("EyHx", 200, {{1, 10, 60}}, 0);
+  }
+
+  /// The rows of the data file as "site frequency type datum error".
+  [[nodiscard]] Messages rows_of_run() const {
+    Messages rows;
+    for (const DataRow& row : read_data_file(run("occamdat").string()).rows) {
+      rows.push_back(std::to_string(row.site_number) + " " + std::to_string(row.frequency_number) + " " +
+                     std::to_string(static_cast<int>(row.type)) + " " + plain_text(row.datum) + " " +
+                     plain_text(row.error));
+    }
+    return rows;
+  }
+
   int create() { return create_inversion({"200E", 0, data_type, 50.0F}, inputs, rhoplus, steps, created); }
   int create_and_answer(bool replace) {
     interface->questions.clear();
@@ -84,6 +120,7 @@ class CreateInversionTest : public SurveyTest {
   CreatedInversion created;
   std::string data_type = "ExHy";
   float static_factor = 1.0F;
+  float te_static_factor = 1.0F;
   bool files_have_errors = false;
 };
 
@@ -198,6 +235,90 @@ TEST_F(CreateInversionTest, Fits_and_modes_reach_the_data) {
             std::string::npos);
 }
 
+TEST_F(CreateInversionTest, Both_modes_go_into_one_run) {
+  new_survey();
+  te_static_factor = 2.0F;
+  store_both_modes();
+  inputs.modes = ModeChoice::both;
+  inputs.te_res_error_floor = "10";
+  inputs.phase_error_floor = "1.5";
+  data_type = "QP";  // plays no part
+  ASSERT_EQ(create(), 0);
+  EXPECT_EQ(interface.take_messages(),
+            Messages{"Output complete. Number of data written: 24. The files are in " +
+                     run().parent_path().string() + ". TE 12 data at 3 stations, TM 12 data at 3 stations"});
+  const ObservedData data = read_data_file(run("occamdat").string());
+  EXPECT_EQ(data.site_offsets, (std::vector<double>{100, 200, 300, 400}));
+  EXPECT_EQ(data.frequencies, (std::vector<double>{1, 10, 100}));
+  // log10 of 2 x 10 and 2 x 1000; 0.1 and 0.05 over ln 10; 1.5 degrees in both.
+  EXPECT_EQ(rows_of_run(),
+            (Messages{"1 1 1 1.301 0.0434", "1 1 2 60 1.5", "1 1 5 2 0.0217",     "1 1 6 45 1.5",
+                      "1 2 5 2 0.0217",     "1 2 6 45 1.5", "1 3 1 3.301 0.0434", "1 3 2 30 1.5",
+                      "2 1 5 2 0.0217",     "2 1 6 45 1.5", "2 2 5 2 0.0217",     "2 2 6 45 1.5",
+                      "3 1 1 1.301 0.0434", "3 1 2 60 1.5", "3 1 5 2 0.0217",     "3 1 6 45 1.5",
+                      "3 2 5 2 0.0217",     "3 2 6 45 1.5", "3 3 1 3.301 0.0434", "3 3 2 30 1.5",
+                      "4 1 1 1.301 0.0434", "4 1 2 60 1.5", "4 3 1 3.301 0.0434", "4 3 2 30 1.5"}));
+  OccamModel model;
+  ASSERT_EQ(read_occam_model(run(), "inmodel", read_data_file_sites(run("occamdat").string()), model), 0);
+  EXPECT_EQ(model.mesh.columns(), 18 + 2 * 4);
+}
+
+TEST_F(CreateInversionTest, Fits_go_through_both_modes_and_errors_as_before_have_both_floors) {
+  new_survey();
+  store_both_modes();
+  inputs.modes = ModeChoice::both;
+  inputs.errors = ErrorForm::as_before;
+  inputs.use_rhoplus_error = true;
+  inputs.te_phase_error_floor = "10";
+  int fits = 0;
+  steps.fit_station = [&fits](const Module_output::RhoplusSettings&, Module_output::RhoplusTables& tables) {
+    ++fits;
+    for (auto& row : tables.data) {  // TE is missed by a fifth, TM by nothing
+      row.model_resistivity = row.phase == 45.0F ? row.resistivity : 1.2F * row.resistivity;
+      row.model_phase = row.phase;
+    }
+  };
+  ASSERT_EQ(create(), 0);
+  EXPECT_EQ(fits, 6);  // none of what is masked
+  const Messages rows = rows_of_run();
+  // (0.05 + 0.2) x 1, 0.1 x 60.1, 0.05 x 2, 0.05 x 45.1
+  EXPECT_EQ(Messages(rows.begin(), rows.begin() + 4),
+            (Messages{"1 1 1 1 0.25", "1 1 2 60 6.01", "1 1 5 2 0.1", "1 1 6 45 2.255"}));
+}
+
+TEST_F(CreateInversionTest, A_mode_without_data_is_named_and_nothing_is_written) {
+  new_survey();
+  store_stations(equally_spaced(3));
+  for (const double station : {100.0, 200.0, 300.0}) {
+    store_curve("EyHx", station, {{1, 10, 60}}, 0);
+  }
+  inputs.modes = ModeChoice::both;
+  EXPECT_EQ(create(), -1);
+  EXPECT_EQ(
+      interface.take_messages(),
+      Messages{"An inversion of both modes needs TE and TM; line 200E has no TE data (EyHx) in use for a "
+               "dipole of 50 m"});
+  EXPECT_FALSE(fs::exists(run()));
+}
+
+TEST_F(CreateInversionTest, What_a_line_has_is_counted_beforehand) {
+  new_survey();
+  store_both_modes();
+  // What a file had merged: the computed curve goes before it.
+  made::store(made::key(0.0F, 300), 0, made::reading({{1, 100, 45}}), 2, 7);
+  InversionChoices choices;
+  ASSERT_EQ(check_inversion_inputs(inputs, choices), 0);
+  const auto counted = [&](ModeChoice choice, const char* type) {
+    return totals_text(mode_totals(count_data({"200E", 0, type, 50.0F}, choice, rhoplus), choices));
+  };
+  EXPECT_EQ(counted(ModeChoice::both, "ExHy"), "TE 12 data at 3 stations, TM 12 data at 3 stations");
+  EXPECT_EQ(counted(ModeChoice::current_type, "ExHx"), "TM none (ExHx)");
+  choices.first_station = 350.0;
+  EXPECT_EQ(counted(ModeChoice::both, "ExHy"), "TE 4 data at 1 station, TM none (ExHy)");
+  store_curve("EyHy", 400, {{1, 100, -45}, {10, 100, -135}});
+  EXPECT_EQ(counted(ModeChoice::current_type, "EyHy"), "TM 2 data at 1 station, no phases");
+}
+
 TEST_F(CreateInversionTest, Errors_of_files_are_used_where_they_are_larger_and_asked_for) {
   new_survey();
   static_factor = 2.0F;
@@ -224,6 +345,17 @@ TEST_F(CreateInversionTest, Errors_of_files_are_used_where_they_are_larger_and_a
   rhoplus.use_file_errors = 1;
   rhoplus.resistivity_error_floor = 90.0F;  // of Rho+: no error of an inversion in two dimensions
   EXPECT_EQ(rows_of_first_site(), with_files);
+
+  // TM has no other curves than those; TE, that of the files and the floors in both.
+  data_type = "EyHx";
+  store_stations({100, 200, 300});
+  inputs.modes = ModeChoice::both;
+  EXPECT_EQ(create_and_answer(true), 0);
+  for (const std::string type : {"1 ", "5 "}) {
+    const Messages rows = rows_of_run();
+    EXPECT_EQ(std::ranges::count(rows, "1 1 " + type + "2.301 0.2171"), 1) << type;  // 50 % of the files
+    EXPECT_EQ(std::ranges::count(rows, "1 2 " + type + "2.301 0.0217"), 1) << type;  // 5 %, the files say 1 %
+  }
 }
 
 TEST_F(CreateInversionTest, A_half_space_is_fitted_and_keeps_its_errors) {
@@ -452,15 +584,6 @@ TEST_F(CreateInversionTest, An_earlier_inversion_is_kept_as_a_whole) {
   EXPECT_EQ(files(), before);
 
   inputs.first_station = "";
-  {
-    const FileLock inverting(run(inversion_lock_name));
-    EXPECT_EQ(create_and_answer(true), -1);
-    EXPECT_EQ(interface.take_messages(),
-              Messages{"An inversion is running in " + run().parent_path().string() +
-                       "; stop it first, or choose another folder"});
-  }
-  EXPECT_EQ(files(), before);
-
   ASSERT_EQ(create_and_answer(true), 0);
   EXPECT_EQ(created.earlier_run, run("earlier_1").string());
   EXPECT_EQ(

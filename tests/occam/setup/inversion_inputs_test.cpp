@@ -62,6 +62,54 @@ TEST_F(InversionInputsTest, Invalid_kept_values_give_the_defaults) {
   EXPECT_TRUE(inputs.use_standard_error);
 }
 
+TEST_F(InversionInputsTest, Modes_and_errors_are_kept) {
+  InversionInputs inputs = load_inversion_inputs();  // as a user has them whose settings are older
+  EXPECT_EQ(inputs.modes, ModeChoice::current_type);
+  EXPECT_EQ(error_form(inputs), ErrorForm::as_before);
+  inputs.modes = ModeChoice::both;
+  EXPECT_EQ(error_form(inputs), ErrorForm::relative);
+  inputs.te_res_error_floor = "10";
+  store_inversion_inputs(inputs);
+  InversionInputs again = load_inversion_inputs();
+  EXPECT_EQ(again.modes, ModeChoice::both);
+  EXPECT_EQ(again.te_res_error_floor, "10");
+  EXPECT_EQ(again.te_phase_error_floor, "");
+  EXPECT_EQ(error_form(again), ErrorForm::relative);
+  again.errors = ErrorForm::as_before;
+  again.te_res_error_floor = "";
+  store_inversion_inputs(again);
+  again = load_inversion_inputs();
+  EXPECT_EQ(error_form(again), ErrorForm::as_before);
+  EXPECT_EQ(again.te_res_error_floor, "");
+  keep("OccamModes", "all");
+  keep("OccamErrors", "1");
+  keep("OccamTEPhaseFloor", "-2");
+  again = load_inversion_inputs();
+  EXPECT_EQ(again.modes, ModeChoice::current_type);
+  EXPECT_EQ(again.errors, std::nullopt);
+  EXPECT_EQ(again.te_phase_error_floor, "");
+}
+
+TEST_F(InversionInputsTest, Floors_of_TE_are_read_for_both_modes_alone) {
+  InversionInputs inputs;
+  inputs.directory = "runs";
+  inputs.te_res_error_floor = "0";
+  inputs.te_phase_error_floor = "x";
+  InversionChoices choices;
+  EXPECT_EQ(check_inversion_inputs(inputs, choices), 0);
+  EXPECT_EQ(choices.te_res_error_floor, 5.0);
+  inputs.modes = ModeChoice::both;
+  EXPECT_EQ(check_inversion_inputs(inputs, choices), -1);
+  EXPECT_EQ(interface.take_messages(), made::Messages{"The TE res error floor is invalid"});
+  inputs.te_res_error_floor = " ";
+  EXPECT_EQ(check_inversion_inputs(inputs, choices), -1);
+  EXPECT_EQ(interface.take_messages(), made::Messages{"The TE Phase error floor is invalid"});
+  inputs.te_phase_error_floor = "2.5";
+  EXPECT_EQ(check_inversion_inputs(inputs, choices), 0);
+  EXPECT_EQ(choices.te_res_error_floor, 5.0);
+  EXPECT_EQ(choices.te_phase_error_floor, 2.5);
+}
+
 TEST_F(InversionInputsTest, The_first_invalid_entry_is_reported) {
   struct Case {
     std::string InversionInputs::*entry;

@@ -58,6 +58,44 @@ TEST(Errors, Of_phase) {
   }
 }
 
+TEST(Errors, Relative_ones_are_the_same_share_of_every_resistivity) {
+  struct Case {
+    const char* name;
+    double floor, rho, fit;
+    bool rhoplus;
+    double expected;
+    double file_error = 0;
+  };
+  const Case of_resistivity[] = {{"5 % at 1 ohm-m: 0.05 / ln 10", 5, 1, 9, false, 0.02171472},
+                                 {"5 % at 1000 ohm-m", 5, 1000, 9, false, 0.02171472},
+                                 {"the fit misses by a tenth: 0.15 / ln 10", 5, 100, 110, true, 0.06514417},
+                                 {"no fit", 5, 100, -1e32, true, 0.02171472},
+                                 {"files say more: 0.1 / ln 10", 5, 100, 9, false, 0.04342945, 10},
+                                 {"files say less", 5, 100, 9, false, 0.02171472, 4.9},
+                                 {"a small floor is none but its own", 0.1, 100, 9, false, 0.000434294},
+                                 {"one that the file would round to 0", 0.001, 100, 9, false, 0.0001}};
+  for (const Case& c : of_resistivity) {
+    for (const bool standard : {true, false}) {  // which is of errors as before
+      SCOPED_TRACE(c.name);
+      EXPECT_NEAR(resistivity_error(c.rho, c.fit, c.file_error,
+                                    {c.floor, 99, standard, c.rhoplus, ErrorForm::relative}),
+                  c.expected, 1e-8);
+    }
+  }
+  const Case of_phase[] = {{"the floor in degrees at 80", 1.5, 80, 9, false, 1.5},
+                           {"the floor in degrees at 0", 1.5, 0, 9, false, 1.5},
+                           {"the fit misses by 4", 1.5, -60, -56, true, 5.5},
+                           {"no fit", 1.5, 45, -1e32, true, 1.5},
+                           {"files say more", 1.5, 45, 9, false, 1.6, 1.6},
+                           {"below a tenth of a degree", 0.05, 45, 9, false, 0.05},
+                           {"one that the file would round to 0", 1e-6, 45, 9, false, 0.0001}};
+  for (const Case& c : of_phase) {
+    SCOPED_TRACE(c.name);
+    EXPECT_NEAR(phase_error(c.rho, c.fit, c.file_error, {99, c.floor, true, c.rhoplus, ErrorForm::relative}),
+                c.expected, 1e-12);
+  }
+}
+
 TEST(Errors, Grow_with_the_miss_and_a_perfect_fit_adds_nothing) {
   const ErrorRule with_fit{5, 5, true, true};
   const ErrorRule without{5, 5, true, false};
@@ -91,9 +129,13 @@ TEST(Line_data, Numbers_sites_as_they_take_part_and_frequencies_that_have_rows) 
   const ErrorRule rule{5, 5, true, false};
   LineData line;
   line.frequency_rows.assign(list.size(), 0);
-  add_station(line, {100, 105, 1}, rows_at({1, 3}, true, true), false, rule);
-  add_station(line, {200, 205, 1}, rows_at({1, 3}, false, false), false, rule);  // takes part without a row
-  add_station(line, {300, 305, 1}, rows_at({3, -1, 99}, false, true), true, rule);
+  const auto add = [&](const PositionedStation& station, const Mode& mode,
+                       Module_output::RhoplusTables tables) {
+    add_station(line, station, std::vector<ModeCurve>{{mode, std::move(tables), rule}});
+  };
+  add({100, 105, 1}, tm_mode, rows_at({1, 3}, true, true));
+  add({200, 205, 1}, tm_mode, rows_at({1, 3}, false, false));  // takes part without a row
+  add({300, 305, 1}, te_mode, rows_at({3, -1, 99}, false, true));
   EXPECT_EQ(line.site_positions, (std::vector<float>{105, 305}));
   EXPECT_EQ(line.site_stations, (std::vector<double>{100, 300}));
   EXPECT_EQ(number_frequencies(line, list), (std::vector<float>{2, 8}));
@@ -115,6 +157,27 @@ TEST(Line_data, Numbers_sites_as_they_take_part_and_frequencies_that_have_rows) 
     EXPECT_EQ(line.rows[row].type, expected[row].type);
     EXPECT_NEAR(line.rows[row].datum, expected[row].datum, 1e-12);
   }
+}
+
+TEST(Line_data, Modes_share_a_site_and_stand_together_at_each_frequency) {
+  const ErrorRule of_te{10, 3, true, false, ErrorForm::relative};
+  const ErrorRule of_tm{5, 2, true, false, ErrorForm::relative};
+  LineData line;
+  line.frequency_rows.assign(3, 0);
+  add_station(line, {100, 100, 1},
+              std::vector<ModeCurve>{{te_mode, rows_at({0, 2}, true, true), of_te},
+                                     {tm_mode, rows_at({0, 1, 2}, true, false), of_tm}});
+  add_station(line, {200, 200, 2}, std::vector<ModeCurve>{{te_mode, rows_at({1}, true, false), of_te}});
+  EXPECT_EQ(line.site_positions, (std::vector<float>{100, 200}));
+  EXPECT_EQ(number_frequencies(line, std::vector<float>{1, 2, 4}), (std::vector<float>{1, 2, 4}));
+  std::string rows;
+  for (const DataRow& row : line.rows) {
+    rows += std::to_string(row.site_number) + ":" + std::to_string(row.frequency_number) + ":" +
+            std::to_string(static_cast<int>(row.type)) + ":" + std::to_string(row.error).substr(0, 6) + " ";
+  }
+  EXPECT_EQ(rows,
+            "1:1:1:0.0434 1:1:2:3.0000 1:1:5:0.0217 1:2:5:0.0217 1:3:1:0.0434 1:3:2:3.0000 1:3:5:0.0217 "
+            "2:2:1:0.0434 ");
 }
 
 TEST(Data_file, Is_laid_out_in_fields) {

@@ -169,13 +169,72 @@ class FormOccamInversionTest : public QObject {
     QTest::mouseClick(errors, Qt::LeftButton, {}, QPoint(60, errors->height() / 2));
     QCOMPARE(stations->value(), 1);
     QTest::mouseMove(errors, QPoint(60, 30));
-    QTRY_VERIFY(status().startsWith("Site station_110.0 at 110.0 m   Frequency 1 Hz   Resistivity error "));
+    QTRY_VERIFY(
+        status().startsWith("Site station_110.0 at 110.0 m   Frequency 1 Hz   TM resistivity error "));
     control<QComboBox>("Combo_display_mode")->setCurrentIndex(5);
     auto* const profile = control<VexGraphControl>("vxGraph_profile_res");
     QVERIFY(profile->point_position(0, 1));
     QVERIFY(!profile->point_position(0, 0));
     click("Command_display_response");
     QCOMPARE(control<QPushButton>("Command_display_response")->text().remove('&'), "Response");
+  }
+
+  void a_run_of_one_mode_has_nothing_to_choose() {
+    click("Command_display_response");
+    QVERIFY(!control<QComboBox>("Combo_response_view")->isVisible());
+    QVERIFY(!control<QComboBox>("Combo_response_mode")->isVisible());
+  }
+
+  void every_data_type_of_a_run_can_be_looked_at() {
+    static_cast<void>(folder_->write("occamdat", made::data_of_types(made::computed_types)));
+    click("Command_display_response");
+    auto* const view = control<QComboBox>("Combo_response_view");
+    auto* const mode = control<QComboBox>("Combo_response_mode");
+    QVERIFY(view->isVisible() && mode->isVisible());
+    QCOMPARE(view->count(), 3);
+    QCOMPARE(mode->count(), 4);  // TE and TM, each with its logarithm and as it is
+    QCOMPARE(control<QTableWidget>("Grid_misfit")->columnCount(), 13);
+    const auto series = [this](const char* name) {
+      int count = 0;
+      while (control<VexGraphControl>(name)->point_position(count, 0)) {
+        ++count;
+      }
+      return count;
+    };
+    QCOMPARE(series("vxGraph_res"), 8);
+    QCOMPARE(series("vxGraph_phase"), 4);
+    QCOMPARE(series("vxGraph_profile_res"), 4);  // two frequencies of one mode
+
+    auto* const errors = control<QWidget>("Picture_res_error");
+    const auto hovered = [&] {
+      QTest::mouseMove(errors, QPoint(62, 32));
+      QTest::mouseMove(errors, QPoint(60, 30));
+      QCoreApplication::processEvents();
+      return status();
+    };
+    const QImage te = errors->grab().toImage();
+    QTRY_VERIFY2(hovered().contains("   TE resistivity error "), qPrintable(hovered()));
+    mode->setCurrentIndex(2);
+    QCOMPARE(mode->currentText(), "TM");
+    QTRY_VERIFY(hovered().contains("   TM resistivity error "));
+    QVERIFY(errors->grab().toImage() != te);
+    view->setCurrentText("Impedance");
+    QCOMPARE(mode->currentText(), "TM");
+    QCOMPARE(series("vxGraph_res"), 4);
+    QTRY_VERIFY(hovered().contains("   TM Re Z error "));
+    view->setCurrentText("Tipper");
+    QVERIFY(!mode->isVisible());
+    QCOMPARE(series("vxGraph_phase"), 2);
+    QTRY_VERIFY(hovered().contains("   TE Re tipper error "));
+
+    // The choice stays with another iteration, and goes with its data.
+    control<QScrollBar>("HScroll_iteration")->setValue(1);
+    QCOMPARE(view->currentText(), "Tipper");
+    static_cast<void>(folder_->write("occamdat", made::data));
+    fs::remove(folder_->folder() / "Brenlox" / "RESP_iter_3.out");
+    control<QScrollBar>("HScroll_iteration")->setValue(3);
+    QVERIFY(!view->isVisible());
+    QCOMPARE(series("vxGraph_res"), 2);
   }
 
   void an_iteration_without_response_leaves_none_on_show() {
@@ -220,6 +279,15 @@ class FormOccamInversionTest : public QObject {
     QVERIFY(pdf(folder_->path("a.pdf")));
     QCOMPARE(save_station_fits(view, folder_->path("fits.pdf")), 0);
     QVERIFY(pdf(folder_->path("fits.pdf")));
+    static_cast<void>(folder_->write("occamdat", made::data_of_types(made::computed_types)));
+    fs::remove(folder_->folder() / "Brenlox" / "RESP_iter_3.out");
+    RunView all_types(results);
+    QCOMPARE(save_station_fits(all_types, folder_->path("all_fits.pdf")), 0);
+    const auto pages = [this](const char* name) {
+      return QByteArray::fromStdString(file_contents(folder_->path(name))).count("/Type /Page\n");
+    };
+    QCOMPARE(pages("fits.pdf"), 2);  // a site each
+    QCOMPARE(pages("all_fits.pdf"), 6);
     const std::string earlier = file_contents(folder_->path("a.pdf"));
     QCOMPARE(save_section(view, {}, folder_->path("a.pdf"), {600, 300}), -1);
     QCOMPARE(save_section(view, look, folder_->path("a.bmp"), {600, 300}), -1);

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
+#include <QProcess>
 #include <QPushButton>
 #include <QTest>
 
@@ -148,6 +149,79 @@ class FormOccamTest : public QObject {
     QCOMPARE(control<QComboBox>("Combo_positions")->currentIndex(), 1);
   }
 
+  void both_modes_bring_relative_errors_and_floors_of_te() {
+    for (const double station : {100.0, 200.0, 500.0}) {
+      made::ReadingKey key = made::key(0.0F, station);
+      key.data_type = "EyHx";
+      made::store(key, 0, made::reading({{1, 10, 60}, {10, 10, 60}}), 2, -1);
+    }
+    open_window();
+    auto* const modes = control<QComboBox>("Combo_modes");
+    auto* const errors = control<QComboBox>("Combo_errors");
+    auto* const folder = control("Text_occam_directory");
+    const auto shows_one_mode = [&] {
+      return modes->currentText() == "Current data type (ExHy)" && errors->currentText() == "As before" &&
+             !control("Text_te_res_error_floor")->isEnabled() &&
+             !control("Text_te_phase_error_floor")->isEnabled() &&
+             control<QCheckBox>("Check_use_standard_error")->isEnabled() &&
+             folder->text() == "occam_200E_ExHy" &&
+             control<QLabel>("Label_summary")->text().endsWith(". TM 16 data at 4 stations");
+    };
+    QVERIFY(shows_one_mode());
+    modes->setCurrentIndex(1);
+    QCOMPARE(errors->currentText(), QString("Relative"));
+    QVERIFY(control("Text_te_res_error_floor")->isEnabled());
+    QVERIFY(!control<QCheckBox>("Check_use_standard_error")->isEnabled());
+    QVERIFY(control("Text_phase_error_floor")->toolTip().endsWith("degrees"));
+    QCOMPARE(folder->text(), QString("occam_200E_TE_TM"));
+    const QString counts = control<QLabel>("Label_summary")->text();
+    QVERIFY2(counts.endsWith(". TE 12 data at 3 stations, TM 16 data at 4 stations"), qPrintable(counts));
+    type("Text_last_station", "100");
+    type("Text_last_station", "300");
+    QVERIFY(control<QLabel>("Label_summary")
+                ->text()
+                .endsWith(". TE 8 data at 2 stations, TM 12 data at 3 stations"));
+    type("Text_last_station", "");
+    modes->setCurrentIndex(0);
+    QVERIFY(shows_one_mode());
+
+    modes->setCurrentIndex(1);
+    type("Text_te_res_error_floor", "-1");
+    click("Command_create_inversion");
+    QCOMPARE(interface_->take_messages(), Messages{"The TE res error floor is invalid"});
+    type("Text_te_res_error_floor", "10");
+    type("Text_occam_directory", "run");
+    modes->setCurrentIndex(0);
+    modes->setCurrentIndex(1);
+    QCOMPARE(folder->text(), QString("run"));  // as typed
+    click("Command_create_inversion");
+    QVERIFY(interface_->take_messages().front().starts_with("Output complete. Number of data written: 28. "));
+    window_.reset();
+    open_window();
+    QCOMPARE(control<QComboBox>("Combo_modes")->currentIndex(), 1);
+    QCOMPARE(control<QComboBox>("Combo_errors")->currentIndex(), 1);
+    QCOMPARE(control("Text_te_res_error_floor")->text(), QString("10"));
+    QCOMPARE(control("Text_te_phase_error_floor")->text(), QString());
+    window_.reset();
+    QCOMPARE(Module_database::close_database(), 0);
+
+    // The batch program makes the same run of the same entries.
+    QProcess batch;
+    batch.start(BRENLOX_BATCH_PROGRAM,
+                {"occam", QString::fromStdString(folder_->path("survey.mdb")), "--line", "200E",
+                 "--reference", "0", "--dipole", "50", "--modes", "both", "--te-res-floor", "10",
+                 "--no-rhoplus", "--directory", QString::fromStdString(folder_->path("by_batch"))});
+    QVERIFY(batch.waitForFinished());
+    QVERIFY2(batch.exitCode() == 0, batch.readAllStandardError().constData());
+    int compared = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(run(""))) {
+      const std::string name = entry.path().filename().string();
+      QCOMPARE(file_contents(folder_->path("by_batch/" + name)), file_contents(entry.path().string()));
+      ++compared;
+    }
+    QCOMPARE(compared, 7);
+  }
+
   void creates_a_run_in_a_new_folder_and_keeps_the_entries() {
     open_window();
     type("Text_occam_directory", "run");
@@ -284,6 +358,7 @@ class FormOccamTest : public QObject {
     QVERIFY(window_->minimumSizeHint().height() <= 740);
     if (const QString pictures = qEnvironmentVariable("BRENLOX_PICTURES"); !pictures.isEmpty()) {
       QTest::qWait(2000);  // the folder tree fills by and by
+      control<QComboBox>("Combo_modes")->setCurrentIndex(1);
       QVERIFY(window_->grab().save(pictures + "/form_occam.png"));
     }
   }

@@ -1,0 +1,296 @@
+#include "occam/inversion/run_inversion.h"
+
+#include <filesystem>
+#include <map>
+
+#include "formats/occam/response_file.h"
+#include "formats/occam/start_file.h"
+#include "tests/formats/occam/made_run.h"
+#include "tests/occam/inversion/made_inversion.h"
+
+namespace fs = std::filesystem;
+using namespace Module_occam;
+using numerics::occam_inversion::Ending;
+
+namespace {
+
+constexpr const char* inversion_log = "LogFile.logfile";
+
+class RunInversion : public ::testing::Test {
+ protected:
+  RunInversion() { made::write_inversion(folder); }
+
+  InversionReport invert(InversionOptions options = {}) const {
+    options.threads = 1;
+    return run_inversion(folder.folder(), options, {});
+  }
+  [[nodiscard]] bool has(const std::string& name) const { return fs::exists(folder.path(name)); }
+  [[nodiscard]] std::map<std::string, std::string> contents() const {
+    std::map<std::string, std::string> files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder.folder())) {
+      if (entry.is_regular_file()) {
+        files[entry.path().lexically_relative(folder.folder()).string()] =
+            file_contents(entry.path().string());
+      }
+    }
+    return files;
+  }
+  static InversionOptions go_on() {
+    InversionOptions options;
+    options.go_on = true;
+    return options;
+  }
+  static InversionOptions from(const std::string& file) {
+    InversionOptions options;
+    options.from = file;
+    options.may_move_earlier = true;
+    return options;
+  }
+
+  TemporaryFolder folder;
+};
+
+}  // namespace
+
+TEST_F(RunInversion, Comes_to_the_target_and_leaves_whole_files_of_each_iteration) {
+  const InversionReport report = invert();
+  EXPECT_EQ(report.ending, Ending::smooth_and_fitting) << report.reason;
+  EXPECT_TRUE(report.reason.ends_with("the model is the smoothest one found that fits to the target."));
+  ASSERT_GT(report.steps.size(), 4U);
+  EXPECT_LE(report.steps.back().rms, 1.0);
+  const std::string header = folder.path("occamdat");
+  for (const InversionStep& step : report.steps) {
+    const InversionStart left = read_start_file(folder.path(iteration_file_name(step.iteration)));
+    EXPECT_EQ(left.iteration, step.iteration);
+    EXPECT_EQ(left.parameters.size(), 36U);
+    EXPECT_NEAR(left.rms, step.rms, 1e-6 * step.rms);
+    // What stands in the response is the model's own, the start's too.
+    const OccamResponse response = read_response_file(folder.path(response_name_of(step.iteration)), header);
+    double sum = 0.0;
+    std::size_t rows = 0;
+    for (const int type : {1, 2, 5, 6}) {
+      for (const auto& row : response.rows) {
+        if (row.data_type == type) {
+          EXPECT_NEAR(row.values[0] - row.values[2], row.values[1], 1e-3);
+          sum += row.values[3] * row.values[3];
+          ++rows;
+        }
+      }
+    }
+    EXPECT_EQ(rows, 36U);
+    EXPECT_NEAR(std::sqrt(sum / 36.0), step.rms, 1e-3 * step.rms);
+  }
+  const std::string log = file_contents(folder.path(inversion_log));
+  EXPECT_TRUE(log.starts_with(" STARTING R.M.S. ="));
+  EXPECT_TRUE(log.ends_with(" Stop on normal convergence\n"));
+  EXPECT_FALSE(has("inversion.lock"));
+}
+
+TEST_F(RunInversion, Goes_on_from_any_iteration_as_the_unbroken_run) {
+  const InversionReport unbroken = invert();
+  const int last = unbroken.steps.back().iteration;
+  const auto before = contents();
+  for (int start = 0; start < last; ++start) {
+    SCOPED_TRACE(start);
+    const InversionReport again = invert(from(iteration_file_name(start)));
+    EXPECT_EQ(again.ending, unbroken.ending);
+    EXPECT_EQ(again.steps.size(), static_cast<std::size_t>(last - start + 1));
+    EXPECT_TRUE(has(again.earlier_folder + "/" + iteration_file_name(start + 1)));
+    EXPECT_FALSE(has(again.earlier_folder + "/" + iteration_file_name(start)));
+    for (int iteration = 0; iteration <= last; ++iteration) {
+      const std::string name = iteration_file_name(iteration);
+      made::expect_same_numbers(file_contents(folder.path(name)), before.at(name), made::iteration_part);
+      const std::string response = response_name_of(iteration);
+      made::expect_same_numbers(file_contents(folder.path(response)), before.at(response),
+                                made::response_part);
+    }
+  }
+}
+
+TEST_F(RunInversion, In_parts_is_the_same_run) {
+  const InversionReport unbroken = invert();
+  const auto before = contents();
+  fs::remove_all(folder.path("earlier_1"));
+  InversionOptions one;
+  one.iterations = 1;
+  one.may_move_earlier = true;
+  InversionReport part = invert(one);
+  EXPECT_EQ(part.earlier_folder, "earlier_1");
+  EXPECT_EQ(part.ending, Ending::iterations_done);
+  one.go_on = true;
+  one.may_move_earlier = false;  // nothing is in the way
+  for (int round = 0; part.ending == Ending::iterations_done && round < 30; ++round) {
+    part = invert(one);
+  }
+  EXPECT_EQ(part.ending, unbroken.ending);
+  EXPECT_EQ(part.steps.back().iteration, unbroken.steps.back().iteration);
+  const std::string last = response_name_of(unbroken.steps.back().iteration);
+  made::expect_same_numbers(file_contents(folder.path(last)), before.at(last), made::response_part);
+}
+
+TEST_F(RunInversion, Earlier_iterations_are_asked_about_and_kept) {
+  InversionOptions options;
+  options.iterations = 2;
+  (void)invert(options);
+  static_cast<void>(folder.write("ITER02.iter.bak", "a copy"));
+  const auto before = contents();
+  EXPECT_THROW((void)invert(options), EarlierIterations);
+  EXPECT_EQ(contents(), before);
+
+  options.may_move_earlier = true;
+  options.target_rms = 2.0;
+  const InversionReport report = invert(options);
+  EXPECT_EQ(report.earlier_folder, "earlier_1");
+  for (const char* name : {"ITER00.iter", "ITER02.iter", "RESP00.resp", "RESP02.resp", inversion_log}) {
+    EXPECT_EQ(file_contents(folder.path(std::string("earlier_1/") + name)), before.at(name)) << name;
+  }
+  EXPECT_EQ(file_contents(folder.path("startup")), before.at("startup"));
+  EXPECT_TRUE(has("ITER02.iter.bak"));
+  EXPECT_NEAR(read_start_file(folder.path("ITER00.iter")).target_rms, 2.0, 1e-12);
+
+  // A response whose iteration has gone is somebody's, too; a log alone is gone on with.
+  for (const char* name : {"ITER00.iter", "ITER01.iter", "ITER02.iter", "RESP00.resp", "RESP01.resp"}) {
+    fs::remove(folder.path(name));
+  }
+  options.may_move_earlier = false;
+  EXPECT_THROW((void)invert(options), EarlierIterations);
+  fs::remove(folder.path("RESP02.resp"));
+  const std::string log = file_contents(folder.path(inversion_log));
+  (void)invert(options);
+  EXPECT_TRUE(file_contents(folder.path(inversion_log)).starts_with(log));
+}
+
+TEST_F(RunInversion, A_lost_response_comes_back_with_the_restart) {
+  InversionOptions options;
+  options.iterations = 1;
+  (void)invert(options);
+  const std::string response = file_contents(folder.path("RESP01.resp"));
+  fs::remove(folder.path("RESP01.resp"));
+  options.go_on = true;
+  (void)invert(options);
+  made::expect_same_numbers(file_contents(folder.path("RESP01.resp")), response, made::response_part);
+  EXPECT_TRUE(has("ITER02.iter"));
+}
+
+// The public program ends a failed iteration with a file of the next number that holds the unchanged model.
+TEST_F(RunInversion, An_iteration_with_the_unchanged_model_is_gone_on_from) {
+  InversionOptions options;
+  options.iterations = 2;
+  const InversionReport first = invert(options);
+  std::string repeated = file_contents(folder.path("ITER02.iter"));
+  repeated = made::replaced(repeated, "Iteration:            2", "Iteration:            3");
+  static_cast<void>(folder.write("ITER03.iter", repeated));
+  options.go_on = true;
+  const InversionReport second = invert(options);
+  EXPECT_NEAR(second.steps.front().rms, first.steps.back().rms, 1e-5);
+  EXPECT_EQ(second.steps.back().iteration, 5);
+  EXPECT_LT(second.steps.back().rms, first.steps.back().rms);
+}
+
+TEST_F(RunInversion, Locks_its_directory_while_it_runs) {
+  static_cast<void>(folder.write("inversion.lock", ""));  // left by a crash: it locks nothing
+  std::string refusal;
+  InversionListener listener;
+  listener.step = [&](const InversionStep& step) {
+    if (step.iteration == 1) {
+      try {
+        (void)invert(go_on());
+      } catch (const std::runtime_error& failure) {
+        refusal = failure.what();
+      }
+    }
+  };
+  InversionOptions options;
+  options.iterations = 2;
+  const InversionReport report = run_inversion(folder.folder(), options, listener);
+  EXPECT_EQ(refusal, "Another inversion is running in " + folder.folder().string() + ".");
+  EXPECT_EQ(report.steps.size(), 3U);
+  EXPECT_FALSE(has("inversion.lock"));
+}
+
+TEST_F(RunInversion, A_stop_leaves_finished_iterations_and_can_be_gone_on_from) {
+  const auto stopped_after = [&](int calls) {
+    InversionListener listener;
+    listener.progress = [calls](auto) mutable { return --calls > 0; };
+    InversionOptions options = go_on();
+    options.iterations = 2;
+    return run_inversion(folder.folder(), options, listener);
+  };
+  const auto before = contents();
+  const InversionReport at_once = stopped_after(1);
+  EXPECT_EQ(at_once.ending, Ending::stopped);
+  EXPECT_EQ(at_once.reason, "Stopped before the first response was done; nothing was written.");
+  EXPECT_EQ(contents(), before);
+  for (int calls = 10; calls < 100; calls += 20) {
+    SCOPED_TRACE(calls);
+    const InversionReport report = stopped_after(calls);
+    const std::string last = last_iteration_file(folder.folder());
+    EXPECT_EQ(read_start_file(folder.path(last)).iteration, report.steps.back().iteration);
+    if (report.ending == Ending::stopped) {
+      EXPECT_TRUE(file_contents(folder.path(inversion_log)).ends_with(" Stopped by the user\n"));
+    }
+  }
+  EXPECT_TRUE(has("ITER01.iter"));
+}
+
+TEST_F(RunInversion, What_never_fits_ends_with_the_sites_to_look_at) {
+  std::string data = file_contents(folder.path("occamdat"));
+  // Site 2 is said to be known far better than it can be fitted.
+  std::string other;
+  std::size_t from_line = 0;
+  for (std::size_t end = data.find('\n'); end != std::string::npos; end = data.find('\n', from_line)) {
+    std::string line = data.substr(from_line, end + 1 - from_line);
+    if (line.starts_with("     2           ") && line.find("      5       ") != std::string::npos) {
+      line = made::replaced(line, "0.0200", "0.0002");
+    }
+    other += line;
+    from_line = end + 1;
+  }
+  static_cast<void>(folder.write("occamdat", other));
+  // Nor may the ground be anything but nearly uniform.
+  static_cast<void>(
+      folder.write("startup", made::replaced(made::inverted_start("40", "0.5"), "DEBUG LEVEL:      1\n",
+                                             "DEBUG LEVEL:      1\nMODEL LIMITS:     2.45, 2.55\n")));
+  const InversionReport report = invert();
+  EXPECT_EQ(report.ending, Ending::no_better_fit) << report.reason;
+  EXPECT_NE(report.reason.find("Stopped improving at RMS "), std::string::npos) << report.reason;
+  EXPECT_TRUE(report.reason.ends_with(
+      "the target of 0.5 asks for larger errors, look at the misfit of site 2 (pb27)."))
+      << report.reason;
+  EXPECT_TRUE(file_contents(folder.path(inversion_log)).ends_with(" Convergence problems from RMS Misfit\n"));
+}
+
+TEST_F(RunInversion, Threads_don_t_change_a_digit) {
+  InversionOptions options;
+  options.iterations = 2;
+  (void)invert(options);
+  const auto one = contents();
+  options.may_move_earlier = true;
+  options.threads = 3;
+  (void)run_inversion(folder.folder(), options, {});
+  for (const char* name : {"ITER02.iter", "RESP02.resp"}) {
+    EXPECT_EQ(file_contents(folder.path(name)), one.at(name));
+  }
+}
+
+TEST_F(RunInversion, Numbers_beyond_99_are_written_in_full) {
+  std::string start = made::inverted_start("1");
+  start = made::replaced(start, "ITERATION:        0", "ITERATION:        1233");
+  static_cast<void>(folder.write("startup", start));
+  (void)invert();
+  EXPECT_TRUE(has("ITER1233.iter") && has("ITER1234.iter") && has("RESP1234.resp"));
+  EXPECT_EQ(last_iteration_file(folder.folder()), "ITER1234.iter");
+  EXPECT_EQ(read_start_file(folder.path("ITER1234.iter")).iteration, 1234);
+}
+
+TEST_F(RunInversion, Finds_its_start_file) {
+  EXPECT_EQ(find_start_file(folder.folder()), "startup");
+  fs::rename(folder.path("startup"), folder.path("OccamStart"));
+  EXPECT_EQ(find_start_file(folder.folder()), "OccamStart");
+  fs::copy_file(folder.path("OccamStart"), folder.path("OtherStart"));
+  EXPECT_THROW((void)find_start_file(folder.folder()), std::runtime_error);
+  fs::remove(folder.path("OtherStart"));
+  fs::rename(folder.path("OccamStart"), folder.path("ITER00.iter"));
+  EXPECT_THROW((void)find_start_file(folder.folder()), std::runtime_error);
+  EXPECT_EQ(last_iteration_file(folder.folder()), "ITER00.iter");
+}
