@@ -10,7 +10,7 @@
 namespace Module_occam {
 
 inline constexpr const char* inversion_log_name = "LogFile.logfile";
-inline constexpr const char* inversion_lock_name = "inversion.lock";  // held while an inversion runs
+inline constexpr const char* inversion_lock_name = "inversion.lock";  // while an inversion works
 
 /// "SHIFT07.shift": the static shifts found with iteration 7, a statics file.
 std::string shift_file_name(int iteration);

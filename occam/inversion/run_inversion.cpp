@@ -337,6 +337,14 @@ void RunningInversion::end(const inversion::Outcome& outcome) {
 
 }  // namespace
 
+bool is_being_inverted(const fs::path& directory) {
+  try {
+    return FileLock(directory / inversion_lock_name).state() == FileLock::State::held_elsewhere;
+  } catch (const std::runtime_error&) {
+    return false;  // nobody can write there
+  }
+}
+
 InversionReport run_inversion(const fs::path& directory, const InversionOptions& options,
                               const InversionListener& listener) {
   if (!fs::is_directory(directory)) {

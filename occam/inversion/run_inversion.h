@@ -76,6 +76,9 @@ class EarlierIterations : public std::runtime_error, public CompleteMessage {
   using std::runtime_error::runtime_error;
 };
 
+/// Whether an inversion works in a directory, of this program or another.
+bool is_being_inverted(const std::filesystem::path& directory);
+
 /// Inverts a run directory, which is locked meanwhile. Throws std::exception with a sentence for what can't
 /// be inverted, and then nothing was written; EarlierIterations where these would have to move;
 /// std::runtime_error where a file can't be written, and then the directory holds the iterations that ended.

@@ -16,6 +16,7 @@
 #include "database/sites.h"
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
+#include "occam/inversion/run_inversion.h"
 #include "occam/setup/earlier_run.h"
 #include "occam/setup/line_data.h"
 #include "occam/setup/mesh_design.h"
@@ -112,6 +113,11 @@ void write_run(const RunSet& run, const fs::path& folder) {
 
 /// @return whether a run that the folder holds may move
 bool may_replace(const EarlierRun& earlier, const fs::path& folder) {
+  if (earlier.found() && is_being_inverted(folder)) {
+    user_interface().show_message("An inversion is running in " + folder.string() +
+                                  "; stop it first, or choose another folder");
+    return false;
+  }
   return !earlier.found() ||
          user_interface().ask_yes_no("Replace the inversion in " + folder.string() + "? It is kept in " +
                                      earlier.destination().filename().string() + ".");

@@ -10,7 +10,6 @@
 #include "formats/occam/iteration_file.h"
 #include "formats/occam/model_file.h"
 #include "formats/occam/text_input.h"
-#include "occam/inversion/inversion_files.h"
 #include "occam/results/run_results.h"
 #include "occam/setup/run_files.h"
 #include "platform/files/files_in_use.h"
@@ -160,11 +159,6 @@ EarlierRun::~EarlierRun() {
 }
 
 void EarlierRun::move_away() {
-  lock_.emplace(folder_ / inversion_lock_name);
-  if (lock_->state() == FileLock::State::held_elsewhere) {
-    throw std::runtime_error("an inversion is running in " + folder_.string() +
-                             "; stop it first or choose another folder");
-  }
   for (const fs::path& file : files_) {  // the open survey may stand here under a name of the new run
     safe_files::refuse_input(folder_ / file);
   }

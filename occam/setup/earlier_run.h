@@ -2,12 +2,9 @@
 // created there, it moves as a whole into a folder of its own, where it still opens.
 #pragma once
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "platform/files/file_lock.h"
 
 namespace Module_occam {
 
@@ -27,8 +24,7 @@ class EarlierRun {
   /// Where the run moves: the first of "earlier_1", "earlier_2", ... in the folder that is free.
   [[nodiscard]] const std::filesystem::path& destination() const { return destination_; }
 
-  /// Moves the run, and keeps inversions out of the folder from then on. Throws if one is running there, or a
-  /// file can't be moved; the destructor then moves the others back.
+  /// Moves the run. Throws if a file can't be moved; the destructor then moves the others back.
   void move_away();
 
   void keep() { moved_.clear(); }
@@ -38,7 +34,6 @@ class EarlierRun {
   std::filesystem::path destination_;
   std::vector<std::filesystem::path> files_;  // and folders, from the folder
   std::vector<std::filesystem::path> moved_;
-  std::optional<FileLock> lock_;
 };
 
 /// A name for the folder of a new run in `parent`, "occam_200E_ExHy", that nothing has: with "_2", "_3", ...

@@ -136,11 +136,18 @@ void Form_occam_inversion::connect_controls() {
   connect(controls_, &ModelControls::iteration_chosen, this, &Form_occam_inversion::choose_iteration);
   connect(controls_, &ModelControls::look_changed, this, &Form_occam_inversion::display_current_iterate);
   connect(controls_, &ModelControls::quantity_changed, this, &Form_occam_inversion::redraw_section);
-  connect(resolution_, &ResolutionWorker::computed, this, &Form_occam_inversion::redraw_section);
-  connect(resolution_, &ResolutionWorker::stopped, this, &Form_occam_inversion::show_resolution_state);
+  connect(resolution_, &ResolutionWorker::computed, this, [this] {
+    redraw_section();
+    close_if_wanted();
+  });
+  connect(resolution_, &ResolutionWorker::stopped, this, [this] {
+    show_resolution_state();
+    close_if_wanted();
+  });
   connect(resolution_, &ResolutionWorker::failed, this, [this](const QString& sentence) {
     redraw_section();
     user_interface().show_message(sentence.toStdString());
+    close_if_wanted();
   });
   connect(controls_, &ModelControls::display_response, this, &Form_occam_inversion::swap_frames);
   connect(controls_, &ModelControls::write_grid, this, &Form_occam_inversion::write_grid);
@@ -247,7 +254,8 @@ void Form_occam_inversion::add_resolution(SectionLook& look) {
   const std::string& file = view_.results().iteration_file[static_cast<std::size_t>(iteration)];
   const BlockResolution* const known = resolution_->find(file);
   if (known == nullptr) {
-    if (!running()) {  // the inversion has the cores; what it leaves is looked at when it has ended
+    if (!running() &&
+        !closing_) {  // the inversion has the cores; what it leaves is looked at when it has ended
       resolution_->want(file);
     }
     return;
@@ -387,11 +395,14 @@ void Form_occam_inversion::follow_inversion() {
 
 void Form_occam_inversion::end_inversion() {
   follow_inversion();
-  if (closing_) {
+  redraw_section();  // with what had to wait for the end
+  close_if_wanted();
+}
+
+void Form_occam_inversion::close_if_wanted() {
+  if (closing_ && !running() && !resolution_->running()) {
     closing_ = false;
-    QDialog::done(QDialog::Rejected);
-  } else {
-    redraw_section();  // with what had to wait for the end
+    QDialog::done(result());
   }
 }
 
@@ -404,12 +415,10 @@ void Form_occam_inversion::show_inversion() { controls_->show_page(panel_); }
 bool Form_occam_inversion::running() const { return panel_->running(); }
 
 void Form_occam_inversion::stop_and_close() {
-  if (running()) {
-    closing_ = true;
-    panel_->stop();
-  } else {
-    QDialog::done(QDialog::Rejected);
-  }
+  closing_ = true;
+  panel_->stop();
+  resolution_->stop();
+  close_if_wanted();
 }
 
 void Form_occam_inversion::done(int result) {
@@ -419,11 +428,8 @@ void Form_occam_inversion::done(int result) {
                                    "it can be continued.")) {
     return;
   }
-  if (running()) {
-    stop_and_close();
-  } else {
-    QDialog::done(result);
-  }
+  setResult(result);
+  stop_and_close();
 }
 
 void Form_occam_inversion::write_grid() {

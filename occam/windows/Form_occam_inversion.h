@@ -70,6 +70,8 @@ class Form_occam_inversion : public QDialog {
   void take_changes(bool followed);
   void follow_inversion();
   void end_inversion();
+  /// Once nothing is running any more.
+  void close_if_wanted();
   void show_inversion_state();
   void show_site_misfits();
   void show_station_of(int site_number);
@@ -103,5 +105,5 @@ class Form_occam_inversion : public QDialog {
   QTimer* Timer_reset_resizer_;
   QTimer* Timer_refresh_;
   QTimer* Timer_resolution_;
-  bool closing_ = false;  // once the inversion has ended
+  bool closing_ = false;  // once the work under way has ended
 };

@@ -43,6 +43,17 @@ QLabel* make_message(const char* name) {
   return label;
 }
 
+std::string ending_text(const InversionReport& report) {
+  std::string text = report.reason;
+  if (!report.earlier_folder.empty()) {
+    text += " The earlier inversion is in " + report.earlier_folder + ".";
+  }
+  if (!report.static_shift_file.empty()) {
+    text += " The static shifts that were found are in " + report.static_shift_file + ".";
+  }
+  return text;
+}
+
 }  // namespace
 
 InversionPanel::InversionPanel(std::filesystem::path directory, std::string start_file, QWidget* parent)
@@ -156,7 +167,7 @@ void InversionPanel::connect_controls() {
   connect(worker_, &InversionWorker::iteration_ended, this, &InversionPanel::iteration_ended);
   connect(worker_, &InversionWorker::earlier_found, this, &InversionPanel::ask_about_earlier);
   connect(worker_, &InversionWorker::ended, this, [this](const InversionReport& report) {
-    show_state(qt_text(report.reason));
+    show_state(qt_text(ending_text(report)));
     Q_EMIT ended();
   });
   connect(worker_, &InversionWorker::failed, this, [this](const QString& sentence) {

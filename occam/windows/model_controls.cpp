@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenu>
@@ -120,10 +121,7 @@ QWidget* ModelControls::make_look_group() {
   Text_max_depth_->setToolTip("Maximum depth to display");
   Text_max_depth_->setText("2000");
   add_quantity_rows(*rows);
-  auto* const colour = new QLabel("&Colour");
-  colour->setBuddy(Combo_colour_table_);
-  rows->addRow(colour);
-  rows->addRow(Combo_colour_table_);
+  rows->addRow("&Colour", Combo_colour_table_);
   rows->addRow(Check_invert_colour_);
   rows->addRow("M&in Res", Text_min_res_);
   rows->addRow("M&ax Res", Text_max_res_);
@@ -151,10 +149,7 @@ void ModelControls::add_quantity_rows(QFormLayout& rows) {
   Spin_base_iteration_->setAccessibleName("Change since iteration");
   Spin_base_iteration_->setToolTip("Iteration whose resistivities are taken from those on show");
   Check_fade_->setToolTip("Blocks fade to the background where the data hardly depend on them");
-  auto* const shows = new QLabel("S&hown");
-  shows->setBuddy(Combo_section_shows_);
-  rows.addRow(shows);
-  rows.addRow(Combo_section_shows_);
+  rows.addRow("S&hown", Combo_section_shows_);
   rows.addRow(Spin_base_iteration_);
   rows.addRow(Check_fade_);
   Spin_base_iteration_->hide();
@@ -197,10 +192,15 @@ void ModelControls::add_buttons(QBoxLayout& rows) {
   menu->addAction("Section as P&DF...", this, &ModelControls::save_section_pdf);
   menu->addAction("&Fit of all stations as PDF...", this, &ModelControls::save_fits);
   save->setMenu(menu);
+  auto* const buttons = new QGridLayout;
+  int place = 0;
   for (QPushButton* const button : {Command_display_response_, grid, save, done_button}) {
+    constexpr int columns = 2;
     button->setAutoDefault(false);
-    rows.addWidget(button);
+    buttons->addWidget(button, place / columns, place % columns);
+    ++place;
   }
+  rows.addLayout(buttons);
   connect(Command_display_response_, &QPushButton::clicked, this, &ModelControls::display_response);
   connect(grid, &QPushButton::clicked, this, &ModelControls::write_grid);
   connect(done_button, &QPushButton::clicked, this, &ModelControls::done);

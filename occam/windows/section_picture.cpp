@@ -28,6 +28,25 @@ namespace {
 constexpr int heading_height = 26;
 constexpr int heading_font_pixels = 13;
 
+/// 1, 2 or 5 times a power of ten that holds all values, decades either way; at most 2: more is as good as
+/// unknown.
+double end_of_colours(std::span<const double> decades) {
+  constexpr double most = 2.0;
+  double largest = 0.0;
+  for (const double value : decades) {
+    largest = std::max(largest, std::abs(value));
+  }
+  double power = 0.001;
+  for (; power < most; power *= 10.0) {
+    for (const double step : {1.0, 2.0, 5.0}) {
+      if (largest <= step * power) {
+        return std::min(step * power, most);
+      }
+    }
+  }
+  return most;
+}
+
 std::string shown_number(float value) { return value == no_data ? "NA" : format_number(value, "0.0000"); }
 
 /// A drawing with its heading, for a page or a picture of its own.
@@ -115,16 +134,14 @@ void place_curves(graph::PdfPages& pages, const OccamResponse& response, const R
 }  // namespace
 
 SectionValues standard_error_values(std::vector<double> decades) {
-  constexpr double most = 2.0;  // decades; beyond it nothing is known
-  const double upper = std::min(suggested_range(decades).upper, most);
+  const double upper = end_of_colours(decades);
   return {std::move(decades), {0.0, upper}, {"Standard error about", "decades", false}};
 }
 
 SectionValues change_values(std::span<const double> now, std::span<const double> then, int base_iteration) {
   SectionValues values;
   std::ranges::transform(now, then, std::back_inserter(values.of_blocks), std::minus<>());
-  const ResistivityRange range = suggested_range(values.of_blocks);
-  const double most = std::max(std::abs(range.lower), std::abs(range.upper));
+  const double most = end_of_colours(values.of_blocks);
   values.range = {-most, most};
   values.quantity = {"Change since iteration " + std::to_string(base_iteration), "decades", false};
   return values;
@@ -185,7 +202,8 @@ int save_section(RunView& view, const SectionLook& look, const std::string& path
       throw std::runtime_error(path + " ends neither in .png nor in .pdf");
     }
     graph::PictureFile file(QString::fromStdString(path));
-    (pdf ? write_pdf : write_png)(file, {picture, view.results().data, iteration_heading(view),
+    const std::string what = look.values ? "   " + look.values->quantity.name : std::string();
+    (pdf ? write_pdf : write_png)(file, {picture, view.results().data, iteration_heading(view) + what,
                                          QSize(size.width(), size.height() + heading_height)});
     file.finish();
   });

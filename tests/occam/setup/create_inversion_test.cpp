@@ -8,10 +8,8 @@
 #include "database/reading_facts.h"
 #include "database/sites.h"
 #include "formats/occam/data_file.h"
-#include "occam/inversion/inversion_files.h"
 #include "occam/occam_files.h"
 #include "occam/results/run_results.h"
-#include "platform/files/file_lock.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/named_site.h"
 #include "tests/support/survey_fixture.h"
@@ -586,15 +584,6 @@ TEST_F(CreateInversionTest, An_earlier_inversion_is_kept_as_a_whole) {
   EXPECT_EQ(files(), before);
 
   inputs.first_station = "";
-  {
-    const FileLock inverting(run(inversion_lock_name));
-    EXPECT_EQ(create_and_answer(true), -1);
-    EXPECT_EQ(interface.take_messages(),
-              Messages{failed + "an inversion is running in " + run().parent_path().string() +
-                       "; stop it first or choose another folder"});
-  }
-  EXPECT_EQ(files(), before);
-
   ASSERT_EQ(create_and_answer(true), 0);
   EXPECT_EQ(created.earlier_run, run("earlier_1").string());
   EXPECT_EQ(

@@ -15,6 +15,7 @@
 #include "core/session_state.h"
 #include "database/reading_facts.h"
 #include "database/sites.h"
+#include "platform/files/file_lock.h"
 #include "platform/settings_store/settings_store.h"
 #include "platform/widgets/folder_tree.h"
 #include "tests/reduction/made_readings.h"
@@ -252,6 +253,13 @@ class FormOccamTest : public QObject {
                       "? It is kept in earlier_1."});
     QCOMPARE(file_contents(folder_->path("occam_200E_ExHy/startup")), first);
     QVERIFY(interface_->take_messages().empty());
+    {
+      const FileLock running(folder_->path("occam_200E_ExHy/inversion.lock"));
+      click("Command_create_inversion");
+      QCOMPARE(interface_->take_messages(),
+               Messages{"An inversion is running in " + folder_->path("occam_200E_ExHy") +
+                        "; stop it first, or choose another folder"});
+    }
     (*interface_)->yes_no_answers = {true};
     click("Command_create_inversion");
     QCOMPARE(interface_->take_messages().size(), std::size_t{1});
@@ -265,6 +273,19 @@ class FormOccamTest : public QObject {
     session().database_file = folder_->path("survey.mdb");
     open_window();
     QCOMPARE(control("Text_occam_directory")->text(), QString("occam_200E_ExHy_2"));
+  }
+
+  void the_run_that_was_created_can_be_inverted() {
+    open_window();
+    auto* const run_button = control<QPushButton>("Command_run_inversion");
+    QVERIFY(!run_button->isEnabled());
+    click("Command_create_inversion");
+    interface_->take_messages();
+    QVERIFY(run_button->isEnabled());
+    QVERIFY(window_->directory_to_run().empty());
+    click("Command_run_inversion");
+    QVERIFY(!window_->isVisible());
+    QCOMPARE(window_->directory_to_run(), folder_->path("occam_200E_ExHy"));
   }
 
   void escape_stops_a_run_and_leaves_everything_as_it_was() {

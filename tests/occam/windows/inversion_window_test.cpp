@@ -204,6 +204,12 @@ class InversionWindowTest : public QObject {
     shows->setCurrentIndex(0);
     QTRY_VERIFY(text().contains("Resistivity "));
     QVERIFY(interface_->take_messages().empty());
+    control<QComboBox>("Combo_iteration")->setCurrentIndex(0);
+    fade->setChecked(true);
+    const QPointer<Form_occam_inversion> window(window_);
+    window_->close();  // in the middle of the work, which is nothing to ask about
+    QTRY_VERIFY_WITH_TIMEOUT(!window, 30000);
+    QVERIFY((*interface_)->questions.empty());
   }
 
   void earlier_iterations_are_asked_about() {
