@@ -103,9 +103,12 @@ class Inversion {
     Trials trials(
         *models, roughness_, last_.state.model, settings_.rules,
         [this](std::span<const double> model) { return respond(model); }, listener_.trial);
-    const SearchStart start{last_.state.log10_multiplier, misfit_,
-                            settings_.target_rms,         last_.state.target_reached,
-                            last_.state.roughness,        settings_.most_cuts};
+    const SearchStart start{std::clamp(last_.state.log10_multiplier, lowest_multiplier, highest_multiplier),
+                            misfit_,
+                            settings_.target_rms,
+                            last_.state.target_reached,
+                            last_.state.roughness,
+                            settings_.most_cuts};
     const SearchEnd end =
         settings_.search == Search::better ? search_better(trials, start) : search_classic(trials, start);
     if (end.accepted == nullptr || end.accepted->model.empty()) {  // no multiplier gave a model

@@ -28,7 +28,10 @@ struct Trial {
   Fit fit;
   double roughness = std::numeric_limits<double>::infinity();
 
-  [[nodiscard]] double misfit() const { return model.empty() ? no_model : fit.misfit; }
+  /// That of no model where there is none, or its response is not a number.
+  [[nodiscard]] double misfit() const {
+    return !model.empty() && fit.misfit < no_model ? fit.misfit : no_model;
+  }
   static constexpr double no_model = 1e10;
 };
 
