@@ -19,12 +19,11 @@ int type_of(const DataRow& row) { return static_cast<int>(row.type); }
 
 Quantity quantity_of(const DataRow& row) { return find_meaning(row.type)->quantity; }
 
-/// All rows, if they have a meaning.
-std::span<const DataRow> computed_rows(const ObservedData& data) {
+void refuse_other_types(const ObservedData& data) {
   const auto first =
       std::ranges::find_if_not(data.rows, [](const DataRow& row) { return can_be_inverted(type_of(row)); });
   if (first == data.rows.end()) {
-    return data.rows;
+    return;
   }
   const auto count =
       std::ranges::count_if(data.rows, [&](const DataRow& row) { return row.type == first->type; });
@@ -43,8 +42,8 @@ RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, const 
       data_(data),
       rules_(rules),
       progress_(std::move(progress)),
-      block_parameters_(static_cast<std::size_t>(model.num_free_params)),
-      requests_(computed_rows(data), data.site_offsets) {
+      block_parameters_(static_cast<std::size_t>(model.num_free_params)) {
+  refuse_other_types(data);
   const std::int32_t first_free = model.param_table_index(1);
   for (const CellCode& cell : model.cell_code) {
     for (const std::int32_t code : cell) {
@@ -52,6 +51,7 @@ RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, const 
                                                           : no_parameter);
     }
   }
+  requests_ = RowRequests(data.rows, data.site_offsets);
   take_shifts();
 }
 
