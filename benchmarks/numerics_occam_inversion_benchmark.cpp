@@ -161,14 +161,17 @@ void invert(benchmark::State& state, const LineSize& size, int iterations, std::
   settings.threads = threads;
   std::size_t trials = 0;
   double rms = 0.0;
+  double processor = 0.0;  // s
   {
     BesideBound measure(state, clock);
     for (auto _ : state) {
       trials = 0;
       const inversion::Listener count = {{}, [&](const inversion::Trial& /*trial*/) { ++trials; }};
+      const double start = cpu_seconds();
       measure.work([&] {
         rms = inversion::invert(line.problem(), roughness, settings, line.half_space(), count).last.rms;
       });
+      processor = cpu_seconds() - start;
       measure.bound([&] {
         for (std::size_t trial = 0; trial < trials; ++trial) {
           benchmark::DoNotOptimize(line.respond(line.half_space().model, inversion::Derivatives::no));
@@ -178,6 +181,7 @@ void invert(benchmark::State& state, const LineSize& size, int iterations, std::
   }
   state.counters["trials"] = static_cast<double>(trials);
   state.counters["rms"] = rms;
+  state.counters["processor_s"] = processor;
   state.SetItemsProcessed(state.iterations() * iterations);
   count_parts(state, line, clock, turns, threads);
   state.counters["peak_MB"] = peak_memory();

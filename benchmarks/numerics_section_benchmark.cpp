@@ -1,8 +1,12 @@
-// response_benchmark.cpp: two-dimensional responses of meshes of several sizes, on one core.
+// numerics_section_benchmark.cpp: two-dimensional responses and their derivatives, on one core.
 //
-// The bound is the multiplications and additions of the banded factorizations alone, nodes times twice the
-// square of the rows, at the rate of a bare loop that subtracts four columns from one in the cache. Items are
-// frequencies (both modes); how many there are in a second should not depend on their number.
+// `response`: meshes of several sizes. The bound is the multiplications and additions of the banded
+// factorizations alone, nodes times twice the square of the rows, at the rate of a bare loop that subtracts
+// four columns from one in the cache; a factorization that keeps more columns in registers is faster than
+// that. Items are frequencies (both modes); how many there are in a second should not depend on their number.
+//
+// `line_response`, `line_derivatives`: what an inversion of a line asks for. The bound is the factorizations
+// of its equations, each with the one right side of its field. Items are factorizations.
 #include <algorithm>
 #include <cmath>
 #include <limits>
