@@ -44,8 +44,8 @@ void refuse_report(const InversionCommand& command) {
   if (std::filesystem::is_directory(report)) {
     throw std::runtime_error(command.json_path + " is a folder");
   }
-  if (!can_write_into(report.parent_path())) {
-    throw std::runtime_error(command.json_path + ": the folder can't be written");
+  if (!std::filesystem::is_directory(report.parent_path()) || !can_write_into(report.parent_path())) {
+    throw std::runtime_error(command.json_path + ": the folder is missing or can't be written");
   }
   std::error_code missing;
   if (std::filesystem::equivalent(report.parent_path(), command.directory, missing) &&

@@ -22,8 +22,6 @@ constexpr std::array<TypeMeaning, 12> meanings{
 
 }  // namespace
 
-std::span<const TypeMeaning> type_meanings() { return meanings; }
-
 const TypeMeaning* find_meaning(DataType type) {
   const auto found = std::ranges::find(meanings, type, &TypeMeaning::type);
   return found == meanings.end() ? nullptr : &*found;

@@ -2,7 +2,6 @@
 #pragma once
 #include <array>
 #include <cstdint>
-#include <span>
 #include <string>
 
 namespace Module_occam {
@@ -42,9 +41,6 @@ struct TypeMeaning {
   Quantity quantity;
   const char* name;  // for users
 };
-
-/// All data types that have a meaning here, ascending.
-std::span<const TypeMeaning> type_meanings();
 
 /// @return nullptr for a type that has no meaning here
 const TypeMeaning* find_meaning(DataType type);

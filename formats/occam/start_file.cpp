@@ -171,6 +171,12 @@ std::string labelled(std::string_view label, std::string_view value) {
   return line.append(value) + '\n';
 }
 
+// Three decimals as the public program writes it, more where the target has them.
+std::string target_text(double target) {
+  const std::string text = written_number(target, std::chars_format::fixed, 3, 6);
+  return numeric_value(text) == target ? text : criterion_text(target);
+}
+
 std::string padded(int value, std::size_t width) {
   const std::string text = std::to_string(value);
   return text.size() < width ? pad_field(text, width) : text;
@@ -209,14 +215,14 @@ InversionStart read_start_file(const std::string& path) {
 }
 
 std::string iteration_file_text(const InversionStart& state) {
-  std::string text =
-      labelled("Format", "OCCAMITER_FLEX") + labelled("Description", state.description) +
-      labelled("Model File", state.model_file) + labelled("Data File", state.data_file) +
-      labelled("Date/Time", state.date) + labelled("Iterations to run", padded(state.iterations_to_run, 3)) +
-      labelled("Target Misfit", written_number(state.target_rms, std::chars_format::fixed, 3, 6)) +
-      labelled("Roughness Type", padded(state.roughness_type, 3)) +
-      labelled("Diagonal Penalties", padded(state.diagonal_penalties ? 1 : 0, 1)) +
-      labelled("Stepsize Cut Count", padded(state.step_cut_count, 3));
+  std::string text = labelled("Format", "OCCAMITER_FLEX") + labelled("Description", state.description) +
+                     labelled("Model File", state.model_file) + labelled("Data File", state.data_file) +
+                     labelled("Date/Time", state.date) +
+                     labelled("Iterations to run", padded(state.iterations_to_run, 3)) +
+                     labelled("Target Misfit", target_text(state.target_rms)) +
+                     labelled("Roughness Type", padded(state.roughness_type, 3)) +
+                     labelled("Diagonal Penalties", padded(state.diagonal_penalties ? 1 : 0, 1)) +
+                     labelled("Stepsize Cut Count", padded(state.step_cut_count, 3));
   text += state.model_limits ? labelled("Model Limits", plain_text(state.model_limits->first) + "," +
                                                             plain_text(state.model_limits->second))
                              : labelled("!Model Limits", "none");

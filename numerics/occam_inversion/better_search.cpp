@@ -9,8 +9,6 @@ namespace numerics::occam_inversion {
 
 namespace {
 
-constexpr double lowest_multiplier = -10.0;  // log10; beyond, the roughness no longer counts
-constexpr double highest_multiplier = 15.0;
 constexpr double perfectly_smooth = 1e-5;
 
 bool inside(double x) { return x > lowest_multiplier && x < highest_multiplier; }
@@ -30,9 +28,12 @@ class Minimum {
 
   const Trial& find(double from) {
     const Trial* middle = &at(from);
+    if (fits(*middle)) {
+      return *middle;
+    }
     const Trial* low = &at(from - first_step);
-    if (fits(*middle) || fits(*low)) {
-      return fits(*low) ? *low : *middle;
+    if (fits(*low)) {
+      return *low;
     }
     double step = -first_step;
     const Trial* behind = middle;
@@ -275,9 +276,7 @@ SearchEnd search_smoother(Trials& trials, const SearchStart& start) {
 }  // namespace
 
 SearchEnd search_better(Trials& trials, const SearchStart& start) {
-  SearchStart inside = start;
-  inside.log10_multiplier = std::clamp(start.log10_multiplier, lowest_multiplier, highest_multiplier);
-  return start.target_reached ? search_smoother(trials, inside) : search_minimum(trials, inside);
+  return start.target_reached ? search_smoother(trials, start) : search_minimum(trials, start);
 }
 
 }  // namespace numerics::occam_inversion

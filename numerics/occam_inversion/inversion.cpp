@@ -89,9 +89,6 @@ class Inversion {
     }
     // A file has fewer digits than the model had; a target that was lowered since is to be reached again.
     last_.state.target_reached = last_.state.target_reached && fits();
-    if (last_.state.previous) {
-      count_gain(*last_.state.previous);
-    }
   }
 
   Fit respond(std::span<const double> model) const {
@@ -106,34 +103,31 @@ class Inversion {
     Trials trials(
         *models, roughness_, last_.state.model, settings_.rules,
         [this](std::span<const double> model) { return respond(model); }, listener_.trial);
-    const SearchStart start{last_.state.log10_multiplier, misfit_,
-                            settings_.target_rms,         last_.state.target_reached,
-                            last_.state.roughness,        settings_.most_cuts};
+    const SearchStart start{std::clamp(last_.state.log10_multiplier, lowest_multiplier, highest_multiplier),
+                            misfit_,
+                            settings_.target_rms,
+                            last_.state.target_reached,
+                            last_.state.roughness,
+                            settings_.most_cuts};
     const SearchEnd end =
         settings_.search == Search::better ? search_better(trials, start) : search_classic(trials, start);
     if (end.accepted == nullptr || end.accepted->model.empty()) {  // no multiplier gave a model
       return start.target_reached ? Ending::smooth_and_fitting : Ending::no_better_fit;
     }
     const Trial& accepted = *end.accepted;
-    const Previous previous{misfit_, last_.state.roughness, last_.state.target_reached};
+    const Level before = level();
     last_ = {{last_.state.iteration + 1, accepted.model, end.log10_multiplier, accepted.roughness,
-              end.target_reached, previous},
+              end.target_reached, last_.state.small_gains},
              accepted.fit.rms,
              accepted.fit.modelled,
              trials.step_of(accepted),
              trials.count()};
     misfit_ = accepted.misfit();
-    count_gain(previous);
+    last_.state.small_gains = is_small_gain(before, level()) ? last_.state.small_gains + 1 : 0;
     return std::nullopt;
   }
 
-  // The last model's gain: while the target is reached in the roughness, before in the misfit.
-  void count_gain(const Previous& previous) {
-    const bool smoothing = previous.target_reached;
-    const double fall =
-        smoothing ? 1.0 - last_.state.roughness / previous.roughness : 1.0 - misfit_ / previous.misfit;
-    small_gains_ = fall < (smoothing ? hardly_smoother : hardly_nearer) ? small_gains_ + 1 : 0;
-  }
+  [[nodiscard]] Level level() const { return {misfit_, last_.state.roughness, last_.state.target_reached}; }
 
   [[nodiscard]] bool fits() const { return misfit_ <= near_target * settings_.target_rms; }
   [[nodiscard]] bool is_perfectly_smooth() const {
@@ -145,7 +139,7 @@ class Inversion {
       return Ending::perfectly_smooth;
     }
     // The classic search lets the roughness rise again, and goes on.
-    const bool has_settled = settings_.search == Search::better && small_gains_ >= 2;
+    const bool has_settled = settings_.search == Search::better && last_.state.small_gains >= 2;
     if (fits() && (last_.step < no_step || has_settled)) {
       return Ending::smooth_and_fitting;
     }
@@ -158,7 +152,6 @@ class Inversion {
   const Listener& listener_;
   Iteration last_;
   double misfit_ = 0.0;  // of the last model, as the search goes by it
-  int small_gains_ = 0;  // in a row
 };
 
 }  // namespace
@@ -205,6 +198,12 @@ LinearProblem linearise(const Problem& problem, std::span<const double> model, b
     linear.data[row] = weight * (problem.data[row] - modelled.values[row]) + through_model;
   }
   return linear;
+}
+
+bool is_small_gain(const Level& before, const Level& after) {
+  const double fall =
+      before.target_reached ? 1.0 - after.roughness / before.roughness : 1.0 - after.misfit / before.misfit;
+  return fall < (before.target_reached ? hardly_smoother : hardly_nearer);
 }
 
 double root_mean_square(const Problem& problem, std::span<const double> modelled) {

@@ -45,13 +45,6 @@ struct Settings {
   std::size_t threads = 0;  // 0: as many as the machine has cores
 };
 
-/// The model before the last one, against which that one's gain is measured.
-struct Previous {
-  double misfit = 0.0;
-  double roughness = 0.0;
-  bool target_reached = false;
-};
-
 /// From where an inversion goes on, as its files keep it.
 struct State {
   int iteration = 0;
@@ -59,7 +52,7 @@ struct State {
   double log10_multiplier = 5.0;  // where the last search ended
   double roughness = 1e10;        // of the last model
   bool target_reached = false;
-  std::optional<Previous> previous;
+  int small_gains = 0;  // iterations in a row, with the last one, that were hardly worth it (is_small_gain)
 };
 
 struct Iteration {
@@ -101,6 +94,17 @@ void require_soluble(const Problem& problem, const Roughness& roughness, std::sp
 /// The problem linearised at a model.
 /// @param robust  weighted by Huber's weights of the model's residuals
 LinearProblem linearise(const Problem& problem, std::span<const double> model, bool robust);
+
+/// How good a model is, as two in a row are compared.
+struct Level {
+  double misfit = 0.0;
+  double roughness = 0.0;
+  bool target_reached = false;
+};
+
+/// Whether an iteration got so little that two of them in a row end the inversion: once the target is reached
+/// by the roughness, before by the misfit.
+bool is_small_gain(const Level& before, const Level& after);
 
 /// Root mean square of residuals over errors.
 double root_mean_square(const Problem& problem, std::span<const double> modelled);

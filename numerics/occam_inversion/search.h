@@ -7,8 +7,11 @@
 
 namespace numerics::occam_inversion {
 
+constexpr double lowest_multiplier = -10.0;  // log10; below, the roughness no longer counts
+constexpr double highest_multiplier = 15.0;  // above, the data no longer do
+
 struct SearchStart {
-  double log10_multiplier = 5.0;  // where the last search ended
+  double log10_multiplier = 5.0;  // where the last search ended, between these
   double misfit = 0.0;            // of the model that the iteration starts from
   double target = 1.0;
   bool target_reached = false;  // by an earlier iteration: now only a smoother model is better
@@ -23,7 +26,8 @@ struct SearchEnd {
 };
 
 /// Few trials: a coarse minimum, shorter steps where they help; then straight to the multiplier at which the
-/// misfit is the target. What fits never lies above the target, and a smoother model is smoother.
+/// misfit is the target. What fits never lies above the target, and a smoother model is smoother. How rough a
+/// model is needs no response, so that what can't be smoother isn't tried.
 SearchEnd search_better(Trials& trials, const SearchStart& start);
 
 /// As the public program searches: the minimum bracketed and refined by parabolas (Brent 1973, Algorithms for

@@ -6,7 +6,7 @@
 namespace numerics::occam_inversion {
 
 void ModelRules::apply(std::vector<double>& model) const {
-  for (double& value : std::span(model).first(std::min(resistivities, model.size()))) {
+  for (double& value : std::span(model).first(std::min(parameters, model.size()))) {
     if (step > 0.0) {
       value = std::round(value / step) * step;
     }

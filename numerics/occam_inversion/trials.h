@@ -28,7 +28,10 @@ struct Trial {
   Fit fit;
   double roughness = std::numeric_limits<double>::infinity();
 
-  [[nodiscard]] double misfit() const { return model.empty() ? no_model : fit.misfit; }
+  /// That of no model where there is none, or its response is not a number.
+  [[nodiscard]] double misfit() const {
+    return !model.empty() && fit.misfit < no_model ? fit.misfit : no_model;
+  }
   static constexpr double no_model = 1e10;
 };
 
@@ -36,8 +39,8 @@ struct Trial {
 struct ModelRules {
   std::optional<std::pair<double, double>> limits;  // log10 ohm-m
   double step = 0.0;                                // models are multiples of it; 0: any value
-  /// The first parameters, for which this holds: resistivities; shifts behind them may be anything.
-  std::size_t resistivities = std::numeric_limits<std::size_t>::max();
+  /// That they hold for, from the first: static shifts, which stand behind the blocks, are no resistivities.
+  std::size_t parameters = std::numeric_limits<std::size_t>::max();
 
   void apply(std::vector<double>& model) const;
 };

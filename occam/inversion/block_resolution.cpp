@@ -47,10 +47,8 @@ std::optional<BlockResolution> block_resolution(const std::filesystem::path& dir
                                                 const std::string& iteration_file, std::size_t threads,
                                                 const Progress& progress) {
   const InversionInput input = read_inversion_input(directory, iteration_file);
-  const RunProblem run(
-      input.model, input.data,
-      {.threads = threads, .static_shift = {}, .limits = numerics::section::ResistivityLimits::cut},
-      part_of(progress, 0.0, response_share));
+  const RunProblem run(input.model, input.data, {.threads = threads, .static_shift = {}},
+                       part_of(progress, 0.0, response_share));
   const inversion::Roughness roughness = roughness_of(input, run);
   const inversion::Problem problem = run.problem();
   const std::vector<double> model = run.model_of(input.start.parameters);

@@ -92,9 +92,6 @@ EarlierIterationFiles::EarlierIterationFiles(fs::path directory, int last_kept)
     take(shifts, number_in(name, "SHIFT", ".shift"));
     has_log = has_log || name == inversion_log_name;
   }
-  if (iterations.empty() && responses.empty()) {
-    return;  // a log alone is gone on with
-  }
   Numbered all;
   for (Numbered* files : {&iterations, &responses, &shifts}) {
     std::ranges::sort(*files);
@@ -107,7 +104,7 @@ EarlierIterationFiles::EarlierIterationFiles(fs::path directory, int last_kept)
   for (auto& [number, name] : all) {
     files_.push_back(std::move(name));
   }
-  if (has_log && last_kept < 0) {
+  if (has_log && last_kept < 0 && !named_.empty()) {  // a log alone is gone on with
     files_.emplace_back(inversion_log_name);
   }
 }

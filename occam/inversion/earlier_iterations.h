@@ -22,7 +22,10 @@ class EarlierIterationFiles {
   /// @param last_kept  iterations up to this one stay; -1: none stays
   EarlierIterationFiles(std::filesystem::path directory, int last_kept);
 
-  [[nodiscard]] bool found() const { return !files_.empty(); }
+  [[nodiscard]] bool empty() const { return files_.empty(); }
+  /// Whether there are iterations or responses among them. Shifts alone are what a crash has left, or a new
+  /// run in the folder of an earlier one.
+  [[nodiscard]] bool would_be_replaced() const { return !named_.empty(); }
   /// "ITER03.iter to ITER12.iter"
   [[nodiscard]] std::string text() const;
   /// Where they would move: the first of "earlier_1", "earlier_2", ... that is free.

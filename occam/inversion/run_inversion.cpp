@@ -11,7 +11,6 @@
 #include "occam/inversion/inversion_files.h"
 #include "occam/inversion/inversion_input.h"
 #include "occam/inversion/run_problem.h"
-#include "occam/results/model_response.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/input_file.h"
 #include "platform/files/safe_files.h"
@@ -57,19 +56,24 @@ class RunLog {
   std::string text_;
 };
 
-// The iteration before a start, as far as the decision to end goes by it.
-std::optional<inversion::Previous> previous_of(const fs::path& directory, int iteration) {
+// How many iterations in a row, up to the one that is gone on from, were hardly worth it: the decision to end
+// goes by them. Files before it that can't be read are no reason not to go on.
+int small_gains_before(const fs::path& directory, int iteration) {
   const auto files = iteration_files_of(directory);
-  const auto before = files.find(iteration - 1);
-  if (before == files.end()) {
-    return std::nullopt;
-  }
+  const auto level_of = [&](int number) {
+    const InversionStart state = read_start_file((directory / files.at(number)).string());
+    return inversion::Level{state.rms, state.roughness, state.target_reached};
+  };
+  int count = 0;
   try {
-    const InversionStart state = read_start_file((directory / before->second).string());
-    return inversion::Previous{state.rms, state.roughness, state.target_reached};
-  } catch (const std::exception&) {  // it is not what is inverted
-    return std::nullopt;
+    for (; files.contains(iteration) && files.contains(iteration - 1) &&
+           inversion::is_small_gain(level_of(iteration - 1), level_of(iteration));
+         --iteration) {
+      ++count;
+    }
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch)
   }
+  return count;
 }
 
 class RunningInversion {
@@ -163,7 +167,7 @@ StaticsFile RunningInversion::earlier_shifts() const {
 }
 
 RunRules RunningInversion::rules() const {
-  RunRules rules{options_.threads, options_.static_shift, limits_at(start_.debug_level)};
+  RunRules rules{options_.threads, options_.static_shift};
   if (!rules.static_shift && earlier_shifts_.constraint_error > 0.0) {
     rules.static_shift = earlier_shifts_.constraint_error;
   }
@@ -177,7 +181,7 @@ inversion::State RunningInversion::start_state() const {
   state.log10_multiplier = start_.log10_multiplier;
   state.roughness = start_.roughness;
   state.target_reached = start_.target_reached;
-  state.previous = is_iteration_ ? previous_of(directory_, start_.iteration) : std::nullopt;
+  state.small_gains = is_iteration_ ? small_gains_before(directory_, start_.iteration) : 0;
   return state;
 }
 
@@ -195,7 +199,7 @@ inversion::Settings RunningInversion::settings() const {
 
 // Only now that the start has a response: up to here the directory is as it was.
 void RunningInversion::begin() {
-  if (earlier_.found()) {
+  if (!earlier_.empty()) {
     report_.earlier_folder = earlier_.move_away().filename().string();
   }
   log_.emplace(directory_ / inversion_log_name);
@@ -247,10 +251,14 @@ void RunningInversion::put_into_place(const std::vector<safe_files::NewFile>& fi
   try {
     safe_files::write_together(files);
   } catch (const std::exception& failure) {
-    const int last = report_.steps.empty() ? -1 : report_.steps.back().iteration;
-    throw std::runtime_error(failure.what() + (last < 0 ? std::string()
-                                                        : "; iteration " + std::to_string(last) +
-                                                              " is in place, and it can be continued"));
+    std::string what = failure.what();
+    if (!report_.steps.empty()) {
+      what += "; iteration " + std::to_string(report_.steps.back().iteration) +
+              " is in place, and it can be continued";
+    } else if (!report_.earlier_folder.empty()) {
+      what += "; the earlier inversion is in " + report_.earlier_folder;
+    }
+    throw std::runtime_error(what);
   }
 }
 
@@ -296,7 +304,7 @@ inversion::Problem RunningInversion::counted_problem() {
 }
 
 InversionReport RunningInversion::run() {
-  if (earlier_.found() && !options_.may_move_earlier) {
+  if (earlier_.would_be_replaced() && !options_.may_move_earlier) {
     throw EarlierIterations("An earlier inversion has left " + earlier_.text() + " in " +
                             directory_.string() + ".");
   }

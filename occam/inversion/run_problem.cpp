@@ -119,7 +119,7 @@ inversion::Problem RunProblem::problem() const {
 
 inversion::Modelled RunProblem::modelled(std::span<const double> model,
                                          inversion::Derivatives derivatives) const {
-  const section::Section ground = response_section(model_, model.first(block_parameters_), rules_.limits);
+  const section::Section ground = response_section(model_, model.first(block_parameters_));
   const section::CheckedInput input = section::check_input(ground, data_.site_offsets, data_.frequencies);
   inversion::Modelled result;
   const std::size_t rows = data_.rows.size() + shifts_.data().size();

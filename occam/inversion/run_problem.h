@@ -22,7 +22,6 @@ struct RunRules {
   /// Decades: each site's resistivities of each mode get a static shift as an unknown, drawn to 0 by a datum
   /// with this error.
   std::optional<double> static_shift;
-  numerics::section::ResistivityLimits limits = numerics::section::ResistivityLimits::cut;
 };
 
 /// A run that is inverted. Parameters are the free blocks in their order and behind them the free static

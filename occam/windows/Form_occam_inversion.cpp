@@ -24,9 +24,9 @@
 #include "occam/windows/inversion_panel.h"
 #include "occam/windows/model_controls.h"
 #include "occam/windows/picture_model.h"
-#include "occam/windows/resolution_worker.h"
 #include "occam/windows/response_frame.h"
 #include "occam/windows/response_graph.h"
+#include "occam/windows/section_contents.h"
 #include "occam/windows/site_misfit_picture.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/vex_splitter.h"
@@ -64,7 +64,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
       site_misfits_(new SiteMisfitPicture),
       response_(new ResponseFrame(view_.response())),
       panel_(new InversionPanel(view_.results().folder, start_file_of(view_.results()))),
-      resolution_(new ResolutionWorker(view_.results().folder, this)),
+      contents_(new SectionContents(view_, *controls_, *panel_, this)),
       frames_(named(new QStackedWidget, "Frame_occam")),
       Label_title_(make_heading("Label_title")),
       Status_occam_(named(new QStatusBar, "Status_occam")),
@@ -75,8 +75,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
       resizer_(new VexControlResizer(this)),
       Timer_resizer_(named(new QTimer(this), "Timer_resizer")),
       Timer_reset_resizer_(named(new QTimer(this), "Timer_reset_resizer")),
-      Timer_refresh_(named(new QTimer(this), "Timer_refresh")),
-      Timer_resolution_(named(new QTimer(this), "Timer_resolution")) {
+      Timer_refresh_(named(new QTimer(this), "Timer_refresh")) {
   setObjectName("Form_occam_inversion");
   setWindowTitle("Occam2D Results: " + qt_text(view_.results().folder.filename().string()));
   lay_out();
@@ -136,19 +135,12 @@ void Form_occam_inversion::connect_controls() {
   connect(controls_, &ModelControls::iteration_chosen, this, &Form_occam_inversion::choose_iteration);
   connect(controls_, &ModelControls::look_changed, this, &Form_occam_inversion::display_current_iterate);
   connect(controls_, &ModelControls::quantity_changed, this, &Form_occam_inversion::redraw_section);
-  connect(resolution_, &ResolutionWorker::computed, this, [this] {
+  connect(contents_, &SectionContents::changed, this, [this] {
     redraw_section();
     close_if_wanted();
   });
-  connect(resolution_, &ResolutionWorker::stopped, this, [this] {
-    show_resolution_state();
-    close_if_wanted();
-  });
-  connect(resolution_, &ResolutionWorker::failed, this, [this](const QString& sentence) {
-    redraw_section();
-    user_interface().show_message(sentence.toStdString());
-    close_if_wanted();
-  });
+  connect(contents_, &SectionContents::state_changed, this,
+          [this] { Label_resolution_->setText(contents_->state_text()); });
   connect(controls_, &ModelControls::display_response, this, &Form_occam_inversion::swap_frames);
   connect(controls_, &ModelControls::write_grid, this, &Form_occam_inversion::write_grid);
   connect(controls_, &ModelControls::save_section_png, this, [this] { save_section("png"); });
@@ -189,10 +181,6 @@ void Form_occam_inversion::connect_timers() {
   for (VexSplitter* const splitter : {Splitter_iterate_, Splitter_model_, response_->splitter()}) {
     connect(splitter, &VexSplitter::split_moved, Timer_reset_resizer_, qOverload<>(&QTimer::start));
   }
-  constexpr int progress_milliseconds = 100;
-  Timer_resolution_->setSingleShot(true);
-  Timer_resolution_->setInterval(progress_milliseconds);
-  connect(Timer_resolution_, &QTimer::timeout, this, &Form_occam_inversion::show_resolution_state);
   Timer_refresh_->setSingleShot(true);  // started again when a look is over: it may show a message
   Timer_refresh_->setInterval(look_again_milliseconds);
   connect(Timer_refresh_, &QTimer::timeout, this, &Form_occam_inversion::look_for_iterations);
@@ -227,67 +215,9 @@ void Form_occam_inversion::show_convergence() {
 }
 
 void Form_occam_inversion::redraw_section() {
-  SectionPicture picture = make_section_picture(view_, section_look(), Picture_model_->picture_size());
+  SectionPicture picture = make_section_picture(view_, contents_->look(), Picture_model_->picture_size());
   controls_->show_model_range(picture);
   Picture_model_->show_picture(std::move(picture));
-}
-
-SectionLook Form_occam_inversion::section_look() {
-  SectionLook look = controls_->look();
-  if (controls_->fades() || controls_->shown() == ModelControls::Shown::standard_error) {
-    add_resolution(look);
-  } else {
-    resolution_->stop();
-  }
-  if (controls_->shown() == ModelControls::Shown::change) {
-    add_change(look);
-  }
-  show_resolution_state();
-  return look;
-}
-
-void Form_occam_inversion::add_resolution(SectionLook& look) {
-  const int iteration = view_.current_iteration();
-  if (!view_.results().has(iteration)) {
-    return;
-  }
-  const std::string& file = view_.results().iteration_file[static_cast<std::size_t>(iteration)];
-  const BlockResolution* const known = resolution_->find(file);
-  if (known == nullptr) {
-    if (!running() &&
-        !closing_) {  // the inversion has the cores; what it leaves is looked at when it has ended
-      resolution_->want(file);
-    }
-    return;
-  }
-  if (controls_->fades()) {
-    look.visibility = known->visibility;
-  }
-  if (controls_->shown() == ModelControls::Shown::standard_error) {
-    look.values = standard_error_values(known->standard_errors);
-  }
-}
-
-void Form_occam_inversion::add_change(SectionLook& look) {
-  if (view_.load_iteration() != 0) {
-    return;
-  }
-  const int base = controls_->base_iteration();
-  static_cast<void>(trap_errors("The change can't be shown: ", [&] {
-    look.values = change_values(view_.parameters(), view_.parameters_of(base), base);
-  }));
-}
-
-void Form_occam_inversion::show_resolution_state() {
-  const bool wanted = controls_->fades() || controls_->shown() == ModelControls::Shown::standard_error;
-  QString text;
-  if (resolution_->running()) {
-    text = QString("What the data see: %1 %").arg(static_cast<int>(100.0 * resolution_->share()));
-    Timer_resolution_->start();
-  } else if (wanted && running()) {
-    text = "What the data see comes when the inversion has ended";
-  }
-  Label_resolution_->setText(text);
 }
 
 void Form_occam_inversion::display_current_iterate() {
@@ -400,14 +330,17 @@ void Form_occam_inversion::end_inversion() {
 }
 
 void Form_occam_inversion::close_if_wanted() {
-  if (closing_ && !running() && !resolution_->running()) {
+  if (closing_ && !running() && !contents_->running()) {
     closing_ = false;
     QDialog::done(result());
   }
 }
 
 void Form_occam_inversion::show_inversion_state() {
-  Label_inversion_->setText(panel_->isVisible() ? QString() : panel_->state_text());
+  const QString text = panel_->isVisible() ? QString() : panel_->state_text();
+  // A long sentence would widen the window; half of it is for what the pointer reads.
+  Label_inversion_->setText(fontMetrics().elidedText(text, Qt::ElideRight, width() / 2));
+  Label_inversion_->setToolTip(plain_tool_tip(text));
 }
 
 void Form_occam_inversion::show_inversion() { controls_->show_page(panel_); }
@@ -417,7 +350,7 @@ bool Form_occam_inversion::running() const { return panel_->running(); }
 void Form_occam_inversion::stop_and_close() {
   closing_ = true;
   panel_->stop();
-  resolution_->stop();
+  contents_->finish();
   close_if_wanted();
 }
 
@@ -467,7 +400,7 @@ void Form_occam_inversion::save_section(const char* ending) {
   const std::string filter =
       ending == std::string("pdf") ? "PDF documents (*.pdf)|*.pdf" : "PNG pictures (*.png)|*.png";
   if (Module_util::select_output_file(path, "Save the section", filter) == 0 && !path.empty() &&
-      Module_occam::save_section(view_, section_look(), path, Picture_model_->size()) == 0) {
+      Module_occam::save_section(view_, contents_->look(), path, Picture_model_->size()) == 0) {
     user_interface().show_message("The section is written to " + path);
   }
 }

@@ -16,8 +16,8 @@ class QStackedWidget;
 class QStatusBar;
 class QTimer;
 class ResponseFrame;
-class ResolutionWorker;
 class ResponseGraph;
+class SectionContents;
 class SiteMisfitPicture;
 class VexSplitter;
 
@@ -59,11 +59,6 @@ class Form_occam_inversion : public QDialog {
   void connect_timers();
   void show_convergence();
   void redraw_section();
-  /// What the controls ask for, as far as it has been computed; the rest is begun.
-  Module_occam::SectionLook section_look();
-  void add_resolution(Module_occam::SectionLook& look);
-  void add_change(Module_occam::SectionLook& look);
-  void show_resolution_state();
   void choose_iteration(int iteration);
   void swap_frames();
   void look_for_iterations();
@@ -92,7 +87,7 @@ class Form_occam_inversion : public QDialog {
   SiteMisfitPicture* site_misfits_;
   ResponseFrame* response_;
   InversionPanel* panel_;
-  ResolutionWorker* resolution_;
+  SectionContents* contents_;
   QStackedWidget* frames_;
   QLabel* Label_title_;
   QStatusBar* Status_occam_;
@@ -104,6 +99,5 @@ class Form_occam_inversion : public QDialog {
   QTimer* Timer_resizer_;
   QTimer* Timer_reset_resizer_;
   QTimer* Timer_refresh_;
-  QTimer* Timer_resolution_;
   bool closing_ = false;  // once the work under way has ended
 };

@@ -106,7 +106,9 @@ TEST_F(Batch_inversion, Ctrl_C_stops_it_with_whole_iterations) {
   EXPECT_EQ(WEXITSTATUS(status), 1);
   const nlohmann::json course = json_of("c.json");
   EXPECT_EQ(course["status"], 1);
-  EXPECT_NE(file_contents(folder_.path("err")).find("topped"), std::string::npos);
+  const std::string errors = file_contents(folder_.path("err"));
+  EXPECT_TRUE(errors.ends_with("it can be continued.\n") || errors.ends_with("nothing was written.\n"))
+      << errors;
   EXPECT_FALSE(fs::exists(run_.path("inversion.lock")));
   for (const fs::directory_entry& entry : fs::directory_iterator(run_.folder())) {
     EXPECT_FALSE(entry.path().string().ends_with(".writing"));

@@ -65,6 +65,7 @@ TEST_F(StartFiles, What_is_written_is_read_by_both_readers) {
   state.model_file = "inmodel";
   state.data_file = "occamdat";
   state.iteration = 123;
+  state.target_rms = 0.00025;
   state.log10_multiplier = -0.123456789;
   state.roughness = 1234567.89;
   state.rms = 0.0123456789;
@@ -80,6 +81,7 @@ TEST_F(StartFiles, What_is_written_is_read_by_both_readers) {
   const std::string text = iteration_file_text(state);
   const InversionStart read_back = read(text);
   EXPECT_EQ(read_back.iteration, 123);
+  EXPECT_EQ(read_back.target_rms, 0.00025);
   EXPECT_NEAR(read_back.log10_multiplier, state.log10_multiplier, 1e-7);
   EXPECT_NEAR(read_back.roughness, state.roughness, 1.0);
   EXPECT_NEAR(read_back.rms, state.rms, 1e-8);

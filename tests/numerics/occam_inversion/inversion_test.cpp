@@ -270,6 +270,20 @@ TEST(Occam_inversion, Shortens_no_step_where_none_may_be_cut) {
   }
 }
 
+TEST(Occam_inversion, Finds_back_from_a_multiplier_far_off) {
+  Bells bells;
+  bells.bend = 0.05;
+  const Problem problem = bells.problem(hill(), 0.1);
+  for (const double far_off : {-40.0, 40.0}) {
+    State start = half_space();
+    start.iteration = 1;
+    start.log10_multiplier = far_off;
+    const Outcome outcome = invert_with(problem, {}, start).outcome;
+    EXPECT_TRUE(outcome.last.state.target_reached) << far_off;
+    EXPECT_LT(std::abs(outcome.last.state.log10_multiplier), 10.0) << far_off;
+  }
+}
+
 TEST(Occam_inversion, Limits_and_steps_of_resistivities_leave_static_shifts_alone) {
   std::vector<double> model{0.2, 4.17, 5.0, -0.123};
   ModelRules{{{0.5, 4.3}}, 0.1, 3}.apply(model);

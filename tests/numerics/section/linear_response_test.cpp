@@ -48,7 +48,8 @@ struct Linear {
   std::vector<std::vector<Complex>> changes;
 };
 
-Linear linear_response(const Section& section, const Parameters& parameters, std::size_t threads = 1) {
+Linear linear_response(const Section& section, const CheckedInput& input, const Parameters& parameters,
+                       std::size_t threads) {
   std::vector<ModeRequest> requests;
   for (std::size_t f = 0; f < frequencies.size(); ++f) {
     requests.push_back({Mode::te, f, {0, 1, 2, 3}, true});
@@ -68,10 +69,13 @@ Linear linear_response(const Section& section, const Parameters& parameters, std
       put(2, response.tipper, response.tipper_change);
     }
   };
-  const CheckedInput input = check_input(section, sites, frequencies);
   EXPECT_TRUE(compute_linear_response(section, input, frequencies, requests, parameters, take,
                                       {.threads = threads, .progress = {}}));
   return linear;
+}
+
+Linear linear_response(const Section& section, const Parameters& parameters, std::size_t threads = 1) {
+  return linear_response(section, check_input(section, sites, frequencies), parameters, threads);
 }
 
 void expect_central_differences(const Section& section) {
@@ -136,6 +140,62 @@ TEST(Linear_response, Derivatives_are_those_of_the_response) {
   expect_central_differences(section_of_triangles(node_y, node_z, [&](double y, double z) {
     return y < 300.0 && z < 100.0 ? sea_resistivity : sloping(-0.5, sea_resistivity)(y, z);
   }));
+}
+
+// Between two trials of an inversion the other end of the mesh may become the more resistive one, and with it
+// the host: each response belongs to the host of its own model.
+TEST(Linear_response, Goes_by_the_end_that_is_more_resistive_now) {
+  const std::vector<double> node_y =
+      both_sides(joined(even_nodes(0, 100, 700), growing_nodes(700, 150, 1.7, 4e4)));
+  const std::vector<double> node_z = growing_nodes(0, 20, 1.35, 2e4);
+  constexpr double end = 900.0;  // m, where the blocks of the ends begin
+  const auto section_with = [&](double log10_left, double log10_right) {
+    return section_of_cells(node_y, node_z, [&](double y, double z) {
+      return std::abs(y) < end ? ground(y, z) : std::pow(10.0, y < 0.0 ? log10_left : log10_right);
+    });
+  };
+  constexpr double apart = 1e-3;  // decades between the ends
+  constexpr double step = 1e-4;
+  for (const End host : {End::left, End::right}) {
+    const double left = host == End::left ? 2.3 + apart : 2.3;
+    const double right = host == End::right ? 2.3 + apart : 2.3;
+    const Section section = section_with(left, right);
+    std::vector<std::size_t> of_triangle;  // 0 the left end, 1 the right one
+    for (std::size_t cell = 0; cell < section.rows() * section.columns(); ++cell) {
+      const std::size_t column = cell % section.columns();
+      const double y = 0.5 * (node_y[column] + node_y[column + 1]);
+      of_triangle.insert(of_triangle.end(), 4, std::abs(y) < end ? no_parameter : y < 0.0 ? 0 : 1);
+    }
+    const Linear found = linear_response(section, {of_triangle, 2});
+    CheckedInput with_end = check_input(section, sites, frequencies);
+    with_end.host = end_column(section, host);
+    EXPECT_EQ(linear_response(section, with_end, {}, 1).values, found.values);
+    with_end.host = end_column(section, host == End::left ? End::right : End::left);
+    EXPECT_NE(linear_response(section, with_end, {}, 1).values, found.values);
+
+    const std::size_t other = host == End::left ? 1 : 0;
+    for (const std::size_t parameter : {std::size_t{0}, std::size_t{1}}) {
+      const auto values_with = [&](double decades) {
+        return linear_response(section_with(left + (parameter == 0 ? decades : 0.0),
+                                            right + (parameter == 1 ? decades : 0.0)),
+                               {})
+            .values;
+      };
+      const std::vector<Complex> more = values_with(step);
+      const std::vector<Complex> less = values_with(-step);
+      double largest = 0.0;
+      double worst = 0.0;
+      for (std::size_t i = 0; i < more.size(); ++i) {
+        if (!found.changes[i].empty()) {
+          const Complex difference = (more[i] - less[i]) / (2.0 * step);
+          largest = std::max(largest, std::abs(difference));
+          worst = std::max(worst, std::abs(found.changes[i][parameter] - difference));
+        }
+      }
+      // The host itself is held fixed.
+      EXPECT_LT(worst, (parameter == other ? 1e-5 : 0.1) * largest) << parameter;
+    }
+  }
 }
 
 }  // namespace

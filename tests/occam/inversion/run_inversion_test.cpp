@@ -68,14 +68,10 @@ TEST_F(RunInversion, Comes_to_the_target_and_leaves_whole_files_of_each_iteratio
     const OccamResponse response = read_response_file(folder.path(response_name_of(step.iteration)), header);
     double sum = 0.0;
     std::size_t rows = 0;
-    for (const int type : {1, 2, 5, 6}) {
-      for (const auto& row : response.rows) {
-        if (row.data_type == type) {
-          EXPECT_NEAR(row.values[0] - row.values[2], row.values[1], 1e-3);
-          sum += row.values[3] * row.values[3];
-          ++rows;
-        }
-      }
+    for (const auto& row : response.rows()) {
+      EXPECT_NEAR(row.values[0] - row.values[2], row.values[1], 1e-3);
+      sum += row.values[3] * row.values[3];
+      ++rows;
     }
     EXPECT_EQ(rows, 36U);
     EXPECT_NEAR(std::sqrt(sum / 36.0), step.rms, 1e-3 * step.rms);
@@ -271,6 +267,37 @@ TEST_F(RunInversion, Threads_don_t_change_a_digit) {
   for (const char* name : {"ITER02.iter", "RESP02.resp"}) {
     EXPECT_EQ(file_contents(folder.path(name)), one.at(name));
   }
+}
+
+// A run of the public program: its last iteration has the misfit and the roughness that it says it has.
+TEST_F(RunInversion, Begins_at_an_iteration_of_the_public_program) {
+  const fs::path finished = fs::path(BRENLOX_FIELD_DATA) / "occam2d";
+  if (!fs::exists(finished)) {
+    GTEST_SKIP() << "no field data";
+  }
+  const TemporaryFolder copy;
+  fs::copy(finished, copy.folder(), fs::copy_options::recursive);
+  const std::string response = file_contents(copy.path("RESP12.resp"));
+  const std::string log = file_contents(copy.path(inversion_log));
+  InversionOptions options = go_on();
+  options.iterations = 0;
+  const InversionReport report = run_inversion(copy.folder(), options, {});
+  EXPECT_EQ(report.steps.front().iteration, 12);
+  EXPECT_NEAR(report.steps.front().rms, 0.9999997, 0.002);  // its arithmetic is in single precision
+  EXPECT_NEAR(report.steps.front().roughness, 16.63050, 1e-4);
+  EXPECT_EQ(file_contents(copy.path("RESP12.resp")), response);
+  EXPECT_TRUE(file_contents(copy.path(inversion_log)).starts_with(log));
+}
+
+TEST_F(RunInversion, Shifts_of_another_run_are_not_taken_for_its_own) {
+  static_cast<void>(
+      folder.write("SHIFT01.shift", shift_file_text({ShiftConstraint::none, 0.1, {{2, 1, 0.5, false}}})));
+  InversionOptions options;
+  options.iterations = 1;
+  EXPECT_EQ(invert(options).earlier_folder, "earlier_1");
+  EXPECT_TRUE(has("earlier_1/SHIFT01.shift"));
+  options.go_on = true;
+  EXPECT_TRUE(invert(options).static_shift_file.empty());
 }
 
 TEST_F(RunInversion, Numbers_beyond_99_are_written_in_full) {

@@ -107,6 +107,27 @@ class GraphControlTest : public QObject {
     QCOMPARE(selected.first(), (QList<QVariant>{0, 3}));  // the wide series now lies on top
   }
 
+  void markers_tell_curves_apart() {
+    const auto red_pixels = [this](graph::Marker marker) {
+      control_->set_series_style(0, {graph::Colour{255, 0, 0}, 4.0, false, marker});
+      control_->draw_graph();
+      const QImage image = control_->grab(QRect(place(0, 1) - QPoint(8, 8), QSize(17, 17))).toImage();
+      int count = 0;
+      for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+          count += image.pixelColor(x, y) == QColor(255, 0, 0) ? 1 : 0;
+        }
+      }
+      return std::pair(count, image);
+    };
+    const auto [disc, disc_image] = red_pixels(graph::Marker::disc);
+    const auto [square, square_image] = red_pixels(graph::Marker::square);
+    const auto [dot, dot_image] = red_pixels(graph::Marker::dot);
+    QVERIFY(disc > 20 && square > 20);
+    QVERIFY(disc_image != square_image);
+    QVERIFY2(dot > 0 && 2 * dot < disc, qPrintable(QString("%1 of %2").arg(dot).arg(disc)));
+  }
+
   void other_buttons_and_points_out_of_view_are_never_selected() {
     QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
     QTest::mouseClick(control_.get(), Qt::MiddleButton, {}, place(0, 1));
