@@ -13,6 +13,7 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <vector>
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
@@ -261,7 +262,21 @@ SectionLook ModelControls::look() const {
           .draw_mesh = Check_draw_mesh_->isChecked()};
 }
 
-void ModelControls::add_page(QWidget* page, const QString& title) { Tab_controls_->addTab(page, title); }
+void ModelControls::add_page(QWidget* page, const QString& title) {
+  Tab_controls_->addTab(page, title);
+  // The key Tab goes through the pages before it comes to the buttons below them.
+  std::vector<QWidget*> parts;
+  for (QWidget* part = page->nextInFocusChain(); part != page; part = part->nextInFocusChain()) {
+    if (page->isAncestorOf(part) && part->focusPolicy() != Qt::NoFocus) {
+      parts.push_back(part);
+    }
+  }
+  QWidget* before = Check_draw_mesh_;
+  for (QWidget* const part : parts) {
+    setTabOrder(before, part);
+    before = part;
+  }
+}
 
 void ModelControls::show_page(QWidget* page) { Tab_controls_->setCurrentWidget(page); }
 
