@@ -56,7 +56,7 @@ void refuse_report(const InversionCommand& command) {
 
 void print_step(const InversionStep& step) {
   const auto column = [](const std::string& text, std::size_t width) {
-    std::cout << pad_field(text, std::max(width, text.size()));
+    std::cout << pad_field(text, std::max(width, text.size() + 1));
   };
   column(std::to_string(step.iteration), 9);
   column(format_number(step.rms, "0.0000"), 10);

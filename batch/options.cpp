@@ -1,9 +1,11 @@
 #include "batch/options.h"
 
-#include <limits>
+#include <cmath>
 #include <optional>
 
 #include <CLI/CLI.hpp>
+
+#include "core/number_text.h"
 
 namespace Batch {
 
@@ -33,7 +35,10 @@ Option Option::in_range(int lowest, int highest) {
 }
 
 Option Option::above_zero() {
-  option_->check(CLI::Range(std::numeric_limits<float>::min(), std::numeric_limits<float>::max()));
+  option_->check([](const std::string& text) {
+    const bool above = is_numeric(text) && numeric_value(text) > 0.0 && std::isfinite(numeric_value(text));
+    return above ? std::string() : text + " is no number above 0";
+  });
   return *this;
 }
 

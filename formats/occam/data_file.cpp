@@ -1,5 +1,7 @@
 #include "formats/occam/data_file.h"
 
+#include <cmath>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -66,6 +68,13 @@ DataRow read_data_row(TextInput& input, const ObservedData& data, int count) {
   Row<5> items{};
   if (!read_row(input, items, read_number_list)) {
     throw std::runtime_error("the file ends behind " + std::to_string(count) + " of its rows");
+  }
+  constexpr std::size_t numbers = 3;  // site, frequency, type
+  for (const double item : std::span(items).first(numbers)) {
+    if (item != std::trunc(item)) {
+      throw std::runtime_error("row " + std::to_string(count + 1) + " has " + plain_text(item) +
+                               " where a whole number is expected");
+    }
   }
   const DataRow row{integer_of(items[0]), integer_of(items[1]), static_cast<DataType>(integer_of(items[2])),
                     items[3], items[4]};

@@ -15,7 +15,8 @@ constexpr double near_target = 1.01;
 // A roughness, or a misfit above the target, that falls by less twice in a row falls no more.
 constexpr double hardly_smoother = 1e-3;
 constexpr double hardly_nearer = 1e-4;
-constexpr double no_step = 1e-3;  // decades
+constexpr double no_step = 1e-3;        // decades
+constexpr double most_decades = 100.0;  // beyond, squares of differences lose all meaning
 
 double residual(const Problem& problem, std::span<const double> modelled, std::size_t row) {
   return (problem.data[row] - modelled[row]) / std::abs(problem.errors[row]);
@@ -176,6 +177,10 @@ void require_soluble(const Problem& problem, const Roughness& roughness, std::sp
   for (std::size_t p = 0; p < model.size(); ++p) {
     if (!std::isfinite(model[p])) {
       throw std::invalid_argument("parameter " + std::to_string(p + 1) + " of the start is not a number");
+    }
+    if (std::abs(model[p]) > most_decades) {
+      throw std::invalid_argument("parameter " + std::to_string(p + 1) +
+                                  " of the start is no logarithm of a resistivity");
     }
   }
 }

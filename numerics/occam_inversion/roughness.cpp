@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 #include <numeric>
 #include <set>
 #include <stdexcept>
@@ -119,6 +120,10 @@ std::vector<Link> links_of(std::span<const Block> blocks, const RoughnessRules& 
 }
 
 void weigh_by_hand(const std::vector<LinkWeight>& by_hand, std::size_t parameters, std::vector<Link>& links) {
+  std::multimap<Pair, std::size_t> places;
+  for (std::size_t place = 0; place < links.size(); ++place) {
+    places.emplace(ordered(links[place].first, links[place].second), place);
+  }
   std::set<Pair> named;
   for (const LinkWeight& entry : by_hand) {
     if (entry.first >= parameters || entry.second >= parameters) {
@@ -130,14 +135,11 @@ void weigh_by_hand(const std::vector<LinkWeight>& by_hand, std::size_t parameter
     if (!named.insert(pair).second || pair.first == pair.second) {
       continue;
     }
-    bool is_linked = false;
-    for (Link& link : links) {
-      if (ordered(link.first, link.second) == pair) {
-        link.weight *= std::abs(entry.weight);
-        is_linked = true;
-      }
+    const auto [first, last] = places.equal_range(pair);
+    for (auto place = first; place != last; ++place) {
+      links[place->second].weight *= std::abs(entry.weight);
     }
-    if (!is_linked) {
+    if (first == last) {
       links.push_back({entry.first, entry.second, std::abs(entry.weight)});
     }
   }

@@ -14,7 +14,6 @@ namespace Module_occam {
 /// whatever number of rows it has.
 class RowRequests {
  public:
-  RowRequests() = default;  // of no rows
   /// @param rows  of types that have a meaning
   /// @param site_offsets  of the sites that the rows number from 1
   RowRequests(std::span<const DataRow> rows, std::span<const double> site_offsets);
