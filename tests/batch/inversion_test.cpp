@@ -95,10 +95,20 @@ TEST_F(Batch_inversion, Tells_both_inversions_apart) {
 }
 
 TEST_F(Batch_inversion, Ctrl_C_stops_it_with_whole_iterations) {
-  // A target that is never reached, with so many iterations that the signal comes before their end.
-  static_cast<void>(run_.write("startup", made::inverted_start("9999", "0.000001")));
+  // So many frequencies that the signal comes in the midst of a search.
+  Module_occam::DataFile data;
+  data.positions = {200.0F, 600.0F, 1400.0F};
+  data.site_names = {"a", "b", "c"};
+  constexpr int frequencies = 1000;
+  for (int frequency = 1; frequency <= frequencies; ++frequency) {
+    data.frequencies.push_back(static_cast<float>(frequencies + 1 - frequency));
+    for (int site = 1; site <= 3; ++site) {
+      data.rows.push_back({site, frequency, Module_occam::DataType::tm_resistivity, 1.0 + site % 2, 0.02});
+    }
+  }
+  static_cast<void>(run_.write("occamdat", data_file_text(data)));
   const std::string command = "cd '" + folder_.folder().string() +
-                              "' && timeout --preserve-status -s INT 0.5 '" +
+                              "' && timeout --foreground --preserve-status -s INT 0.5 '" +
                               std::string(BRENLOX_BATCH_PROGRAM) + "' inversion '" + run_.folder().string() +
                               "' --huber --json c.json >out 2>err";
   const int status = std::system(command.c_str());

@@ -99,9 +99,9 @@ TEST_F(Block_resolution, Says_which_file_is_wrong) {
     }
     return "";
   };
-  EXPECT_NE(failure("iter_4").find("iter_4: "), std::string::npos) << failure("iter_4");
+  EXPECT_NE(failure("iter_4").find("iter_4"), std::string::npos) << failure("iter_4");
   static_cast<void>(folder.write("occamdat", made::replaced(made::data, "0.1000\n", "0.0000\n")));
-  EXPECT_EQ(failure("iter_3"), "row 1 of the data has an error of 0");
+  EXPECT_TRUE(failure("iter_3").starts_with("row 1 of the data has an error of 0")) << failure("iter_3");
   static_cast<void>(folder.write("inmodel", "FORMAT:           nothing\n"));
   EXPECT_NE(failure("iter_3").find("inmodel: "), std::string::npos) << failure("iter_3");
 }
