@@ -38,6 +38,8 @@ void SiteMisfitPicture::show_misfits(const MisfitTable& misfits, const std::vect
     bars_.push_back({site_names[site], misfits.of_site(static_cast<int>(site) + 1)});
     highest_ = std::max(highest_, bars_.back().misfit.rms());
   }
+  constexpr double room = 1.08;  // above the highest bar
+  highest_ *= room;
   note_.clear();
   update();
 }
