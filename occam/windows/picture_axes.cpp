@@ -44,6 +44,14 @@ std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, 
   return result;
 }
 
+void use_picture_style(QPainter& painter) {
+  constexpr int font_pixels = 11;
+  QFont font = painter.font();
+  font.setPixelSize(font_pixels);
+  painter.setFont(font);
+  painter.setPen(Qt::black);
+}
+
 void draw_bottom_axis(QPainter& painter, const QRectF& plot, const std::vector<PictureTick>& ticks,
                       const QString& title) {
   constexpr double half_label = 60.0;

@@ -11,12 +11,13 @@
 
 namespace Module_occam {
 
-inline constexpr int picture_font_pixels = 11;
-
 struct PictureTick {
   double at = 0.0;  // pixels along the axis
   QString label;
 };
+
+/// Pen and letters of all pictures, whatever the desktop has.
+void use_picture_style(QPainter& painter);
 
 /// Even ticks whose labels don't run into each other.
 /// @param to_pixel  from a value to a place; the axis covers [lower, upper]

@@ -61,10 +61,7 @@ QRectF PictureError::plot() const {
 void PictureError::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  painter.setPen(Qt::black);  // whatever the desktop's own colours
-  QFont font = painter.font();
-  font.setPixelSize(picture_font_pixels);
-  painter.setFont(font);
+  use_picture_style(painter);
   const QRectF area = plot();
   painter.drawText(QRectF(area.left(), 0.0, area.width(), area.top()), Qt::AlignCenter, title_);
   if (shown_ && response_.resp_sites() > 0) {

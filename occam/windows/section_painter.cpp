@@ -192,10 +192,7 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
                    const SectionZoom& zoom) {
   const SectionGeometry& geometry = picture.geometry;
   const ZoomedPlot plot(geometry, zoom);
-  QFont font = painter.font();
-  font.setPixelSize(picture_font_pixels);
-  painter.setFont(font);
-  painter.setPen(Qt::black);
+  use_picture_style(painter);
   if (geometry.rectangles.empty()) {
     painter.drawText(plot.plot(), Qt::AlignCenter | Qt::TextWordWrap, picture.note);
     return;

@@ -55,10 +55,7 @@ QRectF SiteMisfitPicture::plot() const {
 void SiteMisfitPicture::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  painter.setPen(Qt::black);  // whatever the desktop's own colours
-  QFont font = painter.font();
-  font.setPixelSize(picture_font_pixels);
-  painter.setFont(font);
+  use_picture_style(painter);
   const QRectF area = plot();
   painter.drawText(QRectF(0.0, 0.0, width(), area.top()), Qt::AlignCenter, "Misfit by site (RMS)");
   if (bars_.empty() || !(highest_ > 0.0)) {
