@@ -15,11 +15,11 @@ constexpr double sensitivities_over_response = 2.5;
 }  // namespace
 
 void IterationEstimate::begin_iteration(const InversionProgress& progress, double now) {
-  if (begun_ && progress_.iteration + 1 == progress.iteration && progress_.trial > 0) {
-    if (sensitivities_ == 0.0) {  // that was the response of the start
+  if (begun_ && progress_.iteration + 1 == progress.iteration) {
+    if (progress_.of_start) {
       trial_ = now - began_;
       sensitivities_ = sensitivities_over_response * trial_;
-    } else {
+    } else if (progress_.trial > 0) {
       trials_ = (trials_ + progress_.trial) / 2.0;
     }
   }
@@ -29,48 +29,52 @@ void IterationEstimate::begin_iteration(const InversionProgress& progress, doubl
 }
 
 void IterationEstimate::measure(const InversionProgress& progress, double now) {
-  if (progress.trial == 0 || sensitivities_ == 0.0) {
+  if (progress.of_start || progress.trial == 0) {
     return;
   }
+  const double done = progress.trial - 1 + progress.share;
   if (progress_.trial == 0) {
     trials_began_ = now;
-    sensitivities_ = now - began_;
-  } else if (const double done = progress.trial - 1 + progress.share; done > 0.5) {
-    trial_ = (now - trials_began_) / done;
+    trials_before_ = done;
+    if (now > began_) {  // else nobody looked while the sensitivities were computed
+      sensitivities_ = now - began_;
+    }
+  } else if (done - trials_before_ > 0.5) {
+    trial_ = (now - trials_began_) / (done - trials_before_);
   }
 }
 
 void IterationEstimate::take(const InversionProgress& progress, double now) {
   if (!begun_ || progress.iteration != progress_.iteration) {
     begin_iteration(progress, now);
-    progress_ = {progress.iteration, 0, 0.0};
+    progress_ = {progress.iteration, 0, 0.0, progress.of_start};
   }
   measure(progress, now);
   progress_ = progress;
-  if (sensitivities_ == 0.0) {  // the response of the start is all that there is
+  const double done = now - began_;
+  if (progress.of_start) {
     share_ = std::max(share_, std::min(progress.share, 0.99));
-    seconds_left_ = progress.share > 0.2
-                        ? std::optional((now - began_) * (1.0 - progress.share) / progress.share)
-                        : std::nullopt;
+    seconds_left_ =
+        progress.share > 0.2 ? std::optional(done * (1.0 - progress.share) / progress.share) : std::nullopt;
     return;
   }
   // What lies ahead: once more trials than expected were made, about one more, always.
-  double left = 0.0;
-  double done = now - began_;
-  if (progress.trial == 0) {
-    constexpr double at_least = 0.05;  // of the sensitivities: linear algebra follows them
-    left = std::max(sensitivities_ - done, at_least * sensitivities_) + trials_ * trial_;
-  } else {
-    left = std::max(trials_ - (progress.trial - 1 + progress.share), 1.0) * trial_;
+  const double of_trials = std::max(trials_ - (progress.trial - 1 + progress.share), 1.0) * trial_;
+  constexpr double at_least = 0.05;  // of the sensitivities: linear algebra follows them
+  const double left = progress.trial > 0
+                          ? of_trials
+                          : std::max(sensitivities_ - done, at_least * sensitivities_) + trials_ * trial_;
+  const bool measured = trial_ > 0.0;
+  seconds_left_ = measured ? std::optional(left) : std::nullopt;
+  if (measured) {
+    share_ = std::max(share_, done / (done + left));
   }
-  seconds_left_ = left;
-  share_ = std::max(share_, done / std::max(done + left, 1e-9));
 }
 
 std::string IterationEstimate::text() const {
-  const bool start = sensitivities_ == 0.0;
-  std::string text = start ? "Response of the start" : "Iteration " + std::to_string(progress_.iteration);
-  if (progress_.trial > 0 && !start) {
+  std::string text =
+      progress_.of_start ? "Response of the start" : "Iteration " + std::to_string(progress_.iteration);
+  if (progress_.trial > 0) {
     text += ", trial " + std::to_string(progress_.trial);
   }
   return seconds_left_ ? text + ", " + time_left_text(*seconds_left_) : text;

@@ -27,7 +27,8 @@ class IterationEstimate {
   InversionProgress progress_;
   bool begun_ = false;
   double began_ = 0.0;          // the iteration under way
-  double trials_began_ = 0.0;   // its first trial
+  double trials_began_ = 0.0;   // the first look at its trials
+  double trials_before_ = 0.0;  // that were done then
   double sensitivities_ = 0.0;  // seconds, of the last iteration that has them, linear algebra with them
   double trial_ = 0.0;          // seconds of one, on the average of the iteration
   double trials_ = 8.0;         // expected

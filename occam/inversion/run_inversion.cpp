@@ -293,11 +293,15 @@ bool RunningInversion::tell_progress(double share) {
 // Each response is a trial, but for the one with the sensitivities, which begins an iteration.
 inversion::Problem RunningInversion::counted_problem() {
   inversion::Problem problem = run_.problem();
-  under_way_ = {start_.iteration, 0, 0.0};
+  under_way_ = {start_.iteration, 0, 0.0, true};
   problem.respond = [this, respond = std::move(problem.respond)](std::span<const double> model,
                                                                  inversion::Derivatives derivatives) {
     const bool begins = derivatives == inversion::Derivatives::yes;
-    under_way_ = {under_way_.iteration + (begins ? 1 : 0), begins ? 0 : under_way_.trial + 1, 0.0};
+    if (begins) {
+      under_way_ = {under_way_.iteration + 1, 0, 0.0};
+    } else if (!under_way_.of_start) {
+      under_way_ = {under_way_.iteration, under_way_.trial + 1, 0.0};
+    }
     return respond(model, derivatives);
   };
   return problem;

@@ -59,9 +59,10 @@ struct InversionReport {
 /// How far the iteration under way is. An iteration takes the sensitivities of the last model, then trials,
 /// each with the response of a model.
 struct InversionProgress {
-  int iteration = 0;   // under way; that of the start while its response is computed
-  int trial = 0;       // under way, from 1; 0: the sensitivities
-  double share = 0.0;  // of that trial's response, or of the sensitivities, that is done: 0 to 1
+  int iteration = 0;      // under way; that of the start while its response is computed
+  int trial = 0;          // under way, from 1; 0: the sensitivities, or the response of the start
+  double share = 0.0;     // of that trial's response, or of the sensitivities, that is done: 0 to 1
+  bool of_start = false;  // the response of the start, before the first iteration
 };
 
 /// What is told while the inversion works, from the calling thread; either may be empty.

@@ -294,9 +294,14 @@ MisfitTable misfit_table(const OccamResponse& response) {
 ResponsePlot convergence_plot(const RunResults& results) {
   ResponsePlot plot;
   add_convergence(plot, results, results.iteration_misfit, "RMS error", {200, 30, 30});
-  add_convergence(plot, results, results.iteration_roughness, "Roughness", {30, 90, 200});
+  // A half space, with which most inversions begin, is not rough at all: no place on a logarithmic scale.
+  RunResults::ByIteration<float> roughness = results.iteration_roughness;
+  std::ranges::replace(roughness, 0.0F, no_data);
+  add_convergence(plot, results, roughness, "Roughness", {30, 90, 200});
   add_convergence(plot, results, results.iteration_multiplier, "Lagrange Multiplier", {20, 140, 40});
   set_limits(plot, graph::AxisType::linear);
+  constexpr double fewest = 5.0;  // iterations on the axis, so that its marks are whole numbers
+  plot.x.maximum = std::max(plot.x.maximum, fewest);
   bool positive = !plot.table.series.empty();
   for (const graph::PlotSeries& series : plot.table.series) {
     positive = positive &&

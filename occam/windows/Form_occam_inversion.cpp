@@ -238,7 +238,8 @@ void Form_occam_inversion::show_site_misfits() {
   if (has_response && (view_.response_ready() || view_.load_response() == 0)) {
     site_misfits_->show_misfits(misfit_table(view_.response()), view_.response().resp_site_names);
   } else {
-    site_misfits_->show_note("No response of this iteration yet");
+    site_misfits_->show_note(has_response ? "The response of this iteration can't be read"
+                                          : "No response of this iteration yet");
   }
 }
 
@@ -330,10 +331,16 @@ void Form_occam_inversion::end_inversion() {
 }
 
 void Form_occam_inversion::close_if_wanted() {
-  if (closing_ && !running() && !contents_->running()) {
-    closing_ = false;
-    QDialog::done(result());
+  if (!closing_ || running() || contents_->running()) {
+    return;
   }
+  if (is_busy_elsewhere(this)) {  // what asks in front of this window mustn't lose it
+    constexpr int look_again = 100;
+    QTimer::singleShot(look_again, this, &Form_occam_inversion::close_if_wanted);
+    return;
+  }
+  closing_ = false;
+  QDialog::done(result());
 }
 
 void Form_occam_inversion::show_inversion_state() {
@@ -352,6 +359,7 @@ void Form_occam_inversion::stop_and_close() {
   panel_->stop();
   contents_->finish();
   close_if_wanted();
+  setEnabled(!closing_);  // nothing is begun in a window that is about to close
 }
 
 void Form_occam_inversion::done(int result) {

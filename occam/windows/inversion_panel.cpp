@@ -66,7 +66,8 @@ InversionPanel::InversionPanel(std::filesystem::path directory, std::string star
       Text_run_roughness_(make_text("Text_run_roughness", entry_width)),
       Combo_run_search_(make_list("Combo_run_search")),
       Check_run_huber_(named(new QCheckBox("Hu&ber weights"), "Check_run_huber")),
-      Check_run_static_shift_(named(new QCheckBox("St&atic shifts, error"), "Check_run_static_shift")),
+      Check_run_static_shift_(
+          named(new QCheckBox("Static shifts, error (decades)"), "Check_run_static_shift")),
       Text_run_static_shift_(make_text("Text_run_static_shift", entry_width)),
       Spin_run_threads_(named(new QSpinBox, "Spin_run_threads")),
       Command_run_(make_button("R&un", "Command_run", "Inverts from the start file on")),
@@ -119,7 +120,7 @@ QWidget* InversionPanel::make_entries() {
       "better: fewer trials, and never above the target once it is reached; classic: as the public program");
   Check_run_huber_->setToolTip("Residuals beyond 1.5 errors count linearly, so that outliers draw less");
   Spin_run_threads_->setToolTip("Threads that compute; all: as many as the machine has cores");
-  rows->addRow("Iteratio&ns", Text_run_iterations_);
+  rows->addRow("Iter&ations", Text_run_iterations_);
   rows->addRow("Target R&MS", Text_run_target_);
   rows->addRow("Roughness t&ype", Text_run_roughness_);
   rows->addRow("Sear&ch", Combo_run_search_);
@@ -167,11 +168,13 @@ void InversionPanel::connect_controls() {
   connect(worker_, &InversionWorker::iteration_ended, this, &InversionPanel::iteration_ended);
   connect(worker_, &InversionWorker::earlier_found, this, &InversionPanel::ask_about_earlier);
   connect(worker_, &InversionWorker::ended, this, [this](const InversionReport& report) {
-    show_state(qt_text(ending_text(report)));
+    last_ending_ = qt_text(ending_text(report));
+    show_state(last_ending_);
     Q_EMIT ended();
   });
   connect(worker_, &InversionWorker::failed, this, [this](const QString& sentence) {
-    show_state(sentence);
+    last_ending_ = sentence;
+    show_state(last_ending_);
     user_interface().show_message(sentence.toStdString());
     Q_EMIT ended();
   });
@@ -220,6 +223,7 @@ void InversionPanel::begin(bool go_on) {
 }
 
 void InversionPanel::start(const InversionOptions& options) {
+  const bool has_focus = isAncestorOf(window()->focusWidget());
   options_ = options;
   estimate_.emplace();
   clock_.start();
@@ -229,6 +233,9 @@ void InversionPanel::start(const InversionOptions& options) {
   Label_run_ending_->clear();
   show_progress();
   enable_controls();
+  if (has_focus) {  // what had it is switched off while the inversion runs
+    Command_stop_run_->setFocus();
+  }
 }
 
 void InversionPanel::stop() {
@@ -241,7 +248,7 @@ void InversionPanel::stop() {
 
 void InversionPanel::ask_about_earlier(const QString& sentence) {
   const bool stopped = worker_->stopping();
-  show_state({});
+  show_state(last_ending_);
   if (stopped) {
     Q_EMIT ended();
     return;

@@ -75,6 +75,7 @@ class InversionPanel : public QWidget {
   QTimer* Timer_progress_;
   QWidget* entries_box_ = nullptr;
   bool has_iterations_ = false;
+  QString last_ending_;
   Module_occam::InversionOptions options_;  // of the inversion that was begun last
   QElapsedTimer clock_;
   std::optional<Module_occam::IterationEstimate> estimate_;

@@ -45,7 +45,7 @@ ModelControls::ModelControls(QWidget* parent)
       Text_roughness_(make_number("Text_roughness", true)),
       Text_RMS_(make_number("Text_RMS", true)),
       Combo_colour_table_(make_list("Combo_colour_table")),
-      Check_invert_colour_(named(new QCheckBox("&Invert colours"), "Check_invert_colour")),
+      Check_invert_colour_(named(new QCheckBox("In&vert colours"), "Check_invert_colour")),
       Text_min_res_(make_number("Text_min_res", false)),
       Text_max_res_(make_number("Text_max_res", false)),
       Text_max_depth_(make_number("Text_max_depth", false)),
@@ -54,6 +54,7 @@ ModelControls::ModelControls(QWidget* parent)
       Check_fade_(named(new QCheckBox("&Fade what the data\ndon't constrain"), "Check_fade")),
       Check_draw_mesh_(named(new QCheckBox("Draw &mesh"), "Check_draw_mesh")),
       Check_log_vertical_(named(new QCheckBox("&Log depth scale"), "Check_log_vertical")),
+      Group_model_(new QGroupBox),
       Text_min_res_model_(make_text("Text_min_res_model", number_width + range_width, true)),
       Text_max_res_model_(make_text("Text_max_res_model", number_width + range_width, true)),
       Command_display_response_(named(new QPushButton("&Response"), "Command_display_response")),
@@ -143,7 +144,7 @@ QWidget* ModelControls::make_look_group() {
 }
 
 void ModelControls::add_quantity_rows(QFormLayout& rows) {
-  Combo_section_shows_->addItems({"Resistivity", "Standard error, about", "Change of log10"});
+  Combo_section_shows_->addItems({"Resistivity", "Standard error (about)", "Change of log10"});
   Combo_section_shows_->setToolTip(
       "Resistivities; how well the data know them, computed for the iteration; or what has changed");
   Spin_base_iteration_->setPrefix("since iteration ");
@@ -171,7 +172,7 @@ int ModelControls::base_iteration() const { return Spin_base_iteration_->value()
 bool ModelControls::fades() const { return Check_fade_->isChecked(); }
 
 QWidget* ModelControls::make_model_group() {
-  auto* const group = new QGroupBox("Values shown (log10 / ohm-m)");
+  auto* const group = Group_model_;
   auto* const rows = new QFormLayout(group);
   Text_min_res_model_->setToolTip("Log Resistivity value which maps to the start colour");
   Text_max_res_model_->setToolTip("Log Resistivity value which maps to the end colour");
@@ -244,11 +245,15 @@ void ModelControls::propose_range(const ResistivityRange& range) {
 
 void ModelControls::show_model_range(const SectionPicture& picture) {
   const SectionGeometry& section = picture.geometry;
-  const auto text = [&picture, &section](double value) {
+  const bool is_resistivity = picture.quantity.is_resistivity;
+  Group_model_->setTitle(is_resistivity ? "Values shown (log10 / ohm-m)" : "Values shown (decades)");
+  Text_min_res_->setEnabled(is_resistivity);  // other quantities have ranges of their own
+  Text_max_res_->setEnabled(is_resistivity);
+  const auto text = [&](double value) {
     if (section.rectangles.empty()) {
       return QString("NA");
     }
-    return qt_text(picture.quantity.is_resistivity ? resistivity_text(value) : format_number(value, "0.00"));
+    return qt_text(is_resistivity ? resistivity_text(value) : format_number(value, "0.000"));
   };
   Text_min_res_model_->setText(text(section.lowest));
   Text_max_res_model_->setText(text(section.highest));
@@ -281,5 +286,5 @@ void ModelControls::add_page(QWidget* page, const QString& title) {
 void ModelControls::show_page(QWidget* page) { Tab_controls_->setCurrentWidget(page); }
 
 void ModelControls::offer_response(bool response) {
-  Command_display_response_->setText(response ? "&Response" : "&Iterations");
+  Command_display_response_->setText(response ? "&Response" : "Ite&rations");
 }

@@ -9,6 +9,7 @@ class QBoxLayout;
 class QCheckBox;
 class QComboBox;
 class QFormLayout;
+class QGroupBox;
 class QLineEdit;
 class QPushButton;
 class QScrollBar;
@@ -79,6 +80,7 @@ class ModelControls : public QWidget {
   QCheckBox* Check_fade_;
   QCheckBox* Check_draw_mesh_;
   QCheckBox* Check_log_vertical_;
+  QGroupBox* Group_model_;
   QLineEdit* Text_min_res_model_;
   QLineEdit* Text_max_res_model_;
   QPushButton* Command_display_response_;

@@ -75,8 +75,8 @@ ResponseFrame::ResponseFrame(const OccamResponse& response, QWidget* parent)
       Splitter_response_(named(new VexSplitter, "Splitter_response")) {
   make_graphs();
   auto* const tabs = named(new QTabWidget, "Tab_profiles");
-  tabs->addTab(make_profiles(), "&Profiles");
-  tabs->addTab(Grid_misfit_, "Mis&fits");
+  tabs->addTab(make_profiles(), "Profiles");
+  tabs->addTab(Grid_misfit_, "Misfits");
   Grid_misfit_->setToolTip("Root mean square misfit of each site and data type, in units of the errors");
   Grid_misfit_->setWordWrap(false);
   QHeaderView& headings = *Grid_misfit_->horizontalHeader();
@@ -103,8 +103,8 @@ ResponseFrame::ResponseFrame(const OccamResponse& response, QWidget* parent)
 }
 
 QWidget* ResponseFrame::make_choices() {
-  view_choice_ = make_choice("S&how", Combo_response_view_, "Which data of the response the graphs show");
-  channel_choice_ = make_choice("Misfits and profiles &of", Combo_response_mode_,
+  view_choice_ = make_choice("Sho&w", Combo_response_view_, "Which data of the response the graphs show");
+  channel_choice_ = make_choice("Misfits and profiles of", Combo_response_mode_,
                                 "Mode that the pictures of misfits and the profiles show");
   choices_ = new QWidget;
   auto* const items = new QHBoxLayout(choices_);

@@ -70,6 +70,7 @@ void ResultsWindows::show_again(Form_occam_inversion& window, Page page) {
 }
 
 void ResultsWindows::show_window(RunResults results, Page page) {
+  closing_ = false;  // whoever opens a run goes on working
   auto* const window = new Form_occam_inversion(std::move(results));
   window->setAttribute(Qt::WA_DeleteOnClose);
   windows_.append(window);

@@ -87,14 +87,15 @@ void paint_blocks(QPainter& painter, const SectionPicture& picture, const Zoomed
 }
 
 /// The usual marks of a logarithmic scale: 0, then 1, 2, 5 times the powers of ten.
-std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot) {
+/// @param unit  of the labels, m
+std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot, double unit) {
   constexpr double min_distance = 18.0;
   constexpr int decades = 7;  // to 10 000 km
   std::vector<PictureTick> ticks;
   const auto add = [&](double depth) {
     const double at = plot.y(geometry.mapping.to_y(depth));
     if (at >= plot.plot().top() - 0.5 && at <= plot.plot().bottom() + 0.5) {
-      ticks.push_back({at, QString::fromStdString(plain_text(depth))});
+      ticks.push_back({at, QString::fromStdString(plain_text(depth / unit))});
     }
   };
   add(0.0);
@@ -119,13 +120,17 @@ void paint_axes(QPainter& painter, const SectionGeometry& geometry, const Zoomed
       even_ticks(painter, mapping.distance_at(first.x()), mapping.distance_at(last.x()), area.width(), false,
                  [&](double distance) { return plot.x(mapping.to_x(distance)); }),
       "Distance along the line (m)");
+  constexpr double deep = 10000.0;  // metres of five digits would run into the title
+  constexpr double kilometre = 1000.0;
+  const bool in_kilometres = mapping.depth_at(last.y()) >= deep;
+  const double unit = in_kilometres ? kilometre : 1.0;
   draw_left_axis(
       painter, area,
       mapping.block_height > 0.0
-          ? decade_ticks(geometry, plot)
-          : even_ticks(painter, mapping.depth_at(first.y()), mapping.depth_at(last.y()), area.height(), true,
-                       [&](double depth) { return plot.y(mapping.to_y(depth)); }),
-      "Depth (m)");
+          ? decade_ticks(geometry, plot, unit)
+          : even_ticks(painter, mapping.depth_at(first.y()) / unit, mapping.depth_at(last.y()) / unit,
+                       area.height(), true, [&](double depth) { return plot.y(mapping.to_y(depth * unit)); }),
+      in_kilometres ? "Depth (km)" : "Depth (m)");
 }
 
 /// Marks all sites; names are in two rows as far as there is room.

@@ -135,7 +135,7 @@ void place_curves(graph::PdfPages& pages, const OccamResponse& response, const R
 
 SectionValues standard_error_values(std::vector<double> decades) {
   const double upper = end_of_colours(decades);
-  return {std::move(decades), {0.0, upper}, {"Standard error about", "decades", false}};
+  return {std::move(decades), {0.0, upper}, {"Standard error (about)", "decades", false}};
 }
 
 SectionValues change_values(std::span<const double> now, std::span<const double> then, int base_iteration) {

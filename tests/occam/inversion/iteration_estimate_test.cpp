@@ -18,7 +18,7 @@ class Course {
     constexpr int reports = 10;
     for (int i = 0; i <= reports; ++i) {
       const double share = static_cast<double>(i) / reports;
-      estimate.take({iteration, trial, share}, now + share * seconds);
+      estimate.take({iteration, trial, share, iteration == 0}, now + share * seconds);
       shares.push_back(estimate.share());
     }
     now += seconds;
@@ -38,7 +38,7 @@ class Course {
 
 TEST(Iteration_estimate, Shares_grow_and_stay_below_the_whole_whatever_the_number_of_trials) {
   Course course;
-  course.part(0, 1, 2.0);
+  course.part(0, 0, 2.0);
   for (const int trials : {8, 3, 25, 6}) {
     course.iteration(1 + (trials == 3) + 2 * (trials == 25) + 3 * (trials == 6), trials);
     EXPECT_TRUE(std::is_sorted(course.shares.begin(), course.shares.end()));
@@ -51,7 +51,7 @@ TEST(Iteration_estimate, Shares_grow_and_stay_below_the_whole_whatever_the_numbe
 TEST(Iteration_estimate, Times_come_from_what_was_measured) {
   Course course;
   EXPECT_FALSE(course.estimate.seconds_left());
-  course.part(0, 1, 2.0);
+  course.part(0, 0, 2.0);
   EXPECT_EQ(course.estimate.text(), "Response of the start, less than 1 s left");
   course.iteration(1, 8);
   course.iteration(2, 8);
@@ -62,6 +62,17 @@ TEST(Iteration_estimate, Times_come_from_what_was_measured) {
   EXPECT_NEAR(course.estimate.seconds_left().value_or(0.0), 12.0, 0.1);
   EXPECT_NEAR(course.estimate.share(), 9.0 / 21.0, 0.01);
   EXPECT_EQ(course.estimate.text(), "Iteration 3, trial 2, about 10 s left");
+}
+
+TEST(Iteration_estimate, What_nobody_looked_at_is_no_lie_later) {
+  IterationEstimate estimate;
+  estimate.take({1, 2, 0.5}, 10.0);  // the start and the sensitivities were over before
+  EXPECT_EQ(estimate.text(), "Iteration 1, trial 2");
+  estimate.take({1, 4, 0.5}, 12.0);
+  EXPECT_EQ(estimate.text(), "Iteration 1, trial 4, about 5 s left");
+  estimate.take({2, 3, 0.0}, 15.0);
+  EXPECT_EQ(estimate.text().substr(0, 20), "Iteration 2, trial 3");
+  EXPECT_LT(estimate.share(), 0.5);
 }
 
 TEST(Iteration_estimate, Times_are_rounded_as_one_would_say_them) {

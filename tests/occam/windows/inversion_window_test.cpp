@@ -195,12 +195,12 @@ class InversionWindowTest : public QObject {
       return control<QStatusBar>("Status_occam")->currentMessage();
     };
     shows->setCurrentIndex(1);
-    QTRY_VERIFY_WITH_TIMEOUT(text().contains("Standard error about 0."), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(text().contains("Standard error (about) 0."), 10000);
     shows->setCurrentIndex(2);
     QTRY_VERIFY(text().contains("Change since iteration 0 "));
     control<QSpinBox>("Spin_base_iteration")->setValue(1);  // the one on show
     QTRY_VERIFY2(text().contains("Change since iteration 1 0.00 decades"), qPrintable(text()));
-    QCOMPARE(control<QLineEdit>("Text_max_res_model")->text(), "0.00");
+    QCOMPARE(control<QLineEdit>("Text_max_res_model")->text(), "0.000");
     shows->setCurrentIndex(0);
     QTRY_VERIFY(text().contains("Resistivity "));
     QVERIFY(interface_->take_messages().empty());
@@ -242,6 +242,14 @@ class InversionWindowTest : public QObject {
     (*interface_)->yes_no_answers = {true};
     const QPointer<Form_occam_inversion> window(window_);
     window_->close();
+    {
+      QDialog question(window_);  // opened while the window waits for the inversion's end
+      question.setModal(true);
+      question.show();
+      QTRY_VERIFY_WITH_TIMEOUT(!window->running(), 30000);
+      QTest::qWait(300);
+      QVERIFY(window && window->isVisible());
+    }
     QTRY_VERIFY_WITH_TIMEOUT(!window, 30000);
     QVERIFY(!fs::exists(file("inversion.lock")));
     // The program: a window that is idle closes at once, one at work after the question.
