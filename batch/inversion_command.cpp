@@ -15,6 +15,7 @@
 #include "formats/occam/data_type.h"
 #include "occam/inversion/iteration_estimate.h"
 #include "occam/inversion/run_inversion.h"
+#include "occam/results/run_results.h"
 #include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
 
@@ -38,7 +39,8 @@ struct InversionCommand {
 
 constexpr const char* report_failed = "The course of the inversion can't be written: ";
 
-/// Throws for a place where the report can't be written, or would replace a file of a run.
+/// Throws for a place where the report can't be written, or would replace a file of the run, also one that is
+/// yet to come.
 void refuse_report(const InversionCommand& command) {
   const std::filesystem::path report(command.json_path);
   if (std::filesystem::is_directory(report)) {
@@ -49,8 +51,8 @@ void refuse_report(const InversionCommand& command) {
   }
   std::error_code missing;
   if (std::filesystem::equivalent(report.parent_path(), command.directory, missing) &&
-      std::filesystem::exists(report) && !equal_ignoring_case(report.extension().string(), ".json")) {
-    throw std::runtime_error(command.json_path + " is a file of the run");
+      !equal_ignoring_case(report.extension().string(), ".json")) {
+    throw std::runtime_error(command.json_path + ": in the folder of the run a report ends in .json");
   }
 }
 
@@ -179,8 +181,9 @@ int invert_and_report(const InversionCommand& command) {
     report = invert_run(command, steps);
   } catch (const Module_occam::EarlierIterations& earlier) {
     return report_failure(command,
-                          earlier.what() + std::string(" With --overwrite they move into a folder of their "
-                                                       "own; --continue goes on from the last one."),
+                          earlier.what() +
+                              std::string(" With --overwrite they move into a folder of their own") +
+                              (command.options.go_on ? "." : "; --continue goes on from the last one."),
                           steps);
   } catch (const std::exception& failure) {
     return report_failure(command, failure_message("The inversion failed: ", failure), steps);
@@ -226,7 +229,7 @@ Command add_inversion_command(Program& program) {
                    "start or iteration file to begin with; the start file without it");
   start.add_flag("--continue", options.go_on, "go on from the iteration file with the highest number");
   parser.add_option("--iterations", options.iterations, "iterations to run, in place of the file's")
-      .in_range(1, 9999);
+      .in_range(1, Module_occam::max_iteration);
   parser.add_option("--target-rms", options.target_rms, "in place of the file's").above_zero();
   parser.add_option("--roughness-type", options.roughness_type, "1, 3, 4, 101 to 199 or 201 to 299")
       .checked(fault_of_roughness_type);

@@ -35,7 +35,7 @@ int exception_count(TextInput& input) {
   while (input.next(line)) {
     if (const std::size_t label = upper_case(line).find(exceptions_label); label != std::string::npos) {
       const std::string_view value = trimmed(line.substr(label + exceptions_label.size()));
-      return integer_value(value.starts_with(':') ? trimmed(value.substr(1)) : value);
+      return strict_integer(value.starts_with(':') ? trimmed(value.substr(1)) : value);
     }
   }
   throw std::runtime_error("the file has no count of exceptions");
@@ -65,7 +65,7 @@ std::vector<PrejudiceValue> read_prejudices(const std::string& path) {
   if (!listed && marker.find("OCCAM2MTPREJ_1.0") == std::string::npos) {
     throw std::runtime_error("the prejudice file does not have the correct format");
   }
-  const int count = integer_value(behind_colon(input.filled_line()));
+  const int count = strict_integer(behind_colon(input.filled_line()));
   if (count < 0) {
     throw std::runtime_error("the prejudice file has " + std::to_string(count) + " values");
   }
@@ -87,7 +87,8 @@ ModelExtras read_model_extras(const std::filesystem::path& run_folder, const std
   ModelExtras extras;
   extras.exceptions = read_exceptions(path);
   if (const std::string prejudice_file = read_model_names(path).prejudice_file; !prejudice_file.empty()) {
-    extras.prejudices = read_prejudices((run_folder / prejudice_file).string());
+    const std::string file = (run_folder / prejudice_file).string();
+    extras.prejudices = read_named_file(file, [&file] { return read_prejudices(file); });
   }
   return extras;
 }

@@ -137,7 +137,8 @@ OccamModel read_model_file(const std::filesystem::path& run_folder, const std::s
   if (mesh_path.empty()) {
     throw Refusal("The specified mesh file does not exist");
   }
-  OccamModel model = build_model(read_mesh_file(mesh_path), std::move(lines.layers), lines.binding_offset);
+  OccamMesh mesh = read_named_file(mesh_path, [&] { return read_mesh_file(mesh_path); });
+  OccamModel model = build_model(std::move(mesh), std::move(lines.layers), lines.binding_offset);
   take_statics(model, run_folder, lines.names.statics_file);
   model.site_node = place_sites(model, sites.site_offsets);
   model.mesh_file = mesh_path;

@@ -25,8 +25,7 @@ struct StaticsFile {
 /// The text of a statics file, lines ending in LF.
 std::string shift_file_text(const StaticsFile& statics);
 
-/// Reads a statics file. Throws Refusal or EmptyLine (text_input.h), or std::runtime_error with what is
-/// wrong.
+/// Reads a statics file. Throws FileFault (text_input.h) with what is wrong.
 StaticsFile read_shift_file(const std::string& path);
 
 }  // namespace Module_occam

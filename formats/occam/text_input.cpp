@@ -8,6 +8,19 @@
 
 namespace Module_occam {
 
+namespace {
+
+// A file that is called "mesh" isn't named by "the mesh has no cells".
+bool is_named(std::string_view what, std::string_view file) {
+  const std::size_t place = what.find(file);
+  return place != std::string_view::npos && (place == 0 || what[place - 1] == '/' || what[place - 1] == '\\');
+}
+
+}  // namespace
+
+FileFault::FileFault(const std::string& file, const std::string& what)
+    : std::runtime_error(is_named(what, file) ? what : file + ": " + what) {}
+
 std::string_view TextInput::line() {
   std::string_view line;
   if (!lines_.next(line)) {
@@ -67,6 +80,17 @@ int integer_of(double value) {
 }
 
 int integer_value(std::string_view text) { return integer_of(numeric_value(text)); }
+
+double strict_number(std::string_view text) {
+  std::string_view rest;
+  const double number = numeric_value(text, rest);
+  if (rest.size() == text.size() || !std::isfinite(number)) {
+    throw std::runtime_error("'" + std::string(text) + "' is not a number");
+  }
+  return number;
+}
+
+int strict_integer(std::string_view text) { return integer_of(strict_number(text)); }
 
 std::string_view behind_colon(std::string_view line) {
   const std::size_t colon = line.find(':');

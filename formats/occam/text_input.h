@@ -1,9 +1,11 @@
 // text_input.h: what the readers of the inversion's files have in common.
 #pragma once
 #include <cstdint>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/line_reader.h"
@@ -14,6 +16,18 @@ namespace Module_occam {
 class Refusal : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+  /// @param file  what can't be read, where that isn't the file that was asked for but one that it names
+  Refusal(const char* message, std::string file) : std::runtime_error(message), file_(std::move(file)) {}
+  [[nodiscard]] const std::string& file() const { return file_; }
+
+ private:
+  std::string file_;
+};
+
+/// Ends a read; its text begins with the name of the file at fault, or its path where `what` does.
+class FileFault : public std::runtime_error {
+ public:
+  FileFault(const std::string& file, const std::string& what);
 };
 
 /// Ends a read without a message: an empty line where text is expected.
@@ -21,6 +35,22 @@ class EmptyLine : public std::runtime_error {
  public:
   EmptyLine() : std::runtime_error("empty line") {}
 };
+
+/// What `read` reads from a file that another one names: what is wrong is not to pass for a fault of that
+/// one. A Refusal keeps its text and gets the file, any other failure becomes a FileFault.
+template <class Read>
+auto read_named_file(const std::filesystem::path& file, const Read& read) {
+  const std::string name = file.filename().string();
+  try {
+    return read();
+  } catch (const Refusal& refusal) {
+    throw Refusal(refusal.what(), name);
+  } catch (const EmptyLine&) {
+    throw FileFault(name, "an empty line where text is expected");
+  } catch (const std::exception& failure) {
+    throw FileFault(name, failure.what());
+  }
+}
 
 /// The lines of one file.
 class TextInput {
@@ -53,6 +83,11 @@ class TextInput {
 int integer_value(std::string_view text);
 /// The same for a number that has already been read.
 int integer_of(double value);
+
+/// Both of these where 0 would pass for what stands there: they throw if the text begins with no finite
+/// number.
+double strict_number(std::string_view text);
+int strict_integer(std::string_view text);
 
 /// What follows the first ":", trimmed; the whole trimmed line if it has none.
 std::string_view behind_colon(std::string_view line);

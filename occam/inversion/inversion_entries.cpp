@@ -1,10 +1,12 @@
 #include "occam/inversion/inversion_entries.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <stdexcept>
 
 #include "core/number_text.h"
 #include "formats/occam/start_file.h"
+#include "occam/results/run_results.h"
 
 namespace Module_occam {
 
@@ -37,17 +39,16 @@ InversionEntries proposed_entries(const std::filesystem::path& directory, const 
     const InversionStart start = read_start_file((directory / name).string());
     entries.iterations = std::to_string(start.iterations_to_run);
     entries.target_rms = plain_text(start.target_rms);
-    entries.roughness_type = std::to_string(start.roughness_type);
+    entries.roughness_type = std::to_string(std::abs(start.roughness_type));
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the run tells
   }
   return entries;
 }
 
 InversionOptions options_of(const InversionEntries& entries) {
-  constexpr int most_iterations = 512;  // that can be shown
   constexpr int highest_type = 299;
   InversionOptions options;
-  options.iterations = whole_number(entries.iterations, most_iterations, "number of iterations");
+  options.iterations = whole_number(entries.iterations, max_iteration, "number of iterations");
   options.target_rms = positive_number(entries.target_rms, "target RMS");
   options.roughness_type = whole_number(entries.roughness_type, highest_type, "roughness type");
   options.search = entries.better_search ? numerics::occam_inversion::Search::better

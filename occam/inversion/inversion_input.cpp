@@ -15,16 +15,19 @@ namespace inversion = numerics::occam_inversion;
 
 namespace {
 
-// Adds the file's name to what a reader says.
+// Adds the file's name to what a reader says, be it that of another file that it names.
 template <class Read>
 auto read_file(const std::string& name, const Read& read) {
   try {
     return read();
   } catch (const EmptyLine&) {
-    throw std::runtime_error(name + ": an empty line where text is expected");
+    throw FileFault(name, "an empty line where text is expected");
+  } catch (const FileFault&) {
+    throw;
+  } catch (const Refusal& refusal) {
+    throw FileFault(refusal.file().empty() ? name : refusal.file(), refusal.what());
   } catch (const std::exception& failure) {
-    const std::string what = failure.what();
-    throw std::runtime_error(what.find(name) == std::string::npos ? name + ": " + what : what);
+    throw FileFault(name, failure.what());
   }
 }
 
@@ -80,9 +83,14 @@ OccamData sites_of(const ObservedData& data) {
 
 }  // namespace
 
-InversionInput read_inversion_input(const fs::path& directory, const std::string& start_file) {
+InversionInput read_inversion_input(const fs::path& directory, const std::string& start_file,
+                                    const std::string& remedy) {
   InversionInput input;
-  input.start = read_file(start_file, [&] { return read_start_file((directory / start_file).string()); });
+  try {
+    input.start = read_file(start_file, [&] { return read_start_file((directory / start_file).string()); });
+  } catch (const FileFault& fault) {
+    throw std::runtime_error(fault.what() + remedy);
+  }
   const std::string& data_file = input.start.data_file;
   const std::string& model_file = input.start.model_file;
   require_inside(data_file, start_file, "data file");

@@ -21,7 +21,9 @@ struct InversionInput {
 
 /// Reads a start or iteration file of a directory and the files that it names. Throws std::runtime_error with
 /// the file's name and what is wrong with it.
-InversionInput read_inversion_input(const std::filesystem::path& directory, const std::string& start_file);
+/// @param remedy  ends what is said of the start file
+InversionInput read_inversion_input(const std::filesystem::path& directory, const std::string& start_file,
+                                    const std::string& remedy = {});
 
 /// The roughness that the files ask for. Throws std::exception for what can't be followed.
 numerics::occam_inversion::Roughness roughness_of(const InversionInput& input, const RunProblem& run);

@@ -1,7 +1,9 @@
 #include "occam/inversion/run_inversion.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include "core/number_text.h"
@@ -11,6 +13,7 @@
 #include "occam/inversion/inversion_files.h"
 #include "occam/inversion/inversion_input.h"
 #include "occam/inversion/run_problem.h"
+#include "occam/results/run_results.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/input_file.h"
 #include "platform/files/safe_files.h"
@@ -84,7 +87,7 @@ class RunningInversion {
         listener_(listener),
         lock_(lock_of(directory_)),
         from_(start_name()),
-        input_(read_inversion_input(directory_, from_)),
+        input_(read_inversion_input(directory_, from_, remedy())),
         start_(with_options()),
         is_iteration_(iteration_number_of(from_) == start_.iteration),
         earlier_shifts_(earlier_shifts()),
@@ -97,6 +100,7 @@ class RunningInversion {
 
  private:
   [[nodiscard]] std::string start_name() const;
+  [[nodiscard]] std::string remedy() const;
   const InversionStart& with_options();
   [[nodiscard]] StaticsFile earlier_shifts() const;
   [[nodiscard]] RunRules rules() const;
@@ -144,6 +148,15 @@ std::string RunningInversion::start_name() const {
   return last.empty() ? find_start_file(directory_) : last;
 }
 
+// What to do where the iteration file that was chosen can't be read.
+std::string RunningInversion::remedy() const {
+  const auto files = iteration_files_of(directory_);
+  if (!options_.go_on || files.size() < 2 || files.rbegin()->second != from_) {
+    return {};
+  }
+  return "; move it away to go on from " + std::next(files.rbegin())->second;
+}
+
 const InversionStart& RunningInversion::with_options() {
   InversionStart& start = input_.start;
   start.iterations_to_run = options_.iterations.value_or(start.iterations_to_run);
@@ -152,6 +165,11 @@ const InversionStart& RunningInversion::with_options() {
   if (!(start.target_rms > 0.0) || !std::isfinite(start.target_rms)) {
     throw std::runtime_error("the target misfit is " + plain_text(start.target_rms));
   }
+  if (start.iteration >= max_iteration) {
+    throw std::runtime_error(from_ + " is of iteration " + std::to_string(start.iteration) + "; " +
+                             std::to_string(max_iteration) + " is the last that can be shown");
+  }
+  start.iterations_to_run = std::min(start.iterations_to_run, max_iteration - start.iteration);
   constexpr int scan = 2;
   if (std::abs(start.debug_level) == scan && options_.search == inversion::Search::classic) {
     throw std::runtime_error(from_ +

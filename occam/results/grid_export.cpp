@@ -142,8 +142,6 @@ int write_fit(RunView& view) {
   };
   const auto tm_fit = fit_file("_data_fit.dat");
   const auto te_fit = fit_file("_data_fit_TE.dat");
-  std::filesystem::remove(tm_fit);
-  std::filesystem::remove(te_fit);
   if (!view.response_ready() && view.load_response() != 0) {
     return -1;
   }
@@ -152,6 +150,8 @@ int write_fit(RunView& view) {
   if (response.has(te_mode.resistivity) || response.has(te_mode.linear_resistivity) ||
       response.has(te_mode.phase)) {
     safe_files::write_into_place(te_fit, data_fit_table(response, te_mode));
+  } else {
+    std::filesystem::remove(te_fit);  // of an earlier run
   }
   return 0;
 }

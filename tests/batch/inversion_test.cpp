@@ -69,8 +69,13 @@ TEST_F(Batch_inversion, Says_why_it_can_t_also_as_json) {
   EXPECT_TRUE(course["iterations"].empty());
 
   EXPECT_EQ(invert({"--continue", "--json", run_.path("occamdat")}).status, 1);
+  EXPECT_NE(invert({"--continue", "--json", run_.path("ITER02.iter")}).errors.find("ends in .json"),
+            std::string::npos);
   EXPECT_EQ(invert({"--continue", "--json", "gone/course.json"}).status, 1);
   EXPECT_FALSE(fs::exists(run_.path("ITER02.iter")));
+  static_cast<void>(run_.write("RESP03.resp", ""));
+  const Outcome beyond = invert({"--continue"});
+  EXPECT_TRUE(beyond.errors.ends_with("into a folder of their own.\n")) << beyond.errors;
   static_cast<void>(run_.write("occamdat", ""));
   const Outcome empty = invert({"--overwrite"});
   EXPECT_EQ(empty.status, 1);
@@ -78,6 +83,7 @@ TEST_F(Batch_inversion, Says_why_it_can_t_also_as_json) {
 
   for (const std::vector<std::string>& options :
        std::vector<std::vector<std::string>>{{"--iterations", "0"},
+                                             {"--iterations", "513"},
                                              {"--target-rms", "0"},
                                              {"--roughness-type", "2"},
                                              {"--search", "fast"},

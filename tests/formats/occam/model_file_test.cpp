@@ -256,11 +256,12 @@ TEST_F(ModelFileTest, Faults_are_reported_once) {
       in_mesh("heights", counts, "     0     5     2000000000     1     0     2",
               {"There was an error reading the node heights"}),
       in_mesh("no columns", counts, "     0     -2147483648     3     1     0     2",
-              {failed + "the mesh has no cells"}),
-      in_mesh("text for a width", "  30.0", "  wide", {failed + "the mesh has a cell of the size 0"}),
-      in_mesh("table too long", "     0\n1", "     : 99999\n1", {failed + "the file ends behind line 16"}),
+              {failed + "MESH: the mesh has no cells"}),
+      in_mesh("text for a width", "  30.0", "  wide", {failed + "MESH: the mesh has a cell of the size 0"}),
+      in_mesh("table too long", "     0\n1", "     : 99999\n1",
+              {failed + "MESH: the file ends behind line 16"}),
       in_mesh("codes cut off", "????\n????\n????\n????\n", "????\n??",
-              {failed + "the file ends behind line 14"})};
+              {failed + "MESH: the file ends behind line 14"})};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(read(c.model, c.mesh), -1);

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "occam/inversion/inversion_entries.h"
+#include "tests/formats/occam/made_run.h"
+#include "tests/occam/inversion/made_inversion.h"
 
 namespace Module_occam {
 namespace {
@@ -111,6 +113,13 @@ TEST(Inversion_entries, Become_options_or_a_sentence) {
     EXPECT_NE(refused(&InversionEntries::static_shift_error, text), "") << text;
   }
   EXPECT_NE(refused(&InversionEntries::roughness_type, "300"), "");
+}
+
+TEST(Inversion_entries, Proposed_from_a_file_are_accepted) {
+  const TemporaryFolder folder;
+  static_cast<void>(folder.write(
+      "startup", made::replaced(made::inverted_start(), "IRUF:             1", "IRUF:             -3")));
+  EXPECT_EQ(options_of(proposed_entries(folder.folder(), "")).roughness_type, 3);
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ TEST_F(Refusals, Name_what_is_wrong_and_leave_the_directory_as_it_was) {
   struct Case {
     const char* name;
     std::function<void()> spoil;
-    std::vector<std::string> words;
+    std::vector<std::string> words;  // in the reason; with "^" at its begin
   };
   const auto row = [this](const std::string& by) { return [this, by] { change_row(2, 1, 1, by); }; };
   const auto in = [this](const std::string& file, const std::string& part, const std::string& by) {
@@ -131,6 +131,36 @@ TEST_F(Refusals, Name_what_is_wrong_and_leave_the_directory_as_it_was) {
       {"statics missing",
        in("inmodel", "STATICS FILE:     none", "STATICS FILE:     gone"),
        {"statics file gone is not there"}},
+      {"statics of another kind",
+       [&] {
+         in("inmodel", "STATICS FILE:     none", "STATICS FILE:     statics")();
+         file("statics", "rub")();
+       },
+       {"^statics: The file does not have the correct format"}},
+      {"statics of a constraint that is no number",
+       [&] {
+         in("inmodel", "STATICS FILE:     none", "STATICS FILE:     statics")();
+         file("statics", "OCCAM2MTSHIFT_1.0\n\n\nTYPE: all\nERROR: 0.1\nNUMBER: 0\n\n")();
+       },
+       {"^statics: 'all' is not a number"}},
+      {"prejudice of another kind",
+       [&] {
+         in("inmodel", "PREJUDICE FILE:   none", "PREJUDICE FILE:   prior")();
+         file("prior", "rub")();
+       },
+       {"^prior: "}},
+      {"prejudice count no number",
+       [&] {
+         in("inmodel", "PREJUDICE FILE:   none", "PREJUDICE FILE:   prior")();
+         file("prior", "OCCAM2MTPREJ_2.0\nCOUNT: x\n1 2.0 1.0\n")();
+       },
+       {"^prior: 'x' is not a number"}},
+      {"empty mesh", file("mesh", ""), {"^mesh: the file ends behind line 0"}},
+      {"mesh without cells", in("mesh", " 0 17 9", " 0 1 1"), {"^mesh: the mesh has no cells"}},
+      {"mesh of another type", in("mesh", " 0 17 9", " 1 17 9"), {"^mesh: The specified mesh type"}},
+      {"count of exceptions no number",
+       in("inmodel", exceptions, "NO. EXCEPTIONS:   two"),
+       {"^inmodel: 'two' is not a number"}},
       {"prejudice missing", in("inmodel", "PREJUDICE FILE:   none", "PREJUDICE FILE:   gone"), {"gone"}},
       {"exception of a block that there is not",
        in("inmodel", exceptions, "NO. EXCEPTIONS:   1\n1 7 2 2 0.5"),
@@ -177,7 +207,8 @@ TEST_F(Refusals, Name_what_is_wrong_and_leave_the_directory_as_it_was) {
     const std::string reason = refusal();
     EXPECT_FALSE(reason.empty());
     for (const std::string& word : each.words) {
-      EXPECT_NE(reason.find(word), std::string::npos) << reason << "\nlacks: " << word;
+      const bool begins = word.starts_with('^') && reason.starts_with(word.substr(1));
+      EXPECT_TRUE(begins || reason.find(word) != std::string::npos) << reason << "\nlacks: " << word;
     }
     for (const auto& [name, text] : sound) {
       static_cast<void>(folder.write(name, text));
@@ -210,7 +241,11 @@ TEST_F(Refusals, Of_options_and_of_iteration_files) {
   for (const double part : {0.0, 0.3, 0.9}) {
     static_cast<void>(folder.write(
         "ITER02.iter", whole.substr(0, static_cast<std::size_t>(part * static_cast<double>(whole.size())))));
-    EXPECT_NE(refusal(options).find("ITER02.iter"), std::string::npos);
+    EXPECT_TRUE(refusal(options).starts_with("ITER02.iter"));
+    EXPECT_TRUE(refusal(options).ends_with("; move it away to go on from ITER01.iter"));
   }
+  fs::remove(folder.path("ITER02.iter"));
+  static_cast<void>(folder.write("SHIFT01.shift", "rub"));
+  EXPECT_EQ(refusal(options), "SHIFT01.shift: The file does not have the correct format");
   EXPECT_THROW((void)run_inversion(folder.path("gone"), {}, {}), std::runtime_error);
 }

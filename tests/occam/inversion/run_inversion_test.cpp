@@ -302,12 +302,26 @@ TEST_F(RunInversion, Shifts_of_another_run_are_not_taken_for_its_own) {
 
 TEST_F(RunInversion, Numbers_beyond_99_are_written_in_full) {
   std::string start = made::inverted_start("1");
-  start = made::replaced(start, "ITERATION:        0", "ITERATION:        1233");
+  start = made::replaced(start, "ITERATION:        0", "ITERATION:        99");
   static_cast<void>(folder.write("startup", start));
   (void)invert();
-  EXPECT_TRUE(has("ITER1233.iter") && has("ITER1234.iter") && has("RESP1234.resp"));
-  EXPECT_EQ(last_iteration_file(folder.folder()), "ITER1234.iter");
-  EXPECT_EQ(read_start_file(folder.path("ITER1234.iter")).iteration, 1234);
+  EXPECT_TRUE(has("ITER99.iter") && has("ITER100.iter") && has("RESP100.resp"));
+  EXPECT_EQ(last_iteration_file(folder.folder()), "ITER100.iter");
+  EXPECT_EQ(read_start_file(folder.path("ITER100.iter")).iteration, 100);
+}
+
+TEST_F(RunInversion, Ends_with_the_last_iteration_that_can_be_shown) {
+  static_cast<void>(folder.write(
+      "startup", made::replaced(made::inverted_start("20"), "ITERATION:        0", "ITERATION:        511")));
+  EXPECT_EQ(invert().steps.back().iteration, 512);
+  InversionOptions options;
+  options.go_on = true;
+  try {
+    (void)invert(options);
+    ADD_FAILURE();
+  } catch (const std::runtime_error& failure) {
+    EXPECT_STREQ(failure.what(), "ITER512.iter is of iteration 512; 512 is the last that can be shown");
+  }
 }
 
 TEST_F(RunInversion, Finds_its_start_file) {

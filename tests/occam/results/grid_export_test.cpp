@@ -113,6 +113,18 @@ TEST_F(GridTest, Each_mode_has_a_fit_table_of_its_own) {
   EXPECT_EQ(te[4], "*");
   EXPECT_EQ(te[8], text(response.value(modelled, DataType::te_phase, 1, 1)));
 
+  // Without a response the tables stay.
+  const auto tables = [this] {
+    return file_contents(derived("iter_3_data_fit.dat")) + file_contents(derived("iter_3_data_fit_TE.dat"));
+  };
+  const std::string earlier = tables();
+  fs::remove(derived("RESP_iter_3.out"));
+  static_cast<void>(folder.write("occamdat", "rub"));
+  const RunResults same = view->results();
+  view.emplace(same);
+  EXPECT_EQ(write_grids(*view), -1);
+  EXPECT_EQ(tables(), earlier);
+
   // A run without TE leaves no table of an earlier one.
   static_cast<void>(folder.write("occamdat", made::data));
   fs::remove(derived("RESP_iter_3.out"));
