@@ -7,6 +7,8 @@
 
 namespace Module_occam {
 
+std::string shift_file_name(int iteration) { return "SHIFT" + format_number(iteration, "00") + ".shift"; }
+
 namespace {
 
 ShiftConstraint constraint_of(std::string_view line) {

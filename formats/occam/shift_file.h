@@ -22,6 +22,9 @@ struct StaticsFile {
   std::vector<StaticShift> shifts;
 };
 
+/// "SHIFT07.shift": the static shifts found with iteration 7, a statics file beside the iteration's.
+std::string shift_file_name(int iteration);
+
 /// The text of a statics file, lines ending in LF.
 std::string shift_file_text(const StaticsFile& statics);
 

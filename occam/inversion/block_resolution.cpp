@@ -47,11 +47,12 @@ std::optional<BlockResolution> block_resolution(const std::filesystem::path& dir
                                                 const std::string& iteration_file, std::size_t threads,
                                                 const Progress& progress) {
   const InversionInput input = read_inversion_input(directory, iteration_file);
-  const RunProblem run(input.model, input.data, {.threads = threads, .static_shift = {}},
+  const StaticsFile shifts = earlier_shifts(directory, iteration_file, input);
+  const RunProblem run(input.model, input.data, rules_of(input, shifts, threads),
                        part_of(progress, 0.0, response_share));
   const inversion::Roughness roughness = roughness_of(input, run);
   const inversion::Problem problem = run.problem();
-  const std::vector<double> model = run.model_of(input.start.parameters);
+  const std::vector<double> model = run.model_of(input.start.parameters, shifts.shifts);
   inversion::require_soluble(problem, roughness, model);
   try {
     inversion::LinearProblem linear = inversion::linearise(problem, model, false);

@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "core/text_fields.h"
+#include "formats/occam/shift_file.h"
+#include "formats/occam/start_file.h"
 #include "occam/inversion/inversion_files.h"
 
 namespace fs = std::filesystem;
@@ -39,6 +41,8 @@ int number_in(std::string_view name, std::string_view word, std::string_view end
 int response_number_of(const std::string& name) {
   return std::max(number_in(name, "RESP", ".resp"), number_in(name, "RESP_ITER", ".out"));
 }
+
+int shift_number_of(const std::string& name) { return number_in(name, "SHIFT", ".shift"); }
 
 fs::path free_folder(const fs::path& directory) {
   for (int number = 1;; ++number) {
@@ -74,7 +78,22 @@ std::map<int, std::string> iteration_files_of(const fs::path& directory) {
   return files;
 }
 
-EarlierIterationFiles::EarlierIterationFiles(fs::path directory, int last_kept)
+std::optional<int> iteration_that_writes(const std::string& name, bool looks_for_shifts) {
+  if (const int number = iteration_number_of(name); number >= 0 && name == iteration_file_name(number)) {
+    return number;
+  }
+  if (const int number = response_number_of(name); number >= 0 && name == response_name_of(number)) {
+    return number;
+  }
+  if (const int number = shift_number_of(name);
+      looks_for_shifts && number >= 0 && name == shift_file_name(number)) {
+    return number;
+  }
+  return {};
+}
+
+EarlierIterationFiles::EarlierIterationFiles(fs::path directory, int last_kept,
+                                             const std::vector<std::string>& in_use)
     : directory_(std::move(directory)) {
   using Numbered = std::vector<std::pair<int, std::string>>;
   Numbered iterations;
@@ -82,6 +101,9 @@ EarlierIterationFiles::EarlierIterationFiles(fs::path directory, int last_kept)
   Numbered shifts;
   bool has_log = false;
   for (const std::string& name : files_in(directory_)) {
+    if (std::ranges::find(in_use, name) != in_use.end()) {
+      continue;
+    }
     const auto take = [&](Numbered& files, int number) {
       if (number > last_kept) {
         files.emplace_back(number, name);
@@ -89,7 +111,7 @@ EarlierIterationFiles::EarlierIterationFiles(fs::path directory, int last_kept)
     };
     take(iterations, iteration_number_of(name));
     take(responses, response_number_of(name));
-    take(shifts, number_in(name, "SHIFT", ".shift"));
+    take(shifts, shift_number_of(name));
     has_log = has_log || name == inversion_log_name;
   }
   Numbered all;

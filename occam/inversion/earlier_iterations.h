@@ -3,6 +3,7 @@
 #pragma once
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,12 +16,18 @@ std::map<int, std::string> iteration_files_of(const std::filesystem::path& direc
 /// The number in the name of an iteration file; -1 for another name.
 int iteration_number_of(const std::string& name);
 
+/// The iteration that leaves a file of this name: its own, its response or, where shifts are looked for,
+/// these.
+std::optional<int> iteration_that_writes(const std::string& name, bool looks_for_shifts);
+
 /// Iterations beyond a number, with their responses and static shifts, and the log where the inversion starts
 /// anew.
 class EarlierIterationFiles {
  public:
   /// @param last_kept  iterations up to this one stay; -1: none stays
-  EarlierIterationFiles(std::filesystem::path directory, int last_kept);
+  /// @param in_use     names of files that the run needs, which stay whatever they are called
+  EarlierIterationFiles(std::filesystem::path directory, int last_kept,
+                        const std::vector<std::string>& in_use = {});
 
   [[nodiscard]] bool empty() const { return files_.empty(); }
   /// Whether there are iterations or responses among them. Shifts alone are what a crash has left, or a new

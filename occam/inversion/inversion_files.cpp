@@ -38,8 +38,6 @@ void add_row(std::string& text, int site, int frequency, int type, double datum,
 
 }  // namespace
 
-std::string shift_file_name(int iteration) { return "SHIFT" + format_number(iteration, "00") + ".shift"; }
-
 std::string plain_response_text(const ObservedData& data, std::span<const ShiftDatum> sums,
                                 std::span<const double> modelled) {
   std::string text;

@@ -12,9 +12,6 @@ namespace Module_occam {
 inline constexpr const char* inversion_log_name = "LogFile.logfile";
 inline constexpr const char* inversion_lock_name = "inversion.lock";  // while an inversion works
 
-/// "SHIFT07.shift": the static shifts found with iteration 7, a statics file.
-std::string shift_file_name(int iteration);
-
 /// A response without a header: site, frequency number, data type, 0, datum, modelled value, their difference
 /// over the error. Behind the rows stand those of sums of static shifts, of site and frequency 0.
 /// @param modelled  of the rows, then of the sums

@@ -1,11 +1,14 @@
 #include "occam/inversion/inversion_input.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 #include <variant>
 
-#include "formats/occam/model_file.h"
 #include "formats/occam/text_input.h"
+#include "occam/inversion/earlier_iterations.h"
+#include "occam/results/iteration_model.h"
+#include "occam/results/model_response.h"
 
 namespace fs = std::filesystem;
 
@@ -41,13 +44,14 @@ void require_inside(const std::string& name, const std::string& named_in, const 
 }
 
 // Without its statics the inversion would be another one.
-void require_extras(const fs::path& directory, const std::string& model_file) {
-  const ModelNames names = read_model_names((directory / model_file).string());
+ModelNames names_with_extras(const fs::path& directory, const std::string& model_file) {
+  ModelNames names = read_model_names((directory / model_file).string());
   require_inside(names.prejudice_file, model_file, "prejudice file");
   require_inside(names.statics_file, model_file, "statics file");
   if (!names.statics_file.empty() && !fs::is_regular_file(directory / names.statics_file)) {
     throw std::runtime_error("the statics file " + names.statics_file + " is not there");
   }
+  return names;
 }
 
 std::size_t parameter_of(const std::variant<int, BlockPlace>& place, const OccamModel& model) {
@@ -98,9 +102,44 @@ InversionInput read_inversion_input(const fs::path& directory, const std::string
   input.data = read_file(data_file, [&] { return read_data_file((directory / data_file).string()); });
   input.model =
       read_file(model_file, [&] { return read_model_file(directory, model_file, sites_of(input.data)); });
-  read_file(model_file, [&] { require_extras(directory, model_file); });
+  input.model_names = read_file(model_file, [&] { return names_with_extras(directory, model_file); });
   input.extras = read_file(model_file, [&] { return read_model_extras(directory, model_file); });
   return input;
+}
+
+std::vector<NamedFile> named_files(const fs::path& directory, const InversionInput& input) {
+  std::vector<NamedFile> files{{"data file", input.start.data_file},
+                               {"model file", input.start.model_file},
+                               {"model's statics file", input.model_names.statics_file},
+                               {"model's prejudice file", input.model_names.prejudice_file}};
+  for (NamedFile& file : files) {
+    file.name = fs::path(file.name).lexically_normal().string();
+  }
+  const fs::path mesh = fs::path(input.model.mesh_file).lexically_normal();
+  files.push_back({"model's mesh file", mesh.lexically_proximate(directory.lexically_normal()).string()});
+  return files;
+}
+
+StaticsFile earlier_shifts(const fs::path& directory, const std::string& start_file,
+                           const InversionInput& input) {
+  if (iteration_number_of(start_file) != input.start.iteration) {
+    return {};
+  }
+  StaticsFile found = found_shifts(directory, input.start.iteration, input.model);
+  std::erase_if(found.shifts, [&](const StaticShift& shift) {
+    return std::ranges::none_of(input.data.rows, [&](const DataRow& row) {
+      return row.site_number == shift.site_number && static_cast<int>(row.type) == shift.data_type;
+    });
+  });
+  return found.shifts.empty() ? StaticsFile() : found;
+}
+
+RunRules rules_of(const InversionInput& input, const StaticsFile& earlier, std::size_t threads) {
+  RunRules rules{.threads = threads, .static_shift = {}, .limits = limits_at(input.start.debug_level)};
+  if (earlier.constraint_error > 0.0) {
+    rules.static_shift = earlier.constraint_error;
+  }
+  return rules;
 }
 
 inversion::Roughness roughness_of(const InversionInput& input, const RunProblem& run) {

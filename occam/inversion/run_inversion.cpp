@@ -90,10 +90,10 @@ class RunningInversion {
         input_(read_inversion_input(directory_, from_, remedy())),
         start_(with_options()),
         is_iteration_(iteration_number_of(from_) == start_.iteration),
-        earlier_shifts_(earlier_shifts()),
+        earlier_shifts_(earlier_shifts(directory_, from_, input_)),
         run_(input_.model, input_.data, rules(), [this](double share) { return tell_progress(share); }),
         roughness_(roughness_of(input_, run_)),
-        earlier_(directory_, is_iteration_ ? start_.iteration : start_.iteration - 1),
+        earlier_(earlier_files()),
         state_(start_state()) {}
 
   InversionReport run();
@@ -102,8 +102,8 @@ class RunningInversion {
   [[nodiscard]] std::string start_name() const;
   [[nodiscard]] std::string remedy() const;
   const InversionStart& with_options();
-  [[nodiscard]] StaticsFile earlier_shifts() const;
   [[nodiscard]] RunRules rules() const;
+  [[nodiscard]] EarlierIterationFiles earlier_files() const;
   [[nodiscard]] inversion::State start_state() const;
   [[nodiscard]] inversion::Settings settings() const;
   void begin();
@@ -178,18 +178,28 @@ const InversionStart& RunningInversion::with_options() {
   return start;
 }
 
-// Iteration files hold the blocks alone; the shifts that belong to one stand beside it.
-StaticsFile RunningInversion::earlier_shifts() const {
-  const fs::path file = directory_ / shift_file_name(start_.iteration);
-  return is_iteration_ && fs::is_regular_file(file) ? read_shift_file(file.string()) : StaticsFile();
-}
-
 RunRules RunningInversion::rules() const {
-  RunRules rules{options_.threads, options_.static_shift};
-  if (!rules.static_shift && earlier_shifts_.constraint_error > 0.0) {
-    rules.static_shift = earlier_shifts_.constraint_error;
+  RunRules rules = rules_of(input_, earlier_shifts_, options_.threads);
+  if (options_.static_shift) {
+    rules.static_shift = options_.static_shift;
   }
   return rules;
+}
+
+// Files of the run stay in place whatever they are called, but an iteration's file can't go there, too.
+EarlierIterationFiles RunningInversion::earlier_files() const {
+  const int last_kept = is_iteration_ ? start_.iteration : start_.iteration - 1;
+  std::vector<std::string> in_use;
+  for (const auto& [what, name] : named_files(directory_, input_)) {
+    const std::optional<int> number = iteration_that_writes(name, run_.looks_for_shifts());
+    if (number && *number > last_kept) {
+      throw std::runtime_error("the " + std::string(what) + " " + name +
+                               " would be replaced by that of iteration " + std::to_string(*number) +
+                               "; give it another name");
+    }
+    in_use.push_back(name);
+  }
+  return {directory_, last_kept, in_use};
 }
 
 inversion::State RunningInversion::start_state() const {

@@ -39,8 +39,9 @@ RunProblem::RunProblem(const OccamModel& model, const ObservedData& data, const 
     throw std::runtime_error("the model has no free block");
   }
   // What has no response is told before any work; resistivities don't matter to that.
-  static_cast<void>(section::check_input(response_section(model, std::vector<double>(block_parameters_)),
-                                         data.site_offsets, data.frequencies));
+  static_cast<void>(
+      section::check_input(response_section(model, std::vector<double>(block_parameters_), rules.limits),
+                           data.site_offsets, data.frequencies));
   const std::int32_t first_free = model.param_table_index(1);
   for (const CellCode& cell : model.cell_code) {
     for (const std::int32_t code : cell) {
@@ -119,7 +120,7 @@ inversion::Problem RunProblem::problem() const {
 
 inversion::Modelled RunProblem::modelled(std::span<const double> model,
                                          inversion::Derivatives derivatives) const {
-  const section::Section ground = response_section(model_, model.first(block_parameters_));
+  const section::Section ground = response_section(model_, model.first(block_parameters_), rules_.limits);
   const section::CheckedInput input = section::check_input(ground, data_.site_offsets, data_.frequencies);
   inversion::Modelled result;
   const std::size_t rows = data_.rows.size() + shifts_.data().size();

@@ -12,6 +12,7 @@
 #include "formats/occam/occam_model.h"
 #include "numerics/occam_inversion/inversion.h"
 #include "numerics/occam_inversion/roughness.h"
+#include "numerics/section/section.h"
 #include "occam/inversion/site_shifts.h"
 #include "occam/results/row_response.h"
 
@@ -22,6 +23,8 @@ struct RunRules {
   /// Decades: each site's resistivities of each mode get a static shift as an unknown, drawn to 0 by a datum
   /// with this error.
   std::optional<double> static_shift;
+  /// Whether resistivities beyond those of rocks count as such in the response.
+  numerics::section::ResistivityLimits limits = numerics::section::ResistivityLimits::cut;
 };
 
 /// A run that is inverted. Parameters are the free blocks in their order and behind them the free static

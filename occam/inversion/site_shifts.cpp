@@ -102,6 +102,9 @@ void SiteShifts::add_unknown(const ObservedData& data, double error) {
     }
     free_of_row_[row] = known->second;
   }
+  if (free_.empty()) {
+    throw std::runtime_error("the run has no log10 resistivities whose static shifts could be looked for");
+  }
 }
 
 StaticsFile SiteShifts::found(std::span<const double> values) const {

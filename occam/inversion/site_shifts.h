@@ -24,7 +24,7 @@ class SiteShifts {
   /// @param drawn_to_0  decades: sites and modes that the model gives no shift get an unknown one, drawn to 0
   ///                    by a datum with this error
   /// Throws std::runtime_error for shifts that have no data or stand twice, constraints without an error, and
-  /// for unknown shifts beside free ones of the model.
+  /// for unknown shifts beside free ones of the model or where nothing could have one.
   SiteShifts(const OccamModel& model, const ObservedData& data, std::optional<double> drawn_to_0);
 
   /// Free shifts: those of the model, which iteration files list, then those that are to be found.

@@ -1,5 +1,7 @@
 #include "occam/results/iteration_model.h"
 
+#include <algorithm>
+
 namespace Module_occam {
 
 std::string parameter_mismatch(const OccamModel& model, const std::string& name, int parameter_count) {
@@ -18,7 +20,22 @@ IterationModel iteration_model(const OccamModel& model, const OccamIteration& it
   const auto first_shift = iteration.parameters.begin() + model.num_free_params;
   return {{iteration.parameters.begin(), first_shift},
           {first_shift, iteration.parameters.end()},
+          {},
           iteration.debug_level};
+}
+
+StaticsFile found_shifts(const std::filesystem::path& folder, int iteration, const OccamModel& model) {
+  const std::filesystem::path file = folder / shift_file_name(iteration);
+  if (!std::filesystem::is_regular_file(file)) {
+    return {};
+  }
+  StaticsFile found = read_shift_file(file.string());
+  std::erase_if(found.shifts, [&](const StaticShift& shift) {
+    return std::ranges::any_of(model.static_shifts, [&](const StaticShift& known) {
+      return known.site_number == shift.site_number && known.data_type == shift.data_type;
+    });
+  });
+  return found.shifts.empty() ? StaticsFile() : found;
 }
 
 std::vector<StaticShift> static_shifts(const OccamModel& model, const IterationModel& iteration) {
@@ -29,6 +46,7 @@ std::vector<StaticShift> static_shifts(const OccamModel& model, const IterationM
       shift.shift = *value++;
     }
   }
+  shifts.insert(shifts.end(), iteration.found_shifts.begin(), iteration.found_shifts.end());
   return shifts;
 }
 

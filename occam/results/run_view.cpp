@@ -77,7 +77,13 @@ int RunView::load_iteration() {
     user_interface().show_message(mismatch);
     return -1;
   }
-  iteration_ = iteration_model(results_.model, iteration);
+  IterationModel loaded = iteration_model(results_.model, iteration);
+  if (trap_errors("The static shifts that were found can't be read: ", [&] {
+        loaded.found_shifts = found_shifts(results_.folder, current_iteration_, results_.model).shifts;
+      }) != 0) {
+    return -1;
+  }
+  iteration_ = std::move(loaded);
   return 0;
 }
 

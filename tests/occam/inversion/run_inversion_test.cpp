@@ -324,6 +324,24 @@ TEST_F(RunInversion, Ends_with_the_last_iteration_that_can_be_shown) {
   }
 }
 
+TEST_F(RunInversion, Resistivities_beyond_those_of_rocks_are_cut_but_at_debug_level_0) {
+  std::string start = made::inverted_start("1");
+  while (start.find("  2.5\n") != std::string::npos) {
+    start = made::replaced(start, "  2.5\n", "  9.0\n");
+  }
+  const auto resistivity = [&](const std::string& level) {
+    static_cast<void>(
+        folder.write("startup", made::replaced(start, "DEBUG LEVEL:      1", "DEBUG LEVEL:      " + level)));
+    InversionOptions options;
+    options.may_move_earlier = true;
+    options.iterations = 0;
+    (void)invert(options);
+    OccamResponse response = read_response_file(folder.path("RESP00.resp"), folder.path("occamdat"));
+    return response.value(modelled, DataType::tm_resistivity, 1, 3);
+  };
+  EXPECT_NEAR(resistivity("0") - resistivity("1"), 1.0, 0.1);
+}
+
 TEST_F(RunInversion, Finds_its_start_file) {
   EXPECT_EQ(find_start_file(folder.folder()), "startup");
   fs::rename(folder.path("startup"), folder.path("OccamStart"));

@@ -1,8 +1,13 @@
 #include <filesystem>
 
+#include "core/text_fields.h"
 #include "formats/occam/start_file.h"
+#include "occam/inversion/block_resolution.h"
+#include "occam/inversion/inversion_files.h"
 #include "occam/inversion/run_inversion.h"
 #include "occam/inversion/run_problem.h"
+#include "occam/results/iteration_response.h"
+#include "occam/results/run_view.h"
 #include "tests/formats/occam/made_run.h"
 #include "tests/occam/inversion/made_inversion.h"
 
@@ -42,9 +47,17 @@ class StaticShifts : public ::testing::Test {
     sites.site_offsets = {200.0F, 600.0F, 1400.0F};
     return read_model_file(folder.folder(), "inmodel", sites);
   }
-  [[nodiscard]] std::string refusal() const {
+  /// Looks for shifts, three iterations. @return how
+  [[nodiscard]] InversionOptions found_before() const {
+    InversionOptions options;
+    options.static_shift = 0.2;
+    options.iterations = 3;
+    (void)run_inversion(folder.folder(), options, {});
+    return options;
+  }
+  [[nodiscard]] std::string refusal(const InversionOptions& options = {}) const {
     try {
-      (void)run_inversion(folder.folder(), {}, {});
+      (void)run_inversion(folder.folder(), options, {});
     } catch (const std::exception& failure) {
       return failure.what();
     }
@@ -109,6 +122,87 @@ TEST_F(StaticShifts, Are_gone_on_with_also_where_nobody_asks_for_them_again) {
       EXPECT_NEAR(rest.static_shifts.shifts[shift].shift, unbroken.static_shifts.shifts[shift].shift, 1e-5);
     }
   }
+}
+
+TEST_F(StaticShifts, That_were_found_are_in_the_response_of_their_iteration) {
+  (void)found_before();
+  RunResults results;
+  ASSERT_EQ(open_results(folder.path("startup"), results), 0);
+  RunView view(results);
+  ASSERT_EQ(view.load_iteration(), 0);
+  const auto computed = compute_response(view.results(), view.iteration());
+  ASSERT_TRUE(computed);
+  const ModelledData& modelled = computed->modelled;
+  made::expect_same_numbers(plain_response_text(computed->data, {}, modelled.modelled),
+                            file_contents(folder.path("RESP03.resp")), 2e-3);
+  RecordingInterface interface;
+  static_cast<void>(folder.write("SHIFT02.shift", "rubbish\n"));
+  view.choose_iteration(2);
+  EXPECT_EQ(view.load_iteration(), -1);
+  const made::Messages messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_TRUE(messages[0].starts_with("The static shifts that were found can't be read: ")) << messages[0];
+}
+
+TEST_F(StaticShifts, That_were_found_make_standard_errors_larger_than_known_ones) {
+  (void)found_before();
+  const auto found = block_resolution(folder.folder(), "ITER03.iter", 1, {});
+  fs::rename(folder.path("SHIFT03.shift"), folder.path("found"));
+  static_cast<void>(folder.write("inmodel", made::inverted_model("found")));
+  const auto known = block_resolution(folder.folder(), "ITER03.iter", 1, {});
+  ASSERT_TRUE(found && known);
+  ASSERT_EQ(found->standard_errors.size(), known->standard_errors.size());
+  double larger = 0.0;
+  for (std::size_t block = 0; block < found->standard_errors.size(); ++block) {
+    larger = std::max(larger, found->standard_errors[block] / known->standard_errors[block]);
+    EXPECT_DOUBLE_EQ(found->sensitivity[block], known->sensitivity[block]);
+  }
+  EXPECT_GT(larger, 1.05);
+}
+
+TEST_F(StaticShifts, In_a_file_named_like_that_of_an_iteration_stay_the_model_s) {
+  const InversionOptions asks = found_before();
+  const std::string shifts = file_contents(folder.path("SHIFT02.shift"));
+  static_cast<void>(folder.write("inmodel", made::inverted_model("SHIFT02.shift")));
+  InversionOptions options;
+  options.iterations = 1;
+  options.may_move_earlier = true;
+  EXPECT_EQ(run_inversion(folder.folder(), options, {}).earlier_folder, "earlier_1");
+  EXPECT_TRUE(fs::exists(folder.path("earlier_1/SHIFT03.shift")));
+  EXPECT_EQ(file_contents(folder.path("SHIFT02.shift")), shifts);
+  // Known by now, they are no longer looked for, also not by a run that goes on from their iteration.
+  options.go_on = true;
+  (void)run_inversion(folder.folder(), options, {});
+  EXPECT_TRUE(run_inversion(folder.folder(), options, {}).static_shift_file.empty());
+  EXPECT_EQ(file_contents(folder.path("SHIFT02.shift")), shifts);
+
+  static_cast<void>(
+      folder.write("SHIFT02.shift", shift_file_text({ShiftConstraint::none, 0.0, {{2, 1, 0.3, false}}})));
+  InversionOptions anew = asks;
+  anew.may_move_earlier = true;
+  EXPECT_EQ(refusal(anew),
+            "the model's statics file SHIFT02.shift would be replaced by that of iteration 2; give "
+            "it another name");
+  EXPECT_TRUE(fs::exists(folder.path("ITER02.iter")));
+}
+
+TEST_F(StaticShifts, Are_looked_for_only_where_there_are_log10_resistivities) {
+  const InversionOptions asks = found_before();
+  std::string rows = file_contents(folder.path("occamdat"));
+  for (int site = 1; site <= 3; ++site) {
+    for (int frequency = 1; frequency <= 3; ++frequency) {
+      const std::string place = pad_field(std::to_string(site), 6) + pad_field(std::to_string(frequency), 12);
+      rows = made::replaced(rows, place + pad_field("1", 8), place + pad_field("9", 8));
+      rows = made::replaced(rows, place + pad_field("5", 8), place + pad_field("10", 8));
+    }
+  }
+  static_cast<void>(folder.write("occamdat", rows));
+  InversionOptions on;
+  on.go_on = true;
+  on.iterations = 1;
+  EXPECT_TRUE(run_inversion(folder.folder(), on, {}).static_shift_file.empty());
+  on.static_shift = asks.static_shift;
+  EXPECT_EQ(refusal(on), "the run has no log10 resistivities whose static shifts could be looked for");
 }
 
 TEST_F(StaticShifts, Of_the_model_add_constraints_behind_the_rows) {
