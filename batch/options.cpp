@@ -81,6 +81,7 @@ void Parser::add_named_numbers(const std::string& name, const std::map<std::stri
                                const std::string& help) {
   // The library only sees names: it would print the numbers, which are bytes, as characters.
   std::vector<std::string> names;
+  names.reserve(numbers.size());
   for (const auto& [text, number] : numbers) {
     names.push_back(text);
   }

@@ -322,8 +322,8 @@ Space cheaper_space(std::size_t data, std::size_t parameters) {
   return parameters > many_parameters && data < parameters ? Space::data : Space::model;
 }
 
-std::unique_ptr<LinearModels> linear_models(LinearProblem problem, const Roughness& roughness, Space space,
-                                            std::size_t threads) {
+std::unique_ptr<LinearModels> linear_models(const LinearProblem& problem, const Roughness& roughness,
+                                            Space space, std::size_t threads) {
   use_one_blas_thread();
   if (space == Space::data) {
     return std::make_unique<DataSpace>(problem, roughness, threads);

@@ -50,7 +50,7 @@ Space cheaper_space(std::size_t data, std::size_t parameters);
 
 /// @param roughness  must outlive the result
 /// @param threads    0: as many as the machine has cores
-std::unique_ptr<LinearModels> linear_models(LinearProblem problem, const Roughness& roughness, Space space,
-                                            std::size_t threads = 0);
+std::unique_ptr<LinearModels> linear_models(const LinearProblem& problem, const Roughness& roughness,
+                                            Space space, std::size_t threads = 0);
 
 }  // namespace numerics::occam_inversion

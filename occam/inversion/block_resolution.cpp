@@ -60,7 +60,8 @@ std::optional<BlockResolution> block_resolution(const std::filesystem::path& dir
     result.sensitivity = inversion::sensitivities_by_area(linear, model.size(), block_areas(input.model));
     result.visibility = inversion::visibilities(result.sensitivity);
     const auto space = inversion::cheaper_space(problem.data.size(), model.size());
-    const auto models = inversion::linear_models(std::move(linear), roughness, space, threads);
+    const auto models = inversion::linear_models(linear, roughness, space, threads);
+    linear = {};  // its memory is wanted
     auto errors =
         models->standard_errors(input.start.log10_multiplier, part_of(progress, response_share, 1.0));
     if (!errors) {
