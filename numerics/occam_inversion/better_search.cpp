@@ -133,7 +133,7 @@ class LargestThatFits {
   static constexpr double growth = 1.5;
   static constexpr double near_target = 2e-4;        // of the target
   static constexpr double shortest_interval = 1e-3;  // decades: the misfit may jump where the host changes
-  static constexpr double near_bound = 0.02;         // decades
+  static constexpr double near_bound = 0.004;        // decades
 
   const Trial& at(double x) {
     const Trial& trial = trials_.at(x, share_);
