@@ -292,9 +292,12 @@ TEST(Occam_inversion, Finds_back_from_a_multiplier_far_off) {
 TEST(Occam_inversion, Crosses_stretches_where_models_are_alike_or_none) {
   Bells bells;
   Settings settings;
+  State start = half_space();
+  start.iteration = 1;
+  start.log10_multiplier = 8.0;
   for (const double step : {0.05, 0.25, 0.5}) {
     settings.rules = {{}, step, parameters};
-    const Course course = invert_with(bells.problem(hill(), 0.02), settings, half_space());
+    const Course course = invert_with(bells.problem(hill(), 0.02), settings, start);
     EXPECT_LT(course.outcome.last.rms, 0.5 * course.iterations.front().rms) << step;
   }
 
@@ -317,8 +320,6 @@ TEST(Occam_inversion, Crosses_stretches_where_models_are_alike_or_none) {
   EXPECT_TRUE(invert_with(walled, settings, half_space()).outcome.last.state.target_reached);
   evenest = 0.0;
   roughest = 1.5;
-  State start = half_space();
-  start.iteration = 1;
   start.log10_multiplier = -6.0;
   EXPECT_TRUE(invert_with(walled, settings, start).outcome.last.state.target_reached);
   roughest = 0.0;
