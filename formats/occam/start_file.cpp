@@ -109,6 +109,11 @@ void check_ranges(const InversionStart& start) {
   check("the number of iterations to run", start.iterations_to_run, most);
   check("the iteration's number", start.iteration, most);
   check("the stepsize cut count", start.step_cut_count, most_cuts);
+  constexpr double most_decades = 100.0;  // of a multiplier
+  if (std::abs(start.log10_multiplier) > most_decades) {
+    throw std::runtime_error("the Lagrange value " + plain_text(start.log10_multiplier) +
+                             " is no log10 of a multiplier");
+  }
   if (start.model_value_step < 0.0) {
     throw std::runtime_error("the step of model values is " + plain_text(start.model_value_step));
   }

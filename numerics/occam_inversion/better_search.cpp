@@ -9,8 +9,6 @@ namespace numerics::occam_inversion {
 
 namespace {
 
-constexpr double perfectly_smooth = 1e-5;
-
 bool inside(double x) { return x > lowest_multiplier && x < highest_multiplier; }
 
 // The place of the least value of the parabola through three points.
@@ -27,37 +25,20 @@ class Minimum {
   Minimum(Trials& trials, double share, double target) : trials_(trials), share_(share), target_(target) {}
 
   const Trial& find(double from) {
-    const Trial* middle = &at(from);
-    if (fits(*middle)) {
-      return *middle;
+    const Trial& start = at(from);
+    if (fits(start)) {
+      return start;
     }
-    const Trial* low = &at(from - first_step);
-    if (fits(*low)) {
-      return *low;
+    const Trial& low = at(from - first_step);
+    if (fits(low)) {
+      return low;
     }
-    double step = -first_step;
-    const Trial* behind = middle;
-    if (low->misfit() < middle->misfit()) {
-      middle = low;
-    } else {
-      behind = low;
-      step = first_step;
+    if (low.misfit() > start.misfit()) {
+      return walk(low, start, first_step);
     }
-    const Trial* ahead = nullptr;
-    while (inside(middle->log10_multiplier + step)) {
-      ahead = &at(middle->log10_multiplier + step);
-      if (fits(*ahead)) {
-        return *ahead;
-      }
-      if (ahead->misfit() >= middle->misfit()) {
-        break;
-      }
-      behind = middle;
-      middle = ahead;
-      ahead = nullptr;
-      step *= growth;
-    }
-    return ahead == nullptr ? *middle : refine(*behind, *middle, *ahead);
+    const Trial& lowest = walk(start, low, -first_step);
+    // Models that are alike, or none, on this side say nothing of the other.
+    return lowest.misfit() < start.misfit() ? lowest : walk(low, start, first_step);
   }
 
  private:
@@ -68,6 +49,26 @@ class Minimum {
 
   const Trial& at(double x) { return trials_.at(x, share_); }
   [[nodiscard]] bool fits(const Trial& trial) const { return trial.misfit() <= target_; }
+
+  // On from two trials, the second no worse than the first. Rounded models may be alike over decades, and a
+  // stretch without any model is level, too: it is crossed.
+  const Trial& walk(const Trial& first, const Trial& second, double step) {
+    const Trial* behind = &first;
+    const Trial* middle = &second;
+    while (inside(middle->log10_multiplier + step)) {
+      const Trial& ahead = at(middle->log10_multiplier + step);
+      if (fits(ahead)) {
+        return ahead;
+      }
+      if (ahead.misfit() > middle->misfit()) {
+        return refine(*behind, *middle, ahead);
+      }
+      behind = middle;
+      middle = &ahead;
+      step *= growth;
+    }
+    return *middle;
+  }
 
   // Between two trials that are no better.
   const Trial& refine(const Trial& one, const Trial& best, const Trial& other) {
@@ -132,7 +133,7 @@ class LargestThatFits {
   static constexpr double growth = 1.5;
   static constexpr double near_target = 2e-4;        // of the target
   static constexpr double shortest_interval = 1e-3;  // decades: the misfit may jump where the host changes
-  static constexpr double near_bound = 0.02;         // decades
+  static constexpr double near_bound = 0.004;        // decades
 
   const Trial& at(double x) {
     const Trial& trial = trials_.at(x, share_);
@@ -155,7 +156,7 @@ class LargestThatFits {
   const Trial* upwards(const Trial& first) {
     const Trial* fitting = &first;
     double step = first_step;
-    while (fitting->roughness >= perfectly_smooth && inside(fitting->log10_multiplier + step)) {
+    while (fitting->roughness >= uniform_roughness && inside(fitting->log10_multiplier + step)) {
       const Trial& next = at(fitting->log10_multiplier + step);
       if (!fits(next)) {
         return &between(*fitting, next);
@@ -185,7 +186,7 @@ class LargestThatFits {
       if (fits(next)) {
         return &between(next, *above);
       }
-      if (next.misfit() >= above->misfit()) {
+      if (next.misfit() > above->misfit()) {
         return nullptr;
       }
       above = &next;

@@ -207,7 +207,9 @@ Point intercept(Curve& curve, const Point& minimum, double target) {
     b = curve.at(b.x + (std::abs(d) > near ? d : std::copysign(near, half)));
     fb = b.f - target;
   }
-  return b;
+  // Where the misfit jumps over the target the nearer end may lie well above it; the other one fits.
+  constexpr double near_target = 1.001;
+  return b.f > near_target * target && c.f <= target ? c : b;
 }
 
 }  // namespace

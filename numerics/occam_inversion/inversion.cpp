@@ -10,8 +10,6 @@ namespace numerics::occam_inversion {
 namespace {
 
 constexpr double huber_limit = 1.5;  // errors: Huber (1964), Ann. Math. Stat. 35, 73-101
-constexpr double perfectly_smooth = 1e-5;
-constexpr double near_target = 1.01;
 // A roughness, or a misfit above the target, that falls by less twice in a row falls no more.
 constexpr double hardly_smoother = 1e-3;
 constexpr double hardly_nearer = 1e-4;
@@ -83,13 +81,14 @@ class Inversion {
     last_.rms = fit.rms;
     last_.modelled = std::move(fit.modelled);
     last_.state.roughness = roughness_.of(last_.state.model);
-    misfit_ = fit.misfit;
+    last_.misfit = fit.misfit;
     if (last_.state.iteration == 0) {
       last_.state.log10_multiplier = State().log10_multiplier;
-      last_.state.target_reached = misfit_ <= settings_.target_rms;
+      last_.state.target_reached = last_.misfit <= settings_.target_rms;
     }
     // A file has fewer digits than the model had; a target that was lowered since is to be reached again.
     last_.state.target_reached = last_.state.target_reached && fits();
+    last_.model_log10_multiplier = last_.state.log10_multiplier;
   }
 
   Fit respond(std::span<const double> model) const {
@@ -105,7 +104,7 @@ class Inversion {
         *models, roughness_, last_.state.model, settings_.rules,
         [this](std::span<const double> model) { return respond(model); }, listener_.trial);
     const SearchStart start{std::clamp(last_.state.log10_multiplier, lowest_multiplier, highest_multiplier),
-                            misfit_,
+                            last_.misfit,
                             settings_.target_rms,
                             last_.state.target_reached,
                             last_.state.roughness,
@@ -120,19 +119,22 @@ class Inversion {
     last_ = {{last_.state.iteration + 1, accepted.model, end.log10_multiplier, accepted.roughness,
               end.target_reached, last_.state.small_gains},
              accepted.fit.rms,
+             accepted.misfit(),
+             accepted.log10_multiplier,
              accepted.fit.modelled,
              trials.step_of(accepted),
              trials.count()};
-    misfit_ = accepted.misfit();
     last_.state.small_gains = is_small_gain(before, level()) ? last_.state.small_gains + 1 : 0;
     return std::nullopt;
   }
 
-  [[nodiscard]] Level level() const { return {misfit_, last_.state.roughness, last_.state.target_reached}; }
+  [[nodiscard]] Level level() const {
+    return {last_.misfit, last_.state.roughness, last_.state.target_reached};
+  }
 
-  [[nodiscard]] bool fits() const { return misfit_ <= near_target * settings_.target_rms; }
+  [[nodiscard]] bool fits() const { return last_.misfit <= near_target * settings_.target_rms; }
   [[nodiscard]] bool is_perfectly_smooth() const {
-    return fits() && last_.state.roughness < perfectly_smooth;
+    return fits() && last_.state.roughness < uniform_roughness;
   }
 
   [[nodiscard]] std::optional<Ending> is_finished() const {
@@ -152,7 +154,6 @@ class Inversion {
   const Settings& settings_;
   const Listener& listener_;
   Iteration last_;
-  double misfit_ = 0.0;  // of the last model, as the search goes by it
 };
 
 }  // namespace

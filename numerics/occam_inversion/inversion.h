@@ -35,6 +35,9 @@ struct Problem {
 
 enum class Search { better, classic };
 
+/// A misfit of at most so many targets counts as fitting.
+constexpr double near_target = 1.01;
+
 struct Settings {
   double target_rms = 1.0;
   int most_iterations = 10;  // more than the state has
@@ -58,8 +61,10 @@ struct State {
 struct Iteration {
   State state;
   double rms = 0.0;
-  std::vector<double> modelled;  // data of the model
-  double step = 0.0;             // root mean square of the model's change, decades
+  double misfit = 0.0;                  // that goes by the target; the RMS unless the inversion is robust
+  double model_log10_multiplier = 0.0;  // of the model itself; of a start the state's
+  std::vector<double> modelled;         // data of the model
+  double step = 0.0;                    // root mean square of the model's change, decades
   std::size_t trials = 0;
 };
 

@@ -7,7 +7,6 @@
 #include <numeric>
 #include <set>
 #include <stdexcept>
-#include <tuple>
 #include <unordered_map>
 #include <utility>
 

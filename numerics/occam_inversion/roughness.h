@@ -15,15 +15,14 @@ namespace numerics::occam_inversion {
 
 /// A block between node lines of the mesh, which count from the left and from the top.
 struct Block {
-  int layer = 0;
-  int place = 0;  // in its layer, from the left
-  int left = 0;   // node lines
+  int left = 0;  // node lines
   int right = 0;
   int top = 0;
   int bottom = 0;
-  double width = 0.0;             // m, as it counts: the outermost blocks as wide as their inner neighbours
-  double height = 0.0;            // m, as it counts: the last layer as thick as the one above
-  double first_row_bottom = 0.0;  // m, depth of the bottom of its first row of cells
+  double width = 0.0;  // m, as it counts: the outermost blocks as wide as their inner neighbours
+  double height =
+      0.0;  // m, as it counts: the last layer as thick as the one above if that has as many blocks
+  double first_row_bottom = 0.0;         // m, depth of the bottom of its first row of cells
   std::optional<std::size_t> parameter;  // none for a block that is fixed
 };
 

@@ -9,6 +9,7 @@ namespace numerics::occam_inversion {
 
 constexpr double lowest_multiplier = -10.0;  // log10; below, the roughness no longer counts
 constexpr double highest_multiplier = 15.0;  // above, the data no longer do
+constexpr double uniform_roughness = 1e-5;   // a roughness below it is that of a uniform model
 
 struct SearchStart {
   double log10_multiplier = 5.0;  // where the last search ended, between these

@@ -26,11 +26,21 @@ std::string look_at(const std::vector<std::string>& names) {
   return names.empty() ? std::string() : ", look at the misfit of " + sites_text(names);
 }
 
+// "within the model limits of the file the target of 1.2 asks for larger errors"
+std::string out_of_reach(const InversionEnd& end, const std::string& target) {
+  const std::string bounds = end.has_limits && end.has_steps ? "model limits and value steps"
+                             : end.has_limits                ? "model limits"
+                                                             : "model value steps";
+  return (end.has_limits || end.has_steps ? "within the " + bounds + " of the file " : "") + target +
+         " asks for larger errors";
+}
+
 }  // namespace
 
 std::string ending_sentence(const InversionEnd& end) {
-  constexpr double near_target = 1.01;
-  const std::string rms = "RMS " + format_number(end.rms, "0.00");
+  const std::string rms =
+      "RMS " + format_number(end.rms, "0.00") +
+      (end.robust ? " (" + format_number(end.misfit, "0.00") + " with outliers counted linearly)" : "");
   const std::string after =
       " after " + std::to_string(end.iteration) + (end.iteration == 1 ? " iteration" : " iterations");
   const std::string target = "the target of " + plain_text(end.target_rms);
@@ -41,11 +51,11 @@ std::string ending_sentence(const InversionEnd& end) {
       return rms + after + "; a uniform ground fits to the target.";
     case inversion::Ending::iterations_done:
       return rms + after + "; " +
-             (end.rms <= near_target * end.target_rms
+             (end.misfit <= inversion::near_target * end.target_rms
                   ? target + " is reached, and more iterations may smooth the model."
                   : target + " is not reached yet" + look_at(end.poor_sites) + ".");
     case inversion::Ending::no_better_fit:
-      return "Stopped improving at " + rms + after + ": " + target + " asks for larger errors" +
+      return "Stopped improving at " + rms + after + ": " + out_of_reach(end, target) +
              look_at(end.poor_sites) + ".";
     case inversion::Ending::stopped:
       break;

@@ -13,7 +13,11 @@ struct InversionEnd {
   numerics::occam_inversion::Ending ending = numerics::occam_inversion::Ending::stopped;
   int iteration = 0;  // of the last model
   double rms = 0.0;
+  double misfit = 0.0;  // that goes by the target
+  bool robust = false;  // the misfit counts outliers linearly
   double target_rms = 1.0;
+  bool has_limits = false;              // models keep to limits
+  bool has_steps = false;               // models are multiples of a step
   std::vector<std::string> poor_sites;  // that fit much worse than the others, by name
 };
 

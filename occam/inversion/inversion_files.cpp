@@ -78,7 +78,7 @@ void IterationLog::add(const inversion::Trial& trial) {
 std::string IterationLog::end(const inversion::Iteration& iteration, std::size_t blocks) const {
   const std::string place =
       iteration.state.target_reached ? " INTERCEPT IS AT MU =" : " MINIMUM TOL FROM SEARCH IS AT MU =";
-  return text_ + place + logged(iteration.state.log10_multiplier) + "\n AND IS =" + logged(iteration.rms) +
+  return text_ + place + logged(iteration.model_log10_multiplier) + "\n AND IS =" + logged(iteration.misfit) +
          "\n USING " + std::to_string(iteration.trials) +
          " EVALUATIONS OF FUNCTION\n STEPSIZE IS =" + logged(iteration.step) +
          "\n ROUGHNESS IS =" + logged(iteration.state.roughness) + "\n" +

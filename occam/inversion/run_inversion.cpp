@@ -61,17 +61,20 @@ class RunLog {
 
 // How many iterations in a row, up to the one that is gone on from, were hardly worth it: the decision to end
 // goes by them. Files before it that can't be read are no reason not to go on.
-int small_gains_before(const fs::path& directory, int iteration) {
+// @param robust  the misfit isn't the RMS that the files hold: gains of fit begin anew
+int small_gains_before(const fs::path& directory, int iteration, bool robust) {
   const auto files = iteration_files_of(directory);
   const auto level_of = [&](int number) {
     const InversionStart state = read_start_file((directory / files.at(number)).string());
     return inversion::Level{state.rms, state.roughness, state.target_reached};
   };
+  const auto is_small = [&](int number) {
+    const inversion::Level before = level_of(number - 1);
+    return (before.target_reached || !robust) && inversion::is_small_gain(before, level_of(number));
+  };
   int count = 0;
   try {
-    for (; files.contains(iteration) && files.contains(iteration - 1) &&
-           inversion::is_small_gain(level_of(iteration - 1), level_of(iteration));
-         --iteration) {
+    for (; files.contains(iteration) && files.contains(iteration - 1) && is_small(iteration); --iteration) {
       ++count;
     }
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch)
@@ -209,7 +212,7 @@ inversion::State RunningInversion::start_state() const {
   state.log10_multiplier = start_.log10_multiplier;
   state.roughness = start_.roughness;
   state.target_reached = start_.target_reached;
-  state.small_gains = is_iteration_ ? small_gains_before(directory_, start_.iteration) : 0;
+  state.small_gains = is_iteration_ ? small_gains_before(directory_, start_.iteration, options_.robust) : 0;
   return state;
 }
 
@@ -356,8 +359,10 @@ void RunningInversion::end(const inversion::Outcome& outcome) {
     return;
   }
   const InversionStep& last = report_.steps.back();
-  report_.reason = ending_sentence({outcome.ending, last.iteration, last.rms, start_.target_rms,
-                                    poor_sites(input_.data, outcome.last.modelled)});
+  report_.reason =
+      ending_sentence({outcome.ending, last.iteration, last.rms, outcome.last.misfit, options_.robust,
+                       start_.target_rms, start_.model_limits.has_value(), start_.model_value_step > 0.0,
+                       poor_sites(input_.data, outcome.last.modelled)});
   std::string log = iteration_log_.broken_off();
   if (run_.looks_for_shifts()) {
     report_.static_shifts = run_.found_shifts(outcome.last.state.model);

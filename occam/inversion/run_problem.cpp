@@ -1,7 +1,6 @@
 #include "occam/inversion/run_problem.h"
 
 #include <algorithm>
-#include <map>
 #include <stdexcept>
 #include <utility>
 
@@ -82,18 +81,22 @@ StaticsFile RunProblem::found_shifts(std::span<const double> model) const {
 
 std::vector<inversion::Block> RunProblem::blocks() const {
   std::vector<inversion::Block> blocks;
-  std::vector<int> places(model_.layers.size());
+  const int last = model_.num_layers() - 1;
+  const bool is_like_above =
+      last > 0 && model_.layers[static_cast<std::size_t>(last)].block_columns.size() ==
+                      model_.layers[static_cast<std::size_t>(last) - 1].block_columns.size();
   for (const OccamBlock& block : model_.blocks) {
     inversion::Block& entry = blocks.emplace_back();
     const BlockExtent& extent = block.block_extent;
-    entry.layer = block.layer;
-    entry.place = places[static_cast<std::size_t>(block.layer)]++;
     entry.left = extent.left_column;
     entry.right = extent.end_column;
     entry.top = extent.top_row;
     entry.bottom = extent.end_row;
     entry.width = block.block_width;
-    entry.height = block.block_height;
+    entry.height = block.layer == last && !is_like_above
+                       ? model_.node_z[static_cast<std::size_t>(extent.end_row)] -
+                             model_.node_z[static_cast<std::size_t>(extent.top_row)]
+                       : block.block_height;
     entry.first_row_bottom = model_.node_z[static_cast<std::size_t>(extent.top_row) + 1];
     if (block.parameter_number > 0) {
       entry.parameter = static_cast<std::size_t>(block.parameter_number - 1);

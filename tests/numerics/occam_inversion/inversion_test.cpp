@@ -102,6 +102,11 @@ TEST(Occam_inversion, A_linear_problem_fits_after_one_iteration_with_the_smoothe
     const Iteration& first = course.iterations[1];
     EXPECT_TRUE(first.state.target_reached);
     EXPECT_NEAR(first.rms, 1.0, 2e-3);
+    if (search == Search::classic) {  // the next search starts at the minimum, the model lies where it fits
+      EXPECT_GT(first.model_log10_multiplier, first.state.log10_multiplier);
+    } else {
+      EXPECT_EQ(first.model_log10_multiplier, first.state.log10_multiplier);
+    }
     // The model of one multiplier that fits to the target: no other iteration finds a smoother one.
     EXPECT_NEAR(course.outcome.last.state.roughness, first.state.roughness, 2e-3 * first.state.roughness);
     EXPECT_EQ(course.outcome.ending, Ending::smooth_and_fitting);
@@ -281,6 +286,68 @@ TEST(Occam_inversion, Finds_back_from_a_multiplier_far_off) {
     const Outcome outcome = invert_with(problem, {}, start).outcome;
     EXPECT_TRUE(outcome.last.state.target_reached) << far_off;
     EXPECT_LT(std::abs(outcome.last.state.log10_multiplier), 10.0) << far_off;
+  }
+}
+
+TEST(Occam_inversion, Crosses_stretches_where_models_are_alike_or_none) {
+  Bells bells;
+  Settings settings;
+  State start = half_space();
+  start.iteration = 1;
+  start.log10_multiplier = 8.0;
+  for (const double step : {0.05, 0.25, 0.5}) {
+    settings.rules = {{}, step, parameters};
+    const Course course = invert_with(bells.problem(hill(), 0.02), settings, start);
+    EXPECT_LT(course.outcome.last.rms, 0.5 * course.iterations.front().rms) << step;
+  }
+
+  // No model at multipliers where it is too even, or too rough.
+  settings.rules = {};
+  const Problem sound = bells.problem(hill(), 0.1);
+  Problem walled = sound;
+  double evenest = 0.0;
+  double roughest = 0.0;
+  walled.respond = [&](std::span<const double> model, Derivatives derivatives) {
+    Modelled result = bells.respond(model, derivatives);
+    const auto [least, most] = std::ranges::minmax(model);
+    if (most > least && (most - least < evenest || most - least > roughest)) {
+      result.values.assign(result.values.size(), std::numeric_limits<double>::quiet_NaN());
+    }
+    return result;
+  };
+  evenest = 0.5;
+  roughest = 1e9;
+  EXPECT_TRUE(invert_with(walled, settings, half_space()).outcome.last.state.target_reached);
+  evenest = 0.0;
+  roughest = 1.5;
+  start.log10_multiplier = -6.0;
+  EXPECT_TRUE(invert_with(walled, settings, start).outcome.last.state.target_reached);
+  roughest = 0.0;
+  bells.responses = 0;
+  EXPECT_EQ(invert_with(walled, settings, half_space()).outcome.ending, Ending::no_better_fit);
+  EXPECT_LT(bells.responses, 40U);
+}
+
+TEST(Occam_inversion, Keeps_below_a_target_that_the_misfit_jumps_over) {
+  Bells bells;
+  Problem problem = bells.problem(hill(), 0.1);
+  problem.respond = [&](std::span<const double> model, Derivatives derivatives) {
+    Modelled result = bells.respond(model, derivatives);
+    const double rms = root_mean_square(problem, result.values);
+    const double part = rms > 0.95 ? (rms + 0.07) / rms : 1.0;
+    for (std::size_t row = 0; row < result.values.size(); ++row) {
+      result.values[row] = problem.data[row] - part * (problem.data[row] - result.values[row]);
+    }
+    return result;
+  };
+  for (const Search search : {Search::better, Search::classic}) {
+    Settings settings;
+    settings.search = search;
+    settings.most_iterations = 1;
+    const Outcome outcome = invert_with(problem, settings, half_space()).outcome;
+    EXPECT_TRUE(outcome.last.state.target_reached);
+    EXPECT_LE(outcome.last.rms, 1.0);
+    EXPECT_GT(outcome.last.rms, 0.94);
   }
 }
 

@@ -16,11 +16,9 @@ namespace {
 //  3            | f |   g   |      50 m; f is fixed
 //  5
 std::vector<Block> hand_made() {
-  const auto block = [](int layer, int place, int left, int right, int top, int bottom, double height,
+  const auto block = [](int layer, int left, int right, int top, int bottom, double height,
                         std::optional<std::size_t> parameter) {
     Block result;
-    result.layer = layer;
-    result.place = place;
     result.left = left;
     result.right = right;
     result.top = top;
@@ -31,10 +29,10 @@ std::vector<Block> hand_made() {
     result.parameter = parameter;
     return result;
   };
-  return {block(0, 0, 0, 2, 0, 1, 10.0, 0), block(0, 1, 2, 4, 0, 1, 10.0, 1),
-          block(0, 2, 4, 6, 0, 1, 10.0, 2), block(1, 0, 0, 4, 1, 3, 30.0, 3),
-          block(1, 1, 4, 6, 1, 3, 30.0, 4), block(2, 0, 0, 2, 3, 5, 50.0, std::nullopt),
-          block(2, 1, 2, 6, 3, 5, 50.0, 5)};
+  return {block(0, 0, 2, 0, 1, 10.0, 0), block(0, 2, 4, 0, 1, 10.0, 1),
+          block(0, 4, 6, 0, 1, 10.0, 2), block(1, 0, 4, 1, 3, 30.0, 3),
+          block(1, 4, 6, 1, 3, 30.0, 4), block(2, 0, 2, 3, 5, 50.0, std::nullopt),
+          block(2, 2, 6, 3, 5, 50.0, 5)};
 }
 
 using Weights = std::map<std::pair<std::size_t, std::size_t>, double>;

@@ -31,7 +31,7 @@ TEST(Site_misfits, Sites_that_stand_out_are_few_or_none) {
 TEST(Ending_sentence, Says_what_to_do_next) {
   const auto sentence = [](Ending ending, int iteration, double rms, double target,
                            std::vector<std::string> sites = {}) {
-    return ending_sentence({ending, iteration, rms, target, std::move(sites)});
+    return ending_sentence({ending, iteration, rms, rms, false, target, false, false, std::move(sites)});
   };
   EXPECT_EQ(sentence(Ending::smooth_and_fitting, 6, 0.9999, 1.0),
             "RMS 1.00 after 6 iterations; the model is the smoothest one found that fits to the target.");
@@ -46,6 +46,20 @@ TEST(Ending_sentence, Says_what_to_do_next) {
       "RMS 1.00 after 10 iterations; the target of 1 is reached, and more iterations may smooth the model.");
   EXPECT_EQ(sentence(Ending::stopped, 2, 3.0, 1.0),
             "Stopped at RMS 3.00 after 2 iterations; it can be continued.");
+
+  // The target is one of the misfit that the inversion goes by.
+  EXPECT_EQ(
+      ending_sentence({Ending::iterations_done, 4, 1.66, 1.0, true, 1.0, false, false, {}}),
+      "RMS 1.66 (1.00 with outliers counted linearly) after 4 iterations; the target of 1 is reached, and "
+      "more iterations may smooth the model.");
+  EXPECT_EQ(
+      ending_sentence({Ending::no_better_fit, 3, 2.0, 2.0, false, 1.0, true, false, {}}),
+      "Stopped improving at RMS 2.00 after 3 iterations: within the model limits of the file the target of "
+      "1 asks for larger errors.");
+  EXPECT_EQ(
+      ending_sentence({Ending::no_better_fit, 3, 2.0, 2.0, false, 1.0, true, true, {}}),
+      "Stopped improving at RMS 2.00 after 3 iterations: within the model limits and value steps of the "
+      "file the target of 1 asks for larger errors.");
 }
 
 TEST(Ending_sentence, Names_sites_as_the_data_file_does) {

@@ -3,8 +3,11 @@
 #include <filesystem>
 #include <map>
 
+#include "core/text_fields.h"
 #include "formats/occam/response_file.h"
 #include "formats/occam/start_file.h"
+#include "occam/inversion/inversion_input.h"
+#include "occam/inversion/run_problem.h"
 #include "tests/formats/occam/made_run.h"
 #include "tests/occam/inversion/made_inversion.h"
 
@@ -250,10 +253,57 @@ TEST_F(RunInversion, What_never_fits_ends_with_the_sites_to_look_at) {
   const InversionReport report = invert();
   EXPECT_EQ(report.ending, Ending::no_better_fit) << report.reason;
   EXPECT_NE(report.reason.find("Stopped improving at RMS "), std::string::npos) << report.reason;
-  EXPECT_TRUE(report.reason.ends_with(
-      "the target of 0.5 asks for larger errors, look at the misfit of site 2 (pb27)."))
+  EXPECT_TRUE(
+      report.reason.ends_with("within the model limits of the file the target of 0.5 asks for larger errors, "
+                              "look at the misfit of site 2 (pb27)."))
       << report.reason;
   EXPECT_TRUE(file_contents(folder.path(inversion_log)).ends_with(" Convergence problems from RMS Misfit\n"));
+}
+
+// One resistivity is wrong by a decade.
+TEST_F(RunInversion, With_outliers_counted_linearly_the_target_is_that_of_the_misfit_so_counted) {
+  std::string data = file_contents(folder.path("occamdat"));
+  const std::string begin = pad_field("2", 6) + pad_field("2", 12) + pad_field("1", 8);
+  const std::size_t at = data.find(begin);
+  ASSERT_NE(at, std::string::npos);
+  static_cast<void>(
+      folder.write("occamdat", data.replace(at, data.find('\r', at) - at, begin + "  3.0  0.02")));
+  InversionOptions options;
+  options.robust = true;
+  options.target_rms = 3.0;
+  const InversionReport unbroken = invert(options);
+  EXPECT_EQ(unbroken.ending, Ending::smooth_and_fitting) << unbroken.reason;
+  EXPECT_GT(unbroken.steps.back().rms, 2.6);
+  EXPECT_NE(unbroken.reason.find("(3.00 with outliers counted linearly)"), std::string::npos)
+      << unbroken.reason;
+  EXPECT_NE(file_contents(folder.path(inversion_log)).find("\n AND IS =   2.99"), std::string::npos);
+
+  options.iterations = 1;
+  options.may_move_earlier = true;
+  InversionReport part = invert(options);
+  options.go_on = true;
+  options.may_move_earlier = false;
+  for (int round = 0; part.ending == Ending::iterations_done && round < 30; ++round) {
+    part = invert(options);
+  }
+  EXPECT_EQ(part.ending, unbroken.ending);
+  EXPECT_EQ(part.steps.back().iteration, unbroken.steps.back().iteration);
+}
+
+// The deepest blocks are 4800 m high, those above 800 m.
+TEST_F(RunInversion, The_last_layer_counts_as_thick_as_the_one_above_if_it_has_as_many_blocks) {
+  const auto last_height = [&](const std::string& last_layer) {
+    const std::string model = made::inverted_model();
+    const std::string like_above = " 2 6\n 4 2 2 2 2 4\n";
+    static_cast<void>(folder.write(
+        "inmodel", std::string(model).replace(model.rfind(like_above), like_above.size(), last_layer)));
+    static_cast<void>(
+        folder.write("startup", made::inverted_start("1", "1", last_layer == like_above ? 36 : 33)));
+    const InversionInput input = read_inversion_input(folder.folder(), "startup");
+    return RunProblem(input.model, input.data, {1, std::nullopt}, {}).blocks().back().height;
+  };
+  EXPECT_EQ(last_height(" 2 6\n 4 2 2 2 2 4\n"), 800.0);
+  EXPECT_EQ(last_height(" 2 3\n 6 4 6\n"), 4800.0);
 }
 
 TEST_F(RunInversion, Threads_don_t_change_a_digit) {
