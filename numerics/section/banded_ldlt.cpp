@@ -17,6 +17,7 @@ struct Kernels {
   void (*add_products)(const Products&, std::size_t);
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): an attribute has none
 #define BRENLOX_KERNELS(name, Width, ATTRIBUTE)                                                    \
   ATTRIBUTE void factor_##name(const Panels& a, const Values& side, const MakeReady& make_ready) { \
     factor_panels<Width>(a, side, make_ready);                                                     \
@@ -32,6 +33,7 @@ struct Kernels {
     add_products<Width>(products, count);                                                          \
   }                                                                                                \
   constexpr Kernels name = {factor_##name, substitute_back_##name, solve_sides_##name, add_products_##name};
+// NOLINTEND(bugprone-macro-parentheses)
 
 BRENLOX_KERNELS(narrow, NarrowRegisters, )
 
