@@ -52,7 +52,7 @@ class LineProblem {
     for (std::size_t i = 0; i < blocks.size(); ++i) {
       const auto layer = static_cast<int>(i / line_.across);
       const auto place = static_cast<int>(i % line_.across);
-      blocks[i] = {layer, place, place, place + 1, layer, layer + 1, 1.0, 1.0, 1.0, i};
+      blocks[i] = {place, place + 1, layer, layer + 1, 1.0, 1.0, 1.0, i};
     }
     return {blocks, blocks.size(), {}};
   }
