@@ -19,9 +19,8 @@ struct Block {
   int right = 0;
   int top = 0;
   int bottom = 0;
-  double width = 0.0;  // m, as it counts: the outermost blocks as wide as their inner neighbours
-  double height =
-      0.0;  // m, as it counts: the last layer as thick as the one above if that has as many blocks
+  double width = 0.0;   // m, as it counts: the outermost blocks as wide as their inner neighbours
+  double height = 0.0;  // m, likewise: the last layer as thick as the one above, if that has as many blocks
   double first_row_bottom = 0.0;         // m, depth of the bottom of its first row of cells
   std::optional<std::size_t> parameter;  // none for a block that is fixed
 };
