@@ -138,7 +138,7 @@ std::string EarlierIterationFiles::text() const {
 fs::path EarlierIterationFiles::folder() const { return free_folder(directory_); }
 
 fs::path EarlierIterationFiles::move_away() const {
-  const fs::path folder = free_folder(directory_);
+  fs::path folder = free_folder(directory_);
   std::vector<std::string> moved;
   try {
     fs::create_directory(folder);

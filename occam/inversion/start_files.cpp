@@ -38,7 +38,7 @@ bool may_be_start(const fs::path& file) {
 std::string find_start_file(const fs::path& directory) {
   std::vector<std::string> starts;
   for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
-    const std::string name = entry.path().filename().string();
+    std::string name = entry.path().filename().string();
     if (!entry.is_regular_file()) {
       continue;
     }
