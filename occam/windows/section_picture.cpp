@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QPdfWriter>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <iterator>
@@ -31,20 +32,13 @@ constexpr int heading_font_pixels = 13;
 /// 1, 2 or 5 times a power of ten that holds all values, decades either way; at most 2: more is as good as
 /// unknown.
 double end_of_colours(std::span<const double> decades) {
-  constexpr double most = 2.0;
+  constexpr std::array ends{0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0};
   double largest = 0.0;
   for (const double value : decades) {
     largest = std::max(largest, std::abs(value));
   }
-  double power = 0.001;
-  for (; power < most; power *= 10.0) {
-    for (const double step : {1.0, 2.0, 5.0}) {
-      if (largest <= step * power) {
-        return std::min(step * power, most);
-      }
-    }
-  }
-  return most;
+  const auto end = std::ranges::find_if(ends, [largest](double value) { return largest <= value; });
+  return end == ends.end() ? ends.back() : *end;
 }
 
 std::string shown_number(float value) { return value == no_data ? "NA" : format_number(value, "0.0000"); }
