@@ -1,5 +1,6 @@
 // small_run.h: a run directory whose inversion takes a moment: three sites, three frequencies, a coarse mesh.
 #pragma once
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -16,17 +17,23 @@ struct SmallRun {
   std::string iterations = "4";
   std::string target_rms = "1.0";
   double error = 0.03;  // decades, and of a phase in units of 50 degrees
+  int repeats = 1;      // of each frequency, nearly: the inversion takes so much longer
 };
 
 /// Data of a ground that gets more conductive with depth, and to the right.
-inline Module_occam::DataFile small_data(double error) {
+inline Module_occam::DataFile small_data(double error, int repeats) {
   using Module_occam::DataType;
-  Module_occam::DataFile data{"by hand", {100.0F, 250.0F, 400.0F}, {100.0F, 10.0F, 1.0F}, {}, {}};
+  Module_occam::DataFile data{"by hand", {100.0F, 250.0F, 400.0F}, {}, {}, {}};
+  for (int frequency = 0; frequency < 3 * repeats; ++frequency) {
+    const double nearly = 1.0 - 0.001 * (frequency / 3);
+    data.frequencies.push_back(static_cast<float>(std::pow(10.0, 2 - frequency % 3) * nearly));
+  }
   for (int site = 1; site <= 3; ++site) {
-    for (int frequency = 1; frequency <= 3; ++frequency) {
+    for (int frequency = 1; frequency <= 3 * repeats; ++frequency) {
+      const int place = (frequency - 1) % 3 + 1;
       data.rows.push_back(
-          {site, frequency, DataType::tm_resistivity, 2.3 - 0.1 * site - 0.15 * frequency, error});
-      data.rows.push_back({site, frequency, DataType::tm_phase, 46.0 + 2.0 * frequency, 50.0 * error});
+          {site, frequency, DataType::tm_resistivity, 2.3 - 0.1 * site - 0.15 * place, error});
+      data.rows.push_back({site, frequency, DataType::tm_phase, 46.0 + 2.0 * place, 50.0 * error});
     }
   }
   return data;
@@ -36,7 +43,7 @@ inline Module_occam::DataFile small_data(double error) {
 inline std::string write_small_run(const TemporaryFolder& folder, const std::string& place = "",
                                    const SmallRun& run = {}) {
   using namespace Module_occam;
-  const DataFile data = small_data(run.error);
+  const DataFile data = small_data(run.error, run.repeats);
   const MeshColumns columns = mesh_columns(horizontal_nodes(data.positions, 1000.0));
   const MeshRows rows = mesh_rows(5, 2.0, 30.0);
   const std::vector<LayerLines> layers = merge_blocks(columns, rows, 1.0);
