@@ -44,7 +44,7 @@ void redraw(benchmark::State& state) {
   QImage image(1600, 600, QImage::Format_RGB32);
   SectionPicture picture;
   picture.choices = {1.0, 3.0, 1e6, false};
-  picture.palette = image_palette(2, false);
+  picture.palette = graph::image_palette(2, false);
   picture.draw_mesh = state.range(2) != 0;
   const auto draw = [&] {
     picture.geometry = section_geometry(model, parameters, picture.choices, section_part(image.size()));

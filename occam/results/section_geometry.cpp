@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "core/number_text.h"
-#include "occam/results/image_palette.h"
+#include "platform/graph/image_palette.h"
 
 namespace Module_occam {
 
@@ -74,7 +74,7 @@ void add_layer(const OccamModel& model, int layer, std::span<const double> param
          mapping.to_y(node(model.node_z, extent.top_row)),
          mapping.to_x(node(model.node_x, extent.end_column)),
          mapping.to_y(node(model.node_z, extent.end_row)),
-         static_cast<std::uint8_t>(palette_entry(value, choices.min_res, choices.max_res)),
+         static_cast<std::uint8_t>(graph::palette_entry(value, choices.min_res, choices.max_res)),
          static_cast<float>(value), block.parameter_number});
   }
 }

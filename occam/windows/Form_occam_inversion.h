@@ -3,9 +3,9 @@
 #pragma once
 #include <QDialog>
 
-#include "occam/results/image_palette.h"
 #include "occam/results/run_view.h"
 #include "occam/windows/section_picture.h"
+#include "platform/graph/image_palette.h"
 #include "platform/widgets/vex_control_resizer.h"
 
 class InversionPanel;
@@ -44,8 +44,8 @@ class Form_occam_inversion : public QDialog {
   void display_current_station();
   void display_response_errors();
   void display_response_profiles();
-  [[nodiscard]] static Module_occam::Palette image_palette(int table, bool invert) {
-    return Module_occam::image_palette(table, invert);
+  [[nodiscard]] static graph::Palette image_palette(int table, bool invert) {
+    return graph::image_palette(table, invert);
   }
 
  protected:

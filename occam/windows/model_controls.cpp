@@ -110,7 +110,7 @@ QWidget* ModelControls::make_look_group() {
   auto* const group = new QWidget;
   auto* const rows = new QFormLayout(group);
   rows->setContentsMargins(0, 0, 0, 0);
-  for (const std::string_view name : colour_table_names) {
+  for (const std::string_view name : graph::colour_table_names) {
     Combo_colour_table_->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
   }
   Combo_colour_table_->setCurrentIndex(SectionLook().colour_table);

@@ -6,7 +6,8 @@
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
-#include "occam/windows/picture_axes.h"
+#include "occam/windows/short_site_name.h"
+#include "platform/graph/picture_axes.h"
 
 using namespace Module_occam;
 
@@ -39,7 +40,7 @@ void PictureError::choose(const QString& title, std::optional<DataType> type) {
   update();
 }
 
-void PictureError::show_misfits(const Palette& palette) {
+void PictureError::show_misfits(const graph::Palette& palette) {
   palette_ = palette;
   shown_ = true;
   update();
@@ -61,7 +62,7 @@ QRectF PictureError::plot() const {
 void PictureError::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  use_picture_style(painter);
+  graph::use_picture_style(painter);
   const QRectF area = plot();
   painter.drawText(QRectF(area.left(), 0.0, area.width(), area.top()), Qt::AlignCenter, title_);
   if (shown_ && response_.resp_sites() > 0) {
@@ -86,9 +87,10 @@ void PictureError::paint_cells(QPainter& painter) const {
     for (int frequency = 0; frequency < frequencies; ++frequency) {
       const double misfit = misfit_of(site + 1, frequency + 1);
       const QRect cell(QPoint(x(site), y(frequency)), QPoint(x(site + 1) - 1, y(frequency + 1) - 1));
-      painter.fillRect(cell, is_absent(misfit)
-                                 ? QColor(Qt::white)
-                                 : to_qt(palette_[static_cast<std::size_t>(misfit_entry(misfit))]));
+      painter.fillRect(cell,
+                       is_absent(misfit)
+                           ? QColor(Qt::white)
+                           : graph::to_qt(palette_[static_cast<std::size_t>(graph::misfit_entry(misfit))]));
     }
   }
   painter.setBrush(Qt::NoBrush);
@@ -104,14 +106,14 @@ void PictureError::paint_cells(QPainter& painter) const {
 void PictureError::paint_labels(QPainter& painter) const {
   const QRectF area = plot();
   const QFontMetricsF metrics(painter.font());
-  std::vector<PictureTick> sites;
+  std::vector<graph::PictureTick> sites;
   double widest = 0.0;
   for (int site = 0; site < response_.resp_sites(); ++site) {
     const QString name = short_site_name(response_.resp_site_names[static_cast<std::size_t>(site)]);
     widest = std::max(widest, metrics.horizontalAdvance(name));
     sites.push_back({area.left() + area.width() * (site + 0.5) / response_.resp_sites(), name});
   }
-  std::vector<PictureTick> frequencies;
+  std::vector<graph::PictureTick> frequencies;
   for (int i = 0; i < response_.resp_frequency_count(); ++i) {
     constexpr int digits = 4;
     const QString label =
@@ -119,11 +121,11 @@ void PictureError::paint_labels(QPainter& painter) const {
     frequencies.push_back({area.top() + area.height() * (i + 0.5) / response_.resp_frequency_count(), label});
   }
   constexpr double gap = 6.0;
-  draw_bottom_axis(painter, area, ticks_with_room(sites, widest + gap), "Site");
-  draw_left_axis(painter, area, ticks_with_room(frequencies, metrics.height()), "Hz");
+  graph::draw_bottom_axis(painter, area, graph::ticks_with_room(sites, widest + gap), "Site");
+  graph::draw_left_axis(painter, area, graph::ticks_with_room(frequencies, metrics.height()), "Hz");
   constexpr double bar_width = 12.0;
-  draw_colour_bar(painter, {area.right() + 8.0, area.top(), bar_width, area.height()}, palette_,
-                  -largest_misfit, largest_misfit, QString());
+  graph::draw_colour_bar(painter, {area.right() + 8.0, area.top(), bar_width, area.height()}, palette_,
+                         -largest_misfit, largest_misfit, QString());
 }
 
 QString PictureError::text_at(QPointF at) const {

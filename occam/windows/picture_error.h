@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "formats/occam/occam_response.h"
-#include "occam/results/image_palette.h"
+#include "platform/graph/image_palette.h"
 
 class PictureError : public QWidget {
   Q_OBJECT
@@ -17,7 +17,7 @@ class PictureError : public QWidget {
   void clear();
   /// What the picture is of; nothing: the response has no such data.
   void choose(const QString& title, std::optional<Module_occam::DataType> type);
-  void show_misfits(const Module_occam::Palette& palette);
+  void show_misfits(const graph::Palette& palette);
   /// Frames the column of a site, numbered from 1.
   void mark_site(int site_number);
 
@@ -44,7 +44,7 @@ class PictureError : public QWidget {
   QString title_;
   const Module_occam::OccamResponse& response_;
   std::optional<Module_occam::DataType> type_;
-  Module_occam::Palette palette_ = {};
+  graph::Palette palette_ = {};
   int marked_site_ = 0;
   bool shown_ = false;
 };

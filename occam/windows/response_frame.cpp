@@ -11,7 +11,8 @@
 #include <QVBoxLayout>
 
 #include "core/number_text.h"
-#include "occam/windows/picture_axes.h"
+#include "occam/windows/short_site_name.h"
+#include "platform/graph/picture_axes.h"
 #include "platform/widgets/copy_cells.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/vex_splitter.h"
@@ -334,7 +335,7 @@ void ResponseFrame::display_station(int site_number) {
   }
 }
 
-void ResponseFrame::display_errors(const Palette& palette) {
+void ResponseFrame::display_errors(const graph::Palette& palette) {
   for (PictureError* const picture : error_pictures_) {
     picture->show_misfits(palette);
   }

@@ -26,7 +26,7 @@ class ResponseFrame : public QWidget {
   /// Offers the stations and frequencies of the response, which has been read again, and lists its misfits.
   void take_response();
   void display_station(int site_number);
-  void display_errors(const Module_occam::Palette& palette);
+  void display_errors(const graph::Palette& palette);
   void display_profiles();
   [[nodiscard]] VexSplitter* splitter() const { return Splitter_response_; }
 

@@ -7,7 +7,8 @@
 #include <cmath>
 
 #include "core/number_text.h"
-#include "occam/windows/picture_axes.h"
+#include "occam/windows/short_site_name.h"
+#include "platform/graph/picture_axes.h"
 
 namespace Module_occam {
 
@@ -66,7 +67,7 @@ QColor colour_of(const SectionRectangle& block, const SectionPicture& picture, c
 
 void paint_blocks(QPainter& painter, const SectionPicture& picture, const ZoomedPlot& plot) {
   std::array<QColor, 256> colours;
-  std::ranges::transform(picture.palette, colours.begin(), to_qt);
+  std::ranges::transform(picture.palette, colours.begin(), graph::to_qt);
   const QRect visible = plot.plot().toAlignedRect();
   QList<QRect> outlines;
   painter.save();
@@ -88,10 +89,11 @@ void paint_blocks(QPainter& painter, const SectionPicture& picture, const Zoomed
 
 /// The usual marks of a logarithmic scale: 0, then 1, 2, 5 times the powers of ten.
 /// @param unit  of the labels, m
-std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot, double unit) {
+std::vector<graph::PictureTick> decade_ticks(const SectionGeometry& geometry, const ZoomedPlot& plot,
+                                             double unit) {
   constexpr double min_distance = 18.0;
   constexpr int decades = 7;  // to 10 000 km
-  std::vector<PictureTick> ticks;
+  std::vector<graph::PictureTick> ticks;
   const auto add = [&](double depth) {
     const double at = plot.y(geometry.mapping.to_y(depth));
     if (at >= plot.plot().top() - 0.5 && at <= plot.plot().bottom() + 0.5) {
@@ -105,7 +107,7 @@ std::vector<PictureTick> decade_ticks(const SectionGeometry& geometry, const Zoo
       add(decade * step);
     }
   }
-  return ticks_with_room(ticks, min_distance);
+  return graph::ticks_with_room(ticks, min_distance);
 }
 
 void paint_axes(QPainter& painter, const SectionGeometry& geometry, const ZoomedPlot& plot) {
@@ -115,21 +117,22 @@ void paint_axes(QPainter& painter, const SectionGeometry& geometry, const Zoomed
   const QPointF last = plot.home(area.bottomRight());
   painter.setBrush(Qt::NoBrush);
   painter.drawRect(area);
-  draw_bottom_axis(
+  graph::draw_bottom_axis(
       painter, area,
-      even_ticks(painter, mapping.distance_at(first.x()), mapping.distance_at(last.x()), area.width(), false,
-                 [&](double distance) { return plot.x(mapping.to_x(distance)); }),
+      graph::even_ticks(painter, mapping.distance_at(first.x()), mapping.distance_at(last.x()), area.width(),
+                        false, [&](double distance) { return plot.x(mapping.to_x(distance)); }),
       "Distance along the line (m)");
   constexpr double deep = 10000.0;  // metres of five digits would run into the title
   constexpr double kilometre = 1000.0;
   const bool in_kilometres = mapping.depth_at(last.y()) >= deep;
   const double unit = in_kilometres ? kilometre : 1.0;
-  draw_left_axis(
+  graph::draw_left_axis(
       painter, area,
       mapping.block_height > 0.0
           ? decade_ticks(geometry, plot, unit)
-          : even_ticks(painter, mapping.depth_at(first.y()) / unit, mapping.depth_at(last.y()) / unit,
-                       area.height(), true, [&](double depth) { return plot.y(mapping.to_y(depth * unit)); }),
+          : graph::even_ticks(painter, mapping.depth_at(first.y()) / unit, mapping.depth_at(last.y()) / unit,
+                              area.height(), true,
+                              [&](double depth) { return plot.y(mapping.to_y(depth * unit)); }),
       in_kilometres ? "Depth (km)" : "Depth (m)");
 }
 
@@ -169,7 +172,7 @@ void paint_sites(QPainter& painter, const SectionGeometry& geometry, const Occam
 /// Beside the lower end of the colour bar: what pale colours mean.
 void paint_fading_entry(QPainter& painter, const SectionPicture& picture, const QRectF& bar) {
   const QRectF patch(bar.left(), bar.bottom() + 8.0, bar.width(), end_frame - 14.0);
-  const QColor full = to_qt(picture.palette[last_palette_entry]);
+  const QColor full = graph::to_qt(picture.palette[graph::last_palette_entry]);
   for (int row = 0; row < static_cast<int>(patch.height()); ++row) {
     painter.fillRect(QRectF(patch.left(), patch.top() + row, patch.width(), 1.0),
                      faded(full, 1.0 - row / patch.height()));
@@ -197,7 +200,7 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
                    const SectionZoom& zoom) {
   const SectionGeometry& geometry = picture.geometry;
   const ZoomedPlot plot(geometry, zoom);
-  use_picture_style(painter);
+  graph::use_picture_style(painter);
   if (geometry.rectangles.empty()) {
     painter.drawText(plot.plot(), Qt::AlignCenter | Qt::TextWordWrap, picture.note);
     return;
@@ -208,8 +211,8 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
   paint_sites(painter, geometry, sites, plot);
   const QRectF bar(geometry.picture.width - side_frame / 2.0, plot.plot().top(), colour_bar_width,
                    plot.plot().height());
-  draw_colour_bar(painter, bar, picture.palette, picture.choices.min_res, picture.choices.max_res,
-                  QString::fromStdString(picture.quantity.unit));
+  graph::draw_colour_bar(painter, bar, picture.palette, picture.choices.min_res, picture.choices.max_res,
+                         QString::fromStdString(picture.quantity.unit));
   if (!picture.visibility.empty()) {
     paint_fading_entry(painter, picture, bar);
   }

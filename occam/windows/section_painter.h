@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "formats/occam/occam_data.h"
-#include "occam/results/image_palette.h"
 #include "occam/results/section_geometry.h"
 #include "platform/graph/axis_view.h"
+#include "platform/graph/image_palette.h"
 
 namespace Module_occam {
 
@@ -25,7 +25,7 @@ struct SectionQuantity {
 struct SectionPicture {
   SectionGeometry geometry;
   SectionChoices choices;
-  Palette palette = {};
+  graph::Palette palette = {};
   bool draw_mesh = false;
   SectionQuantity quantity;
   std::vector<double>

@@ -144,7 +144,7 @@ SectionValues change_values(std::span<const double> now, std::span<const double>
 SectionPicture make_section_picture(RunView& view, const SectionLook& look, PictureSize size) {
   SectionPicture picture;
   picture.geometry.picture = size;
-  picture.palette = image_palette(look.colour_table, look.invert);
+  picture.palette = graph::image_palette(look.colour_table, look.invert);
   picture.draw_mesh = look.draw_mesh;
   const int iteration = view.current_iteration();
   if (view.results().seen.empty()) {

@@ -5,7 +5,8 @@
 #include <algorithm>
 
 #include "core/number_text.h"
-#include "occam/windows/picture_axes.h"
+#include "occam/windows/short_site_name.h"
+#include "platform/graph/picture_axes.h"
 
 using namespace Module_occam;
 
@@ -55,7 +56,7 @@ QRectF SiteMisfitPicture::plot() const {
 void SiteMisfitPicture::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  use_picture_style(painter);
+  graph::use_picture_style(painter);
   const QRectF area = plot();
   painter.drawText(QRectF(0.0, 0.0, width(), area.top()), Qt::AlignCenter, "Misfit by site (RMS)");
   if (bars_.empty() || !(highest_ > 0.0)) {
@@ -86,7 +87,7 @@ void SiteMisfitPicture::paint_bars(QPainter& painter) const {
 void SiteMisfitPicture::paint_axes(QPainter& painter) const {
   const QRectF area = plot();
   const QFontMetricsF metrics(painter.font());
-  std::vector<PictureTick> sites;
+  std::vector<graph::PictureTick> sites;
   double widest = 0.0;
   for (std::size_t site = 0; site < bars_.size(); ++site) {
     const QString name = short_site_name(bars_[site].name);
@@ -98,11 +99,12 @@ void SiteMisfitPicture::paint_axes(QPainter& painter) const {
   constexpr double gap = 6.0;
   painter.drawLine(area.bottomLeft(), area.bottomRight());
   painter.drawLine(area.topLeft(), area.bottomLeft());
-  draw_bottom_axis(painter, area, ticks_with_room(sites, widest + gap), "Site");
-  draw_left_axis(painter, area,
-                 even_ticks(painter, 0.0, highest_, area.height(), true,
-                            [&](double rms) { return area.bottom() - area.height() * rms / highest_; }),
-                 "RMS");
+  graph::draw_bottom_axis(painter, area, graph::ticks_with_room(sites, widest + gap), "Site");
+  graph::draw_left_axis(
+      painter, area,
+      graph::even_ticks(painter, 0.0, highest_, area.height(), true,
+                        [&](double rms) { return area.bottom() - area.height() * rms / highest_; }),
+      "RMS");
 }
 
 int SiteMisfitPicture::site_at(QPointF at) const {

@@ -1,15 +1,15 @@
 // picture_axes.h: what surrounds a coloured picture: axes, colour bar, names along an edge.
 #pragma once
+#include <QColor>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
 #include <functional>
-#include <string>
 #include <vector>
 
-#include "occam/results/image_palette.h"
+#include "platform/graph/image_palette.h"
 
-namespace Module_occam {
+namespace graph {
 
 struct PictureTick {
   double at = 0.0;  // pixels along the axis
@@ -36,10 +36,6 @@ void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<Pic
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,
                      const QString& title);
 
-/// The name of a site without the prefix of our own data files: "100.0" for "station_100.0"; the end of a
-/// long one is an ellipsis.
-QString short_site_name(const std::string& name);
+inline QColor to_qt(const Colour& colour) { return {colour.red, colour.green, colour.blue}; }
 
-inline QColor to_qt(const graph::Colour& colour) { return {colour.red, colour.green, colour.blue}; }
-
-}  // namespace Module_occam
+}  // namespace graph

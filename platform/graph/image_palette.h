@@ -1,14 +1,14 @@
-// image_palette.h: the colours of the pictures of a model and of its misfit.
+// image_palette.h: the colours of pictures of a quantity: sections, pseudo-sections, misfits.
 #pragma once
 #include <array>
 #include <string_view>
 
 #include "platform/graph/plot_table.h"
 
-namespace Module_occam {
+namespace graph {
 
 /// Entries 0 and 1 are black and not used in pictures.
-using Palette = std::array<graph::Colour, 256>;
+using Palette = std::array<Colour, 256>;
 inline constexpr int first_palette_entry = 2;
 inline constexpr int last_palette_entry = 255;
 
@@ -26,4 +26,4 @@ int palette_entry(double value, double minimum, double maximum);
 /// The entry for a misfit in units of the datum's error: the middle at 0, the ends at -6 and 6.
 int misfit_entry(double misfit);
 
-}  // namespace Module_occam
+}  // namespace graph

@@ -1,10 +1,10 @@
-#include "occam/results/image_palette.h"
+#include "platform/graph/image_palette.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-namespace Module_occam {
+namespace graph {
 
 namespace {
 
@@ -12,13 +12,13 @@ std::uint8_t component(double value) {
   return static_cast<std::uint8_t>(std::clamp(std::nearbyint(value), 0.0, 255.0));
 }
 
-graph::Colour colour(double red, double green, double blue) {
+Colour colour(double red, double green, double blue) {
   return {component(red), component(green), component(blue)};
 }
 
-graph::Colour grey(double level) { return colour(level, level, level); }
+Colour grey(double level) { return colour(level, level, level); }
 
-graph::Colour red_to_blue(int i) {
+Colour red_to_blue(int i) {
   if (i <= 86) {
     return colour(255.0, (i - 2) * 255.0 / 85.0, 0.0);
   }
@@ -28,7 +28,7 @@ graph::Colour red_to_blue(int i) {
   return colour(0.0, (1.0 - (i - 170) / 85.0) * 255.0, (i - 170) * 255.0 / 85.0);
 }
 
-graph::Colour rainbow(int i) {
+Colour rainbow(int i) {
   if (i <= 68) {
     return colour(255.0, (i - 2) * 255.0 / 67.0, 0.0);
   }
@@ -41,7 +41,7 @@ graph::Colour rainbow(int i) {
   return colour(0.0, (1.0 - (i - 188) / 67.0) * 255.0, 255.0);
 }
 
-graph::Colour table_colour(int table, int i) {
+Colour table_colour(int table, int i) {
   constexpr float truncated_range = 0.7F;  // in single precision: its last digit decides at the halves
   switch (table) {
     case 1:
@@ -87,4 +87,4 @@ int misfit_entry(double misfit) {
   return held_entry(std::trunc(half * misfit / largest + middle));
 }
 
-}  // namespace Module_occam
+}  // namespace graph

@@ -1,11 +1,11 @@
-#include "occam/windows/picture_axes.h"
+#include "platform/graph/picture_axes.h"
 
 #include <QFontMetricsF>
-#include <string_view>
+#include <cmath>
 
 #include "platform/graph/axis_ticks.h"
 
-namespace Module_occam {
+namespace graph {
 
 namespace {
 
@@ -20,13 +20,13 @@ std::vector<PictureTick> even_ticks(const QPainter& painter, double lower, doubl
                                     bool upright, const std::function<double(double)>& to_pixel) {
   constexpr double gap = 12.0;
   const QFontMetricsF metrics(painter.font());
-  graph::TickRoom room;
+  TickRoom room;
   room.pixels = pixels;
   room.gap = upright ? gap / 2.0 : gap;
   room.extent = [&metrics, upright](const QString& label) {
     return upright ? metrics.height() : metrics.horizontalAdvance(label);
   };
-  const graph::AxisTicks ticks = graph::linear_ticks({lower, upper}, room);
+  const AxisTicks ticks = linear_ticks({lower, upper}, room);
   std::vector<PictureTick> result;
   for (qsizetype i = 0; i < ticks.major.size(); ++i) {
     result.push_back({to_pixel(ticks.major[i]), ticks.labels[i]});
@@ -107,11 +107,4 @@ void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palett
                    Qt::AlignLeft | Qt::AlignVCenter, title);
 }
 
-QString short_site_name(const std::string& name) {
-  constexpr std::string_view word = "station_";
-  constexpr int longest = 20;  // characters; files of other programs may have more
-  const QString whole = QString::fromStdString(name.starts_with(word) ? name.substr(word.size()) : name);
-  return whole.size() > longest ? whole.left(longest - 1) + QChar(0x2026) : whole;
-}
-
-}  // namespace Module_occam
+}  // namespace graph

@@ -1,0 +1,26 @@
+// impedance_strike.h: strike and skews from the impedances themselves, which distortion affects.
+//
+// Swift (1967), thesis, MIT; Sims & Bostick (1969), Univ. Texas, EGRL report 58; Bahr (1988), J. Geophys. 62,
+// 119-127, and (1991), PEPI 66, 24-38. Conventions as in tensor.h.
+#pragma once
+#include "numerics/impedance/tensor.h"
+
+namespace numerics::impedance {
+
+struct SwiftStrike {
+  Estimate strike;  // degrees, -45 < strike <= 45; strike +- 90 is an equal solution
+  Estimate skew;    // |Zxx + Zyy| / |Zxy - Zyx|
+};
+
+/// The axes in which |Zxx|^2 + |Zyy|^2 is least. No values where the elements leave them open.
+SwiftStrike swift_strike(const Tensor& tensor);
+
+struct BahrSkew {
+  Estimate skew;   // eta, the phase-sensitive skew; below 0.1 two-dimensional or distorted so, above 0.3 3-D
+  Estimate mu;     // phase differences
+  Estimate sigma;  // two-dimensionality
+};
+
+BahrSkew bahr_skew(const Tensor& tensor);
+
+}  // namespace numerics::impedance
