@@ -26,6 +26,7 @@
 #include "app/session_start.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
+#include "app/tensor_windows.h"
 #include "app/tools/Form_find_file.h"
 #include "app/tools/Form_frequency.h"
 #include "app/tools/Form_memory_status.h"
@@ -131,6 +132,7 @@ void Form_main::compose() {
   output_->hide();
 
   rhoplus_ = new RhoplusWindows(*display_, *this);
+  tensor_ = new TensorWindows(*display_, *this);
   results_ = new ResultsWindows(this);
 
   QFont calm_heading = ui_->Label_no_readings->font();
@@ -217,6 +219,9 @@ void Form_main::connect_output_menus() {
   connect(results_, &ResultsWindows::all_closed, this, &QWidget::close);
   connect(ui_->menu_occam2d_topo_mask, &QAction::triggered, this,
           [this] { Form_occam2d_mask_topo(this).exec(); });
+  connect(ui_->menu_pseudo_section, &QAction::triggered, tensor_, &TensorWindows::show_pseudo_section);
+  connect(ui_->menu_strike, &QAction::triggered, tensor_, &TensorWindows::show_strike);
+  connect(ui_->menu_tensor_map, &QAction::triggered, tensor_, &TensorWindows::show_map);
   connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
   connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
 }
@@ -372,13 +377,15 @@ void Form_main::closeEvent(QCloseEvent* event) {
   leave_text_box();
   Module_Brenlox::write_preferences();
   rhoplus_->close_results();
+  tensor_->close_all();
   event->accept();
 }
 
 void Form_main::set_database_menus(bool open) {
-  for (QAction* const item : {ui_->menu_database_file_2, ui_->menu_saveas, ui_->menu_line_document,
-                              ui_->menu_edit->menuAction(), ui_->menu_database->menuAction(),
-                              ui_->menu_view_data, ui_->menu_thresholds, ui_->menu_output->menuAction()}) {
+  for (QAction* const item :
+       {ui_->menu_database_file_2, ui_->menu_saveas, ui_->menu_line_document, ui_->menu_edit->menuAction(),
+        ui_->menu_database->menuAction(), ui_->menu_view_data->menuAction(), ui_->menu_thresholds,
+        ui_->menu_output->menuAction()}) {
     item->setVisible(open);
   }
   ui_->menu_database_undo_removal->setEnabled(Module_survey_edits::removal_can_be_undone());
@@ -396,6 +403,7 @@ void Form_main::set_database_menus(bool open) {
     ui_->Frame_display->hide();
     ui_->Picture_open->show();
     rhoplus_->close_results();
+    tensor_->close_all();
     display_->clear();
   }
 }

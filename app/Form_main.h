@@ -21,6 +21,7 @@ class OutputPanel;
 class ResultsWindows;
 class RhoplusWindows;
 class SurveyDisplay;
+class TensorWindows;
 
 class Form_main : public QMainWindow {
   Q_OBJECT
@@ -87,6 +88,7 @@ class Form_main : public QMainWindow {
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
+  TensorWindows* tensor_ = nullptr;
   ResultsWindows* results_ = nullptr;                // of runs; they need no survey and outlast it
   Module_data_file::LastingChoices import_lasting_;  // from one import to the next
 };

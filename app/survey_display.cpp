@@ -112,6 +112,7 @@ void SurveyDisplay::reload_readings() {
   const std::string station = panels_.station->series();
   const std::string raw = raw_.series();
   const bool raw_shown = panels_.plan->shows_raw_data();
+  Q_EMIT survey_changed();
   apply(readings_changed());
   if (averaged::same_station(before.curves, shown_.curves)) {
     panels_.station->show_series(station);
@@ -124,6 +125,7 @@ void SurveyDisplay::reload_readings() {
 
 void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
   axis_.forget_places();
+  Q_EMIT survey_changed();
   panels_.selection->fill(lists);
   panels_.plan->show_coordinates();
   if (read && session().station_count > 0) {
@@ -257,6 +259,7 @@ void SurveyDisplay::choose_positions(PositionSource source) {
     profile.draw_profile = true;
     draw(profile);
   }
+  Q_EMIT positions_changed();
 }
 
 /// Empty until a point of this station has been clicked.
@@ -320,6 +323,7 @@ void SurveyDisplay::show_undone(const averaged::UndoResult& result) {
     if (result.other_selection) {
       Q_EMIT selection_changed();
     }
+    Q_EMIT survey_changed();
     display_station(result.station_index, true);
   }
 }

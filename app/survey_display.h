@@ -68,6 +68,10 @@ class SurveyDisplay : public QObject {
   void selection_changed();
   /// What is shown of the current station has changed.
   void data_changed();
+  /// Readings of any station may have changed: by an import, a removal, undo.
+  void survey_changed();
+  /// Stations are at their numbers, or at their distances along the line.
+  void positions_changed();
 
  private:
   /// What the graphs were drawn for last.

@@ -51,17 +51,19 @@ ARROWS = {
     "display/windows": f"display {WIDGETS}",
     "import": "formats reduction projections numerics",
     "import/windows": f"import projections/windows {WIDGETS}",
-    "output": "reduction formats numerics platform/settings_store",
+    "tensor": "reduction projections numerics",
+    "tensor/windows": f"tensor rhoplus display/windows {WIDGETS}",
+    "output": "tensor formats numerics platform/settings_store",
     "rhoplus": "display output",
     "rhoplus/windows": f"rhoplus display/windows {WIDGETS}",
     "occam": "output projections platform/graph/plot_table platform/graph/axis_limits",
     "occam/windows": f"occam {WIDGETS}",
     "samples": "core numerics/impedance",
-    "batch": "import rhoplus occam survey_edits platform/console platform/system",
+    "batch": "import rhoplus tensor occam survey_edits platform/console platform/system",
     "batch/offscreen_application": "",
     "batch/plots_command": "batch display/windows",  # drawn by the charts of the windows
     "batch/section_command": "batch occam/windows",
-    "app": "database/windows display/windows import/windows occam/windows rhoplus/windows survey_edits/windows "
+    "app": "database/windows display/windows import/windows occam/windows rhoplus/windows survey_edits/windows tensor/windows "
     "platform/system",
     "screenshots": "app",
 }

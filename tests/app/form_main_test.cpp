@@ -22,9 +22,8 @@
 
 namespace {
 
-constexpr const char* needs_survey[] = {"menu_edit", "menu_database", "menu_output"};
-constexpr const char* items_that_need_survey[] = {"menu_database_file_2", "menu_saveas", "menu_view_data",
-                                                  "menu_thresholds"};
+constexpr const char* needs_survey[] = {"menu_edit", "menu_database", "menu_output", "menu_view_data"};
+constexpr const char* items_that_need_survey[] = {"menu_database_file_2", "menu_saveas", "menu_thresholds"};
 
 }  // namespace
 
@@ -213,7 +212,7 @@ class FormMainTest : public QObject, private WindowFixture {
     start();
     open_by_key(make_survey("survey.mdb", true));
     const QString title = window_->windowTitle();
-    QStringList names = {"menu_delete_thresholds", "menu_delete_overrides", "menu_view_data"};
+    QStringList names = {"menu_delete_thresholds", "menu_delete_overrides"};
     for (int index = 0; index < 6; ++index) {
       names.append(QString("menu_display_database_by_%1").arg(index));
     }

@@ -1,0 +1,34 @@
+// tensor_windows.h: the windows of "View Data" beside the main window, which show a line as a whole.
+#pragma once
+#include <QObject>
+#include <QPointer>
+
+#include "app/survey_display.h"
+#include "tensor/windows/shown_line.h"
+
+/// Keeps at most one window of each kind. They follow the main view's line, station and edits, and close with
+/// the survey.
+class TensorWindows : public QObject {
+  Q_OBJECT
+
+ public:
+  /// @param display outlives this object
+  TensorWindows(SurveyDisplay& display, QWidget& main_window);
+
+  void show_pseudo_section();
+  void show_strike();
+  void show_map();
+  void close_all();
+
+  /// The strike that was handed on last, degrees from north; none until then.
+  [[nodiscard]] std::optional<double> chosen_strike() const { return chosen_strike_; }
+
+ private:
+  SurveyDisplay& display_;
+  QWidget& main_window_;
+  ShownLine line_;
+  QPointer<QWidget> pseudo_section_;
+  QPointer<QWidget> strike_;
+  QPointer<QWidget> map_;
+  std::optional<double> chosen_strike_;
+};

@@ -1,0 +1,60 @@
+// station_tensor.h: the impedance tensor and the tipper of a station at each frequency, from its merged
+// curves.
+//
+// Conventions as in numerics/impedance/tensor.h: impedance mV/km/nT, exp(+i omega t), Ey turned back so that
+// the Zyx of a uniform earth has a phase of -135 degrees.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "numerics/impedance/tensor.h"
+#include "numerics/impedance/tipper.h"
+#include "tensor/line_curves.h"
+
+namespace Module_tensor {
+
+struct TensorPoint {
+  double frequency = 0.0;  // Hz
+  numerics::impedance::Tensor tensor;
+  std::uint8_t masked_diagonals = 0;  // 0 to 2: elements whose value was taken in spite of a mask
+};
+
+struct TipperPoint {
+  double frequency = 0.0;  // Hz
+  numerics::impedance::Tipper tipper;
+};
+
+/// Why Ey counts as turned or not.
+enum class EyReason : std::uint8_t {
+  facts,  // all readings were imported with "turn Ey"
+  rule,   // Zxy and Zyx point the same way at more than half of the frequencies, or don't
+  user    // EySign of the site
+};
+
+struct StationTensor {
+  std::int32_t StationID = 0;
+  double station = 0.0;
+  std::string name;                     // of its site; empty if it has none
+  std::vector<TensorPoint> points;      // ascending in frequency, those with all four elements
+  std::vector<TipperPoint> tipper;      // likewise, those with both elements
+  double axes = 0.0;                    // azimuth of x, degrees clockwise from north
+  bool axes_known = false;              // else x counts as north
+  bool ey_turned = false;               // in the readings; it has been turned back here
+  EyReason ey_reason = EyReason::rule;  //
+  std::size_t masked_diagonals = 0;     // elements of all points that were taken in spite of a mask
+  std::string refusal;  // why there is no tensor, a sentence without its point; empty if there is
+  std::vector<std::string> remarks;  // what a user has to know of it, likewise
+};
+
+/// @param ey_sign  of the site, see database/sites.h
+StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign);
+
+/// The same in axes whose x has an azimuth, degrees clockwise from north.
+StationTensor turned_to(const StationTensor& station, double azimuth);
+
+/// "1250 (ET001)", or without a name "1250".
+std::string station_text(double station, const std::string& name);
+
+}  // namespace Module_tensor

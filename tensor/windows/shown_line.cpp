@@ -1,0 +1,100 @@
+#include "tensor/windows/shown_line.h"
+
+#include <algorithm>
+
+#include "core/scope_guard.h"
+#include "core/session_state.h"
+#include "core/user_interface.h"
+#include "display/selection.h"
+
+using Module_tensor::LineChoice;
+using Module_tensor::StationTensor;
+
+std::optional<LineChoice> ShownLine::selected() {
+  const SessionState& state = session();
+  if (!state.database_open || state.station_count == 0 || state.current_station_index < 1) {
+    return std::nullopt;
+  }
+  return LineChoice{state.current_line, state.current_reference_type, state.current_dipole};
+}
+
+const Module_tensor::LineTensors& ShownLine::line() {
+  if (!loaded_) {
+    loaded_ = true;
+    line_ = {};
+    if (const auto choice = selected()) {
+      const BusyPointer busy;
+      static_cast<void>(load_line_tensors(*choice, session().frequencies, line_));
+    }
+  }
+  return line_;
+}
+
+Module_display_data::LineAxis& ShownLine::axis() {
+  axis_.take_line(line().curves.choice.line);
+  static_cast<void>(axis_.choose(positions_));
+  return axis_;
+}
+
+std::optional<std::size_t> ShownLine::station_index() {
+  const auto& stations = line().stations;
+  const auto found = std::ranges::find(stations, session().current_station, &StationTensor::station);
+  return found == stations.end() ? std::nullopt
+                                 : std::optional(static_cast<std::size_t>(found - stations.begin()));
+}
+
+void ShownLine::follow_selection() {
+  const auto choice = selected();
+  if (!choice || !loaded_ || !(*choice == line_.curves.choice)) {
+    forget();
+    return;
+  }
+  Q_EMIT station_changed();
+}
+
+void ShownLine::follow_edit() {
+  if (!announcing_) {
+    read_again(session().current_station);
+  }
+}
+
+void ShownLine::read_again(std::optional<double> station) {
+  if (!station || !loaded_) {
+    forget();
+    return;
+  }
+  static_cast<void>(reload_station(*station, session().frequencies, line_));
+  Q_EMIT line_changed();
+}
+
+void ShownLine::forget() {
+  loaded_ = false;
+  line_ = {};
+  axis_.reset();
+  Q_EMIT line_changed();
+}
+
+void ShownLine::set_positions(Module_display_data::PositionSource source) {
+  positions_ = source;
+  Q_EMIT line_changed();
+}
+
+void ShownLine::choose(double station, double frequency) {
+  const auto& stations = line().stations;
+  const auto found = std::ranges::find(stations, station, &StationTensor::station);
+  if (found != stations.end()) {
+    if (const auto index = Module_display_data::station_index_of(found->StationID); index > 0) {
+      Q_EMIT station_chosen(index, frequency);
+    }
+  }
+}
+
+void ShownLine::announce_edit(std::optional<double> station) {
+  {
+    const ScopedValue announcing(announcing_, true);
+    Q_EMIT edited();
+  }
+  read_again(station);
+}
+
+void ShownLine::use_strike(double strike) { Q_EMIT strike_chosen(strike); }
