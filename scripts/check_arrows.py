@@ -14,6 +14,7 @@ import tempfile
 NUMERICS = "core/number_text core/text_fields core/scope_guard core/absent_value numerics/."
 FORMATS = "core !core/session_state !core/user_interface numerics/impedance numerics/gridding numerics/geodesy formats/."
 WIDGETS = "platform/graph platform/widgets platform/windows"
+PLOTS = "platform/graph/plot_table platform/graph/axis_limits platform/graph/image_palette"
 ARROWS = {
     "platform/files": "",
     "platform/console": "",
@@ -24,6 +25,7 @@ ARROWS = {
     "platform/graph": "core platform/settings_store",
     "platform/graph/plot_table": "core/absent_value platform/graph/axis_limits",  # the parts of the chart without Qt
     "platform/graph/axis_limits": "platform/graph/plot_table",
+    "platform/graph/image_palette": "platform/graph/plot_table",
     "platform/widgets": "core platform/settings_store",
     "platform/windows": "core platform/settings_store platform/widgets",
     "numerics": NUMERICS,
@@ -47,24 +49,24 @@ ARROWS = {
     "reduction": "database",
     "survey_edits": "reduction",
     "survey_edits/windows": f"survey_edits {WIDGETS}",
-    "display": "reduction projections platform/graph/plot_table platform/graph/axis_limits",
+    "display": f"reduction projections {PLOTS}",
     "display/windows": f"display {WIDGETS}",
     "import": "formats reduction projections numerics",
     "import/windows": f"import projections/windows {WIDGETS}",
-    "tensor": "reduction projections numerics",
+    "tensor": f"reduction projections numerics {PLOTS}",
     "tensor/windows": f"tensor rhoplus display/windows {WIDGETS}",
     "output": "tensor formats numerics platform/settings_store",
     "rhoplus": "display output",
     "rhoplus/windows": f"rhoplus display/windows {WIDGETS}",
-    "occam": "output projections platform/graph/plot_table platform/graph/axis_limits",
+    "occam": f"output projections {PLOTS}",
     "occam/windows": f"occam {WIDGETS}",
     "samples": "core numerics/impedance",
     "batch": "import rhoplus tensor occam survey_edits platform/console platform/system",
     "batch/offscreen_application": "",
     "batch/plots_command": "batch display/windows",  # drawn by the charts of the windows
     "batch/section_command": "batch occam/windows",
-    "app": "database/windows display/windows import/windows occam/windows rhoplus/windows survey_edits/windows tensor/windows "
-    "platform/system",
+    "app": "database/windows display/windows import/windows occam/windows rhoplus/windows survey_edits/windows "
+    "tensor/windows platform/system",
     "screenshots": "app",
 }
 QT = re.compile(r"(.*/windows|platform/(graph|widgets)|app|screenshots|batch/offscreen_application)$")
