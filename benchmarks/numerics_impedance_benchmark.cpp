@@ -86,6 +86,7 @@ void bare_strike(const std::vector<double>& angles) {
 void Strike_of_a_line(benchmark::State& state) {
   const std::vector<Tensor> tensors = made_tensors();
   std::vector<PhaseTensor> phase_tensors;
+  phase_tensors.reserve(tensors.size());
   for (const Tensor& tensor : tensors) {
     phase_tensors.push_back(phase_tensor(tensor).value());
   }

@@ -108,7 +108,8 @@ TEST(Band_strike, By_impedances_it_makes_the_diagonal_least) {
     return sum;
   };
   double best = -45.0;
-  for (double angle = -45.0; angle <= 45.0; angle += 0.01) {
+  for (int hundredth = -4500; hundredth <= 4500; ++hundredth) {
+    const double angle = 0.01 * hundredth;
     best = diagonal(angle) < diagonal(best) ? angle : best;
   }
   EXPECT_NEAR(made::difference(band.strike.value, best, 90.0), 0.0, 0.0051);
