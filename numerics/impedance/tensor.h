@@ -38,8 +38,8 @@ struct Tensor {
 std::complex<double> impedance_of(double resistivity, double phase, double frequency);
 
 /// What errors of resistivity (ohm-m) and of phase (degrees) say of the impedance: half axes |Z| d_rho/(2
-/// rho) along Z and |Z| d_phi across it. Where one of them isn't finite the other one counts for both parts; phase
-/// errors beyond 90 degrees count as 90.
+/// rho) along Z and |Z| d_phi across it. Where one of them isn't finite the other one counts for both parts;
+/// phase errors beyond 90 degrees count as 90.
 PartCovariance covariance_of(std::complex<double> impedance, double resistivity, double resistivity_error,
                              double phase_error);
 

@@ -41,6 +41,11 @@ void add_phase_tensor(Quantities& all, const Tensor& tensor) {
   all["pt geometric phase"] = found->geometric_phase;
 }
 
+/// A component's size: its error is one number of all three of its covariance.
+Estimate known_alone(std::complex<double> component, const PartCovariance& known) {
+  return tipper_magnitude({component, 0.0, known, {}});
+}
+
 void add_arrow(Quantities& all, const std::string& name, const Arrow& arrow) {
   all[name + " length"] = arrow.length;
   all[name + " azimuth"] = arrow.azimuth;
@@ -123,6 +128,9 @@ Quantities quantities(const Tipper& tipper) {
   add_arrow(all, "reversed imaginary", imaginary_arrow(tipper, true));
   all["magnitude"] = tipper_magnitude(tipper);
   all["tipper strike"] = tipper_strike(tipper);
+  const Tipper turned = rotated(tipper, 30.0);
+  all["tx30"] = known_alone(turned.x, turned.covariance_x);
+  all["ty30"] = known_alone(turned.y, turned.covariance_y);
   return all;
 }
 

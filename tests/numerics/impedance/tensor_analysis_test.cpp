@@ -81,6 +81,9 @@ TEST(Tensor_analysis, Agrees_with_a_worked_example_to_all_printed_digits) {
                          {"swift strike", 23.691, 2.482, 1e-3, 1e-3},
                          {"swift skew", 0.04161, 0.01054, 1e-5, 1e-5},
                          {"bahr skew", 0.05263, none, 1e-5, 0},
+                         {"bahr mu", std::sqrt(17.0 / 722.0), none, 1e-12, 0},  // by hand
+                         {"bahr sigma", 21.25 / 722.0, none, 1e-12, 0},
+                         {"mean resistivity", 0.2 * 180.5, none, 1e-9, 0},
                          {"det resistivity", 36.0068, 0.7718, 1e-4, 1e-4},
                          {"det phase", 44.443, 0.614, 1e-3, 1e-3},
                          {"bostick depth", 2038.18, 31.83, 1e-2, 1e-2},
@@ -108,6 +111,9 @@ TEST(Tensor_analysis, Arrows_of_the_worked_example) {
   EXPECT_DOUBLE_EQ(arrow.east, 0.25);
   EXPECT_DOUBLE_EQ(imaginary_arrow(tipper).north, 0.02);
   EXPECT_DOUBLE_EQ(imaginary_arrow(tipper, true).east, -0.05);
+  const Tipper to_south{0.3, 0.0, {}, {}};
+  EXPECT_EQ(real_arrow(to_south, ArrowConvention::parkinson).azimuth.value, 180.0);  // not -180
+  EXPECT_EQ(tipper_strike(to_south).value, 90.0);
 }
 
 TEST(Tensor_analysis, Layered_ground_has_no_strike_and_one_impedance) {
