@@ -6,6 +6,7 @@
 
 #include "core/number_text.h"
 #include "database/sites.h"
+#include "tensor/station_tipper.h"
 
 namespace Module_tensor {
 
@@ -69,6 +70,7 @@ StationTensor station_tensor(const StationCurves& curves, std::int32_t /*ey_sign
   result.StationID = curves.StationID;
   result.station = curves.station;
   result.name = curves.name;
+  result.tipper = station_tipper(curves);
   for (const float frequency : curves.of(CurveType::ExHy).curve.frequencies) {
     const auto at = places_of(curves, frequency);
     TensorPoint point;
