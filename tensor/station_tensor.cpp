@@ -6,7 +6,6 @@
 
 #include "core/number_text.h"
 #include "database/sites.h"
-#include "tensor/station_tipper.h"
 
 namespace Module_tensor {
 

@@ -4,9 +4,15 @@
 #pragma once
 #include <vector>
 
-#include "tensor/station_tensor.h"
+#include "numerics/impedance/tipper.h"
+#include "tensor/line_curves.h"
 
 namespace Module_tensor {
+
+struct TipperPoint {
+  double frequency = 0.0;  // Hz
+  numerics::impedance::Tipper tipper;
+};
 
 /// The frequencies at which both parts of both elements count, ascending; of two equal ones the first.
 std::vector<TipperPoint> station_tipper(const StationCurves& curves);
