@@ -37,9 +37,16 @@ numerics::impedance::PartCovariance covariance_at(const Curve& curve, std::size_
              : numerics::impedance::PartCovariance{};
 }
 
+bool is_in_use(const Module_database::StoredReading& merged) {
+  return merged.UseReading && merged.UseResistivity && merged.UsePhase;
+}
+
 }  // namespace
 
 std::vector<TipperPoint> station_tipper(const StationCurves& curves) {
+  if (!is_in_use(curves.of(CurveType::HzHx)) || !is_in_use(curves.of(CurveType::HzHy))) {
+    return {};
+  }
   const Curve& x = curves.of(CurveType::HzHx).curve;
   const Curve& y = curves.of(CurveType::HzHy).curve;
   std::vector<TipperPoint> points;

@@ -14,7 +14,8 @@ struct TipperPoint {
   numerics::impedance::Tipper tipper;
 };
 
-/// The frequencies at which both parts of both elements count, ascending; of two equal ones the first.
+/// The frequencies at which both parts of both elements count, ascending; of two equal ones the first. None
+/// where a curve or a part of it is switched off.
 std::vector<TipperPoint> station_tipper(const StationCurves& curves);
 
 }  // namespace Module_tensor

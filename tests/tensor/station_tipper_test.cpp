@@ -37,5 +37,7 @@ TEST(Station_tipper, Has_the_frequencies_at_which_all_four_parts_count) {
   EXPECT_EQ(points[1].frequency, 16.0);
   EXPECT_EQ(points[1].tipper.y, std::complex(2.0, 2.0));
   EXPECT_TRUE(station_tipper(station_of(x, {})).empty());
+  y.UsePhase = false;
+  EXPECT_TRUE(station_tipper(station_of(x, y)).empty());
   EXPECT_TRUE(station_tipper({}).empty());
 }
