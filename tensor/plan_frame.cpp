@@ -1,10 +1,7 @@
 #include "tensor/plan_frame.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
-#include <vector>
 
 namespace Module_tensor {
 
@@ -65,31 +62,6 @@ double bar_length(const PlanFrame& frame, double pixels) {
     }
   }
   return decade;
-}
-
-double typical_spacing(std::span<const MapSite> sites) {
-  std::vector<std::array<double, 2>> places;
-  for (const MapSite& site : sites) {
-    places.push_back({site.east, site.north});
-  }
-  std::ranges::sort(places);  // by east, so that the search ends where the next one is too far to the east
-  std::vector<double> nearest(places.size(), std::numeric_limits<double>::infinity());
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    for (std::size_t j = i + 1; j < places.size() && places[j][0] - places[i][0] < nearest[i]; ++j) {
-      const double distance = std::hypot(places[j][0] - places[i][0], places[j][1] - places[i][1]);
-      if (distance > 0.0) {
-        nearest[i] = std::min(nearest[i], distance);
-        nearest[j] = std::min(nearest[j], distance);
-      }
-    }
-  }
-  std::erase_if(nearest, [](double distance) { return !std::isfinite(distance); });
-  if (nearest.empty()) {
-    return 0.0;
-  }
-  const auto middle = nearest.begin() + static_cast<std::ptrdiff_t>(nearest.size() / 2);
-  std::ranges::nth_element(nearest, middle);
-  return *middle;
 }
 
 }  // namespace Module_tensor

@@ -43,8 +43,4 @@ PlanFrame dragged(const PlanFrame& frame, double x, double y);
 /// The longest of 1, 2, 5, 10, 20, ... m, and such below 1 m, that takes at most so many pixels.
 double bar_length(const PlanFrame& frame, double pixels);
 
-/// How far apart sites are on the picture: the median of the distances to the nearest other place; 0 where
-/// there are no two places.
-double typical_spacing(std::span<const MapSite> sites);
-
 }  // namespace Module_tensor

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <limits>
 #include <map>
 #include <utility>
 
@@ -88,7 +90,33 @@ std::string texts_of_places(PlaceSource source, const std::string& system) {
     case PlaceSource::local:
       break;
   }
-  return "local coordinates, which follow from line and station numbers";
+  return "local coordinates, which follow from line and station numbers; their up needn't be north";
+}
+
+/// How far apart sites are: the median of the distances to the nearest other place; 0 where there are no two.
+double typical_spacing(std::span<const MapSite> sites) {
+  std::vector<std::array<double, 2>> places;
+  for (const MapSite& site : sites) {
+    places.push_back({site.east, site.north});
+  }
+  std::ranges::sort(places);  // by east, so that the search ends where the next one is too far to the east
+  std::vector<double> nearest(places.size(), std::numeric_limits<double>::infinity());
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    for (std::size_t j = i + 1; j < places.size() && places[j][0] - places[i][0] < nearest[i]; ++j) {
+      const double distance = std::hypot(places[j][0] - places[i][0], places[j][1] - places[i][1]);
+      if (distance > 0.0) {
+        nearest[i] = std::min(nearest[i], distance);
+        nearest[j] = std::min(nearest[j], distance);
+      }
+    }
+  }
+  std::erase_if(nearest, [](double distance) { return !std::isfinite(distance); });
+  if (nearest.empty()) {
+    return 0.0;
+  }
+  const auto middle = nearest.begin() + static_cast<std::ptrdiff_t>(nearest.size() / 2);
+  std::ranges::nth_element(nearest, middle);
+  return *middle;
 }
 
 }  // namespace
@@ -113,6 +141,7 @@ SiteMap site_map(std::span<const LineStations> lines, const Module_projections::
           {line.line, place.place->easting, place.place->northing, place.true_north, station});
     }
   }
+  map.spacing = typical_spacing(map.sites);
   return map;
 }
 

@@ -28,6 +28,7 @@ struct MapSite {
 
 struct SiteMap {
   std::vector<MapSite> sites;                // that have a place
+  double spacing = 0.0;                      // m, typical one of neighbours; 0: there are no two places
   std::vector<std::string> without_place;    // the others, as station_text
   Module_projections::PlaceSource source{};  // of the places
   std::string system;                        // name of the map system, of places of sites
