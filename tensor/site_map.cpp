@@ -93,24 +93,48 @@ std::string texts_of_places(PlaceSource source, const std::string& system) {
   return "local coordinates, which follow from line and station numbers; their up needn't be north";
 }
 
+double extent(std::span<const MapSite> sites, double MapSite::*coordinate) {
+  const auto [least, most] = std::ranges::minmax_element(sites, {}, coordinate);
+  return (*most).*coordinate - (*least).*coordinate;
+}
+
+/// How far it is to the nearest other place, infinite without one.
+/// @param places  ascending in their first coordinate, so that only neighbours are looked at
+double nearest_distance(const std::vector<std::array<double, 2>>& places, std::size_t index) {
+  double nearest = std::numeric_limits<double>::infinity();
+  /// @return whether places farther on may still be nearer
+  const auto look = [&](const std::array<double, 2>& other) {
+    const double along = std::abs(other[0] - places[index][0]);
+    const double distance = std::hypot(along, other[1] - places[index][1]);
+    nearest = distance > 0.0 ? std::min(nearest, distance) : nearest;
+    return along < nearest;
+  };
+  for (std::size_t after = index + 1; after < places.size() && look(places[after]);) {
+    ++after;
+  }
+  for (std::size_t before = index; before > 0 && look(places[before - 1]);) {
+    --before;
+  }
+  return nearest;
+}
+
 /// How far apart sites are: the median of the distances to the nearest other place; 0 where there are no two.
 double typical_spacing(std::span<const MapSite> sites) {
+  if (sites.empty()) {
+    return 0.0;
+  }
+  const bool upright = extent(sites, &MapSite::north) > extent(sites, &MapSite::east);
   std::vector<std::array<double, 2>> places;
   for (const MapSite& site : sites) {
-    places.push_back({site.east, site.north});
+    places.push_back(upright ? std::array{site.north, site.east} : std::array{site.east, site.north});
   }
-  std::ranges::sort(places);  // by east, so that the search ends where the next one is too far to the east
-  std::vector<double> nearest(places.size(), std::numeric_limits<double>::infinity());
+  std::ranges::sort(places);
+  std::vector<double> nearest;
   for (std::size_t i = 0; i < places.size(); ++i) {
-    for (std::size_t j = i + 1; j < places.size() && places[j][0] - places[i][0] < nearest[i]; ++j) {
-      const double distance = std::hypot(places[j][0] - places[i][0], places[j][1] - places[i][1]);
-      if (distance > 0.0) {
-        nearest[i] = std::min(nearest[i], distance);
-        nearest[j] = std::min(nearest[j], distance);
-      }
+    if (const double distance = nearest_distance(places, i); std::isfinite(distance)) {
+      nearest.push_back(distance);
     }
   }
-  std::erase_if(nearest, [](double distance) { return !std::isfinite(distance); });
   if (nearest.empty()) {
     return 0.0;
   }

@@ -131,7 +131,7 @@ TEST(Value_texts, Say_values_errors_and_another_frequency) {
   EXPECT_EQ(texts[7], "  real: length 0.30 (error unknown), azimuth 115.0° (error unknown)");
   EXPECT_EQ(period_text(0.0794), "Period 12.59 s (0.0794 Hz)");
   EXPECT_EQ(period_text(320.0), "Period 0.003125 s (320 Hz)");
-  EXPECT_EQ(period_text(12345.678), "Period 0.000081 s (12350 Hz)");
+  EXPECT_EQ(period_text(12345.678), "Period 8.1E-05 s (12350 Hz)");
 }
 
 TEST(Remarks, Count_sites_and_name_those_without_a_place) {
