@@ -1,4 +1,4 @@
-// Any text as an EDI file: its impedance sections, and the curves that all additions make of them.
+// Any text as an EDI file: its impedance sections, the curves that all additions make of them, and tippers.
 #include <cstdlib>
 #include <exception>
 #include <string>
@@ -9,6 +9,7 @@
 #include "fuzz/sound_errors.h"
 #include "import/readers/edi_curves.h"
 #include "import/readers/edi_errors.h"
+#include "import/readers/tipper_curves.h"
 
 using namespace Module_data_file;
 using namespace formats::edi;
@@ -32,6 +33,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fill_curve(section, element, curve);
         fill_errors(section, element, kind, curve);
         if (curve.count() != section.frequencies.size() || !has_sound_errors(curve)) std::abort();
+      }
+      remark_on_tipper(section, report);
+      for (const EdiTipper element : tipper_of(section)) {
+        fill_tipper_curve(section, element, curve);
+        if (curve.count() != section.frequencies.size() || !has_sound_parts(curve)) std::abort();
       }
     }
   } catch (const std::exception&) {

@@ -15,8 +15,8 @@ StoredReading compute_average(const StationRows& place, const ReadingKey& key,
 /// What merge_scan_rates does.
 StoredReading compute_merged(const StationRows& place, const ReadingKey& key, const Frequencies& frequencies);
 
-/// Removes the averages and merged curves of a station that has no reading any more from which they could be
-/// computed.
+/// Removes the averages and merged curves of a station of those data types that have no reading any more from
+/// which they could be computed.
 void drop_curves_without_readings(std::int32_t StationID);
 
 /// What get_reduced_reading does.

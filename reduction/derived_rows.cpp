@@ -67,14 +67,10 @@ std::string key_criteria(std::string_view file_test, std::int32_t StationID, std
 }
 
 void drop_curves_without_readings(std::int32_t StationID) {
-  auto& survey = Module_database::open_survey();
   const std::string of_station = "StationID = " + format_number(StationID, "0") + " AND FileID ";
-  if (survey.database
-          .open_recordset("SELECT ID FROM ReadingsDataTable WHERE " + of_station +
-                          "> 0 AND ReductionType < 2")
-          .eof()) {
-    Module_database::delete_readings(of_station + "< 0");
-  }
+  Module_database::delete_readings(of_station +
+                                   "< 0 AND DataType NOT IN (SELECT DataType FROM ReadingsDataTable WHERE " +
+                                   of_station + "> 0 AND ReductionType < 2)");
 }
 
 ReadingKey key_of_row(const dao::Recordset& row) {

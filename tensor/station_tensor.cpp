@@ -238,6 +238,7 @@ StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign) 
   const StationAxes axes = station_axes(curves);
   result.axes = axes.azimuth;
   result.axes_known = axes.is_known;
+  result.tipper = axes.difference > 0.0 ? std::vector<TipperPoint>{} : station_tipper(curves);
   std::string refusal = refusal_of(curves, axes);
   if (refusal.empty()) {
     add_points(curves, result);

@@ -291,3 +291,15 @@ TEST(Neighbour_count, Is_two_to_begin_with_where_no_number_is_typed) {
     EXPECT_EQ(text, "2");
   }
 }
+
+TEST_F(Selection, A_tipper_is_in_no_list_and_can_be_shown_by_no_graph) {
+  add_file(0);
+  store_at("100E", 200.0);
+  for (const std::string data_type : {"HzHx", "HzHy", "QP"}) {
+    store_at("100E", 200.0, data_type);
+  }
+  ASSERT_EQ(Module_averaged_data::recalculate_merged(), 0);
+  ASSERT_EQ(fill_selection_lists(lists), 0);
+  EXPECT_EQ(lists.data_types, (std::vector<std::string>{"ExHy", "QP"}));
+  EXPECT_EQ(session().current_data_type, "ExHy");
+}

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/absent_value.h"
+#include "output/line_stations.h"
 #include "output/output_choices.h"
 #include "platform/settings_store/settings_store.h"
 #include "tests/reduction/made_readings.h"
@@ -314,4 +315,15 @@ TEST_F(Rhoplus, Settings_are_kept_but_for_the_scale) {
   EXPECT_EQ(settings.use_file_errors, 0);
   EXPECT_EQ(settings.resistivity_error_floor, 4.0F);
   EXPECT_EQ(settings.resistivity_scale, 1.5F);
+}
+
+TEST_F(Rhoplus, A_station_with_nothing_but_a_tipper_is_none_of_the_line) {
+  new_survey();
+  store(100.0, merged({{10.0F, 50.0F, 45.0F}}));
+  for (const std::string data_type : {"HzHx", "HzHy"}) {
+    made::ReadingKey key = made::key(0.0F, 200.0);
+    key.data_type = data_type;
+    made::store(key, 0, merged({{10.0F, 0.1F, -0.2F}}), 2, -1);
+  }
+  EXPECT_EQ(stations_with_readings(selection, DataTypes::all), std::vector<double>{100.0});
 }

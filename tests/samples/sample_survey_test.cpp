@@ -15,6 +15,7 @@
 #include "core/text_fields.h"
 #include "numerics/geodesy/geographic_angle.h"
 #include "numerics/impedance/apparent_resistivity.h"
+#include "tests/samples/edi_blocks.h"
 
 namespace {
 
@@ -33,26 +34,6 @@ const std::string& text_of(const std::string& name) {
     throw std::runtime_error("no file " + name);
   }
   return found->text;
-}
-
-/// The values of a block, in the order of the file.
-std::vector<double> block(const std::string& text, const std::string& tag) {
-  const std::size_t start = text.find("\n>" + tag + " ");
-  if (start == std::string::npos) {
-    throw std::runtime_error("no block " + tag);
-  }
-  const std::size_t first = text.find('\n', start + 1) + 1;
-  std::string_view rest = std::string_view(text).substr(first, text.find('>', first) - first);
-  std::vector<double> values;
-  while (!rest.empty()) {
-    const std::size_t end = rest.find('\n');
-    std::string_view line = rest.substr(0, end);
-    for (std::string_view token = next_token(line); !token.empty(); token = next_token(line)) {
-      values.push_back(numeric_value(token));
-    }
-    rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
-  }
-  return values;
 }
 
 /// Median over the frequencies of a file's resistivity divided by that of the layers below the station.

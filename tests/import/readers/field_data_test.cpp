@@ -95,6 +95,7 @@ TEST_F(FieldData, Every_file_imports) {
       "BP02.edi",      "IEB0858A_metronix.edi",  "VIC100_ANSIR.edi",
       "csa000.edi",    "par10ew_distortion.edi", "test.edi",
       "test_LEMI.edi", "tf_edi_metronix.edi",    "tf_edi_no_error.edi"};
+  const std::set<std::string> without_hz{"S1000.edi", "csa000.edi", "tf_edi_rho_only.edi"};
   const std::vector<std::string> files = find_import_files(field_data, "edi");
   ASSERT_EQ(run_import(choices, files, ImportMode::import, report), 0);
   std::int32_t readings = 0;
@@ -104,7 +105,7 @@ TEST_F(FieldData, Every_file_imports) {
     readings += file.readings;
     EXPECT_EQ(file.failure, "");
     EXPECT_EQ(file.sections, 1);
-    EXPECT_EQ(file.readings, 4);
+    EXPECT_EQ(file.readings, without_hz.contains(path.filename().string()) ? 4 : 6);
     EXPECT_EQ(file.impedances_only, path.parent_path().filename() == "impedance_only" ||
                                         impedances_only.contains(path.filename().string()));
     if (const auto expected = frequencies.find(path.filename().string()); expected != frequencies.end()) {
@@ -149,6 +150,36 @@ TEST_F(FieldData, Spectra_give_the_curves_of_the_same_station_as_impedances) {
       EXPECT_NEAR(reading.curve.value(1, index), resistivity, 2e-6 * resistivity);
       EXPECT_NEAR(reading.curve.value(2, index), degrees < -90.0 ? degrees + 360.0 : degrees, 1e-4);
     }
+  }
+}
+
+// Its tipper stands under the tags of Zxx and Zxy.
+TEST_F(FieldData, Spectra_give_the_tipper_of_the_same_station_with_its_errors) {
+  const std::string spectra = field_data + "/spectra/IEB0537A_Phoenix.edi";
+  ASSERT_EQ(run_import(choices, {spectra}, ImportMode::import, report), 0);
+  const std::vector<double> averages = option_values(file_contents(spectra), "AVGT=");
+  const std::string text = file_contents(field_data + "/odd/test.edi");
+  for (const auto& [data_type, tag] : {std::pair{"HzHx", "ZXX"}, std::pair{"HzHy", "ZXY"}}) {
+    SCOPED_TRACE(data_type);
+    const Module_database::Curve curve = stored(std::string("DataType = '") + data_type + "'").curve;
+    const std::vector<double> real = block_values(text, std::string(tag) + "R");
+    const std::vector<double> imaginary = block_values(text, std::string(tag) + "I");
+    const std::vector<double> variance = block_values(text, std::string(tag) + ".VAR");
+    ASSERT_EQ(curve.count(), 80U);
+    int compared = 0;
+    for (std::size_t index = 0; index < 80; ++index) {
+      const std::size_t theirs = 79 - index;
+      const double size = std::hypot(real[theirs], imaginary[theirs]);
+      EXPECT_NEAR(curve.value(1, index), real[theirs], 2e-6 * size);
+      EXPECT_NEAR(curve.value(2, index), imaginary[theirs], 2e-6 * size);
+      if (variance[theirs] > 0.0) {
+        const double error = std::sqrt(variance[theirs] / 2.0 * averages[theirs] / (averages[theirs] - 2.0));
+        EXPECT_NEAR(curve.error(1, index), error, 1e-3 * error);
+        EXPECT_EQ(curve.error(2, index), curve.error(1, index));
+        ++compared;
+      }
+    }
+    EXPECT_GT(compared, 75);
   }
 }
 

@@ -90,8 +90,20 @@ TEST_F(OtherFormats, Spectra_come_in_as_the_curves_of_their_tensor) {
     SCOPED_TRACE(channels.list);
     const FileReport file = import("a.edi", made_spectra(two_frequencies(), channels));
     EXPECT_FALSE(file.has_remarks()) << remark_lines(file).at(0);
-    EXPECT_EQ(file.readings, 4);
+    const bool has_hz = std::ranges::count(channels.order, 2) == 1;  // a tenth of Hx
+    EXPECT_EQ(file.readings, has_hz ? 6 : 4);
     EXPECT_EQ(file.frequencies, 2);
+    if (has_hz) {
+      const Curve x = raw("HzHx");
+      const Curve y = raw("HzHy");
+      EXPECT_NEAR(x.value(1, 1), 0.1, 1e-6);
+      for (const float zero : {x.value(2, 1), y.value(1, 1), y.value(2, 1)}) {
+        EXPECT_NEAR(zero, 0.0, 1e-6);
+      }
+      EXPECT_EQ(x.mask, (std::vector<std::int32_t>{1, 1, 1, 1}));
+      EXPECT_EQ(y.mask, x.mask);
+      EXPECT_EQ(x.value(13, 1), absent);
+    }
     const char* const data_types[] = {"ExHx", "ExHy", "EyHx", "EyHy"};
     for (std::size_t element = 0; element < 4; ++element) {
       SCOPED_TRACE(data_types[element]);
@@ -310,13 +322,13 @@ TEST_F(OtherFormats, Spectra_of_several_sections_are_several_stations) {
   const std::string two = replaced(one, ">END\n", "") + second;
   EXPECT_EQ(import("a.edi", two).sections, 2);
   EXPECT_EQ(rows_in("StationsTable"), 2);
-  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND EventNumber = 1 AND Station = 100"), 4);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND EventNumber = 1 AND Station = 100"), 6);
   choices.stations_by = StationsBy::sectid;
-  EXPECT_EQ(import("b.edi", two).readings, 8);
-  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND Station = 40"), 4);
+  EXPECT_EQ(import("b.edi", two).readings, 12);
+  EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND Station = 40"), 6);
   // A section without Ey is named; the other one comes in.
   const FileReport file = import("c.edi", replaced(one, ">END\n", "") + replaced(second, " 15.1\n", " 99\n"));
-  EXPECT_EQ(file.readings, 4);
+  EXPECT_EQ(file.readings, 6);
   EXPECT_NE(file.failure.find("section 2 has no channel EY"), std::string::npos) << file.failure;
 }
 

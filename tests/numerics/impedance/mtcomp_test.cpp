@@ -217,3 +217,70 @@ TEST(Mtcomp, Refuses_what_has_no_tensor) {
     EXPECT_EQ(estimate.coherence, 0.5F);
   }
 }
+
+// Written down by hand: uncorrelated Hx and Hy of powers 1 and 4, Hz = (0.2 - 0.1i) Hx + (-0.3 + 0.05i) Hy
+// and noise of power 0.03, so that <Hz Hx*> = 0.2 - 0.1i, <Hz Hy*> = -1.2 + 0.2i, <Hz Hz*> = 0.45.
+TEST(Mtcomp, The_tipper_is_a_row_of_Hz_with_errors_of_its_own) {
+  std::vector<double> matrix(25);
+  const auto put = [&](std::size_t row, std::size_t column, double value) {
+    matrix[row * 5 + column] = value;
+  };
+  put(0, 0, 1.0);
+  put(1, 1, 4.0);
+  put(2, 2, 0.45);
+  put(2, 0, 0.2);  // <Hx Hz*> = 0.2 + 0.1i
+  put(0, 2, -0.1);
+  put(2, 1, -1.2);  // <Hy Hz*> = -1.2 - 0.2i
+  put(1, 2, 0.2);
+  put(3, 3, 1.0);
+  put(4, 4, 1.0);
+  SpectraChannels channels = local;
+  TensorEstimate without;
+  ASSERT_EQ(mtcomp({1.0, 52.0, 0.0, channels, 5, matrix}, without), MtcompError::none);
+  EXPECT_LE(without.tipper[0], -1e30F) << "no channel of Hz";
+  channels.hz = 2;
+  const double errors[] = {std::sqrt(3e-4), std::sqrt(0.75e-4)};  // 0.03 / (2 (52 - 2)) over the powers
+  for (const double averages : {52.0, 2.0}) {
+    TensorEstimate estimate;
+    ASSERT_EQ(mtcomp({1.0, averages, 0.0, channels, 5, matrix}, estimate), MtcompError::none);
+    const float expected[] = {0.2F, -0.1F, -0.3F, 0.05F};
+    for (std::size_t part = 0; part < 4; ++part) {
+      EXPECT_NEAR(estimate.tipper.at(part), expected[part], 1e-7);
+    }
+    for (std::size_t k = 0; k < 2; ++k) {
+      if (averages > 2.0) {
+        EXPECT_NEAR(estimate.tipper_errors.at(k), errors[k], 1e-7);
+      } else {
+        EXPECT_LE(estimate.tipper_errors.at(k), -1e30F) << "no averages, no errors";
+      }
+    }
+    EXPECT_EQ(estimate.impedance, without.impedance);
+  }
+  // Channels turned clockwise by 90 degrees before: what they call Hx points east.
+  TensorEstimate turned;
+  ASSERT_EQ(mtcomp({1.0, 52.0, 90.0, channels, 5, matrix}, turned), MtcompError::none);
+  EXPECT_NEAR(turned.tipper[0], 0.3, 1e-7);
+  EXPECT_NEAR(turned.tipper[2], 0.2, 1e-7);
+  EXPECT_NEAR(turned.tipper_errors[0], errors[1], 1e-7);
+  channels.hz = 5;
+  EXPECT_EQ(mtcomp({1.0, 52.0, 0.0, channels, 5, matrix}, turned), MtcompError::bad_matrix);
+}
+
+// A distant reference sees the tipper that made Hz, whatever noise the horizontal channels have.
+TEST(Mtcomp, A_reference_takes_the_bias_from_the_tipper_too) {
+  const Complex tx{0.3, -0.2};
+  const Complex ty{-0.15, 0.1};
+  Source source;
+  Recording recording(7);
+  for (int k = 0; k < 20000; ++k) {
+    const Complex hx = source.field();
+    const Complex hy = 0.5 * hx + source.field();
+    recording.add({hx + 0.5 * source.field(), hy + 0.5 * source.field(), tx * hx + ty * hy, hy, hx,
+                   hx + 0.3 * source.field(), hy + 0.3 * source.field()});
+  }
+  SpectraChannels channels = remote;
+  channels.hz = 2;
+  const TensorEstimate estimate = estimate_of(recording.matrix(), channels);
+  EXPECT_NEAR(std::abs(Complex(estimate.tipper[0], estimate.tipper[1]) - tx), 0.0, 0.01);
+  EXPECT_NEAR(std::abs(Complex(estimate.tipper[2], estimate.tipper[3]) - ty), 0.0, 0.01);
+}
