@@ -1,5 +1,7 @@
 #include "app/tensor_windows.h"
 
+#include "tensor/windows/Form_tensor_map.h"
+
 TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
     : QObject(&main_window), display_(display), main_window_(main_window) {
   connect(&display, &SurveyDisplay::station_displayed, this, [this] { line_.follow_selection(); });
@@ -18,7 +20,16 @@ void TensorWindows::show_pseudo_section() {}
 
 void TensorWindows::show_strike() {}
 
-void TensorWindows::show_map() {}
+void TensorWindows::show_map() {
+  if (map_ && map_->isVisible()) {
+    map_->raise();
+    map_->activateWindow();
+    return;
+  }
+  map_ = new Form_tensor_map(line_, &main_window_);
+  map_->setAttribute(Qt::WA_DeleteOnClose);
+  map_->show();
+}
 
 void TensorWindows::close_all() {
   for (const QPointer<QWidget>& window : {pseudo_section_, strike_, map_}) {
