@@ -102,21 +102,24 @@ float single(double value) { return std::isnan(value) ? no_data : static_cast<fl
 /// The phase of an element with the sign of Ey turned.
 double other_sign(double phase) { return phase > 0.0 ? phase - 180.0 : phase + 180.0; }
 
+bool is_ey_turned(const StationTensor& tensor, const Rotation& rotation) {
+  return rotation.ey == RotatedEy::first_quadrant || tensor.ey_turned;
+}
+
 /// How one element of a station is rotated.
 struct Turn {
-  const LoadedStation& station;
+  const StationCurves& curves;
   const Rotation& rotation;
   Element element;
   double degrees;  // from the axes of the readings
   bool other_ey;   // phases are those of the other sign
 
-  Turn(const LoadedStation& of_station, CurveType type, const Rotation& to)
-      : station(of_station),
+  Turn(const StationCurves& of, const StationTensor& tensor, CurveType type, const Rotation& to)
+      : curves(of),
         rotation(to),
         element(static_cast<Element>(type)),
-        degrees(to.azimuth - of_station.tensor.axes),
-        other_ey((type == CurveType::EyHx || type == CurveType::EyHy) &&
-                 (to.ey == RotatedEy::first_quadrant || of_station.tensor.ey_turned)) {}
+        degrees(to.azimuth - tensor.axes),
+        other_ey((type == CurveType::EyHx || type == CurveType::EyHy) && is_ey_turned(tensor, to)) {}
 };
 
 /// Writes a point of the tensor into its place in the rotated curve.
@@ -126,7 +129,7 @@ void write_point(const Turn& turn, const TensorPoint& point, std::size_t at, Cur
   PointErrors of_repeats;
   PointErrors of_files;
   for (std::size_t element = 0; element < element_count; ++element) {
-    const StoredReading& merged = turn.station.curves.merged[element];
+    const StoredReading& merged = turn.curves.merged[element];
     const std::size_t place = place_of(merged.curve, point.frequency);
     of_repeats[element] = deviations(merged, place);
     of_files[element] = file_errors(merged, place);
@@ -200,22 +203,22 @@ int load_station(const LineChoice& choice, double station, const Frequencies& fr
   });
 }
 
-std::string rotation_refusal(const LoadedStation& station) {
-  const StoredReading& xy = station.curves.of(CurveType::ExHy);
-  const StoredReading& yx = station.curves.of(CurveType::EyHx);
+std::string rotation_refusal(const StationCurves& curves, const StationTensor& tensor) {
+  const StoredReading& xy = curves.of(CurveType::ExHy);
+  const StoredReading& yx = curves.of(CurveType::EyHx);
   if (xy.ID == 0 && yx.ID == 0) {
     return {};
   }
-  if (!station.tensor.refusal.empty()) {
-    return station.tensor.refusal;
+  if (!tensor.refusal.empty()) {
+    return tensor.refusal;
   }
   if (!is_in_use(xy) || !is_in_use(yx)) {
     return "ExHy or EyHx is switched off";
   }
-  return station.tensor.points.empty() ? "no frequency has all four elements in use" : "";
+  return tensor.points.empty() ? "no frequency has all four elements in use" : "";
 }
 
-std::string left_out_entry(const StationTensor& station, const std::string& why) {
+std::string left_out_entry(const StationCurves& station, const std::string& why) {
   return station_text(station.station, station.name) + ": " + why;
 }
 
@@ -230,22 +233,23 @@ std::string left_out_text(std::span<const std::string> stations) {
              : text + "; and " + plain_text(static_cast<std::int64_t>(stations.size() - named)) + " more";
 }
 
-StoredReading rotated_reading(const LoadedStation& station, CurveType type, const Rotation& rotation) {
-  const StoredReading& stored = station.curves.of(type);
+StoredReading rotated_reading(const StationCurves& curves, const StationTensor& tensor, CurveType type,
+                              const Rotation& rotation) {
+  const StoredReading& stored = curves.of(type);
   StoredReading rotated;
-  if (stored.ID == 0 || station.tensor.points.empty() || !rotation_refusal(station).empty()) {
+  if (tensor.points.empty() || !rotation_refusal(curves, tensor).empty()) {
     return rotated;
   }
   rotated.ID = stored.ID;
   rotated.FileID = Module_database::derived_file;
   rotated.curve = empty_curve(stored.curve.frequencies);
-  const Turn turn(station, type, rotation);
-  for (const TensorPoint& point : station.tensor.points) {
+  const Turn turn(curves, tensor, type, rotation);
+  for (const TensorPoint& point : tensor.points) {
     write_point(turn, point, place_of(rotated.curve, point.frequency), rotated.curve);
   }
-  const bool ey_turned = rotation.ey == RotatedEy::first_quadrant || station.tensor.ey_turned;
-  rotated.axes = {ey_turned ? Module_database::ey_turned : Module_database::ey_as_measured,
-                  static_cast<float>(rotation.azimuth)};
+  rotated.axes = {
+      is_ey_turned(tensor, rotation) ? Module_database::ey_turned : Module_database::ey_as_measured,
+      static_cast<float>(rotation.azimuth)};
   return rotated;
 }
 

@@ -34,6 +34,7 @@ struct Rotation {
 // The azimuths that users may ask for, both ends included; beyond them lies a mistake.
 inline constexpr double least_azimuth = -180.0;
 inline constexpr double largest_azimuth = 360.0;
+inline constexpr const char* bad_azimuth = "The strike to rotate to must be from -180 to 360 degrees";
 /// False for what is no number, too.
 bool is_rotation_azimuth(double azimuth);
 
@@ -56,14 +57,14 @@ struct LoadedStation {
 
 /// Why a station that has curves can't be rotated, a sentence without its point; empty if it can, or if it
 /// has none of the off-diagonal curves and so nothing to be missed.
-std::string rotation_refusal(const LoadedStation& station);
+std::string rotation_refusal(const StationCurves& curves, const StationTensor& tensor);
 
 /// "Left out, as they have no tensor: 300 (ET003): its Hx point in different directions; 400; ..."; empty
 /// without stations. Of many the first ones are named, and the rest counted.
 std::string left_out_text(std::span<const std::string> stations);
 
 /// "300 (ET003): why"
-std::string left_out_entry(const StationTensor& station, const std::string& why);
+std::string left_out_entry(const StationCurves& station, const std::string& why);
 
 /// The merged curve of one element in turned axes, as if it had been stored so: at the frequencies of the
 /// station's curve of that name, with
@@ -78,7 +79,7 @@ std::string left_out_entry(const StationTensor& station, const std::string& why)
 /// from the same electric field. The static factors are in the resistivities, and ResOffset is 1.
 /// @param type  an impedance element
 /// @return ID 0 if the station has no tensor
-Module_database::StoredReading rotated_reading(const LoadedStation& station, CurveType type,
-                                               const Rotation& rotation);
+Module_database::StoredReading rotated_reading(const StationCurves& curves, const StationTensor& tensor,
+                                               CurveType type, const Rotation& rotation);
 
 }  // namespace Module_tensor
