@@ -179,6 +179,8 @@ bool is_in_use(const StoredReading& merged) {
 
 bool is_rotation_azimuth(double azimuth) { return azimuth >= least_azimuth && azimuth <= largest_azimuth; }
 
+double azimuth_of(std::string_view text) { return is_numeric(text) ? numeric_value(text) : not_known; }
+
 std::string rotation_text(double azimuth) {
   return "rotated to a strike of " + plain_text(azimuth) + " degrees from north";
 }

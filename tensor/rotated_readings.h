@@ -38,6 +38,9 @@ inline constexpr const char* bad_azimuth = "The strike to rotate to must be from
 /// False for what is no number, too.
 bool is_rotation_azimuth(double azimuth);
 
+/// An azimuth as typed; NaN for what is no number.
+double azimuth_of(std::string_view text);
+
 /// "rotated to a strike of 25 degrees from north"
 std::string rotation_text(double azimuth);
 
