@@ -11,7 +11,6 @@
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
-#include "tensor/rotated_readings.h"
 
 namespace fs = std::filesystem;
 
@@ -46,8 +45,7 @@ int load_rotated(const LineOutput& line, double station, StoredReading& rotated,
                    loaded) != 0) {
     return -1;
   }
-  if (const std::string refusal = rotation_refusal(loaded.curves, loaded.tensor); !refusal.empty()) {
-    counts.left_out.push_back(left_out_entry(loaded.curves, refusal));
+  if (!counts.rotation.add(loaded)) {
     return 0;
   }
   const Rotation rotation{*line.strike, line.settings.apply_static == 1, RotatedEy::first_quadrant};
@@ -129,10 +127,10 @@ int write_line(const LineOutput& line, const std::function<void(int)>& show_row_
     batch = "rem " + Module_tensor::rotation_text(*line.strike) + "\r\n";
   }
   const int status = write_stations(line, show_row_count, batch, counts);
-  if (status == 0 && counts.stations == 0 && !counts.left_out.empty()) {
+  if (status == 0 && counts.stations == 0 && !counts.rotation.left_out.empty()) {
     user_interface().show_message("No station of line " + line.selection.line +
                                   " can be rotated, and nothing was written. " +
-                                  Module_tensor::left_out_text(counts.left_out));
+                                  Module_tensor::left_out_text(counts.rotation));
     return -1;
   }
   // Also after a failure: it runs the stations whose files are written.
@@ -166,13 +164,11 @@ int write_rhoplus_file(const std::string& path, double station, const StoredRead
 
 std::string rhoplus_summary(const RhoplusCounts& counts, const RhoplusSettings& settings,
                             const std::string& folder) {
-  const std::string left_out = Module_tensor::left_out_text(counts.left_out);
   return std::to_string(counts.stations) +
          (counts.stations == 1 ? " control file with " : " control files with ") +
          std::to_string(counts.rows) + (counts.rows == 1 ? " row" : " rows") + " written to " + folder +
          ", with " + batch_file_name(settings) +
-         (counts.strike ? ", " + Module_tensor::rotation_text(*counts.strike) : "") +
-         (left_out.empty() ? "" : ". " + left_out);
+         (counts.strike ? ", " + Module_tensor::report_text(*counts.strike, counts.rotation) : "");
 }
 
 int output_rhoplus(const LineSelection& selection, const std::string& folder, const RhoplusSettings& settings,

@@ -8,6 +8,7 @@
 
 #include "database/reading.h"
 #include "output/rhoplus_data.h"
+#include "tensor/rotated_readings.h"
 
 namespace Module_output {
 
@@ -28,8 +29,8 @@ struct RhoplusCounts {
   int stations = 0;  // control files written
   int rows = 0;      // data rows in them
   bool stopped = false;
-  std::optional<double> strike;       // that the curves were rotated to, degrees from north
-  std::vector<std::string> left_out;  // stations that have curves and no tensor, with the reason
+  std::optional<double> strike;  // that the curves were rotated to, degrees from north
+  Module_tensor::RotationReport rotation;
 };
 
 /// "12 control files with 300 rows written to /surveys/rho, with tmd_run.bat", and what the curves were

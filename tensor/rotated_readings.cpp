@@ -18,6 +18,7 @@ using Module_database::StoredReading;
 using numerics::impedance::ApparentEarth;
 using numerics::impedance::Element;
 using numerics::impedance::element_count;
+using numerics::impedance::Estimate;
 using numerics::impedance::not_known;
 using numerics::impedance::Tensor;
 
@@ -30,8 +31,8 @@ struct ElementErrors {
 };
 using PointErrors = std::array<ElementErrors, element_count>;
 
-/// The deviations of the repeats, 0 where there are none, as outputs take them. A value that counted in spite
-/// of its mask has those of all values present.
+/// The deviations of the repeats, 0 where there are none, as outputs take them. A value that was absent
+/// before it was taken in spite of its mask has those of all values present.
 ElementErrors deviations(const StoredReading& merged, std::size_t at) {
   using namespace Module_database;
   if (!Module_averaged_data::has_deviations(merged, at)) {
@@ -47,14 +48,21 @@ ElementErrors deviations(const StoredReading& merged, std::size_t at) {
           deviation(counted ? field_phase_deviation : field_all_phase_deviation)};
 }
 
-ElementErrors file_errors(const StoredReading& merged, std::size_t at) {
+/// The errors of the files; of a value that was taken in spite of its mask, what is known of it.
+ElementErrors file_errors(const StoredReading& merged, const CurveSource& source, std::size_t at) {
   using namespace Module_database;
-  const auto error = [&](Field field) {
-    const double known = merged.curve.error(field, at);
-    return known > 0.0 && std::isfinite(known) ? known : not_known;
+  const auto known = [&](int field) {
+    const auto quantity = static_cast<std::size_t>(field) - 1;
+    const SourceValue of_files =
+        merged.curve.point_counts(field, at)
+            ? SourceValue{merged.curve.value(field, at), merged.curve.error(field, at)}
+        : source.regardless_of_masks.empty() ? SourceValue{}
+                                             : source.regardless_of_masks[at][quantity];
+    const double error = of_files.error;
+    return Estimate{of_files.value, error > 0.0 && std::isfinite(error) ? error : not_known};
   };
-  return {error(field_resistivity) / std::abs(double{merged.curve.value(field_resistivity, at)}),
-          error(field_phase)};
+  const Estimate resistivity = known(field_resistivity);
+  return {resistivity.error / std::abs(resistivity.value), known(field_phase).error};
 }
 
 /// A diagonal element without an error gets that of the other element of its row.
@@ -132,7 +140,7 @@ void write_point(const Turn& turn, const TensorPoint& point, std::size_t at, Cur
     const StoredReading& merged = turn.curves.merged[element];
     const std::size_t place = place_of(merged.curve, point.frequency);
     of_repeats[element] = deviations(merged, place);
-    of_files[element] = file_errors(merged, place);
+    of_files[element] = file_errors(merged, turn.curves.sources[element], place);
     if (!turn.rotation.apply_static) {
       tensor.z[element] /= std::sqrt(double{merged.ResOffset});
     }
@@ -170,11 +178,6 @@ Curve empty_curve(const std::vector<float>& frequencies) {
   return curve;
 }
 
-/// A switch of the user that takes an element out, and with it the tensor.
-bool is_in_use(const StoredReading& merged) {
-  return merged.UseReading && merged.UseResistivity && merged.UsePhase;
-}
-
 }  // namespace
 
 bool is_rotation_azimuth(double azimuth) { return azimuth >= least_azimuth && azimuth <= largest_azimuth; }
@@ -186,9 +189,8 @@ std::string rotation_text(double azimuth) {
 }
 
 std::optional<CurveType> impedance_type(std::string_view data_type) {
-  const auto end = curve_types.begin() + element_count;
-  const auto found = std::find(curve_types.begin(), end, data_type);
-  return found == end ? std::nullopt : std::optional(static_cast<CurveType>(found - curve_types.begin()));
+  const auto index = curve_type_index(data_type);
+  return index && *index < element_count ? std::optional(static_cast<CurveType>(*index)) : std::nullopt;
 }
 
 int load_station(const LineChoice& choice, double station, const Frequencies& frequencies,
@@ -205,41 +207,46 @@ int load_station(const LineChoice& choice, double station, const Frequencies& fr
   });
 }
 
-std::string rotation_refusal(const StationCurves& curves, const StationTensor& tensor) {
-  const StoredReading& xy = curves.of(CurveType::ExHy);
-  const StoredReading& yx = curves.of(CurveType::EyHx);
-  if (xy.ID == 0 && yx.ID == 0) {
-    return {};
+bool RotationReport::add(const LoadedStation& station) {
+  const StationTensor& tensor = station.tensor;
+  if (station.curves.of(CurveType::ExHy).ID == 0 && station.curves.of(CurveType::EyHx).ID == 0) {
+    return false;
   }
   if (!tensor.refusal.empty()) {
-    return tensor.refusal;
+    left_out.push_back(tensor.refusal);
+    return false;
   }
-  if (!is_in_use(xy) || !is_in_use(yx)) {
-    return "ExHy or EyHx is switched off";
-  }
-  return tensor.points.empty() ? "no frequency has all four elements in use" : "";
+  without_azimuth += tensor.axes_known ? 0 : 1;
+  return true;
 }
 
-std::string left_out_entry(const StationCurves& station, const std::string& why) {
-  return station_text(station.station, station.name) + ": " + why;
-}
-
-std::string left_out_text(std::span<const std::string> stations) {
+std::string left_out_text(const RotationReport& report) {
   constexpr std::size_t named = 5;
   std::string text;
-  for (const std::string& station : stations.first(std::min(stations.size(), named))) {
-    text += (text.empty() ? "Left out, as they have no tensor: " : "; ") + station;
+  for (std::size_t index = 0; index < std::min(report.left_out.size(), named); ++index) {
+    text += (index == 0 ? "Left out for want of a tensor: " : "; ") + report.left_out[index];
   }
-  return stations.size() <= named
+  return report.left_out.size() <= named
              ? text
-             : text + "; and " + plain_text(static_cast<std::int64_t>(stations.size() - named)) + " more";
+             : text + "; and " + plain_text(static_cast<std::int64_t>(report.left_out.size() - named)) +
+                   " more";
+}
+
+std::string report_text(double azimuth, const RotationReport& report) {
+  std::string text = rotation_text(azimuth);
+  if (report.without_azimuth > 0) {
+    text += ", x counting as north at " + plain_text(report.without_azimuth) +
+            (report.without_azimuth == 1 ? " station" : " stations") + " without an azimuth of Hx";
+  }
+  const std::string left_out = left_out_text(report);
+  return left_out.empty() ? text : text + ". " + left_out;
 }
 
 StoredReading rotated_reading(const StationCurves& curves, const StationTensor& tensor, CurveType type,
                               const Rotation& rotation) {
   const StoredReading& stored = curves.of(type);
   StoredReading rotated;
-  if (tensor.points.empty() || !rotation_refusal(curves, tensor).empty()) {
+  if (tensor.points.empty()) {
     return rotated;
   }
   rotated.ID = stored.ID;

@@ -6,7 +6,6 @@
 #pragma once
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,16 +57,23 @@ struct LoadedStation {
 [[nodiscard]] int load_station(const LineChoice& choice, double station, const Frequencies& frequencies,
                                LoadedStation& loaded);
 
-/// Why a station that has curves can't be rotated, a sentence without its point; empty if it can, or if it
-/// has none of the off-diagonal curves and so nothing to be missed.
-std::string rotation_refusal(const StationCurves& curves, const StationTensor& tensor);
+/// What there is to tell of the stations of a line that were rotated.
+struct RotationReport {
+  std::vector<std::string> left_out;  // what keeps stations from having a tensor, sentences with their names
+  int without_azimuth = 0;            // rotated stations whose x counts as north, as no azimuth is known
 
-/// "Left out, as they have no tensor: 300 (ET003): its Hx point in different directions; 400; ..."; empty
-/// without stations. Of many the first ones are named, and the rest counted.
-std::string left_out_text(std::span<const std::string> stations);
+  /// Notes a station. @return whether it can be rotated. One without any off-diagonal curve can't, and there
+  /// is nothing to tell of it.
+  bool add(const LoadedStation& station);
+};
 
-/// "300 (ET003): why"
-std::string left_out_entry(const StationCurves& station, const std::string& why);
+/// "Left out for want of a tensor: Station 300 (ET003): there is no ExHx; Station 400: ..."; empty if none
+/// is. Of many the first ones are named, and the rest counted.
+std::string left_out_text(const RotationReport& report);
+
+/// "rotated to a strike of 25 degrees from north", what counts as north without being known as north, and
+/// what was left out. Without a point at the end.
+std::string report_text(double azimuth, const RotationReport& report);
 
 /// The merged curve of one element in turned axes, as if it had been stored so: at the frequencies of the
 /// station's curve of that name, with
@@ -77,9 +83,9 @@ std::string left_out_entry(const StationCurves& station, const std::string& why)
 ///   fields 5 to 8  the same as fields 1 to 4
 ///   errors         those of the files, of all four elements
 ///
-/// Errors of different elements count as independent. A diagonal element whose error isn't known, as no file
-/// error outlives a mask, is taken to be known as well as the other element of its row: both are estimated
-/// from the same electric field. The static factors are in the resistivities, and ResOffset is 1.
+/// Errors of different elements count as independent. A diagonal element whose error isn't known is taken to
+/// be known as well as the other element of its row: both are estimated from the same electric field. The
+/// static factors are in the resistivities, and ResOffset is 1.
 /// @param type  an impedance element
 /// @return ID 0 if the station has no tensor
 Module_database::StoredReading rotated_reading(const StationCurves& curves, const StationTensor& tensor,

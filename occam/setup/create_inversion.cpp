@@ -123,7 +123,7 @@ void write_run(const RunSet& run, const fs::path& folder) {
 
 /// A sentence and the stations that weren't rotated.
 std::string with_left_out(const std::string& sentence, const CreatedInversion& created) {
-  const std::string left_out = Module_tensor::left_out_text(created.left_out);
+  const std::string left_out = Module_tensor::left_out_text(created.rotation);
   return left_out.empty() ? sentence : sentence + ". " + left_out;
 }
 
@@ -184,7 +184,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     return -1;
   }
   created.totals = mode_totals(design.modes, data);
-  created.left_out = std::move(data.left_out);
+  created.rotation = std::move(data.rotation);
   if (const std::string missing = missing_mode(design, created.totals); !missing.empty()) {
     user_interface().show_message(with_left_out(missing, created));
     return -1;
@@ -219,9 +219,9 @@ std::string completion_text(const CreatedInversion& created, const InversionInpu
     text += ". " + totals_text(created.totals);
   }
   if (inputs.rotate_to_strike) {
-    text += ". The curves are " + Module_tensor::rotation_text(*inputs.rotate_to_strike);
+    text += ". The curves are " + Module_tensor::report_text(*inputs.rotate_to_strike, created.rotation);
   }
-  return with_left_out(text, created);
+  return text;
 }
 
 }  // namespace

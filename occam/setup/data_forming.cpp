@@ -62,8 +62,7 @@ int load_rotated_curves(const DataDesign& design, double station, std::vector<St
                    design.frequencies, loaded) != 0) {
     return -1;
   }
-  if (const std::string refusal = rotation_refusal(loaded.curves, loaded.tensor); !refusal.empty()) {
-    data.left_out.push_back(left_out_entry(loaded.curves, refusal));
+  if (!data.rotation.add(loaded)) {
     return 0;
   }
   for (const RunMode& mode : design.modes) {

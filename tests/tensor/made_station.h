@@ -46,6 +46,9 @@ inline Module_tensor::StationCurves station(double number, const std::vector<flo
     merged.axes = {ey == Ey::turned ? ey_turned : ey_as_measured, 0.0F};
     merged.curve.assign(frequencies.size());
     merged.curve.frequencies = frequencies;
+    Module_tensor::CurveSource& source = made.sources[element];
+    source.axes = {merged.axes};
+    source.regardless_of_masks.resize(frequencies.size());
     for (std::size_t at = 0; at < frequencies.size(); ++at) {
       const bool sign = ey == Ey::turned && element >= 2;
       const Complex z = (sign ? -1.0 : 1.0) * impedances(frequencies[at])[element];
@@ -58,6 +61,8 @@ inline Module_tensor::StationCurves station(double number, const std::vector<flo
         merged.curve.value(number_of_field, at) = masked ? no_data : static_cast<float>(values[field]);
         merged.curve.value(number_of_field + 4, at) = static_cast<float>(values[field]);
       }
+      source.regardless_of_masks[at] = {
+          {{static_cast<float>(rho), static_cast<float>(0.1 * rho)}, {static_cast<float>(phase), 3.0F}}};
       merged.curve.counts_at(field_resistivity, at) = masked ? 0 : 1;
       merged.curve.counts_at(field_phase, at) = masked ? 0 : 1;
       merged.curve.error_at(field_resistivity, at) = masked ? no_data : static_cast<float>(0.1 * rho);

@@ -73,8 +73,9 @@ TEST(Rotated_readings, Distortion_scales_resistivities_and_leaves_phases) {
 
 TEST(Rotated_readings, Axes_of_the_readings_count) {
   StationCurves curves = station_of_strike(25.0);  // as seen from x
-  for (StoredReading& merged : curves.merged) {
-    merged.axes.HxAzimuth = 30.0F;
+  for (std::size_t element = 0; element < 4; ++element) {
+    curves.merged[element].axes.HxAzimuth = 30.0F;
+    curves.sources[element].axes[0].HxAzimuth = 30.0F;
   }
   const StoredReading reading = rotated(curves, CurveType::ExHy, {55.0});
   expect_values(reading, 100.0, 30.0);
@@ -141,17 +142,21 @@ TEST(Rotated_readings, Points_without_a_tensor_are_absent_and_masked) {
 }
 
 TEST(Rotated_readings, What_is_switched_off_or_missing_has_no_tensor) {
-  StationCurves off = station_of_strike(25.0);
-  off.merged[1].UsePhase = false;
-  StationCurves lacks_diagonal = station_of_strike(25.0);
-  lacks_diagonal.merged[0] = {};
-  for (const StationCurves& curves : {off, lacks_diagonal}) {
-    const StationTensor tensor = station_tensor(curves, Module_database::ey_sign_by_rule);
-    EXPECT_NE(rotation_refusal(curves, tensor), "");
-    EXPECT_EQ(rotated_reading(curves, tensor, CurveType::EyHx, {25.0}).ID, 0);
+  LoadedStation off{station_of_strike(25.0), {}};
+  off.curves.merged[1].UsePhase = false;
+  LoadedStation lacks_diagonal{station_of_strike(25.0), {}};
+  lacks_diagonal.curves.merged[0] = {};
+  LoadedStation nothing;
+  RotationReport report;
+  for (LoadedStation* const station : {&off, &lacks_diagonal, &nothing}) {
+    station->tensor = station_tensor(station->curves, Module_database::ey_sign_by_rule);
+    EXPECT_EQ(rotated_reading(station->curves, station->tensor, CurveType::EyHx, {25.0}).ID, 0);
+    EXPECT_FALSE(report.add(*station));
   }
-  const StationCurves nothing;
-  EXPECT_EQ(rotation_refusal(nothing, station_tensor(nothing, 0)), "") << "nobody misses it";
+  EXPECT_EQ(
+      left_out_text(report),
+      "Left out for want of a tensor: Station 1250: ExHy is switched off; Station 1250: there is no ExHx")
+      << "nobody misses what a station without curves lacks";
 }
 
 TEST(Rotated_readings, Deviations_are_those_of_repeats_that_vary_so) {
@@ -188,12 +193,15 @@ TEST(Rotated_readings, Deviations_are_those_of_repeats_that_vary_so) {
   }
 }
 
-TEST(Rotated_readings, A_masked_diagonal_is_known_as_well_as_its_row) {
-  // Zyy, as stored, has a phase below 0: its file error is lost. Errors of 10 % and 3 degrees of Zyx are
+TEST(Rotated_readings, A_diagonal_without_an_error_is_known_as_well_as_its_row) {
+  // Zyy, as stored, has a phase below 0, and its error isn't known. Errors of 10 % and 3 degrees of Zyx are
   // 0.05 and 0.0524 of 12.8 along and across; together with Zxx, which has its own, and weights of 1/4.
   const Elements z{Complex(1, 2), Complex(8, 8), Complex(-9, -9), Complex(-1, 3)};
-  const StationCurves curves = made::station(1, {1.0F}, [&z](double) { return z; });
-  ASSERT_EQ(curves.of(CurveType::EyHy).curve.error(field_phase, 0), no_data);
+  StationCurves curves = made::station(1, {1.0F}, [&z](double) { return z; });
+  ASSERT_EQ(curves.of(CurveType::EyHy).curve.counts_at(field_phase, 0), 0);
+  for (SourceValue& value : curves.sources[3].regardless_of_masks[0]) {
+    value.error = no_data;
+  }
   const StoredReading reading = rotated(curves, CurveType::ExHy, {45.0});
   const auto mean_variance = [](Complex element) {
     return std::norm(element) * (0.05 * 0.05 + made::radians(3.0) * made::radians(3.0)) / 2.0;
@@ -217,10 +225,14 @@ TEST(Rotated_readings, Azimuths_and_the_words_about_them) {
   }
   EXPECT_EQ(impedance_type("EyHx"), CurveType::EyHx);
   EXPECT_EQ(impedance_type("HzHx"), std::nullopt);
-  EXPECT_EQ(left_out_text({}), "");
-  const std::vector<std::string> stations{"1: a", "2: a", "3: a", "4: a", "5: a", "6: a", "7: a"};
-  EXPECT_EQ(left_out_text(stations),
-            "Left out, as they have no tensor: 1: a; 2: a; 3: a; 4: a; 5: a; and 2 more");
+  RotationReport report;
+  EXPECT_EQ(report_text(25.0, report), "rotated to a strike of 25 degrees from north");
+  report.left_out = {"1: a", "2: a", "3: a", "4: a", "5: a", "6: a", "7: a"};
+  report.without_azimuth = 1;
+  EXPECT_EQ(
+      report_text(25.0, report),
+      "rotated to a strike of 25 degrees from north, x counting as north at 1 station without an azimuth "
+      "of Hx. Left out for want of a tensor: 1: a; 2: a; 3: a; 4: a; 5: a; and 2 more");
 }
 
 }  // namespace
