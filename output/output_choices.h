@@ -26,7 +26,7 @@ struct OutputChoices {
   int reference_index = -1;  // the reference type itself
   int dipole_index = -1;
   std::string folder;
-  std::optional<double> strike;  // that Rho+ curves are rotated to, degrees from north
+  std::optional<double> strike = std::nullopt;  // that Rho+ curves are rotated to, degrees from north
 };
 
 /// What a data type stands for in the axes of a rotation to the strike, for the panel: "ExHy, its electric
