@@ -222,6 +222,8 @@ void Form_main::connect_output_menus() {
   connect(ui_->menu_pseudo_section, &QAction::triggered, tensor_, &TensorWindows::show_pseudo_section);
   connect(ui_->menu_strike, &QAction::triggered, tensor_, &TensorWindows::show_strike);
   connect(ui_->menu_tensor_map, &QAction::triggered, tensor_, &TensorWindows::show_map);
+  connect(tensor_, &TensorWindows::strike_chosen, rhoplus_, &RhoplusWindows::propose_strike);
+  connect(tensor_, &TensorWindows::strike_chosen, output_, &OutputPanel::propose_strike);
   connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
   connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
 }

@@ -77,7 +77,8 @@ void RhoplusWindows::create_occam_inversion() {
     display_.display_station(Module_display_data::first_station_of_current_line() + place_in_line - 1);
   };
   const std::int32_t file_errors = Module_output::rhoplus_settings().use_file_errors;
-  Form_occam dialog(Module_output::rhoplus_settings(), steps, &main_window_, display_.positions());
+  Form_occam dialog(Module_output::rhoplus_settings(), steps, &main_window_, display_.positions(),
+                    proposed_strike_);
   dialog.exec();  // the results window may be closed before this one
   put_back_display();
   if (results_) {

@@ -22,6 +22,9 @@ class RhoplusWindows : public QObject {
   void show_results();
   void close_results();
 
+  /// The strike that new two-dimensional inversions may be rotated to, degrees from north.
+  void propose_strike(double strike) { proposed_strike_ = strike; }
+
  Q_SIGNALS:
   /// The user wants the two-dimensional inversion of a run that was created.
   void inversion_wanted(const QString& run_directory);
@@ -34,5 +37,6 @@ class RhoplusWindows : public QObject {
   SurveyDisplay& display_;
   QWidget& main_window_;
   QPointer<Form_rhoplus_inversion> results_;
+  std::optional<double> proposed_strike_;
   std::optional<SurveyDisplay::Kept> kept_;  // during a run through the line
 };

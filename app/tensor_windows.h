@@ -23,6 +23,9 @@ class TensorWindows : public QObject {
   /// The strike that was handed on last, degrees from north; none until then.
   [[nodiscard]] std::optional<double> chosen_strike() const { return chosen_strike_; }
 
+ Q_SIGNALS:
+  void strike_chosen(double strike);
+
  private:
   SurveyDisplay& display_;
   QWidget& main_window_;

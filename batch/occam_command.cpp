@@ -5,6 +5,7 @@
 #include "batch/command.h"
 #include "batch/reading_option.h"
 #include "batch/rhoplus_option.h"
+#include "batch/rotate_option.h"
 #include "core/user_interface.h"
 #include "occam/setup/create_inversion.h"
 #include "projections/line_distances.h"
@@ -151,6 +152,11 @@ Command add_occam_command(Program& program) {
   parser.add_option("--directory", options->inputs.directory, "folder of the files, created if it is missing")
       .required();
   add_entries(parser, options->inputs);
+  add_rotate_option(
+      parser, options->inputs.rotate_to_strike,
+      "azimuth of the strike, degrees from north, that the tensors are rotated to: TE is then the "
+      "element whose electric field is along the strike, TM the one across, whatever the axes of "
+      "the readings");
   add_file_errors_flag(parser, options->rhoplus);
   add_overwrite_flag(parser, "replace an earlier inversion in the folder, which is kept in earlier_1");
   return {parser, [options] { return run_occam(*options); }};

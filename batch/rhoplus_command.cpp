@@ -2,10 +2,12 @@
 // them.
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "batch/command.h"
 #include "batch/reading_option.h"
 #include "batch/rhoplus_option.h"
+#include "batch/rotate_option.h"
 #include "core/user_interface.h"
 #include "output/rhoplus.h"
 
@@ -17,12 +19,13 @@ struct RhoplusOptions {
   Module_database::LineSelection reading;
   std::string directory;
   Module_output::RhoplusSettings settings;
+  std::optional<double> strike;
 };
 
 int write_line(const RhoplusOptions& options) {
   Module_output::RhoplusCounts counts;
-  const int status =
-      Module_output::output_rhoplus(options.reading, options.directory, options.settings, {}, counts);
+  const int status = Module_output::output_rhoplus(options.reading, options.directory, options.settings, {},
+                                                   counts, options.strike);
   if (status == 0 && counts.stopped) {
     user_interface().show_message("Stopped; the batch file holds the stations written so far");
   }
@@ -47,6 +50,10 @@ Command add_rhoplus_command(Program& program) {
   parser.add_option("--directory", options->directory, "folder of the files, created if it is missing")
       .required();
   add_rhoplus_options(parser, options->settings);
+  add_rotate_option(
+      parser, options->strike,
+      "azimuth of the strike, degrees from north, that the tensors are rotated to: ExHy is then the "
+      "element whose electric field is along the strike, EyHx the one across");
   return {parser, [options] { return run_rhoplus(*options); }};
 }
 

@@ -71,6 +71,13 @@ int read_output_lists(OutputLists& lists) {
   });
 }
 
+std::string rotated_data_type(const std::string& data_type) {
+  if (data_type == "ExHy") {
+    return data_type + ", electric field along the strike (TE)";
+  }
+  return data_type == "EyHx" ? data_type + ", electric field across the strike (TM)" : data_type;
+}
+
 int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
                          const RhoplusSettings& settings, const std::string& sub_folder,
                          const std::function<void(int)>& show_row_count) {
@@ -87,7 +94,7 @@ int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
                                 lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
   const std::filesystem::path folder = std::filesystem::path(choices.folder) / trimmed(sub_folder);
   RhoplusCounts counts;
-  if (output_rhoplus(selection, folder.string(), settings, show_row_count, counts) != 0) {
+  if (output_rhoplus(selection, folder.string(), settings, show_row_count, counts, choices.strike) != 0) {
     return -1;
   }
   user_interface().show_message((counts.stopped ? "Stopped. " : output_completed) +

@@ -1,5 +1,6 @@
 // output_choices.h: what the output panel offers, and the checks of what was chosen before a line is written.
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,7 +26,12 @@ struct OutputChoices {
   int reference_index = -1;  // the reference type itself
   int dipole_index = -1;
   std::string folder;
+  std::optional<double> strike = std::nullopt;  // that Rho+ curves are rotated to, degrees from north
 };
+
+/// What a data type stands for in the axes of a rotation to the strike, for the panel: "ExHy, its electric
+/// field along the strike".
+std::string rotated_data_type(const std::string& data_type);
 
 /// Writes the chosen line as Rho+ control files with a batch file, of the data type of the session's
 /// selection, into the chosen folder or, if `sub_folder` is not blank, into that folder of it, or where a

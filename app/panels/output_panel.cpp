@@ -7,6 +7,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "platform/widgets/folder_model.h"
+#include "tensor/rotated_readings.h"
 #include "ui_output_panel.h"
 
 OutputPanel::OutputPanel(QWidget* parent)
@@ -21,6 +22,8 @@ OutputPanel::OutputPanel(QWidget* parent)
   connect(folders_, &QFileSystemModel::directoryLoaded, this, &OutputPanel::scroll_to_folder);
   connect(folders_, &QFileSystemModel::layoutChanged, this, &OutputPanel::scroll_to_folder);
   connect(ui_->DirList, &QTreeView::pressed, this, [this] { keep_folder_in_view_ = false; });
+  ui_->Text_rotate_to_strike->setText("0");
+  connect(ui_->Check_rotate_to_strike, &QCheckBox::toggled, this, &OutputPanel::show_data_type);
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
   auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
@@ -51,9 +54,21 @@ bool OutputPanel::open_for(Module_output::OutputKind kind) {
   ui_->Frame_rhoplus->setVisible(rhoplus);
   ui_->Frame_outputvariable->setTitle(rhoplus ? "Data to write as Rho+ control files"
                                               : "Data to write as a Zonge AVG set");
-  ui_->Label_data_type->setText(QString::fromStdString(session().current_data_type));
+  show_data_type();
   show_folder(QFileInfo(QString::fromStdString(session().database_file)).absolutePath());
   return true;
+}
+
+void OutputPanel::propose_strike(double strike) {
+  ui_->Text_rotate_to_strike->setText(QString::fromStdString(format_number(strike, "0.0")));
+}
+
+void OutputPanel::show_data_type() {
+  const bool rotate = ui_->Check_rotate_to_strike->isChecked();
+  const std::string& type = session().current_data_type;
+  ui_->Text_rotate_to_strike->setEnabled(rotate);
+  ui_->Label_data_type->setText(QString::fromStdString(
+      rotate && kind_ == Module_output::OutputKind::rhoplus ? Module_output::rotated_data_type(type) : type));
 }
 
 void OutputPanel::take_focus() { ui_->Combo_output_linelist->setFocus(); }
@@ -72,10 +87,13 @@ void OutputPanel::scroll_to_folder() {
 }
 
 void OutputPanel::write() {
-  const Module_output::OutputChoices choices{ui_->Combo_output_linelist->currentIndex(),
-                                             ui_->Combo_output_datatype->currentIndex(),
-                                             ui_->Combo_output_dipole->currentIndex(),
-                                             folders_->filePath(ui_->DirList->currentIndex()).toStdString()};
+  Module_output::OutputChoices choices{
+      ui_->Combo_output_linelist->currentIndex(), ui_->Combo_output_datatype->currentIndex(),
+      ui_->Combo_output_dipole->currentIndex(),
+      folders_->filePath(ui_->DirList->currentIndex()).toStdString(), std::nullopt};
+  if (ui_->Check_rotate_to_strike->isChecked()) {
+    choices.strike = Module_tensor::azimuth_of(ui_->Text_rotate_to_strike->text().toStdString());
+  }
   const auto show_row_count = [this](int rows) {
     ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
   };

@@ -22,6 +22,9 @@ class OutputPanel : public QFrame {
   /// has nothing to write
   bool open_for(Module_output::OutputKind kind);
 
+  /// Fills in the strike that curves may be rotated to, degrees from north. Whether they are is the user's.
+  void propose_strike(double strike);
+
   /// Puts the focus on the first choice.
   void take_focus();
 
@@ -32,6 +35,7 @@ class OutputPanel : public QFrame {
  private:
   void show_folder(const QString& folder);
   void scroll_to_folder();
+  void show_data_type();
   void write();
 
   std::unique_ptr<Ui::output_panel> ui_;

@@ -52,6 +52,16 @@ std::string on_one_line(std::string text) {
   return text;
 }
 
+/// The title of the files, which says how the curves were rotated.
+std::string description_of(const InversionInputs& inputs) {
+  std::string description = on_one_line(inputs.description);
+  if (!inputs.rotate_to_strike) {
+    return description;
+  }
+  const std::string rotated = Module_tensor::rotation_text(*inputs.rotate_to_strike);
+  return trimmed(description).empty() ? rotated : description + ", " + rotated;
+}
+
 std::string name_of(const std::string& entry) { return std::string(trimmed(entry)); }
 
 /// All that is written.
@@ -82,7 +92,7 @@ RunSet design_run(const std::string& line, const InversionInputs& inputs, const 
   run.mesh.node_heights = rows.heights;
   run.binding_offset = static_cast<double>(data.site_positions.front()) - columns.binding_distance;
   run.layers = merge_blocks(columns, rows, choices.doubling_threshold);
-  const std::string description = on_one_line(inputs.description);
+  const std::string description = description_of(inputs);
   run.start = {description,
                name_of(inputs.model_file),
                name_of(inputs.data_file),
@@ -109,6 +119,12 @@ void write_run(const RunSet& run, const fs::path& folder) {
     files.push_back({folder / "MESH", mesh});
   }
   safe_files::write_together(files);
+}
+
+/// A sentence and the stations that weren't rotated.
+std::string with_left_out(const std::string& sentence, const CreatedInversion& created) {
+  const std::string left_out = Module_tensor::left_out_text(created.rotation);
+  return left_out.empty() ? sentence : sentence + ". " + left_out;
 }
 
 /// @return whether a run that the folder holds may move
@@ -168,8 +184,9 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     return -1;
   }
   created.totals = mode_totals(design.modes, data);
+  created.rotation = std::move(data.rotation);
   if (const std::string missing = missing_mode(design, created.totals); !missing.empty()) {
-    user_interface().show_message(missing);
+    user_interface().show_message(with_left_out(missing, created));
     return -1;
   }
   if (scripts) {
@@ -177,7 +194,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
   }
   std::vector<float> frequencies = number_frequencies(data, listed->list);
   if (const std::string fault = fault_of(data, frequencies); !fault.empty()) {
-    user_interface().show_message(fault);
+    user_interface().show_message(with_left_out(fault, created));
     return -1;
   }
   const RunSet run = design_run(line.line, inputs, choices, std::move(data), std::move(frequencies));
@@ -192,7 +209,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
   return 0;
 }
 
-std::string completion_text(const CreatedInversion& created) {
+std::string completion_text(const CreatedInversion& created, const InversionInputs& inputs) {
   std::string text = "Output complete. Number of data written: " + format_number(created.data_count, "0") +
                      ". The files are in " + created.directory;
   if (!created.earlier_run.empty()) {
@@ -200,6 +217,9 @@ std::string completion_text(const CreatedInversion& created) {
   }
   if (created.totals.size() > 1) {
     text += ". " + totals_text(created.totals);
+  }
+  if (inputs.rotate_to_strike) {
+    text += ". The curves are " + Module_tensor::report_text(*inputs.rotate_to_strike, created.rotation);
   }
   return text;
 }
@@ -233,11 +253,17 @@ int create_inversion(const LineSelection& line, const InversionInputs& inputs, c
   if (check_inversion_inputs(inputs, choices) != 0) {
     return -1;
   }
+  if (inputs.rotate_to_strike) {
+    if (const std::string fault = rotation_fault(inputs.modes, line.data_type); !fault.empty()) {
+      user_interface().show_message(fault);
+      return -1;
+    }
+  }
   store_inversion_inputs(inputs);
   const int status = trap_errors(creating_failed,
                                  [&] { return create_run(line, inputs, choices, rhoplus, steps, created); });
   if (status == 0 && !created.stopped) {
-    user_interface().show_message(completion_text(created));
+    user_interface().show_message(completion_text(created, inputs));
   }
   return status;
 }

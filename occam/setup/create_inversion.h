@@ -21,8 +21,9 @@ struct CreatedInversion {
   bool stopped = false;           // by the user; nothing was written
   int data_count = 0;             // rows of data written
   std::vector<ModeTotal> totals;  // of the rows in each mode
-  std::string directory;          // of the run
-  std::string earlier_run;        // where the run that the directory held has gone; empty if it held none
+  Module_tensor::RotationReport rotation;
+  std::string directory;    // of the run
+  std::string earlier_run;  // where the run that the directory held has gone; empty if it held none
 };
 
 /// Checks the entries, stores them in the user's settings and creates the run directory: data file, model,

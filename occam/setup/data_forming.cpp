@@ -9,6 +9,7 @@
 #include "output/rhoplus_data.h"
 #include "reduction/averages.h"
 #include "reduction/derived_rows.h"
+#include "tensor/rotated_readings.h"
 
 namespace Module_occam {
 
@@ -16,7 +17,7 @@ using Module_averaged_data::each_item;
 using Module_averaged_data::Outcome;
 using Module_averaged_data::WorkProgress;
 using Module_database::LineSelection;
-using Module_database::ReadingKey;
+using Module_database::StoredReading;
 using Module_output::RhoplusSettings;
 using Module_output::RhoplusTables;
 
@@ -38,18 +39,45 @@ void end_step(const StationSteps& steps) {
   }
 }
 
-/// The rows of one curve of a station, with its fit if errors depend on it. @return 0, or -1 after a message
-int load_curve(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
-               bool use_rhoplus_error, const StationSteps& steps, RhoplusTables& tables) {
-  Module_database::StoredReading merged;
-  if (Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
-                                                Module_averaged_data::AllowRaw::yes, key, frequencies,
-                                                merged) != 0) {
+/// The merged curves of a station in the modes of the design. @return 0, or -1 after a message
+int load_curves(const DataDesign& design, double station, std::vector<StoredReading>& curves) {
+  for (const RunMode& mode : design.modes) {
+    LineSelection of_mode = design.line;
+    of_mode.data_type = mode.data_type;
+    if (Module_averaged_data::get_reduced_reading(Module_database::reduction_merged,
+                                                  Module_averaged_data::AllowRaw::yes, of_mode.at(station),
+                                                  design.frequencies, curves.emplace_back()) != 0) {
+      return -1;
+    }
+  }
+  return 0;
+}
+
+/// The same in the axes of the strike. A station without a tensor has none, and is noted in the data.
+int load_rotated_curves(const DataDesign& design, double station, std::vector<StoredReading>& curves,
+                        LineData& data) {
+  using namespace Module_tensor;
+  LoadedStation loaded;
+  if (load_station({design.line.line, design.line.reference_type, design.line.dipole}, station,
+                   design.frequencies, loaded) != 0) {
     return -1;
   }
+  if (!data.rotation.add(loaded)) {
+    return 0;
+  }
+  for (const RunMode& mode : design.modes) {
+    curves.push_back(rotated_reading(loaded.curves, loaded.tensor, impedance_type(mode.data_type).value(),
+                                     strike_rotation(design.inputs)));
+  }
+  return 0;
+}
+
+/// The rows of one curve of a station, with its fit if errors depend on it.
+RhoplusTables rows_of(const StoredReading& merged, const Frequencies& frequencies,
+                      const RhoplusSettings& settings, bool use_rhoplus_error, const StationSteps& steps) {
   RhoplusSettings as_before = settings;  // the fit, and the errors that those of the files may only raise
   as_before.use_file_errors = 0;
-  tables = Module_output::rhoplus_tables(merged, frequencies, as_before);
+  RhoplusTables tables = Module_output::rhoplus_tables(merged, frequencies, as_before);
   end_step(steps);
   if (use_rhoplus_error && !tables.data.empty()) {
     steps.fit_station(as_before, tables);
@@ -58,7 +86,7 @@ int load_curve(const ReadingKey& key, const Frequencies& frequencies, const Rhop
   if (settings.use_file_errors != 0) {
     tables.file_errors = Module_output::rhoplus_tables(merged, frequencies, settings).file_errors;
   }
-  return 0;
+  return tables;
 }
 
 ErrorRule rule_of(const DataDesign& design, const Mode& mode) {
@@ -72,17 +100,20 @@ ErrorRule rule_of(const DataDesign& design, const Mode& mode) {
 /// Adds what a station has in each of the modes. @return 0, or -1 after a message
 int form_station(const DataDesign& design, const PositionedStation& station, const StationSteps& steps,
                  LineData& data) {
+  std::vector<StoredReading> merged;  // by mode
+  const int status = design.inputs.rotate_to_strike
+                         ? load_rotated_curves(design, station.station, merged, data)
+                         : load_curves(design, station.station, merged);
+  if (status != 0) {
+    return -1;
+  }
   std::vector<ModeCurve> curves;
-  for (const RunMode& mode : design.modes) {
-    LineSelection of_mode = design.line;
-    of_mode.data_type = mode.data_type;
-    RhoplusTables tables;
-    if (load_curve(of_mode.at(station.station), design.frequencies, design.rhoplus,
-                   design.inputs.use_rhoplus_error, steps, tables) != 0) {
-      return -1;
-    }
+  for (std::size_t index = 0; index < merged.size(); ++index) {
+    RhoplusTables tables =
+        rows_of(merged[index], design.frequencies, design.rhoplus, design.inputs.use_rhoplus_error, steps);
     if (!tables.data.empty()) {
-      curves.push_back({mode.mode, std::move(tables), rule_of(design, mode.mode)});
+      const Mode& mode = design.modes[index].mode;
+      curves.push_back({mode, std::move(tables), rule_of(design, mode)});
     }
   }
   if (!curves.empty()) {
@@ -109,7 +140,7 @@ std::string shared_position(const LineData& data) {
 DataDesign::DataDesign(LineSelection selection, Frequencies listed, InversionInputs entries,
                        const InversionChoices& numbers, const RhoplusSettings& settings)
     : line(std::move(selection)),
-      modes(run_modes(entries.modes, line.data_type)),
+      modes(run_modes(entries.modes, line.data_type, curve_axes(entries))),
       frequencies(std::move(listed)),
       inputs(std::move(entries)),
       choices(numbers),

@@ -205,6 +205,9 @@ const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choic
       return entry.message;
     }
   }
+  if (inputs.rotate_to_strike && !Module_tensor::is_rotation_azimuth(*inputs.rotate_to_strike)) {
+    return Module_tensor::bad_azimuth;
+  }
   return invalid_station_limit(inputs, choices);
 }
 
@@ -225,6 +228,14 @@ bool is_within_limits(double station, const InversionChoices& choices) {
 int layer_count(const InversionChoices& choices) {
   constexpr double more_than_any_mesh_has = 1e6;
   return static_cast<int>(std::nearbyint(std::min(choices.num_layers, more_than_any_mesh_has)));
+}
+
+CurveAxes curve_axes(const InversionInputs& inputs) {
+  return inputs.rotate_to_strike ? CurveAxes::strike : CurveAxes::readings;
+}
+
+Module_tensor::Rotation strike_rotation(const InversionInputs& inputs) {
+  return {inputs.rotate_to_strike.value(), inputs.apply_static, Module_tensor::RotatedEy::first_quadrant};
 }
 
 std::string run_directory(const InversionInputs& inputs) {

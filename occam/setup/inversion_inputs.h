@@ -7,6 +7,7 @@
 
 #include "occam/setup/run_modes.h"
 #include "projections/line_distances.h"
+#include "tensor/rotated_readings.h"
 
 namespace Module_occam {
 
@@ -42,9 +43,10 @@ struct InversionInputs {
   std::optional<ErrorForm> errors;  // none: as before for one mode, relative for both
   std::string directory;            // folder of the run
   // The entries from here on are not stored.
-  bool apply_static = true;   // static shift corrections
-  std::string first_station;  // lower limit; blank: none
-  std::string last_station;   // upper limit; blank: none
+  bool apply_static = true;                // static shift corrections
+  std::optional<double> rotate_to_strike;  // of the tensors, degrees from north; none: curves as they are
+  std::string first_station;               // lower limit; blank: none
+  std::string last_station;                // upper limit; blank: none
   PositionSource positions = PositionSource::station_numbers;
   std::string description;
   std::string occam_directory;  // folder in `directory`, created if missing; blank: `directory` itself
@@ -93,6 +95,11 @@ bool is_within_limits(double station, const InversionChoices& choices);
 
 /// num_layers as a whole number.
 int layer_count(const InversionChoices& choices);
+
+CurveAxes curve_axes(const InversionInputs& inputs);
+
+/// How curves are rotated to the strike of the entries, which has to be there.
+Module_tensor::Rotation strike_rotation(const InversionInputs& inputs);
 
 /// The folder that the files go to.
 std::string run_directory(const InversionInputs& inputs);

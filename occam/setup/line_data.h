@@ -2,6 +2,7 @@
 #pragma once
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "formats/occam/data_file.h"
@@ -39,6 +40,7 @@ struct LineData {
   int taking_part = 0;                       // stations so far; the last one's site number
   std::vector<float> site_positions;         // of the stations with rows, m
   std::vector<double> site_stations;         // their numbers
+  Module_tensor::RotationReport rotation;    // of a run in the axes of the strike
   std::vector<std::int32_t> frequency_rows;  // rows of each frequency of the list
   std::vector<DataRow> rows;  // until number_frequencies, frequency_number is the place in the list, from 1
 };

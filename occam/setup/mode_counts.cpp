@@ -9,6 +9,7 @@
 #include "output/rhoplus_data.h"
 #include "reduction/data_sets/curve_parts.h"
 #include "reduction/derived_rows.h"
+#include "tensor/rotated_readings.h"
 
 namespace Module_occam {
 
@@ -61,6 +62,32 @@ std::vector<ModeCount> count_data(const Module_database::LineSelection& line, Mo
     Module_database::LineSelection of_mode = line;
     of_mode.data_type = mode.data_type;
     counts.push_back({mode, count_stations(of_mode, *listed, rhoplus)});
+  }
+  return counts;
+}
+
+std::vector<ModeCount> count_rotated_data(const Module_tensor::LineTensors& tensors,
+                                          const std::string& current_type, const InversionInputs& inputs,
+                                          const Module_output::RhoplusSettings& rhoplus) {
+  std::vector<ModeCount> counts;
+  const auto listed = Module_database::load_reference_frequencies(tensors.curves.choice.reference_type);
+  if (!listed) {
+    return counts;
+  }
+  const Module_tensor::Rotation rotation = strike_rotation(inputs);
+  for (const RunMode& mode : run_modes(inputs.modes, current_type, CurveAxes::strike)) {
+    ModeCount& count = counts.emplace_back(ModeCount{mode, {}});
+    const Module_tensor::CurveType type = Module_tensor::impedance_type(mode.data_type).value();
+    for (std::size_t index = 0; index < tensors.stations.size(); ++index) {
+      const Module_tensor::StationCurves& curves = tensors.curves.stations[index];
+      const StationCount values = count_values(
+          curves.station,
+          Module_output::rhoplus_tables(rotated_reading(curves, tensors.stations[index], type, rotation),
+                                        *listed, rhoplus));
+      if (values.resistivities > 0) {
+        count.stations.push_back(values);
+      }
+    }
   }
   return counts;
 }

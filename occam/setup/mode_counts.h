@@ -9,6 +9,7 @@
 #include "occam/setup/line_data.h"
 #include "occam/setup/run_modes.h"
 #include "output/rhoplus_settings.h"
+#include "tensor/line_tensors.h"
 
 namespace Module_occam {
 
@@ -40,6 +41,12 @@ struct ModeTotal {
 /// Throws dao::Error.
 std::vector<ModeCount> count_data(const Module_database::LineSelection& line, ModeChoice choice,
                                   const Module_output::RhoplusSettings& rhoplus);
+
+/// The same of a line's curves as a run of these entries rotates them to the strike; the stations that have
+/// a tensor. Throws dao::Error.
+std::vector<ModeCount> count_rotated_data(const Module_tensor::LineTensors& tensors,
+                                          const std::string& current_type, const InversionInputs& inputs,
+                                          const Module_output::RhoplusSettings& rhoplus);
 
 /// Of the stations within the limits.
 std::vector<ModeTotal> mode_totals(std::span<const ModeCount> counts, const InversionChoices& choices);

@@ -6,9 +6,11 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
+#include "database/frequency_store.h"
 #include "occam/setup/design_summary.h"
 #include "occam/setup/earlier_run.h"
 #include "output/file_errors.h"
@@ -65,7 +67,7 @@ int index_of(ErrorForm form) { return form == ErrorForm::relative ? 1 : 0; }
 }  // namespace
 
 Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
-                       QWidget* parent, Module_occam::PositionSource positions)
+                       QWidget* parent, Module_occam::PositionSource positions, std::optional<double> strike)
     : QDialog(parent),
       ui_(std::make_unique<Ui::Form_occam>()),
       rhoplus_(rhoplus),
@@ -86,9 +88,10 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
   fill_drives();
   fill_controls();
   offer_positions(positions);
+  ui_->Text_rotate_to_strike->setText(strike ? QString::fromStdString(format_number(*strike, "0.0")) : "0");
   connect_controls();
   propose_folder();
-  count_data();
+  choose_rotation();
   show_error_form();
   show_hint();
 }
@@ -127,7 +130,6 @@ void Form_occam::fill_controls() {
   for (const CheckControl& control : check_controls) {
     ((*ui_).*control.box)->setChecked(kept.*control.on);
   }
-  ui_->Combo_modes->setItemText(0, "Current data type (" + QString::fromStdString(line_.data_type) + ")");
   ui_->Combo_modes->setCurrentIndex(kept.modes == ModeChoice::both ? 1 : 0);
   ui_->Combo_errors->setCurrentIndex(index_of(Module_occam::error_form(kept)));
   ui_->Combo_use_file_errors->setCurrentIndex(rhoplus_.use_file_errors);
@@ -163,6 +165,17 @@ void Form_occam::choose_modes() {
   show_hint();
 }
 
+void Form_occam::choose_rotation() {
+  const bool rotate = ui_->Check_rotate_to_strike->isChecked();
+  ui_->Text_rotate_to_strike->setEnabled(rotate);
+  const std::string_view mode =
+      Module_occam::run_modes(ModeChoice::current_type, line_.data_type)[0].mode.name;
+  ui_->Combo_modes->setItemText(
+      0, rotate ? "Mode of the current data type (" + QString::fromStdString(std::string(mode)) + ")"
+                : "Current data type (" + QString::fromStdString(line_.data_type) + ")");
+  count_data();
+}
+
 /// What the user has typed stays.
 void Form_occam::propose_folder() {
   if (ui_->Text_occam_directory->text() == proposed_folder_) {
@@ -177,9 +190,25 @@ void Form_occam::propose_folder() {
 void Form_occam::count_data() {
   counts_.clear();
   static_cast<void>(trap_errors("An error occurred while counting the data of the line: ", [this] {
-    counts_ = Module_occam::count_data(line_, inputs().modes, rhoplus_);
+    const InversionInputs entries = inputs();
+    if (!entries.rotate_to_strike) {
+      counts_ = Module_occam::count_data(line_, entries.modes, rhoplus_);
+    } else if (load_tensors() == 0) {
+      counts_ = Module_occam::count_rotated_data(*tensors_, line_.data_type, entries, rhoplus_);
+    }
   }));
   show_summary();
+}
+
+/// The window is modal: what was read once stays as it is. @return 0, or -1 after a message
+int Form_occam::load_tensors() {
+  if (tensors_) {
+    return 0;
+  }
+  const auto frequencies = Module_database::load_reference_frequencies(line_.reference_type);
+  return frequencies ? Module_tensor::load_line_tensors({line_.line, line_.reference_type, line_.dipole},
+                                                        *frequencies, tensors_.emplace())
+                     : -1;
 }
 
 /// Which entries the modes and the form of the errors use, and what the floors are floors of.
@@ -214,6 +243,9 @@ void Form_occam::connect_controls() {
     show_positions_hint();
     show_summary();
   });
+  connect(ui_->Check_rotate_to_strike, &QCheckBox::toggled, this, &Form_occam::choose_rotation);
+  connect(ui_->Text_rotate_to_strike, &QLineEdit::textChanged, this, &Form_occam::count_data);
+  connect(ui_->Check_occam_apply_static, &QCheckBox::toggled, this, &Form_occam::count_data);
   connect(ui_->DriveList, &QComboBox::activated, this,
           [this] { ui_->DirList->choose(ui_->DriveList->currentData().toString()); });
   connect(ui_->DirList, &FolderTree::folder_chosen, this, &Form_occam::show_run_folder);
@@ -269,6 +301,9 @@ InversionInputs Form_occam::inputs() const {
   inputs.errors = ui_->Combo_errors->currentIndex() == index_of(ErrorForm::relative) ? ErrorForm::relative
                                                                                      : ErrorForm::as_before;
   inputs.directory = ui_->DirList->folder().toStdString();
+  if (ui_->Check_rotate_to_strike->isChecked()) {
+    inputs.rotate_to_strike = Module_tensor::azimuth_of(ui_->Text_rotate_to_strike->text().toStdString());
+  }
   inputs.positions =
       ui_->Combo_positions->currentIndex() == 1 ? PositionSource::distances : PositionSource::station_numbers;
   return inputs;

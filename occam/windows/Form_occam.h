@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QString>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "occam/setup/create_inversion.h"
@@ -23,9 +24,11 @@ class Form_occam : public QDialog {
   ///                 can be changed here. They outlive the window.
   /// @param steps    what else happens at each station while the run is created
   /// @param positions  that are proposed, if the line has them
+  /// @param strike   that is proposed to rotate to, degrees from north
   explicit Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::StationSteps steps,
                       QWidget* parent = nullptr,
-                      Module_occam::PositionSource positions = Module_occam::PositionSource::station_numbers);
+                      Module_occam::PositionSource positions = Module_occam::PositionSource::station_numbers,
+                      std::optional<double> strike = std::nullopt);
   ~Form_occam() override;
 
   /// The run that was created last, if the user asked for its inversion; else empty.
@@ -42,8 +45,10 @@ class Form_occam : public QDialog {
   void offer_positions(Module_occam::PositionSource proposed);
   void show_positions_hint();
   void choose_modes();
+  void choose_rotation();
   void propose_folder();
   void count_data();
+  [[nodiscard]] int load_tensors();
   void show_error_form();
   void show_run_folder();
   void show_summary();
@@ -59,7 +64,8 @@ class Form_occam : public QDialog {
   Module_occam::StationSteps steps_;
   Module_database::LineSelection line_;
   Module_projections::LineDistances distances_;
-  std::vector<Module_occam::ModeCount> counts_;  // in the chosen modes
+  std::vector<Module_occam::ModeCount> counts_;        // in the chosen modes
+  std::optional<Module_tensor::LineTensors> tensors_;  // of the line, from when they are to be rotated
   QString proposed_folder_;
   QPushButton* Command_run_inversion_;
   std::string created_directory_;

@@ -12,12 +12,12 @@ namespace {
 // averaged here. A merged curve takes all three from the same reading.
 constexpr int field_of_magnitudes = 13;
 
+}  // namespace
+
 bool has_deviations(const Module_database::StoredReading& reading, std::size_t point) {
   return reading.ID != 0 && reading.FileID < 0 &&
          !is_absent(double{reading.curve.value(field_of_magnitudes, point)});
 }
-
-}  // namespace
 
 PointError point_error(const Module_database::StoredReading& reading, Module_database::Field field,
                        std::size_t point) {

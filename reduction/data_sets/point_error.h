@@ -19,6 +19,10 @@ struct PointError {
   float value = no_data;  // ohm-m or degrees
 };
 
+/// Whether fields 3, 4, 7 and 8 of a point hold deviations of repeats. In those of files there are other
+/// things.
+bool has_deviations(const Module_database::StoredReading& reading, std::size_t point);
+
 /// How well resistivity (1) or phase (2) of a point is known: what repeats show goes before what a file says.
 /// One value alone deviates by 0 and shows nothing. Only curves that were computed here have deviations; in
 /// their fields files keep other things.

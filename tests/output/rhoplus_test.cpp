@@ -10,6 +10,7 @@
 #include "platform/settings_store/settings_store.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
+#include "tests/tensor/made_station.h"
 
 using namespace Module_output;
 using Module_database::StoredReading;
@@ -87,6 +88,47 @@ TEST_F(Rhoplus, Files_of_a_line_to_the_byte) {
   EXPECT_FALSE(fs::exists(folder.path("new/deep/tmd_300.dat"))) << "phases alone are not inverted";
   EXPECT_EQ(counts.stations, 2);
   EXPECT_EQ(shown, (std::vector<int>{3, 4, 4}));
+}
+
+TEST_F(Rhoplus, Curves_can_be_rotated_to_the_strike) {
+  new_survey();
+  const Module_tensor::StationCurves curves = made::station(100.0, {10.0F}, [](double f) {
+    return made::in_axes_of_north(25.0, made::impedance(100.0, 30.0, f), made::impedance(400.0, 60.0, f));
+  });
+  for (std::size_t element = 0; element < 4; ++element) {
+    made::ReadingKey key = made::key(0.0F, 100.0);
+    key.data_type = Module_tensor::curve_types[element];
+    made::store(key, 0, curves.merged[element], 2, -1);
+  }
+  store(200.0, merged({{10.0F, 50.0F, 45.0F}}));
+  settings.resistivity_error_floor = 0.1F;
+  settings.phase_error_floor = 0.1F;
+  RhoplusCounts counts;
+  ASSERT_EQ(output_rhoplus(selection, folder.path("out"), settings, {}, counts, 25.0), 0);
+  EXPECT_EQ(contents("out/tmd_run.bat"),
+            "rem rotated to a strike of 25 degrees from north\r\nrhopp < tmd_100.dat\r\n");
+  // The element along the strike. Repeats deviate by 2 % and 1 degree in each element.
+  const std::string text = contents("out/tmd_100.dat");
+  EXPECT_NE(text.find("   10.0000      100.00"), std::string::npos) << text;
+  EXPECT_NE(text.find("     30.00"), std::string::npos) << text;
+  EXPECT_EQ(
+      rhoplus_summary(counts, settings, "out"),
+      "1 control file with 1 row written to out, with tmd_run.bat, rotated to a strike of 25 degrees from "
+      "north. Left out for want of a tensor: Station 200: there is no ExHx, EyHx, EyHy");
+
+  Module_database::LineSelection other = selection;
+  other.data_type = "QP";
+  EXPECT_EQ(output_rhoplus(other, folder.path("none"), settings, {}, counts, 25.0), -1);
+  EXPECT_EQ(output_rhoplus(selection, folder.path("none"), settings, {}, counts, 361.0), -1);
+  EXPECT_FALSE(fs::exists(folder.path("none")));
+  Module_database::open_survey().database.execute("DELETE FROM ReadingsDataTable WHERE DataType = 'ExHx'");
+  EXPECT_EQ(output_rhoplus(selection, folder.path("out"), settings, {}, counts, 25.0), -1);
+  EXPECT_EQ(interface.take_messages(),
+            (Texts{"QP is no element of the tensor and can't be rotated to a strike",
+                   "The strike to rotate to must be from -180 to 360 degrees",
+                   "No station of line 200E can be rotated, and nothing was written. Left out for want of a "
+                   "tensor: Station 100: there is no ExHx; Station 200: there is no ExHx, EyHx, EyHy"}));
+  EXPECT_EQ(contents("out/tmd_100.dat"), text);
 }
 
 TEST_F(Rhoplus, Long_periods_keep_their_frequency) {

@@ -13,6 +13,7 @@
 #include "tests/reduction/made_readings.h"
 #include "tests/support/named_site.h"
 #include "tests/support/survey_fixture.h"
+#include "tests/tensor/made_station.h"
 
 namespace Module_occam {
 namespace {
@@ -77,6 +78,21 @@ class CreateInversionTest : public SurveyTest {
       store_curve("EyHx", station, {{1, 10, 60}, {100, 1000, 30}});
     }
     store_curve("EyHx", 200, {{1, 10, 60}}, 0);
+  }
+
+  /// All elements over ground of strike 25: 100 ohm-m and 30 degrees along, 400 ohm-m and 60 degrees across
+  /// it.
+  void store_tensors(const std::vector<double>& stations) const {
+    for (const double station : stations) {
+      const Module_tensor::StationCurves curves = made::station(station, {1.0F, 10.0F}, [](double f) {
+        return made::in_axes_of_north(25.0, made::impedance(100.0, 30.0, f), made::impedance(400.0, 60.0, f));
+      });
+      for (std::size_t element = 0; element < 4; ++element) {
+        made::ReadingKey key = made::key(0.0F, station);
+        key.data_type = Module_tensor::curve_types[element];
+        made::store(key, 0, curves.merged[element], 2, -1);
+      }
+    }
   }
 
   /// The rows of the data file as "site frequency type datum error".
@@ -286,6 +302,93 @@ TEST_F(CreateInversionTest, Fits_go_through_both_modes_and_errors_as_before_have
             (Messages{"1 1 1 1 0.25", "1 1 2 60 6.01", "1 1 5 2 0.1", "1 1 6 45 2.255"}));
 }
 
+TEST_F(CreateInversionTest, The_strike_decides_which_element_is_of_which_mode) {
+  new_survey();
+  store_tensors({100, 200, 300});
+  inputs.modes = ModeChoice::both;
+  const auto first_rows = [&](std::optional<double> strike) {
+    inputs.rotate_to_strike = strike;
+    EXPECT_EQ(create_and_answer(true), 0);
+    EXPECT_EQ(created.data_count, 24);
+    const Messages rows = rows_of_run();
+    return Messages(rows.begin(), rows.begin() + 4);
+  };
+  // log10 of 100 and of 400; 5 % are 0.0217 decades.
+  EXPECT_EQ(first_rows(25.0),
+            (Messages{"1 1 1 2 0.0217", "1 1 2 30 5", "1 1 5 2.6021 0.0217", "1 1 6 60 5"}));
+  EXPECT_EQ(first_rows(115.0),
+            (Messages{"1 1 1 2.6021 0.0217", "1 1 2 60 5", "1 1 5 2 0.0217", "1 1 6 30 5"}));
+  EXPECT_EQ(first_rows(-65.0), first_rows(115.0));
+
+  // To the east as x: TE is what EyHx was, errors of the files included.
+  rhoplus.use_file_errors = 1;
+  inputs.use_rhoplus_error = true;
+  inputs.res_error_floor = "1";
+  inputs.phase_error_floor = "1";
+  EXPECT_EQ(first_rows(90.0), first_rows(std::nullopt));
+}
+
+TEST_F(CreateInversionTest, A_rotated_run_says_so_and_names_what_it_leaves_out) {
+  new_survey();
+  store_tensors({100, 200, 300});
+  store_curve("ExHy", 400, {{1, 100, 45}, {10, 100, 45}});
+  made::ReadingKey other_dipole = made::key(0.0F, 500.0);
+  other_dipole.dipole = 25.0F;
+  made::store(other_dipole, 0, made::reading({{1, 100, 45}}), 2, -1);
+  name_site("200E", 400, "ET004");
+  inputs.rotate_to_strike = 25.0;
+  const std::string left_out =
+      "Left out for want of a tensor: Station 400 (ET004): there is no ExHx, EyHx, EyHy";
+  ASSERT_EQ(create(), 0);  // of TM: the mode of ExHy stays, and is the element across the strike
+  EXPECT_EQ(interface.take_messages(),
+            Messages{"Output complete. Number of data written: 12. The files are in " +
+                     run().parent_path().string() +
+                     ". The curves are rotated to a strike of 25 degrees from north. " + left_out});
+  EXPECT_EQ(rows_of_run().front(), "1 1 5 2.6021 0.1301");
+  for (const char* const file : {"startup", "inmodel", "occamdat"}) {
+    EXPECT_NE(files().at(file).find(" made, rotated to a strike of 25 degrees from north\r\n"),
+              std::string::npos)
+        << file;
+  }
+
+  data_type = "EyHx";
+  EXPECT_EQ(create_and_answer(true), 0);
+  EXPECT_EQ(rows_of_run().front(), "1 1 1 2 0.1");
+  interface.take_messages();
+
+  const auto before = files();
+  data_type = "QP";
+  EXPECT_EQ(create(), -1);
+  data_type = "ExHy";
+  inputs.rotate_to_strike = 400.0;
+  EXPECT_EQ(create(), -1);
+  inputs.rotate_to_strike = 25.0;
+  inputs.first_station = "300";
+  EXPECT_EQ(create_and_answer(true), -1);
+  EXPECT_EQ(
+      interface.take_messages(),
+      (Messages{"A run that is rotated to the strike is of TE (EyHx) or TM (ExHy), not of QP",
+                "The strike to rotate to must be from -180 to 360 degrees", too_few + ". " + left_out}));
+  EXPECT_EQ(files(), before);
+}
+
+TEST_F(CreateInversionTest, Static_factors_can_be_left_out_of_a_rotated_run) {
+  new_survey();
+  store_tensors({100, 200, 300});
+  Module_database::open_survey().database.execute(
+      "UPDATE ReadingsDataTable SET ResOffset = 4 WHERE DataType IN ('ExHx', 'ExHy')");
+  inputs.rotate_to_strike = 0.0;
+  inputs.apply_static = true;
+  const auto te = [this] {  // ExHy
+    EXPECT_EQ(create_and_answer(true), 0);
+    return read_data_file(run("occamdat").string()).rows.front().datum;
+  };
+  data_type = "EyHx";
+  const double with_static = te();
+  inputs.apply_static = false;
+  EXPECT_NEAR(with_static - te(), std::log10(4.0), 2e-4);  // four decimals in the file
+}
+
 TEST_F(CreateInversionTest, A_mode_without_data_is_named_and_nothing_is_written) {
   new_survey();
   store_stations(equally_spaced(3));
@@ -313,7 +416,15 @@ TEST_F(CreateInversionTest, What_a_line_has_is_counted_beforehand) {
   };
   EXPECT_EQ(counted(ModeChoice::both, "ExHy"), "TE 12 data at 3 stations, TM 12 data at 3 stations");
   EXPECT_EQ(counted(ModeChoice::current_type, "ExHx"), "TM none (ExHx)");
+  Module_tensor::LineTensors tensors;
+  store_tensors({500, 600});
+  ASSERT_EQ(Module_tensor::load_line_tensors({"200E", 0, 50.0F}, made::frequencies(), tensors), 0);
+  inputs.modes = ModeChoice::both;
+  inputs.rotate_to_strike = 25.0;
+  EXPECT_EQ(totals_text(mode_totals(count_rotated_data(tensors, "ExHy", inputs, rhoplus), choices)),
+            "TE 8 data at 2 stations, TM 8 data at 2 stations");
   choices.first_station = 350.0;
+  choices.last_station = 450.0;
   EXPECT_EQ(counted(ModeChoice::both, "ExHy"), "TE 4 data at 1 station, TM none (ExHy)");
   store_curve("EyHy", 400, {{1, 100, -45}, {10, 100, -135}});
   EXPECT_EQ(counted(ModeChoice::current_type, "EyHy"), "TM 2 data at 1 station, no phases");
