@@ -8,8 +8,8 @@
 
 namespace Module_tensor {
 
-/// A point of a station and the periods that its cell covers: half way to its neighbours in logarithm, but not
-/// across a gap of more than one and a half of the usual spacings.
+/// A point of a station and the periods that its cell covers: half way to its neighbours in logarithm, but
+/// not across a gap of more than one and a half of the usual spacings.
 struct DimensionCell {
   double frequency = 0.0;        // Hz
   double shortest_period = 0.0;  // s

@@ -4,6 +4,10 @@
 #include <cmath>
 #include <iterator>
 #include <set>
+#include <utility>
+
+#include "numerics/constants.h"
+#include "numerics/impedance/angles.h"
 
 namespace Module_tensor {
 
@@ -30,8 +34,8 @@ void add_data(const StrikeStation& station, std::size_t index, const FrequencyBa
   for (std::size_t i = 0; i < station.tensors.points.size(); ++i) {
     const TensorPoint& point = station.tensors.points[i];
     if (band.contains(point.frequency)) {
-      data.push_back({index, &point.tensor, station.phase_tensors[i] ? &*station.phase_tensors[i] : nullptr,
-                      nullptr});
+      data.push_back(
+          {index, &point.tensor, station.phase_tensors[i] ? &*station.phase_tensors[i] : nullptr, nullptr});
     }
   }
 }
@@ -61,9 +65,22 @@ double median(std::vector<double>& values) {
   return values.size() % 2 == 1 ? *middle : (*middle + *std::max_element(values.begin(), middle)) / 2.0;
 }
 
-/// An angle and its like, period degrees apart, brought within half a period of a centre.
-double brought_near(double angle, double centre, double period) {
-  return angle - period * std::round((angle - centre) / period);
+/// Of the two solutions of arrows, that which most of them stand across.
+BandStrike band_strike_of(const std::vector<StrikeDatum>& data, const StrikeChoices& choices) {
+  BandStrike band = numerics::impedance::band_strike(data, choices);
+  if (choices.method != StrikeMethod::tipper || !band.strike.has_value()) {
+    return band;
+  }
+  double favour = 0.0;
+  for (const StrikeDatum& datum : data) {
+    const double across = numerics::impedance::tipper_strike(*datum.tipper).value;
+    const double off = numerics::impedance::within_period(across - band.strike.value, 180.0);
+    favour += std::isnan(across) ? 0.0 : std::cos(2.0 * off * numerics::radians_per_degree);
+  }
+  if (favour < 0.0) {
+    std::swap(band.strike.value, band.alternative);
+  }
+  return band;
 }
 
 std::size_t bin_of(double angle, double width, std::size_t bins) {
@@ -75,7 +92,8 @@ std::size_t bin_of(double angle, double width, std::size_t bins) {
 
 bool FrequencyBand::contains(double frequency) const {
   const double highest = upper * (with_upper ? 1.0 + single_precision : 1.0 - single_precision);
-  return frequency >= lower * (1.0 - single_precision) && (with_upper ? frequency <= highest : frequency < highest);
+  return frequency >= lower * (1.0 - single_precision) &&
+         (with_upper ? frequency <= highest : frequency < highest);
 }
 
 std::vector<StrikeStation> strike_stations(const std::vector<StationTensor>& stations) {
@@ -128,7 +146,7 @@ std::vector<StrikeDatum> strike_data(const std::vector<StrikeStation>& stations,
 
 BandStrike line_strike(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
                        const StrikeChoices& choices) {
-  return numerics::impedance::band_strike(strike_data(stations, band, choices.method), choices);
+  return band_strike_of(strike_data(stations, band, choices.method), choices);
 }
 
 StationStrike station_strike(const StrikeStation& station, const FrequencyBand& band,
@@ -136,7 +154,7 @@ StationStrike station_strike(const StrikeStation& station, const FrequencyBand& 
   std::vector<StrikeDatum> data;
   add_data(station, 0, band, choices.method, data);
   StationStrike result;
-  result.strike = numerics::impedance::band_strike(data, choices);
+  result.strike = band_strike_of(data, choices);
   std::vector<double> skews;
   for (std::size_t i = 0; i < station.tensors.points.size(); ++i) {
     const TensorPoint& point = station.tensors.points[i];
@@ -177,7 +195,7 @@ Rose strike_rose(const std::vector<StrikeStation>& stations, const FrequencyBand
       rose.strikes[bin_of(across, bin_width, bins)] += single.weight;
       continue;
     }
-    const double strike = brought_near(single.strike, centre, 90.0);
+    const double strike = centre + numerics::impedance::within_period(single.strike - centre, 90.0);
     rose.strikes[bin_of(strike, bin_width, bins)] += single.weight;
     rose.alternatives[bin_of(strike + 90.0, bin_width, bins)] += single.weight;
   }

@@ -1,7 +1,8 @@
 // line_strike.h: the strike of a line by bands of frequencies and by stations, with roses.
 //
-// Conventions: frequency Hz; angles in degrees clockwise from north, whatever axes the readings have. A strike
-// and the same strike + 90 are equal solutions, but for the one across induction arrows.
+// Conventions: frequency Hz; angles in degrees clockwise from north, whatever axes the readings have. A
+// strike, -45 < strike <= 45, and its alternative at a right angle are equal solutions. Only induction arrows
+// know which it is: theirs is the solution that most of them stand across, -90 < strike <= 90.
 #pragma once
 #include <cstddef>
 #include <limits>
@@ -14,7 +15,8 @@
 
 namespace Module_tensor {
 
-/// Frequencies from `lower` to `upper`. Stored ones are singles, so that a band's ends hold within a millionth.
+/// Frequencies from `lower` to `upper`. Stored ones are singles, so that a band's ends hold within a
+/// millionth.
 struct FrequencyBand {
   double lower = 0.0;
   double upper = std::numeric_limits<double>::infinity();

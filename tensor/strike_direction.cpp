@@ -2,21 +2,21 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "core/number_text.h"
+#include "numerics/constants.h"
 #include "numerics/geodesy/best_line.h"
+#include "numerics/impedance/angles.h"
 
 namespace Module_tensor {
 
 namespace {
 
-constexpr double degrees = 180.0 / std::numbers::pi;
 /// Angles to the normal that differ by less than this, degrees, decide nothing.
 constexpr double clearly_nearer = 10.0;
 
 /// -90 < angle <= 90.
-double axial(double angle) { return angle - 180.0 * std::ceil((angle - 90.0) / 180.0); }
+double axial(double angle) { return numerics::impedance::within_period(angle, 180.0); }
 
 /// Between two axes, 0 to 90.
 double between(double one, double other) { return std::abs(axial(one - other)); }
@@ -69,7 +69,8 @@ std::optional<double> line_azimuth(const Module_projections::StationPlaces& plac
   if (!line || !line->is_line()) {
     return std::nullopt;
   }
-  const double azimuth = std::atan2(line->direction_east, line->direction_north) * degrees;
+  const double azimuth =
+      std::atan2(line->direction_east, line->direction_north) * numerics::degrees_per_radian;
   return azimuth - 180.0 * std::floor(azimuth / 180.0);
 }
 

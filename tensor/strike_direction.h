@@ -1,7 +1,7 @@
 // strike_direction.h: what speaks for a strike and what for the other one, at a right angle to it.
 //
-// Neither a phase tensor nor an impedance knows which of the two it is. Nothing is chosen here: it is said what
-// lies nearer to the normal of the line and what the induction arrows stand across. Conventions as in
+// Neither a phase tensor nor an impedance knows which of the two it is. Nothing is chosen here: it is said
+// what lies nearer to the normal of the line and what the induction arrows stand across. Conventions as in
 // line_strike.h.
 #pragma once
 #include <cstddef>

@@ -43,7 +43,8 @@ std::size_t points_in(const StrikeStation& station, const FrequencyBand& band) {
 void add_stations(const std::vector<StrikeStation>& stations, const StrikeChoices& choices,
                   StrikeSummary& summary) {
   for (const StrikeStation& station : stations) {
-    const StationStrike& added = summary.stations.emplace_back(station_strike(station, summary.band, choices));
+    const StationStrike& added =
+        summary.stations.emplace_back(station_strike(station, summary.band, choices));
     summary.masked_diagonals += added.masked_diagonals;
     summary.diagonals += 2 * points_in(station, summary.band);
   }

@@ -30,14 +30,14 @@ struct MethodAnswers {
 };
 
 struct StrikeSummary {
-  FrequencyBand band;                     // as asked for, or that of all data
-  std::vector<FrequencyBand> decades;     // with data, ascending
-  std::vector<MethodAnswers> methods;     // phase tensor, by the quantity that was asked for; Swift; tipper
-  numerics::impedance::BandStrike best;   // by the method asked for
-  ArrowVotes votes;                       // on it
-  std::vector<StationStrike> stations;    // by the method asked for, in the order of the line
-  std::size_t masked_diagonals = 0;       // of the band's tensors, elements taken in spite of a mask
-  std::size_t diagonals = 0;              // of the band's tensors
+  FrequencyBand band;                    // as asked for, or that of all data
+  std::vector<FrequencyBand> decades;    // with data, ascending
+  std::vector<MethodAnswers> methods;    // phase tensor, by the quantity that was asked for; Swift; tipper
+  numerics::impedance::BandStrike best;  // by the method asked for
+  ArrowVotes votes;                      // on it
+  std::vector<StationStrike> stations;   // by the method asked for, in the order of the line
+  std::size_t masked_diagonals = 0;      // of the band's tensors, elements taken in spite of a mask
+  std::size_t diagonals = 0;             // of the band's tensors
 };
 
 /// None where no station has a tensor or tipper.
@@ -47,7 +47,7 @@ std::optional<StrikeSummary> strike_summary(const std::vector<StrikeStation>& st
 /// "Phase tensor", "Swift" and so on.
 std::string_view method_name(numerics::impedance::StrikeMethod method);
 
-/// "N27W, -27.3 +- 1.2 degrees"; of tippers, of the two solutions, that which they favour.
+/// "N27W, -27.3 +- 1.2 degrees".
 std::string strike_text(const numerics::impedance::Estimate& strike);
 /// "0.01 - 10 Hz"
 std::string band_text(const FrequencyBand& band);
@@ -56,8 +56,7 @@ std::string period_text(const FrequencyBand& band);
 
 /// A band from what was typed, in any order; nothing typed is the end of the data.
 /// @return none if a text isn't a frequency above 0
-std::optional<FrequencyBand> read_band(std::string_view from, std::string_view to,
-                                       const FrequencyBand& data);
+std::optional<FrequencyBand> read_band(std::string_view from, std::string_view to, const FrequencyBand& data);
 
 /// What the limits and masks have done to the data of the best strike, in sentences.
 std::vector<std::string> data_sentences(const StrikeSummary& summary, const StrikeQuestion& question);

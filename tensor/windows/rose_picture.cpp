@@ -170,8 +170,9 @@ void draw_key(QPainter& painter, const QRectF& area, const RoseFigure& figure) {
 void draw_large(QPainter& painter, const QRectF& area, const RoseFigure& figure) {
   const double line = line_height(painter);
   const MethodAnswers& answers = large_answers(figure);
-  draw_line_of_text(painter, area, area.top(),
-                    qt_text(std::string(method_name(answers.method)) + ", all of " + band_text(figure.summary->band)));
+  draw_line_of_text(
+      painter, area, area.top(),
+      qt_text(std::string(method_name(answers.method)) + ", all of " + band_text(figure.summary->band)));
   const QRectF room = area.adjusted(2.0 * line, 2.2 * line, -2.0 * line, -2.8 * line);
   const QPointF centre = room.center();
   const double radius = std::max(std::min(room.width(), room.height()) / 2.0, 1.0);
@@ -218,8 +219,7 @@ void draw_grid(QPainter& painter, const QRectF& area, const StrikeSummary& summa
   for (std::size_t row = 0; row < summary.methods.size(); ++row) {
     const MethodAnswers& answers = summary.methods[row];
     for (std::size_t column = 0; column <= summary.decades.size(); ++column) {
-      draw_small(painter, cell_at(row, column),
-                 column == 0 ? answers.whole : answers.decades[column - 1]);
+      draw_small(painter, cell_at(row, column), column == 0 ? answers.whole : answers.decades[column - 1]);
     }
     const QRectF first = cell_at(row, 0);
     painter.save();

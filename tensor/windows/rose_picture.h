@@ -1,4 +1,5 @@
-// rose_picture.h: roses of the strikes of a line: one for all frequencies, and small ones by method and decade.
+// rose_picture.h: roses of the strikes of a line: one for all frequencies, and small ones by method and
+// decade.
 //
 // North is up. The area of a bin is in proportion to its points, or to their weights.
 #pragma once
