@@ -81,8 +81,8 @@ void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<Pic
   painter.restore();
 }
 
-void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,
-                     const QString& title) {
+void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette,
+                     const std::vector<PictureTick>& ticks, const QString& title) {
   constexpr double label_width = 60.0;
   constexpr int entries = last_palette_entry - first_palette_entry + 1;
   for (int i = 0; i < entries; ++i) {
@@ -95,9 +95,6 @@ void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palett
   painter.setBrush(Qt::NoBrush);
   painter.drawRect(bar);
   const double line = text_height(painter);
-  const auto ticks = even_ticks(painter, lower, upper, bar.height(), true, [&](double value) {
-    return bar.bottom() - bar.height() * (value - lower) / (upper - lower);
-  });
   for (const PictureTick& tick : ticks) {
     painter.drawLine(QPointF(bar.right(), tick.at), QPointF(bar.right() + tick_length, tick.at));
     painter.drawText(QRectF(bar.right() + tick_length + label_gap, tick.at - line / 2.0, label_width, line),
@@ -105,6 +102,15 @@ void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palett
   }
   painter.drawText(QRectF(bar.left() - label_gap, bar.top() - 2.0 * line, label_width + bar.width(), line),
                    Qt::AlignLeft | Qt::AlignVCenter, title);
+}
+
+void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,
+                     const QString& title) {
+  const auto to_pixel = [&](double value) {
+    return bar.bottom() - bar.height() * (value - lower) / (upper - lower);
+  };
+  draw_colour_bar(painter, bar, palette, even_ticks(painter, lower, upper, bar.height(), true, to_pixel),
+                  title);
 }
 
 }  // namespace graph

@@ -32,7 +32,10 @@ void draw_bottom_axis(QPainter& painter, const QRectF& plot, const std::vector<P
 void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<PictureTick>& ticks,
                     const QString& title);
 
-/// A bar of all colours, the first one at the bottom.
+/// A bar of all colours, the first one at the bottom, with marks on its right.
+void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette,
+                     const std::vector<PictureTick>& ticks, const QString& title);
+/// The same with even marks.
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,
                      const QString& title);
 
