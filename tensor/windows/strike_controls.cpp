@@ -67,7 +67,8 @@ void StrikeControls::lay_out() {
   all_->setAutoDefault(false);
   all_->setToolTip("All frequencies of the line");
   method_->setToolTip("What the best strike, the large rose and the table are made from");
-  weights_->setToolTip("Of the phase tensors: by ellipticity squared those near to one dimension have little say");
+  weights_->setToolTip(
+      "Of the phase tensors: by ellipticity squared those near to one dimension have little say");
   skew_->setToolTip("Degrees: tensors of a larger skew are three-dimensional and have no say");
   ellipticity_->setToolTip("Tensors of a smaller ellipticity are one-dimensional and have no say");
   with_errors_->setToolTip("Three-dimensional only where the skew exceeds its limit by its own error");

@@ -66,9 +66,7 @@ QTableWidgetItem* number_cell(double number, const char* picture) {
   return new NumberCell(std::isnan(number) ? QString("-") : qt_text(format_number(number, picture)), number);
 }
 
-QTableWidgetItem* count_cell(std::size_t count) {
-  return number_cell(static_cast<double>(count), "0");
-}
+QTableWidgetItem* count_cell(std::size_t count) { return number_cell(static_cast<double>(count), "0"); }
 
 QString ey_text(const StationTensor& station) {
   const QString sign = station.ey_turned ? "turned" : "as measured";
@@ -134,7 +132,8 @@ void StrikeTable::fill_row(int row, const StrikeStation& station, const StationS
   add_cell(row, column_used, count_cell(shown.strike.used), index);
   add_cell(row, column_left_out, count_cell(shown.strike.left_out), index);
   add_cell(row, column_skew, number_cell(shown.median_skew, "0.0"), index);
-  add_cell(row, column_ey, new QTableWidgetItem(tensors.points.empty() ? QString("-") : ey_text(tensors)), index);
+  add_cell(row, column_ey, new QTableWidgetItem(tensors.points.empty() ? QString("-") : ey_text(tensors)),
+           index);
   add_cell(row, column_masked, count_cell(shown.masked_diagonals), index);
   const QString remarks = remarks_text(tensors);
   auto* const cell = new QTableWidgetItem(remarks);
@@ -157,7 +156,8 @@ void StrikeTable::show_stations(const std::vector<StrikeStation>& stations,
     resizeColumnsToContents();
   }
   for (int row = 0; row < rowCount(); ++row) {
-    if (std::ranges::find(selected, item(row, column_station)->data(number_role).toDouble()) != selected.end()) {
+    if (std::ranges::find(selected, item(row, column_station)->data(number_role).toDouble()) !=
+        selected.end()) {
       for (int column = 0; column < columnCount(); ++column) {
         item(row, column)->setSelected(true);
       }
