@@ -1,5 +1,7 @@
 #include "app/tensor_windows.h"
 
+#include "tensor/windows/Form_strike.h"
+
 TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
     : QObject(&main_window), display_(display), main_window_(main_window) {
   connect(&display, &SurveyDisplay::station_displayed, this, [this] { line_.follow_selection(); });
@@ -16,7 +18,15 @@ TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
 
 void TensorWindows::show_pseudo_section() {}
 
-void TensorWindows::show_strike() {}
+void TensorWindows::show_strike() {
+  if (!strike_) {
+    strike_ = new Form_strike(line_, &main_window_);
+    strike_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  strike_->show();
+  strike_->raise();
+  strike_->activateWindow();
+}
 
 void TensorWindows::show_map() {}
 

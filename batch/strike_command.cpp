@@ -96,10 +96,13 @@ std::vector<StrikeMethod> methods_of(const StrikeOptions& options) {
 std::vector<StrikeWeights> weights_of(const StrikeOptions& options, StrikeMethod method) {
   const bool chooses =
       method == StrikeMethod::phase_tensor_azimuth || method == StrikeMethod::phase_tensor_alpha;
+  if (!chooses) {
+    return {StrikeWeights::none};
+  }
   if (!options.weights.empty()) {
     return {weights_names.at(options.weights)};
   }
-  if (options.json_path.empty() || !chooses) {
+  if (options.json_path.empty()) {
     return {StrikeChoices{}.weights};
   }
   return {StrikeWeights::none, StrikeWeights::ellipticity_squared};
@@ -180,9 +183,14 @@ void print_sentences(const StrikeLine& line, const StrikeChoices& choices) {
 void print(const StrikeLine& line, const std::vector<StrikeChoices>& all) {
   std::cout << "Line " << line.name << ", " << line.stations.size() << " stations\n";
   for (const StrikeChoices& choices : all) {
-    std::cout << '\n'
-              << Module_tensor::method_name(choices.method) << '\n'
-              << "  band                        strike   error  alternative  deviation  points  left out\n";
+    std::cout << '\n' << Module_tensor::method_name(choices.method) << '\n';
+    const BandStrike whole = line_strike(line.stations, line.band, choices);
+    if (whole.used + whole.left_out == 0) {
+      std::cout << (choices.method == StrikeMethod::tipper ? "  no tipper in the band\n"
+                                                           : "  no tensor in the band\n");
+      continue;
+    }
+    std::cout << "  band                        strike   error  alternative  deviation  points  left out\n";
     for (std::size_t i = 0; i < line.bands.size(); ++i) {
       print_row((i == 0 ? "all of " : "") + band_text(line.bands[i]),
                 line_strike(line.stations, line.bands[i], choices));

@@ -147,6 +147,24 @@ void forget_site(std::string_view line, double station, std::string_view SurveyF
   sites.update();
 }
 
+void set_ey_sign(std::string_view line, double station, std::int32_t EySign) {
+  require_writable();
+  dao::Recordset& sites = open_survey().sites;
+  sites.find_first(criteria(line, station));
+  if (sites.no_match()) {
+    Site made;
+    made.EySign = EySign;
+    sites.add_new();
+    sites.set_text("SurveyLine", std::string(line));
+    sites.set_double("Station", station);
+    write_site(sites, made);
+  } else {
+    sites.edit();
+    sites.set_long("EySign", EySign);
+  }
+  sites.update();
+}
+
 std::optional<Site> find_site(std::string_view line, double station) {
   const dao::Recordset row =
       open_survey().database.open_recordset("SELECT * FROM SitesTable WHERE " + criteria(line, station));

@@ -124,10 +124,10 @@ std::optional<FrequencyBand> StrikeControls::band() const {
   return Module_tensor::read_band(from_->text().toStdString(), to_->text().toStdString(), data_);
 }
 
-void StrikeControls::take_data_band(const std::optional<FrequencyBand>& data) {
-  data_ = data.value_or(FrequencyBand{});
-  from_->setPlaceholderText(data ? qt_text(plain_text(static_cast<float>(data->lower))) : QString());
-  to_->setPlaceholderText(data ? qt_text(plain_text(static_cast<float>(data->upper))) : QString());
+void StrikeControls::take_data_band(const std::optional<FrequencyBand>& whole) {
+  data_ = whole.value_or(FrequencyBand{});
+  from_->setPlaceholderText(whole ? qt_text(plain_text(static_cast<float>(whole->lower))) : QString());
+  to_->setPlaceholderText(whole ? qt_text(plain_text(static_cast<float>(whole->upper))) : QString());
   show_periods();
 }
 

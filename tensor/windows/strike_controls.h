@@ -20,7 +20,7 @@ class StrikeControls : public QWidget {
   explicit StrikeControls(QWidget* parent = nullptr);
 
   /// The frequencies that the line has: what an empty end of the band means.
-  void take_data_band(const std::optional<Module_tensor::FrequencyBand>& data);
+  void take_data_band(const std::optional<Module_tensor::FrequencyBand>& whole);
   /// None while a typed end of the band is no frequency; the label beside it says so.
   [[nodiscard]] std::optional<Module_tensor::StrikeQuestion> question() const;
   [[nodiscard]] numerics::impedance::DimensionalityLimits limits() const;

@@ -12,6 +12,7 @@
 #include "platform/widgets/panel_controls.h"
 
 using Module_tensor::EyReason;
+using Module_tensor::station_text;
 using Module_tensor::StationStrike;
 using Module_tensor::StationTensor;
 using Module_tensor::StrikeStation;
