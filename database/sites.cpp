@@ -147,21 +147,25 @@ void forget_site(std::string_view line, double station, std::string_view SurveyF
   sites.update();
 }
 
-void set_ey_sign(std::string_view line, double station, std::int32_t EySign) {
+void set_ey_sign(std::string_view line, double station, std::int32_t sign) {
   require_writable();
   dao::Recordset& sites = open_survey().sites;
   sites.find_first(criteria(line, station));
-  if (sites.no_match()) {
-    Site made;
-    made.EySign = EySign;
-    sites.add_new();
-    sites.set_text("SurveyLine", std::string(line));
-    sites.set_double("Station", station);
-    write_site(sites, made);
-  } else {
+  if (!sites.no_match()) {
     sites.edit();
-    sites.set_long("EySign", EySign);
+    sites.set_long("EySign", sign);
+    sites.update();
+    return;
   }
+  if (sign == ey_sign_by_rule) {
+    return;  // what a station without a site has
+  }
+  Site site;
+  site.EySign = sign;
+  sites.add_new();
+  sites.set_text("SurveyLine", line);
+  sites.set_double("Station", station);
+  write_site(sites, site);
   sites.update();
 }
 
