@@ -49,6 +49,8 @@ class DimensionPicture : public QWidget {
   void show_figure(Module_tensor::DimensionFigure figure);
   void show_station(std::optional<std::size_t> index);
   [[nodiscard]] const Module_tensor::DimensionFigure& figure() const { return figure_; }
+  /// As painted last.
+  [[nodiscard]] const Module_tensor::DimensionPlaces& places() const { return places_; }
 
   QSize sizeHint() const override { return {480, 300}; }
   QSize minimumSizeHint() const override { return {260, 160}; }
@@ -72,5 +74,5 @@ class DimensionPicture : public QWidget {
   [[nodiscard]] std::optional<Hit> hit_at(QPointF at) const;
 
   Module_tensor::DimensionFigure figure_;
-  Module_tensor::DimensionPlaces places_;  // as painted last
+  Module_tensor::DimensionPlaces places_;
 };
