@@ -57,6 +57,7 @@ class StrikeTest : public QObject, private WindowFixture {
   }
   static void show_station(double station, int index) {
     session().current_line = "200E";
+    session().current_reference_type = 0;
     session().current_dipole = 50.0F;
     session().current_station = station;
     session().current_station_index = index;
