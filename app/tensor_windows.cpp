@@ -1,5 +1,6 @@
 #include "app/tensor_windows.h"
 
+#include "tensor/windows/Form_strike.h"
 #include "tensor/windows/Form_tensor_map.h"
 
 TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
@@ -21,7 +22,15 @@ TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
 
 void TensorWindows::show_pseudo_section() {}
 
-void TensorWindows::show_strike() {}
+void TensorWindows::show_strike() {
+  if (!strike_) {
+    strike_ = new Form_strike(line_, &main_window_);
+    strike_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  strike_->show();
+  strike_->raise();
+  strike_->activateWindow();
+}
 
 void TensorWindows::show_map() {
   if (map_ && map_->isVisible()) {

@@ -20,12 +20,12 @@ using Module_tensor::LineChoice;
 std::vector<LineChoice> kinds_of_line(const std::string& line) {
   std::string types;
   for (const std::string_view type : Module_tensor::curve_types) {
-    types += (types.empty() ? "DataType = '" : " OR DataType = '") + std::string(type) + "'";
+    types += (types.empty() ? "'" : ",'") + std::string(type) + "'";
   }
   std::vector<LineChoice> kinds;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT DISTINCT ReferenceType,DipoleLength FROM ReadingsDataTable WHERE LineNumber = '" + line +
-      "' AND (" + types + ") ORDER BY ReferenceType,DipoleLength");
+      "' AND DataType IN (" + types + ") ORDER BY ReferenceType,DipoleLength");
   for (; !rows.eof(); rows.move_next()) {
     kinds.push_back({line, rows.get_long("ReferenceType"), rows.get_single("DipoleLength")});
   }

@@ -35,6 +35,7 @@ constexpr AddCommand add_commands[] = {
     Batch::add_grid_command,
     Batch::add_mask_topo_command,
     Batch::add_projection_command,
+    Batch::add_strike_command,
 #ifdef BRENLOX_WINDOWS
     Batch::add_plots_command,
     Batch::add_section_command,

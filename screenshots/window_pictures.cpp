@@ -260,6 +260,7 @@ const WindowPicture pictures[] = {
     {"occam_response", nullptr, [](QWidget& window) { press(window, "Command_display_response"); },
      show_results, has_run},
     {"projection", nullptr, nullptr, [](Form_main& window) { Form_define_projection("", &window).exec(); }},
+    {"strike", "menu_strike"},
     {"tutorial", "menu_tutorial"},
     {"about", "menu_about"},
     {"memory_status", "menu_memory_status"},

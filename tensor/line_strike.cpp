@@ -1,0 +1,205 @@
+#include "tensor/line_strike.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <set>
+#include <utility>
+
+#include "numerics/constants.h"
+#include "numerics/impedance/angles.h"
+
+namespace Module_tensor {
+
+using numerics::impedance::BandStrike;
+using numerics::impedance::PhaseTensor;
+using numerics::impedance::StrikeChoices;
+using numerics::impedance::StrikeDatum;
+using numerics::impedance::StrikeMethod;
+
+namespace {
+
+constexpr double single_precision = 1e-6;  // relative: how far a stored frequency is from what was meant
+
+void add_data(const StrikeStation& station, std::size_t index, const FrequencyBand& band, StrikeMethod method,
+              std::vector<StrikeDatum>& data) {
+  if (method == StrikeMethod::tipper) {
+    for (const TipperPoint& point : station.tensors.tipper) {
+      if (band.contains(point.frequency)) {
+        data.push_back({index, nullptr, nullptr, &point.tipper});
+      }
+    }
+    return;
+  }
+  for (std::size_t i = 0; i < station.tensors.points.size(); ++i) {
+    const TensorPoint& point = station.tensors.points[i];
+    if (band.contains(point.frequency)) {
+      data.push_back(
+          {index, &point.tensor, station.phase_tensors[i] ? &*station.phase_tensors[i] : nullptr, nullptr});
+    }
+  }
+}
+
+template <class Visit>
+void each_frequency(const std::vector<StrikeStation>& stations, Visit visit) {
+  for (const StrikeStation& station : stations) {
+    for (const TensorPoint& point : station.tensors.points) {
+      visit(point.frequency);
+    }
+    for (const TipperPoint& point : station.tensors.tipper) {
+      visit(point.frequency);
+    }
+  }
+}
+
+int decade_of(double frequency) {
+  return static_cast<int>(std::floor(std::log10(frequency * (1.0 + single_precision))));
+}
+
+double median(std::vector<double>& values) {
+  if (values.empty()) {
+    return numerics::impedance::not_known;
+  }
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::ranges::nth_element(values, middle);
+  return values.size() % 2 == 1 ? *middle : (*middle + *std::max_element(values.begin(), middle)) / 2.0;
+}
+
+/// Of the two solutions of arrows, that which most of them stand across.
+BandStrike band_strike_of(const std::vector<StrikeDatum>& data, const StrikeChoices& choices) {
+  BandStrike band = numerics::impedance::band_strike(data, choices);
+  if (choices.method != StrikeMethod::tipper || !band.strike.has_value()) {
+    return band;
+  }
+  double favour = 0.0;
+  for (const StrikeDatum& datum : data) {
+    const double across = numerics::impedance::tipper_strike(*datum.tipper).value;
+    const double off = numerics::impedance::within_period(across - band.strike.value, 180.0);
+    favour += std::isnan(across) ? 0.0 : std::cos(2.0 * off * numerics::radians_per_degree);
+  }
+  if (favour < 0.0) {
+    std::swap(band.strike.value, band.alternative);
+  }
+  return band;
+}
+
+std::size_t bin_of(double angle, double width, std::size_t bins) {
+  const double turned = angle - 180.0 * std::floor(angle / 180.0);
+  return std::min(static_cast<std::size_t>(turned / width), bins - 1);
+}
+
+}  // namespace
+
+bool FrequencyBand::contains(double frequency) const {
+  const double highest = upper * (with_upper ? 1.0 + single_precision : 1.0 - single_precision);
+  return frequency >= lower * (1.0 - single_precision) &&
+         (with_upper ? frequency <= highest : frequency < highest);
+}
+
+std::vector<StrikeStation> strike_stations(const std::vector<StationTensor>& stations) {
+  std::vector<StrikeStation> result;
+  result.reserve(stations.size());
+  for (const StationTensor& station : stations) {
+    StrikeStation& added = result.emplace_back();
+    added.tensors = turned_to(station, 0.0);
+    added.phase_tensors.reserve(added.tensors.points.size());
+    for (const TensorPoint& point : added.tensors.points) {
+      added.phase_tensors.push_back(numerics::impedance::phase_tensor(point.tensor));
+    }
+  }
+  return result;
+}
+
+std::optional<FrequencyBand> whole_band(const std::vector<StrikeStation>& stations) {
+  FrequencyBand band{std::numeric_limits<double>::infinity(), 0.0};
+  each_frequency(stations, [&band](double frequency) {
+    band.lower = std::min(band.lower, frequency);
+    band.upper = std::max(band.upper, frequency);
+  });
+  return band.upper > 0.0 ? std::optional(band) : std::nullopt;
+}
+
+std::vector<FrequencyBand> decades_of(const std::vector<StrikeStation>& stations, const FrequencyBand& band) {
+  std::set<int> decades;
+  each_frequency(stations, [&](double frequency) {
+    if (band.contains(frequency)) {
+      decades.insert(decade_of(frequency));
+    }
+  });
+  std::vector<FrequencyBand> result;
+  for (const int decade : decades) {
+    const double upper = std::pow(10.0, decade + 1);
+    const bool cut = band.upper < upper * (1.0 - single_precision);
+    result.push_back({std::max(std::pow(10.0, decade), band.lower), cut ? band.upper : upper, cut});
+  }
+  return result;
+}
+
+std::vector<StrikeDatum> strike_data(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
+                                     StrikeMethod method) {
+  std::vector<StrikeDatum> data;
+  for (std::size_t index = 0; index < stations.size(); ++index) {
+    add_data(stations[index], index, band, method, data);
+  }
+  return data;
+}
+
+BandStrike line_strike(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
+                       const StrikeChoices& choices) {
+  return band_strike_of(strike_data(stations, band, choices.method), choices);
+}
+
+StationStrike station_strike(const StrikeStation& station, const FrequencyBand& band,
+                             const StrikeChoices& choices) {
+  std::vector<StrikeDatum> data;
+  add_data(station, 0, band, choices.method, data);
+  StationStrike result;
+  result.strike = band_strike_of(data, choices);
+  std::vector<double> skews;
+  for (std::size_t i = 0; i < station.tensors.points.size(); ++i) {
+    const TensorPoint& point = station.tensors.points[i];
+    if (!band.contains(point.frequency)) {
+      continue;
+    }
+    result.masked_diagonals += point.masked_diagonals;
+    if (const auto& tensor = station.phase_tensors[i]; tensor && tensor->beta.has_value()) {
+      skews.push_back(std::abs(tensor->beta.value));
+    }
+  }
+  result.median_skew = median(skews);
+  return result;
+}
+
+double Rose::highest() const {
+  double highest = 0.0;
+  for (const auto* const counts : {&strikes, &alternatives}) {
+    highest = counts->empty() ? highest : std::max(highest, std::ranges::max(*counts));
+  }
+  return highest;
+}
+
+Rose strike_rose(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
+                 const StrikeChoices& choices, double bin_width, double common) {
+  const bool of_tippers = choices.method == StrikeMethod::tipper;
+  const auto bins = static_cast<std::size_t>(std::lround(180.0 / bin_width));
+  Rose rose{bin_width, std::vector<double>(bins), std::vector<double>(of_tippers ? 0 : bins), 0};
+  const double centre = std::isnan(common) ? 0.0 : common;
+  for (const StrikeDatum& datum : strike_data(stations, band, choices.method)) {
+    const auto single = numerics::impedance::single_strike(datum, choices);
+    if (std::isnan(single.strike)) {
+      continue;
+    }
+    ++rose.points;
+    if (of_tippers) {
+      const double across = numerics::impedance::tipper_strike(*datum.tipper).value;
+      rose.strikes[bin_of(across, bin_width, bins)] += single.weight;
+      continue;
+    }
+    const double strike = centre + numerics::impedance::within_period(single.strike - centre, 90.0);
+    rose.strikes[bin_of(strike, bin_width, bins)] += single.weight;
+    rose.alternatives[bin_of(strike + 90.0, bin_width, bins)] += single.weight;
+  }
+  return rose;
+}
+
+}  // namespace Module_tensor

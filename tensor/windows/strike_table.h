@@ -1,0 +1,33 @@
+// strike_table.h: the strike of each station of a line, with what has been done to its data.
+#pragma once
+#include <QTableWidget>
+#include <optional>
+#include <vector>
+
+#include "tensor/strike_summary.h"
+
+class StrikeTable : public QTableWidget {
+  Q_OBJECT
+
+ public:
+  explicit StrikeTable(QWidget* parent = nullptr);
+
+  /// Order and selection stay as far as the stations do.
+  /// @param summary  none: the stations have no strike
+  void show_stations(const std::vector<Module_tensor::StrikeStation>& stations,
+                     const std::optional<Module_tensor::StrikeSummary>& summary);
+  /// The main window shows this station of the line.
+  void mark_station(std::optional<std::size_t> index);
+  /// Of the rows that have a selected cell.
+  [[nodiscard]] std::vector<double> selected_stations() const;
+  /// The whole table with its headings, as lines with tabs between the columns, to the clipboard.
+  void copy_all() const;
+
+ Q_SIGNALS:
+  void station_chosen(double station);
+
+ private:
+  void fill_row(int row, const Module_tensor::StrikeStation& station,
+                const Module_tensor::StationStrike* strike);
+  void add_cell(int row, int column, QTableWidgetItem* cell, std::size_t index);
+};
