@@ -20,8 +20,11 @@ enum class StrikeMethod : std::uint8_t {
   tipper      // across the real arrows
 };
 
+/// What the methods by phase tensor weight with. Of the others, Swift's weights are those of its sum
+/// (`swift_form`), and arrows count alike.
 enum class StrikeWeights : std::uint8_t { none, ellipticity_squared };
 
+/// The limits hold for Swift's strike, too, where a datum has its phase tensor. Arrows have `least_arrow`.
 struct StrikeChoices {
   StrikeMethod method = StrikeMethod::phase_tensor_azimuth;
   StrikeWeights weights = StrikeWeights::ellipticity_squared;

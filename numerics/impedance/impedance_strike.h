@@ -15,6 +15,11 @@ struct SwiftStrike {
 /// The axes in which |Zxx|^2 + |Zyy|^2 is least. No values where the elements leave them open.
 SwiftStrike swift_strike(const Tensor& tensor);
 
+/// What may be added up over tensors: the sum's argument is four times the angle at which the sum of
+/// (|Zxx'|^2 + |Zyy'|^2) / |Z|^2 is least, |Z|^2 being the sum over the four elements. 0 where it is
+/// rounding.
+std::complex<double> swift_form(const Tensor& tensor);
+
 struct BahrSkew {
   Estimate skew;   // eta, the phase-sensitive skew; below 0.1 two-dimensional or distorted so, above 0.3 3-D
   Estimate mu;     // phase differences

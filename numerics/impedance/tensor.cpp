@@ -1,34 +1,35 @@
 #include "numerics/impedance/tensor.h"
 
 #include <algorithm>
-#include <numbers>
 
-#include "numerics/impedance/apparent_resistivity.h"
+#include "numerics/constants.h"
+#include "numerics/impedance/angles.h"
+#include "numerics/impedance/earth_of.h"
 
 namespace numerics::impedance {
 
 namespace {
 
-constexpr double degrees_in_radian = 180.0 / std::numbers::pi;
 constexpr double largest_phase_error = 90.0;  // degrees: nothing is known of the phase
 
 }  // namespace
 
 std::complex<double> impedance_of(double resistivity, double phase, double frequency) {
-  return std::polar(std::sqrt(5.0 * frequency * resistivity), phase / degrees_in_radian);
+  return std::polar(std::sqrt(frequency * resistivity / resistivity_factor), phase * radians_per_degree);
 }
 
 PartCovariance covariance_of(std::complex<double> impedance, double resistivity, double resistivity_error,
                              double phase_error) {
   const double size = std::abs(impedance);
   double along = size * resistivity_error / (2.0 * resistivity);
-  double across = size * std::min(phase_error, largest_phase_error) / degrees_in_radian;
-  if (std::isnan(phase_error)) {
-    across = along;
-  } else if (std::isnan(resistivity_error)) {
+  double across = size * std::min(phase_error, largest_phase_error) * radians_per_degree;
+  if (!std::isfinite(along)) {
     along = across;
   }
-  if (!std::isfinite(along) || !std::isfinite(across)) {
+  if (!std::isfinite(across)) {
+    across = along;
+  }
+  if (!std::isfinite(along) || !(size > 0.0)) {
     return {};
   }
   const double c = impedance.real() / size;
@@ -39,27 +40,25 @@ PartCovariance covariance_of(std::complex<double> impedance, double resistivity,
           c * s * (along_2 - across_2)};
 }
 
+ApparentEarth apparent_earth(std::complex<double> impedance, const PartCovariance& covariance,
+                             double frequency) {
+  return earth_of(measured(std::array{impedance})[0], frequency, std::array{covariance});
+}
+
 Tensor rotated(const Tensor& tensor, double degrees) {
-  const double c = std::cos(degrees / degrees_in_radian);
-  const double s = std::sin(degrees / degrees_in_radian);
-  const std::array<std::array<double, 2>, 2> R{{{c, s}, {-s, c}}};
+  const Turn turn = turn_by(degrees);
+  const std::array<std::array<double, 2>, 2> R{{{turn.cosine, turn.sine}, {-turn.sine, turn.cosine}}};
   Tensor turned;
   for (std::size_t i = 0; i < 2; ++i) {
     for (std::size_t j = 0; j < 2; ++j) {
-      std::complex<double> z;
-      PartCovariance sum{0.0, 0.0, 0.0};
+      std::array<double, element_count> weights{};
       for (std::size_t k = 0; k < 2; ++k) {
         for (std::size_t l = 0; l < 2; ++l) {
-          const double weight = R[i][k] * R[j][l];
-          const PartCovariance& known = tensor.covariance[2 * k + l];
-          z += weight * tensor.z[2 * k + l];
-          sum.real += weight * weight * known.real;
-          sum.imaginary += weight * weight * known.imaginary;
-          sum.cross += weight * weight * known.cross;
+          weights[2 * k + l] = R[i][k] * R[j][l];
+          turned.z[2 * i + j] += weights[2 * k + l] * tensor.z[2 * k + l];
         }
       }
-      turned.z[2 * i + j] = z;
-      turned.covariance[2 * i + j] = sum;
+      turned.covariance[2 * i + j] = covariance_of_sum(tensor.covariance, weights);
     }
   }
   return turned;

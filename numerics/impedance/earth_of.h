@@ -1,0 +1,28 @@
+// earth_of.h: apparent resistivity and phase of an impedance that carries its derivatives.
+#pragma once
+#include "numerics/constants.h"
+#include "numerics/impedance/angles.h"
+#include "numerics/impedance/propagated.h"
+
+namespace numerics::impedance {
+
+inline constexpr double resistivity_factor = 0.2;  // mu0 / (2 pi) times the square of the field unit
+
+/// @param length  |Z|, mV/km/nT
+/// @param angle   arg Z, radians
+template <std::size_t elements>
+ApparentEarth earth_of(const Propagated<2 * elements>& length, const Propagated<2 * elements>& angle,
+                       double frequency, const std::array<PartCovariance, elements>& covariance) {
+  ApparentEarth earth{estimate(resistivity_factor / frequency * (length * length), covariance),
+                      estimate(degrees_per_radian * angle, covariance)};
+  earth.phase.value = within_period(earth.phase.value, 360.0);
+  return earth;
+}
+
+template <std::size_t elements>
+ApparentEarth earth_of(const ComplexOf<Propagated<2 * elements>>& impedance, double frequency,
+                       const std::array<PartCovariance, elements>& covariance) {
+  return earth_of(length(impedance), atan2(impedance.imaginary, impedance.real), frequency, covariance);
+}
+
+}  // namespace numerics::impedance
