@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace Module_rhoplus {
 
@@ -79,6 +80,23 @@ MaskProposal mask_proposal(const Module_tensor::LineTensors& line, const LineCon
     }
   }
   return proposal;
+}
+
+std::string proposal_text(const MaskProposal& proposal) {
+  std::string text;
+  std::size_t all = 0;
+  for (std::size_t mode = 0; mode < mode_count; ++mode) {
+    const auto type = static_cast<std::size_t>(consistency_types[mode]);
+    text += (text.empty() ? "" : " and ") + std::to_string(proposal.values[mode]) + " values of " +
+            std::string(Module_tensor::curve_types[type]);
+    all += proposal.values[mode];
+  }
+  text += " lie beyond the limit";
+  if (proposal.left_three_dimensional > 0) {
+    text += "; " + std::to_string(proposal.left_three_dimensional) +
+            " more are left where the tensor is three-dimensional";
+  }
+  return text + (all > 0 ? ". The fit without them may leave further points beyond it." : ".");
 }
 
 std::vector<CurvePoints> points_to_mask(const LineConsistency& consistency, const MaskProposal& proposal) {

@@ -3,6 +3,7 @@
 #pragma once
 #include <array>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "numerics/impedance/phase_tensor.h"
@@ -42,6 +43,10 @@ struct MaskProposal {
 /// further points.
 MaskProposal mask_proposal(const Module_tensor::LineTensors& line, const LineConsistency& consistency,
                            const ProposalRules& rules);
+
+/// "12 values of ExHy and 3 of EyHx; 5 more are left where the tensor is three-dimensional." and that it is
+/// one pass, for people.
+std::string proposal_text(const MaskProposal& proposal);
 
 /// What set_merged_points takes to carry it out.
 std::vector<Module_averaged_data::CurvePoints> points_to_mask(const LineConsistency& consistency,
