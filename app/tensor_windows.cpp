@@ -14,6 +14,7 @@ TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
   connect(&line_, &ShownLine::station_chosen, &display_,
           [this](int station_index, double) { display_.display_station(station_index); });
   connect(&line_, &ShownLine::edited, &display_, &SurveyDisplay::redraw);
+  connect(&line_, &ShownLine::marks_changed, &display_, &SurveyDisplay::redraw);
   connect(&line_, &ShownLine::strike_chosen, this, [this](double strike) {
     chosen_strike_ = strike;
     Q_EMIT strike_chosen(strike);

@@ -28,6 +28,7 @@ constexpr AddCommand add_commands[] = {
     Batch::add_zonge_command,
     Batch::add_rhoplus_command,
     Batch::add_invert_command,
+    Batch::add_consistency_command,
     Batch::add_occam_command,
     Batch::add_occam_info_command,
     Batch::add_inversion_command,

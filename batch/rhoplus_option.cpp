@@ -9,6 +9,11 @@ void add_rhoplus_options(Parser& parser, Module_output::RhoplusSettings& setting
                                                                 : "";
       })
       .shows_default();
+  add_rhoplus_inversion_options(parser, settings);
+  parser.add_switch_off("--include-empty", settings.exclude_data, "write frequencies with no data as well");
+}
+
+void add_rhoplus_inversion_options(Parser& parser, Module_output::RhoplusSettings& settings) {
   parser.add_option("--floor", settings.resistivity_error_floor, "minimum error of a resistivity, percent")
       .above_zero()
       .shows_default();
@@ -21,7 +26,6 @@ void add_rhoplus_options(Parser& parser, Module_output::RhoplusSettings& setting
   parser.add_option("--surface", settings.surface, "0 conducting, 1 insulating")
       .in_range(0, 1)
       .shows_default();
-  parser.add_switch_off("--include-empty", settings.exclude_data, "write frequencies with no data as well");
   parser.add_switch_off("--no-static", settings.apply_static, "leave static shift corrections out");
   parser.add_switch_off("--keep-negative-phase", settings.exclude_negative_phase,
                         "use phases of 0 or less as well");

@@ -9,6 +9,9 @@ namespace Batch {
 /// --keep-negative-phase and --file-errors; one that is left out keeps its default.
 void add_rhoplus_options(Parser& parser, Module_output::RhoplusSettings& settings);
 
+/// Adds those of them that an inversion depends on: all but --root and --include-empty.
+void add_rhoplus_inversion_options(Parser& parser, Module_output::RhoplusSettings& settings);
+
 /// Adds --file-errors alone.
 void add_file_errors_flag(Parser& parser, Module_output::RhoplusSettings& settings);
 

@@ -8,10 +8,12 @@
 
 #include "core/absent_value.h"
 #include "core/session_state.h"
+#include "display/marked_points.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
 
+using Module_averaged_data::Component;
 using Module_averaged_data::CurveExtents;
 using Module_averaged_data::Extent;
 using Module_averaged_data::ProfileColumn;
@@ -56,19 +58,25 @@ graph::AxisLimits limits_of(const std::vector<PlacedColumn>& columns) {
 void add_frequency(GraphPair& plot, const std::vector<PlacedColumn>& columns, std::size_t i) {
   const bool selected = session().frequencies.is_enabled(static_cast<std::int32_t>(i));
   const int used_style = graph::palette_style(static_cast<int>(i) + 1);
+  const float frequency = Module_averaged_data::data_sets().profile.frequencies[i];
   add_series(plot, columns.size());
   for (std::size_t j = 0; j < columns.size(); ++j) {
     const ProfileColumn& column = *columns[j].column;
-    const auto fill = [&](PanePlot& pane, float value, double factor, std::int32_t mask) {
+    const auto fill = [&](PanePlot& pane, float value, double factor, std::int32_t mask,
+                          Component component) {
       pane.table.series[i].x[j] = columns[j].x.value_or(0.0);
       if (selected && columns[j].x && !is_absent(double{value})) {
         pane.table.series[i].y[j] = factor * double{value};
       }
       const int style = column.UseReading ? used_style : graph::unused_point;
       pane.point_styles[i][j] = mask == 1 ? style : graph::masked_point;
+      if (is_marked({column.ID, frequency, component})) {
+        pane.point_styles[i][j] += graph::ringed;
+      }
     };
-    fill(plot.resistivity, column.resistivity[i], double{column.ResOffset}, column.mask[i][0]);
-    fill(plot.phase, column.phase[i], 1.0, column.mask[i][1]);
+    fill(plot.resistivity, column.resistivity[i], double{column.ResOffset}, column.mask[i][0],
+         Component::resistivity);
+    fill(plot.phase, column.phase[i], 1.0, column.mask[i][1], Component::phase);
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "display/marked_points.h"
 #include "display/plot_colours.h"
 #include "display/profile_plot.h"
 #include "display/site_names.h"
@@ -65,6 +66,16 @@ void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot
   }
 }
 
+void ring_marked(PanePlot& pane, const Module_database::StoredReading& reading,
+                 Module_averaged_data::Component component) {
+  std::vector<int>& styles = pane.point_styles.back();
+  for (std::size_t i = 0; i < styles.size(); ++i) {
+    if (is_marked({reading.ID, reading.curve.frequencies[i], component})) {
+      styles[i] += graph::ringed;
+    }
+  }
+}
+
 }  // namespace
 
 GraphPair station_plot(bool fixed_scale) {
@@ -82,6 +93,8 @@ GraphPair station_plot(bool fixed_scale) {
       pane->series_styles.back() = style_of(slot, k);
       colour_neighbour(*pane, slot, data.slots.front());
     }
+    ring_marked(plot.resistivity, slot.reading, Module_averaged_data::Component::resistivity);
+    ring_marked(plot.phase, slot.reading, Module_averaged_data::Component::phase);
   }
   set_frequency_axes(plot, axes.extents().frequency);
   if (fixed_scale) {

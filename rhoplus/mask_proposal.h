@@ -3,6 +3,7 @@
 #pragma once
 #include <array>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "numerics/impedance/phase_tensor.h"
@@ -27,9 +28,9 @@ struct ProposedPoint {
 };
 
 struct MaskProposal {
-  std::vector<ProposedPoint> points;              // by station, mode and frequency
-  std::array<std::size_t, mode_count> values{};   // resistivities and phases to be masked, by mode
-  std::size_t left_three_dimensional = 0;         // values beyond the limit that are left alone
+  std::vector<ProposedPoint> points;             // by station, mode and frequency
+  std::array<std::size_t, mode_count> values{};  // resistivities and phases to be masked, by mode
+  std::size_t left_three_dimensional = 0;        // values beyond the limit that are left alone
 
   [[nodiscard]] bool empty() const { return points.empty(); }
   /// The proposed point of a station and mode at a frequency; null if there is none.
@@ -43,8 +44,12 @@ struct MaskProposal {
 MaskProposal mask_proposal(const Module_tensor::LineTensors& line, const LineConsistency& consistency,
                            const ProposalRules& rules);
 
+/// "12 values of ExHy and 3 of EyHx; 5 more are left where the tensor is three-dimensional." and that it is
+/// one pass, for people.
+std::string proposal_text(const MaskProposal& proposal);
+
 /// What set_merged_points takes to carry it out.
-std::vector<Module_averaged_data::CurvePoints> points_to_mask(const Module_tensor::LineTensors& line,
+std::vector<Module_averaged_data::CurvePoints> points_to_mask(const LineConsistency& consistency,
                                                               const MaskProposal& proposal);
 
 }  // namespace Module_rhoplus

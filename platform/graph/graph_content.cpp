@@ -54,7 +54,16 @@ SeriesStyle GraphContent::series_style(int series) const {
 int GraphContent::point_style(int series, int point) const {
   const auto s = static_cast<std::size_t>(series);
   const auto p = static_cast<std::size_t>(point);
-  return s < styles_.size() && p < styles_[s].size() ? styles_[s][p] : used_point;
+  if (s >= styles_.size() || p >= styles_[s].size()) {
+    return used_point;
+  }
+  return is_ringed(series, point) ? styles_[s][p] - ringed : styles_[s][p];
+}
+
+bool GraphContent::is_ringed(int series, int point) const {
+  const auto s = static_cast<std::size_t>(series);
+  const auto p = static_cast<std::size_t>(point);
+  return s < styles_.size() && p < styles_[s].size() && styles_[s][p] > ringed / 2;
 }
 
 bool GraphContent::exists(PointIndex at) const {

@@ -35,7 +35,8 @@ class GraphContent {
   int point_count(int series) const;
   const PlotSeries& series(int index) const { return table_.series[static_cast<std::size_t>(index)]; }
   SeriesStyle series_style(int series) const;
-  int point_style(int series, int point) const;
+  int point_style(int series, int point) const;  // without its ring
+  bool is_ringed(int series, int point) const;
   bool exists(PointIndex at) const;
 
   /// False for a point without data and for one that a logarithmic axis can't show.

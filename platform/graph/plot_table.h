@@ -42,6 +42,9 @@ inline constexpr int masked_point = 2;
 inline constexpr int first_palette_style = 3;
 inline constexpr int palette_size = 5;
 
+/// Added to the style of a point that is ringed: it stands out, and nothing else about it changes.
+inline constexpr int ringed = 1 << 20;
+
 using PointStyles = std::vector<std::vector<int>>;  // [series][point]
 
 /// The palette style of the curve with this number (from 1): 3, 4, 5, 6, 7, 3, ...

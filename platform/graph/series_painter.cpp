@@ -98,6 +98,17 @@ void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double rad
   }
 }
 
+namespace {
+
+void draw_ring(QPainter& painter, QPointF at, double marker_radius) {
+  const double radius = marker_radius + 3.0;
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(QColor(200, 0, 110), 1.8));
+  painter.drawEllipse(at, radius, radius);
+}
+
+}  // namespace
+
 void draw_edge_marker(QPainter& painter, const MarkerPlace& place, const QColor& colour, double radius,
                       bool masked) {
   const double half = radius + 1.0;
@@ -220,6 +231,9 @@ void SeriesPainter::draw_markers(QCPPainter& painter, int series) const {
       draw_marker(painter, place.at, colour, radius, masked, marker);
     } else {
       stamps.draw(painter, place.at, colour);
+    }
+    if (content_.is_ringed(series, p)) {
+      draw_ring(painter, place.at, radius);
     }
   }
 }

@@ -114,4 +114,9 @@ void ShownLine::announce_edit(std::optional<double> station) {
   read_again(station);
 }
 
+void ShownLine::announce_marks() {
+  const ScopedValue announcing(announcing_, true);
+  Q_EMIT marks_changed();
+}
+
 void ShownLine::use_strike(double strike) { Q_EMIT strike_chosen(strike); }

@@ -41,6 +41,8 @@ class ShownLine : public QObject {
   /// A window has edited readings, of one station or of any: the main window shows it, and they are read
   /// again.
   void announce_edit(std::optional<double> station);
+  /// Other points are to be ringed in the main window's graphs than before (display/marked_points.h).
+  void announce_marks();
   /// A window has found a strike that is to be used where tensors are turned, degrees from north.
   void use_strike(double strike);
 
@@ -50,6 +52,7 @@ class ShownLine : public QObject {
   void station_changed();  // another one is shown
   void station_chosen(int station_index, double frequency);
   void edited();
+  void marks_changed();
   void strike_chosen(double strike);
 
  private:
