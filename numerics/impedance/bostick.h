@@ -14,7 +14,7 @@ struct BostickPoint {
 
 /// depth = sqrt(rho / (mu0 omega)), resistivity = rho (pi / (2 phi) - 1). A phase outside 0 to 90 degrees,
 /// both ends left out, gives a depth without a resistivity; that of Zyx is brought to the first quadrant by
-/// the caller.
+/// the caller. The errors of resistivity and phase count as independent.
 BostickPoint bostick_point(const ApparentEarth& earth, double frequency);
 
 }  // namespace numerics::impedance

@@ -11,7 +11,7 @@
 #include <cstddef>
 
 #include "numerics/constants.h"
-#include "numerics/impedance/tensor.h"
+#include "numerics/impedance/estimate.h"
 
 namespace numerics::impedance {
 

@@ -23,12 +23,13 @@ PartCovariance covariance_of(std::complex<double> impedance, double resistivity,
   const double size = std::abs(impedance);
   double along = size * resistivity_error / (2.0 * resistivity);
   double across = size * std::min(phase_error, largest_phase_error) * radians_per_degree;
-  if (std::isnan(phase_error)) {
-    across = along;
-  } else if (std::isnan(resistivity_error)) {
+  if (!std::isfinite(along)) {
     along = across;
   }
-  if (!std::isfinite(along) || !std::isfinite(across)) {
+  if (!std::isfinite(across)) {
+    across = along;
+  }
+  if (!std::isfinite(along) || !(size > 0.0)) {
     return {};
   }
   const double c = impedance.real() / size;

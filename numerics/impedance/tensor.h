@@ -18,17 +18,6 @@ namespace numerics::impedance {
 enum class Element : std::uint8_t { xx, xy, yx, yy };
 inline constexpr std::size_t element_count = 4;
 
-/// How far the real and the imaginary part of an element are known: variances and covariance. The two parts
-/// of one estimate are equally known and independent; a resistivity and a phase with errors of their own make
-/// an ellipse across the complex plane. NaN: nothing is known.
-struct PartCovariance {
-  double real = not_known;       // (mV/km/nT)^2
-  double imaginary = not_known;  // (mV/km/nT)^2
-  double cross = 0.0;            // (mV/km/nT)^2
-
-  [[nodiscard]] bool is_known() const { return !std::isnan(real) && !std::isnan(imaginary); }
-};
-
 /// The four elements, electric field by rows and magnetic field by columns, and what is known of each.
 /// Different elements count as independent: files don't say how they depend on each other.
 struct Tensor {
@@ -45,17 +34,11 @@ struct Tensor {
   }
 };
 
-/// Apparent resistivity, ohm-m, and phase, degrees.
-struct ApparentEarth {
-  Estimate resistivity;
-  Estimate phase;
-};
-
 /// |Z| = sqrt(5 f rho), Z = |Z| exp(i phi). Resistivity at or above 0.
 std::complex<double> impedance_of(double resistivity, double phase, double frequency);
 
 /// What errors of resistivity (ohm-m) and of phase (degrees) say of the impedance: half axes |Z| d_rho/(2
-/// rho) along Z and |Z| d_phi across it. Where one of them is NaN the other one counts for both parts; phase
+/// rho) along Z and |Z| d_phi across it. Where one of them isn't finite the other one counts for both parts; phase
 /// errors beyond 90 degrees count as 90.
 PartCovariance covariance_of(std::complex<double> impedance, double resistivity, double resistivity_error,
                              double phase_error);
