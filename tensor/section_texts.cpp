@@ -2,8 +2,8 @@
 
 #include <array>
 #include <cmath>
-#include <filesystem>
 
+#include "core/file_names.h"
 #include "core/number_text.h"
 
 namespace Module_tensor {
@@ -35,7 +35,7 @@ std::string value_text(const QuantityFacts& facts, const SectionPoint& point) {
 }  // namespace
 
 std::string section_title(const std::string& survey_file, const std::string& line, SectionQuantity quantity) {
-  return std::filesystem::path(survey_file).stem().string() + ", line " + line + ": " +
+  return Module_util::file_stem(Module_util::file_name_only(survey_file)) + ", line " + line + ": " +
          std::string(facts_of(quantity).title);
 }
 

@@ -64,6 +64,7 @@ constexpr Keys keys_of_windows[] = {
     {"rhoplus_results"},
     {"rhoplus_log"},
     {"occam_inversion"},
+    {"tensor_map"},
 };
 
 const Keys* keys_of(const QString& window) {
