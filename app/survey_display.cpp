@@ -169,7 +169,7 @@ void SurveyDisplay::display_station(int station_index, bool draw_profile) {
 
 void SurveyDisplay::display_at(int station_index, double frequency) {
   PointClick click;
-  click.station_to_display = station_index;
+  click.station_to_display = station_index == session().current_station_index ? -1 : station_index;
   if (frequency > 0.0) {
     click.frequency_text = format_number(frequency, "0.0000");
   }
