@@ -45,9 +45,12 @@ struct StationTensor {
   EyReason ey_reason = EyReason::rule;  //
   std::size_t masked_diagonals = 0;     // elements of all points that were taken in spite of a mask
   std::string refusal;  // why there is no tensor, a sentence without its point; empty if there is
-  std::vector<std::string> remarks;  // what a user has to know of it, likewise
+  std::vector<std::string> remarks;  // what a user has to know of it, sentences likewise, with its name
 };
 
+/// At each frequency where the off-diagonal elements count and all four have values. A diagonal element that
+/// is masked is taken as if nothing were masked, but not where a user has switched it off. Errors are those
+/// of the repeats' spread, else of the files. Stations whose readings have different axes are refused.
 /// @param ey_sign  of the site, see database/sites.h
 StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign);
 
