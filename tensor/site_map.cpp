@@ -57,9 +57,9 @@ std::string estimate_text(const Estimate& estimate, std::string_view picture, co
   if (!estimate.has_value()) {
     return "none";
   }
-  const std::string error =
-      estimate.has_error() ? " ± " + format_number(estimate.error, picture) : std::string(" (error unknown)");
-  return format_number(estimate.value, picture) + error + unit;
+  const std::string value = format_number(estimate.value, picture);
+  return estimate.has_error() ? value + " ± " + format_number(estimate.error, picture) + unit
+                              : value + unit + " (error unknown)";
 }
 
 constexpr std::string_view tenths = "0.0";

@@ -6,6 +6,7 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLocale>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -135,7 +136,9 @@ QGroupBox* MapControls::make_ellipses() {
   rows->addRow("&Fill:", Combo_map_fill_);
   rows->addRow("&Colours:", Combo_map_colours_);
   rows->addRow("", Check_map_invert_);
-  rows->addRow("Fro&m, to:", limits);
+  auto* const limits_label = new QLabel("Fro&m, to:");  // a layout is no buddy
+  limits_label->setBuddy(Spin_map_lower_);
+  rows->addRow(limits_label, limits);
   Spin_map_lower_->setAccessibleName("From");
   rows->addRow("Si&ze:", Spin_map_ellipse_size_);
   return box;
@@ -148,7 +151,7 @@ QGroupBox* MapControls::make_arrows() {
   rows->addRow(Combo_map_convention_);
   rows->addRow(Check_map_imaginary_);
   rows->addRow(Check_map_reverse_);
-  rows->addRow("Si&ze:", Spin_map_arrow_size_);
+  rows->addRow("Len&gth:", Spin_map_arrow_size_);
   Combo_map_convention_->setAccessibleName("Convention of the real arrows");
   return box;
 }

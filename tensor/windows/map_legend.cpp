@@ -113,6 +113,12 @@ bool any_uncertain(const MapContents& contents) {
   });
 }
 
+/// At any period: the legend stays while periods change.
+bool any_tipper(const MapContents& contents) {
+  return std::ranges::any_of(contents.map.sites,
+                             [](const MapSite& site) { return !site.station.tipper.empty(); });
+}
+
 bool any_without(const MapContents& contents) {
   return std::ranges::any_of(contents.values, [](const SiteValues& values) { return !values.any(); });
 }
@@ -140,7 +146,7 @@ void paint_legend(QPainter& painter, const QRectF& room, const MapContents& cont
       top = paint_wrapped(painter, inside, top, "Light outline: direction or skew uncertain");
     }
   }
-  if (contents.look.real_arrows || contents.look.imaginary_arrows) {
+  if (any_tipper(contents) && (contents.look.real_arrows || contents.look.imaginary_arrows)) {
     top = paint_arrow_key(painter, inside, top, contents.look);
   }
   if (any_without(contents)) {

@@ -42,9 +42,10 @@ bool TakenRooms::is_free(const QRectF& room) const {
 }
 
 std::vector<PlacedName> placed_names(const std::vector<NamedDot>& dots, const QFontMetricsF& metrics,
-                                     double reach, const QRectF& area, TakenRooms& taken) {
+                                     const QRectF& area, TakenRooms& taken) {
   std::vector<PlacedName> names;
   for (const NamedDot& dot : dots) {
+    const double reach = dot.reach;
     const QSizeF text(metrics.horizontalAdvance(dot.name), metrics.height());
     for (const QPointF corner :
          {QPointF(-text.width() / 2.0, -reach - text.height()), QPointF(-text.width() / 2.0, reach),

@@ -22,6 +22,7 @@ class TakenRooms {
 
 struct NamedDot {
   QPointF at;
+  double reach = 0.0;  // pixels around it that its own glyph takes
   QString name;
 };
 
@@ -32,8 +33,7 @@ struct PlacedName {
 
 /// Above its dot, below, to the right or to the left of it, whichever is the first to be free; a name without
 /// room is left out. The dots themselves are taken beforehand.
-/// @param reach  pixels around a dot that its own glyph takes
 std::vector<PlacedName> placed_names(const std::vector<NamedDot>& dots, const QFontMetricsF& metrics,
-                                     double reach, const QRectF& area, TakenRooms& taken);
+                                     const QRectF& area, TakenRooms& taken);
 
 }  // namespace Module_tensor

@@ -36,7 +36,12 @@ struct Drawing {
   PlanFrame frame;
   std::vector<QPointF> places;      // of all sites
   std::vector<std::size_t> within;  // sites whose glyphs can be seen
-  double radius = 0.0;
+  double radius = 0.0;              // of ellipses
+
+  /// Pixels around a site that its glyph takes.
+  [[nodiscard]] double reach(std::size_t index) const {
+    return contents.look.ellipses && contents.values[index].phase_tensor ? radius : dot_radius;
+  }
 };
 
 std::vector<QPointF> places_of(const MapContents& contents, const PlanFrame& frame, const QRectF& plot) {
@@ -112,7 +117,7 @@ void paint_current(const Drawing& drawing) {
   for (const std::size_t index : drawing.within) {
     if (drawing.contents.current == sites[index].station.StationID) {
       constexpr double gap = 4.0;
-      const double radius = gap + (drawing.contents.look.ellipses ? drawing.radius : dot_radius);
+      const double radius = gap + drawing.reach(index);
       drawing.painter.setBrush(Qt::NoBrush);
       drawing.painter.setPen(QPen(Qt::magenta, 2.0));
       drawing.painter.drawEllipse(drawing.places[index], radius, radius);
@@ -126,19 +131,19 @@ QString name_of(const StationTensor& station) {
 
 void paint_names(const Drawing& drawing) {
   constexpr double share = 0.8;  // of a glyph's box: its corners are mostly free
-  const double reach = drawing.contents.look.ellipses ? drawing.radius : dot_radius;
+  constexpr double gap = 2.0;
   TakenRooms taken;
   std::vector<NamedDot> dots;
   for (const std::size_t index : drawing.within) {
     const QPointF at = drawing.places[index];
-    taken.take(
-        QRectF(at.x() - share * reach, at.y() - share * reach, 2.0 * share * reach, 2.0 * share * reach));
-    dots.push_back({at, name_of(drawing.contents.map.sites[index].station)});
+    const double reach = drawing.reach(index);
+    const double half = share * reach;
+    taken.take(QRectF(at.x() - half, at.y() - half, 2.0 * half, 2.0 * half));
+    dots.push_back({at, reach + gap, name_of(drawing.contents.map.sites[index].station)});
   }
   drawing.painter.setPen(name_colour);
-  constexpr double gap = 2.0;
   for (const PlacedName& name :
-       placed_names(dots, QFontMetricsF(drawing.painter.font()), reach + gap, drawing.plot, taken)) {
+       placed_names(dots, QFontMetricsF(drawing.painter.font()), drawing.plot, taken)) {
     drawing.painter.drawText(name.room, Qt::AlignCenter | Qt::TextDontClip, name.name);
   }
 }
