@@ -78,7 +78,7 @@ CurveConsistency curve_consistency(StoredReading merged, bool turn, const Freque
   if (turn) {
     turn_phases(merged.curve);
   }
-  Module_output::RhoplusTables tables = Module_output::rhoplus_tables(merged, frequencies, settings);
+  Module_output::RhoplusTables tables = Module_output::rhoplus_rows(merged, frequencies, settings);
   if (tables.data.empty()) {
     return result;
   }
