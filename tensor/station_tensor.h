@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "numerics/impedance/tensor.h"
-#include "numerics/impedance/tipper.h"
 #include "tensor/line_curves.h"
+#include "tensor/station_tipper.h"
 
 namespace Module_tensor {
 
@@ -19,11 +19,6 @@ struct TensorPoint {
   double frequency = 0.0;  // Hz
   numerics::impedance::Tensor tensor;
   std::uint8_t masked_diagonals = 0;  // 0 to 2: elements whose value was taken in spite of a mask
-};
-
-struct TipperPoint {
-  double frequency = 0.0;  // Hz
-  numerics::impedance::Tipper tipper;
 };
 
 /// Why Ey counts as turned or not.
