@@ -131,7 +131,7 @@ CurveSource SourceSums::finish(const std::map<float, AverageSettings>& settings,
   for (const auto& [scan_rate, sums] : rates_) {  // ascending: the highest rate has the last word
     const auto found = settings.find(scan_rate);
     const AverageSettings of_average = found == settings.end() ? AverageSettings{} : found->second;
-    if (!of_average.UseReading) {
+    if (!of_average.UseReading || !(of_average.UseResistivity || of_average.UsePhase)) {
       continue;
     }
     give(sums, of_average, source);

@@ -19,13 +19,15 @@ using CurvePlace = std::pair<double, std::size_t>;
 /// By scan rate, Hz.
 using RateSettings = std::map<float, AverageSettings>;
 
-/// Flags and offsets of the averages that were computed here.
-std::map<CurvePlace, RateSettings> read_settings(const std::string& criteria) {
-  std::map<CurvePlace, RateSettings> settings;
+using LineSettings = std::map<CurvePlace, RateSettings>;
+
+/// Adds flags and offsets of averages that have none yet.
+/// @param file_test  "FileID < 0" for those that were computed here
+void add_settings(const std::string& criteria, const std::string& file_test, LineSettings& settings) {
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT Station,DataType,SampleRate,UseReading,UseResistivity,UsePhase,ResOffset,PhaseOffset FROM "
       "ReadingsDataTable WHERE " +
-      criteria + " AND ReductionType = 1 AND FileID < 0 ORDER BY ID");
+      criteria + " AND ReductionType = 1 AND " + file_test + " ORDER BY ID");
   for (; !rows.eof(); rows.move_next()) {
     if (const auto type = curve_type_index(rows.get_text("DataType"))) {
       const float factor = rows.get_single("ResOffset");
@@ -36,7 +38,6 @@ std::map<CurvePlace, RateSettings> read_settings(const std::string& criteria) {
                           rows.get_single("PhaseOffset")});
     }
   }
-  return settings;
 }
 
 class LineSums {
@@ -75,7 +76,8 @@ std::map<double, StationSources> read_sources(const LineChoice& choice, std::opt
                                               const FrequenciesOf& frequencies_of) {
   const std::string criteria =
       choice.criteria() + (station ? " AND Station = " + criterion_text(*station) : std::string());
-  const auto settings = read_settings(criteria);
+  LineSettings settings;
+  add_settings(criteria, "FileID < 0", settings);
   LineSums sums;
   sums.add(criteria + " AND FileID > 0 AND ReductionType = 0", frequencies_of,
            [](const CurvePlace&, float) { return true; });
@@ -85,6 +87,7 @@ std::map<double, StationSources> read_sources(const LineChoice& choice, std::opt
              const auto of_curve = settings.find(place);
              return of_curve == settings.end() || !of_curve->second.contains(scan_rate);
            });
+  add_settings(criteria, "FileID > 0", settings);
   std::map<double, StationSources> sources;
   for (const auto& [place, curve] : sums.curves()) {
     const auto found = settings.find(place);

@@ -95,7 +95,8 @@ bool add_element(const StationCurves& curves, std::size_t element, float frequen
 
 void add_points(const StationCurves& curves, StationTensor& station) {
   for (const float frequency : curves.of(CurveType::ExHy).curve.frequencies) {
-    if (!(frequency > 0.0F)) {
+    const bool is_repeated = !station.points.empty() && station.points.back().frequency == double{frequency};
+    if (!(frequency > 0.0F) || is_repeated) {
       continue;
     }
     TensorPoint point;
@@ -240,6 +241,9 @@ StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign) 
   result.axes_known = axes.is_known;
   result.tipper = axes.difference > 0.0 ? std::vector<TipperPoint>{} : station_tipper(curves);
   std::string refusal = refusal_of(curves, axes);
+  if (axes.difference == 0.0) {
+    result.tipper = station_tipper(curves);
+  }
   if (refusal.empty()) {
     add_points(curves, result);
     refusal = result.points.empty() ? why_no_points(curves) : std::string();
