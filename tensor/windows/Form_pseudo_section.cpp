@@ -56,8 +56,8 @@ Form_pseudo_section::Form_pseudo_section(ShownLine& shown, QWidget* parent)
       Check_section_by_distance_(make_switch("Check_section_by_distance", "By &distance",
                                              "Stations at their places along the line, not at their numbers",
                                              false)),
-      Check_contours_(
-          make_switch("Check_contours", "&Contours", "Lines of equal value at round numbers", false)),
+      Check_contours_(make_switch("Check_contours", "&Contours",
+                                  "Lines of equal value at round numbers; not over ellipses", false)),
       Check_points_(make_switch("Check_points", "&Points",
                                 "A dot where data are, a cross where they are masked", true)),
       Check_section_hide_masked_(make_switch("Check_section_hide_masked", "&Hide masked",

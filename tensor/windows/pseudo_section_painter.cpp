@@ -133,10 +133,12 @@ std::array<double, 2> spacing_of(const PseudoSectionPicture& picture, const Plot
 
 void paint_ellipses(QPainter& painter, const PseudoSectionPicture& picture, const Plot& plot) {
   constexpr double share_of_spacing = 0.47;
+  constexpr double rows_in_height = 2.2;  // soundings are dense in period: ellipses may lie over one another
   constexpr double least_radius = 2.5;
   constexpr double largest_radius = 28.0;
   const auto [across, down] = spacing_of(picture, plot);
-  const double radius = std::clamp(share_of_spacing * std::min(across, down), least_radius, largest_radius);
+  const double radius =
+      std::clamp(share_of_spacing * std::min(across, rows_in_height * down), least_radius, largest_radius);
   EllipseCloud cloud(painter, plot.area(), radius);
   for (const SectionColumn& column : picture.section.columns) {
     const double x = plot.x(column.x);
@@ -346,7 +348,7 @@ void paint_pseudo_section(QPainter& painter, QSize size, const PseudoSectionPict
   } else {
     paint_cells(painter, picture, plot);
   }
-  if (picture.contours) {
+  if (picture.contours && !facts_of(picture.section.quantity).ellipses) {
     paint_contours(painter, picture, plot);
   }
   if (picture.points) {
