@@ -35,6 +35,7 @@ Command add_mask_topo_command(Program& program);
 Command add_occam_command(Program& program);
 Command add_occam_info_command(Program& program);
 Command add_section_command(Program& program);  // only in a build with windows
+Command add_tensor_command(Program& program);
 Command add_zonge_command(Program& program);
 
 /// The whole path, as messages and reports name it, and wherever the process works later.

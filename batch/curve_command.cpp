@@ -153,7 +153,7 @@ struct Column {
 };
 
 /// Errors are those that the files bring; deviations those of repeats, which derived curves alone have.
-std::vector<Column> columns_of(const StoredReading& reading) {
+std::vector<Column> columns_of(const StoredReading& reading, bool is_tipper) {
   using namespace Module_database;  // the field names
   const Curve& curve = reading.curve;
   const auto field = [&curve](Field number) {
@@ -171,19 +171,33 @@ std::vector<Column> columns_of(const StoredReading& reading) {
       columns.push_back({"Deviation", unit, field(deviation)});
     }
   };
-  add("Resistivity", "ohm-m", field_resistivity, field_resistivity_deviation);
-  add("Phase", "degrees", field_phase, field_phase_deviation);
+  if (is_tipper) {
+    add("Real", "", field_resistivity, field_resistivity_deviation);
+    add("Imaginary", "", field_phase, field_phase_deviation);
+  } else {
+    add("Resistivity", "ohm-m", field_resistivity, field_resistivity_deviation);
+    add("Phase", "degrees", field_phase, field_phase_deviation);
+  }
   return columns;
 }
 
-void print_table(const StoredReading& reading) {
-  constexpr int width = 13;
+void print_head(const StoredReading& reading, bool is_tipper) {
   std::cout << "reading " << reading.ID << ", event " << reading.EventNumber
-            << (reading.UseReading ? "" : ", not used")
-            << (reading.UseResistivity ? "" : ", resistivity not used")
+            << (reading.UseReading ? "" : ", not used");
+  if (is_tipper) {
+    std::cout << (reading.UseResistivity ? "" : ", real part not used")
+              << (reading.UsePhase ? "" : ", imaginary part not used") << '\n';
+    return;
+  }
+  std::cout << (reading.UseResistivity ? "" : ", resistivity not used")
             << (reading.UsePhase ? "" : ", phase not used") << ", resistivity times "
             << plain_text(reading.ResOffset) << ", phase plus " << plain_text(reading.PhaseOffset) << '\n';
-  const std::vector<Column> columns = columns_of(reading);
+}
+
+void print_table(const StoredReading& reading, bool is_tipper) {
+  constexpr int width = 13;
+  print_head(reading, is_tipper);
+  const std::vector<Column> columns = columns_of(reading, is_tipper);
   std::cout << std::right;
   for (const Column& column : columns) {
     std::cout << std::setw(width) << column.heading;
@@ -206,7 +220,7 @@ void print(const std::vector<StoredReading>& readings, const CurveOptions& optio
   const bool repeats = options.reduction == 0;
   if (!options.json) {
     for (const StoredReading& reading : readings) {
-      print_table(reading);
+      print_table(reading, Module_database::is_tipper(options.reading.data_type));
     }
     return;
   }
@@ -245,7 +259,7 @@ Command add_curve_command(Program& program) {
   const auto options = std::make_shared<CurveOptions>();
   Parser parser = program.add_command("curve", "Shows the curves of one component at one station");
   add_survey_argument(parser, options->survey);
-  add_reading_options(parser, options->reading);
+  add_reading_options(parser, options->reading, DataTypeIs::required_with_tipper);
   parser.add_option("--station", options->station, "station").required();
   parser.add_option("--reduction", options->reduction, "0 repeats, 1 average, 2 merged curve")
       .required()
@@ -258,7 +272,8 @@ Command add_curve_command(Program& program) {
       "--json", options->json,
       "as JSON: id, file_id, frequencies, data (20 values a frequency), mask, resistivity_error "
       "(ohm-m) and phase_error (degrees) of the files, null where none is known, use, res_offset, "
-      "phase_offset; repeats as a list, with event. An absent value is -1e32");
+      "phase_offset; of a tipper what stands for resistivity is its real part, and its imaginary part what "
+      "stands for phase; repeats as a list, with event. An absent value is -1e32");
   return {parser, [options] {
             return with_open_survey(options->survey, options->reading.line,
                                     [&] { return show_curve(*options); });

@@ -9,9 +9,15 @@ void add_reading_options(Parser& parser, Module_database::LineSelection& option,
   parser.add_option("--reference", option.reference_type, reference_types_help)
       .required()
       .in_range(0, last_reference_type);
-  Option type =
-      parser.add_option("--data-type", option.data_type, data_types_help).one_of_in_any_case(data_types());
-  if (data_type == DataTypeIs::required) {
+  std::vector<std::string> types = data_types();
+  std::string help = data_types_help;
+  if (data_type == DataTypeIs::required_with_tipper) {
+    types.insert(types.end(), Module_database::tipper_data_types.begin(),
+                 Module_database::tipper_data_types.end());
+    help += "; HzHx, HzHy: the tipper";
+  }
+  Option type = parser.add_option("--data-type", option.data_type, help).one_of_in_any_case(types);
+  if (data_type != DataTypeIs::optional) {
     type.required();
   }
   parser.add_option("--dipole", option.dipole, "dipole length, m").required();

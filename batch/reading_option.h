@@ -15,9 +15,10 @@ inline constexpr const char* data_types_help = "ExHx, ExHy, EyHx, EyHy or QP";
 inline constexpr int last_reference_type = 2;
 std::vector<std::string> data_types();
 
-enum class DataTypeIs { required, optional };
+enum class DataTypeIs { required, optional, required_with_tipper };
 
-/// Adds --line, --reference, --data-type and --dipole, all required unless the data type is optional.
+/// Adds --line, --reference, --data-type and --dipole, all required unless the data type is optional. The
+/// data types of the tipper are for commands that show what is stored.
 void add_reading_options(Parser& parser, Module_database::LineSelection& option,
                          DataTypeIs data_type = DataTypeIs::required);
 

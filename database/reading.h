@@ -4,11 +4,14 @@
 // a mask value is 1 for a point that counts and 0 for a masked one. Field numbers count from 1, as everywhere
 // in the field.
 #pragma once
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -97,13 +100,22 @@ struct Curve {
   }
 };
 
+/// The data types of the tipper, the vertical magnetic field over the horizontal one. Their curves have its
+/// real part in place of the resistivity and its imaginary part in place of the phase, so that they are
+/// averaged and merged as all others, but no graph, output or inversion of resistivities may take them.
+inline constexpr std::array<std::string_view, 2> tipper_data_types{"HzHx", "HzHy"};
+inline bool is_tipper(std::string_view data_type) {
+  return std::ranges::find(tipper_data_types, data_type) != tipper_data_types.end();
+}
+inline constexpr std::string_view no_tipper_criterion = "DataType NOT IN ('HzHx','HzHy')";
+
 /// Which readings belong together: one component of one station at one scan rate.
 struct ReadingKey {
   std::string line;
   double station = 0.0;
   std::int32_t reference_type = 0;
   float scan_rate = 0.0F;  // Hz; 0 for a merged curve
-  std::string data_type;   // ExHx, ExHy, EyHx, EyHy, QP
+  std::string data_type;   // ExHx, ExHy, EyHx, EyHy, QP, HzHx, HzHy
   float dipole = 0.0F;     // m
 };
 

@@ -147,6 +147,28 @@ void forget_site(std::string_view line, double station, std::string_view SurveyF
   sites.update();
 }
 
+void set_ey_sign(std::string_view line, double station, std::int32_t sign) {
+  require_writable();
+  dao::Recordset& sites = open_survey().sites;
+  sites.find_first(criteria(line, station));
+  if (!sites.no_match()) {
+    sites.edit();
+    sites.set_long("EySign", sign);
+    sites.update();
+    return;
+  }
+  if (sign == ey_sign_by_rule) {
+    return;  // what a station without a site has
+  }
+  Site site;
+  site.EySign = sign;
+  sites.add_new();
+  sites.set_text("SurveyLine", line);
+  sites.set_double("Station", station);
+  write_site(sites, site);
+  sites.update();
+}
+
 std::optional<Site> find_site(std::string_view line, double station) {
   const dao::Recordset row =
       open_survey().database.open_recordset("SELECT * FROM SitesTable WHERE " + criteria(line, station));

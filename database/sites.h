@@ -38,6 +38,10 @@ std::optional<std::string> keep_site(const Site& site);
 /// What another file has said stays, too. Needs an open survey; throws dao::Error.
 void forget_site(std::string_view line, double station, std::string_view SurveyFile);
 
+/// Sets how the sign of Ey is taken at a station: one of the three values. It gets a site if it has none;
+/// nothing else of a site changes. Needs an open survey that can be written; throws dao::Error.
+void set_ey_sign(std::string_view line, double station, std::int32_t sign);
+
 /// The site of a station. Needs an open survey; throws dao::Error.
 std::optional<Site> find_site(std::string_view line, double station);
 

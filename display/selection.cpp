@@ -67,7 +67,8 @@ void read_reference_types(SelectionLists& lists) {
 }
 
 void read_data_types(SelectionLists& lists) {
-  dao::Recordset rows = rows_of("SELECT DISTINCT DataType FROM ReadingsDataTable ORDER BY DataType");
+  dao::Recordset rows = rows_of("SELECT DISTINCT DataType FROM ReadingsDataTable WHERE " +
+                                std::string(Module_database::no_tipper_criterion) + " ORDER BY DataType");
   Module_database::for_each_sound_row(rows, [&](const dao::Recordset& row) {
     const std::string& type = lists.data_types.emplace_back(row.get_text("DataType"));
     if (type == "ExHy" || type == "EyHx") {

@@ -14,6 +14,8 @@ std::vector<double> stations_with_readings(const Module_database::LineSelection&
                          " AND DipoleLength = " + criterion_text(selection.dipole);
   if (data_types == DataTypes::selected) {
     criteria += " AND DataType = '" + selection.data_type + "'";
+  } else {
+    criteria += " AND " + std::string(Module_database::no_tipper_criterion);
   }
   std::vector<double> stations;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(

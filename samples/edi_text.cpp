@@ -36,26 +36,32 @@ void append_head(const EdiSection& section, std::string& text) {
       section.remark + '\n';
 }
 
-// The electric dipoles are centred on the station. Ey's second electrode lies to the west.
+// The electric dipoles are centred on the station; the second electrode is the positive end.
 void append_channels(const EdiSection& section, std::string& text) {
   const std::string north = metres(section.north);
   const std::string east = metres(section.east);
   const std::string height = metres(section.elevation);
   const double half = section.dipole / 2.0;
+  const double half_east = section.ey_end == EyEnd::east ? half : -half;
+  const std::string channels = section.has_tipper() ? "5" : "4";
   const std::string place = " X=" + north + " Y=" + east + " Z=" + height;
   const auto electrode = [&](std::string_view suffix, double x, double y) {
     const std::string end(suffix);
     return " X" + end + "=" + metres(x) + " Y" + end + "=" + metres(y) + " Z" + end + "=" + height;
   };
-  text += ">=DEFINEMEAS\n  MAXCHAN=4\n  MAXRUN=1\n  MAXMEAS=4\n  UNITS=M\n  REFTYPE=CART\n";
+  text += ">=DEFINEMEAS\n  MAXCHAN=" + channels + "\n  MAXRUN=1\n  MAXMEAS=" + channels +
+          "\n  UNITS=M\n  REFTYPE=CART\n";
   text += "  REFLAT=" + degrees_minutes_seconds(section.latitude) +
           "\n  REFLONG=" + degrees_minutes_seconds(section.longitude) + "\n  REFELEV=" + height + '\n';
   text += ">HMEAS ID=1001.001 CHTYPE=HX" + place + " AZM=0.0\n";
   text += ">HMEAS ID=1002.001 CHTYPE=HY" + place + " AZM=90.0\n";
+  if (section.has_tipper()) {
+    text += ">HMEAS ID=1005.001 CHTYPE=HZ" + place + " AZM=0.0\n";
+  }
   text += ">EMEAS ID=1003.001 CHTYPE=EX" + electrode("", section.north - half, section.east) +
           electrode("2", section.north + half, section.east) + '\n';
-  text += ">EMEAS ID=1004.001 CHTYPE=EY" + electrode("", section.north, section.east + half) +
-          electrode("2", section.north, section.east - half) + "\n\n";
+  text += ">EMEAS ID=1004.001 CHTYPE=EY" + electrode("", section.north, section.east - half_east) +
+          electrode("2", section.north, section.east + half_east) + "\n\n";
 }
 
 void append_block(const std::string& tag, const std::vector<double>& values, std::string& text) {
@@ -110,6 +116,17 @@ void append_resistivities(const EdiSection& section, std::size_t element, std::s
                each(section, [&](auto k) { return numerics::degrees_per_radian * relative_error(k); }), text);
 }
 
+void append_tipper(const EdiSection& section, std::size_t element, std::string& text) {
+  const TensorElement& tipper = section.tipper[element];
+  const std::string tag = element == 0 ? "TX" : "TY";
+  append_block(tag + "R.EXP ROT=TROT", each(section, [&](auto k) { return tipper.impedance[k].real(); }),
+               text);
+  append_block(tag + "I.EXP ROT=TROT", each(section, [&](auto k) { return tipper.impedance[k].imag(); }),
+               text);
+  append_block(tag + "VAR.EXP ROT=TROT",
+               each(section, [&](auto k) { return 2.0 * tipper.deviation[k] * tipper.deviation[k]; }), text);
+}
+
 }  // namespace
 
 std::string edi_text(const EdiSection& section) {
@@ -117,13 +134,18 @@ std::string edi_text(const EdiSection& section) {
   append_head(section, text);
   append_channels(section, text);
   text += ">=MTSECT\n  SECTID=\"" + section.section_id +
-          "\"\n  NFREQ=" + std::to_string(section.frequencies.size()) +
-          "\n  HX=1001.001\n  HY=1002.001\n  EX=1003.001\n  EY=1004.001\n\n";
+          "\"\n  NFREQ=" + std::to_string(section.frequencies.size()) + "\n  HX=1001.001\n  HY=1002.001" +
+          (section.has_tipper() ? "\n  HZ=1005.001" : "") + "\n  EX=1003.001\n  EY=1004.001\n\n";
   append_block("FREQ ORDER=DEC", section.frequencies, text);
   append_block("ZROT", std::vector<double>(section.frequencies.size(), 0.0), text);
   for (std::size_t element = 0; element < section.elements.size(); ++element) {
     append_impedances(section, element, text);
     append_resistivities(section, element, text);
+  }
+  if (section.has_tipper()) {
+    append_block("TROT.EXP", std::vector<double>(section.frequencies.size(), 0.0), text);
+    append_tipper(section, 0, text);
+    append_tipper(section, 1, text);
   }
   return text + ">END\n";
 }

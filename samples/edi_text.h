@@ -1,4 +1,5 @@
-// edi_text.h: the text of an EDI file with one section of impedances, resistivities and phases.
+// edi_text.h: the text of an EDI file with one section of impedances, resistivities and phases, and of the
+// tipper if there is one.
 //
 // Arrays run over the frequencies of the section. Impedances are in mV/km/nT, errors are one standard
 // deviation. Latitude and longitude are those of WGS 84.
@@ -10,10 +11,12 @@
 
 namespace Module_samples {
 
-struct TensorElement {
+struct TensorElement {  // of the impedance or the tipper
   std::vector<std::complex<double>> impedance;
-  std::vector<double> deviation;  // of real and imaginary part, mV/km/nT
+  std::vector<double> deviation;  // of real and imaginary part
 };
+
+enum class EyEnd { east, west };  // the positive one
 
 struct EdiSection {
   std::string data_id;
@@ -28,6 +31,10 @@ struct EdiSection {
   double dipole = 0.0;                    // m
   std::vector<double> frequencies;        // Hz, descending
   std::array<TensorElement, 4> elements;  // XX, XY, YX, YY
+  std::array<TensorElement, 2> tipper;    // TX, TY, dimensionless; empty if Hz wasn't measured
+  EyEnd ey_end = EyEnd::west;
+
+  [[nodiscard]] bool has_tipper() const { return !tipper.front().impedance.empty(); }
 };
 
 std::string edi_text(const EdiSection& section);

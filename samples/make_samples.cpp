@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "samples/sample_survey.h"
+#include "samples/tensor_line.h"
 
 namespace {
 
@@ -22,12 +23,18 @@ void write_file(const std::filesystem::path& path, const std::string& text) {
 int run(int argument_count, char** arguments) {
   CLI::App program(
       "Writes the EDI files of a synthetic survey: two lines of twelve stations over layered ground, two "
-      "scan rates, three repeats. The same seed gives the same files.");
+      "scan rates, three repeats; or one line of full tensors over two-dimensional ground. The same seed "
+      "gives "
+      "the same files.");
   std::string folder;
   std::string elevations;
   std::uint64_t seed = Module_samples::default_seed;
   program.add_option("OUTPUT_FOLDER", folder, "folder for the files; created if it is missing")->required();
   program.add_option("--seed", seed, "seed of the random numbers")->capture_default_str();
+  bool tensor_line = false;
+  program.add_flag("--tensor-line", tensor_line,
+                   "instead of these, a line of fifteen stations with full tensors and tippers over "
+                   "two-dimensional ground of known strike");
   program.add_option("--elevations", elevations,
                      "also write the elevations of a line's stations to this file, for the mesh of a "
                      "two-dimensional inversion");
@@ -37,7 +44,8 @@ int run(int argument_count, char** arguments) {
     return program.exit(fault) == 0 ? 0 : 2;
   }
   std::filesystem::create_directories(folder);
-  const std::vector<Module_samples::SampleFile> files = Module_samples::make_sample_survey(seed);
+  const std::vector<Module_samples::SampleFile> files =
+      tensor_line ? Module_samples::make_tensor_line(seed) : Module_samples::make_sample_survey(seed);
   for (const Module_samples::SampleFile& file : files) {
     write_file(std::filesystem::path(folder) / file.name, file.text);
   }

@@ -4,19 +4,12 @@
 #include <complex>
 
 #include "core/number_text.h"
-#include "numerics/constants.h"
 #include "samples/edi_text.h"
+#include "samples/field_conditions.h"
 #include "samples/random_numbers.h"
 
 namespace Module_samples {
 namespace {
-
-constexpr double map_east_origin = 500000.0;    // m
-constexpr double map_north_origin = 6200000.0;  // m
-
-// On WGS 84, where the map's origin lies in zone 54 S.
-constexpr double origin_latitude = -34.3413027;  // degrees
-constexpr double origin_longitude = 141.0;       // degrees
 
 struct Recording {  // what distinguishes one field file from another
   const SampleLine* line = nullptr;
@@ -25,16 +18,6 @@ struct Recording {  // what distinguishes one field file from another
   std::size_t rate_index = 0;
   int repeat = 1;
 };
-
-/// Relative standard deviation of an impedance: a floor, and the weak natural field of the dead band.
-double noise_level(double frequency) {
-  constexpr double floor = 0.015;
-  constexpr double dead_band_extra = 0.05;
-  constexpr double dead_band_centre = 2.0;  // Hz
-  constexpr double dead_band_decades = 0.35;
-  const double distance = std::log10(frequency / dead_band_centre) / dead_band_decades;
-  return floor + dead_band_extra * std::exp(-distance * distance);
-}
 
 /// The true tensor element; above layers only XY and YX are not 0. Ey points west, hence no minus on YX.
 std::complex<double> true_impedance(std::size_t element, std::complex<double> of_layers,
@@ -83,27 +66,6 @@ void measure(const Recording& recording, std::uint64_t seed, EdiSection& section
   }
 }
 
-// North and east of the origin by the radii of curvature of WGS 84 there (Snyder 1987, Map Projections: A
-// Working Manual, 4-18 and 4-20), which is right to a centimetre over a kilometre. A receiver that is put
-// down for a moment is off by less than a metre.
-void locate(const Recording& recording, std::uint64_t seed, EdiSection& section) {
-  constexpr double equatorial_radius = 6378137.0;  // m
-  constexpr double eccentricity_squared = 0.00669437999014;
-  constexpr double largest_error = 0.7;  // m, in each direction
-  RandomNumbers random{static_cast<std::uint32_t>(seed), static_cast<std::uint32_t>(seed >> 32U),
-                       static_cast<std::uint32_t>(recording.line_index),
-                       static_cast<std::uint32_t>(std::lround(recording.station))};
-  const double north = recording.station + largest_error * (2.0 * random.uniform() - 1.0);
-  const double east = recording.line->local_east + largest_error * (2.0 * random.uniform() - 1.0);
-  const double latitude = origin_latitude * numerics::radians_per_degree;
-  const double flattened = 1.0 - eccentricity_squared * std::sin(latitude) * std::sin(latitude);
-  const double prime_vertical = equatorial_radius / std::sqrt(flattened);
-  const double meridian = prime_vertical * (1.0 - eccentricity_squared) / flattened;
-  section.latitude = origin_latitude + north / meridian * numerics::degrees_per_radian;
-  section.longitude =
-      origin_longitude + east / (prime_vertical * std::cos(latitude)) * numerics::degrees_per_radian;
-}
-
 std::string remark_of(const Recording& recording) {
   return "  A made survey: layered ground, noise from random numbers.\n"
          "  Ey is positive to the west, so that the YX phases lie in 0..90 degrees.\n"
@@ -121,10 +83,9 @@ SampleFile make_file(const Recording& recording, std::uint64_t seed) {
   section.section_id = plain_text(recording.station) + recording.line->letter;
   section.date = recording.line_index == 0 ? "05/14/11" : "05/16/11";
   section.remark = remark_of(recording);
-  section.north = map_north_origin + recording.station;
-  section.east = map_east_origin + recording.line->local_east;
   section.elevation = elevation_at(recording.station);
-  locate(recording, seed, section);
+  locate(recording.station, recording.line->local_east, seed,
+         static_cast<std::uint32_t>(recording.line_index), recording.station, section);
   section.dipole = station_step;
   section.frequencies = frequencies_of(scan_rate);
   measure(recording, seed, section);

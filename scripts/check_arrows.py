@@ -60,7 +60,7 @@ ARROWS = {
     "rhoplus/windows": f"rhoplus display/windows {WIDGETS}",
     "occam": f"output projections {PLOTS}",
     "occam/windows": f"occam {WIDGETS}",
-    "samples": "core numerics/impedance",
+    "samples": "core numerics/impedance numerics/section",
     "batch": "import rhoplus tensor occam survey_edits platform/console platform/system",
     "batch/offscreen_application": "",
     "batch/plots_command": "batch display/windows",  # drawn by the charts of the windows

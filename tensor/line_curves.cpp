@@ -22,27 +22,15 @@ using Module_database::StoredReading;
 
 namespace {
 
-std::optional<std::size_t> type_of(std::string_view data_type) {
-  const auto found = std::ranges::find(curve_types, data_type);
-  return found == curve_types.end() ? std::nullopt
-                                    : std::optional(static_cast<std::size_t>(found - curve_types.begin()));
-}
-
-std::string kind_criteria(const LineChoice& choice) {
-  return "LineNumber = '" + choice.line +
-         "' AND ReferenceType = " + format_number(choice.reference_type, "0") +
-         " AND DipoleLength = " + criterion_text(choice.dipole);
-}
-
 /// The stations of the line and the types that each has readings of, raw ones and averages included.
 using TypesOfStations = std::map<double, std::pair<std::int32_t, std::set<std::size_t>>>;
 
 TypesOfStations types_of_stations(const LineChoice& choice) {
   TypesOfStations types;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT Station,StationID,DataType FROM ReadingsDataTable WHERE " + kind_criteria(choice));
+      "SELECT DISTINCT Station,StationID,DataType FROM ReadingsDataTable WHERE " + choice.criteria());
   for (; !rows.eof(); rows.move_next()) {
-    if (const auto type = type_of(rows.get_text("DataType"))) {
+    if (const auto type = curve_type_index(rows.get_text("DataType"))) {
       auto& [StationID, of_station] = types[rows.get_double("Station")];
       StationID = rows.get_long("StationID");
       of_station.insert(*type);
@@ -53,12 +41,12 @@ TypesOfStations types_of_stations(const LineChoice& choice) {
 
 /// The merged curves that are stored.
 void read_stored(const LineChoice& choice, std::map<double, StationCurves>& stations) {
-  const std::string criteria = kind_criteria(choice) + " AND ReductionType = 2 AND FileID < 0";
+  const std::string criteria = choice.criteria() + " AND ReductionType = 2 AND FileID < 0";
   const Module_database::ReadingFacts facts(criteria);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY Station,ID");
   for (; !rows.eof(); rows.move_next()) {
-    const auto type = type_of(rows.get_text("DataType"));
+    const auto type = curve_type_index(rows.get_text("DataType"));
     const auto station = stations.find(rows.get_double("Station"));
     if (!type || station == stations.end() || rows.get_single("SampleRate") != 0.0F) {
       continue;
@@ -91,6 +79,29 @@ int compute_missing(const LineChoice& choice, const std::set<std::size_t>& types
   return 0;
 }
 
+/// What the readings behind the curves of all these stations say, or of one of them.
+void add_sources(const LineChoice& choice, std::optional<double> only, std::span<StationCurves> stations) {
+  std::map<double, StationCurves*> by_number;
+  for (StationCurves& station : stations) {
+    by_number[station.station] = &station;
+  }
+  auto sources = read_sources(choice, only, [&](double station, std::size_t type) {
+    const auto found = by_number.find(station);
+    return found == by_number.end() ? std::span<const float>()
+                                    : std::span<const float>(found->second->merged[type].curve.frequencies);
+  });
+  for (StationCurves& station : stations) {
+    station.sources = std::move(sources[station.station]);
+    for (std::size_t type = 0; type < curve_types.size(); ++type) {
+      if (const StoredReading& merged = station.merged[type]; merged.FileID > 0) {  // it came merged
+        SourceSums itself;
+        itself.add(0.0F, merged, merged.curve.frequencies);
+        station.sources[type] = itself.finish({}, merged.curve.frequencies);
+      }
+    }
+  }
+}
+
 bool has_curve(const StationCurves& station) {
   return std::ranges::any_of(station.merged, [](const StoredReading& merged) { return merged.ID != 0; });
 }
@@ -117,17 +128,13 @@ int load(const LineChoice& choice, const Frequencies& frequencies, LineCurves& c
       curves.stations.push_back(std::move(loaded));
     }
   }
+  add_sources(choice, std::nullopt, curves.stations);
   return 0;
 }
 
 constexpr std::string_view loading_failed = "An error occurred while reading the tensors of the line: ";
 
 }  // namespace
-
-Module_database::ReadingKey LineChoice::key(CurveType type, double station) const {
-  return {line,  station, reference_type, 0.0F, std::string(curve_types[static_cast<std::size_t>(type)]),
-          dipole};
-}
 
 int load_line_curves(const LineChoice& choice, const Frequencies& frequencies, LineCurves& curves) {
   curves = {};
@@ -145,6 +152,7 @@ int reload_station_curves(const LineChoice& choice, const Frequencies& frequenci
         return -1;
       }
     }
+    add_sources(choice, station.station, {&station, 1});
     return 0;
   });
 }

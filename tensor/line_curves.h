@@ -13,31 +13,23 @@
 
 #include "core/frequencies.h"
 #include "database/reading.h"
+#include "tensor/line_choice.h"
+#include "tensor/line_sources.h"
 
 namespace Module_tensor {
-
-/// The data types of a whole transfer function, in the order of impedance and tipper elements.
-enum class CurveType : std::uint8_t { ExHx, ExHy, EyHx, EyHy, HzHx, HzHy };
-inline constexpr std::array<std::string_view, 6> curve_types{"ExHx", "ExHy", "EyHx", "EyHy", "HzHx", "HzHy"};
-
-/// Which curves of a line: those of one kind of recording.
-struct LineChoice {
-  std::string line;
-  std::int32_t reference_type = 0;
-  float dipole = 0.0F;  // m
-
-  bool operator==(const LineChoice&) const = default;
-  [[nodiscard]] Module_database::ReadingKey key(CurveType type, double station) const;
-};
 
 struct StationCurves {
   std::int32_t StationID = 0;
   double station = 0.0;
   std::string name;                                                       // of its site; empty if it has none
   std::array<Module_database::StoredReading, curve_types.size()> merged;  // ID 0: there is none
+  StationSources sources;                                                 // likewise
 
   [[nodiscard]] const Module_database::StoredReading& of(CurveType type) const {
     return merged[static_cast<std::size_t>(type)];
+  }
+  [[nodiscard]] const CurveSource& source(CurveType type) const {
+    return sources[static_cast<std::size_t>(type)];
   }
 };
 

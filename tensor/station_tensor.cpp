@@ -2,20 +2,33 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 
 #include "core/number_text.h"
 #include "database/sites.h"
+#include "reduction/data_sets/point_error.h"
+#include "tensor/element_origins.h"
+#include "tensor/station_axes.h"
 
 namespace Module_tensor {
 
 using Module_database::Curve;
 using Module_database::StoredReading;
 using numerics::impedance::Element;
+using numerics::impedance::element_count;
 
 namespace {
 
-constexpr std::size_t impedance_types = 4;
+/// Resistivity and phase of an element with their errors, without the static factor.
+struct ElementPoint {
+  std::array<SourceValue, quantity_count> values;
+  bool is_masked = false;  // taken in spite of that
+};
+
+bool is_diagonal(std::size_t element) {
+  return element == static_cast<std::size_t>(Element::xx) || element == static_cast<std::size_t>(Element::yy);
+}
 
 std::optional<std::size_t> point_at(const Curve& curve, float frequency) {
   const auto found = std::ranges::lower_bound(curve.frequencies, frequency);
@@ -24,70 +37,238 @@ std::optional<std::size_t> point_at(const Curve& curve, float frequency) {
              : std::nullopt;
 }
 
-bool all_counting(const StationCurves& curves, const std::array<std::size_t, impedance_types>& at) {
-  for (const CurveType type : {CurveType::ExHy, CurveType::EyHx}) {
-    const Curve& curve = curves.of(type).curve;
-    const std::size_t point = at[static_cast<std::size_t>(type)];
-    if (!curve.point_counts(Module_database::field_resistivity, point) ||
-        !curve.point_counts(Module_database::field_phase, point)) {
-      return false;
-    }
+/// The standard error of a value of a merged curve: what repeats show goes before what files say.
+float error_of(const StoredReading& merged, const CurveSource& source, std::size_t quantity, std::size_t at) {
+  const auto field = quantity == 0 ? Module_database::field_resistivity : Module_database::field_phase;
+  if (source.repeat_errors.empty()) {  // of how many values it is the mean nobody knows
+    return Module_averaged_data::point_error(merged, field, at).value;
   }
-  return true;
+  const float by_repeats = source.repeat_errors[at][quantity];
+  return by_repeats > 0.0F ? by_repeats : merged.curve.error(field, at);
 }
 
-/// The places of a frequency in the curves of the four elements.
-std::optional<std::array<std::size_t, impedance_types>> places_of(const StationCurves& curves,
-                                                                  float frequency) {
-  std::array<std::size_t, impedance_types> at{};
-  for (std::size_t type = 0; type < impedance_types; ++type) {
-    const auto point = point_at(curves.merged[type].curve, frequency);
-    if (!point) {
+/// An element at a point of its curve. A mask on a diagonal element says nothing, as an import masks every
+/// phase at or below 0 and these have any phase; the others have to count.
+std::optional<ElementPoint> element_point(const StationCurves& curves, std::size_t element, std::size_t at) {
+  const StoredReading& merged = curves.merged[element];
+  const CurveSource& source = curves.sources[element];
+  ElementPoint point;
+  for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
+    const int field = static_cast<int>(quantity) + 1;
+    SourceValue& taken = point.values[quantity];
+    if (merged.curve.point_counts(field, at)) {
+      taken = {merged.curve.value(field, at), error_of(merged, source, quantity, at)};
+    } else if (is_diagonal(element) && !source.regardless_of_masks.empty()) {
+      taken = source.regardless_of_masks[at][quantity];
+      point.is_masked = true;
+    }
+    if (is_absent(double{taken.value}) || !std::isfinite(taken.value)) {
       return std::nullopt;
     }
-    at[type] = *point;
   }
-  return at;
+  return point.values[0].value > 0.0F ? std::optional(point) : std::nullopt;
 }
 
-bool add_element(const StoredReading& merged, std::size_t at, std::size_t element, TensorPoint& point) {
-  const Curve& curve = merged.curve;
-  if (!curve.is_present(Module_database::field_resistivity, at) ||
-      !curve.is_present(Module_database::field_phase, at)) {
+double error_or_unknown(float error) {
+  return error > 0.0F && std::isfinite(error) ? double{error} : numerics::impedance::not_known;
+}
+
+bool add_element(const StationCurves& curves, std::size_t element, float frequency, TensorPoint& point) {
+  const StoredReading& merged = curves.merged[element];
+  const auto at = point_at(merged.curve, frequency);
+  const auto known = at ? element_point(curves, element, *at) : std::nullopt;
+  if (!known) {
     return false;
   }
-  const double resistivity = double{curve.value(Module_database::field_resistivity, at)} * merged.ResOffset;
-  point.tensor.z[element] = numerics::impedance::impedance_of(
-      resistivity, curve.value(Module_database::field_phase, at), point.frequency);
+  const auto& [resistivity, phase] = known->values;
+  const double static_factor{merged.ResOffset};
+  const double rho = double{resistivity.value} * static_factor;
+  const auto z = numerics::impedance::impedance_of(rho, phase.value, point.frequency);
+  point.tensor.z[element] = z;
+  point.tensor.covariance[element] = numerics::impedance::covariance_of(
+      z, rho, error_or_unknown(resistivity.error) * static_factor, error_or_unknown(phase.error));
+  if (known->is_masked) {
+    ++point.masked_diagonals;
+  }
   return true;
+}
+
+void add_points(const StationCurves& curves, StationTensor& station) {
+  for (const float frequency : curves.of(CurveType::ExHy).curve.frequencies) {
+    const bool is_repeated = !station.points.empty() && station.points.back().frequency == double{frequency};
+    if (!(frequency > 0.0F) || is_repeated) {
+      continue;
+    }
+    TensorPoint point;
+    point.frequency = frequency;
+    bool whole = true;
+    for (std::size_t element = 0; whole && element < element_count; ++element) {
+      whole = add_element(curves, element, frequency, point);
+    }
+    if (whole) {
+      station.points.push_back(point);
+      station.masked_diagonals += point.masked_diagonals;
+    }
+  }
+}
+
+/// What a user has switched off, or no reading has; empty if all elements are there.
+std::string missing_elements(const StationCurves& curves) {
+  std::string missing;
+  std::string off;
+  for (std::size_t element = 0; element < element_count; ++element) {
+    const StoredReading& merged = curves.merged[element];
+    const bool is_on = merged.UseReading && merged.UseResistivity && merged.UsePhase;
+    if (merged.ID == 0 || !is_on) {
+      std::string& list = merged.ID == 0 ? missing : off;
+      list += (list.empty() ? "" : ", ") + std::string(curve_types[element]);
+    }
+  }
+  return !missing.empty() ? "there is no " + missing : !off.empty() ? off + " is switched off" : "";
+}
+
+bool all_say_turned(const StationCurves& curves) {
+  return curves.of(CurveType::EyHx).axes.EyTurned == Module_database::ey_turned &&
+         curves.of(CurveType::EyHy).axes.EyTurned == Module_database::ey_turned;
+}
+
+bool all_say_as_measured(const StationCurves& curves) {
+  return curves.of(CurveType::EyHx).axes.EyTurned == Module_database::ey_as_measured &&
+         curves.of(CurveType::EyHy).axes.EyTurned == Module_database::ey_as_measured;
+}
+
+/// Zxy and Zyx of a true tensor point in opposite directions.
+bool turned_by_rule(const std::vector<TensorPoint>& points) {
+  const auto same_way = std::ranges::count_if(points, [](const TensorPoint& point) {
+    return (point.tensor[Element::xy] * std::conj(point.tensor[Element::yx])).real() > 0.0;
+  });
+  return 2 * static_cast<std::size_t>(same_way) > points.size();
+}
+
+void find_ey_sign(const StationCurves& curves, std::int32_t ey_sign, StationTensor& station) {
+  if (ey_sign != Module_database::ey_sign_by_rule) {
+    station.ey_turned = ey_sign == Module_database::ey_sign_turned;
+    station.ey_reason = EyReason::user;
+    return;
+  }
+  if (all_say_turned(curves)) {
+    station.ey_turned = true;
+    station.ey_reason = EyReason::facts;
+    return;
+  }
+  station.ey_turned = turned_by_rule(station.points);
+  station.ey_reason = EyReason::rule;
+}
+
+void turn_ey_back(StationTensor& station) {
+  for (TensorPoint& point : station.points) {
+    for (const Element element : {Element::yx, Element::yy}) {
+      point.tensor[element] = -point.tensor[element];
+    }
+  }
+}
+
+/// "Station 1250 (ET001): "
+std::string beginning(const StationCurves& curves) {
+  return "Station " + station_text(curves.station, curves.name) + ": ";
+}
+
+std::string why_no_points(const StationCurves& curves) {
+  const Curve& curve = curves.of(CurveType::EyHx).curve;
+  bool any_phase = false;
+  for (std::size_t at = 0; at < curve.count(); ++at) {
+    any_phase = any_phase || curve.point_counts(Module_database::field_phase, at);
+  }
+  return any_phase
+             ? "at no frequency do ExHy and EyHx count and all four elements have values"
+             : "no phase of EyHx counts; those of files need the sign of Ey turned at the import, which "
+               "masks phases at or below 0";
+}
+
+void add_sign_remark(const StationCurves& curves, StationTensor& station) {
+  if (station.ey_reason != EyReason::rule || (all_say_as_measured(curves) && !station.ey_turned)) {
+    return;
+  }
+  const std::string outcome = station.ey_turned ? "Ey counts as turned" : "Ey counts as measured";
+  const std::string readings = all_say_as_measured(curves) ? "though its readings say that it was not"
+                                                           : "as its readings don't all say it";
+  station.remarks.push_back(beginning(curves) + outcome + " by the directions of Zxy and Zyx, " + readings);
+}
+
+void add_origin_remark(const StationCurves& curves, StationTensor& station) {
+  const auto mixed = mixed_origins(curves);
+  if (!mixed) {
+    return;
+  }
+  const char* const diagonals = "ExHx and EyHy";
+  const char* const others = "ExHy and EyHx";
+  station.remarks.push_back(beginning(curves) + (mixed->diagonals_from_impedances ? diagonals : others) +
+                            " came from impedances, " +
+                            (mixed->diagonals_from_impedances ? others : diagonals) +
+                            " from resistivities that the file has beside them; their |Z| differ by " +
+                            format_number(100.0 * mixed->difference, "0.00") + " percent in the median");
+}
+
+void add_axes_remark(const StationCurves& curves, const StationAxes& axes, StationTensor& station) {
+  if (!axes.is_known) {
+    station.remarks.push_back(beginning(curves) +
+                              "the azimuth of Hx isn't known; x of its readings counts as north");
+  } else if (axes.is_partial) {
+    station.remarks.push_back(beginning(curves) +
+                              "not all readings say the azimuth of Hx; that of the others, " +
+                              format_number(axes.azimuth, "0.0") + " degrees, counts for all");
+  }
+}
+
+/// Why there is no tensor, before any point is looked at; empty if there may be one.
+std::string refusal_of(const StationCurves& curves, const StationAxes& axes) {
+  if (axes.difference > 0.0) {
+    return "the azimuths of Hx of its readings differ by " + format_number(axes.difference, "0.0") +
+           " degrees, so they make no tensor";
+  }
+  return missing_elements(curves);
 }
 
 }  // namespace
 
-StationTensor station_tensor(const StationCurves& curves, std::int32_t /*ey_sign*/) {
+StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign) {
   StationTensor result;
   result.StationID = curves.StationID;
   result.station = curves.station;
   result.name = curves.name;
-  for (const float frequency : curves.of(CurveType::ExHy).curve.frequencies) {
-    const auto at = places_of(curves, frequency);
-    TensorPoint point;
-    point.frequency = frequency;
-    bool whole = at && all_counting(curves, *at);
-    for (std::size_t element = 0; whole && element < impedance_types; ++element) {
-      whole = add_element(curves.merged[element], (*at)[element], element, point);
-    }
-    if (whole) {
-      result.points.push_back(point);
-    }
+  const StationAxes axes = station_axes(curves);
+  result.axes = axes.azimuth;
+  result.axes_known = axes.is_known;
+  std::string refusal = refusal_of(curves, axes);
+  if (axes.difference == 0.0) {
+    result.tipper = station_tipper(curves);
   }
+  if (refusal.empty()) {
+    add_points(curves, result);
+    refusal = result.points.empty() ? why_no_points(curves) : std::string();
+  }
+  if (!refusal.empty()) {
+    result.refusal = beginning(curves) + refusal;
+    return result;
+  }
+  find_ey_sign(curves, ey_sign, result);
+  if (result.ey_turned) {
+    turn_ey_back(result);
+  }
+  add_axes_remark(curves, axes, result);
+  add_sign_remark(curves, result);
+  add_origin_remark(curves, result);
   return result;
 }
 
 StationTensor turned_to(const StationTensor& station, double azimuth) {
   StationTensor turned = station;
+  const double degrees = azimuth - station.axes;
   for (TensorPoint& point : turned.points) {
-    point.tensor = numerics::impedance::rotated(point.tensor, azimuth - station.axes);
+    point.tensor = numerics::impedance::rotated(point.tensor, degrees);
+  }
+  for (TipperPoint& point : turned.tipper) {
+    point.tipper = numerics::impedance::rotated(point.tipper, degrees);
   }
   turned.axes = azimuth;
   return turned;

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "numerics/impedance/tensor.h"
-#include "numerics/impedance/tipper.h"
 #include "tensor/line_curves.h"
+#include "tensor/station_tipper.h"
 
 namespace Module_tensor {
 
@@ -19,11 +19,6 @@ struct TensorPoint {
   double frequency = 0.0;  // Hz
   numerics::impedance::Tensor tensor;
   std::uint8_t masked_diagonals = 0;  // 0 to 2: elements whose value was taken in spite of a mask
-};
-
-struct TipperPoint {
-  double frequency = 0.0;  // Hz
-  numerics::impedance::Tipper tipper;
 };
 
 /// Why Ey counts as turned or not.
@@ -45,9 +40,12 @@ struct StationTensor {
   EyReason ey_reason = EyReason::rule;  //
   std::size_t masked_diagonals = 0;     // elements of all points that were taken in spite of a mask
   std::string refusal;  // why there is no tensor, a sentence without its point; empty if there is
-  std::vector<std::string> remarks;  // what a user has to know of it, likewise
+  std::vector<std::string> remarks;  // what a user has to know of it, sentences likewise, with its name
 };
 
+/// At each frequency where the off-diagonal elements count and all four have values. A diagonal element that
+/// is masked is taken as if nothing were masked, but not where a user has switched it off. Errors are those
+/// of the repeats' spread, else of the files. Stations whose readings have different axes are refused.
 /// @param ey_sign  of the site, see database/sites.h
 StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign);
 

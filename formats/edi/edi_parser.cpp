@@ -155,7 +155,10 @@ bool EdiMtParser::read_blocks(EdiSection& section) {
                      "block >" + text_from_field_file(name.substr(0, 40)) + " is not used");
     } else {
       const std::size_t mark = tag->index;
-      if ((tags_seen_ >> mark & 1U) != 0) {
+      // A block of the tipper goes by several names.
+      const bool has_tipper =
+          tag->kind == EdiTagKind::tipper && section.get(tag->tipper, tag->quantity).present;
+      if ((tags_seen_ >> mark & 1U) != 0 || has_tipper) {
         remark_ignored(report_, lines_.line_number(),
                        "block >" + name + " comes again; the later one is used");
       }
@@ -213,15 +216,36 @@ EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTa
     }
     scratch_.resize(expected_, no_data);
   }
-  if (tag.kind == EdiTagKind::frequencies) {
-    section.frequencies.swap(scratch_);
-  } else if (tag.kind == EdiTagKind::values) {
-    EdiValues& quantity = section.get(tag.element, tag.quantity);
+  take_block(section, tag);
+  return after;
+}
+
+// Puts the values that were read last in their place.
+void EdiMtParser::take_block(EdiSection& section, const EdiTag& tag) {
+  const auto put = [&](EdiValues& quantity) {
     quantity.present = true;
     quantity.block = ++blocks_;
     quantity.values.swap(scratch_);
+  };
+  switch (tag.kind) {
+    case EdiTagKind::frequencies:
+      section.frequencies.swap(scratch_);
+      break;
+    case EdiTagKind::values:
+      put(section.get(tag.element, tag.quantity));
+      break;
+    case EdiTagKind::tipper:
+      put(section.get(tag.tipper, tag.quantity));
+      break;
+    case EdiTagKind::impedance_rotation:
+      section.ZROT.swap(scratch_);
+      break;
+    case EdiTagKind::tipper_rotation:
+      section.TROT.swap(scratch_);
+      break;
+    default:
+      break;
   }
-  return after;
 }
 
 EdiMtParser::AfterBlock EdiMtParser::read_values(std::vector<float>& values) {
@@ -311,19 +335,25 @@ void EdiMtParser::finish_section(EdiSection& section) {
     section.frequencies.clear();
   }
   remark_on_frequencies(section.frequencies, section.line_number, report_);
-  const std::size_t count = section.frequencies.size();
   for (auto& element : section.elements) {
-    for (EdiValues& quantity : element) {
-      if (quantity.present && quantity.values.size() != count) {
-        if (has_frequencies_) {
-          remark_unreadable(report_, section.line_number,
-                            "a block of the section has " + value_count(quantity.values.size()) + " for " +
-                                std::to_string(count) + " frequencies");
-        }
-        quantity.values.resize(count, no_data);
-      }
-    }
+    std::ranges::for_each(element, [&](EdiValues& quantity) { fit_to_frequencies(quantity, section); });
   }
+  for (auto& element : section.tipper) {
+    std::ranges::for_each(element, [&](EdiValues& quantity) { fit_to_frequencies(quantity, section); });
+  }
+}
+
+void EdiMtParser::fit_to_frequencies(EdiValues& quantity, const EdiSection& section) {
+  const std::size_t count = section.frequencies.size();
+  if (!quantity.present || quantity.values.size() == count) {
+    return;
+  }
+  if (has_frequencies_) {
+    remark_unreadable(report_, section.line_number,
+                      "a block of the section has " + value_count(quantity.values.size()) + " for " +
+                          std::to_string(count) + " frequencies");
+  }
+  quantity.values.resize(count, no_data);
 }
 
 void EdiMtParser::fail_in_section(std::string_view reason) {

@@ -47,12 +47,14 @@ class EdiMtParser {
   void read_count(std::string_view text);
   bool read_blocks(EdiSection& section);
   AfterBlock read_block(EdiSection& section, const EdiTag& tag);
+  void take_block(EdiSection& section, const EdiTag& tag);
   AfterBlock read_values(std::vector<float>& values);
   AfterBlock skip_values(std::size_t& count);
   void take_values(std::vector<float>& values, std::size_t& surplus);
   void look_for_decimal_comma();
   void skip_to_section();
   void finish_section(EdiSection& section);
+  void fit_to_frequencies(EdiValues& quantity, const EdiSection& section);
   void fail_in_section(std::string_view reason);
 
   EdiLines lines_;

@@ -1,7 +1,8 @@
-// edi_section.h: the impedances, resistivities and phases of one section of an EDI file.
+// edi_section.h: the impedances, resistivities, phases and tippers of one section of an EDI file.
 //
-// Conventions: frequency Hz, resistivity ohm-m, phase degrees, impedance in the file's unit; an absent value
-// is no_data (-1e32). Values are in the order of the file.
+// Conventions: frequency Hz, resistivity ohm-m, phase degrees, impedance in the file's unit; a tipper is Hz
+// over Hx or Hy, z down, with the time dependence exp(+i omega t) of the format; an absent value is no_data
+// (-1e32). Values are in the order of the file.
 #pragma once
 #include <array>
 #include <cstddef>
@@ -13,18 +14,21 @@ namespace formats::edi {
 
 enum EdiElement : std::size_t { element_xx, element_xy, element_yx, element_yy, element_count };
 
+/// Hz over Hx, Hz over Hy.
+enum EdiTipper : std::size_t { tipper_x, tipper_y, tipper_count };
+
 enum EdiQuantity : std::size_t {
   quantity_resistivity,
   quantity_phase,
   quantity_real,
   quantity_imaginary,
-  quantity_variance,           // of the impedance, a complex value
+  quantity_variance,           // of the impedance or tipper, a complex value
   quantity_resistivity_error,  // of the resistivity, ohm-m, or of its decimal logarithm: files differ
   quantity_phase_error,
   quantity_count
 };
 
-/// One quantity of one tensor element.
+/// One quantity of one element.
 struct EdiValues {
   bool present = false;   // some block of the section gave it
   std::size_t block = 0;  // the number of that block in the section, from 1
@@ -34,11 +38,18 @@ struct EdiValues {
 struct EdiSection : EdiSectionHead {
   std::vector<float> frequencies;  // length n
   std::array<std::array<EdiValues, quantity_count>, element_count> elements;
+  std::array<std::array<EdiValues, quantity_count>, tipper_count> tipper;  // parts and variance
+  std::vector<float> ZROT;  // degrees clockwise, the axes of the impedances; empty if not given
+  std::vector<float> TROT;  // the same of the tipper
 
   [[nodiscard]] const EdiValues& get(std::size_t element, EdiQuantity quantity) const {
     return elements[element][quantity];
   }
   EdiValues& get(std::size_t element, EdiQuantity quantity) { return elements[element][quantity]; }
+  EdiValues& get(EdiTipper element, EdiQuantity quantity) { return tipper[element][quantity]; }
+  [[nodiscard]] const EdiValues& get(EdiTipper element, EdiQuantity quantity) const {
+    return tipper[element][quantity];
+  }
   void clear();
 };
 

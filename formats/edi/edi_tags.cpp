@@ -17,7 +17,11 @@ constexpr EdiTag values(std::string_view name, EdiElement element, EdiQuantity q
   return {.name = name, .kind = EdiTagKind::values, .element = element, .quantity = quantity};
 }
 
-constexpr std::size_t tag_count = 44;
+constexpr EdiTag tipper(std::string_view name, EdiTipper element, EdiQuantity quantity) {
+  return {.name = name, .kind = EdiTagKind::tipper, .tipper = element, .quantity = quantity};
+}
+
+constexpr std::size_t tag_count = 56;
 
 // Sorted by name for the search.
 constexpr std::array<EdiTag, tag_count> sorted_tags() {
@@ -53,19 +57,33 @@ constexpr std::array<EdiTag, tag_count> sorted_tags() {
       values("PHSXY.ERR", element_xy, quantity_phase_error),
       values("PHSYX.ERR", element_yx, quantity_phase_error),
       values("PHSYY.ERR", element_yy, quantity_phase_error),
-      discarded("ZROT"),
+      {.name = "ZROT", .kind = EdiTagKind::impedance_rotation},
+      {.name = "TROT", .kind = EdiTagKind::tipper_rotation},
+      {.name = "TROT.EXP", .kind = EdiTagKind::tipper_rotation},
+      tipper("TXR.EXP", tipper_x, quantity_real),
+      tipper("TXI.EXP", tipper_x, quantity_imaginary),
+      tipper("TXVAR.EXP", tipper_x, quantity_variance),
+      tipper("TYR.EXP", tipper_y, quantity_real),
+      tipper("TYI.EXP", tipper_y, quantity_imaginary),
+      tipper("TYVAR.EXP", tipper_y, quantity_variance),
+      // Without the mark of an estimate by expected values: 15 of 440 public files.
+      tipper("TXR", tipper_x, quantity_real),
+      tipper("TXI", tipper_x, quantity_imaginary),
+      tipper("TX.VAR", tipper_x, quantity_variance),
+      tipper("TXVAR", tipper_x, quantity_variance),
+      tipper("TYR", tipper_y, quantity_real),
+      tipper("TYI", tipper_y, quantity_imaginary),
+      tipper("TY.VAR", tipper_y, quantity_variance),
+      tipper("TYVAR", tipper_y, quantity_variance),
+      // Follow from the blocks above.
       discarded("RHOROT"),
       discarded("EPREDCOH"),
       discarded("TIPMAG"),
       discarded("TIPPHS"),
       discarded("TSTRIKE"),
       discarded("TSKEW"),
-      discarded("TXR.EXP"),
-      discarded("TXI.EXP"),
-      discarded("TXVAR.EXP"),
-      discarded("TYR.EXP"),
-      discarded("TYI.EXP"),
-      discarded("TYVAR.EXP"),
+      discarded("TIPMAG.VAR"),
+      discarded("TELLIP"),
   }};
   std::sort(tags.begin(), tags.end(), [](const EdiTag& a, const EdiTag& b) { return a.name < b.name; });
   for (std::size_t index = 0; index < tags.size(); ++index) {

@@ -11,7 +11,10 @@ namespace formats::edi {
 enum class EdiTagKind {
   frequencies,
   values,
-  discarded,  // skipped: rotation angles, tipper
+  tipper,
+  impedance_rotation,  // one angle for each frequency
+  tipper_rotation,
+  discarded,  // skipped: what follows from other blocks
   section,    // >=MTSECT
   end_of_file
 };
@@ -20,6 +23,7 @@ struct EdiTag {
   std::string_view name;  // without ">"
   EdiTagKind kind = EdiTagKind::discarded;
   EdiElement element = element_count;
+  EdiTipper tipper = tipper_count;
   EdiQuantity quantity = quantity_count;
   std::size_t index = 0;  // place in the table, below 64
 };

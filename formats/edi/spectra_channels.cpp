@@ -108,6 +108,11 @@ SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vecto
   take("HY", places.hy);
   take("EX", places.ex);
   take("EY", places.ey);
+  Candidates& vertical = candidates["HZ"];
+  vertical.put_local_first();
+  if (vertical.has(0)) {
+    places.hz = vertical.get(0).place;
+  }
   if (candidates["HX"].has(0) && candidates["HX"].get(0).channel != nullptr) {
     roles.local_hx = *candidates["HX"].get(0).channel;
   }

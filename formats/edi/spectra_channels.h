@@ -19,7 +19,8 @@ struct SpectraRoles {
 /// Finds the station's own channels by the CHTYPE of their ids (an id that comes twice means its first and
 /// its second definition), or by the keyword where the head doesn't define the id. A second pair of magnetic
 /// channels, else of electric ones, is the remote reference, and so are channels named RX, RY, RHX, RHY;
-/// without both of a pair the reference is the station's own magnetic field.
+/// without both of a pair the reference is the station's own magnetic field. Hz is the station's own; without
+/// one there is no tipper.
 /// @param named in the order of rows and columns
 SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vector<EdiChannel>& defined);
 

@@ -9,6 +9,7 @@
 #include "import/readers/edi_errors.h"
 #include "import/readers/edi_stations.h"
 #include "import/readers/reader_steps.h"
+#include "import/readers/tipper_curves.h"
 
 namespace Module_data_file {
 
@@ -50,9 +51,19 @@ void compute_curves(EdiSection& section) {
   }
 }
 
-// Stores the four readings of a section. False after a failed store, whose
-// message has been shown.
-bool store_section(EdiSection& section, bool turn, FileTask& task) {
+// What a section gives. One that has neither a tensor nor a tipper gives a tensor without values.
+struct SectionReadings {
+  explicit SectionReadings(const EdiSection& section)
+      : tipper(tipper_of(section)), tensor(tipper.empty() || has_tensor(section)) {}
+
+  [[nodiscard]] std::size_t count() const { return tipper.size() + (tensor ? tensor_data_types.size() : 0); }
+
+  std::vector<EdiTipper> tipper;
+  bool tensor = true;
+};
+
+// False after a failed store, whose message has been shown.
+bool store_tensor(EdiSection& section, bool turn, FileTask& task) {
   ReadingRecord& record = task.record;
   const ResistivityErrorKind kind = resistivity_error_kind(section);  // by the file's own blocks
   if (computes_from_impedance(record)) {
@@ -62,7 +73,6 @@ bool store_section(EdiSection& section, bool turn, FileTask& task) {
     turn_ey(section);
   }
   record.axes.EyTurned = turn ? Module_database::ey_turned : Module_database::ey_as_measured;
-  find_station_of_record(record);
   for (std::size_t element = 0; element < element_count; ++element) {
     fill_curve(section, element, record.curve);
     fill_errors(section, element, kind, record.curve);
@@ -71,6 +81,28 @@ bool store_section(EdiSection& section, bool turn, FileTask& task) {
     }
   }
   return true;
+}
+
+bool store_section(EdiSection& section, const SectionReadings& readings, bool turn, FileTask& task) {
+  find_station_of_record(task.record);
+  if (readings.tensor && !store_tensor(section, turn, task)) {
+    return false;
+  }
+  return std::ranges::all_of(readings.tipper, [&](EdiTipper element) {
+    fill_tipper_curve(section, element, task.record.curve);
+    return take_tipper_reading(task, element);
+  });
+}
+
+void note_for_averages(const SectionReadings& readings, ReadingRecord& record) {
+  if (readings.tensor) {
+    add_tensor_to_scan_list(record);
+  } else {
+    add_to_scan_list(record, {});
+  }
+  for (const EdiTipper element : readings.tipper) {
+    record.scanned_types.emplace(Module_database::tipper_data_types[element]);
+  }
 }
 
 int read_sections(FileTask& task) {
@@ -93,17 +125,17 @@ int read_sections(FileTask& task) {
     if (!store_header_once(task)) {
       return -1;
     }
-    const bool turn = turns_ey(record, [&] { return has_turned_ey(section); });
+    const SectionReadings readings(section);
+    const bool turn = readings.tensor && turns_ey(record, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     report.curves_computed = record.choices.compute_from_impedance;
-    if (task.is_import()) {
-      if (!store_section(section, turn, task)) {
-        return -1;
-      }
-    } else {
-      report.readings += static_cast<std::int32_t>(element_count);
+    remark_on_tipper(section, report);
+    if (!task.is_import()) {
+      report.readings += static_cast<std::int32_t>(readings.count());
+    } else if (!store_section(section, readings, turn, task)) {
+      return -1;
     }
-    add_tensor_to_scan_list(record);
+    note_for_averages(readings, record);
     ++report.sections;
     report.frequencies = std::max(report.frequencies, static_cast<std::int32_t>(section.frequencies.size()));
     go_to_next_section(record, true);

@@ -8,8 +8,9 @@
 
 namespace Module_data_file {
 
-/// Reads each section of the file; an import stores it as four readings, one for each tensor element. A
-/// FieldReader. EventNumber of the record and the count of stations run on from section to section.
+/// Reads each section of the file; an import stores it as four readings, one for each tensor element, and one
+/// for each component of its tipper; a section of a tipper alone gives no tensor. A FieldReader. EventNumber
+/// of the record and the count of stations run on from section to section.
 [[nodiscard]] int read_edi_mt(FileTask& task);
 
 }  // namespace Module_data_file

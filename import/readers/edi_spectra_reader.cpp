@@ -17,6 +17,7 @@
 #include "import/readers/edi_stations.h"
 #include "import/readers/reader_steps.h"
 #include "import/readers/standard_errors.h"
+#include "import/readers/tipper_curves.h"
 #include "numerics/constants.h"
 #include "numerics/impedance/apparent_resistivity.h"
 #include "numerics/impedance/mtcomp.h"
@@ -139,6 +140,24 @@ void fill_element(const std::vector<EstimatedFrequency>& estimated, std::size_t 
   }
 }
 
+void fill_tipper(const std::vector<EstimatedFrequency>& estimated, std::size_t component,
+                 Module_database::Curve& curve) {
+  curve.assign(estimated.size());
+  for (std::size_t index = 0; index < estimated.size(); ++index) {
+    const numerics::impedance::TensorEstimate& estimate = estimated[index].estimate;
+    curve.frequencies[index] = static_cast<float>(estimated[index].frequency);
+    curve.value(13, index) = no_data;  // as in the readings of the tensor
+    set_tipper_point({estimate.tipper[2 * component], estimate.tipper[2 * component + 1],
+                      estimate.tipper_errors[component]},
+                     curve, index);
+  }
+}
+
+bool has_tipper(const std::vector<EstimatedFrequency>& estimated) {
+  return std::ranges::any_of(estimated,
+                             [](const auto& each) { return !is_absent(each.estimate.tipper.front()); });
+}
+
 std::vector<float> phases_of_yx(const std::vector<EstimatedFrequency>& estimated) {
   std::vector<float> phases;
   for (const EstimatedFrequency& each : estimated) {
@@ -147,6 +166,17 @@ std::vector<float> phases_of_yx(const std::vector<EstimatedFrequency>& estimated
         {each.estimate.impedance[real], each.estimate.impedance[real + 1]})));
   }
   return phases;
+}
+
+bool take_tipper_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& task) {
+  for (std::size_t component = 0; component < tipper_count; ++component) {
+    fill_tipper(estimated, component, task.record.curve);
+    if (!take_tipper_reading(task, component)) {
+      return false;
+    }
+    task.record.scanned_types.emplace(Module_database::tipper_data_types[component]);
+  }
+  return true;
 }
 
 bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& task) {
@@ -164,7 +194,7 @@ bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& t
       return false;
     }
   }
-  return true;
+  return !has_tipper(estimated) || take_tipper_readings(estimated, task);
 }
 
 bool is_turned(const EstimatedFrequency& each) { return std::remainder(each.rotation, 360.0) != 0.0; }

@@ -12,8 +12,8 @@
 namespace Module_data_file {
 
 /// Reads each section of the file, estimating the impedance tensor of each frequency; an import stores it as
-/// four readings, one for each tensor element. A FieldReader. A frequency without a tensor is left out, and a
-/// section without any is not stored; the report says why.
+/// four readings, one for each tensor element, and with a channel of Hz its tipper as two. A FieldReader. A
+/// frequency without a tensor is left out, and a section without any is not stored; the report says why.
 [[nodiscard]] int read_edi_spectra(FileTask& task);
 
 /// What a section's tensors show.

@@ -1,11 +1,13 @@
-// mtcomp.h: the impedance tensor of a station from the cross-spectra of its channels at one frequency.
+// mtcomp.h: the impedance tensor and the tipper of a station from the cross-spectra of its channels at one
+// frequency.
 //
 // Conventions: time dependence exp(+i omega t), so that a uniform earth has a Zxy of phase +45 degrees; the
 // impedance is in the unit of electric over magnetic channels, mV/km/nT in field files. Elements come in the
-// order xx, xy, yx, yy.
+// order xx, xy, yx, yy. The tipper is Hz over Hx and over Hy, z down as the channel is.
 #pragma once
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <span>
 
 namespace numerics::impedance {
@@ -19,6 +21,7 @@ struct SpectraChannels {
   std::size_t ey = 0;
   std::size_t reference_x = 0;  // a distant magnetic or electric field
   std::size_t reference_y = 0;
+  std::optional<std::size_t> hz = std::nullopt;
 };
 
 struct CrossSpectra {
@@ -39,6 +42,9 @@ struct TensorEstimate {
                                       // impedance in 4, 5; yx in 6, 7; yy in 8, 9
   std::array<float, 4> errors{};      // standard error of the real and of the imaginary part of each
                                       // element, no_data if not known
+  std::array<float, 4> tipper{};      // real and imaginary parts: x in 0, 1; y in 2, 3; no_data without a
+                                      // channel hz, or where they don't fit a single
+  std::array<float, 2> tipper_errors{};  // as errors, of x and y
 };
 
 enum class MtcompError {
@@ -55,11 +61,11 @@ enum class MtcompError {
 ///   | <Ey Rx*> <Ey Ry*> | = | Zyx Zyy | . | <Hy Rx*> <Hy Ry*> |
 ///
 /// in the axes of the channel definitions: the channels are turned back by the rotation first. The scale of
-/// the reference cancels.
+/// the reference cancels. The tipper is one more row, of Hz in place of Ex.
 ///
 /// Errors are standard errors of the real part and, equally, of the imaginary part (Pedersen 1982,
 /// Geophysical Prospecting 30, 188-210; with a reference by Gamble, Goubau and Clarke 1979, Geophysics 44,
-/// 959-968), with s2 the power of the residual of Ex or Ey:
+/// 959-968), with s2 the power of the residual of Ex, Ey or Hz:
 ///
 ///   dZij^2 = s2_i / (2 (averages - 2)) [S_HR^-H S_RR S_HR^-1]_jj
 ///

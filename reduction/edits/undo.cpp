@@ -134,7 +134,9 @@ bool select_reading(const ReadingKey& key) {
   if (other) {
     state.current_line.clear();
   }
-  state.current_data_type = key.data_type;
+  if (!Module_database::is_tipper(key.data_type)) {  // no list has it and no graph shows it
+    state.current_data_type = key.data_type;
+  }
   state.current_dipole = key.dipole;
   state.current_station_index = -1;
   state.current_station = no_current_station;

@@ -107,3 +107,26 @@ TEST_F(SurveyTest, The_first_file_of_a_station_names_its_site) {
   EXPECT_EQ(keep_site(second), std::nullopt);
   EXPECT_EQ(find_site("200E", 100.0)->name, "ET001b");
 }
+
+TEST_F(SurveyTest, The_sign_of_Ey_is_set_without_touching_anything_else) {
+  new_survey();
+  const Site named{"200E", 100.0, "ET001", -20.5, 139.25, 310.0, "WGS84", ey_sign_by_rule, "a.edi"};
+  EXPECT_EQ(keep_site(named), std::nullopt);
+  set_ey_sign("200e", 100.0, ey_sign_turned);
+  set_ey_sign("200E", 200.0, ey_sign_as_measured);  // has no site
+  set_ey_sign("200E", 300.0, ey_sign_by_rule);      // nor needs one
+  EXPECT_EQ(rows_in("SitesTable"), 2);
+  const Site kept = find_site("200E", 100.0).value();
+  EXPECT_EQ(kept.EySign, ey_sign_turned);
+  EXPECT_EQ(kept.line, "200E");
+  EXPECT_EQ(kept.name, "ET001");
+  EXPECT_EQ(kept.latitude, -20.5);
+  EXPECT_EQ(kept.elevation, 310.0);
+  EXPECT_EQ(kept.SurveyFile, "a.edi");
+  const Site made = find_site("200E", 200.0).value();
+  EXPECT_EQ(made.EySign, ey_sign_as_measured);
+  EXPECT_TRUE(made.name.empty());
+  EXPECT_FALSE(made.latitude || made.elevation);
+  set_ey_sign("200E", 100.0, ey_sign_by_rule);
+  EXPECT_EQ(find_site("200E", 100.0)->EySign, ey_sign_by_rule);
+}

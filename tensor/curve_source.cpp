@@ -1,0 +1,149 @@
+#include "tensor/curve_source.h"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <optional>
+
+#include "numerics/impedance/apparent_resistivity.h"
+
+namespace Module_tensor {
+
+using Module_database::Curve;
+using Module_database::StoredReading;
+
+namespace {
+
+std::optional<std::size_t> position_of(float frequency, std::span<const float> frequencies) {
+  const auto found = std::ranges::lower_bound(frequencies, frequency);
+  return found != frequencies.end() && *found == frequency
+             ? std::optional(static_cast<std::size_t>(found - frequencies.begin()))
+             : std::nullopt;
+}
+
+int field_of(std::size_t quantity) { return static_cast<int>(quantity) + 1; }
+
+bool is_switched_on(const StoredReading& repeat, std::size_t quantity) {
+  return quantity == 0 ? repeat.UseResistivity : repeat.UsePhase;
+}
+
+/// Resistivity over that of the impedance in fields 9, 10; nothing where one of them is missing.
+std::optional<double> impedance_ratio(const Curve& curve, std::size_t index) {
+  const std::complex<double> impedance(curve.value(Module_database::field_impedance_real, index),
+                                       curve.value(Module_database::field_impedance_imaginary, index));
+  const double of_impedance =
+      numerics::impedance::apparent_resistivity(impedance, double{curve.frequencies[index]});
+  const double ratio = double{curve.value(Module_database::field_resistivity, index)} / of_impedance;
+  const bool is_there = curve.is_present(Module_database::field_resistivity, index) &&
+                        curve.is_present(Module_database::field_impedance_real, index) &&
+                        curve.is_present(Module_database::field_impedance_imaginary, index);
+  return is_there && std::isfinite(ratio) && ratio > 0.0 ? std::optional(ratio) : std::nullopt;
+}
+
+}  // namespace
+
+void SourceSums::Mean::add(double value, double error) {
+  ++count;
+  const double difference = value - mean;
+  mean += difference / count;
+  squares += difference * (value - mean);
+  if (error > 0.0) {
+    error_squares += error * error;
+    ++errors;
+  }
+}
+
+float SourceSums::Mean::error_by_spread() const {
+  const double variance = squares / count;
+  return count > 1 && variance > 0.0 ? static_cast<float>(std::sqrt(variance / count)) : no_data;
+}
+
+float SourceSums::Mean::error() const {
+  const float by_spread = error_by_spread();
+  if (by_spread > 0.0F) {
+    return by_spread;
+  }
+  return count > 0 && errors == count ? static_cast<float>(std::sqrt(error_squares) / count) : no_data;
+}
+
+void SourceSums::add_point(const StoredReading& repeat, std::size_t index, PointSums& sums) {
+  for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
+    const int field = field_of(quantity);
+    if (!repeat.curve.is_present(field, index) || !is_switched_on(repeat, quantity)) {
+      continue;
+    }
+    const double value{repeat.curve.value(field, index)};
+    const double error{repeat.curve.error(field, index)};
+    // Phases of diagonal elements go all the way round: 179 and -179 degrees are 2 apart.
+    const double mean = sums.all[quantity].mean;
+    const bool is_further_phase = quantity == 1 && sums.all[quantity].count > 0;
+    sums.all[quantity].add(is_further_phase ? mean + std::remainder(value - mean, 360.0) : value, error);
+    if (repeat.curve.point_counts(field, index)) {
+      sums.used[quantity].add(value, error);
+    }
+  }
+}
+
+void SourceSums::add(float scan_rate, const StoredReading& repeat, std::span<const float> frequencies) {
+  RateSums& sums = rates_[scan_rate];
+  sums.points.resize(frequencies.size());
+  sums.axes.push_back(repeat.axes);
+  for (std::size_t index = 0; index < repeat.curve.count(); ++index) {
+    const auto position = position_of(repeat.curve.frequencies[index], frequencies);
+    if (!position) {
+      continue;
+    }
+    add_point(repeat, index, sums.points[*position]);
+    if (const auto ratio = impedance_ratio(repeat.curve, index)) {
+      sums.impedance_ratios.push_back(*ratio);
+    }
+  }
+}
+
+void SourceSums::give(const RateSums& sums, const AverageSettings& settings, CurveSource& source) {
+  for (std::size_t index = 0; index < sums.points.size(); ++index) {
+    for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
+      const bool is_resistivity = quantity == 0;
+      if (!(is_resistivity ? settings.UseResistivity : settings.UsePhase)) {
+        continue;
+      }
+      const float factor = is_resistivity ? settings.ResOffset : 1.0F;
+      const auto scaled = [factor](float error) { return error > 0.0F ? error * factor : no_data; };
+      const Mean& all = sums.points[index].all[quantity];
+      if (all.count > 0) {
+        const float offset = is_resistivity ? 0.0F : settings.PhaseOffset;
+        source.regardless_of_masks[index][quantity] = {static_cast<float>(all.mean) * factor + offset,
+                                                       scaled(all.error())};
+      }
+      const Mean& used = sums.points[index].used[quantity];
+      if (used.count > 0) {
+        source.repeat_errors[index][quantity] = scaled(used.error_by_spread());
+      }
+    }
+  }
+}
+
+CurveSource SourceSums::finish(const std::map<float, AverageSettings>& settings,
+                               std::span<const float> frequencies) const {
+  CurveSource source;
+  source.regardless_of_masks.resize(frequencies.size());
+  source.repeat_errors.resize(frequencies.size(), {no_data, no_data});
+  for (const auto& [scan_rate, sums] : rates_) {  // ascending: the highest rate has the last word
+    const auto found = settings.find(scan_rate);
+    const AverageSettings of_average = found == settings.end() ? AverageSettings{} : found->second;
+    if (!of_average.UseReading || !(of_average.UseResistivity || of_average.UsePhase)) {
+      continue;
+    }
+    give(sums, of_average, source);
+    source.impedance_ratios.insert(source.impedance_ratios.end(), sums.impedance_ratios.begin(),
+                                   sums.impedance_ratios.end());
+    for (const Module_database::ReadingAxes& axes : sums.axes) {
+      if (std::ranges::find(source.axes, axes) == source.axes.end()) {
+        source.axes.push_back(axes);
+      }
+    }
+  }
+  return source;
+}
+
+}  // namespace Module_tensor

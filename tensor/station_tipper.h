@@ -1,0 +1,20 @@
+// station_tipper.h: the tipper of a station at each frequency, from its merged curves.
+//
+// In the axes of the readings; z down, exp(+i omega t). The sign of Ey has no say in it.
+#pragma once
+#include <vector>
+
+#include "numerics/impedance/tipper.h"
+#include "tensor/line_curves.h"
+
+namespace Module_tensor {
+
+struct TipperPoint {
+  double frequency = 0.0;  // Hz
+  numerics::impedance::Tipper tipper;
+};
+
+/// The frequencies at which both parts of both elements count, ascending; of two equal ones the first.
+std::vector<TipperPoint> station_tipper(const StationCurves& curves);
+
+}  // namespace Module_tensor
