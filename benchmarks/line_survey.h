@@ -115,6 +115,15 @@ class BareWork {
   }
   /// Reads the repeats, average and merged curve of the edited station and the next one in turn.
   void step() { read_all(shown_[++steps_ % 2]); }
+  /// Reads the merged curves of the line and writes them back.
+  void edit_line() {
+    rows_.execute("BEGIN IMMEDIATE");
+    for (const std::int64_t ID : merged_) {
+      rows_.read(ID);
+      rows_.write(ID);
+    }
+    rows_.execute("COMMIT");
+  }
   /// Reads the merged curves of the line.
   void read_line() { read_all(merged_); }
 

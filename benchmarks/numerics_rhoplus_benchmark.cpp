@@ -1,6 +1,6 @@
 // One inversion with its certificate, against the number of frequencies: five layers over six
 // decades (nine decades from 300 frequencies on), resistivity and phase, with noise and without. The bound is
-// one dense least-squares solution of the same values by six cells a decade for each of the three grids of
+// one dense least-squares solution of the same values by six cells a decade for each of the two grids of
 // cells, as if the right ones were known to be free. Counters: those of beside_bound.h, chi-squared by the
 // number of values, and the proven excess over the least possible, relative.
 #include <algorithm>
@@ -26,7 +26,7 @@ std::vector<numerics::rhoplus::RhoplusRow> table(int count, double error, bool n
 }
 
 void solve_least_squares(const Eigen::MatrixXd& columns, const Eigen::VectorXd& target) {
-  constexpr int grids = 3;
+  constexpr int grids = 2;
   for (int grid = 0; grid < grids; ++grid) {
     const Eigen::VectorXd solution = columns.householderQr().solve(target);
     benchmark::DoNotOptimize(solution.data());

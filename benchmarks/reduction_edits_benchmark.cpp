@@ -19,6 +19,7 @@
 #include "display/station_plot.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
+#include "reduction/edits/set_points.h"
 #include "reduction/edits/undo.h"
 #include "tests/support/temporary_folder.h"
 
@@ -95,6 +96,51 @@ void mask_click(benchmark::State& state) {
   Module_Brenlox::clear_undo();
 }
 
+/// Masking a point of all merged curves of the line as one command, and unmasking it in the next turn.
+void mask_line(benchmark::State& state) {
+  using namespace Module_averaged_data;
+  bool counts = true;
+  std::vector<CurvePoints> curves;
+  const auto switch_points = [&] {
+    counts = !counts;
+    curves.clear();
+    for (const ProfileColumn& column : data_sets().profile.columns) {
+      curves.push_back({column.ID, {{data_sets().profile.frequencies[7], Component::phase, counts}}});
+    }
+    if (set_merged_points(curves) != Edit::changed) {
+      throw std::runtime_error("nothing was masked");
+    }
+  };
+  run(state, switch_points, [](line_survey::BareWork& bare) { bare.edit_line(); });
+  Module_Brenlox::clear_undo();
+}
+
+/// Undoing that command, and doing it again in the next turn.
+void undo_line(benchmark::State& state) {
+  using namespace Module_averaged_data;
+  (void)survey(static_cast<int>(state.range(0)));
+  std::vector<CurvePoints> curves;
+  for (const ProfileColumn& column : data_sets().profile.columns) {
+    curves.push_back({column.ID, {{data_sets().profile.frequencies[9], Component::phase, false}}});
+  }
+  (void)set_merged_points(curves);
+  bool undone = false;
+  run(
+      state,
+      [&] {
+        undone = !undone;
+        if ((undone ? undo_last_change() : redo_last_change()).edit != Edit::changed) {
+          throw std::runtime_error("nothing was undone");
+        }
+      },
+      [](line_survey::BareWork& bare) { bare.edit_line(); });
+  if (!undone) {
+    (void)undo_last_change();
+  }
+  Module_Brenlox::clear_undo();
+  (void)Module_display_data::display_station(edited_station, {});
+}
+
 /// From the data sets to what the charts are given, for all three pairs.
 void make_plots(benchmark::State& state) {
   (void)survey(static_cast<int>(state.range(0)));
@@ -126,6 +172,8 @@ void load_profile(benchmark::State& state) {
 }
 
 [[maybe_unused]] const bool registered = line_survey::register_benchmarks({{"mask_click", mask_click},
+                                                                           {"mask_line", mask_line},
+                                                                           {"undo_line", undo_line},
                                                                            {"make_plots", make_plots},
                                                                            {"station_step", station_step},
                                                                            {"load_profile", load_profile}});

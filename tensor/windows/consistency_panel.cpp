@@ -175,7 +175,9 @@ void ConsistencyPanel::clear() {
   proposal_.reset();
   Module_display_data::mark_points({});
   show_proposal();
-  shown_.announce_marks();
+  if (session().station_count > 0) {  // else the survey is being closed
+    shown_.announce_marks();
+  }
   Q_EMIT proposal_changed();
 }
 

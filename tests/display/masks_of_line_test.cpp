@@ -1,5 +1,8 @@
 // A command that masks points of many stations and both modes, undone from wherever the user has gone since.
 #include "core/undo_stack.h"
+#include "display/marked_points.h"
+#include "display/profile_plot.h"
+#include "display/station_plot.h"
 #include "reduction/edits/set_points.h"
 #include "reduction/edits/undo.h"
 #include "tests/display/made_survey.h"
@@ -86,4 +89,24 @@ TEST_F(MasksOfLine, Are_undone_after_a_change_of_data_type_and_line) {
   show(redo_last_change());
   EXPECT_TRUE(made::whole_readings_table() == masked);
   EXPECT_EQ(Module_Brenlox::top_undo().size(), 4U);
+}
+
+TEST_F(MasksOfLine, Are_ringed_in_the_graphs_while_they_are_proposed) {
+  open_lines();
+  const std::int32_t ID = data_sets().station.slots[0].reading.ID;
+  const auto styles = [] {
+    const GraphPair station = station_plot(false);
+    const GraphPair profile = profile_plot(LineAxis());
+    return std::vector<int>{station.resistivity.point_styles[0][2], station.phase.point_styles[0][2],
+                            profile.resistivity.point_styles[2][0], profile.phase.point_styles[2][0],
+                            profile.phase.point_styles[2][1]};
+  };
+  const std::vector<int> before = styles();
+  mark_points({{ID, 4.0F, Component::phase}, {ID, 8.0F, Component::resistivity}});
+  std::vector<int> ringed = before;
+  ringed[1] += graph::ringed;
+  ringed[3] += graph::ringed;
+  EXPECT_EQ(styles(), ringed);
+  mark_points({});
+  EXPECT_EQ(styles(), before);
 }

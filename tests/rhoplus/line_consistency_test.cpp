@@ -63,6 +63,13 @@ LineConsistency consistency_of(const LineTensors& line, const Module_output::Rho
   return line_consistency(line, all_frequencies(line), settings, {}, threads);
 }
 
+ProposalRules beyond(double errors, bool three_dimensional = false) {
+  ProposalRules rules;
+  rules.errors = errors;
+  rules.three_dimensional = three_dimensional;
+  return rules;
+}
+
 /// Mode, point, component.
 using Value = std::tuple<std::size_t, std::size_t, char>;
 
@@ -110,7 +117,7 @@ TEST(Line_consistency, Finds_the_points_that_no_layered_earth_explains) {
     }
     EXPECT_NEAR(std::sqrt(chi2), curve.chi, 1e-4 * curve.chi);
   }
-  const MaskProposal proposal = mask_proposal(line, consistency, {.errors = 5.0});
+  const MaskProposal proposal = mask_proposal(line, consistency, beyond(5.0));
   EXPECT_EQ(values_of(proposal), planted);
   EXPECT_EQ(proposal.values, (std::array<std::size_t, 2>{2, 2}));
   const float frequency = all_frequencies(line).list[12];
@@ -153,7 +160,7 @@ TEST(Line_consistency, Brings_EyHx_to_the_first_quadrant_whatever_the_sign_of_Ey
     const CurveConsistency& curve = consistency.stations[0].modes[1];
     EXPECT_EQ(curve.phases_turned, c.phases_turned);
     EXPECT_NEAR(curve.chi, chi, 1e-3 * chi) << "32-bit phases about 225 degrees are good to 1e-5 degrees";
-    EXPECT_EQ(values_of(mask_proposal(line, consistency, {.errors = 5.0})), planted);
+    EXPECT_EQ(values_of(mask_proposal(line, consistency, beyond(5.0))), planted);
   }
 }
 
@@ -184,7 +191,7 @@ TEST(Line_consistency, Takes_errors_and_what_counts_from_settings_masks_and_freq
   EXPECT_LT(left.chi, 0.1);
   EXPECT_EQ(without.stations[0].modes[1].ID, 0);
   EXPECT_FALSE(without.stations[0].modes[1].ran());
-  EXPECT_TRUE(mask_proposal(line, without, {.errors = 1.0}).empty());
+  EXPECT_TRUE(mask_proposal(line, without, beyond(1.0)).empty());
 }
 
 TEST(Line_consistency, Does_not_depend_on_threads_and_stops_when_asked) {
@@ -215,11 +222,11 @@ TEST(Mask_proposal, Leaves_points_alone_where_the_tensor_is_three_dimensional) {
                              tensor_point(frequencies.list[27], {1.0, 0.0, 0.0, 0.6})};
   line.stations[0].ey_turned = true;
   const LineConsistency consistency = consistency_of(line);
-  const MaskProposal careful = mask_proposal(line, consistency, {.errors = 5.0});
+  const MaskProposal careful = mask_proposal(line, consistency, beyond(5.0));
   EXPECT_EQ(values_of(careful), (std::set<Value>{{0, 27, 'p'}, {1, 27, 'p'}}));
   EXPECT_EQ(careful.left_three_dimensional, 2U);
-  EXPECT_EQ(values_of(mask_proposal(line, consistency, {.errors = 5.0, .three_dimensional = true})), planted);
-  ProposalRules wide{.errors = 5.0};
+  EXPECT_EQ(values_of(mask_proposal(line, consistency, beyond(5.0, true))), planted);
+  ProposalRules wide = beyond(5.0);
   wide.limits.skew = 12.0;
   EXPECT_EQ(values_of(mask_proposal(line, consistency, wide)), planted);
 }
