@@ -20,6 +20,7 @@
 #include <utility>
 
 #include "app/Form_main.h"
+#include "app/tensor_windows.h"
 #include "core/session_state.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
@@ -412,6 +413,36 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
              std::string("rhopp < tmd_100.dat\r\nrhopp < tmd_200.dat\r\nrhopp < tmd_300.dat\r\n"));
     window_->findChild<QAction*>("menu_output_data_1")->trigger();
     QVERIFY(!control<QWidget>("Frame_rhoplus")->isVisible());
+  }
+
+  void the_output_panel_rotates_to_the_chosen_strike() {
+    window_->findChild<QAction*>("menu_output_data_0")->trigger();
+    Q_EMIT window_->findChild<TensorWindows*>()->strike_chosen(25.04);
+    auto* const rotate = control<QCheckBox>("Check_rotate_to_strike");
+    auto* const strike = control<QLineEdit>("Text_rotate_to_strike");
+    auto* const data_type = control<QLabel>("Label_data_type");
+    QVERIFY(!rotate->isChecked() && !strike->isEnabled());
+    QCOMPARE(strike->text(), QString("25.0"));
+    QCOMPARE(data_type->text(), QString("ExHy"));
+    rotate->setChecked(true);
+    QVERIFY(strike->isEnabled());
+    QCOMPARE(data_type->text(), QString("ExHy, electric field along the strike (TE)"));
+    for (const char* const choice :
+         {"Combo_output_linelist", "Combo_output_datatype", "Combo_output_dipole"}) {
+      control<QComboBox>(choice)->setCurrentIndex(0);
+    }
+    QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
+    strike->setText("N25E");
+    QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
+    QCOMPARE(
+        interface_->take_messages(),
+        (std::vector<std::string>{
+            "No station of line 200E can be rotated, and nothing was written. Left out for want of a "
+            "tensor: Station 100: there is no ExHx, EyHx, EyHy; Station 200: there is no ExHx, EyHx, EyHy; "
+            "Station 300: there is no ExHx, EyHx, EyHy",
+            "The strike to rotate to must be from -180 to 360 degrees"}));
+    window_->findChild<QAction*>("menu_output_data_1")->trigger();
+    QCOMPARE(data_type->text(), QString("ExHy"));
   }
 };
 

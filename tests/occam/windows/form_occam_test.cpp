@@ -149,6 +149,45 @@ class FormOccamTest : public QObject {
     QCOMPARE(control<QComboBox>("Combo_positions")->currentIndex(), 1);
   }
 
+  void rotation_takes_the_mode_from_turned_tensors() {
+    for (const double station : {100.0, 200.0, 300.0}) {
+      for (const char* const type : {"ExHx", "EyHx", "EyHy"}) {
+        made::ReadingKey key = made::key(0.0F, station);
+        key.data_type = type;
+        const float rho = key.data_type == "EyHx" ? 100.0F : 0.01F;
+        made::store(key, 0, made::reading({{1, rho, 45}, {10, rho, 45}}), 2, -1);
+      }
+    }
+    window_ = std::make_unique<Form_occam>(rhoplus_, Module_occam::StationSteps{}, nullptr,
+                                           Module_occam::PositionSource::station_numbers, 25.04);
+    window_->show();
+    control<QCheckBox>("Check_use_rhoplus_error")->setChecked(false);
+    auto* const rotate = control<QCheckBox>("Check_rotate_to_strike");
+    auto* const modes = control<QComboBox>("Combo_modes");
+    auto* const summary = control<QLabel>("Label_summary");
+    QVERIFY(!rotate->isChecked() && !control("Text_rotate_to_strike")->isEnabled());
+    QCOMPARE(control("Text_rotate_to_strike")->text(), QString("25.0"));
+    QVERIFY2(summary->text().endsWith(". TM 16 data at 4 stations"), qPrintable(summary->text()));
+    rotate->setChecked(true);
+    QCOMPARE(modes->currentText(), QString("Mode of the current data type (TM)"));
+    QVERIFY2(summary->text().endsWith(". TM 12 data at 3 stations"), qPrintable(summary->text()));
+    type("Text_rotate_to_strike", "N25E");
+    QCOMPARE(summary->text(), QString("The strike to rotate to must be from -180 to 360 degrees"));
+    type("Text_rotate_to_strike", "30");
+    type("Text_occam_directory", "run");
+    click("Command_create_inversion");
+    const Messages messages = interface_->take_messages();
+    QCOMPARE(messages.size(), std::size_t{1});
+    QVERIFY2(
+        QString::fromStdString(messages[0])
+            .endsWith(". The curves are rotated to a strike of 30 degrees from north, x counting as north at "
+                      "3 stations without an azimuth of Hx. Left out for want of a tensor: Station 400: "
+                      "there is no ExHx, EyHx, EyHy"),
+        messages[0].c_str());
+    rotate->setChecked(false);
+    QCOMPARE(modes->currentText(), QString("Current data type (ExHy)"));
+  }
+
   void both_modes_bring_relative_errors_and_floors_of_te() {
     for (const double station : {100.0, 200.0, 500.0}) {
       made::ReadingKey key = made::key(0.0F, station);
