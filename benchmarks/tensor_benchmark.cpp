@@ -75,3 +75,5 @@ BENCHMARK(Strike_with_error)->Arg(40)->Arg(400)->UseManualTime()->Unit(benchmark
 BENCHMARK(Strike_summary)->Arg(40)->Arg(400)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+BENCHMARK_MAIN();

@@ -9,20 +9,21 @@ using numerics::impedance::DimensionalityLimits;
 
 namespace {
 
-constexpr double usual_spacing = 0.1;  // decades, of a station with one frequency
-constexpr double widest_gap = 1.5;     // spacings
+constexpr double lone_spacing = 0.1;  // decades, of a station with one frequency
+constexpr double widest_gap = 1.5;    // spacings
 
-double median_spacing(const std::vector<DimensionCell>& cells) {
+/// That which three of four spacings don't exceed: files change it from range to range.
+double usual_spacing(const std::vector<DimensionCell>& cells) {
   std::vector<double> spacings;
   for (std::size_t i = 1; i < cells.size(); ++i) {
     spacings.push_back(std::log10(cells[i].frequency / cells[i - 1].frequency));
   }
   if (spacings.empty()) {
-    return usual_spacing;
+    return lone_spacing;
   }
-  const auto middle = spacings.begin() + static_cast<std::ptrdiff_t>(spacings.size() / 2);
-  std::ranges::nth_element(spacings, middle);
-  return *middle;
+  const auto quartile = spacings.begin() + static_cast<std::ptrdiff_t>((spacings.size() - 1) * 3 / 4);
+  std::ranges::nth_element(spacings, quartile);
+  return *quartile;
 }
 
 /// Half the way from one cell to the next, decades.
@@ -32,7 +33,7 @@ double half_way(const DimensionCell& cell, const DimensionCell& next, double spa
 }
 
 void set_periods(std::vector<DimensionCell>& cells) {
-  const double spacing = median_spacing(cells);
+  const double spacing = usual_spacing(cells);
   for (std::size_t i = 0; i < cells.size(); ++i) {
     const double below = i > 0 ? half_way(cells[i - 1], cells[i], spacing) : spacing / 2.0;
     const double above = i + 1 < cells.size() ? half_way(cells[i], cells[i + 1], spacing) : spacing / 2.0;

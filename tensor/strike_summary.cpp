@@ -52,8 +52,10 @@ void add_stations(const std::vector<StrikeStation>& stations, const StrikeChoice
 
 std::string count_text(std::size_t count) { return plain_text(static_cast<std::int64_t>(count)); }
 
-/// A number that was typed or comes from a single, without the digits that it doesn't have.
-std::string short_text(double number) { return plain_text(static_cast<float>(number)); }
+/// Four digits: ends of data are no round numbers.
+std::string short_text(double number) {
+  return plain_text(static_cast<float>(numeric_value(format_number(number, "0.000e+00"))));
+}
 
 /// An end of a band. None if the text is no frequency.
 std::optional<double> read_end(std::string_view text, double otherwise) {
@@ -112,16 +114,17 @@ std::string strike_text(const Estimate& strike) {
          (strike.has_error() ? " +- " + format_number(strike.error, "0.0") : "") + " degrees";
 }
 
-std::string band_text(const FrequencyBand& band) {
-  return short_text(band.lower) + " - " + short_text(band.upper) + " Hz";
+std::string frequencies_text(const FrequencyBand& band) {
+  return short_text(band.lower) + " - " + short_text(band.upper);
 }
 
-std::string period_text(const FrequencyBand& band) {
-  const auto rounded = [](double period) {
-    return short_text(numeric_value(format_number(period, "0.000e+00")));
-  };
-  return rounded(1.0 / band.upper) + " - " + rounded(1.0 / band.lower) + " s";
+std::string periods_text(const FrequencyBand& band) {
+  return short_text(1.0 / band.upper) + " - " + short_text(1.0 / band.lower);
 }
+
+std::string band_text(const FrequencyBand& band) { return frequencies_text(band) + " Hz"; }
+
+std::string period_text(const FrequencyBand& band) { return periods_text(band) + " s"; }
 
 std::optional<FrequencyBand> read_band(std::string_view from, std::string_view to,
                                        const FrequencyBand& data) {

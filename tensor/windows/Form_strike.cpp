@@ -71,6 +71,7 @@ void Form_strike::lay_out() {
   below->addWidget(dimensions_);
   below->setStretchFactor(0, 3);
   below->setStretchFactor(1, 2);
+  below->setSizes({3 * design_size.width() / 5, 2 * design_size.width() / 5});
   auto* const parts = new QSplitter(Qt::Vertical);
   parts->addWidget(roses_);
   parts->addWidget(below);

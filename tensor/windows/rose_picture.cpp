@@ -130,6 +130,10 @@ void draw_small(QPainter& painter, const QRectF& cell, const BandAnswer& answer)
   if (radius > 4.0) {
     draw_rose(painter, room.center(), radius, answer);
   }
+  if (answer.strike.used + answer.strike.left_out == 0) {
+    draw_line_of_text(painter, cell, cell.bottom() - 2.0 * line, "no data");
+    return;
+  }
   draw_line_of_text(painter, cell, cell.bottom() - 2.0 * line, degrees_text(answer.strike));
   draw_line_of_text(painter, cell, cell.bottom() - line,
                     "n " + QString::number(static_cast<qulonglong>(answer.strike.used)));
@@ -173,7 +177,7 @@ void draw_large(QPainter& painter, const QRectF& area, const RoseFigure& figure)
   draw_line_of_text(
       painter, area, area.top(),
       qt_text(std::string(method_name(answers.method)) + ", all of " + band_text(figure.summary->band)));
-  const QRectF room = area.adjusted(2.0 * line, 2.2 * line, -2.0 * line, -2.8 * line);
+  const QRectF room = area.adjusted(2.0 * line, 2.4 * line, -2.0 * line, -3.4 * line);
   const QPointF centre = room.center();
   const double radius = std::max(std::min(room.width(), room.height()) / 2.0, 1.0);
   draw_rose(painter, centre, radius, answers.whole);
@@ -210,11 +214,14 @@ void draw_grid(QPainter& painter, const QRectF& area, const StrikeSummary& summa
                           area.top() + titles + cell.height() * static_cast<double>(row)),
                   cell);
   };
-  for (std::size_t column = 0; column <= summary.decades.size(); ++column) {
-    const FrequencyBand& band = column == 0 ? summary.band : summary.decades[column - 1];
-    const QRectF title = cell_at(0, column).translated(0.0, -titles);
-    draw_line_of_text(painter, title, title.top(), column == 0 ? "All" : qt_text(band_text(band)));
-    draw_line_of_text(painter, title, title.top() + line, column == 0 ? "" : qt_text(period_text(band)));
+  const QRectF units(area.left(), area.top(), names, line);
+  draw_line_of_text(painter, units, units.top(), "Hz");
+  draw_line_of_text(painter, units, units.top() + line, "s");
+  draw_line_of_text(painter, cell_at(0, 0).translated(0.0, -titles), area.top(), "All");
+  for (std::size_t i = 0; i < summary.decades.size(); ++i) {
+    const QRectF title = cell_at(0, i + 1);
+    draw_line_of_text(painter, title, area.top(), qt_text(frequencies_text(summary.decades[i])));
+    draw_line_of_text(painter, title, area.top() + line, qt_text(periods_text(summary.decades[i])));
   }
   for (std::size_t row = 0; row < summary.methods.size(); ++row) {
     const MethodAnswers& answers = summary.methods[row];

@@ -32,7 +32,7 @@ enum Column : int {
   column_remarks
 };
 
-const QStringList headings{"Station",  "Strike",      "Or",         "Deviation", "Points",
+const QStringList headings{"Station",  "Strike",      "Other",      "Deviation", "Points",
                            "Left out", "Median skew", "Sign of Ey", "Masked",    "Remarks"};
 const char* const hints[] = {
     "A double click shows the station in the main window",

@@ -195,9 +195,11 @@ TEST_F(Strike_command, Of_field_data_is_that_of_the_impedances_in_the_files) {
   const Json json = run_for_json(
       {"strike", "survey.mdb", "--line", "100E", "--method", "pt_azimuth", "--weights", "none", "--json"});
   const Json& whole = json["band_strike"].front();
-  EXPECT_NEAR(whole["strike"].get<double>(), expected.strike(), 0.02);
-  EXPECT_NEAR(whole["deviation"].get<double>(), expected.deviation(), 0.02);
-  // A point within rounding of a limit may fall on either side.
+  // Files print four digits of an impedance, so that a point or two may fall on the other side of a limit;
+  // one of 860 that scatter by 22 degrees moves their mean by up to 0.06.
+  constexpr double two_points = 0.12;
+  EXPECT_NEAR(whole["strike"].get<double>(), expected.strike(), two_points);
+  EXPECT_NEAR(whole["deviation"].get<double>(), expected.deviation(), two_points);
   EXPECT_NEAR(whole["n"].get<double>(), static_cast<double>(expected.count), 2.0);
   EXPECT_EQ(whole["n"].get<int>() + whole["left_out"].get<int>(), 2210);
   EXPECT_GT(whole["error"].get<double>(), 1.0);

@@ -135,11 +135,12 @@ class StrikeTest : public QObject, private WindowFixture {
     QCOMPARE(table().item(0, 0)->text(), QString("1000"));
     QCOMPARE(table().item(1, 0)->text(), QString("200"));
     QVERIFY(table().item(2, 0)->font().bold());
-    QSignalSpy chosen(shown_.get(), &ShownLine::station_chosen);
+    QSignalSpy chosen(window_->findChild<StrikeTable*>(), &StrikeTable::station_chosen);
     const QPoint at = table().visualItemRect(table().item(1, 0)).center();
     QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, at);
     QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, at);
     QCOMPARE(chosen.count(), 1);
+    QCOMPARE(chosen[0][0].toDouble(), 200.0);
     click("Command_copy_table");
     const QStringList lines = QApplication::clipboard()->text().split('\n');
     QCOMPARE(lines.size(), 4);
