@@ -64,6 +64,7 @@ constexpr Keys keys_of_windows[] = {
     {"rhoplus_results"},
     {"rhoplus_log"},
     {"occam_inversion"},
+    {"pseudo_section"},
     {"tensor_map"},
 };
 
