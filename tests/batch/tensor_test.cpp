@@ -201,6 +201,9 @@ TEST_F(Batch_tensor, Gives_back_the_impedances_of_files_that_have_nothing_else) 
     const std::vector<double>& frequencies = blocks["FREQ"];
     ASSERT_EQ(frequencies.size(), 43U) << station["station"];
     for (std::size_t point = 0; point < station["frequency"].size(); ++point) {
+      if (station["values"]["z_xy_re"][point].is_null()) {
+        continue;  // the tipper's alone, as xy or yx is masked
+      }
       const double frequency = station["frequency"][point];
       const auto found = std::ranges::find_if(
           frequencies, [&](double given) { return std::abs(given / frequency - 1.0) < 1e-6; });
