@@ -98,31 +98,23 @@ struct Column {
   std::string quantity;
 };
 
-/// Resistivities and phases of the off-diagonal elements in the axes of the table, and what doesn't depend on
-/// axes.
-const Column readable_columns[] = {{"Rho det", "ohm-m", "", "det_rho"},
-                                   {"Phase det", "degrees", "0.0", "det_phase"},
-                                   {"Phi max", "degrees", "0.0", "pt_phi_max"},
-                                   {"Phi min", "degrees", "0.0", "pt_phi_min"},
-                                   {"Azimuth", "degrees", "0.0", "pt_azimuth"},
-                                   {"Beta", "degrees", "0.00", "pt_beta"},
-                                   {"Ellipticity", "", "0.000", "pt_ellipticity"},
-                                   {"Swift", "degrees", "0.0", "swift_strike"},
-                                   {"Skew", "", "0.000", "swift_skew"},
-                                   {"Tipper", "", "0.000", "tipper_magnitude"}};
-
-/// The columns, those of turned axes first.
-std::vector<Column> columns_of_table(std::optional<double> rotation) {
-  std::vector<Column> columns;
-  if (rotation) {
-    const std::string turned = plain_text(*rotation);
-    columns = {{"Rho xy", "ohm-m", "", "rho" + turned + "_xy"},
-               {"Phase xy", "degrees", "0.0", "phi" + turned + "_xy"},
-               {"Rho yx", "ohm-m", "", "rho" + turned + "_yx"},
-               {"Phase yx", "degrees", "0.0", "phi" + turned + "_yx"}};
-  }
-  columns.insert(columns.end(), std::begin(readable_columns), std::end(readable_columns));
-  return columns;
+/// @param axes  of the off-diagonal elements: azimuth of x, degrees from north
+std::vector<Column> columns_of_table(double axes) {
+  const std::string turned = plain_text(axes);
+  return {{"Rho xy", "ohm-m", "", "rho" + turned + "_xy"},
+          {"Phase xy", "degrees", "0.0", "phi" + turned + "_xy"},
+          {"Rho yx", "ohm-m", "", "rho" + turned + "_yx"},
+          {"Phase yx", "degrees", "0.0", "phi" + turned + "_yx"},
+          {"Rho det", "ohm-m", "", "det_rho"},
+          {"Phase det", "degrees", "0.0", "det_phase"},
+          {"Phi max", "degrees", "0.0", "pt_phi_max"},
+          {"Phi min", "degrees", "0.0", "pt_phi_min"},
+          {"Azimuth", "degrees", "0.0", "pt_azimuth"},
+          {"Beta", "degrees", "0.00", "pt_beta"},
+          {"Ellipticity", "", "0.000", "pt_ellipticity"},
+          {"Swift", "degrees", "0.0", "swift_strike"},
+          {"Skew", "", "0.000", "swift_skew"},
+          {"Tipper", "", "0.000", "tipper_magnitude"}};
 }
 
 constexpr int column_width = 13;
@@ -133,16 +125,43 @@ std::string shown(double value, std::string_view picture) {
                                : format_number(value, picture);
 }
 
-std::string description(const StationTensor& tensor) {
-  std::string text = std::to_string(tensor.points.size()) + " frequencies, x at " +
-                     format_number(tensor.axes, "0.0") + " degrees";
+std::string description(const StationTensor& tensor, double shown_axes) {
+  std::string text =
+      std::to_string(tensor.points.size()) + " frequencies, Hx at " + format_number(tensor.axes, "0.0");
   text += tensor.axes_known ? "" : " (not known)";
+  text += ", x of the table at " + format_number(shown_axes, "0.0") + " degrees";
   text += tensor.ey_turned ? ", Ey turned back" : ", Ey as measured";
   text += tensor.ey_reason == EyReason::user ? " (set by the user)" : "";
   if (tensor.masked_diagonals > 0) {
     text += ", " + std::to_string(tensor.masked_diagonals) + " diagonal elements in spite of their masks";
   }
   return text;
+}
+
+void print_heading(std::ostream& out, const std::vector<Column>& columns) {
+  out << std::right << std::setw(column_width) << "Frequency";
+  for (const Column& column : columns) {
+    out << std::setw(column_width) << column.heading;
+  }
+  out << '\n' << std::setw(column_width) << "Hz";
+  for (const Column& column : columns) {
+    out << std::setw(column_width) << column.unit;
+  }
+  out << '\n';
+}
+
+void print_station(std::ostream& out, const StationTensor& tensor, double axes) {
+  const std::vector<TensorQuantity> quantities = Module_tensor::tensor_quantities(axes);
+  const std::vector<Column> columns = columns_of_table(axes);
+  print_heading(out, columns);
+  for (const PointValues& point : points_of(tensor)) {
+    out << std::setw(column_width) << plain_text(static_cast<float>(point.frequency()));
+    for (const Column& column : columns) {
+      const auto quantity = std::ranges::find(quantities, column.quantity, &TensorQuantity::name);
+      out << std::setw(column_width) << shown(quantity->of(point).value, column.picture);
+    }
+    out << '\n';
+  }
 }
 
 }  // namespace
@@ -177,29 +196,17 @@ std::string stations_csv(const std::vector<LineStation>& stations, std::optional
 
 void print_stations(std::ostream& out, const std::vector<LineStation>& stations,
                     std::optional<double> rotation) {
-  const std::vector<TensorQuantity> quantities = Module_tensor::tensor_quantities(rotation);
-  const std::vector<Column> columns = columns_of_table(rotation);
   for (const LineStation& station : stations) {
     const StationTensor& tensor = station.tensor;
+    const double axes = rotation.value_or(tensor.axes);
     out << "Line " << station.line << ", station " << Module_tensor::station_text(tensor.station, tensor.name)
-        << ": " << description(tensor) << '\n'
-        << std::right << std::setw(column_width) << "Frequency";
-    for (const Column& column : columns) {
-      out << std::setw(column_width) << column.heading;
+        << ": ";
+    if (!tensor.refusal.empty() && tensor.tipper.empty()) {
+      out << "no tensor\n\n";  // the reason has been told
+      continue;
     }
-    out << '\n' << std::setw(column_width) << "Hz";
-    for (const Column& column : columns) {
-      out << std::setw(column_width) << column.unit;
-    }
-    out << '\n';
-    for (const PointValues& point : points_of(tensor)) {
-      out << std::setw(column_width) << plain_text(static_cast<float>(point.frequency()));
-      for (const Column& column : columns) {
-        const auto quantity = std::ranges::find(quantities, column.quantity, &TensorQuantity::name);
-        out << std::setw(column_width) << shown(quantity->of(point).value, column.picture);
-      }
-      out << '\n';
-    }
+    out << description(tensor, axes) << '\n';
+    print_station(out, tensor, axes);
     out << '\n';
   }
 }

@@ -25,7 +25,8 @@ nlohmann::ordered_json stations_json(const std::vector<LineStation>& stations,
 /// A row for each station and frequency, behind one of names and units; what isn't known is empty.
 std::string stations_csv(const std::vector<LineStation>& stations, std::optional<double> rotation);
 
-/// For each station what its tensor was made from, and a row of the main quantities for each frequency.
+/// For each station what its tensor was made from, and a row of the main quantities for each frequency: those
+/// of the elements in the axes of the readings unless others are asked for.
 void print_stations(std::ostream& out, const std::vector<LineStation>& stations,
                     std::optional<double> rotation);
 

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -19,12 +18,12 @@ const std::string field_data = BRENLOX_FIELD_DATA "/edi/";
 /// One frequency of 1 Hz, with impedances, their variances and a tipper.
 std::string worked_example() {
   std::string text =
-      ">HEAD\n DATAID=\"W1\"\n>=DEFINEMEAS\n"
+      ">HEAD\n DATAID=\"W100\"\n>=DEFINEMEAS\n"
       ">HMEAS ID=1 CHTYPE=HX X=0 Y=0 Z=0 AZM=0\n>HMEAS ID=2 CHTYPE=HY X=0 Y=0 Z=0 AZM=90\n"
       ">HMEAS ID=3 CHTYPE=HZ X=0 Y=0 Z=0 AZM=0\n"
       ">EMEAS ID=4 CHTYPE=EX X=0 Y=0 Z=0 X2=100 Y2=0 Z2=0\n"
       ">EMEAS ID=5 CHTYPE=EY X=0 Y=0 Z=0 X2=0 Y2=100 Z2=0\n"
-      ">=MTSECT\n SECTID=\"100\"\n NFREQ=1\n HX=1\n HY=2\n HZ=3\n EX=4\n EY=5\n>FREQ //1\n 1.0\n";
+      ">=MTSECT\n SECTID=\"W100\"\n NFREQ=1\n HX=1\n HY=2\n HZ=3\n EX=4\n EY=5\n>FREQ //1\n 1.0\n";
   const std::map<std::string, std::string> blocks{
       {"ZXXR", "1"},       {"ZXXI", "2"},          {"ZXX.VAR", "0.08"},     {"ZXYR", "10"},
       {"ZXYI", "8"},       {"ZXY.VAR", "0.08"},    {"ZYXR", "-9"},          {"ZYXI", "-11"},
@@ -60,14 +59,16 @@ class Batch_tensor : public Batch_program {
 std::map<std::string, std::vector<double>> blocks_of(const std::string& path) {
   std::map<std::string, std::vector<double>> blocks;
   std::istringstream text(file_contents(path));
-  std::string word;
   std::vector<double>* block = nullptr;
-  while (text >> word) {
-    char* end = nullptr;
-    const double number = std::strtod(word.c_str(), &end);
-    if (word.front() == '>') {
+  for (std::string line; std::getline(text, line);) {
+    std::istringstream words(line);
+    std::string word;
+    if (line.starts_with('>')) {
+      words >> word;
       block = &blocks[word.substr(1)];
-    } else if (block && *end == '\0') {
+      continue;
+    }
+    for (double number = 0.0; block && words >> number;) {
       block->push_back(number);
     }
   }
@@ -125,7 +126,7 @@ TEST_F(Batch_tensor, Gives_the_values_of_a_worked_example) {
   const Json tensors_30 = tensors({"--rotate", "30"});
   ASSERT_EQ(tensors_30["stations"].size(), 1U);
   const Json& station = tensors_30["stations"][0];
-  EXPECT_EQ(station["station"], "W1");
+  EXPECT_EQ(station["station"], "W100");
   EXPECT_EQ(station["frequency"], Json::parse("[1.0]"));
   EXPECT_EQ(station["ey_reason"], "facts");
   EXPECT_TRUE(station["remarks"].empty()) << station["remarks"];
@@ -180,7 +181,7 @@ TEST_F(Batch_tensor, Has_the_names_of_quantities_with_those_of_turned_axes_where
       heading.starts_with("line,station,site,frequency (Hz),arrow_imag_as_is (degrees),"
                           "arrow_imag_as_is error (degrees),arrow_imag_length,"))
       << heading;
-  EXPECT_TRUE(row.starts_with("200E,100,W1,1,")) << row;
+  EXPECT_TRUE(row.starts_with("200E,100,W100,1,")) << row;
   EXPECT_EQ(std::ranges::count(heading, ','), std::ranges::count(row, ','));
   EXPECT_FALSE(std::getline(csv, row));
 }
@@ -196,10 +197,13 @@ TEST_F(Batch_tensor, Gives_back_the_impedances_of_files_that_have_nothing_else) 
   const Json all = tensors();
   std::size_t compared = 0;
   for (const Json& station : all["stations"]) {
-    auto blocks = blocks_of(files + "/" + station["station"].get<std::string>() + ".edi");
+    auto blocks = blocks_of(files + "/" + station["station"].get<std::string>() + "c.edi");
     const std::vector<double>& frequencies = blocks["FREQ"];
     ASSERT_EQ(frequencies.size(), 43U) << station["station"];
     for (std::size_t point = 0; point < station["frequency"].size(); ++point) {
+      if (station["values"]["z_xy_re"][point].is_null()) {
+        continue;  // the tipper's alone, as xy or yx is masked
+      }
       const double frequency = station["frequency"][point];
       const auto found = std::ranges::find_if(
           frequencies, [&](double given) { return std::abs(given / frequency - 1.0) < 1e-6; });
@@ -245,15 +249,18 @@ TEST_F(Batch_tensor, Has_all_frequencies_of_a_public_line_whatever_masks_its_dia
 TEST_F(Batch_tensor, Asks_for_what_a_line_has_several_of) {
   std::ignore = folder_.write("w1.edi", worked_example());
   import("w1.edi");
-  ASSERT_EQ(run({"import", "survey.mdb", "w1.edi", "--line", "300E", "--event", "1", "--rate", "256",
-                 "--reference", "1", "--sectid-as-station", "--from-impedance", "--turn-ey"})
-                .status,
-            0);
+  std::ignore = folder_.write("remote.edi", worked_example());
+  ASSERT_EQ(
+      run({"import", "survey.mdb", "remote.edi", "--line", "300E", "--event", "1", "--rate", "256",
+           "--reference", "1", "--sectid-as-station", "--sectid-digits", "--from-impedance", "--turn-ey"})
+          .status,
+      0);
   std::ignore = folder_.write("other.edi", worked_example());
-  ASSERT_EQ(run({"import", "survey.mdb", "other.edi", "--line", "300E", "--event", "1", "--rate", "256",
-                 "--reference", "2", "--sectid-as-station", "--from-impedance", "--turn-ey"})
-                .status,
-            0);
+  ASSERT_EQ(
+      run({"import", "survey.mdb", "other.edi", "--line", "300E", "--event", "1", "--rate", "256",
+           "--reference", "2", "--sectid-as-station", "--sectid-digits", "--from-impedance", "--turn-ey"})
+          .status,
+      0);
   struct Case {
     std::vector<std::string> options;
     int status;
@@ -261,7 +268,7 @@ TEST_F(Batch_tensor, Asks_for_what_a_line_has_several_of) {
   };
   const Case cases[] = {
       {{"--line", "200E"}, 0, ""},
-      {{"--line", "200e", "--station", "w1"}, 0, ""},
+      {{"--line", "200e", "--station", "w100"}, 0, ""},
       {{"--line", "200E", "--station", "7"}, 2, "Line 200E has no station 7"},
       {{"--line", "9"}, 2, "The survey has no line 9; it has 200E and 300E"},
       {{"--line", "300E"},
