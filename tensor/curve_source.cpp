@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "numerics/impedance/apparent_resistivity.h"
+#include "reduction/data_sets/point_error.h"
 
 namespace Module_tensor {
 
@@ -144,6 +145,16 @@ CurveSource SourceSums::finish(const std::map<float, AverageSettings>& settings,
     }
   }
   return source;
+}
+
+float curve_error(const Module_database::StoredReading& merged, const CurveSource& source,
+                  std::size_t quantity, std::size_t point) {
+  const auto field = quantity == 0 ? Module_database::field_resistivity : Module_database::field_phase;
+  if (source.repeat_errors.empty()) {  // of how many values it is the mean nobody knows
+    return Module_averaged_data::point_error(merged, field, point).value;
+  }
+  const float by_repeats = source.repeat_errors[point][quantity];
+  return by_repeats > 0.0F ? by_repeats : merged.curve.error(field, point);
 }
 
 }  // namespace Module_tensor

@@ -36,6 +36,12 @@ struct CurveSource {
   std::vector<double> impedance_ratios;
 };
 
+/// The standard error of a value of a merged curve: what repeats show goes before what files say. no_data
+/// where neither says anything.
+/// @param quantity  as in quantity_count
+float curve_error(const Module_database::StoredReading& merged, const CurveSource& source,
+                  std::size_t quantity, std::size_t point);
+
 /// The flags and offsets of an average of one scan rate.
 struct AverageSettings {
   bool UseReading = true;

@@ -7,7 +7,6 @@
 
 #include "core/number_text.h"
 #include "database/sites.h"
-#include "reduction/data_sets/point_error.h"
 #include "tensor/element_origins.h"
 #include "tensor/station_axes.h"
 
@@ -37,16 +36,6 @@ std::optional<std::size_t> point_at(const Curve& curve, float frequency) {
              : std::nullopt;
 }
 
-/// The standard error of a value of a merged curve: what repeats show goes before what files say.
-float error_of(const StoredReading& merged, const CurveSource& source, std::size_t quantity, std::size_t at) {
-  const auto field = quantity == 0 ? Module_database::field_resistivity : Module_database::field_phase;
-  if (source.repeat_errors.empty()) {  // of how many values it is the mean nobody knows
-    return Module_averaged_data::point_error(merged, field, at).value;
-  }
-  const float by_repeats = source.repeat_errors[at][quantity];
-  return by_repeats > 0.0F ? by_repeats : merged.curve.error(field, at);
-}
-
 /// An element at a point of its curve. A mask on a diagonal element says nothing, as an import masks every
 /// phase at or below 0 and these have any phase; the others have to count.
 std::optional<ElementPoint> element_point(const StationCurves& curves, std::size_t element, std::size_t at) {
@@ -57,7 +46,7 @@ std::optional<ElementPoint> element_point(const StationCurves& curves, std::size
     const int field = static_cast<int>(quantity) + 1;
     SourceValue& taken = point.values[quantity];
     if (merged.curve.point_counts(field, at)) {
-      taken = {merged.curve.value(field, at), error_of(merged, source, quantity, at)};
+      taken = {merged.curve.value(field, at), curve_error(merged, source, quantity, at)};
     } else if (is_diagonal(element) && !source.regardless_of_masks.empty()) {
       taken = source.regardless_of_masks[at][quantity];
       point.is_masked = true;

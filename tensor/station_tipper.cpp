@@ -29,9 +29,11 @@ std::complex<double> value_at(const Curve& curve, std::size_t index) {
   return {curve.value(real_part, index), curve.value(imaginary_part, index)};
 }
 
-numerics::impedance::PartCovariance covariance_at(const Curve& curve, std::size_t index) {
-  const double real = curve.error(real_part, index);
-  const double imaginary = curve.error(imaginary_part, index);
+numerics::impedance::PartCovariance covariance_at(const StationCurves& curves, CurveType type,
+                                                  std::size_t index) {
+  const CurveSource& source = curves.source(type);
+  const double real = curve_error(curves.of(type), source, 0, index);
+  const double imaginary = curve_error(curves.of(type), source, 1, index);
   return real >= 0.0 && imaginary >= 0.0
              ? numerics::impedance::PartCovariance{real * real, imaginary * imaginary}
              : numerics::impedance::PartCovariance{};
@@ -57,7 +59,8 @@ std::vector<TipperPoint> station_tipper(const StationCurves& curves) {
     if (at_x && at_y && !is_repeated) {
       points.push_back(
           {frequency,
-           {value_at(x, *at_x), value_at(y, *at_y), covariance_at(x, *at_x), covariance_at(y, *at_y)}});
+           {value_at(x, *at_x), value_at(y, *at_y), covariance_at(curves, CurveType::HzHx, *at_x),
+            covariance_at(curves, CurveType::HzHy, *at_y)}});
     }
   }
   return points;

@@ -1,6 +1,7 @@
 // station_tipper.h: the tipper of a station at each frequency, from its merged curves.
 //
-// In the axes of the readings; z down, exp(+i omega t). The sign of Ey has no say in it.
+// In the axes of the readings; z down, exp(+i omega t). The sign of Ey has no say in it. Errors are those of
+// the repeats' spread, else of the files.
 #pragma once
 #include <vector>
 

@@ -34,6 +34,11 @@ TEST(Station_tipper, Has_the_frequencies_at_which_all_four_parts_count) {
   EXPECT_NEAR(points[0].tipper.covariance_x.real, 4e-4, 1e-9);
   EXPECT_NEAR(points[0].tipper.covariance_x.imaginary, 9e-4, 1e-9);
   EXPECT_FALSE(points[0].tipper.covariance_y.is_known());
+  StationCurves repeated = station_of(x, y);
+  repeated.sources[static_cast<std::size_t>(CurveType::HzHx)].repeat_errors.assign(5, {0.05F, no_data});
+  const numerics::impedance::PartCovariance known = station_tipper(repeated).front().tipper.covariance_x;
+  EXPECT_NEAR(known.real, 25e-4, 1e-8);  // of the repeats
+  EXPECT_NEAR(known.imaginary, 9e-4, 1e-9);
   EXPECT_EQ(points[1].frequency, 16.0);
   EXPECT_EQ(points[1].tipper.y, std::complex(2.0, 2.0));
   EXPECT_TRUE(station_tipper(station_of(x, {})).empty());
