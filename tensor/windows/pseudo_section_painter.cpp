@@ -239,9 +239,10 @@ void paint_stations(QPainter& painter, const PseudoSectionPicture& picture, cons
         QString::fromStdString(column.name.empty() ? plain_text(column.station) : column.name),
         Qt::ElideRight, longest);
     const double width = metrics.horizontalAdvance(name);
-    if (x - width / 2.0 >= used + gap) {
-      used = x + width / 2.0;
-      painter.drawText(QPointF(x - width / 2.0, ground - 1.6 * mark_size - 4.0), name);
+    const double left = std::min(x - width / 2.0, plot.area().right() - width);  // not into the bar's unit
+    if (left >= used + gap) {
+      used = left + width;
+      painter.drawText(QPointF(left, ground - 1.6 * mark_size - 4.0), name);
     }
   }
 }
