@@ -12,8 +12,6 @@ constexpr double gap_in_spacings = 1.5;
 constexpr double same_frequency = 0.01;  // share of it
 constexpr double least_interval = 1e-9;  // of heights: two readings of one frequency
 
-double period_height(double frequency) { return -std::log10(frequency); }
-
 double median(std::vector<double> values, double of_none) {
   if (values.empty()) {
     return of_none;
@@ -127,7 +125,7 @@ struct Rows {
 std::vector<double> heights_of(const SectionColumn& column) {
   std::vector<double> heights;
   for (const SectionPoint& point : column.points) {
-    heights.push_back(period_height(point.frequency));
+    heights.push_back(point.period_height);
   }
   return heights;
 }
@@ -170,8 +168,7 @@ Rows rows_of(const std::vector<SectionColumn>& columns) {
 /// The points of a column that a row is made from.
 class ColumnCurve {
  public:
-  ColumnCurve(const SectionColumn& column, SectionAxis axis)
-      : column_(column), axis_(axis), heights_(heights_of(column)) {
+  explicit ColumnCurve(const SectionColumn& column) : column_(column), heights_(heights_of(column)) {
     const std::vector<double> intervals = intervals_of(heights_);
     gaps_ = gaps_between(intervals, usual_around(intervals, median(intervals, 0.0)));
   }
@@ -196,7 +193,7 @@ class ColumnCurve {
  private:
   [[nodiscard]] bool counts(std::size_t i) const { return column_.points[i].counts; }
   [[nodiscard]] SectionNode node(std::size_t i) const {
-    return {height_of(column_.points[i], axis_), column_.points[i].value};
+    return {column_.points[i].height, column_.points[i].value};
   }
   [[nodiscard]] std::optional<SectionNode> between(double row) const {
     const auto behind = static_cast<std::size_t>(std::ranges::lower_bound(heights_, row) - heights_.begin());
@@ -212,13 +209,12 @@ class ColumnCurve {
   }
 
   const SectionColumn& column_;
-  SectionAxis axis_;
   std::vector<double> heights_;  // of periods
   Gaps gaps_;
 };
 
-void add_nodes(const Rows& rows, SectionAxis axis, SectionColumn& column) {
-  const ColumnCurve curve(column, axis);
+void add_nodes(const Rows& rows, SectionColumn& column) {
+  const ColumnCurve curve(column);
   for (std::size_t row = 0; row < rows.heights.size(); ++row) {
     const double first = 2.0 * rows.heights[row] - rows.ends[row];  // the row's height is its middle
     column.nodes.push_back(curve.at(first - least_interval, rows.heights[row], rows.ends[row]));
@@ -267,26 +263,21 @@ void include(double lower, double upper, std::optional<SectionRange>& range) {
 }
 
 void find_extent(PseudoSection& section) {
-  const SectionAxis axis = facts_of(section.quantity).axis;
   for (const SectionColumn& column : section.columns) {
     include(column.across.lower, column.across.upper, section.across);
     for (const SectionCell& cell : column.cells) {
       include(cell.heights.lower, cell.heights.upper, section.heights);
     }
     for (const SectionPoint& point : column.points) {
-      if (const double height = height_of(point, axis); std::isfinite(height)) {
+      if (std::isfinite(point.height)) {
         constexpr double margin = 0.02;  // decades
-        include(height - margin, height + margin, section.heights);
+        include(point.height - margin, point.height + margin, section.heights);
       }
     }
   }
 }
 
 }  // namespace
-
-double height_of(const SectionPoint& point, SectionAxis axis) {
-  return axis == SectionAxis::depth ? std::log10(point.depth) : period_height(point.frequency);
-}
 
 PseudoSection make_pseudo_section(const SectionSource& source, SectionQuantity quantity,
                                   const StationPlaces& places) {
@@ -307,7 +298,7 @@ PseudoSection make_pseudo_section(const SectionSource& source, SectionQuantity q
   place_columns(section.columns);
   Rows rows = rows_of(section.columns);
   for (SectionColumn& column : section.columns) {
-    add_nodes(rows, facts.axis, column);
+    add_nodes(rows, column);
     if (facts.axis == SectionAxis::depth) {
       add_cells_by_depth(rows, column);
     } else {
@@ -345,12 +336,11 @@ std::optional<SectionRange> range_of_data(const PseudoSection& section) {
   return range;
 }
 
-const SectionPoint* nearest_point(const PseudoSection& section, const SectionColumn& column, double height) {
-  const SectionAxis axis = facts_of(section.quantity).axis;
+const SectionPoint* nearest_point(const SectionColumn& column, double height) {
   const SectionPoint* nearest = nullptr;
   double least = 0.0;
   for (const SectionPoint& point : column.points) {
-    const double distance = std::abs(height_of(point, axis) - height);
+    const double distance = std::abs(point.height - height);
     if (std::isfinite(distance) && (nearest == nullptr || distance < least)) {
       nearest = &point;
       least = distance;

@@ -59,9 +59,6 @@ struct PseudoSection {
   [[nodiscard]] bool empty() const { return !heights; }
 };
 
-/// Of a point; NaN where a depth section has no depth for it.
-double height_of(const SectionPoint& point, SectionAxis axis);
-
 /// Where a station is along the line, m; none if it has no place.
 using StationPlaces = std::function<std::optional<double>(double station)>;
 
@@ -73,6 +70,6 @@ PseudoSection make_pseudo_section(const SectionSource& source, SectionQuantity q
 std::optional<SectionRange> range_of_data(const PseudoSection& section);
 
 /// The counting or masked point of a column that is nearest to a height.
-const SectionPoint* nearest_point(const PseudoSection& section, const SectionColumn& column, double height);
+const SectionPoint* nearest_point(const SectionColumn& column, double height);
 
 }  // namespace Module_tensor

@@ -274,6 +274,10 @@ std::vector<SectionPoint> section_points(const SectionSource& source, std::size_
     add_masked(source, station, facts, points);
   }
   std::ranges::stable_sort(points, std::ranges::greater(), &SectionPoint::frequency);
+  for (SectionPoint& point : points) {
+    point.period_height = -std::log10(point.frequency);
+    point.height = facts.axis == SectionAxis::depth ? std::log10(point.depth) : point.period_height;
+  }
   return points;
 }
 

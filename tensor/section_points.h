@@ -48,7 +48,9 @@ struct SectionPoint {
   double value = none;  // of a resistivity its decimal logarithm; NaN where a mask leaves nothing to compute
   double error = none;  // of the quantity itself: of a resistivity ohm-m; NaN: not known
   double depth = none;  // m, of a depth section
-  bool counts = false;  // false: masked
+  double period_height = none;  // decimal logarithm of the period, s
+  double height = none;         // where the section has it: that, or the decimal logarithm of the depth
+  bool counts = false;          // false: masked
   const numerics::impedance::PhaseTensor* tensor = nullptr;  // of an ellipse
 
   [[nodiscard]] bool has_value() const { return value == value; }

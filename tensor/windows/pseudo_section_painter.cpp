@@ -114,14 +114,12 @@ double median(std::vector<double> values, double of_none) {
 
 /// Pixels from point to point, the usual ones across and down.
 std::array<double, 2> spacing_of(const PseudoSectionPicture& picture, const Plot& plot) {
-  const SectionAxis axis = facts_of(picture.section.quantity).axis;
   std::vector<double> across;
   std::vector<double> down;
   for (const SectionColumn& column : picture.section.columns) {
     across.push_back(plot.x(column.across.upper) - plot.x(column.across.lower));
     for (std::size_t i = 0; i + 1 < column.points.size(); ++i) {
-      const double distance =
-          std::abs(plot.y(height_of(column.points[i + 1], axis)) - plot.y(height_of(column.points[i], axis)));
+      const double distance = std::abs(plot.y(column.points[i + 1].height) - plot.y(column.points[i].height));
       if (std::isfinite(distance)) {
         down.push_back(distance);
       }
@@ -146,7 +144,7 @@ void paint_ellipses(QPainter& painter, const PseudoSectionPicture& picture, cons
       continue;
     }
     for (const SectionPoint& point : column.points) {
-      const double y = plot.y(height_of(point, SectionAxis::period));
+      const double y = plot.y(point.height);
       if (point.tensor != nullptr && y > plot.area().top() - radius && y < plot.area().bottom() + radius) {
         cloud.add(*point.tensor, {x, y}, picture.scale.colour_of(point.value));
       }
@@ -180,7 +178,7 @@ void paint_points(QPainter& painter, const PseudoSectionPicture& picture, const 
     }
     const double x = plot.x(column.x);
     for (const SectionPoint& point : column.points) {
-      const double y = plot.y(height_of(point, facts.axis));
+      const double y = plot.y(point.height);
       if (!std::isfinite(y) || (point.counts && facts.ellipses)) {
         continue;
       }
@@ -241,9 +239,10 @@ void paint_stations(QPainter& painter, const PseudoSectionPicture& picture, cons
         QString::fromStdString(column.name.empty() ? plain_text(column.station) : column.name),
         Qt::ElideRight, longest);
     const double width = metrics.horizontalAdvance(name);
-    if (x - width / 2.0 >= used + gap) {
-      used = x + width / 2.0;
-      painter.drawText(QPointF(x - width / 2.0, ground - 1.6 * mark_size - 4.0), name);
+    const double left = std::min(x - width / 2.0, plot.area().right() - width);  // not into the bar's unit
+    if (left >= used + gap) {
+      used = left + width;
+      painter.drawText(QPointF(left, ground - 1.6 * mark_size - 4.0), name);
     }
   }
 }
@@ -377,21 +376,20 @@ PseudoSectionPlace pseudo_section_place(QSize size, const PseudoSectionPicture& 
     return {};
   }
   const double height = plot.height_at(at.y());
-  const SectionPoint* const point = nearest_point(picture.section, *column, height);
+  const SectionPoint* const point = nearest_point(*column, height);
   if (point == nullptr) {
     return {&*column, nullptr};
   }
   constexpr double at_point = 8.0;  // pixels
-  const SectionAxis axis = facts_of(picture.section.quantity).axis;
   const auto [across, down] = spacing_of(picture, plot);
-  const bool near = std::abs(plot.y(height_of(*point, axis)) - at.y()) <= std::max(at_point, 0.75 * down);
+  const bool near = std::abs(plot.y(point->height) - at.y()) <= std::max(at_point, 0.75 * down);
   return {&*column, near ? point : nullptr};
 }
 
 QPointF pseudo_section_pixel(QSize size, const PseudoSectionPicture& picture, const PseudoSectionView& view,
                              const SectionColumn& column, const SectionPoint& point) {
   const Plot plot(size, picture, view);
-  return {plot.x(column.x), plot.y(height_of(point, facts_of(picture.section.quantity).axis))};
+  return {plot.x(column.x), plot.y(point.height)};
 }
 
 }  // namespace Module_tensor
