@@ -107,7 +107,7 @@ void print_table(const Results& results) {
   });
   if (results.masked) {
     const std::size_t all = results.masked->values[0] + results.masked->values[1];
-    std::cout << '\n' << proposal_text(*results.masked) << (all > 0 ? " They are masked now." : "") << '\n';
+    std::cout << '\n' << (all > 0 ? "Masked: " : "") << proposal_text(*results.masked) << '\n';
   }
 }
 
