@@ -171,7 +171,7 @@ void Form_occam::choose_rotation() {
   const std::string_view mode =
       Module_occam::run_modes(ModeChoice::current_type, line_.data_type)[0].mode.name;
   ui_->Combo_modes->setItemText(
-      0, rotate ? "Mode of the current data type (" + QString::fromStdString(std::string(mode)) + ")"
+      0, rotate ? "Current mode (" + QString::fromStdString(std::string(mode)) + ")"
                 : "Current data type (" + QString::fromStdString(line_.data_type) + ")");
   count_data();
 }

@@ -169,7 +169,7 @@ class FormOccamTest : public QObject {
     QCOMPARE(control("Text_rotate_to_strike")->text(), QString("25.0"));
     QVERIFY2(summary->text().endsWith(". TM 16 data at 4 stations"), qPrintable(summary->text()));
     rotate->setChecked(true);
-    QCOMPARE(modes->currentText(), QString("Mode of the current data type (TM)"));
+    QCOMPARE(modes->currentText(), QString("Current mode (TM)"));
     QVERIFY2(summary->text().endsWith(". TM 12 data at 3 stations"), qPrintable(summary->text()));
     type("Text_rotate_to_strike", "N25E");
     QCOMPARE(summary->text(), QString("The strike to rotate to must be from -180 to 360 degrees"));
