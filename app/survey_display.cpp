@@ -167,6 +167,15 @@ void SurveyDisplay::display_station(int station_index, bool draw_profile) {
   Q_EMIT station_displayed();
 }
 
+void SurveyDisplay::display_at(int station_index, double frequency) {
+  PointClick click;
+  click.station_to_display = station_index == session().current_station_index ? -1 : station_index;
+  if (frequency > 0.0) {
+    click.frequency_text = format_number(frequency, "0.0000");
+  }
+  show_click(click);
+}
+
 void SurveyDisplay::apply(const Redisplay& redisplay) {
   if (redisplay.close_rhoplus_results) {
     Q_EMIT selection_changed();

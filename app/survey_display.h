@@ -43,6 +43,9 @@ class SurveyDisplay : public QObject {
   void redo();
   /// Shows a station of the survey, from 1.
   void display_station(int station_index, bool draw_profile = false);
+  /// The same from another window, where a point was chosen with it.
+  /// @param frequency  Hz; above 0 it becomes that of the point clicked last, which commands act from
+  void display_at(int station_index, double frequency);
   /// What the profile takes the positions of the stations from.
   [[nodiscard]] Module_display_data::PositionSource positions() const { return axis_.source(); }
 

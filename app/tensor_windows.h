@@ -1,5 +1,6 @@
 // tensor_windows.h: the windows of "View Data" beside the main window, which show a line as a whole.
 #pragma once
+#include <QByteArray>
 #include <QObject>
 #include <QPointer>
 
@@ -28,6 +29,7 @@ class TensorWindows : public QObject {
   QWidget& main_window_;
   ShownLine line_;
   QPointer<QWidget> pseudo_section_;
+  QByteArray pseudo_section_place_;  // on the screen, where it was closed last
   QPointer<QWidget> strike_;
   QPointer<QWidget> map_;
   std::optional<double> chosen_strike_;

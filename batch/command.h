@@ -26,6 +26,7 @@ Command add_inversion_command(Program& program);  // in two dimensions
 Command add_invert_command(Program& program);
 Command add_plots_command(Program& program);  // only in a build with windows
 Command add_projection_command(Program& program);
+Command add_pseudosection_command(Program& program);  // only in a build with windows
 Command add_remove_command(Program& program);
 Command add_rename_command(Program& program);
 Command add_response_command(Program& program);

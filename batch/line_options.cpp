@@ -1,6 +1,10 @@
 #include "batch/line_options.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <set>
+#include <utility>
 
 #include "batch/command.h"
 #include "batch/reading_option.h"
@@ -18,16 +22,18 @@ using Module_tensor::LineChoice;
 
 /// The reference types and dipoles of a line's readings that a transfer function can be made from.
 std::vector<LineChoice> kinds_of_line(const std::string& line) {
-  std::string types;
-  for (const std::string_view type : Module_tensor::curve_types) {
-    types += (types.empty() ? "'" : ",'") + std::string(type) + "'";
+  std::set<std::pair<std::int32_t, float>> found;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT ReferenceType,DipoleLength,DataType FROM ReadingsDataTable WHERE LineNumber = '" +
+      line + "'");
+  for (; !rows.eof(); rows.move_next()) {
+    if (Module_tensor::curve_type_index(rows.get_text("DataType"))) {
+      found.emplace(rows.get_long("ReferenceType"), rows.get_single("DipoleLength"));
+    }
   }
   std::vector<LineChoice> kinds;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT ReferenceType,DipoleLength FROM ReadingsDataTable WHERE LineNumber = '" + line +
-      "' AND DataType IN (" + types + ") ORDER BY ReferenceType,DipoleLength");
-  for (; !rows.eof(); rows.move_next()) {
-    kinds.push_back({line, rows.get_long("ReferenceType"), rows.get_single("DipoleLength")});
+  for (const auto& [reference_type, dipole] : found) {
+    kinds.push_back({line, reference_type, dipole});
   }
   return kinds;
 }

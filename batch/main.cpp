@@ -38,6 +38,7 @@ constexpr AddCommand add_commands[] = {
     Batch::add_strike_command,
 #ifdef BRENLOX_WINDOWS
     Batch::add_plots_command,
+    Batch::add_pseudosection_command,
     Batch::add_section_command,
 #endif
 };

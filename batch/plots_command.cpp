@@ -12,6 +12,8 @@
 #include "display/windows/line_document.h"
 #include "projections/line_distances.h"
 #include "projections/survey_projection.h"
+#include "tensor/windows/section_pages.h"
+#include "tensor/windows/strike_figures.h"
 
 namespace Batch {
 namespace {
@@ -66,8 +68,11 @@ int write_plots(const PlotsOptions& options) {
   if (select(options) != 0 || (options.by_distance && require_distances(options.line) != 0)) {
     return -1;
   }
-  const Module_averaged_data::Outcome outcome = write_line_document(
-      options.output, options.by_distance ? PositionSource::distances : PositionSource::station_numbers);
+  const PositionSource positions =
+      options.by_distance ? PositionSource::distances : PositionSource::station_numbers;
+  const Module_averaged_data::Outcome outcome =
+      write_line_document(options.output, positions,
+                          joined(Module_tensor::section_pages(positions), Module_tensor::strike_pages()));
   if (outcome == Module_averaged_data::Outcome::stopped) {
     user_interface().show_message("Stopped; nothing was written");
   }
@@ -89,7 +94,8 @@ int run_plots(PlotsOptions& options) {
 Command add_plots_command(Program& program) {
   const auto options = std::make_shared<PlotsOptions>();
   Parser parser = program.add_command(
-      "plots", "Writes all graphs of a line to one PDF: the profile, then a page for each station");
+      "plots",
+      "Writes all graphs of a line to one PDF: the profile, a page for each station, pseudo-sections");
   add_survey_argument(parser, options->survey);
   parser.add_option("--line", options->line, "survey line, as 200E").required();
   parser.add_option("--output", options->output, "path of the PDF; an earlier file is replaced").required();

@@ -93,13 +93,12 @@ void add_row(RhoplusTables& tables, float frequency, const Datum& rho, const Dat
   row.use_resistivity = rho.used ? 1.0F : 0.0F;
   row.use_phase = phi.used ? 1.0F : 0.0F;
   tables.file_errors.push_back({rho.file_error, phi.file_error});
-  tables.data_lines += data_line(frequency, rho, phi);
 }
 
-}  // namespace
+enum class Lines { without, with };
 
-RhoplusTables rhoplus_tables(const StoredReading& merged, const Frequencies& frequencies,
-                             const RhoplusSettings& settings) {
+RhoplusTables tables_of(const StoredReading& merged, const Frequencies& frequencies,
+                        const RhoplusSettings& settings, Lines lines) {
   RhoplusTables tables;
   if (merged.ID == 0 || !merged.UseReading || !(merged.UseResistivity || merged.UsePhase)) {
     return tables;
@@ -118,13 +117,30 @@ RhoplusTables rhoplus_tables(const StoredReading& merged, const Frequencies& fre
     const Datum phi = phase_at(curve, position, settings);
     if (rho.used || phi.used || settings.exclude_data != 1) {
       add_row(tables, frequency, rho, phi);
+      if (lines == Lines::with) {
+        tables.data_lines += data_line(frequency, rho, phi);
+      }
       tables.index.row_number[position] = static_cast<std::int32_t>(tables.data.size());
       tables.index.frequency_position.push_back(listed);
       resistivity_is_used = resistivity_is_used || rho.used;
     }
-    tables.frequency_lines += frequency_field(frequency) + " rho  phi\r\n";
+    if (lines == Lines::with) {
+      tables.frequency_lines += frequency_field(frequency) + " rho  phi\r\n";
+    }
   }
   return resistivity_is_used ? tables : RhoplusTables{};
+}
+
+}  // namespace
+
+RhoplusTables rhoplus_tables(const StoredReading& merged, const Frequencies& frequencies,
+                             const RhoplusSettings& settings) {
+  return tables_of(merged, frequencies, settings, Lines::with);
+}
+
+RhoplusTables rhoplus_rows(const StoredReading& merged, const Frequencies& frequencies,
+                           const RhoplusSettings& settings) {
+  return tables_of(merged, frequencies, settings, Lines::without);
 }
 
 std::string rhoplus_stem(const RhoplusSettings& settings, double station) {

@@ -46,6 +46,10 @@ struct RhoplusTables {
 RhoplusTables rhoplus_tables(const Module_database::StoredReading& merged, const Frequencies& frequencies,
                              const RhoplusSettings& settings);
 
+/// The same without the lines of the control file, for who only inverts.
+RhoplusTables rhoplus_rows(const Module_database::StoredReading& merged, const Frequencies& frequencies,
+                           const RhoplusSettings& settings);
+
 /// "root_1250": the stem of a station's files.
 std::string rhoplus_stem(const RhoplusSettings& settings, double station);
 

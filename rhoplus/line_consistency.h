@@ -45,7 +45,7 @@ struct CurveConsistency {
   int used_values = 0;                              // resistivities and phases
   double chi = 0.0;                                 // root of the least chi-squared
   double target = 0.0;                              // what it is expected to be below, in the mean
-  bool limit_met = false;             // of iterations: it may not be the best fit
+  bool limit_met = false;                           // of iterations: it may not be the best fit
   bool phases_turned = false;         // by 180 degrees, as the readings' Ey has the sign of measurement
   std::vector<PointResidual> points;  // in the order of the merged curve; empty unless it ran
 

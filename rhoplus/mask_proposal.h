@@ -27,9 +27,9 @@ struct ProposedPoint {
 };
 
 struct MaskProposal {
-  std::vector<ProposedPoint> points;              // by station, mode and frequency
-  std::array<std::size_t, mode_count> values{};   // resistivities and phases to be masked, by mode
-  std::size_t left_three_dimensional = 0;         // values beyond the limit that are left alone
+  std::vector<ProposedPoint> points;             // by station, mode and frequency
+  std::array<std::size_t, mode_count> values{};  // resistivities and phases to be masked, by mode
+  std::size_t left_three_dimensional = 0;        // values beyond the limit that are left alone
 
   [[nodiscard]] bool empty() const { return points.empty(); }
   /// The proposed point of a station and mode at a frequency; null if there is none.
@@ -44,7 +44,7 @@ MaskProposal mask_proposal(const Module_tensor::LineTensors& line, const LineCon
                            const ProposalRules& rules);
 
 /// What set_merged_points takes to carry it out.
-std::vector<Module_averaged_data::CurvePoints> points_to_mask(const Module_tensor::LineTensors& line,
+std::vector<Module_averaged_data::CurvePoints> points_to_mask(const LineConsistency& consistency,
                                                               const MaskProposal& proposal);
 
 }  // namespace Module_rhoplus

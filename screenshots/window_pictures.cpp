@@ -241,6 +241,8 @@ const WindowPicture pictures[] = {
     {"rename", "menu_database_rename"},
     {"table_viewer", "menu_view_table_2"},
     {"frequencies", "menu_thresholds"},
+    {"pseudo_section", "menu_pseudo_section"},
+    {"tensor_map", "menu_tensor_map"},
     {"mask_topo_model", "menu_occam2d_topo_mask", mask_run},
     {"mask_topo_points", "menu_occam2d_topo_mask",
      [](QWidget& window) {

@@ -63,7 +63,8 @@ ARROWS = {
     "samples": "core numerics/impedance",
     "batch": "import rhoplus tensor occam survey_edits platform/console platform/system",
     "batch/offscreen_application": "",
-    "batch/plots_command": "batch display/windows",  # drawn by the charts of the windows
+    "batch/plots_command": "batch display/windows tensor/windows",  # drawn by the charts of the windows
+    "batch/pseudosection_command": "batch tensor/windows",
     "batch/section_command": "batch occam/windows",
     "app": "database/windows display/windows import/windows occam/windows rhoplus/windows survey_edits/windows "
     "tensor/windows platform/system",

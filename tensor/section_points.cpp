@@ -187,11 +187,11 @@ Points of_tensors(const SectionSource& source, std::size_t station, const Quanti
     SectionPoint point;
     point.frequency = tensors.points[i].frequency;
     point.counts = true;
-    const auto* const known =
-        station < source.phase_tensors.size() && i < source.phase_tensors[station].size() &&
-                source.phase_tensors[station][i]
-            ? &*source.phase_tensors[station][i]
-            : nullptr;
+    const auto* const known = station < source.phase_tensors.size() &&
+                                      i < source.phase_tensors[station].size() &&
+                                      source.phase_tensors[station][i]
+                                  ? &*source.phase_tensors[station][i]
+                                  : nullptr;
     const bool from_tensor = facts.quantity == SectionQuantity::rho_det ||
                              facts.quantity == SectionQuantity::phase_det ||
                              facts.quantity == SectionQuantity::bostick_det;
@@ -234,8 +234,7 @@ void add_masked(const SectionSource& source, std::size_t station, const Quantity
   for (const auto& type : facts.curves) {
     for (const CurvePoint& measured : curve_points(source, station, *type)) {
       const auto place = std::ranges::lower_bound(present, measured.frequency);
-      if (!measured.counts(OutlierField::both) &&
-          (place == present.end() || *place != measured.frequency)) {
+      if (!measured.counts(OutlierField::both) && (place == present.end() || *place != measured.frequency)) {
         present.insert(place, measured.frequency);
         SectionPoint point;
         point.frequency = measured.frequency;

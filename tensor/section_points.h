@@ -45,10 +45,10 @@ struct SectionPoint {
   static constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
   double frequency = 0.0;  // Hz
-  double value = none;     // of a resistivity its decimal logarithm; NaN where a mask leaves nothing to compute
-  double error = none;     // of the quantity itself: of a resistivity ohm-m; NaN: not known
-  double depth = none;     // m, of a depth section
-  bool counts = false;     // false: masked
+  double value = none;  // of a resistivity its decimal logarithm; NaN where a mask leaves nothing to compute
+  double error = none;  // of the quantity itself: of a resistivity ohm-m; NaN: not known
+  double depth = none;  // m, of a depth section
+  bool counts = false;  // false: masked
   const numerics::impedance::PhaseTensor* tensor = nullptr;  // of an ellipse
 
   [[nodiscard]] bool has_value() const { return value == value; }

@@ -86,9 +86,30 @@ void add_station(graph::PdfPages& pages) {
   }
 }
 
+std::string line_text() { return "Line " + session().current_line; }
+
+void add_pages(graph::PdfPages& pages, const std::vector<DocumentPage>& further_pages) {
+  for (const DocumentPage& page : further_pages) {
+    pages.begin_page(text_of(line_text() + ": " + page.title));
+    const double width = 1.0 / static_cast<double>(page.drawings.size());
+    for (std::size_t i = 0; i < page.drawings.size(); ++i) {
+      pages.place(page.drawings[i], {width * static_cast<double>(i), 0.0, width, 1.0});
+    }
+  }
+}
+
 }  // namespace
 
-Outcome write_line_document(const std::string& path, PositionSource positions) {
+MakePages joined(MakePages first, MakePages then) {
+  return [first = std::move(first), then = std::move(then)] {
+    std::vector<DocumentPage> pages = first();
+    std::ranges::move(then(), std::back_inserter(pages));
+    return pages;
+  };
+}
+
+Outcome write_line_document(const std::string& path, PositionSource positions,
+                            const MakePages& further_pages) {
   const DisplayedStation displayed;
   const ScopeGuard put_back([&] { displayed.put_back(); });
   Outcome outcome = Outcome::failed;
@@ -106,6 +127,9 @@ Outcome write_line_document(const std::string& path, PositionSource positions) {
       add_station(pages);
       return 0;
     });
+    if (outcome == Outcome::finished && further_pages) {
+      add_pages(pages, further_pages());
+    }
     if (outcome == Outcome::finished) {
       pages.finish();
     }

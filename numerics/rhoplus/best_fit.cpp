@@ -19,8 +19,8 @@ constexpr int max_rounds = 60;
 constexpr int max_rounds_without_gain = 3;
 
 constexpr double cells_per_decade = 6.0;
-/// Each zoom makes the cells at the switches four times as fine. The polish then starts next to its goal.
-constexpr int zooms = 2;
+/// The zoom makes the cells at the switches four times as fine: the polish then starts near its goal. A
+/// second one takes as long as the steps that it saves.
 constexpr double zoom_factor = 0.25;
 /// The cells need not be fitted better than their width allows.
 constexpr double cell_gap = 1e-5;
@@ -30,17 +30,16 @@ constexpr double good_cell_misfit2 = 1e-2;
 /// Misfit of a value, squared and in units of its error, that counts as none.
 constexpr double exact_misfit2_of_value = 1e-6;
 
-/// Best density in cells, with finer and finer cells at its switches.
+/// Best density in cells, with finer cells at its switches.
 SwitchModel first_model(const FitProblem& problem) {
   const CellFitLimits limits{.relative_gap = cell_gap,
                              .misfit2 = good_cell_misfit2 * static_cast<double>(problem.values.size())};
   SwitchModel model = fit_cells(problem, even_edges(problem, cells_per_decade), SwitchModel{}, limits);
-  double width = std::log(10.0) / cells_per_decade;
-  for (int zoom = 0; zoom < zooms && !model.switches.empty(); ++zoom) {
-    width *= zoom_factor;
-    model = fit_cells(problem, edges_around(problem, model, width), model, limits);
+  if (model.switches.empty()) {
+    return model;
   }
-  return model;
+  const double width = zoom_factor * std::log(10.0) / cells_per_decade;
+  return fit_cells(problem, edges_around(problem, model, width), model, limits);
 }
 
 /// A narrow pulse, a pole and a zero side by side (a dip where eta is 1), wherever the certificate says that

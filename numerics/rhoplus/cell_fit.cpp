@@ -38,17 +38,16 @@ CellSystem cell_system(const FitProblem& problem, const CellEdges& edges) {
   const auto cells = static_cast<Eigen::Index>(edges.size() + 1);
   const auto rows = static_cast<Eigen::Index>(problem.values.size());
   CellSystem system{Eigen::MatrixXd(rows, cells), Eigen::VectorXd(rows)};
-  std::vector<std::complex<double>> response(problem.omega.size());
+  LogRatios response(problem.omega);
   double begin = 0.0;
   for (Eigen::Index cell = 0; cell < cells; ++cell) {
     const double end = std::exp(cell_end(problem, edges, static_cast<std::size_t>(cell)));
-    for (std::size_t k = 0; k < response.size(); ++k) {
-      response[k] = log_ratio(begin, end, problem.omega[k]);
-    }
+    response.between(begin, end);
     Eigen::Index row = 0;
     for (const FitValue& value : problem.values) {
-      const std::complex<double>& c = response[static_cast<std::size_t>(value.frequency_index)];
-      system.columns(row++, cell) = (value.is_phase ? c.imag() : 2.0 * c.real()) * value.weight;
+      const Eigen::Index k = value.frequency_index;
+      system.columns(row++, cell) =
+          (value.is_phase ? response.imaginary[k] : 2.0 * response.real[k]) * value.weight;
     }
     begin = end;
   }

@@ -14,7 +14,10 @@ constexpr double scan_step = 2.302585092994046 / 100.0;  // 100 points a decade
 constexpr int halvings = 24;
 constexpr double misplacement = 0.03;  // of a switch, in x: no more than the polish makes up for
 
-/// g(lambda) = sum_k 2 a_k Re K_k + b_k Im K_k with K = 1/(lambda + s) - 1/(lambda + 1).
+/// g(lambda) = sum_k 2 a_k Re K_k + b_k Im K_k with K = 1/(lambda + s) - 1/(lambda + 1). Over one denominator
+///
+///   lambda g(lambda) = lambda/(lambda + 1) sum_k (p_k lambda - q_k)/(lambda^2 + w_k^2),
+///   p = 2 a - b w,  q = 2 a w^2 + b w.
 class Gradient {
  public:
   Gradient(const FitProblem& problem, const Eigen::VectorXd& residuals)
@@ -24,22 +27,40 @@ class Gradient {
       (value.is_phase ? b_ : a_)[static_cast<std::size_t>(value.frequency_index)] +=
           residuals[row++] * value.weight;
     }
-  }
-
-  /// lambda g(lambda) at each lambda: free of scale, so that roots anywhere are seen alike.
-  [[nodiscard]] Eigen::ArrayXd scaled(const Eigen::ArrayXd& lambda) const {
-    const Eigen::ArrayXd lambda2 = lambda.square();
-    const Eigen::ArrayXd share = lambda / (lambda + 1.0);
-    Eigen::ArrayXd sum = Eigen::ArrayXd::Zero(lambda.size());
     for (std::size_t k = 0; k < omega_.size(); ++k) {
       const double w = omega_[k];
-      sum += (2.0 * a_[k] * (lambda - w * w) * share - b_[k] * w * lambda) / (lambda2 + w * w);
+      terms_.push_back({2.0 * a_[k] - b_[k] * w, 2.0 * a_[k] * w * w + b_[k] * w, w * w});
     }
-    return sum;
+    if (terms_.size() % 2 != 0) {
+      terms_.push_back({0.0, 0.0, 1.0});
+    }
+  }
+
+  /// lambda g(lambda) at each lambda: free of scale, so that roots anywhere are seen alike. Two frequencies
+  /// share a division, the dearest part of it.
+  [[nodiscard]] Eigen::ArrayXd scaled(const Eigen::ArrayXd& lambda) const {
+    const Eigen::ArrayXd lambda2 = lambda.square();
+    Eigen::ArrayXd sum = Eigen::ArrayXd::Zero(lambda.size());
+    for (std::size_t k = 0; k < terms_.size(); k += 2) {
+      const auto& [p1, q1, w1] = terms_[k];
+      const auto& [p2, q2, w2] = terms_[k + 1];
+      sum += ((p1 * lambda - q1) * (lambda2 + w2) + (p2 * lambda - q2) * (lambda2 + w1)) /
+             ((lambda2 + w1) * (lambda2 + w2));
+    }
+    return sum * lambda / (lambda + 1.0);
   }
 
   [[nodiscard]] double scaled_at(double x) const {
-    return scaled(Eigen::ArrayXd::Constant(1, std::exp(x)))[0];
+    const double lambda = std::exp(x);
+    const double lambda2 = lambda * lambda;
+    double sum = 0.0;
+    for (std::size_t k = 0; k < terms_.size(); k += 2) {
+      const auto& [p1, q1, w1] = terms_[k];
+      const auto& [p2, q2, w2] = terms_[k + 1];
+      sum += ((p1 * lambda - q1) * (lambda2 + w2) + (p2 * lambda - q2) * (lambda2 + w1)) /
+             ((lambda2 + w1) * (lambda2 + w2));
+    }
+    return sum * lambda / (lambda + 1.0);
   }
 
   /// Int g dlambda.
@@ -53,9 +74,16 @@ class Gradient {
   }
 
  private:
+  struct Term {
+    double p;
+    double q;
+    double omega2;
+  };
+
   const std::vector<double>& omega_;
   std::vector<double> a_;
   std::vector<double> b_;
+  std::vector<Term> terms_;  // an even number of them
 };
 
 double root_between(const Gradient& gradient, double low, double high, bool rises) {

@@ -78,7 +78,9 @@ class LocalShape {
              const Eigen::VectorXd& residuals)
       : limit_(*problem.limit), slopes_(derivatives(problem, model, residuals)) {
     slopes_.first -= level * (level.transpose() * slopes_.first);
-    hessian_ = slopes_.first.transpose() * slopes_.first;
+    hessian_.setZero(slopes_.first.cols(), slopes_.first.cols());
+    hessian_.selfadjointView<Eigen::Lower>().rankUpdate(slopes_.first.transpose());
+    hessian_.triangularView<Eigen::StrictlyUpper>() = hessian_.transpose();
     hessian_.diagonal() += slopes_.curvature.cwiseMax(0.0);
     // A switch beyond the reach of the data has next to no curvature.
     constexpr double min_curvature = 1e-30;

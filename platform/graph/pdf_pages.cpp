@@ -87,6 +87,14 @@ void PdfPages::place(VexGraphControl& chart, const QRectF& part) {
   painter_->restore();
 }
 
+void PdfPages::place(const std::function<void(QPainter& painter, QSize size)>& paint, const QRectF& part) {
+  const QRectF place = on_page(part);
+  painter_->save();
+  painter_->translate(place.topLeft());
+  paint(*painter_, place.size().toSize());
+  painter_->restore();
+}
+
 void PdfPages::finish() {
   if (!painter_ || !painter_->end()) {
     throw std::runtime_error("the page can't be written");

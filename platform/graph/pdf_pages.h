@@ -1,12 +1,15 @@
 // pdf_pages.h: charts on the pages of a PDF document.
 #pragma once
 #include <QRectF>
+#include <QSize>
 #include <QString>
+#include <functional>
 #include <memory>
 
 #include "platform/graph/picture_file.h"
 
 class QCPPainter;
+class QPainter;
 class QPdfWriter;
 class VexGraphControl;
 
@@ -26,6 +29,8 @@ class PdfPages {
   /// Draws a chart, as vectors, in a part of the page below the heading.
   /// @param part  in shares of the page: QRectF(0, 0, 0.5, 1) is its left half
   void place(VexGraphControl& chart, const QRectF& part);
+  /// Lets something else draw in a part of the page, as large as it is told.
+  void place(const std::function<void(QPainter& painter, QSize size)>& paint, const QRectF& part);
   /// A line of text at the top of a part of the page.
   /// @return what is left of the part
   QRectF caption(const QString& text, const QRectF& part);

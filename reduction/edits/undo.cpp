@@ -42,12 +42,15 @@ struct Exchange {
 };
 
 /// What an edit of a reading changes beyond its row: a static factor nothing, an edit of a repeat or an
-/// average both derived rows, one of a merged curve that curve.
+/// average both derived rows, one of a merged curve that curve, unless the edit computed nothing again.
 ReduceFrom follows_from(const UndoEntry& entry, std::int32_t ReductionType) {
   if (std::holds_alternative<Module_Brenlox::UndoStatic>(entry.earlier)) {
     return ReduceFrom::nothing;
   }
-  return ReductionType == reduction_merged ? ReduceFrom::averages : ReduceFrom::repeats;
+  if (ReductionType != reduction_merged) {
+    return ReduceFrom::repeats;
+  }
+  return entry.reduction == nullptr ? ReduceFrom::nothing : ReduceFrom::averages;
 }
 
 StationRows place_of(const ReadingKey& key) {
@@ -155,6 +158,26 @@ bool removes_merged(const EditedKey& edited) {
          edited.before->merged.id != 0;
 }
 
+/// How far a reading is from what is shown: 0 it belongs to the station and curves that are, 1 to those
+/// curves of the line's other stations, 2 to another line or other curves.
+int distance_from_selection(const ReadingKey& key) {
+  ReadingKey selected = selected_key();
+  if (same_station(selected, key)) {
+    return 0;
+  }
+  selected.station = key.station;
+  return same_station(selected, key) ? 1 : 2;
+}
+
+/// The key to show after a command, which may be of many stations and data types: who looks at one of its
+/// curves stays there.
+const ReadingKey& key_to_show(const Exchange& exchange) {
+  return std::ranges::min_element(
+             exchange.written, {},
+             [](const WrittenEntry& each) { return distance_from_selection(each.row.key); })
+      ->row.key;
+}
+
 /// Brings data sets and selection up to date with what was written.
 UndoResult show_exchange(const Exchange& exchange) {
   int shown = 0;
@@ -166,7 +189,7 @@ UndoResult show_exchange(const Exchange& exchange) {
     shown |= show_reduced_station(edited.key, session().frequencies, edited.reduced);
     profile_is_current = profile_is_current && !removes_merged(edited);
   }
-  const ReadingKey& key = exchange.written.front().row.key;
+  const ReadingKey& key = key_to_show(exchange);
   UndoResult result;
   result.station_index = station_index_of(key);
   if (result.station_index > 0) {

@@ -43,10 +43,18 @@ std::optional<std::size_t> ShownLine::station_index() {
                                  : std::optional(static_cast<std::size_t>(found - stations.begin()));
 }
 
+std::optional<std::int32_t> ShownLine::station_id() {
+  const SessionState& state = session();
+  const auto index = static_cast<std::size_t>(state.current_station_index) - 1;
+  return state.database_open && state.current_station_index > 0 && index < state.station_id.size()
+             ? std::optional(state.station_id[index])
+             : std::nullopt;
+}
+
 void ShownLine::follow_selection() {
   const auto choice = selected();
   if (!choice || !loaded_ || !(*choice == line_.curves.choice)) {
-    forget();
+    drop_line();
     return;
   }
   Q_EMIT station_changed();
@@ -68,6 +76,11 @@ void ShownLine::read_again(std::optional<double> station) {
 }
 
 void ShownLine::forget() {
+  Q_EMIT survey_changed();
+  drop_line();
+}
+
+void ShownLine::drop_line() {
   loaded_ = false;
   line_ = {};
   axis_.reset();
@@ -83,9 +96,13 @@ void ShownLine::choose(double station, double frequency) {
   const auto& stations = line().stations;
   const auto found = std::ranges::find(stations, station, &StationTensor::station);
   if (found != stations.end()) {
-    if (const auto index = Module_display_data::station_index_of(found->StationID); index > 0) {
-      Q_EMIT station_chosen(index, frequency);
-    }
+    choose_site(found->StationID, frequency);
+  }
+}
+
+void ShownLine::choose_site(std::int32_t StationID, double frequency) {
+  if (const auto index = Module_display_data::station_index_of(StationID); index > 0) {
+    Q_EMIT station_chosen(index, frequency);
   }
 }
 

@@ -4,6 +4,7 @@
 // chosen or readings change. Station indices are those of the session, from 1.
 #pragma once
 #include <QObject>
+#include <cstdint>
 #include <optional>
 
 #include "display/line_axis.h"
@@ -21,6 +22,8 @@ class ShownLine : public QObject {
   Module_display_data::LineAxis& axis();
   /// The station that the main window shows, as in line().stations; none if the line doesn't have it.
   std::optional<std::size_t> station_index();
+  /// The same as the ID of its row, of whatever line.
+  [[nodiscard]] static std::optional<std::int32_t> station_id();
 
   /// The main window shows another line or kind of curves, or perhaps another station.
   void follow_selection();
@@ -33,6 +36,8 @@ class ShownLine : public QObject {
   /// A window wants a station displayed in the main window, with the frequency (Hz; 0: none) as the clicked
   /// one.
   void choose(double station, double frequency);
+  /// The same of a station of any line, by the ID of its row.
+  void choose_site(std::int32_t StationID, double frequency);
   /// A window has edited readings, of one station or of any: the main window shows it, and they are read
   /// again.
   void announce_edit(std::optional<double> station);
@@ -40,6 +45,7 @@ class ShownLine : public QObject {
   void use_strike(double strike);
 
  Q_SIGNALS:
+  void survey_changed();   // what was kept of other lines is out of date; line_changed follows
   void line_changed();     // other stations, or other data of any of them
   void station_changed();  // another one is shown
   void station_chosen(int station_index, double frequency);
@@ -49,6 +55,7 @@ class ShownLine : public QObject {
  private:
   [[nodiscard]] static std::optional<Module_tensor::LineChoice> selected();
   void read_again(std::optional<double> station);
+  void drop_line();
 
   Module_tensor::LineTensors line_;
   Module_display_data::LineAxis axis_;

@@ -64,6 +64,8 @@ constexpr Keys keys_of_windows[] = {
     {"rhoplus_results"},
     {"rhoplus_log"},
     {"occam_inversion"},
+    {"pseudo_section"},
+    {"tensor_map"},
 };
 
 const Keys* keys_of(const QString& window) {

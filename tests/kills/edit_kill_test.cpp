@@ -6,6 +6,7 @@
 #include "core/undo_stack.h"
 #include "display/selection.h"
 #include "reduction/edits/masks.h"
+#include "reduction/edits/set_points.h"
 #include "reduction/edits/undo.h"
 #include "tests/kills/killed_process.h"
 #include "tests/reduction/made_line.h"
@@ -49,11 +50,19 @@ class RandomEdits {
     EXPECT_FALSE(Module_display_data::display_station(station_index, {}).failed);
   }
 
+  Edit mask_on_all_stations(Component component) {
+    std::vector<CurvePoints> curves;
+    for (const ProfileColumn& column : data_sets().profile.columns) {
+      curves.push_back({column.ID, {{4.0F, component, upto(2) > 0}}});
+    }
+    return set_merged_points(curves);
+  }
+
   void edit() {
     const auto component = static_cast<Component>(upto(2));
     const auto flag = static_cast<UseFlag>(upto(3));
     Edit done = Edit::nothing;
-    switch (upto(9)) {
+    switch (upto(10)) {
       case 0:
       case 1:
         done = toggle_repeat_point(place(made::line_repeats + 1), place(4), component);
@@ -75,6 +84,9 @@ class RandomEdits {
         break;
       case 7:
         done = set_static_factor(static_cast<float>(1 + upto(9)));
+        break;
+      case 8:
+        done = mask_on_all_stations(component);
         break;
       default:
         if (const UndoResult undone = undo_last_change(); undone.station_index > 0) {
