@@ -51,6 +51,7 @@
 #include "survey_edits/windows/Form_remove_readings.h"
 #include "survey_edits/windows/Form_rename.h"
 #include "tensor/windows/section_pages.h"
+#include "tensor/windows/strike_figures.h"
 #include "ui_Form_main.h"
 
 namespace {
@@ -459,10 +460,11 @@ void Form_main::survey_changed() {
 void Form_main::write_line_document() {
   const std::string path = Module_Brenlox::ask_for_line_document();
   // After a failure, which has been reported, the selection is as before.
-  if (!path.empty() &&
-      Module_display_data::write_line_document(path, display_->positions(),
-                                               Module_tensor::section_pages(display_->positions())) ==
-          Module_averaged_data::Outcome::finished) {
+  if (!path.empty() && Module_display_data::write_line_document(
+                           path, display_->positions(),
+                           Module_display_data::joined(Module_tensor::section_pages(display_->positions()),
+                                                       Module_tensor::strike_pages())) ==
+                           Module_averaged_data::Outcome::finished) {
     user_interface().show_message("The graphs of line " + session().current_line + " are written to " + path);
   }
 }

@@ -13,6 +13,7 @@
 #include "projections/line_distances.h"
 #include "projections/survey_projection.h"
 #include "tensor/windows/section_pages.h"
+#include "tensor/windows/strike_figures.h"
 
 namespace Batch {
 namespace {
@@ -70,7 +71,8 @@ int write_plots(const PlotsOptions& options) {
   const PositionSource positions =
       options.by_distance ? PositionSource::distances : PositionSource::station_numbers;
   const Module_averaged_data::Outcome outcome =
-      write_line_document(options.output, positions, Module_tensor::section_pages(positions));
+      write_line_document(options.output, positions,
+                          joined(Module_tensor::section_pages(positions), Module_tensor::strike_pages()));
   if (outcome == Module_averaged_data::Outcome::stopped) {
     user_interface().show_message("Stopped; nothing was written");
   }

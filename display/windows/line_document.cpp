@@ -100,6 +100,14 @@ void add_pages(graph::PdfPages& pages, const std::vector<DocumentPage>& further_
 
 }  // namespace
 
+MakePages joined(MakePages first, MakePages then) {
+  return [first = std::move(first), then = std::move(then)] {
+    std::vector<DocumentPage> pages = first();
+    std::ranges::move(then(), std::back_inserter(pages));
+    return pages;
+  };
+}
+
 Outcome write_line_document(const std::string& path, PositionSource positions,
                             const MakePages& further_pages) {
   const DisplayedStation displayed;

@@ -20,6 +20,8 @@ struct DocumentPage {
 };
 /// Makes such pages when the document comes to them.
 using MakePages = std::function<std::vector<DocumentPage>()>;
+/// The pages of one, then those of the other.
+MakePages joined(MakePages first, MakePages then);
 
 /// Writes the current line: a page with the profile, then a page for each station with its merged curve and
 /// averages beside the repeats of each scan rate, then the further pages. Needs a station to be selected;

@@ -18,6 +18,7 @@
 #include "platform/widgets/panel_controls.h"
 #include "tensor/windows/shown_line.h"
 #include "tensor/windows/strike_controls.h"
+#include "tensor/windows/strike_figures.h"
 #include "tensor/windows/strike_table.h"
 
 using namespace Module_tensor;
@@ -231,32 +232,18 @@ void Form_strike::show_strike() {
   sentences_->setText(said.join("  "));
 }
 
-QString Form_strike::heading() const {
-  const std::string line = shown_.line().curves.choice.line;
-  return qt_text("Line " + line) + "   skew up to " + QString::number(question_->choices.skew_limit) +
-         "°, ellipticity from " + QString::number(question_->choices.least_ellipticity);
-}
-
 void Form_strike::show_pictures() {
   RoseFigure roses;
   DimensionFigure dimensions;
+  if (question_) {
+    const std::string line = shown_.line().curves.choice.line;
+    dimensions = dimension_figure(line, *question_, stations_, controls_->limits());
+    if (summary_) {
+      roses = rose_figure(line, *question_, *summary_, line_azimuth_);
+    }
+  }
   roses.note = note();
-  dimensions.note = stations_.empty() ? note() : QString("No station of the line has a phase tensor");
-  if (summary_) {
-    roses.summary = summary_;
-    roses.method = question_->choices.method;
-    roses.line_azimuth = line_azimuth_;
-    roses.heading = heading();
-    dimensions.band = question_->band;
-    dimensions.heading = heading();
-  }
-  const auto limits = controls_->limits();
-  for (const StrikeStation& station : stations_) {
-    const std::string& name = station.tensors.name;
-    const std::string text = station_text(station.tensors.station, name);
-    dimensions.stations.push_back(
-        {station.tensors.station, qt_text(text), qt_text(text), dimension_cells(station, limits)});
-  }
+  dimensions.note = stations_.empty() || !question_ ? note() : "No station of the line has a phase tensor";
   roses_->show_figure(std::move(roses));
   dimensions_->show_figure(std::move(dimensions));
 }

@@ -42,7 +42,6 @@ class Form_strike : public QDialog {
   void save_picture(Picture picture, const char* ending);
   [[nodiscard]] std::vector<std::string> sentences() const;
   [[nodiscard]] QString note() const;
-  [[nodiscard]] QString heading() const;
 
   ShownLine& shown_;
   std::vector<Module_tensor::StrikeStation> stations_;
