@@ -55,14 +55,6 @@ std::vector<QPointF> places_of(const MapContents& contents, const PlanFrame& fra
   return places;
 }
 
-/// A direction from true north as one on the plan.
-GlyphPoint on_plan(GlyphPoint point, double true_north) {
-  constexpr double degree = 0.017453292519943295;
-  const double c = std::cos(true_north * degree);
-  const double s = std::sin(true_north * degree);
-  return {c * point[0] + s * point[1], c * point[1] - s * point[0]};
-}
-
 void paint_ellipses(const Drawing& drawing) {
   const MapContents& contents = drawing.contents;
   for (const std::size_t index : drawing.within) {
@@ -72,7 +64,7 @@ void paint_ellipses(const Drawing& drawing) {
     }
     std::vector<GlyphPoint> outline = ellipse_outline(*tensor, outline_points);
     for (GlyphPoint& point : outline) {
-      point = on_plan(point, contents.map.sites[index].true_north);
+      point = turned_clockwise(point, contents.map.sites[index].true_north);
     }
     const auto filled = fill_value(*tensor, contents.look.fill);
     const QBrush brush = filled.has_value()
@@ -92,7 +84,7 @@ void paint_arrows(const Drawing& drawing) {
     const double north = drawing.contents.map.sites[index].true_north;
     const auto paint = [&](const numerics::impedance::Arrow& arrow, const QColor& colour) {
       paint_arrow(drawing.painter, drawing.places[index],
-                  on_plan({pixels * arrow.east, pixels * arrow.north}, north), colour);
+                  turned_clockwise({pixels * arrow.east, pixels * arrow.north}, north), colour);
     };
     if (look.imaginary_arrows && values.imaginary_arrow) {
       paint(*values.imaginary_arrow, imaginary_colour);
