@@ -21,6 +21,7 @@ constexpr double bottom_room = 36.0;
 constexpr double fit_margin = 48.0;  // for the glyphs of the outermost sites and their names
 constexpr int outline_points = 48;
 constexpr double dot_radius = 2.0;
+constexpr double current_gap = 4.0;  // between a glyph and the ring of the station that is shown
 
 constexpr QColor outline_colour(40, 40, 40);
 constexpr QColor uncertain_colour(165, 165, 165);
@@ -108,8 +109,7 @@ void paint_current(const Drawing& drawing) {
   const auto& sites = drawing.contents.map.sites;
   for (const std::size_t index : drawing.within) {
     if (drawing.contents.current == sites[index].station.StationID) {
-      constexpr double gap = 4.0;
-      const double radius = gap + drawing.reach(index);
+      const double radius = current_gap + drawing.reach(index);
       drawing.painter.setBrush(Qt::NoBrush);
       drawing.painter.setPen(QPen(Qt::magenta, 2.0));
       drawing.painter.drawEllipse(drawing.places[index], radius, radius);
@@ -128,7 +128,8 @@ void paint_names(const Drawing& drawing) {
   std::vector<NamedDot> dots;
   for (const std::size_t index : drawing.within) {
     const QPointF at = drawing.places[index];
-    const double reach = drawing.reach(index);
+    const bool is_current = drawing.contents.current == drawing.contents.map.sites[index].station.StationID;
+    const double reach = drawing.reach(index) + (is_current ? current_gap : 0.0);
     const double half = share * reach;
     taken.take(QRectF(at.x() - half, at.y() - half, 2.0 * half, 2.0 * half));
     dots.push_back({at, reach + gap, name_of(drawing.contents.map.sites[index].station)});
