@@ -7,6 +7,13 @@
 
 namespace Module_tensor {
 
+GlyphPoint turned_clockwise(GlyphPoint point, double degrees) {
+  const double angle = degrees * std::numbers::pi / 180.0;
+  const double c = std::cos(angle);
+  const double s = std::sin(angle);
+  return {c * point[0] + s * point[1], c * point[1] - s * point[0]};
+}
+
 std::vector<GlyphPoint> ellipse_outline(const numerics::impedance::PhaseTensor& tensor, int points) {
   assert(points > 0);
   const double xx = tensor.xx.value;

@@ -12,6 +12,9 @@ namespace Module_tensor {
 
 using GlyphPoint = std::array<double, 2>;  // right, up
 
+/// A point of a shape that is turned, so many degrees.
+GlyphPoint turned_clockwise(GlyphPoint point, double degrees);
+
 /// The ellipse of a phase tensor: the points P u of the unit circle's u = (north, east), in units of phi_max,
 /// so that the longest half axis is 1 and lies along the azimuth. A negative phi_min has the half axis of its
 /// amount. (Caldwell, Bibby & Brown 2004, GJI 158, 457-469)

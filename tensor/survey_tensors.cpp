@@ -26,6 +26,15 @@ std::vector<StationTensor> northward(const std::vector<StationTensor>& stations)
   return turned;
 }
 
+void leave_out_disabled(const Frequencies& frequencies, StationTensor& station) {
+  const auto is_off = [&frequencies](const auto& point) {
+    const std::int32_t at = frequencies.position(static_cast<float>(point.frequency));
+    return at >= 0 && !frequencies.is_enabled(at);
+  };
+  std::erase_if(station.points, is_off);
+  std::erase_if(station.tipper, is_off);
+}
+
 /// The dipoles with which each line has curves, by the line as the survey spells it.
 std::map<std::string, std::vector<float>> dipoles_of_lines(std::int32_t reference_type) {
   std::map<std::string, std::vector<float>> dipoles;
@@ -80,7 +89,7 @@ Outcome SurveyTensors::load_others(const Frequencies& frequencies) {
   });
 }
 
-int SurveyTensors::make_map(bool all_lines, SiteMap& map) const {
+int SurveyTensors::make_map(bool all_lines, const Frequencies& frequencies, SiteMap& map) const {
   map = {};
   return trap_errors(failed, [&] {
     std::vector<LineStations> chosen;
@@ -88,6 +97,8 @@ int SurveyTensors::make_map(bool all_lines, SiteMap& map) const {
     for (const auto& [line, stations] : lines_) {
       if (all_lines || line == shown_.line) {
         chosen.push_back({line, stations});
+        std::ranges::for_each(chosen.back().stations,
+                              [&](StationTensor& station) { leave_out_disabled(frequencies, station); });
         names.push_back(line);
       }
     }

@@ -28,9 +28,10 @@ class SurveyTensors {
   /// was loaded by then stays.
   Module_averaged_data::Outcome load_others(const Frequencies& frequencies);
 
-  /// The line that was taken last, or all that are loaded. Reads the places from the open survey.
+  /// The line that was taken last, or all that are loaded, without frequencies that are switched off. Reads
+  /// the places from the open survey.
   /// @return 0, or -1 after a message; the map is empty then
-  [[nodiscard]] int make_map(bool all_lines, SiteMap& map) const;
+  [[nodiscard]] int make_map(bool all_lines, const Frequencies& frequencies, SiteMap& map) const;
 
   [[nodiscard]] const LineChoice& shown() const { return shown_; }
 

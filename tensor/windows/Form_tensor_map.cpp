@@ -118,7 +118,7 @@ void Form_tensor_map::rebuild() {
   MapContents contents;
   contents.look = controls_->look();
   const BusyPointer busy;
-  static_cast<void>(survey_.make_map(controls_->all_lines(), contents.map));
+  static_cast<void>(survey_.make_map(controls_->all_lines(), session().frequencies, contents.map));
   contents.heading = heading_of(survey_.shown(), controls_->all_lines());
   contents.note = empty_note(survey_.shown(), contents.map);
   contents.current = shown_.station_id();

@@ -21,6 +21,7 @@ constexpr double bottom_room = 36.0;
 constexpr double fit_margin = 48.0;  // for the glyphs of the outermost sites and their names
 constexpr int outline_points = 48;
 constexpr double dot_radius = 2.0;
+constexpr double current_gap = 4.0;  // between a glyph and the ring of the station that is shown
 
 constexpr QColor outline_colour(40, 40, 40);
 constexpr QColor uncertain_colour(165, 165, 165);
@@ -55,14 +56,6 @@ std::vector<QPointF> places_of(const MapContents& contents, const PlanFrame& fra
   return places;
 }
 
-/// A direction from true north as one on the plan.
-GlyphPoint on_plan(GlyphPoint point, double true_north) {
-  constexpr double degree = 0.017453292519943295;
-  const double c = std::cos(true_north * degree);
-  const double s = std::sin(true_north * degree);
-  return {c * point[0] + s * point[1], c * point[1] - s * point[0]};
-}
-
 void paint_ellipses(const Drawing& drawing) {
   const MapContents& contents = drawing.contents;
   for (const std::size_t index : drawing.within) {
@@ -72,7 +65,7 @@ void paint_ellipses(const Drawing& drawing) {
     }
     std::vector<GlyphPoint> outline = ellipse_outline(*tensor, outline_points);
     for (GlyphPoint& point : outline) {
-      point = on_plan(point, contents.map.sites[index].true_north);
+      point = turned_clockwise(point, contents.map.sites[index].true_north);
     }
     const auto filled = fill_value(*tensor, contents.look.fill);
     const QBrush brush = filled.has_value()
@@ -92,7 +85,7 @@ void paint_arrows(const Drawing& drawing) {
     const double north = drawing.contents.map.sites[index].true_north;
     const auto paint = [&](const numerics::impedance::Arrow& arrow, const QColor& colour) {
       paint_arrow(drawing.painter, drawing.places[index],
-                  on_plan({pixels * arrow.east, pixels * arrow.north}, north), colour);
+                  turned_clockwise({pixels * arrow.east, pixels * arrow.north}, north), colour);
     };
     if (look.imaginary_arrows && values.imaginary_arrow) {
       paint(*values.imaginary_arrow, imaginary_colour);
@@ -116,8 +109,7 @@ void paint_current(const Drawing& drawing) {
   const auto& sites = drawing.contents.map.sites;
   for (const std::size_t index : drawing.within) {
     if (drawing.contents.current == sites[index].station.StationID) {
-      constexpr double gap = 4.0;
-      const double radius = gap + drawing.reach(index);
+      const double radius = current_gap + drawing.reach(index);
       drawing.painter.setBrush(Qt::NoBrush);
       drawing.painter.setPen(QPen(Qt::magenta, 2.0));
       drawing.painter.drawEllipse(drawing.places[index], radius, radius);
@@ -136,7 +128,8 @@ void paint_names(const Drawing& drawing) {
   std::vector<NamedDot> dots;
   for (const std::size_t index : drawing.within) {
     const QPointF at = drawing.places[index];
-    const double reach = drawing.reach(index);
+    const bool is_current = drawing.contents.current == drawing.contents.map.sites[index].station.StationID;
+    const double reach = drawing.reach(index) + (is_current ? current_gap : 0.0);
     const double half = share * reach;
     taken.take(QRectF(at.x() - half, at.y() - half, 2.0 * half, 2.0 * half));
     dots.push_back({at, reach + gap, name_of(drawing.contents.map.sites[index].station)});

@@ -1,11 +1,14 @@
 #include "tensor/windows/section_pages.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <utility>
 
 #include "core/session_state.h"
 #include "display/line_axis.h"
 #include "tensor/section_points.h"
+#include "tensor/windows/map_pages.h"
 #include "tensor/windows/pseudo_section_painter.h"
 
 namespace Module_tensor {
@@ -72,7 +75,11 @@ std::vector<DocumentPage> make_pages(Module_display_data::PositionSource positio
 }  // namespace
 
 Module_display_data::MakePages section_pages(Module_display_data::PositionSource positions) {
-  return [positions] { return make_pages(positions); };
+  return [positions] {
+    std::vector<DocumentPage> pages = make_pages(positions);
+    std::ranges::move(map_pages(), std::back_inserter(pages));
+    return pages;
+  };
 }
 
 }  // namespace Module_tensor

@@ -77,6 +77,14 @@ TEST(Ellipse_outline, Is_empty_where_there_is_none) {
   EXPECT_TRUE(ellipse_outline(endless, 36).empty());
 }
 
+TEST(Turned_clockwise, Takes_north_to_east) {
+  const GlyphPoint north = turned_clockwise({0.0, 2.0}, 90.0);
+  EXPECT_NEAR(north[0], 2.0, 1e-12);
+  EXPECT_NEAR(north[1], 0.0, 1e-12);
+  const GlyphPoint west_of_north = turned_clockwise({0.0, 1.0}, -30.0);
+  EXPECT_NEAR(west_of_north[0], -0.5, 1e-12);
+}
+
 TEST(Arrow_shape, Has_its_tip_where_it_points_and_a_head_that_fits) {
   const auto east = arrow_shape({40.0, 0.0}, 8.0);
   ASSERT_TRUE(east);
