@@ -4,8 +4,6 @@
 #include <span>
 #include <utility>
 
-#include "rhoplus/line_consistency.h"
-
 namespace Module_rhoplus {
 
 using Module_tensor::LineTensors;
@@ -94,20 +92,21 @@ bool SectionResiduals::update(const LineTensors& line, const Frequencies& freque
     }
   }
   if (changed.size() > at_a_glance) {
-    const LineConsistency all = line_consistency(line, frequencies, settings, progress);
+    LineConsistency all = line_consistency(line, frequencies, settings, progress);
     if (all.stopped) {
       return false;
     }
-    residuals_.clear();
-    for (const StationConsistency& station : all.stations) {
-      residuals_.push_back(residuals_of(station));
-    }
+    consistency_ = std::move(all);
   } else {
-    residuals_.resize(inputs.size());
+    consistency_.stations.resize(inputs.size());
     for (const std::size_t i : changed) {
-      residuals_[i] =
-          residuals_of(station_consistency(line.curves.stations[i], line.stations[i], frequencies, settings));
+      consistency_.stations[i] =
+          station_consistency(line.curves.stations[i], line.stations[i], frequencies, settings);
     }
+  }
+  residuals_.clear();
+  for (const StationConsistency& station : consistency_.stations) {
+    residuals_.push_back(residuals_of(station));
   }
   inputs_ = std::move(inputs);
   return true;

@@ -6,6 +6,7 @@
 
 #include "core/frequencies.h"
 #include "output/rhoplus_settings.h"
+#include "rhoplus/line_consistency.h"
 #include "tensor/line_tensors.h"
 #include "tensor/section_points.h"
 
@@ -19,10 +20,12 @@ class SectionResiduals {
   /// @return whether they are complete: false after a stop, which keeps what there was before
   bool update(const Module_tensor::LineTensors& line, const Frequencies& frequencies,
               const Module_output::RhoplusSettings& settings, const std::function<bool(double)>& progress);
-  /// In the order of the line's stations.
+  /// What update has found last, and of it what pseudo-sections take: in the order of the line's stations.
+  [[nodiscard]] const LineConsistency& consistency() const { return consistency_; }
   [[nodiscard]] const std::vector<Module_tensor::StationResiduals>& stations() const { return residuals_; }
 
  private:
+  LineConsistency consistency_;
   std::vector<Module_tensor::StationResiduals> residuals_;
   std::vector<std::uint64_t> inputs_;  // of each station: what it was computed from
 };

@@ -19,6 +19,7 @@
 #include "reduction/each_item.h"
 #include "tensor/section_masks.h"
 #include "tensor/section_texts.h"
+#include "tensor/windows/consistency_panel.h"
 #include "tensor/windows/pseudo_section_controls.h"
 #include "tensor/windows/pseudo_section_file.h"
 #include "tensor/windows/pseudo_section_pane.h"
@@ -69,6 +70,8 @@ Form_pseudo_section::Form_pseudo_section(ShownLine& shown, QWidget* parent)
   setObjectName("Form_pseudo_section");
   setWindowTitle("Pseudo-section");
   make_panes();
+  consistency_ = new ConsistencyPanel(shown_, [this] { return consistency_of_line(); });
+  consistency_->hide();
   lay_out();
   connect_controls();
   add_shortcuts();
@@ -121,6 +124,7 @@ void Form_pseudo_section::lay_out() {
   rows->setSpacing(6);
   rows->addWidget(make_switches());
   rows->addLayout(sections, 1);
+  rows->addWidget(consistency_);
   rows->addWidget(Status_section_);
   Status_section_->setSizeGripEnabled(false);
 }
@@ -144,6 +148,7 @@ void Form_pseudo_section::connect_controls() {
        {Check_period_up_, Check_contours_, Check_points_, Check_section_hide_masked_}) {
     connect(box, &QCheckBox::toggled, this, &Form_pseudo_section::show_pictures);
   }
+  connect(consistency_, &ConsistencyPanel::proposal_changed, this, &Form_pseudo_section::show_pictures);
   connect(Check_compare_, &QCheckBox::toggled, this, &Form_pseudo_section::compare);
   connect(Check_section_by_distance_, &QCheckBox::clicked, this, &Form_pseudo_section::choose_positions);
   connect(Command_save_section_, &QPushButton::clicked, this, &Form_pseudo_section::ask_and_save);
@@ -232,6 +237,28 @@ void Form_pseudo_section::update_residuals() {
       });
 }
 
+const Module_rhoplus::LineConsistency* Form_pseudo_section::consistency_of_line() {
+  residuals_stopped_ = false;
+  rebuild();
+  return residuals_stopped_ || inverting_ ? nullptr : &residuals_.consistency();
+}
+
+std::vector<RingedPoint> Form_pseudo_section::proposed_points(const QuantityFacts& facts) const {
+  std::vector<RingedPoint> points;
+  if (!facts.is_misfit() || !consistency_->proposal()) {
+    return points;
+  }
+  const bool of_phase = facts.component == Module_averaged_data::OutlierField::phase;
+  for (const Module_rhoplus::ProposedPoint& point : consistency_->proposal()->points) {
+    if (facts.curves[0] == Module_rhoplus::consistency_types[point.mode_index] &&
+        (of_phase ? point.phase : point.resistivity)) {
+      points.push_back({point.station_index, point.frequency});
+    }
+  }
+  std::ranges::sort(points);
+  return points;
+}
+
 PseudoSection Form_pseudo_section::make_section(SectionQuantity quantity) {
   const auto residuals = residuals_stopped_ ? std::span<const StationResiduals>() : residuals_.stations();
   const SectionSource source{&shown_.line(), &session().frequencies, phase_tensors_, residuals};
@@ -257,6 +284,7 @@ void Form_pseudo_section::rebuild() {
 
 void Form_pseudo_section::show_pictures() {
   const LineTensors& line = shown_.line();
+  consistency_->setVisible(shows_misfit() && !line.stations.empty());
   std::optional<SectionRange> across;
   std::array<std::optional<SectionRange>, 2> heights;  // by SectionAxis: sections of one kind have one axis
   for (const PseudoSection& section : sections_) {
@@ -280,6 +308,7 @@ void Form_pseudo_section::show_pictures() {
     picture.points = Check_points_->isChecked();
     picture.hide_masked = Check_section_hide_masked_->isChecked();
     picture.framed = shown_.station_index();
+    picture.ringed = proposed_points(facts_of(section.quantity));
     panes_[i]->show_picture(std::move(picture));
   }
 }

@@ -9,8 +9,10 @@
 
 #include "rhoplus/section_residuals.h"
 #include "tensor/pseudo_section.h"
+#include "tensor/windows/pseudo_section_painter.h"
 #include "tensor/windows/shown_line.h"
 
+class ConsistencyPanel;
 class PseudoSectionControls;
 class PseudoSectionPane;
 class QCheckBox;
@@ -51,6 +53,10 @@ class Form_pseudo_section : public QDialog {
   /// The pictures again, from the sections as they are.
   void show_pictures();
   void update_residuals();
+  [[nodiscard]] const Module_rhoplus::LineConsistency* consistency_of_line();
+  /// The points of a misfit that are proposed to be masked.
+  [[nodiscard]] std::vector<Module_tensor::RingedPoint> proposed_points(
+      const Module_tensor::QuantityFacts& facts) const;
   [[nodiscard]] bool shows_misfit() const;
   [[nodiscard]] Module_tensor::PseudoSection make_section(Module_tensor::SectionQuantity quantity);
   void compare(bool second);
@@ -72,6 +78,7 @@ class Form_pseudo_section : public QDialog {
   std::array<PseudoSectionPane*, pane_count> panes_{};
   std::array<PseudoSectionControls*, pane_count> controls_{};
   std::array<QWidget*, pane_count> columns_{};  // controls above their pane
+  ConsistencyPanel* consistency_ = nullptr;     // beneath sections of the misfit
   QCheckBox* Check_compare_;
   QCheckBox* Check_period_up_;
   QCheckBox* Check_section_by_distance_;

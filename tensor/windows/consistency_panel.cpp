@@ -13,11 +13,8 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
-#include "core/user_interface.h"
 #include "display/marked_points.h"
-#include "output/rhoplus_settings.h"
 #include "platform/widgets/panel_controls.h"
-#include "reduction/each_item.h"
 
 using namespace Module_rhoplus;
 using Module_averaged_data::Component;
@@ -47,9 +44,10 @@ void take_number(QLineEdit& box, double& value) {
 
 }  // namespace
 
-ConsistencyPanel::ConsistencyPanel(ShownLine& shown, QWidget* parent)
+ConsistencyPanel::ConsistencyPanel(ShownLine& shown, Residuals residuals, QWidget* parent)
     : QWidget(parent),
       shown_(shown),
+      residuals_(std::move(residuals)),
       Text_errors_(make_text("Text_errors", limit_characters)),
       Text_skew_(make_text("Text_skew", limit_characters)),
       Check_three_dimensional_(
@@ -117,16 +115,9 @@ void ConsistencyPanel::propose() {
   }
   take_limits();
   const ScopedValue working(working_, true);
-  const Module_tensor::LineTensors line = shown_.line();  // events run below
-  const Frequencies frequencies = session().frequencies;
-  Module_averaged_data::WorkProgress progress("Comparing with layered ground", 1);
-  LineConsistency consistency =
-      line_consistency(line, frequencies, Module_output::rhoplus_settings(), [&](double share) {
-        progress.show(0, share);
-        return !user_interface().stop_requested();
-      });
-  if (!consistency.stopped && consistency.stations.size() == shown_.line().stations.size()) {
-    consistency_ = std::move(consistency);
+  const LineConsistency* const consistency = residuals_();  // events run meanwhile
+  if (consistency != nullptr && consistency->stations.size() == shown_.line().stations.size()) {
+    consistency_ = *consistency;
     make_proposal();
   }
 }

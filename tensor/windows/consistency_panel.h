@@ -2,6 +2,7 @@
 // in the main window's graphs, and masks it as one command.
 #pragma once
 #include <QWidget>
+#include <functional>
 #include <optional>
 
 #include "rhoplus/mask_proposal.h"
@@ -16,8 +17,11 @@ class ConsistencyPanel : public QWidget {
   Q_OBJECT
 
  public:
+  /// The residuals of the shown line as it is now; null if the user stops.
+  using Residuals = std::function<const Module_rhoplus::LineConsistency*()>;
+
   /// @param shown  outlives this panel
-  explicit ConsistencyPanel(ShownLine& shown, QWidget* parent = nullptr);
+  ConsistencyPanel(ShownLine& shown, Residuals residuals, QWidget* parent = nullptr);
   ~ConsistencyPanel() override;
   ConsistencyPanel(const ConsistencyPanel&) = delete;
   ConsistencyPanel& operator=(const ConsistencyPanel&) = delete;
@@ -25,7 +29,7 @@ class ConsistencyPanel : public QWidget {
   /// What is proposed now, of the stations of the shown line; none until it is asked for.
   [[nodiscard]] const std::optional<Module_rhoplus::MaskProposal>& proposal() const { return proposal_; }
 
-  /// Inverts the line, with progress, and proposes what lies beyond the limit.
+  /// Proposes what lies beyond the limit.
   void propose();
   /// Masks what is proposed.
   void mask();
@@ -42,6 +46,7 @@ class ConsistencyPanel : public QWidget {
   [[nodiscard]] QString summary() const;
 
   ShownLine& shown_;
+  Residuals residuals_;
   Module_rhoplus::ProposalRules rules_;
   std::optional<Module_rhoplus::LineConsistency> consistency_;
   std::optional<Module_rhoplus::MaskProposal> proposal_;

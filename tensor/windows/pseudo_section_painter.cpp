@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "core/number_text.h"
 #include "platform/graph/picture_axes.h"
@@ -200,6 +201,23 @@ void paint_points(QPainter& painter, const PseudoSectionPicture& picture, const 
   painter.drawLines(crosses);
 }
 
+void paint_rings(QPainter& painter, const PseudoSectionPicture& picture, const Plot& plot) {
+  constexpr double radius = 6.0;
+  painter.setBrush(Qt::NoBrush);
+  for (const SectionColumn& column : picture.section.columns) {
+    for (const SectionPoint& point : column.points) {
+      if (std::ranges::binary_search(
+              picture.ringed, RingedPoint{column.station_index, static_cast<float>(point.frequency)})) {
+        for (const auto& [colour, width] :
+             {std::pair(QColor(Qt::white), 4.0), std::pair(QColor(Qt::black), 2.0)}) {
+          painter.setPen(QPen(colour, width));
+          painter.drawEllipse(QPointF(plot.x(column.x), plot.y(point.height)), radius, radius);
+        }
+      }
+    }
+  }
+}
+
 void paint_frame(QPainter& painter, const PseudoSectionPicture& picture, const Plot& plot) {
   for (const SectionColumn& column : picture.section.columns) {
     if (picture.framed && column.station_index == *picture.framed) {
@@ -352,6 +370,9 @@ void paint_pseudo_section(QPainter& painter, QSize size, const PseudoSectionPict
   }
   if (picture.points) {
     paint_points(painter, picture, plot);
+  }
+  if (!picture.ringed.empty()) {
+    paint_rings(painter, picture, plot);
   }
   paint_frame(painter, picture, plot);
   painter.restore();

@@ -5,12 +5,21 @@
 #include <QRectF>
 #include <QSize>
 #include <QString>
+#include <compare>
 #include <optional>
+#include <vector>
 
 #include "platform/graph/axis_view.h"
 #include "tensor/pseudo_section.h"
 
 namespace Module_tensor {
+
+struct RingedPoint {
+  std::size_t station_index = 0;  // in the line
+  float frequency = 0.0F;         // Hz
+
+  auto operator<=>(const RingedPoint&) const = default;
+};
 
 /// Everything that a picture of a section shows.
 struct PseudoSectionPicture {
@@ -26,6 +35,7 @@ struct PseudoSectionPicture {
   bool points = true;                 // dots where data are, crosses where they are masked
   bool hide_masked = false;           // no crosses
   std::optional<std::size_t> framed;  // index of a station of the line
+  std::vector<RingedPoint> ringed;    // points that are proposed for something, ascending
 };
 
 /// Gives a picture its own limits as the limits of the whole.
