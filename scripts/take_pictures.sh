@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Takes the pictures of the tutorial again, on the sample survey of ./run, into docs/screenshots.
+# Takes the pictures of the tutorial again, on the sample surveys of ./run, into docs/screenshots.
 #
 #   scripts/take_pictures.sh [BUILD]     BUILD: build folder of the programs, build/release
 #
@@ -11,11 +11,14 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 if [ "${1:-}" != "--inside" ]; then
   build="${1:-build/release}"
   root="$(mktemp -d)"
-  mkdir "$root/pictures" "$root/root"
+  mkdir -p "$root/pictures/tensors" "$root/root"
   trap 'rm -r "$root/pictures"; rmdir "$root/root" "$root"' EXIT  # never through what is mounted
   unshare --map-root-user --mount "$0" --inside "$build" "$root"
   for picture in docs/screenshots/*.png; do
     cp "$root/pictures/$(basename "$picture")" "$picture"
+  done
+  for picture in pseudo_section strike tensor_map; do  # there is more to see in whole tensors
+    cp "$root/pictures/tensors/$picture.png" "docs/screenshots/$picture.png"
   done
   exit
 fi
@@ -42,6 +45,11 @@ cat >"$root/tmp/screen.json" <<END
 {"screens": [{"name": "offscreen", "x": 0, "y": 0, "width": 1280, "height": 800,
   "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]}
 END
-exec chroot "$root" /usr/bin/env -i PATH=/usr/bin:/bin HOME=/home/surveys XDG_RUNTIME_DIR=/tmp/runtime LANG=C.UTF-8 \
-  QT_QPA_PLATFORM=offscreen:configfile=/tmp/screen.json \
-  /opt/brenlox/brenlox_screenshots /home/surveys/200E/sample.mdb /mnt/pictures
+take() {
+  chroot "$root" /usr/bin/env -i PATH=/usr/bin:/bin HOME=/home/surveys XDG_RUNTIME_DIR=/tmp/runtime LANG=C.UTF-8 \
+    QT_QPA_PLATFORM=offscreen:configfile=/tmp/screen.json /opt/brenlox/brenlox_screenshots "$@"
+}
+take /home/surveys/200E/sample.mdb /mnt/pictures
+mkdir "$root/home/surveys/100E"
+cp demo_output/tensor_line.mdb "$root/home/surveys/100E/"
+take /home/surveys/100E/tensor_line.mdb /mnt/pictures/tensors
