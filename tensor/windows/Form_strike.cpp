@@ -110,9 +110,12 @@ void Form_strike::add_buttons(QVBoxLayout& rows) {
   pictures->addAction("Dimensions as PN&G...", this, [this] { save_picture(Picture::dimensions, "png"); });
   pictures->addAction("Dimensions as PD&F...", this, [this] { save_picture(Picture::dimensions, "pdf"); });
   save_->setMenu(pictures);
+  save_->setToolTip("Writes the roses or the dimensions as PNG or PDF");
   auto* const copy = make_button("Command_copy_table", "&Copy table");
+  copy->setToolTip("Puts the table on the clipboard, to be pasted into a spreadsheet");
   connect(copy, &QPushButton::clicked, table_, &StrikeTable::copy_all);
   auto* const done = make_button("Command_done", "&Done");
+  done->setToolTip("Closes this window");
   connect(done, &QPushButton::clicked, this, &QDialog::accept);
   auto* const row = new QHBoxLayout;
   row->addWidget(ey_);

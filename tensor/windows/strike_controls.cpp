@@ -66,6 +66,9 @@ StrikeControls::StrikeControls(QWidget* parent)
 void StrikeControls::lay_out() {
   all_->setAutoDefault(false);
   all_->setToolTip("All frequencies of the line");
+  from_->setToolTip("One end of the band, Hz; empty: that of the data");
+  to_->setToolTip("The other end of the band, Hz; empty: that of the data");
+  bins_->setToolTip("How wide the bins of the roses are");
   method_->setToolTip("What the best strike, the large rose and the table are made from");
   weights_->setToolTip(
       "Of the phase tensors: by ellipticity squared those near to one dimension have little say");

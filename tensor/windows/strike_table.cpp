@@ -97,6 +97,8 @@ QString remarks_text(const StationTensor& station) {
 
 StrikeTable::StrikeTable(QWidget* parent) : QTableWidget(0, static_cast<int>(headings.size()), parent) {
   setObjectName("Grid_stations");
+  setAccessibleName("Strike by station");
+  setToolTip("A double click shows the station in the main window");
   setHorizontalHeaderLabels(headings);
   for (int column = 0; column < columnCount(); ++column) {
     horizontalHeaderItem(column)->setToolTip(hints[column]);

@@ -64,7 +64,8 @@ constexpr Keys keys_of_windows[] = {
     {"rhoplus_results"},
     {"rhoplus_log"},
     {"occam_inversion"},
-    {"pseudo_section"},
+    {"pseudo_section", nullptr, false, true},  // the section has it: arrow keys step through stations
+    {"strike"},
     {"tensor_map"},
 };
 

@@ -428,7 +428,7 @@ TEST_F(Batch_program, Plots_makes_a_page_of_the_profile_and_of_each_station) {
   ASSERT_EQ(written.status, 0) << written.errors;
   const std::string document = file_contents(folder_.path("line.pdf"));
   EXPECT_EQ(document.substr(0, 5), "%PDF-");
-  EXPECT_NE(document.find("/Count 3"), std::string::npos) << "pages";
+  EXPECT_NE(document.find("/Count 9"), std::string::npos) << "pages, six of them of the line as a whole";
 
   EXPECT_EQ(run({"plots", "survey.mdb", "--line", "none", "--output", "line.pdf"}).status, 1);
   EXPECT_EQ(file_contents(folder_.path("line.pdf")), document);
