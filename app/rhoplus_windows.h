@@ -23,7 +23,7 @@ class RhoplusWindows : public QObject {
   void close_results();
 
   /// The strike that new two-dimensional inversions may be rotated to, degrees from north.
-  void propose_strike(double strike) { proposed_strike_ = strike; }
+  void propose_strike(std::optional<double> strike) { proposed_strike_ = strike; }
 
  Q_SIGNALS:
   /// The user wants the two-dimensional inversion of a run that was created.

@@ -16,10 +16,7 @@ TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
           [this](int station_index, double frequency) { display_.display_at(station_index, frequency); });
   connect(&line_, &ShownLine::edited, &display_, &SurveyDisplay::redraw);
   connect(&line_, &ShownLine::marks_changed, &display_, &SurveyDisplay::redraw);
-  connect(&line_, &ShownLine::strike_chosen, this, [this](double strike) {
-    chosen_strike_ = strike;
-    Q_EMIT strike_chosen(strike);
-  });
+  connect(&line_, &ShownLine::strike_chosen, this, [this](double strike) { Q_EMIT strike_chosen(strike); });
 }
 
 void TensorWindows::show_pseudo_section() {
@@ -64,6 +61,10 @@ void TensorWindows::close_all() {
   for (const QPointer<QWidget>& window : {pseudo_section_, strike_, map_}) {
     if (window) {
       window->close();
+      // At once: a closed window that still follows the line may begin work whose progress runs events, and
+      // these would delete it in the middle.
+      delete window.data();
     }
   }
+  Q_EMIT strike_chosen(std::nullopt);
 }

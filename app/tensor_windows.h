@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QPointer>
+#include <optional>
 
 #include "app/survey_display.h"
 #include "tensor/windows/shown_line.h"
@@ -21,11 +22,9 @@ class TensorWindows : public QObject {
   void show_map();
   void close_all();
 
-  /// The strike that was handed on last, degrees from north; none until then.
-  [[nodiscard]] std::optional<double> chosen_strike() const { return chosen_strike_; }
-
  Q_SIGNALS:
-  void strike_chosen(double strike);
+  /// A strike is handed on, degrees from north; none: that of another survey holds no longer.
+  void strike_chosen(std::optional<double> strike);
 
  private:
   SurveyDisplay& display_;
@@ -35,5 +34,4 @@ class TensorWindows : public QObject {
   QByteArray pseudo_section_place_;  // on the screen, where it was closed last
   QPointer<QWidget> strike_;
   QPointer<QWidget> map_;
-  std::optional<double> chosen_strike_;
 };

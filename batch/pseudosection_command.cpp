@@ -7,7 +7,9 @@
 #include "batch/command.h"
 #include "batch/line_options.h"
 #include "batch/offscreen_application.h"
+#include "core/file_names.h"
 #include "core/number_text.h"
+#include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "database/frequency_store.h"
 #include "display/line_axis.h"
@@ -191,7 +193,13 @@ Command add_pseudosection_command(Program& program) {
       .required()
       .one_of(quantity_words());
   parser.add_option("--output", options->output, "path ending in .png or .pdf; an earlier file is replaced")
-      .required();
+      .required()
+      .checked([](const std::string& text) {
+        const std::string ending = Module_util::file_extension(text);
+        return equal_ignoring_case(ending, "png") || equal_ignoring_case(ending, "pdf")
+                   ? std::string()
+                   : text + " doesn't end in .png or .pdf";
+      });
   parser.add_flag("--by-distance", options->by_distance,
                   "by metres along the line, from the places of the sites, not by station numbers");
   parser.add_flag("--period-up", options->period_up, "long periods at the top");
@@ -203,7 +211,9 @@ Command add_pseudosection_command(Program& program) {
   parser.add_option("--range", options->range,
                     "LO,HI of the colours in their unit, ohm-m say, or \"data\" for the range of the data; "
                     "left out: the same for all lines");
-  parser.add_option("--size", options->size, "pixels, as WxH, from 300 to 10000")
+  parser
+      .add_option("--size", options->size,
+                  "of the picture as on a screen, as WxH, from 300 to 10000; a PNG has twice as many pixels")
       .checked([](const std::string& text) {
         return size_of(text) ? std::string() : text + " is not a size as 1200x700";
       })

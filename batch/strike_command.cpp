@@ -51,6 +51,7 @@ struct StrikeLine {
   std::optional<double> azimuth;
   FrequencyBand band;
   std::vector<FrequencyBand> bands;  // the whole one first
+  std::vector<std::string> remarks;  // on stations, and why some have no tensor
 };
 
 template <class Choice>
@@ -145,7 +146,8 @@ Json json_of(const StrikeLine& line, const std::vector<StrikeChoices>& all) {
   }
   return {{"line", line.name},
           {"line_azimuth", line.azimuth ? Json(*line.azimuth) : Json()},
-          {"band_strike", std::move(strikes)}};
+          {"band_strike", std::move(strikes)},
+          {"remarks", line.remarks}};
 }
 
 std::string number_or_dash(double value) { return std::isnan(value) ? "-" : format_number(value, "0.0"); }
@@ -199,6 +201,40 @@ void print(const StrikeLine& line, const std::vector<StrikeChoices>& all) {
   }
 }
 
+/// What has to be known of the stations, and which were refused.
+std::vector<std::string> remarks_of(const std::vector<Module_tensor::StationTensor>& stations) {
+  std::vector<std::string> remarks;
+  for (const Module_tensor::StationTensor& station : stations) {
+    if (!station.refusal.empty()) {
+      remarks.push_back(station.refusal);
+    }
+    std::ranges::copy(station.remarks, std::back_inserter(remarks));
+  }
+  return remarks;
+}
+
+/// Why a line has nothing to find a strike from.
+std::string why_nothing(const std::string& line, const std::vector<Module_tensor::StationTensor>& stations) {
+  const auto refused = std::ranges::count_if(
+      stations, [](const Module_tensor::StationTensor& station) { return !station.refusal.empty(); });
+  const bool has_tippers = std::ranges::any_of(
+      stations, [](const Module_tensor::StationTensor& station) { return !station.tipper.empty(); });
+  if (stations.empty()) {
+    return "No station of line " + line + " has all four elements of a tensor, or a tipper";
+  }
+  if (static_cast<std::size_t>(refused) < stations.size() || has_tippers) {
+    return "All frequencies at which line " + line + " has tensors or tippers are switched off";
+  }
+  return "No station of line " + line + " has a tipper, and " +
+         (refused == 1 ? "its only one is" : "all " + std::to_string(refused) + " are") +
+         " refused as tensors, for the reasons above";
+}
+
+std::string text_of(const Json& json) {
+  // Names of an older survey may hold bytes that are no UTF-8.
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
 /// @return 0, or -1 after a message
 int load(const Module_tensor::LineChoice& choice, const StrikeOptions& options, StrikeLine& line) {
   const auto frequencies = Module_database::load_reference_frequencies(choice.reference_type);
@@ -207,12 +243,15 @@ int load(const Module_tensor::LineChoice& choice, const StrikeOptions& options, 
     return -1;
   }
   line.name = choice.line;
-  line.stations = Module_tensor::strike_stations(tensors.stations);
+  line.stations = Module_tensor::strike_stations(tensors.stations, *frequencies);
+  line.remarks = remarks_of(tensors.stations);
+  for (const std::string& remark : line.remarks) {
+    user_interface().show_message(remark);
+  }
   line.azimuth = Module_tensor::line_azimuth(choice.line);
   const auto whole = Module_tensor::whole_band(line.stations);
   if (!whole) {
-    user_interface().show_message("No station of line " + choice.line +
-                                  " has all four elements of a tensor, or a tipper");
+    user_interface().show_message(why_nothing(choice.line, tensors.stations));
     return -1;
   }
   line.band = *whole;
@@ -233,9 +272,9 @@ int find_strikes(const Module_tensor::LineChoice& choice, const StrikeOptions& o
   if (options.json_path.empty()) {
     print(line, all);
   } else if (options.json_path == "-") {
-    std::cout << json_of(line, all).dump(2) << '\n';
+    std::cout << text_of(json_of(line, all));
   } else {
-    safe_files::write_into_place(options.json_path, json_of(line, all).dump(2) + '\n');
+    safe_files::write_into_place(options.json_path, text_of(json_of(line, all)));
     user_interface().show_message("The strikes are written to " + options.json_path);
   }
   return 0;

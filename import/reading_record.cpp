@@ -3,8 +3,17 @@
 #include <utility>
 
 #include "core/number_text.h"
+#include "core/text_fields.h"
 
 namespace Module_data_file {
+
+bool KeyOrder::operator()(const Module_database::ReadingKey& a, const Module_database::ReadingKey& b) const {
+  const auto members = [](const Module_database::ReadingKey& key) {
+    return std::make_tuple(upper_case(key.line), key.station, key.reference_type, key.scan_rate,
+                           key.data_type, key.dipole);
+  };
+  return members(a) < members(b);
+}
 
 void start_file(ReadingRecord& record, std::size_t index) {
   ReadingRecord fresh;

@@ -39,6 +39,12 @@ struct ScannedStation {
   }
 };
 
+/// Keys in order, each once; lines are the same in any case.
+struct KeyOrder {
+  bool operator()(const Module_database::ReadingKey& a, const Module_database::ReadingKey& b) const;
+};
+using KeySet = std::set<Module_database::ReadingKey, KeyOrder>;
+
 struct MapPosition {
   double x = 0.0;  // m, east
   double y = 0.0;  // m, north
@@ -75,6 +81,7 @@ struct RunState {
   const ImportPlan* plan = nullptr;             // where one is carried out; its owner outlives the run
   FoundSites found;
   std::set<std::int32_t> stations_left;  // StationID of readings that were replaced
+  KeySet keys_left;                      // those that replaced readings had and the new ones don't have
   /// What the files have said of sites, with their places in the list of files.
   std::vector<std::pair<std::size_t, Module_database::Site>> said_sites;
 };

@@ -18,6 +18,7 @@
 #include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
+#include "reduction/derived_rows.h"
 
 namespace Module_data_file {
 
@@ -61,8 +62,17 @@ void forget_sites_of_file(std::int32_t file_id, const std::string& name) {
   }
 }
 
+// A damaged row has no key by which anything could have been computed from it.
+void note_key(const dao::Recordset& row, KeySet& keys) {
+  try {
+    keys.insert(Module_averaged_data::key_of_row(row));
+  } catch (const dao::Error&) {
+    return;
+  }
+}
+
 // One statement: a search for each row would go through what is left of the file again and again.
-std::int32_t delete_readings_of_file(std::int32_t file_id, std::set<std::int32_t>& left) {
+std::int32_t delete_readings_of_file(std::int32_t file_id, std::set<std::int32_t>& left, KeySet& keys) {
   auto& survey = Module_database::open_survey();
   const std::string of_file = "FileID = " + format_number(file_id, "0");
   const std::string readings = "FROM ReadingsDataTable WHERE " + of_file;
@@ -70,6 +80,11 @@ std::int32_t delete_readings_of_file(std::int32_t file_id, std::set<std::int32_t
   dao::Recordset places = survey.database.open_recordset("SELECT DISTINCT StationID " + readings);
   for (; !places.eof(); places.move_next()) {
     left.insert(places.get_long("StationID"));
+  }
+  dao::Recordset replaced = survey.database.open_recordset(
+      "SELECT DISTINCT LineNumber,Station,ReferenceType,SampleRate,DataType,DipoleLength " + readings);
+  for (; !replaced.eof(); replaced.move_next()) {
+    note_key(replaced, keys);
   }
   Module_database::delete_readings(of_file);
   return count;
@@ -134,7 +149,8 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
     notes.file_known = true;
     notes.earlier_name = rows.name;
     forget_sites_of_file(row->second, rows.name);
-    notes.replaced_readings = delete_readings_of_file(row->second, record.run.stations_left);
+    notes.replaced_readings =
+        delete_readings_of_file(row->second, record.run.stations_left, notes.replaced_keys);
     files.find_first(ID_criteria(row->second));
     files.edit();
   }
@@ -178,7 +194,7 @@ void write_reading(dao::Recordset& readings, const ReadingRecord& record, std::s
   Module_database::write_curve(readings, record.curve);
 }
 
-void store_data(const ReadingRecord& record, std::string_view data_type) {
+void store_data(const ReadingRecord& record, std::string_view data_type, StoreNotes& notes) {
   dao::Recordset& readings = Module_database::open_survey().readings;
   const std::string criteria = "FileID = " + format_number(record.FileID, "0") +
                                " AND SampleRate = " + criterion_text(stored_rate(record)) +
@@ -189,10 +205,15 @@ void store_data(const ReadingRecord& record, std::string_view data_type) {
   if (is_new) {
     readings.add_new();
   } else {
+    note_key(readings, notes.replaced_keys);
     readings.edit();
   }
   write_reading(readings, record, data_type);
   readings.update();
+  if (record.choices.ReductionType == Module_database::reduction_raw) {
+    notes.replaced_keys.erase({record.LineNumber, record.Station, record.choices.ReferenceType,
+                               stored_rate(record), std::string(data_type), record.DipoleLength});
+  }
   if (is_new) {
     readings.find_first(criteria);  // its counter
   }
@@ -257,7 +278,7 @@ int store_header_block(ReadingRecord& record, StoreNotes& notes) {
 
 int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNotes& notes) {
   const int order_result = sort_curve(record.curve) ? 0 : -1;
-  if (store_with_notes(notes, [&] { store_data(record, trimmed(data_type)); }) != 0) {
+  if (store_with_notes(notes, [&] { store_data(record, trimmed(data_type), notes); }) != 0) {
     return -1;
   }
   // A failure here has its own message and doesn't make the reading a failed one.

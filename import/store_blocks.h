@@ -13,6 +13,7 @@ struct StoreNotes {
   bool file_known = false;             // the header replaced an earlier import of the file
   std::int32_t replaced_readings = 0;  // of that import
   std::string earlier_name;            // under which it stored the file
+  KeySet replaced_keys;                // that readings written over or replaced had and no new one has
   std::string failure;                 // the message shown last, empty if there was none
 };
 

@@ -1,8 +1,5 @@
 #include "rhoplus/line_consistency.h"
 
-#include <algorithm>
-#include <cmath>
-#include <numbers>
 #include <vector>
 
 #include "numerics/parallel_jobs.h"
@@ -20,30 +17,6 @@ using Module_tensor::StationTensor;
 using numerics::rhoplus::RhoplusSurface;
 
 namespace {
-
-/// Whether more than half of the phases in use are nearer to -135 degrees than to 45.
-bool points_away(const Curve& curve) {
-  constexpr float uniform_earth = 45.0F;
-  int away = 0;
-  int used = 0;
-  for (std::size_t i = 0; i < curve.count(); ++i) {
-    if (curve.point_counts(Module_database::field_phase, i)) {
-      const float phase = curve.value(Module_database::field_phase, i) - uniform_earth;
-      away += std::cos(phase * std::numbers::pi_v<float> / 180.0F) < 0.0F ? 1 : 0;
-      ++used;
-    }
-  }
-  return 2 * away > used;
-}
-
-/// Whether the phases of EyHx lie in the third quadrant. What is known of the station's tensor says so; where
-/// there is none, as at stations without diagonal elements, the curve does.
-bool ey_has_sign_of_measurement(const StoredReading& merged, const StationTensor& tensor) {
-  if (tensor.ey_reason == Module_tensor::EyReason::rule && tensor.points.empty()) {
-    return points_away(merged.curve);
-  }
-  return !tensor.ey_turned;
-}
 
 /// The other sign of the electric field: 180 degrees on all phases, -180 < phase <= 180.
 void turn_phases(Curve& curve) {
@@ -100,7 +73,8 @@ CurveConsistency curve_consistency(StoredReading merged, bool turn, const Freque
 CurveConsistency mode_consistency(const StationCurves& curves, const StationTensor& tensor, std::size_t mode,
                                   const Frequencies& frequencies, const RhoplusSettings& settings) {
   const StoredReading& merged = curves.of(consistency_types[mode]);
-  const bool turn = consistency_types[mode] == CurveType::EyHx && ey_has_sign_of_measurement(merged, tensor);
+  const bool turn =
+      consistency_types[mode] == CurveType::EyHx && Module_tensor::yx_points_away(curves, tensor);
   return merged.ID == 0 ? CurveConsistency{} : curve_consistency(merged, turn, frequencies, settings);
 }
 

@@ -51,7 +51,7 @@ std::vector<std::uint64_t> inputs_of(const LineTensors& line, const Frequencies&
   for (std::size_t i = 0; i < line.stations.size(); ++i) {
     Fingerprint print = common;
     print.add_number(line.stations[i].station);
-    print.add_number(line.stations[i].ey_turned ? 1 : 0);
+    print.add_number(Module_tensor::yx_points_away(line.curves.stations[i], line.stations[i]) ? 1 : 0);
     for (const auto type : consistency_types) {
       const auto& merged = line.curves.stations[i].of(type);
       print.add_number(merged.ID);

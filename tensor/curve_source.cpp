@@ -54,17 +54,23 @@ void SourceSums::Mean::add(double value, double error) {
   }
 }
 
+// Phases of diagonal elements go all the way round: 179 and -179 degrees are 2 apart.
+void SourceSums::Mean::add_on_circle(double phase, double error) {
+  add(count > 0 ? mean + std::remainder(phase - mean, 360.0) : phase, error);
+}
+
 float SourceSums::Mean::error_by_spread() const {
   const double variance = squares / count;
   return count > 1 && variance > 0.0 ? static_cast<float>(std::sqrt(variance / count)) : no_data;
 }
 
+float SourceSums::Mean::error_by_values() const {
+  return count > 0 && errors == count ? static_cast<float>(std::sqrt(error_squares) / count) : no_data;
+}
+
 float SourceSums::Mean::error() const {
   const float by_spread = error_by_spread();
-  if (by_spread > 0.0F) {
-    return by_spread;
-  }
-  return count > 0 && errors == count ? static_cast<float>(std::sqrt(error_squares) / count) : no_data;
+  return by_spread > 0.0F ? by_spread : error_by_values();
 }
 
 void SourceSums::add_point(const StoredReading& repeat, std::size_t index, PointSums& sums) {
@@ -75,10 +81,11 @@ void SourceSums::add_point(const StoredReading& repeat, std::size_t index, Point
     }
     const double value{repeat.curve.value(field, index)};
     const double error{repeat.curve.error(field, index)};
-    // Phases of diagonal elements go all the way round: 179 and -179 degrees are 2 apart.
-    const double mean = sums.all[quantity].mean;
-    const bool is_further_phase = quantity == 1 && sums.all[quantity].count > 0;
-    sums.all[quantity].add(is_further_phase ? mean + std::remainder(value - mean, 360.0) : value, error);
+    if (quantity == 0) {
+      sums.all[quantity].add(value, error);
+    } else {
+      sums.all[quantity].add_on_circle(value, error);
+    }
     if (repeat.curve.point_counts(field, index)) {
       sums.used[quantity].add(value, error);
     }
@@ -101,24 +108,42 @@ void SourceSums::add(float scan_rate, const StoredReading& repeat, std::span<con
   }
 }
 
-void SourceSums::give(const RateSums& sums, const AverageSettings& settings, CurveSource& source) {
+void SourceSums::give(const RateSums& sums, const AverageSettings& settings, std::vector<PointMeans>& means) {
   for (std::size_t index = 0; index < sums.points.size(); ++index) {
     for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
       const bool is_resistivity = quantity == 0;
       if (!(is_resistivity ? settings.UseResistivity : settings.UsePhase)) {
         continue;
       }
-      const float factor = is_resistivity ? settings.ResOffset : 1.0F;
-      const auto scaled = [factor](float error) { return error > 0.0F ? error * factor : no_data; };
+      const double factor = is_resistivity ? settings.ResOffset : 1.0;
+      RateMeans& of_rates = means[index][quantity];
       const Mean& all = sums.points[index].all[quantity];
-      if (all.count > 0) {
-        const float offset = is_resistivity ? 0.0F : settings.PhaseOffset;
-        source.regardless_of_masks[index][quantity] = {static_cast<float>(all.mean) * factor + offset,
-                                                       scaled(all.error())};
-      }
       const Mean& used = sums.points[index].used[quantity];
+      if (all.count > 0 && is_resistivity) {
+        of_rates.all.add(factor * all.mean, factor * double{all.error()});
+      } else if (all.count > 0) {
+        of_rates.all.add_on_circle(all.mean + double{settings.PhaseOffset}, double{all.error()});
+      }
       if (used.count > 0) {
-        source.repeat_errors[index][quantity] = scaled(used.error_by_spread());
+        of_rates.used.add(factor * used.mean, factor * double{used.error()});
+        of_rates.used_have_spread = of_rates.used_have_spread || used.error_by_spread() > 0.0F;
+      }
+      of_rates.some_masked = of_rates.some_masked || used.count < all.count;
+    }
+  }
+}
+
+void SourceSums::take(const std::vector<PointMeans>& means, CurveSource& source) {
+  for (std::size_t index = 0; index < means.size(); ++index) {
+    for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
+      const RateMeans& of_rates = means[index][quantity];
+      source.some_masked[index][quantity] = of_rates.some_masked;
+      if (of_rates.all.count > 0) {
+        source.regardless_of_masks[index][quantity] = {static_cast<float>(of_rates.all.mean),
+                                                       of_rates.all.error_by_values()};
+      }
+      if (of_rates.used_have_spread) {
+        source.repeat_errors[index][quantity] = of_rates.used.error_by_values();
       }
     }
   }
@@ -128,14 +153,16 @@ CurveSource SourceSums::finish(const std::map<float, AverageSettings>& settings,
                                std::span<const float> frequencies) const {
   CurveSource source;
   source.regardless_of_masks.resize(frequencies.size());
+  source.some_masked.resize(frequencies.size());
   source.repeat_errors.resize(frequencies.size(), {no_data, no_data});
-  for (const auto& [scan_rate, sums] : rates_) {  // ascending: the highest rate has the last word
+  std::vector<PointMeans> means(frequencies.size());
+  for (const auto& [scan_rate, sums] : rates_) {
     const auto found = settings.find(scan_rate);
     const AverageSettings of_average = found == settings.end() ? AverageSettings{} : found->second;
     if (!of_average.UseReading || !(of_average.UseResistivity || of_average.UsePhase)) {
       continue;
     }
-    give(sums, of_average, source);
+    give(sums, of_average, means);
     source.impedance_ratios.insert(source.impedance_ratios.end(), sums.impedance_ratios.begin(),
                                    sums.impedance_ratios.end());
     for (const Module_database::ReadingAxes& axes : sums.axes) {
@@ -144,6 +171,7 @@ CurveSource SourceSums::finish(const std::map<float, AverageSettings>& settings,
       }
     }
   }
+  take(means, source);
   return source;
 }
 

@@ -25,10 +25,13 @@ struct SourceValue {
 /// Arrays of points have the length of the merged curve, or none where nothing is known.
 struct CurveSource {
   /// The mean over all repeats in use that have the frequency, whatever masks they have, with the offsets of
-  /// their average; of the highest scan rate that has a value.
+  /// their average; where scan rates overlap the mean over these, as in a merged curve. Phases on the circle.
   std::vector<std::array<SourceValue, quantity_count>> regardless_of_masks;
+  /// Whether a repeat that is in these means is masked there.
+  std::vector<std::array<bool, quantity_count>> some_masked;
   /// The errors of the curve's own values that the spread of repeats gives: their standard deviation divided
-  /// by the root of their number, of the highest scan rate; no_data where there is one value only.
+  /// by the root of their number; no_data where there is one value only. Where scan rates overlap, that of
+  /// the mean over these: a rate with one value has the error of its file then.
   std::vector<std::array<float, quantity_count>> repeat_errors;
   std::vector<Module_database::ReadingAxes> axes;  // of the readings, each once
   /// Resistivity over 0.2 |Z|^2 / f at the points of the readings that have both: how the resistivities were
@@ -73,7 +76,10 @@ class SourceSums {
     int errors = 0;
 
     void add(double value, double error);
+    void add_on_circle(double phase, double error);
     [[nodiscard]] float error_by_spread() const;
+    /// Of values with errors of their own; no_data where one of them has none.
+    [[nodiscard]] float error_by_values() const;
     [[nodiscard]] float error() const;
   };
   struct PointSums {
@@ -86,8 +92,18 @@ class SourceSums {
     std::vector<double> impedance_ratios;
   };
 
+  /// The means of the rates at a point, in the order in which they come.
+  struct RateMeans {
+    Mean all;   // of the values regardless of masks
+    Mean used;  // of the curve's own
+    bool some_masked = false;
+    bool used_have_spread = false;  // at least one of them
+  };
+  using PointMeans = std::array<RateMeans, quantity_count>;
+
   static void add_point(const Module_database::StoredReading& repeat, std::size_t index, PointSums& sums);
-  static void give(const RateSums& sums, const AverageSettings& settings, CurveSource& source);
+  static void give(const RateSums& sums, const AverageSettings& settings, std::vector<PointMeans>& means);
+  static void take(const std::vector<PointMeans>& means, CurveSource& source);
 
   std::map<float, RateSums> rates_;  // by scan rate, Hz
 };

@@ -4,9 +4,7 @@
 #include <cmath>
 #include <iterator>
 #include <set>
-#include <utility>
 
-#include "numerics/constants.h"
 #include "numerics/impedance/angles.h"
 
 namespace Module_tensor {
@@ -65,24 +63,6 @@ double median(std::vector<double>& values) {
   return values.size() % 2 == 1 ? *middle : (*middle + *std::max_element(values.begin(), middle)) / 2.0;
 }
 
-/// Of the two solutions of arrows, that which most of them stand across.
-BandStrike band_strike_of(const std::vector<StrikeDatum>& data, const StrikeChoices& choices) {
-  BandStrike band = numerics::impedance::band_strike(data, choices);
-  if (choices.method != StrikeMethod::tipper || !band.strike.has_value()) {
-    return band;
-  }
-  double favour = 0.0;
-  for (const StrikeDatum& datum : data) {
-    const double across = numerics::impedance::tipper_strike(*datum.tipper).value;
-    const double off = numerics::impedance::within_period(across - band.strike.value, 180.0);
-    favour += std::isnan(across) ? 0.0 : std::cos(2.0 * off * numerics::radians_per_degree);
-  }
-  if (favour < 0.0) {
-    std::swap(band.strike.value, band.alternative);
-  }
-  return band;
-}
-
 std::size_t bin_of(double angle, double width, std::size_t bins) {
   const double turned = angle - 180.0 * std::floor(angle / 180.0);
   return std::min(static_cast<std::size_t>(turned / width), bins - 1);
@@ -108,6 +88,15 @@ std::vector<StrikeStation> strike_stations(const std::vector<StationTensor>& sta
     }
   }
   return result;
+}
+
+std::vector<StrikeStation> strike_stations(const std::vector<StationTensor>& stations,
+                                           const Frequencies& frequencies) {
+  std::vector<StationTensor> enabled = stations;
+  for (StationTensor& station : enabled) {
+    leave_out_disabled(frequencies, station);
+  }
+  return strike_stations(enabled);
 }
 
 std::optional<FrequencyBand> whole_band(const std::vector<StrikeStation>& stations) {
@@ -146,7 +135,7 @@ std::vector<StrikeDatum> strike_data(const std::vector<StrikeStation>& stations,
 
 BandStrike line_strike(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
                        const StrikeChoices& choices) {
-  return band_strike_of(strike_data(stations, band, choices.method), choices);
+  return numerics::impedance::band_strike(strike_data(stations, band, choices.method), choices);
 }
 
 StationStrike station_strike(const StrikeStation& station, const FrequencyBand& band,
@@ -154,7 +143,7 @@ StationStrike station_strike(const StrikeStation& station, const FrequencyBand& 
   std::vector<StrikeDatum> data;
   add_data(station, 0, band, choices.method, data);
   StationStrike result;
-  result.strike = band_strike_of(data, choices);
+  result.strike = numerics::impedance::band_strike(data, choices);
   std::vector<double> skews;
   for (std::size_t i = 0; i < station.tensors.points.size(); ++i) {
     const TensorPoint& point = station.tensors.points[i];
@@ -191,8 +180,7 @@ Rose strike_rose(const std::vector<StrikeStation>& stations, const FrequencyBand
     }
     ++rose.points;
     if (of_tippers) {
-      const double across = numerics::impedance::tipper_strike(*datum.tipper).value;
-      rose.strikes[bin_of(across, bin_width, bins)] += single.weight;
+      rose.strikes[bin_of(single.strike, bin_width, bins)] += single.weight;
       continue;
     }
     const double strike = centre + numerics::impedance::within_period(single.strike - centre, 90.0);

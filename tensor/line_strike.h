@@ -2,7 +2,7 @@
 //
 // Conventions: frequency Hz; angles in degrees clockwise from north, whatever axes the readings have. A
 // strike, -45 < strike <= 45, and its alternative at a right angle are equal solutions. Only induction arrows
-// know which it is: theirs is the solution that most of them stand across, -90 < strike <= 90.
+// know which it is: theirs is what they stand across, -90 < strike <= 90.
 #pragma once
 #include <cstddef>
 #include <limits>
@@ -32,6 +32,9 @@ struct StrikeStation {
 };
 
 std::vector<StrikeStation> strike_stations(const std::vector<StationTensor>& stations);
+/// The same without the frequencies that are switched off in the list.
+std::vector<StrikeStation> strike_stations(const std::vector<StationTensor>& stations,
+                                           const Frequencies& frequencies);
 
 /// From the lowest to the highest frequency of all tensors and tippers; none if there are neither.
 std::optional<FrequencyBand> whole_band(const std::vector<StrikeStation>& stations);

@@ -262,7 +262,17 @@ void include(double lower, double upper, std::optional<SectionRange>& range) {
   range->upper = std::max(range->upper, upper);
 }
 
+/// Room beyond the outermost points, decades: that of the marks, or of ellipses, which reach to the next row.
+double margin_of(const PseudoSection& section) {
+  constexpr double of_marks = 0.02;
+  if (!facts_of(section.quantity).ellipses || section.rows.size() < 2) {
+    return of_marks;
+  }
+  return (section.rows.back() - section.rows.front()) / static_cast<double>(section.rows.size() - 1);
+}
+
 void find_extent(PseudoSection& section) {
+  const double margin = margin_of(section);
   for (const SectionColumn& column : section.columns) {
     include(column.across.lower, column.across.upper, section.across);
     for (const SectionCell& cell : column.cells) {
@@ -270,7 +280,6 @@ void find_extent(PseudoSection& section) {
     }
     for (const SectionPoint& point : column.points) {
       if (std::isfinite(point.height)) {
-        constexpr double margin = 0.02;  // decades
         include(point.height - margin, point.height + margin, section.heights);
       }
     }

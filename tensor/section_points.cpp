@@ -71,23 +71,10 @@ std::vector<CurvePoint> points_of(const StoredReading& merged, double turn, cons
   return points;
 }
 
-/// What brings the phases of EyHx to the first quadrant. A station without tensors has no rule for Ey: there
-/// the quadrant of most phases decides.
+/// What brings the phases of EyHx to the first quadrant.
 double turn_of_yx(const SectionSource& source, std::size_t station) {
-  const StationTensor& tensor = source.line->stations[station];
-  if (!tensor.points.empty()) {
-    return tensor.ey_turned ? 0.0 : half_turn;
-  }
-  std::ptrdiff_t beyond = 0;
-  const Curve& curve = source.line->curves.stations[station].of(CurveType::EyHx).curve;
-  for (std::size_t i = 0; i < curve.count(); ++i) {
-    if (curve.point_counts(Module_database::field_phase, i)) {
-      constexpr double right_angle = 90.0;
-      const double phase = within_half_turn(curve.value(Module_database::field_phase, i));
-      beyond += phase < 0.0 || phase > right_angle ? 1 : -1;
-    }
-  }
-  return beyond > 0 ? half_turn : 0.0;
+  const LineTensors& line = *source.line;
+  return yx_points_away(line.curves.stations[station], line.stations[station]) ? half_turn : 0.0;
 }
 
 std::vector<CurvePoint> curve_points(const SectionSource& source, std::size_t station, CurveType type) {
@@ -232,7 +219,11 @@ void add_masked(const SectionSource& source, std::size_t station, const Quantity
   }
   std::ranges::sort(present);
   for (const auto& type : facts.curves) {
+    const bool is_tipper = *type == CurveType::HzHx || *type == CurveType::HzHy;
     for (const CurvePoint& measured : curve_points(source, station, *type)) {
+      if (is_tipper && !(measured.earth.resistivity.has_value() && measured.earth.phase.has_value())) {
+        continue;  // its masks say no more than that; files have no tipper at many frequencies
+      }
       const auto place = std::ranges::lower_bound(present, measured.frequency);
       if (!measured.counts(OutlierField::both) && (place == present.end() || *place != measured.frequency)) {
         present.insert(place, measured.frequency);

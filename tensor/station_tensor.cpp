@@ -37,7 +37,8 @@ std::optional<std::size_t> point_at(const Curve& curve, float frequency) {
 }
 
 /// An element at a point of its curve. A mask on a diagonal element says nothing, as an import masks every
-/// phase at or below 0 and these have any phase; the others have to count.
+/// phase at or below 0 and these have any phase: where one of the repeats has one, the mean of all is taken.
+/// The others have to count.
 std::optional<ElementPoint> element_point(const StationCurves& curves, std::size_t element, std::size_t at) {
   const StoredReading& merged = curves.merged[element];
   const CurveSource& source = curves.sources[element];
@@ -45,11 +46,13 @@ std::optional<ElementPoint> element_point(const StationCurves& curves, std::size
   for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
     const int field = static_cast<int>(quantity) + 1;
     SourceValue& taken = point.values[quantity];
-    if (merged.curve.point_counts(field, at)) {
-      taken = {merged.curve.value(field, at), curve_error(merged, source, quantity, at)};
-    } else if (is_diagonal(element) && !source.regardless_of_masks.empty()) {
+    const bool counts = merged.curve.point_counts(field, at);
+    const bool some_masked = !source.some_masked.empty() && source.some_masked[at][quantity];
+    if (is_diagonal(element) && (!counts || some_masked) && !source.regardless_of_masks.empty()) {
       taken = source.regardless_of_masks[at][quantity];
       point.is_masked = true;
+    } else if (counts) {
+      taken = {merged.curve.value(field, at), curve_error(merged, source, quantity, at)};
     }
     if (is_absent(double{taken.value}) || !std::isfinite(taken.value)) {
       return std::nullopt;
@@ -116,6 +119,28 @@ std::string missing_elements(const StationCurves& curves) {
   return !missing.empty() ? "there is no " + missing : !off.empty() ? off + " is switched off" : "";
 }
 
+/// Whether a diagonal element has a value at any frequency, masked or not.
+bool has_values(const StationCurves& curves, Element element) {
+  const auto index = static_cast<std::size_t>(element);
+  const std::size_t count = curves.merged[index].curve.count();
+  for (std::size_t at = 0; at < count; ++at) {
+    if (element_point(curves, index, at)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Of diagonal elements that are there and have no value anywhere; empty if both have some.
+std::string diagonals_without_values(const StationCurves& curves) {
+  const bool has_xx = has_values(curves, Element::xx);
+  const bool has_yy = has_values(curves, Element::yy);
+  if (has_xx && has_yy) {
+    return "";
+  }
+  return has_xx ? "EyHy has no values" : has_yy ? "ExHx has no values" : "ExHx and EyHy have no values";
+}
+
 bool all_say_turned(const StationCurves& curves) {
   return curves.of(CurveType::EyHx).axes.EyTurned == Module_database::ey_turned &&
          curves.of(CurveType::EyHy).axes.EyTurned == Module_database::ey_turned;
@@ -167,6 +192,9 @@ std::string why_no_points(const StationCurves& curves) {
   bool any_phase = false;
   for (std::size_t at = 0; at < curve.count(); ++at) {
     any_phase = any_phase || curve.point_counts(Module_database::field_phase, at);
+  }
+  if (const std::string without = diagonals_without_values(curves); any_phase && !without.empty()) {
+    return without;
   }
   return any_phase
              ? "at no frequency do ExHy and EyHx count and all four elements have values"
@@ -228,7 +256,6 @@ StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign) 
   const StationAxes axes = station_axes(curves);
   result.axes = axes.azimuth;
   result.axes_known = axes.is_known;
-  result.tipper = axes.difference > 0.0 ? std::vector<TipperPoint>{} : station_tipper(curves);
   std::string refusal = refusal_of(curves, axes);
   if (axes.difference == 0.0) {
     result.tipper = station_tipper(curves);
@@ -237,11 +264,11 @@ StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign) 
     add_points(curves, result);
     refusal = result.points.empty() ? why_no_points(curves) : std::string();
   }
+  find_ey_sign(curves, ey_sign, result);
   if (!refusal.empty()) {
     result.refusal = beginning(curves) + refusal;
     return result;
   }
-  find_ey_sign(curves, ey_sign, result);
   if (result.ey_turned) {
     turn_ey_back(result);
   }
@@ -262,6 +289,37 @@ StationTensor turned_to(const StationTensor& station, double azimuth) {
   }
   turned.axes = azimuth;
   return turned;
+}
+
+void leave_out_disabled(const Frequencies& frequencies, StationTensor& station) {
+  const auto is_off = [&frequencies](const auto& point) {
+    const std::int32_t at = frequencies.position(static_cast<float>(point.frequency));
+    return at >= 0 && !frequencies.is_enabled(at);
+  };
+  std::erase_if(station.points, is_off);
+  std::erase_if(station.tipper, is_off);
+  station.masked_diagonals = 0;
+  for (const TensorPoint& point : station.points) {
+    station.masked_diagonals += point.masked_diagonals;
+  }
+}
+
+bool yx_points_away(const StationCurves& curves, const StationTensor& station) {
+  if (station.ey_reason != EyReason::rule || !station.points.empty()) {
+    return !station.ey_turned;
+  }
+  constexpr double uniform_earth = 45.0;  // degrees
+  const Curve& curve = curves.of(CurveType::EyHx).curve;
+  std::size_t away = 0;
+  std::size_t used = 0;
+  for (std::size_t at = 0; at < curve.count(); ++at) {
+    if (curve.point_counts(Module_database::field_phase, at)) {
+      const double phase{curve.value(Module_database::field_phase, at)};
+      away += std::abs(std::remainder(phase - uniform_earth, 360.0)) > 90.0 ? 1U : 0U;
+      ++used;
+    }
+  }
+  return 2 * away > used;
 }
 
 std::string station_text(double station, const std::string& name) {

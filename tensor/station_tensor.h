@@ -37,20 +37,29 @@ struct StationTensor {
   double axes = 0.0;                    // azimuth of x, degrees clockwise from north
   bool axes_known = false;              // else x counts as north
   bool ey_turned = false;               // in the readings; it has been turned back here
-  EyReason ey_reason = EyReason::rule;  //
+  EyReason ey_reason = EyReason::rule;  // without points nothing is known by rule
   std::size_t masked_diagonals = 0;     // elements of all points that were taken in spite of a mask
   std::string refusal;  // why there is no tensor, a sentence without its point; empty if there is
   std::vector<std::string> remarks;  // what a user has to know of it, sentences likewise, with its name
 };
 
 /// At each frequency where the off-diagonal elements count and all four have values. A diagonal element that
-/// is masked is taken as if nothing were masked, but not where a user has switched it off. Errors are those
-/// of the repeats' spread, else of the files. Stations whose readings have different axes are refused.
+/// is masked, or one of its repeats, is taken as if nothing were masked, but not where a user has switched it
+/// off. Errors are those of the repeats' spread, else of the files. Stations whose readings have different
+/// axes are refused.
 /// @param ey_sign  of the site, see database/sites.h
 StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign);
 
 /// The same in axes whose x has an azimuth, degrees clockwise from north.
 StationTensor turned_to(const StationTensor& station, double azimuth);
+
+/// Takes out what is at frequencies that are switched off in the list.
+void leave_out_disabled(const Frequencies& frequencies, StationTensor& station);
+
+/// Whether the phases of EyHx lie in the third quadrant, as those of a measured Ey do. What is known of the
+/// station's Ey says so; by the rule of a tensor where there is one, else by where most of the phases in use
+/// lie, those nearer to -135 degrees than to 45.
+bool yx_points_away(const StationCurves& curves, const StationTensor& station);
 
 /// "1250 (ET001)", or without a name "1250".
 std::string station_text(double station, const std::string& name);

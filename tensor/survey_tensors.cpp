@@ -26,15 +26,6 @@ std::vector<StationTensor> northward(const std::vector<StationTensor>& stations)
   return turned;
 }
 
-void leave_out_disabled(const Frequencies& frequencies, StationTensor& station) {
-  const auto is_off = [&frequencies](const auto& point) {
-    const std::int32_t at = frequencies.position(static_cast<float>(point.frequency));
-    return at >= 0 && !frequencies.is_enabled(at);
-  };
-  std::erase_if(station.points, is_off);
-  std::erase_if(station.tipper, is_off);
-}
-
 /// The dipoles with which each line has curves, by the line as the survey spells it.
 std::map<std::string, std::vector<float>> dipoles_of_lines(std::int32_t reference_type) {
   std::map<std::string, std::vector<float>> dipoles;

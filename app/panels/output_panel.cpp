@@ -59,8 +59,11 @@ bool OutputPanel::open_for(Module_output::OutputKind kind) {
   return true;
 }
 
-void OutputPanel::propose_strike(double strike) {
-  ui_->Text_rotate_to_strike->setText(QString::fromStdString(format_number(strike, "0.0")));
+void OutputPanel::propose_strike(std::optional<double> strike) {
+  ui_->Text_rotate_to_strike->setText(QString::fromStdString(format_number(strike.value_or(0.0), "0.0")));
+  if (!strike) {
+    ui_->Check_rotate_to_strike->setChecked(false);
+  }
 }
 
 void OutputPanel::show_data_type() {

@@ -2,6 +2,7 @@
 #pragma once
 #include <QFrame>
 #include <memory>
+#include <optional>
 
 #include "output/output_choices.h"
 
@@ -23,7 +24,7 @@ class OutputPanel : public QFrame {
   bool open_for(Module_output::OutputKind kind);
 
   /// Fills in the strike that curves may be rotated to, degrees from north. Whether they are is the user's.
-  void propose_strike(double strike);
+  void propose_strike(std::optional<double> strike);
 
   /// Puts the focus on the first choice.
   void take_focus();

@@ -21,6 +21,20 @@ bool names_channel(std::string_view keyword) {
          axes.find(keyword.back()) != std::string_view::npos;
 }
 
+template <class Test>
+const EdiChannel* nth_channel(const std::vector<EdiChannel>& defined, std::size_t mention, Test is_meant) {
+  const EdiChannel* found = nullptr;
+  for (const EdiChannel& channel : defined) {
+    if (is_meant(channel.ID)) {
+      found = &channel;
+      if (mention-- == 0) {
+        break;
+      }
+    }
+  }
+  return found;
+}
+
 }  // namespace
 
 std::vector<NamedChannel> named_channels(std::string_view line) {
@@ -35,6 +49,19 @@ std::vector<NamedChannel> named_channels(std::string_view line) {
     }
   }
   return named;
+}
+
+bool same_id(const std::string& a, const std::string& b) {
+  return a == b || (is_numeric(a) && is_numeric(b) && numeric_value(a) == numeric_value(b));
+}
+
+const EdiChannel* find_channel(const std::vector<EdiChannel>& defined, const std::string& id,
+                               std::size_t mention) {
+  const EdiChannel* const as_written =
+      nth_channel(defined, mention, [&](const std::string& other) { return other == id; });
+  return as_written != nullptr
+             ? as_written
+             : nth_channel(defined, mention, [&](const std::string& other) { return same_id(other, id); });
 }
 
 std::string undefined_channel_text(const NamedChannel& channel) {
@@ -66,8 +93,8 @@ void EdiChannelList::take(std::string_view line, std::string_view tag) {
 bool EdiChannelList::has_remote() const {
   const auto is_electric = [](const EdiChannel& channel) { return channel.CHTYPE.starts_with('E'); };
   const auto is_own = [&](const EdiChannel& remote) {
-    return std::ranges::any_of(channels_,
-                               [&](const EdiChannel& own) { return own.is_local && own.ID == remote.ID; });
+    return std::ranges::any_of(
+        channels_, [&](const EdiChannel& own) { return own.is_local && same_id(own.ID, remote.ID); });
   };
   return std::ranges::any_of(channels_, is_electric) &&
          std::ranges::any_of(channels_, [&](const EdiChannel& channel) {

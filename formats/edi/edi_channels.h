@@ -1,5 +1,6 @@
 // edi_channels.h: the sensors that the head of an EDI file defines.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -27,6 +28,16 @@ struct NamedChannel {
 
 /// The channels that a line of a section's head names, given in upper case: "HX=1.001 HY=2.001".
 std::vector<NamedChannel> named_channels(std::string_view line);
+
+/// Whether two ids mean the same channel: those that differ in zeros only do ("05371.0537", "5371.0537"; "1",
+/// "1.0").
+bool same_id(const std::string& a, const std::string& b);
+
+/// The definition that the n-th mention of an id means, n from 0, the last one if there are fewer; null if
+/// there is none. Those of the very same text come before those that differ in zeros: "1.1" and "1.10" may
+/// be two channels.
+const EdiChannel* find_channel(const std::vector<EdiChannel>& defined, const std::string& id,
+                               std::size_t mention = 0);
 
 /// What a report says of a channel whose id the head doesn't define.
 std::string undefined_channel_text(const NamedChannel& channel);

@@ -95,13 +95,12 @@ void EdiMtParser::read_head_line(EdiSection& section, std::string_view as_writte
 }
 
 void EdiMtParser::read_channels(EdiSection& section, std::string_view line) {
-  const std::vector<EdiChannel>& channels = channels_.all();
   for (const NamedChannel& named : named_channels(line)) {
-    const auto channel = std::ranges::find(channels, named.ID, &EdiChannel::ID);
     if (named.ID.empty()) {
       continue;
     }
-    if (channel == channels.end()) {
+    const EdiChannel* const channel = find_channel(channels_.all(), named.ID);
+    if (channel == nullptr) {
       remark_unreadable(report_, lines_.line_number(), undefined_channel_text(named));
     } else if (channel->is_local && channel->CHTYPE == "HX" && !named.keyword.starts_with('R')) {
       section.local_hx = *channel;

@@ -5,31 +5,9 @@
 #include <map>
 #include <string_view>
 
-#include "core/number_text.h"
-
 namespace formats::edi {
 
 namespace {
-
-// The same id with other zeros ("05371.0537", "5371.0537") is the same channel.
-bool same_id(const std::string& a, const std::string& b) {
-  return a == b || (is_numeric(a) && is_numeric(b) && numeric_value(a) == numeric_value(b));
-}
-
-// The definition that the n-th mention of an id means, n from 0; the last one if there are fewer.
-const EdiChannel* definition(const std::vector<EdiChannel>& defined, const std::string& id,
-                             std::size_t mention) {
-  const EdiChannel* found = nullptr;
-  for (const EdiChannel& channel : defined) {
-    if (same_id(channel.ID, id)) {
-      found = &channel;
-      if (mention-- == 0) {
-        break;
-      }
-    }
-  }
-  return found;
-}
 
 std::size_t mentions_before(const std::vector<NamedChannel>& named, std::size_t place) {
   const auto end = named.begin() + static_cast<std::ptrdiff_t>(place);
@@ -88,7 +66,7 @@ SpectraRoles find_roles(const std::vector<NamedChannel>& named, const std::vecto
   CandidatesByName candidates;
   SpectraRoles roles;
   for (std::size_t place = 0; place < named.size(); ++place) {
-    const EdiChannel* const channel = definition(defined, named[place].ID, mentions_before(named, place));
+    const EdiChannel* const channel = find_channel(defined, named[place].ID, mentions_before(named, place));
     if (channel == nullptr && !named[place].ID.empty()) {
       roles.undefined.push_back(named[place]);
     }

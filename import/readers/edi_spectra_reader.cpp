@@ -158,6 +158,14 @@ bool has_tipper(const std::vector<EstimatedFrequency>& estimated) {
                              [](const auto& each) { return !is_absent(each.estimate.tipper.front()); });
 }
 
+// A dead channel of Hz gives one that was never measured.
+bool has_zero_tipper(const std::vector<EstimatedFrequency>& estimated) {
+  return std::ranges::all_of(estimated, [](const auto& each) {
+    return std::ranges::all_of(each.estimate.tipper,
+                               [](double part) { return is_absent(part) || part == 0.0; });
+  });
+}
+
 std::vector<float> phases_of_yx(const std::vector<EstimatedFrequency>& estimated) {
   std::vector<float> phases;
   for (const EstimatedFrequency& each : estimated) {
@@ -179,7 +187,8 @@ bool take_tipper_readings(const std::vector<EstimatedFrequency>& estimated, File
   return true;
 }
 
-bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& task) {
+bool take_readings(const SpectraSection& section, const std::vector<EstimatedFrequency>& estimated,
+                   FileTask& task) {
   ReadingRecord& record = task.record;
   const bool turn = turns_ey(record, [&] { return mostly_in_third_quadrant(phases_of_yx(estimated)); });
   task.report.sections_turned += turn ? 1 : 0;
@@ -194,7 +203,14 @@ bool take_readings(const std::vector<EstimatedFrequency>& estimated, FileTask& t
       return false;
     }
   }
-  return !has_tipper(estimated) || take_tipper_readings(estimated, task);
+  if (!has_tipper(estimated)) {
+    return true;
+  }
+  if (has_zero_tipper(estimated)) {
+    remark_on_zero_tipper(section.line_number, task.report);
+    return true;
+  }
+  return take_tipper_readings(estimated, task);
 }
 
 bool is_turned(const EstimatedFrequency& each) { return std::remainder(each.rotation, 360.0) != 0.0; }
@@ -246,7 +262,7 @@ bool take_section(const SpectraSection& section, const std::vector<EstimatedFreq
     report_lost_section(section, report);
   } else {
     take_rotation(section, estimated, record, report);
-    if (!store_header_once(task) || !take_readings(estimated, task)) {
+    if (!store_header_once(task) || !take_readings(section, estimated, task)) {
       return false;
     }
     add_tensor_to_scan_list(record);

@@ -45,6 +45,15 @@ bool is_zero_throughout(const EdiSection& section) {
   });
 }
 
+std::vector<EdiTipper> components_with_values(const EdiSection& section) {
+  std::vector<EdiTipper> found;
+  std::ranges::copy_if(components, std::back_inserter(found), [&](EdiTipper element) {
+    return has_value(section.get(element, quantity_real)) ||
+           has_value(section.get(element, quantity_imaginary));
+  });
+  return found;
+}
+
 double value_of(const EdiValues& quantity, std::size_t index) {
   return quantity.present ? quantity.values[index] : no_data;
 }
@@ -105,12 +114,7 @@ void set_tipper_point(const TipperValue& value, Curve& curve, std::size_t index)
 }
 
 std::vector<EdiTipper> tipper_of(const EdiSection& section) {
-  std::vector<EdiTipper> found;
-  std::ranges::copy_if(components, std::back_inserter(found), [&](EdiTipper element) {
-    return has_value(section.get(element, quantity_real)) ||
-           has_value(section.get(element, quantity_imaginary));
-  });
-  return found;
+  return is_zero_throughout(section) ? std::vector<EdiTipper>() : components_with_values(section);
 }
 
 bool has_tensor(const EdiSection& section) {
@@ -136,7 +140,18 @@ void fill_tipper_curve(const EdiSection& section, EdiTipper element, Curve& curv
   }
 }
 
+void remark_on_zero_tipper(std::int64_t line_number, FileReport& report) {
+  remark_ignored(report, line_number,
+                 "the tipper is 0 at all frequencies, as programs write it for stations without a sensor of "
+                 "Hz; no readings HzHx and HzHy",
+                 "a tipper that is 0 throughout, not taken");
+}
+
 void remark_on_tipper(const EdiSection& section, FileReport& report) {
+  if (is_zero_throughout(section) && !components_with_values(section).empty()) {
+    remark_on_zero_tipper(section.line_number, report);
+    return;
+  }
   for (const EdiTipper element : components) {
     remark_on_component(section, element, report);
   }
@@ -149,12 +164,6 @@ void remark_on_tipper(const EdiSection& section, FileReport& report) {
                       "the tipper has the component " +
                           std::string(Module_database::tipper_data_types[found.front()]) +
                           " only; an induction arrow takes both");
-  }
-  if (is_zero_throughout(section)) {
-    remark_ignored(report, section.line_number,
-                   "the tipper is 0 at all frequencies, as over layered ground or without a sensor of Hz; it "
-                   "is stored as it stands",
-                   "a tipper that is 0 throughout");
   }
   remark_on_axes(section, report);
 }

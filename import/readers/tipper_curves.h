@@ -6,6 +6,7 @@
 #pragma once
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "database/reading.h"
@@ -25,7 +26,8 @@ struct TipperValue {
 /// fields that are copied are to be filled before.
 void set_tipper_point(const TipperValue& value, Module_database::Curve& curve, std::size_t index);
 
-/// Which components a section has: those with a value in a block of real or imaginary parts.
+/// Which components a section has: those with a value in a block of real or imaginary parts. None if all
+/// values are 0, as programs write them for stations without a sensor of Hz: that isn't measured.
 std::vector<formats::edi::EdiTipper> tipper_of(const formats::edi::EdiSection& section);
 
 /// Whether a section has any block of the tensor.
@@ -36,8 +38,11 @@ bool has_tensor(const formats::edi::EdiSection& section);
 void fill_tipper_curve(const formats::edi::EdiSection& section, formats::edi::EdiTipper element,
                        Module_database::Curve& curve);
 
-/// What a user has to know of a section's tipper: what of it is missing or empty, and axes that aren't those
-/// of the impedances.
+/// Says that a tipper isn't taken because it is 0 at all frequencies.
+void remark_on_zero_tipper(std::int64_t line_number, formats::FileReport& report);
+
+/// What a user has to know of a section's tipper: that it is 0 throughout, what of it is missing or empty,
+/// and axes that aren't those of the impedances.
 void remark_on_tipper(const formats::edi::EdiSection& section, formats::FileReport& report);
 
 /// Stores a component, which has been filled into the record's curve, or counts it where nothing is stored.

@@ -98,7 +98,9 @@ bool BlockStore::take_header(const ZongeBlock& block) {
   }
   // Not the task's notes: a header that finds the row of its own file isn't an earlier import.
   StoreNotes header_notes;
-  if (store_header_block(task_.record, header_notes) == 0) {
+  const int stored = store_header_block(task_.record, header_notes);
+  task_.notes.replaced_keys.merge(header_notes.replaced_keys);
+  if (stored == 0) {
     return true;
   }
   task_.notes.failure = header_notes.failure;

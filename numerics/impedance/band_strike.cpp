@@ -14,16 +14,23 @@ namespace numerics::impedance {
 
 namespace {
 
-constexpr double strike_period = 90.0;  // degrees
-constexpr double harmonic = 4.0;        // periods in a circle
+constexpr double full_circle = 360.0;         // degrees
+constexpr double right_angle_harmonic = 4.0;  // periods of a strike modulo 90 in a circle
 
-/// Directions on the circle of four times the angle, added up with their weights.
+/// Degrees after which a strike is the same. An arrow tells a strike from the one at a right angle to it.
+double period_of(StrikeMethod method) { return method == StrikeMethod::tipper ? 180.0 : 90.0; }
+
+/// Directions on the circle of so many times the angle that a period goes once round, added up with their
+/// weights.
 struct CircularSum {
-  std::complex<double> vector;
+  double period = 90.0;  // degrees
+  std::complex<double> vector{};
   double weight = 0.0;
 
+  [[nodiscard]] double harmonic() const { return full_circle / period; }
+
   void add(double strike, double strike_weight) {
-    vector += std::polar(strike_weight, harmonic * strike * radians_per_degree);
+    vector += std::polar(strike_weight, harmonic() * strike * radians_per_degree);
     weight += strike_weight;
   }
   void add(const CircularSum& other) {
@@ -39,11 +46,11 @@ struct CircularSum {
     return concentration() > rounding;
   }
   [[nodiscard]] double strike() const {
-    return within_period(std::arg(vector) / harmonic * degrees_per_radian, strike_period);
+    return within_period(std::arg(vector) / harmonic() * degrees_per_radian, period);
   }
   /// Circular standard deviation (Mardia & Jupp 2000), degrees.
   [[nodiscard]] double deviation() const {
-    return std::sqrt(-2.0 * std::log(concentration())) / harmonic * degrees_per_radian;
+    return std::sqrt(-2.0 * std::log(concentration())) / harmonic() * degrees_per_radian;
   }
 };
 
@@ -61,7 +68,7 @@ SingleStrike of_phase_tensor(const PhaseTensor& tensor, const StrikeChoices& cho
 
 SingleStrike of_tensor(const Tensor& tensor) {
   const std::complex<double> form = swift_form(tensor);
-  return {std::arg(form) / harmonic * degrees_per_radian, std::abs(form)};
+  return {std::arg(form) / right_angle_harmonic * degrees_per_radian, std::abs(form)};
 }
 
 SingleStrike unlimited_strike(const StrikeDatum& datum, const StrikeChoices& choices) {
@@ -86,9 +93,10 @@ double bootstrap_error(const std::vector<CircularSum>& stations) {
     return not_known;
   }
   std::mt19937 random(seed);
-  CircularSum strikes;
+  const double period = stations.front().period;
+  CircularSum strikes{period};
   for (int draw = 0; draw < draws; ++draw) {
-    CircularSum drawn;
+    CircularSum drawn{period};
     for (std::size_t count = 0; count < stations.size(); ++count) {
       // The upper half of the product: whole numbers only, the same everywhere.
       const std::uint64_t product = static_cast<std::uint64_t>(random()) * stations.size();
@@ -112,13 +120,14 @@ SingleStrike single_strike(const StrikeDatum& datum, const StrikeChoices& choice
   if (std::isnan(said.strike) || !(said.weight > 0.0)) {
     return {};
   }
-  return {within_period(said.strike, strike_period), said.weight};
+  return {within_period(said.strike, period_of(choices.method)), said.weight};
 }
 
 BandStrike band_strike(std::span<const StrikeDatum> data, const StrikeChoices& choices) {
   BandStrike band;
-  std::map<std::size_t, CircularSum>
-      of_station;  // ascending: the order of the data doesn't matter to the draws
+  const CircularSum nothing{period_of(choices.method)};
+  // Ascending: the order of the data doesn't matter to the draws.
+  std::map<std::size_t, CircularSum> of_station;
   for (const StrikeDatum& datum : data) {
     const SingleStrike said = single_strike(datum, choices);
     if (std::isnan(said.strike)) {
@@ -126,9 +135,9 @@ BandStrike band_strike(std::span<const StrikeDatum> data, const StrikeChoices& c
       continue;
     }
     ++band.used;
-    of_station[datum.station].add(said.strike, said.weight);
+    of_station.try_emplace(datum.station, nothing).first->second.add(said.strike, said.weight);
   }
-  CircularSum whole;
+  CircularSum whole = nothing;
   std::vector<CircularSum> stations;
   for (const auto& [station, sum] : of_station) {
     whole.add(sum);
@@ -140,8 +149,8 @@ BandStrike band_strike(std::span<const StrikeDatum> data, const StrikeChoices& c
   band.concentration = whole.concentration();
   if (whole.has_direction()) {
     band.strike = {whole.strike(), bootstrap_error(stations)};
-    band.alternative = within_period(band.strike.value + strike_period, 180.0);
-    band.deviation = whole.deviation();
+    band.alternative = within_period(band.strike.value + 90.0, 180.0);
+    band.deviation = band.used > 1 ? whole.deviation() : not_known;  // one point scatters about nothing
   }
   return band;
 }

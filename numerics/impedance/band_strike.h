@@ -1,7 +1,9 @@
 // band_strike.h: the strike that many tensors have in common.
 //
 // A strike has a period of 90 degrees: averages are taken on four times the angle (Mardia & Jupp 2000,
-// Directional Statistics). Conventions as in tensor.h.
+// Directional Statistics). Arrows stand across one strike only, which has a period of 180 degrees: theirs are
+// averaged on twice the angle, so that arrows at right angles to each other cancel. Conventions as in
+// tensor.h.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -41,10 +43,11 @@ struct StrikeDatum {
 };
 
 struct BandStrike {
-  Estimate strike;                 // degrees, -45 < strike <= 45; its error from a bootstrap of the stations
-  double alternative = not_known;  // strike + 90, as -90 < angle <= 90
+  Estimate strike;  // degrees, -45 < strike <= 45, of arrows -90 < strike <= 90; its error from a bootstrap
+                    // of the stations
+  double alternative = not_known;    // strike + 90, as -90 < angle <= 90
   double concentration = not_known;  // |s|, 0 to 1
-  double deviation = not_known;      // degrees, sqrt(-2 ln |s|) / 4
+  double deviation = not_known;  // degrees, sqrt(-2 ln |s|) / 4, of arrows / 2; not known of a single point
   std::size_t used = 0;
   std::size_t left_out = 0;  // by the limits, or without what the method needs
 };
@@ -53,8 +56,8 @@ struct BandStrike {
 /// with a fixed seed, so that the same data always have the same error; a single station has none.
 BandStrike band_strike(std::span<const StrikeDatum> data, const StrikeChoices& choices);
 
-/// What a datum says by itself, for a rose: degrees modulo 90 in -45 < angle <= 45, with its weight. No value
-/// where the limits leave it out.
+/// What a datum says by itself, for a rose: degrees modulo 90 in -45 < angle <= 45, of an arrow modulo 180 in
+/// -90 < angle <= 90, with its weight. No value where the limits leave it out.
 struct SingleStrike {
   double strike = not_known;
   double weight = 0.0;

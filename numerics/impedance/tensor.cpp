@@ -23,6 +23,9 @@ PartCovariance covariance_of(std::complex<double> impedance, double resistivity,
   const double size = std::abs(impedance);
   double along = size * resistivity_error / (2.0 * resistivity);
   double across = size * std::min(phase_error, largest_phase_error) * radians_per_degree;
+  if (phase_error >= largest_phase_error && std::isfinite(along)) {
+    across = std::max(across, along);
+  }
   if (!std::isfinite(along)) {
     along = across;
   }

@@ -38,8 +38,9 @@ struct Tensor {
 std::complex<double> impedance_of(double resistivity, double phase, double frequency);
 
 /// What errors of resistivity (ohm-m) and of phase (degrees) say of the impedance: half axes |Z| d_rho/(2
-/// rho) along Z and |Z| d_phi across it. Where one of them isn't finite the other one counts for both parts;
-/// phase errors beyond 90 degrees count as 90.
+/// rho) along Z and |Z| d_phi across it. Where one of them isn't finite the other one counts for both parts.
+/// Phase errors beyond 90 degrees count as 90: then nothing is known of the phase, and across it is at least
+/// what it is along, so that an element far below its error gets back the error that it was made from.
 PartCovariance covariance_of(std::complex<double> impedance, double resistivity, double resistivity_error,
                              double phase_error);
 

@@ -1,7 +1,5 @@
 #include "occam/windows/section_picture.h"
 
-#include <QImage>
-#include <QPdfWriter>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -18,9 +16,8 @@
 #include "core/trap_errors.h"
 #include "occam/results/response_plots.h"
 #include "occam/windows/response_graph.h"
-#include "platform/graph/pdf_page.h"
+#include "platform/graph/painted_file.h"
 #include "platform/graph/pdf_pages.h"
-#include "platform/graph/picture_file.h"
 
 namespace Module_occam {
 
@@ -60,36 +57,6 @@ void paint_page(QPainter& painter, const SectionPage& page) {
                    QString::fromStdString(page.heading));
   painter.translate(0, heading_height);
   paint_section(painter, page.picture, page.sites, SectionZoom());
-}
-
-void write_png(graph::PictureFile& file, const SectionPage& page) {
-  constexpr double scale = 2.0;  // stays sharp in a report
-  QImage image(page.size * scale, QImage::Format_RGB32);
-  if (image.isNull()) {
-    throw std::runtime_error("the picture is too large");
-  }
-  image.setDevicePixelRatio(scale);
-  image.fill(Qt::white);
-  QPainter painter(&image);
-  paint_page(painter, page);
-  painter.end();
-  if (!image.save(&file.device(), "PNG")) {
-    throw std::runtime_error("the picture can't be written");
-  }
-}
-
-void write_pdf(graph::PictureFile& file, const SectionPage& page) {
-  QPdfWriter writer(&file.device());
-  graph::fit_page_to(writer, page.size);
-  writer.setTitle(QString::fromStdString(page.heading));
-  QPainter painter;
-  if (!painter.begin(&writer)) {
-    throw std::runtime_error("the page can't be drawn");
-  }
-  paint_page(painter, page);
-  if (!painter.end()) {
-    throw std::runtime_error("the page can't be written");
-  }
 }
 
 /// Names the misfits of all data and of the types of a view.
@@ -195,11 +162,11 @@ int save_section(RunView& view, const SectionLook& look, const std::string& path
     if (!pdf && !equal_ignoring_case(ending, "png")) {
       throw std::runtime_error(path + " ends neither in .png nor in .pdf");
     }
-    graph::PictureFile file(QString::fromStdString(path));
     const std::string what = look.values ? "   " + look.values->quantity.name : std::string();
-    (pdf ? write_pdf : write_png)(file, {picture, view.results().data, iteration_heading(view) + what,
-                                         QSize(size.width(), size.height() + heading_height)});
-    file.finish();
+    const SectionPage page{picture, view.results().data, iteration_heading(view) + what,
+                           QSize(size.width(), size.height() + heading_height)};
+    graph::write_painted(QString::fromStdString(path), QString::fromStdString(page.heading), page.size,
+                         [&page](QPainter& painter, const QRectF&) { paint_page(painter, page); });
   });
 }
 

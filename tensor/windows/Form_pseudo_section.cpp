@@ -181,6 +181,10 @@ void Form_pseudo_section::follow_line() {
   // The pictures on show refer to the earlier ones until there are others.
   const auto earlier = std::exchange(phase_tensors_, phase_tensors_of(line));
   follow_positions();
+  if (std::exchange(shown_choice_, line.curves.choice) != line.curves.choice) {
+    panes_[0]->reset_zoom();  // the other pane goes along
+    Status_section_->clearMessage();
+  }
   setWindowTitle(
       line.curves.choice.line.empty()
           ? QString("Pseudo-section")
@@ -320,9 +324,17 @@ void Form_pseudo_section::compare(bool second) {
 
 void Form_pseudo_section::mask(std::size_t pane, const SectionColumn& column, const SectionPoint& point) {
   const double station = column.station;  // the picture goes with the edit
-  if (toggle_section_point(shown_.line(), column.station_index, point, sections_[pane].quantity) ==
-      Module_averaged_data::Edit::changed) {
-    shown_.announce_edit(station);
+  using Module_averaged_data::Edit;
+  switch (toggle_section_point(shown_.line(), column.station_index, point, sections_[pane].quantity)) {
+    case Edit::changed:
+      shown_.announce_edit(station);
+      break;
+    case Edit::nothing:
+      Status_section_->showMessage(
+          "Nothing to mask here: the merged curve has no value, as its readings are masked or have none");
+      break;
+    case Edit::failed:
+      break;
   }
 }
 
@@ -349,6 +361,9 @@ int Form_pseudo_section::save_picture(const std::string& path) {
   std::vector<PseudoSectionPicture> pictures{panes_[0]->picture()};
   if (Check_compare_->isChecked()) {
     pictures.push_back(panes_[1]->picture());
+  }
+  for (PseudoSectionPicture& picture : pictures) {
+    picture.framed.reset();  // what is chosen on the screen is nothing to a report
   }
   return save_pseudo_sections(path, pictures, panes_[0]->view(), panes_[0]->size());
 }

@@ -69,6 +69,7 @@ class Form_pseudo_section : public QDialog {
   Module_display_data::LineAxis axis_;
   std::optional<bool> own_by_distance_;  // none: as the main window
   bool main_by_distance_ = false;
+  Module_tensor::LineChoice shown_choice_;
   std::vector<Module_tensor::StationPhaseTensors> phase_tensors_;
   Module_rhoplus::SectionResiduals residuals_;
   bool residuals_stopped_ = false;  // by the user: not again until they are asked for

@@ -146,7 +146,7 @@ void Form_strike::connect_controls() {
 
 void Form_strike::reload() {
   const LineTensors& line = shown_.line();
-  stations_ = strike_stations(line.stations);
+  stations_ = strike_stations(line.stations, session().frequencies);
   line_azimuth_.reset();
   if (!stations_.empty()) {
     static_cast<void>(trap_errors("An error occurred while reading the places of the line: ",
@@ -181,7 +181,8 @@ QString Form_strike::note() const {
     return "The band isn't a pair of frequencies";
   }
   if (!summary_) {
-    return "No station of the line has all four elements of a tensor, or a tipper";
+    return "No station of the line has all four elements of a tensor, or a tipper, at a frequency "
+           "that is switched on";
   }
   if (summary_->best.used + summary_->best.left_out == 0) {
     return question_->choices.method == numerics::impedance::StrikeMethod::tipper ? "No tipper in this band"

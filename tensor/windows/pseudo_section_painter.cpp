@@ -132,7 +132,7 @@ std::array<double, 2> spacing_of(const PseudoSectionPicture& picture, const Plot
 
 void paint_ellipses(QPainter& painter, const PseudoSectionPicture& picture, const Plot& plot) {
   constexpr double share_of_spacing = 0.47;
-  constexpr double rows_in_height = 2.2;  // soundings are dense in period: ellipses may lie over one another
+  constexpr double rows_in_height = 1.5;  // soundings are dense in period: ellipses may lie over one another
   constexpr double least_radius = 2.5;
   constexpr double largest_radius = 28.0;
   const auto [across, down] = spacing_of(picture, plot);

@@ -37,7 +37,7 @@ std::vector<DocumentPage> make_pages() {
   if (load_line_tensors(choice, state.frequencies, line) != 0) {
     return {};
   }
-  const auto stations = strike_stations(line.stations);
+  const auto stations = strike_stations(line.stations, state.frequencies);
   const StrikeQuestion question;
   auto summary = strike_summary(stations, question);
   if (!summary) {

@@ -29,13 +29,16 @@ std::string block(const std::string& name, const std::vector<double>& values) {
 }
 
 /// A site over ground of strike 25 whose Hx lies at 12.5 degrees.
-std::string site(const std::string& name, double latitude, double longitude) {
+std::string site(const std::string& name, double latitude, double longitude, bool diagonals = true) {
   static const char* const elements[] = {"ZXX", "ZXY", "ZYX", "ZYY"};
   const auto tensor = made::two_dimensional(25.0, 60.0, 30.0, 12.5);
   MadeSection section;
   section.sectid = '"' + name + '"';
   section.blocks.clear();
   for (std::size_t element = 0; element < 4; ++element) {
+    if (!diagonals && (element == 0 || element == 3)) {
+      continue;
+    }
     section.blocks += block(std::string(elements[element]) + "R",
                             std::vector<double>(frequencies.size(), tensor.z[element].real()));
     section.blocks += block(std::string(elements[element]) + "I",
@@ -158,6 +161,27 @@ TEST_F(Strike_command, Prints_both_solutions_and_what_speaks_for_them) {
   EXPECT_NE(printed.output.find("8 of 8 points"), std::string::npos);
   EXPECT_NE(printed.output.find("nearer to its normal"), std::string::npos);
   EXPECT_EQ(printed.output.find("Phase tensor"), std::string::npos);
+}
+
+TEST_F(Strike_command, Names_refused_stations_and_says_where_all_are) {
+  import_made_line();
+  std::ignore = folder_.write("flat/S05.edi", site("S05", 10.0, 20.0, false));
+  const Outcome imported = run({"import", "survey.mdb", "flat", "--auto", "--line", "8E"});
+  ASSERT_EQ(imported.status, 0) << imported.errors;
+  const Outcome refused = run({"strike", "survey.mdb", "--line", "8E"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.errors.find("(S05): ExHx and EyHy have no values"), std::string::npos) << refused.errors;
+  EXPECT_NE(refused.errors.find("its only one is refused"), std::string::npos) << refused.errors;
+
+  std::ignore = folder_.write("more/S05.edi", site("S05", 10.02, 20.04, false));
+  ASSERT_EQ(run({"import", "survey.mdb", "more", "--auto", "--line", "7E"}).status, 0);
+  const Outcome given = run({"strike", "survey.mdb", "--line", "7E", "--json"});
+  EXPECT_EQ(given.status, 0);
+  EXPECT_NE(given.errors.find("ExHx and EyHy have no values"), std::string::npos) << given.errors;
+  const Json remarks = Json::parse(given.output)["remarks"];
+  ASSERT_FALSE(remarks.empty());
+  EXPECT_NE(remarks.back().get<std::string>().find("ExHx and EyHy have no values"), std::string::npos)
+      << remarks;
 }
 
 TEST_F(Strike_command, Refuses_what_makes_no_sense) {

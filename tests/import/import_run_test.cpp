@@ -253,6 +253,47 @@ TEST_F(ImportRun, A_station_that_loses_its_readings_keeps_no_curves) {
   EXPECT_EQ(rows_in("ReadingsDataTable"), 4);
 }
 
+// Curves of the keys that a file had before it came in again: without its values, or gone where they were
+// all.
+TEST_F(ImportRun, A_file_that_comes_again_under_another_key_leaves_no_stale_curves) {
+  const auto with_value = [](const char* value) { return replaced(made_edi(), "1 2 3", value); };
+  const auto derived = [](const std::string& more) {
+    return rows_in("ReadingsDataTable WHERE FileID < 0 AND DataType = 'ExHy' AND " + more);
+  };
+  const auto value = [](const std::string& more) {
+    dao::Recordset rows = open_survey().database.open_recordset(
+        "SELECT * FROM ReadingsDataTable WHERE FileID < 0 AND DataType = 'ExHy' AND " + more);
+    return rows.eof() ? -1.0F : Module_database::read_reading(rows).curve.value(1, 0);
+  };
+  const auto import_at = [&](const std::string& file, const char* rate) {
+    choices.decode[decode_sample_rate].specified = rate;
+    ASSERT_EQ(import({file}), 0);
+  };
+  const std::string first = folder.write("a.edi", with_value("10 10 10"));
+  const std::string second = folder.write("b.edi", with_value("40 40 40"));
+  import_at(first, "35200");
+  import_at(second, "35200");
+  const float both = value("ReductionType = 1");
+  EXPECT_GT(both, 10.0F);
+  EXPECT_LT(both, 40.0F);
+  import_at(second, "100");
+  EXPECT_EQ(report.files.at(0).replaced_readings, 4);
+  EXPECT_NEAR(value("ReductionType = 1 AND SampleRate = 35200"), 10.0F, 1e-3F);
+  EXPECT_NEAR(value("ReductionType = 1 AND SampleRate = 100"), 40.0F, 1e-3F);
+  EXPECT_EQ(derived("ReductionType = 2"), 1);
+  import_at(first, "100");  // nothing has the rate of before any more
+  EXPECT_EQ(derived("ReductionType = 1 AND SampleRate = 35200"), 0);
+  EXPECT_NEAR(value("ReductionType = 1"), both, 1e-3F);
+  EXPECT_NEAR(value("ReductionType = 2"), both, 1e-3F);
+  choices.ReferenceType = 0;  // a key of its own, also of the merged curve
+  import_at(first, "100");
+  EXPECT_NEAR(value("ReductionType = 1 AND ReferenceType = 1"), 40.0F, 1e-3F);
+  EXPECT_NEAR(value("ReductionType = 2 AND ReferenceType = 1"), 40.0F, 1e-3F);
+  import_at(second, "100");
+  EXPECT_EQ(derived("ReferenceType = 1"), 0);
+  EXPECT_EQ(derived("ReferenceType = 0"), 2);
+}
+
 TEST_F(ImportRun, A_copy_that_was_cut_takes_no_readings_away) {
   const std::string whole = made_edi({MadeSection{}, MadeSection{}});
   const std::string file = folder.write("a.edi", whole);

@@ -129,6 +129,7 @@ TEST(Line_strike, Of_a_station_has_a_deviation_and_no_error) {
   EXPECT_FALSE(strike.strike.strike.has_error());
   EXPECT_NEAR(strike.strike.deviation, 0.0, 1e-3);
   EXPECT_NEAR(strike.median_skew, 0.0, 1e-9);
+  EXPECT_TRUE(std::isnan(station_strike(stations[1], {0.5, 5.0}, {}).strike.deviation)) << "of one point";
   EXPECT_EQ(strike.masked_diagonals, 2);
   EXPECT_EQ(station_strike(stations[1], {50.0, 200.0}, {}).masked_diagonals, 0);
 }
@@ -152,6 +153,34 @@ TEST(Line_strike, Of_arrows_is_what_they_stand_across) {
   const ArrowVotes votes = arrow_votes(stations, {}, 20.0);
   EXPECT_EQ(votes.strike, 0);
   EXPECT_EQ(votes.alternative, 6);
+}
+
+TEST(Line_strike, Frequencies_that_are_switched_off_have_no_say) {
+  auto line = turned_sensors();
+  line[0].points[4].masked_diagonals = 2;
+  line[0].masked_diagonals = 2;
+  line[0].tipper.push_back({100.0, made::arrow(16.0)});
+  const Frequencies frequencies{{0.01F, 0.1F, 1.0F, 10.0F, 100.0F}, {1, 1, 1, 0, 0}};
+  const auto stations = strike_stations(line, frequencies);
+  EXPECT_EQ(line_strike(stations, {}, {}).used, 15);
+  EXPECT_EQ(whole_band(stations)->upper, 1.0);
+  EXPECT_TRUE(stations[0].tensors.tipper.empty());
+  EXPECT_EQ(stations[0].tensors.masked_diagonals, 0);
+}
+
+TEST(Strike_rose, Of_arrows_has_one_lobe) {
+  StationTensor station = made::station(1.0, {}, {});
+  for (const double azimuth : {12.0, 14.0, 17.0}) {  // across 102, 104 and 107
+    station.tipper.push_back({azimuth, made::arrow(azimuth)});
+  }
+  const StrikeChoices choices{StrikeMethod::tipper};
+  const auto stations = strike_stations({station});
+  const double common = line_strike(stations, {}, choices).strike.value;
+  EXPECT_NEAR(common, -76.0, 1.0);
+  const Rose rose = strike_rose(stations, {}, choices, 5.0, common);
+  EXPECT_EQ(rose.strikes[20], 2.0);
+  EXPECT_EQ(rose.strikes[21], 1.0);
+  EXPECT_TRUE(rose.alternatives.empty());
 }
 
 TEST(Strike_rose, Keeps_a_lobe_together_and_its_other_solution_apart) {

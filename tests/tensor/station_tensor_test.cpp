@@ -12,6 +12,7 @@
 #include "tests/reduction/made_readings.h"
 #include "tests/support/named_site.h"
 #include "tests/support/survey_fixture.h"
+#include "tests/tensor/made_station.h"
 
 using namespace Module_tensor;
 using Module_database::ReadingAxes;
@@ -191,6 +192,7 @@ TEST_F(Station_tensor, Is_refused_where_an_element_is_off_or_missing) {
       "UPDATE ReadingsDataTable SET UsePhase = 0 WHERE ReductionType = 2 AND DataType = 'EyHy' AND "
       "Station = 100");
   execute("DELETE FROM ReadingsDataTable WHERE DataType = 'ExHx' AND Station = 200");
+  Module_database::set_ey_sign("200E", 200.0, Module_database::ey_sign_as_measured);
   const LineTensors line = load();
   ASSERT_EQ(line.stations.size(), 3U);
   EXPECT_EQ(line.stations[0].refusal, "Station 100: EyHy is switched off");
@@ -198,6 +200,30 @@ TEST_F(Station_tensor, Is_refused_where_an_element_is_off_or_missing) {
   EXPECT_NE(line.stations[2].refusal.find("no phase of EyHx counts"), std::string::npos);
   for (const StationTensor& station : line.stations) {
     EXPECT_TRUE(station.points.empty());
+  }
+  // What the user says of Ey holds all the same.
+  EXPECT_EQ(line.stations[1].ey_reason, EyReason::user);
+  EXPECT_FALSE(line.stations[1].ey_turned);
+  EXPECT_TRUE(yx_points_away(line.curves.stations[1], line.stations[1]));
+  EXPECT_TRUE(line.stations[0].ey_turned);
+}
+
+TEST(Station_tensor_without_diagonals, Says_so_and_takes_the_quadrant_of_most_phases) {
+  for (const made::Ey ey : {made::Ey::as_measured, made::Ey::turned}) {
+    StationCurves curves = made::station(
+        100.0, {1.0F, 2.0F, 4.0F}, [](double) { return example; }, ey);
+    for (Module_database::StoredReading& merged : curves.merged) {  // the readings say nothing of Ey
+      merged.axes.EyTurned = Module_database::ey_not_known;
+    }
+    for (const std::size_t element : {0U, 3U}) {
+      for (std::size_t at = 0; at < 3; ++at) {
+        curves.merged[element].curve.counts_at(2, at) = 0;
+        curves.sources[element].regardless_of_masks[at] = {};
+      }
+    }
+    const StationTensor station = station_tensor(curves, Module_database::ey_sign_by_rule);
+    EXPECT_EQ(station.refusal, "Station 100: ExHx and EyHy have no values");
+    EXPECT_EQ(yx_points_away(curves, station), ey == made::Ey::as_measured);
   }
 }
 
@@ -220,8 +246,8 @@ TEST_F(Station_tensor, Masked_phases_have_means_on_the_circle) {
     store(recording);
   }
   LineTensors line = load();
-  // One of the two phases counts, so that the mean is its own; with none the mean is between them.
-  EXPECT_NEAR(std::abs(degrees(line.stations[0].points[0].tensor[Element::xx])), 179.0, 1e-4);
+  // It is the same mean whether one of the two phases counts or none.
+  EXPECT_NEAR(std::abs(degrees(line.stations[0].points[0].tensor[Element::xx])), 180.0, 1e-4);
   auto merged = line.curves.stations[0].of(CurveType::ExHx);
   merged.curve.counts_at(2, 0) = 0;
   dao::Recordset row = made::row(merged.ID);
@@ -230,6 +256,40 @@ TEST_F(Station_tensor, Masked_phases_have_means_on_the_circle) {
   row.update();
   ASSERT_EQ(reload_station(100.0, made::frequencies(), line), 0);
   EXPECT_NEAR(std::abs(degrees(line.stations[0].points[0].tensor[Element::xx])), 180.0, 1e-4);
+}
+
+TEST_F(Station_tensor, A_mask_on_some_repeats_of_a_diagonal_says_nothing_either) {
+  std::int32_t event = 0;
+  for (const double phase : {-20.0, -16.0, 6.0}) {
+    Recording recording{.event = ++event};
+    recording.impedance[0] = std::polar(2.0, phase * std::numbers::pi / 180.0);
+    recording.impedance[3] = std::polar(2.0, (phase - 100.0) * std::numbers::pi / 180.0);  // turned: unmasked
+    store(recording);
+  }
+  const StationTensor station = loaded();
+  ASSERT_EQ(station.points.size(), 1U);
+  EXPECT_NEAR(degrees(station.points[0].tensor[Element::xx]), -10.0, 1e-4);
+  EXPECT_NEAR(degrees(station.points[0].tensor[Element::yy]), -110.0, 1e-4);
+  EXPECT_EQ(station.points[0].masked_diagonals, 1);
+}
+
+// Resistivities of 1 and 1.21 at one rate, of 4 and 4.84 at the other: means of 1.105 and 4.42, known to
+// 0.105 over the root of 2 and to four times that.
+TEST_F(Station_tensor, Where_scan_rates_overlap_the_error_is_that_of_their_mean) {
+  for (const auto& [scan_rate, factor] : {std::pair{64.0F, 1.0}, std::pair{256.0F, 2.0}}) {
+    store({.impedance = scaled(example, factor), .event = 1, .scan_rate = scan_rate});
+    store({.impedance = scaled(scaled(example, 1.1), factor), .event = 2, .scan_rate = scan_rate});
+  }
+  const StationTensor station = loaded();
+  ASSERT_EQ(station.points.size(), 1U);
+  const double mean = (1.105 + 4.42) / 2.0;
+  const double error = std::sqrt(1.0 + 16.0) / 2.0 * 0.105 / std::numbers::sqrt2;
+  for (const Element element : {Element::xx, Element::xy}) {  // masked, and not
+    const double size = std::abs(example[static_cast<std::size_t>(element)]) * std::sqrt(mean);
+    const double along = size * error / (2.0 * mean);
+    const auto& known = station.points[0].tensor.known(element);
+    EXPECT_NEAR((known.real + known.imaginary) / (2.0 * along * along), 1.0, 1e-4);  // the phases agree
+  }
 }
 
 TEST_F(Station_tensor, Has_the_static_factors_and_the_offsets_of_averages) {
@@ -258,11 +318,11 @@ TEST_F(Station_tensor, Has_the_static_factors_and_the_offsets_of_averages) {
   fast[0] *= std::polar(2.0, 10.0 * std::numbers::pi / 180.0);
   expect_impedance(station, 2, fast);
   // At 8 Hz both rates have a point: what counts is a mean, of resistivities 1 and 4 times the first one's,
-  // for xx 1 and 16 times; its phase is masked and that of the highest rate.
+  // for xx 1 and 16 times; its phase is masked and the mean of the rates all the same.
   const auto& shared = station.points[1].tensor;
   EXPECT_NEAR(std::abs(shared[Element::xy]) / std::abs(slow[1]), std::sqrt(2.5), 1e-6);
   EXPECT_NEAR(std::abs(shared[Element::xx]) / std::abs(slow[0]), std::sqrt(8.5), 1e-6);
-  EXPECT_NEAR(degrees(shared[Element::xx]), degrees(fast[0]), 1e-4);
+  EXPECT_NEAR(degrees(shared[Element::xx]), degrees(slow[0]) + 5.0, 1e-4);
 }
 
 // Repeats of 1 and 1.1 times an impedance: resistivities r and 1.21 r deviate by 0.105 r from their

@@ -239,6 +239,20 @@ TEST_F(EdiParser, Names_channels_that_the_head_does_not_define) {
   EXPECT_EQ(parsed.report.unreadable[1].text, "RX='8.001' has no >HMEAS or >EMEAS");
 }
 
+TEST_F(EdiParser, Ids_of_channels_that_differ_in_zeros_are_the_same) {
+  const Parsed parsed = parse(replaced(made_edi(), "  HX=1.001", "  HX=01.0010"));
+  ASSERT_EQ(parsed.sections.size(), 1U);
+  EXPECT_TRUE(parsed.report.unreadable.empty());
+  ASSERT_TRUE(parsed.sections[0].local_hx);
+  EXPECT_EQ(parsed.sections[0].local_hx->AZM, 12.5);
+  // Unless the very same text is there: these are two sensors.
+  const std::vector<EdiChannel> two{{.ID = "1.1", .CHTYPE = "HY"}, {.ID = "1.10", .CHTYPE = "HX"}};
+  ASSERT_NE(find_channel(two, "1.10"), nullptr);
+  EXPECT_EQ(find_channel(two, "1.10")->CHTYPE, "HX");
+  EXPECT_EQ(find_channel(two, "1.100")->CHTYPE, "HY");
+  EXPECT_EQ(find_channel(two, "2"), nullptr);
+}
+
 // Whatever is cut off, each section is given whole or not at all.
 TEST_F(EdiParser, Gives_whole_sections_of_a_file_cut_at_any_byte) {
   const std::string whole = made_edi({MadeSection{}, MadeSection{.sectid = "13"}});

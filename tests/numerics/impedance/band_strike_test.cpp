@@ -165,6 +165,35 @@ TEST(Band_strike, Arrows_stand_across_the_strike) {
   EXPECT_EQ(band.left_out, 2U);
 }
 
+TEST(Band_strike, Of_arrows_has_a_period_of_180_degrees) {
+  const auto strike_of = [](const std::vector<double>& strikes) {
+    std::vector<Tipper> tippers;
+    for (const double strike : strikes) {
+      const double across = (strike + 90.0) * std::acos(-1.0) / 180.0;
+      tippers.push_back({0.3 * std::cos(across), 0.3 * std::sin(across), {}, {}});
+    }
+    std::vector<StrikeDatum> data;
+    for (std::size_t i = 0; i < tippers.size(); ++i) {
+      data.push_back({i, nullptr, nullptr, &tippers[i]});
+    }
+    return band_strike(data, {.method = StrikeMethod::tipper});
+  };
+  // |s| of two directions 2 x 20 degrees on either side of their mean is cos 40.
+  const BandStrike scattered_arrows = strike_of({60.0, 100.0});
+  EXPECT_NEAR(scattered_arrows.strike.value, 80.0, 1e-9);
+  EXPECT_NEAR(scattered_arrows.alternative, -10.0, 1e-9);
+  EXPECT_NEAR(scattered_arrows.concentration, 0.766044443, 1e-9);
+  EXPECT_NEAR(scattered_arrows.deviation, std::sqrt(-2.0 * std::log(0.766044443)) / 2.0 * 57.2957795, 1e-6);
+  EXPECT_GT(scattered_arrows.strike.error, 5.0);
+  // At right angles they cancel.
+  EXPECT_NEAR(strike_of({60.0, 60.0, -30.0}).strike.value, 60.0, 1e-9);
+  EXPECT_NEAR(strike_of({60.0, 60.0, -30.0}).concentration, 1.0 / 3.0, 1e-9);
+  EXPECT_FALSE(strike_of({10.0, 100.0}).strike.has_value());
+  const BandStrike single = strike_of({85.0});
+  EXPECT_NEAR(single.strike.value, 85.0, 1e-9);
+  EXPECT_TRUE(std::isnan(single.deviation));
+}
+
 TEST(Band_strike, Its_error_is_that_of_the_mean_of_stations) {
   constexpr std::size_t count = 60;
   const StrikeChoices choices{.weights = StrikeWeights::none};

@@ -275,6 +275,11 @@ TEST(Tensor_analysis, Resistivity_phase_and_their_errors_come_back_from_the_impe
   EXPECT_NEAR(apparent_earth(z, covariance_of(z, 130.0, none, phase_error), 8.0).resistivity.error, 7.0,
               1e-10);
   EXPECT_NEAR(apparent_earth(z, covariance_of(z, 130.0, 7.0, 1e9), 8.0).phase.error, 90.0, 1e-10);
+  // From a variance, sigma twice |Z|: d rho is 4 rho, and the phase error beyond what it can be.
+  const PartCovariance large = covariance_of(z, 130.0, 4.0 * 130.0, 2.0 * 180.0 / std::numbers::pi);
+  EXPECT_NEAR(std::sqrt(large.real) / std::abs(z), 2.0, 1e-10);
+  EXPECT_NEAR(std::sqrt(large.imaginary) / std::abs(z), 2.0, 1e-10);
+  EXPECT_NEAR(large.cross / std::norm(z), 0.0, 1e-10);
   EXPECT_FALSE(covariance_of(z, 130.0, none, none).is_known());
   EXPECT_FALSE(covariance_of(0.0, 0.0, 7.0, 1.0).is_known());
 }

@@ -135,8 +135,8 @@ class PseudoSectionTest : public QObject, private WindowFixture {
     // Points are by growing period: the middle one is 1 Hz; masks are by growing frequency.
     for (const Case& c : {Case{SectionQuantity::rho_xy, "110111", "111111"},
                           Case{SectionQuantity::phase_yx, "111111", "111011"},
-                          Case{SectionQuantity::rho_det, "110111", "110111"},
-                          Case{SectionQuantity::phase_max, "111011", "111011"},
+                          Case{SectionQuantity::rho_det, "110011", "110011"},
+                          Case{SectionQuantity::phase_max, "110011", "110011"},
                           Case{SectionQuantity::ellipses_by_skew, "110011", "110011"},
                           Case{SectionQuantity::bostick_xy, "110011", "111111"}}) {
       choose(c.quantity);

@@ -198,6 +198,16 @@ class StrikeTest : public QObject, private WindowFixture {
     QCOMPARE(interface_->take_messages().size(), std::size_t{0});
   }
 
+  void leaves_out_what_is_switched_off() {
+    make_line();
+    session().frequencies = {{0.1F, 1.0F, 10.0F, 100.0F}, {1, 1, 0, 1}};
+    open_window();
+    QVERIFY2(text("Label_sentences").contains("9 of 9 points"), qPrintable(text("Label_sentences")));
+    session().frequencies.enabled = {1, 1, 1, 1};
+    shown_->follow_edit();
+    QTRY_VERIFY(text("Label_sentences").contains("12 of 12 points"));
+  }
+
   void says_what_is_missing() {
     struct Case {
       const char* name;
