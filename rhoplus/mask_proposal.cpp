@@ -59,16 +59,6 @@ void propose_curve(const CurveConsistency& curve, const ThreeDimensional& three_
 
 }  // namespace
 
-const ProposedPoint* MaskProposal::at(std::size_t station_index, std::size_t mode_index,
-                                      float frequency) const {
-  const auto place = [](const ProposedPoint& point) {
-    return std::pair(point.station_index, point.mode_index);
-  };
-  const auto curve = std::ranges::equal_range(points, std::pair(station_index, mode_index), {}, place);
-  const auto found = std::ranges::find(curve, frequency, &ProposedPoint::frequency);
-  return found == curve.end() ? nullptr : &*found;
-}
-
 MaskProposal mask_proposal(const Module_tensor::LineTensors& line, const LineConsistency& consistency,
                            const ProposalRules& rules) {
   MaskProposal proposal;

@@ -33,9 +33,6 @@ struct MaskProposal {
   std::size_t left_three_dimensional = 0;        // values beyond the limit that are left alone
 
   [[nodiscard]] bool empty() const { return points.empty(); }
-  /// The proposed point of a station and mode at a frequency; null if there is none.
-  [[nodiscard]] const ProposedPoint* at(std::size_t station_index, std::size_t mode_index,
-                                        float frequency) const;
 };
 
 /// The points whose residual is beyond the limit: that of resistivity masks the resistivity, that of phase

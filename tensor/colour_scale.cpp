@@ -42,7 +42,7 @@ Palette blended(std::span<const Colour> colours) {
     const double share = at - static_cast<double>(index);
     const Colour& first = colours[index];
     const Colour& second = colours[index + 1];
-    palette[static_cast<std::size_t>(entry + graph::first_palette_entry)] = {
+    palette[static_cast<std::size_t>(entry) + graph::first_palette_entry] = {
         between(first.red, second.red, share), between(first.green, second.green, share),
         between(first.blue, second.blue, share)};
   }

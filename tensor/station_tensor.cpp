@@ -193,7 +193,7 @@ std::string why_no_points(const StationCurves& curves) {
   for (std::size_t at = 0; at < curve.count(); ++at) {
     any_phase = any_phase || curve.point_counts(Module_database::field_phase, at);
   }
-  if (const std::string without = diagonals_without_values(curves); any_phase && !without.empty()) {
+  if (std::string without = diagonals_without_values(curves); any_phase && !without.empty()) {
     return without;
   }
   return any_phase
