@@ -1,0 +1,130 @@
+#include "formats/j_format/j_format.h"
+
+#include <cmath>
+#include <filesystem>
+#include <numbers>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/temporary_folder.h"
+
+using namespace formats::transfer_function;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Read {
+  TransferFunction function;
+  formats::FileReport report;
+};
+
+Read read(const std::string& path) {
+  Read result;
+  LineReader lines(path);
+  result.function = formats::j_format::read_j_format(lines, result.report);
+  return result;
+}
+
+Read read_text(const std::string& text) {
+  const TemporaryFolder folder;
+  return read(folder.write("made.j", text));
+}
+
+std::string field_file(const std::string& name) {
+  return (fs::path(BRENLOX_FIELD_DATA) / "exchange" / "jformat" / name).string();
+}
+
+/// rho / (0.2 |Z|^2 / f) of all points that have both.
+double largest_disagreement(const TransferFunction& function) {
+  double largest = 0.0;
+  for (const Point& point : function.points) {
+    for (const Value& value : point.values) {
+      if (value.has_value() && value.has_curve()) {
+        largest = std::max(largest, std::abs(std::log(value.resistivity /
+                                                      (0.2 * std::norm(value.value) / point.frequency))));
+      }
+    }
+  }
+  return largest;
+}
+
+}  // namespace
+
+TEST(J_format, Takes_periods_and_frequencies_and_their_limits) {
+  const Read made = read_text(
+      "# made\n>LATITUDE = -19.5\n>LONGITUDE =\n>AZIMUTH = 12.5\nS01  12\n"
+      "RXY\n 4\n-100.0 50.0 40.0 55.0 45.0 42.0 38.0 1.0 1.0\n4.0 20.0 30.0 80.0 5.0 31.0 29.0 1 1\n"
+      "-999. -999. -999. -999. -999. -999. -999. -999. -999.\n-10 -3.0 12.0 1 1 1 1 1 1\n"
+      "TZX\n1\n-100.0 0.25 -0.5 0.01 1.0\n");
+  EXPECT_EQ(made.report.failure, "");
+  EXPECT_EQ(made.function.site.id, "S01");
+  EXPECT_FALSE(made.function.site.longitude.has_value());
+  EXPECT_DOUBLE_EQ(made.function.site.x_azimuth.value(), 12.5);
+  ASSERT_EQ(made.function.points.size(), 3U);
+  const Value& at_100_Hz = made.function.points[0].of(Component::zxy);
+  EXPECT_DOUBLE_EQ(made.function.points[0].frequency, 100.0);
+  EXPECT_DOUBLE_EQ(at_100_Hz.resistivity_error, 5.0);
+  EXPECT_DOUBLE_EQ(at_100_Hz.phase_error, 2.0);
+  EXPECT_DOUBLE_EQ(made.function.points[1].frequency, 0.25);
+  EXPECT_NEAR(made.function.points[1].of(Component::zxy).resistivity_error, 20.0 * std::log(4.0), 1e-12);
+  EXPECT_FALSE(made.function.points[2].of(Component::zxy).in_use);  // a rejected point
+  EXPECT_DOUBLE_EQ(made.function.points[0].of(Component::tx).variance, 1e-4);
+}
+
+TEST(J_format, Takes_the_unit_from_what_it_reads) {
+  const double f = 10.0;
+  const std::complex<double> z(3.0, 4.0);  // mV/km/nT
+  const double rho = 0.2 * std::norm(z) / f;
+  const auto text = [&](double over, const std::string& unit, bool with_curve) {
+    return "S\n" +
+           (with_curve ? "RXY\n1\n-10 " + std::to_string(rho) + " 53.13 1 1 1 1 1 1\n" : std::string()) +
+           "ZXY " + unit + "\n1\n-10 " + std::to_string(z.real() / over) + " " +
+           std::to_string(z.imag() / over) + " 0.1 1\n";
+  };
+  constexpr double ohm = 795.774715459;
+  struct Case {
+    double over;
+    std::string unit;
+    bool with_curve;
+  };
+  for (const Case& c : {Case{1.0, "S.I.", true}, Case{ohm, "FIELD", true}, Case{ohm, "S.I. UNITS", false},
+                        Case{1.0, "FIELD UNITS", false}}) {
+    const Read made = read_text(text(c.over, c.unit, c.with_curve));
+    EXPECT_NEAR(made.function.points.at(0).of(Component::zxy).value.real(), 3.0, 1e-3)
+        << c.unit << c.with_curve;
+  }
+}
+
+TEST(J_format, Says_what_it_cannot_read) {
+  EXPECT_EQ(read_text("").report.failure, "the file has no block of transfer functions");
+  EXPECT_EQ(read_text("S\nRXY\n99999999999999\n").report.failure,
+            "the file has no block of transfer functions");
+  const Read cut = read_text("S\nZXY\n3\n-10 1 2 0.1 1\nZYX\n1\n-10 1 2 0.1 1\n");
+  ASSERT_EQ(cut.report.unreadable.size(), 1U);
+  EXPECT_EQ(cut.report.unreadable[0].text, "the block ZXY has 1 rows of 3");
+  EXPECT_TRUE(cut.function.points.at(0).of(Component::zyx).has_value());
+}
+
+TEST(J_format, Field_files_have_their_values) {
+  if (!fs::exists(field_file("BP02.j"))) {
+    GTEST_SKIP() << "the field data is absent";
+  }
+  const Read birrp = read(field_file("BP02.j"));
+  EXPECT_EQ(birrp.function.site.id, "BP02");
+  const Value& zxx = birrp.function.points.at(0).of(Component::zxx);
+  EXPECT_LT(largest_disagreement(birrp.function), 1e-4);  // "S.I." that are field units
+  EXPECT_NEAR(zxx.value.real(), 75.63423, 1e-9);
+  EXPECT_NEAR(zxx.variance, 2.0 * 2.217733 * 2.217733, 1e-9);
+
+  const Read ohm = read(field_file("kb0-s001.txt"));
+  EXPECT_EQ(ohm.function.site.id, "kb0001");
+  EXPECT_DOUBLE_EQ(ohm.function.site.x_azimuth.value(), -30.0);
+  EXPECT_EQ(ohm.function.points.size(), 29U);
+  EXPECT_NEAR(ohm.function.points.at(2).of(Component::zxy).value.real(), 0.1339 * 795.7747, 1e-3);
+  EXPECT_LT(largest_disagreement(ohm.function), 0.02);
+  EXPECT_DOUBLE_EQ(ohm.function.points.at(2).of(Component::tx).value.real(), -0.1872);
+
+  const Read scalar = read(field_file("S00.dat"));
+  EXPECT_EQ(scalar.function.points.size(), 17U);
+  EXPECT_DOUBLE_EQ(scalar.function.points.at(0).of(Component::zxy).phase, -33.3);
+}
