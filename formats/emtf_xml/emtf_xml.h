@@ -1,0 +1,26 @@
+// emtf_xml.h: the XML format of the archives of transfer functions (Kelbert 2020, Geophysics 85, F1-F17).
+//
+// Files in circulation differ from one another: elements come in any order and case, attributes are missing,
+// a bare "&" stands in citations, variances are there, or follow from the covariances, or are not.
+#pragma once
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "formats/file_report.h"
+#include "formats/transfer_function/transfer_function.h"
+
+namespace formats::emtf_xml {
+
+/// A larger file is no transfer function of one site.
+inline constexpr std::size_t largest_file = 64UL << 20U;  // bytes
+
+/// Reads the text of a file. Values given in the axes of the channels come in orthogonal ones with x along
+/// Hx. Nothing outside the text is read, whatever it refers to. What can't be read is in the report; its
+/// failure says why there is nothing.
+transfer_function::TransferFunction read_emtf_xml(std::string text, FileReport& report);
+
+/// Whether the beginning of a text is that of such a file.
+bool begins_emtf_xml(std::string_view beginning);
+
+}  // namespace formats::emtf_xml
