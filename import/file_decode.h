@@ -16,6 +16,11 @@ enum FileFormat : std::int32_t {
   format_edi_mt = 2,
   format_em1dfm = 4,
   format_zonge_raw = 5,
+  format_emtf_xml = 6,
+  format_z_file = 7,
+  format_j = 8,
+  format_zonge_avg = 9,
+  format_curve_table = 10,
 };
 
 inline bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }

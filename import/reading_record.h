@@ -91,7 +91,7 @@ struct ReadingRecord {
   ImportChoices choices;
   std::int32_t file_index = 0;          // from 1, place in the list of files
   std::size_t section_index = 0;        // in the file, of the section that is being read; EDI only
-  std::int32_t file_format = -1;        // 0 to 5, -1 not known
+  std::int32_t file_format = -1;        // FileFormat, -1 not known
   std::int32_t length_unit_factor = 1;  // of the head's UNITS; lengths are stored without it
 
   std::string SurveyFile;

@@ -1,0 +1,30 @@
+// site_marks.h: stations of lines on the earth, as maps show them.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace formats::places {
+
+struct SiteMark {
+  std::string name;
+  double station = 0.0;
+  double latitude = 0.0;            // degrees, north positive
+  double longitude = 0.0;           // degrees, east positive, -180 to 180
+  std::optional<double> elevation;  // m
+  std::string plot;                 // path or address of a picture of its curves; empty: none
+};
+
+struct LineMarks {
+  std::string line;
+  std::vector<SiteMark> sites;  // in the order along the line
+};
+
+/// GeoJSON (RFC 7946): a Feature for each station, and a LineString for each line of two and more.
+std::string geojson_text(const std::vector<LineMarks>& lines);
+
+/// KML 2.2: a folder for each line, with its stations and its path on the ground.
+/// @param title  of the document
+std::string kml_text(const std::string& title, const std::vector<LineMarks>& lines);
+
+}  // namespace formats::places
