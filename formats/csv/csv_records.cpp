@@ -87,7 +87,9 @@ void CsvRecords::take_lines(std::string_view line, CsvRecord& record) {
   while (cut == Cut::open_quote && whole.size() <= longest_record && lines_.next(line)) {
     whole += '\n';
     whole += line;
-    if (line.find('"') != std::string_view::npos && whole.size() <= longest_record) {
+    // Doubled quotes leave the field open, and so does a field that ends where another one begins.
+    const bool may_close = std::ranges::count(line, '"') % 2 == 1;
+    if (may_close && whole.size() <= longest_record) {
       cut = cut_fields(whole, separator_, record.fields);
     }
   }

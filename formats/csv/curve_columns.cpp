@@ -50,7 +50,7 @@ CurveColumns curve_columns(std::span<const std::string> header) {
 std::string missing_curve_column(const CurveColumns& columns) {
   for (const CurveColumn column : {CurveColumn::station, CurveColumn::data_type, CurveColumn::frequency}) {
     if (!contains(columns, column)) {
-      return std::string(curve_column_names[static_cast<std::size_t>(column)]);
+      return std::string(column_name(column));
     }
   }
   const bool has_values =

@@ -71,6 +71,10 @@ inline constexpr std::array<std::string_view, curve_column_count> curve_column_n
     "resistivity_masked",
     "phase_masked"};
 
+constexpr std::string_view column_name(CurveColumn column) {
+  return curve_column_names[static_cast<std::size_t>(column)];
+}
+
 /// The column of each field of a header; none where the name is unknown, or is there a second time.
 using CurveColumns = std::vector<std::optional<CurveColumn>>;
 CurveColumns curve_columns(std::span<const std::string> header);
