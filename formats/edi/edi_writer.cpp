@@ -109,12 +109,8 @@ class EdiText {
 
  private:
   void line(std::string_view content) { text_.append(content).append(line_end); }
-  void option(std::string_view key, const std::string& value) {
-    line("  " + std::string(key) + "=" + value);
-  }
-  void text_option(std::string_view key, std::string_view value) {
-    option(key, '"' + one_line(value) + '"');
-  }
+  void option(std::string_view key, const std::string& value) { line("  " + std::string(key) + "=" + value); }
+  void text_option(std::string_view key, std::string_view value) { option(key, '"' + one_line(value) + '"'); }
   void place_options(const std::string& prefix) {
     const transfer_function::Site& site = site_.function.site;
     if (site.latitude && site.longitude) {
@@ -252,8 +248,7 @@ class EdiText {
   }
 
   void append_tipper(Component component, const std::string& name) {
-    append_parts(component,
-                 {name + "R.EXP ROT=TROT", name + "I.EXP ROT=TROT", name + "VAR.EXP ROT=TROT"});
+    append_parts(component, {name + "R.EXP ROT=TROT", name + "I.EXP ROT=TROT", name + "VAR.EXP ROT=TROT"});
   }
 
   void append_parts(Component component, const std::array<std::string, 3>& tags) {
