@@ -14,6 +14,7 @@
 #include "core/user_interface.h"
 #include "exchange/export_files.h"
 #include "platform/files/files_in_use.h"
+#include "projections/survey_projection.h"
 #include "reduction/each_item.h"
 
 namespace Batch {
@@ -69,6 +70,7 @@ int run_export(ExportOptions& options) {
   return with_lines(
       options.line,
       [&](const std::vector<Module_tensor::LineChoice>& lines) {
+        static_cast<void>(Module_projections::apply_survey_projection());  // a survey may have none
         choices.lines = lines;
         return write_lines(choices);
       },
