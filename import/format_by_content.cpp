@@ -5,6 +5,7 @@
 
 #include "core/line_reader.h"
 #include "core/text_fields.h"
+#include "formats/csv/curve_table.h"
 #include "formats/emtf_xml/emtf_xml.h"
 #include "formats/j_format/j_format.h"
 #include "formats/z_file/z_file.h"
@@ -33,6 +34,9 @@ class Beginning {
     }
     const bool is_first = !has_text_;
     has_text_ = true;
+    if (is_first && formats::csv::is_curve_table_header(text)) {
+      return format_curve_table;
+    }
     is_xml_ = is_xml_ || (is_first && text.starts_with('<'));
     if (is_xml_) {
       return formats::emtf_xml::begins_emtf_xml(text.substr(0, bytes_looked_at)) ? format_emtf_xml
