@@ -4,11 +4,13 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/transfer_function/channel_axes.h"
+#include "formats/transfer_function/sound_numbers.h"
 
 namespace formats::z_file {
 
@@ -16,6 +18,7 @@ using transfer_function::ChannelAzimuths;
 using transfer_function::ChannelFunctions;
 using transfer_function::Complex;
 using transfer_function::Component;
+using transfer_function::is_frequency;
 using transfer_function::OrthogonalFunctions;
 using transfer_function::Point;
 using transfer_function::TransferFunction;
@@ -26,7 +29,6 @@ namespace {
 constexpr std::size_t input_count = 2;
 constexpr std::size_t most_channels = 5;
 constexpr double full_turn = 360.0;  // degrees
-constexpr double half_turn = 180.0;
 
 /// The text behind a word of a line, whatever the case; none if the line doesn't have the word.
 std::optional<std::string_view> behind(std::string_view line, std::string_view word) {
@@ -37,7 +39,7 @@ std::optional<std::string_view> behind(std::string_view line, std::string_view w
 
 std::vector<double> numbers_of(std::string_view text) {
   std::vector<double> numbers;
-  for (std::string_view item = next_token(text); !item.empty(); item = next_token(text)) {
+  for (std::string_view item = next_word(text); !item.empty(); item = next_word(text)) {
     if (!is_numeric(item)) {
       break;
     }
@@ -64,6 +66,8 @@ struct Band {
   std::vector<std::vector<double>> functions;
   std::vector<std::vector<double>> power;
   std::vector<std::vector<double>> residuals;
+
+  [[nodiscard]] bool is_whole() const { return !functions.empty() && !power.empty() && !residuals.empty(); }
 };
 
 class ZFileReader {
@@ -75,9 +79,8 @@ class ZFileReader {
       return {};
     }
     read_bands();
-    if (result_.points.empty() && report_.failure.empty()) {
-      report_.failure = "the file has no band of transfer functions";
-    }
+    tell_what_is_missing();
+    drop_unsound_numbers(result_);
     return std::move(result_);
   }
 
@@ -94,16 +97,19 @@ class ZFileReader {
     std::string before;
     while (lines_.next(line)) {
       const std::string text = text_from_field_file(trimmed(line));
-      if (const auto coordinates = behind(text, "coordinate")) {
-        take_place(*coordinates);
+      std::string_view rest = text;
+      if (equal_ignoring_case(next_word(rest), "coordinate")) {  // a title has the word, too
+        take_place_of(rest);
         take_declination(text);
-        if (result_.site.id.empty()) {
+        if (result_.site.id.empty() && !has_station_line_) {
           result_.site.id = before;
         }
       } else if (const auto station = behind(text, "station")) {
         take_station(*station);
       } else if (const auto count = behind(text, "number of channels")) {
-        take_count(*count);
+        channel_count_ = count_in(*count);
+        const auto bands = behind(text, "number of frequencies");
+        band_count_ = bands ? count_in(*bands) : 0;
       } else if (behind(text, "orientations")) {
         return read_channels();
       }
@@ -117,33 +123,33 @@ class ZFileReader {
     const std::size_t colon = text.find(':');
     if (colon != std::string_view::npos) {  // a line with the word alone is the name of the method
       result_.site.id = trimmed(text.substr(colon + 1));
+      has_station_line_ = true;
     }
   }
 
-  void take_place(std::string_view text) {
+  void take_place_of(std::string_view text) {
     const std::vector<double> numbers = numbers_of(text);
-    if (numbers.size() < 2 || std::abs(numbers[0]) > 90.0 || std::abs(numbers[1]) > full_turn) {
+    if (numbers.size() < 2 || !take_place(result_.site, numbers[0], numbers[1])) {
       remark_unreadable(report_, lines_.line_number(), "the coordinates can't be read");
-      return;
     }
-    result_.site.latitude = numbers[0];
-    result_.site.longitude = numbers[1] > half_turn ? numbers[1] - full_turn : numbers[1];
   }
 
   void take_declination(std::string_view text) {
     const auto declination = behind(text, "declination");
     const std::vector<double> numbers = declination ? numbers_of(*declination) : std::vector<double>{};
-    if (numbers.empty()) {
+    const bool is_angle = !numbers.empty() && std::abs(numbers.front()) <= full_turn;
+    if (!is_angle) {
       remark_unreadable(report_, lines_.line_number(), "the declination is missing, taken as 0");
     }
-    result_.site.declination = numbers.empty() ? 0.0 : numbers.front();
+    result_.site.declination = is_angle ? numbers.front() : 0.0;
   }
 
-  void take_count(std::string_view text) {
+  static std::size_t count_in(std::string_view text) {
+    constexpr double largest_count = 1e6;
     const std::vector<double> numbers = numbers_of(text);
-    channel_count_ = numbers.empty() || !(numbers.front() >= 0.0)
-                         ? 0
-                         : static_cast<std::size_t>(std::min(numbers.front(), 1e6));
+    return numbers.empty() || !(numbers.front() >= 0.0)
+               ? 0
+               : static_cast<std::size_t>(std::min(numbers.front(), largest_count));
   }
 
   bool read_channels() {
@@ -156,16 +162,28 @@ class ZFileReader {
       if (trimmed(line).empty()) {
         continue;
       }
-      std::string_view rest = line;
-      std::vector<std::string> items;
-      for (std::string_view item = next_token(rest); !item.empty(); item = next_token(rest)) {
-        items.emplace_back(item);
-      }
-      if (items.size() < 4 || !is_numeric(items[1])) {
-        fail("the line of a channel can't be read: " + in_quotes(line));
+      if (!read_channel(line)) {
+        fail("the line of a channel can't be read: " + in_quotes(trimmed(line)));
         return false;
       }
-      channels_.push_back({numeric_value(items[1]), upper_case(items.back())});
+    }
+    return true;
+  }
+
+  /// Number, azimuth, tilt, the station's name, which may be of several words or none, and the channel's.
+  bool read_channel(std::string_view line) {
+    constexpr std::size_t least_items = 4;
+    std::vector<std::string_view> items;
+    for (std::string_view item = next_word(line); !item.empty(); item = next_word(line)) {
+      items.push_back(item);
+    }
+    if (items.size() < least_items || !is_numeric(items[1]) ||
+        !(std::abs(numeric_value(items[1])) <= full_turn)) {
+      return false;
+    }
+    channels_.push_back({numeric_value(items[1]), upper_case(items.back())});
+    if (is_numeric(items[2]) && numeric_value(items[2]) != 0.0) {
+      remark_ignored(report_, lines_.line_number(), "the tilt of " + in_quotes(items.back()));
     }
     return true;
   }
@@ -190,6 +208,10 @@ class ZFileReader {
       fail("the file has one electric channel only");
       return false;
     }
+    if (!to_orthogonal_axes({}, azimuths())) {
+      fail("two channels of a kind lie along one line");
+      return false;
+    }
     result_.site.x_azimuth =
         std::remainder(channels_[0].azimuth + result_.site.declination.value_or(0.0), full_turn);
     return true;
@@ -198,10 +220,10 @@ class ZFileReader {
   [[nodiscard]] std::size_t output_count() const { return channel_count_ - input_count; }
 
   void read_bands() {
-    std::string_view line;
+    std::string line;
     Band band;
     bool in_band = false;
-    while (lines_.next(line)) {
+    while (next_line(line)) {
       if (const auto period = behind(line, "period")) {
         in_band = begin_band(*period, band);
       } else if (in_band && behind(line, "transfer functions")) {
@@ -214,18 +236,30 @@ class ZFileReader {
         in_band = read_rows(
             output_count(), [](std::size_t row) { return 2 * (row + 1); }, band.residuals);
         if (in_band) {
-          add_point(band);
+          finish_band(band);
         }
         in_band = false;
       }
     }
   }
 
+  /// The next line; the beginning of a band that was met inside the one before comes again.
+  bool next_line(std::string& line) {
+    if (!kept_.empty()) {
+      line = std::exchange(kept_, {});
+      return true;
+    }
+    std::string_view next;
+    const bool is_there = lines_.next(next);
+    line = next;
+    return is_there;
+  }
+
   bool begin_band(std::string_view text, Band& band) {
     const std::size_t colon = text.find(':');
     const std::vector<double> numbers =
         colon == std::string_view::npos ? std::vector<double>{} : numbers_of(text.substr(colon + 1));
-    if (numbers.empty() || !(numbers.front() > 0.0)) {
+    if (numbers.empty() || !is_frequency(1.0 / numbers.front())) {
       remark_unreadable(report_, lines_.line_number(), "a band has no period above 0 and is left out");
       return false;
     }
@@ -244,16 +278,39 @@ class ZFileReader {
       }
       rows.push_back(numbers_of(line));
       if (rows.back().size() < width(rows.size() - 1)) {
+        kept_ = line;
         remark_unreadable(report_, lines_.line_number(),
                           "a row of a band is too short, and the band is left out");
         return false;
       }
     }
     if (rows.size() < count) {
-      fail("the file ends inside a band");
+      remark_unreadable(report_, lines_.line_number(), "the file ends inside a band, which is left out");
       return false;
     }
     return true;
+  }
+
+  void finish_band(const Band& band) {
+    if (!band.is_whole()) {
+      remark_unreadable(report_, lines_.line_number(), "a band lacks a matrix and is left out");
+    } else if (result_.points.size() == transfer_function::most_points) {
+      fail(std::string(transfer_function::too_many_points_text));
+    } else {
+      add_point(band);
+    }
+  }
+
+  /// A file may have been cut between two bands, where nothing else shows it.
+  void tell_what_is_missing() {
+    if (result_.points.empty()) {
+      fail("the file has no band of transfer functions");
+    } else if (band_count_ > 0 && result_.points.size() != band_count_) {
+      remark_unreadable(report_, 0,
+                        "the file has " + plain_text(static_cast<std::int64_t>(result_.points.size())) +
+                            " whole bands, its head says " +
+                            plain_text(static_cast<std::int64_t>(band_count_)));
+    }
   }
 
   static Complex at(const std::vector<double>& row, std::size_t column) {
@@ -301,7 +358,6 @@ class ZFileReader {
   void add_point(const Band& band) {
     const auto functions = to_orthogonal_axes(functions_of(band), azimuths());
     if (!functions) {
-      fail("two channels of a kind lie along one line");
       return;
     }
     Point point;
@@ -324,7 +380,10 @@ class ZFileReader {
   LineReader& lines_;
   FileReport& report_;
   TransferFunction result_;
+  bool has_station_line_ = false;
+  std::string kept_;
   std::size_t channel_count_ = 0;
+  std::size_t band_count_ = 0;
   std::vector<Channel> channels_;
   Outputs outputs_;
 };
