@@ -12,16 +12,14 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/emtf_xml/emtf_nodes.h"
+#include "formats/emtf_xml/emtf_site.h"
 #include "formats/emtf_xml/xml_text.h"
 #include "formats/field_values.h"
 #include "formats/transfer_function/channel_axes.h"
 #include "formats/transfer_function/sound_numbers.h"
-#include "numerics/geodesy/geographic_angle.h"
 
 namespace formats::emtf_xml {
 
-using numerics::geodesy::GeographicAngle;
-using numerics::geodesy::read_geographic_angle;
 using transfer_function::ChannelAzimuths;
 using transfer_function::ChannelFunctions;
 using transfer_function::Complex;
@@ -47,18 +45,6 @@ constexpr std::array<std::string_view, component_count> component_names{"ZXX", "
 
 using Covariance = std::optional<std::array<std::array<Complex, 2>, 2>>;
 
-/// The date of collection, of a year at least its first day.
-std::string date_of(const pugi::xml_node& site, const pugi::xml_node& root) {
-  constexpr std::size_t year_length = 4;
-  for (const pugi::xml_node& node : {site, child_of(root, "FieldNotes")}) {
-    if (std::string start = text_of(child_of(node, "Start")); !start.empty()) {
-      return start;
-    }
-  }
-  const std::string year = text_of(child_of(site, "YearCollected"));
-  return year.size() == year_length && is_numeric(year) ? year + "-01-01" : std::string();
-}
-
 /// Whether two channels are the axes themselves.
 bool are_axes(const std::array<double, 2>& azimuths) {
   constexpr double full_turn = 360.0;
@@ -80,7 +66,7 @@ class EmtfReader {
     if (!parse(std::move(text))) {
       return {};
     }
-    read_site();
+    result_.site = read_site(root_, report_);
     read_sign();
     read_layout();
     if (!report_.failure.empty()) {
@@ -130,36 +116,6 @@ class EmtfReader {
     return report_.failure.empty();
   }
 
-  void read_site() {
-    const pugi::xml_node site = child_of(root_, "Site");
-    result_.site.id = text_of(child_of(site, "Id"));
-    result_.site.name = text_of(child_of(site, "Name"));
-    result_.site.product = text_of(child_of(root_, "ProductId"));
-    result_.site.date = date_of(site, root_);
-    if (result_.site.id.empty()) {
-      result_.site.id = result_.site.product;
-    }
-    const pugi::xml_node location = child_of(site, "Location");
-    result_.site.datum = text_from_field_file(attribute_of(location, "datum"));
-    read_place(text_of(child_of(location, "Latitude")), text_of(child_of(location, "Longitude")));
-    result_.site.elevation = number_of(text_of(child_of(location, "Elevation")));
-    result_.site.declination = number_of(text_of(child_of(location, "Declination")));
-    const pugi::xml_node orientation = child_of(site, "Orientation");
-    in_channel_axes_ = equal_ignoring_case(text_of(orientation), "sitelayout");
-    result_.site.x_azimuth = number_of(attribute_of(orientation, "angle_to_geographic_north"));
-  }
-
-  void read_place(const std::string& latitude_text, const std::string& longitude_text) {
-    const auto latitude = read_geographic_angle(latitude_text, GeographicAngle::latitude);
-    const auto longitude = read_geographic_angle(longitude_text, GeographicAngle::longitude);
-    const bool is_place = latitude && longitude && take_place(result_.site, *latitude, *longitude);
-    if (!is_place && !(latitude_text.empty() && longitude_text.empty())) {
-      remark_unreadable(report_, 0,
-                        "the place " + in_quotes(latitude_text) + ", " + in_quotes(longitude_text) +
-                            " is no latitude and longitude");
-    }
-  }
-
   void read_sign() {
     const std::string sign = text_of(child_of(child_of(root_, "ProcessingInfo"), "SignConvention"));
     const std::size_t first = sign.find_first_of("+-");
@@ -172,6 +128,8 @@ class EmtfReader {
 
   /// The azimuths of the channels, where the values are in their axes.
   void read_layout() {
+    const pugi::xml_node orientation = child_of(child_of(root_, "Site"), "Orientation");
+    in_channel_axes_ = equal_ignoring_case(text_of(orientation), "sitelayout");
     if (!in_channel_axes_) {
       return;
     }

@@ -7,9 +7,15 @@
 #include <string_view>
 
 #include "formats/file_report.h"
-#include "formats/zonge/zonge_avg_parser.h"
 
 namespace formats::zonge {
+
+/// A place on the map of the survey.
+struct AvgMapPlace {
+  double east = 0.0;  // m
+  double north = 0.0;
+  double elevation = 0.0;
+};
 
 /// What holds for the rows that follow.
 struct AvgFacts {
