@@ -16,6 +16,8 @@
 #include "formats/edi/edi_lines.h"
 #include "formats/edi/edi_tags.h"
 #include "formats/head_dates.h"
+#include "import/format_by_content.h"
+#include "import/readers/site_files.h"
 
 namespace Module_data_file {
 
@@ -246,7 +248,18 @@ void read_fixed_column_head(const std::string& line, ReadingRecord& record, Samp
   }
 }
 
-void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sample, FileReport& report) {
+// The file is read here already: its date is needed before its readings are looked for in the survey.
+void take_site_file(const std::string& file, ReadingRecord& record, FileReport& report) {
+  if (is_site_file(record.file_format)) {
+    record.site_file = std::make_shared<const formats::transfer_function::TransferFunction>(
+        read_site_file(record.file_format, file, report));
+    record.DateCollected = record.DateAnalysed = date_of_site(record.site_file->site, report);
+  }
+}
+
+void read_file_head(const std::string& file, ReadingRecord& record, SampleFields& sample,
+                    FileReport& report) {
+  LineReader reader(file);
   std::string line;
   bool found = next_filled_line(reader, line);
   while (found && line.starts_with(">!")) {
@@ -257,6 +270,9 @@ void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sam
   }
   if (line.starts_with(">HEAD")) {
     read_edi_head(reader, record, report);
+  } else if (const FileFormat format = exchange_format_of(file); format != format_unknown) {
+    record.file_format = format;
+    take_site_file(file, record, report);
   } else if (line.find("FREQUENCY DOMAIN EM DATA") != std::string::npos) {
     record.file_format = format_em1dfm;
     record.DateCollected = record.DateAnalysed = day_count(today());
@@ -269,7 +285,8 @@ void read_file_head(LineReader& reader, ReadingRecord& record, SampleFields& sam
     read_fixed_column_head(line, record, sample);
   } else {
     report.failure =
-        "the file is of no known kind: not EDI, Zonge raw, Em1dfm or fixed columns (DC in the first line)";
+        "the file is of no known kind: not EDI, EMTF XML, a Z or J file, Zonge raw or averages, Em1dfm, a "
+        "table of curves or fixed columns (DC in the first line)";
   }
 }
 
@@ -322,8 +339,7 @@ void display_file_format(const std::string& file, ReadingRecord& record, SampleF
                          FileReport& report) {
   decode_file_name(file, record, sample, report);
   record.file_format = format_unknown;
-  LineReader reader(file);
-  read_file_head(reader, record, sample, report);
+  read_file_head(file, record, sample, report);
   sample.date = display_date(record.DateCollected);
 }
 

@@ -1,29 +1,13 @@
 // file_decode.h: what a field file is, and what its name says about line, event and scan rate.
 #pragma once
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "formats/file_report.h"
+#include "import/file_formats.h"
 #include "import/reading_record.h"
 
 namespace Module_data_file {
-
-enum FileFormat : std::int32_t {
-  format_unknown = -1,
-  format_fixed_columns = 0,
-  format_edi_spectra = 1,
-  format_edi_mt = 2,
-  format_em1dfm = 4,
-  format_zonge_raw = 5,
-  format_emtf_xml = 6,
-  format_z_file = 7,
-  format_j = 8,
-  format_zonge_avg = 9,
-  format_curve_table = 10,
-};
-
-inline bool is_edi(std::int32_t format) { return format == format_edi_mt || format == format_edi_spectra; }
 
 enum class ShowFault { no, yes };
 

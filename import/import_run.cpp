@@ -24,7 +24,7 @@
 #include "import/natural_order.h"
 #include "import/proposals/plan_maker.h"
 #include "import/quiet_interface.h"
-#include "import/readers/edi_converted_place.h"
+#include "import/readers/converted_place.h"
 #include "import/readers/reader_steps.h"
 #include "import/readers/reader_table.h"
 #include "import/store_blocks.h"
@@ -181,7 +181,7 @@ void scan_file(FieldReader read, FileTask& task) {
   }
 }
 
-// Sections of EDI files take their own rows one by one.
+// Sections that name sites take their own rows one by one.
 void take_planned_file(ReadingRecord& record) {
   const PlannedSection* const planned = planned_section(record);
   if (planned == nullptr) {
@@ -224,8 +224,8 @@ bool import_file(const SurveyFileName& name, FileTask& task) {
     take_planned_file(record);
     record.SurveyFile = name.name;
     record.path_tails = path_tails(report.file);
-    if (task.is_import() && record.choices.convert_coordinates && is_edi(record.file_format)) {
-      record.converted_place = converted_edi_place(report.file, report);
+    if (task.is_import() && record.choices.convert_coordinates && names_sites(record.file_format)) {
+      record.converted_place = converted_place(report.file, record, report);
     }
   } catch (const std::exception& failure) {
     report.failure = failure_text(failure);

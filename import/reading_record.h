@@ -14,6 +14,7 @@
 #include "database/reading.h"
 #include "database/sites.h"
 #include "formats/edi/edi_names.h"
+#include "formats/transfer_function/transfer_function.h"
 #include "import/earlier_files.h"
 #include "import/free_stations.h"
 #include "import/import_choices.h"
@@ -125,6 +126,8 @@ struct ReadingRecord {
   std::optional<std::set<double>> earlier_stations;
 
   std::optional<formats::edi::EdiNames> edi_names;  // of the file, once they were asked for
+  std::shared_ptr<const formats::transfer_function::TransferFunction>
+      site_file;          // all that a file of one site holds, once its format was recognised
   std::string site;       // the name of the section's site; empty where the file says the station itself
   std::string site_name;  // the same as the file has it; empty where it has none, though its own name serves
   SitePlace place;        // of the file

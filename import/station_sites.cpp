@@ -7,6 +7,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "database/survey_database.h"
+#include "import/file_formats.h"
 
 namespace Module_data_file {
 
@@ -57,9 +58,6 @@ bool names_site(std::string_view file, const Site& site) {
   }
   return false;
 }
-
-// How EDI files are marked in FileTable.
-bool is_edi_filter(std::string_view filter) { return filter == "EMIRes" || filter == "EMISpect"; }
 
 // Files of the survey that have readings at the station and are none of the import's.
 std::vector<std::string> others_in_survey(const FilesAtStations::Station& known,
@@ -122,7 +120,7 @@ FilesAtStations::Line FilesAtStations::read_line(const std::string& line) {
     files.find_first("ID = " + format_number(ID, "0"));
     if (!files.no_match()) {
       stations[rows.get_double("Station")].files.push_back(
-          {ID, files.get_text("SurveyFile"), !is_edi_filter(files.get_text("Filter"))});
+          {ID, files.get_text("SurveyFile"), !is_filter_of_named_sites(files.get_text("Filter"))});
     }
   }
   rows = open_survey().database.open_recordset(

@@ -1,7 +1,8 @@
 // station_sites.h: the sites that an import brings to each station, to tell where two become one.
 //
-// A site is known by its SECTID, else the DATAID of the file's head, else the file's name. Files of the
-// formats that hold the station's number mean the station that they say: of those two are one site.
+// A site is known by its name, of EDI by its SECTID, else the DATAID of the file's head, else the file's
+// name. Files of the formats that hold the station's number mean the station that they say: of those two are
+// one site.
 #pragma once
 #include <cstddef>
 #include <cstdint>

@@ -10,9 +10,9 @@
 #include "formats/fixed_column/fixed_column_parser.h"
 #include "import/file_decode.h"
 #include "import/proposals/site_stations.h"
-#include "import/readers/edi_stations.h"
 #include "import/readers/fixed_column_reader.h"
 #include "import/readers/reader_steps.h"
+#include "import/readers/section_stations.h"
 #include "import/survey_file_names.h"
 
 namespace Module_data_file {
@@ -141,7 +141,7 @@ void PlanRun::measure_lines() {
   std::vector<std::vector<std::string>> lines(files_.size());
   for (std::size_t file = 0; file < files_.size(); ++file) {
     for (std::size_t section = 0; section < files_[file].sections.size(); ++section) {
-      if (is_edi(files_[file].format) && !decoded_[file].repeated &&
+      if (names_sites(files_[file].format) && !decoded_[file].repeated &&
           files_[file].sections[section].is_stored) {
         lines[file].push_back(upper_case(line_of(file, section)));
       }
@@ -236,8 +236,8 @@ void PlanRun::begin_record(ReadingRecord& record, std::size_t file) const {
 
 // @return false if the file gives nothing
 bool PlanRun::take_file(std::size_t file, ReadingRecord& record, std::vector<PlannedSection>* rows) {
-  return is_edi(files_[file].format) ? take_edi_sections(file, record, rows)
-                                     : take_own_stations(file, record, rows);
+  return names_sites(files_[file].format) ? take_named_sections(file, record, rows)
+                                          : take_own_stations(file, record, rows);
 }
 
 PlannedSection PlanRun::begin_row(std::size_t file, std::size_t section) const {
@@ -275,10 +275,11 @@ PlannedSection PlanRun::row_of_nothing(std::size_t file, std::string why) const 
   return row;
 }
 
-bool PlanRun::take_edi_sections(std::size_t file, ReadingRecord& record, std::vector<PlannedSection>* rows) {
+bool PlanRun::take_named_sections(std::size_t file, ReadingRecord& record,
+                                  std::vector<PlannedSection>* rows) {
   const ScannedFile& scanned = files_[file];
   bool gives_something = false;
-  set_up_edi_header(record, {});
+  set_up_section_header(record, {});
   for (std::size_t index = 0; index < scanned.sections.size(); ++index) {
     const ScannedSection& section = scanned.sections[index];
     PlannedSection row = row_of_section(file, index);
@@ -377,8 +378,8 @@ void PlanRun::take_counted_site(const ScannedSection& section, FileTask& task, c
     return;
   }
   const auto& place = lines_->place_of(row.file_index);
-  const bool is_named = !record.site_name.empty() &&
-                        (has_name(section.head.SECTID) || files_[row.file_index].sections.size() == 1);
+  const bool is_named =
+      !record.site_name.empty() && (has_name(section.head) || files_[row.file_index].sections.size() == 1);
   std::optional<double> known;
   if (const FileRows* const earlier = rows_of_earlier_import(record)) {
     known = survey_.station_of(*earlier, row.line, row.event);

@@ -44,7 +44,7 @@ class Census {
       }
     }
   }
-  std::int64_t edi = 0;
+  std::int64_t of_sites = 0;
   std::int64_t fixed_columns = 0;
   std::int64_t with_remote = 0;
   std::int64_t turned = 0;
@@ -54,7 +54,7 @@ class Census {
 
  private:
   void take(const ScannedFile& file) {
-    edi += is_edi(file.format) ? 1 : 0;
+    of_sites += names_sites(file.format) ? 1 : 0;
     fixed_columns += file.format == format_fixed_columns ? 1 : 0;
     with_remote += file.has_remote ? 1 : 0;
     const auto any = [&](auto member) { return std::ranges::any_of(file.sections, member); };
@@ -70,11 +70,11 @@ class Census {
 };
 
 Proposal propose_reference(const Census& census, ImportChoices& choices) {
-  const bool remote = census.with_remote > 0 && 2 * census.with_remote >= census.edi;
+  const bool remote = census.with_remote > 0 && 2 * census.with_remote >= census.of_sites;
   choices.ReferenceType = remote ? reference_remote : reference_none;
   return {ProposedChoice::reference, remote ? "Remote" : "Not Remote",
           census.with_remote == 0 ? "no file has remote channels"
-                                  : of_files(census.with_remote, census.edi) + "remote channels"};
+                                  : of_files(census.with_remote, census.of_sites) + "remote channels"};
 }
 
 Proposal propose_event(const Census& census, ImportChoices& choices) {
@@ -101,12 +101,13 @@ void propose_tensors(const Census& census, Proposals& proposals) {
   choices.turn_ey = census.turned > 0 ? TurnEy::where_needed : TurnEy::never;
   if (census.turned > 0) {
     proposals.reasons.push_back({ProposedChoice::turn_ey, "where needed",
-                                 of_files(census.turned, census.edi) + "YX phases in -180..-90"});
+                                 of_files(census.turned, census.of_sites) + "YX phases in -180..-90"});
   }
   choices.compute_from_impedance = census.impedances_only > 0;
   if (census.impedances_only > 0) {
-    proposals.reasons.push_back({ProposedChoice::from_impedance, "computed",
-                                 of_files(census.impedances_only, census.edi) + "impedances without curves"});
+    proposals.reasons.push_back(
+        {ProposedChoice::from_impedance, "computed",
+         of_files(census.impedances_only, census.of_sites) + "impedances without curves"});
   }
 }
 
@@ -116,15 +117,15 @@ void propose_projection(const Census& census, const SurveyBefore& survey, Propos
   }
   proposals.choices.convert_coordinates = true;
   if (survey.projection()) {
-    proposals.reasons.push_back({ProposedChoice::projection, survey.projection()->name,
-                                 "the survey's; " +
-                                     of_files(static_cast<std::int64_t>(census.places.size()), census.edi) +
-                                     "latitude and longitude"});
+    proposals.reasons.push_back(
+        {ProposedChoice::projection, survey.projection()->name,
+         "the survey's; " + of_files(static_cast<std::int64_t>(census.places.size()), census.of_sites) +
+             "latitude and longitude"});
     return;
   }
   proposals.choices.projection = utm_zone_of(census.places);
   proposals.reasons.push_back({ProposedChoice::projection, proposals.choices.projection->name,
-                               of_files(static_cast<std::int64_t>(census.places.size()), census.edi) +
+                               of_files(static_cast<std::int64_t>(census.places.size()), census.of_sites) +
                                    "latitude and longitude; the zone of the median longitude"});
 }
 

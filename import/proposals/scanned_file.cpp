@@ -13,9 +13,11 @@
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/quiet_interface.h"
 #include "import/readers/edi_curves.h"
+#include "import/readers/edi_heads.h"
 #include "import/readers/edi_spectra_reader.h"
-#include "import/readers/edi_stations.h"
 #include "import/readers/reader_table.h"
+#include "import/readers/site_curves.h"
+#include "import/readers/site_files.h"
 
 namespace Module_data_file {
 
@@ -55,7 +57,7 @@ bool all_negative(std::span<const float> phases) {
 ScannedSection scanned(const EdiSection& section) {
   using namespace formats::edi;
   ScannedSection found;
-  found.head = section;
+  found.head = section_head(section);
   take_frequencies(section.frequencies, found);
   take_phases(phases_of_yx(section), found);
   found.all_yx_phases_negative = all_negative(section.get(element_yx, quantity_phase).values);
@@ -95,13 +97,31 @@ void scan_edi(ScannedFile& file, FileReport& report) {
     scan_spectra(file, report);
   }
   const auto is_stored = [](const ScannedSection& section) { return section.is_stored; };
-  const auto is_nameless = [](const ScannedSection& section) { return !has_name(section.head.SECTID); };
+  const auto is_nameless = [](const ScannedSection& section) { return !has_name(section.head); };
   if (std::ranges::any_of(file.sections, is_nameless)) {
     file.names = formats::edi::read_edi_names(file.path);
   }
   if (std::ranges::none_of(file.sections, is_stored)) {
     file.failure = report.failure.empty() ? "the file gave no reading" : report.failure;
   }
+}
+
+void scan_site(const ReadingRecord& record, const FileReport& report, ScannedFile& file) {
+  const formats::transfer_function::TransferFunction& function = *record.site_file;
+  const SiteReadings readings(function);
+  if (readings.empty()) {
+    file.failure = report.failure.empty() ? "the file gave no reading" : report.failure;
+    return;
+  }
+  const formats::transfer_function::Site& site = function.site;
+  if (site.latitude && site.longitude) {
+    file.place = {*site.latitude, *site.longitude};
+  }
+  ScannedSection& section = file.sections.emplace_back();
+  section.head = site_head(file.format, site);
+  take_frequencies(frequencies_of(function), section);
+  take_phases(phases_of_yx(function), section);
+  section.all_yx_phases_negative = all_negative(own_phases_of_yx(function));
 }
 
 void take_place(const ReadingRecord& record, ScannedFile& file) {
@@ -158,6 +178,10 @@ void scan(ScannedFile& file) {
   file.DateCollected = record.DateCollected;
   file.date = sample.date;
   file.says_station = record.Station != station_not_set;
+  if (record.site_file) {  // also one that is cut off has what stands before
+    scan_site(record, report, file);
+    return;
+  }
   if (!report.failure.empty() || file.format == format_unknown) {
     file.failure = report.failure.empty() ? no_data_text : report.failure;
     return;

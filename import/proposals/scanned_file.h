@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "formats/edi/edi_channels.h"
 #include "formats/edi/edi_names.h"
 #include "import/file_decode.h"
+#include "import/readers/section_stations.h"
 #include "numerics/geodesy/coordinate_transforms.h"
 
 namespace Module_data_file {
 
-/// A section of an EDI file, or all that a file of another format holds.
+/// A section that names a site, or all that a file of another format holds.
 struct ScannedSection {
-  formats::edi::EdiSectionHead head;
+  SectionHead head;
   bool is_stored = true;  // false: an import leaves it out
   std::int32_t frequencies = 0;
   double lowest = 0.0;  // Hz; of those above 0
@@ -41,10 +41,10 @@ struct ScannedFile {
   FileFormat format = format_unknown;
   double DateCollected = 0.0;                               // days since 30 December 1899
   std::string date;                                         // the same, "21-Oct-2019"
-  std::vector<ScannedSection> sections;                     // a file of another format than EDI has one
+  std::vector<ScannedSection> sections;                     // one in a file of another format than EDI
   formats::edi::EdiNames names;                             // asked for only where a section has no name
   bool has_remote = false;                                  // channels of a remote reference
-  std::optional<numerics::geodesy::GeographicPlace> place;  // of the head
+  std::optional<numerics::geodesy::GeographicPlace> place;  // of the file
   std::optional<numerics::geodesy::MapPlace> map_place;     // of a format that gives map coordinates
   std::vector<OwnStation> own_stations;                     // of a format that gives them
   bool says_station = false;                                // fixed columns: the head line has it

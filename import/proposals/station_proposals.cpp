@@ -10,7 +10,7 @@
 #include "import/file_decode.h"
 #include "import/proposals/plan_run.h"
 #include "import/proposals/survey_before.h"
-#include "import/readers/edi_stations.h"
+#include "import/readers/section_stations.h"
 
 namespace Module_data_file {
 
@@ -20,11 +20,11 @@ constexpr double step_of_order = 100.0;
 
 std::string kilometres(double metres) { return plain_text(std::round(metres / 100.0) / 10.0) + " km"; }
 
-std::vector<const ScannedSection*> edi_sections(std::span<const ScannedFile> files) {
+std::vector<const ScannedSection*> named_sections(std::span<const ScannedFile> files) {
   std::vector<const ScannedSection*> sections;
   for (const ScannedFile& file : files) {
     for (const ScannedSection& section : file.sections) {
-      if (is_edi(file.format) && section.is_stored) {
+      if (names_sites(file.format) && section.is_stored) {
         sections.push_back(&section);
       }
     }
@@ -38,7 +38,8 @@ bool gives_distinct(std::span<const ScannedFile> files, StationsBy rule, ImportC
   choices.stations_by = rule;
   const ImportPlan plan = maker.plan(files, choices);
   return std::ranges::none_of(plan.sections, [&](const PlannedSection& row) {
-    return is_edi(files[row.file_index].format) && std::ranges::any_of(row.problems, [](PlanProblem problem) {
+    return names_sites(files[row.file_index].format) &&
+           std::ranges::any_of(row.problems, [](PlanProblem problem) {
              return problem == PlanProblem::shared_station || problem == PlanProblem::two_places ||
                     problem == PlanProblem::no_station;
            });
@@ -50,7 +51,7 @@ bool gives_distinct(std::span<const ScannedFile> files, StationsBy rule, ImportC
 std::string why_no_distances(std::span<const ScannedFile> files, const ImportChoices& choices,
                              SurveyBefore& survey, std::string& found) {
   const auto lacks_place = std::ranges::count_if(files, [](const ScannedFile& file) {
-    return is_edi(file.format) && file.failure.empty() && !file.place;
+    return names_sites(file.format) && file.failure.empty() && !file.place;
   });
   if (lacks_place > 0) {
     return plain_text(std::int64_t{lacks_place}) + (lacks_place == 1 ? " file has" : " files have") +
@@ -105,7 +106,7 @@ StationProposal propose_station_rule(std::span<const ScannedFile> files, PlanMak
   choices.count_sites = false;
   choices.start_station.clear();
   choices.station_step = plain_text(step_of_order);
-  const std::vector<const ScannedSection*> sections = edi_sections(files);
+  const std::vector<const ScannedSection*> sections = named_sections(files);
   if (sections.empty()) {
     return {"of the files", "the files hold their stations"};
   }
@@ -121,22 +122,25 @@ StationProposal propose_station_rule(std::span<const ScannedFile> files, PlanMak
     return {"distance along the line", on_line};
   }
   const auto is_number = [](const ScannedSection* section) {
-    return has_name(section->head.SECTID) && is_numeric(*section->head.SECTID);
+    return has_name(section->head) && is_numeric(*section->head.name);
   };
+  const bool only_edi = std::ranges::none_of(
+      files, [](const ScannedFile& file) { return is_site_file(file.format) && file.failure.empty(); });
+  const std::string name = only_edi ? "SECTID" : "the site name";
   const std::string because = no_distances + "; ";
   const bool are_numbers = std::ranges::all_of(sections, is_number);
   if (are_numbers && gives_distinct(files, StationsBy::sectid, tested, maker)) {
     choices.stations_by = StationsBy::sectid;
-    return {"SECTID", because + "SECTID is a number"};
+    return {name, because + name + " is a number"};
   }
   if (!are_numbers && gives_distinct(files, StationsBy::sectid_digits, tested, maker)) {
     choices.stations_by = StationsBy::sectid_digits;
-    return {"digits of SECTID", because + "SECTID has letters: its last digits"};
+    return {"digits of " + name, because + name + " has letters: its last digits"};
   }
   choices.count_sites = true;
   choices.start_station = plain_text(first_of_order(files, tested, maker.survey()));
-  return {"order of the files", because + (are_numbers ? "the whole numbers" : "the digits") +
-                                    " of SECTID don't tell the sites apart"};
+  return {"order of the files", because + (are_numbers ? "the whole numbers" : "the digits") + " of " + name +
+                                    " don't tell the sites apart"};
 }
 
 }  // namespace Module_data_file

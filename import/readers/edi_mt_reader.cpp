@@ -5,9 +5,10 @@
 #include "core/absent_value.h"
 #include "core/line_reader.h"
 #include "formats/edi/edi_parser.h"
+#include "import/file_formats.h"
 #include "import/readers/edi_curves.h"
 #include "import/readers/edi_errors.h"
-#include "import/readers/edi_stations.h"
+#include "import/readers/edi_heads.h"
 #include "import/readers/reader_steps.h"
 #include "import/readers/tipper_curves.h"
 
@@ -113,14 +114,14 @@ int read_sections(FileTask& task) {
   if (!parser.has_sections()) {
     report.failure = "the file has no section >=MTSECT";
   }
-  set_up_edi_header(record, "EMIRes");
+  set_up_section_header(record, filter_edi_mt);
   take_file_place(parser.place(), record);
   SectionCensus census;
   EdiSection section;
   while (parser.next_section(section)) {
     census.add(section);
     census.note(report);
-    take_section_station(section, task);
+    take_section_station(section_head(section), task);
     take_section_place(section, record, report);
     if (!store_header_once(task)) {
       return -1;

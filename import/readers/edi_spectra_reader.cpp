@@ -13,8 +13,9 @@
 #include "core/user_interface.h"
 #include "formats/edi/edi_spectra_parser.h"
 #include "formats/field_values.h"
+#include "import/file_formats.h"
 #include "import/readers/edi_curves.h"
-#include "import/readers/edi_stations.h"
+#include "import/readers/edi_heads.h"
 #include "import/readers/reader_steps.h"
 #include "import/readers/standard_errors.h"
 #include "import/readers/tipper_curves.h"
@@ -256,7 +257,7 @@ bool take_section(const SpectraSection& section, const std::vector<EstimatedFreq
                   FileTask& task) {
   ReadingRecord& record = task.record;
   FileReport& report = task.report;
-  take_section_station(section, task);
+  take_section_station(section_head(section), task);
   take_section_place(section, record, report);
   if (estimated.empty()) {
     report_lost_section(section, report);
@@ -280,7 +281,7 @@ int read_sections(FileTask& task) {
   if (!parser.has_sections()) {
     report.failure = "the file has no section >=SPECTRASECT";
   }
-  set_up_edi_header(task.record, "EMISpect");
+  set_up_section_header(task.record, filter_edi_spectra);
   take_file_place(parser.place(), task.record);
   SpectraSection section;
   bool averages_shown = false;
@@ -317,7 +318,7 @@ SpectraHead look_at_spectra(const std::string& file, FileReport& report,
     if (parser.is_cut()) {
       break;
     }
-    SpectraLook look{section, {}, phases_of_yx(estimated)};
+    SpectraLook look{section_head(section), {}, phases_of_yx(estimated)};
     for (const EstimatedFrequency& each : estimated) {
       look.frequencies.push_back(static_cast<float>(each.frequency));
     }

@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "formats/edi/edi_channels.h"
-#include "import/readers/field_reader.h"
+#include "import/readers/section_stations.h"
 #include "numerics/geodesy/coordinate_transforms.h"
 
 namespace Module_data_file {
@@ -18,7 +17,7 @@ namespace Module_data_file {
 
 /// What a section's tensors show.
 struct SpectraLook {
-  formats::edi::EdiSectionHead head;
+  SectionHead head;
   std::vector<float> frequencies;  // Hz; those that have a tensor
   std::vector<float> yx_phases;    // degrees, for each of them
 };

@@ -1,10 +1,11 @@
 #include "import/readers/reader_table.h"
 
-#include "import/file_decode.h"
+#include "import/file_formats.h"
 #include "import/readers/edi_mt_reader.h"
 #include "import/readers/edi_spectra_reader.h"
 #include "import/readers/em1dfm_reader.h"
 #include "import/readers/fixed_column_reader.h"
+#include "import/readers/site_file_reader.h"
 #include "import/readers/zonge_raw_reader.h"
 
 namespace Module_data_file {
@@ -21,6 +22,10 @@ FieldReader reader_of(std::int32_t file_format) {
       return read_em1dfm;
     case format_zonge_raw:
       return read_zonge_raw;
+    case format_emtf_xml:
+    case format_z_file:
+    case format_j:
+      return read_site;
     default:
       return nullptr;
   }

@@ -147,6 +147,13 @@ void remark_on_zero_tipper(std::int64_t line_number, FileReport& report) {
                  "a tipper that is 0 throughout, not taken");
 }
 
+void remark_on_half_tipper(EdiTipper component, std::int64_t line_number, FileReport& report) {
+  remark_unreadable(report, line_number,
+                    "the tipper has the component " +
+                        std::string(Module_database::tipper_data_types[component]) +
+                        " only; an induction arrow takes both");
+}
+
 void remark_on_tipper(const EdiSection& section, FileReport& report) {
   if (is_zero_throughout(section) && !components_with_values(section).empty()) {
     remark_on_zero_tipper(section.line_number, report);
@@ -160,10 +167,7 @@ void remark_on_tipper(const EdiSection& section, FileReport& report) {
     return;
   }
   if (found.size() < tipper_count) {
-    remark_unreadable(report, section.line_number,
-                      "the tipper has the component " +
-                          std::string(Module_database::tipper_data_types[found.front()]) +
-                          " only; an induction arrow takes both");
+    remark_on_half_tipper(found.front(), section.line_number, report);
   }
   remark_on_axes(section, report);
 }

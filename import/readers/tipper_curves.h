@@ -41,6 +41,10 @@ void fill_tipper_curve(const formats::edi::EdiSection& section, formats::edi::Ed
 /// Says that a tipper isn't taken because it is 0 at all frequencies.
 void remark_on_zero_tipper(std::int64_t line_number, formats::FileReport& report);
 
+/// Says that one component is missing.
+void remark_on_half_tipper(formats::edi::EdiTipper component, std::int64_t line_number,
+                           formats::FileReport& report);
+
 /// What a user has to know of a section's tipper: that it is 0 throughout, what of it is missing or empty,
 /// and axes that aren't those of the impedances.
 void remark_on_tipper(const formats::edi::EdiSection& section, formats::FileReport& report);

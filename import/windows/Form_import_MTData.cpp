@@ -173,7 +173,7 @@ void Form_import_MTData::propose_choices() {
   take_lasting(lasting_, choices);
   controls_->show(choices);
   controls_->open_events(
-      !std::ranges::all_of(scanned_, [](const ScannedFile& file) { return is_edi(file.format); }));
+      !std::ranges::all_of(scanned_, [](const ScannedFile& file) { return names_sites(file.format); }));
   make_plan();
 }
 

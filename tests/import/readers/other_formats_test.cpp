@@ -470,8 +470,8 @@ TEST_F(OtherFormats, Fixed_columns_that_end_early_or_fit_no_rate) {
                         {"no number", replaced(whole, " 3.000e-03", " 1.#QNAN  "), 4, ""},
                         {"other text", "some notes\non several\nlines\n", 0, "is of no known kind"},
                         {"records behind another head", "XX" + whole.substr(2), 0,
-                         "is of no known kind: not EDI, Zonge raw, Em1dfm or fixed columns (DC in the first "
-                         "line)"},
+                         "is of no known kind: not EDI, EMTF XML, a Z or J file, Zonge raw or averages, "
+                         "Em1dfm, a table of curves or fixed columns (DC in the first line)"},
                         {"AVG", "\\ AMTAVG 7.76\n$ ASPACE= 50.0m\n1024 1 2 3\n4\n5\n", 0, "no known kind"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

@@ -1,11 +1,11 @@
-#include "import/readers/edi_converted_place.h"
+#include "import/readers/converted_place.h"
 
 #include <cmath>
 #include <exception>
-#include <string_view>
 
 #include "core/number_text.h"
 #include "formats/edi/edi_reference_place.h"
+#include "import/file_formats.h"
 #include "projections/survey_projection.h"
 
 namespace Module_data_file {
@@ -16,16 +16,30 @@ using formats::remark_unreadable;
 
 namespace {
 
-constexpr std::string_view place_stays = "; the place is taken from the HX channel as it stands";
+using numerics::geodesy::GeographicPlace;
+
+std::optional<GeographicPlace> place_of_file(const std::string& file, const ReadingRecord& record) {
+  if (!record.site_file) {
+    FileReport told_by_reader;  // what can't be read is reported with the rest of the file
+    return formats::edi::read_edi_reference_place(file, told_by_reader);
+  }
+  const formats::transfer_function::Site& site = record.site_file->site;
+  return site.latitude && site.longitude ? std::optional(GeographicPlace{*site.latitude, *site.longitude})
+                                         : std::nullopt;
+}
 
 }  // namespace
 
-std::optional<MapPosition> converted_edi_place(const std::string& file, FileReport& report) {
-  FileReport told_by_reader;  // what can't be read is reported with the rest of the file
-  const std::optional<numerics::geodesy::GeographicPlace> place =
-      formats::edi::read_edi_reference_place(file, told_by_reader);
+std::optional<MapPosition> converted_place(const std::string& file, const ReadingRecord& record,
+                                           FileReport& report) {
+  const bool has_channels = is_edi(record.file_format);
+  const std::string what_stays = has_channels ? "; the place is taken from the HX channel as it stands"
+                                              : "; the station has no place on the map";
+  const std::optional<GeographicPlace> place = place_of_file(file, record);
   if (!place) {
-    remark_unreadable(report, 0, "the head gives no latitude and longitude" + std::string(place_stays));
+    remark_unreadable(
+        report, 0,
+        (has_channels ? "the head" : "the file") + (" gives no latitude and longitude" + what_stays));
     return std::nullopt;
   }
   try {
@@ -36,7 +50,7 @@ std::optional<MapPosition> converted_edi_place(const std::string& file, FileRepo
     remark_unreadable(report, 0,
                       "latitude " + plain_text(place->latitude) + ", longitude " +
                           plain_text(place->longitude) + " can't be converted: " + failure.what() +
-                          std::string(place_stays));
+                          what_stays);
     return std::nullopt;
   }
 }

@@ -1,4 +1,4 @@
-#include "import/readers/edi_stations.h"
+#include "import/readers/section_stations.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,16 +6,15 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "formats/edi/edi_names.h"
+#include "import/file_formats.h"
 #include "import/readers/reader_steps.h"
 
 namespace Module_data_file {
 
-using formats::FileReport;
 using formats::in_quotes;
 using formats::remark_unreadable;
-using formats::edi::EdiChannel;
 using formats::edi::EdiNames;
-using formats::edi::EdiSectionHead;
 
 namespace {
 
@@ -31,8 +30,8 @@ struct NamedStation {
   bool has_number = false;
 };
 
-NamedStation station_of_sectid(std::string_view sectid, bool only_digits) {
-  const std::string_view text = only_digits ? last_digits(sectid) : sectid;
+NamedStation station_of_name(std::string_view name, bool only_digits) {
+  const std::string_view text = only_digits ? last_digits(name) : name;
   const double station = std::trunc(numeric_value(text));
   const std::string_view number = trimmed(text);
   return {
@@ -42,17 +41,18 @@ NamedStation station_of_sectid(std::string_view sectid, bool only_digits) {
 
 const EdiNames& names_of_file(FileTask& task) {
   if (!task.record.edi_names) {
-    task.record.edi_names = formats::edi::read_edi_names(task.file);
+    task.record.edi_names =
+        is_edi(task.record.file_format) ? formats::edi::read_edi_names(task.file) : EdiNames{};
   }
   return *task.record.edi_names;
 }
 
-// The first word, where other options follow on the line.
-std::string site_name(const EdiSectionHead& section, FileTask& task) {
-  if (!has_name(section.SECTID)) {
+// Of an EDI section the first word, where other options follow on the line.
+std::string site_name(const SectionHead& section, FileTask& task) {
+  if (!has_name(section)) {
     return text_from_field_file(names_of_file(task).DATAID);
   }
-  std::string_view name = trimmed(*section.SECTID);
+  std::string_view name = trimmed(*section.name);
   return text_from_field_file(name.find('=') == std::string_view::npos ? name : next_token(name));
 }
 
@@ -72,7 +72,7 @@ std::optional<double> station_of_head(FileTask& task) {
   ReadingRecord& record = task.record;
   const EdiNames& names = names_of_file(task);
   const NamedStation named =
-      station_of_sectid(names.DATAID, record.choices.stations_by == StationsBy::sectid_digits);
+      station_of_name(names.DATAID, record.choices.stations_by == StationsBy::sectid_digits);
   if (names.sections != 1 || !named.has_number) {
     return std::nullopt;
   }
@@ -82,21 +82,23 @@ std::optional<double> station_of_head(FileTask& task) {
   return taken ? std::nullopt : std::optional(named.station);
 }
 
-void take_station_for_nameless(const EdiSectionHead& section, FileTask& task) {
+void take_station_for_nameless(const SectionHead& section, FileTask& task) {
   ReadingRecord& record = task.record;
-  const std::string without_sectid = "section " + plain_text(record.EventNumber + 1) + " has no SECTID";
+  const std::string nameless =
+      (section.is_whole_file ? "the file" : "section " + plain_text(record.EventNumber + 1)) + " has no " +
+      std::string(section.name_word);
   if (const std::optional<double> station = station_of_head(task)) {
     record.station_rule = StationRule::from_head;
     record.Station = *station;
     remark_unreadable(task.report, section.line_number,
-                      without_sectid + "; it takes station " + plain_text(record.Station) + " from DATAID " +
+                      nameless + "; it takes station " + plain_text(record.Station) + " from DATAID " +
                           in_quotes(names_of_file(task).DATAID));
     return;
   }
-  take_next_free_station(section, without_sectid, task);
+  take_next_free_station(section, nameless, task);
 }
 
-void take_station(const EdiSectionHead& section, FileTask& task) {
+void take_station(const SectionHead& section, FileTask& task) {
   ReadingRecord& record = task.record;
   record.station_rule = StationRule::own;
   if (record.choices.stations_by == StationsBy::count) {
@@ -108,21 +110,22 @@ void take_station(const EdiSectionHead& section, FileTask& task) {
   }
   if (record.choices.stations_by == StationsBy::distance) {
     take_next_free_station(section, "the file has changed since its stations were planned", task);
-  } else if (!has_name(section.SECTID)) {
+  } else if (!has_name(section)) {
     take_station_for_nameless(section, task);
   } else {
     const NamedStation named =
-        station_of_sectid(*section.SECTID, record.choices.stations_by == StationsBy::sectid_digits);
+        station_of_name(*section.name, record.choices.stations_by == StationsBy::sectid_digits);
     record.Station = named.station;
     if (!named.has_number) {
       remark_unreadable(task.report, section.line_number,
-                        "SECTID " + in_quotes(*section.SECTID) + " has no number, taken as station 0");
+                        std::string(section.name_word) + " " + in_quotes(*section.name) +
+                            " has no number, taken as station 0");
     }
   }
 }
 
 // @return false if the plan has no row for the section
-bool take_planned_station(const EdiSectionHead& head, FileTask& task) {
+bool take_planned_station(const SectionHead& head, FileTask& task) {
   ReadingRecord& record = task.record;
   const PlannedSection* const planned = planned_section(record);
   if (planned == nullptr) {
@@ -140,7 +143,7 @@ bool take_planned_station(const EdiSectionHead& head, FileTask& task) {
 
 }  // namespace
 
-void set_up_edi_header(ReadingRecord& record, std::string_view filter) {
+void set_up_section_header(ReadingRecord& record, std::string_view filter) {
   record.EventNumber = 0;
   record.DipoleLength = usual_dipole;
   if (record.StationSpacing <= 0.0F) {
@@ -151,7 +154,7 @@ void set_up_edi_header(ReadingRecord& record, std::string_view filter) {
   record.Filter = filter;
 }
 
-void take_next_free_station(const EdiSectionHead& head, const std::string& why, FileTask& task) {
+void take_next_free_station(const SectionHead& head, const std::string& why, FileTask& task) {
   ReadingRecord& record = task.record;
   record.station_rule = StationRule::next_free;
   record.Station = record.run.next_station;
@@ -165,45 +168,17 @@ void take_next_free_station(const EdiSectionHead& head, const std::string& why, 
                         ", the next free one from the start station on");
 }
 
-void take_section_station(const EdiSectionHead& head, FileTask& task) {
+void take_section_station(const SectionHead& head, FileTask& task) {
   if (!take_planned_station(head, task)) {
     take_station(head, task);
   }
   take_site_name(head, task);
 }
 
-void take_site_name(const EdiSectionHead& head, FileTask& task) {
+void take_site_name(const SectionHead& head, FileTask& task) {
   ReadingRecord& record = task.record;
   record.site_name = site_name(head, task);
   record.site = record.site_name.empty() ? record.SurveyFile : record.site_name;
-}
-
-void take_file_place(const formats::edi::EdiPlace& place, ReadingRecord& record) {
-  if (place.geographic) {
-    record.place.latitude = place.geographic->latitude;
-    record.place.longitude = place.geographic->longitude;
-  }
-  record.place.elevation = place.elevation;
-  record.place.datum = place.datum;
-}
-
-void take_section_place(const EdiSectionHead& section, ReadingRecord& record, FileReport& report) {
-  record.Orientation = 0.0F;
-  record.axes = {};
-  record.MapX = record.MapY = 0.0;
-  record.Elevation = record.place.elevation.value_or(0.0);
-  if (!section.local_hx) {
-    remark_unreadable(report, section.line_number,
-                      "the section names no local HX channel; place and orientation are 0");
-    return;
-  }
-  const EdiChannel& hx = *section.local_hx;
-  record.Orientation = record.axes.HxAzimuth = static_cast<float>(hx.AZM);
-  record.MapX = hx.Y;
-  record.MapY = hx.X;
-  if (hx.Z != 0.0) {
-    record.Elevation = hx.Z;
-  }
 }
 
 void go_to_next_section(ReadingRecord& record, bool gave_readings) {
@@ -221,6 +196,6 @@ void go_to_next_section(ReadingRecord& record, bool gave_readings) {
   }
 }
 
-bool has_name(const std::optional<std::string>& sectid) { return sectid && !trimmed(*sectid).empty(); }
+bool has_name(const SectionHead& head) { return head.name && !trimmed(*head.name).empty(); }
 
 }  // namespace Module_data_file
