@@ -29,7 +29,8 @@ double from_minus_180_to_180(double longitude) {
 
 /// Heads without a place have zeros.
 bool has_place(const Module_database::Site& site) {
-  return site.latitude && site.longitude && (*site.latitude != 0.0 || *site.longitude != 0.0);
+  return site.latitude && std::abs(*site.latitude) <= 90.0 && site.longitude &&
+         std::abs(*site.longitude) <= 360.0 && (*site.latitude != 0.0 || *site.longitude != 0.0);
 }
 
 GeographicSite place_of(const Module_database::Site& site) {
