@@ -1,15 +1,14 @@
 #include "import/readers/zonge_avg_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 #include "core/absent_value.h"
 #include "core/file_names.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
-#include "core/text_fields.h"
 #include "formats/head_dates.h"
 #include "formats/zonge/zonge_avg_parser.h"
 #include "formats/zonge/zonge_avg_set.h"
@@ -200,15 +199,17 @@ StationPlace AverageStore::place_of(const AvgStation& station) {
   return place;
 }
 
+std::string stations_missing(std::int64_t count) {
+  return plain_text(count) + (count == 1 ? " station is" : " stations are") + " not in the .stn file";
+}
+
 void AverageStore::remark_on_places() {
   if (between_ > 0) {
     remark_ignored(task_.report, 0,
-                   plain_text(between_) +
-                       " stations are not in the .stn file, and are put between those of it next to them");
+                   stations_missing(between_) + "; placed in proportion between those of it on both sides");
   }
   if (without_ > 0) {
-    remark_unreadable(task_.report, 0,
-                      plain_text(without_) + " stations are not in the .stn file; it gives them no place");
+    remark_unreadable(task_.report, 0, stations_missing(without_) + ", which gives no place there");
   }
 }
 

@@ -122,7 +122,7 @@ TEST_F(StationTables, Averages_between_the_stakes_of_their_stn_file) {
   }
   ASSERT_EQ(import({field_file("K2.AVG")}), 0);
   EXPECT_EQ(stations().size(), 28U);
-  EXPECT_TRUE(told(0, "28 stations are not in the .stn file, and are put between"));
+  EXPECT_TRUE(told(0, "28 stations are not in the .stn file; placed in proportion between"));
   const Module_database::StationRows place = place_of("200E", 25.0);  // stakes 0 and 50
   EXPECT_EQ(place.MapX, (477159.0 + 477202.0) / 2.0);
   EXPECT_EQ(place.MapY, (2831006.0 + 2830985.0) / 2.0);
@@ -347,6 +347,6 @@ TEST_F(StationTables, Stn_files_of_all_kinds) {
     EXPECT_EQ(place_of("200E", 100.0).MapX, 11.0);
     EXPECT_EQ(place_of("200E", 150.0).MapY, 17.0);
     EXPECT_EQ(place_of("200E", 150.0).Elevation, 18.0);
-    EXPECT_TRUE(told(0, "1 stations are not in the .stn file; it gives them no place"));
+    EXPECT_TRUE(told(0, "1 station is not in the .stn file, which gives no place there"));
   }
 }
