@@ -47,11 +47,11 @@ bool is_asked(const LineOptions& options, const LineChoice& kind) {
 
 /// The one kind of a line's curves that the options choose; none after a message.
 std::optional<LineChoice> chosen_kind(const LineOptions& options, const std::string& line,
-                                      const std::vector<LineChoice>& kinds) {
+                                      const std::vector<LineChoice>& kinds, LineKinds wanted) {
   std::vector<LineChoice> asked;
   std::ranges::copy_if(kinds, std::back_inserter(asked),
                        [&](const LineChoice& kind) { return is_asked(options, kind); });
-  if (asked.size() == 1) {
+  if (asked.size() == 1 || (wanted == LineKinds::first && !asked.empty())) {
     return asked.front();
   }
   const std::string has = "Line " + line + " has " + listed(kinds);
@@ -78,7 +78,7 @@ std::vector<std::string> chosen_lines(const LineOptions& options) {
 }
 
 /// Of all lines, those without such readings are left out.
-std::vector<LineChoice> chosen(const LineOptions& options) {
+std::vector<LineChoice> chosen(const LineOptions& options, LineKinds wanted) {
   std::vector<LineChoice> choices;
   const std::vector<std::string> lines = chosen_lines(options);
   for (const std::string& line : lines) {
@@ -86,7 +86,7 @@ std::vector<LineChoice> chosen(const LineOptions& options) {
     if (kinds.empty() && options.line.empty()) {
       continue;
     }
-    auto kind = chosen_kind(options, line, kinds);
+    auto kind = chosen_kind(options, line, kinds, wanted);
     if (!kind) {
       return {};
     }
@@ -118,10 +118,11 @@ void add_line_options(Parser& parser, LineOptions& options, LineIs line) {
   parser.add_option("--dipole", options.dipole, "dipole length, m; may be left out if the line has one");
 }
 
-int with_lines(const LineOptions& options, const std::function<int(const std::vector<LineChoice>&)>& work) {
+int with_lines(const LineOptions& options, const std::function<int(const std::vector<LineChoice>&)>& work,
+               LineKinds kinds) {
   bool wrong_usage = false;
   const int status = with_open_survey(options.survey, [&] {
-    const std::vector<LineChoice> choices = chosen(options);
+    const std::vector<LineChoice> choices = chosen(options, kinds);
     const int worked = choices.empty() ? status_wrong_usage : work(choices);
     wrong_usage = worked == status_wrong_usage;
     return worked;

@@ -34,6 +34,9 @@ class Beginning {
     }
     const bool is_first = !has_text_;
     has_text_ = true;
+    if (is_first && formats::csv::is_curve_table_header(text)) {
+      return format_curve_table;
+    }
     is_xml_ = is_xml_ || (is_first && text.starts_with('<'));
     if (is_xml_) {
       return formats::emtf_xml::begins_emtf_xml(text.substr(0, bytes_looked_at)) ? format_emtf_xml

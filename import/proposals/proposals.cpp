@@ -56,7 +56,7 @@ class Census {
  private:
   void take(const ScannedFile& file) {
     edi += is_edi(file.format) ? 1 : 0;
-    of_sites += names_sites(file.format) ? 1 : 0;
+    of_sites += names_sites(file.format) || is_station_table(file.format) ? 1 : 0;
     fixed_columns += file.format == format_fixed_columns ? 1 : 0;
     with_remote += file.has_remote ? 1 : 0;
     const auto any = [&](auto member) { return std::ranges::any_of(file.sections, member); };
@@ -65,8 +65,8 @@ class Census {
     for (const ScannedSection& section : file.sections) {
       highest = std::max(highest, section.highest);
     }
-    if (file.place) {
-      places.push_back(*file.place);
+    if (const auto& place = file.place ? file.place : file.first_place) {
+      places.push_back(*place);
     }
   }
 };
