@@ -134,7 +134,7 @@ class EmtfWriter {
     add_text_element(root_, "SubType", "MT_TF");
     std::string notes;
     if (!site_.line.empty()) {
-      notes = "Line " + site_.line + ", station " + plain_text(site_.station) + ".";
+      notes = "Line " + site_.line + ", station " + plain_text(site_.station);
     }
     for (const std::string& sentence : site_.history) {
       notes += (notes.empty() ? "" : "\n") + sentence;

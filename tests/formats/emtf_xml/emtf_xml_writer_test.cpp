@@ -133,7 +133,7 @@ TEST(Emtf_xml_writer, Parts_come_in_the_order_of_the_format) {
   EXPECT_STREQ(root.child("Provenance").child_value("CreateTime"), "2026-11-21");
   EXPECT_STREQ(root.child("Provenance").child_value("CreatingApplication"), "Brenlox 1.0");
   EXPECT_STREQ(root.child_value("Notes"),
-               "Line 200E, station 100.5.\nMerged from 2 scan rates.\nStatic factor 1.5 & masks.");
+               "Line 200E, station 100.5\nMerged from 2 scan rates.\nStatic factor 1.5 & masks.");
   EXPECT_TRUE(root.select_nodes(".//Url").empty());
 }
 
@@ -295,7 +295,7 @@ TEST(Emtf_xml_writer, Texts_are_escaped_and_are_utf_8) {
   EXPECT_STREQ(root.child("Site").child("Location").attribute("datum").value(), "a\"b<c>& \uFFFD");
   const std::string text = emtf_xml_text(site);
   EXPECT_EQ(text.find("&#"), std::string::npos) << "a control character stays one when it is escaped";
-  EXPECT_EQ(std::string(root.child_value("Notes")), "Line 200E, station 100.5.\na b  \n\n\u00C3\n&amp;");
+  EXPECT_EQ(std::string(root.child_value("Notes")), "Line 200E, station 100.5\na b  \n\n\u00C3\n&amp;");
 }
 
 TEST(Emtf_xml_writer, Ids_have_the_characters_that_archives_allow) {
