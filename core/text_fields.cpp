@@ -105,6 +105,14 @@ std::string_view next_token(std::string_view& rest) {
   return token;
 }
 
+std::string_view next_word(std::string_view& rest) {
+  const auto first = std::ranges::find_if_not(rest, is_blank_or_control);
+  const auto end = std::find_if(first, rest.end(), is_blank_or_control);
+  const std::string_view word(first, end);
+  rest = std::string_view(end, rest.end());
+  return word;
+}
+
 bool take_line(std::string_view& text, std::string_view& line) {
   if (text.empty()) {
     return false;

@@ -21,6 +21,11 @@ std::string pad_field(std::string_view text, std::size_t width);
 /// @return the item; empty when nothing is left
 std::string_view next_token(std::string_view& rest);
 
+/// Takes the first word of `rest`, cut at blanks, tabs, line ends and other control characters only: "1,5" is
+/// one word, and no number.
+/// @return the word; empty when nothing is left
+std::string_view next_word(std::string_view& rest);
+
 /// Takes the next line of `text`, without its end, which is CR, LF or CR LF.
 /// @return false at the end of the text
 bool take_line(std::string_view& text, std::string_view& line);

@@ -18,6 +18,7 @@
 #include "exchange/csv_rhoplus.h"
 #include "exchange/csv_tables.h"
 #include "exchange/csv_tensors.h"
+#include "exchange/export_plan.h"
 #include "exchange/line_marks.h"
 #include "exchange/plan_rows.h"
 #include "exchange/text_lists.h"

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <system_error>
 
 #include "core/number_text.h"
+#include "database/sites.h"
 #include "database/survey_lists.h"
 #include "exchange/site_places.h"
 #include "exchange/text_lists.h"
@@ -52,9 +54,21 @@ std::string default_link(const ExportChoices& choices, const std::string& line) 
                                                                                            : std::string();
 }
 
+/// Names of sites by station, of those that have one.
+std::map<double, std::string> names_of_line(const std::string& line) {
+  std::map<double, std::string> names;
+  for (const Module_database::Site& site : Module_database::sites_of_line(line)) {
+    if (!site.name.empty()) {
+      names[site.station] = site.name;
+    }
+  }
+  return names;
+}
+
 LineMarks marks_of(const ExportChoices& choices, const std::string& line,
                    std::vector<std::string>& without_place, std::vector<std::string>& remarks) {
   const auto places = places_of_line(line);
+  const auto names = names_of_line(line);
   const std::string of_line = default_link(choices, line);
   LineMarks marks{line, {}};
   for (const Module_database::ListedStation& station : Module_database::stations_with_readings(line)) {
@@ -70,7 +84,8 @@ LineMarks marks_of(const ExportChoices& choices, const std::string& line,
     }
     const std::string number = plain_text(station.station);
     SiteMark mark;
-    mark.name = station.name.empty() ? number : station.name;
+    const auto name = names.find(station.station);
+    mark.name = name == names.end() ? number : name->second;
     mark.station = station.station;
     mark.latitude = place.latitude;
     mark.longitude = place.longitude;

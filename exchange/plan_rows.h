@@ -1,11 +1,10 @@
 // plan_rows.h: the rows of a plan by format.
 #pragma once
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "exchange/csv_tables.h"
-#include "exchange/export_plan.h"
+#include "exchange/export_row.h"
 #include "exchange/line_contents.h"
 
 namespace Module_exchange {
@@ -25,11 +24,5 @@ ExportRow places_row(const ExportChoices& choices);
 
 /// "survey.geojson"
 std::string places_file(const ExportChoices& choices);
-
-/// What make_export_plan gives, for whoever has a progress display of their own.
-/// @param progress  may be empty; is called with the share done, 0 to 1; false stops
-/// @return 0, or -1 after a message. Throws dao::Error.
-[[nodiscard]] int build_plan(const ExportChoices& choices, const std::function<bool(double)>& progress,
-                             ExportPlan& plan);
 
 }  // namespace Module_exchange

@@ -60,8 +60,9 @@ std::string missing_curve_column(const CurveColumns& columns) {
 }
 
 char header_separator(std::string_view header) {
-  return std::ranges::max({',', ';', '\t'}, {},
-                          [&](char separator) { return std::ranges::count(header, separator); });
+  constexpr std::array<char, 3> separators{',', ';', '\t'};
+  return *std::ranges::max_element(
+      separators, {}, [&](char separator) { return std::ranges::count(header, separator); });
 }
 
 }  // namespace formats::csv

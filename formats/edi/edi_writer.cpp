@@ -118,7 +118,7 @@ class EdiText {
       option(prefix + "LONG", degrees_minutes_seconds(*site.longitude));
     }
     if (site.elevation) {
-      option(prefix + "ELEV", metres(*site.elevation));
+      option(prefix + "ELEV", plain_text(*site.elevation));
     }
   }
 
@@ -158,6 +158,7 @@ class EdiText {
     for (const std::string& sentence : site_.history) {
       line("  " + one_line(sentence));
     }
+    line("  Variances are those of complex values, twice those of a part; RHO.ERR is the error of log10 rho");
     line("");
   }
 
@@ -265,9 +266,11 @@ class EdiText {
     if (!std::ranges::any_of(points_, has_curve)) {
       return;
     }
+    // By the 32-bit values, as a reader that stores such has them: it gets the same error again.
     const auto logarithmic_error = [component](const Point& point) {
+      const auto single = [](double value) { return static_cast<double>(static_cast<float>(value)); };
       const Value& value = point.of(component);
-      return value.resistivity_error / (value.resistivity * std::numbers::ln10);
+      return single(value.resistivity_error) / (single(value.resistivity) * std::numbers::ln10);
     };
     const std::string name(element_names[static_cast<std::size_t>(component)]);
     append_block("RHO" + name + " ROT=ZROT",

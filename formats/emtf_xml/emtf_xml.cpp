@@ -11,8 +11,12 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "formats/emtf_xml/emtf_nodes.h"
+#include "formats/emtf_xml/emtf_site.h"
+#include "formats/emtf_xml/xml_text.h"
 #include "formats/field_values.h"
 #include "formats/transfer_function/channel_axes.h"
+#include "formats/transfer_function/sound_numbers.h"
 
 namespace formats::emtf_xml {
 
@@ -21,15 +25,13 @@ using transfer_function::ChannelFunctions;
 using transfer_function::Complex;
 using transfer_function::component_count;
 using transfer_function::impedance_count;
+using transfer_function::is_frequency;
 using transfer_function::not_given;
 using transfer_function::Point;
 using transfer_function::TransferFunction;
 using transfer_function::Value;
 
 namespace {
-
-constexpr double full_turn = 360.0;  // degrees
-constexpr double half_turn = 180.0;
 
 /// The names of outputs and inputs of each component, in upper case.
 struct Channels {
@@ -41,48 +43,19 @@ constexpr std::array<Channels, component_count> component_channels{
 constexpr std::array<std::string_view, component_count> component_names{"ZXX", "ZXY", "ZYX",
                                                                         "ZYY", "TX",  "TY"};
 
-/// The first child of this name, whatever its case.
-pugi::xml_node child_of(const pugi::xml_node& node, std::string_view name) {
-  return node.find_child(
-      [name](const pugi::xml_node& child) { return equal_ignoring_case(child.name(), name); });
+using Covariance = std::optional<std::array<std::array<Complex, 2>, 2>>;
+
+/// Whether two channels are the axes themselves.
+bool are_axes(const std::array<double, 2>& azimuths) {
+  constexpr double full_turn = 360.0;
+  constexpr double tolerance = 1e-6;  // degrees; files have three decimals
+  return std::abs(std::remainder(azimuths[0], full_turn)) < tolerance &&
+         std::abs(std::remainder(azimuths[1] - 90.0, full_turn)) < tolerance;
 }
 
-std::string_view attribute_of(const pugi::xml_node& node, std::string_view name) {
-  return node
-      .find_attribute(
-          [name](const pugi::xml_attribute& each) { return equal_ignoring_case(each.name(), name); })
-      .value();
-}
-
-std::string text_of(const pugi::xml_node& node) { return text_from_field_file(trimmed(node.child_value())); }
-
-std::optional<double> number_of(std::string_view text) {
-  const double value = numeric_value(text);
-  return is_numeric(text) && std::abs(value) <= largest_value ? std::optional(value) : std::nullopt;
-}
-
-/// A bare "&", as it stands in citations, begins no entity: it becomes one. @return how many there were
-int mend_ampersands(std::string& text) {
-  constexpr std::size_t longest_entity = 12;
-  std::string mended;
-  int count = 0;
-  std::size_t from = 0;
-  for (std::size_t at = text.find('&'); at != std::string::npos; at = text.find('&', at + 1)) {
-    const std::size_t end =
-        text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789#", at + 1);
-    const bool is_entity =
-        end != std::string::npos && text[end] == ';' && end > at + 1 && end - at < longest_entity;
-    if (!is_entity) {
-      mended.append(text, from, at + 1 - from).append("amp;");
-      from = at + 1;
-      ++count;
-    }
-  }
-  if (count > 0) {
-    mended.append(text, from);
-    text = std::move(mended);
-  }
-  return count;
+bool has_impedances(const Point& point) {
+  return std::any_of(point.values.begin(), point.values.begin() + impedance_count,
+                     [](const Value& value) { return value.has_value(); });
 }
 
 class EmtfReader {
@@ -93,17 +66,29 @@ class EmtfReader {
     if (!parse(std::move(text))) {
       return {};
     }
-    read_site();
+    result_.site = read_site(root_, report_);
     read_sign();
     read_layout();
+    if (!report_.failure.empty()) {
+      return {};
+    }
     for (const pugi::xml_node& period : child_of(root_, "Data").children()) {
       if (equal_ignoring_case(period.name(), "Period")) {
         read_period(period);
       }
     }
-    if (result_.points.empty() && report_.failure.empty()) {
+    if (result_.points.empty()) {
       report_.failure = "the file has no period with transfer functions";
     }
+    if (!has_electric_axes_ && std::ranges::any_of(result_.points, has_impedances)) {
+      remark_unreadable(report_, 0,
+                        "the layout has no orientation of Ex and Ey, taken as those of Hx and Hy");
+    }
+    if (has_lost_errors_) {
+      remark_ignored(report_, 0,
+                     "the variances are of the channels' axes, and without covariances they can't be turned");
+    }
+    drop_unsound_numbers(result_);
     return std::move(result_);
   }
 
@@ -113,6 +98,7 @@ class EmtfReader {
       report_.failure = "the file is too large for the transfer functions of a site";
       return false;
     }
+    text = without_utf16(std::move(text));
     if (const int count = mend_ampersands(text); count > 0) {
       remark_unreadable(report_, 0,
                         plain_text(count) +
@@ -122,40 +108,18 @@ class EmtfReader {
     const pugi::xml_parse_result parsed = document_.load_buffer(text.data(), text.size());
     root_ = child_of(document_, "EM_TF");
     if (!parsed) {
-      report_.failure = std::string("the XML can't be read: ") + parsed.description() + " at byte " +
-                        plain_text(static_cast<std::int64_t>(parsed.offset));
+      report_.failure = std::string("the XML can't be read: ") + parsed.description() + " at line " +
+                        plain_text(line_of(text, static_cast<std::size_t>(parsed.offset)));
     } else if (!root_) {
       report_.failure = "the file has no element EM_TF";
     }
     return report_.failure.empty();
   }
 
-  void read_site() {
-    const pugi::xml_node site = child_of(root_, "Site");
-    result_.site.id = text_of(child_of(site, "Id"));
-    result_.site.name = text_of(child_of(site, "Name"));
-    result_.site.date = text_of(child_of(site, "Start"));
-    if (result_.site.id.empty()) {
-      result_.site.id = text_of(child_of(root_, "ProductId"));
-    }
-    const pugi::xml_node location = child_of(site, "Location");
-    result_.site.datum = text_from_field_file(attribute_of(location, "datum"));
-    const auto latitude = number_of(text_of(child_of(location, "Latitude")));
-    const auto longitude = number_of(text_of(child_of(location, "Longitude")));
-    if (latitude && longitude && std::abs(*latitude) <= 90.0 && std::abs(*longitude) <= full_turn) {
-      result_.site.latitude = latitude;
-      result_.site.longitude = *longitude > half_turn ? *longitude - full_turn : *longitude;
-    }
-    result_.site.elevation = number_of(text_of(child_of(location, "Elevation")));
-    result_.site.declination = number_of(text_of(child_of(location, "Declination")));
-    const pugi::xml_node orientation = child_of(site, "Orientation");
-    in_channel_axes_ = equal_ignoring_case(text_of(orientation), "sitelayout");
-    result_.site.x_azimuth = number_of(attribute_of(orientation, "angle_to_geographic_north"));
-  }
-
   void read_sign() {
     const std::string sign = text_of(child_of(child_of(root_, "ProcessingInfo"), "SignConvention"));
-    conjugate_ = sign.find('-') != std::string::npos;
+    const std::size_t first = sign.find_first_of("+-");
+    conjugate_ = first != std::string::npos && sign[first] == '-';
     if (conjugate_) {
       add_to_account(report_,
                      "the time factor is exp(- i omega t): all imaginary parts have got the other sign");
@@ -164,6 +128,8 @@ class EmtfReader {
 
   /// The azimuths of the channels, where the values are in their axes.
   void read_layout() {
+    const pugi::xml_node orientation = child_of(child_of(root_, "Site"), "Orientation");
+    in_channel_axes_ = equal_ignoring_case(text_of(orientation), "sitelayout");
     if (!in_channel_axes_) {
       return;
     }
@@ -184,6 +150,12 @@ class EmtfReader {
     axes_.magnetic = {0.0, azimuths["HY"] - x};
     if (azimuths.contains("EX") && azimuths.contains("EY")) {
       axes_.electric = {azimuths["EX"] - x, azimuths["EY"] - x};
+    } else {
+      has_electric_axes_ = false;
+      axes_.electric = axes_.magnetic;
+    }
+    if (!to_orthogonal_axes({}, axes_)) {
+      report_.failure = "two channels of a kind lie along one line";
     }
     result_.site.x_azimuth = x;
   }
@@ -193,7 +165,7 @@ class EmtfReader {
     std::array<double, 2> numbers{not_given, not_given};
     std::string_view rest = value.child_value();
     for (double& number : numbers) {
-      const std::string_view item = next_token(rest);
+      const std::string_view item = next_word(rest);
       if (item.empty()) {
         break;
       }
@@ -207,20 +179,20 @@ class EmtfReader {
     return numbers;
   }
 
-  static bool is_value(const pugi::xml_node& node) { return equal_ignoring_case(node.name(), "value"); }
-
-  /// The component that a value belongs to, by its channels or its name.
+  /// The component that a value belongs to, by its channels or else its name.
   static std::optional<std::size_t> component_of(const pugi::xml_node& value) {
     const std::string output = upper_case(attribute_of(value, "output"));
     const std::string input = upper_case(attribute_of(value, "input"));
     const std::string name = upper_case(attribute_of(value, "name"));
-    for (std::size_t i = 0; i < component_count; ++i) {
-      const bool by_channels = output == component_channels[i].output && input == component_channels[i].input;
-      if (by_channels || (output.empty() && input.empty() && name == component_names[i])) {
-        return i;
-      }
+    const auto by_channels = std::ranges::find_if(component_channels, [&](const Channels& channels) {
+      return output == channels.output && input == channels.input;
+    });
+    if (by_channels != component_channels.end()) {
+      return by_channels - component_channels.begin();
     }
-    return std::nullopt;
+    const auto by_name = std::ranges::find(component_names, name);
+    return by_name == component_names.end() ? std::nullopt
+                                            : std::optional<std::size_t>(by_name - component_names.begin());
   }
 
   template <class Take>
@@ -234,9 +206,7 @@ class EmtfReader {
   }
 
   /// A 2 x 2 covariance by the names of its channels, the first ones of each pair being `first`.
-  std::optional<std::array<std::array<Complex, 2>, 2>> covariance_of(const pugi::xml_node& block,
-                                                                     std::string_view first,
-                                                                     std::string_view second) {
+  Covariance covariance_of(const pugi::xml_node& block, std::string_view first, std::string_view second) {
     std::array<std::array<Complex, 2>, 2> matrix{};
     int found = 0;
     for (const pugi::xml_node& value : block.children()) {
@@ -263,19 +233,18 @@ class EmtfReader {
   }
 
   void read_period(const pugi::xml_node& period) {
-    const auto seconds = number_of(attribute_of(period, "value"));
-    if (!seconds || !(*seconds > 0.0)) {
+    const auto value = number_of(attribute_of(period, "value"));
+    const bool in_hertz = equal_ignoring_case(attribute_of(period, "units"), "hz");
+    Point point;
+    point.frequency = !value ? not_given : in_hertz ? *value : 1.0 / *value;
+    if (!is_frequency(point.frequency)) {
       remark_unreadable(report_, 0, "a period isn't above 0 and is left out");
       return;
     }
-    Point point;
-    point.frequency = 1.0 / *seconds;
-    const bool in_hertz = equal_ignoring_case(attribute_of(period, "units"), "hz");
-    if (in_hertz) {
-      point.frequency = *seconds;
-    }
     for (const char* const block : {"Z", "T"}) {
-      each_value(child_of(period, block), [&](std::size_t component, const std::array<double, 2>& numbers) {
+      const pugi::xml_node node = child_of(period, block);
+      check_unit(attribute_of(node, "units"));
+      each_value(node, [&](std::size_t component, const std::array<double, 2>& numbers) {
         point.values[component].value = {numbers[0], conjugate_ ? -numbers[1] : numbers[1]};
       });
     }
@@ -290,13 +259,26 @@ class EmtfReader {
     }
   }
 
-  /// The variances that aren't given, and everything else where values are in the axes of the channels.
+  /// A file of another unit would come in with other resistivities, and nothing would show it.
+  void check_unit(std::string_view unit) {
+    std::string letters = upper_case(unit);
+    std::erase_if(letters, [](char c) { return c == '[' || c == ']' || c == ' '; });
+    const bool is_known =
+        letters.empty() || letters == "MV/KM/NT" || letters.find("MILLIVOLT") != std::string::npos;
+    if (!is_known && !has_odd_unit_) {
+      has_odd_unit_ = true;
+      remark_unreadable(report_, 0, "the unit " + in_quotes(unit) + " isn't known, taken as mV/km/nT");
+    }
+  }
+
+  /// The variances that aren't given, and everything else where values are in axes of channels that aren't
+  /// those of a site.
   void take_covariances(const pugi::xml_node& period, Point& point) {
     const auto power = covariance_of(child_of(period, "Z.INVSIGCOV"), "HX", "HY");
     const auto residuals = covariance_of(child_of(period, "Z.RESIDCOV"), "EX", "EY");
     const auto tipper_power = covariance_of(child_of(period, "T.INVSIGCOV"), "HX", "HY");
     const double vertical = vertical_residual_of(child_of(period, "T.RESIDCOV"));
-    if (in_channel_axes_) {
+    if (!are_axes(axes_.magnetic) || !are_axes(axes_.electric)) {
       turn(point, power, residuals, tipper_power, vertical);
       return;
     }
@@ -314,10 +296,9 @@ class EmtfReader {
     }
   }
 
-  using Covariance = std::optional<std::array<std::array<Complex, 2>, 2>>;
-
   void turn(Point& point, const Covariance& power, const Covariance& residuals,
             const Covariance& tipper_power, double vertical) {
+    check_turn(point);
     ChannelFunctions functions;
     for (std::size_t i = 0; i < 2; ++i) {
       for (std::size_t j = 0; j < 2; ++j) {
@@ -329,23 +310,32 @@ class EmtfReader {
       functions.inverse_power = magnetic.value_or(std::array<std::array<Complex, 2>, 2>{});
       functions.electric_residuals = residuals.value_or(std::array<std::array<Complex, 2>, 2>{});
       functions.vertical_residual = vertical;
-      return to_orthogonal_axes(functions, axes_);
+      return to_orthogonal_axes(functions, axes_).value_or(transfer_function::OrthogonalFunctions{});
     };
     const auto impedances = turned_with(power);
     const auto tippers = turned_with(tipper_power);
-    if (!impedances || !tippers) {
-      report_.failure = "two channels of a kind lie along one line";
-      return;
-    }
     for (std::size_t i = 0; i < 2; ++i) {
       for (std::size_t j = 0; j < 2; ++j) {
         Value& value = point.values[2 * i + j];
-        value.value = impedances->impedance[i][j];
-        value.variance = power && residuals ? impedances->impedance_variance[i][j] : not_given;
+        has_lost_errors_ = has_lost_errors_ || (!std::isnan(value.variance) && !(power && residuals));
+        value.value = impedances.impedance[i][j];
+        value.variance = power && residuals ? impedances.impedance_variance[i][j] : not_given;
       }
       Value& value = point.values[impedance_count + i];
-      value.value = tippers->tipper[i];
-      value.variance = tipper_power ? tippers->tipper_variance[i] : not_given;
+      has_lost_errors_ = has_lost_errors_ || (!std::isnan(value.variance) && !tipper_power);
+      value.value = tippers.tipper[i];
+      value.variance = tipper_power ? tippers.tipper_variance[i] : not_given;
+    }
+  }
+
+  /// What an element that isn't there takes with it: each turned one is made of all four.
+  void check_turn(const Point& point) {
+    const auto count = std::ranges::count_if(point.values.begin(), point.values.begin() + impedance_count,
+                                             &Value::has_value);
+    if (count > 0 && count < static_cast<std::ptrdiff_t>(impedance_count)) {
+      remark_unreadable(report_, 0,
+                        "a period of " + plain_text(1.0 / point.frequency) +
+                            " s lacks elements of the tensor, so that the others can't be turned");
     }
   }
 
@@ -355,6 +345,9 @@ class EmtfReader {
   TransferFunction result_;
   bool conjugate_ = false;
   bool in_channel_axes_ = false;
+  bool has_electric_axes_ = true;
+  bool has_odd_unit_ = false;
+  bool has_lost_errors_ = false;
   ChannelAzimuths axes_;
 };
 

@@ -198,10 +198,10 @@ class EmtfWriter {
   }
 
   void write_estimates() {
-    pugi::xml_node estimates = root_.append_child("StatisticalEstimates");
     if (!any_point(data_types[0], has_finite_variance) && !any_point(data_types[1], has_finite_variance)) {
       return;
     }
+    pugi::xml_node estimates = root_.append_child("StatisticalEstimates");
     pugi::xml_node estimate = estimates.append_child("Estimate");
     estimate.append_attribute("name") = "VAR";
     estimate.append_attribute("type") = "real";
@@ -211,6 +211,9 @@ class EmtfWriter {
   }
 
   void write_data_types() {
+    if (points_.empty()) {
+      return;
+    }
     pugi::xml_node types = root_.append_child("DataTypes");
     for (const DataType& type : data_types) {
       if (!any_point(type, has_finite_value)) {

@@ -3,17 +3,25 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <map>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "formats/field_values.h"
+#include "formats/j_format/j_blocks.h"
+#include "formats/transfer_function/point_places.h"
+#include "formats/transfer_function/sound_numbers.h"
+#include "numerics/geodesy/geographic_angle.h"
 
 namespace formats::j_format {
 
+using numerics::geodesy::GeographicAngle;
+using numerics::geodesy::read_geographic_angle;
 using transfer_function::Component;
-using transfer_function::component_count;
+using transfer_function::is_frequency;
 using transfer_function::not_given;
 using transfer_function::Point;
 using transfer_function::TransferFunction;
@@ -23,62 +31,6 @@ namespace {
 
 constexpr double absent_mark = -999.0;
 constexpr double field_over_si = 795.774715459;  // mV/km/nT of one ohm: 1e-3 / mu0
-constexpr std::size_t most_rows = 100000;        // of a block; more than any instrument has frequencies
-
-enum class BlockKind : std::uint8_t { curve, impedance, tipper, other };
-enum class Unit : std::uint8_t { not_said, field, si };
-
-struct BlockType {
-  BlockKind kind = BlockKind::other;
-  Component component = Component::zxx;
-  Unit unit = Unit::not_said;
-  std::string name;
-};
-
-constexpr std::array<std::string_view, component_count> component_names{"XX", "XY", "YX", "YY", "ZX", "ZY"};
-constexpr std::array<std::string_view, 4> averages{"TE", "TM", "AV", "DE"};  // curves of no tensor element
-
-/// The type of the block that a line begins; none if it begins no block.
-std::optional<BlockType> block_type(std::string_view line) {
-  std::string_view rest = line;
-  const std::string name = upper_case(next_token(rest));
-  if (name.size() != 3) {
-    return std::nullopt;
-  }
-  const std::string_view letters = std::string_view(name).substr(1);
-  BlockType type;
-  type.name = name;
-  if (name[0] == 'R' && std::ranges::find(averages, letters) != averages.end()) {
-    return type;
-  }
-  const auto found = std::ranges::find(component_names, letters);
-  if (found == component_names.end()) {
-    return std::nullopt;
-  }
-  type.component = static_cast<Component>(found - component_names.begin());
-  const bool is_tipper = type.component == Component::tx || type.component == Component::ty;
-  type.kind = name[0] == 'R' && !is_tipper   ? BlockKind::curve
-              : name[0] == 'Z' && !is_tipper ? BlockKind::impedance
-              : name[0] == 'T' && is_tipper  ? BlockKind::tipper
-                                             : BlockKind::other;
-  if (type.kind == BlockKind::other) {
-    return std::nullopt;
-  }
-  const std::string unit = upper_case(rest);
-  type.unit = unit.find("FIELD") != std::string::npos ? Unit::field
-              : unit.find("S.I") != std::string::npos ? Unit::si
-                                                      : Unit::not_said;
-  return type;
-}
-
-std::optional<std::size_t> row_count(std::string_view line) {
-  std::string_view rest = line;
-  const std::string_view item = next_token(rest);
-  const double count = numeric_value(item);
-  const bool is_count = is_numeric(item) && rest.empty() && item.find('.') == std::string_view::npos &&
-                        count >= 0.0 && count <= static_cast<double>(most_rows);
-  return is_count ? std::optional(static_cast<std::size_t>(count)) : std::nullopt;
-}
 
 double median(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -92,7 +44,7 @@ class JFormatReader {
 
   TransferFunction read() {
     std::string_view line;
-    while (next_line(line)) {
+    while (report_.failure.empty() && next_line(line)) {
       const std::string text = text_from_field_file(trimmed(line));
       if (text.empty()) {
         continue;
@@ -105,14 +57,15 @@ class JFormatReader {
         read_block(*type);
       } else if (result_.site.id.empty()) {
         std::string_view rest = text;
-        result_.site.id = next_token(rest);
+        result_.site.id = next_word(rest);
+        azimuth_behind_name_ = angle_in(rest);
       } else {
         remark_ignored(report_, lines_.line_number(), "a line between the blocks, " + in_quotes(text),
                        "lines between the blocks");
       }
     }
     finish();
-    return std::move(result_);
+    return report_.failure.empty() ? std::move(result_) : TransferFunction{};
   }
 
  private:
@@ -137,47 +90,95 @@ class JFormatReader {
     }
     const std::string key = upper_case(trimmed(text.substr(0, equals)));
     const std::string_view value = trimmed(text.substr(equals + 1));
-    std::optional<double>* const target = key == "LATITUDE"    ? &result_.site.latitude
-                                          : key == "LONGITUDE" ? &result_.site.longitude
-                                          : key == "ELEVATION" ? &result_.site.elevation
-                                          : key == "AZIMUTH"   ? &result_.site.x_azimuth
-                                                               : nullptr;
-    if (target == nullptr || value.empty()) {
+    if (value.empty()) {
       return;
     }
-    if (!is_numeric(value)) {
-      remark_unreadable(report_, lines_.line_number(), key + ": " + in_quotes(value) + " is not a number");
+    std::optional<double> number;
+    if (key == "LATITUDE") {
+      latitude_ = number = read_geographic_angle(value, GeographicAngle::latitude);
+    } else if (key == "LONGITUDE") {
+      longitude_ = number = read_geographic_angle(value, GeographicAngle::longitude);
+    } else if (key == "AZIMUTH") {
+      result_.site.x_azimuth = number = angle_in(value);
+    } else if (key == "ELEVATION") {
+      number = numeric_value(value);
+      const bool is_elevation =
+          is_numeric(value) && std::abs(*number) <= largest_value && *number != absent_mark;
+      result_.site.elevation = is_elevation ? number : std::nullopt;
+      number = is_numeric(value) ? number : std::nullopt;
+    } else {
       return;
     }
-    *target = numeric_value(value);
+    if (!number) {
+      remark_unreadable(report_, lines_.line_number(), key + ": " + in_quotes(value) + " can't be taken");
+    }
   }
 
-  void read_block(const BlockType& type) {
+  static std::optional<double> angle_in(std::string_view text) {
+    constexpr double full_turn = 360.0;  // degrees
+    const double angle = numeric_value(text);
+    const bool is_angle = is_numeric(text) && std::abs(angle) <= full_turn;
+    return is_angle ? std::optional(angle) : std::nullopt;
+  }
+
+  void read_block(BlockType type) {
     std::string_view line;
-    const auto count = next_line(line) ? row_count(line) : std::nullopt;
+    const bool has_line = next_row(line);
+    const auto count = has_line ? row_count(line) : std::nullopt;
     if (!count) {
       remark_unreadable(report_, lines_.line_number(),
                         "the block " + type.name + " has no count and is left out");
+      skip_rows(has_line, line);
       return;
     }
+    check_block(type);
+    std::int64_t row = 0;
+    bool is_row = true;
+    while (row < *count && (is_row = next_row(line) && !block_type(line))) {
+      read_row(type, line);
+      ++row;
+    }
+    if (row < *count) {
+      remark_unreadable(
+          report_, lines_.line_number(),
+          "the block " + type.name + " has " + plain_text(row) + " rows of " + plain_text(*count));
+    }
+    if (!is_row && block_type(line)) {
+      keep(line);
+    }
+  }
+
+  /// What belongs to no element, or comes a second time, is gone over without being taken.
+  void check_block(BlockType& type) {
     if (type.kind == BlockKind::other) {
       remark_ignored(report_, lines_.line_number(),
                      "the block " + type.name + ", which is no tensor element");
+    } else if (!names_.insert(type.name).second) {
+      remark_ignored(report_, lines_.line_number(), "the block " + type.name + ", which comes again");
+      type.kind = BlockKind::other;
+    } else if (type.kind == BlockKind::impedance) {
+      units_.push_back(type.unit);
     }
-    units_.push_back(type.unit);
-    for (std::size_t row = 0; row < *count; ++row) {
-      const bool at_end = !next_line(line);
-      if (at_end || block_type(line)) {
-        remark_unreadable(report_, lines_.line_number(),
-                          "the block " + type.name + " has " + plain_text(static_cast<std::int64_t>(row)) +
-                              " rows of " + plain_text(static_cast<std::int64_t>(*count)));
-        if (!at_end) {
-          keep(line);
-        }
-        return;
-      }
-      read_row(type, line);
+    type.series = names_.size();
+  }
+
+  /// To the next line that begins a block.
+  void skip_rows(bool is_line, std::string_view line) {
+    while (is_line && !block_type(line)) {
+      is_line = next_row(line);
     }
+    if (is_line) {
+      keep(line);
+    }
+  }
+
+  /// The next line that isn't blank and no comment.
+  bool next_row(std::string_view& line) {
+    bool is_line = next_line(line);
+    while (is_line && (trimmed(line).empty() || trimmed(line).starts_with('#'))) {
+      is_line = next_line(line);
+    }
+    return is_line;
   }
 
   void read_row(const BlockType& type, std::string_view line) {
@@ -186,23 +187,27 @@ class JFormatReader {
     std::string_view rest = line;
     std::size_t read = 0;
     for (; read < needed; ++read) {
-      const std::string_view item = next_token(rest);
+      const std::string_view item = next_word(rest);
       if (!is_numeric(item)) {
         break;
       }
       numbers[read] = numeric_value(item);
     }
-    if (type.kind == BlockKind::other ||
-        (read > 0 && numbers[0] == absent_mark && numbers[1] == absent_mark)) {
+    const bool is_absent = read > 1 && numbers[1] == absent_mark && (read < 3 || numbers[2] == absent_mark);
+    if (type.kind == BlockKind::other || is_absent) {
       return;
     }
-    if (read < 3 || numbers[0] == 0.0) {
+    const double frequency = numbers[0] < 0.0 ? -numbers[0] : 1.0 / numbers[0];
+    if (read < 3 || !is_frequency(frequency)) {
       remark_unreadable(report_, lines_.line_number(),
                         "a row of " + type.name + " can't be read and is left out");
       return;
     }
-    const double frequency = numbers[0] < 0.0 ? -numbers[0] : 1.0 / numbers[0];
-    Value& value = point_of(frequency).of(type.component);
+    if (result_.points.size() >= transfer_function::most_points) {
+      report_.failure = transfer_function::too_many_points_text;
+      return;
+    }
+    Value& value = places_.point_of(result_.points, type.series, frequency).of(type.component);
     if (type.kind == BlockKind::curve) {
       take_curve(numbers, read, value);
     } else {
@@ -216,16 +221,34 @@ class JFormatReader {
       return;
     }
     value.resistivity = numbers[1];
-    value.phase = numbers[2];
+    value.phase = numbers[2] == absent_mark ? not_given : numbers[2];
     if (read == numbers.size()) {
-      const double highest = std::max(numbers[3], numbers[4]);
-      const double lowest = std::min(numbers[3], numbers[4]);
-      // Limits of bad points are geometric: half of the difference would be more than the value.
-      const bool is_geometric = lowest > 0.0 && highest > 3.0 * lowest;
-      value.resistivity_error =
-          is_geometric ? numbers[1] * 0.5 * std::log(highest / lowest) : 0.5 * (highest - lowest);
-      value.phase_error = 0.5 * std::abs(numbers[5] - numbers[6]);
+      value.resistivity_error = half_of_limits(numbers[1], numbers[3], numbers[4]);
+      value.phase_error = half_of_phase_limits(numbers[2], numbers[5], numbers[6]);
     }
+  }
+
+  static double half_of_limits(double resistivity, double first, double second) {
+    const double highest = std::max(first, second);
+    const double lowest = std::min(first, second);
+    if (!(lowest > 0.0)) {
+      return not_given;  // -999, or no limit of a resistivity
+    }
+    // Limits of bad points are geometric: half of the difference would be more than the value.
+    constexpr double widest = 3.0;
+    return highest > widest * lowest ? resistivity * 0.5 * std::log(highest / lowest)
+                                     : 0.5 * (highest - lowest);
+  }
+
+  /// Limits at both sides of 180 degrees are written as 179 and -179: the phase isn't between these.
+  static double half_of_phase_limits(double phase, double first, double second) {
+    if (first == absent_mark || second == absent_mark) {
+      return not_given;
+    }
+    constexpr double full_turn = 360.0;  // degrees
+    const double width = std::abs(first - second);
+    const bool is_between = phase >= std::min(first, second) && phase <= std::max(first, second);
+    return 0.5 * (is_between ? width : std::min(width, std::abs(full_turn - width)));
   }
 
   void take_complex(const std::array<double, 7>& numbers, std::size_t read, Value& value) const {
@@ -234,14 +257,6 @@ class JFormatReader {
       // Of a part, or the root of the complex variance.
       value.variance = (is_birrp_ ? 2.0 : 1.0) * numbers[3] * numbers[3];
     }
-  }
-
-  Point& point_of(double frequency) {
-    const auto [place, is_new] = places_.try_emplace(frequency, result_.points.size());
-    if (is_new) {
-      result_.points.emplace_back().frequency = frequency;
-    }
-    return result_.points[place->second];
   }
 
   /// Where resistivities and impedances are both there, they tell the unit, whatever is written.
@@ -255,12 +270,22 @@ class JFormatReader {
         }
       }
     }
-    if (!ratios.empty()) {
-      const double of_ohm = 2.0 * std::log(field_over_si);
-      const double ratio = median(std::move(ratios));
-      return std::abs(ratio - of_ohm) < std::abs(ratio) ? field_over_si : 1.0;
+    const bool says_ohm = std::ranges::find(units_, Unit::si) != units_.end();
+    if (ratios.empty()) {
+      return says_ohm ? field_over_si : 1.0;
     }
-    return std::ranges::find(units_, Unit::si) != units_.end() ? field_over_si : 1.0;
+    const double of_ohm = 2.0 * std::log(field_over_si);
+    const double ratio = median(std::move(ratios));
+    return std::abs(ratio - of_ohm) < std::abs(ratio) ? field_over_si : 1.0;
+  }
+
+  /// The unit that was taken, where the file doesn't say it or is contradicted by its own resistivities.
+  void tell_unit(bool in_ohm) {
+    const bool said = std::ranges::find(units_, in_ohm ? Unit::si : Unit::field) != units_.end();
+    if (!units_.empty() && !said) {
+      add_to_account(report_, std::string("impedances were taken as ") + (in_ohm ? "ohm" : "mV/km/nT") +
+                                  ", which the file doesn't say");
+    }
   }
 
   void finish() {
@@ -268,20 +293,32 @@ class JFormatReader {
       report_.failure = "the file has no block of transfer functions";
       return;
     }
+    if (latitude_ && longitude_) {
+      take_place(result_.site, *latitude_, *longitude_);
+    }
+    if (!result_.site.x_azimuth) {
+      result_.site.x_azimuth = azimuth_behind_name_;
+    }
     const double factor = factor_to_field_units();
+    tell_unit(factor != 1.0);
     for (Point& point : result_.points) {
       for (std::size_t i = 0; i < transfer_function::impedance_count; ++i) {
         point.values[i].value *= factor;
         point.values[i].variance *= factor * factor;
       }
     }
+    drop_unsound_numbers(result_);
   }
 
   LineReader& lines_;
   FileReport& report_;
   TransferFunction result_;
-  std::map<double, std::size_t> places_;
-  std::vector<Unit> units_;
+  transfer_function::PointPlaces places_;
+  std::set<std::string> names_;  // of the blocks met
+  std::vector<Unit> units_;      // of the impedances
+  std::optional<double> latitude_;
+  std::optional<double> longitude_;
+  std::optional<double> azimuth_behind_name_;
   std::string kept_;
   bool has_kept_ = false;
   bool is_birrp_ = false;

@@ -3,7 +3,8 @@
 // Conventions: x north, y east, z down as the axes of the site have them; time factor exp(+i omega t);
 // impedance E/B in mV/km/nT; tipper without unit; frequency Hz; resistivity ohm-m; phase degrees; angles
 // degrees clockwise from geographic north. A variance is that of the complex value, so that the standard
-// error of either part is sqrt(variance / 2). What a file doesn't say is NaN.
+// error of either part is sqrt(variance / 2). What a file doesn't say is NaN; what parsers give is finite
+// else, errors and variances above 0.
 #pragma once
 #include <array>
 #include <complex>
@@ -52,6 +53,7 @@ struct Point {
 struct Site {
   std::string id;                   // as the file has it; empty if it has none
   std::string name;                 // the same
+  std::string product;              // likewise: tells sites apart that share an id
   std::optional<double> latitude;   // degrees, north positive
   std::optional<double> longitude;  // degrees, east positive, -180 to 180
   std::optional<double> elevation;  // m

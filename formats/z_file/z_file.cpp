@@ -4,11 +4,14 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/transfer_function/channel_axes.h"
+#include "formats/transfer_function/sound_numbers.h"
+#include "formats/z_file/z_head.h"
 
 namespace formats::z_file {
 
@@ -16,6 +19,7 @@ using transfer_function::ChannelAzimuths;
 using transfer_function::ChannelFunctions;
 using transfer_function::Complex;
 using transfer_function::Component;
+using transfer_function::is_frequency;
 using transfer_function::OrthogonalFunctions;
 using transfer_function::Point;
 using transfer_function::TransferFunction;
@@ -23,47 +27,14 @@ using transfer_function::Value;
 
 namespace {
 
-constexpr std::size_t input_count = 2;
-constexpr std::size_t most_channels = 5;
-constexpr double full_turn = 360.0;  // degrees
-constexpr double half_turn = 180.0;
-
-/// The text behind a word of a line, whatever the case; none if the line doesn't have the word.
-std::optional<std::string_view> behind(std::string_view line, std::string_view word) {
-  const std::string upper = upper_case(line);
-  const std::size_t at = upper.find(upper_case(word));
-  return at == std::string::npos ? std::nullopt : std::optional(line.substr(at + word.size()));
-}
-
-std::vector<double> numbers_of(std::string_view text) {
-  std::vector<double> numbers;
-  for (std::string_view item = next_token(text); !item.empty(); item = next_token(text)) {
-    if (!is_numeric(item)) {
-      break;
-    }
-    numbers.push_back(numeric_value(item));
-  }
-  return numbers;
-}
-
-struct Channel {
-  double azimuth = 0.0;  // degrees from magnetic north
-  std::string name;      // upper case: HX, HY, HZ, EX, EY
-};
-
-/// Where the output channels stand among the rows of a band.
-struct Outputs {
-  std::optional<std::size_t> hz;
-  std::optional<std::size_t> ex;
-  std::optional<std::size_t> ey;
-};
-
 /// The numbers of a band as the file has them.
 struct Band {
   double period = 0.0;  // s
   std::vector<std::vector<double>> functions;
   std::vector<std::vector<double>> power;
   std::vector<std::vector<double>> residuals;
+
+  [[nodiscard]] bool is_whole() const { return !functions.empty() && !power.empty() && !residuals.empty(); }
 };
 
 class ZFileReader {
@@ -71,13 +42,16 @@ class ZFileReader {
   ZFileReader(LineReader& lines, FileReport& report) : lines_(lines), report_(report) {}
 
   TransferFunction read() {
-    if (!read_head() || !check_channels()) {
+    auto head = read_z_head(lines_, report_);
+    if (!head) {
       return {};
     }
+    head_ = std::move(*head);
+    azimuths_ = head_.azimuths();
+    result_.site = head_.site;
     read_bands();
-    if (result_.points.empty() && report_.failure.empty()) {
-      report_.failure = "the file has no band of transfer functions";
-    }
+    tell_what_is_missing();
+    drop_unsound_numbers(result_);
     return std::move(result_);
   }
 
@@ -88,144 +62,47 @@ class ZFileReader {
     }
   }
 
-  /// The first lines vary: they are known by their words, and the name without a word stands above the place.
-  bool read_head() {
-    std::string_view line;
-    std::string before;
-    while (lines_.next(line)) {
-      const std::string text = text_from_field_file(trimmed(line));
-      if (const auto coordinates = behind(text, "coordinate")) {
-        take_place(*coordinates);
-        take_declination(text);
-        if (result_.site.id.empty()) {
-          result_.site.id = before;
-        }
-      } else if (const auto station = behind(text, "station")) {
-        take_station(*station);
-      } else if (const auto count = behind(text, "number of channels")) {
-        take_count(*count);
-      } else if (behind(text, "orientations")) {
-        return read_channels();
-      }
-      before = text;
-    }
-    fail("the file ends before the orientations of its channels");
-    return false;
-  }
-
-  void take_station(std::string_view text) {
-    const std::size_t colon = text.find(':');
-    if (colon != std::string_view::npos) {  // a line with the word alone is the name of the method
-      result_.site.id = trimmed(text.substr(colon + 1));
-    }
-  }
-
-  void take_place(std::string_view text) {
-    const std::vector<double> numbers = numbers_of(text);
-    if (numbers.size() < 2 || std::abs(numbers[0]) > 90.0 || std::abs(numbers[1]) > full_turn) {
-      remark_unreadable(report_, lines_.line_number(), "the coordinates can't be read");
-      return;
-    }
-    result_.site.latitude = numbers[0];
-    result_.site.longitude = numbers[1] > half_turn ? numbers[1] - full_turn : numbers[1];
-  }
-
-  void take_declination(std::string_view text) {
-    const auto declination = behind(text, "declination");
-    const std::vector<double> numbers = declination ? numbers_of(*declination) : std::vector<double>{};
-    if (numbers.empty()) {
-      remark_unreadable(report_, lines_.line_number(), "the declination is missing, taken as 0");
-    }
-    result_.site.declination = numbers.empty() ? 0.0 : numbers.front();
-  }
-
-  void take_count(std::string_view text) {
-    const std::vector<double> numbers = numbers_of(text);
-    channel_count_ = numbers.empty() || !(numbers.front() >= 0.0)
-                         ? 0
-                         : static_cast<std::size_t>(std::min(numbers.front(), 1e6));
-  }
-
-  bool read_channels() {
-    if (channel_count_ <= input_count || channel_count_ > most_channels) {
-      fail("the number of channels isn't 3, 4 or 5");
-      return false;
-    }
-    std::string_view line;
-    while (channels_.size() < channel_count_ && lines_.next(line)) {
-      if (trimmed(line).empty()) {
-        continue;
-      }
-      std::string_view rest = line;
-      std::vector<std::string> items;
-      for (std::string_view item = next_token(rest); !item.empty(); item = next_token(rest)) {
-        items.emplace_back(item);
-      }
-      if (items.size() < 4 || !is_numeric(items[1])) {
-        fail("the line of a channel can't be read: " + in_quotes(line));
-        return false;
-      }
-      channels_.push_back({numeric_value(items[1]), upper_case(items.back())});
-    }
-    return true;
-  }
-
-  bool check_channels() {
-    if (channels_.size() != channel_count_ || channels_[0].name != "HX" || channels_[1].name != "HY") {
-      fail("the first two channels aren't Hx and Hy");
-      return false;
-    }
-    for (std::size_t i = input_count; i < channels_.size(); ++i) {
-      auto* const output = channels_[i].name == "HZ"   ? &outputs_.hz
-                           : channels_[i].name == "EX" ? &outputs_.ex
-                           : channels_[i].name == "EY" ? &outputs_.ey
-                                                       : nullptr;
-      if (output == nullptr || output->has_value()) {
-        fail("a channel is none of Hz, Ex and Ey: " + in_quotes(channels_[i].name));
-        return false;
-      }
-      *output = i - input_count;
-    }
-    if (outputs_.ex.has_value() != outputs_.ey.has_value()) {
-      fail("the file has one electric channel only");
-      return false;
-    }
-    result_.site.x_azimuth =
-        std::remainder(channels_[0].azimuth + result_.site.declination.value_or(0.0), full_turn);
-    return true;
-  }
-
-  [[nodiscard]] std::size_t output_count() const { return channel_count_ - input_count; }
-
   void read_bands() {
-    std::string_view line;
+    std::string line;
     Band band;
     bool in_band = false;
-    while (lines_.next(line)) {
+    while (next_line(line)) {
       if (const auto period = behind(line, "period")) {
         in_band = begin_band(*period, band);
       } else if (in_band && behind(line, "transfer functions")) {
         in_band = read_rows(
-            output_count(), [](std::size_t) { return 2 * input_count; }, band.functions);
+            head_.output_count(), [](std::size_t) { return 2 * input_count; }, band.functions);
       } else if (in_band && behind(line, "signal power")) {
         in_band = read_rows(
             input_count, [](std::size_t row) { return 2 * (row + 1); }, band.power);
       } else if (in_band && behind(line, "residual covariance")) {
         in_band = read_rows(
-            output_count(), [](std::size_t row) { return 2 * (row + 1); }, band.residuals);
+            head_.output_count(), [](std::size_t row) { return 2 * (row + 1); }, band.residuals);
         if (in_band) {
-          add_point(band);
+          finish_band(band);
         }
         in_band = false;
       }
     }
   }
 
+  /// The next line; the beginning of a band that was met inside the one before comes again.
+  bool next_line(std::string& line) {
+    if (!kept_.empty()) {
+      line = std::exchange(kept_, {});
+      return true;
+    }
+    std::string_view next;
+    const bool is_there = lines_.next(next);
+    line = next;
+    return is_there;
+  }
+
   bool begin_band(std::string_view text, Band& band) {
     const std::size_t colon = text.find(':');
     const std::vector<double> numbers =
         colon == std::string_view::npos ? std::vector<double>{} : numbers_of(text.substr(colon + 1));
-    if (numbers.empty() || !(numbers.front() > 0.0)) {
+    if (numbers.empty() || !is_frequency(1.0 / numbers.front())) {
       remark_unreadable(report_, lines_.line_number(), "a band has no period above 0 and is left out");
       return false;
     }
@@ -244,16 +121,39 @@ class ZFileReader {
       }
       rows.push_back(numbers_of(line));
       if (rows.back().size() < width(rows.size() - 1)) {
+        kept_ = line;
         remark_unreadable(report_, lines_.line_number(),
                           "a row of a band is too short, and the band is left out");
         return false;
       }
     }
     if (rows.size() < count) {
-      fail("the file ends inside a band");
+      remark_unreadable(report_, lines_.line_number(), "the file ends inside a band, which is left out");
       return false;
     }
     return true;
+  }
+
+  void finish_band(const Band& band) {
+    if (!band.is_whole()) {
+      remark_unreadable(report_, lines_.line_number(), "a band lacks a matrix and is left out");
+    } else if (result_.points.size() == transfer_function::most_points) {
+      fail(std::string(transfer_function::too_many_points_text));
+    } else {
+      add_point(band);
+    }
+  }
+
+  /// A file may have been cut between two bands, where nothing else shows it.
+  void tell_what_is_missing() {
+    if (result_.points.empty()) {
+      fail("the file has no band of transfer functions");
+    } else if (head_.band_count > 0 && result_.points.size() != head_.band_count) {
+      remark_unreadable(report_, 0,
+                        "the file has " + plain_text(static_cast<std::int64_t>(result_.points.size())) +
+                            " whole bands, its head says " +
+                            plain_text(static_cast<std::int64_t>(head_.band_count)));
+    }
   }
 
   static Complex at(const std::vector<double>& row, std::size_t column) {
@@ -267,7 +167,7 @@ class ZFileReader {
 
   [[nodiscard]] ChannelFunctions functions_of(const Band& band) const {
     ChannelFunctions functions;
-    const std::array<std::optional<std::size_t>, 2> electric{outputs_.ex, outputs_.ey};
+    const std::array<std::optional<std::size_t>, 2> electric{head_.outputs.ex, head_.outputs.ey};
     for (std::size_t i = 0; i < 2; ++i) {
       for (std::size_t j = 0; j < 2; ++j) {
         functions.inverse_power[i][j] = hermitian(band.power, i, j);
@@ -276,44 +176,31 @@ class ZFileReader {
           functions.electric_residuals[i][j] = hermitian(band.residuals, *electric[i], *electric[j]);
         }
       }
-      if (outputs_.hz) {
-        functions.tipper[i] = at(band.functions[*outputs_.hz], i);
+      if (head_.outputs.hz) {
+        functions.tipper[i] = at(band.functions[*head_.outputs.hz], i);
       }
     }
-    if (outputs_.hz) {
-      functions.vertical_residual = hermitian(band.residuals, *outputs_.hz, *outputs_.hz).real();
+    if (head_.outputs.hz) {
+      functions.vertical_residual = hermitian(band.residuals, *head_.outputs.hz, *head_.outputs.hz).real();
     }
     return functions;
   }
 
-  /// From the direction of Hx: what was measured in orthogonal axes stays as it is.
-  [[nodiscard]] ChannelAzimuths azimuths() const {
-    const double x = channels_[0].azimuth;
-    ChannelAzimuths azimuths;
-    azimuths.magnetic = {0.0, channels_[1].azimuth - x};
-    if (outputs_.ex) {
-      azimuths.electric = {channels_[input_count + *outputs_.ex].azimuth - x,
-                           channels_[input_count + *outputs_.ey].azimuth - x};
-    }
-    return azimuths;
-  }
-
   void add_point(const Band& band) {
-    const auto functions = to_orthogonal_axes(functions_of(band), azimuths());
+    const auto functions = to_orthogonal_axes(functions_of(band), azimuths_);
     if (!functions) {
-      fail("two channels of a kind lie along one line");
       return;
     }
     Point point;
     point.frequency = 1.0 / band.period;
-    for (std::size_t i = 0; outputs_.ex && i < 2; ++i) {
+    for (std::size_t i = 0; head_.outputs.ex && i < 2; ++i) {
       for (std::size_t j = 0; j < 2; ++j) {
         Value& value = point.values[2 * i + j];
         value.value = functions->impedance[i][j];
         value.variance = functions->impedance_variance[i][j];
       }
     }
-    for (std::size_t j = 0; outputs_.hz && j < 2; ++j) {
+    for (std::size_t j = 0; head_.outputs.hz && j < 2; ++j) {
       Value& value = point.values[transfer_function::impedance_count + j];
       value.value = functions->tipper[j];
       value.variance = functions->tipper_variance[j];
@@ -324,9 +211,9 @@ class ZFileReader {
   LineReader& lines_;
   FileReport& report_;
   TransferFunction result_;
-  std::size_t channel_count_ = 0;
-  std::vector<Channel> channels_;
-  Outputs outputs_;
+  ZHead head_;
+  ChannelAzimuths azimuths_;
+  std::string kept_;
 };
 
 }  // namespace

@@ -12,15 +12,9 @@
 #include "core/line_reader.h"
 #include "formats/file_report.h"
 #include "formats/transfer_function/transfer_function.h"
+#include "formats/zonge/zonge_avg_facts.h"
 
 namespace formats::zonge {
-
-/// A place on the map of the survey.
-struct AvgMapPlace {
-  double east = 0.0;  // m
-  double north = 0.0;
-  double elevation = 0.0;
-};
 
 struct AvgStation {
   double station = 0.0;

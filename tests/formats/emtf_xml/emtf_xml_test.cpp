@@ -93,10 +93,115 @@ TEST(Emtf_xml, Values_of_the_channels_come_in_orthogonal_axes) {
   EXPECT_TRUE(std::isnan(read.function.points.at(0).of(Component::zyx).variance));
 }
 
+TEST(Emtf_xml, Channels_along_the_axes_keep_their_variances) {
+  // Only where channels lie otherwise does turning take covariances.
+  const auto text = [](const char* ex, const char* ey) {
+    return made("<Id>A</Id><Orientation>sitelayout</Orientation>",
+                "<Period value=\"1\"><Z><value name=\"Zxy\">10 8</value></Z><Z.VAR><value "
+                "name=\"Zxy\">0.5</value></Z.VAR></Period>") +
+           std::string("<!--") + ex + ey + "-->";
+  };
+  const auto with_layout = [&](const std::string& ex, const std::string& ey) {
+    std::string whole = text("", "");
+    whole.insert(whole.find("<Data>"),
+                 "<SiteLayout><InputChannels><Magnetic name=\"HX\" orientation=\"10\"/><Magnetic name=\"HY\" "
+                 "orientation=\"100\"/></InputChannels><OutputChannels><Electric name=\"EX\" orientation=\"" +
+                     ex + "\"/><Electric name=\"EY\" orientation=\"" + ey +
+                     "\"/></OutputChannels></SiteLayout>");
+    return read_text(whole);
+  };
+  const Read along = with_layout("10", "100");
+  EXPECT_EQ(along.function.points.at(0).of(Component::zxy).value, Complex(10.0, 8.0));
+  EXPECT_DOUBLE_EQ(along.function.points.at(0).of(Component::zxy).variance, 0.5);
+  EXPECT_FALSE(along.report.has_remarks());
+  const Read oblique = with_layout("20", "110");  // one element of four can't be turned
+  EXPECT_EQ(oblique.report.unreadable.size(), 1U);
+  EXPECT_EQ(oblique.report.ignored.size(), 1U);
+  EXPECT_EQ(with_layout("20", "21").report.failure, "two channels of a kind lie along one line");
+}
+
+TEST(Emtf_xml, Sites_have_what_is_said_of_them) {
+  const auto site = [](const std::string& text) { return read_text(made(text, one_period)).function.site; };
+  EXPECT_EQ(site("<Name>A</Name>").id, "P.1");
+  EXPECT_EQ(site("<Id>7</Id>").product, "P.1");
+  EXPECT_EQ(site("<YearCollected>2019</YearCollected>").date, "2019-01-01");
+  EXPECT_EQ(site("<YearCollected>2019, 2020</YearCollected>").date, "");
+  EXPECT_EQ(site("<Start>2020-08-19T01:02:03</Start><YearCollected>2019</YearCollected>").date,
+            "2020-08-19T01:02:03");
+  EXPECT_EQ(site("<Id>Lac B\xE9</Id>").id, "Lac B\xC3\xA9");  // Windows-1252 in a file that says UTF-8
+  EXPECT_FALSE(site("<Location><Latitude>91</Latitude><Longitude>1</Longitude></Location>").latitude);
+  EXPECT_FALSE(site("<Location><Latitude>0</Latitude><Longitude>0</Longitude></Location>").latitude);
+}
+
+TEST(Emtf_xml, Units_and_signs_are_looked_at) {
+  const std::string other_unit = made(
+      "<Id>A</Id>",
+      "<Period value=\"5\" units=\"Hz\"><Z units=\"[V/m]/[T]\"><value name=\"Zxy\">3 4</value></Z></Period>");
+  const Read read = read_text(other_unit + "<!-- \xE2\x88\x92 -->");
+  EXPECT_DOUBLE_EQ(read.function.points.at(0).frequency, 5.0);
+  ASSERT_EQ(read.report.unreadable.size(), 1U);
+  EXPECT_EQ(read.report.unreadable[0].text, "the unit '[V/m]/[T]' isn't known, taken as mV/km/nT");
+  for (const auto& [sign, imaginary] :
+       {std::pair{"exp(+ i\\omega t), Hz - down", 4.0}, {"+", 4.0}, {"-", -4.0}}) {
+    std::string text = other_unit;
+    text.insert(text.find("<Data>"), std::string("<ProcessingInfo><SignConvention>") + sign +
+                                         "</SignConvention></ProcessingInfo>");
+    EXPECT_EQ(read_text(text).function.points.at(0).of(Component::zxy).value, Complex(3.0, imaginary))
+        << sign;
+  }
+}
+
+TEST(Emtf_xml, Variances_follow_from_covariances) {
+  const Read read = read_text(made(
+      "<Id>A</Id>",
+      "<Period value=\"1\"><Z><value name=\"Zxy\">3 4</value></Z><T><value name=\"Ty\">1 2</value></T>"
+      "<Z.INVSIGCOV><value output=\"Hx\" input=\"Hx\">2 0</value><value output=\"Hx\" input=\"Hy\">0 "
+      "1</value>"
+      "<value output=\"Hy\" input=\"Hx\">0 -1</value><value output=\"Hy\" input=\"Hy\">3 "
+      "0</value></Z.INVSIGCOV>"
+      "<Z.RESIDCOV><value output=\"Ex\" input=\"Ex\">5 0</value><value output=\"Ex\" input=\"Ey\">0 1</value>"
+      "<value output=\"Ey\" input=\"Ex\">0 -1</value><value output=\"Ey\" input=\"Ey\">7 "
+      "0</value></Z.RESIDCOV>"
+      "</Period>"));
+  EXPECT_DOUBLE_EQ(read.function.points.at(0).of(Component::zxy).variance, 15.0);
+  EXPECT_TRUE(std::isnan(read.function.points.at(0).of(Component::ty).variance));
+}
+
+TEST(Emtf_xml, Hostile_texts_cost_little) {
+  std::string deep;
+  for (int i = 0; i < 200000; ++i) {
+    deep += "<a>";
+  }
+  EXPECT_NE(read_text("<EM_TF><Data>" + deep).report.failure, "");
+  std::string closed = deep;
+  for (int i = 0; i < 200000; ++i) {
+    closed += "</a>";
+  }
+  EXPECT_EQ(read_text("<EM_TF><Data>" + closed + "</Data></EM_TF>").report.failure,
+            "the file has no period with transfer functions");
+  std::string entities = "<!DOCTYPE a [<!ENTITY e0 \"ha\">";
+  for (int i = 1; i < 50; ++i) {
+    const std::string before = "&e" + std::to_string(i - 1) + ";";
+    entities += "<!ENTITY e" + std::to_string(i) + " \"" + before + before + "\">";
+  }
+  const Read laughs = read_text(entities + "]>" + made("<Id>&e49;</Id>", one_period));
+  EXPECT_EQ(laughs.function.site.id, "&e49;");
+  EXPECT_EQ(read_text(std::string(17UL << 20U, ' ')).report.failure,
+            "the file is too large for the transfer functions of a site");
+}
+
 TEST(Emtf_xml, Says_what_it_cannot_read) {
   EXPECT_NE(read_text("").report.failure, "");
   EXPECT_EQ(read_text("<html></html>").report.failure, "the file has no element EM_TF");
   const std::string whole = made("<Id>A</Id>", one_period);
+  EXPECT_EQ(read_text("<EM_TF>\n<Site>\nA & B\n</Data></EM_TF>").report.failure,
+            "the XML can't be read: Start-end tags mismatch at line 4");
+  const Read comma = read_text(made("",
+                                    "<Period value=\"1\"><Z><value name=\"Zxy\">1,5 2,5</value>"
+                                    "<value name=\"Zyx\">1 2</value></Z></Period>"));
+  EXPECT_FALSE(comma.function.points.at(0).of(Component::zxy).has_value());
+  ASSERT_EQ(comma.report.unreadable.size(), 2U);
+  EXPECT_EQ(comma.report.unreadable[0].text, "'1,5' is not a number, taken as absent");
   EXPECT_NE(read_text(whole.substr(0, whole.size() / 2)).report.failure, "");
   EXPECT_EQ(read_text(made("", "<Period value=\"0\"/>")).report.failure,
             "the file has no period with transfer functions");

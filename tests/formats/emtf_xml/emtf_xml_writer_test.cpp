@@ -219,6 +219,7 @@ TEST(Emtf_xml_writer, What_is_absent_is_left_out) {
   points[0].of(Component::tx) = points[0].of(Component::ty) = absent;
   points[1].of(Component::zxx) = absent;
   points[1].of(Component::zxy).variance = not_given;
+  points[1].of(Component::tx).variance = -0.01;  // is in public files
   points[2].of(Component::zxy).value = {1.0, std::numeric_limits<double>::infinity()};
   points[3] = Point{points[3].frequency, {}};
 
@@ -233,6 +234,7 @@ TEST(Emtf_xml_writer, What_is_absent_is_left_out) {
 
   SiteDocument expected = site;
   expected.function.points.pop_back();
+  expected.function.points[1].of(Component::tx).variance = not_given;
   expected.function.points[2].of(Component::zxy) = absent;
   expect_same_points(expected, read_again(site));
 }
@@ -267,8 +269,16 @@ TEST(Emtf_xml_writer, Writes_what_there_is_of_a_site) {
   expect_same_points(unknown, read);
   EXPECT_FALSE(read.site.latitude.has_value());
 
+  for (Point& point : unknown.function.points) {
+    for (Value& value : point.values) {
+      value.variance = not_given;
+    }
+  }
+  EXPECT_FALSE(write(unknown, document).child("StatisticalEstimates")) << "no empty part but the attachment";
   unknown.function.points.clear();
-  EXPECT_STREQ(write(unknown, document).child("Data").attribute("count").value(), "0");
+  root = write(unknown, document);
+  EXPECT_STREQ(root.child("Data").attribute("count").value(), "0");
+  EXPECT_FALSE(root.child("DataTypes"));
 }
 
 TEST(Emtf_xml_writer, Texts_are_escaped_and_are_utf_8) {

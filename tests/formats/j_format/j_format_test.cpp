@@ -95,6 +95,86 @@ TEST(J_format, Takes_the_unit_from_what_it_reads) {
   }
 }
 
+TEST(J_format, Errors_are_what_their_columns_can_be) {
+  struct Case {
+    const char* row;
+    double resistivity_error, phase_error;
+  };
+  const Case cases[] = {{"-100 50 179.5 55 45 -179.5 178.5", 5.0, 1.0},  // on both sides of 180 degrees
+                        {"-100 50 40 45 55 38 42", 5.0, 2.0},            // least before most
+                        {"-100 50 47.1 7889 1.086 174.5 -80.2", 25.0 * std::log(7889 / 1.086), 127.35},
+                        {"-100 50 40 -999 -999 -999 -999", NAN, NAN},
+                        {"-100 50 40 50 50 40 40", NAN, NAN},  // printed with too few digits: not known
+                        {"-100 50 40", NAN, NAN}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.row);
+    const Read made = read_text(std::string("S\nRXY\n1\n") + c.row + " \n");
+    const Value value = made.function.points.at(0).of(Component::zxy);
+    const auto is_as = [](double read, double wanted) {
+      return std::isnan(wanted) ? std::isnan(read) : std::abs(read - wanted) < 1e-9;
+    };
+    EXPECT_TRUE(is_as(value.resistivity_error, c.resistivity_error)) << value.resistivity_error;
+    EXPECT_TRUE(is_as(value.phase_error, c.phase_error)) << value.phase_error;
+  }
+}
+
+TEST(J_format, Head_says_what_it_can) {
+  const auto with = [](const std::string& head) {
+    return read_text(head + "RXY\n1\n-100 50 40 55 45 42 38 1 1\n");
+  };
+  EXPECT_DOUBLE_EQ(with(">AZIMUTH =\nS1 -30\n").function.site.x_azimuth.value(), -30.0);
+  EXPECT_DOUBLE_EQ(with(">AZIMUTH = 5\nS1 -30\n").function.site.x_azimuth.value(), 5.0);
+  EXPECT_FALSE(with("S1 north\n").function.site.x_azimuth.has_value());
+  const Read minutes = with(">LATITUDE = -19:30:00\n>LONGITUDE = 236.25\n>ELEVATION = -999\nS1\n");
+  EXPECT_DOUBLE_EQ(minutes.function.site.latitude.value(), -19.5);
+  EXPECT_DOUBLE_EQ(minutes.function.site.longitude.value(), -123.75);
+  EXPECT_FALSE(minutes.function.site.elevation.has_value());
+  const Read absent = with(">LATITUDE = -999.0\n>LONGITUDE = 1e999\nS1\n");
+  EXPECT_FALSE(absent.function.site.latitude.has_value());
+  EXPECT_EQ(absent.report.unreadable.size(), 2U);
+}
+
+TEST(J_format, Older_programs_print_the_root_of_the_complex_variance) {
+  const std::string blocks = "S1\nZXY FIELD\n1\n4.0 3 4 0.5 1\nTZX\n1\n4.0 0.1 0.2 0.05 1\n";
+  const Point older = read_text("#WRITTEN BY SOMETHING\n" + blocks).function.points.at(0);
+  EXPECT_DOUBLE_EQ(older.of(Component::zxy).variance, 0.25);
+  const Point newer = read_text("#BIRRP Version 5\n" + blocks).function.points.at(0);
+  EXPECT_DOUBLE_EQ(newer.of(Component::zxy).variance, 0.5);
+  EXPECT_DOUBLE_EQ(newer.of(Component::tx).variance, 0.005);
+}
+
+TEST(J_format, Blocks_hold_together_whatever_their_count_says) {
+  const std::string row = "-10 50 40 55 45 42 38 1 1\n";
+  struct Case {
+    const char* name;
+    std::string text;
+    std::size_t xy, yx, remarks;  // points with XY, with YX; remarks of both kinds
+  };
+  const Case cases[] = {
+      {"blank lines and comments", "RXY\n\n1\n# note\n\n" + row + "RYX\n1\n" + row, 1, 1, 0},
+      {"no count", "RXY\nRYX\n1\n" + row, 0, 1, 1},
+      {"a count that is none", "RXY\nmany\n" + row + "RYX\n1\n" + row, 0, 1, 1},
+      {"a huge count", "RXY\n2000000000\n" + row + "RYX\n1\n" + row, 1, 1, 1},
+      {"a period twice", "RXY\n2\n" + row + row + "RYX\n2\n" + row + row, 2, 2, 0},
+      {"a block twice", "RXY\n1\n" + row + "RXY\n1\n-10 9 9 9 9 9 9\nRYX\n1\n" + row, 1, 1, 1},
+      {"decimal commas", "RXY\n1\n-10 50,5 40,5 55 45 42 38\nRYX\n1\n" + row, 0, 1, 1},
+      {"no element", "RTE\n1\n" + row + "ZDE\n1\n-10 1 2 3 1\nRYX\n1\n" + row, 0, 1, 2}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const Read made = read_text("S1\n" + c.text);
+    std::size_t xy = 0;
+    std::size_t yx = 0;
+    for (const Point& point : made.function.points) {
+      xy += point.of(Component::zxy).has_curve() ? 1U : 0U;
+      yx += point.of(Component::zyx).has_curve() ? 1U : 0U;
+      EXPECT_TRUE(!point.of(Component::zxy).has_curve() || point.of(Component::zxy).resistivity == 50.0);
+    }
+    EXPECT_EQ(xy, c.xy);
+    EXPECT_EQ(yx, c.yx);
+    EXPECT_EQ(made.report.unreadable.size() + made.report.ignored.size(), c.remarks);
+  }
+}
+
 TEST(J_format, Says_what_it_cannot_read) {
   EXPECT_EQ(read_text("").report.failure, "the file has no block of transfer functions");
   EXPECT_EQ(read_text("S\nRXY\n99999999999999\n").report.failure,

@@ -76,16 +76,58 @@ TEST(Z_file, Says_what_it_cannot_read) {
   const std::size_t residuals = whole.find(" Residual");
   const Case cases[] = {{"", "the file ends before the orientations of its channels"},
                         {whole.substr(0, whole.find("period")), "the file has no band of transfer functions"},
-                        {whole.substr(0, residuals + 30), "the file ends inside a band"},
+                        {whole.substr(0, residuals + 30), "the file has no band of transfer functions"},
                         {std::string(whole).replace(whole.find("   5   number"), 4, "   9"),
                          "the number of channels isn't 3, 4 or 5"},
                         {std::string(whole).replace(whole.find("S7  Ex"), 6, "S7  Qx"),
                          "a channel is none of Hz, Ex and Ey: 'QX'"},
+                        {std::string(whole).replace(whole.find("   5   number"), 4, " 1e9"),
+                         "the number of channels isn't 3, 4 or 5"},
+                        {std::string(whole).replace(whole.find("    5    90.00"), 14, "    5    1e999"),
+                         "the line of a channel can't be read: '5    1e999     0.00 S7  Ey'"},
                         {std::string(whole).replace(whole.find("    5    90.00"), 14, "    5     1.00"),
                          "two channels of a kind lie along one line"}};
   for (const Case& c : cases) {
     EXPECT_EQ(read(folder.write("made.zmm", c.text)).report.failure, c.failure);
   }
+}
+
+TEST(Z_file, Leaves_out_the_bands_that_lack_something) {
+  const TemporaryFolder folder;
+  const std::string one = made_file();
+  const std::size_t begin = one.find("period");
+  std::string head = one.substr(0, begin);
+  head.replace(head.find("frequencies   1"), 15, "frequencies   3");
+  const std::string band = one.substr(begin);
+  const std::size_t power = band.find(" Inverse");
+  const std::size_t residuals = band.find(" Residual");
+  const auto told = [&](const std::string& middle) {
+    const Read made = read(folder.write("made.zmm", head + band + middle + band));
+    EXPECT_EQ(made.report.failure, "");
+    EXPECT_EQ(made.function.points.size(), 2U);  // two bands of one period are two points
+    EXPECT_EQ(made.report.unreadable.size(), 2U);
+    return made.report.unreadable.empty() ? std::string() : made.report.unreadable.front().text;
+  };
+  EXPECT_EQ(told(band.substr(0, power) + band.substr(residuals)), "a band lacks a matrix and is left out");
+  EXPECT_EQ(told(band.substr(0, band.find(" Transfer")) + band.substr(power)),
+            "a band lacks a matrix and is left out");
+  // A row that isn't there takes its band along, and not the next one.
+  EXPECT_EQ(told(band.substr(0, band.rfind(" 0.0 0.0 0.1"))),
+            "a row of a band is too short, and the band is left out");
+  EXPECT_EQ(told("period : 0.0\n" + band.substr(band.find('\n') + 1)),
+            "a band has no period above 0 and is left out");
+}
+
+TEST(Z_file, Knows_its_head_by_words) {
+  const TemporaryFolder folder;
+  std::string text = made_file();
+  text.erase(text.find("\nstation    :") + 1, 12);  // the name alone; the title has the word "coordinates"
+  const Read without_word = read(folder.write("made.zmm", text));
+  EXPECT_EQ(without_word.function.site.id, "S 7");
+  EXPECT_FALSE(without_word.report.has_remarks());
+  text = made_file();
+  text.erase(text.find("S 7\n"), 3);
+  EXPECT_EQ(read(folder.write("made.zmm", text)).function.site.id, "");  // and not the line's own words
 }
 
 TEST(Channel_axes, Of_any_channels_give_what_they_project) {
@@ -136,6 +178,7 @@ TEST(Z_file, Field_files_have_their_values) {
 
   const Read without_word = read(field_file("tf_zmm.zmm"));
   EXPECT_EQ(without_word.function.site.id, "300");
+  EXPECT_FALSE(without_word.report.has_remarks());
   EXPECT_EQ(without_word.function.points.size(), 38U);
 
   const Read tipper_only = read(field_file("tf_zss_tipper.zss"));
@@ -146,5 +189,14 @@ TEST(Z_file, Field_files_have_their_values) {
 
   const Read oblique = read(field_file("PKD_272_00.zrr"));
   EXPECT_EQ(oblique.function.points.size(), 25U);
+  // Electric channels at 77.8 and 172.7 degrees with magnetic ones at 87 and 177: by hand from the first
+  // band.
+  EXPECT_DOUBLE_EQ(oblique.function.site.x_azimuth.value(), 87.0);
+  const double ex = -9.2 * std::numbers::pi / 180.0;
+  const double ey = 85.7 * std::numbers::pi / 180.0;
+  const Complex along_ex(-12.41, -9.900);
+  const Complex along_ey(-2.923, -1.464);
+  const Complex zxy = (along_ex * std::sin(ey) - along_ey * std::sin(ex)) / std::sin(ey - ex);
+  EXPECT_LT(std::abs(oblique.function.points[0].of(Component::zxy).value - zxy), 1e-9);
   EXPECT_FALSE(oblique.function.points[0].of(Component::tx).has_value());
 }

@@ -63,11 +63,48 @@ TEST(Zonge_avg, Keyword_tables_go_by_their_headings) {
   EXPECT_FALSE(points[3].of(Component::ty).has_curve());
 }
 
+TEST(Zonge_avg, Errors_of_repeats_may_be_large) {
+  const Read made = read_text(
+      "\\$ ASPACE= 50.0m\nskpStation Freq Comp Resistivity Phase %Rho sPhz\n"
+      "2 150 8 ExHy 100 700 200 300 more columns\n2 150 4 ExHy 100 700 200 1100\n");
+  EXPECT_DOUBLE_EQ(made.stations.at(0).dipole.value(), 50.0);
+  const auto& points = made.stations[0].function.points;
+  EXPECT_DOUBLE_EQ(points.at(0).of(Component::zxy).resistivity_error, 200.0);
+  EXPECT_NEAR(points.at(0).of(Component::zxy).phase_error, 300.0 * degrees_per_milliradian, 1e-9);
+  EXPECT_TRUE(std::isnan(points.at(1).of(Component::zxy).resistivity_error));  // both as for unknown ones
+}
+
+TEST(Zonge_avg, Stations_keep_what_is_theirs) {
+  const Read made = read_text(
+      "$Unit.Phase=deg\n$Unit.Length=ft\n$GPS.Lat=10\n$GPS.Lon=20\n$Rx.Stn=25\n$Rx.Length=100\n$Rx.GdpStn=1\n"
+      "$Rx.Center=1000:2000:100\nFreq,Z.phz,ARes.mag\n$Rx.Cmp=Zxy\n$Ch.Azimuth=11.3,101.3\n8,45,100\n8,46,"
+      "101\n"
+      "$Rx.Cmp=Zyx\n$Ch.Azimuth=101.3,11.3\n8,-135,100\n"
+      "$Rx.GdpStn=2\n$Rx.Cmp=Zxy\n8,30,300\n$Rx.Stn=east\n$Rx.Cmp=Zxy\n8,40,400\n$Rx.Cmp=Rxxr\n8,1,1\n4,1,"
+      "1\n");
+  ASSERT_EQ(made.stations.size(), 2U);
+  const AvgStation& first = made.stations[0];
+  EXPECT_DOUBLE_EQ(first.station, 25.0);  // by its name, not the receiver's number
+  EXPECT_DOUBLE_EQ(first.function.site.latitude.value(), 10.0);
+  EXPECT_NEAR(first.place.value().north, 609.6, 1e-9);
+  EXPECT_DOUBLE_EQ(first.function.site.x_azimuth.value(), 11.3);
+  ASSERT_EQ(first.function.points.size(), 2U);  // a sounding repeated
+  EXPECT_DOUBLE_EQ(first.function.points[0].of(Component::zxy).phase, 45.0);
+  EXPECT_DOUBLE_EQ(first.function.points[1].of(Component::zxy).phase, 46.0);
+  EXPECT_DOUBLE_EQ(first.function.points[0].of(Component::zyx).phase, -135.0);
+  const AvgStation& second = made.stations[1];
+  EXPECT_DOUBLE_EQ(second.station, 2.0);
+  EXPECT_FALSE(second.function.site.latitude.has_value());
+  EXPECT_FALSE(second.place.has_value());
+  EXPECT_EQ(second.function.points.size(), 1U);  // a station without a number doesn't fall to the one before
+  EXPECT_EQ(made.report.unreadable.size(), 4U);  // its line, and the three rows of it
+}
+
 TEST(Zonge_avg, Says_what_it_cannot_read) {
   EXPECT_EQ(read_text("").report.failure, "the file has no table of averaged soundings");
   const Read made = read_text(
       "skp Station Freq Comp Resistivity Phase\n 2 x 8 ExHy 1 2\n 2 100 0 ExHy 1 2\n 2 100 8 ExHy a 2\n");
-  EXPECT_EQ(made.report.unreadable.size(), 4U);
+  EXPECT_EQ(made.report.unreadable.size(), 4U);  // two numbers, and the two rows without station or frequency
   ASSERT_EQ(made.stations.size(), 1U);
   EXPECT_FALSE(made.stations[0].function.points.at(0).of(Component::zxy).has_curve());
 }
@@ -85,6 +122,9 @@ TEST(Zonge_avg, Field_files_have_their_values) {
   EXPECT_NEAR(first.phase, -581.6 * degrees_per_milliradian, 1e-9);
   EXPECT_NEAR(first.resistivity_error, 277.46 * 0.147, 1e-9);
   EXPECT_NEAR(first.phase_error, 136.0 * degrees_per_milliradian, 1e-9);
+
+  EXPECT_FALSE(plain.report.has_remarks());
+  EXPECT_EQ(plain.stations[0].function.site.date, "01/01/99");
 
   const Read scalar = field_file("K2.AVG");
   ASSERT_EQ(scalar.stations.size(), 28U);
@@ -105,5 +145,6 @@ TEST(Zonge_avg, Field_files_have_their_values) {
   ASSERT_EQ(with_tipper.stations.size(), 1U);
   EXPECT_DOUBLE_EQ(with_tipper.stations[0].function.site.x_azimuth.value(), 11.0);
   EXPECT_TRUE(with_tipper.stations[0].function.points.at(0).of(Component::tx).has_value());
+  EXPECT_EQ(with_tipper.stations[0].function.site.date, "05/16/2022");
   EXPECT_NEAR(with_tipper.stations[0].place.value().elevation, 1548.1, 1e-9);
 }
