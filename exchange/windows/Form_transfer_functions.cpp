@@ -173,6 +173,7 @@ void Form_transfer_functions::look_at_stations(ExportPlan& plan) {
   set_work(Work::looking);
   int status = -1;
   {
+    const BusyPointer busy;
     const ProgressInWindow progress(*bar_, *doing_, *stop_);
     status = make_export_plan(choices(), plan);
   }
@@ -206,7 +207,8 @@ void Form_transfer_functions::write_files() {
   set_work(Work::writing);
   int status = -1;
   {
-    const ProgressInWindow in_window(*bar_, *doing_, *stop_);
+    const BusyPointer busy;
+    const ProgressInWindow progress(*bar_, *doing_, *stop_);
     status = export_files(
         chosen,
         [](double share) {

@@ -66,7 +66,7 @@ Module_exchange::ExportRow planned(const std::string& file, const std::string& l
   row.stations = {station};
   row.frequencies = frequencies;
   if (file.empty()) {
-    row.remarks = {"There is no merged curve", "Its readings are masked"};
+    row.remarks = {"Station 300: there is no merged curve", "Its readings are masked"};
   }
   return row;
 }
@@ -404,7 +404,7 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     };
     QCOMPARE(column(2), (QStringList{"300", "200", "1000"}));
     QCOMPARE(model.index(0, 7).data().toString(),
-             QString("There is no merged curve; Its readings are masked"));
+             QString("there is no merged curve; Its readings are masked"));
     QVERIFY(model.index(0, 7).data(Qt::ForegroundRole).isValid());
     QVERIFY(!model.index(1, 0).data(Qt::ForegroundRole).isValid());
     QCOMPARE(plan_summary(plan), std::string("2 files; 1 station gives none"));
