@@ -1,6 +1,7 @@
 #include "formats/csv/curve_columns.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/text_fields.h"
 
@@ -60,8 +61,9 @@ std::string missing_curve_column(const CurveColumns& columns) {
 }
 
 char header_separator(std::string_view header) {
-  return std::ranges::max({',', ';', '\t'}, {},
-                          [&](char separator) { return std::ranges::count(header, separator); });
+  constexpr std::array<char, 3> separators{',', ';', '\t'};
+  return *std::ranges::max_element(separators, {},
+                                   [&](char separator) { return std::ranges::count(header, separator); });
 }
 
 }  // namespace formats::csv
