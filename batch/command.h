@@ -20,6 +20,7 @@ Command add_new_command(Program& program);
 Command add_import_command(Program& program);
 Command add_recalculate_command(Program& program);
 Command add_consistency_command(Program& program);
+Command add_export_command(Program& program);
 Command add_grid_command(Program& program);
 Command add_info_command(Program& program);
 Command add_curve_command(Program& program);

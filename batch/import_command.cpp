@@ -347,9 +347,10 @@ Command add_import_command(Program& program) {
   parser.add_option("--start-station", choices.start_station, "station of the first section");
   parser.add_option("--station-step", choices.station_step, "from one section to the next, m")
       .shows_default();
-  parser.add_flag("--sectid-as-station", options->by_sectid, "the number in SECTID is the station");
+  parser.add_flag("--sectid-as-station", options->by_sectid,
+                  "the number in SECTID, or another name of the site, is the station");
   parser.add_flag("--sectid-digits", options->by_digits,
-                  "with --sectid-as-station: the last digits in SECTID, also behind letters");
+                  "with --sectid-as-station: the last digits in the name, also behind letters");
   parser.add_flag("--distance-as-station", options->by_distance,
                   "the station is the distance along the line in m, by latitude and longitude");
   parser.add_flag("--from-impedance", choices.compute_from_impedance,

@@ -1,9 +1,7 @@
 #include "batch/line_options.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
-#include <set>
 #include <utility>
 
 #include "batch/command.h"
@@ -11,32 +9,14 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
-#include "database/survey_database.h"
 #include "database/survey_lists.h"
 
 namespace Batch {
 
 namespace {
 
+using Module_tensor::kinds_of_line;
 using Module_tensor::LineChoice;
-
-/// The reference types and dipoles of a line's readings that a transfer function can be made from.
-std::vector<LineChoice> kinds_of_line(const std::string& line) {
-  std::set<std::pair<std::int32_t, float>> found;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT ReferenceType,DipoleLength,DataType FROM ReadingsDataTable WHERE LineNumber = '" +
-      line + "'");
-  for (; !rows.eof(); rows.move_next()) {
-    if (Module_tensor::curve_type_index(rows.get_text("DataType"))) {
-      found.emplace(rows.get_long("ReferenceType"), rows.get_single("DipoleLength"));
-    }
-  }
-  std::vector<LineChoice> kinds;
-  for (const auto& [reference_type, dipole] : found) {
-    kinds.push_back({line, reference_type, dipole});
-  }
-  return kinds;
-}
 
 /// "0 and 1", "50, 100 and 200"
 std::string listed(const std::vector<std::string>& texts) {
@@ -67,11 +47,11 @@ bool is_asked(const LineOptions& options, const LineChoice& kind) {
 
 /// The one kind of a line's curves that the options choose; none after a message.
 std::optional<LineChoice> chosen_kind(const LineOptions& options, const std::string& line,
-                                      const std::vector<LineChoice>& kinds) {
+                                      const std::vector<LineChoice>& kinds, LineKinds wanted) {
   std::vector<LineChoice> asked;
   std::ranges::copy_if(kinds, std::back_inserter(asked),
                        [&](const LineChoice& kind) { return is_asked(options, kind); });
-  if (asked.size() == 1) {
+  if (asked.size() == 1 || (wanted == LineKinds::first && !asked.empty())) {
     return asked.front();
   }
   const std::string has = "Line " + line + " has " + listed(kinds);
@@ -98,7 +78,7 @@ std::vector<std::string> chosen_lines(const LineOptions& options) {
 }
 
 /// Of all lines, those without such readings are left out.
-std::vector<LineChoice> chosen(const LineOptions& options) {
+std::vector<LineChoice> chosen(const LineOptions& options, LineKinds wanted) {
   std::vector<LineChoice> choices;
   const std::vector<std::string> lines = chosen_lines(options);
   for (const std::string& line : lines) {
@@ -106,7 +86,7 @@ std::vector<LineChoice> chosen(const LineOptions& options) {
     if (kinds.empty() && options.line.empty()) {
       continue;
     }
-    auto kind = chosen_kind(options, line, kinds);
+    auto kind = chosen_kind(options, line, kinds, wanted);
     if (!kind) {
       return {};
     }
@@ -138,10 +118,11 @@ void add_line_options(Parser& parser, LineOptions& options, LineIs line) {
   parser.add_option("--dipole", options.dipole, "dipole length, m; may be left out if the line has one");
 }
 
-int with_lines(const LineOptions& options, const std::function<int(const std::vector<LineChoice>&)>& work) {
+int with_lines(const LineOptions& options, const std::function<int(const std::vector<LineChoice>&)>& work,
+               LineKinds kinds) {
   bool wrong_usage = false;
   const int status = with_open_survey(options.survey, [&] {
-    const std::vector<LineChoice> choices = chosen(options);
+    const std::vector<LineChoice> choices = chosen(options, kinds);
     const int worked = choices.empty() ? status_wrong_usage : work(choices);
     wrong_usage = worked == status_wrong_usage;
     return worked;

@@ -22,13 +22,19 @@ enum class LineIs { required, optional };
 /// Adds the positional SURVEY.mdb, --line, --reference and --dipole.
 void add_line_options(Parser& parser, LineOptions& options, LineIs line = LineIs::required);
 
+enum class LineKinds {
+  one,   // reference type and dipole must be chosen where a line has several
+  first  // where they make no difference: the first ones that a line has
+};
+
 /// Opens the survey, runs `work` on the curves of each line that the options choose, and closes it again.
 /// Nothing is run unless they choose one reference type and dipole of each: then a sentence names what the
 /// survey or the line has.
 /// @param work  0 done, -1 failed after a message, status_wrong_usage after a message on an option
 /// @return the exit status
 int with_lines(const LineOptions& options,
-               const std::function<int(const std::vector<Module_tensor::LineChoice>&)>& work);
+               const std::function<int(const std::vector<Module_tensor::LineChoice>&)>& work,
+               LineKinds kinds = LineKinds::one);
 
 /// The same for a command that needs a line.
 int with_line(const LineOptions& options, const std::function<int(const Module_tensor::LineChoice&)>& work);

@@ -26,6 +26,7 @@ constexpr AddCommand add_commands[] = {
     Batch::add_info_command,
     Batch::add_curve_command,
     Batch::add_tensor_command,
+    Batch::add_export_command,
     Batch::add_zonge_command,
     Batch::add_rhoplus_command,
     Batch::add_invert_command,

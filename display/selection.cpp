@@ -24,17 +24,6 @@ dao::Recordset rows_of(std::string_view statement) {
   return Module_database::open_survey().database.open_recordset(statement);
 }
 
-std::string reference_type_text(std::int32_t reference_type) {
-  switch (reference_type) {
-    case 0:
-      return "Not Remote Ref";
-    case 1:
-      return "Remote Ref";
-    default:
-      return "Cross Ref";
-  }
-}
-
 void clear_selection() {
   SessionState& state = session();
   state.station_count = 0;
@@ -215,6 +204,17 @@ void show_nothing(Redisplay& redisplay) {
 }
 
 }  // namespace
+
+std::string reference_type_text(std::int32_t reference_type) {
+  switch (reference_type) {
+    case 0:
+      return "Not Remote Ref";
+    case 1:
+      return "Remote Ref";
+    default:
+      return "Cross Ref";
+  }
+}
 
 int fill_selection_lists(SelectionLists& lists) {
   lists = {};

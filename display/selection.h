@@ -18,6 +18,9 @@ struct ReferenceTypeItem {
   std::int32_t reference_type = 0;
 };
 
+/// How readings were referenced, in words: "Remote Ref".
+std::string reference_type_text(std::int32_t reference_type);
+
 struct SelectionLists {
   std::vector<ReferenceTypeItem> reference_types;
   std::vector<std::string> data_types;

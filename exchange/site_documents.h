@@ -14,11 +14,17 @@ namespace Module_exchange {
 struct StationDocument {
   formats::transfer_function::SiteDocument document;  // its id isn't set yet
   std::string name;                                   // of the site; empty if it has none
-  std::vector<std::string> remarks;                   // what a user has to know, sentences
-  std::string refusal;  // why no file can be written, a sentence without its point; empty if one can
+  std::vector<std::string> remarks;                   // what a user has to know, sentences with its name
+  std::string refusal;  // why no file can be written, a sentence likewise; empty if one can. Without points
 };
 
-/// What a station's curves give.
+/// What a station's curves give at the frequencies that are switched on, ascending. The values are those of
+/// the merged curves with their static factors, the sign of Ey turned back where the readings have it turned.
+/// Each component stands for itself; a phase of a diagonal element that an import has masked for its sign is
+/// a value. In turned axes only what has a whole tensor, or a whole tipper, is there.
+///
+/// The place is that of the station's site; who has another one, by a projection, puts it there. Needs an
+/// open survey; throws dao::Error.
 /// @param rotation  azimuth of x, degrees from north, that impedances and tipper are turned to; none: as
 ///                  measured
 StationDocument station_document(const Module_tensor::LineChoice& choice,

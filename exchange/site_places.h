@@ -16,12 +16,19 @@ struct GeographicSite {
   bool from_projection = false;     // map coordinates of the station, taken back by the survey's projection
 };
 
-/// The stations of a line that have a place: that of their site, else the map coordinates of their location
-/// by the projection of the survey. Needs an open survey; throws dao::Error.
+/// The stations of a line that have readings and a place: that of their site, else the map coordinates of
+/// their location by the projection of the survey (Module_projections::current_coord_system, which a program
+/// reads when it opens a survey), shifted to WGS 84. Elevations are those of the sites, else
+/// of the locations; an elevation of 0 of a location isn't one. Needs an open survey; throws dao::Error.
 std::map<double, GeographicSite> places_of_line(std::string_view line);
 
-/// Why stations of the survey have no places on the earth: that it has no projection, or a local one, or
-/// that its stations have no map coordinates. A sentence without its point.
+/// Why a place may be off on a map that counts in WGS 84, a sentence without its point; empty if it isn't, or
+/// if nobody has named a datum.
+std::string datum_remark(const GeographicSite& site);
+
+/// Why stations of the survey have no places on the earth: that it has no projection, or one that doesn't
+/// lead back, or that its stations have local coordinates only. A sentence without its point. Needs an open
+/// survey; throws dao::Error.
 std::string why_no_places();
 
 }  // namespace Module_exchange

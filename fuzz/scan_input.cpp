@@ -54,7 +54,7 @@ void scan_input(const std::uint8_t* data, std::size_t size, FileFormat format) {
   record.SampleRate = 4096.0F;
   // A failure's message goes to the silent user interface.
   FileTask task{ImportMode::scan, path, record, report, notes, {}};
-  task.reading_met = [&] {
+  task.reading_met = [&](std::string_view) {
     const bool is_tipper = format == format_edi_spectra && has_sound_parts(record.curve);
     if (!is_plain(record.curve) || (!is_tipper && !is_sound(record.curve))) std::abort();
   };

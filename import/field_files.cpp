@@ -1,5 +1,7 @@
 #include "import/field_files.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -17,11 +19,20 @@ bool is_named_as_edi(const std::string& path) {
   return equal_ignoring_case(Module_util::file_extension(path), "edi");
 }
 
+// What processing programs leave beside the files of transfer functions: places of stations, and the
+// responses that they were made of. They may begin as one of these does.
+bool stands_beside(const std::string& path) {
+  const std::string extension = Module_util::file_extension(path);
+  return std::ranges::any_of(std::array{"stn", "rf", "rp"},
+                             [&](const char* other) { return equal_ignoring_case(extension, other); });
+}
+
 }  // namespace
 
 bool is_field_file(const ScannedFile& file) {
   const bool may_be_anything = file.format == format_unknown || file.format == format_fixed_columns;
-  return is_named_as_edi(file.path) || !may_be_anything || file.failure.empty();
+  return !stands_beside(file.path) &&
+         (is_named_as_edi(file.path) || !may_be_anything || file.failure.empty());
 }
 
 std::vector<std::string> field_files_of(const std::vector<std::string>& paths) {

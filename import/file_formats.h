@@ -32,12 +32,19 @@ inline bool is_site_file(std::int32_t format) {
 /// import say; files of other formats hold their stations.
 inline bool names_sites(std::int32_t format) { return is_edi(format) || is_site_file(format); }
 
+/// Formats of tables that hold the curves of many stations, with what is known of each.
+inline bool is_station_table(std::int32_t format) {
+  return format == format_zonge_avg || format == format_curve_table;
+}
+
 // Filter of the rows of FileTable.
 inline constexpr std::string_view filter_edi_mt = "EMIRes";
 inline constexpr std::string_view filter_edi_spectra = "EMISpect";
 inline constexpr std::string_view filter_emtf_xml = "EMTFXML";
 inline constexpr std::string_view filter_z_file = "EMTFZ";
 inline constexpr std::string_view filter_j = "JFormat";
+inline constexpr std::string_view filter_zonge_avg = "ZongeAVG";
+inline constexpr std::string_view filter_curve_table = "CSV";
 
 /// Whether a file of this mark names sites, as above.
 inline bool is_filter_of_named_sites(std::string_view filter) {

@@ -5,6 +5,7 @@
 
 #include "core/line_reader.h"
 #include "core/text_fields.h"
+#include "formats/csv/curve_table.h"
 #include "formats/emtf_xml/emtf_xml.h"
 #include "formats/j_format/j_format.h"
 #include "formats/z_file/z_file.h"
@@ -16,7 +17,7 @@ namespace {
 
 // The comments of a J file may be some hundred lines, the licence in front of an XML root likewise.
 constexpr std::size_t bytes_looked_at = 65536;
-constexpr std::size_t line_looked_at = 4096;  // bytes; no line that tells a format is longer
+constexpr std::size_t line_looked_at = 10000;  // bytes; no line that tells a format is longer
 
 bool has_words(std::string_view upper, std::string_view first, std::string_view second) {
   return upper.find(first) != std::string_view::npos && upper.find(second) != std::string_view::npos;
@@ -33,12 +34,16 @@ class Beginning {
     }
     const bool is_first = !has_text_;
     has_text_ = true;
+    if (is_first && formats::csv::is_curve_table_header(text)) {
+      return format_curve_table;
+    }
     is_xml_ = is_xml_ || (is_first && text.starts_with('<'));
     if (is_xml_) {
       return formats::emtf_xml::begins_emtf_xml(text.substr(0, bytes_looked_at)) ? format_emtf_xml
                                                                                  : format_unknown;
     }
-    return format_of_line(text.substr(0, line_looked_at));
+    const std::string_view look = text.substr(0, line_looked_at);
+    return is_first && formats::csv::is_curve_table_header(look) ? format_curve_table : format_of_line(look);
   }
 
  private:

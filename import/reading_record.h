@@ -63,8 +63,8 @@ struct SitePlace {
 struct FileSite {
   std::string line;
   double station = 0.0;
-  std::string name;                 // as the file has it; empty if it has none
-  std::optional<double> elevation;  // m, of the station itself
+  std::string name;  // as the file has it; empty if it has none
+  SitePlace place;   // of the station itself, as far as the file says it
 };
 
 /// Where a section's station comes from.
@@ -130,7 +130,8 @@ struct ReadingRecord {
       site_file;          // all that a file of one site holds, once its format was recognised
   std::string site;       // the name of the section's site; empty where the file says the station itself
   std::string site_name;  // the same as the file has it; empty where it has none, though its own name serves
-  SitePlace place;        // of the file
+  SitePlace place;          // of the file
+  SitePlace station_place;  // of the station being read, in files that say where each of theirs is
   std::map<LineStation, FileSite> sites;  // of the file's stations, as far as they have been stored
   StationRule station_rule = StationRule::own;
 

@@ -36,9 +36,11 @@ void take_residuals(const Curve& curve, const Module_output::RhoplusTables& tabl
     PointResidual& point = result.points.emplace_back();
     point.frequency = curve.frequencies[i];
     if (const std::int32_t number = tables.index.row_number[i]; number > 0) {
-      const numerics::rhoplus::RhoplusPrediction& row = inversion.rows[static_cast<std::size_t>(number - 1)];
-      point.resistivity = -row.resistivity_residual;  // there it is model minus datum
-      point.phase = -row.phase_residual;
+      const auto at = static_cast<std::size_t>(number - 1);
+      const numerics::rhoplus::RhoplusPrediction& fit = inversion.rows[at];
+      point.resistivity = -fit.resistivity_residual;  // there it is model minus datum
+      point.phase = -fit.phase_residual;
+      point.row = tables.data[at];
     }
   }
 }

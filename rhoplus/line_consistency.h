@@ -29,9 +29,10 @@ inline constexpr std::size_t mode_count = consistency_types.size();
 struct PointResidual {
   static constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
-  float frequency = 0.0F;     // Hz
-  double resistivity = none;  // NaN: the inversion didn't use it
-  double phase = none;        // likewise
+  float frequency = 0.0F;             // Hz
+  double resistivity = none;          // NaN: the inversion didn't use it
+  double phase = none;                // likewise
+  numerics::rhoplus::RhoplusRow row;  // as inverted, with the fit; its frequency is 0 where it wasn't
 
   [[nodiscard]] bool uses_resistivity() const { return resistivity == resistivity; }
   [[nodiscard]] bool uses_phase() const { return phase == phase; }

@@ -242,6 +242,14 @@ std::string report_text(double azimuth, const RotationReport& report) {
   return left_out.empty() ? text : text + ". " + left_out;
 }
 
+StationTensor rotated_tensor(const StationTensor& tensor, double azimuth) {
+  StationTensor completed = tensor;
+  for (TensorPoint& point : completed.points) {
+    complete_errors(point.tensor);
+  }
+  return turned_to(completed, azimuth);
+}
+
 StoredReading rotated_reading(const StationCurves& curves, const StationTensor& tensor, CurveType type,
                               const Rotation& rotation) {
   const StoredReading& stored = curves.of(type);

@@ -75,6 +75,11 @@ std::string left_out_text(const RotationReport& report);
 /// what was left out. Without a point at the end.
 std::string report_text(double azimuth, const RotationReport& report);
 
+/// Tensor and tipper in turned axes, errors as of rotated_reading: those of the repeats' spread, else of the
+/// files.
+/// @param azimuth  of the new x, degrees clockwise from north
+StationTensor rotated_tensor(const StationTensor& tensor, double azimuth);
+
 /// The merged curve of one element in turned axes, as if it had been stored so: at the frequencies of the
 /// station's curve of that name, with
 ///

@@ -130,7 +130,7 @@ class TableReader {
     if (curves_.empty() && report_.failure.empty()) {
       report_.failure = "the table has no row with a station, a data type and a frequency";
     }
-    return std::move(curves_);
+    return report_.failure.empty() ? std::move(curves_) : std::vector<CurveRows>();
   }
 
  private:

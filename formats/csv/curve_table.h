@@ -63,7 +63,7 @@ bool is_curve_table_header(std::string_view line);
 
 /// Reads a table. Rows of a curve may stand anywhere; they belong together by line, station, data type,
 /// reference type, dipole, scan rate and event. What can't be read is in the report; its failure says why
-/// there is nothing, or where reading ended. Throws std::runtime_error if the file can't be read.
+/// there is nothing. Throws std::runtime_error if the file can't be read.
 /// @param progress called now and then; may be empty
 std::vector<CurveRows> read_curve_table(LineReader& lines, FileReport& report,
                                         const std::function<void()>& progress = {});

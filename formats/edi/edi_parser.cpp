@@ -18,6 +18,18 @@ std::string value_count(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " value" : " values");
 }
 
+void take_singles(const std::vector<double>& numbers, std::vector<float>& values) {
+  values.resize(numbers.size());
+  std::ranges::transform(numbers, values.begin(), [](double number) { return static_cast<float>(number); });
+}
+
+void take_rests(const std::vector<double>& numbers, EdiValues& quantity) {
+  quantity.rests.resize(numbers.size());
+  std::ranges::transform(numbers, quantity.values, quantity.rests.begin(), [](double number, float value) {
+    return static_cast<float>(number - static_cast<double>(value));
+  });
+}
+
 }  // namespace
 
 EdiMtParser::EdiMtParser(LineReader& reader, FileReport& report) : lines_(reader), report_(report) {
@@ -221,33 +233,37 @@ EdiMtParser::AfterBlock EdiMtParser::read_block(EdiSection& section, const EdiTa
 
 // Puts the values that were read last in their place.
 void EdiMtParser::take_block(EdiSection& section, const EdiTag& tag) {
-  const auto put = [&](EdiValues& quantity) {
+  const auto put = [&](EdiValues& quantity, bool is_calculated_with) {
     quantity.present = true;
     quantity.block = ++blocks_;
-    quantity.values.swap(scratch_);
+    take_singles(scratch_, quantity.values);
+    if (is_calculated_with) {
+      take_rests(scratch_, quantity);
+    }
   };
   switch (tag.kind) {
     case EdiTagKind::frequencies:
-      section.frequencies.swap(scratch_);
+      take_singles(scratch_, section.frequencies);
       break;
     case EdiTagKind::values:
-      put(section.get(tag.element, tag.quantity));
+      put(section.get(tag.element, tag.quantity),
+          tag.quantity == quantity_phase || tag.quantity == quantity_resistivity_error);
       break;
     case EdiTagKind::tipper:
-      put(section.get(tag.tipper, tag.quantity));
+      put(section.get(tag.tipper, tag.quantity), tag.quantity == quantity_variance);
       break;
     case EdiTagKind::impedance_rotation:
-      section.ZROT.swap(scratch_);
+      take_singles(scratch_, section.ZROT);
       break;
     case EdiTagKind::tipper_rotation:
-      section.TROT.swap(scratch_);
+      take_singles(scratch_, section.TROT);
       break;
     default:
       break;
   }
 }
 
-EdiMtParser::AfterBlock EdiMtParser::read_values(std::vector<float>& values) {
+EdiMtParser::AfterBlock EdiMtParser::read_values(std::vector<double>& values) {
   const std::string name = tag_name(lines_.line());
   const std::int64_t first_line = lines_.line_number();
   std::size_t surplus = 0;
@@ -293,7 +309,7 @@ EdiMtParser::AfterBlock EdiMtParser::skip_values(std::size_t& count) {
   return AfterBlock::end_of_file;
 }
 
-void EdiMtParser::take_values(std::vector<float>& values, std::size_t& surplus) {
+void EdiMtParser::take_values(std::vector<double>& values, std::size_t& surplus) {
   const char* place = lines_.line().data();
   const char* const line_end = place + lines_.line().size();
   while ((place = skip_separators(place, line_end)) != line_end) {
@@ -306,7 +322,7 @@ void EdiMtParser::take_values(std::vector<float>& values, std::size_t& surplus) 
     }
     double value = 0.0;
     place = take_value(place, line_end, value, report_, lines_.line_number());
-    values.push_back(static_cast<float>(value));
+    values.push_back(value);
   }
 }
 
@@ -353,6 +369,9 @@ void EdiMtParser::fit_to_frequencies(EdiValues& quantity, const EdiSection& sect
                           std::to_string(count) + " frequencies");
   }
   quantity.values.resize(count, no_data);
+  if (!quantity.rests.empty()) {
+    quantity.rests.resize(count, 0.0F);
+  }
 }
 
 void EdiMtParser::fail_in_section(std::string_view reason) {

@@ -48,9 +48,9 @@ class EdiMtParser {
   bool read_blocks(EdiSection& section);
   AfterBlock read_block(EdiSection& section, const EdiTag& tag);
   void take_block(EdiSection& section, const EdiTag& tag);
-  AfterBlock read_values(std::vector<float>& values);
+  AfterBlock read_values(std::vector<double>& values);
   AfterBlock skip_values(std::size_t& count);
-  void take_values(std::vector<float>& values, std::size_t& surplus);
+  void take_values(std::vector<double>& values, std::size_t& surplus);
   void look_for_decimal_comma();
   void skip_to_section();
   void finish_section(EdiSection& section);
@@ -70,7 +70,7 @@ class EdiMtParser {
   std::uint64_t tags_seen_ = 0;           // in this section, a bit for each entry of the tag table
   std::size_t blocks_ = 0;                // of values, in this section
   std::string decimal_comma_;             // a number of the block under way that has one
-  std::vector<float> scratch_;
+  std::vector<double> scratch_;           // values of the block under way
 };
 
 }  // namespace formats::edi

@@ -12,6 +12,7 @@ void clear(std::array<EdiValues, quantity_count>& element) {
     quantity.present = false;
     quantity.block = 0;
     quantity.values.clear();
+    quantity.rests.clear();
   }
 }
 

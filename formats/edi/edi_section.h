@@ -33,6 +33,14 @@ struct EdiValues {
   bool present = false;   // some block of the section gave it
   std::size_t block = 0;  // the number of that block in the section, from 1
   std::vector<float> values;
+  // What 32-bit values leave of the file's numbers where these are calculated with: -134.877 has a digit
+  // fewer than the 45.123 that it is turned to, and errors that are computed back come out as they were.
+  std::vector<float> rests;
+
+  /// The file's number.
+  [[nodiscard]] double number(std::size_t index) const {
+    return static_cast<double>(values[index]) + (rests.empty() ? 0.0 : static_cast<double>(rests[index]));
+  }
 };
 
 struct EdiSection : EdiSectionHead {

@@ -6,6 +6,7 @@
 
 namespace formats::places {
 
+/// Coordinates are finite and on WGS 84.
 struct SiteMark {
   std::string name;
   double station = 0.0;
@@ -20,7 +21,9 @@ struct LineMarks {
   std::vector<SiteMark> sites;  // in the order along the line
 };
 
-/// GeoJSON (RFC 7946): a Feature for each station, and a LineString for each line of two and more.
+/// GeoJSON (RFC 7946): a Feature for each station, and a LineString for each line of two and more, or a
+/// MultiLineString for one that crosses 180 degrees of longitude. Texts that aren't UTF-8 are taken as
+/// Windows-1252, here and in KML.
 std::string geojson_text(const std::vector<LineMarks>& lines);
 
 /// KML 2.2: a folder for each line, with its stations and its path on the ground.

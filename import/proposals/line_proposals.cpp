@@ -42,7 +42,7 @@ void take_earlier_line(const ScannedFile& file, SurveyBefore& survey, Folder& fo
 std::vector<Folder> folders_of(std::span<const ScannedFile> files, SurveyBefore& survey) {
   std::vector<Folder> folders;
   for (const ScannedFile& file : files) {
-    if (!file.failure.empty() || file.format == format_em1dfm) {
+    if (!file.failure.empty() || file.holds_lines()) {
       continue;
     }
     const std::string path = folder_of(file.path);

@@ -37,8 +37,8 @@ std::string angle_text(double degrees, char positive, char negative) {
 }
 
 std::string place_text(const ScannedFile& file) {
-  if (file.place) {
-    return angle_text(file.place->latitude, 'N', 'S') + ", " + angle_text(file.place->longitude, 'E', 'W');
+  if (const auto& place = file.place ? file.place : file.first_place) {
+    return angle_text(place->latitude, 'N', 'S') + ", " + angle_text(place->longitude, 'E', 'W');
   }
   return file.map_place ? format_number(file.map_place->easting, "0") + ", " +
                               format_number(file.map_place->northing, "0")
@@ -305,14 +305,18 @@ bool PlanRun::take_named_sections(std::size_t file, ReadingRecord& record,
   return gives_something;
 }
 
+bool PlanRun::turns_ey_of(const ScannedSection& section) const {
+  return choices_.turn_ey == TurnEy::always ||
+         (choices_.turn_ey == TurnEy::where_needed && section.has_turned_ey);
+}
+
 PlannedSection PlanRun::row_of_section(std::size_t file, std::size_t index) const {
   const ScannedSection& section = files_[file].sections[index];
   PlannedSection row = begin_row(file, index);
   row.line = line_of(file, index);
   row.is_stored = section.is_stored;
   row.frequencies = section.frequencies;
-  row.turn_ey = choices_.turn_ey == TurnEy::always ||
-                (choices_.turn_ey == TurnEy::where_needed && section.has_turned_ey);
+  row.turn_ey = turns_ey_of(section);
   row.from_impedance = section.lacks_curves && choices_.compute_from_impedance;
   row.editable = {PlanCell::line, PlanCell::station, PlanCell::rate, PlanCell::turn_ey};
   if (section.lacks_curves) {
@@ -407,13 +411,19 @@ PlannedSection PlanRun::row_of_own_stations(std::size_t file) const {
     return row;
   }
   row.event = 0;
-  const float own_rate = scanned.own_stations.front().rate;
-  row.rate = own_rate > 0.0F ? own_rate : row.rate;
-  if (scanned.format == format_em1dfm) {
+  if (scanned.holds_lines()) {
     row.line = scanned.own_stations.front().line;
-    row.editable = {PlanCell::rate};
   } else {
-    row.editable = {PlanCell::line};
+    row.editable.push_back(PlanCell::line);
+  }
+  if (scanned.holds_rates()) {
+    row.rate = scanned.own_stations.front().rate;
+  } else {
+    row.editable.push_back(PlanCell::rate);
+  }
+  if (const ScannedSection& section = scanned.sections.front(); section.yx_phases > 0) {
+    row.turn_ey = turns_ey_of(section);
+    row.editable.push_back(PlanCell::turn_ey);
   }
   return row;
 }

@@ -74,6 +74,7 @@ class PlanRun {
   void begin_record(ReadingRecord& record, std::size_t file) const;
   bool take_file(std::size_t file, ReadingRecord& record, std::vector<PlannedSection>* rows);
   bool take_named_sections(std::size_t file, ReadingRecord& record, std::vector<PlannedSection>* rows);
+  [[nodiscard]] bool turns_ey_of(const ScannedSection& section) const;
   [[nodiscard]] PlannedSection row_of_section(std::size_t file, std::size_t index) const;
   void take_station(const ScannedSection& section, ReadingRecord& record, PlannedSection& row);
   void take_distance(const ScannedSection& section, FileTask& task, const PlannedSection& row);

@@ -45,6 +45,7 @@ class Census {
     }
   }
   std::int64_t of_sites = 0;
+  std::int64_t edi = 0;  // of these; the others don't tell whether they had a remote reference
   std::int64_t fixed_columns = 0;
   std::int64_t with_remote = 0;
   std::int64_t turned = 0;
@@ -54,7 +55,8 @@ class Census {
 
  private:
   void take(const ScannedFile& file) {
-    of_sites += names_sites(file.format) ? 1 : 0;
+    edi += is_edi(file.format) ? 1 : 0;
+    of_sites += names_sites(file.format) || is_station_table(file.format) ? 1 : 0;
     fixed_columns += file.format == format_fixed_columns ? 1 : 0;
     with_remote += file.has_remote ? 1 : 0;
     const auto any = [&](auto member) { return std::ranges::any_of(file.sections, member); };
@@ -63,8 +65,8 @@ class Census {
     for (const ScannedSection& section : file.sections) {
       highest = std::max(highest, section.highest);
     }
-    if (file.place) {
-      places.push_back(*file.place);
+    if (const auto& place = file.place ? file.place : file.first_place) {
+      places.push_back(*place);
     }
   }
 };
@@ -73,7 +75,8 @@ Proposal propose_reference(const Census& census, ImportChoices& choices) {
   const bool remote = census.with_remote > 0 && 2 * census.with_remote >= census.of_sites;
   choices.ReferenceType = remote ? reference_remote : reference_none;
   return {ProposedChoice::reference, remote ? "Remote" : "Not Remote",
-          census.with_remote == 0 ? "no file has remote channels"
+          census.with_remote == 0 ? (census.edi < census.of_sites ? "no file shows remote channels"
+                                                                  : "no file has remote channels")
                                   : of_files(census.with_remote, census.of_sites) + "remote channels"};
 }
 

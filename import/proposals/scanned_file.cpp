@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <span>
 
 #include "core/absent_value.h"
+#include "core/calendar.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -15,6 +17,7 @@
 #include "import/readers/edi_curves.h"
 #include "import/readers/edi_heads.h"
 #include "import/readers/edi_spectra_reader.h"
+#include "import/readers/reader_steps.h"
 #include "import/readers/reader_table.h"
 #include "import/readers/site_curves.h"
 #include "import/readers/site_files.h"
@@ -128,6 +131,25 @@ void take_place(const ReadingRecord& record, ScannedFile& file) {
   if (!file.map_place && (record.MapX != 0.0 || record.MapY != 0.0)) {
     file.map_place = numerics::geodesy::MapPlace{record.MapX, record.MapY};
   }
+  const SitePlace& place = record.station_place;
+  if (!file.first_place && place.latitude && place.longitude) {
+    file.first_place = {*place.latitude, *place.longitude};
+  }
+}
+
+OwnStation own_station(const ReadingRecord& record, FileFormat format) {
+  const bool may_have_line = format == format_em1dfm || is_station_table(format);
+  const bool may_have_rate = format == format_zonge_raw || is_station_table(format);
+  return {may_have_line ? record.LineNumber : std::string(), record.Station,
+          may_have_rate ? record.SampleRate : 0.0F};
+}
+
+std::vector<float> phases_of(const Module_database::Curve& curve) {
+  std::vector<float> phases;
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    phases.push_back(curve.value(Module_database::field_phase, index));
+  }
+  return phases;
 }
 
 // The reader itself finds the stations of formats that hold them.
@@ -135,11 +157,14 @@ void scan_stations(ReadingRecord& record, ScannedFile& file, FileReport& report)
   ScannedSection section;
   StoreNotes notes;
   FileTask task{ImportMode::scan, file.path, record, report, notes, {}};
-  task.reading_met = [&] {
+  std::vector<float> yx_phases;  // of a table of stations, whose Ey may be turned
+  task.reading_met = [&](std::string_view data_type) {
     take_frequencies(record.curve.frequencies, section);
     take_place(record, file);
-    const OwnStation own{file.format == format_em1dfm ? record.LineNumber : std::string(), record.Station,
-                         file.format == format_zonge_raw ? record.SampleRate : 0.0F};
+    if (is_station_table(file.format) && data_type == tensor_data_types[formats::edi::element_yx]) {
+      std::ranges::copy(phases_of(record.curve), std::back_inserter(yx_phases));
+    }
+    const OwnStation own = own_station(record, file.format);
     if (file.own_stations.empty() || file.own_stations.back() != own) {
       file.own_stations.push_back(own);
     }
@@ -152,7 +177,13 @@ void scan_stations(ReadingRecord& record, ScannedFile& file, FileReport& report)
     file.failure = report.failure.empty() ? "the file gave no reading" : report.failure;
     return;
   }
+  take_phases(yx_phases, section);
+  section.all_yx_phases_negative = report.all_yx_phases_negative;
   file.sections.push_back(section);
+  if (is_station_table(file.format)) {  // its date stands among its rows
+    file.DateCollected = record.DateCollected;
+    file.date = display_date(record.DateCollected);
+  }
 }
 
 void take_first_place_of_stn(ScannedFile& file) {
@@ -197,6 +228,15 @@ void scan(ScannedFile& file) {
 }
 
 }  // namespace
+
+bool ScannedFile::holds_lines() const {
+  return !own_stations.empty() && std::ranges::none_of(own_stations, &std::string::empty, &OwnStation::line);
+}
+
+bool ScannedFile::holds_rates() const {
+  return !own_stations.empty() &&
+         std::ranges::all_of(own_stations, [](const OwnStation& own) { return own.rate > 0.0F; });
+}
 
 ScannedFile scan_field_file(const std::string& path) {
   ScannedFile file;

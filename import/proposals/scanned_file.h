@@ -37,6 +37,11 @@ struct OwnStation {
 };
 
 struct ScannedFile {
+  /// Whether all of its stations have their lines from the file itself.
+  [[nodiscard]] bool holds_lines() const;
+  /// The same for scan rates.
+  [[nodiscard]] bool holds_rates() const;
+
   std::string path;
   FileFormat format = format_unknown;
   double DateCollected = 0.0;                               // days since 30 December 1899
@@ -47,8 +52,9 @@ struct ScannedFile {
   std::optional<numerics::geodesy::GeographicPlace> place;  // of the file
   std::optional<numerics::geodesy::MapPlace> map_place;     // of a format that gives map coordinates
   std::vector<OwnStation> own_stations;                     // of a format that gives them
-  bool says_station = false;                                // fixed columns: the head line has it
-  std::optional<float> own_rate;                            // Hz; that a file of fixed columns asks for
+  std::optional<numerics::geodesy::GeographicPlace> first_place;  // of these, in a table of stations
+  bool says_station = false;                                      // fixed columns: the head line has it
+  std::optional<float> own_rate;                                  // Hz; that a file of fixed columns asks for
   std::string failure;  // why the file gives nothing; empty if it gives something
 };
 

@@ -26,11 +26,8 @@ const EdiValues& later(const EdiValues& errors, const EdiValues& variance) {
   return variance.block > errors.block ? variance : errors;
 }
 
-float turned_phase(float phase) {
-  if (is_absent(phase)) {
-    return phase;
-  }
-  return static_cast<float>(std::remainder(static_cast<double>(phase) + 180.0, 360.0));
+float turned_phase(double phase) {
+  return is_absent(phase) ? no_data : static_cast<float>(std::remainder(phase + 180.0, 360.0));
 }
 
 // Subtracted from zero so that a zero doesn't become a negative one.
@@ -47,7 +44,7 @@ void put_errors_for_variance(EdiSection& section, std::size_t element) {
     if (variance.block <= errors.block) {
       return;
     }
-    errors = {true, variance.block, std::vector<float>(resistivities.size(), no_data)};
+    errors = {true, variance.block, std::vector<float>(resistivities.size(), no_data), {}};
     for (std::size_t index = 0; index < resistivities.size(); ++index) {
       const double relative =
           relative_error(variance.values[index], {real.values[index], imaginary.values[index]});
@@ -129,9 +126,11 @@ bool has_turned_ey(const EdiSection& section) { return mostly_in_third_quadrant(
 
 void turn_ey(EdiSection& section) {
   for (const EdiElement element : {element_yx, element_yy}) {
-    for (float& phase : section.get(element, quantity_phase).values) {
-      phase = turned_phase(phase);
+    EdiValues& phases = section.get(element, quantity_phase);
+    for (std::size_t index = 0; index < phases.values.size(); ++index) {
+      phases.values[index] = turned_phase(phases.number(index));
     }
+    phases.rests.clear();
     for (const EdiQuantity part : {quantity_real, quantity_imaginary}) {
       for (float& value : section.get(element, part).values) {
         value = turned_sign(value);

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <numbers>
+#include <optional>
+#include <ranges>
 #include <vector>
 
 #include "core/absent_value.h"
 #include "import/readers/standard_errors.h"
 #include "numerics/constants.h"
+#include "numerics/impedance/tensor.h"
 
 namespace Module_data_file {
 
@@ -21,7 +25,7 @@ constexpr double largest_log_error = 1.0;     // decades
 constexpr double uninformative_phase = 90.0;  // degrees; some programs print up to 1e9 for diagonal elements
 
 double value_of(const EdiValues& values, std::size_t index) {
-  return values.present ? values.values[index] : no_data;
+  return values.present ? values.number(index) : double{no_data};
 }
 
 double median(std::vector<double>& values) {
@@ -52,6 +56,45 @@ struct Distances {
   }
 };
 
+// The variance that the errors of the blocks give, those of resistivity taken as errors of the logarithm,
+// over that of the file; none where one of them isn't known. An error alone counts for both.
+std::optional<double> variance_ratio(const EdiSection& section, std::size_t element, std::size_t index) {
+  const double variance = value_of(section.get(element, quantity_variance), index);
+  const std::complex<double> z(value_of(section.get(element, quantity_real), index),
+                               value_of(section.get(element, quantity_imaginary), index));
+  if (!(variance > 0.0) || is_absent(z.real()) || is_absent(z.imag())) {
+    return std::nullopt;
+  }
+  const auto known = [&](EdiQuantity quantity) {
+    const double error = value_of(section.get(element, quantity), index);
+    return error > 0.0 ? error : numerics::impedance::not_known;
+  };
+  const numerics::impedance::PartCovariance parts = numerics::impedance::covariance_of(
+      z, 1.0, known(quantity_resistivity_error) * std::numbers::ln10, known(quantity_phase_error));
+  return parts.is_known() ? std::optional((parts.real + parts.imaginary) / variance) : std::nullopt;
+}
+
+// Whether the blocks of errors make the variance, at all points that have both. Then they say more than it:
+// how far each of resistivity and phase is known, also where the other one is absent.
+bool blocks_make_variance(const EdiSection& section, std::size_t element) {
+  constexpr double printed =
+      1e-5;  // relative; numbers of fewer digits than that say no more than the variance
+  if (!section.get(element, quantity_resistivity_error).present ||
+      !section.get(element, quantity_phase_error).present) {
+    return false;
+  }
+  std::size_t compared = 0;
+  for (std::size_t index = 0; index < section.frequencies.size(); ++index) {
+    if (const auto ratio = variance_ratio(section, element, index)) {
+      if (!(std::abs(*ratio - 1.0) < printed)) {
+        return false;
+      }
+      ++compared;
+    }
+  }
+  return compared > 0;
+}
+
 // False if it gives none.
 bool set_errors_from_variance(const EdiSection& section, std::size_t element, Curve& curve) {
   const EdiValues& variance = section.get(element, quantity_variance);
@@ -79,6 +122,10 @@ ResistivityErrorKind resistivity_error_kind(const EdiSection& section) {
       distances.add(section, element, index);
     }
   }
+  const auto is_told = [&section](std::size_t element) { return blocks_make_variance(section, element); };
+  if (std::ranges::any_of(std::views::iota(std::size_t{0}, std::size_t{element_count}), is_told)) {
+    return ResistivityErrorKind::of_logarithm;
+  }
   const bool is_ohm_m = distances.ohm_m.empty()
                             ? !distances.numbers.empty() && median(distances.numbers) > largest_log_error
                             : median(distances.ohm_m) < median(distances.of_logarithm);
@@ -86,7 +133,7 @@ ResistivityErrorKind resistivity_error_kind(const EdiSection& section) {
 }
 
 void fill_errors(const EdiSection& section, std::size_t element, ResistivityErrorKind kind, Curve& curve) {
-  if (set_errors_from_variance(section, element, curve)) {
+  if (!blocks_make_variance(section, element) && set_errors_from_variance(section, element, curve)) {
     return;
   }
   const bool has_phase = section.get(element, quantity_phase).present;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "core/line_reader.h"
 #include "formats/file_report.h"
@@ -24,7 +25,8 @@ struct FileTask {
   formats::FileReport& report;  // gets what the file holds and what could not be read
   StoreNotes& notes;
   FileProgress progress;                   // may be empty
-  std::function<void()> reading_met = {};  // may be empty; called for each reading, which the record holds
+  // May be empty; called with the data type of each reading, which the record holds.
+  std::function<void(std::string_view data_type)> reading_met = {};
 
   [[nodiscard]] bool is_import() const { return mode == ImportMode::import; }
   void show_progress(const LineReader& lines) const {

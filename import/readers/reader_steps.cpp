@@ -31,8 +31,8 @@ constexpr std::string_view failure_text = "An error occurred while importing the
 constexpr double electric_factor = 6314.0;
 constexpr double magnetic_factor = 2000.0;
 
-// The place of a file is that of its station. Of many stations it is that of none: the file doesn't say where
-// they are.
+// The place of a file is that of its station. Of many stations it is that of none: where they are is known
+// only if the file says it of each.
 void keep_sites(FileTask& task) {
   ReadingRecord& record = task.record;
   const bool has_place = record.sites.size() == 1;
@@ -41,13 +41,12 @@ void keep_sites(FileTask& task) {
     site.line = noted.line;
     site.station = noted.station;
     site.name = noted.name;
-    site.elevation = noted.elevation;
-    if (has_place) {
-      site.latitude = record.place.latitude;
-      site.longitude = record.place.longitude;
-      site.datum = record.place.datum;
-      site.elevation = record.place.elevation ? record.place.elevation : noted.elevation;
-    }
+    const SitePlace& own = noted.place;
+    const bool of_file = has_place && !own.latitude;
+    site.latitude = of_file ? record.place.latitude : own.latitude;
+    site.longitude = of_file ? record.place.longitude : own.longitude;
+    site.datum = of_file ? record.place.datum : own.datum;
+    site.elevation = of_file && record.place.elevation ? record.place.elevation : own.elevation;
     site.SurveyFile = record.SurveyFile;
     (void)Module_database::keep_site(site);
     record.run.said_sites.emplace_back(static_cast<std::size_t>(std::max(record.file_index - 1, 0)),
@@ -78,8 +77,10 @@ void find_station_of_record(ReadingRecord& record, MapPlace map_place) {
 }
 
 void note_site(ReadingRecord& record, double station, std::optional<double> elevation) {
+  SitePlace place = record.station_place;
+  place.elevation = elevation ? elevation : place.elevation;
   record.sites.try_emplace({upper_case(record.LineNumber), station},
-                           FileSite{record.LineNumber, station, record.site_name, elevation});
+                           FileSite{record.LineNumber, station, record.site_name, std::move(place)});
 }
 
 bool store_header_once(FileTask& task) {
@@ -94,7 +95,7 @@ bool take_reading(FileTask& task, std::string_view data_type) {
   }
   ++task.report.readings;
   if (task.reading_met) {
-    task.reading_met();
+    task.reading_met(data_type);
   }
   return true;
 }

@@ -25,8 +25,9 @@ enum class MapPlace { of_file, of_survey_grid };
 /// map place that the record has from the file, or where the survey grid has it. Notes its site.
 void find_station_of_record(ReadingRecord& record, MapPlace map_place = MapPlace::of_file);
 
-/// Notes a station that the file comes to and the name of its site; of several the first counts. Its sites
-/// are kept in the survey when the file has been read.
+/// Notes a station that the file comes to, the name of its site and the record's station_place; of several
+/// the first counts. Its sites are kept in the survey when the file has been read.
+/// @param elevation  m, before that of station_place
 void note_site(ReadingRecord& record, double station, std::optional<double> elevation);
 
 /// Stores the header of the file unless that was done. @return false after a failure, whose message was shown

@@ -1,6 +1,7 @@
 #include "import/readers/reader_table.h"
 
 #include "import/file_formats.h"
+#include "import/readers/curve_table_reader.h"
 #include "import/readers/edi_mt_reader.h"
 #include "import/readers/edi_spectra_reader.h"
 #include "import/readers/em1dfm_reader.h"
@@ -26,6 +27,8 @@ FieldReader reader_of(std::int32_t file_format) {
     case format_z_file:
     case format_j:
       return read_site;
+    case format_curve_table:
+      return read_curves;
     default:
       return nullptr;
   }

@@ -1,12 +1,8 @@
 #include "import/readers/site_files.h"
 
-#include <algorithm>
 #include <optional>
-#include <utility>
 
-#include "core/calendar.h"
 #include "core/line_reader.h"
-#include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/emtf_xml/emtf_xml.h"
 #include "formats/head_dates.h"
@@ -14,41 +10,21 @@
 #include "formats/z_file/z_file.h"
 #include "import/file_formats.h"
 #include "import/readers/reader_steps.h"
+#include "platform/files/input_file.h"
 
 namespace Module_data_file {
 
 using formats::FileReport;
 using formats::transfer_function::TransferFunction;
 
-namespace {
-
-/// The text of a file as UTF-8. One that is too large is cut behind the size from which the parser refuses
-/// it.
-std::string text_of(LineReader& lines) {
-  std::string text;
-  std::string_view line;
-  while (text.size() <= formats::emtf_xml::largest_file && lines.next(line)) {
-    text.append(line).push_back('\n');
-  }
-  return text;
-}
-
-std::optional<double> first_day_of_year(std::string_view text) {
-  const std::string_view year = trimmed(text).substr(0, 4);
-  const bool is_year =
-      year.size() == 4 && std::ranges::all_of(year, [](char c) { return c >= '0' && c <= '9'; });
-  return is_year && year >= "1900" ? std::optional(day_count(static_cast<int>(numeric_value(year)), 1, 1))
-                                   : std::nullopt;
-}
-
-}  // namespace
-
 TransferFunction read_site_file(std::int32_t format, const std::string& file, FileReport& report) {
+  if (format == format_emtf_xml) {
+    constexpr auto most = static_cast<std::int64_t>(formats::emtf_xml::largest_file);
+    return formats::emtf_xml::read_emtf_xml(read_whole_file(file, most), report);
+  }
   LineReader lines(file);
-  TransferFunction function = format == format_emtf_xml
-                                  ? formats::emtf_xml::read_emtf_xml(text_of(lines), report)
-                              : format == format_z_file ? formats::z_file::read_z_file(lines, report)
-                                                        : formats::j_format::read_j_format(lines, report);
+  TransferFunction function = format == format_z_file ? formats::z_file::read_z_file(lines, report)
+                                                      : formats::j_format::read_j_format(lines, report);
   remark_on_nul_bytes(lines, report);
   return function;
 }
@@ -57,8 +33,7 @@ double date_of_site(const formats::transfer_function::Site& site, FileReport& re
   if (trimmed(site.date).empty()) {
     return start_date;
   }
-  std::optional<double> date = formats::head_date(site.date);
-  date = date ? date : first_day_of_year(site.date);
+  const std::optional<double> date = formats::head_date(site.date);
   if (!date) {
     formats::remark_unreadable(
         report, 0, "date " + formats::in_quotes(site.date) + " can't be read, taken as 1 January 1900");

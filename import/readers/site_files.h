@@ -15,8 +15,8 @@ namespace Module_data_file {
 formats::transfer_function::TransferFunction read_site_file(std::int32_t format, const std::string& file,
                                                             formats::FileReport& report);
 
-/// When the site was measured, in days since 30 December 1899: 1 January of a year that stands alone. Without
-/// a date it is start_date; one that can't be read is in the report.
+/// When the site was measured, in days since 30 December 1899; without a date it is start_date, and one that
+/// can't be read is in the report.
 double date_of_site(const formats::transfer_function::Site& site, formats::FileReport& report);
 
 /// The name of the site, and the word by which messages call it.

@@ -55,7 +55,7 @@ std::vector<EdiTipper> components_with_values(const EdiSection& section) {
 }
 
 double value_of(const EdiValues& quantity, std::size_t index) {
-  return quantity.present ? quantity.values[index] : no_data;
+  return quantity.present ? quantity.number(index) : double{no_data};
 }
 
 void remark_on_component(const EdiSection& section, EdiTipper element, FileReport& report) {

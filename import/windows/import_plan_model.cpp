@@ -21,7 +21,7 @@ constexpr std::array<const char*, plan_column_titles.size()> column_tips{
     "The name of the site in the file",
     "The line that the readings are stored under; type to change it, Del takes the proposal back",
     "The station that the readings are stored under; type to change it, Del takes the proposal back",
-    "The event; sections of EDI files number themselves",
+    "The event; sections that name a site number themselves",
     "The sample rate in Hz; 0 for merged data",
     "How many frequencies the section has",
     "Where the file says that it was measured",

@@ -281,6 +281,29 @@ void require_earthly(const GeographicPlace& place) {
   }
 }
 
+/// The latitude and longitude of coordinates without false origin. Series give some answer far beyond the
+/// map, too; it counts only if it leads there again.
+GeographicPlace unproject(const TransformParameters& parameters, double easting, double northing) {
+  constexpr double same_place = 0.01;  // m
+  if (!(std::hypot(easting, northing) < farthest)) {
+    throw outside();
+  }
+  PJ* const projection = projection_for(parameters);
+  proj_errno_reset(projection);
+  const PJ_COORD result = proj_trans(projection, PJ_INV, proj_coord(easting, northing, 0.0, 0.0));
+  if (const int error = proj_errno(projection); error != 0) {
+    proj_errno_reset(projection);
+    throw proj_failure(error);
+  }
+  const GeographicPlace place{proj_todeg(result.lp.phi), proj_todeg(result.lp.lam)};
+  require_earthly(place);
+  const PJ_COORD again = project(parameters, place.longitude, place.latitude);
+  if (!(std::hypot(again.xy.x - easting, again.xy.y - northing) < same_place)) {
+    throw outside();
+  }
+  return place;
+}
+
 double zone_of(const TransformParameters& parameters, double longitude) {
   const double width = parameters[parameter_zone_width];
   const double given = parameters[parameter_zone_number];
@@ -377,6 +400,41 @@ MapPlace ll2en(const TransformParameters& parameters, const GeographicPlace& pla
   map.northing =
       result.xy.y + parameters[counts_from_south ? parameter_northing_south : parameter_northing_north];
   return map;
+}
+
+bool leads_back(const CoordinateSystemValues& values) {
+  if (!has_zones(values.projection)) {
+    return true;
+  }
+  const bool one_hemisphere = values.projection == projection_australian_map_grid ||
+                              values.hemisphere == hemisphere_north ||
+                              values.hemisphere == hemisphere_south || values.false_northing != 0.0;
+  return values.zone_number != 0 && one_hemisphere;
+}
+
+GeographicPlace en2ll(const TransformParameters& parameters, const MapPlace& place) {
+  const std::int32_t projection = projection_of(parameters);
+  if (projection == projection_geographic) {
+    const GeographicPlace same{place.northing, place.easting};
+    require_earthly(same);
+    return {same.latitude, around_zero(same.longitude)};
+  }
+  double meridian = 0.0;
+  std::int32_t zone_number = 0;
+  if (has_zones(projection)) {
+    const double given = parameters[parameter_zone_number];
+    zone_number = given != 0.0 ? static_cast<std::int32_t>(given) : place.zone_number;
+    if (zone_number == 0 || parameters[parameter_northing_north] != parameters[parameter_northing_south]) {
+      throw std::runtime_error("the coordinate system doesn't say in which zone and hemisphere it is");
+    }
+    meridian = central_meridian(zone_number, parameters[parameter_zone_width]);
+  }
+  const GeographicPlace found = unproject(parameters, place.easting - parameters[parameter_false_easting],
+                                          place.northing - parameters[parameter_northing_north]);
+  if (std::abs(found.longitude) >= far_from_zone && has_zones(projection)) {
+    throw outside();
+  }
+  return {found.latitude, around_zero(found.longitude + meridian)};
 }
 
 }  // namespace numerics::geodesy

@@ -1,4 +1,4 @@
-// coordinate_transforms.h: from latitude and longitude to map coordinates, on PROJ.
+// coordinate_transforms.h: from latitude and longitude to map coordinates and back, on PROJ.
 //
 // Conventions: angles in degrees, north and east positive; lengths in metres. Latitude and longitude are on
 // the system's own datum: nothing is shifted from one datum to another, so that no shift grid is needed and a
@@ -96,5 +96,14 @@ TransformParameters crdprm(const CoordinateSystemValues& values);
 
 /// Throws std::runtime_error for a place that the system can't show.
 MapPlace ll2en(const TransformParameters& parameters, const GeographicPlace& place);
+
+/// Whether map coordinates alone say where a place is. Zones have the same coordinates one beside the other,
+/// and so have both hemispheres: a system that takes either from the place has no way back.
+bool leads_back(const CoordinateSystemValues& values);
+
+/// The place of which ll2en makes these map coordinates; the longitude lies within -180 to 180. Throws
+/// std::runtime_error for coordinates that the system has for no place, or for more than one. A zone number
+/// of the place counts where the system has none.
+GeographicPlace en2ll(const TransformParameters& parameters, const MapPlace& place);
 
 }  // namespace numerics::geodesy

@@ -6,6 +6,7 @@
 #include "formats/head_dates.h"
 #include "import/natural_order.h"
 #include "tests/formats/edi/made_edi.h"
+#include "tests/import/made_site_files.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 
@@ -136,6 +137,63 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
     if (c.format != format_fixed_columns || std::string(c.date) != "01-Jan-1900") {
       EXPECT_EQ(sample.date, c.date);
     }
+  }
+}
+
+// What stands in the first lines tells a format, before the DC that fixed columns have in theirs.
+TEST(Display_file_format, Tells_exchange_formats_by_their_content) {
+  const TemporaryFolder folder;
+  const std::string xml = made_emtf_xml();
+  const std::string z = made_z_file();
+  const std::string j = made_j();
+  const std::string plain_avg =
+      "\\ AMTAVG 7.76: \"DC1.fld\"\n$ ASPACE= 50.0m\n"
+      "skp Station Freq Comp Amps Emag Ephz Hmag Hphz Resistivity Phase\n2 1 8192 ExHy 5 1 1 1 1 1 1\n";
+  const std::string table =
+      "line,station,data_type,frequency_Hz,resistivity_ohm_m,phase_deg\n100E,1,ExHy,1,100,45\n";
+  std::string utf16 = "\xFF\xFE";
+  for (const char byte : xml) {
+    utf16 += std::string{byte, '\0'};
+  }
+  struct Case {
+    const char* name;
+    std::string text;
+    std::int32_t format;
+  };
+  const Case cases[] = {
+      {"XML", xml, format_emtf_xml},
+      {"behind a mark", "\xEF\xBB\xBF" + xml, format_emtf_xml},
+      {"UTF-16", utf16, format_emtf_xml},
+      {"blank lines", "\n \r\n" + xml.substr(xml.find("<EM_TF")), format_emtf_xml},
+      {"behind comments", replaced(xml, "<EM_TF>", "<!-- DC\n" + std::string(3000, '-') + "\n-->\n<EM_TF>"),
+       format_emtf_xml},
+      {"in one line", replaced(xml, "\n", " "), format_emtf_xml},
+      {"other XML", "<?xml version=\"1.0\"?>\n<kml>\nZXY\n3\n</kml>\n", format_unknown},
+      {"Z", z, format_z_file},
+      {"Z with DC in its title", replaced(z, "TRANSFER FUNCTIONS", "DC TRANSFER FUNCTIONS"), format_z_file},
+      {"Z with another title", replaced(z, "TRANSFER FUNCTIONS IN MEASUREMENT", "RESULTS IN LOCAL"),
+       format_z_file},
+      {"notes with a title's words", "Transfer functions in this folder are DC coupled.\n",
+       format_fixed_columns},
+      {"J", j, format_j},
+      {"J of a site DC100", "DC100\n" + j, format_j},
+      {"J with a number for a name", "1234\nRXY\n2\n1 100 45\n", format_j},
+      {"J behind many comments",
+       std::string(500, '#') + "\n" + replaced(std::string(300, 'x'), "x", "# DC\n") + j, format_j},
+      {"J without a count", "DATA\nRXY\n2.5\n", format_unknown},
+      {"average", plain_avg, format_zonge_avg},
+      {"average by keywords", "$Survey.Type=CSAMT\n$Rx.Cmp = ExHy\n", format_zonge_avg},
+      {"table", table, format_curve_table},
+      {"table behind a mark", "\xEF\xBB\xBF" + table, format_curve_table},
+      {"a line of a megabyte", std::string(1U << 20U, 'z') + "\n" + j, format_unknown}};
+  RecordingInterface interface;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    ReadingRecord record = good_record();
+    SampleFields sample;
+    FileReport report;
+    display_file_format(folder.write("field.dat", c.text), record, sample, report);
+    EXPECT_EQ(record.file_format, c.format);
   }
 }
 

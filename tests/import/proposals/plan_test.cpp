@@ -6,6 +6,7 @@
 
 #include "import/proposals/plan_table.h"
 #include "tests/formats/zonge/made_zonge_raw.h"
+#include "tests/import/made_site_files.h"
 #include "tests/import/proposals/planned_import.h"
 #include "tests/import/readers/made_fields.h"
 
@@ -108,6 +109,10 @@ class PlanOfImport : public PlannedImport {
             "Station no. 7000 5001.5 7002.5 88 1\n 100  both  0 0 12.5 3.5 9 0.1 0.2\n"
             "line 400E survey\nStation no. 7100 5101.5 7002.5 88 1\n 50  both  0 0 12.5 3.5 9 0.1 0.2\n"),
         folder.write("raw.raw", made_zonge_raw()),
+        folder.write("a.xml", made_emtf_xml({.name = "MT21"})),
+        folder.write("b.zmm", made_z_file({.name = "", .turned = true})),
+        folder.write("c.j", made_j({.name = "301"})),
+        folder.write("d.xml", made_emtf_xml().substr(0, 900)),
         site("last.edi", "ET13"),
         folder.path("gone.edi")};
     (void)folder.write("raw.stn", made_stn());
@@ -157,7 +162,11 @@ TEST_F(PlanOfImport, Is_what_a_scan_of_real_files_finds) {
   if (!std::filesystem::is_directory(field_data)) {
     GTEST_SKIP() << "no field data beside the checkout";
   }
-  const std::vector<std::string> files = find_import_files(field_data, "edi");
+  std::vector<std::string> files = find_import_files(field_data, "edi");
+  for (const char* const kind : {"emtf_xml", "zmm", "jformat"}) {
+    std::ranges::copy(find_import_files(std::string(BRENLOX_FIELD_DATA) + "/exchange/" + kind, ""),
+                      std::back_inserter(files));
+  }
   const std::vector<ScannedFile> looked = scanned(files);
   for (const StationsBy rule : {StationsBy::count, StationsBy::sectid, StationsBy::sectid_digits}) {
     SCOPED_TRACE(static_cast<int>(rule));

@@ -12,6 +12,7 @@ using namespace numerics::geodesy;
 namespace {
 
 constexpr double millimetre = 0.001;
+constexpr double shortest_degree = 69000.0;         // m, of longitude in these examples
 constexpr double us_survey_foot = 1200.0 / 3937.0;  // m
 constexpr double degree = std::numbers::pi / 180.0;
 
@@ -149,7 +150,42 @@ TEST(Coordinate_transforms, Agree_with_published_examples) {
     const MapPlace map = ll2en(crdprm(example.values), example.place);
     EXPECT_NEAR(map.easting, example.easting, example.tolerance);
     EXPECT_NEAR(map.northing, example.northing, example.tolerance);
+
+    CoordinateSystemValues one_zone = example.values;
+    one_zone.zone_number = map.zone_number;
+    one_zone.hemisphere = hemisphere_south;
+    ASSERT_TRUE(leads_back(one_zone));
+    const GeographicPlace back = en2ll(crdprm(one_zone), {example.easting, example.northing, 0});
+    const double tolerance = 2.0 * example.tolerance / shortest_degree;
+    EXPECT_NEAR(back.latitude, example.place.latitude, tolerance);
+    EXPECT_NEAR(back.longitude, example.place.longitude, tolerance);
   }
+}
+
+TEST(Coordinate_transforms, Lead_back_only_where_coordinates_have_one_place) {
+  CoordinateSystemValues utm = zone_system(projection_utm, 4326, 1);
+  EXPECT_FALSE(leads_back(utm)) << "which hemisphere?";
+  EXPECT_THROW(en2ll(crdprm(utm), {500000.0, 7000000.0, 0}), std::runtime_error);
+  utm.hemisphere = hemisphere_south;
+  EXPECT_TRUE(leads_back(utm));
+  // 10 000 000 - 0.9996 times the meridian arc to 27 degrees (2 987 625.6 m on this ellipsoid, Simpson's
+  // rule)
+  const double northing =
+      1e7 - 0.9996 * meridian_arc(6378137.0, 6378137.0 * (1.0 - 1.0 / 298.257223563), 27.0 * degree);
+  EXPECT_NEAR(en2ll(crdprm(utm), {500000.0, northing, 0}).latitude, -27.0, 1e-8);
+  EXPECT_NEAR(en2ll(crdprm(utm), {500000.0, northing, 0}).longitude, -177.0, 1e-8);
+  EXPECT_NEAR(en2ll(crdprm(utm), {100000.0, northing, 0}).longitude, 178.97, 0.05) << "over the date line";
+  for (const MapPlace& nowhere : {MapPlace{1e9, 0.0, 0}, MapPlace{500000.0, 9e7, 0}, MapPlace{4e7, 7e6, 0},
+                                  MapPlace{std::nan(""), 7e6, 0}}) {
+    EXPECT_THROW(en2ll(crdprm(utm), nowhere), std::runtime_error) << nowhere.easting;
+  }
+  utm.zone_number = 0;
+  EXPECT_FALSE(leads_back(utm)) << "which zone?";
+  EXPECT_THROW(en2ll(crdprm(utm), {500000.0, 7000000.0, 0}), std::runtime_error);
+  EXPECT_NEAR(en2ll(crdprm(utm), {500000.0, northing, 54}).longitude, 141.0, 1e-8);
+  CoordinateSystemValues geographic;
+  EXPECT_EQ(en2ll(crdprm(geographic), {190.5, -20.0, 0}).longitude, -169.5);
+  EXPECT_THROW(en2ll(crdprm(geographic), {500000.0, 7000000.0, 0}), std::runtime_error) << "metres";
 }
 
 // Redfearn (1948), Transverse Mercator formulae, Empire Survey Review 69, 318-322: the series that the

@@ -1,0 +1,346 @@
+#include "exchange/site_documents.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <complex>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <utility>
+
+#include "core/absent_value.h"
+#include "core/calendar.h"
+#include "core/file_names.h"
+#include "core/number_text.h"
+#include "core/session_state.h"
+#include "database/sites.h"
+#include "exchange/site_history.h"
+#include "numerics/impedance/apparent_resistivity.h"
+#include "tensor/rotated_readings.h"
+#include "tensor/station_axes.h"
+#include "tensor/station_tensor.h"
+
+namespace Module_exchange {
+
+namespace {
+
+using formats::transfer_function::Component;
+using formats::transfer_function::not_given;
+using formats::transfer_function::Point;
+using formats::transfer_function::SiteDocument;
+using formats::transfer_function::Value;
+using Module_database::StoredReading;
+using Module_tensor::CurveType;
+using Module_tensor::SourceValue;
+using Module_tensor::StationCurves;
+using Module_tensor::StationTensor;
+using numerics::impedance::PartCovariance;
+
+// Components and curves have one order.
+static_assert(Module_tensor::curve_types.size() == formats::transfer_function::component_count);
+
+bool is_diagonal(CurveType type) { return type == CurveType::ExHx || type == CurveType::EyHy; }
+bool is_of_ey(CurveType type) { return type == CurveType::EyHx || type == CurveType::EyHy; }
+bool is_tipper(CurveType type) { return type == CurveType::HzHx || type == CurveType::HzHy; }
+
+double value_or_nan(float value) {
+  return std::isfinite(value) && !is_absent(double{value}) ? decimal_of_single(value) : not_given;
+}
+double error_or_nan(float error) { return error > 0.0F ? value_or_nan(error) : not_given; }
+
+/// Variance of the complex value.
+double variance_of(const PartCovariance& covariance) { return covariance.real + covariance.imaginary; }
+
+/// A value that counts, with its error; absent if it doesn't.
+SourceValue counting_value(const StationCurves& curves, CurveType type, std::size_t quantity,
+                           std::size_t at) {
+  const StoredReading& merged = curves.of(type);
+  const int field = static_cast<int>(quantity) + 1;
+  const bool is_on = merged.UseReading && (quantity == 0 ? merged.UseResistivity : merged.UsePhase);
+  if (!is_on || !merged.curve.point_counts(field, at)) {
+    return {};
+  }
+  return {merged.curve.value(field, at), curve_error(merged, curves.source(type), quantity, at)};
+}
+
+/// The phase of a diagonal element has any sign, and an import masks those at or below 0 as it does with all
+/// others. Where all repeats, or some, were masked so, the mean of all is the value; one above 0 that doesn't
+/// count was masked by somebody.
+SourceValue diagonal_phase(const StationCurves& curves, CurveType type, std::size_t at) {
+  const SourceValue counting = counting_value(curves, type, 1, at);
+  const Module_tensor::CurveSource& source = curves.source(type);
+  const StoredReading& merged = curves.of(type);
+  if (source.regardless_of_masks.empty() || !source.some_masked[at][1] || !merged.UseReading ||
+      !merged.UsePhase) {
+    return counting;
+  }
+  const SourceValue& all = source.regardless_of_masks[at][1];
+  return all.value <= 0.0F ? all : counting;
+}
+
+/// In the axes' own sign of Ey.
+double phase_in_axes(CurveType type, bool ey_turned, double phase) {
+  if (ey_turned && is_of_ey(type)) {
+    return phase > 0.0 ? phase - 180.0 : phase + 180.0;
+  }
+  return type == CurveType::EyHx && phase > 180.0 ? phase - 360.0 : phase;  // in the third quadrant by habit
+}
+
+Value impedance_value(const StationCurves& curves, CurveType type, bool ey_turned, double frequency,
+                      std::size_t at) {
+  const SourceValue resistivity = counting_value(curves, type, 0, at);
+  const SourceValue phase =
+      is_diagonal(type) ? diagonal_phase(curves, type, at) : counting_value(curves, type, 1, at);
+  const double static_factor = decimal_of_single(curves.of(type).ResOffset);
+  Value value;
+  if (resistivity.value > 0.0F) {
+    value.resistivity = value_or_nan(resistivity.value) * static_factor;
+    value.resistivity_error = error_or_nan(resistivity.error) * static_factor;
+  }
+  value.phase = phase_in_axes(type, ey_turned, value_or_nan(phase.value));
+  value.phase_error = error_or_nan(phase.error);
+  if (value.has_curve()) {
+    value.value = numerics::impedance::impedance_of(value.resistivity, value.phase, frequency);
+    value.variance = variance_of(numerics::impedance::covariance_of(
+        value.value, value.resistivity, value.resistivity_error, value.phase_error));
+  }
+  return value;
+}
+
+Value tipper_value(const StationCurves& curves, CurveType type, std::size_t at) {
+  const SourceValue real = counting_value(curves, type, 0, at);
+  const SourceValue imaginary = counting_value(curves, type, 1, at);
+  Value value;
+  value.value = {value_or_nan(real.value), value_or_nan(imaginary.value)};
+  if (!value.has_value()) {
+    return {};
+  }
+  const double real_error = error_or_nan(real.error);
+  const double imaginary_error = error_or_nan(imaginary.error);
+  value.variance = real_error * real_error + imaginary_error * imaginary_error;
+  return value;
+}
+
+bool has_anything(const Value& value) {
+  return value.has_value() || std::isfinite(value.resistivity) || std::isfinite(value.phase);
+}
+
+void add_point(const Point& point, std::vector<Point>& points) {
+  if (std::ranges::any_of(point.values, has_anything)) {
+    points.push_back(point);
+  }
+}
+
+/// Of all curves, Hz, ascending, each once, those that are switched off left out.
+std::vector<float> frequencies_of(const StationCurves& curves, const Frequencies& frequencies) {
+  std::vector<float> all;
+  for (const StoredReading& merged : curves.merged) {
+    std::ranges::copy_if(merged.curve.frequencies, std::back_inserter(all), [&](float frequency) {
+      const std::int32_t at = frequencies.position(frequency);
+      return frequency > 0.0F && (at < 0 || frequencies.is_enabled(at));
+    });
+  }
+  std::ranges::sort(all);
+  all.erase(std::ranges::unique(all).begin(), all.end());
+  return all;
+}
+
+std::vector<Point> points_as_measured(const StationCurves& curves, const Frequencies& frequencies,
+                                      bool ey_turned) {
+  std::vector<Point> points;
+  for (const float frequency : frequencies_of(curves, frequencies)) {
+    Point point;
+    point.frequency = decimal_of_single(frequency);
+    for (std::size_t index = 0; index < point.values.size(); ++index) {
+      const auto type = static_cast<CurveType>(index);
+      const StoredReading& merged = curves.of(type);
+      const auto found = std::ranges::lower_bound(merged.curve.frequencies, frequency);
+      if (merged.ID == 0 || found == merged.curve.frequencies.end() || *found != frequency) {
+        continue;
+      }
+      const auto at = static_cast<std::size_t>(found - merged.curve.frequencies.begin());
+      point.values[index] = is_tipper(type) ? tipper_value(curves, type, at)
+                                            : impedance_value(curves, type, ey_turned, point.frequency, at);
+    }
+    add_point(point, points);
+  }
+  return points;
+}
+
+Value turned_value(const std::complex<double>& z, const PartCovariance& covariance, double frequency) {
+  const auto earth = numerics::impedance::apparent_earth(z, covariance, frequency);
+  Value value;
+  value.value = z;
+  value.variance = variance_of(covariance);
+  value.resistivity = earth.resistivity.value;
+  value.resistivity_error = earth.resistivity.error;
+  value.phase = earth.phase.value;
+  value.phase_error = earth.phase.error;
+  return value;
+}
+
+void add_tipper(const Module_tensor::TipperPoint& tipper, Point& point) {
+  const numerics::impedance::Tipper& t = tipper.tipper;
+  point.of(Component::tx).value = t.x;
+  point.of(Component::tx).variance = variance_of(t.covariance_x);
+  point.of(Component::ty).value = t.y;
+  point.of(Component::ty).variance = variance_of(t.covariance_y);
+}
+
+std::vector<Point> points_turned(const StationTensor& tensor, double azimuth,
+                                 const Frequencies& frequencies) {
+  StationTensor turned = rotated_tensor(tensor, azimuth);
+  leave_out_disabled(frequencies, turned);
+  std::vector<Point> points;
+  for (const Module_tensor::TensorPoint& of_tensor : turned.points) {
+    Point point;
+    point.frequency = decimal_of_single(static_cast<float>(of_tensor.frequency));
+    for (std::size_t element = 0; element < numerics::impedance::element_count; ++element) {
+      point.values[element] =
+          turned_value(of_tensor.tensor.z[element], of_tensor.tensor.covariance[element], point.frequency);
+    }
+    points.push_back(point);
+  }
+  for (const Module_tensor::TipperPoint& tipper : turned.tipper) {
+    const double frequency = decimal_of_single(static_cast<float>(tipper.frequency));
+    const auto place = std::ranges::lower_bound(points, frequency, {}, &Point::frequency);
+    if (place != points.end() && place->frequency == frequency) {
+      add_tipper(tipper, *place);
+    } else {
+      Point point;
+      point.frequency = frequency;
+      add_tipper(tipper, point);
+      points.insert(place, point);
+    }
+  }
+  return points;
+}
+
+/// "Station 1250 (ET001): "
+std::string beginning(const StationCurves& curves) {
+  return "Station " + Module_tensor::station_text(curves.station, curves.name) + ": ";
+}
+
+bool has_counting_phase(const StationCurves& curves, CurveType type) {
+  const StoredReading& merged = curves.of(type);
+  for (std::size_t at = 0; at < merged.curve.count(); ++at) {
+    if (merged.curve.point_counts(Module_database::field_phase, at)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// What keeps curves of Ey from being what a user expects of them.
+void add_ey_remarks(const StationCurves& curves, const StationTensor& tensor, StationDocument& result) {
+  const StoredReading& merged = curves.of(CurveType::EyHx);
+  if (merged.ID == 0 || !merged.UseReading || !merged.UsePhase || merged.curve.count() == 0) {
+    return;
+  }
+  if (!has_counting_phase(curves, CurveType::EyHx)) {
+    result.remarks.push_back(
+        beginning(curves) +
+        "no phase of EyHx counts; those of files need the sign of Ey turned at the import, "
+        "which masks phases at or below 0");
+  } else if (tensor.points.empty() && tensor.ey_reason == Module_tensor::EyReason::rule) {
+    result.remarks.push_back(beginning(curves) + "Ey counts as " +
+                             (yx_points_away(curves, tensor) ? "measured" : "turned") +
+                             " by the quadrant of the phases of EyHx");
+  }
+}
+
+void describe_site(const std::optional<Module_database::Site>& site, const StationCurves& curves,
+                   SiteDocument& document) {
+  formats::transfer_function::Site& described = document.function.site;
+  described.name = curves.name;
+  if (site) {
+    described.name = site->name;
+    described.latitude = site->latitude;
+    described.longitude = site->longitude;
+    described.elevation = site->elevation;
+    described.datum = site->datum;
+  }
+}
+
+std::string degrees_text(double azimuth) { return plain_text(azimuth) + " degrees"; }
+
+void describe_axes(const Module_tensor::StationAxes& axes, std::optional<double> rotation,
+                   SiteDocument& document) {
+  const std::string measured =
+      axes.is_known ? "azimuth of Hx " + degrees_text(axes.azimuth)
+                    : std::string("the azimuth of Hx isn't known, x of the readings counts as north");
+  if (axes.is_known) {
+    document.sensor_azimuth = axes.azimuth;
+    document.function.site.x_azimuth = axes.azimuth;
+  }
+  if (rotation) {
+    document.function.site.x_azimuth = *rotation;
+    document.history.push_back("Rotated to axes with x " + degrees_text(*rotation) +
+                               " from north; measured: " + measured);
+  } else {
+    document.history.push_back("Axes as measured: " + measured);
+  }
+}
+
+void take_turned(const StationTensor& tensor, double azimuth, const Frequencies& frequencies,
+                 StationDocument& result) {
+  result.document.function.points = points_turned(tensor, azimuth, frequencies);
+  if (tensor.refusal.empty()) {
+    return;
+  }
+  if (result.document.function.points.empty()) {
+    result.refusal = tensor.refusal;
+  } else {
+    result.remarks.push_back(tensor.refusal + "; of turned axes there is the tipper only");
+  }
+}
+
+/// What isn't of the curves' values.
+SiteDocument described(const Module_tensor::LineChoice& choice, const StationCurves& curves,
+                       const Frequencies& frequencies) {
+  SiteDocument document;
+  document.survey = Module_util::file_stem(Module_util::file_name_only(session().database_file));
+  document.line = choice.line;
+  document.station = curves.station;
+  document.dipole = decimal_of_single(choice.dipole);
+  document.program = "Brenlox " BRENLOX_VERSION;
+  document.date_written = day_count(today());
+  StationPast past = station_past(choice, curves, frequencies);
+  document.history = std::move(past.sentences);
+  document.date_collected = past.date_collected;
+  return document;
+}
+
+}  // namespace
+
+StationDocument station_document(const Module_tensor::LineChoice& choice, const StationCurves& curves,
+                                 const Frequencies& frequencies, std::optional<double> rotation) {
+  const auto site = Module_database::find_site(choice.line, curves.station);
+  const Module_tensor::StationAxes axes = station_axes(curves);
+  const StationTensor tensor = station_tensor(curves, site ? site->EySign : Module_database::ey_sign_by_rule);
+  const bool ey_turned = !yx_points_away(curves, tensor);
+  StationDocument result{described(choice, curves, frequencies), "", tensor.remarks, ""};
+  describe_site(site, curves, result.document);
+  result.name = result.document.function.site.name;
+  describe_axes(axes, rotation, result.document);
+  if (axes.difference > 0.0) {
+    result.refusal = tensor.refusal;
+    return result;
+  }
+  if (rotation) {
+    take_turned(tensor, *rotation, frequencies, result);
+  } else {
+    result.document.function.points = points_as_measured(curves, frequencies, ey_turned);
+    add_ey_remarks(curves, tensor, result);
+  }
+  if (result.refusal.empty() && result.document.function.points.empty()) {
+    result.refusal = beginning(curves) + "no value of its curves counts";
+  }
+  if (ey_turned && (result.document.has(Component::zyx) || result.document.has(Component::zyy))) {
+    result.document.history.emplace_back("The sign of Ey, turned in the survey, is turned back");
+  }
+  return result;
+}
+
+}  // namespace Module_exchange

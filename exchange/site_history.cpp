@@ -1,0 +1,208 @@
+#include "exchange/site_history.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <map>
+#include <utility>
+
+#include "core/number_text.h"
+#include "database/survey_database.h"
+
+namespace Module_exchange {
+
+namespace {
+
+using Module_database::StoredReading;
+using Module_tensor::curve_types;
+using Module_tensor::CurveSource;
+using Module_tensor::StationCurves;
+
+constexpr double date_not_known = 2.0;  // 1 January 1900: what an import takes for a file without a date
+
+std::string counted(std::size_t count, const std::string& one, const std::string& several) {
+  return plain_text(static_cast<std::int64_t>(count)) + ' ' + (count == 1 ? one : several);
+}
+
+/// Sentences about components, those of one content together.
+class SentencesOfTypes {
+ public:
+  void add(std::size_t type, const std::string& sentence) {
+    if (sentence.empty()) {
+      return;
+    }
+    const auto same = std::ranges::find(groups_, sentence, &Group::sentence);
+    if (same == groups_.end()) {
+      groups_.push_back({std::string(curve_types[type]), sentence});
+    } else {
+      same->types += ", " + std::string(curve_types[type]);
+    }
+  }
+  void give(std::vector<std::string>& sentences) const {
+    for (const Group& group : groups_) {
+      sentences.push_back(group.types + ": " + group.sentence);
+    }
+  }
+
+ private:
+  struct Group {
+    std::string types;
+    std::string sentence;
+  };
+  std::vector<Group> groups_;
+};
+
+/// How many readings of a scan rate (Hz) were read from files, and how many of them are switched off.
+struct RateReadings {
+  std::size_t count = 0;
+  std::size_t off = 0;
+};
+using ReadingsOfTypes = std::array<std::map<float, RateReadings>, curve_types.size()>;
+
+std::string of_station(const Module_tensor::LineChoice& choice, const StationCurves& curves) {
+  return choice.criteria() + " AND Station = " + criterion_text(curves.station) +
+         " AND ReductionType IN (0,1,2) AND FileID > 0";
+}
+
+ReadingsOfTypes readings_of(const std::string& criteria) {
+  ReadingsOfTypes readings;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DataType,SampleRate,UseReading FROM ReadingsDataTable WHERE " + criteria);
+  for (; !rows.eof(); rows.move_next()) {
+    if (const auto type = Module_tensor::curve_type_index(rows.get_text("DataType"))) {
+      RateReadings& of_rate = readings[*type][rows.get_single("SampleRate")];
+      ++of_rate.count;
+      of_rate.off += rows.get_bit("UseReading") ? 0 : 1;
+    }
+  }
+  return readings;
+}
+
+/// "3 repeats at 4096 Hz averaged, 1 at 256 Hz (1 switched off); 2 scan rates merged"
+std::string reading_text(const std::map<float, RateReadings>& rates) {
+  std::string text;
+  std::size_t merged = 0;
+  for (auto rate = rates.rbegin(); rate != rates.rend(); ++rate) {
+    const auto& [scan_rate, readings] = *rate;
+    const std::size_t used = readings.count - readings.off;
+    text += (text.empty() ? "" : ", ") + (used > 1 ? "average of " + counted(used, "repeat", "repeats")
+                                                   : counted(used, "reading", "readings"));
+    text += scan_rate > 0.0F ? " at " + plain_text(scan_rate) + " Hz" : "";
+    text += readings.off > 0
+                ? " (" + plain_text(static_cast<std::int64_t>(readings.off)) + " more switched off)"
+                : "";
+    merged += used > 0 ? 1 : 0;
+  }
+  return merged > 1 ? text + "; " + counted(merged, "scan rate", "scan rates") + " merged" : text;
+}
+
+/// How many points of a quantity have a value that doesn't count, and in how many others a repeat is masked.
+struct MaskCount {
+  std::size_t masked = 0;
+  std::size_t partly = 0;
+};
+
+MaskCount masks_of(const StoredReading& merged, const CurveSource& source, std::size_t quantity) {
+  MaskCount count;
+  for (std::size_t at = 0; at < source.regardless_of_masks.size(); ++at) {
+    const bool has_value = source.regardless_of_masks[at][quantity].value > present_above;
+    const bool counts = merged.curve.point_counts(static_cast<int>(quantity) + 1, at);
+    count.masked += has_value && !counts ? 1 : 0;
+    count.partly += counts && source.some_masked[at][quantity] ? 1 : 0;
+  }
+  return count;
+}
+
+std::string mask_text(const MaskCount& count, const std::string& one, const std::string& several) {
+  std::string text = count.masked > 0 ? counted(count.masked, one, several) + " masked" : "";
+  if (count.partly > 0) {
+    text += (text.empty() ? "" : ", ") + counted(count.partly, one, several) + " with masked repeats";
+  }
+  return text;
+}
+
+/// "3 resistivities masked, 5 phases masked, 1 phase with masked repeats"
+std::string masks_text(std::size_t type, const StoredReading& merged, const CurveSource& source) {
+  const bool is_tipper = Module_database::is_tipper(curve_types[type]);
+  const std::string first = is_tipper
+                                ? mask_text(masks_of(merged, source, 0), "real part", "real parts")
+                                : mask_text(masks_of(merged, source, 0), "resistivity", "resistivities");
+  const std::string second = is_tipper
+                                 ? mask_text(masks_of(merged, source, 1), "imaginary part", "imaginary parts")
+                                 : mask_text(masks_of(merged, source, 1), "phase", "phases");
+  return first + (first.empty() || second.empty() ? "" : ", ") + second;
+}
+
+std::string switch_text(const StoredReading& merged) {
+  return !merged.UseReading       ? "switched off"
+         : !merged.UseResistivity ? "resistivity switched off"
+         : !merged.UsePhase       ? "phase switched off"
+                                  : "";
+}
+
+std::string static_text(std::size_t type, const StoredReading& merged) {
+  return merged.ResOffset == 1.0F || Module_database::is_tipper(curve_types[type])
+             ? ""
+             : "static factor " + plain_text(merged.ResOffset) +
+                   " included in the resistivity, its root in the "
+                   "impedance";
+}
+
+std::optional<double> earliest_date(const std::string& criteria) {
+  std::optional<double> earliest;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DateCollected FROM FileTable WHERE ID IN (SELECT FileID FROM ReadingsDataTable WHERE " +
+      criteria + ")");
+  for (; !rows.eof(); rows.move_next()) {
+    if (rows.is_null("DateCollected")) {
+      continue;
+    }
+    const double date = rows.get_date("DateCollected");
+    if (date > date_not_known && (!earliest || date < *earliest)) {
+      earliest = date;
+    }
+  }
+  return earliest;
+}
+
+std::size_t frequencies_switched_off(const StationCurves& curves, const Frequencies& frequencies) {
+  std::vector<float> off;
+  for (const StoredReading& merged : curves.merged) {
+    std::ranges::copy_if(merged.curve.frequencies, std::back_inserter(off), [&](float frequency) {
+      const std::int32_t at = frequencies.position(frequency);
+      return at >= 0 && !frequencies.is_enabled(at);
+    });
+  }
+  std::ranges::sort(off);
+  return static_cast<std::size_t>(std::ranges::unique(off).begin() - off.begin());
+}
+
+}  // namespace
+
+StationPast station_past(const Module_tensor::LineChoice& choice, const StationCurves& curves,
+                         const Frequencies& frequencies) {
+  const std::string criteria = of_station(choice, curves);
+  const ReadingsOfTypes readings = readings_of(criteria);
+  SentencesOfTypes sentences;
+  for (std::size_t type = 0; type < curve_types.size(); ++type) {
+    sentences.add(type, reading_text(readings[type]));
+  }
+  for (std::size_t type = 0; type < curve_types.size(); ++type) {
+    if (const StoredReading& merged = curves.merged[type]; merged.ID != 0) {
+      sentences.add(type, masks_text(type, merged, curves.sources[type]));
+      sentences.add(type, switch_text(merged));
+      sentences.add(type, static_text(type, merged));
+    }
+  }
+  StationPast past;
+  sentences.give(past.sentences);
+  if (const std::size_t off = frequencies_switched_off(curves, frequencies); off > 0) {
+    past.sentences.push_back(counted(off, "frequency", "frequencies") + " switched off and left out");
+  }
+  past.date_collected = earliest_date(criteria);
+  return past;
+}
+
+}  // namespace Module_exchange
