@@ -1,6 +1,7 @@
 #include "formats/csv/curve_columns.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/text_fields.h"
 
