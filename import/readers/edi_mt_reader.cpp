@@ -66,20 +66,23 @@ struct SectionReadings {
 };
 
 // Some programs write the azimuth of the axes there, others the angle by which they turned the data: nothing
-// is turned by it.
+// is turned by it. What is neither 0 nor that of the sensors, with either sign, tells of other axes than
+// theirs.
 void remark_on_rotation(const EdiSection& section, FileReport& report) {
   constexpr double same_axes = 0.5;  // degrees
   const double sensor = section.local_hx ? section.local_hx->AZM : 0.0;
-  const auto found = std::ranges::find_if(section.ZROT, [&](float rotation) {
-    return !is_absent(rotation) && rotation != 0.0F &&
-           std::abs(std::remainder(static_cast<double>(rotation) - sensor, 360.0)) > same_axes;
+  const auto found = std::ranges::find_if(section.ZROT, [&](double rotation) {
+    const auto differs_from = [&](double angle) {
+      return std::abs(std::remainder(rotation - angle, 360.0)) > same_axes;
+    };
+    return !is_absent(rotation) && differs_from(0.0) && differs_from(sensor) && differs_from(-sensor);
   });
   if (found != section.ZROT.end()) {
     formats::remark_ignored(report, section.line_number,
                             "ZROT is " + plain_text(*found) + " degrees and the azimuth of HX " +
                                 plain_text(sensor) +
-                                ": the axes of the impedances may be turned; their readings "
-                                "keep the azimuth of HX",
+                                ": the axes of the impedances may be turned; their readings keep the azimuth "
+                                "of HX",
                             "impedances whose axes may be turned");
   }
 }
