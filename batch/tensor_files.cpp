@@ -5,6 +5,7 @@
 #include <iomanip>
 
 #include "core/number_text.h"
+#include "formats/csv/csv_records.h"
 #include "tensor/tensor_quantities.h"
 
 namespace Batch {
@@ -67,17 +68,7 @@ Json station_json(const LineStation& station, const std::vector<TensorQuantity>&
   return json;
 }
 
-/// A text as one cell: in quotation marks where it holds what separates cells.
-std::string cell(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) {
-    return text;
-  }
-  std::string quoted = "\"";
-  for (const char c : text) {
-    quoted += c == '"' ? "\"\"" : std::string(1, c);
-  }
-  return quoted + '"';
-}
+std::string cell(const std::string& text) { return formats::csv::csv_field(text); }
 
 std::string cell(double value) { return std::isfinite(value) ? criterion_text(value) : std::string(); }
 

@@ -8,6 +8,7 @@
 
 #include "core/number_text.h"
 #include "exchange/csv_cells.h"
+#include "tensor/rotated_readings.h"
 #include "tensor/tensor_quantities.h"
 
 namespace Module_exchange {
@@ -106,7 +107,7 @@ std::string names_of(const std::vector<TensorQuantity>& quantities) {
 StationTensor tensor_to_write(const LineContents& line, std::size_t station, std::optional<double> rotation) {
   StationTensor tensor = line.tensors.stations[station];
   leave_out_disabled(line.frequencies, tensor);
-  return rotation ? turned_to(tensor, *rotation) : tensor;
+  return rotation ? rotated_tensor(tensor, *rotation) : tensor;
 }
 
 }  // namespace

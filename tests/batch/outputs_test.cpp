@@ -90,7 +90,7 @@ TEST_F(Batch_program, Help_is_text_of_every_command) {
   const Outcome all = run({"--help"});
   for (const char* command :
        {"new", "import", "recalculate", "info", "curve", "zonge", "rhoplus", "invert", "occam", "occam-info",
-        "remove", "rename", "response", "grid", "mask-topo", "projection", "tensor"}) {
+        "remove", "rename", "response", "grid", "mask-topo", "projection", "tensor", "export"}) {
     SCOPED_TRACE(command);
     EXPECT_NE(all.output.find(command), std::string::npos);
     const Outcome help = run({command, "--help"});
