@@ -10,6 +10,7 @@
 #include "core/line_reader.h"
 #include "formats/csv/curve_table.h"
 #include "fuzz/input_file.h"
+#include "fuzz/scan_input.h"
 
 using namespace formats::csv;
 
@@ -59,5 +60,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const std::runtime_error&) {
     return 0;  // no text file
   }
+  scan_input(data, size, Module_data_file::format_curve_table);
   return 0;
 }

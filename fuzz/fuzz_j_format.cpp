@@ -8,6 +8,7 @@
 #include "core/line_reader.h"
 #include "formats/j_format/j_format.h"
 #include "fuzz/input_file.h"
+#include "fuzz/scan_input.h"
 #include "fuzz/sound_functions.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -19,5 +20,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const std::runtime_error&) {
     return 0;  // no text file
   }
+  scan_input(data, size, Module_data_file::format_j);
   return 0;
 }

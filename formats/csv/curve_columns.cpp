@@ -1,6 +1,7 @@
 #include "formats/csv/curve_columns.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/text_fields.h"
 
@@ -61,8 +62,8 @@ std::string missing_curve_column(const CurveColumns& columns) {
 
 char header_separator(std::string_view header) {
   constexpr std::array<char, 3> separators{',', ';', '\t'};
-  return *std::ranges::max_element(
-      separators, {}, [&](char separator) { return std::ranges::count(header, separator); });
+  return *std::ranges::max_element(separators, {},
+                                   [&](char separator) { return std::ranges::count(header, separator); });
 }
 
 }  // namespace formats::csv

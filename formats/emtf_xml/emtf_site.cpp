@@ -48,10 +48,9 @@ Site read_site(const pugi::xml_node& root, FileReport& report) {
   const pugi::xml_node site = child_of(root, "Site");
   result.id = text_of(child_of(site, "Id"));
   result.name = text_of(child_of(site, "Name"));
-  result.product = text_of(child_of(root, "ProductId"));
   result.date = date_of(site, root);
   if (result.id.empty()) {
-    result.id = result.product;
+    result.id = text_of(child_of(root, "ProductId"));
   }
   const pugi::xml_node location = child_of(site, "Location");
   result.datum = text_from_field_file(attribute_of(location, "datum"));

@@ -7,7 +7,7 @@
 
 namespace formats::emtf_xml {
 
-/// Name, product, place and date, and the azimuth of axes that are orthogonal. The date is that at which the
+/// Name, place and date, and the azimuth of axes that are orthogonal. The date is that at which the
 /// site's recording began, of a year its first day.
 transfer_function::Site read_site(const pugi::xml_node& root, FileReport& report);
 

@@ -65,7 +65,7 @@ class JFormatReader {
       }
     }
     finish();
-    return report_.failure.empty() ? std::move(result_) : TransferFunction{};
+    return std::move(result_);
   }
 
  private:
@@ -132,19 +132,26 @@ class JFormatReader {
       return;
     }
     check_block(type);
-    std::int64_t row = 0;
-    bool is_row = true;
-    while (row < *count && (is_row = next_row(line) && !block_type(line))) {
+    for (std::int64_t row = 0; row < *count; ++row) {
+      const bool is_line = next_row(line);
+      if (!is_line || block_type(line)) {
+        end_early(type, plain_text(row) + " rows of " + plain_text(*count), is_line);
+        if (is_line) {
+          keep(line);
+        }
+        return;
+      }
       read_row(type, line);
-      ++row;
     }
-    if (row < *count) {
-      remark_unreadable(
-          report_, lines_.line_number(),
-          "the block " + type.name + " has " + plain_text(row) + " rows of " + plain_text(*count));
-    }
-    if (!is_row && block_type(line)) {
-      keep(line);
+  }
+
+  /// A count may be wrong; at the end of the file the file was cut off. Either way the rows that there are
+  /// count.
+  void end_early(const BlockType& type, const std::string& rows, bool has_more) {
+    if (has_more) {
+      remark_unreadable(report_, lines_.line_number(), "the block " + type.name + " has " + rows);
+    } else {
+      report_.failure = "the file ends inside the block " + type.name + ", after " + rows;
     }
   }
 

@@ -15,7 +15,7 @@ namespace formats::j_format {
 
 /// Reads a file. Impedances of files whose unit is ohm, or which say so beside resistivities of field units,
 /// come as mV/km/nT. Errors of resistivity and phase are halves of their limits. What can't be read is in the
-/// report; its failure says why there is nothing.
+/// report; its failure says why there is nothing, or that the file is cut off.
 transfer_function::TransferFunction read_j_format(LineReader& lines, FileReport& report);
 
 /// Whether the lines that follow one another are a type of block and its count: what a file of this format is

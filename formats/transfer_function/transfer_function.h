@@ -53,7 +53,6 @@ struct Point {
 struct Site {
   std::string id;                   // as the file has it; empty if it has none
   std::string name;                 // the same
-  std::string product;              // likewise: tells sites apart that share an id
   std::optional<double> latitude;   // degrees, north positive
   std::optional<double> longitude;  // degrees, east positive, -180 to 180
   std::optional<double> elevation;  // m

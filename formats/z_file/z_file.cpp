@@ -68,6 +68,7 @@ class ZFileReader {
     bool in_band = false;
     while (next_line(line)) {
       if (const auto period = behind(line, "period")) {
+        ++bands_begun_;
         in_band = begin_band(*period, band);
       } else if (in_band && behind(line, "transfer functions")) {
         in_band = read_rows(
@@ -83,6 +84,9 @@ class ZFileReader {
         }
         in_band = false;
       }
+    }
+    if (in_band || short_row_at_ == lines_.line_number()) {
+      fail("the file ends inside a band");
     }
   }
 
@@ -122,16 +126,16 @@ class ZFileReader {
       rows.push_back(numbers_of(line));
       if (rows.back().size() < width(rows.size() - 1)) {
         kept_ = line;
+        short_row_at_ = lines_.line_number();
         remark_unreadable(report_, lines_.line_number(),
                           "a row of a band is too short, and the band is left out");
         return false;
       }
     }
     if (rows.size() < count) {
-      remark_unreadable(report_, lines_.line_number(), "the file ends inside a band, which is left out");
-      return false;
+      fail("the file ends inside a band");
     }
-    return true;
+    return rows.size() == count;
   }
 
   void finish_band(const Band& band) {
@@ -144,15 +148,13 @@ class ZFileReader {
     }
   }
 
-  /// A file may have been cut between two bands, where nothing else shows it.
+  /// A file may have been cut between two bands, where nothing else shows it. What stands before counts.
   void tell_what_is_missing() {
     if (result_.points.empty()) {
       fail("the file has no band of transfer functions");
-    } else if (head_.band_count > 0 && result_.points.size() != head_.band_count) {
-      remark_unreadable(report_, 0,
-                        "the file has " + plain_text(static_cast<std::int64_t>(result_.points.size())) +
-                            " whole bands, its head says " +
-                            plain_text(static_cast<std::int64_t>(head_.band_count)));
+    } else if (bands_begun_ < head_.band_count) {
+      fail("the file ends after " + plain_text(static_cast<std::int64_t>(bands_begun_)) + " bands of " +
+           plain_text(static_cast<std::int64_t>(head_.band_count)));
     }
   }
 
@@ -213,6 +215,8 @@ class ZFileReader {
   TransferFunction result_;
   ZHead head_;
   ChannelAzimuths azimuths_;
+  std::size_t bands_begun_ = 0;
+  std::int64_t short_row_at_ = 0;  // line
   std::string kept_;
 };
 

@@ -13,8 +13,9 @@ namespace formats::z_file {
 
 /// Reads a file. Values are in orthogonal axes with x along Hx, variances follow from the
 /// covariances (Eisel & Egbert 2001, GJI 144, 65-82). A period that two decimation levels have comes twice. A
-/// band that isn't whole is left out. Dipoles laid out the other way round are left as the file has them.
-/// What can't be read is in the report; its failure says why there is nothing.
+/// band that isn't whole is left out; of a file that is cut off the bands before count, and the failure says
+/// so. Dipoles laid out the other way round are left as the file has them. What can't be read is in the
+/// report; its failure says why there is nothing.
 transfer_function::TransferFunction read_z_file(LineReader& lines, FileReport& report);
 
 /// Whether a text line is one of the first that such a file has.

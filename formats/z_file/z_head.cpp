@@ -180,9 +180,11 @@ ChannelAzimuths ZHead::azimuths() const {
 }
 
 std::optional<std::string_view> behind(std::string_view line, std::string_view word) {
-  const std::string upper = upper_case(line);
-  const std::size_t at = upper.find(upper_case(word));
-  return at == std::string::npos ? std::nullopt : std::optional(line.substr(at + word.size()));
+  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
+  const auto is_same = [&](char a, char b) { return upper(a) == upper(b); };
+  const auto found = std::search(line.begin(), line.end(), word.begin(), word.end(), is_same);
+  const auto place = static_cast<std::size_t>(found - line.begin());
+  return found == line.end() ? std::nullopt : std::optional(line.substr(place + word.size()));
 }
 
 std::vector<double> numbers_of(std::string_view text) {

@@ -77,6 +77,11 @@ std::vector<AvgColumn> avg_heading(std::string_view line) {
   return is_heading ? columns : std::vector<AvgColumn>{};
 }
 
+bool is_avg_set_heading(std::string_view line) {
+  constexpr std::array<std::string_view, 5> names{"skp", "Station", "Freq", "Resistivity", "Phase"};
+  return std::ranges::equal(avg_items(line), names, equal_ignoring_case);
+}
+
 std::optional<Component> avg_component(std::string_view name) {
   struct Name {
     std::string_view text;

@@ -31,6 +31,10 @@ std::vector<std::string_view> avg_items(std::string_view line);
 /// The columns of a heading; empty if the line is none.
 std::vector<AvgColumn> avg_heading(std::string_view line);
 
+/// Whether a line is the heading of a set that this program writes: its tables name no component, which is
+/// in the name of the file, and have phases in degrees.
+bool is_avg_set_heading(std::string_view line);
+
 /// The component of a name such as "ExHy", "Zxy" or, with a remote reference, "Zxyr".
 std::optional<transfer_function::Component> avg_component(std::string_view name);
 

@@ -55,6 +55,7 @@ class AvgReader {
     if (!report_.failure.empty()) {
       return {};
     }
+    take_phases_of_set();
     for (AvgStation& station : stations_) {
       drop_unsound_numbers(station.function);
     }
@@ -75,8 +76,31 @@ class AvgReader {
       take_avg_fact(facts_, line.substr(1), report_, lines_.line_number());
     } else if (auto columns = avg_heading(line); !columns.empty()) {
       columns_ = std::move(columns);
+      in_set_ = is_avg_set_heading(line);
     } else if (!columns_.empty()) {
       take_row(line);
+    }
+  }
+
+  /// Older programs wrote milliradians into the same columns; no angle is beyond a turn.
+  void take_phases_of_set() {
+    constexpr double turn = 360.0;
+    const auto each_phase = [&](const auto& take) {
+      for (AvgStation& station : stations_) {
+        for (Point& point : station.function.points) {
+          if (!station.names_component) {
+            take(point.of(Component::zxy).phase);
+          }
+        }
+      }
+    };
+    double largest = 0.0;
+    each_phase([&](double phase) { largest = std::abs(phase) > largest ? std::abs(phase) : largest; });
+    if (largest > turn) {
+      each_phase([&](double& phase) { phase = std::remainder(phase * facts_.degrees_of_phase, turn); });
+      remark_ignored(
+          report_, 0,
+          "phases up to " + plain_text(largest) + " are no degrees; they are taken as milliradians");
     }
   }
 
@@ -94,7 +118,7 @@ class AvgReader {
   Row row_of(const std::vector<std::string_view>& items) {
     Row row;
     row.station = facts_.station().value_or(not_given);
-    row.component = facts_.component;
+    row.component = in_set_ ? std::string_view("ExHy") : facts_.component;
     for (std::size_t i = 0; i < std::min(items.size(), columns_.size()); ++i) {
       switch (columns_[i]) {
         case AvgColumn::skip:
@@ -117,7 +141,8 @@ class AvgReader {
           row.value.resistivity = number_in(items[i]);
           break;
         case AvgColumn::phase:
-          row.value.phase = std::remainder(number_in(items[i]) * facts_.degrees_of_phase, 360.0);
+          row.value.phase = in_set_ ? number_in(items[i])
+                                    : std::remainder(number_in(items[i]) * facts_.degrees_of_phase, 360.0);
           break;
         case AvgColumn::impedance:
           row.magnitude = number_in(items[i]);
@@ -202,6 +227,7 @@ class AvgReader {
       points_.emplace_back();
     }
     AvgStation& known = stations_[place->second];
+    known.names_component = known.names_component && !in_set_;
     known.dipole = known.dipole ? known.dipole : facts_.dipole;
     known.place = known.place ? known.place : facts_.place;
     transfer_function::Site& site = known.function.site;
@@ -223,6 +249,7 @@ class AvgReader {
   std::vector<transfer_function::PointPlaces> points_;  // by station
   std::vector<AvgColumn> columns_;                      // of the table under way
   AvgFacts facts_;                                      // of the table under way
+  bool in_set_ = false;                                 // it is one that this program writes
   std::optional<std::string> told_component_;
   std::size_t row_count_ = 0;
 };

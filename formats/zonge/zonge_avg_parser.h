@@ -18,6 +18,7 @@ namespace formats::zonge {
 
 struct AvgStation {
   double station = 0.0;
+  bool names_component = true;   // false, of a set of one component: its curve stands as zxy
   std::optional<double> dipole;  // m
   std::optional<AvgMapPlace> place;
   transfer_function::TransferFunction function;

@@ -9,7 +9,6 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/text_fields.h"
-#include "database/line_names.h"
 #include "formats/csv/curve_table.h"
 #include "formats/field_values.h"
 #include "formats/head_dates.h"
@@ -48,6 +47,21 @@ EventKey event_of(const CurveRows& rows, const std::string& line, std::int32_t R
           rows.dipole.value_or(none),
           rows.event.value_or(-1),
           is_merged ? rows.scan_rate.value_or(none) : none};
+}
+
+// A table that says which points are masked says so of negative phases, too.
+bool masks_all_of_yx(const std::vector<CurveRows>& curves) {
+  bool any = false;
+  for (const CurveRows& rows : curves) {
+    for (std::size_t index = 0; rows.data_type == yx && index < rows.points.size(); ++index) {
+      const CurvePoint& point = rows.points[index];
+      if (point.phase >= 0.0 || point.phase_masked) {
+        return false;
+      }
+      any = any || point.phase < 0.0;
+    }
+  }
+  return any;
 }
 
 std::vector<float> phases_of_yx(const std::vector<CurveRows>& curves) {
@@ -131,6 +145,7 @@ class TableStore {
   /// @return false after a failure to store, whose message was shown
   bool store() {
     set_up_header();
+    task_.report.all_yx_phases_negative = masks_all_of_yx(curves_);
     turn_ = turns_ey(task_.record, [&] { return mostly_in_third_quadrant(phases_of_yx(curves_)); });
     for (std::size_t index = 0; index < curves_.size(); ++index) {
       if (!take(curves_[index])) {
@@ -224,23 +239,18 @@ bool TableStore::take(const CurveRows& rows) {
 
 // @return false if the survey can't have such a line; the report says so
 bool TableStore::take_line(const CurveRows& rows) {
-  constexpr std::size_t longest_line = 32;  // bytes of the column
-  ReadingRecord& record = task_.record;
-  record.LineNumber = line_;
-  Module_database::LineName name;
+  task_.record.LineNumber = line_;
   if (rows.line.empty()) {
     return true;
   }
-  if (Module_database::line_fault(rows.line, record.choices.line_direction, name).empty()) {
-    record.LineNumber = name.text;
-  } else if (rows.line.size() <= longest_line && rows.line.find('\'') == std::string::npos) {
-    record.LineNumber = rows.line;
-  } else {
+  const auto line = line_of_file(rows.line, task_.record.choices.line_direction);
+  if (!line) {
     remark_unreadable(task_.report, rows.line_number,
                       "line " + formats::in_quotes(rows.line) +
                           " is longer than 32 characters or has an apostrophe; its curve is left out");
     return false;
   }
+  task_.record.LineNumber = *line;
   return true;
 }
 

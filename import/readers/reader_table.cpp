@@ -7,6 +7,7 @@
 #include "import/readers/em1dfm_reader.h"
 #include "import/readers/fixed_column_reader.h"
 #include "import/readers/site_file_reader.h"
+#include "import/readers/zonge_avg_reader.h"
 #include "import/readers/zonge_raw_reader.h"
 
 namespace Module_data_file {
@@ -27,6 +28,8 @@ FieldReader reader_of(std::int32_t file_format) {
     case format_z_file:
     case format_j:
       return read_site;
+    case format_zonge_avg:
+      return read_averages;
     case format_curve_table:
       return read_curves;
     default:

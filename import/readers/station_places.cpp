@@ -45,6 +45,16 @@ void remark_on_other_place(const MapPosition& given, const ReadingRecord& record
 
 }  // namespace
 
+std::optional<std::string> line_of_file(std::string_view text, Module_database::LineDirection direction) {
+  constexpr std::size_t longest_line = 32;  // bytes of the column
+  Module_database::LineName name;
+  if (Module_database::line_fault(text, direction, name).empty()) {
+    return name.text.size() <= longest_line ? std::optional(name.text) : std::nullopt;
+  }
+  const bool fits = text.size() <= longest_line && text.find('\'') == std::string_view::npos;
+  return fits ? std::optional(std::string(text)) : std::nullopt;
+}
+
 void find_station_at(const StationPlace& place, FileTask& task) {
   ReadingRecord& record = task.record;
   std::optional<MapPosition> map = place.map;

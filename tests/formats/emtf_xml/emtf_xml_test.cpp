@@ -123,7 +123,7 @@ TEST(Emtf_xml, Channels_along_the_axes_keep_their_variances) {
 TEST(Emtf_xml, Sites_have_what_is_said_of_them) {
   const auto site = [](const std::string& text) { return read_text(made(text, one_period)).function.site; };
   EXPECT_EQ(site("<Name>A</Name>").id, "P.1");
-  EXPECT_EQ(site("<Id>7</Id>").product, "P.1");
+  EXPECT_EQ(site("<Id>7</Id>").id, "7");
   EXPECT_EQ(site("<YearCollected>2019</YearCollected>").date, "2019-01-01");
   EXPECT_EQ(site("<YearCollected>2019, 2020</YearCollected>").date, "");
   EXPECT_EQ(site("<Start>2020-08-19T01:02:03</Start><YearCollected>2019</YearCollected>").date,

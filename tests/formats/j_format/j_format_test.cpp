@@ -179,6 +179,9 @@ TEST(J_format, Says_what_it_cannot_read) {
   EXPECT_EQ(read_text("").report.failure, "the file has no block of transfer functions");
   EXPECT_EQ(read_text("S\nRXY\n99999999999999\n").report.failure,
             "the file has no block of transfer functions");
+  const Read cut_off = read_text("S\nZXY FIELD\n3\n-10 1 2 0.1 1\n");
+  EXPECT_EQ(cut_off.report.failure, "the file ends inside the block ZXY, after 1 rows of 3");
+  EXPECT_TRUE(cut_off.function.points.at(0).of(Component::zxy).has_value());
   const Read cut = read_text("S\nZXY\n3\n-10 1 2 0.1 1\nZYX\n1\n-10 1 2 0.1 1\n");
   ASSERT_EQ(cut.report.unreadable.size(), 1U);
   EXPECT_EQ(cut.report.unreadable[0].text, "the block ZXY has 1 rows of 3");

@@ -76,7 +76,7 @@ TEST(Z_file, Says_what_it_cannot_read) {
   const std::size_t residuals = whole.find(" Residual");
   const Case cases[] = {{"", "the file ends before the orientations of its channels"},
                         {whole.substr(0, whole.find("period")), "the file has no band of transfer functions"},
-                        {whole.substr(0, residuals + 30), "the file has no band of transfer functions"},
+                        {whole.substr(0, residuals + 30), "the file ends inside a band"},
                         {std::string(whole).replace(whole.find("   5   number"), 4, "   9"),
                          "the number of channels isn't 3, 4 or 5"},
                         {std::string(whole).replace(whole.find("S7  Ex"), 6, "S7  Qx"),
@@ -105,7 +105,7 @@ TEST(Z_file, Leaves_out_the_bands_that_lack_something) {
     const Read made = read(folder.write("made.zmm", head + band + middle + band));
     EXPECT_EQ(made.report.failure, "");
     EXPECT_EQ(made.function.points.size(), 2U);  // two bands of one period are two points
-    EXPECT_EQ(made.report.unreadable.size(), 2U);
+    EXPECT_EQ(made.report.unreadable.size(), 1U);
     return made.report.unreadable.empty() ? std::string() : made.report.unreadable.front().text;
   };
   EXPECT_EQ(told(band.substr(0, power) + band.substr(residuals)), "a band lacks a matrix and is left out");
@@ -116,6 +116,19 @@ TEST(Z_file, Leaves_out_the_bands_that_lack_something) {
             "a row of a band is too short, and the band is left out");
   EXPECT_EQ(told("period : 0.0\n" + band.substr(band.find('\n') + 1)),
             "a band has no period above 0 and is left out");
+}
+
+TEST(Z_file, Cut_off_gives_the_bands_before) {
+  const TemporaryFolder folder;
+  std::string text = made_file();
+  text.replace(text.find("frequencies   1"), 15, "frequencies   2");
+  const Read at_band = read(folder.write("made.zmm", text));
+  EXPECT_EQ(at_band.report.failure, "the file ends after 1 bands of 2");
+  EXPECT_EQ(at_band.function.points.size(), 1U);
+  const std::size_t begin = text.find("period");
+  const Read inside = read(folder.write("made.zmm", text + text.substr(begin, text.size() - begin - 30)));
+  EXPECT_EQ(inside.report.failure, "the file ends inside a band");
+  EXPECT_EQ(inside.function.points.size(), 1U);
 }
 
 TEST(Z_file, Knows_its_head_by_words) {
