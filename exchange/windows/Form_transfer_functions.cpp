@@ -39,6 +39,9 @@ QPushButton* make_button(const QString& name, const QString& text, const QString
 /// What was written, and what the user has to know of it.
 std::string told_of(const ExportChoices& choices, const ExportResult& result) {
   std::string text = export_summary(choices, result);
+  if (result.files.empty()) {
+    return text;
+  }
   const std::size_t shown = std::min(result.remarks.size(), most_remarks_told);
   for (std::size_t index = 0; index < shown; ++index) {
     text += (index == 0 ? "\n\n" : "\n") + result.remarks[index];

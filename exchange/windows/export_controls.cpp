@@ -68,6 +68,7 @@ ExportControls::ExportControls(QWidget* parent)
       dipole_(make_list("Combo_export_dipole")),
       rotate_(named(new QCheckBox("Ro&tate to"), "Check_export_rotate")),
       rotation_(make_text("Text_export_rotation", 8)),
+      rotation_unit_(new QLabel("degrees from north")),
       rotation_fault_(make_fault("Label_rotation_fault")),
       reduction_(make_list("Combo_export_reduction")),
       rhoplus_(named(new QCheckBox("R&ho+ results"), "Check_export_rhoplus")),
@@ -135,7 +136,7 @@ QFormLayout* ExportControls::make_choices() {
   auto* const turned = new QHBoxLayout;
   turned->addWidget(rotate_);
   turned->addWidget(rotation_);
-  turned->addWidget(new QLabel("degrees from north"));
+  turned->addWidget(rotation_unit_);
   turned->addWidget(rotation_fault_, 1);
   auto* const tables = new QHBoxLayout;
   tables->addWidget(reduction_);
@@ -155,6 +156,8 @@ QVBoxLayout* ExportControls::make_folder() {
   folders_->setAccessibleName("Folders");
   folders_->setToolTip("The folder that the files go to");
   folders_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // as high as the other columns
+  constexpr int least_characters = 24;
+  folder_->setMinimumWidth(least_characters * fontMetrics().averageCharWidth());
   auto* const typed = new QHBoxLayout;
   add_labelled(*typed, "F&older", folder_);
   auto* const rows = new QVBoxLayout;
@@ -294,6 +297,7 @@ void ExportControls::follow(const ExportEntries& entries) {
   rotate_->setEnabled(rotates);
   rotation_->setEnabled(rotates && entries.rotate);
   rotation_fault_->setText(qt_text(fault_of_rotation(entries)));
+  rotation_unit_->setVisible(rotation_fault_->text().isEmpty());  // there is no room for both
   const bool csv = takes_csv_choices(entries);
   reduction_->setEnabled(csv);
   rhoplus_->setEnabled(csv);

@@ -52,6 +52,7 @@ class ExportControls : public QWidget {
   QComboBox* dipole_;
   QCheckBox* rotate_;
   QLineEdit* rotation_;
+  QLabel* rotation_unit_;
   QLabel* rotation_fault_;
   QComboBox* reduction_;
   QCheckBox* rhoplus_;

@@ -111,6 +111,7 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
   void open_window() {
     window_.reset();
     window_ = std::make_unique<Form_transfer_functions>(entries_, rhoplus_);
+    window_->resize(1200, 700);  // more than the platform's screen
     window_->show();
     QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
     settle();
@@ -201,7 +202,8 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     control<QCheckBox>("Check_export_rotate").click();
     for (const char* const wrong : {"x", "361", ""}) {
       type("Text_export_rotation", wrong);
-      QVERIFY2(!label("Label_rotation_fault").isEmpty(), wrong);
+      const auto& told = control<QLabel>("Label_rotation_fault");
+      QVERIFY2(!told.text().isEmpty() && told.sizeHint().width() <= told.width(), wrong);
       QVERIFY2(!may_write() && rows().rowCount() == 0, wrong);
     }
     type("Text_export_rotation", "-30.5");
