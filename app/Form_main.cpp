@@ -39,6 +39,7 @@
 #include "database/survey_database.h"
 #include "database/windows/Form_view_table.h"
 #include "display/windows/line_document.h"
+#include "exchange/windows/Form_transfer_functions.h"
 #include "import/field_files.h"
 #include "import/windows/Form_import_MTData.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
@@ -214,6 +215,7 @@ void Form_main::connect_output_menus() {
           [this] { show_output_panel(Module_output::OutputKind::rhoplus); });
   connect(ui_->menu_output_data_1, &QAction::triggered, this,
           [this] { show_output_panel(Module_output::OutputKind::zonge); });
+  connect(ui_->menu_transfer_functions, &QAction::triggered, this, &Form_main::write_transfer_functions);
   connect(output_, &OutputPanel::done, this, [this] { show_panels(session().station_count > 0); });
   connect(ui_->menu_occam2d, &QAction::triggered, results_, &ResultsWindows::open_chosen);
   connect(rhoplus_, &RhoplusWindows::inversion_wanted, results_,
@@ -226,6 +228,8 @@ void Form_main::connect_output_menus() {
   connect(ui_->menu_tensor_map, &QAction::triggered, tensor_, &TensorWindows::show_map);
   connect(tensor_, &TensorWindows::strike_chosen, rhoplus_, &RhoplusWindows::propose_strike);
   connect(tensor_, &TensorWindows::strike_chosen, output_, &OutputPanel::propose_strike);
+  connect(tensor_, &TensorWindows::strike_chosen, this,
+          [this](std::optional<double> strike) { export_entries_.propose_strike(strike); });
   connect(ui_->menu_rhoplus_options, &QAction::triggered, rhoplus_, &RhoplusWindows::edit_settings);
   connect(ui_->Picture_station, &StationPanel::inversion_wanted, rhoplus_, &RhoplusWindows::show_results);
 }
@@ -467,6 +471,10 @@ void Form_main::write_line_document() {
                            Module_averaged_data::Outcome::finished) {
     user_interface().show_message("The graphs of line " + session().current_line + " are written to " + path);
   }
+}
+
+void Form_main::write_transfer_functions() {
+  Form_transfer_functions(export_entries_, Module_output::rhoplus_settings(), this).exec();
 }
 
 void Form_main::recalculate_merged() {

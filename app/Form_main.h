@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "database/table_rows.h"
+#include "exchange/export_entries.h"
 #include "import/import_entries.h"
 #include "output/output_choices.h"
 #include "platform/widgets/vex_control_resizer.h"
@@ -67,6 +68,7 @@ class Form_main : public QMainWindow {
   void survey_changed();
   void write_line_document();
   void show_output_panel(Module_output::OutputKind kind);
+  void write_transfer_functions();
   void recalculate_merged();
   void import_data();
   void connect_survey_edits();
@@ -91,4 +93,5 @@ class Form_main : public QMainWindow {
   TensorWindows* tensor_ = nullptr;
   ResultsWindows* results_ = nullptr;                // of runs; they need no survey and outlast it
   Module_data_file::LastingChoices import_lasting_;  // from one import to the next
+  Module_exchange::ExportEntries export_entries_;    // likewise
 };

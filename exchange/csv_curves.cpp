@@ -190,11 +190,35 @@ void add_rotated(const StationDocument& document, const Module_tensor::StationTe
   }
 }
 
+/// Numbers by which a table tells the recordings of a station at one scan rate apart: the event of each, but
+/// another one where recordings of several files have the same.
+class RecordingNumbers {
+ public:
+  std::int32_t of(double station, float rate, const StoredReading& reading) {
+    OfRate& known = numbers_[{station, rate}];
+    const auto [place, is_new] =
+        known.of_recording.try_emplace({reading.FileID, reading.EventNumber}, reading.EventNumber);
+    if (is_new && !known.taken.insert(place->second).second) {
+      place->second = *known.taken.rbegin() + 1;
+      known.taken.insert(place->second);
+    }
+    return place->second;
+  }
+
+ private:
+  struct OfRate {
+    std::map<std::pair<std::int32_t, std::int32_t>, std::int32_t> of_recording;  // by file and event
+    std::set<std::int32_t> taken;
+  };
+  std::map<std::pair<double, float>, OfRate> numbers_;
+};
+
 void stored_curves(const LineContents& line, std::int32_t reduction, const CurveHeads& heads,
                    std::vector<CurveRows>& curves) {
   const std::string criteria =
       line.choice.criteria() + " AND ReductionType = " + format_number(reduction, "0");
   const Module_database::ReadingFacts facts(criteria);
+  RecordingNumbers recordings;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT * FROM ReadingsDataTable WHERE " + criteria +
       " ORDER BY Station,DataType,SampleRate,EventNumber,ID");
@@ -204,7 +228,7 @@ void stored_curves(const LineContents& line, std::int32_t reduction, const Curve
     CurveRows added = heads.head(rows.get_double("Station"), rows.get_text("DataType"), reading);
     added.scan_rate = decimal_of_single(rows.get_single("SampleRate"));
     if (reading.FileID > 0) {
-      added.event = reading.EventNumber;
+      added.event = recordings.of(rows.get_double("Station"), rows.get_single("SampleRate"), reading);
     }
     add_points(
         reading, 1.0F,

@@ -145,4 +145,9 @@ ExportChoices choices_of(const ExportLists& lists, const ExportEntries& entries,
   return choices;
 }
 
+bool have_same_files(const ExportChoices& a, const ExportChoices& b) {
+  return a.format == b.format && a.lines == b.lines && a.rotation == b.rotation &&
+         a.reduction == b.reduction && a.rhoplus.has_value() == b.rhoplus.has_value();
+}
+
 }  // namespace Module_exchange

@@ -56,4 +56,7 @@ std::string fault_of_folder(const ExportEntries& entries);
 ExportChoices choices_of(const ExportLists& lists, const ExportEntries& entries,
                          const Module_output::RhoplusSettings& rhoplus);
 
+/// Whether the files would hold the same, wherever they go.
+bool have_same_files(const ExportChoices& a, const ExportChoices& b);
+
 }  // namespace Module_exchange

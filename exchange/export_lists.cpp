@@ -1,13 +1,9 @@
 #include "exchange/export_lists.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
-#include <tuple>
 
 #include "core/trap_errors.h"
-#include "database/sound_rows.h"
-#include "database/survey_database.h"
 #include "database/survey_lists.h"
 
 namespace Module_exchange {
@@ -16,33 +12,11 @@ using Module_tensor::LineChoice;
 
 namespace {
 
-/// Every kind of every line that has readings, each once.
-std::vector<LineChoice> kinds_of_survey() {
-  std::map<std::string, std::string> spelled;  // by the line as readings have it
-  std::set<std::tuple<std::string, std::int32_t, float>> found;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT LineNumber,ReferenceType,DipoleLength FROM ReadingsDataTable");
-  Module_database::for_each_sound_row(rows, [&](const dao::Recordset& row) {
-    const std::string line = row.get_text("LineNumber");
-    auto known = spelled.find(line);
-    if (known == spelled.end()) {
-      known = spelled.emplace(line, Module_database::spelled_line(line)).first;
-    }
-    found.emplace(known->second, row.get_long("ReferenceType"), row.get_single("DipoleLength"));
-  });
-  std::vector<LineChoice> kinds;
-  for (const auto& [line, reference_type, dipole] : found) {
-    kinds.push_back({line, reference_type, dipole});
-  }
-  return kinds;
-}
-
-/// Those that have curves, by their numbers as everywhere else.
-std::vector<std::string> lines_of(const std::vector<LineChoice>& kinds) {
+/// All lines of the survey, by their numbers as everywhere else.
+std::vector<std::string> lines_in_order() {
   std::vector<std::string> lines;
   const auto add = [&](const std::string& line) {
-    if (std::ranges::find(lines, line) == lines.end() &&
-        std::ranges::find(kinds, line, &LineChoice::line) != kinds.end()) {
+    if (std::ranges::find(lines, line) == lines.end()) {
       lines.push_back(line);
     }
   };
@@ -51,9 +25,7 @@ std::vector<std::string> lines_of(const std::vector<LineChoice>& kinds) {
       add(station.line);
     }
   }
-  for (const LineChoice& kind : kinds) {  // readings that have lost their station
-    add(kind.line);
-  }
+  std::ranges::for_each(Module_database::listed_lines(), add);  // readings that have lost their station
   return lines;
 }
 
@@ -63,13 +35,17 @@ int read_export_lists(ExportLists& lists) {
   lists = {};
   return trap_errors("An error occurred while reading the lines: ", [&] {
     ExportLists read;
-    read.kinds = kinds_of_survey();
-    read.lines = lines_of(read.kinds);
     std::set<std::int32_t> reference_types;
     std::set<float> dipoles;
-    for (const LineChoice& kind : read.kinds) {
-      reference_types.insert(kind.reference_type);
-      dipoles.insert(kind.dipole);
+    for (const std::string& line : lines_in_order()) {
+      for (const LineChoice& kind : Module_tensor::kinds_of_line(line)) {
+        if (read.lines.empty() || read.lines.back() != line) {
+          read.lines.push_back(line);
+        }
+        read.kinds.push_back(kind);
+        reference_types.insert(kind.reference_type);
+        dipoles.insert(kind.dipole);
+      }
     }
     read.reference_types.assign(reference_types.begin(), reference_types.end());
     read.dipoles.assign(dipoles.begin(), dipoles.end());

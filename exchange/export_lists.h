@@ -10,7 +10,7 @@
 namespace Module_exchange {
 
 struct ExportLists {
-  std::vector<std::string> lines;  // with readings, as the survey spells them
+  std::vector<std::string> lines;  // that transfer functions can be made of, as the survey spells them
   std::vector<std::int32_t> reference_types;
   std::vector<float> dipoles;                    // m, ascending
   std::vector<Module_tensor::LineChoice> kinds;  // which lines have which of them

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/number_text.h"
+#include "tensor/station_tensor.h"
 
 namespace Module_exchange {
 
@@ -20,10 +21,16 @@ std::string stations_text(const ExportRow& row) {
                                   : counted(row.stations.size(), "station");
 }
 
-std::string joined(const std::vector<std::string>& remarks) {
+/// Without the name of the station that the row is of: the other columns have it.
+std::string remarks_text(const ExportRow& row) {
+  const std::string of_station =
+      row.stations.size() == 1
+          ? "Station " + Module_tensor::station_text(row.stations.front(), row.site) + ": "
+          : std::string();
   std::string text;
-  for (const std::string& remark : remarks) {
-    text += (text.empty() ? "" : "; ") + remark;
+  for (const std::string& remark : row.remarks) {
+    const bool named = !of_station.empty() && remark.starts_with(of_station);
+    text += (text.empty() ? "" : "; ") + (named ? remark.substr(of_station.size()) : remark);
   }
   return text;
 }
@@ -49,7 +56,7 @@ std::string export_cell_text(const ExportRow& row, ExportColumn column) {
     case ExportColumn::components:
       return row.components;
     case ExportColumn::remarks:
-      return joined(row.remarks);
+      return remarks_text(row);
   }
   return {};
 }

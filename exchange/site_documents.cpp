@@ -257,7 +257,9 @@ void describe_site(const std::optional<Module_database::Site>& site, const Stati
   if (site) {
     described.name = site->name;
     described.latitude = site->latitude;
-    described.longitude = site->longitude;
+    if (site->longitude) {
+      described.longitude = std::remainder(*site->longitude, 360.0);  // some files count to 360
+    }
     described.elevation = site->elevation;
     described.datum = site->datum;
   }

@@ -18,6 +18,7 @@ namespace {
 using Module_database::StoredReading;
 using Module_tensor::curve_types;
 using Module_tensor::CurveSource;
+using Module_tensor::CurveType;
 using Module_tensor::StationCurves;
 
 constexpr double date_not_known = 2.0;  // 1 January 1900: what an import takes for a file without a date
@@ -25,6 +26,8 @@ constexpr double date_not_known = 2.0;  // 1 January 1900: what an import takes 
 std::string counted(std::size_t count, const std::string& one, const std::string& several) {
   return plain_text(static_cast<std::int64_t>(count)) + ' ' + (count == 1 ? one : several);
 }
+
+bool is_diagonal(CurveType type) { return type == CurveType::ExHx || type == CurveType::EyHy; }
 
 /// Sentences about components, those of one content together.
 class SentencesOfTypes {
@@ -102,37 +105,54 @@ std::string reading_text(const std::map<float, RateReadings>& rates) {
 struct MaskCount {
   std::size_t masked = 0;
   std::size_t partly = 0;
+  std::size_t by_sign = 0;  // phases of a diagonal element that an import has masked, and that are values
 };
 
-MaskCount masks_of(const StoredReading& merged, const CurveSource& source, std::size_t quantity) {
+MaskCount masks_of(std::size_t type, const StoredReading& merged, const CurveSource& source,
+                   std::size_t quantity) {
+  const bool any_sign = quantity == 1 && is_diagonal(static_cast<CurveType>(type));
   MaskCount count;
   for (std::size_t at = 0; at < source.regardless_of_masks.size(); ++at) {
-    const bool has_value = source.regardless_of_masks[at][quantity].value > present_above;
+    const float value = source.regardless_of_masks[at][quantity].value;
+    const bool some_masked = source.some_masked[at][quantity];
     const bool counts = merged.curve.point_counts(static_cast<int>(quantity) + 1, at);
-    count.masked += has_value && !counts ? 1 : 0;
-    count.partly += counts && source.some_masked[at][quantity] ? 1 : 0;
+    if (is_absent(double{value})) {
+      continue;
+    }
+    if (any_sign && some_masked && value <= 0.0F) {
+      ++count.by_sign;
+    } else if (!counts) {
+      ++count.masked;
+    } else if (some_masked) {
+      ++count.partly;
+    }
   }
   return count;
 }
 
-std::string mask_text(const MaskCount& count, const std::string& one, const std::string& several) {
-  std::string text = count.masked > 0 ? counted(count.masked, one, several) + " masked" : "";
-  if (count.partly > 0) {
-    text += (text.empty() ? "" : ", ") + counted(count.partly, one, several) + " with masked repeats";
+void add_count(std::size_t count, const std::string& one, const std::string& several, const std::string& what,
+               std::string& text) {
+  if (count > 0) {
+    text += (text.empty() ? "" : ", ") + counted(count, one, several) + what;
   }
-  return text;
 }
 
 /// "3 resistivities masked, 5 phases masked, 1 phase with masked repeats"
 std::string masks_text(std::size_t type, const StoredReading& merged, const CurveSource& source) {
-  const bool is_tipper = Module_database::is_tipper(curve_types[type]);
-  const std::string first = is_tipper
-                                ? mask_text(masks_of(merged, source, 0), "real part", "real parts")
-                                : mask_text(masks_of(merged, source, 0), "resistivity", "resistivities");
-  const std::string second = is_tipper
-                                 ? mask_text(masks_of(merged, source, 1), "imaginary part", "imaginary parts")
-                                 : mask_text(masks_of(merged, source, 1), "phase", "phases");
-  return first + (first.empty() || second.empty() ? "" : ", ") + second;
+  using Names = std::pair<std::string, std::string>;
+  const std::array<Names, Module_tensor::quantity_count> names =
+      Module_database::is_tipper(curve_types[type])
+          ? std::array{Names{"real part", "real parts"}, Names{"imaginary part", "imaginary parts"}}
+          : std::array{Names{"resistivity", "resistivities"}, Names{"phase", "phases"}};
+  std::string text;
+  for (std::size_t quantity = 0; quantity < names.size(); ++quantity) {
+    const MaskCount count = masks_of(type, merged, source, quantity);
+    const auto& [one, several] = names[quantity];
+    add_count(count.masked, one, several, " masked", text);
+    add_count(count.partly, one, several, " with masked repeats", text);
+    add_count(count.by_sign, one, several, " masked at the import for the sign, taken all the same", text);
+  }
+  return text;
 }
 
 std::string switch_text(const StoredReading& merged) {

@@ -29,18 +29,18 @@ using Module_database::LineDirection;
 
 using DecodeTable = std::array<DecodeRow, 3>;
 
-/// Which sections of EDI files get the other sign of Ey: 180 degrees on the phases of EyHx and EyHy.
+/// Which sections that name a site get the other sign of Ey: 180 degrees on the phases of EyHx and EyHy.
 enum class TurnEy {
   never,
   where_needed,  // where the phases of YX say that the sign is turned
   always,
 };
 
-/// Where the stations of EDI sections come from. Files of other formats hold theirs.
+/// Where the stations of sections that name a site come from. Files of other formats hold theirs.
 enum class StationsBy {
   count,          // start station and spacing, from section to section
-  sectid,         // the number that SECTID begins with
-  sectid_digits,  // the last run of digits in SECTID, also behind letters
+  sectid,         // the number that SECTID, or another name of the site, begins with
+  sectid_digits,  // the last run of digits in it, also behind letters
   distance,       // whole metres along the line
 };
 

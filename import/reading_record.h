@@ -91,7 +91,7 @@ struct RunState {
 struct ReadingRecord {
   ImportChoices choices;
   std::int32_t file_index = 0;          // from 1, place in the list of files
-  std::size_t section_index = 0;        // in the file, of the section that is being read; EDI only
+  std::size_t section_index = 0;        // in the file, of the section that is being read
   std::int32_t file_format = -1;        // FileFormat, -1 not known
   std::int32_t length_unit_factor = 1;  // of the head's UNITS; lengths are stored without it
 
@@ -130,7 +130,7 @@ struct ReadingRecord {
       site_file;          // all that a file of one site holds, once its format was recognised
   std::string site;       // the name of the section's site; empty where the file says the station itself
   std::string site_name;  // the same as the file has it; empty where it has none, though its own name serves
-  SitePlace place;          // of the file
+  SitePlace place;        // of the file
   SitePlace station_place;  // of the station being read, in files that say where each of theirs is
   std::map<LineStation, FileSite> sites;  // of the file's stations, as far as they have been stored
   StationRule station_rule = StationRule::own;

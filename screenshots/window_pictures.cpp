@@ -288,6 +288,7 @@ const WindowPicture pictures[] = {
          press(*results, "Command_done");
        }
      }},
+    {"transfer_functions", "menu_transfer_functions"},
     {"output_rhoplus", "menu_output_data_0"},
     {"output_panel", "menu_output_data_1"},
 };

@@ -79,7 +79,7 @@ Form_transfer_functions::Form_transfer_functions(ExportEntries& entries,
   controls_->show_entries(lists_, entries_);
   connect_controls();
   controls_->follow(entries_);
-  look_soon_->start();
+  look();
 }
 
 void Form_transfer_functions::lay_out() {
@@ -126,8 +126,23 @@ ExportChoices Form_transfer_functions::choices() const { return choices_of(lists
 void Form_transfer_functions::choices_changed() {
   controls_->read_entries(entries_);
   controls_->follow(entries_);
+  enable_write();
+  if (have_same_files(choices(), looked_for_) && model_->plan().fault.empty()) {
+    return;  // a folder is typed letter by letter, and a look at long lines takes its time
+  }
   end_look();  // at what is out of date
+  look();
+}
+
+void Form_transfer_functions::look() {
+  looked_for_ = choices();
   look_soon_->start();
+}
+
+void Form_transfer_functions::enable_write() {
+  const ExportPlan& plan = model_->plan();
+  write_->setEnabled(work_ != Work::writing && plan.fault.empty() &&
+                     (plan.stopped || plan.file_count() > 0) && fault_of_folder(entries_).empty());
 }
 
 void Form_transfer_functions::end_look() {
@@ -158,6 +173,7 @@ void Form_transfer_functions::look_at_stations(ExportPlan& plan) {
   set_work(Work::looking);
   int status = -1;
   {
+    const BusyPointer busy;
     const ProgressInWindow progress(*bar_, *doing_, *stop_);
     status = make_export_plan(choices(), plan);
   }
@@ -171,8 +187,7 @@ void Form_transfer_functions::look_at_stations(ExportPlan& plan) {
 void Form_transfer_functions::show_plan(ExportPlan plan) {
   model_->show_plan(std::move(plan));
   summary_->setText(qt_text(plan_summary(model_->plan())));
-  write_->setEnabled(model_->plan().fault.empty() &&
-                     (model_->plan().stopped || model_->plan().file_count() > 0));
+  enable_write();
 }
 
 void Form_transfer_functions::write() {
@@ -192,7 +207,8 @@ void Form_transfer_functions::write_files() {
   set_work(Work::writing);
   int status = -1;
   {
-    const ProgressInWindow in_window(*bar_, *doing_, *stop_);
+    const BusyPointer busy;
+    const ProgressInWindow progress(*bar_, *doing_, *stop_);
     status = export_files(
         chosen,
         [](double share) {
@@ -214,7 +230,7 @@ void Form_transfer_functions::write_files() {
   if (status == 0 && !result.declined) {
     user_interface().show_message(told_of(chosen, result));
   }
-  look_soon_->start();  // merged curves may have been computed, files be there that weren't
+  look();  // what is shown may be of earlier choices
 }
 
 void Form_transfer_functions::set_work(Work work) {
@@ -222,7 +238,7 @@ void Form_transfer_functions::set_work(Work work) {
   const bool writing = work == Work::writing;
   controls_->setEnabled(!writing);
   close_->setEnabled(!writing);
-  write_->setEnabled(!writing && model_->plan().fault.empty());
+  enable_write();
   if (writing) {
     open_folder_->setEnabled(false);
   }

@@ -37,6 +37,8 @@ class Form_transfer_functions : public QDialog {
   QBoxLayout* make_buttons();
   void connect_controls();
   void choices_changed();
+  void enable_write();
+  void look();
   [[nodiscard]] Module_exchange::ExportChoices choices() const;
   void make_plan();
   void look_at_stations(Module_exchange::ExportPlan& plan);
@@ -50,6 +52,7 @@ class Form_transfer_functions : public QDialog {
   Module_exchange::ExportEntries& entries_;
   const Module_output::RhoplusSettings& rhoplus_;
   Module_exchange::ExportLists lists_;
+  Module_exchange::ExportChoices looked_for_;  // the stations, last or soon
   Work work_ = Work::none;
   bool write_soon_ = false;  // asked for while stations were looked at
   QString written_to_;       // the folder; empty: nothing has been written

@@ -103,6 +103,7 @@ ExportControls::ExportControls(QWidget* parent)
 QVBoxLayout* ExportControls::make_lines() {
   format_->setToolTip("What the files are");
   lines_->setToolTip("The lines to write; Space chooses one");
+  lines_->setAccessibleName("Lines");
   lines_->setFixedHeight(lines_high * (fontMetrics().height() + 6));
   auto* const buttons = new QHBoxLayout;
   buttons->addWidget(all_lines_);
@@ -153,7 +154,7 @@ QFormLayout* ExportControls::make_choices() {
 QVBoxLayout* ExportControls::make_folder() {
   folders_->setAccessibleName("Folders");
   folders_->setToolTip("The folder that the files go to");
-  folders_->setMinimumHeight(4 * fontMetrics().height());
+  folders_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // as high as the other columns
   auto* const typed = new QHBoxLayout;
   add_labelled(*typed, "F&older", folder_);
   auto* const rows = new QVBoxLayout;

@@ -27,7 +27,7 @@ constexpr std::array<const char*, export_column_titles.size()> column_tips{
 /// Texts with numbers in them as people order them: line 2 before line 10.
 const QCollator& natural_order() {
   static const QCollator collator = [] {
-    QCollator natural;
+    QCollator natural(QLocale(QLocale::English));  // that of C knows no numbers
     natural.setNumericMode(true);
     natural.setCaseSensitivity(Qt::CaseInsensitive);
     return natural;
@@ -81,7 +81,7 @@ QVariant ExportPlanModel::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return is_number(column) ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     case Qt::ForegroundRole:
-      return row.file.empty() ? QVariant(QApplication::palette().brush(QPalette::Disabled, QPalette::Text))
+      return row.file.empty() ? QVariant(QApplication::palette().brush(QPalette::PlaceholderText))
                               : QVariant();
     default:
       return {};

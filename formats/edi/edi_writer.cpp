@@ -123,7 +123,7 @@ class EdiText {
   }
 
   [[nodiscard]] double azimuth() const { return site_.function.site.x_azimuth.value_or(0.0); }
-  [[nodiscard]] double sensor_azimuth() const { return site_.sensor_azimuth.value_or(azimuth()); }
+  [[nodiscard]] double sensor_azimuth() const { return site_.sensor_azimuth.value_or(0.0); }
 
   void append_head() {
     line(">HEAD");
@@ -149,12 +149,9 @@ class EdiText {
   void append_info() {
     line(">INFO");
     option("MAXINFO", "999");
-    line("  Survey: " + one_line(site_.survey));
-    line("  Line: " + one_line(site_.line));
-    line("  Station: " + plain_text(site_.station));
-    if (!site_.function.site.name.empty()) {
-      line("  Site: " + one_line(site_.function.site.name));
-    }
+    const std::string& name = site_.function.site.name;
+    line("  " + one_line("Survey " + site_.survey + ", line " + site_.line + ", station " +
+                         plain_text(site_.station) + (name.empty() ? "" : ", site " + name)));
     for (const std::string& sentence : site_.history) {
       line("  " + one_line(sentence));
     }

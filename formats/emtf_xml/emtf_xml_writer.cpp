@@ -55,8 +55,9 @@ bool has_finite_value(const Value& value) {
   return std::isfinite(value.value.real()) && std::isfinite(value.value.imag());
 }
 
+/// One of 0 would be read as an exact value.
 bool has_finite_variance(const Value& value) {
-  return has_finite_value(value) && std::isfinite(value.variance) && value.variance >= 0.0;
+  return has_finite_value(value) && std::isfinite(value.variance) && value.variance > 0.0;
 }
 
 using Condition = bool (*)(const Value&);
@@ -68,6 +69,7 @@ bool any_of(const Point& point, const DataType& type, Condition condition) {
 
 std::string nine_digits(double value) { return format_number(value, "0.00000000e+00"); }
 
+/// From 0 to 360.
 std::string angle_text(double degrees) {
   constexpr double full_turn = 360.0;
   return format_number(degrees - full_turn * std::floor(degrees / full_turn), "0.000");
@@ -132,7 +134,7 @@ class EmtfWriter {
     add_text_element(root_, "SubType", "MT_TF");
     std::string notes;
     if (!site_.line.empty()) {
-      notes = "Line " + site_.line + ", station " + plain_text(site_.station) + ".";
+      notes = "Line " + site_.line + ", station " + plain_text(site_.station);
     }
     for (const std::string& sentence : site_.history) {
       notes += (notes.empty() ? "" : "\n") + sentence;
@@ -168,7 +170,7 @@ class EmtfWriter {
     if (site_.function.site.x_azimuth) {
       pugi::xml_node orientation = node.append_child("Orientation");
       orientation.append_attribute("angle_to_geographic_north") =
-          angle_text(*site_.function.site.x_azimuth).c_str();
+          format_number(*site_.function.site.x_azimuth, "0.000").c_str();
       orientation.text().set("orthogonal");
     }
     if (site_.date_collected) {

@@ -57,20 +57,18 @@ struct Distances {
 };
 
 // The variance that the errors of the blocks give, those of resistivity taken as errors of the logarithm,
-// over that of the file; none where one of them isn't known. An error alone counts for both.
+// over that of the file; none where one of them isn't known.
 std::optional<double> variance_ratio(const EdiSection& section, std::size_t element, std::size_t index) {
   const double variance = value_of(section.get(element, quantity_variance), index);
   const std::complex<double> z(value_of(section.get(element, quantity_real), index),
                                value_of(section.get(element, quantity_imaginary), index));
-  if (!(variance > 0.0) || is_absent(z.real()) || is_absent(z.imag())) {
+  const double logarithm = value_of(section.get(element, quantity_resistivity_error), index);
+  const double phase = value_of(section.get(element, quantity_phase_error), index);
+  if (!(variance > 0.0 && logarithm > 0.0 && phase > 0.0) || is_absent(z.real()) || is_absent(z.imag())) {
     return std::nullopt;
   }
-  const auto known = [&](EdiQuantity quantity) {
-    const double error = value_of(section.get(element, quantity), index);
-    return error > 0.0 ? error : numerics::impedance::not_known;
-  };
-  const numerics::impedance::PartCovariance parts = numerics::impedance::covariance_of(
-      z, 1.0, known(quantity_resistivity_error) * std::numbers::ln10, known(quantity_phase_error));
+  const numerics::impedance::PartCovariance parts =
+      numerics::impedance::covariance_of(z, 1.0, logarithm * std::numbers::ln10, phase);
   return parts.is_known() ? std::optional((parts.real + parts.imaginary) / variance) : std::nullopt;
 }
 

@@ -1,9 +1,11 @@
 #include "import/readers/edi_mt_reader.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/absent_value.h"
 #include "core/line_reader.h"
+#include "core/number_text.h"
 #include "formats/edi/edi_parser.h"
 #include "import/file_formats.h"
 #include "import/readers/edi_curves.h"
@@ -62,6 +64,25 @@ struct SectionReadings {
   std::vector<EdiTipper> tipper;
   bool tensor = true;
 };
+
+// Some programs write the azimuth of the axes there, others the angle by which they turned the data: nothing
+// is turned by it.
+void remark_on_rotation(const EdiSection& section, FileReport& report) {
+  constexpr double same_axes = 0.5;  // degrees
+  const double sensor = section.local_hx ? section.local_hx->AZM : 0.0;
+  const auto found = std::ranges::find_if(section.ZROT, [&](float rotation) {
+    return !is_absent(rotation) && rotation != 0.0F &&
+           std::abs(std::remainder(static_cast<double>(rotation) - sensor, 360.0)) > same_axes;
+  });
+  if (found != section.ZROT.end()) {
+    formats::remark_ignored(report, section.line_number,
+                            "ZROT is " + plain_text(*found) + " degrees and the azimuth of HX " +
+                                plain_text(sensor) +
+                                ": the axes of the impedances may be turned; their readings "
+                                "keep the azimuth of HX",
+                            "impedances whose axes may be turned");
+  }
+}
 
 // False after a failed store, whose message has been shown.
 bool store_tensor(EdiSection& section, bool turn, FileTask& task) {
@@ -130,6 +151,7 @@ int read_sections(FileTask& task) {
     const bool turn = readings.tensor && turns_ey(record, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     report.curves_computed = record.choices.compute_from_impedance;
+    remark_on_rotation(section, report);
     remark_on_tipper(section, report);
     if (!task.is_import()) {
       report.readings += static_cast<std::int32_t>(readings.count());

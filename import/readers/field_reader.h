@@ -24,7 +24,7 @@ struct FileTask {
   ReadingRecord& record;        // choices and header members are set; the reader fills the rest
   formats::FileReport& report;  // gets what the file holds and what could not be read
   StoreNotes& notes;
-  FileProgress progress;                   // may be empty
+  FileProgress progress;  // may be empty
   // May be empty; called with the data type of each reading, which the record holds.
   std::function<void(std::string_view data_type)> reading_met = {};
 

@@ -415,6 +415,19 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QVERIFY(!control<QWidget>("Frame_rhoplus")->isVisible());
   }
 
+  void transfer_functions_begin_with_the_chosen_strike() {
+    Q_EMIT window_->findChild<TensorWindows*>()->strike_chosen(25.04);
+    QString typed;
+    QTimer::singleShot(0, window_.get(), [&] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      QVERIFY(dialog != nullptr);
+      typed = dialog->findChild<QLineEdit*>("Text_export_rotation")->text();
+      dialog->close();
+    });
+    window_->findChild<QAction*>("menu_transfer_functions")->trigger();
+    QCOMPARE(typed, QString("25.0"));
+  }
+
   void the_output_panel_rotates_to_the_chosen_strike() {
     window_->findChild<QAction*>("menu_output_data_0")->trigger();
     Q_EMIT window_->findChild<TensorWindows*>()->strike_chosen(25.04);

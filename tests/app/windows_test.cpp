@@ -60,6 +60,7 @@ constexpr Keys keys_of_windows[] = {
     {"memory_status", "Command_done", true},
     {"whats_new", "Command_done", true},
     {"find_file", "Command_find_file_in_path", false, true},
+    {"transfer_functions", "Command_write"},
     {"rhoplus_options", "Command_done", true},
     {"rhoplus_results"},
     {"rhoplus_log"},

@@ -110,6 +110,19 @@ TEST_F(EdiRoundTrip, Averaged_and_merged_curves_come_back_with_errors_and_tipper
   expect_same_places(before, after);
 }
 
+// The azimuth of Hx stays that of the sensors, so that an import has to tell of the axes.
+TEST_F(EdiRoundTrip, A_file_in_turned_axes_is_told_of) {
+  ASSERT_EQ(import({section_file(0, 1024, {100, 10})}), 0);
+  for (const double azimuth : {0.0, 30.0}) {
+    auto made = documents(azimuth);
+    ASSERT_EQ(made.size(), 1U);
+    const std::string file =
+        folder.write("L200E_S0100_E0_R0512.edi", formats::edi::edi_text(made.front().document));
+    ASSERT_EQ(import({file}, Module_data_file::ImportMode::scan), 0);
+    EXPECT_EQ(told(0, "ZROT is 30 degrees and the azimuth of HX 0"), azimuth == 30.0);
+  }
+}
+
 TEST_F(EdiRoundTrip, Field_data_come_back) {
   struct Case {
     const char* folder;

@@ -153,6 +153,7 @@ TEST_F(SiteDocuments, Leave_out_what_is_masked_and_no_more) {
   const StationDocument made = document();
   EXPECT_TRUE(holds(made.document.history, "EyHx, EyHy: 1 phase masked"));
   EXPECT_TRUE(holds(made.document.history, "HzHx: 1 imaginary part masked"));
+  EXPECT_TRUE(holds(made.document.history, "phases masked at the import for the sign, taken all the same"));
 
   frequencies.enabled.at(0) = 0;
   merged(CurveType::EyHy).UseReading = false;

@@ -133,7 +133,7 @@ TEST(Emtf_xml_writer, Parts_come_in_the_order_of_the_format) {
   EXPECT_STREQ(root.child("Provenance").child_value("CreateTime"), "2026-11-21");
   EXPECT_STREQ(root.child("Provenance").child_value("CreatingApplication"), "Brenlox 1.0");
   EXPECT_STREQ(root.child_value("Notes"),
-               "Line 200E, station 100.5.\nMerged from 2 scan rates.\nStatic factor 1.5 & masks.");
+               "Line 200E, station 100.5\nMerged from 2 scan rates.\nStatic factor 1.5 & masks.");
   EXPECT_TRUE(root.select_nodes(".//Url").empty());
 }
 
@@ -148,7 +148,7 @@ TEST(Emtf_xml_writer, Says_where_the_site_and_its_sensors_are) {
   EXPECT_STREQ(site.child("Location").attribute("datum").value(), "GDA94");
   EXPECT_STREQ(site.child("Location").child_value("Latitude"), "-19.440205556");
   EXPECT_STREQ(site.child("Location").child("Elevation").attribute("units").value(), "meters");
-  EXPECT_STREQ(site.child("Orientation").attribute("angle_to_geographic_north").value(), "330.000");
+  EXPECT_STREQ(site.child("Orientation").attribute("angle_to_geographic_north").value(), "-30.000");
   EXPECT_STREQ(site.child_value("Orientation"), "orthogonal");
   const pugi::xml_node outputs = root.child("SiteLayout").child("OutputChannels");
   EXPECT_EQ(names_of_children(outputs), (std::vector<std::string>{"Magnetic", "Electric", "Electric"}));
@@ -198,7 +198,7 @@ TEST(Emtf_xml_writer, What_is_written_is_read_again) {
   EXPECT_EQ(read.site.elevation, site.function.site.elevation);
   EXPECT_EQ(read.site.datum, "GDA94");
   EXPECT_EQ(read.site.date, "2019-07-01");
-  EXPECT_EQ(read.site.x_azimuth, 330.0);
+  EXPECT_EQ(read.site.x_azimuth, -30.0);
 }
 
 TEST(Emtf_xml_writer, Order_of_frequencies_makes_no_difference) {
@@ -220,6 +220,7 @@ TEST(Emtf_xml_writer, What_is_absent_is_left_out) {
   points[1].of(Component::zxx) = absent;
   points[1].of(Component::zxy).variance = not_given;
   points[1].of(Component::tx).variance = -0.01;  // is in public files
+  points[1].of(Component::ty).variance = 0.0;
   points[2].of(Component::zxy).value = {1.0, std::numeric_limits<double>::infinity()};
   points[3] = Point{points[3].frequency, {}};
 
@@ -228,13 +229,13 @@ TEST(Emtf_xml_writer, What_is_absent_is_left_out) {
   const pugi::xml_node data = root.child("Data");
   EXPECT_STREQ(data.attribute("count").value(), "3") << "a period without a value";
   EXPECT_EQ(names_of_children(data.first_child()), (std::vector<std::string>{"Z", "Z.VAR"}));
-  EXPECT_EQ(names_of_children(data.first_child().next_sibling()),
-            (std::vector<std::string>{"Z", "T", "T.VAR"}));
+  EXPECT_EQ(names_of_children(data.first_child().next_sibling()), (std::vector<std::string>{"Z", "T"}));
   EXPECT_FALSE(root.child("SiteLayout").child("OutputChannels").find_child_by_attribute("name", "Ey"));
 
   SiteDocument expected = site;
   expected.function.points.pop_back();
   expected.function.points[1].of(Component::tx).variance = not_given;
+  expected.function.points[1].of(Component::ty).variance = not_given;
   expected.function.points[2].of(Component::zxy) = absent;
   expect_same_points(expected, read_again(site));
 }
@@ -294,7 +295,7 @@ TEST(Emtf_xml_writer, Texts_are_escaped_and_are_utf_8) {
   EXPECT_STREQ(root.child("Site").child("Location").attribute("datum").value(), "a\"b<c>& \uFFFD");
   const std::string text = emtf_xml_text(site);
   EXPECT_EQ(text.find("&#"), std::string::npos) << "a control character stays one when it is escaped";
-  EXPECT_EQ(std::string(root.child_value("Notes")), "Line 200E, station 100.5.\na b  \n\n\u00C3\n&amp;");
+  EXPECT_EQ(std::string(root.child_value("Notes")), "Line 200E, station 100.5\na b  \n\n\u00C3\n&amp;");
 }
 
 TEST(Emtf_xml_writer, Ids_have_the_characters_that_archives_allow) {

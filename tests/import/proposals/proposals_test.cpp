@@ -1,8 +1,10 @@
 // What field files propose for their import, and why.
 #include <cmath>
 
+#include "import/field_files.h"
 #include "import/proposals/line_proposals.h"
 #include "projections/survey_projection.h"
+#include "tests/import/made_site_files.h"
 #include "tests/import/proposals/planned_import.h"
 #include "tests/import/readers/made_fields.h"
 
@@ -55,6 +57,58 @@ TEST_F(PlannedImport, Sites_on_a_line_get_their_distance_along_it) {
   EXPECT_EQ(ImportRun::stations(), stations) << "an import by distance needs no plan of the caller";
   EXPECT_EQ(rows_in("[Projection Defintion Table]"), 1);
   EXPECT_EQ(Module_projections::current_coord_system().zone_number, 54);
+}
+
+// Whatever the format, a site is a site: on one line, with distances, and each Ey turned where it needs it.
+TEST_F(PlannedImport, Sites_of_all_formats_lie_on_one_line) {
+  const auto at = [](const char* name, const char* longitude, bool turned = false) {
+    return MadeSite{.name = name, .latitude = "-30.0", .longitude = longitude, .turned = turned};
+  };
+  (void)folder.write("run/a.xml", made_emtf_xml(at("MT1", "139.00")));
+  (void)folder.write("run/b.zrr", made_z_file(at("MT2", "139.01", true)));
+  (void)folder.write("run/c.txt", made_j(at("MT3", "139.02")));
+  (void)site("run/d.edi", "MT4", "-30.0", "139.03");
+  (void)folder.write("run/notes.txt", "Transfer functions in four formats\n");
+  (void)folder.write("run/c.stn", made_j());
+  (void)folder.write("run/c.1n1.rf", "1.0 2.0 3.0 4.0\n");
+  (void)folder.write("run/cut.xml", "<EM_TF>\n<Site>");
+  std::vector<std::string> files = field_files_of({folder.path("run")});
+  ASSERT_EQ(files.size(), 5U) << "with the cut one, which its table tells of";
+  std::erase(files, folder.path("run/cut.xml"));
+  const Proposals proposals = proposals_for(files);
+  EXPECT_EQ(why(proposals, ProposedChoice::stations),
+            "distance along the line: the sites lie on a line of 2.9 km");
+  EXPECT_EQ(why(proposals, ProposedChoice::turn_ey),
+            "where needed: 2 of 4 files have YX phases in -180..-90");
+  EXPECT_EQ(why(proposals, ProposedChoice::reference), "Not Remote: 1 of 4 files have remote channels");
+  EXPECT_EQ(proposals.find(ProposedChoice::from_impedance), nullptr) << "curves follow without being asked";
+  const ImportPlan plan = plan_for(files, proposals.choices);
+  ASSERT_EQ(plan.sections.size(), 4U);
+  const std::vector<std::string> names{"MT1", "MT2", "MT3", "MT4"};
+  for (std::size_t index = 0; index < 4; ++index) {
+    const PlannedSection& row = plan.sections[index];
+    EXPECT_EQ(row.site, names[index]);
+    EXPECT_EQ(row.place, "30.0000 S, 139.0" + std::to_string(index) + "00 E");
+    EXPECT_NEAR(row.station, 964.5 * static_cast<double>(index), 4.0);
+    EXPECT_EQ(row.turn_ey, index == 0 || index == 2);
+    EXPECT_EQ(row.frequencies, index == 3 ? 3 : 2);
+    EXPECT_TRUE(row.problems.empty()) << row.file;
+    EXPECT_EQ(row.can_edit(PlanCell::station), true);
+    EXPECT_EQ(row.can_edit(PlanCell::from_impedance), false);
+  }
+  ASSERT_EQ(run_import(proposals.choices, files, ImportMode::import, report), 0);
+  EXPECT_EQ(ImportRun::stations(), planned_stations(plan));
+  // Without places the names tell them apart.
+  std::vector<std::string> placeless;
+  for (const char* const name : {"A7", "B8"}) {
+    placeless.push_back(folder.write(std::string(name) + ".j", replaced(made_j(at(name, "")), "-30.0", "")));
+  }
+  const Proposals by_name = proposals_for(placeless);
+  EXPECT_EQ(by_name.choices.stations_by, StationsBy::sectid_digits);
+  EXPECT_EQ(why(by_name, ProposedChoice::stations),
+            "digits of the site name: 2 files have no latitude and longitude; the site name has letters: its "
+            "last digits");
+  EXPECT_EQ(why(by_name, ProposedChoice::reference), "Not Remote: no file shows remote channels");
 }
 
 // Zone 54 begins at 138 E. Taken in two zones, the sites would be half a million metres apart.

@@ -81,6 +81,27 @@ TEST(Edi_errors, Come_to_ohm_m_and_degrees_whatever_the_file_has) {
   }
 }
 
+// Of |Z| 0.1 along and 0.05 across: 10^6 (0.1^2 + 0.05^2) = 12500. The spread of repeats gives such errors.
+TEST(Edi_errors, That_make_the_variance_together_say_more_than_it) {
+  const std::string blocks =
+      ">RHOXY.ERR //3\n.0868589 .0868589 .0868589\n>PHSXY.ERR //3\n2.864789 2.864789 1e32\n";
+  const std::string second_absent = ">ZXYR //3\n707.10678 1e32 707.10678\n>ZXYI //3\n707.10678 1e32 0\n";
+  const auto with_variance = [&](const std::string& variance) {
+    return errors_of(curves + second_absent + ">ZXY.VAR //3\n" + variance + " 1e32 12500\n" + blocks);
+  };
+  const std::vector<float> errors = with_variance("12500");
+  ASSERT_EQ(errors.size(), 6U);
+  EXPECT_NEAR(errors[0], 40.0, 1e-4);
+  EXPECT_NEAR(errors[1], 2.864789, 1e-6);
+  EXPECT_NEAR(errors[2], 20.0, 1e-4) << "though there is no impedance";
+  EXPECT_NEAR(errors[3], 2.864789, 1e-6);
+  EXPECT_NEAR(errors[4], 80.0, 1e-3);
+  EXPECT_EQ(errors[5], no_data);
+  const std::vector<float> of_variance = with_variance("12502");
+  EXPECT_NEAR(of_variance.at(0), 31.6253, 1e-3);
+  EXPECT_EQ(of_variance.at(2), no_data);
+}
+
 TEST(Edi_errors, Are_absent_where_nothing_is_known) {
   EXPECT_TRUE(errors_of(curves).empty());
   EXPECT_TRUE(errors_of(impedance + ">ZXY.VAR //3\n2 2 2\n").empty()) << "there is no curve";
