@@ -7,7 +7,6 @@
 
 #include "core/absent_value.h"
 #include "formats/field_values.h"
-#include "import/readers/edi_curves.h"
 #include "import/readers/reader_steps.h"
 #include "import/readers/standard_errors.h"
 #include "import/readers/tipper_curves.h"
@@ -65,6 +64,15 @@ void set_errors_of(const Value& value, Curve& curve, std::size_t index) {
   }
   set_resistivity_error(value.resistivity_error, curve, index);
   set_phase_error(value.phase_error, curve, index);
+}
+
+// The other sign of Ey, before anything is cut to 32 bits: a phase in the first quadrant keeps more digits.
+Value turned(Value value) {
+  if (const double phase = phase_of(value); !is_absent(phase)) {
+    value.phase = std::remainder(phase + 180.0, 360.0);
+  }
+  value.value = 0.0 - value.value;
+  return value;
 }
 
 void take_values(const Value& value, double frequency, Curve& curve, std::size_t index) {
@@ -134,18 +142,13 @@ std::vector<float> phases_of_yx(const TransferFunction& function) {
 
 void fill_site_curve(const TransferFunction& function, EdiElement element, bool turn, Curve& curve) {
   const Component component = element_components[element];
-  const bool is_of_ey = component == Component::zyx || component == Component::zyy;
+  const bool is_turned = turn && (component == Component::zyx || component == Component::zyy);
   curve.assign(function.points.size());
   curve.frequencies = frequencies_of(function);
   for (std::size_t index = 0; index < curve.count(); ++index) {
     const Point& point = function.points[index];
-    take_values(point.of(component), point.frequency, curve, index);
-  }
-  if (turn && is_of_ey) {
-    turn_sign(curve);
-  }
-  for (std::size_t index = 0; index < curve.count(); ++index) {
-    const Value& value = function.points[index].of(component);
+    const Value value = is_turned ? turned(point.of(component)) : point.of(component);
+    take_values(value, point.frequency, curve, index);
     finish_point(curve, index);
     set_errors_of(value, curve, index);
     if (!value.in_use) {
