@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "batch/command.h"
@@ -57,6 +58,34 @@ int write_lines(const ExportChoices& choices) {
   return status != 0 || result.stopped || result.declined ? -1 : 0;
 }
 
+bool is_map(ExportFormat format) { return format == ExportFormat::geojson || format == ExportFormat::kml; }
+
+LineKinds kinds_of(ExportFormat format) {
+  return is_map(format)                ? LineKinds::first
+         : format == ExportFormat::csv ? LineKinds::one_of_any
+                                       : LineKinds::one;
+}
+
+bool same_inversion(const Module_output::RhoplusSettings& a, const Module_output::RhoplusSettings& b) {
+  const auto options = [](const Module_output::RhoplusSettings& settings) {
+    return std::tie(settings.resistivity_error_floor, settings.phase_error_floor, settings.resistivity_scale,
+                    settings.surface, settings.apply_static, settings.exclude_negative_phase,
+                    settings.use_file_errors);
+  };
+  return options(a) == options(b);
+}
+
+/// What was typed for nothing, a sentence; empty if there is a use for all of it.
+std::string fault_of_options(const ExportOptions& options) {
+  if (!options.choices.plot_link.empty() && !is_map(options.choices.format)) {
+    return "--plot-link is for geojson and kml only";
+  }
+  if (!options.with_rhoplus && !same_inversion(options.rhoplus, {})) {
+    return "--floor and the other settings of Rho+ are for csv with --rhoplus only";
+  }
+  return {};
+}
+
 int run_export(ExportOptions& options) {
   ExportChoices& choices = options.choices;
   const auto format = std::ranges::find(export_format_names, options.format);
@@ -66,7 +95,10 @@ int run_export(ExportOptions& options) {
     choices.rhoplus = options.rhoplus;
   }
   const safe_files::FilesInUse inputs({options.line.survey});
-  const bool has_curves = choices.format != ExportFormat::geojson && choices.format != ExportFormat::kml;
+  if (const std::string fault = fault_of_options(options); !fault.empty()) {
+    user_interface().show_message(fault);
+    return status_wrong_usage;
+  }
   return with_lines(
       options.line,
       [&](const std::vector<Module_tensor::LineChoice>& lines) {
@@ -74,7 +106,7 @@ int run_export(ExportOptions& options) {
         choices.lines = lines;
         return write_lines(choices);
       },
-      has_curves ? LineKinds::one : LineKinds::first);
+      kinds_of(choices.format));
 }
 
 }  // namespace

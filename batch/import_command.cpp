@@ -56,7 +56,8 @@ void print_stations(const ImportReport& report) {
 void print_failures(const ReportGroup& group, const ImportReport& report) {
   if (group.files.size() == 1) {
     const FileReport& file = report.files[group.files.front().index];
-    user_interface().show_message("Not imported: " + file.file + ": " + group.text);
+    user_interface().show_message((file.readings > 0 ? "Imported in part: " : "Not imported: ") + file.file +
+                                  ": " + group.text);
     return;
   }
   std::string text = group.title();

@@ -95,6 +95,17 @@ void take_given(const ImportOptions& options, PlannedImport& planned) {
   choices.convert_coordinates = choices.convert_coordinates || given.convert_coordinates;
 }
 
+// Where no file can be read there is no rate to propose, and its lack would hide why. Nothing is stored with
+// this one: the import goes over the files and says of each what is wrong.
+void take_rate_of_nothing(const FoundFiles& files, PlannedImport& planned) {
+  DecodeRow& rate = planned.choices.decode[decode_sample_rate];
+  const bool is_missing = !rate.use_file_name && rate.specified.empty();
+  const auto fails = [](const ScannedFile& file) { return !file.failure.empty(); };
+  if (is_missing && !files.scanned.empty() && std::ranges::all_of(files.scanned, fails)) {
+    rate.specified = "1";
+  }
+}
+
 void take_stations(const ImportOptions& options, const FoundFiles& files, PlanMaker& maker,
                    PlannedImport& planned) {
   ImportChoices& choices = planned.choices;
@@ -157,6 +168,7 @@ PlannedImport plan_import(const ImportOptions& options, const FoundFiles& files)
     planned.choices = std::move(proposals.choices);
     planned.proposals = std::move(proposals.reasons);
     take_given(options, planned);
+    take_rate_of_nothing(files, planned);
     take_stations(options, files, maker, planned);
   }
   planned.plan = maker.plan(files.scanned, planned.choices);
@@ -176,8 +188,9 @@ void print_plan_problems(const PlannedImport& planned) {
   std::string text;
   for (const std::size_t index : planned.plan.display_order()) {
     const PlannedSection& row = planned.plan.sections[index];
-    const bool is_told = std::ranges::any_of(row.problems, [](PlanProblem problem) {
-      return problem == PlanProblem::no_station || problem == PlanProblem::two_places ||
+    const bool is_told = std::ranges::any_of(row.problems, [&](PlanProblem problem) {
+      const bool are_own = problem == PlanProblem::shared_station && row.own_stations > 0;
+      return are_own || problem == PlanProblem::no_station || problem == PlanProblem::two_places ||
              problem == PlanProblem::far_off_line;
     });
     if (is_told) {

@@ -10,6 +10,7 @@
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "database/survey_lists.h"
+#include "exchange/export_lists.h"
 
 namespace Batch {
 
@@ -45,6 +46,10 @@ bool is_asked(const LineOptions& options, const LineChoice& kind) {
          (!options.dipole || *options.dipole == kind.dipole);
 }
 
+std::string needed_readings(LineKinds wanted) {
+  return wanted == LineKinds::one ? "readings of a tensor element" : "readings";
+}
+
 /// The one kind of a line's curves that the options choose; none after a message.
 std::optional<LineChoice> chosen_kind(const LineOptions& options, const std::string& line,
                                       const std::vector<LineChoice>& kinds, LineKinds wanted) {
@@ -55,7 +60,7 @@ std::optional<LineChoice> chosen_kind(const LineOptions& options, const std::str
     return asked.front();
   }
   const std::string has = "Line " + line + " has " + listed(kinds);
-  user_interface().show_message(kinds.empty()   ? "Line " + line + " has no readings of a tensor element"
+  user_interface().show_message(kinds.empty()   ? "Line " + line + " has no " + needed_readings(wanted)
                                 : asked.empty() ? has + ", not what --reference and --dipole ask for"
                                                 : has + "; choose with --reference and --dipole");
   return std::nullopt;
@@ -77,13 +82,19 @@ std::vector<std::string> chosen_lines(const LineOptions& options) {
   return {};
 }
 
+std::vector<LineChoice> kinds_of(const std::string& line, LineKinds wanted) {
+  return wanted == LineKinds::one ? kinds_of_line(line) : Module_exchange::all_kinds_of_line(line);
+}
+
 /// Of all lines, those without such readings are left out.
 std::vector<LineChoice> chosen(const LineOptions& options, LineKinds wanted) {
   std::vector<LineChoice> choices;
   const std::vector<std::string> lines = chosen_lines(options);
+  std::vector<std::string> left_out;
   for (const std::string& line : lines) {
-    const std::vector<LineChoice> kinds = kinds_of_line(line);
+    const std::vector<LineChoice> kinds = kinds_of(line, wanted);
     if (kinds.empty() && options.line.empty()) {
+      left_out.push_back(line);
       continue;
     }
     auto kind = chosen_kind(options, line, kinds, wanted);
@@ -93,7 +104,10 @@ std::vector<LineChoice> chosen(const LineOptions& options, LineKinds wanted) {
     choices.push_back(*std::move(kind));
   }
   if (choices.empty() && !lines.empty()) {
-    user_interface().show_message("No line of the survey has readings of a tensor element");
+    user_interface().show_message("No line of the survey has " + needed_readings(wanted));
+  } else if (!left_out.empty()) {
+    user_interface().show_message("Left out, as they have no " + needed_readings(wanted) + ": " +
+                                  listed(left_out));
   }
   return choices;
 }

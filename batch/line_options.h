@@ -23,11 +23,13 @@ enum class LineIs { required, optional };
 void add_line_options(Parser& parser, LineOptions& options, LineIs line = LineIs::required);
 
 enum class LineKinds {
-  one,   // reference type and dipole must be chosen where a line has several
-  first  // where they make no difference: the first ones that a line has
+  one,         // reference type and dipole must be chosen where a line has several
+  one_of_any,  // likewise, of readings of any data type
+  first        // where they make no difference: the first ones that a line has, of any data type
 };
 
-/// Opens the survey, runs `work` on the curves of each line that the options choose, and closes it again.
+/// Opens the survey, runs `work` on the curves of each line that the options choose, and closes it again. Of
+/// all lines, one without such curves is left out with a sentence.
 /// Nothing is run unless they choose one reference type and dipole of each: then a sentence names what the
 /// survey or the line has.
 /// @param work  0 done, -1 failed after a message, status_wrong_usage after a message on an option

@@ -37,19 +37,30 @@ double known_or_nan(float value) {
 
 double error_or_nan(float error) { return error > 0.0F ? known_or_nan(error) : not_given; }
 
-/// A value, masked or not. A computed curve has no value where all that went into it is masked, but keeps
-/// the mean regardless of masks.
-float value_at(const StoredReading& reading, int field, std::size_t point) {
+/// A value, masked or not. A computed curve has no value where all that went into it is masked; then the
+/// readings behind it have the mean regardless of masks, else the fields that the average keeps of it. These
+/// hold 0 where nothing went in, and what files keep there is something else.
+float value_at(const StoredReading& reading, const CurveSource& source, int field, std::size_t point) {
   constexpr int to_all_values = Module_database::field_all_resistivity - Module_database::field_resistivity;
   const Module_database::Curve& curve = reading.curve;
-  return curve.is_present(field, point) || reading.FileID > 0 ? curve.value(field, point)
-                                                              : curve.value(field + to_all_values, point);
+  if (curve.is_present(field, point) || reading.FileID > 0) {
+    return curve.value(field, point);
+  }
+  if (!source.regardless_of_masks.empty()) {
+    const float mean = source.regardless_of_masks[point][static_cast<std::size_t>(field - 1)].value;
+    if (!is_absent(double{mean})) {
+      return mean;
+    }
+  }
+  const float kept = curve.value(field + to_all_values, point);
+  return Module_averaged_data::has_deviations(reading, point) && kept != 0.0F ? kept : no_data;
 }
 
 /// Adds the points of a reading that are at frequencies in use.
+/// @param source  what the readings behind it say; empty: nothing
 /// @param factor  on resistivities
-void add_points(const StoredReading& reading, float factor, const ErrorOf& error_of,
-                const Frequencies& frequencies, CurveRows& rows) {
+void add_points(const StoredReading& reading, const CurveSource& source, float factor,
+                const ErrorOf& error_of, const Frequencies& frequencies, CurveRows& rows) {
   using Module_database::field_phase;
   using Module_database::field_resistivity;
   const auto scaled = [factor](float value) { return is_absent(double{value}) ? value : value * factor; };
@@ -60,8 +71,8 @@ void add_points(const StoredReading& reading, float factor, const ErrorOf& error
     }
     CurvePoint point;
     point.frequency = decimal_of_single(frequency);
-    point.resistivity = known_or_nan(scaled(value_at(reading, field_resistivity, at)));
-    point.phase = known_or_nan(value_at(reading, field_phase, at));
+    point.resistivity = known_or_nan(scaled(value_at(reading, source, field_resistivity, at)));
+    point.phase = known_or_nan(value_at(reading, source, field_phase, at));
     point.resistivity_error = error_or_nan(scaled(error_of(field_resistivity, at)));
     point.phase_error = error_or_nan(error_of(field_phase, at));
     point.resistivity_masked =
@@ -79,7 +90,7 @@ void add_merged(const StoredReading& merged, const CurveSource& source, const Fr
   const bool has_factor = !Module_database::is_tipper(rows.data_type) && rows.data_type != qp;
   rows.scan_rate = 0.0;
   add_points(
-      merged, has_factor ? merged.ResOffset : 1.0F,
+      merged, source, has_factor ? merged.ResOffset : 1.0F,
       [&](int field, std::size_t point) {
         return curve_error(merged, source, static_cast<std::size_t>(field - 1), point);
       },
@@ -163,7 +174,7 @@ CurvePoint document_point(double frequency, Component component,
   }
   const bool turn = ey_turned && (component == Component::zyx || component == Component::zyy);
   point.resistivity = value.resistivity;
-  point.phase = turn ? phase_of_turned_ey(value.phase) : value.phase;
+  point.phase = turn ? Module_tensor::phase_of_turned_ey(value.phase) : value.phase;
   point.resistivity_error = value.resistivity_error;
   point.phase_error = value.phase_error;
   return point;
@@ -231,7 +242,7 @@ void stored_curves(const LineContents& line, std::int32_t reduction, const Curve
       added.event = recordings.of(rows.get_double("Station"), rows.get_single("SampleRate"), reading);
     }
     add_points(
-        reading, 1.0F,
+        reading, {}, 1.0F,
         [&](int field, std::size_t point) {
           return Module_averaged_data::point_error(reading, static_cast<Module_database::Field>(field), point)
               .value;

@@ -1,6 +1,7 @@
 #include "exchange/csv_rhoplus.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "exchange/csv_cells.h"
@@ -19,7 +20,7 @@ namespace {
 constexpr const char* heading =
     "line,station,site,data_type,frequency_Hz,resistivity_ohm_m,resistivity_error_ohm_m,"
     "fitted_resistivity_ohm_m,resistivity_residual,resistivity_used,phase_deg,phase_error_deg,"
-    "fitted_phase_deg,phase_residual,phase_used,chi,expected_chi\r\n";
+    "fitted_phase_deg,phase_residual,phase_used,chi,expected_chi,x_azimuth_deg\r\n";
 
 /// The merged curves in turned axes in place of those that were measured.
 Module_tensor::LineTensors turned_line(const Module_tensor::LineTensors& line, double azimuth) {
@@ -34,8 +35,13 @@ Module_tensor::LineTensors turned_line(const Module_tensor::LineTensors& line, d
   return turned;
 }
 
+/// Azimuth of x of a station's curves, degrees from north; NaN if nobody knows it.
+double axes_of(const Module_tensor::StationTensor& station, std::optional<double> rotation) {
+  return rotation ? *rotation : station.axes_known ? station.axes : std::numeric_limits<double>::quiet_NaN();
+}
+
 std::string rows_of(const std::string& line, const StationCurves& station, std::string_view data_type,
-                    const CurveConsistency& curve) {
+                    const CurveConsistency& curve, double x_azimuth) {
   std::string text;
   for (const PointResidual& point : curve.points) {
     const numerics::rhoplus::RhoplusRow& row = point.row;
@@ -48,7 +54,7 @@ std::string rows_of(const std::string& line, const StationCurves& station, std::
     cells.add(point.resistivity).add_count(row.uses_resistivity() ? 1 : 0);
     cells.add(row.phase).add(row.phase_error).add(row.model_phase);
     cells.add(point.phase).add_count(row.uses_phase() ? 1 : 0);
-    cells.add(static_cast<float>(curve.chi)).add(static_cast<float>(curve.target));
+    cells.add(static_cast<float>(curve.chi)).add(static_cast<float>(curve.target)).add(x_azimuth);
     text += cells.text();
   }
   return text;
@@ -75,8 +81,9 @@ RhoplusTable rhoplus_csv(const LineContents& line, std::optional<double> rotatio
   for (std::size_t station = 0; station < fits.stations.size(); ++station) {
     for (std::size_t mode = 0; mode < Module_rhoplus::mode_count; ++mode) {
       const auto type = static_cast<std::size_t>(Module_rhoplus::consistency_types[mode]);
-      table.text += rows_of(line.choice.line, tensors.curves.stations[station],
-                            Module_tensor::curve_types[type], fits.stations[station].modes[mode]);
+      table.text +=
+          rows_of(line.choice.line, tensors.curves.stations[station], Module_tensor::curve_types[type],
+                  fits.stations[station].modes[mode], axes_of(line.tensors.stations[station], rotation));
     }
   }
   return table;

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 #include "core/calendar.h"
 #include "core/number_text.h"
 #include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
+#include "exchange/site_history.h"
 
 namespace Module_exchange {
 
@@ -20,12 +22,6 @@ std::string iso_date(double days) {
   return format_number(static_cast<int>(date.year()), "0000") + "-" +
          format_number(static_cast<int>(static_cast<unsigned>(date.month())), "00") + "-" +
          format_number(static_cast<int>(static_cast<unsigned>(date.day())), "00");
-}
-
-/// Files without a date have been given 1 January 1900.
-bool is_a_date(double days) {
-  constexpr double last = 2958465.0;  // 31 December 9999
-  return days > day_count(1900, 1, 1) && days <= last;
 }
 
 }  // namespace
@@ -40,16 +36,20 @@ CurveHeads::CurveHeads(const Module_tensor::LineChoice& choice) : choice_(choice
     }
   }
   places_ = places_of_line(choice.line);
+  read_dates();
+}
+
+/// By the readings of each file, which may hold many stations and lines and names one of them.
+void CurveHeads::read_dates() {
+  const std::string of_files = choice_.criteria() + " AND FileID > 0";
+  dates_of_files_ = dates_of_files(of_files);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT ID,Station,DateCollected FROM FileTable WHERE LineNumber = '" + choice.line + "'");
+      "SELECT DISTINCT Station,FileID FROM ReadingsDataTable WHERE " + of_files);
   for (; !rows.eof(); rows.move_next()) {
-    const double date = rows.is_null("DateCollected") ? 0.0 : rows.get_date("DateCollected");
-    if (!is_a_date(date)) {
-      continue;
+    if (const auto date = dates_of_files_.find(rows.get_long("FileID")); date != dates_of_files_.end()) {
+      const auto [first, is_new] = first_dates_.try_emplace(rows.get_double("Station"), date->second);
+      first->second = std::min(first->second, date->second);
     }
-    dates_of_files_[rows.get_long("ID")] = date;
-    const auto [first, is_new] = first_dates_.try_emplace(rows.get_double("Station"), date);
-    first->second = std::min(first->second, date);
   }
 }
 

@@ -24,6 +24,7 @@ class CurveHeads {
                                              const Module_database::StoredReading& reading) const;
 
  private:
+  void read_dates();
   /// Days since 30 December 1899; none where the files name no date.
   [[nodiscard]] std::optional<double> date_of(double station, std::int32_t FileID) const;
 

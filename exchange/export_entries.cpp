@@ -19,26 +19,26 @@ constexpr const char* application = "Marrowgate";
 constexpr const char* section = "Brenlox";
 constexpr const char* folder_key = "ExportDirectory";
 
-/// The one of the main window, if the survey has it.
 template <class Value>
-Value current_or_first(const std::vector<Value>& listed, const Value& current, Value none) {
-  if (std::ranges::find(listed, current) != listed.end()) {
-    return current;
-  }
-  return listed.empty() ? none : listed.front();
+bool has(const std::vector<Value>& listed, const Value& value) {
+  return std::ranges::find(listed, value) != listed.end();
 }
 
-void begin_survey(const ExportLists& lists, ExportEntries& entries) {
+/// What the survey has no longer, or had not yet, gives way to that of the main window, if the survey has it.
+template <class Value>
+void keep_listed(const std::vector<Value>& listed, const Value& current, Value& chosen) {
+  if (has(listed, chosen)) {
+    return;
+  }
+  chosen = has(listed, current) ? current : listed.empty() ? Value{} : listed.front();
+}
+
+void begin_survey(ExportEntries& entries) {
   const SessionState& state = session();
   entries.survey = state.database_file;
-  entries.reference_type = current_or_first(lists.reference_types, state.current_reference_type, 0);
-  entries.dipole = current_or_first(lists.dipoles, state.current_dipole, 0.0F);
+  entries.reference_type = state.current_reference_type;
+  entries.dipole = state.current_dipole;
   entries.lines.clear();
-}
-
-std::filesystem::path whole_path(std::string_view typed) {
-  const std::filesystem::path survey_folder = Module_util::directory_of(session().database_file);
-  return survey_folder / std::filesystem::path(trimmed(typed));  // one that begins at the root stays
 }
 
 }  // namespace
@@ -79,15 +79,18 @@ std::string_view purpose_of(ExportFormat format) {
 }
 
 void begin_export(const ExportLists& lists, ExportEntries& entries) {
-  if (entries.survey != session().database_file) {
-    begin_survey(lists, entries);
+  const SessionState& state = session();
+  if (entries.survey != state.database_file) {
+    begin_survey(entries);
   }
-  std::erase_if(entries.lines, [&](const std::string& line) {  // a removed or renamed one
-    return std::ranges::find(lists.lines, line) == lists.lines.end();
-  });
-  const std::string& current = session().current_line;
-  if (entries.lines.empty() && std::ranges::find(lists.lines, current) != lists.lines.end()) {
-    entries.lines.push_back(current);
+  if (lists.lines.empty()) {
+    entries.survey.clear();  // of an empty survey nothing was chosen that an import would have to keep
+  }
+  keep_listed(lists.reference_types, state.current_reference_type, entries.reference_type);
+  keep_listed(lists.dipoles, state.current_dipole, entries.dipole);
+  std::erase_if(entries.lines, [&](const std::string& line) { return !has(lists.lines, line); });
+  if (entries.lines.empty() && has(lists.lines, state.current_line)) {
+    entries.lines.push_back(state.current_line);
   }
   if (trimmed(entries.folder).empty()) {
     entries.folder = settings_store().value(application, section, folder_key, "");
@@ -99,25 +102,50 @@ void begin_export(const ExportLists& lists, ExportEntries& entries) {
 }
 
 void keep_export_folder(const ExportEntries& entries) {
-  settings_store().set_value(application, section, folder_key, whole_path(entries.folder).string());
+  settings_store().set_value(application, section, folder_key, whole_folder(entries));
+}
+
+std::string whole_folder(const ExportEntries& entries) {
+  const std::string typed(trimmed(entries.folder));
+  if (typed.empty()) {
+    return {};
+  }
+  const std::filesystem::path survey_folder = Module_util::directory_of(session().database_file);
+  return (survey_folder / typed).string();  // one that begins at the root stays
 }
 
 std::string fault_of_rotation(const ExportEntries& entries) {
   const bool asked = entries.rotate && takes_rotation(entries);
   return asked && !Module_tensor::is_rotation_azimuth(Module_tensor::azimuth_of(entries.rotation))
-             ? "A number from -180 to 360"
+             ? "The azimuth of x must be from -180 to 360 degrees"
              : std::string();
 }
 
 std::string fault_of_folder(const ExportEntries& entries) {
-  if (trimmed(entries.folder).empty()) {
+  const std::filesystem::path folder = whole_folder(entries);
+  if (folder.empty()) {
     return "A folder for the files must be chosen";
   }
   std::error_code ignored;
-  const std::filesystem::path folder = whole_path(entries.folder);
   return std::filesystem::exists(folder, ignored) && !std::filesystem::is_directory(folder, ignored)
              ? "This is a file, not a folder"
              : std::string();
+}
+
+std::string hint_of_folder(const ExportEntries& entries) {
+  if (!fault_of_folder(entries).empty()) {
+    return {};
+  }
+  const std::string folder = whole_folder(entries);
+  std::error_code ignored;
+  const bool is_there = std::filesystem::exists(folder, ignored);
+  const bool is_whole = std::filesystem::path(trimmed(entries.folder)).is_absolute();
+  const std::string path =
+      is_whole ? std::string() : std::filesystem::path(folder).lexically_normal().string();
+  if (is_there) {
+    return path;
+  }
+  return path.empty() ? "Will be made" : "Will be made: " + path;
 }
 
 ExportChoices choices_of(const ExportLists& lists, const ExportEntries& entries,
@@ -129,7 +157,7 @@ ExportChoices choices_of(const ExportLists& lists, const ExportEntries& entries,
       choices.lines.push_back(*std::move(kind));
     }
   }
-  choices.folder = trimmed(entries.folder).empty() ? std::string() : whole_path(entries.folder).string();
+  choices.folder = whole_folder(entries);
   if (entries.rotate && takes_rotation(entries)) {
     choices.rotation = Module_tensor::azimuth_of(entries.rotation);
   }

@@ -40,18 +40,25 @@ bool takes_plot_link(const ExportEntries& entries);
 std::string_view purpose_of(ExportFormat format);
 
 /// Gets the entries ready for the open survey: of another one than before, its current line, reference type
-/// and dipole; without a folder the one that was written to last, or that of the survey.
+/// and dipole, and likewise for those that the survey has no longer; without a folder the one that was
+/// written to last, or that of the survey.
 void begin_export(const ExportLists& lists, ExportEntries& entries);
 
 /// Keeps the folder of the entries in the user's settings.
 void keep_export_folder(const ExportEntries& entries);
 
+/// The folder as a whole path: one that isn't is in the survey's folder. Empty if none is chosen.
+std::string whole_folder(const ExportEntries& entries);
+
 // What is wrong with what was typed, a sentence without its point; empty if nothing is.
 std::string fault_of_rotation(const ExportEntries& entries);
 std::string fault_of_folder(const ExportEntries& entries);
 
-/// The choices that the entries stand for, without those that there is no use for. A folder that isn't a
-/// whole path is one in the survey's.
+/// What isn't plain from a folder as it was typed: its whole path, and that it will be made. Empty for a
+/// whole path that is there, and with a fault.
+std::string hint_of_folder(const ExportEntries& entries);
+
+/// The choices that the entries stand for, without those that there is no use for.
 /// @param rhoplus  settings for the results of Rho+, where these are asked for
 ExportChoices choices_of(const ExportLists& lists, const ExportEntries& entries,
                          const Module_output::RhoplusSettings& rhoplus);

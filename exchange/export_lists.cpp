@@ -4,6 +4,7 @@
 #include <set>
 
 #include "core/trap_errors.h"
+#include "database/survey_database.h"
 #include "database/survey_lists.h"
 
 namespace Module_exchange {
@@ -31,6 +32,20 @@ std::vector<std::string> lines_in_order() {
 
 }  // namespace
 
+std::vector<LineChoice> all_kinds_of_line(const std::string& line) {
+  std::vector<LineChoice> kinds = Module_tensor::kinds_of_line(line);
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT ReferenceType,DipoleLength FROM ReadingsDataTable WHERE LineNumber = '" + line +
+      "' ORDER BY ReferenceType,DipoleLength");
+  for (; !rows.eof(); rows.move_next()) {
+    const LineChoice kind{line, rows.get_long("ReferenceType"), rows.get_single("DipoleLength")};
+    if (std::ranges::find(kinds, kind) == kinds.end()) {
+      kinds.push_back(kind);
+    }
+  }
+  return kinds;
+}
+
 int read_export_lists(ExportLists& lists) {
   lists = {};
   return trap_errors("An error occurred while reading the lines: ", [&] {
@@ -38,7 +53,7 @@ int read_export_lists(ExportLists& lists) {
     std::set<std::int32_t> reference_types;
     std::set<float> dipoles;
     for (const std::string& line : lines_in_order()) {
-      for (const LineChoice& kind : Module_tensor::kinds_of_line(line)) {
+      for (const LineChoice& kind : all_kinds_of_line(line)) {
         if (read.lines.empty() || read.lines.back() != line) {
           read.lines.push_back(line);
         }
@@ -56,7 +71,7 @@ int read_export_lists(ExportLists& lists) {
 std::optional<LineChoice> kind_of_line(const ExportLists& lists, const std::string& line,
                                        std::int32_t reference_type, float dipole) {
   std::optional<LineChoice> found;
-  for (const LineChoice& kind : lists.kinds) {  // of a line by ascending dipoles
+  for (const LineChoice& kind : lists.kinds) {  // of a line, transfer functions first
     if (kind.line == line && kind.reference_type == reference_type && (!found || kind.dipole == dipole)) {
       found = kind;
     }

@@ -10,11 +10,15 @@
 namespace Module_exchange {
 
 struct ExportLists {
-  std::vector<std::string> lines;  // that transfer functions can be made of, as the survey spells them
+  std::vector<std::string> lines;  // that have readings, as the survey spells them
   std::vector<std::int32_t> reference_types;
   std::vector<float> dipoles;                    // m, ascending
   std::vector<Module_tensor::LineChoice> kinds;  // which lines have which of them
 };
+
+/// The kinds of recording that a line has readings of, whatever their data type: first those that a transfer
+/// function can be made from, each by reference type and dipole. Needs an open survey; throws dao::Error.
+std::vector<Module_tensor::LineChoice> all_kinds_of_line(const std::string& line);
 
 /// Reads the lists of the open survey.
 /// @return 0, or -1 after a message; the lists are empty then

@@ -50,6 +50,17 @@ void name_files(ExportFormat format, const std::vector<std::string>& names, Expo
   }
 }
 
+/// A line that gives no file at all, with its reason.
+ExportRow row_of_line(const Module_tensor::LineChoice& choice, std::size_t choice_index,
+                      const std::string& what) {
+  ExportRow row;
+  row.choice_index = choice_index;
+  row.line = choice.line;
+  row.remarks = {"Line " + choice.line + " has no " + what + " with reference type " +
+                 plain_text(choice.reference_type) + " and dipole " + plain_text(choice.dipole)};
+  return row;
+}
+
 int plan_sites(const ExportChoices& choices, const std::function<bool(double)>& progress, ExportPlan& plan) {
   std::vector<std::string> names;
   const int status = each_line(choices, progress, plan, [&](std::size_t index) {
@@ -57,7 +68,12 @@ int plan_sites(const ExportChoices& choices, const std::function<bool(double)>& 
     if (load_line(choices, index, line) != 0) {
       return -1;
     }
-    append(site_rows(choices, line, index, names), plan);
+    std::vector<ExportRow> rows = site_rows(choices, line, index, names);
+    if (rows.empty()) {
+      rows.push_back(row_of_line(line.choice, index, "readings of a tensor element or tipper"));
+      names.emplace_back();
+    }
+    append(std::move(rows), plan);
     return 0;
   });
   name_files(choices.format, names, plan);
@@ -71,7 +87,11 @@ int plan_tables(const ExportChoices& choices, const std::function<bool(double)>&
     if (load_tables(choices, index, tables) != 0) {
       return -1;
     }
-    append(table_rows(tables, ids[index], index), plan);
+    std::vector<ExportRow> rows = table_rows(tables, ids[index], index);
+    if (rows.empty()) {
+      rows.push_back(row_of_line(tables.line.choice, index, "curves of this kind"));
+    }
+    append(std::move(rows), plan);
     return 0;
   });
 }

@@ -25,7 +25,4 @@ struct LineContents {
 /// Whether a frequency has been switched off in the list.
 bool is_switched_off(const Frequencies& frequencies, float frequency);
 
-/// The sign of Ey in the readings on a phase of the tensor, whose Ey is turned back: degrees, above -180.
-double phase_of_turned_ey(double phase);
-
 }  // namespace Module_exchange

@@ -66,7 +66,8 @@ std::string place_text(const formats::transfer_function::Site& site) {
 }
 
 /// What a file of impedances has no room for: phases whose resistivity is masked, and the other way round.
-std::string lost_halves(const SiteDocument& document) {
+std::string lost_halves(const StationDocument& station) {
+  const SiteDocument& document = station.document;
   int lost = 0;
   for (const Point& point : document.function.points) {
     const bool is_lost = std::ranges::any_of(point.values, [](const Value& value) {
@@ -75,7 +76,8 @@ std::string lost_halves(const SiteDocument& document) {
     lost += is_lost ? 1 : 0;
   }
   return lost == 0 ? std::string()
-                   : "At " + plain_text(lost) + (lost == 1 ? " frequency" : " frequencies") +
+                   : "Station " + Module_tensor::station_text(document.station, station.name) + ": at " +
+                         plain_text(lost) + (lost == 1 ? " frequency" : " frequencies") +
                          " resistivity or phase alone has a value, and the file, which holds impedances, "
                          "has none";
 }
@@ -108,7 +110,7 @@ ExportRow site_row(ExportFormat format, const StationDocument& station) {
   row.components = components_of(document);
   row.place = place_text(document.function.site);
   row.remarks = station.remarks;
-  if (std::string lost = format == ExportFormat::emtf_xml ? lost_halves(document) : ""; !lost.empty()) {
+  if (std::string lost = format == ExportFormat::emtf_xml ? lost_halves(station) : ""; !lost.empty()) {
     row.remarks.push_back(std::move(lost));
   }
   return row;

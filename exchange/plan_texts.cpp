@@ -68,10 +68,13 @@ std::string plan_summary(const ExportPlan& plan) {
   std::string text = counted(static_cast<std::size_t>(plan.file_count()), "file");
   const auto none = static_cast<std::size_t>(std::ranges::count_if(plan.rows, gives_none));
   if (none > 0) {
-    const bool of_stations = std::ranges::all_of(
-        plan.rows, [](const ExportRow& row) { return !gives_none(row) || row.stations.size() == 1; });
-    text +=
-        "; " + counted(none, of_stations ? "station" : "table") + (none == 1 ? " gives" : " give") + " none";
+    const auto lines = static_cast<std::size_t>(std::ranges::count_if(
+        plan.rows, [](const ExportRow& row) { return gives_none(row) && row.stations.empty(); }));
+    text += "; ";
+    text += lines > 0 ? counted(lines, "line") : "";
+    text += lines > 0 && lines < none ? " and " : "";
+    text += lines < none ? counted(none - lines, "station") : "";
+    text += none == 1 ? " gives none" : " give none";
   }
   const auto remarked = std::ranges::count_if(
       plan.rows, [](const ExportRow& row) { return !gives_none(row) && !row.remarks.empty(); });

@@ -32,6 +32,7 @@ using formats::transfer_function::SiteDocument;
 using formats::transfer_function::Value;
 using Module_database::StoredReading;
 using Module_tensor::CurveType;
+using Module_tensor::EyReason;
 using Module_tensor::SourceValue;
 using Module_tensor::StationCurves;
 using Module_tensor::StationTensor;
@@ -64,34 +65,37 @@ SourceValue counting_value(const StationCurves& curves, CurveType type, std::siz
   return {merged.curve.value(field, at), curve_error(merged, curves.source(type), quantity, at)};
 }
 
-/// The phase of a diagonal element has any sign, and an import masks those at or below 0 as it does with all
-/// others. Where all repeats, or some, were masked so, the mean of all is the value; one above 0 that doesn't
-/// count was masked by somebody.
-SourceValue diagonal_phase(const StationCurves& curves, CurveType type, std::size_t at) {
-  const SourceValue counting = counting_value(curves, type, 1, at);
-  const Module_tensor::CurveSource& source = curves.source(type);
+/// Resistivity and phase of an element without what is masked or switched off. Of a diagonal element whose
+/// resistivity is off nothing is left.
+Module_tensor::ElementPoint element_in_use(const StationCurves& curves, CurveType type, std::size_t at) {
   const StoredReading& merged = curves.of(type);
-  if (source.regardless_of_masks.empty() || !source.some_masked[at][1] || !merged.UseReading ||
-      !merged.UsePhase) {
-    return counting;
+  if (!merged.UseReading || (is_diagonal(type) && !merged.UseResistivity)) {
+    return {};
   }
-  const SourceValue& all = source.regardless_of_masks[at][1];
-  return all.value <= 0.0F ? all : counting;
+  Module_tensor::ElementPoint point = unmasked_element_point(curves, type, at);
+  if (!merged.UseResistivity) {
+    point.values[0] = {};
+  }
+  if (!merged.UsePhase) {
+    point.values[1] = {};
+  }
+  return point;
 }
 
-/// In the axes' own sign of Ey.
+/// In the axes' own sign of Ey. Phases of Zyx lie in the third quadrant by habit; those of other elements
+/// that an import has raised above 180 stay so, or the next one would mask them for their sign.
 double phase_in_axes(CurveType type, bool ey_turned, double phase) {
+  constexpr double highest_raised = 270.0;
   if (ey_turned && is_of_ey(type)) {
-    return phase > 0.0 ? phase - 180.0 : phase + 180.0;
+    return Module_tensor::phase_of_turned_ey(phase);
   }
-  return type == CurveType::EyHx && phase > 180.0 ? phase - 360.0 : phase;  // in the third quadrant by habit
+  const bool is_raised = type != CurveType::EyHx && phase > 180.0 && phase <= highest_raised;
+  return is_raised ? phase : std::remainder(phase, 360.0);
 }
 
 Value impedance_value(const StationCurves& curves, CurveType type, bool ey_turned, double frequency,
                       std::size_t at) {
-  const SourceValue resistivity = counting_value(curves, type, 0, at);
-  const SourceValue phase =
-      is_diagonal(type) ? diagonal_phase(curves, type, at) : counting_value(curves, type, 1, at);
+  const auto [resistivity, phase] = element_in_use(curves, type, at).values;
   const double static_factor = decimal_of_single(curves.of(type).ResOffset);
   Value value;
   if (resistivity.value > 0.0F) {
@@ -142,7 +146,7 @@ std::vector<float> frequencies_of(const StationCurves& curves, const Frequencies
     });
   }
   std::ranges::sort(all);
-  all.erase(std::ranges::unique(all).begin(), all.end());
+  all.erase(std::unique(all.begin(), all.end()), all.end());
   return all;
 }
 
@@ -168,6 +172,8 @@ std::vector<Point> points_as_measured(const StationCurves& curves, const Frequen
   return points;
 }
 
+constexpr double no_phase = 90.0;  // degrees: an error beyond it says no more
+
 Value turned_value(const std::complex<double>& z, const PartCovariance& covariance, double frequency) {
   const auto earth = numerics::impedance::apparent_earth(z, covariance, frequency);
   Value value;
@@ -176,7 +182,7 @@ Value turned_value(const std::complex<double>& z, const PartCovariance& covarian
   value.resistivity = earth.resistivity.value;
   value.resistivity_error = earth.resistivity.error;
   value.phase = earth.phase.value;
-  value.phase_error = earth.phase.error;
+  value.phase_error = std::min(earth.phase.error, no_phase);
   return value;
 }
 
@@ -188,10 +194,7 @@ void add_tipper(const Module_tensor::TipperPoint& tipper, Point& point) {
   point.of(Component::ty).variance = variance_of(t.covariance_y);
 }
 
-std::vector<Point> points_turned(const StationTensor& tensor, double azimuth,
-                                 const Frequencies& frequencies) {
-  StationTensor turned = rotated_tensor(tensor, azimuth);
-  leave_out_disabled(frequencies, turned);
+std::vector<Point> points_turned(const StationTensor& turned) {
   std::vector<Point> points;
   for (const Module_tensor::TensorPoint& of_tensor : turned.points) {
     Point point;
@@ -232,6 +235,18 @@ bool has_counting_phase(const StationCurves& curves, CurveType type) {
   return false;
 }
 
+/// Whether most phases of Zyx lie where those of Zxy are expected.
+bool yx_in_first_quadrant(const SiteDocument& document) {
+  std::size_t first = 0;
+  std::size_t all = 0;
+  for (const Point& point : document.function.points) {
+    const double phase = point.of(Component::zyx).phase;
+    all += std::isfinite(phase) ? 1 : 0;
+    first += phase > 0.0 && phase < 90.0 ? 1 : 0;
+  }
+  return 2 * first > all;
+}
+
 /// What keeps curves of Ey from being what a user expects of them.
 void add_ey_remarks(const StationCurves& curves, const StationTensor& tensor, StationDocument& result) {
   const StoredReading& merged = curves.of(CurveType::EyHx);
@@ -243,10 +258,31 @@ void add_ey_remarks(const StationCurves& curves, const StationTensor& tensor, St
         beginning(curves) +
         "no phase of EyHx counts; those of files need the sign of Ey turned at the import, "
         "which masks phases at or below 0");
-  } else if (tensor.points.empty() && tensor.ey_reason == Module_tensor::EyReason::rule) {
+  } else if (tensor.points.empty() && tensor.ey_reason == EyReason::rule) {
     result.remarks.push_back(beginning(curves) + "Ey counts as " +
                              (yx_points_away(curves, tensor) ? "measured" : "turned") +
                              " by the quadrant of the phases of EyHx");
+  }
+}
+
+/// Tells it in the file as well as to the user.
+void tell(const StationCurves& curves, const std::string& sentence, StationDocument& result) {
+  result.document.history.push_back(sentence);
+  result.remarks.push_back(beginning(curves) + sentence);
+}
+
+/// What holds of what is written, as measured or rotated.
+void add_remarks(const StationCurves& curves, const StationTensor& tensor, StationDocument& result) {
+  if (tensor.ey_reason == EyReason::user && yx_in_first_quadrant(result.document)) {
+    result.remarks.push_back(beginning(curves) +
+                             "with the sign of Ey that was set for its site most phases of Zyx lie in the "
+                             "first quadrant, which other packages take for a wrong sign");
+  }
+  if (const std::size_t several = frequencies_with_several_points(curves); several > 0) {
+    tell(curves,
+         "of several points that a curve has at " + counted(several, "frequency", "frequencies") +
+             " the first one is written",
+         result);
   }
 }
 
@@ -269,12 +305,13 @@ std::string degrees_text(double azimuth) { return plain_text(azimuth) + " degree
 
 void describe_axes(const Module_tensor::StationAxes& axes, std::optional<double> rotation,
                    SiteDocument& document) {
+  const double azimuth = decimal_of_single(static_cast<float>(axes.azimuth));
   const std::string measured =
-      axes.is_known ? "azimuth of Hx " + degrees_text(axes.azimuth)
+      axes.is_known ? "azimuth of Hx " + degrees_text(azimuth)
                     : std::string("the azimuth of Hx isn't known, x of the readings counts as north");
   if (axes.is_known) {
-    document.sensor_azimuth = axes.azimuth;
-    document.function.site.x_azimuth = axes.azimuth;
+    document.sensor_azimuth = azimuth;
+    document.function.site.x_azimuth = azimuth;
   }
   if (rotation) {
     document.function.site.x_azimuth = *rotation;
@@ -285,13 +322,60 @@ void describe_axes(const Module_tensor::StationAxes& axes, std::optional<double>
   }
 }
 
-void take_turned(const StationTensor& tensor, double azimuth, const Frequencies& frequencies,
-                 StationDocument& result) {
-  result.document.function.points = points_turned(tensor, azimuth, frequencies);
-  if (tensor.refusal.empty()) {
-    return;
+bool has_impedance(const Point& point) {
+  return std::any_of(point.values.begin(), point.values.begin() + numerics::impedance::element_count,
+                     has_anything);
+}
+
+/// How what is rotated differs from what is written as measured.
+struct TurnedPoints {
+  std::size_t not_whole = 0;       // frequencies without a whole tensor
+  std::size_t masked_by_user = 0;  // diagonal elements that are there all the same
+};
+
+TurnedPoints compare(const std::vector<Point>& measured, const StationTensor& turned) {
+  TurnedPoints found;
+  for (const Point& point : measured) {
+    const bool is_whole = std::ranges::any_of(turned.points, [&](const Module_tensor::TensorPoint& whole) {
+      return decimal_of_single(static_cast<float>(whole.frequency)) == point.frequency;
+    });
+    if (!is_whole) {
+      found.not_whole += has_impedance(point) ? 1 : 0;
+      continue;
+    }
+    for (const Component diagonal : {Component::zxx, Component::zyy}) {
+      found.masked_by_user += point.of(diagonal).has_value() ? 0 : 1;
+    }
   }
-  if (result.document.function.points.empty()) {
+  return found;
+}
+
+/// What rotation leaves out, and what it takes in spite of masks.
+void tell_of_rotation(const StationCurves& curves, const TurnedPoints& found, const StationTensor& turned,
+                      StationDocument& result) {
+  if (found.not_whole > 0) {
+    tell(curves, counted(found.not_whole, "frequency", "frequencies") + " without a whole tensor left out",
+         result);
+  }
+  if (turned.masked_diagonals > 0) {
+    result.document.history.push_back(counted(turned.masked_diagonals, "value", "values") +
+                                      " of ExHx and EyHy rotated in spite of masks");
+  }
+  if (found.masked_by_user > 0) {
+    result.remarks.push_back(beginning(curves) + counted(found.masked_by_user, "value", "values") +
+                             " of ExHx and EyHy that somebody has masked had to be taken for the rotation");
+  }
+}
+
+void take_turned(const StationCurves& curves, const StationTensor& tensor, double azimuth,
+                 const Frequencies& frequencies, StationDocument& result) {
+  StationTensor turned = rotated_tensor(tensor, azimuth);
+  leave_out_disabled(frequencies, turned);
+  result.document.function.points = points_turned(turned);
+  if (tensor.refusal.empty()) {
+    const auto measured = points_as_measured(curves, frequencies, tensor.ey_turned);
+    tell_of_rotation(curves, compare(measured, turned), turned, result);
+  } else if (result.document.function.points.empty()) {
     result.refusal = tensor.refusal;
   } else {
     result.remarks.push_back(tensor.refusal + "; of turned axes there is the tipper only");
@@ -331,16 +415,17 @@ StationDocument station_document(const Module_tensor::LineChoice& choice, const 
     return result;
   }
   if (rotation) {
-    take_turned(tensor, *rotation, frequencies, result);
+    take_turned(curves, tensor, *rotation, frequencies, result);
   } else {
     result.document.function.points = points_as_measured(curves, frequencies, ey_turned);
     add_ey_remarks(curves, tensor, result);
   }
+  add_remarks(curves, tensor, result);
   if (result.refusal.empty() && result.document.function.points.empty()) {
     result.refusal = beginning(curves) + "no value of its curves counts";
   }
   if (ey_turned && (result.document.has(Component::zyx) || result.document.has(Component::zyy))) {
-    result.document.history.emplace_back("The sign of Ey, turned in the survey, is turned back");
+    result.document.history.push_back(ey_sentence(curves, tensor));
   }
   return result;
 }

@@ -20,8 +20,9 @@ struct StationDocument {
 
 /// What a station's curves give at the frequencies that are switched on, ascending. The values are those of
 /// the merged curves with their static factors, the sign of Ey turned back where the readings have it turned.
-/// Each component stands for itself; a phase of a diagonal element that an import has masked for its sign is
-/// a value. In turned axes only what has a whole tensor, or a whole tipper, is there.
+/// Each component stands for itself, with the values that the station's tensor has; a phase of a diagonal
+/// element that an import has masked for its sign is a value, but nothing that somebody has masked. In turned
+/// axes only what has a whole tensor, or a whole tipper, is there, whatever masks diagonal elements have.
 ///
 /// The place is that of the station's site; who has another one, by a projection, puts it there. Needs an
 /// open survey; throws dao::Error.

@@ -21,11 +21,8 @@ using Module_tensor::CurveSource;
 using Module_tensor::CurveType;
 using Module_tensor::StationCurves;
 
-constexpr double date_not_known = 2.0;  // 1 January 1900: what an import takes for a file without a date
-
-std::string counted(std::size_t count, const std::string& one, const std::string& several) {
-  return plain_text(static_cast<std::int64_t>(count)) + ' ' + (count == 1 ? one : several);
-}
+constexpr double date_not_known = 2.0;   // 1 January 1900: what an import takes for a file without a date
+constexpr double last_date = 2958465.0;  // 31 December 9999
 
 bool is_diagonal(CurveType type) { return type == CurveType::ExHx || type == CurveType::EyHy; }
 
@@ -108,23 +105,30 @@ struct MaskCount {
   std::size_t by_sign = 0;  // phases of a diagonal element that an import has masked, and that are values
 };
 
-MaskCount masks_of(std::size_t type, const StoredReading& merged, const CurveSource& source,
-                   std::size_t quantity) {
+/// Whether a quantity has a value, masked or not: what has a resistivity of 0 isn't there.
+bool is_measured(std::size_t type, const CurveSource& source, std::size_t quantity, std::size_t at) {
+  const auto& values = source.regardless_of_masks[at];
+  const bool is_there = Module_database::is_tipper(curve_types[type]) || values[0].value != 0.0F;
+  return is_there && !is_absent(double{values[quantity].value});
+}
+
+MaskCount masks_of(std::size_t type, const StationCurves& curves, std::size_t quantity) {
+  const StoredReading& merged = curves.merged[type];
+  const CurveSource& source = curves.sources[type];
   const bool any_sign = quantity == 1 && is_diagonal(static_cast<CurveType>(type));
   MaskCount count;
   for (std::size_t at = 0; at < source.regardless_of_masks.size(); ++at) {
-    const float value = source.regardless_of_masks[at][quantity].value;
-    const bool some_masked = source.some_masked[at][quantity];
-    const bool counts = merged.curve.point_counts(static_cast<int>(quantity) + 1, at);
-    if (is_absent(double{value})) {
+    if (!is_measured(type, source, quantity, at)) {
       continue;
     }
-    if (any_sign && some_masked && value <= 0.0F) {
+    if (merged.curve.point_counts(static_cast<int>(quantity) + 1, at)) {
+      count.partly += source.some_masked[at][quantity] ? 1 : 0;
+    } else if (any_sign &&
+               !is_absent(double{
+                   unmasked_element_point(curves, static_cast<CurveType>(type), at).values[1].value})) {
       ++count.by_sign;
-    } else if (!counts) {
+    } else {
       ++count.masked;
-    } else if (some_masked) {
-      ++count.partly;
     }
   }
   return count;
@@ -138,18 +142,20 @@ void add_count(std::size_t count, const std::string& one, const std::string& sev
 }
 
 /// "3 resistivities masked, 5 phases masked, 1 phase with masked repeats"
-std::string masks_text(std::size_t type, const StoredReading& merged, const CurveSource& source) {
+std::string masks_text(std::size_t type, const StationCurves& curves) {
   using Names = std::pair<std::string, std::string>;
   const std::array<Names, Module_tensor::quantity_count> names =
       Module_database::is_tipper(curve_types[type])
           ? std::array{Names{"real part", "real parts"}, Names{"imaginary part", "imaginary parts"}}
           : std::array{Names{"resistivity", "resistivities"}, Names{"phase", "phases"}};
+  const bool takes_all = is_diagonal(static_cast<CurveType>(type));
   std::string text;
   for (std::size_t quantity = 0; quantity < names.size(); ++quantity) {
-    const MaskCount count = masks_of(type, merged, source, quantity);
+    const MaskCount count = masks_of(type, curves, quantity);
     const auto& [one, several] = names[quantity];
     add_count(count.masked, one, several, " masked", text);
-    add_count(count.partly, one, several, " with masked repeats", text);
+    add_count(count.partly, one, several,
+              takes_all ? " with masked repeats, taken all the same" : " with masked repeats", text);
     add_count(count.by_sign, one, several, " masked at the import for the sign, taken all the same", text);
   }
   return text;
@@ -172,17 +178,8 @@ std::string static_text(std::size_t type, const StoredReading& merged) {
 
 std::optional<double> earliest_date(const std::string& criteria) {
   std::optional<double> earliest;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DateCollected FROM FileTable WHERE ID IN (SELECT FileID FROM ReadingsDataTable WHERE " +
-      criteria + ")");
-  for (; !rows.eof(); rows.move_next()) {
-    if (rows.is_null("DateCollected")) {
-      continue;
-    }
-    const double date = rows.get_date("DateCollected");
-    if (date > date_not_known && (!earliest || date < *earliest)) {
-      earliest = date;
-    }
+  for (const auto& [file, date] : dates_of_files(criteria)) {
+    earliest = std::min(date, earliest.value_or(date));
   }
   return earliest;
 }
@@ -196,10 +193,54 @@ std::size_t frequencies_switched_off(const StationCurves& curves, const Frequenc
     });
   }
   std::ranges::sort(off);
-  return static_cast<std::size_t>(std::ranges::unique(off).begin() - off.begin());
+  return static_cast<std::size_t>(std::unique(off.begin(), off.end()) - off.begin());
 }
 
 }  // namespace
+
+std::string counted(std::size_t count, const std::string& one, const std::string& several) {
+  return plain_text(static_cast<std::int64_t>(count)) + ' ' + (count == 1 ? one : several);
+}
+
+std::string ey_sentence(const StationCurves& curves, const Module_tensor::StationTensor& tensor) {
+  const bool readings_say_it = curves.of(CurveType::EyHx).axes.EyTurned == Module_database::ey_turned;
+  if (tensor.ey_reason == Module_tensor::EyReason::user) {
+    return "The sign of Ey is reversed, as its site says that the readings have it turned";
+  }
+  if (tensor.ey_reason == Module_tensor::EyReason::facts || readings_say_it) {
+    return "The sign of Ey, turned in the survey, is turned back";
+  }
+  return tensor.points.empty()
+             ? "The sign of Ey is reversed by the quadrant of the phases of EyHx"
+             : "The sign of Ey is reversed, as Zxy and Zyx point the same way in most of the readings";
+}
+
+std::size_t frequencies_with_several_points(const StationCurves& curves) {
+  std::vector<float> several;
+  for (const StoredReading& merged : curves.merged) {
+    const std::vector<float>& all = merged.curve.frequencies;
+    for (auto at = std::ranges::adjacent_find(all); at != all.end();
+         at = std::adjacent_find(at + 1, all.end())) {
+      several.push_back(*at);
+    }
+  }
+  std::ranges::sort(several);
+  return static_cast<std::size_t>(std::unique(several.begin(), several.end()) - several.begin());
+}
+
+std::map<std::int32_t, double> dates_of_files(const std::string& criteria) {
+  std::map<std::int32_t, double> dates;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT ID,DateCollected FROM FileTable WHERE ID IN (SELECT FileID FROM ReadingsDataTable WHERE " +
+      criteria + ")");
+  for (; !rows.eof(); rows.move_next()) {
+    const double date = rows.is_null("DateCollected") ? date_not_known : rows.get_date("DateCollected");
+    if (date > date_not_known && date <= last_date) {
+      dates[rows.get_long("ID")] = date;
+    }
+  }
+  return dates;
+}
 
 StationPast station_past(const Module_tensor::LineChoice& choice, const StationCurves& curves,
                          const Frequencies& frequencies) {
@@ -211,7 +252,7 @@ StationPast station_past(const Module_tensor::LineChoice& choice, const StationC
   }
   for (std::size_t type = 0; type < curve_types.size(); ++type) {
     if (const StoredReading& merged = curves.merged[type]; merged.ID != 0) {
-      sentences.add(type, masks_text(type, merged, curves.sources[type]));
+      sentences.add(type, masks_text(type, curves));
       sentences.add(type, switch_text(merged));
       sentences.add(type, static_text(type, merged));
     }

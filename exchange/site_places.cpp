@@ -6,9 +6,11 @@
 #include <exception>
 #include <vector>
 
+#include "core/number_text.h"
 #include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_lists.h"
+#include "exchange/text_lists.h"
 #include "numerics/geodesy/coordinate_transforms.h"
 #include "numerics/geodesy/datum_shift.h"
 #include "projections/survey_projection.h"
@@ -160,12 +162,16 @@ std::map<double, GeographicSite> places_of_line(std::string_view line) {
   return places;
 }
 
-std::string datum_remark(const GeographicSite& site) {
-  if (site.datum.empty() || is_close_to_wgs_84(site.datum)) {
-    return "";
-  }
-  return "its place is on the datum \"" + site.datum +
-         "\" and may lie hundreds of metres off on a map that counts in WGS 84";
+bool is_on_other_datum(const GeographicSite& site) {
+  return !site.datum.empty() && !is_close_to_wgs_84(site.datum);
+}
+
+std::string datum_remark(const std::string& datum, const std::vector<std::string>& stations) {
+  const bool is_one = stations.size() == 1;
+  return (is_one ? "The place of station " + stations.front() + " is"
+                 : "The places of " + plain_text(static_cast<std::int64_t>(stations.size())) + " stations (" +
+                       listed_first(stations) + ") are") +
+         " on the datum \"" + datum + "\" and may lie hundreds of metres off on a map that counts in WGS 84";
 }
 
 std::string why_no_places() {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Module_exchange {
 
@@ -22,9 +23,12 @@ struct GeographicSite {
 /// of the locations; an elevation of 0 of a location isn't one. Needs an open survey; throws dao::Error.
 std::map<double, GeographicSite> places_of_line(std::string_view line);
 
-/// Why a place may be off on a map that counts in WGS 84, a sentence without its point; empty if it isn't, or
-/// if nobody has named a datum.
-std::string datum_remark(const GeographicSite& site);
+/// Whether a place may be off on a map that counts in WGS 84; not if nobody has named a datum.
+bool is_on_other_datum(const GeographicSite& site);
+
+/// That places on such a datum may be off, a sentence without its point.
+/// @param stations  whose places they are, as "200E 100"; at least one
+std::string datum_remark(const std::string& datum, const std::vector<std::string>& stations);
 
 /// Why stations of the survey have no places on the earth: that it has no projection, or one that doesn't
 /// lead back, or that its stations have local coordinates only. A sentence without its point. Needs an open

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <span>
 #include <string>
 
@@ -14,6 +15,8 @@ namespace formats {
 namespace {
 
 constexpr int last_year = 9999;
+constexpr int months = 12;
+constexpr int longest_month = 31;  // days
 
 // Takes a number of 1 to 4 digits from the start of the text.
 std::optional<int> take_number(std::string_view& text) {
@@ -43,6 +46,14 @@ std::optional<int> full_year(int year) {
     return 1900 + year;
   }
   return year >= 1000 ? std::optional(year) : std::nullopt;
+}
+
+// None of a day that no calendar has, as 31 February.
+std::optional<double> calendar_day(int year, int month, int day) {
+  const std::chrono::year_month_day date(std::chrono::year(year),
+                                         std::chrono::month(static_cast<unsigned>(month)),
+                                         std::chrono::day(static_cast<unsigned>(day)));
+  return month <= months && day <= longest_month && date.ok() ? std::optional(day_count(date)) : std::nullopt;
 }
 
 constexpr std::array<std::string_view, 12> month_names{"JANUARY",   "FEBRUARY", "MARCH",    "APRIL",
@@ -101,8 +112,7 @@ std::optional<double> named_date(std::string_view written) {
     month = named;
   }
   const auto whole_year = year ? full_year(*year) : std::nullopt;
-  const bool valid = month > 0 && day && *day >= 1 && *day <= 31 && whole_year;
-  return valid ? std::optional(day_count(*whole_year, month, *day)) : std::nullopt;
+  return month > 0 && day && whole_year ? calendar_day(*whole_year, month, *day) : std::nullopt;
 }
 
 std::optional<double> numbered_date(std::string_view text) {
@@ -124,7 +134,11 @@ std::optional<double> numbered_date(std::string_view text) {
   if (!third || !ends_here || !year) {
     return std::nullopt;
   }
-  const double days = year_first ? day_count(*year, *second, *third) : day_count(*year, *first, *second);
+  if (year_first) {
+    return calendar_day(*year, *second, *third);
+  }
+  const double days =
+      day_count(*year, *first, *second);  // what is beyond a month runs over into the next one
   return static_cast<int>(calendar_date(days).year()) <= last_year ? std::optional(days) : std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include "core/calendar.h"
 #include "core/line_reader.h"
@@ -187,15 +188,23 @@ FileFormat format_of_section(std::string_view tag) {
                                            : format_unknown;
 }
 
-void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report) {
-  record.length_unit_factor = 1;
+// FILEBY or PROGVERS of a head.
+bool names_this_program(std::string_view line) {
+  const std::string upper = upper_case(line);
+  return formats::edi::option_item(upper, "FILEBY").starts_with("BRENLOX") ||
+         formats::edi::option_item(upper, "PROGVERS").starts_with("BRENLOX");
+}
+
+void read_edi_options(LineReader& reader, ReadingRecord& record, FileReport& report) {
   formats::edi::InfoText info;
   FileFormat of_info_text = format_unknown;
+  bool in_head = true;  // up to the tag behind >HEAD
   std::string_view bytes;
   while (reader.next(bytes)) {
     const std::string_view line = trimmed(bytes);
     if (line.starts_with('>') && !line.starts_with(">!")) {
       const std::string tag = formats::edi::tag_name(line);
+      in_head = false;
       const bool is_text = info.holds(tag);
       const FileFormat format = format_of_section(tag);
       if (is_text) {
@@ -205,6 +214,7 @@ void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report
         return;
       }
     }
+    record.is_own_edi = record.is_own_edi || (in_head && names_this_program(line));
     const std::string_view keyword = line.substr(0, 8);
     if (equal_ignoring_case(keyword.substr(0, 7), "ACQDATE")) {
       take_date(line, record.DateAnalysed, reader, report);
@@ -215,6 +225,15 @@ void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report
     }
   }
   record.file_format = of_info_text;  // no sensors are defined behind the text, so it was a section
+}
+
+// Files of others have the date of the measurement in FILEDATE as a rule, those of this program in ACQDATE.
+void read_edi_head(LineReader& reader, ReadingRecord& record, FileReport& report) {
+  record.length_unit_factor = 1;
+  read_edi_options(reader, record, report);
+  if (record.is_own_edi) {
+    std::swap(record.DateCollected, record.DateAnalysed);
+  }
 }
 
 double date_in_columns(std::string_view line, std::array<std::int32_t, 3> starts) {
@@ -339,6 +358,7 @@ void display_file_format(const std::string& file, ReadingRecord& record, SampleF
                          FileReport& report) {
   decode_file_name(file, record, sample, report);
   record.file_format = format_unknown;
+  record.is_own_edi = false;
   read_file_head(file, record, sample, report);
   sample.date = display_date(record.DateCollected);
 }

@@ -1,6 +1,7 @@
 #include "import/format_by_content.h"
 
-#include <cstdint>
+#include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "core/line_reader.h"
@@ -42,8 +43,7 @@ class Beginning {
       return formats::emtf_xml::begins_emtf_xml(text.substr(0, bytes_looked_at)) ? format_emtf_xml
                                                                                  : format_unknown;
     }
-    const std::string_view look = text.substr(0, line_looked_at);
-    return is_first && formats::csv::is_curve_table_header(look) ? format_curve_table : format_of_line(look);
+    return format_of_line(text.substr(0, line_looked_at));
   }
 
  private:
@@ -76,8 +76,10 @@ FileFormat exchange_format_of(const std::string& file) {
   LineReader lines(file);
   Beginning beginning;
   FileFormat format = format_unknown;
+  std::size_t looked_at = 0;  // the reader may be a chunk ahead of the lines
   std::string_view line;
-  while (format == format_unknown && lines.bytes_read() < std::int64_t{bytes_looked_at} && lines.next(line)) {
+  while (format == format_unknown && looked_at < bytes_looked_at && lines.next(line)) {
+    looked_at += line.size() + 1;
     format = beginning.format_after(line);
   }
   return format;

@@ -128,13 +128,20 @@ void requery_stores() {
   open_survey().reading_facts.requery();
 }
 
+// Whether a file with a failure brings less than its earlier import did.
+bool gave_less(const FileTask& task) {
+  const StoreNotes& notes = task.notes;
+  return !task.report.failure.empty() && notes.file_known &&
+         (task.report.readings < notes.replaced_readings ||
+          values_of_file(task.record.FileID) < notes.replaced_values);
+}
+
 // Ends the file's transaction. The readings of an earlier import of the file are replaced only when all new
 // ones have been stored.
 void end_transaction(dao::Transaction& transaction, FileTask& task) {
   const StoreNotes& notes = task.notes;
   FileReport& report = task.report;
-  const bool gave_less = !report.failure.empty() && report.readings < notes.replaced_readings;
-  const bool failed = report.readings == 0 || !notes.failure.empty() || gave_less;
+  const bool failed = report.readings == 0 || !notes.failure.empty() || gave_less(task);
   const bool keep_earlier =
       failed &&
       (notes.file_known || (report.readings == 0 && rows_of_earlier_import(task.record) != nullptr));
@@ -142,6 +149,8 @@ void end_transaction(dao::Transaction& transaction, FileTask& task) {
     transaction.commit();
     own_rows_of_file(task.record);
     task.record.run.keys_left.merge(task.notes.replaced_keys);
+    report.failure +=
+        report.failure.empty() || report.readings == 0 ? "" : "; what stands before that is stored";
     return;
   }
   transaction.roll_back();

@@ -90,15 +90,17 @@ struct RunState {
 /// What the choices and a reader fill, one file after the other, and the store writes. -1 is "not known yet".
 struct ReadingRecord {
   ImportChoices choices;
-  std::int32_t file_index = 0;          // from 1, place in the list of files
-  std::size_t section_index = 0;        // in the file, of the section that is being read
-  std::int32_t file_format = -1;        // FileFormat, -1 not known
+  std::int32_t file_index = 0;    // from 1, place in the list of files
+  std::size_t section_index = 0;  // in the file, of the section that is being read
+  std::int32_t file_format = -1;  // FileFormat, -1 not known
+  bool is_own_edi = false;        // this program wrote the EDI file, so that what its words mean is known
   std::int32_t length_unit_factor = 1;  // of the head's UNITS; lengths are stored without it
 
   std::string SurveyFile;
   std::vector<std::string>
       path_tails;  // names that earlier imports may have given the file, the longest first
   std::string LineNumber;
+  std::string line_in_file;  // the same as a table of stations has it, perhaps without a letter
   std::int32_t EventNumber = 0;
   float SampleRate = 0.0F;  // Hz
   double Station = station_not_set;

@@ -14,6 +14,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
+#include "database/reading.h"
 #include "database/reading_facts.h"
 #include "database/sites.h"
 #include "database/stations.h"
@@ -60,6 +61,18 @@ void forget_sites_of_file(std::int32_t file_id, const std::string& name) {
   for (; !places.eof(); places.move_next()) {
     Module_database::forget_site(places.get_text("LineNumber"), places.get_double("Station"), name);
   }
+}
+
+std::int64_t values_of_reading(const dao::Recordset& row) {
+  using namespace Module_database;
+  const Curve curve = read_reading(row).curve;
+  std::int64_t values = 0;
+  for (std::size_t index = 0; index < curve.count(); ++index) {
+    for (const int part : {field_resistivity, field_phase, field_resistivity_error, field_phase_error}) {
+      values += curve.is_present(part, index) ? 1 : 0;
+    }
+  }
+  return values;
 }
 
 // A damaged row has no key by which anything could have been computed from it.
@@ -149,6 +162,7 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
     notes.file_known = true;
     notes.earlier_name = rows.name;
     forget_sites_of_file(row->second, rows.name);
+    notes.replaced_values = values_of_file(row->second);
     notes.replaced_readings =
         delete_readings_of_file(row->second, record.run.stations_left, notes.replaced_keys);
     files.find_first(ID_criteria(row->second));
@@ -250,6 +264,20 @@ bool sort_curve(Curve& curve) {
     reorder_groups(curve.errors, places, error_count);
   }
   return false;
+}
+
+std::int64_t values_of_file(std::int32_t file_id) {
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsDataTable WHERE FileID = " + format_number(file_id, "0"));
+  std::int64_t values = 0;
+  for (; !rows.eof(); rows.move_next()) {
+    try {
+      values += values_of_reading(rows);
+    } catch (const std::exception&) {
+      continue;  // the bytes of a damaged row are no curve
+    }
+  }
+  return values;
 }
 
 const FileRows* rows_of_earlier_import(ReadingRecord& record) {

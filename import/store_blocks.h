@@ -12,6 +12,7 @@ namespace Module_data_file {
 struct StoreNotes {
   bool file_known = false;             // the header replaced an earlier import of the file
   std::int32_t replaced_readings = 0;  // of that import
+  std::int64_t replaced_values = 0;    // of these readings, see values_of_file
   std::string earlier_name;            // under which it stored the file
   KeySet replaced_keys;                // that readings written over or replaced had and no new one has
   std::string failure;                 // the message shown last, empty if there was none
@@ -20,6 +21,11 @@ struct StoreNotes {
 /// The rows that an earlier import of the record's file left in FileTable, by its path, name and day; null if
 /// it is new. Throws dao::Error.
 const FileRows* rows_of_earlier_import(ReadingRecord& record);
+
+/// How many values the readings of a file have: resistivities, phases and their errors. A file that was cut
+/// may give as many readings as the whole one, each with fewer points or with points that lack a part.
+/// Damaged readings count as empty. Throws dao::Error.
+std::int64_t values_of_file(std::int32_t file_id);
 
 /// Writes the header members of the record to FileTable and sets its FileID. If an earlier import stored the
 /// file with its event, the readings of that row are deleted with what the file said of the sites of their

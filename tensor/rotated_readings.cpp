@@ -107,9 +107,6 @@ std::size_t place_of(const Curve& curve, double frequency) {
 
 float single(double value) { return std::isnan(value) ? no_data : static_cast<float>(value); }
 
-/// The phase of an element with the sign of Ey turned.
-double other_sign(double phase) { return phase > 0.0 ? phase - 180.0 : phase + 180.0; }
-
 bool is_ey_turned(const StationTensor& tensor, const Rotation& rotation) {
   return rotation.ey == RotatedEy::first_quadrant || tensor.ey_turned;
 }
@@ -147,7 +144,7 @@ void write_point(const Turn& turn, const TensorPoint& point, std::size_t at, Cur
   }
   const ApparentEarth earth =
       KnownTensor(tensor, of_repeats, point.frequency).turned(turn.degrees, turn.element);
-  const double phase = turn.other_ey ? other_sign(earth.phase.value) : earth.phase.value;
+  const double phase = turn.other_ey ? phase_of_turned_ey(earth.phase.value) : earth.phase.value;
   for (const int first : {field_resistivity, field_all_resistivity}) {
     curve.value(first, at) = single(earth.resistivity.value);
     curve.value(first + 1, at) = single(phase);

@@ -75,8 +75,9 @@ std::string left_out_text(const RotationReport& report);
 /// what was left out. Without a point at the end.
 std::string report_text(double azimuth, const RotationReport& report);
 
-/// Tensor and tipper in turned axes, errors as of rotated_reading: those of the repeats' spread, else of the
-/// files.
+/// Tensor and tipper in turned axes. Errors are the tensor's own, those of the repeats' spread, else of the
+/// files, and turned as of independent elements; a diagonal element without one gets that of the other
+/// element of its row first.
 /// @param azimuth  of the new x, degrees clockwise from north
 StationTensor rotated_tensor(const StationTensor& tensor, double azimuth);
 

@@ -19,14 +19,10 @@ using numerics::impedance::element_count;
 
 namespace {
 
-/// Resistivity and phase of an element with their errors, without the static factor.
-struct ElementPoint {
-  std::array<SourceValue, quantity_count> values;
-  bool is_masked = false;  // taken in spite of that
-};
+bool is_diagonal(CurveType type) { return type == CurveType::ExHx || type == CurveType::EyHy; }
 
-bool is_diagonal(std::size_t element) {
-  return element == static_cast<std::size_t>(Element::xx) || element == static_cast<std::size_t>(Element::yy);
+bool is_there(const SourceValue& value) {
+  return std::isfinite(value.value) && !is_absent(double{value.value});
 }
 
 std::optional<std::size_t> point_at(const Curve& curve, float frequency) {
@@ -36,29 +32,12 @@ std::optional<std::size_t> point_at(const Curve& curve, float frequency) {
              : std::nullopt;
 }
 
-/// An element at a point of its curve. A mask on a diagonal element says nothing, as an import masks every
-/// phase at or below 0 and these have any phase: where one of the repeats has one, the mean of all is taken.
-/// The others have to count.
-std::optional<ElementPoint> element_point(const StationCurves& curves, std::size_t element, std::size_t at) {
-  const StoredReading& merged = curves.merged[element];
-  const CurveSource& source = curves.sources[element];
-  ElementPoint point;
-  for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
-    const int field = static_cast<int>(quantity) + 1;
-    SourceValue& taken = point.values[quantity];
-    const bool counts = merged.curve.point_counts(field, at);
-    const bool some_masked = !source.some_masked.empty() && source.some_masked[at][quantity];
-    if (is_diagonal(element) && (!counts || some_masked) && !source.regardless_of_masks.empty()) {
-      taken = source.regardless_of_masks[at][quantity];
-      point.is_masked = true;
-    } else if (counts) {
-      taken = {merged.curve.value(field, at), curve_error(merged, source, quantity, at)};
-    }
-    if (is_absent(double{taken.value}) || !std::isfinite(taken.value)) {
-      return std::nullopt;
-    }
-  }
-  return point.values[0].value > 0.0F ? std::optional(point) : std::nullopt;
+/// An element that has both.
+std::optional<ElementPoint> whole_point(const StationCurves& curves, std::size_t element, std::size_t at) {
+  const ElementPoint point = element_point(curves, static_cast<CurveType>(element), at);
+  const auto& [resistivity, phase] = point.values;
+  return is_there(resistivity) && is_there(phase) && resistivity.value > 0.0F ? std::optional(point)
+                                                                              : std::nullopt;
 }
 
 double error_or_unknown(float error) {
@@ -68,7 +47,7 @@ double error_or_unknown(float error) {
 bool add_element(const StationCurves& curves, std::size_t element, float frequency, TensorPoint& point) {
   const StoredReading& merged = curves.merged[element];
   const auto at = point_at(merged.curve, frequency);
-  const auto known = at ? element_point(curves, element, *at) : std::nullopt;
+  const auto known = at ? whole_point(curves, element, *at) : std::nullopt;
   if (!known) {
     return false;
   }
@@ -124,7 +103,7 @@ bool has_values(const StationCurves& curves, Element element) {
   const auto index = static_cast<std::size_t>(element);
   const std::size_t count = curves.merged[index].curve.count();
   for (std::size_t at = 0; at < count; ++at) {
-    if (element_point(curves, index, at)) {
+    if (whole_point(curves, index, at)) {
       return true;
     }
   }
@@ -246,7 +225,70 @@ std::string refusal_of(const StationCurves& curves, const StationAxes& axes) {
   return missing_elements(curves);
 }
 
+/// Of phases of EyHx, degrees: whether more than half are nearer to -135 than to 45.
+bool most_point_away(const std::vector<double>& phases) {
+  constexpr double uniform_earth = 45.0;  // with Ey turned
+  const auto away = std::ranges::count_if(
+      phases, [](double phase) { return std::abs(std::remainder(phase - uniform_earth, 360.0)) > 90.0; });
+  return 2 * static_cast<std::size_t>(away) > phases.size();
+}
+
+/// Those of readings whatever masks they have.
+std::vector<double> all_phases(const CurveSource& source) {
+  std::vector<double> phases;
+  for (const auto& [resistivity, phase] : source.regardless_of_masks) {
+    if (is_there(phase) && is_there(resistivity) && resistivity.value > 0.0F) {
+      phases.push_back(phase.value);
+    }
+  }
+  return phases;
+}
+
+/// Whether there is no such element: an import stores 0 for one that its file doesn't have.
+bool is_zero(const ElementPoint& point, const CurveSource& source, std::size_t at) {
+  const SourceValue& all =
+      source.regardless_of_masks.empty() ? point.values[0] : source.regardless_of_masks[at][0];
+  return all.value == 0.0F || point.values[0].value == 0.0F;
+}
+
 }  // namespace
+
+ElementPoint element_point(const StationCurves& curves, CurveType type, std::size_t at) {
+  const StoredReading& merged = curves.of(type);
+  const CurveSource& source = curves.source(type);
+  ElementPoint point;
+  for (std::size_t quantity = 0; quantity < quantity_count; ++quantity) {
+    const int field = static_cast<int>(quantity) + 1;
+    const bool counts = merged.curve.point_counts(field, at);
+    const bool some_masked = !source.some_masked.empty() && source.some_masked[at][quantity];
+    if (is_diagonal(type) && (!counts || some_masked) && !source.regardless_of_masks.empty()) {
+      point.values[quantity] = source.regardless_of_masks[at][quantity];
+      point.is_masked = true;
+    } else if (counts) {
+      point.values[quantity] = {merged.curve.value(field, at), curve_error(merged, source, quantity, at)};
+    }
+  }
+  return is_zero(point, source, at) ? ElementPoint() : point;
+}
+
+ElementPoint unmasked_element_point(const StationCurves& curves, CurveType type, std::size_t at) {
+  ElementPoint point = element_point(curves, type, at);
+  if (!is_diagonal(type)) {
+    return point;
+  }
+  const Curve& curve = curves.of(type).curve;
+  if (!curve.point_counts(Module_database::field_resistivity, at)) {
+    return {};
+  }
+  if (!curve.point_counts(Module_database::field_phase, at) && point.values[1].value > 0.0F) {
+    point.values[1] = {};
+  }
+  return point;
+}
+
+double phase_of_turned_ey(double phase) {
+  return std::remainder(phase > 0.0 ? phase - 180.0 : phase + 180.0, 360.0);
+}
 
 StationTensor station_tensor(const StationCurves& curves, std::int32_t ey_sign) {
   StationTensor result;
@@ -308,18 +350,19 @@ bool yx_points_away(const StationCurves& curves, const StationTensor& station) {
   if (station.ey_reason != EyReason::rule || !station.points.empty()) {
     return !station.ey_turned;
   }
-  constexpr double uniform_earth = 45.0;  // degrees
-  const Curve& curve = curves.of(CurveType::EyHx).curve;
-  std::size_t away = 0;
-  std::size_t used = 0;
-  for (std::size_t at = 0; at < curve.count(); ++at) {
-    if (curve.point_counts(Module_database::field_phase, at)) {
-      const double phase{curve.value(Module_database::field_phase, at)};
-      away += std::abs(std::remainder(phase - uniform_earth, 360.0)) > 90.0 ? 1U : 0U;
-      ++used;
+  const StoredReading& merged = curves.of(CurveType::EyHx);
+  std::vector<double> in_use;
+  for (std::size_t at = 0; at < merged.curve.count(); ++at) {
+    if (merged.curve.point_counts(Module_database::field_phase, at)) {
+      in_use.push_back(merged.curve.value(Module_database::field_phase, at));
     }
   }
-  return 2 * away > used;
+  if (!in_use.empty()) {
+    return most_point_away(in_use);
+  }
+  return merged.axes.EyTurned == Module_database::ey_not_known
+             ? most_point_away(all_phases(curves.source(CurveType::EyHx)))
+             : merged.axes.EyTurned == Module_database::ey_as_measured;
 }
 
 std::string station_text(double station, const std::string& name) {

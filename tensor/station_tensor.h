@@ -4,6 +4,7 @@
 // Conventions as in numerics/impedance/tensor.h: impedance mV/km/nT, exp(+i omega t), Ey turned back so that
 // the Zyx of a uniform earth has a phase of -135 degrees.
 #pragma once
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -43,6 +44,26 @@ struct StationTensor {
   std::vector<std::string> remarks;  // what a user has to know of it, sentences likewise, with its name
 };
 
+/// Resistivity and phase of an element at a point of its merged curve, with their errors and without the
+/// static factor. What isn't there, or doesn't count, is no_data.
+struct ElementPoint {
+  std::array<SourceValue, quantity_count> values;
+  bool is_masked = false;  // one of them was taken in spite of a mask
+};
+
+/// A mask on a diagonal element says nothing, as an import masks every phase at or below 0 and these have any
+/// phase: where the value or one of its repeats is masked, the mean of all is taken. The others have to
+/// count. What has a resistivity of 0 isn't there, and has no phase.
+/// @param type  an impedance element
+ElementPoint element_point(const StationCurves& curves, CurveType type, std::size_t at);
+
+/// The same without what somebody has masked: the phase of a diagonal element that is above 0, and the whole
+/// point where its resistivity is masked.
+ElementPoint unmasked_element_point(const StationCurves& curves, CurveType type, std::size_t at);
+
+/// A phase with the other sign of Ey: degrees, in and out within -180 to 180.
+double phase_of_turned_ey(double phase);
+
 /// At each frequency where the off-diagonal elements count and all four have values. A diagonal element that
 /// is masked, or one of its repeats, is taken as if nothing were masked, but not where a user has switched it
 /// off. Errors are those of the repeats' spread, else of the files. Stations whose readings have different
@@ -58,7 +79,8 @@ void leave_out_disabled(const Frequencies& frequencies, StationTensor& station);
 
 /// Whether the phases of EyHx lie in the third quadrant, as those of a measured Ey do. What is known of the
 /// station's Ey says so; by the rule of a tensor where there is one, else by where most of the phases in use
-/// lie, those nearer to -135 degrees than to 45.
+/// lie, those nearer to -135 degrees than to 45. Where none is in use the readings say it, else all phases,
+/// masked as they are.
 bool yx_points_away(const StationCurves& curves, const StationTensor& station);
 
 /// "1250 (ET001)", or without a name "1250".

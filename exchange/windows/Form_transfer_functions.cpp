@@ -1,7 +1,7 @@
 #include "exchange/windows/Form_transfer_functions.h"
 
 #include <QDesktopServices>
-#include <QDir>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
@@ -10,7 +10,6 @@
 #include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <initializer_list>
 #include <utility>
 
@@ -18,6 +17,7 @@
 #include "exchange/windows/export_controls.h"
 #include "exchange/windows/export_plan_model.h"
 #include "exchange/windows/export_table.h"
+#include "exchange/windows/told_export.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/windows/progress_in_window.h"
 
@@ -27,29 +27,12 @@ namespace {
 
 constexpr QSize design_size(1200, 700);
 constexpr int look_milliseconds = 200;  // keys of a word follow each other quickly
-constexpr std::size_t most_remarks_told = 8;
 
 QPushButton* make_button(const QString& name, const QString& text, const QString& tip) {
   auto* const button = named(new QPushButton(text), name);
   button->setToolTip(tip);
   button->setAutoDefault(false);
   return button;
-}
-
-/// What was written, and what the user has to know of it.
-std::string told_of(const ExportChoices& choices, const ExportResult& result) {
-  std::string text = export_summary(choices, result);
-  if (result.files.empty()) {
-    return text;
-  }
-  const std::size_t shown = std::min(result.remarks.size(), most_remarks_told);
-  for (std::size_t index = 0; index < shown; ++index) {
-    text += (index == 0 ? "\n\n" : "\n") + result.remarks[index];
-  }
-  if (result.remarks.size() > shown) {
-    text += "\nand " + std::to_string(result.remarks.size() - shown) + " more remarks, see the table";
-  }
-  return text;
 }
 
 }  // namespace
@@ -81,7 +64,6 @@ Form_transfer_functions::Form_transfer_functions(ExportEntries& entries,
   }
   controls_->show_entries(lists_, entries_);
   connect_controls();
-  controls_->follow(entries_);
   look();
 }
 
@@ -161,7 +143,10 @@ void Form_transfer_functions::make_plan() {
     return;
   }
   ExportPlan plan;
-  plan.fault = fault_of(choices());
+  plan.fault = fault_of_rotation(entries_);  // in the words that stand beside it
+  if (plan.fault.empty()) {
+    plan.fault = fault_of(choices());
+  }
   if (plan.fault.empty()) {
     look_at_stations(plan);
   }
@@ -225,13 +210,15 @@ void Form_transfer_functions::write_files() {
   if (had_focus) {
     had_focus->setFocus();  // lost while everything was disabled
   }
+  written_to_ = result.files.empty() ? QString() : qt_text(chosen.folder);
   if (!result.files.empty()) {
-    written_to_ = qt_text(chosen.folder);
     keep_export_folder(entries_);
+    controls_->follow(entries_);
+    controls_->choose_typed_folder();  // which may not have been there
   }
   open_folder_->setEnabled(!written_to_.isEmpty());
   if (status == 0 && !result.declined) {
-    user_interface().show_message(told_of(chosen, result));
+    user_interface().show_message(told_export(chosen, result));
   }
   look();  // what is shown may be of earlier choices
 }
@@ -245,9 +232,23 @@ void Form_transfer_functions::set_work(Work work) {
   if (writing) {
     open_folder_->setEnabled(false);
   }
+  show_progress(work != Work::none);
+}
+
+void Form_transfer_functions::show_progress(bool shown) {
   for (QWidget* const part : std::initializer_list<QWidget*>{bar_, doing_, stop_}) {
-    part->setVisible(work != Work::none);
+    part->setVisible(shown);
   }
+}
+
+/// While a question waits for its answer nothing goes on that could be stopped.
+bool Form_transfer_functions::event(QEvent* event) {
+  if (event->type() == QEvent::WindowBlocked) {
+    show_progress(false);
+  } else if (event->type() == QEvent::WindowUnblocked) {
+    show_progress(work_ != Work::none);
+  }
+  return QDialog::event(event);
 }
 
 void Form_transfer_functions::open_folder() const {

@@ -30,6 +30,9 @@ class Form_transfer_functions : public QDialog {
   /// Esc and the window's close button stop the writing, and close the window otherwise.
   void reject() override;
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
   enum class Work { none, looking, writing };
 
@@ -46,6 +49,7 @@ class Form_transfer_functions : public QDialog {
   void write();
   void write_files();
   void set_work(Work work);
+  void show_progress(bool shown);
   void end_look();
   void open_folder() const;
 
@@ -55,7 +59,7 @@ class Form_transfer_functions : public QDialog {
   Module_exchange::ExportChoices looked_for_;  // the stations, last or soon
   Work work_ = Work::none;
   bool write_soon_ = false;  // asked for while stations were looked at
-  QString written_to_;       // the folder; empty: nothing has been written
+  QString written_to_;       // the folder; empty: nothing was written the last time
   ExportControls* controls_;
   ExportPlanModel* model_;
   ExportTable* table_;

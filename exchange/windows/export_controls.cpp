@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -49,6 +50,12 @@ QLabel* make_fault(const QString& name) {
   return label;
 }
 
+/// A panel may be too narrow for all of it.
+void tell(QLabel& label, const std::string& text) {
+  label.setText(qt_text(text));
+  label.setToolTip(plain_tool_tip(qt_text(text)));
+}
+
 QLabel* label_of(QWidget* control, const QString& text) {
   auto* const label = new QLabel(text);
   label->setBuddy(control);
@@ -68,7 +75,6 @@ ExportControls::ExportControls(QWidget* parent)
       dipole_(make_list("Combo_export_dipole")),
       rotate_(named(new QCheckBox("Ro&tate to"), "Check_export_rotate")),
       rotation_(make_text("Text_export_rotation", 8)),
-      rotation_unit_(new QLabel("degrees from north")),
       rotation_fault_(make_fault("Label_rotation_fault")),
       reduction_(make_list("Combo_export_reduction")),
       rhoplus_(named(new QCheckBox("R&ho+ results"), "Check_export_rhoplus")),
@@ -79,10 +85,13 @@ ExportControls::ExportControls(QWidget* parent)
       folder_(make_wide_text("Text_export_folder",
                              "The folder that the files go to; it is made if it is missing")),
       folders_(named(new FolderTree, "Tree_export_folder")),
-      folder_fault_(make_fault("Label_folder_fault")) {
+      folder_fault_(make_fault("Label_folder_fault")),
+      folder_hint_(make_heading("Label_folder_hint")) {
   for (std::size_t format = 0; format < format_texts.size(); ++format) {
     format_->addItem(format_texts[format], static_cast<int>(format));
   }
+  purpose_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  purpose_->setWordWrap(true);  // in a narrow window
   auto* const top = new QHBoxLayout;
   add_labelled(*top, "&Format", format_);
   top->addSpacing(8);
@@ -124,10 +133,10 @@ QFormLayout* ExportControls::make_choices() {
   rotate_->setToolTip("Turns impedances and tipper of merged curves, x to this azimuth");
   rotation_->setToolTip(
       "Azimuth of x, degrees clockwise from north, -180 to 360. \"Use this strike\" in the strike window "
-      "fills "
-      "it");
+      "fills it");
   rotation_->setAccessibleName("Azimuth of x, degrees from north");
-  reduction_->setToolTip("Which curves the table of curves holds; tensors are those of merged ones");
+  reduction_->setToolTip(
+      "Which curves the table of curves holds; tensors are those of merged ones, rotated only beside these");
   reduction_->addItem("Merged", Module_database::reduction_merged);
   reduction_->addItem("Averaged, by scan rate", Module_database::reduction_averaged);
   reduction_->addItem("Raw, by event", Module_database::reduction_raw);
@@ -136,8 +145,8 @@ QFormLayout* ExportControls::make_choices() {
   auto* const turned = new QHBoxLayout;
   turned->addWidget(rotate_);
   turned->addWidget(rotation_);
-  turned->addWidget(rotation_unit_);
-  turned->addWidget(rotation_fault_, 1);
+  turned->addWidget(new QLabel("degrees from north"));
+  turned->addStretch(1);
   auto* const tables = new QHBoxLayout;
   tables->addWidget(reduction_);
   tables->addSpacing(8);
@@ -147,6 +156,7 @@ QFormLayout* ExportControls::make_choices() {
   rows->addRow("&Reference", reference_);
   rows->addRow("&Dipole (m)", dipole_);
   rows->addRow("Axes", turned);
+  rows->addRow(rotation_fault_);
   rows->addRow(label_of(reduction_, "&Curves"), tables);
   rows->addRow("Lin&k to plots", plot_link_);
   return rows;
@@ -164,6 +174,7 @@ QVBoxLayout* ExportControls::make_folder() {
   rows->addLayout(typed);
   rows->addWidget(folders_, 1);
   rows->addWidget(folder_fault_);
+  rows->addWidget(folder_hint_);
   return rows;
 }
 
@@ -185,17 +196,28 @@ void ExportControls::connect_controls() {
   for (QLineEdit* const text : {rotation_, plot_link_, folder_}) {
     connect(text, &QLineEdit::textChanged, this, &ExportControls::changed);
   }
-  connect(folder_, &QLineEdit::editingFinished, this, [this] {
-    const QSignalBlocker typed(folders_);
-    if (QDir(folder_->text()).exists() && !folder_->text().trimmed().isEmpty()) {
-      folders_->choose(folder_->text());
-    }
-  });
+  connect(folder_, &QLineEdit::editingFinished, this, &ExportControls::choose_typed_folder);
   connect(folders_, &FolderTree::folder_chosen, this, [this](const QString& folder) {
     if (!folder.isEmpty()) {
       folder_->setText(QDir::toNativeSeparators(folder));
     }
   });
+}
+
+void ExportControls::choose_typed_folder() {
+  const QSignalBlocker typed(folders_);
+  ExportEntries entries;
+  entries.folder = typed_folder();
+  const QString folder = qt_text(whole_folder(entries));
+  if (QFileInfo(folder).isDir()) {
+    folders_->choose(folder);
+  } else {
+    folders_->setCurrentIndex({});  // another one would seem to be where the files go
+  }
+}
+
+std::string ExportControls::typed_folder() const {
+  return QDir::fromNativeSeparators(folder_->text()).toStdString();
 }
 
 void ExportControls::show_entries(const ExportLists& lists, const ExportEntries& entries) {
@@ -216,20 +238,17 @@ void ExportControls::show_entries(const ExportLists& lists, const ExportEntries&
   choices_->setRowVisible(reference_, lists.reference_types.size() > 1);
   choices_->setRowVisible(dipole_, lists.dipoles.size() > 1);
   format_->setCurrentIndex(static_cast<int>(entries.format));
-  rotate_->setChecked(entries.rotate);
   rotation_->setText(qt_text(entries.rotation));
-  reduction_->setCurrentIndex(reduction_->findData(entries.reduction));
-  rhoplus_->setChecked(entries.rhoplus);
   plot_link_->setText(qt_text(entries.plot_link));
   folder_->setText(QDir::toNativeSeparators(qt_text(entries.folder)));
-  const QSignalBlocker shown(folders_);
-  folders_->choose(folder_->text());
+  choose_typed_folder();
   fill_lines();
   for (int row = 0; row < lines_->count(); ++row) {
     const bool chosen =
         std::ranges::find(entries.lines, lists_.lines[static_cast<std::size_t>(row)]) != entries.lines.end();
     lines_->item(row)->setCheckState(chosen ? Qt::Checked : Qt::Unchecked);
   }
+  follow(entries);
 }
 
 void ExportControls::fill_lines() {
@@ -273,12 +292,17 @@ void ExportControls::check_lines(Qt::CheckState state) {
 
 void ExportControls::read_entries(ExportEntries& entries) const {
   entries.format = static_cast<ExportFormat>(format_->currentData().toInt());
-  entries.rotate = rotate_->isChecked();
+  // What there is no use for is shown as not chosen, and what was chosen is kept.
+  if (rotate_->isEnabledTo(this)) {
+    entries.rotate = rotate_->isChecked();
+  }
   entries.rotation = rotation_->text().toStdString();
-  entries.reduction = reduction_->currentData().toInt();
-  entries.rhoplus = rhoplus_->isChecked();
+  if (reduction_->isEnabledTo(this)) {
+    entries.reduction = reduction_->currentData().toInt();
+    entries.rhoplus = rhoplus_->isChecked();
+  }
   entries.plot_link = plot_link_->text().toStdString();
-  entries.folder = QDir::fromNativeSeparators(folder_->text()).toStdString();
+  entries.folder = typed_folder();
   entries.reference_type = reference_->currentData().toInt();
   entries.dipole = dipole_->currentData().toFloat();
   entries.lines.clear();
@@ -290,17 +314,29 @@ void ExportControls::read_entries(ExportEntries& entries) const {
 }
 
 void ExportControls::follow(const ExportEntries& entries) {
-  const std::string purpose(purpose_of(entries.format));
-  purpose_->setText(qt_text(purpose));
-  purpose_->setToolTip(plain_tool_tip(qt_text(purpose)));
+  tell(*purpose_, std::string(purpose_of(entries.format)));
+  follow_uses(entries);
+  tell(*rotation_fault_, fault_of_rotation(entries));
+  tell(*folder_fault_, fault_of_folder(entries));
+  tell(*folder_hint_, hint_of_folder(entries));
+  folder_fault_->setVisible(!folder_fault_->text().isEmpty());
+  folder_hint_->setVisible(folder_fault_->text().isEmpty());  // in its place
+}
+
+/// Shows what has no use as not chosen.
+void ExportControls::follow_uses(const ExportEntries& entries) {
+  const QSignalBlocker no_rotation(rotate_);
+  const QSignalBlocker no_reduction(reduction_);
+  const QSignalBlocker no_rhoplus(rhoplus_);
   const bool rotates = takes_rotation(entries);
   rotate_->setEnabled(rotates);
+  rotate_->setChecked(rotates && entries.rotate);
   rotation_->setEnabled(rotates && entries.rotate);
-  rotation_fault_->setText(qt_text(fault_of_rotation(entries)));
-  rotation_unit_->setVisible(rotation_fault_->text().isEmpty());  // there is no room for both
   const bool csv = takes_csv_choices(entries);
   reduction_->setEnabled(csv);
+  reduction_->setCurrentIndex(
+      reduction_->findData(csv ? entries.reduction : std::int32_t{Module_database::reduction_merged}));
   rhoplus_->setEnabled(csv);
+  rhoplus_->setChecked(csv && entries.rhoplus);
   plot_link_->setEnabled(takes_plot_link(entries));
-  folder_fault_->setText(qt_text(fault_of_folder(entries)));
 }

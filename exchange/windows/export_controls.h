@@ -25,8 +25,11 @@ class ExportControls : public QWidget {
   void show_entries(const Module_exchange::ExportLists& lists, const Module_exchange::ExportEntries& entries);
   /// Takes what is chosen into the entries.
   void read_entries(Module_exchange::ExportEntries& entries) const;
-  /// Shows what is wrong beside what was typed, and what there is a use for.
+  /// Shows what is wrong beside what was typed, and what there is a use for. What there is none for seems not
+  /// to be chosen, and is kept.
   void follow(const Module_exchange::ExportEntries& entries);
+  /// Shows the typed folder in the tree; none while it isn't there.
+  void choose_typed_folder();
 
  Q_SIGNALS:
   /// What would be written is another than before.
@@ -40,6 +43,8 @@ class ExportControls : public QWidget {
   void fill_lines();
   void check_lines(Qt::CheckState state);
   void show_kinds();
+  void follow_uses(const Module_exchange::ExportEntries& entries);
+  [[nodiscard]] std::string typed_folder() const;
 
   Module_exchange::ExportLists lists_;
   QComboBox* format_;
@@ -52,7 +57,6 @@ class ExportControls : public QWidget {
   QComboBox* dipole_;
   QCheckBox* rotate_;
   QLineEdit* rotation_;
-  QLabel* rotation_unit_;
   QLabel* rotation_fault_;
   QComboBox* reduction_;
   QCheckBox* rhoplus_;
@@ -60,4 +64,5 @@ class ExportControls : public QWidget {
   QLineEdit* folder_;
   FolderTree* folders_;
   QLabel* folder_fault_;
+  QLabel* folder_hint_;
 };

@@ -27,7 +27,7 @@ constexpr std::array<const char*, export_column_titles.size()> column_tips{
 /// Texts with numbers in them as people order them: line 2 before line 10.
 const QCollator& natural_order() {
   static const QCollator collator = [] {
-    QCollator natural(QLocale(QLocale::English));  // that of C knows no numbers
+    QCollator natural{QLocale(QLocale::English)};  // that of C knows no numbers
     natural.setNumericMode(true);
     natural.setCaseSensitivity(Qt::CaseInsensitive);
     return natural;
@@ -91,7 +91,8 @@ QVariant ExportPlanModel::data(const QModelIndex& index, int role) const {
 QVariant ExportPlanModel::headerData(int column, Qt::Orientation orientation, int role) const {
   const auto place = static_cast<std::size_t>(column);
   if (orientation == Qt::Horizontal && role == Qt::DisplayRole) {
-    return qt_text(std::string(export_column_titles.at(place)));
+    return qt_text(std::string(export_column_titles.at(place))) +
+           (static_cast<ExportColumn>(column) == ExportColumn::place ? " (degrees)" : "");
   }
   return orientation == Qt::Horizontal && role == Qt::ToolTipRole ? QVariant(column_tips.at(place))
                                                                   : QVariant();

@@ -2,16 +2,14 @@
 
 #include <QHeaderView>
 #include <algorithm>
-#include <array>
 
 #include "exchange/windows/export_plan_model.h"
 #include "platform/widgets/copy_cells.h"
 
 namespace {
 
-// Of the columns before the remarks, in average characters.
-constexpr std::array<int, Module_exchange::export_column_titles.size() - 1> column_characters{24, 12, 12, 16,
-                                                                                              28, 11, 18};
+constexpr int column_count = static_cast<int>(Module_exchange::export_column_titles.size());
+constexpr int most_characters = 40;  // of a column before the remarks
 
 }  // namespace
 
@@ -37,13 +35,23 @@ ExportTable::ExportTable(ExportPlanModel& model, QWidget* parent) : QTableView(p
   setModel(&model);
   setSortingEnabled(true);
   size_columns();
+  connect(&model, &QAbstractItemModel::modelReset, this, &ExportTable::size_columns);
+  connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
+    if (!sizing_) {
+      set_by_hand_.insert(column);
+    }
+  });
   make_cells_copyable(*this);
 }
 
 void ExportTable::size_columns() {
-  for (std::size_t column = 0; column < column_characters.size(); ++column) {
-    setColumnWidth(static_cast<int>(column),
-                   std::max(column_characters[column] * fontMetrics().averageCharWidth(),
-                            horizontalHeader()->sectionSizeHint(static_cast<int>(column))));
+  sizing_ = true;
+  for (int column = 0; column < column_count - 1; ++column) {
+    if (!set_by_hand_.contains(column)) {
+      const int contents =
+          std::min(sizeHintForColumn(column), most_characters * fontMetrics().averageCharWidth());
+      setColumnWidth(column, std::max(contents, horizontalHeader()->sectionSizeHint(column)));
+    }
   }
+  sizing_ = false;
 }

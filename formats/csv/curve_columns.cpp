@@ -60,6 +60,11 @@ std::string missing_curve_column(const CurveColumns& columns) {
   return has_values ? std::string() : "resistivity_ohm_m, phase_deg, tipper_real or tipper_imaginary";
 }
 
+bool has_fitted_values(std::span<const std::string> header) {
+  return std::ranges::any_of(
+      header, [](const std::string& name) { return upper_case(trimmed(name)).starts_with("FITTED_"); });
+}
+
 char header_separator(std::string_view header) {
   constexpr std::array<char, 3> separators{',', ';', '\t'};
   return *std::ranges::max_element(separators, {},

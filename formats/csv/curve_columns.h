@@ -82,6 +82,9 @@ CurveColumns curve_columns(std::span<const std::string> header);
 /// The name of a column that no curve can do without and that isn't there; empty if none is missing.
 std::string missing_curve_column(const CurveColumns& columns);
 
+/// Whether a header is one of results: fitted values stand beside the observed ones, as those of Rho+ do.
+bool has_fitted_values(std::span<const std::string> header);
+
 /// What separates the fields of a header: comma, semicolon or tab, whichever stands in it most often.
 char header_separator(std::string_view header);
 

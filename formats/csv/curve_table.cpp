@@ -183,6 +183,10 @@ void TableReader::take_row() {
     fields_.remark(CurveColumn::frequency, "is not above 0; the row is left out");
     return;
   }
+  if (frequency < 1.0 / largest_value) {  // it would become 0 in 32 bits, or its period too large a number
+    fields_.remark(CurveColumn::frequency, "is too near to 0 for a curve; the row is left out");
+    return;
+  }
   take_places(row);
   CurvePoint point = point_of_row(is_tipper(row.data_type));
   point.frequency = frequency;
@@ -307,8 +311,11 @@ std::string curve_table_rows(const CurveRows& curve) {
 
 bool is_curve_table_header(std::string_view line) {
   constexpr std::size_t longest_header = 10000;  // bytes
-  return line.size() <= longest_header &&
-         missing_curve_column(curve_columns(csv_fields(line, header_separator(line)))).empty();
+  if (line.size() > longest_header) {
+    return false;
+  }
+  const std::vector<std::string> names = csv_fields(line, header_separator(line));
+  return missing_curve_column(curve_columns(names)).empty() && !has_fitted_values(names);
 }
 
 std::vector<CurveRows> read_curve_table(LineReader& lines, FileReport& report,

@@ -58,7 +58,8 @@ std::string curve_table_header();
 std::string curve_table_rows(const CurveRows& curve);
 
 /// Whether a line is the header of such a table: it has the columns that no curve can do without, whatever
-/// separates them. (A table with semicolons or tabs is told so when it is read.)
+/// separates them, and no fitted values beside the observed ones. (A table with semicolons or tabs is told so
+/// when it is read.)
 bool is_curve_table_header(std::string_view line);
 
 /// Reads a table. Rows of a curve may stand anywhere; they belong together by line, station, data type,

@@ -107,11 +107,23 @@ void EdiChannelList::mark_local() {
       std::find_if(channels_.rbegin(), channels_.rend(),
                    [](const EdiChannel& channel) { return channel.CHTYPE.starts_with('E'); });
   if (last_electric == channels_.rend()) {
+    mark_first_group();
     return;
   }
   const auto first_remote = last_electric.base();
   std::for_each(channels_.begin(), first_remote, [](EdiChannel& channel) { channel.is_local = true; });
   std::for_each(first_remote, channels_.end(), [](EdiChannel& channel) { channel.is_local = false; });
+}
+
+// Of magnetic channels alone, as of a station of a tipper, a remote reference begins with a type once more.
+void EdiChannelList::mark_first_group() {
+  for (auto channel = channels_.begin(); channel != channels_.end(); ++channel) {
+    const auto is_of_type = [&](const EdiChannel& before) { return before.CHTYPE == channel->CHTYPE; };
+    if (std::any_of(channels_.begin(), channel, is_of_type)) {
+      return;
+    }
+    channel->is_local = true;
+  }
 }
 
 }  // namespace formats::edi

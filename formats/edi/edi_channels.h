@@ -55,7 +55,7 @@ class EdiChannelList {
   /// Adds the channel of such a line, given in upper case; other lines are skipped.
   void take(std::string_view line, std::string_view tag);
   /// To be called when the head ends: the station's own channels come first, up to its electric ones; the
-  /// remote reference follows.
+  /// remote reference follows. Without electric ones they go up to the first type that comes again.
   void mark_local();
   [[nodiscard]] const std::vector<EdiChannel>& all() const { return channels_; }
   /// Whether there are magnetic channels of a remote reference, beside those of the station. Files that write
@@ -63,6 +63,8 @@ class EdiChannelList {
   [[nodiscard]] bool has_remote() const;
 
  private:
+  void mark_first_group();
+
   std::vector<EdiChannel> channels_;
   std::string reference_id_;  // of the magnetic channels so far
 };

@@ -123,6 +123,10 @@ class EdiText {
   }
 
   [[nodiscard]] double azimuth() const { return site_.function.site.x_azimuth.value_or(0.0); }
+  // By the digits of a single value, as azimuths are known: 101.18 and not 101.18000000000001.
+  [[nodiscard]] double azimuth_of_y() const {
+    return decimal_of_single(static_cast<float>(std::fmod(sensor_azimuth() + 450.0, 360.0)));
+  }
   [[nodiscard]] double sensor_azimuth() const { return site_.sensor_azimuth.value_or(0.0); }
 
   void append_head() {
@@ -152,6 +156,7 @@ class EdiText {
     const std::string& name = site_.function.site.name;
     line("  " + one_line("Survey " + site_.survey + ", line " + site_.line + ", station " +
                          plain_text(site_.station) + (name.empty() ? "" : ", site " + name)));
+    line("  " + one_line("Written by " + site_.program));
     for (const std::string& sentence : site_.history) {
       line("  " + one_line(sentence));
     }
@@ -169,7 +174,7 @@ class EdiText {
     option("REFTYPE", "CART");
     place_options("REF");
     append_magnetic(hx, sensor_azimuth());
-    append_magnetic(hy, sensor_azimuth() + 90.0);
+    append_magnetic(hy, azimuth_of_y());
     if (has_tipper(site_)) {
       append_magnetic(hz, 0.0);
     }

@@ -5,6 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "formats/emtf_xml/emtf_ids.h"
 #include "formats/emtf_xml/emtf_nodes.h"
 #include "formats/transfer_function/sound_numbers.h"
 #include "numerics/geodesy/geographic_angle.h"
@@ -29,6 +30,14 @@ std::string date_of(const pugi::xml_node& site, const pugi::xml_node& root) {
   return year.size() == year_length && is_numeric(year) ? year + "-01-01" : std::string();
 }
 
+/// An Id has letters and digits only. A Name that becomes it by that is the name as it was; else the Name of
+/// an archive is that of a place or of people.
+bool is_name_of_id(const std::string& name, const std::string& id) {
+  transfer_function::SiteDocument named;
+  named.function.site.name = name;
+  return !trimmed(name).empty() && equal_ignoring_case(emtf_site_id(named), id);
+}
+
 void read_place(Site& site, const std::string& latitude_text, const std::string& longitude_text,
                 FileReport& report) {
   const auto latitude = read_geographic_angle(latitude_text, GeographicAngle::latitude);
@@ -48,6 +57,9 @@ Site read_site(const pugi::xml_node& root, FileReport& report) {
   const pugi::xml_node site = child_of(root, "Site");
   result.id = text_of(child_of(site, "Id"));
   result.name = text_of(child_of(site, "Name"));
+  if (is_name_of_id(result.name, result.id)) {
+    result.id = result.name;
+  }
   result.date = date_of(site, root);
   if (result.id.empty()) {
     result.id = text_of(child_of(root, "ProductId"));

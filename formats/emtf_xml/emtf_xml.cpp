@@ -129,8 +129,7 @@ class EmtfReader {
   /// The azimuths of the channels, where the values are in their axes.
   void read_layout() {
     const pugi::xml_node orientation = child_of(child_of(root_, "Site"), "Orientation");
-    in_channel_axes_ = equal_ignoring_case(text_of(orientation), "sitelayout");
-    if (!in_channel_axes_) {
+    if (!equal_ignoring_case(text_of(orientation), "sitelayout")) {
       return;
     }
     std::map<std::string, double> azimuths;
@@ -344,7 +343,6 @@ class EmtfReader {
   pugi::xml_node root_;
   TransferFunction result_;
   bool conjugate_ = false;
-  bool in_channel_axes_ = false;
   bool has_electric_axes_ = true;
   bool has_odd_unit_ = false;
   bool has_lost_errors_ = false;

@@ -164,7 +164,7 @@ class EmtfWriter {
     add_text_element(node, "Project", site_.survey);
     add_text_element(node, "Survey", site_.survey);
     add_text_element(node, "YearCollected", year_of(site_));
-    add_text_element(node, "Id", emtf_site_id(site_.id));
+    add_text_element(node, "Id", emtf_site_id(site_));
     add_text_element(node, "Name", site_.function.site.name.empty() ? site_.id : site_.function.site.name);
     write_location(node);
     if (site_.function.site.x_azimuth) {
@@ -190,12 +190,6 @@ class EmtfWriter {
     if (site.elevation) {
       add_text_element(location, "Elevation", format_number(*site.elevation, "0.000"));
       location.child("Elevation").append_attribute("units") = "meters";
-    }
-    if (site.declination) {
-      add_text_element(location, "Declination", format_number(*site.declination, "0.000"));
-      if (site_.date_collected) {
-        location.child("Declination").append_attribute("epoch") = year_of(site_).c_str();
-      }
     }
   }
 

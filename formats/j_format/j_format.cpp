@@ -224,7 +224,7 @@ class JFormatReader {
 
   static void take_curve(const std::array<double, 7>& numbers, std::size_t read, Value& value) {
     if (!(numbers[1] > 0.0)) {
-      value.in_use = false;  // rejected; nothing tells what it was
+      value.use_resistivity = value.use_phase = false;  // rejected; nothing tells what it was
       return;
     }
     value.resistivity = numbers[1];

@@ -38,26 +38,6 @@ std::string as_html(std::string_view text) {
   return html;
 }
 
-/// The address of a picture as a link has it: blanks and the like in percents. In the path of a file "#", "?"
-/// and "%" are letters like others, in an address they mean something.
-std::string link_address(std::string_view plot) {
-  constexpr std::string_view hexadecimal = "0123456789ABCDEF";
-  const std::string_view special =
-      plot.find("://") == std::string_view::npos ? "\"<>\\^`{|}#?%" : "\"<>\\^`{|}";
-  std::string address;
-  for (const char c : plot) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte <= ' ' || byte >= 0x7F || special.find(c) != std::string_view::npos) {
-      address += '%';
-      address += hexadecimal[byte / 16U];
-      address += hexadecimal[byte % 16U];
-    } else {
-      address += c;
-    }
-  }
-  return address;
-}
-
 /// HTML, which viewers show where a station is clicked.
 std::string description_of(const std::string& line, const SiteMark& site) {
   std::string html = "Line " + as_html(line) + ", station " + plain_text(site.station);
@@ -65,8 +45,7 @@ std::string description_of(const std::string& line, const SiteMark& site) {
     html += ", " + format_number(*site.elevation, "0.0") + " m";
   }
   if (!site.plot.empty()) {
-    html += "<br/><a href=\"" + as_html(link_address(text_from_field_file(site.plot))) +
-            "\">Plots of the curves</a>";
+    html += "<br/><a href=\"" + as_html(text_from_field_file(site.plot)) + "\">Plots of the curves</a>";
   }
   return html;
 }

@@ -13,7 +13,7 @@ struct SiteMark {
   double latitude = 0.0;            // degrees, north positive
   double longitude = 0.0;           // degrees, east positive, -180 to 180
   std::optional<double> elevation;  // m
-  std::string plot;                 // path or address of a picture of its curves; empty: none
+  std::string plot;                 // address of pictures of its curves, as a link has it; empty: none
 };
 
 struct LineMarks {

@@ -32,7 +32,8 @@ struct Value {
   double phase = not_given;
   double resistivity_error = not_given;  // one standard deviation
   double phase_error = not_given;
-  bool in_use = true;  // the file switches the point off
+  bool use_resistivity = true;  // the file may switch off either half of a point
+  bool use_phase = true;
 
   [[nodiscard]] bool has_value() const {
     return value.real() == value.real() && value.imag() == value.imag();

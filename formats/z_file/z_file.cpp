@@ -66,9 +66,11 @@ class ZFileReader {
     std::string line;
     Band band;
     bool in_band = false;
+    std::int64_t heading_at = 0;  // line
     while (next_line(line)) {
       if (const auto period = behind(line, "period")) {
         ++bands_begun_;
+        heading_at = lines_.line_number();
         in_band = begin_band(*period, band);
       } else if (in_band && behind(line, "transfer functions")) {
         in_band = read_rows(
@@ -85,7 +87,8 @@ class ZFileReader {
         in_band = false;
       }
     }
-    if (in_band || short_row_at_ == lines_.line_number()) {
+    const std::int64_t last = lines_.line_number();
+    if (in_band || short_row_at_ == last || heading_at == last) {
       fail("the file ends inside a band");
     }
   }

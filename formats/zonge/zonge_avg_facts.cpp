@@ -47,6 +47,8 @@ class FactReader {
       take_number(value, facts_.longitude);
     } else if (key == "SURVEY.DATUM" || key == "GPS.DATUM") {
       facts_.datum = text_from_field_file(value);
+    } else if (key == "SURVEY.UTMZONE") {
+      facts_.utm_zone = text_from_field_file(value);
     } else if (key == "RX.CENTER") {
       take_map_place(value);
     }
@@ -58,6 +60,7 @@ class FactReader {
       facts_.box_station.reset();
       facts_.named_station.reset();
       facts_.place.reset();
+      facts_.channel_azimuth.reset();
       facts_.has_rows = false;
     }
     std::optional<double>& station = key == "RX.STN" ? facts_.named_station : facts_.box_station;
@@ -83,7 +86,7 @@ class FactReader {
     constexpr double z_down = 180.0;
     std::optional<double> ignored;
     std::optional<double> roll;
-    take_number(text, facts_.x_azimuth);
+    take_number(text, facts_.receiver_azimuth);
     (void)next_token(text);
     take_number(text, ignored);
     (void)next_token(text);
@@ -94,13 +97,13 @@ class FactReader {
     }
   }
 
-  /// Of the output and the input: the latter tells the x axis where nothing else does.
+  /// Of the output and the input: the latter tells the x axis of this station where nothing else does.
   void take_channel_azimuths(std::string_view text) {
     const std::string component = upper_case(facts_.component);
     const bool is_of_x = component.size() >= 3 && component[2] == 'X' && component[0] != 'R';
     (void)next_token(text);
-    if (is_of_x && !facts_.x_azimuth) {
-      take_number(text, facts_.x_azimuth);
+    if (is_of_x) {
+      take_number(text, facts_.channel_azimuth);
     }
   }
 
@@ -141,7 +144,7 @@ class FactReader {
       text = trimmed(rest.starts_with(':') ? rest.substr(1) : rest);
     }
     const double metres = is_in_feet(text) ? metres_in_foot : 1.0;
-    facts_.place = {place.east * metres, place.north * metres, place.elevation * metres};
+    facts_.place = {place.east * metres, place.north * metres, place.elevation * metres, facts_.utm_zone};
   }
 
   AvgFacts& facts_;

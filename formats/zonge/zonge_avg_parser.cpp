@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <numbers>
 #include <utility>
@@ -26,16 +28,23 @@ using transfer_function::Value;
 namespace {
 
 constexpr double percent = 0.01;
-// Percent of a resistivity and degrees of a phase that stand together for errors that aren't known: the arc
-// sine that makes the one of the other ends there, at 997 milliradians.
+// Percent of a resistivity and degrees of a phase that stand together for errors that aren't known, in the
+// layout with keywords: the arc sine that makes the one of the other ends there, at 997 milliradians.
 constexpr double percent_not_known = 168.0;
-constexpr double degrees_not_known = 57.1;
+constexpr double degrees_not_known = 57.12;
+constexpr double as_written = 0.05;  // of both, of which one decimal may be written
+
+bool stand_for_unknown(double percent_error, double phase_error) {
+  return std::abs(percent_error - percent_not_known) < as_written &&
+         std::abs(phase_error - degrees_not_known) < as_written;
+}
 
 struct Row {
   double station = not_given;
   std::string_view component;
   double frequency = not_given;
   Value value;
+  bool is_kept = true;  // its skip flag switches off both halves
   double magnitude = not_given;
   double percent_error = not_given;
 };
@@ -47,8 +56,10 @@ class AvgReader {
   std::vector<AvgStation> read() {
     std::string_view line;
     while (report_.failure.empty() && lines_.next(line)) {
+      cut_line_ = trimmed(line).empty() ? cut_line_ : 0;
       take_line(trimmed(line));
     }
+    const bool has_read_all = report_.failure.empty();
     if (stations_.empty() && report_.failure.empty()) {
       report_.failure = "the file has no table of averaged soundings";
     }
@@ -58,6 +69,9 @@ class AvgReader {
     take_phases_of_set();
     for (AvgStation& station : stations_) {
       drop_unsound_numbers(station.function);
+    }
+    if (has_read_all && cut_line_ > 0) {
+      report_.failure = "the file is cut off in line " + plain_text(cut_line_);
     }
     return std::move(stations_);
   }
@@ -76,6 +90,8 @@ class AvgReader {
       take_avg_fact(facts_, line.substr(1), report_, lines_.line_number());
     } else if (auto columns = avg_heading(line); !columns.empty()) {
       columns_ = std::move(columns);
+      has_commas_ = line.find(',') != std::string_view::npos;
+      has_short_rows_ = false;
       in_set_ = is_avg_set_heading(line);
     } else if (!columns_.empty()) {
       take_row(line);
@@ -122,11 +138,13 @@ class AvgReader {
     for (std::size_t i = 0; i < std::min(items.size(), columns_.size()); ++i) {
       switch (columns_[i]) {
         case AvgColumn::skip:
-          row.value.in_use = row.value.in_use && number_in(items[i]) >= 2.0;
+          row.is_kept = number_in(items[i]) >= 2.0;
           break;
         case AvgColumn::magnitude_weight:
+          row.value.use_resistivity = number_in(items[i]) != 0.0;
+          break;
         case AvgColumn::phase_weight:
-          row.value.in_use = row.value.in_use && number_in(items[i]) != 0.0;
+          row.value.use_phase = number_in(items[i]) != 0.0;
           break;
         case AvgColumn::station:
           row.station = number_in(items[i]);
@@ -166,8 +184,8 @@ class AvgReader {
       return;  // a rule under the heading, or a text
     }
     facts_.has_rows = true;
-    if (items.size() < columns_.size()) {
-      remark_unreadable(report_, lines_.line_number(), "a row has fewer values than its table has columns");
+    if (items.size() < columns_.size() && !take_short_row(items.size())) {
+      return;
     }
     Row row = row_of(items);
     if (!is_frequency(row.frequency) || std::isnan(row.station)) {
@@ -191,6 +209,20 @@ class AvgReader {
         .of(*component) = row.value;
   }
 
+  /// The last value of a row that is cut may be half a number.
+  /// @return false if that value, or one of those that are missing, is asked for
+  bool take_short_row(std::size_t count) {
+    const bool is_whole =
+        std::all_of(columns_.begin() + static_cast<std::ptrdiff_t>(count - 1), columns_.end(),
+                    [](AvgColumn column) { return column == AvgColumn::other; });
+    cut_line_ = is_whole && has_short_rows_ ? 0 : lines_.line_number();
+    has_short_rows_ = true;
+    remark_unreadable(report_, lines_.line_number(),
+                      std::string("a row has fewer values than its table has columns") +
+                          (is_whole ? "" : " and is left out"));
+    return is_whole;
+  }
+
   /// Once for the rows that follow one another.
   void remark_on_component(std::string_view component) {
     if (told_component_ != component) {
@@ -201,20 +233,24 @@ class AvgReader {
   }
 
   /// Errors and complex values from what the table has.
-  static void finish(Component component, Row& row) {
+  void finish(Component component, Row& row) const {
     Value& value = row.value;
+    value.use_resistivity = value.use_resistivity && row.is_kept;
+    value.use_phase = value.use_phase && row.is_kept;
     const bool is_tipper = static_cast<std::size_t>(component) >= impedance_count;
     if (row.magnitude >= 0.0 && !std::isnan(value.phase)) {
       value.value = std::polar(row.magnitude, value.phase / 180.0 * std::numbers::pi);
     }
-    if (row.percent_error >= percent_not_known && value.phase_error >= degrees_not_known) {
+    if (has_commas_ && stand_for_unknown(row.percent_error, value.phase_error)) {
       value.phase_error = not_given;
     } else {
       value.resistivity_error = value.resistivity * row.percent_error * percent;
       const double deviation = row.magnitude * row.percent_error * percent / 2.0;
       value.variance = 2.0 * deviation * deviation;
     }
-    if (is_tipper) {  // the table repeats its length in place of a resistivity
+    if (is_tipper) {  // both parts take length and angle
+      value.use_resistivity = value.use_phase = value.use_resistivity && value.use_phase;
+      // The table repeats its length in place of a resistivity.
       value.resistivity = value.phase = value.resistivity_error = value.phase_error = not_given;
     }
   }
@@ -236,7 +272,8 @@ class AvgReader {
       facts_.latitude.reset();
       facts_.longitude.reset();
     }
-    site.x_azimuth = facts_.x_azimuth;
+    const std::optional<double> x_azimuth = facts_.x_azimuth();
+    site.x_azimuth = x_azimuth ? x_azimuth : site.x_azimuth;
     site.datum = facts_.datum;
     site.date = facts_.date;
     return place->second;
@@ -250,6 +287,9 @@ class AvgReader {
   std::vector<AvgColumn> columns_;                      // of the table under way
   AvgFacts facts_;                                      // of the table under way
   bool in_set_ = false;                                 // it is one that this program writes
+  bool has_commas_ = false;                             // it is of the layout with keywords
+  bool has_short_rows_ = false;                         // it has had
+  std::int64_t cut_line_ = 0;                           // a short row, if nothing has come after it
   std::optional<std::string> told_component_;
   std::size_t row_count_ = 0;
 };

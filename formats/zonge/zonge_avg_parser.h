@@ -24,8 +24,9 @@ struct AvgStation {
   transfer_function::TransferFunction function;
 };
 
-/// Reads the stations in the order in which they come. Points that the file skips, or gives no weight, are
-/// not in use. What isn't taken is in the report; its failure says why there is nothing.
+/// Reads the stations in the order in which they come. Points that the file skips are not in use, nor is the
+/// half of a point, resistivity or phase, that it gives no weight. What isn't taken is in the report; its
+/// failure says why there is nothing, or that the file is cut off.
 std::vector<AvgStation> read_zonge_avg(LineReader& lines, FileReport& report);
 
 /// Whether a line is one by which such a file is known: the heading of a table, or a receiver's component.

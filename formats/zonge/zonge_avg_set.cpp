@@ -60,9 +60,8 @@ std::optional<ZongeStation> place_among(std::span<const ZongeStation> stations, 
   const auto between = [&](double ZongeStation::*member) {
     return below.*member + part * ((*above).*member - below.*member);
   };
-  const bool has_elevations = below.elevation != 0.0 && above->elevation != 0.0;
   return ZongeStation{station, between(&ZongeStation::x), between(&ZongeStation::y),
-                      has_elevations ? between(&ZongeStation::elevation) : 0.0};
+                      between(&ZongeStation::elevation), below.has_elevation && above->has_elevation};
 }
 
 std::optional<std::string> data_type_in_name(std::string_view file_name) {

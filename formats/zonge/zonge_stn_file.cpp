@@ -18,18 +18,22 @@ bool is_file(const std::string& path) {
   return std::filesystem::is_regular_file(path, ignored);
 }
 
-double take_coordinate(std::string_view& rest, const char* what, const std::string& where, FileReport& report,
-                       std::int64_t line_number) {
+// What to tell of coordinates that can't be read.
+struct Telling {
+  std::string line;  // of another file than the report's others, so it is named with it
+  const char* fate = "";
+  FileReport& report;
+};
+
+std::optional<double> take_coordinate(std::string_view& rest, const char* what, const Telling& telling) {
   const std::string_view token = next_token(rest);
   const double value = is_numeric(token) ? numeric_value(token) : NAN;
   if (std::isfinite(value)) {
     return value;
   }
-  // The line is of another file than the report's others, so it is named with it.
-  remark_unreadable(report, 0,
-                    where + " line " + plain_text(line_number) + ": " + what + " " + in_quotes(token) +
-                        " is not a number, taken as 0");
-  return 0.0;
+  remark_unreadable(telling.report, 0,
+                    telling.line + what + " " + in_quotes(token) + " is not a number, " + telling.fate);
+  return std::nullopt;
 }
 
 }  // namespace
@@ -51,7 +55,8 @@ std::optional<std::string> find_stn_file(const std::string& raw_file) {
   return std::nullopt;
 }
 
-std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report) {
+std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report, UnreadPlace unread) {
+  const bool leaves_out = unread == UnreadPlace::left_out;
   const std::string name = text_from_field_file(std::filesystem::path(path).filename().string());
   std::vector<ZongeStation> stations;
   LineReader reader(path);
@@ -65,11 +70,20 @@ std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& rep
     }
     ZongeStation entry;
     entry.station = station;
-    entry.x = take_coordinate(rest, "x", name, report, reader.line_number());
-    entry.y = take_coordinate(rest, "y", name, report, reader.line_number());
-    if (!rest.empty()) {
-      entry.elevation = take_coordinate(rest, "elevation", name, report, reader.line_number());
+    Telling telling{name + " line " + plain_text(reader.line_number()) + ": ",
+                    leaves_out ? "the station is left out" : "taken as 0", report};
+    const std::optional<double> x = take_coordinate(rest, "x", telling);
+    const std::optional<double> y = take_coordinate(rest, "y", telling);
+    telling.fate = "taken as 0";
+    const std::optional<double> elevation =
+        rest.empty() ? std::nullopt : take_coordinate(rest, "elevation", telling);
+    if (leaves_out && !(x && y)) {
+      continue;
     }
+    entry.x = x.value_or(0.0);
+    entry.y = y.value_or(0.0);
+    entry.elevation = elevation.value_or(0.0);
+    entry.has_elevation = elevation.has_value();
     stations.push_back(entry);
   }
   return stations;

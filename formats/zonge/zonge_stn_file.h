@@ -18,14 +18,19 @@ struct ZongeStation {
   double x = 0.0;  // m, east
   double y = 0.0;  // m, north
   double elevation = 0.0;
+  bool has_elevation = false;
 };
+
+/// What becomes of a station whose x or y can't be read.
+enum class UnreadPlace { taken_as_zero, left_out };
 
 /// The companion of a raw file: its name with the last three characters replaced by "stn", else by "utm.stn",
 /// else a file "utm.stn" in its folder; each also in upper case. None if there is none of them.
 std::optional<std::string> find_stn_file(const std::string& raw_file);
 
-/// Reads the stations. Coordinates that can't be read are 0, and the report says so. Throws
-/// std::runtime_error if the file can't be read.
-std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report);
+/// Reads the stations. Coordinates that can't be read are 0, or their station is left out; the report says
+/// so. Throws std::runtime_error if the file can't be read.
+std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report,
+                                        UnreadPlace unread = UnreadPlace::taken_as_zero);
 
 }  // namespace formats::zonge

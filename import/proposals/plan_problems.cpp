@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -10,6 +11,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "import/file_formats.h"
 #include "import/proposals/site_stations.h"
 
 namespace Module_data_file {
@@ -39,7 +41,8 @@ void say(PlannedSection& row, PlanProblem problem, std::string text) {
 // The stored rows at each station; those of files with several stations of their own at each of them.
 using RowsAtStations = std::map<LineStation, std::vector<std::size_t>>;
 
-RowsAtStations rows_at_stations(const std::vector<PlannedSection>& rows, std::span<const ScannedFile> files) {
+RowsAtStations rows_at_stations(const std::vector<PlannedSection>& rows, std::span<const ScannedFile> files,
+                                LineDirection direction) {
   RowsAtStations at;
   for (std::size_t index = 0; index < rows.size(); ++index) {
     const PlannedSection& row = rows[index];
@@ -50,7 +53,7 @@ RowsAtStations rows_at_stations(const std::vector<PlannedSection>& rows, std::sp
     if (row.own_stations > 1) {
       for (const OwnStation& own : files[row.file_index].own_stations) {
         std::vector<std::size_t>& here =
-            at[{upper_case(own.line.empty() ? row.line : own.line), own.station}];
+            at[{upper_case(own.line.empty() ? row.line : own.line_along(direction)), own.station}];
         if (std::ranges::find(here, index) == here.end()) {
           here.push_back(index);
         }
@@ -126,6 +129,78 @@ void find_two_places(std::vector<PlannedSection>& rows, const RowsAtStations& at
   }
 }
 
+// What two tables of stations have in common.
+struct CommonStations {
+  std::int64_t count = 0;
+  bool have_places = false;  // one of these has a place in both
+  bool have_lines = false;   // one of these has its line from both
+  double farthest = 0.0;     // m, between the places of one station
+};
+
+std::optional<double> metres_between(const OwnStation& a, const OwnStation& b, const PlaceMap& map) {
+  if (a.map_place && b.map_place) {
+    return distance(*a.map_place, *b.map_place);
+  }
+  const std::optional<MapPlace> of_a = a.place ? map.on_map(*a.place) : std::nullopt;
+  const std::optional<MapPlace> of_b = b.place ? map.on_map(*b.place) : std::nullopt;
+  return of_a && of_b ? std::optional(distance(*of_a, *of_b)) : std::nullopt;
+}
+
+using RowPair = std::pair<std::size_t, std::size_t>;
+
+// Each with the first table that has a station, too.
+std::map<RowPair, CommonStations> common_stations(const std::vector<PlannedSection>& rows,
+                                                  std::span<const ScannedFile> files, const PlanRun& run) {
+  const LineDirection direction = run.choices().line_direction;
+  std::map<RowPair, CommonStations> common;
+  std::map<LineStation, std::pair<std::size_t, const OwnStation*>> firsts;
+  for (std::size_t index = 0; index < rows.size(); ++index) {
+    const ScannedFile& file = files[rows[index].file_index];
+    if (!rows[index].is_stored || !is_station_table(file.format)) {
+      continue;
+    }
+    std::set<LineStation> seen;
+    for (const OwnStation& own : file.own_stations) {
+      const LineStation key{upper_case(own.line.empty() ? rows[index].line : own.line_along(direction)),
+                            own.station};
+      const auto first = firsts.try_emplace(key, index, &own).first->second;
+      if (first.first == index || !seen.insert(key).second) {
+        continue;
+      }
+      CommonStations& both = common[{first.first, index}];
+      const std::optional<double> metres = metres_between(*first.second, own, run.lines().map());
+      ++both.count;
+      both.have_places = both.have_places || metres;
+      both.have_lines = both.have_lines || (!first.second->line.empty() && !own.line.empty());
+      both.farthest = std::max(both.farthest, metres.value_or(0.0));
+    }
+  }
+  return common;
+}
+
+// Files of two lines that came to one would be averaged into one another, station by station.
+void find_common_stations(std::vector<PlannedSection>& rows, std::span<const ScannedFile> files,
+                          const PlanRun& run) {
+  for (const auto& [pair, common] : common_stations(rows, files, run)) {
+    PlannedSection& a = rows[pair.first];
+    PlannedSection& b = rows[pair.second];
+    const bool are_apart = common.farthest > same_place;
+    const bool nothing_tells =
+        !common.have_places && !common.have_lines && a.own_stations > 1 && b.own_stations > 1;
+    if (!are_apart && !nothing_tells) {
+      continue;
+    }
+    const std::string stations = plain_text(common.count) + (common.count == 1 ? " station" : " stations") +
+                                 " of line " + a.line + " in common with ";
+    const std::string why = are_apart
+                                ? ", up to " + format_number(common.farthest, "0") + " m apart"
+                                : ", and no places that tell whether they are the same: two lines may be one";
+    const PlanProblem problem = are_apart ? PlanProblem::two_places : PlanProblem::shared_station;
+    say(a, problem, stations + b.file + why);
+    say(b, problem, stations + a.file + why);
+  }
+}
+
 void find_far_off(std::vector<PlannedSection>& rows, const PlanRun& run) {
   std::set<std::string> told;
   for (PlannedSection& row : rows) {
@@ -150,9 +225,10 @@ void find_far_off(std::vector<PlannedSection>& rows, const PlanRun& run) {
 
 void find_problems(std::vector<PlannedSection>& rows, std::span<const ScannedFile> files, const PlanRun& run,
                    SurveyBefore& survey) {
-  const RowsAtStations at = rows_at_stations(rows, files);
+  const RowsAtStations at = rows_at_stations(rows, files, run.choices().line_direction);
   find_shared_stations(rows, at, run, survey);
   find_two_places(rows, at, run, survey);
+  find_common_stations(rows, files, run);
   find_far_off(rows, run);
   for (PlannedSection& row : rows) {
     find_own_problems(row, files[row.file_index]);

@@ -412,7 +412,7 @@ PlannedSection PlanRun::row_of_own_stations(std::size_t file) const {
   }
   row.event = 0;
   if (scanned.holds_lines()) {
-    row.line = scanned.own_stations.front().line;
+    row.line = scanned.own_stations.front().line_along(choices_.line_direction);
   } else {
     row.editable.push_back(PlanCell::line);
   }
@@ -455,7 +455,7 @@ bool PlanRun::take_own_stations(std::size_t file, ReadingRecord& record, std::ve
   record.site = fixed && !scanned.says_station ? record.SurveyFile : std::string();
   for (std::size_t index = 0; row.is_stored && index < scanned.own_stations.size(); ++index) {
     const OwnStation& own = scanned.own_stations[index];
-    record.LineNumber = own.line.empty() ? row.line : own.line;
+    record.LineNumber = own.line.empty() ? row.line : own.line_along(choices_.line_direction);
     record.Station = fixed ? row.station : own.station;
     add_to_scan_list(record, {});
   }

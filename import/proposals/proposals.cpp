@@ -91,7 +91,11 @@ Proposal propose_event(const Census& census, ImportChoices& choices) {
 Proposal propose_rate(const Census& census, ImportChoices& choices) {
   choices.decode[decode_sample_rate] = {};
   choices.own_rate_of_fixed_columns = true;
-  std::string rate = census.highest > 0.0 ? plain_text(rate_over_frequency * census.highest) : std::string();
+  if (!(census.highest > 0.0)) {
+    choices.decode[decode_sample_rate].specified.clear();
+    return {ProposedChoice::rate, "none", "no file gives a frequency"};
+  }
+  std::string rate = plain_text(rate_over_frequency * census.highest);
   choices.decode[decode_sample_rate].specified = rate;
   return {
       ProposedChoice::rate, std::move(rate),

@@ -21,6 +21,7 @@
 #include "import/readers/reader_table.h"
 #include "import/readers/site_curves.h"
 #include "import/readers/site_files.h"
+#include "import/readers/station_places.h"
 
 namespace Module_data_file {
 
@@ -140,8 +141,19 @@ void take_place(const ReadingRecord& record, ScannedFile& file) {
 OwnStation own_station(const ReadingRecord& record, FileFormat format) {
   const bool may_have_line = format == format_em1dfm || is_station_table(format);
   const bool may_have_rate = format == format_zonge_raw || is_station_table(format);
-  return {may_have_line ? record.LineNumber : std::string(), record.Station,
-          may_have_rate ? record.SampleRate : 0.0F};
+  OwnStation own{may_have_line ? record.LineNumber : std::string(), record.Station,
+                 may_have_rate ? record.SampleRate : 0.0F,
+                 is_station_table(format) ? record.line_in_file : std::string()};
+  if (is_station_table(format)) {
+    const SitePlace& place = record.station_place;
+    if (place.latitude && place.longitude) {
+      own.place = {*place.latitude, *place.longitude};
+    }
+    if (record.MapX != 0.0 || record.MapY != 0.0) {
+      own.map_place = numerics::geodesy::MapPlace{record.MapX, record.MapY};
+    }
+  }
+  return own;
 }
 
 std::vector<float> phases_of(const Module_database::Curve& curve) {
@@ -228,6 +240,10 @@ void scan(ScannedFile& file) {
 }
 
 }  // namespace
+
+std::string OwnStation::line_along(LineDirection direction) const {
+  return line_in_file.empty() ? line : line_of_file(line_in_file, direction).value_or(line);
+}
 
 bool ScannedFile::holds_lines() const {
   return !own_stations.empty() && std::ranges::none_of(own_stations, &std::string::empty, &OwnStation::line);

@@ -29,11 +29,22 @@ struct ScannedSection {
 
 /// A station that a file holds itself.
 struct OwnStation {
-  std::string line;  // empty: that of the import
+  std::string line;  // where lines run along local east; empty: that of the import
   double station = 0.0;
-  float rate = 0.0F;  // Hz; 0: that of the import
+  float rate = 0.0F;         // Hz; 0: that of the import
+  std::string line_in_file;  // as a table of stations has it
+  // Where a table of stations has it.
+  std::optional<numerics::geodesy::MapPlace> map_place = {};
+  std::optional<numerics::geodesy::GeographicPlace> place = {};
 
-  bool operator==(const OwnStation&) const = default;
+  /// What an import makes of it: a line without a letter gets that of the direction. Empty: its own.
+  [[nodiscard]] std::string line_along(LineDirection direction) const;
+
+  /// Whether it is the same one, wherever it is.
+  bool operator==(const OwnStation& other) const {
+    return line == other.line && station == other.station && rate == other.rate &&
+           line_in_file == other.line_in_file;
+  }
 };
 
 struct ScannedFile {

@@ -91,7 +91,8 @@ double first_of_order(std::span<const ScannedFile> files, const ImportChoices& c
   }
   for (const ScannedFile& file : files) {
     for (const OwnStation& own : file.own_stations) {
-      const bool may_be_on_them = own.line.empty() || run.lines().all().contains(upper_case(own.line));
+      const std::string line = own.line_along(choices.line_direction);
+      const bool may_be_on_them = line.empty() || run.lines().all().contains(upper_case(line));
       highest = may_be_on_them ? std::max(highest, own.station) : highest;
     }
   }

@@ -240,6 +240,7 @@ bool TableStore::take(const CurveRows& rows) {
 // @return false if the survey can't have such a line; the report says so
 bool TableStore::take_line(const CurveRows& rows) {
   task_.record.LineNumber = line_;
+  task_.record.line_in_file = rows.line;
   if (rows.line.empty()) {
     return true;
   }

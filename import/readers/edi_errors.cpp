@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <limits>
 #include <numbers>
 #include <optional>
 #include <ranges>
@@ -57,23 +58,34 @@ struct Distances {
 };
 
 // The variance that the errors of the blocks give, those of resistivity taken as errors of the logarithm,
-// over that of the file; none where one of them isn't known.
+// over that of the file; none where neither of them is known. Where one is, it counts for both parts of the
+// impedance.
 std::optional<double> variance_ratio(const EdiSection& section, std::size_t element, std::size_t index) {
   const double variance = value_of(section.get(element, quantity_variance), index);
   const std::complex<double> z(value_of(section.get(element, quantity_real), index),
                                value_of(section.get(element, quantity_imaginary), index));
   const double logarithm = value_of(section.get(element, quantity_resistivity_error), index);
   const double phase = value_of(section.get(element, quantity_phase_error), index);
-  if (!(variance > 0.0 && logarithm > 0.0 && phase > 0.0) || is_absent(z.real()) || is_absent(z.imag())) {
+  const auto is_usable = [](double error) { return error > 0.0 || is_absent(error); };
+  const bool has_error = logarithm > 0.0 || phase > 0.0;
+  if (!(variance > 0.0 && has_error && is_usable(logarithm) && is_usable(phase)) || is_absent(z.real()) ||
+      is_absent(z.imag())) {
     return std::nullopt;
   }
-  const numerics::impedance::PartCovariance parts =
-      numerics::impedance::covariance_of(z, 1.0, logarithm * std::numbers::ln10, phase);
+  constexpr double not_known = std::numeric_limits<double>::quiet_NaN();
+  const numerics::impedance::PartCovariance parts = numerics::impedance::covariance_of(
+      z, 1.0, logarithm > 0.0 ? logarithm * std::numbers::ln10 : not_known, phase > 0.0 ? phase : not_known);
   return parts.is_known() ? std::optional((parts.real + parts.imaginary) / variance) : std::nullopt;
 }
 
-// Whether the blocks of errors make the variance, at all points that have both. Then they say more than it:
-// how far each of resistivity and phase is known, also where the other one is absent.
+bool has_both_errors(const EdiSection& section, std::size_t element, std::size_t index) {
+  return value_of(section.get(element, quantity_resistivity_error), index) > 0.0 &&
+         value_of(section.get(element, quantity_phase_error), index) > 0.0;
+}
+
+// Whether the blocks of errors make the variance, at all points that have both of these or, where none has,
+// at all that have one. Then they say more than it: how far each of resistivity and phase is known, also
+// where the other one is absent.
 bool blocks_make_variance(const EdiSection& section, std::size_t element) {
   constexpr double printed =
       1e-5;  // relative; numbers of fewer digits than that say no more than the variance
@@ -81,16 +93,25 @@ bool blocks_make_variance(const EdiSection& section, std::size_t element) {
       !section.get(element, quantity_phase_error).present) {
     return false;
   }
-  std::size_t compared = 0;
+  std::size_t of_both = 0;
+  std::size_t of_one = 0;
+  bool one_differs = false;
   for (std::size_t index = 0; index < section.frequencies.size(); ++index) {
-    if (const auto ratio = variance_ratio(section, element, index)) {
-      if (!(std::abs(*ratio - 1.0) < printed)) {
-        return false;
-      }
-      ++compared;
+    const auto ratio = variance_ratio(section, element, index);
+    if (!ratio) {
+      continue;
+    }
+    const bool is_made = std::abs(*ratio - 1.0) < printed;
+    if (!has_both_errors(section, element, index)) {
+      ++of_one;
+      one_differs = one_differs || !is_made;
+    } else if (!is_made) {
+      return false;
+    } else {
+      ++of_both;
     }
   }
-  return compared > 0;
+  return of_both > 0 || (of_one > 0 && !one_differs);
 }
 
 // False if it gives none.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "core/absent_value.h"
 #include "core/line_reader.h"
@@ -87,6 +88,17 @@ void remark_on_rotation(const EdiSection& section, FileReport& report) {
   }
 }
 
+// Files of this program have the azimuth of the axes of their values there, which aren't those of the sensors
+// where the export turned them. False where it isn't one for all.
+bool take_own_rotation(const EdiSection& section, ReadingRecord& record) {
+  if (!record.is_own_edi || section.ZROT.empty() || is_absent(section.ZROT.front()) ||
+      std::ranges::adjacent_find(section.ZROT, std::not_equal_to<>()) != section.ZROT.end()) {
+    return false;
+  }
+  record.axes.HxAzimuth = section.ZROT.front();
+  return true;
+}
+
 // False after a failed store, whose message has been shown.
 bool store_tensor(EdiSection& section, bool turn, FileTask& task) {
   ReadingRecord& record = task.record;
@@ -154,7 +166,9 @@ int read_sections(FileTask& task) {
     const bool turn = readings.tensor && turns_ey(record, [&] { return has_turned_ey(section); });
     report.sections_turned += turn ? 1 : 0;
     report.curves_computed = record.choices.compute_from_impedance;
-    remark_on_rotation(section, report);
+    if (!take_own_rotation(section, record)) {
+      remark_on_rotation(section, report);
+    }
     remark_on_tipper(section, report);
     if (!task.is_import()) {
       report.readings += static_cast<std::int32_t>(readings.count());

@@ -71,7 +71,7 @@ Value turned(Value value) {
   if (const double phase = phase_of(value); !is_absent(phase)) {
     value.phase = std::remainder(phase + 180.0, 360.0);
   }
-  value.value = 0.0 - value.value;
+  value.value = {0.0 - value.value.real(), 0.0 - value.value.imag()};  // no zero becomes a negative one
   return value;
 }
 
@@ -87,9 +87,15 @@ void take_values(const Value& value, double frequency, Curve& curve, std::size_t
   curve.value(field_phase_error, index) = single_or_absent(has_variance ? value.variance : value.phase_error);
 }
 
-void mask(Curve& curve, std::size_t index) {
-  curve.counts_at(Module_database::field_resistivity, index) = 0;
-  curve.counts_at(Module_database::field_phase, index) = 0;
+// What the file switches off.
+void mask(const Value& value, Curve& curve, std::size_t index) {
+  using namespace Module_database;
+  if (!value.use_resistivity) {
+    curve.counts_at(field_resistivity, index) = 0;
+  }
+  if (!value.use_phase) {
+    curve.counts_at(field_phase, index) = 0;
+  }
 }
 
 }  // namespace
@@ -151,9 +157,7 @@ void fill_site_curve(const TransferFunction& function, EdiElement element, bool 
     take_values(value, point.frequency, curve, index);
     finish_point(curve, index);
     set_errors_of(value, curve, index);
-    if (!value.in_use) {
-      mask(curve, index);
-    }
+    mask(value, curve, index);
   }
 }
 
@@ -168,9 +172,7 @@ void fill_site_tipper(const TransferFunction& function, EdiTipper component, Cur
     set_tipper_point({value.value.real(), value.value.imag(),
                       variance > 0.0F ? std::sqrt(value.variance / 2.0) : double{no_data}},
                      curve, index);
-    if (!value.in_use) {
-      mask(curve, index);
-    }
+    mask(value, curve, index);
   }
 }
 

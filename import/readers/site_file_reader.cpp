@@ -23,7 +23,10 @@ void take_place(const formats::transfer_function::Site& site, ReadingRecord& rec
   record.place = {site.latitude, site.longitude, site.elevation, site.datum};
   record.Elevation = site.elevation.value_or(0.0);
   record.axes = {};
-  record.Orientation = record.axes.HxAzimuth = static_cast<float>(site.x_azimuth.value_or(0.0));
+  record.Orientation = static_cast<float>(site.x_azimuth.value_or(0.0));
+  if (site.x_azimuth) {  // else the axes stay not known
+    record.axes.HxAzimuth = record.Orientation;
+  }
 }
 
 // False after a failed store, whose message has been shown.

@@ -59,8 +59,12 @@ void move_curve(TransferFunction& function, Component component) {
 std::vector<ZongeStation> stations_beside(FileTask& task) {
   std::vector<ZongeStation> places;
   if (const std::optional<std::string> stn_file = formats::zonge::find_beside(task.file, "stn")) {
-    places = formats::zonge::read_stn_file(*stn_file, task.report);
+    places = formats::zonge::read_stn_file(*stn_file, task.report, formats::zonge::UnreadPlace::left_out);
     std::ranges::stable_sort(places, {}, &ZongeStation::station);
+    // A file of zeros has no heights; among others a 0 is one at sea level.
+    if (std::ranges::all_of(places, [](const ZongeStation& each) { return each.elevation == 0.0; })) {
+      std::ranges::for_each(places, [](ZongeStation& each) { each.has_elevation = false; });
+    }
   }
   return places;
 }
@@ -109,6 +113,7 @@ class AverageStore {
   bool turn_ = false;
   std::int64_t between_ = 0;  // stations that lie between those of the .stn file
   std::int64_t without_ = 0;  // that it doesn't have
+  std::string utm_zone_;      // of the map coordinates that were taken from the file itself
 };
 
 // The header's row is about all stations; what it has only once is that of the first.
@@ -146,6 +151,7 @@ void AverageStore::take_set() {
     const std::string name_of_line = formats::zonge::line_of_mde(*mde_file);
     const auto line = line_of_file(name_of_line, task_.record.choices.line_direction);
     if (line && !line->empty()) {
+      task_.record.line_in_file = name_of_line;
       task_.record.LineNumber = *line;
     }
   }
@@ -185,7 +191,7 @@ StationPlace AverageStore::place_of(const AvgStation& station) {
   if (const auto found = formats::zonge::place_among(places_, station.station, longest_gap)) {
     between_ += std::ranges::binary_search(places_, station.station, {}, &ZongeStation::station) ? 0 : 1;
     place.map = MapPosition{found->x, found->y};
-    place.site.elevation = found->elevation != 0.0 ? std::optional(found->elevation) : place.site.elevation;
+    place.site.elevation = found->has_elevation ? std::optional(found->elevation) : place.site.elevation;
     return place;
   }
   without_ += places_.empty() ? 0 : 1;
@@ -194,6 +200,7 @@ StationPlace AverageStore::place_of(const AvgStation& station) {
     const bool converts = task_.record.choices.convert_coordinates && site.latitude && site.longitude;
     if (!converts) {
       place.map = MapPosition{station.place->east, station.place->north};
+      utm_zone_ = utm_zone_.empty() ? station.place->utm_zone : utm_zone_;
     }
   }
   return place;
@@ -207,6 +214,11 @@ void AverageStore::remark_on_places() {
   if (between_ > 0) {
     remark_ignored(task_.report, 0,
                    stations_missing(between_) + "; placed in proportion between those of it on both sides");
+  }
+  if (!utm_zone_.empty()) {
+    remark_ignored(task_.report, 0,
+                   "map coordinates of $Rx.Center, of UTM zone " + formats::in_quotes(utm_zone_) +
+                       ", are taken as they stand, as those of the survey's map");
   }
   if (without_ > 0) {
     remark_unreadable(task_.report, 0, stations_missing(without_) + ", which gives no place there");

@@ -153,7 +153,9 @@ void ImportFileChooser::add_shown(bool only_selected) {
 
 void ImportFileChooser::add_all() {
   const BusyPointer busy;
-  list_.add(find_import_files(folder().toStdString(), plain_extension(extension().toStdString())));
+  const std::string ending = plain_extension(extension().toStdString());
+  list_.add(ending.empty() ? field_files_of({folder().toStdString()})
+                           : find_import_files(folder().toStdString(), ending));
   show_list();
 }
 

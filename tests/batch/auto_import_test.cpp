@@ -111,6 +111,20 @@ TEST_F(Auto_import, Refuses_what_makes_no_sense) {
   EXPECT_NE(empty.errors.find("There is no field file in empty"), std::string::npos);
 }
 
+TEST_F(Auto_import, Says_why_when_nothing_can_be_read) {
+  (void)folder_.write("cut.xml", "<EM_TF>\n<Site>");
+  for (const bool dry : {false, true}) {
+    std::vector<std::string> command{"import", "survey.mdb", "cut.xml", "--auto"};
+    if (dry) {
+      command.emplace_back("--dry-run");
+    }
+    const Outcome outcome = run(command);
+    EXPECT_NE((outcome.output + outcome.errors).find("cut.xml"), std::string::npos);
+    EXPECT_EQ((outcome.output + outcome.errors).find("Sample Rate"), std::string::npos);
+    EXPECT_EQ(outcome.status, dry ? 0 : 1);
+  }
+}
+
 TEST_F(Auto_import, Says_nothing_of_the_copy_that_a_dry_run_works_on) {
   const std::string old_survey = BRENLOX_FIELD_DATA "/legacy_jet/survey_jet4.mdb";
   if (!std::filesystem::exists(old_survey)) {

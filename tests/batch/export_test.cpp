@@ -109,6 +109,8 @@ TEST_F(Batch_export, Wrong_options_are_refused_before_anything_is_made) {
       {"csv", {"--reduction", "0", "--rotate", "30"}, 2, "Only merged curves can be rotated"},
       {"xml", {}, 2, "xml"},
       {"edi", {"--rhoplus"}, 2, "Results of Rho+ are written to CSV only"},
+      {"edi", {"--floor", "5"}, 2, "--floor and the other settings of Rho+ are for csv with --rhoplus only"},
+      {"csv", {"--plot-link", "a"}, 2, "--plot-link is for geojson and kml only"},
       {"edi", {"--line", "900E"}, 2, "The survey has no line 900E; it has 200E"}};
   for (const auto& [format, rest, status, words] : cases) {
     const Outcome outcome = exported(format, "out", rest);

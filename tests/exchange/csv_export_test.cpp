@@ -4,6 +4,7 @@
 #include <limits>
 #include <tuple>
 
+#include "core/calendar.h"
 #include "core/number_text.h"
 #include "tests/exchange/made_export.h"
 
@@ -80,6 +81,61 @@ TEST_F(CsvExport, Merged_curves_have_static_factor_errors_of_repeats_and_masks) 
   EXPECT_EQ(factor.at("phase_masked"), "1");
 }
 
+TEST_F(CsvExport, What_nothing_went_into_is_empty) {
+  made::StoredReading curve = made::reading({{1, 100, 45}, {2, no_data, 45}});
+  curve.curve.counts_at(Module_database::field_resistivity, 1) = 0;
+  made::StoredReading tipper = made::reading({{1, 0, 0.25F}, {2, no_data, 0.5F}});
+  tipper.curve.counts_at(Module_database::field_resistivity, 0) = 0;
+  tipper.curve.counts_at(Module_database::field_resistivity, 1) = 0;
+  made::ReadingKey of_tipper = made::key(64.0F);
+  of_tipper.data_type = "HzHx";
+  for (const auto& [key, reading] : {std::pair(made::key(64.0F), curve), std::pair(of_tipper, tipper)}) {
+    made::store(key, 1, reading);
+    Module_database::StoredReading average;
+    ASSERT_EQ(Module_averaged_data::average_repeats(key, made::frequencies(), average), 0);
+  }
+  for (const std::int32_t reduction : {1, 2}) {
+    SCOPED_TRACE(reduction);
+    choices.reduction = reduction;
+    const made::Table curves = table("curves");
+    const Cells lone_phase = curves.find({{"data_type", "ExHy"}, {"frequency_Hz", "2"}});
+    EXPECT_EQ(lone_phase.at("resistivity_ohm_m"), "");
+    EXPECT_EQ(lone_phase.at("phase_deg"), "45");
+    const Cells lone_part = curves.find({{"data_type", "HzHx"}, {"frequency_Hz", "2"}});
+    EXPECT_EQ(lone_part.at("tipper_real"), "");
+    EXPECT_EQ(lone_part.at("tipper_imaginary"), "0.5");
+    if (reduction == 2) {
+      const Cells masked = curves.find({{"data_type", "HzHx"}, {"frequency_Hz", "1"}});
+      EXPECT_EQ(masked.at("tipper_real"), "0") << "it is there, and masked";
+      EXPECT_EQ(masked.at("masked"), "1");
+    }
+  }
+}
+
+TEST_F(CsvExport, A_file_of_several_stations_dates_all_of_them) {
+  dao::Recordset& files = Module_database::open_survey().files;
+  files.add_new();
+  files.set_text("SurveyFile", "all.csv");
+  files.set_text("LineNumber", "900E");  // of the first of its lines
+  files.set_double("Station", 1.0);
+  files.set_date("DateCollected", day_count(2019, 1, 7));
+  files.update();
+  files.requery();
+  const std::int32_t file =
+      Module_database::open_survey().database.open_recordset("SELECT ID FROM FileTable").get_long("ID");
+  for (const double station : {100.0, 200.0}) {
+    made::store(made::key(64.0F, station), 1, made::reading({{1, 100, 45}}), 0, file);
+  }
+  for (const std::int32_t reduction : {0, 2}) {
+    choices.reduction = reduction;
+    const made::Table curves = table("curves");
+    EXPECT_EQ(curves.rows.size(), 2U);
+    for (const Cells& row : curves.rows) {
+      EXPECT_EQ(row.at("date"), "2019-01-07") << row.at("station");
+    }
+  }
+}
+
 TEST_F(CsvExport, Raw_readings_and_averages_are_as_stored_each_with_its_scan_rate) {
   made::store_line(1);
   choices.reduction = 0;
@@ -138,6 +194,30 @@ TEST_F(CsvExport, Tensors_are_a_row_an_element_with_values_known_by_hand) {
   EXPECT_NEAR(number(parameters.rows.front(), "det_rho_ohm_m"), 200.0, 3.0);
 }
 
+TEST_F(CsvExport, Tippers_are_a_row_a_component) {
+  for (const auto& [type, real, imaginary] :
+       {std::tuple("HzHx", 0.25F, -0.125F), std::tuple("HzHy", 0.0F, 0.5F)}) {
+    made::StoredReading merged =
+        made::with_errors(made::reading({{1, real, imaginary}, {10, real, imaginary}}), 0.02F, 0.02F);
+    for (std::size_t at = 0; at < merged.curve.count(); ++at) {
+      merged.curve.value(Module_database::field_resistivity_deviation, at) = 0.0F;
+      merged.curve.value(Module_database::field_phase_deviation, at) = 0.0F;
+    }
+    merged.axes = {Module_database::ey_as_measured, 30.0F};
+    made::ReadingKey key = made::key(0.0F);
+    key.data_type = type;
+    made::store(key, 0, merged, 2, -1);
+  }
+  const made::Table tippers = table("tippers");
+  EXPECT_EQ(tippers.rows.size(), 4U);
+  const Cells tx = tippers.find({{"frequency_Hz", "10"}, {"component", "Tx"}});
+  EXPECT_DOUBLE_EQ(number(tx, "real"), 0.25);
+  EXPECT_DOUBLE_EQ(number(tx, "imaginary"), -0.125);
+  EXPECT_NEAR(number(tx, "variance"), 2.0 * 0.02 * 0.02, 1e-9);
+  EXPECT_EQ(tx.at("x_azimuth_deg"), "30");
+  EXPECT_EQ(tippers.find({{"frequency_Hz", "1"}, {"component", "Ty"}}).at("real"), "0");
+}
+
 TEST_F(CsvExport, Turned_by_90_degrees_the_modes_change_places) {
   made::store_tensor(100.0);
   choices.rotation = 90.0;
@@ -172,6 +252,7 @@ TEST_F(CsvExport, Rho_plus_gives_a_half_space_back_for_both_modes) {
       EXPECT_NEAR(number(row, "fitted_phase_deg"), 45.0, 1.0);
       EXPECT_LT(std::abs(number(row, "resistivity_residual")), 0.5);
       EXPECT_EQ(row.at("phase_used"), "1");
+      EXPECT_EQ(row.at("x_azimuth_deg"), rotation ? "90" : "0");
     }
   }
 }

@@ -58,6 +58,6 @@ TEST_F(EmtfXmlRoundTrip, Impedances_tippers_variances_and_places_come_back) {
   EXPECT_NEAR(place.latitude.value(), a.site.latitude.value(), 1e-9);
   EXPECT_NEAR(place.longitude.value(), a.site.longitude.value(), 1e-9);
   EXPECT_EQ(place.elevation, a.site.elevation);
-  EXPECT_EQ(place.x_azimuth.value(), a.site.x_azimuth.value_or(0.0));
+  EXPECT_EQ(place.x_azimuth, a.site.x_azimuth);
   EXPECT_EQ(after[0].document.date_collected, before[0].document.date_collected);
 }

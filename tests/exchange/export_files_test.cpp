@@ -3,8 +3,12 @@
 
 #include <limits>
 #include <tuple>
+#include <utility>
 
 #include "core/calendar.h"
+#include "exchange/export_lists.h"
+#include "exchange/line_marks.h"
+#include "exchange/plan_texts.h"
 #include "tensor/rotated_readings.h"
 #include "tests/exchange/made_export.h"
 #include "tests/support/file_size_limit.h"
@@ -133,6 +137,54 @@ TEST_F(ExportTest, Places_need_a_station_that_has_one) {
             std::string::npos);
 }
 
+TEST_F(ExportTest, Links_to_plots_are_put_into_percents_once) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"plots of/{name}.pdf", "plots%20of/MT%201%23.pdf"},
+      {"My%20Line#1/{line}/{station}.pdf", "My%20Line%231/200E/100.5.pdf"},
+      {"https://x.org/a%20b?n={name}#top", "https://x.org/a%20b?n=MT%201%23#top"},
+      {"50%/{x}", "50%25/%7Bx%7D"}};
+  for (const auto& [link, address] : cases) {
+    EXPECT_EQ(plot_link(link, "200E", "100.5", "MT 1#"), address) << link;
+  }
+  made::store_line(1);
+  made::place_site(100.0, -20.5, 139.25, "MT 1");
+  choices.plot_link = "plots of/{name}.pdf";
+  for (const ExportFormat format : {ExportFormat::geojson, ExportFormat::kml}) {
+    choices.format = format;
+    ASSERT_EQ(write(), 0);
+    EXPECT_NE(written(format == ExportFormat::kml ? "north_line.kml" : "north_line.geojson")
+                  .find("plots%20of/MT%201.pdf"),
+              std::string::npos);
+  }
+}
+
+TEST_F(ExportTest, A_line_with_QP_alone_has_curves_and_no_tensors) {
+  made::ReadingKey key = made::key(64.0F);
+  key.data_type = "QP";
+  made::store(key, 1, made::reading({{1, -3.25F, 2}}));
+  ExportLists lists;
+  ASSERT_EQ(read_export_lists(lists), 0);
+  EXPECT_EQ(lists.lines, Strings{"200E"});
+  EXPECT_EQ(kind_of_line(lists, "200E", 0, 50.0F), choices.lines.front());
+
+  ExportPlan plan;
+  ASSERT_EQ(make_export_plan(choices, plan), 0);
+  EXPECT_EQ(plan.fault, "There is nothing to write");
+  ASSERT_EQ(plan.rows.size(), 1U);
+  EXPECT_EQ(
+      plan.rows[0].remarks,
+      Strings{"Line 200E has no readings of a tensor element or tipper with reference type 0 and dipole "
+              "50"});
+  plan.fault.clear();
+  EXPECT_EQ(plan_summary(plan), "0 files; 1 line gives none");
+
+  choices.format = ExportFormat::csv;
+  ASSERT_EQ(write(), 0);
+  const made::Table curves(written("200E_curves.csv"));
+  ASSERT_EQ(curves.rows.size(), 1U);
+  EXPECT_EQ(curves.rows[0].at("resistivity_ohm_m"), "-3.25");
+}
+
 TEST_F(ExportTest, Files_are_replaced_when_the_user_agrees) {
   made::store_line(8);
   ASSERT_EQ(write(), 0);
@@ -205,6 +257,9 @@ TEST_F(ExportTest, What_is_in_the_way_is_named_and_nothing_is_half_written) {
   EXPECT_NE(failure().find(choices.folder), std::string::npos);
   fs::remove(choices.folder);
 
+  const std::string usual = std::exchange(choices.folder, folder.path(std::string(300, 'a')));
+  EXPECT_NE(failure().find("File name too long"), std::string::npos);
+  choices.folder = usual;
   fs::create_directory(choices.folder);
   {
     const ReadOnlyFolder read_only(choices.folder);

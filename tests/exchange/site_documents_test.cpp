@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "core/calendar.h"
+#include "core/text_fields.h"
+#include "database/sites.h"
+#include "tensor/station_tensor.h"
 #include "tests/exchange/exported_survey.h"
 
 using formats::transfer_function::Component;
@@ -71,6 +74,19 @@ Module_samples::EdiSection worked_example() {
   section.tipper[0] = {{0.10 + 0.02i}, {0.01}};
   section.tipper[1] = {{-0.25 + 0.05i}, {0.01}};
   return section;
+}
+
+/// A file without the blocks of XX and YY.
+std::string without_diagonals(std::string_view text) {
+  std::string kept;
+  bool is_left_out = false;
+  for (std::string_view line; take_line(text, line);) {
+    if (line.starts_with('>')) {
+      is_left_out = line.find("XX") < 6 || line.find("YY") < 6;
+    }
+    kept += is_left_out ? "" : std::string(line) + '\n';
+  }
+  return kept;
 }
 
 }  // namespace
@@ -146,14 +162,16 @@ TEST_F(SiteDocuments, Leave_out_what_is_masked_and_no_more) {
   EXPECT_NEAR(zyx.resistivity, 64.0, 1e-3);
   EXPECT_GT(zyx.resistivity_error, 0.0);
   EXPECT_FALSE(value_at(Component::zyy, 1).has_value()) << "a phase above 0 was masked by somebody";
-  EXPECT_FALSE(value_at(Component::zxx, 1).has_value());
+  EXPECT_FALSE(std::isfinite(value_at(Component::zyy, 1).phase));
+  EXPECT_FALSE(std::isfinite(value_at(Component::zxx, 1).phase)) << "goes with its resistivity";
   EXPECT_FALSE(value_at(Component::tx, 1).has_value());
   EXPECT_TRUE(value_at(Component::ty, 1).has_value());
   EXPECT_TRUE(value_at(Component::zxy, 1).has_value());
   const StationDocument made = document();
   EXPECT_TRUE(holds(made.document.history, "EyHx, EyHy: 1 phase masked"));
   EXPECT_TRUE(holds(made.document.history, "HzHx: 1 imaginary part masked"));
-  EXPECT_TRUE(holds(made.document.history, "phases masked at the import for the sign, taken all the same"));
+  EXPECT_TRUE(holds(made.document.history, "masked at the import for the sign, taken all the same"));
+  EXPECT_TRUE(holds(made.document.history, "ExHx: 1 resistivity masked, 1 phase masked"));
 
   frequencies.enabled.at(0) = 0;
   merged(CurveType::EyHy).UseReading = false;
@@ -163,6 +181,78 @@ TEST_F(SiteDocuments, Leave_out_what_is_masked_and_no_more) {
   EXPECT_FALSE(less.document.has(Component::zyy));
   EXPECT_TRUE(holds(less.document.history, "EyHy: switched off"));
   EXPECT_TRUE(holds(less.document.history, "1 frequency switched off and left out"));
+}
+
+// Phases of xx are -0.5, 0.5 and 1.5 degrees at 891 Hz: the first one is masked, and belongs to the mean.
+TEST_F(SiteDocuments, Have_the_values_of_the_tensor_where_some_repeats_are_masked) {
+  std::vector<std::string> files;
+  for (int event = 0; event < 3; ++event) {
+    files.push_back(section_file(event, 4096, {891, 100}));
+  }
+  ASSERT_EQ(import(files), 0);
+  load();
+  const auto tensor = station_tensor(curves, Module_database::ey_sign_by_rule);
+  const auto points = document().document.function.points;
+  ASSERT_EQ(points.size(), 2U);
+  ASSERT_EQ(tensor.points.size(), 2U);
+  for (std::size_t at = 0; at < points.size(); ++at) {
+    for (std::size_t element = 0; element < 4; ++element) {
+      const std::complex<double> z = tensor.points[at].tensor.z[element];
+      expect_near(points[at].values[element].value, z, 1e-6 * std::abs(z));
+    }
+  }
+}
+
+TEST_F(SiteDocuments, Have_no_elements_that_a_file_does_not_have) {
+  const std::string file =
+      folder.write("L200E_S0100_E0_R1024.edi", without_diagonals(edi_text(worked_example())));
+  ASSERT_EQ(import({file}), 0);
+  load();
+  const StationDocument made = document();
+  EXPECT_TRUE(made.document.has(Component::zyx));
+  EXPECT_FALSE(made.document.has(Component::zxx) || made.document.has(Component::zyy));
+}
+
+TEST_F(SiteDocuments, Tell_what_rotation_leaves_out_and_what_masked_values_it_takes) {
+  import_section(made_section(0, {1000, 100, 10}));
+  merged(CurveType::ExHx).curve.counts_at(Module_database::field_resistivity, 0) = 0;
+  merged(CurveType::EyHx).curve.counts_at(Module_database::field_phase, 1) = 0;
+  const StationDocument made = document(30.0);
+  EXPECT_FALSE(made.document.function.points.at(1).of(Component::zxy).has_value());
+  for (const auto& sentences : {made.remarks, made.document.history}) {
+    EXPECT_TRUE(holds(sentences, "1 frequency without a whole tensor left out"));
+  }
+  EXPECT_TRUE(holds(made.remarks, "1 value of ExHx and EyHy that somebody has masked had to be taken"));
+  EXPECT_TRUE(holds(made.document.history, "of ExHx and EyHy rotated in spite of masks"));
+}
+
+TEST_F(SiteDocuments, Tell_why_Ey_has_its_sign) {
+  import_section(worked_example());
+  for (Module_database::StoredReading& reading : curves.merged) {
+    reading.axes.EyTurned = Module_database::ey_as_measured;
+  }
+  const StationDocument by_rule = document();
+  EXPECT_TRUE(holds(by_rule.document.history, "is reversed, as Zxy and Zyx point the same way"));
+  EXPECT_FALSE(holds(by_rule.document.history, "turned in the survey"));
+
+  Module_database::set_ey_sign("200E", 100.0, Module_database::ey_sign_as_measured);
+  const StationDocument as_set = document();
+  EXPECT_NEAR(as_set.document.function.points.at(0).of(Component::zyx).phase, 180.0 - 129.289407, 1e-4);
+  EXPECT_TRUE(holds(as_set.remarks, "phases of Zyx lie in the first quadrant"));
+}
+
+TEST_F(SiteDocuments, Bring_angles_within_a_turn_and_tell_of_second_points) {
+  import_section(made_section(0, {1000, 100, 10}));
+  merged(CurveType::ExHy).curve.value(Module_database::field_phase, 0) = -214.96F;
+  merged(CurveType::ExHy).curve.counts_at(Module_database::field_phase, 0) = 1;
+  merged(CurveType::EyHx).curve.frequencies[1] = 10.0F;
+  for (Module_database::StoredReading& reading : curves.merged) {
+    reading.axes.HxAzimuth = 11.18F;
+  }
+  const StationDocument made = document();
+  EXPECT_NEAR(made.document.function.points.at(0).of(Component::zxy).phase, 145.04, 1e-6);
+  EXPECT_EQ(made.document.sensor_azimuth, 11.18);
+  EXPECT_TRUE(holds(made.remarks, "of several points that a curve has at 1 frequency the first one"));
 }
 
 TEST_F(SiteDocuments, Include_the_static_factor_and_say_so) {

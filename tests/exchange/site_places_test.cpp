@@ -68,17 +68,20 @@ TEST_F(SitePlacesTest, Are_those_of_the_sites_and_else_of_the_map) {
   EXPECT_EQ(peak.elevation, 346.0);
   EXPECT_TRUE(peak.from_projection);
   EXPECT_EQ(peak.datum, "WGS84");
-  EXPECT_EQ(datum_remark(peak), "");
+  EXPECT_FALSE(is_on_other_datum(peak));
   EXPECT_EQ(places.at(20.0).latitude, -37.5);
   EXPECT_EQ(places.at(20.0).longitude, -143.75);
   EXPECT_FALSE(places.at(20.0).elevation);
   EXPECT_FALSE(places.at(20.0).from_projection);
-  EXPECT_EQ(datum_remark(places.at(20.0)),
-            "its place is on the datum \"AGD66\" and may lie hundreds of metres off on a map that counts in "
-            "WGS 84");
+  EXPECT_TRUE(is_on_other_datum(places.at(20.0)));
+  const std::string datum =
+      "on the datum \"AGD66\" and may lie hundreds of metres off on a map that counts in WGS 84";
+  EXPECT_EQ(datum_remark("AGD66", {"1E 20"}), "The place of station 1E 20 is " + datum);
+  EXPECT_EQ(datum_remark("AGD66", {"1E 20", "1E 30"}),
+            "The places of 2 stations (1E 20 and 1E 30) are " + datum);
   EXPECT_EQ(places.at(40.0).longitude, 170.0);
   EXPECT_EQ(places.at(40.0).elevation, 77.0);
-  EXPECT_EQ(datum_remark(places.at(40.0)), "");
+  EXPECT_FALSE(is_on_other_datum(places.at(40.0)));
 }
 
 TEST_F(SitePlacesTest, Of_the_map_are_shifted_from_an_old_datum) {

@@ -114,6 +114,9 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
   };
   const Case cases[] = {
       {made_edi(), format_edi_mt, "22-Oct-2019"},
+      {replaced(made_edi(), "  UNITS", "  FILEBY=\"Brenlox 1.0\"\n  UNITS"), format_edi_mt, "21-Oct-2019"},
+      {replaced(made_edi(), ">=DEFINEMEAS", ">INFO\nPROGVERS=\"Brenlox 1.0\"\n>=DEFINEMEAS"), format_edi_mt,
+       "22-Oct-2019"},
       {"\n  >head\n filedate = \"10/21/49\"\n>=spectrasect\n", format_edi_spectra, "21-Oct-2049"},
       {">HEAD\nFILEDATE=13/32/50\n>=MTSECT\n", format_edi_mt, "01-Feb-1951"},
       {">HEAD\nFILEDATE=April 03, 2011\n>=MTSECT\n", format_edi_mt, "03-Apr-2011"},
@@ -152,7 +155,7 @@ TEST(Display_file_format, Tells_exchange_formats_by_their_content) {
   const std::string table =
       "line,station,data_type,frequency_Hz,resistivity_ohm_m,phase_deg\n100E,1,ExHy,1,100,45\n";
   std::string utf16 = "\xFF\xFE";
-  for (const char byte : xml) {
+  for (const char byte : xml + std::string(40000, '\n')) {  // more than the reader takes at once
     utf16 += std::string{byte, '\0'};
   }
   struct Case {
@@ -226,6 +229,9 @@ TEST(Head_date, Reads_each_form) {
       {"2021-12-17", day_count(2021, 12, 17)},
       {"\"07/01/19\"", day_count(2019, 7, 1)},
       {"02/30/2020", day_count(2020, 3, 1)},
+      {"2020-13-05", std::nullopt},
+      {"2020-02-31", std::nullopt},
+      {"02/29/2020", day_count(2020, 2, 29)},
       {"None", std::nullopt},
       {"", std::nullopt},
       {"May 18, 2010", day_count(2010, 5, 18)},
@@ -236,6 +242,7 @@ TEST(Head_date, Reads_each_form) {
       {"Sun Apr  3 12:00:01 2011", day_count(2011, 4, 3)},
       {"03APR2011", day_count(2011, 4, 3)},
       {"32 May 2010", std::nullopt},
+      {"31 Feb 2010", std::nullopt},
       {"0 May 2010", std::nullopt},
       {"May 2010", std::nullopt},
       {"Ma 3 2010", std::nullopt},

@@ -227,6 +227,25 @@ TEST(Station_tensor_without_diagonals, Says_so_and_takes_the_quadrant_of_most_ph
   }
 }
 
+// Those of a measured Ey are masked by an import that doesn't turn it.
+TEST(Station_tensor_without_phases, Takes_the_sign_of_Ey_from_its_readings_or_from_masked_phases) {
+  for (const made::Ey ey : {made::Ey::as_measured, made::Ey::turned}) {
+    StationCurves curves = made::station(
+        100.0, {1.0F, 2.0F, 4.0F}, [](double) { return example; }, ey);
+    for (std::size_t at = 0; at < 3; ++at) {
+      curves.merged[2].curve.counts_at(Module_database::field_phase, at) = 0;
+    }
+    const auto points_away = [&] {
+      return yx_points_away(curves, station_tensor(curves, Module_database::ey_sign_by_rule));
+    };
+    EXPECT_EQ(points_away(), ey == made::Ey::as_measured) << "its readings say it";
+    for (Module_database::StoredReading& merged : curves.merged) {
+      merged.axes.EyTurned = Module_database::ey_not_known;
+    }
+    EXPECT_EQ(points_away(), ey == made::Ey::as_measured) << "by the phases, masked as they are";
+  }
+}
+
 // Sums over repeats are divided by the number of all repeats, one of which lacks 1 Hz.
 TEST_F(Station_tensor, Masked_values_are_means_of_the_repeats_that_have_them) {
   store({.frequencies = {1.0F, 2.0F}, .event = 1});

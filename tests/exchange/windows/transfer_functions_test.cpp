@@ -21,8 +21,10 @@
 #include "exchange/windows/Form_transfer_functions.h"
 #include "exchange/windows/export_plan_model.h"
 #include "exchange/windows/export_table.h"
+#include "exchange/windows/told_export.h"
 #include "numerics/impedance/tensor.h"
 #include "platform/settings_store/settings_store.h"
+#include "platform/widgets/folder_tree.h"
 #include "platform/widgets/typed_text.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/window_fixture.h"
@@ -205,6 +207,7 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
       const auto& told = control<QLabel>("Label_rotation_fault");
       QVERIFY2(!told.text().isEmpty() && told.sizeHint().width() <= told.width(), wrong);
       QVERIFY2(!may_write() && rows().rowCount() == 0, wrong);
+      QCOMPARE(label("Label_export_summary"), told.text());
     }
     type("Text_export_rotation", "-30.5");
     QCOMPARE(label("Label_rotation_fault"), QString());
@@ -229,20 +232,24 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     QVERIFY(!may_write());
     choose_format(ExportFormat::geojson);
     QCOMPARE(label("Label_rotation_fault"), QString());  // nothing is rotated
-    QVERIFY(!control<QCheckBox>("Check_export_rotate").isEnabled());
+    const auto& rotate = control<QCheckBox>("Check_export_rotate");
+    const auto& fits = control<QCheckBox>("Check_export_rhoplus");
+    QVERIFY(!rotate.isEnabled() && !rotate.isChecked() && !fits.isChecked());
     QVERIFY(control<QLineEdit>("Text_plot_link").isEnabled());
     choose_format(ExportFormat::csv);
+    QVERIFY(rotate.isEnabled() && rotate.isChecked() && fits.isChecked());  // what was chosen is kept
     QVERIFY(!control<QLineEdit>("Text_plot_link").isEnabled());
     QVERIFY(!may_write());
     control<QComboBox>("Combo_export_reduction").setCurrentIndex(2);
     settle();
-    QVERIFY(!control<QCheckBox>("Check_export_rotate").isEnabled());
+    QVERIFY(!rotate.isEnabled() && !rotate.isChecked());
     QVERIFY(may_write());
     const auto choices = choices_of({}, entries_, rhoplus_);
     QCOMPARE(choices.reduction, Module_database::reduction_raw);
     QVERIFY(choices.rhoplus && !choices.rotation);
     choose_format(ExportFormat::edi);
     QVERIFY(!control<QComboBox>("Combo_export_reduction").isEnabled());
+    QCOMPARE(control<QComboBox>("Combo_export_reduction").currentText(), QString("Merged"));
     QCOMPARE(choices_of({}, entries_, rhoplus_).reduction, Module_database::reduction_merged);
   }
 
@@ -278,6 +285,10 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     open_window();
     QVERIFY(!control<QPushButton>("Command_open_folder").isEnabled());
     type_out();
+    control<QLineEdit>("Text_export_folder").clearFocus();
+    const auto& tree = control<FolderTree>("Tree_export_folder");
+    QCOMPARE(label("Label_folder_hint"), QString("Will be made"));
+    QCOMPARE(tree.folder(), QString());  // another one would seem to be chosen
     click("Command_write");
     settle();
     const auto messages = interface_->take_messages();
@@ -286,8 +297,12 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     QCOMPARE(files_in(out()), std::size_t{3});
     QVERIFY(fs::is_regular_file(out() + "/200E_1000.edi"));
     QVERIFY(window_->isVisible() && may_write());
+    QCOMPARE(label("Label_folder_hint"), QString());
+    QCOMPARE(tree.folder(), QString::fromStdString(out()));
     click("Command_open_folder");
     QCOMPARE(urls.taken, QList<QUrl>{QUrl::fromLocalFile(QString::fromStdString(out()))});
+    click("Command_write");  // nothing is replaced, and there is nothing new to open
+    QVERIFY(!control<QPushButton>("Command_open_folder").isEnabled());
 
     entries_ = {};  // as when the program starts the next time
     open_window();
@@ -318,6 +333,13 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     within_the_work([this] {
       QVERIFY(!control<QComboBox>("Combo_export_format").isEnabled());
       QVERIFY(!may_write());
+      QDialog question(window_.get());
+      question.setModal(true);
+      question.show();
+      QVERIFY(!control<QProgressBar>("ProgressBar_export").isVisible());
+      QVERIFY(!control<QPushButton>("Command_stop_export").isVisible());
+      question.close();
+      QVERIFY(control<QPushButton>("Command_stop_export").isVisible());
       QTest::keyClick(window_.get(), Qt::Key_Escape);
     });
     click("Command_write");
@@ -387,6 +409,43 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     QCOMPARE(label("Label_export_summary"), QString("There is no line to write"));
     QTest::keyClick(window_.get(), Qt::Key_Return);
     QVERIFY(interface_->take_messages().empty());
+  }
+
+  void equal_remarks_are_told_once() {
+    Module_exchange::ExportResult result;
+    Module_exchange::ExportChoices choices;
+    choices.folder = "/out";
+    result.files = {"/out/a.edi"};
+    for (int station = 1; station <= 12; ++station) {
+      const std::string number = std::to_string(station);
+      result.remarks.push_back("Station " + number + " (ET" + number + "): there is no ExHx");
+    }
+    result.remarks.insert(result.remarks.end(), {"Station 3: there is no tipper", "no place", "no place"});
+    const std::string all =
+        "1 file written to /out\n\n12 stations: there is no ExHx\nStation 3: there is no tipper\n"
+        "no place (2 times)";
+    QCOMPARE(told_export(choices, result), all);
+    for (int other = 1; other <= 7; ++other) {
+      result.remarks.push_back("another " + std::to_string(other));
+    }
+    QVERIFY(told_export(choices, result).ends_with("another 5\nand 2 more remarks, see the table"));
+  }
+
+  void columns_show_their_contents() {
+    ExportPlanModel model;
+    ExportTable table(model);
+    Module_exchange::ExportPlan plan;
+    plan.rows = {planned("A2.edi", "2", 200.0, 9)};
+    plan.rows[0].site = "Old Airstrip South, second";
+    plan.rows[0].stations.assign(200, 1.0);
+    model.show_plan(plan);
+    for (int column = 0; column < 7; ++column) {
+      const QString text = model.index(0, column).data().toString();
+      QVERIFY2(table.columnWidth(column) > table.fontMetrics().horizontalAdvance(text), qPrintable(text));
+    }
+    table.setColumnWidth(3, 50);  // as a user drags it
+    model.show_plan(plan);
+    QCOMPARE(table.columnWidth(3), 50);
   }
 
   void what_gives_no_file_comes_first_until_a_heading_is_clicked() {

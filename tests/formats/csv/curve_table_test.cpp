@@ -151,6 +151,13 @@ TEST(Curve_table, Headers_are_known_by_what_no_curve_can_do_without) {
   EXPECT_FALSE(is_curve_table_header("station,data_type,frequency_kHz,resistivity_ohm_m"));
   EXPECT_FALSE(is_curve_table_header("station,data_type,frequency_Hz,resistivity_error_ohm_m"));
   EXPECT_FALSE(is_curve_table_header("skp Station Freq Comp Amps Resistivity Phase"));
+  for (const char* const of_results :
+       {"line,station,site,frequency_Hz,x_azimuth_deg,element,real_mV/km/nT,resistivity_ohm_m,phase_deg",
+        "line,station,site,frequency_Hz,x_azimuth_deg,component,real,imaginary,variance",
+        "line,station,site,frequency_Hz,x_azimuth_deg,det_rho_ohm_m,det_phase_deg",
+        "line,station,site,data_type,frequency_Hz,resistivity_ohm_m,fitted_resistivity_ohm_m,phase_deg"}) {
+    EXPECT_FALSE(is_curve_table_header(of_results)) << of_results;
+  }
   EXPECT_FALSE(is_curve_table_header(""));
   EXPECT_FALSE(is_curve_table_header(plain + std::string(1 << 20, ',')));
 }
@@ -191,6 +198,7 @@ TEST(Curve_table, Rows_that_cannot_be_read_are_told_and_the_others_kept) {
                            ",45\n"
                            "1,ExHy,1e999,10,45\n"
                            "1,ExHy,6,1e32,-0\n"
+                           "1,ExHy,1e-60,10,45\n"
                            "1,ExHy,7,10,45");
   EXPECT_EQ(table.report.failure, "");
   ASSERT_EQ(table.curves.size(), 1U);
@@ -203,8 +211,8 @@ TEST(Curve_table, Rows_that_cannot_be_read_are_told_and_the_others_kept) {
   EXPECT_TRUE(std::isnan(table.curves[0].points[2].resistivity));
   for (const char* const text :
        {"station 'x' is no station", "data_type 'Exhz' is none of", "frequency_Hz '0' is not above 0",
-        "resistivity_ohm_m 'abc' is not a number", "the row has 4 fields where the header has 5",
-        "the row has 6 fields", "longer than 65536 bytes"}) {
+        "frequency_Hz '1e-60' is too near to 0", "resistivity_ohm_m 'abc' is not a number",
+        "the row has 4 fields where the header has 5", "the row has 6 fields", "longer than 65536 bytes"}) {
     EXPECT_TRUE(table.told(text)) << text;
   }
 }

@@ -119,7 +119,8 @@ TEST(Edi_writer, Keeps_to_what_readers_ask_for) {
        {"  LAT=-19:26:24.7416", "  LONG=136:26:39.8508", "  ELEV=218.5", "  REFLAT=-19:26:24.7416",
         "  REFLONG=136:26:39.8508", "  REFELEV=218.5", "  STDVERS=\"SEG 1.0\"", "  EMPTY=1.0E+32",
         "  ACQDATE=07/01/2019", "  FILEDATE=11/21/2026", "  PROGVERS=\"Brenlox 1.0\"",
-        "  SECTID=\"200E_100\"", "  NFREQ=2", ">HMEAS ID=101.001 CHTYPE=HX X=0.0 Y=0.0 Z=0.0 AZM=0",
+        "  Written by Brenlox 1.0", "  SECTID=\"200E_100\"", "  NFREQ=2",
+        ">HMEAS ID=101.001 CHTYPE=HX X=0.0 Y=0.0 Z=0.0 AZM=0",
         ">EMEAS ID=104.001 CHTYPE=EX X=-50.00 Y=0.00 Z=0.0 X2=50.00 Y2=0.00 Z2=0.0"}) {
     EXPECT_TRUE(has_line(text, line)) << line << "\n" << text;
   }
@@ -194,4 +195,6 @@ TEST(Edi_writer, Lays_the_dipoles_along_the_axes_of_measurement) {
   EXPECT_TRUE(has_line(text, ">HMEAS ID=102.001 CHTYPE=HY X=0.0 Y=0.0 Z=0.0 AZM=120"));
   EXPECT_TRUE(has_line(text, ">EMEAS ID=104.001 CHTYPE=EX X=-43.30 Y=-25.00 Z=0.0 X2=43.30 Y2=25.00 Z2=0.0"));
   EXPECT_TRUE(has_line(text, ">EMEAS ID=105.001 CHTYPE=EY X=25.00 Y=-43.30 Z=0.0 X2=-25.00 Y2=43.30 Z2=0.0"));
+  site.sensor_azimuth = 281.18;
+  EXPECT_TRUE(has_line(edi_text(site), ">HMEAS ID=102.001 CHTYPE=HY X=0.0 Y=0.0 Z=0.0 AZM=11.18"));
 }

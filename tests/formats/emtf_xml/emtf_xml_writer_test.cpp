@@ -191,7 +191,7 @@ TEST(Emtf_xml_writer, What_is_written_is_read_again) {
   const SiteDocument site = made_document();
   const TransferFunction read = read_again(site);
   expect_same_points(site, read);
-  EXPECT_EQ(read.site.id, "100p5");
+  EXPECT_EQ(read.site.id, "100.5") << "by its name: Id can't have the point";
   EXPECT_EQ(read.site.name, "100.5");
   EXPECT_EQ(read.site.latitude, site.function.site.latitude);
   EXPECT_EQ(read.site.longitude, site.function.site.longitude);
@@ -300,13 +300,21 @@ TEST(Emtf_xml_writer, Texts_are_escaped_and_are_utf_8) {
 
 TEST(Emtf_xml_writer, Ids_have_the_characters_that_archives_allow) {
   struct Case {
+    const char* name;
     const char* document_id;
     const char* site_id;
   };
-  for (const Case& each : {Case{"100_5", "100p5"}, Case{"100.5", "100p5"}, Case{"200E_100", "200E100"},
-                           Case{"S-1 a_2", "S1a2"}, Case{"_1_", "1"}, Case{"caf\xC3\xA9", "caf"},
-                           Case{"__", "site"}, Case{"", "site"}, Case{"1_2_3", "1p2p3"}}) {
-    EXPECT_EQ(emtf_site_id(each.document_id), each.site_id) << each.document_id;
+  SiteDocument site;
+  site.line = "200E";
+  site.station = 100.5;
+  for (const Case& each :
+       {Case{"100.5", "100_5", "100p5"}, Case{"100.5", "100_5_2", "100p52"}, Case{"mt_1_2", "mt_1_2", "mt12"},
+        Case{"mt.1", "mt_1_3", "mt13"}, Case{"100_5", "100_5", "1005"}, Case{"S-1 a_2", "S_1_a_2", "S1a2"},
+        Case{"caf\xC3\xA9", "caf__2", "caf2"}, Case{"_1_", "_1_", "1"}, Case{"__", "__", "site"},
+        Case{"", "200E_100_5", "200E100p5"}, Case{"", "200E_100_5_2", "200E100p52"}, Case{"1.", "1_", "1"}}) {
+    site.function.site.name = each.name;
+    site.id = each.document_id;
+    EXPECT_EQ(emtf_site_id(site), each.site_id) << each.document_id;
   }
   EXPECT_EQ(emtf_product_id("Barkly & Tablelands <2019>", "100_5", "2019"),
             "Barkly_Tablelands_2019_.100_5.2019");

@@ -67,7 +67,7 @@ TEST(J_format, Takes_periods_and_frequencies_and_their_limits) {
   EXPECT_DOUBLE_EQ(at_100_Hz.phase_error, 2.0);
   EXPECT_DOUBLE_EQ(made.function.points[1].frequency, 0.25);
   EXPECT_NEAR(made.function.points[1].of(Component::zxy).resistivity_error, 20.0 * std::log(4.0), 1e-12);
-  EXPECT_FALSE(made.function.points[2].of(Component::zxy).in_use);  // a rejected point
+  EXPECT_FALSE(made.function.points[2].of(Component::zxy).use_resistivity);  // a rejected point
   EXPECT_DOUBLE_EQ(made.function.points[0].of(Component::tx).variance, 1e-4);
 }
 

@@ -24,7 +24,7 @@ LineMarks made_line() {
   SiteMark first = mark(100.0, -19.44020555555, 136.4444);
   first.name = "A & \"B\" <caf\xE9>\x01";  // Windows-1252, and a control character
   first.elevation = 218.0004;
-  first.plot = "plots/200 E #1&2.pdf";
+  first.plot = "plots/200%20E%20%231&2.pdf";
   return {"200E", {first, mark(150.5, -19.5, 136.5)}};
 }
 
@@ -45,7 +45,7 @@ pugi::xml_node read_kml(const std::vector<LineMarks>& lines, pugi::xml_document&
 TEST(Geojson, Has_a_feature_for_each_station_and_a_line) {
   const std::string text = geojson_text({made_line()});
   EXPECT_TRUE(is_valid_utf8(text));
-  EXPECT_NE(text.find("[136.4444,-19.4402056,218.0]"), std::string::npos) << text;
+  EXPECT_NE(text.find("[136.4444,-19.4402056,218]"), std::string::npos) << text;
   const auto json = nlohmann::json::parse(text);
   EXPECT_EQ(json.size(), 2U) << "a type, the features, no crs";
   EXPECT_EQ(json.at("type"), "FeatureCollection");
@@ -58,7 +58,7 @@ TEST(Geojson, Has_a_feature_for_each_station_and_a_line) {
                                        {"line", "200E"},
                                        {"station", 100.0},
                                        {"elevation_m", 218.0},
-                                       {"plot", "plots/200 E #1&2.pdf"}};
+                                       {"plot", "plots/200%20E%20%231&2.pdf"}};
   EXPECT_EQ(features[0].at("properties"), expected);
   EXPECT_EQ(features[0].at("geometry").at("type"), "Point");
   EXPECT_EQ(features[1].at("geometry").at("coordinates"), nlohmann::json::parse("[136.5,-19.5]"));
@@ -67,6 +67,16 @@ TEST(Geojson, Has_a_feature_for_each_station_and_a_line) {
   EXPECT_EQ(features[2].at("geometry"),
             nlohmann::json::parse(
                 "{\"type\":\"LineString\",\"coordinates\":[[136.4444,-19.4402056],[136.5,-19.5]]}"));
+}
+
+TEST(Geojson, Has_seven_decimals_at_most_in_its_text) {
+  LineMarks line{"1", {mark(1.0, -37.0, 141.0043419), mark(2.0, -37.1, 141.00434194)}};
+  line.sites[0].elevation = 0.1 + 0.2;
+  const std::string text = geojson_text({line});
+  EXPECT_NE(text.find("[141.0043419,-37,0.3]"), std::string::npos) << text;
+  EXPECT_NE(text.find("[[141.0043419,-37],[141.0043419,-37.1]]"), std::string::npos) << text;
+  EXPECT_EQ(text.find("00000"), std::string::npos) << text;
+  EXPECT_EQ(text.find("99999"), std::string::npos) << text;
 }
 
 TEST(Geojson, Draws_no_line_through_one_station_or_none) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <filesystem>
 #include <numbers>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -57,7 +58,7 @@ TEST(Zonge_avg, Keyword_tables_go_by_their_headings) {
   EXPECT_NEAR(first.resistivity_error, 5.0, 1e-12);
   EXPECT_NEAR(std::sqrt(first.variance / 2.0), 11.18034 * 0.05, 1e-6);
   EXPECT_TRUE(std::isnan(points[1].of(Component::zyx).resistivity));
-  EXPECT_FALSE(points[2].of(Component::zyx).in_use);
+  EXPECT_FALSE(points[2].of(Component::zyx).use_phase);
   EXPECT_TRUE(std::isnan(points[2].of(Component::zyx).resistivity_error));  // "168" stands for unknown
   EXPECT_NEAR(points[3].of(Component::ty).value.real(), 0.5, 1e-12);
   EXPECT_FALSE(points[3].of(Component::ty).has_curve());
@@ -71,7 +72,11 @@ TEST(Zonge_avg, Errors_of_repeats_may_be_large) {
   const auto& points = made.stations[0].function.points;
   EXPECT_DOUBLE_EQ(points.at(0).of(Component::zxy).resistivity_error, 200.0);
   EXPECT_NEAR(points.at(0).of(Component::zxy).phase_error, 300.0 * degrees_per_milliradian, 1e-9);
-  EXPECT_TRUE(std::isnan(points.at(1).of(Component::zxy).resistivity_error));  // both as for unknown ones
+  EXPECT_DOUBLE_EQ(points.at(1).of(Component::zxy).resistivity_error, 200.0);  // no cap in this layout
+  EXPECT_NEAR(points[1].of(Component::zxy).phase_error, 1100.0 * degrees_per_milliradian, 1e-9);
+  const Read above =
+      read_text("$Rx.Stn=1\n$Rx.Cmp=Zxy\nFreq,ARes.mag,Z.phz,ARes.%err,Z.perr\n8,10,1,170,997\n");
+  EXPECT_DOUBLE_EQ(above.stations.at(0).function.points.at(0).of(Component::zxy).resistivity_error, 17.0);
 }
 
 TEST(Zonge_avg, Stations_keep_what_is_theirs) {
@@ -96,8 +101,20 @@ TEST(Zonge_avg, Stations_keep_what_is_theirs) {
   EXPECT_DOUBLE_EQ(second.station, 2.0);
   EXPECT_FALSE(second.function.site.latitude.has_value());
   EXPECT_FALSE(second.place.has_value());
+  EXPECT_FALSE(second.function.site.x_azimuth.has_value());  // that of the first one's channels
   EXPECT_EQ(second.function.points.size(), 1U);  // a station without a number doesn't fall to the one before
   EXPECT_EQ(made.report.unreadable.size(), 4U);  // its line, and the three rows of it
+}
+
+TEST(Zonge_avg, Weights_switch_off_one_half_and_the_skip_flag_both) {
+  const Read made = read_text(
+      "$Rx.Stn=1\n$Rx.Cmp=Zxy\nSkp,Freq,ARes.mag,Z.phz,Z.mwgt,Z.pwgt\n"
+      "2,8,10,500,0,1\n2,4,10,500,1,0\n1,2,10,500,1,1\n2,1,10,500,1,1\n");
+  const std::pair<bool, bool> used[] = {{false, true}, {true, false}, {false, false}, {true, true}};
+  for (std::size_t index = 0; index < 4; ++index) {
+    const Value& value = made.stations.at(0).function.points.at(index).of(Component::zxy);
+    EXPECT_EQ(std::pair(value.use_resistivity, value.use_phase), used[index]) << index;
+  }
 }
 
 TEST(Zonge_avg, Says_what_it_cannot_read) {
@@ -107,6 +124,21 @@ TEST(Zonge_avg, Says_what_it_cannot_read) {
   EXPECT_EQ(made.report.unreadable.size(), 4U);  // two numbers, and the two rows without station or frequency
   ASSERT_EQ(made.stations.size(), 1U);
   EXPECT_FALSE(made.stations[0].function.points.at(0).of(Component::zxy).has_curve());
+}
+
+// The last value may be half a number: 4.2454e+3 that has become 4.2.
+TEST(Zonge_avg, A_row_that_is_cut_does_not_count) {
+  const std::string head = "skp Station Freq Comp Resistivity Phase %Emag\n2 100 8 ExHy 10 500 1\n";
+  const Read cut = read_text(head + "2 100 4 ExHy 4.2\n\n");
+  EXPECT_EQ(cut.report.failure, "the file is cut off in line 3");
+  ASSERT_EQ(cut.stations.size(), 1U);
+  EXPECT_EQ(cut.stations[0].function.points.size(), 1U);
+  const Read phase = read_text(head + "2 100 4 ExHy 11 5");
+  EXPECT_EQ(phase.stations.at(0).function.points.size(), 1U);
+  const Read amid = read_text(head + "2 100 4 ExHy 4.2\n2 100 2 ExHy 12 500 1\n");
+  EXPECT_EQ(amid.report.failure, "");
+  EXPECT_EQ(amid.stations.at(0).function.points.size(), 2U);
+  EXPECT_EQ(amid.report.unreadable.size(), 1U);
 }
 
 TEST(Zonge_avg, Field_files_have_their_values) {
@@ -134,7 +166,7 @@ TEST(Zonge_avg, Field_files_have_their_values) {
   const Read tensor = field_file("tf_avg.avg");
   ASSERT_EQ(tensor.stations.size(), 1U);
   const auto& points = tensor.stations[0].function.points;
-  EXPECT_FALSE(points.at(1).of(Component::zxx).in_use);
+  EXPECT_FALSE(points.at(1).of(Component::zxx).use_resistivity);
   for (const Point& point : points) {  // |Z| and resistivity belong together
     const Value& value = point.of(Component::zxy);
     if (value.has_curve()) {

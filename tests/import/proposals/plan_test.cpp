@@ -297,3 +297,28 @@ TEST_F(PlanOfImport, Says_what_of_a_file_cannot_be_stored) {
     EXPECT_EQ(plan_cell_text(row, PlanColumn::rate), row.is_stored ? "0" : "") << "merged curves have none";
   }
 }
+
+// They would be averaged into one another, station by station.
+TEST_F(PlanOfImport, Marks_tables_of_two_lines_that_came_to_one) {
+  const std::string avg =
+      "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy 10 500\n 2 150 1 ExHy 10 500\n";
+  const auto problems = [&](const std::string& name, const std::string& of_a, const std::string& of_b) {
+    std::vector<std::string> files;
+    for (const auto& [file, stn] : {std::pair{"a", of_a}, std::pair{"b", of_b}}) {
+      files.push_back(folder.write(name + "/" + file + ".avg", avg));
+      if (!stn.empty()) {
+        (void)folder.write(name + "/" + file + ".stn", stn);
+      }
+    }
+    const ImportPlan plan = plan_for(files, choices);
+    EXPECT_EQ(plan.sections.at(0).problems, plan.sections.at(1).problems);
+    return plan.sections[0];
+  };
+  const std::string here = "100 1000 2000\n150 1050 2000\n";
+  const PlannedSection apart = problems("apart", here, "100 1000 2300\n150 1050 2400\n");
+  EXPECT_EQ(apart.problems, std::vector{PlanProblem::two_places});
+  EXPECT_EQ(apart.remarks,
+            std::vector<std::string>{"2 stations of line 200E in common with b.avg, up to 400 m apart"});
+  EXPECT_EQ(problems("same", here, here).problems, std::vector<PlanProblem>{});
+  EXPECT_EQ(problems("unplaced", here, "").problems, std::vector{PlanProblem::shared_station});
+}

@@ -102,6 +102,21 @@ TEST(Edi_errors, That_make_the_variance_together_say_more_than_it) {
   EXPECT_EQ(of_variance.at(2), no_data);
 }
 
+// A relative error of 0.1 alone, taken for both parts of |Z| = 1000 or 707.1: nothing is said of the phases.
+TEST(Edi_errors, Of_one_block_that_makes_the_variance_leave_the_other_not_known) {
+  const std::string one_block =
+      ">RHOXY.ERR //3\n.08685890 .08685890 .08685890\n>PHSXY.ERR //3\n1e32 1e32 1e32\n";
+  const std::string blocks = curves + impedance + one_block;
+  const std::vector<float> errors = errors_of(blocks + ">ZXY.VAR //3\n20000 20000 10000\n");
+  ASSERT_EQ(errors.size(), 6U);
+  EXPECT_NEAR(errors[0], 40.0, 1e-4);
+  EXPECT_NEAR(errors[4], 80.0, 1e-4);
+  EXPECT_EQ(errors[1], no_data);
+  EXPECT_EQ(errors[5], no_data);
+  EXPECT_NEAR(errors_of(blocks + ">ZXY.VAR //3\n20000 20000 20000\n").at(1), 5.729578, 1e-4)
+      << "another variance, which counts";
+}
+
 TEST(Edi_errors, Are_absent_where_nothing_is_known) {
   EXPECT_TRUE(errors_of(curves).empty());
   EXPECT_TRUE(errors_of(impedance + ">ZXY.VAR //3\n2 2 2\n").empty()) << "there is no curve";

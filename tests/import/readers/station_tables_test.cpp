@@ -152,7 +152,8 @@ TEST_F(StationTables, Tensors_and_tippers_of_averages) {
   EXPECT_NEAR(xy.error(1, 0), 57.080 * 0.633, 1e-3);
   EXPECT_EQ(xy.counts_at(1, 0), 1);
   EXPECT_EQ(xy.counts_at(1, 1), 0);  // skipped
-  EXPECT_EQ(xy.error(2, 5), xy.error(2, 5));
+  EXPECT_NEAR(xy.error(2, 5), 30.3 * 0.18 / std::numbers::pi, 1e-4);
+  EXPECT_TRUE(told(1, "of UTM zone '12', are taken as they stand"));
   const auto site = Module_database::find_site("200E", 24.0).value();
   EXPECT_NEAR(site.latitude.value(), 32.83331167, 1e-9);
   EXPECT_NEAR(site.longitude.value(), -107.08305667, 1e-9);
@@ -316,6 +317,14 @@ TEST_F(StationTables, Plans_know_what_tables_hold) {
   EXPECT_EQ(raw(5.0, "ExHy").curve.count(), 1U);
 }
 
+TEST_F(StationTables, A_line_without_a_letter_is_planned_as_it_is_stored) {
+  choices.line_direction = LineDirection::local_north;
+  const std::string file = folder.write("a.csv", table({rows_of("200", 1.0, "ExHy")}));
+  EXPECT_EQ(plan_for({file}, choices).sections.at(0).line, "200N");
+  ASSERT_EQ(import({file}), 0);
+  EXPECT_EQ(readings("FileID > 0 AND LineNumber = '200N'").size(), 1U);
+}
+
 TEST_F(StationTables, What_cannot_be_read_leaves_the_earlier_readings) {
   const std::string file = folder.write("a.csv", table({rows_of("1E", 1.0, "ExHy")}));
   ASSERT_EQ(import({file}), 0);
@@ -332,6 +341,18 @@ TEST_F(StationTables, What_cannot_be_read_leaves_the_earlier_readings) {
   ASSERT_EQ(import({folder.write("b.csv", table({bad, rows_of("2E", 1.0, "ExHy")}))}), 0);
   EXPECT_TRUE(told(0, "has an apostrophe"));
   EXPECT_EQ(report.files[0].readings, 1);
+}
+
+// Else the stations between would be on the way to the map's origin.
+TEST_F(StationTables, Stn_lines_without_a_place_are_left_out) {
+  (void)folder.write("a.stn", "100 1000 2000 0\n150 x 2000 50\n200 1100 2000 100\n");
+  ASSERT_EQ(import({folder.write("a.avg",
+                                 "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy 10 500\n"
+                                 " 2 150 1 ExHy 10 500\n")}),
+            0);
+  EXPECT_EQ(place_of("200E", 150.0).MapX, 1050.0);
+  EXPECT_EQ(place_of("200E", 150.0).Elevation, 50.0) << "0 is a height among others";
+  EXPECT_TRUE(told(0, "is not a number, the station is left out"));
 }
 
 TEST_F(StationTables, Stn_files_of_all_kinds) {

@@ -5,11 +5,13 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/absent_value.h"
 #include "database/frequency_store.h"
 #include "database/reading_facts.h"
+#include "database/stations.h"
 #include "tests/import/proposals/planned_import.h"
 
 using namespace Module_data_file;
@@ -166,6 +168,28 @@ TEST_F(TipperImport, A_section_of_a_tipper_alone_has_no_tensor) {
   EXPECT_EQ(stations(), planned_stations(plan));
   for (const std::int32_t reduction : {0, 1, 2}) {
     EXPECT_EQ(data_types(reduction), (std::vector<std::string>{"HzHx", "HzHy"}));
+  }
+}
+
+TEST_F(TipperImport, Axes_are_those_of_the_first_sensors_or_of_the_rotation_in_own_files) {
+  const std::string turned =
+      made_edi({MadeSection{.blocks = tensor + x_part + y_part + ">ZROT //3\n30 30 30\n"}});
+  std::string alone = made_edi({MadeSection{.blocks = x_part + y_part}});
+  for (const char* const electric :
+       {">EMEAS ID=3.001 CHTYPE=EX X=0 Y=0 X2=50 Y2=0\n", ">EMEAS ID=4.001 CHTYPE=EY X=0 Y=0 X2=0 Y2=50\n",
+        "  EX=3.001\n", "  EY=4.001\n"}) {
+    alone = replaced(alone, electric, "");
+  }
+  const std::pair<std::string, float> files[] = {
+      {turned, 12.5F},
+      {replaced(turned, "  UNITS", "  FILEBY=\"Brenlox 1.0\"\n  UNITS"), 30.0F},
+      {alone, 12.5F}};
+  std::string name = "a";
+  for (const auto& [text, azimuth] : files) {
+    name += 'a';
+    ASSERT_EQ(import({folder.write(name + ".edi", text)}), 0);
+    const double file = Module_database::get_max_value("FileID", "ReadingsDataTable");
+    EXPECT_EQ(stored("HzHx", 0, " AND FileID = " + std::to_string(file)).axes.HxAzimuth, azimuth);
   }
 }
 

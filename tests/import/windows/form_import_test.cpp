@@ -146,6 +146,10 @@ class FormImportTest : public QObject, private ImportWindowFixture {
     QCOMPARE(listed(), 0);
 
     auto* const extension = control<QLineEdit>("Text_file_extension");
+    extension->clear();
+    click("Command_add_all");
+    QCOMPARE(listed(), 4);  // field files, whatever their names end in; the notes are none
+    click("Command_clear_list");
     extension->selectAll();
     QTest::keyClicks(extension, "txt");
     QCOMPARE(shown->count(), 1);
