@@ -35,9 +35,7 @@ std::string kind_text(const LineChoice& kind) {
 
 std::string listed(const std::vector<LineChoice>& kinds) {
   std::vector<std::string> texts;
-  for (const LineChoice& kind : kinds) {
-    texts.push_back(kind_text(kind));
-  }
+  std::ranges::transform(kinds, std::back_inserter(texts), kind_text);
   return listed(texts);
 }
 
@@ -68,7 +66,7 @@ std::optional<LineChoice> chosen_kind(const LineOptions& options, const std::str
 
 /// The lines that the options name; none after a message.
 std::vector<std::string> chosen_lines(const LineOptions& options) {
-  const std::vector<std::string> lines = Module_database::listed_lines();
+  std::vector<std::string> lines = Module_database::listed_lines();
   const std::string named = Module_database::spelled_line(options.line);
   if (lines.empty()) {
     user_interface().show_message("The survey has no lines");

@@ -76,7 +76,8 @@ std::string csv_heading(const std::vector<TensorQuantity>& quantities) {
   std::string heading = "line,station,site,frequency (Hz)";
   for (const TensorQuantity& quantity : quantities) {
     const std::string unit = quantity.unit.empty() ? std::string() : " (" + quantity.unit + ")";
-    heading += "," + quantity.name + unit + "," + quantity.name + " error" + unit;
+    heading.append(",").append(quantity.name).append(unit);
+    heading.append(",").append(quantity.name).append(" error").append(unit);
   }
   return heading + '\n';
 }

@@ -98,7 +98,8 @@ std::string names_of(const std::vector<TensorQuantity>& quantities) {
   std::string names;
   for (const TensorQuantity& quantity : quantities) {
     const std::string unit = unit_ending(quantity.unit);
-    names += (names.empty() ? "" : ",") + quantity.name + unit + "," + quantity.name + "_error" + unit;
+    names.append(names.empty() ? "" : ",").append(quantity.name).append(unit);
+    names.append(",").append(quantity.name).append("_error").append(unit);
   }
   return names;
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <exception>
+#include <iterator>
 #include <vector>
 
 #include "core/number_text.h"
@@ -89,9 +90,7 @@ std::vector<MapStation> on_the_map(const std::vector<ListedStation>& stations) {
 std::string shift_to_wgs_84(std::vector<MapStation>& stations) {
   const std::int32_t number = datum_of(Module_projections::current_coord_system().values());
   std::vector<GeographicPlace> places;
-  for (const MapStation& station : stations) {
-    places.push_back(station.place);
-  }
+  std::ranges::transform(stations, std::back_inserter(places), &MapStation::place);
   const auto shifted = shifted_to_wgs_84(number, places);
   if (!shifted) {
     const auto datum = find_datum(number);
