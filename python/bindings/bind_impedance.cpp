@@ -1,5 +1,6 @@
 // Tensors: rotation, the phase tensor, strikes and effective impedances, each over arrays of frequencies.
 #include <array>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -49,20 +50,16 @@ class TensorArrays {
 /// Values and errors of named quantities, an array of shape (n,) each.
 class Columns {
  public:
-  explicit Columns(std::size_t count) : count_(count) {}
-
-  void put(const char* name, std::size_t index, const Estimate& estimate) {
-    put(name, index, estimate.value);
-    put(std::string(name) + "_error", index, estimate.error);
-  }
-  void put(const std::string& name, std::size_t index, double value) {
-    for (auto& [known, numbers] : columns_) {
-      if (known == name) {
-        numbers[index] = value;
-        return;
-      }
+  /// @param names  of the quantities, in the order of the columns
+  Columns(std::size_t count, const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+      columns_[name].assign(count, not_known);
+      columns_[name + "_error"].assign(count, not_known);
     }
-    columns_.emplace_back(name, std::vector<double>(count_, not_known)).second[index] = value;
+  }
+  void put(const std::string& name, std::size_t index, const Estimate& estimate) {
+    columns_.at(name)[index] = estimate.value;
+    columns_.at(name + "_error")[index] = estimate.error;
   }
   [[nodiscard]] py::dict take() {
     py::dict arrays;
@@ -73,8 +70,7 @@ class Columns {
   }
 
  private:
-  std::size_t count_;
-  std::vector<std::pair<std::string, std::vector<double>>> columns_;
+  std::map<std::string, std::vector<double>> columns_;
 };
 
 py::tuple rotated_tensors(const ComplexNumbers& z, const Numbers& covariance, double degrees) {
@@ -111,7 +107,11 @@ py::dict phase_tensors(const ComplexNumbers& z, const Numbers& covariance) {
        {"ellipticity", &PhaseTensor::ellipticity},
        {"determinant", &PhaseTensor::determinant},
        {"geometric_phase", &PhaseTensor::geometric_phase}}};
-  Columns columns(tensors.count());
+  std::vector<std::string> names;
+  for (const auto& quantity : quantities) {
+    names.emplace_back(quantity.first);
+  }
+  Columns columns(tensors.count(), names);
   for (std::size_t index = 0; index < tensors.count(); ++index) {
     const PhaseTensor of_point = phase_tensor(tensors.at(index)).value_or(PhaseTensor{});
     for (const auto& [name, member] : quantities) {
@@ -124,17 +124,23 @@ py::dict phase_tensors(const ComplexNumbers& z, const Numbers& covariance) {
 py::dict tensor_quantities(const Numbers& frequency, const ComplexNumbers& z, const Numbers& covariance) {
   const TensorArrays tensors(z, covariance);
   check_shape("frequency", frequency, {z.shape(0)});
-  Columns columns(tensors.count());
+  constexpr std::array<const char*, element_count> elements{"xx", "xy", "yx", "yy"};
+  std::vector<std::string> names{"swift_strike", "swift_skew", "bahr_skew"};
+  for (const char* const earth : {"xx", "xy", "yx", "yy", "determinant", "mean", "sum_of_squares"}) {
+    names.push_back(std::string("resistivity_") + earth);
+    names.push_back(std::string("phase_") + earth);
+  }
+  Columns columns(tensors.count(), names);
   const auto put_earth = [&columns](const std::string& name, std::size_t index, const ApparentEarth& earth) {
-    columns.put(("resistivity_" + name).c_str(), index, earth.resistivity);
-    columns.put(("phase_" + name).c_str(), index, earth.phase);
+    columns.put("resistivity_" + name, index, earth.resistivity);
+    columns.put("phase_" + name, index, earth.phase);
   };
-  constexpr std::array<const char*, element_count> names{"xx", "xy", "yx", "yy"};
   for (std::size_t index = 0; index < tensors.count(); ++index) {
     const Tensor tensor = tensors.at(index);
     const double hertz = frequency.data()[index];
     for (std::size_t element = 0; element < element_count; ++element) {
-      put_earth(names[element], index, apparent_earth(tensor.z[element], tensor.covariance[element], hertz));
+      put_earth(elements[element], index,
+                apparent_earth(tensor.z[element], tensor.covariance[element], hertz));
     }
     put_earth("determinant", index, determinant_earth(tensor, hertz));
     put_earth("mean", index, mean_earth(tensor, hertz));
