@@ -1,9 +1,7 @@
 #include "batch/line_options.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
-#include <set>
 #include <utility>
 
 #include "batch/command.h"
@@ -11,32 +9,14 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/user_interface.h"
-#include "database/survey_database.h"
 #include "database/survey_lists.h"
 
 namespace Batch {
 
 namespace {
 
+using Module_tensor::kinds_of_line;
 using Module_tensor::LineChoice;
-
-/// The reference types and dipoles of a line's readings that a transfer function can be made from.
-std::vector<LineChoice> kinds_of_line(const std::string& line) {
-  std::set<std::pair<std::int32_t, float>> found;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT ReferenceType,DipoleLength,DataType FROM ReadingsDataTable WHERE LineNumber = '" +
-      line + "'");
-  for (; !rows.eof(); rows.move_next()) {
-    if (Module_tensor::curve_type_index(rows.get_text("DataType"))) {
-      found.emplace(rows.get_long("ReferenceType"), rows.get_single("DipoleLength"));
-    }
-  }
-  std::vector<LineChoice> kinds;
-  for (const auto& [reference_type, dipole] : found) {
-    kinds.push_back({line, reference_type, dipole});
-  }
-  return kinds;
-}
 
 /// "0 and 1", "50, 100 and 200"
 std::string listed(const std::vector<std::string>& texts) {

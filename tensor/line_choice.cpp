@@ -1,8 +1,11 @@
 #include "tensor/line_choice.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "core/number_text.h"
+#include "database/survey_database.h"
 
 namespace Module_tensor {
 
@@ -20,6 +23,23 @@ Module_database::ReadingKey LineChoice::key(CurveType type, double station) cons
 std::string LineChoice::criteria() const {
   return "LineNumber = '" + line + "' AND ReferenceType = " + format_number(reference_type, "0") +
          " AND DipoleLength = " + criterion_text(dipole);
+}
+
+std::vector<LineChoice> kinds_of_line(const std::string& line) {
+  std::set<std::pair<std::int32_t, float>> found;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT ReferenceType,DipoleLength,DataType FROM ReadingsDataTable WHERE LineNumber = '" +
+      line + "'");
+  for (; !rows.eof(); rows.move_next()) {
+    if (curve_type_index(rows.get_text("DataType"))) {
+      found.emplace(rows.get_long("ReferenceType"), rows.get_single("DipoleLength"));
+    }
+  }
+  std::vector<LineChoice> kinds;
+  for (const auto& [reference_type, dipole] : found) {
+    kinds.push_back({line, reference_type, dipole});
+  }
+  return kinds;
 }
 
 }  // namespace Module_tensor

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "database/reading.h"
 
@@ -29,5 +30,9 @@ struct LineChoice {
   /// Which rows of ReadingsDataTable these are.
   [[nodiscard]] std::string criteria() const;
 };
+
+/// The kinds of recording that a line has readings of that a transfer function can be made from, by reference
+/// type and dipole. Needs an open survey; throws dao::Error.
+std::vector<LineChoice> kinds_of_line(const std::string& line);
 
 }  // namespace Module_tensor
