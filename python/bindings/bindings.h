@@ -7,5 +7,6 @@ namespace Python {
 void bind_rhoplus(pybind11::module_& module);
 void bind_impedance(pybind11::module_& module);
 void bind_section(pybind11::module_& module);
+void bind_survey(pybind11::module_& module);
 
 }  // namespace Python

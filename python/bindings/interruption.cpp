@@ -13,7 +13,8 @@ constexpr std::chrono::milliseconds between_looks{50};
 }  // namespace
 
 Interruption::Interruption(py::object progress)
-    : progress_(std::move(progress)), next_look_(std::chrono::steady_clock::now() + between_looks) {}
+    : progress_(progress.is_none() ? py::object() : std::move(progress)),
+      next_look_(std::chrono::steady_clock::now() + between_looks) {}
 
 bool Interruption::asked(double share_done) {
   const auto now = std::chrono::steady_clock::now();
@@ -31,7 +32,7 @@ bool Interruption::look(double share_done) {
     if (PyErr_CheckSignals() != 0) {
       throw py::error_already_set();
     }
-    return !progress_.is_none() && progress_(share_done).is(py::bool_(false));
+    return progress_ && progress_(share_done).is(py::bool_(false));
   } catch (const py::error_already_set&) {
     raised_ = std::current_exception();
     return true;

@@ -23,7 +23,7 @@ class Interruption {
  private:
   bool look(double share_done);
 
-  pybind11::object progress_;
+  pybind11::object progress_;  // null without one: an interface may outlive the interpreter
   std::chrono::steady_clock::time_point next_look_;
   std::exception_ptr raised_;
   bool ended_ = false;

@@ -5,4 +5,5 @@ PYBIND11_MODULE(_brenlox, module) {
   Python::bind_rhoplus(module);
   Python::bind_impedance(module);
   Python::bind_section(module);
+  Python::bind_survey(module);
 }
