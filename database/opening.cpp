@@ -251,12 +251,12 @@ void tell_findings(const Compaction& compaction, const std::vector<std::string>&
   }
 }
 
-int open_survey_file() {
+int open_survey_file(OpenFor purpose) {
   session().database_file = settled_path(session().database_file).string();
   const std::string& path = session().database_file;
   const fs::path survey = real_path(path);
   const bool in_place =
-      safe_files::may_be_written(survey) && safe_files::may_be_written(survey.parent_path());
+      purpose == OpenFor::editing && safe_files::may_be_written(survey) && safe_files::may_be_written(survey.parent_path());
   std::optional<FileLock> opening;
   if (in_place) {
     opening.emplace(opening_lock_place(survey));
@@ -281,12 +281,12 @@ int open_survey_file() {
 
 }  // namespace
 
-int open_database() {
+int open_database(OpenFor purpose) {
   Module_debug::write_debug(1, "open_database " + session().database_file);
   const BusyPointer busy;
-  const int status = trap_errors("An error occurred while opening the database: ", [] {
+  const int status = trap_errors("An error occurred while opening the database: ", [purpose] {
     try {
-      return open_survey_file();
+      return open_survey_file(purpose);
     } catch (const dao::LockedError& locked) {
       throw dao::Error(locked.what() + std::string(". The survey is open in another window or program."));
     }

@@ -49,6 +49,8 @@ struct OpenSurvey {
 /// The open survey; its members are closed when none is open.
 OpenSurvey& open_survey();
 
+enum class OpenFor : std::uint8_t { editing, reading };
+
 /// Creates a survey file with its ten empty tables at session().database_file and closes it again.
 /// @return 0, or -1: after a message if the file exists and a statement failed, without one if it could not
 /// be created
@@ -59,10 +61,10 @@ OpenSurvey& open_survey();
 /// is converted on the way and kept for good beside it; the user is told where. Triggers and views are taken
 /// out, and the user is told which. A survey that another process has open, or is opening, is refused.
 ///
-/// Where the file or its folder can't be written, all this is done to a private copy, and the survey is
-/// read-only; nothing is left beside it.
+/// Where the file or its folder can't be written, or for reading, all this is done to a private copy, and the
+/// survey is read-only; nothing is left beside it.
 /// @return 0, or -1 after a message; then nothing is open and the survey is at its path as before
-[[nodiscard]] int open_database();
+[[nodiscard]] int open_database(OpenFor purpose = OpenFor::editing);
 
 /// Closes recordsets and file, if open, and clears session().database_open.
 /// @return 0, or -1 after a message

@@ -192,10 +192,10 @@ RhoplusInversion invert(std::span<const RhoplusDatum> data, bool conducting, std
     return result;
   }
   const FitProblem problem = fit_problem(used, conducting);
-  *problem.limit = WorkLimit(limits.search);
+  *problem.limit = WorkLimit(limits.search, limits.stop);
   result.fit = find_best_fit(problem);
   result.limit_met = problem.limit->is_met();
-  *problem.limit = WorkLimit(limits.sheets);
+  *problem.limit = WorkLimit(limits.sheets, limits.stop);
   if (!problem.has_resistivity()) {
     result.level_is_arbitrary = true;
     choose_level(data, problem, result.fit.model);

@@ -128,7 +128,7 @@ std::vector<made::RhoplusDatum> insatiable(int count) {
 }
 
 TEST(Rhoplus_table, A_limit_of_iterations_ends_the_search_and_says_so) {
-  constexpr numerics::rhoplus::InversionLimits small{.search = 2e7, .sheets = 5e6};
+  const numerics::rhoplus::InversionLimits small{.search = 2e7, .sheets = 5e6};
   const std::vector<made::RhoplusDatum> data = insatiable(60);
   const RhoplusInversion inversion =
       numerics::rhoplus::invert(data, false, numerics::rhoplus::max_rhoplus_layers, small);

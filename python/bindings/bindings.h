@@ -1,0 +1,12 @@
+// bindings.h: the parts of the extension module.
+#pragma once
+#include <pybind11/pybind11.h>
+
+namespace Python {
+
+void bind_rhoplus(pybind11::module_& module);
+void bind_impedance(pybind11::module_& module);
+void bind_section(pybind11::module_& module);
+void bind_survey(pybind11::module_& module);
+
+}  // namespace Python

@@ -1,0 +1,9 @@
+#include "python/bindings/bindings.h"
+
+PYBIND11_MODULE(_brenlox, module) {
+  module.doc() = "Compiled part of brenlox; use the package.";
+  Python::bind_rhoplus(module);
+  Python::bind_impedance(module);
+  Python::bind_section(module);
+  Python::bind_survey(module);
+}

@@ -1,0 +1,160 @@
+#include "python/bindings/survey_readings.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+
+#include "core/number_text.h"
+#include "core/text_fields.h"
+#include "database/frequency_store.h"
+#include "database/reading_facts.h"
+#include "database/stations.h"
+#include "database/survey_database.h"
+#include "database/survey_lists.h"
+#include "reduction/computed_rows.h"
+
+namespace Python {
+
+using namespace Module_database;
+using Module_tensor::LineChoice;
+
+namespace {
+
+template <class Items, class Text>
+std::string listed(const Items& items, const Text& text_of_item) {
+  std::string list;
+  for (const auto& item : items) {
+    list += (list.empty() ? "" : ", ") + text_of_item(item);
+  }
+  return list;
+}
+
+std::string find_line(const std::string& given) {
+  const std::vector<std::string> lines = listed_lines();
+  std::string line = spelled_line(given);
+  if (std::ranges::find(lines, line) == lines.end()) {
+    throw std::invalid_argument("line: the survey has no line '" + given + "'; it has " +
+                                listed(lines, [](const std::string& each) { return each; }));
+  }
+  return line;
+}
+
+std::string kind_text(const LineChoice& kind) {
+  return "reference_type=" + plain_text(kind.reference_type) + " with dipole=" + plain_text(kind.dipole);
+}
+
+bool same_number(double asked, float stored) {
+  return static_cast<float>(asked) == stored || asked == decimal_of_single(stored);
+}
+
+std::string criteria_of(const LineChoice& kind, double station, const std::string& data_type) {
+  return kind.criteria() + " AND Station = " + criterion_text(station) + " AND DataType = '" + data_type +
+         "'";
+}
+
+void check_data_type(const std::string& data_type) {
+  if (!Module_tensor::curve_type_index(data_type) && data_type != "QP") {
+    throw std::invalid_argument("data_type: '" + data_type +
+                                "' is none of ExHx, ExHy, EyHx, EyHy, HzHx, HzHy, QP");
+  }
+}
+
+/// The scan rate of an average: the only one, or the one asked for.
+float find_rate(const CurveQuery& query, const std::string& criteria) {
+  std::vector<float> rates;
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT DISTINCT SampleRate FROM ReadingsDataTable WHERE ReductionType<2 AND " + criteria);
+  for (; !rows.eof(); rows.move_next()) {
+    const float rate = rows.get_single("SampleRate");
+    if (!query.scan_rate || same_number(*query.scan_rate, rate)) {
+      rates.push_back(rate);
+    }
+  }
+  if (rates.size() == 1) {
+    return rates.front();
+  }
+  throw std::invalid_argument(
+      rates.empty() ? "scan_rate: there are no readings" +
+                          (query.scan_rate ? " of " + plain_text(*query.scan_rate) + " Hz" : std::string())
+                    : "scan_rate: there are several, choose one of " +
+                          listed(rates, [](float rate) { return plain_text(rate); }) + " Hz");
+}
+
+}  // namespace
+
+LineChoice find_kind(const CurveQuery& query) {
+  const std::string line = find_line(query.line);
+  const std::vector<LineChoice> kinds = Module_tensor::kinds_of_line(line);
+  std::vector<LineChoice> asked;
+  std::ranges::copy_if(kinds, std::back_inserter(asked), [&](const LineChoice& kind) {
+    return (!query.reference_type || *query.reference_type == kind.reference_type) &&
+           (!query.dipole || same_number(*query.dipole, kind.dipole));
+  });
+  if (asked.size() == 1) {
+    return asked.front();
+  }
+  const std::string has = "line " + line + " has " + listed(kinds, kind_text);
+  throw std::invalid_argument(kinds.empty()   ? "line " + line + " has no readings of a tensor element"
+                              : asked.empty() ? has + ", not what reference_type and dipole ask for"
+                                              : has + "; choose with reference_type and dipole");
+}
+
+double find_station(const std::string& line, const std::string& station) {
+  for (const ListedStation& each : listed_stations()) {
+    if (each.line != line) {
+      continue;
+    }
+    const bool is_number = is_numeric(station) && numeric_value(station) == each.station;
+    if (is_number || (!each.name.empty() && equal_ignoring_case(each.name, station))) {
+      return each.station;
+    }
+  }
+  throw std::invalid_argument("station: line " + line + " has no station " + station + "");
+}
+
+std::unique_ptr<TakenReading> find_curve(const CurveQuery& query, std::int32_t reduction) {
+  check_data_type(query.data_type);
+  const LineChoice kind = find_kind(query);
+  const double station = find_station(kind.line, query.station);
+  auto taken = std::make_unique<TakenReading>();
+  taken->reduction = reduction;
+  taken->key = {kind.line, station, kind.reference_type, 0.0F, query.data_type, kind.dipole};
+  if (reduction == reduction_averaged) {
+    taken->key.scan_rate = find_rate(query, criteria_of(kind, station, query.data_type));
+  }
+  const StationRows place = Module_database::find_station(StationSearch::look_up, kind.line, station);
+  taken->reading =
+      Module_averaged_data::find_or_compute(place, reduction, Module_averaged_data::AllowRaw::yes, taken->key,
+                                            read_frequency_list(kind.reference_type));
+  if (taken->reading.ID == 0) {
+    throw std::invalid_argument("data_type: station " + plain_text(station) + " of line " + kind.line +
+                                " has no " + query.data_type);
+  }
+  return taken;
+}
+
+std::vector<std::unique_ptr<TakenReading>> find_repeats(const CurveQuery& query) {
+  check_data_type(query.data_type);
+  const LineChoice kind = find_kind(query);
+  const double station = find_station(kind.line, query.station);
+  const std::string criteria =
+      "FileID>0 AND ReductionType = 0 AND " + criteria_of(kind, station, query.data_type);
+  const ReadingFacts facts(criteria);
+  std::vector<std::unique_ptr<TakenReading>> repeats;
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY SampleRate,EventNumber,ID");
+  for (; !rows.eof(); rows.move_next()) {
+    const float rate = rows.get_single("SampleRate");
+    if (!query.scan_rate || same_number(*query.scan_rate, rate)) {
+      auto taken = std::make_unique<TakenReading>();
+      taken->reduction = reduction_raw;
+      taken->key = {kind.line, station, kind.reference_type, rate, query.data_type, kind.dipole};
+      taken->reading = read_reading(rows);
+      facts.add_to(taken->reading);
+      repeats.push_back(std::move(taken));
+    }
+  }
+  return repeats;
+}
+
+}  // namespace Python

@@ -1,0 +1,38 @@
+// survey_readings.h: readings of the open survey, as a script asks for them.
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "python/bindings/curve_arrays.h"
+#include "tensor/line_choice.h"
+
+namespace Python {
+
+/// What a caller says of a curve; what is left out is found where there is one only.
+struct CurveQuery {
+  std::string line;
+  std::string station;  // number or name of the site
+  std::string data_type;
+  std::optional<std::int32_t> reference_type;
+  std::optional<double> dipole;     // m
+  std::optional<double> scan_rate;  // Hz
+};
+
+/// The kind of recording that is asked for. Throws std::invalid_argument, with what the line has, unless
+/// there is exactly one.
+Module_tensor::LineChoice find_kind(const CurveQuery& query);
+
+/// The number of a station of a line, given by it or by the name of its site. Throws std::invalid_argument.
+double find_station(const std::string& line, const std::string& station);
+
+/// The average (reduction 1) or merged curve (2), computed if it is missing. Throws std::invalid_argument for
+/// what the survey doesn't have, dao::Error.
+std::unique_ptr<TakenReading> find_curve(const CurveQuery& query, std::int32_t reduction);
+
+/// The raw readings, by scan rate and event.
+std::vector<std::unique_ptr<TakenReading>> find_repeats(const CurveQuery& query);
+
+}  // namespace Python

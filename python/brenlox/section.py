@@ -1,0 +1,149 @@
+"""Response of a two-dimensional section of the ground, and its sensitivities."""
+
+from __future__ import annotations
+
+from dataclasses import dataclass
+from typing import Callable, NamedTuple
+
+import numpy as np
+
+from . import _brenlox
+
+AIR = 0
+"""Code of the triangles that are air."""
+
+
+@dataclass(frozen=True)
+class Section:
+    """A section on a mesh of rectangles, each cut into four triangles that meet in its middle.
+
+    Parameters
+    ----------
+    left_edge : float
+        y of the left-most node column, m.
+    column_widths, row_heights : ndarray, shape (columns,), (rows,)
+        m; rows from the top.
+    resistivity : ndarray, shape (rows, columns) or (rows, columns, 4)
+        ohm-m, of the triangles top, left, bottom, right of each rectangle.
+    codes : ndarray of int, the same shape, optional
+        What a triangle is made of: `AIR`, or a number above 0 for each body. By default each different
+        resistivity is a body.
+    """
+
+    left_edge: float
+    column_widths: np.ndarray
+    row_heights: np.ndarray
+    resistivity: np.ndarray
+    codes: np.ndarray | None = None
+
+    def __post_init__(self):
+        for name in ("column_widths", "row_heights"):
+            object.__setattr__(self, name, np.asarray(getattr(self, name), dtype=float))
+        resistivity = self._by_triangles("resistivity", self.resistivity, float)
+        object.__setattr__(self, "resistivity", resistivity)
+        codes = self.codes
+        if codes is None:
+            codes = np.unique(resistivity, return_inverse=True)[1].reshape(resistivity.shape) + 1
+        object.__setattr__(self, "codes", self._by_triangles("codes", codes, np.int32))
+
+    def _by_triangles(self, name, values, kind):
+        values = np.asarray(values, dtype=kind)
+        cells = (len(self.row_heights), len(self.column_widths))
+        if values.shape == cells:
+            values = np.repeat(values[:, :, np.newaxis], 4, axis=2)
+        if values.shape != cells + (4,):
+            raise ValueError(f"{name}: expected shape {cells} or {cells + (4,)}, received {values.shape}")
+        return np.ascontiguousarray(values)
+
+    def _compiled(self):
+        return _brenlox.Section(
+            self.left_edge, self.column_widths, self.row_heights, self.resistivity, self.codes)
+
+
+class ModeResponse(NamedTuple):
+    """One mode: arrays of shape (sites, frequencies), or of a Jacobian (sites, frequencies, parameters)."""
+
+    log10_resistivity: np.ndarray
+    phase: np.ndarray
+
+
+class Response(NamedTuple):
+    """Both modes: TE, the electric field along strike, and TM, across."""
+
+    te: ModeResponse
+    tm: ModeResponse
+
+
+def _response_of(arrays) -> Response | None:
+    if not arrays:
+        return None
+    return Response(
+        ModeResponse(arrays["te_log10_resistivity"], arrays["te_phase"]),
+        ModeResponse(arrays["tm_log10_resistivity"], arrays["tm_phase"]))
+
+
+def response(
+    section: Section,
+    sites,
+    frequencies,
+    *,
+    sensitivities: bool = False,
+    parameters=None,
+    threads: int = 0,
+    progress: Callable[[float], object] | None = None,
+):
+    """The magnetotelluric response at sites on the ground, by finite elements.
+
+    Parameters
+    ----------
+    section : Section
+    sites : array_like, shape (s,)
+        y along the line, m; each is taken to the nearest node column.
+    frequencies : array_like, shape (f,)
+        Hz.
+    sensitivities : bool
+        Give the Jacobian as well.
+    parameters : ndarray of int, shape (rows, columns, 4), optional
+        Which parameter the log10 resistivity of a triangle is, from 0; -1 for none. By default each rectangle
+        of ground is one, counted along the rows from the top.
+    threads : int
+        0: as many as there are cores. The result doesn't depend on it.
+    progress : callable, optional
+        Called with the share done; the work stops where it returns False.
+
+    Returns
+    -------
+    Response
+        log10 of apparent resistivity (ohm-m) and phase (degrees, 45 over a uniform ground), each of shape
+        (s, f). None if `progress` has stopped the work.
+    Response
+        Only with `sensitivities`: the change of these for a decade of each parameter, shape (s, f, p).
+
+    Raises
+    ------
+    ValueError
+        For a section or a site that has no response, with the place.
+
+    Notes
+    -----
+    de Groot-Hedlin & Constable (1990), Geophysics 55, 1613-1624; the Jacobian by reciprocity, de Lugao &
+    Wannamaker (1996), Geophys. J. Int. 127, 806-810, with the layered host held fixed.
+    """
+    compiled = section._compiled()
+    computed = _response_of(_brenlox.section_response(compiled, sites, frequencies, threads, progress))
+    if not sensitivities:
+        return computed
+    if computed is None:
+        return None, None
+    if parameters is None:
+        parameters = _one_for_each_rectangle(section)
+    parameters = np.asarray(parameters, dtype=np.int32)
+    count = int(parameters.max(initial=-1)) + 1
+    return computed, _response_of(
+        _brenlox.section_jacobian(compiled, sites, frequencies, parameters, count, threads, progress))
+
+
+def _one_for_each_rectangle(section: Section) -> np.ndarray:
+    is_ground = section.codes != AIR
+    numbers = np.cumsum(is_ground.any(axis=2)).reshape(is_ground.shape[:2]) - 1
+    return np.where(is_ground, numbers[:, :, np.newaxis], -1)

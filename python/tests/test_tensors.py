@@ -1,0 +1,59 @@
+import brenlox
+import numpy as np
+import pytest
+
+
+@pytest.fixture
+def tensor():
+    """Two-dimensional ground of strike 30 degrees, in axes to the north."""
+    frequency = np.array([100.0, 10.0, 1.0])
+    z = np.zeros((3, 2, 2), complex)
+    z[:, 0, 1] = [20 + 20j, 8 + 10j, 2 + 4j]
+    z[:, 1, 0] = [-10 - 10j, -9 - 6j, -4 - 2j]
+    return brenlox.Tensor.from_errors(frequency, z, np.full(z.shape, 0.05), axes=30.0).rotate(-30.0)
+
+
+def test_rotation_comes_back_with_errors(tensor):
+    assert tensor.axes == 0.0
+    there = tensor.rotate(47.0)
+    assert there.axes == 47.0
+    np.testing.assert_allclose(there.rotate(-47.0).z, tensor.z, atol=1e-12)
+    np.testing.assert_allclose(tensor.rotate(180.0).z, tensor.z, atol=1e-12)
+    along = tensor.rotate(30.0)
+    np.testing.assert_allclose(along.z[:, 0, 0], 0.0, atol=1e-12)
+    assert along.covariance.shape == (3, 2, 2, 3)
+
+
+def test_phase_tensor_knows_strike_and_principal_phases(tensor):
+    phases = tensor.phase_tensor()
+    np.testing.assert_allclose(phases.skew, 0.0, atol=1e-9)
+    np.testing.assert_allclose(phases.phase_max[1:], np.degrees(np.arctan([10 / 8, 2.0])), atol=1e-9)
+    np.testing.assert_allclose(phases.phase_min[1:], np.degrees(np.arctan([6 / 9, 0.5])), atol=1e-9)
+    assert np.all(phases.beta_error > 0)
+    strike = (phases.azimuth[1:] - 30.0) % 90.0
+    np.testing.assert_allclose(np.minimum(strike, 90.0 - strike), 0.0, atol=1e-9)
+    assert set(phases.to_dict()) >= {"frequency", "beta", "beta_error"}
+
+
+def test_quantities_of_elements(tensor):
+    along = tensor.rotate(30.0).quantities()
+    np.testing.assert_allclose(along["resistivity_xy"], 0.2 * np.array([800, 164, 20]) / tensor.frequency)
+    np.testing.assert_allclose(along["phase_yx"][0], -135.0)
+    np.testing.assert_allclose(along["bahr_skew"], 0.0, atol=1e-6)
+
+
+def test_tipper_turns_as_a_vector():
+    tipper = brenlox.Tipper([1.0], [[0.3 + 0.1j, 0.0]])
+    turned = tipper.rotate(90.0)
+    np.testing.assert_allclose(turned.t, [[0.0, -0.3 - 0.1j]], atol=1e-15)
+    assert turned.axes == 90.0 and np.isnan(turned.covariance).all()
+
+
+def test_refuses_other_shapes():
+    with pytest.raises(ValueError, match=r"z: expected shape \(n, 2, 2\), received \(3, 4\)"):
+        brenlox.Tensor([1.0, 2.0, 3.0], np.zeros((3, 4)))
+    with pytest.raises(ValueError, match=r"frequency: expected shape \(3,\)"):
+        brenlox.Tensor([1.0], np.zeros((3, 2, 2)))
+    with pytest.raises(ValueError, match="covariance"):
+        brenlox.Tensor([1.0], np.zeros((1, 2, 2)), np.zeros((1, 2, 2)))
+    assert len(brenlox.Tensor([], np.zeros((0, 2, 2))).phase_tensor().beta) == 0
