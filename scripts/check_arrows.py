@@ -68,6 +68,7 @@ ARROWS = {
     "rhoplus/windows": f"rhoplus display/windows {WIDGETS}",
     "occam": f"output projections {PLOTS}",
     "occam/windows": f"occam {WIDGETS}",
+    "python/bindings": "exchange import rhoplus tensor occam survey_edits platform/system",
     "samples": "core numerics/impedance numerics/section",
     "batch": "exchange import rhoplus tensor occam survey_edits platform/console platform/system",
     "batch/offscreen_application": "",

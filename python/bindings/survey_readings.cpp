@@ -109,7 +109,8 @@ double find_station(const std::string& line, const std::string& station) {
       return each.station;
     }
   }
-  throw std::invalid_argument("station: line " + line + " has no station " + station + "");
+  throw std::invalid_argument("station: line " + line + " has no station " +
+                              (is_numeric(station) ? plain_text(numeric_value(station)) : station));
 }
 
 std::unique_ptr<TakenReading> find_curve(const CurveQuery& query, std::int32_t reduction) {
