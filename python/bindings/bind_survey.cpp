@@ -28,20 +28,6 @@ namespace {
 
 using Module_tensor::StationTensor;
 
-py::list texts_of(const std::vector<std::string>& texts) {
-  py::list list;
-  for (const std::string& text : texts) {
-    list.append(text_of(text));
-  }
-  return list;
-}
-
-void require_open() {
-  if (!session().database_open) {
-    throw SurveyError("The survey is closed");
-  }
-}
-
 void open_survey_file(const std::string& path, bool read_only) {
   if (session().database_open) {
     throw SurveyError("A survey is open in this process: " + session().database_file +

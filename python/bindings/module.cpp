@@ -6,4 +6,8 @@ PYBIND11_MODULE(_brenlox, module) {
   Python::bind_impedance(module);
   Python::bind_section(module);
   Python::bind_survey(module);
+  Python::bind_import(module);
+  Python::bind_export(module);
+  Python::bind_occam(module);
+  Python::bind_inversion(module);
 }

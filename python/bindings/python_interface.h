@@ -49,8 +49,12 @@ class SurveyError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Runs work without the interpreter lock. @param work gives 0, or -1 after messages, which become the words
-/// of a SurveyError; one that throws does, too
+/// Throws SurveyError unless a survey is open and nothing is at work on it.
+void require_open();
+
+/// Runs work without the interpreter lock, one piece at a time: other threads wait, and what the work itself
+/// calls, as its progress function, is refused. @param work gives 0, or -1 after messages, which become the
+/// words of a SurveyError; one that throws does, too
 void run_work(const std::function<int()>& work, pybind11::object progress = pybind11::none(),
               bool agrees = false);
 

@@ -5,10 +5,11 @@ exp(+i omega t); impedance mV/km/nT; x north, y east, z down; angles degrees clo
 Errors are one standard deviation. A value that isn't there is NaN.
 """
 
-from . import section
+from . import occam, section
 from ._brenlox import Error
 from ._rhoplus import RhoplusFit, rhoplus
-from .survey import Curve, Survey
+from .exporting import RhoplusSettings
+from .survey import Curve, Survey, create_survey
 from .tensors import PhaseTensor, Tensor, Tipper
 
 __all__ = [
@@ -16,9 +17,12 @@ __all__ = [
     "Error",
     "PhaseTensor",
     "RhoplusFit",
+    "RhoplusSettings",
     "Survey",
     "Tensor",
     "Tipper",
+    "create",
+    "occam",
     "open",
     "rhoplus",
     "section",
@@ -41,3 +45,20 @@ def open(path, read_only: bool = False) -> Survey:
         If the survey is open in another window or program, or another one in this process, or isn't one.
     """
     return Survey(path, read_only)
+
+
+def create(path) -> Survey:
+    """Create an empty survey and open it.
+
+    Parameters
+    ----------
+    path : path-like
+        Ends in .mdb; there must be no such file yet.
+
+    Raises
+    ------
+    FileExistsError
+    brenlox.Error
+        If it can't be created, or a survey is open in this process.
+    """
+    return create_survey(path)

@@ -8,7 +8,10 @@ from typing import Callable
 
 import numpy as np
 
-from . import _brenlox
+from . import _brenlox, exporting, occam, runs
+from .exporting import ExportReport, RhoplusFiles, RhoplusSettings, ZongeFiles
+from .importing import ImportChoices, ImportPlan, ImportReport, import_files, plan_import
+from .runs import RunChoices
 from .tensors import Tensor, Tipper
 
 _REDUCTIONS = {"averaged": 1, "merged": 2}
@@ -223,6 +226,138 @@ class Survey:
         self._require_open()
         _brenlox.recalculate(progress)
 
+    def import_files(self, paths, *, auto: bool = True, dry_run: bool = False,
+                     progress: Callable[[float], object] | None = None, **choices) -> ImportReport | ImportPlan:
+        """Import field files and bring averages and merged curves of what they touch up to date.
+
+        Parameters
+        ----------
+        paths : path-like or iterable of path-like
+            Files, and folders to search for them.
+        auto : bool
+            Look into the files and choose what isn't given. Without it `reference_type`, and `line`, `event`, `rate`
+            or their columns are required.
+        dry_run : bool
+            Give the plan, the rows that would be stored; nothing is.
+        progress : callable, optional
+            Called with the share done; stops between files where it returns False, and what was stored by then stays.
+        **choices
+            The fields of `brenlox.importing.ImportChoices`: line, reference_type, turn_ey, stations_by and so on.
+
+        Returns
+        -------
+        ImportReport
+            Files that can't be read are in it; they don't keep the others from being stored.
+        ImportPlan
+            With `dry_run`.
+
+        Raises
+        ------
+        ValueError, FileNotFoundError
+        brenlox.Error
+            If nothing can be imported: no field file, a fault of the choices, a survey that can't be written.
+        """
+        self._require_open()
+        chosen = ImportChoices(auto=auto, **choices)
+        return (plan_import if dry_run else import_files)(paths, chosen, progress)
+
+    def export(self, directory, *, format: str, lines=None, reference_type: int | None = None,
+               dipole: float | None = None, rotate: float | None = None, reduction: int | None = None,
+               rhoplus: RhoplusSettings | bool = False, plot_link: str | None = None, overwrite: bool = False,
+               progress: Callable[[float], object] | None = None) -> ExportReport:
+        """Write curves, tensors and places of stations as files that other packages read.
+
+        Parameters
+        ----------
+        directory : path-like
+            Is made if it is missing.
+        format : {'edi', 'emtfxml', 'csv', 'geojson', 'kml'}
+            EDI and EMTF XML: a file for each station; CSV: tables of a line; GeoJSON and KML: places for maps.
+        lines : str or sequence of str, optional
+            All by default.
+        reference_type, dipole : optional
+            Needed only where a line has several; dipole m.
+        rotate : float, optional
+            Azimuth of x, degrees from north, that merged curves and tippers are rotated to.
+        reduction : {0, 1, 2}, optional
+            Curves of CSV: raw, averaged or merged (the default).
+        rhoplus : RhoplusSettings or bool
+            CSV: the best fit of any layered earth to ExHy and EyHx as well.
+        plot_link : str, optional
+            GeoJSON, KML: link of each station, with {line}, {station} and {name} in it.
+        overwrite : bool
+            Replace files that exist.
+        progress : callable, optional
+            Called with the share done; stops between stations where it returns False.
+
+        Raises
+        ------
+        ValueError
+        brenlox.Error
+            If there is nothing to write, a file exists and `overwrite` is False, or one can't be written.
+        """
+        self._require_open()
+        return exporting.export(directory, format, lines, reference_type, dipole, rotate, reduction, rhoplus,
+                                plot_link, overwrite, progress)
+
+    def write_zonge(self, path, line: str, data_type: str, *, reference_type: int | None = None,
+                    dipole: float | None = None, overwrite: bool = False,
+                    progress: Callable[[float], object] | None = None) -> ZongeFiles | None:
+        """Write the merged curves of a line as a Zonge AVG set: .avg, .mde and .stn.
+
+        `path` is that of the .avg file; the others go beside it. None if `progress` has stopped it: nothing is written
+        then. Parameters as of `export`; brenlox.Error if a file exists and `overwrite` is False.
+        """
+        self._require_open()
+        query = _query(line, "", exporting.data_type(data_type), reference_type, dipole, None)
+        return exporting.write_zonge(path, query, overwrite, progress)
+
+    def write_rhoplus(self, directory, line: str, data_type: str, *, reference_type: int | None = None,
+                      dipole: float | None = None, settings: RhoplusSettings | None = None, root: str = "tmd",
+                      include_empty: bool = False, rotate: float | None = None,
+                      progress: Callable[[float], object] | None = None) -> RhoplusFiles:
+        """Write the merged curves of a line as Rho+ control files, with the batch file that runs them.
+
+        Parameters
+        ----------
+        directory : path-like
+            Is made if it is missing; earlier files of the same names are replaced.
+        settings : RhoplusSettings, optional
+        root : str
+            First part of the file names.
+        include_empty : bool
+            Write frequencies with no data as well.
+        rotate : float, optional
+            Azimuth of the strike, degrees from north, that the tensors are rotated to.
+        """
+        self._require_open()
+        query = _query(line, "", exporting.data_type(data_type), reference_type, dipole, None)
+        return exporting.write_rhoplus(directory, query, settings, root, include_empty, rotate, progress)
+
+    def create_run(self, directory, line: str, *, overwrite: bool = False,
+                   progress: Callable[[float], object] | None = None, **choices) -> occam.Run | None:
+        """Make a run directory of the two-dimensional inversion from the merged curves of a line.
+
+        Parameters
+        ----------
+        directory : path-like
+            Is made if it is missing.
+        line : str
+        overwrite : bool
+            An earlier inversion in the folder moves into earlier_1; without it that is an error.
+        progress : callable, optional
+            Called with the share done; nothing is written where it returns False.
+        **choices
+            The fields of `brenlox.runs.RunChoices`: modes, floors of errors, layers, blocks, stations and so on.
+
+        Returns
+        -------
+        brenlox.occam.Run
+            What there was to be told is in its `created`. None if `progress` has stopped it.
+        """
+        self._require_open()
+        return runs.create_run(directory, line, RunChoices(**choices), overwrite, progress)
+
 
 def _name(found) -> str:
     return found["name"] or f"{found['station']:g}"
@@ -231,3 +366,14 @@ def _name(found) -> str:
 def _query(line, station, data_type, reference_type, dipole, scan_rate):
     text = station if isinstance(station, str) else repr(float(station))
     return _brenlox.CurveQuery(line, text, data_type, reference_type, dipole, scan_rate)
+
+
+def create_survey(path) -> Survey:
+    """Create an empty survey and open it; see `brenlox.create`."""
+    text = os.path.abspath(path)
+    if ".MDB" not in text.upper():
+        raise ValueError(f"path: the name of a survey must end in .mdb, received {os.fspath(path)!r}")
+    if os.path.exists(text):
+        raise FileExistsError(17, "The specified file already exists", text)
+    _brenlox.create_survey(text)
+    return Survey(text)
