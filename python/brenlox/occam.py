@@ -269,8 +269,11 @@ class Response:
 
     @property
     def error(self) -> np.ndarray:
-        """Error of each datum, by residual and misfit; 0 where the model meets the datum."""
-        return np.divide(self.residual, self.misfit, out=np.zeros(len(self)), where=self.misfit != 0.0)
+        """Error of each datum, from the data of the run; NaN for a row that these don't have."""
+        data = self.run.data
+        known = dict(zip(zip(data.site.tolist(), data.frequency.tolist(), data.type.tolist()), data.error.tolist()))
+        places = zip(self.site.tolist(), self.frequency.tolist(), self.type.tolist())
+        return np.array([known.get(place, np.nan) for place in places], dtype=float)
 
     @property
     def rms(self) -> float:
