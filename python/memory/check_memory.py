@@ -38,14 +38,18 @@ def frames_of(error: ElementTree.Element) -> "list[ElementTree.Element]":
 def counts(error: ElementTree.Element) -> bool:
     kind = error.findtext("kind", "")
     frames = frames_of(error)
-    if any(frame.findtext("fn", "").startswith("PyInit_") for frame in frames):
+    functions = [frame.findtext("fn", "") for frame in frames]
+    if any(function.startswith("_dl_") for function in functions):
+        return False  # the loader reads names by words
+    if any(function.startswith("PyInit_") for function in functions):
         return kind in ALWAYS  # what a module keeps for the life of the process
     return kind in ALWAYS or any("_brenlox" in frame.findtext("obj", "") for frame in frames)
 
 
 def text_of(error: ElementTree.Element) -> str:
     what = error.findtext("what") or error.findtext("xwhat/text") or ""
-    lines = [f"{error.findtext('kind')}: {what}"]
+    where = error.findtext("auxwhat") or ""
+    lines = [f"{error.findtext('kind')}: {what} {where}"]
     for frame in frames_of(error)[:20]:
         place = f"{frame.findtext('file')}:{frame.findtext('line')}" if frame.find("file") is not None else \
             Path(frame.findtext("obj", "?")).name

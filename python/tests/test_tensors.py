@@ -67,7 +67,7 @@ def test_dimensionality(tensor):
     np.testing.assert_array_equal(tensor.dimensionality(), [1, 2, 2])
     np.testing.assert_array_equal(tensor.dimensionality(least_ellipticity=0.4), [1, 1, 2])
     z = tensor.z.copy()
-    z[1] = z[1] @ [[1.0, 0.4], [0.0, 1.0]]  # of the magnetic field: no distortion that leaves phases alone
+    z[1] = [[2 + 3j, 8 + 10j], [-9 - 6j, 5 - 4j]]  # a skew of 12 degrees
     z[2] = np.nan
     strange = brenlox.Tensor(tensor.frequency, z)
     np.testing.assert_array_equal(strange.dimensionality(), [1, 3, 0])
