@@ -109,7 +109,7 @@ py::dict tensor_quantities(const Numbers& frequency, const ComplexNumbers& z, co
     names.push_back(std::string("resistivity_") + earth);
     names.push_back(std::string("phase_") + earth);
   }
-  names.insert(names.end(), {"swift_strike", "swift_skew", "bahr_skew"});
+  names.insert(names.end(), {"swift_strike", "swift_skew", "bahr_skew", "bahr_mu", "bahr_sigma"});
   EstimateColumns columns(tensors.count(), std::move(names));
   {
     const py::gil_scoped_release without_lock;
@@ -126,7 +126,10 @@ py::dict tensor_quantities(const Numbers& frequency, const ComplexNumbers& z, co
       const SwiftStrike swift = swift_strike(tensor);
       row.put(swift.strike);
       row.put(swift.skew);
-      row.put(bahr_skew(tensor).skew);
+      const BahrSkew bahr = bahr_skew(tensor);
+      row.put(bahr.skew);
+      row.put(bahr.mu);
+      row.put(bahr.sigma);
     }
   }
   return columns.take();

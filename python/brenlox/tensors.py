@@ -188,8 +188,8 @@ class Tensor:
 
         Arrays of shape (n,) by name, each with its error: ``resistivity_xy``, ``phase_xy`` and so on for all
         elements, ``resistivity_determinant`` (Berdichevsky & Dmitriev 1976), ``_mean``, ``_sum_of_squares``
-        (Rung-Arunwan et al. 2016, PEPI 253, 1-4), ``swift_strike``, ``swift_skew`` (Swift 1967) and
-        ``bahr_skew`` (Bahr 1988, J. Geophys. 62, 119-127).
+        (Rung-Arunwan et al. 2016, PEPI 253, 1-4), ``swift_strike``, ``swift_skew`` (Swift 1967), ``bahr_skew``,
+        ``bahr_mu`` and ``bahr_sigma`` (Bahr 1988, J. Geophys. 62, 119-127; 1991, PEPI 66, 24-38).
         """
         if not self._quantities:
             self._quantities.update(_brenlox.tensor_quantities(self.frequency, self.z, self.covariance))
