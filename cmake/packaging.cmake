@@ -28,9 +28,9 @@ set(CPACK_COMPONENTS_ALL brenlox)
 set(CPACK_PACKAGE_NAME brenlox)
 set(CPACK_DEBIAN_BRENLOX_PACKAGE_NAME brenlox)
 set(CPACK_PACKAGE_CONTACT "The Brenlox developers <brenlox@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "workstation for magnetotelluric field data")
-set(CPACK_PACKAGE_DESCRIPTION
-    "Brenlox keeps the readings of one MT, AMT or CSAMT survey in one database file.
+# The first line of each is its summary.
+set(CPACK_DEBIAN_BRENLOX_DESCRIPTION "workstation for magnetotelluric field data
+Brenlox keeps the readings of one MT, AMT or CSAMT survey in one database file.
 It imports field files, shows and masks readings by station and line,
 averages repeats, merges scan rates, and inverts the reduced curves in one and
 two dimensions or hands them to other programs.")
@@ -46,8 +46,8 @@ set(CPACK_DEBIAN_BRENLOX_PACKAGE_RECOMMENDS "qt6-wayland")
 
 # The module is of one version of Python; only that of the system is there for everybody. It is left out of what
 # "cmake --install" puts under /usr/local, where Python doesn't look: pip installs it there.
-if(TARGET brenlox_python AND Python_EXECUTABLE MATCHES "^/usr/bin/")
-  math(EXPR next_minor "${Python_VERSION_MINOR} + 1")
+if(system_python_minor)
+  math(EXPR next_minor "${system_python_minor} + 1")
   set(python_folder lib/python3/dist-packages/brenlox)
   install(TARGETS brenlox_python LIBRARY DESTINATION ${python_folder} COMPONENT python EXCLUDE_FROM_ALL)
   install(DIRECTORY python/brenlox/ DESTINATION ${python_folder} COMPONENT python EXCLUDE_FROM_ALL
@@ -57,17 +57,18 @@ if(TARGET brenlox_python AND Python_EXECUTABLE MATCHES "^/usr/bin/")
   configure_file(packaging/python/METADATA.in "${metadata}" @ONLY)
   install(FILES "${metadata}" DESTINATION lib/python3/dist-packages/brenlox-${PROJECT_VERSION}.dist-info
     COMPONENT python EXCLUDE_FROM_ALL)
-  install(FILES CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-brenlox COMPONENT python EXCLUDE_FROM_ALL)
+  install(FILES CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-brenlox
+    COMPONENT python EXCLUDE_FROM_ALL)
   list(APPEND CPACK_COMPONENTS_ALL python)
   set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-brenlox)
   set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
   set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
-    "python3 (>= 3.${Python_VERSION_MINOR}~), python3 (<< 3.${next_minor}), python3-numpy")
+    "python3 (>= 3.${system_python_minor}~), python3 (<< 3.${next_minor}), python3-numpy")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-matplotlib, python3-pandas")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "brenlox")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
     "${PROJECT_SOURCE_DIR}/packaging/debian/python/postinst;${PROJECT_SOURCE_DIR}/packaging/debian/python/prerm")
-  set(CPACK_COMPONENT_PYTHON_DESCRIPTION "magnetotelluric surveys and their numerics in Python
+  set(CPACK_DEBIAN_PYTHON_DESCRIPTION "magnetotelluric surveys and their numerics in Python
 The Python package brenlox reads and edits the survey databases of Brenlox and
 brings its numerics to scripts: impedance and phase tensors, Rho+ with a
 certificate, strikes, and responses of layered and two-dimensional ground with
