@@ -62,6 +62,21 @@ class RhoplusFit:
         """Root of `chi_squared`."""
         return float(np.sqrt(self.chi_squared))
 
+    def outliers(self, errors: float = 3.0) -> tuple[np.ndarray, np.ndarray]:
+        """Which resistivities and phases are further from the best fit than so many of their errors.
+
+        Parameters
+        ----------
+        errors : float
+
+        Returns
+        -------
+        resistivity, phase : ndarray of bool, shape (n,)
+            A residual that stands out among those of its neighbours says that the point is bad, many of them that
+            the ground isn't layered. A fit without these points may have other ones.
+        """
+        return np.abs(self.resistivity_residual) > errors, np.abs(self.phase_residual) > errors
+
     @property
     def is_consistent(self) -> bool:
         """Whether the residuals are no larger than errors make them nineteen times out of twenty."""

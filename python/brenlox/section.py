@@ -134,7 +134,8 @@ def response(
     """
     compiled = section._compiled()
     sites, frequencies = real("sites", sites), real("frequencies", frequencies)
-    computed = _response_of(_brenlox.section_response(compiled, sites, frequencies, threads, progress))
+    first = _share(progress, 0.0, 0.5) if sensitivities else progress
+    computed = _response_of(_brenlox.section_response(compiled, sites, frequencies, threads, first))
     if not sensitivities:
         return computed
     if computed is None:
@@ -144,7 +145,15 @@ def response(
     parameters = integers("parameters", parameters)
     count = int(parameters.max(initial=-1)) + 1
     return computed, _response_of(
-        _brenlox.section_jacobian(compiled, sites, frequencies, parameters, count, threads, progress))
+        _brenlox.section_jacobian(
+            compiled, sites, frequencies, parameters, count, threads, _share(progress, 0.5, 1.0)))
+
+
+def _share(progress: Callable[[float], object] | None, begin: float, end: float) -> Callable[[float], object] | None:
+    """Progress of a part of the work."""
+    if progress is None:
+        return None
+    return lambda share: progress(begin + (end - begin) * share)
 
 
 def mesh_warnings(section: Section, sites: ArrayLike, frequencies: ArrayLike) -> list[str]:

@@ -1,3 +1,7 @@
+import os
+import signal
+import threading
+
 import brenlox
 import numpy as np
 import pytest
@@ -68,7 +72,12 @@ def test_progress_sees_the_share_and_may_stop_the_work(ground):
     shares = []
     sites, frequencies = np.linspace(-1500, 1500, 11), np.logspace(3, 0, 120)
     assert section.response(ground, sites, frequencies, progress=shares.append) is not None
-    assert all(0.0 <= share <= 1.0 for share in shares) and shares == sorted(shares)
+    shares.append(0.0)
+    assert section.response(ground, sites, frequencies, sensitivities=True, progress=shares.append) is not None
+    first = shares.index(0.0, 1)
+    for each in (shares[:first], shares[first:]):
+        assert all(0.0 <= share <= 1.0 for share in each) and each == sorted(each)
+    assert max(shares[first:]) > 0.5
     assert section.response(ground, sites, frequencies, progress=lambda share: False) is None
 
     def fail(share):
@@ -76,6 +85,17 @@ def test_progress_sees_the_share_and_may_stop_the_work(ground):
 
     with pytest.raises(RuntimeError, match="of the caller's own"):
         section.response(ground, sites, frequencies, progress=fail)
+
+
+def test_ctrl_c_ends_the_work(ground):
+    timer = threading.Timer(0.2, os.kill, (os.getpid(), signal.SIGINT))
+    timer.start()
+    try:
+        with pytest.raises(KeyboardInterrupt):
+            for _ in range(100):
+                section.response(ground, np.linspace(-1500, 1500, 11), np.logspace(3, 0, 300))
+    finally:
+        timer.cancel()
 
 
 def test_refuses_what_has_no_response(ground):
