@@ -150,7 +150,8 @@ bool Database::has_conflict_rules(const std::string& table) const {
   Statement statement(dao::open(connection_),
                       "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ? COLLATE NOCASE "
                       "AND sql LIKE '%CONFLICT%'");
-  statement.bind(std::array<Value, 1>{table});
+  const std::array<Value, 1> name{table};  // lives until the step
+  statement.bind(name);
   return statement.step();
 }
 

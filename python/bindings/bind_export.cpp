@@ -135,13 +135,21 @@ void bind_export(py::module_& module) {
   py::class_<ExportRequest>(module, "ExportRequest")
       .def(py::init(&export_request), py::arg("format"), py::arg("lines"), py::arg("reference_type"),
            py::arg("dipole"), py::arg("folder"))
-      .def("set_rotation", [](ExportRequest& request, double azimuth) { request.choices.rotation = azimuth; })
-      .def("set_reduction",
-           [](ExportRequest& request, std::int32_t reduction) { request.choices.reduction = reduction; })
-      .def("set_rhoplus", [](ExportRequest& request,
-                             const RhoplusSettings& settings) { request.choices.rhoplus = settings; })
-      .def("set_plot_link",
-           [](ExportRequest& request, std::string link) { request.choices.plot_link = std::move(link); });
+      .def(
+          "set_rotation", [](ExportRequest& request, double azimuth) { request.choices.rotation = azimuth; },
+          py::arg("azimuth"))
+      .def(
+          "set_reduction",
+          [](ExportRequest& request, std::int32_t reduction) { request.choices.reduction = reduction; },
+          py::arg("reduction"))
+      .def(
+          "set_rhoplus",
+          [](ExportRequest& request, const RhoplusSettings& settings) { request.choices.rhoplus = settings; },
+          py::arg("settings"))
+      .def(
+          "set_plot_link",
+          [](ExportRequest& request, std::string link) { request.choices.plot_link = std::move(link); },
+          py::arg("link"));
   module.def("export_survey", &export_survey, py::arg("request"), py::arg("overwrite"), py::arg("progress"));
   module.def("write_zonge", &write_zonge, py::arg("query"), py::arg("path"), py::arg("overwrite"),
              py::arg("progress"));

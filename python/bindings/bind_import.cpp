@@ -205,20 +205,30 @@ void bind_import(py::module_& module) {
            }),
            py::arg("paths"), py::arg("proposals"))
       .def_readwrite("extension", &ImportRequest::extension)
-      .def("set_reference_type",
-           [](ImportRequest& request, std::int32_t type) { request.choices.ReferenceType = type; })
-      .def("set_reduction",
-           [](ImportRequest& request, std::int32_t reduction) { request.choices.ReductionType = reduction; })
+      .def(
+          "set_reference_type",
+          [](ImportRequest& request, std::int32_t type) { request.choices.ReferenceType = type; },
+          py::arg("type"))
+      .def(
+          "set_reduction",
+          [](ImportRequest& request, std::int32_t reduction) { request.choices.ReductionType = reduction; },
+          py::arg("reduction"))
       .def("set_columns", &set_columns, py::arg("row"), py::arg("start"), py::arg("width"))
       .def("set_typed", &set_typed, py::arg("row"), py::arg("text"))
-      .def("set_stations_by",
-           [](ImportRequest& request, const std::string& name) {
-             request.choices.stations_by = stations_by(name);
-           })
-      .def("set_start_station",
-           [](ImportRequest& request, std::string text) { request.choices.start_station = std::move(text); })
-      .def("set_station_step",
-           [](ImportRequest& request, std::string text) { request.choices.station_step = std::move(text); })
+      .def(
+          "set_stations_by",
+          [](ImportRequest& request, const std::string& name) {
+            request.choices.stations_by = stations_by(name);
+          },
+          py::arg("name"))
+      .def(
+          "set_start_station",
+          [](ImportRequest& request, std::string text) { request.choices.start_station = std::move(text); },
+          py::arg("text"))
+      .def(
+          "set_station_step",
+          [](ImportRequest& request, std::string text) { request.choices.station_step = std::move(text); },
+          py::arg("text"))
       .def("set_line_along_north",
            [](ImportRequest& request) { request.choices.line_direction = LineDirection::local_north; })
       .def("set_turn_ey", &set_turn_ey, py::arg("name"))

@@ -1,0 +1,216 @@
+"""Compiled part of brenlox; use the package."""
+
+from typing import Any, Callable, Optional
+
+import numpy as np
+from numpy.typing import NDArray
+
+_Real = NDArray[np.float64]
+_Complex = NDArray[np.complex128]
+_Integer = NDArray[np.int32]
+_Progress = Optional[Callable[[float], object]]
+
+__version__: str
+
+class Error(Exception): ...
+
+# Rho+
+
+def rhoplus(
+    frequency: _Real,
+    resistivity: _Real,
+    phase: _Real,
+    resistivity_error: _Real,
+    phase_error: _Real,
+    conducting: bool,
+) -> dict[str, Any]: ...
+
+# Tensors and tippers
+
+def rotated_tensors(z: _Complex, covariance: _Real, degrees: float) -> tuple[_Complex, _Real]: ...
+def phase_tensors(z: _Complex, covariance: _Real) -> dict[str, _Real]: ...
+def dimensions(
+    z: _Complex, covariance: _Real, skew_limit: float, least_ellipticity: float, use_errors: bool
+) -> _Integer: ...
+def tensor_quantities(frequency: _Real, z: _Complex, covariance: _Real) -> dict[str, _Real]: ...
+def rotated_tippers(t: _Complex, covariance: _Real, degrees: float) -> tuple[_Complex, _Real]: ...
+def induction_arrows(
+    t: _Complex, covariance: _Real, wiese: bool, imaginary_reversed: bool
+) -> dict[str, _Real]: ...
+
+class StrikeLine:
+    def __init__(self) -> None: ...
+    def add_tensors(self, frequency: _Real, z: _Complex, covariance: _Real, axes: float) -> None: ...
+    def add_tippers(self, frequency: _Real, t: _Complex, covariance: _Real, axes: float) -> None: ...
+    def strikes(
+        self,
+        lowest: float,
+        highest: float,
+        by_decade: bool,
+        method: str,
+        weighted: bool,
+        skew_limit: float,
+        least_ellipticity: float,
+    ) -> list[dict[str, Any]]: ...
+
+# Layered ground
+
+def layered_impedance(resistivity: _Real, thickness: _Real, frequency: _Real) -> _Complex: ...
+def niblett_bostick(
+    frequency: _Real, resistivity: _Real, phase: _Real, resistivity_error: _Real, phase_error: _Real
+) -> dict[str, _Real]: ...
+
+# Sections
+
+class Section:
+    def __init__(
+        self,
+        left_edge: float,
+        column_widths: _Real,
+        row_heights: _Real,
+        resistivity: _Real,
+        codes: _Integer,
+        host_layers: Optional[int],
+    ) -> None: ...
+
+def section_response(
+    section: Section, sites: _Real, frequencies: _Real, threads: int, progress: _Progress
+) -> dict[str, _Real]: ...
+def section_jacobian(
+    section: Section,
+    sites: _Real,
+    frequencies: _Real,
+    parameters: _Integer,
+    parameter_count: int,
+    threads: int,
+    progress: _Progress,
+) -> dict[str, _Real]: ...
+def section_tipper(
+    section: Section, sites: _Real, frequencies: _Real, threads: int, progress: _Progress
+) -> Optional[_Complex]: ...
+def section_warnings(section: Section, sites: _Real, frequencies: _Real) -> list[str]: ...
+
+# The open survey
+
+class CurveQuery:
+    def __init__(
+        self,
+        line: str,
+        station: str,
+        data_type: str,
+        reference_type: Optional[int],
+        dipole: Optional[float],
+        scan_rate: Optional[float],
+    ) -> None: ...
+
+def open_survey(path: str, read_only: bool) -> None: ...
+def close_survey() -> None: ...
+def messages() -> list[str]: ...
+def lines() -> list[str]: ...
+def stations() -> list[dict[str, Any]]: ...
+def kinds(line: str) -> list[tuple[int, float]]: ...
+def curve(query: CurveQuery, reduction: int) -> dict[str, Any]: ...
+def repeats(query: CurveQuery) -> list[dict[str, Any]]: ...
+def tensors(query: CurveQuery) -> list[dict[str, Any]]: ...
+def recalculate(progress: _Progress) -> None: ...
+
+# Importing
+
+class ImportRequest:
+    extension: str
+    def __init__(self, paths: list[str], proposals: bool) -> None: ...
+    def set_reference_type(self, type: int) -> None: ...
+    def set_reduction(self, reduction: int) -> None: ...
+    def set_columns(self, row: int, start: int, width: int) -> None: ...
+    def set_typed(self, row: int, text: str) -> None: ...
+    def set_stations_by(self, name: str) -> None: ...
+    def set_start_station(self, text: str) -> None: ...
+    def set_station_step(self, text: str) -> None: ...
+    def set_line_along_north(self) -> None: ...
+    def set_turn_ey(self, name: str) -> None: ...
+    def set_from_impedance(self) -> None: ...
+    def set_convert_geographic(self) -> None: ...
+
+def create_survey(path: str) -> None: ...
+def plan_import(request: ImportRequest, progress: _Progress) -> dict[str, Any]: ...
+def import_files(request: ImportRequest, progress: _Progress) -> dict[str, Any]: ...
+
+# Exporting
+
+class RhoplusSettings:
+    root_name: str
+    surface: int
+    resistivity_error_floor: float
+    phase_error_floor: float
+    resistivity_scale: float
+    exclude_data: int
+    apply_static: int
+    exclude_negative_phase: int
+    use_file_errors: int
+    def __init__(self) -> None: ...
+
+class ExportRequest:
+    def __init__(
+        self, format: str, lines: list[str], reference_type: Optional[int], dipole: Optional[float], folder: str
+    ) -> None: ...
+    def set_rotation(self, azimuth: float) -> None: ...
+    def set_reduction(self, reduction: int) -> None: ...
+    def set_rhoplus(self, settings: RhoplusSettings) -> None: ...
+    def set_plot_link(self, link: str) -> None: ...
+
+def export_survey(request: ExportRequest, overwrite: bool, progress: _Progress) -> dict[str, Any]: ...
+def write_zonge(
+    query: CurveQuery, path: str, overwrite: bool, progress: _Progress
+) -> Optional[tuple[str, str, str, int]]: ...
+def write_rhoplus(
+    query: CurveQuery, folder: str, settings: RhoplusSettings, rotation: Optional[float], progress: _Progress
+) -> dict[str, Any]: ...
+
+# Runs of the two-dimensional inversion
+
+class OccamRun:
+    folder: str
+    def __init__(self, folder: str, control_file: str) -> None: ...
+    def data(self) -> dict[str, Any]: ...
+    def iterations(self) -> tuple[list[dict[str, Any]], list[str]]: ...
+    def model(self, number: Optional[int]) -> dict[str, Any]: ...
+    def response(
+        self, number: Optional[int], compute: bool, progress: _Progress
+    ) -> Optional[dict[str, Any]]: ...
+
+class RunSwitches:
+    both_modes: bool
+    relative_errors: Optional[bool]
+    by_distance: bool
+    standard_deviation: bool
+    rhoplus_errors: bool
+    apply_static: bool
+    file_errors: bool
+    rotation: Optional[float]
+    def __init__(self) -> None: ...
+
+class InversionOptions:
+    start: str
+    go_on: bool
+    may_move_earlier: bool
+    iterations: Optional[int]
+    target_rms: Optional[float]
+    roughness_type: Optional[int]
+    robust: bool
+    static_shift: Optional[float]
+    threads: int
+    def __init__(self) -> None: ...
+    def set_classic_search(self) -> None: ...
+
+def data_type_names(type: int) -> tuple[str, str]: ...
+def create_run(
+    query: CurveQuery,
+    folder: str,
+    entries: dict[str, str],
+    switches: RunSwitches,
+    overwrite: bool,
+    progress: _Progress,
+) -> tuple[Optional[str], list[str]]: ...
+def invert_run(
+    folder: str, options: InversionOptions, progress: Optional[Callable[[dict[str, Any]], object]]
+) -> dict[str, Any]: ...
