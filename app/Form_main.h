@@ -23,6 +23,7 @@ class ResultsWindows;
 class RhoplusWindows;
 class SurveyDisplay;
 class TensorWindows;
+class WorkLine;
 
 class Form_main : public QMainWindow {
   Q_OBJECT
@@ -48,6 +49,7 @@ class Form_main : public QMainWindow {
 
  private:
   void compose();
+  void explain_items_without_work();
   void connect_file_menu();
   void connect_data_menus();
   void connect_output_menus();
@@ -87,6 +89,7 @@ class Form_main : public QMainWindow {
   QTimer* idle_timer_;
   QLabel* version_;
   HelpKey* help_key_;
+  WorkLine* work_line_ = nullptr;
   SurveyDisplay* display_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;

@@ -263,6 +263,7 @@ const WindowPicture pictures[] = {
     {"projection", nullptr, nullptr, [](Form_main& window) { Form_define_projection("", &window).exec(); }},
     {"strike", "menu_strike"},
     {"tutorial", "menu_tutorial"},
+    {"keys", "menu_keys"},
     {"about", "menu_about"},
     {"memory_status", "menu_memory_status"},
     {"whats_new", "menu_whats_new"},
@@ -278,6 +279,13 @@ const WindowPicture pictures[] = {
        press(window, "Command_invert");
        if (const QWidget* const results = window_beside(window)) {
          press(*results, "Command_rhoplus_log");
+       }
+     }},
+    {"rhoplus_line", nullptr,
+     [](QWidget& window) {
+       press(window, "Command_invert");
+       if (const QWidget* const results = window_beside(window)) {
+         press(*results, "Command_run_all");
        }
      }},
     {"occam_inversion", nullptr,
@@ -346,10 +354,13 @@ class WindowVisit : public QObject {
       return;  // a window that this one brought up
     }
     QWidget* const beside = window_beside(window);
-    if (beside != nullptr) {
-      let_settle(*beside);
+    QWidget* const further = beside != nullptr ? window_beside(*beside) : nullptr;
+    for (const QWidget* const shown : {beside, further}) {
+      if (shown != nullptr) {
+        let_settle(*shown);
+      }
     }
-    visitor_(picture_->name, beside != nullptr ? *beside : window);
+    visitor_(picture_->name, further != nullptr ? *further : beside != nullptr ? *beside : window);
     if (beside != nullptr) {
       beside->close();
     }

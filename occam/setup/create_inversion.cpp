@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "core/calendar.h"
+#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
@@ -264,6 +265,8 @@ int create_inversion(const LineSelection& line, const InversionInputs& inputs, c
                                  [&] { return create_run(line, inputs, choices, rhoplus, steps, created); });
   if (status == 0 && !created.stopped) {
     user_interface().show_message(completion_text(created, inputs));
+    Module_Brenlox::tell_finished(
+        "The Occam2D run of line " + line.line + " is written to " + created.directory, created.directory);
   }
   return status;
 }

@@ -13,7 +13,6 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
-#include "core/user_interface.h"
 #include "display/selection.h"
 #include "display/site_names.h"
 #include "display/windows/graph_pair.h"
@@ -24,6 +23,7 @@
 #include "reduction/data_sets/curve_parts.h"
 #include "rhoplus/data_rows.h"
 #include "rhoplus/fit_plot.h"
+#include "rhoplus/windows/Form_line_chi.h"
 #include "rhoplus/windows/Form_rhoplus.h"
 #include "ui_Form_rhoplus_inversion.h"
 
@@ -32,7 +32,6 @@ using Module_averaged_data::Component;
 
 namespace {
 
-constexpr int step_pause = 200;  // ms between the steps of a run over the line, so that the user can see them
 const QString run_caption = QStringLiteral("Run All");
 const QString stop_caption = QStringLiteral("Stop Inverting");
 
@@ -241,6 +240,9 @@ void Form_rhoplus_inversion::follow_station() {
   }
   show_station_bar();
   refresh_rhoplus_results();
+  if (line_chi_) {
+    line_chi_->mark_station(session().current_station_index);
+  }
 }
 
 void Form_rhoplus_inversion::begin_line_run() {
@@ -269,7 +271,8 @@ void Form_rhoplus_inversion::run_all() {
   ui_->Command_occam->setEnabled(false);  // it goes through the line, too, and would put the display back
   begin_line_run();
   Q_EMIT line_run_begun();
-  invert_all();
+  std::vector<StationChi> chis;
+  const bool complete = invert_all(chis);
   if (still_open) {
     ui_->HScroll_repeat->setEnabled(true);
     ui_->Command_occam->setEnabled(true);
@@ -277,33 +280,52 @@ void Form_rhoplus_inversion::run_all() {
     rhoplus_running_all_ = false;
     Q_EMIT line_run_ended();  // after a failure it isn't told again
     end_line_run();
+    if (isVisible() && !chis.empty()) {
+      show_line_chi(std::move(chis), complete);
+    }
   }
 }
 
-// Events run between the steps, so the window may have been closed and deleted after each of them.
-void Form_rhoplus_inversion::invert_all() {
+void Form_rhoplus_inversion::show_line_chi(std::vector<StationChi> chis, bool complete) {
+  if (line_chi_ == nullptr) {
+    line_chi_ = new Form_line_chi(this);
+    connect(line_chi_, &Form_line_chi::station_chosen, this, [this](int station_index) {
+      if (!rhoplus_running_all_) {
+        Q_EMIT station_chosen(station_index);
+      }
+    });
+  }
+  line_chi_->show_line(qt_text(session().current_line), std::move(chis), complete);
+  line_chi_->mark_station(session().current_station_index);
+  line_chi_->show();
+  line_chi_->raise();
+  line_chi_->activateWindow();
+}
+
+// Events run between the stations, so the window may have been closed and deleted after each of them.
+bool Form_rhoplus_inversion::invert_all(std::vector<StationChi>& chis) {
   const QPointer<Form_rhoplus_inversion> still_open(this);
   // The main window's lists stay as they are while the run goes through the line.
   const ScopedValue updating(session().updating_controls, true);
   const int first = Module_display_data::first_station_of_current_line();
   const int count = session().stations_in_line;
   const InputOnlyTo only_this_window(*this);
-  const auto go_on = [&] {
-    user_interface().wait_with_events(step_pause);  // drawing; what the user has done meanwhile comes now
-    QCoreApplication::processEvents();
-    return still_open && isVisible();
-  };
-  for (int place = Module_display_data::place_in_line(); place >= 1 && place <= count; ++place) {
+  for (int place = 1; place <= count; ++place) {
     ui_->HScroll_repeat->setValue(place);
-    Q_EMIT station_chosen(first + place - 1);
-    if (!go_on()) {
-      return;
-    }
+    const int station_index = first + place - 1;
+    Q_EMIT station_chosen(station_index);
     refresh_rhoplus_results();
-    if (line_run_failed_ || !go_on() || rhoplus_stop_requested_) {
-      return;
+    if (line_run_failed_) {
+      return false;
+    }
+    chis.push_back(chi_of(inversion_, station_index, session().current_station));
+    QCoreApplication::processEvents();  // the station is drawn once; what the user has done meanwhile comes
+                                        // now
+    if (!still_open || !isVisible() || (rhoplus_stop_requested_ && place < count)) {
+      return false;
     }
   }
+  return true;
 }
 
 void Form_rhoplus_inversion::edit_settings() {

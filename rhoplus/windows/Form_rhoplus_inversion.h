@@ -6,13 +6,16 @@
 #include <QMainWindow>
 #include <array>
 #include <memory>
+#include <vector>
 
 #include "reduction/edits/masks.h"
+#include "rhoplus/line_chi.h"
 #include "rhoplus/station_inversion.h"
 
 namespace Ui {
 class Form_rhoplus_inversion;
 }
+class Form_line_chi;
 class GraphPairWidget;
 class QLabel;
 class QPlainTextEdit;
@@ -61,7 +64,9 @@ class Form_rhoplus_inversion : public QMainWindow {
   void toggle_log();
   void show_pointer(Module_averaged_data::Component component, bool off, double x, double y);
   void run_all();
-  void invert_all();
+  /// @return whether the end of the line was reached
+  bool invert_all(std::vector<Module_rhoplus::StationChi>& chis);
+  void show_line_chi(std::vector<Module_rhoplus::StationChi> chis, bool complete);
   void edit_settings();
 
   Module_output::RhoplusSettings& settings_;
@@ -73,6 +78,7 @@ class Form_rhoplus_inversion : public QMainWindow {
   std::array<QLabel*, 3> panels_{};
   QLabel* run_note_ = nullptr;  // what the results lack
   QLabel* Label_not_inverted_ = nullptr;
+  Form_line_chi* line_chi_ = nullptr;  // once a line has been run
   Module_rhoplus::StationInversion inversion_;
   Module_database::ReadingKey inverted_key_;
   bool rhoplus_busy_ = false;
