@@ -27,7 +27,7 @@ namespace averaged = Module_averaged_data;
 
 RawPanel::RawPanel(QWidget* parent)
     : QWidget(parent),
-      graphs_(new GraphPairWidget("vxgraph_raw_data", graph::AxisType::logarithmic, "Frequency (Hz)")),
+      graphs_(new GraphPairWidget("vxgraph_raw_data", GraphPairWidget::XAxis::frequency)),
       Label_raw_(make_heading("Label_raw")),
       Label_raw_graph_(make_heading("Label_raw_graph")),
       Combo_scan_rate_(make_list("Combo_scan_rate")),

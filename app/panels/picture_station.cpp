@@ -26,7 +26,7 @@ namespace averaged = Module_averaged_data;
 
 StationPanel::StationPanel(QWidget* parent)
     : QWidget(parent),
-      graphs_(new GraphPairWidget("vxgraph_station", graph::AxisType::logarithmic, "Frequency (Hz)")),
+      graphs_(new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency)),
       Label_station_(make_heading("Label_station")),
       Label_station_graph_(make_heading("Label_station_graph")),
       Check_use_merged_(make_use_switches("Check_use_merged")),

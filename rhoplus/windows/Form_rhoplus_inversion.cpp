@@ -51,7 +51,7 @@ Form_rhoplus_inversion::Form_rhoplus_inversion(Module_output::RhoplusSettings& s
 Form_rhoplus_inversion::~Form_rhoplus_inversion() = default;
 
 void Form_rhoplus_inversion::compose() {
-  graphs_ = new GraphPairWidget("vxgraph_station", graph::AxisType::logarithmic, "Frequency (Hz)");
+  graphs_ = new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency);
   auto* const fit = new QVBoxLayout(ui_->Picture_fit);
   fit->setContentsMargins(0, 0, 0, 0);
   fit->addWidget(graphs_);
