@@ -18,11 +18,13 @@ class Form_main;
 }
 class QLabel;
 class HelpKey;
+class MainToolbar;
 class OutputPanel;
 class ResultsWindows;
 class RhoplusWindows;
 class SurveyDisplay;
 class TensorWindows;
+class ViewMenu;
 
 class Form_main : public QMainWindow {
   Q_OBJECT
@@ -53,6 +55,7 @@ class Form_main : public QMainWindow {
   void connect_output_menus();
   void connect_help_menu();
   void add_keys();
+  void fill_toolbar();
   void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
@@ -88,6 +91,8 @@ class Form_main : public QMainWindow {
   QLabel* version_;
   HelpKey* help_key_;
   SurveyDisplay* display_ = nullptr;
+  ViewMenu* view_menu_ = nullptr;
+  MainToolbar* toolbar_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
   TensorWindows* tensor_ = nullptr;
