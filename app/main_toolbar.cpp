@@ -1,6 +1,7 @@
 #include "app/main_toolbar.h"
 
 #include <QAction>
+#include <QLayout>
 
 namespace {
 
@@ -14,6 +15,7 @@ MainToolbar::MainToolbar(QWidget* parent) : QToolBar("Toolbar", parent) {
   setMovable(false);
   setFloatable(false);
   setIconSize({icon_size, icon_size});
+  layout()->setContentsMargins(2, 0, 2, 0);
   setContextMenuPolicy(Qt::PreventContextMenu);  // the menu View hides it, and remembers that
 }
 

@@ -17,6 +17,7 @@
 #include "database/stations.h"
 #include "display/both_modes.h"
 #include "display/plan_view.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
 
@@ -74,16 +75,19 @@ void SurveyDisplay::connect_graphs() {
             show_click(click);
             panels_.plan->show_status(qt_text(click.status_text));
           });
-  const auto follow_pointer = [this](const char* x_format) {
-    return [this, x_format](Component component, bool off, double x, double y) {
+  using XText = QString (*)(double x);
+  const auto follow_pointer = [this](XText x_text) {
+    return [this, x_text](Component component, bool off, double x, double y) {
       panels_.plan->show_status(component == Component::resistivity ? "Resistivity" : "Phase",
-                                off ? QString() : qt_text(format_number(x, x_format)),
+                                off ? QString() : x_text(x),
                                 off ? QString() : qt_text(format_number(y, "0.00")));
     };
   };
-  connect(&raw_.graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0000"));
-  connect(&panels_.station->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0000"));
-  connect(&panels_.profile->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0"));
+  const XText frequency_text = [](double x) { return graph::FrequencyAxis::instance().text(x); };
+  const XText position_text = [](double x) { return qt_text(format_number(x, "0.0")); };
+  connect(&raw_.graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
+  connect(&panels_.station->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
+  connect(&panels_.profile->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(position_text));
 }
 
 void SurveyDisplay::display_site_map() {

@@ -27,7 +27,8 @@ graph::SeriesStyle style_of(const RepeatDataSet& data, std::size_t k, Modes mode
     style.colour = black;
   }
   if (average && data.slots[k].reading.UseReading) {
-    style.width = 3.0;
+    const bool selected = &data == &Module_averaged_data::data_sets().repeats;
+    style.width = selected ? 3.0 : 2.0;
   }
   return style;
 }

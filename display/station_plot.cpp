@@ -59,11 +59,13 @@ ErrorBars error_bars_of(const StationSlot& slot) {
   return slot.kind == StationSlotKind::neighbour ? ErrorBars::none : ErrorBars::shown;
 }
 
-/// With two modes on show the colour says which it is, and the width which curve counts.
+/// With two modes on show the colour says which it is, and the width which curve counts. The selected one is
+/// the widest, and so the uppermost, which takes the clicks.
 graph::SeriesStyle mode_style_of(const StationSlot& slot, const std::string& data_type) {
   graph::SeriesStyle style;
   const bool merged = slot.kind == StationSlotKind::merged;
-  style.width = merged ? 3.0 : 1.0;
+  const bool selected = data_type == Module_averaged_data::data_sets().station.key.data_type;
+  style.width = merged ? (selected ? 3.0 : 2.0) : 1.0;
   style.colour = merged ? mode_colour(data_type) : pale_mode_colour(data_type);
   if (!slot.reading.UseReading) {
     style.colour = graph::unused_colour;

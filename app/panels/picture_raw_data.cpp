@@ -40,10 +40,10 @@ RawPanel::RawPanel(QWidget* parent)
   Combo_scan_rate_->setToolTip("The scan rate whose repeats are shown");
   Command_show_plan_->setToolTip("Shows where the stations are in place of the repeats");
   auto* const headings = new QHBoxLayout;
-  headings->addWidget(Label_raw_, 1);
+  headings->addWidget(Label_raw_, 3);
   headings->addWidget(Label_raw_modes_);
   Label_raw_graph_->setAlignment(Qt::AlignRight);
-  headings->addWidget(Label_raw_graph_, 1);
+  headings->addWidget(Label_raw_graph_, 2);
   auto* const left = new QVBoxLayout;
   left->setSpacing(4);
   left->addLayout(headings);

@@ -62,10 +62,10 @@ StationPanel::StationPanel(QWidget* parent)
 
 QHBoxLayout* StationPanel::make_headings() {
   auto* const row = new QHBoxLayout;
-  row->addWidget(Label_station_, 1);
+  row->addWidget(Label_station_, 3);
   row->addWidget(Label_station_modes_);
   Label_station_graph_->setAlignment(Qt::AlignRight);
-  row->addWidget(Label_station_graph_, 1);
+  row->addWidget(Label_station_graph_, 2);
   return row;
 }
 

@@ -434,10 +434,14 @@ std::optional<graph::PointIndex> VexGraphControl::point_at(QPointF at) const {
 }
 
 QString VexGraphControl::point_text(graph::PointIndex at) const {
-  if (point_text_) {
-    return point_text_(at.series, at.point);
-  }
   const graph::PlotSeries& series = content_.series(at.series);
   const auto p = static_cast<std::size_t>(at.point);
+  if (point_text_) {
+    const QString text = point_text_(at.series, at.point);
+    const graph::FrequencyAxis& axis = graph::FrequencyAxis::instance();
+    return x_is_frequency_ && axis.shows_periods() && !text.isEmpty()
+               ? text + QStringLiteral("\nPeriod %1 s").arg(axis.text(shown_x(series.x[p])))
+               : text;
+  }
   return QStringLiteral("%1, %2").arg(shown_x(series.x[p])).arg(series.y[p]);
 }

@@ -18,4 +18,9 @@ QString FrequencyAxis::title() const {
   return shows_periods_ ? QStringLiteral("Period (s)") : QStringLiteral("Frequency (Hz)");
 }
 
+QString FrequencyAxis::text(double shown) const {
+  constexpr int digits = 4;
+  return QString::number(shown, shows_periods_ ? 'g' : 'f', digits);
+}
+
 }  // namespace graph

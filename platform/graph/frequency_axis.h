@@ -23,6 +23,9 @@ class FrequencyAxis final : public QObject {
   /// What the axis says at a frequency: Hz or s.
   [[nodiscard]] double shown(double frequency) const { return shows_periods_ ? 1.0 / frequency : frequency; }
 
+  /// "64.0000" of a frequency; a period in four digits, as short ones have no decimals to lose.
+  [[nodiscard]] QString text(double shown) const;
+
  Q_SIGNALS:
   void changed();
 

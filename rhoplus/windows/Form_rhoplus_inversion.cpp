@@ -17,6 +17,7 @@
 #include "display/selection.h"
 #include "display/site_names.h"
 #include "display/windows/graph_pair.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/input_only_to.h"
 #include "platform/widgets/panel_controls.h"
@@ -231,7 +232,7 @@ void Form_rhoplus_inversion::toggle_log() {
 
 void Form_rhoplus_inversion::show_pointer(Component component, bool off, double x, double y) {
   panels_[0]->setText(component == Component::resistivity ? "Resistivity" : "Phase");
-  panels_[1]->setText(off ? QString() : qt_text(format_number(x, "0.0000")));
+  panels_[1]->setText(off ? QString() : graph::FrequencyAxis::instance().text(x));
   panels_[2]->setText(off ? QString() : qt_text(format_number(y, "0.00")));
 }
 

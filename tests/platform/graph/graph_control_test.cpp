@@ -374,8 +374,10 @@ class GraphControlTest : public QObject {
     QCOMPARE(control_->x_range(), home);
     QVERIFY(place(0, 0).x() > place(0, 1).x());
     QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
+    control_->set_point_text([](int, int) { return QStringLiteral("10 Hz"); });
     move(*control_, place(1, 1));
-    QVERIFY(std::abs(moved.last().at(1).toDouble() * 10.0 - 1.0) < 0.03);  // 10 Hz
+    QVERIFY(std::abs(moved.last().at(1).toDouble() * 10.0 - 1.0) < 0.03);
+    QCOMPARE(QToolTip::text(), QStringLiteral("10 Hz\nPeriod 0.1 s"));
     const QRect area = control_->plot_area();
     drag(*control_, place(1, 1), area.bottomRight() - QPoint(5, 5), Qt::LeftButton);  // the longer periods
     QVERIFY(control_->zoomed());
