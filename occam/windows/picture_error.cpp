@@ -118,7 +118,7 @@ void PictureError::paint_labels(QPainter& painter) const {
   const graph::FrequencyAxis& axis = graph::FrequencyAxis::instance();
   std::vector<graph::PictureTick> frequencies;
   for (int i = 0; i < response_.resp_frequency_count(); ++i) {
-    constexpr int digits = 4;
+    const int digits = axis.shows_periods() ? 2 : 4;  // short periods begin with zeros
     const QString label =
         QString::number(axis.shown(response_.resp_frequencies[static_cast<std::size_t>(i)]), 'g', digits);
     frequencies.push_back({area.top() + area.height() * (i + 0.5) / response_.resp_frequency_count(), label});
