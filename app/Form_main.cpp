@@ -20,6 +20,7 @@
 #include "app/help/help_key.h"
 #include "app/imported_line.h"
 #include "app/line_document_file.h"
+#include "app/main_toolbar.h"
 #include "app/panels/output_panel.h"
 #include "app/panels/picture_station.h"
 #include "app/recent_surveys.h"
@@ -32,6 +33,8 @@
 #include "app/tools/Form_find_file.h"
 #include "app/tools/Form_frequency.h"
 #include "app/tools/Form_memory_status.h"
+#include "app/view_menu.h"
+#include "app/view_settings.h"
 #include "app/work_line.h"
 #include "core/finished_work.h"
 #include "core/preferences.h"
@@ -94,6 +97,16 @@ bool uses_left_and_right(const QWidget* control) {
          qobject_cast<const QTabBar*>(control) != nullptr;
 }
 
+/// The copy opens where the survey was looked at.
+bool save_and_stay() {
+  const std::string place = Module_Brenlox::place_on_show();
+  const bool saved = Module_Brenlox::save_survey_as();
+  if (saved) {
+    Module_Brenlox::remember_place(place);
+  }
+  return saved;
+}
+
 /// A dialog is up, or a run lets events in.
 bool is_at_work() {
   return QApplication::activeModalWidget() != nullptr || QApplication::overrideCursor() != nullptr;
@@ -120,6 +133,7 @@ Form_main::Form_main(QWidget* parent)
   connect_output_menus();
   connect_help_menu();
   add_keys();
+  fill_toolbar();
   Module_Brenlox::reset_session();
   show_no_survey();
 }
@@ -217,8 +231,7 @@ void Form_main::connect_file_menu() {
     connect(menu_item("menu_file_list", static_cast<int>(index)), &QAction::triggered, this,
             [this, index] { open_survey(QString::fromStdString(session().recent_files.at(index))); });
   }
-  connect(ui_->menu_saveas, &QAction::triggered, this,
-          [this] { change_survey(Module_Brenlox::save_survey_as); });
+  connect(ui_->menu_saveas, &QAction::triggered, this, [this] { change_survey(save_and_stay); });
   connect(ui_->menu_line_document, &QAction::triggered, this, &Form_main::write_line_document);
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
   connect(ui_->menu_file, &QMenu::aboutToShow, this, &Form_main::show_recent_files);  // files come and go
@@ -299,6 +312,38 @@ void Form_main::add_keys() {
   }
 }
 
+void Form_main::fill_toolbar() {
+  toolbar_ = new MainToolbar(this);
+  addToolBar(toolbar_);
+  view_menu_ = new ViewMenu(*ui_->menu_view_data, *display_, this);
+  toolbar_->add_item(*ui_->menu_database_file_1, ToolbarIcon::open, "Open a survey");
+  toolbar_->add_item(*ui_->menu_import_MT, ToolbarIcon::import_files, "Import field files");
+  toolbar_->addSeparator();
+  toolbar_->add_item(*ui_->menu_undo, ToolbarIcon::undo, "Undo the last change");
+  toolbar_->add_item(*ui_->menu_redo, ToolbarIcon::redo, "Do again what was undone");
+  toolbar_->addSeparator();
+  QAction* const previous = toolbar_->add_button("Toolbar_previous", ToolbarIcon::previous,
+                                                 "Previous station", "Previous station of the line (Left)");
+  connect(previous, &QAction::triggered, ui_->Selection_row,
+          [this] { ui_->Selection_row->step_station(-1); });
+  QAction* const next = toolbar_->add_button("Toolbar_next", ToolbarIcon::next, "Next station",
+                                             "Next station of the line (Right)");
+  connect(next, &QAction::triggered, ui_->Selection_row, [this] { ui_->Selection_row->step_station(1); });
+  toolbar_->add_item(*view_menu_->both_modes(), ToolbarIcon::both_modes, "ExHy and EyHx together");
+  toolbar_->addSeparator();
+  toolbar_->add_item(*ui_->menu_pseudo_section, ToolbarIcon::pseudo_section, "Pseudo-section of the line");
+  QAction* const invert = toolbar_->add_button("Toolbar_invert", ToolbarIcon::invert, "Invert",
+                                               "One-dimensional inversion of the merged curve");
+  connect(invert, &QAction::triggered, rhoplus_, &RhoplusWindows::show_results);
+  toolbar_->add_item(*ui_->menu_occam2d, ToolbarIcon::inversion, "Runs of two-dimensional inversion");
+  toolbar_->add_item(*ui_->menu_transfer_functions, ToolbarIcon::export_files,
+                     "Export transfer functions for other programs");
+  toolbar_->set_needs({ui_->menu_import_MT},
+                      {previous, next, view_menu_->both_modes(), ui_->menu_pseudo_section, invert,
+                       ui_->menu_transfer_functions});
+  view_menu_->switch_toolbar(*toolbar_);
+}
+
 QAction* Form_main::menu_item(const char* array, int index) const {
   return findChild<QAction*>(QString("%1_%2").arg(array).arg(index));
 }
@@ -371,6 +416,7 @@ void Form_main::dropEvent(QDropEvent* event) {
 
 void Form_main::change_survey(const std::function<bool()>& change) {
   leave_text_box();
+  Module_Brenlox::remember_place(Module_Brenlox::place_on_show());
   const bool changed = change();
   if (changed || !session().database_open) {
     show_no_survey();
@@ -429,6 +475,7 @@ void Form_main::closeEvent(QCloseEvent* event) {
     return;
   }
   leave_text_box();
+  Module_Brenlox::remember_place(Module_Brenlox::place_on_show());
   Module_Brenlox::write_preferences();
   settings_store().set_value(application, settings_section, maximized_key, isMaximized() ? "1" : "0");
   rhoplus_->close_results();
@@ -457,6 +504,7 @@ void Form_main::set_database_menus(bool open) {
   } else {
     ui_->Frame_display->hide();
     ui_->Picture_open->show();
+    toolbar_->enable_items(false, false);
     rhoplus_->close_results();
     tensor_->close_all();
     display_->clear();
@@ -489,6 +537,7 @@ void Form_main::show_panels(bool any_readings) {
   output_->hide();
   ui_->Command_first_import->setVisible(!any_readings);
   ui_->Selection_row->setVisible(any_readings);
+  toolbar_->enable_items(session().database_open, any_readings);
   ui_->Splitter_profile->setVisible(any_readings);
   if (any_readings) {
     ui_->Frame_display->layout()->activate();

@@ -18,11 +18,13 @@ class Form_main;
 }
 class QLabel;
 class HelpKey;
+class MainToolbar;
 class OutputPanel;
 class ResultsWindows;
 class RhoplusWindows;
 class SurveyDisplay;
 class TensorWindows;
+class ViewMenu;
 class WorkLine;
 
 class Form_main : public QMainWindow {
@@ -55,6 +57,7 @@ class Form_main : public QMainWindow {
   void connect_output_menus();
   void connect_help_menu();
   void add_keys();
+  void fill_toolbar();
   void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
@@ -91,6 +94,8 @@ class Form_main : public QMainWindow {
   HelpKey* help_key_;
   WorkLine* work_line_ = nullptr;
   SurveyDisplay* display_ = nullptr;
+  ViewMenu* view_menu_ = nullptr;
+  MainToolbar* toolbar_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
   TensorWindows* tensor_ = nullptr;

@@ -9,12 +9,15 @@
 #include "app/panels/picture_station.h"
 #include "app/panels/picture_stats.h"
 #include "app/panels/selection_row.h"
+#include "app/view_settings.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
 #include "database/stations.h"
+#include "display/both_modes.h"
 #include "display/plan_view.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
 
@@ -72,16 +75,19 @@ void SurveyDisplay::connect_graphs() {
             show_click(click);
             panels_.plan->show_status(qt_text(click.status_text));
           });
-  const auto follow_pointer = [this](const char* x_format) {
-    return [this, x_format](Component component, bool off, double x, double y) {
+  using XText = QString (*)(double x);
+  const auto follow_pointer = [this](XText x_text) {
+    return [this, x_text](Component component, bool off, double x, double y) {
       panels_.plan->show_status(component == Component::resistivity ? "Resistivity" : "Phase",
-                                off ? QString() : qt_text(format_number(x, x_format)),
+                                off ? QString() : x_text(x),
                                 off ? QString() : qt_text(format_number(y, "0.00")));
     };
   };
-  connect(&raw_.graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0000"));
-  connect(&panels_.station->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0000"));
-  connect(&panels_.profile->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0"));
+  const XText frequency_text = [](double x) { return graph::FrequencyAxis::instance().text(x); };
+  const XText position_text = [](double x) { return qt_text(format_number(x, "0.0")); };
+  connect(&raw_.graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
+  connect(&panels_.station->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
+  connect(&panels_.profile->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(position_text));
 }
 
 void SurveyDisplay::display_site_map() {
@@ -89,6 +95,7 @@ void SurveyDisplay::display_site_map() {
     SelectionLists lists;
     axis_.reset();
     const bool read = fill_selection_lists(lists) == 0;
+    lists.station_index = Module_Brenlox::remembered_station();
     show_survey(lists, read);
   } else if (session().current_station_index < 1) {
     display_station(first_station_of_current_line());
@@ -142,6 +149,17 @@ void SurveyDisplay::redraw() {
   all.draw_raw = true;
   draw(all);
   Q_EMIT data_changed();
+}
+
+void SurveyDisplay::show_both_modes(bool both) {
+  ask_for_both_modes(both);
+  if (session().database_open && session().current_station_index > 0) {
+    Redisplay station;
+    station.draw_station = station.draw_raw = true;
+    const bool plan = !panels_.plan->shows_raw_data();
+    draw(station);
+    panels_.plan->show_raw_data(!plan);
+  }
 }
 
 void SurveyDisplay::clear() {
@@ -201,6 +219,9 @@ void SurveyDisplay::draw(const Redisplay& redisplay) {
   }
   if (redisplay.mark_station || redisplay.draw_station) {
     panels_.station->show_merged_switches();
+  }
+  if (redisplay.draw_station || redisplay.draw_raw) {
+    static_cast<void>(load_other_mode());
   }
   if (redisplay.draw_station) {
     panels_.station->display_station_data(fixed_scale);
@@ -313,6 +334,9 @@ void SurveyDisplay::put_back(const Kept& kept) {
 void SurveyDisplay::show_click(const PointClick& click) {
   if (click.station_to_display > 0) {
     display_station(click.station_to_display);
+  }
+  if (!click.data_type.empty()) {
+    apply(choose_data_type(click.data_type));
   }
   if (!click.frequency_text.empty()) {
     panels_.selection->show_read_out(click);

@@ -38,6 +38,8 @@ class SurveyDisplay : public QObject {
   void reload_readings();
   /// Draws all graphs after a change of what is shown of the data.
   void redraw();
+  /// Whether the graphs of a station show the other mode, too.
+  void show_both_modes(bool both);
   void clear();
   void undo();
   void redo();

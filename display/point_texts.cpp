@@ -7,6 +7,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "database/survey_database.h"
+#include "display/both_modes.h"
 #include "display/raw_plot.h"
 #include "display/selection.h"
 #include "display/site_names.h"
@@ -122,42 +123,36 @@ std::string reading_point_text(const std::string& series, const StoredReading& r
   return file.empty() ? text : text + "\n" + file;
 }
 
-bool in_repeats(std::size_t slot, std::size_t point) {
-  const auto& slots = averaged::data_sets().repeats.slots;
-  return slot < slots.size() && point < slots[slot].reading.curve.count();
-}
-
-bool in_station(std::size_t slot, std::size_t point) {
-  const auto& slots = averaged::data_sets().station.slots;
-  return slot < slots.size() && point < slots[slot].reading.curve.count();
-}
-
 }  // namespace
 
 std::string raw_point_text(std::size_t slot, std::size_t point, Component component) {
-  if (!in_repeats(slot, point)) {
+  const averaged::RepeatSlot* const shown = shown_repeat_slot(slot);
+  if (shown == nullptr || point >= shown->reading.curve.count()) {
     return {};
   }
-  const StoredReading& reading = averaged::data_sets().repeats.slots[slot].reading;
+  const StoredReading& reading = shown->reading;
+  const std::size_t own = averaged::data_sets().repeats.slots.size();
   std::string series = raw_series_label(slot);
-  if (slot > 0) {
+  if (slot != 0 && slot != own) {  // the averages
     series += " (event " + format_number(reading.EventNumber, "0") + ")";
   }
   return reading_point_text(series, reading, point, component, 1.0F,
-                            repeats_at(reading.curve.frequencies[point], component)) +
+                            slot < own ? repeats_at(reading.curve.frequencies[point], component) : 0) +
          site_line();
 }
 
 std::string station_point_text(std::size_t slot, std::size_t point, Component component) {
-  if (!in_station(slot, point)) {
+  const averaged::StationSlot* const shown = shown_station_slot(slot);
+  if (shown == nullptr || point >= shown->reading.curve.count()) {
     return {};
   }
-  const auto& slots = averaged::data_sets().station.slots;
+  const bool own = slot < averaged::data_sets().station.slots.size();
+  const auto& slots = own ? averaged::data_sets().station.slots : other_mode().station.slots;
   const float factor = component == Component::resistivity ? slots.front().reading.ResOffset : 1.0F;
-  const StoredReading& reading = slots[slot].reading;
+  const StoredReading& reading = shown->reading;
   const std::size_t repeats =
-      are_loaded(slots[slot]) ? repeats_at(reading.curve.frequencies[point], component) : 0;
-  const bool neighbour = slots[slot].kind == averaged::StationSlotKind::neighbour;  // its label names it
+      own && are_loaded(*shown) ? repeats_at(reading.curve.frequencies[point], component) : 0;
+  const bool neighbour = shown->kind == averaged::StationSlotKind::neighbour;  // its label names it
   return reading_point_text(station_series_label(slot), reading, point, component, factor, repeats) +
          (neighbour ? std::string() : site_line());
 }

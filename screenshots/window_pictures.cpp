@@ -102,6 +102,12 @@ Widget& control(const QWidget& window, const char* name) {
 
 void press(const QWidget& window, const char* name) { control<QPushButton>(window, name).click(); }
 
+void show_modes_and_periods(const QWidget& window, bool shown) {
+  for (const char* const item : {"menu_both_modes", "menu_periods"}) {
+    control<QAction>(window, item).setChecked(shown);
+  }
+}
+
 std::vector<std::string> field_files() {
   return Module_data_file::find_import_files(Module_util::directory_of(session().database_file), "edi");
 }
@@ -229,7 +235,12 @@ QWidget* window_beside(const QWidget& window) {
 // States of the main window come first and last, as they stay.
 const WindowPicture pictures[] = {
     {"main_window"},
-    {"plan", nullptr, [](QWidget& window) { press(window, "Command_show_plan"); }},
+    {"both_modes", nullptr, [](QWidget& window) { show_modes_and_periods(window, true); }},
+    {"plan", nullptr,
+     [](QWidget& window) {
+       show_modes_and_periods(window, false);
+       press(window, "Command_show_plan");
+     }},
     {"import_files", "menu_import_MT", choose_files},
     {"import_data", "menu_import_MT",
      [](QWidget& window) {

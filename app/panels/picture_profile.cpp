@@ -22,7 +22,8 @@ std::optional<double> current_x(const LineAxis& axis) {
 ProfilePanel::ProfilePanel(QWidget* parent)
     : QWidget(parent),
       notice_(named(new NoticeBar, "Notice_profile")),
-      graphs_(new GraphPairWidget("vxgraph_Profile", graph::AxisType::linear, "Station (m)")) {
+      graphs_(new GraphPairWidget("vxgraph_Profile", GraphPairWidget::XAxis::position)) {
+  graphs_->set_x_title("Station (m)");
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(2);

@@ -50,6 +50,7 @@ class StationPanel : public QWidget {
   GraphPairWidget* graphs_;
   QLabel* Label_station_;
   QLabel* Label_station_graph_;
+  QLabel* Label_station_modes_;
   std::array<QCheckBox*, 3> Check_use_merged_{};
   QLineEdit* Text_static_;
   QString shown_static_;  // as the program has written it

@@ -26,16 +26,15 @@ void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
   }
 }
 
-GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
-                                 QWidget* parent)
-    : QWidget(parent) {
+GraphPairWidget::GraphPairWidget(const QString& name, XAxis x_axis, QWidget* parent) : QWidget(parent) {
   for (std::size_t index = 0; index < graphs_.size(); ++index) {
     auto* const graph = new VexGraphControl(this);
     graphs_[index] = graph;
     graph->setObjectName(QString("%1_%2").arg(name).arg(index));
-    graph->set_xaxistype(x_type);
-    if (x_type == graph::AxisType::logarithmic) {
+    if (x_axis == XAxis::frequency) {
+      graph->set_xaxistype(graph::AxisType::logarithmic);
       graph->set_xaxiscutoff(frequency_cutoff);
+      graph->set_x_frequency();
     }
     const auto component = static_cast<Component>(index);
     connect(graph, &VexGraphControl::point_selected, this,
@@ -48,7 +47,6 @@ GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, co
   graphs_[0]->set_y_title("Apparent resistivity (ohm-m)");
   graphs_[0]->set_x_labels_shown(false);
   graphs_[1]->set_y_title("Phase (deg)");
-  graphs_[1]->set_x_title(x_title);
   graphs_[0]->share_x_zoom(*graphs_[1]);
 }
 

@@ -21,10 +21,12 @@ class GraphPairWidget : public QWidget {
   using Component = Module_averaged_data::Component;
   using PointText = std::function<std::string(std::size_t series, std::size_t point, Component)>;
 
-  /// @param name of the control array; its members are name_0, resistivity, and name_1, phase
-  GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
-                  QWidget* parent = nullptr);
+  enum class XAxis { frequency, position };
 
+  /// @param name of the control array; its members are name_0, resistivity, and name_1, phase
+  GraphPairWidget(const QString& name, XAxis x_axis, QWidget* parent = nullptr);
+
+  /// Of an axis of positions.
   void set_x_title(const QString& title) { graphs_[1]->set_x_title(title); }
   void clear();
   /// Takes a plot over and draws each graph once, with a blue line at a marked place of the x axis.

@@ -47,7 +47,7 @@ void place_pair(graph::PdfPages& pages, const std::string& title, GraphPair plot
   if (plot.empty()) {
     return;
   }
-  GraphPairWidget pair("page", graph::AxisType::logarithmic, "Frequency (Hz)");
+  GraphPairWidget pair("page", GraphPairWidget::XAxis::frequency);
   pair.show_plot(std::move(plot));
   pair.place_on(pages, below);
 }
@@ -57,7 +57,8 @@ void add_profile(graph::PdfPages& pages, PositionSource positions) {
   LineAxis axis;
   axis.take_line(session().current_line);
   static_cast<void>(axis.choose(positions));
-  GraphPairWidget pair("page", graph::AxisType::linear, axis.title());
+  GraphPairWidget pair("page", GraphPairWidget::XAxis::position);
+  pair.set_x_title(axis.title());
   GraphPair plot = profile_plot(axis);
   if (!plot.empty()) {
     pair.show_plot(std::move(plot));

@@ -81,6 +81,10 @@ class VexGraphControl final : public QWidget {
   /// "Frequency (Hz)"; a title longer than its axis loses words from the front.
   void set_x_title(const QString& title);
   void set_y_title(const QString& title);
+  /// x is frequency, Hz: title and labels follow graph::FrequencyAxis.
+  void set_x_frequency();
+  /// What the x axis says at a coordinate: a period where those are shown.
+  double shown_x(double x) const;
   /// The upper of two charts with a common x axis leaves its labels to the lower one.
   void set_x_labels_shown(bool shown);
   void set_error_bars_shown(bool shown);
@@ -129,7 +133,8 @@ class VexGraphControl final : public QWidget {
 
  Q_SIGNALS:
   void point_selected(int series, int point);
-  void pointer_moved(bool off_graph, double x, double y);  // x and y are 0 off the graph
+  /// x and y as the axes are labelled: a period where those are shown. Both are 0 off the graph.
+  void pointer_moved(bool off_graph, double x, double y);
   void x_view_changed(bool zoomed, double lower, double upper);
   void error_bars_toggled(bool shown);
 
@@ -148,6 +153,7 @@ class VexGraphControl final : public QWidget {
   void show_everything();
   void pan(QPointF from, QPointF to);
   void turn_wheel(QPointF at, double notches);
+  void follow_frequency_axis();
   void follow_x_view(bool zoomed, double lower, double upper);
   void view_changed();
   void set_zoom_home();
@@ -172,6 +178,7 @@ class VexGraphControl final : public QWidget {
   graph::OverlayLines* overlay_ = nullptr;
   graph::PointerMarks* pointer_marks_ = nullptr;
   int draw_count_ = 0;
+  bool x_is_frequency_ = false;
   bool x_labels_shown_ = true;
   bool error_bars_shown_ = true;
   bool points_beyond_marked_ = false;

@@ -1,6 +1,7 @@
 #include "platform/graph/graph_marks.h"
 
 #include <cmath>
+#include <utility>
 
 #include "platform/graph/point_search.h"
 #include "platform/graph/series_painter.h"
@@ -10,6 +11,9 @@ namespace {
 
 /// Pixel of a coordinate; an infinite one, or one a logarithmic axis can't show, lies just outside the area.
 double line_end(const QCPAxis& axis, double coordinate, double low_edge, double high_edge) {
+  if (axis.rangeReversed()) {
+    std::swap(low_edge, high_edge);
+  }
   if (std::isinf(coordinate)) {
     return coordinate < 0.0 ? low_edge : high_edge;
   }

@@ -16,6 +16,7 @@
 #include "display/selection.h"
 #include "display/site_names.h"
 #include "display/windows/graph_pair.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/input_only_to.h"
 #include "platform/widgets/panel_controls.h"
@@ -50,7 +51,7 @@ Form_rhoplus_inversion::Form_rhoplus_inversion(Module_output::RhoplusSettings& s
 Form_rhoplus_inversion::~Form_rhoplus_inversion() = default;
 
 void Form_rhoplus_inversion::compose() {
-  graphs_ = new GraphPairWidget("vxgraph_station", graph::AxisType::logarithmic, "Frequency (Hz)");
+  graphs_ = new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency);
   auto* const fit = new QVBoxLayout(ui_->Picture_fit);
   fit->setContentsMargins(0, 0, 0, 0);
   fit->addWidget(graphs_);
@@ -230,7 +231,7 @@ void Form_rhoplus_inversion::toggle_log() {
 
 void Form_rhoplus_inversion::show_pointer(Component component, bool off, double x, double y) {
   panels_[0]->setText(component == Component::resistivity ? "Resistivity" : "Phase");
-  panels_[1]->setText(off ? QString() : qt_text(format_number(x, "0.0000")));
+  panels_[1]->setText(off ? QString() : graph::FrequencyAxis::instance().text(x));
   panels_[2]->setText(off ? QString() : qt_text(format_number(y, "0.00")));
 }
 

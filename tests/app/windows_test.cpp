@@ -16,6 +16,7 @@
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QToolBar>
 #include <algorithm>
 #include <fstream>
 #include <vector>
@@ -119,8 +120,11 @@ bool has_a_name(QWidget& control) {
 }
 
 /// Only the button of a group that is chosen takes the keyboard; arrows go on to the others. A text to read
-/// has a click at most.
+/// has a click at most. Buttons of a toolbar repeat what menus and keys do.
 bool must_be_reached(const QWidget& control) {
+  if (qobject_cast<const QToolBar*>(control.parentWidget()) != nullptr) {
+    return false;
+  }
   const auto* const option = qobject_cast<const QRadioButton*>(&control);
   const auto* const text = qobject_cast<const QLineEdit*>(&control);
   return (option == nullptr || option->isChecked()) && (text == nullptr || !text->isReadOnly());

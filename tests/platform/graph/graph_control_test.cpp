@@ -8,8 +8,10 @@
 #include <QWheelEvent>
 #include <limits>
 
+#include "core/scope_guard.h"
 #include "graph_samples.h"
 #include "platform/graph/axis_ticks.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/graph/pdf_pages.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/recording_interface.h"
@@ -356,6 +358,36 @@ class GraphControlTest : public QObject {
     moved.clear();
     QApplication::sendEvent(control_.get(), &leave);
     QCOMPARE(moved.last().at(0).toBool(), true);
+  }
+
+  void periods_rise_to_the_right_and_the_view_stays_one_of_frequencies() {
+    graph::FrequencyAxis& axis = graph::FrequencyAxis::instance();
+    const ScopeGuard back([&] { axis.show_periods(false); });
+    control_->set_x_frequency();
+    control_->draw_graph();
+    const graph::AxisRange home = control_->x_range();
+    const int low_frequency = place(0, 0).x();
+    const int high_frequency = place(0, 1).x();
+    QVERIFY(low_frequency < high_frequency);
+    axis.show_periods(true);
+    QTest::qWait(20);
+    QCOMPARE(control_->x_range(), home);
+    QVERIFY(place(0, 0).x() > place(0, 1).x());
+    QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
+    control_->set_point_text([](int, int) { return QStringLiteral("10 Hz"); });
+    move(*control_, place(1, 1));
+    QVERIFY(std::abs(moved.last().at(1).toDouble() * 10.0 - 1.0) < 0.03);
+    QCOMPARE(QToolTip::text(), QStringLiteral("10 Hz\nPeriod 0.1 s"));
+    const QRect area = control_->plot_area();
+    drag(*control_, place(1, 1), area.bottomRight() - QPoint(5, 5), Qt::LeftButton);  // the longer periods
+    QVERIFY(control_->zoomed());
+    QVERIFY(std::abs(control_->x_range().upper / 10.0 - 1.0) < 0.05);
+    QVERIFY(control_->x_range().lower < 1.0);
+    control_->reset_zoom();
+    axis.show_periods(false);
+    control_->draw_graph();
+    QTest::qWait(20);
+    QCOMPARE(place(0, 0).x(), low_frequency);
   }
 
   void overlay_reaches_both_edges_whatever_the_limits_become() {
