@@ -18,6 +18,7 @@ class Form_main;
 }
 class QLabel;
 class HelpKey;
+class MarkingActions;
 class OutputPanel;
 class ResultsWindows;
 class RhoplusWindows;
@@ -88,6 +89,7 @@ class Form_main : public QMainWindow {
   QLabel* version_;
   HelpKey* help_key_;
   SurveyDisplay* display_ = nullptr;
+  MarkingActions* marking_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
   TensorWindows* tensor_ = nullptr;

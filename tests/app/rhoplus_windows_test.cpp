@@ -204,7 +204,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     const auto* const log = result<QPlainTextEdit>("Text_rhoplus_out");
     auto* const button = result<QPushButton>("Command_rhoplus_log");
     QVERIFY(log->isHidden());
-    QCOMPARE(button->text(), QString("Data"));
+    QCOMPARE(button->text(), QString("Results"));
     QTest::mouseClick(button, Qt::LeftButton);
     QVERIFY(log->isVisible());
     QVERIFY(log->toPlainText().size() > 200);
