@@ -214,7 +214,8 @@ class MainViewTest : public QObject, private MainViewFixture {
           QTest::mouseClick(dialog->findChild<QPushButton*>("Command_save_changes"), Qt::LeftButton);
         }
         QTest::mouseClick(dialog->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
-        QVERIFY(active && undone);
+        QVERIFY2(active, save ? "saving" : "leaving");
+        QVERIFY2(undone, save ? "saving" : "leaving");
       });
       menu("menu_thresholds");
     };
