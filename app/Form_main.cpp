@@ -46,6 +46,7 @@
 #include "database/survey_database.h"
 #include "database/windows/Form_view_table.h"
 #include "display/windows/line_document.h"
+#include "display/windows/marking_actions.h"
 #include "exchange/windows/Form_transfer_functions.h"
 #include "import/field_files.h"
 #include "import/windows/Form_import_MTData.h"
@@ -146,6 +147,11 @@ Form_main::~Form_main() {
 
 void Form_main::compose() {
   ui_->setupUi(this);
+  marking_ = new MarkingActions(*this);
+  ui_->menu_edit->insertActions(ui_->menu_rhoplus_options,
+                                {marking_->actions().begin(), marking_->actions().end()});
+  ui_->menu_edit->insertSeparator(marking_->actions().front());
+  ui_->menu_edit->insertSeparator(ui_->menu_rhoplus_options);
   take_typed_text_before_menus(*this);
   explain_items_without_work();
   setAcceptDrops(true);
@@ -256,6 +262,9 @@ void Form_main::connect_data_menus() {
   connect_survey_edits();
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
+  connect(marking_, &MarkingActions::edited, display_, &SurveyDisplay::redraw);
+  connect(marking_, &MarkingActions::left, display_, &SurveyDisplay::redraw_marks);
+  connect(display_, &SurveyDisplay::marks_changed, marking_, &MarkingActions::show_count);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
   Module_Brenlox::set_redo_listener([this](bool available) { ui_->menu_redo->setEnabled(available); });
 }

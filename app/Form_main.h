@@ -19,6 +19,7 @@ class Form_main;
 class QLabel;
 class HelpKey;
 class MainToolbar;
+class MarkingActions;
 class OutputPanel;
 class ResultsWindows;
 class RhoplusWindows;
@@ -96,6 +97,7 @@ class Form_main : public QMainWindow {
   SurveyDisplay* display_ = nullptr;
   ViewMenu* view_menu_ = nullptr;
   MainToolbar* toolbar_ = nullptr;
+  MarkingActions* marking_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
   TensorWindows* tensor_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "app/panels/picture_plan_group.h"
 #include "app/panels/picture_profile.h"
@@ -16,6 +17,7 @@
 #include "core/user_interface.h"
 #include "database/stations.h"
 #include "display/both_modes.h"
+#include "display/chosen_points.h"
 #include "display/plan_view.h"
 #include "platform/graph/frequency_axis.h"
 #include "platform/widgets/panel_controls.h"
@@ -28,6 +30,7 @@ SurveyDisplay::SurveyDisplay(const Panels& panels, QObject* parent)
     : QObject(parent), panels_(panels), raw_(panels.plan->raw_data()) {
   connect_panels();
   connect_graphs();
+  connect_marking();
 }
 
 void SurveyDisplay::connect_panels() {
@@ -45,6 +48,9 @@ void SurveyDisplay::connect_panels() {
     draw(with_factor);
     Q_EMIT data_changed();
   });
+  // Later: the box tells its text when Enter has been handled.
+  connect(panels_.station, &StationPanel::static_factor_entered, panels_.selection,
+          &SelectionRow::focus_stations, Qt::QueuedConnection);
   connect(&raw_, &RawPanel::edited, this, &SurveyDisplay::redraw);
   connect(panels_.plan, &PlanPanel::station_picked, this,
           [this](int station_index) { display_station(station_index); });
@@ -78,7 +84,10 @@ void SurveyDisplay::connect_graphs() {
   using XText = QString (*)(double x);
   const auto follow_pointer = [this](XText x_text) {
     return [this, x_text](Component component, bool off, double x, double y) {
-      panels_.plan->show_status(component == Component::resistivity ? "Resistivity" : "Phase",
+      const std::string marked = chosen_text();  // stays in view as long as it matters
+      panels_.plan->show_status(!marked.empty()                       ? qt_text(marked)
+                                : component == Component::resistivity ? "Resistivity"
+                                                                      : "Phase",
                                 off ? QString() : x_text(x),
                                 off ? QString() : qt_text(format_number(y, "0.00")));
     };
@@ -88,6 +97,32 @@ void SurveyDisplay::connect_graphs() {
   connect(&raw_.graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
   connect(&panels_.station->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
   connect(&panels_.profile->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(position_text));
+}
+
+void SurveyDisplay::connect_marking() {
+  GraphPairWidget& raw = raw_.graphs();
+  GraphPairWidget& station = panels_.station->graphs();
+  GraphPairWidget& profile = panels_.profile->graphs();
+  for (GraphPairWidget* const graphs : {&raw, &station, &profile}) {
+    graphs->set_marking(true);
+  }
+  using Places = std::vector<PlotPlace>;
+  connect(&raw, &GraphPairWidget::points_enclosed, this, [this](Component component, const Places& places) {
+    choose_raw_points(component, places);
+    redraw_marks();
+  });
+  connect(&station, &GraphPairWidget::points_enclosed, this,
+          [this](Component component, const Places& places) {
+            choose_station_points(component, places);
+            redraw_marks();
+          });
+  connect(&profile, &GraphPairWidget::points_enclosed, this, [this](Component component, Places places) {
+    for (PlotPlace& at : places) {
+      at.point = panels_.profile->column_of(static_cast<int>(at.point));
+    }
+    choose_profile_points(component, places);
+    redraw_marks();
+  });
 }
 
 void SurveyDisplay::display_site_map() {
@@ -162,8 +197,37 @@ void SurveyDisplay::show_both_modes(bool both) {
   }
 }
 
+void SurveyDisplay::redraw_marks() {
+  Redisplay curves;
+  curves.draw_profile = true;
+  curves.draw_station = true;
+  curves.draw_raw = panels_.plan->shows_raw_data();
+  draw(curves);
+}
+
+/// Says how many points are marked, where that has changed.
+void SurveyDisplay::follow_marks() {
+  keep_chosen_points_shown();
+  if (chosen_count() != marks_told_) {
+    marks_told_ = chosen_count();
+    panels_.plan->show_status(qt_text(chosen_text()));
+    Q_EMIT marks_changed();
+  }
+}
+
+/// Says once which curves of the line rest on nothing that is in use.
+void SurveyDisplay::follow_support() {
+  const std::string text = averaged::unsupported_text(averaged::data_sets().unsupported);
+  if (text != support_told_) {
+    support_told_ = text;
+    panels_.profile->show_notice(text.empty() ? std::nullopt : std::optional(LineNotice{text, false}));
+  }
+}
+
 void SurveyDisplay::clear() {
   shown_ = {};
+  forget_chosen_points();
+  follow_marks();
   panels_.profile->clear();
   panels_.profile->show_notice({});
   panels_.station->clear();
@@ -208,7 +272,9 @@ void SurveyDisplay::apply(const Redisplay& redisplay) {
 void SurveyDisplay::draw(const Redisplay& redisplay) {
   const bool fixed_scale = panels_.selection->fixed_scale();
   follow_what_changed();
+  follow_marks();
   follow_line();
+  follow_support();
   if (redisplay.show_line || redisplay.mark_station) {
     panels_.selection->show_station();
   }

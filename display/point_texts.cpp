@@ -123,6 +123,21 @@ std::string reading_point_text(const std::string& series, const StoredReading& r
   return file.empty() ? text : text + "\n" + file;
 }
 
+/// What the merged curve of a station rests on that is switched off.
+std::string support_text(double station) {
+  std::string rates;
+  for (const averaged::UnsupportedCurve& curve : averaged::data_sets().unsupported) {
+    if (curve.station != station || !curve.in_use) {
+      continue;
+    }
+    if (curve.scan_rate == 0.0F) {
+      return nothing_in_use;
+    }
+    rates += (rates.empty() ? "" : ", ") + plain_text(curve.scan_rate);
+  }
+  return rates.empty() ? rates : "\nThe average of " + rates + " Hz rests on no reading in use";
+}
+
 }  // namespace
 
 std::string raw_point_text(std::size_t slot, std::size_t point, Component component) {
@@ -171,7 +186,7 @@ std::string profile_point_text(std::size_t frequency_index, std::size_t column, 
                    at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
   return with_site_name("Station " + plain_text(at.station), station_index_of(at.StationID)) + ": " +
          frequency_text(data.frequencies[frequency_index]) + " Hz, " +
-         value_text(value, error, component, factor, 0) + (off ? ", masked" : "");
+         value_text(value, error, component, factor, 0) + (off ? ", masked" : "") + support_text(at.station);
 }
 
 }  // namespace Module_display_data

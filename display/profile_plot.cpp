@@ -8,7 +8,7 @@
 
 #include "core/absent_value.h"
 #include "core/session_state.h"
-#include "display/marked_points.h"
+#include "display/chosen_points.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
@@ -70,9 +70,7 @@ void add_frequency(GraphPair& plot, const std::vector<PlacedColumn>& columns, st
       }
       const int style = column.UseReading ? used_style : graph::unused_point;
       pane.point_styles[i][j] = mask == 1 ? style : graph::masked_point;
-      if (is_marked({column.ID, frequency, component})) {
-        pane.point_styles[i][j] += graph::ringed;
-      }
+      pane.point_styles[i][j] += ring_of({column.ID, frequency, component});
     };
     fill(plot.resistivity, column.resistivity[i], double{column.ResOffset}, column.mask[i][0],
          Component::resistivity);

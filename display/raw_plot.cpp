@@ -2,9 +2,11 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "display/chosen_points.h"
 #include "display/plot_colours.h"
 #include "display/profile_plot.h"
 #include "display/site_names.h"
+#include "display/station_plot.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
@@ -33,6 +35,12 @@ graph::SeriesStyle style_of(const RepeatDataSet& data, std::size_t k, Modes mode
   return style;
 }
 
+bool average_rests_on_nothing() {
+  const auto& data = Module_averaged_data::data_sets().repeats;
+  return !data.slots.empty() && data.slots.front().reading.ID != 0 &&
+         Module_averaged_data::is_unsupported(data.key.station, data.key.scan_rate);
+}
+
 void add_repeats(GraphPair& plot, AxisExtents& axes, const RepeatDataSet& data, Modes modes) {
   constexpr double as_measured = 1.0;
   for (std::size_t k = 0; k < data.slots.size(); ++k) {
@@ -41,8 +49,12 @@ void add_repeats(GraphPair& plot, AxisExtents& axes, const RepeatDataSet& data, 
                                 slot.reading.UseResistivity, slot.reading.UsePhase};
     axes.include(slot.reading.curve, visibility, as_measured);
     add_curve(plot, slot.reading, slot.list_position, visibility, as_measured, ErrorBars::shown);
-    plot.resistivity.series_styles.back() = style_of(data, k, modes);
-    plot.phase.series_styles.back() = plot.resistivity.series_styles.back();
+    ring_last_curve(plot, slot.reading);
+    graph::SeriesStyle style = style_of(data, k, modes);
+    style.dashed =
+        k == 0 && &data == &Module_averaged_data::data_sets().repeats && average_rests_on_nothing();
+    plot.resistivity.series_styles.back() = style;
+    plot.phase.series_styles.back() = style;
   }
 }
 
@@ -78,7 +90,8 @@ std::string raw_series_label(std::size_t slot) {
   const bool own = slot < data.slots.size();
   const std::size_t number = own ? slot : slot - data.slots.size();
   const std::string mode = other.slots.empty() ? "" : ", " + (own ? data : other).key.data_type;
-  return (number == 0 ? "Average" : "Repeat " + format_number(static_cast<std::int64_t>(number), "0")) + mode;
+  return (number == 0 ? "Average" : "Repeat " + format_number(static_cast<std::int64_t>(number), "0")) +
+         mode + (slot == 0 && average_rests_on_nothing() ? nothing_in_use : "");
 }
 
 }  // namespace Module_display_data

@@ -5,7 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
-#include "display/marked_points.h"
+#include "display/chosen_points.h"
 #include "display/plot_colours.h"
 #include "display/profile_plot.h"
 #include "display/site_names.h"
@@ -54,6 +54,15 @@ graph::SeriesStyle style_of(const StationSlot& slot, std::size_t series) {
   return style;
 }
 
+/// Whether there is nothing in use that the curve would be computed from.
+bool rests_on_nothing(const StationSlot& slot) {
+  const bool is_derived = slot.kind == StationSlotKind::merged || slot.kind == StationSlotKind::average ||
+                          slot.kind == StationSlotKind::neighbour;
+  return is_derived && slot.reading.ID != 0 &&
+         Module_averaged_data::is_unsupported(slot.station,
+                                              slot.kind == StationSlotKind::average ? slot.SampleRate : 0.0F);
+}
+
 /// Neighbours are there to be compared; their bars would hide the curve of the station itself.
 ErrorBars error_bars_of(const StationSlot& slot) {
   return slot.kind == StationSlotKind::neighbour ? ErrorBars::none : ErrorBars::shown;
@@ -80,19 +89,29 @@ void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot
   }
 }
 
-void ring_marked(PanePlot& pane, const Module_database::StoredReading& reading,
-                 Module_averaged_data::Component component) {
-  std::vector<int>& styles = pane.point_styles.back();
-  for (std::size_t i = 0; i < styles.size(); ++i) {
-    if (is_marked({reading.ID, reading.curve.frequencies[i], component})) {
-      styles[i] += graph::ringed;
-    }
+std::string kind_label(const StationSlot& slot) {
+  switch (slot.kind) {
+    case StationSlotKind::merged:
+      return "Merged data";
+    case StationSlotKind::average:
+      return "Averaged data for " + plain_text(slot.SampleRate);
+    case StationSlotKind::file:
+      return "Averaged file for " + plain_text(slot.SampleRate);
+    case StationSlotKind::other_merged:
+      return "Merged file data";
+    case StationSlotKind::neighbour:
+      break;
   }
+  return with_site_name("Merged for " + plain_text(slot.station), slot.station_index);
 }
 
-}  // namespace
-
-namespace {
+/// ", ExHy" while two modes are on show.
+std::string mode_ending(std::size_t slot) {
+  const Module_averaged_data::StationDataSet& own = Module_averaged_data::data_sets().station;
+  const Module_averaged_data::StationDataSet& other = other_mode().station;
+  return other.slots.empty() ? ""
+                             : ", " + (slot < own.slots.size() ? own.key.data_type : other.key.data_type);
+}
 
 void add_station(GraphPair& plot, AxisExtents& axes, const Module_averaged_data::StationDataSet& data,
                  Modes modes) {
@@ -106,10 +125,11 @@ void add_station(GraphPair& plot, AxisExtents& axes, const Module_averaged_data:
     for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
       const bool by_mode = modes == Modes::both && slot.kind != StationSlotKind::neighbour;
       pane->series_styles.back() = by_mode ? mode_style_of(slot, data.key.data_type) : style_of(slot, k);
+      pane->series_styles.back().dashed =
+          &data == &Module_averaged_data::data_sets().station && rests_on_nothing(slot);
       colour_neighbour(*pane, slot, data.slots.front());
     }
-    ring_marked(plot.resistivity, slot.reading, Module_averaged_data::Component::resistivity);
-    ring_marked(plot.phase, slot.reading, Module_averaged_data::Component::phase);
+    ring_last_curve(plot, slot.reading);
   }
 }
 
@@ -136,41 +156,19 @@ GraphPair station_plot(bool fixed_scale, Modes modes) {
 }
 
 std::string station_label() {
-  return with_short_site_name("Merge/averages for " + format_number(session().current_station, "0"),
-                              session().current_station_index);
+  const std::string label = with_short_site_name(
+      "Merge/averages for " + format_number(session().current_station, "0"), session().current_station_index);
+  const bool any = std::ranges::any_of(Module_averaged_data::data_sets().station.slots, rests_on_nothing);
+  return any ? label + ", dashed: no reading in use" : label;
 }
-
-namespace {
-
-std::string kind_text(const StationSlot& slot) {
-  switch (slot.kind) {
-    case StationSlotKind::merged:
-      return "Merged data";
-    case StationSlotKind::average:
-      return "Averaged data for " + plain_text(slot.SampleRate);
-    case StationSlotKind::file:
-      return "Averaged file for " + plain_text(slot.SampleRate);
-    case StationSlotKind::other_merged:
-      return "Merged file data";
-    case StationSlotKind::neighbour:
-      break;
-  }
-  return with_site_name("Merged for " + plain_text(slot.station), slot.station_index);
-}
-
-/// ", ExHy" while two modes are on show.
-std::string mode_ending(std::size_t slot) {
-  const Module_averaged_data::StationDataSet& own = Module_averaged_data::data_sets().station;
-  const Module_averaged_data::StationDataSet& other = other_mode().station;
-  return other.slots.empty() ? ""
-                             : ", " + (slot < own.slots.size() ? own.key.data_type : other.key.data_type);
-}
-
-}  // namespace
 
 std::string station_series_label(std::size_t slot) {
   const StationSlot* const shown = shown_station_slot(slot);
-  return shown == nullptr ? std::string() : kind_text(*shown) + mode_ending(slot);
+  if (shown == nullptr) {
+    return {};
+  }
+  const bool own = slot < Module_averaged_data::data_sets().station.slots.size();
+  return kind_label(*shown) + mode_ending(slot) + (own && rests_on_nothing(*shown) ? nothing_in_use : "");
 }
 
 }  // namespace Module_display_data

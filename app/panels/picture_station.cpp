@@ -105,6 +105,7 @@ void StationPanel::connect_controls() {
   }
   connect(Command_invert_, &QPushButton::clicked, this, &StationPanel::inversion_wanted);
   connect(Text_static_, &QLineEdit::editingFinished, this, &StationPanel::leave_static_factor);
+  connect(Text_static_, &QLineEdit::returnPressed, this, &StationPanel::static_factor_entered);
   for (const QCheckBox* const box : {Check_multi_station_, Check_multi_all_}) {
     connect(box, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(neighbours_changed()); });
   }

@@ -38,6 +38,8 @@ class StationPanel : public QWidget {
   void chosen(const Module_display_data::Redisplay& redisplay);
   void edited();
   void static_factor_changed();
+  /// Enter was pressed in the box of the static factor.
+  void static_factor_entered();
   void inversion_wanted();
 
  private:

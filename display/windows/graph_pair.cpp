@@ -39,6 +39,14 @@ GraphPairWidget::GraphPairWidget(const QString& name, XAxis x_axis, QWidget* par
     const auto component = static_cast<Component>(index);
     connect(graph, &VexGraphControl::point_selected, this,
             [this, component](int series, int point) { Q_EMIT point_selected(component, series, point); });
+    connect(graph, &VexGraphControl::points_enclosed, this,
+            [this, component](const std::vector<graph::PointIndex>& points) {
+              std::vector<Module_display_data::PlotPlace> places;
+              for (const graph::PointIndex& at : points) {
+                places.push_back({static_cast<std::size_t>(at.series), static_cast<std::size_t>(at.point)});
+              }
+              Q_EMIT points_enclosed(component, places);
+            });
     connect(graph, &VexGraphControl::pointer_moved, this,
             [this, component](bool off, double x, double y) { Q_EMIT pointer_moved(component, off, x, y); });
     connect(graph, &VexGraphControl::error_bars_toggled, this, &GraphPairWidget::show_error_bars);
@@ -111,6 +119,12 @@ GraphPairWidget::Views GraphPairWidget::views() const { return {graphs_[0]->view
 void GraphPairWidget::set_views(const Views& views) {
   for (std::size_t index = 0; index < graphs_.size(); ++index) {
     graphs_[index]->set_view(views[index]);
+  }
+}
+
+void GraphPairWidget::set_marking(bool marking) {
+  for (VexGraphControl* const graph : graphs_) {
+    graph->set_marking(marking);
   }
 }
 

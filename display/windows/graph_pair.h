@@ -5,7 +5,9 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "display/chosen_points.h"
 #include "display/pane_plot.h"
 #include "platform/graph/VexGraphControl.h"
 #include "platform/graph/pdf_pages.h"
@@ -38,6 +40,8 @@ class GraphPairWidget : public QWidget {
   using Views = std::array<VexGraphControl::View, 2>;
   [[nodiscard]] Views views() const;
   void set_views(const Views& views);
+  /// Whether Shift and a drag mark points; see points_enclosed.
+  void set_marking(bool marking);
   void set_point_text(const PointText& text);
   /// Draws both graphs in a part of a page.
   void place_on(graph::PdfPages& pages, const QRectF& part);
@@ -46,6 +50,9 @@ class GraphPairWidget : public QWidget {
 
  Q_SIGNALS:
   void point_selected(Module_averaged_data::Component component, int series, int point);
+  /// A rectangle was drawn around these, of one of the graphs; may be none.
+  void points_enclosed(Module_averaged_data::Component component,
+                       const std::vector<Module_display_data::PlotPlace>& places);
   void pointer_moved(Module_averaged_data::Component component, bool off_graph, double x, double y);
 
  protected:

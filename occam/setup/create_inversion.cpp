@@ -24,6 +24,7 @@
 #include "occam/setup/run_files.h"
 #include "occam/setup/site_names.h"
 #include "platform/files/safe_files.h"
+#include "reduction/unsupported_curves.h"
 
 namespace fs = std::filesystem;
 
@@ -153,6 +154,22 @@ void put_into_place(const RunSet& run, const fs::path& folder, EarlierRun& earli
   earlier.keep();
 }
 
+/// A rotated run takes all elements, any other those of its modes.
+std::string unsupported_text(LineSelection line, const InversionInputs& inputs,
+                             const std::vector<RunMode>& modes) {
+  if (inputs.rotate_to_strike) {
+    line.data_type.clear();
+    return Module_averaged_data::unsupported_hint(line);
+  }
+  std::string text;
+  for (const RunMode& mode : modes) {
+    line.data_type = mode.data_type;
+    const std::string hint = Module_averaged_data::unsupported_hint(line);
+    text += (text.empty() || hint.empty() ? "" : "\n") + hint;
+  }
+  return text;
+}
+
 int create_run(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
                const RhoplusSettings& rhoplus, const StationSteps& steps, CreatedInversion& created) {
   const auto stations = stations_at_positions(line.line, inputs.positions);
@@ -204,6 +221,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     user_interface().show_message(warning);
   }
   put_into_place(run, folder, earlier, scripts);
+  created.unsupported = unsupported_text(line, inputs, design.modes);
   created.data_count = static_cast<int>(run.data.rows.size());
   created.directory = folder.string();
   created.earlier_run = earlier.found() ? earlier.destination().string() : "";
@@ -221,6 +239,9 @@ std::string completion_text(const CreatedInversion& created, const InversionInpu
   }
   if (inputs.rotate_to_strike) {
     text += ". The curves are " + Module_tensor::report_text(*inputs.rotate_to_strike, created.rotation);
+  }
+  if (!created.unsupported.empty()) {
+    text += "\n" + created.unsupported;
   }
   return text;
 }

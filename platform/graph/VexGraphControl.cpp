@@ -335,12 +335,18 @@ std::optional<QRectF> zoom_band(const QRectF& area, QPointF from, QPointF to) {
 void VexGraphControl::show_band(QPointF from, QPointF to) {
   QToolTip::hideText();
   pointer_marks_->set_point(std::nullopt);
-  pointer_marks_->set_band(zoom_band(plot_area(), from, to));
+  pointer_marks_->set_band(band_marks() ? QRectF(from, to).normalized().intersected(plot_area())
+                                        : zoom_band(plot_area(), from, to));
   plot_->layer(pointer_layer)->replot();
 }
 
 void VexGraphControl::zoom_to_band(QPointF from, QPointF to) {
   pointer_marks_->set_band(std::nullopt);
+  if (band_marks()) {
+    plot_->layer(pointer_layer)->replot();
+    report_band(from, to);
+    return;
+  }
   const QRectF area = plot_area();
   const std::optional<QRectF> band = zoom_band(area, from, to);
   if (!band) {
@@ -355,6 +361,14 @@ void VexGraphControl::zoom_to_band(QPointF from, QPointF to) {
     y_view_.show({plot_->yAxis->pixelToCoord(band->bottom()), plot_->yAxis->pixelToCoord(band->top())});
   }
   view_changed();
+}
+
+bool VexGraphControl::band_marks() const { return marking_ && gestures_->shift_held(); }
+
+void VexGraphControl::report_band(QPointF from, QPointF to) {
+  const QRectF area = QRectF(plot_area()).adjusted(-1.0, -1.0, 1.0, 1.0);
+  const QRectF band = QRectF(from, to).normalized().intersected(area);
+  Q_EMIT points_enclosed(graph::points_inside(content_, *plot_->xAxis, *plot_->yAxis, band));
 }
 
 void VexGraphControl::pan(QPointF from, QPointF to) {

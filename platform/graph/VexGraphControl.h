@@ -5,7 +5,8 @@
 //
 // With the mouse: a click on a point selects it at once; a drag zooms to its rectangle (a thin one along its
 // length only) and never selects; the wheel zooms about the pointer, over an axis along that axis only; the
-// middle button drags the plot; a double click resets the zoom. Its first press is a click, its second one
+// middle button drags the plot; Shift and a drag mark the points in the rectangle, in charts whose points can
+// be; a double click resets the zoom. Its first press is a click, its second one
 // never selects: where points lie close together a user who wants to see everything again hits one of them.
 #pragma once
 #include <QWidget>
@@ -13,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/graph/axis_limits.h"
 #include "platform/graph/axis_view.h"
@@ -89,6 +91,8 @@ class VexGraphControl final : public QWidget {
   void set_x_labels_shown(bool shown);
   void set_error_bars_shown(bool shown);
   bool error_bars_shown() const { return error_bars_shown_; }
+  /// Whether Shift and a drag report the points of a rectangle; otherwise they zoom like any drag.
+  void set_marking(bool marking) { marking_ = marking; }
   /// Text of the tool tip at a point; the default gives its coordinates.
   void set_point_text(PointText text) { point_text_ = std::move(text); }
 
@@ -133,6 +137,7 @@ class VexGraphControl final : public QWidget {
 
  Q_SIGNALS:
   void point_selected(int series, int point);
+  void points_enclosed(const std::vector<graph::PointIndex>& points);  // may be none
   /// x and y as the axes are labelled: a period where those are shown. Both are 0 off the graph.
   void pointer_moved(bool off_graph, double x, double y);
   void x_view_changed(bool zoomed, double lower, double upper);
@@ -150,6 +155,8 @@ class VexGraphControl final : public QWidget {
   void leave();
   void show_band(QPointF from, QPointF to);
   void zoom_to_band(QPointF from, QPointF to);
+  [[nodiscard]] bool band_marks() const;
+  void report_band(QPointF from, QPointF to);
   void show_everything();
   void pan(QPointF from, QPointF to);
   void turn_wheel(QPointF at, double notches);
@@ -182,4 +189,5 @@ class VexGraphControl final : public QWidget {
   bool x_labels_shown_ = true;
   bool error_bars_shown_ = true;
   bool points_beyond_marked_ = false;
+  bool marking_ = false;
 };

@@ -57,13 +57,16 @@ int GraphContent::point_style(int series, int point) const {
   if (s >= styles_.size() || p >= styles_[s].size()) {
     return used_point;
   }
-  return is_ringed(series, point) ? styles_[s][p] - ringed : styles_[s][p];
+  return styles_[s][p] - rings(series, point);
 }
 
-bool GraphContent::is_ringed(int series, int point) const {
+int GraphContent::rings(int series, int point) const {
   const auto s = static_cast<std::size_t>(series);
   const auto p = static_cast<std::size_t>(point);
-  return s < styles_.size() && p < styles_[s].size() && styles_[s][p] > ringed / 2;
+  if (s >= styles_.size() || p >= styles_[s].size()) {
+    return 0;
+  }
+  return (styles_[s][p] + ringed / 2) & (ringed | chosen);  // a style below 0 keeps its rings
 }
 
 bool GraphContent::exists(PointIndex at) const {

@@ -7,15 +7,19 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QShortcut>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "core/user_interface.h"
+#include "display/plot_colours.h"
 #include "display/selection.h"
 #include "display/site_names.h"
 #include "display/windows/graph_pair.h"
+#include "display/windows/marking_actions.h"
 #include "platform/graph/frequency_axis.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/input_only_to.h"
@@ -36,6 +40,23 @@ namespace {
 const QString run_caption = QStringLiteral("Run All");
 const QString stop_caption = QStringLiteral("Stop Inverting");
 
+/// The signs in their colours, each with its text.
+QLabel* make_legend(const QString& name, const std::vector<LegendItem>& items) {
+  QStringList parts;
+  for (const LegendItem& item : items) {
+    const QColor colour(item.colour.red, item.colour.green, item.colour.blue);
+    const bool black =
+        item.colour == Module_display_data::black;  // is the colour of the text, also in the dark
+    parts << QString("<span%1>%2</span>&nbsp;%3")
+                 .arg(black ? QString() : QString(" style='color:%1'").arg(colour.name()), qt_text(item.sign),
+                      qt_text(item.text));
+  }
+  auto* const legend = named(new QLabel(parts.join(" &nbsp; ")), name);
+  legend->setAlignment(Qt::AlignCenter);
+  legend->setWordWrap(true);
+  return legend;
+}
+
 }  // namespace
 
 Form_rhoplus_inversion::Form_rhoplus_inversion(Module_output::RhoplusSettings& settings, QWidget* parent)
@@ -54,14 +75,20 @@ void Form_rhoplus_inversion::compose() {
   graphs_ = new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency);
   auto* const fit = new QVBoxLayout(ui_->Picture_fit);
   fit->setContentsMargins(0, 0, 0, 0);
-  fit->addWidget(graphs_);
+  fit->addWidget(graphs_, 1);
+  fit->addWidget(make_legend("Legend_fit", fit_legend()));
 
   Picture_res_model_ = named(new VexGraphControl, "Picture_res_model");
   Picture_res_model_->set_xaxistype(graph::AxisType::logarithmic);
   Picture_res_model_->set_yaxistype(graph::AxisType::logarithmic);
   Picture_res_model_->set_x_title("Depth of sheet (m)");
   Picture_res_model_->set_y_title("Conductance (S)");
-  ui_->Splitter_results->addWidget(Picture_res_model_);
+  auto* const model = new QWidget;
+  auto* const model_rows = new QVBoxLayout(model);
+  model_rows->setContentsMargins(0, 0, 0, 0);
+  model_rows->addWidget(Picture_res_model_, 1);
+  model_rows->addWidget(make_legend("Legend_model", sheet_legend()));
+  ui_->Splitter_results->addWidget(model);
 
   auto* const below = new QWidget;
   auto* const rows = new QVBoxLayout(below);
@@ -136,6 +163,43 @@ void Form_rhoplus_inversion::connect_controls() {
   connect(ui_->menu_rhoplus_options, &QAction::triggered, this, &Form_rhoplus_inversion::edit_settings);
   connect_switches(*Grid_inversion_data_, this, [this](int row, int column) { switch_cell(row, column); });
   connect(graphs_, &GraphPairWidget::pointer_moved, this, &Form_rhoplus_inversion::show_pointer);
+  connect_edits();
+}
+
+void Form_rhoplus_inversion::connect_edits() {
+  graphs_->set_marking(true);
+  connect(graphs_, &GraphPairWidget::points_enclosed, this, &Form_rhoplus_inversion::mark_observed);
+  marking_ = new MarkingActions(*this);
+  connect(marking_, &MarkingActions::edited, this, &Form_rhoplus_inversion::edited);
+  connect(marking_, &MarkingActions::left, this, &Form_rhoplus_inversion::marked);
+  connect(new QShortcut(QKeySequence("Ctrl+Z"), this), &QShortcut::activated, this, [this] {
+    if (!rhoplus_running_all_) {
+      Q_EMIT undo_wanted();
+    }
+  });
+  connect(new QShortcut(QKeySequence("Ctrl+Y"), this), &QShortcut::activated, this, [this] {
+    if (!rhoplus_running_all_) {
+      Q_EMIT redo_wanted();
+    }
+  });
+}
+
+void Form_rhoplus_inversion::mark_observed(Component component,
+                                           const std::vector<Module_display_data::PlotPlace>& places) {
+  std::vector<Module_display_data::MarkedPoint> points;
+  for (const Module_display_data::PlotPlace& at : places) {
+    if (at.series == series_observed && at.point < inversion_.merged.curve.count()) {
+      points.push_back({inversion_.merged.ID, inversion_.merged.curve.frequencies[at.point], component});
+    }
+  }
+  Module_display_data::choose_points(points);
+  Q_EMIT marked();
+}
+
+void Form_rhoplus_inversion::show_marks() {
+  marking_->show_count();
+  panels_[0]->setText(qt_text(Module_display_data::chosen_text()));
+  show_graphs();
 }
 
 void Form_rhoplus_inversion::refresh_rhoplus_results() {
@@ -149,7 +213,6 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
   ui_->Text_rhoplus_achieved_chi->clear();
   Text_rhoplus_out_->clear();
   run_note_->clear();
-  ui_->Command_rhoplus_log->setText("Results");
   inversion_ = {};
   inverted_key_ = Module_averaged_data::selected_key();
   if (session().current_station_index > 0 && !line_run_failed_) {
@@ -171,10 +234,14 @@ void Form_rhoplus_inversion::show_results() {
   }
   Label_not_inverted_->clear();
   run_note_->setText(qt_text(note_of(inversion_)));
-  run_note_->setToolTip(qt_text(inversion_.missing_files));
+  const bool both = !inversion_.missing_files.empty() && !inversion_.unsupported.empty();
+  run_note_->setToolTip(qt_text(inversion_.missing_files + (both ? "\n" : "") + inversion_.unsupported));
   ui_->Text_rhoplus_target_chi->setText(qt_text(format_number(run.target_chi, "0.00")));
   ui_->Text_rhoplus_achieved_chi->setText(qt_text(format_number(run.achieved_chi, "0.00")));
-  ui_->Command_rhoplus_log->setText("Data");
+}
+
+void Form_rhoplus_inversion::show_log_caption() {
+  ui_->Command_rhoplus_log->setText(Text_rhoplus_out_->isHidden() ? "Results" : "Data");
 }
 
 void Form_rhoplus_inversion::show_graphs() {
@@ -226,7 +293,7 @@ void Form_rhoplus_inversion::toggle_log() {
   const bool show_log = Text_rhoplus_out_->isHidden();
   Text_rhoplus_out_->setVisible(show_log);
   Grid_inversion_data_->setVisible(!show_log);
-  ui_->Command_rhoplus_log->setText(show_log ? "Data" : "Results");
+  show_log_caption();
 }
 
 void Form_rhoplus_inversion::show_pointer(Component component, bool off, double x, double y) {

@@ -31,6 +31,7 @@
 #include "platform/windows/qt_user_interface.h"
 #include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
+#include "reduction/edits/masks.h"
 #include "rhoplus/windows/Form_line_chi.h"
 #include "rhoplus/windows/Form_rhoplus.h"
 #include "rhoplus/windows/Form_rhoplus_inversion.h"
@@ -205,12 +206,43 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QVERIFY(results() == nullptr);
   }
 
+  void points_are_marked_masked_and_brought_back_in_the_window_of_the_fit() {
+    invert();
+    QVERIFY(QTest::qWaitForWindowActive(results()));
+    const auto ID = Module_averaged_data::data_sets().station.slots.front().reading.ID;
+    auto* const graph = result<VexGraphControl>("vxgraph_station_0");
+    const QPoint at = graph->point_position(0, 2)->toPoint();
+    const QPoint around(9, 9);
+    QTest::mousePress(graph, Qt::LeftButton, Qt::ShiftModifier, at - around);
+    QMouseEvent move(QEvent::MouseMove, at + around, graph->mapToGlobal(at + around), Qt::NoButton,
+                     Qt::LeftButton, Qt::ShiftModifier);
+    QApplication::sendEvent(graph, &move);
+    QTest::mouseRelease(graph, Qt::LeftButton, Qt::ShiftModifier, at + around);
+    QVERIFY(result_action("menu_mask_marked")->isEnabled());
+    QVERIFY(item("menu_mask_marked")->isEnabled());
+    QTest::keyClick(results(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QVERIFY(!graph->point_position(0, 2).has_value());
+    QTest::keyClick(results(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(stored_mask(ID, 2), 1);
+    QTest::keyClick(results(), Qt::Key_Y, Qt::ControlModifier);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QVERIFY(results()->isVisible());
+    QCOMPARE(result<QLabel>("Label_run_note")->text(), QString());
+    for (std::size_t repeat = 1; repeat <= made::line_repeats; ++repeat) {
+      QCOMPARE(Module_averaged_data::set_repeat_use(repeat, Module_averaged_data::UseFlag::reading, false),
+               Module_averaged_data::Edit::changed);
+    }
+    results()->refresh_rhoplus_results();
+    QCOMPARE(result<QLabel>("Label_run_note")->text(), QString("Rests on readings that are switched off"));
+  }
+
   void the_log_takes_the_place_of_the_grid() {
     invert();
     const auto* const log = result<QPlainTextEdit>("Text_rhoplus_out");
     auto* const button = result<QPushButton>("Command_rhoplus_log");
     QVERIFY(log->isHidden());
-    QCOMPARE(button->text(), QString("Data"));
+    QCOMPARE(button->text(), QString("Results"));
     QTest::mouseClick(button, Qt::LeftButton);
     QVERIFY(log->isVisible());
     QVERIFY(log->toPlainText().size() > 200);

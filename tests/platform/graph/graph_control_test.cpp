@@ -46,8 +46,9 @@ void move(VexGraphControl& control, QPoint to, Qt::MouseButtons buttons = Qt::No
   QApplication::sendEvent(&control, &event);
 }
 
-void drag(VexGraphControl& control, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
-  QTest::mousePress(&control, button, {}, from);
+void drag(VexGraphControl& control, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton,
+          Qt::KeyboardModifiers keys = {}) {
+  QTest::mousePress(&control, button, keys, from);
   move(control, (from + to) / 2, button);
   move(control, to, button);
   QTest::mouseRelease(&control, button, {}, to);
@@ -163,6 +164,44 @@ class GraphControlTest : public QObject {
     QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, from);
     QCOMPARE(selected.size(), 0);
     QVERIFY(!control_->zoomed());
+  }
+
+  void drag_with_shift_reports_what_it_encloses_where_points_can_be_marked() {
+    std::vector<graph::PointIndex> enclosed;
+    int reports = 0;
+    connect(control_.get(), &VexGraphControl::points_enclosed, this,
+            [&](const std::vector<graph::PointIndex>& points) {
+              enclosed = points;
+              ++reports;
+            });
+    const QPoint around(6, 6);
+    control_->set_marking(true);
+    drag(*control_, place(0, 1) + around, place(0, 1) - around, Qt::LeftButton, Qt::ShiftModifier);
+    QCOMPARE(reports, 1);
+    QCOMPARE(enclosed.size(), 1U);
+    QCOMPARE(enclosed.front(), (graph::PointIndex{0, 1}));
+    const QPoint corner = control_->plot_area().topLeft() - QPoint(5, 5);
+    drag(*control_, corner, control_->plot_area().bottomRight() + QPoint(5, 5), Qt::LeftButton,
+         Qt::ShiftModifier);
+    std::size_t drawn = 0;
+    for (int series = 0; series < 2; ++series) {
+      for (int point = 0; point < 4; ++point) {
+        const auto at = control_->point_position(series, point);
+        drawn += at && control_->plot_area().contains(at->toPoint()) ? 1 : 0;
+      }
+    }
+    QCOMPARE(enclosed.size(), drawn);
+    QVERIFY(drawn > 3 && !control_->zoomed());
+    drag(*control_, place(0, 1), place(0, 1) + QPoint(120, -90));
+    QVERIFY(control_->zoomed());
+    QCOMPARE(reports, 2);
+
+    control_->reset_zoom();
+    control_->draw_graph();
+    control_->set_marking(false);
+    drag(*control_, place(0, 1), place(0, 1) + QPoint(120, -90), Qt::LeftButton, Qt::ShiftModifier);
+    QVERIFY(control_->zoomed());
+    QCOMPARE(reports, 2);
   }
 
   void chart_may_go_in_the_middle_of_a_drag() {
