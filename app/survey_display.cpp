@@ -43,8 +43,13 @@ void SurveyDisplay::connect_panels() {
     Q_EMIT data_changed();
   });
   connect(&raw_, &RawPanel::edited, this, &SurveyDisplay::redraw);
-  connect(panels_.plan, &PlanPanel::station_picked, this,
-          [this](int station_index) { display_station(station_index); });
+  connect(panels_.plan, &PlanPanel::station_picked, this, [this](int station_index) {
+    display_station(station_index);
+    panels_.plan->show_raw_data(false);  // the next click may be of another station
+  });
+  connect(this, &SurveyDisplay::survey_changed, panels_.plan, &PlanPanel::forget_values);
+  connect(this, &SurveyDisplay::selection_changed, panels_.plan, &PlanPanel::forget_values);
+  connect(this, &SurveyDisplay::data_changed, panels_.plan, &PlanPanel::take_line);
   raw_.stats().set_frequency_source([this] { return panels_.selection->frequency_text(); });
 }
 
@@ -127,6 +132,7 @@ void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
   axis_.forget_places();
   Q_EMIT survey_changed();
   panels_.selection->fill(lists);
+  panels_.plan->list_colours(lists.data_types);
   panels_.plan->show_coordinates();
   if (read && session().station_count > 0) {
     display_station(lists.station_index);
