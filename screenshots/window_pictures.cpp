@@ -230,6 +230,11 @@ QWidget* window_beside(const QWidget& window) {
 const WindowPicture pictures[] = {
     {"main_window"},
     {"plan", nullptr, [](QWidget& window) { press(window, "Command_show_plan"); }},
+    {"plan_colours", nullptr,
+     [](QWidget& window) {
+       window.findChild<QComboBox*>("Combo_plan_colour")->setCurrentIndex(1);
+       press(window, "Command_show_plan");
+     }},
     {"import_files", "menu_import_MT", choose_files},
     {"import_data", "menu_import_MT",
      [](QWidget& window) {

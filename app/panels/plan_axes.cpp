@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int left_room = 66;
+constexpr int left_room = 78;
 constexpr int bottom_room = 36;
 constexpr int top_room = 8;
 constexpr int right_room = 10;

@@ -72,10 +72,20 @@ std::vector<SeenStation> seen_stations(double height) {
   return seen;
 }
 
-/// All dots of a kind at once: thousands take no longer than the eye.
+/// All dots of a kind at once. Thousands are squares on whole pixels: they look the same and are drawn within
+/// a frame.
 void draw_dots(QPainter& painter, const QList<QPointF>& places, double width, const QColor& colour) {
-  painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap));
-  painter.drawPoints(places.constData(), static_cast<int>(places.size()));
+  constexpr qsizetype many = 1000;
+  if (places.size() <= many && painter.testRenderHint(QPainter::Antialiasing)) {
+    painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap));
+    painter.drawPoints(places.constData(), static_cast<int>(places.size()));
+    return;
+  }
+  const int side = static_cast<int>(width);
+  for (const QPointF& at : places) {
+    painter.fillRect(static_cast<int>(at.x()) - side / 2, static_cast<int>(at.y()) - side / 2, side, side,
+                     colour);
+  }
 }
 
 void draw_current_line(const Drawing& drawing) {
@@ -190,13 +200,13 @@ QString name_of(std::int32_t index) {
 /// Beyond a number that no plan has room for, only those of the current line until fewer are seen.
 void draw_station_names(Drawing& drawing) {
   constexpr std::size_t most_names = 2000;
+  const double dot_reach = (drawing.contents.colouring ? coloured_width : station_width) / 2.0 + 1.0;
   std::vector<Module_tensor::NamedDot> dots;
   const auto add = [&](bool of_current_line) {
     for (const SeenStation& station : drawing.seen) {
       if (is_on_current_line(station.index) == of_current_line) {
         const bool current = station.index == session().current_station_index;
-        dots.push_back(
-            {station.at, (current ? current_ring : coloured_width) / 2.0 + 1.0, name_of(station.index)});
+        dots.push_back({station.at, current ? current_ring / 2.0 + 1.0 : dot_reach, name_of(station.index)});
         if (current) {
           std::swap(dots.front(), dots.back());
         }
@@ -267,8 +277,9 @@ void paint_plan(QPainter& painter, QSize size, const PlanContents& contents) {
     return;
   }
   graph::use_picture_style(painter);
-  painter.setRenderHint(QPainter::Antialiasing);
   Drawing drawing{painter, QRectF(QPointF(), QSizeF(size)), contents, seen_stations(size.height()), {}};
+  constexpr std::size_t many = 1000;
+  painter.setRenderHint(QPainter::Antialiasing, drawing.seen.size() <= many);
   draw_graticule(drawing);
   draw_current_line(drawing);
   draw_current_station(drawing);
@@ -277,6 +288,7 @@ void paint_plan(QPainter& painter, QSize size, const PlanContents& contents) {
   } else {
     draw_black_stations(drawing);
   }
+  painter.setRenderHint(QPainter::Antialiasing);
   take_dots(drawing);
   draw_scale_bar(drawing);
   draw_north(drawing);

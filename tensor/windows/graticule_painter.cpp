@@ -14,13 +14,13 @@ namespace {
 constexpr QColor line_colour(200, 215, 230);
 constexpr QColor label_colour(80, 115, 150);
 
-/// Where a line from south to north crosses the upper edge of a plot, or one from west to east the right one.
+/// Where a line from south to north crosses the upper edge of a plot, or one from west to east the left one.
 std::optional<QPointF> crossing(const QPolygonF& line, const QRectF& plot, bool meridian) {
   for (qsizetype i = 1; i < line.size(); ++i) {
     const QPointF from = line[i - 1];
     const QPointF to = line[i];
-    const double a = meridian ? from.y() - plot.top() : plot.right() - from.x();
-    const double b = meridian ? to.y() - plot.top() : plot.right() - to.x();
+    const double a = meridian ? from.y() - plot.top() : plot.left() - from.x();
+    const double b = meridian ? to.y() - plot.top() : plot.left() - to.x();
     if (a >= 0.0 && b < 0.0) {
       const QPointF at = from + (to - from) * (a / (a - b));
       return plot.adjusted(-1.0, -1.0, 1.0, 1.0).contains(at) ? std::optional(at) : std::nullopt;
@@ -32,7 +32,15 @@ std::optional<QPointF> crossing(const QPolygonF& line, const QRectF& plot, bool 
 QRectF label_room(const QSizeF& text, QPointF at, const QRectF& plot, bool meridian) {
   constexpr double gap = 2.0;
   return meridian ? QRectF(QPointF(at.x() - text.width() / 2.0, plot.top() + gap), text)
-                  : QRectF(QPointF(plot.right() - gap - text.width(), at.y() - text.height() / 2.0), text);
+                  : QRectF(QPointF(plot.left() + gap, at.y() - text.height() / 2.0), text);
+}
+
+/// Where a plan has its arrow to the north and its scale.
+std::vector<QRectF> reserved_rooms(const QRectF& plot) {
+  constexpr QSizeF arrow(34.0, 70.0);
+  const QSizeF scale(0.3 * plot.width(), 36.0);
+  return {QRectF(QPointF(plot.right() - arrow.width(), plot.top()), arrow),
+          QRectF(QPointF(plot.left(), plot.bottom() - scale.height()), scale)};
 }
 
 }  // namespace
@@ -53,7 +61,7 @@ std::vector<QRectF> paint_graticule(
     }
     painter.drawPolyline(polygon);
   }
-  std::vector<QRectF> rooms;
+  std::vector<QRectF> rooms = reserved_rooms(plot);
   painter.setPen(label_colour);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const auto at = crossing(polygons[i], plot, lines[i].meridian);

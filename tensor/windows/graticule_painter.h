@@ -11,7 +11,7 @@
 namespace Module_tensor {
 
 /// Draws the lines within a plot, pale, each with its value where it enters: meridians at the top, parallels
-/// on the right. Letters are those of the painter.
+/// on the left. Letters are those of the painter.
 /// @param to_pixel  from map coordinates to the picture
 /// @return what the values cover
 std::vector<QRectF> paint_graticule(
