@@ -32,6 +32,11 @@ void SurveyDisplay::connect_panels() {
   connect(panels_.selection, &SelectionRow::positions_chosen, this, &SurveyDisplay::choose_positions);
   connect(panels_.profile, &ProfilePanel::distances_wanted, this,
           [this] { choose_positions(PositionSource::distances); });
+  connect(panels_.profile, &ProfilePanel::look_changed, this, [this] {
+    Redisplay profile;
+    profile.draw_profile = true;
+    draw(profile);
+  });
   connect(panels_.station, &StationPanel::chosen, this, &SurveyDisplay::apply);
   connect(&raw_, &RawPanel::chosen, this, &SurveyDisplay::apply);
   connect(panels_.station, &StationPanel::edited, this, &SurveyDisplay::redraw);

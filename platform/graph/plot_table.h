@@ -5,6 +5,7 @@
 #pragma once
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -61,6 +62,13 @@ struct SeriesStyle {
   double width = 1.0;            // of the line, in device-independent pixels; wide series are drawn on top
   bool line = true;              // false: points only
   Marker marker = Marker::disc;
+};
+
+/// A text over the curves, above a place of the chart.
+struct PlotLabel {
+  double x = 0.0;
+  double y = 0.0;
+  std::string text;
 };
 
 }  // namespace graph
