@@ -38,6 +38,11 @@ void SurveyDisplay::connect_panels() {
   connect(panels_.selection, &SelectionRow::positions_chosen, this, &SurveyDisplay::choose_positions);
   connect(panels_.profile, &ProfilePanel::distances_wanted, this,
           [this] { choose_positions(PositionSource::distances); });
+  connect(panels_.profile, &ProfilePanel::look_changed, this, [this] {
+    Redisplay profile;
+    profile.draw_profile = true;
+    draw(profile);
+  });
   connect(panels_.station, &StationPanel::chosen, this, &SurveyDisplay::apply);
   connect(&raw_, &RawPanel::chosen, this, &SurveyDisplay::apply);
   connect(panels_.station, &StationPanel::edited, this, &SurveyDisplay::redraw);
@@ -52,8 +57,13 @@ void SurveyDisplay::connect_panels() {
   connect(panels_.station, &StationPanel::static_factor_entered, panels_.selection,
           &SelectionRow::focus_stations, Qt::QueuedConnection);
   connect(&raw_, &RawPanel::edited, this, &SurveyDisplay::redraw);
-  connect(panels_.plan, &PlanPanel::station_picked, this,
-          [this](int station_index) { display_station(station_index); });
+  connect(panels_.plan, &PlanPanel::station_picked, this, [this](int station_index) {
+    display_station(station_index);
+    panels_.plan->show_raw_data(false);  // the next click may be of another station
+  });
+  connect(this, &SurveyDisplay::survey_changed, panels_.plan, &PlanPanel::forget_values);
+  connect(this, &SurveyDisplay::selection_changed, panels_.plan, &PlanPanel::forget_values);
+  connect(this, &SurveyDisplay::data_changed, panels_.plan, &PlanPanel::take_line);
   raw_.stats().set_frequency_source([this] { return panels_.selection->frequency_text(); });
 }
 
@@ -169,6 +179,7 @@ void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
   axis_.forget_places();
   Q_EMIT survey_changed();
   panels_.selection->fill(lists);
+  panels_.plan->list_colours(lists.data_types);
   panels_.plan->show_coordinates();
   if (read && session().station_count > 0) {
     display_station(lists.station_index);

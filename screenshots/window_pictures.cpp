@@ -241,6 +241,11 @@ const WindowPicture pictures[] = {
        show_modes_and_periods(window, false);
        press(window, "Command_show_plan");
      }},
+    {"plan_colours", nullptr,
+     [](QWidget& window) {
+       window.findChild<QComboBox*>("Combo_plan_colour")->setCurrentIndex(1);
+       press(window, "Command_show_plan");
+     }},
     {"import_files", "menu_import_MT", choose_files},
     {"import_data", "menu_import_MT",
      [](QWidget& window) {

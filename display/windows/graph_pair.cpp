@@ -99,10 +99,14 @@ void GraphPairWidget::show_plot(Module_display_data::GraphPair plot, std::option
 
 void GraphPairWidget::mark_x(std::optional<double> x) {
   constexpr double edge = std::numeric_limits<double>::infinity();
-  for (VexGraphControl* const graph : graphs_) {
+  for (std::size_t index = 0; index < graphs_.size(); ++index) {
+    VexGraphControl* const graph = graphs_[index];
     graph->begin_overlay();
     if (x) {
       graph->draw_overlay_line(*x, -edge, *x, edge, Module_display_data::blue);
+    }
+    for (const graph::PlotLabel& label : labels_[index]) {
+      graph->draw_overlay_label(label);
     }
     graph->draw_graph();
   }

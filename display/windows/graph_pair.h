@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "display/chosen_points.h"
@@ -33,6 +34,8 @@ class GraphPairWidget : public QWidget {
   void clear();
   /// Takes a plot over and draws each graph once, with a blue line at a marked place of the x axis.
   void show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x = {});
+  /// Texts over the curves, resistivity before phase; seen from the next drawing until others are set.
+  void set_labels(std::array<std::vector<graph::PlotLabel>, 2> labels) { labels_ = std::move(labels); }
   /// Moves the blue line and draws each graph once.
   void mark_x(std::optional<double> x);
   void reset_zoom();
@@ -62,4 +65,5 @@ class GraphPairWidget : public QWidget {
   void show_error_bars(bool shown);
 
   std::array<VexGraphControl*, 2> graphs_{};
+  std::array<std::vector<graph::PlotLabel>, 2> labels_;
 };

@@ -109,6 +109,8 @@ void VexGraphControl::draw_overlay_line(double x1, double y1, double x2, double 
                  to_edge(y2, y_limits_), colour, width});
 }
 
+void VexGraphControl::draw_overlay_label(graph::PlotLabel label) { overlay_->add(std::move(label)); }
+
 void VexGraphControl::set_x_title(const QString& title) {
   x_title_ = title;
   apply_layout();

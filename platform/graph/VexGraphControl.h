@@ -53,12 +53,14 @@ class VexGraphControl final : public QWidget {
   /// Drawings of the whole chart, whatever the cause; for tests and measurements.
   int draw_count() const { return draw_count_; }
 
-  /// Removes the overlay lines. Lines lie over the curves; they are seen from the next draw_graph.
+  /// Removes overlay lines and labels. Lines lie over the curves; they are seen from the next draw_graph.
   void begin_overlay();
   /// An end at or beyond the limit of its axis goes to the edge of the plot area, also when the view changes
   /// later.
   void draw_overlay_line(double x1, double y1, double x2, double y2, graph::Colour colour,
                          double width = 1.0);
+  /// A text above a place; one that would cover an earlier one isn't drawn.
+  void draw_overlay_label(graph::PlotLabel label);
 
   // Limits of the unzoomed axes as they were set; graph::unset_limit leaves one to the data. See
   // graph::resolve_range.

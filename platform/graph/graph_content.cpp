@@ -22,6 +22,10 @@ QColor to_qcolor(const Colour& colour) { return QColor(colour.red, colour.green,
 
 }  // namespace
 
+QColor palette_style_colour(int style) {
+  return palette[static_cast<std::size_t>((style - first_palette_style) % palette_size)];
+}
+
 void GraphContent::clear() {
   table_.series.clear();
   styles_.clear();
@@ -112,7 +116,7 @@ QColor GraphContent::point_colour(int series, int point) const {
     return to_qcolor(unused_colour);
   }
   if (style >= first_palette_style) {
-    return palette[static_cast<std::size_t>((style - first_palette_style) % palette_size)];
+    return palette_style_colour(style);
   }
   if (style < 0) {
     const auto k = static_cast<std::size_t>(-(style + 1));

@@ -23,6 +23,9 @@ struct OverlayLine {
   double width = 1.0;
 };
 
+/// The colour of the points of a palette style, and of the curve with the number that the style is of.
+QColor palette_style_colour(int style);
+
 class GraphContent {
  public:
   void clear();

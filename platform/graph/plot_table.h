@@ -5,6 +5,7 @@
 #pragma once
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -64,6 +65,13 @@ struct SeriesStyle {
   bool line = true;              // false: points only
   Marker marker = Marker::disc;
   bool dashed = false;  // the line
+};
+
+/// A text over the curves, above a place of the chart.
+struct PlotLabel {
+  double x = 0.0;
+  double y = 0.0;
+  std::string text;
 };
 
 }  // namespace graph
