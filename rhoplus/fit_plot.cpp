@@ -143,8 +143,8 @@ std::vector<LegendItem> fit_legend() {
 }
 
 std::vector<LegendItem> sheet_legend() {
-  return {{"\u2503", sheet_colour, "sheet, as high as its conductance"},
-          {"\u2503", basement_colour, "perfect conductor, to the upper edge"}};
+  return {{"\u2503", sheet_colour, "sheet of this conductance"},
+          {"\u2503", basement_colour, "perfect conductor"}};
 }
 
 std::string fit_point_text(const GraphPair& plot, std::size_t series, std::size_t point,

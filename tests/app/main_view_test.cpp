@@ -203,7 +203,7 @@ class MainViewTest : public QObject, private MainViewFixture {
     const auto in_dialog = [&](bool save) {
       QTimer::singleShot(0, window_.get(), [save] {
         auto* const dialog = QApplication::activeModalWidget();
-        const bool active = QTest::qWaitForWindowActive(dialog);
+        const bool active = QTest::qWaitFor([dialog] { return QApplication::activeWindow() == dialog; });
         auto* const grid = dialog->findChild<QTableWidget*>("Grid_frequencies");
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
                           grid->visualItemRect(grid->item(1, 1)).center());
