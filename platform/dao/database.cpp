@@ -103,6 +103,11 @@ void Database::copy_to(const std::string& path) const {
   }
 }
 
+bool Database::is_compact() const {
+  Connection& connection = dao::open(connection_);
+  return connection.stands_at_path() && connection.run_for_integer("PRAGMA freelist_count") == 0;
+}
+
 bool Database::settle_log() {
   const Connection& connection = dao::open(connection_);
   return sqlite3_get_autocommit(connection.handle()) != 0 && connection.stands_at_path() &&

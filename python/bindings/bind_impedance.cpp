@@ -52,6 +52,7 @@ constexpr std::array<std::pair<const char*, Estimate PhaseTensor::*>, 14> phase_
 py::dict phase_tensors(const ComplexNumbers& z, const Numbers& covariance) {
   const TensorArrays tensors(z, covariance);
   std::vector<std::string> names;
+  names.reserve(phase_quantities.size());
   for (const auto& quantity : phase_quantities) {
     names.emplace_back(quantity.first);
   }
