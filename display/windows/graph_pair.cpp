@@ -88,17 +88,26 @@ void GraphPairWidget::clear() {
 void GraphPairWidget::show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x) {
   hand_over(*graphs_[0], std::move(plot.resistivity));
   hand_over(*graphs_[1], std::move(plot.phase));
-  mark_x(marked_x);
+  put_mark(marked_x);
+  for (VexGraphControl* const graph : graphs_) {
+    graph->draw_graph();
+  }
 }
 
 void GraphPairWidget::mark_x(std::optional<double> x) {
+  put_mark(x);
+  for (VexGraphControl* const graph : graphs_) {
+    graph->draw_overlay();
+  }
+}
+
+void GraphPairWidget::put_mark(std::optional<double> x) {
   constexpr double edge = std::numeric_limits<double>::infinity();
   for (VexGraphControl* const graph : graphs_) {
     graph->begin_overlay();
     if (x) {
       graph->draw_overlay_line(*x, -edge, *x, edge, Module_display_data::blue);
     }
-    graph->draw_graph();
   }
 }
 

@@ -29,7 +29,7 @@ class GraphPairWidget : public QWidget {
   void clear();
   /// Takes a plot over and draws each graph once, with a blue line at a marked place of the x axis.
   void show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x = {});
-  /// Moves the blue line and draws each graph once.
+  /// Moves the blue line over the curves, which are not drawn again.
   void mark_x(std::optional<double> x);
   void reset_zoom();
   /// What is in view of both graphs, to be shown again later, and from the next drawing.
@@ -50,6 +50,7 @@ class GraphPairWidget : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void put_mark(std::optional<double> x);
   void show_error_bars(bool shown);
 
   std::array<VexGraphControl*, 2> graphs_{};
