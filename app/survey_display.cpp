@@ -181,7 +181,7 @@ void SurveyDisplay::apply(const Redisplay& redisplay) {
     Q_EMIT selection_changed();
   }
   if (redisplay.station_to_display > 0) {
-    display_station(redisplay.station_to_display);
+    display_station(redisplay.station_to_display, redisplay.draw_profile);
   } else {
     draw(redisplay);
   }
