@@ -146,8 +146,9 @@ void OutputPanel::write() {
     ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
   };
   if (kind_ == Module_output::OutputKind::rhoplus) {
+    choices.folder = beside_survey.string();
     static_cast<void>(Module_output::write_chosen_rhoplus(lists_, choices, Module_output::rhoplus_settings(),
-                                                          "", show_row_count));
+                                                          folder, show_row_count));
   } else {
     static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, show_row_count));
   }
