@@ -89,12 +89,6 @@ int reduce_selection(ReduceFrom from) {
 
 }  // namespace
 
-Frequencies frequencies_of(const ReadingKey& key) {
-  return key.reference_type == session().current_reference_type
-             ? session().frequencies
-             : Module_database::read_frequency_list(key.reference_type);
-}
-
 int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
                    ReducedStation& reduced, const Module_Brenlox::UndoReduction* earlier) {
   reduced = {};
