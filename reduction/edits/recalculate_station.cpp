@@ -4,7 +4,6 @@
 
 #include "core/session_state.h"
 #include "core/trap_errors.h"
-#include "database/frequency_store.h"
 #include "reduction/computed_rows.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/derived_rows.h"
