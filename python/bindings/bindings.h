@@ -4,6 +4,8 @@
 
 namespace Python {
 
+void bind_curves(pybind11::module_& module);
+void bind_edits(pybind11::module_& module);
 void bind_rhoplus(pybind11::module_& module);
 void bind_impedance(pybind11::module_& module);
 void bind_section(pybind11::module_& module);

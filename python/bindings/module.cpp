@@ -6,4 +6,6 @@ PYBIND11_MODULE(_brenlox, module) {
   Python::bind_impedance(module);
   Python::bind_section(module);
   Python::bind_survey(module);
+  Python::bind_curves(module);
+  Python::bind_edits(module);
 }

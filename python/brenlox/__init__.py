@@ -8,14 +8,16 @@ Errors are one standard deviation. A value that isn't there is NaN.
 from . import section
 from ._brenlox import Error
 from ._rhoplus import RhoplusFit, rhoplus
-from .survey import Curve, Survey
+from .survey import Change, Curve, Station, Survey
 from .tensors import PhaseTensor, Tensor, Tipper
 
 __all__ = [
+    "Change",
     "Curve",
     "Error",
     "PhaseTensor",
     "RhoplusFit",
+    "Station",
     "Survey",
     "Tensor",
     "Tipper",
@@ -32,7 +34,8 @@ def open(path, read_only: bool = False) -> Survey:
     ----------
     path : path-like
     read_only : bool
-        Work on a private copy: nothing is written beside the survey, which may be open elsewhere.
+        Work on a private copy of the survey as it is in its file: nothing is written beside it, and it may be
+        open in a window or another program. Edits are refused.
 
     Raises
     ------
