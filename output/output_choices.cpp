@@ -2,9 +2,12 @@
 
 #include <filesystem>
 
+#include "core/finished_work.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/sound_rows.h"
+#include "database/survey_database.h"
 #include "database/survey_lists.h"
 #include "output/rhoplus.h"
 #include "output/zonge_files.h"
@@ -27,6 +30,24 @@ std::string ask_for_file(const LineSelection& selection, const std::string& fold
   request.suggested_name = zonge_file_name(selection);
   const std::string path = user_interface().select_file_to_create(request);
   return !path.empty() && may_write_zonge(zonge_paths(path)) ? path : std::string();
+}
+
+/// Components of the tipper have no resistivity.
+std::vector<std::string> data_types_of_curves() {
+  std::vector<std::string> types;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT DataType FROM ReadingsDataTable WHERE " +
+      std::string(Module_database::no_tipper_criterion) + " ORDER BY DataType");
+  Module_database::for_each_sound_row(
+      rows, [&](const dao::Recordset& row) { types.push_back(row.get_text("DataType")); });
+  return types;
+}
+
+/// Of choices that miss nothing.
+LineSelection chosen_selection(const OutputLists& lists, const OutputChoices& choices) {
+  return {lists.lines.at(static_cast<std::size_t>(choices.line_index)), choices.reference_index,
+          choices.data_type.empty() ? session().current_data_type : choices.data_type,
+          lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
 }
 
 const char* missing_choice(const OutputChoices& choices) {
@@ -63,6 +84,8 @@ int read_output_lists(OutputLists& lists) {
   return trap_errors("An error occurred while reading the lines: ", [&] {
     lists.lines = Module_database::listed_lines();
     lists.dipoles = Module_database::listed_dipoles();
+    lists.reference_types = Module_database::listed_reference_types();
+    lists.data_types = data_types_of_curves();
     if (lists.lines.empty() || lists.dipoles.empty()) {
       user_interface().show_message("There is no data in the database");
       return -1;
@@ -89,16 +112,15 @@ int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
     user_interface().show_message(missing);
     return -1;
   }
-  const LineSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
-                                choices.reference_index, session().current_data_type,
-                                lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const LineSelection selection = chosen_selection(lists, choices);
   const std::filesystem::path folder = std::filesystem::path(choices.folder) / trimmed(sub_folder);
   RhoplusCounts counts;
   if (output_rhoplus(selection, folder.string(), settings, show_row_count, counts, choices.strike) != 0) {
     return -1;
   }
-  user_interface().show_message((counts.stopped ? "Stopped. " : output_completed) +
-                                rhoplus_summary(counts, settings, folder.string()));
+  const std::string summary = rhoplus_summary(counts, settings, folder.string());
+  user_interface().show_message((counts.stopped ? "Stopped. " : output_completed) + summary);
+  Module_Brenlox::tell_finished((counts.stopped ? "Stopped: " : "Rhoplus: ") + summary, folder.string());
   return 0;
 }
 
@@ -108,9 +130,7 @@ int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
     user_interface().show_message(missing);
     return -1;
   }
-  const LineSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
-                                choices.reference_index, session().current_data_type,
-                                lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const LineSelection selection = chosen_selection(lists, choices);
   const std::string path = ask_for_file(selection, choices.folder);
   if (path.empty()) {
     return 0;
@@ -126,8 +146,11 @@ int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
     show_row_count(0);  // rows of a set that came to nothing
   }
   if (status == 0) {
-    user_interface().show_message(written ? output_completed + zonge_summary(row_count, zonge_paths(path))
-                                          : "Stopped; nothing was written");
+    const std::string summary = written ? zonge_summary(row_count, zonge_paths(path)) : std::string();
+    user_interface().show_message(written ? output_completed + summary : "Stopped; nothing was written");
+    if (written) {
+      Module_Brenlox::tell_finished("Zonge: " + summary, path);
+    }
   }
   return status;
 }

@@ -88,7 +88,7 @@ QHBoxLayout* SelectionRow::make_selection() {
   HScroll_repeat_->setAccessibleName("Stations of the line");
   row->addWidget(HScroll_repeat_, 1);
   add_labelled(*row, "&Reference", Combo_reference_type_);
-  add_labelled(*row, "Data &type", Combo_data_type_);
+  add_labelled(*row, "Data t&ype", Combo_data_type_);
   add_labelled(*row, "D&ipole (m)", Combo_dipole_);
   return row;
 }
@@ -209,5 +209,7 @@ std::string SelectionRow::frequency_text() const { return Text_frequency_->text(
 void SelectionRow::show_by_distance(bool by_distance) { Check_by_distance_->setChecked(by_distance); }
 
 bool SelectionRow::fixed_scale() const { return Check_fixed_scale_->isChecked(); }
+
+void SelectionRow::focus_stations() { HScroll_repeat_->setFocus(); }
 
 void SelectionRow::step_station(int step) { HScroll_repeat_->setValue(HScroll_repeat_->value() + step); }

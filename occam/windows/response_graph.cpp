@@ -34,14 +34,18 @@ ResponseGraph::ResponseGraph(const QString& name, const QString& x_title, const 
   colours.setColor(QPalette::WindowText, Qt::black);
   heading_->setPalette(colours);
   heading_->setAutoFillBackground(true);
-  heading_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  heading_->setWordWrap(true);  // an entry that has no room goes to a second row
+  QSizePolicy narrow(QSizePolicy::Ignored, QSizePolicy::Minimum);
+  narrow.setHeightForWidth(true);
+  heading_->setSizePolicy(narrow);
   chart_->set_x_title(x_title);
   chart_->set_y_title(y_title);
   chart_->set_point_text([this](int series, int point) {
     const auto s = static_cast<std::size_t>(series);
     const auto p = static_cast<std::size_t>(point);
-    return QString::fromStdString(plot_.series_names[s] + "\n" + plain_text(plot_.table.series[s].x[p]) +
-                                  ", " + format_number(plot_.table.series[s].y[p], "0.0000"));
+    return QString::fromStdString(plot_.series_names[s] + "\n" +
+                                  plain_text(chart_->shown_x(plot_.table.series[s].x[p])) + ", " +
+                                  format_number(plot_.table.series[s].y[p], "0.0000"));
   });
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);

@@ -129,18 +129,35 @@ AxisTicks stepped(const AxisRange& range, const Step& step, bool plain) {
   return ticks;
 }
 
+void invert(QVector<double>& values) {
+  for (double& value : values) {
+    value = 1.0 / value;
+  }
+}
+
+constexpr const char* whole_numbers = "whole_numbers";  // property of an axis
+
 class ChartTicker final : public QCPAxisTicker {
  public:
-  ChartTicker(const QCPAxis& axis, AxisType type) : axis_(axis), type_(type) {}
+  ChartTicker(const QCPAxis& axis, AxisType type, TickLabels labels)
+      : axis_(axis), type_(type), inverse_(labels == TickLabels::inverse) {}
 
   void generate(const QCPRange& range, const QLocale& /*locale*/, QChar /*format*/, int /*precision*/,
                 QVector<double>& ticks, QVector<double>* sub_ticks, QVector<QString>* labels) override {
-    const AxisRange shown{range.lower, range.upper};
+    const AxisRange shown =
+        inverse_ ? AxisRange{1.0 / range.upper, 1.0 / range.lower} : AxisRange{range.lower, range.upper};
     const TickRoom space = room();
     AxisTicks made =
         type_ == AxisType::logarithmic ? logarithmic_ticks(shown, space) : linear_ticks(shown, space);
     // Minor ticks cover whole decades and steps; the axis would draw those beyond its ends, too.
     made.minor.removeIf([&](double tick) { return tick < shown.lower || tick > shown.upper; });
+    if (inverse_) {
+      invert(made.major);
+      invert(made.minor);
+    }
+    if (space.least_step > 0.0) {
+      made.minor.removeIf([](double tick) { return std::abs(tick - std::round(tick)) > 1e-6; });
+    }
     ticks = made.major;
     if (sub_ticks != nullptr) {
       *sub_ticks = made.minor;
@@ -157,6 +174,7 @@ class ChartTicker final : public QCPAxisTicker {
     const QMargins margins = axis_.axisRect()->margins();
     const QRect viewport = axis_.parentPlot()->viewport();
     TickRoom room;
+    room.least_step = axis_.property(whole_numbers).toBool() ? 1.0 : 0.0;
     if (axis_.orientation() == Qt::Horizontal) {
       room.pixels = viewport.width() - margins.left() - margins.right();
       room.gap = metrics.horizontalAdvance(QStringLiteral("000"));
@@ -172,6 +190,7 @@ class ChartTicker final : public QCPAxisTicker {
 
   const QCPAxis& axis_;
   AxisType type_;
+  bool inverse_;
 };
 
 }  // namespace
@@ -220,7 +239,7 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
   const double densest = span * std::max(min_distance / room.pixels, 1.0 / 50.0);
   constexpr int max_attempts = 12;
   for (const bool plain : {true, false}) {
-    double wanted = densest;
+    double wanted = std::max(densest, room.least_step);
     for (int attempt = 0; attempt < max_attempts; ++attempt) {
       const Step step = step_at_least(wanted);
       AxisTicks ticks = stepped(range, step, plain);
@@ -233,8 +252,14 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
   return {};  // labels too long for the axis, however few
 }
 
-QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type) {
-  return QSharedPointer<ChartTicker>::create(axis, type);
+void use_whole_numbers_along_x(QWidget& chart) {
+  if (const auto* const plot = chart.findChild<QCustomPlot*>()) {
+    plot->xAxis->setProperty(whole_numbers, true);
+  }
+}
+
+QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type, TickLabels labels) {
+  return QSharedPointer<ChartTicker>::create(axis, type, labels);
 }
 
 }  // namespace graph

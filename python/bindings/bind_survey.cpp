@@ -32,14 +32,6 @@ namespace {
 
 using Module_tensor::StationTensor;
 
-py::list texts_of(const std::vector<std::string>& texts) {
-  py::list list;
-  for (const std::string& text : texts) {
-    list.append(text_of(text));
-  }
-  return list;
-}
-
 /// The session as it is before the first survey.
 void forget_edits() {
   Module_Brenlox::clear_undo();

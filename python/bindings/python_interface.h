@@ -43,8 +43,9 @@ class PythonInterface final : public UserInterface {
 /// The installed one.
 PythonInterface& python_interface();
 
-/// Runs work without the interpreter lock, in its turn. @param work gives 0, or -1 after messages, which
-/// become the words of a SurveyError; one that throws does, too
+/// Runs work without the interpreter lock, one piece at a time: other threads wait, and what the work itself
+/// calls, as its progress function, is refused. @param work gives 0, or -1 after messages, which become the
+/// words of a SurveyError; one that throws does, too
 void run_work(const std::function<int()>& work, pybind11::object progress = pybind11::none(),
               bool agrees = false);
 

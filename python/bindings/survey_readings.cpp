@@ -16,7 +16,9 @@
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
+#include "exchange/asked_lines.h"
 #include "platform/dao/case_folding.h"
+#include "python/bindings/python_interface.h"
 #include "reduction/computed_rows.h"
 
 namespace Python {
@@ -208,6 +210,30 @@ LineChoice find_kind(const CurveQuery& query) {
   throw std::invalid_argument(kinds.empty()   ? "line " + line + " has no readings of a tensor element"
                               : asked.empty() ? has + ", not what reference_type and dipole ask for"
                                               : has + "; choose with reference_type and dipole");
+}
+
+LineSelection find_line_selection(const CurveQuery& query) {
+  constexpr const char* in_phase_and_quadrature = "QP";
+  LineChoice kind;
+  if (query.data_type != in_phase_and_quadrature) {
+    kind = at_survey([&] { return find_kind(query); });
+  } else {
+    run_work([&] {
+      std::optional<float> dipole;
+      if (query.dipole) {
+        dipole = static_cast<float>(*query.dipole);
+      }
+      const std::vector<LineChoice> found = Module_exchange::choose_lines(
+          {{query.line}, query.reference_type, dipole, "reference_type and dipole"},
+          Module_exchange::LineKinds::one_of_any);
+      if (found.empty()) {
+        return -1;
+      }
+      kind = found.front();
+      return 0;
+    });
+  }
+  return {kind.line, kind.reference_type, query.data_type, kind.dipole};
 }
 
 double find_station(const std::string& line, const std::string& station) {

@@ -25,6 +25,10 @@ struct CurveQuery {
 /// there is exactly one.
 Module_tensor::LineChoice find_kind(const CurveQuery& query);
 
+/// The curves that a file of a whole line is made of. Throws as find_kind, and SurveyError for a line without
+/// readings of QP where these are asked for.
+Module_database::LineSelection find_line_selection(const CurveQuery& query);
+
 /// The number of a station of a line, given by it or by the name of its site. Throws std::invalid_argument.
 double find_station(const std::string& line, const std::string& station);
 

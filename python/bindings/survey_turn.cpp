@@ -36,7 +36,7 @@ bool wait_for_a_while() {
 
 SurveyTurn::SurveyTurn() {
   if (turns()->owner == std::this_thread::get_id()) {
-    throw SurveyError("The survey is being worked on; a progress function can't use it");
+    throw SurveyError("There is work going on; call this when that has ended");
   }
   if (!turns()->mutex.try_lock()) {
     while (!wait_for_a_while()) {
@@ -54,6 +54,9 @@ SurveyTurn::~SurveyTurn() {
 }
 
 void require_open() {
+  if (turns()->owner != std::this_thread::get_id()) {
+    const SurveyTurn end_of_other_work;
+  }
   if (!session().database_open) {
     throw SurveyError("The survey is closed");
   }

@@ -26,7 +26,7 @@ class SurveyTurn {
   ~SurveyTurn();
 };
 
-/// Throws SurveyError if no survey is open.
+/// Throws SurveyError if no survey is open. Waits for other threads; may be called within a turn.
 void require_open();
 
 /// In a process that was forked: leaves the open survey to the parent, whose connection must not be used

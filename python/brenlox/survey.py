@@ -5,12 +5,18 @@ from __future__ import annotations
 import atexit
 import os
 from dataclasses import dataclass, field, fields
-from typing import Callable
+from typing import TYPE_CHECKING, Callable, Iterable, Union
 
 import numpy as np
 
-from . import _brenlox
+from . import _brenlox, exporting, occam, runs
+from .exporting import ExportReport, RhoplusFiles, RhoplusSettings, ZongeFiles
+from .importing import ImportChoices, ImportPlan, ImportReport, import_files, plan_import
+from .runs import RunChoices
 from .tensors import Tensor, Tipper
+
+if TYPE_CHECKING:
+    import pandas
 
 _REDUCTIONS = {"raw": 0, "averaged": 1, "merged": 2}
 
@@ -179,6 +185,7 @@ class Survey:
 
     @property
     def path(self) -> str:
+        """Of the survey's file, as it was opened."""
         return self._path
 
     @property
@@ -211,7 +218,7 @@ class Survey:
         self._require_open()
         return _brenlox.kinds(line)
 
-    def curve(self, line: str, station, data_type: str, *, reduction: str = "merged", reference_type: int | None = None,
+    def curve(self, line: str, station: float | str | Station, data_type: str, *, reduction: str = "merged", reference_type: int | None = None,
               dipole: float | None = None, scan_rate: float | None = None) -> Curve:
         """The merged curve of a station, or the average of one scan rate; computed if it is missing.
 
@@ -238,14 +245,15 @@ class Survey:
         query = _query(line, station, data_type, reference_type, dipole, scan_rate)
         return Curve(**_brenlox.curve(query, _REDUCTIONS[reduction]))
 
-    def repeats(self, line: str, station, data_type: str, *, reference_type: int | None = None,
+    def repeats(self, line: str, station: float | str | Station, data_type: str, *, reference_type: int | None = None,
                 dipole: float | None = None, scan_rate: float | None = None) -> list[Curve]:
         """The raw readings of a station, by scan rate and event; parameters as of `curve`."""
         self._require_open()
         query = _query(line, station, data_type, reference_type, dipole, scan_rate)
         return [Curve(**row) for row in _brenlox.repeats(query)]
 
-    def curves(self, line: str | None = None, station=None, data_type: str | None = None, *,
+    def curves(self, line: str | None = None, station: float | str | Station | None = None,
+               data_type: str | None = None, *,
                reduction: str = "merged", reference_type: int | None = None, dipole: float | None = None,
                scan_rate: float | None = None) -> list[Curve]:
         """All curves of the survey, or of what is given, read at once.
@@ -277,7 +285,7 @@ class Survey:
         return Curve(**_brenlox.reading(curve.id))
 
     def to_dataframe(self, line: str | None = None, *, data_type: str | None = None, reduction: str = "merged",
-                     reference_type: int | None = None, dipole: float | None = None):
+                     reference_type: int | None = None, dipole: float | None = None) -> pandas.DataFrame:
         """A table with one row for each point of each curve; needs pandas.
 
         Columns are the arrays of `Curve`, what the reading is of, and ``resistivity_used`` and ``phase_used``:
@@ -299,7 +307,7 @@ class Survey:
             columns[name] = np.isfinite(np.concatenate([each[place] for each in used] or [np.empty(0)]))
         return pandas.DataFrame(columns)
 
-    def mask(self, curves, points=True, *, component: str = "both",
+    def mask(self, curves: Curve | Iterable[Curve], points: _Points = True, *, component: str = "both",
              progress: Callable[[float], object] | None = None) -> int:
         """Mask points of one curve or of many, as one command and in one transaction.
 
@@ -330,7 +338,7 @@ class Survey:
         """
         return self._set_points(curves, points, component, False, progress)
 
-    def unmask(self, curves, points=True, *, component: str = "both",
+    def unmask(self, curves: Curve | Iterable[Curve], points: _Points = True, *, component: str = "both",
                progress: Callable[[float], object] | None = None) -> int:
         """Let points count again; parameters as of `mask`."""
         return self._set_points(curves, points, component, True, progress)
@@ -346,7 +354,7 @@ class Survey:
                              none if component == "resistivity" else chosen))
         return _brenlox.edit_points(readings, count, progress)
 
-    def switch(self, curves, use: bool, *, part: str = "reading",
+    def switch(self, curves: Curve | Iterable[Curve], use: bool, *, part: str = "reading",
                progress: Callable[[float], object] | None = None) -> int:
         """Switch readings, or their resistivities or phases, on or off as one command.
 
@@ -365,7 +373,7 @@ class Survey:
         _check_choice("part", part, ("reading", "resistivity", "phase"))
         return _brenlox.switch_readings([curve.id for curve in _listed(curves)], part, bool(use), progress)
 
-    def set_static_factor(self, curves, factor: float) -> int:
+    def set_static_factor(self, curves: Curve | Iterable[Curve], factor: float) -> int:
         """Set the factor on the resistivity of merged curves, as one command; gives how many have changed."""
         self._require_open()
         curves = _listed(curves)
@@ -407,7 +415,7 @@ class Survey:
         reference_type, listed, enabled = self._frequencies(reference_type)
         return listed, enabled.astype(bool)
 
-    def switch_frequencies(self, chosen, use: bool, reference_type: int | None = None) -> None:
+    def switch_frequencies(self, chosen: np.ndarray, use: bool, reference_type: int | None = None) -> None:
         """Switch frequencies on or off for graphs and output. This isn't undone by `undo`.
 
         Parameters
@@ -430,19 +438,19 @@ class Survey:
             raise ValueError(f"reference_type: choose one of {', '.join(map(str, lists)) or 'none'}")
         return (reference_type, *lists[reference_type])
 
-    def sign_of_ey(self, line: str, station) -> str:
+    def sign_of_ey(self, line: str, station: float | str | Station) -> str:
         """How the sign of a station's Ey is taken for its tensor: 'by rule', 'as measured' or 'turned'."""
         self._require_open()
         sign = _brenlox.sign_of_ey(line, _station_text(station))
         return next(name for name, value in _EY_SIGNS.items() if value == sign)
 
-    def set_sign_of_ey(self, line: str, station, sign: str) -> None:
+    def set_sign_of_ey(self, line: str, station: float | str | Station, sign: str) -> None:
         """Set what `sign_of_ey` gives. This isn't undone by `undo`."""
         self._require_open()
         _check_choice("sign", sign, tuple(_EY_SIGNS))
         _brenlox.set_sign_of_ey(line, _station_text(station), _EY_SIGNS[sign])
 
-    def tensor(self, line: str, station, *, reference_type: int | None = None, dipole: float | None = None) -> Tensor:
+    def tensor(self, line: str, station: float | str | Station, *, reference_type: int | None = None, dipole: float | None = None) -> Tensor:
         """Impedance tensors of a station from its merged curves; Ey turned back, static factors included.
 
         Raises
@@ -455,7 +463,7 @@ class Survey:
             raise _brenlox.Error(found["refusal"])
         return Tensor(**found["tensor"], axes=found["axes"], station=_name(found))
 
-    def tipper(self, line: str, station, *, reference_type: int | None = None, dipole: float | None = None) -> Tipper:
+    def tipper(self, line: str, station: float | str | Station, *, reference_type: int | None = None, dipole: float | None = None) -> Tipper:
         """Tippers of a station; of length 0 where none was measured."""
         found = self._station(line, station, reference_type, dipole)
         return Tipper(**found["tipper"], axes=found["axes"])
@@ -476,6 +484,138 @@ class Survey:
         """Compute all averages and merged curves again. `progress` gets the share done and stops by False."""
         self._require_open()
         _brenlox.recalculate(progress)
+
+    def import_files(self, paths, *, auto: bool = True, dry_run: bool = False,
+                     progress: Callable[[float], object] | None = None, **choices) -> ImportReport | ImportPlan:
+        """Import field files and bring averages and merged curves of what they touch up to date.
+
+        Parameters
+        ----------
+        paths : path-like or iterable of path-like
+            Files, and folders to search for them.
+        auto : bool
+            Look into the files and choose what isn't given. Without it `reference_type`, and `line`, `event`, `rate`
+            or their columns are required.
+        dry_run : bool
+            Give the plan, the rows that would be stored; nothing is.
+        progress : callable, optional
+            Called with the share done; stops between files where it returns False, and what was stored by then stays.
+        **choices
+            The fields of `brenlox.importing.ImportChoices`: line, reference_type, turn_ey, stations_by and so on.
+
+        Returns
+        -------
+        ImportReport
+            Files that can't be read are in it; they don't keep the others from being stored.
+        ImportPlan
+            With `dry_run`.
+
+        Raises
+        ------
+        ValueError, FileNotFoundError
+        brenlox.Error
+            If nothing can be imported: no field file, a fault of the choices, a survey that can't be written.
+        """
+        self._require_open()
+        chosen = ImportChoices(auto=auto, **choices)
+        return (plan_import if dry_run else import_files)(paths, chosen, progress)
+
+    def export(self, directory, *, format: str, lines=None, reference_type: int | None = None,
+               dipole: float | None = None, rotate: float | None = None, reduction: int | None = None,
+               rhoplus: RhoplusSettings | bool = False, plot_link: str | None = None, overwrite: bool = False,
+               progress: Callable[[float], object] | None = None) -> ExportReport:
+        """Write curves, tensors and places of stations as files that other packages read.
+
+        Parameters
+        ----------
+        directory : path-like
+            Is made if it is missing.
+        format : {'edi', 'emtfxml', 'csv', 'geojson', 'kml'}
+            EDI and EMTF XML: a file for each station; CSV: tables of a line; GeoJSON and KML: places for maps.
+        lines : str or sequence of str, optional
+            All by default.
+        reference_type, dipole : optional
+            Needed only where a line has several; dipole m.
+        rotate : float, optional
+            Azimuth of x, degrees from north, that merged curves and tippers are rotated to.
+        reduction : {0, 1, 2}, optional
+            Curves of CSV: raw, averaged or merged (the default).
+        rhoplus : RhoplusSettings or bool
+            CSV: the best fit of any layered earth to ExHy and EyHx as well.
+        plot_link : str, optional
+            GeoJSON, KML: link of each station, with {line}, {station} and {name} in it.
+        overwrite : bool
+            Replace files that exist.
+        progress : callable, optional
+            Called with the share done; stops between stations where it returns False.
+
+        Raises
+        ------
+        ValueError
+        brenlox.Error
+            If there is nothing to write, a file exists and `overwrite` is False, or one can't be written.
+        """
+        self._require_open()
+        return exporting.export(directory, format, lines, reference_type, dipole, rotate, reduction, rhoplus,
+                                plot_link, overwrite, progress)
+
+    def write_zonge(self, path, line: str, data_type: str, *, reference_type: int | None = None,
+                    dipole: float | None = None, overwrite: bool = False,
+                    progress: Callable[[float], object] | None = None) -> ZongeFiles | None:
+        """Write the merged curves of a line as a Zonge AVG set: .avg, .mde and .stn.
+
+        `path` is that of the .avg file; the others go beside it. None if `progress` has stopped it: nothing is written
+        then. Parameters as of `export`; brenlox.Error if a file exists and `overwrite` is False.
+        """
+        self._require_open()
+        query = _query(line, "", exporting.data_type(data_type), reference_type, dipole, None)
+        return exporting.write_zonge(path, query, overwrite, progress)
+
+    def write_rhoplus(self, directory, line: str, data_type: str, *, reference_type: int | None = None,
+                      dipole: float | None = None, settings: RhoplusSettings | None = None, root: str = "tmd",
+                      include_empty: bool = False, rotate: float | None = None,
+                      progress: Callable[[float], object] | None = None) -> RhoplusFiles:
+        """Write the merged curves of a line as Rho+ control files, with the batch file that runs them.
+
+        Parameters
+        ----------
+        directory : path-like
+            Is made if it is missing; earlier files of the same names are replaced.
+        settings : RhoplusSettings, optional
+        root : str
+            First part of the file names.
+        include_empty : bool
+            Write frequencies with no data as well.
+        rotate : float, optional
+            Azimuth of the strike, degrees from north, that the tensors are rotated to.
+        """
+        self._require_open()
+        query = _query(line, "", exporting.data_type(data_type), reference_type, dipole, None)
+        return exporting.write_rhoplus(directory, query, settings, root, include_empty, rotate, progress)
+
+    def create_run(self, directory, line: str, *, overwrite: bool = False,
+                   progress: Callable[[float], object] | None = None, **choices) -> occam.Run | None:
+        """Make a run directory of the two-dimensional inversion from the merged curves of a line.
+
+        Parameters
+        ----------
+        directory : path-like
+            Is made if it is missing.
+        line : str
+        overwrite : bool
+            An earlier inversion in the folder moves into earlier_1; without it that is an error.
+        progress : callable, optional
+            Called with the share done; nothing is written where it returns False.
+        **choices
+            The fields of `brenlox.runs.RunChoices`: modes, floors of errors, layers, blocks, stations and so on.
+
+        Returns
+        -------
+        brenlox.occam.Run
+            What there was to be told is in its `created`. None if `progress` has stopped it.
+        """
+        self._require_open()
+        return runs.create_run(directory, line, RunChoices(**choices), overwrite, progress)
 
 
 def _name(found) -> str:
@@ -520,6 +660,18 @@ def _query(line, station, data_type, reference_type, dipole, scan_rate):
     return _brenlox.CurveQuery(line, _station_text(station), data_type, reference_type, dipole, scan_rate)
 
 
+def create_survey(path) -> Survey:
+    """Create an empty survey and open it; see `brenlox.create`."""
+    text = os.path.abspath(path)
+    if ".MDB" not in text.upper():
+        raise ValueError(f"path: the name of a survey must end in .mdb, received {os.fspath(path)!r}")
+    if os.path.exists(text):
+        raise FileExistsError(17, "The specified file already exists", text)
+    _brenlox.create_survey(text)
+    return Survey(text)
+
+
+_Points = Union[bool, slice, np.ndarray, Callable[[Curve], Union[bool, slice, np.ndarray]]]
 _EY_SIGNS = {"by rule": 0, "as measured": 1, "turned": -1}
 _FACTS = {"line": object, "station": float, "data_type": object, "reference_type": int, "dipole": float,
           "scan_rate": float, "event": int, "id": int, "static_factor": float, "phase_offset": float}

@@ -11,19 +11,15 @@ import threading
 import brenlox
 import numpy as np
 import pytest
+from programs import BATCH, batch, make_samples, needs_programs
 
-PROGRAMS = pathlib.Path(brenlox.__file__).resolve().parents[2]
-BATCH = PROGRAMS / "batch" / "brenlox_batch"
-
-
-def batch(*arguments):
-    return subprocess.run([BATCH, *map(str, arguments)], check=True, capture_output=True, text=True).stdout
+pytestmark = needs_programs
 
 
 @pytest.fixture(scope="session")
 def made_survey(tmp_path_factory):
     folder = tmp_path_factory.mktemp("survey")
-    subprocess.run([PROGRAMS / "samples" / "brenlox_make_samples", folder / "files"], check=True, capture_output=True)
+    make_samples(folder / "files")
     path = folder / "sample.mdb"
     batch("new", path)
     batch("import", path, folder / "files", "--reference", 0, "--line-columns", "2,4", "--event-columns", "14,1",

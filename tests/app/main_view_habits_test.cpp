@@ -55,6 +55,12 @@ class Disabled : public QObject {
   }
 };
 
+void drag_with_shift(QWidget& graph, QPoint from, QPoint to) {
+  QTest::mousePress(&graph, Qt::LeftButton, Qt::ShiftModifier, from);
+  move(graph, to, Qt::LeftButton);
+  QTest::mouseRelease(&graph, Qt::LeftButton, Qt::ShiftModifier, to);
+}
+
 QChar mnemonic(const QString& caption) {
   const qsizetype at = QString(caption).replace("&&", "  ").indexOf('&');
   return at < 0 ? QChar() : caption[at + 1].toLower();
@@ -79,6 +85,36 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
   void init() { open_made_survey(); }
   void cleanup() { close_survey(); }
 
+  void marked_points_are_masked_with_one_key_and_come_back_with_one_undo() {
+    auto* const graph = control<VexGraphControl>("vxgraph_station_0");
+    const auto ID = averaged::data_sets().station.slots.front().reading.ID;
+    const QPoint around(9, 9);
+    const QPoint at = graph->point_position(0, 2)->toPoint();
+    drag_with_shift(*graph, at - around, at + around);
+    QVERIFY(item("menu_mask_marked")->isEnabled());
+    QVERIFY(control<QLabel>("Status_site_map_1")->text().contains("marked: Delete masks"));
+    QTest::keyClick(window_.get(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QVERIFY(!item("menu_mask_marked")->isEnabled());
+    QTest::keyClick(window_.get(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(stored_mask(ID, 2), 1);
+    QCOMPARE(undo_count(), 0U);
+
+    drag_with_shift(*graph, at - around, at + around);
+    QTest::keyClick(window_.get(), Qt::Key_Escape);
+    QVERIFY(!item("menu_mask_marked")->isEnabled());
+    QTest::keyClick(window_.get(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 1);
+
+    drag_with_shift(*graph, at - around, at + around);
+    QTest::keyClick(window_.get(), Qt::Key_Right);  // the average isn't seen any more; the profile stays
+    QCOMPARE(averaged::data_sets().station.key.station, 200.0);
+    QVERIFY(control<QLabel>("Status_site_map_1")->text().startsWith("1 point marked"));
+    QTest::keyClick(window_.get(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QCOMPARE(Module_Brenlox::top_undo().size(), 1U);
+  }
+
   void each_graph_is_drawn_once_or_not_at_all() {
     struct Case {
       const char* name;
@@ -87,6 +123,7 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     };
     const std::vector<int> all(6, 1);
     const std::vector<int> nothing(6, 0);
+    const std::vector<int> new_station{0, 0, 1, 1, 1, 1};  // in the profile only the line at it moves
     const auto type = [this](const char* name, const char* text) {
       auto* const box = control<QLineEdit>(name);
       box->setFocus();
@@ -106,10 +143,10 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
         {"fixed scale", [&] { control<QCheckBox>("Check_fixed_scale")->click(); }, {0, 0, 1, 1, 1, 1}},
         {"hide masked", [&] { control<QCheckBox>("Check_hide_masked_data")->click(); }, all},
         {"scan rate", [&] { control<QComboBox>("Combo_scan_rate")->setCurrentIndex(1); }, {0, 0, 0, 0, 1, 1}},
-        {"neighbours", [&] { control<QCheckBox>("Check_multi_station")->click(); }, all},
-        {"their number", [&] { type("Text_multi_count", "1"); }, all},
-        {"a step", [&] { control<QScrollBar>("HScroll_repeat")->setValue(3); }, all},
-        {"a point of the profile elsewhere", [&] { click_point("vxgraph_Profile_0", 0, 1); }, all},
+        {"neighbours", [&] { control<QCheckBox>("Check_multi_station")->click(); }, new_station},
+        {"their number", [&] { type("Text_multi_count", "1"); }, new_station},
+        {"a step", [&] { control<QScrollBar>("HScroll_repeat")->setValue(3); }, new_station},
+        {"a point of the profile elsewhere", [&] { click_point("vxgraph_Profile_0", 0, 1); }, new_station},
         {"the same line", [&] { control<QComboBox>("Combo_line")->setCurrentIndex(0); }, nothing},
         {"recalculation", [&] { menu("menu_Recalculate_merged"); }, all},
         {"the plan", [&] { press("Command_show_plan"); }, nothing},
