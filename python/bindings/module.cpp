@@ -13,6 +13,8 @@ PYBIND11_MODULE(_brenlox, module) {
   Python::bind_earth(module);
   Python::bind_section(module);
   Python::bind_survey(module);
+  Python::bind_curves(module);
+  Python::bind_edits(module);
   Python::bind_import(module);
   Python::bind_export(module);
   Python::bind_occam(module);

@@ -1,13 +1,9 @@
 #include "python/bindings/python_interface.h"
 
-#include <atomic>
 #include <exception>
 #include <memory>
-#include <mutex>
-#include <thread>
 #include <utility>
 
-#include "core/session_state.h"
 #include "core/trap_errors.h"
 
 namespace Python {
@@ -23,35 +19,6 @@ std::string joined(const std::vector<std::string>& messages) {
   }
   return text.empty() ? "The work has failed" : text;
 }
-
-std::atomic<std::thread::id> worker;  // none: there is nothing at work
-
-[[noreturn]] void refuse_at_work() {
-  throw SurveyError("There is work going on; call this when that has ended");
-}
-
-/// All work shares the session and the interface.
-class WorkTurn {
- public:
-  WorkTurn() : lock_(mutex(), std::defer_lock) {
-    if (worker == std::this_thread::get_id()) {
-      refuse_at_work();
-    }
-    const py::gil_scoped_release without_lock;
-    lock_.lock();
-    worker = std::this_thread::get_id();
-  }
-  WorkTurn(const WorkTurn&) = delete;
-  WorkTurn& operator=(const WorkTurn&) = delete;
-  ~WorkTurn() { worker = std::thread::id(); }
-
- private:
-  static std::mutex& mutex() {
-    static std::mutex one;
-    return one;
-  }
-  std::unique_lock<std::mutex> lock_;
-};
 
 }  // namespace
 
@@ -91,17 +58,8 @@ PythonInterface& python_interface() {
   return *installed;
 }
 
-void require_open() {
-  if (worker != std::thread::id()) {
-    refuse_at_work();
-  }
-  if (!session().database_open) {
-    throw SurveyError("The survey is closed");
-  }
-}
-
 void run_work(const std::function<int()>& work, py::object progress, bool agrees) {
-  const WorkTurn turn;
+  const SurveyTurn turn;
   PythonInterface& interface = python_interface();
   interface.begin(std::move(progress), agrees);
   int status = -1;

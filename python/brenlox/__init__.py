@@ -15,11 +15,12 @@ from ._earth import BostickCurve, LayeredResponse, layered_response, niblett_bos
 from ._rhoplus import RhoplusFit, rhoplus
 from ._strike import Strike, strike, strike_by_decade
 from .exporting import RhoplusSettings
-from .survey import Curve, Survey, create_survey
+from .survey import Change, Curve, Station, Survey, create_survey
 from .tensors import InductionArrows, PhaseTensor, Tensor, Tipper
 
 __all__ = [
     "BostickCurve",
+    "Change",
     "Curve",
     "Error",
     "InductionArrows",
@@ -27,6 +28,7 @@ __all__ = [
     "PhaseTensor",
     "RhoplusFit",
     "RhoplusSettings",
+    "Station",
     "Strike",
     "Survey",
     "Tensor",
@@ -51,7 +53,8 @@ def open(path: str | os.PathLike[str], read_only: bool = False) -> Survey:
     ----------
     path : path-like
     read_only : bool
-        Work on a private copy: nothing is written beside the survey, which may be open elsewhere.
+        Work on a private copy of the survey as it is in its file: nothing is written beside it, and it may be
+        open in a window or another program. Edits are refused.
 
     Raises
     ------

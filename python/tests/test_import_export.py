@@ -153,7 +153,7 @@ def test_other_threads_wait_for_work_or_are_refused(tensor_survey, tmp_path):
         for thread in threads:
             thread.join()
         assert len(failures) < 3
-        assert len(survey.curve("100E", survey.stations()[0]["station"], "ExHy").frequency) > 0
+        assert len(survey.curve("100E", survey.stations()[0], "ExHy").frequency) > 0
 
 
 @pytest.mark.parametrize("options, words", [
