@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds between_looks{50};
 
 Interruption::Interruption(py::object progress)
     : progress_(progress.is_none() ? py::object() : std::move(progress)),
-      next_look_(std::chrono::steady_clock::now() + between_looks) {}
+      next_look_(std::chrono::steady_clock::now()) {}  // short work can be stopped, too
 
 bool Interruption::asked(double share_done) {
   const auto now = std::chrono::steady_clock::now();
