@@ -65,7 +65,7 @@ def open(path: str | os.PathLike[str], read_only: bool = False) -> Survey:
     return Survey(path, read_only)
 
 
-def create(path) -> Survey:
+def create(path: str | os.PathLike[str]) -> Survey:
     """Create an empty survey and open it.
 
     Parameters

@@ -137,13 +137,16 @@ def export(
     return ExportReport(**_brenlox.export_survey(request, overwrite, progress))
 
 
-def write_zonge(path, query, overwrite, progress) -> ZongeFiles | None:
+def write_zonge(path: str | os.PathLike[str], query: _brenlox.CurveQuery, overwrite: bool,
+                progress: Callable[[float], object] | None) -> ZongeFiles | None:
     """Write a line's merged curves as a Zonge AVG set."""
     written = _brenlox.write_zonge(query, os.path.abspath(path), overwrite, progress)
     return None if written is None else ZongeFiles(*written)
 
 
-def write_rhoplus(directory, query, settings, root, include_empty, rotate, progress) -> RhoplusFiles:
+def write_rhoplus(directory: str | os.PathLike[str], query: _brenlox.CurveQuery, settings: RhoplusSettings | None,
+                  root: str, include_empty: bool, rotate: float | None,
+                  progress: Callable[[float], object] | None) -> RhoplusFiles:
     """Write a line's merged curves as Rho+ control files."""
     if not root.strip():
         raise ValueError("root: the files need a name")

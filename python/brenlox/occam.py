@@ -10,12 +10,15 @@ from __future__ import annotations
 import os
 from dataclasses import dataclass, field
 from functools import lru_cache
-from typing import Callable
+from typing import TYPE_CHECKING, Callable
 
 import numpy as np
 
 from . import _brenlox
 from .section import Section
+
+if TYPE_CHECKING:
+    from matplotlib.axes import Axes
 
 _SEARCHES = ("better", "classic")
 
@@ -208,7 +211,7 @@ class Model:
         """The model on its mesh, for `brenlox.section.response`; static shifts aren't in it."""
         return self._section
 
-    def plot(self, ax=None, **options):
+    def plot(self, ax: Axes | None = None, **options) -> Axes:
         """Draw the model with its sites; options as of `brenlox.plots.plot_section`.
 
         Returns
@@ -287,7 +290,7 @@ class Response:
         squares = np.bincount(self.site, weights=np.square(self.misfit), minlength=count)
         return np.sqrt(np.divide(squares, rows, out=np.full(count, np.nan), where=rows > 0))
 
-    def plot(self, site, axes=None):
+    def plot(self, site: int | str, axes: tuple[Axes, Axes] | None = None) -> tuple[Axes, Axes]:
         """Draw the curves of a site; see `brenlox.plots.plot_response`."""
         from . import plots
 

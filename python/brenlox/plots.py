@@ -7,6 +7,10 @@ from typing import TYPE_CHECKING, Sequence
 import numpy as np
 
 if TYPE_CHECKING:
+    from matplotlib.axes import Axes
+    from matplotlib.colors import Colormap
+    from numpy.typing import ArrayLike
+
     from .occam import Response
     from .section import Section
 
@@ -24,17 +28,17 @@ def _pyplot():
 
 def plot_section(
     section: Section,
-    ax=None,
+    ax: Axes | None = None,
     *,
-    sites=None,
+    sites: ArrayLike | None = None,
     site_names: Sequence[str] | None = None,
     max_depth: float | None = None,
     extent: tuple[float, float] | None = None,
     limits: tuple[float, float] | None = None,
-    colours="turbo_r",
+    colours: str | Colormap = "turbo_r",
     mesh: bool = False,
     title: str | None = None,
-):
+) -> Axes:
     """Draw a section: log10 of the resistivity in colours, low ones red, depth downwards, sites on top.
 
     Parameters
@@ -177,7 +181,7 @@ def _draw_sites(ax, sites, names, divisor, extent) -> float:
     return 6.0 + 5.0 * max(len(name) for _, name in shown[::step])
 
 
-def plot_response(response: Response, site, axes=None):
+def plot_response(response: Response, site: int | str, axes: tuple[Axes, Axes] | None = None) -> tuple[Axes, Axes]:
     """Draw observed and modelled resistivity and phase of a site over the frequency.
 
     Parameters
@@ -224,4 +228,4 @@ def plot_response(response: Response, site, axes=None):
     resistivity.set_title(f"{response.run.site_names[number]}, iteration {response.iteration.number}")
     if resistivity.get_legend_handles_labels()[0]:
         resistivity.legend(fontsize=8)
-    return axes
+    return resistivity, phase

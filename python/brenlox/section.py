@@ -3,13 +3,16 @@
 from __future__ import annotations
 
 from dataclasses import dataclass
-from typing import Callable, NamedTuple
+from typing import TYPE_CHECKING, Callable, NamedTuple
 
 import numpy as np
 from numpy.typing import ArrayLike
 
 from . import _brenlox
 from ._arrays import check_shape, integers, real
+
+if TYPE_CHECKING:
+    from matplotlib.axes import Axes
 
 AIR = 0
 """Code of the triangles that are air."""
@@ -76,7 +79,7 @@ class Section:
         """Depth of the node rows, m, shape (rows + 1,)."""
         return np.concatenate([[0.0], np.cumsum(self.row_heights)])
 
-    def plot(self, ax=None, **options):
+    def plot(self, ax: Axes | None = None, **options) -> Axes:
         """Draw log10 of the resistivity, depth downwards; see `brenlox.plots.plot_section`."""
         from . import plots
 

@@ -5,13 +5,13 @@ from __future__ import annotations
 import atexit
 import os
 from dataclasses import dataclass, field, fields
-from typing import TYPE_CHECKING, Callable, Iterable, Union
+from typing import TYPE_CHECKING, Callable, Iterable, Sequence, Union
 
 import numpy as np
 
 from . import _brenlox, exporting, occam, runs
 from .exporting import ExportReport, RhoplusFiles, RhoplusSettings, ZongeFiles
-from .importing import ImportChoices, ImportPlan, ImportReport, import_files, plan_import
+from .importing import ImportChoices, ImportPlan, ImportReport, PathLike, import_files, plan_import
 from .runs import RunChoices
 from .tensors import Tensor, Tipper
 
@@ -485,7 +485,7 @@ class Survey:
         self._require_open()
         _brenlox.recalculate(progress)
 
-    def import_files(self, paths, *, auto: bool = True, dry_run: bool = False,
+    def import_files(self, paths: PathLike | Iterable[PathLike], *, auto: bool = True, dry_run: bool = False,
                      progress: Callable[[float], object] | None = None, **choices) -> ImportReport | ImportPlan:
         """Import field files and bring averages and merged curves of what they touch up to date.
 
@@ -520,8 +520,8 @@ class Survey:
         chosen = ImportChoices(auto=auto, **choices)
         return (plan_import if dry_run else import_files)(paths, chosen, progress)
 
-    def export(self, directory, *, format: str, lines=None, reference_type: int | None = None,
-               dipole: float | None = None, rotate: float | None = None, reduction: int | None = None,
+    def export(self, directory: PathLike, *, format: str, lines: str | Sequence[str] | None = None,
+               reference_type: int | None = None, dipole: float | None = None, rotate: float | None = None, reduction: int | None = None,
                rhoplus: RhoplusSettings | bool = False, plot_link: str | None = None, overwrite: bool = False,
                progress: Callable[[float], object] | None = None) -> ExportReport:
         """Write curves, tensors and places of stations as files that other packages read.
@@ -559,7 +559,7 @@ class Survey:
         return exporting.export(directory, format, lines, reference_type, dipole, rotate, reduction, rhoplus,
                                 plot_link, overwrite, progress)
 
-    def write_zonge(self, path, line: str, data_type: str, *, reference_type: int | None = None,
+    def write_zonge(self, path: PathLike, line: str, data_type: str, *, reference_type: int | None = None,
                     dipole: float | None = None, overwrite: bool = False,
                     progress: Callable[[float], object] | None = None) -> ZongeFiles | None:
         """Write the merged curves of a line as a Zonge AVG set: .avg, .mde and .stn.
@@ -571,7 +571,7 @@ class Survey:
         query = _query(line, "", exporting.data_type(data_type), reference_type, dipole, None)
         return exporting.write_zonge(path, query, overwrite, progress)
 
-    def write_rhoplus(self, directory, line: str, data_type: str, *, reference_type: int | None = None,
+    def write_rhoplus(self, directory: PathLike, line: str, data_type: str, *, reference_type: int | None = None,
                       dipole: float | None = None, settings: RhoplusSettings | None = None, root: str = "tmd",
                       include_empty: bool = False, rotate: float | None = None,
                       progress: Callable[[float], object] | None = None) -> RhoplusFiles:
@@ -593,7 +593,7 @@ class Survey:
         query = _query(line, "", exporting.data_type(data_type), reference_type, dipole, None)
         return exporting.write_rhoplus(directory, query, settings, root, include_empty, rotate, progress)
 
-    def create_run(self, directory, line: str, *, overwrite: bool = False,
+    def create_run(self, directory: PathLike, line: str, *, overwrite: bool = False,
                    progress: Callable[[float], object] | None = None, **choices) -> occam.Run | None:
         """Make a run directory of the two-dimensional inversion from the merged curves of a line.
 
@@ -660,7 +660,7 @@ def _query(line, station, data_type, reference_type, dipole, scan_rate):
     return _brenlox.CurveQuery(line, _station_text(station), data_type, reference_type, dipole, scan_rate)
 
 
-def create_survey(path) -> Survey:
+def create_survey(path: str | os.PathLike[str]) -> Survey:
     """Create an empty survey and open it; see `brenlox.create`."""
     text = os.path.abspath(path)
     if ".MDB" not in text.upper():

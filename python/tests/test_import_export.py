@@ -2,6 +2,7 @@ import os
 import shutil
 import sqlite3
 import threading
+import time
 
 import brenlox
 import pytest
@@ -124,16 +125,26 @@ def test_what_can_not_be_imported_is_refused(files, tmp_path):
 
 
 def test_progress_may_stop_an_import(tensor_files, tmp_path):
+    shares = []
+
+    def stop(share):
+        shares.append(share)
+        time.sleep(0.06)  # so that the next file asks again
+        return len(shares) < 2
+
+    def nested(share):
+        shares.append(share)
+        survey.recalculate()
+
+    many = tmp_path / "many"
+    for copy in range(4):  # so that there is time to ask: work is interrupted each twentieth of a second
+        shutil.copytree(tensor_files, many / str(copy))
     with brenlox.create(tmp_path / "a.mdb") as survey:
-        report = survey.import_files(tensor_files, progress=lambda share: False)
-        assert report.stopped
-        assert len(survey.stations()) <= len(report.files)
-
-        def nested(share):
-            survey.recalculate()
-
+        report = survey.import_files(many, progress=stop)
+        assert len(shares) == 2 and report.stopped
+        assert report.readings < 4 * 15 * 6
         with pytest.raises(brenlox.Error):
-            survey.import_files(tensor_files, progress=nested)
+            survey.import_files(many, progress=nested)
 
 
 def test_other_threads_wait_for_work_or_are_refused(tensor_survey, tmp_path):
@@ -218,4 +229,3 @@ def test_an_export_replaces_nothing_unasked(tensor_survey, tmp_path):
         file.write_text("")
         with pytest.raises(brenlox.Error):
             survey.export(file / "below", format="csv")
-        assert survey.export(tmp_path / "x", format="edi", progress=lambda share: False).stopped in (True, False)
