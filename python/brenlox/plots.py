@@ -13,7 +13,9 @@ if TYPE_CHECKING:
 
     from .occam import Response
     from .section import Section
+    from .survey import Curve
 
+_TYPE_COLOURS = {"ExHy": "#0054be", "EyHx": "#d05800", "ExHx": "tab:green", "EyHy": "tab:purple"}
 _MODE_COLOURS = {"TE": "tab:blue", "TM": "tab:red"}
 _MODE_MARKERS = {"TE": "o", "TM": "s"}
 
@@ -181,6 +183,58 @@ def _draw_sites(ax, sites, names, divisor, extent) -> float:
     return 6.0 + 5.0 * max(len(name) for _, name in shown[::step])
 
 
+def _curve_axes(axes: tuple[Axes, Axes] | None) -> tuple[Axes, Axes]:
+    if axes is None:
+        _, axes = _pyplot().subplots(2, 1, sharex=True, figsize=(7.0, 7.0), layout="constrained", height_ratios=(3, 2))
+    return axes
+
+
+def _label_curve_axes(resistivity: Axes, phase: Axes) -> None:
+    resistivity.set(xscale="log", yscale="log", ylabel="Apparent resistivity (Ω m)")
+    phase.set(xscale="log", xlabel="Frequency (Hz)", ylabel="Phase (degrees)")
+    if not phase.xaxis_inverted():
+        phase.invert_xaxis()  # depth of investigation grows to the right
+    for pane in (resistivity, phase):
+        pane.grid(True, which="major", linewidth=0.3)
+
+
+def plot_curve(curve: Curve, axes: tuple[Axes, Axes] | None = None, *, masked: bool = True) -> tuple[Axes, Axes]:
+    """Draw resistivity and phase of a reading over the frequency, with its errors.
+
+    Parameters
+    ----------
+    curve : brenlox.Curve
+        Not of a tipper.
+    axes : pair of matplotlib.axes.Axes, optional
+        For resistivity and phase, of an earlier curve to be compared; a new figure without them.
+    masked : bool
+        Draw points that don't count as well, as grey crosses.
+
+    Returns
+    -------
+    pair of matplotlib.axes.Axes
+    """
+    if curve.data_type.startswith("Hz"):
+        raise ValueError(f"curve: expected resistivities and phases, received {curve.data_type}")
+    axes = _curve_axes(axes)
+    everything = (curve.resistivity * curve.static_factor, curve.phase + curve.phase_offset)
+    errors = (curve.resistivity_error * curve.static_factor, curve.phase_error)
+    deviations = (curve.resistivity_deviation * curve.static_factor, curve.phase_deviation)
+    colour = _TYPE_COLOURS.get(curve.data_type, "black")
+    for pane, counting, all_values, error, deviation in zip(axes, curve.masked(), everything, errors, deviations):
+        bars = error if curve.reduction == 0 or np.isfinite(error).any() else deviation
+        pane.errorbar(curve.frequency, counting, np.where(np.isfinite(bars), bars, 0.0), fmt="o", color=colour,
+                      markersize=4, linewidth=0.8, label=f"{curve.data_type}, station {curve.station:g}")
+        left_out = np.isnan(counting) & np.isfinite(all_values)
+        if masked and left_out.any():
+            pane.plot(curve.frequency[left_out], all_values[left_out], "x", color="grey", markersize=5)
+    resistivity, phase = axes
+    _label_curve_axes(resistivity, phase)
+    resistivity.set_title(f"Line {curve.line}")
+    resistivity.legend(fontsize=8)
+    return resistivity, phase
+
+
 def plot_response(response: Response, site: int | str, axes: tuple[Axes, Axes] | None = None) -> tuple[Axes, Axes]:
     """Draw observed and modelled resistivity and phase of a site over the frequency.
 
@@ -196,11 +250,8 @@ def plot_response(response: Response, site: int | str, axes: tuple[Axes, Axes] |
     -------
     pair of matplotlib.axes.Axes
     """
-    pyplot = _pyplot()
     number = response.run.site_index(site)
-    if axes is None:
-        _, axes = pyplot.subplots(2, 1, sharex=True, figsize=(7.0, 7.0), layout="constrained",
-                                  height_ratios=(3, 2))
+    axes = _curve_axes(axes)
     for mode in ("TE", "TM"):
         for pane, quantity in zip(axes, ("log10_resistivity", "phase")):
             of_site = (response.site == number) & (response.mode == mode) & (response.quantity == quantity)
@@ -219,12 +270,7 @@ def plot_response(response: Response, site: int | str, axes: tuple[Axes, Axes] |
                           markersize=5, linewidth=0.8, label=f"{mode} observed")
             pane.plot(frequency, modelled, "-", color=_MODE_COLOURS[mode], label=f"{mode} modelled")
     resistivity, phase = axes
-    resistivity.set(xscale="log", yscale="log", ylabel="Apparent resistivity (Ω m)")
-    phase.set(xscale="log", xlabel="Frequency (Hz)", ylabel="Phase (degrees)")
-    if not phase.xaxis_inverted():
-        phase.invert_xaxis()  # depth of investigation grows to the right
-    for pane in axes:
-        pane.grid(True, which="major", linewidth=0.3)
+    _label_curve_axes(resistivity, phase)
     resistivity.set_title(f"{response.run.site_names[number]}, iteration {response.iteration.number}")
     if resistivity.get_legend_handles_labels()[0]:
         resistivity.legend(fontsize=8)

@@ -17,6 +17,7 @@ from .tensors import Tensor, Tipper
 
 if TYPE_CHECKING:
     import pandas
+    from matplotlib.axes import Axes
 
 _REDUCTIONS = {"raw": 0, "averaged": 1, "merged": 2}
 
@@ -142,6 +143,12 @@ class Curve:
         """The arrays by name, as a table takes them."""
         return {each.name: getattr(self, each.name) for each in fields(self)
                 if isinstance(getattr(self, each.name), np.ndarray)}
+
+    def plot(self, axes: tuple[Axes, Axes] | None = None, **options) -> tuple[Axes, Axes]:
+        """Draw resistivity and phase; options as of `brenlox.plots.plot_curve`."""
+        from . import plots
+
+        return plots.plot_curve(self, axes, **options)
 
 
 class Survey:
