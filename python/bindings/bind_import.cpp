@@ -104,7 +104,7 @@ py::dict plan(const ImportRequest& request, py::object progress) {
   run_work(
       [&] {
         files = find_files(looking);
-        if (files.paths.empty()) {
+        if (files.stopped || files.paths.empty()) {
           return files.stopped ? 0 : -1;
         }
         planned = plan_import(looking, files);
@@ -172,7 +172,7 @@ py::dict import_files(const ImportRequest& request, py::object progress) {
   run_work(
       [&] {
         files = find_files(request);
-        if (files.paths.empty()) {
+        if (files.stopped || files.paths.empty()) {
           return files.stopped ? 0 : -1;
         }
         if (request.proposals) {
