@@ -20,9 +20,12 @@
 #include "app/help/help_key.h"
 #include "app/imported_line.h"
 #include "app/line_document_file.h"
+#include "app/main_toolbar.h"
 #include "app/panels/output_panel.h"
 #include "app/panels/picture_station.h"
+#include "app/recent_surveys.h"
 #include "app/rhoplus_windows.h"
+#include "app/sample_survey_file.h"
 #include "app/session_start.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
@@ -30,6 +33,10 @@
 #include "app/tools/Form_find_file.h"
 #include "app/tools/Form_frequency.h"
 #include "app/tools/Form_memory_status.h"
+#include "app/view_menu.h"
+#include "app/view_settings.h"
+#include "app/work_line.h"
+#include "core/finished_work.h"
 #include "core/preferences.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
@@ -39,13 +46,16 @@
 #include "database/survey_database.h"
 #include "database/windows/Form_view_table.h"
 #include "display/windows/line_document.h"
+#include "display/windows/marking_actions.h"
 #include "exchange/windows/Form_transfer_functions.h"
 #include "import/field_files.h"
 #include "import/windows/Form_import_MTData.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
 #include "occam/windows/results_windows.h"
+#include "platform/settings_store/settings_store.h"
 #include "platform/system/system_facts.h"
 #include "platform/widgets/dropped_files.h"
+#include "platform/widgets/panel_controls.h"
 #include "platform/widgets/typed_text.h"
 #include "reduction/averages.h"
 #include "survey_edits/undo_removal.h"
@@ -57,9 +67,13 @@
 
 namespace {
 
-constexpr QSize design_size(1240, 760);  // fits a 1280 by 800 screen with its bars
+constexpr QSize design_size(1240, 760);
+constexpr QSize frame_room(8, 48);  // frame and title of a window
 constexpr int split_settles_milliseconds = 100;
 constexpr int idle_milliseconds = 3000;
+constexpr const char* application = "Marrowgate";
+constexpr const char* settings_section = "Brenlox";
+constexpr const char* maximized_key = "MainWindowMaximized";
 
 UTIL::DisplayFacts display_facts(const QScreen& screen) {
   UTIL::DisplayFacts facts;
@@ -71,11 +85,8 @@ UTIL::DisplayFacts display_facts(const QScreen& screen) {
   return facts;
 }
 
-/// An ampersand in a path is no mnemonic; the one that the caption begins with is.
-QString menu_text(const std::string& caption) {
-  QString text = QString::fromStdString(caption);
-  return text.left(1) + text.mid(1).replace('&', "&&");
-}
+/// An ampersand in a path is no mnemonic.
+QString menu_text(int number, QString path) { return QString("&%1 ").arg(number) + path.replace('&', "&&"); }
 
 /// Controls in which Left and Right move something. Text boxes see to it that they get these keys.
 bool uses_left_and_right(const QWidget* control) {
@@ -85,6 +96,16 @@ bool uses_left_and_right(const QWidget* control) {
   return qobject_cast<const QAbstractItemView*>(control) != nullptr ||
          qobject_cast<const QRadioButton*>(control) != nullptr ||
          qobject_cast<const QTabBar*>(control) != nullptr;
+}
+
+/// The copy opens where the survey was looked at.
+bool save_and_stay() {
+  const std::string place = Module_Brenlox::place_on_show();
+  const bool saved = Module_Brenlox::save_survey_as();
+  if (saved) {
+    Module_Brenlox::remember_place(place);
+  }
+  return saved;
 }
 
 /// A dialog is up, or a run lets events in.
@@ -113,6 +134,7 @@ Form_main::Form_main(QWidget* parent)
   connect_output_menus();
   connect_help_menu();
   add_keys();
+  fill_toolbar();
   Module_Brenlox::reset_session();
   show_no_survey();
 }
@@ -120,11 +142,18 @@ Form_main::Form_main(QWidget* parent)
 Form_main::~Form_main() {
   Module_Brenlox::set_undo_listener({});
   Module_Brenlox::set_redo_listener({});
+  Module_Brenlox::set_finished_listener({});
 }
 
 void Form_main::compose() {
   ui_->setupUi(this);
+  marking_ = new MarkingActions(*this);
+  ui_->menu_edit->insertActions(ui_->menu_rhoplus_options,
+                                {marking_->actions().begin(), marking_->actions().end()});
+  ui_->menu_edit->insertSeparator(marking_->actions().front());
+  ui_->menu_edit->insertSeparator(ui_->menu_rhoplus_options);
   take_typed_text_before_menus(*this);
+  explain_items_without_work();
   setAcceptDrops(true);
   display_ = new SurveyDisplay(
       {ui_->Selection_row, ui_->Picture_profile, ui_->Picture_station, ui_->Picture_plan_group}, this);
@@ -138,9 +167,16 @@ void Form_main::compose() {
   tensor_ = new TensorWindows(*display_, *this);
   results_ = new ResultsWindows(this);
 
-  QFont calm_heading = ui_->Label_no_readings->font();
+  QFont calm_heading = ui_->Command_first_import->font();
   calm_heading.setPointSizeF(calm_heading.pointSizeF() * 1.3);
-  ui_->Label_no_readings->setFont(calm_heading);
+  ui_->Command_first_import->setFont(calm_heading);
+  connect(ui_->Command_first_import, &QPushButton::clicked, ui_->menu_import_MT, &QAction::trigger);
+
+  work_line_ = new WorkLine(this);
+  setStatusBar(work_line_);
+  Module_Brenlox::set_finished_listener([this](const Module_Brenlox::FinishedWork& work) {
+    work_line_->tell(QString::fromStdString(work.text), QString::fromStdString(work.path));
+  });
 
   version_->setObjectName("Label_version");
   version_->setContentsMargins(0, 2, 9, 0);  // on the line of the menus
@@ -168,6 +204,28 @@ void Form_main::compose() {
   }
 }
 
+/// A survey has nothing that these could show or delete. Readings are taken out by Remove.
+void Form_main::explain_items_without_work() {
+  for (QMenu* const menu :
+       {ui_->menu_file, ui_->menu_database, ui_->menu_display_database, ui_->menu_delete}) {
+    menu->setToolTipsVisible(true);
+  }
+  const auto disable = [](const QMenu& menu, const QString& why) {
+    menu.menuAction()->setEnabled(false);
+    menu.menuAction()->setToolTip(why);
+    for (QAction* const item : menu.actions()) {
+      item->setEnabled(false);
+      item->setToolTip(why);
+    }
+  };
+  disable(*ui_->menu_display_database,
+          "A survey is shown by line and station; choose them above the graphs, or look into its tables by "
+          "View Table");
+  disable(
+      *ui_->menu_delete,
+      "A survey keeps no overrides. Masks are taken back at the points, readings are taken out by Remove");
+}
+
 void Form_main::connect_file_menu() {
   connect(ui_->menu_database_file_0, &QAction::triggered, this,
           [this] { change_survey(Module_Brenlox::create_chosen_survey); });
@@ -179,14 +237,18 @@ void Form_main::connect_file_menu() {
     connect(menu_item("menu_file_list", static_cast<int>(index)), &QAction::triggered, this,
             [this, index] { open_survey(QString::fromStdString(session().recent_files.at(index))); });
   }
-  connect(ui_->menu_saveas, &QAction::triggered, this,
-          [this] { change_survey(Module_Brenlox::save_survey_as); });
+  connect(ui_->menu_saveas, &QAction::triggered, this, [this] { change_survey(save_and_stay); });
   connect(ui_->menu_line_document, &QAction::triggered, this, &Form_main::write_line_document);
   connect(ui_->menu_exit, &QAction::triggered, this, &QWidget::close);
-  connect(ui_->Picture_open->new_button(), &QPushButton::clicked, ui_->menu_database_file_0,
-          &QAction::trigger);
-  connect(ui_->Picture_open->open_button(), &QPushButton::clicked, ui_->menu_database_file_1,
-          &QAction::trigger);
+  connect(ui_->menu_file, &QMenu::aboutToShow, this, &Form_main::show_recent_files);  // files come and go
+  connect(ui_->Picture_open, &OpeningPage::new_wanted, ui_->menu_database_file_0, &QAction::trigger);
+  connect(ui_->Picture_open, &OpeningPage::open_wanted, ui_->menu_database_file_1, &QAction::trigger);
+  connect(ui_->Picture_open, &OpeningPage::sample_wanted, this,
+          [this] { change_survey(Module_Brenlox::create_sample_survey); });
+  connect(ui_->Picture_open, &OpeningPage::tutorial_wanted, help_key_, &HelpKey::show_tutorial);
+  connect(ui_->Picture_open, &OpeningPage::recent_chosen, this, [this](int index) {
+    open_survey(QString::fromStdString(session().recent_files.at(static_cast<std::size_t>(index))));
+  });
 }
 
 void Form_main::connect_data_menus() {
@@ -200,6 +262,9 @@ void Form_main::connect_data_menus() {
   connect_survey_edits();
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
+  connect(marking_, &MarkingActions::edited, display_, &SurveyDisplay::redraw);
+  connect(marking_, &MarkingActions::left, display_, &SurveyDisplay::redraw_marks);
+  connect(display_, &SurveyDisplay::marks_changed, marking_, &MarkingActions::show_count);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
   Module_Brenlox::set_redo_listener([this](bool available) { ui_->menu_redo->setEnabled(available); });
 }
@@ -236,6 +301,7 @@ void Form_main::connect_output_menus() {
 
 void Form_main::connect_help_menu() {
   connect(ui_->menu_tutorial, &QAction::triggered, help_key_, &HelpKey::show_tutorial);
+  connect(ui_->menu_keys, &QAction::triggered, help_key_, &HelpKey::show_keys);
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
@@ -243,10 +309,6 @@ void Form_main::connect_help_menu() {
 }
 
 void Form_main::add_keys() {
-  // "File" has no mnemonic, but users expect it under Alt+F.
-  auto* const file_key = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_F), this);
-  connect(file_key, &QShortcut::activated, this,
-          [this] { ui_->menu_bar->setActiveAction(ui_->menu_file->menuAction()); });
   for (const int step : {-1, 1}) {  // children of the row: without effect while it is hidden
     const QKeySequence keys(step < 0 ? Qt::Key_Left : Qt::Key_Right);
     auto* const key = new QShortcut(keys, ui_->Selection_row);
@@ -259,13 +321,45 @@ void Form_main::add_keys() {
   }
 }
 
+void Form_main::fill_toolbar() {
+  toolbar_ = new MainToolbar(this);
+  addToolBar(toolbar_);
+  view_menu_ = new ViewMenu(*ui_->menu_view_data, *display_, this);
+  toolbar_->add_item(*ui_->menu_database_file_1, ToolbarIcon::open, "Open a survey");
+  toolbar_->add_item(*ui_->menu_import_MT, ToolbarIcon::import_files, "Import field files");
+  toolbar_->addSeparator();
+  toolbar_->add_item(*ui_->menu_undo, ToolbarIcon::undo, "Undo the last change");
+  toolbar_->add_item(*ui_->menu_redo, ToolbarIcon::redo, "Do again what was undone");
+  toolbar_->addSeparator();
+  QAction* const previous = toolbar_->add_button("Toolbar_previous", ToolbarIcon::previous,
+                                                 "Previous station", "Previous station of the line (Left)");
+  connect(previous, &QAction::triggered, ui_->Selection_row,
+          [this] { ui_->Selection_row->step_station(-1); });
+  QAction* const next = toolbar_->add_button("Toolbar_next", ToolbarIcon::next, "Next station",
+                                             "Next station of the line (Right)");
+  connect(next, &QAction::triggered, ui_->Selection_row, [this] { ui_->Selection_row->step_station(1); });
+  toolbar_->add_item(*view_menu_->both_modes(), ToolbarIcon::both_modes, "ExHy and EyHx together");
+  toolbar_->addSeparator();
+  toolbar_->add_item(*ui_->menu_pseudo_section, ToolbarIcon::pseudo_section, "Pseudo-section of the line");
+  QAction* const invert = toolbar_->add_button("Toolbar_invert", ToolbarIcon::invert, "Invert",
+                                               "One-dimensional inversion of the merged curve");
+  connect(invert, &QAction::triggered, rhoplus_, &RhoplusWindows::show_results);
+  toolbar_->add_item(*ui_->menu_occam2d, ToolbarIcon::inversion, "Runs of two-dimensional inversion");
+  toolbar_->add_item(*ui_->menu_transfer_functions, ToolbarIcon::export_files,
+                     "Export transfer functions for other programs");
+  toolbar_->set_needs({ui_->menu_import_MT},
+                      {previous, next, view_menu_->both_modes(), ui_->menu_pseudo_section, invert,
+                       ui_->menu_transfer_functions});
+  view_menu_->switch_toolbar(*toolbar_);
+}
+
 QAction* Form_main::menu_item(const char* array, int index) const {
   return findChild<QAction*>(QString("%1_%2").arg(array).arg(index));
 }
 
 void Form_main::size_from_preferences() {
   // The size may come from a larger screen, or from a file that holds any number.
-  const QSize room = screen()->availableGeometry().size();
+  const QSize room = screen()->availableSize() - frame_room;
   const auto pixels = [](float stored, int most) {
     return stored < static_cast<float>(most) ? static_cast<int>(stored) : most;
   };
@@ -273,6 +367,9 @@ void Form_main::size_from_preferences() {
                      pixels(session().form_height, room.height()));
   const bool is_given = session().form_width >= 1.0F && session().form_height >= 1.0F;
   resize(is_given ? stored : design_size.boundedTo(room));
+  if (settings_store().value(application, settings_section, maximized_key, "0") == "1") {
+    setWindowState(windowState() | Qt::WindowMaximized);
+  }
 }
 
 void Form_main::open_survey(const QString& path) {
@@ -282,6 +379,7 @@ void Form_main::open_survey(const QString& path) {
 void Form_main::open_files(const QStringList& paths) {
   if (is_at_work()) {
     QApplication::beep();
+    work_line_->tell("Nothing was opened: another window or some work has to end first", {});
     return;
   }
   std::vector<std::string> given_paths;
@@ -327,6 +425,7 @@ void Form_main::dropEvent(QDropEvent* event) {
 
 void Form_main::change_survey(const std::function<bool()>& change) {
   leave_text_box();
+  Module_Brenlox::remember_place(Module_Brenlox::place_on_show());
   const bool changed = change();
   if (changed || !session().database_open) {
     show_no_survey();
@@ -356,8 +455,10 @@ void Form_main::apply_resize() {
     return;
   }
   resizer_->apply_resize();
-  session().form_width = static_cast<float>(width());
-  session().form_height = static_cast<float>(height());
+  if (!isMaximized() && !isFullScreen()) {  // the size to go back to stays
+    session().form_width = static_cast<float>(width());
+    session().form_height = static_cast<float>(height());
+  }
 }
 
 void Form_main::resizeEvent(QResizeEvent* event) {
@@ -383,7 +484,9 @@ void Form_main::closeEvent(QCloseEvent* event) {
     return;
   }
   leave_text_box();
+  Module_Brenlox::remember_place(Module_Brenlox::place_on_show());
   Module_Brenlox::write_preferences();
+  settings_store().set_value(application, settings_section, maximized_key, isMaximized() ? "1" : "0");
   rhoplus_->close_results();
   tensor_->close_all();
   event->accept();
@@ -410,6 +513,7 @@ void Form_main::set_database_menus(bool open) {
   } else {
     ui_->Frame_display->hide();
     ui_->Picture_open->show();
+    toolbar_->enable_items(false, false);
     rhoplus_->close_results();
     tensor_->close_all();
     display_->clear();
@@ -417,14 +521,17 @@ void Form_main::set_database_menus(bool open) {
 }
 
 void Form_main::show_recent_files() {
-  ui_->sep1->setVisible(session().recent_count > 0);
+  const std::vector<RecentSurvey> surveys = recent_surveys();
+  ui_->sep1->setVisible(!surveys.empty());
   for (int index = 0; index < static_cast<int>(session().recent_files.size()); ++index) {
     QAction* const item = menu_item("menu_file_list", index);
-    const bool used = index < session().recent_count;
-    item->setText(used ? menu_text(Module_Brenlox::recent_file_caption(index + 1)) : QString());
+    const bool used = index < static_cast<int>(surveys.size());
+    item->setText(used ? menu_text(index + 1, surveys[static_cast<std::size_t>(index)].shown) : QString());
+    item->setToolTip(used ? plain_tool_tip(surveys[static_cast<std::size_t>(index)].path) : QString());
     item->setVisible(used);
     item->setEnabled(used);
   }
+  ui_->Picture_open->show_recent(surveys);
 }
 
 void Form_main::display_site_map() {
@@ -437,8 +544,9 @@ void Form_main::display_site_map() {
 
 void Form_main::show_panels(bool any_readings) {
   output_->hide();
-  ui_->Label_no_readings->setVisible(!any_readings);
+  ui_->Command_first_import->setVisible(!any_readings);
   ui_->Selection_row->setVisible(any_readings);
+  toolbar_->enable_items(session().database_open, any_readings);
   ui_->Splitter_profile->setVisible(any_readings);
   if (any_readings) {
     ui_->Frame_display->layout()->activate();
@@ -469,7 +577,8 @@ void Form_main::write_line_document() {
                            Module_display_data::joined(Module_tensor::section_pages(display_->positions()),
                                                        Module_tensor::strike_pages())) ==
                            Module_averaged_data::Outcome::finished) {
-    user_interface().show_message("The graphs of line " + session().current_line + " are written to " + path);
+    Module_Brenlox::tell_finished("The graphs of line " + session().current_line + " are written to " + path,
+                                  path);
   }
 }
 
@@ -511,7 +620,8 @@ void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   Module_Brenlox::select_imported(dialog.report());
   survey_changed();  // a run that failed or was stopped has stored files, too
   if (!dialog.told().isEmpty()) {
-    ui_->Picture_plan_group->show_status(dialog.told());
+    Module_Brenlox::tell_finished(dialog.told().toStdString() + " Stored in " + session().database_file,
+                                  session().database_file);
   }
 }
 

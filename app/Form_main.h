@@ -18,11 +18,15 @@ class Form_main;
 }
 class QLabel;
 class HelpKey;
+class MainToolbar;
+class MarkingActions;
 class OutputPanel;
 class ResultsWindows;
 class RhoplusWindows;
 class SurveyDisplay;
 class TensorWindows;
+class ViewMenu;
+class WorkLine;
 
 class Form_main : public QMainWindow {
   Q_OBJECT
@@ -48,11 +52,13 @@ class Form_main : public QMainWindow {
 
  private:
   void compose();
+  void explain_items_without_work();
   void connect_file_menu();
   void connect_data_menus();
   void connect_output_menus();
   void connect_help_menu();
   void add_keys();
+  void fill_toolbar();
   void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
@@ -87,7 +93,11 @@ class Form_main : public QMainWindow {
   QTimer* idle_timer_;
   QLabel* version_;
   HelpKey* help_key_;
+  WorkLine* work_line_ = nullptr;
   SurveyDisplay* display_ = nullptr;
+  ViewMenu* view_menu_ = nullptr;
+  MainToolbar* toolbar_ = nullptr;
+  MarkingActions* marking_ = nullptr;
   OutputPanel* output_ = nullptr;
   RhoplusWindows* rhoplus_ = nullptr;
   TensorWindows* tensor_ = nullptr;

@@ -43,6 +43,10 @@ void RhoplusWindows::show_results() {
   connect(results_, &Form_rhoplus_inversion::line_run_ended, this, &RhoplusWindows::put_back_display);
   connect(results_, &QObject::destroyed, this, &RhoplusWindows::put_back_display);  // in the middle of a run
   connect(results_, &Form_rhoplus_inversion::edited, &display_, &SurveyDisplay::redraw);
+  connect(results_, &Form_rhoplus_inversion::undo_wanted, &display_, &SurveyDisplay::undo);
+  connect(results_, &Form_rhoplus_inversion::redo_wanted, &display_, &SurveyDisplay::redo);
+  connect(results_, &Form_rhoplus_inversion::marked, &display_, &SurveyDisplay::redraw_marks);
+  connect(&display_, &SurveyDisplay::marks_changed, results_, &Form_rhoplus_inversion::show_marks);
   connect(results_, &Form_rhoplus_inversion::occam_requested, this, &RhoplusWindows::create_occam_inversion);
   results_->show();
   results_->refresh_rhoplus_results();

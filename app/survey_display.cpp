@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "app/panels/picture_plan_group.h"
 #include "app/panels/picture_profile.h"
@@ -9,12 +10,16 @@
 #include "app/panels/picture_station.h"
 #include "app/panels/picture_stats.h"
 #include "app/panels/selection_row.h"
+#include "app/view_settings.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
 #include "database/stations.h"
+#include "display/both_modes.h"
+#include "display/chosen_points.h"
 #include "display/plan_view.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
 
@@ -25,6 +30,7 @@ SurveyDisplay::SurveyDisplay(const Panels& panels, QObject* parent)
     : QObject(parent), panels_(panels), raw_(panels.plan->raw_data()) {
   connect_panels();
   connect_graphs();
+  connect_marking();
 }
 
 void SurveyDisplay::connect_panels() {
@@ -32,6 +38,11 @@ void SurveyDisplay::connect_panels() {
   connect(panels_.selection, &SelectionRow::positions_chosen, this, &SurveyDisplay::choose_positions);
   connect(panels_.profile, &ProfilePanel::distances_wanted, this,
           [this] { choose_positions(PositionSource::distances); });
+  connect(panels_.profile, &ProfilePanel::look_changed, this, [this] {
+    Redisplay profile;
+    profile.draw_profile = true;
+    draw(profile);
+  });
   connect(panels_.station, &StationPanel::chosen, this, &SurveyDisplay::apply);
   connect(&raw_, &RawPanel::chosen, this, &SurveyDisplay::apply);
   connect(panels_.station, &StationPanel::edited, this, &SurveyDisplay::redraw);
@@ -42,9 +53,17 @@ void SurveyDisplay::connect_panels() {
     draw(with_factor);
     Q_EMIT data_changed();
   });
+  // Later: the box tells its text when Enter has been handled.
+  connect(panels_.station, &StationPanel::static_factor_entered, panels_.selection,
+          &SelectionRow::focus_stations, Qt::QueuedConnection);
   connect(&raw_, &RawPanel::edited, this, &SurveyDisplay::redraw);
-  connect(panels_.plan, &PlanPanel::station_picked, this,
-          [this](int station_index) { display_station(station_index); });
+  connect(panels_.plan, &PlanPanel::station_picked, this, [this](int station_index) {
+    display_station(station_index);
+    panels_.plan->show_raw_data(false);  // the next click may be of another station
+  });
+  connect(this, &SurveyDisplay::survey_changed, panels_.plan, &PlanPanel::forget_values);
+  connect(this, &SurveyDisplay::selection_changed, panels_.plan, &PlanPanel::forget_values);
+  connect(this, &SurveyDisplay::data_changed, panels_.plan, &PlanPanel::take_line);
   raw_.stats().set_frequency_source([this] { return panels_.selection->frequency_text(); });
 }
 
@@ -72,16 +91,48 @@ void SurveyDisplay::connect_graphs() {
             show_click(click);
             panels_.plan->show_status(qt_text(click.status_text));
           });
-  const auto follow_pointer = [this](const char* x_format) {
-    return [this, x_format](Component component, bool off, double x, double y) {
-      panels_.plan->show_status(component == Component::resistivity ? "Resistivity" : "Phase",
-                                off ? QString() : qt_text(format_number(x, x_format)),
+  using XText = QString (*)(double x);
+  const auto follow_pointer = [this](XText x_text) {
+    return [this, x_text](Component component, bool off, double x, double y) {
+      const std::string marked = chosen_text();  // stays in view as long as it matters
+      panels_.plan->show_status(!marked.empty()                       ? qt_text(marked)
+                                : component == Component::resistivity ? "Resistivity"
+                                                                      : "Phase",
+                                off ? QString() : x_text(x),
                                 off ? QString() : qt_text(format_number(y, "0.00")));
     };
   };
-  connect(&raw_.graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0000"));
-  connect(&panels_.station->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0000"));
-  connect(&panels_.profile->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer("0.0"));
+  const XText frequency_text = [](double x) { return graph::FrequencyAxis::instance().text(x); };
+  const XText position_text = [](double x) { return qt_text(format_number(x, "0.0")); };
+  connect(&raw_.graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
+  connect(&panels_.station->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(frequency_text));
+  connect(&panels_.profile->graphs(), &GraphPairWidget::pointer_moved, this, follow_pointer(position_text));
+}
+
+void SurveyDisplay::connect_marking() {
+  GraphPairWidget& raw = raw_.graphs();
+  GraphPairWidget& station = panels_.station->graphs();
+  GraphPairWidget& profile = panels_.profile->graphs();
+  for (GraphPairWidget* const graphs : {&raw, &station, &profile}) {
+    graphs->set_marking(true);
+  }
+  using Places = std::vector<PlotPlace>;
+  connect(&raw, &GraphPairWidget::points_enclosed, this, [this](Component component, const Places& places) {
+    choose_raw_points(component, places);
+    redraw_marks();
+  });
+  connect(&station, &GraphPairWidget::points_enclosed, this,
+          [this](Component component, const Places& places) {
+            choose_station_points(component, places);
+            redraw_marks();
+          });
+  connect(&profile, &GraphPairWidget::points_enclosed, this, [this](Component component, Places places) {
+    for (PlotPlace& at : places) {
+      at.point = panels_.profile->column_of(static_cast<int>(at.point));
+    }
+    choose_profile_points(component, places);
+    redraw_marks();
+  });
 }
 
 void SurveyDisplay::display_site_map() {
@@ -89,6 +140,7 @@ void SurveyDisplay::display_site_map() {
     SelectionLists lists;
     axis_.reset();
     const bool read = fill_selection_lists(lists) == 0;
+    lists.station_index = Module_Brenlox::remembered_station();
     show_survey(lists, read);
   } else if (session().current_station_index < 1) {
     display_station(first_station_of_current_line());
@@ -127,6 +179,7 @@ void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
   axis_.forget_places();
   Q_EMIT survey_changed();
   panels_.selection->fill(lists);
+  panels_.plan->list_colours(lists.data_types);
   panels_.plan->show_coordinates();
   if (read && session().station_count > 0) {
     display_station(lists.station_index);
@@ -144,8 +197,48 @@ void SurveyDisplay::redraw() {
   Q_EMIT data_changed();
 }
 
+void SurveyDisplay::show_both_modes(bool both) {
+  ask_for_both_modes(both);
+  if (session().database_open && session().current_station_index > 0) {
+    Redisplay station;
+    station.draw_station = station.draw_raw = true;
+    const bool plan = !panels_.plan->shows_raw_data();
+    draw(station);
+    panels_.plan->show_raw_data(!plan);
+  }
+}
+
+void SurveyDisplay::redraw_marks() {
+  Redisplay curves;
+  curves.draw_profile = true;
+  curves.draw_station = true;
+  curves.draw_raw = panels_.plan->shows_raw_data();
+  draw(curves);
+}
+
+/// Says how many points are marked, where that has changed.
+void SurveyDisplay::follow_marks() {
+  keep_chosen_points_shown();
+  if (chosen_count() != marks_told_) {
+    marks_told_ = chosen_count();
+    panels_.plan->show_status(qt_text(chosen_text()));
+    Q_EMIT marks_changed();
+  }
+}
+
+/// Says once which curves of the line rest on nothing that is in use.
+void SurveyDisplay::follow_support() {
+  const std::string text = averaged::unsupported_text(averaged::data_sets().unsupported);
+  if (text != support_told_) {
+    support_told_ = text;
+    panels_.profile->show_notice(text.empty() ? std::nullopt : std::optional(LineNotice{text, false}));
+  }
+}
+
 void SurveyDisplay::clear() {
   shown_ = {};
+  forget_chosen_points();
+  follow_marks();
   panels_.profile->clear();
   panels_.profile->show_notice({});
   panels_.station->clear();
@@ -190,7 +283,9 @@ void SurveyDisplay::apply(const Redisplay& redisplay) {
 void SurveyDisplay::draw(const Redisplay& redisplay) {
   const bool fixed_scale = panels_.selection->fixed_scale();
   follow_what_changed();
+  follow_marks();
   follow_line();
+  follow_support();
   if (redisplay.show_line || redisplay.mark_station) {
     panels_.selection->show_station();
   }
@@ -201,6 +296,9 @@ void SurveyDisplay::draw(const Redisplay& redisplay) {
   }
   if (redisplay.mark_station || redisplay.draw_station) {
     panels_.station->show_merged_switches();
+  }
+  if (redisplay.draw_station || redisplay.draw_raw) {
+    static_cast<void>(load_other_mode());
   }
   if (redisplay.draw_station) {
     panels_.station->display_station_data(fixed_scale);
@@ -313,6 +411,9 @@ void SurveyDisplay::put_back(const Kept& kept) {
 void SurveyDisplay::show_click(const PointClick& click) {
   if (click.station_to_display > 0) {
     display_station(click.station_to_display);
+  }
+  if (!click.data_type.empty()) {
+    apply(choose_data_type(click.data_type));
   }
   if (!click.frequency_text.empty()) {
     panels_.selection->show_read_out(click);

@@ -38,9 +38,13 @@ class SurveyDisplay : public QObject {
   void reload_readings();
   /// Draws all graphs after a change of what is shown of the data.
   void redraw();
+  /// Whether the graphs of a station show the other mode, too.
+  void show_both_modes(bool both);
   void clear();
   void undo();
   void redo();
+  /// Draws the graphs after a change of which points are marked.
+  void redraw_marks();
   /// Shows a station of the survey, from 1.
   void display_station(int station_index, bool draw_profile = false);
   /// The same from another window, where a point was chosen with it.
@@ -73,6 +77,8 @@ class SurveyDisplay : public QObject {
   void data_changed();
   /// Readings of any station may have changed: by an import, a removal, undo.
   void survey_changed();
+  /// Other points are marked, or none any more.
+  void marks_changed();
   /// Stations are at their numbers, or at their distances along the line.
   void positions_changed();
 
@@ -87,11 +93,14 @@ class SurveyDisplay : public QObject {
 
   void connect_panels();
   void connect_graphs();
+  void connect_marking();
   void apply(const Module_display_data::Redisplay& redisplay);
   void draw(const Module_display_data::Redisplay& redisplay);
   void show_survey(const Module_display_data::SelectionLists& lists, bool read);
   static Shown shown_now();
   void follow_what_changed();
+  void follow_marks();
+  void follow_support();
   void follow_line();
   void show_map_places();
   void choose_positions(Module_display_data::PositionSource source);
@@ -103,5 +112,7 @@ class SurveyDisplay : public QObject {
   RawPanel& raw_;
   Shown shown_;
   Module_display_data::LineAxis axis_;
+  std::string support_told_;    // what was said last of curves that rest on nothing in use
+  std::size_t marks_told_ = 0;  // how many points were marked when it was said last
   bool point_clicked_ = false;  // at this station; until then the frequency is only there for the commands
 };

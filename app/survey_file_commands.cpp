@@ -240,6 +240,14 @@ bool create_chosen_survey() {
   return run(creating_failed, [] { return create_survey(dialog_for_new_file()); });
 }
 
+bool create_proposed_survey(const std::string& name) {
+  return run(creating_failed, [&] {
+    FileDialogRequest request = dialog_for_new_file();
+    request.suggested_name = name;
+    return create_survey(std::move(request));
+  });
+}
+
 bool create_survey_of_folder(const std::string& folder) {
   return run(creating_failed, [&] {
     FileDialogRequest request = dialog_for_new_file();

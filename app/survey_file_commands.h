@@ -26,6 +26,8 @@ void reset_session();
 /// Asks for a new file's name, again if a file that is there may not be replaced, creates an empty survey
 /// there and opens it.
 [[nodiscard]] bool create_chosen_survey();
+/// The same with a name that is proposed, as "sample.mdb", in the working folder.
+[[nodiscard]] bool create_proposed_survey(const std::string& name);
 /// The same for the survey of a folder of field files: FOLDER.mdb beside the folder is proposed.
 [[nodiscard]] bool create_survey_of_folder(const std::string& folder);
 /// Opens the survey at `path`, or says that there is none.

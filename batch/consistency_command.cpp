@@ -195,8 +195,8 @@ int mask_line(const ConsistencyOptions& options, Results& results) {
   rules.limits.skew = options.skew_limit;
   MaskProposal proposal = mask_proposal(results.line, results.consistency, rules);
   using Module_averaged_data::Edit;
-  if (!proposal.empty() && Module_averaged_data::set_merged_points(
-                               points_to_mask(results.consistency, proposal)) != Edit::changed) {
+  if (!proposal.empty() &&
+      Module_averaged_data::set_points(points_to_mask(results.consistency, proposal)) != Edit::changed) {
     report_stop("Stopped; nothing was masked");
     return -1;
   }

@@ -10,6 +10,7 @@
 #include "core/user_interface.h"
 #include "display/selection.h"
 #include "display/windows/line_document.h"
+#include "platform/graph/frequency_axis.h"
 #include "projections/line_distances.h"
 #include "projections/survey_projection.h"
 #include "tensor/windows/section_pages.h"
@@ -27,6 +28,7 @@ struct PlotsOptions {
   std::string data_type;        // empty: the principal one
   std::optional<float> dipole;  // m
   bool by_distance = false;
+  bool periods = false;  // on the axes of frequency
   std::string output;
 };
 
@@ -86,6 +88,7 @@ int write_plots(const PlotsOptions& options) {
 int run_plots(PlotsOptions& options) {
   options.output = path_from_here(options.output);
   const OffscreenApplication application;
+  graph::FrequencyAxis::instance().show_periods(options.periods);
   return with_open_survey(options.survey, options.line, [&] { return write_plots(options); });
 }
 
@@ -111,6 +114,7 @@ Command add_plots_command(Program& program) {
   parser.add_flag(
       "--by-distance", options->by_distance,
       "the profile by metres along the line, from the places of the sites, not by station numbers");
+  parser.add_flag("--periods", options->periods, "axes of frequency show periods, which rise to the right");
   return {parser, [options] { return run_plots(*options); }};
 }
 

@@ -4,6 +4,7 @@
 //
 // Figures are CPU time of the process. Counters: those of beside_bound.h, files/s, readings/s, peak memory.
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <complex>
 #include <cstdio>
@@ -233,7 +234,8 @@ void bare_opening(const std::string& survey, const TemporaryFolder& folder) {
   fs::copy_file(survey, folder.path("bare.bak"), fs::copy_options::overwrite_existing);
 }
 
-// Opening recovers, compacts, keeps the backup and checks.
+// Opening recovers, compacts, keeps the backup and checks; each time as after a write, since what is
+// unchanged is not compacted again.
 void open_survey_of_readings(benchmark::State& state) {
   const TemporaryFolder folder;
   const auto readings = state.range(0);
@@ -247,6 +249,7 @@ void open_survey_of_readings(benchmark::State& state) {
   BesideBound measure(state);
   for (auto _ : state) {
     measure.bound([&] { bare_opening(survey, folder); });
+    fs::last_write_time(survey, fs::last_write_time(survey) - std::chrono::seconds(1));
     measure.work([] { require(Module_database::open_database() == 0, "open"); });
     require(Module_database::close_database() == 0, "close");
   }

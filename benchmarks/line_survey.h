@@ -40,9 +40,9 @@ inline made::StoredReading curve(int seed) {
   return made::reading(points);
 }
 
-inline void store_line(int line) {
+inline void store_line(int line, int station_count) {
   dao::Transaction transaction(Module_database::open_survey().database);
-  for (int station = 1; station <= stations; ++station) {
+  for (int station = 1; station <= station_count; ++station) {
     for (const float rate : {256.0F, 4096.0F}) {
       made::ReadingKey key = made::key(rate, 100.0 * station);
       key.line = std::to_string(200 * (line + 1)) + "E";
@@ -59,14 +59,14 @@ inline void store_line(int line) {
 inline std::string bare_path(const std::string& path) { return path + ".bare"; }
 
 /// Makes a survey of 1 + other_lines lines at a path, and a copy beside it, and leaves it open.
-inline void make(const std::string& path, int other_lines) {
+inline void make(const std::string& path, int other_lines, int station_count = stations) {
   reset_session_state();
   Module_database::reset_module();
   session().database_file = path;
   require(Module_database::create_database());
   require(Module_database::open_database());
   for (int line = 0; line <= other_lines; ++line) {
-    store_line(line);
+    store_line(line, station_count);
   }
   require(Module_averaged_data::recalculate_merged());
   dao::Recordset& files = Module_database::open_survey().files;

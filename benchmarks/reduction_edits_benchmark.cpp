@@ -107,7 +107,7 @@ void mask_line(benchmark::State& state) {
     for (const ProfileColumn& column : data_sets().profile.columns) {
       curves.push_back({column.ID, {{data_sets().profile.frequencies[7], Component::phase, counts}}});
     }
-    if (set_merged_points(curves) != Edit::changed) {
+    if (set_points(curves) != Edit::changed) {
       throw std::runtime_error("nothing was masked");
     }
   };
@@ -123,7 +123,7 @@ void undo_line(benchmark::State& state) {
   for (const ProfileColumn& column : data_sets().profile.columns) {
     curves.push_back({column.ID, {{data_sets().profile.frequencies[9], Component::phase, false}}});
   }
-  (void)set_merged_points(curves);
+  (void)set_points(curves);
   bool undone = false;
   run(
       state,

@@ -1,18 +1,21 @@
-# Run by CPack on the tree that becomes the package: documents in the form in which Debian keeps them, and folders
+# Run by CPack on the trees that become the packages: documents in the form in which Debian keeps them, and folders
 # that everybody can read, whatever umask the builder has.
 set(packaging ${CMAKE_CURRENT_LIST_DIR}/../packaging)
-set(root ${CPACK_TEMPORARY_DIRECTORY}${CPACK_PACKAGING_INSTALL_PREFIX})
-set(documents ${root}/share/doc/brenlox)
-
-file(REMOVE ${documents}/LICENSE)  # every Debian has its text
-configure_file(${packaging}/debian/copyright.in ${documents}/copyright @ONLY)
-file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
-configure_file(${packaging}/debian/changelog.in ${documents}/changelog.Debian @ONLY)
 
-file(GLOB pages ${root}/share/man/man1/*.1)
-execute_process(COMMAND gzip -9n ${documents}/changelog ${documents}/changelog.Debian ${pages}
-  COMMAND_ERROR_IS_FATAL ANY)
+foreach(component ${CPACK_COMPONENTS_ALL})
+  string(TOUPPER ${component} name)
+  set(package ${CPACK_DEBIAN_${name}_PACKAGE_NAME})
+  set(root ${CPACK_TEMPORARY_DIRECTORY}/${component}${CPACK_PACKAGING_INSTALL_PREFIX})
+  set(documents ${root}/share/doc/${package})
+  file(REMOVE ${documents}/LICENSE)  # every Debian has its text
+  configure_file(${packaging}/debian/copyright.in ${documents}/copyright @ONLY)
+  file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
+  configure_file(${packaging}/debian/changelog.in ${documents}/changelog.Debian @ONLY)
+  file(GLOB pages ${root}/share/man/man1/*.1)
+  execute_process(COMMAND gzip -9n ${documents}/changelog ${documents}/changelog.Debian ${pages}
+    COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
 
 file(GLOB_RECURSE entries LIST_DIRECTORIES true ${CPACK_TEMPORARY_DIRECTORY}/*)
 foreach(entry ${CPACK_TEMPORARY_DIRECTORY} ${entries})

@@ -363,12 +363,6 @@ void refresh_recent_file_menu() {
   write_preferences();
 }
 
-std::string recent_file_caption(int number) {
-  const std::string& file = session().recent_files.at(static_cast<std::size_t>(number - 1));
-  std::string caption(1, '&');
-  return caption.append(format_number(number, "0")).append(1, ' ').append(trimmed(file));
-}
-
 void add_recent_file(const std::string& path) {
   const std::string_view wanted = trimmed(path);
   if (wanted.empty() || wanted.find_first_of("\r\n") != std::string_view::npos) {

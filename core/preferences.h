@@ -23,12 +23,8 @@ void write_preferences();
 /// may stand relative to the working directory at start.
 std::string opening_picture_file();
 
-/// Counts the recent files up to the first blank one, drops those after it and writes the preferences. The
-/// menu then shows recent_file_caption(n) for each.
+/// Counts the recent files up to the first blank one, drops those after it and writes the preferences.
 void refresh_recent_file_menu();
-
-/// "&1 path", counted from 1.
-std::string recent_file_caption(int number);
 
 /// Puts a file at the head of the recent files; one that is known, in any case, moves up. The sixth falls
 /// out. Nothing is written.

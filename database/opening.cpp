@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -15,12 +16,14 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "database/compacted_mark.h"
 #include "database/legacy_check.h"
 #include "database/survey_check.h"
 #include "database/survey_database.h"
 #include "database/upgrade.h"
 #include "platform/dao/compact.h"
 #include "platform/files/file_lock.h"
+#include "platform/files/lock_holder.h"
 #include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
 #include "platform/files/settled_path.h"
@@ -73,7 +76,7 @@ auto state_with_log(const fs::path& survey) {
 
 // A log beside the survey belongs to it, and so does a journal that a crash left. The files must be of one
 // moment.
-void copy_with_log(const fs::path& survey, const fs::path& copy) {
+void copy_with_log(const fs::path& survey, const fs::path& copy, const safe_files::Watch& watch) {
   constexpr int attempts = 5;
   for (int attempt = 0; attempt < attempts; ++attempt) {
     const auto before = state_with_log(survey);
@@ -83,7 +86,7 @@ void copy_with_log(const fs::path& survey, const fs::path& copy) {
       std::error_code ignored;
       fs::remove(target, ignored);
       if (fs::exists(source)) {
-        safe_files::copy_into_place(source, target);
+        safe_files::copy_into_place(source, target, watch);
         fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
       }
     }
@@ -106,6 +109,36 @@ fs::path jet_keeping_place(const fs::path& survey) {
   }
 }
 
+/// The user has asked to stop.
+class Stopped : public std::exception {};
+
+/// How far the opening is, as one text and percentage; the user may stop it as long as nothing has taken the
+/// survey's place.
+class Progress {
+ public:
+  explicit Progress(const fs::path& survey) : opening_("Opening " + survey.filename().string() + ": ") {}
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress() { user_interface().show_progress("", -1); }
+
+  /// Throws Stopped.
+  void show(std::string_view what, double part) const {
+    user_interface().show_progress(opening_ + std::string(what), static_cast<int>(100.0 * part));
+    if (user_interface().stop_requested()) {
+      throw Stopped();
+    }
+  }
+  [[nodiscard]] safe_files::Watch of_copy() const {
+    return [this](double part) { show("keeping the earlier state", part); };
+  }
+  [[nodiscard]] dao::CompactionWatch of_compaction() const {
+    return [this](std::string_view what, double part) { show(what, part); };
+  }
+
+ private:
+  std::string opening_;
+};
+
 // What was found on the way from the file as it lies there to a fresh one.
 struct Compaction {
   bool is_jet = false;
@@ -123,8 +156,8 @@ void take_out_triggers_and_views(const fs::path& fresh) {
   safe_files::flush_file(fresh);
 }
 
-// Looks at the fresh file before it takes anything's place. A genuine Jet file has no checksums and shows its
-// damage only in what no writer would have stored.
+// Looks at a file before it is worked on. A genuine Jet file has no checksums and shows its damage only in
+// what no writer would have stored.
 void look_through(const fs::path& fresh, Compaction& result) {
   dao::Database database = dao::Database::open(fresh.string(), dao::Access::read_only);
   result.is_survey = has_required_form(database);
@@ -139,14 +172,10 @@ void look_through(const fs::path& fresh, Compaction& result) {
   std::erase_if(result.taken_out, [](const dao::SchemaObject& object) {
     return object.kind == dao::SchemaObject::Kind::virtual_table;
   });
-  database.close();
-  if (!result.taken_out.empty()) {
-    take_out_triggers_and_views(fresh);
-  }
 }
 
 // Recovers a survey and writes it, compacted and converted, to `fresh`.
-Compaction make_fresh(const fs::path& survey, const fs::path& fresh) {
+Compaction make_fresh(const fs::path& survey, const fs::path& fresh, const Progress& progress) {
   Compaction result;
   result.is_jet = dao::file_kind(survey.string()) == dao::FileKind::genuine_jet;
   dao::recover_database(survey.string());
@@ -156,16 +185,41 @@ Compaction make_fresh(const fs::path& survey, const fs::path& fresh) {
   }
   Module_debug::write_debug(1, "compact_database");
   remove_compacted(fresh);
-  dao::compact_database(survey.string(), fresh.string());
+  progress.show("checking", 0.0);
+  dao::compact_database(survey.string(), fresh.string(), progress.of_compaction());
   look_through(fresh, result);
+  if (!result.taken_out.empty()) {
+    take_out_triggers_and_views(fresh);
+  }
+  return result;
+}
+
+// A survey that was closed compact and that nothing has written since is taken as it is; only its backup is
+// made. Nothing comes back if it needs more.
+std::optional<Compaction> keep_compacted(const fs::path& survey, const fs::path& backup,
+                                         const Progress& progress) {
+  if (!is_marked_compacted(survey)) {
+    return std::nullopt;
+  }
+  dao::recover_database(survey.string());  // one that is in use is refused, and one with a log changes
+  Compaction result;
+  look_through(survey, result);
+  if (!result.is_survey || !result.taken_out.empty() || !is_marked_compacted(survey)) {
+    return std::nullopt;
+  }
+  Module_debug::write_debug(1, "keep_compacted");
+  safe_files::copy_into_place(survey, backup, progress.of_copy());
   return result;
 }
 
 // An unrelated Jet file is left alone and not kept.
-Compaction compact_in_place(const fs::path& survey, const fs::path& backup) {
+Compaction compact_in_place(const fs::path& survey, const fs::path& backup, const Progress& progress) {
+  if (const std::optional<Compaction> kept = keep_compacted(survey, backup, progress)) {
+    return *kept;
+  }
   const fs::path fresh = compacted_neighbour(survey);
   const ScopeGuard tidy([&] { remove_compacted(fresh); });
-  Compaction result = make_fresh(survey, fresh);
+  Compaction result = make_fresh(survey, fresh, progress);
   if (result.is_jet && !result.is_survey) {
     return result;
   }
@@ -177,20 +231,20 @@ Compaction compact_in_place(const fs::path& survey, const fs::path& backup) {
   }
   std::error_code ignored;
   fs::permissions(fresh, fs::status(survey).permissions(), ignored);
-  safe_files::copy_into_place(survey, backup);
+  safe_files::copy_into_place(survey, backup, progress.of_copy());
   safe_files::move_into_place(fresh, survey);
   return result;
 }
 
 // A survey in a place that can't be written is worked on in a copy, which goes with the session. The original
 // and its folder stay as they are.
-Compaction compact_private_copy(const fs::path& survey) {
+Compaction compact_private_copy(const fs::path& survey, const Progress& progress) {
   Module_debug::write_debug(1, "compact_private_copy");
   auto folder = std::make_unique<PrivateFolder>();
   const fs::path copy = folder->path() / survey.filename();
-  copy_with_log(survey, copy);
+  copy_with_log(survey, copy, progress.of_copy());
   const fs::path fresh = compacted_neighbour(copy);
-  Compaction result = make_fresh(copy, fresh);
+  Compaction result = make_fresh(copy, fresh, progress);
   safe_files::move_into_place(fresh, copy);
   open_survey().private_folder = std::move(folder);
   open_survey().private_copy = copy.string();
@@ -251,12 +305,21 @@ void tell_findings(const Compaction& compaction, const std::vector<std::string>&
   }
 }
 
+// The file lock of an opening and the engine's on the survey itself: either may be held.
+std::string words_for_locked(const fs::path& survey) {
+  std::string holder = lock_holder(survey);
+  if (holder.empty()) {
+    holder = lock_holder(opening_lock_place(survey));
+  }
+  return ". The survey is open in another window or program" + (holder.empty() ? "." : ": " + holder + ".");
+}
+
 int open_survey_file(OpenFor purpose) {
   session().database_file = settled_path(session().database_file).string();
   const std::string& path = session().database_file;
   const fs::path survey = real_path(path);
-  const bool in_place =
-      purpose == OpenFor::editing && safe_files::may_be_written(survey) && safe_files::may_be_written(survey.parent_path());
+  const bool in_place = purpose == OpenFor::editing && safe_files::may_be_written(survey) &&
+                        safe_files::may_be_written(survey.parent_path());
   std::optional<FileLock> opening;
   if (in_place) {
     opening.emplace(opening_lock_place(survey));
@@ -264,8 +327,11 @@ int open_survey_file(OpenFor purpose) {
       throw dao::LockedError();
     }
   }
-  const Compaction compaction =
-      in_place ? compact_in_place(survey, backup_path(path)) : compact_private_copy(survey);
+  const Compaction compaction = [&] {
+    const Progress progress(survey);
+    return in_place ? compact_in_place(survey, backup_path(path), progress)
+                    : compact_private_copy(survey, progress);
+  }();
   if (!compaction.is_survey) {
     return refuse_form();
   }
@@ -288,7 +354,10 @@ int open_database(OpenFor purpose) {
     try {
       return open_survey_file(purpose);
     } catch (const dao::LockedError& locked) {
-      throw dao::Error(locked.what() + std::string(". The survey is open in another window or program."));
+      throw dao::Error(locked.what() + words_for_locked(real_path(session().database_file)));
+    } catch (const Stopped&) {
+      user_interface().show_message("The opening was stopped. The survey is as it was.");
+      return -1;
     }
   });
   if (status != 0) {

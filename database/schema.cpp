@@ -69,16 +69,19 @@ constexpr std::array<TableSchema, 10> tables{{
      "CREATE UNIQUE INDEX ReadingFactsIndex ON ReadingFactsTable(ID) WITH PRIMARY"},
 }};
 
-// One index for each kind of search: a file by name and date, a file's readings, a station's curves, a line's
-// curves, a station by its name, a location by its place, a station's site, a reading's facts.
-constexpr std::array<std::string_view, 9> search_indexes{
+// One index for each kind of search: a file by name and date, a line's files, a file's readings, a station's
+// curves, a line's curves of a reduction and of all, a station by its name, a location by its place, a
+// station's site, a reading's facts.
+constexpr std::array<std::string_view, 11> search_indexes{
     "CREATE INDEX IF NOT EXISTS FileNameSearch ON FileTable(SurveyFile,DateCollected,EventNumber)",
+    "CREATE INDEX IF NOT EXISTS FileLineSearch ON FileTable(LineNumber,ReferenceType)",
     "CREATE INDEX IF NOT EXISTS ReadingsFileSearch ON "
     "ReadingsDataTable(FileID,SampleRate,EventNumber,DataType)",
     "CREATE INDEX IF NOT EXISTS ReadingsStationSearch ON "
     "ReadingsDataTable(StationID,ReductionType,ReferenceType,"
     "SampleRate,DataType,DipoleLength)",
     "CREATE INDEX IF NOT EXISTS ReadingsLineSearch ON ReadingsDataTable(ReductionType,LineNumber,Station)",
+    "CREATE INDEX IF NOT EXISTS ReadingsPlaceSearch ON ReadingsDataTable(LineNumber,Station)",
     "CREATE INDEX IF NOT EXISTS StationSearch ON StationsTable(SurveyLine,Station)",
     "CREATE INDEX IF NOT EXISTS LocationSumSearch ON LocationLookupTable(LocalX + LocalY)",
     "CREATE INDEX IF NOT EXISTS LocationNameSearch ON LocationLookupTable(SurveyLine,Station)",

@@ -8,6 +8,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/compacted_mark.h"
 #include "database/schema.h"
 #include "platform/dao/compact.h"
 #include "platform/dao/sidecar_files.h"
@@ -78,9 +79,13 @@ int close_database() {
   Module_debug::write_debug(1, "close_database");
   return trap_errors("An error occurred while closing database: ", [] {
     close_recordsets();
+    const bool is_compact = !survey_is_read_only() && open_survey().database.is_compact();
     open_survey().database.close();
     open_survey() = OpenSurvey{};
     session().database_open = false;
+    if (is_compact) {
+      mark_compacted(session().database_file);
+    }
   });
 }
 

@@ -59,7 +59,9 @@ enum class OpenFor : std::uint8_t { editing, reading };
 /// Opens the survey at session().database_file: recovers, compacts it with the earlier state kept in a ".bak"
 /// beside it, checks its tables, brings an older file up to date and opens the recordsets. A genuine Jet file
 /// is converted on the way and kept for good beside it; the user is told where. Triggers and views are taken
-/// out, and the user is told which. A survey that another process has open, or is opening, is refused.
+/// out, and the user is told which. A survey that another process has open, or is opening, is refused with
+/// the name of that process. One that was closed compact and that nothing has written since is not compacted
+/// again. The user sees the progress and can stop it; the survey is then as before.
 ///
 /// Where the file or its folder can't be written, or for reading, all this is done to a private copy, and the
 /// survey is read-only; nothing is left beside it.

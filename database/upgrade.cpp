@@ -7,6 +7,7 @@
 #include <set>
 
 #include "core/number_text.h"
+#include "core/text_fields.h"
 #include "database/frequency_store.h"
 #include "database/reading.h"
 #include "database/schema.h"
@@ -72,17 +73,47 @@ void add_missing_frequency_lists(dao::Database& database) {
   }
 }
 
+/// Kinds of readings that are there; found in an index, without the readings themselves.
+struct ReadingKinds {
+  bool has_oldest_names = false;  // of components
+  bool has_merged_with_rate = false;
+};
+
+ReadingKinds kinds_in(dao::Database& database) {
+  ReadingKinds kinds;
+  dao::Recordset rows =
+      database.open_recordset("SELECT DISTINCT DataType,ReductionType,SampleRate FROM ReadingsDataTable");
+  for_each_sound_row(rows, [&](const dao::Recordset& row) {
+    const std::string text = row.get_text("DataType");
+    const std::string_view type = trimmed(text);
+    kinds.has_oldest_names |= equal_ignoring_case(type, "Ex") || equal_ignoring_case(type, "Ey");
+    kinds.has_merged_with_rate |=
+        row.get_long("ReductionType") == reduction_merged && row.get_single("SampleRate") != 0.0F;
+  });
+  return kinds;
+}
+
+void bring_readings_up_to_date(dao::Database& database) {
+  const ReadingKinds kinds = kinds_in(database);
+  if (kinds.has_oldest_names) {
+    database.execute("UPDATE ReadingsDataTable SET DataType  = 'ExHy' WHERE DataType  = 'Ex'");
+    database.execute("UPDATE ReadingsDataTable SET DataType  = 'EyHx' WHERE DataType  = 'Ey'");
+  }
+  // Merged curves from files were kept at the rate that was typed, where none looks for a merged curve.
+  if (kinds.has_merged_with_rate) {
+    database.execute(
+        "UPDATE ReadingsDataTable SET SampleRate = 0 WHERE ReductionType = 2 AND SampleRate <> 0");
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> upgrade_survey() {
   dao::Database& database = open_survey().database;
   dao::Transaction transaction(database);
   std::vector<std::string> missing = add_missing_tables(database);
-  database.execute("UPDATE ReadingsDataTable SET DataType  = 'ExHy' WHERE DataType  = 'Ex'");
-  database.execute("UPDATE ReadingsDataTable SET DataType  = 'EyHx' WHERE DataType  = 'Ey'");
-  // Merged curves from files were kept at the rate that was typed, where none looks for a merged curve.
-  database.execute("UPDATE ReadingsDataTable SET SampleRate = 0 WHERE ReductionType = 2 AND SampleRate <> 0");
   create_search_indexes(database);
+  bring_readings_up_to_date(database);
   // Earlier versions delete readings and give their counters to others, without a thought for their facts.
   database.execute("DELETE FROM ReadingFactsTable WHERE ReadingID NOT IN (SELECT ID FROM ReadingsDataTable)");
   add_missing_frequency_lists(database);

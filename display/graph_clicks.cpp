@@ -6,6 +6,7 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
+#include "display/both_modes.h"
 #include "display/raw_plot.h"
 #include "display/selection.h"
 #include "display/station_plot.h"
@@ -71,14 +72,18 @@ bool go_to_scan_rate(const StationSlot& slot, PointClick& click) {
 
 PointClick click_raw_point(Component component, std::size_t series, std::size_t point) {
   PointClick click;
-  const auto& slots = averaged::data_sets().repeats.slots;
-  if (series >= slots.size() || point >= slots[series].reading.curve.count()) {
+  const averaged::RepeatSlot* const slot = shown_repeat_slot(series);
+  if (slot == nullptr || point >= slot->reading.curve.count()) {
     return click;
   }
-  const averaged::StoredReading& reading = slots[series].reading;
+  const averaged::StoredReading& reading = slot->reading;
   click.series_label = raw_series_label(series);
   click.frequency_text = shown_as(reading.curve.frequencies[point]);
   show_source(reading.ID, click);
+  if (series >= averaged::data_sets().repeats.slots.size()) {
+    click.data_type = other_mode().repeats.key.data_type;
+    return click;
+  }
   turn_mask(click, [&] { return averaged::toggle_repeat_point(series, point, component); });
   return click;
 }
@@ -86,15 +91,19 @@ PointClick click_raw_point(Component component, std::size_t series, std::size_t 
 PointClick click_station_point(Component component, std::size_t series, std::size_t point,
                                const std::string& shown_frequency) {
   PointClick click;
-  const auto& slots = averaged::data_sets().station.slots;
-  if (series >= slots.size() || point >= slots[series].reading.curve.count()) {
+  const StationSlot* const shown = shown_station_slot(series);
+  if (shown == nullptr || point >= shown->reading.curve.count()) {
     return click;
   }
-  const StationSlot& slot = slots[series];
+  const StationSlot& slot = *shown;
   click.series_label = station_series_label(series);
   click.frequency_text = shown_as(slot.reading.curve.frequencies[point]);
   show_source(slot.reading.ID, click);
   click.event_text.clear();
+  if (series >= averaged::data_sets().station.slots.size()) {
+    click.data_type = other_mode().station.key.data_type;
+    return click;
+  }
   const bool other_rate = go_to_scan_rate(slot, click);
   if (!other_rate && click.frequency_text == shown_frequency) {
     turn_mask(click, [&] { return averaged::toggle_station_point(series, point, component); });

@@ -1,7 +1,8 @@
 // graph_clicks.h: what a click on a point of a graph means.
 //
 // Series and points are places in the plots, which are places in the data sets. Where a click selects first,
-// the second click on the same point turns its mask around. Nothing is drawn here.
+// the second click on the same point turns its mask around. A click on a point of the other mode selects
+// that mode, too. Nothing is drawn here.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -21,6 +22,7 @@ struct PointClick {
   std::string event_text;                // of a repeat or average; empty elsewhere
   std::string frequency_text;            // "64.0000"
   std::string status_text;               // frequency for the status bar; on the profile only
+  std::string data_type;                 // the click selects this one, of a point of the other mode
   std::int32_t station_to_display = -1;  // the click goes to this station, from 1
   bool draw_raw = false;                 // the click went to another scan rate, whose repeats are loaded
   Edit edit = Edit::nothing;             // changed: all graphs are to be drawn

@@ -136,6 +136,17 @@ CurveExtents AxisExtents::extents() const {
           of(deciding_.phase, all_.phase)};
 }
 
+CurveExtents joined(CurveExtents one, const CurveExtents& other) {
+  const auto widen = [](Extent& extent, const Extent& by) {
+    extent.minimum = std::min(extent.minimum, by.minimum);
+    extent.maximum = std::max(extent.maximum, by.maximum);
+  };
+  widen(one.frequency, other.frequency);
+  widen(one.resistivity, other.resistivity);
+  widen(one.phase, other.phase);
+  return one;
+}
+
 void set_frequency_axes(GraphPair& plot, const Extent& frequency) {
   graph::AxisLimits limits;
   limits.type = graph::AxisType::logarithmic;

@@ -56,6 +56,10 @@ class AxisExtents {
   Module_averaged_data::Extent shifted_;
 };
 
+/// What reaches over both.
+Module_averaged_data::CurveExtents joined(Module_averaged_data::CurveExtents one,
+                                          const Module_averaged_data::CurveExtents& other);
+
 enum class ErrorBars { none, shown };  // shown: what point_error knows of each point
 
 /// Room for one more series of so many points in both panes, without data.

@@ -7,6 +7,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "database/survey_database.h"
+#include "display/both_modes.h"
 #include "display/raw_plot.h"
 #include "display/selection.h"
 #include "display/site_names.h"
@@ -122,42 +123,51 @@ std::string reading_point_text(const std::string& series, const StoredReading& r
   return file.empty() ? text : text + "\n" + file;
 }
 
-bool in_repeats(std::size_t slot, std::size_t point) {
-  const auto& slots = averaged::data_sets().repeats.slots;
-  return slot < slots.size() && point < slots[slot].reading.curve.count();
-}
-
-bool in_station(std::size_t slot, std::size_t point) {
-  const auto& slots = averaged::data_sets().station.slots;
-  return slot < slots.size() && point < slots[slot].reading.curve.count();
+/// What the merged curve of a station rests on that is switched off.
+std::string support_text(double station) {
+  std::string rates;
+  for (const averaged::UnsupportedCurve& curve : averaged::data_sets().unsupported) {
+    if (curve.station != station || !curve.in_use) {
+      continue;
+    }
+    if (curve.scan_rate == 0.0F) {
+      return nothing_in_use;
+    }
+    rates += (rates.empty() ? "" : ", ") + plain_text(curve.scan_rate);
+  }
+  return rates.empty() ? rates : "\nThe average of " + rates + " Hz rests on no reading in use";
 }
 
 }  // namespace
 
 std::string raw_point_text(std::size_t slot, std::size_t point, Component component) {
-  if (!in_repeats(slot, point)) {
+  const averaged::RepeatSlot* const shown = shown_repeat_slot(slot);
+  if (shown == nullptr || point >= shown->reading.curve.count()) {
     return {};
   }
-  const StoredReading& reading = averaged::data_sets().repeats.slots[slot].reading;
+  const StoredReading& reading = shown->reading;
+  const std::size_t own = averaged::data_sets().repeats.slots.size();
   std::string series = raw_series_label(slot);
-  if (slot > 0) {
+  if (slot != 0 && slot != own) {  // the averages
     series += " (event " + format_number(reading.EventNumber, "0") + ")";
   }
   return reading_point_text(series, reading, point, component, 1.0F,
-                            repeats_at(reading.curve.frequencies[point], component)) +
+                            slot < own ? repeats_at(reading.curve.frequencies[point], component) : 0) +
          site_line();
 }
 
 std::string station_point_text(std::size_t slot, std::size_t point, Component component) {
-  if (!in_station(slot, point)) {
+  const averaged::StationSlot* const shown = shown_station_slot(slot);
+  if (shown == nullptr || point >= shown->reading.curve.count()) {
     return {};
   }
-  const auto& slots = averaged::data_sets().station.slots;
+  const bool own = slot < averaged::data_sets().station.slots.size();
+  const auto& slots = own ? averaged::data_sets().station.slots : other_mode().station.slots;
   const float factor = component == Component::resistivity ? slots.front().reading.ResOffset : 1.0F;
-  const StoredReading& reading = slots[slot].reading;
+  const StoredReading& reading = shown->reading;
   const std::size_t repeats =
-      are_loaded(slots[slot]) ? repeats_at(reading.curve.frequencies[point], component) : 0;
-  const bool neighbour = slots[slot].kind == averaged::StationSlotKind::neighbour;  // its label names it
+      own && are_loaded(*shown) ? repeats_at(reading.curve.frequencies[point], component) : 0;
+  const bool neighbour = shown->kind == averaged::StationSlotKind::neighbour;  // its label names it
   return reading_point_text(station_series_label(slot), reading, point, component, factor, repeats) +
          (neighbour ? std::string() : site_line());
 }
@@ -176,7 +186,7 @@ std::string profile_point_text(std::size_t frequency_index, std::size_t column, 
                    at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
   return with_site_name("Station " + plain_text(at.station), station_index_of(at.StationID)) + ": " +
          frequency_text(data.frequencies[frequency_index]) + " Hz, " +
-         value_text(value, error, component, factor, 0) + (off ? ", masked" : "");
+         value_text(value, error, component, factor, 0) + (off ? ", masked" : "") + support_text(at.station);
 }
 
 }  // namespace Module_display_data

@@ -1,14 +1,16 @@
 #include "display/profile_plot.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numeric>
 #include <optional>
 #include <vector>
 
 #include "core/absent_value.h"
+#include "core/number_text.h"
 #include "core/session_state.h"
-#include "display/marked_points.h"
+#include "display/chosen_points.h"
 #include "reduction/data_sets/data_sets.h"
 
 namespace Module_display_data {
@@ -70,14 +72,28 @@ void add_frequency(GraphPair& plot, const std::vector<PlacedColumn>& columns, st
       }
       const int style = column.UseReading ? used_style : graph::unused_point;
       pane.point_styles[i][j] = mask == 1 ? style : graph::masked_point;
-      if (is_marked({column.ID, frequency, component})) {
-        pane.point_styles[i][j] += graph::ringed;
-      }
+      pane.point_styles[i][j] += ring_of({column.ID, frequency, component});
     };
     fill(plot.resistivity, column.resistivity[i], double{column.ResOffset}, column.mask[i][0],
          Component::resistivity);
     fill(plot.phase, column.phase[i], 1.0, column.mask[i][1], Component::phase);
   }
+}
+
+/// About three digits: "152", "31.4", "0.52".
+std::string short_text(double value) {
+  constexpr double three_digits = 100.0;
+  constexpr double two_digits = 10.0;
+  const double size = std::abs(value);
+  return format_number(value, size >= three_digits ? "0" : size >= two_digits ? "0.0" : "0.00");
+}
+
+/// Points of many stations are dots: discs would run into one another and hide the curves.
+graph::SeriesStyle marker_style(std::size_t stations) {
+  constexpr std::size_t many = 120;
+  graph::SeriesStyle style;
+  style.marker = stations > many ? graph::Marker::dot : graph::Marker::disc;
+  return style;
 }
 
 /// What a column adds to the extents, with a factor on its resistivities.
@@ -132,6 +148,41 @@ std::vector<std::size_t> profile_order(const LineAxis& axis) {
   return order;
 }
 
+void emphasise(GraphPair& profile, std::size_t frequency_index) {
+  constexpr double wide = 3.5;
+  for (PanePlot* const pane : {&profile.resistivity, &profile.phase}) {
+    if (frequency_index < pane->series_styles.size()) {
+      pane->series_styles[frequency_index].width = wide;
+      pane->series_styles[frequency_index].marker = graph::Marker::disc;
+    }
+  }
+}
+
+std::vector<graph::PlotLabel> profile_labels(const PanePlot& pane,
+                                             std::optional<std::size_t> frequency_index) {
+  std::vector<graph::PlotLabel> labels;
+  const auto& series = pane.table.series;
+  if (frequency_index) {
+    for (std::size_t j = 0; *frequency_index < series.size() && j < series[*frequency_index].y.size(); ++j) {
+      const double value = series[*frequency_index].y[j];
+      if (!is_absent(value)) {
+        labels.push_back({series[*frequency_index].x[j], value, short_text(value)});
+      }
+    }
+    return labels;
+  }
+  const std::vector<float>& frequencies = Module_averaged_data::data_sets().profile.frequencies;
+  for (std::size_t i = std::min(series.size(), frequencies.size()); i-- > 0;) {
+    for (std::size_t j = series[i].y.size(); j-- > 0;) {
+      if (!is_absent(series[i].y[j])) {
+        labels.push_back({series[i].x[j], series[i].y[j], plain_text(frequencies[i])});
+        break;
+      }
+    }
+  }
+  return labels;
+}
+
 GraphPair profile_plot(const LineAxis& axis) {
   const ProfileDataSet& data = Module_averaged_data::data_sets().profile;
   GraphPair plot;
@@ -141,6 +192,9 @@ GraphPair profile_plot(const LineAxis& axis) {
   const std::vector<PlacedColumn> columns = placed_columns(axis, data);
   for (std::size_t i = 0; i < data.frequencies.size(); ++i) {
     add_frequency(plot, columns, i);
+  }
+  for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
+    pane->series_styles.assign(data.frequencies.size(), marker_style(columns.size()));
   }
   plot.resistivity.x = limits_of(columns);
   plot.phase.x = plot.resistivity.x;

@@ -1,5 +1,9 @@
 // profile_plot.h: the graphs of a line: a curve along its stations for each frequency.
 #pragma once
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 #include "display/line_axis.h"
 #include "display/pane_plot.h"
 
@@ -15,6 +19,15 @@ std::vector<std::size_t> profile_order(const LineAxis& axis = {});
 /// Readings that were taken out are grey. Empty without data. A station without a place on the axis isn't
 /// drawn.
 GraphPair profile_plot(const LineAxis& axis = {});
+
+/// Makes the curve of one frequency stand out of a profile.
+/// @param frequency_index  in the data set, from 0
+void emphasise(GraphPair& profile, std::size_t frequency_index);
+
+/// Texts for a pane of a profile. Of a curve that stands out: its value at each point. Without one: each
+/// curve's frequency (Hz) at its last point, high frequencies first.
+std::vector<graph::PlotLabel> profile_labels(const PanePlot& pane,
+                                             std::optional<std::size_t> frequency_index);
 
 /// The resistivities, without static factors, and phases of the line that decide the limits of axes: of the
 /// merged curves that are used, or of all where none is.

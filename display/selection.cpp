@@ -146,9 +146,8 @@ int keep_kind(const Module_database::ReadingKey& before, const SelectionLists& l
   return Module_database::load_selected_frequencies();
 }
 
-/// Forgets the place in the survey, so that the first station of the line is displayed with everything loaded
-/// again: profile, station, repeats.
-Redisplay reselect() {
+/// Has everything of a station loaded again: profile, curves, repeats.
+Redisplay reselect(std::int32_t station_index) {
   SessionState& state = session();
   state.current_station = no_current_station;
   state.current_station_index = -1;
@@ -156,8 +155,14 @@ Redisplay reselect() {
   state.repeat_count = 0;
   Redisplay redisplay;
   redisplay.close_rhoplus_results = true;
-  redisplay.station_to_display = first_station_of_current_line();
+  redisplay.station_to_display = station_index;
   return redisplay;
+}
+
+/// The same station with other readings: who compares components doesn't want to look for the place again.
+Redisplay reselect_in_place() {
+  const std::int32_t displayed = session().current_station_index;
+  return reselect(displayed > 0 ? displayed : first_station_of_current_line());
 }
 
 /// Whether the profile that is loaded is that of the selected line, type, component and dipole length.
@@ -273,7 +278,7 @@ Redisplay choose_line(std::int32_t list_index, const std::string& line) {
     return {};
   }
   session().current_line_index = list_index + 1;
-  return reselect();
+  return reselect(first_station_of_current_line());
 }
 
 Redisplay choose_data_type(const std::string& data_type) {
@@ -281,7 +286,7 @@ Redisplay choose_data_type(const std::string& data_type) {
     return {};
   }
   session().current_data_type = data_type;
-  return reselect();
+  return reselect_in_place();
 }
 
 Redisplay choose_reference_type(std::int32_t reference_type) {
@@ -290,7 +295,7 @@ Redisplay choose_reference_type(std::int32_t reference_type) {
   }
   session().current_reference_type = reference_type;
   const int status = Module_database::load_selected_frequencies();
-  Redisplay redisplay = reselect();
+  Redisplay redisplay = reselect_in_place();
   redisplay.failed = status != 0;
   return redisplay;
 }
@@ -393,9 +398,8 @@ Redisplay readings_changed() {
   if (displayed < 1) {
     return {};
   }
-  Redisplay redisplay = reselect();
+  Redisplay redisplay = reselect(displayed);
   redisplay.close_rhoplus_results = false;
-  redisplay.station_to_display = displayed;
   return redisplay;
 }
 

@@ -5,7 +5,7 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
-#include "display/marked_points.h"
+#include "display/chosen_points.h"
 #include "display/plot_colours.h"
 #include "display/profile_plot.h"
 #include "display/site_names.h"
@@ -54,9 +54,32 @@ graph::SeriesStyle style_of(const StationSlot& slot, std::size_t series) {
   return style;
 }
 
+/// Whether there is nothing in use that the curve would be computed from.
+bool rests_on_nothing(const StationSlot& slot) {
+  const bool is_derived = slot.kind == StationSlotKind::merged || slot.kind == StationSlotKind::average ||
+                          slot.kind == StationSlotKind::neighbour;
+  return is_derived && slot.reading.ID != 0 &&
+         Module_averaged_data::is_unsupported(slot.station,
+                                              slot.kind == StationSlotKind::average ? slot.SampleRate : 0.0F);
+}
+
 /// Neighbours are there to be compared; their bars would hide the curve of the station itself.
 ErrorBars error_bars_of(const StationSlot& slot) {
   return slot.kind == StationSlotKind::neighbour ? ErrorBars::none : ErrorBars::shown;
+}
+
+/// With two modes on show the colour says which it is, and the width which curve counts. The selected one is
+/// the widest, and so the uppermost, which takes the clicks.
+graph::SeriesStyle mode_style_of(const StationSlot& slot, const std::string& data_type) {
+  graph::SeriesStyle style;
+  const bool merged = slot.kind == StationSlotKind::merged;
+  const bool selected = data_type == Module_averaged_data::data_sets().station.key.data_type;
+  style.width = merged ? (selected ? 3.0 : 2.0) : 1.0;
+  style.colour = merged ? mode_colour(data_type) : pale_mode_colour(data_type);
+  if (!slot.reading.UseReading) {
+    style.colour = graph::unused_colour;
+  }
+  return style;
 }
 
 void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot& own) {
@@ -66,22 +89,32 @@ void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot
   }
 }
 
-void ring_marked(PanePlot& pane, const Module_database::StoredReading& reading,
-                 Module_averaged_data::Component component) {
-  std::vector<int>& styles = pane.point_styles.back();
-  for (std::size_t i = 0; i < styles.size(); ++i) {
-    if (is_marked({reading.ID, reading.curve.frequencies[i], component})) {
-      styles[i] += graph::ringed;
-    }
+std::string kind_label(const StationSlot& slot) {
+  switch (slot.kind) {
+    case StationSlotKind::merged:
+      return "Merged data";
+    case StationSlotKind::average:
+      return "Averaged data for " + plain_text(slot.SampleRate);
+    case StationSlotKind::file:
+      return "Averaged file for " + plain_text(slot.SampleRate);
+    case StationSlotKind::other_merged:
+      return "Merged file data";
+    case StationSlotKind::neighbour:
+      break;
   }
+  return with_site_name("Merged for " + plain_text(slot.station), slot.station_index);
 }
 
-}  // namespace
+/// ", ExHy" while two modes are on show.
+std::string mode_ending(std::size_t slot) {
+  const Module_averaged_data::StationDataSet& own = Module_averaged_data::data_sets().station;
+  const Module_averaged_data::StationDataSet& other = other_mode().station;
+  return other.slots.empty() ? ""
+                             : ", " + (slot < own.slots.size() ? own.key.data_type : other.key.data_type);
+}
 
-GraphPair station_plot(bool fixed_scale) {
-  const auto& data = Module_averaged_data::data_sets().station;
-  GraphPair plot;
-  AxisExtents axes;
+void add_station(GraphPair& plot, AxisExtents& axes, const Module_averaged_data::StationDataSet& data,
+                 Modes modes) {
   const double factor = data.slots.empty() ? 1.0 : double{data.slots.front().reading.ResOffset};
   for (std::size_t k = 0; k < data.slots.size(); ++k) {
     const StationSlot& slot = data.slots[k];
@@ -90,15 +123,31 @@ GraphPair station_plot(bool fixed_scale) {
     axes.include(slot.reading.curve, visibility, factor);
     add_curve(plot, slot.reading, slot.list_position, visibility, factor, error_bars_of(slot));
     for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
-      pane->series_styles.back() = style_of(slot, k);
+      const bool by_mode = modes == Modes::both && slot.kind != StationSlotKind::neighbour;
+      pane->series_styles.back() = by_mode ? mode_style_of(slot, data.key.data_type) : style_of(slot, k);
+      pane->series_styles.back().dashed =
+          &data == &Module_averaged_data::data_sets().station && rests_on_nothing(slot);
       colour_neighbour(*pane, slot, data.slots.front());
     }
-    ring_marked(plot.resistivity, slot.reading, Module_averaged_data::Component::resistivity);
-    ring_marked(plot.phase, slot.reading, Module_averaged_data::Component::phase);
+    ring_last_curve(plot, slot.reading);
+  }
+}
+
+}  // namespace
+
+GraphPair station_plot(bool fixed_scale, Modes modes) {
+  GraphPair plot;
+  AxisExtents axes;
+  AxisExtents beside;
+  const Module_averaged_data::StationDataSet& other = other_mode().station;
+  const bool both = modes == Modes::both && !other.slots.empty();
+  add_station(plot, axes, Module_averaged_data::data_sets().station, both ? Modes::both : Modes::selected);
+  if (both) {
+    add_station(plot, fixed_scale ? beside : axes, other, modes);
   }
   set_frequency_axes(plot, axes.extents().frequency);
   if (fixed_scale) {
-    set_value_axes(plot, line_extents(session().hide_masked_data), {0.2, 0.05});
+    set_value_axes(plot, joined(line_extents(session().hide_masked_data), beside.extents()), {0.2, 0.05});
   } else {
     set_value_axes(plot, axes.extents(), {0.2, 0.1}, axes.shifted());
   }
@@ -107,28 +156,19 @@ GraphPair station_plot(bool fixed_scale) {
 }
 
 std::string station_label() {
-  return with_short_site_name("Merge/averages for " + format_number(session().current_station, "0"),
-                              session().current_station_index);
+  const std::string label = with_short_site_name(
+      "Merge/averages for " + format_number(session().current_station, "0"), session().current_station_index);
+  const bool any = std::ranges::any_of(Module_averaged_data::data_sets().station.slots, rests_on_nothing);
+  return any ? label + ", dashed: no reading in use" : label;
 }
 
 std::string station_series_label(std::size_t slot) {
-  const auto& slots = Module_averaged_data::data_sets().station.slots;
-  if (slot >= slots.size()) {
+  const StationSlot* const shown = shown_station_slot(slot);
+  if (shown == nullptr) {
     return {};
   }
-  switch (slots[slot].kind) {
-    case StationSlotKind::merged:
-      return "Merged data";
-    case StationSlotKind::average:
-      return "Averaged data for " + plain_text(slots[slot].SampleRate);
-    case StationSlotKind::file:
-      return "Averaged file for " + plain_text(slots[slot].SampleRate);
-    case StationSlotKind::other_merged:
-      return "Merged file data";
-    case StationSlotKind::neighbour:
-      break;
-  }
-  return with_site_name("Merged for " + plain_text(slots[slot].station), slots[slot].station_index);
+  const bool own = slot < Module_averaged_data::data_sets().station.slots.size();
+  return kind_label(*shown) + mode_ending(slot) + (own && rests_on_nothing(*shown) ? nothing_in_use : "");
 }
 
 }  // namespace Module_display_data

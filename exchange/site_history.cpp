@@ -87,12 +87,13 @@ std::string reading_text(const std::map<float, RateReadings>& rates) {
   for (auto rate = rates.rbegin(); rate != rates.rend(); ++rate) {
     const auto& [scan_rate, readings] = *rate;
     const std::size_t used = readings.count - readings.off;
-    text += (text.empty() ? "" : ", ") + (used > 1 ? "average of " + counted(used, "repeat", "repeats")
-                                                   : counted(used, "reading", "readings"));
+    text += (text.empty() ? "" : ", ") + (used > 1    ? "average of " + counted(used, "repeat", "repeats")
+                                          : used == 1 ? counted(used, "reading", "readings")
+                                                      : "an earlier average of no reading in use");
     text += scan_rate > 0.0F ? " at " + plain_text(scan_rate) + " Hz" : "";
-    text += readings.off > 0
-                ? " (" + plain_text(static_cast<std::int64_t>(readings.off)) + " more switched off)"
-                : "";
+    text += readings.off > 0 ? " (" + plain_text(static_cast<std::int64_t>(readings.off)) +
+                                   (used > 0 ? " more switched off)" : " switched off)")
+                             : "";
     merged += used > 0 ? 1 : 0;
   }
   return merged > 1 ? text + "; " + counted(merged, "scan rate", "scan rates") + " merged" : text;

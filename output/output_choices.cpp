@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "core/finished_work.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
@@ -97,8 +98,9 @@ int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
   if (output_rhoplus(selection, folder.string(), settings, show_row_count, counts, choices.strike) != 0) {
     return -1;
   }
-  user_interface().show_message((counts.stopped ? "Stopped. " : output_completed) +
-                                rhoplus_summary(counts, settings, folder.string()));
+  const std::string summary = rhoplus_summary(counts, settings, folder.string());
+  user_interface().show_message((counts.stopped ? "Stopped. " : output_completed) + summary);
+  Module_Brenlox::tell_finished((counts.stopped ? "Stopped: " : "Rhoplus: ") + summary, folder.string());
   return 0;
 }
 
@@ -126,8 +128,11 @@ int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
     show_row_count(0);  // rows of a set that came to nothing
   }
   if (status == 0) {
-    user_interface().show_message(written ? output_completed + zonge_summary(row_count, zonge_paths(path))
-                                          : "Stopped; nothing was written");
+    const std::string summary = written ? zonge_summary(row_count, zonge_paths(path)) : std::string();
+    user_interface().show_message(written ? output_completed + summary : "Stopped; nothing was written");
+    if (written) {
+      Module_Brenlox::tell_finished("Zonge: " + summary, path);
+    }
   }
   return status;
 }

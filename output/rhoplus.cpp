@@ -11,6 +11,7 @@
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
+#include "reduction/unsupported_curves.h"
 
 namespace fs = std::filesystem;
 
@@ -137,8 +138,15 @@ int write_line(const LineOutput& line, const std::function<void(int)>& show_row_
   const fs::path batch_file = line.folder / batch_file_name(line.settings);
   if (status != 0) {
     write_batch_file_quietly(batch_file, batch);
-  } else {
-    safe_files::write_into_place(batch_file, batch);
+    return status;
+  }
+  safe_files::write_into_place(batch_file, batch);
+  LineSelection written = line.selection;
+  if (line.strike) {
+    written.data_type.clear();  // all elements go into the one that is written
+  }
+  if (const std::string hint = Module_averaged_data::unsupported_hint(written); !hint.empty()) {
+    user_interface().show_message(hint);
   }
   return status;
 }

@@ -39,13 +39,15 @@ void take_choice(std::int32_t& setting, const std::string& text) {
   }
 }
 
-void take_positive(float& setting, std::string_view text) {
+bool take_positive(float& setting, std::string_view text) {
   const double value = is_numeric(text) ? numeric_value(text) : 0.0;
   // A text too small or too large for a single would become 0 or infinite.
-  if (value >= static_cast<double>(std::numeric_limits<float>::min()) &&
-      value <= static_cast<double>(std::numeric_limits<float>::max())) {
+  const bool valid = value >= static_cast<double>(std::numeric_limits<float>::min()) &&
+                     value <= static_cast<double>(std::numeric_limits<float>::max());
+  if (valid) {
     setting = static_cast<float>(value);
   }
+  return valid;
 }
 
 }  // namespace
@@ -84,13 +86,14 @@ void save_rhoplus_settings(const RhoplusSettings& settings) {
   store(use_file_errors_key, format_number(settings.use_file_errors, "0"));
 }
 
-void enter_root_name(RhoplusSettings& settings, const std::string& text) {
+bool enter_root_name(RhoplusSettings& settings, const std::string& text) {
   const std::string_view name = trimmed(text);
   if (!name.empty()) {
     settings.root_name = name;
   }
+  return !name.empty();
 }
 
-void enter_positive(float& setting, const std::string& text) { take_positive(setting, trimmed(text)); }
+bool enter_positive(float& setting, const std::string& text) { return take_positive(setting, trimmed(text)); }
 
 }  // namespace Module_output

@@ -30,7 +30,8 @@ RhoplusSettings load_rhoplus_settings();
 void save_rhoplus_settings(const RhoplusSettings& settings);
 
 // Typed entries: each takes its value if it is valid and keeps the earlier one otherwise, without a message.
-void enter_root_name(RhoplusSettings& settings, const std::string& text);  // any text but blanks
-void enter_positive(float& setting, const std::string& text);              // a number above 0
+// They return whether it is valid.
+bool enter_root_name(RhoplusSettings& settings, const std::string& text);  // any text but blanks
+bool enter_positive(float& setting, const std::string& text);              // a number above 0
 
 }  // namespace Module_output

@@ -17,6 +17,7 @@
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
+#include "reduction/unsupported_curves.h"
 
 namespace Module_output {
 
@@ -148,6 +149,9 @@ int output_zonge(const LineSelection& selection, const std::string& avg_path,
       const std::string lost = std::move(files.lost_stations);
       write_files(std::move(files), zonge_paths(avg_path));
       row_count = rows;
+      if (const std::string hint = Module_averaged_data::unsupported_hint(selection); !hint.empty()) {
+        user_interface().show_message(hint);
+      }
       if (!lost.empty()) {
         user_interface().show_message("The survey has readings, but no row in StationsTable, for station " +
                                       lost + " of line " + selection.line + "; the set lacks its curves");

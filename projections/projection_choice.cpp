@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "core/finished_work.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
@@ -205,6 +206,7 @@ void save_definition_file(const CoordSystems& coord_systems) {
       return -1;
     }
     user_interface().show_message("The definitions are written to " + path);
+    Module_Brenlox::tell_finished("The projection definitions are written to " + path, path);
     return 0;
   });
 }

@@ -95,6 +95,23 @@ std::optional<SiteSystem> system_of_sites(std::span<const OptionalPlace> places)
   }
 }
 
+std::optional<TransformParameters> system_of_map_places(std::string_view line) {
+  const CoordSystem& system = current_coord_system();
+  if (system.name.empty() || system.transform_parameters == TransformParameters{}) {
+    return std::nullopt;
+  }
+  if (numerics::geodesy::leads_back(system.values())) {
+    return system.transform_parameters;
+  }
+  const auto sites = places_of_sites(line, Module_database::stations_with_readings(line));
+  const auto median = median_of(sites);
+  try {
+    return median ? std::optional(in_one_zone(system.values(), *median)) : std::nullopt;
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
 std::optional<MapPlace> projected(const TransformParameters& system, const OptionalPlace& place) {
   try {
     return place ? std::optional(ll2en(system, *place)) : std::nullopt;

@@ -65,10 +65,12 @@ SurveyPlaces survey_places(std::span<const std::string> lines) {
     place_by_sites(known, *system, places);
     places.source = PlaceSource::sites;
     places.system = system->name;
+    places.parameters = system->parameters;
     if (any_placed(places)) {
       return places;
     }
     places.system.clear();
+    places.parameters = {};
   }
   places.source = PlaceSource::map;
   for (std::size_t i = 0; i < known.stations.size(); ++i) {

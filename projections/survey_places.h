@@ -30,7 +30,8 @@ struct SurveyPlace {
 struct SurveyPlaces {
   std::vector<SurveyPlace> stations;  // those with readings, by line as given, ascending
   PlaceSource source = PlaceSource::local;
-  std::string system;  // name of the map system, of the places of sites
+  std::string system;                                   // name of the map system, of the places of sites
+  numerics::geodesy::TransformParameters parameters{};  // of that system
 };
 
 /// The best source that has a place for any of the stations; a plan doesn't mix local coordinates with

@@ -4,7 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "core/finished_work.h"
 #include "core/number_text.h"
+#include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
@@ -95,6 +97,11 @@ int rebuild_all() {
     tell_what_is_left(stations.size() - done);
   }
   skipped.tell(std::string(averaging_failed));
+  if (outcome == Outcome::finished && skipped.count() == 0) {
+    Module_Brenlox::tell_finished(
+        "All averages and merged curves are computed again and stored in " + session().database_file,
+        session().database_file);
+  }
   return skipped.count() > 0 ? -1 : 0;
 }
 

@@ -6,6 +6,7 @@
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
+#include "display/chosen_points.h"
 #include "display/plot_colours.h"
 #include "reduction/data_sets/curve_parts.h"
 
@@ -123,8 +124,27 @@ GraphPair fit_plot(const StationInversion& inversion, const Frequencies& frequen
   for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
     pane->series_styles[series_model] = {Module_display_data::black, 1.5, true};
   }
+  for (std::size_t i = 0; i < inversion.merged.curve.count(); ++i) {
+    const auto ring = [&](PanePlot& pane, Component component) {
+      pane.point_styles[series_observed][i] += Module_display_data::ring_of(
+          {inversion.merged.ID, inversion.merged.curve.frequencies[i], component});
+    };
+    ring(plot.resistivity, Component::resistivity);
+    ring(plot.phase, Component::phase);
+  }
   set_axes(plot);
   return plot;
+}
+
+std::vector<LegendItem> fit_legend() {
+  return {{"\u25cf", resistivity_colour, "resistivity observed"},
+          {"\u25cf", phase_colour, "phase observed"},
+          {"\u2501", Module_display_data::black, "response of the model"}};
+}
+
+std::vector<LegendItem> sheet_legend() {
+  return {{"\u2503", sheet_colour, "sheet of this conductance"},
+          {"\u2503", basement_colour, "perfect conductor"}};
 }
 
 std::string fit_point_text(const GraphPair& plot, std::size_t series, std::size_t point,

@@ -1,6 +1,7 @@
 // fit_plot.h: graphs of an inversion: data with errors against the response of the model, and the model.
 #pragma once
 #include <string>
+#include <vector>
 
 #include "core/frequencies.h"
 #include "display/pane_plot.h"
@@ -16,6 +17,17 @@ enum FitSeries : std::size_t { series_observed, series_model };
 /// graphs. Empty without a merged curve.
 /// @param frequencies of the curve's reference type
 Module_display_data::GraphPair fit_plot(const StationInversion& inversion, const Frequencies& frequencies);
+
+/// What a curve or stem of a graph stands for.
+struct LegendItem {
+  std::string sign;  // that looks like it
+  graph::Colour colour;
+  std::string text;
+};
+
+/// Of the two graphs of the fit, and of the graph of the model.
+std::vector<LegendItem> fit_legend();
+std::vector<LegendItem> sheet_legend();
 
 /// "Observed: 12.5000 Hz, 103.27 ohm-m +- 4.13"
 std::string fit_point_text(const Module_display_data::GraphPair& plot, std::size_t series, std::size_t point,

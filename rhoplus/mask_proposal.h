@@ -1,5 +1,5 @@
 // mask_proposal.h: which points of a line to mask, as no layered earth explains them. Nothing is masked here:
-// a proposal is shown first, and carried out by set_merged_points.
+// a proposal is shown first, and carried out by set_points.
 #pragma once
 #include <array>
 #include <cstddef>
@@ -45,7 +45,7 @@ MaskProposal mask_proposal(const Module_tensor::LineTensors& line, const LineCon
 /// one pass, for people.
 std::string proposal_text(const MaskProposal& proposal);
 
-/// What set_merged_points takes to carry it out.
+/// What set_points takes to carry it out.
 std::vector<Module_averaged_data::CurvePoints> points_to_mask(const LineConsistency& consistency,
                                                               const MaskProposal& proposal);
 

@@ -13,6 +13,7 @@
 #include "database/sites.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
+#include "reduction/unsupported_curves.h"
 #include "rhoplus/inversion_log.h"
 
 namespace fs = std::filesystem;
@@ -37,6 +38,8 @@ int find_merged(const ReadingKey& key, const Frequencies& frequencies, const Rho
                                                                Module_averaged_data::AllowRaw::yes, key,
                                                                frequencies, result.merged);
   result.scale = settings.resistivity_scale * (settings.apply_static == 1 ? result.merged.ResOffset : 1.0F);
+  result.unsupported = Module_averaged_data::unsupported_hint(
+      {key.line, key.reference_type, key.data_type, key.dipole}, key.station);
   return status;
 }
 
@@ -104,6 +107,9 @@ std::string log_or_reason(const StationInversion& inversion) {
 
 std::string note_of(const StationInversion& inversion) {
   std::string note = inversion.missing_files.substr(0, inversion.missing_files.find(':'));
+  if (!inversion.unsupported.empty()) {
+    note += (note.empty() ? "" : "; ") + std::string("Rests on readings that are switched off");
+  }
   if (inversion.run.limit_met) {
     note += (note.empty() ? "" : "; ") + std::string("The limit of iterations was met");
   }

@@ -20,6 +20,7 @@ struct StationInversion {
   Module_output::RhoplusTables tables;  // with the model's response, once the run has filled it
   numerics::rhoplus::RhoplusRun run;    // status rhoplus_not_run where there was nothing to invert
   std::string log;                      // as far as a text box takes it
+  std::string unsupported;              // what of the curve rests on nothing that is in use; empty: nothing
   std::string missing_files;  // which files could not be left, and why, also in the log; empty if all are
 };
 

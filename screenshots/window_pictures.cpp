@@ -102,6 +102,12 @@ Widget& control(const QWidget& window, const char* name) {
 
 void press(const QWidget& window, const char* name) { control<QPushButton>(window, name).click(); }
 
+void show_modes_and_periods(const QWidget& window, bool shown) {
+  for (const char* const item : {"menu_both_modes", "menu_periods"}) {
+    control<QAction>(window, item).setChecked(shown);
+  }
+}
+
 std::vector<std::string> field_files() {
   return Module_data_file::find_import_files(Module_util::directory_of(session().database_file), "edi");
 }
@@ -229,7 +235,17 @@ QWidget* window_beside(const QWidget& window) {
 // States of the main window come first and last, as they stay.
 const WindowPicture pictures[] = {
     {"main_window"},
-    {"plan", nullptr, [](QWidget& window) { press(window, "Command_show_plan"); }},
+    {"both_modes", nullptr, [](QWidget& window) { show_modes_and_periods(window, true); }},
+    {"plan", nullptr,
+     [](QWidget& window) {
+       show_modes_and_periods(window, false);
+       press(window, "Command_show_plan");
+     }},
+    {"plan_colours", nullptr,
+     [](QWidget& window) {
+       window.findChild<QComboBox*>("Combo_plan_colour")->setCurrentIndex(1);
+       press(window, "Command_show_plan");
+     }},
     {"import_files", "menu_import_MT", choose_files},
     {"import_data", "menu_import_MT",
      [](QWidget& window) {
@@ -263,6 +279,7 @@ const WindowPicture pictures[] = {
     {"projection", nullptr, nullptr, [](Form_main& window) { Form_define_projection("", &window).exec(); }},
     {"strike", "menu_strike"},
     {"tutorial", "menu_tutorial"},
+    {"keys", "menu_keys"},
     {"about", "menu_about"},
     {"memory_status", "menu_memory_status"},
     {"whats_new", "menu_whats_new"},
@@ -278,6 +295,13 @@ const WindowPicture pictures[] = {
        press(window, "Command_invert");
        if (const QWidget* const results = window_beside(window)) {
          press(*results, "Command_rhoplus_log");
+       }
+     }},
+    {"rhoplus_line", nullptr,
+     [](QWidget& window) {
+       press(window, "Command_invert");
+       if (const QWidget* const results = window_beside(window)) {
+         press(*results, "Command_run_all");
        }
      }},
     {"occam_inversion", nullptr,
@@ -346,10 +370,13 @@ class WindowVisit : public QObject {
       return;  // a window that this one brought up
     }
     QWidget* const beside = window_beside(window);
-    if (beside != nullptr) {
-      let_settle(*beside);
+    QWidget* const further = beside != nullptr ? window_beside(*beside) : nullptr;
+    for (const QWidget* const shown : {beside, further}) {
+      if (shown != nullptr) {
+        let_settle(*shown);
+      }
     }
-    visitor_(picture_->name, beside != nullptr ? *beside : window);
+    visitor_(picture_->name, further != nullptr ? *further : beside != nullptr ? *beside : window);
     if (beside != nullptr) {
       beside->close();
     }

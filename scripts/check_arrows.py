@@ -76,7 +76,7 @@ ARROWS = {
     "batch/pseudosection_command": "batch tensor/windows",
     "batch/section_command": "batch occam/windows",
     "app": "database/windows display/windows exchange/windows import/windows occam/windows rhoplus/windows survey_edits/windows "
-    "tensor/windows platform/system",
+    "tensor/windows platform/system samples",
     "screenshots": "app",
 }
 QT = re.compile(r"(.*/windows|platform/(graph|widgets)|app|screenshots|batch/offscreen_application)$")

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What scripts/test_package.sh asks of the installed package, inside the clean root.
+# What scripts/test_package.sh asks of the installed packages, inside the clean root.
 set -euo pipefail
 
 fail() { echo "FAILED: $*" >&2; exit 1; }
@@ -92,6 +92,32 @@ LIST
   fi
   grep -q "file is not a database" refused.log || fail "a text is refused with: $(cat refused.log)"
   cmp others/text.mdb others/before
+}
+
+# With numpy and without matplotlib and pandas, which the package only recommends.
+python() {
+  cd ~
+  python3 - <<'SCRIPT'
+import importlib.metadata
+import pathlib
+
+import brenlox
+
+folder = pathlib.Path(brenlox.__file__).parent
+assert folder == pathlib.Path("/usr/lib/python3/dist-packages/brenlox"), folder
+assert (folder / "py.typed").exists() and (folder / "_brenlox.pyi").exists()
+assert (folder / "__pycache__").exists(), "the modules aren't compiled"
+assert importlib.metadata.version("brenlox") == brenlox.__version__
+with brenlox.open("survey.mdb", read_only=True) as survey:
+    curve = survey.curve("200E", 500, "ExHy")
+error = 0.05 * curve.resistivity
+fit = brenlox.rhoplus(curve.frequency, curve.resistivity, curve.phase, error, 0 * error + 1.5)
+assert fit.used_values > 10 and fit.certificate_gap < 0.01 * fit.chi_squared
+print("ok: python3: Rho+ of", fit.used_values, "values")
+SCRIPT
+  for document in copyright changelog.gz changelog.Debian.gz; do
+    [ -f "/usr/share/doc/python3-brenlox/$document" ] || fail "python3-brenlox has no $document"
+  done
 }
 
 # The message box that says why bears the program's name; behind it the main window is there without a survey.

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the Debian package, installs it in a clean root, works there with what it brings, and removes it again.
+# Builds the Debian packages, installs them in a clean root, works there with what they bring, and removes them again.
 # As root; needs debootstrap and the network, and takes some minutes.
 #
 #   scripts/test_package.sh [--fresh] [--pictures FOLDER]
@@ -29,18 +29,20 @@ for tool in cmake cpack debootstrap dpkg-shlibdeps unshare; do
   command -v "$tool" >/dev/null || fail "$tool is missing (packages: cmake, debootstrap, dpkg-dev, util-linux)"
 done
 
-step "Building the package"
+step "Building the packages"
 cmake --preset release >/dev/null
-cmake --build --preset release --target brenlox brenlox_batch brenlox_make_samples
+cmake --build --preset release --target brenlox brenlox_batch brenlox_make_samples brenlox_python
 rm -rf build/package
 cpack --config build/release/CPackConfig.cmake -B build/package
 package="$(ls build/package/brenlox_*.deb)"
+python_package="$(ls build/package/python3-brenlox_*.deb)"
 dpkg-deb --info "$package"
+dpkg-deb --info "$python_package"
 if command -v lintian >/dev/null; then
   # The developers have no mail address, and the package is for no archive.
   lintian --fail-on error,warning --suppress-tags \
-    bogus-mail-host,bogus-mail-host-in-debian-changelog,initial-upload-closes-no-bugs "$package" ||
-    fail "lintian finds fault with the package"
+    bogus-mail-host,bogus-mail-host-in-debian-changelog,initial-upload-closes-no-bugs "$package" "$python_package" ||
+    fail "lintian finds fault with the packages"
 else
   echo "lintian isn't there and isn't asked"
 fi
@@ -91,12 +93,17 @@ step "Installing it with what it depends on"
 as_root useradd --uid 1000 --create-home surveyor
 as_user mkdir -m 700 /home/surveyor/run
 cp "$package" "$root/tmp/brenlox.deb"
+cp "$python_package" "$root/tmp/python3-brenlox.deb"
 as_root apt-get update -q >>"$log" 2>&1 || apt_failed "apt reaches no mirror"
 install /tmp/brenlox.deb || apt_failed "the package can't be installed"
 
 step "Working without a window"
 cp scripts/package_checks.sh "$root/tmp/"
 as_user bash /tmp/package_checks.sh work || fail "the installed programs don't do their work"
+
+step "Working from Python"
+install /tmp/python3-brenlox.deb || apt_failed "the package for Python can't be installed"
+as_user bash /tmp/package_checks.sh python || fail "the package for Python doesn't do its work"
 
 step "Opening a survey from a desktop"
 install desktop-file-utils imagemagick libglib2.0-bin shared-mime-info x11-utils xdg-utils xvfb ||
@@ -105,8 +112,8 @@ as_user bash /tmp/package_checks.sh desktop || fail "the survey doesn't open fro
 mkdir -p "$pictures"
 cp -r "$root/home/surveyor/pictures/." "$pictures"
 
-step "Removing it"
-as_root apt-get purge -y -q brenlox >>"$log" 2>&1 || apt_failed "the package can't be removed"
-rm -rf "$root/home/surveyor" "$root/tmp/brenlox.deb"
-as_root bash /tmp/package_checks.sh removed || fail "something of it stays behind"
-echo "The package installs, works and goes. Pictures of its windows: $pictures"
+step "Removing them"
+as_root apt-get purge -y -q brenlox python3-brenlox >>"$log" 2>&1 || apt_failed "the packages can't be removed"
+rm -rf "$root/home/surveyor" "$root/tmp/brenlox.deb" "$root/tmp/python3-brenlox.deb"
+as_root bash /tmp/package_checks.sh removed || fail "something of them stays behind"
+echo "The packages install, work and go. Pictures of its windows: $pictures"

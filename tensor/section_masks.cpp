@@ -27,7 +27,7 @@ Edit toggle_section_point(const LineTensors& line, std::size_t station, const Se
       }
     }
   }
-  return set_merged_points(curves);
+  return set_points(curves);
 }
 
 }  // namespace Module_tensor

@@ -153,6 +153,7 @@ SiteMap site_map(std::span<const LineStations> lines, const Module_projections::
   SiteMap map;
   map.source = places.source;
   map.system = places.system;
+  map.parameters = places.parameters;
   for (const LineStations& line : lines) {
     for (const StationTensor& station : line.stations) {
       const auto found = by_station.find(station.StationID);

@@ -32,6 +32,7 @@ struct SiteMap {
   std::vector<std::string> without_place;    // the others, as station_text
   Module_projections::PlaceSource source{};  // of the places
   std::string system;                        // name of the map system, of places of sites
+  numerics::geodesy::TransformParameters parameters{};  // of that system
 };
 
 /// The stations of one line, in axes whose x is true north.

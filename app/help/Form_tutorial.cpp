@@ -3,6 +3,8 @@
 #include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QImage>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextBrowser>
@@ -10,14 +12,22 @@
 #include <algorithm>
 
 #include "app/help/manual_pages.h"
+#include "app/help/page_search.h"
 #include "platform/widgets/panel_controls.h"
 
 namespace {
 
-/// Scales pictures down to the width of the page.
+/// Where the page of what was found stands in the history of pages.
+constexpr const char* found_scheme = "search";
+
+/// Scales pictures down to the width of the page, and lists what a search finds.
 class Pages final : public QTextBrowser {
  protected:
   QVariant loadResource(int type, const QUrl& name) override {
+    if (name.scheme() == found_scheme) {
+      const QString words = name.path();
+      return page_of_found(words, search_pages(words));
+    }
     QVariant resource = QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource) {
       return resource;
@@ -29,6 +39,17 @@ class Pages final : public QTextBrowser {
     }
     const int room = std::max(width() - scroll_bar_and_margins, 1);
     return picture.width() > room ? picture.scaledToWidth(room, Qt::SmoothTransformation) : picture;
+  }
+};
+
+/// Enter searches, and doesn't press the window's button.
+class SearchText final : public QLineEdit {
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    QLineEdit::keyPressEvent(event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+      event->accept();
+    }
   }
 };
 
@@ -44,26 +65,69 @@ Form_tutorial::Form_tutorial(QWidget* parent)
   Text_tutorial_->setToolTip("Arrows and the wheel turn the pages; a click on a link follows it");
   connect(Text_tutorial_, &QTextBrowser::anchorClicked, this, &Form_tutorial::open_link);
 
-  auto* const back = named(new QPushButton("&Back"), "Command_back");
-  back->setToolTip("The page before this one");
-  back->setAutoDefault(false);
-  back->setEnabled(false);
-  connect(Text_tutorial_, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
-  connect(back, &QPushButton::clicked, Text_tutorial_, &QTextBrowser::backward);
-  auto* const done = named(new QPushButton("&Done"), "Command_done");
-  done->setToolTip("Closes the tutorial (Esc)");
-  done->setDefault(true);
-  connect(done, &QPushButton::clicked, this, &QDialog::accept);
-
   auto* const buttons = new QHBoxLayout;
-  buttons->addWidget(back);
-  buttons->addStretch();
-  buttons->addWidget(done);
+  add_buttons(*buttons);
   auto* const rows = new QVBoxLayout(this);
   rows->addWidget(Text_tutorial_);
   rows->addLayout(buttons);
   layout()->activate();  // pictures are loaded with the page, and need its width
-  Text_tutorial_->setSource(manual_page("tutorial.md"), QTextDocument::MarkdownResource);
+  show_page("tutorial.md");
+}
+
+void Form_tutorial::add_buttons(QBoxLayout& row) {
+  const auto add = [&row](const char* name, const char* caption, const char* tip) {
+    auto* const button = named(new QPushButton(caption), name);
+    button->setToolTip(tip);
+    button->setAutoDefault(false);
+    row.addWidget(button);
+    return button;
+  };
+  auto* const back = add("Command_back", "&Back", "The page before this one");
+  back->setEnabled(false);
+  connect(Text_tutorial_, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
+  connect(back, &QPushButton::clicked, Text_tutorial_, &QTextBrowser::backward);
+  connect(add("Command_tutorial_page", "&Tutorial", "A first hour with the program"), &QPushButton::clicked,
+          this, [this] { show_page("tutorial.md"); });
+  connect(add("Command_keys_page", "&Keys", "All keys of all windows"), &QPushButton::clicked, this,
+          [this] { show_page("keys.md"); });
+  row.addStretch();
+  Text_search_ = named<QLineEdit>(new SearchText, "Text_search");
+  Text_search_->setToolTip("Words to look for in all pages; Enter lists the sections that have them all");
+  Text_search_->setMinimumWidth(fontMetrics().averageCharWidth() * 28);
+  add_labelled(row, "&Search", Text_search_);
+  connect(Text_search_, &QLineEdit::returnPressed, this, &Form_tutorial::search);
+  row.addStretch();
+  auto* const done = add("Command_done", "&Done", "Closes the window (Esc)");
+  done->setDefault(true);
+  connect(done, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+void Form_tutorial::show_page(const QString& name) {
+  Text_tutorial_->setSource(manual_page(name), QTextDocument::MarkdownResource);
+}
+
+void Form_tutorial::search() {
+  const QString words = Text_search_->text().simplified();
+  if (!words.isEmpty()) {
+    QUrl page;
+    page.setScheme(found_scheme);
+    page.setPath(words);
+    Text_tutorial_->setSource(page, QTextDocument::HtmlResource);
+    Text_tutorial_->setFocus();
+  }
+}
+
+void Form_tutorial::show_found(std::size_t index) {
+  const QString words = Text_tutorial_->source().path();
+  const std::vector<FoundSection> found = search_pages(words);
+  if (index >= found.size()) {
+    return;
+  }
+  Text_tutorial_->setSource(found[index].page, QTextDocument::MarkdownResource);
+  if (!found[index].heading.isEmpty()) {
+    Text_tutorial_->find(found[index].heading);
+  }
+  Text_tutorial_->find(words.section(' ', 0, 0));  // marks it and brings it into view
 }
 
 void Form_tutorial::showEvent(QShowEvent* event) {
@@ -73,7 +137,9 @@ void Form_tutorial::showEvent(QShowEvent* event) {
 
 void Form_tutorial::open_link(const QUrl& link) {
   const QUrl page = Text_tutorial_->source().resolved(link);
-  if (page.scheme() != "qrc") {
+  if (page.scheme() == "found") {
+    show_found(page.path().toULongLong());
+  } else if (page.scheme() != "qrc") {
     QDesktopServices::openUrl(page);
   } else {
     Text_tutorial_->setSource(page);

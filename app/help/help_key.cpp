@@ -18,6 +18,11 @@ void HelpKey::show_tutorial() {
   tutorial_->activateWindow();
 }
 
+void HelpKey::show_keys() {
+  show_tutorial();
+  tutorial_->show_page("keys.md");
+}
+
 // While a modal window is up only its own child windows take input, so the tutorial is one of them for as
 // long as the modal window is there.
 void HelpKey::attach_tutorial(QWidget& window) {

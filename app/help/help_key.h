@@ -14,6 +14,7 @@ class HelpKey : public QObject {
   explicit HelpKey(QWidget& main_window);
 
   void show_tutorial();
+  void show_keys();
 
  protected:
   /// Sees all keys of the program: a shortcut of the main window's menu doesn't work in the other windows.

@@ -12,12 +12,16 @@
 
 #include "app/panels/picture_raw_data.h"
 #include "app/panels/picture_site_map.h"
+#include "app/panels/plan_axes.h"
+#include "app/panels/plan_colours.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "core/trap_errors.h"
 #include "display/plan_view.h"
 #include "platform/widgets/horizontal_bar.h"
 #include "platform/widgets/panel_controls.h"
+#include "projections/site_projection.h"
 
 using namespace Module_display_data;
 
@@ -41,6 +45,8 @@ PlanPanel::PlanPanel(QWidget* parent)
     : QWidget(parent),
       Picture_raw_data_(named(new RawPanel, "Picture_raw_data")),
       Picture_site_map_(named(new SiteMap, "Picture_site_map")),
+      axes_(new PlanAxes(Picture_site_map_)),
+      colours_(new PlanColours(this)),
       HScroll_x_centre_(make_spring(new HorizontalBar, "HScroll_x_centre", "Plan to the left or right")),
       VScroll_y_centre_(make_spring(new QScrollBar(Qt::Vertical), "VScroll_y_centre", "Plan up or down")),
       VScroll_scale_(named(new QScrollBar(Qt::Vertical), "VScroll_scale")),
@@ -50,6 +56,8 @@ PlanPanel::PlanPanel(QWidget* parent)
   Combo_coords_->addItems({"Local", "Map"});
   VScroll_scale_->setRange(-5, 20);
   VScroll_scale_->setPageStep(1);
+  VScroll_scale_->setInvertedAppearance(true);  // up is nearer, as with the wheel and the keys
+  VScroll_scale_->setInvertedControls(false);
   VScroll_scale_->setToolTip("Zoom");
   VScroll_scale_->setAccessibleName("Zoom of the plan");
   VScroll_scale_->setFocusPolicy(Qt::StrongFocus);
@@ -68,14 +76,16 @@ PlanPanel::PlanPanel(QWidget* parent)
 QWidget* PlanPanel::make_plan() {
   auto* const plan = named(new QWidget, "Picture_plan");
   auto* const controls = new QHBoxLayout;
-  add_labelled(*controls, "Coordinates", Combo_coords_);
+  add_labelled(*controls, "Coor&dinates", Combo_coords_);
+  add_labelled(*controls, "Colo&urs", colours_->quantities());
+  controls->addWidget(colours_->frequencies());
   controls->addStretch();
   controls->addWidget(Command_show_raw_data_);
   auto* const grid = new QGridLayout(plan);
   grid->setContentsMargins(0, 2, 0, 0);
   grid->setSpacing(2);
   grid->addLayout(controls, 0, 0, 1, 3);
-  grid->addWidget(Picture_site_map_, 1, 0);
+  grid->addWidget(axes_, 1, 0);
   grid->addWidget(VScroll_y_centre_, 1, 1);
   grid->addLayout(make_zoom(), 1, 2);
   grid->addWidget(HScroll_x_centre_, 2, 0);
@@ -85,9 +95,9 @@ QWidget* PlanPanel::make_plan() {
 QVBoxLayout* PlanPanel::make_zoom() {
   auto* const zoom = new QVBoxLayout;
   zoom->setSpacing(0);
-  zoom->addWidget(new QLabel("\u2212"), 0, Qt::AlignHCenter);
-  zoom->addWidget(VScroll_scale_, 1, Qt::AlignHCenter);
   zoom->addWidget(new QLabel("+"), 0, Qt::AlignHCenter);
+  zoom->addWidget(VScroll_scale_, 1, Qt::AlignHCenter);
+  zoom->addWidget(new QLabel("\u2212"), 0, Qt::AlignHCenter);
   return zoom;
 }
 
@@ -113,6 +123,7 @@ void PlanPanel::connect_controls() {
       draw_plan();
     }
   });
+  connect(colours_, &PlanColours::changed, this, &PlanPanel::draw_plan);
   connect(VScroll_scale_, &QScrollBar::valueChanged, this, [this] {
     if (!session().updating_controls) {
       draw_plan();
@@ -158,7 +169,42 @@ void PlanPanel::draw_plan() {
     VScroll_scale_->setValue(
         resize_plan_window(Picture_site_map_->width(), Picture_site_map_->height(), VScroll_scale_->value()));
   }
-  Picture_site_map_->update();
+  show_contents();
+}
+
+void PlanPanel::show_contents() {
+  if (shows_raw_data()) {
+    return;  // nothing is read for a plan that can't be seen; it is drawn when it comes out
+  }
+  PlanContents contents{colours_->colouring(), std::nullopt};
+  constexpr int map_coordinates = 1;
+  if (session().coord_system == map_coordinates && session().station_count > 0) {
+    if (!map_system_known_) {
+      map_system_known_ = true;
+      map_system_.reset();
+      static_cast<void>(trap_errors("An error occurred while reading the places of the sites: ", [this] {
+        map_system_ = Module_projections::system_of_map_places(session().current_line);
+      }));
+    }
+    contents.system = map_system_;
+  }
+  axes_->show_colouring(contents.colouring);
+  Picture_site_map_->show_contents(std::move(contents));
+}
+
+void PlanPanel::list_colours(const std::vector<std::string>& data_types) {
+  colours_->list(data_types);
+  map_system_known_ = false;
+}
+
+void PlanPanel::forget_values() {
+  colours_->forget_values();
+  map_system_known_ = false;
+}
+
+void PlanPanel::take_line() {
+  colours_->take_line();
+  show_contents();
 }
 
 void PlanPanel::show_coordinates() {
@@ -166,7 +212,13 @@ void PlanPanel::show_coordinates() {
   Combo_coords_->setCurrentIndex(session().coord_system);
 }
 
-void PlanPanel::show_raw_data(bool shown) { stack_->setCurrentIndex(shown ? 1 : 0); }
+void PlanPanel::show_raw_data(bool shown) {
+  const bool comes_out = !shown && shows_raw_data();
+  stack_->setCurrentIndex(shown ? 1 : 0);
+  if (comes_out) {
+    draw_plan();
+  }
+}
 
 bool PlanPanel::shows_raw_data() const { return stack_->currentIndex() == 1; }
 

@@ -3,7 +3,14 @@
 #pragma once
 #include <QWidget>
 #include <array>
+#include <optional>
+#include <string>
+#include <vector>
 
+#include "numerics/geodesy/coordinate_transforms.h"
+
+class PlanAxes;
+class PlanColours;
 class RawPanel;
 class SiteMap;
 class QComboBox;
@@ -22,6 +29,12 @@ class PlanPanel : public QWidget {
   /// Draws the plan with the current station marked.
   void draw_plan();
   void show_coordinates();  // of the session
+  /// Offers colours of the survey's data types.
+  void list_colours(const std::vector<std::string>& data_types);
+  /// The readings of any station may have changed, or others are selected.
+  void forget_values();
+  /// Only the line that is displayed has changed.
+  void take_line();
   void show_raw_data(bool shown);
   [[nodiscard]] bool shows_raw_data() const;
   /// The three parts of Status_site_map.
@@ -38,10 +51,15 @@ class PlanPanel : public QWidget {
   QWidget* make_status();
   void connect_controls();
   void zoom_about(int steps, QPointF place);
+  void show_contents();
   void pan(QScrollBar& bar, void (*pan_plan)(int), int value);
 
   RawPanel* Picture_raw_data_;
   SiteMap* Picture_site_map_;
+  PlanAxes* axes_;
+  PlanColours* colours_;
+  std::optional<numerics::geodesy::TransformParameters> map_system_;
+  bool map_system_known_ = false;  // or that there is none
   QScrollBar* HScroll_x_centre_;
   QScrollBar* VScroll_y_centre_;
   QScrollBar* VScroll_scale_;

@@ -9,6 +9,7 @@
 #include "display/windows/graph_pair.h"
 
 class NoticeBar;
+class ProfileLegend;
 
 class ProfilePanel : public QWidget {
   Q_OBJECT
@@ -24,16 +25,19 @@ class ProfilePanel : public QWidget {
   [[nodiscard]] std::size_t column_of(int point) const;
   /// Says something of the line above the graphs; nothing takes away what was said.
   void show_notice(const std::optional<Module_display_data::LineNotice>& notice);
-  void clear() { graphs_->clear(); }
+  void clear();
   void reset_zoom() { graphs_->reset_zoom(); }
   [[nodiscard]] GraphPairWidget& graphs() { return *graphs_; }
 
  Q_SIGNALS:
   /// The notice's button was pressed.
   void distances_wanted();
+  /// Another curve is to stand out, or labels are to come or go: the profile is to be drawn again.
+  void look_changed();
 
  private:
   NoticeBar* notice_;
   GraphPairWidget* graphs_;
+  ProfileLegend* legend_;
   std::vector<std::size_t> order_;  // of the columns along the axis
 };

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/panels/mode_legend.h"
 #include "app/panels/picture_repeats.h"
 #include "app/panels/picture_stats.h"
 #include "app/panels/use_switches.h"
@@ -27,9 +28,10 @@ namespace averaged = Module_averaged_data;
 
 RawPanel::RawPanel(QWidget* parent)
     : QWidget(parent),
-      graphs_(new GraphPairWidget("vxgraph_raw_data", graph::AxisType::logarithmic, "Frequency (Hz)")),
+      graphs_(new GraphPairWidget("vxgraph_raw_data", GraphPairWidget::XAxis::frequency)),
       Label_raw_(make_heading("Label_raw")),
       Label_raw_graph_(make_heading("Label_raw_graph")),
+      Label_raw_modes_(make_mode_legend("Label_raw_modes")),
       Combo_scan_rate_(make_list("Combo_scan_rate")),
       Command_show_plan_(named(new QPushButton("Show &Plan"), "Command_show_plan")),
       Check_use_average_(make_use_switches("Check_use_average")),
@@ -38,9 +40,10 @@ RawPanel::RawPanel(QWidget* parent)
   Combo_scan_rate_->setToolTip("The scan rate whose repeats are shown");
   Command_show_plan_->setToolTip("Shows where the stations are in place of the repeats");
   auto* const headings = new QHBoxLayout;
-  headings->addWidget(Label_raw_, 1);
+  headings->addWidget(Label_raw_, 3);
+  headings->addWidget(Label_raw_modes_);
   Label_raw_graph_->setAlignment(Qt::AlignRight);
-  headings->addWidget(Label_raw_graph_, 1);
+  headings->addWidget(Label_raw_graph_, 2);
   auto* const left = new QVBoxLayout;
   left->setSpacing(4);
   left->addLayout(headings);
@@ -109,7 +112,9 @@ bool RawPanel::display_raw_data(bool fixed_scale) {
       plain_tool_tip(qt_text(site_name(session().current_station_index))));  // that the heading cuts
   Label_raw_graph_->clear();
   show_scan_rates();
-  graphs_->show_plot(raw_plot(fixed_scale));
+  graphs_->show_plot(raw_plot(fixed_scale, Modes::both));
+  show_modes(*Label_raw_modes_, averaged::data_sets().repeats.key.data_type,
+             !other_mode().repeats.slots.empty());
   show_average_switches();
   repeats_->show_repeats();
   return !averaged::data_sets().repeats.slots.empty();

@@ -44,6 +44,7 @@ class RawPanel : public QWidget {
   GraphPairWidget* graphs_;
   QLabel* Label_raw_;
   QLabel* Label_raw_graph_;
+  QLabel* Label_raw_modes_;
   QComboBox* Combo_scan_rate_;
   QPushButton* Command_show_plan_;
   std::array<QCheckBox*, 3> Check_use_average_{};

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "core/number_text.h"
+#include "display/both_modes.h"
 #include "display/plot_colours.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/panel_controls.h"
@@ -15,8 +16,15 @@ namespace averaged = Module_averaged_data;
 
 namespace {
 
+/// As the graph has it: with two modes on show all repeats have the colour of theirs.
+graph::Colour colour_of(int repeat) {
+  return Module_display_data::other_mode().repeats.slots.empty()
+             ? Module_display_data::repeat_colour(repeat)
+             : Module_display_data::pale_mode_colour(averaged::data_sets().repeats.key.data_type);
+}
+
 QTableWidgetItem* legend_cell(int repeat) {
-  const graph::Colour colour = Module_display_data::repeat_colour(repeat);
+  const graph::Colour colour = colour_of(repeat);
   const QColor background(colour.red, colour.green, colour.blue);
   auto* const cell = new QTableWidgetItem(qt_text(format_number(repeat, "0")));
   cell->setFlags(Qt::ItemIsEnabled);

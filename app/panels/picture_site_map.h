@@ -1,5 +1,4 @@
-// picture_site_map.h: the stations in plan, as dots in the plan window, with the names of their sites where
-// there is room.
+// picture_site_map.h: the stations in plan, in the plan window; plan_painter says what is drawn.
 //
 // With the mouse: a click picks the nearest station, a drag moves the plan and never picks, the wheel zooms
 // about the pointer, and the dot under the pointer is named in a tool tip.
@@ -7,12 +6,16 @@
 #include <QPointF>
 #include <QWidget>
 
+#include "app/panels/plan_painter.h"
+
 class SiteMap : public QWidget {
   Q_OBJECT
 
  public:
   explicit SiteMap(QWidget* parent = nullptr);
   QSize minimumSizeHint() const override { return {120, 80}; }
+  void show_contents(PlanContents contents);
+  [[nodiscard]] const PlanContents& contents() const { return contents_; }
 
  Q_SIGNALS:
   void station_picked(int station_index);
@@ -33,6 +36,7 @@ class SiteMap : public QWidget {
   void wheelEvent(QWheelEvent* event) override;
 
  private:
+  PlanContents contents_;
   Qt::MouseButton held_ = Qt::NoButton;
   QPointF pressed_at_;
   QPointF last_;

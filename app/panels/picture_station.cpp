@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/panels/mode_legend.h"
 #include "app/panels/use_switches.h"
 #include "core/absent_value.h"
 #include "core/number_text.h"
@@ -26,9 +27,10 @@ namespace averaged = Module_averaged_data;
 
 StationPanel::StationPanel(QWidget* parent)
     : QWidget(parent),
-      graphs_(new GraphPairWidget("vxgraph_station", graph::AxisType::logarithmic, "Frequency (Hz)")),
+      graphs_(new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency)),
       Label_station_(make_heading("Label_station")),
       Label_station_graph_(make_heading("Label_station_graph")),
+      Label_station_modes_(make_mode_legend("Label_station_modes")),
       Check_use_merged_(make_use_switches("Check_use_merged")),
       Text_static_(make_text("Text_static", 8)),
       Check_multi_station_(named(new QCheckBox("&Neighbours"), "Check_multi_station")),
@@ -60,9 +62,10 @@ StationPanel::StationPanel(QWidget* parent)
 
 QHBoxLayout* StationPanel::make_headings() {
   auto* const row = new QHBoxLayout;
-  row->addWidget(Label_station_, 1);
+  row->addWidget(Label_station_, 3);
+  row->addWidget(Label_station_modes_);
   Label_station_graph_->setAlignment(Qt::AlignRight);
-  row->addWidget(Label_station_graph_, 1);
+  row->addWidget(Label_station_graph_, 2);
   return row;
 }
 
@@ -102,6 +105,7 @@ void StationPanel::connect_controls() {
   }
   connect(Command_invert_, &QPushButton::clicked, this, &StationPanel::inversion_wanted);
   connect(Text_static_, &QLineEdit::editingFinished, this, &StationPanel::leave_static_factor);
+  connect(Text_static_, &QLineEdit::returnPressed, this, &StationPanel::static_factor_entered);
   for (const QCheckBox* const box : {Check_multi_station_, Check_multi_all_}) {
     connect(box, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(neighbours_changed()); });
   }
@@ -131,7 +135,9 @@ void StationPanel::display_station_data(bool fixed_scale) {
   Label_station_->setToolTip(
       plain_tool_tip(qt_text(site_name(session().current_station_index))));  // that the heading cuts
   Label_station_graph_->clear();
-  graphs_->show_plot(station_plot(fixed_scale));
+  graphs_->show_plot(station_plot(fixed_scale, Modes::both));
+  show_modes(*Label_station_modes_, averaged::data_sets().station.key.data_type,
+             !other_mode().station.slots.empty());
 }
 
 void StationPanel::show_merged_switches() {

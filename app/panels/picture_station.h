@@ -38,6 +38,8 @@ class StationPanel : public QWidget {
   void chosen(const Module_display_data::Redisplay& redisplay);
   void edited();
   void static_factor_changed();
+  /// Enter was pressed in the box of the static factor.
+  void static_factor_entered();
   void inversion_wanted();
 
  private:
@@ -50,6 +52,7 @@ class StationPanel : public QWidget {
   GraphPairWidget* graphs_;
   QLabel* Label_station_;
   QLabel* Label_station_graph_;
+  QLabel* Label_station_modes_;
   std::array<QCheckBox*, 3> Check_use_merged_{};
   QLineEdit* Text_static_;
   QString shown_static_;  // as the program has written it

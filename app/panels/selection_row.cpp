@@ -210,4 +210,6 @@ void SelectionRow::show_by_distance(bool by_distance) { Check_by_distance_->setC
 
 bool SelectionRow::fixed_scale() const { return Check_fixed_scale_->isChecked(); }
 
+void SelectionRow::focus_stations() { HScroll_repeat_->setFocus(); }
+
 void SelectionRow::step_station(int step) { HScroll_repeat_->setValue(HScroll_repeat_->value() + step); }

@@ -34,6 +34,8 @@ class SelectionRow : public QWidget {
   void show_by_distance(bool by_distance);
   /// To the station before (-1) or after (1) in the line, if there is one.
   void step_station(int step);
+  /// To the bar that steps through the stations.
+  void focus_stations();
 
  Q_SIGNALS:
   void chosen(const Module_display_data::Redisplay& redisplay);

@@ -1,91 +1,181 @@
 #include "app/tools/Form_frequency.h"
 
+#include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "core/user_interface.h"
+#include "database/frequency_store.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/panel_controls.h"
 
 Form_frequency::Form_frequency(Frequencies selection, QWidget* parent)
     : QDialog(parent),
-      selection_(std::move(selection)),
+      choice_(std::move(selection)),
       Grid_frequencies_(make_switch_grid("Grid_frequencies", {"Frequency", "Use"})),
+      Text_from_(make_text("Text_from", 9)),
+      Text_to_(make_text("Text_to", 9)),
+      Command_use_range_(named(new QPushButton("&Use"), "Command_use_range")),
+      Command_leave_range_(named(new QPushButton("&Leave Out"), "Command_leave_range")),
+      Label_count_(named(new QLabel, "Label_count")),
       Command_save_changes_(named(new QPushButton("&Save Changes"), "Command_save_changes")),
-      Command_cancel_changes_(named(new QPushButton("&Cancel Changes"), "Command_cancel_changes")) {
+      Command_cancel_changes_(named(new QPushButton("&Cancel Changes"), "Command_cancel_changes")),
+      Command_done_(named(new QPushButton("&Done"), "Command_done")) {
   setObjectName("Form_frequency");
   setWindowTitle("Select Frequencies");
   auto* const frame = named(new QGroupBox("Frequencies (Hz)"), "Frame_frequencies");
-  (new QVBoxLayout(frame))->addWidget(Grid_frequencies_);
-  auto* const done = named(new QPushButton("&Done"), "Command_done");
-  auto* const buttons = new QHBoxLayout;
-  buttons->addWidget(Command_save_changes_);
-  buttons->addWidget(Command_cancel_changes_);
-  buttons->addStretch();
-  buttons->addWidget(done);
+  auto* const inside = new QVBoxLayout(frame);
+  inside->addWidget(Grid_frequencies_);
+  inside->addLayout(make_range());
+  inside->addWidget(Label_count_);
   auto* const rows = new QVBoxLayout(this);
   rows->addWidget(frame, 1);
-  rows->addLayout(buttons);
-  for (QPushButton* const button : {Command_save_changes_, Command_cancel_changes_, done}) {
-    button->setAutoDefault(false);
-  }
-  resize_to_fit(*this, {sizeHint().width(), 480});
-  connect_switches(*Grid_frequencies_, this, [this](int row, int column) { switch_cell(row, column); });
+  rows->addLayout(make_buttons());
   Grid_frequencies_->setAccessibleName("Frequencies");
-  Grid_frequencies_->setToolTip("Click into the column Use to switch a frequency on or off");
-  Command_save_changes_->setToolTip("Stores which frequencies are used");
-  Command_cancel_changes_->setToolTip("Back to what is stored");
-  done->setToolTip("Closes the window (Esc)");
-  connect(Command_save_changes_, &QPushButton::clicked, this, &Form_frequency::save_changes);
-  connect(Command_cancel_changes_, &QPushButton::clicked, this, &Form_frequency::cancel_changes);
-  connect(done, &QPushButton::clicked, this, &QDialog::accept);
-  show_selection();
+  Grid_frequencies_->setToolTip(
+      "Click into the column Use to switch a frequency on or off; Shift+click switches all from there to "
+      "here");
+  connect_controls();
+  fill_grid();
+  resize_to_fit(*this, {sizeHint().width(), 520});
 }
 
-void Form_frequency::show_selection() {
-  Grid_frequencies_->setRowCount(static_cast<int>(selection_.list.size()));
+QHBoxLayout* Form_frequency::make_range() {
+  Text_from_->setToolTip("The lower end of a range, Hz; empty: the lowest frequency");
+  Text_to_->setToolTip("The upper end of a range, Hz; empty: the highest frequency");
+  Command_use_range_->setToolTip("Switches all frequencies of the range on");
+  Command_leave_range_->setToolTip("Switches all frequencies of the range off");
+  auto* const row = new QHBoxLayout;
+  add_labelled(*row, "&From", Text_from_);
+  add_labelled(*row, "&to", Text_to_);
+  row->addWidget(Command_use_range_);
+  row->addWidget(Command_leave_range_);
+  row->addStretch();
+  return row;
+}
+
+QHBoxLayout* Form_frequency::make_buttons() {
+  Command_save_changes_->setToolTip("Stores which frequencies are used");
+  Command_cancel_changes_->setToolTip("Back to what is stored; Ctrl+Z takes single steps back");
+  Command_done_->setToolTip("Closes the window (Esc)");
+  auto* const row = new QHBoxLayout;
+  row->addWidget(Command_save_changes_);
+  row->addWidget(Command_cancel_changes_);
+  row->addStretch();
+  row->addWidget(Command_done_);
+  for (QPushButton* const button : {Command_save_changes_, Command_cancel_changes_, Command_done_,
+                                    Command_use_range_, Command_leave_range_}) {
+    button->setAutoDefault(false);
+  }
+  return row;
+}
+
+void Form_frequency::connect_controls() {
+  connect_switches(*Grid_frequencies_, this, [this](int row, int column) { switch_cell(row, column); });
+  connect(Command_use_range_, &QPushButton::clicked, this, [this] { set_range(true); });
+  connect(Command_leave_range_, &QPushButton::clicked, this, [this] { set_range(false); });
+  connect(Command_save_changes_, &QPushButton::clicked, this, [this] { static_cast<void>(save_changes()); });
+  connect(Command_cancel_changes_, &QPushButton::clicked, this, [this] {
+    choice_.set_stored();
+    show_choice();
+  });
+  connect(Command_done_, &QPushButton::clicked, this, &QDialog::accept);
+  const auto add_key = [this](const char* keys, QWidget* widget, auto act) {
+    auto* const key = new QShortcut(QKeySequence(keys), widget);
+    key->setContext(widget == this ? Qt::WindowShortcut : Qt::WidgetShortcut);
+    connect(key, &QShortcut::activated, this, act);
+  };
+  add_key("Ctrl+Z", this, [this] {
+    choice_.undo();
+    show_choice();
+  });
+  add_key("Ctrl+Y", this, [this] {
+    choice_.redo();
+    show_choice();
+  });
+  add_key("Shift+Space", Grid_frequencies_, [this] {
+    if (Grid_frequencies_->currentRow() >= 0) {
+      switch_cell(Grid_frequencies_->currentRow(), 1);
+    }
+  });
+}
+
+void Form_frequency::fill_grid() {
+  Grid_frequencies_->setRowCount(static_cast<int>(choice_.frequencies().count()));
   for (int row = 0; row < Grid_frequencies_->rowCount(); ++row) {
     const auto index = static_cast<std::size_t>(row);
-    auto* const frequency = new QTableWidgetItem(qt_text(plain_text(selection_.list[index])));
+    auto* const frequency = new QTableWidgetItem(qt_text(plain_text(choice_.frequencies().list[index])));
     frequency->setFlags(Qt::ItemIsEnabled);
     frequency->setTextAlignment(Qt::AlignCenter);
     Grid_frequencies_->setItem(row, 0, frequency);
-    Grid_frequencies_->setItem(row, 1, make_check_cell(selection_.enabled[index] == 1));
+    Grid_frequencies_->setItem(row, 1, make_check_cell(choice_.is_used(index)));
   }
-  set_edited(false);
+  show_choice();
+}
+
+void Form_frequency::show_choice() {
+  for (int row = 0; row < Grid_frequencies_->rowCount(); ++row) {
+    set_checked(*Grid_frequencies_->item(row, 1), choice_.is_used(static_cast<std::size_t>(row)));
+  }
+  Label_count_->setText(QString("%1 of %2 are used")
+                            .arg(choice_.frequencies().enabled_count())
+                            .arg(choice_.frequencies().count()));
+  Command_save_changes_->setEnabled(choice_.differs());
+  Command_cancel_changes_->setEnabled(choice_.differs());
 }
 
 void Form_frequency::switch_cell(int row, int column) {
   if (column < 1) {
     return;
   }
-  QTableWidgetItem& cell = *Grid_frequencies_->item(row, column);
-  set_checked(cell, !is_checked(cell));
-  selection_.enabled[static_cast<std::size_t>(row)] = is_checked(cell) ? 1 : 0;
-  set_edited(true);
-}
-
-void Form_frequency::save_changes() {
-  if (Module_database::save_frequency_selection(session().current_reference_type, selection_) == 0) {
-    frequencies_changed_ = true;
-    set_edited(false);
+  if (QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier)) {
+    const auto from = static_cast<std::size_t>(last_row_);
+    choice_.set_rows(from, static_cast<std::size_t>(row), choice_.is_used(from));
+  } else {
+    const auto index = static_cast<std::size_t>(row);
+    choice_.set_rows(index, index, !choice_.is_used(index));
   }
+  last_row_ = row;
+  show_choice();
 }
 
-void Form_frequency::cancel_changes() {
-  if (auto stored = Module_database::load_reference_frequencies(session().current_reference_type);
-      stored && !stored->empty()) {
-    selection_ = std::move(*stored);
-    show_selection();
+void Form_frequency::set_range(bool use) {
+  const std::string wrong =
+      choice_.set_range(Text_from_->text().toStdString(), Text_to_->text().toStdString(), use);
+  if (!wrong.empty()) {
+    user_interface().show_message(wrong);
+    QLineEdit* const box = wrong.starts_with("From") ? Text_from_ : Text_to_;
+    box->setFocus();
+    box->selectAll();
   }
+  show_choice();
 }
 
-void Form_frequency::set_edited(bool edited) {
-  Command_save_changes_->setEnabled(edited);
-  Command_cancel_changes_->setEnabled(edited);
+bool Form_frequency::save_changes() {
+  if (Module_database::save_frequency_selection(session().current_reference_type, choice_.frequencies()) !=
+      0) {
+    return false;  // the user has seen the message
+  }
+  choice_.saved();
+  frequencies_changed_ = true;
+  show_choice();
+  return true;
+}
+
+void Form_frequency::done(int result) {
+  if (choice_.differs() &&
+      user_interface().ask_yes_no("The changes of the frequencies are not saved. Save them?") &&
+      !save_changes()) {
+    return;  // what could not be saved is still to be seen
+  }
+  QDialog::done(result);
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/widgets/copy_cells.h"
+#include "platform/widgets/panel_controls.h"
 #include "ui_Form_view_table.h"
 
 namespace {
@@ -32,8 +33,7 @@ Form_view_table::Form_view_table(const std::string& path, const Module_database:
   ui_->Grid_table->resizeColumnsToContents();
   ui_->Label_row_count->setText(QString::number(model_->rowCount()) +
                                 (model_->rowCount() == 1 ? " row" : " rows"));
-  resize(QSize(fontMetrics().averageCharWidth() * 180, fontMetrics().height() * 32)
-             .boundedTo(screen()->availableSize() * 0.95));
+  resize_to_fit(*this, {fontMetrics().averageCharWidth() * 180, fontMetrics().height() * 32});
   make_cells_copyable(*ui_->Grid_table);
 
   const auto current = [this] { return ui_->Grid_table->currentIndex().row(); };

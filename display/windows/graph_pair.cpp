@@ -26,20 +26,27 @@ void hand_over(VexGraphControl& graph, Module_display_data::PanePlot plot) {
   }
 }
 
-GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, const QString& x_title,
-                                 QWidget* parent)
-    : QWidget(parent) {
+GraphPairWidget::GraphPairWidget(const QString& name, XAxis x_axis, QWidget* parent) : QWidget(parent) {
   for (std::size_t index = 0; index < graphs_.size(); ++index) {
     auto* const graph = new VexGraphControl(this);
     graphs_[index] = graph;
     graph->setObjectName(QString("%1_%2").arg(name).arg(index));
-    graph->set_xaxistype(x_type);
-    if (x_type == graph::AxisType::logarithmic) {
+    if (x_axis == XAxis::frequency) {
+      graph->set_xaxistype(graph::AxisType::logarithmic);
       graph->set_xaxiscutoff(frequency_cutoff);
+      graph->set_x_frequency();
     }
     const auto component = static_cast<Component>(index);
     connect(graph, &VexGraphControl::point_selected, this,
             [this, component](int series, int point) { Q_EMIT point_selected(component, series, point); });
+    connect(graph, &VexGraphControl::points_enclosed, this,
+            [this, component](const std::vector<graph::PointIndex>& points) {
+              std::vector<Module_display_data::PlotPlace> places;
+              for (const graph::PointIndex& at : points) {
+                places.push_back({static_cast<std::size_t>(at.series), static_cast<std::size_t>(at.point)});
+              }
+              Q_EMIT points_enclosed(component, places);
+            });
     connect(graph, &VexGraphControl::pointer_moved, this,
             [this, component](bool off, double x, double y) { Q_EMIT pointer_moved(component, off, x, y); });
     connect(graph, &VexGraphControl::error_bars_toggled, this, &GraphPairWidget::show_error_bars);
@@ -48,7 +55,6 @@ GraphPairWidget::GraphPairWidget(const QString& name, graph::AxisType x_type, co
   graphs_[0]->set_y_title("Apparent resistivity (ohm-m)");
   graphs_[0]->set_x_labels_shown(false);
   graphs_[1]->set_y_title("Phase (deg)");
-  graphs_[1]->set_x_title(x_title);
   graphs_[0]->share_x_zoom(*graphs_[1]);
 }
 
@@ -93,10 +99,14 @@ void GraphPairWidget::show_plot(Module_display_data::GraphPair plot, std::option
 
 void GraphPairWidget::mark_x(std::optional<double> x) {
   constexpr double edge = std::numeric_limits<double>::infinity();
-  for (VexGraphControl* const graph : graphs_) {
+  for (std::size_t index = 0; index < graphs_.size(); ++index) {
+    VexGraphControl* const graph = graphs_[index];
     graph->begin_overlay();
     if (x) {
       graph->draw_overlay_line(*x, -edge, *x, edge, Module_display_data::blue);
+    }
+    for (const graph::PlotLabel& label : labels_[index]) {
+      graph->draw_overlay_label(label);
     }
     graph->draw_graph();
   }
@@ -113,6 +123,12 @@ GraphPairWidget::Views GraphPairWidget::views() const { return {graphs_[0]->view
 void GraphPairWidget::set_views(const Views& views) {
   for (std::size_t index = 0; index < graphs_.size(); ++index) {
     graphs_[index]->set_view(views[index]);
+  }
+}
+
+void GraphPairWidget::set_marking(bool marking) {
+  for (VexGraphControl* const graph : graphs_) {
+    graph->set_marking(marking);
   }
 }
 

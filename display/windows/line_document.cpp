@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
@@ -47,7 +48,7 @@ void place_pair(graph::PdfPages& pages, const std::string& title, GraphPair plot
   if (plot.empty()) {
     return;
   }
-  GraphPairWidget pair("page", graph::AxisType::logarithmic, "Frequency (Hz)");
+  GraphPairWidget pair("page", GraphPairWidget::XAxis::frequency);
   pair.show_plot(std::move(plot));
   pair.place_on(pages, below);
 }
@@ -57,7 +58,8 @@ void add_profile(graph::PdfPages& pages, PositionSource positions) {
   LineAxis axis;
   axis.take_line(session().current_line);
   static_cast<void>(axis.choose(positions));
-  GraphPairWidget pair("page", graph::AxisType::linear, axis.title());
+  GraphPairWidget pair("page", GraphPairWidget::XAxis::position);
+  pair.set_x_title(axis.title());
   GraphPair plot = profile_plot(axis);
   if (!plot.empty()) {
     pair.show_plot(std::move(plot));
@@ -65,18 +67,49 @@ void add_profile(graph::PdfPages& pages, PositionSource positions) {
   }
 }
 
+/// The static factor of the displayed station; 1 without a curve.
+float static_factor() {
+  const auto& slots = Module_averaged_data::data_sets().station.slots;
+  return slots.empty() ? 1.0F : slots.front().reading.ResOffset;
+}
+
+/// ", static factor 2.5: the grey curve is without it"; empty for 1.
+std::string static_text() {
+  return static_factor() == 1.0F ? std::string()
+                                 : ", static factor " + plain_text(static_factor()) + " (grey: without it)";
+}
+
+/// The station's curves, and where it has a static factor its merged curve as it was before the shift.
+GraphPair station_with_unshifted() {
+  GraphPair plot = station_plot(false);
+  if (plot.empty() || static_factor() == 1.0F) {
+    return plot;
+  }
+  PanePlot& pane = plot.resistivity;
+  graph::PlotSeries unshifted{pane.table.series[0].x, pane.table.series[0].y, {}};
+  for (double& resistivity : unshifted.y) {
+    resistivity = is_absent(resistivity) ? resistivity : resistivity / double{static_factor()};
+  }
+  pane.point_styles.push_back(pane.point_styles[0]);
+  pane.series_styles.resize(pane.table.series.size());
+  pane.table.series.push_back(std::move(unshifted));
+  pane.series_styles.push_back({graph::unused_colour, 1.5, true, graph::Marker::dot, true});
+  return plot;
+}
+
 /// The displayed station: merged curve and averages on the left, the repeats of each scan rate beside them.
 void add_station(graph::PdfPages& pages) {
   pages.begin_page(
       text_of(with_site_name(selection_text() + ", station " + format_number(session().current_station, "0"),
-                             session().current_station_index)));
+                             session().current_station_index) +
+              static_text()));
   const std::vector<float> rates = Module_averaged_data::data_sets().station.scan_rates;
   const std::size_t across = 1 + std::min(rates.size(), max_scan_rates_in_a_row);
   const std::size_t down =
       std::max<std::size_t>(1, (rates.size() + max_scan_rates_in_a_row - 1) / max_scan_rates_in_a_row);
   const double width = 1.0 / static_cast<double>(across);
   const double height = 1.0 / static_cast<double>(down);
-  place_pair(pages, station_label(), station_plot(false), {0.0, 0.0, width, 1.0});
+  place_pair(pages, station_label(), station_with_unshifted(), {0.0, 0.0, width, 1.0});
   for (std::size_t k = 0; k < rates.size(); ++k) {
     require(choose_scan_rate(plain_text(rates[k])));
     const std::size_t column = 1 + k % max_scan_rates_in_a_row;

@@ -13,6 +13,7 @@
 #include <initializer_list>
 #include <utility>
 
+#include "core/finished_work.h"
 #include "core/user_interface.h"
 #include "exchange/windows/export_controls.h"
 #include "exchange/windows/export_plan_model.h"
@@ -219,6 +220,9 @@ void Form_transfer_functions::write_files() {
   open_folder_->setEnabled(!written_to_.isEmpty());
   if (status == 0 && !result.declined) {
     user_interface().show_message(told_export(chosen, result));
+    if (!result.files.empty()) {
+      Module_Brenlox::tell_finished(told_export(chosen, result), chosen.folder);
+    }
   }
   look();  // what is shown may be of earlier choices
 }

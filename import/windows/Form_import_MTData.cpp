@@ -18,6 +18,7 @@
 #include "import/windows/Form_import_report.h"
 #include "import/windows/import_choice_controls.h"
 #include "import/windows/import_plan_model.h"
+#include "platform/widgets/panel_controls.h"
 #include "platform/windows/progress_in_window.h"
 #include "projections/windows/Form_define_projection.h"
 #include "reduction/each_item.h"
@@ -51,8 +52,7 @@ Form_import_MTData::Form_import_MTData(LastingChoices& lasting, QWidget* parent)
   connect_controls();
   set_running(false);
   show_page(ui_->Frame_select_files);
-  resize(QSize(fontMetrics().averageCharWidth() * 220, fontMetrics().height() * 60)
-             .boundedTo(screen()->availableSize() * 0.95));
+  resize_to_fit(*this, {fontMetrics().averageCharWidth() * 220, fontMetrics().height() * 60});
 }
 
 Form_import_MTData::~Form_import_MTData() = default;
@@ -71,6 +71,7 @@ void Form_import_MTData::connect_controls() {
   connect(ui_->Command_as_last_time, &QPushButton::clicked, this, &Form_import_MTData::as_last_time);
   connect(controls_, &ImportChoiceControls::changed, this, &Form_import_MTData::choices_changed);
   connect(ui_->Table_import_plan, &ImportPlanTable::row_chosen, this, &Form_import_MTData::show_sample);
+  connect(ui_->Grid_import_decode, &ImportDecodeGrid::refused, ui_->Label_plan_status, &QLabel::setText);
   connect(model_, &ImportPlanModel::edited, this, &Form_import_MTData::make_plan);
   connect(model_, &ImportPlanModel::refused, ui_->Label_plan_status, &QLabel::setText);
 }
@@ -103,6 +104,7 @@ void Form_import_MTData::process_files() {
   files_ = ui_->Frame_select_files->files();
   if (files_.empty()) {
     QApplication::beep();
+    ui_->Frame_select_files->ask_for_files();
     return;
   }
   show_page(ui_->Page_import_data);
@@ -263,7 +265,13 @@ void Form_import_MTData::step_sample(int step) {
 }
 
 void Form_import_MTData::define_projection() {
-  Form_define_projection::define_projection(this);
+  const int row = ui_->Table_import_plan->currentIndex().row();
+  std::optional<numerics::geodesy::GeographicPlace> site;
+  if (row >= 0 && row < model_->rowCount()) {
+    const ScannedFile& sample = scanned_.at(model_->section(row).file_index);
+    site = sample.place ? sample.place : sample.first_place;
+  }
+  Form_define_projection::define_projection(this, site);
   (void)trap_errors(looking_failed, [&] { maker_ = std::make_unique<PlanMaker>(); });
   choices_changed();
 }
@@ -353,11 +361,14 @@ void Form_import_MTData::report_result(ImportMode mode, int result, const Import
                                    ? "The import was stopped. Nothing was stored."
                                    : "The import was stopped. The files read by then are stored.";
     user_interface().show_message(importing ? stored : "The scan was stopped.");
-  } else if (quiet) {
-    told_ = QString::fromStdString("Data import complete. " + report.totals());
   } else if (result == 0) {
-    user_interface().show_message(importing ? "Data import complete. " + report.totals()
-                                            : "Data scan complete");
+    const std::string told = importing ? "Data import complete. " + report.totals() : "Data scan complete";
+    if (importing) {
+      told_ = QString::fromStdString(told);
+    }
+    if (!quiet) {
+      user_interface().show_message(told);
+    }
   }
   if (report.has_remarks() && !quiet) {
     Form_import_report(report, this).exec();

@@ -13,11 +13,13 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/finished_work.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "platform/files/files_in_use.h"
 #include "platform/files/safe_files.h"
 #include "platform/widgets/copy_cells.h"
+#include "platform/widgets/panel_controls.h"
 #include "ui_Form_import_report.h"
 
 using namespace Module_data_file;
@@ -87,8 +89,7 @@ Form_import_report::Form_import_report(ImportReport report, QWidget* parent)
       report_(std::move(report)),
       groups_(report_groups(report_, OptionNames::window)) {
   ui_->setupUi(this);
-  resize(QSize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 34)
-             .boundedTo(screen()->availableSize() * 0.95));
+  resize_to_fit(*this, {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 34});
   set_columns(*ui_->Tree_kinds, {"What was found", "Remarks"});
   set_columns(*ui_->Tree_report,
               {"File and remarks", "Sections", "Readings", "Frequencies", "Ey turned", "Remarks"});
@@ -217,5 +218,6 @@ void Form_import_report::save() const {
   if (trap_errors("An error occurred while saving the import report: ",
                   [&] { safe_files::write_into_place(path, report_.to_json()); }) == 0) {
     user_interface().show_message("The report is written to " + path);
+    Module_Brenlox::tell_finished("The import report is written to " + path, path);
   }
 }

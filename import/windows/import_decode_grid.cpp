@@ -158,11 +158,15 @@ void ImportDecodeGrid::cell_edited(int row, int column) {
     return;
   }
   const std::string typed = item(row, column)->text().toStdString();
-  if (!set_decode_cell(table_->at(static_cast<std::size_t>(row)), static_cast<DecodeColumn>(column), typed)) {
-    QApplication::beep();
-  }
+  const bool taken =
+      set_decode_cell(table_->at(static_cast<std::size_t>(row)), static_cast<DecodeColumn>(column), typed);
   refresh();
   Q_EMIT table_changed();
+  if (!taken) {
+    QApplication::beep();
+    Q_EMIT refused("\"" + utf8(typed) + "\" can't be used: " + horizontalHeaderItem(column)->text() +
+                   " counts characters of the file name");
+  }
 }
 
 void ImportDecodeGrid::keyPressEvent(QKeyEvent* event) {

@@ -23,6 +23,8 @@ class ImportDecodeGrid : public QTableWidget {
 
  Q_SIGNALS:
   void table_changed();
+  /// What was typed can't be used, and why; the cell has its earlier text again.
+  void refused(const QString& fault);
 
  protected:
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;

@@ -9,11 +9,13 @@
 #include <QMimeData>
 #include <QShortcut>
 #include <QStorageInfo>
+#include <QToolTip>
 
 #include "core/user_interface.h"
 #include "import/field_files.h"
 #include "import/import_run.h"
 #include "platform/widgets/dropped_files.h"
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/folder_model.h"
 #include "ui_import_file_chooser.h"
 
@@ -127,17 +129,25 @@ void ImportFileChooser::type_folder() {
     go_to_folder(typed);
   } else {
     QApplication::beep();
-    show_folder_files();
+    mark_entry(*ui_->Text_folder, "There is no folder " + typed);
+    QToolTip::showText(ui_->Text_folder->mapToGlobal(QPoint(0, ui_->Text_folder->height())),
+                       ui_->Text_folder->toolTip(), ui_->Text_folder);
   }
 }
 
 void ImportFileChooser::show_folder_files() {
   ui_->Text_folder->setText(QDir::toNativeSeparators(folder()));
+  mark_entry(*ui_->Text_folder, {});
   ui_->File_binary->clear();
   for (const std::string& name : files_in_folder(folder().toStdString(), extension().toStdString())) {
     ui_->File_binary->addItem(QString::fromStdString(name));
   }
   ui_->Command_find_and_add_files->setEnabled(ui_->File_binary->count() > 0);
+}
+
+void ImportFileChooser::ask_for_files() {
+  ui_->Label_file_count->setText("No files are chosen. Add or drop files here first");
+  ui_->File_binary->setFocus();
 }
 
 void ImportFileChooser::add_shown(bool only_selected) {

@@ -20,6 +20,8 @@ class ImportFileChooser : public QFrame {
   [[nodiscard]] const std::vector<std::string>& files() const { return list_.paths(); }
   /// Takes files and folders into the list; folders stand for the field files below them.
   void take_paths(const QStringList& paths);
+  /// Says that no files are chosen, and how they are.
+  void ask_for_files();
   [[nodiscard]] QString folder() const;
   [[nodiscard]] QString extension() const;
 

@@ -16,7 +16,12 @@ namespace {
 constexpr double wall_of_conducting_surface = 1000.0;  // times the highest used frequency
 constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
 
-bool is_positive(double value) { return std::isfinite(value) && value > 0.0; }
+/// Far beyond anything measured; squares of what lies within don't overflow.
+constexpr double largest_number = 1e100;
+
+bool is_usable(double value) { return std::abs(value) <= largest_number; }  // not of NaN
+
+bool is_positive(double value) { return is_usable(value) && value >= 1.0 / largest_number; }
 
 /// A datum that is used: frequency in rad/s, target and error as FitValue has them.
 struct UsedValue {
@@ -54,7 +59,7 @@ std::vector<UsedValue> used_values(std::span<const RhoplusDatum> data, RhoplusIn
     }
     if (datum.use_phase) {
       const double weight = 1.0 / (datum.phase_error * radians_per_degree);
-      if (std::isfinite(datum.phase) && is_positive(datum.phase_error) && is_positive(weight)) {
+      if (is_usable(datum.phase) && is_positive(datum.phase_error) && is_positive(weight)) {
         used.push_back({omega, true, (datum.phase - 90.0) * radians_per_degree, weight});
         ++result.phases;
       } else {
@@ -173,7 +178,7 @@ void predict(std::span<const RhoplusDatum> data, const FitProblem& problem, Rhop
         row.resistivity_residual =
             (ln_resistivity - std::log(datum.resistivity)) * datum.resistivity / datum.resistivity_error;
       }
-      if (datum.use_phase && std::isfinite(datum.phase) && is_positive(datum.phase_error)) {
+      if (datum.use_phase && is_usable(datum.phase) && is_positive(datum.phase_error)) {
         row.phase_residual = (row.phase - datum.phase) / datum.phase_error;
       }
     }

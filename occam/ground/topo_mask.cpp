@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
@@ -225,6 +226,7 @@ int write_masked_mesh(const std::string& path, const TopoMask& mask) {
   }
   user_interface().show_message("Number of free parameters: " + std::to_string(free_triangles(mask.masked)) +
                                 ". The mesh is written to " + path);
+  Module_Brenlox::tell_finished("The masked mesh is written to " + path, path);
   return 0;
 }
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "core/absent_value.h"
+#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/text_fields.h"
@@ -312,8 +313,9 @@ int write_grids(RunView& view) {
         write_fit(view) != 0) {
       return -1;
     }
-    user_interface().show_message("Grid file has been written. The files are in " +
-                                  view.results().output_folder.string());
+    const std::string folder = view.results().output_folder.string();
+    user_interface().show_message("Grid file has been written. The files are in " + folder);
+    Module_Brenlox::tell_finished("The grids are written to " + folder, folder);
     return 0;
   });
 }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "core/calendar.h"
+#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
@@ -23,6 +24,7 @@
 #include "occam/setup/run_files.h"
 #include "occam/setup/site_names.h"
 #include "platform/files/safe_files.h"
+#include "reduction/unsupported_curves.h"
 
 namespace fs = std::filesystem;
 
@@ -152,6 +154,22 @@ void put_into_place(const RunSet& run, const fs::path& folder, EarlierRun& earli
   earlier.keep();
 }
 
+/// A rotated run takes all elements, any other those of its modes.
+std::string unsupported_text(LineSelection line, const InversionInputs& inputs,
+                             const std::vector<RunMode>& modes) {
+  if (inputs.rotate_to_strike) {
+    line.data_type.clear();
+    return Module_averaged_data::unsupported_hint(line);
+  }
+  std::string text;
+  for (const RunMode& mode : modes) {
+    line.data_type = mode.data_type;
+    const std::string hint = Module_averaged_data::unsupported_hint(line);
+    text += (text.empty() || hint.empty() ? "" : "\n") + hint;
+  }
+  return text;
+}
+
 int create_run(const LineSelection& line, const InversionInputs& inputs, const InversionChoices& choices,
                const RhoplusSettings& rhoplus, const StationSteps& steps, CreatedInversion& created) {
   const auto stations = stations_at_positions(line.line, inputs.positions);
@@ -203,6 +221,7 @@ int create_run(const LineSelection& line, const InversionInputs& inputs, const I
     user_interface().show_message(warning);
   }
   put_into_place(run, folder, earlier, scripts);
+  created.unsupported = unsupported_text(line, inputs, design.modes);
   created.data_count = static_cast<int>(run.data.rows.size());
   created.directory = folder.string();
   created.earlier_run = earlier.found() ? earlier.destination().string() : "";
@@ -220,6 +239,9 @@ std::string completion_text(const CreatedInversion& created, const InversionInpu
   }
   if (inputs.rotate_to_strike) {
     text += ". The curves are " + Module_tensor::report_text(*inputs.rotate_to_strike, created.rotation);
+  }
+  if (!created.unsupported.empty()) {
+    text += "\n" + created.unsupported;
   }
   return text;
 }
@@ -264,6 +286,8 @@ int create_inversion(const LineSelection& line, const InversionInputs& inputs, c
                                  [&] { return create_run(line, inputs, choices, rhoplus, steps, created); });
   if (status == 0 && !created.stopped) {
     user_interface().show_message(completion_text(created, inputs));
+    Module_Brenlox::tell_finished(
+        "The Occam2D run of line " + line.line + " is written to " + created.directory, created.directory);
   }
   return status;
 }

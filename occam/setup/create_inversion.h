@@ -22,6 +22,7 @@ struct CreatedInversion {
   int data_count = 0;             // rows of data written
   std::vector<ModeTotal> totals;  // of the rows in each mode
   Module_tensor::RotationReport rotation;
+  std::string unsupported;  // which curves rest on nothing that is in use; empty if none
   std::string directory;    // of the run
   std::string earlier_run;  // where the run that the directory held has gone; empty if it held none
 };

@@ -33,12 +33,6 @@ std::vector<double> stations_of(const std::string& line) {
   return stations;
 }
 
-void end_step(const StationSteps& steps) {
-  if (steps.step_done) {
-    steps.step_done();
-  }
-}
-
 /// The merged curves of a station in the modes of the design. @return 0, or -1 after a message
 int load_curves(const DataDesign& design, double station, std::vector<StoredReading>& curves) {
   for (const RunMode& mode : design.modes) {
@@ -78,10 +72,8 @@ RhoplusTables rows_of(const StoredReading& merged, const Frequencies& frequencie
   RhoplusSettings as_before = settings;  // the fit, and the errors that those of the files may only raise
   as_before.use_file_errors = 0;
   RhoplusTables tables = Module_output::rhoplus_tables(merged, frequencies, as_before);
-  end_step(steps);
   if (use_rhoplus_error && !tables.data.empty()) {
     steps.fit_station(as_before, tables);
-    end_step(steps);
   }
   if (settings.use_file_errors != 0) {
     tables.file_errors = Module_output::rhoplus_tables(merged, frequencies, settings).file_errors;
@@ -171,7 +163,6 @@ Outcome form_data(const DataDesign& design, const std::vector<PositionedStation>
     if (steps.show_station) {
       steps.show_station(station.place_in_line);
     }
-    end_step(steps);
     return is_within_limits(station.station, design.choices) ? form_station(design, station, steps, data) : 0;
   });
   return outcome == Outcome::finished && user_interface().stop_requested() ? Outcome::stopped : outcome;

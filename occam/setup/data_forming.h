@@ -22,12 +22,9 @@ namespace Module_occam {
 inline constexpr const char* too_few_stations =
     "There are not enough stations for the current line to perform a 2D inversion";
 
-/// What a caller adds to the work at each station. The first two may be empty.
+/// What a caller adds to the work at each station. The first may be empty.
 struct StationSteps {
   std::function<void(int place_in_line)> show_station;  // place from 1
-
-  /// Called after each step at a station, for a window that lets it be seen.
-  std::function<void()> step_done;
 
   /// Puts a one-dimensional fit into the rows of a station, of one mode.
   std::function<void(const Module_output::RhoplusSettings&, Module_output::RhoplusTables&)> fit_station =

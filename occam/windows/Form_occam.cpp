@@ -1,5 +1,6 @@
 #include "occam/windows/Form_occam.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
@@ -28,8 +29,6 @@ struct TextControl {
   QLineEdit* Ui::Form_occam::*box;
   std::string InversionInputs::*text;
 };
-
-constexpr int step_is_seen = 200;  // milliseconds that each step at a station stays on the screen
 
 constexpr TextControl text_controls[] = {
     {&Ui::Form_occam::Text_model_file, &InversionInputs::model_file},
@@ -84,7 +83,12 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
     part->hide();
   }
   setWindowTitle("Create Occam Inversion for line: " + QString::fromStdString(line_.line));
-  steps_.step_done = [] { user_interface().wait_with_events(step_is_seen); };
+  if (steps_.show_station) {
+    steps_.show_station = [show = steps_.show_station](int place_in_line) {
+      show(place_in_line);
+      QCoreApplication::processEvents();  // each station is drawn once
+    };
+  }
   fill_drives();
   fill_controls();
   offer_positions(positions);

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/finished_work.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
@@ -128,7 +129,7 @@ void Form_occam_inversion::lay_out() {
   Status_occam_->addPermanentWidget(Label_inversion_);
   resizer_->manage(Splitter_model_, {1.0, 1.0});
   resizer_->manage(response_->splitter(), {1.0, 1.0, 1.0});
-  resize(design_size.boundedTo(screen()->availableGeometry().size()));
+  resize_to_fit(*this, design_size);
 }
 
 void Form_occam_inversion::connect_controls() {
@@ -410,6 +411,7 @@ void Form_occam_inversion::save_section(const char* ending) {
   if (Module_util::select_output_file(path, "Save the section", filter) == 0 && !path.empty() &&
       Module_occam::save_section(view_, contents_->look(), path, Picture_model_->size()) == 0) {
     user_interface().show_message("The section is written to " + path);
+    Module_Brenlox::tell_finished("The section is written to " + path, path);
   }
 }
 
@@ -419,6 +421,7 @@ void Form_occam_inversion::save_fits() {
           0 &&
       !path.empty() && save_station_fits(view_, path) == 0) {
     user_interface().show_message("The fit of all stations is written to " + path);
+    Module_Brenlox::tell_finished("The fit of all stations is written to " + path, path);
   }
 }
 

@@ -7,6 +7,7 @@
 #include "core/absent_value.h"
 #include "core/number_text.h"
 #include "occam/windows/short_site_name.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/graph/picture_axes.h"
 
 using namespace Module_occam;
@@ -27,6 +28,7 @@ PictureError::PictureError(const QString& name, const OccamResponse& response, Q
   setObjectName(name);
   setMouseTracking(true);
   setToolTip("Misfit in units of the error; click on a site to see its curves");
+  connect(&graph::FrequencyAxis::instance(), &graph::FrequencyAxis::changed, this, [this] { update(); });
 }
 
 void PictureError::clear() {
@@ -113,16 +115,18 @@ void PictureError::paint_labels(QPainter& painter) const {
     widest = std::max(widest, metrics.horizontalAdvance(name));
     sites.push_back({area.left() + area.width() * (site + 0.5) / response_.resp_sites(), name});
   }
+  const graph::FrequencyAxis& axis = graph::FrequencyAxis::instance();
   std::vector<graph::PictureTick> frequencies;
   for (int i = 0; i < response_.resp_frequency_count(); ++i) {
-    constexpr int digits = 4;
+    const int digits = axis.shows_periods() ? 2 : 4;  // short periods begin with zeros
     const QString label =
-        QString::number(response_.resp_frequencies[static_cast<std::size_t>(i)], 'g', digits);
+        QString::number(axis.shown(response_.resp_frequencies[static_cast<std::size_t>(i)]), 'g', digits);
     frequencies.push_back({area.top() + area.height() * (i + 0.5) / response_.resp_frequency_count(), label});
   }
   constexpr double gap = 6.0;
   graph::draw_bottom_axis(painter, area, graph::ticks_with_room(sites, widest + gap), "Site");
-  graph::draw_left_axis(painter, area, graph::ticks_with_room(frequencies, metrics.height()), "Hz");
+  graph::draw_left_axis(painter, area, graph::ticks_with_room(frequencies, metrics.height()),
+                        axis.shows_periods() ? "s" : "Hz");
   constexpr double bar_width = 12.0;
   graph::draw_colour_bar(painter, {area.right() + 8.0, area.top(), bar_width, area.height()}, palette_,
                          -largest_misfit, largest_misfit, QString());

@@ -21,7 +21,6 @@ using namespace Module_occam;
 
 namespace {
 
-constexpr const char* frequency_axis = "Frequency (Hz)";
 constexpr const char* distance_axis = "Distance along the line (m)";
 
 /// Two panes above each other; the upper one has the larger share, as it has no axis titles of its own.
@@ -118,8 +117,10 @@ QWidget* ResponseFrame::make_choices() {
 }
 
 void ResponseFrame::make_graphs() {
-  station_graphs_ = {new ResponseGraph("vxGraph_res", frequency_axis, {}),
-                     new ResponseGraph("vxGraph_phase", frequency_axis, {})};
+  station_graphs_ = {new ResponseGraph("vxGraph_res", {}, {}), new ResponseGraph("vxGraph_phase", {}, {})};
+  for (ResponseGraph* const graph : station_graphs_) {
+    graph->chart().set_x_frequency();
+  }
   profile_graphs_ = {new ResponseGraph("vxGraph_profile_res", distance_axis, {}),
                      new ResponseGraph("vxGraph_profile_phase", distance_axis, {})};
   for (const auto& [upper, lower] : {station_graphs_, profile_graphs_}) {

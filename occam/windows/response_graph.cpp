@@ -40,8 +40,9 @@ ResponseGraph::ResponseGraph(const QString& name, const QString& x_title, const 
   chart_->set_point_text([this](int series, int point) {
     const auto s = static_cast<std::size_t>(series);
     const auto p = static_cast<std::size_t>(point);
-    return QString::fromStdString(plot_.series_names[s] + "\n" + plain_text(plot_.table.series[s].x[p]) +
-                                  ", " + format_number(plot_.table.series[s].y[p], "0.0000"));
+    return QString::fromStdString(plot_.series_names[s] + "\n" +
+                                  plain_text(chart_->shown_x(plot_.table.series[s].x[p])) + ", " +
+                                  format_number(plot_.table.series[s].y[p], "0.0000"));
   });
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);

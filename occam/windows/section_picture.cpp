@@ -86,7 +86,7 @@ void place_curves(graph::PdfPages& pages, const OccamResponse& response, const R
   }
   const QRectF below = pages.caption(QString::fromStdString(caption), part);
   VexGraphControl chart;
-  chart.set_x_title("Frequency (Hz)");
+  chart.set_x_frequency();
   chart.set_y_title(texts.axis);
   give_to_chart(chart, station_curves(response, view, pane, site_number));
   pages.place(chart, below);

@@ -1,7 +1,11 @@
 #include "platform/dao/compact.h"
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <future>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
@@ -45,14 +49,38 @@ void check_whole(Connection& connection) {
   }
 }
 
-void vacuum_into(const std::string& source, const std::string& destination) {
+double size_of(const std::string& path) {
+  std::error_code missing;
+  const std::uintmax_t size = std::filesystem::file_size(path, missing);
+  return missing ? 0.0 : static_cast<double>(size);
+}
+
+// The engine checks a file in one go and would not ask meanwhile whether to go on: it works in a thread of
+// its own, where it can be interrupted at any time.
+void vacuum_into(const std::string& source, const std::string& destination, const CompactionWatch& watch) {
+  constexpr std::chrono::milliseconds between_looks(40);
   Connection connection(source, Access::read_only);
-  check_whole(connection);
-  Statement statement(connection, "VACUUM INTO ?");
-  const Value path{destination};
-  statement.bind(path);
-  while (statement.step()) {
+  std::atomic<bool> checked = false;
+  std::future<void> work = std::async(std::launch::async, [&] {
+    check_whole(connection);
+    checked = true;
+    Statement statement(connection, "VACUUM INTO ?");
+    const Value path{destination};
+    statement.bind(path);
+    while (statement.step()) {
+    }
+  });
+  const double size = std::max(1.0, size_of(source));
+  try {
+    while (watch && work.wait_for(between_looks) != std::future_status::ready) {
+      checked ? watch("compacting", std::min(1.0, size_of(destination) / size)) : watch("checking", 0.0);
+    }
+  } catch (...) {
+    sqlite3_interrupt(connection.handle());
+    work.wait();
+    throw;
   }
+  work.get();
 }
 
 void flush(const std::string& path) {
@@ -114,7 +142,8 @@ void clear_place(const std::string& path) {
   }
 }
 
-void compact_database(const std::string& source, const std::string& destination) {
+void compact_database(const std::string& source, const std::string& destination,
+                      const CompactionWatch& watch) {
   const FileKind kind = file_kind(source);
   if (kind == FileKind::unknown) {
     throw Error("file is not a database");
@@ -126,7 +155,7 @@ void compact_database(const std::string& source, const std::string& destination)
   }
   try {
     if (kind == FileKind::survey_engine) {
-      vacuum_into(source, destination);
+      vacuum_into(source, destination, watch);
     }
     flush(destination);
   } catch (...) {

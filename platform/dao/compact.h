@@ -1,6 +1,8 @@
 // compact.h: rewriting a database file into a fresh one.
 #pragma once
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace dao {
 
@@ -19,10 +21,15 @@ void recover_database(const std::string& path);
 /// dao::Error if the database is in use.
 void clear_place(const std::string& path);
 
+/// Hears some times a second what is being done and which part of it, 0 to 1. What it throws stops the work
+/// and is passed on.
+using CompactionWatch = std::function<void(std::string_view what, double part)>;
+
 /// Writes the contents of `source` into the new file `destination`, freshly packed; a genuine Jet file is
 /// converted on the way. `source` is only read. Throws dao::Error, and then leaves no destination, if the
 /// source can't be read completely (damaged, truncated, foreign) or the destination exists or can't be
 /// written.
-void compact_database(const std::string& source, const std::string& destination);
+void compact_database(const std::string& source, const std::string& destination,
+                      const CompactionWatch& watch = {});
 
 }  // namespace dao

@@ -103,6 +103,11 @@ void Database::copy_to(const std::string& path) const {
   }
 }
 
+bool Database::is_compact() const {
+  Connection& connection = dao::open(connection_);
+  return connection.stands_at_path() && connection.run_for_integer("PRAGMA freelist_count") == 0;
+}
+
 bool Database::settle_log() {
   const Connection& connection = dao::open(connection_);
   return sqlite3_get_autocommit(connection.handle()) != 0 && connection.stands_at_path() &&
@@ -150,7 +155,8 @@ bool Database::has_conflict_rules(const std::string& table) const {
   Statement statement(dao::open(connection_),
                       "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ? COLLATE NOCASE "
                       "AND sql LIKE '%CONFLICT%'");
-  statement.bind(std::array<Value, 1>{table});
+  const std::array<Value, 1> name{table};  // lives until the step
+  statement.bind(name);
   return statement.step();
 }
 

@@ -60,6 +60,9 @@ class Database {
   /// in a transaction. @return false if something is left in the log, as while another program reads
   bool settle_log();
 
+  /// Whether a compaction would gain no room, for a file that is still at its path.
+  [[nodiscard]] bool is_compact() const;
+
   /// Grows with each row that is written.
   [[nodiscard]] std::int64_t change_count() const;
 

@@ -13,6 +13,7 @@
 #include <unistd.h>
 #endif
 
+#include "platform/files/clone_file.h"
 #include "platform/files/files_in_use.h"
 
 namespace fs = std::filesystem;
@@ -59,23 +60,27 @@ void remove_quietly(const fs::path& file) {
 }
 
 // The library's copying of files reports a full disk like any other input or output error.
-void copy_bytes(const fs::path& source, const fs::path& destination) {
+void copy_bytes(const fs::path& source, const fs::path& destination, const Watch& watch) {
   errno = 0;
   std::ifstream from(source, std::ios::binary);
   if (!from) {
     fail(source, std::generic_category().message(errno != 0 ? errno : EIO));
   }
   std::ofstream to(destination, std::ios::binary | std::ios::trunc);
-  std::array<char, 65536> chunk{};
-  while (from && to) {
+  constexpr std::size_t chunk_size = 1U << 20U;
+  const auto size = static_cast<double>(fs::file_size(source));
+  std::vector<char> chunk(chunk_size);
+  for (double copied = 0.0; from && to; copied += static_cast<double>(from.gcount())) {
     from.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
     to.write(chunk.data(), from.gcount());
+    if (watch) {
+      watch(std::min(1.0, copied / std::max(1.0, size)));
+    }
   }
   to.close();
   if (!from.eof() || !to) {
     throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
   }
-  fs::permissions(destination, fs::status(source).permissions());
 }
 
 void rename_over(const fs::path& source, const fs::path& destination) {
@@ -159,14 +164,20 @@ void move_into_place(const fs::path& source, const fs::path& destination) {
   flush_folder_of(destination);
 }
 
-void copy_into_place(const fs::path& source, const fs::path& destination) {
+void copy_into_place(const fs::path& source, const fs::path& destination, const Watch& watch) {
   const fs::path neighbour = neighbour_of(destination);
   remove_quietly(neighbour);
   try {
-    copy_bytes(source, neighbour);
+    if (!clone_file(source, neighbour)) {
+      copy_bytes(source, neighbour, watch);
+    }
+    fs::permissions(neighbour, fs::status(source).permissions());
   } catch (const std::system_error& error) {
     remove_quietly(neighbour);
     fail(destination, error.code().message());
+  } catch (...) {
+    remove_quietly(neighbour);
+    throw;
   }
   flush_to_disk(neighbour);
   move_neighbour_into_place(destination);

@@ -2,16 +2,22 @@
 // new one.
 #pragma once
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace safe_files {
 
+/// Hears now and then which part of the work, 0 to 1, is done. What it throws stops the work and is passed
+/// on.
+using Watch = std::function<void(double part)>;
+
 /// Copies `source` over `destination`: written to a neighbour first, flushed to the disk, then moved into
-/// place by one rename. Throws std::runtime_error with the system's description; the destination is then as
-/// before.
-void copy_into_place(const std::filesystem::path& source, const std::filesystem::path& destination);
+/// place by one rename; where the file system can, as a clone that shares the blocks. Throws
+/// std::runtime_error with the system's description; the destination is then as before.
+void copy_into_place(const std::filesystem::path& source, const std::filesystem::path& destination,
+                     const Watch& watch = {});
 
 /// Moves the finished file `source` over `destination` (same folder) by one rename; the earlier destination
 /// is replaced.

@@ -11,6 +11,7 @@
 #include <qcustomplot.h>
 
 #include "platform/graph/axis_ticks.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/graph/graph_export.h"
 #include "platform/graph/graph_look.h"
 #include "platform/graph/graph_marks.h"
@@ -24,13 +25,20 @@ constexpr double hit_radius = 8.0;  // pixels
 const QString overlay_layer = QStringLiteral("overlay lines");
 const QString pointer_layer = QStringLiteral("overlay");  // QCustomPlot's topmost, with a buffer of its own
 
-void set_axis_type(QCPAxis& axis, graph::AxisType type) {
+void set_axis_type(QCPAxis& axis, graph::AxisType type, graph::TickLabels labels) {
   const auto scale = type == graph::AxisType::logarithmic ? QCPAxis::stLogarithmic : QCPAxis::stLinear;
-  if (axis.scaleType() != scale || axis.property("ticker_made").isNull()) {
+  const bool reversed = labels == graph::TickLabels::inverse;
+  if (axis.scaleType() != scale || axis.rangeReversed() != reversed ||
+      axis.property("ticker_made").isNull()) {
     axis.setProperty("ticker_made", true);
     axis.setScaleType(scale);
-    axis.setTicker(graph::make_ticker(axis, type));
+    axis.setRangeReversed(reversed);
+    axis.setTicker(graph::make_ticker(axis, type, labels));
   }
+}
+
+graph::AxisRange ordered(double one_end, double other_end) {
+  return {std::min(one_end, other_end), std::max(one_end, other_end)};
 }
 
 /// An end of an overlay line at or beyond a limit reaches the edge of the plot area.
@@ -101,6 +109,8 @@ void VexGraphControl::draw_overlay_line(double x1, double y1, double x2, double 
                  to_edge(y2, y_limits_), colour, width});
 }
 
+void VexGraphControl::draw_overlay_label(graph::PlotLabel label) { overlay_->add(std::move(label)); }
+
 void VexGraphControl::set_x_title(const QString& title) {
   x_title_ = title;
   apply_layout();
@@ -109,6 +119,25 @@ void VexGraphControl::set_x_title(const QString& title) {
 void VexGraphControl::set_y_title(const QString& title) {
   y_title_ = title;
   apply_layout();
+}
+
+void VexGraphControl::set_x_frequency() {
+  if (!x_is_frequency_) {
+    x_is_frequency_ = true;
+    connect(&graph::FrequencyAxis::instance(), &graph::FrequencyAxis::changed, this,
+            &VexGraphControl::follow_frequency_axis);
+  }
+  set_x_title(graph::FrequencyAxis::instance().title());
+}
+
+double VexGraphControl::shown_x(double x) const {
+  return x_is_frequency_ ? graph::FrequencyAxis::instance().shown(x) : x;
+}
+
+void VexGraphControl::follow_frequency_axis() {
+  QToolTip::hideText();
+  set_x_title(graph::FrequencyAxis::instance().title());
+  draw_graph();
 }
 
 void VexGraphControl::set_x_labels_shown(bool shown) {
@@ -263,7 +292,8 @@ void VexGraphControl::hover_at(QPointF at) {
   if (off_graph) {
     Q_EMIT pointer_moved(true, 0.0, 0.0);
   } else {
-    Q_EMIT pointer_moved(false, plot_->xAxis->pixelToCoord(at.x()), plot_->yAxis->pixelToCoord(at.y()));
+    Q_EMIT pointer_moved(false, shown_x(plot_->xAxis->pixelToCoord(at.x())),
+                         plot_->yAxis->pixelToCoord(at.y()));
   }
 }
 
@@ -307,12 +337,18 @@ std::optional<QRectF> zoom_band(const QRectF& area, QPointF from, QPointF to) {
 void VexGraphControl::show_band(QPointF from, QPointF to) {
   QToolTip::hideText();
   pointer_marks_->set_point(std::nullopt);
-  pointer_marks_->set_band(zoom_band(plot_area(), from, to));
+  pointer_marks_->set_band(band_marks() ? QRectF(from, to).normalized().intersected(plot_area())
+                                        : zoom_band(plot_area(), from, to));
   plot_->layer(pointer_layer)->replot();
 }
 
 void VexGraphControl::zoom_to_band(QPointF from, QPointF to) {
   pointer_marks_->set_band(std::nullopt);
+  if (band_marks()) {
+    plot_->layer(pointer_layer)->replot();
+    report_band(from, to);
+    return;
+  }
   const QRectF area = plot_area();
   const std::optional<QRectF> band = zoom_band(area, from, to);
   if (!band) {
@@ -320,12 +356,21 @@ void VexGraphControl::zoom_to_band(QPointF from, QPointF to) {
     return;
   }
   if (band->width() < area.width()) {
-    x_view_.show({plot_->xAxis->pixelToCoord(band->left()), plot_->xAxis->pixelToCoord(band->right())});
+    x_view_.show(
+        ordered(plot_->xAxis->pixelToCoord(band->left()), plot_->xAxis->pixelToCoord(band->right())));
   }
   if (band->height() < area.height()) {
     y_view_.show({plot_->yAxis->pixelToCoord(band->bottom()), plot_->yAxis->pixelToCoord(band->top())});
   }
   view_changed();
+}
+
+bool VexGraphControl::band_marks() const { return marking_ && gestures_->shift_held(); }
+
+void VexGraphControl::report_band(QPointF from, QPointF to) {
+  const QRectF area = QRectF(plot_area()).adjusted(-1.0, -1.0, 1.0, 1.0);
+  const QRectF band = QRectF(from, to).normalized().intersected(area);
+  Q_EMIT points_enclosed(graph::points_inside(content_, *plot_->xAxis, *plot_->yAxis, band));
 }
 
 void VexGraphControl::pan(QPointF from, QPointF to) {
@@ -375,8 +420,12 @@ void VexGraphControl::set_zoom_home() {
 }
 
 void VexGraphControl::apply_view() {
-  set_axis_type(*plot_->xAxis, x_limits_.type);
-  set_axis_type(*plot_->yAxis, y_limits_.type);
+  // A linear axis may reach zero, which has no period.
+  const bool periods = x_is_frequency_ && x_limits_.type == graph::AxisType::logarithmic &&
+                       graph::FrequencyAxis::instance().shows_periods();
+  set_axis_type(*plot_->xAxis, x_limits_.type,
+                periods ? graph::TickLabels::inverse : graph::TickLabels::coordinates);
+  set_axis_type(*plot_->yAxis, y_limits_.type, graph::TickLabels::coordinates);
   plot_->xAxis->setRange(x_view_.shown().lower, x_view_.shown().upper);
   plot_->yAxis->setRange(y_view_.shown().lower, y_view_.shown().upper);
   content_.mark_points_beyond(points_beyond_marked_ && !y_view_.zoomed());
@@ -401,10 +450,14 @@ std::optional<graph::PointIndex> VexGraphControl::point_at(QPointF at) const {
 }
 
 QString VexGraphControl::point_text(graph::PointIndex at) const {
-  if (point_text_) {
-    return point_text_(at.series, at.point);
-  }
   const graph::PlotSeries& series = content_.series(at.series);
   const auto p = static_cast<std::size_t>(at.point);
-  return QStringLiteral("%1, %2").arg(series.x[p]).arg(series.y[p]);
+  if (point_text_) {
+    const QString text = point_text_(at.series, at.point);
+    const graph::FrequencyAxis& axis = graph::FrequencyAxis::instance();
+    return x_is_frequency_ && axis.shows_periods() && !text.isEmpty()
+               ? text + QStringLiteral("\nPeriod %1 s").arg(axis.text(shown_x(series.x[p])))
+               : text;
+  }
+  return QStringLiteral("%1, %2").arg(shown_x(series.x[p])).arg(series.y[p]);
 }

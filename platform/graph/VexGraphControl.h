@@ -5,7 +5,8 @@
 //
 // With the mouse: a click on a point selects it at once; a drag zooms to its rectangle (a thin one along its
 // length only) and never selects; the wheel zooms about the pointer, over an axis along that axis only; the
-// middle button drags the plot; a double click resets the zoom. Its first press is a click, its second one
+// middle button drags the plot; Shift and a drag mark the points in the rectangle, in charts whose points can
+// be; a double click resets the zoom. Its first press is a click, its second one
 // never selects: where points lie close together a user who wants to see everything again hits one of them.
 #pragma once
 #include <QWidget>
@@ -13,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/graph/axis_limits.h"
 #include "platform/graph/axis_view.h"
@@ -51,12 +53,14 @@ class VexGraphControl final : public QWidget {
   /// Drawings of the whole chart, whatever the cause; for tests and measurements.
   int draw_count() const { return draw_count_; }
 
-  /// Removes the overlay lines. Lines lie over the curves; they are seen from the next draw_graph.
+  /// Removes overlay lines and labels. Lines lie over the curves; they are seen from the next draw_graph.
   void begin_overlay();
   /// An end at or beyond the limit of its axis goes to the edge of the plot area, also when the view changes
   /// later.
   void draw_overlay_line(double x1, double y1, double x2, double y2, graph::Colour colour,
                          double width = 1.0);
+  /// A text above a place; one that would cover an earlier one isn't drawn.
+  void draw_overlay_label(graph::PlotLabel label);
 
   // Limits of the unzoomed axes as they were set; graph::unset_limit leaves one to the data. See
   // graph::resolve_range.
@@ -81,10 +85,16 @@ class VexGraphControl final : public QWidget {
   /// "Frequency (Hz)"; a title longer than its axis loses words from the front.
   void set_x_title(const QString& title);
   void set_y_title(const QString& title);
+  /// x is frequency, Hz: title and labels follow graph::FrequencyAxis.
+  void set_x_frequency();
+  /// What the x axis says at a coordinate: a period where those are shown.
+  double shown_x(double x) const;
   /// The upper of two charts with a common x axis leaves its labels to the lower one.
   void set_x_labels_shown(bool shown);
   void set_error_bars_shown(bool shown);
   bool error_bars_shown() const { return error_bars_shown_; }
+  /// Whether Shift and a drag report the points of a rectangle; otherwise they zoom like any drag.
+  void set_marking(bool marking) { marking_ = marking; }
   /// Text of the tool tip at a point; the default gives its coordinates.
   void set_point_text(PointText text) { point_text_ = std::move(text); }
 
@@ -129,7 +139,9 @@ class VexGraphControl final : public QWidget {
 
  Q_SIGNALS:
   void point_selected(int series, int point);
-  void pointer_moved(bool off_graph, double x, double y);  // x and y are 0 off the graph
+  void points_enclosed(const std::vector<graph::PointIndex>& points);  // may be none
+  /// x and y as the axes are labelled: a period where those are shown. Both are 0 off the graph.
+  void pointer_moved(bool off_graph, double x, double y);
   void x_view_changed(bool zoomed, double lower, double upper);
   void error_bars_toggled(bool shown);
 
@@ -145,9 +157,12 @@ class VexGraphControl final : public QWidget {
   void leave();
   void show_band(QPointF from, QPointF to);
   void zoom_to_band(QPointF from, QPointF to);
+  [[nodiscard]] bool band_marks() const;
+  void report_band(QPointF from, QPointF to);
   void show_everything();
   void pan(QPointF from, QPointF to);
   void turn_wheel(QPointF at, double notches);
+  void follow_frequency_axis();
   void follow_x_view(bool zoomed, double lower, double upper);
   void view_changed();
   void set_zoom_home();
@@ -172,7 +187,9 @@ class VexGraphControl final : public QWidget {
   graph::OverlayLines* overlay_ = nullptr;
   graph::PointerMarks* pointer_marks_ = nullptr;
   int draw_count_ = 0;
+  bool x_is_frequency_ = false;
   bool x_labels_shown_ = true;
   bool error_bars_shown_ = true;
   bool points_beyond_marked_ = false;
+  bool marking_ = false;
 };

@@ -129,18 +129,30 @@ AxisTicks stepped(const AxisRange& range, const Step& step, bool plain) {
   return ticks;
 }
 
+void invert(QVector<double>& values) {
+  for (double& value : values) {
+    value = 1.0 / value;
+  }
+}
+
 class ChartTicker final : public QCPAxisTicker {
  public:
-  ChartTicker(const QCPAxis& axis, AxisType type) : axis_(axis), type_(type) {}
+  ChartTicker(const QCPAxis& axis, AxisType type, TickLabels labels)
+      : axis_(axis), type_(type), inverse_(labels == TickLabels::inverse) {}
 
   void generate(const QCPRange& range, const QLocale& /*locale*/, QChar /*format*/, int /*precision*/,
                 QVector<double>& ticks, QVector<double>* sub_ticks, QVector<QString>* labels) override {
-    const AxisRange shown{range.lower, range.upper};
+    const AxisRange shown =
+        inverse_ ? AxisRange{1.0 / range.upper, 1.0 / range.lower} : AxisRange{range.lower, range.upper};
     const TickRoom space = room();
     AxisTicks made =
         type_ == AxisType::logarithmic ? logarithmic_ticks(shown, space) : linear_ticks(shown, space);
     // Minor ticks cover whole decades and steps; the axis would draw those beyond its ends, too.
     made.minor.removeIf([&](double tick) { return tick < shown.lower || tick > shown.upper; });
+    if (inverse_) {
+      invert(made.major);
+      invert(made.minor);
+    }
     ticks = made.major;
     if (sub_ticks != nullptr) {
       *sub_ticks = made.minor;
@@ -172,6 +184,7 @@ class ChartTicker final : public QCPAxisTicker {
 
   const QCPAxis& axis_;
   AxisType type_;
+  bool inverse_;
 };
 
 }  // namespace
@@ -233,8 +246,8 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
   return {};  // labels too long for the axis, however few
 }
 
-QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type) {
-  return QSharedPointer<ChartTicker>::create(axis, type);
+QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type, TickLabels labels) {
+  return QSharedPointer<ChartTicker>::create(axis, type, labels);
 }
 
 }  // namespace graph

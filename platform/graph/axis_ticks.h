@@ -37,8 +37,11 @@ AxisTicks logarithmic_ticks(const AxisRange& range, const TickRoom& room);
 /// Ticks at steps of 1, 2 or 5 times a power of ten.
 AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room);
 
+/// What the labels say of a coordinate. Inverses are for axes above 0, which then run downwards.
+enum class TickLabels { coordinates, inverse };
+
 /// A ticker for a chart's axis that measures the axis at each drawing.
-QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type);
+QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type, TickLabels labels);
 
 /// Longest label that fits into the left margin of every chart, so that charts above each other line up.
 inline constexpr int longest_left_label = 6;

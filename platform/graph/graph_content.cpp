@@ -22,6 +22,10 @@ QColor to_qcolor(const Colour& colour) { return QColor(colour.red, colour.green,
 
 }  // namespace
 
+QColor palette_style_colour(int style) {
+  return palette[static_cast<std::size_t>((style - first_palette_style) % palette_size)];
+}
+
 void GraphContent::clear() {
   table_.series.clear();
   styles_.clear();
@@ -57,13 +61,16 @@ int GraphContent::point_style(int series, int point) const {
   if (s >= styles_.size() || p >= styles_[s].size()) {
     return used_point;
   }
-  return is_ringed(series, point) ? styles_[s][p] - ringed : styles_[s][p];
+  return styles_[s][p] - rings(series, point);
 }
 
-bool GraphContent::is_ringed(int series, int point) const {
+int GraphContent::rings(int series, int point) const {
   const auto s = static_cast<std::size_t>(series);
   const auto p = static_cast<std::size_t>(point);
-  return s < styles_.size() && p < styles_[s].size() && styles_[s][p] > ringed / 2;
+  if (s >= styles_.size() || p >= styles_[s].size()) {
+    return 0;
+  }
+  return (styles_[s][p] + ringed / 2) & (ringed | chosen);  // a style below 0 keeps its rings
 }
 
 bool GraphContent::exists(PointIndex at) const {
@@ -109,7 +116,7 @@ QColor GraphContent::point_colour(int series, int point) const {
     return to_qcolor(unused_colour);
   }
   if (style >= first_palette_style) {
-    return palette[static_cast<std::size_t>((style - first_palette_style) % palette_size)];
+    return palette_style_colour(style);
   }
   if (style < 0) {
     const auto k = static_cast<std::size_t>(-(style + 1));

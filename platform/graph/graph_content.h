@@ -23,6 +23,9 @@ struct OverlayLine {
   double width = 1.0;
 };
 
+/// The colour of the points of a palette style, and of the curve with the number that the style is of.
+QColor palette_style_colour(int style);
+
 class GraphContent {
  public:
   void clear();
@@ -35,8 +38,9 @@ class GraphContent {
   int point_count(int series) const;
   const PlotSeries& series(int index) const { return table_.series[static_cast<std::size_t>(index)]; }
   SeriesStyle series_style(int series) const;
-  int point_style(int series, int point) const;  // without its ring
-  bool is_ringed(int series, int point) const;
+  int point_style(int series, int point) const;  // without its rings
+  bool is_ringed(int series, int point) const { return (rings(series, point) & ringed) != 0; }
+  bool is_chosen(int series, int point) const { return (rings(series, point) & chosen) != 0; }
   bool exists(PointIndex at) const;
 
   /// False for a point without data and for one that a logarithmic axis can't show.
@@ -64,6 +68,7 @@ class GraphContent {
   DataExtent y_extent() const;
 
  private:
+  int rings(int series, int point) const;  // the sum of ringed and chosen
   bool is_null(double value) const;
 
   PlotTable table_;

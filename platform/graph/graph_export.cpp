@@ -8,6 +8,7 @@
 
 #include <qcustomplot.h>
 
+#include "core/finished_work.h"
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
 #include "platform/graph/pdf_page.h"
@@ -47,7 +48,10 @@ std::string ask_path(const FileDialogRequest& request) {
   return path;
 }
 
-void tell_path(const std::string& path) { user_interface().show_message("The graph is written to " + path); }
+void tell_path(const std::string& path) {
+  user_interface().show_message("The graph is written to " + path);
+  Module_Brenlox::tell_finished("The graph is written to " + path, path);
+}
 
 }  // namespace
 

@@ -1,6 +1,8 @@
 #include "platform/graph/graph_marks.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/graph/point_search.h"
 #include "platform/graph/series_painter.h"
@@ -10,6 +12,9 @@ namespace {
 
 /// Pixel of a coordinate; an infinite one, or one a logarithmic axis can't show, lies just outside the area.
 double line_end(const QCPAxis& axis, double coordinate, double low_edge, double high_edge) {
+  if (axis.rangeReversed()) {
+    std::swap(low_edge, high_edge);
+  }
   if (std::isinf(coordinate)) {
     return coordinate < 0.0 ? low_edge : high_edge;
   }
@@ -39,6 +44,35 @@ void OverlayLines::draw(QCPPainter* painter) {
     if (clip_segment(area, from, to)) {
       painter->setPen(QPen(QColor(line.colour.red, line.colour.green, line.colour.blue), line.width));
       painter->drawLine(QLineF(from, to));
+    }
+  }
+  draw_labels(*painter);
+}
+
+void OverlayLines::draw_labels(QCPPainter& painter) const {
+  constexpr double above = 5.0;  // pixels
+  constexpr QColor backing(255, 255, 255, 200);
+  const QCPAxis& x = *mParentPlot->xAxis;
+  const QCPAxis& y = *mParentPlot->yAxis;
+  const QRectF area(clipRect());
+  painter.setFont(x.tickLabelFont());
+  const QFontMetricsF metrics(painter.font());
+  std::vector<QRectF> taken;
+  for (const PlotLabel& label : labels_) {
+    const QPointF at(x.coordToPixel(label.x), y.coordToPixel(label.y));
+    if (!area.contains(at)) {
+      continue;
+    }
+    const QString text = QString::fromStdString(label.text);
+    const QSizeF size(metrics.horizontalAdvance(text), metrics.height());
+    QRectF room(QPointF(at.x() - size.width() / 2.0, at.y() - above - size.height()), size);
+    room.moveLeft(std::clamp(room.left(), area.left(), std::max(area.right() - size.width(), area.left())));
+    room.moveTop(std::max(room.top(), area.top()));
+    if (std::ranges::none_of(taken, [&](const QRectF& other) { return other.intersects(room); })) {
+      painter.fillRect(room, backing);
+      painter.setPen(QColor(Qt::black));
+      painter.drawText(room, Qt::AlignCenter | Qt::TextDontClip, text);
+      taken.push_back(room);
     }
   }
 }

@@ -3,6 +3,8 @@
 // curves aren't drawn again.
 #pragma once
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include <qcustomplot.h>
 
@@ -10,12 +12,16 @@
 
 namespace graph {
 
-/// Lines in data coordinates.
+/// Lines and labels in data coordinates. A label that would cover an earlier one isn't drawn.
 class OverlayLines final : public QCPLayerable {
  public:
   OverlayLines(QCustomPlot& plot, const QString& layer);
-  void clear() { lines_.clear(); }
+  void clear() {
+    lines_.clear();
+    labels_.clear();
+  }
   void add(const OverlayLine& line) { lines_.push_back(line); }
+  void add(PlotLabel label) { labels_.push_back(std::move(label)); }
 
  protected:
   QRect clipRect() const override;
@@ -23,7 +29,10 @@ class OverlayLines final : public QCPLayerable {
   void draw(QCPPainter* painter) override;
 
  private:
+  void draw_labels(QCPPainter& painter) const;
+
   std::vector<OverlayLine> lines_;
+  std::vector<PlotLabel> labels_;
 };
 
 /// The enlarged point and the zoom rectangle.

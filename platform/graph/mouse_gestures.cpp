@@ -52,6 +52,7 @@ bool MouseGestures::press(const QMouseEvent& event) {
     return true;
   }
   pressed_at_ = last_ = event.position();
+  shift_held_ = event.modifiers().testFlag(Qt::ShiftModifier);
   if (event.button() == Qt::LeftButton) {
     state_ = State::pressed;
     return true;

@@ -22,6 +22,9 @@ class MouseGestures final : public QObject {
 
   static constexpr double click_distance = 3.0;  // pixels
 
+  /// Whether the Shift key was held where the drag began that is being reported.
+  bool shift_held() const { return shift_held_; }
+
  Q_SIGNALS:
   void clicked(QPointF at);
   void double_clicked(QPointF at);
@@ -48,6 +51,7 @@ class MouseGestures final : public QObject {
   State state_ = State::idle;
   QPointF pressed_at_;
   QPointF last_;
+  bool shift_held_ = false;
 };
 
 }  // namespace graph

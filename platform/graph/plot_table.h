@@ -5,6 +5,7 @@
 #pragma once
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -42,8 +43,10 @@ inline constexpr int masked_point = 2;
 inline constexpr int first_palette_style = 3;
 inline constexpr int palette_size = 5;
 
-/// Added to the style of a point that is ringed: it stands out, and nothing else about it changes.
+/// Added to the style of a point that is ringed: it stands out, and nothing else about it changes. The ring
+/// of a point that is chosen has another colour; a point may have both.
 inline constexpr int ringed = 1 << 20;
+inline constexpr int chosen = 1 << 21;
 
 using PointStyles = std::vector<std::vector<int>>;  // [series][point]
 
@@ -61,6 +64,14 @@ struct SeriesStyle {
   double width = 1.0;            // of the line, in device-independent pixels; wide series are drawn on top
   bool line = true;              // false: points only
   Marker marker = Marker::disc;
+  bool dashed = false;  // the line
+};
+
+/// A text over the curves, above a place of the chart.
+struct PlotLabel {
+  double x = 0.0;
+  double y = 0.0;
+  std::string text;
 };
 
 }  // namespace graph

@@ -50,4 +50,18 @@ std::optional<PointIndex> nearest_point(const GraphContent& content, const QCPAx
   return nearest;
 }
 
+std::vector<PointIndex> points_inside(const GraphContent& content, const QCPAxis& x, const QCPAxis& y,
+                                      const QRectF& area) {
+  std::vector<PointIndex> inside;
+  for (int s = 0; s < content.series_count(); ++s) {
+    for (int p = 0; p < content.point_count(s); ++p) {
+      const std::optional<QPointF> point = point_position(content, {s, p}, x, y);
+      if (point && area.contains(marker_place(content, *point, y).at)) {
+        inside.push_back({s, p});
+      }
+    }
+  }
+  return inside;
+}
+
 }  // namespace graph

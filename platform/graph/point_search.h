@@ -3,6 +3,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <optional>
+#include <vector>
 
 #include "platform/graph/graph_content.h"
 
@@ -31,5 +32,9 @@ MarkerPlace marker_place(const GraphContent& content, QPointF position, const QC
 /// the one drawn last. A point is where its marker is.
 std::optional<PointIndex> nearest_point(const GraphContent& content, const QCPAxis& x, const QCPAxis& y,
                                         const QRectF& area, QPointF position, double radius);
+
+/// All points whose markers are seen inside an area.
+std::vector<PointIndex> points_inside(const GraphContent& content, const QCPAxis& x, const QCPAxis& y,
+                                      const QRectF& area);
 
 }  // namespace graph

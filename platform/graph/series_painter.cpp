@@ -100,10 +100,9 @@ void draw_marker(QPainter& painter, QPointF at, const QColor& colour, double rad
 
 namespace {
 
-void draw_ring(QPainter& painter, QPointF at, double marker_radius) {
-  const double radius = marker_radius + 3.0;
+void draw_ring(QPainter& painter, QPointF at, double radius, const QColor& colour) {
   painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(QColor(200, 0, 110), 1.8));
+  painter.setPen(QPen(colour, 1.8));
   painter.drawEllipse(at, radius, radius);
 }
 
@@ -185,6 +184,7 @@ void SeriesPainter::draw_error_bars(QCPPainter& painter, int series) const {
 void SeriesPainter::draw_line(QCPPainter& painter, int series) const {
   const QRectF area = QRectF(clipRect()).adjusted(-outside, -outside, outside, outside);
   QPen pen(content_.line_colour(series), content_.series_style(series).width);
+  pen.setStyle(content_.series_style(series).dashed ? Qt::DashLine : Qt::SolidLine);
   pen.setJoinStyle(Qt::BevelJoin);  // a mitre at a spike would reach far beyond its point
   painter.setPen(pen);
   painter.setBrush(Qt::NoBrush);
@@ -233,7 +233,10 @@ void SeriesPainter::draw_markers(QCPPainter& painter, int series) const {
       stamps.draw(painter, place.at, colour);
     }
     if (content_.is_ringed(series, p)) {
-      draw_ring(painter, place.at, radius);
+      draw_ring(painter, place.at, radius + 3.0, QColor(200, 0, 110));
+    }
+    if (content_.is_chosen(series, p)) {
+      draw_ring(painter, place.at, radius + 5.0, QColor(0, 130, 60));
     }
   }
 }

@@ -36,6 +36,9 @@ bool InputOnlyTo::eventFilter(QObject* receiver, QEvent* event) {
   if (receiver->isWindowType() || !is_input(event->type()) || is_within(receiver)) {
     return false;
   }
+  if (event->type() == QEvent::Close && belongs_to(receiver)) {
+    return false;
+  }
   if (QApplication::activeModalWidget() != nullptr) {
     return false;  // it blocks the other windows itself
   }
@@ -48,4 +51,9 @@ bool InputOnlyTo::is_within(const QObject* receiver) const {
     receiver = receiver->parent();
   }
   return receiver != nullptr;
+}
+
+bool InputOnlyTo::belongs_to(const QObject* receiver) const {
+  const QWidget* const owner = window_ ? window_->parentWidget() : nullptr;
+  return owner != nullptr && owner->window() == receiver;
 }

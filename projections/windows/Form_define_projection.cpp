@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/user_interface.h"
+#include "platform/widgets/panel_controls.h"
 #include "platform/widgets/typed_text.h"
 #include "projections/projection_choice.h"
 #include "projections/survey_projection.h"
@@ -24,13 +25,15 @@ numerics::geodesy::CoordinateSystemValues values_to_start_with() {
 
 }  // namespace
 
-bool Form_define_projection::define_projection(QWidget* parent) {
+bool Form_define_projection::define_projection(
+    QWidget* parent, const std::optional<numerics::geodesy::GeographicPlace>& site) {
   const std::string name = user_interface().ask_text(
       "Enter a name for this projection", "Enter a projection name", name_part(current_coord_system().name));
-  return !name_part(name).empty() && Form_define_projection(name, parent).exec() == QDialog::Accepted;
+  return !name_part(name).empty() && Form_define_projection(name, parent, site).exec() == QDialog::Accepted;
 }
 
-Form_define_projection::Form_define_projection(std::string asked_name, QWidget* parent)
+Form_define_projection::Form_define_projection(std::string asked_name, QWidget* parent,
+                                               const std::optional<numerics::geodesy::GeographicPlace>& site)
     : QDialog(parent),
       ui_(std::make_unique<Ui::Form_define_projection>()),
       asked_name_(std::move(asked_name)) {
@@ -39,7 +42,10 @@ Form_define_projection::Form_define_projection(std::string asked_name, QWidget* 
   connect_controls();
   load_user_definitions(coord_systems_);
   display_projection_system();
-  resize(QSize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 34));
+  if (site) {
+    ui_->vxProjection->offer_test_point(*site);
+  }
+  resize_to_fit(*this, {fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 34});
 }
 
 Form_define_projection::~Form_define_projection() = default;

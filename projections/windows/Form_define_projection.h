@@ -2,8 +2,10 @@
 #pragma once
 #include <QDialog>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "numerics/geodesy/coordinate_transforms.h"
 #include "projections/definition_list.h"
 
 namespace Ui {
@@ -15,11 +17,14 @@ class Form_define_projection : public QDialog {
 
  public:
   /// Asks for the name of the projection and shows the dialog.
+  /// @param site  of the files that the projection is for: the test point to begin with
   /// @return true if the survey has a projection chosen here
-  static bool define_projection(QWidget* parent);
+  static bool define_projection(QWidget* parent,
+                                const std::optional<numerics::geodesy::GeographicPlace>& site = {});
 
   /// @param asked_name  for values that no definition of the list has; may be empty
-  explicit Form_define_projection(std::string asked_name, QWidget* parent = nullptr);
+  explicit Form_define_projection(std::string asked_name, QWidget* parent = nullptr,
+                                  const std::optional<numerics::geodesy::GeographicPlace>& site = {});
   ~Form_define_projection() override;
 
   /// Fills the list and shows the definition of the name asked for, else the survey's projection.

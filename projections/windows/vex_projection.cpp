@@ -419,12 +419,20 @@ void VexProjection::edited() {
 }
 
 // A place in the middle of the system, until the user types one.
+void VexProjection::offer_test_point(const GeographicPlace& place) {
+  offered_point_ = place;
+  suggest_test_point();
+  show_test_point();
+}
+
 void VexProjection::suggest_test_point() {
   if (own_test_point_) {
     return;
   }
   GeographicPlace place{-30.0, 147.0};
-  if (counts_in(values_.projection, in_conics)) {
+  if (offered_point_) {
+    place = *offered_point_;
+  } else if (counts_in(values_.projection, in_conics)) {
     place = {values_.origin_latitude, values_.origin_longitude};
   } else if (counts_in(values_.projection, in_zones)) {
     place.latitude =

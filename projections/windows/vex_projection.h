@@ -5,6 +5,7 @@
 #pragma once
 #include <QHash>
 #include <QWidget>
+#include <optional>
 #include <vector>
 
 #include "numerics/geodesy/coordinate_transforms.h"
@@ -28,6 +29,9 @@ class VexProjection : public QWidget {
 
   /// The values as edited. A field that can't be read counts with its last good value; fault() reports it.
   [[nodiscard]] const Values& values() const { return values_; }
+
+  /// The test point to begin with, in place of one that the projection suggests.
+  void offer_test_point(const numerics::geodesy::GeographicPlace& place);
 
   /// What is wrong with the first field that can't be read; empty if all can.
   [[nodiscard]] QString fault() const;
@@ -68,6 +72,7 @@ class VexProjection : public QWidget {
   bool updating_ = false;        // the controls are being filled
   bool datum_of_grid_ = false;   // the datum was set with the Australian Map Grid
   bool own_test_point_ = false;  // the user has typed one
+  std::optional<numerics::geodesy::GeographicPlace> offered_point_;
   bool zone_number_readable_ = true;
   bool datum_readable_ = true;
   std::vector<NumberField> numbers_;

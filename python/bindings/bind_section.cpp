@@ -1,11 +1,16 @@
 // The response of a two-dimensional section, and how it changes with the resistivity of groups of triangles.
 #include <cmath>
-#include <limits>
+#include <initializer_list>
+#include <numeric>
+#include <string>
 #include <utility>
 #include <vector>
 
+#include <pybind11/stl.h>
+
 #include "numerics/constants.h"
 #include "numerics/section/linear_response.h"
+#include "numerics/section/mesh_warnings.h"
 #include "numerics/section/response.h"
 #include "python/bindings/array_arguments.h"
 #include "python/bindings/bindings.h"
@@ -105,18 +110,50 @@ struct Changes {
   }
 };
 
-std::vector<ModeRequest> all_requests(std::size_t sites, std::size_t frequencies) {
+std::vector<ModeRequest> all_requests(std::size_t sites, std::size_t frequencies,
+                                      std::initializer_list<Mode> modes, bool tipper) {
   std::vector<std::size_t> site_indices(sites);
-  for (std::size_t site = 0; site < sites; ++site) {
-    site_indices[site] = site;
-  }
+  std::iota(site_indices.begin(), site_indices.end(), std::size_t{0});
   std::vector<ModeRequest> requests;
-  for (const Mode mode : {Mode::te, Mode::tm}) {
+  for (const Mode mode : modes) {
     for (std::size_t frequency = 0; frequency < frequencies; ++frequency) {
-      requests.push_back({mode, frequency, site_indices, false});
+      requests.push_back({mode, frequency, site_indices, tipper});
     }
   }
   return requests;
+}
+
+/// None if `progress` has stopped it.
+py::object tipper(const Section& section, const Numbers& sites, const Numbers& frequencies,
+                  std::size_t threads, py::object progress) {
+  check_shape("sites", sites, {any_length});
+  check_shape("frequencies", frequencies, {any_length});
+  const auto site_count = static_cast<std::size_t>(sites.size());
+  const auto frequency_count = static_cast<std::size_t>(frequencies.size());
+  Interruption interruption(std::move(progress));
+  std::vector<Complex> tippers(site_count * frequency_count);
+  bool finished = false;
+  {
+    const py::gil_scoped_release without_lock;
+    const CheckedInput input = check_input(section, elements_of(sites), elements_of(frequencies));
+    finished = compute_linear_response(
+        section, input, elements_of(frequencies), all_requests(site_count, frequency_count, {Mode::te}, true),
+        {},
+        [&](const ModeRequest& request, std::size_t site_index, const SiteResponse& site) {
+          tippers[site_index * frequency_count + request.frequency_index] = site.tipper;
+        },
+        options_of(interruption, threads));
+  }
+  interruption.rethrow();
+  return finished ? py::object(array_of(std::move(tippers), {sites.shape(0), frequencies.shape(0)}))
+                  : py::object(py::none());
+}
+
+std::vector<std::string> warnings(const Section& section, const Numbers& sites, const Numbers& frequencies) {
+  check_shape("sites", sites, {any_length});
+  check_shape("frequencies", frequencies, {any_length});
+  const py::gil_scoped_release without_lock;
+  return mesh_warnings(section, elements_of(sites), elements_of(frequencies));
 }
 
 /// Parameters as counted from 0; below 0 none.
@@ -147,7 +184,8 @@ py::dict jacobian(const Section& section, const Numbers& sites, const Numbers& f
     const py::gil_scoped_release without_lock;
     const CheckedInput input = check_input(section, elements_of(sites), elements_of(frequencies));
     finished = compute_linear_response(
-        section, input, elements_of(frequencies), all_requests(site_count, frequency_count),
+        section, input, elements_of(frequencies),
+        all_requests(site_count, frequency_count, {Mode::te, Mode::tm}, false),
         {of_triangle, parameter_count},
         [&changes](const ModeRequest& request, std::size_t site_index, const SiteResponse& site) {
           changes.take(request, site_index, site);
@@ -178,6 +216,9 @@ void bind_section(py::module_& module) {
            py::arg("resistivity"), py::arg("codes"));
   module.def("section_response", &response, py::arg("section"), py::arg("sites"), py::arg("frequencies"),
              py::arg("threads"), py::arg("progress"));
+  module.def("section_tipper", &tipper, py::arg("section"), py::arg("sites"), py::arg("frequencies"),
+             py::arg("threads"), py::arg("progress"));
+  module.def("section_warnings", &warnings, py::arg("section"), py::arg("sites"), py::arg("frequencies"));
   module.def("section_jacobian", &jacobian, py::arg("section"), py::arg("sites"), py::arg("frequencies"),
              py::arg("parameters"), py::arg("parameter_count"), py::arg("threads"), py::arg("progress"));
 }

@@ -6,6 +6,9 @@ namespace Python {
 
 void bind_rhoplus(pybind11::module_& module);
 void bind_impedance(pybind11::module_& module);
+void bind_tipper(pybind11::module_& module);
+void bind_strike(pybind11::module_& module);
+void bind_earth(pybind11::module_& module);
 void bind_section(pybind11::module_& module);
 void bind_survey(pybind11::module_& module);
 

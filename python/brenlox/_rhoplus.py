@@ -5,8 +5,10 @@ from __future__ import annotations
 from dataclasses import dataclass
 
 import numpy as np
+from numpy.typing import ArrayLike
 
 from . import _brenlox
+from ._arrays import real
 
 
 @dataclass(frozen=True)
@@ -60,13 +62,36 @@ class RhoplusFit:
         """Root of `chi_squared`."""
         return float(np.sqrt(self.chi_squared))
 
+    def outliers(self, errors: float = 3.0) -> tuple[np.ndarray, np.ndarray]:
+        """Which resistivities and phases are further from the best fit than so many of their errors.
+
+        Parameters
+        ----------
+        errors : float
+
+        Returns
+        -------
+        resistivity, phase : ndarray of bool, shape (n,)
+            A residual that stands out among those of its neighbours says that the point is bad, many of them that
+            the ground isn't layered. A fit without these points may have other ones.
+        """
+        return np.abs(self.resistivity_residual) > errors, np.abs(self.phase_residual) > errors
+
     @property
     def is_consistent(self) -> bool:
         """Whether the residuals are no larger than errors make them nineteen times out of twenty."""
         return self.chi <= self.chi_of_95_percent
 
 
-def rhoplus(frequency, resistivity, phase, resistivity_error, phase_error, *, surface="insulating") -> RhoplusFit:
+def rhoplus(
+    frequency: ArrayLike,
+    resistivity: ArrayLike,
+    phase: ArrayLike,
+    resistivity_error: ArrayLike,
+    phase_error: ArrayLike,
+    *,
+    surface: str = "insulating",
+) -> RhoplusFit:
     """Fit apparent resistivity and phase of one station with any layered ground.
 
     The least chi-squared over all conductivity profiles of depth is reached by thin conducting sheets between
@@ -97,5 +122,7 @@ def rhoplus(frequency, resistivity, phase, resistivity_error, phase_error, *, su
     """
     if surface not in ("insulating", "conducting"):
         raise ValueError(f"surface: expected 'insulating' or 'conducting', received {surface!r}")
-    fit = _brenlox.rhoplus(frequency, resistivity, phase, resistivity_error, phase_error, surface == "conducting")
+    fit = _brenlox.rhoplus(
+        real("frequency", frequency), real("resistivity", resistivity), real("phase", phase),
+        real("resistivity_error", resistivity_error), real("phase_error", phase_error), surface == "conducting")
     return RhoplusFit(**fit)

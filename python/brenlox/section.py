@@ -6,14 +6,16 @@ from dataclasses import dataclass
 from typing import Callable, NamedTuple
 
 import numpy as np
+from numpy.typing import ArrayLike
 
 from . import _brenlox
+from ._arrays import check_shape, integers, real
 
 AIR = 0
 """Code of the triangles that are air."""
 
 
-@dataclass(frozen=True)
+@dataclass(frozen=True, eq=False)
 class Section:
     """A section on a mesh of rectangles, each cut into four triangles that meet in its middle.
 
@@ -36,18 +38,19 @@ class Section:
     resistivity: np.ndarray
     codes: np.ndarray | None = None
 
-    def __post_init__(self):
+    def __post_init__(self) -> None:
         for name in ("column_widths", "row_heights"):
-            object.__setattr__(self, name, np.asarray(getattr(self, name), dtype=float))
-        resistivity = self._by_triangles("resistivity", self.resistivity, float)
+            lengths = real(name, getattr(self, name))
+            check_shape(name, lengths, None)
+            object.__setattr__(self, name, lengths)
+        resistivity = self._by_triangles("resistivity", real("resistivity", self.resistivity))
         object.__setattr__(self, "resistivity", resistivity)
         codes = self.codes
         if codes is None:
             codes = np.unique(resistivity, return_inverse=True)[1].reshape(resistivity.shape) + 1
-        object.__setattr__(self, "codes", self._by_triangles("codes", codes, np.int32))
+        object.__setattr__(self, "codes", self._by_triangles("codes", integers("codes", codes)))
 
-    def _by_triangles(self, name, values, kind):
-        values = np.asarray(values, dtype=kind)
+    def _by_triangles(self, name: str, values: np.ndarray) -> np.ndarray:
         cells = (len(self.row_heights), len(self.column_widths))
         if values.shape == cells:
             values = np.repeat(values[:, :, np.newaxis], 4, axis=2)
@@ -55,7 +58,7 @@ class Section:
             raise ValueError(f"{name}: expected shape {cells} or {cells + (4,)}, received {values.shape}")
         return np.ascontiguousarray(values)
 
-    def _compiled(self):
+    def _compiled(self) -> _brenlox.Section:
         return _brenlox.Section(
             self.left_edge, self.column_widths, self.row_heights, self.resistivity, self.codes)
 
@@ -74,7 +77,7 @@ class Response(NamedTuple):
     tm: ModeResponse
 
 
-def _response_of(arrays) -> Response | None:
+def _response_of(arrays: dict[str, np.ndarray]) -> Response | None:
     if not arrays:
         return None
     return Response(
@@ -84,14 +87,14 @@ def _response_of(arrays) -> Response | None:
 
 def response(
     section: Section,
-    sites,
-    frequencies,
+    sites: ArrayLike,
+    frequencies: ArrayLike,
     *,
     sensitivities: bool = False,
-    parameters=None,
+    parameters: ArrayLike | None = None,
     threads: int = 0,
     progress: Callable[[float], object] | None = None,
-):
+) -> Response | None | tuple[Response | None, Response | None]:
     """The magnetotelluric response at sites on the ground, by finite elements.
 
     Parameters
@@ -130,17 +133,56 @@ def response(
     Wannamaker (1996), Geophys. J. Int. 127, 806-810, with the layered host held fixed.
     """
     compiled = section._compiled()
-    computed = _response_of(_brenlox.section_response(compiled, sites, frequencies, threads, progress))
+    sites, frequencies = real("sites", sites), real("frequencies", frequencies)
+    first = _share(progress, 0.0, 0.5) if sensitivities else progress
+    computed = _response_of(_brenlox.section_response(compiled, sites, frequencies, threads, first))
     if not sensitivities:
         return computed
     if computed is None:
         return None, None
     if parameters is None:
         parameters = _one_for_each_rectangle(section)
-    parameters = np.asarray(parameters, dtype=np.int32)
+    parameters = integers("parameters", parameters)
     count = int(parameters.max(initial=-1)) + 1
     return computed, _response_of(
-        _brenlox.section_jacobian(compiled, sites, frequencies, parameters, count, threads, progress))
+        _brenlox.section_jacobian(
+            compiled, sites, frequencies, parameters, count, threads, _share(progress, 0.5, 1.0)))
+
+
+def _share(progress: Callable[[float], object] | None, begin: float, end: float) -> Callable[[float], object] | None:
+    """Progress of a part of the work."""
+    if progress is None:
+        return None
+    return lambda share: progress(begin + (end - begin) * share)
+
+
+def mesh_warnings(section: Section, sites: ArrayLike, frequencies: ArrayLike) -> list[str]:
+    """What a mesh is too coarse or too small for at these frequencies, in sentences; empty if all is well.
+
+    Parameters
+    ----------
+    section, sites, frequencies
+        As of `response`.
+
+    Raises
+    ------
+    ValueError
+        As `response` does.
+    """
+    return _brenlox.section_warnings(section._compiled(), real("sites", sites), real("frequencies", frequencies))
+
+
+def tipper(section: Section, sites: ArrayLike, frequencies: ArrayLike, *, threads: int = 0,
+           progress: Callable[[float], object] | None = None) -> np.ndarray | None:
+    """The tipper Hz / Hy over a section, y along the line and z down; parameters as of `response`.
+
+    Returns
+    -------
+    ndarray of complex, shape (s, f)
+        Of time dependence exp(+i omega t). None if `progress` has stopped the work.
+    """
+    return _brenlox.section_tipper(
+        section._compiled(), real("sites", sites), real("frequencies", frequencies), threads, progress)
 
 
 def _one_for_each_rectangle(section: Section) -> np.ndarray:

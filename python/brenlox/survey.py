@@ -136,6 +136,7 @@ class Survey:
 
     @property
     def path(self) -> str:
+        """Of the survey's file, as it was opened."""
         return self._path
 
     @property
@@ -154,7 +155,7 @@ class Survey:
         self._require_open()
         return _brenlox.kinds(line)
 
-    def curve(self, line: str, station, data_type: str, *, reduction: str = "merged", reference_type: int | None = None,
+    def curve(self, line: str, station: float | str, data_type: str, *, reduction: str = "merged", reference_type: int | None = None,
               dipole: float | None = None, scan_rate: float | None = None) -> Curve:
         """The merged curve of a station, or the average of one scan rate; computed if it is missing.
 
@@ -181,14 +182,14 @@ class Survey:
         query = _query(line, station, data_type, reference_type, dipole, scan_rate)
         return Curve(**_brenlox.curve(query, _REDUCTIONS[reduction]))
 
-    def repeats(self, line: str, station, data_type: str, *, reference_type: int | None = None,
+    def repeats(self, line: str, station: float | str, data_type: str, *, reference_type: int | None = None,
                 dipole: float | None = None, scan_rate: float | None = None) -> list[Curve]:
         """The raw readings of a station, by scan rate and event; parameters as of `curve`."""
         self._require_open()
         query = _query(line, station, data_type, reference_type, dipole, scan_rate)
         return [Curve(**row) for row in _brenlox.repeats(query)]
 
-    def tensor(self, line: str, station, *, reference_type: int | None = None, dipole: float | None = None) -> Tensor:
+    def tensor(self, line: str, station: float | str, *, reference_type: int | None = None, dipole: float | None = None) -> Tensor:
         """Impedance tensors of a station from its merged curves; Ey turned back, static factors included.
 
         Raises
@@ -201,7 +202,7 @@ class Survey:
             raise _brenlox.Error(found["refusal"])
         return Tensor(**found["tensor"], axes=found["axes"], station=_name(found))
 
-    def tipper(self, line: str, station, *, reference_type: int | None = None, dipole: float | None = None) -> Tipper:
+    def tipper(self, line: str, station: float | str, *, reference_type: int | None = None, dipole: float | None = None) -> Tipper:
         """Tippers of a station; of length 0 where none was measured."""
         found = self._station(line, station, reference_type, dipole)
         return Tipper(**found["tipper"], axes=found["axes"])

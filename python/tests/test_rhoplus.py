@@ -35,6 +35,15 @@ def test_order_of_rows_makes_no_difference_and_nan_leaves_values_out(half_space)
     assert fewer.chi_squared <= fit.chi_squared
 
 
+def test_outliers_are_what_no_layers_explain(half_space):
+    frequency, resistivity, phase, resistivity_error, phase_error = half_space
+    assert not np.any(brenlox.rhoplus(*half_space).outliers(4.0))
+    phase = phase.copy()
+    phase[12] += 15.0
+    of_resistivity, of_phase = brenlox.rhoplus(frequency, resistivity, phase, resistivity_error, phase_error).outliers(6.0)
+    assert np.flatnonzero(of_phase).tolist() == [12] and not of_resistivity.any()
+
+
 def test_refuses_what_is_no_curve(half_space):
     frequency, resistivity, phase, resistivity_error, phase_error = half_space
     with pytest.raises(ValueError, match=r"phase: expected shape \(31,\), received \(30,\)"):

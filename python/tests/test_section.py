@@ -1,3 +1,7 @@
+import os
+import signal
+import threading
+
 import brenlox
 import numpy as np
 import pytest
@@ -48,11 +52,32 @@ def test_jacobian_is_the_slope_of_the_response(ground):
         assert mode.phase.shape == (2, 2)
 
 
+def test_tipper_is_odd_about_a_conductor_in_the_middle(ground):
+    resistivity = np.full(ground.resistivity.shape[:2], 100.0)
+    resistivity[4:12, 15:21] = 10.0  # of 36 columns
+    middle = section.Section(ground.left_edge, ground.column_widths, ground.row_heights, resistivity)
+    tipper = section.tipper(middle, [-1400.0, 0.0, 1400.0], [30.0, 3.0])
+    assert tipper.shape == (3, 2) and np.abs(tipper[0]).min() > 0.05
+    np.testing.assert_allclose(tipper[0], -tipper[2], rtol=1e-6)
+    np.testing.assert_allclose(tipper[1], 0.0, atol=1e-9)
+    assert section.tipper(middle, [0.0], np.logspace(3, 0, 200), progress=lambda share: False) is None
+
+
+def test_mesh_warnings_speak_of_what_is_too_coarse_or_small(ground):
+    assert section.mesh_warnings(ground, [0.0], [3.0]) == []
+    assert len(section.mesh_warnings(ground, [0.0], [1e6, 1e-3])) >= 2
+
+
 def test_progress_sees_the_share_and_may_stop_the_work(ground):
     shares = []
     sites, frequencies = np.linspace(-1500, 1500, 11), np.logspace(3, 0, 120)
     assert section.response(ground, sites, frequencies, progress=shares.append) is not None
-    assert all(0.0 <= share <= 1.0 for share in shares) and shares == sorted(shares)
+    shares.append(0.0)
+    assert section.response(ground, sites, frequencies, sensitivities=True, progress=shares.append) is not None
+    first = shares.index(0.0, 1)
+    for each in (shares[:first], shares[first:]):
+        assert all(0.0 <= share <= 1.0 for share in each) and each == sorted(each)
+    assert max(shares[first:]) > 0.5
     assert section.response(ground, sites, frequencies, progress=lambda share: False) is None
 
     def fail(share):
@@ -60,6 +85,17 @@ def test_progress_sees_the_share_and_may_stop_the_work(ground):
 
     with pytest.raises(RuntimeError, match="of the caller's own"):
         section.response(ground, sites, frequencies, progress=fail)
+
+
+def test_ctrl_c_ends_the_work(ground):
+    timer = threading.Timer(0.2, os.kill, (os.getpid(), signal.SIGINT))
+    timer.start()
+    try:
+        with pytest.raises(KeyboardInterrupt):
+            for _ in range(100):
+                section.response(ground, np.linspace(-1500, 1500, 11), np.logspace(3, 0, 300))
+    finally:
+        timer.cancel()
 
 
 def test_refuses_what_has_no_response(ground):

@@ -49,6 +49,31 @@ def test_tipper_turns_as_a_vector():
     assert turned.axes == 90.0 and np.isnan(turned.covariance).all()
 
 
+def test_arrows_point_to_conductors_or_away():
+    tipper = brenlox.Tipper.from_errors([1.0, 2.0], [[0.3 + 0.1j, 0.0], [0.01, 0.02]], 0.01)
+    parkinson, wiese = tipper.arrows(), tipper.arrows("wiese", imaginary_reversed=True)
+    np.testing.assert_allclose(parkinson.real_length[0], 0.3)
+    np.testing.assert_allclose((parkinson.real_azimuth[0] - wiese.real_azimuth[0]) % 360.0, 180.0)
+    np.testing.assert_allclose([parkinson.real_azimuth[0], parkinson.imaginary_azimuth[0]], [180.0, 0.0])
+    np.testing.assert_allclose(wiese.imaginary_azimuth[0], 180.0)
+    np.testing.assert_allclose(parkinson.magnitude[0], np.sqrt(0.1))
+    np.testing.assert_allclose(parkinson.real_length_error[0], 0.01)
+    assert parkinson.strike[0] == 90.0 and np.isnan(parkinson.strike[1])  # the second is too short
+    with pytest.raises(ValueError, match="convention"):
+        tipper.arrows("both")
+
+
+def test_dimensionality(tensor):
+    np.testing.assert_array_equal(tensor.dimensionality(), [1, 2, 2])
+    np.testing.assert_array_equal(tensor.dimensionality(least_ellipticity=0.4), [1, 1, 2])
+    z = tensor.z.copy()
+    z[1] = [[2 + 3j, 8 + 10j], [-9 - 6j, 5 - 4j]]  # a skew of 12 degrees
+    z[2] = np.nan
+    strange = brenlox.Tensor(tensor.frequency, z)
+    np.testing.assert_array_equal(strange.dimensionality(), [1, 3, 0])
+    np.testing.assert_array_equal(strange.dimensionality(skew_limit=90.0), [1, 2, 0])
+
+
 def test_refuses_other_shapes():
     with pytest.raises(ValueError, match=r"z: expected shape \(n, 2, 2\), received \(3, 4\)"):
         brenlox.Tensor([1.0, 2.0, 3.0], np.zeros((3, 4)))

@@ -1,9 +1,11 @@
 #include "reduction/data_sets/data_sets.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "core/trap_errors.h"
 
 namespace Module_averaged_data {
 
@@ -22,8 +24,21 @@ void reset_repeat_data() {
   session().repeat_count = 0;
 }
 
+bool is_unsupported(double station, float scan_rate) {
+  return std::ranges::any_of(data_sets().unsupported, [&](const UnsupportedCurve& curve) {
+    return curve.station == station && curve.scan_rate == scan_rate;
+  });
+}
+
 int load_selected_profile() {
-  return load_profile_data(selected_key(), session().frequencies, data_sets().profile);
+  const ReadingKey key = selected_key();
+  data_sets().unsupported.clear();
+  if (load_profile_data(key, session().frequencies, data_sets().profile) != 0) {
+    return -1;
+  }
+  return trap_errors("An error occurred while reading the line: ", [&] {
+    data_sets().unsupported = unsupported_curves({key.line, key.reference_type, key.data_type, key.dipole});
+  });
 }
 
 int load_selected_station(const NeighbourOptions& options) {

@@ -3,6 +3,7 @@
 #include "reduction/data_sets/profile_data_set.h"
 #include "reduction/data_sets/repeat_data_set.h"
 #include "reduction/data_sets/station_data_set.h"
+#include "reduction/unsupported_curves.h"
 
 namespace Module_averaged_data {
 
@@ -10,12 +11,16 @@ struct DataSets {
   ProfileDataSet profile;
   StationDataSet station;
   RepeatDataSet repeats;
+  std::vector<UnsupportedCurve> unsupported;  // of the profile's line and curves
 };
 
 /// What is loaded now. The windows read it; the procedures below and the edits change it.
 DataSets& data_sets();
 
-/// Empties all three, and session().repeat_count.
+/// Whether a curve of a station is one of those; scan rate in Hz, 0 for the merged curve.
+[[nodiscard]] bool is_unsupported(double station, float scan_rate);
+
+/// Empties all of it, and session().repeat_count.
 void reset_data_sets();
 
 /// Empties the repeats, and session().repeat_count.

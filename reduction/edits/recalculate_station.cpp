@@ -4,6 +4,7 @@
 
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "database/frequency_store.h"
 #include "reduction/computed_rows.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/derived_rows.h"
@@ -60,6 +61,23 @@ int show_merged(const ReadingKey& key, const Frequencies& frequencies, const Sto
   return 0;
 }
 
+/// What has been switched on or off may be all that a curve of the station rests on.
+int follow_support(const ReadingKey& key) {
+  ReadingKey profile_key = data_sets().profile.key;
+  profile_key.station = key.station;
+  if (!same_station(profile_key, key)) {
+    return 0;
+  }
+  return trap_errors("An error occurred while reading the station: ", [&] {
+    const std::vector<UnsupportedCurve> now =
+        unsupported_curves({key.line, key.reference_type, key.data_type, key.dipole}, key.station);
+    std::vector<UnsupportedCurve>& all = data_sets().unsupported;
+    std::erase_if(all, [&](const UnsupportedCurve& curve) { return curve.station == key.station; });
+    all.insert(all.end(), now.begin(), now.end());
+    std::ranges::stable_sort(all, {}, &UnsupportedCurve::station);
+  });
+}
+
 int reduce_selection(ReduceFrom from) {
   ReducedStation reduced;
   const Frequencies& frequencies = session().frequencies;
@@ -70,6 +88,12 @@ int reduce_selection(ReduceFrom from) {
 }
 
 }  // namespace
+
+Frequencies frequencies_of(const ReadingKey& key) {
+  return key.reference_type == session().current_reference_type
+             ? session().frequencies
+             : Module_database::read_frequency_list(key.reference_type);
+}
 
 int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
                    ReducedStation& reduced, const Module_Brenlox::UndoReduction* earlier) {
@@ -95,6 +119,9 @@ int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& fr
 
 int show_reduced_station(const ReadingKey& key, const Frequencies& frequencies,
                          const ReducedStation& reduced) {
+  if (follow_support(key) != 0) {
+    return -1;
+  }
   if (reduced.average.ID != 0 && show_average(key, frequencies, reduced.average) != 0) {
     return -1;
   }

@@ -83,12 +83,6 @@ void note_key(const UndoEntry& entry, Exchange& exchange) {
   }
 }
 
-Frequencies frequencies_of(const ReadingKey& key) {
-  return key.reference_type == session().current_reference_type
-             ? session().frequencies
-             : Module_database::read_frequency_list(key.reference_type);
-}
-
 /// Writes all entries of a command and computes again what follows. @return 0, or -1 after a message
 int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
   Module_database::require_writable();

@@ -2,6 +2,7 @@
 
 #include "core/number_text.h"
 #include "output/file_errors.h"
+#include "platform/widgets/entry_mark.h"
 #include "reduction/data_sets/curve_parts.h"
 #include "ui_Form_rhoplus.h"
 
@@ -18,6 +19,7 @@ QString shown(float value, const char* picture) {
 Form_rhoplus::Form_rhoplus(RhoplusSettings& settings, QWidget* parent)
     : QDialog(parent), settings_(settings), ui_(std::make_unique<Ui::Form_rhoplus>()) {
   ui_->setupUi(this);
+  ui_->Label_invalid_entries->hide();
   show_settings();
   connect_controls();
   show_hint();
@@ -38,15 +40,20 @@ void Form_rhoplus::show_settings() {
 }
 
 void Form_rhoplus::connect_controls() {
-  connect(ui_->Text_rhoplus_root_name, &QLineEdit::textChanged, this,
-          [this](const QString& text) { Module_output::enter_root_name(settings_, text.toStdString()); });
-  const auto connect_number = [this](const QLineEdit* box, float& setting) {
-    connect(box, &QLineEdit::textChanged, this,
-            [&setting](const QString& text) { Module_output::enter_positive(setting, text.toStdString()); });
+  connect(ui_->Text_rhoplus_root_name, &QLineEdit::textChanged, this, [this](const QString& text) {
+    const bool valid = Module_output::enter_root_name(settings_, text.toStdString());
+    mark(*ui_->Text_rhoplus_root_name, valid ? QString() : "The root name must not be blank");
+  });
+  const auto connect_number = [this](QLineEdit* box, float& setting, const char* name) {
+    connect(box, &QLineEdit::textChanged, this, [this, box, &setting, name](const QString& text) {
+      const bool valid = Module_output::enter_positive(setting, text.toStdString());
+      mark(*box, valid ? QString() : QString("%1: \"%2\" is not a number above 0").arg(name, text.trimmed()));
+    });
   };
-  connect_number(ui_->Text_rhoplus_res_error_floor, settings_.resistivity_error_floor);
-  connect_number(ui_->Text_rhoplus_phase_error_floor, settings_.phase_error_floor);
-  connect_number(ui_->Text_rhoplus_resistivity_scale, settings_.resistivity_scale);
+  connect_number(ui_->Text_rhoplus_res_error_floor, settings_.resistivity_error_floor,
+                 "Resistivity error floor");
+  connect_number(ui_->Text_rhoplus_phase_error_floor, settings_.phase_error_floor, "Phase error floor");
+  connect_number(ui_->Text_rhoplus_resistivity_scale, settings_.resistivity_scale, "Resistivity scale value");
   connect(ui_->Combo_rhoplus_surface, &QComboBox::currentIndexChanged, this,
           [this](int index) { settings_.surface = index; });
   connect(ui_->Combo_use_file_errors, &QComboBox::currentIndexChanged, this, [this](int index) {
@@ -60,6 +67,30 @@ void Form_rhoplus::connect_controls() {
   connect_choice(ui_->Check_rhoplus_apply_static, settings_.apply_static);
   connect_choice(ui_->Check_rhoplus_exclude_negative_phase, settings_.exclude_negative_phase);
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+void Form_rhoplus::mark(QLineEdit& box, const QString& fault) {
+  mark_entry(box, fault);
+  QStringList faults;
+  for (const QLineEdit* const each : findChildren<QLineEdit*>()) {
+    if (is_marked(*each)) {
+      faults.append(each->toolTip());
+    }
+  }
+  ui_->Label_invalid_entries->setText(faults.join('\n'));
+  ui_->Label_invalid_entries->setVisible(!faults.isEmpty());
+}
+
+/// What can't be used keeps the window open; Escape gives it up, and the earlier value stays.
+void Form_rhoplus::accept() {
+  for (QLineEdit* const box : findChildren<QLineEdit*>()) {
+    if (is_marked(*box)) {
+      box->setFocus();
+      box->selectAll();
+      return;
+    }
+  }
+  QDialog::accept();
 }
 
 void Form_rhoplus::show_hint() {

@@ -10,6 +10,7 @@
 namespace Ui {
 class Form_rhoplus;
 }
+class QLineEdit;
 
 class Form_rhoplus : public QDialog {
   Q_OBJECT
@@ -21,11 +22,13 @@ class Form_rhoplus : public QDialog {
 
   /// There is no cancelling: every way of closing stores the settings.
   void done(int result) override;
+  void accept() override;
 
  private:
   void show_settings();
   void connect_controls();
   void show_hint();
+  void mark(QLineEdit& box, const QString& fault);
 
   Module_output::RhoplusSettings& settings_;
   QString file_errors_hint_;  // of the session's line; empty where there is nothing to say

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QShortcut>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -14,9 +15,12 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
+#include "display/plot_colours.h"
 #include "display/selection.h"
 #include "display/site_names.h"
 #include "display/windows/graph_pair.h"
+#include "display/windows/marking_actions.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/input_only_to.h"
 #include "platform/widgets/panel_controls.h"
@@ -24,6 +28,7 @@
 #include "reduction/data_sets/curve_parts.h"
 #include "rhoplus/data_rows.h"
 #include "rhoplus/fit_plot.h"
+#include "rhoplus/windows/Form_line_chi.h"
 #include "rhoplus/windows/Form_rhoplus.h"
 #include "ui_Form_rhoplus_inversion.h"
 
@@ -32,9 +37,25 @@ using Module_averaged_data::Component;
 
 namespace {
 
-constexpr int step_pause = 200;  // ms between the steps of a run over the line, so that the user can see them
 const QString run_caption = QStringLiteral("Run All");
 const QString stop_caption = QStringLiteral("Stop Inverting");
+
+/// The signs in their colours, each with its text.
+QLabel* make_legend(const QString& name, const std::vector<LegendItem>& items) {
+  QStringList parts;
+  for (const LegendItem& item : items) {
+    const QColor colour(item.colour.red, item.colour.green, item.colour.blue);
+    const bool black =
+        item.colour == Module_display_data::black;  // is the colour of the text, also in the dark
+    parts << QString("<span%1>%2</span>&nbsp;%3")
+                 .arg(black ? QString() : QString(" style='color:%1'").arg(colour.name()), qt_text(item.sign),
+                      qt_text(item.text));
+  }
+  auto* const legend = named(new QLabel(parts.join(" &nbsp; ")), name);
+  legend->setAlignment(Qt::AlignCenter);
+  legend->setWordWrap(true);
+  return legend;
+}
 
 }  // namespace
 
@@ -51,17 +72,23 @@ Form_rhoplus_inversion::Form_rhoplus_inversion(Module_output::RhoplusSettings& s
 Form_rhoplus_inversion::~Form_rhoplus_inversion() = default;
 
 void Form_rhoplus_inversion::compose() {
-  graphs_ = new GraphPairWidget("vxgraph_station", graph::AxisType::logarithmic, "Frequency (Hz)");
+  graphs_ = new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency);
   auto* const fit = new QVBoxLayout(ui_->Picture_fit);
   fit->setContentsMargins(0, 0, 0, 0);
-  fit->addWidget(graphs_);
+  fit->addWidget(graphs_, 1);
+  fit->addWidget(make_legend("Legend_fit", fit_legend()));
 
   Picture_res_model_ = named(new VexGraphControl, "Picture_res_model");
   Picture_res_model_->set_xaxistype(graph::AxisType::logarithmic);
   Picture_res_model_->set_yaxistype(graph::AxisType::logarithmic);
   Picture_res_model_->set_x_title("Depth of sheet (m)");
   Picture_res_model_->set_y_title("Conductance (S)");
-  ui_->Splitter_results->addWidget(Picture_res_model_);
+  auto* const model = new QWidget;
+  auto* const model_rows = new QVBoxLayout(model);
+  model_rows->setContentsMargins(0, 0, 0, 0);
+  model_rows->addWidget(Picture_res_model_, 1);
+  model_rows->addWidget(make_legend("Legend_model", sheet_legend()));
+  ui_->Splitter_results->addWidget(model);
 
   auto* const below = new QWidget;
   auto* const rows = new QVBoxLayout(below);
@@ -136,6 +163,43 @@ void Form_rhoplus_inversion::connect_controls() {
   connect(ui_->menu_rhoplus_options, &QAction::triggered, this, &Form_rhoplus_inversion::edit_settings);
   connect_switches(*Grid_inversion_data_, this, [this](int row, int column) { switch_cell(row, column); });
   connect(graphs_, &GraphPairWidget::pointer_moved, this, &Form_rhoplus_inversion::show_pointer);
+  connect_edits();
+}
+
+void Form_rhoplus_inversion::connect_edits() {
+  graphs_->set_marking(true);
+  connect(graphs_, &GraphPairWidget::points_enclosed, this, &Form_rhoplus_inversion::mark_observed);
+  marking_ = new MarkingActions(*this);
+  connect(marking_, &MarkingActions::edited, this, &Form_rhoplus_inversion::edited);
+  connect(marking_, &MarkingActions::left, this, &Form_rhoplus_inversion::marked);
+  connect(new QShortcut(QKeySequence("Ctrl+Z"), this), &QShortcut::activated, this, [this] {
+    if (!rhoplus_running_all_) {
+      Q_EMIT undo_wanted();
+    }
+  });
+  connect(new QShortcut(QKeySequence("Ctrl+Y"), this), &QShortcut::activated, this, [this] {
+    if (!rhoplus_running_all_) {
+      Q_EMIT redo_wanted();
+    }
+  });
+}
+
+void Form_rhoplus_inversion::mark_observed(Component component,
+                                           const std::vector<Module_display_data::PlotPlace>& places) {
+  std::vector<Module_display_data::MarkedPoint> points;
+  for (const Module_display_data::PlotPlace& at : places) {
+    if (at.series == series_observed && at.point < inversion_.merged.curve.count()) {
+      points.push_back({inversion_.merged.ID, inversion_.merged.curve.frequencies[at.point], component});
+    }
+  }
+  Module_display_data::choose_points(points);
+  Q_EMIT marked();
+}
+
+void Form_rhoplus_inversion::show_marks() {
+  marking_->show_count();
+  panels_[0]->setText(qt_text(Module_display_data::chosen_text()));
+  show_graphs();
 }
 
 void Form_rhoplus_inversion::refresh_rhoplus_results() {
@@ -149,7 +213,6 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
   ui_->Text_rhoplus_achieved_chi->clear();
   Text_rhoplus_out_->clear();
   run_note_->clear();
-  ui_->Command_rhoplus_log->setText("Results");
   inversion_ = {};
   inverted_key_ = Module_averaged_data::selected_key();
   if (session().current_station_index > 0 && !line_run_failed_) {
@@ -171,10 +234,14 @@ void Form_rhoplus_inversion::show_results() {
   }
   Label_not_inverted_->clear();
   run_note_->setText(qt_text(note_of(inversion_)));
-  run_note_->setToolTip(qt_text(inversion_.missing_files));
+  const bool both = !inversion_.missing_files.empty() && !inversion_.unsupported.empty();
+  run_note_->setToolTip(qt_text(inversion_.missing_files + (both ? "\n" : "") + inversion_.unsupported));
   ui_->Text_rhoplus_target_chi->setText(qt_text(format_number(run.target_chi, "0.00")));
   ui_->Text_rhoplus_achieved_chi->setText(qt_text(format_number(run.achieved_chi, "0.00")));
-  ui_->Command_rhoplus_log->setText("Data");
+}
+
+void Form_rhoplus_inversion::show_log_caption() {
+  ui_->Command_rhoplus_log->setText(Text_rhoplus_out_->isHidden() ? "Results" : "Data");
 }
 
 void Form_rhoplus_inversion::show_graphs() {
@@ -226,12 +293,12 @@ void Form_rhoplus_inversion::toggle_log() {
   const bool show_log = Text_rhoplus_out_->isHidden();
   Text_rhoplus_out_->setVisible(show_log);
   Grid_inversion_data_->setVisible(!show_log);
-  ui_->Command_rhoplus_log->setText(show_log ? "Data" : "Results");
+  show_log_caption();
 }
 
 void Form_rhoplus_inversion::show_pointer(Component component, bool off, double x, double y) {
   panels_[0]->setText(component == Component::resistivity ? "Resistivity" : "Phase");
-  panels_[1]->setText(off ? QString() : qt_text(format_number(x, "0.0000")));
+  panels_[1]->setText(off ? QString() : graph::FrequencyAxis::instance().text(x));
   panels_[2]->setText(off ? QString() : qt_text(format_number(y, "0.00")));
 }
 
@@ -241,6 +308,9 @@ void Form_rhoplus_inversion::follow_station() {
   }
   show_station_bar();
   refresh_rhoplus_results();
+  if (line_chi_) {
+    line_chi_->mark_station(session().current_station_index);
+  }
 }
 
 void Form_rhoplus_inversion::begin_line_run() {
@@ -269,7 +339,8 @@ void Form_rhoplus_inversion::run_all() {
   ui_->Command_occam->setEnabled(false);  // it goes through the line, too, and would put the display back
   begin_line_run();
   Q_EMIT line_run_begun();
-  invert_all();
+  std::vector<StationChi> chis;
+  const bool complete = invert_all(chis);
   if (still_open) {
     ui_->HScroll_repeat->setEnabled(true);
     ui_->Command_occam->setEnabled(true);
@@ -277,33 +348,52 @@ void Form_rhoplus_inversion::run_all() {
     rhoplus_running_all_ = false;
     Q_EMIT line_run_ended();  // after a failure it isn't told again
     end_line_run();
+    if (isVisible() && !chis.empty()) {
+      show_line_chi(std::move(chis), complete);
+    }
   }
 }
 
-// Events run between the steps, so the window may have been closed and deleted after each of them.
-void Form_rhoplus_inversion::invert_all() {
+void Form_rhoplus_inversion::show_line_chi(std::vector<StationChi> chis, bool complete) {
+  if (line_chi_ == nullptr) {
+    line_chi_ = new Form_line_chi(this);
+    connect(line_chi_, &Form_line_chi::station_chosen, this, [this](int station_index) {
+      if (!rhoplus_running_all_) {
+        Q_EMIT station_chosen(station_index);
+      }
+    });
+  }
+  line_chi_->show_line(qt_text(session().current_line), std::move(chis), complete);
+  line_chi_->mark_station(session().current_station_index);
+  line_chi_->show();
+  line_chi_->raise();
+  line_chi_->activateWindow();
+}
+
+// Events run between the stations, so the window may have been closed and deleted after each of them.
+bool Form_rhoplus_inversion::invert_all(std::vector<StationChi>& chis) {
   const QPointer<Form_rhoplus_inversion> still_open(this);
   // The main window's lists stay as they are while the run goes through the line.
   const ScopedValue updating(session().updating_controls, true);
   const int first = Module_display_data::first_station_of_current_line();
   const int count = session().stations_in_line;
   const InputOnlyTo only_this_window(*this);
-  const auto go_on = [&] {
-    user_interface().wait_with_events(step_pause);  // drawing; what the user has done meanwhile comes now
-    QCoreApplication::processEvents();
-    return still_open && isVisible();
-  };
-  for (int place = Module_display_data::place_in_line(); place >= 1 && place <= count; ++place) {
+  for (int place = 1; place <= count; ++place) {
     ui_->HScroll_repeat->setValue(place);
-    Q_EMIT station_chosen(first + place - 1);
-    if (!go_on()) {
-      return;
-    }
+    const int station_index = first + place - 1;
+    Q_EMIT station_chosen(station_index);
     refresh_rhoplus_results();
-    if (line_run_failed_ || !go_on() || rhoplus_stop_requested_) {
-      return;
+    if (line_run_failed_) {
+      return false;
+    }
+    chis.push_back(chi_of(inversion_, station_index, session().current_station));
+    QCoreApplication::processEvents();  // the station is drawn once; what the user has done meanwhile comes
+                                        // now
+    if (!still_open || !isVisible() || (rhoplus_stop_requested_ && place < count)) {
+      return false;
     }
   }
+  return true;
 }
 
 void Form_rhoplus_inversion::edit_settings() {

@@ -6,14 +6,19 @@
 #include <QMainWindow>
 #include <array>
 #include <memory>
+#include <vector>
 
+#include "display/chosen_points.h"
 #include "reduction/edits/masks.h"
+#include "rhoplus/line_chi.h"
 #include "rhoplus/station_inversion.h"
 
 namespace Ui {
 class Form_rhoplus_inversion;
 }
+class Form_line_chi;
 class GraphPairWidget;
+class MarkingActions;
 class QLabel;
 class QPlainTextEdit;
 class QTableWidget;
@@ -31,6 +36,8 @@ class Form_rhoplus_inversion : public QMainWindow {
   void refresh_rhoplus_results();
   /// The main window displays another station of the line: the bar follows and the inversion runs again.
   void follow_station();
+  /// Rings the points that are marked now.
+  void show_marks();
   /// While a run goes through the line, only the first failure is reported; later stations are shown without
   /// their inversion.
   void begin_line_run();
@@ -45,6 +52,10 @@ class Form_rhoplus_inversion : public QMainWindow {
   /// Masks have changed; the main window has to redraw its graphs.
   void edited();
   void occam_requested();
+  void undo_wanted();
+  void redo_wanted();
+  /// Other points are marked.
+  void marked();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -53,26 +64,34 @@ class Form_rhoplus_inversion : public QMainWindow {
  private:
   void compose();
   void connect_controls();
+  void connect_edits();
+  void mark_observed(Module_averaged_data::Component component,
+                     const std::vector<Module_display_data::PlotPlace>& places);
   void show_station_bar();
   void show_results();
+  void show_log_caption();
   void show_graphs();
   void show_data_grid();
   void switch_cell(int row, int column);
   void toggle_log();
   void show_pointer(Module_averaged_data::Component component, bool off, double x, double y);
   void run_all();
-  void invert_all();
+  /// @return whether the end of the line was reached
+  bool invert_all(std::vector<Module_rhoplus::StationChi>& chis);
+  void show_line_chi(std::vector<Module_rhoplus::StationChi> chis, bool complete);
   void edit_settings();
 
   Module_output::RhoplusSettings& settings_;
   std::unique_ptr<Ui::Form_rhoplus_inversion> ui_;
   GraphPairWidget* graphs_ = nullptr;
+  MarkingActions* marking_ = nullptr;
   VexGraphControl* Picture_res_model_ = nullptr;
   QTableWidget* Grid_inversion_data_ = nullptr;
   QPlainTextEdit* Text_rhoplus_out_ = nullptr;
   std::array<QLabel*, 3> panels_{};
   QLabel* run_note_ = nullptr;  // what the results lack
   QLabel* Label_not_inverted_ = nullptr;
+  Form_line_chi* line_chi_ = nullptr;  // once a line has been run
   Module_rhoplus::StationInversion inversion_;
   Module_database::ReadingKey inverted_key_;
   bool rhoplus_busy_ = false;

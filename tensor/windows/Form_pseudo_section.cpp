@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "core/file_names.h"
+#include "core/finished_work.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
@@ -375,5 +376,6 @@ void Form_pseudo_section::ask_and_save() {
                                       "PNG pictures (*.png)|*.png|PDF documents (*.pdf)|*.pdf") == 0 &&
       !path.empty() && save_picture(path) == 0) {
     Status_section_->showMessage("The picture is written to " + qt_text(path));
+    Module_Brenlox::tell_finished("The pseudo-section is written to " + path, path);
   }
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "core/file_names.h"
+#include "core/finished_work.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
@@ -291,5 +292,6 @@ void Form_strike::save_picture(Picture picture, const char* ending) {
   if (trap_errors("An error occurred while saving the picture: ",
                   [&] { graph::write_painted(qt_text(path), windowTitle(), size, paint); }) == 0) {
     status_->setText("The picture is written to " + qt_text(path));
+    Module_Brenlox::tell_finished("The picture is written to " + path, path);
   }
 }

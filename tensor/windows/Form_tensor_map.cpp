@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "core/file_names.h"
+#include "core/finished_work.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
@@ -181,5 +182,6 @@ void Form_tensor_map::ask_and_save() {
                                       "PNG pictures (*.png)|*.png|PDF documents (*.pdf)|*.pdf") == 0 &&
       !path.empty() && save_picture(path) == 0) {
     user_interface().show_message("The map is written to " + path);
+    Module_Brenlox::tell_finished("The map is written to " + path, path);
   }
 }

@@ -150,7 +150,7 @@ void ConsistencyPanel::mask() {
   Edit edit = Edit::nothing;
   {
     const ScopedValue working(working_, true);
-    edit = Module_averaged_data::set_merged_points(points_to_mask(*consistency_, *proposal_));
+    edit = Module_averaged_data::set_points(points_to_mask(*consistency_, *proposal_));
   }
   if (edit == Edit::changed) {
     clear();

@@ -41,18 +41,6 @@ void paint_scale(QPainter& painter, const QRectF& plot, const PlanFrame& frame) 
                    Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, text);
 }
 
-void paint_north(QPainter& painter, const QRectF& plot) {
-  constexpr double length = 34.0;
-  const double line = line_height(painter);
-  const QPointF foot(plot.right() - edge - 8.0, plot.top() + edge + line + length);
-  painter.fillRect(QRectF(foot.x() - 10.0, plot.top() + edge - 4.0, 20.0, line + length + 8.0),
-                   QColor::fromRgba(backing));
-  painter.setPen(QPen(Qt::black, 1.5));
-  paint_arrow(painter, foot, {0.0, length}, Qt::black);
-  painter.setPen(Qt::black);
-  painter.drawText(QRectF(foot.x() - 10.0, plot.top() + edge - 2.0, 20.0, line), Qt::AlignCenter, "N");
-}
-
 /// The largest round length whose arrow has room.
 double legend_length(double pixels) {
   constexpr std::array lengths{1.0, 0.5, 0.2, 0.1, 0.05, 0.02};
@@ -128,6 +116,18 @@ bool any_without(const MapContents& contents) {
 double arrow_pixels(const MapLook& look) {
   constexpr double usual = 150.0;
   return usual * look.arrow_size;
+}
+
+void paint_north(QPainter& painter, const QRectF& plot) {
+  constexpr double length = 34.0;
+  const double line = line_height(painter);
+  const QPointF foot(plot.right() - edge - 8.0, plot.top() + edge + line + length);
+  painter.fillRect(QRectF(foot.x() - 10.0, plot.top() + edge - 4.0, 20.0, line + length + 8.0),
+                   QColor::fromRgba(backing));
+  painter.setPen(QPen(Qt::black, 1.5));
+  paint_arrow(painter, foot, {0.0, length}, Qt::black);
+  painter.setPen(Qt::black);
+  painter.drawText(QRectF(foot.x() - 10.0, plot.top() + edge - 2.0, 20.0, line), Qt::AlignCenter, "N");
 }
 
 void paint_scale_and_north(QPainter& painter, const QRectF& plot, const PlanFrame& frame) {

@@ -16,6 +16,8 @@ inline constexpr QColor imaginary_colour(0, 114, 178);  // differs from black to
 /// Pixels of an arrow of length 1.
 double arrow_pixels(const MapLook& look);
 
+/// The arrow that says that up is north, at the upper right of a plan.
+void paint_north(QPainter& painter, const QRectF& plot);
 /// The scale bar at the lower left, the north arrow at the upper right of the plan.
 void paint_scale_and_north(QPainter& painter, const QRectF& plot, const PlanFrame& frame);
 

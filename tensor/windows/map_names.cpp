@@ -49,7 +49,9 @@ std::vector<PlacedName> placed_names(const std::vector<NamedDot>& dots, const QF
     const QSizeF text(metrics.horizontalAdvance(dot.name), metrics.height());
     for (const QPointF corner :
          {QPointF(-text.width() / 2.0, -reach - text.height()), QPointF(-text.width() / 2.0, reach),
-          QPointF(reach, -text.height() / 2.0), QPointF(-reach - text.width(), -text.height() / 2.0)}) {
+          QPointF(reach, -text.height() / 2.0), QPointF(-reach - text.width(), -text.height() / 2.0),
+          QPointF(reach, -reach - text.height()), QPointF(-reach - text.width(), reach),
+          QPointF(-reach - text.width(), -reach - text.height()), QPointF(reach, reach)}) {
       const QRectF room(dot.at + corner, text);
       if (area.contains(room) && taken.is_free(room)) {
         taken.take(room);

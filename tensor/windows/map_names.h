@@ -31,8 +31,8 @@ struct PlacedName {
   QString name;
 };
 
-/// Above its dot, below, to the right or to the left of it, whichever is the first to be free; a name without
-/// room is left out. The dots themselves are taken beforehand.
+/// Above its dot, below, to the right or to the left of it, or between these, whichever is the first to be
+/// free; a name without room is left out. The dots themselves are taken beforehand.
 std::vector<PlacedName> placed_names(const std::vector<NamedDot>& dots, const QFontMetricsF& metrics,
                                      const QRectF& area, TakenRooms& taken);
 

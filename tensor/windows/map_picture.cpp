@@ -8,6 +8,7 @@
 #include "platform/graph/picture_axes.h"
 #include "tensor/glyphs.h"
 #include "tensor/windows/glyph_painter.h"
+#include "tensor/windows/graticule_painter.h"
 #include "tensor/windows/map_legend.h"
 #include "tensor/windows/map_names.h"
 
@@ -38,6 +39,7 @@ struct Drawing {
   std::vector<QPointF> places;      // of all sites
   std::vector<std::size_t> within;  // sites whose glyphs can be seen
   double radius = 0.0;              // of ellipses
+  std::vector<QRectF> taken;        // by what no name may cover
 
   /// Pixels around a site that its glyph takes.
   [[nodiscard]] double reach(std::size_t index) const {
@@ -125,6 +127,7 @@ void paint_names(const Drawing& drawing) {
   constexpr double share = 0.8;  // of a glyph's box: its corners are mostly free
   constexpr double gap = 2.0;
   TakenRooms taken;
+  std::ranges::for_each(drawing.taken, [&](const QRectF& room) { taken.take(room); });
   std::vector<NamedDot> dots;
   for (const std::size_t index : drawing.within) {
     const QPointF at = drawing.places[index];
@@ -180,6 +183,25 @@ void paint_heading(const Drawing& drawing, const QRectF& area) {
   drawing.painter.drawText(room, Qt::AlignCenter,
                            metrics.elidedText(QString::fromStdString(drawing.contents.heading) + period,
                                               Qt::ElideMiddle, room.width()));
+}
+
+/// Only the places of sites are known to be of a map system. @return what its numbers cover
+std::vector<QRectF> paint_latitudes(const Drawing& drawing) {
+  const SiteMap& map = drawing.contents.map;
+  if (map.source != Module_projections::PlaceSource::sites) {
+    return {};
+  }
+  const PlanFrame& frame = drawing.frame;
+  const FrameSize size{drawing.plot.width(), drawing.plot.height()};
+  const double half_width = 0.5 * size.width / frame.scale;
+  const double half_height = 0.5 * size.height / frame.scale;
+  const auto lines =
+      Module_projections::graticule(map.parameters, {frame.east - half_width, frame.east + half_width,
+                                                     frame.north - half_height, frame.north + half_height});
+  return paint_graticule(drawing.painter, drawing.plot, lines, [&](const numerics::geodesy::MapPlace& place) {
+    const PicturePlace at = to_picture(frame, size, place.easting, place.northing);
+    return drawing.plot.topLeft() + QPointF(at.x, at.y);
+  });
 }
 
 void paint_sites(const Drawing& drawing) {
@@ -251,7 +273,7 @@ void paint_map(QPainter& painter, const QRectF& area, const MapContents& content
     painter.restore();
     return;
   }
-  Drawing drawing{painter, contents, map_area(area), shown_frame(contents, area), {}, {}, 0.0};
+  Drawing drawing{painter, contents, map_area(area), shown_frame(contents, area), {}, {}, 0.0, {}};
   drawing.places = places_of(contents, drawing.frame, drawing.plot);
   drawing.radius = ellipse_radius(contents, drawing.frame);
   const double reach = std::max(drawing.radius, arrow_pixels(contents.look));
@@ -262,6 +284,7 @@ void paint_map(QPainter& painter, const QRectF& area, const MapContents& content
     }
   }
   paint_heading(drawing, area);
+  drawing.taken = paint_latitudes(drawing);
   painter.save();
   paint_sites(drawing);
   paint_scale_and_north(painter, drawing.plot, drawing.frame);

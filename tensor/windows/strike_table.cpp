@@ -9,6 +9,7 @@
 
 #include "core/number_text.h"
 #include "platform/widgets/copy_cells.h"
+#include "platform/widgets/number_cell.h"
 #include "platform/widgets/panel_controls.h"
 
 using Module_tensor::EyReason;
@@ -47,21 +48,7 @@ const char* const hints[] = {
     "What has to be known of the station"};
 
 constexpr int station_role = Qt::UserRole;
-constexpr int number_role = Qt::UserRole + 1;
-
-/// A cell that is sorted by its number, those without one at the end.
-class NumberCell final : public QTableWidgetItem {
- public:
-  NumberCell(const QString& text, double number) : QTableWidgetItem(text) {
-    setData(number_role, number);
-    setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  }
-  bool operator<(const QTableWidgetItem& other) const override {
-    const double left = data(number_role).toDouble();
-    const double right = other.data(number_role).toDouble();
-    return std::isnan(right) ? !std::isnan(left) : left < right;
-  }
-};
+constexpr int number_role = NumberCell::number_role;
 
 QTableWidgetItem* number_cell(double number, const char* picture) {
   return new NumberCell(std::isnan(number) ? QString("-") : qt_text(format_number(number, picture)), number);

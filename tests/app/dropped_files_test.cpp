@@ -126,7 +126,7 @@ class DroppedFilesTest : public QObject, private WindowFixture {
     const auto& curve = Module_averaged_data::data_sets().station.slots.at(0).reading.curve;
     QVERIFY(curve.count() > 10);
     QVERIFY(control<VexGraphControl>("vxgraph_station_0")->isVisible());
-    QVERIFY(control<QLabel>("Status_site_map_1")->text().startsWith("Data import complete. 10 of 10 files"));
+    QVERIFY(control<QLabel>("Label_work")->toolTip().contains("Data import complete. 10 of 10 files"));
   }
 
   void a_survey_is_opened_and_takes_the_files_dropped_with_it() {

@@ -3,15 +3,19 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QKeySequence>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
+#include <QSet>
 #include <QSplitterHandle>
 #include <QTest>
 #include <QTimer>
 #include <filesystem>
 #include <memory>
 
+#include "app/recent_surveys.h"
 #include "core/preferences.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
@@ -181,7 +185,7 @@ class FormMainTest : public QObject, private WindowFixture {
     (*interface_)->path_answers.push_back(folder_->path("new.mdb"));
     QTest::mouseClick(control("Command_new_survey"), Qt::LeftButton);
     expect_menus(true);
-    QVERIFY(control("Label_no_readings")->isVisible());
+    QVERIFY(control("Command_first_import")->isVisible());
     QVERIFY(!control("Splitter_profile")->isVisible());
   }
 
@@ -208,21 +212,88 @@ class FormMainTest : public QObject, private WindowFixture {
     QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
   }
 
-  void items_without_effect_do_nothing() {
+  void items_without_work_are_disabled_and_say_why() {
     start();
     open_by_key(make_survey("survey.mdb", true));
-    const QString title = window_->windowTitle();
     QStringList names = {"menu_delete_thresholds", "menu_delete_overrides"};
     for (int index = 0; index < 6; ++index) {
       names.append(QString("menu_display_database_by_%1").arg(index));
     }
     for (const QString& name : names) {
-      QVERIFY2(item(name)->isEnabled(), qPrintable(name));
-      item(name)->trigger();
+      QVERIFY2(!item(name)->isEnabled() && item(name)->toolTip().size() > 40, qPrintable(name));
     }
-    QCOMPARE(window_->windowTitle(), title);
-    QVERIFY(QApplication::activeModalWidget() == nullptr);
+    for (const char* const name : {"menu_display_database", "menu_delete"}) {
+      const QAction* const submenu = control<QMenu>(name)->menuAction();
+      QVERIFY(!submenu->isEnabled());
+      QCOMPARE(submenu->toolTip(), control<QMenu>(name)->actions().front()->toolTip());
+    }
+    QVERIFY(control<QMenu>("menu_database")->toolTipsVisible());
+  }
+
+  void every_menu_has_a_mnemonic_of_its_own() {
+    start();
+    open_by_key(make_survey("survey.mdb", true));
+    QList<QMenu*> menus = window_->menuBar()->findChildren<QMenu*>();
+    QStringList faults;
+    const auto look_into = [&faults](const QString& where, const QList<QAction*>& items) {
+      QSet<QString> keys;
+      for (const QAction* const each : items) {
+        if (each->isSeparator() || !each->isVisible()) {
+          continue;
+        }
+        const QString key = QKeySequence::mnemonic(each->text()).toString();
+        if (key.isEmpty() || keys.contains(key)) {
+          faults << where + ": " + each->text();
+        }
+        keys.insert(key);
+      }
+    };
+    look_into("the bar", window_->menuBar()->actions());
+    for (const QMenu* const menu : menus) {
+      look_into(menu->title(), menu->actions());
+    }
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join("; ")));
+  }
+
+  void the_first_page_has_recent_surveys_and_says_which_have_gone() {
+    const std::string gone = make_survey("gone.mdb", false);
+    const std::string there = make_survey("there.mdb", true);
+    start();
+    open_by_key(gone);
+    open_by_key(there);
+    item("menu_database_file_2")->trigger();
+    std::filesystem::remove(gone);
+    Q_EMIT control<QMenu>("menu_file")->aboutToShow();
+    QVERIFY(item("menu_file_list_1")->text().endsWith("gone.mdb (not found)"));
+    QVERIFY(control<QPushButton>("Command_recent_1")->text().endsWith("gone.mdb (not found)"));
+    QVERIFY(!control<QPushButton>("Command_recent_0")->text().contains("not found"));
+    QTest::mouseClick(control<QPushButton>("Command_recent_1"), Qt::LeftButton);
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{"The specified file does not exist"});
+    QTest::mouseClick(control<QPushButton>("Command_recent_0"), Qt::LeftButton);
+    expect_menus(true);
+    QCOMPARE(session().database_file, there);
+  }
+
+  void long_paths_keep_their_ends() {
+    const QString path("/home/someone/surveys/a long name of a project/2026/second campaign/line_200E.mdb");
+    const QString shown = shortened_path(path, 50);
+    QCOMPARE(shown.size(), 50);
+    QVERIFY(shown.startsWith("/home/someone/") && shown.endsWith("/line_200E.mdb"));
+    QCOMPARE(shortened_path("/a/b.mdb", 50), QString("/a/b.mdb"));
+    QCOMPARE(shortened_path(QString(200, 'x'), 50).size(), 50);
+  }
+
+  void the_first_page_makes_the_sample_survey() {
+    start();
+    (*interface_)->path_answers.push_back(folder_->path("try.mdb"));
+    QTest::mouseClick(control<QPushButton>("Command_sample_survey"), Qt::LeftButton);
     QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+    expect_menus(true);
+    QCOMPARE(session().station_count, 24);
+    QCOMPARE(session().stations_in_line, 12);
+    QVERIFY(std::filesystem::exists(folder_->path("try_field_files/L200E_S0100_E1_R4096.edi")));
+    const auto* const line = control<QLabel>("Label_work");
+    QVERIFY(line->isVisible() && line->toolTip().contains("try_field_files"));
   }
 
   void undo_follows_its_stack() {

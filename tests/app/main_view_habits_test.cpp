@@ -55,6 +55,12 @@ class Disabled : public QObject {
   }
 };
 
+void drag_with_shift(QWidget& graph, QPoint from, QPoint to) {
+  QTest::mousePress(&graph, Qt::LeftButton, Qt::ShiftModifier, from);
+  move(graph, to, Qt::LeftButton);
+  QTest::mouseRelease(&graph, Qt::LeftButton, Qt::ShiftModifier, to);
+}
+
 QChar mnemonic(const QString& caption) {
   const qsizetype at = QString(caption).replace("&&", "  ").indexOf('&');
   return at < 0 ? QChar() : caption[at + 1].toLower();
@@ -78,6 +84,36 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
  private Q_SLOTS:
   void init() { open_made_survey(); }
   void cleanup() { close_survey(); }
+
+  void marked_points_are_masked_with_one_key_and_come_back_with_one_undo() {
+    auto* const graph = control<VexGraphControl>("vxgraph_station_0");
+    const auto ID = averaged::data_sets().station.slots.front().reading.ID;
+    const QPoint around(9, 9);
+    const QPoint at = graph->point_position(0, 2)->toPoint();
+    drag_with_shift(*graph, at - around, at + around);
+    QVERIFY(item("menu_mask_marked")->isEnabled());
+    QVERIFY(control<QLabel>("Status_site_map_1")->text().contains("marked: Delete masks"));
+    QTest::keyClick(window_.get(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QVERIFY(!item("menu_mask_marked")->isEnabled());
+    QTest::keyClick(window_.get(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(stored_mask(ID, 2), 1);
+    QCOMPARE(undo_count(), 0U);
+
+    drag_with_shift(*graph, at - around, at + around);
+    QTest::keyClick(window_.get(), Qt::Key_Escape);
+    QVERIFY(!item("menu_mask_marked")->isEnabled());
+    QTest::keyClick(window_.get(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 1);
+
+    drag_with_shift(*graph, at - around, at + around);
+    QTest::keyClick(window_.get(), Qt::Key_Right);  // the average isn't seen any more; the profile stays
+    QCOMPARE(averaged::data_sets().station.key.station, 200.0);
+    QVERIFY(control<QLabel>("Status_site_map_1")->text().startsWith("1 point marked"));
+    QTest::keyClick(window_.get(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QCOMPARE(Module_Brenlox::top_undo().size(), 1U);
+  }
 
   void each_graph_is_drawn_once_or_not_at_all() {
     struct Case {

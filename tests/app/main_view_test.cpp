@@ -169,20 +169,53 @@ class MainViewTest : public QObject, private MainViewFixture {
     QVERIFY(session().plan_window.plan_x_centre < centre);
     QTest::mouseClick(plan, Qt::LeftButton, {}, picture_of(3) + QPoint(4, 3));
     QCOMPARE(session().current_station, 300.0);
-    QVERIFY(control<QWidget>("Picture_raw_data")->isVisible());
+    QVERIFY(plan->isVisible());
+  }
+
+  void frequencies_are_switched_by_shift_click_and_range_and_saved_when_asked() {
+    QTimer::singleShot(0, window_.get(), [this] {
+      auto* const dialog = QApplication::activeModalWidget();
+      auto* const grid = dialog->findChild<QTableWidget*>("Grid_frequencies");
+      const auto click = [grid](int row, Qt::KeyboardModifiers keys) {
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, keys,
+                          grid->visualItemRect(grid->item(row, 1)).center());
+      };
+      const auto count = [dialog] { return dialog->findChild<QLabel*>("Label_count")->text(); };
+      click(4, {});
+      click(2, Qt::ShiftModifier);
+      QCOMPARE(count(), QString("4 of 7 are used"));
+      auto* const from = dialog->findChild<QLineEdit*>("Text_from");
+      from->setText("x");
+      QTest::mouseClick(dialog->findChild<QPushButton*>("Command_leave_range"), Qt::LeftButton);
+      QCOMPARE(interface_->take_messages().size(), 1U);
+      QCOMPARE(count(), QString("4 of 7 are used"));
+      from->setText("64");
+      QTest::mouseClick(dialog->findChild<QPushButton*>("Command_leave_range"), Qt::LeftButton);
+      QCOMPARE(count(), QString("3 of 7 are used"));
+      (*interface_)->yes_no_answers = {true};
+      QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    menu("menu_thresholds");
+    QCOMPARE(session().frequencies.enabled, (std::vector<std::int32_t>{1, 1, 0, 0, 0, 1, 0}));
   }
 
   void a_frequency_switched_off_leaves_the_graphs_once_it_is_saved() {
     const auto in_dialog = [&](bool save) {
       QTimer::singleShot(0, window_.get(), [save] {
         auto* const dialog = QApplication::activeModalWidget();
+        const bool active = QTest::qWaitFor([dialog] { return QApplication::activeWindow() == dialog; });
         auto* const grid = dialog->findChild<QTableWidget*>("Grid_frequencies");
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
                           grid->visualItemRect(grid->item(1, 1)).center());
+        QTest::keyClick(dialog, Qt::Key_Z, Qt::ControlModifier);
+        const bool undone = !dialog->findChild<QPushButton*>("Command_save_changes")->isEnabled();
+        QTest::keyClick(dialog, Qt::Key_Y, Qt::ControlModifier);
         if (save) {
           QTest::mouseClick(dialog->findChild<QPushButton*>("Command_save_changes"), Qt::LeftButton);
         }
         QTest::mouseClick(dialog->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
+        QVERIFY2(active, save ? "saving" : "leaving");
+        QVERIFY2(undone, save ? "saving" : "leaving");
       });
       menu("menu_thresholds");
     };
@@ -191,9 +224,11 @@ class MainViewTest : public QObject, private MainViewFixture {
     };
     const std::vector<int> before = draws();
     in_dialog(false);
+    QCOMPARE((*interface_)->questions.size(), 1U);  // answered with No
     QVERIFY(shown());
     QCOMPARE(draws(), before);
     in_dialog(true);
+    QCOMPARE((*interface_)->questions.size(), 1U);
     QVERIFY(!shown());
     QCOMPARE(difference(before, draws()), std::vector<int>(6, 1));
   }

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -30,6 +31,8 @@
 #include "platform/windows/qt_user_interface.h"
 #include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
+#include "reduction/edits/masks.h"
+#include "rhoplus/windows/Form_line_chi.h"
 #include "rhoplus/windows/Form_rhoplus.h"
 #include "rhoplus/windows/Form_rhoplus_inversion.h"
 #include "tests/app/main_view_fixture.h"
@@ -87,6 +90,10 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
   }
 
   std::unique_ptr<SettingsStore> earlier_store_;
+  QUrl opened_;
+
+ public Q_SLOTS:
+  void take_opened(const QUrl& url) { opened_ = url; }
 
  private Q_SLOTS:
   void init() {
@@ -199,12 +206,43 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QVERIFY(results() == nullptr);
   }
 
+  void points_are_marked_masked_and_brought_back_in_the_window_of_the_fit() {
+    invert();
+    QVERIFY(QTest::qWaitForWindowActive(results()));
+    const auto ID = Module_averaged_data::data_sets().station.slots.front().reading.ID;
+    auto* const graph = result<VexGraphControl>("vxgraph_station_0");
+    const QPoint at = graph->point_position(0, 2)->toPoint();
+    const QPoint around(9, 9);
+    QTest::mousePress(graph, Qt::LeftButton, Qt::ShiftModifier, at - around);
+    QMouseEvent move(QEvent::MouseMove, at + around, graph->mapToGlobal(at + around), Qt::NoButton,
+                     Qt::LeftButton, Qt::ShiftModifier);
+    QApplication::sendEvent(graph, &move);
+    QTest::mouseRelease(graph, Qt::LeftButton, Qt::ShiftModifier, at + around);
+    QVERIFY(result_action("menu_mask_marked")->isEnabled());
+    QVERIFY(item("menu_mask_marked")->isEnabled());
+    QTest::keyClick(results(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QVERIFY(!graph->point_position(0, 2).has_value());
+    QTest::keyClick(results(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(stored_mask(ID, 2), 1);
+    QTest::keyClick(results(), Qt::Key_Y, Qt::ControlModifier);
+    QCOMPARE(stored_mask(ID, 2), 0);
+    QVERIFY(results()->isVisible());
+    QCOMPARE(result<QLabel>("Label_run_note")->text(), QString());
+    for (std::size_t repeat = 1; repeat <= made::line_repeats; ++repeat) {
+      QCOMPARE(Module_averaged_data::set_repeat_use(repeat, Module_averaged_data::UseFlag::reading, false),
+               Module_averaged_data::Edit::changed);
+    }
+    results()->refresh_rhoplus_results();
+    QCOMPARE(result<QLabel>("Label_run_note")->text(), QString("Rests on readings that are switched off"));
+  }
+
   void the_log_takes_the_place_of_the_grid() {
     invert();
     const auto* const log = result<QPlainTextEdit>("Text_rhoplus_out");
     auto* const button = result<QPushButton>("Command_rhoplus_log");
     QVERIFY(log->isHidden());
-    QCOMPARE(button->text(), QString("Data"));
+    QCOMPARE(button->text(), QString("Results"));
     QTest::mouseClick(button, Qt::LeftButton);
     QVERIFY(log->isVisible());
     QVERIFY(log->toPlainText().size() > 200);
@@ -214,23 +252,51 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(button->text(), QString("Results"));
   }
 
-  void run_all_goes_to_the_end_of_the_line_or_stops() {
+  void run_all_goes_through_the_whole_line_and_lists_chi() {
     invert();
     auto* const run = result<QPushButton>("Command_run_all");
+    auto* const bar = result<QScrollBar>("HScroll_repeat");
+    bar->setValue(2);
     std::vector<double> inverted;
-    connect(results(), &Form_rhoplus_inversion::station_chosen, this,
-            [&inverted] { inverted.push_back(session().current_station); });
+    const auto going_through = connect(results(), &Form_rhoplus_inversion::station_chosen, this,
+                                       [&inverted] { inverted.push_back(session().current_station); });
+    const auto* const picture = result<VexGraphControl>("vxgraph_station_0");
+    QCoreApplication::processEvents();
+    const int draws = picture->draw_count();
     QTest::mouseClick(run, Qt::LeftButton);
     QCOMPARE(inverted, (std::vector<double>{100.0, 200.0, 300.0}));
-    QCOMPARE(session().current_station, 100.0);  // where it began
-    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 100"));
+    QCOMPARE(picture->draw_count(), draws + 4);  // once each, and the station where it began again
+    QCOMPARE(session().current_station, 200.0);
+    QCOMPARE(results()->windowTitle(), QString("Rhoplus Inversion for Line 200E, Station 200"));
     QVERIFY(!chi().isEmpty());
-    QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_200.out")));
+    QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_100.out")));
     QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_300.out")));
     QCOMPARE(run->text(), QString("Run All"));
-    QVERIFY(result<QScrollBar>("HScroll_repeat")->isEnabled());
+    QVERIFY(bar->isEnabled());
+    disconnect(going_through);
 
-    result<QScrollBar>("HScroll_repeat")->setValue(1);
+    auto* const table = results()->findChild<Form_line_chi*>();
+    QVERIFY(table != nullptr && table->isVisible());
+    auto* const grid = table->findChild<QTableWidget*>("Grid_chi");
+    QCOMPARE(grid->rowCount(), 3);
+    QCOMPARE(grid->item(grid->currentRow(), 0)->text(), QString("200"));
+    QCOMPARE(grid->item(grid->currentRow(), 4)->text(), chi());
+    grid->sortByColumn(0, Qt::DescendingOrder);
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(0, 0)).center());
+    QCOMPARE(session().current_station, 300.0);
+    QCOMPARE(grid->item(0, 4)->text(), chi());
+    bar->setValue(1);
+    QCOMPARE(grid->item(grid->currentRow(), 0)->text(), QString("100"));
+    const std::string path = folder_->path("chi.txt");
+    (*interface_)->path_answers = {path};
+    QTest::mouseClick(table->findChild<QPushButton*>("Command_save_table"), Qt::LeftButton);
+    QVERIFY(file_contents(path).starts_with("Station\tSite\tValues\t"));
+    QVERIFY(file_contents(path).find("\n300\t") < file_contents(path).find("\n100\t"));
+  }
+
+  void a_stopped_run_lists_what_it_has_reached() {
+    invert();
+    auto* const run = result<QPushButton>("Command_run_all");
     QTimer::singleShot(0, run, [this, run] {
       QCOMPARE(run->text(), QString("Stop Inverting"));
       QVERIFY(!result<QScrollBar>("HScroll_repeat")->isEnabled());
@@ -240,6 +306,21 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(session().current_station, 100.0);
     QCOMPARE(run->text(), QString("Run All"));
     QVERIFY(!session().updating_controls);
+    auto* const table = results()->findChild<Form_line_chi*>();
+    QCOMPARE(table->findChild<QTableWidget*>("Grid_chi")->rowCount(), 1);
+    QVERIFY(table->findChild<QLabel*>("Label_chi_summary")->text().startsWith("Stopped before the end"));
+  }
+
+  void closing_the_main_window_ends_a_run() {
+    invert();
+    QTimer::singleShot(0, window_.get(), [this] { QVERIFY(window_->close()); });
+    QTest::mouseClick(result<QPushButton>("Command_run_all"), Qt::LeftButton);
+    QVERIFY(!window_->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(results() == nullptr);
+    QVERIFY(!session().updating_controls);
+    QVERIFY(std::filesystem::exists(folder_->path("NRRef/200E/tmd_100.out")));
+    QVERIFY(!std::filesystem::exists(folder_->path("NRRef/200E/tmd_300.out")));
   }
 
   void a_click_of_the_mouse_stops_a_run_and_reaches_no_other_window() {
@@ -254,9 +335,8 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
       }
     };
     auto* const run = result<QPushButton>("Command_run_all");
-    QTimer::singleShot(50, run, [&] {
+    QTimer::singleShot(0, run, [&] {
       click(*control<QPushButton>("Command_show_plan"));
-      QVERIFY(!window_->close());
       QMessageBox message(window_.get());
       QTimer::singleShot(0, &message, [&message] { QTest::keyClick(&message, Qt::Key_Escape); });
       message.exec();  // comes to an end
@@ -322,6 +402,14 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
       dialog->findChild<QCheckBox*>("Check_rhoplus_apply_static")->click();
       dialog->findChild<QComboBox*>("Combo_use_file_errors")->setCurrentIndex(1);
       QTest::mouseClick(dialog->findChild<QPushButton*>("Command_done"), Qt::LeftButton);
+      QVERIFY2(dialog->isVisible(), "two entries can't be used");
+      QCOMPARE(dialog->focusWidget(), name);
+      const auto* const faults = dialog->findChild<QLabel*>("Label_invalid_entries");
+      QCOMPARE(faults->text(), QString("The root name must not be blank\n"
+                                       "Resistivity error floor: \"much\" is not a number above 0"));
+      name->setText("run");
+      QCOMPARE(faults->text(), QString("Resistivity error floor: \"much\" is not a number above 0"));
+      QTest::keyClick(dialog, Qt::Key_Escape);
     });
     window_->findChild<QAction*>("menu_rhoplus_options")->trigger();
     QCOMPARE(QString::fromStdString(rhoplus_settings().root_name), QString("run"));
@@ -381,8 +469,16 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     (*interface_)->stop = [] { return false; };
     (*interface_)->path_answers = {path};
     print->trigger();
-    QCOMPARE(interface_->take_messages(),
-             std::vector<std::string>{"The graphs of line 200E are written to " + path});
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+    const auto* const told = control<QLabel>("Label_work");
+    QVERIFY(told->isVisible());
+    QVERIFY(
+        told->toolTip().contains(QString::fromStdString("The graphs of line 200E are written to " + path)));
+    QDesktopServices::setUrlHandler("file", this, "take_opened");
+    Q_EMIT control<QLabel>("Label_work")->linkActivated("folder");
+    QDesktopServices::unsetUrlHandler("file");
+    QCOMPARE(opened_, QUrl::fromLocalFile(QString::fromStdString(folder_->path(".")))
+                          .adjusted(QUrl::NormalizePathSegments | QUrl::StripTrailingSlash));
     QCOMPARE(file_contents(path).substr(0, 5), std::string("%PDF-"));
 
     (*interface_)->path_answers = {session().database_file};

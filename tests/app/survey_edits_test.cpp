@@ -103,9 +103,9 @@ class SurveyEditsTest : public QObject, private MainViewFixture {
       (*interface_)->yes_no_answers = {true};
       press_in(dialog, "Command_remove");
     });
-    QVERIFY(control<QLabel>("Label_no_readings")->isVisible());
+    QVERIFY(control<QPushButton>("Command_first_import")->isVisible());
     menu("menu_database_undo_removal");
-    QVERIFY(!control<QLabel>("Label_no_readings")->isVisible());
+    QVERIFY(!control<QPushButton>("Command_first_import")->isVisible());
     QCOMPARE(session().station_count, 5);
   }
 

@@ -204,7 +204,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     (*interface_)->path_answers.push_back(folder_->path("survey.mdb"));
     click(*window_, "Command_new_survey");
     QVERIFY(session().database_open);
-    QVERIFY(control("Label_no_readings")->isVisible());
+    QVERIFY(control("Command_first_import")->isVisible());
   }
 
   static QColor bad_repeat_colour() {
@@ -270,7 +270,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
                  .record_count(),
              0);
     const std::string first = made::whole_readings_table();
-    QVERIFY(!control("Label_no_readings")->isVisible());
+    QVERIFY(!control("Command_first_import")->isVisible());
     QCOMPARE(control<QComboBox>("Combo_line")->currentText(), QString("200E"));
     QCOMPARE(control<QScrollBar>("HScroll_repeat")->maximum(), 3);
     QCOMPARE(text("Text_sample_station"), QString("100"));

@@ -16,6 +16,7 @@
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QToolBar>
 #include <algorithm>
 #include <fstream>
 #include <vector>
@@ -56,6 +57,7 @@ constexpr Keys keys_of_windows[] = {
     {"occam_response"},
     {"projection", "Command_done"},
     {"tutorial", "Command_done"},
+    {"keys", "Command_done"},
     {"about", "Command_done", true},
     {"memory_status", "Command_done", true},
     {"whats_new", "Command_done", true},
@@ -64,6 +66,7 @@ constexpr Keys keys_of_windows[] = {
     {"rhoplus_options", "Command_done", true},
     {"rhoplus_results"},
     {"rhoplus_log"},
+    {"rhoplus_line"},
     {"occam_inversion"},
     {"pseudo_section", nullptr, false, true},  // the section has it: arrow keys step through stations
     {"strike"},
@@ -117,8 +120,11 @@ bool has_a_name(QWidget& control) {
 }
 
 /// Only the button of a group that is chosen takes the keyboard; arrows go on to the others. A text to read
-/// has a click at most.
+/// has a click at most. Buttons of a toolbar repeat what menus and keys do.
 bool must_be_reached(const QWidget& control) {
+  if (qobject_cast<const QToolBar*>(control.parentWidget()) != nullptr) {
+    return false;
+  }
   const auto* const option = qobject_cast<const QRadioButton*>(&control);
   const auto* const text = qobject_cast<const QLineEdit*>(&control);
   return (option == nullptr || option->isChecked()) && (text == nullptr || !text->isReadOnly());
@@ -126,6 +132,10 @@ bool must_be_reached(const QWidget& control) {
 
 QStringList faults_of_controls(const QWidget& window) {
   QStringList faults;
+  // What a screen of 1366 by 768 has room for beside frame, title and a bar of the desktop.
+  if (const QSize least = window.minimumSizeHint(); least.width() > 1350 || least.height() > 690) {
+    faults << QString("it needs %1 by %2 pixels").arg(least.width()).arg(least.height());
+  }
   for (QWidget* const control : controls_on_show(window)) {
     if (control->toolTip().isEmpty()) {
       faults << "no tool tip on " + name_of(control);
@@ -351,6 +361,34 @@ class WindowsTest : public QObject, private MainViewFixture {
       QTest::mouseClick(tutorial->findChild<QPushButton*>("Command_back"), Qt::LeftButton);
       QCOMPARE(pages->source(), manual_page("tutorial.md"));
     }
+  }
+
+  void help_lists_the_keys_and_is_searched() {
+    menu("menu_keys");
+    Form_tutorial* const help = tutorial_on_show();
+    QVERIFY(help != nullptr);
+    auto* const pages = help->findChild<QTextBrowser*>("Text_tutorial");
+    QCOMPARE(pages->source(), manual_page("keys.md"));
+    for (const QAction* const each : window_->findChildren<QAction*>()) {
+      if (!each->shortcut().isEmpty()) {
+        QVERIFY2(pages->toPlainText().contains(each->shortcut().toString()),
+                 qPrintable(each->shortcut().toString()));
+      }
+    }
+    auto* const words = help->findChild<QLineEdit*>("Text_search");
+    words->setText("  STATIC  factor ");
+    QTest::keyClick(words, Qt::Key_Return);
+    QVERIFY2(help->isVisible(), "Enter searches");
+    QVERIFY(pages->toPlainText().startsWith("Found: "));
+    QVERIFY(pages->toPlainText().contains("A first hour with Brenlox"));
+    Q_EMIT pages->anchorClicked(QUrl("found:0"));
+    QCOMPARE(pages->source(), manual_page("tutorial.md"));
+    QCOMPARE(pages->textCursor().selectedText().toLower(), QString("static"));
+    words->setText("xyzzy");
+    QTest::keyClick(words, Qt::Key_Return);
+    QVERIFY(pages->toPlainText().startsWith("Nothing was found"));
+    QTest::mouseClick(help->findChild<QPushButton*>("Command_back"), Qt::LeftButton);
+    QCOMPARE(pages->source(), manual_page("tutorial.md"));
   }
 };
 

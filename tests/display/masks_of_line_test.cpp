@@ -66,7 +66,7 @@ TEST_F(MasksOfLine, Are_undone_after_a_change_of_data_type_and_line) {
   open_lines();
   ASSERT_EQ(session().current_data_type, "EyHx");
   const std::string before = made::whole_readings_table();
-  ASSERT_EQ(set_merged_points(of_all_curves()), Edit::changed);
+  ASSERT_EQ(set_points(of_all_curves()), Edit::changed);
   EXPECT_EQ(data_sets().profile.columns[1].mask[2][0], 0);
   const std::string masked = made::whole_readings_table();
 

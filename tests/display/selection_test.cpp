@@ -139,7 +139,7 @@ TEST_F(Selection, A_station_loads_what_is_new) {
   EXPECT_FALSE(display_station(4, {}).show_line);
 }
 
-TEST_F(Selection, A_new_line_type_or_reference_type_selects_the_first_station_and_keeps_undo) {
+TEST_F(Selection, A_new_line_selects_its_first_station_another_type_stays_and_both_keep_undo) {
   open_two_lines();
   (void)follow({.station_to_display = 2});
   Module_Brenlox::push_undo_static(1, 1.0F);
@@ -152,7 +152,7 @@ TEST_F(Selection, A_new_line_type_or_reference_type_selects_the_first_station_an
       {"the same line", [] { return choose_line(0, "100E"); }, -1},
       {"the same data type", [] { return choose_data_type("EyHx"); }, -1},
       {"the same reference type", [] { return choose_reference_type(0); }, -1},
-      {"a data type", [] { return choose_data_type("ExHy"); }, 1},
+      {"a data type", [] { return choose_data_type("ExHy"); }, 2},
       {"a line", [] { return choose_line(1, "1000E"); }, 3},
       {"a reference type", [] { return choose_reference_type(1); }, 3},
       {"back to the first line", [] { return choose_line(0, "100E"); }, 1},

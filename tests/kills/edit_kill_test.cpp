@@ -55,7 +55,7 @@ class RandomEdits {
     for (const ProfileColumn& column : data_sets().profile.columns) {
       curves.push_back({column.ID, {{4.0F, component, upto(2) > 0}}});
     }
-    return set_merged_points(curves);
+    return set_points(curves);
   }
 
   void edit() {

@@ -2,7 +2,9 @@
 
 #include <filesystem>
 
-#include "tests/reduction/made_readings.h"
+#include "output/rhoplus.h"
+#include "output/zonge.h"
+#include "tests/reduction/made_line.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_output;
@@ -93,6 +95,29 @@ TEST_F(SurveyTest, A_chosen_line_is_written_only_over_a_file_that_may_go) {
             Texts{"Data output completed. 0 rows written to " + path + ", with line.mde and line.stn"});
   EXPECT_NE(file_contents(path), "earlier");
   EXPECT_TRUE(std::filesystem::exists(folder.path("line.mde")));
+}
+
+TEST_F(SurveyTest, Output_tells_once_of_curves_whose_readings_are_all_switched_off) {
+  new_survey();
+  made::store_line(3);
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsDataTable WHERE ReductionType = 0 AND SampleRate = 64 AND Station < 300");
+  for (; !rows.eof(); rows.move_next()) {
+    rows.edit();
+    rows.set_bit("UseReading", false);
+    rows.update();
+  }
+  const Module_database::LineSelection line{"200E", 0, "ExHy", 50.0F};
+  const std::string told =
+      "No reading is in use, and the earlier curve remains: station 100, ExHy, 64 Hz; station 200, ExHy, 64 "
+      "Hz";
+  int row_count = 0;
+  ASSERT_EQ(output_zonge(line, folder.path("line.avg"), {}, row_count), 0);
+  EXPECT_EQ(interface.take_messages(), Texts{told});
+  RhoplusCounts counts;
+  ASSERT_EQ(output_rhoplus(line, folder.path("rhoplus"), {}, {}, counts, {}), 0);
+  EXPECT_EQ(interface.take_messages(), Texts{told});
+  EXPECT_EQ(counts.stations, 3);
 }
 
 TEST_F(SurveyTest, After_a_stop_the_panel_says_what_is_written) {

@@ -24,6 +24,8 @@ class SurveyTest : public ::testing::Test {
     session().database_file = folder.path(name);
     EXPECT_EQ(Module_database::create_database(), 0);
     EXPECT_EQ(Module_database::open_database(), 0);
+    interface->progress.clear();  // of the opening; a test looks at that of its own work
+    interface->progress_texts.clear();
     return session().database_file;
   }
 

@@ -8,8 +8,10 @@
 #include <QWheelEvent>
 #include <limits>
 
+#include "core/scope_guard.h"
 #include "graph_samples.h"
 #include "platform/graph/axis_ticks.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/graph/pdf_pages.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/recording_interface.h"
@@ -44,8 +46,9 @@ void move(VexGraphControl& control, QPoint to, Qt::MouseButtons buttons = Qt::No
   QApplication::sendEvent(&control, &event);
 }
 
-void drag(VexGraphControl& control, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
-  QTest::mousePress(&control, button, {}, from);
+void drag(VexGraphControl& control, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton,
+          Qt::KeyboardModifiers keys = {}) {
+  QTest::mousePress(&control, button, keys, from);
   move(control, (from + to) / 2, button);
   move(control, to, button);
   QTest::mouseRelease(&control, button, {}, to);
@@ -161,6 +164,44 @@ class GraphControlTest : public QObject {
     QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, from);
     QCOMPARE(selected.size(), 0);
     QVERIFY(!control_->zoomed());
+  }
+
+  void drag_with_shift_reports_what_it_encloses_where_points_can_be_marked() {
+    std::vector<graph::PointIndex> enclosed;
+    int reports = 0;
+    connect(control_.get(), &VexGraphControl::points_enclosed, this,
+            [&](const std::vector<graph::PointIndex>& points) {
+              enclosed = points;
+              ++reports;
+            });
+    const QPoint around(6, 6);
+    control_->set_marking(true);
+    drag(*control_, place(0, 1) + around, place(0, 1) - around, Qt::LeftButton, Qt::ShiftModifier);
+    QCOMPARE(reports, 1);
+    QCOMPARE(enclosed.size(), 1U);
+    QCOMPARE(enclosed.front(), (graph::PointIndex{0, 1}));
+    const QPoint corner = control_->plot_area().topLeft() - QPoint(5, 5);
+    drag(*control_, corner, control_->plot_area().bottomRight() + QPoint(5, 5), Qt::LeftButton,
+         Qt::ShiftModifier);
+    std::size_t drawn = 0;
+    for (int series = 0; series < 2; ++series) {
+      for (int point = 0; point < 4; ++point) {
+        const auto at = control_->point_position(series, point);
+        drawn += at && control_->plot_area().contains(at->toPoint()) ? 1 : 0;
+      }
+    }
+    QCOMPARE(enclosed.size(), drawn);
+    QVERIFY(drawn > 3 && !control_->zoomed());
+    drag(*control_, place(0, 1), place(0, 1) + QPoint(120, -90));
+    QVERIFY(control_->zoomed());
+    QCOMPARE(reports, 2);
+
+    control_->reset_zoom();
+    control_->draw_graph();
+    control_->set_marking(false);
+    drag(*control_, place(0, 1), place(0, 1) + QPoint(120, -90), Qt::LeftButton, Qt::ShiftModifier);
+    QVERIFY(control_->zoomed());
+    QCOMPARE(reports, 2);
   }
 
   void chart_may_go_in_the_middle_of_a_drag() {
@@ -356,6 +397,36 @@ class GraphControlTest : public QObject {
     moved.clear();
     QApplication::sendEvent(control_.get(), &leave);
     QCOMPARE(moved.last().at(0).toBool(), true);
+  }
+
+  void periods_rise_to_the_right_and_the_view_stays_one_of_frequencies() {
+    graph::FrequencyAxis& axis = graph::FrequencyAxis::instance();
+    const ScopeGuard back([&] { axis.show_periods(false); });
+    control_->set_x_frequency();
+    control_->draw_graph();
+    const graph::AxisRange home = control_->x_range();
+    const int low_frequency = place(0, 0).x();
+    const int high_frequency = place(0, 1).x();
+    QVERIFY(low_frequency < high_frequency);
+    axis.show_periods(true);
+    QTest::qWait(20);
+    QCOMPARE(control_->x_range(), home);
+    QVERIFY(place(0, 0).x() > place(0, 1).x());
+    QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
+    control_->set_point_text([](int, int) { return QStringLiteral("10 Hz"); });
+    move(*control_, place(1, 1));
+    QVERIFY(std::abs(moved.last().at(1).toDouble() * 10.0 - 1.0) < 0.03);
+    QCOMPARE(QToolTip::text(), QStringLiteral("10 Hz\nPeriod 0.1 s"));
+    const QRect area = control_->plot_area();
+    drag(*control_, place(1, 1), area.bottomRight() - QPoint(5, 5), Qt::LeftButton);  // the longer periods
+    QVERIFY(control_->zoomed());
+    QVERIFY(std::abs(control_->x_range().upper / 10.0 - 1.0) < 0.05);
+    QVERIFY(control_->x_range().lower < 1.0);
+    control_->reset_zoom();
+    axis.show_periods(false);
+    control_->draw_graph();
+    QTest::qWait(20);
+    QCOMPARE(place(0, 0).x(), low_frequency);
   }
 
   void overlay_reaches_both_edges_whatever_the_limits_become() {

@@ -88,7 +88,7 @@ class SetPoints : public SurveyTest {
 
 TEST_F(SetPoints, Are_one_command_over_stations_and_modes) {
   const std::string before = made::whole_readings_table();
-  ASSERT_EQ(set_merged_points(of_the_line()), Edit::changed);
+  ASSERT_EQ(set_points(of_the_line()), Edit::changed);
   EXPECT_EQ(Module_Brenlox::undo_count(), 6U);
   EXPECT_EQ(Module_Brenlox::top_undo().size(), 6U) << "one command";
   for (const double station : {100.0, 200.0, 300.0}) {
@@ -131,8 +131,8 @@ TEST_F(SetPoints, Take_what_is_there_and_leave_the_rest) {
                                          {ID, {{1.0F, Component::phase, true}}},   // counts already
                                          {99999, {{1.0F, Component::phase, false}}},
                                          {ID, {}}};
-  EXPECT_EQ(set_merged_points(nothing), Edit::nothing);
-  EXPECT_EQ(set_merged_points({}), Edit::nothing);
+  EXPECT_EQ(set_points(nothing), Edit::nothing);
+  EXPECT_EQ(set_points({}), Edit::nothing);
   EXPECT_TRUE(made::whole_readings_table() == before);
   EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
 
@@ -140,10 +140,10 @@ TEST_F(SetPoints, Take_what_is_there_and_leave_the_rest) {
   const std::vector<CurvePoints> twice{{ID, {{1.0F, Component::phase, false}}},
                                        {99999, {{1.0F, Component::phase, false}}},
                                        {ID, {{8.0F, Component::phase, false}}}};
-  ASSERT_EQ(set_merged_points(twice), Edit::changed);
+  ASSERT_EQ(set_points(twice), Edit::changed);
   EXPECT_EQ(mask_of(ID), "10111110111111");
   const std::vector<CurvePoints> back{{ID, {{1.0F, Component::phase, true}}}};
-  ASSERT_EQ(set_merged_points(back), Edit::changed);
+  ASSERT_EQ(set_points(back), Edit::changed);
   EXPECT_EQ(mask_of(ID), "11111110111111");
   ASSERT_EQ(undo_last_change().edit, Edit::changed);
   ASSERT_EQ(undo_last_change().edit, Edit::changed);
@@ -155,7 +155,7 @@ TEST_F(SetPoints, Leave_everything_as_it_was_when_stopped_or_failed) {
   const std::string before = made::whole_readings_table();
   int asked = 0;
   interface->stop = [&asked] { return ++asked > 3; };
-  EXPECT_EQ(set_merged_points(curves), Edit::nothing);
+  EXPECT_EQ(set_points(curves), Edit::nothing);
   EXPECT_TRUE(made::whole_readings_table() == before);
   EXPECT_FALSE(interface->progress.empty());
   interface->stop = [] { return false; };
@@ -165,7 +165,7 @@ TEST_F(SetPoints, Leave_everything_as_it_was_when_stopped_or_failed) {
   row.set_long("NumFrequencies", 99);
   row.update();
   const std::string damaged = made::whole_readings_table();
-  EXPECT_EQ(set_merged_points(curves), Edit::failed);
+  EXPECT_EQ(set_points(curves), Edit::failed);
   EXPECT_EQ(interface.take_messages().size(), 1U);
   EXPECT_TRUE(made::whole_readings_table() == damaged) << "nor the rows before the damaged one";
   EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
@@ -179,7 +179,7 @@ TEST_F(SetPoints, Are_refused_in_a_survey_that_can_only_be_read) {
   ASSERT_EQ(Module_database::open_database(), 0);
   interface.take_messages();
   const std::string before = made::whole_readings_table();
-  EXPECT_EQ(set_merged_points(curves), Edit::failed);
+  EXPECT_EQ(set_points(curves), Edit::failed);
   EXPECT_EQ(interface.take_messages().size(), 1U);
   EXPECT_TRUE(made::whole_readings_table() == before);
   EXPECT_EQ(Module_Brenlox::undo_count(), 0U);

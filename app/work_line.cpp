@@ -1,0 +1,58 @@
+#include "app/work_line.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QLabel>
+#include <QTime>
+#include <QToolButton>
+#include <QUrl>
+#include <algorithm>
+
+#include "platform/widgets/panel_controls.h"
+
+WorkLine::WorkLine(QWidget* parent)
+    : QStatusBar(parent),
+      Label_work_(named(new QLabel, "Label_work")),
+      Command_forget_work_(named(new QToolButton, "Command_forget_work")) {
+  setObjectName("Status_work");
+  setSizeGripEnabled(false);
+  Label_work_->setTextFormat(Qt::RichText);
+  Label_work_->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+  Label_work_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  connect(Label_work_, &QLabel::linkActivated, this, &WorkLine::open_folder);
+  Command_forget_work_->setText("\u00d7");
+  Command_forget_work_->setAutoRaise(true);
+  Command_forget_work_->setToolTip("Takes this line away");
+  Command_forget_work_->setAccessibleName("Take the line about the last work away");
+  Command_forget_work_->setFocusPolicy(Qt::TabFocus);
+  connect(Command_forget_work_, &QToolButton::clicked, this, &QWidget::hide);
+  addWidget(Label_work_, 1);
+  addPermanentWidget(Command_forget_work_);
+  hide();
+}
+
+void WorkLine::tell(const QString& text, const QString& path) {
+  text_ = QTime::currentTime().toString("HH:mm") + "  " + QString(text).replace('\n', ' ');
+  const QFileInfo written(path);
+  folder_ = path.isEmpty() || written.isDir() ? path : written.absolutePath();
+  Label_work_->setAccessibleName(text_);
+  Label_work_->setToolTip(plain_tool_tip(folder_.isEmpty() ? text_ : text_ + "\nA click opens " + folder_));
+  show();
+  show_text();
+}
+
+void WorkLine::resizeEvent(QResizeEvent* event) {
+  QStatusBar::resizeEvent(event);
+  show_text();
+}
+
+/// Both ends of a long line say something: what was done, and the name of the file.
+void WorkLine::show_text() {
+  constexpr int margins_and_button = 60;
+  const QString shown = fontMetrics()
+                            .elidedText(text_, Qt::ElideMiddle, std::max(width() - margins_and_button, 0))
+                            .toHtmlEscaped();
+  Label_work_->setText(folder_.isEmpty() ? shown : "<a href=\"folder\">" + shown + "</a>");
+}
+
+void WorkLine::open_folder() const { QDesktopServices::openUrl(QUrl::fromLocalFile(folder_)); }

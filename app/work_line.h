@@ -1,0 +1,30 @@
+// work_line.h: the status bar of the main window: what the last work has written and where. A click opens the
+// folder.
+#pragma once
+#include <QStatusBar>
+
+class QLabel;
+class QToolButton;
+
+class WorkLine : public QStatusBar {
+  Q_OBJECT
+
+ public:
+  /// Hidden until there is something to tell.
+  explicit WorkLine(QWidget* parent = nullptr);
+
+  /// @param path  of a file or folder; empty: nothing to open
+  void tell(const QString& text, const QString& path);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void show_text();
+  void open_folder() const;
+
+  QLabel* Label_work_;
+  QToolButton* Command_forget_work_;
+  QString text_;
+  QString folder_;
+};

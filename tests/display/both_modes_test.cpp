@@ -1,0 +1,101 @@
+#include "display/both_modes.h"
+
+#include "display/graph_clicks.h"
+#include "display/point_texts.h"
+#include "display/raw_plot.h"
+#include "display/station_plot.h"
+#include "tests/display/made_survey.h"
+
+using namespace Module_display_data;
+using Module_averaged_data::data_sets;
+
+namespace {
+
+class BothModes : public MadeSurveyTest {
+ public:
+  ~BothModes() override {
+    ask_for_both_modes(false);
+    (void)load_other_mode();
+  }
+
+ protected:
+  /// Line 200E with both modes at its first station, and ExHy alone at its second. ExHy is selected.
+  void open_modes() {
+    made::ReadingKey key = made::key(64.0F, 100.0);
+    key.data_type = "EyHx";
+    for (const int event : {1, 2}) {
+      made::store(key, event, made::reading({{1.0F, 9.0F, -130.0F}, {4.0F, 8.0F, -140.0F}}));
+    }
+    open_line(2);
+    ASSERT_EQ(Module_averaged_data::recalculate_merged(), 0);
+    go(choose_data_type("ExHy"));
+    go({.station_to_display = 1});
+    ask_for_both_modes(true);
+    ASSERT_EQ(load_other_mode(), 0);
+  }
+  static void go(const Redisplay& choice) {
+    if (choice.station_to_display > 0) {
+      ASSERT_FALSE(display_station(choice.station_to_display, {}).failed);
+    }
+  }
+};
+
+}  // namespace
+
+TEST_F(BothModes, Stand_beside_each_other_in_their_colours_and_documents_have_one) {
+  open_modes();
+  const std::size_t own = data_sets().station.slots.size();
+  const GraphPair both = station_plot(false, Modes::both);
+  ASSERT_EQ(both.phase.table.series.size(), own + 2);  // merged curve and average of one scan rate
+  EXPECT_EQ(both.phase.series_styles[0].colour, mode_colour("ExHy"));
+  EXPECT_EQ(both.phase.series_styles[1].colour, pale_mode_colour("ExHy"));
+  EXPECT_EQ(both.phase.series_styles[own].colour, mode_colour("EyHx"));
+  EXPECT_LT(both.phase.y.minimum, -140.0);
+  EXPECT_GT(both.phase.y.maximum, 41.0);
+  EXPECT_LT(station_plot(true, Modes::both).phase.y.minimum, -140.0) << "the line's own scale has no EyHx";
+  EXPECT_EQ(station_series_label(0), "Merged data, ExHy");
+  EXPECT_EQ(station_series_label(own + 1), "Averaged data for 64, EyHx");
+  EXPECT_TRUE(
+      station_point_text(own, 1, Component::phase).starts_with("Merged data, EyHx: 4.0000 Hz, -140.00"));
+  EXPECT_EQ(station_plot(false).phase.table.series.size(), own);
+
+  const std::size_t own_repeats = data_sets().repeats.slots.size();
+  EXPECT_EQ(raw_plot(false, Modes::both).phase.table.series.size(), own_repeats + 3);
+  EXPECT_EQ(raw_plot(false).phase.table.series.size(), own_repeats);
+  EXPECT_EQ(raw_series_label(own_repeats), "Average, EyHx");
+  EXPECT_EQ(raw_series_label(own_repeats + 2), "Repeat 2, EyHx");
+  EXPECT_TRUE(raw_series_label(1).ends_with("ExHy"));
+}
+
+TEST_F(BothModes, A_click_on_the_other_one_selects_it_and_masks_nothing) {
+  open_modes();
+  const std::string before = made::whole_readings_table();
+  const std::size_t own = data_sets().station.slots.size();
+  const PointClick click = click_station_point(Component::phase, own, 1, "4.0000");
+  EXPECT_EQ(click.data_type, "EyHx");
+  EXPECT_EQ(click.edit, Edit::nothing);
+  const PointClick raw = click_raw_point(Component::phase, data_sets().repeats.slots.size() + 1, 1);
+  EXPECT_EQ(raw.data_type, "EyHx");
+  EXPECT_EQ(raw.event_text, "1");
+  EXPECT_EQ(made::whole_readings_table(), before);
+  go(choose_data_type(click.data_type));
+  ASSERT_EQ(load_other_mode(), 0);
+  EXPECT_EQ(session().current_station, 100.0);
+  EXPECT_EQ(other_mode().station.key.data_type, "ExHy");
+  EXPECT_EQ(click_station_point(Component::phase, 0, 1, click.frequency_text).edit, Edit::changed);
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.counts_at(2, 1), 0);
+  EXPECT_TRUE(click_station_point(Component::phase, 99, 0, "").series_label.empty());
+}
+
+TEST_F(BothModes, Are_one_where_the_survey_has_no_other_and_neighbours_hide_its_averages) {
+  open_modes();
+  go({.station_to_display = 2});
+  ASSERT_EQ(load_other_mode(), 0);
+  EXPECT_TRUE(other_mode().station.slots.empty() && other_mode().repeats.slots.empty());
+  EXPECT_EQ(station_series_label(0), "Merged data");
+  ASSERT_FALSE(display_station(1, {.show = true, .count = 1}).failed);
+  ASSERT_EQ(load_other_mode(), 0);
+  EXPECT_EQ(other_mode().station.slots.size(), 1U);
+  EXPECT_EQ(other_mode_of("ExHx"), "EyHy");
+  EXPECT_EQ(other_mode_of("HzHx"), "");
+}

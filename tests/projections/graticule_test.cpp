@@ -1,0 +1,62 @@
+#include "projections/graticule.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+using namespace Module_projections;
+using namespace numerics::geodesy;
+
+namespace {
+
+TransformParameters utm(int zone, int hemisphere) {
+  CoordinateSystemValues values;
+  values.projection = projection_utm;
+  values.datum = 4326;
+  values.hemisphere = hemisphere;
+  values.zone_number = zone;
+  values.zone_width = 6.0;
+  return crdprm(values);
+}
+
+std::vector<std::string> labels(const std::vector<GraticuleLine>& lines, bool meridians) {
+  std::vector<std::string> texts;
+  for (const GraticuleLine& line : lines) {
+    if (line.meridian == meridians) {
+      texts.push_back(line.label);
+    }
+  }
+  return texts;
+}
+
+}  // namespace
+
+TEST(Graticule, Lines_are_at_round_values_and_where_the_projection_puts_them) {
+  // Zone 55 south, 40 km around the central meridian of 147 E at about 36 S.
+  const TransformParameters system = utm(55, hemisphere_south);
+  const MapPlace middle = ll2en(system, {-36.0, 147.0});
+  const std::vector<GraticuleLine> lines = graticule(
+      system, {middle.easting - 20e3, middle.easting + 20e3, middle.northing - 20e3, middle.northing + 20e3});
+  EXPECT_EQ(labels(lines, true), (std::vector<std::string>{"146\u00b050'E", "146\u00b055'E", "147\u00b0E",
+                                                           "147\u00b005'E", "147\u00b010'E"}));
+  EXPECT_EQ(labels(lines, false), (std::vector<std::string>{"36\u00b010'S", "36\u00b005'S", "36\u00b0S",
+                                                            "35\u00b055'S", "35\u00b050'S"}));
+  const auto central = std::ranges::find(lines, "147\u00b0E", &GraticuleLine::label);
+  for (const MapPlace& place : central->places) {
+    EXPECT_NEAR(place.easting, 500000.0, 1e-3);  // the central meridian of a zone is straight
+  }
+  const auto beside = std::ranges::find(lines, "147\u00b010'E", &GraticuleLine::label);
+  EXPECT_LT(beside->places.front().easting, beside->places.back().easting);  // towards the equator they part
+}
+
+TEST(Graticule, Small_parts_have_seconds_and_places_off_the_map_no_lines) {
+  const TransformParameters system = utm(32, hemisphere_north);
+  const std::vector<GraticuleLine> close = graticule(system, {500010.0, 500090.0, 5300010.0, 5300090.0});
+  ASSERT_FALSE(close.empty());
+  EXPECT_TRUE(std::ranges::any_of(
+      close, [](const GraticuleLine& line) { return line.label.find('"') != std::string::npos; }));
+  EXPECT_TRUE(graticule(system, {1e12, 2e12, 1e12, 2e12}).empty());
+  EXPECT_EQ(graticule_label(0.0, false), "0\u00b0");
+  EXPECT_EQ(graticule_label(-71.2625, true), "71\u00b015'45\"W");
+}
