@@ -165,7 +165,9 @@ void SurveyDisplay::reload_readings() {
   const std::string raw = raw_.series();
   const bool raw_shown = panels_.plan->shows_raw_data();
   Q_EMIT survey_changed();
-  apply(readings_changed());
+  Redisplay redisplay = readings_changed();
+  redisplay.draw_profile = true;  // its curves may be others now
+  apply(redisplay);
   if (averaged::same_station(before.curves, shown_.curves)) {
     panels_.station->show_series(station);
     raw_.show_series(raw);
@@ -274,7 +276,7 @@ void SurveyDisplay::apply(const Redisplay& redisplay) {
     Q_EMIT selection_changed();
   }
   if (redisplay.station_to_display > 0) {
-    display_station(redisplay.station_to_display);
+    display_station(redisplay.station_to_display, redisplay.draw_profile);
   } else {
     draw(redisplay);
   }

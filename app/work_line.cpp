@@ -25,19 +25,23 @@ WorkLine::WorkLine(QWidget* parent)
   Command_forget_work_->setToolTip("Takes this line away");
   Command_forget_work_->setAccessibleName("Take the line about the last work away");
   Command_forget_work_->setFocusPolicy(Qt::TabFocus);
-  connect(Command_forget_work_, &QToolButton::clicked, this, &QWidget::hide);
+  connect(Command_forget_work_, &QToolButton::clicked, this, [this] { tell({}, {}); });
+  QSizePolicy keeps_its_place = Command_forget_work_->sizePolicy();
+  keeps_its_place.setRetainSizeWhenHidden(true);  // graphs don't move when there is something to tell
+  Command_forget_work_->setSizePolicy(keeps_its_place);
   addWidget(Label_work_, 1);
   addPermanentWidget(Command_forget_work_);
-  hide();
+  tell({}, {});
 }
 
 void WorkLine::tell(const QString& text, const QString& path) {
-  text_ = QTime::currentTime().toString("HH:mm") + "  " + QString(text).replace('\n', ' ');
+  text_ = text.isEmpty() ? text
+                         : QTime::currentTime().toString("HH:mm") + "  " + QString(text).replace('\n', ' ');
   const QFileInfo written(path);
   folder_ = path.isEmpty() || written.isDir() ? path : written.absolutePath();
   Label_work_->setAccessibleName(text_);
   Label_work_->setToolTip(plain_tool_tip(folder_.isEmpty() ? text_ : text_ + "\nA click opens " + folder_));
-  show();
+  Command_forget_work_->setVisible(!text.isEmpty());
   show_text();
 }
 

@@ -10,9 +10,10 @@ class WorkLine : public QStatusBar {
   Q_OBJECT
 
  public:
-  /// Hidden until there is something to tell.
+  /// Blank until there is something to tell.
   explicit WorkLine(QWidget* parent = nullptr);
 
+  /// @param text  empty takes the line away
   /// @param path  of a file or folder; empty: nothing to open
   void tell(const QString& text, const QString& path);
 

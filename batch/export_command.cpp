@@ -58,14 +58,6 @@ int write_lines(const ExportChoices& choices) {
   return status != 0 || result.stopped || result.declined ? -1 : 0;
 }
 
-bool is_map(ExportFormat format) { return format == ExportFormat::geojson || format == ExportFormat::kml; }
-
-LineKinds kinds_of(ExportFormat format) {
-  return is_map(format)                ? LineKinds::first
-         : format == ExportFormat::csv ? LineKinds::one_of_any
-                                       : LineKinds::one;
-}
-
 bool same_inversion(const Module_output::RhoplusSettings& a, const Module_output::RhoplusSettings& b) {
   const auto options = [](const Module_output::RhoplusSettings& settings) {
     return std::tie(settings.resistivity_error_floor, settings.phase_error_floor, settings.resistivity_scale,
@@ -106,7 +98,7 @@ int run_export(ExportOptions& options) {
         choices.lines = lines;
         return write_lines(choices);
       },
-      kinds_of(choices.format));
+      line_kinds(choices.format));
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "import/import_run.h"
 #include "import/quiet_interface.h"
 #include "import/report_groups.h"
+#include "import/report_texts.h"
 #include "platform/files/files_in_use.h"
 #include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
@@ -25,7 +26,6 @@ namespace {
 
 using formats::FileReport;
 using Module_data_file::DecodeRow;
-using Module_data_file::GroupKind;
 using Module_data_file::ImportChoices;
 using Module_data_file::ImportMode;
 using Module_data_file::ImportReport;
@@ -52,47 +52,15 @@ void print_stations(const ImportReport& report) {
   }
 }
 
-/// Files that gave nothing, or an error on the way: those of one reason in one message.
-void print_failures(const ReportGroup& group, const ImportReport& report) {
-  if (group.files.size() == 1) {
-    const FileReport& file = report.files[group.files.front().index];
-    user_interface().show_message((file.readings > 0 ? "Imported in part: " : "Not imported: ") + file.file +
-                                  ": " + group.text);
-    return;
-  }
-  std::string text = group.title();
-  for (const ReportGroup::File& file : group.files) {
-    text += "\n  " + report.files[file.index].file;
-  }
-  user_interface().show_message(text);
-}
-
-/// Says what needs an action, each kind in a message, with the option that would help.
-void print_problems(const std::vector<ReportGroup>& groups, const ImportReport& report) {
-  for (const ReportGroup& group : groups) {
-    if (group.kind == GroupKind::failure) {
-      print_failures(group, report);
-    } else if (group.kind == GroupKind::different_sites) {
-      user_interface().show_message("Different sites come to one line and station, as its repeats:\n" +
-                                    Module_data_file::list_of_shared_stations(report.shared_stations));
-    } else if (group.needs_action()) {
-      user_interface().show_message(group.title() + (group.advice.empty() ? "" : "; " + group.advice));
-    }
-  }
-}
-
 /// What was read otherwise than it stands or left unused, a line for each kind; the report has it by file.
 void print_remarks(const std::vector<ReportGroup>& groups) {
   constexpr std::size_t most_kinds = 20;
-  std::size_t kinds = 0;
-  for (const ReportGroup& group : groups) {
-    if (group.kind > GroupKind::replaced && ++kinds <= most_kinds) {
-      std::cout << group.title() << ": " << group.remarks
-                << (group.remarks == 1 ? " remark\n" : " remarks\n");
-    }
+  const std::vector<std::string> kinds = Module_data_file::remark_texts(groups);
+  for (std::size_t kind = 0; kind < std::min(kinds.size(), most_kinds); ++kind) {
+    std::cout << kinds[kind] << '\n';
   }
-  if (kinds > most_kinds) {
-    std::cout << "and " << kinds - most_kinds << " more kinds of remarks\n";
+  if (kinds.size() > most_kinds) {
+    std::cout << "and " << kinds.size() - most_kinds << " more kinds of remarks\n";
   }
 }
 
@@ -112,22 +80,10 @@ void print_accounts(const ImportReport& report) {
   }
 }
 
-void print_summary(const ImportReport& report, bool scan) {
-  std::int64_t readings = 0;
-  std::int64_t failed = 0;
-  for (const FileReport& file : report.files) {
-    readings += file.readings;
-    failed += !file.failure.empty() || file.readings == 0 ? 1 : 0;
-  }
-  std::cout << report.files.size() << (report.files.size() == 1 ? " file, " : " files, ") << readings
-            << (scan ? " readings met, " : " readings stored, ") << failed
-            << (failed == 1 ? " file" : " files") << " without a reading or with an error\n";
-  if (report.files_replaced() > 0) {
-    std::cout << report.files_replaced() << (report.files_replaced() == 1 ? " file" : " files")
-              << " replaced readings of an earlier import\n";
-  }
+void print_summary(const ImportReport& report, ImportMode mode) {
+  std::cout << Module_data_file::counts_text(report, mode) << '\n';
   if (report.stopped) {
-    user_interface().show_message("Stopped; what was stored by then is kept");
+    user_interface().show_message(Module_data_file::import_stopped);
   }
 }
 
@@ -145,24 +101,27 @@ std::vector<std::filesystem::path> files_read(const ImportOptions& options,
 }
 
 int import_files(const ImportOptions& options, const FoundFiles& files) {
-  PlannedImport planned{options.choices, {}, {}};
-  if (options.proposals) {
-    planned = plan_import(options, files);
+  PlannedImport planned{options.request.choices, {}, {}};
+  if (options.request.proposals) {
+    planned = plan_import(options.request, files);
     print_proposals(planned, files);
     print_plan_problems(planned);
   }
   ImportReport report;
-  const int result = Module_data_file::run_import(
-      planned.choices, files.paths, options.scan ? ImportMode::scan : ImportMode::import, report, {},
-      Module_data_file::SharedStations::tell, options.proposals ? &planned.plan : nullptr);
+  const ImportMode mode = options.scan ? ImportMode::scan : ImportMode::import;
+  const int result = Module_data_file::run_import(planned.choices, files.paths, mode, report, {},
+                                                  Module_data_file::SharedStations::tell,
+                                                  options.request.proposals ? &planned.plan : nullptr);
   if (options.scan) {
     print_stations(report);
   }
   print_accounts(report);
   const std::vector<ReportGroup> groups =
       Module_data_file::report_groups(report, Module_data_file::OptionNames::batch);
-  print_problems(groups, report);
-  print_summary(report, options.scan);
+  for (const std::string& problem : Module_data_file::problem_texts(groups, report)) {
+    user_interface().show_message(problem);
+  }
+  print_summary(report, mode);
   print_remarks(groups);
   if (!options.report.empty() && write_report(report, options.report) != 0) {
     return -1;
@@ -189,7 +148,7 @@ bool read_columns(const std::string& text, DecodeRow& row) {
 
 /// Brings the options into the choices. @return false after a message on what doesn't fit
 bool take_options(ImportOptions& options) {
-  ImportChoices& choices = options.choices;
+  ImportChoices& choices = options.request.choices;
   for (std::size_t row = 0; row < options.columns.size(); ++row) {
     if (!options.columns[row].empty() && !read_columns(options.columns[row], choices.decode[row])) {
       return false;
@@ -200,6 +159,8 @@ bool take_options(ImportOptions& options) {
   choices.turn_ey = options.turn_ey == "always"   ? TurnEy::always
                     : options.turn_ey == "needed" ? TurnEy::where_needed
                                                   : TurnEy::never;
+  options.request.turn_ey_given = !options.turn_ey.empty();
+  options.request.looks = options.dry_run;
   if (options.by_distance) {
     choices.stations_by = StationsBy::distance;
   } else if (options.by_sectid) {
@@ -223,13 +184,13 @@ bool take_options(ImportOptions& options) {
 
 /// What has to be given where nothing is proposed.
 bool has_required(const ImportOptions& options) {
-  if (options.choices.ReferenceType < 0) {
+  if (options.request.choices.ReferenceType < 0) {
     user_interface().show_message("--reference is required without --auto");
     return false;
   }
   constexpr std::array<const char*, 3> names{"line", "event", "rate"};
   for (std::size_t row = 0; row < names.size(); ++row) {
-    const DecodeRow& decode = options.choices.decode[row];
+    const DecodeRow& decode = options.request.choices.decode[row];
     if (!decode.use_file_name && decode.specified.empty()) {
       user_interface().show_message("--" + std::string(names[row]) + " or --" + names[row] +
                                     "-columns is required without --auto");
@@ -241,8 +202,8 @@ bool has_required(const ImportOptions& options) {
 
 /// Whether the choices can be imported, before anything is opened; those that are proposed pass.
 bool has_sound_choices(const ImportOptions& options) {
-  ImportChoices choices = options.choices;
-  if (options.proposals) {
+  ImportChoices choices = options.request.choices;
+  if (options.request.proposals) {
     choices.ReferenceType = std::max(choices.ReferenceType, 0);
     for (DecodeRow& row : choices.decode) {
       row.specified = row.specified.empty() ? "1" : row.specified;
@@ -290,7 +251,7 @@ int run_import_command(ImportOptions& options) {
   if (!options.report.empty()) {
     options.report = path_from_here(options.report);
   }
-  const FoundFiles files = find_files(options);
+  const FoundFiles files = find_files(options.request);
   if (files.stopped) {
     user_interface().show_message("Stopped; nothing is stored");
     return status_failed;
@@ -318,14 +279,14 @@ void add_decode_row(Parser& parser, const std::string& name, const std::string& 
 
 Command add_import_command(Program& program) {
   const auto options = std::make_shared<ImportOptions>();
-  ImportChoices& choices = options->choices;
+  ImportChoices& choices = options->request.choices;
   choices.ReductionType = 0;
   Parser parser =
       program.add_command("import", "Imports field files and brings averages and merged curves up to date");
   add_survey_argument(parser, options->survey);
-  parser.add_option("PATH", options->paths, "field files, and folders to search for them").required();
+  parser.add_option("PATH", options->request.paths, "field files, and folders to search for them").required();
   parser.add_flag(
-      "--auto", options->proposals,
+      "--auto", options->request.proposals,
       "look into the files and choose what isn't given: reference, line, event, rate, stations and "
       "what the data need; folders are searched for field files of all kinds");
   parser.add_flag("--dry-run", options->dry_run,
@@ -365,7 +326,7 @@ Command add_import_command(Program& program) {
       .one_of({"needed", "always", "never"});
   parser.add_flag("--convert-geographic", choices.convert_coordinates,
                   "stations get the files' latitude and longitude in the survey's projection as map place");
-  parser.add_option("--extension", options->extension,
+  parser.add_option("--extension", options->request.extension,
                     "extension of the files in folders: edi, with --auto any field file, unless it is given");
   parser.add_option("--report", options->report, "write what was done with each file as JSON");
   parser.add_flag("--scan", options->scan, "only list the stations; nothing is stored");

@@ -11,70 +11,13 @@
 #include "batch/command.h"
 #include "core/number_text.h"
 #include "database/sites.h"
-#include "database/sound_rows.h"
-#include "database/survey_database.h"
-#include "database/survey_lists.h"
+#include "database/survey_summary.h"
 
 namespace Batch {
 namespace {
 
-struct LineContents {
-  std::string line;
-  std::vector<double> stations;
-  std::vector<std::string> names;  // of their sites, likewise; empty if there is none
-};
-
-struct SurveyContents {
-  std::vector<std::pair<std::string, std::int32_t>> tables;  // name, rows
-  std::vector<LineContents> lines;
-  std::vector<Module_database::Site> sites;
-  std::vector<std::int32_t> reference_types;
-  std::vector<std::string> data_types;
-  std::vector<double> dipoles;     // m
-  std::vector<double> scan_rates;  // Hz; a merged curve has none
-};
-
-/// The values of one column of the readings, each once, ascending.
-template <class Read>
-auto distinct(const std::string& column, const std::string& condition, Read read) {
-  std::vector<std::invoke_result_t<Read, const dao::Recordset&>> values;
-  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT " + column + " FROM ReadingsDataTable" + condition + " ORDER BY " + column);
-  Module_database::for_each_sound_row(rows, [&](const dao::Recordset& row) { values.push_back(read(row)); });
-  return values;
-}
-
-std::vector<LineContents> read_lines() {
-  std::vector<LineContents> lines;
-  for (const Module_database::ListedStation& station : Module_database::listed_stations()) {
-    if (lines.empty() || lines.back().line != station.line) {
-      lines.push_back({station.line, {}, {}});
-    }
-    lines.back().stations.push_back(station.station);
-    lines.back().names.push_back(station.name);
-  }
-  return lines;
-}
-
-SurveyContents read_contents() {
-  dao::Database& database = Module_database::open_survey().database;
-  SurveyContents contents;
-  for (const std::string& table : database.table_names()) {
-    const dao::Recordset count = database.open_recordset("SELECT Count(*) AS Rows FROM [" + table + "]");
-    contents.tables.emplace_back(table, count.get_long("Rows"));
-  }
-  contents.lines = read_lines();
-  contents.sites = Module_database::listed_sites();
-  contents.reference_types =
-      distinct("ReferenceType", "", [](const dao::Recordset& row) { return row.get_long("ReferenceType"); });
-  contents.data_types =
-      distinct("DataType", "", [](const dao::Recordset& row) { return row.get_text("DataType"); });
-  contents.dipoles =
-      distinct("DipoleLength", "", [](const dao::Recordset& row) { return row.get_double("DipoleLength"); });
-  contents.scan_rates = distinct("SampleRate", " WHERE ReductionType<2",
-                                 [](const dao::Recordset& row) { return row.get_double("SampleRate"); });
-  return contents;
-}
+using Module_database::LineSummary;
+using Module_database::SurveySummary;
 
 nlohmann::ordered_json json_of(const std::vector<Module_database::Site>& sites) {
   using Json = nlohmann::ordered_json;
@@ -91,14 +34,14 @@ nlohmann::ordered_json json_of(const std::vector<Module_database::Site>& sites) 
   return list;
 }
 
-void print_json(const SurveyContents& contents) {
+void print_json(const SurveySummary& contents) {
   nlohmann::ordered_json json;
   json["tables"] = nlohmann::ordered_json::object();
   for (const auto& [table, rows] : contents.tables) {
     json["tables"][table] = rows;
   }
   json["lines"] = nlohmann::ordered_json::array();
-  for (const LineContents& line : contents.lines) {
+  for (const LineSummary& line : contents.lines) {
     json["lines"].push_back({{"line", line.line}, {"stations", line.stations}});
   }
   json["sites"] = json_of(contents.sites);
@@ -119,7 +62,7 @@ std::string joined(const std::vector<double>& values) {
 }
 
 /// "100 (ET001) 200 300 (ET003)"
-std::string stations_of(const LineContents& line) {
+std::string stations_of(const LineSummary& line) {
   std::string text;
   for (std::size_t index = 0; index < line.stations.size(); ++index) {
     text += (text.empty() ? "" : " ") + plain_text(line.stations[index]);
@@ -146,7 +89,7 @@ std::string reference_names(const std::vector<std::int32_t>& types) {
   return text;
 }
 
-void print_table(const SurveyContents& contents) {
+void print_table(const SurveySummary& contents) {
   constexpr int name_width = 28;
   std::cout << std::left;
   std::cout << std::setw(name_width) << "Table"
@@ -157,7 +100,7 @@ void print_table(const SurveyContents& contents) {
   std::cout << '\n'
             << std::setw(name_width) << "Line"
             << "Stations\n";
-  for (const LineContents& line : contents.lines) {
+  for (const LineSummary& line : contents.lines) {
     std::cout << std::setw(name_width) << line.line << stations_of(line) << '\n';
   }
   std::cout << '\n';
@@ -175,7 +118,7 @@ struct InfoOptions {
 
 int run_info(const InfoOptions& options) {
   return with_open_survey(options.survey, [&] {
-    const SurveyContents contents = read_contents();
+    const SurveySummary contents = Module_database::read_survey_summary();
     options.json ? print_json(contents) : print_table(contents);
     return 0;
   });

@@ -1,116 +1,10 @@
 #include "batch/line_options.h"
 
-#include <algorithm>
-#include <iterator>
-#include <utility>
-
 #include "batch/command.h"
 #include "batch/reading_option.h"
-#include "core/number_text.h"
 #include "core/text_fields.h"
-#include "core/user_interface.h"
-#include "database/survey_lists.h"
-#include "exchange/export_lists.h"
 
 namespace Batch {
-
-namespace {
-
-using Module_tensor::kinds_of_line;
-using Module_tensor::LineChoice;
-
-/// "0 and 1", "50, 100 and 200"
-std::string listed(const std::vector<std::string>& texts) {
-  std::string list;
-  for (std::size_t index = 0; index < texts.size(); ++index) {
-    const bool is_last = index + 1 == texts.size();
-    list += (index == 0 ? "" : is_last ? " and " : ", ") + texts[index];
-  }
-  return list;
-}
-
-std::string kind_text(const LineChoice& kind) {
-  return "reference type " + plain_text(kind.reference_type) + " with dipole " + plain_text(kind.dipole);
-}
-
-std::string listed(const std::vector<LineChoice>& kinds) {
-  std::vector<std::string> texts;
-  std::ranges::transform(kinds, std::back_inserter(texts), kind_text);
-  return listed(texts);
-}
-
-bool is_asked(const LineOptions& options, const LineChoice& kind) {
-  return (!options.reference_type || *options.reference_type == kind.reference_type) &&
-         (!options.dipole || *options.dipole == kind.dipole);
-}
-
-std::string needed_readings(LineKinds wanted) {
-  return wanted == LineKinds::one ? "readings of a tensor element" : "readings";
-}
-
-/// The one kind of a line's curves that the options choose; none after a message.
-std::optional<LineChoice> chosen_kind(const LineOptions& options, const std::string& line,
-                                      const std::vector<LineChoice>& kinds, LineKinds wanted) {
-  std::vector<LineChoice> asked;
-  std::ranges::copy_if(kinds, std::back_inserter(asked),
-                       [&](const LineChoice& kind) { return is_asked(options, kind); });
-  if (asked.size() == 1 || (wanted == LineKinds::first && !asked.empty())) {
-    return asked.front();
-  }
-  const std::string has = "Line " + line + " has " + listed(kinds);
-  user_interface().show_message(kinds.empty()   ? "Line " + line + " has no " + needed_readings(wanted)
-                                : asked.empty() ? has + ", not what --reference and --dipole ask for"
-                                                : has + "; choose with --reference and --dipole");
-  return std::nullopt;
-}
-
-/// The lines that the options name; none after a message.
-std::vector<std::string> chosen_lines(const LineOptions& options) {
-  std::vector<std::string> lines = Module_database::listed_lines();
-  const std::string named = Module_database::spelled_line(options.line);
-  if (lines.empty()) {
-    user_interface().show_message("The survey has no lines");
-  } else if (options.line.empty()) {
-    return lines;
-  } else if (std::ranges::find(lines, named) != lines.end()) {
-    return {named};
-  } else {
-    user_interface().show_message("The survey has no line " + options.line + "; it has " + listed(lines));
-  }
-  return {};
-}
-
-std::vector<LineChoice> kinds_of(const std::string& line, LineKinds wanted) {
-  return wanted == LineKinds::one ? kinds_of_line(line) : Module_exchange::all_kinds_of_line(line);
-}
-
-/// Of all lines, those without such readings are left out.
-std::vector<LineChoice> chosen(const LineOptions& options, LineKinds wanted) {
-  std::vector<LineChoice> choices;
-  const std::vector<std::string> lines = chosen_lines(options);
-  std::vector<std::string> left_out;
-  for (const std::string& line : lines) {
-    const std::vector<LineChoice> kinds = kinds_of(line, wanted);
-    if (kinds.empty() && options.line.empty()) {
-      left_out.push_back(line);
-      continue;
-    }
-    auto kind = chosen_kind(options, line, kinds, wanted);
-    if (!kind) {
-      return {};
-    }
-    choices.push_back(*std::move(kind));
-  }
-  if (choices.empty() && !lines.empty()) {
-    user_interface().show_message("No line of the survey has " + needed_readings(wanted));
-  } else if (!left_out.empty()) {
-    user_interface().show_message("Left out, as they have no " + needed_readings(wanted) + ": " +
-                                  listed(left_out));
-  }
-  return choices;
-}
-
-}  // namespace
 
 void add_line_options(Parser& parser, LineOptions& options, LineIs line) {
   add_survey_argument(parser, options.survey);
@@ -130,11 +24,15 @@ void add_line_options(Parser& parser, LineOptions& options, LineIs line) {
   parser.add_option("--dipole", options.dipole, "dipole length, m; may be left out if the line has one");
 }
 
-int with_lines(const LineOptions& options, const std::function<int(const std::vector<LineChoice>&)>& work,
+int with_lines(const LineOptions& options,
+               const std::function<int(const std::vector<Module_tensor::LineChoice>&)>& work,
                LineKinds kinds) {
   bool wrong_usage = false;
   const int status = with_open_survey(options.survey, [&] {
-    const std::vector<LineChoice> choices = chosen(options, kinds);
+    const std::vector<Module_tensor::LineChoice> choices = Module_exchange::choose_lines(
+        {options.line.empty() ? std::vector<std::string>() : std::vector{options.line},
+         options.reference_type, options.dipole, "--reference and --dipole"},
+        kinds);
     const int worked = choices.empty() ? status_wrong_usage : work(choices);
     wrong_usage = worked == status_wrong_usage;
     return worked;
@@ -142,8 +40,9 @@ int with_lines(const LineOptions& options, const std::function<int(const std::ve
   return wrong_usage ? status_wrong_usage : status;
 }
 
-int with_line(const LineOptions& options, const std::function<int(const LineChoice&)>& work) {
-  return with_lines(options, [&](const std::vector<LineChoice>& choices) { return work(choices.front()); });
+int with_line(const LineOptions& options, const std::function<int(const Module_tensor::LineChoice&)>& work) {
+  return with_lines(
+      options, [&](const std::vector<Module_tensor::LineChoice>& choices) { return work(choices.front()); });
 }
 
 }  // namespace Batch

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "batch/options.h"
+#include "exchange/asked_lines.h"
 #include "tensor/line_curves.h"
 
 namespace Batch {
@@ -22,11 +23,7 @@ enum class LineIs { required, optional };
 /// Adds the positional SURVEY.mdb, --line, --reference and --dipole.
 void add_line_options(Parser& parser, LineOptions& options, LineIs line = LineIs::required);
 
-enum class LineKinds {
-  one,         // reference type and dipole must be chosen where a line has several
-  one_of_any,  // likewise, of readings of any data type
-  first        // where they make no difference: the first ones that a line has, of any data type
-};
+using Module_exchange::LineKinds;
 
 /// Opens the survey, runs `work` on the curves of each line that the options choose, and closes it again. Of
 /// all lines, one without such curves is left out with a sentence.

@@ -7,6 +7,7 @@
 
 #include "batch/command.h"
 #include "core/number_text.h"
+#include "occam/ground/masked_run.h"
 #include "occam/ground/topo_mask.h"
 
 namespace Batch {

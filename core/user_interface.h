@@ -48,9 +48,6 @@ class UserInterface {
   /// Lets the window respond during long work.
   virtual void process_events() = 0;
 
-  /// Leaves time to see what is shown: lets events run for so long. Returns at once where there is no window.
-  virtual void wait_with_events(int /*milliseconds*/) { process_events(); }
-
   /// Shows the progress of long work; `percent` 0 to 100, a negative value ends the display.
   virtual void show_progress(std::string_view what, int percent) = 0;
 

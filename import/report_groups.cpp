@@ -177,15 +177,19 @@ void add_fact(const ImportReport& report, GroupKind kind, const std::string& tex
   }
 }
 
+const char* advice(OptionNames names, const char* window, const char* batch, const char* script) {
+  return names == OptionNames::window ? window : names == OptionNames::batch ? batch : script;
+}
+
 void add_facts(const ImportReport& report, OptionNames names, std::vector<ReportGroup>& groups) {
-  const bool batch = names == OptionNames::batch;
   add_fact(report, GroupKind::negative_phases, "all YX phases are negative, and masked",
-           batch ? "--turn-ey turns those of -180..-90, --turn-ey=always all"
-                 : "import again with \"Turn the sign of Ey where needed\", or \"in every file\"",
+           advice(names, "import again with \"Turn the sign of Ey where needed\", or \"in every file\"",
+                  "--turn-ey turns those of -180..-90, --turn-ey=always all",
+                  "turn_ey='needed' turns those of -180..-90, turn_ey='always' all"),
            groups, has_negative_phases);
   add_fact(report, GroupKind::impedances_only, "impedances only, without curves",
-           batch ? "--from-impedance computes the curves"
-                 : "import again with \"Compute resistivity and phase from impedances\"",
+           advice(names, "import again with \"Compute resistivity and phase from impedances\"",
+                  "--from-impedance computes the curves", "from_impedance=True computes the curves"),
            groups, lacks_curves);
   if (report.groups_skipped > 0) {
     groups.push_back(group_of(GroupKind::not_reduced));

@@ -24,7 +24,7 @@ enum class GroupKind : std::uint8_t {
 };
 
 /// Whose names of the options advice uses.
-enum class OptionNames { window, batch };
+enum class OptionNames { window, batch, script };
 
 struct ReportGroup {
   GroupKind kind = GroupKind::ignored;

@@ -6,6 +6,8 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "database/sound_rows.h"
+#include "database/survey_database.h"
 #include "database/survey_lists.h"
 #include "output/rhoplus.h"
 #include "output/zonge_files.h"
@@ -28,6 +30,24 @@ std::string ask_for_file(const LineSelection& selection, const std::string& fold
   request.suggested_name = zonge_file_name(selection);
   const std::string path = user_interface().select_file_to_create(request);
   return !path.empty() && may_write_zonge(zonge_paths(path)) ? path : std::string();
+}
+
+/// Components of the tipper have no resistivity.
+std::vector<std::string> data_types_of_curves() {
+  std::vector<std::string> types;
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT DISTINCT DataType FROM ReadingsDataTable WHERE " +
+      std::string(Module_database::no_tipper_criterion) + " ORDER BY DataType");
+  Module_database::for_each_sound_row(
+      rows, [&](const dao::Recordset& row) { types.push_back(row.get_text("DataType")); });
+  return types;
+}
+
+/// Of choices that miss nothing.
+LineSelection chosen_selection(const OutputLists& lists, const OutputChoices& choices) {
+  return {lists.lines.at(static_cast<std::size_t>(choices.line_index)), choices.reference_index,
+          choices.data_type.empty() ? session().current_data_type : choices.data_type,
+          lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
 }
 
 const char* missing_choice(const OutputChoices& choices) {
@@ -64,6 +84,8 @@ int read_output_lists(OutputLists& lists) {
   return trap_errors("An error occurred while reading the lines: ", [&] {
     lists.lines = Module_database::listed_lines();
     lists.dipoles = Module_database::listed_dipoles();
+    lists.reference_types = Module_database::listed_reference_types();
+    lists.data_types = data_types_of_curves();
     if (lists.lines.empty() || lists.dipoles.empty()) {
       user_interface().show_message("There is no data in the database");
       return -1;
@@ -90,9 +112,7 @@ int write_chosen_rhoplus(const OutputLists& lists, const OutputChoices& choices,
     user_interface().show_message(missing);
     return -1;
   }
-  const LineSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
-                                choices.reference_index, session().current_data_type,
-                                lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const LineSelection selection = chosen_selection(lists, choices);
   const std::filesystem::path folder = std::filesystem::path(choices.folder) / trimmed(sub_folder);
   RhoplusCounts counts;
   if (output_rhoplus(selection, folder.string(), settings, show_row_count, counts, choices.strike) != 0) {
@@ -110,9 +130,7 @@ int write_chosen_zonge(const OutputLists& lists, const OutputChoices& choices,
     user_interface().show_message(missing);
     return -1;
   }
-  const LineSelection selection{lists.lines.at(static_cast<std::size_t>(choices.line_index)),
-                                choices.reference_index, session().current_data_type,
-                                lists.dipoles.at(static_cast<std::size_t>(choices.dipole_index))};
+  const LineSelection selection = chosen_selection(lists, choices);
   const std::string path = ask_for_file(selection, choices.folder);
   if (path.empty()) {
     return 0;

@@ -27,9 +27,10 @@ std::string LineChoice::criteria() const {
 
 std::vector<LineChoice> kinds_of_line(const std::string& line) {
   std::set<std::pair<std::int32_t, float>> found;
+  // All reductions that there are: with them the search goes through the index of a line's readings.
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT DISTINCT ReferenceType,DipoleLength,DataType FROM ReadingsDataTable WHERE LineNumber = '" +
-      line + "'");
+      line + "' AND (ReductionType = 0 OR ReductionType = 1 OR ReductionType = 2)");
   for (; !rows.eof(); rows.move_next()) {
     if (curve_type_index(rows.get_text("DataType"))) {
       found.emplace(rows.get_long("ReferenceType"), rows.get_single("DipoleLength"));

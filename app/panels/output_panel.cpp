@@ -3,9 +3,13 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QShortcut>
+#include <algorithm>
+#include <filesystem>
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "core/text_fields.h"
+#include "display/selection.h"
 #include "platform/widgets/folder_model.h"
 #include "tensor/rotated_readings.h"
 #include "ui_output_panel.h"
@@ -23,7 +27,15 @@ OutputPanel::OutputPanel(QWidget* parent)
   connect(folders_, &QFileSystemModel::layoutChanged, this, &OutputPanel::scroll_to_folder);
   connect(ui_->DirList, &QTreeView::pressed, this, [this] { keep_folder_in_view_ = false; });
   ui_->Text_rotate_to_strike->setText("0");
-  connect(ui_->Check_rotate_to_strike, &QCheckBox::toggled, this, &OutputPanel::show_data_type);
+  connect(ui_->Check_rotate_to_strike, &QCheckBox::toggled, this, &OutputPanel::show_data_types);
+  connect(ui_->DirList, &QTreeView::clicked, this, [this](const QModelIndex& chosen) {
+    ui_->Text_rhoplus_output_directory->setText(QDir::toNativeSeparators(folders_->filePath(chosen)));
+  });
+  connect(ui_->Text_rhoplus_output_directory, &QLineEdit::editingFinished, this, [this] {
+    if (const QString folder = ui_->Text_rhoplus_output_directory->text(); QFileInfo(folder).isDir()) {
+      show_folder(QFileInfo(folder).absoluteFilePath());
+    }
+  });
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
   auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
@@ -45,17 +57,25 @@ bool OutputPanel::open_for(Module_output::OutputKind kind) {
   for (const float dipole : lists_.dipoles) {
     ui_->Combo_output_dipole->addItem(QString::fromStdString(plain_text(dipole)));
   }
-  for (QComboBox* const choice :
-       {ui_->Combo_output_linelist, ui_->Combo_output_datatype, ui_->Combo_output_dipole}) {
-    choice->setCurrentIndex(-1);
+  ui_->Combo_output_datatype->clear();
+  for (const std::int32_t type : lists_.reference_types) {
+    ui_->Combo_output_datatype->addItem(
+        QString::fromStdString(Module_display_data::reference_type_text(type)), type);
   }
+  ui_->Combo_output_component->clear();
+  for (const std::string& type : lists_.data_types) {
+    ui_->Combo_output_component->addItem(QString::fromStdString(type), QString::fromStdString(type));
+  }
+  choose_current_selection();
   ui_->Label_numout->setText("0");
   const bool rhoplus = kind == Module_output::OutputKind::rhoplus;
   ui_->Frame_rhoplus->setVisible(rhoplus);
   ui_->Frame_outputvariable->setTitle(rhoplus ? "Data to write as Rho+ control files"
                                               : "Data to write as a Zonge AVG set");
-  show_data_type();
-  show_folder(QFileInfo(QString::fromStdString(session().database_file)).absolutePath());
+  show_data_types();
+  const QString folder = QFileInfo(QString::fromStdString(session().database_file)).absolutePath();
+  ui_->Text_rhoplus_output_directory->setText(QDir::toNativeSeparators(folder));
+  show_folder(folder);
   return true;
 }
 
@@ -66,12 +86,31 @@ void OutputPanel::propose_strike(std::optional<double> strike) {
   }
 }
 
-void OutputPanel::show_data_type() {
+/// What the main window doesn't show stays to be chosen.
+void OutputPanel::choose_current_selection() {
+  const auto line = std::ranges::find(lists_.lines, session().current_line);
+  ui_->Combo_output_linelist->setCurrentIndex(
+      line == lists_.lines.end() ? -1 : static_cast<int>(line - lists_.lines.begin()));
+  ui_->Combo_output_datatype->setCurrentIndex(
+      ui_->Combo_output_datatype->findData(session().current_reference_type));
+  const auto dipole = std::ranges::find(lists_.dipoles, session().current_dipole);
+  ui_->Combo_output_dipole->setCurrentIndex(
+      dipole == lists_.dipoles.end() ? -1 : static_cast<int>(dipole - lists_.dipoles.begin()));
+  ui_->Combo_output_component->setCurrentIndex(
+      ui_->Combo_output_component->findData(QString::fromStdString(session().current_data_type)));
+}
+
+/// In the axes of a strike they stand for something else.
+void OutputPanel::show_data_types() {
   const bool rotate = ui_->Check_rotate_to_strike->isChecked();
-  const std::string& type = session().current_data_type;
   ui_->Text_rotate_to_strike->setEnabled(rotate);
-  ui_->Label_data_type->setText(QString::fromStdString(
-      rotate && kind_ == Module_output::OutputKind::rhoplus ? Module_output::rotated_data_type(type) : type));
+  for (int item = 0; item < ui_->Combo_output_component->count(); ++item) {
+    const std::string type = ui_->Combo_output_component->itemData(item).toString().toStdString();
+    ui_->Combo_output_component->setItemText(
+        item, QString::fromStdString(rotate && kind_ == Module_output::OutputKind::rhoplus
+                                         ? Module_output::rotated_data_type(type)
+                                         : type));
+  }
 }
 
 void OutputPanel::take_focus() { ui_->Combo_output_linelist->setFocus(); }
@@ -90,10 +129,16 @@ void OutputPanel::scroll_to_folder() {
 }
 
 void OutputPanel::write() {
-  Module_output::OutputChoices choices{
-      ui_->Combo_output_linelist->currentIndex(), ui_->Combo_output_datatype->currentIndex(),
-      ui_->Combo_output_dipole->currentIndex(),
-      folders_->filePath(ui_->DirList->currentIndex()).toStdString(), std::nullopt};
+  namespace fs = std::filesystem;
+  const QVariant reference = ui_->Combo_output_datatype->currentData();
+  const std::string folder(trimmed(ui_->Text_rhoplus_output_directory->text().toStdString()));
+  const fs::path beside_survey = fs::path(session().database_file).parent_path();
+  Module_output::OutputChoices choices{ui_->Combo_output_linelist->currentIndex(),
+                                       reference.isValid() ? reference.toInt() : -1,
+                                       ui_->Combo_output_dipole->currentIndex(),
+                                       (beside_survey / folder).string(),
+                                       ui_->Combo_output_component->currentData().toString().toStdString(),
+                                       std::nullopt};
   if (ui_->Check_rotate_to_strike->isChecked()) {
     choices.strike = Module_tensor::azimuth_of(ui_->Text_rotate_to_strike->text().toStdString());
   }
@@ -101,9 +146,9 @@ void OutputPanel::write() {
     ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
   };
   if (kind_ == Module_output::OutputKind::rhoplus) {
-    static_cast<void>(Module_output::write_chosen_rhoplus(
-        lists_, choices, Module_output::rhoplus_settings(),
-        ui_->Text_rhoplus_output_directory->text().toStdString(), show_row_count));
+    choices.folder = beside_survey.string();
+    static_cast<void>(Module_output::write_chosen_rhoplus(lists_, choices, Module_output::rhoplus_settings(),
+                                                          folder, show_row_count));
   } else {
     static_cast<void>(Module_output::write_chosen_zonge(lists_, choices, show_row_count));
   }

@@ -19,8 +19,8 @@ class OutputPanel : public QFrame {
   explicit OutputPanel(QWidget* parent = nullptr);
   ~OutputPanel() override;
 
-  /// Fills the lists and shows what this kind of output needs. @return false after a message if the survey
-  /// has nothing to write
+  /// Fills the lists with what the survey has, chooses what the main window shows, and shows what this kind
+  /// of output needs. @return false after a message if the survey has nothing to write
   bool open_for(Module_output::OutputKind kind);
 
   /// Fills in the strike that curves may be rotated to, degrees from north. Whether they are is the user's.
@@ -36,7 +36,8 @@ class OutputPanel : public QFrame {
  private:
   void show_folder(const QString& folder);
   void scroll_to_folder();
-  void show_data_type();
+  void show_data_types();
+  void choose_current_selection();
   void write();
 
   std::unique_ptr<Ui::output_panel> ui_;

@@ -88,7 +88,7 @@ QHBoxLayout* SelectionRow::make_selection() {
   HScroll_repeat_->setAccessibleName("Stations of the line");
   row->addWidget(HScroll_repeat_, 1);
   add_labelled(*row, "&Reference", Combo_reference_type_);
-  add_labelled(*row, "Data &type", Combo_data_type_);
+  add_labelled(*row, "Data t&ype", Combo_data_type_);
   add_labelled(*row, "D&ipole (m)", Combo_dipole_);
   return row;
 }

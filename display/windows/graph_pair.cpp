@@ -94,10 +94,20 @@ void GraphPairWidget::clear() {
 void GraphPairWidget::show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x) {
   hand_over(*graphs_[0], std::move(plot.resistivity));
   hand_over(*graphs_[1], std::move(plot.phase));
-  mark_x(marked_x);
+  put_mark(marked_x);
+  for (VexGraphControl* const graph : graphs_) {
+    graph->draw_graph();
+  }
 }
 
 void GraphPairWidget::mark_x(std::optional<double> x) {
+  put_mark(x);
+  for (VexGraphControl* const graph : graphs_) {
+    graph->draw_overlay();
+  }
+}
+
+void GraphPairWidget::put_mark(std::optional<double> x) {
   constexpr double edge = std::numeric_limits<double>::infinity();
   for (std::size_t index = 0; index < graphs_.size(); ++index) {
     VexGraphControl* const graph = graphs_[index];
@@ -108,7 +118,6 @@ void GraphPairWidget::mark_x(std::optional<double> x) {
     for (const graph::PlotLabel& label : labels_[index]) {
       graph->draw_overlay_label(label);
     }
-    graph->draw_graph();
   }
 }
 

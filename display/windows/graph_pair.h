@@ -36,7 +36,7 @@ class GraphPairWidget : public QWidget {
   void show_plot(Module_display_data::GraphPair plot, std::optional<double> marked_x = {});
   /// Texts over the curves, resistivity before phase; seen from the next drawing until others are set.
   void set_labels(std::array<std::vector<graph::PlotLabel>, 2> labels) { labels_ = std::move(labels); }
-  /// Moves the blue line and draws each graph once.
+  /// Moves the blue line over the curves, which are not drawn again.
   void mark_x(std::optional<double> x);
   void reset_zoom();
   /// What is in view of both graphs, to be shown again later, and from the next drawing.
@@ -62,6 +62,7 @@ class GraphPairWidget : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void put_mark(std::optional<double> x);
   void show_error_bars(bool shown);
 
   std::array<VexGraphControl*, 2> graphs_{};

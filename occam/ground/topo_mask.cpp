@@ -8,7 +8,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
@@ -134,21 +133,23 @@ std::int64_t free_triangles(const std::vector<CodeLines>& codes) {
   return count;
 }
 
-int free_blocks(const OccamModel& model, const std::vector<CodeLines>& codes) {
-  const auto has_free_triangle = [&codes](const OccamBlock& block) {
-    const BlockExtent& extent = block.block_extent;
-    const auto first = static_cast<std::size_t>(extent.left_column);
-    const auto columns = static_cast<std::size_t>(extent.end_column - extent.left_column);
-    for (int row = extent.top_row; row < extent.end_row; ++row) {
-      for (const std::string& line : codes[static_cast<std::size_t>(row)]) {
-        if (std::string_view(line).substr(first, columns).find(free_code) != std::string_view::npos) {
-          return true;
-        }
+bool is_free(const OccamBlock& block, const std::vector<CodeLines>& codes) {
+  const BlockExtent& extent = block.block_extent;
+  const auto first = static_cast<std::size_t>(extent.left_column);
+  const auto columns = static_cast<std::size_t>(extent.end_column - extent.left_column);
+  for (int row = extent.top_row; row < extent.end_row; ++row) {
+    for (const std::string& line : codes[static_cast<std::size_t>(row)]) {
+      if (std::string_view(line).substr(first, columns).find(free_code) != std::string_view::npos) {
+        return true;
       }
     }
-    return false;
-  };
-  return static_cast<int>(std::ranges::count_if(model.blocks, has_free_triangle));
+  }
+  return false;
+}
+
+int free_blocks(const OccamModel& model, const std::vector<CodeLines>& codes) {
+  return static_cast<int>(
+      std::ranges::count_if(model.blocks, [&](const OccamBlock& block) { return is_free(block, codes); }));
 }
 
 std::string mesh_listing(const OccamModel& model, const std::vector<CodeLines>& codes) {
@@ -188,6 +189,7 @@ int read_model_to_mask(const std::string& path, TopoMask& mask) {
     return refuse(improper + ". " + failure.what());
   }
   report_shared_node(mask.model);
+  mask.model_path = path;
   mask.model_files = safe_files::FilesInUse({file, mask.model.mesh_file});
   mask.stations = run_stations(path);
   return 0;
@@ -213,21 +215,6 @@ bool may_write_mesh(const std::string& path) {
 std::vector<std::string> wall_stations(const TopoMask& mask) {
   return wall_stations(mask.model, mask.masked,
                        mask.stations.names.empty() ? stations_at(mask.topo.points.station) : mask.stations);
-}
-
-int write_masked_mesh(const std::string& path, const TopoMask& mask) {
-  if (const std::string report = wall_report(wall_stations(mask)); !report.empty()) {
-    user_interface().show_message(report);
-  }
-  OccamMesh mesh = mask.model.mesh;
-  mesh.mesh_code = mask.masked;
-  if (write_occam_mesh(path, mesh, MeshCodes::from_mesh) != 0) {
-    return -1;
-  }
-  user_interface().show_message("Number of free parameters: " + std::to_string(free_triangles(mask.masked)) +
-                                ". The mesh is written to " + path);
-  Module_Brenlox::tell_finished("The masked mesh is written to " + path, path);
-  return 0;
 }
 
 }  // namespace Module_occam

@@ -50,6 +50,9 @@ std::vector<CodeLines> masked_codes(const OccamModel& model, const numerics::gri
 /// The number of free triangles ("?").
 std::int64_t free_triangles(const std::vector<CodeLines>& codes);
 
+/// Whether a block of a model has a free triangle.
+bool is_free(const OccamBlock& block, const std::vector<CodeLines>& codes);
+
 /// The number of blocks with a free triangle: the parameters of an inversion with these codes.
 int free_blocks(const OccamModel& model, const std::vector<CodeLines>& codes);
 
@@ -59,6 +62,7 @@ std::string mesh_listing(const OccamModel& model, const std::vector<CodeLines>& 
 
 /// A model, the ground over it, and the mesh as masked by it.
 struct TopoMask {
+  std::string model_path;
   OccamModel model;       // its mesh's code lines are those as read
   MaskStations stations;  // of the run that the model belongs to, if there is one
   safe_files::FilesInUse model_files;
@@ -81,10 +85,5 @@ bool may_write_mesh(const std::string& path);
 
 /// The names of the stations on a wall of the masked mesh: those of the run, or else of the topo file.
 std::vector<std::string> wall_stations(const TopoMask& mask);
-
-/// Names the stations on a wall, writes the masked mesh over an earlier file and reports how many triangles
-/// are free.
-/// @return 0, or -1 after a message
-[[nodiscard]] int write_masked_mesh(const std::string& path, const TopoMask& mask);
 
 }  // namespace Module_occam

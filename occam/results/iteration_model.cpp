@@ -1,6 +1,7 @@
 #include "occam/results/iteration_model.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace Module_occam {
 
@@ -36,6 +37,19 @@ StaticsFile found_shifts(const std::filesystem::path& folder, int iteration, con
     });
   });
   return found.shifts.empty() ? StaticsFile() : found;
+}
+
+IterationModel read_iteration_model(const std::filesystem::path& folder, const std::string& name,
+                                    const OccamModel& model) {
+  const OccamIteration iteration =
+      read_iteration_file(IterationParts::with_parameters, (folder / name).string());
+  const std::string mismatch = parameter_mismatch(model, name, iteration.parameter_count);
+  if (!mismatch.empty()) {
+    throw std::runtime_error(mismatch);
+  }
+  IterationModel read = iteration_model(model, iteration);
+  read.found_shifts = found_shifts(folder, iteration.number, model).shifts;
+  return read;
 }
 
 std::vector<StaticShift> static_shifts(const OccamModel& model, const IterationModel& iteration) {

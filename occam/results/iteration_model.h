@@ -30,6 +30,11 @@ IterationModel iteration_model(const OccamModel& model, const OccamIteration& it
 /// any. Throws as read_shift_file.
 StaticsFile found_shifts(const std::filesystem::path& folder, int iteration, const OccamModel& model);
 
+/// Reads an iteration of a run with the static shifts beside it. Shows nothing. Throws std::exception for
+/// files that can't be read, or are of another model.
+IterationModel read_iteration_model(const std::filesystem::path& folder, const std::string& name,
+                                    const OccamModel& model);
+
 /// The model's static shifts with the free ones as an iteration has them, and those found with it.
 std::vector<StaticShift> static_shifts(const OccamModel& model, const IterationModel& iteration);
 

@@ -58,17 +58,21 @@ std::string other_types(const ObservedData& data) {
 
 }  // namespace
 
-fs::path find_response(const RunResults& results, int iteration) {
-  const std::string& name = results.response_file[static_cast<std::size_t>(iteration)];
-  if (name.empty()) {
-    return {};
-  }
-  fs::path made = results.output_folder / name;
-  if (fs::exists(made) && file_stamp(made).written >= file_stamp(results.file_of(iteration)).written) {
+fs::path find_response(const fs::path& folder, const fs::path& output_folder,
+                       const std::string& iteration_file) {
+  const std::string name = response_file_name(iteration_file);
+  fs::path made = output_folder / name;
+  if (fs::exists(made) && file_stamp(made).written >= file_stamp(folder / iteration_file).written) {
     return made;
   }
-  fs::path left = results.folder / name;
+  fs::path left = folder / name;
   return fs::exists(left) ? left : fs::path();
+}
+
+fs::path find_response(const RunResults& results, int iteration) {
+  return results.has(iteration) ? find_response(results.folder, results.output_folder,
+                                                results.iteration_file[static_cast<std::size_t>(iteration)])
+                                : fs::path();
 }
 
 fs::path response_header(const RunResults& results) {
@@ -93,6 +97,23 @@ void report_mesh_warnings(const RunResults& results, const IterationModel& itera
   }));
 }
 
+std::optional<ModelledData> modelled_with_shifts(const OccamModel& model, const IterationModel& iteration,
+                                                 const ObservedData& data,
+                                                 const std::function<bool(double)>& progress) {
+  auto modelled = model_data(model, iteration.parameters, data, progress, limits_at(iteration.debug_level));
+  if (modelled) {
+    add_static_shifts(static_shifts(model, iteration), *modelled);
+  }
+  return modelled;
+}
+
+std::string left_out_text(const ObservedData& data, const ModelledData& modelled) {
+  return modelled.other_rows == 0
+             ? std::string()
+             : std::to_string(modelled.other_rows) + " data have types that can't be computed (" +
+                   other_types(data) + "); the response leaves them out";
+}
+
 std::optional<ComputedResponse> compute_response(const RunResults& results, const IterationModel& iteration) {
   ComputedResponse computed;
   if (read_data(results, computed.data) != 0) {
@@ -101,22 +122,18 @@ std::optional<ComputedResponse> compute_response(const RunResults& results, cons
   const int status = trap_errors(response_failed, [&] {
     const BusyPointer busy;
     const ScopeGuard end_progress([] { user_interface().show_progress("", -1); });
-    auto modelled = model_data(results.model, iteration.parameters, computed.data, show_share,
-                               limits_at(iteration.debug_level));
+    auto modelled = modelled_with_shifts(results.model, iteration, computed.data, show_share);
     if (!modelled) {
       return -1;
     }
-    add_static_shifts(static_shifts(results.model, iteration), *modelled);
     computed.modelled = std::move(*modelled);
     return 0;
   });
   if (status != 0) {
     return {};
   }
-  if (computed.modelled.other_rows > 0) {
-    user_interface().show_message(std::to_string(computed.modelled.other_rows) +
-                                  " data have types that can't be computed (" + other_types(computed.data) +
-                                  "); the response leaves them out");
+  if (const std::string left_out = left_out_text(computed.data, computed.modelled); !left_out.empty()) {
+    user_interface().show_message(left_out);
   }
   return computed;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
@@ -17,57 +18,19 @@ namespace Module_occam {
 
 namespace {
 
-bool refuse(const std::string& message) {
-  user_interface().show_message(message);
-  return false;
-}
+class RunFault : public std::runtime_error, public CompleteMessage {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
-/// Reads one file of a run. @param kind  "a model file". @return false after one message, which names the
-/// file
-template <class Record, class Reader>
-bool read_part(Record& record, const std::string& name, const char* kind, Reader&& read) {
+/// Reads one file of a run. @param kind  "a model file"
+template <class Reader>
+auto read_part(const std::string& name, const char* kind, Reader&& read) {
   try {
-    record = std::forward<Reader>(read)();
-    return true;
+    return std::forward<Reader>(read)();
   } catch (const std::exception& failure) {
-    return refuse(name + " can't be read as " + kind + ": " + failure.what());
+    throw RunFault(name + " can't be read as " + kind + ": " + failure.what());
   }
-}
-
-bool read_parts(const fs::path& folder, const std::string& control_file, RunSummary& run) {
-  if (control_file.empty()) {
-    return refuse("There is no start file and no iteration file");
-  }
-  if (!read_part(run.names, control_file, "a start file",
-                 [&] { return read_control_file((folder / control_file).string()); }) ||
-      !read_part(run.data, run.names.data_file, "a data file",
-                 [&] { return read_data_file_sites((folder / run.names.data_file).string()); }) ||
-      !read_part(run.model, run.names.model_file, "a model file",
-                 [&] { return read_model_file(folder, run.names.model_file, run.data); })) {
-    return false;
-  }
-  report_shared_node(run.model);
-  return true;
-}
-
-/// An iteration with another number of parameters than the model's is reported and listed all the same.
-std::vector<OccamIteration> read_iterations(const fs::path& folder, const OccamModel& model) {
-  std::vector<OccamIteration> iterations;
-  for (const std::string& name : iteration_file_names(folder.string())) {
-    OccamIteration iteration;
-    if (!read_part(iteration, name, "an iteration file", [&] {
-          return read_iteration_file(IterationParts::head_only, (folder / name).string());
-        })) {
-      continue;
-    }
-    const std::string mismatch = parameter_mismatch(model, name, iteration.parameter_count);
-    if (!mismatch.empty()) {
-      user_interface().show_message(mismatch);
-    }
-    iterations.push_back(std::move(iteration));
-  }
-  std::ranges::stable_sort(iterations, {}, &OccamIteration::number);
-  return iterations;
 }
 
 }  // namespace
@@ -92,19 +55,58 @@ fs::path control_file_in(const fs::path& folder) {
   return names.empty() ? fs::path() : folder / names.front();
 }
 
+RunFiles read_run_files(const fs::path& folder, const std::string& control_file) {
+  if (!fs::is_directory(folder)) {
+    throw RunFault(folder.string() + " is not a folder");
+  }
+  const std::string control =
+      control_file.empty() ? control_file_in(folder).filename().string() : control_file;
+  if (control.empty()) {
+    throw RunFault("There is no start file and no iteration file");
+  }
+  RunFiles run;
+  run.names =
+      read_part(control, "a start file", [&] { return read_control_file((folder / control).string()); });
+  run.data = read_part(run.names.data_file, "a data file",
+                       [&] { return read_data_file_sites((folder / run.names.data_file).string()); });
+  run.model = read_part(run.names.model_file, "a model file",
+                        [&] { return read_model_file(folder, run.names.model_file, run.data); });
+  return run;
+}
+
+std::vector<ListedIteration> list_iterations(const fs::path& folder, const OccamModel& model,
+                                             std::vector<std::string>& remarks) {
+  std::vector<ListedIteration> iterations;
+  for (const std::string& name : iteration_file_names(folder.string())) {
+    try {
+      iterations.push_back(
+          {read_part(
+               name, "an iteration file",
+               [&] { return read_iteration_file(IterationParts::head_only, (folder / name).string()); }),
+           name});
+    } catch (const RunFault& fault) {
+      remarks.emplace_back(fault.what());
+      continue;
+    }
+    std::string mismatch = parameter_mismatch(model, name, iterations.back().parameter_count);
+    if (!mismatch.empty()) {
+      remarks.push_back(std::move(mismatch));
+    }
+  }
+  std::ranges::stable_sort(iterations, {}, &ListedIteration::number);
+  return iterations;
+}
+
 int read_run(const fs::path& folder, const std::string& control_file, RunSummary& run) {
   return trap_errors("An error occurred while reading the run directory: ", [&] {
-    if (!fs::is_directory(folder)) {
-      throw std::runtime_error(folder.string() + " is not a folder");
+    RunSummary read{read_run_files(folder, control_file), {}};
+    report_shared_node(read.model);
+    std::vector<std::string> remarks;
+    read.iterations = list_iterations(folder, read.model, remarks);
+    for (const std::string& remark : remarks) {
+      user_interface().show_message(remark);
     }
-    RunSummary read;
-    if (!read_parts(folder, control_file.empty() ? control_file_in(folder).filename().string() : control_file,
-                    read)) {
-      return -1;
-    }
-    read.iterations = read_iterations(folder, read.model);
     run = std::move(read);
-    return 0;
   });
 }
 

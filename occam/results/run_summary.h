@@ -17,11 +17,29 @@ std::vector<std::string> iteration_file_names(const std::string& folder);
 /// Empty without either.
 std::filesystem::path control_file_in(const std::filesystem::path& folder);
 
-struct RunSummary {
+/// What the files of a run say before any iteration.
+struct RunFiles {
   ControlFile names;
   OccamData data;
   OccamModel model;
-  std::vector<OccamIteration> iterations;  // by their numbers, without parameters
+};
+
+/// Reads them: names from `control_file` in the folder or, if that is empty, from control_file_in. Shows
+/// nothing. Throws std::runtime_error with a sentence that names the file at fault.
+RunFiles read_run_files(const std::filesystem::path& folder, const std::string& control_file);
+
+struct ListedIteration : OccamIteration {  // without parameters
+  std::string file;                        // without folder
+};
+
+/// The heads of all iteration files in a folder, by their numbers. Shows nothing.
+/// @param remarks  gets a sentence for each that can't be read, which is left out, and for each that isn't of
+///                 the model, which isn't
+std::vector<ListedIteration> list_iterations(const std::filesystem::path& folder, const OccamModel& model,
+                                             std::vector<std::string>& remarks);
+
+struct RunSummary : RunFiles {
+  std::vector<ListedIteration> iterations;
 };
 
 /// Reads a run directory: names from `control_file` in it or, if that is empty, from "startup" or else the

@@ -174,9 +174,11 @@ void Form_occam::choose_rotation() {
   ui_->Text_rotate_to_strike->setEnabled(rotate);
   const std::string_view mode =
       Module_occam::run_modes(ModeChoice::current_type, line_.data_type)[0].mode.name;
+  ui_->Combo_modes->setItemText(0, rotate ? "Current mode (" + QString::fromStdString(std::string(mode)) + ")"
+                                          : QString::fromStdString("Current data type: " + line_.data_type +
+                                                                   " (" + std::string(mode) + ")"));
   ui_->Combo_modes->setItemText(
-      0, rotate ? "Current mode (" + QString::fromStdString(std::string(mode)) + ")"
-                : "Current data type (" + QString::fromStdString(line_.data_type) + ")");
+      1, rotate ? "Both: TE along, TM across the strike" : "Both: TE (EyHx) and TM (ExHy)");
   count_data();
 }
 

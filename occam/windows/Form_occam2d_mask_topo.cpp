@@ -12,6 +12,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "occam/ground/masked_run.h"
 #include "platform/widgets/panel_controls.h"
 #include "ui_Form_occam2d_mask_topo.h"
 

@@ -29,6 +29,7 @@
 #include "occam/windows/response_graph.h"
 #include "occam/windows/section_contents.h"
 #include "occam/windows/site_misfit_picture.h"
+#include "platform/graph/axis_ticks.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/vex_splitter.h"
 
@@ -79,6 +80,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
       Timer_refresh_(named(new QTimer(this), "Timer_refresh")) {
   setObjectName("Form_occam_inversion");
   setWindowTitle("Occam2D Results: " + qt_text(view_.results().folder.filename().string()));
+  graph::use_whole_numbers_along_x(convergence_->chart());
   lay_out();
   connect_controls();
   connect_timers();

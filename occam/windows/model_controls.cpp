@@ -54,6 +54,7 @@ ModelControls::ModelControls(QWidget* parent)
       Check_fade_(named(new QCheckBox("&Fade what the data\ndon't constrain"), "Check_fade")),
       Check_draw_mesh_(named(new QCheckBox("Draw &mesh"), "Check_draw_mesh")),
       Check_log_vertical_(named(new QCheckBox("&Log depth scale"), "Check_log_vertical")),
+      Check_true_scale_(named(new QCheckBox("Scale &1:1"), "Check_true_scale")),
       Group_model_(new QGroupBox),
       Text_min_res_model_(make_text("Text_min_res_model", number_width + range_width, true)),
       Text_max_res_model_(make_text("Text_max_res_model", number_width + range_width, true)),
@@ -117,6 +118,8 @@ QWidget* ModelControls::make_look_group() {
   Combo_colour_table_->setToolTip("Colours of the section, and of the misfits");
   Check_invert_colour_->setToolTip("Takes the colours in the opposite order");
   Check_log_vertical_->setToolTip("Gives the shallow part of the section more room");
+  Check_true_scale_->setToolTip("Depths are as long as distances along the line; not of log depths");
+  connect(Check_log_vertical_, &QCheckBox::toggled, Check_true_scale_, &QCheckBox::setDisabled);
   Check_draw_mesh_->setToolTip("Draws the edges of the cells");
   Text_min_res_->setToolTip("Log Resistivity value which maps to the start colour");
   Text_max_res_->setToolTip("Log Resistivity value which maps to the end colour");
@@ -129,6 +132,7 @@ QWidget* ModelControls::make_look_group() {
   rows->addRow("M&ax Res", Text_max_res_);
   rows->addRow("Max De&pth", Text_max_depth_);
   rows->addRow(Check_log_vertical_);
+  rows->addRow(Check_true_scale_);
   rows->addRow(Check_draw_mesh_);
   for (QLineEdit* const text : {Text_min_res_, Text_max_res_, Text_max_depth_}) {
     connect(text, &QLineEdit::textChanged, this, &ModelControls::look_changed);
@@ -136,7 +140,8 @@ QWidget* ModelControls::make_look_group() {
   for (QLineEdit* const text : {Text_min_res_, Text_max_res_}) {
     connect(text, &QLineEdit::textEdited, this, [this] { range_chosen_ = true; });
   }
-  for (QCheckBox* const check : {Check_invert_colour_, Check_log_vertical_, Check_draw_mesh_}) {
+  for (QCheckBox* const check :
+       {Check_invert_colour_, Check_log_vertical_, Check_true_scale_, Check_draw_mesh_}) {
     connect(check, &QCheckBox::toggled, this, &ModelControls::look_changed);
   }
   connect(Combo_colour_table_, &QComboBox::currentIndexChanged, this, &ModelControls::look_changed);
@@ -264,7 +269,8 @@ SectionLook ModelControls::look() const {
                                    Text_max_depth_->text().toStdString(), Check_log_vertical_->isChecked()}),
           .colour_table = Combo_colour_table_->currentIndex(),
           .invert = Check_invert_colour_->isChecked(),
-          .draw_mesh = Check_draw_mesh_->isChecked()};
+          .draw_mesh = Check_draw_mesh_->isChecked(),
+          .true_scale = Check_true_scale_->isChecked()};
 }
 
 void ModelControls::add_page(QWidget* page, const QString& title) {

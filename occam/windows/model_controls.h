@@ -80,6 +80,7 @@ class ModelControls : public QWidget {
   QCheckBox* Check_fade_;
   QCheckBox* Check_draw_mesh_;
   QCheckBox* Check_log_vertical_;
+  QCheckBox* Check_true_scale_;
   QGroupBox* Group_model_;
   QLineEdit* Text_min_res_model_;
   QLineEdit* Text_max_res_model_;

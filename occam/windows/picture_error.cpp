@@ -3,6 +3,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
+#include <functional>
+#include <numeric>
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
@@ -44,6 +46,9 @@ void PictureError::choose(const QString& title, std::optional<DataType> type) {
 
 void PictureError::show_misfits(const graph::Palette& palette) {
   palette_ = palette;
+  rows_.resize(static_cast<std::size_t>(response_.resp_frequency_count()));
+  std::iota(rows_.begin(), rows_.end(), 1);
+  std::ranges::stable_sort(rows_, std::greater<>(), [this](int number) { return frequency_of(number); });
   shown_ = true;
   update();
 }
@@ -73,6 +78,10 @@ void PictureError::paintEvent(QPaintEvent* /*event*/) {
   }
 }
 
+double PictureError::frequency_of(int frequency_number) const {
+  return response_.resp_frequencies[static_cast<std::size_t>(frequency_number) - 1];
+}
+
 double PictureError::misfit_of(int site_number, int frequency_number) const {
   return type_ ? static_cast<double>(
                      response_.value(ResponseValue::misfit, *type_, site_number, frequency_number))
@@ -82,13 +91,13 @@ double PictureError::misfit_of(int site_number, int frequency_number) const {
 void PictureError::paint_cells(QPainter& painter) const {
   const QRectF area = plot();
   const int sites = response_.resp_sites();
-  const int frequencies = response_.resp_frequency_count();
+  const int frequencies = static_cast<int>(rows_.size());
   const auto x = [&](int site) { return qRound(area.left() + area.width() * site / sites); };
-  const auto y = [&](int frequency) { return qRound(area.top() + area.height() * frequency / frequencies); };
+  const auto y = [&](int row) { return qRound(area.top() + area.height() * row / frequencies); };
   for (int site = 0; site < sites; ++site) {
-    for (int frequency = 0; frequency < frequencies; ++frequency) {
-      const double misfit = misfit_of(site + 1, frequency + 1);
-      const QRect cell(QPoint(x(site), y(frequency)), QPoint(x(site + 1) - 1, y(frequency + 1) - 1));
+    for (int row = 0; row < frequencies; ++row) {
+      const double misfit = misfit_of(site + 1, rows_[static_cast<std::size_t>(row)]);
+      const QRect cell(QPoint(x(site), y(row)), QPoint(x(site + 1) - 1, y(row + 1) - 1));
       painter.fillRect(cell,
                        is_absent(misfit)
                            ? QColor(Qt::white)
@@ -117,11 +126,11 @@ void PictureError::paint_labels(QPainter& painter) const {
   }
   const graph::FrequencyAxis& axis = graph::FrequencyAxis::instance();
   std::vector<graph::PictureTick> frequencies;
-  for (int i = 0; i < response_.resp_frequency_count(); ++i) {
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
     const int digits = axis.shows_periods() ? 2 : 4;  // short periods begin with zeros
-    const QString label =
-        QString::number(axis.shown(response_.resp_frequencies[static_cast<std::size_t>(i)]), 'g', digits);
-    frequencies.push_back({area.top() + area.height() * (i + 0.5) / response_.resp_frequency_count(), label});
+    frequencies.push_back(
+        {area.top() + area.height() * (static_cast<double>(row) + 0.5) / static_cast<double>(rows_.size()),
+         QString::number(axis.shown(frequency_of(rows_[row])), 'g', digits)});
   }
   constexpr double gap = 6.0;
   graph::draw_bottom_axis(painter, area, graph::ticks_with_room(sites, widest + gap), "Site");
@@ -134,19 +143,19 @@ void PictureError::paint_labels(QPainter& painter) const {
 
 QString PictureError::text_at(QPointF at) const {
   const QRectF area = plot();
-  if (!shown_ || response_.resp_sites() < 1 || !area.contains(at)) {
+  if (!shown_ || response_.resp_sites() < 1 || rows_.empty() || !area.contains(at)) {
     return {};
   }
   const int site = part_at(at.x(), area.left(), area.width(), response_.resp_sites());
-  const int frequency = part_at(at.y(), area.top(), area.height(), response_.resp_frequency_count());
+  const int row = part_at(at.y(), area.top(), area.height(), static_cast<int>(rows_.size()));
+  const int frequency = rows_[static_cast<std::size_t>(row) - 1];
   const double misfit = misfit_of(site, frequency);
   const auto site_index = static_cast<std::size_t>(site) - 1;
-  return QString::fromStdString(
-      "Site " + response_.resp_site_names[site_index] + " at " +
-      format_number(response_.resp_offsets[site_index], "0.0") + " m   Frequency " +
-      plain_text(static_cast<float>(response_.resp_frequencies[static_cast<std::size_t>(frequency) - 1])) +
-      " Hz   " + (type_ ? data_type_name(*type_) + " error" : title_.toStdString()) + " " +
-      (is_absent(misfit) ? "NA" : format_number(misfit, "0.00")));
+  return QString::fromStdString("Site " + response_.resp_site_names[site_index] + " at " +
+                                format_number(response_.resp_offsets[site_index], "0.0") + " m   Frequency " +
+                                plain_text(static_cast<float>(frequency_of(frequency))) + " Hz   " +
+                                (type_ ? data_type_name(*type_) + " error" : title_.toStdString()) + " " +
+                                (is_absent(misfit) ? "NA" : format_number(misfit, "0.00")));
 }
 
 void PictureError::mouseMoveEvent(QMouseEvent* event) { Q_EMIT hovered(text_at(event->position())); }

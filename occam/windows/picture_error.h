@@ -1,8 +1,10 @@
 // picture_error.h: Picture_res_error and Picture_phase_error, the misfits of all sites and frequencies as an
-// image: sites across, frequencies down.
+// image: sites across, high frequencies on top as in every
+// section of frequencies.
 #pragma once
 #include <QWidget>
 #include <optional>
+#include <vector>
 
 #include "formats/occam/occam_response.h"
 #include "platform/graph/image_palette.h"
@@ -38,6 +40,7 @@ class PictureError : public QWidget {
   [[nodiscard]] QRectF plot() const;
   void paint_cells(QPainter& painter) const;
   void paint_labels(QPainter& painter) const;
+  [[nodiscard]] double frequency_of(int frequency_number) const;
   [[nodiscard]] double misfit_of(int site_number, int frequency_number) const;
   [[nodiscard]] QString text_at(QPointF at) const;
 
@@ -45,6 +48,7 @@ class PictureError : public QWidget {
   const Module_occam::OccamResponse& response_;
   std::optional<Module_occam::DataType> type_;
   graph::Palette palette_ = {};
+  std::vector<int> rows_;  // the number of the frequency of each row, from the top
   int marked_site_ = 0;
   bool shown_ = false;
 };

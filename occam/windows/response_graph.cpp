@@ -34,7 +34,10 @@ ResponseGraph::ResponseGraph(const QString& name, const QString& x_title, const 
   colours.setColor(QPalette::WindowText, Qt::black);
   heading_->setPalette(colours);
   heading_->setAutoFillBackground(true);
-  heading_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  heading_->setWordWrap(true);  // an entry that has no room goes to a second row
+  QSizePolicy narrow(QSizePolicy::Ignored, QSizePolicy::Minimum);
+  narrow.setHeightForWidth(true);
+  heading_->setSizePolicy(narrow);
   chart_->set_x_title(x_title);
   chart_->set_y_title(y_title);
   chart_->set_point_text([this](int series, int point) {

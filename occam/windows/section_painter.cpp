@@ -22,22 +22,32 @@ constexpr double mark_size = 5.0;
 class ZoomedPlot {
  public:
   ZoomedPlot(const SectionGeometry& geometry, const SectionZoom& zoom)
-      : plot_(plot_area(geometry.picture)), zoom_(zoom) {}
+      : plot_(plot_area(geometry.picture)), stretch_(stretch_of(geometry, plot_)), zoom_(zoom) {}
 
   [[nodiscard]] double x(double home) const {
     return plot_.left() + plot_.width() * zoom_.across.to_view((home - plot_.left()) / plot_.width());
   }
   [[nodiscard]] double y(double home) const {
-    return plot_.top() + plot_.height() * zoom_.down.to_view((home - plot_.top()) / plot_.height());
+    return plot_.top() +
+           plot_.height() * zoom_.down.to_view((home - plot_.top()) * stretch_ / plot_.height());
   }
   [[nodiscard]] QPointF home(QPointF at) const {
     return {plot_.left() + plot_.width() * zoom_.across.from_view((at.x() - plot_.left()) / plot_.width()),
-            plot_.top() + plot_.height() * zoom_.down.from_view((at.y() - plot_.top()) / plot_.height())};
+            plot_.top() +
+                plot_.height() / stretch_ * zoom_.down.from_view((at.y() - plot_.top()) / plot_.height())};
   }
   [[nodiscard]] const QRectF& plot() const { return plot_; }
 
  private:
+  /// The pixels per decade of a logarithmic scale don't depend on where the section ends; it is to end where
+  /// the plot does.
+  static double stretch_of(const SectionGeometry& geometry, const QRectF& plot) {
+    const double end = geometry.mapping.to_y(geometry.bottom_depth) - plot.top();
+    return geometry.mapping.block_height > 0.0 && end > 0.0 ? plot.height() / end : 1.0;
+  }
+
   QRectF plot_;
+  double stretch_;
   const SectionZoom& zoom_;
 };
 
@@ -184,6 +194,24 @@ void paint_fading_entry(QPainter& painter, const SectionPicture& picture, const 
                    Qt::AlignLeft | Qt::AlignVCenter, "pale: data\nsay little");
 }
 
+/// Even marks; those of resistivities with log10 and, beside it, the resistivity itself.
+std::vector<graph::PictureTick> bar_ticks(const QPainter& painter, const QRectF& bar,
+                                          const SectionPicture& picture) {
+  const double lower = picture.choices.min_res;
+  const double length = picture.choices.max_res - lower;
+  std::vector<graph::PictureTick> ticks =
+      graph::even_ticks(painter, lower, lower + length, bar.height(), true,
+                        [&](double value) { return bar.bottom() - bar.height() * (value - lower) / length; });
+  if (picture.quantity.is_resistivity) {
+    for (graph::PictureTick& tick : ticks) {
+      constexpr int digits = 3;
+      const double value = lower + length * (bar.bottom() - tick.at) / bar.height();
+      tick.label += "  " + QString::number(std::pow(10.0, value), 'g', digits);
+    }
+  }
+  return ticks;
+}
+
 }  // namespace
 
 PictureSize section_part(QSize drawing) {
@@ -211,8 +239,9 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
   paint_sites(painter, geometry, sites, plot);
   const QRectF bar(geometry.picture.width - side_frame / 2.0, plot.plot().top(), colour_bar_width,
                    plot.plot().height());
-  graph::draw_colour_bar(painter, bar, picture.palette, picture.choices.min_res, picture.choices.max_res,
-                         QString::fromStdString(picture.quantity.unit));
+  graph::draw_colour_bar(
+      painter, bar, picture.palette, bar_ticks(painter, bar, picture),
+      picture.quantity.is_resistivity ? "log10  ohm-m" : QString::fromStdString(picture.quantity.unit));
   if (!picture.visibility.empty()) {
     paint_fading_entry(painter, picture, bar);
   }

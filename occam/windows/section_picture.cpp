@@ -92,6 +92,14 @@ void place_curves(graph::PdfPages& pages, const OccamResponse& response, const R
   pages.place(chart, below);
 }
 
+/// The part of a section's picture in which a metre of depth is as long as one along the line.
+PictureSize at_true_scale(const SectionGeometry& section) {
+  const SectionMapping& mapping = section.mapping;
+  const double scale = std::min(mapping.x_scale, mapping.z_scale);
+  return {2.0 * side_frame + (section.right_distance - mapping.x_origin) * scale,
+          2.0 * end_frame + (section.bottom_depth - mapping.z_origin) * scale};
+}
+
 }  // namespace
 
 SectionValues standard_error_values(std::vector<double> decades) {
@@ -130,9 +138,14 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
     picture.choices.min_res = look.values->range.lower;
     picture.choices.max_res = look.values->range.upper;
     picture.quantity = look.values->quantity;
-    picture.geometry = section_geometry(view.results().model, look.values->of_blocks, picture.choices, size);
-  } else {
-    picture.geometry = view.section(*look.choices, size);
+  }
+  const auto geometry_in = [&](PictureSize part) {
+    return look.values ? section_geometry(view.results().model, look.values->of_blocks, picture.choices, part)
+                       : view.section(*look.choices, part);
+  };
+  picture.geometry = geometry_in(size);
+  if (look.true_scale && !picture.choices.log_depth && !picture.geometry.rectangles.empty()) {
+    picture.geometry = geometry_in(at_true_scale(picture.geometry));
   }
   picture.visibility = look.visibility;
   if (picture.geometry.rectangles.empty()) {

@@ -22,7 +22,8 @@ struct SectionLook {
   int colour_table = 2;                   // index of colour_table_names
   bool invert = false;
   bool draw_mesh = false;
-  std::vector<double> visibility = {};       // of each free block, 0 to 1; empty: nothing fades
+  bool true_scale = false;              // a metre of depth as long as one along the line; not of log depths
+  std::vector<double> visibility = {};  // of each free block, 0 to 1; empty: nothing fades
   std::optional<SectionValues> values = {};  // none: resistivities
 };
 

@@ -1,6 +1,7 @@
 #include "platform/files/files_in_use.h"
 
 #include <algorithm>
+#include <mutex>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -13,8 +14,14 @@ namespace {
 
 using Paths = std::vector<fs::path>;
 
-std::vector<std::weak_ptr<const Paths>>& lists_in_use() {
-  static std::vector<std::weak_ptr<const Paths>> lists;
+/// An inversion puts its files into place in a thread of its own, while surveys are opened in another.
+struct ListsInUse {
+  std::mutex mutex;
+  std::vector<std::weak_ptr<const Paths>> lists;
+};
+
+ListsInUse& lists_in_use() {
+  static ListsInUse lists;
   return lists;
 }
 
@@ -22,8 +29,10 @@ std::vector<std::weak_ptr<const Paths>>& lists_in_use() {
 
 FilesInUse::FilesInUse(std::vector<fs::path> files)
     : files_(std::make_shared<const Paths>(std::move(files))) {
-  std::erase_if(lists_in_use(), [](const std::weak_ptr<const Paths>& list) { return list.expired(); });
-  lists_in_use().push_back(files_);
+  ListsInUse& known = lists_in_use();
+  const std::scoped_lock lock(known.mutex);
+  std::erase_if(known.lists, [](const std::weak_ptr<const Paths>& list) { return list.expired(); });
+  known.lists.push_back(files_);
 }
 
 void refuse_input(const fs::path& destination) {
@@ -35,7 +44,9 @@ void refuse_input(const fs::path& destination) {
     std::error_code missing;
     return fs::equivalent(input, destination, missing);
   };
-  for (const std::weak_ptr<const Paths>& list : lists_in_use()) {
+  ListsInUse& known = lists_in_use();
+  const std::scoped_lock lock(known.mutex);
+  for (const std::weak_ptr<const Paths>& list : known.lists) {
     const std::shared_ptr<const Paths> inputs = list.lock();
     if (inputs && std::ranges::any_of(*inputs, is_destination)) {
       throw std::runtime_error(destination.string() + " is one of the input files and is not written over");

@@ -103,6 +103,9 @@ void VexGraphControl::draw_graph() {
 
 void VexGraphControl::begin_overlay() { overlay_->clear(); }
 
+// The curves of a long line have tens of thousands of points, and a step to the next station moves one line.
+void VexGraphControl::draw_overlay() { plot_->layer(overlay_layer)->replot(); }
+
 void VexGraphControl::draw_overlay_line(double x1, double y1, double x2, double y2, graph::Colour colour,
                                         double width) {
   overlay_->add({to_edge(x1, x_limits_), to_edge(y1, y_limits_), to_edge(x2, x_limits_),

@@ -53,8 +53,11 @@ class VexGraphControl final : public QWidget {
   /// Drawings of the whole chart, whatever the cause; for tests and measurements.
   int draw_count() const { return draw_count_; }
 
-  /// Removes overlay lines and labels. Lines lie over the curves; they are seen from the next draw_graph.
+  /// Removes overlay lines and labels. Lines lie over the curves; they are seen from the next draw_graph or
+  /// draw_overlay.
   void begin_overlay();
+  /// Draws lines and labels of the overlay alone, over the curves as draw_graph has left them.
+  void draw_overlay();
   /// An end at or beyond the limit of its axis goes to the edge of the plot area, also when the view changes
   /// later.
   void draw_overlay_line(double x1, double y1, double x2, double y2, graph::Colour colour,

@@ -135,6 +135,8 @@ void invert(QVector<double>& values) {
   }
 }
 
+constexpr const char* whole_numbers = "whole_numbers";  // property of an axis
+
 class ChartTicker final : public QCPAxisTicker {
  public:
   ChartTicker(const QCPAxis& axis, AxisType type, TickLabels labels)
@@ -153,6 +155,9 @@ class ChartTicker final : public QCPAxisTicker {
       invert(made.major);
       invert(made.minor);
     }
+    if (space.least_step > 0.0) {
+      made.minor.removeIf([](double tick) { return std::abs(tick - std::round(tick)) > 1e-6; });
+    }
     ticks = made.major;
     if (sub_ticks != nullptr) {
       *sub_ticks = made.minor;
@@ -169,6 +174,7 @@ class ChartTicker final : public QCPAxisTicker {
     const QMargins margins = axis_.axisRect()->margins();
     const QRect viewport = axis_.parentPlot()->viewport();
     TickRoom room;
+    room.least_step = axis_.property(whole_numbers).toBool() ? 1.0 : 0.0;
     if (axis_.orientation() == Qt::Horizontal) {
       room.pixels = viewport.width() - margins.left() - margins.right();
       room.gap = metrics.horizontalAdvance(QStringLiteral("000"));
@@ -233,7 +239,7 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
   const double densest = span * std::max(min_distance / room.pixels, 1.0 / 50.0);
   constexpr int max_attempts = 12;
   for (const bool plain : {true, false}) {
-    double wanted = densest;
+    double wanted = std::max(densest, room.least_step);
     for (int attempt = 0; attempt < max_attempts; ++attempt) {
       const Step step = step_at_least(wanted);
       AxisTicks ticks = stepped(range, step, plain);
@@ -244,6 +250,12 @@ AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {
     }
   }
   return {};  // labels too long for the axis, however few
+}
+
+void use_whole_numbers_along_x(QWidget& chart) {
+  if (const auto* const plot = chart.findChild<QCustomPlot*>()) {
+    plot->xAxis->setProperty(whole_numbers, true);
+  }
 }
 
 QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type, TickLabels labels) {

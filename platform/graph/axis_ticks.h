@@ -13,6 +13,7 @@
 
 class QCPAxis;
 class QCPAxisTicker;
+class QWidget;
 
 namespace graph {
 
@@ -27,6 +28,7 @@ struct TickRoom {
   double gap = 0.0;                              // minimum distance between two labels, pixels
   int max_characters = 100;                      // a longer label is written as a power
   std::function<double(const QString&)> extent;  // of a label along the axis, pixels
+  double least_step = 0.0;                       // between the ticks of a linear axis
 };
 
 /// Ticks at the decades (every second, third ... if there is little room), with the multiples 2 to 9 as minor
@@ -42,6 +44,10 @@ enum class TickLabels { coordinates, inverse };
 
 /// A ticker for a chart's axis that measures the axis at each drawing.
 QSharedPointer<QCPAxisTicker> make_ticker(const QCPAxis& axis, AxisType type, TickLabels labels);
+
+/// Counts, such as iterations, have no marks between whole numbers.
+/// @param chart  a VexGraphControl
+void use_whole_numbers_along_x(QWidget& chart);
 
 /// Longest label that fits into the left margin of every chart, so that charts above each other line up.
 inline constexpr int longest_left_label = 6;

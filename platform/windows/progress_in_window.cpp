@@ -51,10 +51,6 @@ class WindowInterface final : public UserInterface {
       events_time_.start();
     }
   }
-  void wait_with_events(int milliseconds) override {
-    earlier->wait_with_events(milliseconds);
-    process_events();
-  }
   void show_progress(std::string_view what, int percent) override {
     // After a stop "Stopping..." stays until another step begins, which has to end all the same.
     if (!stop_requested_ || what != shown_) {

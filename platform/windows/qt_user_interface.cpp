@@ -7,7 +7,6 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
-#include <QTimer>
 
 #include "platform/widgets/folder_model.h"
 #include "platform/windows/file_filter.h"
@@ -120,13 +119,6 @@ void QtUserInterface::process_events() {
   }
   QCoreApplication::processEvents(progress_ != nullptr ? QEventLoop::AllEvents
                                                        : QEventLoop::ExcludeUserInputEvents);
-  events_time_.start();
-}
-
-void QtUserInterface::wait_with_events(int milliseconds) {
-  QEventLoop loop;
-  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-  loop.exec(progress_ != nullptr ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
   events_time_.start();
 }
 

@@ -22,8 +22,6 @@ class QtUserInterface : public UserInterface {
   /// Input for the windows waits until the work is over, unless the progress dialog is up: a menu item
   /// chosen in the middle of an import must not start another one.
   void process_events() override;
-  /// Input waits as in process_events.
-  void wait_with_events(int milliseconds) override;
 
   /// The dialog appears only when the work has lasted for a while: short work needs no window.
   void show_progress(std::string_view what, int percent) override;

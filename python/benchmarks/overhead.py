@@ -53,7 +53,7 @@ def small_calls(survey):
         line = survey.lines[0]
         kind = survey.kinds(line)[0]
         station = survey.stations(line)[0]
-        number = station["station"] if isinstance(station, dict) else station.number
+        number = station.number
         curve = survey.curve(line, number, "ExHy", reference_type=kind[0], dipole=kind[1])
         calls["attribute of a curve"] = lambda: curve.resistivity
         calls["mean of a curve's view"] = lambda: curve.resistivity.sum()

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,7 +30,7 @@ std::vector<double> vector_of(const Numbers& numbers) {
 }
 
 Section section_of(double left_edge, const Numbers& column_widths, const Numbers& row_heights,
-                   const Numbers& resistivities, const Codes& codes) {
+                   const Numbers& resistivities, const Codes& codes, std::optional<std::size_t> host_layers) {
   check_shape("column_widths", column_widths, {any_length});
   check_shape("row_heights", row_heights, {any_length});
   const py::ssize_t rows = row_heights.shape(0);
@@ -42,6 +43,7 @@ Section section_of(double left_edge, const Numbers& column_widths, const Numbers
   section.row_heights = vector_of(row_heights);
   section.resistivities = vector_of(resistivities);
   section.codes = {codes.data(), codes.data() + codes.size()};
+  section.host_layers = host_layers.value_or(section.host_layers);
   return section;
 }
 
@@ -213,7 +215,7 @@ py::dict jacobian(const Section& section, const Numbers& sites, const Numbers& f
 void bind_section(py::module_& module) {
   py::class_<Section>(module, "Section")
       .def(py::init(&section_of), py::arg("left_edge"), py::arg("column_widths"), py::arg("row_heights"),
-           py::arg("resistivity"), py::arg("codes"));
+           py::arg("resistivity"), py::arg("codes"), py::arg("host_layers"));
   module.def("section_response", &response, py::arg("section"), py::arg("sites"), py::arg("frequencies"),
              py::arg("threads"), py::arg("progress"));
   module.def("section_tipper", &tipper, py::arg("section"), py::arg("sites"), py::arg("frequencies"),

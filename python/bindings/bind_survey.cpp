@@ -1,5 +1,5 @@
-// The open survey: what it holds, its readings, tensors, and recalculation.
-#include <algorithm>
+// The open survey: opening it, what it holds, its tensors, and recalculation.
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -10,16 +10,20 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "core/undo_stack.h"
 #include "database/frequency_store.h"
 #include "database/sites.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
+#include "database/survey_summary.h"
+#include "platform/dao/case_folding.h"
 #include "python/bindings/array_arguments.h"
 #include "python/bindings/bindings.h"
 #include "python/bindings/python_interface.h"
 #include "python/bindings/survey_readings.h"
 #include "python/bindings/texts.h"
 #include "reduction/averages.h"
+#include "reduction/data_sets/data_sets.h"
 #include "tensor/line_tensors.h"
 
 namespace Python {
@@ -28,26 +32,19 @@ namespace {
 
 using Module_tensor::StationTensor;
 
-py::list texts_of(const std::vector<std::string>& texts) {
-  py::list list;
-  for (const std::string& text : texts) {
-    list.append(text_of(text));
-  }
-  return list;
-}
-
-void require_open() {
-  if (!session().database_open) {
-    throw SurveyError("The survey is closed");
-  }
+/// The session as it is before the first survey.
+void forget_edits() {
+  Module_Brenlox::clear_undo();
+  Module_averaged_data::reset_data_sets();
 }
 
 void open_survey_file(const std::string& path, bool read_only) {
-  if (session().database_open) {
-    throw SurveyError("A survey is open in this process: " + session().database_file +
-                      ". Close it first; one is open at a time.");
-  }
   run_work([&] {
+    if (session().database_open) {
+      throw SurveyError("A survey is open in this process: " + session().database_file +
+                        ". Close it first; one is open at a time.");
+    }
+    forget_edits();
     session().database_file = path;
     return Module_database::open_database(read_only ? Module_database::OpenFor::reading
                                                     : Module_database::OpenFor::editing);
@@ -55,64 +52,98 @@ void open_survey_file(const std::string& path, bool read_only) {
 }
 
 void close_survey() {
-  if (session().database_open) {
-    run_work([] { return Module_database::close_database(); });
-  }
+  run_work([] {
+    forget_edits();
+    return session().database_open ? Module_database::close_database() : 0;
+  });
 }
 
 py::object or_none(const std::optional<double>& value) {
   return value ? py::object(py::float_(*value)) : py::object(py::none());
 }
 
-py::list stations() {
-  require_open();
+py::list sites_of(const std::vector<Module_database::Site>& sites) {
   py::list list;
-  const std::vector<Module_database::Site> sites = Module_database::listed_sites();
-  for (const Module_database::ListedStation& station : Module_database::listed_stations()) {
+  for (const Module_database::Site& site : sites) {
+    py::dict row;
+    row["line"] = text_of(site.line);
+    row["station"] = site.station;
+    row["name"] = site.name.empty() ? py::object(py::none()) : py::object(text_of(site.name));
+    row["latitude"] = or_none(site.latitude);
+    row["longitude"] = or_none(site.longitude);
+    row["elevation"] = or_none(site.elevation);
+    list.append(row);
+  }
+  return list;
+}
+
+/// A row of FileTable.
+struct ImportedFile {
+  std::int32_t ID = 0;
+  std::string name;
+  std::string line;
+  double station = 0.0;
+  std::int32_t event = 0;
+  std::int32_t reference_type = 0;
+  std::int32_t reduction = 0;
+  float scan_rate = 0.0F;  // Hz
+  float dipole = 0.0F;     // m
+};
+
+std::vector<ImportedFile> imported_files() {
+  std::vector<ImportedFile> files;
+  dao::Recordset rows =
+      Module_database::open_survey().database.open_recordset("SELECT * FROM FileTable ORDER BY ID");
+  for (; !rows.eof(); rows.move_next()) {
+    files.push_back({rows.get_long("ID"), rows.get_text("SurveyFile"), rows.get_text("LineNumber"),
+                     rows.get_double("Station"), rows.get_long("EventNumber"), rows.get_long("ReferenceType"),
+                     rows.get_long("ReductionType"), rows.get_single("SampleRate"),
+                     rows.get_single("DipoleLength")});
+  }
+  return files;
+}
+
+struct PlacedStation {
+  Module_database::ListedStation station;
+  Module_database::Site site;
+};
+
+std::vector<PlacedStation> placed_stations() {
+  std::map<std::pair<std::string, double>, Module_database::Site> sites;
+  for (Module_database::Site& site : Module_database::listed_sites()) {
+    std::pair place(dao::folded_text(site.line), site.station);
+    sites.try_emplace(std::move(place), std::move(site));
+  }
+  std::vector<PlacedStation> stations;
+  for (Module_database::ListedStation& station : Module_database::listed_stations()) {
+    const auto found = sites.find({dao::folded_text(station.line), station.station});
+    stations.push_back({std::move(station), found == sites.end() ? Module_database::Site() : found->second});
+  }
+  return stations;
+}
+
+py::list stations() {
+  py::list list;
+  for (const auto& [station, site] : at_survey(placed_stations)) {
     py::dict row;
     row["line"] = text_of(station.line);
-    row["station"] = station.station;
+    row["number"] = station.station;
     row["name"] = text_of(station.name);
     row["map_x"] = station.place.map_x;
     row["map_y"] = station.place.map_y;
-    const auto site = std::ranges::find_if(sites, [&](const Module_database::Site& each) {
-      return each.line == station.line && each.station == station.station;
-    });
-    const bool has_site = site != sites.end();
-    row["latitude"] = or_none(has_site ? site->latitude : std::nullopt);
-    row["longitude"] = or_none(has_site ? site->longitude : std::nullopt);
-    row["elevation"] = or_none(has_site ? site->elevation : std::nullopt);
+    row["latitude"] = or_none(site.latitude);
+    row["longitude"] = or_none(site.longitude);
+    row["elevation"] = or_none(site.elevation);
     list.append(row);
   }
   return list;
 }
 
 py::list kinds(const std::string& line) {
-  require_open();
   py::list list;
   for (const Module_tensor::LineChoice& kind :
-       Module_tensor::kinds_of_line(Module_database::spelled_line(line))) {
+       at_survey([&] { return Module_tensor::kinds_of_line(Module_database::spelled_line(line)); })) {
     list.append(py::make_tuple(kind.reference_type, decimal_of_single(kind.dipole)));
-  }
-  return list;
-}
-
-CurveQuery query_of(const std::string& line, const std::string& station, const std::string& data_type,
-                    std::optional<std::int32_t> reference_type, std::optional<double> dipole,
-                    std::optional<double> scan_rate) {
-  return {line, station, data_type, reference_type, dipole, scan_rate};
-}
-
-py::dict curve(const CurveQuery& query, std::int32_t reduction) {
-  require_open();
-  return attributes_of(find_curve(query, reduction));
-}
-
-py::list repeats(const CurveQuery& query) {
-  require_open();
-  py::list list;
-  for (std::unique_ptr<TakenReading>& taken : find_repeats(query)) {
-    list.append(attributes_of(std::move(taken)));
   }
   return list;
 }
@@ -174,15 +205,18 @@ py::dict tensor_of(const StationTensor& station) {
   return result;
 }
 
-/// @param station  empty: all stations of the line
+/// @param query  without a station: all stations of the line
 py::list tensors(const CurveQuery& query) {
-  require_open();
-  const Module_tensor::LineChoice kind = find_kind(query);
+  const Module_tensor::LineChoice kind = at_survey([&] { return find_kind(query); });
   const bool all = query.station.empty();
-  const double only = all ? 0.0 : find_station(kind.line, query.station);
+  const double only = all ? 0.0 : at_survey([&] { return find_station(kind.line, query.station); });
   Module_tensor::LineTensors line;
-  const Frequencies frequencies = Module_database::read_frequency_list(kind.reference_type);
-  run_work([&] { return Module_tensor::load_line_tensors(kind, frequencies, line); });
+  Frequencies frequencies;
+  run_work([&] {
+    require_open();
+    frequencies = Module_database::read_frequency_list(kind.reference_type);
+    return Module_tensor::load_line_tensors(kind, frequencies, line);
+  });
   py::list list;
   for (StationTensor& station : line.stations) {
     if (all || station.station == only) {
@@ -193,29 +227,70 @@ py::list tensors(const CurveQuery& query) {
   return list;
 }
 
+py::dict info() {
+  const Module_database::SurveySummary summary = at_survey(Module_database::read_survey_summary);
+  py::dict tables;
+  for (const auto& [table, rows] : summary.tables) {
+    tables[text_of(table)] = rows;
+  }
+  py::list lines;
+  for (const Module_database::LineSummary& line : summary.lines) {
+    py::dict row;
+    row["line"] = text_of(line.line);
+    row["stations"] = line.stations;
+    lines.append(row);
+  }
+  py::dict result;
+  result["tables"] = tables;
+  result["lines"] = lines;
+  result["sites"] = sites_of(summary.sites);
+  result["reference_types"] = summary.reference_types;
+  result["data_types"] = texts_of(summary.data_types);
+  result["dipoles"] = summary.dipoles;
+  result["scan_rates"] = summary.scan_rates;
+  return result;
+}
+
+py::list files() {
+  py::list list;
+  for (const ImportedFile& file : at_survey(imported_files)) {
+    py::dict row;
+    row["id"] = file.ID;
+    row["name"] = text_of(file.name);
+    row["line"] = text_of(file.line);
+    row["station"] = file.station;
+    row["event"] = file.event;
+    row["reference_type"] = file.reference_type;
+    row["reduction"] = file.reduction;
+    row["scan_rate"] = decimal_of_single(file.scan_rate);
+    row["dipole"] = decimal_of_single(file.dipole);
+    list.append(row);
+  }
+  return list;
+}
+
 void recalculate(py::object progress) {
-  require_open();
-  run_work([] { return Module_averaged_data::recalculate_merged(); }, std::move(progress));
+  run_work(
+      [] {
+        require_open();
+        return Module_averaged_data::recalculate_merged();
+      },
+      std::move(progress));
 }
 
 }  // namespace
 
 void bind_survey(py::module_& module) {
   py::register_exception<SurveyError>(module, "Error");
-  py::class_<CurveQuery>(module, "CurveQuery")
-      .def(py::init(&query_of), py::arg("line"), py::arg("station"), py::arg("data_type"),
-           py::arg("reference_type"), py::arg("dipole"), py::arg("scan_rate"));
   module.def("open_survey", &open_survey_file, py::arg("path"), py::arg("read_only"));
   module.def("close_survey", &close_survey);
+  module.def("leave_survey_to_parent", &leave_survey_to_parent);
   module.def("messages", [] { return texts_of(python_interface().messages()); });
-  module.def("lines", [] {
-    require_open();
-    return texts_of(Module_database::listed_lines());
-  });
+  module.def("lines", [] { return texts_of(at_survey(Module_database::listed_lines)); });
   module.def("stations", &stations);
+  module.def("info", &info);
+  module.def("files", &files);
   module.def("kinds", &kinds, py::arg("line"));
-  module.def("curve", &curve, py::arg("query"), py::arg("reduction"));
-  module.def("repeats", &repeats, py::arg("query"));
   module.def("tensors", &tensors, py::arg("query"));
   module.def("recalculate", &recalculate, py::arg("progress"));
 }

@@ -2,6 +2,7 @@
 #pragma once
 #include <chrono>
 #include <exception>
+#include <functional>
 
 #include <pybind11/pybind11.h>
 
@@ -16,12 +17,15 @@ class Interruption {
   /// True if the work is to end. Takes the lock some times a second at most.
   bool asked(double share_done = 0.0);
 
+  /// Calls a function of the caller, with the lock. The work is to end if it returns False or raises.
+  void tell(const std::function<pybind11::object()>& function);
+
   /// Raises KeyboardInterrupt, or what the progress function has raised. Nothing happens if the work went to
   /// its end or the function has returned False. Needs the lock.
   void rethrow() const;
 
  private:
-  bool look(double share_done);
+  bool look(const std::function<bool()>& says_stop);
 
   pybind11::object progress_;  // null without one: an interface may outlive the interpreter
   std::chrono::steady_clock::time_point next_look_;

@@ -59,6 +59,7 @@ PythonInterface& python_interface() {
 }
 
 void run_work(const std::function<int()>& work, py::object progress, bool agrees) {
+  const SurveyTurn turn;
   PythonInterface& interface = python_interface();
   interface.begin(std::move(progress), agrees);
   int status = -1;

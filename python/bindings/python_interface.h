@@ -4,7 +4,6 @@
 // progress function that returns False, asks the work to stop at its next safe place.
 #pragma once
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@
 
 #include "core/user_interface.h"
 #include "python/bindings/interruption.h"
+#include "python/bindings/survey_turn.h"
 
 namespace Python {
 
@@ -43,14 +43,9 @@ class PythonInterface final : public UserInterface {
 /// The installed one.
 PythonInterface& python_interface();
 
-/// What work on a survey reports: brenlox.Error.
-class SurveyError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// Runs work without the interpreter lock. @param work gives 0, or -1 after messages, which become the words
-/// of a SurveyError; one that throws does, too
+/// Runs work without the interpreter lock, one piece at a time: other threads wait, and what the work itself
+/// calls, as its progress function, is refused. @param work gives 0, or -1 after messages, which become the
+/// words of a SurveyError; one that throws does, too
 void run_work(const std::function<int()>& work, pybind11::object progress = pybind11::none(),
               bool agrees = false);
 

@@ -2,15 +2,23 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <set>
 #include <stdexcept>
+#include <tuple>
+#include <utility>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "database/frequency_store.h"
 #include "database/reading_facts.h"
+#include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
+#include "exchange/asked_lines.h"
+#include "platform/dao/case_folding.h"
+#include "python/bindings/python_interface.h"
 #include "reduction/computed_rows.h"
 
 namespace Python {
@@ -29,12 +37,17 @@ std::string listed(const Items& items, const Text& text_of_item) {
   return list;
 }
 
+[[noreturn]] void refuse_line(const std::string& given) {
+  throw std::invalid_argument("line: the survey has no line '" + given + "'; it has " +
+                              listed(listed_lines(), [](const std::string& each) { return each; }));
+}
+
+/// A line as the survey spells it.
 std::string find_line(const std::string& given) {
-  const std::vector<std::string> lines = listed_lines();
   std::string line = spelled_line(given);
+  const std::vector<std::string> lines = listed_lines();
   if (std::ranges::find(lines, line) == lines.end()) {
-    throw std::invalid_argument("line: the survey has no line '" + given + "'; it has " +
-                                listed(lines, [](const std::string& each) { return each; }));
+    refuse_line(given);
   }
   return line;
 }
@@ -80,11 +93,111 @@ float find_rate(const CurveQuery& query, const std::string& criteria) {
                           listed(rates, [](float rate) { return plain_text(rate); }) + " Hz");
 }
 
+/// What both searches order by: line, station, reference type, dipole, data type, scan rate, event.
+auto order_of(const TakenReading& taken) {
+  const ReadingKey& key = taken.key;
+  return std::make_tuple(dao::folded_text(key.line), key.station, key.reference_type, key.dipole,
+                         key.data_type, key.scan_rate, taken.reading.EventNumber);
+}
+
+using KeyOrder = std::tuple<std::string, double, std::int32_t, float, std::string, float>;
+
+KeyOrder order_of(const ReadingKey& key) {
+  return {
+      dao::folded_text(key.line), key.station, key.reference_type, key.dipole, key.data_type, key.scan_rate};
+}
+
+ReadingKey key_of(const dao::Recordset& row, bool with_rate) {
+  return {row.get_text("LineNumber"),    row.get_double("Station"),
+          row.get_long("ReferenceType"), with_rate ? row.get_single("SampleRate") : 0.0F,
+          row.get_text("DataType"),      row.get_single("DipoleLength")};
+}
+
+/// Which rows a filter takes, but for reduction, dipole and scan rate.
+std::string criteria_of(const CurveFilter& filter) {
+  std::string criteria = "NumFrequencies > 0";
+  if (filter.line) {
+    const std::string line = find_line(*filter.line);
+    criteria += " AND LineNumber = '" + line + "'";
+    if (filter.station) {
+      criteria += " AND Station = " + criterion_text(find_station(line, *filter.station));
+    }
+  }
+  if (filter.data_type) {
+    check_data_type(*filter.data_type);
+    criteria += " AND DataType = '" + *filter.data_type + "'";
+  }
+  if (filter.reference_type) {
+    criteria += " AND ReferenceType = " + plain_text(*filter.reference_type);
+  }
+  return criteria;
+}
+
+bool takes(const CurveFilter& filter, const ReadingKey& key, std::int32_t reduction) {
+  return (!filter.dipole || same_number(*filter.dipole, key.dipole)) &&
+         (!filter.scan_rate || reduction == reduction_merged ||
+          same_number(*filter.scan_rate, key.scan_rate));
+}
+
+std::vector<std::unique_ptr<TakenReading>> stored_curves(const CurveFilter& filter, std::int32_t reduction,
+                                                         const std::string& criteria) {
+  const std::string of_reduction = "ReductionType = " + plain_text(reduction) + " AND " + criteria;
+  const ReadingFacts facts(of_reduction);
+  std::vector<std::unique_ptr<TakenReading>> found;
+  // What was computed here comes before what a file holds of the same key.
+  dao::Recordset rows = open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE " +
+                                                              of_reduction + " ORDER BY FileID,ID");
+  for (; !rows.eof(); rows.move_next()) {
+    ReadingKey key = key_of(rows, reduction != reduction_merged);
+    if (takes(filter, key, reduction)) {
+      auto taken = std::make_unique<TakenReading>();
+      taken->reduction = reduction;
+      taken->key = std::move(key);
+      taken->reading = read_reading(rows);
+      facts.add_to(taken->reading);
+      found.push_back(std::move(taken));
+    }
+  }
+  return found;
+}
+
+/// The curves of keys that have readings of a lower reduction only.
+void compute_missing(const CurveFilter& filter, std::int32_t reduction, const std::string& criteria,
+                     std::set<KeyOrder>& known, std::vector<std::unique_ptr<TakenReading>>& found) {
+  const bool with_rate = reduction != reduction_merged;
+  std::map<KeyOrder, ReadingKey> missing;
+  dao::Recordset rows = open_survey().database.open_recordset(
+      std::string("SELECT DISTINCT LineNumber,Station,ReferenceType,DataType,DipoleLength") +
+      (with_rate ? ",SampleRate" : "") + " FROM ReadingsDataTable WHERE ReductionType < " +
+      plain_text(reduction) + " AND " + criteria);
+  for (; !rows.eof(); rows.move_next()) {
+    ReadingKey key = key_of(rows, with_rate);
+    if (takes(filter, key, reduction) && !known.contains(order_of(key))) {
+      missing.try_emplace(order_of(key), std::move(key));
+    }
+  }
+  FrequencyLists lists;
+  for (auto& [order, key] : missing) {
+    const StationRows place = Module_database::find_station(StationSearch::look_up, key.line, key.station);
+    auto taken = std::make_unique<TakenReading>();
+    taken->reduction = reduction;
+    taken->reading = Module_averaged_data::find_or_compute(
+        place, reduction, Module_averaged_data::AllowRaw::yes, key, lists.of(key.reference_type));
+    taken->key = std::move(key);
+    if (taken->reading.ID != 0) {
+      found.push_back(std::move(taken));
+    }
+  }
+}
+
 }  // namespace
 
 LineChoice find_kind(const CurveQuery& query) {
-  const std::string line = find_line(query.line);
+  const std::string line = spelled_line(query.line);
   const std::vector<LineChoice> kinds = Module_tensor::kinds_of_line(line);
+  if (kinds.empty()) {
+    (void)find_line(query.line);  // says which lines there are
+  }
   std::vector<LineChoice> asked;
   std::ranges::copy_if(kinds, std::back_inserter(asked), [&](const LineChoice& kind) {
     return (!query.reference_type || *query.reference_type == kind.reference_type) &&
@@ -99,14 +212,40 @@ LineChoice find_kind(const CurveQuery& query) {
                                               : has + "; choose with reference_type and dipole");
 }
 
+LineSelection find_line_selection(const CurveQuery& query) {
+  constexpr const char* in_phase_and_quadrature = "QP";
+  LineChoice kind;
+  if (query.data_type != in_phase_and_quadrature) {
+    kind = at_survey([&] { return find_kind(query); });
+  } else {
+    run_work([&] {
+      std::optional<float> dipole;
+      if (query.dipole) {
+        dipole = static_cast<float>(*query.dipole);
+      }
+      const std::vector<LineChoice> found = Module_exchange::choose_lines(
+          {{query.line}, query.reference_type, dipole, "reference_type and dipole"},
+          Module_exchange::LineKinds::one_of_any);
+      if (found.empty()) {
+        return -1;
+      }
+      kind = found.front();
+      return 0;
+    });
+  }
+  return {kind.line, kind.reference_type, query.data_type, kind.dipole};
+}
+
 double find_station(const std::string& line, const std::string& station) {
-  for (const ListedStation& each : listed_stations()) {
-    if (each.line != line) {
-      continue;
+  if (is_numeric(station)) {
+    const double number = numeric_value(station);
+    if (Module_database::find_station(StationSearch::look_up, line, number).StationID != no_row) {
+      return number;
     }
-    const bool is_number = is_numeric(station) && numeric_value(station) == each.station;
-    if (is_number || (!each.name.empty() && equal_ignoring_case(each.name, station))) {
-      return each.station;
+  }
+  for (const Site& site : sites_of_line(line)) {
+    if (!site.name.empty() && equal_ignoring_case(site.name, station)) {
+      return site.station;
     }
   }
   throw std::invalid_argument("station: line " + line + " has no station " +
@@ -156,6 +295,32 @@ std::vector<std::unique_ptr<TakenReading>> find_repeats(const CurveQuery& query)
     }
   }
   return repeats;
+}
+
+std::vector<std::unique_ptr<TakenReading>> find_curves(const CurveFilter& filter, std::int32_t reduction) {
+  const std::string criteria = criteria_of(filter) + (reduction == reduction_raw ? " AND FileID > 0" : "");
+  std::vector<std::unique_ptr<TakenReading>> found = stored_curves(filter, reduction, criteria);
+  if (reduction != reduction_raw) {
+    std::set<KeyOrder> known;
+    std::erase_if(found, [&](const auto& taken) { return !known.insert(order_of(taken->key)).second; });
+    compute_missing(filter, reduction, criteria, known, found);
+  }
+  std::ranges::stable_sort(found, {}, [](const auto& taken) { return order_of(*taken); });
+  return found;
+}
+
+std::unique_ptr<TakenReading> find_reading(std::int32_t ID) {
+  const dao::Recordset row =
+      open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE ID = " + plain_text(ID));
+  if (row.eof()) {
+    throw std::invalid_argument("curve: the survey has no reading " + plain_text(ID) + " any more");
+  }
+  auto taken = std::make_unique<TakenReading>();
+  taken->reduction = row.get_long("ReductionType");
+  taken->key = key_of(row, taken->reduction != reduction_merged);
+  taken->reading = read_reading(row);
+  read_facts(taken->reading);
+  return taken;
 }
 
 }  // namespace Python

@@ -25,6 +25,10 @@ struct CurveQuery {
 /// there is exactly one.
 Module_tensor::LineChoice find_kind(const CurveQuery& query);
 
+/// The curves that a file of a whole line is made of. Throws as find_kind, and SurveyError for a line without
+/// readings of QP where these are asked for.
+Module_database::LineSelection find_line_selection(const CurveQuery& query);
+
 /// The number of a station of a line, given by it or by the name of its site. Throws std::invalid_argument.
 double find_station(const std::string& line, const std::string& station);
 
@@ -34,5 +38,23 @@ std::unique_ptr<TakenReading> find_curve(const CurveQuery& query, std::int32_t r
 
 /// The raw readings, by scan rate and event.
 std::vector<std::unique_ptr<TakenReading>> find_repeats(const CurveQuery& query);
+
+/// Which readings: what is left out may be anything.
+struct CurveFilter {
+  std::optional<std::string> line;
+  std::optional<std::string> station;  // number or name of the site; needs the line
+  std::optional<std::string> data_type;
+  std::optional<std::int32_t> reference_type;
+  std::optional<double> dipole;     // m
+  std::optional<double> scan_rate;  // Hz
+};
+
+/// All readings of a reduction, by line, station, reference type, dipole, data type, scan rate and event.
+/// Those of reduction 1 and 2 are one for a key and computed where they are missing. Throws
+/// std::invalid_argument for a line or station that the survey doesn't have, dao::Error.
+std::vector<std::unique_ptr<TakenReading>> find_curves(const CurveFilter& filter, std::int32_t reduction);
+
+/// The reading of a row. Throws std::invalid_argument if it is gone.
+std::unique_ptr<TakenReading> find_reading(std::int32_t ID);
 
 }  // namespace Python

@@ -9,29 +9,35 @@ from __future__ import annotations
 
 import os
 
-from . import section
+from . import occam, section
 from ._brenlox import Error, __version__
 from ._earth import BostickCurve, LayeredResponse, layered_response, niblett_bostick
 from ._rhoplus import RhoplusFit, rhoplus
 from ._strike import Strike, strike, strike_by_decade
-from .survey import Curve, Survey
+from .exporting import RhoplusSettings
+from .survey import Change, Curve, Station, Survey, create_survey
 from .tensors import InductionArrows, PhaseTensor, Tensor, Tipper
 
 __all__ = [
     "BostickCurve",
+    "Change",
     "Curve",
     "Error",
     "InductionArrows",
     "LayeredResponse",
     "PhaseTensor",
     "RhoplusFit",
+    "RhoplusSettings",
+    "Station",
     "Strike",
     "Survey",
     "Tensor",
     "Tipper",
     "__version__",
+    "create",
     "layered_response",
     "niblett_bostick",
+    "occam",
     "open",
     "rhoplus",
     "section",
@@ -47,7 +53,8 @@ def open(path: str | os.PathLike[str], read_only: bool = False) -> Survey:
     ----------
     path : path-like
     read_only : bool
-        Work on a private copy: nothing is written beside the survey, which may be open elsewhere.
+        Work on a private copy of the survey as it is in its file: nothing is written beside it, and it may be
+        open in a window or another program. Edits are refused.
 
     Raises
     ------
@@ -56,3 +63,20 @@ def open(path: str | os.PathLike[str], read_only: bool = False) -> Survey:
         If the survey is open in another window or program, or another one in this process, or isn't one.
     """
     return Survey(path, read_only)
+
+
+def create(path: str | os.PathLike[str]) -> Survey:
+    """Create an empty survey and open it.
+
+    Parameters
+    ----------
+    path : path-like
+        Ends in .mdb; there must be no such file yet.
+
+    Raises
+    ------
+    FileExistsError
+    brenlox.Error
+        If it can't be created, or a survey is open in this process.
+    """
+    return create_survey(path)

@@ -3,13 +3,16 @@
 from __future__ import annotations
 
 from dataclasses import dataclass
-from typing import Callable, NamedTuple
+from typing import TYPE_CHECKING, Callable, NamedTuple
 
 import numpy as np
 from numpy.typing import ArrayLike
 
 from . import _brenlox
 from ._arrays import check_shape, integers, real
+
+if TYPE_CHECKING:
+    from matplotlib.axes import Axes
 
 AIR = 0
 """Code of the triangles that are air."""
@@ -30,6 +33,9 @@ class Section:
     codes : ndarray of int, the same shape, optional
         What a triangle is made of: `AIR`, or a number above 0 for each body. By default each different
         resistivity is a body.
+    host_layers : int, optional
+        How many layers the ground at the sides of the mesh may have, from the top; as many as there are rows by
+        default. A model of an inversion has those of its blocks.
     """
 
     left_edge: float
@@ -37,6 +43,7 @@ class Section:
     row_heights: np.ndarray
     resistivity: np.ndarray
     codes: np.ndarray | None = None
+    host_layers: int | None = None
 
     def __post_init__(self) -> None:
         for name in ("column_widths", "row_heights"):
@@ -60,7 +67,23 @@ class Section:
 
     def _compiled(self) -> _brenlox.Section:
         return _brenlox.Section(
-            self.left_edge, self.column_widths, self.row_heights, self.resistivity, self.codes)
+            self.left_edge, self.column_widths, self.row_heights, self.resistivity, self.codes, self.host_layers)
+
+    @property
+    def node_x(self) -> np.ndarray:
+        """y of the node columns, m, shape (columns + 1,)."""
+        return self.left_edge + np.concatenate([[0.0], np.cumsum(self.column_widths)])
+
+    @property
+    def node_z(self) -> np.ndarray:
+        """Depth of the node rows, m, shape (rows + 1,)."""
+        return np.concatenate([[0.0], np.cumsum(self.row_heights)])
+
+    def plot(self, ax: Axes | None = None, **options) -> Axes:
+        """Draw log10 of the resistivity, depth downwards; see `brenlox.plots.plot_section`."""
+        from . import plots
+
+        return plots.plot_section(self, ax, **options)
 
 
 class ModeResponse(NamedTuple):

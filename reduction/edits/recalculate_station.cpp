@@ -4,7 +4,6 @@
 
 #include "core/session_state.h"
 #include "core/trap_errors.h"
-#include "database/frequency_store.h"
 #include "reduction/computed_rows.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/derived_rows.h"
@@ -88,12 +87,6 @@ int reduce_selection(ReduceFrom from) {
 }
 
 }  // namespace
-
-Frequencies frequencies_of(const ReadingKey& key) {
-  return key.reference_type == session().current_reference_type
-             ? session().frequencies
-             : Module_database::read_frequency_list(key.reference_type);
-}
 
 int reduce_station(ReduceFrom from, const ReadingKey& key, const Frequencies& frequencies,
                    ReducedStation& reduced, const Module_Brenlox::UndoReduction* earlier) {

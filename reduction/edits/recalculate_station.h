@@ -15,9 +15,6 @@ struct ReducedStation {
   StoredReading merged;
 };
 
-/// The frequency list that the curves of a key are computed on. Throws dao::Error.
-[[nodiscard]] Frequencies frequencies_of(const ReadingKey& key);
-
 /// Computes average and merged curve of a key again and stores them; the data sets stay as they are.
 /// @param earlier if not null, what the user had set on each of the two is put back before the next step
 /// @return 0, or -1 after a message

@@ -1,7 +1,6 @@
 #include "reduction/edits/undo.h"
 
 #include <algorithm>
-#include <memory>
 #include <span>
 #include <utility>
 #include <vector>
@@ -9,103 +8,14 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "core/undo_stack.h"
 #include "database/frequency_store.h"
-#include "database/survey_database.h"
 #include "reduction/data_sets/curve_parts.h"
-#include "reduction/derived_rows.h"
-#include "reduction/edits/derived_snapshot.h"
+#include "reduction/edits/exchange_command.h"
 
 namespace Module_averaged_data {
 
-using Module_Brenlox::UndoReduction;
-
 namespace {
-
-/// The readings of one key in a command: they are reduced once.
-struct EditedKey {
-  ReadingKey key;
-  ReduceFrom from = ReduceFrom::nothing;
-  std::shared_ptr<const UndoReduction> restore;  // what the derived rows shall hold again
-  std::shared_ptr<const UndoReduction> before;   // what they hold now
-  ReducedStation reduced;
-};
-
-struct WrittenEntry {
-  UndoEntry entry;
-  ExchangedRow row;
-};
-
-/// A command on its way back into the survey.
-struct Exchange {
-  std::vector<EditedKey> keys;
-  std::vector<WrittenEntry> written;  // the last one of the command first
-};
-
-/// What an edit of a reading changes beyond its row: a static factor nothing, an edit of a repeat or an
-/// average both derived rows, one of a merged curve that curve, unless the edit computed nothing again.
-ReduceFrom follows_from(const UndoEntry& entry, std::int32_t ReductionType) {
-  if (std::holds_alternative<Module_Brenlox::UndoStatic>(entry.earlier)) {
-    return ReduceFrom::nothing;
-  }
-  if (ReductionType != reduction_merged) {
-    return ReduceFrom::repeats;
-  }
-  return entry.reduction == nullptr ? ReduceFrom::nothing : ReduceFrom::averages;
-}
-
-StationRows place_of(const ReadingKey& key) {
-  return Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-}
-
-EditedKey* find_key(Exchange& exchange, const ReadingKey& key) {
-  const auto found = std::ranges::find_if(exchange.keys, [&](const EditedKey& noted) {
-    return same_station(noted.key, key) && noted.key.scan_rate == key.scan_rate;
-  });
-  return found == exchange.keys.end() ? nullptr : &*found;
-}
-
-/// Notes the key of a reading, with what its derived rows hold before anything is written.
-void note_key(const UndoEntry& entry, Exchange& exchange) {
-  dao::Recordset& rows = Module_database::open_survey().readings;
-  rows.find_first("ID = " + format_number(entry.id, "0"));
-  if (rows.no_match()) {
-    return;
-  }
-  const ReadingKey key = key_of_row(rows);
-  const ReduceFrom from = follows_from(entry, rows.get_long("ReductionType"));
-  EditedKey* found = find_key(exchange, key);
-  if (found == nullptr) {
-    found = &exchange.keys.emplace_back(EditedKey{key, from, entry.reduction, nullptr, {}});
-  }
-  found->from = std::min(found->from, from);
-  if (found->before == nullptr && entry.reduction != nullptr) {
-    found->before = std::make_shared<const UndoReduction>(snapshot_of(place_of(key), key));
-  }
-}
-
-/// Writes all entries of a command and computes again what follows. @return 0, or -1 after a message
-int exchange_command(std::span<const UndoEntry> command, Exchange& exchange) {
-  Module_database::require_writable();
-  dao::Transaction transaction(Module_database::open_survey().database);
-  for (const UndoEntry& entry : command) {
-    note_key(entry, exchange);
-  }
-  for (auto entry = command.rbegin(); entry != command.rend(); ++entry) {
-    if (auto row = exchange_row(*entry)) {
-      row->earlier.command = entry->command;
-      row->earlier.reduction = find_key(exchange, row->key)->before;
-      exchange.written.push_back({*entry, std::move(*row)});
-    }
-  }
-  for (EditedKey& edited : exchange.keys) {
-    if (reduce_station(edited.from, edited.key, frequencies_of(edited.key), edited.reduced,
-                       edited.restore.get()) != 0) {
-      return -1;
-    }
-  }
-  transaction.commit();
-  return 0;
-}
 
 std::int32_t station_index_of(const ReadingKey& key) {
   const SessionState& state = session();
@@ -167,7 +77,7 @@ int distance_from_selection(const ReadingKey& key) {
 
 /// The key to show after a command, which may be of many stations and data types: who looks at one of its
 /// curves stays there.
-const ReadingKey& key_to_show(const Exchange& exchange) {
+const ReadingKey& key_to_show(const CommandExchange& exchange) {
   return std::ranges::min_element(
              exchange.written, {},
              [](const WrittenEntry& each) { return distance_from_selection(each.row.key); })
@@ -175,13 +85,13 @@ const ReadingKey& key_to_show(const Exchange& exchange) {
 }
 
 /// Brings data sets and selection up to date with what was written.
-UndoResult show_exchange(const Exchange& exchange) {
+UndoResult show_exchange(const CommandExchange& exchange) {
   int shown = 0;
   bool profile_is_current = true;
   for (const WrittenEntry& each : exchange.written) {
     show_entry(each.entry, each.row);
   }
-  for (const EditedKey& edited : exchange.keys) {
+  for (const auto& [order, edited] : exchange.keys) {
     shown |= show_reduced_station(edited.key, session().frequencies, edited.reduced);
     profile_is_current = profile_is_current && !removes_merged(edited);
   }
@@ -199,17 +109,25 @@ UndoResult show_exchange(const Exchange& exchange) {
   return result;
 }
 
+/// Long work lets events run, which may look at the stack.
+std::vector<UndoEntry> copied(std::span<const UndoEntry> command) { return {command.begin(), command.end()}; }
+
 /// Writes a command back, which is in a stack until `finish` or `drop` takes it from there.
 /// @param finish is given what the rows held until then
-UndoResult write_back(std::span<const UndoEntry> command, void (*finish)(std::vector<UndoEntry>),
+UndoResult write_back(const std::vector<UndoEntry>& command, void (*finish)(std::vector<UndoEntry>),
                       void (*drop)()) {
   if (command.empty()) {
     return {};
   }
-  Exchange exchange;
+  CommandExchange exchange;
+  Outcome outcome = Outcome::failed;
   if (trap_errors("An error occurred while undoing the change: ",
-                  [&] { return exchange_command(command, exchange); }) != 0) {
+                  [&] { outcome = exchange_command(command, exchange); }) != 0 ||
+      outcome == Outcome::failed) {
     return {Edit::failed, -1};
+  }
+  if (outcome == Outcome::stopped) {
+    return {Edit::nothing, session().current_station_index};
   }
   if (exchange.written.empty()) {
     drop();
@@ -227,11 +145,13 @@ UndoResult write_back(std::span<const UndoEntry> command, void (*finish)(std::ve
 }  // namespace
 
 UndoResult undo_last_change() {
-  return write_back(Module_Brenlox::top_undo(), Module_Brenlox::move_to_redo, Module_Brenlox::pop_undo);
+  return write_back(copied(Module_Brenlox::top_undo()), Module_Brenlox::move_to_redo,
+                    Module_Brenlox::pop_undo);
 }
 
 UndoResult redo_last_change() {
-  return write_back(Module_Brenlox::top_redo(), Module_Brenlox::move_to_undo, Module_Brenlox::pop_redo);
+  return write_back(copied(Module_Brenlox::top_redo()), Module_Brenlox::move_to_undo,
+                    Module_Brenlox::pop_redo);
 }
 
 }  // namespace Module_averaged_data

@@ -123,6 +123,7 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     };
     const std::vector<int> all(6, 1);
     const std::vector<int> nothing(6, 0);
+    const std::vector<int> new_station{0, 0, 1, 1, 1, 1};  // in the profile only the line at it moves
     const auto type = [this](const char* name, const char* text) {
       auto* const box = control<QLineEdit>(name);
       box->setFocus();
@@ -142,10 +143,10 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
         {"fixed scale", [&] { control<QCheckBox>("Check_fixed_scale")->click(); }, {0, 0, 1, 1, 1, 1}},
         {"hide masked", [&] { control<QCheckBox>("Check_hide_masked_data")->click(); }, all},
         {"scan rate", [&] { control<QComboBox>("Combo_scan_rate")->setCurrentIndex(1); }, {0, 0, 0, 0, 1, 1}},
-        {"neighbours", [&] { control<QCheckBox>("Check_multi_station")->click(); }, all},
-        {"their number", [&] { type("Text_multi_count", "1"); }, all},
-        {"a step", [&] { control<QScrollBar>("HScroll_repeat")->setValue(3); }, all},
-        {"a point of the profile elsewhere", [&] { click_point("vxgraph_Profile_0", 0, 1); }, all},
+        {"neighbours", [&] { control<QCheckBox>("Check_multi_station")->click(); }, new_station},
+        {"their number", [&] { type("Text_multi_count", "1"); }, new_station},
+        {"a step", [&] { control<QScrollBar>("HScroll_repeat")->setValue(3); }, new_station},
+        {"a point of the profile elsewhere", [&] { click_point("vxgraph_Profile_0", 0, 1); }, new_station},
         {"the same line", [&] { control<QComboBox>("Combo_line")->setCurrentIndex(0); }, nothing},
         {"recalculation", [&] { menu("menu_Recalculate_merged"); }, all},
         {"the plan", [&] { press("Command_show_plan"); }, nothing},

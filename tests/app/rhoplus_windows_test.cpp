@@ -495,9 +495,17 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     window_->findChild<QAction*>("menu_output_data_0")->trigger();
     QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
     QVERIFY(control<QWidget>("Frame_rhoplus")->isVisible());
-    control<QComboBox>("Combo_output_linelist")->setCurrentIndex(0);
-    control<QComboBox>("Combo_output_datatype")->setCurrentIndex(0);
-    control<QComboBox>("Combo_output_dipole")->setCurrentIndex(0);
+    // What the main window shows is chosen, and only what the survey has is listed.
+    QCOMPARE(control<QComboBox>("Combo_output_linelist")->currentText().toStdString(),
+             session().current_line);
+    auto* const references = control<QComboBox>("Combo_output_datatype");
+    QCOMPARE(references->count(), 1);
+    QCOMPARE(references->currentData().toInt(), session().current_reference_type);
+    QVERIFY(control<QComboBox>("Combo_output_dipole")->currentIndex() >= 0);
+    QCOMPARE(control<QComboBox>("Combo_output_component")->currentText().toStdString(),
+             session().current_data_type);
+    QCOMPARE(control<QLineEdit>("Text_rhoplus_output_directory")->text().toStdString(),
+             folder_->folder().string());
     control<QLineEdit>("Text_rhoplus_output_directory")->setText("rho");
     QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
     const std::vector<std::string> messages = interface_->take_messages();
@@ -529,17 +537,13 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     Q_EMIT window_->findChild<TensorWindows*>()->strike_chosen(25.04);
     auto* const rotate = control<QCheckBox>("Check_rotate_to_strike");
     auto* const strike = control<QLineEdit>("Text_rotate_to_strike");
-    auto* const data_type = control<QLabel>("Label_data_type");
+    auto* const data_type = control<QComboBox>("Combo_output_component");
     QVERIFY(!rotate->isChecked() && !strike->isEnabled());
     QCOMPARE(strike->text(), QString("25.0"));
-    QCOMPARE(data_type->text(), QString("ExHy"));
+    QCOMPARE(data_type->currentText(), QString("ExHy"));
     rotate->setChecked(true);
     QVERIFY(strike->isEnabled());
-    QCOMPARE(data_type->text(), QString("ExHy, electric field along the strike (TE)"));
-    for (const char* const choice :
-         {"Combo_output_linelist", "Combo_output_datatype", "Combo_output_dipole"}) {
-      control<QComboBox>(choice)->setCurrentIndex(0);
-    }
+    QCOMPARE(data_type->currentText(), QString("ExHy, electric field along the strike (TE)"));
     QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
     strike->setText("N25E");
     QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
@@ -551,7 +555,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
             "Station 300: there is no ExHx, EyHx, EyHy",
             "The strike to rotate to must be from -180 to 360 degrees"}));
     window_->findChild<QAction*>("menu_output_data_1")->trigger();
-    QCOMPARE(data_type->text(), QString("ExHy"));
+    QCOMPARE(data_type->currentText(), QString("ExHy"));
   }
 };
 

@@ -101,7 +101,6 @@ class SoakRun::Answers final : public UserInterface {
   }
   void set_busy_pointer(bool /*busy*/) override {}
   void process_events() override {}
-  void wait_with_events(int /*milliseconds*/) override { QCoreApplication::processEvents(); }
   void show_progress(std::string_view /*what*/, int /*percent*/) override {}
   bool stop_requested() override {
     constexpr int patience = 5000;

@@ -6,10 +6,12 @@
 #include <numbers>
 #include <random>
 
+#include "formats/occam/iteration_file.h"
 #include "formats/occam/mesh_file.h"
 #include "formats/occam/model_blocks.h"
 #include "formats/occam/model_file.h"
 #include "numerics/section/response.h"
+#include "occam/ground/masked_run.h"
 #include "occam/results/model_response.h"
 #include "tests/occam/results/made_results.h"
 
@@ -307,6 +309,33 @@ TEST_F(TopoMaskFileTest, Takes_the_stations_of_the_run_that_the_model_belongs_to
   ASSERT_FALSE(folder.write("other", made::results_model).empty());  // another model beside the same run
   ASSERT_EQ(read_model_to_mask(folder.path("other"), mask), 0);
   EXPECT_TRUE(mask.stations.names.empty());
+}
+
+TEST_F(TopoMaskFileTest, Comes_with_a_model_and_a_start_file_of_the_parameters_left) {
+  ASSERT_FALSE(made::write_results(folder).empty());
+  const std::string start = folder.write("startup", made::iteration_text(0, made::nine_parameters));
+  TopoMask mask;
+  ASSERT_EQ(read_model_to_mask(folder.path("inmodel"), mask), 0);
+  mask.topo.curve = ground_curve({{0.0}, {-5.0}});
+  ASSERT_EQ(apply_topo_mask(mask), 0);
+  interface.take_messages();
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  const int left = free_blocks(mask.model, mask.masked);
+  ASSERT_LT(left, 9);
+  EXPECT_NE(interface.take_messages().back().find("start file masked_startup of " + std::to_string(left)),
+            std::string::npos);
+  const OccamIteration written =
+      read_iteration_file(IterationParts::with_parameters, folder.path("masked_startup"));
+  EXPECT_EQ(written.model_file, "masked_model");
+  EXPECT_EQ(written.parameters, (std::vector<double>{2.0, 3.0, 2.5, 2.0})) << "of the second layer";
+  EXPECT_EQ(read_model_file(folder.folder(), "masked_model", {}).num_free_params, left);
+
+  interface->yes_no_answers = {false};  // earlier files stay if the user wants them to
+  ASSERT_FALSE(folder.write("masked_startup", "mine").empty());
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  EXPECT_EQ(file_contents(folder.path("masked_startup")), "mine");
+  ASSERT_EQ(read_model_to_mask(folder.path("inmodel"), mask), 0);
+  EXPECT_EQ(mask.model.num_free_params, 9) << "the run itself is as it was";
 }
 
 TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_its_table) {

@@ -168,9 +168,9 @@ class FormOccamInversionTest : public QObject {
     auto* const errors = control<QWidget>("Picture_res_error");
     QTest::mouseClick(errors, Qt::LeftButton, {}, QPoint(60, errors->height() / 2));
     QCOMPARE(stations->value(), 1);
-    QTest::mouseMove(errors, QPoint(60, 30));
+    QTest::mouseMove(errors, QPoint(60, 30));  // high frequencies are on top
     QTRY_VERIFY(
-        status().startsWith("Site station_110.0 at 110.0 m   Frequency 1 Hz   TM resistivity error "));
+        status().startsWith("Site station_110.0 at 110.0 m   Frequency 10 Hz   TM resistivity error "));
     control<QComboBox>("Combo_display_mode")->setCurrentIndex(5);
     auto* const profile = control<VexGraphControl>("vxGraph_profile_res");
     QVERIFY(profile->point_position(0, 1));

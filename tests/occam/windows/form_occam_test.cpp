@@ -185,7 +185,7 @@ class FormOccamTest : public QObject {
                       "there is no ExHx, EyHx, EyHy"),
         messages[0].c_str());
     rotate->setChecked(false);
-    QCOMPARE(modes->currentText(), QString("Current data type (ExHy)"));
+    QCOMPARE(modes->currentText(), QString("Current data type: ExHy (TM)"));
   }
 
   void both_modes_bring_relative_errors_and_floors_of_te() {
@@ -199,7 +199,7 @@ class FormOccamTest : public QObject {
     auto* const errors = control<QComboBox>("Combo_errors");
     auto* const folder = control("Text_occam_directory");
     const auto shows_one_mode = [&] {
-      return modes->currentText() == "Current data type (ExHy)" && errors->currentText() == "As before" &&
+      return modes->currentText() == "Current data type: ExHy (TM)" && errors->currentText() == "As before" &&
              !control("Text_te_res_error_floor")->isEnabled() &&
              !control("Text_te_phase_error_floor")->isEnabled() &&
              control<QCheckBox>("Check_use_standard_error")->isEnabled() &&

@@ -1,6 +1,5 @@
 // The interface to the user on Qt, and the splitter with its resizer.
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFileIconProvider>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -75,19 +74,6 @@ class PlatformWindowsTest : public QObject {
     FolderModel model(nullptr);
     model.setRootPath(QString::fromStdString(folder.folder().string()));
     QTRY_COMPARE(model.type(model.index(picture)), QString("File"));
-  }
-
-  void waiting_lets_the_windows_live() {
-    QtUserInterface interface;
-    int events = 0;
-    QTimer clock;
-    connect(&clock, &QTimer::timeout, this, [&events] { ++events; });
-    clock.start(5);
-    QElapsedTimer time;
-    time.start();
-    interface.wait_with_events(100);
-    QVERIFY(time.elapsed() >= 95);
-    QVERIFY(events >= 3);
   }
 
   void settings_keep_any_key_and_list_it() {

@@ -1,0 +1,101 @@
+// New values of many readings as one command: all of them or none, and back again.
+#include "reduction/edits/edit_many.h"
+
+#include "core/undo_stack.h"
+#include "reduction/data_sets/data_sets.h"
+#include "reduction/edits/undo.h"
+#include "tests/reduction/made_line.h"
+#include "tests/support/survey_fixture.h"
+
+using namespace Module_averaged_data;
+using Module_Brenlox::UndoFlags;
+using Module_Brenlox::UndoMask;
+using Module_Brenlox::UndoStatic;
+
+namespace {
+
+class EditMany : public SurveyTest {
+ public:
+  EditMany() {
+    new_survey();
+    Module_Brenlox::clear_undo();
+    reset_data_sets();
+    made::store_line(3);
+    EXPECT_EQ(recalculate_merged(), 0);
+    interface->progress.clear();
+  }
+  ~EditMany() override { Module_Brenlox::clear_undo(); }
+
+ protected:
+  static std::vector<std::int32_t> rows_of(const std::string& criteria) {
+    std::vector<std::int32_t> rows;
+    dao::Recordset found = Module_database::open_survey().database.open_recordset(
+        "SELECT ID FROM ReadingsDataTable WHERE " + criteria + " ORDER BY ID");
+    for (; !found.eof(); found.move_next()) {
+      rows.push_back(found.get_long("ID"));
+    }
+    return rows;
+  }
+
+  /// The first repeat of each station and scan rate switched off, and the first point of the second masked.
+  static std::vector<UndoEntry> of_the_line() {
+    std::vector<UndoEntry> entries;
+    for (const std::int32_t ID : rows_of("ReductionType = 0 AND EventNumber = 1")) {
+      entries.push_back({ID, UndoFlags{false, true, true}});
+    }
+    for (const std::int32_t ID : rows_of("ReductionType = 0 AND EventNumber = 2")) {
+      Module_database::Curve curve = Module_database::read_reading(made::row(ID)).curve;
+      curve.counts_at(1, 0) = 0;
+      const auto bytes = Module_database::bytes_of(curve.mask);
+      entries.push_back(
+          {ID, UndoMask{static_cast<std::int32_t>(curve.count()), {bytes.begin(), bytes.end()}}});
+    }
+    return entries;
+  }
+};
+
+}  // namespace
+
+TEST_F(EditMany, Is_one_command_over_stations_and_scan_rates_and_what_follows_is_computed) {
+  const std::string before = made::whole_readings_table();
+  ASSERT_EQ(edit_many(of_the_line()), Edit::changed);
+  EXPECT_EQ(Module_Brenlox::top_undo().size(), 12U) << "two repeats of three stations and two scan rates";
+  const std::string edited = made::whole_readings_table();
+  EXPECT_FALSE(edited == before);
+  ASSERT_EQ(recalculate_merged(), 0);
+  EXPECT_TRUE(made::whole_readings_table() == edited) << "averages and merged curves have followed";
+
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+  EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
+  ASSERT_EQ(redo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == edited);
+}
+
+TEST_F(EditMany, Takes_all_repeats_of_a_station_away_and_gives_what_was_set_on_its_curves_back) {
+  const std::vector<std::int32_t> merged = rows_of("ReductionType = 2 AND Station = 200");
+  ASSERT_EQ(edit_many(std::vector<UndoEntry>{{merged.front(), UndoStatic{2.5F}}}), Edit::changed);
+  const std::string before = made::whole_readings_table();
+  std::vector<UndoEntry> entries;
+  for (const std::int32_t ID : rows_of("ReductionType = 0 AND Station = 200 AND SampleRate = 256")) {
+    entries.push_back({ID, UndoFlags{false, false, false}});
+  }
+  entries.push_back({99999, UndoFlags{}});
+  entries.push_back({merged.front(), UndoFlags{true, false, true}});
+  ASSERT_EQ(edit_many(entries), Edit::changed);
+  EXPECT_FALSE(made::whole_readings_table() == before);
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+}
+
+TEST_F(EditMany, Leaves_everything_as_it_was_after_a_stop_or_without_a_reading) {
+  const std::string before = made::whole_readings_table();
+  EXPECT_EQ(edit_many({}), Edit::nothing);
+  EXPECT_EQ(edit_many(std::vector<UndoEntry>{{99999, UndoFlags{}}}), Edit::nothing);
+  int asked = 0;
+  interface->stop = [&asked] { return ++asked > 2; };
+  EXPECT_EQ(edit_many(of_the_line()), Edit::nothing);
+  EXPECT_FALSE(interface->progress.empty());
+  EXPECT_TRUE(made::whole_readings_table() == before);
+  EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
+}
