@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Takes the pictures of the tutorial again, on the sample surveys of ./run, into docs/screenshots.
+# Takes the pictures of the tutorial and of the recipes for Python again, on the sample surveys of ./run, into
+# docs/screenshots.
 #
 #   scripts/take_pictures.sh [BUILD]     BUILD: build folder of the programs, build/release
 #
@@ -15,11 +16,20 @@ if [ "${1:-}" != "--inside" ]; then
   trap 'rm -r "$root/pictures"; rmdir "$root/root" "$root"' EXIT  # never through what is mounted
   unshare --map-root-user --mount "$0" --inside "$build" "$root"
   for picture in docs/screenshots/*.png; do
-    cp "$root/pictures/$(basename "$picture")" "$picture"
+    if [[ "$picture" != */python_* ]]; then
+      cp "$root/pictures/$(basename "$picture")" "$picture"
+    fi
   done
   for picture in pseudo_section strike tensor_map; do  # there is more to see in whole tensors
     cp "$root/pictures/tensors/$picture.png" "docs/screenshots/$picture.png"
   done
+  samples="$root/pictures/samples"
+  mkdir "$samples"
+  cp -r demo_output/field_files "$samples/"
+  cp demo_output/sample.mdb "$samples/survey.mdb"
+  cp demo_output/tensor_line.mdb "$samples/tensors.mdb"
+  python="$(sed -n 's/^_Python_EXECUTABLE:INTERNAL=//p' "$build/CMakeCache.txt")"
+  MPLBACKEND=Agg PYTHONDONTWRITEBYTECODE=1 PYTHONPATH="$build/python" "$python" python/tests/recipes.py "$samples" docs/screenshots
   exit
 fi
 

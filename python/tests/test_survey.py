@@ -11,21 +11,9 @@ import threading
 import brenlox
 import numpy as np
 import pytest
-from programs import BATCH, batch, make_samples, needs_programs
+from programs import BATCH, batch, needs_programs
 
 pytestmark = needs_programs
-
-
-@pytest.fixture(scope="session")
-def made_survey(tmp_path_factory):
-    folder = tmp_path_factory.mktemp("survey")
-    make_samples(folder / "files")
-    path = folder / "sample.mdb"
-    batch("new", path)
-    batch("import", path, folder / "files", "--reference", 0, "--line-columns", "2,4", "--event-columns", "14,1",
-          "--rate-columns", "17,4", "--sectid-as-station")
-    batch("recalculate", path)
-    return path
 
 
 @pytest.fixture
