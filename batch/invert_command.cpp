@@ -43,9 +43,13 @@ Json model_json(const std::vector<numerics::rhoplus::RhoplusLayer>& model) {
   return layers;
 }
 
-/// Conductances in S at depths in m; null is a perfect conductor.
+/// Conductances in S at depths in m; null is a perfect conductor. "unsupported" is there for a station whose
+/// curve rests on readings that are switched off.
 Json station_json(double station, const StationInversion& inversion) {
   Json json{{"station", station}, {"status", inversion.run.status}};
+  if (!inversion.unsupported.empty()) {
+    json["unsupported"] = inversion.unsupported;
+  }
   if (inversion.run.status == numerics::rhoplus::rhoplus_ran) {
     json["used_values"] = inversion.run.used_values;
     json["target_chi"] = decimal_of_single(inversion.run.target_chi);
@@ -69,6 +73,9 @@ void print_station(double station, const StationInversion& inversion) {
             << format_number(inversion.run.achieved_chi, "0.00") << ", target "
             << format_number(inversion.run.target_chi, "0.00")
             << (inversion.run.limit_met ? ", limit of iterations met\n" : "\n");
+  if (!inversion.unsupported.empty()) {
+    std::cout << "  " << inversion.unsupported << '\n';
+  }
   for (const numerics::rhoplus::RhoplusLayer& layer : inversion.run.model) {
     const bool basement = layer.conductance >= numerics::rhoplus::perfect_conductor;
     std::cout << "  " << format_number(layer.depth, "0.0") << " m  "

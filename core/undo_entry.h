@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <variant>
 #include <vector>
 
@@ -56,6 +57,9 @@ struct UndoEntry {
   std::int32_t command = 0;  // entries of one number are undone together; 0: not in the stack yet
   /// Shared by the entries of a command; null if its edit computed nothing again.
   std::shared_ptr<const UndoReduction> reduction = nullptr;
+  /// Line, station and kind of the reading; empty: not asked for. An undo may take away the row of a curve
+  /// that was computed, and its number may be given to another one.
+  std::string owner = {};
 };
 
 struct UndoStack {

@@ -22,6 +22,10 @@ bool stands_alone(const fs::path& survey) {
 
 /// Empty if the survey can't be told from another state of it.
 std::string state_of(const fs::path& survey) {
+  std::error_code missing;
+  if (!fs::is_regular_file(survey, missing)) {  // a pipe would wait for who writes
+    return {};
+  }
   std::string head(head_size, '\0');
   std::ifstream stream(survey, std::ios::binary);
   const std::string state = file_state(survey);

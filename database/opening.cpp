@@ -194,8 +194,11 @@ Compaction make_fresh(const fs::path& survey, const fs::path& fresh, const Progr
   return result;
 }
 
+// Beyond this reading a survey through would take as long as the compaction that is left out.
+constexpr std::uintmax_t most_bytes_checked = 512U << 20U;
+
 // A survey that was closed compact and that nothing has written since is taken as it is; only its backup is
-// made. Nothing comes back if it needs more.
+// made, once the survey was found sound. Nothing comes back if it needs more.
 std::optional<Compaction> keep_compacted(const fs::path& survey, const fs::path& backup,
                                          const Progress& progress) {
   if (!is_marked_compacted(survey)) {
@@ -208,6 +211,9 @@ std::optional<Compaction> keep_compacted(const fs::path& survey, const fs::path&
     return std::nullopt;
   }
   Module_debug::write_debug(1, "keep_compacted");
+  if (fs::file_size(survey) <= most_bytes_checked) {
+    dao::check_database(survey.string(), progress.of_compaction());
+  }
   safe_files::copy_into_place(survey, backup, progress.of_copy());
   return result;
 }

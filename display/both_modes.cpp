@@ -1,11 +1,13 @@
 #include "display/both_modes.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "core/session_state.h"
+#include "core/trap_errors.h"
 
 namespace Module_display_data {
 
@@ -55,6 +57,14 @@ int load_repeats(const averaged::RepeatDataSet& own, const std::string& data_typ
   return averaged::load_repeat_data(key, session().frequencies, loaded().repeats);
 }
 
+int load_unsupported() {
+  const Module_database::ReadingKey& key = loaded().station.key;
+  return trap_errors("An error occurred while reading the station: ", [&] {
+    loaded().unsupported =
+        averaged::unsupported_curves({key.line, key.reference_type, key.data_type, key.dipole}, key.station);
+  });
+}
+
 template <class Slot>
 const Slot* slot_of(const std::vector<Slot>& own, const std::vector<Slot>& other, std::size_t series) {
   if (series < own.size()) {
@@ -90,7 +100,10 @@ int load_other_mode() {
   if (!asked_for_both() || data_type.empty()) {
     return 0;
   }
-  const int status = load_station(own.station, data_type);
+  int status = load_station(own.station, data_type);
+  if (status == 0 && !loaded().station.slots.empty()) {
+    status = load_unsupported();
+  }
   return status != 0 ? status : load_repeats(own.repeats, data_type);
 }
 
@@ -100,6 +113,15 @@ const StationSlot* shown_station_slot(std::size_t series) {
 
 const averaged::RepeatSlot* shown_repeat_slot(std::size_t series) {
   return slot_of(averaged::data_sets().repeats.slots, loaded().repeats.slots, series);
+}
+
+bool is_unsupported_curve(std::string_view data_type, double station, float scan_rate) {
+  if (data_type == averaged::data_sets().profile.key.data_type) {
+    return averaged::is_unsupported(station, scan_rate);
+  }
+  return std::ranges::any_of(loaded().unsupported, [&](const averaged::UnsupportedCurve& curve) {
+    return curve.data_type == data_type && curve.station == station && curve.scan_rate == scan_rate;
+  });
 }
 
 graph::Colour mode_colour(std::string_view data_type) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/graph/plot_table.h"
 #include "reduction/data_sets/data_sets.h"
@@ -20,6 +21,7 @@ enum class Modes { selected, both };  // what a plot shows
 struct OtherMode {
   Module_averaged_data::StationDataSet station;
   Module_averaged_data::RepeatDataSet repeats;
+  std::vector<Module_averaged_data::UnsupportedCurve> unsupported;  // of the station
 };
 
 /// What was loaded last; empty while one mode is shown, and where the survey has nothing of the other.
@@ -37,6 +39,10 @@ void ask_for_both_modes(bool asked);
 const Module_averaged_data::StationSlot* shown_station_slot(std::size_t series);
 /// The slot behind a series of the raw graph; null beyond the last one.
 const Module_averaged_data::RepeatSlot* shown_repeat_slot(std::size_t series);
+
+/// Whether a curve of either mode is one that rests on nothing in use; scan rate in Hz, 0 for the merged
+/// curve.
+[[nodiscard]] bool is_unsupported_curve(std::string_view data_type, double station, float scan_rate);
 
 /// One colour for each current direction, whichever is selected: who goes from one to the other sees the same
 /// curves.

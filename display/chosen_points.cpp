@@ -8,6 +8,7 @@
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
+#include "display/both_modes.h"
 #include "platform/graph/plot_table.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/set_points.h"
@@ -45,14 +46,19 @@ struct ShownReadings {
   std::set<std::int32_t> columns;
 
   ShownReadings() {
-    for (const RepeatSlot& slot : data_sets().repeats.slots) {
-      curves.emplace(slot.reading.ID, &slot.reading);
-    }
-    for (const StationSlot& slot : data_sets().station.slots) {
-      curves.emplace(slot.reading.ID, &slot.reading);
-    }
+    add(data_sets().repeats.slots);
+    add(data_sets().station.slots);
+    add(other_mode().repeats.slots);
+    add(other_mode().station.slots);
     for (const ProfileColumn& column : data_sets().profile.columns) {
       columns.insert(column.ID);
+    }
+  }
+
+  template <class Slot>
+  void add(const std::vector<Slot>& slots) {
+    for (const Slot& slot : slots) {
+      curves.emplace(slot.reading.ID, &slot.reading);
     }
   }
 
@@ -71,20 +77,19 @@ struct ShownReadings {
 }  // namespace
 
 void choose_raw_points(Component component, std::span<const PlotPlace> places) {
-  const auto& slots = data_sets().repeats.slots;
   for (const PlotPlace& at : places) {
-    if (at.series < slots.size()) {
-      choose_of(slots[at.series].reading, at.point, component);
+    if (const RepeatSlot* const slot = shown_repeat_slot(at.series)) {
+      choose_of(slot->reading, at.point, component);
     }
   }
 }
 
 void choose_station_points(Component component, std::span<const PlotPlace> places) {
-  const auto& slots = data_sets().station.slots;
   for (const PlotPlace& at : places) {
-    if (at.series < slots.size() && slots[at.series].kind != StationSlotKind::neighbour &&
-        slots[at.series].kind != StationSlotKind::other_merged) {
-      choose_of(slots[at.series].reading, at.point, component);
+    const StationSlot* const slot = shown_station_slot(at.series);
+    if (slot != nullptr && slot->kind != StationSlotKind::neighbour &&
+        slot->kind != StationSlotKind::other_merged) {
+      choose_of(slot->reading, at.point, component);
     }
   }
 }

@@ -1,7 +1,7 @@
 // chosen_points.h: the points that the user has drawn a rectangle around, to mask or unmask them together.
 //
 // Series and points are places in the plots, which are places in the data sets. What is chosen is chosen in
-// all graphs that show the same reading.
+// all graphs that show the same reading. With two modes on show the points of both can be chosen.
 #pragma once
 #include <cstddef>
 #include <span>

@@ -35,10 +35,9 @@ graph::SeriesStyle style_of(const RepeatDataSet& data, std::size_t k, Modes mode
   return style;
 }
 
-bool average_rests_on_nothing() {
-  const auto& data = Module_averaged_data::data_sets().repeats;
+bool average_rests_on_nothing(const RepeatDataSet& data) {
   return !data.slots.empty() && data.slots.front().reading.ID != 0 &&
-         Module_averaged_data::is_unsupported(data.key.station, data.key.scan_rate);
+         is_unsupported_curve(data.key.data_type, data.key.station, data.key.scan_rate);
 }
 
 void add_repeats(GraphPair& plot, AxisExtents& axes, const RepeatDataSet& data, Modes modes) {
@@ -51,8 +50,7 @@ void add_repeats(GraphPair& plot, AxisExtents& axes, const RepeatDataSet& data, 
     add_curve(plot, slot.reading, slot.list_position, visibility, as_measured, ErrorBars::shown);
     ring_last_curve(plot, slot.reading);
     graph::SeriesStyle style = style_of(data, k, modes);
-    style.dashed =
-        k == 0 && &data == &Module_averaged_data::data_sets().repeats && average_rests_on_nothing();
+    style.dashed = k == 0 && average_rests_on_nothing(data);
     plot.resistivity.series_styles.back() = style;
     plot.phase.series_styles.back() = style;
   }
@@ -91,7 +89,7 @@ std::string raw_series_label(std::size_t slot) {
   const std::size_t number = own ? slot : slot - data.slots.size();
   const std::string mode = other.slots.empty() ? "" : ", " + (own ? data : other).key.data_type;
   return (number == 0 ? "Average" : "Repeat " + format_number(static_cast<std::int64_t>(number), "0")) +
-         mode + (slot == 0 && average_rests_on_nothing() ? nothing_in_use : "");
+         mode + (number == 0 && average_rests_on_nothing(own ? data : other) ? nothing_in_use : "");
 }
 
 }  // namespace Module_display_data

@@ -55,12 +55,12 @@ graph::SeriesStyle style_of(const StationSlot& slot, std::size_t series) {
 }
 
 /// Whether there is nothing in use that the curve would be computed from.
-bool rests_on_nothing(const StationSlot& slot) {
+bool rests_on_nothing(const StationSlot& slot, const std::string& data_type) {
   const bool is_derived = slot.kind == StationSlotKind::merged || slot.kind == StationSlotKind::average ||
                           slot.kind == StationSlotKind::neighbour;
   return is_derived && slot.reading.ID != 0 &&
-         Module_averaged_data::is_unsupported(slot.station,
-                                              slot.kind == StationSlotKind::average ? slot.SampleRate : 0.0F);
+         is_unsupported_curve(data_type, slot.station,
+                              slot.kind == StationSlotKind::average ? slot.SampleRate : 0.0F);
 }
 
 /// Neighbours are there to be compared; their bars would hide the curve of the station itself.
@@ -80,6 +80,15 @@ graph::SeriesStyle mode_style_of(const StationSlot& slot, const std::string& dat
     style.colour = graph::unused_colour;
   }
   return style;
+}
+
+/// A merged curve goes through the points of an average of which it is made. As wide as that and later in the
+/// order, the average lies above it, where its dashes are seen.
+void dash(graph::SeriesStyle& style, const StationSlot& slot, bool of_other_mode) {
+  style.dashed = true;
+  if (slot.kind == StationSlotKind::average) {
+    style.width = of_other_mode ? 2.0 : 3.0;
+  }
 }
 
 void colour_neighbour(PanePlot& pane, const StationSlot& slot, const StationSlot& own) {
@@ -105,16 +114,25 @@ std::string kind_label(const StationSlot& slot) {
   return with_site_name("Merged for " + plain_text(slot.station), slot.station_index);
 }
 
+/// Of a slot on show.
+const std::string& data_type_of(std::size_t slot) {
+  const Module_averaged_data::StationDataSet& own = Module_averaged_data::data_sets().station;
+  return slot < own.slots.size() ? own.key.data_type : other_mode().station.key.data_type;
+}
+
 /// ", ExHy" while two modes are on show.
 std::string mode_ending(std::size_t slot) {
-  const Module_averaged_data::StationDataSet& own = Module_averaged_data::data_sets().station;
-  const Module_averaged_data::StationDataSet& other = other_mode().station;
-  return other.slots.empty() ? ""
-                             : ", " + (slot < own.slots.size() ? own.key.data_type : other.key.data_type);
+  return other_mode().station.slots.empty() ? "" : ", " + data_type_of(slot);
+}
+
+bool any_rests_on_nothing(const Module_averaged_data::StationDataSet& data) {
+  return std::ranges::any_of(
+      data.slots, [&](const StationSlot& slot) { return rests_on_nothing(slot, data.key.data_type); });
 }
 
 void add_station(GraphPair& plot, AxisExtents& axes, const Module_averaged_data::StationDataSet& data,
                  Modes modes) {
+  const bool selected = &data == &Module_averaged_data::data_sets().station;
   const double factor = data.slots.empty() ? 1.0 : double{data.slots.front().reading.ResOffset};
   for (std::size_t k = 0; k < data.slots.size(); ++k) {
     const StationSlot& slot = data.slots[k];
@@ -125,8 +143,9 @@ void add_station(GraphPair& plot, AxisExtents& axes, const Module_averaged_data:
     for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
       const bool by_mode = modes == Modes::both && slot.kind != StationSlotKind::neighbour;
       pane->series_styles.back() = by_mode ? mode_style_of(slot, data.key.data_type) : style_of(slot, k);
-      pane->series_styles.back().dashed =
-          &data == &Module_averaged_data::data_sets().station && rests_on_nothing(slot);
+      if (rests_on_nothing(slot, data.key.data_type)) {
+        dash(pane->series_styles.back(), slot, modes == Modes::both && !selected);
+      }
       colour_neighbour(*pane, slot, data.slots.front());
     }
     ring_last_curve(plot, slot.reading);
@@ -155,10 +174,11 @@ GraphPair station_plot(bool fixed_scale, Modes modes) {
   return plot;
 }
 
-std::string station_label() {
+std::string station_label(Modes modes) {
   const std::string label = with_short_site_name(
       "Merge/averages for " + format_number(session().current_station, "0"), session().current_station_index);
-  const bool any = std::ranges::any_of(Module_averaged_data::data_sets().station.slots, rests_on_nothing);
+  const bool any = any_rests_on_nothing(Module_averaged_data::data_sets().station) ||
+                   (modes == Modes::both && any_rests_on_nothing(other_mode().station));
   return any ? label + ", dashed: no reading in use" : label;
 }
 
@@ -167,8 +187,8 @@ std::string station_series_label(std::size_t slot) {
   if (shown == nullptr) {
     return {};
   }
-  const bool own = slot < Module_averaged_data::data_sets().station.slots.size();
-  return kind_label(*shown) + mode_ending(slot) + (own && rests_on_nothing(*shown) ? nothing_in_use : "");
+  return kind_label(*shown) + mode_ending(slot) +
+         (rests_on_nothing(*shown, data_type_of(slot)) ? nothing_in_use : "");
 }
 
 }  // namespace Module_display_data

@@ -16,11 +16,11 @@ inline constexpr const char* nothing_in_use = " (rests on no reading in use)";
 GraphPair station_plot(bool fixed_scale, Modes modes = Modes::selected);
 
 /// "Merge/averages for 100"; where a curve rests on nothing that is in use, it says so.
-std::string station_label();
+std::string station_label(Modes modes = Modes::selected);
 
 /// What a slot (from 0) is: "Merged data", "Merged for 200", "Averaged data for 256", "Averaged file for
-/// 256", "Merged file data". With two modes on show the data type, too: "Merged data, ExHy". One that rests on
-/// nothing that is in use has nothing_in_use behind it.
+/// 256", "Merged file data". With two modes on show the data type, too: "Merged data, ExHy". One that rests
+/// on nothing that is in use has nothing_in_use behind it.
 std::string station_series_label(std::size_t slot);
 
 }  // namespace Module_display_data

@@ -27,6 +27,7 @@
 #include "platform/files/files_in_use.h"
 #include "platform/files/folder_access.h"
 #include "platform/files/safe_files.h"
+#include "reduction/unsupported_curves.h"
 
 namespace fs = std::filesystem;
 
@@ -63,6 +64,7 @@ class Export {
  private:
   [[nodiscard]] fs::path path_of(const std::string& file) const { return fs::path(choices_.folder) / file; }
   void take_remarks();
+  void remark_unsupported();
   void check_targets() const;
   [[nodiscard]] bool may_replace() const;
 
@@ -95,6 +97,22 @@ void Export::take_remarks() {
   for (const ExportRow& row : plan_.rows) {
     result_.remarks.insert(result_.remarks.end(), row.remarks.begin(), row.remarks.end());
   }
+}
+
+/// Of curves that are written although they rest on nothing in use: the files look like all others.
+void Export::remark_unsupported() {
+  if (choices_.reduction == Module_database::reduction_raw) {
+    return;  // repeats rest on nothing else
+  }
+  std::vector<std::string> remarks;
+  for (const Module_tensor::LineChoice& choice : choices_.lines) {
+    const std::string hint = Module_averaged_data::unsupported_hint(
+        {choice.line, choice.reference_type, std::string(), choice.dipole});
+    if (!hint.empty()) {
+      remarks.push_back("Line " + choice.line + ": " + hint);
+    }
+  }
+  result_.remarks.insert(result_.remarks.begin(), remarks.begin(), remarks.end());
 }
 
 /// Throws for a folder or a file in use that is in the way, before anything is asked or written.
@@ -267,8 +285,10 @@ int Export::run() {
   switch (choices_.format) {
     case ExportFormat::edi:
     case ExportFormat::emtf_xml:
+      remark_unsupported();
       return write_sites();
     case ExportFormat::csv:
+      remark_unsupported();
       return write_tables();
     case ExportFormat::geojson:
     case ExportFormat::kml:

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTableWidget>
@@ -172,10 +173,16 @@ bool Form_frequency::save_changes() {
 }
 
 void Form_frequency::done(int result) {
-  if (choice_.differs() &&
-      user_interface().ask_yes_no("The changes of the frequencies are not saved. Save them?") &&
-      !save_changes()) {
-    return;  // what could not be saved is still to be seen
+  if (choice_.differs()) {
+    const auto answer = QMessageBox::question(
+        this, windowTitle(), "The changes of the frequencies are not saved. Save them?",
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    if (answer != QMessageBox::Save && answer != QMessageBox::Discard) {
+      return;  // Esc goes back to the changes
+    }
+    if (answer == QMessageBox::Save && !save_changes()) {
+      return;  // what could not be saved is still to be seen
+    }
   }
   QDialog::done(result);
 }

@@ -19,7 +19,8 @@ class Form_frequency : public QDialog {
   /// True once a selection has been saved.
   [[nodiscard]] bool frequencies_changed() const { return frequencies_changed_; }
 
-  /// Closes the window, by whatever key or button; unsaved changes are asked about before.
+  /// Closes the window, by whatever key or button; unsaved changes are asked about before, and
+  /// a cancelled question leaves it open.
   void done(int result) override;
 
  private:

@@ -155,9 +155,10 @@ FoundFiles find_files(const ImportRequest& request) {
   if (files.stopped) {
     return files;
   }
-  for (const auto& [folder, found] : folders) {
+  for (const auto& folder : folders) {
+    const std::set<std::string>& found = folder.second;
     if (std::ranges::none_of(files.paths, [&](const std::string& path) { return found.contains(path); })) {
-      tell_missing(request, folder);
+      tell_missing(request, folder.first);
       files.complete = false;
     }
   }

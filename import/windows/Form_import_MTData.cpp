@@ -7,7 +7,6 @@
 #include <QPointer>
 #include <QScreen>
 #include <algorithm>
-#include <ranges>
 #include <set>
 
 #include "core/file_names.h"
@@ -116,7 +115,7 @@ void Form_import_MTData::process_files() {
 /// The folder that the files were chosen from; of dropped files that of the first one.
 std::string Form_import_MTData::folder_of_files() const {
   const std::string chosen = ui_->Frame_select_files->folder().toStdString();
-  const std::string first = QFileInfo(QString::fromStdString(files_.front())).path().toStdString();
+  std::string first = QFileInfo(QString::fromStdString(files_.front())).path().toStdString();
   if (given_) {
     return first;
   }
@@ -288,8 +287,9 @@ bool Form_import_MTData::may_store() const {
   }
   const std::size_t count = stations.size();
   std::string shared;
-  for (const std::string& station : stations | std::views::take(most_shared_shown)) {
-    shared += station + "\n";
+  std::size_t shown = 0;
+  for (const std::string& station : stations) {
+    shared += ++shown <= most_shared_shown ? station + "\n" : "";
   }
   if (count > most_shared_shown) {
     shared += "and " + std::to_string(count - most_shared_shown) + " more stations\n";

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <future>
 #include <memory>
 #include <stdexcept>
@@ -57,23 +58,13 @@ double size_of(const std::string& path) {
 
 // The engine checks a file in one go and would not ask meanwhile whether to go on: it works in a thread of
 // its own, where it can be interrupted at any time.
-void vacuum_into(const std::string& source, const std::string& destination, const CompactionWatch& watch) {
+void work_watched(Connection& connection, const std::function<void()>& engine_work,
+                  const std::function<void()>& look) {
   constexpr std::chrono::milliseconds between_looks(40);
-  Connection connection(source, Access::read_only);
-  std::atomic<bool> checked = false;
-  std::future<void> work = std::async(std::launch::async, [&] {
-    check_whole(connection);
-    checked = true;
-    Statement statement(connection, "VACUUM INTO ?");
-    const Value path{destination};
-    statement.bind(path);
-    while (statement.step()) {
-    }
-  });
-  const double size = std::max(1.0, size_of(source));
+  std::future<void> work = std::async(std::launch::async, engine_work);
   try {
-    while (watch && work.wait_for(between_looks) != std::future_status::ready) {
-      checked ? watch("compacting", std::min(1.0, size_of(destination) / size)) : watch("checking", 0.0);
+    while (look && work.wait_for(between_looks) != std::future_status::ready) {
+      look();
     }
   } catch (...) {
     sqlite3_interrupt(connection.handle());
@@ -81,6 +72,25 @@ void vacuum_into(const std::string& source, const std::string& destination, cons
     throw;
   }
   work.get();
+}
+
+void vacuum_into(const std::string& source, const std::string& destination, const CompactionWatch& watch) {
+  Connection connection(source, Access::read_only);
+  std::atomic<bool> checked = false;
+  const auto compact = [&] {
+    check_whole(connection);
+    checked = true;
+    Statement statement(connection, "VACUUM INTO ?");
+    const Value path{destination};
+    statement.bind(path);
+    while (statement.step()) {
+    }
+  };
+  const double size = std::max(1.0, size_of(source));
+  const auto look = [&] {
+    checked ? watch("compacting", std::min(1.0, size_of(destination) / size)) : watch("checking", 0.0);
+  };
+  work_watched(connection, compact, watch ? std::function<void()>(look) : nullptr);
 }
 
 void flush(const std::string& path) {
@@ -140,6 +150,13 @@ void clear_place(const std::string& path) {
       throw;  // a damaged file that stands alone needs no more
     }
   }
+}
+
+void check_database(const std::string& path, const CompactionWatch& watch) {
+  Connection connection(path, Access::read_only);
+  const auto look = [&] { watch("checking", 0.0); };
+  work_watched(
+      connection, [&] { check_whole(connection); }, watch ? std::function<void()>(look) : nullptr);
 }
 
 void compact_database(const std::string& source, const std::string& destination,

@@ -25,6 +25,9 @@ void clear_place(const std::string& path);
 /// and is passed on.
 using CompactionWatch = std::function<void(std::string_view what, double part)>;
 
+/// Reads a database through. Throws dao::Error if a part of it is damaged.
+void check_database(const std::string& path, const CompactionWatch& watch = {});
+
 /// Writes the contents of `source` into the new file `destination`, freshly packed; a genuine Jet file is
 /// converted on the way. `source` is only read. Throws dao::Error, and then leaves no destination, if the
 /// source can't be read completely (damaged, truncated, foreign) or the destination exists or can't be

@@ -81,15 +81,19 @@ py::object next_command(bool undone) {
   return command_of(undone ? Module_Brenlox::top_redo() : Module_Brenlox::top_undo());
 }
 
-void exchange(bool undone, py::object progress) {
+/// @return whether anything was changed: not after a stop, nor where all readings are gone
+bool exchange(bool undone, py::object progress) {
+  bool changed = false;
   run_work(
       [&] {
         require_open();
         const auto result =
             undone ? Module_averaged_data::redo_last_change() : Module_averaged_data::undo_last_change();
+        changed = result.edit == Module_averaged_data::Edit::changed;
         return result.edit == Module_averaged_data::Edit::failed ? -1 : 0;
       },
       std::move(progress));
+  return changed;
 }
 
 py::dict frequency_lists() {

@@ -57,7 +57,7 @@ class Change:
     """A command that can be undone: `kind` is 'masks', 'use' or 'static factor', `readings` are the ids."""
 
     kind: str
-    readings: tuple[int, ...]
+    readings: tuple[int, ...] = field(repr=False)
 
 
 @dataclass(frozen=True, eq=False)
@@ -332,7 +332,7 @@ class Survey:
         Returns
         -------
         int
-            Values newly masked.
+            Values newly masked; 0 after a stop.
 
         Raises
         ------
@@ -403,16 +403,17 @@ class Survey:
         return _change(_brenlox.next_command(True))
 
     def undo(self, *, progress: Callable[[float], object] | None = None) -> Change | None:
-        """Take back the newest command of this session on masks, switches and factors; None without one."""
+        """Take back the newest command of this session on masks, switches and factors.
+
+        None without one, after a stop, which leaves everything as it was, and where all its readings are gone.
+        """
         change = self.next_undo
-        _brenlox.exchange_command(False, progress)
-        return change
+        return change if _brenlox.exchange_command(False, progress) else None
 
     def redo(self, *, progress: Callable[[float], object] | None = None) -> Change | None:
-        """Do again what was undone last; None if there is nothing."""
+        """Do again what was undone last; None as of `undo`."""
         change = self.next_redo
-        _brenlox.exchange_command(True, progress)
-        return change
+        return change if _brenlox.exchange_command(True, progress) else None
 
     def frequencies(self, reference_type: int | None = None) -> tuple[np.ndarray, np.ndarray]:
         """All frequencies of a reference type, Hz, and which are switched on: arrays of shape (n,).

@@ -113,6 +113,9 @@ def test_each_edit_is_one_command_that_comes_back(survey):
         survey.redo()
         assert rows_of_open(survey) == edited, name
         survey.undo()
+    survey.switch(survey.curves(reduction="raw"), False)
+    assert survey.undo(progress=lambda share: False) is None and survey.next_undo is not None
+    assert survey.undo().kind == "use"
     assert survey.undo() is None
 
 

@@ -10,6 +10,7 @@
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
+#include "platform/dao/case_folding.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/derived_rows.h"
 #include "reduction/edits/derived_snapshot.h"
@@ -102,6 +103,14 @@ bool write_all(std::span<const UndoEntry> entries, std::vector<Written>& written
   return !written.empty();
 }
 
+std::string owner_of(const ReadingKey& key, std::int32_t ReductionType) {
+  std::string owner = dao::folded_text(key.line) + "|" + key.data_type;
+  for (const double part : {key.station, double{key.scan_rate}, double{key.dipole}}) {
+    owner += "|" + plain_text(part);
+  }
+  return owner + "|" + plain_text(key.reference_type) + "|" + plain_text(ReductionType);
+}
+
 }  // namespace
 
 std::optional<ExchangedRow> exchange_row(const UndoEntry& entry) {
@@ -113,6 +122,10 @@ std::optional<ExchangedRow> exchange_row(const UndoEntry& entry) {
   ExchangedRow result;
   result.key = key_of_row(rows);
   result.ReductionType = rows.get_long("ReductionType");
+  result.earlier.owner = owner_of(result.key, result.ReductionType);
+  if (!entry.owner.empty() && entry.owner != result.earlier.owner) {
+    return std::nullopt;
+  }
   result.frequencies = Module_database::singles_from(rows.get_binary("FreqBinary"));
   result.earlier.id = entry.id;
   rows.edit();

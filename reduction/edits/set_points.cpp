@@ -1,5 +1,6 @@
 #include "reduction/edits/set_points.h"
 
+#include <map>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -34,30 +35,36 @@ bool set_point(Curve& curve, const PointMask& point) {
 }
 
 /// The curve's new mask; nothing if none of its points changes.
-std::optional<UndoEntry> entry_of(const CurvePoints& wanted) {
+std::optional<UndoEntry> entry_of(std::int32_t ID, const std::vector<PointMask>& points) {
   dao::Recordset& rows = Module_database::open_survey().readings;
-  rows.find_first("ID = " + format_number(wanted.ID, "0"));
+  rows.find_first("ID = " + format_number(ID, "0"));
   if (rows.no_match()) {
     return std::nullopt;
   }
   Curve curve = Module_database::read_reading(rows).curve;
   bool changed = false;
-  for (const PointMask& point : wanted.points) {
+  for (const PointMask& point : points) {
     changed = set_point(curve, point) || changed;
   }
   if (!changed) {
     return std::nullopt;
   }
   const auto bytes = Module_database::bytes_of(curve.mask);
-  return UndoEntry{wanted.ID,
-                   UndoMask{static_cast<std::int32_t>(curve.count()), {bytes.begin(), bytes.end()}}};
+  return UndoEntry{ID, UndoMask{static_cast<std::int32_t>(curve.count()), {bytes.begin(), bytes.end()}}};
 }
 
 /// @return stopped by the user, or finished. Throws dao::Error.
 Outcome make_entries(std::span<const CurvePoints> curves, std::vector<UndoEntry>& entries) {
-  WorkProgress progress("Setting masks", curves.size());
-  return each_item(progress, [&](std::size_t index) {
-    if (auto entry = entry_of(curves[index])) {
+  std::map<std::int32_t, std::vector<PointMask>> by_ID;  // one entry for a curve that is named twice
+  for (const CurvePoints& curve : curves) {
+    auto& points = by_ID[curve.ID];
+    points.insert(points.end(), curve.points.begin(), curve.points.end());
+  }
+  WorkProgress progress("Setting masks", by_ID.size());
+  auto next = by_ID.begin();
+  return each_item(progress, [&](std::size_t /*index*/) {
+    const auto& [ID, points] = *next++;
+    if (auto entry = entry_of(ID, points)) {
       entries.push_back(std::move(*entry));
     }
     return 0;

@@ -5,8 +5,10 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "core/file_names.h"
@@ -101,6 +103,23 @@ void Form_line_chi::show_line(const QString& line, std::vector<StationChi> stati
   Label_chi_summary_->setText(QString(complete ? "" : "Stopped before the end of the line: ") +
                               qt_text(chi_summary(stations_)));
   fill();
+  if (!isVisible()) {  // later its size is the user's
+    widen();
+  }
+}
+
+/// To the width of all columns, or of the screen. The header can't be asked: its last section is stretched.
+void Form_line_chi::widen() {
+  const QAbstractItemView& cells = *Grid_chi_;
+  int columns = 0;
+  for (int column = 0; column < Grid_chi_->columnCount(); ++column) {
+    columns +=
+        std::max(cells.sizeHintForColumn(column) + 1, Grid_chi_->horizontalHeader()->sectionSizeHint(column));
+  }
+  const QMargins margins = layout()->contentsMargins();
+  const int beside = margins.left() + margins.right() + 2 * Grid_chi_->frameWidth() +
+                     Grid_chi_->verticalScrollBar()->sizeHint().width();
+  resize_to_fit(*this, {std::max(width(), columns + beside), height()});
 }
 
 void Form_line_chi::fill() {

@@ -26,6 +26,7 @@ class Form_line_chi : public QDialog {
 
  private:
   void fill();
+  void widen();
   void save();
   [[nodiscard]] std::string shown_text() const;
 

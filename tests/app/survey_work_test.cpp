@@ -108,6 +108,12 @@ class SurveyWorkTest : public QObject, private WindowFixture {
                       {bar->width() - inside_the_arrow, bar->height() / 2});
   }
 
+  void step_back_by_bar() const {
+    const int inside_the_arrow = 5;
+    QTest::mouseClick(control("HScroll_repeat"), Qt::LeftButton, {},
+                      {inside_the_arrow, control("HScroll_repeat")->height() / 2});
+  }
+
   void write_line(const char* folder, const char* line, const std::vector<int>& stations,
                   std::span<const char* const> slow = slow_frequencies) const {
     for (const int station : stations) {
@@ -308,7 +314,7 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     (*interface_)->path_answers.push_back(folder_->path("copy.mdb"));
     item("menu_saveas")->trigger();
     QCOMPARE(window_->windowTitle(), QString::fromStdString("BLX DATABASE " + folder_->path("copy.mdb")));
-    QCOMPARE(text("Text_sample_station"), QString("100"));
+    QCOMPARE(text("Text_sample_station"), QString("200"));  // who saves stays where he is
     QVERIFY(!item("menu_undo")->isEnabled());
     QVERIFY(made::whole_readings_table() == edited);
     click_point(bad_repeat, bad_point);
@@ -400,6 +406,8 @@ class SurveyWorkTest : public QObject, private WindowFixture {
     QVERIFY(made::whole_readings_table() != first);
     control<QComboBox>("Combo_data_type")->setCurrentText("ExHy");
     QCOMPARE(session().current_data_type, std::string("ExHy"));
+    QCOMPARE(text("Text_sample_station"), QString("200"));
+    step_back_by_bar();
     QCOMPARE(text("Text_sample_station"), QString("100"));
     item("menu_undo")->trigger();
     QVERIFY(made::whole_readings_table() == first);

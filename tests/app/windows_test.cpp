@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -19,10 +20,13 @@
 #include <QToolBar>
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <vector>
 
 #include "app/help/Form_tutorial.h"
 #include "app/help/manual_pages.h"
+#include "app/tools/Form_frequency.h"
+#include "database/frequency_store.h"
 #include "samples/sample_survey.h"
 #include "screenshots/platform_lines.h"
 #include "screenshots/window_pictures.h"
@@ -320,6 +324,45 @@ class WindowsTest : public QObject, private MainViewFixture {
     Form_tutorial* const tutorial = tutorial_on_show();
     QVERIFY(tutorial != nullptr);
     QCOMPARE(tutorial->parentWidget(), window_.get());
+  }
+
+  void unsaved_frequencies_are_gone_back_to_discarded_or_saved() {
+    const auto stored = [] { return Module_database::load_reference_frequencies(0); };
+    const auto before = stored();
+    QVERIFY(before.has_value());
+    const auto leave_first_out = [](const Form_frequency& dialog) {
+      const QString first = dialog.findChild<QTableWidget*>("Grid_frequencies")->item(0, 0)->text();
+      dialog.findChild<QLineEdit*>("Text_from")->setText(first);
+      dialog.findChild<QLineEdit*>("Text_to")->setText(first);
+      QTest::mouseClick(dialog.findChild<QPushButton*>("Command_leave_range"), Qt::LeftButton);
+    };
+    const auto escape = [](Form_frequency& dialog, const std::function<void(QMessageBox&)>& answer) {
+      bool asked = false;
+      QTimer::singleShot(0, &dialog, [&] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        asked = box != nullptr;
+        if (asked) {
+          answer(*box);
+        }
+      });
+      QTest::keyClick(&dialog, Qt::Key_Escape);
+      return asked;
+    };
+    Form_frequency dialog(*before, window_.get());
+    dialog.show();
+    leave_first_out(dialog);
+    QVERIFY(escape(dialog, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }));
+    QVERIFY(dialog.isVisible());
+    QVERIFY(escape(dialog, [](QMessageBox& box) { box.button(QMessageBox::Discard)->click(); }));
+    QVERIFY(!dialog.isVisible() && !dialog.frequencies_changed());
+    QCOMPARE(stored()->enabled_count(), before->enabled_count());
+
+    Form_frequency again(*before, window_.get());
+    again.show();
+    leave_first_out(again);
+    QVERIFY(escape(again, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }));
+    QVERIFY(!again.isVisible() && again.frequencies_changed());
+    QCOMPARE(stored()->enabled_count() + 1, before->enabled_count());
   }
 
   void output_panel_is_worked_by_keys() {

@@ -452,7 +452,26 @@ TEST_F(Batch_program, Invert_gives_misfit_and_sheets_of_each_station) {
 
   EXPECT_EQ(run(with(arguments, {"--json", "out.json"})).output, "");
   EXPECT_EQ(Json::parse(file_contents(folder_.path("out.json"))), stations);
-  EXPECT_NE(run(arguments).output.find("Station 200: 58 values, chi "), std::string::npos);
+  const Outcome table = run(arguments);
+  EXPECT_NE(table.output.find("Station 200: 58 values, chi "), std::string::npos);
+  EXPECT_EQ(table.output.find("No reading is in use"), std::string::npos);
+
+  session().database_file = folder_.path("survey.mdb");
+  ASSERT_EQ(Module_database::open_database(), 0);
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsDataTable WHERE ReductionType = 0 AND Station = 200");
+  for (; !rows.eof(); rows.move_next()) {
+    rows.edit();
+    rows.set_bit("UseReading", false);
+    rows.update();
+  }
+  rows = {};
+  ASSERT_EQ(Module_database::close_database(), 0);
+  const std::string hint = "No reading is in use, and the earlier curve remains: station 200, ExHy";
+  EXPECT_NE(run(arguments).output.find("  " + hint), std::string::npos);
+  const Json without = run_for_json(with(arguments, {"--json"}));
+  EXPECT_FALSE(without[0].contains("unsupported"));
+  EXPECT_TRUE(without[1].value("unsupported", "").starts_with(hint));
 }
 
 // The flag stands before the file as well: what follows it is never its value.

@@ -1,4 +1,5 @@
 #include <csignal>
+#include <fstream>
 #include <string>
 #include <tuple>
 
@@ -194,6 +195,34 @@ TEST_F(SurveyTest, A_survey_that_is_compact_and_unchanged_is_taken_as_it_is) {
   ASSERT_EQ(close_database(), 0);
   EXPECT_TRUE(opening_replaces_the_file()) << "there is room to be gained";
   EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+}
+
+TEST_F(SurveyTest, A_compact_survey_that_the_disk_has_damaged_does_not_become_the_backup) {
+  const std::string path = new_survey();
+  for (int station = 0; station < 2000; ++station) {
+    add_station("200E", station);
+  }
+  ASSERT_EQ(close_database(), 0);
+  reopen();
+  ASSERT_EQ(close_database(), 0);
+  if (file_mark(path).empty()) {
+    GTEST_SKIP() << "the file system keeps no marks";
+  }
+  const std::string backup = file_contents(folder.path("survey.bak"));
+  const auto written = fs::last_write_time(path);
+  {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    const std::string damage(4096, '\x55');
+    file.seekp(static_cast<std::streamoff>(fs::file_size(path) / 2 / 4096 * 4096));
+    file.write(damage.data(), static_cast<std::streamsize>(damage.size()));
+  }
+  fs::last_write_time(path, written);
+  EXPECT_EQ(open_database(), -1);
+  const std::vector<std::string> messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_TRUE(starts_with(messages.front(), opening_message + "database disk image is malformed"))
+      << messages.front();
+  EXPECT_TRUE(file_contents(folder.path("survey.bak")) == backup);
 }
 
 TEST_F(SurveyTest, Opening_can_be_stopped_and_leaves_survey_and_backup_as_they_were) {

@@ -1,9 +1,11 @@
 #include "display/both_modes.h"
 
+#include "display/chosen_points.h"
 #include "display/graph_clicks.h"
 #include "display/point_texts.h"
 #include "display/raw_plot.h"
 #include "display/station_plot.h"
+#include "reduction/edits/masks.h"
 #include "tests/display/made_survey.h"
 
 using namespace Module_display_data;
@@ -14,6 +16,7 @@ namespace {
 class BothModes : public MadeSurveyTest {
  public:
   ~BothModes() override {
+    forget_chosen_points();
     ask_for_both_modes(false);
     (void)load_other_mode();
   }
@@ -85,6 +88,47 @@ TEST_F(BothModes, A_click_on_the_other_one_selects_it_and_masks_nothing) {
   EXPECT_EQ(click_station_point(Component::phase, 0, 1, click.frequency_text).edit, Edit::changed);
   EXPECT_EQ(data_sets().station.slots[0].reading.curve.counts_at(2, 1), 0);
   EXPECT_TRUE(click_station_point(Component::phase, 99, 0, "").series_label.empty());
+}
+
+TEST_F(BothModes, A_curve_of_the_other_one_that_rests_on_nothing_is_dashed_and_says_so) {
+  open_modes();
+  go(choose_data_type("EyHx"));
+  for (const std::size_t slot : {1U, 2U}) {
+    ASSERT_EQ(Module_averaged_data::set_repeat_use(slot, Module_averaged_data::UseFlag::reading, false),
+              Edit::changed);
+  }
+  go(choose_data_type("ExHy"));
+  ASSERT_EQ(load_other_mode(), 0);
+  const std::size_t own = data_sets().station.slots.size();
+  const GraphPair both = station_plot(false, Modes::both);
+  EXPECT_TRUE(both.phase.series_styles[own + 1].dashed);
+  EXPECT_GE(both.phase.series_styles[own + 1].width, both.phase.series_styles[own].width)
+      << "the merged curve would hide it";
+  EXPECT_FALSE(both.phase.series_styles[0].dashed || both.phase.series_styles[1].dashed);
+  EXPECT_TRUE(station_series_label(own + 1).ends_with(nothing_in_use));
+  EXPECT_FALSE(station_series_label(1).ends_with(nothing_in_use));
+  EXPECT_TRUE(station_label(Modes::both).ends_with("dashed: no reading in use"));
+  EXPECT_FALSE(station_label().ends_with("in use")) << "one mode alone is shown";
+  const std::size_t own_repeats = data_sets().repeats.slots.size();
+  EXPECT_TRUE(raw_plot(false, Modes::both).phase.series_styles[own_repeats].dashed);
+  EXPECT_EQ(raw_series_label(own_repeats), std::string("Average, EyHx") + nothing_in_use);
+}
+
+TEST_F(BothModes, A_rectangle_marks_and_masks_the_points_of_both) {
+  open_modes();
+  const std::vector<PlotPlace> curves{{0, 1}, {data_sets().station.slots.size(), 1}};
+  const std::vector<PlotPlace> repeats{{1, 0}, {data_sets().repeats.slots.size() + 1, 0}};
+  choose_station_points(Component::phase, curves);
+  choose_raw_points(Component::resistivity, repeats);
+  keep_chosen_points_shown();
+  EXPECT_EQ(chosen_count(), 4U);
+  const std::int32_t merged = other_mode().station.slots[0].reading.ID;
+  const std::int32_t repeat = other_mode().repeats.slots[1].reading.ID;
+  ASSERT_EQ(mask_chosen_points(false), Edit::changed);
+  EXPECT_EQ(Module_database::read_reading(made::row(merged)).curve.counts_at(2, 1), 0);
+  EXPECT_EQ(Module_database::read_reading(made::row(repeat)).curve.counts_at(1, 0), 0);
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.counts_at(2, 1), 0);
+  EXPECT_EQ(data_sets().repeats.slots[1].reading.curve.counts_at(1, 0), 0);
 }
 
 TEST_F(BothModes, Are_one_where_the_survey_has_no_other_and_neighbours_hide_its_averages) {

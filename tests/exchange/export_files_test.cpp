@@ -1,6 +1,7 @@
 // Which files an export plans and writes, and what it leaves as it was.
 #include "exchange/export_files.h"
 
+#include <algorithm>
 #include <limits>
 #include <tuple>
 #include <utility>
@@ -43,6 +44,28 @@ void remember_file(const std::string& name) {
 }
 
 }  // namespace
+
+TEST_F(ExportTest, Says_which_curves_rest_on_no_reading_in_use) {
+  made::store_line(2);
+  ASSERT_EQ(write(), 0);  // averages and merges
+  EXPECT_TRUE(std::ranges::none_of(result.remarks,
+                                   [](const std::string& remark) { return remark.starts_with("Line "); }));
+  dao::Recordset rows = Module_database::open_survey().database.open_recordset(
+      "SELECT * FROM ReadingsDataTable WHERE ReductionType = 0 AND Station = 100 AND SampleRate = 64");
+  for (; !rows.eof(); rows.move_next()) {
+    rows.edit();
+    rows.set_bit("UseReading", false);
+    rows.update();
+  }
+  for (const ExportFormat format : {ExportFormat::edi, ExportFormat::csv}) {
+    choices.format = format;
+    choices.folder = folder.path(format == ExportFormat::edi ? "again" : "tables");
+    ASSERT_EQ(write(), 0);
+    ASSERT_FALSE(result.remarks.empty());
+    EXPECT_EQ(result.remarks.front(),
+              "Line 200E: No reading is in use, and the earlier curve remains: station 100, ExHy, 64 Hz");
+  }
+}
 
 TEST_F(ExportTest, Plan_names_a_file_for_each_station_and_says_why_one_gives_none) {
   made::store_line(3);

@@ -19,6 +19,9 @@ StationInversion fitted(float target, float achieved) {
 TEST(Line_chi, Says_how_far_each_station_is_from_one_dimension) {
   StationInversion limited = fitted(6.0F, 3.0F);
   limited.run.limit_met = true;
+  StationInversion unsupported = fitted(6.0F, 3.0F);
+  unsupported.unsupported = "No reading is in use";
+  EXPECT_EQ(chi_of(unsupported, 1, 100.0).remark, "Rests on readings that are switched off");
   const std::vector<StationChi> stations{chi_of(fitted(6.48F, 12.96F), 1, 100.0), chi_of(limited, 2, 250.0),
                                          chi_of({}, 3, 400.0)};
   EXPECT_EQ(chi_table_text(stations),

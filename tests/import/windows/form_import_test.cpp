@@ -282,6 +282,7 @@ class FormImportTest : public QObject, private ImportWindowFixture {
         QTest::mouseClick(stop, Qt::LeftButton);
       }
     });
+    (*interface_)->progress.clear();  // of the opening
     click("Command_import_data_1");
     QVERIFY(was_working);
     QCOMPARE(interface_->take_messages(),

@@ -99,3 +99,17 @@ TEST_F(EditMany, Leaves_everything_as_it_was_after_a_stop_or_without_a_reading) 
   EXPECT_TRUE(made::whole_readings_table() == before);
   EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
 }
+
+TEST_F(EditMany, Undo_leaves_a_row_alone_that_belongs_to_another_reading_by_now) {
+  const std::int32_t ID = rows_of("ReductionType = 2").front();
+  const std::vector<UndoEntry> factor{{ID, UndoStatic{3.0F}}};
+  ASSERT_EQ(edit_many(factor), Edit::changed);
+  dao::Recordset& rows = Module_database::open_survey().readings;
+  rows.find_first("ID = " + std::to_string(ID));
+  rows.edit();
+  rows.set_double("Station", 4321.0);
+  rows.update();
+  const std::string before = made::whole_readings_table();
+  EXPECT_EQ(undo_last_change().edit, Edit::nothing);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+}
