@@ -131,7 +131,8 @@ void StationPanel::leave_static_factor() {
 }
 
 void StationPanel::display_station_data(bool fixed_scale) {
-  Label_station_->setText(is_absent(session().current_station) ? QString() : qt_text(station_label(Modes::both)));
+  Label_station_->setText(is_absent(session().current_station) ? QString()
+                                                               : qt_text(station_label(Modes::both)));
   Label_station_->setToolTip(
       plain_tool_tip(qt_text(site_name(session().current_station_index))));  // that the heading cuts
   Label_station_graph_->clear();

@@ -26,7 +26,8 @@ class WorkLimit {
 struct InversionLimits {
   double search = 8e9;  // multiplications, of the best fit
   double sheets = 2e9;  // of fitting again a model with more sheets than the table takes
-  /// Asked between iterations, from the calling thread; true ends the inversion as a limit does. May be empty.
+  /// Asked between iterations, from the calling thread; true ends the inversion as a limit does. May be
+  /// empty.
   std::function<bool()> stop = {};
 };
 

@@ -115,7 +115,7 @@ MaskedRun write_masked_run(const std::string& mesh_path, const TopoMask& mask) {
   const OccamIteration start = read_iteration_file(IterationParts::with_parameters, control.string());
   const std::vector<double> parameters = kept_parameters(mask, start.parameters);
   MaskedRun run{mesh.stem().string() + "_model", mesh.stem().string() + "_startup",
-                      static_cast<int>(parameters.size())};
+                static_cast<int>(parameters.size())};
   std::string model_text = contents_of(model);
   replace_value(model_text, "MESH FILE", mesh.filename().string());
   if (!may_replace(folder / run.model_file) || !may_replace(folder / run.start_file)) {
