@@ -46,7 +46,7 @@ std::vector<float> frequencies_in_use() {
 ProfileLegend::ProfileLegend(QWidget* parent)
     : QWidget(parent),
       List_frequencies_(named(new QListWidget, "List_profile_frequencies")),
-      Check_labels_(named(new QCheckBox("Label&s"), "Check_profile_labels")) {
+      Check_labels_(named(new QCheckBox("Labels"), "Check_profile_labels")) {
   constexpr int width = 92;
   setFixedWidth(width);
   List_frequencies_->setAccessibleName("Frequencies of the profile");

@@ -314,7 +314,7 @@ TEST_F(Averages, A_stopped_recalculation_says_how_many_stations_keep_their_earli
   EXPECT_EQ(interface.take_messages(),
             std::vector<std::string>{"The recalculation was stopped. 2 stations keep "
                                      "their earlier curves."});
-  interface->stop = {};
+  interface->stop = [] { return false; };
   reopen();
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=1"), 2);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 2) << "no station is left half way";
