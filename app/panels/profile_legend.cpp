@@ -7,7 +7,6 @@
 #include <QVBoxLayout>
 
 #include "core/absent_value.h"
-#include "core/number_text.h"
 #include "core/session_state.h"
 #include "platform/graph/graph_content.h"
 #include "platform/widgets/panel_controls.h"
@@ -39,6 +38,14 @@ std::vector<float> frequencies_in_use() {
     }
   }
   return frequencies;
+}
+
+/// Four digits tell a frequency; more would not fit.
+QString frequency_text(float frequency) {
+  constexpr float whole = 1000.0F;
+  constexpr int digits = 4;
+  return frequency < whole ? QString::number(double{frequency}, 'g', digits)
+                           : QString::number(double{frequency}, 'f', 0);
 }
 
 }  // namespace
@@ -88,7 +95,7 @@ void ProfileLegend::list_frequencies() {
     if (!is_absent(double{listed_[i]})) {
       auto* const item = new QListWidgetItem(
           curve_icon(graph::palette_style_colour(graph::palette_style(static_cast<int>(i) + 1))),
-          qt_text(plain_text(listed_[i])), List_frequencies_);
+          frequency_text(listed_[i]), List_frequencies_);
       item->setData(Qt::UserRole, static_cast<int>(i));
       if (listed_[i] == kept) {
         List_frequencies_->setCurrentItem(item);
