@@ -12,7 +12,8 @@ struct MarkedPoint {
   float frequency = 0.0F;  // Hz
   Module_averaged_data::Component component = Module_averaged_data::Component::resistivity;
 
-  auto operator<=>(const MarkedPoint&) const = default;
+  auto operator<=>(const MarkedPoint&) const =
+      default;  // NOLINT(modernize-use-nullptr): of the comparison that the compiler makes
 };
 
 /// Rings these points, and no others, in the profile and the station's graphs from when they are drawn next.
