@@ -7,10 +7,12 @@
 #include <set>
 
 #include "core/number_text.h"
+#include "core/scope_guard.h"
 #include "database/frequency_store.h"
 #include "database/stations.h"
 #include "display/selection.h"
 #include "import/import_run.h"
+#include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
@@ -494,4 +496,26 @@ TEST_F(LostGround, Processes_that_open_at_one_moment_take_turns_and_lose_nothing
   EXPECT_GE(stored, 300 + rounds / 2);
   EXPECT_GT(refused, 0);
   EXPECT_EQ(names_in(folder.folder()), (std::set<std::string>{"survey.bak", "survey.mdb"}));
+}
+
+TEST_F(LostGround, A_private_copy_that_a_kill_has_left_goes_with_the_next) {
+  make_survey_with_stations("survey.mdb", 3);
+  fs::create_directory(folder.folder() / "temporary");
+  setenv("TMPDIR", folder.path("temporary").c_str(), 1);
+  const ScopeGuard as_before([] { unsetenv("TMPDIR"); });
+  EXPECT_EQ(wait_for_child(start_child([&] {
+              EXPECT_EQ(open_database(OpenFor::reading), 0);
+              raise(SIGKILL);
+            })),
+            -1);
+  const fs::path left = fs::directory_iterator(folder.folder() / "temporary")->path();
+  ASSERT_TRUE(fs::exists(left / "survey.mdb"));
+  ASSERT_EQ(open_database(OpenFor::reading), 0);
+  EXPECT_FALSE(fs::exists(left));
+  {
+    const PrivateFolder another;
+    EXPECT_TRUE(fs::exists(working_file())) << "one that is in use stays";
+  }
+  EXPECT_EQ(close_database(), 0);
+  EXPECT_TRUE(fs::is_empty(folder.folder() / "temporary"));
 }
