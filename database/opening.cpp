@@ -190,7 +190,9 @@ int open_database(OpenFor purpose) {
     try {
       return open_survey_file(purpose);
     } catch (const dao::LockedError& locked) {
-      throw dao::Error(locked.what() + words_for_locked(real_path(session().database_file)));
+      const std::string reason = locked.what() + words_for_locked(real_path(session().database_file));
+      Module_debug::write_debug(1, reason);
+      throw dao::Error(reason);
     } catch (const OpeningStopped&) {
       user_interface().show_message("The opening was stopped. The survey is as it was.");
       return -1;
