@@ -348,7 +348,8 @@ def main():
             print(f"{change.path}:{change.line}: {before}  ->  {after}")
         print(f"{len(changes)} changes")
         return 0
-    signal.signal(signal.SIGTERM, signal.default_int_handler)  # puts back as after Ctrl+C
+    for stop in (signal.SIGINT, signal.SIGTERM):  # a shell's background ignores the first
+        signal.signal(stop, signal.default_int_handler)
     try:
         plant(root, build, changes)
     except KeyboardInterrupt:
