@@ -79,7 +79,7 @@ def changes_of(path, text):
 
 def changes_of_room(root, room, with_windows):
     changes = []
-    for path in sorted(p for p in (root / room).rglob("*") if p.suffix in {".h", ".cpp"}):
+    for path in sorted((root / room).rglob("*.cpp")):
         name = path.relative_to(root).as_posix()
         if with_windows or "/windows/" not in name:
             changes += changes_of(name, path.read_text(encoding="utf-8"))
@@ -152,7 +152,6 @@ class Build:
         self.root, self.folder, self.jobs = root, folder.resolve(), jobs
         if not (self.folder / "build.ninja").exists():
             sys.exit(f"{folder}: no build by Ninja; see CMakePresets.json")
-        self.with_windows = "BRENLOX_WINDOWS:BOOL=ON" in (self.folder / "CMakeCache.txt").read_text(encoding="utf-8")
         commands = json.loads((self.folder / "compile_commands.json").read_text(encoding="utf-8"))
         self.objects = {entry["file"]: self.folder / entry["output"] for entry in commands if "output" in entry}
         targets = self.tool("targets", "all")
@@ -167,13 +166,11 @@ class Build:
                               capture_output=True).stdout
 
     def tests_of(self, path):
-        """The test programs of the room itself, and those of the rooms that use it, from the lowest up."""
+        """The test programs of the room itself without its windows, and all others that have the source in them."""
         room = path.split("/")[0]
         source = str(self.root / path)
-        library = re.compile(rf"{room}/.*lib\w+\.a$")  # who includes a header isn't known before it is built
-        sees = [test for test in self.tests
-                if source in self.inputs[test] or (path.endswith(".h") and any(map(library.match, self.inputs[test])))]
-        own = [test for test in sees if test.startswith(f"tests/{room}/")]
+        sees = [test for test in self.tests if source in self.inputs[test]]
+        own = [test for test in sees if test.startswith(f"tests/{room}/") and "/windows/" not in test]
         return own, [test for test in sees if test not in own]
 
     def make(self, *targets):
@@ -219,7 +216,7 @@ class Build:
 
 
 def plant_with(root, build, changes, which, told):
-    """Plants each change and runs its tests, those of its room (0) or those of the rooms that use it (1)."""
+    """Plants each change and runs its tests, those of its room (0) or all others (1)."""
     build.keep_passing({test for change in changes for test in build.tests_of(change.path)[which]})
     survived = []
     for number, change in enumerate(changes, 1):
@@ -242,7 +239,7 @@ def plant(root, build, changes):
     try:
         print(f"With the tests of each room: {len(changes)} changes", flush=True)
         survived = plant_with(root, build, changes, 0, told)
-        print(f"With the tests of the rooms above: {len(survived)} changes", flush=True)
+        print(f"With the tests of windows and of the rooms above: {len(survived)} changes", flush=True)
         plant_with(root, build, survived, 1, told)
     finally:
         report(root, told)
@@ -319,6 +316,7 @@ def self_check():
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--rooms", default=ROOMS, help="separated by commas (%(default)s)")
+    parser.add_argument("--windows", action="store_true", help="the sources of the rooms' windows, too")
     parser.add_argument("--count", type=int, default=40, help="how many changes (%(default)s)")
     parser.add_argument("--seed", type=int, default=1, help="another choice of changes for each (%(default)s)")
     parser.add_argument("--build", type=pathlib.Path, default="build/release", help="a build folder (%(default)s)")
@@ -340,7 +338,7 @@ def main():
                    for change in changes_of(name, (root / name).read_text(encoding="utf-8"))
                    if (name, str(change.line)) in places]
     else:
-        by_room = {room: changes_of_room(root, room, build.with_windows) for room in arguments.rooms.split(",")}
+        by_room = {room: changes_of_room(root, room, arguments.windows) for room in arguments.rooms.split(",")}
         changes = sum(by_room.values(), []) if arguments.list else chosen(by_room, arguments.count, arguments.seed)
     if arguments.list:
         for change in changes:
