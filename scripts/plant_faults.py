@@ -152,6 +152,7 @@ class Build:
         self.root, self.folder, self.jobs = root, folder.resolve(), jobs
         if not (self.folder / "build.ninja").exists():
             sys.exit(f"{folder}: no build by Ninja; see CMakePresets.json")
+        self.make("build.ninja")  # knows new sources, too
         commands = json.loads((self.folder / "compile_commands.json").read_text(encoding="utf-8"))
         self.objects = {entry["file"]: self.folder / entry["output"] for entry in commands if "output" in entry}
         targets = self.tool("targets", "all")
