@@ -57,6 +57,12 @@ TEST(Graticule, Small_parts_have_seconds_and_places_off_the_map_no_lines) {
   EXPECT_TRUE(std::ranges::any_of(
       close, [](const GraticuleLine& line) { return line.label.find('"') != std::string::npos; }));
   EXPECT_TRUE(graticule(system, {1e12, 2e12, 1e12, 2e12}).empty());
+  const TransformParameters last_zone = utm(60, hemisphere_north);
+  const MapPlace at_date_line = ll2en(last_zone, {10.0, 180.0});
+  EXPECT_TRUE(graticule(last_zone, {at_date_line.easting - 20e3, at_date_line.easting + 20e3,
+                                    at_date_line.northing - 20e3, at_date_line.northing + 20e3})
+                  .empty())
+      << "no meridians all round the earth";
   EXPECT_EQ(graticule_label(0.0, false), "0\u00b0");
   EXPECT_EQ(graticule_label(-71.2625, true), "71\u00b015'45\"W");
 }
