@@ -102,6 +102,8 @@ TEST(Decode_file_format, Stops_at_the_first_fault) {
   ReadingRecord merged = good_record();
   merged.choices.ReductionType = 2;
   merged.choices.decode[decode_sample_rate].specified = "0";
+  merged.choices.decode[decode_event] = {
+      .use_file_name = true, .start_column = 1, .width = 1, .specified = ""};
   EXPECT_EQ(decode_file_format(ShowFault::yes, merged), 0);
 }
 
