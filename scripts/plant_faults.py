@@ -52,10 +52,16 @@ KINDS = [
 ]
 NUMBER = re.compile(r"(?<![\w.'])(\d[\d']*(?:\.\d*)?(?:[eE][-+]?\d+)?)([fFuUlLzZ]*)(?![\w.'])")
 
+TEXT = "\0"  # stands for the characters of a text
+
 Change = collections.namedtuple("Change", "path line start end after")
 
 
-def number_changes(digits):
+def joins_texts(logic, match):
+    return match[0] == "+" and TEXT in (logic[: match.start()].rstrip()[-1:], logic[match.end() :].lstrip()[:1])
+
+
+def number_changes(digits, before):
     digits = digits.replace("'", "")
     if re.search(r"[.eE]", digits):
         value = float(digits)
@@ -63,15 +69,18 @@ def number_changes(digits):
                 for new in ([1.0] if value == 0 else [2 * value, 1.01 * value])]
     if len(digits) > 1 and digits[0] == "0":
         return []  # octal: rights of files
-    return ["0", "2"] if digits == "1" else [str(int(digits) + 1)]
+    if digits != "1":
+        return [str(int(digits) + 1)]
+    return ["0"] if before == "-" else ["0", "2"]  # -2 says as well as -1 that there is nothing
 
 
 def changes_of(path, text):
     """Every change of a source, in its order."""
-    logic = NO_LOGIC.sub(lambda found: re.sub(r"[^\n]", "_" if found[0][0] in "\"'R" else " ", found[0]), text)
+    logic = NO_LOGIC.sub(lambda found: re.sub(r"[^\n]", TEXT if found[0][0] in "\"'R" else " ", found[0]), text)
     found = [(match, after) for pattern, table in KINDS for match in pattern.finditer(logic)
-             for after in table[match[0]]]
-    found += [(match, new + match[2]) for match in NUMBER.finditer(logic) for new in number_changes(match[1])]
+             for after in table[match[0]] if not joins_texts(logic, match)]
+    found += [(match, new + match[2]) for match in NUMBER.finditer(logic)
+              for new in number_changes(match[1], logic[match.start() - 1])]
     found.sort(key=lambda pair: pair[0].start())
     return [Change(path, text.count("\n", 0, match.start()) + 1, match.start(), match.end(), after)
             for match, after in found]
@@ -274,10 +283,11 @@ def self_check():
         "}\n"
         "const int least = std::min(07, -1) - n;\n"
         'const auto raw = R"x(a < 1)x" == *x.begin();\n'
+        'const std::string note = "a" + name + "b";\n'
     )
     expected = [
         (8, ">=", ">"), (8, ">=", "<"), (8, "1'000U", "1001U"), (8, "&&", "||"), (8, "!", ""), (8, "0.5F", "1.0F"),
-        (8, "0.5F", "0.505F"), (10, "std::min", "std::max"), (10, "1", "0"), (10, "1", "2"), (10, "-", "+"),
+        (8, "0.5F", "0.505F"), (10, "std::min", "std::max"), (10, "1", "0"), (10, "-", "+"),
         (11, "==", "!="), (11, ".begin()", ".begin() + 1"),
     ]
     changes = changes_of("room/source.cpp", text)
