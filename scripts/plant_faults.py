@@ -190,16 +190,24 @@ class Build:
         made = self.objects.get(str(self.root / path))
         return hashlib.sha256(made.read_bytes()).hexdigest() if made and made.exists() else None
 
+    def run_test(self, name, limit, *arguments):
+        program = self.folder / name
+        # Without a display, and the first failure of GoogleTest is enough.
+        return run([str(program), *arguments], limit, cwd=program.parent,
+                   env=dict(os.environ, QT_QPA_PLATFORM="offscreen", GTEST_FAIL_FAST="1"))
+
     def test(self, name, limit):
         """What a test program has to say against the sources as they are; nothing if it passes."""
-        program = self.folder / name
         began = time.monotonic()
-        # Without a display, and a failure of GoogleTest is enough.
-        status, output = run([str(program)], limit, cwd=program.parent,
-                             env=dict(os.environ, QT_QPA_PLATFORM="offscreen", GTEST_FAIL_FAST="1"))
+        status, output = self.run_test(name, limit)
         self.seconds.setdefault(name, time.monotonic() - began)
-        first = re.search(r"^\[  FAILED  \] (\S+)|^FAIL!  : (\S+)", output, re.MULTILINE)
-        return status and (first[1] or first[2] if first else f"status {status}")
+        first = re.search(r"^\[  FAILED  \] (\S+)|^FAIL!  : \w+::(\w+)", output, re.MULTILINE)
+        if not status or not first:
+            return status and f"status {status}"
+        # A busy machine fails a test now and then: it has to fail again, alone or with all others.
+        if not self.run_test(name, limit, f"--gtest_filter={first[1]}" if first[1] else first[2])[0]:
+            status = self.run_test(name, limit)[0]
+        return status and (first[1] or first[2])
 
     def keep_passing(self, tests):
         """Drops tests that fail as things are; how long each of the others takes is kept for its limit."""
