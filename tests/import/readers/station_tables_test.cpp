@@ -355,6 +355,17 @@ TEST_F(StationTables, Stn_lines_without_a_place_are_left_out) {
   EXPECT_TRUE(told(0, "is not a number, the station is left out"));
 }
 
+TEST_F(StationTables, A_station_without_values_is_named_and_the_others_come_in) {
+  ASSERT_EQ(import({folder.write("a.avg",
+                                 "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy * *\n"
+                                 " 2 150 1 ExHy 10 500\n")}),
+            0);
+  EXPECT_EQ(stations(), std::vector<double>{150.0});
+  const std::vector<std::string> remarks = Module_data_file::remark_lines(report.files.at(0));
+  EXPECT_NE(std::ranges::find(remarks, "station 100 has no values"), remarks.end())
+      << ::testing::PrintToString(remarks);
+}
+
 TEST_F(StationTables, Stn_files_of_all_kinds) {
   const std::string avg =
       "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy 10 500\n 2 150 1 ExHy 10 500\n 2 900 1 ExHy 10 "

@@ -20,6 +20,24 @@ TEST(Section_choices, Refuse_what_has_no_range_or_depth) {
   }
 }
 
+TEST(Suggested_range, Half_decades_hold_the_model) {
+  struct Case {
+    std::vector<double> parameters;
+    double lower;
+    double upper;
+  };
+  const Case cases[] = {{{1.2, 2.6, 2.1}, 1.0, 3.0},
+                        {{-0.2, 2.5}, -0.5, 2.5},
+                        {{2.0, 2.0}, 2.0, 2.5},
+                        {{1.2, 1e300, 1.3}, 1.0, 1.5},  // what has run away isn't followed
+                        {{}, 0.0, 3.0}};
+  for (const Case& c : cases) {
+    const ResistivityRange range = suggested_range(c.parameters);
+    EXPECT_EQ(range.lower, c.lower);
+    EXPECT_EQ(range.upper, c.upper);
+  }
+}
+
 class SectionTest : public made::OccamTest {
  protected:
   void SetUp() override {
