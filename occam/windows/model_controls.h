@@ -62,6 +62,8 @@ class ModelControls : public QWidget {
   QWidget* make_look_group();
   void add_quantity_rows(QFormLayout& rows);
   QWidget* make_model_group();
+  [[nodiscard]] Module_occam::TypedChoices typed() const;
+  void mark_entries();
   void add_buttons(QBoxLayout& rows);
 
   QComboBox* Combo_iteration_;

@@ -131,6 +131,7 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
     return picture;
   }
   if (!look.choices) {
+    picture.note = "The range of colours or the depth can't be used: see the marked box";
     return picture;
   }
   picture.choices = *look.choices;
