@@ -83,8 +83,8 @@ struct SectionGeometry {
   PictureSize picture = {};
   SectionMapping mapping = {};
   double right_distance = 0.0;  // at the right end of the section
-  double bottom_depth = 0.0;    // at the lower end of a linear scale: the last node line within the depth
-                                // asked for
+  double bottom_depth = 0.0;    // that the scale is chosen for: the last node line within the depth asked for
+  double end_depth = 0.0;       // where a drawing ends: the depth asked for, or the end of the mesh
   std::vector<SectionRectangle> rectangles = {};  // layer by layer, left to right
   double lowest = 0.0;                            // of the rectangles' values
   double highest = 0.0;
