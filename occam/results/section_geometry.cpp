@@ -106,6 +106,9 @@ ResistivityRange suggested_range(std::span<const double> parameters) {
   if (lowest > highest) {
     return {};
   }
+  if (lowest == highest) {
+    return {lowest - 1.0, lowest + 1.0};
+  }
   const double lower = std::floor(2.0 * lowest) / 2.0;
   return {lower, std::max(std::ceil(2.0 * highest) / 2.0, lower + 0.5)};
 }

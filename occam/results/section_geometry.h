@@ -43,8 +43,8 @@ struct TypedChoices {
 };
 std::optional<SectionChoices> read_choices(const TypedChoices& typed);
 
-/// A range of half decades that holds the parameters; those beyond 10 decades don't count. 0 to 3 without
-/// any.
+/// A range of half decades that holds the parameters; those beyond 10 decades don't count. A decade to both
+/// sides of parameters that are all the same, as in most start models; 0 to 3 without any.
 struct ResistivityRange {
   double lower = 0.0;
   double upper = 3.0;

@@ -151,7 +151,8 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
   }
   picture.visibility = look.visibility;
   if (picture.geometry.rectangles.empty()) {
-    picture.note = QString("Iteration %1 can't be shown").arg(iteration);
+    picture.note = view.results().has_start_only() ? QString("The start model can't be shown")
+                                                   : QString("Iteration %1 can't be shown").arg(iteration);
   }
   return picture;
 }
