@@ -61,6 +61,11 @@ void SurveyDisplay::connect_panels() {
     display_station(station_index);
     panels_.plan->show_raw_data(false);  // the next click may be of another station
   });
+  connect(panels_.plan, &PlanPanel::projection_changed, this, [this] {
+    if (axis_.by_distance()) {
+      choose_positions(PositionSource::distances);
+    }
+  });
   connect(this, &SurveyDisplay::survey_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::selection_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::data_changed, panels_.plan, &PlanPanel::take_line);

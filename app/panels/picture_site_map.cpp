@@ -3,6 +3,8 @@
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
 #include <QToolTip>
 #include <utility>
 
@@ -21,7 +23,8 @@ constexpr double click_distance = 4.0;  // pixels; beyond it a press is a drag
 
 SiteMap::SiteMap(QWidget* parent) : QWidget(parent) {
   setMouseTracking(true);
-  setFocusPolicy(Qt::ClickFocus);  // a click ends the typing in a text box
+  setFocusPolicy(Qt::StrongFocus);  // a click ends the typing in a text box; keys zoom
+  setAccessibleName("Plan of the stations");
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -33,6 +36,12 @@ void SiteMap::show_contents(PlanContents contents) {
 void SiteMap::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paint_plan(painter, size(), contents_);
+  if (hasFocus()) {
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.backgroundColor = Qt::white;
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+  }
 }
 
 void SiteMap::resizeEvent(QResizeEvent* event) {
@@ -97,8 +106,9 @@ bool SiteMap::event(QEvent* event) {
             station_index)),
         this);
   } else {
-    QToolTip::showText(help.globalPos(),
-                       "Click a station to select it; drag to move the plan, turn the wheel to zoom", this);
+    QToolTip::showText(
+        help.globalPos(),
+        "Click a station to select it; drag to move the plan, turn the wheel to zoom (+, -, Home)", this);
   }
   return true;
 }

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
+#include <utility>
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
@@ -26,10 +28,14 @@ constexpr double line_width = 9.0;  // of what marks the stations of the current
 constexpr double current_width = 9.0;
 constexpr double current_ring = 13.0;  // around a coloured dot
 
+constexpr double line_name_gap = 9.0;
+
 constexpr QColor current_line_colour(175, 205, 255);
 constexpr QColor current_line_name(0, 60, 190);
 constexpr QColor line_name_colour(90, 90, 90);
 constexpr QColor station_name_colour(60, 60, 60);
+constexpr QColor current_name(150, 0, 150);
+constexpr QColor backing(255, 255, 255, 225);
 constexpr QColor without_value(190, 190, 190);
 
 struct SeenStation {
@@ -141,45 +147,74 @@ void take_dots(Drawing& drawing) {
   }
 }
 
-/// The way out of a line at its first station that is seen: away from its next one where the line begins
-/// there, else to the side.
-QPointF way_out(const Drawing& drawing, std::int32_t index) {
-  const auto first = session().first_station_of_line[static_cast<std::size_t>(line_of(index)) - 1];
-  for (std::int32_t next = index + 1; next <= session().station_count && line_of(next) == line_of(index);
-       ++next) {
-    const QPointF step = drawing.picture_of(index) - drawing.picture_of(next);
-    if (const double length = std::hypot(step.x(), step.y()); length > 0.0) {
-      const QPointF along = step / length;
-      return index == first ? along : QPointF(along.y(), -along.x());
-    }
+/// Towards the next station of its line, or from the one before it; none where the line has one place only.
+QPointF along_line(const Drawing& drawing, std::int32_t index) {
+  const auto step_to = [&](std::int32_t other) {
+    const bool same_line = other >= 1 && other <= session().station_count && line_of(other) == line_of(index);
+    return same_line ? drawing.picture_of(other) - drawing.picture_of(index) : QPointF();
+  };
+  QPointF step = step_to(index + 1);
+  if (step.isNull()) {
+    step = -step_to(index - 1);
   }
-  return {0.0, 1.0};
+  const double length = std::hypot(step.x(), step.y());
+  return length > 0.0 ? step / length : QPointF();
 }
 
-/// Each line is named beyond its first station that is seen, where its name meets no dot and no other name.
+bool is_upright(QPointF direction) { return std::abs(direction.y()) > std::abs(direction.x()); }
+
+/// The stations of a line that are seen.
+using SeenLine = std::span<const SeenStation>;
+
+std::vector<SeenLine> seen_lines(const std::vector<SeenStation>& seen) {
+  std::vector<SeenLine> lines;
+  for (auto first = seen.begin(); first != seen.end();) {
+    const auto end = std::find_if(first, seen.end(), [line = line_of(first->index)](const SeenStation& each) {
+      return line_of(each.index) != line;
+    });
+    lines.emplace_back(first, end);
+    first = end;
+  }
+  // The current line's name has the first choice of a place.
+  std::ranges::stable_partition(lines, [](SeenLine line) { return is_on_current_line(line.front().index); });
+  return lines;
+}
+
+/// Beyond the ends of a line, which no station's name is; else beside its ends and its middle.
+std::vector<std::pair<QPointF, QPointF>> places_and_ways_out(const Drawing& drawing, SeenLine line) {
+  const QPointF at_first = along_line(drawing, line.front().index);
+  const QPointF at_last = along_line(drawing, line.back().index);
+  if (at_first.isNull()) {
+    return {{line.front().at, {0.0, -1.0}}, {line.front().at, {0.0, 1.0}}};
+  }
+  std::vector<std::pair<QPointF, QPointF>> ways = {{line.front().at, -at_first}, {line.back().at, at_last}};
+  for (const SeenStation& station : {line.front(), line.back(), line[line.size() / 2]}) {
+    const QPointF along = along_line(drawing, station.index);
+    ways.emplace_back(station.at, QPointF(along.y(), -along.x()));
+    ways.emplace_back(station.at, QPointF(-along.y(), along.x()));
+  }
+  return ways;
+}
+
+/// Each line is named where its name meets no dot and no other name, in other letters than the stations and
+/// with the word before it: on lines to the north, numbers of lines and of stations look alike.
 void draw_line_names(Drawing& drawing) {
-  constexpr double gap = 7.0;
-  std::int32_t named_line = 0;
   QFont bold = drawing.painter.font();
   bold.setBold(true);
   drawing.painter.save();
   drawing.painter.setFont(bold);
   const QFontMetricsF metrics(bold);
-  for (const SeenStation& station : drawing.seen) {
-    if (line_of(station.index) == named_line) {
-      continue;
-    }
-    named_line = line_of(station.index);
+  for (const SeenLine line : seen_lines(drawing.seen)) {
+    const std::int32_t index = line.front().index;
     const QString name =
-        QString::fromStdString(session().station_line[static_cast<std::size_t>(station.index) - 1]);
+        "Line " + QString::fromStdString(session().station_line[static_cast<std::size_t>(index) - 1]);
     const QSizeF text(metrics.horizontalAdvance(name), metrics.height());
-    const QPointF out = way_out(drawing, station.index);
-    for (const double side : {1.0, -1.0}) {
+    for (const auto& [place, out] : places_and_ways_out(drawing, line)) {
       const double half = 0.5 * (std::abs(out.x()) * text.width() + std::abs(out.y()) * text.height());
-      const QPointF middle = station.at + side * (gap + half) * out;
+      const QPointF middle = place + (line_name_gap + half) * out;
       const QRectF room(middle - QPointF(text.width() / 2.0, text.height() / 2.0), text);
       if (drawing.plot.contains(room) && drawing.taken.is_free(room)) {
-        drawing.painter.setPen(is_on_current_line(station.index) ? current_line_name : line_name_colour);
+        drawing.painter.setPen(is_on_current_line(index) ? current_line_name : line_name_colour);
         drawing.painter.drawText(room, Qt::AlignCenter | Qt::TextDontClip, name);
         drawing.taken.take(room);
         break;
@@ -196,20 +231,53 @@ QString name_of(std::int32_t index) {
                                     : shortened_name(site));
 }
 
+Module_tensor::NamedDot named_dot(const Drawing& drawing, const SeenStation& station) {
+  const double width = drawing.contents.colouring ? coloured_width : station_width;
+  const double reach = (station.index == session().current_station_index ? current_ring : width) / 2.0 + 1.0;
+  return {station.at, reach, name_of(station.index), is_upright(along_line(drawing, station.index))};
+}
+
+void draw_names(const Drawing& drawing, const std::vector<Module_tensor::PlacedName>& names) {
+  for (const Module_tensor::PlacedName& name : names) {
+    drawing.painter.drawText(name.room, Qt::AlignCenter | Qt::TextDontClip, name.name);
+  }
+}
+
+/// The name of the current station is there whatever is around it.
+void draw_current_name(Drawing& drawing) {
+  const auto current =
+      std::ranges::lower_bound(drawing.seen, session().current_station_index, {}, &SeenStation::index);
+  if (current == drawing.seen.end() || current->index != session().current_station_index) {
+    return;
+  }
+  QPainter& painter = drawing.painter;
+  const QFontMetricsF metrics(painter.font());
+  const Module_tensor::NamedDot dot = named_dot(drawing, *current);
+  std::vector<Module_tensor::PlacedName> placed =
+      Module_tensor::placed_names({dot}, metrics, drawing.plot, drawing.taken);
+  if (placed.empty()) {
+    QRectF room(dot.at - QPointF(0.5 * metrics.horizontalAdvance(dot.name), dot.reach + metrics.height()),
+                QSizeF(metrics.horizontalAdvance(dot.name), metrics.height()));
+    room.moveLeft(std::clamp(room.left(), 0.0, std::max(drawing.plot.width() - room.width(), 0.0)));
+    room.moveTop(std::max(room.top(), 0.0));
+    painter.fillRect(room, backing);
+    drawing.taken.take(room);
+    placed.push_back({room, dot.name});
+  }
+  painter.setPen(current_name);
+  draw_names(drawing, placed);
+}
+
 /// Beside their dots where they meet neither one another nor another dot; those of the current line first.
 /// Beyond a number that no plan has room for, only those of the current line until fewer are seen.
 void draw_station_names(Drawing& drawing) {
   constexpr std::size_t most_names = 2000;
-  const double dot_reach = (drawing.contents.colouring ? coloured_width : station_width) / 2.0 + 1.0;
   std::vector<Module_tensor::NamedDot> dots;
   const auto add = [&](bool of_current_line) {
     for (const SeenStation& station : drawing.seen) {
-      if (is_on_current_line(station.index) == of_current_line) {
-        const bool current = station.index == session().current_station_index;
-        dots.push_back({station.at, current ? current_ring / 2.0 + 1.0 : dot_reach, name_of(station.index)});
-        if (current) {
-          std::swap(dots.front(), dots.back());
-        }
+      if (is_on_current_line(station.index) == of_current_line &&
+          station.index != session().current_station_index) {
+        dots.push_back(named_dot(drawing, station));
       }
     }
   };
@@ -218,10 +286,8 @@ void draw_station_names(Drawing& drawing) {
     add(false);
   }
   drawing.painter.setPen(station_name_colour);
-  for (const Module_tensor::PlacedName& name : Module_tensor::placed_names(
-           dots, QFontMetricsF(drawing.painter.font()), drawing.plot, drawing.taken)) {
-    drawing.painter.drawText(name.room, Qt::AlignCenter | Qt::TextDontClip, name.name);
-  }
+  draw_names(drawing, Module_tensor::placed_names(dots, QFontMetricsF(drawing.painter.font()), drawing.plot,
+                                                  drawing.taken));
 }
 
 void draw_scale_bar(Drawing& drawing) {
@@ -243,13 +309,29 @@ void draw_scale_bar(Drawing& drawing) {
   drawing.taken.take(room.adjusted(-edge, 0.0, edge, edge));
 }
 
+/// How much of a room is in use already.
+int crowd_in(const Drawing& drawing, const QRectF& room) {
+  constexpr int written = 1;  // values of the graticule
+  return static_cast<int>(std::ranges::count_if(
+             drawing.seen, [&](const SeenStation& station) { return room.contains(station.at); })) +
+         (drawing.taken.is_free(room) ? 0 : written);
+}
+
+/// In the corner with the fewest stations, and below them.
 void draw_north(Drawing& drawing) {
-  constexpr double room = 130.0;  // less has no room for an arrow beside the stations
-  if (drawing.plot.height() >= room && drawing.plot.width() >= room) {
-    Module_tensor::paint_north(drawing.painter, drawing.plot);
-    constexpr QSizeF arrow(32.0, 66.0);
-    drawing.taken.take(QRectF(QPointF(drawing.plot.right() - arrow.width(), drawing.plot.top()), arrow));
+  constexpr double least = 130.0;  // less has no room for an arrow beside the stations
+  if (drawing.plot.height() < least || drawing.plot.width() < least) {
+    return;
   }
+  constexpr QSizeF arrow(40.0, 70.0);
+  const QRectF& plot = drawing.plot;
+  const std::array corners = {
+      QRectF(QPointF(plot.right() - arrow.width(), plot.top()), arrow), QRectF(plot.topLeft(), arrow),
+      QRectF(QPointF(plot.right() - arrow.width(), plot.bottom() - arrow.height()), arrow)};
+  const QRectF& room =
+      *std::ranges::min_element(corners, {}, [&](const QRectF& corner) { return crowd_in(drawing, corner); });
+  Module_tensor::paint_north(drawing.painter, room);
+  drawing.taken.take(room);
 }
 
 void draw_graticule(Drawing& drawing) {
@@ -279,8 +361,11 @@ void paint_plan(QPainter& painter, QSize size, const PlanContents& contents) {
   graph::use_picture_style(painter);
   Drawing drawing{painter, QRectF(QPointF(), QSizeF(size)), contents, seen_stations(size.height()), {}};
   constexpr std::size_t many = 1000;
-  painter.setRenderHint(QPainter::Antialiasing, drawing.seen.size() <= many);
   draw_graticule(drawing);
+  painter.setRenderHint(QPainter::Antialiasing);
+  draw_scale_bar(drawing);
+  draw_north(drawing);
+  painter.setRenderHint(QPainter::Antialiasing, drawing.seen.size() <= many);
   draw_current_line(drawing);
   draw_current_station(drawing);
   if (contents.colouring) {
@@ -290,8 +375,7 @@ void paint_plan(QPainter& painter, QSize size, const PlanContents& contents) {
   }
   painter.setRenderHint(QPainter::Antialiasing);
   take_dots(drawing);
-  draw_scale_bar(drawing);
-  draw_north(drawing);
+  draw_current_name(drawing);
   draw_line_names(drawing);
   draw_station_names(drawing);
 }

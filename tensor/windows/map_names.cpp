@@ -1,7 +1,9 @@
 #include "tensor/windows/map_names.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 namespace Module_tensor {
 
@@ -22,6 +24,24 @@ bool all_squares(const QRectF& room, Look look) {
     }
   }
   return true;
+}
+
+/// From a dot to the upper left corner of its name, the usual place first.
+std::array<QPointF, 8> corners_around(const NamedDot& dot, const QSizeF& text) {
+  const double reach = dot.reach;
+  std::array corners = {QPointF(-text.width() / 2.0, -reach - text.height()),
+                        QPointF(-text.width() / 2.0, reach),
+                        QPointF(reach, -text.height() / 2.0),
+                        QPointF(-reach - text.width(), -text.height() / 2.0),
+                        QPointF(reach, -reach - text.height()),
+                        QPointF(-reach - text.width(), reach),
+                        QPointF(-reach - text.width(), -reach - text.height()),
+                        QPointF(reach, reach)};
+  if (dot.beside) {
+    std::swap(corners[0], corners[2]);
+    std::swap(corners[1], corners[3]);
+  }
+  return corners;
 }
 
 }  // namespace
@@ -45,13 +65,8 @@ std::vector<PlacedName> placed_names(const std::vector<NamedDot>& dots, const QF
                                      const QRectF& area, TakenRooms& taken) {
   std::vector<PlacedName> names;
   for (const NamedDot& dot : dots) {
-    const double reach = dot.reach;
     const QSizeF text(metrics.horizontalAdvance(dot.name), metrics.height());
-    for (const QPointF corner :
-         {QPointF(-text.width() / 2.0, -reach - text.height()), QPointF(-text.width() / 2.0, reach),
-          QPointF(reach, -text.height() / 2.0), QPointF(-reach - text.width(), -text.height() / 2.0),
-          QPointF(reach, -reach - text.height()), QPointF(-reach - text.width(), reach),
-          QPointF(-reach - text.width(), -reach - text.height()), QPointF(reach, reach)}) {
+    for (const QPointF corner : corners_around(dot, text)) {
       const QRectF room(dot.at + corner, text);
       if (area.contains(room) && taken.is_free(room)) {
         taken.take(room);

@@ -24,6 +24,7 @@ struct NamedDot {
   QPointF at;
   double reach = 0.0;  // pixels around it that its own glyph takes
   QString name;
+  bool beside = false;  // of an upright row of dots: its name has room to the right and left
 };
 
 struct PlacedName {
@@ -32,7 +33,8 @@ struct PlacedName {
 };
 
 /// Above its dot, below, to the right or to the left of it, or between these, whichever is the first to be
-/// free; a name without room is left out. The dots themselves are taken beforehand.
+/// free; to the right and left first where the dot says so. A name without room is left out. The dots
+/// themselves are taken beforehand.
 std::vector<PlacedName> placed_names(const std::vector<NamedDot>& dots, const QFontMetricsF& metrics,
                                      const QRectF& area, TakenRooms& taken);
 
