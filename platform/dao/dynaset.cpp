@@ -56,6 +56,7 @@ class Dynaset final : public RowSource {
   void add_new() override;
   void edit() override;
   void update() override;
+  void go_to_added() override;
   void delete_row() override;
 
   std::string row_name() override { return "row " + std::to_string(current_key()) + " of " + table_->name; }
@@ -455,6 +456,16 @@ void Dynaset::update() {
       break;
   }
   drop_edit();
+}
+
+void Dynaset::go_to_added() {
+  (void)connection();
+  drop_edit();
+  if (added_.empty()) {
+    throw Error("no current record");
+  }
+  go_to(added_.back());
+  index_.reset();
 }
 
 void Dynaset::insert_row() {
