@@ -35,7 +35,7 @@ std::int32_t add_row(dao::Recordset& recordset, std::string_view line, double st
   recordset.set_double("MapY", rows.MapY);
   recordset.set_double("Elevation", rows.Elevation);
   recordset.update();
-  recordset.find_first(station_criteria(line, station));
+  recordset.go_to_added();
   return recordset.get_long("ID");
 }
 

@@ -172,7 +172,7 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
   files.update();
   session().data_changed = true;
   if (row == rows.ID_of_event.end()) {
-    files.find_first(row_criteria(record));
+    files.go_to_added();
     rows.ID_of_event.emplace(record.EventNumber, files.get_long("ID"));
   }
   if (rows.first_ID == 0) {
@@ -229,7 +229,7 @@ void store_data(const ReadingRecord& record, std::string_view data_type, StoreNo
                                stored_rate(record), std::string(data_type), record.DipoleLength});
   }
   if (is_new) {
-    readings.find_first(criteria);  // its counter
+    readings.go_to_added();  // it has its counter now
   }
   Module_database::write_facts(readings.get_long("ID"), record.curve, record.axes);
   session().data_changed = true;
@@ -309,9 +309,13 @@ int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNot
   if (store_with_notes(notes, [&] { store_data(record, trimmed(data_type), notes); }) != 0) {
     return -1;
   }
-  // A failure here has its own message and doesn't make the reading a failed one.
-  (void)Module_database::add_reading_frequencies(record.choices.ReferenceType, record.SampleRate,
-                                                 record.curve.frequencies);
+  // A failure here has its own message and doesn't make the reading a failed one. The elements of a section
+  // share their frequencies.
+  if (notes.listed_frequencies != record.curve.frequencies &&
+      Module_database::add_reading_frequencies(record.choices.ReferenceType, record.SampleRate,
+                                               record.curve.frequencies) == 0) {
+    notes.listed_frequencies = record.curve.frequencies;
+  }
   return order_result;
 }
 

@@ -113,8 +113,8 @@ std::vector<std::int32_t> kept_mask(const Curve& stored, const Curve& computed) 
   return mask;
 }
 
-void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,
-                       const ReadingKey& key, const Module_database::StationRows& place, Overrides overrides,
+void store_derived_row(std::int32_t reduction, float merge_frequency, const ReadingKey& key,
+                       const Module_database::StationRows& place, Overrides overrides,
                        StoredReading& reading) {
   dao::Recordset& readings = Module_database::open_survey().readings;
   const bool is_new = reading.ID == 0;
@@ -149,8 +149,7 @@ void store_derived_row(const std::string& criteria, std::int32_t reduction, floa
   readings.update();
   session().data_changed = true;
   if (is_new) {
-    readings.requery();
-    readings.find_first(criteria);
+    readings.go_to_added();
     reading.ID = readings.get_long("ID");
   }
   reading.FileID = derived_file;

@@ -63,7 +63,7 @@ void store_merged(const ReadingKey& key, const StationRows& place, StoredReading
     earlier->axes = merged.axes;
     merged = std::move(*earlier);
   }
-  store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,
+  store_derived_row(reduction_merged, merged_merge_frequency, key, place,
                     earlier ? Overrides::keep : Overrides::write, merged);
   if (!same_count) {
     Module_database::join_frequency_list(key.reference_type, merged.curve.frequencies);

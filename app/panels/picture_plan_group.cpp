@@ -241,11 +241,13 @@ void PlanPanel::define_projection() {
 
 void PlanPanel::list_colours(const std::vector<std::string>& data_types) {
   colours_->list(data_types);
+  Picture_site_map_->forget_stations();
   map_system_.reset();
 }
 
 void PlanPanel::forget_values() {
   colours_->forget_values();
+  Picture_site_map_->forget_stations();
   map_system_.reset();
 }
 

@@ -33,9 +33,14 @@ void SiteMap::show_contents(PlanContents contents) {
   update();
 }
 
+void SiteMap::forget_stations() {
+  plan_.forget_stations();
+  update();
+}
+
 void SiteMap::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  paint_plan(painter, size(), contents_);
+  plan_.paint(painter, size(), contents_);
   if (hasFocus()) {
     QStyleOptionFocusRect focus;
     focus.initFrom(this);

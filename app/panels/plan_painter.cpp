@@ -1,6 +1,7 @@
 #include "app/panels/plan_painter.h"
 
 #include <QFontMetricsF>
+#include <QPixmap>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -30,6 +31,8 @@ constexpr double current_ring = 13.0;  // around a coloured dot
 
 constexpr double line_name_gap = 9.0;
 
+constexpr std::size_t many_stations = 1000;  // squares look like discs then
+
 constexpr QColor current_line_colour(175, 205, 255);
 constexpr QColor current_line_name(0, 60, 190);
 constexpr QColor line_name_colour(90, 90, 90);
@@ -43,13 +46,16 @@ struct SeenStation {
   QPointF at;
 };
 
+/// The stations of a line that are seen.
+using SeenLine = std::span<const SeenStation>;
+
 /// Everything that the parts of the painting share.
 struct Drawing {
   QPainter& painter;
   QRectF plot;
   const PlanContents& contents;
-  std::vector<SeenStation> seen;  // in the order of their indices
-  TakenRooms taken;               // where no name may be
+  const std::vector<SeenStation>& seen;  // in the order of their indices
+  TakenRooms taken;                      // where no name may be
 
   [[nodiscard]] QPointF picture_of(std::int32_t index) const {
     const PlanPoint at = to_picture(station_place(index), plot.height());
@@ -94,12 +100,21 @@ void draw_dots(QPainter& painter, const QList<QPointF>& places, double width, co
   }
 }
 
+/// The stations of the current line that are seen: those of a line follow one another.
+SeenLine current_line(const std::vector<SeenStation>& seen) {
+  const std::int32_t current = session().current_station_index;
+  if (current < 1) {
+    return {};
+  }
+  const auto [first, end] = std::ranges::equal_range(
+      seen, line_of(current), {}, [](const SeenStation& each) { return line_of(each.index); });
+  return {first, end};
+}
+
 void draw_current_line(const Drawing& drawing) {
   QList<QPointF> places;
-  for (const SeenStation& station : drawing.seen) {
-    if (is_on_current_line(station.index)) {
-      places.append(station.at);
-    }
+  for (const SeenStation& station : current_line(drawing.seen)) {
+    places.append(station.at);
   }
   draw_dots(drawing.painter, places, drawing.contents.colouring ? coloured_width + 5.0 : line_width,
             current_line_colour);
@@ -163,9 +178,6 @@ QPointF along_line(const Drawing& drawing, std::int32_t index) {
 
 bool is_upright(QPointF direction) { return std::abs(direction.y()) > std::abs(direction.x()); }
 
-/// The stations of a line that are seen.
-using SeenLine = std::span<const SeenStation>;
-
 std::vector<SeenLine> seen_lines(const std::vector<SeenStation>& seen) {
   std::vector<SeenLine> lines;
   for (auto first = seen.begin(); first != seen.end();) {
@@ -175,8 +187,6 @@ std::vector<SeenLine> seen_lines(const std::vector<SeenStation>& seen) {
     lines.emplace_back(first, end);
     first = end;
   }
-  // The current line's name has the first choice of a place.
-  std::ranges::stable_partition(lines, [](SeenLine line) { return is_on_current_line(line.front().index); });
   return lines;
 }
 
@@ -198,13 +208,15 @@ std::vector<std::pair<QPointF, QPointF>> places_and_ways_out(const Drawing& draw
 
 /// Each line is named where its name meets no dot and no other name, in other letters than the stations and
 /// with the word before it: on lines to the north, numbers of lines and of stations look alike.
-void draw_line_names(Drawing& drawing) {
+void draw_line_names(Drawing& drawing, std::vector<SeenLine> lines) {
+  // The current line's name has the first choice of a place.
+  std::ranges::stable_partition(lines, [](SeenLine line) { return is_on_current_line(line.front().index); });
   QFont bold = drawing.painter.font();
   bold.setBold(true);
   drawing.painter.save();
   drawing.painter.setFont(bold);
   const QFontMetricsF metrics(bold);
-  for (const SeenLine line : seen_lines(drawing.seen)) {
+  for (const SeenLine line : lines) {
     const std::int32_t index = line.front().index;
     const QString name =
         "Line " + QString::fromStdString(session().station_line[static_cast<std::size_t>(index) - 1]);
@@ -273,17 +285,17 @@ void draw_current_name(Drawing& drawing) {
 void draw_station_names(Drawing& drawing) {
   constexpr std::size_t most_names = 2000;
   std::vector<Module_tensor::NamedDot> dots;
-  const auto add = [&](bool of_current_line) {
-    for (const SeenStation& station : drawing.seen) {
+  const auto add = [&](SeenLine stations, bool of_current_line) {
+    for (const SeenStation& station : stations) {
       if (is_on_current_line(station.index) == of_current_line &&
           station.index != session().current_station_index) {
         dots.push_back(named_dot(drawing, station));
       }
     }
   };
-  add(true);
+  add(current_line(drawing.seen), true);
   if (drawing.seen.size() <= most_names) {
-    add(false);
+    add(drawing.seen, false);
   }
   drawing.painter.setPen(station_name_colour);
   draw_names(drawing, Module_tensor::placed_names(dots, QFontMetricsF(drawing.painter.font()), drawing.plot,
@@ -351,31 +363,103 @@ void draw_graticule(Drawing& drawing) {
   }
 }
 
+/// What the layers are of.
+struct Subject {
+  QSize size;
+  qreal pixel_ratio = 1.0;
+  std::array<double, 6> window{};  // of the plan
+  std::int32_t x_column = 0;       // local or map coordinates
+  PlanContents contents;
+
+  bool operator==(const Subject&) const = default;
+};
+
+Subject subject_of(const QPainter& painter, QSize size, const PlanContents& contents) {
+  const PlanWindow& window = session().plan_window;
+  return {size,
+          painter.device()->devicePixelRatioF(),
+          {window.plan_x_min, window.plan_x_max, window.plan_y_min, window.plan_y_max, window.plan_x_scale,
+           window.plan_y_scale},
+          session().x_column,
+          contents};
+}
+
+QPixmap empty_layer(const Subject& subject, const QColor& colour) {
+  QPixmap layer(subject.size * subject.pixel_ratio);
+  layer.setDevicePixelRatio(subject.pixel_ratio);
+  layer.fill(colour);
+  return layer;
+}
+
+/// As the painter of the picture: its font is that of the widget.
+void begin_layer(QPainter& painter, const QPainter& picture) {
+  painter.setFont(picture.font());
+  graph::use_picture_style(painter);
+}
+
 }  // namespace
 
-void paint_plan(QPainter& painter, QSize size, const PlanContents& contents) {
-  painter.fillRect(QRect(QPoint(), size), Qt::white);
+struct PlanPainter::Layers {
+  Subject subject;
+  QPixmap ground;  // graticule, scale and north
+  QPixmap dots;    // of all stations
+  std::vector<SeenStation> seen;
+  std::vector<SeenLine> lines;
+  TakenRooms taken;
+
+  Layers(const QPainter& picture, Subject of);
+};
+
+PlanPainter::Layers::Layers(const QPainter& picture, Subject of)
+    : subject(std::move(of)),
+      ground(empty_layer(subject, Qt::white)),
+      dots(empty_layer(subject, Qt::transparent)),
+      seen(seen_stations(subject.size.height())),
+      lines(seen_lines(seen)) {
+  QPainter below(&ground);
+  begin_layer(below, picture);
+  Drawing drawing{below, QRectF(QPointF(), QSizeF(subject.size)), subject.contents, seen, {}};
+  draw_graticule(drawing);
+  below.setRenderHint(QPainter::Antialiasing);
+  draw_scale_bar(drawing);
+  draw_north(drawing);
+  take_dots(drawing);
+  taken = std::move(drawing.taken);
+  QPainter above(&dots);
+  begin_layer(above, picture);
+  above.setRenderHint(QPainter::Antialiasing, seen.size() <= many_stations);
+  const Drawing stations{above, drawing.plot, subject.contents, seen, {}};
+  if (subject.contents.colouring) {
+    draw_coloured_stations(stations, *subject.contents.colouring);
+  } else {
+    draw_black_stations(stations);
+  }
+}
+
+PlanPainter::PlanPainter() = default;
+PlanPainter::~PlanPainter() = default;
+
+void PlanPainter::forget_stations() { layers_.reset(); }
+
+void PlanPainter::paint(QPainter& painter, QSize size, const PlanContents& contents) {
   if (!(session().plan_window.plan_y_scale > 0.0) || session().station_count == 0) {
+    layers_.reset();
+    painter.fillRect(QRect(QPoint(), size), Qt::white);
     return;
   }
   graph::use_picture_style(painter);
-  Drawing drawing{painter, QRectF(QPointF(), QSizeF(size)), contents, seen_stations(size.height()), {}};
-  constexpr std::size_t many = 1000;
-  draw_graticule(drawing);
-  painter.setRenderHint(QPainter::Antialiasing);
-  draw_scale_bar(drawing);
-  draw_north(drawing);
-  painter.setRenderHint(QPainter::Antialiasing, drawing.seen.size() <= many);
+  Subject subject = subject_of(painter, size, contents);
+  if (!layers_ || layers_->subject != subject) {
+    layers_ = std::make_unique<Layers>(painter, std::move(subject));
+  }
+  painter.drawPixmap(0, 0, layers_->ground);
+  Drawing drawing{painter, QRectF(QPointF(), QSizeF(size)), contents, layers_->seen, layers_->taken};
+  painter.setRenderHint(QPainter::Antialiasing, layers_->seen.size() <= many_stations);
   draw_current_line(drawing);
   draw_current_station(drawing);
-  if (contents.colouring) {
-    draw_coloured_stations(drawing, *contents.colouring);
-  } else {
-    draw_black_stations(drawing);
-  }
+  painter.drawPixmap(0, 0, layers_->dots);
   painter.setRenderHint(QPainter::Antialiasing);
-  take_dots(drawing);
   draw_current_name(drawing);
-  draw_line_names(drawing);
+  draw_line_names(drawing, layers_->lines);
   draw_station_names(drawing);
 }

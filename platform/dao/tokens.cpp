@@ -23,6 +23,8 @@ class Lexer {
 
   std::vector<Token> run() {
     std::vector<Token> tokens;
+    constexpr std::size_t usual_length = 4;  // of a token, with the blank behind it
+    tokens.reserve(statement_.size() / usual_length + 2);
     while (skip_blanks(), place_ < statement_.size()) {
       tokens.push_back(next());
     }

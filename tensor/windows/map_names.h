@@ -4,20 +4,28 @@
 #include <QPointF>
 #include <QRectF>
 #include <QString>
+#include <array>
+#include <cstdint>
 #include <unordered_map>
 #include <vector>
 
 namespace Module_tensor {
 
-/// The rooms of a picture that are taken, by squares of the picture, so that a question looks at neighbours
-/// only.
+/// The rooms of a picture that are taken, as its pixels: a question costs the same beside thousands of dots
+/// as beside one. A pixel that a room meets is taken as a whole.
 class TakenRooms {
  public:
   void take(const QRectF& room);
   [[nodiscard]] bool is_free(const QRectF& room) const;
 
  private:
-  std::unordered_map<std::int64_t, std::vector<QRectF>> rooms_;  // each in all squares that it meets
+  static constexpr int side = 64;
+  using Tile = std::array<std::uint64_t, side>;  // a word for each row, a bit for each pixel
+
+  template <class Look>
+  static bool all_tiles(const QRectF& room, Look look);
+
+  std::unordered_map<std::int64_t, Tile> tiles_;
 };
 
 struct NamedDot {
