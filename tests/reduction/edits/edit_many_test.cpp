@@ -5,6 +5,7 @@
 
 #include "core/undo_stack.h"
 #include "reduction/data_sets/data_sets.h"
+#include "reduction/derived_rows.h"
 #include "reduction/edits/undo.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/survey_fixture.h"
