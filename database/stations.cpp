@@ -8,13 +8,14 @@
 #include "core/text_fields.h"
 #include "database/line_names.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_database {
 
 namespace {
 
 std::string station_criteria(std::string_view line, double station) {
-  return "SurveyLine = '" + std::string(line) + "' AND Station = " + criterion_text(station);
+  return "SurveyLine = " + dao::text_literal(line) + " AND Station = " + criterion_text(station);
 }
 
 void read_place(const dao::Recordset& row, StationRows& rows) {

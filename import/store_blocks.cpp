@@ -19,6 +19,7 @@
 #include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/derived_rows.h"
 
 namespace Module_data_file {
@@ -46,7 +47,7 @@ int store_with_notes(StoreNotes& notes, Operation&& operation) {
 }
 
 std::string row_criteria(const ReadingRecord& record) {
-  return "SurveyFile = '" + record.SurveyFile + "' AND DateCollected = #" +
+  return "SurveyFile = " + dao::text_literal(record.SurveyFile) + " AND DateCollected = #" +
          criterion_date(record.DateCollected) +
          "# AND EventNumber = " + format_number(record.EventNumber, "0");
 }
@@ -213,7 +214,7 @@ void store_data(const ReadingRecord& record, std::string_view data_type, StoreNo
   const std::string criteria = "FileID = " + format_number(record.FileID, "0") +
                                " AND SampleRate = " + criterion_text(stored_rate(record)) +
                                " AND EventNumber = " + format_number(record.EventNumber, "0") +
-                               " AND DataType = '" + std::string(data_type) + "'";
+                               " AND DataType = " + dao::text_literal(data_type);
   readings.find_first(criteria);
   const bool is_new = readings.no_match();
   if (is_new) {
@@ -292,15 +293,10 @@ const FileRows* rows_of_earlier_import(ReadingRecord& record) {
 
 int store_header_block(ReadingRecord& record, StoreNotes& notes) {
   return store_with_notes(notes, [&] {
-    try {
-      store_header(record, notes);
-    } catch (const std::exception& failure) {
-      if (record.SurveyFile.find('\'') == std::string::npos) {
-        throw;
-      }
-      throw std::runtime_error(std::string(failure.what()) +
-                               ". The name of the file has an apostrophe: rename the file to import it.");
+    if (record.SurveyFile.find('\'') != std::string::npos) {
+      throw std::runtime_error("The name of the file has an apostrophe: rename the file to import it.");
     }
+    store_header(record, notes);
   });
 }
 

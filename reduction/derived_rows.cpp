@@ -7,6 +7,7 @@
 #include "core/session_state.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/computed_rows.h"
 
 namespace Module_averaged_data {
@@ -62,8 +63,9 @@ std::string key_criteria(std::string_view file_test, std::int32_t StationID, std
                          const ReadingKey& key) {
   return std::string(file_test) + " AND StationID = " + format_number(StationID, "0") + " AND " +
          std::string(reduction_test) + " AND ReferenceType = " + format_number(key.reference_type, "0") +
-         " AND SampleRate = " + criterion_text(key.scan_rate) + " AND DataType ='" + key.data_type +
-         "' AND DipoleLength = " + criterion_text(key.dipole);
+         " AND SampleRate = " + criterion_text(key.scan_rate) +
+         " AND DataType = " + dao::text_literal(key.data_type) +
+         " AND DipoleLength = " + criterion_text(key.dipole);
 }
 
 void drop_curves_without_readings(std::int32_t StationID) {

@@ -118,11 +118,18 @@ class Lexer {
   Token text() {
     Token token;
     token.kind = Token::Kind::text;
-    if (at(place_ + 1) == '\'') {
-      place_ += 2;  // an empty text
-    } else {
-      token.text = enclosed('\'');
-    }
+    std::size_t end = place_;
+    do {  // each part with the apostrophe before it
+      const std::size_t first = end;
+      end = statement_.find('\'', first + 1);
+      if (end == std::string_view::npos) {
+        fail();
+      }
+      token.text += statement_.substr(first, end - first);
+      ++end;
+    } while (at(end) == '\'');
+    token.text.erase(0, 1);
+    place_ = end;
     const char behind = at(place_);
     const bool ends_here =
         is_blank(behind) || std::string_view("),;=<>").find(behind) != std::string_view::npos;

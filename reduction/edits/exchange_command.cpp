@@ -83,8 +83,8 @@ bool only_takes_away(const UndoEntry& before, const UndoEntry& now) {
 }
 
 void drop_values(Module_Brenlox::UndoDerived& derived) {
-  derived.frequency_bytes = {};
-  derived.data_bytes = {};
+  derived.frequency_bytes = std::vector<std::byte>();  // = {} would keep the memory
+  derived.data_bytes = std::vector<std::byte>();
 }
 
 int reduce_key(EditedKey& edited, Module_database::FrequencyLists& lists) {

@@ -37,8 +37,8 @@ struct CommandExchange {
 };
 
 /// Leaves out of what undoes the command the values of derived rows that an undo computes anyhow: where it
-/// only took values away and there is still something to compute from, there was before, too. They are nine
-/// tenths of what an entry holds.
+/// only took values away and there is still something to compute from, there was before, too. They are three
+/// quarters of what an entry holds.
 void drop_what_is_computed(CommandExchange& exchange);
 
 /// Writes all entries, the last one first, and reduces each key once; `row.earlier` of what was written is

@@ -226,7 +226,7 @@ TEST_F(ImportRun, A_bad_file_costs_no_other) {
   ASSERT_FALSE(messages.empty());
   EXPECT_TRUE(messages[0].starts_with("An error occurred while string the header block: ")) << messages[0];
   EXPECT_TRUE(
-      messages[0].ends_with(". The name of the file has an apostrophe: rename the file to import it."))
+      messages[0].ends_with(": The name of the file has an apostrophe: rename the file to import it."))
       << messages[0];
   EXPECT_EQ(report.files[1].failure, messages[0]);
   EXPECT_EQ(messages.size(), 4U);  // none for the missing, cut and section-less ones, which the report names

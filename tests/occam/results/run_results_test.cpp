@@ -78,20 +78,18 @@ TEST_F(RunResultsTest, A_run_without_iterations_shows_the_model_it_starts_with) 
 // A masked mesh has a model and a start file of its own beside those that it was made from.
 TEST_F(RunResultsTest, An_iteration_is_shown_with_the_model_that_it_names) {
   const std::string start = made::write_results(folder);
-  const std::string four =
-      made::replaced(made::results_model,
-                     "NUM LAYERS:       2\n     1     5\n     1     1     1     2     1\n     2     4\n",
-                     "NUM LAYERS:       1\n     3     4\n");
-  static_cast<void>(folder.write("masked_model", four));
-  static_cast<void>(
-      folder.write("iter_3", made::replaced(made::replaced(made::iteration_text(3, " 1.0 2.0 3.0 2.5\n"),
-                                                           "NO. PARMS:        9", "NO. PARMS:        4"),
-                                            "MODEL FILE:       inmodel", "MODEL FILE:       masked_model")));
+  static_cast<void>(folder.write(
+      "masked_model", made::replaced(made::results_model, "     2     4\n     1     2     2     1\n",
+                                     "     2     3\n     1     4     1\n")));
+  static_cast<void>(folder.write(
+      "iter_3", made::replaced(made::replaced(made::iteration_text(3, " 2.0 1.0 1.5 2.0 2.0\n 2.0 3.0 2.0\n"),
+                                              "NO. PARMS:        9", "NO. PARMS:        8"),
+                               "MODEL FILE:       inmodel", "MODEL FILE:       masked_model")));
   RunResults results;
   ASSERT_EQ(open_results(start, results), 0);
   RunView view(results);
-  EXPECT_EQ(view.section({1.0, 3.0, 2000.0, false}, {600, 300}).rectangles.size(), 2U);
-  EXPECT_EQ(view.results().model.num_free_params, 4);
+  EXPECT_EQ(view.section({1.0, 3.0, 2000.0, false}, {600, 300}).rectangles.size(), 4U);
+  EXPECT_EQ(view.results().model.num_free_params, 8);
   view.choose_iteration(1);
   EXPECT_EQ(view.section({1.0, 3.0, 2000.0, false}, {600, 300}).rectangles.size(), 5U);
   EXPECT_EQ(view.results().names.model_file, "inmodel");
@@ -99,7 +97,7 @@ TEST_F(RunResultsTest, An_iteration_is_shown_with_the_model_that_it_names) {
   RunSummary summary;
   EXPECT_EQ(read_run(folder.folder(), "", summary), 0);
   EXPECT_EQ(summary.names.model_file, "masked_model");
-  EXPECT_EQ(summary.model.num_free_params, 4);
+  EXPECT_EQ(summary.model.num_free_params, 8);
   EXPECT_EQ(interface.take_messages(), made::Messages{}) << "each iteration is of its own model";
   fs::remove(folder.path("masked_model"));
   view.choose_iteration(3);

@@ -5,6 +5,7 @@
 
 #include "core/undo_stack.h"
 #include "reduction/data_sets/data_sets.h"
+#include "reduction/derived_rows.h"
 #include "reduction/edits/undo.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/survey_fixture.h"
@@ -130,7 +131,7 @@ TEST_F(EditMany, Keeps_the_values_of_derived_rows_only_where_an_undo_needs_them)
   const auto kept_bytes = [] {
     std::size_t bytes = 0;
     for (const UndoEntry& entry : Module_Brenlox::top_undo()) {
-      bytes += entry.reduction == nullptr ? 0 : entry.reduction->average.data_bytes.size();
+      bytes += entry.reduction == nullptr ? 0 : entry.reduction->average.data_bytes.capacity();
     }
     return bytes;
   };
@@ -156,6 +157,31 @@ TEST_F(EditMany, Keeps_the_values_of_derived_rows_only_where_an_undo_needs_them)
   ASSERT_EQ(undo_last_change().edit, Edit::changed);
   EXPECT_TRUE(made::whole_readings_table() == without);
   ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+}
+
+TEST_F(EditMany, That_can_not_be_shown_is_told_as_what_the_survey_holds) {
+  const std::string before = made::whole_readings_table();
+  const std::int32_t shown = rows_of("ReductionType = 2 AND Station = 200").front();
+  data_sets().profile.key = key_of_row(made::row(shown));  // its columns are loaded with the next edit
+  dao::Recordset damaged = made::row(rows_of("ReductionType = 2 AND Station = 300").front());
+  damaged.edit();
+  const std::int32_t count = damaged.get_long("NumFrequencies");
+  damaged.set_long("NumFrequencies", 99);
+  damaged.update();
+  std::vector<UndoEntry> entries;
+  for (const std::int32_t ID : rows_of("ReductionType = 0 AND EventNumber = 1 AND Station = 200")) {
+    entries.push_back({ID, UndoFlags{false, true, true}});
+  }
+  ASSERT_EQ(edit_many(entries), Edit::changed);
+  EXPECT_FALSE(interface.take_messages().empty()) << "the profile couldn't follow";
+  EXPECT_EQ(Module_Brenlox::undo_count(), entries.size());
+  data_sets().profile.columns.clear();
+  EXPECT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_FALSE(interface.take_messages().empty());
+  damaged.edit();
+  damaged.set_long("NumFrequencies", count);
+  damaged.update();
   EXPECT_TRUE(made::whole_readings_table() == before);
 }
 
