@@ -3,10 +3,8 @@
 #include <string>
 #include <tuple>
 
-#ifndef _WIN32
 #include <sys/wait.h>
 #include <unistd.h>
-#endif
 
 #include "database/schema.h"
 #include "database/stations.h"
@@ -336,8 +334,6 @@ TEST_F(SurveyTest, A_path_is_kept_without_the_way_that_led_there) {
   }
 }
 
-#ifndef _WIN32
-
 TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
   const std::string path = new_survey();
   add_station("200E", 100.0);
@@ -370,5 +366,3 @@ TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
   EXPECT_EQ(open_database(), 0);
   EXPECT_EQ(rows_in("StationsTable"), 1);
 }
-
-#endif
