@@ -327,10 +327,8 @@ double numeric_value(std::string_view text) {
 
 double numeric_value(std::string_view text, std::string_view& rest) {
   rest = text;
-  const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string_view::npos) {
-    return 0.0;
-  }
+  // What is_numeric leaves out, too: a form feed before a number is in some printed tables.
+  const auto first = static_cast<std::size_t>(trimmed(text).data() - text.data());
   const LeadingNumber number = leading_number(text.substr(first));
   if (number.length > 0) {
     rest = text.substr(first + number.length);
