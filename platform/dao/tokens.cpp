@@ -2,8 +2,11 @@
 
 #include <charconv>
 #include <chrono>
+#include <cmath>
 #include <system_error>
 #include <utility>
+
+#include <fast_float/fast_float.h>
 
 #include "core/calendar.h"
 #include "core/text_fields.h"
@@ -93,8 +96,8 @@ class Lexer {
     const char* const last = statement_.data() + statement_.size();
     Token token;
     token.kind = Token::Kind::number;
-    const auto [end, status] = std::from_chars(first, last, token.number);
-    if (status != std::errc() || (end != last && is_word_part(*end))) {
+    const auto [end, status] = fast_float::from_chars(first, last, token.number);
+    if (status != std::errc() || !std::isfinite(token.number) || (end != last && is_word_part(*end))) {
       fail();
     }
     const auto [integer_end, integer_status] = std::from_chars(first, last, token.integer);

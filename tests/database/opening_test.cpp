@@ -6,16 +6,14 @@
 #include <string>
 #include <tuple>
 
-#ifndef _WIN32
+#include <sys/wait.h>
 #include <unistd.h>
-
-#include "tests/support/child_process.h"
-#endif
 
 #include "database/schema.h"
 #include "database/stations.h"
 #include "platform/files/file_mark.h"
 #include "platform/files/safe_files.h"
+#include "tests/support/child_process.h"
 #include "tests/support/foreign_change.h"
 #include "tests/support/survey_fixture.h"
 
@@ -508,8 +506,6 @@ TEST_F(SurveyTest, A_path_is_kept_without_the_way_that_led_there) {
   }
 }
 
-#ifndef _WIN32
-
 TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
   const std::string path = new_survey();
   add_station("200E", 100.0);
@@ -596,5 +592,3 @@ TEST_F(SurveyTest, Rows_in_the_log_of_another_name_are_not_passed_by) {
     fs::remove(other);
   }
 }
-
-#endif
