@@ -19,6 +19,8 @@ namespace Module_display_data {
                                                              std::string_view count_text,
                                                              Module_averaged_data::OutlierField field);
 
+/// Whether a text is a number that a static factor can be: above 0, and no larger than a Single holds.
+[[nodiscard]] bool is_static_factor(std::string_view text);
 [[nodiscard]] Module_averaged_data::Edit enter_static_factor(std::string_view text);
 
 }  // namespace Module_display_data

@@ -123,11 +123,13 @@ std::string reading_point_text(const std::string& series, const StoredReading& r
   return file.empty() ? text : text + "\n" + file;
 }
 
-/// What the merged curve of a station rests on that is switched off.
-std::string support_text(double station) {
+/// What the merged curve of a station rests on that is switched off, of either mode on show.
+std::string support_text(const std::string& data_type, double station) {
+  const bool own = data_type == averaged::data_sets().profile.key.data_type;
   std::string rates;
-  for (const averaged::UnsupportedCurve& curve : averaged::data_sets().unsupported) {
-    if (curve.station != station || !curve.in_use) {
+  for (const averaged::UnsupportedCurve& curve :
+       own ? averaged::data_sets().unsupported : other_mode().unsupported) {
+    if (curve.data_type != data_type || curve.station != station || !curve.in_use) {
       continue;
     }
     if (curve.scan_rate == 0.0F) {
@@ -186,7 +188,8 @@ std::string profile_point_text(std::size_t frequency_index, std::size_t column, 
                    at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
   return with_site_name("Station " + plain_text(at.station), station_index_of(at.StationID)) + ": " +
          frequency_text(data.frequencies[frequency_index]) + " Hz, " +
-         value_text(value, error, component, factor, 0) + (off ? ", masked" : "") + support_text(at.station);
+         value_text(value, error, component, factor, 0) + (off ? ", masked" : "") +
+         support_text(data.key.data_type, at.station);
 }
 
 }  // namespace Module_display_data
