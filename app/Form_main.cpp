@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QResizeEvent>
 #include <QScreen>
@@ -179,6 +180,10 @@ void Form_main::compose() {
   Module_Brenlox::set_finished_listener([this](const Module_Brenlox::FinishedWork& work) {
     work_line_->tell(QString::fromStdString(work.text), QString::fromStdString(work.path));
   });
+
+  for (QPushButton* const button : findChildren<QPushButton*>()) {
+    button->setAutoDefault(true);  // Enter presses the one that has the focus
+  }
 
   version_->setObjectName("Label_version");
   version_->setContentsMargins(0, 2, 9, 0);  // on the line of the menus

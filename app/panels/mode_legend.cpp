@@ -24,6 +24,8 @@ QString entry(const std::string& data_type, bool selected) {
 QLabel* make_mode_legend(const QString& name) {
   QLabel* const legend = named(new QLabel, name);
   legend->setTextFormat(Qt::RichText);
+  constexpr int beside = 6;  // the heading of the next panel
+  legend->setContentsMargins(beside, 0, beside, 0);
   legend->setToolTip("The bold one is selected; a click on a point of the other one selects that");
   legend->hide();
   return legend;

@@ -153,14 +153,16 @@ class FeedbackTest : public QObject, private MainViewFixture {
 
   void delete_in_a_text_box_masks_nothing() {
     const auto ID = averaged::data_sets().station.slots.front().reading.ID;
-    mark("vxgraph_station_0", 0, 2, 2);
+    mark("vxgraph_Profile_0", 2, 0, 0);
+    const std::size_t marked = Module_display_data::chosen_count();  // some curves lie close together
+    QVERIFY(marked > 0);
     for (const char* const name : {"Text_sample_station", "Text_frequency", "Text_file"}) {
       auto* const box = control<QLineEdit>(name);
       box->setFocus();
       for (const Qt::KeyboardModifier modifier : {Qt::NoModifier, Qt::ShiftModifier}) {
         QTest::keyClick(box, Qt::Key_Delete, modifier);
         QVERIFY2(stored_mask(ID, 2) == 1, name);
-        QVERIFY2(Module_display_data::chosen_count() == 1, name);
+        QVERIFY2(Module_display_data::chosen_count() == marked, name);
       }
     }
     QTest::keyClick(control<QScrollBar>("HScroll_repeat"), Qt::Key_Delete);
@@ -168,14 +170,14 @@ class FeedbackTest : public QObject, private MainViewFixture {
   }
 
   void a_key_that_changes_nothing_says_so() {
-    mark("vxgraph_station_0", 0, 2, 2);
+    mark("vxgraph_Profile_0", 2, 0, 0);
     QTest::keyClick(window_.get(), Qt::Key_Delete, Qt::ShiftModifier);
     QVERIFY2(told().contains("Nothing to unmask"), qPrintable(told()));
     QTest::keyClick(window_.get(), Qt::Key_Delete);
-    mark("vxgraph_station_0", 0, 2, 2);
+    mark("vxgraph_Profile_0", 2, 0, 0);
     QTest::keyClick(window_.get(), Qt::Key_Delete);
     QVERIFY2(told().contains("Nothing to mask"), qPrintable(told()));
-    QVERIFY2(Module_display_data::chosen_count() == 1, "and they stay marked");
+    QVERIFY2(Module_display_data::chosen_count() > 0, "and they stay marked");
     QTest::keyClick(window_.get(), Qt::Key_Delete, Qt::ShiftModifier);
     QCOMPARE(stored_mask(averaged::data_sets().station.slots.front().reading.ID, 2), 1);
   }
@@ -227,7 +229,7 @@ class FeedbackTest : public QObject, private MainViewFixture {
 
     QCOMPARE(list->item(0)->text(), QString("64"));
     item("menu_periods")->setChecked(true);
-    QCOMPARE(list->item(0)->text(), QString("0.01562"));
+    QCOMPARE(list->item(0)->text(), QString("0.01563"));
     for (int row = 0; row < list->count(); ++row) {
       QVERIFY(list->fontMetrics().horizontalAdvance(list->item(row)->text()) <
               list->viewport()->width() - 20);
