@@ -65,6 +65,11 @@ void SurveyDisplay::connect_panels() {
   connect(this, &SurveyDisplay::survey_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::selection_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::data_changed, panels_.plan, &PlanPanel::take_line);
+  connect(&raw_.stats(), &StatsPanel::told, this, &SurveyDisplay::told);
+  connect(&raw_.stats(), &StatsPanel::frequency_refused, this, [this](const QString& fault) {
+    panels_.selection->refuse_frequency(fault);
+    Q_EMIT told(fault);
+  });
   raw_.stats().set_frequency_source([this] { return panels_.selection->frequency_text(); });
 }
 

@@ -38,6 +38,10 @@ Edit clip_typed_outliers(Module_averaged_data::ClipEnds ends, std::string_view c
   return Module_averaged_data::clip_outliers(ends, static_cast<int>(count), field);
 }
 
+bool is_command_frequency(std::string_view text) { return typed_number(text) > 0.0; }
+
+bool is_outlier_count(std::string_view text) { return typed_number(text) >= 1.0; }
+
 bool is_static_factor(std::string_view text) {
   const auto factor = static_cast<float>(typed_number(text));
   return factor > 0.0F && std::isfinite(factor);

@@ -101,6 +101,34 @@ class FeedbackTest : public QObject, private MainViewFixture {
     QVERIFY(control<QScrollBar>("HScroll_repeat")->hasFocus());
   }
 
+  void a_command_names_the_text_that_it_can_not_take() {
+    auto* const frequency = control<QLineEdit>("Text_frequency");
+    for (const char* const text : {"", "abc", "-4"}) {
+      frequency->setText(text);
+      press("Command_clear_frequencies_0");
+      QVERIFY2(is_marked(*frequency) && frequency->hasFocus(), text);
+      QVERIFY2(told().contains("Frequency: "), qPrintable(told()));
+    }
+    frequency->setText("4");
+    QVERIFY(!is_marked(*frequency));
+    press("Command_clear_frequencies_3");
+    QVERIFY2(told().contains("Nothing to change"), qPrintable(told()));
+    auto* const count = control<QLineEdit>("Text_outliers");
+    const QString tip = count->toolTip();
+    for (const char* const text : {"0", "x", ""}) {
+      count->setText(text);
+      QVERIFY2(is_marked(*count), text);
+      press("Command_outliers_2");
+      QVERIFY2(told().contains("is not a number from 1 on"), qPrintable(told()));
+    }
+    QCOMPARE(Module_Brenlox::undo_count(), 0U);
+    count->setText("1");
+    QCOMPARE(count->toolTip(), tip);
+    press("Command_outliers_2");
+    QVERIFY(Module_Brenlox::undo_count() > 0U);
+    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
+  }
+
   void undo_and_edits_leave_the_plan_up() {
     control<QCheckBox>("Check_use_merged_1")->click();
     press("Command_show_plan");
