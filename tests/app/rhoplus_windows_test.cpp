@@ -332,6 +332,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QVERIFY(table != nullptr && table->isVisible());
     auto* const grid = table->findChild<QTableWidget*>("Grid_chi");
     QCOMPARE(grid->rowCount(), 3);
+    QVERIFY2(!grid->horizontalScrollBar()->isVisible(), "all columns are to be seen");
     QCOMPARE(grid->item(grid->currentRow(), 0)->text(), QString("200"));
     QCOMPARE(grid->item(grid->currentRow(), 4)->text(), chi());
     grid->sortByColumn(0, Qt::DescendingOrder);
