@@ -148,6 +148,15 @@ class FeedbackTest : public QObject, private MainViewFixture {
     QVERIFY2(!in_plan(), "and it goes when it is told to");
   }
 
+  void enter_presses_the_button_that_has_the_focus() {
+    for (const char* const name : {"Command_show_plan", "Command_show_raw_data", "Command_show_plan"}) {
+      const bool was_in_plan = in_plan();
+      control<QPushButton>(name)->setFocus();
+      QTest::keyClick(control<QPushButton>(name), Qt::Key_Return);
+      QVERIFY2(in_plan() != was_in_plan, name);
+    }
+  }
+
   void a_rectangle_of_the_profile_is_undone_without_going_anywhere() {
     const auto& columns = averaged::data_sets().profile.columns;
     const std::int32_t second = columns.at(1).ID;
