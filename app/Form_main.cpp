@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QResizeEvent>
 #include <QScreen>
@@ -57,6 +58,7 @@
 #include "platform/widgets/dropped_files.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/typed_text.h"
+#include "platform/widgets/window_order.h"
 #include "reduction/averages.h"
 #include "survey_edits/undo_removal.h"
 #include "survey_edits/windows/Form_remove_readings.h"
@@ -124,6 +126,7 @@ Form_main::Form_main(QWidget* parent)
       version_(new QLabel(this)),
       help_key_(new HelpKey(*this)) {
   new TypedTextFirst(this);
+  new WindowOrder(this);
   compose();
   resizer_->capture_layout();
   Module_Brenlox::start_session(display_facts(*screen()));
@@ -177,6 +180,10 @@ void Form_main::compose() {
   Module_Brenlox::set_finished_listener([this](const Module_Brenlox::FinishedWork& work) {
     work_line_->tell(QString::fromStdString(work.text), QString::fromStdString(work.path));
   });
+
+  for (QPushButton* const button : findChildren<QPushButton*>()) {
+    button->setAutoDefault(true);  // Enter presses the one that has the focus
+  }
 
   version_->setObjectName("Label_version");
   version_->setContentsMargins(0, 2, 9, 0);  // on the line of the menus
@@ -265,6 +272,9 @@ void Form_main::connect_data_menus() {
   connect(marking_, &MarkingActions::edited, display_, &SurveyDisplay::redraw);
   connect(marking_, &MarkingActions::left, display_, &SurveyDisplay::redraw_marks);
   connect(display_, &SurveyDisplay::marks_changed, marking_, &MarkingActions::show_count);
+  const auto tell = [this](const QString& text) { work_line_->tell(text, {}); };
+  connect(display_, &SurveyDisplay::told, this, tell);
+  connect(marking_, &MarkingActions::told, this, tell);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
   Module_Brenlox::set_redo_listener([this](bool available) { ui_->menu_redo->setEnabled(available); });
 }

@@ -50,6 +50,7 @@ QPushButton* make_link(const RecentSurvey& survey) {
   QString caption = survey.shown;
   auto* const link = new QPushButton(caption.replace('&', "&&"));
   link->setFlat(true);
+  link->setAutoDefault(true);  // Enter opens it
   link->setCursor(Qt::PointingHandCursor);
   QFont underlined = link->font();
   underlined.setUnderline(!survey.is_gone);

@@ -53,13 +53,14 @@ void SurveyDisplay::connect_panels() {
     draw(with_factor);
     Q_EMIT data_changed();
   });
+  connect(panels_.station, &StationPanel::told, this, &SurveyDisplay::told);
   // Later: the box tells its text when Enter has been handled.
   connect(panels_.station, &StationPanel::static_factor_entered, panels_.selection,
           &SelectionRow::focus_stations, Qt::QueuedConnection);
   connect(&raw_, &RawPanel::edited, this, &SurveyDisplay::redraw);
   connect(panels_.plan, &PlanPanel::station_picked, this, [this](int station_index) {
+    const ScopedValue stays(plan_stays_, true);  // the next click may be of another station
     display_station(station_index);
-    panels_.plan->show_raw_data(false);  // the next click may be of another station
   });
   connect(panels_.plan, &PlanPanel::projection_changed, this, [this] {
     if (axis_.by_distance()) {
@@ -69,6 +70,11 @@ void SurveyDisplay::connect_panels() {
   connect(this, &SurveyDisplay::survey_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::selection_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::data_changed, panels_.plan, &PlanPanel::take_line);
+  connect(&raw_.stats(), &StatsPanel::told, this, &SurveyDisplay::told);
+  connect(&raw_.stats(), &StatsPanel::frequency_refused, this, [this](const QString& fault) {
+    panels_.selection->refuse_frequency(fault);
+    Q_EMIT told(fault);
+  });
   raw_.stats().set_frequency_source([this] { return panels_.selection->frequency_text(); });
 }
 
@@ -99,12 +105,15 @@ void SurveyDisplay::connect_graphs() {
   using XText = QString (*)(double x);
   const auto follow_pointer = [this](XText x_text) {
     return [this, x_text](Component component, bool off, double x, double y) {
+      if (off) {
+        panels_.plan->show_status(qt_text(chosen_text()), {}, {});
+        return;
+      }
       const std::string marked = chosen_text();  // stays in view as long as it matters
       panels_.plan->show_status(!marked.empty()                       ? qt_text(marked)
                                 : component == Component::resistivity ? "Resistivity"
                                                                       : "Phase",
-                                off ? QString() : x_text(x),
-                                off ? QString() : qt_text(format_number(y, "0.00")));
+                                x_text(x), qt_text(format_number(y, "0.00")));
     };
   };
   const XText frequency_text = [](double x) { return graph::FrequencyAxis::instance().text(x); };
@@ -156,19 +165,16 @@ void SurveyDisplay::display_site_map() {
 
 void SurveyDisplay::reload() {
   SelectionLists lists;
-  const bool in_plan = session().station_count > 0 && !panels_.plan->shows_raw_data();
+  const ScopedValue stays(plan_stays_, session().station_count > 0 && in_plan());
   const bool read = refill_selection_lists(lists) == 0;
   show_survey(lists, read);
-  if (in_plan && read && session().station_count > 0) {
-    panels_.plan->show_raw_data(false);  // who works in the plan stays there
-  }
 }
 
 void SurveyDisplay::reload_readings() {
   const Shown before = shown_;
   const std::string station = panels_.station->series();
   const std::string raw = raw_.series();
-  const bool raw_shown = panels_.plan->shows_raw_data();
+  const ScopedValue stays(plan_stays_, in_plan());
   Q_EMIT survey_changed();
   Redisplay redisplay = readings_changed();
   redisplay.draw_profile = true;  // its curves may be others now
@@ -176,9 +182,6 @@ void SurveyDisplay::reload_readings() {
   if (averaged::same_station(before.curves, shown_.curves)) {
     panels_.station->show_series(station);
     raw_.show_series(raw);
-  }
-  if (!raw_shown) {
-    panels_.plan->show_raw_data(false);
   }
 }
 
@@ -195,7 +198,10 @@ void SurveyDisplay::show_survey(const SelectionLists& lists, bool read) {
   }
 }
 
+bool SurveyDisplay::in_plan() const { return !panels_.plan->shows_raw_data(); }
+
 void SurveyDisplay::redraw() {
+  const ScopedValue stays(plan_stays_, in_plan());
   Redisplay all;
   all.draw_profile = true;
   all.draw_station = true;
@@ -209,17 +215,15 @@ void SurveyDisplay::show_both_modes(bool both) {
   if (session().database_open && session().current_station_index > 0) {
     Redisplay station;
     station.draw_station = station.draw_raw = true;
-    const bool plan = !panels_.plan->shows_raw_data();
+    const ScopedValue stays(plan_stays_, in_plan());
     draw(station);
-    panels_.plan->show_raw_data(!plan);
   }
 }
 
 void SurveyDisplay::redraw_marks() {
+  const ScopedValue stays(plan_stays_, in_plan());
   Redisplay curves;
-  curves.draw_profile = true;
-  curves.draw_station = true;
-  curves.draw_raw = panels_.plan->shows_raw_data();
+  curves.draw_profile = curves.draw_station = curves.draw_raw = true;
   draw(curves);
 }
 
@@ -238,7 +242,7 @@ void SurveyDisplay::follow_support() {
   const std::string text = averaged::unsupported_text(averaged::data_sets().unsupported);
   if (text != support_told_) {
     support_told_ = text;
-    panels_.profile->show_notice(text.empty() ? std::nullopt : std::optional(LineNotice{text, false}));
+    panels_.profile->tell_support(text);
   }
 }
 
@@ -248,6 +252,8 @@ void SurveyDisplay::clear() {
   follow_marks();
   panels_.profile->clear();
   panels_.profile->show_notice({});
+  panels_.profile->tell_support({});
+  support_told_.clear();
   panels_.station->clear();
   raw_.clear();
   panels_.plan->show_raw_data(false);
@@ -311,7 +317,8 @@ void SurveyDisplay::draw(const Redisplay& redisplay) {
     panels_.station->display_station_data(fixed_scale);
   }
   if (redisplay.draw_raw) {
-    panels_.plan->show_raw_data(raw_.display_raw_data(fixed_scale));
+    const bool any = raw_.display_raw_data(fixed_scale);
+    panels_.plan->show_raw_data(any && !plan_stays_);
   }
 }
 
@@ -440,6 +447,7 @@ void SurveyDisplay::show_undone(const averaged::UndoResult& result) {
     if (result.other_selection) {
       Q_EMIT selection_changed();
     }
+    const ScopedValue stays(plan_stays_, in_plan());
     Q_EMIT survey_changed();
     display_station(result.station_index, true);
   }

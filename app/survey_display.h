@@ -81,6 +81,8 @@ class SurveyDisplay : public QObject {
   void marks_changed();
   /// Stations are at their numbers, or at their distances along the line.
   void positions_changed();
+  /// What the user has to know, in one line.
+  void told(const QString& text);
 
  private:
   /// What the graphs were drawn for last.
@@ -91,6 +93,7 @@ class SurveyDisplay : public QObject {
     Module_database::ReadingKey curves;  // of the station
   };
 
+  [[nodiscard]] bool in_plan() const;
   void connect_panels();
   void connect_graphs();
   void connect_marking();
@@ -114,5 +117,6 @@ class SurveyDisplay : public QObject {
   Module_display_data::LineAxis axis_;
   std::string support_told_;    // what was said last of curves that rest on nothing in use
   std::size_t marks_told_ = 0;  // how many points were marked when it was said last
+  bool plan_stays_ = false;     // who looks at the plan goes on, though the repeats under it are drawn
   bool point_clicked_ = false;  // at this station; until then the frequency is only there for the commands
 };

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 #include <vector>
 
+#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
@@ -43,7 +45,7 @@ bool counts_in(const StoredReading& reading, const MarkedPoint& point) {
 /// The readings on show that can be masked, by their ID.
 struct ShownReadings {
   std::map<std::int32_t, const StoredReading*> curves;
-  std::set<std::int32_t> columns;
+  std::map<std::int32_t, const ProfileColumn*> columns;
 
   ShownReadings() {
     add(data_sets().repeats.slots);
@@ -51,7 +53,7 @@ struct ShownReadings {
     add(other_mode().repeats.slots);
     add(other_mode().station.slots);
     for (const ProfileColumn& column : data_sets().profile.columns) {
-      columns.insert(column.ID);
+      columns.emplace(column.ID, &column);
     }
   }
 
@@ -71,6 +73,32 @@ struct ShownReadings {
     }
     const auto found = curves.find(point.ID);
     return found != curves.end() && (!session().hide_masked_data || counts_in(*found->second, point));
+  }
+
+  /// Whether a point isn't masked; nothing of one that has no value.
+  [[nodiscard]] std::optional<bool> counts(const MarkedPoint& point) const {
+    const int field = static_cast<int>(point.component) + 1;
+    if (const auto curve = curves.find(point.ID); curve != curves.end()) {
+      const Module_database::Curve& values = curve->second->curve;
+      const auto at = place_of(point.frequency, values.frequencies);
+      return at && values.is_present(field, *at) ? std::optional(values.counts_at(field, *at) == 1)
+                                                 : std::nullopt;
+    }
+    const auto column = columns.find(point.ID);
+    const auto at = place_of(point.frequency, data_sets().profile.frequencies);
+    if (column == columns.end() || !at) {
+      return std::nullopt;
+    }
+    const bool phase = point.component == Component::phase;
+    const float value = (phase ? column->second->phase : column->second->resistivity)[*at];
+    return is_absent(double{value})
+               ? std::nullopt
+               : std::optional(column->second->mask[*at][static_cast<std::size_t>(point.component)] == 1);
+  }
+
+  static std::optional<std::size_t> place_of(float frequency, const std::vector<float>& list) {
+    const auto found = std::ranges::find(list, frequency);
+    return found == list.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - list.begin()));
   }
 };
 
@@ -141,6 +169,14 @@ void ring_last_curve(GraphPair& plot, const StoredReading& reading) {
   };
   ring(plot.resistivity, Component::resistivity);
   ring(plot.phase, Component::phase);
+}
+
+bool chosen_points_are(bool unmasked) {
+  const ShownReadings shown;
+  return std::ranges::all_of(chosen(), [&](const MarkedPoint& point) {
+    const std::optional<bool> counts = shown.counts(point);
+    return !counts || *counts == unmasked;
+  });
 }
 
 Edit mask_chosen_points(bool counts) {

@@ -44,6 +44,10 @@ void keep_chosen_points_shown();
 /// Rings the chosen and marked points of the reading that is the last series of both panes.
 void ring_last_curve(GraphPair& plot, const Module_database::StoredReading& reading);
 
+/// Whether every chosen point that has a value is unmasked already, or masked, so that there is nothing to
+/// do.
+[[nodiscard]] bool chosen_points_are(bool unmasked);
+
 /// Masks or unmasks what is chosen, as one command to be undone, and forgets the choice. Without effect while
 /// session().updating_controls is set. A choice that has changed nothing stays.
 [[nodiscard]] Edit mask_chosen_points(bool counts);

@@ -1,6 +1,7 @@
 #include "display/mask_commands.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/number_text.h"
 #include "core/scope_guard.h"
@@ -35,6 +36,15 @@ Edit clip_typed_outliers(Module_averaged_data::ClipEnds ends, std::string_view c
   }
   const ScopedValue updating(session().updating_controls, true);
   return Module_averaged_data::clip_outliers(ends, static_cast<int>(count), field);
+}
+
+bool is_command_frequency(std::string_view text) { return typed_number(text) > 0.0; }
+
+bool is_outlier_count(std::string_view text) { return typed_number(text) >= 1.0; }
+
+bool is_static_factor(std::string_view text) {
+  const auto factor = static_cast<float>(typed_number(text));
+  return factor > 0.0F && std::isfinite(factor);
 }
 
 Edit enter_static_factor(std::string_view text) {

@@ -19,6 +19,12 @@ namespace Module_display_data {
                                                              std::string_view count_text,
                                                              Module_averaged_data::OutlierField field);
 
+/// Whether a command can take its frequency, or a number of outliers, from a text.
+[[nodiscard]] bool is_command_frequency(std::string_view text);
+[[nodiscard]] bool is_outlier_count(std::string_view text);
+
+/// Whether a text is a number that a static factor can be: above 0, and no larger than a Single holds.
+[[nodiscard]] bool is_static_factor(std::string_view text);
 [[nodiscard]] Module_averaged_data::Edit enter_static_factor(std::string_view text);
 
 }  // namespace Module_display_data

@@ -123,19 +123,20 @@ std::string reading_point_text(const std::string& series, const StoredReading& r
   return file.empty() ? text : text + "\n" + file;
 }
 
-/// What the merged curve of a station rests on that is switched off.
-std::string support_text(double station) {
+/// Which averages under the merged curve of a station are switched off, in a line of its own. Where all are,
+/// the merged curve itself is named so.
+std::string support_text(const std::string& data_type, double station) {
+  const bool own = data_type == averaged::data_sets().profile.key.data_type;
   std::string rates;
-  for (const averaged::UnsupportedCurve& curve : averaged::data_sets().unsupported) {
-    if (curve.station != station || !curve.in_use) {
-      continue;
+  for (const averaged::UnsupportedCurve& curve :
+       own ? averaged::data_sets().unsupported : other_mode().unsupported) {
+    if (curve.data_type == data_type && curve.station == station && curve.in_use && curve.scan_rate > 0.0F) {
+      rates += (rates.empty() ? "" : ", ") + plain_text(curve.scan_rate);
     }
-    if (curve.scan_rate == 0.0F) {
-      return nothing_in_use;
-    }
-    rates += (rates.empty() ? "" : ", ") + plain_text(curve.scan_rate);
   }
-  return rates.empty() ? rates : "\nThe average of " + rates + " Hz rests on no reading in use";
+  return rates.empty() || is_unsupported_curve(data_type, station, 0.0F)
+             ? std::string()
+             : "\nThe average of " + rates + " Hz rests on no reading in use";
 }
 
 }  // namespace
@@ -168,7 +169,10 @@ std::string station_point_text(std::size_t slot, std::size_t point, Component co
   const std::size_t repeats =
       own && are_loaded(*shown) ? repeats_at(reading.curve.frequencies[point], component) : 0;
   const bool neighbour = shown->kind == averaged::StationSlotKind::neighbour;  // its label names it
+  const bool merged = neighbour || shown->kind == averaged::StationSlotKind::merged;
+  const std::string& data_type = (own ? averaged::data_sets().station : other_mode().station).key.data_type;
   return reading_point_text(station_series_label(slot), reading, point, component, factor, repeats) +
+         (merged ? support_text(data_type, shown->station) : std::string()) +
          (neighbour ? std::string() : site_line());
 }
 
@@ -186,7 +190,9 @@ std::string profile_point_text(std::size_t frequency_index, std::size_t column, 
                    at.mask[frequency_index][static_cast<std::size_t>(component)] == 0;
   return with_site_name("Station " + plain_text(at.station), station_index_of(at.StationID)) + ": " +
          frequency_text(data.frequencies[frequency_index]) + " Hz, " +
-         value_text(value, error, component, factor, 0) + (off ? ", masked" : "") + support_text(at.station);
+         value_text(value, error, component, factor, 0) + (off ? ", masked" : "") +
+         (is_unsupported_curve(data.key.data_type, at.station, 0.0F) ? nothing_in_use : "") +
+         support_text(data.key.data_type, at.station);
 }
 
 }  // namespace Module_display_data

@@ -158,8 +158,8 @@ void emphasise(GraphPair& profile, std::size_t frequency_index) {
   }
 }
 
-std::vector<graph::PlotLabel> profile_labels(const PanePlot& pane,
-                                             std::optional<std::size_t> frequency_index) {
+std::vector<graph::PlotLabel> profile_labels(const PanePlot& pane, std::optional<std::size_t> frequency_index,
+                                             const std::function<std::string(float)>& name_of) {
   std::vector<graph::PlotLabel> labels;
   const auto& series = pane.table.series;
   if (frequency_index) {
@@ -175,7 +175,7 @@ std::vector<graph::PlotLabel> profile_labels(const PanePlot& pane,
   for (std::size_t i = std::min(series.size(), frequencies.size()); i-- > 0;) {
     for (std::size_t j = series[i].y.size(); j-- > 0;) {
       if (!is_absent(series[i].y[j])) {
-        labels.push_back({series[i].x[j], series[i].y[j], plain_text(frequencies[i])});
+        labels.push_back({series[i].x[j], series[i].y[j], name_of(frequencies[i])});
         break;
       }
     }

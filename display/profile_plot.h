@@ -1,7 +1,9 @@
 // profile_plot.h: the graphs of a line: a curve along its stations for each frequency.
 #pragma once
 #include <cstddef>
+#include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "display/line_axis.h"
@@ -25,9 +27,10 @@ GraphPair profile_plot(const LineAxis& axis = {});
 void emphasise(GraphPair& profile, std::size_t frequency_index);
 
 /// Texts for a pane of a profile. Of a curve that stands out: its value at each point. Without one: each
-/// curve's frequency (Hz) at its last point, high frequencies first.
-std::vector<graph::PlotLabel> profile_labels(const PanePlot& pane,
-                                             std::optional<std::size_t> frequency_index);
+/// curve's name at its last point, high frequencies first.
+/// @param name_of  a frequency (Hz) as the program's axes name it
+std::vector<graph::PlotLabel> profile_labels(const PanePlot& pane, std::optional<std::size_t> frequency_index,
+                                             const std::function<std::string(float)>& name_of);
 
 /// The resistivities, without static factors, and phases of the line that decide the limits of axes: of the
 /// merged curves that are used, or of all where none is.

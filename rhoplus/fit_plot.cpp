@@ -6,6 +6,7 @@
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
+#include "core/session_state.h"
 #include "display/chosen_points.h"
 #include "display/plot_colours.h"
 #include "reduction/data_sets/curve_parts.h"
@@ -40,8 +41,13 @@ void fill_observed(PanePlot& pane, const StationInversion& inversion, const Freq
       continue;
     }
     series.x[i] = double{curve.frequencies[i]};
-    if (curve.point_counts(field, i)) {
+    const bool masked = curve.counts_at(field, i) != 1;
+    if (curve.is_present(field, i) && curve.frequencies[i] > 0.0F &&
+        !(masked && session().hide_masked_data)) {
       series.y[i] = double{(is_phase ? 1.0F : inversion.scale) * curve.value(field, i)};
+    }
+    if (masked) {
+      pane.point_styles[series_observed][i] = graph::masked_point;
     }
     const auto& row_number = inversion.tables.index.row_number;
     if (i < row_number.size() && row_number[i] > 0) {
@@ -61,26 +67,38 @@ void fill_model(PanePlot& pane, const Module_output::RhoplusData& data, bool is_
   }
 }
 
-Extent extent_of(const std::vector<double>& values) {
+/// Of what is inverted: a masked outlier must not press the curve flat. Where all is masked, of all.
+Extent extent_of_observed(const PanePlot& pane) {
+  const std::vector<double>& values = pane.table.series[series_observed].y;
+  Extent used;
+  Extent all;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    all.include(static_cast<float>(values[i]));
+    if (pane.point_styles[series_observed][i] != graph::masked_point) {
+      used.include(static_cast<float>(values[i]));
+    }
+  }
+  return used.empty() ? all : used;
+}
+
+Extent positive_extent_of(const std::vector<double>& values) {
   Extent extent;
   for (const double value : values) {
-    extent.include(static_cast<float>(value));
+    if (value > 0.0) {
+      extent.include(static_cast<float>(value));
+    }
   }
   return extent;
 }
 
-Extent positive_extent_of(std::vector<double> values) {
-  std::erase_if(values, [](double value) { return !(value > 0.0); });
-  return extent_of(values);
-}
-
 void set_axes(GraphPair& plot) {
   Module_averaged_data::CurveExtents extents;
-  extents.resistivity = extent_of(plot.resistivity.table.series[series_observed].y);
-  extents.phase = extent_of(plot.phase.table.series[series_observed].y);
+  extents.resistivity = extent_of_observed(plot.resistivity);
+  extents.phase = extent_of_observed(plot.phase);
   Module_display_data::set_frequency_axes(plot,
                                           positive_extent_of(plot.phase.table.series[series_observed].x));
   Module_display_data::set_value_axes(plot, extents, {0.2, 0.1});
+  Module_display_data::mark_points_beyond(plot);
 }
 
 /// The decades that hold all values above 0. Without any, 1 to 10.
@@ -124,6 +142,7 @@ GraphPair fit_plot(const StationInversion& inversion, const Frequencies& frequen
   for (PanePlot* const pane : {&plot.resistivity, &plot.phase}) {
     pane->series_styles[series_model] = {Module_display_data::black, 1.5, true};
   }
+  set_axes(plot);  // by the styles without rings
   for (std::size_t i = 0; i < inversion.merged.curve.count(); ++i) {
     const auto ring = [&](PanePlot& pane, Component component) {
       pane.point_styles[series_observed][i] += Module_display_data::ring_of(
@@ -132,7 +151,6 @@ GraphPair fit_plot(const StationInversion& inversion, const Frequencies& frequen
     ring(plot.resistivity, Component::resistivity);
     ring(plot.phase, Component::phase);
   }
-  set_axes(plot);
   return plot;
 }
 
@@ -150,7 +168,8 @@ std::vector<LegendItem> sheet_legend() {
 std::string fit_point_text(const GraphPair& plot, std::size_t series, std::size_t point,
                            Component component) {
   const bool is_phase = component == Component::phase;
-  const auto& all = (is_phase ? plot.phase : plot.resistivity).table.series;
+  const PanePlot& pane = is_phase ? plot.phase : plot.resistivity;
+  const auto& all = pane.table.series;
   if (series >= all.size() || point >= all[series].y.size()) {
     return {};
   }
@@ -161,6 +180,10 @@ std::string fit_point_text(const GraphPair& plot, std::size_t series, std::size_
                      unit;
   if (point < of.error.size() && !is_absent(of.error[point])) {
     text += " +- " + format_number(of.error[point], "0.00");
+  }
+  const int rings = graph::ringed | graph::chosen;
+  if (series == series_observed && (pane.point_styles[series][point] & ~rings) == graph::masked_point) {
+    text += ", masked";
   }
   return text;
 }

@@ -12,9 +12,10 @@ namespace Module_rhoplus {
 
 enum FitSeries : std::size_t { series_observed, series_model };
 
-/// The unmasked data of the merged curve as points, with the errors that the inversion used where it used
-/// them, and the response of the model as a line. Frequencies that are switched off are left out, as in all
-/// graphs. Empty without a merged curve.
+/// The data of the merged curve as points, with the errors that the inversion used where it used them, and
+/// the response of the model as a line. Masked data look as in all graphs, are hidden with them, and have no
+/// say in the axes. Frequencies that are switched off are left out, as in all graphs. Empty without a merged
+/// curve.
 /// @param frequencies of the curve's reference type
 Module_display_data::GraphPair fit_plot(const StationInversion& inversion, const Frequencies& frequencies);
 

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextBrowser>
+#include <QUrlQuery>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -19,13 +20,27 @@ namespace {
 
 /// Where the page of what was found stands in the history of pages.
 constexpr const char* found_scheme = "search";
+constexpr const char* words_item = "words";
+
+/// Words may hold anything, also what means something in an address.
+QUrl page_of_search(const QString& words) {
+  QUrlQuery query;
+  query.addQueryItem(words_item, QString::fromLatin1(QUrl::toPercentEncoding(words)));
+  QUrl page;
+  page.setScheme(found_scheme);
+  page.setPath("found");
+  page.setQuery(query);
+  return page;
+}
+
+QString words_of(const QUrl& page) { return QUrlQuery(page).queryItemValue(words_item, QUrl::FullyDecoded); }
 
 /// Scales pictures down to the width of the page, and lists what a search finds.
 class Pages final : public QTextBrowser {
  protected:
   QVariant loadResource(int type, const QUrl& name) override {
     if (name.scheme() == found_scheme) {
-      const QString words = name.path();
+      const QString words = words_of(name);
       return page_of_found(words, search_pages(words));
     }
     QVariant resource = QTextBrowser::loadResource(type, name);
@@ -109,16 +124,13 @@ void Form_tutorial::show_page(const QString& name) {
 void Form_tutorial::search() {
   const QString words = Text_search_->text().simplified();
   if (!words.isEmpty()) {
-    QUrl page;
-    page.setScheme(found_scheme);
-    page.setPath(words);
-    Text_tutorial_->setSource(page, QTextDocument::HtmlResource);
+    Text_tutorial_->setSource(page_of_search(words), QTextDocument::HtmlResource);
     Text_tutorial_->setFocus();
   }
 }
 
 void Form_tutorial::show_found(std::size_t index) {
-  const QString words = Text_tutorial_->source().path();
+  const QString words = words_of(Text_tutorial_->source());
   const std::vector<FoundSection> found = search_pages(words);
   if (index >= found.size()) {
     return;

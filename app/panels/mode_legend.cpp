@@ -7,10 +7,12 @@
 
 namespace {
 
+/// A square on the white of the charts, on which it is seen with every palette of the desktop.
 QString entry(const std::string& data_type, bool selected) {
   const graph::Colour colour = Module_display_data::mode_colour(data_type);
   const QString name = qt_text(data_type).toHtmlEscaped();
-  return QString("<span style=\"color:rgb(%1,%2,%3)\">&#9632;</span>&nbsp;%4")
+  return QString(
+             "<span style=\"color:rgb(%1,%2,%3); background-color:white\">&nbsp;&#9632;&nbsp;</span>&nbsp;%4")
       .arg(colour.red)
       .arg(colour.green)
       .arg(colour.blue)
@@ -22,6 +24,8 @@ QString entry(const std::string& data_type, bool selected) {
 QLabel* make_mode_legend(const QString& name) {
   QLabel* const legend = named(new QLabel, name);
   legend->setTextFormat(Qt::RichText);
+  constexpr int beside = 6;  // the heading of the next panel
+  legend->setContentsMargins(beside, 0, beside, 0);
   legend->setToolTip("The bold one is selected; a click on a point of the other one selects that");
   legend->hide();
   return legend;

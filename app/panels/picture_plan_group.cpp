@@ -19,6 +19,7 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "display/chosen_points.h"
 #include "display/plan_view.h"
 #include "platform/widgets/horizontal_bar.h"
 #include "platform/widgets/panel_controls.h"
@@ -148,10 +149,14 @@ void PlanPanel::connect_controls() {
     drag_plan({from.x(), from.y()}, {to.x(), to.y()});
     draw_plan();
   });
-  connect(Picture_site_map_, &SiteMap::pointer_moved, this, [this](double x, double y) {
-    show_status({}, qt_text(format_number(x, "0.0")), qt_text(format_number(y, "0.0")));
-  });
-  connect(Picture_site_map_, &SiteMap::pointer_left, this, [this] { show_status({}, {}, {}); });
+  connect(Picture_site_map_, &SiteMap::pointer_moved, this,
+          [this](const QString& station, double x, double y) {
+            const QString marked = qt_text(chosen_text());  // stays in view as long as it matters
+            show_status(marked.isEmpty() ? station : marked, qt_text(format_number(x, "0.0")),
+                        qt_text(format_number(y, "0.0")));
+          });
+  connect(Picture_site_map_, &SiteMap::pointer_left, this,
+          [this] { show_status(qt_text(chosen_text()), {}, {}); });
 }
 
 void PlanPanel::pan(QScrollBar& bar, void (*pan_plan)(int), int value) {

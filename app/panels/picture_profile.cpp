@@ -10,6 +10,7 @@
 #include "core/session_state.h"
 #include "display/point_texts.h"
 #include "display/profile_plot.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/notice_bar.h"
 #include "platform/widgets/panel_controls.h"
 
@@ -43,6 +44,10 @@ ProfilePanel::ProfilePanel(QWidget* parent)
   });
   connect(legend_, &ProfileLegend::changed, this, &ProfilePanel::look_changed);
   connect(notice_, &NoticeBar::acted, this, &ProfilePanel::distances_wanted);
+  connect(notice_, &NoticeBar::closed, this, [this] {  // what was read doesn't come back with the next one
+    of_line_.reset();
+    of_support_.clear();
+  });
 }
 
 void ProfilePanel::display_profile(const LineAxis& axis) {
@@ -54,8 +59,11 @@ void ProfilePanel::display_profile(const LineAxis& axis) {
   if (chosen) {
     emphasise(plot, *chosen);
   }
-  graphs_->set_labels(legend_->labels_wanted() ? std::array{profile_labels(plot.resistivity, chosen),
-                                                            profile_labels(plot.phase, chosen)}
+  const auto name_of = [](float frequency) {
+    return graph::FrequencyAxis::instance().short_text(double{frequency}).toStdString();
+  };
+  graphs_->set_labels(legend_->labels_wanted() ? std::array{profile_labels(plot.resistivity, chosen, name_of),
+                                                            profile_labels(plot.phase, chosen, name_of)}
                                                : std::array<std::vector<graph::PlotLabel>, 2>());
   graphs_->show_plot(std::move(plot), current_x(axis));
 }
@@ -74,10 +82,27 @@ std::size_t ProfilePanel::column_of(int point) const {
 void ProfilePanel::mark_station(const LineAxis& axis) { graphs_->mark_x(current_x(axis)); }
 
 void ProfilePanel::show_notice(const std::optional<LineNotice>& notice) {
-  if (notice) {
-    notice_->show_text(qt_text(notice->text), notice->offers_distances ? "Show distances" : QString());
-  } else {
+  of_line_ = notice;
+  show_notices();
+}
+
+void ProfilePanel::tell_support(const std::string& text) {
+  of_support_ = text;
+  show_notices();
+}
+
+void ProfilePanel::show_notices() {
+  QStringList texts;
+  for (const std::string& text : {of_line_ ? of_line_->text : std::string(), of_support_}) {
+    if (!text.empty()) {
+      texts.append(qt_text(text));
+    }
+  }
+  if (texts.isEmpty()) {
     notice_->hide();
+  } else {
+    notice_->show_text(texts.join('\n'),
+                       of_line_ && of_line_->offers_distances ? "Show distances" : QString());
   }
   layout()->activate();  // the graphs are drawn once, in the room that they have now
 }

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "display/line_axis.h"
@@ -25,6 +26,8 @@ class ProfilePanel : public QWidget {
   [[nodiscard]] std::size_t column_of(int point) const;
   /// Says something of the line above the graphs; nothing takes away what was said.
   void show_notice(const std::optional<Module_display_data::LineNotice>& notice);
+  /// The same of curves that rest on nothing in use, beside what is told of the line; empty: nothing.
+  void tell_support(const std::string& text);
   void clear();
   void reset_zoom() { graphs_->reset_zoom(); }
   [[nodiscard]] GraphPairWidget& graphs() { return *graphs_; }
@@ -36,7 +39,11 @@ class ProfilePanel : public QWidget {
   void look_changed();
 
  private:
+  void show_notices();
+
   NoticeBar* notice_;
+  std::optional<Module_display_data::LineNotice> of_line_;
+  std::string of_support_;
   GraphPairWidget* graphs_;
   ProfileLegend* legend_;
   std::vector<std::size_t> order_;  // of the columns along the axis

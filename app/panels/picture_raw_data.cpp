@@ -10,14 +10,14 @@
 #include "app/panels/mode_legend.h"
 #include "app/panels/picture_repeats.h"
 #include "app/panels/picture_stats.h"
+#include "app/panels/station_heading.h"
 #include "app/panels/use_switches.h"
-#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "display/point_texts.h"
 #include "display/raw_plot.h"
-#include "display/site_names.h"
+#include "platform/widgets/heading_label.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/scroll_column.h"
 #include "reduction/data_sets/data_sets.h"
@@ -29,8 +29,8 @@ namespace averaged = Module_averaged_data;
 RawPanel::RawPanel(QWidget* parent)
     : QWidget(parent),
       graphs_(new GraphPairWidget("vxgraph_raw_data", GraphPairWidget::XAxis::frequency)),
-      Label_raw_(make_heading("Label_raw")),
-      Label_raw_graph_(make_heading("Label_raw_graph")),
+      Label_raw_(named(new HeadingLabel, "Label_raw")),
+      Label_raw_graph_(named(new HeadingLabel, "Label_raw_graph")),
       Label_raw_modes_(make_mode_legend("Label_raw_modes")),
       Combo_scan_rate_(make_list("Combo_scan_rate")),
       Command_show_plan_(named(new QPushButton("Show &Plan"), "Command_show_plan")),
@@ -107,10 +107,8 @@ void RawPanel::connect_controls() {
 }
 
 bool RawPanel::display_raw_data(bool fixed_scale) {
-  Label_raw_->setText(is_absent(session().current_station) ? QString() : qt_text(raw_label()));
-  Label_raw_->setToolTip(
-      plain_tool_tip(qt_text(site_name(session().current_station_index))));  // that the heading cuts
-  Label_raw_graph_->clear();
+  show_station_heading(*Label_raw_, raw_label());
+  show_series({});
   show_scan_rates();
   graphs_->show_plot(raw_plot(fixed_scale, Modes::both));
   show_modes(*Label_raw_modes_, averaged::data_sets().repeats.key.data_type,
@@ -150,6 +148,6 @@ void RawPanel::show_average_switches() {
   }
 }
 
-void RawPanel::show_series(const std::string& label) { Label_raw_graph_->setText(qt_text(label)); }
+void RawPanel::show_series(const std::string& label) { show_curve_heading(*Label_raw_graph_, label); }
 
 std::string RawPanel::series() const { return Label_raw_graph_->text().toStdString(); }

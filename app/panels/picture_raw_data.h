@@ -7,6 +7,7 @@
 #include "display/selection.h"
 #include "display/windows/graph_pair.h"
 
+class HeadingLabel;
 class RepeatsPanel;
 class StatsPanel;
 class QCheckBox;
@@ -42,8 +43,8 @@ class RawPanel : public QWidget {
   void show_average_switches();
 
   GraphPairWidget* graphs_;
-  QLabel* Label_raw_;
-  QLabel* Label_raw_graph_;
+  HeadingLabel* Label_raw_;
+  HeadingLabel* Label_raw_graph_;
   QLabel* Label_raw_modes_;
   QComboBox* Combo_scan_rate_;
   QPushButton* Command_show_plan_;

@@ -74,7 +74,7 @@ void SiteMap::mouseMoveEvent(QMouseEvent* event) {
   }
   if (session().plan_window.plan_y_scale > 0.0) {
     const PlanPoint place = to_survey({at.x(), at.y()}, height());
-    Q_EMIT pointer_moved(place.x, place.y);
+    Q_EMIT pointer_moved(station_text(at), place.x, place.y);
   }
 }
 
@@ -95,26 +95,31 @@ void SiteMap::mouseReleaseEvent(QMouseEvent* event) {
   }
 }
 
+/// "Line 200E, station 100 (ET001)" of the one at a place; empty where there is none.
+QString SiteMap::station_text(QPointF place) const {
+  constexpr double reach = 8.0;  // pixels
+  const std::int32_t station_index = station_under({place.x(), place.y()}, height(), reach);
+  if (station_index < 1) {
+    return {};
+  }
+  const auto at = static_cast<std::size_t>(station_index) - 1;
+  return QString::fromStdString(with_site_name(
+      "Line " + session().station_line[at] + ", station " + plain_text(session().station_value[at]),
+      station_index));
+}
+
 bool SiteMap::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip) {
     return QWidget::event(event);
   }
   const auto& help = *static_cast<QHelpEvent*>(event);
-  constexpr double reach = 8.0;  // pixels
-  const std::int32_t station_index = station_under({1.0 * help.x(), 1.0 * help.y()}, height(), reach);
-  if (station_index > 0) {
-    const auto at = static_cast<std::size_t>(station_index) - 1;
-    QToolTip::showText(
-        help.globalPos(),
-        QString::fromStdString(with_site_name(
-            "Line " + session().station_line[at] + ", station " + plain_text(session().station_value[at]),
-            station_index)),
-        this);
-  } else {
-    QToolTip::showText(
-        help.globalPos(),
-        "Click a station to select it; drag to move the plan, turn the wheel to zoom (+, -, Home)", this);
-  }
+  const QString station = station_text(help.pos());
+  QToolTip::showText(
+      help.globalPos(),
+      station.isEmpty()
+          ? "Click a station to select it; drag to move the plan, turn the wheel to zoom (+, -, Home)"
+          : station,
+      this);
   return true;
 }
 

@@ -21,7 +21,9 @@ class SiteMap : public QWidget {
 
  Q_SIGNALS:
   void station_picked(int station_index);
-  void pointer_moved(double x, double y);  // m
+  /// @param station  under the pointer, in words; empty where there is none
+  /// @param x,y      m
+  void pointer_moved(const QString& station, double x, double y);
   void pointer_left();
   void dragged(QPointF from, QPointF to);
   void zoom_wanted(int steps, QPointF about);
@@ -38,6 +40,8 @@ class SiteMap : public QWidget {
   void wheelEvent(QWheelEvent* event) override;
 
  private:
+  [[nodiscard]] QString station_text(QPointF place) const;
+
   PlanContents contents_;
   PlanPainter plan_;
   Qt::MouseButton held_ = Qt::NoButton;

@@ -3,21 +3,23 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "app/panels/mode_legend.h"
+#include "app/panels/station_heading.h"
 #include "app/panels/use_switches.h"
-#include "core/absent_value.h"
 #include "core/number_text.h"
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "display/mask_commands.h"
 #include "display/point_texts.h"
-#include "display/site_names.h"
 #include "display/station_plot.h"
+#include "platform/widgets/entry_mark.h"
+#include "platform/widgets/heading_label.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
@@ -28,8 +30,8 @@ namespace averaged = Module_averaged_data;
 StationPanel::StationPanel(QWidget* parent)
     : QWidget(parent),
       graphs_(new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency)),
-      Label_station_(make_heading("Label_station")),
-      Label_station_graph_(make_heading("Label_station_graph")),
+      Label_station_(named(new HeadingLabel, "Label_station")),
+      Label_station_graph_(named(new HeadingLabel, "Label_station_graph")),
       Label_station_modes_(make_mode_legend("Label_station_modes")),
       Check_use_merged_(make_use_switches("Check_use_merged")),
       Text_static_(make_text("Text_static", 8)),
@@ -104,8 +106,16 @@ void StationPanel::connect_controls() {
     });
   }
   connect(Command_invert_, &QPushButton::clicked, this, &StationPanel::inversion_wanted);
+  Text_static_->installEventFilter(this);
   connect(Text_static_, &QLineEdit::editingFinished, this, &StationPanel::leave_static_factor);
-  connect(Text_static_, &QLineEdit::returnPressed, this, &StationPanel::static_factor_entered);
+  connect(Text_static_, &QLineEdit::textEdited, this, [this] { mark_entry(*Text_static_, static_fault()); });
+  connect(Text_static_, &QLineEdit::returnPressed, this, [this] {
+    if (is_marked(*Text_static_)) {
+      Text_static_->selectAll();  // to be corrected
+    } else {
+      Q_EMIT static_factor_entered();
+    }
+  });
   for (const QCheckBox* const box : {Check_multi_station_, Check_multi_all_}) {
     connect(box, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(neighbours_changed()); });
   }
@@ -118,9 +128,34 @@ void StationPanel::connect_controls() {
   });
 }
 
+/// Escape leaves what was typed as the factor, and shows the one that is stored.
+bool StationPanel::eventFilter(QObject* receiver, QEvent* event) {
+  if (receiver == Text_static_ && event->type() == QEvent::KeyPress &&
+      static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    show_merged_switches();
+    Text_static_->selectAll();
+    return true;
+  }
+  return QWidget::eventFilter(receiver, event);
+}
+
+/// Why the text in the box is no factor; empty if it is one.
+QString StationPanel::static_fault() const {
+  const QString text = Text_static_->text();
+  return is_static_factor(text.toStdString())
+             ? QString()
+             : QString("Static shift factor: \"%1\" is not a number above 0").arg(text.trimmed());
+}
+
 void StationPanel::leave_static_factor() {
   if (!Text_static_->isModified() && Text_static_->text() == shown_static_) {
     return;  // the text has two decimals, the factor may have more, which passing by must not cut off
+  }
+  const QString fault = static_fault();
+  mark_entry(*Text_static_, fault);
+  if (!fault.isEmpty()) {
+    Q_EMIT told(fault + "; the factor is still " + shown_static_);
+    return;
   }
   const averaged::Edit edit = enter_static_factor(Text_static_->text().toStdString());
   if (edit == averaged::Edit::changed) {
@@ -131,11 +166,8 @@ void StationPanel::leave_static_factor() {
 }
 
 void StationPanel::display_station_data(bool fixed_scale) {
-  Label_station_->setText(is_absent(session().current_station) ? QString()
-                                                               : qt_text(station_label(Modes::both)));
-  Label_station_->setToolTip(
-      plain_tool_tip(qt_text(site_name(session().current_station_index))));  // that the heading cuts
-  Label_station_graph_->clear();
+  show_station_heading(*Label_station_, station_label(Modes::both));
+  show_series({});
   graphs_->show_plot(station_plot(fixed_scale, Modes::both));
   show_modes(*Label_station_modes_, averaged::data_sets().station.key.data_type,
              !other_mode().station.slots.empty());
@@ -155,16 +187,17 @@ void StationPanel::show_merged_switches() {
   Text_static_->setEnabled(found);
   shown_static_ = found ? qt_text(format_number(column.ResOffset, "0.00")) : QString();
   Text_static_->setText(shown_static_);
+  mark_entry(*Text_static_, {});
 }
 
-void StationPanel::show_series(const std::string& label) { Label_station_graph_->setText(qt_text(label)); }
+void StationPanel::show_series(const std::string& label) { show_curve_heading(*Label_station_graph_, label); }
 
 std::string StationPanel::series() const { return Label_station_graph_->text().toStdString(); }
 
 void StationPanel::clear() {
   graphs_->clear();
   Label_station_->clear();
-  Label_station_graph_->clear();
+  show_series({});
 }
 
 NeighbourOptions StationPanel::neighbours() {

@@ -8,6 +8,7 @@
 #include "display/selection.h"
 #include "display/windows/graph_pair.h"
 
+class HeadingLabel;
 class QCheckBox;
 class QComboBox;
 class QHBoxLayout;
@@ -38,20 +39,26 @@ class StationPanel : public QWidget {
   void chosen(const Module_display_data::Redisplay& redisplay);
   void edited();
   void static_factor_changed();
-  /// Enter was pressed in the box of the static factor.
+  /// What the user has to know of a text that was refused, in one line.
+  void told(const QString& text);
+  /// A factor was entered in its box with Enter.
   void static_factor_entered();
   void inversion_wanted();
+
+ protected:
+  bool eventFilter(QObject* receiver, QEvent* event) override;
 
  private:
   QHBoxLayout* make_headings();
   QHBoxLayout* make_switches();
   QHBoxLayout* make_neighbours();
   void connect_controls();
+  [[nodiscard]] QString static_fault() const;
   void leave_static_factor();
 
   GraphPairWidget* graphs_;
-  QLabel* Label_station_;
-  QLabel* Label_station_graph_;
+  HeadingLabel* Label_station_;
+  HeadingLabel* Label_station_graph_;
   QLabel* Label_station_modes_;
   std::array<QCheckBox*, 3> Check_use_merged_{};
   QLineEdit* Text_static_;

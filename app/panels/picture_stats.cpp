@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "display/mask_commands.h"
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/panel_controls.h"
 
 namespace averaged = Module_averaged_data;
@@ -68,18 +69,31 @@ void StatsPanel::add_frequency_commands(QGridLayout& grid) {
   for (int index = 0; index < 8; ++index) {
     QPushButton* const button = make_button("Command_clear_frequencies", index, frequency_commands[index]);
     grid.addWidget(button, 1 + index / 3, index % 3);
-    connect(button, &QPushButton::clicked, this, [this, index] {
-      if (Module_display_data::clear_typed_frequencies(static_cast<averaged::FrequencyCommand>(index),
-                                                       frequency_text_ ? frequency_text_() : std::string(),
-                                                       outlier_field()) == Edit::changed) {
-        Q_EMIT edited();
-      }
-    });
+    connect(button, &QPushButton::clicked, this,
+            [this, index] { run_frequency_command(static_cast<averaged::FrequencyCommand>(index)); });
+  }
+}
+
+void StatsPanel::run_frequency_command(averaged::FrequencyCommand command) {
+  const std::string text = frequency_text_ ? frequency_text_() : std::string();
+  if (command < averaged::FrequencyCommand::reset_all && !Module_display_data::is_command_frequency(text)) {
+    const QString typed = qt_text(text).trimmed();
+    Q_EMIT frequency_refused(typed.isEmpty()
+                                 ? QString("Frequency: click a point or type a number first")
+                                 : QString("Frequency: \"%1\" is not a number above 0").arg(typed));
+    return;
+  }
+  const Edit edit = Module_display_data::clear_typed_frequencies(command, text, outlier_field());
+  if (edit == Edit::changed) {
+    Q_EMIT edited();
+  } else if (edit == Edit::nothing) {
+    Q_EMIT told("Nothing to change: the masks of the repeats are already so");
   }
 }
 
 void StatsPanel::add_outlier_commands(QGridLayout& grid) {
   Text_outliers_->setText("1");
+  connect(Text_outliers_, &QLineEdit::textChanged, this, &StatsPanel::mark_outlier_count);
   Text_outliers_->setToolTip("How many of the outermost repeats are masked at each frequency");
   auto* const count = new QHBoxLayout;
   add_labelled(*count, "O&utliers to clip at each end", Text_outliers_);
@@ -88,14 +102,28 @@ void StatsPanel::add_outlier_commands(QGridLayout& grid) {
   for (int index = 0; index < 3; ++index) {
     QPushButton* const button = make_button("Command_outliers", index, outlier_commands[index]);
     grid.addWidget(button, 5, index);
-    connect(button, &QPushButton::clicked, this, [this, index] {
-      if (Module_display_data::clip_typed_outliers(static_cast<averaged::ClipEnds>(index),
-                                                   Text_outliers_->text().toStdString(),
-                                                   outlier_field()) == Edit::changed) {
-        Q_EMIT edited();
-      }
-    });
+    connect(button, &QPushButton::clicked, this,
+            [this, index] { run_outlier_command(static_cast<averaged::ClipEnds>(index)); });
   }
+}
+
+void StatsPanel::run_outlier_command(averaged::ClipEnds ends) {
+  if (is_marked(*Text_outliers_)) {
+    Q_EMIT told(Text_outliers_->toolTip());
+    Text_outliers_->setFocus();
+    Text_outliers_->selectAll();
+  } else if (Module_display_data::clip_typed_outliers(ends, Text_outliers_->text().toStdString(),
+                                                      outlier_field()) == Edit::changed) {
+    Q_EMIT edited();
+  }
+}
+
+void StatsPanel::mark_outlier_count() {
+  const QString text = Text_outliers_->text();
+  mark_entry(*Text_outliers_,
+             Module_display_data::is_outlier_count(text.toStdString())
+                 ? QString()
+                 : QString("Outliers to clip: \"%1\" is not a number from 1 on").arg(text.trimmed()));
 }
 
 void StatsPanel::set_frequency_source(std::function<std::string()> frequency_text) {

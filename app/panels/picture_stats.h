@@ -24,11 +24,18 @@ class StatsPanel : public QWidget {
 
  Q_SIGNALS:
   void edited();
+  /// A command needs a frequency, and its text is none: why not.
+  void frequency_refused(const QString& fault);
+  /// Why a command has changed nothing.
+  void told(const QString& text);
 
  private:
   void add_outlier_field(QGridLayout& grid);
   void add_frequency_commands(QGridLayout& grid);
   void add_outlier_commands(QGridLayout& grid);
+  void run_frequency_command(Module_averaged_data::FrequencyCommand command);
+  void run_outlier_command(Module_averaged_data::ClipEnds ends);
+  void mark_outlier_count();
   [[nodiscard]] Module_averaged_data::OutlierField outlier_field() const;
 
   std::function<std::string()> frequency_text_;

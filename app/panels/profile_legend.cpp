@@ -2,12 +2,16 @@
 
 #include <QCheckBox>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/absent_value.h"
 #include "core/session_state.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/graph/graph_content.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
@@ -40,25 +44,64 @@ std::vector<float> frequencies_in_use() {
   return frequencies;
 }
 
-/// Four digits tell a frequency; more would not fit.
-QString frequency_text(float frequency) {
-  constexpr float whole = 1000.0F;
-  constexpr int digits = 4;
-  return frequency < whole ? QString::number(double{frequency}, 'g', digits)
-                           : QString::number(double{frequency}, 'f', 0);
-}
+/// The signs that the widest text has: "0.0001221".
+constexpr int longest_text = 9;
+
+/// A list in which one more click, or Space, takes the choice back.
+class FrequencyList final : public QListWidget {
+ public:
+  using QListWidget::QListWidget;
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    note_pressed(*event);
+    QListWidget::mousePressEvent(event);
+  }
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    note_pressed(*event);
+    QListWidget::mouseDoubleClickEvent(event);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QListWidget::mouseReleaseEvent(event);
+    const QListWidgetItem* const item = itemAt(event->position().toPoint());
+    if (chosen_when_pressed_ >= 0 && item != nullptr && row(item) == chosen_when_pressed_) {
+      clearSelection();
+    }
+    chosen_when_pressed_ = -1;
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Space && currentItem() != nullptr) {
+      currentItem()->setSelected(!currentItem()->isSelected());
+    } else {
+      QListWidget::keyPressEvent(event);
+    }
+  }
+
+ private:
+  void note_pressed(const QMouseEvent& event) {
+    const QListWidgetItem* const item = itemAt(event.position().toPoint());
+    const bool again = event.button() == Qt::LeftButton && item != nullptr && item->isSelected();
+    chosen_when_pressed_ = again ? row(item) : -1;
+  }
+
+  int chosen_when_pressed_ = -1;
+};
 
 }  // namespace
 
 ProfileLegend::ProfileLegend(QWidget* parent)
     : QWidget(parent),
-      List_frequencies_(named(new QListWidget, "List_profile_frequencies")),
+      List_frequencies_(named<QListWidget>(new FrequencyList, "List_profile_frequencies")),
       Check_labels_(named(new QCheckBox("Labels"), "Check_profile_labels")) {
-  constexpr int width = 92;
-  setFixedWidth(width);
   List_frequencies_->setAccessibleName("Frequencies of the profile");
   List_frequencies_->setToolTip(
-      "Colours of the frequencies (Hz); one that is clicked stands out, until it is clicked again");
+      "Colours of the frequencies (Hz) or periods (s); one that is clicked stands out, until it is clicked "
+      "again");
+  constexpr int icon_and_margins = 30;
+  setFixedWidth(std::max(fontMetrics().horizontalAdvance('0') * longest_text + icon_and_margins +
+                             style()->pixelMetric(QStyle::PM_ScrollBarExtent) +
+                             2 * List_frequencies_->frameWidth(),
+                         Check_labels_->sizeHint().width()));
   List_frequencies_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   List_frequencies_->setMinimumHeight(1);
   Check_labels_->setToolTip(
@@ -69,16 +112,15 @@ ProfileLegend::ProfileLegend(QWidget* parent)
   rows->addWidget(List_frequencies_, 1);
   rows->addWidget(Check_labels_);
   connect(List_frequencies_, &QListWidget::itemSelectionChanged, this, &ProfileLegend::changed);
-  connect(List_frequencies_, &QListWidget::itemPressed, this,
-          [this, last = -1](QListWidgetItem* item) mutable {
-            const int row = List_frequencies_->row(item);
-            if (row == last && item->isSelected()) {
-              List_frequencies_->clearSelection();
-              last = -1;
-            } else {
-              last = row;
-            }
-          });
+  connect(&graph::FrequencyAxis::instance(), &graph::FrequencyAxis::changed, this, [this] {
+    for (int row = 0; row < List_frequencies_->count(); ++row) {
+      QListWidgetItem& item = *List_frequencies_->item(row);
+      item.setText(text_of(item.data(Qt::UserRole).toULongLong()));
+    }
+    if (labels_wanted()) {
+      Q_EMIT changed();
+    }
+  });
   connect(Check_labels_, &QCheckBox::toggled, this, &ProfileLegend::changed);
 }
 
@@ -94,8 +136,8 @@ void ProfileLegend::list_frequencies() {
   for (std::size_t i = listed_.size(); i-- > 0;) {
     if (!is_absent(double{listed_[i]})) {
       auto* const item = new QListWidgetItem(
-          curve_icon(graph::palette_style_colour(graph::palette_style(static_cast<int>(i) + 1))),
-          frequency_text(listed_[i]), List_frequencies_);
+          curve_icon(graph::palette_style_colour(graph::palette_style(static_cast<int>(i) + 1))), text_of(i),
+          List_frequencies_);
       item->setData(Qt::UserRole, static_cast<int>(i));
       if (listed_[i] == kept) {
         List_frequencies_->setCurrentItem(item);
@@ -108,6 +150,10 @@ std::optional<std::size_t> ProfileLegend::chosen() const {
   const QList<QListWidgetItem*> selected = List_frequencies_->selectedItems();
   return selected.isEmpty() ? std::nullopt
                             : std::optional(selected.front()->data(Qt::UserRole).toULongLong());
+}
+
+QString ProfileLegend::text_of(std::size_t index) const {
+  return graph::FrequencyAxis::instance().short_text(double{listed_[index]});
 }
 
 bool ProfileLegend::labels_wanted() const { return Check_labels_->isChecked(); }

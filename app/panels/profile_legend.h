@@ -25,6 +25,8 @@ class ProfileLegend : public QWidget {
   void changed();
 
  private:
+  [[nodiscard]] QString text_of(std::size_t index) const;
+
   QListWidget* List_frequencies_;
   QCheckBox* Check_labels_;
   std::vector<float> listed_;  // Hz; absent where one isn't in use

@@ -13,6 +13,7 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "display/site_names.h"
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/horizontal_bar.h"
 #include "platform/widgets/panel_controls.h"
 
@@ -123,6 +124,7 @@ void SelectionRow::connect_controls() {
   connect(Combo_dipole_, &QComboBox::currentIndexChanged, this,
           [this](int index) { Q_EMIT chosen(choose_dipole(Combo_dipole_->itemData(index).toFloat())); });
   connect(HScroll_repeat_, &QScrollBar::valueChanged, this, &SelectionRow::go_to_place);
+  connect(Text_frequency_, &QLineEdit::textChanged, this, [this] { mark_entry(*Text_frequency_, {}); });
   connect(Check_fixed_scale_, &QCheckBox::toggled, this, [this] { Q_EMIT chosen(fixed_scale_changed()); });
   connect(Check_by_distance_, &QCheckBox::clicked, this, [this](bool checked) {
     Q_EMIT positions_chosen(checked ? PositionSource::distances : PositionSource::station_numbers);
@@ -206,6 +208,12 @@ PointClick SelectionRow::read_out() const {
 }
 
 std::string SelectionRow::frequency_text() const { return Text_frequency_->text().toStdString(); }
+
+void SelectionRow::refuse_frequency(const QString& fault) {
+  mark_entry(*Text_frequency_, fault);
+  Text_frequency_->setFocus();
+  Text_frequency_->selectAll();
+}
 
 void SelectionRow::show_by_distance(bool by_distance) { Check_by_distance_->setChecked(by_distance); }
 

@@ -29,6 +29,8 @@ class SelectionRow : public QWidget {
   [[nodiscard]] Module_display_data::PointClick read_out() const;
   /// Hz, of the point clicked last; may have been typed over.
   [[nodiscard]] std::string frequency_text() const;
+  /// Marks the frequency, which a command can't take, until there is another one.
+  void refuse_frequency(const QString& fault);
   [[nodiscard]] bool fixed_scale() const;
   /// Whether the profile goes by distances.
   void show_by_distance(bool by_distance);

@@ -14,9 +14,9 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
-#include "core/user_interface.h"
 #include "database/frequency_store.h"
 #include "platform/widgets/check_cells.h"
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/panel_controls.h"
 
 Form_frequency::Form_frequency(Frequencies selection, QWidget* parent)
@@ -84,6 +84,14 @@ void Form_frequency::connect_controls() {
   connect_switches(*Grid_frequencies_, this, [this](int row, int column) { switch_cell(row, column); });
   connect(Command_use_range_, &QPushButton::clicked, this, [this] { set_range(true); });
   connect(Command_leave_range_, &QPushButton::clicked, this, [this] { set_range(false); });
+  for (QLineEdit* const box : {Text_from_, Text_to_}) {
+    connect(box, &QLineEdit::textChanged, this, [this, box] {
+      if (is_marked(*box)) {
+        mark_entry(*box, {});
+        show_choice();
+      }
+    });
+  }
   connect(Command_save_changes_, &QPushButton::clicked, this, [this] { static_cast<void>(save_changes()); });
   connect(Command_cancel_changes_, &QPushButton::clicked, this, [this] {
     choice_.set_stored();
@@ -152,13 +160,14 @@ void Form_frequency::switch_cell(int row, int column) {
 void Form_frequency::set_range(bool use) {
   const std::string wrong =
       choice_.set_range(Text_from_->text().toStdString(), Text_to_->text().toStdString(), use);
+  show_choice();
   if (!wrong.empty()) {
-    user_interface().show_message(wrong);
     QLineEdit* const box = wrong.starts_with("From") ? Text_from_ : Text_to_;
+    mark_entry(*box, qt_text(wrong));
+    Label_count_->setText(qt_text(wrong));
     box->setFocus();
     box->selectAll();
   }
-  show_choice();
 }
 
 bool Form_frequency::save_changes() {

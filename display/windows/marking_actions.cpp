@@ -1,9 +1,25 @@
 #include "display/windows/marking_actions.h"
 
+#include <QAbstractSpinBox>
 #include <QAction>
-#include <QWidget>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextEdit>
 
 #include "display/chosen_points.h"
+
+namespace {
+
+bool holds_text(const QObject& control) {
+  return qobject_cast<const QLineEdit*>(&control) != nullptr ||
+         qobject_cast<const QPlainTextEdit*>(&control) != nullptr ||
+         qobject_cast<const QTextEdit*>(&control) != nullptr ||
+         qobject_cast<const QAbstractSpinBox*>(&control) != nullptr;
+}
+
+}  // namespace
 
 MarkingActions::MarkingActions(QWidget& window) : QObject(&window) {
   struct Item {
@@ -34,6 +50,16 @@ MarkingActions::MarkingActions(QWidget& window) : QObject(&window) {
     Q_EMIT left();
   });
   show_count();
+  qApp->installEventFilter(this);
+}
+
+bool MarkingActions::eventFilter(QObject* receiver, QEvent* event) {
+  if (event->type() != QEvent::ShortcutOverride ||
+      static_cast<const QKeyEvent*>(event)->key() != Qt::Key_Delete || !holds_text(*receiver)) {
+    return false;
+  }
+  event->accept();  // the box gets the key, and no shortcut does
+  return true;
 }
 
 void MarkingActions::show_count() {
@@ -43,7 +69,11 @@ void MarkingActions::show_count() {
 }
 
 void MarkingActions::mask(bool counts) {
-  if (Module_display_data::mask_chosen_points(counts) == Module_averaged_data::Edit::changed) {
+  const Module_averaged_data::Edit edit = Module_display_data::mask_chosen_points(counts);
+  if (edit == Module_averaged_data::Edit::changed) {
     Q_EMIT edited();
+  } else if (edit == Module_averaged_data::Edit::nothing && Module_display_data::chosen_points_are(counts)) {
+    Q_EMIT told(counts ? "Nothing to unmask: no point that is marked is masked"
+                       : "Nothing to mask: all points that are marked are masked already");
   }
 }

@@ -9,7 +9,8 @@ class QAction;
 class QWidget;
 
 /// Delete masks, Shift+Delete unmasks, Esc leaves what display/chosen_points holds. The actions have these
-/// keys only while points are marked; else they are left to the window.
+/// keys only while points are marked; else they are left to the window. In a text box, one that is only read
+/// as well, Delete is about the text.
 class MarkingActions : public QObject {
   Q_OBJECT
 
@@ -25,6 +26,11 @@ class MarkingActions : public QObject {
   void edited();
   /// Nothing is marked any more, and nothing was edited.
   void left();
+  /// Why an action has changed nothing.
+  void told(const QString& text);
+
+ protected:
+  bool eventFilter(QObject* receiver, QEvent* event) override;
 
  private:
   void mask(bool counts);

@@ -237,7 +237,12 @@ bool VexGraphControl::event(QEvent* event) {
 
 void VexGraphControl::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
+  const QString x_title = plot_->xAxis->label();
+  const QString y_title = y_title_item_->text();
   apply_layout();
+  if (plot_->xAxis->label() != x_title || y_title_item_->text() != y_title) {
+    plot_->replot(QCustomPlot::rpQueuedReplot);  // which has been drawn in its new size with the old titles
+  }
 }
 
 void VexGraphControl::contextMenuEvent(QContextMenuEvent* event) {

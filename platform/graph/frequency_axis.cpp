@@ -23,4 +23,11 @@ QString FrequencyAxis::text(double shown) const {
   return QString::number(shown, shows_periods_ ? 'g' : 'f', digits);
 }
 
+QString FrequencyAxis::short_text(double frequency) const {
+  constexpr double whole = 1000.0;
+  constexpr int digits = 4;
+  const double value = shown(frequency);
+  return value < whole ? QString::number(value, 'g', digits) : QString::number(value, 'f', 0);
+}
+
 }  // namespace graph

@@ -26,6 +26,9 @@ class FrequencyAxis final : public QObject {
   /// "64.0000" of a frequency; a period in four digits, as short ones have no decimals to lose.
   [[nodiscard]] QString text(double shown) const;
 
+  /// A frequency of the data as the axis says it, where there is little room: four digits, "4096", "0.1221".
+  [[nodiscard]] QString short_text(double frequency) const;
+
  Q_SIGNALS:
   void changed();
 

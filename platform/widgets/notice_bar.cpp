@@ -15,6 +15,7 @@ NoticeBar::NoticeBar(QWidget* parent)
   setFrameShape(QFrame::StyledPanel);
   text_->setTextFormat(Qt::PlainText);
   text_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // a long text doesn't widen the window
+  text_->setWordWrap(true);
   auto* const close = named(new QToolButton, "Command_close_notice");
   close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
   close->setAutoRaise(true);
@@ -25,14 +26,16 @@ NoticeBar::NoticeBar(QWidget* parent)
   items->addWidget(text_, 1);
   items->addWidget(action_);
   items->addWidget(close);
-  connect(close, &QToolButton::clicked, this, &QWidget::hide);
+  connect(close, &QToolButton::clicked, this, [this] {
+    hide();
+    Q_EMIT closed();
+  });
   connect(action_, &QPushButton::clicked, this, &NoticeBar::acted);
   hide();
 }
 
 void NoticeBar::show_text(const QString& text, const QString& action) {
   text_->setText(text);
-  text_->setToolTip(text);  // where the window is too narrow for all of it
   action_->setText(action);
   action_->setVisible(!action.isEmpty());
   show();

@@ -1,4 +1,4 @@
-// notice_bar.h: a line of text over a panel that says something once, with a button that acts on it.
+// notice_bar.h: a text over a panel that says something once, with a button that acts on it.
 #pragma once
 #include <QFrame>
 
@@ -11,11 +11,14 @@ class NoticeBar : public QFrame {
  public:
   explicit NoticeBar(QWidget* parent = nullptr);
 
+  /// @param text    of one line or more; a narrow panel breaks them
   /// @param action  of the button; without one there is no button
   void show_text(const QString& text, const QString& action = {});
 
  Q_SIGNALS:
   void acted();
+  /// The user has closed it.
+  void closed();
 
  private:
   QLabel* text_;

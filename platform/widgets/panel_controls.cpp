@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <QScreen>
 
+#include "platform/widgets/heading_label.h"
+
 namespace {
 
 /// A text box that leaves undo and redo to the window while nothing typed can be undone.
@@ -43,12 +45,7 @@ QComboBox* make_list(const QString& name) {
   return list;
 }
 
-QLabel* make_heading(const QString& name) {
-  auto* const label = named(new QLabel, name);
-  label->setTextFormat(Qt::PlainText);
-  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-  return label;
-}
+QLabel* make_heading(const QString& name) { return named(new HeadingLabel, name); }
 
 void resize_to_fit(QWidget& window, QSize wanted) {
   constexpr double of_the_width = 0.95;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "core/number_text.h"
@@ -84,6 +85,31 @@ const ReadingKey& key_to_show(const CommandExchange& exchange) {
       ->row.key;
 }
 
+/// Whether a command has only set masks of merged curves and computed nothing, some of them of the line and
+/// curves on show. It was given over the profile, which shows it: whoever looks at a station of the line goes
+/// on doing so.
+bool is_seen_in_profile(const CommandExchange& exchange) {
+  return session().current_station_index > 0 &&
+         std::ranges::all_of(exchange.keys,
+                             [](const auto& each) {
+                               return each.second.before == nullptr && each.second.key.scan_rate == 0.0F;
+                             }) &&
+         std::ranges::all_of(exchange.written,
+                             [](const WrittenEntry& each) {
+                               return std::holds_alternative<Module_Brenlox::UndoMask>(each.entry.earlier);
+                             }) &&
+         std::ranges::any_of(exchange.written, [](const WrittenEntry& each) {
+           return distance_from_selection(each.row.key) < 2;
+         });
+}
+
+/// The selected curves of the station on show.
+ReadingKey shown_key() {
+  ReadingKey key = selected_key();
+  key.scan_rate = 0.0F;
+  return key;
+}
+
 /// Brings data sets and selection up to date with what was written; a failure has its message.
 UndoResult show_exchange(const CommandExchange& exchange) {
   bool profile_is_current = true;
@@ -94,7 +120,7 @@ UndoResult show_exchange(const CommandExchange& exchange) {
     (void)show_reduced_station(edited.key, session().frequencies, edited.reduced);
     profile_is_current = profile_is_current && !removes_merged(edited);
   }
-  const ReadingKey& key = key_to_show(exchange);
+  const ReadingKey key = is_seen_in_profile(exchange) ? shown_key() : key_to_show(exchange);
   UndoResult result;
   result.station_index = station_index_of(key);
   if (result.station_index > 0) {

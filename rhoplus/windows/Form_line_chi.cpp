@@ -64,6 +64,9 @@ Form_line_chi::Form_line_chi(QWidget* parent)
   Grid_chi_->setWordWrap(false);
   Grid_chi_->verticalHeader()->hide();
   Grid_chi_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+  Grid_chi_->horizontalHeader()->setHighlightSections(false);  // bold headings would be cut
+  // The stretched one is never narrower than this, and needs no more than its text.
+  Grid_chi_->horizontalHeader()->setDefaultSectionSize(Grid_chi_->horizontalHeader()->minimumSectionSize());
   Grid_chi_->horizontalHeader()->setStretchLastSection(true);
   Grid_chi_->horizontalHeader()->setSortIndicator(column_station, Qt::AscendingOrder);
   make_cells_copyable(*Grid_chi_);

@@ -15,7 +15,6 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
-#include "display/plot_colours.h"
 #include "display/selection.h"
 #include "display/site_names.h"
 #include "display/windows/graph_pair.h"
@@ -40,16 +39,14 @@ namespace {
 const QString run_caption = QStringLiteral("Run All");
 const QString stop_caption = QStringLiteral("Stop Inverting");
 
-/// The signs in their colours, each with its text.
+/// The signs in their colours, each with its text. They stand on the white of the charts, on which they are
+/// seen with every palette of the desktop.
 QLabel* make_legend(const QString& name, const std::vector<LegendItem>& items) {
   QStringList parts;
   for (const LegendItem& item : items) {
     const QColor colour(item.colour.red, item.colour.green, item.colour.blue);
-    const bool black =
-        item.colour == Module_display_data::black;  // is the colour of the text, also in the dark
-    parts << QString("<span%1>%2</span>&nbsp;%3")
-                 .arg(black ? QString() : QString(" style='color:%1'").arg(colour.name()), qt_text(item.sign),
-                      qt_text(item.text));
+    parts << QString("<span style='color:%1; background-color:white'>&nbsp;%2&nbsp;</span>&nbsp;%3")
+                 .arg(colour.name(), qt_text(item.sign), qt_text(item.text));
   }
   auto* const legend = named(new QLabel(parts.join(" &nbsp; ")), name);
   legend->setAlignment(Qt::AlignCenter);
@@ -172,6 +169,7 @@ void Form_rhoplus_inversion::connect_edits() {
   marking_ = new MarkingActions(*this);
   connect(marking_, &MarkingActions::edited, this, &Form_rhoplus_inversion::edited);
   connect(marking_, &MarkingActions::left, this, &Form_rhoplus_inversion::marked);
+  connect(marking_, &MarkingActions::told, this, &Form_rhoplus_inversion::show_in_status);
   connect(new QShortcut(QKeySequence("Ctrl+Z"), this), &QShortcut::activated, this, [this] {
     if (!rhoplus_running_all_) {
       Q_EMIT undo_wanted();
@@ -198,7 +196,7 @@ void Form_rhoplus_inversion::mark_observed(Component component,
 
 void Form_rhoplus_inversion::show_marks() {
   marking_->show_count();
-  panels_[0]->setText(qt_text(Module_display_data::chosen_text()));
+  show_in_status(qt_text(Module_display_data::chosen_text()));
   show_graphs();
 }
 
@@ -297,9 +295,25 @@ void Form_rhoplus_inversion::toggle_log() {
 }
 
 void Form_rhoplus_inversion::show_pointer(Component component, bool off, double x, double y) {
-  panels_[0]->setText(component == Component::resistivity ? "Resistivity" : "Phase");
-  panels_[1]->setText(off ? QString() : graph::FrequencyAxis::instance().text(x));
-  panels_[2]->setText(off ? QString() : qt_text(format_number(y, "0.00")));
+  const QString marked = qt_text(Module_display_data::chosen_text());
+  if (!marked.isEmpty() || off) {
+    show_in_status(marked);  // stays in view as long as it matters
+    return;
+  }
+  show_in_status(component == Component::resistivity ? "Resistivity" : "Phase");
+  panels_[1]->setText(graph::FrequencyAxis::instance().text(x));
+  panels_[2]->setText(qt_text(format_number(y, "0.00")));
+}
+
+/// A sentence takes the room of all three panels.
+void Form_rhoplus_inversion::show_in_status(const QString& text) {
+  panels_[0]->setText(text);
+  const int part = ui_->Status_inversion->width() / static_cast<int>(panels_.size() + 1);
+  const bool fits = fontMetrics().horizontalAdvance(text) < part;
+  for (const std::size_t other : {1U, 2U}) {
+    panels_.at(other)->clear();
+    panels_.at(other)->setVisible(fits);
+  }
 }
 
 void Form_rhoplus_inversion::follow_station() {

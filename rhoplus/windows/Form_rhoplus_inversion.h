@@ -74,6 +74,7 @@ class Form_rhoplus_inversion : public QMainWindow {
   void show_data_grid();
   void switch_cell(int row, int column);
   void toggle_log();
+  void show_in_status(const QString& text);
   void show_pointer(Module_averaged_data::Component component, bool off, double x, double y);
   void run_all();
   /// @return whether the end of the line was reached

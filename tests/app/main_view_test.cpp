@@ -16,6 +16,7 @@
 #include <cmath>
 
 #include "display/plan_view.h"
+#include "platform/widgets/entry_mark.h"
 #include "reduction/data_sets/data_sets.h"
 #include "tests/app/main_view_fixture.h"
 #include "tests/support/named_site.h"
@@ -249,9 +250,11 @@ class MainViewTest : public QObject, private MainViewFixture {
       auto* const from = dialog->findChild<QLineEdit*>("Text_from");
       from->setText("x");
       QTest::mouseClick(dialog->findChild<QPushButton*>("Command_leave_range"), Qt::LeftButton);
-      QCOMPARE(interface_->take_messages().size(), 1U);
-      QCOMPARE(count(), QString("4 of 7 are used"));
+      QVERIFY(is_marked(*from) && dialog->focusWidget() == from);
+      QVERIFY2(count().startsWith("From: 'x'"), qPrintable(count()));
       from->setText("64");
+      QVERIFY(!is_marked(*from));
+      QCOMPARE(count(), QString("4 of 7 are used"));
       QTest::mouseClick(dialog->findChild<QPushButton*>("Command_leave_range"), Qt::LeftButton);
       QCOMPARE(count(), QString("3 of 7 are used"));
       answer_next_box(QMessageBox::Save);

@@ -101,6 +101,27 @@ class ProfileAxisTest : public QObject, private MainViewFixture {
     }
   }
 
+  void two_things_are_told_at_once_and_closed_together() {
+    const QString of_line = notice();
+    QVERIFY(of_line.contains("apart by their numbers"));
+    for (int repeat = 0; repeat < made::line_repeats; ++repeat) {
+      auto* const grid = control<QTableWidget>("Grid_repeats");
+      QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                        grid->visualItemRect(grid->item(repeat, 1)).center());
+    }
+    const QStringList both = notice().split('\n');
+    QCOMPARE(both.size(), 2);
+    QCOMPARE(both.first(), of_line);
+    QVERIFY2(both.last().startsWith("No reading is in use"), qPrintable(both.last()));
+    QVERIFY(control<QPushButton>("Command_notice")->isVisible());
+    press("Command_notice");
+    QCOMPARE(notice(), both.last());
+    QTest::mouseClick(control<QToolButton>("Command_close_notice"), Qt::LeftButton);
+    QVERIFY(notice().isEmpty());
+    click_cell(0, 1);
+    QVERIFY2(notice().isEmpty(), "what was closed doesn't come back");
+  }
+
   void a_line_without_distances_refuses_them_and_others_have_them() {
     auto* const lines = control<QComboBox>("Combo_line");
     auto* const by_distance = control<QCheckBox>("Check_by_distance");

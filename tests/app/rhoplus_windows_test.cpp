@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -52,6 +53,15 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
   QAction* result_action(const QString& name) const { return results()->findChild<QAction*>(name); }
   void invert() const { press("Command_invert"); }
   QString chi() const { return result<QLineEdit>("Text_rhoplus_achieved_chi")->text(); }
+  /// What the status bar of the results window says first.
+  QString status() const {
+    for (const QLabel* const label : result<QStatusBar>("Status_inversion")->findChildren<QLabel*>()) {
+      if (!label->text().isEmpty()) {
+        return label->text();
+      }
+    }
+    return {};
+  }
   void click_cell(int row, int column) const {
     auto* const grid = result<QTableWidget>("Grid_inversion_data");
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
@@ -222,7 +232,29 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QVERIFY(item("menu_mask_marked")->isEnabled());
     QTest::keyClick(results(), Qt::Key_Delete);
     QCOMPARE(stored_mask(ID, 2), 0);
-    QVERIFY(!graph->point_position(0, 2).has_value());
+    const auto mark = [&] {
+      QTest::mousePress(graph, Qt::LeftButton, Qt::ShiftModifier, at - around);
+      QApplication::sendEvent(graph, &move);
+      QTest::mouseRelease(graph, Qt::LeftButton, Qt::ShiftModifier, at + around);
+    };
+    mark();  // a masked point can still be seen
+    auto* const log = result<QPlainTextEdit>("Text_rhoplus_out");
+    auto* const chi_box = result<QLineEdit>("Text_rhoplus_achieved_chi");
+    for (QWidget* const box : {static_cast<QWidget*>(log), static_cast<QWidget*>(chi_box)}) {
+      QTest::keyClick(box, Qt::Key_Delete, Qt::ShiftModifier);
+      QCOMPARE(stored_mask(ID, 2), 0);
+    }
+    QTest::keyClick(results(), Qt::Key_Delete);
+    QVERIFY2(status().startsWith("Nothing to mask"), qPrintable(status()));
+    QMouseEvent hover(QEvent::MouseMove, at + 3 * around, graph->mapToGlobal(at + 3 * around), Qt::NoButton,
+                      Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(graph, &hover);
+    QVERIFY2(status().startsWith("1 point marked: "), qPrintable(status()));
+    QTest::keyClick(results(), Qt::Key_Delete, Qt::ShiftModifier);
+    QCOMPARE(stored_mask(ID, 2), 1);
+    mark();
+    QTest::keyClick(results(), Qt::Key_Delete);
+    QCOMPARE(stored_mask(ID, 2), 0);
     QTest::keyClick(results(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(stored_mask(ID, 2), 1);
     QTest::keyClick(results(), Qt::Key_Y, Qt::ControlModifier);
@@ -235,6 +267,27 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     }
     results()->refresh_rhoplus_results();
     QCOMPARE(result<QLabel>("Label_run_note")->text(), QString("Rests on readings that are switched off"));
+  }
+
+  void closing_a_window_goes_back_to_the_one_before() {
+    invert();
+    QVERIFY(QTest::qWaitForWindowActive(results()));
+    QTest::keyClick(results(), Qt::Key_F1);
+    auto* const help = window_->findChild<QDialog*>("Form_tutorial");
+    QVERIFY(help != nullptr && QTest::qWaitForWindowActive(help));
+    window_->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window_.get()));
+    results()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(results()));
+    help->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(help));
+    QTest::keyClick(window_.get(), Qt::Key_Right);  // the station of all windows changes
+    QCoreApplication::processEvents();
+    QCOMPARE(QApplication::activeWindow(), help);
+    QTest::keyClick(help, Qt::Key_Escape);
+    QVERIFY(QTest::qWaitFor([this] { return QApplication::activeWindow() == results(); }));
+    QTest::keyClick(results(), Qt::Key_Escape);
+    QVERIFY(QTest::qWaitFor([this] { return QApplication::activeWindow() == window_.get(); }));
   }
 
   void the_log_takes_the_place_of_the_grid() {
@@ -279,6 +332,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     QVERIFY(table != nullptr && table->isVisible());
     auto* const grid = table->findChild<QTableWidget*>("Grid_chi");
     QCOMPARE(grid->rowCount(), 3);
+    QVERIFY2(!grid->horizontalScrollBar()->isVisible(), "all columns are to be seen");
     QCOMPARE(grid->item(grid->currentRow(), 0)->text(), QString("200"));
     QCOMPARE(grid->item(grid->currentRow(), 4)->text(), chi());
     grid->sortByColumn(0, Qt::DescendingOrder);

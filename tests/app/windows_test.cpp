@@ -432,6 +432,11 @@ class WindowsTest : public QObject, private MainViewFixture {
     QVERIFY(pages->toPlainText().startsWith("Nothing was found"));
     QTest::mouseClick(help->findChild<QPushButton*>("Command_back"), Qt::LeftButton);
     QCOMPARE(pages->source(), manual_page("tutorial.md"));
+    for (const char* const text : {"//", "#", "a?b=c&d", "50%", "+"}) {
+      words->setText(text);
+      QTest::keyClick(words, Qt::Key_Return);
+      QVERIFY2(pages->toPlainText().contains(QString("\u201c%1\u201d").arg(text)), text);
+    }
   }
 };
 

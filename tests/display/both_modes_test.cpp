@@ -109,6 +109,12 @@ TEST_F(BothModes, A_curve_of_the_other_one_that_rests_on_nothing_is_dashed_and_s
   EXPECT_FALSE(station_series_label(1).ends_with(nothing_in_use));
   EXPECT_TRUE(station_label(Modes::both).ends_with("dashed: no reading in use"));
   EXPECT_FALSE(station_label().ends_with("in use")) << "one mode alone is shown";
+  const auto says = [](std::size_t slot) {
+    return station_point_text(slot, 0, Component::phase).find("rests on no reading in use") !=
+           std::string::npos;
+  };
+  EXPECT_TRUE(says(own)) << "the merged curve of the other mode";
+  EXPECT_FALSE(says(0));
   const std::size_t own_repeats = data_sets().repeats.slots.size();
   EXPECT_TRUE(raw_plot(false, Modes::both).phase.series_styles[own_repeats].dashed);
   EXPECT_EQ(raw_series_label(own_repeats), std::string("Average, EyHx") + nothing_in_use);

@@ -180,7 +180,19 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
   EXPECT_FLOAT_EQ(static_cast<float>(observed.y[1]), 2.0F * reading.curve.value(1, 1));
   EXPECT_FLOAT_EQ(static_cast<float>(observed.error[1]),
                   std::max(4.0F, 0.04F * 2.0F * reading.curve.value(1, 1)));
-  EXPECT_LE(observed.y[2], graph::null_limit) << "masked";
+  EXPECT_FLOAT_EQ(static_cast<float>(observed.y[2]), 2.0F * reading.curve.value(1, 2));
+  EXPECT_EQ(plot.resistivity.point_styles[series_observed][2], graph::masked_point);
+  EXPECT_EQ(plot.resistivity.point_styles[series_observed][1], graph::used_point);
+  EXPECT_LE(observed.error[2], graph::null_limit) << "not inverted";
+  EXPECT_TRUE(fit_point_text(plot, series_observed, 2, Component::phase).ends_with(", masked"));
+  StationInversion outlier = inversion;
+  outlier.merged.curve.value(1, 2) = 1e6F;
+  EXPECT_EQ(fit_plot(outlier, made::frequencies()).resistivity.y.maximum, plot.resistivity.y.maximum)
+      << "a masked point has no say in the axes";
+  session().hide_masked_data = true;
+  EXPECT_LE(fit_plot(inversion, made::frequencies()).resistivity.table.series[series_observed].y[2],
+            graph::null_limit);
+  session().hide_masked_data = false;
   EXPECT_EQ(plot.resistivity.table.series[series_model].y.size(), reading.curve.count() - 1);
   EXPECT_EQ(fit_point_text(plot, series_observed, 99, Component::phase), "");
   EXPECT_EQ(fit_point_text(plot, series_observed, 0, Component::phase).rfind("Observed: 0.1250 Hz, ", 0), 0U);

@@ -523,6 +523,19 @@ class GraphControlTest : public QObject {
     }
   }
 
+  void titles_fit_as_soon_as_the_chart_has_another_size() {
+    control_->set_y_title("Apparent resistivity (ohm-m)");
+    control_->set_x_title("Distance along the line (m)");
+    for (const QSize size : {QSize(500, 110), QSize(120, 350), QSize(500, 350)}) {
+      control_->resize(size);
+      QCoreApplication::processEvents();
+      const QImage resized = control_->grab().toImage();
+      control_->draw_graph();
+      QCoreApplication::processEvents();
+      QVERIFY2(resized == control_->grab().toImage(), "as if it had been drawn again");
+    }
+  }
+
   void tick_labels_are_readable_and_never_overlap() {
     const auto room = [](double pixels) {
       return graph::TickRoom{pixels, 10.0, 100,
