@@ -1,7 +1,10 @@
 // The interface to the user on Qt, and the splitter with its resizer.
 #include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
 #include <QFileIconProvider>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
@@ -59,6 +62,28 @@ class PlatformWindowsTest : public QObject {
     QCOMPARE(dialog_suffix("*.mdb"), QString("mdb"));
     QCOMPARE(dialog_suffix("*.*"), QString());
     QCOMPARE(dialog_suffix(""), QString());
+  }
+
+  void a_name_without_an_ending_gets_that_of_the_chosen_type() {
+    const TemporaryFolder folder;
+    QtUserInterface interface;
+    const FileDialogRequest request{"Save", "PNG (*.png)|*.png|PDF (*.pdf)|*.pdf|All (*.*)|*.*", "*.png",
+                                    folder.folder().string(), "graph.png"};
+    const auto chosen = [&](const QString& type, const QString& name) {
+      when_shown<QFileDialog>([&](QFileDialog* dialog) {
+        auto* const types = dialog->findChild<QComboBox*>("fileTypeCombo");
+        types->setCurrentText(type);
+        Q_EMIT types->textActivated(type);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
+        QMetaObject::invokeMethod(dialog, "accept");
+      });
+      const std::string path = interface.select_file_to_create(request);
+      return QFileInfo(QString::fromStdString(path)).fileName();
+    };
+    QCOMPARE(chosen("PNG (*.png)", "line 1"), QString("line 1.png"));
+    QCOMPARE(chosen("PDF (*.pdf)", "line 1"), QString("line 1.pdf"));
+    QCOMPARE(chosen("All (*)", "line 1"), QString("line 1.png"));
+    QCOMPARE(chosen("PDF (*.pdf)", "line 1.svg"), QString("line 1.svg"));
   }
 
   // One of these gives its first byte when the system has something to say.
