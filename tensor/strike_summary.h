@@ -44,6 +44,30 @@ struct StrikeSummary {
 std::optional<StrikeSummary> strike_summary(const std::vector<StrikeStation>& stations,
                                             const StrikeQuestion& question);
 
+/// The same for one question after the other on the same stations: what a changed choice leaves as it was is
+/// kept.
+class StrikeSummaries {
+ public:
+  /// For other stations.
+  void forget() { *this = {}; }
+  std::optional<StrikeSummary> summary(const std::vector<StrikeStation>& stations,
+                                       const StrikeQuestion& question);
+
+ private:
+  /// Of a method, with what it was made for.
+  struct Kept {
+    std::optional<numerics::impedance::StrikeChoices> choices;
+    std::optional<FrequencyBand> band;
+    double bin_width = 0.0;
+    std::vector<PointStrike> points;
+    MethodAnswers answers;
+  };
+  const Kept& answers(const std::vector<StrikeStation>& stations, const StrikeSummary& summary,
+                      const StrikeQuestion& question, numerics::impedance::StrikeMethod method);
+
+  std::array<Kept, 4> kept_;  // by StrikeMethod
+};
+
 /// "Phase tensor", "Swift" and so on.
 std::string_view method_name(numerics::impedance::StrikeMethod method);
 
