@@ -15,7 +15,7 @@ using namespace Module_tensor;
 
 namespace {
 
-constexpr int limit_characters = 9;  // beside the mark of a wrong one
+constexpr int limit_characters = 7;
 
 QString text_of(std::string_view text) { return QString::fromStdString(std::string(text)); }
 

@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "core/finished_work.h"
 #include "platform/widgets/folder_model.h"
 #include "platform/widgets/vex_control_resizer.h"
 #include "platform/widgets/vex_splitter.h"
@@ -122,6 +123,26 @@ class PlatformWindowsTest : public QObject {
     }
     QVERIFY(store.keys("Marrowgate", "Projection").empty());
     QCOMPARE(store.value("Marrowgate", "Brenlox", "ImportDirectory", ""), std::string("/data"));
+  }
+
+  void settings_that_cannot_be_written_are_told_once_and_hold() {
+    const TemporaryFolder folder;
+    const std::string no_folder = folder.write("settings", "a file where a folder should be");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(no_folder));
+    std::vector<std::string> told;
+    Module_Brenlox::set_finished_listener(
+        [&](const Module_Brenlox::FinishedWork& work) { told.push_back(work.text); });
+    QtSettingsStore store;
+    store.set_value("Elsewhere", "Brenlox", "ImportDirectory", "/data");
+    store.set_value("Elsewhere", "Brenlox", "Extension", "edi");
+    Module_Brenlox::set_finished_listener({});
+    QCOMPARE(told.size(), 1U);
+    QVERIFY(told[0].starts_with("The settings can't be written to "));
+    QCOMPARE(store.value("Elsewhere", "Brenlox", "ImportDirectory", ""), std::string("/data"));
+    QCOMPARE(store.value("Elsewhere", "Brenlox", "Extension", ""), std::string("edi"));
+    QCOMPARE(store.keys("Elsewhere", "Brenlox").size(), 2U);
+    store.remove("Elsewhere", "Brenlox", "Extension");
+    QCOMPARE(store.value("Elsewhere", "Brenlox", "Extension", "none"), std::string("none"));
   }
 
   void messages_show_their_text_as_it_is() {
