@@ -44,9 +44,10 @@ void add_stations(const std::vector<StrikeStation>& stations, const StrikeChoice
 
 std::string count_text(std::size_t count) { return plain_text(static_cast<std::int64_t>(count)); }
 
-/// Four digits: ends of data are no round numbers.
-std::string short_text(double number) {
-  return plain_text(static_cast<float>(numeric_value(format_number(number, "0.000e+00"))));
+/// Ends of data are no round numbers.
+std::string short_text(double number, int digits) {
+  const std::string picture = "0." + std::string(static_cast<std::size_t>(digits) - 1, '0') + "e+00";
+  return plain_text(static_cast<float>(numeric_value(format_number(number, picture))));
 }
 
 /// An end of a band. None if the text is no frequency.
@@ -144,12 +145,12 @@ std::string strike_text(const Estimate& strike) {
          (strike.has_error() ? " +- " + format_number(strike.error, "0.0") : "") + " degrees";
 }
 
-std::string frequencies_text(const FrequencyBand& band) {
-  return short_text(band.lower) + " - " + short_text(band.upper);
+std::string frequencies_text(const FrequencyBand& band, int digits) {
+  return short_text(band.lower, digits) + " - " + short_text(band.upper, digits);
 }
 
-std::string periods_text(const FrequencyBand& band) {
-  return short_text(1.0 / band.upper) + " - " + short_text(1.0 / band.lower);
+std::string periods_text(const FrequencyBand& band, int digits) {
+  return short_text(1.0 / band.upper, digits) + " - " + short_text(1.0 / band.lower, digits);
 }
 
 std::string band_text(const FrequencyBand& band) { return frequencies_text(band) + " Hz"; }

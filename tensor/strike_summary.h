@@ -73,9 +73,9 @@ std::string_view method_name(numerics::impedance::StrikeMethod method);
 
 /// "N27W, -27.3 +- 1.2 degrees".
 std::string strike_text(const numerics::impedance::Estimate& strike);
-/// "0.01 - 10", with four digits.
-std::string frequencies_text(const FrequencyBand& band);  // Hz
-std::string periods_text(const FrequencyBand& band);      // s
+/// "0.01 - 10", with so many digits at most.
+std::string frequencies_text(const FrequencyBand& band, int digits = 4);  // Hz
+std::string periods_text(const FrequencyBand& band, int digits = 4);      // s
 /// "0.01 - 10 Hz"
 std::string band_text(const FrequencyBand& band);
 /// "0.1 - 100 s"

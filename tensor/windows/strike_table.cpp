@@ -7,6 +7,7 @@
 #include <cmath>
 #include <numeric>
 #include <set>
+#include <utility>
 
 #include "core/number_text.h"
 #include "platform/widgets/copy_cells.h"
@@ -144,8 +145,9 @@ void StrikeTable::fill_row(int row, const StrikeStation& station, const StationS
 }
 
 /// The row of each station in the order that the table is sorted by; as they come where there are others.
-std::vector<int> StrikeTable::take_stations(const std::vector<StrikeStation>& stations) {
-  std::vector<int> rows(stations.size(), -1);
+/// @return whether the table has had these stations before
+bool StrikeTable::take_stations(const std::vector<StrikeStation>& stations, std::vector<int>& rows) {
+  rows.assign(stations.size(), -1);
   bool same = static_cast<std::size_t>(rowCount()) == stations.size();
   for (int row = 0; same && row < rowCount(); ++row) {
     const QTableWidgetItem* const cell = item(row, column_station);
@@ -156,27 +158,29 @@ std::vector<int> StrikeTable::take_stations(const std::vector<StrikeStation>& st
     }
   }
   if (same) {
-    return rows;
+    return true;
   }
   std::iota(rows.begin(), rows.end(), 0);
   setRowCount(0);
   setRowCount(static_cast<int>(stations.size()));
-  return rows;
+  return false;
 }
 
 void StrikeTable::show_stations(const std::vector<StrikeStation>& stations,
                                 const std::optional<Module_tensor::StrikeSummary>& summary) {
   const std::vector<double> selected = selected_stations();
-  const bool first = rowCount() == 0;
   setSortingEnabled(false);  // rows would move while they are filled in
-  const std::vector<int> rows = take_stations(stations);
+  std::vector<int> rows;
+  const bool same = take_stations(stations, rows);
   const StationStrike none;
   for (std::size_t i = 0; i < stations.size(); ++i) {
     fill_row(rows[i], stations[i], summary ? summary->stations[i] : none);
     item(rows[i], column_station)->setData(station_role, static_cast<qulonglong>(i));
   }
   setSortingEnabled(true);
-  if (first) {
+  if (!same && !stations.empty() && std::exchange(columns_fitted_, true)) {
+    resizeColumnToContents(column_station);  // another line may have longer names
+  } else if (!same && !stations.empty()) {
     resizeColumnsToContents();
   }
   if (selected == selected_stations()) {
