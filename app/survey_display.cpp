@@ -273,8 +273,9 @@ void SurveyDisplay::display_station(int station_index, bool draw_profile) {
   Q_EMIT station_displayed();
 }
 
-void SurveyDisplay::display_at(int station_index, double frequency) {
+void SurveyDisplay::display_at(int station_index, double frequency, const std::string& data_type) {
   PointClick click;
+  click.data_type = data_type;
   click.station_to_display = station_index == session().current_station_index ? -1 : station_index;
   if (frequency > 0.0) {
     click.frequency_text = format_number(frequency, "0.0000");

@@ -49,7 +49,8 @@ class SurveyDisplay : public QObject {
   void display_station(int station_index, bool draw_profile = false);
   /// The same from another window, where a point was chosen with it.
   /// @param frequency  Hz; above 0 it becomes that of the point clicked last, which commands act from
-  void display_at(int station_index, double frequency);
+  /// @param data_type  is shown from now on; empty: the one that is
+  void display_at(int station_index, double frequency, const std::string& data_type);
   /// What the profile takes the positions of the stations from.
   [[nodiscard]] Module_display_data::PositionSource positions() const { return axis_.source(); }
 

@@ -13,7 +13,9 @@ TensorWindows::TensorWindows(SurveyDisplay& display, QWidget& main_window)
   connect(&display, &SurveyDisplay::positions_changed, this,
           [this] { line_.set_positions(display_.positions()); });
   connect(&line_, &ShownLine::station_chosen, &display_,
-          [this](int station_index, double frequency) { display_.display_at(station_index, frequency); });
+          [this](int station_index, double frequency, const QString& data_type) {
+            display_.display_at(station_index, frequency, data_type.toStdString());
+          });
   connect(&line_, &ShownLine::edited, &display_, &SurveyDisplay::redraw);
   connect(&line_, &ShownLine::marks_changed, &display_, &SurveyDisplay::redraw);
   connect(&line_, &ShownLine::strike_chosen, this, [this](double strike) { Q_EMIT strike_chosen(strike); });

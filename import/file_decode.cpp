@@ -125,11 +125,15 @@ double decoded_number(const std::string& text, std::size_t row, FileReport& repo
   return 0.0;
 }
 
-// The line that the choices have for all files in the file's folder, else the one for all others.
+// The line that the choices have for the file, else for all files in its folder, else the one for all others.
 std::string line_by_folder(const std::string& file, const ImportChoices& choices) {
-  const std::string folder = folder_of(file);
-  const auto found = std::ranges::find(choices.folder_lines, folder, &FolderLine::folder);
-  return found == choices.folder_lines.end() ? choices.decode[decode_line_number].specified : found->line;
+  for (const std::string& place : {settled_file(file), folder_of(file)}) {
+    const auto found = std::ranges::find(choices.folder_lines, place, &FolderLine::folder);
+    if (found != choices.folder_lines.end()) {
+      return found->line;
+    }
+  }
+  return choices.decode[decode_line_number].specified;
 }
 
 void decode_line_of(const std::string& file, ReadingRecord& record, SampleFields& sample,
@@ -312,9 +316,13 @@ void read_file_head(const std::string& file, ReadingRecord& record, SampleFields
 }  // namespace
 
 std::string folder_of(const std::string& file) {
+  return std::filesystem::path(settled_file(file)).parent_path().string();
+}
+
+std::string settled_file(const std::string& file) {
   std::error_code failure;
   const std::filesystem::path absolute = std::filesystem::absolute(file, failure);
-  return (failure ? std::filesystem::path(file) : absolute).lexically_normal().parent_path().string();
+  return (failure ? std::filesystem::path(file) : absolute).lexically_normal().string();
 }
 
 std::string choices_fault(ImportChoices& choices) {

@@ -22,6 +22,8 @@ struct SampleFields {
 
 /// The folder that a file stands in, as FolderLine names it: absolute, without dots.
 std::string folder_of(const std::string& file);
+/// The path of a file in the same way.
+std::string settled_file(const std::string& file);
 
 /// The first fault of the choices, as its message words it; empty if they have none. A typed line is brought
 /// into its normal form on the way.

@@ -44,9 +44,9 @@ enum class StationsBy {
   distance,       // whole metres along the line
 };
 
-/// The line of the files that stand right in a folder.
+/// The line of the files that stand right in a folder, or of one file, which counts before its folder's.
 struct FolderLine {
-  std::string folder;  // path as folder_of gives it
+  std::string folder;  // path as folder_of or settled_file gives it
   std::string line;
 };
 

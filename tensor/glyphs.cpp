@@ -35,6 +35,14 @@ std::vector<GlyphPoint> ellipse_outline(const numerics::impedance::PhaseTensor& 
   return outline;
 }
 
+LimitedTip limited_tip(GlyphPoint tip) {
+  const double length = std::hypot(tip[0], tip[1]);
+  if (!(length > longest_arrow) || !std::isfinite(length)) {
+    return {tip, false};
+  }
+  return {{tip[0] / length * longest_arrow, tip[1] / length * longest_arrow}, true};
+}
+
 std::optional<ArrowShape> arrow_shape(GlyphPoint tip, double head_length) {
   const double length = std::hypot(tip[0], tip[1]);
   if (!std::isfinite(length) || length == 0.0) {

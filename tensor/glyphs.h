@@ -23,6 +23,15 @@ GlyphPoint turned_clockwise(GlyphPoint point, double degrees);
 /// @return empty where an element is unknown or P is zero
 std::vector<GlyphPoint> ellipse_outline(const numerics::impedance::PhaseTensor& tensor, int points);
 
+/// An induction arrow as far as it is drawn: a tipper of bad data may be many times the longest one of the
+/// earth, and would lie across all other sites.
+struct LimitedTip {
+  GlyphPoint tip{};
+  bool is_cut = false;
+};
+inline constexpr double longest_arrow = 1.0;  // of a tipper
+LimitedTip limited_tip(GlyphPoint tip);
+
 /// An arrow from (0, 0): a line to the base of its head, and the head as a triangle that begins with the tip.
 struct ArrowShape {
   GlyphPoint shaft_end{};

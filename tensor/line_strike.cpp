@@ -11,6 +11,7 @@ namespace Module_tensor {
 
 using numerics::impedance::BandStrike;
 using numerics::impedance::PhaseTensor;
+using numerics::impedance::SaidStrike;
 using numerics::impedance::StrikeChoices;
 using numerics::impedance::StrikeDatum;
 using numerics::impedance::StrikeMethod;
@@ -19,22 +20,19 @@ namespace {
 
 constexpr double single_precision = 1e-6;  // relative: how far a stored frequency is from what was meant
 
-void add_data(const StrikeStation& station, std::size_t index, const FrequencyBand& band, StrikeMethod method,
-              std::vector<StrikeDatum>& data) {
+/// Calls `visit` with the frequency of each datum and the datum.
+template <class Visit>
+void each_datum(const StrikeStation& station, std::size_t index, StrikeMethod method, Visit visit) {
   if (method == StrikeMethod::tipper) {
     for (const TipperPoint& point : station.tensors.tipper) {
-      if (band.contains(point.frequency)) {
-        data.push_back({index, nullptr, nullptr, &point.tipper});
-      }
+      visit(point.frequency, StrikeDatum{index, nullptr, nullptr, &point.tipper});
     }
     return;
   }
   for (std::size_t i = 0; i < station.tensors.points.size(); ++i) {
     const TensorPoint& point = station.tensors.points[i];
-    if (band.contains(point.frequency)) {
-      data.push_back(
-          {index, &point.tensor, station.phase_tensors[i] ? &*station.phase_tensors[i] : nullptr, nullptr});
-    }
+    const PhaseTensor* const tensor = station.phase_tensors[i] ? &*station.phase_tensors[i] : nullptr;
+    visit(point.frequency, StrikeDatum{index, &point.tensor, tensor, nullptr});
   }
 }
 
@@ -124,24 +122,43 @@ std::vector<FrequencyBand> decades_of(const std::vector<StrikeStation>& stations
   return result;
 }
 
-std::vector<StrikeDatum> strike_data(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
-                                     StrikeMethod method) {
-  std::vector<StrikeDatum> data;
+std::vector<PointStrike> point_strikes(const std::vector<StrikeStation>& stations,
+                                       const StrikeChoices& choices) {
+  std::vector<PointStrike> points;
+  const auto add = [&](double frequency, const StrikeDatum& datum) {
+    points.push_back({frequency, {datum.station, numerics::impedance::single_strike(datum, choices)}});
+  };
   for (std::size_t index = 0; index < stations.size(); ++index) {
-    add_data(stations[index], index, band, method, data);
+    each_datum(stations[index], index, choices.method, add);
   }
-  return data;
+  return points;
+}
+
+std::vector<SaidStrike> said_within(const std::vector<PointStrike>& points, const FrequencyBand& band) {
+  std::vector<SaidStrike> said;
+  said.reserve(points.size());
+  for (const PointStrike& point : points) {
+    if (band.contains(point.frequency)) {
+      said.push_back(point.strike);
+    }
+  }
+  return said;
 }
 
 BandStrike line_strike(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
                        const StrikeChoices& choices) {
-  return numerics::impedance::band_strike(strike_data(stations, band, choices.method), choices);
+  return numerics::impedance::band_strike(said_within(point_strikes(stations, choices), band),
+                                          choices.method);
 }
 
 StationStrike station_strike(const StrikeStation& station, const FrequencyBand& band,
                              const StrikeChoices& choices) {
   std::vector<StrikeDatum> data;
-  add_data(station, 0, band, choices.method, data);
+  each_datum(station, 0, choices.method, [&](double frequency, const StrikeDatum& datum) {
+    if (band.contains(frequency)) {
+      data.push_back(datum);
+    }
+  });
   StationStrike result;
   result.strike = numerics::impedance::band_strike(data, choices);
   std::vector<double> skews;
@@ -167,14 +184,12 @@ double Rose::highest() const {
   return highest;
 }
 
-Rose strike_rose(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
-                 const StrikeChoices& choices, double bin_width, double common) {
-  const bool of_tippers = choices.method == StrikeMethod::tipper;
+Rose strike_rose(std::span<const SaidStrike> said, StrikeMethod method, double bin_width, double common) {
+  const bool of_tippers = method == StrikeMethod::tipper;
   const auto bins = static_cast<std::size_t>(std::lround(180.0 / bin_width));
   Rose rose{bin_width, std::vector<double>(bins), std::vector<double>(of_tippers ? 0 : bins), 0};
   const double centre = std::isnan(common) ? 0.0 : common;
-  for (const StrikeDatum& datum : strike_data(stations, band, choices.method)) {
-    const auto single = numerics::impedance::single_strike(datum, choices);
+  for (const auto& [station, single] : said) {
     if (std::isnan(single.strike)) {
       continue;
     }

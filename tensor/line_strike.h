@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <limits>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "numerics/impedance/band_strike.h"
@@ -22,6 +23,7 @@ struct FrequencyBand {
   double upper = std::numeric_limits<double>::infinity();
   bool with_upper = true;  // bands that follow each other share no frequency
 
+  bool operator==(const FrequencyBand&) const = default;
   [[nodiscard]] bool contains(double frequency) const;
 };
 
@@ -41,10 +43,15 @@ std::optional<FrequencyBand> whole_band(const std::vector<StrikeStation>& statio
 /// The decades that hold data of a band, ascending, cut to it at its ends.
 std::vector<FrequencyBand> decades_of(const std::vector<StrikeStation>& stations, const FrequencyBand& band);
 
-/// What has a say, and what the limits leave out, in a band. The data refer to the stations.
-std::vector<numerics::impedance::StrikeDatum> strike_data(const std::vector<StrikeStation>& stations,
-                                                          const FrequencyBand& band,
-                                                          numerics::impedance::StrikeMethod method);
+/// What each point or arrow of a line says by itself, or that the limits leave it out.
+struct PointStrike {
+  double frequency = 0.0;
+  numerics::impedance::SaidStrike strike;
+};
+std::vector<PointStrike> point_strikes(const std::vector<StrikeStation>& stations,
+                                       const numerics::impedance::StrikeChoices& choices);
+std::vector<numerics::impedance::SaidStrike> said_within(const std::vector<PointStrike>& points,
+                                                         const FrequencyBand& band);
 
 /// The common strike of all stations in a band.
 numerics::impedance::BandStrike line_strike(const std::vector<StrikeStation>& stations,
@@ -73,7 +80,7 @@ struct Rose {
 
 /// @param bin_width  a divisor of 180
 /// @param common     the strike that the points have in common; not known: 0
-Rose strike_rose(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
-                 const numerics::impedance::StrikeChoices& choices, double bin_width, double common);
+Rose strike_rose(std::span<const numerics::impedance::SaidStrike> said,
+                 numerics::impedance::StrikeMethod method, double bin_width, double common);
 
 }  // namespace Module_tensor

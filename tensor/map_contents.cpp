@@ -45,7 +45,15 @@ std::string remarks_text(const MapContents& contents) {
            counted(static_cast<std::size_t>(with_tipper)) +
            " a tipper. Places: " + places_text(contents.map) + ".";
   }
-  return contents.map.without_place.empty() ? text : text + missing_text(contents.map.without_place);
+  if (!contents.map.without_place.empty()) {
+    text += missing_text(contents.map.without_place);
+  }
+  if (contents.unread_lines > 0) {
+    text += " Reading was stopped: " + counted(contents.unread_lines) + " of the lines " +
+            (contents.unread_lines == 1 ? "is" : "are") +
+            " not shown. To read on, choose this line and then all lines again.";
+  }
+  return text;
 }
 
 }  // namespace Module_tensor

@@ -1,5 +1,6 @@
 // map_contents.h: what a picture of the map shows, and how.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,6 +31,7 @@ struct MapContents {
   std::optional<PlanFrame> frame;       // none: all sites
   std::optional<std::int32_t> current;  // StationID of the station that the main window shows
   std::string heading;                  // "Line 200"
+  std::size_t unread_lines = 0;         // of all lines: reading them was stopped
   std::string note;                     // in place of the sites where there are none
 
   /// Looks the values of all sites up.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <utility>
 
 namespace Module_tensor {
@@ -287,6 +288,24 @@ void find_extent(PseudoSection& section) {
 }
 
 }  // namespace
+
+StationPlaces places_in_order(const LineTensors& line, const StationPlaces& places) {
+  std::vector<std::pair<double, double>> stations;  // place and number
+  for (const StationTensor& station : line.stations) {
+    if (const auto place = places(station.station)) {
+      stations.emplace_back(*place, station.station);
+    }
+  }
+  std::ranges::sort(stations);
+  std::map<double, double> order;
+  for (const auto& station : stations) {
+    order.emplace(station.second, static_cast<double>(order.size() + 1));
+  }
+  return [order = std::move(order)](double station) {
+    const auto found = order.find(station);
+    return found == order.end() ? std::nullopt : std::optional(found->second);
+  };
+}
 
 PseudoSection make_pseudo_section(const SectionSource& source, SectionQuantity quantity,
                                   const StationPlaces& places) {

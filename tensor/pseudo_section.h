@@ -62,6 +62,9 @@ struct PseudoSection {
 /// Where a station is along the line, m; none if it has no place.
 using StationPlaces = std::function<std::optional<double>(double station)>;
 
+/// Places that are one metre apart in the order of others. Stations at one place are neighbours.
+StationPlaces places_in_order(const LineTensors& line, const StationPlaces& places);
+
 PseudoSection make_pseudo_section(const SectionSource& source, SectionQuantity quantity,
                                   const StationPlaces& places);
 

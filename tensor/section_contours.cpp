@@ -29,18 +29,23 @@ Place crossing(const Square& square, std::size_t side, double level) {
   return {std::lerp(from.x, to.x, share), std::lerp(from.height, to.height, share)};
 }
 
-void add_piece(const Square& square, double level, std::size_t one_side, std::size_t other_side,
+struct Level {
+  std::size_t index = 0;
+  double value = 0.0;
+};
+
+void add_piece(const Square& square, const Level& level, std::size_t one_side, std::size_t other_side,
                std::vector<ContourPiece>& pieces) {
-  const Place from = crossing(square, one_side, level);
-  const Place to = crossing(square, other_side, level);
-  pieces.push_back({from.x, from.height, to.x, to.height});
+  const Place from = crossing(square, one_side, level.value);
+  const Place to = crossing(square, other_side, level.value);
+  pieces.push_back({level.index, from.x, from.height, to.x, to.height});
 }
 
-void add_pieces(const Square& square, double level, std::vector<ContourPiece>& pieces) {
+void add_pieces(const Square& square, const Level& level, std::vector<ContourPiece>& pieces) {
   std::array<std::size_t, 4> sides{};
   std::size_t crossed = 0;
   for (std::size_t side = 0; side < square.size(); ++side) {
-    if ((square[side].value < level) != (square[(side + 1) % square.size()].value < level)) {
+    if ((square[side].value < level.value) != (square[(side + 1) % square.size()].value < level.value)) {
       sides[crossed++] = side;
     }
   }
@@ -49,7 +54,7 @@ void add_pieces(const Square& square, double level, std::vector<ContourPiece>& p
   } else if (crossed == 4) {
     const double middle = 0.25 * (square[0].value + square[1].value + square[2].value + square[3].value);
     // Where the middle belongs to corner 0, the line cuts corners 1 and 3 off, else 0 and 2.
-    const std::size_t first = (middle < level) == (square[0].value < level) ? 0 : 3;
+    const std::size_t first = (middle < level.value) == (square[0].value < level.value) ? 0 : 3;
     add_piece(square, level, first, (first + 1) % 4, pieces);
     add_piece(square, level, (first + 2) % 4, (first + 3) % 4, pieces);
   }
@@ -59,7 +64,7 @@ void add_square(const Square& square, const std::vector<double>& levels, std::ve
   const auto [least, most] = std::ranges::minmax(square, {}, &Corner::value);
   for (auto level = std::ranges::upper_bound(levels, least.value);
        level != levels.end() && *level <= most.value; ++level) {
-    add_pieces(square, *level, pieces);
+    add_pieces(square, {static_cast<std::size_t>(level - levels.begin()), *level}, pieces);
   }
 }
 

@@ -1,5 +1,6 @@
 // section_contours.h: lines of equal value through the cells of a pseudo-section.
 #pragma once
+#include <cstddef>
 #include <vector>
 
 #include "tensor/pseudo_section.h"
@@ -8,6 +9,7 @@ namespace Module_tensor {
 
 /// A piece of a line, in the coordinates of the section.
 struct ContourPiece {
+  std::size_t level = 0;  // index of its value
   double x1 = 0.0;
   double height1 = 0.0;
   double x2 = 0.0;

@@ -210,6 +210,25 @@ Points of_tipper(const SectionSource& source, std::size_t station) {
   return points;
 }
 
+/// Where a depth section has a point without a tensor: at the depth that the off-diagonals as measured have.
+double measured_depth(const std::array<std::vector<CurvePoint>, 2>& curves, float frequency) {
+  double logarithms = 0.0;
+  int count = 0;
+  for (const std::vector<CurvePoint>& curve : curves) {
+    const auto found = std::ranges::find(curve, frequency, &CurvePoint::frequency);
+    if (found != curve.end() && found->earth.resistivity.value > 0.0) {
+      logarithms += std::log(found->earth.resistivity.value);
+      ++count;
+    }
+  }
+  if (count == 0) {
+    return SectionPoint::none;
+  }
+  ApparentEarth earth;
+  earth.resistivity.value = std::exp(logarithms / count);
+  return numerics::impedance::bostick_point(earth, double{frequency}).depth.value;
+}
+
 /// Adds the frequencies at which a mask of one of the curves leaves no tensor.
 void add_masked(const SectionSource& source, std::size_t station, const QuantityFacts& facts,
                 Points& points) {
@@ -218,9 +237,11 @@ void add_masked(const SectionSource& source, std::size_t station, const Quantity
     present.push_back(static_cast<float>(point.frequency));
   }
   std::ranges::sort(present);
-  for (const auto& type : facts.curves) {
-    const bool is_tipper = *type == CurveType::HzHx || *type == CurveType::HzHy;
-    for (const CurvePoint& measured : curve_points(source, station, *type)) {
+  const std::array curves{curve_points(source, station, *facts.curves[0]),
+                          curve_points(source, station, *facts.curves[1])};
+  const bool is_tipper = facts.quantity == SectionQuantity::tipper_magnitude;
+  for (const std::vector<CurvePoint>& curve : curves) {
+    for (const CurvePoint& measured : curve) {
       if (is_tipper && !(measured.earth.resistivity.has_value() && measured.earth.phase.has_value())) {
         continue;  // its masks say no more than that; files have no tipper at many frequencies
       }
@@ -229,6 +250,9 @@ void add_masked(const SectionSource& source, std::size_t station, const Quantity
         present.insert(place, measured.frequency);
         SectionPoint point;
         point.frequency = measured.frequency;
+        if (facts.axis == SectionAxis::depth) {
+          point.depth = measured_depth(curves, measured.frequency);
+        }
         points.push_back(point);
       }
     }

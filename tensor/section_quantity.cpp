@@ -55,6 +55,11 @@ const QuantityFacts& facts_of(SectionQuantity quantity) {
   return quantities[static_cast<std::size_t>(quantity)];
 }
 
+std::string_view curve_shown_by(const QuantityFacts& facts) {
+  const auto& [one, other] = facts.curves;
+  return one && !other ? curve_types[static_cast<std::size_t>(*one)] : std::string_view();
+}
+
 std::optional<SectionQuantity> quantity_of(std::string_view word) {
   const auto found = std::ranges::find(quantities, word, &QuantityFacts::word);
   return found == quantities.end() ? std::nullopt : std::optional(found->quantity);

@@ -60,6 +60,8 @@ struct QuantityFacts {
 /// In the order of SectionQuantity.
 std::span<const QuantityFacts> section_quantities();
 const QuantityFacts& facts_of(SectionQuantity quantity);
+/// The data type of the one curve that a quantity shows; empty if it comes from several.
+std::string_view curve_shown_by(const QuantityFacts& facts);
 /// By the word of a command line.
 std::optional<SectionQuantity> quantity_of(std::string_view word);
 

@@ -32,6 +32,18 @@ std::string value_text(const QuantityFacts& facts, const SectionPoint& point) {
   return facts.unit.empty() ? text : text + " " + std::string(facts.unit);
 }
 
+/// What is wrong with a limit by itself.
+std::string limit_fault(const QuantityFacts& facts, const std::string& name, const std::string& text) {
+  if (!is_numeric(text)) {
+    return "The " + name + " limit is no number: " + text;
+  }
+  const double value = numeric_value(text);
+  if (!std::isfinite(value) || (facts.is_logarithmic() && !(value > 0.0))) {
+    return "The " + name + " limit must be above 0";
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string section_title(const std::string& survey_file, const std::string& line, SectionQuantity quantity) {
@@ -85,6 +97,14 @@ std::optional<SectionRange> typed_range(const QuantityFacts& facts, const std::s
   const double width = limits[1] - limits[0];
   const bool wide = width > least_share * std::max(std::abs(limits[0]), std::abs(limits[1]));
   return wide && std::isfinite(width) ? std::optional(SectionRange{limits[0], limits[1]}) : std::nullopt;
+}
+
+LimitFaults limit_faults(const QuantityFacts& facts, const std::string& lower, const std::string& upper) {
+  LimitFaults faults{limit_fault(facts, "lower", lower), limit_fault(facts, "upper", upper)};
+  if (faults.lower.empty() && faults.upper.empty() && !typed_range(facts, lower, upper)) {
+    faults.upper = "The upper limit must be above the lower one";
+  }
+  return faults;
 }
 
 }  // namespace Module_tensor

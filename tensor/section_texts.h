@@ -26,4 +26,11 @@ std::string range_text(const QuantityFacts& facts, double limit);
 std::optional<SectionRange> typed_range(const QuantityFacts& facts, const std::string& lower,
                                         const std::string& upper);
 
+/// Why limits make no range, by limit; empty where nothing is wrong with it.
+struct LimitFaults {
+  std::string lower;
+  std::string upper;
+};
+LimitFaults limit_faults(const QuantityFacts& facts, const std::string& lower, const std::string& upper);
+
 }  // namespace Module_tensor

@@ -83,14 +83,11 @@ double nearer_to_normal(double strike, double line_azimuth) {
   return axial(between(strike, normal) <= between(strike + 90.0, normal) ? strike : strike + 90.0);
 }
 
-ArrowVotes arrow_votes(const std::vector<StrikeStation>& stations, const FrequencyBand& band, double strike) {
+ArrowVotes arrow_votes(std::span<const numerics::impedance::SaidStrike> arrows, double strike) {
   ArrowVotes votes;
-  for (const StrikeStation& station : stations) {
-    for (const TipperPoint& point : station.tensors.tipper) {
-      const auto across = numerics::impedance::tipper_strike(point.tipper);
-      if (band.contains(point.frequency) && across.has_value()) {
-        ++(between(across.value, strike) <= 45.0 ? votes.strike : votes.alternative);
-      }
+  for (const auto& [station, across] : arrows) {
+    if (!std::isnan(across.strike)) {
+      ++(between(across.strike, strike) <= 45.0 ? votes.strike : votes.alternative);
     }
   }
   return votes;

@@ -6,6 +6,7 @@
 #pragma once
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -34,7 +35,8 @@ struct ArrowVotes {
   std::size_t strike = 0;
   std::size_t alternative = 0;
 };
-ArrowVotes arrow_votes(const std::vector<StrikeStation>& stations, const FrequencyBand& band, double strike);
+/// @param arrows  what they say by themselves, by the method of tippers
+ArrowVotes arrow_votes(std::span<const numerics::impedance::SaidStrike> arrows, double strike);
 
 /// What can be said on the choice between a strike and its alternative, in sentences.
 /// @param azimuth  of the line

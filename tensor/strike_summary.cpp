@@ -14,25 +14,17 @@ using numerics::impedance::StrikeMethod;
 
 namespace {
 
-BandAnswer answer_of(const std::vector<StrikeStation>& stations, const FrequencyBand& band,
-                     const StrikeChoices& choices, double bin_width) {
-  BandAnswer answer;
-  answer.strike = line_strike(stations, band, choices);
-  answer.rose = strike_rose(stations, band, choices, bin_width, answer.strike.strike.value);
-  return answer;
-}
-
-MethodAnswers answers_of(const std::vector<StrikeStation>& stations, const StrikeSummary& summary,
-                         const StrikeQuestion& question, StrikeMethod method) {
-  StrikeChoices choices = question.choices;
-  choices.method = method;
-  MethodAnswers answers;
-  answers.method = method;
-  answers.whole = answer_of(stations, summary.band, choices, question.bin_width);
-  for (const FrequencyBand& decade : summary.decades) {
-    answers.decades.push_back(answer_of(stations, decade, choices, question.bin_width));
+/// What the points by a method depend on; choices that the method doesn't know are as by default.
+StrikeChoices choices_of(const StrikeQuestion& question, StrikeMethod method) {
+  StrikeChoices choices{method};
+  if (method != StrikeMethod::tipper) {
+    choices.skew_limit = question.choices.skew_limit;
+    choices.least_ellipticity = question.choices.least_ellipticity;
   }
-  return answers;
+  if (method == StrikeMethod::phase_tensor_azimuth || method == StrikeMethod::phase_tensor_alpha) {
+    choices.weights = question.choices.weights;
+  }
+  return choices;
 }
 
 std::size_t points_in(const StrikeStation& station, const FrequencyBand& band) {
@@ -52,9 +44,10 @@ void add_stations(const std::vector<StrikeStation>& stations, const StrikeChoice
 
 std::string count_text(std::size_t count) { return plain_text(static_cast<std::int64_t>(count)); }
 
-/// Four digits: ends of data are no round numbers.
-std::string short_text(double number) {
-  return plain_text(static_cast<float>(numeric_value(format_number(number, "0.000e+00"))));
+/// Ends of data are no round numbers.
+std::string short_text(double number, int digits) {
+  const std::string picture = "0." + std::string(static_cast<std::size_t>(digits) - 1, '0') + "e+00";
+  return plain_text(static_cast<float>(numeric_value(format_number(number, picture))));
 }
 
 /// An end of a band. None if the text is no frequency.
@@ -73,8 +66,40 @@ std::string limits_text(const StrikeQuestion& question) {
 
 }  // namespace
 
-std::optional<StrikeSummary> strike_summary(const std::vector<StrikeStation>& stations,
-                                            const StrikeQuestion& question) {
+const StrikeSummaries::Kept& StrikeSummaries::answers(const std::vector<StrikeStation>& stations,
+                                                      const StrikeSummary& summary,
+                                                      const StrikeQuestion& question, StrikeMethod method) {
+  Kept& kept = kept_[static_cast<std::size_t>(method)];
+  const StrikeChoices choices = choices_of(question, method);
+  const bool same_points = kept.choices == choices;
+  if (!same_points) {
+    kept.choices = choices;
+    kept.points = point_strikes(stations, choices);
+  }
+  const bool same_strikes = same_points && kept.band == summary.band;
+  if (same_strikes && kept.bin_width == question.bin_width) {
+    return kept;
+  }
+  kept.band = summary.band;
+  kept.bin_width = question.bin_width;
+  kept.answers.method = method;
+  kept.answers.decades.resize(summary.decades.size());
+  const auto fill = [&](const FrequencyBand& band, BandAnswer& answer) {
+    const auto said = said_within(kept.points, band);
+    if (!same_strikes) {
+      answer.strike = numerics::impedance::band_strike(said, method);
+    }
+    answer.rose = strike_rose(said, method, question.bin_width, answer.strike.strike.value);
+  };
+  fill(summary.band, kept.answers.whole);
+  for (std::size_t i = 0; i < summary.decades.size(); ++i) {
+    fill(summary.decades[i], kept.answers.decades[i]);
+  }
+  return kept;
+}
+
+std::optional<StrikeSummary> StrikeSummaries::summary(const std::vector<StrikeStation>& stations,
+                                                      const StrikeQuestion& question) {
   const auto whole = whole_band(stations);
   if (!whole) {
     return std::nullopt;
@@ -86,13 +111,19 @@ std::optional<StrikeSummary> strike_summary(const std::vector<StrikeStation>& st
   const StrikeMethod of_phase_tensors =
       asked == StrikeMethod::phase_tensor_alpha ? asked : StrikeMethod::phase_tensor_azimuth;
   for (const StrikeMethod method : {of_phase_tensors, StrikeMethod::swift_sum, StrikeMethod::tipper}) {
-    summary.methods.push_back(answers_of(stations, summary, question, method));
+    summary.methods.push_back(answers(stations, summary, question, method).answers);
   }
   const auto best = std::ranges::find(summary.methods, asked, &MethodAnswers::method);
   summary.best = best->whole.strike;
-  summary.votes = arrow_votes(stations, summary.band, summary.best.strike.value);
+  const Kept& arrows = kept_[static_cast<std::size_t>(StrikeMethod::tipper)];
+  summary.votes = arrow_votes(said_within(arrows.points, summary.band), summary.best.strike.value);
   add_stations(stations, question.choices, summary);
   return summary;
+}
+
+std::optional<StrikeSummary> strike_summary(const std::vector<StrikeStation>& stations,
+                                            const StrikeQuestion& question) {
+  return StrikeSummaries().summary(stations, question);
 }
 
 std::string_view method_name(StrikeMethod method) {
@@ -114,12 +145,12 @@ std::string strike_text(const Estimate& strike) {
          (strike.has_error() ? " +- " + format_number(strike.error, "0.0") : "") + " degrees";
 }
 
-std::string frequencies_text(const FrequencyBand& band) {
-  return short_text(band.lower) + " - " + short_text(band.upper);
+std::string frequencies_text(const FrequencyBand& band, int digits) {
+  return short_text(band.lower, digits) + " - " + short_text(band.upper, digits);
 }
 
-std::string periods_text(const FrequencyBand& band) {
-  return short_text(1.0 / band.upper) + " - " + short_text(1.0 / band.lower);
+std::string periods_text(const FrequencyBand& band, int digits) {
+  return short_text(1.0 / band.upper, digits) + " - " + short_text(1.0 / band.lower, digits);
 }
 
 std::string band_text(const FrequencyBand& band) { return frequencies_text(band) + " Hz"; }

@@ -44,14 +44,38 @@ struct StrikeSummary {
 std::optional<StrikeSummary> strike_summary(const std::vector<StrikeStation>& stations,
                                             const StrikeQuestion& question);
 
+/// The same for one question after the other on the same stations: what a changed choice leaves as it was is
+/// kept.
+class StrikeSummaries {
+ public:
+  /// For other stations.
+  void forget() { *this = {}; }
+  std::optional<StrikeSummary> summary(const std::vector<StrikeStation>& stations,
+                                       const StrikeQuestion& question);
+
+ private:
+  /// Of a method, with what it was made for.
+  struct Kept {
+    std::optional<numerics::impedance::StrikeChoices> choices;
+    std::optional<FrequencyBand> band;
+    double bin_width = 0.0;
+    std::vector<PointStrike> points;
+    MethodAnswers answers;
+  };
+  const Kept& answers(const std::vector<StrikeStation>& stations, const StrikeSummary& summary,
+                      const StrikeQuestion& question, numerics::impedance::StrikeMethod method);
+
+  std::array<Kept, 4> kept_;  // by StrikeMethod
+};
+
 /// "Phase tensor", "Swift" and so on.
 std::string_view method_name(numerics::impedance::StrikeMethod method);
 
 /// "N27W, -27.3 +- 1.2 degrees".
 std::string strike_text(const numerics::impedance::Estimate& strike);
-/// "0.01 - 10", with four digits.
-std::string frequencies_text(const FrequencyBand& band);  // Hz
-std::string periods_text(const FrequencyBand& band);      // s
+/// "0.01 - 10", with so many digits at most.
+std::string frequencies_text(const FrequencyBand& band, int digits = 4);  // Hz
+std::string periods_text(const FrequencyBand& band, int digits = 4);      // s
 /// "0.01 - 10 Hz"
 std::string band_text(const FrequencyBand& band);
 /// "0.1 - 100 s"

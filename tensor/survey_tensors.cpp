@@ -69,6 +69,7 @@ Outcome SurveyTensors::load_others(const Frequencies& frequencies) {
     return Outcome::failed;
   }
   std::erase_if(lines, [this](const LineChoice& line) { return lines_.contains(line.line); });
+  left_out_ = lines.size();
   Module_averaged_data::WorkProgress progress("Reading the tensors", lines.size());
   return each_item(progress, [&](std::size_t index) {
     LineTensors loaded;
@@ -76,6 +77,7 @@ Outcome SurveyTensors::load_others(const Frequencies& frequencies) {
       return -1;
     }
     lines_[lines[index].line] = northward(loaded.stations);
+    --left_out_;
     return 0;
   });
 }

@@ -33,10 +33,13 @@ class SurveyTensors {
   /// @return 0, or -1 after a message; the map is empty then
   [[nodiscard]] int make_map(bool all_lines, const Frequencies& frequencies, SiteMap& map) const;
 
+  /// Lines that load_others was stopped at or failed before.
+  [[nodiscard]] std::size_t left_out() const { return left_out_; }
   [[nodiscard]] const LineChoice& shown() const { return shown_; }
 
  private:
   LineChoice shown_;
+  std::size_t left_out_ = 0;
   std::map<std::string, std::vector<StationTensor>> lines_;
 };
 

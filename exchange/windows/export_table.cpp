@@ -5,6 +5,7 @@
 
 #include "exchange/windows/export_plan_model.h"
 #include "platform/widgets/copy_cells.h"
+#include "platform/widgets/preview_table.h"
 
 namespace {
 
@@ -17,21 +18,9 @@ ExportTable::ExportTable(ExportPlanModel& model, QWidget* parent) : QTableView(p
   setObjectName("Table_export_plan");
   setAccessibleName("Files that would be written");
   setToolTip("What would be written; Ctrl+C copies the selected cells");
-  setAlternatingRowColors(true);
-  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  set_up_preview_table(*this);
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setWordWrap(false);
-  setTabKeyNavigation(false);  // the tab key goes on to the next control
-  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  verticalHeader()->hide();
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-  horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setStretchLastSection(true);
-  horizontalHeader()->setSortIndicatorShown(true);
-  horizontalHeader()->setSortIndicatorClearable(true);
-  horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
   setModel(&model);
   setSortingEnabled(true);
   size_columns();

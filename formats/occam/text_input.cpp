@@ -1,5 +1,6 @@
 #include "formats/occam/text_input.h"
 
+#include <cctype>
 #include <cmath>
 #include <limits>
 
@@ -79,7 +80,24 @@ int integer_of(double value) {
   return static_cast<int>(value);
 }
 
-int integer_value(std::string_view text) { return integer_of(numeric_value(text)); }
+namespace {
+
+// "2O" is no 2: a letter that looks like a digit would make another count of it.
+void refuse_half_number(std::string_view text, std::string_view rest) {
+  const bool begins_as_number = rest.size() < text.size();
+  if (begins_as_number && !rest.empty() && std::isalnum(static_cast<unsigned char>(rest.front())) != 0) {
+    throw std::runtime_error("'" + std::string(trimmed(text)) + "' is no whole number");
+  }
+}
+
+}  // namespace
+
+int integer_value(std::string_view text) {
+  std::string_view rest;
+  const double number = numeric_value(text, rest);
+  refuse_half_number(text, rest);
+  return integer_of(number);
+}
 
 double strict_number(std::string_view text) {
   std::string_view rest;
@@ -90,7 +108,10 @@ double strict_number(std::string_view text) {
   return number;
 }
 
-int strict_integer(std::string_view text) { return integer_of(strict_number(text)); }
+int strict_integer(std::string_view text) {
+  static_cast<void>(strict_number(text));
+  return integer_value(text);
+}
 
 std::string_view behind_colon(std::string_view line) {
   const std::size_t colon = line.find(':');

@@ -79,7 +79,8 @@ class TextInput {
 /// item that is no finite number.
 [[nodiscard]] int read_number_list(TextInput& input, std::int64_t count, std::vector<double>& values);
 
-/// The number that a text begins with as an integer, 0 if there is none. Throws if it isn't a 32-bit integer.
+/// The number that a text begins with as an integer, 0 if there is none. Throws if it isn't a 32-bit integer,
+/// or if a letter or digit follows it at once.
 int integer_value(std::string_view text);
 /// The same for a number that has already been read.
 int integer_of(double value);

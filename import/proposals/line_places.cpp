@@ -68,7 +68,63 @@ std::vector<MapPlace> each_once(const std::vector<MapPlace>& places) {
   return once;
 }
 
+// A place by its distances along a line and beside it, in either order.
+struct Beside {
+  double across = 0.0;
+  double along = 0.0;
+};
+
+double extent(std::span<const Beside> places, double Beside::*coordinate) {
+  const auto [least, most] = std::ranges::minmax(places, {}, coordinate);
+  return most.*coordinate - least.*coordinate;
+}
+
+// The widest gap across, if both sides of it are lines that run beside one another.
+std::optional<double> gap_of_lines(std::vector<Beside> places) {
+  constexpr std::size_t fewest = 3;  // of a line
+  std::ranges::sort(places, {}, &Beside::across);
+  std::size_t first = 0;
+  double widest = 0.0;
+  for (std::size_t i = 1; i < places.size(); ++i) {
+    if (const double gap = places[i].across - places[i - 1].across; gap > widest) {
+      widest = gap;
+      first = i;
+    }
+  }
+  if (first < fewest || places.size() - first < fewest) {
+    return std::nullopt;
+  }
+  const auto one = std::span(places).first(first);
+  const auto other = std::span(places).subspan(first);
+  constexpr double narrow = 3.0;
+  constexpr double least = 50.0;  // m: places of one site differ by as much
+  const double across = std::max(extent(one, &Beside::across), extent(other, &Beside::across));
+  const double shorter = std::min(extent(one, &Beside::along), extent(other, &Beside::along));
+  const double common =
+      extent(one, &Beside::along) + extent(other, &Beside::along) - extent(places, &Beside::along);
+  const bool are_lines = widest > least && widest > narrow * across && shorter > narrow * across;
+  return are_lines && common > 0.5 * shorter ? std::optional(widest) : std::nullopt;
+}
+
+// The direction of all places together is that of the lines, or at a right angle to it where these are
+// farther apart than long.
+std::optional<double> distance_of_two_lines(const std::vector<MapPlace>& places,
+                                            const numerics::geodesy::BestLine& line) {
+  std::vector<Beside> by_line;
+  std::vector<Beside> across_line;
+  for (const MapPlace& place : places) {
+    by_line.push_back({line.beside(place), line.along(place)});
+    across_line.push_back({line.along(place), line.beside(place)});
+  }
+  const std::optional<double> gap = gap_of_lines(std::move(by_line));
+  return gap ? gap : gap_of_lines(std::move(across_line));
+}
+
 }  // namespace
+
+std::string parallel_lines_text(double apart) {
+  return "two parallel lines, " + format_number(apart, "0") + " m apart";
+}
 
 CoordSystem utm_zone_of(std::span<const GeographicPlace> places) {
   const double longitude =
@@ -124,6 +180,7 @@ LinePlaces::LinePlaces(std::vector<MapPlace> places, std::vector<KnownSite> know
   if (!line_) {
     return;
   }
+  parallel_lines_ = distance_of_two_lines(all, *line_);
   // A line of the survey goes on as it is: one that turned a little would give its own sites other stations.
   if (const auto earlier = numerics::geodesy::best_line(each_once(of_survey));
       earlier && line_->is_line() && earlier->is_line()) {

@@ -2,6 +2,7 @@
 #pragma once
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "numerics/geodesy/best_line.h"
@@ -35,6 +36,9 @@ struct KnownSite {
   double station = 0.0;
 };
 
+/// "two parallel lines, 220 m apart".
+std::string parallel_lines_text(double apart);
+
 class LinePlaces {
  public:
   /// @param places of the import, in the order of its files
@@ -47,6 +51,8 @@ class LinePlaces {
   /// Whether the survey's stations of the line are metres along it; true without any.
   [[nodiscard]] bool known_are_distances() const { return known_are_distances_; }
   [[nodiscard]] bool has_known() const { return has_known_; }
+  /// How far two parallel lines are apart that the places lie on beside one another, m; none if they don't.
+  [[nodiscard]] std::optional<double> parallel_lines() const { return parallel_lines_; }
   /// Of how many different places, the survey's among them.
   [[nodiscard]] std::size_t places() const { return count_; }
   [[nodiscard]] double length() const { return line_ ? line_->length : 0.0; }
@@ -66,6 +72,7 @@ class LinePlaces {
   std::optional<numerics::geodesy::BestLine> line_;
   numerics::geodesy::MapPlace middle_;  // medians of the places
   std::size_t count_ = 0;
+  std::optional<double> parallel_lines_;
   double far_ = 0.0;        // m from the middle; 0: too few places to tell
   double direction_ = 1.0;  // of the stations along the line, 1 or -1
   double zero_ = 0.0;       // station at the line's mean

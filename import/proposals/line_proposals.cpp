@@ -2,11 +2,17 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <map>
 #include <set>
 #include <vector>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "import/file_decode.h"
+#include "import/file_formats.h"
+#include "import/proposals/line_places.h"
+#include "import/proposals/site_stations.h"
 
 namespace Module_data_file {
 
@@ -18,6 +24,8 @@ constexpr const char* by_survey = "the survey has these files on it";
 constexpr const char* by_folder = "the digits of the folder's name";
 constexpr const char* by_folders = "the digits of the folders' names";
 constexpr const char* by_default = "the lowest hundred that the survey hasn't";
+constexpr const char* by_files = "the digits of the files' names, as the tables have stations in common";
+constexpr const char* by_tables = "tables in one folder that have stations in common at other places";
 
 bool is_letter(char byte) {
   return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
@@ -30,6 +38,8 @@ struct Folder {
   std::set<std::string> in_survey;  // the lines of its files that were imported before; "": more than one
   std::string line;
   const char* why = by_default;
+  std::vector<const ScannedFile*> tables;  // of stations without lines of their own
+  bool has_others = false;                 // other files
 };
 
 void take_earlier_line(const ScannedFile& file, SurveyBefore& survey, Folder& folder) {
@@ -48,22 +58,102 @@ std::vector<Folder> folders_of(std::span<const ScannedFile> files, SurveyBefore&
     const std::string path = folder_of(file.path);
     auto folder = std::ranges::find(folders, path, &Folder::path);
     if (folder == folders.end()) {
-      folder = folders.insert(folders.end(), Folder{path, {}, {}});
+      folder = folders.insert(folders.end(), Folder());
+      folder->path = path;
     }
     take_earlier_line(file, survey, *folder);
+    if (is_station_table(file.format)) {
+      folder->tables.push_back(&file);
+    } else {
+      folder->has_others = true;
+    }
   }
   return folders;
 }
 
-std::string lowest_free_line(const SurveyBefore& survey, const std::vector<Folder>& folders,
+std::string lowest_free_line(const SurveyBefore& survey, const std::set<std::string>& taken,
                              LineDirection direction) {
   constexpr int step = 100;
   for (int number = step;; number += step) {
     std::string line = plain_text(number) + (direction == LineDirection::local_east ? "E" : "N");
-    if (!survey.has_line(line) && std::ranges::find(folders, line, &Folder::line) == folders.end()) {
+    if (!survey.has_line(line) && !taken.contains(line)) {
       return line;
     }
   }
+}
+
+// What the tables of a folder have in common, of the stations that take the line of the import.
+struct InCommon {
+  bool any = false;
+  bool apart = false;  // one of these stations is at two places
+};
+
+InCommon common_stations(const std::vector<const ScannedFile*>& tables, const PlaceMap& map) {
+  InCommon common;
+  std::map<double, std::pair<const ScannedFile*, const OwnStation*>> firsts;
+  for (const ScannedFile* const table : tables) {
+    for (const OwnStation& own : table->own_stations) {
+      if (!own.line.empty()) {
+        continue;
+      }
+      const auto& [file, first] = firsts.try_emplace(own.station, table, &own).first->second;
+      if (file != table) {
+        const std::optional<double> metres = metres_between(*first, own, map);
+        common.any = true;
+        common.apart = common.apart || (metres && *metres > same_place);
+      }
+    }
+  }
+  return common;
+}
+
+// The lines that the names of files tell; empty unless each tells another one.
+std::vector<std::string> lines_in_names(const std::vector<const ScannedFile*>& tables,
+                                        LineDirection direction) {
+  std::vector<std::string> lines;
+  for (const ScannedFile* const table : tables) {
+    const auto line = line_in_name(std::filesystem::path(table->path).stem().string(), direction);
+    if (!line || std::ranges::find(lines, *line) != lines.end()) {
+      return {};
+    }
+    lines.push_back(*line);
+  }
+  return lines;
+}
+
+// Gives each table of a folder a line of its own where one line would put two stations on one. Tables without
+// places may be of one line, unless their names say otherwise.
+void part_tables(const SurveyBefore& survey, const PlaceMap& map, LineDirection direction,
+                 std::set<std::string>& taken, Folder& folder, std::vector<FolderLine>& lines) {
+  if (folder.tables.size() < 2 || folder.why == by_survey) {
+    return;
+  }
+  const InCommon common = common_stations(folder.tables, map);
+  if (!common.any) {
+    return;
+  }
+  std::vector<std::string> of_tables = lines_in_names(folder.tables, direction);
+  folder.why = of_tables.empty() && !common.apart ? folder.why : of_tables.empty() ? by_tables : by_files;
+  if (of_tables.empty() && common.apart) {
+    of_tables.push_back(folder.line);
+    while (of_tables.size() < folder.tables.size()) {
+      of_tables.push_back(lowest_free_line(survey, taken, direction));
+      taken.insert(of_tables.back());
+    }
+  }
+  for (std::size_t index = 0; index < of_tables.size(); ++index) {
+    lines.push_back({settled_file(folder.tables[index]->path), of_tables[index]});
+  }
+}
+
+PlaceMap map_of(std::span<const ScannedFile> files, const SurveyBefore& survey) {
+  std::vector<numerics::geodesy::GeographicPlace> places;
+  for (const ScannedFile& file : files) {
+    if (const auto& place = file.place ? file.place : file.first_place) {
+      places.push_back(*place);
+    }
+  }
+  return {places, survey.projection()};
 }
 
 void find_line(LineDirection direction, Folder& folder) {
@@ -90,6 +180,29 @@ std::string why_of(const std::vector<Folder>& folders) {
     text += "; " + reasons[index];
   }
   return text;
+}
+
+// Sets what is proposed: of one line that it is the specified one.
+LineProposal take_lines(const std::vector<FolderLine>& proposed, const std::string& free_line,
+                        const std::vector<Folder>& folders, ImportChoices& choices) {
+  std::vector<std::string> lines;
+  for (const FolderLine& each : proposed) {
+    if (std::ranges::find(lines, each.line) == lines.end()) {
+      lines.push_back(each.line);
+    }
+  }
+  DecodeRow& row = choices.decode[decode_line_number];
+  row = {};
+  choices.folder_lines.clear();
+  if (lines.size() > 1) {
+    choices.folder_lines = proposed;
+    LineProposal proposal{lines.front(), why_of(folders)};
+    std::for_each(lines.begin() + 1, lines.end(),
+                  [&](const std::string& line) { proposal.value += ", " + line; });
+    return proposal;
+  }
+  row.specified = lines.empty() ? free_line : lines.front();
+  return {row.specified, folders.empty() ? by_default : why_of(folders)};
 }
 
 }  // namespace
@@ -120,27 +233,23 @@ std::optional<std::string> line_in_name(std::string_view folder_name, LineDirect
 LineProposal propose_lines(std::span<const ScannedFile> files, SurveyBefore& survey, ImportChoices& choices) {
   std::vector<Folder> folders = folders_of(files, survey);
   std::ranges::for_each(folders, [&](Folder& folder) { find_line(choices.line_direction, folder); });
-  const std::string free_line = lowest_free_line(survey, folders, choices.line_direction);
-  std::vector<std::string> lines;
-  choices.folder_lines.clear();
+  std::set<std::string> taken;
+  std::ranges::transform(folders, std::inserter(taken, taken.end()), &Folder::line);
+  const std::string free_line = lowest_free_line(survey, taken, choices.line_direction);
+  if (taken.contains({})) {
+    taken.insert(free_line);  // a folder without a line has it
+  }
+  const PlaceMap map = map_of(files, survey);
+  std::vector<FolderLine> proposed;
   for (Folder& folder : folders) {
     folder.line = folder.line.empty() ? free_line : folder.line;
-    choices.folder_lines.push_back({folder.path, folder.line});
-    if (std::ranges::find(lines, folder.line) == lines.end()) {
-      lines.push_back(folder.line);
+    const std::size_t before = proposed.size();
+    part_tables(survey, map, choices.line_direction, taken, folder, proposed);
+    if (proposed.size() < before + folder.tables.size() || folder.has_others) {
+      proposed.push_back({folder.path, folder.line});
     }
   }
-  DecodeRow& row = choices.decode[decode_line_number];
-  row = {};
-  if (lines.size() > 1) {
-    LineProposal proposal{lines.front(), why_of(folders)};
-    std::for_each(lines.begin() + 1, lines.end(),
-                  [&](const std::string& line) { proposal.value += ", " + line; });
-    return proposal;
-  }
-  choices.folder_lines.clear();
-  row.specified = lines.empty() ? free_line : lines.front();
-  return {row.specified, folders.empty() ? by_default : why_of(folders)};
+  return take_lines(proposed, free_line, folders, choices);
 }
 
 }  // namespace Module_data_file

@@ -137,15 +137,6 @@ struct CommonStations {
   double farthest = 0.0;     // m, between the places of one station
 };
 
-std::optional<double> metres_between(const OwnStation& a, const OwnStation& b, const PlaceMap& map) {
-  if (a.map_place && b.map_place) {
-    return distance(*a.map_place, *b.map_place);
-  }
-  const std::optional<MapPlace> of_a = a.place ? map.on_map(*a.place) : std::nullopt;
-  const std::optional<MapPlace> of_b = b.place ? map.on_map(*b.place) : std::nullopt;
-  return of_a && of_b ? std::optional(distance(*of_a, *of_b)) : std::nullopt;
-}
-
 using RowPair = std::pair<std::size_t, std::size_t>;
 
 // Each with the first table that has a station, too.
@@ -201,6 +192,25 @@ void find_common_stations(std::vector<PlannedSection>& rows, std::span<const Sca
   }
 }
 
+// A file of transfer functions is all that is known of its site; two of one name are one site to the survey.
+void find_namesake_sites(std::vector<PlannedSection>& rows, std::span<const ScannedFile> files,
+                         const RowsAtStations& at) {
+  for (const auto& [station, indices] : at) {
+    for (const std::size_t index : indices) {
+      PlannedSection& row = rows[index];
+      const auto other = std::ranges::find_if(indices, [&](std::size_t candidate) {
+        return rows[candidate].file_index != row.file_index &&
+               is_site_file(files[rows[candidate].file_index].format) &&
+               upper_case(rows[candidate].site) == upper_case(row.site);
+      });
+      if (is_site_file(files[row.file_index].format) && other != indices.end()) {
+        row.remarks.push_back("site " + row.site + " is in " + rows[*other].file +
+                              ", too: both are taken as one site, and averaged");
+      }
+    }
+  }
+}
+
 void find_far_off(std::vector<PlannedSection>& rows, const PlanRun& run) {
   std::set<std::string> told;
   for (PlannedSection& row : rows) {
@@ -213,6 +223,10 @@ void find_far_off(std::vector<PlannedSection>& rows, const PlanRun& run) {
     const LinePlaces& places = line->second;
     if (places.is_far_off(*place)) {
       say(row, PlanProblem::far_off_line, "its place is far off those of the others on line " + row.line);
+    }
+    if (const auto apart = places.parallel_lines(); apart && told.insert(name).second) {
+      row.remarks.push_back("the sites of line " + row.line + " lie on " + parallel_lines_text(*apart) +
+                            ": a folder for each makes lines of them");
     }
     if (!places.is_line() && places.places() >= fewest_of_area && told.insert(name).second) {
       row.remarks.push_back("stations of line " + row.line +
@@ -229,6 +243,7 @@ void find_problems(std::vector<PlannedSection>& rows, std::span<const ScannedFil
   find_shared_stations(rows, at, run, survey);
   find_two_places(rows, at, run, survey);
   find_common_stations(rows, files, run);
+  find_namesake_sites(rows, files, at);
   find_far_off(rows, run);
   for (PlannedSection& row : rows) {
     find_own_problems(row, files[row.file_index]);

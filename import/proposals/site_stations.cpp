@@ -17,6 +17,15 @@ double distance(const MapPlace& a, const MapPlace& b) {
   return std::hypot(a.easting - b.easting, a.northing - b.northing);
 }
 
+std::optional<double> metres_between(const OwnStation& a, const OwnStation& b, const PlaceMap& map) {
+  if (a.map_place && b.map_place) {
+    return distance(*a.map_place, *b.map_place);
+  }
+  const std::optional<MapPlace> of_a = a.place ? map.on_map(*a.place) : std::nullopt;
+  const std::optional<MapPlace> of_b = b.place ? map.on_map(*b.place) : std::nullopt;
+  return of_a && of_b ? std::optional(distance(*of_a, *of_b)) : std::nullopt;
+}
+
 SiteStations::Line& SiteStations::line_of(const std::string& line) {
   const auto [known, is_new] = lines_.try_emplace(upper_case(line));
   if (is_new) {

@@ -8,6 +8,7 @@
 
 #include "database/sites.h"
 #include "import/proposals/line_places.h"
+#include "import/proposals/scanned_file.h"
 #include "import/proposals/survey_before.h"
 
 namespace Module_data_file {
@@ -21,6 +22,9 @@ std::optional<numerics::geodesy::MapPlace> place_on(const PlaceMap& map, const M
 
 /// Metres between two places.
 double distance(const numerics::geodesy::MapPlace& a, const numerics::geodesy::MapPlace& b);
+
+/// The same between two stations of tables; none where one of them has no place.
+std::optional<double> metres_between(const OwnStation& a, const OwnStation& b, const PlaceMap& map);
 
 /// The sites of the survey, and those that an import has come to so far.
 class SiteStations {

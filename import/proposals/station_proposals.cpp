@@ -67,6 +67,9 @@ std::string why_no_distances(std::span<const ScannedFile> files, const ImportCho
     if (line.places() < 2) {
       return "line " + name + " has one place";
     }
+    if (const auto apart = line.parallel_lines()) {
+      return "the sites of line " + name + " lie on " + parallel_lines_text(*apart);
+    }
     if (!line.is_line()) {
       return "the sites of line " + name + " don't lie on a line";
     }

@@ -9,30 +9,19 @@
 #include <array>
 
 #include "import/windows/import_plan_model.h"
+#include "platform/widgets/preview_table.h"
 
 namespace {
 
 // Of the columns before the remarks, in average characters.
 constexpr std::array<int, Module_data_file::plan_column_titles.size() - 1> column_characters{
-    22, 16, 8, 10, 7, 12, 7, 25, 9, 9};
+    30, 16, 8, 10, 7, 12, 7, 25, 9, 9};
 
 }  // namespace
 
 ImportPlanTable::ImportPlanTable(QWidget* parent) : QTableView(parent) {
-  setAlternatingRowColors(true);
-  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  set_up_preview_table(*this);
   setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
-  setWordWrap(false);
-  setTabKeyNavigation(false);  // the tab key goes on to the next control
-  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  verticalHeader()->hide();
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-  horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setStretchLastSection(true);
-  horizontalHeader()->setSortIndicatorShown(true);
-  horizontalHeader()->setSortIndicatorClearable(true);  // a third click: problems first again
-  horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
 }
 
 void ImportPlanTable::show_model(ImportPlanModel& model) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <cstdint>
 #include <map>
 #include <random>
 
@@ -84,22 +85,34 @@ SingleStrike unlimited_strike(const StrikeDatum& datum, const StrikeChoices& cho
   return {};
 }
 
+/// So many random numbers, the same ones each time. They are drawn once: a line has dozens of bands.
+std::span<const std::uint32_t> random_numbers(std::size_t count) {
+  constexpr std::uint32_t seed = 20201;  // any: the same data have the same error
+  thread_local std::mt19937 random(seed);
+  thread_local std::vector<std::uint32_t> numbers;
+  while (numbers.size() < count) {
+    numbers.push_back(static_cast<std::uint32_t>(random()));
+  }
+  return std::span(numbers).first(count);
+}
+
 /// Circular deviation of the strikes of as many stations drawn at random, again and again (Efron 1979). NaN
 /// of a single station, which can't be told from its own copies.
 double bootstrap_error(const std::vector<CircularSum>& stations) {
-  constexpr int draws = 400;             // the error of the error is then 1 / sqrt(800), 4 percent
-  constexpr std::uint32_t seed = 20201;  // any: the same data have the same error
+  constexpr int draws = 400;  // the error of the error is then 1 / sqrt(800), 4 percent
   if (stations.size() < 2) {
     return not_known;
   }
-  std::mt19937 random(seed);
+  const std::span<const std::uint32_t> numbers =
+      random_numbers(static_cast<std::size_t>(draws) * stations.size());
   const double period = stations.front().period;
   CircularSum strikes{period};
   for (int draw = 0; draw < draws; ++draw) {
     CircularSum drawn{period};
-    for (std::size_t count = 0; count < stations.size(); ++count) {
+    for (const std::uint32_t number :
+         numbers.subspan(static_cast<std::size_t>(draw) * stations.size(), stations.size())) {
       // The upper half of the product: whole numbers only, the same everywhere.
-      const std::uint64_t product = static_cast<std::uint64_t>(random()) * stations.size();
+      const std::uint64_t product = std::uint64_t{number} * stations.size();
       drawn.add(stations[static_cast<std::size_t>(product >> 32U)]);
     }
     if (drawn.has_direction()) {
@@ -124,18 +137,26 @@ SingleStrike single_strike(const StrikeDatum& datum, const StrikeChoices& choice
 }
 
 BandStrike band_strike(std::span<const StrikeDatum> data, const StrikeChoices& choices) {
+  std::vector<SaidStrike> said;
+  said.reserve(data.size());
+  for (const StrikeDatum& datum : data) {
+    said.push_back({datum.station, single_strike(datum, choices)});
+  }
+  return band_strike(said, choices.method);
+}
+
+BandStrike band_strike(std::span<const SaidStrike> data, StrikeMethod method) {
   BandStrike band;
-  const CircularSum nothing{period_of(choices.method)};
+  const CircularSum nothing{period_of(method)};
   // Ascending: the order of the data doesn't matter to the draws.
   std::map<std::size_t, CircularSum> of_station;
-  for (const StrikeDatum& datum : data) {
-    const SingleStrike said = single_strike(datum, choices);
+  for (const auto& [station, said] : data) {
     if (std::isnan(said.strike)) {
       ++band.left_out;
       continue;
     }
     ++band.used;
-    of_station.try_emplace(datum.station, nothing).first->second.add(said.strike, said.weight);
+    of_station.try_emplace(station, nothing).first->second.add(said.strike, said.weight);
   }
   CircularSum whole = nothing;
   std::vector<CircularSum> stations;

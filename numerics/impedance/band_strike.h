@@ -32,6 +32,8 @@ struct StrikeChoices {
   StrikeWeights weights = StrikeWeights::ellipticity_squared;
   double skew_limit = 3.0;         // degrees; phase tensors beyond it have no say
   double least_ellipticity = 0.1;  // the same below it
+
+  bool operator==(const StrikeChoices&) const = default;
 };
 
 /// A tensor or tipper of one station. What isn't there is null.
@@ -52,10 +54,6 @@ struct BandStrike {
   std::size_t left_out = 0;  // by the limits, or without what the method needs
 };
 
-/// The common strike. The points of one station aren't independent: the error comes from drawing stations,
-/// with a fixed seed, so that the same data always have the same error; a single station has none.
-BandStrike band_strike(std::span<const StrikeDatum> data, const StrikeChoices& choices);
-
 /// What a datum says by itself, for a rose: degrees modulo 90 in -45 < angle <= 45, of an arrow modulo 180 in
 /// -90 < angle <= 90, with its weight. No value where the limits leave it out.
 struct SingleStrike {
@@ -63,5 +61,17 @@ struct SingleStrike {
   double weight = 0.0;
 };
 SingleStrike single_strike(const StrikeDatum& datum, const StrikeChoices& choices);
+
+/// The same with the station of the datum.
+struct SaidStrike {
+  std::size_t station = 0;
+  SingleStrike said;
+};
+
+/// The common strike. The points of one station aren't independent: the error comes from drawing stations,
+/// with a fixed seed, so that the same data always have the same error; a single station has none.
+BandStrike band_strike(std::span<const StrikeDatum> data, const StrikeChoices& choices);
+/// The same of what was said by a method: bands that share data needn't ask these again.
+BandStrike band_strike(std::span<const SaidStrike> said, StrikeMethod method);
 
 }  // namespace numerics::impedance

@@ -71,6 +71,16 @@ const char* invalid_location_entry(const LocationEntries& entries, LocationLayou
   }
   layout = {position_of(entries.first_line), position_of(entries.line_step),
             position_of(entries.station_column), position_of(entries.elevation_column)};
+  // "2O" isn't 2; what begins with no number at all is told as no position below.
+  const auto is_half_number = [](const std::string& text) {
+    return numeric_value(text) > 0.0 && !is_numeric(text);
+  };
+  if (is_half_number(entries.line_step)) {
+    return "The step between lines of data is not numeric";
+  }
+  if (is_half_number(entries.station_column)) {
+    return "The station column location is not numeric";
+  }
   if (layout.first_line < 1) {
     return "The number of the first data line must be positive";
   }

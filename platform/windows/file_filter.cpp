@@ -35,3 +35,9 @@ QString dialog_suffix(std::string_view default_extension) {
   const QString suffix = from_utf8(default_extension).section('.', -1).trimmed();
   return suffix.contains('*') ? QString() : suffix;
 }
+
+QString suffix_of_type(const QString& dialog_filter) {
+  const QString patterns = dialog_filter.section('(', -1).section(')', 0, 0);
+  const QString first = patterns.section(' ', 0, 0);
+  return first.contains('.') ? dialog_suffix(first.toStdString()) : QString();
+}

@@ -10,3 +10,7 @@ QStringList dialog_filters(std::string_view filter);
 
 /// The suffix that a name typed without one gets: "mdb" for "*.mdb", nothing for "*.*".
 QString dialog_suffix(std::string_view default_extension);
+
+/// The same by the file type that is chosen in the dialog, one of dialog_filters: that of its first pattern,
+/// nothing if it takes all files.
+QString suffix_of_type(const QString& dialog_filter);

@@ -2,6 +2,9 @@
 
 #include <QSettings>
 #include <QString>
+#include <algorithm>
+
+#include "core/finished_work.h"
 
 namespace {
 
@@ -25,6 +28,10 @@ std::string key_of(QString escaped) {
 std::string QtSettingsStore::value(std::string_view application, std::string_view section,
                                    std::string_view key, std::string_view default_value) const {
   const QSettings settings(QSettings::UserScope, "Brenlox", text(application));
+  const std::vector<std::string> unsaved = unsaved_.keys(application, section);
+  if (std::ranges::find(unsaved, key) != unsaved.end()) {
+    return unsaved_.value(application, section, key, default_value);
+  }
   return settings.value(key_path(section, key), text(default_value)).toString().toStdString();
 }
 
@@ -32,14 +39,29 @@ void QtSettingsStore::set_value(std::string_view application, std::string_view s
                                 std::string_view value) {
   QSettings settings(QSettings::UserScope, "Brenlox", text(application));
   settings.setValue(key_path(section, key), text(value));
+  settings.sync();
+  if (settings.status() == QSettings::NoError) {
+    unsaved_.remove(application, section, key);
+    return;
+  }
+  unsaved_.set_value(application, section, key, value);
+  if (!told_) {
+    told_ = true;
+    const std::string file = settings.fileName().toStdString();
+    Module_Brenlox::tell_finished(
+        "The settings can't be written to " + file + ": they are kept until the program ends", file);
+  }
 }
 
 std::vector<std::string> QtSettingsStore::keys(std::string_view application, std::string_view section) const {
   QSettings settings(QSettings::UserScope, "Brenlox", text(application));
   settings.beginGroup(text(section));
-  std::vector<std::string> found;
-  for (const QString& key : settings.childKeys()) {
-    found.push_back(key_of(key));
+  std::vector<std::string> found = unsaved_.keys(application, section);
+  for (const QString& escaped : settings.childKeys()) {
+    const std::string key = key_of(escaped);
+    if (std::ranges::find(found, key) == found.end()) {
+      found.push_back(key);
+    }
   }
   return found;
 }
@@ -47,6 +69,7 @@ std::vector<std::string> QtSettingsStore::keys(std::string_view application, std
 void QtSettingsStore::remove(std::string_view application, std::string_view section, std::string_view key) {
   QSettings settings(QSettings::UserScope, "Brenlox", text(application));
   settings.remove(key_path(section, key));
+  unsaved_.remove(application, section, key);
 }
 
 bool QtSettingsStore::flush(std::string_view application) {

@@ -2,6 +2,7 @@
 #pragma once
 #include "platform/settings_store/settings_store.h"
 
+/// Where the settings can't be written, a full disk say, that is told once, as finished work is.
 class QtSettingsStore final : public SettingsStore {
  public:
   [[nodiscard]] std::string value(std::string_view application, std::string_view section,
@@ -12,4 +13,8 @@ class QtSettingsStore final : public SettingsStore {
                                               std::string_view section) const override;
   void remove(std::string_view application, std::string_view section, std::string_view key) override;
   [[nodiscard]] bool flush(std::string_view application) override;
+
+ private:
+  MemorySettingsStore unsaved_;  // what couldn't be written: it holds while the program runs
+  bool told_ = false;            // that something couldn't
 };

@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <algorithm>
 
 #include "platform/widgets/folder_model.h"
 #include "platform/windows/file_filter.h"
@@ -45,6 +46,22 @@ int show_box(QMessageBox::Icon icon, const std::string& text, QMessageBox::Stand
   return box.exec();
 }
 
+/// A name typed without an ending gets that of the file type that is chosen; where this takes all files, the
+/// usual one.
+void complete_names_by_type(QFileDialog& dialog, const QString& usual_suffix) {
+  const auto follow = [&dialog, usual_suffix](const QString& type) {
+    const QString suffix = suffix_of_type(type);
+    dialog.setDefaultSuffix(suffix.isEmpty() ? usual_suffix : suffix);
+  };
+  const QStringList types = dialog.nameFilters();
+  const auto usual = std::ranges::find(types, usual_suffix, suffix_of_type);
+  if (usual != types.end()) {
+    dialog.selectNameFilter(*usual);
+  }
+  follow(dialog.selectedNameFilter());
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
+}
+
 std::string select_file(const FileDialogRequest& request, QFileDialog::AcceptMode mode) {
   PlainFileIcons icons;
   QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
@@ -53,7 +70,9 @@ std::string select_file(const FileDialogRequest& request, QFileDialog::AcceptMod
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
   dialog.setIconProvider(&icons);
   dialog.setNameFilters(dialog_filters(request.filter));
-  dialog.setDefaultSuffix(dialog_suffix(request.default_extension));
+  if (mode == QFileDialog::AcceptSave) {
+    complete_names_by_type(dialog, dialog_suffix(request.default_extension));
+  }
   dialog.setDirectory(request.directory.empty() ? QDir::currentPath()
                                                 : QString::fromStdString(request.directory));
   if (!request.suggested_name.empty()) {

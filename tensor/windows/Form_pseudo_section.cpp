@@ -58,6 +58,10 @@ Form_pseudo_section::Form_pseudo_section(ShownLine& shown, QWidget* parent)
       Check_section_by_distance_(make_switch("Check_section_by_distance", "By &distance",
                                              "Stations at their places along the line, not at their numbers",
                                              false)),
+      Check_in_order_(make_switch("Check_in_order", "&Equal widths",
+                                  "All stations equally wide, in their order along the line, however far "
+                                  "they are apart",
+                                  false)),
       Check_contours_(make_switch("Check_contours", "&Contours",
                                   "Lines of equal value at round numbers; not over ellipses", false)),
       Check_points_(make_switch("Check_points", "&Points",
@@ -100,8 +104,8 @@ QWidget* Form_pseudo_section::make_switches() {
   auto* const row = new QHBoxLayout(switches);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(12);
-  for (QCheckBox* const box : {Check_compare_, Check_period_up_, Check_section_by_distance_, Check_contours_,
-                               Check_points_, Check_section_hide_masked_}) {
+  for (QCheckBox* const box : {Check_compare_, Check_period_up_, Check_section_by_distance_, Check_in_order_,
+                               Check_contours_, Check_points_, Check_section_hide_masked_}) {
     row->addWidget(box);
   }
   row->addStretch(1);
@@ -137,7 +141,12 @@ void Form_pseudo_section::connect_controls() {
       rebuild();
     });
     connect(controls_[i], &PseudoSectionControls::look_changed, this, &Form_pseudo_section::show_pictures);
-    connect(panes_[i], &PseudoSectionPane::clicked, &shown_, &ShownLine::choose);
+    connect(controls_[i], &PseudoSectionControls::limits_refused, this,
+            [this](const QString& fault) { Status_section_->showMessage(fault); });
+    connect(panes_[i], &PseudoSectionPane::clicked, this, [this, i](double station, double frequency) {
+      const auto data_type = curve_shown_by(facts_of(sections_[i].quantity));
+      shown_.choose(station, frequency, qt_text(std::string(data_type)));
+    });
     connect(panes_[i], &PseudoSectionPane::mask_wanted, this,
             [this, i](const SectionColumn& column, const SectionPoint& point) { mask(i, column, point); });
     connect(panes_[i], &PseudoSectionPane::hovered, this,
@@ -151,6 +160,10 @@ void Form_pseudo_section::connect_controls() {
   }
   connect(consistency_, &ConsistencyPanel::proposal_changed, this, &Form_pseudo_section::show_pictures);
   connect(Check_compare_, &QCheckBox::toggled, this, &Form_pseudo_section::compare);
+  connect(Check_in_order_, &QCheckBox::toggled, this, [this] {
+    panes_[0]->reset_zoom();  // the other pane goes along
+    rebuild();
+  });
   connect(Check_section_by_distance_, &QCheckBox::clicked, this, &Form_pseudo_section::choose_positions);
   connect(Command_save_section_, &QPushButton::clicked, this, &Form_pseudo_section::ask_and_save);
   connect(Command_done_, &QPushButton::clicked, this, &QDialog::accept);
@@ -267,7 +280,9 @@ std::vector<RingedPoint> Form_pseudo_section::proposed_points(const QuantityFact
 PseudoSection Form_pseudo_section::make_section(SectionQuantity quantity) {
   const auto residuals = residuals_stopped_ ? std::span<const StationResiduals>() : residuals_.stations();
   const SectionSource source{&shown_.line(), &session().frequencies, phase_tensors_, residuals};
-  return make_pseudo_section(source, quantity, [this](double station) { return axis_.x_of(station); });
+  const StationPlaces places = [this](double station) { return axis_.x_of(station); };
+  return make_pseudo_section(source, quantity,
+                             Check_in_order_->isChecked() ? places_in_order(shown_.line(), places) : places);
 }
 
 void Form_pseudo_section::rebuild() {
@@ -306,7 +321,8 @@ void Form_pseudo_section::show_pictures() {
         heights[static_cast<std::size_t>(facts_of(section.quantity).axis)].value_or(SectionRange{});
     picture.title =
         qt_text(section_title(session().database_file, line.curves.choice.line, controls_[i]->quantity()));
-    picture.x_title = axis_.title();
+    picture.in_order = Check_in_order_->isChecked();
+    picture.x_title = picture.in_order ? "Station" : axis_.title();
     picture.note = qt_text(empty_section_note(section, line.stations.empty()));
     picture.period_up = Check_period_up_->isChecked();
     picture.contours = Check_contours_->isChecked();

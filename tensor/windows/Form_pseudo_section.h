@@ -83,6 +83,7 @@ class Form_pseudo_section : public QDialog {
   QCheckBox* Check_compare_;
   QCheckBox* Check_period_up_;
   QCheckBox* Check_section_by_distance_;
+  QCheckBox* Check_in_order_;
   QCheckBox* Check_contours_;
   QCheckBox* Check_points_;
   QCheckBox* Check_section_hide_masked_;

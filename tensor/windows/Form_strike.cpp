@@ -134,6 +134,10 @@ void Form_strike::connect_controls() {
   connect(&shown_, &ShownLine::line_changed, reload_soon_, qOverload<>(&QTimer::start));
   connect(&shown_, &ShownLine::station_changed, this, &Form_strike::mark_station);
   connect(controls_, &StrikeControls::changed, this, &Form_strike::refresh);
+  connect(controls_, &StrikeControls::dimensions_changed, this, [this] {
+    show_dimensions();
+    mark_station();
+  });
   connect(table_, &StrikeTable::station_chosen, this,
           [this](double station) { shown_.choose(station, 0.0); });
   connect(table_, &QTableWidget::itemSelectionChanged, this,
@@ -148,6 +152,7 @@ void Form_strike::connect_controls() {
 void Form_strike::reload() {
   const LineTensors& line = shown_.line();
   stations_ = strike_stations(line.stations, session().frequencies);
+  summaries_.forget();
   line_azimuth_.reset();
   if (!stations_.empty()) {
     static_cast<void>(trap_errors("An error occurred while reading the places of the line: ",
@@ -160,7 +165,7 @@ void Form_strike::reload() {
 
 void Form_strike::refresh() {
   question_ = controls_->question();
-  summary_ = question_ ? strike_summary(stations_, *question_) : std::nullopt;
+  summary_ = question_ ? summaries_.summary(stations_, *question_) : std::nullopt;
   show_strike();
   show_pictures();
   table_->show_stations(stations_, summary_);
@@ -239,17 +244,21 @@ void Form_strike::show_strike() {
 
 void Form_strike::show_pictures() {
   RoseFigure roses;
-  DimensionFigure dimensions;
-  if (question_) {
-    const std::string line = shown_.line().curves.choice.line;
-    dimensions = dimension_figure(line, *question_, stations_, controls_->limits());
-    if (summary_) {
-      roses = rose_figure(line, *question_, *summary_, line_azimuth_);
-    }
+  if (question_ && summary_) {
+    roses = rose_figure(shown_.line().curves.choice.line, *question_, *summary_, line_azimuth_);
   }
   roses.note = note();
-  dimensions.note = stations_.empty() || !question_ ? note() : "No station of the line has a phase tensor";
   roses_->show_figure(std::move(roses));
+  show_dimensions();
+}
+
+void Form_strike::show_dimensions() {
+  DimensionFigure dimensions;
+  if (question_) {
+    dimensions =
+        dimension_figure(shown_.line().curves.choice.line, *question_, stations_, controls_->limits());
+  }
+  dimensions.note = stations_.empty() || !question_ ? note() : "No station of the line has a phase tensor";
   dimensions_->show_figure(std::move(dimensions));
 }
 

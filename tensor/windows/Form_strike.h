@@ -36,6 +36,7 @@ class Form_strike : public QDialog {
   void mark_station();
   void show_strike();
   void show_pictures();
+  void show_dimensions();
   void hand_on(double strike);
   void set_ey_sign(std::int32_t sign);
   enum class Picture { roses, dimensions };
@@ -48,6 +49,7 @@ class Form_strike : public QDialog {
   std::optional<double> line_azimuth_;
   std::optional<Module_tensor::StrikeQuestion> question_;
   std::optional<Module_tensor::StrikeSummary> summary_;
+  Module_tensor::StrikeSummaries summaries_;
   StrikeControls* controls_;
   RosePicture* roses_;
   DimensionPicture* dimensions_;

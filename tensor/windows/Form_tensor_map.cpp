@@ -28,8 +28,19 @@ namespace {
 
 constexpr QSize design_size(1180, 760);
 
-std::string heading_of(const LineChoice& choice, bool all_lines) {
-  return all_lines ? "All lines" : "Line " + choice.line;
+std::string heading_of(const LineChoice& choice, bool all_lines, bool some_unread) {
+  return !all_lines ? "Line " + choice.line : some_unread ? "Some of the lines" : "All lines";
+}
+
+/// Whether both are the same plan, so that the part in view stays. Another projection moves all sites.
+bool same_plan(const MapContents& one, const MapContents& other) {
+  if (one.heading != other.heading || one.map.sites.empty()) {
+    return false;
+  }
+  const MapSite& site = one.map.sites.front();
+  const auto same = std::ranges::find(other.map.sites, site.station.StationID,
+                                      [](const MapSite& candidate) { return candidate.station.StationID; });
+  return same != other.map.sites.end() && same->east == site.east && same->north == site.north;
 }
 
 std::string empty_note(const LineChoice& choice, const SiteMap& map) {
@@ -120,10 +131,11 @@ void Form_tensor_map::rebuild() {
   contents.look = controls_->look();
   const BusyPointer busy;
   static_cast<void>(survey_.make_map(controls_->all_lines(), session().frequencies, contents.map));
-  contents.heading = heading_of(survey_.shown(), controls_->all_lines());
+  contents.unread_lines = controls_->all_lines() ? survey_.left_out() : 0;
+  contents.heading = heading_of(survey_.shown(), controls_->all_lines(), contents.unread_lines > 0);
   contents.note = empty_note(survey_.shown(), contents.map);
   contents.current = shown_.station_id();
-  if (contents.heading == view_->contents().heading) {  // else it is a part of another plan
+  if (same_plan(contents, view_->contents())) {
     contents.frame = view_->contents().frame;
   }
   view_->show_contents(std::move(contents));

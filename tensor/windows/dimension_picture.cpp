@@ -91,10 +91,17 @@ void draw_cells(QPainter& painter, const DimensionPlaces& places, const Dimensio
   painter.setRenderHint(QPainter::Antialiasing, false);
   for (std::size_t i = 0; i < figure.stations.size(); ++i) {
     const double left = places.plot.left() + places.column * static_cast<double>(i);
-    for (const DimensionCell& cell : figure.stations[i].cells) {
-      const double top = places.y_of(cell.shortest_period);
-      painter.fillRect(QRectF(left, top, places.column, places.y_of(cell.longest_period) - top),
-                       colour_of(cell.dimension));
+    const auto& cells = figure.stations[i].cells;
+    for (std::size_t first = 0; first < cells.size();) {  // neighbours of one colour as one
+      std::size_t last = first;
+      while (last + 1 < cells.size() && cells[last + 1].dimension == cells[first].dimension &&
+             cells[last + 1].longest_period >= cells[last].shortest_period * (1.0 - 1e-9)) {
+        ++last;
+      }
+      const double top = places.y_of(cells[last].shortest_period);
+      painter.fillRect(QRectF(left, top, places.column, places.y_of(cells[first].longest_period) - top),
+                       colour_of(cells[first].dimension));
+      first = last + 1;
     }
     if (places.column > 4.0 && i > 0) {
       painter.setPen(QPen(Qt::white, 1.0));

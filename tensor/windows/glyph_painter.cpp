@@ -24,14 +24,14 @@ void paint_ellipse(QPainter& painter, std::span<const GlyphPoint> outline, QPoin
   painter.drawPolygon(polygon);
 }
 
-void paint_arrow(QPainter& painter, QPointF from, GlyphPoint tip, const QColor& colour) {
+void paint_arrow(QPainter& painter, QPointF from, GlyphPoint tip, const QColor& colour, Qt::PenStyle shaft) {
   const double width = std::max(1.0, painter.pen().widthF());
   const auto shape = arrow_shape(tip, 6.0 * width);
   if (!shape) {
     return;
   }
   const QPen pen = painter.pen();
-  painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::FlatCap));
+  painter.setPen(QPen(colour, width, shaft, Qt::FlatCap));
   painter.drawLine(from, placed(from, shape->shaft_end));
   painter.setPen(Qt::NoPen);
   painter.setBrush(colour);

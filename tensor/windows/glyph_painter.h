@@ -19,6 +19,7 @@ void paint_ellipse(QPainter& painter, std::span<const GlyphPoint> outline, QPoin
 
 /// An arrow of one colour with the width of the painter's pen.
 /// @param tip  from its beginning, pixels to the right and up; nothing is drawn of one without length
-void paint_arrow(QPainter& painter, QPointF from, GlyphPoint tip, const QColor& colour);
+void paint_arrow(QPainter& painter, QPointF from, GlyphPoint tip, const QColor& colour,
+                 Qt::PenStyle shaft = Qt::SolidLine);
 
 }  // namespace Module_tensor

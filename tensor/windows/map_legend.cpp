@@ -80,6 +80,16 @@ double paint_arrow_key(QPainter& painter, const QRectF& room, double top, const 
   return paint_wrapped(painter, room, top, text_of(convention_text(look.arrows)));
 }
 
+bool any_cut(const MapContents& contents) {
+  const auto is_cut = [](const std::optional<numerics::impedance::Arrow>& arrow) {
+    return arrow && limited_tip({arrow->east, arrow->north}).is_cut;
+  };
+  return std::ranges::any_of(contents.values, [&](const SiteValues& values) {
+    return (contents.look.real_arrows && is_cut(values.real_arrow)) ||
+           (contents.look.imaginary_arrows && is_cut(values.imaginary_arrow));
+  });
+}
+
 double paint_colours(QPainter& painter, const QRectF& room, double top, const MapLook& look) {
   constexpr double below = 190.0;  // for the other keys
   constexpr double least = 60.0;
@@ -148,6 +158,9 @@ void paint_legend(QPainter& painter, const QRectF& room, const MapContents& cont
   }
   if (any_tipper(contents) && (contents.look.real_arrows || contents.look.imaginary_arrows)) {
     top = paint_arrow_key(painter, inside, top, contents.look);
+    if (any_cut(contents)) {
+      top = paint_wrapped(painter, inside, top, "Dotted: longer than 1, drawn as 1");
+    }
   }
   if (any_without(contents)) {
     paint_wrapped(painter, inside, top, "White dot: no values at this period");

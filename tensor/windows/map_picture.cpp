@@ -86,8 +86,10 @@ void paint_arrows(const Drawing& drawing) {
     const SiteValues& values = drawing.contents.values[index];
     const double north = drawing.contents.map.sites[index].true_north;
     const auto paint = [&](const numerics::impedance::Arrow& arrow, const QColor& colour) {
+      const auto [tip, is_cut] = limited_tip({arrow.east, arrow.north});
       paint_arrow(drawing.painter, drawing.places[index],
-                  turned_clockwise({pixels * arrow.east, pixels * arrow.north}, north), colour);
+                  turned_clockwise({pixels * tip[0], pixels * tip[1]}, north), colour,
+                  is_cut ? Qt::DotLine : Qt::SolidLine);
     };
     if (look.imaginary_arrows && values.imaginary_arrow) {
       paint(*values.imaginary_arrow, imaginary_colour);

@@ -8,8 +8,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/panel_controls.h"
-#include "tensor/section_texts.h"
 
 using namespace Module_tensor;
 
@@ -106,6 +106,7 @@ void PseudoSectionControls::show_choice() {
   const QSignalBlocker upper(Text_upper_);
   Text_lower_->setText(qt_text(range_text(facts, choice.scale.lower)));
   Text_upper_->setText(qt_text(range_text(facts, choice.scale.upper)));
+  mark_limits({});
   Label_unit_->setText(text_of(facts.unit));
 }
 
@@ -133,20 +134,31 @@ void PseudoSectionControls::choose_source(int index) {
   Q_EMIT look_changed();
 }
 
-/// What makes no range is put back.
+void PseudoSectionControls::mark_limits(const LimitFaults& faults) {
+  mark_entry(*Text_lower_, qt_text(faults.lower));
+  mark_entry(*Text_upper_, qt_text(faults.upper));
+}
+
+/// What makes no range stays as it was typed, to be mended, and the colours stay as they were.
 void PseudoSectionControls::take_typed() {
   const QuantityFacts& facts = facts_of(quantity());
   Choice& choice = chosen();
   const std::string lower = Text_lower_->text().toStdString();
   const std::string upper = Text_upper_->text().toStdString();
   if (lower == range_text(facts, choice.scale.lower) && upper == range_text(facts, choice.scale.upper)) {
-    return;  // only left
+    mark_limits({});  // only left, or typed back
+    return;
   }
-  if (const auto range = typed_range(facts, lower, upper)) {
-    choice.scale.lower = range->lower;
-    choice.scale.upper = range->upper;
-    choice.source = RangeSource::typed;
+  const auto range = typed_range(facts, lower, upper);
+  if (!range) {
+    const LimitFaults faults = limit_faults(facts, lower, upper);
+    mark_limits(faults);
+    Q_EMIT limits_refused(qt_text(faults.lower.empty() ? faults.upper : faults.lower));
+    return;
   }
+  choice.scale.lower = range->lower;
+  choice.scale.upper = range->upper;
+  choice.source = RangeSource::typed;
   show_choice();
   Q_EMIT look_changed();
 }

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "tensor/pseudo_section.h"
+#include "tensor/section_texts.h"
 
 class QCheckBox;
 class QComboBox;
@@ -25,6 +26,8 @@ class PseudoSectionControls : public QWidget {
  Q_SIGNALS:
   void quantity_chosen();
   void look_changed();
+  /// What was typed makes no range; why.
+  void limits_refused(const QString& fault);
 
  private:
   /// Where the limits of the colours come from.
@@ -38,6 +41,7 @@ class PseudoSectionControls : public QWidget {
   Choice& chosen();
   void lay_out();
   void show_choice();
+  void mark_limits(const Module_tensor::LimitFaults& faults);
   void take_typed();
   void choose_source(int index);
 

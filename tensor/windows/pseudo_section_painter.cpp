@@ -11,6 +11,7 @@
 #include "core/number_text.h"
 #include "platform/graph/picture_axes.h"
 #include "tensor/section_contours.h"
+#include "tensor/section_texts.h"
 #include "tensor/windows/ellipse_cloud.h"
 #include "tensor/windows/scale_bar.h"
 
@@ -154,14 +155,59 @@ void paint_ellipses(QPainter& painter, const PseudoSectionPicture& picture, cons
   cloud.finish();
 }
 
+/// Places for the values of contour lines: on the lines, within the plot, and clear of one another.
+class LabelPlaces {
+ public:
+  LabelPlaces(const QRectF& area, const QFontMetricsF& metrics) : area_(area), metrics_(metrics) {}
+
+  void add(const QString& text, const QPointF& centre) {
+    constexpr double room = 2.0;
+    const QSizeF size(metrics_.horizontalAdvance(text) + 2.0 * room, metrics_.height());
+    const QRectF place(centre - QPointF(size.width() / 2.0, size.height() / 2.0), size);
+    const auto is_near = [&](const Label& other) {
+      constexpr double same_line = 170.0;  // pixels from one value of a line to its next
+      return other.place.intersects(place) ||
+             (other.text == text && QLineF(other.place.center(), centre).length() < same_line);
+    };
+    if (area_.contains(place) && std::ranges::none_of(labels_, is_near)) {
+      labels_.push_back({text, place});
+    }
+  }
+  void paint(QPainter& painter) const {
+    painter.setPen(QColor(20, 20, 20));
+    for (const Label& label : labels_) {
+      painter.fillRect(label.place, QColor(255, 255, 255, 200));
+      painter.drawText(label.place, Qt::AlignCenter, label.text);
+    }
+  }
+
+ private:
+  struct Label {
+    QString text;
+    QRectF place;
+  };
+  QRectF area_;
+  QFontMetricsF metrics_;
+  std::vector<Label> labels_;
+};
+
 void paint_contours(QPainter& painter, const PseudoSectionPicture& picture, const Plot& plot) {
+  const QuantityFacts& facts = facts_of(picture.section.quantity);
   QList<QLineF> lines;
+  LabelPlaces labels(plot.area(), QFontMetricsF(painter.font()));
   const auto levels = contour_levels({picture.scale.lower, picture.scale.upper});
+  QStringList texts;
+  for (const double level : levels) {
+    texts.append(QString::fromStdString(range_text(facts, level)));
+  }
   for (const ContourPiece& piece : contour_lines(picture.section, levels)) {
-    lines.append({plot.x(piece.x1), plot.y(piece.height1), plot.x(piece.x2), plot.y(piece.height2)});
+    const QLineF line(plot.x(piece.x1), plot.y(piece.height1), plot.x(piece.x2), plot.y(piece.height2));
+    lines.append(line);
+    labels.add(texts[static_cast<qsizetype>(piece.level)], line.center());
   }
   painter.setPen(QPen(QColor(20, 20, 20), 0.8));
   painter.drawLines(lines);
+  labels.paint(painter);
 }
 
 /// Dots where data are, with white around them to be seen on any colour; crosses where they are masked.
@@ -297,13 +343,32 @@ std::vector<graph::PictureTick> height_ticks(const Plot& plot) {
   return graph::ticks_with_room(ticks, least_distance);
 }
 
+/// The numbers of the stations that have room.
+std::vector<graph::PictureTick> station_ticks(const QPainter& painter, const PseudoSectionPicture& picture,
+                                              const Plot& plot) {
+  const QFontMetricsF metrics(painter.font());
+  constexpr double gap = 10.0;
+  double widest = 0.0;
+  std::vector<graph::PictureTick> ticks;
+  for (const SectionColumn& column : picture.section.columns) {
+    const double x = plot.x(column.x);
+    if (x >= plot.area().left() && x <= plot.area().right()) {
+      ticks.push_back({x, QString::fromStdString(plain_text(column.station))});
+      widest = std::max(widest, metrics.horizontalAdvance(ticks.back().label));
+    }
+  }
+  return graph::ticks_with_room(ticks, widest + gap);
+}
+
 void paint_axes(QPainter& painter, const PseudoSectionPicture& picture, const Plot& plot) {
   const QRectF& area = plot.area();
   painter.setPen(Qt::black);
   painter.setBrush(Qt::NoBrush);
   painter.drawRect(area);
-  const auto ticks = graph::even_ticks(painter, plot.place_at(area.left()), plot.place_at(area.right()),
-                                       area.width(), false, [&](double place) { return plot.x(place); });
+  const auto ticks =
+      picture.in_order ? station_ticks(painter, picture, plot)
+                       : graph::even_ticks(painter, plot.place_at(area.left()), plot.place_at(area.right()),
+                                           area.width(), false, [&](double place) { return plot.x(place); });
   graph::draw_bottom_axis(painter, area, ticks, picture.x_title);
   graph::draw_left_axis(
       painter, area, height_ticks(plot),

@@ -29,7 +29,8 @@ struct PseudoSectionPicture {
   SectionRange heights;  // likewise
   QString title;
   QString x_title = "Station (m)";
-  QString note;  // in place of a section without points
+  QString note;           // in place of a section without points
+  bool in_order = false;  // x counts the stations
   bool period_up = false;
   bool contours = false;
   bool points = true;                 // dots where data are, crosses where they are masked

@@ -201,6 +201,19 @@ void draw_large(QPainter& painter, const QRectF& area, const RoseFigure& figure)
   draw_key(painter, QRectF(area.left(), area.bottom() - line, area.width(), line), figure);
 }
 
+/// As many digits as all headings of the bands have room for, two at least.
+int heading_digits(const QPainter& painter, const std::vector<FrequencyBand>& bands, double width) {
+  const QFontMetricsF metrics(painter.font(), painter.device());
+  constexpr double gap = 4.0;
+  const auto fits = [&](int digits) {
+    return std::ranges::all_of(bands, [&](const FrequencyBand& band) {
+      return std::max(metrics.horizontalAdvance(qt_text(frequencies_text(band, digits))),
+                      metrics.horizontalAdvance(qt_text(periods_text(band, digits)))) <= width - gap;
+    });
+  };
+  return fits(4) ? 4 : fits(3) ? 3 : 2;
+}
+
 /// The small roses: a row a method, a column for all frequencies and one a decade.
 void draw_grid(QPainter& painter, const QRectF& area, const StrikeSummary& summary) {
   const double line = line_height(painter);
@@ -218,10 +231,11 @@ void draw_grid(QPainter& painter, const QRectF& area, const StrikeSummary& summa
   draw_line_of_text(painter, units, units.top(), "Hz");
   draw_line_of_text(painter, units, units.top() + line, "s");
   draw_line_of_text(painter, cell_at(0, 0).translated(0.0, -titles), area.top(), "All");
+  const int digits = heading_digits(painter, summary.decades, cell.width());
   for (std::size_t i = 0; i < summary.decades.size(); ++i) {
     const QRectF title = cell_at(0, i + 1);
-    draw_line_of_text(painter, title, area.top(), qt_text(frequencies_text(summary.decades[i])));
-    draw_line_of_text(painter, title, area.top() + line, qt_text(periods_text(summary.decades[i])));
+    draw_line_of_text(painter, title, area.top(), qt_text(frequencies_text(summary.decades[i], digits)));
+    draw_line_of_text(painter, title, area.top() + line, qt_text(periods_text(summary.decades[i], digits)));
   }
   for (std::size_t row = 0; row < summary.methods.size(); ++row) {
     const MethodAnswers& answers = summary.methods[row];

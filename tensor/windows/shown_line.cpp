@@ -92,17 +92,17 @@ void ShownLine::set_positions(Module_display_data::PositionSource source) {
   Q_EMIT line_changed();
 }
 
-void ShownLine::choose(double station, double frequency) {
+void ShownLine::choose(double station, double frequency, const QString& data_type) {
   const auto& stations = line().stations;
   const auto found = std::ranges::find(stations, station, &StationTensor::station);
   if (found != stations.end()) {
-    choose_site(found->StationID, frequency);
+    choose_site(found->StationID, frequency, data_type);
   }
 }
 
-void ShownLine::choose_site(std::int32_t StationID, double frequency) {
+void ShownLine::choose_site(std::int32_t StationID, double frequency, const QString& data_type) {
   if (const auto index = Module_display_data::station_index_of(StationID); index > 0) {
-    Q_EMIT station_chosen(index, frequency);
+    Q_EMIT station_chosen(index, frequency, data_type);
   }
 }
 

@@ -4,6 +4,7 @@
 // chosen or readings change. Station indices are those of the session, from 1.
 #pragma once
 #include <QObject>
+#include <QString>
 #include <cstdint>
 #include <optional>
 
@@ -34,10 +35,10 @@ class ShownLine : public QObject {
   void set_positions(Module_display_data::PositionSource source);
 
   /// A window wants a station displayed in the main window, with the frequency (Hz; 0: none) as the clicked
-  /// one.
-  void choose(double station, double frequency);
+  /// one, and a data type, if the click was at a curve of it.
+  void choose(double station, double frequency, const QString& data_type = {});
   /// The same of a station of any line, by the ID of its row.
-  void choose_site(std::int32_t StationID, double frequency);
+  void choose_site(std::int32_t StationID, double frequency, const QString& data_type = {});
   /// A window has edited readings, of one station or of any: the main window shows it, and they are read
   /// again.
   void announce_edit(std::optional<double> station);
@@ -50,7 +51,7 @@ class ShownLine : public QObject {
   void survey_changed();   // what was kept of other lines is out of date; line_changed follows
   void line_changed();     // other stations, or other data of any of them
   void station_changed();  // another one is shown
-  void station_chosen(int station_index, double frequency);
+  void station_chosen(int station_index, double frequency, const QString& data_type);
   void edited();
   void marks_changed();
   void strike_chosen(double strike);

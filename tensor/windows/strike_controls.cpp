@@ -116,7 +116,7 @@ void StrikeControls::connect_controls() {
   }
   connect(skew_, &QDoubleSpinBox::valueChanged, this, tell);
   connect(ellipticity_, &QDoubleSpinBox::valueChanged, this, tell);
-  connect(with_errors_, &QCheckBox::toggled, this, tell);
+  connect(with_errors_, &QCheckBox::toggled, this, &StrikeControls::dimensions_changed);
 }
 
 bool StrikeControls::band_typed() const {

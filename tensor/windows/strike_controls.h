@@ -27,6 +27,8 @@ class StrikeControls : public QWidget {
 
  Q_SIGNALS:
   void changed();
+  /// Only of the limits that the dimensions are told by.
+  void dimensions_changed();
 
  private:
   void lay_out();

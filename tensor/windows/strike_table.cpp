@@ -5,7 +5,9 @@
 #include <QHeaderView>
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <set>
+#include <utility>
 
 #include "core/number_text.h"
 #include "platform/widgets/copy_cells.h"
@@ -49,12 +51,6 @@ const char* const hints[] = {
 
 constexpr int station_role = Qt::UserRole;
 constexpr int number_role = NumberCell::number_role;
-
-QTableWidgetItem* number_cell(double number, const char* picture) {
-  return new NumberCell(std::isnan(number) ? QString("-") : qt_text(format_number(number, picture)), number);
-}
-
-QTableWidgetItem* count_cell(std::size_t count) { return number_cell(static_cast<double>(count), "0"); }
 
 QString ey_text(const StationTensor& station) {
   const QString sign = station.ey_turned ? "turned" : "as measured";
@@ -104,46 +100,91 @@ StrikeTable::StrikeTable(QWidget* parent) : QTableWidget(0, static_cast<int>(hea
   });
 }
 
-void StrikeTable::add_cell(int row, int column, QTableWidgetItem* cell, std::size_t index) {
-  cell->setData(station_role, static_cast<qulonglong>(index));
-  setItem(row, column, cell);
+/// Sets a cell that isn't as it should be: a changed choice leaves most of a long table as it was.
+void StrikeTable::put_text(int row, int column, const QString& text) {
+  if (QTableWidgetItem* const cell = item(row, column); cell == nullptr) {
+    setItem(row, column, new QTableWidgetItem(text));
+  } else if (cell->text() != text) {
+    cell->setText(text);
+  }
 }
 
-void StrikeTable::fill_row(int row, const StrikeStation& station, const StationStrike* strike) {
-  const auto index = static_cast<std::size_t>(row);
+void StrikeTable::put_number(int row, int column, const QString& text, double number) {
+  QTableWidgetItem* const cell = item(row, column);
+  if (cell == nullptr) {
+    setItem(row, column, new NumberCell(text, number));
+    return;
+  }
+  if (cell->text() != text) {
+    cell->setText(text);
+  }
+  if (cell->data(number_role).toDouble() != number) {
+    cell->setData(number_role, number);
+  }
+}
+
+void StrikeTable::put_number(int row, int column, double number, const char* picture) {
+  put_number(row, column, std::isnan(number) ? QString("-") : qt_text(format_number(number, picture)),
+             number);
+}
+
+void StrikeTable::fill_row(int row, const StrikeStation& station, const StationStrike& shown) {
   const StationTensor& tensors = station.tensors;
-  add_cell(row, column_station,
-           new NumberCell(qt_text(station_text(tensors.station, tensors.name)), tensors.station), index);
-  const StationStrike none;
-  const StationStrike& shown = strike != nullptr ? *strike : none;
-  add_cell(row, column_strike, number_cell(shown.strike.strike.value, "0.0"), index);
-  add_cell(row, column_other, number_cell(shown.strike.alternative, "0.0"), index);
-  add_cell(row, column_deviation, number_cell(shown.strike.deviation, "0.0"), index);
-  add_cell(row, column_used, count_cell(shown.strike.used), index);
-  add_cell(row, column_left_out, count_cell(shown.strike.left_out), index);
-  add_cell(row, column_skew, number_cell(shown.median_skew, "0.0"), index);
-  add_cell(row, column_ey, new QTableWidgetItem(tensors.points.empty() ? QString("-") : ey_text(tensors)),
-           index);
-  add_cell(row, column_masked, count_cell(shown.masked_diagonals), index);
+  put_number(row, column_station, qt_text(station_text(tensors.station, tensors.name)), tensors.station);
+  put_number(row, column_strike, shown.strike.strike.value, "0.0");
+  put_number(row, column_other, shown.strike.alternative, "0.0");
+  put_number(row, column_deviation, shown.strike.deviation, "0.0");
+  put_number(row, column_used, static_cast<double>(shown.strike.used), "0");
+  put_number(row, column_left_out, static_cast<double>(shown.strike.left_out), "0");
+  put_number(row, column_skew, shown.median_skew, "0.0");
+  put_text(row, column_ey, tensors.points.empty() ? QString("-") : ey_text(tensors));
+  put_number(row, column_masked, static_cast<double>(shown.masked_diagonals), "0");
   const QString remarks = remarks_text(tensors);
-  auto* const cell = new QTableWidgetItem(remarks);
-  cell->setToolTip(plain_tool_tip(remarks));
-  add_cell(row, column_remarks, cell, index);
+  put_text(row, column_remarks, remarks);
+  item(row, column_remarks)->setToolTip(plain_tool_tip(remarks));
+}
+
+/// The row of each station in the order that the table is sorted by; as they come where there are others.
+/// @return whether the table has had these stations before
+bool StrikeTable::take_stations(const std::vector<StrikeStation>& stations, std::vector<int>& rows) {
+  rows.assign(stations.size(), -1);
+  bool same = static_cast<std::size_t>(rowCount()) == stations.size();
+  for (int row = 0; same && row < rowCount(); ++row) {
+    const QTableWidgetItem* const cell = item(row, column_station);
+    const auto index = static_cast<std::size_t>(cell->data(station_role).toULongLong());
+    same = index < stations.size() && cell->data(number_role).toDouble() == stations[index].tensors.station;
+    if (same) {
+      rows[index] = row;
+    }
+  }
+  if (same) {
+    return true;
+  }
+  std::iota(rows.begin(), rows.end(), 0);
+  setRowCount(0);
+  setRowCount(static_cast<int>(stations.size()));
+  return false;
 }
 
 void StrikeTable::show_stations(const std::vector<StrikeStation>& stations,
                                 const std::optional<Module_tensor::StrikeSummary>& summary) {
   const std::vector<double> selected = selected_stations();
-  const bool first = rowCount() == 0;
   setSortingEnabled(false);  // rows would move while they are filled in
-  setRowCount(0);
-  setRowCount(static_cast<int>(stations.size()));
+  std::vector<int> rows;
+  const bool same = take_stations(stations, rows);
+  const StationStrike none;
   for (std::size_t i = 0; i < stations.size(); ++i) {
-    fill_row(static_cast<int>(i), stations[i], summary ? &summary->stations[i] : nullptr);
+    fill_row(rows[i], stations[i], summary ? summary->stations[i] : none);
+    item(rows[i], column_station)->setData(station_role, static_cast<qulonglong>(i));
   }
   setSortingEnabled(true);
-  if (first) {
+  if (!same && !stations.empty() && std::exchange(columns_fitted_, true)) {
+    resizeColumnToContents(column_station);  // another line may have longer names
+  } else if (!same && !stations.empty()) {
     resizeColumnsToContents();
+  }
+  if (selected == selected_stations()) {
+    return;
   }
   for (int row = 0; row < rowCount(); ++row) {
     if (std::ranges::find(selected, item(row, column_station)->data(number_role).toDouble()) !=
@@ -159,9 +200,11 @@ void StrikeTable::mark_station(std::optional<std::size_t> index) {
   for (int row = 0; row < rowCount(); ++row) {
     QTableWidgetItem* const cell = item(row, column_station);
     const bool shown = index && cell->data(station_role).toULongLong() == *index;
-    QFont font = cell->font();
-    font.setBold(shown);
-    cell->setFont(font);
+    if (cell->font().bold() != shown) {
+      QFont font = cell->font();
+      font.setBold(shown);
+      cell->setFont(font);
+    }
     if (shown) {
       scrollToItem(cell);
     }

@@ -27,7 +27,12 @@ class StrikeTable : public QTableWidget {
   void station_chosen(double station);
 
  private:
+  bool take_stations(const std::vector<Module_tensor::StrikeStation>& stations, std::vector<int>& rows);
   void fill_row(int row, const Module_tensor::StrikeStation& station,
-                const Module_tensor::StationStrike* strike);
-  void add_cell(int row, int column, QTableWidgetItem* cell, std::size_t index);
+                const Module_tensor::StationStrike& shown);
+  void put_text(int row, int column, const QString& text);
+  void put_number(int row, int column, const QString& text, double number);
+  void put_number(int row, int column, double number, const char* picture);
+
+  bool columns_fitted_ = false;
 };

@@ -48,6 +48,14 @@ Extremes extremes_of(const std::vector<GlyphPoint>& outline) {
 /// Clockwise from up, modulo 180.
 double axis_of(GlyphPoint point) { return std::fmod(std::atan2(point[0], point[1]) / degree + 360.0, 180.0); }
 
+TEST(Arrow, One_beyond_all_earth_is_cut_in_its_direction) {
+  EXPECT_FALSE(limited_tip({0.6, 0.8}).is_cut);
+  const LimitedTip cut = limited_tip({-30.0, 40.0});
+  EXPECT_TRUE(cut.is_cut);
+  EXPECT_NEAR(cut.tip[0], -0.6, 1e-12);
+  EXPECT_NEAR(cut.tip[1], 0.8, 1e-12);
+}
+
 TEST(Ellipse_outline, Points_clockwise_from_up_with_a_longest_half_axis_of_one) {
   struct Case {
     const char* name;

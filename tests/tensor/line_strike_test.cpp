@@ -150,7 +150,8 @@ TEST(Line_strike, Of_arrows_is_what_they_stand_across) {
   EXPECT_NEAR(modulo_90(strike.alternative - strike.strike.value), 0.0, 1e-9);
   EXPECT_EQ(strike.used, 6);
   EXPECT_EQ(strike.left_out, 2);
-  const ArrowVotes votes = arrow_votes(stations, {}, 20.0);
+  const ArrowVotes votes =
+      arrow_votes(said_within(point_strikes(stations, {StrikeMethod::tipper}), {}), 20.0);
   EXPECT_EQ(votes.strike, 0);
   EXPECT_EQ(votes.alternative, 6);
 }
@@ -177,7 +178,8 @@ TEST(Strike_rose, Of_arrows_has_one_lobe) {
   const auto stations = strike_stations({station});
   const double common = line_strike(stations, {}, choices).strike.value;
   EXPECT_NEAR(common, -76.0, 1.0);
-  const Rose rose = strike_rose(stations, {}, choices, 5.0, common);
+  const Rose rose =
+      strike_rose(said_within(point_strikes(stations, choices), {}), choices.method, 5.0, common);
   EXPECT_EQ(rose.strikes[20], 2.0);
   EXPECT_EQ(rose.strikes[21], 1.0);
   EXPECT_TRUE(rose.alternatives.empty());
@@ -189,7 +191,8 @@ TEST(Strike_rose, Keeps_a_lobe_together_and_its_other_solution_apart) {
                                          made::station(2.0, {1.0, 2.0, 4.0}, {46.5, -10.0, 30.0, 60.0})});
   const StrikeChoices choices{StrikeMethod::phase_tensor_azimuth, StrikeWeights::none};
   const double common = line_strike(stations, {}, choices).strike.value;
-  const Rose rose = strike_rose(stations, {}, choices, 5.0, common);
+  const Rose rose =
+      strike_rose(said_within(point_strikes(stations, choices), {}), choices.method, 5.0, common);
   ASSERT_EQ(rose.strikes.size(), 36);
   const std::size_t turn = common > 0.0 ? 0 : 18;  // the common one is near 45 or near -45
   EXPECT_EQ(rose.strikes[(8 + turn) % 36], 2.0);
@@ -242,6 +245,54 @@ TEST(Strike_summary, Of_nothing_is_none) {
   EXPECT_FALSE(summary->best.strike.has_value());
   EXPECT_TRUE(summary->decades.empty());
   EXPECT_EQ(summary->stations.size(), 5);
+}
+
+/// Every number of a summary.
+std::vector<double> numbers_of(const StrikeSummary& summary) {
+  std::vector<double> numbers{summary.best.strike.value, static_cast<double>(summary.votes.strike),
+                              static_cast<double>(summary.stations.size())};
+  const auto add = [&](const BandAnswer& answer) {
+    numbers.insert(numbers.end(), {answer.strike.strike.value, answer.strike.strike.error,
+                                   static_cast<double>(answer.strike.left_out), answer.rose.bin_width});
+    numbers.insert(numbers.end(), answer.rose.strikes.begin(), answer.rose.strikes.end());
+  };
+  for (const MethodAnswers& method : summary.methods) {
+    add(method.whole);
+    std::ranges::for_each(method.decades, add);
+  }
+  std::ranges::replace_if(
+      numbers, [](double number) { return std::isnan(number); }, -1000.0);
+  return numbers;
+}
+
+TEST(Strike_summary, Of_one_question_after_the_other_is_that_of_each_alone) {
+  auto line = turned_sensors();
+  line[0].tipper.push_back({100.0, made::arrow(16.0)});
+  line[1].tipper.push_back({0.1, made::arrow(70.0)});
+  const auto stations = strike_stations(line);
+  StrikeQuestion question;
+  StrikeSummaries summaries;
+  const auto agrees = [&] {
+    return numbers_of(*summaries.summary(stations, question)) ==
+           numbers_of(*strike_summary(stations, question));
+  };
+  EXPECT_TRUE(agrees());
+  question.bin_width = 5.0;
+  EXPECT_TRUE(agrees());
+  for (const StrikeMethod method :
+       {StrikeMethod::swift_sum, StrikeMethod::tipper, StrikeMethod::phase_tensor_alpha}) {
+    question.choices.method = method;
+    EXPECT_TRUE(agrees()) << method_name(method);
+  }
+  question.choices.weights = StrikeWeights::none;
+  EXPECT_TRUE(agrees());
+  question.band = FrequencyBand{0.05, 20.0};
+  EXPECT_TRUE(agrees());
+  question.choices.skew_limit = 0.0;
+  EXPECT_TRUE(agrees());
+  question.choices.least_ellipticity = 0.9;
+  question.band.reset();
+  EXPECT_TRUE(agrees());
 }
 
 TEST(Dimensions, By_skew_and_ellipticity_with_cells_between_periods) {

@@ -236,7 +236,8 @@ TEST(Pseudo_section, Contours_of_a_plane_are_where_it_has_their_values) {
   PseudoSection section = line.section(SectionQuantity::rho_xy);
   for (const double level : {0.7, 1.0, 1.9}) {
     double length = 0.0;
-    for (const ContourPiece& piece : contour_lines(section, {level})) {
+    for (const ContourPiece& piece : contour_lines(section, {-5.0, level})) {
+      EXPECT_EQ(piece.level, 1U);
       EXPECT_NEAR(piece.x1 / 200.0 + piece.height1 / 4.0 + 1.0, level, 1e-5);
       EXPECT_NEAR(piece.x2 / 200.0 + piece.height2 / 4.0 + 1.0, level, 1e-5);
       length += std::abs(piece.x2 - piece.x1);

@@ -111,6 +111,14 @@ TEST_F(PlannedImport, Sites_of_all_formats_lie_on_one_line) {
             "digits of the site name: 2 files have no latitude and longitude; the site name has letters: its "
             "last digits");
   EXPECT_EQ(why(by_name, ProposedChoice::reference), "Not Remote: no file shows remote channels");
+  // Two files of one site are averaged, which the user has to know.
+  std::vector<std::string> twice;
+  for (const char* const name : {"twice/a.xml", "twice/b.xml"}) {
+    twice.push_back(folder.write(name, made_emtf_xml(at("MT9", "139.00"))));
+  }
+  const ImportPlan both = plan_for(twice, proposals_for(twice).choices);
+  EXPECT_EQ(both.sections.at(0).remarks,
+            std::vector<std::string>{"site MT9 is in b.xml, too: both are taken as one site, and averaged"});
 }
 
 // Zone 54 begins at 138 E. Taken in two zones, the sites would be half a million metres apart.
@@ -294,11 +302,41 @@ TEST_F(PlannedImport, Two_parallel_lines_are_no_distances) {
     files.push_back(site("run/" + place + "b.edi", place + "00B", "-30.002", "139.0" + place));
   }
   const Proposals proposals = proposals_for(files);
-  EXPECT_EQ(why(proposals, ProposedChoice::stations).find("order of the files: different sites are as far"),
+  EXPECT_EQ(why(proposals, ProposedChoice::stations)
+                .find("order of the files: the sites of line 100E lie on two parallel lines, 2"),
             0U)
       << why(proposals, ProposedChoice::stations);
   EXPECT_EQ(planned_stations(plan_for(files, proposals.choices)),
             (std::vector<double>{100, 200, 300, 400, 500, 600, 700, 800, 900, 1000}));
+}
+
+TEST_F(PlannedImport, Tables_in_one_folder_that_cannot_be_one_line_get_lines_of_their_own) {
+  const std::string avg =
+      "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy 10 500\n 2 150 1 ExHy 10 500\n";
+  const auto line = [&](const std::string& a, const std::string& of_a, const std::string& b,
+                        const std::string& of_b) {
+    std::vector<std::string> files;
+    for (const auto& [file, stn] : {std::pair{a, of_a}, std::pair{b, of_b}}) {
+      files.push_back(folder.write(file + ".avg", avg));
+      if (!stn.empty()) {
+        (void)folder.write(file + ".stn", stn);
+      }
+    }
+    const Proposals proposals = proposals_for(files);
+    const ImportPlan plan = plan_for(files, proposals.choices);
+    EXPECT_EQ(plan.sections.size(), 2U);
+    EXPECT_EQ(why(proposals, ProposedChoice::line).find("in common") != std::string::npos,
+              plan.sections[0].line != plan.sections[1].line)
+        << why(proposals, ProposedChoice::line);
+    return plan.sections[0].line + " " + plan.sections[1].line;
+  };
+  const std::string here = "100 1000 2000\n150 1050 2000\n";
+  const std::string there = "100 1000 2300\n150 1050 2400\n";
+  EXPECT_EQ(line("x/L200N", here, "x/L300N", there), "200N 300N");
+  EXPECT_EQ(line("y500/a", here, "y500/b", there), "500E 100E");
+  EXPECT_EQ(line("z/1te", here, "z/1tm", here), "100E 100E") << "two tables of one line";
+  EXPECT_EQ(line("u/L200N", "", "u/L300N", ""), "200N 300N");
+  EXPECT_EQ(line("v/a", "", "v/b", ""), "100E 100E") << "nothing tells";
 }
 
 TEST_F(PlannedImport, A_line_goes_on_however_it_is_typed) {

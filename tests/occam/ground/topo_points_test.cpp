@@ -53,6 +53,8 @@ TEST_F(TopoPointsTest, Tells_what_is_wrong_with_the_entries_in_their_order) {
       {&LocationEntries::first_line, "0", "The number of the first data line must be positive"},
       {&LocationEntries::first_line, "-1e300", "The number of the first data line must be positive"},
       {&LocationEntries::line_step, "0.5", "The step between lines of data must be positive"},
+      {&LocationEntries::line_step, "2O", "The step between lines of data is not numeric"},
+      {&LocationEntries::station_column, "1l", "The station column location is not numeric"},
       {&LocationEntries::station_column, "x", "The station column location must be positive"},
       {&LocationEntries::station_column, "-1", "The station column location must be positive"},
       {&LocationEntries::elevation_column, "", "The elevation column location is not numeric"},

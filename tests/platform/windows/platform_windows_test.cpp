@@ -1,7 +1,10 @@
 // The interface to the user on Qt, and the splitter with its resizer.
 #include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
 #include <QFileIconProvider>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -12,6 +15,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "core/finished_work.h"
 #include "platform/widgets/folder_model.h"
 #include "platform/widgets/outlined_style.h"
 #include "platform/widgets/vex_control_resizer.h"
@@ -82,6 +86,28 @@ class PlatformWindowsTest : public QObject {
     QCOMPARE(dialog_suffix(""), QString());
   }
 
+  void a_name_without_an_ending_gets_that_of_the_chosen_type() {
+    const TemporaryFolder folder;
+    QtUserInterface interface;
+    const FileDialogRequest request{"Save", "PNG (*.png)|*.png|PDF (*.pdf)|*.pdf|All (*.*)|*.*", "*.png",
+                                    folder.folder().string(), "graph.png"};
+    const auto chosen = [&](const QString& type, const QString& name) {
+      when_shown<QFileDialog>([&](QFileDialog* dialog) {
+        auto* const types = dialog->findChild<QComboBox*>("fileTypeCombo");
+        types->setCurrentText(type);
+        Q_EMIT types->textActivated(type);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
+        QMetaObject::invokeMethod(dialog, "accept");
+      });
+      const std::string path = interface.select_file_to_create(request);
+      return QFileInfo(QString::fromStdString(path)).fileName();
+    };
+    QCOMPARE(chosen("PNG (*.png)", "line 1"), QString("line 1.png"));
+    QCOMPARE(chosen("PDF (*.pdf)", "line 1"), QString("line 1.pdf"));
+    QCOMPARE(chosen("All (*)", "line 1"), QString("line 1.png"));
+    QCOMPARE(chosen("PDF (*.pdf)", "line 1.svg"), QString("line 1.svg"));
+  }
+
   // One of these gives its first byte when the system has something to say.
   void icons_of_files_need_no_look_into_them() {
     const TemporaryFolder folder;
@@ -118,6 +144,26 @@ class PlatformWindowsTest : public QObject {
     }
     QVERIFY(store.keys("Marrowgate", "Projection").empty());
     QCOMPARE(store.value("Marrowgate", "Brenlox", "ImportDirectory", ""), std::string("/data"));
+  }
+
+  void settings_that_cannot_be_written_are_told_once_and_hold() {
+    const TemporaryFolder folder;
+    const std::string no_folder = folder.write("settings", "a file where a folder should be");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(no_folder));
+    std::vector<std::string> told;
+    Module_Brenlox::set_finished_listener(
+        [&](const Module_Brenlox::FinishedWork& work) { told.push_back(work.text); });
+    QtSettingsStore store;
+    store.set_value("Elsewhere", "Brenlox", "ImportDirectory", "/data");
+    store.set_value("Elsewhere", "Brenlox", "Extension", "edi");
+    Module_Brenlox::set_finished_listener({});
+    QCOMPARE(told.size(), 1U);
+    QVERIFY(told[0].starts_with("The settings can't be written to "));
+    QCOMPARE(store.value("Elsewhere", "Brenlox", "ImportDirectory", ""), std::string("/data"));
+    QCOMPARE(store.value("Elsewhere", "Brenlox", "Extension", ""), std::string("edi"));
+    QCOMPARE(store.keys("Elsewhere", "Brenlox").size(), 2U);
+    store.remove("Elsewhere", "Brenlox", "Extension");
+    QCOMPARE(store.value("Elsewhere", "Brenlox", "Extension", "none"), std::string("none"));
   }
 
   void messages_show_their_text_as_it_is() {

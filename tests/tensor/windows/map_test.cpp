@@ -220,6 +220,29 @@ class MapTest : public QObject, private WindowFixture {
     control<QComboBox>("Combo_map_lines").setCurrentIndex(1);
     QCOMPARE(contents().map.sites.size(), 3U);
     QVERIFY(interface_->take_messages().empty());
+    QVERIFY(control<QLabel>("Label_map_remarks").text().contains("1 of the lines is not shown"));
+    QCOMPARE(contents().heading, std::string("Some of the lines"));
+    (*interface_)->stop = [] { return false; };
+    control<QComboBox>("Combo_map_lines").setCurrentIndex(0);
+    QVERIFY(!control<QLabel>("Label_map_remarks").text().contains("not shown"));
+    control<QComboBox>("Combo_map_lines").setCurrentIndex(1);
+    QCOMPARE(contents().map.sites.size(), 4U);
+    QCOMPARE(contents().heading, std::string("All lines"));
+  }
+
+  void another_projection_is_another_plan() {
+    make_lines();
+    open_map();
+    turn_wheel(place_of(1), 4);
+    QVERIFY(contents().frame.has_value());
+    shown_->forget();  // the main window's word after anything in the survey may have changed
+    QVERIFY(contents().frame.has_value());
+    for (int i = 1; i <= 3; ++i) {  // another zone, elsewhere in it
+      store_site("1E", 100.0 * i, 60.0, 43.0 + 0.18 * i);
+    }
+    shown_->forget();
+    QVERIFY(!contents().frame.has_value());
+    QVERIFY(map_area(view().rect()).contains(place_of(1)));
   }
 
   void files_have_what_is_on_show() {

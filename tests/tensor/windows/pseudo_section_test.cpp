@@ -4,10 +4,12 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTest>
 #include <filesystem>
 
 #include "core/undo_stack.h"
+#include "platform/widgets/entry_mark.h"
 #include "reduction/edits/undo.h"
 #include "tensor/windows/Form_pseudo_section.h"
 #include "tensor/windows/pseudo_section_pane.h"
@@ -119,6 +121,15 @@ class PseudoSectionTest : public QObject, private WindowFixture {
     QCOMPARE(clicked[0][1].toDouble(), 10.0);
     QTest::mouseClick(&pane(0), Qt::LeftButton, {}, QPoint(5, 5));  // beside the section
     QCOMPARE(clicked.count(), 1);
+    // What is one curve's takes the main window to it.
+    QSignalSpy chosen(shown_.get(), &ShownLine::station_chosen);
+    for (const auto& [quantity, type] :
+         {std::pair(SectionQuantity::rho_yx, "EyHx"), std::pair(SectionQuantity::phase_xy, "ExHy"),
+          std::pair(SectionQuantity::rho_det, "")}) {
+      choose(quantity);
+      QTest::mouseClick(&pane(0), Qt::LeftButton, {}, pixel(1, 0));
+      QCOMPARE(chosen.takeLast()[2].toString(), QString(type));
+    }
     QSignalSpy mask(&pane(0), &PseudoSectionPane::mask_wanted);
     QTest::mouseClick(&pane(0), Qt::LeftButton, Qt::ShiftModifier, QPoint(5, 5));
     QCOMPARE(mask.count(), 0);
@@ -138,7 +149,8 @@ class PseudoSectionTest : public QObject, private WindowFixture {
                           Case{SectionQuantity::rho_det, "110011", "110011"},
                           Case{SectionQuantity::phase_max, "110011", "110011"},
                           Case{SectionQuantity::ellipses_by_skew, "110011", "110011"},
-                          Case{SectionQuantity::bostick_xy, "110011", "111111"}}) {
+                          Case{SectionQuantity::bostick_xy, "110011", "111111"},
+                          Case{SectionQuantity::bostick_det, "110011", "110011"}}) {
       choose(c.quantity);
       QVERIFY(point(0, 1).counts);
       QTest::mouseClick(&pane(0), Qt::LeftButton, Qt::ShiftModifier, pixel(0, 1));
@@ -187,6 +199,22 @@ class PseudoSectionTest : public QObject, private WindowFixture {
     QVERIFY(!pane(1).isVisible());
   }
 
+  void stations_far_apart_are_equally_wide_in_order() {
+    make_line({5000.0, 100.0, 200.0}, {0.1F, 1.0F});
+    open_window();
+    control<QCheckBox>("Check_in_order").click();
+    const auto& columns = pane(0).picture().section.columns;
+    QCOMPARE(columns.size(), std::size_t{3});
+    for (const SectionColumn& column : columns) {
+      QCOMPARE(column.across.upper - column.across.lower, 1.0);
+      QVERIFY(!column.gap_behind);
+    }
+    QCOMPARE(columns.back().station, 5000.0);
+    QSignalSpy clicked(&pane(0), &PseudoSectionPane::clicked);
+    QTest::mouseClick(&pane(0), Qt::LeftButton, {}, pixel(2, 0));
+    QCOMPARE(clicked.value(0).value(0).toDouble(), 5000.0);
+  }
+
   void arrow_keys_step_the_station_and_undo_is_handed_on() {
     make_line({100.0, 200.0, 300.0}, {0.1F, 1.0F});
     open_window();
@@ -218,9 +246,19 @@ class PseudoSectionTest : public QObject, private WindowFixture {
     QCOMPARE(pane(0).picture().scale.upper, 3.0);
     QCOMPARE(control<QComboBox>("Combo_range_0").currentIndex(), 2);
     upper.selectAll();
-    QTest::keyClicks(&upper, "-5");
+    for (const char* const refused : {"-5", "many", "0.5"}) {
+      upper.selectAll();
+      QTest::keyClicks(&upper, refused);
+      QTest::keyClick(&upper, Qt::Key_Return);
+      QVERIFY(is_marked(upper));
+      QCOMPARE(upper.text(), QString(refused));
+      QCOMPARE(control<QStatusBar>("Status_section").currentMessage(), upper.toolTip());
+      QCOMPARE(pane(0).picture().scale.upper, 3.0);
+    }
+    upper.selectAll();
+    QTest::keyClicks(&upper, "1000");
     QTest::keyClick(&upper, Qt::Key_Return);
-    QCOMPARE(upper.text(), QString("1000"));
+    QVERIFY(!is_marked(upper));
     choose(SectionQuantity::phase_xy);
     QCOMPARE(pane(0).picture().scale.upper, 90.0);
     choose(SectionQuantity::rho_xy);
