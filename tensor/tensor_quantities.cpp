@@ -176,9 +176,9 @@ void add_averages(Quantities& quantities) {
       {"det", determinant_earth}, {"mean", mean_earth}, {"ssq", sum_of_squares_earth}};
   for (const auto& [name, average] : averages) {
     add(quantities, std::string(name) + "_rho", ohm_m,
-        OfTensor([average = average](const Tensor& t, double f) { return average(t, f).resistivity; }));
+        OfTensor([of = average](const Tensor& t, double f) { return of(t, f).resistivity; }));
     add(quantities, std::string(name) + "_phase", degree,
-        OfTensor([average = average](const Tensor& t, double f) { return average(t, f).phase; }));
+        OfTensor([of = average](const Tensor& t, double f) { return of(t, f).phase; }));
   }
 }
 
@@ -196,9 +196,9 @@ void add_bostick(Quantities& quantities) {
       {"yx", [](const Tensor& t, double f) { return bostick_of(t, Element::yx, f); }}};
   for (const auto& [name, curve] : curves) {
     add(quantities, std::string("bostick_depth_") + name, metre,
-        OfTensor([curve = curve](const Tensor& t, double f) { return curve(t, f).depth; }));
+        OfTensor([of = curve](const Tensor& t, double f) { return of(t, f).depth; }));
     add(quantities, std::string("bostick_rho_") + name, ohm_m,
-        OfTensor([curve = curve](const Tensor& t, double f) { return curve(t, f).resistivity; }));
+        OfTensor([of = curve](const Tensor& t, double f) { return of(t, f).resistivity; }));
   }
 }
 

@@ -51,7 +51,7 @@ TEST(Input_file, Takes_no_pipe_socket_or_device_and_waits_for_none) {
                                                        {folder.folder().string(), " is a folder, not a file"},
                                                        {folder.path("none.edi"), " doesn't exist"}};
   for (const auto& [path, reason] : cases) {
-    EXPECT_EQ(failure_of([&path = path] { InputFile file(path); }), path + reason);
+    EXPECT_EQ(failure_of([&given = path] { InputFile file(given); }), path + reason);
   }
 }
 
