@@ -160,6 +160,24 @@ TEST_F(ImportRun, Lengths_in_feet_are_told) {
   }
 }
 
+// The HX of these files stands at 12.5 degrees.
+TEST_F(ImportRun, Impedances_in_axes_that_nobody_measured_in_are_told) {
+  const auto file = [&](const std::string& rotation) {
+    return folder.write(
+        "a.edi", made_edi({MadeSection{.blocks = ">RHOXY //3\n1 2 3\n>PHSXY //3\n45 -45 30\n>ZROT //3\n0 0 " +
+                                                 rotation + "\n"}}));
+  };
+  for (const char* const known : {"0", "360", "12.4", "-12.5", "347.5", "1e32"}) {
+    report = {};
+    ASSERT_EQ(import({file(known)}), 0);
+    EXPECT_FALSE(told(0, "ZROT")) << known;
+  }
+  report = {};
+  ASSERT_EQ(import({file("30")}), 0);
+  EXPECT_TRUE(
+      told(0, "ZROT is 30 degrees and the azimuth of HX 12.5: the axes of the impedances may be turned"));
+}
+
 TEST_F(ImportRun, Other_encodings_are_read_and_damage_and_compression_named) {
   std::string wide = "\xFF\xFE";
   for (const char c : made_edi()) {

@@ -38,9 +38,11 @@ TEST_F(SurveyTest, Only_lines_without_repeats_are_hinted_at_and_once) {
   store_curve(key("200N", 1), 0.0F, 3.0F);
   store_curve(key("200N", 2), 0.5F, no_data);
   store_curve(key("300N", 1), 0.0F, no_data);
+  store_curve(key("400N", 1), 0.0F, 0.0F);
   EXPECT_TRUE(only_files_have_errors(line("100N")));
   EXPECT_FALSE(only_files_have_errors(line("200N"))) << "one station has repeats";
   EXPECT_FALSE(only_files_have_errors(line("300N"))) << "no errors";
+  EXPECT_FALSE(only_files_have_errors(line("400N"))) << "an error of 0 is none";
   EXPECT_FALSE(only_files_have_errors({"100N", 1, "ExHy", 50.0F})) << "no readings";
 
   EXPECT_EQ(file_errors_hint(line("200N")), "");

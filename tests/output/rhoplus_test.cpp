@@ -237,6 +237,10 @@ TEST_F(Rhoplus, Rows_without_data_and_switched_off_frequencies) {
             "2.0000       10.00      6.00     20.00      4.00 0 0\r\n"
             "    4.0000       10.00      6.00     20.00      4.00 0 0\r\n"
             "    8.0000        9.00      5.00      9.00      3.00 1 1\r\n");
+  reading.curve.value(2, 1) = 0.5F;
+  EXPECT_EQ(tables(reading).data[1].use_phase, 1.0F);
+  reading.curve.value(2, 1) = 0.0F;
+  EXPECT_EQ(tables(reading).data[1].use_phase, 0.0F);
   settings.exclude_negative_phase = 0;
   EXPECT_EQ(tables(reading).data[1].use_phase, 1.0F);
 

@@ -39,7 +39,7 @@ class Averages : public SurveyTest {
     row.edit();
     row.set_binary("MaskBinary", Module_database::bytes_of(curve.mask));
     row.set_bit("UsePhase", false);
-    row.set_single("ResOffset", 2.5F);
+    row.set_single("ResOffset", 0.4F);
     row.set_single("PhaseOffset", -3.0F);
     row.update();
   }
@@ -106,7 +106,7 @@ TEST_F(Averages, Edits_of_an_average_survive_until_its_number_of_frequencies_cha
     EXPECT_EQ(kept.curve.value(1, 0), 20.0F);
     EXPECT_EQ(kept.curve.mask, (std::vector<std::int32_t>{0, 1, 1, 1}));
     EXPECT_FALSE(kept.UsePhase);
-    EXPECT_EQ(kept.ResOffset, 2.5F);
+    EXPECT_EQ(kept.ResOffset, 0.4F);
     EXPECT_EQ(kept.PhaseOffset, -3.0F);
   }
   made::store(key, 3, made::reading({{2.0F, 7.0F, 7.0F}}));
@@ -214,7 +214,7 @@ TEST_F(Averages, Merged_curve_is_stored_whole_and_its_edits_survive) {
   set_edits(merged.ID);
   for (const StoredReading& kept : {merge_of(low), stored(merged.ID)}) {
     EXPECT_EQ(kept.curve.mask, (std::vector<std::int32_t>{0, 1, 1, 1, 1, 1}));
-    EXPECT_EQ(kept.ResOffset, 2.5F);
+    EXPECT_EQ(kept.ResOffset, 0.4F);
     EXPECT_FALSE(kept.UsePhase);
   }
   made::store(low, 2, made::reading({{0.5F, 1.0F, 1.0F}}));
@@ -222,8 +222,13 @@ TEST_F(Averages, Merged_curve_is_stored_whole_and_its_edits_survive) {
   const StoredReading grown = merge_of(low);
   EXPECT_EQ(grown.ID, merged.ID);
   EXPECT_EQ(grown.curve.mask, std::vector<std::int32_t>(8, 1));
-  EXPECT_EQ(grown.ResOffset, 2.5F);
+  EXPECT_EQ(grown.ResOffset, 0.4F);
   EXPECT_EQ(grown.PhaseOffset, -3.0F);
+  dao::Recordset damaged = made::row(merged.ID);
+  damaged.edit();
+  damaged.set_single("ResOffset", 0.0F);
+  damaged.update();
+  EXPECT_EQ(merge_of(low).ResOffset, 1.0F) << "no curve is multiplied by 0";
   EXPECT_FALSE(grown.UsePhase);
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 1);
 }
