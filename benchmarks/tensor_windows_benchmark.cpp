@@ -96,14 +96,6 @@ void draw_section(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(stations * frequencies));
 }
 
-void phase_tensors_of_line(benchmark::State& state) {
-  const Line made = made_line(400, 60);
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(phase_tensors_of(made.line));
-  }
-  state.SetItemsProcessed(state.iterations() * 400 * 60);
-}
-
 BENCHMARK(draw_section)
     ->ArgNames({"quantity", "contours"})
     ->ArgsProduct({benchmark::CreateDenseRange(0, 14, 1), {0}})
@@ -111,7 +103,6 @@ BENCHMARK(draw_section)
     ->Args({12, 1})
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(phase_tensors_of_line)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Runs all benchmarks and prints the table of docs/performance.md; some minutes. Figures of one line come from
-# one run and can be compared whatever else the machine does; times of two lines can not.
+# Runs all benchmarks and prints the table of docs/performance.md, and below it what calls from Python cost where
+# the package is built; some minutes. Figures of one line come from one run and can be compared whatever else the
+# machine does; times of two lines can not.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -29,3 +30,9 @@ jq -r '
   | (.name | gsub("/manual_time|/iterations:[0-9]+"; "") | gsub("/"; " ")) as $name
   | "| \($program) | \($name) | \(.work_ms | digits(3)) | \(rate) | \(.bound_ms | digits(3)) | " +
     "\(.ratio | digits(2)) |"' "$results"/*.json
+
+package=build/release/python
+if compgen -G "$package/brenlox/*.so" >/dev/null; then
+  echo
+  PYTHONPATH="$package" python3 python/benchmarks/overhead.py
+fi
