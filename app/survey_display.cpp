@@ -62,6 +62,11 @@ void SurveyDisplay::connect_panels() {
     const ScopedValue stays(plan_stays_, true);  // the next click may be of another station
     display_station(station_index);
   });
+  connect(panels_.plan, &PlanPanel::projection_changed, this, [this] {
+    if (axis_.by_distance()) {
+      choose_positions(PositionSource::distances);
+    }
+  });
   connect(this, &SurveyDisplay::survey_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::selection_changed, panels_.plan, &PlanPanel::forget_values);
   connect(this, &SurveyDisplay::data_changed, panels_.plan, &PlanPanel::take_line);

@@ -17,6 +17,7 @@
 #include "database/reading.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/averages.h"
 
 namespace Batch {
@@ -35,9 +36,11 @@ struct CurveOptions {
 };
 
 std::string criteria_of(const CurveOptions& options) {
-  return "LineNumber = '" + options.reading.line + "' AND Station = " + criterion_text(options.station) +
-         " AND ReferenceType = " + format_number(options.reading.reference_type, "0") + " AND DataType = '" +
-         options.reading.data_type + "' AND DipoleLength = " + criterion_text(options.reading.dipole);
+  return "LineNumber = " + dao::text_literal(options.reading.line) +
+         " AND Station = " + criterion_text(options.station) +
+         " AND ReferenceType = " + format_number(options.reading.reference_type, "0") +
+         " AND DataType = " + dao::text_literal(options.reading.data_type) +
+         " AND DipoleLength = " + criterion_text(options.reading.dipole);
 }
 
 std::vector<StoredReading> load_repeats(const CurveOptions& options) {

@@ -6,6 +6,7 @@
 
 #include "batch/command.h"
 #include "batch/console_interface.h"
+#include "batch/drawing_commands.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/version.h"
@@ -13,11 +14,9 @@
 
 namespace {
 
-using AddCommand = Batch::Command (*)(Batch::Program&);
-
-// In the order of --help.
+// In the order of --help, before those that draw.
 // clang-format off
-constexpr AddCommand add_commands[] = {
+constexpr Batch::AddCommand add_commands[] = {
     Batch::add_new_command,
     Batch::add_import_command,
     Batch::add_recalculate_command,
@@ -39,11 +38,6 @@ constexpr AddCommand add_commands[] = {
     Batch::add_mask_topo_command,
     Batch::add_projection_command,
     Batch::add_strike_command,
-#ifdef BRENLOX_WINDOWS
-    Batch::add_plots_command,
-    Batch::add_pseudosection_command,
-    Batch::add_section_command,
-#endif
 };
 // clang-format on
 
@@ -52,7 +46,10 @@ int run(int argument_count, char** arguments) {
                          "Exit status: 0 done, 1 failed with a message, 2 wrong usage.",
                          "Brenlox " BRENLOX_VERSION);
   std::vector<Batch::Command> commands;
-  for (const AddCommand add : add_commands) {
+  for (const Batch::AddCommand add : add_commands) {
+    commands.push_back(add(program));
+  }
+  for (const Batch::AddCommand add : Batch::drawing_commands()) {
     commands.push_back(add(program));
   }
   Batch::install_console(Batch::Answer::no);

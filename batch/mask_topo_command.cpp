@@ -1,4 +1,5 @@
 // brenlox_batch mask-topo: masks the mesh of a two-dimensional inversion above the ground.
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -27,24 +28,46 @@ struct MaskTopoOptions {
   bool json = false;
 };
 
-void print_summary(const MaskTopoOptions& options, const TopoMask& mask) {
+/// The path of a file beside the mesh; empty for none.
+std::string beside_mesh(const MaskTopoOptions& options, const std::string& name) {
+  return name.empty() ? name : (std::filesystem::path(options.output).parent_path() / name).string();
+}
+
+void print_summary(const MaskTopoOptions& options, const TopoMask& mask, const Module_occam::MaskedRun& run) {
   const Module_occam::OccamModel& model = mask.model;
   const std::int64_t as_read = Module_occam::free_triangles(model.mesh.mesh_code);
   const std::int64_t masked = Module_occam::free_triangles(mask.masked);
   const int blocks = free_blocks(model, mask.masked);
+  const std::string model_path = beside_mesh(options, run.model_file);
+  const std::string start_path = beside_mesh(options, run.start_file);
   if (options.json) {
-    const nlohmann::ordered_json json{
-        {"points", mask.topo.points.station.size()},   {"datum_elevation", mask.choices.datum_elevation},
-        {"free_triangles_as_read", as_read},           {"free_triangles", masked},
-        {"parameters_as_read", model.num_free_params}, {"parameters", blocks},
-        {"stations_on_a_wall", wall_stations(mask)}};
-    std::cout << json.dump(2) << '\n';
+    const auto or_null = [](const std::string& path) {
+      return path.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(path);
+    };
+    const nlohmann::ordered_json json{{"points", mask.topo.points.station.size()},
+                                      {"datum_elevation", mask.choices.datum_elevation},
+                                      {"free_triangles_as_read", as_read},
+                                      {"free_triangles", masked},
+                                      {"parameters_as_read", model.num_free_params},
+                                      {"parameters", blocks},
+                                      {"stations_on_a_wall", wall_stations(mask)},
+                                      {"mesh", options.output},
+                                      {"model", or_null(model_path)},
+                                      {"start_file", or_null(start_path)}};
+    // Paths may hold bytes that are no UTF-8.
+    std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
     return;
   }
   std::cout << mask.topo.points.station.size() << " points, upper edge of the mesh at "
             << plain_text(mask.choices.datum_elevation) << " m\n"
-            << "The mesh is written to " << options.output << '\n'
-            << masked << " free triangles of " << as_read << ", " << blocks << " parameters of "
+            << "The mesh is written to " << options.output << '\n';
+  if (run.start_file.empty()) {
+    std::cout << "No model and no start file: the mesh isn't beside a start file of the model\n";
+  } else {
+    std::cout << "The model is written to " << model_path << '\n'
+              << "The start file is written to " << start_path << '\n';
+  }
+  std::cout << masked << " free triangles of " << as_read << ", " << blocks << " parameters of "
             << model.num_free_params << "; the others are air\n";
 }
 
@@ -56,11 +79,12 @@ int run_mask_topo(MaskTopoOptions& options) {
   }
   mask.choices = {options.style, options.free_triangle,
                   options.datum_elevation.value_or(mask.topo.highest_elevation())};
+  Module_occam::MaskedRun run;
   if (apply_topo_mask(mask) != 0 || !Module_occam::may_write_mesh(options.output) ||
-      write_masked_mesh(options.output, mask) != 0) {
+      write_masked_mesh(options.output, mask, run) != 0) {
     return status_failed;
   }
-  print_summary(options, mask);
+  print_summary(options, mask, run);
   return status_done;
 }
 

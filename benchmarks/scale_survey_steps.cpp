@@ -6,6 +6,7 @@
 // scale_survey_steps [FOLDER]  makes the surveys in FOLDER and keeps them there for the next run; some 4 GB
 #include <QApplication>
 #include <QComboBox>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
 #include <algorithm>
@@ -23,6 +24,7 @@
 #include "benchmarks/beside_bound.h"
 #include "benchmarks/scale_survey.h"
 #include "core/undo_stack.h"
+#include "display/plan_view.h"
 #include "output/zonge.h"
 #include "platform/graph/VexGraphControl.h"
 #include "reduction/edits/recalculate_station.h"
@@ -82,11 +84,31 @@ class Window {
   }
 
   void open() { form_.open_survey(QString::fromStdString(path_)); }
-  void draw_plan() {
-    auto* const map = form_.findChild<SiteMap*>();
-    (void)map->grab();
+  void show_plan() {
+    form_.findChild<QPushButton*>("Command_show_plan")->click();
+    QCoreApplication::processEvents();
   }
-  void step_station(int turn) { bar("HScroll_repeat").setValue(20 + turn); }
+  /// As for the first time.
+  void draw_plan() {
+    plan().forget_stations();
+    plan().repaint();
+  }
+  void click_station(int turn) {
+    const auto at =
+        Module_display_data::to_picture(Module_display_data::station_place(20 + turn), plan().height());
+    QTest::mouseClick(&plan(), Qt::LeftButton, {}, QPointF(at.x, at.y).toPoint());
+  }
+  void drag_plan(int turn) {
+    const QPoint middle = plan().rect().center();
+    if (turn == 0) {
+      QTest::mousePress(&plan(), Qt::LeftButton, {}, middle);
+    }
+    QTest::mouseMove(&plan(), middle + QPoint(5 + 3 * turn, 5 + turn));
+    if (turn == turns - 1) {
+      QTest::mouseRelease(&plan(), Qt::LeftButton, {}, middle);
+    }
+  }
+  void step_station(int turn) { bar("HScroll_repeat").setValue(turn + 1); }
   void click_point() {
     auto* const graph = form_.findChild<VexGraphControl*>("vxgraph_raw_data_1");
     const auto at = graph->point_position(1, 7);
@@ -104,6 +126,7 @@ class Window {
   }
 
  private:
+  SiteMap& plan() { return *form_.findChild<SiteMap*>(); }
   QScrollBar& bar(const char* name) { return *form_.findChild<QScrollBar*>(name); }
 
   std::string path_;
@@ -143,7 +166,10 @@ Costs costs_of(const std::string& survey, const TemporaryFolder& folder) {
   RecordingInterface interface;
   auto window = std::make_unique<Window>(survey);
   note("opening", cost_of([&] { window->open(); }));
+  window->show_plan();
   note("plan", middle_cost([&](int) { window->draw_plan(); }));
+  note("drag of the plan", middle_cost([&](int turn) { window->drag_plan(turn); }));
+  note("station clicked in the plan", middle_cost([&](int turn) { window->click_station(turn); }));
   note("station step", middle_cost([&](int turn) { window->step_station(turn); }));
   note("mask click", middle_cost([&](int) { window->click_point(); }));
   note("line change", middle_cost([&](int turn) { window->change_line(turn + 1); }));

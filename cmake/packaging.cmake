@@ -20,7 +20,7 @@ install(FILES packaging/man/brenlox_batch.1 packaging/man/brenlox_make_samples.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES CHANGELOG.md LICENSE DESTINATION ${documents})
 install(DIRECTORY docs/ DESTINATION ${documents}
-  PATTERN architecture.md EXCLUDE)  # for those who have the sources
+  PATTERN architecture.md EXCLUDE PATTERN porting.md EXCLUDE)  # for those who have the sources
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)

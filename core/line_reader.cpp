@@ -14,7 +14,10 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 }  // namespace
 
 LineReader::LineReader(const std::string& path) : path_(path), file_(path) {
-  buffer_.resize(chunk_size);
+  // One byte more than a small file, so that the first read meets its end.
+  constexpr std::int64_t least = 4096;
+  const std::int64_t wanted = std::clamp(file_.size() + 1, least, std::int64_t{chunk_size});
+  buffer_.resize(static_cast<std::size_t>(wanted));
   begin();
 }
 

@@ -5,9 +5,10 @@
 #include <charconv>
 #include <cmath>
 #include <concepts>
-#include <limits>
 #include <optional>
 #include <system_error>
+
+#include <fast_float/fast_float.h>
 
 #include "core/text_fields.h"
 
@@ -256,40 +257,14 @@ std::size_t exponent_end(std::string_view text, std::size_t position) {
   return position;
 }
 
-/// True if a number outside the range of a double is too large rather than too small.
-bool is_beyond_largest(std::string_view number) {
-  const std::size_t letter = std::min(number.find_first_of("eE"), number.size());
-  const std::string_view mantissa = number.substr(0, letter);
-  const auto first_digit = static_cast<long long>(mantissa.find_first_of("123456789"));
-  const auto point = static_cast<long long>(std::min(mantissa.find('.'), mantissa.size()));
-  std::string_view exponent_digits = number.substr(std::min(letter + 1, number.size()));
-  if (exponent_digits.starts_with('+')) {
-    exponent_digits.remove_prefix(1);
-  }
-  long long exponent = 0;
-  const auto read =
-      std::from_chars(exponent_digits.data(), exponent_digits.data() + exponent_digits.size(), exponent);
-  if (read.ec == std::errc::result_out_of_range) {
-    return !exponent_digits.starts_with('-');
-  }
-  // Far beyond any number of digits, and far enough from the ends of the type for the sum.
-  constexpr long long enough = 1'000'000'000'000'000'000;
-  return point - first_digit + std::clamp(exponent, -enough, enough) > 0;
-}
-
+/// What is beyond the range of a double becomes infinite or 0.
 LeadingNumber read_number(std::string_view text) {
   LeadingNumber number;
-  const char* const end = text.data() + text.size();
-  const auto read = std::from_chars(text.data(), end, number.value);
+  const auto read = fast_float::from_chars(text.data(), text.data() + text.size(), number.value);
   if (read.ec == std::errc::invalid_argument) {
     return {};
   }
   number.length = static_cast<std::size_t>(read.ptr - text.data());
-  if (read.ec == std::errc::result_out_of_range) {
-    const double limit =
-        is_beyond_largest(text.substr(0, number.length)) ? std::numeric_limits<double>::infinity() : 0.0;
-    number.value = text.starts_with('-') ? -limit : limit;
-  }
   return number;
 }
 
@@ -297,7 +272,7 @@ LeadingNumber read_number(std::string_view text) {
 LeadingNumber leading_number(std::string_view text) {
   const std::size_t sign = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
   if (sign == text.size() || (!is_digit(text[sign]) && text[sign] != '.')) {
-    return {};  // std::from_chars would take "inf" and "nan"
+    return {};  // fast_float::from_chars would take "inf" and "nan"
   }
   const std::size_t skipped = text[0] == '+' ? 1 : 0;
   text.remove_prefix(skipped);
@@ -341,7 +316,7 @@ double decimal_of_single(float value) {
   std::array<char, 64> buffer{};
   const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
   double decimal = 0.0;
-  std::from_chars(buffer.data(), written.ptr, decimal);
+  fast_float::from_chars(buffer.data(), written.ptr, decimal);
   return decimal;
 }
 
@@ -352,10 +327,8 @@ double numeric_value(std::string_view text) {
 
 double numeric_value(std::string_view text, std::string_view& rest) {
   rest = text;
-  const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string_view::npos) {
-    return 0.0;
-  }
+  // What is_numeric leaves out, too: a form feed before a number is in some printed tables.
+  const auto first = static_cast<std::size_t>(trimmed(text).data() - text.data());
   const LeadingNumber number = leading_number(text.substr(first));
   if (number.length > 0) {
     rest = text.substr(first + number.length);

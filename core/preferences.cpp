@@ -21,6 +21,7 @@
 #include "core/text_fields.h"
 #include "core/user_interface.h"
 #include "platform/files/input_file.h"
+#include "platform/files/line_end.h"
 #include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
@@ -31,11 +32,6 @@ namespace {
 
 constexpr std::string_view file_name = "Brenlox.prf";
 constexpr std::string_view first_line = "Brenlox user preferences";
-#ifdef _WIN32
-constexpr std::string_view line_end = "\r\n";
-#else
-constexpr std::string_view line_end = "\n";
-#endif
 
 /// The display scales of the file. Nothing here uses them; they are written back as they were read.
 struct DisplayScales {

@@ -5,6 +5,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_database {
 
@@ -76,7 +77,7 @@ void fill_missing(Site& site, const Site& from) {
 }
 
 std::string criteria(std::string_view line, double station) {
-  return "SurveyLine = '" + std::string(line) + "' AND Station = " + criterion_text(station);
+  return "SurveyLine = " + dao::text_literal(line) + " AND Station = " + criterion_text(station);
 }
 
 std::vector<Site> sites_where(const std::string& statement) {
@@ -91,7 +92,7 @@ std::vector<Site> sites_where(const std::string& statement) {
 /// Whether the survey still has the file that a site came with.
 bool is_in_survey(const std::string& SurveyFile) {
   dao::Recordset& files = open_survey().files;
-  files.find_first("SurveyFile = '" + SurveyFile + "'");
+  files.find_first("SurveyFile = " + dao::text_literal(SurveyFile));
   return !files.no_match();
 }
 
@@ -185,8 +186,8 @@ std::vector<Site> listed_sites() {
 }
 
 std::vector<Site> sites_of_line(std::string_view line) {
-  return sites_where("SELECT * FROM SitesTable WHERE SurveyLine = '" + std::string(line) +
-                     "' ORDER BY Station");
+  return sites_where("SELECT * FROM SitesTable WHERE SurveyLine = " + dao::text_literal(line) +
+                     " ORDER BY Station");
 }
 
 }  // namespace Module_database

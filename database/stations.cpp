@@ -8,13 +8,14 @@
 #include "core/text_fields.h"
 #include "database/line_names.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_database {
 
 namespace {
 
 std::string station_criteria(std::string_view line, double station) {
-  return "SurveyLine = '" + std::string(line) + "' AND Station = " + criterion_text(station);
+  return "SurveyLine = " + dao::text_literal(line) + " AND Station = " + criterion_text(station);
 }
 
 void read_place(const dao::Recordset& row, StationRows& rows) {
@@ -35,7 +36,7 @@ std::int32_t add_row(dao::Recordset& recordset, std::string_view line, double st
   recordset.set_double("MapY", rows.MapY);
   recordset.set_double("Elevation", rows.Elevation);
   recordset.update();
-  recordset.find_first(station_criteria(line, station));
+  recordset.go_to_added();
   return recordset.get_long("ID");
 }
 

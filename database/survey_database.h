@@ -56,12 +56,14 @@ enum class OpenFor : std::uint8_t { editing, reading };
 /// be created
 [[nodiscard]] int create_database();
 
-/// Opens the survey at session().database_file: recovers, compacts it with the earlier state kept in a ".bak"
-/// beside it, checks its tables, brings an older file up to date and opens the recordsets. A genuine Jet file
-/// is converted on the way and kept for good beside it; the user is told where. Triggers and views are taken
-/// out, and the user is told which. A survey that another process has open, or is opening, is refused with
-/// the name of that process. One that was closed compact and that nothing has written since is not compacted
-/// again. The user sees the progress and can stop it; the survey is then as before.
+/// Opens the survey at session().database_file: recovers, compacts it, checks its tables, brings an older
+/// file up to date and opens the recordsets. The earlier state becomes a ".bak" beside it; an opening that
+/// fails or is stopped leaves the earlier ".bak". A genuine Jet file is converted on the way and kept for
+/// good beside it; the user is told where. Triggers and views are taken out, and the user is told which. A
+/// survey that another process has open, or is opening, is refused with the name of that process, and so is
+/// one that another program writes meanwhile. One that was closed compact and that nothing has written since
+/// is not compacted again. Of a file with several names, this one gets a file of its own, and the user is
+/// told. The user sees the progress and can stop it; the survey is then as before.
 ///
 /// Where the file or its folder can't be written, or for reading, all this is done to a private copy, and the
 /// survey is read-only; nothing is left beside it.

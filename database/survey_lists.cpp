@@ -5,10 +5,12 @@
 #include <set>
 #include <utility>
 
+#include "core/text_fields.h"
 #include "database/sites.h"
 #include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_database {
 
@@ -103,9 +105,9 @@ std::vector<ListedStation> stations_with_readings(std::string_view line) {
   const std::string name(line);
   // All reductions that there are: with them the search goes through the index of a line's readings.
   dao::Recordset rows = open_survey().database.open_recordset(
-      "SELECT * FROM StationsTable WHERE SurveyLine = '" + name +
-      "' AND Station IN (SELECT Station FROM ReadingsDataTable WHERE LineNumber = '" + name +
-      "' AND (ReductionType = 0 OR ReductionType = 1 OR ReductionType = 2)) ORDER BY Station");
+      "SELECT * FROM StationsTable WHERE SurveyLine = " + dao::text_literal(name) +
+      " AND Station IN (SELECT Station FROM ReadingsDataTable WHERE LineNumber = " + dao::text_literal(name) +
+      " AND (ReductionType = 0 OR ReductionType = 1 OR ReductionType = 2)) ORDER BY Station");
   std::vector<ListedStation> stations;
   for (; !rows.eof(); rows.move_next()) {
     ListedStation station = station_of(rows);
@@ -117,19 +119,35 @@ std::vector<ListedStation> stations_with_readings(std::string_view line) {
 }
 
 std::string spelled_line(std::string_view line) {
+  if (!is_valid_utf8(line)) {  // no row has such a name, and no search takes it
+    return std::string(line);
+  }
+  // The search goes through the index of a line's stations and knows no case of letters.
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT ID,SurveyLine FROM StationsTable WHERE SurveyLine = " + dao::text_literal(line));
   Spelling best{0, std::string(line), 0};
-  const std::string wanted = dao::folded_text(line);
-  dao::Recordset rows = open_survey().database.open_recordset("SELECT ID,SurveyLine FROM StationsTable");
   for (; !rows.eof(); rows.move_next()) {
     const std::int32_t ID = rows.get_long("ID");
     if (best.ID == 0 || ID < best.ID) {
-      std::string found = rows.get_text("SurveyLine");
-      if (dao::folded_text(found) == wanted) {
-        best = {ID, std::move(found), 0};
-      }
+      best = {ID, rows.get_text("SurveyLine"), 0};
     }
   }
   return best.line;
+}
+
+bool has_readings_or_files(std::string_view line) {
+  if (!is_valid_utf8(line)) {
+    return false;
+  }
+  const std::string of_line = " WHERE LineNumber = " + dao::text_literal(line);
+  for (const char* const table : {"FileTable", "ReadingsDataTable"}) {
+    if (!open_survey()
+             .database.open_recordset(std::string("SELECT DISTINCT LineNumber FROM ") + table + of_line)
+             .eof()) {
+      return true;
+    }
+  }
+  return false;
 }
 
 std::vector<std::string> listed_lines() {

@@ -29,6 +29,9 @@ std::vector<ListedStation> stations_with_readings(std::string_view line);
 /// A line as the survey spells it; one without a station as it is given.
 std::string spelled_line(std::string_view line);
 
+/// Whether listed_lines has the line, without a look at the others.
+bool has_readings_or_files(std::string_view line);
+
 // Of imported files and of readings: a reading may have lost the row of its file. Ascending.
 std::vector<std::string> listed_lines();
 std::vector<std::int32_t> listed_reference_types();

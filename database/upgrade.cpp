@@ -67,8 +67,8 @@ void add_missing_frequency_lists(dao::Database& database) {
       continue;
     }
     const std::vector<float> frequencies = frequencies_of_readings(database, type);
-    if (!frequencies.empty() && add_reading_frequencies(type, 0.0F, frequencies) != 0) {
-      throw dao::Error("the frequency list of reference type " + plain_text(type) + " can't be made");
+    if (!frequencies.empty()) {
+      join_frequency_list(type, frequencies);
     }
   }
 }

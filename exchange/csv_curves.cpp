@@ -11,6 +11,7 @@
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "exchange/curve_heads.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/averages.h"
 #include "reduction/data_sets/point_error.h"
 
@@ -112,8 +113,8 @@ StoredReading with_axes_of(const CurveSource& source, StoredReading merged) {
 std::set<double> stations_with_qp(const Module_tensor::LineChoice& choice) {
   std::set<double> stations;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT Station FROM ReadingsDataTable WHERE " + choice.criteria() + " AND DataType = '" + qp +
-      "'");
+      "SELECT DISTINCT Station FROM ReadingsDataTable WHERE " + choice.criteria() +
+      " AND DataType = " + dao::text_literal(qp));
   for (; !rows.eof(); rows.move_next()) {
     stations.insert(rows.get_double("Station"));
   }

@@ -6,6 +6,7 @@
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_exchange {
 
@@ -35,8 +36,8 @@ std::vector<std::string> lines_in_order() {
 std::vector<LineChoice> all_kinds_of_line(const std::string& line) {
   std::vector<LineChoice> kinds = Module_tensor::kinds_of_line(line);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT ReferenceType,DipoleLength FROM ReadingsDataTable WHERE LineNumber = '" + line +
-      "' ORDER BY ReferenceType,DipoleLength");
+      "SELECT DISTINCT ReferenceType,DipoleLength FROM ReadingsDataTable WHERE LineNumber = " +
+      dao::text_literal(line) + " ORDER BY ReferenceType,DipoleLength");
   for (; !rows.eof(); rows.move_next()) {
     const LineChoice kind{line, rows.get_long("ReferenceType"), rows.get_single("DipoleLength")};
     if (std::ranges::find(kinds, kind) == kinds.end()) {

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <string>
+#include <system_error>
+
+#include <fast_float/fast_float.h>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
@@ -50,12 +53,10 @@ bool read_fortran_number(std::string_view item, double& value) {
     const bool has_letter = exponent.front() != '+' && exponent.front() != '-';
     end = std::copy(exponent.begin() + (has_letter ? 1 : 0), exponent.end(), end);
   }
-  const auto [after, failure] = std::from_chars(text.data(), end, value);
-  if (failure == std::errc::result_out_of_range && after == end) {
-    value = numeric_value({text.data(), static_cast<std::size_t>(end - text.data())});
-    return true;
-  }
-  return after == end && failure == std::errc{} && std::isfinite(value);
+  const auto [after, failure] = fast_float::from_chars(text.data(), end, value);
+  const std::string_view number(text.data(), static_cast<std::size_t>(end - text.data()));
+  const bool is_infinite_word = !std::isfinite(value) && !is_numeric(number);  // too large a number is none
+  return after == end && failure != std::errc::invalid_argument && !is_infinite_word;
 }
 
 bool read_odd_number(std::string_view item, double& value) {

@@ -5,13 +5,14 @@
 // 1e30.
 #pragma once
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
 #include <system_error>
+
+#include <fast_float/fast_float.h>
 
 #include "core/absent_value.h"
 #include "formats/file_report.h"
@@ -67,7 +68,7 @@ std::size_t count_items(std::string_view line);
 /// @return the item's end
 inline const char* take_value(const char* place, const char* line_end, double& value, FileReport& report,
                               std::int64_t line_number, OddText odd_text = OddText::absent) {
-  const auto [after, failure] = std::from_chars(place, line_end, value);
+  const auto [after, failure] = fast_float::from_chars(place, line_end, value);
   if (failure == std::errc{} && (after == line_end || is_separator(*after)) && std::isfinite(value)) {
     value = std::abs(value) > largest_value ? double{no_data} : value;
     return after;

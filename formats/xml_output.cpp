@@ -1,10 +1,24 @@
 #include "formats/xml_output.h"
 
-#include <sstream>
+#include <cstddef>
+#include <utility>
 
 #include "core/text_fields.h"
 
 namespace formats {
+
+namespace {
+
+// A stream of the installed library is one of the standard library that it was built with.
+class TextWriter : public pugi::xml_writer {
+ public:
+  void write(const void* bytes, std::size_t size) override {
+    text.append(static_cast<const char*>(bytes), size);
+  }
+  std::string text;
+};
+
+}  // namespace
 
 std::string xml_characters(std::string_view text) {
   constexpr std::string_view start_of_no_characters = "\xEF\xBF";  // U+FFFE and U+FFFF are none
@@ -36,9 +50,9 @@ pugi::xml_document new_xml_document() {
 }
 
 std::string text_of_document(const pugi::xml_document& document) {
-  std::ostringstream text;
-  document.save(text, "  ", pugi::format_default, pugi::encoding_utf8);
-  return std::move(text).str();
+  TextWriter writer;
+  document.save(writer, "  ", pugi::format_default, pugi::encoding_utf8);
+  return std::move(writer.text);
 }
 
 }  // namespace formats

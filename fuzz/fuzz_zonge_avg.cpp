@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     LineReader lines(path);
     const auto stations = formats::zonge::read_zonge_avg(lines, report);
-    if (stations.empty() == report.failure.empty()) std::abort();
+    if (stations.empty() && report.failure.empty()) std::abort();
     for (const formats::zonge::AvgStation& station : stations) {
       if (!std::isfinite(station.station) || !is_sound(station.function, report)) std::abort();
       if (station.dipole && !(*station.dipole > 0.0 && std::isfinite(*station.dipole))) std::abort();

@@ -7,6 +7,7 @@
 #include "database/survey_database.h"
 #include "import/survey_file_names.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_data_file {
 
@@ -111,7 +112,7 @@ std::set<double> stations_of_file_alone(const FileRows& rows, const std::string&
   std::set<double> stations;
   dao::Recordset of_file = database.open_recordset(
       "SELECT DISTINCT Station,StationID FROM ReadingsDataTable WHERE FileID = " + ID +
-      " AND LineNumber = '" + line + "'");
+      " AND LineNumber = " + dao::text_literal(line));
   for (; !of_file.eof(); of_file.move_next()) {
     const dao::Recordset others = database.open_recordset(
         "SELECT ID FROM ReadingsDataTable WHERE StationID = " +

@@ -3,6 +3,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_data_file {
 
@@ -16,7 +17,7 @@ std::set<double> stations_in_survey(const std::string& line) {
     return stations;  // a scan needs no survey
   }
   dao::Recordset rows = open_survey().database.open_recordset(
-      "SELECT Station FROM StationsTable WHERE SurveyLine = '" + line + "'");
+      "SELECT Station FROM StationsTable WHERE SurveyLine = " + dao::text_literal(line));
   for (; !rows.eof(); rows.move_next()) {
     stations.insert(rows.get_double("Station"));
   }

@@ -392,11 +392,31 @@ std::vector<ReadingKey> merge_keys(const ReadingRecord& record, SkippedGroups& s
   return keys;
 }
 
-void merge_station(const ReadingKey& key, Module_database::FrequencyLists& lists, SkippedGroups& skipped) {
+/// The rows of the station that was asked for last: keys of a station follow one another.
+class LastStation {
+ public:
+  /// Throws dao::Error.
+  const Module_database::StationRows& rows(const ReadingKey& key) {
+    if (!is_known_ || key.station != station_ || key.line != line_) {
+      rows_ = Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
+      line_ = key.line;
+      station_ = key.station;
+      is_known_ = true;
+    }
+    return rows_;
+  }
+
+ private:
+  bool is_known_ = false;
+  std::string line_;
+  double station_ = 0.0;
+  Module_database::StationRows rows_;
+};
+
+void merge_station(LastStation& station, const ReadingKey& key, Module_database::FrequencyLists& lists,
+                   SkippedGroups& skipped) {
   skipped.attempt(key, [&] {
-    const Module_database::StationRows place =
-        Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-    Module_averaged_data::compute_merged(place, key, lists.of(key.reference_type));
+    Module_averaged_data::compute_merged(station.rows(key), key, lists.of(key.reference_type));
   });
 }
 
@@ -436,7 +456,8 @@ void reduce_touched(const ReadingRecord& record, ImportReport& report) {
   });
   const std::vector<ReadingKey> keys = merge_keys(record, skipped);
   progress.begin(caption("Merging scan rates"), keys.size());
-  each([&](std::size_t index) { merge_station(keys[index], lists, skipped); });
+  LastStation station;
+  each([&](std::size_t index) { merge_station(station, keys[index], lists, skipped); });
   report.groups_skipped = skipped.count();
   skipped.tell(std::string(averaging_failed));
 }

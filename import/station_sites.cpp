@@ -8,6 +8,7 @@
 #include "core/text_fields.h"
 #include "database/survey_database.h"
 #include "import/file_formats.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_data_file {
 
@@ -108,13 +109,13 @@ void StationSites::add(const std::string& line, double station, Site site) {
 
 FilesAtStations::Line FilesAtStations::read_line(const std::string& line) {
   Line stations;
-  if (!open_survey().database.is_open() || line.find('\'') != std::string::npos) {
+  if (!open_survey().database.is_open()) {
     return stations;
   }
   dao::Recordset& files = open_survey().files;
   dao::Recordset rows = open_survey().database.open_recordset(
-      "SELECT DISTINCT Station,FileID FROM ReadingsDataTable WHERE LineNumber = '" + line +
-      "' AND FileID > 0");
+      "SELECT DISTINCT Station,FileID FROM ReadingsDataTable WHERE LineNumber = " + dao::text_literal(line) +
+      " AND FileID > 0");
   for (; !rows.eof(); rows.move_next()) {
     const std::int32_t ID = rows.get_long("FileID");
     files.find_first("ID = " + format_number(ID, "0"));
@@ -123,8 +124,8 @@ FilesAtStations::Line FilesAtStations::read_line(const std::string& line) {
           {ID, files.get_text("SurveyFile"), !is_filter_of_named_sites(files.get_text("Filter"))});
     }
   }
-  rows = open_survey().database.open_recordset(
-      "SELECT Station,SiteName FROM SitesTable WHERE SurveyLine = '" + line + "'");
+  rows = open_survey().database.open_recordset("SELECT Station,SiteName FROM SitesTable WHERE SurveyLine = " +
+                                               dao::text_literal(line));
   for (; !rows.eof(); rows.move_next()) {
     const auto station = stations.find(rows.get_double("Station"));
     if (station != stations.end()) {

@@ -19,6 +19,7 @@
 #include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/derived_rows.h"
 
 namespace Module_data_file {
@@ -46,7 +47,7 @@ int store_with_notes(StoreNotes& notes, Operation&& operation) {
 }
 
 std::string row_criteria(const ReadingRecord& record) {
-  return "SurveyFile = '" + record.SurveyFile + "' AND DateCollected = #" +
+  return "SurveyFile = " + dao::text_literal(record.SurveyFile) + " AND DateCollected = #" +
          criterion_date(record.DateCollected) +
          "# AND EventNumber = " + format_number(record.EventNumber, "0");
 }
@@ -172,7 +173,7 @@ void store_header(ReadingRecord& record, StoreNotes& notes) {
   files.update();
   session().data_changed = true;
   if (row == rows.ID_of_event.end()) {
-    files.find_first(row_criteria(record));
+    files.go_to_added();
     rows.ID_of_event.emplace(record.EventNumber, files.get_long("ID"));
   }
   if (rows.first_ID == 0) {
@@ -213,7 +214,7 @@ void store_data(const ReadingRecord& record, std::string_view data_type, StoreNo
   const std::string criteria = "FileID = " + format_number(record.FileID, "0") +
                                " AND SampleRate = " + criterion_text(stored_rate(record)) +
                                " AND EventNumber = " + format_number(record.EventNumber, "0") +
-                               " AND DataType = '" + std::string(data_type) + "'";
+                               " AND DataType = " + dao::text_literal(data_type);
   readings.find_first(criteria);
   const bool is_new = readings.no_match();
   if (is_new) {
@@ -229,7 +230,7 @@ void store_data(const ReadingRecord& record, std::string_view data_type, StoreNo
                                stored_rate(record), std::string(data_type), record.DipoleLength});
   }
   if (is_new) {
-    readings.find_first(criteria);  // its counter
+    readings.go_to_added();  // it has its counter now
   }
   Module_database::write_facts(readings.get_long("ID"), record.curve, record.axes);
   session().data_changed = true;
@@ -292,15 +293,10 @@ const FileRows* rows_of_earlier_import(ReadingRecord& record) {
 
 int store_header_block(ReadingRecord& record, StoreNotes& notes) {
   return store_with_notes(notes, [&] {
-    try {
-      store_header(record, notes);
-    } catch (const std::exception& failure) {
-      if (record.SurveyFile.find('\'') == std::string::npos) {
-        throw;
-      }
-      throw std::runtime_error(std::string(failure.what()) +
-                               ". The name of the file has an apostrophe: rename the file to import it.");
+    if (record.SurveyFile.find('\'') != std::string::npos) {
+      throw std::runtime_error("The name of the file has an apostrophe: rename the file to import it.");
     }
+    store_header(record, notes);
   });
 }
 
@@ -309,9 +305,13 @@ int store_data_block(ReadingRecord& record, std::string_view data_type, StoreNot
   if (store_with_notes(notes, [&] { store_data(record, trimmed(data_type), notes); }) != 0) {
     return -1;
   }
-  // A failure here has its own message and doesn't make the reading a failed one.
-  (void)Module_database::add_reading_frequencies(record.choices.ReferenceType, record.SampleRate,
-                                                 record.curve.frequencies);
+  // A failure here has its own message and doesn't make the reading a failed one. The elements of a section
+  // share their frequencies.
+  if (notes.listed_frequencies != record.curve.frequencies &&
+      Module_database::add_reading_frequencies(record.choices.ReferenceType, record.SampleRate,
+                                               record.curve.frequencies) == 0) {
+    notes.listed_frequencies = record.curve.frequencies;
+  }
   return order_result;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "import/reading_record.h"
 
@@ -10,12 +11,13 @@ namespace Module_data_file {
 
 /// What storing a file reports beside its status.
 struct StoreNotes {
-  bool file_known = false;             // the header replaced an earlier import of the file
-  std::int32_t replaced_readings = 0;  // of that import
-  std::int64_t replaced_values = 0;    // of these readings, see values_of_file
-  std::string earlier_name;            // under which it stored the file
-  KeySet replaced_keys;                // that readings written over or replaced had and no new one has
-  std::string failure;                 // the message shown last, empty if there was none
+  bool file_known = false;                // the header replaced an earlier import of the file
+  std::int32_t replaced_readings = 0;     // of that import
+  std::int64_t replaced_values = 0;       // of these readings, see values_of_file
+  std::string earlier_name;               // under which it stored the file
+  KeySet replaced_keys;                   // that readings written over or replaced had and no new one has
+  std::vector<float> listed_frequencies;  // of the reading before, Hz; the survey's list has them
+  std::string failure;                    // the message shown last, empty if there was none
 };
 
 /// The rows that an earlier import of the record's file left in FileTable, by its path, name and day; null if

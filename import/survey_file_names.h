@@ -2,7 +2,8 @@
 //
 // The survey knows a file by its name. Namesakes from different folders take as much of their path as tells
 // them apart: "north/01.edi". A name has "/" between its parts whatever the system, at most as many
-// characters as its column, and no apostrophe, which no search could hold.
+// characters as its column, and no apostrophe, as the programs
+// that share these files can't search for one.
 #pragma once
 #include <string>
 #include <string_view>

@@ -8,6 +8,7 @@
 #include "core/session_state.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/data_sets/curve_parts.h"
 #include "reduction/data_sets/point_error.h"
 
@@ -37,7 +38,7 @@ bool has_repeats(const Module_database::StoredReading& reading) {
 
 bool only_files_have_errors(const Module_database::LineSelection& line) {
   const std::string criteria =
-      "LineNumber = '" + line.line + "' AND " +
+      "LineNumber = " + dao::text_literal(line.line) + " AND " +
       Module_averaged_data::kind_criteria(Module_database::reduction_merged, line.at(0.0));
   const Module_database::ReadingFacts facts(criteria);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(

@@ -4,16 +4,17 @@
 
 #include "core/number_text.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_output {
 
 std::vector<double> stations_with_readings(const Module_database::LineSelection& selection,
                                            DataTypes data_types) {
-  std::string criteria = "LineNumber = '" + selection.line +
-                         "' AND ReferenceType = " + format_number(selection.reference_type, "0") +
+  std::string criteria = "LineNumber = " + dao::text_literal(selection.line) +
+                         " AND ReferenceType = " + format_number(selection.reference_type, "0") +
                          " AND DipoleLength = " + criterion_text(selection.dipole);
   if (data_types == DataTypes::selected) {
-    criteria += " AND DataType = '" + selection.data_type + "'";
+    criteria += " AND DataType = " + dao::text_literal(selection.data_type);
   } else {
     criteria += " AND " + std::string(Module_database::no_tipper_criterion);
   }

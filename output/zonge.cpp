@@ -14,6 +14,7 @@
 #include "formats/zonge/zonge_text.h"
 #include "output/line_stations.h"
 #include "output/zonge_files.h"
+#include "platform/dao/text_literal.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/each_item.h"
@@ -47,8 +48,8 @@ StationRows station_rows(const std::string& line, double station) {
 /// survey has lost its list of files.
 float first_dipole(const LineSelection& selection) {
   dao::Recordset& files = Module_database::open_survey().files;
-  files.find_first("LineNumber = '" + selection.line +
-                   "' AND ReferenceType = " + format_number(selection.reference_type, "0"));
+  files.find_first("LineNumber = " + dao::text_literal(selection.line) +
+                   " AND ReferenceType = " + format_number(selection.reference_type, "0"));
   return files.no_match() ? selection.dipole : files.get_single("DipoleLength");
 }
 

@@ -64,6 +64,35 @@ SiteSystem system_for(GeographicPlace median) {
   return {in_one_zone(usual_system(), median), "UTM on WGS 84"};
 }
 
+std::optional<TransformParameters> in_zone_of(const CoordinateSystemValues& values,
+                                              std::span<const OptionalPlace> sites) {
+  const auto median = median_of(sites);
+  try {
+    return median ? std::optional(in_one_zone(values, *median)) : std::nullopt;
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+/// How far the map places of the stations lie from those of their sites: the median, m. None without both.
+std::optional<double> typical_distance(const TransformParameters& system,
+                                       const std::vector<ListedStation>& stations,
+                                       std::span<const OptionalPlace> sites) {
+  std::vector<double> distances;
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    if (const auto place = projected(system, sites[i])) {
+      const StationPlace& given = stations[i].place;
+      distances.push_back(std::hypot(given.map_x - place->easting, given.map_y - place->northing));
+    }
+  }
+  if (distances.empty()) {
+    return std::nullopt;
+  }
+  const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
+  std::ranges::nth_element(distances, middle);
+  return *middle;
+}
+
 }  // namespace
 
 std::vector<OptionalPlace> places_of_sites(std::string_view line,
@@ -95,21 +124,32 @@ std::optional<SiteSystem> system_of_sites(std::span<const OptionalPlace> places)
   }
 }
 
-std::optional<TransformParameters> system_of_map_places(std::string_view line) {
+MapSystem system_of_map_places(std::string_view line) {
+  constexpr double same_map = 100.0;          // m; other datums are farther off
+  constexpr double surely_another = 10000.0;  // latitudes and longitudes in whole minutes are nearer
+  const std::vector<ListedStation> stations = Module_database::stations_with_readings(line);
+  const std::vector<OptionalPlace> sites = places_of_sites(line, stations);
   const CoordSystem& system = current_coord_system();
-  if (system.name.empty() || system.transform_parameters == TransformParameters{}) {
-    return std::nullopt;
+  const bool is_set = !system.name.empty() && system.transform_parameters != TransformParameters{};
+  if (!is_set) {
+    const auto usual = in_zone_of(usual_system(), sites);
+    const auto off = usual ? typical_distance(*usual, stations, sites) : std::nullopt;
+    return off && *off <= same_map ? MapSystem{usual, {}} : MapSystem{{}, "The survey has no projection"};
   }
-  if (numerics::geodesy::leads_back(system.values())) {
-    return system.transform_parameters;
+  const auto parameters = leads_back(system.values()) ? std::optional(system.transform_parameters)
+                                                      : in_zone_of(system.values(), sites);
+  if (!parameters) {
+    return {{},
+            "No way leads back from the projection " + name_part(system.name) +
+                " to latitudes and longitudes: it names no zone, and the sites have no places"};
   }
-  const auto sites = places_of_sites(line, Module_database::stations_with_readings(line));
-  const auto median = median_of(sites);
-  try {
-    return median ? std::optional(in_one_zone(system.values(), *median)) : std::nullopt;
-  } catch (const std::exception&) {
-    return std::nullopt;
+  const auto off = typical_distance(*parameters, stations, sites);
+  if (off && *off > surely_another) {
+    return {{},
+            "The map coordinates of the stations aren't of the projection " + name_part(system.name) +
+                ": an import with it gives them"};
   }
+  return {parameters, {}};
 }
 
 std::optional<MapPlace> projected(const TransformParameters& system, const OptionalPlace& place) {

@@ -32,10 +32,17 @@ struct SiteSystem {
 /// @return none without a place, or if the median is no place on the earth
 std::optional<SiteSystem> system_of_sites(std::span<const OptionalPlace> places);
 
-/// The system of the stations' map places: the survey's projection, with the zone and hemisphere that the
-/// sites of a line have where it names none. None if the survey has no projection, or one from whose
-/// coordinates no way leads back. Needs an open survey; throws dao::Error.
-std::optional<numerics::geodesy::TransformParameters> system_of_map_places(std::string_view line);
+/// The system of the stations' map places, or why there is none.
+struct MapSystem {
+  std::optional<numerics::geodesy::TransformParameters> parameters;
+  std::string why_not;  // a sentence without its full stop
+};
+
+/// The survey's projection, with the zone and hemisphere that the sites of a line have where it names none;
+/// without one, UTM on WGS 84 where the sites' latitudes and longitudes show that the map places are of it.
+/// None where the sites show that the map places are of another system, and where nothing is known. Needs an
+/// open survey; throws dao::Error.
+MapSystem system_of_map_places(std::string_view line);
 
 /// None for a place that the system can't show.
 std::optional<numerics::geodesy::MapPlace> projected(const numerics::geodesy::TransformParameters& system,

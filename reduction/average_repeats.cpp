@@ -55,7 +55,7 @@ void store_average(const ReadingKey& key, const StationRows& place, StoredReadin
   } else if (earlier) {
     average.ID = earlier->ID;
   }
-  store_derived_row(criteria, reduction_averaged, average_merge_frequency, key, place, overrides, average);
+  store_derived_row(reduction_averaged, average_merge_frequency, key, place, overrides, average);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "core/session_state.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/computed_rows.h"
 
 namespace Module_averaged_data {
@@ -62,8 +63,9 @@ std::string key_criteria(std::string_view file_test, std::int32_t StationID, std
                          const ReadingKey& key) {
   return std::string(file_test) + " AND StationID = " + format_number(StationID, "0") + " AND " +
          std::string(reduction_test) + " AND ReferenceType = " + format_number(key.reference_type, "0") +
-         " AND SampleRate = " + criterion_text(key.scan_rate) + " AND DataType ='" + key.data_type +
-         "' AND DipoleLength = " + criterion_text(key.dipole);
+         " AND SampleRate = " + criterion_text(key.scan_rate) +
+         " AND DataType = " + dao::text_literal(key.data_type) +
+         " AND DipoleLength = " + criterion_text(key.dipole);
 }
 
 void drop_curves_without_readings(std::int32_t StationID) {
@@ -113,8 +115,8 @@ std::vector<std::int32_t> kept_mask(const Curve& stored, const Curve& computed) 
   return mask;
 }
 
-void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,
-                       const ReadingKey& key, const Module_database::StationRows& place, Overrides overrides,
+void store_derived_row(std::int32_t reduction, float merge_frequency, const ReadingKey& key,
+                       const Module_database::StationRows& place, Overrides overrides,
                        StoredReading& reading) {
   dao::Recordset& readings = Module_database::open_survey().readings;
   const bool is_new = reading.ID == 0;
@@ -149,8 +151,7 @@ void store_derived_row(const std::string& criteria, std::int32_t reduction, floa
   readings.update();
   session().data_changed = true;
   if (is_new) {
-    readings.requery();
-    readings.find_first(criteria);
+    readings.go_to_added();
     reading.ID = readings.get_long("ID");
   }
   reading.FileID = derived_file;

@@ -43,10 +43,9 @@ enum class Overrides { keep, write };  // whether flags and offsets of the row a
 
 /// Writes a reading with its facts into the row of its ID, or into a new row if it has none, and sets its ID
 /// and FileID.
-/// @param criteria what finds a new row again
 /// @param merge_frequency stored as MergeFrequency
-void store_derived_row(const std::string& criteria, std::int32_t reduction, float merge_frequency,
-                       const Module_database::ReadingKey& key, const Module_database::StationRows& place,
-                       Overrides overrides, Module_database::StoredReading& reading);
+void store_derived_row(std::int32_t reduction, float merge_frequency, const Module_database::ReadingKey& key,
+                       const Module_database::StationRows& place, Overrides overrides,
+                       Module_database::StoredReading& reading);
 
 }  // namespace Module_averaged_data

@@ -5,6 +5,7 @@
 #include "core/trap_errors.h"
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/common_axes.h"
 #include "reduction/computed_rows.h"
 #include "reduction/derived_rows.h"
@@ -23,8 +24,8 @@ std::vector<float> scan_rates_of(const ReadingKey& key, std::int32_t StationID) 
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT DISTINCT SampleRate FROM ReadingsDataTable WHERE StationID = " + format_number(StationID, "0") +
       " AND ReductionType=1 AND ReferenceType = " + format_number(key.reference_type, "0") +
-      " AND DataType ='" + key.data_type + "' AND DipoleLength = " + criterion_text(key.dipole) +
-      " ORDER BY SampleRate");
+      " AND DataType = " + dao::text_literal(key.data_type) +
+      " AND DipoleLength = " + criterion_text(key.dipole) + " ORDER BY SampleRate");
   for (; !rows.eof(); rows.move_next()) {
     scan_rates.push_back(rows.get_single("SampleRate"));
   }
@@ -63,7 +64,7 @@ void store_merged(const ReadingKey& key, const StationRows& place, StoredReading
     earlier->axes = merged.axes;
     merged = std::move(*earlier);
   }
-  store_derived_row(criteria, reduction_merged, merged_merge_frequency, key, place,
+  store_derived_row(reduction_merged, merged_merge_frequency, key, place,
                     earlier ? Overrides::keep : Overrides::write, merged);
   if (!same_count) {
     Module_database::join_frequency_list(key.reference_type, merged.curve.frequencies);

@@ -6,6 +6,7 @@
 
 #include "core/number_text.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_averaged_data {
 
@@ -77,14 +78,14 @@ std::string name_of(const UnsupportedCurve& curve) {
 
 std::vector<UnsupportedCurve> unsupported_curves(const Module_database::LineSelection& line,
                                                  std::optional<double> station) {
-  std::string criteria = "ReductionType IN (0,1,2) AND LineNumber = '" + line.line + "'";
+  std::string criteria = "ReductionType IN (0,1,2) AND LineNumber = " + dao::text_literal(line.line);
   if (station) {
     criteria += " AND Station = " + criterion_text(*station);
   }
   criteria += " AND ReferenceType = " + format_number(line.reference_type, "0") +
               " AND DipoleLength = " + criterion_text(line.dipole);
   if (!line.data_type.empty()) {
-    criteria += " AND DataType = '" + line.data_type + "'";
+    criteria += " AND DataType = " + dao::text_literal(line.data_type);
   }
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT Station,DataType,ReductionType,SampleRate,FileID,UseReading,UseResistivity,UsePhase FROM "

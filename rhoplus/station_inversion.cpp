@@ -22,7 +22,6 @@ namespace Module_rhoplus {
 
 namespace {
 
-constexpr const char* failed_text = "An error occurred while performing the 1d inversion: ";
 constexpr std::size_t longest_log = 32000;  // bytes
 
 numerics::rhoplus::RhoplusSurface surface_of(const RhoplusSettings& settings) {
@@ -129,30 +128,48 @@ fs::path run_directory(const std::string& database_file, std::int32_t reference_
   return fs::path(survey_folder.empty() ? "." : survey_folder) / reference / folder;
 }
 
-int invert_station(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
-                   StationInversion& result) {
-  return trap_errors(failed_text, [&] {
-    if (find_merged(key, frequencies, settings, result) != 0) {
+int prepare_inversion(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                      StationTask& task) {
+  task = {};
+  task.key = key;
+  return trap_errors(inversion_failed, [&] {
+    StationInversion& inversion = task.inversion;
+    if (find_merged(key, frequencies, settings, inversion) != 0) {
       return -1;
     }
-    if (result.merged.ID == 0) {
+    if (inversion.merged.ID == 0) {
       return 0;
     }
-    result.tables = Module_output::rhoplus_tables(result.merged, frequencies, settings);
-    if (!result.tables.data.empty()) {
-      const std::string stem = Module_output::rhoplus_stem(settings, key.station);
-      run_with_files(run_directory(session().database_file, key.reference_type, key.line), stem,
-                     log_title(stem, key),
-                     Module_output::rhoplus_control_text(result.tables, settings, key.station),
-                     surface_of(settings), result);
+    inversion.tables = Module_output::rhoplus_tables(inversion.merged, frequencies, settings);
+    if (!inversion.tables.data.empty()) {
+      task.surface = surface_of(settings);
+      task.folder = run_directory(session().database_file, key.reference_type, key.line);
+      task.stem = Module_output::rhoplus_stem(settings, key.station);
+      task.title = log_title(task.stem, key);
+      task.control_text = Module_output::rhoplus_control_text(inversion.tables, settings, key.station);
     }
     return 0;
   });
 }
 
+void run_inversion(StationTask& task) {
+  if (!task.inversion.tables.data.empty()) {
+    run_with_files(task.folder, task.stem, task.title, task.control_text, task.surface, task.inversion);
+  }
+}
+
+int invert_station(const ReadingKey& key, const Frequencies& frequencies, const RhoplusSettings& settings,
+                   StationInversion& result) {
+  StationTask task;
+  const int status = prepare_inversion(key, frequencies, settings, task);
+  const int run = status != 0 ? status : trap_errors(inversion_failed, [&] { run_inversion(task); });
+  result = std::move(task.inversion);
+  return run;
+}
+
 int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,
                              const RhoplusSettings& settings, StationInversion& result) {
-  return trap_errors(failed_text, [&] {
+  return trap_errors(inversion_failed, [&] {
     if (find_merged(key, frequencies, settings, result) != 0) {
       return -1;
     }

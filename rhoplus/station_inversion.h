@@ -27,6 +27,7 @@ struct StationInversion {
 /// "Rhoplus Inversion for Line 200E, Station 1250", with the name of its site, if it has one, in brackets.
 std::string inversion_title(const std::string& line, double station, const std::string& site_name);
 
+inline constexpr const char* inversion_failed = "An error occurred while performing the 1d inversion: ";
 inline constexpr const char* nothing_inverted = "No data to invert";
 
 /// The log; without results a sentence and the reason, as far as there is one.
@@ -48,6 +49,22 @@ std::filesystem::path run_directory(const std::string& database_file, std::int32
 /// @return 0, also where there was nothing to invert; -1 after a message
 [[nodiscard]] int invert_station(const ReadingKey& key, const Frequencies& frequencies,
                                  const RhoplusSettings& settings, StationInversion& result);
+
+/// invert_station in two steps: `prepare_inversion` reads the survey and tells of failures, `run_inversion`
+/// computes and writes the files. The second one touches neither the survey nor the user and can go on in
+/// another thread.
+struct StationTask {
+  ReadingKey key;
+  StationInversion inversion;  // the results, after the run
+  numerics::rhoplus::RhoplusSurface surface = numerics::rhoplus::RhoplusSurface::insulating;
+  std::filesystem::path folder;
+  std::string stem;   // of the files
+  std::string title;  // of the log
+  std::string control_text;
+};
+[[nodiscard]] int prepare_inversion(const ReadingKey& key, const Frequencies& frequencies,
+                                    const RhoplusSettings& settings, StationTask& task);
+void run_inversion(StationTask& task);
 
 /// The same without files and log, for callers that print the result.
 [[nodiscard]] int invert_station_in_memory(const ReadingKey& key, const Frequencies& frequencies,

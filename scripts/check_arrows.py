@@ -1,5 +1,7 @@
 #!/usr/bin/env python3
-"""Reports every include that no arrow of the architecture allows, Qt outside the windows, and circles of modules.
+"""Reports every include that no arrow of the architecture allows, Qt outside the windows, circles of modules, and
+conditions of the preprocessor outside platform: what differs between systems is a function there or a source that the
+build chooses.
 
 check_arrows.py [ROOT]        checks the tree; the exit status is 1 if there is something to report
 check_arrows.py --self-check  checks that planted faults are found
@@ -82,6 +84,7 @@ ARROWS = {
 QT = re.compile(r"(.*/windows|platform/(graph|widgets)|app|screenshots|batch/offscreen_application)$")
 # In the dialect a statement holds expressions and an expression holds statements.
 CIRCLES = [{"platform/dao/expression_translator", "platform/dao/statement_translator"}]
+CONDITION = re.compile(r"^\s*#\s*(?:if|elif)[^\n]*", re.MULTILINE)
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^">]+)[">]|<header[^>]*>()([^<]+)</header>', re.MULTILINE)
 
 
@@ -141,6 +144,10 @@ def faults_of(root):
             faults.append(f"{name}: in no room of the table")
             continue
         text = path.read_text(encoding="utf-8")
+        if not room.startswith("platform/"):
+            for match in CONDITION.finditer(text):
+                line = text.count("\n", 0, match.start() + len(match[0]) - len(match[0].lstrip())) + 1
+                faults.append(f"{name}:{line}: a condition outside platform: {match[0].strip()}")
         for match in INCLUDE.finditer(text):
             bracket, header = match[1], match[2] or match[4]
             where = f"{name}:{text.count(chr(10), 0, match.start()) + 1}"
@@ -176,6 +183,8 @@ def self_check():
         "occam/windows/form.ui": '<header location="global">app/Form_main.h</header>\n',
         "occam/windows/form.cpp": '#include <QWidget>\n#include "ui_form.h"\n',
         "platform/graph/plot_table.h": "#include <QPen>\n",
+        "platform/files/system.cpp": "#ifdef _WIN32\n#endif\n",
+        "tensor/system.cpp": "\n#if defined(_WIN32)\n#endif\n",
     }
     expected = [
         "formats/edi/other.cpp:1: no arrow from formats/edi to formats/zonge/zonge_text.h",
@@ -187,6 +196,7 @@ def self_check():
         "platform/graph/plot_table.h:1: Qt outside the windows: <QPen>",
         "reduction/bare.cpp:1: name a header with its room: bare.h",
         "reduction/up.cpp:2: no arrow from reduction to display/selection.h",
+        "tensor/system.cpp:2: a condition outside platform: #if defined(_WIN32)",
         "circle: core/a, core/b, core/c",
     ]
     with tempfile.TemporaryDirectory() as folder:

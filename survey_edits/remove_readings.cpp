@@ -14,6 +14,7 @@
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 #include "survey_edits/compute_again.h"
 #include "survey_edits/places.h"
 #include "survey_edits/taken_out.h"
@@ -164,8 +165,8 @@ class Removal {
       }
     }
     for (const std::size_t index : plan_.stations_gone) {
-      take_out_rows("SitesTable", "SurveyLine = '" + station(index).line +
-                                      "' AND Station = " + criterion_text(station(index).station));
+      take_out_rows("SitesTable", "SurveyLine = " + dao::text_literal(station(index).line) +
+                                      " AND Station = " + criterion_text(station(index).station));
     }
     for (const std::size_t index : plan_.readings) {
       const HeldReading& reading = contents_.readings[index];

@@ -19,6 +19,7 @@
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 #include "survey_edits/places.h"
 #include "survey_edits/taken_out.h"
 
@@ -47,7 +48,7 @@ bool same_line(std::string_view one, std::string_view other) {
 }
 
 std::string of_line(const NamingTable& names, std::string_view line) {
-  return std::string(names.line) + " = '" + std::string(line) + "'";
+  return std::string(names.line) + " = " + dao::text_literal(line);
 }
 
 std::string of_station(const NamingTable& names, std::string_view line, double station) {

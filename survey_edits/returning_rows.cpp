@@ -14,6 +14,7 @@
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/derived_rows.h"
 #include "survey_edits/taken_out.h"
 
@@ -113,8 +114,9 @@ void drop_stations(const std::set<std::int32_t>& stations) {
     run("DELETE FROM " + kept("ReadingsDataTable") + " WHERE " + with_ID(ID, "StationID"));
     dao::Recordset row = rows_of("* FROM " + kept("StationsTable") + " WHERE " + with_ID(ID));
     if (!row.eof()) {
-      run("DELETE FROM " + kept("SitesTable") + " WHERE SurveyLine = '" + row.get_text("SurveyLine") +
-          "' AND Station = " + criterion_text(row.get_double("Station")));
+      run("DELETE FROM " + kept("SitesTable") +
+          " WHERE SurveyLine = " + dao::text_literal(row.get_text("SurveyLine")) +
+          " AND Station = " + criterion_text(row.get_double("Station")));
       row.delete_row();
     }
   }
@@ -208,8 +210,8 @@ void exchange_sites() {
     if (now && dao::folded_text(now->SurveyFile) == dao::folded_text(rows.get_text("SurveyFile"))) {
       rows.delete_row();
     } else if (now) {
-      run("DELETE FROM SitesTable WHERE SurveyLine = '" + now->line +
-          "' AND Station = " + criterion_text(now->station));
+      run("DELETE FROM SitesTable WHERE SurveyLine = " + dao::text_literal(now->line) +
+          " AND Station = " + criterion_text(now->station));
     }
   }
   renumber("SitesTable", {}, taken_numbers("SitesTable"));

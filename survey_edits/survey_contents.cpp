@@ -15,6 +15,7 @@
 #include "database/survey_database.h"
 #include "database/survey_lists.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_survey_edits {
 
@@ -211,8 +212,8 @@ std::vector<std::string> readings_of(const HeldStation& station) {
   std::vector<std::string> criteria;
   std::ranges::transform(station.IDs, std::back_inserter(criteria), of_ID);
   for (const std::int32_t ID : station.lost_IDs) {  // readings of several stations may have the same one
-    criteria.push_back(of_ID(ID) + " AND LineNumber = '" + station.line +
-                       "' AND Station = " + criterion_text(station.station));
+    criteria.push_back(of_ID(ID) + " AND LineNumber = " + dao::text_literal(station.line) +
+                       " AND Station = " + criterion_text(station.station));
   }
   return criteria;
 }

@@ -9,6 +9,7 @@
 #include "core/undo_stack.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "survey_edits/compute_again.h"
 #include "survey_edits/removal_plan.h"
 #include "survey_edits/returning_rows.h"
@@ -47,9 +48,10 @@ void delete_computed_since() {
   dao::Recordset rows = open_survey().database.open_recordset(
       "SELECT DISTINCT StationID,LineNumber,Station FROM " + kept("ReadingsDataTable"));
   for (; !rows.eof(); rows.move_next()) {
-    Module_database::delete_readings(with_ID(rows.get_long("StationID"), "StationID") +
-                                     " AND FileID < 0 AND LineNumber = '" + rows.get_text("LineNumber") +
-                                     "' AND Station = " + criterion_text(rows.get_double("Station")));
+    Module_database::delete_readings(
+        with_ID(rows.get_long("StationID"), "StationID") +
+        " AND FileID < 0 AND LineNumber = " + dao::text_literal(rows.get_text("LineNumber")) +
+        " AND Station = " + criterion_text(rows.get_double("Station")));
   }
 }
 

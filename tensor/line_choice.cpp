@@ -6,6 +6,7 @@
 
 #include "core/number_text.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_tensor {
 
@@ -21,7 +22,8 @@ Module_database::ReadingKey LineChoice::key(CurveType type, double station) cons
 }
 
 std::string LineChoice::criteria() const {
-  return "LineNumber = '" + line + "' AND ReferenceType = " + format_number(reference_type, "0") +
+  return "LineNumber = " + dao::text_literal(line) +
+         " AND ReferenceType = " + format_number(reference_type, "0") +
          " AND DipoleLength = " + criterion_text(dipole);
 }
 
@@ -29,8 +31,8 @@ std::vector<LineChoice> kinds_of_line(const std::string& line) {
   std::set<std::pair<std::int32_t, float>> found;
   // All reductions that there are: with them the search goes through the index of a line's readings.
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT DISTINCT ReferenceType,DipoleLength,DataType FROM ReadingsDataTable WHERE LineNumber = '" +
-      line + "' AND (ReductionType = 0 OR ReductionType = 1 OR ReductionType = 2)");
+      "SELECT DISTINCT ReferenceType,DipoleLength,DataType FROM ReadingsDataTable WHERE LineNumber = " +
+      dao::text_literal(line) + " AND (ReductionType = 0 OR ReductionType = 1 OR ReductionType = 2)");
   for (; !rows.eof(); rows.move_next()) {
     if (curve_type_index(rows.get_text("DataType"))) {
       found.emplace(rows.get_long("ReferenceType"), rows.get_single("DipoleLength"));

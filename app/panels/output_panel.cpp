@@ -1,6 +1,7 @@
 #include "app/panels/output_panel.h"
 
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QShortcut>
 #include <algorithm>
@@ -8,34 +9,15 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
-#include "core/text_fields.h"
 #include "display/selection.h"
-#include "platform/widgets/folder_model.h"
 #include "tensor/rotated_readings.h"
 #include "ui_output_panel.h"
 
-OutputPanel::OutputPanel(QWidget* parent)
-    : QFrame(parent), ui_(std::make_unique<Ui::output_panel>()), folders_(new FolderModel(this)) {
+OutputPanel::OutputPanel(QWidget* parent) : QFrame(parent), ui_(std::make_unique<Ui::output_panel>()) {
   ui_->setupUi(this);
-  folders_->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
-  ui_->DirList->setModel(folders_);
-  for (int column = 1; column < folders_->columnCount(); ++column) {
-    ui_->DirList->hideColumn(column);
-  }
-  // Folders are read and sorted in the background; the chosen one moves while those above it come in.
-  connect(folders_, &QFileSystemModel::directoryLoaded, this, &OutputPanel::scroll_to_folder);
-  connect(folders_, &QFileSystemModel::layoutChanged, this, &OutputPanel::scroll_to_folder);
-  connect(ui_->DirList, &QTreeView::pressed, this, [this] { keep_folder_in_view_ = false; });
   ui_->Text_rotate_to_strike->setText("0");
   connect(ui_->Check_rotate_to_strike, &QCheckBox::toggled, this, &OutputPanel::show_data_types);
-  connect(ui_->DirList, &QTreeView::clicked, this, [this](const QModelIndex& chosen) {
-    ui_->Text_rhoplus_output_directory->setText(QDir::toNativeSeparators(folders_->filePath(chosen)));
-  });
-  connect(ui_->Text_rhoplus_output_directory, &QLineEdit::editingFinished, this, [this] {
-    if (const QString folder = ui_->Text_rhoplus_output_directory->text(); QFileInfo(folder).isDir()) {
-      show_folder(QFileInfo(folder).absoluteFilePath());
-    }
-  });
+  connect(ui_->Command_choose_folder, &QPushButton::clicked, this, &OutputPanel::choose_folder);
   connect(ui_->Command_output_data, &QPushButton::clicked, this, &OutputPanel::write);
   connect(ui_->Command_done_output, &QPushButton::clicked, this, &OutputPanel::done);
   auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
@@ -70,12 +52,12 @@ bool OutputPanel::open_for(Module_output::OutputKind kind) {
   ui_->Label_numout->setText("0");
   const bool rhoplus = kind == Module_output::OutputKind::rhoplus;
   ui_->Frame_rhoplus->setVisible(rhoplus);
+  ui_->Frame_folder->setVisible(rhoplus);  // a Zonge set's folder is chosen with its name
   ui_->Frame_outputvariable->setTitle(rhoplus ? "Data to write as Rho+ control files"
                                               : "Data to write as a Zonge AVG set");
   show_data_types();
-  const QString folder = QFileInfo(QString::fromStdString(session().database_file)).absolutePath();
-  ui_->Text_rhoplus_output_directory->setText(QDir::toNativeSeparators(folder));
-  show_folder(folder);
+  ui_->Text_rhoplus_output_directory->setText(
+      QDir::toNativeSeparators(QFileInfo(QString::fromStdString(session().database_file)).absolutePath()));
   return true;
 }
 
@@ -115,28 +97,24 @@ void OutputPanel::show_data_types() {
 
 void OutputPanel::take_focus() { ui_->Combo_output_linelist->setFocus(); }
 
-void OutputPanel::show_folder(const QString& folder) {
-  folders_->setRootPath(QDir::rootPath());
-  ui_->DirList->setCurrentIndex(folders_->index(folder));
-  keep_folder_in_view_ = true;
-  scroll_to_folder();
-}
-
-void OutputPanel::scroll_to_folder() {
-  if (keep_folder_in_view_) {
-    ui_->DirList->scrollTo(ui_->DirList->currentIndex(), QAbstractItemView::PositionAtCenter);
+/// Begins at what is typed, as far as there is such a folder.
+void OutputPanel::choose_folder() {
+  const QDir beside_survey = QFileInfo(QString::fromStdString(session().database_file)).absoluteDir();
+  const QString typed = beside_survey.absoluteFilePath(ui_->Text_rhoplus_output_directory->text().trimmed());
+  const QString chosen = QFileDialog::getExistingDirectory(
+      this, "Folder of the control files", QFileInfo(typed).isDir() ? typed : beside_survey.absolutePath());
+  if (!chosen.isEmpty()) {
+    ui_->Text_rhoplus_output_directory->setText(QDir::toNativeSeparators(chosen));
   }
 }
 
 void OutputPanel::write() {
   namespace fs = std::filesystem;
   const QVariant reference = ui_->Combo_output_datatype->currentData();
-  const std::string folder(trimmed(ui_->Text_rhoplus_output_directory->text().toStdString()));
-  const fs::path beside_survey = fs::path(session().database_file).parent_path();
   Module_output::OutputChoices choices{ui_->Combo_output_linelist->currentIndex(),
                                        reference.isValid() ? reference.toInt() : -1,
                                        ui_->Combo_output_dipole->currentIndex(),
-                                       (beside_survey / folder).string(),
+                                       fs::path(session().database_file).parent_path().string(),
                                        ui_->Combo_output_component->currentData().toString().toStdString(),
                                        std::nullopt};
   if (ui_->Check_rotate_to_strike->isChecked()) {
@@ -146,7 +124,7 @@ void OutputPanel::write() {
     ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
   };
   if (kind_ == Module_output::OutputKind::rhoplus) {
-    choices.folder = beside_survey.string();
+    const std::string folder = ui_->Text_rhoplus_output_directory->text().toStdString();
     static_cast<void>(Module_output::write_chosen_rhoplus(lists_, choices, Module_output::rhoplus_settings(),
                                                           folder, show_row_count));
   } else {

@@ -9,7 +9,6 @@
 namespace Ui {
 class output_panel;
 }
-class QFileSystemModel;
 
 /// Frame_store of the main window; replaces the graphs while it is open.
 class OutputPanel : public QFrame {
@@ -34,15 +33,12 @@ class OutputPanel : public QFrame {
   void done();
 
  private:
-  void show_folder(const QString& folder);
-  void scroll_to_folder();
+  void choose_folder();
   void show_data_types();
   void choose_current_selection();
   void write();
 
   std::unique_ptr<Ui::output_panel> ui_;
-  QFileSystemModel* folders_;
-  bool keep_folder_in_view_ = false;  // until the user works in the list
   Module_output::OutputKind kind_ = Module_output::OutputKind::zonge;
   Module_output::OutputLists lists_;
 };

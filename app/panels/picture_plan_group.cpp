@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -22,11 +23,13 @@
 #include "display/plan_view.h"
 #include "platform/widgets/horizontal_bar.h"
 #include "platform/widgets/panel_controls.h"
-#include "projections/site_projection.h"
+#include "projections/windows/Form_define_projection.h"
 
 using namespace Module_display_data;
 
 namespace {
+
+constexpr int map_coordinates = 1;
 
 /// A bar that goes back to its middle after each move.
 QScrollBar* make_spring(QScrollBar* bar, const QString& name, const QString& spoken_name) {
@@ -53,6 +56,7 @@ PlanPanel::PlanPanel(QWidget* parent)
       VScroll_scale_(named(new QScrollBar(Qt::Vertical), "VScroll_scale")),
       Combo_coords_(make_list("Combo_coords")),
       Command_show_raw_data_(named(new QPushButton("Show Ra&w Data"), "Command_show_raw_data")),
+      Label_graticule_(named(new QLabel("<a href=\"projection\">No graticule</a>"), "Label_graticule")),
       stack_(new QStackedLayout) {
   Combo_coords_->addItems({"Local", "Map"});
   VScroll_scale_->setRange(-5, 20);
@@ -80,6 +84,7 @@ QWidget* PlanPanel::make_plan() {
   add_labelled(*controls, "Coor&dinates", Combo_coords_);
   add_labelled(*controls, "Colo&urs", colours_->quantities());
   controls->addWidget(colours_->frequencies());
+  controls->addWidget(Label_graticule_);
   controls->addStretch();
   controls->addWidget(Command_show_raw_data_);
   auto* const grid = new QGridLayout(plan);
@@ -124,6 +129,9 @@ void PlanPanel::connect_controls() {
       draw_plan();
     }
   });
+  Label_graticule_->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+  Label_graticule_->hide();
+  connect(Label_graticule_, &QLabel::linkActivated, this, &PlanPanel::define_projection);
   connect(colours_, &PlanColours::changed, this, &PlanPanel::draw_plan);
   connect(VScroll_scale_, &QScrollBar::valueChanged, this, [this] {
     if (!session().updating_controls) {
@@ -168,6 +176,26 @@ void PlanPanel::zoom_about(int steps, QPointF place) {
   VScroll_scale_->setValue(wanted);
 }
 
+void PlanPanel::show_all() {
+  fit_plan_window();
+  draw_plan();
+}
+
+void PlanPanel::keyPressEvent(QKeyEvent* event) {
+  const QPointF middle = QRectF(Picture_site_map_->rect()).center();
+  if (shows_raw_data()) {
+    QWidget::keyPressEvent(event);
+  } else if (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Equal) {
+    zoom_about(1, middle);
+  } else if (event->key() == Qt::Key_Minus) {
+    zoom_about(-1, middle);
+  } else if (event->key() == Qt::Key_Home) {
+    show_all();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
 void PlanPanel::draw_plan() {
   if (session().station_count > 0 && Picture_site_map_->height() > 0) {
     const ScopedValue updating(session().updating_controls, true);
@@ -182,29 +210,50 @@ void PlanPanel::show_contents() {
     return;  // nothing is read for a plan that can't be seen; it is drawn when it comes out
   }
   PlanContents contents{colours_->colouring(), std::nullopt};
-  constexpr int map_coordinates = 1;
   if (session().coord_system == map_coordinates && session().station_count > 0) {
-    if (!map_system_known_) {
-      map_system_known_ = true;
-      map_system_.reset();
+    if (!map_system_) {
+      map_system_.emplace();
       static_cast<void>(trap_errors("An error occurred while reading the places of the sites: ", [this] {
         map_system_ = Module_projections::system_of_map_places(session().current_line);
       }));
     }
-    contents.system = map_system_;
+    contents.system = map_system_->parameters;
   }
+  show_why_no_graticule();
   axes_->show_colouring(contents.colouring);
   Picture_site_map_->show_contents(std::move(contents));
 }
 
+/// Where the plan of map coordinates has no latitudes and longitudes, a link says why and leads to the
+/// projection.
+void PlanPanel::show_why_no_graticule() {
+  const bool missing =
+      session().coord_system == map_coordinates && map_system_ && !map_system_->why_not.empty();
+  Label_graticule_->setVisible(missing);
+  if (missing) {
+    Label_graticule_->setToolTip(plain_tool_tip(
+        qt_text(map_system_->why_not) + ". The link shows the projection of the survey, to choose it"));
+  }
+}
+
+void PlanPanel::define_projection() {
+  if (Form_define_projection::define_projection(window())) {
+    map_system_.reset();
+    Q_EMIT projection_changed();
+    draw_plan();
+  }
+}
+
 void PlanPanel::list_colours(const std::vector<std::string>& data_types) {
   colours_->list(data_types);
-  map_system_known_ = false;
+  Picture_site_map_->forget_stations();
+  map_system_.reset();
 }
 
 void PlanPanel::forget_values() {
   colours_->forget_values();
-  map_system_known_ = false;
+  Picture_site_map_->forget_stations();
+  map_system_.reset();
 }
 
 void PlanPanel::take_line() {

@@ -7,13 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "numerics/geodesy/coordinate_transforms.h"
+#include "projections/site_projection.h"
 
 class PlanAxes;
 class PlanColours;
 class RawPanel;
 class SiteMap;
 class QComboBox;
+class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QScrollBar;
@@ -42,8 +43,13 @@ class PlanPanel : public QWidget {
   void show_status(const QString& what);
   [[nodiscard]] RawPanel& raw_data() { return *Picture_raw_data_; }
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  Q_SIGNALS:
   void station_picked(int station_index);
+  /// The survey has another projection.
+  void projection_changed();
 
  private:
   QWidget* make_plan();
@@ -52,19 +58,22 @@ class PlanPanel : public QWidget {
   void connect_controls();
   void zoom_about(int steps, QPointF place);
   void show_contents();
+  void show_all();
+  void define_projection();
+  void show_why_no_graticule();
   void pan(QScrollBar& bar, void (*pan_plan)(int), int value);
 
   RawPanel* Picture_raw_data_;
   SiteMap* Picture_site_map_;
   PlanAxes* axes_;
   PlanColours* colours_;
-  std::optional<numerics::geodesy::TransformParameters> map_system_;
-  bool map_system_known_ = false;  // or that there is none
+  std::optional<Module_projections::MapSystem> map_system_;  // of the map places; none: to be read
   QScrollBar* HScroll_x_centre_;
   QScrollBar* VScroll_y_centre_;
   QScrollBar* VScroll_scale_;
   QComboBox* Combo_coords_;
   QPushButton* Command_show_raw_data_;
   std::array<QLabel*, 3> Status_site_map_{};
+  QLabel* Label_graticule_;
   QStackedLayout* stack_;
 };

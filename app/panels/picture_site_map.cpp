@@ -3,6 +3,8 @@
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
 #include <QToolTip>
 #include <utility>
 
@@ -21,7 +23,8 @@ constexpr double click_distance = 4.0;  // pixels; beyond it a press is a drag
 
 SiteMap::SiteMap(QWidget* parent) : QWidget(parent) {
   setMouseTracking(true);
-  setFocusPolicy(Qt::ClickFocus);  // a click ends the typing in a text box
+  setFocusPolicy(Qt::StrongFocus);  // a click ends the typing in a text box; keys zoom
+  setAccessibleName("Plan of the stations");
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -30,9 +33,20 @@ void SiteMap::show_contents(PlanContents contents) {
   update();
 }
 
+void SiteMap::forget_stations() {
+  plan_.forget_stations();
+  update();
+}
+
 void SiteMap::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  paint_plan(painter, size(), contents_);
+  plan_.paint(painter, size(), contents_);
+  if (hasFocus()) {
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.backgroundColor = Qt::white;
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+  }
 }
 
 void SiteMap::resizeEvent(QResizeEvent* event) {
@@ -100,11 +114,12 @@ bool SiteMap::event(QEvent* event) {
   }
   const auto& help = *static_cast<QHelpEvent*>(event);
   const QString station = station_text(help.pos());
-  QToolTip::showText(help.globalPos(),
-                     station.isEmpty()
-                         ? "Click a station to select it; drag to move the plan, turn the wheel to zoom"
-                         : station,
-                     this);
+  QToolTip::showText(
+      help.globalPos(),
+      station.isEmpty()
+          ? "Click a station to select it; drag to move the plan, turn the wheel to zoom (+, -, Home)"
+          : station,
+      this);
   return true;
 }
 

@@ -15,6 +15,8 @@ class SiteMap : public QWidget {
   explicit SiteMap(QWidget* parent = nullptr);
   QSize minimumSizeHint() const override { return {120, 80}; }
   void show_contents(PlanContents contents);
+  /// Other stations are displayed from now on, or these at other places.
+  void forget_stations();
   [[nodiscard]] const PlanContents& contents() const { return contents_; }
 
  Q_SIGNALS:
@@ -41,6 +43,7 @@ class SiteMap : public QWidget {
   [[nodiscard]] QString station_text(QPointF place) const;
 
   PlanContents contents_;
+  PlanPainter plan_;
   Qt::MouseButton held_ = Qt::NoButton;
   QPointF pressed_at_;
   QPointF last_;

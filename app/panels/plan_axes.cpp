@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <utility>
 
 #include "core/session_state.h"
 #include "platform/graph/picture_axes.h"
@@ -27,12 +28,9 @@ PlanAxes::PlanAxes(QWidget* plan, QWidget* parent) : QWidget(parent), plan_(plan
   row->addWidget(plan);
 }
 
-void PlanAxes::show_colouring(const std::optional<PlanColouring>& colouring) {
-  colouring_ = colouring;
-  if (colouring_) {
-    colouring_->values.clear();
-  }
-  layout()->setContentsMargins(room_for(colouring_.has_value()));
+void PlanAxes::show_colouring(std::shared_ptr<const PlanColouring> colouring) {
+  colouring_ = std::move(colouring);
+  layout()->setContentsMargins(room_for(colouring_ != nullptr));
   update();
 }
 

@@ -13,7 +13,7 @@ class PlanAxes : public QWidget {
   explicit PlanAxes(QWidget* plan, QWidget* parent = nullptr);
 
   /// What the colour bar is of; none: there is no bar. The numbers are those of the plan window.
-  void show_colouring(const std::optional<PlanColouring>& colouring);
+  void show_colouring(std::shared_ptr<const PlanColouring> colouring);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -22,5 +22,5 @@ class PlanAxes : public QWidget {
   void paint_colour_bar(QPainter& painter) const;
 
   QWidget* plan_;
-  std::optional<PlanColouring> colouring_;  // without its values
+  std::shared_ptr<const PlanColouring> colouring_;
 };

@@ -26,9 +26,13 @@ PlanColours::PlanColours(QObject* parent)
   Combo_plan_frequency_->setEnabled(false);
   connect(Combo_plan_colour_, &QComboBox::currentIndexChanged, this, [this](int index) {
     Combo_plan_frequency_->setEnabled(index > 0);
+    made_.reset();
     Q_EMIT changed();
   });
-  connect(Combo_plan_frequency_, &QComboBox::currentIndexChanged, this, &PlanColours::changed);
+  connect(Combo_plan_frequency_, &QComboBox::currentIndexChanged, this, [this] {
+    made_.reset();
+    Q_EMIT changed();
+  });
 }
 
 void PlanColours::list(const std::vector<std::string>& data_types) {
@@ -59,6 +63,7 @@ void PlanColours::list_frequencies() {
   const QSignalBlocker quiet(Combo_plan_frequency_);
   const QString chosen = Combo_plan_frequency_->currentText();
   listed_ = present;
+  made_.reset();
   Combo_plan_frequency_->clear();
   for (auto frequency = listed_.rbegin(); frequency != listed_.rend(); ++frequency) {
     Combo_plan_frequency_->addItem(qt_text(plain_text(*frequency)) + " Hz");
@@ -69,27 +74,38 @@ void PlanColours::list_frequencies() {
 
 void PlanColours::forget_values() {
   values_.forget();
+  made_.reset();
   list_frequencies();
 }
 
-void PlanColours::take_line() { values_.take_line(Module_averaged_data::data_sets().profile); }
+void PlanColours::take_line() {
+  values_.take_line(Module_averaged_data::data_sets().profile);
+  made_.reset();
+}
 
-std::optional<PlanColouring> PlanColours::colouring() {
+std::shared_ptr<const PlanColouring> PlanColours::colouring() {
   const int index = Combo_plan_colour_->currentIndex();
   list_frequencies();
   if (index < 1 || listed_.empty() || session().station_count == 0) {
-    return std::nullopt;
+    return nullptr;
   }
   const Choice& choice = choices_[static_cast<std::size_t>(index) - 1];
   if (!values_.are_of(choice.data_type)) {
+    made_.reset();
     const BusyPointer busy;
     if (values_.read(choice.data_type) != 0) {
       Combo_plan_colour_->setCurrentIndex(0);
-      return std::nullopt;
+      return nullptr;
     }
   }
-  const auto frequency_index =
-      listed_.size() - 1 - static_cast<std::size_t>(std::max(Combo_plan_frequency_->currentIndex(), 0));
+  if (!made_) {
+    const auto place = static_cast<std::size_t>(std::max(Combo_plan_frequency_->currentIndex(), 0));
+    made_ = std::make_shared<const PlanColouring>(make_colouring(choice, listed_.size() - 1 - place));
+  }
+  return made_;
+}
+
+PlanColouring PlanColours::make_colouring(const Choice& choice, std::size_t frequency_index) const {
   PlanColouring colouring;
   colouring.values = values_.at(choice.component, frequency_index);
   const Module_display_data::PlanRange range =

@@ -1,7 +1,7 @@
 // plan_colours.h: the lists from which the plan's colours are chosen, and the values behind them.
 #pragma once
 #include <QObject>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,7 +27,7 @@ class PlanColours : public QObject {
   void take_line();
 
   /// What is chosen, read where it has to be; none for plain dots, and after a message where reading failed.
-  [[nodiscard]] std::optional<PlanColouring> colouring();
+  [[nodiscard]] std::shared_ptr<const PlanColouring> colouring();
 
  Q_SIGNALS:
   void changed();
@@ -38,10 +38,12 @@ class PlanColours : public QObject {
     Module_averaged_data::Component component;
   };
   void list_frequencies();
+  [[nodiscard]] PlanColouring make_colouring(const Choice& choice, std::size_t frequency_index) const;
 
   QComboBox* Combo_plan_colour_;
   QComboBox* Combo_plan_frequency_;
   std::vector<Choice> choices_;  // of the list's items after the first one
   std::vector<float> listed_;    // Hz, ascending
   Module_display_data::PlanValues values_;
+  std::shared_ptr<const PlanColouring> made_;  // of the lists' choice now; none: to be made
 };

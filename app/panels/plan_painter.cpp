@@ -1,9 +1,12 @@
 #include "app/panels/plan_painter.h"
 
 #include <QFontMetricsF>
+#include <QPixmap>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
+#include <utility>
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
@@ -26,10 +29,16 @@ constexpr double line_width = 9.0;  // of what marks the stations of the current
 constexpr double current_width = 9.0;
 constexpr double current_ring = 13.0;  // around a coloured dot
 
+constexpr double line_name_gap = 9.0;
+
+constexpr std::size_t many_stations = 1000;  // squares look like discs then
+
 constexpr QColor current_line_colour(175, 205, 255);
 constexpr QColor current_line_name(0, 60, 190);
 constexpr QColor line_name_colour(90, 90, 90);
 constexpr QColor station_name_colour(60, 60, 60);
+constexpr QColor current_name(150, 0, 150);
+constexpr QColor backing(255, 255, 255, 225);
 constexpr QColor without_value(190, 190, 190);
 
 struct SeenStation {
@@ -37,13 +46,16 @@ struct SeenStation {
   QPointF at;
 };
 
+/// The stations of a line that are seen.
+using SeenLine = std::span<const SeenStation>;
+
 /// Everything that the parts of the painting share.
 struct Drawing {
   QPainter& painter;
   QRectF plot;
   const PlanContents& contents;
-  std::vector<SeenStation> seen;  // in the order of their indices
-  TakenRooms taken;               // where no name may be
+  const std::vector<SeenStation>& seen;  // in the order of their indices
+  TakenRooms taken;                      // where no name may be
 
   [[nodiscard]] QPointF picture_of(std::int32_t index) const {
     const PlanPoint at = to_picture(station_place(index), plot.height());
@@ -88,12 +100,21 @@ void draw_dots(QPainter& painter, const QList<QPointF>& places, double width, co
   }
 }
 
+/// The stations of the current line that are seen: those of a line follow one another.
+SeenLine current_line(const std::vector<SeenStation>& seen) {
+  const std::int32_t current = session().current_station_index;
+  if (current < 1) {
+    return {};
+  }
+  const auto [first, end] = std::ranges::equal_range(
+      seen, line_of(current), {}, [](const SeenStation& each) { return line_of(each.index); });
+  return {first, end};
+}
+
 void draw_current_line(const Drawing& drawing) {
   QList<QPointF> places;
-  for (const SeenStation& station : drawing.seen) {
-    if (is_on_current_line(station.index)) {
-      places.append(station.at);
-    }
+  for (const SeenStation& station : current_line(drawing.seen)) {
+    places.append(station.at);
   }
   draw_dots(drawing.painter, places, drawing.contents.colouring ? coloured_width + 5.0 : line_width,
             current_line_colour);
@@ -141,45 +162,71 @@ void take_dots(Drawing& drawing) {
   }
 }
 
-/// The way out of a line at its first station that is seen: away from its next one where the line begins
-/// there, else to the side.
-QPointF way_out(const Drawing& drawing, std::int32_t index) {
-  const auto first = session().first_station_of_line[static_cast<std::size_t>(line_of(index)) - 1];
-  for (std::int32_t next = index + 1; next <= session().station_count && line_of(next) == line_of(index);
-       ++next) {
-    const QPointF step = drawing.picture_of(index) - drawing.picture_of(next);
-    if (const double length = std::hypot(step.x(), step.y()); length > 0.0) {
-      const QPointF along = step / length;
-      return index == first ? along : QPointF(along.y(), -along.x());
-    }
+/// Towards the next station of its line, or from the one before it; none where the line has one place only.
+QPointF along_line(const Drawing& drawing, std::int32_t index) {
+  const auto step_to = [&](std::int32_t other) {
+    const bool same_line = other >= 1 && other <= session().station_count && line_of(other) == line_of(index);
+    return same_line ? drawing.picture_of(other) - drawing.picture_of(index) : QPointF();
+  };
+  QPointF step = step_to(index + 1);
+  if (step.isNull()) {
+    step = -step_to(index - 1);
   }
-  return {0.0, 1.0};
+  const double length = std::hypot(step.x(), step.y());
+  return length > 0.0 ? step / length : QPointF();
 }
 
-/// Each line is named beyond its first station that is seen, where its name meets no dot and no other name.
-void draw_line_names(Drawing& drawing) {
-  constexpr double gap = 7.0;
-  std::int32_t named_line = 0;
+bool is_upright(QPointF direction) { return std::abs(direction.y()) > std::abs(direction.x()); }
+
+std::vector<SeenLine> seen_lines(const std::vector<SeenStation>& seen) {
+  std::vector<SeenLine> lines;
+  for (auto first = seen.begin(); first != seen.end();) {
+    const auto end = std::find_if(first, seen.end(), [line = line_of(first->index)](const SeenStation& each) {
+      return line_of(each.index) != line;
+    });
+    lines.emplace_back(first, end);
+    first = end;
+  }
+  return lines;
+}
+
+/// Beyond the ends of a line, which no station's name is; else beside its ends and its middle.
+std::vector<std::pair<QPointF, QPointF>> places_and_ways_out(const Drawing& drawing, SeenLine line) {
+  const QPointF at_first = along_line(drawing, line.front().index);
+  const QPointF at_last = along_line(drawing, line.back().index);
+  if (at_first.isNull()) {
+    return {{line.front().at, {0.0, -1.0}}, {line.front().at, {0.0, 1.0}}};
+  }
+  std::vector<std::pair<QPointF, QPointF>> ways = {{line.front().at, -at_first}, {line.back().at, at_last}};
+  for (const SeenStation& station : {line.front(), line.back(), line[line.size() / 2]}) {
+    const QPointF along = along_line(drawing, station.index);
+    ways.emplace_back(station.at, QPointF(along.y(), -along.x()));
+    ways.emplace_back(station.at, QPointF(-along.y(), along.x()));
+  }
+  return ways;
+}
+
+/// Each line is named where its name meets no dot and no other name, in other letters than the stations and
+/// with the word before it: on lines to the north, numbers of lines and of stations look alike.
+void draw_line_names(Drawing& drawing, std::vector<SeenLine> lines) {
+  // The current line's name has the first choice of a place.
+  std::ranges::stable_partition(lines, [](SeenLine line) { return is_on_current_line(line.front().index); });
   QFont bold = drawing.painter.font();
   bold.setBold(true);
   drawing.painter.save();
   drawing.painter.setFont(bold);
   const QFontMetricsF metrics(bold);
-  for (const SeenStation& station : drawing.seen) {
-    if (line_of(station.index) == named_line) {
-      continue;
-    }
-    named_line = line_of(station.index);
+  for (const SeenLine line : lines) {
+    const std::int32_t index = line.front().index;
     const QString name =
-        QString::fromStdString(session().station_line[static_cast<std::size_t>(station.index) - 1]);
+        "Line " + QString::fromStdString(session().station_line[static_cast<std::size_t>(index) - 1]);
     const QSizeF text(metrics.horizontalAdvance(name), metrics.height());
-    const QPointF out = way_out(drawing, station.index);
-    for (const double side : {1.0, -1.0}) {
+    for (const auto& [place, out] : places_and_ways_out(drawing, line)) {
       const double half = 0.5 * (std::abs(out.x()) * text.width() + std::abs(out.y()) * text.height());
-      const QPointF middle = station.at + side * (gap + half) * out;
+      const QPointF middle = place + (line_name_gap + half) * out;
       const QRectF room(middle - QPointF(text.width() / 2.0, text.height() / 2.0), text);
       if (drawing.plot.contains(room) && drawing.taken.is_free(room)) {
-        drawing.painter.setPen(is_on_current_line(station.index) ? current_line_name : line_name_colour);
+        drawing.painter.setPen(is_on_current_line(index) ? current_line_name : line_name_colour);
         drawing.painter.drawText(room, Qt::AlignCenter | Qt::TextDontClip, name);
         drawing.taken.take(room);
         break;
@@ -196,32 +243,63 @@ QString name_of(std::int32_t index) {
                                     : shortened_name(site));
 }
 
+Module_tensor::NamedDot named_dot(const Drawing& drawing, const SeenStation& station) {
+  const double width = drawing.contents.colouring ? coloured_width : station_width;
+  const double reach = (station.index == session().current_station_index ? current_ring : width) / 2.0 + 1.0;
+  return {station.at, reach, name_of(station.index), is_upright(along_line(drawing, station.index))};
+}
+
+void draw_names(const Drawing& drawing, const std::vector<Module_tensor::PlacedName>& names) {
+  for (const Module_tensor::PlacedName& name : names) {
+    drawing.painter.drawText(name.room, Qt::AlignCenter | Qt::TextDontClip, name.name);
+  }
+}
+
+/// The name of the current station is there whatever is around it.
+void draw_current_name(Drawing& drawing) {
+  const auto current =
+      std::ranges::lower_bound(drawing.seen, session().current_station_index, {}, &SeenStation::index);
+  if (current == drawing.seen.end() || current->index != session().current_station_index) {
+    return;
+  }
+  QPainter& painter = drawing.painter;
+  const QFontMetricsF metrics(painter.font());
+  const Module_tensor::NamedDot dot = named_dot(drawing, *current);
+  std::vector<Module_tensor::PlacedName> placed =
+      Module_tensor::placed_names({dot}, metrics, drawing.plot, drawing.taken);
+  if (placed.empty()) {
+    QRectF room(dot.at - QPointF(0.5 * metrics.horizontalAdvance(dot.name), dot.reach + metrics.height()),
+                QSizeF(metrics.horizontalAdvance(dot.name), metrics.height()));
+    room.moveLeft(std::clamp(room.left(), 0.0, std::max(drawing.plot.width() - room.width(), 0.0)));
+    room.moveTop(std::max(room.top(), 0.0));
+    painter.fillRect(room, backing);
+    drawing.taken.take(room);
+    placed.push_back({room, dot.name});
+  }
+  painter.setPen(current_name);
+  draw_names(drawing, placed);
+}
+
 /// Beside their dots where they meet neither one another nor another dot; those of the current line first.
 /// Beyond a number that no plan has room for, only those of the current line until fewer are seen.
 void draw_station_names(Drawing& drawing) {
   constexpr std::size_t most_names = 2000;
-  const double dot_reach = (drawing.contents.colouring ? coloured_width : station_width) / 2.0 + 1.0;
   std::vector<Module_tensor::NamedDot> dots;
-  const auto add = [&](bool of_current_line) {
-    for (const SeenStation& station : drawing.seen) {
-      if (is_on_current_line(station.index) == of_current_line) {
-        const bool current = station.index == session().current_station_index;
-        dots.push_back({station.at, current ? current_ring / 2.0 + 1.0 : dot_reach, name_of(station.index)});
-        if (current) {
-          std::swap(dots.front(), dots.back());
-        }
+  const auto add = [&](SeenLine stations, bool of_current_line) {
+    for (const SeenStation& station : stations) {
+      if (is_on_current_line(station.index) == of_current_line &&
+          station.index != session().current_station_index) {
+        dots.push_back(named_dot(drawing, station));
       }
     }
   };
-  add(true);
+  add(current_line(drawing.seen), true);
   if (drawing.seen.size() <= most_names) {
-    add(false);
+    add(drawing.seen, false);
   }
   drawing.painter.setPen(station_name_colour);
-  for (const Module_tensor::PlacedName& name : Module_tensor::placed_names(
-           dots, QFontMetricsF(drawing.painter.font()), drawing.plot, drawing.taken)) {
-    drawing.painter.drawText(name.room, Qt::AlignCenter | Qt::TextDontClip, name.name);
-  }
+  draw_names(drawing, Module_tensor::placed_names(dots, QFontMetricsF(drawing.painter.font()), drawing.plot,
+                                                  drawing.taken));
 }
 
 void draw_scale_bar(Drawing& drawing) {
@@ -243,13 +321,29 @@ void draw_scale_bar(Drawing& drawing) {
   drawing.taken.take(room.adjusted(-edge, 0.0, edge, edge));
 }
 
+/// How much of a room is in use already.
+int crowd_in(const Drawing& drawing, const QRectF& room) {
+  constexpr int written = 1;  // values of the graticule
+  return static_cast<int>(std::ranges::count_if(
+             drawing.seen, [&](const SeenStation& station) { return room.contains(station.at); })) +
+         (drawing.taken.is_free(room) ? 0 : written);
+}
+
+/// In the corner with the fewest stations, and below them.
 void draw_north(Drawing& drawing) {
-  constexpr double room = 130.0;  // less has no room for an arrow beside the stations
-  if (drawing.plot.height() >= room && drawing.plot.width() >= room) {
-    Module_tensor::paint_north(drawing.painter, drawing.plot);
-    constexpr QSizeF arrow(32.0, 66.0);
-    drawing.taken.take(QRectF(QPointF(drawing.plot.right() - arrow.width(), drawing.plot.top()), arrow));
+  constexpr double least = 130.0;  // less has no room for an arrow beside the stations
+  if (drawing.plot.height() < least || drawing.plot.width() < least) {
+    return;
   }
+  constexpr QSizeF arrow(40.0, 70.0);
+  const QRectF& plot = drawing.plot;
+  const std::array corners = {
+      QRectF(QPointF(plot.right() - arrow.width(), plot.top()), arrow), QRectF(plot.topLeft(), arrow),
+      QRectF(QPointF(plot.right() - arrow.width(), plot.bottom() - arrow.height()), arrow)};
+  const QRectF& room =
+      *std::ranges::min_element(corners, {}, [&](const QRectF& corner) { return crowd_in(drawing, corner); });
+  Module_tensor::paint_north(drawing.painter, room);
+  drawing.taken.take(room);
 }
 
 void draw_graticule(Drawing& drawing) {
@@ -269,29 +363,103 @@ void draw_graticule(Drawing& drawing) {
   }
 }
 
+/// What the layers are of.
+struct Subject {
+  QSize size;
+  qreal pixel_ratio = 1.0;
+  std::array<double, 6> window{};  // of the plan
+  std::int32_t x_column = 0;       // local or map coordinates
+  PlanContents contents;
+
+  bool operator==(const Subject&) const = default;
+};
+
+Subject subject_of(const QPainter& painter, QSize size, const PlanContents& contents) {
+  const PlanWindow& window = session().plan_window;
+  return {size,
+          painter.device()->devicePixelRatioF(),
+          {window.plan_x_min, window.plan_x_max, window.plan_y_min, window.plan_y_max, window.plan_x_scale,
+           window.plan_y_scale},
+          session().x_column,
+          contents};
+}
+
+QPixmap empty_layer(const Subject& subject, const QColor& colour) {
+  QPixmap layer(subject.size * subject.pixel_ratio);
+  layer.setDevicePixelRatio(subject.pixel_ratio);
+  layer.fill(colour);
+  return layer;
+}
+
+/// As the painter of the picture: its font is that of the widget.
+void begin_layer(QPainter& painter, const QPainter& picture) {
+  painter.setFont(picture.font());
+  graph::use_picture_style(painter);
+}
+
 }  // namespace
 
-void paint_plan(QPainter& painter, QSize size, const PlanContents& contents) {
-  painter.fillRect(QRect(QPoint(), size), Qt::white);
+struct PlanPainter::Layers {
+  Subject subject;
+  QPixmap ground;  // graticule, scale and north
+  QPixmap dots;    // of all stations
+  std::vector<SeenStation> seen;
+  std::vector<SeenLine> lines;
+  TakenRooms taken;
+
+  Layers(const QPainter& picture, Subject of);
+};
+
+PlanPainter::Layers::Layers(const QPainter& picture, Subject of)
+    : subject(std::move(of)),
+      ground(empty_layer(subject, Qt::white)),
+      dots(empty_layer(subject, Qt::transparent)),
+      seen(seen_stations(subject.size.height())),
+      lines(seen_lines(seen)) {
+  QPainter below(&ground);
+  begin_layer(below, picture);
+  Drawing drawing{below, QRectF(QPointF(), QSizeF(subject.size)), subject.contents, seen, {}};
+  draw_graticule(drawing);
+  below.setRenderHint(QPainter::Antialiasing);
+  draw_scale_bar(drawing);
+  draw_north(drawing);
+  take_dots(drawing);
+  taken = std::move(drawing.taken);
+  QPainter above(&dots);
+  begin_layer(above, picture);
+  above.setRenderHint(QPainter::Antialiasing, seen.size() <= many_stations);
+  const Drawing stations{above, drawing.plot, subject.contents, seen, {}};
+  if (subject.contents.colouring) {
+    draw_coloured_stations(stations, *subject.contents.colouring);
+  } else {
+    draw_black_stations(stations);
+  }
+}
+
+PlanPainter::PlanPainter() = default;
+PlanPainter::~PlanPainter() = default;
+
+void PlanPainter::forget_stations() { layers_.reset(); }
+
+void PlanPainter::paint(QPainter& painter, QSize size, const PlanContents& contents) {
   if (!(session().plan_window.plan_y_scale > 0.0) || session().station_count == 0) {
+    layers_.reset();
+    painter.fillRect(QRect(QPoint(), size), Qt::white);
     return;
   }
   graph::use_picture_style(painter);
-  Drawing drawing{painter, QRectF(QPointF(), QSizeF(size)), contents, seen_stations(size.height()), {}};
-  constexpr std::size_t many = 1000;
-  painter.setRenderHint(QPainter::Antialiasing, drawing.seen.size() <= many);
-  draw_graticule(drawing);
+  Subject subject = subject_of(painter, size, contents);
+  if (!layers_ || layers_->subject != subject) {
+    layers_ = std::make_unique<Layers>(painter, std::move(subject));
+  }
+  painter.drawPixmap(0, 0, layers_->ground);
+  Drawing drawing{painter, QRectF(QPointF(), QSizeF(size)), contents, layers_->seen, layers_->taken};
+  painter.setRenderHint(QPainter::Antialiasing, layers_->seen.size() <= many_stations);
   draw_current_line(drawing);
   draw_current_station(drawing);
-  if (contents.colouring) {
-    draw_coloured_stations(drawing, *contents.colouring);
-  } else {
-    draw_black_stations(drawing);
-  }
+  painter.drawPixmap(0, 0, layers_->dots);
   painter.setRenderHint(QPainter::Antialiasing);
-  take_dots(drawing);
-  draw_scale_bar(drawing);
-  draw_north(drawing);
-  draw_line_names(drawing);
+  draw_current_name(drawing);
+  draw_line_names(drawing, layers_->lines);
   draw_station_names(drawing);
 }

@@ -1,10 +1,13 @@
 // plan_painter.h: draws the plan: graticule, stations with their names, lines, scale, north.
 //
 // The picture is that of the plan window, to which display/plan_view goes; white whatever the desktop has.
+// What is the same for all stations is kept: a step to the next one costs the work of its line, in a survey
+// of any size.
 #pragma once
 #include <QPainter>
 #include <QSize>
 #include <QString>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -21,9 +24,23 @@ struct PlanColouring {
 };
 
 struct PlanContents {
-  std::optional<PlanColouring> colouring;  // none: black dots
+  std::shared_ptr<const PlanColouring> colouring;  // none: black dots
   /// Of map coordinates, for the graticule; none while other coordinates are shown or nothing is known.
   std::optional<numerics::geodesy::TransformParameters> system;
+
+  bool operator==(const PlanContents&) const = default;
 };
 
-void paint_plan(QPainter& painter, QSize size, const PlanContents& contents);
+class PlanPainter {
+ public:
+  PlanPainter();
+  ~PlanPainter();
+
+  void paint(QPainter& painter, QSize size, const PlanContents& contents);
+  /// Other stations are displayed from now on, or these at other places.
+  void forget_stations();
+
+ private:
+  struct Layers;
+  std::unique_ptr<Layers> layers_;  // of the last painting
+};

@@ -11,6 +11,7 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
+#include "display/document_parts.h"
 #include "display/profile_plot.h"
 #include "display/raw_plot.h"
 #include "display/selection.h"
@@ -27,8 +28,6 @@ using Module_averaged_data::Outcome;
 
 namespace {
 
-constexpr std::size_t max_scan_rates_in_a_row = 3;
-
 QString text_of(const std::string& text) { return QString::fromStdString(text); }
 
 std::string selection_text() {
@@ -43,8 +42,10 @@ void require(const Redisplay& redisplay) {
   }
 }
 
-void place_pair(graph::PdfPages& pages, const std::string& title, GraphPair plot, const QRectF& part) {
-  const QRectF below = pages.caption(text_of(title), part);
+QRectF rectangle(const PagePart& part) { return {part.x, part.y, part.width, part.height}; }
+
+void place_pair(graph::PdfPages& pages, const std::string& title, GraphPair plot, const PagePart& part) {
+  const QRectF below = pages.caption(text_of(title), rectangle(part));
   if (plot.empty()) {
     return;
   }
@@ -63,7 +64,7 @@ void add_profile(graph::PdfPages& pages, PositionSource positions) {
   GraphPair plot = profile_plot(axis);
   if (!plot.empty()) {
     pair.show_plot(std::move(plot));
-    pair.place_on(pages, {0.0, 0.0, 1.0, 1.0});
+    pair.place_on(pages, rectangle(PagePart()));
   }
 }
 
@@ -104,18 +105,11 @@ void add_station(graph::PdfPages& pages) {
                              session().current_station_index) +
               static_text()));
   const std::vector<float> rates = Module_averaged_data::data_sets().station.scan_rates;
-  const std::size_t across = 1 + std::min(rates.size(), max_scan_rates_in_a_row);
-  const std::size_t down =
-      std::max<std::size_t>(1, (rates.size() + max_scan_rates_in_a_row - 1) / max_scan_rates_in_a_row);
-  const double width = 1.0 / static_cast<double>(across);
-  const double height = 1.0 / static_cast<double>(down);
-  place_pair(pages, station_label(), station_with_unshifted(), {0.0, 0.0, width, 1.0});
+  const std::vector<PagePart> parts = station_page_parts(rates.size());
+  place_pair(pages, station_label(), station_with_unshifted(), parts.front());
   for (std::size_t k = 0; k < rates.size(); ++k) {
     require(choose_scan_rate(plain_text(rates[k])));
-    const std::size_t column = 1 + k % max_scan_rates_in_a_row;
-    const std::size_t row = k / max_scan_rates_in_a_row;
-    const QRectF part(width * static_cast<double>(column), height * static_cast<double>(row), width, height);
-    place_pair(pages, raw_label() + ", " + plain_text(rates[k]) + " Hz", raw_plot(false), part);
+    place_pair(pages, raw_label() + ", " + plain_text(rates[k]) + " Hz", raw_plot(false), parts[k + 1]);
   }
 }
 
@@ -124,9 +118,9 @@ std::string line_text() { return "Line " + session().current_line; }
 void add_pages(graph::PdfPages& pages, const std::vector<DocumentPage>& further_pages) {
   for (const DocumentPage& page : further_pages) {
     pages.begin_page(text_of(line_text() + ": " + page.title));
-    const double width = 1.0 / static_cast<double>(page.drawings.size());
-    for (std::size_t i = 0; i < page.drawings.size(); ++i) {
-      pages.place(page.drawings[i], {width * static_cast<double>(i), 0.0, width, 1.0});
+    const std::vector<PagePart> parts = parts_beside(page.drawings.size());
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      pages.place(page.drawings[i], rectangle(parts[i]));
     }
   }
 }

@@ -262,8 +262,8 @@ std::string PlanRun::why_nothing(std::size_t file) const {
   if (decoded_[file].repeated) {
     return "the file is in the list twice";
   }
-  const bool fits_no_criterion = decoded_[file].name.find('\'') != std::string::npos;
-  return files_[file].failure.empty() && fits_no_criterion
+  const bool has_apostrophe = decoded_[file].name.find('\'') != std::string::npos;
+  return files_[file].failure.empty() && has_apostrophe
              ? "The name of the file has an apostrophe: rename the file to import it."
              : files_[file].failure;
 }

@@ -246,9 +246,9 @@ bool TableStore::take_line(const CurveRows& rows) {
   }
   const auto line = line_of_file(rows.line, task_.record.choices.line_direction);
   if (!line) {
-    remark_unreadable(task_.report, rows.line_number,
-                      "line " + formats::in_quotes(rows.line) +
-                          " is longer than 32 characters or has an apostrophe; its curve is left out");
+    remark_unreadable(
+        task_.report, rows.line_number,
+        "line " + formats::in_quotes(rows.line) + " is longer than 32 characters; its curve is left out");
     return false;
   }
   task_.record.LineNumber = *line;

@@ -6,7 +6,6 @@
 #include <limits>
 #include <numbers>
 #include <optional>
-#include <ranges>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -137,13 +136,12 @@ bool set_errors_from_variance(const EdiSection& section, std::size_t element, Cu
 ResistivityErrorKind resistivity_error_kind(const EdiSection& section) {
   Distances distances;
   for (std::size_t element = 0; element < element_count; ++element) {
+    if (blocks_make_variance(section, element)) {
+      return ResistivityErrorKind::of_logarithm;
+    }
     for (std::size_t index = 0; index < section.frequencies.size(); ++index) {
       distances.add(section, element, index);
     }
-  }
-  const auto is_told = [&section](std::size_t element) { return blocks_make_variance(section, element); };
-  if (std::ranges::any_of(std::views::iota(std::size_t{0}, std::size_t{element_count}), is_told)) {
-    return ResistivityErrorKind::of_logarithm;
   }
   const bool is_ohm_m = distances.ohm_m.empty()
                             ? !distances.numbers.empty() && median(distances.numbers) > largest_log_error

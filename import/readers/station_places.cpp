@@ -51,8 +51,7 @@ std::optional<std::string> line_of_file(std::string_view text, Module_database::
   if (Module_database::line_fault(text, direction, name).empty()) {
     return name.text.size() <= longest_line ? std::optional(name.text) : std::nullopt;
   }
-  const bool fits = text.size() <= longest_line && text.find('\'') == std::string_view::npos;
-  return fits ? std::optional(std::string(text)) : std::nullopt;
+  return text.size() <= longest_line ? std::optional(std::string(text)) : std::nullopt;
 }
 
 void find_station_at(const StationPlace& place, FileTask& task) {

@@ -16,7 +16,7 @@ struct StationPlace {
 };
 
 /// A line as a file names it, in its normal form where it has one ("200e" is "200E"), else as it stands. None
-/// if the survey can't have it: longer than its column, or with an apostrophe, which no search could hold.
+/// if the survey can't have it: longer than its column.
 std::optional<std::string> line_of_file(std::string_view text, Module_database::LineDirection direction);
 
 /// Takes the place of the record's station. An import looks the station up or creates it; a new one is put at

@@ -2,61 +2,11 @@
 
 #include <utility>
 
+#include "numerics/section/banded_kernels.h"
 #include "numerics/section/banded_panels.h"
 #include "numerics/section/banded_sides.h"
 
 namespace numerics::section {
-
-namespace {
-
-// The procedures for registers of one width.
-struct Kernels {
-  void (*factor)(const Panels&, const Values&, const MakeReady&);
-  void (*substitute_back)(const Factors&, const Values&);
-  void (*solve_sides)(const Factors&, const Values&, std::size_t, std::size_t, std::size_t);
-  void (*add_products)(const Products&, std::size_t);
-};
-
-// NOLINTBEGIN(bugprone-macro-parentheses): an attribute has none
-#define BRENLOX_KERNELS(name, Width, ATTRIBUTE)                                                    \
-  ATTRIBUTE void factor_##name(const Panels& a, const Values& side, const MakeReady& make_ready) { \
-    factor_panels<Width>(a, side, make_ready);                                                     \
-  }                                                                                                \
-  ATTRIBUTE void substitute_back_##name(const Factors& a, const Values& side) {                    \
-    substitute_back<Width>(a, side);                                                               \
-  }                                                                                                \
-  ATTRIBUTE void solve_sides_##name(const Factors& a, const Values& sides, std::size_t stride,     \
-                                    std::size_t first, std::size_t second) {                       \
-    solve_sides<Width>(a, sides, stride, first, second);                                           \
-  }                                                                                                \
-  ATTRIBUTE void add_products_##name(const Products& products, std::size_t count) {                \
-    add_products<Width>(products, count);                                                          \
-  }                                                                                                \
-  constexpr Kernels name = {factor_##name, substitute_back_##name, solve_sides_##name, add_products_##name};
-// NOLINTEND(bugprone-macro-parentheses)
-
-BRENLOX_KERNELS(narrow, NarrowRegisters, )
-
-#if defined(__x86_64__) && defined(__GNUC__)
-// Several times as fast where the processor has wider registers; which it has, is known when the program
-// runs.
-BRENLOX_KERNELS(wide, WideRegisters, __attribute__((target("avx2,fma"))))
-BRENLOX_KERNELS(widest, WidestRegisters, __attribute__((target("avx2,fma,avx512f"))))
-
-const Kernels& kernels(Registers registers) {
-  if (registers == Registers::widest && __builtin_cpu_supports("avx512f") != 0) {
-    return widest;
-  }
-  const bool has_wide = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
-  return registers != Registers::narrow && has_wide ? wide : narrow;
-}
-#else
-const Kernels& kernels(Registers /*registers*/) { return narrow; }
-#endif
-
-#undef BRENLOX_KERNELS
-
-}  // namespace
 
 void RightSides::reset(std::size_t unknowns, std::size_t count) {
   const std::size_t strips = (count + strip - 1) / strip;
@@ -119,8 +69,7 @@ void BandedLdlt::solve(RightSides& sides) const {
                            round_up(panel + half_bandwidth_)};
   const std::vector<std::size_t>& first = sides.first_unknown_;
   for (std::size_t i = 0; i < first.size(); i += 2) {
-    const Values strips = {sides.real_.data() + i * RightSides::strip,
-                           sides.imaginary_.data() + i * RightSides::strip};
+    const Values strips = {sides.real_.data() + i * strip, sides.imaginary_.data() + i * strip};
     const std::size_t second = i + 1 < first.size() ? first[i + 1] : no_unknown;
     kernels(registers_).solve_sides(factors, strips, sides.stride_, first[i], second);
   }

@@ -11,12 +11,12 @@
 #include <array>
 #include <complex>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <span>
 #include <vector>
 
 #include "numerics/section/aligned_numbers.h"
+#include "numerics/section/registers.h"
 
 namespace numerics::section {
 
@@ -48,8 +48,6 @@ class RightSides {
                     const std::array<std::size_t, 4>& unknowns, double* real_sums,
                     double* imaginary_sums) const;
 
-  static constexpr std::size_t strip = 8;  // sides that are worked on together at least
-
  private:
   friend class BandedLdlt;
   std::size_t stride_ = 0;
@@ -57,9 +55,6 @@ class RightSides {
   AlignedNumbers imaginary_;
   std::vector<std::size_t> first_unknown_;  // that has a value, of each strip
 };
-
-/// Of a processor: two, four or eight numbers at a time.
-enum class Registers : std::uint8_t { narrow, wide, widest };
 
 class BandedLdlt {
  public:

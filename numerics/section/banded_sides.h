@@ -7,6 +7,7 @@
 
 #include "numerics/section/banded_panels.h"
 #include "numerics/section/register_lanes.h"
+#include "numerics/section/registers.h"
 
 namespace numerics::section {
 
@@ -131,7 +132,7 @@ class SideStrip {
 template <class Width>
 BRENLOX_INLINE void solve_sides(const Factors& a, const Values& sides, std::size_t stride, std::size_t first,
                                 std::size_t second) {
-  constexpr std::size_t vectors = RightSides::strip / lanes<Width>;
+  constexpr std::size_t vectors = strip / lanes<Width>;
   const SideStrip<Width, vectors> one(a, sides, stride);
   if constexpr (vectors == 1) {
     if (second != no_unknown) {
@@ -144,7 +145,7 @@ BRENLOX_INLINE void solve_sides(const Factors& a, const Values& sides, std::size
       return;
     }
   } else if (second != no_unknown) {
-    const Values other = {sides.real + RightSides::strip, sides.imaginary + RightSides::strip};
+    const Values other = {sides.real + strip, sides.imaginary + strip};
     const SideStrip<Width, vectors> two(a, other, stride);
     two.eliminate(panel_of(second), panel_of(second), a.count);
     two.substitute_back();

@@ -15,6 +15,7 @@
 #include "core/trap_errors.h"
 #include "formats/occam/iteration_file.h"
 #include "occam/occam_files.h"
+#include "occam/results/iteration_model.h"
 #include "occam/results/run_summary.h"
 #include "platform/files/safe_files.h"
 
@@ -63,7 +64,7 @@ void replace_value(std::string& text, std::string_view key, const std::string& v
                std::string(used < column ? column - used : 1, ' ') + value);
 }
 
-/// The start values of the blocks that the mask leaves free.
+/// The start values of the blocks that the mask leaves free, and of the free static shifts behind them.
 std::vector<double> kept_parameters(const TopoMask& mask, const std::vector<double>& parameters) {
   std::vector<double> kept;
   for (const OccamBlock& block : mask.model.blocks) {
@@ -71,6 +72,7 @@ std::vector<double> kept_parameters(const TopoMask& mask, const std::vector<doub
       kept.push_back(parameters.at(static_cast<std::size_t>(block.parameter_number) - 1));
     }
   }
+  kept.insert(kept.end(), parameters.begin() + mask.model.num_free_params, parameters.end());
   return kept;
 }
 
@@ -91,15 +93,14 @@ std::string start_text(std::string text, const std::string& model_file,
   return text;
 }
 
-bool may_replace(const fs::path& file) {
-  std::error_code ignored;
-  return !fs::exists(file, ignored) ||
-         user_interface().ask_yes_no("The specified file already exists. Overwrite? " + file.string());
-}
+/// Model and start file of a masked mesh, not yet written.
+struct PlannedRun {
+  MaskedRun run;
+  std::vector<safe_files::NewFile> files;
+};
 
-}  // namespace
-
-MaskedRun write_masked_run(const std::string& mesh_path, const TopoMask& mask) {
+/// Nothing where there is no run to make them from. Throws std::runtime_error if its files can't be read.
+PlannedRun plan_run(const std::string& mesh_path, const TopoMask& mask) {
   if (mask.model_path.empty()) {
     return {};  // a model that came from no file
   }
@@ -113,39 +114,69 @@ MaskedRun write_masked_run(const std::string& mesh_path, const TopoMask& mask) {
     return {};
   }
   const OccamIteration start = read_iteration_file(IterationParts::with_parameters, control.string());
+  if (std::string mismatch =
+          parameter_mismatch(mask.model, control.filename().string(), start.parameter_count);
+      !mismatch.empty()) {
+    throw std::runtime_error(mismatch);
+  }
   const std::vector<double> parameters = kept_parameters(mask, start.parameters);
-  MaskedRun run{mesh.stem().string() + "_model", mesh.stem().string() + "_startup",
-                static_cast<int>(parameters.size())};
+  PlannedRun planned{{mesh.stem().string() + "_model", mesh.stem().string() + "_startup",
+                      static_cast<int>(parameters.size())},
+                     {}};
   std::string model_text = contents_of(model);
   replace_value(model_text, "MESH FILE", mesh.filename().string());
-  if (!may_replace(folder / run.model_file) || !may_replace(folder / run.start_file)) {
-    return {};
-  }
-  safe_files::write_together(
-      {{folder / run.model_file, std::move(model_text)},
-       {folder / run.start_file, start_text(contents_of(control), run.model_file, parameters)}});
-  return run;
+  planned.files = {{folder / planned.run.model_file, std::move(model_text)},
+                   {folder / planned.run.start_file,
+                    start_text(contents_of(control), planned.run.model_file, parameters)}};
+  return planned;
 }
 
-int write_masked_mesh(const std::string& path, const TopoMask& mask) {
+/// Asks once, by their names, for those that exist.
+bool may_replace(const std::vector<safe_files::NewFile>& files) {
+  std::string existing;
+  for (const safe_files::NewFile& file : files) {
+    std::error_code ignored;
+    if (fs::exists(file.destination, ignored)) {
+      existing += (existing.empty() ? " " : ", ") + file.destination.string();
+    }
+  }
+  return existing.empty() ||
+         user_interface().ask_yes_no("The specified file already exists. Overwrite?" + existing);
+}
+
+std::string report_of(const std::string& path, const TopoMask& mask, const MaskedRun& run) {
+  std::string text = "Number of free parameters: " + std::to_string(free_triangles(mask.masked)) +
+                     ". The mesh is written to " + path;
+  if (!run.start_file.empty()) {
+    text += ", with the model " + run.model_file + " and the start file " + run.start_file + " of " +
+            std::to_string(run.parameters) + " parameters";
+  }
+  return text;
+}
+
+}  // namespace
+
+int write_masked_mesh(const std::string& path, const TopoMask& mask, MaskedRun& run) {
   if (const std::string report = wall_report(wall_stations(mask)); !report.empty()) {
     user_interface().show_message(report);
   }
-  OccamMesh mesh = mask.model.mesh;
-  mesh.mesh_code = mask.masked;
-  if (write_occam_mesh(path, mesh, MeshCodes::from_mesh) != 0) {
-    return -1;
-  }
   return trap_errors("An error occurred while creating the start file of the mesh: ", [&] {
-    const MaskedRun run = write_masked_run(path, mask);
-    std::string text = "Number of free parameters: " + std::to_string(free_triangles(mask.masked)) +
-                       ". The mesh is written to " + path;
-    if (!run.start_file.empty()) {
-      text += ", with the model " + run.model_file + " and the start file " + run.start_file + " of " +
-              std::to_string(run.parameters) + " parameters";
+    PlannedRun planned = plan_run(path, mask);
+    if (!may_replace(planned.files)) {
+      return -1;
     }
-    user_interface().show_message(text);
+    OccamMesh mesh = mask.model.mesh;
+    mesh.mesh_code = mask.masked;
+    if (write_occam_mesh(path, mesh, MeshCodes::from_mesh) != 0) {
+      return -1;
+    }
+    if (!planned.files.empty()) {
+      safe_files::write_together(planned.files);
+    }
+    run = std::move(planned.run);
+    user_interface().show_message(report_of(path, mask, run));
     Module_Brenlox::tell_finished("The masked mesh is written to " + path, path);
+    return 0;
   });
 }
 

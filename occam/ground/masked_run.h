@@ -13,15 +13,13 @@ struct MaskedRun {
   int parameters = 0;
 };
 
-/// Writes both beside a masked mesh, from the model and the start file of the run that the model belongs to:
-/// "NAME_model" and "NAME_startup" for "NAME.msh". Blocks that stay free keep their start values. Writes
-/// nothing where there is no such run, where the mesh is in another folder than its data, or if the user
-/// won't replace earlier files. Throws std::runtime_error if a file can't be read or written.
-MaskedRun write_masked_run(const std::string& mesh_path, const TopoMask& mask);
-
-/// Names the stations on a wall, writes the masked mesh over an earlier file, with a model and a start file
-/// of its run, and reports how many triangles are free.
-/// @return 0, or -1 after a message
-[[nodiscard]] int write_masked_mesh(const std::string& path, const TopoMask& mask);
+/// Names the stations on a wall and writes the masked mesh over an earlier file; beside it, from the model
+/// and the start file of the run that the model belongs to, "NAME_model" and "NAME_startup" for "NAME.msh",
+/// where the blocks that stay free keep their start values. Without such a run, or with the mesh in another
+/// folder than its run, there is the mesh alone. Reports what was written, and how many triangles are free.
+/// Where the user won't replace an earlier model or start file, nothing is written.
+/// @param run  gets what was written beside the mesh
+/// @return 0, or -1 after a message or the user's No
+[[nodiscard]] int write_masked_mesh(const std::string& path, const TopoMask& mask, MaskedRun& run);
 
 }  // namespace Module_occam

@@ -7,6 +7,7 @@
 #include "core/user_interface.h"
 #include "database/survey_database.h"
 #include "output/rhoplus_data.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/averages.h"
 #include "reduction/derived_rows.h"
 #include "tensor/rotated_readings.h"
@@ -26,7 +27,7 @@ namespace {
 std::vector<double> stations_of(const std::string& line) {
   std::vector<double> stations;
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM StationsTable WHERE SurveyLine = '" + line + "' ORDER BY Station");
+      "SELECT * FROM StationsTable WHERE SurveyLine = " + dao::text_literal(line) + " ORDER BY Station");
   for (; !rows.eof(); rows.move_next()) {
     stations.push_back(rows.get_double("Station"));
   }

@@ -7,6 +7,7 @@
 #include "database/frequency_store.h"
 #include "database/survey_database.h"
 #include "output/rhoplus_data.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/data_sets/curve_parts.h"
 #include "reduction/derived_rows.h"
 #include "tensor/rotated_readings.h"
@@ -30,7 +31,7 @@ std::vector<StationCount> count_stations(const Module_database::LineSelection& l
   std::vector<StationCount> counts;
   // A curve computed here, whose FileID is below 0, comes before one of a file, as it does in a run.
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
-      "SELECT * FROM ReadingsDataTable WHERE LineNumber = '" + line.line + "' AND " +
+      "SELECT * FROM ReadingsDataTable WHERE LineNumber = " + dao::text_literal(line.line) + " AND " +
       Module_averaged_data::kind_criteria(Module_averaged_data::reduction_merged, line.at(0.0)) +
       " AND SampleRate = 0 ORDER BY Station,FileID");
   std::optional<double> last_station;

@@ -43,11 +43,9 @@ RunScripts::RunScripts(fs::path folder) : created_(missing_folders(folder)) {
   };
   try {
     write(run_script_name, "occam2d\r\n");
-#ifndef _WIN32
     const fs::path script = write(shell_script_name, "#!/bin/sh\noccam2d\n");
     fs::permissions(script, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
                     fs::perm_options::add);
-#endif
   } catch (...) {
     std::for_each(created_.rbegin(), created_.rend(), remove_quietly);
     throw;

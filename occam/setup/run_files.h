@@ -8,8 +8,8 @@ namespace Module_occam {
 inline constexpr const char* run_script_name = "occam_run.bat";
 inline constexpr const char* shell_script_name = "occam_run.sh";
 
-/// The files with the one line that starts the inversion: run_script_name and, on systems that can't run it,
-/// the executable shell_script_name.
+/// The files with the one line that starts the inversion: run_script_name and, for systems that can't run it
+/// (a run may be inverted on another machine), the executable shell_script_name.
 class RunScripts {
  public:
   /// Creates the folder if it is missing and writes the files. Throws if that fails, and then leaves nothing.

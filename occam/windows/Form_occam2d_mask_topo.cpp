@@ -228,6 +228,7 @@ void Form_occam2d_mask_topo::save_mesh() {
       {"Select the Occam mesh file to create", "Occam mesh Files (*.msh)|*.msh|All files (*.*)|*.*", "*.msh",
        Module_util::directory_of(ui_->Text_occam_model_file->text().toStdString()), "mesh_topo_mask.msh"});
   if (!path.empty() && Module_occam::may_write_mesh(path)) {
-    (void)Module_occam::write_masked_mesh(path, mask_);
+    Module_occam::MaskedRun run;
+    (void)Module_occam::write_masked_mesh(path, mask_, run);
   }
 }

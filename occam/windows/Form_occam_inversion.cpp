@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QScreen>
-#include <QScrollArea>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
@@ -84,8 +83,9 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
   lay_out();
   connect_controls();
   connect_timers();
-  Label_title_->setText(qt_text(view_.results().data.title + "   " + view_.results().folder.string()));
-  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  const std::string& title = view_.results().data.title;
+  Label_title_->setText(qt_text((title.empty() ? "" : title + "   ") + view_.results().folder.string()));
+  controls_->list_iterations(view_);
   panel_->offer_continue(!view_.results().seen.empty());
   if (view_.load_iteration() == 0) {
     controls_->propose_range(suggested_range(view_.parameters()));
@@ -107,15 +107,8 @@ void Form_occam_inversion::lay_out() {
   Splitter_model_->addWidget(Picture_model_);
   Splitter_model_->addWidget(frames_);
   Splitter_model_->setChildrenCollapsible(false);
-  auto* const column = new QScrollArea;  // all controls stay within reach in a low window
-  column->setWidget(controls_);
-  column->setWidgetResizable(true);
-  column->setFrameShape(QFrame::NoFrame);
-  column->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  constexpr int scroll_bar_room = 16;
-  column->setMinimumWidth(controls_->sizeHint().width() + scroll_bar_room);
   Splitter_iterate_->setOrientation(Qt::Horizontal);
-  Splitter_iterate_->addWidget(column);
+  Splitter_iterate_->addWidget(controls_);
   Splitter_iterate_->addWidget(Splitter_model_);
   Splitter_iterate_->setChildrenCollapsible(false);
   Splitter_iterate_->setStretchFactor(0, 0);
@@ -242,7 +235,9 @@ void Form_occam_inversion::show_site_misfits() {
     site_misfits_->show_misfits(misfit_table(view_.response()), view_.response().resp_site_names);
   } else {
     site_misfits_->show_note(has_response ? "The response of this iteration can't be read"
-                                          : "No response of this iteration yet");
+                             : view_.results().has_start_only()
+                                 ? "No iteration yet, and no misfits: the section shows the start model"
+                                 : "No response of this iteration yet");
   }
 }
 
@@ -277,7 +272,7 @@ void Form_occam_inversion::display_response_profiles() { response_->display_prof
 
 void Form_occam_inversion::choose_iteration(int iteration) {
   view_.choose_iteration(iteration);
-  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  controls_->list_iterations(view_);
   display_current_iterate();
 }
 
@@ -310,7 +305,7 @@ void Form_occam_inversion::take_changes(bool followed) {
       controls_->propose_range(suggested_range(view_.parameters()));
     }
   }
-  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  controls_->list_iterations(view_);
   show_convergence();
   display_current_iterate();
 }

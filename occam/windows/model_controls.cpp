@@ -17,7 +17,9 @@
 
 #include "core/absent_value.h"
 #include "core/number_text.h"
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/panel_controls.h"
+#include "platform/widgets/scroll_column.h"
 
 using namespace Module_occam;
 
@@ -60,13 +62,19 @@ ModelControls::ModelControls(QWidget* parent)
       Text_max_res_model_(make_text("Text_max_res_model", number_width + range_width, true)),
       Command_display_response_(named(new QPushButton("&Response"), "Command_display_response")),
       Tab_controls_(named(new QTabWidget, "Tab_controls")) {
+  auto* const choices = new QWidget;
+  auto* const choice_rows = new QVBoxLayout(choices);
+  choice_rows->setContentsMargins(0, 0, 0, 0);
+  choice_rows->addWidget(make_iteration_group());
+  Tab_controls_->addTab(make_section_page(), "S&ection");
+  choice_rows->addWidget(Tab_controls_);
+  choice_rows->addStretch();
+  auto* const column = new ScrollColumn;
+  column->setWidget(choices);
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
-  rows->addWidget(make_iteration_group());
-  Tab_controls_->addTab(make_section_page(), "S&ection");
-  rows->addWidget(Tab_controls_);
-  rows->addStretch();
-  add_buttons(*rows);
+  rows->addWidget(column, 1);
+  add_buttons(*rows);  // they stay in view in a window that is too low for the choices
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
 }
 
@@ -123,7 +131,7 @@ QWidget* ModelControls::make_look_group() {
   Check_draw_mesh_->setToolTip("Draws the edges of the cells");
   Text_min_res_->setToolTip("Log Resistivity value which maps to the start colour");
   Text_max_res_->setToolTip("Log Resistivity value which maps to the end colour");
-  Text_max_depth_->setToolTip("Maximum depth to display");
+  Text_max_depth_->setToolTip("Maximum depth to display, m");
   Text_max_depth_->setText("2000");
   add_quantity_rows(*rows);
   rows->addRow("&Colour", Combo_colour_table_);
@@ -135,7 +143,10 @@ QWidget* ModelControls::make_look_group() {
   rows->addRow(Check_true_scale_);
   rows->addRow(Check_draw_mesh_);
   for (QLineEdit* const text : {Text_min_res_, Text_max_res_, Text_max_depth_}) {
-    connect(text, &QLineEdit::textChanged, this, &ModelControls::look_changed);
+    connect(text, &QLineEdit::textChanged, this, [this] {
+      mark_entries();
+      Q_EMIT look_changed();
+    });
   }
   for (QLineEdit* const text : {Text_min_res_, Text_max_res_}) {
     connect(text, &QLineEdit::textEdited, this, [this] { range_chosen_ = true; });
@@ -146,6 +157,23 @@ QWidget* ModelControls::make_look_group() {
   }
   connect(Combo_colour_table_, &QComboBox::currentIndexChanged, this, &ModelControls::look_changed);
   return group;
+}
+
+void ModelControls::mark_entries() {
+  const TypedChoices typed = this->typed();
+  const auto number_fault = [](const std::string& text) {
+    return is_numeric(text) ? QString() : QString("A number is needed, of log10 ohm-m");
+  };
+  mark_entry(*Text_min_res_, number_fault(typed.min_res));
+  QString upper_fault = number_fault(typed.max_res);
+  if (upper_fault.isEmpty() && is_numeric(typed.min_res) &&
+      !(numeric_value(typed.max_res) > numeric_value(typed.min_res))) {
+    upper_fault = "It has to be above Min Res";
+  }
+  mark_entry(*Text_max_res_, upper_fault);
+  const bool depth_usable = read_choices({"0", "1", typed.max_depth, false}).has_value();
+  mark_entry(*Text_max_depth_,
+             depth_usable ? QString() : QString("A depth in metres is needed, 100 or more"));
 }
 
 void ModelControls::add_quantity_rows(QFormLayout& rows) {
@@ -213,7 +241,9 @@ void ModelControls::add_buttons(QBoxLayout& rows) {
   connect(done_button, &QPushButton::clicked, this, &ModelControls::done);
 }
 
-void ModelControls::list_iterations(int last, int current) {
+void ModelControls::list_iterations(const RunView& view) {
+  const int last = view.results().last_iteration;
+  const int current = view.current_iteration();
   const QSignalBlocker combo(Combo_iteration_);
   const QSignalBlocker scroll(HScroll_iteration_);
   while (Combo_iteration_->count() > last + 1) {
@@ -222,6 +252,7 @@ void ModelControls::list_iterations(int last, int current) {
   while (Combo_iteration_->count() <= last) {
     Combo_iteration_->addItem(QString::number(Combo_iteration_->count()));
   }
+  Combo_iteration_->setItemText(0, view.results().has_start_only() ? "Start model" : "0");
   Combo_iteration_->setCurrentIndex(current);
   HScroll_iteration_->setRange(0, last);
   const QSignalBlocker base(Spin_base_iteration_);
@@ -246,6 +277,7 @@ void ModelControls::propose_range(const ResistivityRange& range) {
   const QSignalBlocker upper(Text_max_res_);
   Text_min_res_->setText(qt_text(plain_text(range.lower)));
   Text_max_res_->setText(qt_text(plain_text(range.upper)));
+  mark_entries();
 }
 
 void ModelControls::show_model_range(const SectionPicture& picture) {
@@ -264,9 +296,13 @@ void ModelControls::show_model_range(const SectionPicture& picture) {
   Text_max_res_model_->setText(text(section.highest));
 }
 
+TypedChoices ModelControls::typed() const {
+  return {Text_min_res_->text().toStdString(), Text_max_res_->text().toStdString(),
+          Text_max_depth_->text().toStdString(), Check_log_vertical_->isChecked()};
+}
+
 SectionLook ModelControls::look() const {
-  return {.choices = read_choices({Text_min_res_->text().toStdString(), Text_max_res_->text().toStdString(),
-                                   Text_max_depth_->text().toStdString(), Check_log_vertical_->isChecked()}),
+  return {.choices = read_choices(typed()),
           .colour_table = Combo_colour_table_->currentIndex(),
           .invert = Check_invert_colour_->isChecked(),
           .draw_mesh = Check_draw_mesh_->isChecked(),

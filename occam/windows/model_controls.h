@@ -25,8 +25,8 @@ class ModelControls : public QWidget {
 
   explicit ModelControls(QWidget* parent = nullptr);
 
-  /// Offers the iterations 0 to `last`, without a signal.
-  void list_iterations(int last, int current);
+  /// Offers the iterations from 0 to the last one of the run, or its start model, without a signal.
+  void list_iterations(const Module_occam::RunView& view);
   void show_numbers(const Module_occam::RunView& view);
   /// Shows a range, unless the user has chosen one.
   void propose_range(const Module_occam::ResistivityRange& range);
@@ -62,6 +62,8 @@ class ModelControls : public QWidget {
   QWidget* make_look_group();
   void add_quantity_rows(QFormLayout& rows);
   QWidget* make_model_group();
+  [[nodiscard]] Module_occam::TypedChoices typed() const;
+  void mark_entries();
   void add_buttons(QBoxLayout& rows);
 
   QComboBox* Combo_iteration_;

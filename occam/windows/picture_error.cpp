@@ -11,6 +11,7 @@
 #include "occam/windows/short_site_name.h"
 #include "platform/graph/frequency_axis.h"
 #include "platform/graph/picture_axes.h"
+#include "platform/widgets/panel_controls.h"
 
 using namespace Module_occam;
 
@@ -29,7 +30,6 @@ PictureError::PictureError(const QString& name, const OccamResponse& response, Q
     : QWidget(parent), response_(response) {
   setObjectName(name);
   setMouseTracking(true);
-  setToolTip("Misfit in units of the error; click on a site to see its curves");
   connect(&graph::FrequencyAxis::instance(), &graph::FrequencyAxis::changed, this, [this] { update(); });
 }
 
@@ -41,6 +41,7 @@ void PictureError::clear() {
 void PictureError::choose(const QString& title, std::optional<DataType> type) {
   title_ = title;
   type_ = type;
+  setToolTip(plain_tool_tip(title_ + ", in units of the error; click on a site to see its curves"));
   update();
 }
 
@@ -71,7 +72,9 @@ void PictureError::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), Qt::white);
   graph::use_picture_style(painter);
   const QRectF area = plot();
-  painter.drawText(QRectF(area.left(), 0.0, area.width(), area.top()), Qt::AlignCenter, title_);
+  // Over the whole width: a narrow picture has less room above its cells than the title needs.
+  painter.drawText(QRectF(0.0, 0.0, width(), area.top()), Qt::AlignCenter,
+                   QFontMetricsF(painter.font()).elidedText(title_, Qt::ElideRight, width() - 2.0));
   if (shown_ && response_.resp_sites() > 0) {
     paint_cells(painter);
     paint_labels(painter);

@@ -1,6 +1,7 @@
 #include "occam/windows/section_painter.h"
 
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QPolygonF>
 #include <algorithm>
 #include <array>
@@ -14,8 +15,9 @@ namespace Module_occam {
 
 namespace {
 
-constexpr double colour_bar_part = 70.0;  // pixels beside the section's frame
 constexpr double colour_bar_width = 14.0;
+constexpr const char* resistivity_title = "log10  ohm-m";
+constexpr const char* fading_entry = "pale: data\nsay little";
 constexpr double mark_size = 5.0;
 
 /// From pixels of the geometry to those of the drawing.
@@ -39,11 +41,10 @@ class ZoomedPlot {
   [[nodiscard]] const QRectF& plot() const { return plot_; }
 
  private:
-  /// The pixels per decade of a logarithmic scale don't depend on where the section ends; it is to end where
-  /// the plot does.
+  /// The scale of the geometry follows the node lines; the plot ends at the depth asked for.
   static double stretch_of(const SectionGeometry& geometry, const QRectF& plot) {
-    const double end = geometry.mapping.to_y(geometry.bottom_depth) - plot.top();
-    return geometry.mapping.block_height > 0.0 && end > 0.0 ? plot.height() / end : 1.0;
+    const double end = geometry.mapping.to_y(geometry.end_depth) - plot.top();
+    return end > 0.0 ? plot.height() / end : 1.0;
   }
 
   QRectF plot_;
@@ -189,9 +190,8 @@ void paint_fading_entry(QPainter& painter, const SectionPicture& picture, const 
   }
   painter.setBrush(Qt::NoBrush);
   painter.drawRect(patch);
-  constexpr double room = 76.0;
-  painter.drawText(QRectF(patch.right() + 4.0, patch.top() - 2.0, room, patch.height() + 4.0),
-                   Qt::AlignLeft | Qt::AlignVCenter, "pale: data\nsay little");
+  painter.drawText(QRectF(patch.right() + 4.0, patch.top() - 2.0, 0.0, patch.height() + 4.0),
+                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, fading_entry);
 }
 
 /// Even marks; those of resistivities with log10 and, beside it, the resistivity itself.
@@ -206,7 +206,8 @@ std::vector<graph::PictureTick> bar_ticks(const QPainter& painter, const QRectF&
     for (graph::PictureTick& tick : ticks) {
       constexpr int digits = 3;
       const double value = lower + length * (bar.bottom() - tick.at) / bar.height();
-      tick.label += "  " + QString::number(std::pow(10.0, value), 'g', digits);
+      const double rounded = QString::number(std::pow(10.0, value), 'g', digits).toDouble();
+      tick.label += "  " + QString::fromStdString(plain_text(rounded));
     }
   }
   return ticks;
@@ -215,7 +216,12 @@ std::vector<graph::PictureTick> bar_ticks(const QPainter& painter, const QRectF&
 }  // namespace
 
 PictureSize section_part(QSize drawing) {
-  return {std::max(drawing.width() - colour_bar_part, 2.0 * side_frame + 1.0),
+  // The widest that labels of resistivities, and the title, can be; a section keeps its width whatever the
+  // range of its colours.
+  const double labels = graph::colour_bar_room(QFontMetricsF(graph::picture_font(QGuiApplication::font())),
+                                               {"-10.00  5.62E-10", resistivity_title});
+  const double beside_frame = colour_bar_width + labels - side_frame / 2.0;
+  return {std::max(drawing.width() - beside_frame, 2.0 * side_frame + 1.0),
           std::max(static_cast<double>(drawing.height()), 2.0 * end_frame + 1.0)};
 }
 
@@ -239,9 +245,9 @@ void paint_section(QPainter& painter, const SectionPicture& picture, const Occam
   paint_sites(painter, geometry, sites, plot);
   const QRectF bar(geometry.picture.width - side_frame / 2.0, plot.plot().top(), colour_bar_width,
                    plot.plot().height());
-  graph::draw_colour_bar(
-      painter, bar, picture.palette, bar_ticks(painter, bar, picture),
-      picture.quantity.is_resistivity ? "log10  ohm-m" : QString::fromStdString(picture.quantity.unit));
+  graph::draw_colour_bar(painter, bar, picture.palette, bar_ticks(painter, bar, picture),
+                         picture.quantity.is_resistivity ? QString(resistivity_title)
+                                                         : QString::fromStdString(picture.quantity.unit));
   if (!picture.visibility.empty()) {
     paint_fading_entry(painter, picture, bar);
   }

@@ -96,6 +96,8 @@ void vacuum_into(const std::string& source, const std::string& destination, cons
 void flush(const std::string& path) {
   try {
     safe_files::flush_file(path);
+  } catch (const safe_files::DiskFull& full) {
+    throw FullError(full.what());
   } catch (const std::runtime_error& failure) {
     throw Error(failure.what());
   }
@@ -132,6 +134,20 @@ void recover_database(const std::string& path) {
   connection.run("PRAGMA journal_mode = DELETE");
   connection.run("BEGIN EXCLUSIVE");
   connection.run("COMMIT");
+}
+
+void with_no_other_process(const std::string& path, const std::function<void()>& work) {
+  Connection connection(path, Access::read_write);
+  connection.run("BEGIN EXCLUSIVE");  // rolled back at the end, as nothing was written
+  work();
+}
+
+bool expects_log(const std::string& path) {
+  constexpr std::size_t place_of_version = 18;  // of the format in the file's head, for writing
+  constexpr char with_log = 2;
+  const std::string bytes = first_bytes(path, place_of_version + 1);
+  return bytes.starts_with(engine_mark) && bytes.size() > place_of_version &&
+         bytes[place_of_version] == with_log;
 }
 
 void clear_place(const std::string& path) {

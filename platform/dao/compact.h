@@ -16,6 +16,14 @@ FileKind file_kind(const std::string& path);
 /// database. Does nothing to a genuine Jet file.
 void recover_database(const std::string& path);
 
+/// Does `work` while no other process reads or writes a database; dao::LockedError if one does. `work` must
+/// not open the file itself: the closing would end the lock.
+void with_no_other_process(const std::string& path, const std::function<void()>& work);
+
+/// Whether a database was not closed by whoever wrote it last, or is open: its latest rows are then in a log,
+/// beside the name that it was opened by.
+bool expects_log(const std::string& path);
+
 /// Makes a path ready for another file: a database that is there becomes complete by itself, without a log,
 /// so that it can be kept under another name; logs beside anything else belong to nothing and go. Throws
 /// dao::Error if the database is in use.

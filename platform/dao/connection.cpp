@@ -224,6 +224,9 @@ void Connection::fail() const {
   if ((status & 0xff) == SQLITE_BUSY) {
     throw LockedError();
   }
+  if ((status & 0xff) == SQLITE_FULL) {
+    throw FullError(sqlite3_errmsg(failed));
+  }
   throw Error(sqlite3_errmsg(failed));
 }
 

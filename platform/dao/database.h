@@ -2,7 +2,7 @@
 //
 // Statements are written in the engine's dialect: types COUNTER, LONG, SINGLE, DOUBLE, TEXT(n), BIT,
 // LONGBINARY, DATETIME; WITH PRIMARY; [names in brackets]; Val(...); Abs(...); date literals #MM/DD/YYYY#;
-// text literals in apostrophes, without an escape; INSERT INTO one SELECT * (or columns that both have) FROM
+// text literals in apostrophes (text_literal.h); INSERT INTO one SELECT * (or columns that both have) FROM
 // other. Comparisons are the engine's: text compares without regard to case and to trailing blanks, a date
 // literal matches its whole day, a SINGLE column compares by the decimal that users see (0.1 finds 0.1).
 // Failures throw dao::Error with the engine's description.

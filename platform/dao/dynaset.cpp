@@ -14,6 +14,8 @@ namespace {
 
 using Key = std::int64_t;
 
+constexpr std::size_t few_rows = 16;  // as many as a station or a file usually has
+
 enum class Place {
   before_first_look,  // on the first row, which hasn't been needed yet
   on_row,
@@ -42,7 +44,7 @@ class Dynaset final : public RowSource {
       (is_bytes ? bytes_fields_ : row_fields_).push_back(&field);
     }
     // A statement that doesn't fit the table fails at opening, not at the first move.
-    Statement check(*connection_, keys_statement({}, false));
+    Statement check(*connection_, keys_statement({}));
   }
 
   void find_first(std::string_view criteria) override;
@@ -56,6 +58,7 @@ class Dynaset final : public RowSource {
   void add_new() override;
   void edit() override;
   void update() override;
+  void go_to_added() override;
   void delete_row() override;
 
   std::string row_name() override { return "row " + std::to_string(current_key()) + " of " + table_->name; }
@@ -71,7 +74,7 @@ class Dynaset final : public RowSource {
   };
 
   [[nodiscard]] std::string row_statement(const std::vector<const Field*>& fields) const;
-  [[nodiscard]] std::string keys_statement(std::string_view criteria, bool only_first) const;
+  [[nodiscard]] std::string keys_statement(std::string_view criteria, std::size_t most = 0) const;
   void bind_keys_statement(Statement& statement, const Fragment& criteria) const;
   void look_at_first();
   void build_keys();
@@ -131,8 +134,8 @@ std::string Dynaset::row_statement(const std::vector<const Field*>& fields) cons
 }
 
 // Parameters: the condition's, the criteria's, and with rows added the key of the first of them. Added rows
-// come after all others.
-std::string Dynaset::keys_statement(std::string_view criteria, bool only_first) const {
+// come after all others. All keys, or the first `most`.
+std::string Dynaset::keys_statement(std::string_view criteria, std::size_t most) const {
   std::string sql = "SELECT rowid FROM " + table_name_;
   const bool has_both = !condition_.sql.empty() && !criteria.empty();
   if (has_both) {
@@ -145,8 +148,8 @@ std::string Dynaset::keys_statement(std::string_view criteria, bool only_first) 
     sql += added_.empty() ? "" : "CASE WHEN rowid >= ? THEN rowid ELSE -1 END, ";
     sql += order_ + ", ";
   }
-  sql += only_first ? "rowid LIMIT 1" : "rowid";
-  return sql;
+  sql += "rowid";
+  return most > 0 ? sql + " LIMIT " + std::to_string(most) : sql;
 }
 
 void Dynaset::bind_keys_statement(Statement& statement, const Fragment& criteria) const {
@@ -159,7 +162,7 @@ void Dynaset::bind_keys_statement(Statement& statement, const Fragment& criteria
 
 void Dynaset::find_first(std::string_view criteria) {
   const Fragment translated = translate_criteria(criteria, *table_);
-  Statement statement(connection(), keys_statement(translated.sql, true));
+  Statement statement(connection(), keys_statement(translated.sql, 1));
   bind_keys_statement(statement, translated);
   drop_edit();
   no_match_ = !statement.step();
@@ -174,13 +177,23 @@ void Dynaset::look_at_first() {
   if (place_ != Place::before_first_look) {
     return;
   }
-  Statement statement(open_connection, keys_statement({}, true));
+  // The rows of a condition are usually few, and then the first look has their whole list.
+  const std::size_t wanted = condition_.sql.empty() ? 1 : few_rows + 1;
+  Statement statement(open_connection, keys_statement({}, wanted));
   bind_keys_statement(statement, {});
-  if (statement.step()) {
-    go_to(statement.integer(0));
-    index_.reset();
-  } else {
+  std::vector<Key> first_keys;
+  while (first_keys.size() < wanted && statement.step()) {
+    first_keys.push_back(statement.integer(0));
+  }
+  if (!has_keys_ && !condition_.sql.empty() && first_keys.size() < wanted) {
+    keys_ = first_keys;
+    has_keys_ = true;
+  }
+  if (first_keys.empty()) {
     place_ = Place::at_end;
+  } else {
+    go_to(first_keys.front());
+    index_.reset();
   }
 }
 
@@ -190,7 +203,7 @@ bool Dynaset::eof() {
 }
 
 void Dynaset::build_keys() {
-  Statement statement(connection(), keys_statement({}, false));
+  Statement statement(connection(), keys_statement({}));
   bind_keys_statement(statement, {});
   keys_.clear();
   while (statement.step()) {
@@ -455,6 +468,16 @@ void Dynaset::update() {
       break;
   }
   drop_edit();
+}
+
+void Dynaset::go_to_added() {
+  (void)connection();
+  drop_edit();
+  if (added_.empty()) {
+    throw Error("no current record");
+  }
+  go_to(added_.back());
+  index_.reset();
 }
 
 void Dynaset::insert_row() {

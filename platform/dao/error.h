@@ -17,4 +17,10 @@ class LockedError : public Error {
   LockedError() : Error("database is locked") {}
 };
 
+/// There is no room left on the disk.
+class FullError : public Error {
+ public:
+  using Error::Error;
+};
+
 }  // namespace dao

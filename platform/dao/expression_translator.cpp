@@ -54,8 +54,8 @@ void ExpressionTranslator::put_parameter(Value value) {
   fragment_.parameters.push_back(std::move(value));
 }
 
-// Text reaches a statement unescaped, so that apostrophes in it could carry words of the dialect. These two
-// rules let such words only narrow a condition: nothing but AND follows a text literal, and OR must be in
+// A text that reached a statement without text_literal could carry words of the dialect behind an apostrophe.
+// These two rules let such words only narrow a condition: nothing but AND follows a text literal, and OR must be in
 // parentheses.
 void ExpressionTranslator::check_text_literals(const std::vector<Token>& tokens, std::size_t first,
                                                std::size_t end) const {

@@ -77,6 +77,7 @@ void Recordset::requery() { open(rows_).requery(); }
 void Recordset::add_new() { open(rows_).add_new(); }
 void Recordset::edit() { open(rows_).edit(); }
 void Recordset::update() { open(rows_).update(); }
+void Recordset::go_to_added() { open(rows_).go_to_added(); }
 void Recordset::delete_row() { open(rows_).delete_row(); }
 
 bool Recordset::is_null(std::string_view field) const {

@@ -57,6 +57,11 @@ class Recordset {
   void edit();
   void update();
 
+  /// Goes to the row that was added last, whatever it holds; an error if none was added since the recordset
+  /// was opened or queried again. Cheaper than a search for what was just written, and not misled by rows
+  /// alike.
+  void go_to_added();
+
   /// Deletes the current row. There is no current row until the next move.
   void delete_row();
 

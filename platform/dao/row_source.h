@@ -44,6 +44,7 @@ class RowSource {
   virtual void add_new() = 0;
   virtual void edit() = 0;
   virtual void update() = 0;
+  virtual void go_to_added() = 0;
   virtual void delete_row() = 0;
 
   /// The column of this name, in any case. Throws Error if there is none, or once the database is closed.

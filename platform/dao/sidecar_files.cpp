@@ -1,11 +1,9 @@
 #include "platform/dao/sidecar_files.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include "platform/dao/error.h"
 
@@ -19,12 +17,12 @@ void remove_logs(const std::string& path) {
 }
 
 void make_new_file(const std::string& path) {
-  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (file < 0) {
+  std::FILE* const file = std::fopen(path.c_str(), "wbx");
+  if (file == nullptr) {
     throw Error(errno == EEXIST ? "the file exists already"
                                 : "unable to open database file: " + std::generic_category().message(errno));
   }
-  ::close(file);
+  std::fclose(file);
   remove_logs(path);
 }
 

@@ -35,6 +35,7 @@ class Snapshot final : public RowSource {
   void add_new() override { refuse(); }
   void edit() override { refuse(); }
   void update() override { refuse(); }
+  void go_to_added() override { refuse(); }
   void delete_row() override { refuse(); }
 
   std::string row_name() override { return "a row of " + table_->name; }

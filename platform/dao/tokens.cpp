@@ -2,8 +2,11 @@
 
 #include <charconv>
 #include <chrono>
+#include <cmath>
 #include <system_error>
 #include <utility>
+
+#include <fast_float/fast_float.h>
 
 #include "core/calendar.h"
 #include "core/text_fields.h"
@@ -23,6 +26,8 @@ class Lexer {
 
   std::vector<Token> run() {
     std::vector<Token> tokens;
+    constexpr std::size_t usual_length = 4;  // of a token, with the blank behind it
+    tokens.reserve(statement_.size() / usual_length + 2);
     while (skip_blanks(), place_ < statement_.size()) {
       tokens.push_back(next());
     }
@@ -91,8 +96,8 @@ class Lexer {
     const char* const last = statement_.data() + statement_.size();
     Token token;
     token.kind = Token::Kind::number;
-    const auto [end, status] = std::from_chars(first, last, token.number);
-    if (status != std::errc() || (end != last && is_word_part(*end))) {
+    const auto [end, status] = fast_float::from_chars(first, last, token.number);
+    if (status != std::errc() || !std::isfinite(token.number) || (end != last && is_word_part(*end))) {
       fail();
     }
     const auto [integer_end, integer_status] = std::from_chars(first, last, token.integer);
@@ -116,11 +121,18 @@ class Lexer {
   Token text() {
     Token token;
     token.kind = Token::Kind::text;
-    if (at(place_ + 1) == '\'') {
-      place_ += 2;  // an empty text
-    } else {
-      token.text = enclosed('\'');
-    }
+    std::size_t end = place_;
+    do {  // each part with the apostrophe before it
+      const std::size_t first = end;
+      end = statement_.find('\'', first + 1);
+      if (end == std::string_view::npos) {
+        fail();
+      }
+      token.text += statement_.substr(first, end - first);
+      ++end;
+    } while (at(end) == '\'');
+    token.text.erase(0, 1);
+    place_ = end;
     const char behind = at(place_);
     const bool ends_here =
         is_blank(behind) || std::string_view("),;=<>").find(behind) != std::string_view::npos;

@@ -25,9 +25,9 @@ struct Token {
 /// The error to throw for a statement that isn't in the dialect.
 Error syntax_error(std::string_view statement);
 
-/// Cuts a statement into tokens, the last of kind `end`. A text literal ends at the first apostrophe, as the
-/// dialect has no escape; anything but a blank or a sign right after it is a syntax error, like comments,
-/// semicolons inside and characters that the dialect doesn't know. One semicolon at the end is dropped.
+/// Cuts a statement into tokens, the last of kind `end`. A text literal ends at the first apostrophe
+/// that isn't written twice; anything but a blank or a sign right after it is a syntax error, like comments,
+/// semicolons between tokens and characters that the dialect doesn't know. One semicolon at the end is dropped.
 std::vector<Token> tokens_of(std::string_view statement);
 
 }  // namespace dao

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -21,6 +23,29 @@ namespace fs = std::filesystem;
 namespace safe_files {
 
 namespace {
+
+[[noreturn]] void fail(const fs::path& file, std::string_view what) {
+  throw std::runtime_error(file.string() + ": " + std::string(what));
+}
+
+bool is_full(const std::error_code& reason) {
+#ifdef EDQUOT
+  if (reason.value() == EDQUOT) {
+    return true;
+  }
+#endif
+  return reason == std::errc::no_space_on_device;
+}
+
+[[noreturn]] void fail(const fs::path& file, const std::error_code& reason) {
+  const std::string text = file.string() + ": " + reason.message();
+  if (is_full(reason)) {
+    throw DiskFull(text);
+  }
+  throw std::runtime_error(text);
+}
+
+std::error_code code_of(int number) { return {number, std::generic_category()}; }
 
 // The contents must be on the disk before a rename makes them the only copy. A full or failing disk may show
 // only here; the incomplete file is then removed.
@@ -37,7 +62,7 @@ void flush_to_disk(const fs::path& file) {
     if (fs::is_regular_file(file, ignored)) {
       fs::remove(file, ignored);
     }
-    throw std::runtime_error(file.string() + ": " + std::generic_category().message(failure));
+    fail(file, code_of(failure));
   }
 #else
   static_cast<void>(file);
@@ -55,16 +80,12 @@ void remove_quietly(const fs::path& file) {
   fs::remove(file, ignored);
 }
 
-[[noreturn]] void fail(const fs::path& file, std::string_view what) {
-  throw std::runtime_error(file.string() + ": " + std::string(what));
-}
-
 // The library's copying of files reports a full disk like any other input or output error.
 void copy_bytes(const fs::path& source, const fs::path& destination, const Watch& watch) {
   errno = 0;
   std::ifstream from(source, std::ios::binary);
   if (!from) {
-    fail(source, std::generic_category().message(errno != 0 ? errno : EIO));
+    fail(source, code_of(errno != 0 ? errno : EIO));
   }
   std::ofstream to(destination, std::ios::binary | std::ios::trunc);
   constexpr std::size_t chunk_size = 1U << 20U;
@@ -79,7 +100,7 @@ void copy_bytes(const fs::path& source, const fs::path& destination, const Watch
   }
   to.close();
   if (!from.eof() || !to) {
-    throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
+    throw std::system_error(code_of(errno != 0 ? errno : EIO));
   }
 }
 
@@ -87,7 +108,7 @@ void rename_over(const fs::path& source, const fs::path& destination) {
   std::error_code error;
   fs::rename(source, destination, error);
   if (error) {
-    fail(destination, error.message());
+    fail(destination, error);
   }
 }
 
@@ -164,8 +185,9 @@ void move_into_place(const fs::path& source, const fs::path& destination) {
   flush_folder_of(destination);
 }
 
-void copy_into_place(const fs::path& source, const fs::path& destination, const Watch& watch) {
-  const fs::path neighbour = neighbour_of(destination);
+WaitingCopy::WaitingCopy(const fs::path& source, fs::path destination, const Watch& watch)
+    : destination_(std::move(destination)) {
+  const fs::path neighbour = neighbour_of(destination_);
   remove_quietly(neighbour);
   try {
     if (!clone_file(source, neighbour)) {
@@ -174,13 +196,27 @@ void copy_into_place(const fs::path& source, const fs::path& destination, const 
     fs::permissions(neighbour, fs::status(source).permissions());
   } catch (const std::system_error& error) {
     remove_quietly(neighbour);
-    fail(destination, error.code().message());
+    fail(destination_, error.code());
   } catch (...) {
     remove_quietly(neighbour);
     throw;
   }
   flush_to_disk(neighbour);
-  move_neighbour_into_place(destination);
+}
+
+WaitingCopy::~WaitingCopy() {
+  if (waits_) {
+    remove_quietly(neighbour_of(destination_));
+  }
+}
+
+void WaitingCopy::put_into_place() {
+  waits_ = false;
+  move_neighbour_into_place(destination_);
+}
+
+void copy_into_place(const fs::path& source, const fs::path& destination, const Watch& watch) {
+  WaitingCopy(source, destination, watch).put_into_place();
 }
 
 void write_into_place(const fs::path& destination, std::string_view contents) {

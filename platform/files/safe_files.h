@@ -3,6 +3,7 @@
 #pragma once
 #include <filesystem>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,9 +14,34 @@ namespace safe_files {
 /// on.
 using Watch = std::function<void(double part)>;
 
-/// Copies `source` over `destination`: written to a neighbour first, flushed to the disk, then moved into
-/// place by one rename; where the file system can, as a clone that shares the blocks. Throws
-/// std::runtime_error with the system's description; the destination is then as before.
+/// There is no room left on the disk, or none for this user.
+class DiskFull : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A copy that is on the disk beside its destination, where the file system can as a clone that shares the
+/// blocks. It waits to take the destination's place by one rename, and goes if it is given up. What a crash
+/// leaves of one is cleared by the next to the same destination.
+class WaitingCopy {
+ public:
+  /// Throws std::runtime_error with the system's description, DiskFull among them; nothing is left then.
+  WaitingCopy(const std::filesystem::path& source, std::filesystem::path destination,
+              const Watch& watch = {});
+  WaitingCopy(const WaitingCopy&) = delete;
+  WaitingCopy& operator=(const WaitingCopy&) = delete;
+  ~WaitingCopy();
+
+  /// Throws as above; the destination is then as before.
+  void put_into_place();
+
+ private:
+  std::filesystem::path destination_;
+  bool waits_ = true;
+};
+
+/// Copies `source` over `destination` in this way, at once. Throws as above; the destination is then as
+/// before.
 void copy_into_place(const std::filesystem::path& source, const std::filesystem::path& destination,
                      const Watch& watch = {});
 

@@ -1,6 +1,7 @@
 #include "platform/graph/picture_axes.h"
 
 #include <QFontMetricsF>
+#include <algorithm>
 #include <cmath>
 
 #include "platform/graph/axis_ticks.h"
@@ -45,11 +46,22 @@ std::vector<PictureTick> ticks_with_room(const std::vector<PictureTick>& ticks, 
 }
 
 void use_picture_style(QPainter& painter) {
-  constexpr int font_pixels = 11;
-  QFont font = painter.font();
-  font.setPixelSize(font_pixels);
-  painter.setFont(font);
+  painter.setFont(picture_font(painter.font()));
   painter.setPen(Qt::black);
+}
+
+QFont picture_font(QFont font) {
+  constexpr int font_pixels = 11;
+  font.setPixelSize(font_pixels);
+  return font;
+}
+
+double colour_bar_room(const QFontMetricsF& metrics, const QStringList& labels) {
+  double widest = 0.0;
+  for (const QString& label : labels) {
+    widest = std::max(widest, metrics.horizontalAdvance(label));
+  }
+  return tick_length + label_gap + std::ceil(widest) + label_gap;
 }
 
 void draw_bottom_axis(QPainter& painter, const QRectF& plot, const std::vector<PictureTick>& ticks,
@@ -83,7 +95,6 @@ void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<Pic
 
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette,
                      const std::vector<PictureTick>& ticks, const QString& title) {
-  constexpr double label_width = 60.0;
   constexpr int entries = last_palette_entry - first_palette_entry + 1;
   for (int i = 0; i < entries; ++i) {
     // Edges on whole pixels: half-covered ones would show as seams between the colours.
@@ -97,11 +108,11 @@ void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palett
   const double line = text_height(painter);
   for (const PictureTick& tick : ticks) {
     painter.drawLine(QPointF(bar.right(), tick.at), QPointF(bar.right() + tick_length, tick.at));
-    painter.drawText(QRectF(bar.right() + tick_length + label_gap, tick.at - line / 2.0, label_width, line),
-                     Qt::AlignLeft | Qt::AlignVCenter, tick.label);
+    painter.drawText(QRectF(bar.right() + tick_length + label_gap, tick.at - line / 2.0, 0.0, line),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, tick.label);
   }
-  painter.drawText(QRectF(bar.left() - label_gap, bar.top() - 2.0 * line, label_width + bar.width(), line),
-                   Qt::AlignLeft | Qt::AlignVCenter, title);
+  painter.drawText(QRectF(bar.left() - label_gap, bar.top() - 2.0 * line, 0.0, line),
+                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, title);
 }
 
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette, double lower, double upper,

@@ -1,9 +1,12 @@
 // picture_axes.h: what surrounds a coloured picture: axes, colour bar, names along an edge.
 #pragma once
 #include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -18,6 +21,8 @@ struct PictureTick {
 
 /// Pen and letters of all pictures, whatever the desktop has.
 void use_picture_style(QPainter& painter);
+/// A font in the size of those letters.
+QFont picture_font(QFont font);
 
 /// Even ticks whose labels don't run into each other.
 /// @param to_pixel  from a value to a place; the axis covers [lower, upper]
@@ -31,6 +36,9 @@ void draw_bottom_axis(QPainter& painter, const QRectF& plot, const std::vector<P
                       const QString& title);
 void draw_left_axis(QPainter& painter, const QRectF& plot, const std::vector<PictureTick>& ticks,
                     const QString& title);
+
+/// Pixels that marks and labels take on the right of a colour bar.
+double colour_bar_room(const QFontMetricsF& metrics, const QStringList& labels);
 
 /// A bar of all colours, the first one at the bottom, with marks on its right.
 void draw_colour_bar(QPainter& painter, const QRectF& bar, const Palette& palette,

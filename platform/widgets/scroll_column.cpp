@@ -34,6 +34,13 @@ QSize ScrollColumn::sizeHint() const {
 
 QSize ScrollColumn::minimumSizeHint() const { return {width_for(height()), min_height}; }
 
+bool ScrollColumn::event(QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) {
+    updateGeometry();  // the controls want another width
+  }
+  return QScrollArea::event(event);
+}
+
 void ScrollColumn::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
   if (width_for(height()) != width()) {

@@ -14,6 +14,7 @@ class ScrollColumn : public QScrollArea {
   [[nodiscard]] QSize minimumSizeHint() const override;
 
  protected:
+  bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:

@@ -148,6 +148,15 @@ py::list kinds(const std::string& line) {
   return list;
 }
 
+py::list station_kinds(const std::string& line, const std::string& station) {
+  py::list list;
+  for (const StationKind& kind : at_survey([&] { return kinds_of_station(line, station); })) {
+    list.append(py::make_tuple(text_of(kind.data_type), kind.reduction, decimal_of_single(kind.scan_rate),
+                               kind.reference_type, decimal_of_single(kind.dipole)));
+  }
+  return list;
+}
+
 void append(const numerics::impedance::PartCovariance& known, std::vector<double>& covariance) {
   covariance.insert(covariance.end(), {known.real, known.imaginary, known.cross});
 }
@@ -291,6 +300,7 @@ void bind_survey(py::module_& module) {
   module.def("info", &info);
   module.def("files", &files);
   module.def("kinds", &kinds, py::arg("line"));
+  module.def("station_kinds", &station_kinds, py::arg("line"), py::arg("station"));
   module.def("tensors", &tensors, py::arg("query"));
   module.def("recalculate", &recalculate, py::arg("progress"));
 }

@@ -18,6 +18,7 @@
 #include "database/survey_lists.h"
 #include "exchange/asked_lines.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 #include "python/bindings/python_interface.h"
 #include "reduction/computed_rows.h"
 
@@ -45,8 +46,7 @@ std::string listed(const Items& items, const Text& text_of_item) {
 /// A line as the survey spells it.
 std::string find_line(const std::string& given) {
   std::string line = spelled_line(given);
-  const std::vector<std::string> lines = listed_lines();
-  if (std::ranges::find(lines, line) == lines.end()) {
+  if (!has_readings_or_files(line)) {
     refuse_line(given);
   }
   return line;
@@ -61,8 +61,8 @@ bool same_number(double asked, float stored) {
 }
 
 std::string criteria_of(const LineChoice& kind, double station, const std::string& data_type) {
-  return kind.criteria() + " AND Station = " + criterion_text(station) + " AND DataType = '" + data_type +
-         "'";
+  return kind.criteria() + " AND Station = " + criterion_text(station) +
+         " AND DataType = " + dao::text_literal(data_type);
 }
 
 void check_data_type(const std::string& data_type) {
@@ -118,14 +118,14 @@ std::string criteria_of(const CurveFilter& filter) {
   std::string criteria = "NumFrequencies > 0";
   if (filter.line) {
     const std::string line = find_line(*filter.line);
-    criteria += " AND LineNumber = '" + line + "'";
+    criteria += " AND LineNumber = " + dao::text_literal(line);
     if (filter.station) {
       criteria += " AND Station = " + criterion_text(find_station(line, *filter.station));
     }
   }
   if (filter.data_type) {
     check_data_type(*filter.data_type);
-    criteria += " AND DataType = '" + *filter.data_type + "'";
+    criteria += " AND DataType = " + dao::text_literal(*filter.data_type);
   }
   if (filter.reference_type) {
     criteria += " AND ReferenceType = " + plain_text(*filter.reference_type);
@@ -250,6 +250,21 @@ double find_station(const std::string& line, const std::string& station) {
   }
   throw std::invalid_argument("station: line " + line + " has no station " +
                               (is_numeric(station) ? plain_text(numeric_value(station)) : station));
+}
+
+std::vector<StationKind> kinds_of_station(const std::string& given, const std::string& station_text) {
+  const std::string line = find_line(given);
+  const double station = find_station(line, station_text);
+  std::set<StationKind> kinds;
+  dao::Recordset rows = open_survey().database.open_recordset(
+      "SELECT DISTINCT DataType,ReductionType,SampleRate,ReferenceType,DipoleLength FROM ReadingsDataTable "
+      "WHERE NumFrequencies > 0 AND LineNumber = " +
+      dao::text_literal(line) + " AND Station = " + criterion_text(station));
+  for (; !rows.eof(); rows.move_next()) {
+    kinds.insert({rows.get_text("DataType"), rows.get_long("ReductionType"), rows.get_single("SampleRate"),
+                  rows.get_long("ReferenceType"), rows.get_single("DipoleLength")});
+  }
+  return {kinds.begin(), kinds.end()};
 }
 
 std::unique_ptr<TakenReading> find_curve(const CurveQuery& query, std::int32_t reduction) {

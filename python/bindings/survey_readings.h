@@ -1,5 +1,6 @@
 // survey_readings.h: readings of the open survey, as a script asks for them.
 #pragma once
+#include <compare>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -31,6 +32,19 @@ Module_database::LineSelection find_line_selection(const CurveQuery& query);
 
 /// The number of a station of a line, given by it or by the name of its site. Throws std::invalid_argument.
 double find_station(const std::string& line, const std::string& station);
+
+/// What there are readings of at a station.
+struct StationKind {
+  std::string data_type;
+  std::int32_t reduction = 0;
+  float scan_rate = 0.0F;  // Hz; of a merged curve 0
+  std::int32_t reference_type = 0;
+  float dipole = 0.0F;  // m
+  friend auto operator<=>(const StationKind&, const StationKind&) = default;
+};
+
+/// Each once, ascending. Throws std::invalid_argument for a line or station that the survey doesn't have.
+std::vector<StationKind> kinds_of_station(const std::string& line, const std::string& station);
 
 /// The average (reduction 1) or merged curve (2), computed if it is missing. Throws std::invalid_argument for
 /// what the survey doesn't have, dao::Error.

@@ -14,8 +14,11 @@ if TYPE_CHECKING:
     from .occam import Response
     from .section import Section
     from .survey import Curve
+    from .tensors import Tensor
 
 _TYPE_COLOURS = {"ExHy": "#0054be", "EyHx": "#d05800", "ExHx": "tab:green", "EyHy": "tab:purple"}
+_ELEMENTS = ("xx", "xy", "yx", "yy", "determinant", "mean", "sum_of_squares")
+_ELEMENT_COLOURS = {"xx": "tab:green", "xy": "#0054be", "yx": "#d05800", "yy": "tab:purple"}
 _MODE_COLOURS = {"TE": "tab:blue", "TM": "tab:red"}
 _MODE_MARKERS = {"TE": "o", "TM": "s"}
 
@@ -232,6 +235,42 @@ def plot_curve(curve: Curve, axes: tuple[Axes, Axes] | None = None, *, masked: b
     _label_curve_axes(resistivity, phase)
     resistivity.set_title(f"Line {curve.line}")
     resistivity.legend(fontsize=8)
+    return resistivity, phase
+
+
+def plot_tensor(tensor: Tensor, axes: tuple[Axes, Axes] | None = None, *,
+                elements: Sequence[str] = ("xy", "yx")) -> tuple[Axes, Axes]:
+    """Draw apparent resistivity and phase of elements over the frequency, with their errors.
+
+    Parameters
+    ----------
+    tensor : brenlox.Tensor
+    axes : pair of matplotlib.axes.Axes, optional
+        For resistivity and phase, of an earlier tensor or curve to be compared; a new figure without them.
+    elements : sequence of {'xx', 'xy', 'yx', 'yy', 'determinant', 'mean', 'sum_of_squares'}
+        Phases of yx are turned by 180 degrees, so that both curves lie together over layered ground.
+
+    Returns
+    -------
+    pair of matplotlib.axes.Axes
+    """
+    for element in elements:
+        if element not in _ELEMENTS:
+            raise ValueError(f"elements: expected some of {', '.join(_ELEMENTS)}, received {element!r}")
+    axes = _curve_axes(axes)
+    known = tensor.quantities()
+    for element in elements:
+        for pane, quantity in zip(axes, ("resistivity", "phase")):
+            values, bars = known[f"{quantity}_{element}"], known[f"{quantity}_{element}_error"]
+            if element == "yx" and quantity == "phase":
+                values = values % 360.0 - 180.0
+            pane.errorbar(tensor.frequency, values, np.where(np.isfinite(bars), bars, 0.0),
+                          fmt="o", color=_ELEMENT_COLOURS.get(element, "black"), markersize=4, linewidth=0.8,
+                          label=" ".join(filter(None, [element, tensor.station and f"station {tensor.station}"])))
+    resistivity, phase = axes
+    _label_curve_axes(resistivity, phase)
+    if elements:
+        resistivity.legend(fontsize=8)
     return resistivity, phase
 
 

@@ -225,6 +225,31 @@ class Survey:
         self._require_open()
         return _brenlox.kinds(line)
 
+    def data_types(self, line: str, station: float | str | Station) -> list[str]:
+        """What a station has readings of: 'ExHy', 'EyHx' and so on.
+
+        Raises
+        ------
+        ValueError
+            For a line or station that the survey doesn't have.
+        """
+        self._require_open()
+        kinds = _brenlox.station_kinds(line, _station_text(station))
+        return sorted({data_type for data_type, *_ in kinds})
+
+    def scan_rates(self, line: str, station: float | str | Station, data_type: str | None = None) -> list[float]:
+        """Scan rates (Hz) of a station's readings and averages, ascending, of all data types or of one.
+
+        Raises
+        ------
+        ValueError
+            For a line or station that the survey doesn't have.
+        """
+        self._require_open()
+        return sorted({
+            scan_rate for of_type, reduction, scan_rate, *_ in _brenlox.station_kinds(line, _station_text(station))
+            if reduction != _REDUCTIONS["merged"] and data_type in (None, of_type)})
+
     def curve(self, line: str, station: float | str | Station, data_type: str, *, reduction: str = "merged", reference_type: int | None = None,
               dipole: float | None = None, scan_rate: float | None = None) -> Curve:
         """The merged curve of a station, or the average of one scan rate; computed if it is missing.

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 from dataclasses import dataclass, field, fields, replace
-from typing import NamedTuple
+from typing import TYPE_CHECKING, NamedTuple
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -11,6 +11,9 @@ from numpy.typing import ArrayLike
 from . import _brenlox
 from ._arrays import check_shape, complex_numbers, real
 from ._earth import BostickCurve, niblett_bostick
+
+if TYPE_CHECKING:
+    from matplotlib.axes import Axes
 
 
 _EFFECTIVE = ("xy", "yx", "determinant", "mean", "sum_of_squares")
@@ -167,6 +170,12 @@ class Tensor:
             1, 2 or 3; 0 where there is no phase tensor.
         """
         return _brenlox.dimensions(self.z, self.covariance, skew_limit, least_ellipticity, use_errors)
+
+    def plot(self, axes: tuple[Axes, Axes] | None = None, **options) -> tuple[Axes, Axes]:
+        """Draw resistivities and phases; options as of `brenlox.plots.plot_tensor`."""
+        from . import plots
+
+        return plots.plot_tensor(self, axes, **options)
 
     def niblett_bostick(self, of: str = "determinant") -> BostickCurve:
         """Resistivity over depth of an element or effective impedance; see `brenlox.niblett_bostick`.

@@ -8,6 +8,7 @@ import pytest
 
 BUILD = Path(brenlox.__file__).resolve().parents[2]
 BATCH = BUILD / "batch" / "brenlox_batch"
+WINDOW = BUILD / "app" / "brenlox"
 SAMPLES = BUILD / "samples" / "brenlox_make_samples"
 needs_programs = pytest.mark.skipif(not (BATCH.exists() and SAMPLES.exists()), reason="the programs aren't built")
 

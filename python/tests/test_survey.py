@@ -277,3 +277,33 @@ def test_forked_process_leaves_the_survey_to_its_parent(survey):
     assert os.waitpid(child, 0)[1] == 0
     assert survey.lines == ["200E", "400E"]
     assert survey.mask(survey.curve("200E", 500, "ExHy"), slice(0, 1)) > 0
+
+
+def test_tells_what_a_station_has(survey):
+    assert survey.data_types("200e", 500) == ["ExHx", "ExHy", "EyHx", "EyHy"]
+    assert survey.scan_rates("200E", 500) == [256.0, 4096.0]
+    assert survey.scan_rates("200E", 500, "ExHy") == [256.0, 4096.0]
+    assert survey.scan_rates("200E", 500, "HzHx") == []
+    with pytest.raises(ValueError, match="no line '7E'"):
+        survey.data_types("7E", 500)
+    with pytest.raises(ValueError, match="no station 1"):
+        survey.scan_rates("200E", 1)
+
+
+def test_a_line_may_have_any_name(tmp_path):
+    line = "O'Brien \"7\"; --"
+    table = tmp_path / "curves.csv"
+    rows = [f'"O\'Brien ""7""; --",100,{kind},{frequency},{50 + frequency},45'
+            for kind in ("ExHx", "ExHy", "EyHx", "EyHy") for frequency in (1, 2, 4)]
+    table.write_text("\n".join(["line,station,data_type,frequency_Hz,resistivity_ohm_m,phase_deg", *rows]))
+    with brenlox.create(tmp_path / "odd.mdb") as survey:
+        survey.import_files(table)
+        assert survey.lines == [line]
+        assert survey.kinds(line) == [(0, 100.0)]
+        curve = survey.curve(line.upper(), 100, "ExHy")
+        assert curve.line == line
+        assert len(survey.curves(line, 100)) == 4 and len(survey.tensor(line, 100)) == 3
+        assert survey.mask(survey.curves(line, data_type="ExHy", reduction="raw"), slice(0, 1)) > 0
+        survey.undo()
+        assert survey.data_types(line, 100) == ["ExHx", "ExHy", "EyHx", "EyHy"]
+        assert survey.export(tmp_path / "out", format="csv", lines=[line]).files

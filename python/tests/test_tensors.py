@@ -82,3 +82,23 @@ def test_refuses_other_shapes():
     with pytest.raises(ValueError, match="covariance"):
         brenlox.Tensor([1.0], np.zeros((1, 2, 2)), np.zeros((1, 2, 2)))
     assert len(brenlox.Tensor([], np.zeros((0, 2, 2))).phase_tensor().beta) == 0
+
+
+def test_elements_are_drawn_with_yx_beside_xy(tensor):
+    matplotlib = pytest.importorskip("matplotlib")
+    matplotlib.use("Agg")
+    import matplotlib.pyplot as pyplot
+
+    along = tensor.rotate(30.0)
+    axes = along.plot()
+    known = along.quantities()
+    drawn = [pane.containers[place].lines[0].get_ydata() for pane in axes for place in (0, 1)]
+    for curve, name in zip(drawn, ("resistivity_xy", "resistivity_yx", "phase_xy")):
+        np.testing.assert_allclose(curve, known[name])
+    np.testing.assert_allclose(drawn[3], known["phase_yx"] + 180.0)
+    assert np.all((drawn[3] > 0.0) & (drawn[3] < 90.0))
+    assert along.plot(axes, elements=["determinant"]) == tuple(axes)
+    assert [text.get_text() for text in axes[0].get_legend().get_texts()] == ["xy", "yx", "determinant"]
+    with pytest.raises(ValueError, match="elements: expected some of xx, "):
+        along.plot(elements=["zz"])
+    pyplot.close("all")

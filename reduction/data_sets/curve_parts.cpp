@@ -5,6 +5,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "platform/dao/case_folding.h"
+#include "platform/dao/text_literal.h"
 
 namespace Module_averaged_data {
 
@@ -47,13 +48,14 @@ ReadingKey selected_key() {
 }
 
 std::string place_criteria(const ReadingKey& key) {
-  return "LineNumber = '" + key.line + "' AND Station = " + criterion_text(key.station);
+  return "LineNumber = " + dao::text_literal(key.line) + " AND Station = " + criterion_text(key.station);
 }
 
 std::string kind_criteria(std::int32_t reduction, const ReadingKey& key) {
   return "ReductionType = " + format_number(reduction, "0") +
-         " AND ReferenceType = " + format_number(key.reference_type, "0") + " AND DataType ='" +
-         key.data_type + "' AND DipoleLength = " + criterion_text(key.dipole);
+         " AND ReferenceType = " + format_number(key.reference_type, "0") +
+         " AND DataType = " + dao::text_literal(key.data_type) +
+         " AND DipoleLength = " + criterion_text(key.dipole);
 }
 
 bool same_line(std::string_view a, std::string_view b) {

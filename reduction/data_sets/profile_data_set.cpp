@@ -8,6 +8,7 @@
 #include "core/trap_errors.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/derived_rows.h"
 
 namespace Module_averaged_data {
@@ -73,7 +74,8 @@ void find_extents(ProfileDataSet& data) {
 }
 
 int load_columns(const ReadingKey& key, const Frequencies& frequencies, ProfileDataSet& data) {
-  const std::string criteria = "LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key);
+  const std::string criteria =
+      "LineNumber = " + dao::text_literal(key.line) + " AND " + kind_criteria(reduction_merged, key);
   const Module_database::ReadingFacts facts(criteria);
   dao::Recordset rows = Module_database::open_survey().database.open_recordset(
       "SELECT * FROM ReadingsDataTable WHERE " + criteria + " ORDER BY Station,FileID");

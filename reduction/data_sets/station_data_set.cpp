@@ -7,6 +7,7 @@
 #include "core/trap_errors.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
+#include "platform/dao/text_literal.h"
 #include "reduction/derived_rows.h"
 
 namespace Module_averaged_data {
@@ -78,8 +79,8 @@ void add_other_merged(const ReadingKey& key, const Frequencies& frequencies, Sta
 
 void add_neighbours(const ReadingKey& key, const std::vector<std::int32_t>& neighbours,
                     const Frequencies& frequencies, StationDataSet& data) {
-  const std::string criteria =
-      "LineNumber = '" + key.line + "' AND " + kind_criteria(reduction_merged, key) + " AND SampleRate=0";
+  const std::string criteria = "LineNumber = " + dao::text_literal(key.line) + " AND " +
+                               kind_criteria(reduction_merged, key) + " AND SampleRate=0";
   const ReadingFacts facts(criteria);
   dao::Recordset rows = rows_where(criteria, "Station,FileID");
   // Both run along the line, so one walk meets each neighbour at its first row.

@@ -215,7 +215,7 @@ void Form_rhoplus_inversion::refresh_rhoplus_results() {
   inverted_key_ = Module_averaged_data::selected_key();
   if (session().current_station_index > 0 && !line_run_failed_) {
     // A failure has been reported; the empty result is shown.
-    const int status = invert_station(inverted_key_, session().frequencies, settings_, inversion_);
+    const int status = ahead_.finish(inverted_key_, session().frequencies, settings_, inversion_);
     line_run_failed_ = in_line_run_ && status != 0;
   }
   show_results();
@@ -395,6 +395,9 @@ bool Form_rhoplus_inversion::invert_all(std::vector<StationChi>& chis) {
   for (int place = 1; place <= count; ++place) {
     ui_->HScroll_repeat->setValue(place);
     const int station_index = first + place - 1;
+    Module_database::ReadingKey key = Module_averaged_data::selected_key();
+    key.station = session().station_value[static_cast<std::size_t>(station_index) - 1];
+    line_run_failed_ = ahead_.begin(key, session().frequencies, settings_) != 0;
     Q_EMIT station_chosen(station_index);
     refresh_rhoplus_results();
     if (line_run_failed_) {

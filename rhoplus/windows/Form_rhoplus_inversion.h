@@ -10,8 +10,8 @@
 
 #include "display/chosen_points.h"
 #include "reduction/edits/masks.h"
+#include "rhoplus/inversion_ahead.h"
 #include "rhoplus/line_chi.h"
-#include "rhoplus/station_inversion.h"
 
 namespace Ui {
 class Form_rhoplus_inversion;
@@ -93,6 +93,7 @@ class Form_rhoplus_inversion : public QMainWindow {
   QLabel* run_note_ = nullptr;  // what the results lack
   QLabel* Label_not_inverted_ = nullptr;
   Form_line_chi* line_chi_ = nullptr;  // once a line has been run
+  Module_rhoplus::InversionAhead ahead_;
   Module_rhoplus::StationInversion inversion_;
   Module_database::ReadingKey inverted_key_;
   bool rhoplus_busy_ = false;

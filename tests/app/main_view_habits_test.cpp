@@ -13,7 +13,10 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
+#include <string>
 
+#include "app/panels/picture_site_map.h"
 #include "display/plan_view.h"
 #include "reduction/data_sets/data_sets.h"
 #include "tests/app/main_view_fixture.h"
@@ -404,6 +407,34 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     menu("menu_output_data_1");
     QTest::keyClick(window_.get(), Qt::Key_Right);  // the keys are the folder list's now
     QCOMPARE(session().current_station, 200.0);
+  }
+
+  // Layers of it are kept from one drawing to the next.
+  void the_plan_shows_what_has_changed_as_if_it_were_drawn_anew() {
+    press("Command_show_plan");
+    auto* const plan = control<SiteMap>("Picture_site_map");
+    QImage before = plan->grab().toImage();
+    const auto step = [&] { control<QScrollBar>("HScroll_repeat")->setValue(2); };
+    const std::function<void()> changes[] = {
+        step,
+        [&] { QTest::mouseClick(plan, Qt::LeftButton, {}, plan->rect().topLeft() + QPoint(1, 1)); },
+        [&] { control<QScrollBar>("VScroll_scale")->setValue(2); },
+        [&] { control<QScrollBar>("HScroll_x_centre")->setValue(3); },
+        [&] { control<QComboBox>("Combo_plan_colour")->setCurrentIndex(1); },
+        [&] { control<QComboBox>("Combo_plan_colour")->setCurrentIndex(2); },
+        [&] { window_->resize(1100, 720); }};
+    for (std::size_t i = 0; i < std::size(changes); ++i) {
+      changes[i]();
+      QCoreApplication::processEvents();
+      if (!plan->isVisible()) {
+        press("Command_show_plan");
+      }
+      const QImage kept = plan->grab().toImage();
+      QVERIFY2(kept != before, std::to_string(i).c_str());
+      plan->forget_stations();
+      before = plan->grab().toImage();
+      QVERIFY2(kept == before, std::to_string(i).c_str());
+    }
   }
 
   void the_plan_is_dragged_without_picking_and_zoomed_about_the_pointer() {

@@ -174,6 +174,58 @@ class MainViewTest : public QObject, private MainViewFixture {
     QVERIFY(plan->isVisible());
   }
 
+  /// All stations lie in a few pixels, and there is room for hardly a name.
+  void the_current_stations_name_is_on_the_plan_whatever_is_around_it() {
+    press("Command_show_plan");
+    auto* const plan = control<QWidget>("Picture_site_map");
+    const auto letters = [plan] {
+      const QImage picture = plan->grab().toImage();
+      int count = 0;
+      for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+          const QColor colour = picture.pixelColor(x, y);
+          count += colour.red() > 140 && colour.red() < 165 && colour.green() < 30 && colour.blue() > 140 &&
+                           colour.blue() < 165
+                       ? 1
+                       : 0;
+        }
+      }
+      return count;
+    };
+    QVERIFY(letters() > 5);
+    session().station_table = {};
+    constexpr int side = 40;
+    session().station_count = side * side;
+    session().current_station_index = side * side / 2 + side / 2;
+    const std::string line = session().station_line.at(0);
+    session().station_line.assign(side * side, line);
+    session().line_of_station.assign(side * side, 1);
+    session().station_value.assign(side * side, 0.0);
+    for (int index = 0; index < side * side; ++index) {
+      session().station_value[static_cast<std::size_t>(index)] = index;
+      session().station_table.push_back({10.0 * (index % side), 10.0 * (index / side), 0.0, 0.0, 0.0});
+    }
+    Module_display_data::fit_plan_window();
+    control<QScrollBar>("VScroll_scale")->setValue(1);
+    control<QScrollBar>("VScroll_scale")->setValue(0);
+    QVERIFY(letters() > 5);
+  }
+
+  void keys_zoom_the_plan() {
+    press("Command_show_plan");
+    auto* const plan = control<QWidget>("Picture_site_map");
+    QVERIFY((plan->focusPolicy() & Qt::TabFocus) != 0);
+    plan->setFocus();
+    const double extent = session().plan_window.plan_y_extent;
+    QTest::keyClick(plan, Qt::Key_Plus);
+    QCOMPARE(control<QScrollBar>("VScroll_scale")->value(), 1);
+    QVERIFY(session().plan_window.plan_y_extent < extent);
+    QTest::keyClick(plan, Qt::Key_Home);
+    QCOMPARE(session().plan_window.plan_y_extent, extent);
+    QTest::keyClick(plan, Qt::Key_Minus);
+    QVERIFY(session().plan_window.plan_y_extent > extent);
+  }
+
   /// The next question of a window, which has to come.
   void answer_next_box(QMessageBox::StandardButton answer) {
     QTimer::singleShot(0, window_.get(), [answer] {

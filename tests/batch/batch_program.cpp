@@ -9,7 +9,14 @@
 
 namespace {
 
-std::string quoted(const std::string& text) { return "'" + text + "'"; }  // no test has an apostrophe
+/// As one word of the shell, whatever signs it has.
+std::string quoted(const std::string& text) {
+  std::string word = "'";
+  for (const char c : text) {
+    word += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  }
+  return word + "'";
+}
 
 }  // namespace
 

@@ -8,6 +8,8 @@
 
 #include "tests/support/temporary_folder.h"
 
+inline constexpr bool program_draws = BRENLOX_DRAWS;  // not in a build without windows
+
 struct Outcome {
   int status = -1;
   std::string output;  // standard output

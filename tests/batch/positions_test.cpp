@@ -76,7 +76,9 @@ TEST_F(Batch_positions, Are_distances_where_the_sites_are_on_a_line) {
   outcome = run(create);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_NE(outcome.errors.find("and its station numbers are no distances\n"), std::string::npos);
-#ifdef BRENLOX_WINDOWS
+  if (!program_draws) {
+    return;
+  }
   const std::vector<std::string> plots{"plots", "survey.mdb", "--line", "200e", "--output", "line.pdf"};
   outcome = run(with(plots, "--by-distance"));
   EXPECT_EQ(outcome.status, 1);
@@ -85,7 +87,6 @@ TEST_F(Batch_positions, Are_distances_where_the_sites_are_on_a_line) {
   store_sites({{-25.0, 141.0}, {-25.01, 141.0}, {-25.02, 141.0}, {-25.03, 141.0}});
   EXPECT_EQ(run(with(plots, "--by-distance")).status, 0);
   EXPECT_TRUE(std::filesystem::exists(folder_.path("line.pdf")));
-#endif
 }
 
 }  // namespace

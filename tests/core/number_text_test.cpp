@@ -140,7 +140,8 @@ TEST(Numeric_value, Takes_the_leading_number) {
                         {"1e99999999999999999999", infinity, true},
                         {"2D9223372036854775807", infinity, true},
                         {"2e-9223372036854775807", 0, true},
-                        {"4.9e-324", 4.9e-324, true}};
+                        {"4.9e-324", 4.9e-324, true},
+                        {"\f 2\v", 2.0, true}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
     EXPECT_EQ(numeric_value(c.text), c.value);

@@ -1,17 +1,20 @@
+#include <chrono>
 #include <csignal>
 #include <fstream>
+#include <functional>
+#include <set>
 #include <string>
 #include <tuple>
 
-#ifndef _WIN32
 #include <sys/wait.h>
 #include <unistd.h>
-#endif
 
 #include "database/schema.h"
 #include "database/stations.h"
 #include "platform/files/file_mark.h"
 #include "platform/files/safe_files.h"
+#include "tests/support/child_process.h"
+#include "tests/support/foreign_change.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_database;
@@ -27,9 +30,68 @@ bool starts_with(const std::string& text, const std::string& beginning) {
   return text.rfind(beginning, 0) == 0;
 }
 
+/// That the file system gave a file; another one that takes its place has another.
+std::string file_number(const std::string& path) {
+  const std::string state = file_state(path);
+  return state.substr(state.rfind(' ') + 1);
+}
+
+/// What opening keeps, and nothing that one has left.
+void expect_only_survey_and_backup(const fs::path& folder) {
+  std::set<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    names.insert(entry.path().filename().string());
+  }
+  EXPECT_EQ(names, (std::set<std::string>{"survey.bak", "survey.mdb"}));
+}
+
 void add_station(const std::string& line, double station) {
   (void)find_station(StationSearch::create, line, station);
 }
+
+/// While the backup is made, another program does something with the survey.
+class OpeningMetByAnother : public SurveyTest {
+ protected:
+  static constexpr std::int32_t stations = 400;
+  const std::string earlier_backup = "the state of an earlier session";
+
+  /// @param compact  whether the opening finds a survey that needs no compaction
+  void make_survey(bool compact) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder.folder())) {
+      fs::remove(entry.path());
+    }
+    path = new_survey();
+    for (std::int32_t station = 0; station < stations; ++station) {
+      add_station("200E", station);
+    }
+    ASSERT_EQ(close_database(), 0);
+    if (!compact) {
+      fs::last_write_time(path, fs::last_write_time(path) - std::chrono::seconds(1));
+    }
+    before = file_contents(path);
+    backup = folder.write("survey.bak", earlier_backup);
+  }
+
+  void while_backup_is_made(const std::function<void()>& what) {
+    interface->stop = [this, what, done = false]() mutable {
+      if (!done && interface->progress_texts.back().ends_with("keeping the earlier state")) {
+        done = true;
+        what();
+      }
+      return false;
+    };
+  }
+
+  static std::int32_t stations_at_elevation_7() {
+    return open_survey()
+        .database.open_recordset("SELECT * FROM StationsTable WHERE Elevation = 7")
+        .record_count();
+  }
+
+  std::string path;
+  std::string before;
+  std::string backup;
+};
 
 }  // namespace
 
@@ -98,6 +160,19 @@ TEST_F(SurveyTest, A_file_needs_six_of_the_seven_tables) {
   }
 }
 
+TEST_F(SurveyTest, A_file_of_another_form_costs_no_survey_its_backup) {
+  const std::string path = folder.path("survey.mdb");
+  dao::Database::create(path, "").execute("CREATE TABLE Notes (ID COUNTER)");
+  const std::string before = file_contents(path);
+  const std::string backup = folder.write("survey.bak", "the survey that was here");
+  session().database_file = path;
+  EXPECT_EQ(open_database(), -1);
+  EXPECT_EQ(interface.take_messages(), std::vector<std::string>{form_message});
+  EXPECT_TRUE(file_contents(path) == before);
+  EXPECT_EQ(file_contents(backup), "the survey that was here");
+  expect_only_survey_and_backup(folder.folder());
+}
+
 TEST_F(SurveyTest, Readings_of_the_oldest_files_get_their_component_names) {
   new_survey();
   dao::Recordset& readings = open_survey().readings;
@@ -159,14 +234,11 @@ TEST_F(SurveyTest, A_survey_that_is_compact_and_unchanged_is_taken_as_it_is) {
   if (set_file_mark(path, "kept"); file_mark(path) != "kept") {
     GTEST_SKIP() << "the file system keeps no marks";
   }
-  const std::string other_name = folder.path("other_name");
   const auto opening_replaces_the_file = [&] {
-    fs::remove(other_name);
-    fs::create_hard_link(path, other_name);
+    const std::string before = file_number(path);
     EXPECT_EQ(open_database(), 0);
-    const bool replaced = !fs::equivalent(path, other_name);
     EXPECT_EQ(close_database(), 0);
-    return replaced;
+    return file_number(path) != before;
   };
   add_station("200E", 100.0);
   ASSERT_EQ(close_database(), 0);
@@ -254,6 +326,104 @@ TEST_F(SurveyTest, Opening_can_be_stopped_and_leaves_survey_and_backup_as_they_w
   EXPECT_FALSE(interface->progress_texts.empty());
 }
 
+TEST_F(OpeningMetByAnother, Program_that_takes_the_survey_costs_it_no_backup) {
+  for (const bool compact : {true, false}) {
+    SCOPED_TRACE(compact);
+    make_survey(compact);
+    sqlite3* other = nullptr;
+    while_backup_is_made([&] {
+      EXPECT_EQ(sqlite3_open(path.c_str(), &other), SQLITE_OK);
+      EXPECT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    });
+    EXPECT_EQ(open_database(), -1);
+    sqlite3_close(other);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(starts_with(messages[0], opening_message + "database is locked")) << messages[0];
+    EXPECT_TRUE(file_contents(path) == before);
+    EXPECT_EQ(file_contents(backup), earlier_backup);
+    expect_only_survey_and_backup(folder.folder());
+  }
+}
+
+TEST_F(OpeningMetByAnother, Program_that_writes_the_survey_gets_into_no_backup_by_half) {
+  const std::string change = "UPDATE StationsTable SET Elevation = 7;";
+  for (const bool compact : {true, false}) {
+    SCOPED_TRACE(compact);
+    make_survey(compact);
+    while_backup_is_made([&] { EXPECT_TRUE(change_file(path, change)); });
+    const int status = open_database();
+    const std::vector<std::string> messages = interface.take_messages();
+    if (compact) {  // goes on as for any survey that was written
+      EXPECT_EQ(status, 0);
+      EXPECT_EQ(messages, std::vector<std::string>{});
+      ASSERT_EQ(close_database(), 0);
+      fs::copy_file(backup, folder.path("opened.mdb"));
+      session().database_file = folder.path("opened.mdb");
+      ASSERT_EQ(open_database(), 0);
+      EXPECT_EQ(stations_at_elevation_7(), stations);
+      ASSERT_EQ(close_database(), 0);
+    } else {
+      EXPECT_EQ(status, -1);
+      ASSERT_EQ(messages.size(), 1U);
+      EXPECT_TRUE(starts_with(messages[0], opening_message + "another program has written the survey"))
+          << messages[0];
+      EXPECT_EQ(file_contents(backup), earlier_backup);
+      expect_only_survey_and_backup(folder.folder());
+    }
+    session().database_file = path;
+    ASSERT_EQ(open_database(), 0);
+    EXPECT_EQ(stations_at_elevation_7(), stations) << "what the other program wrote is there";
+    ASSERT_EQ(close_database(), 0);
+  }
+}
+
+TEST_F(OpeningMetByAnother, Program_that_writes_a_log_is_named_as_the_reason) {
+  for (const bool compact : {true, false}) {
+    SCOPED_TRACE(compact);
+    make_survey(compact);
+    sqlite3* other = nullptr;
+    while_backup_is_made([&] {
+      EXPECT_EQ(sqlite3_open(path.c_str(), &other), SQLITE_OK);
+      EXPECT_EQ(sqlite3_exec(other, "PRAGMA journal_mode = WAL; UPDATE StationsTable SET Elevation = 7",
+                             nullptr, nullptr, nullptr),
+                SQLITE_OK);
+    });
+    EXPECT_EQ(open_database(), -1);
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(
+        starts_with(messages[0], opening_message + (compact ? "database is locked" : "another program")))
+        << messages[0];
+    EXPECT_EQ(file_contents(backup), earlier_backup);
+    sqlite3_close(other);
+    expect_only_survey_and_backup(folder.folder());
+    ASSERT_EQ(open_database(), 0);
+    EXPECT_EQ(stations_at_elevation_7(), stations);
+    ASSERT_EQ(close_database(), 0);
+  }
+}
+
+TEST_F(SurveyTest, A_survey_with_two_names_gets_a_file_of_its_own) {
+  const std::string path = new_survey();
+  add_station("200E", 100.0);
+  ASSERT_EQ(close_database(), 0);
+  const std::string snapshot = folder.path("snapshot.mdb");
+  fs::create_hard_link(path, snapshot);
+  const std::string before = file_contents(snapshot);
+  ASSERT_EQ(open_database(), 0);
+  EXPECT_EQ(interface.take_messages(),
+            std::vector<std::string>{
+                "This survey's file had another name as well (a hard link): " + snapshot +
+                ". That one stays as it was; " + path + " has a file of its own from now on."});
+  add_station("200E", 200.0);
+  reopen();
+  EXPECT_EQ(rows_in("StationsTable"), 2);
+  ASSERT_EQ(close_database(), 0);
+  EXPECT_TRUE(file_contents(snapshot) == before);
+  EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
+}
+
 TEST_F(SurveyTest, A_missing_file_or_a_folder_is_an_opening_error) {
   for (const std::string& path : {folder.path("missing.mdb"), folder.folder().string()}) {
     session().database_file = path;
@@ -336,8 +506,6 @@ TEST_F(SurveyTest, A_path_is_kept_without_the_way_that_led_there) {
   }
 }
 
-#ifndef _WIN32
-
 TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
   const std::string path = new_survey();
   add_station("200E", 100.0);
@@ -371,4 +539,56 @@ TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
   EXPECT_EQ(rows_in("StationsTable"), 1);
 }
 
-#endif
+/// Opens a survey in another process, which adds a station and then waits or dies.
+pid_t start_session(const std::string& path, double station, bool dies) {
+  int opened[2];
+  EXPECT_EQ(pipe(opened), 0);
+  const pid_t child = start_child([&] {
+    session().database_file = path;
+    EXPECT_EQ(open_database(), 0);
+    add_station("200E", station);
+    if (dies) {
+      raise(SIGKILL);
+    }
+    (void)!write(opened[1], "y", 1);
+    pause();
+  });
+  close(opened[1]);
+  char answer = 0;
+  EXPECT_EQ(read(opened[0], &answer, 1), dies ? 0 : 1);
+  close(opened[0]);
+  return child;
+}
+
+TEST_F(SurveyTest, Rows_in_the_log_of_another_name_are_not_passed_by) {
+  const std::string path = new_survey();
+  add_station("200E", 100.0);
+  ASSERT_EQ(close_database(), 0);
+  const std::string other = folder.path("other.mdb");
+  for (const bool dies : {false, true}) {
+    SCOPED_TRACE(dies);
+    const pid_t child = start_session(path, dies ? 300.0 : 200.0, dies);
+    fs::create_hard_link(path, other);
+    for (const OpenFor purpose : {OpenFor::editing, OpenFor::reading}) {
+      session().database_file = other;
+      EXPECT_EQ(open_database(purpose), -1);
+      const std::vector<std::string> messages = interface.take_messages();
+      ASSERT_EQ(messages.size(), 1U);
+      const std::string reason =
+          dies ? opening_message + "the file has another name as well (a hard link): " + path
+               : opening_message + locked_message;
+      EXPECT_TRUE(starts_with(messages[0], reason)) << messages[0];
+    }
+    for (const char* const ending : {"-wal", "-shm", ".compacting", ".opening"}) {
+      EXPECT_FALSE(fs::exists(other + ending)) << ending;
+    }
+    kill(child, SIGKILL);
+    EXPECT_EQ(wait_for_child(child), -1);
+    session().database_file = path;
+    ASSERT_EQ(open_database(), 0);
+    EXPECT_EQ(rows_in("StationsTable"), dies ? 3 : 2);
+    ASSERT_EQ(close_database(), 0);
+    EXPECT_EQ(interface.take_messages().size(), 1U);  // that it has a file of its own
+    fs::remove(other);
+  }
+}

@@ -43,6 +43,24 @@ TEST_F(SurveyTest, A_station_is_added_once_with_coordinates_from_its_line) {
   EXPECT_GT(find_station(StationSearch::look_up, "200W", 1250.4).StationID, 0);
 }
 
+// The grid's y axis points 30 degrees east of north, and its point (1000, 200) is at a corner post.
+TEST_F(SurveyTest, Stations_of_a_turned_grid_stand_where_its_axes_lead) {
+  new_survey();
+  session().survey_header = {.grid_azimuth = 30.0,
+                             .local_x_origin = 1000.0,
+                             .local_y_origin = 200.0,
+                             .map_x_origin = 500000.0,
+                             .map_y_origin = 6000000.0};
+  const StationRows north = find_station(StationSearch::create, "1000E", 300.0);  // 100 m along the grid's y
+  EXPECT_NEAR(north.MapX, 500050.0, 1e-3);
+  EXPECT_NEAR(north.MapY, 6000086.603, 1e-3);
+  const StationRows east = find_station(StationSearch::create, "200N", 1100.0);  // 100 m along the grid's x
+  EXPECT_NEAR(east.MapX, 500086.603, 1e-3);
+  EXPECT_NEAR(east.MapY, 5999950.0, 1e-3);
+  EXPECT_FALSE(has_own_map_place({1000.0, 300.0, north.MapX + 1.0, north.MapY + 0.9}));
+  EXPECT_TRUE(has_own_map_place({1000.0, 300.0, north.MapX + 1.5, north.MapY - 1.0}));
+}
+
 TEST_F(SurveyTest, Lines_that_cross_share_the_location_and_its_place) {
   new_survey();
   const GivenPlace place{512345.5, 6123456.5, 321.0};

@@ -54,6 +54,17 @@ TEST_F(GraphClicks, The_first_click_on_the_station_graph_selects_and_the_second_
   EXPECT_EQ(click_station_point(Component::phase, 0, 0, "1.0000").edit, Edit::changed);
 }
 
+TEST_F(GraphClicks, Points_that_have_gone_are_not_found) {
+  open_line(1);
+  const std::size_t raw_points = data_sets().repeats.slots[1].reading.curve.count();
+  EXPECT_TRUE(click_raw_point(Component::phase, 1, raw_points).series_label.empty());
+  const std::size_t station_points = data_sets().station.slots[0].reading.curve.count();
+  EXPECT_TRUE(click_station_point(Component::phase, 0, station_points, "").series_label.empty());
+  EXPECT_TRUE(click_profile_point(Component::phase, 0, 1, "").frequency_text.empty());
+  const std::size_t frequencies = data_sets().profile.frequencies.size();
+  EXPECT_TRUE(click_profile_point(Component::phase, frequencies, 0, "").frequency_text.empty());
+}
+
 TEST_F(GraphClicks, The_first_click_on_the_profile_moves_and_the_second_masks) {
   open_line(3);
   PointClick click = click_profile_point(Component::resistivity, 2, 1, "");

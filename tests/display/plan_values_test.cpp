@@ -52,6 +52,11 @@ TEST_F(PlanValuesTest, Are_those_of_the_merged_curves_that_count) {
   profile.columns[1].ResOffset = 5.0F;
   values.take_line(profile);
   EXPECT_EQ(values.at(Component::resistivity, last_frequency()), edited) << "curves of another kind";
+  profile.key.data_type = type;
+  profile.key.line = "999E";
+  values.take_line(profile);
+  EXPECT_EQ(values.at(Component::resistivity, last_frequency()), edited)
+      << "a line that the plan doesn't have";
 }
 
 TEST_F(PlanValuesTest, Other_frequencies_or_dipoles_make_them_stale) {

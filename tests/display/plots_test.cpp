@@ -97,6 +97,25 @@ TEST_F(Plots, Masked_points_hide_on_raw_and_station_graphs_and_stay_on_the_profi
   EXPECT_EQ(profile.phase.point_styles[2], (std::vector<int>{2, 5}));
 }
 
+TEST_F(Plots, Axes_of_a_line_end_at_what_is_shown) {
+  open_line(2);
+  auto& columns = Module_averaged_data::data_sets().profile.columns;
+  columns[0].resistivity[1] = 1e6F;
+  columns[0].mask[1][0] = 0;
+  columns[0].phase[2] = 85.0F;
+  columns[0].mask[2][1] = 0;
+  columns[1].phase[2] = -80.0F;
+  columns[1].UsePhase = false;
+  const Module_averaged_data::CurveExtents all = line_extents(false);
+  EXPECT_EQ(all.resistivity.maximum, 1e6F);
+  EXPECT_EQ(all.phase.maximum, 85.0F);
+  EXPECT_EQ(all.phase.minimum, -80.0F);
+  const Module_averaged_data::CurveExtents shown = line_extents(true);
+  EXPECT_EQ(shown.resistivity.maximum, 186.5F);
+  EXPECT_EQ(shown.phase.maximum, 42.5F);
+  EXPECT_EQ(shown.phase.minimum, 42.5F);
+}
+
 TEST_F(Plots, Frequencies_that_are_not_selected_disappear_everywhere) {
   open_line(2);
   session().frequencies.enabled[3] = 0;  // 8 Hz, which both scan rates have

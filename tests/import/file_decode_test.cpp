@@ -102,6 +102,8 @@ TEST(Decode_file_format, Stops_at_the_first_fault) {
   ReadingRecord merged = good_record();
   merged.choices.ReductionType = 2;
   merged.choices.decode[decode_sample_rate].specified = "0";
+  merged.choices.decode[decode_event] = {
+      .use_file_name = true, .start_column = 1, .width = 1, .specified = ""};
   EXPECT_EQ(decode_file_format(ShowFault::yes, merged), 0);
 }
 
@@ -126,7 +128,11 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
       {">HEAD\nnothing else\n", format_unknown, "01-Jan-1900"},
       {"X20190704XXXX20190705       1250.4 DC\n", format_fixed_columns, "01-Jan-1900"},
       {"DC20190704   20190705        1250.4\n", format_fixed_columns, "04-Jul-2019"},
+      {"DC99991231   20190705        1250.4\n", format_fixed_columns, "31-Dec-9999"},
       {" 1234\n\n1234567892001-02-03\n", format_zonge_raw, "03-Feb-2001"},
+      {" 1234\n\n1234567890001-02-03\n", format_zonge_raw, "03-Feb-0001"},
+      {" 1234\n\n1234567890000-02-03\n", format_zonge_raw, "01-Jan-1900"},
+      {" 1234\n\n123456789-001-02-03\n", format_zonge_raw, "01-Jan-1900"},
       {"", format_unknown, "01-Jan-1900"},
       {"x,y,rho\n1,2,3\n", format_unknown, "01-Jan-1900"},
   };

@@ -1,13 +1,17 @@
 #include "tests/kills/killed_process.h"
 
+#include <cerrno>
+#include <cstdarg>
 #include <map>
 #include <new>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <linux/fs.h>
 #include <signal.h>
 #include <sqlite3.h>
 #include <sys/mman.h>
+#include <sys/sendfile.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +29,7 @@ sqlite3_vfs* engine_files = nullptr;
 const sqlite3_io_methods* engine_methods = nullptr;
 
 bool counting = false;  // in the child only
+bool clones_files = false;
 
 void begin_operation() {
   if (counting && ++shared->operations == shared->last) {
@@ -93,6 +98,29 @@ extern "C" int fsync(int descriptor) {
   begin_operation();
   return next(descriptor);
 }
+
+// A clone is there all at once, as a killed process sees it.
+extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
+  va_list arguments;
+  va_start(arguments, request);
+  void* const argument = va_arg(arguments, void*);
+  va_end(arguments);
+  if (request != FICLONE) {
+    using Control = int (*)(int, unsigned long, ...);
+    static const auto next = reinterpret_cast<Control>(dlsym(RTLD_NEXT, "ioctl"));
+    return next(descriptor, request, argument);
+  }
+  if (!clones_files) {
+    errno = EOPNOTSUPP;
+    return -1;
+  }
+  begin_operation();
+  const int original = static_cast<int>(reinterpret_cast<std::intptr_t>(argument));
+  constexpr std::size_t more_than_any_test_has = 1U << 30U;
+  return sendfile(descriptor, original, nullptr, more_than_any_test_has) < 0 ? -1 : 0;
+}
+
+void let_files_be_cloned(bool possible) { clones_files = possible; }
 
 KilledProcess run_until_operation(std::int64_t last, const std::function<void(const TellProgress&)>& work) {
   void* const memory =

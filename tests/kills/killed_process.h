@@ -21,5 +21,9 @@ struct KilledProcess {
 /// Runs `work` in a child process that dies at its file operation number `last`, from 1; 0 lets it end.
 KilledProcess run_until_operation(std::int64_t last, const std::function<void(const TellProgress&)>& work);
 
+/// Whether the file system seems to clone files, from now on and whatever it does by itself; a clone is an
+/// operation, too. Else clones are refused, and files are copied.
+void let_files_be_cloned(bool possible);
+
 /// Expects that the engine finds no damage in a survey file.
 void expect_sound_database(const std::string& survey);

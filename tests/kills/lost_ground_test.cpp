@@ -6,10 +6,13 @@
 #include <fstream>
 #include <set>
 
+#include "core/number_text.h"
+#include "core/scope_guard.h"
 #include "database/frequency_store.h"
 #include "database/stations.h"
 #include "display/selection.h"
 #include "import/import_run.h"
+#include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
@@ -75,6 +78,15 @@ class LostGround : public SurveyTest {
     ASSERT_EQ(close_database(), 0);
   }
 
+  void expect_full_disk_named(const fs::path& disk, std::uintmax_t survey_size) {
+    const std::vector<std::string> messages = interface.take_messages();
+    ASSERT_EQ(messages.size(), 1U);
+    const std::string needed = format_number(2e-6 * static_cast<double>(survey_size), "0.0");
+    EXPECT_TRUE(messages[0].starts_with(opening_message + "there is no room left on the disk of " +
+                                        disk.string() + ". Opening survey.mdb needs up to " + needed + " MB"))
+        << messages[0];
+  }
+
   /// Opens the survey that is to be sound and gives the number of its stations.
   std::int32_t stations_after_opening(const fs::path& survey) {
     session().database_file = survey.string();
@@ -90,36 +102,56 @@ class LostGround : public SurveyTest {
 }  // namespace
 
 TEST_F(LostGround, A_full_disk_lets_no_survey_go_at_opening) {
+  for (const bool compact : {false, true}) {
+    SCOPED_TRACE(compact);
+    const bool possible = run_in_own_mounts([&] {
+      const fs::path disk = small_disk();
+      make_survey_with_stations("disk/survey.mdb", 500);
+      const std::string survey = session().database_file;
+      const std::string before = file_contents(survey);
+      const std::string backup = folder.write("disk/survey.bak", "the state of an earlier session");
+      const int needed = compact ? 4 : 8;  // quarters of the survey's size: the backup, and a compacted copy
+      int refused = 0;
+      for (int quarters = 0; quarters <= 10; ++quarters) {
+        SCOPED_TRACE(quarters);
+        if (!compact) {
+          fs::last_write_time(survey, fs::last_write_time(survey) - std::chrono::seconds(1));
+        }
+        leave_free(disk, before.size() / 4 * static_cast<std::uintmax_t>(quarters));
+        if (open_database() == 0) {
+          EXPECT_GE(quarters, needed);
+          EXPECT_EQ(close_database(), 0);
+          break;
+        }
+        ++refused;
+        expect_full_disk_named(disk, before.size());
+        EXPECT_TRUE(file_contents(survey) == before);
+        EXPECT_EQ(file_contents(backup), "the state of an earlier session");
+        EXPECT_EQ(names_in(disk), (std::set<std::string>{"ballast", "survey.bak", "survey.mdb"}));
+      }
+      EXPECT_GE(refused, needed);
+      free_disk(disk);
+      EXPECT_EQ(stations_after_opening(survey), 500);
+    });
+    if (!possible) {
+      GTEST_SKIP() << no_mounts;
+    }
+  }
+}
+
+TEST_F(LostGround, A_full_disk_for_private_copies_is_named) {
+  make_survey_with_stations("survey.mdb", 500);
+  const std::set<std::string> names = names_in(folder.folder());
   const bool possible = run_in_own_mounts([&] {
     const fs::path disk = small_disk();
-    make_survey_with_stations("disk/survey.mdb", 500);
-    const std::string survey = session().database_file;
-    const std::string before = file_contents(survey);
-    int refused = 0;
-    for (int quarters = 0; quarters <= 10; ++quarters) {  // of the survey's size
-      SCOPED_TRACE(quarters);
-      fs::remove(disk / "survey.bak");
-      // As one that was written: unchanged since it was closed, it would need no room but the backup's.
-      fs::last_write_time(survey, fs::last_write_time(survey) - std::chrono::seconds(1));
-      leave_free(disk, before.size() / 4 * static_cast<std::uintmax_t>(quarters));
-      if (open_database() == 0) {
-        EXPECT_GE(quarters, 8);  // room for copy and backup
-        EXPECT_EQ(close_database(), 0);
-        continue;
-      }
-      ++refused;
-      const std::vector<std::string> messages = interface.take_messages();
-      ASSERT_EQ(messages.size(), 1U);
-      EXPECT_TRUE(messages[0].starts_with(opening_message));
-      EXPECT_TRUE(messages[0].find("full") != std::string::npos ||
-                  messages[0].find("No space left") != std::string::npos)
-          << messages[0];
-      EXPECT_TRUE(file_contents(survey) == before);
-      EXPECT_EQ(names_in(disk), (std::set<std::string>{"ballast", "survey.mdb"}));
-    }
-    EXPECT_GE(refused, 8);
-    free_disk(disk);
-    EXPECT_EQ(stations_after_opening(survey), 500);
+    leave_free(disk, 50000);
+    setenv("TMPDIR", disk.c_str(), 1);
+    EXPECT_EQ(open_database(OpenFor::reading), -1);
+    expect_full_disk_named(disk, fs::file_size(folder.path("survey.mdb")));
+    EXPECT_EQ(names_in(disk), std::set<std::string>{"ballast"});
+    fs::remove(disk / "ballast");
+    EXPECT_EQ(open_database(OpenFor::reading), 0);
+    EXPECT_EQ(close_database(), 0);
   });
   if (!possible) {
     GTEST_SKIP() << no_mounts;
@@ -464,4 +496,26 @@ TEST_F(LostGround, Processes_that_open_at_one_moment_take_turns_and_lose_nothing
   EXPECT_GE(stored, 300 + rounds / 2);
   EXPECT_GT(refused, 0);
   EXPECT_EQ(names_in(folder.folder()), (std::set<std::string>{"survey.bak", "survey.mdb"}));
+}
+
+TEST_F(LostGround, A_private_copy_that_a_kill_has_left_goes_with_the_next) {
+  make_survey_with_stations("survey.mdb", 3);
+  fs::create_directory(folder.folder() / "temporary");
+  setenv("TMPDIR", folder.path("temporary").c_str(), 1);
+  const ScopeGuard as_before([] { unsetenv("TMPDIR"); });
+  EXPECT_EQ(wait_for_child(start_child([&] {
+              EXPECT_EQ(open_database(OpenFor::reading), 0);
+              raise(SIGKILL);
+            })),
+            -1);
+  const fs::path left = fs::directory_iterator(folder.folder() / "temporary")->path();
+  ASSERT_TRUE(fs::exists(left / "survey.mdb"));
+  ASSERT_EQ(open_database(OpenFor::reading), 0);
+  EXPECT_FALSE(fs::exists(left));
+  {
+    const PrivateFolder another;
+    EXPECT_TRUE(fs::exists(working_file())) << "one that is in use stays";
+  }
+  EXPECT_EQ(close_database(), 0);
+  EXPECT_TRUE(fs::is_empty(folder.folder() / "temporary"));
 }

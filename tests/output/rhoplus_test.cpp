@@ -307,12 +307,12 @@ TEST_F(Rhoplus, The_panel_asks_for_what_is_missing_in_its_order) {
   EXPECT_EQ(refused(all), Texts{"Please select a surface boundary condition"});
   settings.surface = 0;
   EXPECT_EQ(refused(all), Texts{"The resistivity error floor is not valid"});
-  settings.resistivity_error_floor = 4.0F;
+  settings.resistivity_error_floor = 0.5F;
   EXPECT_EQ(refused(all), Texts{"The phase error flor is not valid"});
-  settings.phase_error_floor = 2.0F;
+  settings.phase_error_floor = 0.5F;
   EXPECT_EQ(refused(all), Texts{"The resistivity scale is not valid"});
   EXPECT_FALSE(fs::exists(folder.path("out")));
-  settings.resistivity_scale = 1.0F;
+  settings.resistivity_scale = 0.5F;
   EXPECT_EQ(write_chosen_rhoplus(lists, all, settings, " line 200E ", {}), 0);
   EXPECT_EQ(interface.take_messages(), Texts{"Data output completed. 1 control file with 1 row written to " +
                                              folder.path("out/line 200E") + ", with run_run.bat"});

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #include <gtest/gtest.h>
 
@@ -30,6 +31,15 @@ std::vector<std::string> labels(const std::vector<GraticuleLine>& lines, bool me
   return texts;
 }
 
+/// Degrees, minutes and seconds of a label, as seconds.
+long seconds_of(const std::string& label) {
+  long degrees = 0;
+  long minutes = 0;
+  long seconds = 0;
+  std::sscanf(label.c_str(), "%ld\u00b0%ld'%ld", &degrees, &minutes, &seconds);
+  return 3600 * degrees + 60 * minutes + seconds;
+}
+
 }  // namespace
 
 TEST(Graticule, Lines_are_at_round_values_and_where_the_projection_puts_them) {
@@ -50,6 +60,21 @@ TEST(Graticule, Lines_are_at_round_values_and_where_the_projection_puts_them) {
   EXPECT_LT(beside->places.front().easting, beside->places.back().easting);  // towards the equator they part
 }
 
+TEST(Graticule, Steps_are_parts_of_a_minute_or_of_a_degree_at_every_scale) {
+  const TransformParameters system = utm(32, hemisphere_north);
+  const MapPlace middle = ll2en(system, {45.0, 9.0});
+  for (const long step : {1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600}) {
+    const double half = 2.25 * static_cast<double>(step) * 30.87;  // m of a second of latitude
+    const std::vector<std::string> parallels =
+        labels(graticule(system, {middle.easting - 10.0, middle.easting + 10.0, middle.northing - half,
+                                  middle.northing + half}),
+               false);
+    ASSERT_GE(parallels.size(), 4U) << step;
+    EXPECT_EQ(seconds_of(parallels[1]) - seconds_of(parallels[0]), step);
+    EXPECT_EQ(seconds_of(parallels[0]) % step, 0);
+  }
+}
+
 TEST(Graticule, Small_parts_have_seconds_and_places_off_the_map_no_lines) {
   const TransformParameters system = utm(32, hemisphere_north);
   const std::vector<GraticuleLine> close = graticule(system, {500010.0, 500090.0, 5300010.0, 5300090.0});
@@ -57,6 +82,12 @@ TEST(Graticule, Small_parts_have_seconds_and_places_off_the_map_no_lines) {
   EXPECT_TRUE(std::ranges::any_of(
       close, [](const GraticuleLine& line) { return line.label.find('"') != std::string::npos; }));
   EXPECT_TRUE(graticule(system, {1e12, 2e12, 1e12, 2e12}).empty());
+  const TransformParameters last_zone = utm(60, hemisphere_north);
+  const MapPlace at_date_line = ll2en(last_zone, {10.0, 180.0});
+  EXPECT_TRUE(graticule(last_zone, {at_date_line.easting - 20e3, at_date_line.easting + 20e3,
+                                    at_date_line.northing - 20e3, at_date_line.northing + 20e3})
+                  .empty())
+      << "no meridians all round the earth";
   EXPECT_EQ(graticule_label(0.0, false), "0\u00b0");
   EXPECT_EQ(graticule_label(-71.2625, true), "71\u00b015'45\"W");
 }

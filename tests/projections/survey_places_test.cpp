@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "database/sites.h"
+#include "projections/site_projection.h"
 #include "projections/survey_projection.h"
 #include "tests/projections/definitions.h"
 #include "tests/reduction/made_readings.h"
@@ -94,6 +95,28 @@ TEST_F(SurveyPlacesTest, Are_of_one_source) {
   ASSERT_TRUE(places.stations[3].place);
   EXPECT_EQ(places.stations[3].place->easting, 4e5);
   EXPECT_FALSE(places.stations[0].place);
+}
+
+TEST_F(SurveyPlacesTest, Map_places_are_of_the_system_that_the_sites_show) {
+  EXPECT_EQ(system_of_map_places("1E").why_not, "The survey has no projection");
+  // Made by another program: longitude 141 is the middle of zone 54, 27 degrees south are 0.9996 times the
+  // meridian's 2 987 630 m from 10 000 km.
+  store_station("1E", 10.0, Module_database::GivenPlace{500000.0, 7013565.0, 0.0});
+  store_site("1E", 10.0, -27.0, 141.0);
+  const MapSystem usual = system_of_map_places("1E");
+  ASSERT_TRUE(usual.parameters);
+  EXPECT_NEAR(projected(*usual.parameters, numerics::geodesy::GeographicPlace{-27.0, 141.0})->northing,
+              7013565.0, 100.0);
+
+  // Places of the survey's own grid have no latitudes, whatever projection the survey is given.
+  store_station("2E", 10.0);
+  store_site("2E", 10.0, -27.0, 141.0);
+  EXPECT_FALSE(system_of_map_places("2E").parameters);
+  current_coord_system() = zone_definition("54", 54);
+  ASSERT_EQ(decode_coordinate_system(current_coord_system()), 0);
+  EXPECT_TRUE(system_of_map_places("1E").parameters);
+  EXPECT_EQ(system_of_map_places("2E").why_not,
+            "The map coordinates of the stations aren't of the projection 54: an import with it gives them");
 }
 
 TEST_F(SurveyPlacesTest, Of_no_line_are_none) {

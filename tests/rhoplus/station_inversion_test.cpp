@@ -1,5 +1,3 @@
-#include "rhoplus/station_inversion.h"
-
 #include <filesystem>
 #include <functional>
 
@@ -8,6 +6,7 @@
 #include "numerics/impedance/layered_earth.h"
 #include "rhoplus/data_rows.h"
 #include "rhoplus/fit_plot.h"
+#include "rhoplus/inversion_ahead.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/survey_fixture.h"
 
@@ -89,6 +88,28 @@ TEST_F(Station_inversion, Without_data_leaves_no_files) {
   EXPECT_FALSE(fs::exists(folder_of_run() / "tmd_1250.dat"));
   EXPECT_FALSE(data_rows(inversion)[0].use_resistivity);
   EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST_F(Station_inversion, Begun_ahead_is_the_same_and_of_the_station_asked_for) {
+  new_survey();
+  store(merged_over_two_layers());
+  StationInversion at_once;
+  ASSERT_EQ(invert_station(key, made::frequencies(), {}, at_once), 0);
+  const std::string control = file_contents((folder_of_run() / "tmd_1250.dat").string());
+  ReadingKey other = key;
+  other.station = 1300.0;
+  for (const ReadingKey& begun : {key, other}) {
+    fs::remove_all(folder_of_run());
+    InversionAhead ahead;
+    ASSERT_EQ(ahead.begin(begun, made::frequencies(), {}), 0);
+    StationInversion inversion;
+    ASSERT_EQ(ahead.finish(key, made::frequencies(), {}, inversion), 0);
+    EXPECT_EQ(inversion.merged.ID, at_once.merged.ID);
+    EXPECT_EQ(inversion.run.achieved_chi, at_once.run.achieved_chi);
+    EXPECT_EQ(inversion.log, at_once.log);
+    EXPECT_EQ(file_contents((folder_of_run() / "tmd_1250.dat").string()), control);
+    EXPECT_EQ(file_contents((folder_of_run() / "tmd_1250.out").string()), at_once.log);
+  }
 }
 
 TEST_F(Station_inversion, Results_are_there_where_files_can_not_be_left) {

@@ -9,6 +9,7 @@
 #include <QSpinBox>
 #include <QTest>
 #include <QWheelEvent>
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -72,13 +73,20 @@ QWidget& RandomHand::window_in_front(QMainWindow& main_window) {
 
 std::vector<QWidget*> RandomHand::windows_beside(const QMainWindow& main_window) {
   std::vector<QWidget*> beside;
-  // In the order of their making; that of all windows of the program differs from run to run.
-  for (QWidget* const window : main_window.findChildren<QWidget*>()) {
+  const auto add = [&](QWidget* window) {
     const Qt::WindowType type = window->windowType();
     if ((type == Qt::Window || type == Qt::Dialog) && window->isVisible() && !window->isModal()) {
       beside.push_back(window);
     }
-  }
+  };
+  // In the order of their making.
+  std::ranges::for_each(main_window.findChildren<QWidget*>(), add);
+  // Those that are nobody's children show a run each and come in an order that differs from time to time.
+  QWidgetList others = QApplication::topLevelWidgets();
+  others.removeIf(
+      [&](const QWidget* window) { return window->parent() != nullptr || window == &main_window; });
+  std::ranges::sort(others, {}, &QWidget::windowTitle);
+  std::ranges::for_each(others, add);
   return beside;
 }
 

@@ -12,42 +12,19 @@
 #include <iterator>
 #include <utility>
 
-#include <malloc.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
+#include "tests/soak/allocated_memory.h"
 #include "tests/soak/soak_survey.h"
 #include "tests/soak/survey_faults.h"
-
-#ifdef __SANITIZE_ADDRESS__
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
-extern "C" void __sanitizer_print_memory_profile(std::size_t percent, std::size_t places);
-#endif
 
 namespace {
 
 constexpr QSize usual_size(1280, 800);
-
-std::size_t allocated_bytes() {
-#ifdef __SANITIZE_ADDRESS__
-  return __sanitizer_get_current_allocated_bytes();
-#else
-  const struct mallinfo2 info = mallinfo2();
-  return info.uordblks + info.hblkhd;
-#endif
-}
-
-/// Where the memory in use was allocated, onto the standard error; nothing without the sanitizer.
-void print_memory_profile() {
-#ifdef __SANITIZE_ADDRESS__
-  constexpr std::size_t percent = 90;
-  constexpr std::size_t places = 40;
-  __sanitizer_print_memory_profile(percent, places);
-#endif
-}
 
 std::size_t resident_bytes() {
   std::size_t whole = 0;
@@ -88,8 +65,8 @@ class SoakRun::Answers final : public UserInterface {
   std::string select_file_to_open(const FileDialogRequest& request) override {
     return in_folder(request,
                      {"survey.mdb", "survey.mdb", "other.mdb", "text.mdb", "empty.mdb", "none.mdb", ""},
-                     {"run/startup", "run/ITER_1", "run/inmodel", "run/mesh", "run/points.xyz", "written.txt",
-                      "none.txt", ""});
+                     {"startup", "run/startup", "run/ITER_1", "run/inmodel", "run/mesh", "run/points.xyz",
+                      "written.txt", "none.txt", ""});
   }
   std::string select_file_to_create(const FileDialogRequest& request) override {
     return in_folder(request, {"other.mdb", "other.mdb", "third.mdb", "no folder/new.mdb", ""},

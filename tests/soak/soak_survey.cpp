@@ -1,6 +1,7 @@
 #include "tests/soak/soak_survey.h"
 
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "core/session_state.h"
@@ -9,14 +10,29 @@
 #include "import/import_files.h"
 #include "import/import_run.h"
 #include "samples/sample_survey.h"
+#include "samples/tensor_line.h"
+#include "tests/occam/inversion/made_inversion.h"
 #include "tests/occam/results/made_results.h"
 
 namespace {
 
+std::string station_of(const Module_samples::SampleFile& file) { return file.name.substr(7, 4); }
+
 bool is_wanted(const Module_samples::SampleFile& file) {
-  const std::string station = file.name.substr(7, 4);
   const char repeat = file.name[13];
-  return station <= "0300" && repeat <= '2';
+  return station_of(file) <= "0300" && repeat <= '2';
+}
+
+/// Two lines of off-diagonal curves, and one of tensors with tippers and places.
+std::vector<Module_samples::SampleFile> wanted_files() {
+  std::vector<Module_samples::SampleFile> files = Module_samples::make_sample_survey();
+  std::erase_if(files, [](const auto& file) { return !is_wanted(file); });
+  for (Module_samples::SampleFile& file : Module_samples::make_tensor_line()) {
+    if (station_of(file) <= "2500") {
+      files.push_back(std::move(file));
+    }
+  }
+  return files;
 }
 
 /// Where line, event and scan rate stand in the names of the field files.
@@ -32,14 +48,13 @@ Module_data_file::DecodeTable decode_table_of_names() {
 
 std::string make_soak_survey(const TemporaryFolder& folder) {
   std::vector<std::string> files;
-  for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
-    if (is_wanted(file)) {
-      files.push_back(folder.write("field/" + file.name, file.text));
-    }
+  for (const Module_samples::SampleFile& file : wanted_files()) {
+    files.push_back(folder.write("field/" + file.name, file.text));
   }
   static_cast<void>(folder.write("text.mdb", "line,station\n200E,100\n"));
   static_cast<void>(folder.write("empty.mdb", ""));
   static_cast<void>(made::write_results(folder, "run/"));
+  made::write_inversion(folder);
   static_cast<void>(folder.write("run/points.xyz", "-100 0\n105 5\n120 12\n150 3\n260 -4\n"));
 
   Module_data_file::ImportChoices choices;

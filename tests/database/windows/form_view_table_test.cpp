@@ -86,11 +86,17 @@ class FormViewTableTest : public QObject, private WindowFixture {
     files.set_date("DateCollected", 43760.75);
     files.set_date("DateAnalysed", 1e300);
     files.update();
+    files.add_new();
+    files.set_date("DateCollected", 2958465.0);
+    files.set_date("DateAnalysed", 2958466.0);
+    files.update();
     view(1);
     QCOMPARE(text(0, "SurveyFile"), QString::fromUtf8("Fj\xC3\xA4ll.edi"));
     QCOMPARE(text(0, "DateCollected"), QString("22-Oct-2019"));
     QCOMPARE(text(0, "DateAnalysed"), QString("1E+300"));
     QCOMPARE(text(0, "Filter"), QString());
+    QCOMPARE(text(1, "DateCollected"), QString("31-Dec-9999"));
+    QCOMPARE(text(1, "DateAnalysed"), QString("2958466"));  // no date, but damage
   }
 
   void an_empty_table_shows_its_columns() {

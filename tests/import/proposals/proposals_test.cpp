@@ -44,6 +44,7 @@ TEST_F(PlannedImport, Sites_on_a_line_get_their_distance_along_it) {
   EXPECT_EQ(why(proposals, ProposedChoice::rate),
             "400: four times the highest frequency of all files, 100 Hz");
   EXPECT_EQ(why(proposals, ProposedChoice::reference), "Remote: all 4 files have remote channels");
+  EXPECT_EQ(proposals.choices.ReferenceType, 1);
   EXPECT_EQ(why(proposals, ProposedChoice::projection),
             "UTM 54S | WGS 84: all 4 files have latitude and longitude; the zone of the median longitude");
   EXPECT_EQ(proposals.find(ProposedChoice::turn_ey), nullptr);
@@ -81,6 +82,7 @@ TEST_F(PlannedImport, Sites_of_all_formats_lie_on_one_line) {
   EXPECT_EQ(why(proposals, ProposedChoice::turn_ey),
             "where needed: 2 of 4 files have YX phases in -180..-90");
   EXPECT_EQ(why(proposals, ProposedChoice::reference), "Not Remote: 1 of 4 files have remote channels");
+  EXPECT_EQ(proposals.choices.ReferenceType, 0);
   EXPECT_EQ(proposals.find(ProposedChoice::from_impedance), nullptr) << "curves follow without being asked";
   const ImportPlan plan = plan_for(files, proposals.choices);
   ASSERT_EQ(plan.sections.size(), 4U);

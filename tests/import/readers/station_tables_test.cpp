@@ -337,9 +337,9 @@ TEST_F(StationTables, What_cannot_be_read_leaves_the_earlier_readings) {
     EXPECT_NE(report.files[0].failure, "");
     EXPECT_EQ(raw_readings(), 1);
   }
-  CurveRows bad = rows_of("it's", 1.0, "ExHy");
+  CurveRows bad = rows_of(std::string(33, 'x'), 1.0, "ExHy");
   ASSERT_EQ(import({folder.write("b.csv", table({bad, rows_of("2E", 1.0, "ExHy")}))}), 0);
-  EXPECT_TRUE(told(0, "has an apostrophe"));
+  EXPECT_TRUE(told(0, "is longer than 32 characters"));
   EXPECT_EQ(report.files[0].readings, 1);
 }
 
@@ -353,6 +353,17 @@ TEST_F(StationTables, Stn_lines_without_a_place_are_left_out) {
   EXPECT_EQ(place_of("200E", 150.0).MapX, 1050.0);
   EXPECT_EQ(place_of("200E", 150.0).Elevation, 50.0) << "0 is a height among others";
   EXPECT_TRUE(told(0, "is not a number, the station is left out"));
+}
+
+TEST_F(StationTables, A_station_without_values_is_named_and_the_others_come_in) {
+  ASSERT_EQ(import({folder.write("a.avg",
+                                 "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy * *\n"
+                                 " 2 150 1 ExHy 10 500\n")}),
+            0);
+  EXPECT_EQ(stations(), std::vector<double>{150.0});
+  const std::vector<std::string> remarks = Module_data_file::remark_lines(report.files.at(0));
+  EXPECT_NE(std::ranges::find(remarks, "station 100 has no values"), remarks.end())
+      << ::testing::PrintToString(remarks);
 }
 
 TEST_F(StationTables, Stn_files_of_all_kinds) {

@@ -216,8 +216,9 @@ class ImportPageTest : public QObject, private ImportWindowFixture {
   }
 
   void what_is_set_by_hand_lasts_and_the_rest_is_proposed_again() {
-    (void)add_file("a.edi");
+    (void)add_file("a.edi", {.sectid = "ET1", .blocks = ">ZYXR //3\n1 2 3\n>ZYXI //3\n1 2 3\n"});
     go_to_import_page();
+    QVERIFY(control<QCheckBox>("Check_compute_from_impedance")->isChecked());
     choose("Combo_data_reduced", 1);
     type_cell(0, specify, "700");
     QTest::keyClick(window_.get(), Qt::Key_Escape);
@@ -225,6 +226,7 @@ class ImportPageTest : public QObject, private ImportWindowFixture {
     go_to_import_page();
     QCOMPARE(control<QComboBox>("Combo_data_reduced")->currentIndex(), 1);
     QCOMPARE(control<QComboBox>("Combo_data_type")->currentIndex(), 0);  // without remote channels
+    QVERIFY(!control<QCheckBox>("Check_compute_from_impedance")->isChecked());
     QCOMPARE(cell(0, specify), QString("100E"));
     click("Option_linedirection_1");
     QCOMPARE(cell(0, specify), QString("100N"));

@@ -272,6 +272,7 @@ TEST(Topo_mask, Names_the_stations_that_stand_on_a_wall_before_the_mesh_is_saved
   const TemporaryFolder folder;
   RecordingInterface interface;
   TopoMask mask;
+  MaskedRun run;
   mask.model = model_of_blocks();
   for (const double station : {10.0, 18.0, 30.0, 41.0, 60.0, 1000.0}) {
     mask.topo.points.station.push_back(station);
@@ -280,7 +281,7 @@ TEST(Topo_mask, Names_the_stations_that_stand_on_a_wall_before_the_mesh_is_saved
   mask.topo.curve = ground_curve(mask.topo.points);
   ASSERT_EQ(apply_topo_mask(mask), 0);
   EXPECT_EQ(wall_stations(mask), (std::vector<std::string>{"18", "41", "60"}));
-  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), 0);
   const Messages shown = interface.take_messages();
   ASSERT_EQ(shown.size(), 2U);
   EXPECT_EQ(
@@ -290,11 +291,11 @@ TEST(Topo_mask, Names_the_stations_that_stand_on_a_wall_before_the_mesh_is_saved
 
   // The run's own stations count where there is a run.
   mask.stations = {{"A", "B"}, {10.0, 42.0}};
-  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), 0);
   EXPECT_EQ(interface.take_messages().front(),
             "1 station stands on a vertical wall of the masked mesh, where TM has no meaningful value: B");
   mask.stations = {{"A"}, {10.0}};
-  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), 0);
   EXPECT_EQ(interface.take_messages().size(), 1U);
 }
 
@@ -313,13 +314,13 @@ TEST_F(TopoMaskFileTest, Takes_the_stations_of_the_run_that_the_model_belongs_to
 
 TEST_F(TopoMaskFileTest, Comes_with_a_model_and_a_start_file_of_the_parameters_left) {
   ASSERT_FALSE(made::write_results(folder).empty());
-  const std::string start = folder.write("startup", made::iteration_text(0, made::nine_parameters));
   TopoMask mask;
+  MaskedRun run;
   ASSERT_EQ(read_model_to_mask(folder.path("inmodel"), mask), 0);
   mask.topo.curve = ground_curve({{0.0}, {-5.0}});
   ASSERT_EQ(apply_topo_mask(mask), 0);
   interface.take_messages();
-  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), 0);
   const int left = free_blocks(mask.model, mask.masked);
   ASSERT_LT(left, 9);
   EXPECT_NE(interface.take_messages().back().find("start file masked_startup of " + std::to_string(left)),
@@ -330,10 +331,18 @@ TEST_F(TopoMaskFileTest, Comes_with_a_model_and_a_start_file_of_the_parameters_l
   EXPECT_EQ(written.parameters, (std::vector<double>{2.0, 3.0, 2.5, 2.0})) << "of the second layer";
   EXPECT_EQ(read_model_file(folder.folder(), "masked_model", {}).num_free_params, left);
 
+  EXPECT_EQ(run.model_file, "masked_model");
+  EXPECT_EQ(run.start_file, "masked_startup");
+
   interface->yes_no_answers = {false};  // earlier files stay if the user wants them to
   ASSERT_FALSE(folder.write("masked_startup", "mine").empty());
-  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  ASSERT_FALSE(folder.write("masked.msh", "mine too").empty());
+  EXPECT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), -1);
+  EXPECT_EQ(interface->questions.back(), "The specified file already exists. Overwrite? " +
+                                             folder.path("masked_model") + ", " +
+                                             folder.path("masked_startup"));
   EXPECT_EQ(file_contents(folder.path("masked_startup")), "mine");
+  EXPECT_EQ(file_contents(folder.path("masked.msh")), "mine too");
   ASSERT_EQ(read_model_to_mask(folder.path("inmodel"), mask), 0);
   EXPECT_EQ(mask.model.num_free_params, 9) << "the run itself is as it was";
 }
@@ -342,6 +351,7 @@ TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_it
   const std::string model = folder.write("inmodel", made::model);
   EXPECT_TRUE(folder.write("mesh", made::mesh).ends_with("mesh"));
   TopoMask mask;
+  MaskedRun run;
   ASSERT_EQ(read_model_to_mask(model, mask), 0);
   EXPECT_EQ(interface.take_messages(), Messages{});
   EXPECT_TRUE(mask.model.site_node.empty());
@@ -349,7 +359,7 @@ TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_it
   mask.topo.curve = ground_curve({{0.0}, {-5.0}});
   ASSERT_EQ(apply_topo_mask(mask), 0);
   EXPECT_EQ(free_blocks(mask.model, mask.masked), 2);  // those of the second layer
-  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask), 0);
+  ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), 0);
   EXPECT_EQ(interface.take_messages(),
             Messages{"Number of free parameters: 16. The mesh is written to " + folder.path("masked.msh")});
   const OccamMesh written = read_mesh_file(folder.path("masked.msh"));
@@ -362,7 +372,7 @@ TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_it
   EXPECT_EQ(read_model_to_mask(model, mask), -1);
   EXPECT_EQ(interface.take_messages(), Messages{"The specified model file is not defined properly"});
   EXPECT_EQ(mask.model.mesh.node_columns(), 5);
-  EXPECT_EQ(write_masked_mesh(folder.path("no folder/masked.msh"), mask), -1);
+  EXPECT_EQ(write_masked_mesh(folder.path("no folder/masked.msh"), mask, run), -1);
   EXPECT_TRUE(interface.take_messages().front().starts_with(
       "An error occurred while creating the Occam mesh file: "));
 }

@@ -20,6 +20,24 @@ TEST(Section_choices, Refuse_what_has_no_range_or_depth) {
   }
 }
 
+TEST(Suggested_range, Half_decades_hold_the_model) {
+  struct Case {
+    std::vector<double> parameters;
+    double lower;
+    double upper;
+  };
+  const Case cases[] = {{{1.2, 2.6, 2.1}, 1.0, 3.0},
+                        {{-0.2, 2.5}, -0.5, 2.5},
+                        {{2.0, 2.0}, 2.0, 2.5},
+                        {{1.2, 1e300, 1.3}, 1.0, 1.5},  // what has run away isn't followed
+                        {{}, 0.0, 3.0}};
+  for (const Case& c : cases) {
+    const ResistivityRange range = suggested_range(c.parameters);
+    EXPECT_EQ(range.lower, c.lower);
+    EXPECT_EQ(range.upper, c.upper);
+  }
+}
+
 class SectionTest : public made::OccamTest {
  protected:
   void SetUp() override {
@@ -64,6 +82,9 @@ TEST_F(SectionTest, Ends_at_the_last_node_line_within_the_depth) {
   EXPECT_EQ(shallow.bottom_depth, 40.0);
   EXPECT_EQ(shallow.rectangles.size(), 5U);
   EXPECT_GT(shallow.rectangles[3].bottom, 540.0);  // reaches below the picture
+  EXPECT_EQ(shallow.end_depth, 100.0) << "a drawing goes on to the depth asked for";
+  EXPECT_GE(shallow.mapping.depth_at(shallow.rectangles[3].bottom), 100.0);
+  EXPECT_EQ(section(1e6, true).end_depth, 540.0);
 }
 
 TEST_F(SectionTest, Counts_decades_in_blocks_of_the_first_layer) {

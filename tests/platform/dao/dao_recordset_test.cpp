@@ -159,6 +159,47 @@ TEST_F(Dynaset, Goes_to_a_row_by_its_place) {
   EXPECT_EQ(rows.get_long("Event"), 2);
 }
 
+TEST_F(Dynaset, Goes_to_the_row_that_it_added_among_rows_alike) {
+  dao::Recordset rows = database_.open_recordset("SELECT * FROM Readings ORDER BY Station");
+  EXPECT_EQ(error_of([&] { rows.go_to_added(); }), "no current record");
+  add(rows, "1", 30.0, 1);
+  add(rows, "1", 30.0, 2);
+  rows.move_first();
+  rows.go_to_added();
+  EXPECT_EQ(rows.get_long("Event"), 2);
+  EXPECT_EQ(rows.get_long("ID"), 2);
+  rows.move_next();
+  EXPECT_TRUE(rows.eof());
+  rows.requery();
+  EXPECT_EQ(error_of([&] { rows.go_to_added(); }), "no current record");
+}
+
+// The first look takes the whole list of a few rows, and only the first of many.
+TEST_F(Dynaset, Goes_through_the_rows_of_a_condition_however_many_they_are) {
+  dao::Recordset table = database_.open_recordset("SELECT * FROM Readings");
+  for (std::int32_t event = 40; event > 0; --event) {
+    add(table, "1", event, event);
+  }
+  for (const std::int32_t count : {0, 1, 15, 16, 17, 18, 40}) {
+    SCOPED_TRACE(count);
+    dao::Recordset rows = database_.open_recordset(
+        "SELECT * FROM Readings WHERE Event <= " + std::to_string(count) + " ORDER BY Station");
+    Events expected;
+    for (std::int32_t event = 1; event <= count; ++event) {
+      expected.push_back(event);
+    }
+    EXPECT_EQ(rows.eof(), count == 0);
+    EXPECT_EQ(events(rows), expected);
+    add(rows, "1", 0.0, 99);
+    expected.push_back(99);
+    rows.move_first();
+    EXPECT_EQ(events(rows), expected);
+    EXPECT_EQ(rows.record_count(), count + 1);
+    rows.go_to_added();
+    rows.delete_row();
+  }
+}
+
 TEST_F(Dynaset, Tells_the_size_of_bytes_without_reading_them) {
   dao::Recordset rows = database_.open_recordset("SELECT * FROM Readings");
   rows.add_new();

@@ -9,6 +9,7 @@
 #include "platform/dao/connection.h"
 #include "platform/dao/database.h"
 #include "platform/dao/statement_translator.h"
+#include "platform/dao/text_literal.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -79,6 +80,19 @@ TEST_F(Criteria, Compare_text_without_case_and_trailing_blanks) {
        {" Line5.EDI", "Line5", "Line_.EDI", "Line5.EDI%", "Groesse Ü.edi", "Größe Ö.edi", ""}) {
     EXPECT_FALSE(finds("SurveyFile = '" + std::string(text) + "'")) << text;
   }
+}
+
+TEST_F(Criteria, Find_any_text_as_a_literal) {
+  const std::string names[] = {"O'Brien \"7\"; --", "'", "''", "x' OR 'a'='a", "ends'", "[ID]", "plain"};
+  for (const std::string& name : names) {
+    EXPECT_FALSE(finds("SurveyFile = " + dao::text_literal(name))) << name;
+    add(name, 0.0, 0.0, 0.0F);
+    EXPECT_TRUE(finds("Station = 0 AND SurveyFile = " + dao::text_literal(name) + " AND ID > 0")) << name;
+  }
+  database_.execute("DELETE FROM FileTable WHERE SurveyFile = " + dao::text_literal(names[3]));
+  EXPECT_FALSE(finds("SurveyFile = " + dao::text_literal(names[3])));
+  EXPECT_TRUE(finds("SurveyFile = " + dao::text_literal(names[0])));
+  EXPECT_THROW(database_.execute("DELETE FROM FileTable WHERE SurveyFile = 'ends''"), dao::Error);
 }
 
 TEST_F(Criteria, Find_a_date_at_any_hour_of_its_day) {

@@ -69,7 +69,7 @@ std::string type_words(const dao::Column& column) {
 
 void expect_blob(const dao::Bytes& bytes, const json& expected) {
   EXPECT_EQ(bytes.size(), expected["bytes"]);
-  EXPECT_EQ(sha256(bytes), expected["sha256"]);
+  EXPECT_EQ(sha256(bytes), expected["sha256"].get<std::string>());
 }
 
 void expect_value(const dao::Recordset& rows, const dao::Column& column, const json& expected) {

@@ -118,6 +118,10 @@ class FormDefineProjectionTest : public QObject, private WindowFixture {
       }
       save_picture(qPrintable(QString("projection_%1").arg(c.projection)));
     }
+    choose("Combo_projection", 1);  // a grid with a datum of its own
+    QVERIFY(editor()->values().datum != 4326);
+    choose("Combo_projection", 2);
+    QCOMPARE(editor()->values().datum, 4326);  // the user has only looked at it
   }
 
   void a_test_point_follows_every_change() {
@@ -220,6 +224,16 @@ class FormDefineProjectionTest : public QObject, private WindowFixture {
     QVERIFY(editor()->values() == lambert_definition("").values());
     QCOMPARE(label("lblLabels_1"), QString("Done gives this projection to the survey as \"Theirs\"."));
     save_picture("theirs");
+
+    CoordSystem unusual = zone_definition("Old grid", 55);
+    unusual.projection = 1;
+    unusual.datum = 4326;
+    unusual.zone_width = 0.0;
+    current_coord_system() = unusual;
+    QCOMPARE(store_survey_projection(), 0);
+    open_dialog();
+    QCOMPARE(editor()->values().datum, 4326);  // only a choice sets what a user would fill in
+    QCOMPARE(editor()->values().zone_width, 0.0);
   }
 
   void buttons_change_the_list() {
