@@ -230,9 +230,12 @@ void SurveyDisplay::redraw_marks() {
 /// Says how many points are marked, where that has changed.
 void SurveyDisplay::follow_marks() {
   keep_chosen_points_shown();
-  if (chosen_count() != marks_told_) {
-    marks_told_ = chosen_count();
+  const bool other_count = std::exchange(marks_told_, chosen_count()) != chosen_count();
+  if (other_count) {
     panels_.plan->show_status(qt_text(chosen_text()));
+  }
+  if (std::exchange(masked_hidden_, session().hide_masked_data) != session().hide_masked_data ||
+      other_count) {
     Q_EMIT marks_changed();
   }
 }

@@ -78,7 +78,7 @@ class SurveyDisplay : public QObject {
   void data_changed();
   /// Readings of any station may have changed: by an import, a removal, undo.
   void survey_changed();
-  /// Other points are marked, or none any more.
+  /// Other points are marked, or none any more, or masked ones are hidden or shown.
   void marks_changed();
   /// Stations are at their numbers, or at their distances along the line.
   void positions_changed();
@@ -118,6 +118,7 @@ class SurveyDisplay : public QObject {
   Module_display_data::LineAxis axis_;
   std::string support_told_;    // what was said last of curves that rest on nothing in use
   std::size_t marks_told_ = 0;  // how many points were marked when it was said last
+  bool masked_hidden_ = false;  // when the graphs were drawn last
   bool plan_stays_ = false;     // who looks at the plan goes on, though the repeats under it are drawn
   bool point_clicked_ = false;  // at this station; until then the frequency is only there for the commands
 };

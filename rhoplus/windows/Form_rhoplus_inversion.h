@@ -36,7 +36,7 @@ class Form_rhoplus_inversion : public QMainWindow {
   void refresh_rhoplus_results();
   /// The main window displays another station of the line: the bar follows and the inversion runs again.
   void follow_station();
-  /// Rings the points that are marked now.
+  /// Rings the points that are marked now, and hides masked ones or shows them as all graphs do.
   void show_marks();
   /// While a run goes through the line, only the first failure is reported; later stations are shown without
   /// their inversion.

@@ -255,6 +255,10 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     mark();
     QTest::keyClick(results(), Qt::Key_Delete);
     QCOMPARE(stored_mask(ID, 2), 0);
+    for (const bool hidden : {true, false}) {
+      control<QCheckBox>("Check_hide_masked_data")->setChecked(hidden);
+      QCOMPARE(graph->point_position(0, 2).has_value(), !hidden);
+    }
     QTest::keyClick(results(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(stored_mask(ID, 2), 1);
     QTest::keyClick(results(), Qt::Key_Y, Qt::ControlModifier);
