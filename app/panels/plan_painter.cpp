@@ -141,8 +141,9 @@ void draw_coloured_stations(const Drawing& drawing, const PlanColouring& colouri
 }
 
 void take_dots(Drawing& drawing) {
-  const double half = 0.5 * (drawing.contents.colouring ? coloured_width : station_width) + 1.0;
+  const double usual = 0.5 * (drawing.contents.colouring ? coloured_width : station_width) + 1.0;
   for (const SeenStation& station : drawing.seen) {
+    const double half = station.index == session().current_station_index ? current_ring / 2.0 : usual;
     drawing.taken.take(QRectF(station.at - QPointF(half, half), QSizeF(2.0 * half, 2.0 * half)));
   }
 }
@@ -292,6 +293,7 @@ void draw_station_names(Drawing& drawing) {
 
 void draw_scale_bar(Drawing& drawing) {
   constexpr double edge = 10.0;
+  constexpr double kilometre = 1000.0;
   const double length = scale_bar_length(drawing.plot.width());
   const double pixels = length * session().plan_window.plan_x_scale;
   const QPointF left(edge, drawing.plot.bottom() - edge);
@@ -305,7 +307,8 @@ void draw_scale_bar(Drawing& drawing) {
   const double high = QFontMetricsF(painter.font()).height();
   const QRectF room(left.x(), left.y() - 2.0 - high, pixels, high);
   painter.drawText(room, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextDontClip,
-                   QString::fromStdString(plain_text(length) + " m"));
+                   QString::fromStdString(length >= kilometre ? plain_text(length / kilometre) + " km"
+                                                              : plain_text(length) + " m"));
   drawing.taken.take(room.adjusted(-edge, 0.0, edge, edge));
 }
 
