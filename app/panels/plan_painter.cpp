@@ -177,7 +177,8 @@ std::vector<SeenLine> seen_lines(const std::vector<SeenStation>& seen) {
     first = end;
   }
   // The current line's name has the first choice of a place.
-  std::ranges::stable_partition(lines, [](SeenLine line) { return is_on_current_line(line.front().index); });
+  std::stable_partition(lines.begin(), lines.end(),
+                        [](SeenLine line) { return is_on_current_line(line.front().index); });
   return lines;
 }
 
