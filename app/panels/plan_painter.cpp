@@ -94,6 +94,8 @@ void draw_dots(QPainter& painter, const QList<QPointF>& places, double width, co
   }
 }
 
+double line_mark_width(bool coloured) { return coloured ? coloured_width + 5.0 : line_width; }
+
 void draw_current_line(const Drawing& drawing) {
   QList<QPointF> places;
   for (const SeenStation& station : drawing.seen) {
@@ -101,7 +103,7 @@ void draw_current_line(const Drawing& drawing) {
       places.append(station.at);
     }
   }
-  draw_dots(drawing.painter, places, drawing.contents.colouring ? coloured_width + 5.0 : line_width,
+  draw_dots(drawing.painter, places, line_mark_width(drawing.contents.colouring.has_value()),
             current_line_colour);
 }
 
@@ -234,8 +236,12 @@ QString name_of(std::int32_t index) {
 }
 
 Module_tensor::NamedDot named_dot(const Drawing& drawing, const SeenStation& station) {
-  const double width = drawing.contents.colouring ? coloured_width : station_width;
-  const double reach = (station.index == session().current_station_index ? current_ring : width) / 2.0 + 1.0;
+  const bool coloured = drawing.contents.colouring.has_value();
+  const double plain = coloured ? coloured_width : station_width;
+  const double width = station.index == session().current_station_index ? current_ring
+                       : is_on_current_line(station.index)              ? line_mark_width(coloured)
+                                                                        : plain;
+  const double reach = width / 2.0 + 1.0;
   return {station.at, reach, name_of(station.index), is_upright(along_line(drawing, station.index))};
 }
 
