@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -209,6 +210,17 @@ class MainViewTest : public QObject, private MainViewFixture {
     control<QScrollBar>("VScroll_scale")->setValue(1);
     control<QScrollBar>("VScroll_scale")->setValue(0);
     QVERIFY(letters() > 5);
+  }
+
+  void a_plan_without_graticule_says_why() {
+    press("Command_show_plan");
+    auto* const link = control<QLabel>("Label_graticule");
+    QVERIFY(!link->isVisible());
+    control<QComboBox>("Combo_coords")->setCurrentIndex(1);
+    QVERIFY(link->isVisible());
+    QVERIFY2(link->toolTip().contains("The survey has no projection"), qPrintable(link->toolTip()));
+    control<QComboBox>("Combo_coords")->setCurrentIndex(0);
+    QVERIFY(!link->isVisible());
   }
 
   void keys_zoom_the_plan() {
