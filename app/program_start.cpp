@@ -2,11 +2,12 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QStyleFactory>
 #include <algorithm>
 #include <iterator>
 #include <string_view>
 #include <utility>
+
+#include "platform/widgets/outlined_style.h"
 
 /// A static library's resources are linked in only where they are asked for. (Qt wants the macro outside of
 /// any namespace.)
@@ -27,7 +28,7 @@ void set_up_application() {
   QApplication::setApplicationVersion(BRENLOX_VERSION);
   QApplication::setWindowIcon(QIcon(":/brenlox.png"));
   QApplication::setDesktopFileName("brenlox");
-  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setStyle(new OutlinedStyle);
 }
 
 void install_interfaces(std::unique_ptr<UserInterface> user, std::unique_ptr<SettingsStore> settings) {

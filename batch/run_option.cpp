@@ -28,7 +28,8 @@ void add_output_folder_option(Parser& parser, RunOptions& options) {
                     "folder of the files, created if it is missing; left out: Brenlox in the run directory");
 }
 
-std::optional<Module_occam::RunView> open_run(const RunOptions& options) {
+std::optional<Module_occam::RunView> open_run(const RunOptions& options,
+                                              Module_occam::Iterations iterations) {
   const fs::path control = options.control_file.empty() ? Module_occam::control_file_in(options.directory)
                                                         : fs::path(options.directory) / options.control_file;
   if (control.empty()) {
@@ -36,11 +37,15 @@ std::optional<Module_occam::RunView> open_run(const RunOptions& options) {
     return {};
   }
   Module_occam::RunResults results;
-  if (Module_occam::open_results(control, results) != 0) {
+  if (Module_occam::open_results(control, results, iterations) != 0) {
     return {};
   }
   const int iteration = options.iteration.value_or(results.last_iteration);
   if (iteration > results.last_iteration || !results.has(iteration)) {
+    if (results.seen.empty()) {
+      user_interface().show_message(Module_occam::no_iterations_message);
+      return {};
+    }
     user_interface().show_message("There is no file of iteration " + std::to_string(iteration));
     return {};
   }

@@ -25,7 +25,9 @@ void add_run_options(Parser& parser, RunOptions& options);
 void add_output_folder_option(Parser& parser, RunOptions& options);
 
 /// Opens the run and chooses the iteration.
+/// @param iterations  may_come: without any its start model, which is iteration 0
 /// @return nothing after a message
-std::optional<Module_occam::RunView> open_run(const RunOptions& options);
+std::optional<Module_occam::RunView> open_run(
+    const RunOptions& options, Module_occam::Iterations iterations = Module_occam::Iterations::needed);
 
 }  // namespace Batch

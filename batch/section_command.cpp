@@ -26,7 +26,7 @@ struct SectionOptions {
 };
 
 int write_section(SectionOptions& options) {
-  auto view = open_run(options.run);
+  auto view = open_run(options.run, Module_occam::Iterations::may_come);
   if (!view || view->load_iteration() != 0) {
     return status_failed;
   }
@@ -42,8 +42,10 @@ int write_section(SectionOptions& options) {
   if (Module_occam::save_section(*view, options.look, options.output, {options.width, options.height}) != 0) {
     return status_failed;
   }
-  std::cout << "The section of iteration " << view->current_iteration() << " is written to " << options.output
-            << '\n';
+  std::cout << "The section of "
+            << (run.has_start_only() ? "the start model"
+                                     : "iteration " + plain_text(view->current_iteration()))
+            << " is written to " << options.output << '\n';
   return status_done;
 }
 

@@ -22,12 +22,33 @@ void report_change() {
 }
 
 /// The entries of the last command.
-std::span<const UndoEntry> last_command(const std::vector<UndoEntry>& entries) {
+std::span<const UndoEntry> last_command(std::span<const UndoEntry> entries) {
   std::size_t first = entries.size();
   while (first > 0 && entries[first - 1].command == entries.back().command) {
     --first;
   }
-  return std::span(entries).subspan(first);
+  return entries.subspan(first);
+}
+
+/// Bytes beside the object itself.
+std::size_t held_by(const UndoDerived& derived) {
+  return derived.mask.mask_bytes.capacity() + derived.frequency_bytes.capacity() +
+         derived.data_bytes.capacity() + derived.facts.errors.capacity() * sizeof(float);
+}
+
+void forget_oldest(std::vector<UndoEntry>& entries, std::size_t bytes) {
+  std::span<const UndoEntry> kept = last_command(entries);
+  std::size_t held = bytes_of(kept);
+  while (kept.size() < entries.size()) {
+    const auto older = std::span<const UndoEntry>(entries).first(entries.size() - kept.size());
+    const std::span<const UndoEntry> command = last_command(older);
+    held += bytes_of(command);
+    if (held > bytes) {
+      break;
+    }
+    kept = std::span<const UndoEntry>(entries).last(kept.size() + command.size());
+  }
+  entries.erase(entries.begin(), entries.end() - static_cast<std::ptrdiff_t>(kept.size()));
 }
 
 void drop_last_command(std::vector<UndoEntry>& entries) {
@@ -38,6 +59,7 @@ void move_last_command(std::vector<UndoEntry>& from, std::vector<UndoEntry>& to,
                        std::vector<UndoEntry> moved) {
   drop_last_command(from);
   std::ranges::move(moved, std::back_inserter(to));
+  forget_oldest(to, undo_limit);
   report_change();
 }
 
@@ -62,6 +84,38 @@ void push_undo(UndoEntry entry) {
   undo().entries.push_back(std::move(entry));
   undo().undone.clear();
   report_change();
+}
+
+void push_undo_command(std::vector<UndoEntry> entries) {
+  const std::int32_t command = next_undo_command();
+  for (UndoEntry& entry : entries) {
+    entry.command = command;
+  }
+  std::ranges::move(entries, std::back_inserter(undo().entries));
+  undo().undone.clear();
+  forget_oldest(undo().entries, undo_limit);
+  report_change();
+}
+
+void limit_undo(std::size_t bytes) {
+  forget_oldest(undo().entries, bytes);
+  forget_oldest(undo().undone, bytes);
+}
+
+std::size_t bytes_of(std::span<const UndoEntry> entries) {
+  std::size_t bytes = 0;
+  const UndoReduction* last = nullptr;  // entries that share one stand side by side
+  for (const UndoEntry& entry : entries) {
+    bytes += sizeof(UndoEntry) + entry.owner.capacity();
+    if (const auto* const mask = std::get_if<UndoMask>(&entry.earlier)) {
+      bytes += mask->mask_bytes.capacity();
+    }
+    if (entry.reduction != nullptr && entry.reduction.get() != last) {
+      last = entry.reduction.get();
+      bytes += sizeof(UndoReduction) + held_by(last->average) + held_by(last->merged);
+    }
+  }
+  return bytes;
 }
 
 void clear_undo() {

@@ -22,6 +22,18 @@ void push_undo_mask(std::int32_t id, std::int32_t frequency_count, std::span<con
 void push_undo_static(std::int32_t id, float res_offset);
 /// An entry without a command number becomes a command of its own.
 void push_undo(UndoEntry entry);
+/// All entries of a new command. The oldest ones beyond undo_limit are then forgotten.
+void push_undo_command(std::vector<UndoEntry> entries);
+
+/// Bytes that the commands to be undone may hold, and as many those to be done again. The newest one stays
+/// whatever it holds: an edit that the user has just made can always be undone.
+inline constexpr std::size_t undo_limit = std::size_t{128} << 20U;
+
+/// Forgets the oldest commands of both, each as a whole, until the others hold at most so many bytes.
+void limit_undo(std::size_t bytes);
+
+/// Bytes that these entries hold.
+std::size_t bytes_of(std::span<const UndoEntry> entries);
 
 /// Forgets everything, also what could be done again.
 void clear_undo();

@@ -111,12 +111,14 @@ SeenLine current_line(const std::vector<SeenStation>& seen) {
   return {first, end};
 }
 
+double line_mark_width(bool coloured) { return coloured ? coloured_width + 5.0 : line_width; }
+
 void draw_current_line(const Drawing& drawing) {
   QList<QPointF> places;
   for (const SeenStation& station : current_line(drawing.seen)) {
     places.append(station.at);
   }
-  draw_dots(drawing.painter, places, drawing.contents.colouring ? coloured_width + 5.0 : line_width,
+  draw_dots(drawing.painter, places, line_mark_width(drawing.contents.colouring != nullptr),
             current_line_colour);
 }
 
@@ -155,10 +157,23 @@ void draw_coloured_stations(const Drawing& drawing, const PlanColouring& colouri
   }
 }
 
+void take_room(Drawing& drawing, QPointF at, double half) {
+  drawing.taken.take(QRectF(at - QPointF(half, half), QSizeF(2.0 * half, 2.0 * half)));
+}
+
 void take_dots(Drawing& drawing) {
-  const double half = 0.5 * (drawing.contents.colouring ? coloured_width : station_width) + 1.0;
+  const double half = 0.5 * (drawing.contents.colouring ? coloured_width : station_width);
   for (const SeenStation& station : drawing.seen) {
-    drawing.taken.take(QRectF(station.at - QPointF(half, half), QSizeF(2.0 * half, 2.0 * half)));
+    take_room(drawing, station.at, half);
+  }
+}
+
+/// What of the current line and station is wider than dots.
+void take_marks(Drawing& drawing) {
+  const double of_line = 0.5 * line_mark_width(drawing.contents.colouring != nullptr);
+  for (const SeenStation& station : current_line(drawing.seen)) {
+    const bool current = station.index == session().current_station_index;
+    take_room(drawing, station.at, current ? current_ring / 2.0 : of_line);
   }
 }
 
@@ -210,7 +225,8 @@ std::vector<std::pair<QPointF, QPointF>> places_and_ways_out(const Drawing& draw
 /// with the word before it: on lines to the north, numbers of lines and of stations look alike.
 void draw_line_names(Drawing& drawing, std::vector<SeenLine> lines) {
   // The current line's name has the first choice of a place.
-  std::ranges::stable_partition(lines, [](SeenLine line) { return is_on_current_line(line.front().index); });
+  std::stable_partition(lines.begin(), lines.end(),
+                        [](SeenLine line) { return is_on_current_line(line.front().index); });
   QFont bold = drawing.painter.font();
   bold.setBold(true);
   drawing.painter.save();
@@ -244,8 +260,12 @@ QString name_of(std::int32_t index) {
 }
 
 Module_tensor::NamedDot named_dot(const Drawing& drawing, const SeenStation& station) {
-  const double width = drawing.contents.colouring ? coloured_width : station_width;
-  const double reach = (station.index == session().current_station_index ? current_ring : width) / 2.0 + 1.0;
+  const bool coloured = drawing.contents.colouring != nullptr;
+  const double plain = coloured ? coloured_width : station_width;
+  const double width = station.index == session().current_station_index ? current_ring
+                       : is_on_current_line(station.index)              ? line_mark_width(coloured)
+                                                                        : plain;
+  const double reach = width / 2.0 + 1.0;
   return {station.at, reach, name_of(station.index), is_upright(along_line(drawing, station.index))};
 }
 
@@ -304,6 +324,7 @@ void draw_station_names(Drawing& drawing) {
 
 void draw_scale_bar(Drawing& drawing) {
   constexpr double edge = 10.0;
+  constexpr double kilometre = 1000.0;
   const double length = scale_bar_length(drawing.plot.width());
   const double pixels = length * session().plan_window.plan_x_scale;
   const QPointF left(edge, drawing.plot.bottom() - edge);
@@ -317,7 +338,8 @@ void draw_scale_bar(Drawing& drawing) {
   const double high = QFontMetricsF(painter.font()).height();
   const QRectF room(left.x(), left.y() - 2.0 - high, pixels, high);
   painter.drawText(room, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextDontClip,
-                   QString::fromStdString(plain_text(length) + " m"));
+                   QString::fromStdString(length >= kilometre ? plain_text(length / kilometre) + " km"
+                                                              : plain_text(length) + " m"));
   drawing.taken.take(room.adjusted(-edge, 0.0, edge, edge));
 }
 
@@ -459,6 +481,7 @@ void PlanPainter::paint(QPainter& painter, QSize size, const PlanContents& conte
   draw_current_station(drawing);
   painter.drawPixmap(0, 0, layers_->dots);
   painter.setRenderHint(QPainter::Antialiasing);
+  take_marks(drawing);
   draw_current_name(drawing);
   draw_line_names(drawing, layers_->lines);
   draw_station_names(drawing);

@@ -63,7 +63,8 @@ void SelectionRow::add_tool_tips() {
   Combo_line_->setToolTip("The line whose profile is shown");
   Text_sample_station_->setToolTip("The station that is shown, m");
   Combo_reference_type_->setToolTip("How the readings were referenced");
-  Combo_data_type_->setToolTip("The tensor element that is shown");
+  Combo_data_type_->setToolTip(
+      "The tensor element that is shown; a two-dimensional inversion takes EyHx for TE and ExHy for TM");
   Combo_dipole_->setToolTip("Dipole length of the readings");
   Text_frequency_->setToolTip(
       "Frequency of the point clicked last; commands by frequency act from here, also from a typed one");

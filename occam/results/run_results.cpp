@@ -49,9 +49,24 @@ void store(RunResults& results, const std::string& name, const OccamIteration& i
   results.last_iteration = std::max(results.last_iteration, iteration.number);
 }
 
+/// A start file without parameters, or of a form that only an inversion reads, has no model to look at.
+void store_start_model(RunResults& results) {
+  try {
+    (void)read_iteration_file(IterationParts::with_parameters,
+                              (results.folder / results.control_file).string());
+    results.iteration_file[0] = results.control_file;
+    results.response_file[0] = response_file_name(results.control_file);
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
 /// Throws for an iteration number that can't be shown.
 void read_iterations(RunResults& results) {
   clear_iterations(results);
+  if (results.seen.empty()) {
+    store_start_model(results);
+  }
   for (const auto& [name, stamp] : results.seen) {
     const auto refused = results.refused.find(name);
     if (refused != results.refused.end() && refused->second == stamp) {

@@ -51,6 +51,9 @@ struct RunResults {
   std::map<std::string, FileStamp> waiting;  // all iteration files at the last look
 
   RunResults();
+  /// Whether iteration 0 is the model that the inversion begins with, which has no numbers: there is no
+  /// iteration yet.
+  [[nodiscard]] bool has_start_only() const { return seen.empty() && has(0); }
   [[nodiscard]] bool has(int iteration) const {
     return !iteration_file[static_cast<std::size_t>(iteration)].empty();
   }
@@ -65,8 +68,9 @@ struct RunResults {
 enum class Iterations { needed, may_come };
 
 /// Reads a run from its control file: sites, model, the heads of all iterations. File names in it are meant
-/// from its folder. An iteration file that can't be read is reported and left out. A folder for derived files
-/// is created beside the control file, if that may be written.
+/// from its folder. A run without iterations has its start model as iteration 0. An iteration file that can't
+/// be read is reported and left out. A folder for derived files is created beside the control file, if that
+/// may be written.
 /// @return 0, or -1 after a message; `results` is then not to be used
 [[nodiscard]] int open_results(const std::filesystem::path& control_file, RunResults& results,
                                Iterations iterations = Iterations::needed);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -55,6 +56,27 @@ fs::path control_file_in(const fs::path& folder) {
   return names.empty() ? fs::path() : folder / names.front();
 }
 
+namespace {
+
+/// The model file that the iteration of the highest number names. A run over a masked mesh stands in the
+/// folder of the one that it was made from, whose "startup" names another.
+std::optional<std::string> model_of_last_iteration(const fs::path& folder) {
+  std::optional<OccamIteration> last;
+  for (const std::string& name : iteration_file_names(folder.string())) {
+    try {
+      OccamIteration read = read_iteration_file(IterationParts::head_only, (folder / name).string());
+      if (!last || read.number >= last->number) {
+        last = std::move(read);
+      }
+    } catch (const std::exception&) {
+      continue;  // told where the iterations are listed
+    }
+  }
+  return last && !last->model_file.empty() ? std::optional(last->model_file) : std::nullopt;
+}
+
+}  // namespace
+
 RunFiles read_run_files(const fs::path& folder, const std::string& control_file) {
   if (!fs::is_directory(folder)) {
     throw RunFault(folder.string() + " is not a folder");
@@ -69,12 +91,15 @@ RunFiles read_run_files(const fs::path& folder, const std::string& control_file)
       read_part(control, "a start file", [&] { return read_control_file((folder / control).string()); });
   run.data = read_part(run.names.data_file, "a data file",
                        [&] { return read_data_file_sites((folder / run.names.data_file).string()); });
+  if (control_file.empty()) {
+    run.names.model_file = model_of_last_iteration(folder).value_or(run.names.model_file);
+  }
   run.model = read_part(run.names.model_file, "a model file",
                         [&] { return read_model_file(folder, run.names.model_file, run.data); });
   return run;
 }
 
-std::vector<ListedIteration> list_iterations(const fs::path& folder, const OccamModel& model,
+std::vector<ListedIteration> list_iterations(const fs::path& folder, const RunFiles& run,
                                              std::vector<std::string>& remarks) {
   std::vector<ListedIteration> iterations;
   for (const std::string& name : iteration_file_names(folder.string())) {
@@ -88,7 +113,11 @@ std::vector<ListedIteration> list_iterations(const fs::path& folder, const Occam
       remarks.emplace_back(fault.what());
       continue;
     }
-    std::string mismatch = parameter_mismatch(model, name, iterations.back().parameter_count);
+    const std::string& model_file = iterations.back().model_file;
+    if (!model_file.empty() && model_file != run.names.model_file) {
+      continue;  // of another model in this folder
+    }
+    std::string mismatch = parameter_mismatch(run.model, name, iterations.back().parameter_count);
     if (!mismatch.empty()) {
       remarks.push_back(std::move(mismatch));
     }
@@ -102,7 +131,7 @@ int read_run(const fs::path& folder, const std::string& control_file, RunSummary
     RunSummary read{read_run_files(folder, control_file), {}};
     report_shared_node(read.model);
     std::vector<std::string> remarks;
-    read.iterations = list_iterations(folder, read.model, remarks);
+    read.iterations = list_iterations(folder, read, remarks);
     for (const std::string& remark : remarks) {
       user_interface().show_message(remark);
     }

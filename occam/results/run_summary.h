@@ -24,8 +24,9 @@ struct RunFiles {
   OccamModel model;
 };
 
-/// Reads them: names from `control_file` in the folder or, if that is empty, from control_file_in. Shows
-/// nothing. Throws std::runtime_error with a sentence that names the file at fault.
+/// Reads them: names from `control_file` in the folder or, if that is empty, from control_file_in, but the
+/// model that the last iteration names where there is one. Shows nothing. Throws std::runtime_error with a
+/// sentence that names the file at fault.
 RunFiles read_run_files(const std::filesystem::path& folder, const std::string& control_file);
 
 struct ListedIteration : OccamIteration {  // without parameters
@@ -33,9 +34,10 @@ struct ListedIteration : OccamIteration {  // without parameters
 };
 
 /// The heads of all iteration files in a folder, by their numbers. Shows nothing.
-/// @param remarks  gets a sentence for each that can't be read, which is left out, and for each that isn't of
-///                 the model, which isn't
-std::vector<ListedIteration> list_iterations(const std::filesystem::path& folder, const OccamModel& model,
+/// @param remarks  gets a sentence for each that can't be read, which is left out, and for each that names
+/// the
+///                 run's model but isn't of it, which isn't
+std::vector<ListedIteration> list_iterations(const std::filesystem::path& folder, const RunFiles& run,
                                              std::vector<std::string>& remarks);
 
 struct RunSummary : RunFiles {

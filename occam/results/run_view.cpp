@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/trap_errors.h"
+#include "formats/occam/model_file.h"
 #include "occam/occam_files.h"
 #include "occam/results/iteration_response.h"
 #include "platform/files/folder_access.h"
@@ -53,6 +54,14 @@ void RunView::write_to(const fs::path& folder) {
 
 bool RunView::can_write() const { return can_write_into(results_.output_folder); }
 
+/// @param name  of the model file that an iteration names. Throws as read_model_file
+void RunView::follow_model(const std::string& name) {
+  if (!name.empty() && name != results_.names.model_file) {
+    results_.model = read_model_file(results_.folder, name, results_.data);
+    results_.names.model_file = name;
+  }
+}
+
 int RunView::load_iteration() {
   if (!results_.has(current_iteration_)) {
     loaded_iteration_file_.clear();
@@ -70,6 +79,10 @@ int RunView::load_iteration() {
   OccamIteration iteration;
   if (read_occam_iteration(IterationParts::with_parameters, (results_.folder / name).string(), iteration,
                            EmptyLines::reported) != 0) {
+    return -1;
+  }
+  if (trap_errors("The model of " + name + " can't be read: ", [&] { follow_model(iteration.model_file); }) !=
+      0) {
     return -1;
   }
   const std::string mismatch = parameter_mismatch(results_.model, name, iteration.parameter_count);

@@ -15,6 +15,7 @@ class RunView {
  public:
   explicit RunView(RunResults results);
 
+  /// Its model is that of the iteration loaded last: a run over a masked mesh has another than "startup".
   [[nodiscard]] const RunResults& results() const { return results_; }
   [[nodiscard]] int current_iteration() const { return current_iteration_; }
   /// Makes an iteration from 0 to last_iteration the current one. The response is then no longer ready.
@@ -58,6 +59,7 @@ class RunView {
 
  private:
   bool response_has_settled();
+  void follow_model(const std::string& name);
   int compute_current();
   int read_response(const std::filesystem::path& file);
 

@@ -106,6 +106,9 @@ ResistivityRange suggested_range(std::span<const double> parameters) {
   if (lowest > highest) {
     return {};
   }
+  if (lowest == highest) {
+    return {lowest - 1.0, lowest + 1.0};
+  }
   const double lower = std::floor(2.0 * lowest) / 2.0;
   return {lower, std::max(std::ceil(2.0 * highest) / 2.0, lower + 0.5)};
 }
@@ -143,6 +146,7 @@ SectionGeometry section_geometry(const OccamModel& model, std::span<const double
                              " parameters, the model " + std::to_string(model.num_free_params));
   }
   const std::size_t bottom = bottom_row(model, choices.max_depth);
+  section.end_depth = std::min(choices.max_depth, model.node_z.back());
   map_depth(model, choices.log_depth, bottom, section);
   // The number of a row of nodes, from 1, is used as the number of layers: a layer has one row of cells or
   // more, so every layer that reaches into the depth is included.

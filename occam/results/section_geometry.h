@@ -43,8 +43,8 @@ struct TypedChoices {
 };
 std::optional<SectionChoices> read_choices(const TypedChoices& typed);
 
-/// A range of half decades that holds the parameters; those beyond 10 decades don't count. 0 to 3 without
-/// any.
+/// A range of half decades that holds the parameters; those beyond 10 decades don't count. A decade to both
+/// sides of parameters that are all the same, as in most start models; 0 to 3 without any.
 struct ResistivityRange {
   double lower = 0.0;
   double upper = 3.0;
@@ -83,8 +83,8 @@ struct SectionGeometry {
   PictureSize picture = {};
   SectionMapping mapping = {};
   double right_distance = 0.0;  // at the right end of the section
-  double bottom_depth = 0.0;    // at the lower end of a linear scale: the last node line within the depth
-                                // asked for
+  double bottom_depth = 0.0;    // that the scale is chosen for: the last node line within the depth asked for
+  double end_depth = 0.0;       // where a drawing ends: the depth asked for, or the end of the mesh
   std::vector<SectionRectangle> rectangles = {};  // layer by layer, left to right
   double lowest = 0.0;                            // of the rectangles' values
   double highest = 0.0;

@@ -53,6 +53,9 @@ QString grouped(std::int64_t count) {
 Form_occam2d_mask_topo::Form_occam2d_mask_topo(QWidget* parent)
     : QDialog(parent), ui_(std::make_unique<Ui::Form_occam2d_mask_topo>()) {
   ui_->setupUi(this);
+  for (QWidget* const part : {ui_->Scroll_mesh_choices->viewport(), ui_->Frame_mesh_choices}) {
+    part->setAutoFillBackground(false);  // the page's own colour lies behind the choices
+  }
   resize_to_fit(*this, {1100, 700});
   const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   for (QPlainTextEdit* const text : {ui_->Text_model_file, ui_->Text_data_file, ui_->Text_mesh_mask}) {

@@ -85,7 +85,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
   connect_timers();
   const std::string& title = view_.results().data.title;
   Label_title_->setText(qt_text((title.empty() ? "" : title + "   ") + view_.results().folder.string()));
-  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  controls_->list_iterations(view_);
   panel_->offer_continue(!view_.results().seen.empty());
   if (view_.load_iteration() == 0) {
     controls_->propose_range(suggested_range(view_.parameters()));
@@ -235,7 +235,9 @@ void Form_occam_inversion::show_site_misfits() {
     site_misfits_->show_misfits(misfit_table(view_.response()), view_.response().resp_site_names);
   } else {
     site_misfits_->show_note(has_response ? "The response of this iteration can't be read"
-                                          : "No response of this iteration yet");
+                             : view_.results().has_start_only()
+                                 ? "No iteration yet, and no misfits: the section shows the start model"
+                                 : "No response of this iteration yet");
   }
 }
 
@@ -270,7 +272,7 @@ void Form_occam_inversion::display_response_profiles() { response_->display_prof
 
 void Form_occam_inversion::choose_iteration(int iteration) {
   view_.choose_iteration(iteration);
-  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  controls_->list_iterations(view_);
   display_current_iterate();
 }
 
@@ -303,7 +305,7 @@ void Form_occam_inversion::take_changes(bool followed) {
       controls_->propose_range(suggested_range(view_.parameters()));
     }
   }
-  controls_->list_iterations(view_.results().last_iteration, view_.current_iteration());
+  controls_->list_iterations(view_);
   show_convergence();
   display_current_iterate();
 }

@@ -241,7 +241,9 @@ void ModelControls::add_buttons(QBoxLayout& rows) {
   connect(done_button, &QPushButton::clicked, this, &ModelControls::done);
 }
 
-void ModelControls::list_iterations(int last, int current) {
+void ModelControls::list_iterations(const RunView& view) {
+  const int last = view.results().last_iteration;
+  const int current = view.current_iteration();
   const QSignalBlocker combo(Combo_iteration_);
   const QSignalBlocker scroll(HScroll_iteration_);
   while (Combo_iteration_->count() > last + 1) {
@@ -250,6 +252,7 @@ void ModelControls::list_iterations(int last, int current) {
   while (Combo_iteration_->count() <= last) {
     Combo_iteration_->addItem(QString::number(Combo_iteration_->count()));
   }
+  Combo_iteration_->setItemText(0, view.results().has_start_only() ? "Start model" : "0");
   Combo_iteration_->setCurrentIndex(current);
   HScroll_iteration_->setRange(0, last);
   const QSignalBlocker base(Spin_base_iteration_);

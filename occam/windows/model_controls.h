@@ -25,8 +25,8 @@ class ModelControls : public QWidget {
 
   explicit ModelControls(QWidget* parent = nullptr);
 
-  /// Offers the iterations 0 to `last`, without a signal.
-  void list_iterations(int last, int current);
+  /// Offers the iterations from 0 to the last one of the run, or its start model, without a signal.
+  void list_iterations(const Module_occam::RunView& view);
   void show_numbers(const Module_occam::RunView& view);
   /// Shows a range, unless the user has chosen one.
   void propose_range(const Module_occam::ResistivityRange& range);

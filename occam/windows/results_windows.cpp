@@ -29,7 +29,8 @@ void ResultsWindows::open_chosen() {
   }
   const bool has_iterations = !results.seen.empty();
   if (has_iterations ||
-      user_interface().ask_yes_no(std::string(no_iterations_message) + ". Open it to run its inversion?")) {
+      user_interface().ask_yes_no(std::string(no_iterations_message) +
+                                  ". Open it to see its start model and run its inversion?")) {
     show_window(std::move(results), has_iterations ? Page::section : Page::inversion);
   }
 }

@@ -41,11 +41,10 @@ class ZoomedPlot {
   [[nodiscard]] const QRectF& plot() const { return plot_; }
 
  private:
-  /// The pixels per decade of a logarithmic scale don't depend on where the section ends; it is to end where
-  /// the plot does.
+  /// The scale of the geometry follows the node lines; the plot ends at the depth asked for.
   static double stretch_of(const SectionGeometry& geometry, const QRectF& plot) {
-    const double end = geometry.mapping.to_y(geometry.bottom_depth) - plot.top();
-    return geometry.mapping.block_height > 0.0 && end > 0.0 ? plot.height() / end : 1.0;
+    const double end = geometry.mapping.to_y(geometry.end_depth) - plot.top();
+    return end > 0.0 ? plot.height() / end : 1.0;
   }
 
   QRectF plot_;

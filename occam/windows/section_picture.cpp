@@ -95,9 +95,10 @@ void place_curves(graph::PdfPages& pages, const OccamResponse& response, const R
 /// The part of a section's picture in which a metre of depth is as long as one along the line.
 PictureSize at_true_scale(const SectionGeometry& section) {
   const SectionMapping& mapping = section.mapping;
-  const double scale = std::min(mapping.x_scale, mapping.z_scale);
+  const double depth = section.end_depth - mapping.z_origin;
+  const double scale = std::min(mapping.x_scale, (section.picture.height - 2.0 * end_frame) / depth);
   return {2.0 * side_frame + (section.right_distance - mapping.x_origin) * scale,
-          2.0 * end_frame + (section.bottom_depth - mapping.z_origin) * scale};
+          2.0 * end_frame + depth * scale};
 }
 
 }  // namespace
@@ -122,7 +123,7 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
   picture.palette = graph::image_palette(look.colour_table, look.invert);
   picture.draw_mesh = look.draw_mesh;
   const int iteration = view.current_iteration();
-  if (view.results().seen.empty()) {
+  if (view.results().seen.empty() && !view.results().has_start_only()) {
     picture.note = "No iteration yet: Run, on the page Inversion, begins";
     return picture;
   }
@@ -150,13 +151,17 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
   }
   picture.visibility = look.visibility;
   if (picture.geometry.rectangles.empty()) {
-    picture.note = QString("Iteration %1 can't be shown").arg(iteration);
+    picture.note = view.results().has_start_only() ? QString("The start model can't be shown")
+                                                   : QString("Iteration %1 can't be shown").arg(iteration);
   }
   return picture;
 }
 
 std::string iteration_heading(const RunView& view) {
   const RunResults& results = view.results();
+  if (results.has_start_only()) {
+    return "Start model of " + results.control_file;
+  }
   const auto iteration = static_cast<std::size_t>(view.current_iteration());
   return "Iteration " + std::to_string(iteration) + "   RMS error " +
          shown_number(results.iteration_misfit[iteration]) + "   Roughness " +

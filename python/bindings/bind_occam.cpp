@@ -150,9 +150,9 @@ py::dict blocks_of(const OccamModel& model, const std::vector<double>& parameter
   return arrays;
 }
 
-py::dict shifts_of(const OpenedRun& run, const IterationModel& iteration) {
+py::dict shifts_of(const OpenedRun& run, const OccamModel& model, const IterationModel& iteration) {
   py::dict shifts;
-  for (const StaticShift& shift : static_shifts(run.files().model, iteration)) {
+  for (const StaticShift& shift : static_shifts(model, iteration)) {
     const bool is_te = shift.data_type == static_cast<int>(DataType::te_resistivity);
     const auto site = static_cast<std::size_t>(shift.site_number - 1);
     if (site < run.data().site_names.size()) {
@@ -164,14 +164,15 @@ py::dict shifts_of(const OpenedRun& run, const IterationModel& iteration) {
 
 py::dict model_of(const OpenedRun& run, std::optional<int> number) {
   ListedIteration head;
+  OccamModel model;
   IterationModel iteration;
   numerics::section::Section section;
   reading("The iteration can't be read: ", [&] {
     head = run.find_iteration(number);
-    iteration = run.model_of(head);
-    section = response_section(run.files().model, iteration.parameters, limits_at(iteration.debug_level));
+    model = run.blocks_of(head);
+    iteration = run.model_of(head, model);
+    section = response_section(model, iteration.parameters, limits_at(iteration.debug_level));
   });
-  const OccamModel& model = run.files().model;
   py::dict result;
   result["iteration"] = head_of(head);
   result["node_x"] = array_of(std::vector(model.node_x));
@@ -186,7 +187,7 @@ py::dict model_of(const OpenedRun& run, std::optional<int> number) {
   result["codes"] = array_of(std::move(section.codes), triangle_shape);
   result["host_layers"] = section.host_layers;
   result["blocks"] = blocks_of(model, iteration.parameters);
-  result["static_shifts"] = shifts_of(run, iteration);
+  result["static_shifts"] = shifts_of(run, model, iteration);
   result["parameters"] = array_of(std::move(iteration.parameters));
   return result;
 }

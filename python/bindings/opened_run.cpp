@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/number_text.h"
+#include "formats/occam/model_file.h"
 #include "formats/occam/response_file.h"
 #include "occam/results/iteration_response.h"
 
@@ -20,7 +21,7 @@ OpenedRun::OpenedRun(fs::path folder, const std::string& control_file)
       data_(read_data_file((folder_ / files_.names.data_file).string())) {}
 
 std::vector<ListedIteration> OpenedRun::iterations(std::vector<std::string>& remarks) const {
-  return list_iterations(folder_, files_.model, remarks);
+  return list_iterations(folder_, files_, remarks);
 }
 
 ListedIteration OpenedRun::find_iteration(std::optional<int> number) const {
@@ -39,8 +40,13 @@ ListedIteration OpenedRun::find_iteration(std::optional<int> number) const {
   throw std::runtime_error(text);
 }
 
-IterationModel OpenedRun::model_of(const ListedIteration& iteration) const {
-  return read_iteration_model(folder_, iteration.file, files_.model);
+OccamModel OpenedRun::blocks_of(const ListedIteration& iteration) const {
+  const bool is_own = !iteration.model_file.empty() && iteration.model_file != files_.names.model_file;
+  return is_own ? read_model_file(folder_, iteration.model_file, files_.data) : files_.model;
+}
+
+IterationModel OpenedRun::model_of(const ListedIteration& iteration, const OccamModel& blocks) const {
+  return read_iteration_model(folder_, iteration.file, blocks);
 }
 
 std::optional<std::vector<FittedRow>> OpenedRun::read_response(const ListedIteration& iteration) const {
@@ -64,7 +70,8 @@ std::optional<std::vector<FittedRow>> OpenedRun::read_response(const ListedItera
 
 std::optional<std::vector<FittedRow>> OpenedRun::compute_response(
     const ListedIteration& iteration, const std::function<bool(double)>& progress) const {
-  const auto computed = modelled_with_shifts(files_.model, model_of(iteration), data_, progress);
+  const OccamModel blocks = blocks_of(iteration);
+  const auto computed = modelled_with_shifts(blocks, model_of(iteration, blocks), data_, progress);
   if (!computed) {
     return {};
   }

@@ -40,7 +40,11 @@ class OpenedRun {
       std::vector<std::string>& remarks) const;
   /// The last one without a number. Throws std::exception if there is none.
   [[nodiscard]] Module_occam::ListedIteration find_iteration(std::optional<int> number) const;
-  [[nodiscard]] Module_occam::IterationModel model_of(const Module_occam::ListedIteration& iteration) const;
+  /// The blocks of the model file that the iteration names: one over a masked mesh stands beside others.
+  [[nodiscard]] Module_occam::OccamModel blocks_of(const Module_occam::ListedIteration& iteration) const;
+  /// @param blocks  of the iteration
+  [[nodiscard]] Module_occam::IterationModel model_of(const Module_occam::ListedIteration& iteration,
+                                                      const Module_occam::OccamModel& blocks) const;
 
   /// As its file has it. None without a file; throws std::exception for one that can't be read.
   [[nodiscard]] std::optional<std::vector<FittedRow>> read_response(

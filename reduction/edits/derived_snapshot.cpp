@@ -77,7 +77,7 @@ void restore(const UndoDerived& earlier, const std::string& criteria, StoredRead
   }
   row.edit();
   write_edits(row, earlier);
-  if (computed.ID == 0) {
+  if (computed.ID == 0 && !earlier.data_bytes.empty()) {
     write_curve_bytes(row, earlier);
   }
   row.update();

@@ -1,6 +1,7 @@
 #include "reduction/edits/edit_many.h"
 
 #include <utility>
+#include <vector>
 
 #include "core/session_state.h"
 #include "core/trap_errors.h"
@@ -11,16 +12,14 @@ namespace Module_averaged_data {
 
 namespace {
 
-/// @return 0, or -1 after a message
-int show_exchange(const CommandExchange& exchange) {
-  int shown = 0;
+/// A failure has its message; what is in the survey stays there.
+void show_exchange(const CommandExchange& exchange) {
   for (const WrittenEntry& each : exchange.written) {
     show_entry(each.entry, each.row);
   }
   for (const auto& [order, edited] : exchange.keys) {
-    shown |= show_reduced_station(edited.key, session().frequencies, edited.reduced);
+    (void)show_reduced_station(edited.key, session().frequencies, edited.reduced);
   }
-  return shown;
 }
 
 }  // namespace
@@ -37,13 +36,15 @@ Edit edit_many(std::span<const UndoEntry> entries) {
   if (outcome == Outcome::stopped || exchange.written.empty()) {
     return Edit::nothing;
   }
-  const int shown = show_exchange(exchange);
-  const std::int32_t command = Module_Brenlox::next_undo_command();
+  show_exchange(exchange);
+  drop_what_is_computed(exchange);
+  std::vector<UndoEntry> earlier;
+  earlier.reserve(exchange.written.size());
   for (WrittenEntry& each : exchange.written) {
-    each.row.earlier.command = command;
-    Module_Brenlox::push_undo(std::move(each.row.earlier));
+    earlier.push_back(std::move(each.row.earlier));
   }
-  return shown == 0 ? Edit::changed : Edit::failed;
+  Module_Brenlox::push_undo_command(std::move(earlier));
+  return Edit::changed;
 }
 
 }  // namespace Module_averaged_data

@@ -1,6 +1,8 @@
 #include "reduction/edits/exchange_command.h"
 
 #include <algorithm>
+#include <functional>
+#include <set>
 #include <utility>
 
 #include "core/number_text.h"
@@ -13,6 +15,8 @@
 
 namespace Module_averaged_data {
 
+using Module_Brenlox::UndoFlags;
+using Module_Brenlox::UndoMask;
 using Module_Brenlox::UndoReduction;
 
 namespace {
@@ -64,16 +68,58 @@ void write_entry(const UndoEntry& entry, CommandExchange& exchange) {
   }
 }
 
-Outcome reduce_keys(std::map<KeyOrder, EditedKey>& keys) {
+bool only_takes_away(const UndoEntry& before, const UndoEntry& now) {
+  if (const auto* const flags = std::get_if<UndoFlags>(&now.earlier)) {
+    const auto& earlier = std::get<UndoFlags>(before.earlier);
+    return flags->use_reading <= earlier.use_reading && flags->use_resistivity <= earlier.use_resistivity &&
+           flags->use_phase <= earlier.use_phase;
+  }
+  if (const auto* const mask = std::get_if<UndoMask>(&now.earlier)) {
+    const auto counts = Module_database::longs_from(mask->mask_bytes);
+    const auto counted = Module_database::longs_from(std::get<UndoMask>(before.earlier).mask_bytes);
+    return std::ranges::equal(counts, counted, std::less_equal<>());
+  }
+  return true;  // nothing follows from a static factor
+}
+
+void drop_values(Module_Brenlox::UndoDerived& derived) {
+  derived.frequency_bytes = {};
+  derived.data_bytes = {};
+}
+
+int reduce_key(EditedKey& edited, Module_database::FrequencyLists& lists) {
+  const std::int32_t type = edited.key.reference_type;
+  const Frequencies& frequencies =
+      type == session().current_reference_type ? session().frequencies : lists.of(type);
+  return reduce_station(edited.from, edited.key, frequencies, edited.reduced, edited.restore.get());
+}
+
+/// Notes, writes and reduces on one display, a third for each: there are as many steps of each kind, and the
+/// keys, of which there are as many as entries or fewer, are spread over the steps of the last one.
+Outcome do_steps(std::span<const UndoEntry> command, CommandExchange& exchange) {
+  constexpr std::size_t kinds = 3;
+  const std::size_t count = command.size();
   Module_database::FrequencyLists lists;
-  WorkProgress progress("Calculating", keys.size());
-  auto next = keys.begin();
-  return each_item(progress, [&](std::size_t) {
-    EditedKey& edited = (next++)->second;
-    const std::int32_t type = edited.key.reference_type;
-    const Frequencies& frequencies =
-        type == session().current_reference_type ? session().frequencies : lists.of(type);
-    return reduce_station(edited.from, edited.key, frequencies, edited.reduced, edited.restore.get());
+  auto next = exchange.keys.end();
+  std::size_t reduced = 0;
+  WorkProgress progress("Calculating", kinds * count);
+  return each_item(progress, [&](std::size_t step) {
+    if (step < count) {
+      note_key(command[step], exchange);
+      return 0;
+    }
+    if (step < 2 * count) {
+      write_entry(command[2 * count - 1 - step], exchange);
+      next = exchange.keys.begin();
+      return 0;
+    }
+    const std::size_t until = exchange.keys.size() * (step + 1 - 2 * count) / count;
+    for (; reduced < until; ++reduced, ++next) {
+      if (reduce_key(next->second, lists) != 0) {
+        return -1;
+      }
+    }
+    return 0;
   });
 }
 
@@ -82,17 +128,38 @@ Outcome reduce_keys(std::map<KeyOrder, EditedKey>& keys) {
 Outcome exchange_command(std::span<const UndoEntry> command, CommandExchange& exchange) {
   Module_database::require_writable();
   dao::Transaction transaction(Module_database::open_survey().database);
-  for (const UndoEntry& entry : command) {
-    note_key(entry, exchange);
-  }
-  for (auto entry = command.rbegin(); entry != command.rend(); ++entry) {
-    write_entry(*entry, exchange);
-  }
-  const Outcome outcome = reduce_keys(exchange.keys);
+  const Outcome outcome = do_steps(command, exchange);
   if (outcome == Outcome::finished) {
     transaction.commit();
   }
   return outcome;
+}
+
+void drop_what_is_computed(CommandExchange& exchange) {
+  std::set<const UndoReduction*> added_to;
+  for (const WrittenEntry& each : exchange.written) {
+    if (!only_takes_away(each.row.earlier, each.entry)) {
+      added_to.insert(each.row.earlier.reduction.get());
+    }
+  }
+  std::map<const UndoReduction*, std::shared_ptr<const UndoReduction>> slim;
+  for (auto& [order, edited] : exchange.keys) {
+    if (edited.before != nullptr && !added_to.contains(edited.before.get())) {
+      UndoReduction kept = *edited.before;
+      if (edited.reduced.average.ID != 0) {
+        drop_values(kept.average);
+      }
+      if (edited.reduced.merged.ID != 0) {
+        drop_values(kept.merged);
+      }
+      slim[edited.before.get()] = std::make_shared<const UndoReduction>(std::move(kept));
+    }
+  }
+  for (WrittenEntry& each : exchange.written) {
+    if (const auto found = slim.find(each.row.earlier.reduction.get()); found != slim.end()) {
+      each.row.earlier.reduction = found->second;
+    }
+  }
 }
 
 }  // namespace Module_averaged_data

@@ -36,8 +36,13 @@ struct CommandExchange {
   std::vector<WrittenEntry> written;  // the last one of the command first
 };
 
+/// Leaves out of what undoes the command the values of derived rows that an undo computes anyhow: where it
+/// only took values away and there is still something to compute from, there was before, too. They are nine
+/// tenths of what an entry holds.
+void drop_what_is_computed(CommandExchange& exchange);
+
 /// Writes all entries, the last one first, and reduces each key once; `row.earlier` of what was written is
-/// then what undoes it. Entries whose readings are gone are left out. With many keys progress is shown, and
+/// then what undoes it. Entries whose readings are gone are left out. Progress is shown over the whole, and
 /// the user may stop, which leaves everything as it was. Throws dao::Error.
 /// @return failed after a message
 Outcome exchange_command(std::span<const UndoEntry> command, CommandExchange& exchange);

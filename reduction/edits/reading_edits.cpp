@@ -182,14 +182,15 @@ Edit edit_readings(std::string_view fixed_text, std::span<const UndoEntry> entri
   if (written.empty()) {
     return Edit::nothing;
   }
-  const std::int32_t command = Module_Brenlox::next_undo_command();
+  std::vector<UndoEntry> earlier;
   for (Written& each : written) {
     show_entry(each.entry, each.row);
-    each.row.earlier.command = command;
     each.row.earlier.reduction = before;
-    Module_Brenlox::push_undo(std::move(each.row.earlier));
+    earlier.push_back(std::move(each.row.earlier));
   }
-  return show_reduced_station(key, session().frequencies, reduced) == 0 ? Edit::changed : Edit::failed;
+  Module_Brenlox::push_undo_command(std::move(earlier));
+  (void)show_reduced_station(key, session().frequencies, reduced);  // the edit is in the survey
+  return Edit::changed;
 }
 
 }  // namespace Module_averaged_data

@@ -14,7 +14,9 @@ namespace Module_averaged_data {
 
 using Module_Brenlox::UndoEntry;
 
-/// How an edit ended. A failure comes after a message and leaves survey, undo and data sets as before.
+/// How an edit ended, which is what the survey holds. A failure comes after a message and leaves survey, undo
+/// and data sets as before. An edit that is in the survey has changed it, also where the data sets couldn't
+/// follow, which has a message of its own.
 enum class Edit { nothing, changed, failed };
 
 /// What a row held before an entry was written into it, and whose row it is.

@@ -84,15 +84,14 @@ const ReadingKey& key_to_show(const CommandExchange& exchange) {
       ->row.key;
 }
 
-/// Brings data sets and selection up to date with what was written.
+/// Brings data sets and selection up to date with what was written; a failure has its message.
 UndoResult show_exchange(const CommandExchange& exchange) {
-  int shown = 0;
   bool profile_is_current = true;
   for (const WrittenEntry& each : exchange.written) {
     show_entry(each.entry, each.row);
   }
   for (const auto& [order, edited] : exchange.keys) {
-    shown |= show_reduced_station(edited.key, session().frequencies, edited.reduced);
+    (void)show_reduced_station(edited.key, session().frequencies, edited.reduced);
     profile_is_current = profile_is_current && !removes_merged(edited);
   }
   const ReadingKey& key = key_to_show(exchange);
@@ -100,12 +99,12 @@ UndoResult show_exchange(const CommandExchange& exchange) {
   result.station_index = station_index_of(key);
   if (result.station_index > 0) {
     result.other_selection = select_reading(key);
-    shown |= select_reference_type(key.reference_type);
+    (void)select_reference_type(key.reference_type);
   }
   if (!profile_is_current) {
     session().current_line.clear();  // a column has gone: the profile is loaded again
   }
-  result.edit = shown == 0 ? Edit::changed : Edit::failed;
+  result.edit = Edit::changed;
   return result;
 }
 
@@ -134,6 +133,7 @@ UndoResult write_back(const std::vector<UndoEntry>& command, void (*finish)(std:
     return {Edit::nothing, session().current_station_index};
   }
   const UndoResult result = show_exchange(exchange);
+  drop_what_is_computed(exchange);
   std::vector<UndoEntry> earlier;
   for (WrittenEntry& each : exchange.written) {
     earlier.push_back(std::move(each.row.earlier));

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -171,6 +172,69 @@ class MainViewTest : public QObject, private MainViewFixture {
     QTest::mouseClick(plan, Qt::LeftButton, {}, picture_of(3) + QPoint(4, 3));
     QCOMPARE(session().current_station, 300.0);
     QVERIFY(plan->isVisible());
+  }
+
+  /// All stations lie in a few pixels, and there is room for hardly a name.
+  void the_current_stations_name_is_on_the_plan_whatever_is_around_it() {
+    press("Command_show_plan");
+    auto* const plan = control<QWidget>("Picture_site_map");
+    const auto letters = [plan] {
+      const QImage picture = plan->grab().toImage();
+      int count = 0;
+      for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+          const QColor colour = picture.pixelColor(x, y);
+          count += colour.red() > 140 && colour.red() < 165 && colour.green() < 30 && colour.blue() > 140 &&
+                           colour.blue() < 165
+                       ? 1
+                       : 0;
+        }
+      }
+      return count;
+    };
+    QVERIFY(letters() > 5);
+    session().station_table = {};
+    constexpr int side = 40;
+    session().station_count = side * side;
+    session().current_station_index = side * side / 2 + side / 2;
+    const std::string line = session().station_line.at(0);
+    session().station_line.assign(side * side, line);
+    session().line_of_station.assign(side * side, 1);
+    session().station_value.assign(side * side, 0.0);
+    for (int index = 0; index < side * side; ++index) {
+      session().station_value[static_cast<std::size_t>(index)] = index;
+      session().station_table.push_back({10.0 * (index % side), 10.0 * (index / side), 0.0, 0.0, 0.0});
+    }
+    Module_display_data::fit_plan_window();
+    control<QScrollBar>("VScroll_scale")->setValue(1);
+    control<QScrollBar>("VScroll_scale")->setValue(0);
+    QVERIFY(letters() > 5);
+  }
+
+  void a_plan_without_graticule_says_why() {
+    press("Command_show_plan");
+    auto* const link = control<QLabel>("Label_graticule");
+    QVERIFY(!link->isVisible());
+    control<QComboBox>("Combo_coords")->setCurrentIndex(1);
+    QVERIFY(link->isVisible());
+    QVERIFY2(link->toolTip().contains("The survey has no projection"), qPrintable(link->toolTip()));
+    control<QComboBox>("Combo_coords")->setCurrentIndex(0);
+    QVERIFY(!link->isVisible());
+  }
+
+  void keys_zoom_the_plan() {
+    press("Command_show_plan");
+    auto* const plan = control<QWidget>("Picture_site_map");
+    QVERIFY((plan->focusPolicy() & Qt::TabFocus) != 0);
+    plan->setFocus();
+    const double extent = session().plan_window.plan_y_extent;
+    QTest::keyClick(plan, Qt::Key_Plus);
+    QCOMPARE(control<QScrollBar>("VScroll_scale")->value(), 1);
+    QVERIFY(session().plan_window.plan_y_extent < extent);
+    QTest::keyClick(plan, Qt::Key_Home);
+    QCOMPARE(session().plan_window.plan_y_extent, extent);
+    QTest::keyClick(plan, Qt::Key_Minus);
+    QVERIFY(session().plan_window.plan_y_extent > extent);
   }
 
   /// The next question of a window, which has to come.

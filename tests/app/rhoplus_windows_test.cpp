@@ -495,6 +495,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     window_->findChild<QAction*>("menu_output_data_0")->trigger();
     QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
     QVERIFY(control<QWidget>("Frame_rhoplus")->isVisible());
+    QVERIFY(control<QPushButton>("Command_choose_folder")->isVisible());
     // What the main window shows is chosen, and only what the survey has is listed.
     QCOMPARE(control<QComboBox>("Combo_output_linelist")->currentText().toStdString(),
              session().current_line);
@@ -517,6 +518,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
              std::string("rhopp < tmd_100.dat\r\nrhopp < tmd_200.dat\r\nrhopp < tmd_300.dat\r\n"));
     window_->findChild<QAction*>("menu_output_data_1")->trigger();
     QVERIFY(!control<QWidget>("Frame_rhoplus")->isVisible());
+    QVERIFY2(!control<QPushButton>("Command_choose_folder")->isVisible(), "it is chosen with the file");
   }
 
   void transfer_functions_begin_with_the_chosen_strike() {

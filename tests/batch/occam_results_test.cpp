@@ -69,6 +69,17 @@ TEST_F(Batch_results, Are_drawn) {
   EXPECT_EQ(run({"section", directory, "--output", "b.png", "--min-res", "3", "--max-res", "1"}).status, 1);
   EXPECT_FALSE(fs::exists(folder_.path("b.png")));
 
+  for (const char* iteration : {"ITER_1", "iter_3"}) {
+    fs::rename(run_.path(iteration), run_.path(std::string("kept_") + iteration));
+  }
+  const Outcome fresh = run({"section", directory, "--output", "fresh.png"});
+  EXPECT_NE(fresh.output.find("The section of the start model is written to "), std::string::npos);
+  EXPECT_EQ(begin("fresh.png"), "\x89PNG");
+  EXPECT_EQ(run({"grid", directory}).status, 1) << "a start model has no iteration to name grids by";
+  for (const char* iteration : {"ITER_1", "iter_3"}) {
+    fs::rename(run_.path(std::string("kept_") + iteration), run_.path(iteration));
+  }
+
   fs::copy_file(run_.path("startup"), run_.path("start.png"));
   const std::string start = file_contents(run_.path("start.png"));
   const Outcome over_input =

@@ -1,8 +1,11 @@
 #include "core/undo_stack.h"
 
+#include <memory>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "core/session_state.h"
 
 using namespace Module_Brenlox;
 
@@ -86,5 +89,37 @@ TEST(Undo_stack, Entries_of_one_command_stay_together) {
   push_undo_static(5, 1.0F);
   push_undo_static(5, 2.0F);
   EXPECT_EQ(top_undo().size(), 1U) << "each push of a caller is a command of its own";
+  clear_undo();
+}
+
+TEST(Undo_stack, Forgets_the_oldest_commands_as_wholes_and_never_the_newest) {
+  clear_undo();
+  const auto command_of = [](std::int32_t first) {
+    std::vector<UndoEntry> entries;
+    for (std::int32_t id = first; id < first + 3; ++id) {
+      entries.push_back({id, UndoMask{100, std::vector<std::byte>(800)}});
+    }
+    const auto shared = std::make_shared<UndoReduction>();
+    shared->merged.data_bytes.resize(8000);
+    for (UndoEntry& entry : entries) {
+      entry.reduction = shared;
+    }
+    return entries;
+  };
+  for (const std::int32_t first : {10, 20, 30}) {
+    push_undo_command(command_of(first));
+  }
+  const std::size_t of_command = bytes_of(top_undo());
+  EXPECT_GT(of_command, 8000U + 3 * 800U) << "what entries share counts once";
+  EXPECT_LT(of_command, 2 * 8000U);
+  limit_undo(2 * of_command + 100);
+  EXPECT_EQ(undo_count(), 6U);
+  EXPECT_EQ(session().undo_stack.entries.front().id, 20) << "a command goes as a whole";
+  limit_undo(10);
+  ASSERT_EQ(undo_count(), 3U);
+  EXPECT_EQ(top_undo().front().id, 30);
+  move_to_redo(command_of(30));
+  limit_undo(10);
+  EXPECT_EQ(redo_count(), 3U);
   clear_undo();
 }

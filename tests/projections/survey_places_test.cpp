@@ -99,14 +99,14 @@ TEST_F(SurveyPlacesTest, Are_of_one_source) {
 
 TEST_F(SurveyPlacesTest, Map_places_are_of_the_system_that_the_sites_show) {
   EXPECT_EQ(system_of_map_places("1E").why_not, "The survey has no projection");
-  // Made by another program: longitude 141 is the middle of zone 54, latitude 27 is 7 013 362 m north of the
-  // zone's origin in the south.
-  store_station("1E", 10.0, Module_database::GivenPlace{500000.0, 7013362.0, 0.0});
+  // Made by another program: longitude 141 is the middle of zone 54, 27 degrees south are 0.9996 times the
+  // meridian's 2 987 630 m from 10 000 km.
+  store_station("1E", 10.0, Module_database::GivenPlace{500000.0, 7013565.0, 0.0});
   store_site("1E", 10.0, -27.0, 141.0);
   const MapSystem usual = system_of_map_places("1E");
   ASSERT_TRUE(usual.parameters);
   EXPECT_NEAR(projected(*usual.parameters, numerics::geodesy::GeographicPlace{-27.0, 141.0})->northing,
-              7013362.0, 100.0);
+              7013565.0, 100.0);
 
   // Places of the survey's own grid have no latitudes, whatever projection the survey is given.
   store_station("2E", 10.0);

@@ -47,6 +47,67 @@ TEST_F(RunResultsTest, Lists_iterations_by_their_own_numbers) {
   EXPECT_EQ(control_file_in(folder.folder()).filename(), "startup");
 }
 
+TEST_F(RunResultsTest, A_run_without_iterations_shows_the_model_it_starts_with) {
+  const std::string start = made::write_results(folder);
+  fs::remove(folder.path("ITER_1"));
+  fs::remove(folder.path("iter_3"));
+  RunResults results;
+  ASSERT_EQ(open_results(start, results, Iterations::may_come), 0);
+  EXPECT_TRUE(results.has_start_only());
+  EXPECT_EQ(results.iteration_misfit[0], no_data);
+  RunView view(results);
+  EXPECT_EQ(view.section({1.0, 3.0, 2000.0, false}, {600, 300}).rectangles.size(), 5U);
+  ASSERT_EQ(view.load_iteration(), 0);
+  EXPECT_EQ(view.parameters().size(), 9U);
+  EXPECT_EQ(interface.take_messages(), made::Messages{});
+
+  static_cast<void>(folder.write("ITER_1", made::iteration_text(1, made::nine_parameters)));
+  ASSERT_TRUE(settle(results));
+  EXPECT_FALSE(results.has_start_only());
+  EXPECT_FALSE(results.has(0));
+  EXPECT_EQ(results.last_iteration, 1);
+
+  fs::remove(folder.path("ITER_1"));
+  EXPECT_EQ(open_results(start, results), -1);
+  EXPECT_EQ(interface.take_messages(), made::Messages{no_iterations_message});
+  static_cast<void>(folder.write("startup", made::iteration_text(0, "")));
+  ASSERT_EQ(open_results(start, results, Iterations::may_come), 0);
+  EXPECT_FALSE(results.has(0)) << "a start file without parameters has no model to show";
+}
+
+// A masked mesh has a model and a start file of its own beside those that it was made from.
+TEST_F(RunResultsTest, An_iteration_is_shown_with_the_model_that_it_names) {
+  const std::string start = made::write_results(folder);
+  const std::string four =
+      made::replaced(made::results_model,
+                     "NUM LAYERS:       2\n     1     5\n     1     1     1     2     1\n     2     4\n",
+                     "NUM LAYERS:       1\n     3     4\n");
+  static_cast<void>(folder.write("masked_model", four));
+  static_cast<void>(
+      folder.write("iter_3", made::replaced(made::replaced(made::iteration_text(3, " 1.0 2.0 3.0 2.5\n"),
+                                                           "NO. PARMS:        9", "NO. PARMS:        4"),
+                                            "MODEL FILE:       inmodel", "MODEL FILE:       masked_model")));
+  RunResults results;
+  ASSERT_EQ(open_results(start, results), 0);
+  RunView view(results);
+  EXPECT_EQ(view.section({1.0, 3.0, 2000.0, false}, {600, 300}).rectangles.size(), 2U);
+  EXPECT_EQ(view.results().model.num_free_params, 4);
+  view.choose_iteration(1);
+  EXPECT_EQ(view.section({1.0, 3.0, 2000.0, false}, {600, 300}).rectangles.size(), 5U);
+  EXPECT_EQ(view.results().names.model_file, "inmodel");
+
+  RunSummary summary;
+  EXPECT_EQ(read_run(folder.folder(), "", summary), 0);
+  EXPECT_EQ(summary.names.model_file, "masked_model");
+  EXPECT_EQ(summary.model.num_free_params, 4);
+  EXPECT_EQ(interface.take_messages(), made::Messages{}) << "each iteration is of its own model";
+  fs::remove(folder.path("masked_model"));
+  view.choose_iteration(3);
+  EXPECT_EQ(view.load_iteration(), -1);
+  EXPECT_EQ(view.load_iteration(), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U) << "told once";
+}
+
 TEST_F(RunResultsTest, Tells_what_can_not_be_opened) {
   RunResults results;
   const std::string start = made::write_results(folder);

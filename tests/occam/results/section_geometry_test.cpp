@@ -64,6 +64,9 @@ TEST_F(SectionTest, Ends_at_the_last_node_line_within_the_depth) {
   EXPECT_EQ(shallow.bottom_depth, 40.0);
   EXPECT_EQ(shallow.rectangles.size(), 5U);
   EXPECT_GT(shallow.rectangles[3].bottom, 540.0);  // reaches below the picture
+  EXPECT_EQ(shallow.end_depth, 100.0) << "a drawing goes on to the depth asked for";
+  EXPECT_GE(shallow.mapping.depth_at(shallow.rectangles[3].bottom), 100.0);
+  EXPECT_EQ(section(1e6, true).end_depth, 540.0);
 }
 
 TEST_F(SectionTest, Counts_decades_in_blocks_of_the_first_layer) {

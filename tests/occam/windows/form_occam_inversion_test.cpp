@@ -16,6 +16,7 @@
 
 #include "occam/windows/results_windows.h"
 #include "platform/graph/VexGraphControl.h"
+#include "platform/widgets/entry_mark.h"
 #include "tests/occam/results/made_results.h"
 #include "tests/support/read_only_folder.h"
 
@@ -113,6 +114,38 @@ class FormOccamInversionTest : public QObject {
     control<QLineEdit>("Text_max_depth")->setText("1e9");
     QVERIFY(colours(section()) > 20);
     QVERIFY(interface_->take_messages().empty());
+  }
+
+  void what_can_not_be_used_is_marked_at_its_box() {
+    auto* const lower = control<QLineEdit>("Text_min_res");
+    auto* const upper = control<QLineEdit>("Text_max_res");
+    auto* const depth = control<QLineEdit>("Text_max_depth");
+    lower->setText("x");
+    QVERIFY(is_marked(*lower) && !is_marked(*upper));
+    lower->setText("4");
+    upper->setText("3");
+    QVERIFY(!is_marked(*lower) && is_marked(*upper));
+    upper->setText("5");
+    depth->setText("99");
+    QVERIFY(!is_marked(*upper) && is_marked(*depth));
+    depth->setText("500");
+    QVERIFY(!is_marked(*depth));
+  }
+
+  void buttons_stay_in_view_and_labels_whole_in_a_low_window() {
+    window_->resize(1000, 480);
+    QTest::qWait(50);
+    for (const char* name : {"Command_done", "Command_save"}) {
+      auto* const button = control<QPushButton>(name);
+      QCOMPARE(button->visibleRegion().boundingRect(), button->rect());
+    }
+    // Numbers of many characters end before the edge of the picture.
+    control<QLineEdit>("Text_min_res")->setText("-9.75");
+    control<QLineEdit>("Text_max_res")->setText("-8.75");
+    const QImage picture = section();
+    for (int y = 0; y < picture.height(); ++y) {
+      QCOMPARE(picture.pixelColor(picture.width() - 1, y), QColor(Qt::white));
+    }
   }
 
   void switches_change_the_picture() {

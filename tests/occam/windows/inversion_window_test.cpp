@@ -297,14 +297,24 @@ class InversionWindowTest : public QObject {
     QVERIFY2(shown[0].find("inmodel: ") != std::string::npos, shown[0].c_str());
   }
 
+  void the_start_model_is_shown_until_there_are_iterations() {
+    open();
+    QCOMPARE(control<QComboBox>("Combo_iteration")->currentText(), QString("Start model"));
+    QVERIFY2(text("Text_min_res_model").endsWith(" / 100.00"), qPrintable(text("Text_min_res_model")));
+    QCOMPARE(text("Text_RMS"), QString("NA"));
+    run_to_the_end();
+    QCOMPARE(control<QComboBox>("Combo_iteration")->itemText(0), QString("0"));
+    QVERIFY(text("Text_RMS") != "NA");
+  }
+
   void each_run_has_one_window() {
     open();
     static_cast<void>(made::write_small_run(*folder_));
     (*interface_)->path_answers.push_back(folder_->path("startup"));
     windows_->open_chosen();  // without iterations: a question, and the answer is no
     QCOMPARE((*interface_)->questions.back(),
-             std::string(
-                 "No iteration files were found at the specified location. Open it to run its inversion?"));
+             std::string("No iteration files were found at the specified location. Open it to see its start "
+                         "model and run its inversion?"));
     QVERIFY(window_of(folder_->folder().filename()) == nullptr);
     (*interface_)->path_answers.push_back(folder_->path("startup"));
     (*interface_)->yes_no_answers = {true};

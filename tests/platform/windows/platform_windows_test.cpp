@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QFileIconProvider>
 #include <QInputDialog>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
@@ -12,6 +13,7 @@
 #include <algorithm>
 
 #include "platform/widgets/folder_model.h"
+#include "platform/widgets/outlined_style.h"
 #include "platform/widgets/vex_control_resizer.h"
 #include "platform/widgets/vex_splitter.h"
 #include "platform/windows/file_filter.h"
@@ -50,6 +52,25 @@ class PlatformWindowsTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void boxes_to_check_are_seen_on_dark_colours() {
+    QListWidget list;
+    list.setStyle(new OutlinedStyle);
+    list.style()->setParent(&list);
+    QPalette dark(QColor(50, 50, 54), QColor(38, 38, 42));
+    dark.setColor(QPalette::Base, QColor(28, 28, 30));
+    list.setPalette(dark);
+    auto* const item = new QListWidgetItem("", &list);
+    item->setCheckState(Qt::Unchecked);
+    const QImage picture = list.viewport()->grab(list.visualItemRect(item)).toImage();
+    int lightest = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = 0; x < picture.width(); ++x) {
+        lightest = std::max(lightest, picture.pixelColor(x, y).lightness());
+      }
+    }
+    QVERIFY2(lightest > 100, qPrintable(QString::number(lightest)));
+  }
+
   void file_filters_are_translated() {
     QCOMPARE(dialog_filters("Brenlox Database Files (*.mdb)|*.mdb|All files (*.*)|*.*"),
              QStringList({"Brenlox Database Files (*.mdb)", "All files (*)"}));

@@ -1,6 +1,8 @@
 // New values of many readings as one command: all of them or none, and back again.
 #include "reduction/edits/edit_many.h"
 
+#include <algorithm>
+
 #include "core/undo_stack.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/undo.h"
@@ -98,6 +100,63 @@ TEST_F(EditMany, Leaves_everything_as_it_was_after_a_stop_or_without_a_reading) 
   EXPECT_FALSE(interface->progress.empty());
   EXPECT_TRUE(made::whole_readings_table() == before);
   EXPECT_EQ(Module_Brenlox::undo_count(), 0U);
+}
+
+TEST_F(EditMany, Can_be_stopped_at_any_step_and_undone_with_a_stop) {
+  const std::string before = made::whole_readings_table();
+  int steps = 0;
+  interface->stop = [&steps] { return ++steps < 0; };
+  ASSERT_EQ(edit_many(of_the_line()), Edit::changed);
+  const std::string edited = made::whole_readings_table();
+  EXPECT_GE(steps, 3 * 12) << "noting, writing and computing";
+  EXPECT_EQ(interface->progress.front(), 0);
+  EXPECT_TRUE(std::ranges::is_sorted(interface->progress.begin(), std::ranges::find(interface->progress, -1)))
+      << "one bar over the whole";
+  for (const int last : {5, 18, 30}) {
+    SCOPED_TRACE(last);
+    int asked = 0;
+    interface->stop = [&] { return ++asked > last; };
+    EXPECT_EQ(undo_last_change().edit, Edit::nothing);
+    EXPECT_TRUE(made::whole_readings_table() == edited);
+    EXPECT_EQ(Module_Brenlox::top_undo().size(), 12U);
+  }
+  interface->stop = [] { return false; };
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+}
+
+// What an undo computes anyhow takes most of the memory that a command needs.
+TEST_F(EditMany, Keeps_the_values_of_derived_rows_only_where_an_undo_needs_them) {
+  const auto kept_bytes = [] {
+    std::size_t bytes = 0;
+    for (const UndoEntry& entry : Module_Brenlox::top_undo()) {
+      bytes += entry.reduction == nullptr ? 0 : entry.reduction->average.data_bytes.size();
+    }
+    return bytes;
+  };
+  const std::string before = made::whole_readings_table();
+  ASSERT_EQ(edit_many(of_the_line()), Edit::changed);
+  EXPECT_EQ(kept_bytes(), 0U) << "other repeats are still in use";
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == before);
+
+  std::vector<UndoEntry> off;
+  for (const std::int32_t ID : rows_of("ReductionType = 0 AND Station = 200 AND SampleRate = 256")) {
+    off.push_back({ID, UndoFlags{false, true, true}});
+  }
+  ASSERT_EQ(edit_many(off), Edit::changed);
+  EXPECT_GT(kept_bytes(), 0U) << "nothing is left to compute from";
+  std::vector<UndoEntry> on = off;
+  for (UndoEntry& entry : on) {
+    entry.earlier = UndoFlags{true, true, true};
+  }
+  const std::string without = made::whole_readings_table();
+  ASSERT_EQ(edit_many(on), Edit::changed);
+  EXPECT_GT(kept_bytes(), 0U) << "before there was nothing to compute from";
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == without);
+  ASSERT_EQ(undo_last_change().edit, Edit::changed);
+  EXPECT_TRUE(made::whole_readings_table() == before);
 }
 
 TEST_F(EditMany, Undo_leaves_a_row_alone_that_belongs_to_another_reading_by_now) {

@@ -275,6 +275,15 @@ class MapTest : public QObject, private WindowFixture {
     QVERIFY(site_at(contents(), view().rect(), place_of(0)) == 0U);
   }
 
+  void names_of_an_upright_row_are_beside_their_dots() {
+    TakenRooms taken;
+    const std::vector<NamedDot> dots{{QPointF(100.0, 50.0), 4.0, "100", true},
+                                     {QPointF(100.0, 80.0), 4.0, "200", true}};
+    const auto names = placed_names(dots, QFontMetricsF{QFont()}, QRectF(0.0, 0.0, 200.0, 200.0), taken);
+    QCOMPARE(names.size(), 2U);
+    QVERIFY(names[0].room.left() > 100.0 && names[1].room.left() > 100.0);
+  }
+
   void names_stay_out_of_one_another() {
     const QFontMetricsF metrics{QFont()};
     std::vector<NamedDot> dots;
