@@ -5,6 +5,7 @@
 #include <map>
 
 #include "import/remark_kinds.h"
+#include "import/report_texts.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/import/import_fixture.h"
 
@@ -145,6 +146,8 @@ TEST_F(ReportGroups, What_needs_an_action_comes_first_with_the_option) {
              "1 file: replaced readings of an earlier import", "1 file: 'x' is not a number, taken as absent",
              "2 files: block \u2026 is not used (>COH, >TROT)"}));
   EXPECT_TRUE(report.has_remarks());
+  EXPECT_NE(counts_text(report, ImportMode::import).find(", 1 file without a reading or with an error"),
+            std::string::npos);
   const std::vector<ReportGroup> of_batch = groups();
   const std::vector<ReportGroup> of_window = groups(OptionNames::window);
   EXPECT_NE(of_batch[2].advice.find("--turn-ey"), std::string::npos);
