@@ -29,11 +29,11 @@ import time
 ROOMS = "reduction,output,display,occam,import,projections,database"
 SLOW = ("tests/kills/", "tests/soak/")  # minutes each, and made for other faults
 
-# Comments, texts and directives hold no logic; the sizes that are reserved and the gaps in a window change no result.
+# Comments, texts and directives hold no logic; reserved sizes, gaps in a window and the log change no result.
 NO_LOGIC = re.compile(
     r'//[^\n]*|/\*.*?\*/|R"(?P<mark>[^(]*)\(.*?\)(?P=mark)"|"(?:\\.|[^"\\\n])*"|(?<![\w])\'(?:\\.|[^\'\\\n])+\''
     r"|^[ \t]*#(?:\\\n|[^\n])*"
-    r"|\bstatic_assert\b[^;]*;|\b(?:reserve|setSpacing|setContentsMargins)\([^;]*;",
+    r"|\bstatic_assert\b[^;]*;|\b(?:reserve|setSpacing|setContentsMargins|write_debug)\([^;]*;",
     re.DOTALL | re.MULTILINE,
 )
 # The format of the sources puts spaces around operators of two operands and none inside of template brackets.

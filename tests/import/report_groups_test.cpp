@@ -5,6 +5,7 @@
 #include <map>
 
 #include "import/remark_kinds.h"
+#include "import/report_texts.h"
 #include "tests/formats/edi/made_edi.h"
 #include "tests/import/import_fixture.h"
 
@@ -145,6 +146,13 @@ TEST_F(ReportGroups, What_needs_an_action_comes_first_with_the_option) {
              "1 file: replaced readings of an earlier import", "1 file: 'x' is not a number, taken as absent",
              "2 files: block \u2026 is not used (>COH, >TROT)"}));
   EXPECT_TRUE(report.has_remarks());
+  ImportReport some;
+  some.files = {read_file("a.edi"), read_file("b.edi"), read_file("c.edi")};
+  some.files[0].readings = 0;
+  some.files[1].failure = "the file is cut; what stands before that is stored";
+  some.files[2].readings = 1;
+  EXPECT_NE(counts_text(some, ImportMode::import).find(", 2 files without a reading or with an error"),
+            std::string::npos);
   const std::vector<ReportGroup> of_batch = groups();
   const std::vector<ReportGroup> of_window = groups(OptionNames::window);
   EXPECT_NE(of_batch[2].advice.find("--turn-ey"), std::string::npos);

@@ -196,6 +196,9 @@ TEST_F(Definition_list, Takes_nothing_of_a_file_with_a_fault_and_says_where_it_i
       {header + "Bad,4283.5,2,2,0,0,0,0,,0,0,0,6,55",
        "line 3: '4283.5' in column Datum is not a whole number"},
       {header + "\"Bad,4283,2,2,0,0,0,0,,0,0,0,6,55", "line 3: a quote has no end"},
+      {"Name,projection,hemisphere,Origin_Longitude,Origin_Latitude,Standard_parallel_1,Standard_parallel_2,"
+       "False_easting,False_northing,Scale_factor,Zone_width,Zone_number,Datum\nBad,2,2,0,0,0,0,0,0,0,6,54",
+       "line 2: there are 12 columns where 13 are needed"},
       {"Name;Datum\nBad;4283", "the header has no column Name"},
       {"Name,Datum,projection,hemisphere\nBad,1,2,3", "the header has no column Origin_Longitude"},
       {std::string("\xFF\xFEN\0\n\0x\0", 8), "the header has no column Name"},

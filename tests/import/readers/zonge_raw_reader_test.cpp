@@ -135,6 +135,7 @@ TEST_F(ZongeRawReader, Drops_blocks_with_faults_and_keeps_the_others) {
   ASSERT_EQ(told.unreadable.size(), 2U);
   EXPECT_EQ(told.unreadable[0].text, "UTM.STN line 2: x 'abc' is not a number, taken as 0");
   EXPECT_EQ(told.unreadable[1].text, "3 blocks are not stored; the account says why");
+  EXPECT_EQ(told.unreadable[1].line, 0) << "of no line";
   EXPECT_EQ(told.readings, 5);  // 4 of the second block, EyHx of the sixth
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND DipoleLength = 50 AND DataType = 'EyHx'"), 1);
   EXPECT_EQ(rows_in("FileTable"), 2);  // the second header stands behind readings

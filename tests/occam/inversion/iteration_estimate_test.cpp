@@ -53,7 +53,10 @@ TEST(Iteration_estimate, Shares_grow_and_stay_below_the_whole_whatever_the_numbe
 TEST(Iteration_estimate, Times_come_from_what_was_measured) {
   Course course;
   EXPECT_FALSE(course.estimate.seconds_left());
+  course.estimate.take({0, 0, 0.4, true}, 99.0);
+  EXPECT_NEAR(course.estimate.share(), 0.4, 1e-9);  // of the start's response
   course.part(0, 0, 2.0);
+  EXPECT_NEAR(course.estimate.share(), 0.99, 1e-9);
   EXPECT_EQ(course.estimate.text(), "Response of the start, less than 1 s left");
   course.iteration(1, 8);
   course.iteration(2, 8);
