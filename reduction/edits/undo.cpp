@@ -84,7 +84,7 @@ const ReadingKey& key_to_show(const CommandExchange& exchange) {
       ->row.key;
 }
 
-/// Brings data sets and selection up to date with what was written; a failure has its message.
+/// Brings data sets and selection up to date with what was written.
 UndoResult show_exchange(const CommandExchange& exchange) {
   bool profile_is_current = true;
   for (const WrittenEntry& each : exchange.written) {
