@@ -55,8 +55,8 @@ void ExpressionTranslator::put_parameter(Value value) {
 }
 
 // A text that reached a statement without text_literal could carry words of the dialect behind an apostrophe.
-// These two rules let such words only narrow a condition: nothing but AND follows a text literal, and OR must be in
-// parentheses.
+// These two rules let such words only narrow a condition: nothing but AND follows a text literal, and OR must
+// be in parentheses.
 void ExpressionTranslator::check_text_literals(const std::vector<Token>& tokens, std::size_t first,
                                                std::size_t end) const {
   bool has_text = false;

@@ -27,7 +27,8 @@ Error syntax_error(std::string_view statement);
 
 /// Cuts a statement into tokens, the last of kind `end`. A text literal ends at the first apostrophe
 /// that isn't written twice; anything but a blank or a sign right after it is a syntax error, like comments,
-/// semicolons between tokens and characters that the dialect doesn't know. One semicolon at the end is dropped.
+/// semicolons between tokens and characters that the dialect doesn't know. One semicolon at the end is
+/// dropped.
 std::vector<Token> tokens_of(std::string_view statement);
 
 }  // namespace dao

@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "occam/windows/picture_model.h"
 #include "occam/windows/results_windows.h"
 #include "platform/files/file_lock.h"
 #include "tests/occam/windows/small_run.h"
@@ -319,7 +320,11 @@ class InversionWindowTest : public QObject {
     (*interface_)->path_answers.push_back(folder_->path("startup"));
     (*interface_)->yes_no_answers = {true};
     windows_->open_chosen();
-    QVERIFY(window_of(folder_->folder().filename()) != nullptr);
+    auto* const fresh = window_of(folder_->folder().filename());
+    QVERIFY(fresh != nullptr);
+    const auto* const section = fresh->findChild<const PictureModel*>();
+    QVERIFY2(!section->picture().geometry.rectangles.empty(), "the model that it starts with");
+    QVERIFY(section->picture().note.isEmpty());
     (*interface_)->path_answers.push_back(folder_->path("run/startup"));
     windows_->open_chosen();
     QCOMPARE(window_of("run"), window_);
