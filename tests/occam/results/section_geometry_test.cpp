@@ -28,7 +28,8 @@ TEST(Suggested_range, Half_decades_hold_the_model) {
   };
   const Case cases[] = {{{1.2, 2.6, 2.1}, 1.0, 3.0},
                         {{-0.2, 2.5}, -0.5, 2.5},
-                        {{2.0, 2.0}, 2.0, 2.5},
+                        {{2.0, 2.1}, 2.0, 2.5},
+                        {{2.0, 2.0}, 1.0, 3.0},         // a half space has the colour in the middle
                         {{1.2, 1e300, 1.3}, 1.0, 1.5},  // what has run away isn't followed
                         {{}, 0.0, 3.0}};
   for (const Case& c : cases) {
