@@ -183,13 +183,12 @@ void PlanPanel::show_all() {
 
 void PlanPanel::keyPressEvent(QKeyEvent* event) {
   const QPointF middle = QRectF(Picture_site_map_->rect()).center();
-  if (shows_raw_data()) {
-    QWidget::keyPressEvent(event);
-  } else if (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Equal) {
+  const int key = shows_raw_data() ? 0 : event->key();
+  if (key == Qt::Key_Plus || key == Qt::Key_Equal) {
     zoom_about(1, middle);
-  } else if (event->key() == Qt::Key_Minus) {
+  } else if (key == Qt::Key_Minus) {
     zoom_about(-1, middle);
-  } else if (event->key() == Qt::Key_Home) {
+  } else if (key == Qt::Key_Home) {
     show_all();
   } else {
     QWidget::keyPressEvent(event);

@@ -106,9 +106,9 @@ SeenLine current_line(const std::vector<SeenStation>& seen) {
   if (current < 1) {
     return {};
   }
-  const auto [first, end] = std::ranges::equal_range(
-      seen, line_of(current), {}, [](const SeenStation& each) { return line_of(each.index); });
-  return {first, end};
+  const auto line = [](const SeenStation& each) { return line_of(each.index); };
+  return {std::ranges::lower_bound(seen, line_of(current), {}, line),
+          std::ranges::upper_bound(seen, line_of(current), {}, line)};
 }
 
 double line_mark_width(bool coloured) { return coloured ? coloured_width + 5.0 : line_width; }
