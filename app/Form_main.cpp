@@ -315,7 +315,11 @@ void Form_main::connect_help_menu() {
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
-  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
+  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] {
+    Form_Whats_New changes(this);
+    connect(&changes, &Form_Whats_New::page_asked_for, help_key_, &HelpKey::show_page);
+    changes.exec();
+  });
 }
 
 void Form_main::add_keys() {

@@ -8,6 +8,13 @@ Form_Whats_New::Form_Whats_New(QWidget* parent)
     : QDialog(parent), ui_(std::make_unique<Ui::Form_Whats_New>()) {
   ui_->setupUi(this);
   ui_->Text_whats_new->setMarkdown(changelog());
+  ui_->Text_whats_new->setOpenLinks(false);
+  connect(ui_->Text_whats_new, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
+    const QString folder("docs/");
+    if (link.path().startsWith(folder)) {
+      Q_EMIT page_asked_for(link.path().mid(folder.size()));
+    }
+  });
   resize_to_fit(*this, {fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 24});
   connect(ui_->Command_done, &QPushButton::clicked, this, &QDialog::accept);
 }

@@ -18,9 +18,11 @@ void HelpKey::show_tutorial() {
   tutorial_->activateWindow();
 }
 
-void HelpKey::show_keys() {
+void HelpKey::show_keys() { show_page("keys.md"); }
+
+void HelpKey::show_page(const QString& name) {
   show_tutorial();
-  tutorial_->show_page("keys.md");
+  tutorial_->show_page(name);
 }
 
 // While a modal window is up only its own child windows take input, so the tutorial is one of them for as

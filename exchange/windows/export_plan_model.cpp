@@ -71,6 +71,9 @@ int ExportPlanModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ExportPlanModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {  // Ctrl+C without a current row
+    return {};
+  }
   const auto column = static_cast<ExportColumn>(index.column());
   const ExportRow& row = row_at(index);
   switch (role) {

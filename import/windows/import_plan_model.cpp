@@ -130,6 +130,9 @@ int ImportPlanModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ImportPlanModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {  // Ctrl+C without a current row
+    return {};
+  }
   const PlanColumn column = column_of(index);
   const QString text = qt_text(plan_cell_text(section(index.row()), column));
   switch (role) {

@@ -31,6 +31,9 @@ int CheckedRows::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant CheckedRows::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {  // Ctrl+C without a current row
+    return {};
+  }
   const auto row = static_cast<std::size_t>(index.row());
   if (role == Qt::CheckStateRole && index.column() == 0) {
     return checked_.contains(row) ? Qt::Checked : Qt::Unchecked;

@@ -66,6 +66,10 @@ class SurveyEditsTest : public QObject, private MainViewFixture {
       QTest::keyClick(files, Qt::Key_A, Qt::ControlModifier);
       QTest::keyClick(files, Qt::Key_Space);
       QCOMPARE(text_of(dialog, "Label_what_goes"), "1 file, 1 reading, 1 station and 1 line go.");
+      dialog.findChild<QLineEdit*>("Text_filter")->setText("no file is called so");
+      QCOMPARE(files->model()->rowCount(), 0);
+      QTest::keyClick(files, Qt::Key_C, Qt::ControlModifier);  // nothing to copy
+      QVERIFY(!files->model()->data({}).isValid());
       dialog.findChild<QLineEdit*>("Text_filter")->clear();
       QCOMPARE(files->model()->rowCount(), 7);
       dialog.findChild<QTabWidget*>("Tab_contents")->setCurrentIndex(1);

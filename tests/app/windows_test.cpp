@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QDialog>
+#include <QFile>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -324,6 +325,46 @@ class WindowsTest : public QObject, private MainViewFixture {
     Form_tutorial* const tutorial = tutorial_on_show();
     QVERIFY(tutorial != nullptr);
     QCOMPARE(tutorial->parentWidget(), window_.get());
+  }
+
+  /// A link of the changes brings the page, which can be worked beside them; no link leads to an empty page.
+  void links_of_the_changes_and_of_the_pages_lead_somewhere() {
+    const auto links_of = [](const QTextBrowser& browser) {
+      QStringList links;
+      for (QTextBlock block = browser.document()->begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+          links.append(part.fragment().charFormat().anchorHref());
+        }
+      }
+      links.removeAll(QString());
+      links.removeDuplicates();
+      return links;
+    };
+    const auto is_page = [](const QUrl& page) {
+      return page.scheme().startsWith("http") || QFile::exists(":" + page.path());
+    };
+    QTimer::singleShot(0, window_.get(), [&] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      auto* const changes = dialog->findChild<QTextBrowser*>("Text_whats_new");
+      const QStringList links = links_of(*changes);
+      QVERIFY(links.size() > 5);
+      for (const QString& link : links) {
+        Q_EMIT changes->anchorClicked(QUrl(link));
+        Form_tutorial* const tutorial = tutorial_on_show();
+        QVERIFY2(tutorial != nullptr && tutorial->parentWidget() == dialog, qPrintable(link));
+        const QUrl shown = tutorial->findChild<QTextBrowser*>("Text_tutorial")->source();
+        QVERIFY2(shown.path().endsWith(QUrl(link).path()) && is_page(shown), qPrintable(link));
+      }
+      dialog->close();
+    });
+    menu("menu_whats_new");
+    auto* const pages = tutorial_on_show()->findChild<QTextBrowser*>("Text_tutorial");
+    for (const QString& name : manual_page_names()) {
+      pages->setSource(manual_page(name), QTextDocument::MarkdownResource);
+      for (const QString& link : links_of(*pages)) {
+        QVERIFY2(is_page(pages->source().resolved(QUrl(link))), qPrintable(name + ": " + link));
+      }
+    }
   }
 
   void unsaved_frequencies_are_gone_back_to_discarded_or_saved() {
