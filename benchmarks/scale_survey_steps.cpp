@@ -66,6 +66,7 @@ Cost cost_of(const std::function<void()>& step) {
 /// The middle of several turns, by processor time.
 Cost middle_cost(const std::function<void(int turn)>& step) {
   std::vector<Cost> costs;
+  costs.reserve(turns);
   for (int turn = 0; turn < turns; ++turn) {
     costs.push_back(cost_of([&] { step(turn); }));
   }

@@ -12,8 +12,9 @@ std::vector<PagePart> station_page_parts(std::size_t scan_rates) {
   const double height = 1.0 / static_cast<double>(std::max<std::size_t>(down, 1));
   std::vector<PagePart> parts{{0.0, 0.0, width, 1.0}};
   for (std::size_t rate = 0; rate < scan_rates; ++rate) {
-    parts.push_back({width * static_cast<double>(1 + rate % most_in_a_row),
-                     height * static_cast<double>(rate / most_in_a_row), width, height});
+    const std::size_t row = rate / most_in_a_row;
+    const std::size_t column = 1 + rate % most_in_a_row;
+    parts.push_back({width * static_cast<double>(column), height * static_cast<double>(row), width, height});
   }
   return parts;
 }

@@ -63,7 +63,7 @@ std::optional<LineChoice> chosen_kind(const AskedLines& asked, const std::string
 
 /// The lines that are named, all without a name; none after a message.
 std::vector<std::string> named_lines(const AskedLines& asked) {
-  const std::vector<std::string> lines = Module_database::listed_lines();
+  std::vector<std::string> lines = Module_database::listed_lines();
   if (lines.empty()) {
     user_interface().show_message("The survey has no lines");
     return {};

@@ -42,6 +42,7 @@ GraphPairWidget::GraphPairWidget(const QString& name, XAxis x_axis, QWidget* par
     connect(graph, &VexGraphControl::points_enclosed, this,
             [this, component](const std::vector<graph::PointIndex>& points) {
               std::vector<Module_display_data::PlotPlace> places;
+              places.reserve(points.size());
               for (const graph::PointIndex& at : points) {
                 places.push_back({static_cast<std::size_t>(at.series), static_cast<std::size_t>(at.point)});
               }

@@ -159,8 +159,9 @@ std::optional<MapPlace> PlaceMap::on_map(const GeographicPlace& place) const {
   }
 }
 
-LinePlaces::LinePlaces(std::vector<MapPlace> places, std::vector<KnownSite> known) {
+LinePlaces::LinePlaces(const std::vector<MapPlace>& places, const std::vector<KnownSite>& known) {
   std::vector<MapPlace> of_survey;
+  of_survey.reserve(known.size());
   for (const KnownSite& site : known) {
     of_survey.push_back(site.place);
   }
@@ -239,6 +240,7 @@ void LinePlaces::set_zero_of_known(const std::vector<KnownSite>& known) {
     direction_ = covariance > 0.0 ? 1.0 : -1.0;
   }
   std::vector<double> zeros;
+  zeros.reserve(known.size());
   for (const KnownSite& site : known) {
     zeros.push_back(site.station - direction_ * line_->along(site.place));
   }

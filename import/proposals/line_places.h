@@ -43,7 +43,7 @@ class LinePlaces {
  public:
   /// @param places of the import, in the order of its files
   /// @param known the survey's sites of the line: they keep zero and direction
-  LinePlaces(std::vector<numerics::geodesy::MapPlace> places, std::vector<KnownSite> known);
+  LinePlaces(const std::vector<numerics::geodesy::MapPlace>& places, const std::vector<KnownSite>& known);
 
   /// Whether the places are on a line: their RMS distance from it is below a tenth of its length. Places that
   /// are far away from all others don't count, up to a tenth of them.

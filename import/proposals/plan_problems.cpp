@@ -181,8 +181,9 @@ void find_common_stations(std::vector<PlannedSection>& rows, std::span<const Sca
     if (!are_apart && !nothing_tells) {
       continue;
     }
-    const std::string stations = plain_text(common.count) + (common.count == 1 ? " station" : " stations") +
-                                 " of line " + a.line + " in common with ";
+    std::string stations = plain_text(common.count);
+    stations += common.count == 1 ? " station" : " stations";
+    stations += " of line " + a.line + " in common with ";
     const std::string why = are_apart
                                 ? ", up to " + format_number(common.farthest, "0") + " m apart"
                                 : ", and no places that tell whether they are the same: two lines may be one";
