@@ -1,7 +1,5 @@
 #include "app/Form_main.h"
 
-#include <QAbstractItemView>
-#include <QAbstractSlider>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -9,11 +7,8 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QResizeEvent>
 #include <QScreen>
-#include <QShortcut>
-#include <QTabBar>
 
 #include "app/given_files.h"
 #include "app/help/Form_Whats_New.h"
@@ -28,14 +23,16 @@
 #include "app/rhoplus_windows.h"
 #include "app/sample_survey_file.h"
 #include "app/session_start.h"
+#include "app/station_keys.h"
 #include "app/survey_display.h"
 #include "app/survey_file_commands.h"
+#include "app/survey_tools.h"
 #include "app/tensor_windows.h"
 #include "app/tools/Form_find_file.h"
-#include "app/tools/Form_frequency.h"
 #include "app/tools/Form_memory_status.h"
 #include "app/view_menu.h"
 #include "app/view_settings.h"
+#include "app/window_size.h"
 #include "app/work_line.h"
 #include "core/finished_work.h"
 #include "core/preferences.h"
@@ -43,9 +40,7 @@
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/undo_stack.h"
-#include "database/frequency_store.h"
 #include "database/survey_database.h"
-#include "database/windows/Form_view_table.h"
 #include "display/windows/line_document.h"
 #include "display/windows/marking_actions.h"
 #include "exchange/windows/Form_transfer_functions.h"
@@ -53,29 +48,20 @@
 #include "import/windows/Form_import_MTData.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
 #include "occam/windows/results_windows.h"
-#include "platform/settings_store/settings_store.h"
 #include "platform/system/system_facts.h"
 #include "platform/widgets/dropped_files.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/typed_text.h"
 #include "platform/widgets/window_order.h"
-#include "reduction/averages.h"
 #include "survey_edits/undo_removal.h"
-#include "survey_edits/windows/Form_remove_readings.h"
-#include "survey_edits/windows/Form_rename.h"
 #include "tensor/windows/section_pages.h"
 #include "tensor/windows/strike_figures.h"
 #include "ui_Form_main.h"
 
 namespace {
 
-constexpr QSize design_size(1240, 760);
-constexpr QSize frame_room(8, 48);  // frame and title of a window
 constexpr int split_settles_milliseconds = 100;
 constexpr int idle_milliseconds = 3000;
-constexpr const char* application = "Marrowgate";
-constexpr const char* settings_section = "Brenlox";
-constexpr const char* maximized_key = "MainWindowMaximized";
 
 UTIL::DisplayFacts display_facts(const QScreen& screen) {
   UTIL::DisplayFacts facts;
@@ -89,16 +75,6 @@ UTIL::DisplayFacts display_facts(const QScreen& screen) {
 
 /// An ampersand in a path is no mnemonic.
 QString menu_text(int number, QString path) { return QString("&%1 ").arg(number) + path.replace('&', "&&"); }
-
-/// Controls in which Left and Right move something. Text boxes see to it that they get these keys.
-bool uses_left_and_right(const QWidget* control) {
-  if (const auto* const bar = qobject_cast<const QAbstractSlider*>(control)) {
-    return bar->orientation() == Qt::Horizontal;
-  }
-  return qobject_cast<const QAbstractItemView*>(control) != nullptr ||
-         qobject_cast<const QRadioButton*>(control) != nullptr ||
-         qobject_cast<const QTabBar*>(control) != nullptr;
-}
 
 /// The copy opens where the survey was looked at.
 bool save_and_stay() {
@@ -131,12 +107,12 @@ Form_main::Form_main(QWidget* parent)
   resizer_->capture_layout();
   Module_Brenlox::start_session(display_facts(*screen()));
   version_->setText("Brenlox Version " + QString::fromStdString(session().version_text));
-  size_from_preferences();
+  restore_size(*this);
   connect_file_menu();
   connect_data_menus();
   connect_output_menus();
   connect_help_menu();
-  add_keys();
+  add_station_keys(*ui_->Selection_row);
   fill_toolbar();
   Module_Brenlox::reset_session();
   show_no_survey();
@@ -166,6 +142,7 @@ void Form_main::compose() {
   ui_->display_layout->addWidget(output_);
   output_->hide();
 
+  survey_tools_ = new SurveyTools(*display_, *this);
   rhoplus_ = new RhoplusWindows(*display_, *this);
   tensor_ = new TensorWindows(*display_, *this);
   results_ = new ResultsWindows(this);
@@ -259,13 +236,13 @@ void Form_main::connect_file_menu() {
 }
 
 void Form_main::connect_data_menus() {
-  connect(ui_->menu_Recalculate_merged, &QAction::triggered, this, &Form_main::recalculate_merged);
+  connect(ui_->menu_Recalculate_merged, &QAction::triggered, survey_tools_, &SurveyTools::recalculate_merged);
   connect(ui_->menu_import_MT, &QAction::triggered, this, &Form_main::import_data);
   for (std::size_t index = 0; index < Module_database::viewed_tables.size(); ++index) {
     connect(menu_item("menu_view_table", static_cast<int>(index)), &QAction::triggered, this,
-            [this, index] { view_table(Module_database::viewed_tables.at(index)); });
+            [this, index] { survey_tools_->view_table(Module_database::viewed_tables.at(index)); });
   }
-  connect(ui_->menu_thresholds, &QAction::triggered, this, &Form_main::select_frequencies);
+  connect(ui_->menu_thresholds, &QAction::triggered, survey_tools_, &SurveyTools::select_frequencies);
   connect_survey_edits();
   connect(ui_->menu_undo, &QAction::triggered, display_, &SurveyDisplay::undo);
   connect(ui_->menu_redo, &QAction::triggered, display_, &SurveyDisplay::redo);
@@ -280,9 +257,14 @@ void Form_main::connect_data_menus() {
 }
 
 void Form_main::connect_survey_edits() {
-  connect(ui_->menu_database_remove, &QAction::triggered, this, &Form_main::remove_readings);
-  connect(ui_->menu_database_undo_removal, &QAction::triggered, this, &Form_main::undo_removal);
-  connect(ui_->menu_database_rename, &QAction::triggered, this, &Form_main::rename_line_or_station);
+  connect(survey_tools_, &SurveyTools::readings_changed, this, [this] {
+    rhoplus_->close_results();
+    survey_changed();
+  });
+  connect(ui_->menu_database_remove, &QAction::triggered, survey_tools_, &SurveyTools::remove_readings);
+  connect(ui_->menu_database_undo_removal, &QAction::triggered, survey_tools_, &SurveyTools::undo_removal);
+  connect(ui_->menu_database_rename, &QAction::triggered, survey_tools_,
+          &SurveyTools::rename_line_or_station);
 }
 
 void Form_main::connect_output_menus() {
@@ -322,19 +304,6 @@ void Form_main::connect_help_menu() {
   });
 }
 
-void Form_main::add_keys() {
-  for (const int step : {-1, 1}) {  // children of the row: without effect while it is hidden
-    const QKeySequence keys(step < 0 ? Qt::Key_Left : Qt::Key_Right);
-    auto* const key = new QShortcut(keys, ui_->Selection_row);
-    connect(key, &QShortcut::activated, this, [this, step] { ui_->Selection_row->step_station(step); });
-    connect(qApp, &QApplication::focusChanged, key,
-            [key, keys](const QWidget* /*left*/, const QWidget* focused) {
-              // A disabled shortcut would still keep the key from the control.
-              key->setKey(uses_left_and_right(focused) ? QKeySequence() : keys);
-            });
-  }
-}
-
 void Form_main::fill_toolbar() {
   toolbar_ = new MainToolbar(this);
   addToolBar(toolbar_);
@@ -369,21 +338,6 @@ void Form_main::fill_toolbar() {
 
 QAction* Form_main::menu_item(const char* array, int index) const {
   return findChild<QAction*>(QString("%1_%2").arg(array).arg(index));
-}
-
-void Form_main::size_from_preferences() {
-  // The size may come from a larger screen, or from a file that holds any number.
-  const QSize room = screen()->availableSize() - frame_room;
-  const auto pixels = [](float stored, int most) {
-    return stored < static_cast<float>(most) ? static_cast<int>(stored) : most;
-  };
-  const QSize stored(pixels(session().form_width, room.width()),
-                     pixels(session().form_height, room.height()));
-  const bool is_given = session().form_width >= 1.0F && session().form_height >= 1.0F;
-  resize(is_given ? stored : design_size.boundedTo(room));
-  if (settings_store().value(application, settings_section, maximized_key, "0") == "1") {
-    setWindowState(windowState() | Qt::WindowMaximized);
-  }
 }
 
 void Form_main::open_survey(const QString& path) {
@@ -500,7 +454,7 @@ void Form_main::closeEvent(QCloseEvent* event) {
   leave_text_box();
   Module_Brenlox::remember_place(Module_Brenlox::place_on_show());
   Module_Brenlox::write_preferences();
-  settings_store().set_value(application, settings_section, maximized_key, isMaximized() ? "1" : "0");
+  keep_maximized(*this);
   rhoplus_->close_results();
   tensor_->close_all();
   event->accept();
@@ -600,12 +554,6 @@ void Form_main::write_transfer_functions() {
   Form_transfer_functions(export_entries_, Module_output::rhoplus_settings(), this).exec();
 }
 
-void Form_main::recalculate_merged() {
-  const BusyPointer busy;
-  static_cast<void>(Module_averaged_data::recalculate_merged());
-  display_->reload_readings();  // a failure or a stop keeps what was rebuilt by then
-}
-
 void Form_main::import_data() { run_import_dialog({}); }
 
 void Form_main::import_given(const std::vector<std::string>& paths) {
@@ -636,62 +584,5 @@ void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   if (!dialog.told().isEmpty()) {
     Module_Brenlox::tell_finished(dialog.told().toStdString() + " Stored in " + session().database_file,
                                   session().database_file);
-  }
-}
-
-void Form_main::remove_readings() {
-  const int result = trap_errors("An error occurred while reading the survey: ", [this] {
-    Module_database::require_writable();
-    return Form_remove_readings(Module_survey_edits::survey_contents(), this).exec() == QDialog::Accepted
-               ? 0
-               : -1;
-  });
-  if (result == 0) {
-    rhoplus_->close_results();
-    survey_changed();
-  }
-}
-
-void Form_main::undo_removal() {
-  std::string told;
-  if (Module_survey_edits::undo_removal(told) == Module_averaged_data::Outcome::finished) {
-    rhoplus_->close_results();
-    survey_changed();
-    user_interface().show_message(told);
-  }
-}
-
-void Form_main::rename_line_or_station() {
-  const int result = trap_errors("An error occurred while reading the survey: ", [this] {
-    Module_database::require_writable();
-    Form_rename dialog(Module_survey_edits::survey_contents(), session().current_line, this);
-    return dialog.exec() == QDialog::Accepted ? 0 : -1;
-  });
-  if (result == 0) {
-    rhoplus_->close_results();
-    survey_changed();
-  }
-}
-
-void Form_main::view_table(const Module_database::ViewedTable& table) {
-  static_cast<void>(trap_errors("An error occurred while opening the table: ", [&] {
-    Form_view_table(Module_database::working_file(), table, this).exec();
-  }));
-}
-
-void Form_main::select_frequencies() {
-  const std::int32_t reference_type = session().current_reference_type;
-  if (reference_type < 0) {
-    return;
-  }
-  auto frequencies = Module_database::load_reference_frequencies(reference_type);
-  if (!frequencies || frequencies->empty()) {
-    return;
-  }
-  Form_frequency dialog(std::move(*frequencies), this);
-  dialog.exec();
-  if (dialog.frequencies_changed() && session().current_station_index > 0 &&
-      Module_database::load_selected_frequencies() == 0) {
-    display_->redraw();
   }
 }

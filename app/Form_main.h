@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 
-#include "database/table_rows.h"
 #include "exchange/export_entries.h"
 #include "import/import_entries.h"
 #include "output/output_choices.h"
@@ -24,6 +23,7 @@ class OutputPanel;
 class ResultsWindows;
 class RhoplusWindows;
 class SurveyDisplay;
+class SurveyTools;
 class TensorWindows;
 class ViewMenu;
 class WorkLine;
@@ -57,9 +57,7 @@ class Form_main : public QMainWindow {
   void connect_data_menus();
   void connect_output_menus();
   void connect_help_menu();
-  void add_keys();
   void fill_toolbar();
-  void size_from_preferences();
   void apply_resize();
   void resizer_timer_event();
   void leave_text_box();
@@ -75,16 +73,10 @@ class Form_main : public QMainWindow {
   void write_line_document();
   void show_output_panel(Module_output::OutputKind kind);
   void write_transfer_functions();
-  void recalculate_merged();
   void import_data();
   void connect_survey_edits();
-  void remove_readings();
-  void undo_removal();
-  void rename_line_or_station();
   void import_given(const std::vector<std::string>& paths);
   void run_import_dialog(const std::vector<std::string>& given_files);
-  void select_frequencies();
-  void view_table(const Module_database::ViewedTable& table);
   [[nodiscard]] QAction* menu_item(const char* array, int index) const;
 
   std::unique_ptr<Ui::Form_main> ui_;
@@ -95,6 +87,7 @@ class Form_main : public QMainWindow {
   HelpKey* help_key_;
   WorkLine* work_line_ = nullptr;
   SurveyDisplay* display_ = nullptr;
+  SurveyTools* survey_tools_ = nullptr;
   ViewMenu* view_menu_ = nullptr;
   MainToolbar* toolbar_ = nullptr;
   MarkingActions* marking_ = nullptr;

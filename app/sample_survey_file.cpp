@@ -11,6 +11,7 @@
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
 #include "import/import_run.h"
+#include "import/sample_choices.h"
 #include "platform/files/safe_files.h"
 #include "samples/sample_survey.h"
 
@@ -19,19 +20,6 @@ namespace fs = std::filesystem;
 namespace Module_Brenlox {
 
 namespace {
-
-/// How the names of the sample's files, as L200E_S0100_E1_R0256.edi, are read.
-Module_data_file::ImportChoices sample_choices() {
-  using namespace Module_data_file;
-  ImportChoices choices;
-  choices.ReferenceType = 0;
-  choices.ReductionType = 0;
-  choices.decode[decode_line_number] = {true, 2, 4, ""};
-  choices.decode[decode_event] = {true, 14, 1, ""};
-  choices.decode[decode_sample_rate] = {true, 17, 4, ""};
-  choices.stations_by = StationsBy::sectid;
-  return choices;
-}
 
 std::vector<std::string> write_field_files(const fs::path& folder) {
   fs::create_directories(folder);
@@ -56,7 +44,8 @@ bool create_sample_survey() {
   static_cast<void>(trap_errors("An error occurred while making the sample survey: ", [&] {
     const BusyPointer busy;
     const std::vector<std::string> files = write_field_files(folder);
-    if (run_import(sample_choices(), files, Module_data_file::ImportMode::import, report) == 0 &&
+    if (run_import(Module_data_file::sample_choices(), files, Module_data_file::ImportMode::import, report) ==
+            0 &&
         !report.stopped) {
       tell_finished("The sample survey is " + survey.string() + ", its field files are in " + folder.string(),
                     folder.string());

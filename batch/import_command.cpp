@@ -12,6 +12,7 @@
 #include "batch/reading_option.h"
 #include "core/number_text.h"
 #include "core/trap_errors.h"
+#include "database/survey_moment.h"
 #include "formats/zonge/zonge_stn_file.h"
 #include "import/import_run.h"
 #include "import/quiet_interface.h"
@@ -226,11 +227,7 @@ int run_dry(const ImportOptions& options, const FoundFiles& files) {
   (void)trap_errors("An error occurred while copying the survey: ", [&] {
     const PrivateFolder folder;
     const std::string copy = (folder.path() / "survey.mdb").string();
-    for (const char* const part : {"", "-journal", "-wal"}) {
-      if (std::filesystem::exists(options.survey + part)) {
-        std::filesystem::copy_file(options.survey + part, copy + part);
-      }
-    }
+    Module_database::copy_with_log(options.survey, copy, {});
     auto quiet = std::make_unique<QuietInterface>();  // what opening does to the copy is done to nothing else
     status = with_open_survey(copy, [&] {
       quiet.reset();

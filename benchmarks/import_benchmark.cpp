@@ -22,8 +22,8 @@
 #include "core/session_state.h"
 #include "database/survey_database.h"
 #include "import/import_run.h"
+#include "import/sample_choices.h"
 #include "samples/edi_text.h"
-#include "tests/import/sample_choices.h"
 #include "tests/support/temporary_folder.h"
 
 namespace fs = std::filesystem;
@@ -80,12 +80,6 @@ std::vector<std::string> write_field_files(const TemporaryFolder& folder, std::s
     paths.push_back(folder.write(name, field_file_text(station, event)));
   }
   return paths;
-}
-
-ImportChoices choices() {
-  ImportChoices choices = sample_choices();
-  choices.stations_by = StationsBy::sectid;
-  return choices;
 }
 
 void make_survey(const std::string& path) {
@@ -204,8 +198,9 @@ void import_end_to_end(benchmark::State& state) {
       make_survey(survey);
       measure.work([&] {
         ImportReport report;
-        require(run_import(choices(), files, ImportMode::import, report) == 0 && !report.has_failures(),
-                "import");
+        require(
+            run_import(sample_choices(), files, ImportMode::import, report) == 0 && !report.has_failures(),
+            "import");
       });
       state.counters["peak_MB"] = peak_megabytes();
       require(Module_database::close_database() == 0, "close");
@@ -244,7 +239,7 @@ void open_survey_of_readings(benchmark::State& state) {
   const std::string survey = folder.path("survey.mdb");
   make_survey(survey);
   ImportReport report;
-  require(run_import(choices(), files, ImportMode::import, report) == 0, "import");
+  require(run_import(sample_choices(), files, ImportMode::import, report) == 0, "import");
   require(Module_database::close_database() == 0, "close");
   BesideBound measure(state);
   for (auto _ : state) {

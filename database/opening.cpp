@@ -16,6 +16,7 @@
 #include "database/other_names.h"
 #include "database/prepared_survey.h"
 #include "database/survey_database.h"
+#include "database/survey_lists.h"
 #include "database/upgrade.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/lock_holder.h"
@@ -60,6 +61,22 @@ std::string listed(const std::vector<dao::SchemaObject>& objects) {
   }
   const std::size_t others = objects.size() - std::min(objects.size(), most_named);
   return others == 0 ? text : text + " and " + std::to_string(others) + " more";
+}
+
+// The other stations can be worked on.
+void tell_damaged_stations(const std::vector<std::string>& faults) {
+  constexpr std::size_t most_named = 5;
+  if (faults.empty()) {
+    return;
+  }
+  std::string text = "Stations are left out of the lists, as their rows in StationsTable are damaged:";
+  for (std::size_t i = 0; i < std::min(faults.size(), most_named); ++i) {
+    text += "\n" + faults[i];
+  }
+  if (faults.size() > most_named) {
+    text += "\nand " + std::to_string(faults.size() - most_named) + " more";
+  }
+  user_interface().show_message(text);
 }
 
 // What the user has to know about the survey that is open now.
@@ -141,11 +158,13 @@ int open_prepared_survey(PreparedSurvey prepared) {
     prepared.missing_tables = upgrade_survey();
   }
   open_recordsets();
+  const std::vector<std::string> damaged = damaged_stations();
   if (prepared.backup) {
     prepared.backup->put_into_place();
   }
   session().data_changed = false;
   tell_findings(prepared);
+  tell_damaged_stations(damaged);
   return 0;
 }
 

@@ -81,10 +81,10 @@ std::vector<ListedStation> listed_stations() {
   // By the line's text as well: lines of the same number stay together.
   dao::Recordset rows = open_survey().database.open_recordset(
       "SELECT * FROM StationsTable ORDER BY Val(SurveyLine),SurveyLine,Station");
-  for (; !rows.eof(); rows.move_next()) {
-    stations.push_back(station_of(rows));
+  for_each_sound_row(rows, [&](const dao::Recordset& row) {
+    stations.push_back(station_of(row));
     note_spelling(spellings, stations.back());
-  }
+  });
   const auto spelling_of = [&](const ListedStation& station) -> const Spelling& {
     return spellings.at(dao::folded_text(station.line));
   };
@@ -109,13 +109,26 @@ std::vector<ListedStation> stations_with_readings(std::string_view line) {
       " AND Station IN (SELECT Station FROM ReadingsDataTable WHERE LineNumber = " + dao::text_literal(name) +
       " AND (ReductionType = 0 OR ReductionType = 1 OR ReductionType = 2)) ORDER BY Station");
   std::vector<ListedStation> stations;
-  for (; !rows.eof(); rows.move_next()) {
-    ListedStation station = station_of(rows);
+  for_each_sound_row(rows, [&](const dao::Recordset& row) {
+    ListedStation station = station_of(row);
     if (stations.empty() || station.station > stations.back().station) {  // lines of two spellings: two rows
       stations.push_back(std::move(station));
     }
-  }
+  });
   return stations;
+}
+
+std::vector<std::string> damaged_stations() {
+  std::vector<std::string> faults;
+  dao::Recordset rows = open_survey().database.open_recordset("SELECT * FROM StationsTable");
+  for (; !rows.eof(); rows.move_next()) {
+    try {
+      static_cast<void>(station_of(rows));
+    } catch (const dao::Error& fault) {
+      faults.emplace_back(fault.what());
+    }
+  }
+  return faults;
 }
 
 std::string spelled_line(std::string_view line) {

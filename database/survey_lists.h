@@ -26,6 +26,9 @@ std::vector<ListedStation> listed_stations();
 /// The stations of a line that have readings, ascending.
 std::vector<ListedStation> stations_with_readings(std::string_view line);
 
+/// What is wrong with each row of StationsTable that is damaged: the lists go without it.
+std::vector<std::string> damaged_stations();
+
 /// A line as the survey spells it; one without a station as it is given.
 std::string spelled_line(std::string_view line);
 

@@ -13,6 +13,7 @@
 #include "database/survey_summary.h"
 #include "fuzz/input_file.h"
 #include "import/import_run.h"
+#include "import/sample_choices.h"
 #include "platform/dao/error.h"
 #include "reduction/averages.h"
 #include "samples/sample_survey.h"
@@ -22,13 +23,6 @@ namespace {
 /// The bytes of a survey of one station with two repeats.
 std::string make_survey() {
   using namespace Module_data_file;
-  ImportChoices choices;
-  choices.ReferenceType = 0;
-  choices.ReductionType = 0;
-  choices.decode[decode_line_number] = {true, 2, 4, ""};
-  choices.decode[decode_event] = {true, 14, 1, ""};
-  choices.decode[decode_sample_rate] = {true, 17, 4, ""};
-  choices.stations_by = StationsBy::sectid;
   std::vector<std::string> files;
   for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
     if (files.size() < 2) {
@@ -40,7 +34,8 @@ std::string make_survey() {
   session().database_file = path;
   ImportReport report;
   if (Module_database::create_database() != 0 || Module_database::open_database() != 0 ||
-      run_import(choices, files, ImportMode::import, report) != 0 || Module_database::close_database() != 0) {
+      run_import(sample_choices(), files, ImportMode::import, report) != 0 ||
+      Module_database::close_database() != 0) {
     std::abort();
   }
   std::ifstream file(path, std::ios::binary);

@@ -2,6 +2,7 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "database/sound_rows.h"
 #include "database/survey_database.h"
 #include "platform/dao/text_literal.h"
 
@@ -18,9 +19,8 @@ std::set<double> stations_in_survey(const std::string& line) {
   }
   dao::Recordset rows = open_survey().database.open_recordset(
       "SELECT Station FROM StationsTable WHERE SurveyLine = " + dao::text_literal(line));
-  for (; !rows.eof(); rows.move_next()) {
-    stations.insert(rows.get_double("Station"));
-  }
+  Module_database::for_each_sound_row(
+      rows, [&](const dao::Recordset& row) { stations.insert(row.get_double("Station")); });
   return stations;
 }
 

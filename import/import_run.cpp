@@ -5,9 +5,7 @@
 #include <filesystem>
 #include <iterator>
 #include <optional>
-#include <set>
 #include <system_error>
-#include <tuple>
 #include <utility>
 
 #include "core/debug_log.h"
@@ -16,25 +14,23 @@
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "core/undo_stack.h"
-#include "database/frequency_store.h"
 #include "database/reading_facts.h"
 #include "database/stations.h"
 #include "database/survey_database.h"
 #include "import/file_decode.h"
+#include "import/file_transaction.h"
 #include "import/natural_order.h"
 #include "import/proposals/plan_maker.h"
 #include "import/quiet_interface.h"
 #include "import/readers/converted_place.h"
 #include "import/readers/reader_steps.h"
 #include "import/readers/reader_table.h"
+#include "import/reduce_touched.h"
 #include "import/store_blocks.h"
 #include "import/survey_file_names.h"
 #include "projections/survey_projection.h"
 #include "reduction/computed_rows.h"
-#include "reduction/derived_rows.h"
 #include "reduction/each_item.h"
-#include "reduction/skipped_groups.h"
-#include "reduction/stored_keys.h"
 
 namespace Module_data_file {
 
@@ -43,17 +39,11 @@ using formats::FileReport;
 namespace {
 
 using Module_averaged_data::each_item;
-using Module_averaged_data::EachItemRules;
 using Module_averaged_data::Outcome;
-using Module_averaged_data::SkippedGroups;
 using Module_averaged_data::WorkProgress;
 using Module_database::open_survey;
-using Module_database::ReadingKey;
 
-constexpr std::string_view import_failed = "An error occurred while importing the data file: ";
-constexpr std::string_view averaging_failed = "An error occurred while averaging the data: ";
 constexpr const char* nothing_found = "neither an impedance section (>=MTSECT) nor any other data was found";
-constexpr int stations_per_commit = 100;
 
 // When this many files in a row can't be stored for the same reason, the fault is not the files'.
 constexpr int repeated_failures = 3;
@@ -116,69 +106,6 @@ int test_choices(ImportMode mode, ReadingRecord& record) {
 void fail_file(FileReport& report, const std::string& reason) {
   report.failure = reason;
   user_interface().show_message(std::string(import_failed) + report.file + ": " + reason);
-}
-
-// Makes the open recordsets forget the rows that a roll-back removed.
-void requery_stores() {
-  open_survey().files.requery();
-  open_survey().readings.requery();
-  open_survey().stations.requery();
-  open_survey().locations.requery();
-  open_survey().sites.requery();
-  open_survey().reading_facts.requery();
-}
-
-// Whether a file with a failure brings less than its earlier import did.
-bool gave_less(const FileTask& task) {
-  const StoreNotes& notes = task.notes;
-  return !task.report.failure.empty() && notes.file_known &&
-         (task.report.readings < notes.replaced_readings ||
-          values_of_file(task.record.FileID) < notes.replaced_values);
-}
-
-// Ends the file's transaction. The readings of an earlier import of the file are replaced only when all new
-// ones have been stored.
-void end_transaction(dao::Transaction& transaction, FileTask& task) {
-  const StoreNotes& notes = task.notes;
-  FileReport& report = task.report;
-  const bool failed = report.readings == 0 || !notes.failure.empty() || gave_less(task);
-  const bool keep_earlier =
-      failed &&
-      (notes.file_known || (report.readings == 0 && rows_of_earlier_import(task.record) != nullptr));
-  if (!keep_earlier) {
-    transaction.commit();
-    own_rows_of_file(task.record);
-    task.record.run.keys_left.merge(task.notes.replaced_keys);
-    report.failure +=
-        report.failure.empty() || report.readings == 0 ? "" : "; what stands before that is stored";
-    return;
-  }
-  transaction.roll_back();
-  requery_stores();
-  report.readings = 0;
-  if (report.failure.empty()) {
-    report.failure = "the file gave no reading";
-  }
-  report.failure += "; the readings of its earlier import stay";
-}
-
-// Reads one file as one transaction. False if the survey takes no more files.
-bool import_in_transaction(FieldReader read, FileTask& task) {
-  const int result = trap_errors(import_failed, [&] {
-    try {
-      dao::Transaction transaction(open_survey().database);
-      (void)read(task);  // its failure is in the report, and the user has seen the message
-      end_transaction(transaction, task);
-    } catch (const std::exception& failure) {
-      task.report.readings = 0;
-      task.report.failure = std::string(import_failed) + failure_text(failure);
-      throw;
-    }
-  });
-  if (result != 0) {
-    (void)trap_errors(import_failed, requery_stores);
-  }
-  return result == 0;
 }
 
 void scan_file(FieldReader read, FileTask& task) {
@@ -298,168 +225,6 @@ Outcome import_files(ImportMode mode, const std::vector<std::string>& files, Rea
   }
   report.stopped = outcome == Outcome::stopped;
   return outcome;
-}
-
-void average_station(const ReadingRecord& record, const ScannedStation& scanned,
-                     Module_database::FrequencyLists& lists, SkippedGroups& skipped) {
-  const Module_database::StationRows place = Module_database::find_station(
-      Module_database::StationSearch::look_up, scanned.LineNumber, scanned.Station);
-  if (place.StationID < 0) {
-    return;
-  }
-  for (const std::string& data_type : record.scanned_types) {
-    const ReadingKey key{scanned.LineNumber, scanned.Station, scanned.ReferenceType,
-                         scanned.SampleRate, data_type,       scanned.DipoleLength};
-    skipped.attempt(key,
-                    [&] { Module_averaged_data::compute_average(place, key, lists.of(key.reference_type)); });
-  }
-}
-
-bool has_repeats(const ReadingKey& key) {
-  const Module_database::StationRows place =
-      Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-  const std::string criteria =
-      Module_averaged_data::key_criteria("FileID>0", place.StationID, "ReductionType=0", key);
-  return !open_survey().database.open_recordset("SELECT ID FROM ReadingsDataTable WHERE " + criteria).eof();
-}
-
-// The keys that replaced readings had. Those without readings come first: their averages are deleted, after
-// which the store looks through its rows anew.
-std::vector<ReadingKey> keys_to_renew(const KeySet& keys_left) {
-  std::vector<ReadingKey> keys(keys_left.begin(), keys_left.end());
-  std::stable_partition(keys.begin(), keys.end(), [](const ReadingKey& key) { return !has_repeats(key); });
-  return keys;
-}
-
-// An average of readings that have all gone goes with them.
-void renew_average(const ReadingKey& key, Module_database::FrequencyLists& lists) {
-  const Module_database::StationRows place =
-      Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-  if (place.StationID < 0) {
-    return;
-  }
-  if (has_repeats(key)) {
-    Module_averaged_data::compute_average(place, key, lists.of(key.reference_type));
-  } else {
-    Module_database::delete_readings(
-        Module_averaged_data::key_criteria("FileID<0", place.StationID, "ReductionType=1", key));
-  }
-}
-
-// Removes the merged curves that replaced readings were part of and that have no average any more.
-void drop_merged_without_averages(const KeySet& keys_left, const std::vector<ReadingKey>& averaged,
-                                  SkippedGroups& skipped) {
-  if (keys_left.empty()) {
-    return;
-  }
-  const KeySet kept(averaged.begin(), averaged.end());
-  KeySet dropped;
-  dao::Transaction transaction(open_survey().database);
-  for (ReadingKey key : keys_left) {
-    key.scan_rate = 0.0F;
-    if (kept.contains(key) || !dropped.insert(key).second) {
-      continue;
-    }
-    skipped.attempt(key, [&] {
-      const Module_database::StationRows place =
-          Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-      if (place.StationID >= 0) {
-        Module_database::delete_readings(
-            Module_averaged_data::key_criteria("FileID<0", place.StationID, "ReductionType=2", key));
-      }
-    });
-  }
-  transaction.commit();
-}
-
-std::vector<ReadingKey> merge_keys(const ReadingRecord& record, SkippedGroups& skipped) {
-  using Name = std::tuple<std::string, double, std::int32_t, float>;  // line, station, reference type, dipole
-  std::set<Name> touched;
-  for (const ScannedStation& scanned : record.scan_list) {
-    touched.emplace(upper_case(scanned.LineNumber), scanned.Station, scanned.ReferenceType,
-                    scanned.DipoleLength);
-  }
-  for (const ReadingKey& key : record.run.keys_left) {
-    touched.emplace(upper_case(key.line), key.station, key.reference_type, key.dipole);
-  }
-  using Module_averaged_data::ScanRate;
-  std::vector<ReadingKey> keys =
-      Module_averaged_data::stored_keys(Module_database::reduction_averaged, ScanRate::left_out, skipped);
-  drop_merged_without_averages(record.run.keys_left, keys, skipped);
-  std::erase_if(keys, [&](const ReadingKey& key) {
-    return !touched.contains({upper_case(key.line), key.station, key.reference_type, key.dipole});
-  });
-  return keys;
-}
-
-/// The rows of the station that was asked for last: keys of a station follow one another.
-class LastStation {
- public:
-  /// Throws dao::Error.
-  const Module_database::StationRows& rows(const ReadingKey& key) {
-    if (!is_known_ || key.station != station_ || key.line != line_) {
-      rows_ = Module_database::find_station(Module_database::StationSearch::look_up, key.line, key.station);
-      line_ = key.line;
-      station_ = key.station;
-      is_known_ = true;
-    }
-    return rows_;
-  }
-
- private:
-  bool is_known_ = false;
-  std::string line_;
-  double station_ = 0.0;
-  Module_database::StationRows rows_;
-};
-
-void merge_station(LastStation& station, const ReadingKey& key, Module_database::FrequencyLists& lists,
-                   SkippedGroups& skipped) {
-  skipped.attempt(key, [&] {
-    Module_averaged_data::compute_merged(station.rows(key), key, lists.of(key.reference_type));
-  });
-}
-
-/// Brings averages and merged curves of what was stored or replaced up to date. A stop doesn't end it:
-/// readings without their curves would be seen nowhere.
-void reduce_touched(const ReadingRecord& record, ImportReport& report) {
-  const std::vector<ReadingKey> left = keys_to_renew(record.run.keys_left);
-  if (record.scan_list.empty() && left.empty()) {
-    return;
-  }
-  Module_debug::write_debug(1, "reduce_touched");
-  const EachItemRules rules{.items_per_commit = stations_per_commit, .may_stop = false};
-  bool finishing = report.stopped;
-  const auto caption = [&](const char* what) { return finishing ? "Finishing: averages" : what; };
-  WorkProgress progress(caption("Averaging repeats"), record.scan_list.size() + left.size());
-  Module_database::FrequencyLists lists;
-  SkippedGroups skipped;
-  const auto each = [&](const std::function<void(std::size_t)>& work) {
-    (void)each_item(
-        progress,
-        [&](std::size_t index) {
-          if (!finishing && user_interface().stop_requested()) {
-            finishing = true;
-            progress.rename(caption(""));
-          }
-          work(index);
-          return 0;
-        },
-        rules);
-  };
-  each([&](std::size_t index) {
-    if (index < left.size()) {
-      skipped.attempt(left[index], [&] { renew_average(left[index], lists); });
-    } else {
-      average_station(record, record.scan_list[index - left.size()], lists, skipped);
-    }
-  });
-  const std::vector<ReadingKey> keys = merge_keys(record, skipped);
-  progress.begin(caption("Merging scan rates"), keys.size());
-  LastStation station;
-  each([&](std::size_t index) { merge_station(station, keys[index], lists, skipped); });
-  report.groups_skipped = skipped.count();
-  skipped.tell(std::string(averaging_failed));
 }
 
 // What the files say of their stations and sites, found by a scan without messages. It gives nameless

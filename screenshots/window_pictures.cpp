@@ -32,6 +32,7 @@
 #include "import/import_entries.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
+#include "import/sample_choices.h"
 #include "occam/occam_files.h"
 #include "occam/results/run_results.h"
 #include "occam/windows/Form_occam_inversion.h"
@@ -163,16 +164,6 @@ void scan_damaged_files(const QWidget& import_dialog) {
   choose_folder(import_dialog, folder.path());
   choose_data(import_dialog);
   press(import_dialog, "Command_import_data_0");
-}
-
-/// The columns of line, event and scan rate in names like L200E_S0100_E1_R0256.edi.
-void decode_names_of_samples() {
-  Module_data_file::ImportChoices choices;
-  choices.decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
-  choices.decode[Module_data_file::decode_event] = {true, 14, 1, ""};
-  choices.decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
-  choices.stations_by = Module_data_file::StationsBy::sectid;
-  Module_data_file::keep_import_entries(choices);
 }
 
 /// The last iteration file of a run in the survey's folder or below it; empty if there is none.
@@ -394,7 +385,7 @@ class WindowVisit : public QObject {
 }  // namespace
 
 void visit_windows(Form_main& window, const WindowVisitor& visitor) {
-  decode_names_of_samples();
+  Module_data_file::keep_import_entries(Module_data_file::sample_choices());
   window.show();
   auto& display = *window.findChild<SurveyDisplay*>();
   const SurveyDisplay::Kept kept = display.keep();

@@ -32,6 +32,9 @@ using Module_database::StationRows;
 
 constexpr std::string_view rename_failed = "An error occurred while renaming: ";
 
+// m: more than the way around the earth, and nine digits, which the files of other programs have room for.
+constexpr double largest_number = 999999999.0;
+
 /// Which tables name stations, and the columns of line and station.
 struct NamingTable {
   std::string_view table;
@@ -202,6 +205,9 @@ NewLine new_line_name(std::string_view line, std::string_view typed) {
   if (!fault.empty()) {
     return {{}, std::move(fault)};
   }
+  if (std::abs(name.number) > largest_number) {
+    return {{}, "The line number must not be above " + plain_text(largest_number)};
+  }
   if (same_line(name.text, line)) {
     const bool is_spelled_so = Module_database::spelled_line(line) == name.text;
     return {name.text, is_spelled_so ? "This is the line's name already" : ""};
@@ -214,6 +220,10 @@ NewStation new_station_number(std::string_view line, double station, std::string
     return {0.0, "The station number is not valid"};
   }
   const double number = numeric_value(typed);
+  if (std::abs(number) > largest_number) {
+    return {0.0, "The station number must be from " + plain_text(-largest_number) + " to " +
+                     plain_text(largest_number)};
+  }
   if (number == station) {
     return {number, "This is the station's number already"};
   }

@@ -186,9 +186,11 @@ void add_sign_remark(const StationCurves& curves, StationTensor& station) {
     return;
   }
   const std::string outcome = station.ey_turned ? "Ey counts as turned" : "Ey counts as measured";
-  const std::string readings = all_say_as_measured(curves) ? "though its readings say that it was not"
-                                                           : "as its readings don't all say it";
-  station.remarks.push_back(beginning(curves) + outcome + " by the directions of Zxy and Zyx, " + readings);
+  // Field programs turn it, too, to have the phases of both modes in one quadrant.
+  const std::string readings = all_say_as_measured(curves)
+                                   ? ": its files have it so, as the import didn't turn it"
+                                   : ", as its readings don't all say it";
+  station.remarks.push_back(beginning(curves) + outcome + " by the directions of Zxy and Zyx" + readings);
 }
 
 void add_origin_remark(const StationCurves& curves, StationTensor& station) {

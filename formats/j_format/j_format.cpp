@@ -155,6 +155,40 @@ class JFormatReader {
     }
   }
 
+  /// Elements come in pairs, and curves and impedances of the same elements. What lacks its other half may
+  /// have been behind the end of a file that is cut off between two blocks; a file of one mode is whole.
+  void tell_missing_blocks() {
+    const auto has = [this](char kind, std::string_view element) {
+      return names_.contains(kind + std::string(element));
+    };
+    std::vector<std::string> missing;
+    const auto look = [&](char kind, std::string_view element, bool wanted) {
+      if (wanted && !has(kind, element)) {
+        missing.push_back(kind + std::string(element));
+      }
+    };
+    look('T', "ZX", has('T', "ZY"));
+    look('T', "ZY", has('T', "ZX"));
+    for (const char kind : {'R', 'Z'}) {
+      const char other = kind == 'R' ? 'Z' : 'R';
+      const bool is_there =
+          std::ranges::any_of(names_, [&](const std::string& name) { return name[0] == kind; });
+      const bool is_tensor = has(kind, "XX") || has(kind, "YY");
+      for (const char* const element : {"XX", "XY", "YX", "YY"}) {
+        look(kind, element, is_there && (is_tensor || has(other, element)));
+      }
+    }
+    if (missing.empty()) {
+      return;
+    }
+    std::string names;
+    for (const std::string& name : missing) {
+      names += (names.empty() ? "" : ", ") + name;
+    }
+    remark_unreadable(report_, lines_.line_number(),
+                      "there is no block " + names + " with the others; the file may be cut off");
+  }
+
   /// What belongs to no element, or comes a second time, is gone over without being taken.
   void check_block(BlockType& type) {
     if (type.kind == BlockKind::other) {
@@ -305,6 +339,9 @@ class JFormatReader {
     }
     if (!result_.site.x_azimuth) {
       result_.site.x_azimuth = azimuth_behind_name_;
+    }
+    if (report_.failure.empty()) {
+      tell_missing_blocks();
     }
     const double factor = factor_to_field_units();
     tell_unit(factor != 1.0);

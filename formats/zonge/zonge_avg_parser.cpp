@@ -14,6 +14,7 @@
 #include "formats/transfer_function/point_places.h"
 #include "formats/transfer_function/sound_numbers.h"
 #include "formats/zonge/zonge_avg_columns.h"
+#include "formats/zonge/zonge_avg_end.h"
 #include "formats/zonge/zonge_avg_facts.h"
 
 namespace formats::zonge {
@@ -72,6 +73,9 @@ class AvgReader {
     }
     if (has_read_all && cut_line_ > 0) {
       report_.failure = "the file is cut off in line " + plain_text(cut_line_);
+    } else if (const std::string missing = end_.missing(); !missing.empty()) {
+      remark_unreadable(report_, lines_.line_number(),
+                        "station " + plain_text(last_station_) + " " + missing + "; the file may be cut off");
     }
     return std::move(stations_);
   }
@@ -204,6 +208,8 @@ class AvgReader {
     }
     finish(*component, row);
     const std::size_t station = station_of(row.station);
+    end_.note(station, *component, row.frequency);
+    last_station_ = row.station;
     points_[station]
         .point_of(stations_[station].function.points, static_cast<std::size_t>(*component), row.frequency)
         .of(*component) = row.value;
@@ -284,12 +290,14 @@ class AvgReader {
   std::vector<AvgStation> stations_;
   std::map<double, std::size_t> places_;
   std::vector<transfer_function::PointPlaces> points_;  // by station
-  std::vector<AvgColumn> columns_;                      // of the table under way
-  AvgFacts facts_;                                      // of the table under way
-  bool in_set_ = false;                                 // it is one that this program writes
-  bool has_commas_ = false;                             // it is of the layout with keywords
-  bool has_short_rows_ = false;                         // it has had
-  std::int64_t cut_line_ = 0;                           // a short row, if nothing has come after it
+  AvgEnd end_;
+  double last_station_ = 0.0;       // of the last row
+  std::vector<AvgColumn> columns_;  // of the table under way
+  AvgFacts facts_;                  // of the table under way
+  bool in_set_ = false;             // it is one that this program writes
+  bool has_commas_ = false;         // it is of the layout with keywords
+  bool has_short_rows_ = false;     // it has had
+  std::int64_t cut_line_ = 0;       // a short row, if nothing has come after it
   std::optional<std::string> told_component_;
   std::size_t row_count_ = 0;
 };

@@ -1,11 +1,14 @@
 // Two programs at one survey: one works, the other says who does.
+#include <csignal>
 #include <cstdlib>
+#include <fstream>
 
 #include <unistd.h>
 
 #include "core/session_state.h"
 #include "database/survey_database.h"
 #include "tests/batch/batch_program.h"
+#include "tests/support/child_process.h"
 #include "tests/support/recording_interface.h"
 
 namespace {
@@ -34,6 +37,23 @@ TEST_F(Batch_program, Names_the_program_that_has_the_survey_open) {
   }
   ASSERT_EQ(Module_database::close_database(), 0);
   EXPECT_EQ(run({"recalculate", "survey.mdb"}).status, 0);
+}
+
+TEST_F(Batch_program, A_plan_is_made_of_a_survey_of_one_moment) {
+  write_field_files(1);
+  import_field_files();
+  const std::string survey = folder_.path("survey.mdb");
+  const pid_t writer = start_child([&] {
+    for (std::ofstream file(survey, std::ios::binary | std::ios::app);;) {
+      file << 'x' << std::flush;
+    }
+  });
+  const Outcome refused = run({"import", "survey.mdb", "field", "--auto", "--dry-run"});
+  kill(writer, SIGKILL);
+  (void)wait_for_child(writer);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.errors, "An error occurred while copying the survey: database is locked\n");
+  EXPECT_EQ(refused.output, "");
 }
 
 TEST_F(Batch_program, Of_two_that_start_together_at_least_one_does_its_work) {

@@ -2,6 +2,7 @@
 
 #include "database/reading.h"
 #include "database/stations.h"
+#include "tests/support/foreign_change.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_database;
@@ -63,4 +64,30 @@ TEST_F(SurveyTest, Lists_come_from_readings_where_the_files_have_no_row) {
   EXPECT_EQ(listed_lines(), (Texts{"200E", "400E", "600E"}));
   EXPECT_EQ(listed_reference_types(), (std::vector<std::int32_t>{0, 1, 2}));
   EXPECT_EQ(listed_dipoles(), (std::vector<float>{10.0F, 25.0F, 33.3F}));
+}
+
+TEST_F(SurveyTest, A_damaged_station_is_named_once_and_hides_no_other) {
+  const std::string path = new_survey();
+  for (const double station : {100.0, 200.0, 300.0}) {
+    add_station("200E", station);
+    dao::Recordset& readings = open_survey().readings;
+    readings.add_new();
+    readings.set_text("LineNumber", "200E");
+    readings.set_double("Station", station);
+    readings.set_long("ReductionType", 0);
+    readings.update();
+  }
+  ASSERT_EQ(close_database(), 0);
+  ASSERT_TRUE(change_file(path, "UPDATE StationsTable SET LocalY = 'north' WHERE Station = 200"));
+  ASSERT_EQ(open_database(), 0);
+  const Texts messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_TRUE(messages[0].starts_with(
+      "Stations are left out of the lists, as their rows in StationsTable are damaged:\n"))
+      << messages[0];
+  EXPECT_NE(messages[0].find("LocalY"), std::string::npos) << messages[0];
+  EXPECT_EQ(listed(), (Texts{"200E 100", "200E 300"}));
+  const std::vector<ListedStation> with_readings = stations_with_readings("200E");
+  ASSERT_EQ(with_readings.size(), 2U);
+  EXPECT_EQ(with_readings.back().station, 300.0);
 }

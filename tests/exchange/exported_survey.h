@@ -11,6 +11,7 @@
 #include "database/frequency_store.h"
 #include "exchange/site_documents.h"
 #include "formats/edi/edi_writer.h"
+#include "import/sample_choices.h"
 #include "samples/edi_text.h"
 #include "tests/import/import_fixture.h"
 
@@ -20,9 +21,7 @@ class ExportedSurvey : public ImportRun {
   ExportedSurvey() {
     using namespace Module_data_file;
     choices.ReferenceType = 0;
-    choices.decode[decode_line_number] = {true, 2, 4, ""};
-    choices.decode[decode_event] = {true, 14, 1, ""};
-    choices.decode[decode_sample_rate] = {true, 17, 4, ""};
+    choices.decode = sample_choices().decode;
     choices.stations_by = StationsBy::sectid_digits;
     choices.compute_from_impedance = true;
     choices.turn_ey = TurnEy::where_needed;

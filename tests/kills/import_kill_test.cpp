@@ -8,8 +8,8 @@
 
 #include "database/reading.h"
 #include "import/import_run.h"
+#include "import/sample_choices.h"
 #include "samples/sample_survey.h"
-#include "tests/import/sample_choices.h"
 #include "tests/kills/killed_process.h"
 #include "tests/support/survey_fixture.h"
 
@@ -22,6 +22,7 @@ constexpr std::size_t file_count = 24;
 
 ImportChoices choices() {
   ImportChoices choices = sample_choices();
+  choices.stations_by = StationsBy::count;
   choices.start_station = "100";
   return choices;
 }

@@ -12,13 +12,13 @@
 #include "database/stations.h"
 #include "display/selection.h"
 #include "import/import_run.h"
+#include "import/sample_choices.h"
 #include "platform/files/private_folder.h"
 #include "platform/files/safe_files.h"
 #include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/masks.h"
 #include "samples/sample_survey.h"
-#include "tests/import/sample_choices.h"
 #include "tests/kills/killed_process.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/child_process.h"
@@ -232,14 +232,12 @@ TEST_F(LostGround, An_import_that_fills_the_disk_keeps_whole_files) {
   for (const Module_samples::SampleFile& file : Module_samples::make_sample_survey()) {
     files.push_back(folder.write("field/" + file.name, file.text));
   }
-  ImportChoices choices = sample_choices();
-  choices.stations_by = StationsBy::sectid;
   const bool possible = run_in_own_mounts([&] {
     const fs::path disk = small_disk();
     const std::string survey = new_survey("disk/survey.mdb");
     leave_free(disk, 1000000);
     ImportReport report;
-    EXPECT_EQ(run_import(choices, files, ImportMode::import, report), -1);
+    EXPECT_EQ(run_import(sample_choices(), files, ImportMode::import, report), -1);
     const std::vector<std::string> messages = interface.take_messages();
     ASSERT_FALSE(messages.empty());
     EXPECT_NE(messages.back().find("full"), std::string::npos) << messages.back();
@@ -344,9 +342,9 @@ TEST_F(LostGround, A_survey_that_can_not_be_written_is_shown_from_a_private_copy
     EXPECT_EQ(recalculate_merged(), -1);
     EXPECT_EQ(interface.take_messages(), std::vector<std::string>{refusal});
     Module_data_file::ImportReport report;
-    EXPECT_EQ(
-        run_import(sample_choices(), {folder.path("x.edi")}, Module_data_file::ImportMode::import, report),
-        -1);
+    EXPECT_EQ(run_import(Module_data_file::sample_choices(), {folder.path("x.edi")},
+                         Module_data_file::ImportMode::import, report),
+              -1);
     EXPECT_EQ(interface.take_messages(), std::vector<std::string>{refusal});
     EXPECT_EQ(save_frequency_selection(0, session().frequencies), -1);
     EXPECT_EQ(interface.take_messages(), std::vector<std::string>{refusal});
@@ -407,7 +405,8 @@ TEST_F(LostGround, A_hand_copy_of_an_open_survey_holds_an_import_and_a_recalcula
     return database.open_recordset("SELECT ID FROM ReadingsDataTable").record_count();
   };
   Module_data_file::ImportReport report;
-  EXPECT_EQ(run_import(sample_choices(), files, Module_data_file::ImportMode::import, report), 0);
+  EXPECT_EQ(
+      run_import(Module_data_file::sample_choices(), files, Module_data_file::ImportMode::import, report), 0);
   const std::int32_t imported = rows_in("ReadingsDataTable");
   EXPECT_GT(imported, 16);
   EXPECT_EQ(readings_of_hand_copy(), imported);

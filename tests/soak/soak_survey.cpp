@@ -9,6 +9,7 @@
 #include "import/import_entries.h"
 #include "import/import_files.h"
 #include "import/import_run.h"
+#include "import/sample_choices.h"
 #include "samples/sample_survey.h"
 #include "samples/tensor_line.h"
 #include "tests/occam/inversion/made_inversion.h"
@@ -35,15 +36,6 @@ std::vector<Module_samples::SampleFile> wanted_files() {
   return files;
 }
 
-/// Where line, event and scan rate stand in the names of the field files.
-Module_data_file::DecodeTable decode_table_of_names() {
-  Module_data_file::DecodeTable decode;
-  decode[Module_data_file::decode_line_number] = {true, 2, 4, ""};
-  decode[Module_data_file::decode_event] = {true, 14, 1, ""};
-  decode[Module_data_file::decode_sample_rate] = {true, 17, 4, ""};
-  return decode;
-}
-
 }  // namespace
 
 std::string make_soak_survey(const TemporaryFolder& folder) {
@@ -57,11 +49,7 @@ std::string make_soak_survey(const TemporaryFolder& folder) {
   made::write_inversion(folder);
   static_cast<void>(folder.write("run/points.xyz", "-100 0\n105 5\n120 12\n150 3\n260 -4\n"));
 
-  Module_data_file::ImportChoices choices;
-  choices.ReferenceType = 0;
-  choices.ReductionType = 0;
-  choices.decode = decode_table_of_names();
-  choices.stations_by = Module_data_file::StationsBy::sectid;
+  const Module_data_file::ImportChoices choices = Module_data_file::sample_choices();
   Module_data_file::keep_import_folder(folder.path("field"));
   Module_data_file::keep_import_entries(choices);
   Module_data_file::ImportReport report;

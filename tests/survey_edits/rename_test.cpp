@@ -37,6 +37,9 @@ TEST_F(EditedSurvey, New_names_are_brought_into_form_and_those_that_exist_are_re
         Case{"300N", " 20e ", "20E", ""}, Case{"200E", "300n", "", "The survey has a line 300N already"},
         Case{"200E", "200e", "", "This is the line's name already"},
         Case{"200E", "north", "", "The supplied Line number suffix is not valid"},
+        Case{"200E", "999999999", "999999999E", ""},
+        Case{"200E", "-1e9", "", "The line number must not be above 999999999"},
+        Case{"200E", "1000000000N", "", "The line number must not be above 999999999"},
         Case{"200E", "", "", "The supplied Line number suffix is not valid"}}) {
     SCOPED_TRACE(each.typed);
     const NewLine name = new_line_name(each.line, each.typed);
@@ -51,6 +54,12 @@ TEST_F(EditedSurvey, New_names_are_brought_into_form_and_those_that_exist_are_re
   for (const char* const text : {"", "x", "1e999", "12 13"}) {
     EXPECT_EQ(new_station_number("200E", 100, text).fault, "The station number is not valid") << text;
   }
+  for (const char* const text : {"1e9", "-1000000000", "1e300"}) {
+    EXPECT_EQ(new_station_number("200E", 100, text).fault,
+              "The station number must be from -999999999 to 999999999")
+        << text;
+  }
+  EXPECT_EQ(new_station_number("200E", 100, "-999999999").fault, "");
 }
 
 TEST_F(EditedSurvey, A_renamed_line_is_as_if_it_had_been_imported_so) {

@@ -123,7 +123,7 @@ TEST_F(Station_tensor, Is_the_same_however_the_sign_of_Ey_was_stored) {
       {"measured, and said", false, says_measured, 0, EyReason::rule, ""},
       {"turned, not known", true, says_nothing, 0, EyReason::rule, "Ey counts as turned by"},
       {"measured, not known", false, says_nothing, 0, EyReason::rule, "Ey counts as measured by"},
-      {"turned, against what is said", true, says_measured, 0, EyReason::rule, "though its readings say"},
+      {"turned in the files", true, says_measured, 0, EyReason::rule, ": its files have it so"},
       {"the user says turned", true, says_measured, -1, EyReason::user, ""},
       {"the user says measured", false, says_turned, 1, EyReason::user, ""}};
   double station = 0.0;

@@ -1,5 +1,6 @@
 #include "formats/j_format/j_format.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <numbers>
@@ -32,6 +33,12 @@ Read read_text(const std::string& text) {
 
 std::string field_file(const std::string& name) {
   return (fs::path(BRENLOX_FIELD_DATA) / "exchange" / "jformat" / name).string();
+}
+
+bool seems_cut(const formats::FileReport& report) {
+  return std::ranges::any_of(report.unreadable, [](const formats::ReportRemark& remark) {
+    return remark.text.ends_with("the file may be cut off");
+  });
 }
 
 /// rho / (0.2 |Z|^2 / f) of all points that have both.
@@ -175,6 +182,36 @@ TEST(J_format, Blocks_hold_together_whatever_their_count_says) {
   }
 }
 
+// A cut between two blocks leaves each count as it was.
+TEST(J_format, A_block_without_its_other_half_is_missed) {
+  const auto blocks = [](const std::vector<std::string>& names) {
+    std::string text = "S1\n";
+    for (const std::string& name : names) {
+      text += name + (name[0] == 'R' ? "\n1\n-10 50 40 55 45 42 38 1 1\n" : "\n1\n-10 3 4 0.1 1\n");
+    }
+    return read_text(text).report;
+  };
+  struct Case {
+    std::vector<std::string> names;
+    std::string missing;
+  };
+  const std::vector<std::string> all{"ZXX", "ZXY", "ZYX", "ZYY", "RXX", "RXY", "RYX", "RYY", "TZX", "TZY"};
+  for (const Case& c :
+       {Case{all, ""}, Case{{"RXY"}, ""}, Case{{"RYX", "RXY"}, ""}, Case{{"ZXY", "RXY"}, ""},
+        Case{{"TZX", "TZY"}, ""}, Case{{all.begin(), all.end() - 1}, "TZY"},
+        Case{{all.begin(), all.end() - 3}, "RYY"}, Case{{all.begin(), all.begin() + 6}, "RYX, RYY"},
+        Case{{all.begin(), all.begin() + 3}, "ZYY"}, Case{{"RXX", "RXY"}, "RYX, RYY"},
+        Case{{"RXY", "RYX", "ZXY"}, "ZYX"}}) {
+    const formats::FileReport report = blocks(c.names);
+    EXPECT_EQ(report.failure, "");
+    ASSERT_EQ(report.unreadable.size(), c.missing.empty() ? 0U : 1U) << c.missing;
+    if (!c.missing.empty()) {
+      EXPECT_EQ(report.unreadable[0].text,
+                "there is no block " + c.missing + " with the others; the file may be cut off");
+    }
+  }
+}
+
 TEST(J_format, Says_what_it_cannot_read) {
   EXPECT_EQ(read_text("").report.failure, "the file has no block of transfer functions");
   EXPECT_EQ(read_text("S\nRXY\n99999999999999\n").report.failure,
@@ -209,5 +246,6 @@ TEST(J_format, Field_files_have_their_values) {
 
   const Read scalar = read(field_file("S00.dat"));
   EXPECT_EQ(scalar.function.points.size(), 17U);
+  EXPECT_FALSE(seems_cut(birrp.report) || seems_cut(ohm.report) || seems_cut(scalar.report));
   EXPECT_DOUBLE_EQ(scalar.function.points.at(0).of(Component::zxy).phase, -33.3);
 }

@@ -141,6 +141,34 @@ TEST(Zonge_avg, A_row_that_is_cut_does_not_count) {
   EXPECT_EQ(amid.report.unreadable.size(), 1U);
 }
 
+// The rows that are missing leave no trace but that the other curves have them.
+TEST(Zonge_avg, An_end_between_two_rows_is_told_by_the_other_curves) {
+  const std::string plain = "skp Station Freq Comp Resistivity Phase\n";
+  const std::string stations =
+      "2 100 8 ExHy 10 500\n2 100 4 ExHy 11 500\n2 200 8 ExHy 12 500\n2 200 4 ExHy 13 500\n";
+  const std::string tensor = "2 100 8 ExHy 1 5\n2 100 8 EyHx 1 5\n2 150 8 ExHy 1 5\n2 150 8 EyHx 1 5\n";
+  struct Case {
+    const char* name;
+    std::string rows;
+    std::string missing;
+  };
+  for (const Case& c :
+       {Case{"whole", stations, ""},
+        Case{"cut", stations + "2 300 8 ExHy 14 500\n",
+             "station 300 ends after 1 of the 2 frequencies of the other curves; the file may be cut off"},
+        Case{"other frequencies", stations + "2 300 4 ExHy 14 500\n", ""},
+        Case{"curves of different lengths", stations + "2 300 8 ExHy 1 5\n2 400 8 ExHy 1 5\n", ""},
+        Case{"one component", tensor + "2 200 8 ExHy 1 5\n",
+             "station 200 has fewer components than the others; the file may be cut off"},
+        Case{"a scalar station first", "2 50 8 ExHy 1 5\n" + tensor + "2 200 8 ExHy 1 5\n", ""}}) {
+    SCOPED_TRACE(c.name);
+    const formats::FileReport report = read_text(plain + c.rows).report;
+    EXPECT_EQ(report.failure, "");
+    ASSERT_EQ(report.unreadable.size(), c.missing.empty() ? 0U : 1U);
+    EXPECT_EQ(c.missing.empty() ? "" : report.unreadable[0].text, c.missing);
+  }
+}
+
 TEST(Zonge_avg, Field_files_have_their_values) {
   if (!fs::exists(fs::path(BRENLOX_FIELD_DATA) / "exchange" / "zonge_avg")) {
     GTEST_SKIP() << "the field data is absent";
@@ -160,11 +188,13 @@ TEST(Zonge_avg, Field_files_have_their_values) {
 
   const Read scalar = field_file("K2.AVG");
   ASSERT_EQ(scalar.stations.size(), 28U);
+  EXPECT_TRUE(scalar.report.unreadable.empty());
   EXPECT_DOUBLE_EQ(scalar.stations[0].station, 25.0);
   EXPECT_DOUBLE_EQ(scalar.stations[0].function.points.at(0).of(Component::zxy).resistivity, 87910.0);
 
   const Read tensor = field_file("tf_avg.avg");
   ASSERT_EQ(tensor.stations.size(), 1U);
+  EXPECT_TRUE(tensor.report.unreadable.empty());
   const auto& points = tensor.stations[0].function.points;
   EXPECT_FALSE(points.at(1).of(Component::zxx).use_resistivity);
   for (const Point& point : points) {  // |Z| and resistivity belong together
