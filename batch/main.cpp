@@ -10,6 +10,7 @@
 #include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "core/version.h"
+#include "numerics/occam_inversion/blas_threads.h"
 #include "platform/system/system_facts.h"
 
 namespace {
@@ -70,6 +71,7 @@ int run(int argument_count, char** arguments) {
 }  // namespace
 
 int main(int argument_count, char** arguments) {
+  numerics::occam_inversion::end_waiting_blas_threads();
   try {
     const int status = run(argument_count, arguments);
     std::cout.flush();

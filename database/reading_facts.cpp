@@ -92,10 +92,10 @@ void read_facts(StoredReading& reading) {
   if (!open_survey().has_facts) {
     return;
   }
-  const dao::Recordset row = open_survey().database.open_recordset("SELECT * FROM ReadingFactsTable WHERE " +
-                                                                   of_reading(reading.ID));
-  if (!row.eof()) {
-    auto [errors, axes] = facts_of_row(row);
+  dao::Recordset& facts = open_survey().reading_facts;
+  facts.find_first(of_reading(reading.ID));
+  if (!facts.no_match()) {
+    auto [errors, axes] = facts_of_row(facts);
     give(std::move(errors), axes, reading);
   }
 }

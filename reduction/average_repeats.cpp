@@ -24,13 +24,12 @@ StoredReading average_of_repeats(const ReadingKey& key, std::int32_t StationID,
   if (repeats.eof() || repeats.get_long("NumFrequencies") < 1) {
     return {};
   }
-  const Module_database::ReadingFacts facts(criteria);
   RepeatSums sums(frequencies.list);
   std::vector<Module_database::ReadingAxes> axes;
   for (; !repeats.eof(); repeats.move_next()) {
     if (repeats.get_bit("UseReading")) {
       StoredReading repeat = Module_database::read_reading(repeats);
-      facts.add_to(repeat);
+      Module_database::read_facts(repeat);  // repeats are few: their keys find them sooner than the criteria
       axes.push_back(repeat.axes);
       sums.add(repeat);
     }

@@ -8,34 +8,12 @@
 #include <Eigen/Dense>
 #include <Eigen/Sparse>
 
+#include "numerics/occam_inversion/blas_threads.h"
 #include "numerics/parallel_jobs.h"
-
-// Of the BLAS that is loaded, or null: OpenBLAS has its own threads, those of OpenMP have them by caller.
-extern "C" {
-__attribute__((weak)) void openblas_set_num_threads(int count);
-__attribute__((weak)) void omp_set_num_threads(int count);
-}
 
 namespace numerics::occam_inversion {
 
 namespace {
-
-// The threads are ours, over panels: those of a BLAS sum in another order for each number of them, and take
-// the cores from one another. To be called in each thread that multiplies.
-void use_one_blas_thread() {
-  [[maybe_unused]] static const bool of_the_process = [] {
-    if (openblas_set_num_threads != nullptr) {
-      openblas_set_num_threads(1);
-    }
-    return true;
-  }();
-  [[maybe_unused]] thread_local const bool of_the_caller = [] {
-    if (omp_set_num_threads != nullptr) {
-      omp_set_num_threads(1);
-    }
-    return true;
-  }();
-}
 
 using Eigen::Index;
 using Matrix = Eigen::MatrixXd;
