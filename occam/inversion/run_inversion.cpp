@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "core/number_text.h"
@@ -39,6 +40,10 @@ FileLock lock_of(const fs::path& directory) {
   }
 }
 
+// What the log says of the misfit that the iterations below it go by; without a line it is the RMS.
+constexpr std::string_view robust_norm = " ** OUTLIERS COUNT LINEARLY\n\n";
+constexpr std::string_view square_norm = " ** OUTLIERS COUNT BY THEIR SQUARES\n\n";
+
 // The log so far, to which each iteration adds; whole at any moment.
 class RunLog {
  public:
@@ -49,6 +54,12 @@ class RunLog {
     }
   }
   [[nodiscard]] bool empty() const { return text_.empty(); }
+  /// Whether its last iterations counted outliers linearly.
+  [[nodiscard]] bool is_robust() const {
+    const std::size_t robust = text_.rfind(robust_norm);
+    const std::size_t squares = text_.rfind(square_norm);
+    return robust != std::string::npos && (squares == std::string::npos || squares < robust);
+  }
   [[nodiscard]] safe_files::NewFile with(const std::string& more) {
     text_ += more;
     return {file_, text_};
@@ -136,6 +147,7 @@ class RunningInversion {
   std::optional<RunLog> log_;
   IterationLog iteration_log_;
   InversionReport report_;
+  bool changes_norm_ = false;  // the iterations that it goes on from went by another misfit
   InversionProgress under_way_;
   std::chrono::steady_clock::time_point since_;
 };
@@ -272,8 +284,13 @@ std::vector<safe_files::NewFile> RunningInversion::start_files(const inversion::
   } else if (const std::string name = response_file_name(from_); !fs::exists(directory_ / name)) {
     files.push_back(response_file(name, start));
   }
-  if (!log_->empty()) {
-    files.push_back(log_->with(" ** CONTINUED FROM " + from_ + "\n\n"));
+  changes_norm_ = is_iteration_ && log_->is_robust() != options_.robust;
+  std::string head = log_->empty() ? "" : " ** CONTINUED FROM " + from_ + "\n\n";
+  if (log_->is_robust() != options_.robust) {
+    head += options_.robust ? robust_norm : square_norm;
+  }
+  if (!head.empty()) {
+    files.push_back(log_->with(head));
   }
   return files;
 }
@@ -363,6 +380,11 @@ void RunningInversion::end(const inversion::Outcome& outcome) {
       ending_sentence({outcome.ending, last.iteration, last.rms, outcome.last.misfit, options_.robust,
                        start_.target_rms, start_.model_limits.has_value(), start_.model_value_step > 0.0,
                        poor_sites(input_.data, outcome.last.modelled)});
+  if (changes_norm_) {
+    report_.reason += " Up to " + from_ + " outliers counted " +
+                      (options_.robust ? "by their squares" : "linearly") + ", from then on " +
+                      (options_.robust ? "linearly." : "by their squares.");
+  }
   std::string log = iteration_log_.broken_off();
   if (run_.looks_for_shifts()) {
     report_.static_shifts = run_.found_shifts(outcome.last.state.model);

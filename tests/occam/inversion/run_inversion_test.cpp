@@ -288,6 +288,17 @@ TEST_F(RunInversion, With_outliers_counted_linearly_the_target_is_that_of_the_mi
   }
   EXPECT_EQ(part.ending, unbroken.ending);
   EXPECT_EQ(part.steps.back().iteration, unbroken.steps.back().iteration);
+  EXPECT_EQ(part.reason.find("Up to"), std::string::npos) << part.reason;
+
+  // Whoever goes on without it, or with it again, hears that the iterations went by two misfits.
+  const auto goes_on = [&](bool robust) {
+    options.robust = robust;
+    const std::string from = "ITER" + format_number(part.steps.back().iteration, "00") + ".iter";
+    part = invert(options);
+    return part.reason.substr(part.reason.find(" Up to " + from) + 7 + from.size());
+  };
+  EXPECT_EQ(goes_on(false), " outliers counted linearly, from then on by their squares.");
+  EXPECT_EQ(goes_on(true), " outliers counted by their squares, from then on linearly.");
 }
 
 // The deepest blocks are 4800 m high, those above 800 m.
