@@ -15,6 +15,7 @@
 #include "platform/widgets/heading_label.h"
 #include "reduction/data_sets/data_sets.h"
 #include "tests/app/main_view_fixture.h"
+#include "tests/support/pointer.h"
 
 namespace averaged = Module_averaged_data;
 
@@ -22,9 +23,6 @@ class FeedbackTest : public QObject, private MainViewFixture {
   Q_OBJECT
 
  private:
-  float stored_factor() const {
-    return made::row(averaged::data_sets().profile.columns.at(0).ID).get_single("ResOffset");
-  }
   QString told() const { return control<QLabel>("Label_work")->accessibleName(); }
   QString status() const { return control<QLabel>("Status_site_map_1")->text(); }
   bool in_plan() const { return control<QWidget>("Picture_site_map")->isVisible(); }
@@ -40,21 +38,7 @@ class FeedbackTest : public QObject, private MainViewFixture {
     const auto to = graph->point_position(series, last);
     QVERIFY(from && to);
     const QRect band = QRectF(*from, *to).normalized().adjusted(-3, -3, 3, 3).toRect();
-    QTest::mousePress(graph, Qt::LeftButton, Qt::ShiftModifier, band.topLeft());
-    QMouseEvent move(QEvent::MouseMove, band.bottomRight(), graph->mapToGlobal(band.bottomRight()),
-                     Qt::NoButton, Qt::LeftButton, Qt::ShiftModifier);
-    QApplication::sendEvent(graph, &move);
-    QTest::mouseRelease(graph, Qt::LeftButton, Qt::ShiftModifier, band.bottomRight());
-  }
-  static void point_at(QWidget& widget, QPoint at) {
-    QMouseEvent move(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
-                     Qt::NoModifier);
-    QApplication::sendEvent(&widget, &move);
-  }
-  QPoint dot(int station_index) const {
-    const auto at = Module_display_data::to_picture(Module_display_data::station_place(station_index),
-                                                    control<QWidget>("Picture_site_map")->height());
-    return QPointF(at.x, at.y).toPoint();
+    drag_with_shift(*graph, band.topLeft(), band.bottomRight());
   }
 
  private Q_SLOTS:
@@ -221,17 +205,17 @@ class FeedbackTest : public QObject, private MainViewFixture {
 
   void the_status_is_of_what_is_under_the_pointer() {
     auto* const graph = control<VexGraphControl>("vxgraph_raw_data_0");
-    point_at(*graph, graph->plot_area().center());
+    move_pointer(*graph, graph->plot_area().center());
     QCOMPARE(status(), QString("Resistivity"));
     press("Command_show_plan");
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(graph, &leave);
     QCOMPARE(status(), QString());
     auto* const map = control<QWidget>("Picture_site_map");
-    point_at(*map, dot(2));
+    move_pointer(*map, dot(2));
     QVERIFY2(status().contains("station 200"), qPrintable(status()));
     QVERIFY(!control<QLabel>("Status_site_map_2")->text().isEmpty());
-    point_at(*map, QPoint(2, 2));
+    move_pointer(*map, QPoint(2, 2));
     QCOMPARE(status(), QString());
   }
 
@@ -239,11 +223,7 @@ class FeedbackTest : public QObject, private MainViewFixture {
     auto* const list = control<QListWidget>("List_profile_frequencies");
     const auto click = [list](int row, QPoint moved = {}) {
       const QPoint at = list->visualItemRect(list->item(row)).center();
-      QTest::mousePress(list->viewport(), Qt::LeftButton, {}, at);
-      QMouseEvent move(QEvent::MouseMove, at + moved, list->viewport()->mapToGlobal(at + moved), Qt::NoButton,
-                       Qt::LeftButton, Qt::NoModifier);
-      QApplication::sendEvent(list->viewport(), &move);
-      QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, at + moved);
+      drag(*list->viewport(), at, at + moved);
     };
     const auto chosen = [list] {
       return list->selectedItems().isEmpty() ? -1 : list->row(list->selectedItems().front());

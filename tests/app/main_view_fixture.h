@@ -15,7 +15,9 @@
 #include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "database/survey_database.h"
+#include "display/plan_view.h"
 #include "platform/graph/VexGraphControl.h"
+#include "reduction/data_sets/data_sets.h"
 #include "tests/reduction/made_line.h"
 #include "tests/support/window_fixture.h"
 
@@ -92,6 +94,16 @@ class MainViewFixture : protected WindowFixture {
       drawn.push_back(after[i] - before[i]);
     }
     return drawn;
+  }
+
+  static float stored_factor() {
+    return made::row(Module_averaged_data::data_sets().profile.columns.at(0).ID).get_single("ResOffset");
+  }
+  /// Where the plan shows a station, from 1.
+  QPoint dot(int station_index) const {
+    const auto at = Module_display_data::to_picture(Module_display_data::station_place(station_index),
+                                                    control<QWidget>("Picture_site_map")->height());
+    return QPointF(at.x, at.y).toPoint();
   }
 
   static std::int32_t stored_mask(std::int32_t ID, std::size_t point) {

@@ -9,7 +9,6 @@
 #include <QMenuBar>
 #include <QScrollBar>
 #include <QTimer>
-#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -20,6 +19,7 @@
 #include "display/plan_view.h"
 #include "reduction/data_sets/data_sets.h"
 #include "tests/app/main_view_fixture.h"
+#include "tests/support/pointer.h"
 
 namespace {
 
@@ -32,17 +32,6 @@ void press_again(QWidget& widget, QPoint at) {
                      Qt::NoModifier);
   QApplication::sendEvent(&widget, &second);
   QTest::mouseRelease(&widget, Qt::LeftButton, {}, at);
-}
-
-void move(QWidget& widget, QPoint to, Qt::MouseButtons buttons) {
-  QMouseEvent event(QEvent::MouseMove, to, widget.mapToGlobal(to), Qt::NoButton, buttons, Qt::NoModifier);
-  QApplication::sendEvent(&widget, &event);
-}
-
-void turn_wheel(QWidget& widget, QPoint at, int angle) {
-  QWheelEvent event(at, widget.mapToGlobal(at), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
-                    Qt::NoScrollPhase, false);
-  QApplication::sendEvent(&widget, &event);
 }
 
 /// Counts how often a widget is disabled.
@@ -58,12 +47,6 @@ class Disabled : public QObject {
   }
 };
 
-void drag_with_shift(QWidget& graph, QPoint from, QPoint to) {
-  QTest::mousePress(&graph, Qt::LeftButton, Qt::ShiftModifier, from);
-  move(graph, to, Qt::LeftButton);
-  QTest::mouseRelease(&graph, Qt::LeftButton, Qt::ShiftModifier, to);
-}
-
 QChar mnemonic(const QString& caption) {
   const qsizetype at = QString(caption).replace("&&", "  ").indexOf('&');
   return at < 0 ? QChar() : caption[at + 1].toLower();
@@ -73,16 +56,6 @@ QChar mnemonic(const QString& caption) {
 
 class MainViewHabitsTest : public QObject, private MainViewFixture {
   Q_OBJECT
-
- private:
-  float stored_factor() const {
-    return made::row(averaged::data_sets().profile.columns.at(0).ID).get_single("ResOffset");
-  }
-  QPoint dot(int station_index) const {
-    const auto at = Module_display_data::to_picture(Module_display_data::station_place(station_index),
-                                                    control<QWidget>("Picture_site_map")->height());
-    return QPointF(at.x, at.y).toPoint();
-  }
 
  private Q_SLOTS:
   void init() { open_made_survey(); }
@@ -445,8 +418,8 @@ class MainViewHabitsTest : public QObject, private MainViewFixture {
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
       const QPoint before = dot(2);
       QTest::mousePress(plan, button, {}, from);
-      move(*plan, from + QPoint(30, 10), button);
-      move(*plan, from + QPoint(60, 25), button);
+      move_pointer(*plan, from + QPoint(30, 10), button);
+      move_pointer(*plan, from + QPoint(60, 25), button);
       QTest::mouseRelease(plan, button, {}, from + QPoint(60, 25));
       QVERIFY((dot(2) - before - QPoint(60, 25)).manhattanLength() <= 2);
     }

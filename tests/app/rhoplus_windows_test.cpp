@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -18,17 +17,13 @@
 #include <QTimer>
 #include <QWindow>
 #include <filesystem>
-#include <memory>
 #include <utility>
 
-#include "app/Form_main.h"
-#include "app/tensor_windows.h"
 #include "core/session_state.h"
 #include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "output/rhoplus_settings.h"
 #include "platform/graph/VexGraphControl.h"
-#include "platform/settings_store/settings_store.h"
 #include "platform/windows/qt_user_interface.h"
 #include "reduction/averages.h"
 #include "reduction/data_sets/data_sets.h"
@@ -36,11 +31,12 @@
 #include "rhoplus/windows/Form_line_chi.h"
 #include "rhoplus/windows/Form_rhoplus.h"
 #include "rhoplus/windows/Form_rhoplus_inversion.h"
-#include "tests/app/main_view_fixture.h"
+#include "tests/app/line_survey_fixture.h"
+#include "tests/support/pointer.h"
 
 using Module_output::rhoplus_settings;
 
-class RhoplusWindowsTest : public QObject, private MainViewFixture {
+class RhoplusWindowsTest : public QObject, private LineSurveyFixture {
   Q_OBJECT
 
  private:
@@ -99,32 +95,9 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     action();
   }
 
-  std::unique_ptr<SettingsStore> earlier_store_;
-  QUrl opened_;
-
- public Q_SLOTS:
-  void take_opened(const QUrl& url) { opened_ = url; }
-
  private Q_SLOTS:
-  void init() {
-    make_folder();
-    std::filesystem::current_path(folder_->folder());
-    (*interface_)->events = [] { QCoreApplication::processEvents(); };
-    earlier_store_ = install_settings_store(std::make_unique<MemorySettingsStore>());
-    make_survey();
-    made::store_line(3);
-    dao::Recordset& files = Module_database::open_survey().files;
-    files.add_new();
-    files.set_text("LineNumber", "200E");
-    files.set_long("ReferenceType", 0);
-    files.set_single("DipoleLength", 50.0F);
-    files.update();
-    show_survey();
-  }
-  void cleanup() {
-    close_survey();
-    install_settings_store(std::move(earlier_store_));
-  }
+  void init() { open_line_survey(); }
+  void cleanup() { close_line_survey(); }
 
   void results_follow_the_main_window() {
     invert();
@@ -184,9 +157,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     }
     auto* const graph = result<VexGraphControl>("vxgraph_station_1");
     const QPoint at = graph->plot_area().center();
-    QMouseEvent move(QEvent::MouseMove, at, graph->mapToGlobal(at), Qt::NoButton, Qt::NoButton,
-                     Qt::NoModifier);
-    QApplication::sendEvent(graph, &move);
+    move_pointer(*graph, at);
     QStringList shown;
     for (const QLabel* const label : result<QStatusBar>("Status_inversion")->findChildren<QLabel*>()) {
       if (label->isVisible() && !label->text().isEmpty()) {
@@ -223,20 +194,12 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     auto* const graph = result<VexGraphControl>("vxgraph_station_0");
     const QPoint at = graph->point_position(0, 2)->toPoint();
     const QPoint around(9, 9);
-    QTest::mousePress(graph, Qt::LeftButton, Qt::ShiftModifier, at - around);
-    QMouseEvent move(QEvent::MouseMove, at + around, graph->mapToGlobal(at + around), Qt::NoButton,
-                     Qt::LeftButton, Qt::ShiftModifier);
-    QApplication::sendEvent(graph, &move);
-    QTest::mouseRelease(graph, Qt::LeftButton, Qt::ShiftModifier, at + around);
+    const auto mark = [&] { drag_with_shift(*graph, at - around, at + around); };
+    mark();
     QVERIFY(result_action("menu_mask_marked")->isEnabled());
     QVERIFY(item("menu_mask_marked")->isEnabled());
     QTest::keyClick(results(), Qt::Key_Delete);
     QCOMPARE(stored_mask(ID, 2), 0);
-    const auto mark = [&] {
-      QTest::mousePress(graph, Qt::LeftButton, Qt::ShiftModifier, at - around);
-      QApplication::sendEvent(graph, &move);
-      QTest::mouseRelease(graph, Qt::LeftButton, Qt::ShiftModifier, at + around);
-    };
     mark();  // a masked point can still be seen
     auto* const log = result<QPlainTextEdit>("Text_rhoplus_out");
     auto* const chi_box = result<QLineEdit>("Text_rhoplus_achieved_chi");
@@ -246,9 +209,7 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
     }
     QTest::keyClick(results(), Qt::Key_Delete);
     QVERIFY2(status().startsWith("Nothing to mask"), qPrintable(status()));
-    QMouseEvent hover(QEvent::MouseMove, at + 3 * around, graph->mapToGlobal(at + 3 * around), Qt::NoButton,
-                      Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(graph, &hover);
+    move_pointer(*graph, at + 3 * around);
     QVERIFY2(status().startsWith("1 point marked: "), qPrintable(status()));
     QTest::keyClick(results(), Qt::Key_Delete, Qt::ShiftModifier);
     QCOMPARE(stored_mask(ID, 2), 1);
@@ -513,109 +474,6 @@ class RhoplusWindowsTest : public QObject, private MainViewFixture {
               });
     QCOMPARE(chi().toDouble(), by_floors);
     rhoplus_settings() = {};
-  }
-
-  void a_document_says_where_it_is_and_takes_no_place_of_the_survey() {
-    auto* const print = window_->findChild<QAction*>("menu_line_document");
-    const std::string path = folder_->path("line.pdf");
-    (*interface_)->path_answers = {path};
-    (*interface_)->stop = [] { return true; };
-    print->trigger();
-    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
-    QVERIFY(!std::filesystem::exists(path));
-
-    (*interface_)->stop = [] { return false; };
-    (*interface_)->path_answers = {path};
-    print->trigger();
-    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
-    const auto* const told = control<QLabel>("Label_work");
-    QVERIFY(told->isVisible());
-    QVERIFY(
-        told->toolTip().contains(QString::fromStdString("The graphs of line 200E are written to " + path)));
-    QDesktopServices::setUrlHandler("file", this, "take_opened");
-    Q_EMIT control<QLabel>("Label_work")->linkActivated("folder");
-    QDesktopServices::unsetUrlHandler("file");
-    QCOMPARE(opened_, QUrl::fromLocalFile(QString::fromStdString(folder_->path(".")))
-                          .adjusted(QUrl::NormalizePathSegments | QUrl::StripTrailingSlash));
-    QCOMPARE(file_contents(path).substr(0, 5), std::string("%PDF-"));
-
-    (*interface_)->path_answers = {session().database_file};
-    (*interface_)->yes_no_answers = {true};
-    print->trigger();
-    const std::vector<std::string> messages = interface_->take_messages();
-    QCOMPARE(messages.size(), std::size_t{1});
-    QVERIFY2(messages[0].ends_with(" is one of the input files and is not written over"),
-             messages[0].c_str());
-    QVERIFY(file_contents(session().database_file).starts_with("SQLite format 3"));
-  }
-
-  void the_output_panel_writes_a_line() {
-    window_->findChild<QAction*>("menu_output_data_0")->trigger();
-    QCOMPARE(interface_->take_messages(), std::vector<std::string>{});
-    QVERIFY(control<QWidget>("Frame_rhoplus")->isVisible());
-    QVERIFY(control<QPushButton>("Command_choose_folder")->isVisible());
-    // What the main window shows is chosen, and only what the survey has is listed.
-    QCOMPARE(control<QComboBox>("Combo_output_linelist")->currentText().toStdString(),
-             session().current_line);
-    auto* const references = control<QComboBox>("Combo_output_datatype");
-    QCOMPARE(references->count(), 1);
-    QCOMPARE(references->currentData().toInt(), session().current_reference_type);
-    QVERIFY(control<QComboBox>("Combo_output_dipole")->currentIndex() >= 0);
-    QCOMPARE(control<QComboBox>("Combo_output_component")->currentText().toStdString(),
-             session().current_data_type);
-    QCOMPARE(control<QLineEdit>("Text_rhoplus_output_directory")->text().toStdString(),
-             folder_->folder().string());
-    control<QLineEdit>("Text_rhoplus_output_directory")->setText("rho");
-    QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
-    const std::vector<std::string> messages = interface_->take_messages();
-    QCOMPARE(messages.size(), std::size_t{1});
-    QVERIFY2(messages[0].starts_with("Data output completed. 3 control files with "), messages[0].c_str());
-    QVERIFY2(messages[0].ends_with(" written to " + folder_->path("rho") + ", with tmd_run.bat"),
-             messages[0].c_str());
-    QCOMPARE(file_contents(folder_->path("rho/tmd_run.bat")),
-             std::string("rhopp < tmd_100.dat\r\nrhopp < tmd_200.dat\r\nrhopp < tmd_300.dat\r\n"));
-    window_->findChild<QAction*>("menu_output_data_1")->trigger();
-    QVERIFY(!control<QWidget>("Frame_rhoplus")->isVisible());
-    QVERIFY2(!control<QPushButton>("Command_choose_folder")->isVisible(), "it is chosen with the file");
-  }
-
-  void transfer_functions_begin_with_the_chosen_strike() {
-    Q_EMIT window_->findChild<TensorWindows*>()->strike_chosen(25.04);
-    QString typed;
-    QTimer::singleShot(0, window_.get(), [&] {
-      QWidget* const dialog = QApplication::activeModalWidget();
-      QVERIFY(dialog != nullptr);
-      typed = dialog->findChild<QLineEdit*>("Text_export_rotation")->text();
-      dialog->close();
-    });
-    window_->findChild<QAction*>("menu_transfer_functions")->trigger();
-    QCOMPARE(typed, QString("25.0"));
-  }
-
-  void the_output_panel_rotates_to_the_chosen_strike() {
-    window_->findChild<QAction*>("menu_output_data_0")->trigger();
-    Q_EMIT window_->findChild<TensorWindows*>()->strike_chosen(25.04);
-    auto* const rotate = control<QCheckBox>("Check_rotate_to_strike");
-    auto* const strike = control<QLineEdit>("Text_rotate_to_strike");
-    auto* const data_type = control<QComboBox>("Combo_output_component");
-    QVERIFY(!rotate->isChecked() && !strike->isEnabled());
-    QCOMPARE(strike->text(), QString("25.0"));
-    QCOMPARE(data_type->currentText(), QString("ExHy"));
-    rotate->setChecked(true);
-    QVERIFY(strike->isEnabled());
-    QCOMPARE(data_type->currentText(), QString("ExHy, electric field along the strike (TE)"));
-    QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
-    strike->setText("N25E");
-    QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
-    QCOMPARE(
-        interface_->take_messages(),
-        (std::vector<std::string>{
-            "No station of line 200E can be rotated, and nothing was written. Left out for want of a "
-            "tensor: Station 100: there is no ExHx, EyHx, EyHy; Station 200: there is no ExHx, EyHx, EyHy; "
-            "Station 300: there is no ExHx, EyHx, EyHy",
-            "The strike to rotate to must be from -180 to 360 degrees"}));
-    window_->findChild<QAction*>("menu_output_data_1")->trigger();
-    QCOMPARE(data_type->currentText(), QString("ExHy"));
   }
 };
 

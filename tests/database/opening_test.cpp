@@ -506,39 +506,6 @@ TEST_F(SurveyTest, A_path_is_kept_without_the_way_that_led_there) {
   }
 }
 
-TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
-  const std::string path = new_survey();
-  add_station("200E", 100.0);
-  ASSERT_EQ(close_database(), 0);
-
-  int opened[2];
-  ASSERT_EQ(pipe(opened), 0);
-  const pid_t child = fork();
-  if (child == 0) {
-    const char answer = open_database() == 0 ? 'y' : 'n';
-    (void)!write(opened[1], &answer, 1);
-    pause();
-    _exit(0);
-  }
-  char answer = 0;
-  ASSERT_EQ(read(opened[0], &answer, 1), 1);
-  ASSERT_EQ(answer, 'y');
-  const std::string before = file_contents(path);
-  EXPECT_EQ(open_database(), -1);
-  const std::vector<std::string> messages = interface.take_messages();
-  ASSERT_EQ(messages.size(), 1U);
-  EXPECT_TRUE(starts_with(messages[0], opening_message + locked_message)) << messages[0];
-  EXPECT_NE(messages[0].find(", process " + std::to_string(child) + " of "), std::string::npos)
-      << messages[0];
-  EXPECT_TRUE(file_contents(path) == before);
-  kill(child, SIGKILL);
-  waitpid(child, nullptr, 0);
-  close(opened[0]);
-  close(opened[1]);
-  EXPECT_EQ(open_database(), 0);
-  EXPECT_EQ(rows_in("StationsTable"), 1);
-}
-
 /// Opens a survey in another process, which adds a station and then waits or dies.
 pid_t start_session(const std::string& path, double station, bool dies) {
   int opened[2];
@@ -558,6 +525,26 @@ pid_t start_session(const std::string& path, double station, bool dies) {
   EXPECT_EQ(read(opened[0], &answer, 1), dies ? 0 : 1);
   close(opened[0]);
   return child;
+}
+
+TEST_F(SurveyTest, A_survey_open_in_another_process_is_refused) {
+  const std::string path = new_survey();
+  add_station("200E", 100.0);
+  ASSERT_EQ(close_database(), 0);
+
+  const pid_t child = start_session(path, 200.0, false);
+  const std::string before = file_contents(path);
+  EXPECT_EQ(open_database(), -1);
+  const std::vector<std::string> messages = interface.take_messages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_TRUE(starts_with(messages[0], opening_message + locked_message)) << messages[0];
+  EXPECT_NE(messages[0].find(", process " + std::to_string(child) + " of "), std::string::npos)
+      << messages[0];
+  EXPECT_TRUE(file_contents(path) == before);
+  kill(child, SIGKILL);
+  EXPECT_EQ(wait_for_child(child), -1);
+  EXPECT_EQ(open_database(), 0);
+  EXPECT_EQ(rows_in("StationsTable"), 2);
 }
 
 TEST_F(SurveyTest, Rows_in_the_log_of_another_name_are_not_passed_by) {

@@ -1,21 +1,14 @@
 // graph_control_test.cpp: a user's hand on a chart, and what the chart shows for awkward limits.
-#include <QDir>
-#include <QMenu>
-#include <QPdfWriter>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
-#include <QWheelEvent>
 #include <limits>
 
 #include "core/scope_guard.h"
-#include "graph_samples.h"
 #include "platform/graph/axis_ticks.h"
 #include "platform/graph/frequency_axis.h"
-#include "platform/graph/pdf_pages.h"
-#include "tests/support/file_size_limit.h"
-#include "tests/support/recording_interface.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/platform/graph/graph_fixture.h"
+#include "tests/support/pointer.h"
 
 namespace {
 
@@ -25,62 +18,15 @@ using graph::AxisType;
 
 constexpr double none = graph::null_value;
 
-/// Frequency and resistivity on logarithmic axes. Series 1 masks its second point and lacks its third; its
-/// last point lies on that of series 0.
-void fill(VexGraphControl& control) {
-  control.clear_graph();
-  control.set_graph_data({{{{1.0, 10.0, 100.0, 1000.0}, {10.0, 20.0, 40.0, 80.0}, {1.0, 1.0, 50.0, none}},
-                           {{1.0, 10.0, 100.0, 1000.0}, {200.0, 300.0, none, 80.0}, {}}}});
-  control.set_graph_styles({{1, 1, 1, 1}, {1, 2, 1, 1}});
-}
-
-void wheel(VexGraphControl& control, QPointF at, int angle) {
-  QWheelEvent event(at, control.mapToGlobal(at), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
-                    Qt::NoScrollPhase, false);
-  QApplication::sendEvent(&control, &event);
-}
-
-// The test library moves the real pointer instead, which says nothing about a window without a screen.
-void move(VexGraphControl& control, QPoint to, Qt::MouseButtons buttons = Qt::NoButton) {
-  QMouseEvent event(QEvent::MouseMove, to, control.mapToGlobal(to), Qt::NoButton, buttons, Qt::NoModifier);
-  QApplication::sendEvent(&control, &event);
-}
-
-void drag(VexGraphControl& control, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton,
-          Qt::KeyboardModifiers keys = {}) {
-  QTest::mousePress(&control, button, keys, from);
-  move(control, (from + to) / 2, button);
-  move(control, to, button);
-  QTest::mouseRelease(&control, button, {}, to);
-}
-
 bool near(double a, double b) { return std::abs(a - b) <= 1e-6 * std::max(std::abs(a), std::abs(b)); }
 
 }  // namespace
 
-class GraphControlTest : public QObject {
+class GraphControlTest : public QObject, private GraphFixture {
   Q_OBJECT
 
- private:
-  std::unique_ptr<VexGraphControl> control_;
-
-  QPoint place(int series, int point) const { return control_->point_position(series, point)->toPoint(); }
-
  private Q_SLOTS:
-  void init() {
-    control_ = std::make_unique<VexGraphControl>();
-    control_->resize(500, 350);
-    control_->set_xaxistype(AxisType::logarithmic);
-    control_->set_yaxistype(AxisType::logarithmic);
-    control_->set_xaxismin(0.5F);
-    control_->set_xaxismax(2000.0F);
-    control_->set_yaxismin(5.0F);
-    control_->set_yaxismax(500.0F);
-    fill(*control_);
-    control_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(control_.get()));
-    control_->draw_graph();
-  }
+  void init() { show_control(); }
 
   void click_finds_the_nearest_drawn_point() {
     struct Case {
@@ -159,8 +105,8 @@ class GraphControlTest : public QObject {
     control_->reset_zoom();
     control_->draw_graph();
     QTest::mousePress(control_.get(), Qt::LeftButton, {}, from);  // out and back again is no click
-    move(*control_, from + QPoint(30, 30), Qt::LeftButton);
-    move(*control_, from, Qt::LeftButton);
+    move_pointer(*control_, from + QPoint(30, 30), Qt::LeftButton);
+    move_pointer(*control_, from, Qt::LeftButton);
     QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, from);
     QCOMPARE(selected.size(), 0);
     QVERIFY(!control_->zoomed());
@@ -205,9 +151,9 @@ class GraphControlTest : public QObject {
   }
 
   void chart_may_go_in_the_middle_of_a_drag() {
-    move(*control_, place(0, 1));
+    move_pointer(*control_, place(0, 1));
     QTest::mousePress(control_.get(), Qt::LeftButton, {}, place(0, 1));
-    move(*control_, place(0, 1) + QPoint(50, 50), Qt::LeftButton);
+    move_pointer(*control_, place(0, 1) + QPoint(50, 50), Qt::LeftButton);
     control_.reset();  // a crash would fail the test
   }
 
@@ -221,7 +167,7 @@ class GraphControlTest : public QObject {
     const QPoint beside = control_->plot_area().bottomRight() - QPoint(30, 30);
     int clicks_on_points = 0;
     for (const bool on_point : {true, false}) {
-      wheel(*control_, place(0, 1), 120);
+      turn_wheel(*control_, place(0, 1), 120);
       QVERIFY(control_->zoomed());
       QTest::qWait(1);
       const QPoint at = on_point ? place(0, 1) : beside;
@@ -240,7 +186,7 @@ class GraphControlTest : public QObject {
     const QPoint at = place(0, 1);
     QTest::mouseClick(control_.get(), Qt::LeftButton, {}, at);
     press_again(at);
-    move(*control_, at + QPoint(40, 40), Qt::LeftButton);
+    move_pointer(*control_, at + QPoint(40, 40), Qt::LeftButton);
     QTest::mouseRelease(control_.get(), Qt::LeftButton, {}, at + QPoint(40, 40));
     QVERIFY(control_->zoomed());
     QCOMPARE(selected.size(), clicks_on_points + 1);
@@ -258,7 +204,7 @@ class GraphControlTest : public QObject {
       const QPoint at = place(0, point);
       QVERIFY(area.contains(at));
       QVERIFY(std::abs(at.y() - (point == 1 ? area.top() : area.bottom())) < 10);
-      move(*control_, QPoint(5, 5));  // the pointer enlarges what is under it
+      move_pointer(*control_, QPoint(5, 5));  // the pointer enlarges what is under it
       QTest::qWait(1);
       const QImage image = control_->grab().toImage();
       QVERIFY(image.pixelColor(at).saturation() > 100);
@@ -279,7 +225,7 @@ class GraphControlTest : public QObject {
     QVERIFY(std::abs(std::log10(control_->y_range().upper / 500.0)) < 1e-6);  // the limits are as asked
 
     const QPointF upper = *control_->point_position(0, 1);  // zoomed in it is out of view like any other
-    wheel(*control_, QPointF(area.left() - 15, area.center().y()), 120);
+    turn_wheel(*control_, QPointF(area.left() - 15, area.center().y()), 120);
     QTest::qWait(1);
     QVERIFY(control_->point_position(0, 1)->y() < upper.y());
     QVERIFY(!area.contains(place(0, 1)));
@@ -287,7 +233,7 @@ class GraphControlTest : public QObject {
 
   void wheel_keeps_the_place_under_the_pointer_and_knows_the_axes() {
     const QPointF at = place(0, 1);
-    wheel(*control_, at, 240);
+    turn_wheel(*control_, at, 240);
     QVERIFY(control_->x_range().upper < 2000.0 && control_->y_range().upper < 500.0);
     QTest::qWait(1);  // the drawing is left to the event loop
     QVERIFY((*control_->point_position(0, 1) - at).manhattanLength() < 2.0);
@@ -295,15 +241,15 @@ class GraphControlTest : public QObject {
     control_->reset_zoom();
     control_->draw_graph();
     const QRect area = control_->plot_area();
-    wheel(*control_, QPointF(area.center().x(), area.bottom() + 15), 120);
+    turn_wheel(*control_, QPointF(area.center().x(), area.bottom() + 15), 120);
     QCOMPARE(control_->y_range(), (AxisRange{5.0, 500.0}));
     QVERIFY(control_->zoomed());
     const AxisRange x = control_->x_range();
-    wheel(*control_, QPointF(area.left() - 15, area.center().y()), 120);
+    turn_wheel(*control_, QPointF(area.left() - 15, area.center().y()), 120);
     QCOMPARE(control_->x_range(), x);
     QVERIFY(control_->y_range().upper < 500.0);
     for (int i = 0; i < 200; ++i) {
-      wheel(*control_, area.center(), i < 100 ? 1200 : -1200);  // neither collapses nor runs away
+      turn_wheel(*control_, area.center(), i < 100 ? 1200 : -1200);  // neither collapses nor runs away
     }
     QVERIFY(control_->x_range().lower > 0.0 && std::isfinite(control_->x_range().upper));
   }
@@ -332,7 +278,7 @@ class GraphControlTest : public QObject {
   }
 
   void zoom_outlives_new_data_but_not_another_kind_of_axis_or_place() {
-    wheel(*control_, place(0, 1), 240);
+    turn_wheel(*control_, place(0, 1), 240);
     const AxisRange x = control_->x_range();
     fill(*control_);
     control_->set_yaxismax(600.0F);
@@ -354,7 +300,7 @@ class GraphControlTest : public QObject {
     phase.set_xaxismax(2000.0F);
     phase.draw_graph();
     control_->share_x_zoom(phase);
-    wheel(*control_, place(0, 1), 120);
+    turn_wheel(*control_, place(0, 1), 120);
     QCOMPARE(phase.x_range(), control_->x_range());
     QVERIFY(near(phase.y_range().upper, 1.0));
   }
@@ -376,8 +322,8 @@ class GraphControlTest : public QObject {
     control_->draw_graph();
     QTest::qWait(20);
     QCOMPARE(control_->draw_count(), before + 1);
-    move(*control_, place(0, 0));
-    move(*control_, place(0, 1));
+    move_pointer(*control_, place(0, 0));
+    move_pointer(*control_, place(0, 1));
     QTest::qWait(20);
     QCOMPARE(control_->draw_count(), before + 1);
   }
@@ -385,13 +331,13 @@ class GraphControlTest : public QObject {
   void pointer_is_reported_in_data_coordinates() {
     QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
     control_->set_point_text([](int s, int p) { return QStringLiteral("series %1 point %2").arg(s).arg(p); });
-    move(*control_, place(1, 1));
+    move_pointer(*control_, place(1, 1));
     QVERIFY(!moved.isEmpty());
     QCOMPARE(moved.last().at(0).toBool(), false);
     QVERIFY(std::abs(moved.last().at(1).toDouble() / 10.0 - 1.0) < 0.03);
     QVERIFY(std::abs(moved.last().at(2).toDouble() / 300.0 - 1.0) < 0.03);
     QCOMPARE(QToolTip::text(), QStringLiteral("series 1 point 1"));
-    move(*control_, QPoint(5, 5));
+    move_pointer(*control_, QPoint(5, 5));
     QCOMPARE(moved.last().at(0).toBool(), true);
     QEvent leave(QEvent::Leave);
     moved.clear();
@@ -414,7 +360,7 @@ class GraphControlTest : public QObject {
     QVERIFY(place(0, 0).x() > place(0, 1).x());
     QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
     control_->set_point_text([](int, int) { return QStringLiteral("10 Hz"); });
-    move(*control_, place(1, 1));
+    move_pointer(*control_, place(1, 1));
     QVERIFY(std::abs(moved.last().at(1).toDouble() * 10.0 - 1.0) < 0.03);
     QCOMPARE(QToolTip::text(), QStringLiteral("10 Hz\nPeriod 0.1 s"));
     const QRect area = control_->plot_area();
@@ -559,80 +505,6 @@ class GraphControlTest : public QObject {
         }
       }
     }
-  }
-
-  void pictures_are_written_and_failures_keep_what_was_there() {
-    RecordingInterface interface;
-    const TemporaryFolder folder;
-    const std::string png = folder.path("chart.png");
-    const std::string pdf = folder.path("chart.pdf");
-    QCOMPARE(control_->save_png(png, 400, 300, 2.0), 0);
-    const QImage image(QString::fromStdString(png));
-    QCOMPARE(image.size(), QSize(800, 600));
-    QCOMPARE(image.pixelColor(2, 2), QColor(Qt::white));
-    QCOMPARE(control_->save_pdf(pdf), 0);
-    QFile file(QString::fromStdString(pdf));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray contents = file.readAll();
-    QVERIFY(contents.startsWith("%PDF-") && contents.trimmed().endsWith("%%EOF"));
-    QVERIFY(interface->messages.empty());
-    QCOMPARE(control_->save_png(folder.path("missing/chart.png"), 400, 300), -1);
-    QCOMPARE(control_->save_png(png, 0, 300), -1);
-    QCOMPARE(interface->messages.size(), std::size_t{2});
-    QCOMPARE(QImage(QString::fromStdString(png)).size(), QSize(800, 600));
-  }
-
-  void a_picture_saved_from_the_menu_says_where_it_is() {
-    RecordingInterface interface;
-    const TemporaryFolder folder;
-    const auto menu = control_->make_context_menu();
-    for (const char* const name : {"chart.png", "chart.pdf"}) {
-      const std::string path = folder.path(name);
-      interface->path_answers = {path};
-      menu->actions().at(path.ends_with(".png") ? 1 : 2)->trigger();
-      QCOMPARE(interface.take_messages(), std::vector<std::string>{"The graph is written to " + path});
-      QVERIFY(QFile::exists(QString::fromStdString(path)));
-    }
-  }
-
-  void what_does_not_fit_on_the_disk_leaves_the_earlier_file() {
-    RecordingInterface interface;
-    const TemporaryFolder folder;
-    const std::string earlier(20000, 'x');
-    const std::string path = folder.write("chart", earlier);
-    const auto write_page = [&] {
-      graph::PdfPages pages(QString::fromStdString(path), "page");
-      pages.begin_page("page");
-      pages.place(*control_, {0.0, 0.0, 1.0, 1.0});
-      pages.finish();
-    };
-    for (const rlim_t bytes : {0, 1000}) {  // also of what is small enough for one write at the end
-      const FileSizeLimit limit(bytes);
-      QCOMPARE(control_->save_png(path, 400, 300, 2.0), -1);
-      QCOMPARE(control_->save_pdf(path), -1);
-      QVERIFY_EXCEPTION_THROWN(write_page(), std::runtime_error);
-    }
-    QCOMPARE(interface->messages.size(), std::size_t{4});
-    for (const std::string& message : interface->messages) {
-      QVERIFY2(message.find(path + ": File too large") != std::string::npos, message.c_str());
-    }
-    QVERIFY(file_contents(path) == earlier);
-    QCOMPARE(QDir(QString::fromStdString(folder.folder().string())).entryList(QDir::Files).size(), 1);
-  }
-
-  void menu_offers_what_there_is() {
-    const auto texts = [&] {
-      QStringList found;
-      const auto menu = control_->make_context_menu();
-      for (const QAction* action : menu->actions()) {
-        found += action->text().remove(u'&') + (action->isEnabled() ? "" : " off");
-      }
-      return found.join(u'|');
-    };
-    QCOMPARE(texts(), "Copy|Save as PNG...|Save as PDF...||Reset zoom off|Error bars");
-    control_->set_graph_data({{{{1.0}, {10.0}, {}}}});
-    wheel(*control_, control_->plot_area().center(), 120);
-    QCOMPARE(texts(), "Copy|Save as PNG...|Save as PDF...||Reset zoom");
   }
 };
 
