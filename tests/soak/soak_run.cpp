@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QPixmapCache>
+#include <QPointer>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
@@ -18,6 +19,7 @@
 #include "core/scope_guard.h"
 #include "core/session_state.h"
 #include "core/user_interface.h"
+#include "platform/windows/progress_dialog.h"
 #include "tests/soak/allocated_memory.h"
 #include "tests/soak/soak_survey.h"
 #include "tests/soak/survey_faults.h"
@@ -77,11 +79,33 @@ class SoakRun::Answers final : public UserInterface {
     return soak_.hand_->any(std::vector<std::string>{suggestion, "MGA 55", "Ω a'b;c%", ""});
   }
   void set_busy_pointer(bool /*busy*/) override {}
-  void process_events() override {}
-  void show_progress(std::string_view /*what*/, int /*percent*/) override {}
+  // The steps go on during the work, in its dialog.
+  void process_events() override {
+    if (progress_ != nullptr) {
+      QCoreApplication::processEvents();
+    }
+  }
+  void show_progress(std::string_view what, int percent) override {
+    constexpr int works_with_dialog =
+        4;  // one in so many; most work here is too short to get one by its time
+    if (percent < 0) {
+      delete progress_;
+      at_work_ = false;
+      return;
+    }
+    if (!std::exchange(at_work_, true) && soak_.hand_->number(works_with_dialog) == 0) {
+      progress_ = new ProgressDialog(QApplication::activeWindow());
+      progress_->show();
+    }
+    if (progress_ != nullptr) {
+      progress_->show_progress(QString::fromUtf8(what.data(), static_cast<qsizetype>(what.size())), percent);
+    }
+    process_events();
+  }
   bool stop_requested() override {
     constexpr int patience = 5000;
-    return soak_.hand_->number(patience) == 0;
+    process_events();
+    return (progress_ != nullptr && progress_->stop_requested()) || soak_.hand_->number(patience) == 0;
   }
 
  private:
@@ -93,6 +117,8 @@ class SoakRun::Answers final : public UserInterface {
   }
 
   SoakRun& soak_;
+  QPointer<ProgressDialog> progress_;  // of the work under way
+  bool at_work_ = false;
 };
 
 SoakRun::SoakRun(const SoakChoices& choices, const TemporaryFolder& folder,
