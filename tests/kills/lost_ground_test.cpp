@@ -252,7 +252,7 @@ TEST_F(LostGround, An_import_that_fills_the_disk_keeps_whole_files) {
     const dao::Recordset readings =
         open_survey().database.open_recordset("SELECT * FROM ReadingsDataTable WHERE FileID>0");
     EXPECT_EQ(readings.record_count(), 4 * stored);
-    EXPECT_EQ(run_import(choices, files, ImportMode::import, report), 0);  // now that there is room
+    EXPECT_EQ(run_import(sample_choices(), files, ImportMode::import, report), 0);  // now that there is room
     EXPECT_EQ(rows_in("FileTable"), static_cast<std::int32_t>(files.size()));
     EXPECT_EQ(close_database(), 0);
     EXPECT_EQ(interface.take_messages(), std::vector<std::string>{});
