@@ -4,7 +4,7 @@
 extern "C" {
 __attribute__((weak)) void openblas_set_num_threads(int count);
 __attribute__((weak)) void omp_set_num_threads(int count);
-__attribute__((weak)) int blas_thread_shutdown_(void);
+__attribute__((weak)) int blas_thread_shutdown_();
 }
 
 namespace numerics::occam_inversion {

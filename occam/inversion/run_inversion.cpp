@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <iterator>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -40,7 +41,7 @@ FileLock lock_of(const fs::path& directory) {
   }
 }
 
-// What the log says of the misfit that the iterations below it go by; without a line it is the RMS.
+// What the log says of the misfit that the iterations below it go by, where outliers have counted linearly.
 constexpr std::string_view robust_norm = " ** OUTLIERS COUNT LINEARLY\n\n";
 constexpr std::string_view square_norm = " ** OUTLIERS COUNT BY THEIR SQUARES\n\n";
 
@@ -54,10 +55,13 @@ class RunLog {
     }
   }
   [[nodiscard]] bool empty() const { return text_.empty(); }
-  /// Whether its last iterations counted outliers linearly.
-  [[nodiscard]] bool is_robust() const {
+  /// Whether its last iterations counted outliers linearly; none if it doesn't say it.
+  [[nodiscard]] std::optional<bool> is_robust() const {
     const std::size_t robust = text_.rfind(robust_norm);
     const std::size_t squares = text_.rfind(square_norm);
+    if (robust == squares) {  // neither is there
+      return std::nullopt;
+    }
     return robust != std::string::npos && (squares == std::string::npos || squares < robust);
   }
   [[nodiscard]] safe_files::NewFile with(const std::string& more) {
@@ -284,9 +288,10 @@ std::vector<safe_files::NewFile> RunningInversion::start_files(const inversion::
   } else if (const std::string name = response_file_name(from_); !fs::exists(directory_ / name)) {
     files.push_back(response_file(name, start));
   }
-  changes_norm_ = is_iteration_ && log_->is_robust() != options_.robust;
+  const std::optional<bool> earlier_norm = log_->is_robust();
+  changes_norm_ = is_iteration_ && earlier_norm && *earlier_norm != options_.robust;
   std::string head = log_->empty() ? "" : " ** CONTINUED FROM " + from_ + "\n\n";
-  if (log_->is_robust() != options_.robust) {
+  if (earlier_norm.value_or(false) != options_.robust) {
     head += options_.robust ? robust_norm : square_norm;
   }
   if (!head.empty()) {
