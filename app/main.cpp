@@ -7,6 +7,7 @@
 
 #include "app/Form_main.h"
 #include "app/program_start.h"
+#include "database/survey_database.h"
 #include "platform/windows/qt_settings_store.h"
 #include "platform/windows/qt_user_interface.h"
 
@@ -34,5 +35,8 @@ int main(int argc, char** argv) {
   if (!paths.isEmpty()) {
     QTimer::singleShot(0, &window, [&window, paths] { window.open_files(paths); });
   }
-  return QApplication::exec();
+  const int status = QApplication::exec();
+  // Left to the end of the process, the survey would be compacted again by the next opening.
+  static_cast<void>(Module_database::close_database());
+  return status;
 }

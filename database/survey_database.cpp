@@ -16,6 +16,20 @@
 
 namespace Module_database {
 
+namespace {
+
+/// One that has no room to gain is marked, so that the next opening takes it as it is.
+void close_file(OpenSurvey& survey, const std::string& path) {
+  const bool is_compact = survey.private_folder == nullptr && survey.database.is_compact();
+  survey.database.close();
+  survey = OpenSurvey{};
+  if (is_compact) {
+    mark_compacted(path);
+  }
+}
+
+}  // namespace
+
 OpenSurvey& open_survey() {
   static OpenSurvey survey;
   return survey;
@@ -79,13 +93,8 @@ int close_database() {
   Module_debug::write_debug(1, "close_database");
   return trap_errors("An error occurred while closing database: ", [] {
     close_recordsets();
-    const bool is_compact = !survey_is_read_only() && open_survey().database.is_compact();
-    open_survey().database.close();
-    open_survey() = OpenSurvey{};
+    close_file(open_survey(), session().database_file);
     session().database_open = false;
-    if (is_compact) {
-      mark_compacted(session().database_file);
-    }
   });
 }
 
@@ -154,7 +163,9 @@ SurveySetAside::~SurveySetAside() {
 
 void SurveySetAside::let_go() {
   comes_back_ = false;
-  survey_.database.close();
+  if (was_open_) {
+    close_file(survey_, file_);
+  }
 }
 
 std::string backup_path(const std::string& path) {

@@ -6,6 +6,7 @@
 #include <set>
 #include <utility>
 
+#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
@@ -278,6 +279,8 @@ Outcome remove_readings(const SurveyContents& contents, const RemovalPlan& plan)
     session().data_changed = true;
     Module_database::settle_survey();
     skipped.tell(std::string(removal_failed));
+    Module_Brenlox::tell_finished("Removed from " + session().database_file + ": " + what_goes(plan),
+                                  session().database_file);
   }
   return result == 0 ? outcome : Outcome::failed;
 }

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
@@ -173,8 +174,10 @@ void write_names(const Assignment& assignment_in, const Criteria& criteria_in,
   }
 }
 
-/// @param write  writes the names, and gives the stations that move
-int rename_in_transaction(const std::function<std::vector<MovedStation>()>& write) {
+/// @param renamed  what is renamed, in words
+/// @param write    writes the names, and gives the stations that move
+int rename_in_transaction(const std::string& renamed,
+                          const std::function<std::vector<MovedStation>()>& write) {
   const BusyPointer busy;
   const ShelfAsItIs shelf;
   const int result = trap_errors(rename_failed, [&] {
@@ -194,6 +197,7 @@ int rename_in_transaction(const std::function<std::vector<MovedStation>()>& writ
   session().data_changed = true;
   requery_survey();
   Module_database::settle_survey();
+  Module_Brenlox::tell_finished(renamed + ", stored in " + session().database_file, session().database_file);
   return result;
 }
 
@@ -233,7 +237,8 @@ NewStation new_station_number(std::string_view line, double station, std::string
 }
 
 int rename_line(std::string_view line, const std::string& to) {
-  const int result = rename_in_transaction([&] {
+  const std::string renamed = "Line " + std::string(line) + " is line " + to + " now";
+  const int result = rename_in_transaction(renamed, [&] {
     std::vector<MovedStation> moved;
     for (const Module_database::ListedStation& listed : Module_database::listed_stations()) {
       if (same_line(listed.line, line)) {
@@ -251,7 +256,9 @@ int rename_line(std::string_view line, const std::string& to) {
 }
 
 int rename_station(std::string_view line, double station, double to) {
-  const int result = rename_in_transaction([&] {
+  const std::string renamed = "Station " + plain_text(station) + " of line " + std::string(line) +
+                              " is station " + plain_text(to) + " now";
+  const int result = rename_in_transaction(renamed, [&] {
     std::vector<MovedStation> moved;
     for (const Module_database::ListedStation& listed : Module_database::listed_stations()) {
       if (listed.station == station && same_line(listed.line, line)) {

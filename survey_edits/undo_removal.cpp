@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/finished_work.h"
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"
@@ -123,6 +124,7 @@ Outcome undo_removal(std::string& told) {
   session().data_changed = true;
   Module_database::settle_survey();
   skipped.tell(std::string(undo_failed));
+  Module_Brenlox::tell_finished(told + " Stored in " + session().database_file, session().database_file);
   return outcome;
 }
 

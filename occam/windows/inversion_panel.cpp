@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "core/finished_work.h"
 #include "core/trap_errors.h"
 #include "occam/inversion/earlier_iterations.h"
 #include "occam/windows/inversion_worker.h"
@@ -170,6 +171,9 @@ void InversionPanel::connect_controls() {
   connect(worker_, &InversionWorker::ended, this, [this](const InversionReport& report) {
     last_ending_ = qt_text(ending_text(report));
     show_state(last_ending_);
+    const std::string folder = directory_.string();
+    Module_Brenlox::tell_finished("The inversion in " + folder + " has ended. " + ending_text(report),
+                                  folder);
     Q_EMIT ended();
   });
   connect(worker_, &InversionWorker::failed, this, [this](const QString& sentence) {

@@ -36,6 +36,7 @@ class SurveyEditsTest : public QObject, private MainViewFixture {
   static QString text_of(const QWidget& dialog, const char* label) {
     return dialog.findChild<QLabel*>(label)->text();
   }
+  QString told() const { return control<QLabel>("Label_work")->accessibleName(); }
   QStringList stations_shown() const {
     QStringList stations;
     for (const double station : session().station_value) {
@@ -93,8 +94,11 @@ class SurveyEditsTest : public QObject, private MainViewFixture {
     QCOMPARE(control<QComboBox>("Combo_line")->count(), 1);
     QVERIFY(item("menu_database_undo_removal")->isEnabled());
 
+    QVERIFY(told().contains("Removed from ") &&
+            told().contains(": 1 file, 9 readings, 3 stations and 1 line"));
     menu("menu_database_undo_removal");
     QCOMPARE((*interface_)->messages.size(), 1U);
+    QVERIFY(told().contains(" put back; the survey is as it was before. Stored in "));
     QCOMPARE(stations_shown(), (QStringList{"100", "200", "300", "950", "100"}));
     QCOMPARE(control<QComboBox>("Combo_line")->count(), 2);
     QVERIFY(!item("menu_database_undo_removal")->isEnabled());
@@ -131,6 +135,7 @@ class SurveyEditsTest : public QObject, private MainViewFixture {
     QCOMPARE(session().current_line, std::string("45N"));
     QCOMPARE(session().current_station, 100.0);
     QCOMPARE(control<QComboBox>("Combo_line")->currentText(), "45N");
+    QVERIFY(told().contains("Line 200E is line 45N now, stored in "));
 
     in_dialog("menu_database_rename", [&](QWidget& dialog) {
       dialog.findChild<QComboBox*>("Combo_station")->setCurrentIndex(1);
@@ -138,6 +143,7 @@ class SurveyEditsTest : public QObject, private MainViewFixture {
       press_in(dialog, "Command_rename");
     });
     QCOMPARE(session().current_station, 150.0);
+    QVERIFY(told().contains("Station 100 of line 45N is station 150 now"));
     QCOMPARE(session().current_line, std::string("45N"));
   }
 };

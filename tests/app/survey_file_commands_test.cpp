@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "core/undo_stack.h"
+#include "database/compacted_mark.h"
 #include "platform/files/file_lock.h"
+#include "platform/files/file_mark.h"
 #include "projections/survey_projection.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/child_process.h"
@@ -349,6 +351,19 @@ TEST_F(Survey_file_commands, A_survey_in_a_read_only_folder_is_saved_from_its_co
   if (!possible) {
     GTEST_SKIP() << "this system lets no process have mounts of its own";
   }
+}
+
+TEST_F(Survey_file_commands, A_survey_that_another_takes_the_place_of_needs_no_compaction_later) {
+  const std::string first = survey_with_a_reading("first.mdb");
+  const std::string second = survey_with_a_reading("second.mdb");
+  if (file_mark(first).empty()) {
+    GTEST_SKIP() << "the file system keeps no marks";
+  }
+  open(first);
+  EXPECT_FALSE(Module_database::is_marked_compacted(first));
+  open(second);
+  expect_open(second);
+  EXPECT_TRUE(Module_database::is_marked_compacted(first));
 }
 
 TEST_F(Survey_file_commands, Opening_reads_the_surveys_own_projection) {

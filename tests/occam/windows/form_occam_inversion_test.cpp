@@ -13,6 +13,9 @@
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
+#include <array>
+#include <cmath>
+#include <utility>
 
 #include "occam/windows/results_windows.h"
 #include "platform/graph/VexGraphControl.h"
@@ -159,6 +162,34 @@ class FormOccamInversionTest : public QObject {
     }
     control<QComboBox>("Combo_colour_table")->setCurrentIndex(0);
     QVERIFY(section() != plain);
+  }
+
+  /// Also to a depth between two node lines.
+  void a_metre_of_depth_is_as_long_as_one_along_the_line_if_wanted() {
+    const auto metres = [this](QPoint from, QPoint to) {
+      auto* const picture = control<QWidget>("Picture_model");
+      std::array<QPointF, 2> places;
+      for (const auto& [at, place] : {std::pair(from, &places[0]), std::pair(to, &places[1])}) {
+        QTest::mouseMove(picture, QPoint(5, 5));
+        static_cast<void>(QTest::qWaitFor([this] { return status().isEmpty(); }));
+        QTest::mouseMove(picture, at);
+        static_cast<void>(QTest::qWaitFor([this] { return !status().isEmpty(); }));
+        const QStringList words = status().split(' ', Qt::SkipEmptyParts);
+        *place = {words.value(1).toDouble(), words.value(4).toDouble()};
+      }
+      return places[1] - places[0];
+    };
+    const QPoint from(60, 50);
+    const QPoint to(80, 70);
+    control<QLineEdit>("Text_max_depth")->setText("130");
+    const QPointF before = metres(from, to);
+    QVERIFY2(std::abs(before.y() - before.x()) > 0.2 * before.x(),
+             qPrintable(QString("%1 m across, %2 m down").arg(before.x()).arg(before.y())));
+    control<QCheckBox>("Check_true_scale")->click();
+    const QPointF step = metres(from, to);
+    QVERIFY(step.x() > 0.0);
+    QVERIFY2(std::abs(step.y() - step.x()) < 0.02 * step.x() + 0.2,
+             qPrintable(QString("%1 m across, %2 m down").arg(step.x()).arg(step.y())));
   }
 
   void pointer_reads_distance_depth_and_resistivity() {

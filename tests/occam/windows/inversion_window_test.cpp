@@ -14,6 +14,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include "core/finished_work.h"
+#include "core/scope_guard.h"
 #include "occam/windows/picture_model.h"
 #include "occam/windows/results_windows.h"
 #include "platform/files/file_lock.h"
@@ -104,6 +106,9 @@ class InversionWindowTest : public QObject {
   }
 
   void a_run_is_followed_to_its_end() {
+    Module_Brenlox::FinishedWork finished;
+    Module_Brenlox::set_finished_listener([&](const Module_Brenlox::FinishedWork& work) { finished = work; });
+    const ScopeGuard deaf([] { Module_Brenlox::set_finished_listener({}); });
     open();
     QCOMPARE(text("Text_run_iterations"), "4");
     QCOMPARE(text("Text_run_target"), "1");
@@ -124,6 +129,8 @@ class InversionWindowTest : public QObject {
     QCOMPARE(text("Text_iterate"), QString::number(last));
     QVERIFY(fs::exists(file("ITER01.iter")));
     QVERIFY2(ending().startsWith("RMS ") || ending().startsWith("Stopped improving"), qPrintable(ending()));
+    QCOMPARE(finished.path, (folder_->folder() / "run").string());  // who works elsewhere meanwhile is told
+    QVERIFY(finished.text.ends_with("has ended. " + ending().toStdString()));
     QVERIFY(control<QPushButton>("Command_continue")->isEnabled());
     QCOMPARE(control<QProgressBar>("ProgressBar_run")->value(),
              control<QProgressBar>("ProgressBar_run")->minimum() - 1);
