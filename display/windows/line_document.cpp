@@ -1,6 +1,7 @@
 #include "display/windows/line_document.h"
 
 #include <QFileInfo>
+#include <QPainter>
 #include <algorithm>
 #include <cstddef>
 #include <stdexcept>
@@ -18,6 +19,8 @@
 #include "display/site_names.h"
 #include "display/station_plot.h"
 #include "display/windows/graph_pair.h"
+#include "platform/graph/frequency_axis.h"
+#include "platform/graph/graph_content.h"
 #include "platform/graph/pdf_pages.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/each_item.h"
@@ -54,6 +57,35 @@ void place_pair(graph::PdfPages& pages, const std::string& title, GraphPair plot
   pair.place_on(pages, below);
 }
 
+/// Which colour of the profile is which frequency, high ones on top: paper has no list to click in.
+void draw_frequencies(QPainter& painter, QSize size) {
+  const std::vector<float>& frequencies = Module_averaged_data::data_sets().profile.frequencies;
+  std::vector<std::size_t> used;
+  for (std::size_t i = frequencies.size(); i-- > 0;) {
+    if (session().frequencies.is_enabled(static_cast<std::int32_t>(i))) {
+      used.push_back(i);
+    }
+  }
+  const auto& axis = graph::FrequencyAxis::instance();
+  constexpr double highest_row = 15.0;
+  const double row = std::min(highest_row, size.height() / static_cast<double>(used.size() + 1));
+  QFont font = painter.font();
+  font.setBold(false);
+  font.setPixelSize(std::max(1, static_cast<int>(0.75 * row)));
+  painter.setFont(font);
+  constexpr double line = 14.0;
+  QRectF place(line + 4.0, 0.0, size.width() - line - 4.0, row);
+  painter.setPen(Qt::black);
+  painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, axis.shows_periods() ? "s" : "Hz");
+  for (const std::size_t i : used) {
+    place.translate(0.0, row);
+    painter.setPen(QPen(graph::palette_style_colour(graph::palette_style(static_cast<int>(i) + 1)), 2.0));
+    painter.drawLine(QPointF(0.0, place.center().y()), QPointF(line, place.center().y()));
+    painter.setPen(Qt::black);
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, axis.short_text(double{frequencies[i]}));
+  }
+}
+
 void add_profile(graph::PdfPages& pages, PositionSource positions) {
   pages.begin_page(text_of(selection_text() + ": profile"));
   LineAxis axis;
@@ -64,7 +96,9 @@ void add_profile(graph::PdfPages& pages, PositionSource positions) {
   GraphPair plot = profile_plot(axis);
   if (!plot.empty()) {
     pair.show_plot(std::move(plot));
-    pair.place_on(pages, rectangle(PagePart()));
+    constexpr double graphs = 0.92;  // of the page's width
+    pair.place_on(pages, {0.0, 0.0, graphs, 1.0});
+    pages.place(draw_frequencies, {graphs, 0.0, 1.0 - graphs, 1.0});
   }
 }
 

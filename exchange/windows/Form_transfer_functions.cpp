@@ -79,11 +79,7 @@ void Form_transfer_functions::lay_out() {
 
 QBoxLayout* Form_transfer_functions::make_buttons() {
   bar_->setToolTip("How far the work is");
-  for (QWidget* const part : std::initializer_list<QWidget*>{bar_, doing_, stop_}) {
-    QSizePolicy policy = part->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);  // nothing changes place when work begins
-    part->setSizePolicy(policy);
-  }
+  hide_until_work({bar_, doing_, stop_});
   write_->setDefault(true);
   open_folder_->setEnabled(false);
   auto* const row = new QHBoxLayout;
@@ -215,7 +211,6 @@ void Form_transfer_functions::write_files() {
   if (!result.files.empty()) {
     keep_export_folder(entries_);
     controls_->follow(entries_);
-    controls_->choose_typed_folder();  // which may not have been there
   }
   open_folder_->setEnabled(!written_to_.isEmpty());
   if (status == 0 && !result.declined) {

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -14,9 +15,10 @@
 #include <algorithm>
 #include <array>
 
+#include "core/file_names.h"
 #include "core/number_text.h"
+#include "core/session_state.h"
 #include "display/selection.h"
-#include "platform/widgets/folder_tree.h"
 #include "platform/widgets/panel_controls.h"
 
 using namespace Module_exchange;
@@ -25,7 +27,7 @@ namespace {
 
 constexpr std::array<const char*, export_format_names.size()> format_texts{"EDI", "EMTF XML", "CSV",
                                                                            "GeoJSON", "KML"};
-constexpr int lines_high = 7;  // the list and the tree; there may be more to scroll to
+constexpr int lines_high = 7;  // there may be more to scroll to
 
 QPushButton* make_button(const QString& name, const QString& text, const QString& tip) {
   auto* const button = named(new QPushButton(text), name);
@@ -84,7 +86,8 @@ ExportControls::ExportControls(QWidget* parent)
                          "blank: LINE.pdf, where the folder has it")),
       folder_(make_wide_text("Text_export_folder",
                              "The folder that the files go to; it is made if it is missing")),
-      folders_(named(new FolderTree, "Tree_export_folder")),
+      choose_folder_(make_button("Command_choose_export_folder", "&Browse...",
+                                 "Chooses the folder from those there are")),
       folder_fault_(make_fault("Label_folder_fault")),
       folder_hint_(make_heading("Label_folder_hint")) {
   for (std::size_t format = 0; format < format_texts.size(); ++format) {
@@ -100,9 +103,7 @@ ExportControls::ExportControls(QWidget* parent)
   columns->addLayout(make_lines(), 3);
   columns->addSpacing(8);
   choices_ = make_choices();
-  columns->addLayout(choices_, 5);
-  columns->addSpacing(8);
-  columns->addLayout(make_folder(), 5);
+  columns->addLayout(choices_, 10);
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addLayout(top);
@@ -146,7 +147,8 @@ QFormLayout* ExportControls::make_choices() {
   turned->addWidget(rotate_);
   turned->addWidget(rotation_);
   turned->addWidget(new QLabel("degrees from north"));
-  turned->addStretch(1);
+  turned->addSpacing(8);
+  turned->addWidget(rotation_fault_, 1);
   auto* const tables = new QHBoxLayout;
   tables->addWidget(reduction_);
   tables->addSpacing(8);
@@ -156,23 +158,18 @@ QFormLayout* ExportControls::make_choices() {
   rows->addRow("&Reference", reference_);
   rows->addRow("&Dipole (m)", dipole_);
   rows->addRow("Axes", turned);
-  rows->addRow(rotation_fault_);
   rows->addRow(label_of(reduction_, "&Curves"), tables);
   rows->addRow("Lin&k to plots", plot_link_);
+  rows->addRow(label_of(folder_, "F&older"), make_folder());
   return rows;
 }
 
 QVBoxLayout* ExportControls::make_folder() {
-  folders_->setAccessibleName("Folders");
-  folders_->setToolTip("The folder that the files go to");
-  folders_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // as high as the other columns
-  constexpr int least_characters = 24;
-  folder_->setMinimumWidth(least_characters * fontMetrics().averageCharWidth());
   auto* const typed = new QHBoxLayout;
-  add_labelled(*typed, "F&older", folder_);
+  typed->addWidget(folder_, 1);
+  typed->addWidget(choose_folder_);
   auto* const rows = new QVBoxLayout;
   rows->addLayout(typed);
-  rows->addWidget(folders_, 1);
   rows->addWidget(folder_fault_);
   rows->addWidget(folder_hint_);
   return rows;
@@ -196,23 +193,19 @@ void ExportControls::connect_controls() {
   for (QLineEdit* const text : {rotation_, plot_link_, folder_}) {
     connect(text, &QLineEdit::textChanged, this, &ExportControls::changed);
   }
-  connect(folder_, &QLineEdit::editingFinished, this, &ExportControls::choose_typed_folder);
-  connect(folders_, &FolderTree::folder_chosen, this, [this](const QString& folder) {
-    if (!folder.isEmpty()) {
-      folder_->setText(QDir::toNativeSeparators(folder));
-    }
-  });
+  connect(choose_folder_, &QPushButton::clicked, this, &ExportControls::choose_folder);
 }
 
-void ExportControls::choose_typed_folder() {
-  const QSignalBlocker typed(folders_);
+/// Begins at what is typed, as far as there is such a folder.
+void ExportControls::choose_folder() {
   ExportEntries entries;
   entries.folder = typed_folder();
-  const QString folder = qt_text(whole_folder(entries));
-  if (QFileInfo(folder).isDir()) {
-    folders_->choose(folder);
-  } else {
-    folders_->setCurrentIndex({});  // another one would seem to be where the files go
+  const QString typed = qt_text(whole_folder(entries));
+  const QString begin =
+      QFileInfo(typed).isDir() ? typed : qt_text(Module_util::directory_of(session().database_file));
+  const QString chosen = QFileDialog::getExistingDirectory(this, "Folder of the files", begin);
+  if (!chosen.isEmpty()) {
+    folder_->setText(QDir::toNativeSeparators(chosen));
   }
 }
 
@@ -241,7 +234,6 @@ void ExportControls::show_entries(const ExportLists& lists, const ExportEntries&
   rotation_->setText(qt_text(entries.rotation));
   plot_link_->setText(qt_text(entries.plot_link));
   folder_->setText(QDir::toNativeSeparators(qt_text(entries.folder)));
-  choose_typed_folder();
   fill_lines();
   for (int row = 0; row < lines_->count(); ++row) {
     const bool chosen =

@@ -4,7 +4,6 @@
 
 #include "exchange/export_entries.h"
 
-class FolderTree;
 class QBoxLayout;
 class QCheckBox;
 class QComboBox;
@@ -28,8 +27,6 @@ class ExportControls : public QWidget {
   /// Shows what is wrong beside what was typed, and what there is a use for. What there is none for seems not
   /// to be chosen, and is kept.
   void follow(const Module_exchange::ExportEntries& entries);
-  /// Shows the typed folder in the tree; none while it isn't there.
-  void choose_typed_folder();
 
  Q_SIGNALS:
   /// What would be written is another than before.
@@ -40,6 +37,7 @@ class ExportControls : public QWidget {
   QFormLayout* make_choices();
   QVBoxLayout* make_folder();
   void connect_controls();
+  void choose_folder();
   void fill_lines();
   void check_lines(Qt::CheckState state);
   void show_kinds();
@@ -62,7 +60,7 @@ class ExportControls : public QWidget {
   QCheckBox* rhoplus_;
   QLineEdit* plot_link_;
   QLineEdit* folder_;
-  FolderTree* folders_;
+  QPushButton* choose_folder_;
   QLabel* folder_fault_;
   QLabel* folder_hint_;
 };

@@ -44,6 +44,7 @@ Form_import_MTData::Form_import_MTData(LastingChoices& lasting, QWidget* parent)
       model_(new ImportPlanModel(this)),
       lasting_(lasting) {
   ui_->setupUi(this);
+  hide_until_work({ui_->ProgressBar_import, ui_->Command_stop_import});
   controls_ = new ImportChoiceControls(*ui_, lasting_, this);
   ui_->Table_import_plan->show_model(*model_);
   ui_->Label_progress->setMinimumWidth(fontMetrics().horizontalAdvance("Importing data files  "));

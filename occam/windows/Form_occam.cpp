@@ -15,6 +15,7 @@
 #include "occam/setup/design_summary.h"
 #include "occam/setup/earlier_run.h"
 #include "output/file_errors.h"
+#include "platform/widgets/panel_controls.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"
 
@@ -60,6 +61,8 @@ constexpr CheckControl check_controls[] = {
     {&Ui::Form_occam::Check_use_standard_error, &InversionInputs::use_standard_error},
     {&Ui::Form_occam::Check_use_rhoplus_error, &InversionInputs::use_rhoplus_error}};
 
+constexpr QSize design_size(1120, 560);
+
 /// In Combo_errors.
 int index_of(ErrorForm form) { return form == ErrorForm::relative ? 1 : 0; }
 
@@ -75,13 +78,7 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
       Command_run_inversion_(new QPushButton("Run In&version")) {
   ui_->setupUi(this);
   add_run_button();
-  for (QWidget* const part :
-       {static_cast<QWidget*>(ui_->ProgressBar_occam), static_cast<QWidget*>(ui_->Command_stop)}) {
-    QSizePolicy policy = part->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);  // nothing changes place when a run begins
-    part->setSizePolicy(policy);
-    part->hide();
-  }
+  hide_until_work({ui_->ProgressBar_occam, ui_->Command_stop});
   setWindowTitle("Create Occam Inversion for line: " + QString::fromStdString(line_.line));
   if (steps_.show_station) {
     steps_.show_station = [show = steps_.show_station](int place_in_line) {
@@ -98,6 +95,7 @@ Form_occam::Form_occam(Module_output::RhoplusSettings& rhoplus, Module_occam::St
   choose_rotation();
   show_error_form();
   show_hint();
+  resize_to_fit(*this, design_size);
 }
 
 Form_occam::~Form_occam() = default;
@@ -177,8 +175,7 @@ void Form_occam::choose_rotation() {
   ui_->Combo_modes->setItemText(0, rotate ? "Current mode (" + QString::fromStdString(std::string(mode)) + ")"
                                           : QString::fromStdString("Current data type: " + line_.data_type +
                                                                    " (" + std::string(mode) + ")"));
-  ui_->Combo_modes->setItemText(
-      1, rotate ? "Both: TE along, TM across the strike" : "Both: TE (EyHx) and TM (ExHy)");
+  ui_->Combo_modes->setItemText(1, rotate ? "Both: TE along, TM across" : "Both: TE (EyHx), TM (ExHy)");
   count_data();
 }
 
@@ -335,8 +332,10 @@ void Form_occam::create_inversion() {
 
 void Form_occam::set_running(bool running) {
   running_ = running;
-  ui_->ProgressBar_occam->setVisible(running);
-  ui_->Command_stop->setVisible(running);
+  if (!running) {  // they come up with the first step: entries may be refused before
+    ui_->ProgressBar_occam->hide();
+    ui_->Command_stop->hide();
+  }
   for (QWidget* const part : std::initializer_list<QWidget*>{
            ui_->Frame_files, ui_->Frame_inversion, ui_->Frame_stations, ui_->Frame_errors, ui_->Frame_mesh,
            ui_->Frame_folder, ui_->Command_create_inversion, ui_->Command_done}) {

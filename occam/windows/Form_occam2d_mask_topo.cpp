@@ -39,6 +39,14 @@ QString beginning_of(const QString& path) {
   return file.atEnd() ? text : text + "\n(the first 1 MB of the file)";
 }
 
+/// Shows how a file begins, or why there is nothing to see.
+void show_beginning(QPlainTextEdit& view, const QString& path) {
+  if (!path.isEmpty()) {
+    view.setPlaceholderText(QFileInfo(path).isFile() ? "The file is empty" : "There is no such file");
+  }
+  view.setPlainText(beginning_of(path));
+}
+
 std::string select_file(const char* title, const char* filter, const QLineEdit& control) {
   return user_interface().select_file_to_open(
       {title, filter, "", Module_util::directory_of(control.text().toStdString()), ""});
@@ -145,12 +153,12 @@ void Form_occam2d_mask_topo::select_data_file() {
 
 void Form_occam2d_mask_topo::display_model_text(const QString& path) {
   (void)trap_errors("An error occurred while displaying the model file: ",
-                    [&] { ui_->Text_model_file->setPlainText(beginning_of(path)); });
+                    [&] { show_beginning(*ui_->Text_model_file, path); });
 }
 
 void Form_occam2d_mask_topo::display_data_file(const QString& path) {
   (void)trap_errors("An error occurred while selecting the topo file: ",
-                    [&] { ui_->Text_data_file->setPlainText(beginning_of(path)); });
+                    [&] { show_beginning(*ui_->Text_data_file, path); });
 }
 
 void Form_occam2d_mask_topo::load_locations() {

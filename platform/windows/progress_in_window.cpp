@@ -57,6 +57,9 @@ class WindowInterface final : public UserInterface {
       what_.setText(QString::fromUtf8(what.data(), static_cast<qsizetype>(what.size())));
     }
     shown_ = what;
+    // Under the message of what was done an empty bar says the opposite, and there is nothing to stop.
+    bar_.setVisible(percent >= 0);
+    stop_.setVisible(percent >= 0);
     bar_.setValue(percent < 0 ? 0 : percent);
     process_events();
   }
@@ -76,6 +79,15 @@ class WindowInterface final : public UserInterface {
 };
 
 }  // namespace
+
+void hide_until_work(std::initializer_list<QWidget*> parts) {
+  for (QWidget* const part : parts) {
+    QSizePolicy policy = part->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    part->setSizePolicy(policy);
+    part->hide();
+  }
+}
 
 ProgressInWindow::ProgressInWindow(QProgressBar& bar, QLabel& what, QAbstractButton& stop) {
   auto interface = std::make_unique<WindowInterface>(bar, what, stop);

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -24,7 +25,6 @@
 #include "exchange/windows/told_export.h"
 #include "numerics/impedance/tensor.h"
 #include "platform/settings_store/settings_store.h"
-#include "platform/widgets/folder_tree.h"
 #include "platform/widgets/typed_text.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/window_fixture.h"
@@ -285,10 +285,7 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     open_window();
     QVERIFY(!control<QPushButton>("Command_open_folder").isEnabled());
     type_out();
-    control<QLineEdit>("Text_export_folder").clearFocus();
-    const auto& tree = control<FolderTree>("Tree_export_folder");
     QCOMPARE(label("Label_folder_hint"), QString("Will be made"));
-    QCOMPARE(tree.folder(), QString());  // another one would seem to be chosen
     click("Command_write");
     settle();
     const auto messages = interface_->take_messages();
@@ -298,7 +295,6 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     QVERIFY(fs::is_regular_file(out() + "/200E_1000.edi"));
     QVERIFY(window_->isVisible() && may_write());
     QCOMPARE(label("Label_folder_hint"), QString());
-    QCOMPARE(tree.folder(), QString::fromStdString(out()));
     click("Command_open_folder");
     QCOMPARE(urls.taken, QList<QUrl>{QUrl::fromLocalFile(QString::fromStdString(out()))});
     click("Command_write");  // nothing is replaced, and there is nothing new to open
@@ -307,6 +303,35 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     entries_ = {};  // as when the program starts the next time
     open_window();
     QCOMPARE(control<QLineEdit>("Text_export_folder").text(), QString::fromStdString(out()));
+  }
+
+  void a_folder_is_chosen_from_those_there_are() {
+    make_lines();
+    (void)folder_->write("there/notes.txt", "");
+    open_window();
+    type("Text_export_folder", "there");
+    QString began_in;
+    QTimer::singleShot(0, window_.get(), [&] {
+      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      began_in = dialog->directory().absolutePath();
+      dialog->reject();
+    });
+    click("Command_choose_export_folder");
+    QCOMPARE(began_in, QString::fromStdString(folder_->path("there")));
+    QCOMPARE(control<QLineEdit>("Text_export_folder").text(), QString("there"));
+
+    type_out();  // isn't there: the survey's folder is
+    QTimer::singleShot(0, window_.get(), [&] {
+      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      began_in = dialog->directory().absolutePath();
+      dialog->selectFile(QString::fromStdString(folder_->path("there")));
+      static_cast<QDialog*>(dialog)->accept();
+    });
+    click("Command_choose_export_folder");
+    QCOMPARE(began_in, QString::fromStdString(folder_->path("")).chopped(1));
+    QCOMPARE(control<QLineEdit>("Text_export_folder").text(), QString::fromStdString(folder_->path("there")));
+    settle();
+    QVERIFY(may_write());
   }
 
   void nothing_is_replaced_without_a_yes() {

@@ -115,6 +115,8 @@ class FormOccam2dMaskTopoTest : public QObject {
     type("Text_occam_model_file", "no such file");
     pages().setCurrentIndex(mesh_page);
     QCOMPARE(interface_->take_messages(), Messages{"The specified model file does not exist"});
+    type("Text_occam_model_file", "no such file");
+    QCOMPARE(control<QPlainTextEdit>("Text_model_file")->placeholderText(), QString("There is no such file"));
     type("Text_occam_model_file", QString::fromStdString(folder_->path("line.dat")));
     pages().setCurrentIndex(mesh_page);
     QCOMPARE(interface_->take_messages(),

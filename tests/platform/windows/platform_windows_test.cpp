@@ -16,12 +16,14 @@
 #include <algorithm>
 
 #include "core/finished_work.h"
+#include "core/user_interface.h"
 #include "platform/widgets/folder_model.h"
 #include "platform/widgets/outlined_style.h"
 #include "platform/widgets/vex_control_resizer.h"
 #include "platform/widgets/vex_splitter.h"
 #include "platform/windows/file_filter.h"
 #include "platform/windows/progress_dialog.h"
+#include "platform/windows/progress_in_window.h"
 #include "platform/windows/qt_settings_store.h"
 #include "platform/windows/qt_user_interface.h"
 #include "tests/support/temporary_folder.h"
@@ -237,6 +239,23 @@ class PlatformWindowsTest : public QObject {
     interface.show_progress("", -1);
     QVERIFY(progress_dialog() == nullptr);
     QVERIFY(!interface.stop_requested());  // the next work starts afresh
+  }
+
+  void the_bar_in_a_window_is_gone_when_the_work_has_ended() {
+    QWidget window;
+    QProgressBar bar(&window);
+    QLabel what(&window);
+    QPushButton stop(&window);
+    window.show();
+    const ProgressInWindow progress(bar, what, stop);
+    user_interface().show_progress("Averages", 60);
+    QCOMPARE(bar.value(), 60);
+    user_interface().show_progress("", -1);
+    QVERIFY(!stop.isVisible());
+    QVERIFY2(!bar.isVisible(), "the message of what was done would come up over an empty bar");
+    user_interface().show_progress("Files", 10);  // the next step
+    QVERIFY(bar.isVisible() && stop.isVisible());
+    QCOMPARE(bar.value(), 10);
   }
 
   void a_drag_tells_once_and_the_resizer_keeps_its_shares() {
