@@ -73,19 +73,10 @@ bool is_pending(const QTimer& timer) {
   return timer.isActive() && timer.isSingleShot() && timer.interval() <= longest_delay_milliseconds;
 }
 
-/// The tree scrolls to the chosen folder while rows above it still come in; for the last of them it may have
-/// scrolled too early.
-bool is_settled(QTreeView& tree) {
-  if (!shows_its_folder(tree)) {
-    tree.scrollTo(tree.currentIndex(), QAbstractItemView::PositionAtCenter);
-  }
-  return shows_its_folder(tree);
-}
-
 void let_settle(const QWidget& window) {
   wait_until([&window] {
     return std::ranges::all_of(window.findChildren<QTreeView*>(),
-                               [](auto* tree) { return is_settled(*tree); }) &&
+                               [](const auto* tree) { return shows_its_folder(*tree); }) &&
            std::ranges::none_of(window.findChildren<QTimer*>(),
                                 [](auto* timer) { return is_pending(*timer); });
   });
