@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QDialog>
+#include <QFile>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -74,7 +75,7 @@ constexpr Keys keys_of_windows[] = {
     {"occam_inversion"},
     {"pseudo_section", nullptr, false, true},  // the section has it: arrow keys step through stations
     {"strike"},
-    {"tensor_map"},
+    {"tensor_map", nullptr, false, true},  // the map has it: arrow keys step through periods
 };
 
 const Keys* keys_of(const QString& window) {
@@ -403,6 +404,25 @@ class WindowsTest : public QObject, private MainViewFixture {
       QCOMPARE(pages->source(), link);
       QTest::mouseClick(tutorial->findChild<QPushButton*>("Command_back"), Qt::LeftButton);
       QCOMPARE(pages->source(), manual_page("tutorial.md"));
+    }
+  }
+
+  static void links_of_all_pages_lead_to_one() {
+    QList<QUrl> pages{changelog()};
+    for (const QString& name : manual_page_names()) {
+      pages.append(manual_page(name));
+    }
+    QTextBrowser browser;
+    for (const QUrl& page : pages) {
+      browser.setSource(page, QTextDocument::MarkdownResource);
+      QVERIFY2(browser.toPlainText().size() > 200, qPrintable(page.toString()));
+      for (QTextBlock block = browser.document()->begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+          const QUrl link = page.resolved(QUrl(part.fragment().charFormat().anchorHref()));
+          QVERIFY2(link.scheme() != "qrc" || QFile::exists(":" + link.path()),
+                   qPrintable(page.toString() + " has " + link.toString()));
+        }
+      }
     }
   }
 
