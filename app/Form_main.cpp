@@ -630,7 +630,7 @@ void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   Module_Brenlox::select_imported(dialog.report());
   survey_changed();  // a run that failed or was stopped has stored files, too
   if (!dialog.told().isEmpty()) {
-    Module_Brenlox::tell_finished(dialog.told().toStdString() + " Stored in " + session().database_file,
+    Module_Brenlox::tell_finished(dialog.told().toStdString() + "\nStored in " + session().database_file,
                                   session().database_file);
   }
 }
