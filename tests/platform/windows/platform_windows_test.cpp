@@ -72,7 +72,7 @@ class PlatformWindowsTest : public QObject {
              tree.viewport()->rect().intersects(tree.visualRect(tree.currentIndex()));
     };
     QTest::qWait(500);  // several readings of folders, each of which moves the rows
-    QVERIFY(shows_it());
+    QTRY_VERIFY(shows_it());
     QTest::keyClick(&tree, Qt::Key_Up);
     tree.verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
     QVERIFY(QDir().mkpath(QString::fromStdString(folder.path("line1500"))));
