@@ -60,11 +60,15 @@ bool wait_until(Condition condition) {
   return condition();
 }
 
+bool shows_folders(const QTreeView& tree) {
+  return tree.isVisible() && qobject_cast<const QFileSystemModel*>(tree.model()) != nullptr;
+}
+
 /// Folders are read in the background: the chosen one comes into view when those above it have been read.
 bool shows_its_folder(const QTreeView& tree) {
   const QModelIndex chosen = tree.currentIndex();
-  return qobject_cast<const QFileSystemModel*>(tree.model()) == nullptr || !tree.isVisible() ||
-         !chosen.isValid() || tree.viewport()->rect().intersects(tree.visualRect(chosen));
+  return !shows_folders(tree) || !chosen.isValid() ||
+         tree.viewport()->rect().intersects(tree.visualRect(chosen));
 }
 
 /// Layouts and graphs that follow a change after a delay do so by single-shot timers.
@@ -74,9 +78,14 @@ bool is_pending(const QTimer& timer) {
 }
 
 void let_settle(const QWidget& window) {
-  wait_until([&window] {
-    return std::ranges::all_of(window.findChildren<QTreeView*>(),
-                               [](const auto* tree) { return shows_its_folder(*tree); }) &&
+  const auto trees = window.findChildren<QTreeView*>();
+  if (std::ranges::any_of(trees, [](const auto* tree) { return shows_folders(*tree); })) {
+    constexpr int until_in_order_milliseconds = 300;  // folders are ordered some time after they were read
+    const QDeadlineTimer ordered(until_in_order_milliseconds);
+    wait_until([&ordered] { return ordered.hasExpired(); });
+  }
+  wait_until([&window, &trees] {
+    return std::ranges::all_of(trees, [](const auto* tree) { return shows_its_folder(*tree); }) &&
            std::ranges::none_of(window.findChildren<QTimer*>(),
                                 [](auto* timer) { return is_pending(*timer); });
   });
