@@ -297,11 +297,7 @@ void Form_main::connect_help_menu() {
   connect(ui_->menu_about, &QAction::triggered, this, [this] { Form_about(this).exec(); });
   connect(ui_->menu_find_file, &QAction::triggered, this, [this] { Form_find_file(this).exec(); });
   connect(ui_->menu_memory_status, &QAction::triggered, this, [this] { Form_memory_status(this).exec(); });
-  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] {
-    Form_Whats_New changes(this);
-    connect(&changes, &Form_Whats_New::page_asked_for, help_key_, &HelpKey::show_page);
-    changes.exec();
-  });
+  connect(ui_->menu_whats_new, &QAction::triggered, this, [this] { Form_Whats_New(this).exec(); });
 }
 
 void Form_main::fill_toolbar() {
@@ -582,7 +578,7 @@ void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   Module_Brenlox::select_imported(dialog.report());
   survey_changed();  // a run that failed or was stopped has stored files, too
   if (!dialog.told().isEmpty()) {
-    Module_Brenlox::tell_finished(dialog.told().toStdString() + " Stored in " + session().database_file,
+    Module_Brenlox::tell_finished(dialog.told().toStdString() + "\nStored in " + session().database_file,
                                   session().database_file);
   }
 }

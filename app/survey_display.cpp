@@ -19,6 +19,7 @@
 #include "display/both_modes.h"
 #include "display/chosen_points.h"
 #include "display/plan_view.h"
+#include "display/profile_plot.h"
 #include "platform/graph/frequency_axis.h"
 #include "platform/widgets/panel_controls.h"
 #include "reduction/data_sets/data_sets.h"
@@ -240,9 +241,12 @@ void SurveyDisplay::follow_marks() {
   }
 }
 
-/// Says once which curves of the line rest on nothing that is in use.
+/// Says once that the line has no curves of the chosen kind, or which of them rest on nothing that is in use.
 void SurveyDisplay::follow_support() {
-  const std::string text = averaged::unsupported_text(averaged::data_sets().unsupported);
+  std::string text = empty_profile_text();
+  if (text.empty()) {
+    text = averaged::unsupported_text(averaged::data_sets().unsupported);
+  }
   if (text != support_told_) {
     support_told_ = text;
     panels_.profile->tell_support(text);

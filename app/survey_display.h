@@ -116,7 +116,7 @@ class SurveyDisplay : public QObject {
   RawPanel& raw_;
   Shown shown_;
   Module_display_data::LineAxis axis_;
-  std::string support_told_;    // what was said last of curves that rest on nothing in use
+  std::string support_told_;    // what was said last of curves that are missing or rest on nothing in use
   std::size_t marks_told_ = 0;  // how many points were marked when it was said last
   bool masked_hidden_ = false;  // when the graphs were drawn last
   bool plan_stays_ = false;     // who looks at the plan goes on, though the repeats under it are drawn

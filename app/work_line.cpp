@@ -35,8 +35,8 @@ WorkLine::WorkLine(QWidget* parent)
 }
 
 void WorkLine::tell(const QString& text, const QString& path) {
-  text_ = text.isEmpty() ? text
-                         : QTime::currentTime().toString("HH:mm") + "  " + QString(text).replace('\n', ' ');
+  const QStringList sentences = text.split('\n', Qt::SkipEmptyParts);
+  text_ = text.isEmpty() ? text : QTime::currentTime().toString("HH:mm") + "  " + sentences.join(". ");
   const QFileInfo written(path);
   folder_ = path.isEmpty() || written.isDir() ? path : written.absolutePath();
   Label_work_->setAccessibleName(text_);

@@ -148,6 +148,14 @@ std::vector<std::size_t> profile_order(const LineAxis& axis) {
   return order;
 }
 
+std::string empty_profile_text() {
+  const Module_averaged_data::ProfileDataSet& profile = Module_averaged_data::data_sets().profile;
+  return profile.key.line.empty() || !profile.columns.empty()
+             ? std::string()
+             : "Line " + profile.key.line + " has no merged curves of " + profile.key.data_type +
+                   " with this reference and dipole";
+}
+
 void emphasise(GraphPair& profile, std::size_t frequency_index) {
   constexpr double wide = 3.5;
   for (PanePlot* const pane : {&profile.resistivity, &profile.phase}) {

@@ -22,6 +22,10 @@ std::vector<std::size_t> profile_order(const LineAxis& axis = {});
 /// drawn.
 GraphPair profile_plot(const LineAxis& axis = {});
 
+/// Why the graphs of the line have nothing to show: a line often has curves with one reference only. Empty if
+/// they have, or if there is no line.
+std::string empty_profile_text();
+
 /// Makes the curve of one frequency stand out of a profile.
 /// @param frequency_index  in the data set, from 0
 void emphasise(GraphPair& profile, std::size_t frequency_index);

@@ -61,11 +61,15 @@ bool wait_until(Condition condition) {
   return condition();
 }
 
+bool shows_folders(const QTreeView& tree) {
+  return tree.isVisible() && qobject_cast<const QFileSystemModel*>(tree.model()) != nullptr;
+}
+
 /// Folders are read in the background: the chosen one comes into view when those above it have been read.
 bool shows_its_folder(const QTreeView& tree) {
   const QModelIndex chosen = tree.currentIndex();
-  return qobject_cast<const QFileSystemModel*>(tree.model()) == nullptr || !tree.isVisible() ||
-         !chosen.isValid() || tree.viewport()->rect().intersects(tree.visualRect(chosen));
+  return !shows_folders(tree) || !chosen.isValid() ||
+         tree.viewport()->rect().intersects(tree.visualRect(chosen));
 }
 
 /// Layouts and graphs that follow a change after a delay do so by single-shot timers.
@@ -74,19 +78,15 @@ bool is_pending(const QTimer& timer) {
   return timer.isActive() && timer.isSingleShot() && timer.interval() <= longest_delay_milliseconds;
 }
 
-/// The tree scrolls to the chosen folder while rows above it still come in; for the last of them it may have
-/// scrolled too early.
-bool is_settled(QTreeView& tree) {
-  if (!shows_its_folder(tree)) {
-    tree.scrollTo(tree.currentIndex(), QAbstractItemView::PositionAtCenter);
-  }
-  return shows_its_folder(tree);
-}
-
 void let_settle(const QWidget& window) {
-  wait_until([&window] {
-    return std::ranges::all_of(window.findChildren<QTreeView*>(),
-                               [](auto* tree) { return is_settled(*tree); }) &&
+  const auto trees = window.findChildren<QTreeView*>();
+  if (std::ranges::any_of(trees, [](const auto* tree) { return shows_folders(*tree); })) {
+    constexpr int until_in_order_milliseconds = 300;  // folders are ordered some time after they were read
+    const QDeadlineTimer ordered(until_in_order_milliseconds);
+    wait_until([&ordered] { return ordered.hasExpired(); });
+  }
+  wait_until([&window, &trees] {
+    return std::ranges::all_of(trees, [](const auto* tree) { return shows_its_folder(*tree); }) &&
            std::ranges::none_of(window.findChildren<QTimer*>(),
                                 [](auto* timer) { return is_pending(*timer); });
   });

@@ -14,9 +14,6 @@ class Form_Whats_New : public QDialog {
   explicit Form_Whats_New(QWidget* parent = nullptr);
   ~Form_Whats_New() override;
 
- Q_SIGNALS:
-  void page_asked_for(const QString& name);  // a link to a page of docs/, as "keys.md"
-
  private:
   std::unique_ptr<Ui::Form_Whats_New> ui_;
 };

@@ -6,38 +6,21 @@
 
 #include "app/help/Form_tutorial.h"
 
-namespace {
-
-bool stands_over(const QWidget& window, const QWidget& other) {
-  const QWidget* each = window.parentWidget();
-  while (each != nullptr && each != &other) {
-    each = each->parentWidget();
-  }
-  return each != nullptr;
-}
-
-}  // namespace
-
 HelpKey::HelpKey(QWidget& main_window) : QObject(&main_window), main_window_(main_window) {
   qApp->installEventFilter(this);
 }
 
 void HelpKey::show_tutorial() {
   QWidget* const modal = QApplication::activeModalWidget();
-  if (modal != nullptr && tutorial_ && stands_over(*modal, *tutorial_)) {
-    return;  // it came up while the tutorial was being read, and can't have its own parent as a child
-  }
   attach_tutorial(modal != nullptr && modal != tutorial_ ? *modal : main_window_);
   tutorial_->show();
   tutorial_->raise();
   tutorial_->activateWindow();
 }
 
-void HelpKey::show_keys() { show_page("keys.md"); }
-
-void HelpKey::show_page(const QString& name) {
+void HelpKey::show_keys() {
   show_tutorial();
-  tutorial_->show_page(name);
+  tutorial_->show_page("keys.md");
 }
 
 // While a modal window is up only its own child windows take input, so the tutorial is one of them for as

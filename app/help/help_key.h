@@ -4,7 +4,6 @@
 #include <QPointer>
 
 class Form_tutorial;
-class QString;
 class QWidget;
 
 class HelpKey : public QObject {
@@ -16,8 +15,6 @@ class HelpKey : public QObject {
 
   void show_tutorial();
   void show_keys();
-  /// @param name  of docs/, as "keys.md"
-  void show_page(const QString& name);
 
  protected:
   /// Sees all keys of the program: a shortcut of the main window's menu doesn't work in the other windows.

@@ -1,7 +1,6 @@
 #include "app/help/manual_pages.h"
 
 #include <QDirIterator>
-#include <QFile>
 #include <algorithm>
 #include <utility>
 
@@ -28,8 +27,7 @@ QStringList manual_page_names() {
   return names;
 }
 
-QString changelog() {
+QUrl changelog() {
   load_pages();
-  QFile file(":/manual/CHANGELOG.md");
-  return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+  return {"qrc:/manual/CHANGELOG.md"};
 }

@@ -10,5 +10,5 @@ QUrl manual_page(const QString& name);
 /// All pages, the tutorial first.
 QStringList manual_page_names();
 
-/// The changelog as Markdown.
-QString changelog();
+/// Where the changelog is found; what it refers to is found beside it.
+QUrl changelog();

@@ -26,7 +26,8 @@ class ProfilePanel : public QWidget {
   [[nodiscard]] std::size_t column_of(int point) const;
   /// Says something of the line above the graphs; nothing takes away what was said.
   void show_notice(const std::optional<Module_display_data::LineNotice>& notice);
-  /// The same of curves that rest on nothing in use, beside what is told of the line; empty: nothing.
+  /// The same of curves that are missing or rest on nothing in use, beside what is told of the line; empty:
+  /// nothing.
   void tell_support(const std::string& text);
   void clear();
   void reset_zoom() { graphs_->reset_zoom(); }

@@ -218,7 +218,7 @@ void find_far_off(std::vector<PlannedSection>& rows, const PlanRun& run) {
     const std::string name = upper_case(row.line);
     const auto line = run.lines().all().find(name);
     const std::optional<MapPlace>& place = run.lines().place_of(row.file_index);
-    if (!row.is_stored || !place || line == run.lines().all().end()) {
+    if (!row.is_stored || !place || name.empty() || line == run.lines().all().end()) {
       continue;
     }
     const LinePlaces& places = line->second;

@@ -64,6 +64,9 @@ std::string why_no_distances(std::span<const ScannedFile> files, const ImportCho
     }
   }
   for (const auto& [name, line] : run.lines().all()) {
+    if (name.empty()) {
+      return "the files have no line";
+    }
     if (line.places() < 2) {
       return "line " + name + " has one place";
     }

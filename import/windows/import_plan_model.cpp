@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QColor>
 #include <QFont>
+#include <QPalette>
 #include <QStyle>
 #include <algorithm>
 #include <array>
@@ -149,6 +150,10 @@ QVariant ImportPlanModel::data(const QModelIndex& index, int role) const {
       return column == PlanColumn::file && has_problem(index.row()) ? QVariant(problem_) : QVariant();
     case Qt::BackgroundRole:  // shows in light and dark palettes
       return has_problem(index.row()) ? QVariant(QColor(255, 160, 0, 60)) : QVariant();
+    case Qt::ForegroundRole:  // what the file says itself can't be typed
+      return cell_of(column) && !Module_data_file::can_edit(section(index.row()), column)
+                 ? QVariant(QApplication::palette().brush(QPalette::Disabled, QPalette::Text))
+                 : QVariant();
     case Qt::FontRole: {
       QFont bold;
       bold.setBold(true);

@@ -47,9 +47,10 @@ void show_beginning(QPlainTextEdit& view, const QString& path) {
   view.setPlainText(beginning_of(path));
 }
 
-std::string select_file(const char* title, const char* filter, const QLineEdit& control) {
+/// Begins in the folder of a file that has been chosen already.
+std::string select_file(const char* title, const char* filter, const QString& chosen) {
   return user_interface().select_file_to_open(
-      {title, filter, "", Module_util::directory_of(control.text().toStdString()), ""});
+      {title, filter, "", Module_util::directory_of(chosen.toStdString()), ""});
 }
 
 QString grouped(std::int64_t count) {
@@ -131,7 +132,7 @@ void Form_occam2d_mask_topo::select_model_file() {
   const std::string path =
       select_file("Select the Occam model file",
                   "Model Files (inmodel;*.mod;*.txt)|inmodel;*.mod;*.txt|All files (*.*)|*.*",
-                  *ui_->Text_occam_model_file);
+                  ui_->Text_occam_model_file->text());
   if (!path.empty()) {
     ui_->Text_occam_model_file->setText(QString::fromStdString(path));
     display_model_text(ui_->Text_occam_model_file->text());
@@ -140,10 +141,11 @@ void Form_occam2d_mask_topo::select_model_file() {
 
 void Form_occam2d_mask_topo::select_data_file() {
   (void)trap_errors("An error occurred while selecting the topo file: ", [this] {
+    const QString chosen = ui_->Text_data_locations->text();
     const std::string path =
         select_file("Select the topo data file",
                     "Data Files (*.dat;*.xyz;*.csv;*.txt)|*.dat;*.xyz;*.csv;*.txt|All files (*.*)|*.*",
-                    *ui_->Text_data_locations);
+                    chosen.isEmpty() ? ui_->Text_occam_model_file->text() : chosen);
     if (!path.empty()) {
       ui_->Text_data_locations->setText(QString::fromStdString(path));
       display_data_file(ui_->Text_data_locations->text());

@@ -20,7 +20,12 @@ class FolderTree : public QTreeView {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void bring_into_view();
+
   QFileSystemModel* folders_;
+  bool is_looked_through_ = false;  // by the user, who then decides what is in view
 };

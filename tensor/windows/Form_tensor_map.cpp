@@ -94,6 +94,7 @@ void Form_tensor_map::lay_out() {
   rows->addWidget(Status_map_);
   Status_map_->setSizeGripEnabled(false);
   resize_to_fit(*this, design_size);
+  view_->setFocus();  // the keys step through the periods and zoom
 }
 
 void Form_tensor_map::connect_controls() {

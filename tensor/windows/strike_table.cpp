@@ -179,9 +179,10 @@ void StrikeTable::show_stations(const std::vector<StrikeStation>& stations,
   }
   setSortingEnabled(true);
   if (!same && !stations.empty() && std::exchange(columns_fitted_, true)) {
-    resizeColumnToContents(column_station);  // another line may have longer names
+    fit_stations();  // another line may have longer names
   } else if (!same && !stations.empty()) {
     resizeColumnsToContents();
+    fit_stations();
   }
   if (selected == selected_stations()) {
     return;
@@ -194,6 +195,20 @@ void StrikeTable::show_stations(const std::vector<StrikeStation>& stations,
       }
     }
   }
+}
+
+/// Each of them is bold when it is the current one.
+void StrikeTable::fit_stations() {
+  resizeColumnToContents(column_station);
+  QFont bold = font();
+  bold.setBold(true);
+  int wider = 0;
+  for (int row = 0; row < rowCount(); ++row) {
+    const QString text = item(row, column_station)->text();
+    wider =
+        std::max(wider, QFontMetrics(bold).horizontalAdvance(text) - fontMetrics().horizontalAdvance(text));
+  }
+  setColumnWidth(column_station, columnWidth(column_station) + wider);
 }
 
 void StrikeTable::mark_station(std::optional<std::size_t> index) {

@@ -30,6 +30,7 @@ class StrikeTable : public QTableWidget {
   bool take_stations(const std::vector<Module_tensor::StrikeStation>& stations, std::vector<int>& rows);
   void fill_row(int row, const Module_tensor::StrikeStation& station,
                 const Module_tensor::StationStrike& shown);
+  void fit_stations();
   void put_text(int row, int column, const QString& text);
   void put_number(int row, int column, const QString& text, double number);
   void put_number(int row, int column, double number, const char* picture);

@@ -21,7 +21,8 @@ void store_site(const std::string& line, double station, double latitude, double
   std::ignore = Module_database::keep_site(site);
 }
 
-/// Line 200E runs north, its third station lying between the others; 300E is an area; 400E has no places.
+/// Line 200E runs north, its third station lying between the others; 300E is an area; 400E has no
+/// places; 500E was measured with another dipole.
 void store_lines() {
   for (const char* const line : {"300E", "400E"}) {
     for (const double station : {100.0, 200.0, 300.0}) {
@@ -30,6 +31,10 @@ void store_lines() {
       made::store(key, 0, made::repeat_of(station, 1, false), 2, -1);
     }
   }
+  made::ReadingKey other_dipole = made::key(0.0F);
+  other_dipole.line = "500E";
+  other_dipole.dipole = 5000.0F;
+  made::store(other_dipole, 0, made::repeat_of(100.0, 1, false), 2, -1);
   store_site("200E", 100.0, -25.0, 141.0);
   store_site("200E", 200.0, -25.0 + 4.0 * minute, 141.0);
   store_site("200E", 300.0, -25.0 + minute, 141.0);
@@ -99,6 +104,16 @@ class ProfileAxisTest : public QObject, private MainViewFixture {
       lines->setCurrentIndex(line);
       QVERIFY2(notice().isEmpty(), qPrintable(notice()));
     }
+  }
+
+  void a_line_without_curves_of_the_chosen_kind_says_so() {
+    auto* const lines = control<QComboBox>("Combo_line");
+    lines->setCurrentText("500E");
+    QCOMPARE(notice(), "Line 500E has no merged curves of " +
+                           control<QComboBox>("Combo_data_type")->currentText() +
+                           " with this reference and dipole");
+    lines->setCurrentText("400E");
+    QVERIFY2(notice().isEmpty(), qPrintable(notice()));
   }
 
   void two_things_are_told_at_once_and_closed_together() {

@@ -308,6 +308,14 @@ TEST_F(PlannedImport, Two_parallel_lines_are_no_distances) {
       << why(proposals, ProposedChoice::stations);
   EXPECT_EQ(planned_stations(plan_for(files, proposals.choices)),
             (std::vector<double>{100, 200, 300, 400, 500, 600, 700, 800, 900, 1000}));
+
+  ImportChoices without_line = proposals.choices;  // as when its columns are still being typed
+  without_line.decode[decode_line_number].use_file_name = true;
+  for (const PlannedSection& row : plan_for(files, without_line).sections) {
+    for (const std::string& remark : row.remarks) {
+      EXPECT_EQ(remark.find("two parallel lines"), std::string::npos) << remark;
+    }
+  }
 }
 
 TEST_F(PlannedImport, Tables_in_one_folder_that_cannot_be_one_line_get_lines_of_their_own) {

@@ -12,6 +12,7 @@
 #include <QTest>
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "formats/occam/mesh_file.h"
 #include "formats/occam/model_file.h"
@@ -77,6 +78,7 @@ class FormOccam2dMaskTopoTest : public QObject {
     click("Command_select_occam_model_file");
     pages().setCurrentIndex(topo_page);
     click("Command_select_data_location_file");
+    QVERIFY(std::filesystem::equivalent(recorded().file_dialogs.back().directory, folder_->folder()));
     click("Command_load_locations");
   }
   void save_picture(const char* name) const {

@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSplitterHandle>
 #include <QTest>
@@ -18,6 +19,7 @@
 #include "core/finished_work.h"
 #include "core/user_interface.h"
 #include "platform/widgets/folder_model.h"
+#include "platform/widgets/folder_tree.h"
 #include "platform/widgets/outlined_style.h"
 #include "platform/widgets/vex_control_resizer.h"
 #include "platform/widgets/vex_splitter.h"
@@ -58,6 +60,27 @@ class PlatformWindowsTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void a_tree_shows_its_folder_until_the_user_looks_elsewhere() {
+    const TemporaryFolder folder;
+    for (int i = 0; i < 300; ++i) {
+      QVERIFY(QDir().mkpath(QString::fromStdString(folder.path("line" + std::to_string(i) + "/run"))));
+    }
+    FolderTree tree;
+    tree.resize(300, 120);
+    tree.choose(QString::fromStdString(folder.path("line150/run")));
+    tree.show();
+    const auto shows_it = [&tree] {
+      return tree.currentIndex().isValid() &&
+             tree.viewport()->rect().intersects(tree.visualRect(tree.currentIndex()));
+    };
+    QTest::qWait(500);  // several readings of folders, each of which moves the rows
+    QTRY_VERIFY(shows_it());
+    QTest::keyClick(&tree, Qt::Key_Up);
+    tree.verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
+    QVERIFY(QDir().mkpath(QString::fromStdString(folder.path("line1500"))));
+    QTest::qWait(300);
+    QCOMPARE(tree.verticalScrollBar()->value(), 0);
+  }
   void boxes_to_check_are_seen_on_dark_colours() {
     QListWidget list;
     list.setStyle(new OutlinedStyle);

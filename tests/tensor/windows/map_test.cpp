@@ -138,6 +138,7 @@ class MapTest : public QObject, private WindowFixture {
     QCOMPARE(label.text(), QString("Period 0.01 s (100 Hz)"));
     QTest::keyClick(&slider, Qt::Key_End);
     QCOMPARE(contents().frequency, 1.0);
+    QCOMPARE(window_->focusWidget(), &view());  // keys work as soon as the window is there
     QTest::keyClick(&view(), Qt::Key_Left);
     QCOMPARE(label.text(), QString("Period 0.1 s (10 Hz)"));
     QCOMPARE(contents().values.size(), 3U);
