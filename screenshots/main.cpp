@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QPalette>
 #include <iostream>
 #include <memory>
 
@@ -29,6 +30,23 @@ QSize size_from_text(const QString& text) {
   return sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
 }
 
+/// As a desktop set to dark gives it.
+QPalette dark_palette() {
+  QPalette dark(QColor(50, 50, 54), QColor(38, 38, 42));
+  dark.setColor(QPalette::Base, QColor(28, 28, 30));
+  dark.setColor(QPalette::AlternateBase, QColor(36, 36, 40));
+  dark.setColor(QPalette::ToolTipBase, QColor(50, 50, 54));
+  dark.setColor(QPalette::ToolTipText, Qt::white);
+  dark.setColor(QPalette::PlaceholderText, QColor(160, 160, 165));
+  dark.setColor(QPalette::Link, QColor(100, 170, 255));
+  dark.setColor(QPalette::Highlight, QColor(48, 100, 170));
+  dark.setColor(QPalette::HighlightedText, Qt::white);
+  for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    dark.setColor(QPalette::Disabled, role, QColor(120, 120, 125));
+  }
+  return dark;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -45,6 +63,8 @@ int main(int argc, char** argv) {
   arguments.addPositionalArgument("folder", "Where the pictures go; created if it is missing.");
   const QCommandLineOption size("size", "Size of the main window, as 1280x800.", "size", "1280x800");
   arguments.addOption(size);
+  const QCommandLineOption dark("dark", "Shows the windows in the colours of a dark desktop.");
+  arguments.addOption(dark);
   arguments.process(application);
   const QStringList places = arguments.positionalArguments();
   const QSize window_size = size_from_text(arguments.value(size));
@@ -54,6 +74,9 @@ int main(int argc, char** argv) {
   // The survey's folder becomes the working directory, so relative names are settled before it is opened.
   const QString folder = QFileInfo(places[1]).absoluteFilePath();
 
+  if (arguments.isSet(dark)) {
+    QApplication::setPalette(dark_palette());
+  }
   // The settings of whoever runs this stay out of the pictures.
   install_interfaces(std::make_unique<UnattendedInterface>(), std::make_unique<MemorySettingsStore>());
   Form_main window;

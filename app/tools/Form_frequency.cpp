@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -15,14 +16,28 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "database/frequency_store.h"
+#include "platform/graph/frequency_axis.h"
 #include "platform/widgets/check_cells.h"
 #include "platform/widgets/entry_mark.h"
 #include "platform/widgets/panel_controls.h"
 
+namespace {
+
+enum Column : int { frequency_column, use_column, period_column };
+
+QTableWidgetItem* number_cell(const QString& text) {
+  auto* const cell = new QTableWidgetItem(text);
+  cell->setFlags(Qt::ItemIsEnabled);
+  cell->setTextAlignment(Qt::AlignCenter);
+  return cell;
+}
+
+}  // namespace
+
 Form_frequency::Form_frequency(Frequencies selection, QWidget* parent)
     : QDialog(parent),
       choice_(std::move(selection)),
-      Grid_frequencies_(make_switch_grid("Grid_frequencies", {"Frequency", "Use"})),
+      Grid_frequencies_(make_switch_grid("Grid_frequencies", {"Frequency", "Use", "Period (s)"})),
       Text_from_(make_text("Text_from", 9)),
       Text_to_(make_text("Text_to", 9)),
       Command_use_range_(named(new QPushButton("&Use"), "Command_use_range")),
@@ -42,6 +57,9 @@ Form_frequency::Form_frequency(Frequencies selection, QWidget* parent)
   rows->addWidget(frame, 1);
   rows->addLayout(make_buttons());
   Grid_frequencies_->setAccessibleName("Frequencies");
+  // Ranges are typed in Hz either way, so that the frequencies stay beside the periods of the graphs.
+  Grid_frequencies_->horizontalHeader()->moveSection(period_column, use_column);
+  Grid_frequencies_->setColumnHidden(period_column, !graph::FrequencyAxis::instance().shows_periods());
   Grid_frequencies_->setToolTip(
       "Click into the column Use to switch a frequency on or off; Shift+click switches all from there to "
       "here");
@@ -113,7 +131,7 @@ void Form_frequency::connect_controls() {
   });
   add_key("Shift+Space", Grid_frequencies_, [this] {
     if (Grid_frequencies_->currentRow() >= 0) {
-      switch_cell(Grid_frequencies_->currentRow(), 1);
+      switch_cell(Grid_frequencies_->currentRow(), use_column);
     }
   });
 }
@@ -122,18 +140,17 @@ void Form_frequency::fill_grid() {
   Grid_frequencies_->setRowCount(static_cast<int>(choice_.frequencies().count()));
   for (int row = 0; row < Grid_frequencies_->rowCount(); ++row) {
     const auto index = static_cast<std::size_t>(row);
-    auto* const frequency = new QTableWidgetItem(qt_text(plain_text(choice_.frequencies().list[index])));
-    frequency->setFlags(Qt::ItemIsEnabled);
-    frequency->setTextAlignment(Qt::AlignCenter);
-    Grid_frequencies_->setItem(row, 0, frequency);
-    Grid_frequencies_->setItem(row, 1, make_check_cell(choice_.is_used(index)));
+    const double frequency = choice_.frequencies().list[index];
+    Grid_frequencies_->setItem(row, frequency_column, number_cell(qt_text(plain_text(frequency))));
+    Grid_frequencies_->setItem(row, period_column, number_cell(QString::number(1.0 / frequency, 'g', 4)));
+    Grid_frequencies_->setItem(row, use_column, make_check_cell(choice_.is_used(index)));
   }
   show_choice();
 }
 
 void Form_frequency::show_choice() {
   for (int row = 0; row < Grid_frequencies_->rowCount(); ++row) {
-    set_checked(*Grid_frequencies_->item(row, 1), choice_.is_used(static_cast<std::size_t>(row)));
+    set_checked(*Grid_frequencies_->item(row, use_column), choice_.is_used(static_cast<std::size_t>(row)));
   }
   Label_count_->setText(QString("%1 of %2 are used")
                             .arg(choice_.frequencies().enabled_count())
@@ -143,7 +160,7 @@ void Form_frequency::show_choice() {
 }
 
 void Form_frequency::switch_cell(int row, int column) {
-  if (column < 1) {
+  if (column != use_column) {
     return;
   }
   if (QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier)) {

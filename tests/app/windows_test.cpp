@@ -20,6 +20,7 @@
 #include <QTimer>
 #include <QToolBar>
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <functional>
 #include <vector>
@@ -28,6 +29,7 @@
 #include "app/help/manual_pages.h"
 #include "app/tools/Form_frequency.h"
 #include "database/frequency_store.h"
+#include "platform/graph/frequency_axis.h"
 #include "samples/sample_survey.h"
 #include "screenshots/platform_lines.h"
 #include "screenshots/window_pictures.h"
@@ -364,6 +366,21 @@ class WindowsTest : public QObject, private MainViewFixture {
     QVERIFY(escape(again, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }));
     QVERIFY(!again.isVisible() && again.frequencies_changed());
     QCOMPARE(stored()->enabled_count() + 1, before->enabled_count());
+  }
+
+  void frequencies_have_their_periods_beside_them_where_graphs_show_periods() {
+    const auto frequencies = Module_database::load_reference_frequencies(0);
+    QVERIFY(frequencies.has_value());
+    const auto periods_shown = [&](bool shown) {
+      graph::FrequencyAxis::instance().show_periods(shown);
+      const Form_frequency dialog(*frequencies, window_.get());
+      const auto* const grid = dialog.findChild<QTableWidget*>("Grid_frequencies");
+      const double product = grid->item(0, 0)->text().toDouble() * grid->item(0, 2)->text().toDouble();
+      return !grid->isColumnHidden(2) && std::abs(product - 1.0) < 1e-3;
+    };
+    const bool in_periods = periods_shown(true);
+    const bool in_frequencies = periods_shown(false);
+    QVERIFY(in_periods && !in_frequencies);
   }
 
   void output_panel_is_worked_by_keys() {
