@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <exception>
 #include <limits>
 #include <optional>
@@ -78,10 +79,10 @@ void add_lines(const TransformParameters& system, const Range& across, const Ran
                int most, std::vector<GraticuleLine>& lines) {
   constexpr double farthest_latitude = 89.9;
   const double step = round_step(across.length(), most);
-  const double first = std::ceil(across.lower * seconds_per_degree / step);
-  const double last = std::floor(across.upper * seconds_per_degree / step);
-  for (double count = first; count <= last; count += 1.0) {
-    const double degrees = count * step / seconds_per_degree;
+  const auto first = static_cast<std::int64_t>(std::ceil(across.lower * seconds_per_degree / step));
+  const auto last = static_cast<std::int64_t>(std::floor(across.upper * seconds_per_degree / step));
+  for (std::int64_t count = first; count <= last; ++count) {
+    const double degrees = static_cast<double>(count) * step / seconds_per_degree;
     if (meridian || std::abs(degrees) <= farthest_latitude) {
       if (auto line = line_at(system, degrees, meridian, along)) {
         lines.push_back(std::move(*line));

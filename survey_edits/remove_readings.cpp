@@ -151,6 +151,9 @@ class Removal {
         other = other == nullptr ? &held : other;
       }
     }
+    if (other == nullptr) {
+      return;
+    }
     dao::Recordset& files = open_survey().files;
     files.find_first(with_ID(row.ID));
     files.edit();

@@ -32,8 +32,9 @@ void run(const std::string& statement) { open_survey().database.execute(statemen
 
 std::set<std::int32_t> numbers(const std::string& column, const std::string& source) {
   std::set<std::int32_t> found;
-  for (dao::Recordset rows = rows_of("DISTINCT " + column + " FROM " + source); !rows.eof();
-       rows.move_next()) {
+  std::string distinct = "DISTINCT ";
+  distinct.append(column).append(" FROM ").append(source);
+  for (dao::Recordset rows = rows_of(distinct); !rows.eof(); rows.move_next()) {
     found.insert(rows.get_long(column));
   }
   return found;

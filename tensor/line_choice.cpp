@@ -39,6 +39,7 @@ std::vector<LineChoice> kinds_of_line(const std::string& line) {
     }
   }
   std::vector<LineChoice> kinds;
+  kinds.reserve(found.size());
   for (const auto& [reference_type, dipole] : found) {
     kinds.push_back({line, reference_type, dipole});
   }

@@ -167,6 +167,7 @@ void Form_line_chi::mark_station(std::int32_t station_index) {
 /// In the order on the screen.
 std::string Form_line_chi::shown_text() const {
   std::vector<StationChi> shown;
+  shown.reserve(stations_.size());
   for (int row = 0; row < Grid_chi_->rowCount(); ++row) {
     shown.push_back(stations_.at(Grid_chi_->item(row, column_station)->data(place_role).toULongLong()));
   }

@@ -321,7 +321,8 @@ std::vector<graph::PictureTick> height_ticks(const Plot& plot) {
   const double upper = std::max(one, other);
   const bool by_steps = upper - lower < few;
   std::vector<graph::PictureTick> ticks;
-  for (double power = std::floor(lower); power <= upper; power += 1.0) {
+  for (int exponent = static_cast<int>(std::floor(lower)); exponent <= upper; ++exponent) {
+    const double power = exponent;
     for (const double step : {1.0, 2.0, 5.0}) {
       const double height = power + std::log10(step);
       if ((step == 1.0 || by_steps) && height >= lower - 1e-9 && height <= upper + 1e-9) {

@@ -53,7 +53,7 @@ constexpr int station_role = Qt::UserRole;
 constexpr int number_role = NumberCell::number_role;
 
 QString ey_text(const StationTensor& station) {
-  const QString sign = station.ey_turned ? "turned" : "as measured";
+  QString sign = station.ey_turned ? "turned" : "as measured";
   switch (station.ey_reason) {
     case EyReason::facts:
       return sign + ", by the import";

@@ -140,7 +140,7 @@ class FormMainTest : public QObject, private WindowFixture {
       expect_menus(true);
     };
     open_by_key("");
-    (*interface_)->path_answers.push_back("");
+    (*interface_)->path_answers.emplace_back("");
     item("menu_database_file_0")->trigger();
     QCOMPARE(titles, QStringList({title, title}));
     item("menu_file_list_1")->trigger();

@@ -196,15 +196,17 @@ class MainViewTest : public QObject, private MainViewFixture {
     QVERIFY(letters() > 5);
     session().station_table = {};
     constexpr int side = 40;
+    constexpr std::size_t count = static_cast<std::size_t>(side) * side;
     session().station_count = side * side;
     session().current_station_index = side * side / 2 + side / 2;
     const std::string line = session().station_line.at(0);
-    session().station_line.assign(side * side, line);
-    session().line_of_station.assign(side * side, 1);
-    session().station_value.assign(side * side, 0.0);
+    session().station_line.assign(count, line);
+    session().line_of_station.assign(count, 1);
+    session().station_value.assign(count, 0.0);
     for (int index = 0; index < side * side; ++index) {
       session().station_value[static_cast<std::size_t>(index)] = index;
-      session().station_table.push_back({10.0 * (index % side), 10.0 * (index / side), 0.0, 0.0, 0.0});
+      const int row = index / side;
+      session().station_table.push_back({10.0 * (index % side), 10.0 * row, 0.0, 0.0, 0.0});
     }
     Module_display_data::fit_plan_window();
     control<QScrollBar>("VScroll_scale")->setValue(1);

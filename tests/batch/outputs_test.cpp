@@ -127,7 +127,7 @@ TEST_F(Batch_program, A_switch_that_is_given_as_false_switches_nothing) {
     Arguments arguments = of_line("occam", {"--directory", "run"});
     arguments.insert(arguments.end(), switches.begin(), switches.end());
     EXPECT_EQ(run(arguments).status, 0);
-    const std::string written = file_contents(folder_.path("run/occamdat"));
+    std::string written = file_contents(folder_.path("run/occamdat"));
     fs::remove_all(folder_.path("run"));
     return written;
   };

@@ -64,8 +64,9 @@ TEST_F(Batch_program, Of_two_that_start_together_at_least_one_does_its_work) {
   for (int turn = 0; turn < 10; ++turn) {
     SCOPED_TRACE(turn);
     const auto one = [&](const std::string& name) {
-      return "('" + program + "' recalculate survey.mdb >" + name + ".out 2>" + name + ".err; echo $? >" +
-             name + ".status) & ";
+      std::string command = "('" + program + "' recalculate survey.mdb >";
+      command.append(name).append(".out 2>").append(name).append(".err; echo $? >").append(name);
+      return command.append(".status) & ");
     };
     ASSERT_EQ(
         std::system(("cd '" + folder_.folder().string() + "'; " + one("a") + one("b") + "wait").c_str()), 0);

@@ -561,9 +561,12 @@ TEST_F(SurveyTest, Rows_in_the_log_of_another_name_are_not_passed_by) {
       EXPECT_EQ(open_database(purpose), -1);
       const std::vector<std::string> messages = interface.take_messages();
       ASSERT_EQ(messages.size(), 1U);
-      const std::string reason =
-          dies ? opening_message + "the file has another name as well (a hard link): " + path
-               : opening_message + locked_message;
+      std::string reason = opening_message;
+      if (dies) {
+        reason.append("the file has another name as well (a hard link): ").append(path);
+      } else {
+        reason += locked_message;
+      }
       EXPECT_TRUE(starts_with(messages[0], reason)) << messages[0];
     }
     for (const char* const ending : {"-wal", "-shm", ".compacting", ".opening"}) {

@@ -21,9 +21,10 @@ KilledProcess open_until(std::int64_t operation) {
 }
 
 class OpeningKills : public SurveyTest {
- protected:
+ public:
   ~OpeningKills() override { let_files_be_cloned(false); }
 
+ protected:
   /// Opens a survey and is killed at each operation in turn.
   /// @param compacted  whether the opening finds a survey that needs no compaction
   void kill_openings(bool compacted) {
