@@ -49,7 +49,7 @@ const char* const j_text =
     "# made\n>LATITUDE  = -19.5\n>LONGITUDE = 136.25\n>ELEVATION = 218.0\n>AZIMUTH   = 0.0\nS07  0\n"
     "RXY\n 2\n-100.0 50.0 40.0 55.0 45.0 42.0 38.0 1.0 1.0\n 4.0 20.0 30.0 22.0 18.0 31.0 29.0 1.0 1.0\n"
     "ZXY FIELD UNITS\n 2\n-100.0 121.12 101.64 8.0 1.0\n 4.0 4.3301 2.5 0.2 1.0\n"
-    "TZX\n 1\n-100.0 0.25 -0.5 0.01 1.0\n";
+    "TZX\n 1\n-100.0 0.25 -0.5 0.01 1.0\nTZY\n 1\n-100.0 0.1 0.2 0.01 1.0\n";
 
 const char* const plain_text =
     "\\ AMTAVG 7.76: \"M1.fld\", Dated 19-07-31, Processed 11 Aug 19\n$ ASPACE=  50.0m\n$ XMTR  =    20.\n"
@@ -57,14 +57,16 @@ const char* const plain_text =
     "\\-++------++----++---++----++---------++------++---------++------++---------++------++-----++-----+\n"
     " 2   150.0   8192 ExHy  5.00  3.1061e+2  1371.6  9.2137e-2  1953.2  2.7746e+2  -581.6   14.7  136.0\n"
     " 1   150.0     .5 ExHy  5.00  3.1061e+2  1371.6  9.2137e-2  1953.2  2.7746e+2  -581.6  184.7 1136.0\n"
-    " 2   200.0   8192 ExHy  5.00  6.3982e+2  1722.8  9.2137e-2  1953.2  1.1773e+3  -230.4    8.3   69.9\n";
+    " 2   200.0   8192 ExHy  5.00  6.3982e+2  1722.8  9.2137e-2  1953.2  1.1773e+3  -230.4    8.3   69.9\n"
+    " 1   200.0     .5 ExHy  5.00  6.3982e+2  1722.8  9.2137e-2  1953.2  1.1773e+3  -230.4    8.3   69.9\n";
 
 const char* const keyword_text =
     "$Survey.Type=MT\n$GDP.Date=05/16/2022\n$Unit.Length=m\n$GPS.Lat=38.6653467\n$GPS.Lon=-113.1690717\n"
     "$Rx.GdpStn= 22\n$Rx.HPR=11,0,180\n\n$Rx.Cmp = Zxy\n$Rx.Length=100 m\n"
     "$Rx.Center=311288:4281879:1548.1 m\nSkp,Freq,Z.mag,Z.phz,ARes.mag,ARes.%err,Z.perr\n"
     "2, 2.5, 10, 785.4, 8.0, 20, 100.2\n2, 5, 20, -785.4, 16.0, 168, 997\n"
-    "$Rx.Cmp = Tzx\nSkp,Freq,Z.mag,Z.phz,ARes.mag,ARes.%err,Z.perr\n1, 2.5, .5, 0, .5, 20, 100.2\n";
+    "$Rx.Cmp = Tzx\nSkp,Freq,Z.mag,Z.phz,ARes.mag,ARes.%err,Z.perr\n1, 2.5, .5, 0, .5, 20, 100.2\n"
+    "1, 5, .5, 0, .5, 20, 100.2\n";
 
 SitesRead read_xml(const std::string& bytes) {
   SitesRead read;
