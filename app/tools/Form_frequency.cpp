@@ -160,7 +160,7 @@ void Form_frequency::show_choice() {
 }
 
 void Form_frequency::switch_cell(int row, int column) {
-  if (column != use_column) {
+  if (column == frequency_column) {  // the period switches, too: the space bar may be pressed there
     return;
   }
   if (QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier)) {

@@ -30,6 +30,7 @@
 #include "app/tools/Form_frequency.h"
 #include "database/frequency_store.h"
 #include "platform/graph/frequency_axis.h"
+#include "platform/widgets/check_cells.h"
 #include "samples/sample_survey.h"
 #include "screenshots/platform_lines.h"
 #include "screenshots/window_pictures.h"
@@ -381,6 +382,22 @@ class WindowsTest : public QObject, private MainViewFixture {
     const bool in_periods = periods_shown(true);
     const bool in_frequencies = periods_shown(false);
     QVERIFY(in_periods && !in_frequencies);
+
+    graph::FrequencyAxis::instance().show_periods(true);
+    Form_frequency dialog(*frequencies, window_.get());
+    auto* const grid = dialog.findChild<QTableWidget*>("Grid_frequencies");
+    dialog.show();
+    dialog.activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), &dialog);
+    for (const int column : {0, 1, 2}) {  // the space bar switches from each cell of the row
+      const bool used = is_checked(*grid->item(0, 1));
+      grid->setFocus();
+      grid->setCurrentCell(0, column);
+      QTest::keyClick(grid, Qt::Key_Space);
+      QCOMPARE(is_checked(*grid->item(0, 1)), !used);
+    }
+    graph::FrequencyAxis::instance().show_periods(false);
+    dialog.findChild<QPushButton*>("Command_cancel_changes")->click();
   }
 
   void output_panel_is_worked_by_keys() {
