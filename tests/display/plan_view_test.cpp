@@ -92,6 +92,18 @@ TEST_F(Plan, Bars_move_the_window_by_tenths) {
   EXPECT_DOUBLE_EQ(session().plan_window.plan_y_max, 72.0 + 55.0);
 }
 
+TEST_F(Plan, What_is_dragged_stays_under_the_pointer) {
+  place_stations({{0.0, 0.0}, {100.0, 100.0}});
+  drag_plan({0.0, 0.0}, {10.0, 10.0});  // nothing is drawn yet
+  (void)resize_plan_window(220.0, 220.0, 0);
+  const PlanPoint held = to_survey({60.0, 150.0}, 220.0);
+  drag_plan({60.0, 150.0}, {90.0, 40.0});
+  (void)resize_plan_window(220.0, 220.0, 0);
+  const PlanPoint there = to_survey({90.0, 40.0}, 220.0);
+  EXPECT_NEAR(there.x, held.x, 1e-9);
+  EXPECT_NEAR(there.y, held.y, 1e-9);
+}
+
 TEST_F(Plan, Picture_and_survey_places_answer_each_other) {
   place_stations({{0.0, 0.0}, {100.0, 100.0}});
   (void)resize_plan_window(220.0, 220.0, 0);  // two units a metre

@@ -226,6 +226,10 @@ TEST_F(Selection, Other_choices_load_and_draw_their_part) {
   EXPECT_TRUE(scale.draw_station && scale.draw_raw && !scale.draw_profile);
   const Redisplay hide = choose_hide_masked(true);
   EXPECT_TRUE(session().hide_masked_data && hide.draw_profile && hide.draw_station && hide.draw_raw);
+
+  const Redisplay again = readings_changed();  // the fit on show is still of these readings
+  EXPECT_EQ(again.station_to_display, 1);
+  EXPECT_FALSE(again.close_rhoplus_results);
 }
 
 TEST_F(Selection, A_scan_rate_of_many_digits_is_chosen_by_its_text) {
