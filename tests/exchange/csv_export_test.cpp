@@ -82,8 +82,14 @@ TEST_F(CsvExport, Merged_curves_have_static_factor_errors_of_repeats_and_masks) 
 }
 
 TEST_F(CsvExport, What_nothing_went_into_is_empty) {
-  made::StoredReading curve = made::reading({{1, 100, 45}, {2, no_data, 45}});
-  curve.curve.counts_at(Module_database::field_resistivity, 1) = 0;
+  made::StoredReading curve =
+      made::reading({{1, 100, 45}, {2, no_data, 45}, {4, 100, no_data}, {8, no_data, no_data}});
+  for (const std::size_t absent : {1U, 3U}) {
+    curve.curve.counts_at(Module_database::field_resistivity, absent) = 0;
+  }
+  for (const std::size_t absent : {2U, 3U}) {
+    curve.curve.counts_at(Module_database::field_phase, absent) = 0;
+  }
   made::StoredReading tipper = made::reading({{1, 0, 0.25F}, {2, no_data, 0.5F}});
   tipper.curve.counts_at(Module_database::field_resistivity, 0) = 0;
   tipper.curve.counts_at(Module_database::field_resistivity, 1) = 0;
@@ -101,6 +107,10 @@ TEST_F(CsvExport, What_nothing_went_into_is_empty) {
     const Cells lone_phase = curves.find({{"data_type", "ExHy"}, {"frequency_Hz", "2"}});
     EXPECT_EQ(lone_phase.at("resistivity_ohm_m"), "");
     EXPECT_EQ(lone_phase.at("phase_deg"), "45");
+    const Cells lone_resistivity = curves.find({{"data_type", "ExHy"}, {"frequency_Hz", "4"}});
+    EXPECT_EQ(lone_resistivity.at("resistivity_ohm_m"), "100");
+    EXPECT_EQ(lone_resistivity.at("phase_deg"), "");
+    EXPECT_EQ(curves.rows.size(), 5U) << "no row where neither is known";
     const Cells lone_part = curves.find({{"data_type", "HzHx"}, {"frequency_Hz", "2"}});
     EXPECT_EQ(lone_part.at("tipper_real"), "");
     EXPECT_EQ(lone_part.at("tipper_imaginary"), "0.5");

@@ -195,6 +195,7 @@ TEST_F(SiteDocuments, Have_the_values_of_the_tensor_where_some_repeats_are_maske
   const auto points = document().document.function.points;
   ASSERT_EQ(points.size(), 2U);
   ASSERT_EQ(tensor.points.size(), 2U);
+  EXPECT_TRUE(holds(document().document.history, "1 phase with masked repeats"));
   for (std::size_t at = 0; at < points.size(); ++at) {
     for (std::size_t element = 0; element < 4; ++element) {
       const std::complex<double> z = tensor.points[at].tensor.z[element];

@@ -136,6 +136,10 @@ TEST_F(ImportRun, Turns_Ey_where_more_than_half_of_the_phases_of_YX_say_so) {
   ASSERT_EQ(import({file}), 0);
   EXPECT_EQ(report.files.at(0).sections_turned, 0);
   EXPECT_EQ(value(0, "EyHx", 2, 4), -135.0F);
+  EXPECT_FALSE(report.files.at(0).all_yx_phases_negative);
+  ASSERT_EQ(import({folder.write("grün.edi", made_edi({with_phases("-135 -80 -100 -45 1e32")}))}), 0);
+  EXPECT_TRUE(report.files.at(0).all_yx_phases_negative);
+  EXPECT_NE(report.to_json().find("grün.edi"), std::string::npos) << "letters as they are, not by number";
 }
 
 TEST_F(ImportRun, Frequencies_that_are_not_above_0_are_stored_and_told) {

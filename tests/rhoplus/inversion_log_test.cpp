@@ -41,12 +41,18 @@ TEST(Rhoplus_log, Names_data_fit_and_model) {
   }
   EXPECT_FALSE(has(log, "\n\n")) << "each line ends in CR LF";
   EXPECT_FALSE(has(log, "limit of iterations"));
+  EXPECT_FALSE(has(log, "a closer proof"));
 
   RhoplusInversion details;
   const RhoplusRun run = numerics::rhoplus::rhoplus(rows, RhoplusSurface::insulating, &details);
   details.limit_met = true;
-  EXPECT_TRUE(has(Module_rhoplus::inversion_log("a", rows, RhoplusSurface::insulating, run, details),
-                  "The limit of iterations was met."));
+  details.fit.gap = 1.0;
+  details.resistivities = 1;
+  details.phases = 2;
+  const std::string odd = Module_rhoplus::inversion_log("a", rows, RhoplusSurface::insulating, run, details);
+  EXPECT_TRUE(has(odd, "The limit of iterations was met."));
+  EXPECT_TRUE(has(odd, "for a closer proof in double precision"));
+  EXPECT_TRUE(has(odd, "3 (1 resistivity, 2 phases)"));
 }
 
 TEST(Rhoplus_log, Names_what_could_not_be_used) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "rhoplus/mask_proposal.h"
+#include "rhoplus/section_residuals.h"
 #include "tests/numerics/rhoplus/made_data.h"
 
 using namespace Module_rhoplus;
@@ -207,6 +208,27 @@ TEST(Line_consistency, Does_not_depend_on_threads_and_stops_when_asked) {
       line_consistency(line, all_frequencies(line), {}, [](double) { return false; });
   EXPECT_TRUE(stopped.stopped);
   EXPECT_EQ(stopped.stations.size(), line.stations.size());
+}
+
+TEST(Section_residuals, Follow_the_edits_of_every_station) {
+  LineTensors line = line_with_outliers(0.0);
+  line.curves.stations.push_back(line.curves.stations[0]);
+  line.stations.push_back(line.stations[0]);
+  const Frequencies frequencies = all_frequencies(line);
+  SectionResiduals residuals;
+  const auto wrong_phase = [&](std::size_t station) {
+    EXPECT_TRUE(residuals.update(line, frequencies, {}, {}));
+    EXPECT_EQ(residuals.stations().size(), line.stations.size());
+    return residuals.stations().at(station)[0].at(27).phase;
+  };
+  EXPECT_GT(wrong_phase(0), 5.0);
+  for (std::size_t station = 0; station < line.stations.size(); ++station) {
+    SCOPED_TRACE(station);
+    line.curves.stations[station].merged[static_cast<std::size_t>(CurveType::ExHy)].curve.value(
+        Module_database::field_phase, 27) -= 17.0F;
+    EXPECT_LT(wrong_phase(station), 2.0);
+    EXPECT_EQ(wrong_phase(1) > 5.0, station == 0) << "the other one keeps its own";
+  }
 }
 
 TEST(Mask_proposal, Leaves_points_alone_where_the_tensor_is_three_dimensional) {

@@ -206,7 +206,26 @@ TEST(Pseudo_section, Tensor_quantities_come_from_tensors_and_masks_of_either_cur
     EXPECT_EQ(section.columns[0].points[0].tensor != nullptr, facts_of(c.quantity).ellipses);
     EXPECT_FALSE(section.columns[0].points[1].counts);
     EXPECT_FALSE(section.columns[0].points[1].has_value());
+    const double room = facts_of(c.quantity).ellipses ? std::log10(2.0) : 0.5 * std::log10(2.0);
+    EXPECT_NEAR(section.heights->lower, height(1.0) - room, 1e-6);
   }
+}
+
+TEST(Pseudo_section, Tippers_show_what_is_masked_and_not_what_was_never_there) {
+  Line line;
+  line.add(0.0, {0.5F, 1.0F, 2.0F});
+  for (const CurveType type : {CurveType::HzHx, CurveType::HzHy}) {
+    line.line.curves.stations[0].merged[static_cast<std::size_t>(type)] =
+        section_line::reading({0.5F, 1.0F, 2.0F}, 0.1F, 0.2F);
+    line.curve(0, type).value(field_resistivity, 2) = no_data;
+    line.mask(0, type, field_resistivity, 2);
+  }
+  line.mask(0, CurveType::HzHx, field_phase, 0);
+  const PseudoSection section = line.section(SectionQuantity::tipper_magnitude);
+  ASSERT_EQ(section.columns.size(), 1U);
+  ASSERT_EQ(section.columns[0].points.size(), 1U);
+  EXPECT_EQ(section.columns[0].points[0].frequency, 0.5);
+  EXPECT_FALSE(section.columns[0].points[0].counts);
 }
 
 TEST(Pseudo_section, Residuals_are_put_beside_the_points_that_they_are_of) {

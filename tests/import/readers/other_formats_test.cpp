@@ -313,6 +313,8 @@ TEST_F(OtherFormats, Spectra_name_what_they_can_not_read) {
   EXPECT_EQ(curve.frequencies, (std::vector<float>{-100, -10}));
   EXPECT_EQ(curve.value(1, 0), absent);
   EXPECT_GT(curve.value(2, 0), 0.0F);
+  const FileReport zero = import("e.edi", replaced(plain, "FREQ=1.000000E+02", "FREQ=0"));
+  EXPECT_EQ(zero.frequencies, 2) << "stored as it came, too";
 }
 
 TEST_F(OtherFormats, Spectra_of_several_sections_are_several_stations) {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "numerics/rhoplus/inversion.h"
+#include "numerics/rhoplus/log_ratio.h"
 #include "tests/numerics/rhoplus/made_data.h"
 
 namespace {
@@ -130,6 +131,29 @@ TEST(Rhoplus_optimum, Of_layered_ground_with_noise) {
     for (std::size_t i = 0; i < data.size(); ++i) {
       ASSERT_NEAR(of_sheets[i].resistivity / inversion.rows[i].resistivity, 1.0, 1e-9) << i;
       ASSERT_NEAR(of_sheets[i].phase, inversion.rows[i].phase, 1e-7) << i;
+    }
+  }
+}
+
+// As the excess z over 1: ln(1 + z) by its own series where it is small.
+TEST(Rhoplus_log_ratios, Of_cells_of_any_width_are_logarithms_to_rounding) {
+  const std::vector<double> omega{1e-6, 0.03, 1.0, 7.0, 1e5};
+  numerics::rhoplus::LogRatios ratios(omega);
+  for (const double a : {1e-4, 0.5, 20.0}) {
+    for (const double width : {1e-12, 1e-7, 0.01, 0.49, 0.51, 3.0}) {
+      const double b = a * std::exp(width);
+      ratios.between(a, b);
+      for (std::size_t k = 0; k < omega.size(); ++k) {
+        SCOPED_TRACE("a " + std::to_string(a) + ", width " + std::to_string(width) + ", omega " +
+                     std::to_string(omega[k]));
+        const std::complex<double> s{0.0, omega[k]};
+        const std::complex<double> z = (a - b) * (s - 1.0) / ((a + s) * (b + 1.0));
+        const std::complex<double> expected =
+            std::abs(z) < 1e-5 ? z - 0.5 * z * z + z * z * z / 3.0 : std::log(1.0 + z);
+        const auto lane = static_cast<Eigen::Index>(k);
+        const std::complex<double> found{ratios.real[lane], ratios.imaginary[lane]};
+        EXPECT_NEAR(std::abs(found - expected) / std::abs(expected), 0.0, std::abs(z) < 1e-5 ? 1e-14 : 1e-10);
+      }
     }
   }
 }

@@ -166,6 +166,7 @@ TEST(Convergence, Names_the_curve_under_the_pointer) {
   const ResponsePlot plot = convergence_plot(results);
   ASSERT_EQ(plot.table.series.size(), 2U);  // no roughness at all
   EXPECT_EQ(plot.y.type, graph::AxisType::logarithmic);
+  EXPECT_EQ(plot.x.maximum, 5.0) << "marks at whole iterations";
   EXPECT_EQ(convergence_text(plot, 0.9, 3.0), "RMS error 2.0000 at iteration 1");
   EXPECT_EQ(convergence_text(plot, 1.2, 30.0), "Lagrange Multiplier 100.0000 at iteration 1");
   EXPECT_EQ(convergence_text(plot, 2.2, 1.1), "RMS error 1.0000 at iteration 3");
