@@ -34,5 +34,6 @@ jq -r '
 package=build/release/python
 if compgen -G "$package/brenlox/*.so" >/dev/null; then
   echo
-  PYTHONPATH="$package" python3 python/benchmarks/overhead.py
+  python="$(sed -n 's/^_Python_EXECUTABLE:INTERNAL=//p' build/release/CMakeCache.txt)" # that the package is built for
+  PYTHONPATH="$package" "$python" python/benchmarks/overhead.py
 fi
