@@ -78,7 +78,7 @@ bool GraphContent::exists(PointIndex at) const {
 }
 
 bool GraphContent::is_null(double value) const {
-  return !std::isfinite(value) || value <= null_limit || value == null_;
+  return !std::isfinite(value) || value <= null_limit;
 }
 
 bool GraphContent::is_drawn(int series, int point, bool x_logarithmic, bool y_logarithmic) const {
