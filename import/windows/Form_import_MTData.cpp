@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <set>
 
-#include "core/file_names.h"
 #include "core/trap_errors.h"
 #include "import/import_files.h"
 #include "import/proposals/line_proposals.h"
