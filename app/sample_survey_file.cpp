@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "app/survey_file_commands.h"
-#include "core/environment.h"
 #include "core/finished_work.h"
 #include "core/session_state.h"
 #include "core/trap_errors.h"

@@ -89,8 +89,6 @@ std::string other_mode_of(std::string_view data_type) {
 
 void ask_for_both_modes(bool asked) { asked_for_both() = asked; }
 
-bool both_modes_asked() { return asked_for_both(); }
-
 const OtherMode& other_mode() { return loaded(); }
 
 int load_other_mode() {

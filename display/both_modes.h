@@ -29,7 +29,6 @@ const OtherMode& other_mode();
 
 /// Whether load_other_mode loads anything; at first it doesn't.
 void ask_for_both_modes(bool asked);
-[[nodiscard]] bool both_modes_asked();
 
 /// Loads the other mode of the station and scan rate that are shown, if it was asked for.
 /// @return 0, or -1 after a message; what was loaded by then is shown

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "core/trap_errors.h"
-#include "database/reading_facts.h"
 #include "database/survey_database.h"
 #include "import/store_blocks.h"
 

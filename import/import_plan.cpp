@@ -60,6 +60,18 @@ std::vector<std::size_t> ImportPlan::display_order() const {
   return order;
 }
 
+std::vector<std::string> ImportPlan::shared_stations() const {
+  std::set<std::string> texts;  // each once for all of its files
+  for (const PlannedSection& row : sections) {
+    if (std::ranges::find(row.problems, PlanProblem::shared_station) != row.problems.end()) {
+      const auto said = std::ranges::find_if(
+          row.remarks, [](const std::string& remark) { return remark.starts_with("Station "); });
+      texts.insert(said == row.remarks.end() ? row.file : *said);
+    }
+  }
+  return {texts.begin(), texts.end()};
+}
+
 std::string ImportPlan::summary() const {
   std::set<std::size_t> files;
   std::set<std::string> lines;

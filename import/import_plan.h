@@ -76,6 +76,8 @@ struct ImportPlan {
   [[nodiscard]] const PlannedSection* find(std::size_t file_index, std::size_t section_index) const;
   /// Indices of the sections for a table: those with problems first, each kind together.
   [[nodiscard]] std::vector<std::size_t> display_order() const;
+  /// What is said of each station that different sites come to.
+  [[nodiscard]] std::vector<std::string> shared_stations() const;
   /// "24 files, 24 stations on line 100E; 3 rows with problems".
   [[nodiscard]] std::string summary() const;
 };

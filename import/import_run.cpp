@@ -262,9 +262,7 @@ bool may_store(LookIntoFiles& look, ImportReport& report) {
     report.stopped = true;
     return false;
   }
-  return shared.empty() || user_interface().ask_yes_no("Different sites come to one line and station.\n" +
-                                                       list_of_shared_stations(shared) +
-                                                       "\nTake them as repeats of one station?");
+  return may_share_stations(texts_of(shared));
 }
 
 // The files after the one that ended the run are listed as well, so that no file is missing from the report.

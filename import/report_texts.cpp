@@ -33,7 +33,7 @@ std::vector<std::string> problem_texts(const std::vector<ReportGroup>& groups, c
       texts.push_back(failure_text(group, report));
     } else if (group.kind == GroupKind::different_sites) {
       texts.push_back("Different sites come to one line and station, as its repeats:\n" +
-                      list_of_shared_stations(report.shared_stations));
+                      list_of_stations(texts_of(report.shared_stations)));
     } else if (group.needs_action()) {
       texts.push_back(group.title() + (group.advice.empty() ? "" : "; " + group.advice));
     }

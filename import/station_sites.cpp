@@ -1,11 +1,13 @@
 #include "import/station_sites.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "core/user_interface.h"
 #include "database/survey_database.h"
 #include "import/file_formats.h"
 #include "platform/dao/text_literal.h"
@@ -180,16 +182,28 @@ void remark_on_shared_stations(const std::vector<SharedStation>& shared,
   }
 }
 
-std::string list_of_shared_stations(const std::vector<SharedStation>& shared) {
+std::vector<std::string> texts_of(const std::vector<SharedStation>& shared) {
+  std::vector<std::string> texts;
+  std::ranges::transform(shared, std::back_inserter(texts), &SharedStation::text);
+  return texts;
+}
+
+std::string list_of_stations(const std::vector<std::string>& texts) {
   std::string list;
-  for (std::size_t index = 0; index < std::min(shared.size(), stations_listed); ++index) {
-    list += (index == 0 ? "" : "\n") + shared[index].text();
+  for (std::size_t index = 0; index < std::min(texts.size(), stations_listed); ++index) {
+    list += (index == 0 ? "" : "\n") + texts[index];
   }
-  if (shared.size() > stations_listed) {
+  if (texts.size() > stations_listed) {
     list +=
-        "\nand " + plain_text(static_cast<std::int64_t>(shared.size() - stations_listed)) + " more stations";
+        "\nand " + plain_text(static_cast<std::int64_t>(texts.size() - stations_listed)) + " more stations";
   }
   return list;
+}
+
+bool may_share_stations(const std::vector<std::string>& texts) {
+  return texts.empty() ||
+         user_interface().ask_yes_no("Different sites come to one line and station.\n" +
+                                     list_of_stations(texts) + "\nTake them as repeats of one station?");
 }
 
 }  // namespace Module_data_file

@@ -94,7 +94,13 @@ inline constexpr std::string_view different_sites_kind = "different sites come t
 void remark_on_shared_stations(const std::vector<SharedStation>& shared,
                                std::vector<formats::FileReport>& files);
 
-/// The stations as a list of lines; of many the first, and how many more there are.
-std::string list_of_shared_stations(const std::vector<SharedStation>& shared);
+std::vector<std::string> texts_of(const std::vector<SharedStation>& shared);
+
+/// What is said of stations, a line each; of many the first, and how many more there are.
+std::string list_of_stations(const std::vector<std::string>& texts);
+
+/// Asks whether different sites may be taken as repeats of one station; true if there are none.
+/// @param texts  what is said of each of the stations
+[[nodiscard]] bool may_share_stations(const std::vector<std::string>& texts);
 
 }  // namespace Module_data_file

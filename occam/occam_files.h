@@ -48,6 +48,7 @@ enum class EmptyLines : std::uint8_t {
 /// Tells the user where two sites of a model share a node.
 void report_shared_node(const OccamModel& model);
 
+/// A start or iteration file, with its parameters or without them.
 [[nodiscard]] int read_occam_iteration(IterationParts parts, const std::string& path,
                                        OccamIteration& iteration,
                                        EmptyLines empty_lines = EmptyLines::silent);

@@ -69,12 +69,6 @@ StoredReading compute_average(const StationRows& place, const ReadingKey& key,
   return average;
 }
 
-int average_repeats_at(const StationRows& place, const ReadingKey& key, const Frequencies& frequencies,
-                       StoredReading& average) {
-  average = {};
-  return trap_errors(averaging_failed, [&] { average = compute_average(place, key, frequencies); });
-}
-
 int average_repeats(const ReadingKey& key, const Frequencies& frequencies, StoredReading& average) {
   average = {};
   return trap_errors(averaging_failed, [&] {

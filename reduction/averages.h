@@ -3,8 +3,8 @@
 // All procedures need an open survey. Each returns 0, or -1 after a message; its result then has ID 0. Those
 // of computed_rows.h do the same without messages.
 //
-// `frequencies` is the list of the key's reference type: an average has no other frequencies. The procedures
-// that end in _at work at a station whose rows have been found already; the others look it up once.
+// `frequencies` is the list of the key's reference type: an average has no other frequencies. The rows of the
+// station are looked up once; reduced_reading_at is given them.
 #pragma once
 #include <cstdint>
 
@@ -25,15 +25,11 @@ enum class AllowRaw { no, yes };  // whether a file of already reduced data will
 /// @param average the stored row; ID 0 if no repeat is used, and then nothing was stored or changed
 [[nodiscard]] int average_repeats(const ReadingKey& key, const Frequencies& frequencies,
                                   StoredReading& average);
-[[nodiscard]] int average_repeats_at(const StationRows& place, const ReadingKey& key,
-                                     const Frequencies& frequencies, StoredReading& average);
 
 /// Combines the averages of all scan rates of a key (its scan rate is ignored) into the stored merged curve
 /// (ReductionType 2). @param merged the stored row; ID 0 if no scan rate is used
 [[nodiscard]] int merge_scan_rates(const ReadingKey& key, const Frequencies& frequencies,
                                    StoredReading& merged);
-[[nodiscard]] int merge_scan_rates_at(const StationRows& place, const ReadingKey& key,
-                                      const Frequencies& frequencies, StoredReading& merged);
 
 /// The stored average (reduction 1) or merged curve (reduction 2) of a key, computed if it is missing, or if
 /// an earlier version has computed it with frequencies of 0 and below.

@@ -85,12 +85,6 @@ StoredReading compute_merged(const StationRows& place, const ReadingKey& key,
   return merged;
 }
 
-int merge_scan_rates_at(const StationRows& place, const ReadingKey& key, const Frequencies& frequencies,
-                        StoredReading& merged) {
-  merged = {};
-  return trap_errors(averaging_failed, [&] { merged = compute_merged(place, key, frequencies); });
-}
-
 int merge_scan_rates(const ReadingKey& key, const Frequencies& frequencies, StoredReading& merged) {
   merged = {};
   return trap_errors(averaging_failed, [&] {

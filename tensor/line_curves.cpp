@@ -6,7 +6,6 @@
 #include <set>
 #include <utility>
 
-#include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "database/reading_facts.h"
 #include "database/sites.h"

@@ -31,6 +31,7 @@ struct FrameSize {
 /// @param margin  pixels
 PlanFrame fitted_frame(std::span<const MapSite> sites, FrameSize size, double margin);
 
+/// Where a place is drawn. @param east, north  m
 PicturePlace to_picture(const PlanFrame& frame, FrameSize size, double east, double north);
 
 /// The frame with its scale times a factor and the same place under a point of the picture. The scale stays

@@ -65,6 +65,7 @@ using StationPlaces = std::function<std::optional<double>(double station)>;
 /// Places that are one metre apart in the order of others. Stations at one place are neighbours.
 StationPlaces places_in_order(const LineTensors& line, const StationPlaces& places);
 
+/// The columns, rows and cells of a line, by the quantity's own axis: period or depth.
 PseudoSection make_pseudo_section(const SectionSource& source, SectionQuantity quantity,
                                   const StationPlaces& places);
 

@@ -41,6 +41,7 @@ struct LineStations {
   std::vector<StationTensor> stations;
 };
 
+/// The stations where the survey places them.
 SiteMap site_map(std::span<const LineStations> lines, const Module_projections::SurveyPlaces& places);
 
 /// "sites, in UTM on WGS 84": what the places are.
@@ -71,6 +72,7 @@ struct SiteValues {
 
   [[nodiscard]] bool any() const { return phase_tensor || real_arrow; }
 };
+/// Of the tensor and of the tipper nearest to a frequency, within frequency_tolerance of it.
 SiteValues values_at(const StationTensor& station, double frequency, const ArrowChoice& arrows);
 
 /// What the colour of an ellipse says.

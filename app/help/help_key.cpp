@@ -6,12 +6,27 @@
 
 #include "app/help/Form_tutorial.h"
 
+namespace {
+
+bool stands_over(const QWidget& window, const QWidget& other) {
+  const QWidget* each = window.parentWidget();
+  while (each != nullptr && each != &other) {
+    each = each->parentWidget();
+  }
+  return each != nullptr;
+}
+
+}  // namespace
+
 HelpKey::HelpKey(QWidget& main_window) : QObject(&main_window), main_window_(main_window) {
   qApp->installEventFilter(this);
 }
 
 void HelpKey::show_tutorial() {
   QWidget* const modal = QApplication::activeModalWidget();
+  if (modal != nullptr && tutorial_ && stands_over(*modal, *tutorial_)) {
+    return;  // it came up while the tutorial was being read, and can't have its own parent as a child
+  }
   attach_tutorial(modal != nullptr && modal != tutorial_ ? *modal : main_window_);
   tutorial_->show();
   tutorial_->raise();

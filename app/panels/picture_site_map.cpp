@@ -15,12 +15,6 @@
 
 using namespace Module_display_data;
 
-namespace {
-
-constexpr double click_distance = 4.0;  // pixels; beyond it a press is a drag
-
-}  // namespace
-
 SiteMap::SiteMap(QWidget* parent) : QWidget(parent) {
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);  // a click ends the typing in a text box; keys zoom
@@ -54,23 +48,12 @@ void SiteMap::resizeEvent(QResizeEvent* event) {
   Q_EMIT resized();
 }
 
-void SiteMap::mousePressEvent(QMouseEvent* event) {
-  if (held_ == Qt::NoButton && (event->button() == Qt::LeftButton || event->button() == Qt::MiddleButton)) {
-    held_ = event->button();
-    pressed_at_ = last_ = event->position();
-    dragging_ = false;
-  }
-}
+void SiteMap::mousePressEvent(QMouseEvent* event) { drag_.press(*event); }
 
 void SiteMap::mouseMoveEvent(QMouseEvent* event) {
   const QPointF at = event->position();
-  if (held_ != Qt::NoButton && (at - pressed_at_).manhattanLength() > click_distance && !dragging_) {
-    dragging_ = true;
-    setCursor(Qt::ClosedHandCursor);
-  }
-  if (dragging_) {
-    Q_EMIT dragged(last_, at);
-    last_ = at;
+  if (const auto before = drag_.move(*event)) {
+    Q_EMIT dragged(*before, at);
   }
   if (session().plan_window.plan_y_scale > 0.0) {
     const PlanPoint place = to_survey({at.x(), at.y()}, height());
@@ -79,17 +62,8 @@ void SiteMap::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void SiteMap::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() != held_) {
-    return;
-  }
-  const bool clicked = held_ == Qt::LeftButton && !dragging_;
-  held_ = Qt::NoButton;
-  dragging_ = false;
-  unsetCursor();
-  if (!clicked) {
-    return;
-  }
-  const std::int32_t station_index = pick_station({pressed_at_.x(), pressed_at_.y()}, height());
+  const auto clicked = drag_.release(*event);
+  const std::int32_t station_index = clicked ? pick_station({clicked->x(), clicked->y()}, height()) : 0;
   if (station_index > 0) {
     Q_EMIT station_picked(station_index);
   }

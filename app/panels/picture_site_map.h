@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include "app/panels/plan_painter.h"
+#include "platform/widgets/picture_drag.h"
 
 class SiteMap : public QWidget {
   Q_OBJECT
@@ -44,9 +45,6 @@ class SiteMap : public QWidget {
 
   PlanContents contents_;
   PlanPainter plan_;
-  Qt::MouseButton held_ = Qt::NoButton;
-  QPointF pressed_at_;
-  QPointF last_;
-  bool dragging_ = false;
+  PictureDrag drag_{*this};
   int wheel_turned_ = 0;  // eighths of a degree that have not made a step yet
 };

@@ -214,11 +214,7 @@ void EdiSpectraParser::read_block_options(SpectraBlock& block) {
   }
 }
 
-void EdiSpectraParser::read_matrix(SpectraBlock& block) {
-  const std::size_t expected = channel_count_ * channel_count_;
-  block.matrix.clear();
-  bool all_there = true;
-  std::size_t surplus = 0;
+bool EdiSpectraParser::read_values(std::size_t expected, std::vector<double>& values, std::size_t& surplus) {
   at_end_ = true;
   while (lines_.next()) {
     if (lines_.at_tag()) {
@@ -231,22 +227,30 @@ void EdiSpectraParser::read_matrix(SpectraBlock& block) {
     const char* place = lines_.line().data();
     const char* const line_end = place + lines_.line().size();
     while ((place = skip_separators(place, line_end)) != line_end) {
-      if (block.matrix.size() == expected) {
+      if (values.size() == expected) {
         const std::string_view comma = surplus == 0 ? decimal_comma_number(lines_.line()) : "";
         if (!comma.empty() && expected > 0) {
           fail_in_section(in_quotes(comma) + " in line " + std::to_string(lines_.line_number()) +
                           " has a decimal comma, where these files have points");
-          return;
+          return false;
         }
         surplus += count_items({place, static_cast<std::size_t>(line_end - place)});
         break;
       }
-      double value = 0.0;
-      place = take_value(place, line_end, value, report_, lines_.line_number());
-      all_there = all_there && !is_absent(value);
-      block.matrix.push_back(value);
+      place = take_value(place, line_end, values.emplace_back(), report_, lines_.line_number());
     }
   }
+  return true;
+}
+
+void EdiSpectraParser::read_matrix(SpectraBlock& block) {
+  const std::size_t expected = channel_count_ * channel_count_;
+  std::size_t surplus = 0;
+  block.matrix.clear();
+  if (!read_values(expected, block.matrix, surplus)) {
+    return;
+  }
+  const bool all_there = std::ranges::none_of(block.matrix, is_absent);
   const std::size_t count = block.matrix.size();
   block.complete = all_there && count == expected;
   if (at_end_ && count < expected) {

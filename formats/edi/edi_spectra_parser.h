@@ -67,6 +67,8 @@ class EdiSpectraParser {
   void close_section_head(SpectraSection& section);
   void read_block_options(SpectraBlock& block);
   void read_matrix(SpectraBlock& block);
+  /// Values up to the next tag. @return false if the section can't be used
+  bool read_values(std::size_t expected, std::vector<double>& values, std::size_t& surplus);
   void fail_in_section(const std::string& reason);
 
   EdiLines lines_;

@@ -7,7 +7,6 @@
 #include "import/proposals/plan_problems.h"
 #include "import/proposals/plan_run.h"
 #include "import/proposals/survey_before.h"
-#include "import/survey_file_names.h"
 
 namespace Module_data_file {
 

@@ -188,8 +188,12 @@ void find_common_stations(std::vector<PlannedSection>& rows, std::span<const Sca
                                 ? ", up to " + format_number(common.farthest, "0") + " m apart"
                                 : ", and no places that tell whether they are the same: two lines may be one";
     const PlanProblem problem = are_apart ? PlanProblem::two_places : PlanProblem::shared_station;
-    say(a, problem, stations + b.file + why);
-    say(b, problem, stations + a.file + why);
+    const auto beside = [&](const PlannedSection& other) {
+      std::string text = stations;
+      return text.append(other.file).append(why);
+    };
+    say(a, problem, beside(b));
+    say(b, problem, beside(a));
   }
 }
 

@@ -9,7 +9,6 @@
 #include "core/calendar.h"
 #include "core/line_reader.h"
 #include "core/number_text.h"
-#include "core/text_fields.h"
 #include "core/trap_errors.h"
 #include "formats/edi/edi_parser.h"
 #include "formats/zonge/zonge_stn_file.h"

@@ -7,13 +7,12 @@
 #include <QPointer>
 #include <QScreen>
 #include <algorithm>
-#include <set>
 
-#include "core/file_names.h"
 #include "core/trap_errors.h"
 #include "import/import_files.h"
 #include "import/proposals/line_proposals.h"
 #include "import/report_groups.h"
+#include "import/station_sites.h"
 #include "import/windows/Form_import_report.h"
 #include "import/windows/import_choice_controls.h"
 #include "import/windows/import_plan_model.h"
@@ -30,11 +29,6 @@ namespace {
 constexpr std::string_view looking_failed = "An error occurred while looking into the files: ";
 constexpr qint64 table_milliseconds = 250;  // between two fillings of the table during a scan
 constexpr qint64 share_of_scan = 4;         // so much more time goes into the scan than into the table
-constexpr std::size_t most_shared_shown = 10;
-
-bool is_shared(const PlannedSection& section) {
-  return std::ranges::find(section.problems, PlanProblem::shared_station) != section.problems.end();
-}
 
 }  // namespace
 
@@ -276,34 +270,12 @@ void Form_import_MTData::define_projection() {
   choices_changed();
 }
 
-/// Asks about what can't be undone easily.
-bool Form_import_MTData::may_store() const {
-  std::set<std::string> stations;  // each in words, once for all of its files
-  for (const PlannedSection& section : model_->plan().sections) {
-    if (is_shared(section)) {
-      const auto said = std::ranges::find_if(
-          section.remarks, [](const std::string& remark) { return remark.starts_with("Station "); });
-      stations.insert(said == section.remarks.end() ? section.file : *said);
-    }
-  }
-  const std::size_t count = stations.size();
-  std::string shared;
-  std::size_t shown = 0;
-  for (const std::string& station : stations) {
-    shared += ++shown <= most_shared_shown ? station + "\n" : "";
-  }
-  if (count > most_shared_shown) {
-    shared += "and " + std::to_string(count - most_shared_shown) + " more stations\n";
-  }
-  return count == 0 || user_interface().ask_yes_no("Different sites come to one line and station.\n" +
-                                                   shared + "Take them as repeats of one station?");
-}
-
 void Form_import_MTData::import_data(ImportMode mode) {
   if (running_ || maker_ == nullptr) {
     return;  // a button pressed by its key clicks a little later, when a run may have begun
   }
-  if (mode == ImportMode::import && model_->plan().fault.empty() && !may_store()) {
+  if (mode == ImportMode::import && model_->plan().fault.empty() &&
+      !may_share_stations(model_->plan().shared_stations())) {
     return;
   }
   ImportReport report;

@@ -55,7 +55,6 @@ class Form_import_MTData : public QDialog {
   void step_sample(int step);
   void define_projection();
   void import_data(Module_data_file::ImportMode mode);
-  [[nodiscard]] bool may_store() const;
   [[nodiscard]] int run(Module_data_file::ImportMode mode, Module_data_file::ImportReport& report);
   void set_running(bool running);
   void report_result(Module_data_file::ImportMode mode, int result,

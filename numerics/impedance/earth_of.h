@@ -8,8 +8,12 @@ namespace numerics::impedance {
 
 inline constexpr double resistivity_factor = 0.2;  // mu0 / (2 pi) times the square of the field unit
 
-/// @param length  |Z|, mV/km/nT
-/// @param angle   arg Z, radians
+/// rho_a = 0.2 |Z|^2 / f and arg Z, as apparent_resistivity.h has them, with errors to the first order.
+/// @param length      |Z|, mV/km/nT
+/// @param angle       arg Z, radians
+/// @param frequency   Hz, > 0
+/// @param covariance  of the elements that |Z| and arg Z depend on, (mV/km/nT)^2
+/// @return ohm-m; degrees, -180 < phase <= 180
 template <std::size_t elements>
 ApparentEarth earth_of(const Propagated<2 * elements>& length, const Propagated<2 * elements>& angle,
                        double frequency, const std::array<PartCovariance, elements>& covariance) {
@@ -19,6 +23,7 @@ ApparentEarth earth_of(const Propagated<2 * elements>& length, const Propagated<
   return earth;
 }
 
+/// The same of Z itself.
 template <std::size_t elements>
 ApparentEarth earth_of(const ComplexOf<Propagated<2 * elements>>& impedance, double frequency,
                        const std::array<PartCovariance, elements>& covariance) {

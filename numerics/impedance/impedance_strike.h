@@ -26,6 +26,12 @@ struct BahrSkew {
   Estimate sigma;  // two-dimensionality
 };
 
+/// Dimensionless. With S1 = Zxx + Zyy, S2 = Zxy + Zyx, D1 = Zxx - Zyy, D2 = Zxy - Zyx and
+/// [a, b] = Re a Im b - Im a Re b:
+///   eta = sqrt(|[D1, S2] - [S1, D2]|) / |D2|
+///   mu = sqrt(|[D1, S2]| + |[S1, D2]|) / |D2|
+///   sigma = (|D1|^2 + |S2|^2) / |D2|^2
+/// No values where D2 is 0.
 BahrSkew bahr_skew(const Tensor& tensor);
 
 }  // namespace numerics::impedance

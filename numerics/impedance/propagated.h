@@ -10,7 +10,6 @@
 #include <complex>
 #include <cstddef>
 
-#include "numerics/constants.h"
 #include "numerics/impedance/estimate.h"
 
 namespace numerics::impedance {

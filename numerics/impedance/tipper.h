@@ -29,6 +29,7 @@ struct Arrow {
   Estimate azimuth;  // degrees, -180 < azimuth <= 180
 };
 
+/// (Re Tx, Re Ty), turned round for Parkinson. Its azimuth counts from the x axis of the tipper.
 Arrow real_arrow(const Tipper& tipper, ArrowConvention convention);
 
 /// Programs disagree on it: as it is, +(Im Tx, Im Ty), by default, in either convention of the real arrow.

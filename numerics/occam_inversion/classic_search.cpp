@@ -139,21 +139,10 @@ Point refine_minimum(Curve& curve, const Bracket& bracket) {
   return x;
 }
 
-// Where the misfit comes up to the target, from the minimum on; Brent's root to 0.001 decades.
-Point intercept(Curve& curve, const Point& minimum, double target) {
-  constexpr double step = 0.30103;
+// Brent's root to 0.001 decades: where the misfit is the target, between a point below it and one above.
+Point root_between(Curve& curve, Point a, Point b, double target) {
   constexpr double tolerance = 1e-3;
-  constexpr double furthest = 30.0;  // decades above the minimum
   constexpr int most_steps = 100;
-  Point a = minimum;
-  Point b = curve.at(minimum.x + step);
-  while (b.f < target && b.x - minimum.x < furthest) {
-    a = b;
-    b = curve.at(b.x + step);
-  }
-  if (b.f < target) {
-    return b;  // the smoothest model fits, too
-  }
   double fa = a.f - target;
   double fb = b.f - target;
   Point c = a;
@@ -210,6 +199,20 @@ Point intercept(Curve& curve, const Point& minimum, double target) {
   // Where the misfit jumps over the target the nearer end may lie well above it; the other one fits.
   constexpr double near_target = 1.001;
   return b.f > near_target * target && c.f <= target ? c : b;
+}
+
+// Where the misfit comes up to the target, from the minimum on.
+Point intercept(Curve& curve, const Point& minimum, double target) {
+  constexpr double step = 0.30103;
+  constexpr double furthest = 30.0;  // decades above the minimum
+  Point below = minimum;
+  Point above = curve.at(minimum.x + step);
+  while (above.f < target && above.x - minimum.x < furthest) {
+    below = above;
+    above = curve.at(above.x + step);
+  }
+  return above.f < target ? above  // the smoothest model fits, too
+                          : root_between(curve, below, above, target);
 }
 
 }  // namespace

@@ -30,6 +30,7 @@ struct Coefficient {
 };
 using Coefficients = std::array<Coefficient, 4>;  // of each triangle
 
+/// @param conductivity  S/m, without the displacement currents: s = conductivity + i omega epsilon
 Coefficient coefficient(Mode mode, double conductivity, const Frequency& frequency);
 Coefficients coefficients(Mode mode, const Cell& cell, const Frequency& frequency);
 
@@ -55,6 +56,7 @@ struct EvenCellMatrix {
   void subtract_product(const CellLoad& field, CellLoad& load) const;
 };
 
+/// @param width, height  m
 EvenCellMatrix even_cell_matrix(const Coefficient& coefficient, double width, double height);
 
 inline bool is_even(const Cell& cell) {

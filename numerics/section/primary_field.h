@@ -22,6 +22,7 @@ struct PrimaryField {
   std::vector<LayeredField::Value> nodes;  // at each node row
 };
 
+/// On all rows and node rows of the mesh.
 PrimaryField primary_field(const ModeMesh& mesh, const Frequency& frequency);
 
 }  // namespace numerics::section

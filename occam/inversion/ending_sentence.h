@@ -21,6 +21,7 @@ struct InversionEnd {
   std::vector<std::string> poor_sites;  // that fit much worse than the others, by name
 };
 
+/// "RMS 1.05 after 7 iterations; the model is the smoothest one found that fits to the target."
 std::string ending_sentence(const InversionEnd& end);
 
 /// The sites that fit a model much worse than the others: "3 (pb27)", or "3" where the data file names it by

@@ -82,8 +82,6 @@ class VexGraphControl final : public QWidget {
   /// Points beyond the limits of the unzoomed y axis are marked by small triangles at its ends, which take
   /// clicks as the points do.
   void set_points_beyond_marked(bool marked) { points_beyond_marked_ = marked; }
-  /// A coordinate with this value is no data, beside those at or below graph::null_limit.
-  void set_datanull(double value) { content_.set_null(value); }
 
   /// "Frequency (Hz)"; a title longer than its axis loses words from the front.
   void set_x_title(const QString& title);

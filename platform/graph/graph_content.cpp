@@ -77,9 +77,7 @@ bool GraphContent::exists(PointIndex at) const {
   return at.series >= 0 && at.series < series_count() && at.point >= 0 && at.point < point_count(at.series);
 }
 
-bool GraphContent::is_null(double value) const {
-  return !std::isfinite(value) || value <= null_limit || value == null_;
-}
+bool GraphContent::is_null(double value) const { return !std::isfinite(value) || value <= null_limit; }
 
 bool GraphContent::is_drawn(int series, int point, bool x_logarithmic, bool y_logarithmic) const {
   const PlotSeries& s = this->series(series);

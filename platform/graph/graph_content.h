@@ -32,7 +32,6 @@ class GraphContent {
   void set_table(PlotTable table);
   void set_styles(PointStyles styles) { styles_ = std::move(styles); }
   void set_series_style(int series, const SeriesStyle& style);
-  void set_null(double value) { null_ = value; }
 
   int series_count() const { return static_cast<int>(table_.series.size()); }
   int point_count(int series) const;
@@ -74,7 +73,6 @@ class GraphContent {
   PlotTable table_;
   PointStyles styles_;
   std::vector<SeriesStyle> series_styles_;
-  double null_ = null_value;
   double plot_width_ = 1000.0;
   bool marks_points_beyond_ = false;
 };

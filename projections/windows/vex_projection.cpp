@@ -100,6 +100,27 @@ VexProjection::VexProjection(QWidget* parent) : QWidget(parent) {
 }
 
 void VexProjection::make_form() {
+  make_system_rows();
+  make_zone_rows();
+  add_number("Text_origin_longitude", "Central &meridian (degrees)", &Values::origin_longitude, true,
+             in_conics);
+  add_number("Text_origin_latitude", "Central &latitude (degrees)", &Values::origin_latitude, true,
+             in_conics);
+  add_number("Text_standard_parallel_1", "Standard latitude &1 (degrees)", &Values::standard_parallel_1, true,
+             in_conics);
+  add_number("Text_standard_parallel_2", "Standard latitude &2 (degrees)", &Values::standard_parallel_2, true,
+             in_conics);
+  add_number("Text_scale_factor", "S&cale factor", &Values::scale_factor, false,
+             in_zones | bit(projection_lambert_conformal));
+  add_number("Text_false_easting", "False &easting (m)", &Values::false_easting, false, in_zones | in_conics);
+  add_number("Text_false_northing", "False &northing (m)", &Values::false_northing, false,
+             in_zones | in_conics);
+  no_values_ = note_label("Label_no_values", this);
+  form_->addWidget(no_values_, form_->rowCount(), 0, 1, 2);
+  form_->setRowStretch(form_->rowCount(), 1);
+}
+
+void VexProjection::make_system_rows() {
   projection_ = new QComboBox(this);
   projection_->setObjectName("Combo_projection");
   for (std::int32_t code = projection_geographic; code <= projection_epsg_3857; ++code) {
@@ -125,6 +146,12 @@ void VexProjection::make_form() {
   datum_note_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // nothing moves when the note gets longer
   add_row(QString(), datum_note_);
 
+  connect(projection_, &QComboBox::currentIndexChanged, this, &VexProjection::projection_chosen);
+  connect(datum_, &QComboBox::editTextChanged, this, &VexProjection::datum_edited);
+  connect(datum_->lineEdit(), &QLineEdit::editingFinished, this, &VexProjection::show_datum);
+}
+
+void VexProjection::make_zone_rows() {
   hemisphere_ = new QComboBox(this);
   hemisphere_->setObjectName("Combo_hemisphere");
   for (const std::int32_t code : {hemisphere_from_latitude, hemisphere_north, hemisphere_south}) {
@@ -142,26 +169,6 @@ void VexProjection::make_form() {
       "zones needs a number.");
   add_row("&Zone number", zone_number_);
   add_number("Text_zone_width", "Zone w&idth (degrees)", &Values::zone_width, true, in_zones);
-  add_number("Text_origin_longitude", "Central &meridian (degrees)", &Values::origin_longitude, true,
-             in_conics);
-  add_number("Text_origin_latitude", "Central &latitude (degrees)", &Values::origin_latitude, true,
-             in_conics);
-  add_number("Text_standard_parallel_1", "Standard latitude &1 (degrees)", &Values::standard_parallel_1, true,
-             in_conics);
-  add_number("Text_standard_parallel_2", "Standard latitude &2 (degrees)", &Values::standard_parallel_2, true,
-             in_conics);
-  add_number("Text_scale_factor", "S&cale factor", &Values::scale_factor, false,
-             in_zones | bit(projection_lambert_conformal));
-  add_number("Text_false_easting", "False &easting (m)", &Values::false_easting, false, in_zones | in_conics);
-  add_number("Text_false_northing", "False &northing (m)", &Values::false_northing, false,
-             in_zones | in_conics);
-  no_values_ = note_label("Label_no_values", this);
-  form_->addWidget(no_values_, form_->rowCount(), 0, 1, 2);
-  form_->setRowStretch(form_->rowCount(), 1);
-
-  connect(projection_, &QComboBox::currentIndexChanged, this, &VexProjection::projection_chosen);
-  connect(datum_, &QComboBox::editTextChanged, this, &VexProjection::datum_edited);
-  connect(datum_->lineEdit(), &QLineEdit::editingFinished, this, &VexProjection::show_datum);
   connect(hemisphere_, &QComboBox::currentIndexChanged, this, [this](int index) {
     if (!updating_ && index >= 0) {
       values_.hemisphere = hemisphere_->itemData(index).toInt();

@@ -51,6 +51,8 @@ class VexProjection : public QWidget {
   };
 
   void make_form();
+  void make_system_rows();
+  void make_zone_rows();
   void make_test_point();
   void add_row(const QString& title, QWidget* field);
   void show_row(QWidget* field, bool visible);

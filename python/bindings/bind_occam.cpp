@@ -10,7 +10,6 @@
 
 #include <pybind11/stl.h>
 
-#include "core/number_text.h"
 #include "core/trap_errors.h"
 #include "formats/occam/data_type.h"
 #include "formats/occam/text_input.h"

@@ -104,8 +104,28 @@ class InversionReport:
         return self.reason
 
 
+class _Rows:
+    """What observed and modelled data have in common."""
+
+    type: np.ndarray
+    datum: np.ndarray
+
+    def __len__(self) -> int:
+        return len(self.datum)
+
+    @property
+    def mode(self) -> np.ndarray:
+        """'TE' or 'TM' of each row."""
+        return _names_of(self.type)[0]
+
+    @property
+    def quantity(self) -> np.ndarray:
+        """'log10_resistivity', 'phase' or what else a row holds."""
+        return _names_of(self.type)[1]
+
+
 @dataclass(frozen=True, eq=False)
-class Data:
+class Data(_Rows):
     """Rows of the data file, in arrays of shape (n,).
 
     Attributes
@@ -123,19 +143,6 @@ class Data:
     type: np.ndarray
     datum: np.ndarray
     error: np.ndarray
-
-    def __len__(self) -> int:
-        return len(self.datum)
-
-    @property
-    def mode(self) -> np.ndarray:
-        """'TE' or 'TM' of each row."""
-        return _names_of(self.type)[0]
-
-    @property
-    def quantity(self) -> np.ndarray:
-        """'log10_resistivity', 'phase' or what else a row holds."""
-        return _names_of(self.type)[1]
 
 
 @dataclass(frozen=True, eq=False)
@@ -226,7 +233,7 @@ class Model:
 
 
 @dataclass(frozen=True, eq=False)
-class Response:
+class Response(_Rows):
     """Observed and modelled data of an iteration, in arrays of shape (n,).
 
     Attributes
@@ -251,19 +258,6 @@ class Response:
     modelled: np.ndarray = field(repr=False)
     residual: np.ndarray = field(repr=False)
     misfit: np.ndarray = field(repr=False)
-
-    def __len__(self) -> int:
-        return len(self.datum)
-
-    @property
-    def mode(self) -> np.ndarray:
-        """'TE' or 'TM' of each row."""
-        return _names_of(self.type)[0]
-
-    @property
-    def quantity(self) -> np.ndarray:
-        """'log10_resistivity', 'phase' or what else a row holds."""
-        return _names_of(self.type)[1]
 
     @property
     def frequencies(self) -> np.ndarray:

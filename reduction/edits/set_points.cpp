@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "core/number_text.h"
-#include "core/session_state.h"
 #include "core/trap_errors.h"
 #include "database/survey_database.h"
 #include "reduction/each_item.h"

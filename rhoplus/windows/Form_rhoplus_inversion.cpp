@@ -69,6 +69,23 @@ Form_rhoplus_inversion::Form_rhoplus_inversion(Module_output::RhoplusSettings& s
 Form_rhoplus_inversion::~Form_rhoplus_inversion() = default;
 
 void Form_rhoplus_inversion::compose() {
+  compose_graphs();
+  ui_->Splitter_results->addWidget(make_data_pane());
+  ui_->Splitter_inversion->setSizes({500, 500});
+  ui_->Splitter_results->setSizes({400, 600});
+  fit_controls();
+  set_tab_order();
+  for (QLabel*& panel : panels_) {
+    panel = new QLabel;
+    ui_->Status_inversion->addWidget(panel, 1);
+  }
+  run_note_ = named(new QLabel, "Label_run_note");
+  ui_->Status_inversion->addPermanentWidget(run_note_);
+  Label_not_inverted_ = new QLabel;
+  ui_->Status_inversion->addWidget(Label_not_inverted_, 1);  // a message of the bar would hide the panels
+}
+
+void Form_rhoplus_inversion::compose_graphs() {
   graphs_ = new GraphPairWidget("vxgraph_station", GraphPairWidget::XAxis::frequency);
   auto* const fit = new QVBoxLayout(ui_->Picture_fit);
   fit->setContentsMargins(0, 0, 0, 0);
@@ -86,9 +103,12 @@ void Form_rhoplus_inversion::compose() {
   model_rows->addWidget(Picture_res_model_, 1);
   model_rows->addWidget(make_legend("Legend_model", sheet_legend()));
   ui_->Splitter_results->addWidget(model);
+}
 
-  auto* const below = new QWidget;
-  auto* const rows = new QVBoxLayout(below);
+/// The grid of the data, or the log in its place.
+QWidget* Form_rhoplus_inversion::make_data_pane() {
+  auto* const pane = new QWidget;
+  auto* const rows = new QVBoxLayout(pane);
   rows->setContentsMargins(0, 0, 0, 0);
   QStringList titles;
   for (const char* const title : data_column_titles) {
@@ -106,10 +126,10 @@ void Form_rhoplus_inversion::compose() {
   Text_rhoplus_out_->hide();
   rows->addWidget(Grid_inversion_data_);
   rows->addWidget(Text_rhoplus_out_);
-  ui_->Splitter_results->addWidget(below);
-  ui_->Splitter_inversion->setSizes({500, 500});
-  ui_->Splitter_results->setSizes({400, 600});
+  return pane;
+}
 
+void Form_rhoplus_inversion::fit_controls() {
   const int digits = fontMetrics().horizontalAdvance("000000.00");
   ui_->Text_rhoplus_target_chi->setFixedWidth(digits);
   ui_->Text_rhoplus_achieved_chi->setFixedWidth(digits);
@@ -120,6 +140,9 @@ void Form_rhoplus_inversion::compose() {
   ui_->Command_run_all->setText(run_caption);
   ui_->Text_rhoplus_target_chi->setAccessibleName("Target chi");
   ui_->Text_rhoplus_achieved_chi->setAccessibleName("Achieved chi");
+}
+
+void Form_rhoplus_inversion::set_tab_order() {
   // The bar and the buttons are below the data. The log comes last here: the order is a ring, and after the
   // log the bar would not be moved.
   QWidget* before = Grid_inversion_data_;
@@ -131,14 +154,6 @@ void Form_rhoplus_inversion::compose() {
   }
   setTabOrder(Grid_inversion_data_, Text_rhoplus_out_);
   Grid_inversion_data_->setFocus();
-  for (QLabel*& panel : panels_) {
-    panel = new QLabel;
-    ui_->Status_inversion->addWidget(panel, 1);
-  }
-  run_note_ = named(new QLabel, "Label_run_note");
-  ui_->Status_inversion->addPermanentWidget(run_note_);
-  Label_not_inverted_ = new QLabel;
-  ui_->Status_inversion->addWidget(Label_not_inverted_, 1);  // a message of the bar would hide the panels
 }
 
 void Form_rhoplus_inversion::connect_controls() {

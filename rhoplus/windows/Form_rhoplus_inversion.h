@@ -63,6 +63,10 @@ class Form_rhoplus_inversion : public QMainWindow {
 
  private:
   void compose();
+  void compose_graphs();
+  QWidget* make_data_pane();
+  void fit_controls();
+  void set_tab_order();
   void connect_controls();
   void connect_edits();
   void mark_observed(Module_averaged_data::Component component,

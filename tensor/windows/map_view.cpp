@@ -1,6 +1,5 @@
 #include "tensor/windows/map_view.h"
 
-#include <QApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -79,13 +78,7 @@ void MapView::paintEvent(QPaintEvent* /*event*/) {
   paint_map(painter, rect(), contents_);
 }
 
-void MapView::mousePressEvent(QMouseEvent* event) {
-  if (held_ == Qt::NoButton && (event->button() == Qt::LeftButton || event->button() == Qt::MiddleButton)) {
-    held_ = event->button();
-    pressed_at_ = last_ = event->position();
-    dragging_ = false;
-  }
-}
+void MapView::mousePressEvent(QMouseEvent* event) { drag_.press(*event); }
 
 QString MapView::place_text(QPointF at) const {
   const QRectF plot = map_area(rect());
@@ -102,28 +95,17 @@ QString MapView::place_text(QPointF at) const {
 
 void MapView::mouseMoveEvent(QMouseEvent* event) {
   const QPointF at = event->position();
-  if (held_ != Qt::NoButton && !dragging_ &&
-      (at - pressed_at_).manhattanLength() >= QApplication::startDragDistance()) {
-    dragging_ = true;
-    setCursor(Qt::ClosedHandCursor);
-  }
-  if (dragging_ && !contents_.map.sites.empty()) {
-    contents_.frame = dragged(shown_frame(contents_, rect()), at.x() - last_.x(), at.y() - last_.y());
-    last_ = at;
+  const auto before = drag_.move(*event);
+  if (before && !contents_.map.sites.empty()) {
+    contents_.frame = dragged(shown_frame(contents_, rect()), at.x() - before->x(), at.y() - before->y());
     update();
   }
   Q_EMIT hovered(place_text(at));
 }
 
 void MapView::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() != held_) {
-    return;
-  }
-  const bool clicked = held_ == Qt::LeftButton && !dragging_;
-  held_ = Qt::NoButton;
-  dragging_ = false;
-  unsetCursor();
-  if (const auto site = clicked ? site_at(contents_, rect(), pressed_at_) : std::nullopt) {
+  const auto clicked = drag_.release(*event);
+  if (const auto site = clicked ? site_at(contents_, rect(), *clicked) : std::nullopt) {
     Q_EMIT site_chosen(static_cast<int>(*site));
   }
 }

@@ -7,6 +7,7 @@
 #include <QPointF>
 #include <QWidget>
 
+#include "platform/widgets/picture_drag.h"
 #include "tensor/map_contents.h"
 
 class MapView : public QWidget {
@@ -48,8 +49,5 @@ class MapView : public QWidget {
   [[nodiscard]] QString place_text(QPointF at) const;
 
   Module_tensor::MapContents contents_;
-  Qt::MouseButton held_ = Qt::NoButton;
-  QPointF pressed_at_;
-  QPointF last_;
-  bool dragging_ = false;
+  PictureDrag drag_{*this};
 };

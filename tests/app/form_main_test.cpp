@@ -16,7 +16,6 @@
 #include <memory>
 
 #include "app/recent_surveys.h"
-#include "core/preferences.h"
 #include "core/session_state.h"
 #include "core/undo_stack.h"
 #include "database/survey_database.h"

@@ -330,6 +330,22 @@ class WindowsTest : public QObject, private MainViewFixture {
     QCOMPARE(tutorial->parentWidget(), window_.get());
   }
 
+  // A message or the progress of long work may come up while the tutorial is being read.
+  void help_asked_for_in_a_window_over_the_tutorial_changes_nothing() {
+    menu("menu_tutorial");
+    Form_tutorial* const tutorial = tutorial_on_show();
+    QVERIFY(tutorial != nullptr);
+    QMessageBox box(QMessageBox::Information, "", "done", QMessageBox::Ok, tutorial);
+    QTimer::singleShot(0, &box, [&box] {
+      QTest::keyClick(&box, Qt::Key_F1);
+      box.accept();
+    });
+    box.exec();
+    QCOMPARE(box.parentWidget(), tutorial);
+    QCOMPARE(tutorial->parentWidget(), window_.get());
+    QVERIFY(tutorial->isVisible());
+  }
+
   void unsaved_frequencies_are_gone_back_to_discarded_or_saved() {
     const auto stored = [] { return Module_database::load_reference_frequencies(0); };
     const auto before = stored();

@@ -185,10 +185,8 @@ TEST_F(SiteDocuments, Leave_out_what_is_masked_and_no_more) {
 
 // Phases of xx are -0.5, 0.5 and 1.5 degrees at 891 Hz: the first one is masked, and belongs to the mean.
 TEST_F(SiteDocuments, Have_the_values_of_the_tensor_where_some_repeats_are_masked) {
-  std::vector<std::string> files;
-  for (int event = 0; event < 3; ++event) {
-    files.push_back(section_file(event, 4096, {891, 100}));
-  }
+  const std::vector<std::string> files{section_file(0, 4096, {891, 100}), section_file(1, 4096, {891, 100}),
+                                       section_file(2, 4096, {891, 100})};
   ASSERT_EQ(import(files), 0);
   load();
   const auto tensor = station_tensor(curves, Module_database::ey_sign_by_rule);
@@ -271,10 +269,9 @@ TEST_F(SiteDocuments, Include_the_static_factor_and_say_so) {
 }
 
 TEST_F(SiteDocuments, Say_what_the_curves_were_made_from) {
-  std::vector<std::string> files;
-  for (int event = 0; event < 3; ++event) {
-    files.push_back(section_file(event, 4096, {1000, 300, 100}));
-  }
+  std::vector<std::string> files{section_file(0, 4096, {1000, 300, 100}),
+                                 section_file(1, 4096, {1000, 300, 100}),
+                                 section_file(2, 4096, {1000, 300, 100})};
   files.push_back(section_file(0, 1024, {100, 10}));
   ASSERT_EQ(import(files), 0);
   load();

@@ -51,7 +51,10 @@ int run(int argc, char** argv) {
   SoakChoices choices;
   CLI::App program("Random work on the windows.");
   program.add_option("--steps", choices.steps, "How many steps.")->check(CLI::PositiveNumber);
-  program.add_option("--seed", choices.seed, "The same seed does the same steps.");
+  program.add_option(
+      "--seed", choices.seed,
+      "Chooses the steps. Folders that are still being read, and timers, may lead a run with the same "
+      "seed elsewhere.");
   program.add_option("--check-every", choices.check_every, "Steps between two looks at the survey.")
       ->check(CLI::PositiveNumber);
   program.add_option(

@@ -43,11 +43,12 @@ std::string kind_of(const std::string& message) {
   return kind;
 }
 
-/// What the platform without a screen says of what it can't do, and the test library of keys that are typed
-/// on while a dialog comes up; neither has to do with the windows.
+/// What the platform without a screen says of what it can't do, the fonts of the system of scripts that they
+/// lack, and the test library of keys that are typed on while a dialog comes up; none has to do with the
+/// windows.
 bool is_about_platform(const QString& text) {
   return text.startsWith("This plugin does not support") || text.startsWith("QStandardPaths: ") ||
-         text.startsWith("Keyboard event not accepted");
+         text.contains("OpenType support missing for") || text.startsWith("Keyboard event not accepted");
 }
 
 }  // namespace

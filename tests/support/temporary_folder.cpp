@@ -1,5 +1,6 @@
 #include "tests/support/temporary_folder.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -22,9 +23,13 @@ fs::path parent_of_folders() {
 }  // namespace
 
 TemporaryFolder::TemporaryFolder() {
+  constexpr std::size_t digits = 10;
   std::random_device random;
   do {
-    folder_ = parent_of_folders() / ("brenlox_test_" + std::to_string(random()));
+    std::string number = std::to_string(random());
+    number.insert(0, digits - std::min(digits, number.size()),
+                  '0');  // texts with the path are as long each time
+    folder_ = parent_of_folders() / ("brenlox_test_" + number);
   } while (!std::filesystem::create_directory(folder_));
 }
 

@@ -443,7 +443,11 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     result.files = {"/out/a.edi"};
     for (int station = 1; station <= 12; ++station) {
       const std::string number = std::to_string(station);
-      result.remarks.push_back("Station " + number + " (ET" + number + "): there is no ExHx");
+      result.remarks.emplace_back("Station ")
+          .append(number)
+          .append(" (ET")
+          .append(number)
+          .append("): there is no ExHx");
     }
     result.remarks.insert(result.remarks.end(), {"Station 3: there is no tipper", "no place", "no place"});
     const std::string all =

@@ -8,6 +8,7 @@
 #include "import/import_run.h"
 #include "projections/survey_projection.h"
 #include "tests/formats/edi/made_edi.h"
+#include "tests/projections/definitions.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_data_file;
@@ -41,13 +42,7 @@ class GeographicImport : public SurveyTest {
   }
 
   static void define_mga_55() {
-    Module_projections::CoordSystem& current = Module_projections::current_coord_system();
-    current = {};
-    current.name = "MGA 55";
-    current.projection = numerics::geodesy::projection_utm;
-    current.datum = 4283;
-    current.zone_width = 6.0;
-    current.zone_number = 55;
+    Module_projections::current_coord_system() = zone_definition("MGA 55", 55);
     ASSERT_EQ(Module_projections::store_survey_projection(), 0);
   }
   int import(const std::string& name, const std::string& contents) {

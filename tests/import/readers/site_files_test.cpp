@@ -19,6 +19,7 @@
 #include "tests/formats/edi/made_edi.h"
 #include "tests/import/import_fixture.h"
 #include "tests/import/made_site_files.h"
+#include "tests/projections/definitions.h"
 
 using namespace Module_data_file;
 using formats::FileReport;
@@ -437,13 +438,7 @@ TEST_F(SiteFiles, A_cut_anywhere_is_told_and_ends_nothing) {
 }
 
 TEST_F(SiteFiles, Are_put_on_the_map_where_they_say) {
-  Module_projections::CoordSystem& current = Module_projections::current_coord_system();
-  current = {};
-  current.name = "MGA 55";
-  current.projection = numerics::geodesy::projection_utm;
-  current.datum = 4283;
-  current.zone_width = 6.0;
-  current.zone_number = 55;
+  Module_projections::current_coord_system() = zone_definition("MGA 55", 55);
   ASSERT_EQ(Module_projections::store_survey_projection(), 0);
   choices.convert_coordinates = true;
   // Flinders Peak, a worked example of the GDA94 Technical Manual: -37 57 03.7203, 144 25 29.5244.

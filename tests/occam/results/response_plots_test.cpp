@@ -82,6 +82,7 @@ TEST(Response_views, Are_those_that_there_are_data_of) {
   };
   const auto of_types = [](const std::vector<int>& types) {
     std::vector<FileRow> rows;
+    rows.reserve(types.size());
     for (const int type : types) {
       rows.push_back({1, 1, DataType{type}, {1.0F, 0.0F, 1.0F, 0.0F}});
     }

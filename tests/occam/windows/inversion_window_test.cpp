@@ -32,7 +32,7 @@ class InversionWindowTest : public QObject {
 
  private:
   /// An inversion that goes on until it is stopped.
-  static constexpr made::SmallRun endless{"500", "0.001", 0.001, 400};
+  inline static const made::SmallRun endless{"500", "0.001", 0.001, 400};
 
   void open(const made::SmallRun& run = {}) {
     static_cast<void>(made::write_small_run(*folder_, "run/", run));

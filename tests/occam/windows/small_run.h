@@ -25,7 +25,7 @@ inline Module_occam::DataFile small_data(double error, int repeats) {
   using Module_occam::DataType;
   Module_occam::DataFile data{"by hand", {100.0F, 250.0F, 400.0F}, {}, {}, {}};
   for (int frequency = 0; frequency < 3 * repeats; ++frequency) {
-    const double nearly = 1.0 - 0.001 * (frequency / 3);
+    const double nearly = 1.0 - 0.001 * std::floor(frequency / 3.0);
     data.frequencies.push_back(static_cast<float>(std::pow(10.0, 2 - frequency % 3) * nearly));
   }
   for (int site = 1; site <= 3; ++site) {

@@ -310,8 +310,10 @@ class MapTest : public QObject, private WindowFixture {
 
   void names_stay_out_of_one_another() {
     const QFontMetricsF metrics{QFont()};
+    constexpr int count = 50;
     std::vector<NamedDot> dots;
-    for (int i = 0; i < 50; ++i) {
+    dots.reserve(count);
+    for (int i = 0; i < count; ++i) {
       dots.push_back({QPointF(100.0 + 7.0 * i, 200.0 + 3.0 * (i % 5)), 4.0, "Site" + QString::number(i)});
     }
     TakenRooms taken;
