@@ -42,8 +42,8 @@ int read_integer(TextInput& input) { return integer_value(from_column(input.fill
 
 double read_number(TextInput& input) { return numeric_value(from_column(input.filled_line(), value_column)); }
 
-/// A file without a number is none of an iteration: counted as 0 it would take the place of the model that the
-/// inversion began with.
+/// A file without a number is none of an iteration: counted as 0 it would take the place of the model that
+/// the inversion began with.
 int read_iteration_number(TextInput& input) {
   const std::string_view text = from_column(input.filled_line(), value_column);
   if (!is_numeric(text)) {
