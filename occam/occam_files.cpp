@@ -48,7 +48,9 @@ int read_occam_data_file(const std::string& path, OccamData& data, EmptyLines em
 }
 
 int read_occam_data_rows(const std::string& path, ObservedData& data, EmptyLines empty_lines) {
-  return read_into(data, path, control_failed, empty_lines, [&] { return read_data_file(path); });
+  // The fixed text is that of the control file, which names this one.
+  return read_into(data, path, control_failed, empty_lines,
+                   [&] { return read_named_file(path, [&] { return read_data_file(path); }); });
 }
 
 int read_occam_model(const std::filesystem::path& run_folder, const std::string& name, const OccamData& sites,

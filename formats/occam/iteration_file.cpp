@@ -42,6 +42,17 @@ int read_integer(TextInput& input) { return integer_value(from_column(input.fill
 
 double read_number(TextInput& input) { return numeric_value(from_column(input.filled_line(), value_column)); }
 
+/// A file without a number is none of an iteration: counted as 0 it would take the place of the model that
+/// the inversion began with.
+int read_iteration_number(TextInput& input) {
+  const std::string_view text = from_column(input.filled_line(), value_column);
+  if (!is_numeric(text)) {
+    throw std::runtime_error("line " + std::to_string(input.line_number()) + ": '" + std::string(text) +
+                             "' is not the number of an iteration");
+  }
+  return integer_value(text);
+}
+
 void skip_filled_lines(TextInput& input, int count) {
   for (int line = 0; line < count; ++line) {
     input.filled_line();
@@ -59,7 +70,7 @@ OccamIteration read_head(TextInput& input) {
     input.line();
   }
   iteration.debug_level = read_integer(input);
-  iteration.number = read_integer(input);
+  iteration.number = read_iteration_number(input);
   iteration.PMU = read_number(input);
   iteration.RLAST = read_number(input);
   iteration.TLAST = read_number(input);

@@ -414,7 +414,7 @@ InversionReport run_inversion(const fs::path& directory, const InversionOptions&
   if (!fs::is_directory(directory)) {
     throw std::runtime_error("there is no folder " + directory.string());
   }
-  return RunningInversion(fs::absolute(directory), options, listener).run();
+  return RunningInversion(fs::weakly_canonical(directory), options, listener).run();
 }
 
 }  // namespace Module_occam

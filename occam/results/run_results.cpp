@@ -134,7 +134,7 @@ int open_results(const fs::path& control_file, RunResults& results, Iterations i
   return trap_errors("An error occurred while reading the iteration files: ", [&] {
     const BusyPointer busy;
     results = RunResults();
-    results.folder = fs::absolute(control_file).parent_path();
+    results.folder = fs::weakly_canonical(fs::absolute(control_file).parent_path());
     results.output_folder = results.folder / derived_folder;
     results.control_file = control_file.filename().string();
     return read_run_files(fs::absolute(control_file), results, iterations);

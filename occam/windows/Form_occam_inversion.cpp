@@ -87,9 +87,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
   Label_title_->setText(qt_text((title.empty() ? "" : title + "   ") + view_.results().folder.string()));
   controls_->list_iterations(view_);
   panel_->offer_continue(!view_.results().seen.empty());
-  if (view_.load_iteration() == 0) {
-    controls_->propose_range(suggested_range(view_.parameters()));
-  }
+  propose_range();
   response_->clear();
   show_convergence();
   display_current_iterate();
@@ -270,8 +268,17 @@ void Form_occam_inversion::display_response_errors() {
 
 void Form_occam_inversion::display_response_profiles() { response_->display_profiles(); }
 
+void Form_occam_inversion::propose_range() {
+  if (view_.load_iteration() == 0) {
+    controls_->propose_range(suggested_range(view_.parameters()));
+  }
+}
+
 void Form_occam_inversion::choose_iteration(int iteration) {
   view_.choose_iteration(iteration);
+  if (!controls_->has_range()) {
+    propose_range();  // the iteration that the window began with couldn't be read
+  }
   controls_->list_iterations(view_);
   display_current_iterate();
 }
@@ -301,9 +308,7 @@ void Form_occam_inversion::take_changes(bool followed) {
   panel_->offer_continue(!view_.results().seen.empty());
   if (followed) {
     view_.choose_iteration(view_.results().last_iteration);
-    if (view_.load_iteration() == 0) {
-      controls_->propose_range(suggested_range(view_.parameters()));
-    }
+    propose_range();
   }
   controls_->list_iterations(view_);
   show_convergence();

@@ -59,6 +59,7 @@ class Form_occam_inversion : public QDialog {
   void connect_timers();
   void show_convergence();
   void redraw_section();
+  void propose_range();
   void choose_iteration(int iteration);
   void swap_frames();
   void look_for_iterations();

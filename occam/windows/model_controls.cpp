@@ -280,6 +280,10 @@ void ModelControls::propose_range(const ResistivityRange& range) {
   mark_entries();
 }
 
+bool ModelControls::has_range() const {
+  return !Text_min_res_->text().isEmpty() || !Text_max_res_->text().isEmpty();
+}
+
 void ModelControls::show_model_range(const SectionPicture& picture) {
   const SectionGeometry& section = picture.geometry;
   const bool is_resistivity = picture.quantity.is_resistivity;

@@ -30,6 +30,8 @@ class ModelControls : public QWidget {
   void show_numbers(const Module_occam::RunView& view);
   /// Shows a range, unless the user has chosen one.
   void propose_range(const Module_occam::ResistivityRange& range);
+  /// Whether a range has been proposed or typed.
+  [[nodiscard]] bool has_range() const;
   /// "NA" in both boxes if the section is empty.
   void show_model_range(const Module_occam::SectionPicture& picture);
   /// Without what is computed for the section.

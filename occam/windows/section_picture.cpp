@@ -131,6 +131,14 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
     picture.note = QString("There is no file of iteration %1").arg(iteration);
     return picture;
   }
+  const auto cannot_be_shown = [&] {
+    return view.results().has_start_only() ? QString("The start model can't be shown")
+                                           : QString("Iteration %1 can't be shown").arg(iteration);
+  };
+  if (view.load_iteration() != 0) {
+    picture.note = cannot_be_shown();
+    return picture;
+  }
   if (!look.choices) {
     picture.note = "The range of colours or the depth can't be used: see the marked box";
     return picture;
@@ -151,8 +159,7 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
   }
   picture.visibility = look.visibility;
   if (picture.geometry.rectangles.empty()) {
-    picture.note = view.results().has_start_only() ? QString("The start model can't be shown")
-                                                   : QString("Iteration %1 can't be shown").arg(iteration);
+    picture.note = cannot_be_shown();
   }
   return picture;
 }

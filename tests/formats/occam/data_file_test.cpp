@@ -42,6 +42,7 @@ TEST_F(DataFileTest, A_count_that_is_half_a_number_is_refused_and_named) {
     const std::vector<std::string> messages = interface.take_messages();
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_NE(messages[0].find("is no whole number"), std::string::npos) << messages[0];
+    EXPECT_NE(messages[0].find("occamdat: "), std::string::npos) << "the file at fault: " << messages[0];
   }
 }
 

@@ -104,6 +104,9 @@ TEST_F(IterationFileTest, Faults_are_reported_once_and_leave_what_was_read_befor
                         {"negative count",
                          made::replaced(iteration, "PARMS:        5", "PARMS:        -5"),
                          {failed + "the number of parameters is -5"}},
+                        {"no number",
+                         made::replaced(iteration, "ITERATION:        7", "ITERATION:        of May"),
+                         {failed + "line 10: 'of May' is not the number of an iteration"}},
                         {"nothing", "", {failed + "the file ends behind line 0"}}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

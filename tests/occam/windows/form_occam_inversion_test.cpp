@@ -102,6 +102,21 @@ class FormOccamInversionTest : public QObject {
     QVERIFY(interface_->take_messages().empty());
   }
 
+  void a_run_whose_last_iteration_is_damaged_shows_the_others() {
+    window_.reset();
+    static_cast<void>(folder_->write("iter_3", made::iteration_text(3, " 2.0 1.0\n")));
+    RunResults results;
+    QCOMPARE(open_results((folder_->folder() / "startup").string(), results), 0);
+    window_ = std::make_unique<Form_occam_inversion>(results);
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    QCOMPARE(interface_->take_messages().size(), 1U);
+    QCOMPARE(colours(section()), 0);
+    control<QComboBox>("Combo_iteration")->setCurrentIndex(1);
+    QVERIFY(!text("Text_min_res").isEmpty());
+    QVERIFY(colours(section()) > 20);
+  }
+
   void bad_ranges_leave_the_picture_blank_but_the_numbers_stay() {
     auto* const lower = control<QLineEdit>("Text_min_res");
     const QString range = lower->text();
