@@ -324,6 +324,7 @@ TEST_F(SurveyTest, Opening_can_be_stopped_and_leaves_survey_and_backup_as_they_w
     ASSERT_LT(looks, 1000);
   }
   EXPECT_FALSE(interface->progress_texts.empty());
+  EXPECT_LE(*std::ranges::max_element(interface->progress), 100) << "percent";
 }
 
 TEST_F(OpeningMetByAnother, Program_that_takes_the_survey_costs_it_no_backup) {
