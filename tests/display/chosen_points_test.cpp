@@ -57,6 +57,8 @@ TEST_F(ChosenPoints, Of_repeats_averages_and_merged_curve_are_masked_and_undone_
     const ScopedValue updating(session().updating_controls, true);
     EXPECT_EQ(mask_chosen_points(false), Edit::nothing);
   }
+  EXPECT_TRUE(chosen_points_are(true));
+  EXPECT_FALSE(chosen_points_are(false));
   ASSERT_EQ(mask_chosen_points(false), Edit::changed);
   EXPECT_EQ(chosen_count(), 0U);
   EXPECT_EQ(stored_mask(repeat, 1, 1), 0);
@@ -78,6 +80,9 @@ TEST_F(ChosenPoints, Of_repeats_averages_and_merged_curve_are_masked_and_undone_
 
   ASSERT_FALSE(display_station(1, {}).failed);
   choose_raw_points(Component::resistivity, repeats);
+  EXPECT_TRUE(chosen_points_are(false)) << "masked";
+  choose_raw_points(Component::phase, repeats);
+  EXPECT_FALSE(chosen_points_are(true) || chosen_points_are(false)) << "some of each";
   ASSERT_EQ(mask_chosen_points(true), Edit::changed);
   EXPECT_EQ(stored_mask(repeat, 1, 1), 1);
   choose_raw_points(Component::resistivity, repeats);

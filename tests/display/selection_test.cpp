@@ -94,6 +94,7 @@ TEST_F(Selection, Principal_data_type_is_chosen_at_first) {
     ASSERT_EQ(fill_selection_lists(lists), 0);
     EXPECT_EQ(session().current_data_type, c.chosen);
     EXPECT_EQ(lists.reference_types.at(0).text, "Cross Ref");
+    EXPECT_EQ(session().stations_in_line, 1);
   }
 }
 
