@@ -292,6 +292,20 @@ TEST_F(Rhoplus, What_goes_wrong_is_told_and_leaves_earlier_files) {
   EXPECT_EQ(interface.take_messages().size(), 1U);
   settings = {};
 
+  dao::Recordset& lists = Module_database::open_survey().frequency_lists;
+  lists.find_first("ReferenceType = 0");
+  const std::int32_t frequency_count = lists.get_long("NumFrequencies");
+  const auto set_frequency_count = [&](std::int32_t count) {
+    lists.edit();
+    lists.set_long("NumFrequencies", count);
+    lists.update();
+  };
+  set_frequency_count(frequency_count + 1);  // a damaged list
+  EXPECT_EQ(output_rhoplus(selection, folder.path("none"), settings, {}, counts), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  EXPECT_FALSE(fs::exists(folder.path("none")));
+  set_frequency_count(frequency_count);
+
   int asked = 0;
   interface->stop = [&asked] { return ++asked > 1; };
   EXPECT_EQ(output_rhoplus(selection, folder.path("stopped"), settings, {}, counts), 0);
