@@ -1,5 +1,7 @@
 #include "database/survey_lists.h"
 
+#include <algorithm>
+
 #include "database/reading.h"
 #include "database/stations.h"
 #include "database/survey_summary.h"
@@ -121,7 +123,6 @@ TEST_F(SurveyTest, A_summary_lists_stations_under_their_lines_and_what_readings_
   EXPECT_EQ(summary.lines[1].names, Texts(2));
   EXPECT_EQ(summary.data_types, (Texts{"ExHy", "EyHx"}));
   EXPECT_EQ(summary.scan_rates, (std::vector<double>{64.0, 256.0})) << "a merged curve has none";
-  EXPECT_EQ(std::ranges::find(summary.tables, std::pair<std::string, std::int32_t>("StationsTable", 3)) !=
-                summary.tables.end(),
-            true);
+  const std::pair<std::string, std::int32_t> stations("StationsTable", 3);
+  EXPECT_EQ(std::ranges::count(summary.tables, stations), 1);
 }
