@@ -108,9 +108,7 @@ int load_slots(const ReadingKey& key, const std::vector<std::int32_t>& neighbour
   StationSlot merged;
   merged.station = key.station;
   merged.station_index = session().current_station_index;
-  ReadingKey merged_key = key;
-  merged_key.scan_rate = 0.0F;
-  if (get_reduced_reading(reduction_merged, AllowRaw::yes, merged_key, frequencies, merged.reading) != 0) {
+  if (get_reduced_reading(reduction_merged, AllowRaw::yes, key, frequencies, merged.reading) != 0) {
     return -1;
   }
   add_slot(data, std::move(merged), frequencies);

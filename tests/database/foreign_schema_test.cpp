@@ -93,6 +93,9 @@ TEST_F(Foreign_schema, A_table_of_another_kind_or_type_is_a_damaged_survey_by_na
   } cases[] = {
       {"ALTER TABLE FileTable RENAME TO Hidden; CREATE VIEW FileTable AS SELECT * FROM Hidden;",
        "FileTable is a view, not a table"},
+      {"ALTER TABLE FileTable RENAME TO Hidden; ALTER TABLE StationsTable RENAME TO Unseen;"
+       "CREATE VIEW FileTable AS SELECT * FROM Hidden; CREATE VIEW StationsTable AS SELECT * FROM Unseen;",
+       "FileTable is a view, not a table"},
       {"DROP TABLE StationsTable; CREATE VIRTUAL TABLE StationsTable USING fts5(SurveyLine);",
        "StationsTable is a table made by a program, not a stored one"},
       {"DROP TABLE LocationLookupTable; CREATE TABLE LocationLookupTable(ID INTEGER PRIMARY KEY, Station "

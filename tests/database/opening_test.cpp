@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "database/opening_progress.h"
 #include "database/schema.h"
 #include "database/stations.h"
 #include "platform/files/file_mark.h"
@@ -295,6 +296,33 @@ TEST_F(SurveyTest, A_compact_survey_that_the_disk_has_damaged_does_not_become_th
   EXPECT_TRUE(starts_with(messages.front(), opening_message + "database disk image is malformed"))
       << messages.front();
   EXPECT_TRUE(file_contents(folder.path("survey.bak")) == backup);
+}
+
+// A copy of the file by hand lacks what is only in the log.
+TEST_F(SurveyTest, Edits_reach_the_file_itself_once_the_survey_is_idle) {
+  const std::string path = new_survey();
+  const auto has_log = [&] { return fs::exists(path + "-wal") && fs::file_size(path + "-wal") > 0; };
+  settle_survey();
+  ASSERT_FALSE(has_log());
+  for (const double station : {100.0, 200.0}) {
+    add_station("200E", station);
+    settle_idle_survey();
+    EXPECT_TRUE(has_log()) << "there was an edit since the last look";
+  }
+  settle_idle_survey();
+  EXPECT_FALSE(has_log());
+}
+
+TEST_F(SurveyTest, Opening_tells_its_steps_in_percent) {
+  {
+    const OpeningProgress progress(folder.path("survey.mdb"));
+    progress.of_copy()(0.5);
+    progress.of_compaction()("compacting", 1.0);
+  }
+  EXPECT_EQ(interface->progress, (std::vector<int>{50, 100, -1}));
+  EXPECT_EQ(interface->progress_texts,
+            (std::vector<std::string>{"Opening survey.mdb: keeping the earlier state",
+                                      "Opening survey.mdb: compacting", ""}));
 }
 
 TEST_F(SurveyTest, Opening_can_be_stopped_and_leaves_survey_and_backup_as_they_were) {

@@ -67,6 +67,22 @@ TEST_F(SurveyTest, A_reading_comes_back_from_its_bytes) {
   }
 }
 
+TEST(Curve_points, Take_their_values_masks_and_errors_along) {
+  Curve source = made_curve(3);
+  source.counts_at(field_phase, 2) = 7;
+  Curve curve;
+  curve.append(source, 2);
+  EXPECT_TRUE(curve.errors.empty());
+  source.error_at(field_resistivity, 0) = 1.5F;
+  source.error_at(field_phase, 0) = 0.25F;
+  curve.append(source, 0);
+  EXPECT_EQ(curve.frequencies, (std::vector<float>{source.frequencies[2], source.frequencies[0]}));
+  EXPECT_EQ(curve.value(field_phase, 0), source.value(field_phase, 2));
+  EXPECT_EQ(curve.value(field_phase, 1), source.value(field_phase, 0));
+  EXPECT_EQ(curve.counts_at(field_phase, 0), 7);
+  EXPECT_EQ(curve.errors, (std::vector<float>{no_data, no_data, 1.5F, 0.25F}));
+}
+
 TEST_F(SurveyTest, Numbers_in_criteria_find_their_rows) {
   new_survey();
   dao::Recordset& readings = open_survey().readings;

@@ -1,5 +1,6 @@
 #include "database/stations.h"
 
+#include "database/line_names.h"
 #include "tests/support/survey_fixture.h"
 
 using namespace Module_database;
@@ -11,6 +12,35 @@ TEST(Line_to_number, Takes_the_letter_as_sign) {
   for (const auto& [line, number] : cases) {
     EXPECT_EQ(line_to_number(line), number) << line;
   }
+}
+
+TEST(Line_fault, Gives_a_typed_line_its_letter_by_direction_and_sign) {
+  const struct {
+    const char* typed;
+    LineDirection direction;
+    const char* name;
+    double number;
+  } cases[] = {{"0", LineDirection::local_east, "0E", 0.0},
+               {"0", LineDirection::local_north, "0N", 0.0},
+               {"-200", LineDirection::local_east, "200W", -200.0},
+               {"-200", LineDirection::local_north, "200S", -200.0},
+               {" 15n ", LineDirection::local_east, "15N", 15.0},
+               {"0W", LineDirection::local_east, "0W", 0.0}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.typed);
+    LineName name;
+    EXPECT_EQ(line_fault(c.typed, c.direction, name), "");
+    EXPECT_EQ(name.text, c.name);
+    EXPECT_EQ(name.number, c.number);
+  }
+}
+
+TEST_F(SurveyTest, A_map_place_of_its_own_is_given_and_off_the_grid) {
+  EXPECT_FALSE(has_own_map_place({200.0, 100.0, 0.0, 0.0, 0.0})) << "none is given";
+  EXPECT_FALSE(has_own_map_place({200.0, 100.0, 199.0, 100.9, 0.0})) << "the same place";
+  EXPECT_TRUE(has_own_map_place({200.0, 100.0, 199.0, 101.1, 0.0}));
+  EXPECT_TRUE(has_own_map_place({200.0, 100.0, 0.0, 100.0, 0.0}));
+  EXPECT_TRUE(has_own_map_place({200.0, 100.0, 200.0, 0.0, 0.0}));
 }
 
 TEST_F(SurveyTest, A_station_is_added_once_with_coordinates_from_its_line) {

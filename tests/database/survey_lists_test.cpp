@@ -1,7 +1,10 @@
 #include "database/survey_lists.h"
 
+#include <algorithm>
+
 #include "database/reading.h"
 #include "database/stations.h"
+#include "database/survey_summary.h"
 #include "tests/support/foreign_change.h"
 #include "tests/support/survey_fixture.h"
 
@@ -90,4 +93,36 @@ TEST_F(SurveyTest, A_damaged_station_is_named_once_and_hides_no_other) {
   const std::vector<ListedStation> with_readings = stations_with_readings("200E");
   ASSERT_EQ(with_readings.size(), 2U);
   EXPECT_EQ(with_readings.back().station, 300.0);
+}
+
+TEST_F(SurveyTest, A_summary_lists_stations_under_their_lines_and_what_readings_have) {
+  new_survey();
+  for (const double station : {300.0, 100.0}) {
+    add_station("400E", station);
+  }
+  add_station("200E", 50.0);
+  dao::Recordset& readings = open_survey().readings;
+  const struct {
+    std::int32_t reduction;
+    float scan_rate;
+    const char* data_type;
+  } rows[] = {{0, 256.0F, "EyHx"}, {1, 64.0F, "ExHy"}, {0, 64.0F, "ExHy"}, {2, 0.0F, "ExHy"}};
+  for (const auto& row : rows) {
+    readings.add_new();
+    readings.set_long("ReductionType", row.reduction);
+    readings.set_single("SampleRate", row.scan_rate);
+    readings.set_text("DataType", row.data_type);
+    readings.update();
+  }
+  const SurveySummary summary = read_survey_summary();
+  ASSERT_EQ(summary.lines.size(), 2U);
+  EXPECT_EQ(summary.lines[0].line, "200E");
+  EXPECT_EQ(summary.lines[0].stations, std::vector<double>{50.0});
+  EXPECT_EQ(summary.lines[1].line, "400E");
+  EXPECT_EQ(summary.lines[1].stations, (std::vector<double>{100.0, 300.0}));
+  EXPECT_EQ(summary.lines[1].names, Texts(2));
+  EXPECT_EQ(summary.data_types, (Texts{"ExHy", "EyHx"}));
+  EXPECT_EQ(summary.scan_rates, (std::vector<double>{64.0, 256.0})) << "a merged curve has none";
+  const std::pair<std::string, std::int32_t> stations("StationsTable", 3);
+  EXPECT_EQ(std::ranges::count(summary.tables, stations), 1);
 }

@@ -120,6 +120,31 @@ TEST_F(BothModes, A_curve_of_the_other_one_that_rests_on_nothing_is_dashed_and_s
   EXPECT_EQ(raw_series_label(own_repeats), std::string("Average, EyHx") + nothing_in_use);
 }
 
+TEST_F(BothModes, A_merged_curve_names_the_averages_under_it_that_rest_on_nothing) {
+  open_modes();
+  const auto note = [] {
+    const std::string text = station_point_text(0, 0, Component::phase);
+    const std::size_t at = text.find("\nThe average of ");
+    return at == std::string::npos ? std::string() : text.substr(at + 1, text.find('\n', at + 1) - at - 1);
+  };
+  EXPECT_EQ(note(), "");
+  const auto switch_off = [](double scan_rate, std::size_t first_slot) {
+    session().current_scan_rate = scan_rate;
+    ASSERT_EQ(Module_averaged_data::load_selected_repeats(), 0);
+    for (std::size_t slot = first_slot; slot < data_sets().repeats.slots.size(); ++slot) {
+      ASSERT_EQ(Module_averaged_data::set_repeat_use(slot, Module_averaged_data::UseFlag::reading, false),
+                Edit::changed);
+    }
+  };
+  switch_off(64.0, 1);
+  EXPECT_EQ(note(), "The average of 64 Hz rests on no reading in use");
+  switch_off(256.0, 1);
+  EXPECT_EQ(note(), "The average of 64, 256 Hz rests on no reading in use");
+  ASSERT_EQ(Module_averaged_data::set_repeat_use(0, Module_averaged_data::UseFlag::reading, false),
+            Edit::changed);
+  EXPECT_EQ(note(), "The average of 64 Hz rests on no reading in use") << "the other isn't in the curve";
+}
+
 TEST_F(BothModes, A_rectangle_marks_and_masks_the_points_of_both) {
   open_modes();
   const std::vector<PlotPlace> curves{{0, 1}, {data_sets().station.slots.size(), 1}};

@@ -57,6 +57,8 @@ TEST_F(ChosenPoints, Of_repeats_averages_and_merged_curve_are_masked_and_undone_
     const ScopedValue updating(session().updating_controls, true);
     EXPECT_EQ(mask_chosen_points(false), Edit::nothing);
   }
+  EXPECT_TRUE(chosen_points_are(true));
+  EXPECT_FALSE(chosen_points_are(false));
   ASSERT_EQ(mask_chosen_points(false), Edit::changed);
   EXPECT_EQ(chosen_count(), 0U);
   EXPECT_EQ(stored_mask(repeat, 1, 1), 0);
@@ -78,6 +80,9 @@ TEST_F(ChosenPoints, Of_repeats_averages_and_merged_curve_are_masked_and_undone_
 
   ASSERT_FALSE(display_station(1, {}).failed);
   choose_raw_points(Component::resistivity, repeats);
+  EXPECT_TRUE(chosen_points_are(false)) << "masked";
+  choose_raw_points(Component::phase, repeats);
+  EXPECT_FALSE(chosen_points_are(true) || chosen_points_are(false)) << "some of each";
   ASSERT_EQ(mask_chosen_points(true), Edit::changed);
   EXPECT_EQ(stored_mask(repeat, 1, 1), 1);
   choose_raw_points(Component::resistivity, repeats);
@@ -90,7 +95,8 @@ TEST_F(ChosenPoints, Are_ringed_wherever_their_reading_is_shown_until_it_no_long
   NeighbourOptions neighbours;
   neighbours.show = neighbours.all = true;
   ASSERT_EQ(load_selected_station(neighbours), 0);
-  const std::vector<PlotPlace> places{{0, 2}, {1, 2}, {2, 2}, {9, 0}, {0, 99}};
+  const std::size_t end = data_sets().station.slots[0].reading.curve.count();
+  const std::vector<PlotPlace> places{{0, 2}, {1, 2}, {2, 2}, {9, 0}, {0, end}, {0, 99}};
   choose_station_points(Component::resistivity, places);
   EXPECT_EQ(chosen_count(), 1U) << "a neighbour isn't masked from here";
   EXPECT_EQ(chosen_text(), "1 point marked: Delete masks it, Shift+Delete unmasks it, Esc leaves it");
@@ -118,5 +124,12 @@ TEST_F(ChosenPoints, Are_ringed_wherever_their_reading_is_shown_until_it_no_long
   session().hide_masked_data = true;
   keep_chosen_points_shown();
   EXPECT_EQ(chosen_count(), 3U) << "a hidden point can't be seen to be masked";
+  StoredReading& repeat = data_sets().repeats.slots[2].reading;
+  repeat.UseResistivity = false;
+  keep_chosen_points_shown();
+  EXPECT_EQ(chosen_count(), 3U) << "phases stay in sight without the resistivities";
+  repeat.UsePhase = false;
+  keep_chosen_points_shown();
+  EXPECT_EQ(chosen_count(), 2U);
   session().hide_masked_data = false;
 }

@@ -29,7 +29,10 @@ TEST_F(MaskCommands, Take_their_numbers_from_texts) {
     EXPECT_EQ(clear_typed_frequencies(FrequencyCommand::mask_up_to, text, OutlierField::both), Edit::nothing);
     EXPECT_EQ(clip_typed_outliers(ClipEnds::top, text, OutlierField::both), Edit::nothing);
     EXPECT_EQ(enter_static_factor(text), Edit::nothing);
+    EXPECT_FALSE(is_command_frequency(text) || is_outlier_count(text) || is_static_factor(text));
   }
+  EXPECT_TRUE(is_command_frequency("0.01") && is_outlier_count("1") && is_static_factor("0.01"));
+  EXPECT_FALSE(is_outlier_count("0.99") || is_static_factor("1e99"));
   EXPECT_EQ(clip_typed_outliers(ClipEnds::top, "0.9", OutlierField::both), Edit::nothing);
   EXPECT_EQ(enter_static_factor("1e99"), Edit::nothing);
   EXPECT_TRUE(interface.take_messages().empty());

@@ -59,6 +59,22 @@ TEST_F(PlanValuesTest, Are_those_of_the_merged_curves_that_count) {
       << "a line that the plan doesn't have";
 }
 
+TEST_F(PlanValuesTest, Each_line_has_its_own) {
+  made::ReadingKey key = made::key(0.0F, 200.0);
+  key.line = "300E";
+  (void)Module_database::find_station(Module_database::StationSearch::create, key.line, 100.0);
+  made::store(key, 0, made::reading({{1.0F, 700.0F, 30.0F}}), 2, -1);
+  open_line(2);
+  const std::string type = session().current_data_type;
+  ASSERT_EQ(values.read(type), 0);
+  EXPECT_EQ(values.at(Component::resistivity, 0), (std::vector<double>{113.5, 123.5, no_data, 700.0}));
+  auto& profile = data_sets().profile;
+  ASSERT_EQ(profile.key.line, "200E");
+  profile.columns[1].UsePhase = false;
+  values.take_line(profile);
+  EXPECT_EQ(values.at(Component::phase, 0), (std::vector<double>{42.5, no_data, no_data, 30.0}));
+}
+
 TEST_F(PlanValuesTest, Other_frequencies_or_dipoles_make_them_stale) {
   open_line(2);
   const std::string type = session().current_data_type;

@@ -1,9 +1,11 @@
 #include <cmath>
 
+#include "core/number_text.h"
 #include "display/plot_colours.h"
 #include "display/point_texts.h"
 #include "display/profile_plot.h"
 #include "display/raw_plot.h"
+#include "display/site_names.h"
 #include "display/station_plot.h"
 #include "reduction/edits/masks.h"
 #include "tests/display/made_survey.h"
@@ -11,8 +13,11 @@
 
 using namespace Module_display_data;
 using Module_averaged_data::Component;
+using Module_averaged_data::data_sets;
 using Module_averaged_data::Edit;
+using Module_averaged_data::StationSlot;
 using Module_averaged_data::UseFlag;
+using Module_database::StoredReading;
 
 namespace {
 
@@ -192,6 +197,18 @@ TEST_F(Plots, Bars_show_what_repeats_say_and_else_what_the_file_says) {
             "Station 100: 2.0000 Hz, 210.00 \u00b1 10.00 ohm-m (standard deviation of the repeats)");
 }
 
+TEST_F(Plots, Small_errors_are_told_with_four_decimals) {
+  open_line(1);
+  StoredReading& repeat = data_sets().repeats.slots[1].reading;
+  const std::pair<float, const char*> cases[] = {{0.0999F, "0.0999"}, {0.1004F, "0.10"}, {0.15F, "0.15"}};
+  for (const auto& [error, text] : cases) {
+    repeat.curve.error_at(Module_database::field_phase, 0) = error;
+    EXPECT_EQ(raw_point_text(1, 0, Component::phase), "Repeat 1 (event 1): 1.0000 Hz, 41.00 \u00b1 " +
+                                                          std::string(text) +
+                                                          " deg (error of the file)\n7.edi");
+  }
+}
+
 TEST_F(Plots, Field_magnitudes_of_an_averaged_file_are_no_bars) {
   made::StoredReading file = made::reading({{1.0F, 100.0F, 40.0F}, {2.0F, 100.0F, 40.0F}});
   for (const std::size_t point : {0U, 1U}) {
@@ -288,6 +305,13 @@ TEST_F(Plots, Station_curves_have_the_styles_of_their_kinds) {
   EXPECT_EQ(plot.phase.series_styles[2].colour, cyan);
   EXPECT_EQ(plot.phase.point_styles[2].front(), -2);  // the second override colour
   EXPECT_EQ(station_series_label(2), "Merged for 300");
+
+  // 25 colours, then again.
+  StationSlot& neighbour = data_sets().station.slots[2];
+  for (const auto& [distance, style] : {std::pair(24, -25), std::pair(25, -1), std::pair(-26, -2)}) {
+    neighbour.station_index = 2 + distance;
+    EXPECT_EQ(station_plot(false).phase.point_styles[2].front(), style) << distance;
+  }
 }
 
 TEST_F(Plots, Fixed_scale_takes_the_limits_of_the_line) {
@@ -390,6 +414,55 @@ TEST_F(Plots, Profile_runs_along_the_stations) {
   EXPECT_DOUBLE_EQ(plot.resistivity.y.minimum, 0.8 * 113.5);
   EXPECT_DOUBLE_EQ(plot.resistivity.y.maximum, 1.2 * 196.5 + 1.0);
   EXPECT_DOUBLE_EQ(plot.phase.y.maximum, 1.1 * 42.5 + 2.0);
+
+  auto& columns = data_sets().profile.columns;
+  columns.resize(120, columns.front());
+  EXPECT_EQ(profile_plot().phase.series_styles[0].marker, graph::Marker::disc);
+  columns.resize(121, columns.front());
+  EXPECT_EQ(profile_plot().phase.series_styles[0].marker, graph::Marker::dot)
+      << "discs would hide the curves";
+}
+
+TEST_F(Plots, A_frequency_of_the_profile_stands_out_and_its_points_or_all_curves_are_labelled) {
+  open_line(3);
+  GraphPair plot = profile_plot();
+  const double usual = plot.phase.series_styles[2].width;
+  emphasise(plot, 2);
+  emphasise(plot, plot.phase.series_styles.size());
+  EXPECT_GT(plot.phase.series_styles[2].width, 2.0 * usual);
+  EXPECT_EQ(plot.resistivity.series_styles[2].width, plot.phase.series_styles[2].width);
+  EXPECT_EQ(plot.phase.series_styles[3].width, usual);
+
+  const auto name_of = [](float frequency) { return plain_text(frequency) + " Hz"; };
+  PanePlot& pane = plot.resistivity;
+  std::vector<std::string> texts;
+  const auto label = [&](std::optional<std::size_t> frequency_index) {
+    texts.clear();
+    const std::vector<graph::PlotLabel> labels = profile_labels(pane, frequency_index, name_of);
+    for (const graph::PlotLabel& each : labels) {
+      texts.push_back(each.text);
+    }
+    return labels;
+  };
+  pane.table.series[2].y = {10.0, 100.0, 9.876};
+  EXPECT_EQ(label(2).at(1).y, 100.0);
+  EXPECT_EQ(texts, (std::vector<std::string>{"10.0", "100", "9.88"}));
+  pane.table.series[2].y[0] = graph::null_value;
+  EXPECT_EQ(label(2).at(0).x, 200.0);
+  EXPECT_EQ(texts, (std::vector<std::string>{"100", "9.88"}));
+  EXPECT_TRUE(label(99).empty());
+
+  pane.table.series[2].y[2] = graph::null_value;
+  const std::vector<graph::PlotLabel> ends = label(std::nullopt);
+  EXPECT_EQ(texts, (std::vector<std::string>{"64 Hz", "32 Hz", "16 Hz", "8 Hz", "4 Hz", "2 Hz", "1 Hz"}));
+  EXPECT_EQ(ends.at(3).x, 300.0);
+  EXPECT_EQ(ends.at(4).x, 200.0) << "the last station that has a value";
+}
+
+TEST(Site_names, Are_shortened_beyond_24_characters) {
+  const std::string longest = "\u00dc" + std::string(23, 'a');
+  EXPECT_EQ(shortened_name(longest), longest);
+  EXPECT_EQ(shortened_name(longest + "b"), "\u00dc" + std::string(22, 'a') + "\u2026");
 }
 
 TEST(Repeat_colour, Repeats_after_sixteen) {

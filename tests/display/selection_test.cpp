@@ -94,6 +94,7 @@ TEST_F(Selection, Principal_data_type_is_chosen_at_first) {
     ASSERT_EQ(fill_selection_lists(lists), 0);
     EXPECT_EQ(session().current_data_type, c.chosen);
     EXPECT_EQ(lists.reference_types.at(0).text, "Cross Ref");
+    EXPECT_EQ(session().stations_in_line, 1);
   }
 }
 
@@ -115,6 +116,7 @@ TEST_F(Selection, A_station_loads_what_is_new) {
   Redisplay shown = display_station(1, {});
   EXPECT_TRUE(shown.show_line && shown.draw_profile && shown.mark_station && shown.draw_station &&
               shown.draw_raw);
+  EXPECT_FALSE(shown.close_rhoplus_results) << "there was no line before";
   EXPECT_EQ(session().current_line, "100E");
   EXPECT_EQ(session().current_station, 200.0);
   EXPECT_EQ(session().current_profile_column, 1);
@@ -125,13 +127,13 @@ TEST_F(Selection, A_station_loads_what_is_new) {
   shown = display_station(1, {});
   EXPECT_FALSE(shown.show_line || shown.draw_station || shown.draw_raw);
   shown = display_station(2, {});  // on the same line
-  EXPECT_FALSE(shown.draw_profile);
+  EXPECT_FALSE(shown.draw_profile || shown.close_rhoplus_results);
   EXPECT_TRUE(shown.mark_station && shown.draw_station && shown.draw_raw);
   EXPECT_EQ(session().current_profile_column, 2);
   EXPECT_EQ(data_sets().station.key.station, 300.0);
   EXPECT_EQ(place_in_line(), 2);
   shown = display_station(3, {});  // on the other one
-  EXPECT_TRUE(shown.draw_profile);
+  EXPECT_TRUE(shown.draw_profile && shown.close_rhoplus_results);
   EXPECT_EQ(session().current_line_index, 2);
   EXPECT_EQ(session().stations_in_line, 1);
   EXPECT_EQ(data_sets().profile.columns.size(), 1U);
@@ -171,9 +173,33 @@ TEST_F(Selection, A_new_line_selects_its_first_station_another_type_stays_and_bo
       EXPECT_EQ(data_sets().repeats.key.line, session().current_line);
     }
   }
+  for (const std::int32_t no_place : {-1, 2}) {
+    EXPECT_EQ(choose_line(no_place, "900E").station_to_display, -1);
+  }
+}
+
+TEST_F(Selection, Controls_that_are_being_filled_choose_nothing) {
+  open_two_lines();
+  (void)display_station(1, {});
   session().updating_controls = true;
   EXPECT_EQ(choose_line(1, "1000E").station_to_display, -1);
-  EXPECT_EQ(choose_data_type("EyHx").station_to_display, -1);
+  EXPECT_EQ(choose_data_type("ExHy").station_to_display, -1);
+  EXPECT_EQ(choose_station_in_line(2).station_to_display, -1);
+  EXPECT_EQ(neighbours_changed().station_to_display, -1);
+  EXPECT_FALSE(choose_dipole(25.0F).close_rhoplus_results);
+  EXPECT_EQ(session().current_dipole, 50.0F);
+  EXPECT_FALSE(fixed_scale_changed().draw_station);
+  EXPECT_FALSE(choose_hide_masked(true).draw_raw);
+  EXPECT_FALSE(session().hide_masked_data);
+  session().updating_controls = false;
+  EXPECT_EQ(choose_station_in_line(2).station_to_display, 2);
+  EXPECT_EQ(station_index_of(session().station_id[2]), 3);
+  EXPECT_EQ(station_index_of(-7), -1);
+  session().current_station_index = 0;  // none is shown
+  EXPECT_EQ(neighbours_changed().station_to_display, -1);
+  EXPECT_FALSE(fixed_scale_changed().draw_station);
+  EXPECT_EQ(readings_changed().station_to_display, -1);
+  EXPECT_EQ(place_in_line(), 0);
 }
 
 TEST_F(Selection, A_dipole_redraws_nothing_until_the_next_station) {
@@ -289,6 +315,8 @@ TEST_F(Selection, A_survey_read_again_keeps_what_was_selected_and_is_still_there
 TEST(Neighbour_count, Is_two_to_begin_with_where_no_number_is_typed) {
   std::string text = "3";
   EXPECT_EQ(neighbour_count_of(text), 3);
+  text = "1e9";
+  EXPECT_EQ(neighbour_count_of(text), 1000000) << "the whole line";
   for (const char* bad : {"", "x", "0", "-1"}) {
     text = bad;
     EXPECT_EQ(neighbour_count_of(text), 0);

@@ -92,11 +92,12 @@ TEST_F(Rhoplus, Files_of_a_line_to_the_byte) {
 
 TEST_F(Rhoplus, Curves_can_be_rotated_to_the_strike) {
   new_survey();
-  const Module_tensor::StationCurves curves = made::station(100.0, {10.0F}, [](double f) {
+  Module_tensor::StationCurves curves = made::station(100.0, {10.0F}, [](double f) {
     return made::in_axes_of_north(25.0, made::impedance(100.0, 30.0, f), made::impedance(400.0, 60.0, f));
   });
   for (std::size_t element = 0; element < 4; ++element) {
     made::ReadingKey key = made::key(0.0F, 100.0);
+    curves.merged[element].ResOffset = 2.0F;
     key.data_type = Module_tensor::curve_types[element];
     made::store(key, 0, curves.merged[element], 2, -1);
   }
@@ -109,12 +110,16 @@ TEST_F(Rhoplus, Curves_can_be_rotated_to_the_strike) {
             "rem rotated to a strike of 25 degrees from north\r\nrhopp < tmd_100.dat\r\n");
   // The element along the strike. Repeats deviate by 2 % and 1 degree in each element.
   const std::string text = contents("out/tmd_100.dat");
-  EXPECT_NE(text.find("   10.0000      100.00"), std::string::npos) << text;
+  EXPECT_NE(text.find("   10.0000      200.00"), std::string::npos) << text;
   EXPECT_NE(text.find("     30.00"), std::string::npos) << text;
   EXPECT_EQ(
       rhoplus_summary(counts, settings, "out"),
       "1 control file with 1 row written to out, with tmd_run.bat, rotated to a strike of 25 degrees from "
       "north. Left out for want of a tensor: Station 200: there is no ExHx, EyHx, EyHy");
+
+  settings.apply_static = 0;
+  ASSERT_EQ(output_rhoplus(selection, folder.path("unshifted"), settings, {}, counts, 25.0), 0);
+  EXPECT_NE(contents("unshifted/tmd_100.dat").find("   10.0000      100.00"), std::string::npos);
 
   Module_database::LineSelection other = selection;
   other.data_type = "QP";
@@ -286,6 +291,20 @@ TEST_F(Rhoplus, What_goes_wrong_is_told_and_leaves_earlier_files) {
   EXPECT_EQ(output_rhoplus(selection, folder.path("out"), settings, {}, counts), -1);
   EXPECT_EQ(interface.take_messages().size(), 1U);
   settings = {};
+
+  dao::Recordset& lists = Module_database::open_survey().frequency_lists;
+  lists.find_first("ReferenceType = 0");
+  const std::int32_t frequency_count = lists.get_long("NumFrequencies");
+  const auto set_frequency_count = [&](std::int32_t count) {
+    lists.edit();
+    lists.set_long("NumFrequencies", count);
+    lists.update();
+  };
+  set_frequency_count(frequency_count + 1);  // a damaged list
+  EXPECT_EQ(output_rhoplus(selection, folder.path("none"), settings, {}, counts), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  EXPECT_FALSE(fs::exists(folder.path("none")));
+  set_frequency_count(frequency_count);
 
   int asked = 0;
   interface->stop = [&asked] { return ++asked > 1; };

@@ -223,3 +223,33 @@ TEST_F(DataSetsTest, Failures_are_reported_once_and_keep_what_was_loaded) {
   EXPECT_EQ(load_selected_profile(), -1);
   expect_message("An error occurred while generating the profile data: ");
 }
+
+TEST_F(DataSetsTest, Neighbours_without_a_curve_are_passed_by_wherever_they_are) {
+  made::store_line(4);
+  const NeighbourOptions all{.show = true, .all = true};
+  for (const double without : {400.0, 200.0}) {
+    Module_database::open_survey().database.execute(
+        "DELETE FROM ReadingsDataTable WHERE ReductionType = 2 AND Station = " + std::to_string(without));
+    ASSERT_EQ(load_selected_station(all), 0);
+    EXPECT_EQ(data_sets().station.neighbour_count, without == 400.0 ? 2 : 1);
+    EXPECT_EQ(data_sets().station.slots.back().station, 300.0);
+  }
+  EXPECT_TRUE(interface.take_messages().empty());
+}
+
+TEST(Same_station, Is_one_of_the_same_line_in_any_spelling) {
+  const ReadingKey key = made::key(64.0F);
+  ReadingKey other = key;
+  other.line = "200e";
+  other.scan_rate = 256.0F;
+  EXPECT_TRUE(same_station(key, other));
+  EXPECT_TRUE(same_line("\u00c5E", "\u00e5e"));
+  for (void (*const change)(ReadingKey&) :
+       {+[](ReadingKey& k) { k.line = "300E"; }, +[](ReadingKey& k) { k.station += 1.0; },
+        +[](ReadingKey& k) { k.reference_type = 1; }, +[](ReadingKey& k) { k.data_type = "EyHx"; },
+        +[](ReadingKey& k) { k.dipole = 25.0F; }}) {
+    ReadingKey changed = key;
+    change(changed);
+    EXPECT_FALSE(same_station(key, changed));
+  }
+}

@@ -1,7 +1,11 @@
 // Masks of many merged curves as one command: all of them or none, and back again.
 #include "reduction/edits/set_points.h"
 
+#include <cstdlib>
+#include <filesystem>
+
 #include "core/absent_value.h"
+#include "core/scope_guard.h"
 #include "core/undo_stack.h"
 #include "reduction/data_sets/data_sets.h"
 #include "reduction/edits/undo.h"
@@ -175,6 +179,13 @@ TEST_F(SetPoints, Leave_everything_as_it_was_when_stopped_or_failed) {
 TEST_F(SetPoints, Are_refused_in_a_survey_that_can_only_be_read) {
   const std::vector<CurvePoints> curves = of_the_line();
   ASSERT_EQ(Module_database::close_database(), 0);
+  // The copy that is opened needs a folder for all: where root runs this, the usual one may be root's alone.
+  const std::filesystem::path scratch = folder.path("scratch");
+  std::filesystem::create_directory(scratch);
+  std::filesystem::permissions(scratch, std::filesystem::perms::all);
+  const ScopeGuard as_before(
+      [earlier = std::filesystem::temp_directory_path().string()] { setenv("TMPDIR", earlier.c_str(), 1); });
+  setenv("TMPDIR", scratch.c_str(), 1);
   const ReadOnlyFolder read_only(folder.path(""));
   ASSERT_EQ(Module_database::open_database(), 0);
   interface.take_messages();

@@ -20,7 +20,9 @@
 #include "tensor/windows/map_names.h"
 #include "tensor/windows/map_picture.h"
 #include "tensor/windows/map_view.h"
+#include "tensor/windows/scale_bar.h"
 #include "tests/reduction/made_readings.h"
+#include "tests/support/drawn_texts.h"
 #include "tests/support/window_fixture.h"
 
 using namespace Module_tensor;
@@ -270,6 +272,21 @@ class MapTest : public QObject, private WindowFixture {
     QCOMPARE(window_->save_picture(folder_->path("missing/map.pdf")), -1);
     QCOMPARE(interface_->take_messages().size(), 1U);
     QCOMPARE(bytes_of(pdf), document);
+  }
+
+  void a_bar_of_logarithms_has_round_numbers_from_end_to_end() {
+    const auto texts_of = [](double lower, double upper) {
+      DrawnTexts drawn;
+      QPainter painter(&drawn);
+      draw_scale_bar(painter, QRectF(10.0, 100.0, scale_bar_width, 400.0),
+                     {.palette = ScalePalette::sequential, .lower = lower, .upper = upper}, "ohm-m",
+                     ScaleNumbers::powers);
+      painter.end();
+      return drawn.texts();
+    };
+    QCOMPARE(texts_of(0.0, 2.0), QStringList({"1", "2", "5", "10", "20", "50", "100", "ohm-m"}));
+    QCOMPARE(texts_of(0.0, 4.0), QStringList({"1", "10", "100", "1000", "10000", "ohm-m"}));
+    QCOMPARE(texts_of(0.4, 0.6).last(), QString("log10 ohm-m"));  // no round number is between them
   }
 
   void nothing_to_show_says_why() {
