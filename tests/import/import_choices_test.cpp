@@ -4,11 +4,28 @@
 #include "core/session_state.h"
 #include "import/decode_table.h"
 #include "import/import_files.h"
+#include "import/quiet_interface.h"
 #include "platform/settings_store/settings_store.h"
 #include "tests/support/recording_interface.h"
 #include "tests/support/temporary_folder.h"
 
 using namespace Module_data_file;
+
+TEST(Quiet_interface, Lets_progress_through_and_no_message) {
+  RecordingInterface interface;
+  {
+    const QuietInterface quiet;
+    user_interface().show_message("a fault");
+    EXPECT_FALSE(user_interface().ask_yes_no("Go on?"));
+    user_interface().show_progress("a.edi", 0);
+    user_interface().show_progress("a.edi", 40);
+    user_interface().show_progress("", -1);  // of one file of many: the work goes on
+  }
+  EXPECT_EQ(interface->progress_texts, (std::vector<std::string>{"a.edi: 0 %", "a.edi: 40 %"}));
+  EXPECT_TRUE(interface.take_messages().empty() && interface->questions.empty());
+  user_interface().show_message("later");
+  EXPECT_EQ(interface.take_messages(), std::vector<std::string>{"later"});
+}
 
 TEST(Decode_table, Takes_whole_columns_and_refuses_what_is_none) {
   DecodeRow row;

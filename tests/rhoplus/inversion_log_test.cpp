@@ -40,6 +40,10 @@ TEST(Rhoplus_log, Names_data_fit_and_model) {
     EXPECT_TRUE(has(log, text)) << text;
   }
   EXPECT_FALSE(has(log, "\n\n")) << "each line ends in CR LF";
+  const std::size_t heading = log.find("sheet  ");
+  const std::size_t first_sheet = log.find("\r\n", heading) + 2;
+  EXPECT_EQ(log.find("\r\n", first_sheet) - first_sheet, first_sheet - 2 - log.rfind('\n', heading) - 1)
+      << "numbers end below the ends of their headings";
   EXPECT_FALSE(has(log, "limit of iterations"));
   EXPECT_FALSE(has(log, "a closer proof"));
 

@@ -70,6 +70,20 @@ TEST_F(Station_inversion, Of_an_exact_two_layer_curve) {
   EXPECT_EQ(in_memory.run.achieved_chi, inversion.run.achieved_chi);
 }
 
+TEST_F(Station_inversion, A_damaged_curve_is_a_failure_with_one_message) {
+  new_survey();
+  dao::Recordset row = made::row(store(merged_over_two_layers()));
+  row.edit();
+  row.set_long("NumFrequencies", 99);
+  row.update();
+  StationInversion inversion;
+  EXPECT_EQ(invert_station_in_memory(key, made::frequencies(), {}, inversion), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  EXPECT_EQ(invert_station(key, made::frequencies(), {}, inversion), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  EXPECT_FALSE(fs::exists(folder_of_run()));
+}
+
 TEST_F(Station_inversion, Without_data_leaves_no_files) {
   new_survey();
   StationInversion inversion;
@@ -194,6 +208,11 @@ TEST_F(Station_inversion, Graphs_and_grid_show_data_and_model) {
             graph::null_limit);
   session().hide_masked_data = false;
   EXPECT_EQ(plot.resistivity.table.series[series_model].y.size(), reading.curve.count() - 1);
+  for (const Module_display_data::PanePlot& pane : {plot.resistivity, plot.phase}) {
+    EXPECT_LT(pane.series_styles[series_model].width, pane.series_styles[series_observed].width)
+        << "what is wide is drawn on top: the model doesn't hide the data";
+    EXPECT_TRUE(pane.series_styles[series_model].line && !pane.series_styles[series_observed].line);
+  }
   EXPECT_EQ(fit_point_text(plot, series_observed, 99, Component::phase), "");
   EXPECT_EQ(fit_point_text(plot, series_observed, 0, Component::phase).rfind("Observed: 0.1250 Hz, ", 0), 0U);
 

@@ -54,6 +54,8 @@ TEST(Site_map, Spacing_is_that_of_different_places) {
   EXPECT_EQ(spacing_of({4}), 0.0);
   EXPECT_EQ(spacing_of({4, 4, 4}), 0.0);
   EXPECT_EQ(spacing_of({0, 10, 20, 1000}), 10.0);
+  EXPECT_EQ(spacing_of({0, 4, 10}), 4.0) << "each place counts, the first and the last, too";
+  EXPECT_EQ(spacing_of({0, 6, 10}), 4.0);
   EXPECT_EQ(spacing_of({50, 0, 0, 50}), 50.0);
 }
 
@@ -103,8 +105,9 @@ TEST(Values_at, Point_as_the_convention_says) {
 TEST(Ellipses, Are_uncertain_where_direction_or_skew_is) {
   numerics::impedance::PhaseTensor tensor = *values_at(made::station(1, 25, {1.0}), 1.0, {}).phase_tensor;
   EXPECT_FALSE(is_uncertain(tensor)) << "errors that nobody knows speak for nothing";
-  tensor.azimuth.error = 19.0;
-  tensor.beta.error = 2.9;
+  tensor.azimuth.error = 20.0;
+  tensor.beta.error = 3.0;
+  tensor.ellipticity.value = 0.1;
   EXPECT_FALSE(is_uncertain(tensor));
   tensor.beta.error = 3.1;
   EXPECT_TRUE(is_uncertain(tensor));

@@ -210,6 +210,15 @@ TEST(Minimum_curvature, Noise_is_fitted_and_contradictions_stay_calm) {
     EXPECT_NEAR(surface_at(grid, point.x, point.y), point.z, 1e-3 * range_of(lines));
   }
 
+  // Each point of a few is met, wherever it stands among them.
+  const GridFrame small = unit_frame(30, 20);
+  for (std::size_t peak = 0; peak < 8; ++peak) {
+    Points few = random_points(8, 3, hills, small);
+    few[peak].z += 1.0;
+    const numerics::gridding::RegularGrid peaked = grid_of(few, small).grid;
+    EXPECT_NEAR(surface_at(peaked, few[peak].x, few[peak].y), few[peak].z, 1e-3 * range_of(few)) << peak;
+  }
+
   // A pair 0.01 cells apart with different values, nearest to one node and to two.
   for (const double x : {50.3, 50.495}) {
     Points points = random_points(100, 7, hills, frame);
