@@ -481,13 +481,17 @@ TEST_F(OtherFormats, Fixed_columns_that_end_early_or_fit_no_rate) {
     EXPECT_EQ(file.readings, c.readings);
     EXPECT_NE(file.failure.find(c.reason), std::string::npos) << file.failure;
   }
-  std::string bare = whole;
-  bare.replace(47, 10, 10, ' ');
-  bare.replace(61, 5, 5, ' ');
-  EXPECT_EQ(import("no lengths.res", bare).readings, 4);
-  for (const char* column : {"DipoleLength", "StationSpacing", "Orientation"}) {
-    EXPECT_EQ(rows_in("FileTable WHERE SurveyFile = 'no lengths.res' AND " + std::string(column) + " = 0"), 1)
-        << column << ": nothing is known";
+  for (const char* field : {"     ", "none ", "1e99 "}) {
+    std::string vague = whole;
+    for (const std::size_t column : {47, 52, 61}) {
+      vague.replace(column, 5, field);
+    }
+    EXPECT_EQ(import("vague.res", vague).readings, 4) << field;
+    EXPECT_EQ(
+        rows_in("FileTable WHERE SurveyFile = 'vague.res' AND DipoleLength = 0 AND StationSpacing = 0 AND "
+                "Orientation = 0"),
+        1)
+        << "not known: '" << field << "'";
   }
   const Curve curve = stored("FileID = 3 AND DataType = 'ExHy'").curve;  // cut to its frequency
   ASSERT_EQ(curve.frequencies, (std::vector<float>{16, 1024}));

@@ -213,7 +213,7 @@ TEST(Minimum_curvature, Noise_is_fitted_and_contradictions_stay_calm) {
   // Each point of a few is met, wherever it stands among them.
   const GridFrame small = unit_frame(30, 20);
   for (std::size_t peak = 0; peak < 8; ++peak) {
-    Points few = random_points(8, 3, hills, small);
+    Points few = random_points(8, 2, hills, small);
     few[peak].z += 1.0;
     const numerics::gridding::RegularGrid peaked = grid_of(few, small).grid;
     EXPECT_NEAR(surface_at(peaked, few[peak].x, few[peak].y), few[peak].z, 1e-3 * range_of(few)) << peak;
