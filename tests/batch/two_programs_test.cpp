@@ -61,7 +61,8 @@ TEST_F(Batch_program, Of_two_that_start_together_at_least_one_does_its_work) {
   import_field_files();
   const std::string program = BRENLOX_BATCH_PROGRAM;
   int refused = 0;
-  for (int turn = 0; turn < 10; ++turn) {
+  // On a busy machine one may have ended before the other begins.
+  for (int turn = 0; turn < 10 || (refused == 0 && turn < 100); ++turn) {
     SCOPED_TRACE(turn);
     const auto one = [&](const std::string& name) {
       std::string command = "('" + program + "' recalculate survey.mdb >";
