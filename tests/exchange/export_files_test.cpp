@@ -303,3 +303,13 @@ TEST_F(ExportTest, What_is_in_the_way_is_named_and_nothing_is_half_written) {
   fs::create_symlink(session().database_file, folder.path("out/200E_100.edi"));
   EXPECT_NE(failure().find("is one of the input files"), std::string::npos);
 }
+
+TEST(Export_plan_texts, Remarks_lose_the_name_of_their_own_station_and_nothing_else) {
+  ExportRow row;
+  row.remarks = {"Station 100: has no place", "The line has no map system"};
+  row.stations = {100.0};
+  EXPECT_EQ(export_cell_text(row, ExportColumn::remarks), "has no place; The line has no map system");
+  row.stations = {100.0, 200.0};
+  EXPECT_EQ(export_cell_text(row, ExportColumn::remarks),
+            "Station 100: has no place; The line has no map system");
+}

@@ -136,6 +136,10 @@ TEST_F(Definition_list, Goes_through_a_file_and_comes_back) {
   }
   const std::vector<CoordSystem> written = coord_systems;
   const std::string path = folder.path("projection.csv");
+  CoordSystem of_two_lines = zone_definition("zone", 60);
+  of_two_lines.name = "zone | of two\r\nlines";
+  ASSERT_EQ(write_coord_projection_file(path, {of_two_lines}), 0);
+  EXPECT_EQ(std::ranges::count(file_contents(path), '\n'), 2) << "a heading and one definition";
   ASSERT_EQ(write_coord_projection_file(path, coord_systems), 0);
   EXPECT_EQ(
       file_contents(path).substr(0, file_contents(path).find("\r\n")),

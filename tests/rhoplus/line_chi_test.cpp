@@ -23,13 +23,14 @@ TEST(Line_chi, Says_how_far_each_station_is_from_one_dimension) {
   unsupported.unsupported = "No reading is in use";
   EXPECT_EQ(chi_of(unsupported, 1, 100.0).remark, "Rests on readings that are switched off");
   const std::vector<StationChi> stations{chi_of(fitted(6.48F, 12.96F), 1, 100.0), chi_of(limited, 2, 250.0),
-                                         chi_of({}, 3, 400.0)};
+                                         chi_of({}, 3, 400.0), chi_of(fitted(6.0F, 6.0F), 4, 500.0)};
   EXPECT_EQ(chi_table_text(stations),
             "Station\tSite\tValues\tTarget chi\tAchieved chi\tAchieved/target\tRemarks\n"
             "100\t\t42\t6.48\t12.96\t2.00\t\n"
             "250\t\t42\t6.00\t3.00\t0.50\tThe limit of iterations was met\n"
-            "400\t\t0\t-\t-\t-\tNo data to invert\n");
-  EXPECT_EQ(chi_summary(stations), "2 stations inverted; chi above its target at 1; nothing to invert at 1");
+            "400\t\t0\t-\t-\t-\tNo data to invert\n"
+            "500\t\t42\t6.00\t6.00\t1.00\t\n");
+  EXPECT_EQ(chi_summary(stations), "3 stations inverted; chi above its target at 1; nothing to invert at 1");
 }
 
 }  // namespace

@@ -122,6 +122,11 @@ TEST(Pseudo_section, Gaps_between_stations_and_periods_stay_without_colour) {
 }
 
 TEST(Pseudo_section, A_band_that_is_sampled_less_densely_is_no_gap) {
+  for (const auto& [near, far] : {std::pair(10.0F, 40.0F), {0.25F, 0.0625F}}) {
+    Line short_band;  // of two intervals, at either end
+    short_band.add(0.0, {1.0F, 1.25F, 1.6F, 2.0F, 2.5F, near, far});
+    EXPECT_EQ(std::ranges::count(short_band.section(SectionQuantity::rho_xy).gap_behind, true), 0) << far;
+  }
   Line line;
   line.add(0.0, {1.0F, 1.25F, 1.6F, 2.0F, 4.0F, 8.0F, 16.0F});
   const PseudoSection section = line.section(SectionQuantity::rho_xy);

@@ -67,12 +67,13 @@ TEST(Zonge_avg, Keyword_tables_go_by_their_headings) {
 TEST(Zonge_avg, Errors_of_repeats_may_be_large) {
   const Read made = read_text(
       "\\$ ASPACE= 50.0m\nskpStation Freq Comp Resistivity Phase %Rho sPhz\n"
-      "2 150 8 ExHy 100 700 200 300 more columns\n2 150 4 ExHy 100 700 200 1100\n");
+      "2 150 8 ExHy 100 700 200 300 more columns\n2 150 4 ExHy 100 -3490.6585 200 1100\n");
   EXPECT_DOUBLE_EQ(made.stations.at(0).dipole.value(), 50.0);
   const auto& points = made.stations[0].function.points;
   EXPECT_DOUBLE_EQ(points.at(0).of(Component::zxy).resistivity_error, 200.0);
   EXPECT_NEAR(points.at(0).of(Component::zxy).phase_error, 300.0 * degrees_per_milliradian, 1e-9);
   EXPECT_DOUBLE_EQ(points.at(1).of(Component::zxy).resistivity_error, 200.0);  // no cap in this layout
+  EXPECT_NEAR(points[1].of(Component::zxy).phase, 160.0, 1e-5) << "-200 degrees";
   EXPECT_NEAR(points[1].of(Component::zxy).phase_error, 1100.0 * degrees_per_milliradian, 1e-9);
   const Read above =
       read_text("$Rx.Stn=1\n$Rx.Cmp=Zxy\nFreq,ARes.mag,Z.phz,ARes.%err,Z.perr\n8,10,1,170,997\n");
@@ -139,6 +140,11 @@ TEST(Zonge_avg, A_row_that_is_cut_does_not_count) {
   EXPECT_EQ(amid.report.failure, "");
   EXPECT_EQ(amid.stations.at(0).function.points.size(), 2U);
   EXPECT_EQ(amid.report.unreadable.size(), 1U);
+  const Read short_notes = read_text(
+      "skp Station Freq Comp Resistivity Phase Note Remark\n"
+      "2 100 8 ExHy 10 500 calm\n2 100 4 ExHy 11 500 wind\n");
+  EXPECT_EQ(short_notes.report.failure, "") << "all rows are short: the last one is no cut";
+  EXPECT_EQ(short_notes.stations.at(0).function.points.size(), 2U);
 }
 
 // The rows that are missing leave no trace but that the other curves have them.
