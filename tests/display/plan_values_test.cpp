@@ -38,11 +38,12 @@ TEST_F(PlanValuesTest, Are_those_of_the_merged_curves_that_count) {
   // An edit of the line on show is taken over without reading anything again.
   profile.columns[0].mask.back() = {0, 1};
   profile.columns[1].UsePhase = false;
+  profile.columns[1].ResOffset = 3.0F;
   profile.columns[2].ResOffset = 2.0F;
   values.take_line(profile);
   const std::vector<double> edited = values.at(Component::resistivity, last_frequency());
   EXPECT_TRUE(is_absent(edited[0]));
-  EXPECT_EQ(edited[1], resistivities[1]);
+  EXPECT_EQ(edited[1], 3.0 * double{profile.columns[1].resistivity.back()});
   EXPECT_EQ(edited[2], 2.0 * double{profile.columns[2].resistivity.back()});
   const std::vector<double> edited_phases = values.at(Component::phase, last_frequency());
   EXPECT_EQ(edited_phases[0], phases[0]);

@@ -104,6 +104,19 @@ TEST_F(Plan, What_is_dragged_stays_under_the_pointer) {
   EXPECT_NEAR(there.y, held.y, 1e-9);
 }
 
+TEST_F(Plan, What_is_zoomed_at_stays_under_the_pointer) {
+  place_stations({{0.0, 0.0}, {100.0, 100.0}});
+  keep_place_through_zoom({10.0, 10.0}, 220.0, 0, 5);  // nothing is drawn yet
+  (void)resize_plan_window(220.0, 220.0, 0);
+  const PlanPoint pointer{30.0, 180.0};
+  const PlanPoint there = to_survey(pointer, 220.0);
+  keep_place_through_zoom(pointer, 220.0, 0, 7);
+  (void)resize_plan_window(220.0, 220.0, 7);
+  EXPECT_LT(session().plan_window.plan_y_extent, 5.0);
+  EXPECT_NEAR(to_survey(pointer, 220.0).x, there.x, 1e-6);  // the zoom is a single
+  EXPECT_NEAR(to_survey(pointer, 220.0).y, there.y, 1e-6);
+}
+
 TEST_F(Plan, Picture_and_survey_places_answer_each_other) {
   place_stations({{0.0, 0.0}, {100.0, 100.0}});
   (void)resize_plan_window(220.0, 220.0, 0);  // two units a metre

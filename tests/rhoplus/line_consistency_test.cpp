@@ -229,6 +229,11 @@ TEST(Section_residuals, Follow_the_edits_of_every_station) {
     EXPECT_LT(wrong_phase(station), 2.0);
     EXPECT_EQ(wrong_phase(1) > 5.0, station == 0) << "the other one keeps its own";
   }
+  for (auto& merged : line.curves.stations[0].merged) {
+    merged.UseReading = false;
+  }
+  EXPECT_TRUE(residuals.update(line, frequencies, {}, {}));
+  EXPECT_TRUE(residuals.stations()[0][0].empty()) << "what is switched off is not inverted";
 }
 
 TEST(Mask_proposal, Leaves_points_alone_where_the_tensor_is_three_dimensional) {

@@ -312,3 +312,16 @@ TEST(Dimensions, By_skew_and_ellipticity_with_cells_between_periods) {
   const auto counts = dimension_counts({cells}, {1.0, 100.0});
   EXPECT_EQ(counts, (std::array<std::size_t, 3>{0, 1, 1}));
 }
+
+TEST(Dimensions, Cells_meet_where_files_take_wider_steps) {
+  std::vector<double> frequencies;
+  for (const double decades : {0.0, 0.05, 0.1, 0.15, 0.2, 0.5, 0.8, 1.1, 1.4}) {
+    frequencies.push_back(std::pow(10.0, decades));
+  }
+  const auto stations = strike_stations({made::station(1.0, frequencies, {25.0, 12.0})});
+  const auto cells = dimension_cells(stations.front(), {});
+  ASSERT_EQ(cells.size(), frequencies.size());
+  for (std::size_t i = 1; i < cells.size(); ++i) {
+    EXPECT_NEAR(cells[i - 1].shortest_period, cells[i].longest_period, 1e-9) << i;
+  }
+}

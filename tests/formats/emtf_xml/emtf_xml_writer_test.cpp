@@ -184,6 +184,7 @@ TEST(Emtf_xml_writer, Values_are_as_readers_want_them) {
   EXPECT_STREQ(zyx.attribute("input").value(), "Hx");
   // sqrt(0.0011) times 3.23456789
   EXPECT_STREQ(zyx.child_value(), "1.07278481e-01 -1.07278481e-03");
+  EXPECT_NEAR(numeric_value(root.child("PeriodRange").attribute("min").value()), 1.0 / 10400.0, 1e-12);
   EXPECT_NEAR(numeric_value(root.child("PeriodRange").attribute("max").value()), 1.0 / 0.0011, 1e-5);
 }
 

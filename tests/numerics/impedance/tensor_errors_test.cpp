@@ -80,6 +80,15 @@ TEST(Tensor_errors, Ellipses_of_resistivity_and_phase) {
   expect_errors_as_spread(tensor);
 }
 
+TEST(Tensor_errors, Small_impedances_have_errors_in_proportion) {
+  const std::complex<double> z(30.0, 40.0);
+  const PartCovariance large = covariance_of(z, 100.0, 4.0, 2.0);
+  const PartCovariance small = covariance_of(1e-3 * z, 1e-4, 4e-6, 2.0);
+  EXPECT_GT(large.real, 0.0);
+  EXPECT_NEAR(small.real, 1e-6 * large.real, 1e-15);
+  EXPECT_NEAR(small.imaginary, 1e-6 * large.imaginary, 1e-15);
+}
+
 TEST(Tensor_errors, Three_dimensional_ground_with_a_negative_determinant) {
   Eigen::Matrix2d X;
   X << 3.0, 20.0, -14.0, 5.0;

@@ -182,6 +182,18 @@ TEST_F(Edits, A_masked_point_changes_average_merged_curve_and_profile) {
   EXPECT_EQ(toggle_profile_point(0, 9, Component::phase), Edit::nothing);
 }
 
+TEST_F(Edits, A_masked_repeat_leaves_the_graph_of_another_station_alone) {
+  made::store_line(2);
+  load();
+  const StoredReading shown = data_sets().station.slots[0].reading;
+  const float profile = data_sets().profile.columns[1].resistivity[0];
+  ASSERT_EQ(load_repeat_data(made::key(64.0F, 200.0), session().frequencies, data_sets().repeats), 0);
+  ASSERT_EQ(toggle_repeat_point(4, 0, Component::resistivity), Edit::changed);
+  EXPECT_NE(data_sets().profile.columns[1].resistivity[0], profile);
+  EXPECT_EQ(data_sets().station.slots[0].reading.ID, shown.ID);
+  EXPECT_EQ(data_sets().station.slots[0].reading.curve.data, shown.curve.data);
+}
+
 TEST_F(Edits, Use_flags_and_the_static_factor_are_stored_where_they_belong) {
   made::store_line(1);
   load();
