@@ -45,6 +45,32 @@ TEST_F(ExportEntriesTest, Follow_what_is_imported_and_removed) {
   EXPECT_EQ(entries.dipole, 100.0F);
 }
 
+TEST_F(ExportEntriesTest, Rotate_what_has_axes_and_nothing_else) {
+  begin_export(lists, entries);
+  entries.rotate = true;
+  entries.rotation = "30";
+  struct Case {
+    ExportFormat format;
+    std::int32_t reduction;
+    bool rotates;
+  };
+  using Module_database::reduction_merged;
+  for (const Case& c : {Case{ExportFormat::edi, reduction_merged, true},
+                        {ExportFormat::emtf_xml, reduction_merged, true},
+                        {ExportFormat::csv, reduction_merged, true},
+                        {ExportFormat::csv, Module_database::reduction_raw, false},
+                        {ExportFormat::geojson, reduction_merged, false},
+                        {ExportFormat::kml, reduction_merged, false}}) {
+    SCOPED_TRACE(static_cast<int>(c.format));
+    entries.format = c.format;
+    entries.reduction = c.reduction;
+    EXPECT_EQ(choices_of(lists, entries, {}).rotation, c.rotates ? std::optional(30.0) : std::nullopt);
+    entries.rotation = "400";
+    EXPECT_EQ(fault_of_rotation(entries).empty(), !c.rotates) << "what isn't asked can't be wrong";
+    entries.rotation = "30";
+  }
+}
+
 TEST_F(ExportEntriesTest, Tell_where_a_folder_is_that_isnt_a_whole_path) {
   EXPECT_EQ(whole_folder(entries), folder.path("out"));
   EXPECT_EQ(hint_of_folder(entries), "Will be made: " + folder.path("out"));

@@ -121,6 +121,16 @@ TEST_F(Rhoplus, Curves_can_be_rotated_to_the_strike) {
   ASSERT_EQ(output_rhoplus(selection, folder.path("unshifted"), settings, {}, counts, 25.0), 0);
   EXPECT_NE(contents("unshifted/tmd_100.dat").find("   10.0000      100.00"), std::string::npos);
 
+  const auto set_rows = [](const std::string& count) {
+    Module_database::open_survey().database.execute("UPDATE ReadingsDataTable SET NumFrequencies = " + count +
+                                                    " WHERE DataType = 'EyHy'");
+  };
+  set_rows("99");  // a damaged row
+  EXPECT_EQ(output_rhoplus(selection, folder.path("damaged"), settings, {}, counts, 25.0), -1);
+  EXPECT_EQ(interface.take_messages().size(), 1U);
+  EXPECT_FALSE(fs::exists(folder.path("damaged/tmd_100.dat")));
+  set_rows("1");
+
   Module_database::LineSelection other = selection;
   other.data_type = "QP";
   EXPECT_EQ(output_rhoplus(other, folder.path("none"), settings, {}, counts, 25.0), -1);

@@ -344,6 +344,18 @@ TEST_F(Station_tensor, Has_the_static_factors_and_the_offsets_of_averages) {
   EXPECT_NEAR(degrees(shared[Element::xx]), degrees(slow[0]) + 5.0, 1e-4);
 }
 
+TEST_F(Station_tensor, Takes_masked_diagonals_from_averages_of_files_where_nothing_was_averaged) {
+  store({.frequencies = {1.0F}, .scan_rate = 64.0F});
+  store({.frequencies = {32.0F}, .scan_rate = 256.0F});
+  execute("UPDATE ReadingsDataTable SET ReductionType = 1 WHERE SampleRate = 256");
+  const StationTensor station = loaded();
+  ASSERT_EQ(station.points.size(), 2U);
+  for (std::size_t point = 0; point < 2; ++point) {
+    SCOPED_TRACE(point);
+    expect_impedance(station, point, example);
+  }
+}
+
 // Repeats of 1 and 1.1 times an impedance: resistivities r and 1.21 r deviate by 0.105 r from their
 // mean 1.105 r, which is known to that over the root of 2.
 TEST_F(Station_tensor, Errors_are_those_of_files_or_of_the_mean_of_repeats) {
