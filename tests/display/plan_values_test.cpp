@@ -40,7 +40,10 @@ TEST_F(PlanValuesTest, Are_those_of_the_merged_curves_that_count) {
   profile.columns[1].UsePhase = false;
   profile.columns[1].ResOffset = 3.0F;
   profile.columns[2].ResOffset = 2.0F;
+  profile.columns[2].resistivity.front() = -5.0F;  // no colour of a logarithmic scale
   values.take_line(profile);
+  EXPECT_TRUE(is_absent(values.at(Component::resistivity, 0)[2]));
+  EXPECT_FALSE(is_absent(values.at(Component::phase, 0)[2]));
   const std::vector<double> edited = values.at(Component::resistivity, last_frequency());
   EXPECT_TRUE(is_absent(edited[0]));
   EXPECT_EQ(edited[1], 3.0 * double{profile.columns[1].resistivity.back()});

@@ -289,6 +289,14 @@ TEST_F(SiteDocuments, Say_what_the_curves_were_made_from) {
 }
 
 // A reading of one component has no tensor to tell its sign by.
+TEST_F(SiteDocuments, Name_no_merge_of_one_scan_rate) {
+  ASSERT_EQ(import({section_file(0, 4096, {1000, 300}), section_file(1, 4096, {1000, 300})}), 0);
+  load();
+  const std::vector<std::string> history = document().document.history;
+  EXPECT_TRUE(holds(history, "ExHx, ExHy, EyHx, EyHy, HzHx, HzHy: average of 2 repeats at 4096 Hz"));
+  EXPECT_FALSE(holds(history, "scan rate"));
+}
+
 TEST_F(SiteDocuments, Turn_back_scalar_curves_by_their_quadrant) {
   import_section(worked_example());
   leave_only(CurveType::EyHx);

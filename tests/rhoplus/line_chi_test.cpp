@@ -31,6 +31,8 @@ TEST(Line_chi, Says_how_far_each_station_is_from_one_dimension) {
             "400\t\t0\t-\t-\t-\tNo data to invert\n"
             "500\t\t42\t6.00\t6.00\t1.00\t\n");
   EXPECT_EQ(chi_summary(stations), "3 stations inverted; chi above its target at 1; nothing to invert at 1");
+  EXPECT_EQ(chi_summary({stations[0]}), "1 station inverted; chi above its target at 1");
+  EXPECT_EQ(chi_summary({stations[1], stations[3]}), "2 stations inverted; chi above its target at 0");
 }
 
 }  // namespace

@@ -134,6 +134,16 @@ TEST(Line_strike, Of_a_station_has_a_deviation_and_no_error) {
   EXPECT_EQ(station_strike(stations[1], {50.0, 200.0}, {}).masked_diagonals, 0);
 }
 
+TEST(Line_strike, Median_skew_of_a_station_is_of_the_amounts_in_the_band) {
+  auto stations = strike_stations({made::station(100.0, one_a_decade, {})});
+  const std::array skews{5.0, -1.0, 3.0, 2.0, -9.0};
+  for (std::size_t i = 0; i < skews.size(); ++i) {
+    stations[0].phase_tensors[i]->beta.value = skews[i];
+  }
+  EXPECT_EQ(station_strike(stations[0], {}, {}).median_skew, 3.0);
+  EXPECT_EQ(station_strike(stations[0], {0.001, 20.0}, {}).median_skew, 2.5);
+}
+
 TEST(Line_strike, Of_arrows_is_what_they_stand_across) {
   std::vector<StationTensor> line;
   for (const double axes : {0.0, 30.0}) {

@@ -139,6 +139,7 @@ TEST(Pseudo_section, Single_stations_single_frequencies_equal_places_and_nothing
   EXPECT_TRUE(line.section(SectionQuantity::rho_xy).empty());
   line.add(700.0, {8.0F});
   for (const QuantityFacts& facts : section_quantities()) {
+    EXPECT_EQ(facts.ellipses, facts.word.starts_with("ellipses")) << facts.word;
     SCOPED_TRACE(facts.word);
     const PseudoSection section = line.section(facts.quantity);
     ASSERT_EQ(section.columns.size(), 1U);
@@ -184,6 +185,16 @@ TEST(Pseudo_section, Depths_of_a_half_space_grow_with_the_root_of_the_period) {
   }
   line.curve(0, CurveType::ExHy).value(field_phase, 1) = 95.0F;
   EXPECT_EQ(line.section(SectionQuantity::bostick_xy).columns[0].cells.size(), 2U);
+}
+
+TEST(Pseudo_section, A_depth_alone_is_as_high_as_among_neighbours) {
+  Line line;
+  line.add(0.0, {1.0F, 10.0F, 100.0F});
+  line.add(100.0, {10.0F});
+  const PseudoSection section = line.section(SectionQuantity::bostick_xy);
+  const SectionCell& alone = section.columns[1].cells.at(0);
+  EXPECT_NEAR(alone.heights.lower, section.columns[0].cells[1].heights.lower, 1e-6);
+  EXPECT_NEAR(alone.heights.upper, section.columns[0].cells[1].heights.upper, 1e-6);
 }
 
 TEST(Pseudo_section, Tensor_quantities_come_from_tensors_and_masks_of_either_curve_mark_them) {

@@ -153,6 +153,13 @@ TEST(Rotated_readings, What_is_switched_off_or_missing_has_no_tensor) {
     EXPECT_EQ(rotated_reading(station->curves, station->tensor, CurveType::EyHx, {25.0}).ID, 0);
     EXPECT_FALSE(report.add(*station));
   }
+  for (const bool known : {true, false}) {
+    LoadedStation station{station_of_strike(25.0), {}};
+    station.tensor = station_tensor(station.curves, Module_database::ey_sign_by_rule);
+    station.tensor.axes_known = known;
+    EXPECT_TRUE(report.add(station));
+  }
+  EXPECT_EQ(report.without_azimuth, 1U);
   EXPECT_EQ(
       left_out_text(report),
       "Left out for want of a tensor: Station 1250: ExHy is switched off; Station 1250: there is no ExHx")
@@ -191,6 +198,18 @@ TEST(Rotated_readings, Deviations_are_those_of_repeats_that_vary_so) {
     const int field = static_cast<int>(quantity) + Module_database::field_resistivity_deviation;
     EXPECT_NEAR(reading.curve.value(field, 0), deviation, 0.02 * deviation);  // draws give 0.4 %
   }
+}
+
+TEST(Rotated_readings, Curves_of_files_have_no_deviations) {
+  const Elements z{Complex(1, 2), Complex(10, 8), Complex(-9, -11), Complex(0.5, 1)};
+  StationCurves curves = made::station(1, {1.0F}, [&z](double) { return z; });
+  for (StoredReading& merged : curves.merged) {
+    merged.FileID = 5;  // its fields hold what the file has there
+  }
+  const StoredReading reading = rotated(curves, CurveType::ExHy, {30.0});
+  EXPECT_GT(reading.curve.value(Module_database::field_resistivity, 0), 0.0F);
+  EXPECT_EQ(reading.curve.value(Module_database::field_resistivity_deviation, 0), 0.0F);
+  EXPECT_EQ(reading.curve.value(Module_database::field_phase_deviation, 0), 0.0F);
 }
 
 TEST(Rotated_readings, A_diagonal_without_an_error_is_known_as_well_as_its_row) {
