@@ -215,6 +215,10 @@ TEST_F(ImportStations, Two_sites_on_one_station_are_named) {
   choices.start_station = "9";
   ASSERT_EQ(import({add("f.edi", {""}), add("g.edi", {""}, "SITE")}), 0);
   EXPECT_TRUE(report.shared_stations.empty());
+  choices.start_station = "60";
+  ASSERT_EQ(import({add("X200.edi", {"\"ET9\""})}), 0);
+  ASSERT_EQ(import({add("Y.edi", {"\"X20\""})}), 0);
+  ASSERT_EQ(report.shared_stations.size(), 1U) << "X200 is no file of X20";
   choices.start_station = "";
   choices.stations_by = StationsBy::sectid_digits;
   ASSERT_EQ(import({add("SITE_day1.edi", {"\"SITE59\""}), folder.path("f.edi")}), 0);

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <numbers>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -118,6 +119,47 @@ TEST(Emtf_xml, Channels_along_the_axes_keep_their_variances) {
   EXPECT_EQ(oblique.report.unreadable.size(), 1U);
   EXPECT_EQ(oblique.report.ignored.size(), 1U);
   EXPECT_EQ(with_layout("20", "21").report.failure, "two channels of a kind lie along one line");
+}
+
+TEST(Emtf_xml, Oblique_channels_need_covariances_for_the_errors_of_a_tipper) {
+  const auto read = [](const std::string& variances, const std::string& electric) {
+    std::string text = made("<Id>A</Id><Orientation>sitelayout</Orientation>",
+                            "<Period value=\"1\"><T><value name=\"Tx\">0.1 0.2</value><value "
+                            "name=\"Ty\">0.3 0.1</value></T>" +
+                                variances + "</Period>");
+    text.insert(text.find("<Data>"),
+                "<SiteLayout><InputChannels><Magnetic name=\"HX\" orientation=\"0\"/>"
+                "<Magnetic name=\"HY\" orientation=\"80\"/></InputChannels>"
+                "<OutputChannels>" +
+                    electric + "</OutputChannels></SiteLayout>");
+    return read_text(text);
+  };
+  const Read bare = read("", "");
+  EXPECT_FALSE(bare.report.has_remarks()) << "without impedances nobody needs the axes of Ex and Ey";
+  EXPECT_LT(std::abs(bare.function.points.at(0).of(Component::tx).value - Complex(0.1, 0.2) -
+                     std::cos(80.0 / 180.0 * std::numbers::pi) * Complex(0.3, 0.1)),
+            1e-12);
+  const std::string variances =
+      "<T.VAR><value name=\"Tx\">0.01</value><value name=\"Ty\">0.01</value></T.VAR>";
+  const Read with_errors = read(variances, "");
+  ASSERT_EQ(with_errors.report.ignored.size(), 1U);
+  EXPECT_NE(with_errors.report.ignored[0].text.find("without covariances"), std::string::npos);
+  EXPECT_TRUE(std::isnan(with_errors.function.points.at(0).of(Component::tx).variance));
+}
+
+TEST(Emtf_xml, Ex_and_Ey_without_an_orientation_count_as_along_Hx_and_Hy) {
+  std::string text = made("<Id>A</Id><Orientation>sitelayout</Orientation>",
+                          "<Period value=\"1\"><Z><value name=\"Zxx\">1 2</value><value "
+                          "name=\"Zxy\">10 8</value><value name=\"Zyx\">-9 -11</value><value "
+                          "name=\"Zyy\">-1 -1</value></Z></Period>");
+  text.insert(text.find("<Data>"),
+              "<SiteLayout><InputChannels><Magnetic name=\"HX\" orientation=\"10\"/><Magnetic name=\"HY\" "
+              "orientation=\"100\"/></InputChannels><OutputChannels><Electric name=\"EX\" "
+              "orientation=\"10\"/></OutputChannels></SiteLayout>");
+  const Read read = read_text(text);
+  ASSERT_EQ(read.report.unreadable.size(), 1U);
+  EXPECT_NE(read.report.unreadable[0].text.find("no orientation of Ex and Ey"), std::string::npos);
+  EXPECT_LT(std::abs(read.function.points.at(0).of(Component::zyx).value - Complex(-9.0, -11.0)), 1e-12);
 }
 
 TEST(Emtf_xml, Sites_have_what_is_said_of_them) {

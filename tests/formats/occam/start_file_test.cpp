@@ -127,6 +127,12 @@ TEST_F(StartFiles, Damage_is_named_with_its_line) {
   }
 }
 
+TEST_F(StartFiles, May_have_cut_a_step_fifty_times) {
+  const std::string text = "FORMAT: OCCAMITER_1.0\n" + names + "STEPSIZE CUT COUNT: 50\nNO. PARMS: 0\n";
+  EXPECT_EQ(refusal(text), "");
+  EXPECT_NE(refusal(made::replaced(text, "50", "51")).find("cut count is 51"), std::string::npos);
+}
+
 TEST(Fortran_numbers, Are_written_as_the_public_program_does) {
   const std::vector<std::pair<double, std::string>> of_15_7{
       {0.9536726, "  0.9536726    "},    {16.63050, "   16.63050    "},  {0.1, "  0.1000000    "},

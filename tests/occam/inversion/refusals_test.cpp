@@ -222,6 +222,19 @@ TEST_F(Refusals, Name_what_is_wrong_and_leave_the_directory_as_it_was) {
   EXPECT_EQ(refusal(options), "");  // what was spoilt was the reason
 }
 
+TEST_F(Refusals, Of_prejudices_of_parameters_that_there_are_not) {
+  change("inmodel", "PREJUDICE FILE:   none", "PREJUDICE FILE:   prior");
+  InversionOptions options;
+  options.iterations = 0;
+  for (const int parameter : {0, 1, 36, 37}) {
+    const std::string number = std::to_string(parameter);
+    options.may_move_earlier = true;
+    static_cast<void>(folder.write("prior", "OCCAM2MTPREJ_2.0\nCOUNT: 1\n" + number + " 2.0 1.0\n"));
+    EXPECT_EQ(refusal(options),
+              parameter == 1 || parameter == 36 ? "" : "a prejudice names parameter " + number + " of 36");
+  }
+}
+
 TEST_F(Refusals, Of_options_and_of_iteration_files) {
   InversionOptions options;
   options.from = "/etc/passwd";
