@@ -46,6 +46,7 @@
 #include "exchange/windows/Form_transfer_functions.h"
 #include "import/field_files.h"
 #include "import/windows/Form_import_MTData.h"
+#include "import/windows/Form_import_report.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
 #include "occam/windows/results_windows.h"
 #include "platform/system/system_facts.h"
@@ -154,9 +155,8 @@ void Form_main::compose() {
 
   work_line_ = new WorkLine(this);
   setStatusBar(work_line_);
-  Module_Brenlox::set_finished_listener([this](const Module_Brenlox::FinishedWork& work) {
-    work_line_->tell(QString::fromStdString(work.text), QString::fromStdString(work.path));
-  });
+  Module_Brenlox::set_finished_listener(
+      [this](const Module_Brenlox::FinishedWork& work) { tell_work(work); });
 
   for (QPushButton* const button : findChildren<QPushButton*>()) {
     button->setAutoDefault(true);  // Enter presses the one that has the focus
@@ -249,7 +249,7 @@ void Form_main::connect_data_menus() {
   connect(marking_, &MarkingActions::edited, display_, &SurveyDisplay::redraw);
   connect(marking_, &MarkingActions::left, display_, &SurveyDisplay::redraw_marks);
   connect(display_, &SurveyDisplay::marks_changed, marking_, &MarkingActions::show_count);
-  const auto tell = [this](const QString& text) { work_line_->tell(text, {}); };
+  const auto tell = [this](const QString& text) { tell_work({text.toStdString(), {}, {}}); };
   connect(display_, &SurveyDisplay::told, this, tell);
   connect(marking_, &MarkingActions::told, this, tell);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
@@ -390,13 +390,25 @@ void Form_main::dropEvent(QDropEvent* event) {
 void Form_main::change_survey(const std::function<bool()>& change) {
   leave_text_box();
   Module_Brenlox::remember_place(Module_Brenlox::place_on_show());
+  told_of_survey_ = false;
   const bool changed = change();
+  if (changed) {
+    display_->leave_survey();
+    if (!told_of_survey_) {
+      work_line_->tell({}, {});  // what stood there was about the survey before
+    }
+  }
   if (changed || !session().database_open) {
     show_no_survey();
   }
   if (changed && session().database_open) {
     show_survey();
   }
+}
+
+void Form_main::tell_work(const Module_Brenlox::FinishedWork& work) {
+  told_of_survey_ = true;
+  work_line_->tell(QString::fromStdString(work.text), QString::fromStdString(work.path), work.show_remarks);
 }
 
 void Form_main::show_no_survey() {
@@ -578,7 +590,11 @@ void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   Module_Brenlox::select_imported(dialog.report());
   survey_changed();  // a run that failed or was stopped has stored files, too
   if (!dialog.told().isEmpty()) {
+    std::function<void()> show_remarks;
+    if (dialog.report().has_remarks()) {
+      show_remarks = [this, report = dialog.report()] { Form_import_report(report, this).exec(); };
+    }
     Module_Brenlox::tell_finished(dialog.told().toStdString() + "\nStored in " + session().database_file,
-                                  session().database_file);
+                                  session().database_file, show_remarks);
   }
 }

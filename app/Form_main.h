@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 
+#include "core/finished_work.h"
 #include "exchange/export_entries.h"
 #include "import/import_entries.h"
 #include "output/output_choices.h"
@@ -63,6 +64,7 @@ class Form_main : public QMainWindow {
   void leave_text_box();
   /// Shows the survey that is open after `change`, or that there is none, if it returns true.
   void change_survey(const std::function<bool()>& change);
+  void tell_work(const Module_Brenlox::FinishedWork& work);
   void show_no_survey();
   void show_survey();
   void set_database_menus(bool open);
@@ -86,6 +88,7 @@ class Form_main : public QMainWindow {
   QLabel* version_;
   HelpKey* help_key_;
   WorkLine* work_line_ = nullptr;
+  bool told_of_survey_ = false;  // while it changed
   SurveyDisplay* display_ = nullptr;
   SurveyTools* survey_tools_ = nullptr;
   ViewMenu* view_menu_ = nullptr;

@@ -171,6 +171,8 @@ void SurveyDisplay::reload() {
   show_survey(lists, read);
 }
 
+void SurveyDisplay::leave_survey() { panels_.profile->forget_choice(); }
+
 void SurveyDisplay::reload_readings() {
   const Shown before = shown_;
   const std::string station = panels_.station->series();

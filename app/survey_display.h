@@ -51,6 +51,8 @@ class SurveyDisplay : public QObject {
   /// @param frequency  Hz; above 0 it becomes that of the point clicked last, which commands act from
   /// @param data_type  is shown from now on; empty: the one that is
   void display_at(int station_index, double frequency, const std::string& data_type);
+  /// What stood out of the survey that was shown means nothing in the next one.
+  void leave_survey();
   /// What the profile takes the positions of the stations from.
   [[nodiscard]] Module_display_data::PositionSource positions() const { return axis_.source(); }
 

@@ -13,6 +13,7 @@
 WorkLine::WorkLine(QWidget* parent)
     : QStatusBar(parent),
       Label_work_(named(new QLabel, "Label_work")),
+      Command_work_remarks_(named(new QToolButton, "Command_work_remarks")),
       Command_forget_work_(named(new QToolButton, "Command_forget_work")) {
   setObjectName("Status_work");
   setSizeGripEnabled(false);
@@ -29,12 +30,24 @@ WorkLine::WorkLine(QWidget* parent)
   QSizePolicy keeps_its_place = Command_forget_work_->sizePolicy();
   keeps_its_place.setRetainSizeWhenHidden(true);  // graphs don't move when there is something to tell
   Command_forget_work_->setSizePolicy(keeps_its_place);
+  Command_work_remarks_->setText("Remarks...");
+  Command_work_remarks_->setAutoRaise(true);
+  Command_work_remarks_->setToolTip("Shows what the work has remarked on its files");
+  Command_work_remarks_->setAccessibleName("Remarks on the last work");
+  Command_work_remarks_->setFocusPolicy(Qt::TabFocus);
+  connect(Command_work_remarks_, &QToolButton::clicked, this, [this] {
+    const auto show = show_remarks_;  // what is shown may tell of work of its own
+    show();
+  });
   addWidget(Label_work_, 1);
+  addPermanentWidget(Command_work_remarks_);
   addPermanentWidget(Command_forget_work_);
   tell({}, {});
 }
 
-void WorkLine::tell(const QString& text, const QString& path) {
+void WorkLine::tell(const QString& text, const QString& path, const std::function<void()>& show_remarks) {
+  show_remarks_ = show_remarks;
+  Command_work_remarks_->setVisible(show_remarks_ != nullptr);
   const QStringList sentences = text.split('\n', Qt::SkipEmptyParts);
   text_ = text.isEmpty() ? text : QTime::currentTime().toString("HH:mm") + "  " + sentences.join(". ");
   const QFileInfo written(path);
@@ -52,10 +65,9 @@ void WorkLine::resizeEvent(QResizeEvent* event) {
 
 /// Both ends of a long line say something: what was done, and the name of the file.
 void WorkLine::show_text() {
-  constexpr int margins_and_button = 60;
-  const QString shown = fontMetrics()
-                            .elidedText(text_, Qt::ElideMiddle, std::max(width() - margins_and_button, 0))
-                            .toHtmlEscaped();
+  const int buttons = 60 + (show_remarks_ ? Command_work_remarks_->sizeHint().width() : 0);
+  const QString shown =
+      fontMetrics().elidedText(text_, Qt::ElideMiddle, std::max(width() - buttons, 0)).toHtmlEscaped();
   Label_work_->setText(folder_.isEmpty() ? shown : "<a href=\"folder\">" + shown + "</a>");
 }
 

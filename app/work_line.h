@@ -1,7 +1,8 @@
 // work_line.h: the status bar of the main window: what the last work has written and where. A click opens the
-// folder.
+// folder, and where there are remarks a button shows them.
 #pragma once
 #include <QStatusBar>
+#include <functional>
 
 class QLabel;
 class QToolButton;
@@ -15,7 +16,8 @@ class WorkLine : public QStatusBar {
 
   /// @param text  empty takes the line away
   /// @param path  of a file or folder; empty: nothing to open
-  void tell(const QString& text, const QString& path);
+  /// @param show_remarks  empty: there are none
+  void tell(const QString& text, const QString& path, const std::function<void()>& show_remarks = {});
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -25,7 +27,9 @@ class WorkLine : public QStatusBar {
   void open_folder() const;
 
   QLabel* Label_work_;
+  QToolButton* Command_work_remarks_;
   QToolButton* Command_forget_work_;
   QString text_;
   QString folder_;
+  std::function<void()> show_remarks_;
 };

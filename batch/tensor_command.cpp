@@ -14,6 +14,7 @@
 #include "database/frequency_store.h"
 #include "platform/files/safe_files.h"
 #include "tensor/line_tensors.h"
+#include "tensor/shared_remarks.h"
 
 namespace Batch {
 namespace {
@@ -50,14 +51,14 @@ int load(const TensorOptions& options, const LineChoice& choice, std::vector<Lin
 
 /// What has to be known of the stations, on the way for messages.
 void tell_remarks(const std::vector<LineStation>& stations) {
+  std::vector<std::string> remarks;
   for (const LineStation& station : stations) {
     if (!station.tensor.refusal.empty()) {
-      user_interface().show_message(station.tensor.refusal);
+      remarks.push_back(station.tensor.refusal);
     }
-    for (const std::string& remark : station.tensor.remarks) {
-      user_interface().show_message(remark);
-    }
+    remarks.insert(remarks.end(), station.tensor.remarks.begin(), station.tensor.remarks.end());
   }
+  Module_tensor::tell_shared(remarks);
 }
 
 void write(const std::string& path, const std::string& text) {

@@ -13,9 +13,10 @@ std::function<void(const FinishedWork&)>& listener() {
 
 }  // namespace
 
-void tell_finished(const std::string& text, const std::string& path) {
+void tell_finished(const std::string& text, const std::string& path,
+                   const std::function<void()>& show_remarks) {
   if (listener()) {
-    listener()({text, path});
+    listener()({text, path, show_remarks});
   }
 }
 

@@ -74,6 +74,8 @@ void ProfilePanel::clear() {
   graphs_->clear();
 }
 
+void ProfilePanel::forget_choice() { legend_->forget_choice(); }
+
 std::size_t ProfilePanel::column_of(int point) const {
   const auto at = static_cast<std::size_t>(point);
   return at < order_.size() ? order_[at] : at;

@@ -30,6 +30,8 @@ class ProfilePanel : public QWidget {
   /// nothing.
   void tell_support(const std::string& text);
   void clear();
+  /// No frequency stands out any more.
+  void forget_choice();
   void reset_zoom() { graphs_->reset_zoom(); }
   [[nodiscard]] GraphPairWidget& graphs() { return *graphs_; }
 

@@ -152,6 +152,11 @@ std::optional<std::size_t> ProfileLegend::chosen() const {
                             : std::optional(selected.front()->data(Qt::UserRole).toULongLong());
 }
 
+void ProfileLegend::forget_choice() {
+  const QSignalBlocker quiet(List_frequencies_);
+  List_frequencies_->clearSelection();
+}
+
 QString ProfileLegend::text_of(std::size_t index) const {
   return graph::FrequencyAxis::instance().short_text(double{listed_[index]});
 }

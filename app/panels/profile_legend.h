@@ -19,6 +19,7 @@ class ProfileLegend : public QWidget {
   void list_frequencies();
   /// The frequency that stands out, by its index in the data set.
   [[nodiscard]] std::optional<std::size_t> chosen() const;
+  void forget_choice();
   [[nodiscard]] bool labels_wanted() const;
 
  Q_SIGNALS:

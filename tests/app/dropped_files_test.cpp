@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -127,6 +128,22 @@ class DroppedFilesTest : public QObject, private WindowFixture {
     QVERIFY(curve.count() > 10);
     QVERIFY(control<VexGraphControl>("vxgraph_station_0")->isVisible());
     QVERIFY(control<QLabel>("Label_work")->toolTip().contains("Data import complete. 10 of 10 files"));
+
+    // Nothing had to be said at once; what was remarked can be read later.
+    QString read;
+    QTimer::singleShot(0, this, [&] {
+      QWidget* const report = QApplication::activeModalWidget();
+      read = report != nullptr ? report->windowTitle() : QString();
+      if (report != nullptr) {
+        report->close();
+      }
+    });
+    QVERIFY(control<QToolButton>("Command_work_remarks")->isVisible());
+    QTest::mouseClick(control<QToolButton>("Command_work_remarks"), Qt::LeftButton);
+    QCOMPARE(read, QString("Import Report"));
+    control<QAction>("menu_database_file_2")->trigger();
+    QVERIFY(!control<QToolButton>("Command_work_remarks")->isVisible());
+    QCOMPARE(control<QLabel>("Label_work")->accessibleName(), QString());
   }
 
   void a_survey_is_opened_and_takes_the_files_dropped_with_it() {

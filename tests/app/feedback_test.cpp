@@ -244,6 +244,17 @@ class FeedbackTest : public QObject, private MainViewFixture {
     QTest::keyClick(list, Qt::Key_Space);
     QCOMPARE(chosen(), -1);
 
+    // What stands out and what was told are about this survey.
+    click(1);
+    type(control<QLineEdit>("Text_static"), "x\r");
+    QVERIFY(!told().isEmpty());
+    QTest::keyClick(control<QLineEdit>("Text_static"), Qt::Key_Escape);
+    menu("menu_database_file_2");
+    QCOMPARE(told(), QString());
+    window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
+    QVERIFY(list->count() > 2);
+    QCOMPARE(chosen(), -1);
+
     QCOMPARE(list->item(0)->text(), QString("64"));
     item("menu_periods")->setChecked(true);
     QCOMPARE(list->item(0)->text(), QString("0.01563"));
