@@ -2,25 +2,24 @@
 
 #include "core/number_text.h"
 #include "core/session_state.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 
 namespace Module_Brenlox {
 
 namespace {
 
-constexpr const char* application = "Marrowgate";
-constexpr const char* section = "Brenlox";
 constexpr const char* places_section = "Brenlox places";  // a key is the path of a survey
 constexpr const char* both_modes_key = "View both modes";
 constexpr const char* periods_key = "View periods";
 constexpr const char* toolbar_key = "View toolbar";
 
 bool is_set(const char* key, bool by_default) {
-  return settings_store().value(application, section, key, by_default ? "1" : "0") == "1";
+  return settings_store().value(settings_application, settings_section, key, by_default ? "1" : "0") == "1";
 }
 
 void set(const char* key, bool value) {
-  settings_store().set_value(application, section, key, value ? "1" : "0");
+  settings_store().set_value(settings_application, settings_section, key, value ? "1" : "0");
 }
 
 /// "100 200E": the line may hold anything, the number no blank.
@@ -50,12 +49,13 @@ std::string place_on_show() {
 
 void remember_place(const std::string& place) {
   if (session().database_open && !place.empty()) {
-    settings_store().set_value(application, places_section, session().database_file, place);
+    settings_store().set_value(settings_application, places_section, session().database_file, place);
   }
 }
 
 std::int32_t remembered_station() {
-  const std::string place = settings_store().value(application, places_section, session().database_file, "");
+  const std::string place =
+      settings_store().value(settings_application, places_section, session().database_file, "");
   for (std::int32_t index = 1; !place.empty() && index <= session().station_count; ++index) {
     if (place_text(index) == place) {
       return index;

@@ -5,14 +5,13 @@
 #include <QWidget>
 
 #include "core/session_state.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 
 namespace {
 
 constexpr QSize design_size(1240, 760);
 constexpr QSize frame_room(8, 48);  // frame and title of a window
-constexpr const char* application = "Marrowgate";
-constexpr const char* settings_section = "Brenlox";
 constexpr const char* maximized_key = "MainWindowMaximized";
 
 }  // namespace
@@ -27,11 +26,12 @@ void restore_size(QWidget& window) {
                      pixels(session().form_height, room.height()));
   const bool is_given = session().form_width >= 1.0F && session().form_height >= 1.0F;
   window.resize(is_given ? stored : design_size.boundedTo(room));
-  if (settings_store().value(application, settings_section, maximized_key, "0") == "1") {
+  if (settings_store().value(settings_application, settings_section, maximized_key, "0") == "1") {
     window.setWindowState(window.windowState() | Qt::WindowMaximized);
   }
 }
 
 void keep_maximized(const QWidget& window) {
-  settings_store().set_value(application, settings_section, maximized_key, window.isMaximized() ? "1" : "0");
+  settings_store().set_value(settings_application, settings_section, maximized_key,
+                             window.isMaximized() ? "1" : "0");
 }

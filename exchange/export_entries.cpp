@@ -8,6 +8,7 @@
 #include "core/number_text.h"
 #include "core/session_state.h"
 #include "core/text_fields.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 #include "tensor/rotated_readings.h"
 
@@ -15,8 +16,6 @@ namespace Module_exchange {
 
 namespace {
 
-constexpr const char* application = "Marrowgate";
-constexpr const char* section = "Brenlox";
 constexpr const char* folder_key = "ExportDirectory";
 
 template <class Value>
@@ -93,7 +92,7 @@ void begin_export(const ExportLists& lists, ExportEntries& entries) {
     entries.lines.push_back(state.current_line);
   }
   if (trimmed(entries.folder).empty()) {
-    entries.folder = settings_store().value(application, section, folder_key, "");
+    entries.folder = settings_store().value(settings_application, settings_section, folder_key, "");
     std::error_code ignored;
     if (!std::filesystem::is_directory(entries.folder, ignored)) {
       entries.folder = Module_util::directory_of(session().database_file);
@@ -102,7 +101,7 @@ void begin_export(const ExportLists& lists, ExportEntries& entries) {
 }
 
 void keep_export_folder(const ExportEntries& entries) {
-  settings_store().set_value(application, section, folder_key, whole_folder(entries));
+  settings_store().set_value(settings_application, settings_section, folder_key, whole_folder(entries));
 }
 
 std::string whole_folder(const ExportEntries& entries) {

@@ -6,14 +6,13 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 
 namespace Module_data_file {
 
 namespace {
 
-constexpr const char* application = "Marrowgate";
-constexpr const char* section = "Brenlox";
 constexpr const char* entries_key = "ImportEntries";
 constexpr char between_fields = '\t';
 constexpr std::size_t fields_in_row = 4;
@@ -51,12 +50,12 @@ void keep_import_entries(const ImportChoices& choices) {
     std::ranges::replace(field, between_fields, ' ');
     text += field + between_fields;
   }
-  settings_store().set_value(application, section, entries_key, text);
+  settings_store().set_value(settings_application, settings_section, entries_key, text);
 }
 
 std::optional<ImportEntries> last_import_entries() {
   const std::vector<std::string> fields =
-      split(settings_store().value(application, section, entries_key, ""));
+      split(settings_store().value(settings_application, settings_section, entries_key, ""));
   if (fields.size() != field_count) {
     return std::nullopt;
   }

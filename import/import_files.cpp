@@ -8,6 +8,7 @@
 #include "core/session_state.h"
 #include "core/text_fields.h"
 #include "import/natural_order.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 
 namespace Module_data_file {
@@ -16,8 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* application = "Marrowgate";
-constexpr const char* section = "Brenlox";
 constexpr const char* folder_key = "ImportDirectory";
 constexpr const char* extension_key = "ImportFileExtension";
 constexpr const char* no_value = "<no value>";
@@ -25,7 +24,7 @@ constexpr const char* no_value = "<no value>";
 }  // namespace
 
 std::string import_start_folder() {
-  std::string folder = settings_store().value(application, section, folder_key, no_value);
+  std::string folder = settings_store().value(settings_application, settings_section, folder_key, no_value);
   std::error_code ignored;
   if (!fs::is_directory(folder, ignored)) {
     folder = Module_util::directory_of(session().database_file);
@@ -34,16 +33,17 @@ std::string import_start_folder() {
 }
 
 void keep_import_folder(const std::string& folder) {
-  settings_store().set_value(application, section, folder_key, folder);
+  settings_store().set_value(settings_application, settings_section, folder_key, folder);
 }
 
 std::string import_extension() {
-  const std::string kept = settings_store().value(application, section, extension_key, no_value);
+  const std::string kept =
+      settings_store().value(settings_application, settings_section, extension_key, no_value);
   return kept == no_value ? "edi" : kept;
 }
 
 void keep_import_extension(const std::string& extension) {
-  settings_store().set_value(application, section, extension_key, extension);
+  settings_store().set_value(settings_application, settings_section, extension_key, extension);
 }
 
 std::string plain_extension(const std::string& typed) {

@@ -5,14 +5,13 @@
 
 #include "core/number_text.h"
 #include "core/text_fields.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 
 namespace Module_output {
 
 namespace {
 
-constexpr const char* application = "Marrowgate";
-constexpr const char* section = "Brenlox";
 constexpr const char* no_value = "<no value>";
 
 constexpr const char* root_name_key = "RhoPlusRootName";
@@ -26,10 +25,12 @@ constexpr const char* apply_static_key = "RhoPlusApplyStatic";
 constexpr const char* exclude_negative_phase_key = "RhoPlusExcludeNegativePhase";
 constexpr const char* use_file_errors_key = "RhoPlusUseFileErrors";
 
-std::string stored(const char* key) { return settings_store().value(application, section, key, no_value); }
+std::string stored(const char* key) {
+  return settings_store().value(settings_application, settings_section, key, no_value);
+}
 
 void store(const char* key, const std::string& text) {
-  settings_store().set_value(application, section, key, text);
+  settings_store().set_value(settings_application, settings_section, key, text);
 }
 
 void take_choice(std::int32_t& setting, const std::string& text) {

@@ -8,6 +8,7 @@
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "core/trap_errors.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 #include "projections/value_fields.h"
 
@@ -17,7 +18,6 @@ namespace {
 
 using numerics::geodesy::CoordinateSystemValues;
 
-constexpr std::string_view application = "Marrowgate";
 constexpr std::string_view section = "Projection";
 constexpr std::string_view list_section = "Projection list";  // every key of the other one is a definition
 constexpr std::string_view emptied_key = "Emptied";
@@ -25,7 +25,8 @@ constexpr std::string_view emptied_key = "Emptied";
 std::string key_of(std::string_view name) { return std::string(trimmed(name)); }
 
 void write_to_store(const CoordSystem& definition) {
-  settings_store().set_value(application, section, key_of(definition.name), definition_text(definition));
+  settings_store().set_value(settings_application, section, key_of(definition.name),
+                             definition_text(definition));
 }
 
 void add_sorted(CoordSystems& coord_systems, const CoordSystem& definition) {
@@ -38,13 +39,13 @@ void add_sorted(CoordSystems& coord_systems, const CoordSystem& definition) {
 /// Brings the store back to an earlier list, after a failure that has been reported.
 void store_again(const CoordSystems& earlier) {
   try {
-    for (const std::string& key : settings_store().keys(application, section)) {
+    for (const std::string& key : settings_store().keys(settings_application, section)) {
       if (std::ranges::none_of(earlier, [&](const CoordSystem& listed) { return listed.name == key; })) {
         forget_definition(key);
       }
     }
     std::ranges::for_each(earlier, write_to_store);
-    static_cast<void>(settings_store().flush(application));
+    static_cast<void>(settings_store().flush(settings_application));
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch)
   }
 }
@@ -61,9 +62,10 @@ int load_coord_system_definitions(CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "load_coord_system_definitions");
   return trap_errors("An error occurred while adding the loading the coordinate system definitions ", [&] {
     coord_systems.clear();
-    for (const std::string& key : settings_store().keys(application, section)) {
+    for (const std::string& key : settings_store().keys(settings_application, section)) {
       std::string fault;
-      const auto values = definition_from_text(settings_store().value(application, section, key, ""), fault);
+      const auto values =
+          definition_from_text(settings_store().value(settings_application, section, key, ""), fault);
       if (!values) {
         Module_debug::write_debug(1, "coord_system " + fault + " invalid");
         forget_definition(key);
@@ -91,7 +93,7 @@ int save_coord_system_definitions(const CoordSystems& coord_systems, int index) 
     } else {
       std::ranges::for_each(coord_systems, write_to_store);
     }
-    if (!settings_store().flush(application)) {
+    if (!settings_store().flush(settings_application)) {
       throw std::runtime_error("the user's settings can't be written");
     }
   });
@@ -135,19 +137,23 @@ int add_coord_definitions_to_list(CoordSystems& coord_systems, const CoordSystem
   });
 }
 
-void forget_definition(std::string_view name) { settings_store().remove(application, section, key_of(name)); }
+void forget_definition(std::string_view name) {
+  settings_store().remove(settings_application, section, key_of(name));
+}
 
 void clear_definitions(CoordSystems& coord_systems) {
-  for (const std::string& key : settings_store().keys(application, section)) {
+  for (const std::string& key : settings_store().keys(settings_application, section)) {
     forget_definition(key);
   }
   coord_systems.clear();
   note_emptied_list();
 }
 
-void note_emptied_list() { settings_store().set_value(application, list_section, emptied_key, "1"); }
+void note_emptied_list() { settings_store().set_value(settings_application, list_section, emptied_key, "1"); }
 
-bool list_was_emptied() { return settings_store().value(application, list_section, emptied_key, "0") == "1"; }
+bool list_was_emptied() {
+  return settings_store().value(settings_application, list_section, emptied_key, "0") == "1";
+}
 
 int find_definition(const CoordSystems& coord_systems, std::string_view name) {
   const std::string wanted = name_part(name);

@@ -175,13 +175,12 @@ void Form_frequency::switch_cell(int row, int column) {
 }
 
 void Form_frequency::set_range(bool use) {
-  const std::string wrong =
-      choice_.set_range(Text_from_->text().toStdString(), Text_to_->text().toStdString(), use);
+  const auto wrong = choice_.set_range(Text_from_->text().toStdString(), Text_to_->text().toStdString(), use);
   show_choice();
-  if (!wrong.empty()) {
-    QLineEdit* const box = wrong.starts_with("From") ? Text_from_ : Text_to_;
-    mark_entry(*box, qt_text(wrong));
-    Label_count_->setText(qt_text(wrong));
+  if (wrong) {
+    QLineEdit* const box = wrong->at_from ? Text_from_ : Text_to_;
+    mark_entry(*box, qt_text(wrong->text));
+    Label_count_->setText(qt_text(wrong->text));
     box->setFocus();
     box->selectAll();
   }

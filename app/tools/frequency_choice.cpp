@@ -10,16 +10,17 @@ namespace Module_Brenlox {
 
 namespace {
 
-/// @return what is wrong with a text
-std::string read_end(const std::string& name, const std::string& text, double& end) {
+/// @return whether the text is empty or a frequency
+bool read_end(const std::string& text, double& end) {
   if (text.find_first_not_of(' ') == std::string::npos) {
-    return {};
+    return true;
   }
-  if (!is_numeric(text) || !(numeric_value(text) > 0.0)) {
-    return name + ": '" + text + "' is not a frequency above 0 Hz";
-  }
-  end = numeric_value(text);
-  return {};
+  end = is_numeric(text) ? numeric_value(text) : 0.0;
+  return end > 0.0;
+}
+
+std::string no_frequency(const std::string& end, const std::string& text) {
+  return end + ": '" + text + "' is not a frequency above 0 Hz";
 }
 
 }  // namespace
@@ -42,13 +43,15 @@ void FrequencyChoice::set_rows(std::size_t one, std::size_t other, bool use) {
   change(std::move(uses));
 }
 
-std::string FrequencyChoice::set_range(const std::string& from, const std::string& to, bool use) {
+std::optional<RangeFault> FrequencyChoice::set_range(const std::string& from, const std::string& to,
+                                                     bool use) {
   double low = 0.0;
   double high = std::numeric_limits<double>::infinity();
-  for (const std::string& wrong : {read_end("From", from, low), read_end("To", to, high)}) {
-    if (!wrong.empty()) {
-      return wrong;
-    }
+  if (!read_end(from, low)) {
+    return RangeFault{true, no_frequency("From", from)};
+  }
+  if (!read_end(to, high)) {
+    return RangeFault{false, no_frequency("To", to)};
   }
   if (low > high) {
     std::swap(low, high);
@@ -62,7 +65,7 @@ std::string FrequencyChoice::set_range(const std::string& from, const std::strin
     }
   }
   change(std::move(uses));
-  return {};
+  return std::nullopt;
 }
 
 void FrequencyChoice::set_stored() { change(stored_); }

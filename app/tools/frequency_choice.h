@@ -3,12 +3,19 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/frequencies.h"
 
 namespace Module_Brenlox {
+
+/// Which end of a typed range is wrong, and why: a sentence that names it.
+struct RangeFault {
+  bool at_from = false;
+  std::string text;
+};
 
 class FrequencyChoice {
  public:
@@ -27,8 +34,8 @@ class FrequencyChoice {
   void set_rows(std::size_t one, std::size_t other, bool use);
   /// The frequencies between two typed ones, Hz, both included, in either order; frequencies are shown and
   /// typed with few digits, so that the ends have a tolerance. An empty text is the end of the list.
-  /// @return what is wrong with the texts, naming the one; empty if nothing is
-  [[nodiscard]] std::string set_range(const std::string& from, const std::string& to, bool use);
+  /// @return what is wrong with the texts; none if nothing is
+  [[nodiscard]] std::optional<RangeFault> set_range(const std::string& from, const std::string& to, bool use);
   /// Back to what is stored.
   void set_stored();
   void undo();

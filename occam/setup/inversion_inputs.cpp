@@ -12,14 +12,13 @@
 #include "core/trap_errors.h"
 #include "occam/setup/mesh_design.h"
 #include "occam/setup/run_files.h"
+#include "platform/settings_store/settings_names.h"
 #include "platform/settings_store/settings_store.h"
 
 namespace Module_occam {
 
 namespace {
 
-constexpr const char* application = "Marrowgate";
-constexpr const char* section = "Brenlox";
 constexpr const char* no_value = "<no value>";
 constexpr const char* directory_key = "OccamDirectory";
 constexpr const char* modes_key = "OccamModes";
@@ -89,10 +88,12 @@ constexpr std::array<SwitchEntry, 2> switch_entries{
     {{&InversionInputs::use_standard_error, "OccamStandardResError"},
      {&InversionInputs::use_rhoplus_error, "OccamUseRhoplusError"}}};
 
-std::string stored(const char* key) { return settings_store().value(application, section, key, no_value); }
+std::string stored(const char* key) {
+  return settings_store().value(settings_application, settings_section, key, no_value);
+}
 
 void store(const char* key, std::string_view text) {
-  settings_store().set_value(application, section, key, text);
+  settings_store().set_value(settings_application, settings_section, key, text);
 }
 
 bool is_positive_number(std::string_view text) {

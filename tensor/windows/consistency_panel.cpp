@@ -102,6 +102,8 @@ void ConsistencyPanel::lay_out() {
   }
   row->addStretch(1);
   Label_proposal_->setWordWrap(true);
+  Label_proposal_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  Label_proposal_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // the buttons stay where they are
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(4);
@@ -176,9 +178,11 @@ void ConsistencyPanel::show_proposal() {
   Command_mask_->setEnabled(proposal_ && !proposal_->empty());
   Command_clear_->setEnabled(proposal_.has_value());
   Label_proposal_->setText(summary());
-  Label_proposal_->setVisible(proposal_.has_value());
 }
 
 QString ConsistencyPanel::summary() const {
-  return proposal_ ? qt_text(proposal_text(*proposal_)) : QString();
+  return proposal_
+             ? qt_text(proposal_text(*proposal_))
+             : QString(
+                   "\"Propose\" rings what no layered earth explains; nothing is masked before \"Mask\".");
 }

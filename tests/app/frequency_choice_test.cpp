@@ -29,13 +29,19 @@ TEST(Frequency_choice, Of_a_typed_range_takes_both_ends_and_names_a_wrong_text) 
        {Case{"1", "50", "10001"}, Case{"50", "1", "10001"}, Case{"", "1", "00101"}, Case{"10", " ", "11000"},
         Case{"0.3333", "0.3333", "01101"}, Case{"2", "9", "11101"}, Case{"", "", "00000"}}) {
     FrequencyChoice choice = five();
-    EXPECT_EQ(choice.set_range(c.from, c.to, false), "") << c.from << " " << c.to;
+    EXPECT_FALSE(choice.set_range(c.from, c.to, false)) << c.from << " " << c.to;
     EXPECT_EQ(uses(choice), c.left) << c.from << " " << c.to;
-    EXPECT_EQ(choice.set_range(c.from, c.to, true), "");
+    EXPECT_FALSE(choice.set_range(c.from, c.to, true));
   }
   FrequencyChoice choice = five();
-  EXPECT_EQ(choice.set_range("1", "5o", false), "To: '5o' is not a frequency above 0 Hz");
-  EXPECT_EQ(choice.set_range("-1", "50", false), "From: '-1' is not a frequency above 0 Hz");
+  const auto at_to = choice.set_range("1", "5o", false);
+  ASSERT_TRUE(at_to);
+  EXPECT_FALSE(at_to->at_from);
+  EXPECT_EQ(at_to->text, "To: '5o' is not a frequency above 0 Hz");
+  const auto at_from = choice.set_range("-1", "50", false);
+  ASSERT_TRUE(at_from);
+  EXPECT_TRUE(at_from->at_from);
+  EXPECT_EQ(at_from->text, "From: '-1' is not a frequency above 0 Hz");
   EXPECT_FALSE(choice.differs() || choice.can_undo());
 }
 
