@@ -14,6 +14,7 @@
 #include "occam/windows/short_site_name.h"
 #include "platform/graph/picture_axes.h"
 #include "platform/widgets/copy_cells.h"
+#include "platform/widgets/heading_label.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/widgets/vex_splitter.h"
 
@@ -65,7 +66,7 @@ ResponseFrame::ResponseFrame(const OccamResponse& response, QWidget* parent)
       views_(response_views(response)),
       Combo_response_view_(make_list("Combo_response_view")),
       Combo_response_mode_(make_list("Combo_response_mode")),
-      Label_station_(make_heading("Label_station")),
+      Label_station_(named(new HeadingLabel, "Label_station")),
       HScroll_station_(named(new QScrollBar(Qt::Horizontal), "HScroll_station")),
       Combo_display_mode_(make_list("Combo_display_mode")),
       Combo_display_oddsevens_(make_list("Combo_display_oddsevens")),
@@ -324,10 +325,10 @@ void ResponseFrame::display_station(int site_number) {
     HScroll_station_->setValue(site_number);
   }
   const auto site = static_cast<std::size_t>(site_number) - 1;
-  Label_station_->setText("Site " + short_site_name(response_.resp_site_names[site]) +
-                          qt_text(" at " + format_number(response_.resp_offsets[site], "0.0") + " m, RMS " +
-                                  format_number(misfits_.of_site(site_number).rms(), "0.00")));
-  Label_station_->setToolTip(Label_station_->text());  // cut off in a narrow pane
+  const QString name = short_site_name(response_.resp_site_names[site]);
+  const QString place = qt_text(" at " + format_number(response_.resp_offsets[site], "0.0") + " m");
+  const QString rms = qt_text(", RMS " + format_number(misfits_.of_site(site_number).rms(), "0.00"));
+  Label_station_->set_texts("Site " + name + place + rms, {name + place + rms, name + rms, name});
   for (const Pane pane : panes) {
     const std::size_t i = pane_index(pane);
     station_graphs_[i]->show_plot(station_curves(response_, view(), pane, site_number));

@@ -8,6 +8,7 @@
 #include "occam/windows/picture_error.h"
 #include "occam/windows/response_graph.h"
 
+class HeadingLabel;
 class QComboBox;
 class QLabel;
 class QScrollBar;
@@ -58,7 +59,7 @@ class ResponseFrame : public QWidget {
   QWidget* channel_choice_;
   QComboBox* Combo_response_view_;
   QComboBox* Combo_response_mode_;
-  QLabel* Label_station_;
+  HeadingLabel* Label_station_;
   QScrollBar* HScroll_station_;
   QComboBox* Combo_display_mode_;
   QComboBox* Combo_display_oddsevens_;
