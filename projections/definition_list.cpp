@@ -50,6 +50,23 @@ void store_again(const CoordSystems& earlier) {
   }
 }
 
+/// The names under which definitions are stored. One with blanks around it, as an editor may leave, would be
+/// found by no name that is given: its definition moves to the name without them.
+std::vector<std::string> stored_names() {
+  for (const std::string& key : settings_store().keys(settings_application, section)) {
+    const std::string name = key_of(key);
+    if (name == key) {
+      continue;
+    }
+    const std::string text = settings_store().value(settings_application, section, key, "");
+    settings_store().remove(settings_application, section, key);
+    if (!name.empty() && settings_store().value(settings_application, section, name, "").empty()) {
+      settings_store().set_value(settings_application, section, name, text);
+    }
+  }
+  return settings_store().keys(settings_application, section);
+}
+
 template <class Test>
 int number_of(const CoordSystems& coord_systems, Test test) {
   const auto found = std::ranges::find_if(coord_systems, test);
@@ -62,7 +79,7 @@ int load_coord_system_definitions(CoordSystems& coord_systems) {
   Module_debug::write_debug(1, "load_coord_system_definitions");
   return trap_errors("An error occurred while adding the loading the coordinate system definitions ", [&] {
     coord_systems.clear();
-    for (const std::string& key : settings_store().keys(settings_application, section)) {
+    for (const std::string& key : stored_names()) {
       std::string fault;
       const auto values =
           definition_from_text(settings_store().value(settings_application, section, key, ""), fault);

@@ -128,6 +128,17 @@ TEST_F(Definition_list, Collapses_equal_values_under_two_names_into_the_later_on
   EXPECT_EQ(stored(), Names{"B"});
 }
 
+TEST_F(Definition_list, Stored_names_lose_what_is_around_them) {
+  put_into_store(" AMG\t", "4283;2;2;0;0;0;0;0;0;0;6;50");
+  put_into_store(" MGA ", "4283;2;2;0;0;0;0;0;0;0;6;51");
+  put_into_store("MGA", "4283;2;2;0;0;0;0;0;0;0;6;55");
+  put_into_store("  ", "4283;2;2;0;0;0;0;0;0;0;6;56");
+  restart();
+  EXPECT_EQ(listed(), (Names{"AMG", "MGA"}));
+  EXPECT_EQ(coord_systems[1].zone_number, 55);
+  EXPECT_EQ(stored(), (Names{"AMG", "MGA"}));
+}
+
 TEST_F(Definition_list, Goes_through_a_file_and_comes_back) {
   const Names names{"\"quoted\", with comma | and, \"so\" on", "Lambert | a|b", "None of these", "zone Süd"};
   for (std::size_t index = 0; index < names.size(); ++index) {
