@@ -42,8 +42,8 @@ std::optional<Module_occam::RunView> open_run(const RunOptions& options,
   }
   const int iteration = options.iteration.value_or(results.last_iteration);
   if (iteration > results.last_iteration || !results.has(iteration)) {
-    if (results.seen.empty()) {
-      user_interface().show_message(Module_occam::no_iterations_message);
+    if (!results.has_iterations()) {
+      user_interface().show_message(Module_occam::lack_of_iterations(results));
       return {};
     }
     user_interface().show_message("There is no file of iteration " + std::to_string(iteration));

@@ -3,7 +3,7 @@
 #include <exception>
 #include <string_view>
 
-#include "formats/occam/iteration_file.h"
+#include "core/text_fields.h"
 #include "formats/occam/mesh_file.h"
 #include "formats/occam/model_file.h"
 #include "formats/occam/text_input.h"
@@ -11,6 +11,22 @@
 namespace fs = std::filesystem;
 
 namespace Module_occam {
+
+std::string own_start(const std::string& control_file) {
+  const bool of_folder = equal_ignoring_case(control_file, "startup") ||
+                         equal_ignoring_case(std::string_view(control_file).substr(0, 4), "ITER");
+  return of_folder ? std::string() : control_file;
+}
+
+bool is_of_run(const std::string& control_file, const std::string& model_file,
+               const OccamIteration& iteration) {
+  const auto same = [](const std::string& a, const std::string& b) {
+    return equal_ignoring_case(fs::path(a).lexically_normal().string(),
+                               fs::path(b).lexically_normal().string());
+  };
+  return own_start(control_file).empty() || iteration.model_file.empty() ||
+         same(iteration.model_file, model_file);
+}
 
 bool is_of_start_format(const fs::path& file) {
   try {

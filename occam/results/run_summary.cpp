@@ -12,6 +12,7 @@
 #include "formats/occam/model_file.h"
 #include "occam/occam_files.h"
 #include "occam/results/iteration_model.h"
+#include "occam/run_parts.h"
 
 namespace fs = std::filesystem;
 
@@ -87,6 +88,7 @@ RunFiles read_run_files(const fs::path& folder, const std::string& control_file)
     throw RunFault("There is no start file and no iteration file");
   }
   RunFiles run;
+  run.control_file = control;
   run.names =
       read_part(control, "a start file", [&] { return read_control_file((folder / control).string()); });
   run.data = read_part(run.names.data_file, "a data file",
@@ -111,6 +113,10 @@ std::vector<ListedIteration> list_iterations(const fs::path& folder, const RunFi
            name});
     } catch (const RunFault& fault) {
       remarks.emplace_back(fault.what());
+      continue;
+    }
+    if (!is_of_run(run.control_file, run.names.model_file, iterations.back())) {
+      iterations.pop_back();
       continue;
     }
     const std::string& model_file = iterations.back().model_file;

@@ -19,6 +19,7 @@ std::filesystem::path control_file_in(const std::filesystem::path& folder);
 
 /// What the files of a run say before any iteration.
 struct RunFiles {
+  std::string control_file;  // without folder
   ControlFile names;
   OccamData data;
   OccamModel model;
@@ -33,10 +34,9 @@ struct ListedIteration : OccamIteration {  // without parameters
   std::string file;                        // without folder
 };
 
-/// The heads of all iteration files in a folder, by their numbers. Shows nothing.
+/// The heads of a run's iteration files in its folder, by their numbers. Shows nothing.
 /// @param remarks  gets a sentence for each that can't be read, which is left out, and for each that names
-/// the
-///                 run's model but isn't of it, which isn't
+///                 the run's model but isn't of it, which isn't
 std::vector<ListedIteration> list_iterations(const std::filesystem::path& folder, const RunFiles& run,
                                              std::vector<std::string>& remarks);
 
