@@ -146,10 +146,10 @@ bool may_replace(const std::vector<safe_files::NewFile>& files) {
 
 std::string report_of(const std::string& path, const TopoMask& mask, const MaskedRun& run) {
   std::string text = "Number of free parameters: " + std::to_string(free_triangles(mask.masked)) +
-                     ". The mesh is written to " + path;
+                     " (triangles of the mesh). The mesh is written to " + path;
   if (!run.start_file.empty()) {
     text += ", with the model " + run.model_file + " and the start file " + run.start_file + " of " +
-            std::to_string(run.parameters) + " parameters";
+            std::to_string(run.parameters) + " parameters (blocks and static shifts that stay free)";
   }
   return text;
 }

@@ -361,7 +361,8 @@ TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_it
   EXPECT_EQ(free_blocks(mask.model, mask.masked), 2);  // those of the second layer
   ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), 0);
   EXPECT_EQ(interface.take_messages(),
-            Messages{"Number of free parameters: 16. The mesh is written to " + folder.path("masked.msh")});
+            Messages{"Number of free parameters: 16 (triangles of the mesh). The mesh is written to " +
+                     folder.path("masked.msh")});
   const OccamMesh written = read_mesh_file(folder.path("masked.msh"));
   EXPECT_EQ(written.mesh_code, mask.masked);
   EXPECT_EQ(written.mesh_code[0][0], "0000");

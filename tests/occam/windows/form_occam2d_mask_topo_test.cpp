@@ -185,7 +185,8 @@ class FormOccam2dMaskTopoTest : public QObject {
     QCOMPARE(request.suggested_name, std::string("mesh_topo_mask.msh"));
     const std::string saved = file_contents(folder_->path("masked.msh"));
     QCOMPARE(messages.back(), "Number of free parameters: " + std::to_string(std::ranges::count(saved, '?')) +
-                                  ". The mesh is written to " + folder_->path("masked.msh"));
+                                  " (triangles of the mesh). The mesh is written to " +
+                                  folder_->path("masked.msh"));
     choose("Option_mask_style_1");
     click("Command_save_mesh");  // No to the question
     QCOMPARE(recorded().questions, Messages{"The specified file already exists. Overwrite?"});
