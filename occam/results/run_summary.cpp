@@ -137,6 +137,12 @@ int read_run(const fs::path& folder, const std::string& control_file, RunSummary
     RunSummary read{read_run_files(folder, control_file), {}};
     report_shared_node(read.model);
     std::vector<std::string> remarks;
+    try {
+      (void)read_part(read.names.data_file, "a data file",
+                      [&] { return read_data_file((folder / read.names.data_file).string()); });
+    } catch (const RunFault& fault) {
+      remarks.emplace_back(fault.what());
+    }
     read.iterations = list_iterations(folder, read, remarks);
     for (const std::string& remark : remarks) {
       user_interface().show_message(remark);

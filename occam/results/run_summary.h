@@ -46,7 +46,8 @@ struct RunSummary : RunFiles {
 
 /// Reads a run directory: names from `control_file` in it or, if that is empty, from "startup" or else the
 /// first iteration file; sites, model, the heads of all iteration files. Iteration files that can't be read
-/// are reported and left out.
+/// are reported and left out; a data file that can't be read behind its sites, as one that was cut off, is
+/// reported.
 /// @return 0, or -1 after a message
 [[nodiscard]] int read_run(const std::filesystem::path& folder, const std::string& control_file,
                            RunSummary& run);
