@@ -226,10 +226,11 @@ HeadingForm heading_form(const QPainter& painter, const std::vector<FrequencyBan
   while (form.digits > fewest_digits && widest(form.digits) > width - gap) {
     --form.digits;
   }
-  const double share = (width - gap) / widest(form.digits);
-  if (share < 1.0) {
-    form.font.setPixelSize(
-        static_cast<int>(QFontInfo(painter.font()).pixelSize() * std::max(share, least_letters)));
+  const double share = std::clamp((width - gap) / widest(form.digits), least_letters, 1.0);
+  if (form.font.pointSizeF() > 0.0) {
+    form.font.setPointSizeF(share * form.font.pointSizeF());
+  } else {
+    form.font.setPixelSize(static_cast<int>(share * form.font.pixelSize()));
   }
   return form;
 }
