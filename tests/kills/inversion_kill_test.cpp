@@ -35,7 +35,7 @@ class InversionKills : public ::testing::Test {
   InversionKills() { made::write_inversion(folder); }
 
   [[nodiscard]] fs::path copy(const std::string& name) const {
-    const fs::path place = folder.folder() / name;
+    fs::path place = folder.folder() / name;
     fs::create_directory(place);
     for (const char* file : run_files) {
       fs::copy_file(folder.path(file), place / file);
