@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
 #include <QPlainTextEdit>
@@ -150,6 +151,8 @@ class FormOccam2dMaskTopoTest : public QObject {
   void masks_the_mesh_shows_it_and_saves_it() {
     choose_files();
     QCOMPARE(control("Text_number_locations")->text(), QString("21"));
+    QCOMPARE(control<QLabel>("Label_left_out")->text(),
+             QString("Line 2 is left out: no number for the station or the elevation"));  // the heading
     QVERIFY(control<QPlainTextEdit>("Text_data_file")->toPlainText().startsWith("! line 200E"));
     save_picture("mask_topo_file.png");
     pages().setCurrentIndex(mesh_page);
