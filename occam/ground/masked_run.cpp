@@ -108,9 +108,11 @@ PlannedRun plan_run(const std::string& mesh_path, const TopoMask& mask) {
   const fs::path model = fs::absolute(mask.model_path);
   const fs::path folder = model.parent_path();
   std::error_code ignored;
-  const fs::path control = control_file_in(folder);
-  if (control.empty() || !fs::equivalent(folder, mesh.parent_path(), ignored) ||
-      !equal_ignoring_case(read_control_file(control.string()).model_file, model.filename().string())) {
+  if (!fs::equivalent(folder, mesh.parent_path(), ignored)) {
+    return {};
+  }
+  const fs::path control = control_file_of(folder, model.filename().string());
+  if (control.empty()) {
     return {};
   }
   const OccamIteration start = read_iteration_file(IterationParts::with_parameters, control.string());

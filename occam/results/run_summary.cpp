@@ -57,6 +57,31 @@ fs::path control_file_in(const fs::path& folder) {
   return names.empty() ? fs::path() : folder / names.front();
 }
 
+fs::path control_file_of(const fs::path& folder, const std::string& model_file) {
+  const auto names_it = [&](const fs::path& file) {
+    return equal_ignoring_case(read_control_file(file.string()).model_file, model_file);
+  };
+  fs::path control = control_file_in(folder);
+  if (control.empty() || names_it(control)) {
+    return control;
+  }
+  std::vector<fs::path> others;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder.empty() ? fs::path(".") : folder)) {
+    if (!own_start(entry.path().filename().string()).empty() && is_of_start_format(entry.path())) {
+      others.push_back(entry.path());
+    }
+  }
+  std::ranges::sort(others);
+  const auto found = std::ranges::find_if(others, [&](const fs::path& file) {
+    try {
+      return names_it(file);
+    } catch (const std::exception&) {
+      return false;
+    }
+  });
+  return found == others.end() ? fs::path() : *found;
+}
+
 namespace {
 
 /// The model file that the iteration of the highest number names. A run over a masked mesh stands in the

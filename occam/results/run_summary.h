@@ -17,6 +17,10 @@ std::vector<std::string> iteration_file_names(const std::string& folder);
 /// Empty without either.
 std::filesystem::path control_file_in(const std::filesystem::path& folder);
 
+/// The one for a model of the folder: control_file_in, or else another start file, whichever names it. Empty
+/// without either. Throws as read_control_file where control_file_in can't be read.
+std::filesystem::path control_file_of(const std::filesystem::path& folder, const std::string& model_file);
+
 /// What the files of a run say before any iteration.
 struct RunFiles {
   std::string control_file;  // without folder
