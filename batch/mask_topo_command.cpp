@@ -8,6 +8,7 @@
 
 #include "batch/command.h"
 #include "core/number_text.h"
+#include "core/user_interface.h"
 #include "occam/ground/masked_run.h"
 #include "occam/ground/topo_mask.h"
 
@@ -76,6 +77,9 @@ int run_mask_topo(MaskTopoOptions& options) {
   TopoMask mask;
   if (load_locations(options.locations, mask.topo) != 0 || read_model_to_mask(options.model, mask) != 0) {
     return status_failed;
+  }
+  if (const std::string left_out = left_out_text(mask.topo.left_out); !left_out.empty()) {
+    user_interface().show_message(left_out);
   }
   mask.choices = {options.style, options.free_triangle,
                   options.datum_elevation.value_or(mask.topo.highest_elevation())};

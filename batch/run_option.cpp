@@ -5,11 +5,26 @@
 
 #include "batch/command.h"
 #include "core/user_interface.h"
+#include "occam/inversion/earlier_iterations.h"
 #include "occam/results/run_summary.h"
 
 namespace fs = std::filesystem;
 
 namespace Batch {
+
+namespace {
+
+/// Of the last iterations: nobody is to take an earlier one for the last.
+void tell_unreadable(const Module_occam::RunResults& results) {
+  for (const auto& [name, stamp] : results.refused) {
+    if (Module_occam::iteration_number_of(name) > results.last_iteration) {
+      user_interface().show_message(name + " can't be read; iteration " +
+                                    std::to_string(results.last_iteration) + " is taken for the last one");
+    }
+  }
+}
+
+}  // namespace
 
 void add_control_option(Parser& parser, std::string& control_file) {
   parser.add_option("--control", control_file,
@@ -42,12 +57,15 @@ std::optional<Module_occam::RunView> open_run(const RunOptions& options,
   }
   const int iteration = options.iteration.value_or(results.last_iteration);
   if (iteration > results.last_iteration || !results.has(iteration)) {
-    if (results.seen.empty()) {
-      user_interface().show_message(Module_occam::no_iterations_message);
+    if (!results.has_iterations()) {
+      user_interface().show_message(Module_occam::lack_of_iterations(results));
       return {};
     }
     user_interface().show_message("There is no file of iteration " + std::to_string(iteration));
     return {};
+  }
+  if (!options.iteration) {
+    tell_unreadable(results);
   }
   Module_occam::RunView view(std::move(results));
   view.choose_iteration(iteration);

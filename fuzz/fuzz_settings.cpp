@@ -69,10 +69,12 @@ void check_inversion() {
   const Module_occam::InversionInputs again = Module_occam::load_inversion_inputs();
   Module_occam::InversionChoices choices;
   Module_occam::InversionChoices of_again;
-  const char* const fault = Module_occam::invalid_entry(inputs, choices);
-  require(fault == Module_occam::invalid_entry(again, of_again));
-  require(fault != nullptr || (choices.num_layers == of_again.num_layers && choices.target_RMS > 0.0 &&
-                               std::isfinite(choices.block_width)));
+  const auto fault = Module_occam::invalid_entry(inputs, choices);
+  const auto of_again_fault = Module_occam::invalid_entry(again, of_again);
+  require(fault.has_value() == of_again_fault.has_value());
+  require(!fault || fault->entry == of_again_fault->entry);
+  require(fault || (choices.num_layers == of_again.num_layers && choices.target_RMS > 0.0 &&
+                    std::isfinite(choices.block_width)));
 }
 
 void check_definitions() {

@@ -70,6 +70,8 @@ int write_station(const LineOutput& line, double station, std::string& batch, Rh
     return -1;
   }
   const std::string name = rhoplus_stem(line.settings, station) + ".dat";
+  std::error_code unreadable;
+  const bool replaces = fs::exists(line.folder / name, unreadable);
   RhoplusTables tables;
   if (write_rhoplus_file((line.folder / name).string(), station, merged, line.frequencies, line.settings,
                          tables) != 0) {
@@ -78,6 +80,7 @@ int write_station(const LineOutput& line, double station, std::string& batch, Rh
   if (!tables.data.empty()) {
     batch += "rhopp < " + name + "\r\n";
     ++counts.stations;
+    counts.replaced += replaces ? 1 : 0;
     counts.rows += static_cast<int>(tables.data.size());
   }
   return 0;
@@ -176,6 +179,9 @@ std::string rhoplus_summary(const RhoplusCounts& counts, const RhoplusSettings& 
          (counts.stations == 1 ? " control file with " : " control files with ") +
          std::to_string(counts.rows) + (counts.rows == 1 ? " row" : " rows") + " written to " + folder +
          ", with " + batch_file_name(settings) +
+         (counts.replaced > 0 ? ", in place of " + std::to_string(counts.replaced) +
+                                    (counts.replaced == 1 ? " earlier file" : " earlier files")
+                              : "") +
          (counts.strike ? ", " + Module_tensor::report_text(*counts.strike, counts.rotation) : "");
 }
 

@@ -27,14 +27,15 @@ std::vector<double> rhoplus_stations(const Module_database::LineSelection& selec
 
 struct RhoplusCounts {
   int stations = 0;  // control files written
+  int replaced = 0;  // those of them that took the place of an earlier file, as of another line's station
   int rows = 0;      // data rows in them
   bool stopped = false;
   std::optional<double> strike;  // that the curves were rotated to, degrees from north
   Module_tensor::RotationReport rotation;
 };
 
-/// "12 control files with 300 rows written to /surveys/rho, with tmd_run.bat", and what the curves were
-/// rotated to.
+/// "12 control files with 300 rows written to /surveys/rho, with tmd_run.bat", how many files were replaced,
+/// and what the curves were rotated to.
 std::string rhoplus_summary(const RhoplusCounts& counts, const RhoplusSettings& settings,
                             const std::string& folder);
 

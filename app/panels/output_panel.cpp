@@ -123,6 +123,7 @@ void OutputPanel::write() {
   const auto show_row_count = [this](int rows) {
     ui_->Label_numout->setText(QString::fromStdString(format_number(rows, "0")));
   };
+  show_row_count(0);  // those of an earlier output are none of this one's, whatever becomes of it
   if (kind_ == Module_output::OutputKind::rhoplus) {
     const std::string folder = ui_->Text_rhoplus_output_directory->text().toStdString();
     static_cast<void>(Module_output::write_chosen_rhoplus(lists_, choices, Module_output::rhoplus_settings(),

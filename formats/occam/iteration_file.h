@@ -42,6 +42,7 @@ OccamIteration read_iteration_file(IterationParts parts, const std::string& path
 struct ControlFile {
   std::string model_file;  // as written in the file, without a folder as a rule
   std::string data_file;
+  friend bool operator==(const ControlFile&, const ControlFile&) = default;
 };
 
 /// Reads the names of model and data file from a start or iteration file, of the ordinary or the FLEX form.

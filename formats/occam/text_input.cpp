@@ -22,9 +22,17 @@ bool is_named(std::string_view what, std::string_view file) {
 FileFault::FileFault(const std::string& file, const std::string& what)
     : std::runtime_error(is_named(what, file) ? what : file + ": " + what) {}
 
+bool TextInput::next(std::string_view& line) {
+  const bool found = lines_.next(line);
+  if (lines_.nul_bytes() > 0) {
+    throw std::runtime_error("the file holds bytes that are 0, as a failing disk or transfer leaves them");
+  }
+  return found;
+}
+
 std::string_view TextInput::line() {
   std::string_view line;
-  if (!lines_.next(line)) {
+  if (!next(line)) {
     throw std::runtime_error("the file ends behind line " + std::to_string(line_number()));
   }
   return line;

@@ -52,7 +52,8 @@ auto read_named_file(const std::filesystem::path& file, const Read& read) {
   }
 }
 
-/// The lines of one file.
+/// The lines of one file. One with NUL bytes is damaged, and refused with std::runtime_error: they come as
+/// "?", and in a mesh that is the code of a free cell.
 class TextInput {
  public:
   explicit TextInput(const std::string& path) : lines_(path) {}
@@ -62,7 +63,7 @@ class TextInput {
   /// The next line; throws EmptyLine if there is nothing on it.
   std::string_view filled_line();
   /// @return false at the end of the file
-  bool next(std::string_view& line) { return lines_.next(line); }
+  bool next(std::string_view& line);
 
   [[nodiscard]] std::int64_t line_number() const { return lines_.line_number(); }
 

@@ -108,9 +108,11 @@ PlannedRun plan_run(const std::string& mesh_path, const TopoMask& mask) {
   const fs::path model = fs::absolute(mask.model_path);
   const fs::path folder = model.parent_path();
   std::error_code ignored;
-  const fs::path control = control_file_in(folder);
-  if (control.empty() || !fs::equivalent(folder, mesh.parent_path(), ignored) ||
-      !equal_ignoring_case(read_control_file(control.string()).model_file, model.filename().string())) {
+  if (!fs::equivalent(folder, mesh.parent_path(), ignored)) {
+    return {};
+  }
+  const fs::path control = control_file_of(folder, model.filename().string());
+  if (control.empty()) {
     return {};
   }
   const OccamIteration start = read_iteration_file(IterationParts::with_parameters, control.string());
@@ -146,10 +148,10 @@ bool may_replace(const std::vector<safe_files::NewFile>& files) {
 
 std::string report_of(const std::string& path, const TopoMask& mask, const MaskedRun& run) {
   std::string text = "Number of free parameters: " + std::to_string(free_triangles(mask.masked)) +
-                     ". The mesh is written to " + path;
+                     " (triangles of the mesh). The mesh is written to " + path;
   if (!run.start_file.empty()) {
     text += ", with the model " + run.model_file + " and the start file " + run.start_file + " of " +
-            std::to_string(run.parameters) + " parameters";
+            std::to_string(run.parameters) + " parameters (blocks and static shifts that stay free)";
   }
   return text;
 }

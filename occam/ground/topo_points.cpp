@@ -30,7 +30,8 @@ std::optional<double> number_of(std::string_view item) {
   return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-void take_line(std::string_view line, const LocationLayout& layout, LocationsRead& read) {
+/// @return whether the line gives a point
+bool take_line(std::string_view line, const LocationLayout& layout, LocationsRead& read) {
   std::optional<double> station;
   std::optional<double> elevation;
   const int last_column = std::max(layout.station_column, layout.elevation_column);
@@ -45,10 +46,12 @@ void take_line(std::string_view line, const LocationLayout& layout, LocationsRea
     }
   }
   read.any_station |= station.has_value();
-  if (station && elevation) {
-    read.points.station.push_back(*station);
-    read.points.elevation.push_back(*elevation);
+  if (!station || !elevation) {
+    return false;
   }
+  read.points.station.push_back(*station);
+  read.points.elevation.push_back(*elevation);
+  return true;
 }
 
 /// The whole part of a typed number, limited to the range of a count; 0 for a text that isn't a number.
@@ -115,12 +118,25 @@ int read_locations_file(const std::string& path, const LocationLayout& layout, L
       if (lines.line_number() < layout.first_line || is_comment(line)) {
         continue;
       }
-      if (data_line++ % layout.line_step == 0) {
-        take_line(line, layout, found);
+      const bool is_step = data_line++ % layout.line_step == 0;
+      if (is_step && !take_line(line, layout, found) && !trimmed(line).empty() &&
+          found.left_out.count++ == 0) {
+        found.left_out.first = lines.line_number();
       }
     }
     read = std::move(found);
   });
+}
+
+std::string left_out_text(const LeftOutLines& lines) {
+  if (lines.count == 0) {
+    return {};
+  }
+  const std::string first = std::to_string(lines.first);
+  return (lines.count == 1
+              ? "Line " + first + " is left out"
+              : std::to_string(lines.count) + " lines are left out, the first is line " + first) +
+         ": no number for the station or the elevation";
 }
 
 double Topo::highest_elevation() const {
@@ -168,6 +184,7 @@ int load_locations(const LocationEntries& entries, Topo& topo) {
     Topo loaded;
     loaded.curve = ground_curve(read.points);
     loaded.points = std::move(read.points);
+    loaded.left_out = read.left_out;
     loaded.file = safe_files::FilesInUse({entries.file});
     topo = std::move(loaded);
     return 0;

@@ -3,6 +3,7 @@
 //
 // Lines, columns and steps count from 1; stations m along the line, elevations m, upwards.
 #pragma once
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -24,9 +25,16 @@ struct TopoPoints {
   std::vector<double> elevation;  // one for each station
 };
 
+/// Lines of data that give no point, other than blank ones.
+struct LeftOutLines {
+  std::int64_t count = 0;
+  std::int64_t first = 0;  // its number in the file, from 1
+};
+
 struct LocationsRead {
   TopoPoints points;         // of the lines that have both values
   bool any_station = false;  // a line had a station value
+  LeftOutLines left_out;
 };
 
 /// Reads the points of a topo file in its order. Lines that begin with "!" or "\" are comments. A line whose
@@ -48,13 +56,17 @@ struct LocationEntries {
 struct Topo {
   TopoPoints points;  // in the order of the file
   numerics::gridding::CubicSpline
-      curve;                    // through them, in the order of their stations; empty without points
+      curve;  // through them, in the order of their stations; empty without points
+  LeftOutLines left_out;
   safe_files::FilesInUse file;  // that they were read from
 
   [[nodiscard]] bool empty() const { return curve.x.empty(); }
   /// Of the points, m; 0 without any.
   [[nodiscard]] double highest_elevation() const;
 };
+
+/// "3 lines are left out, the first is line 12: no number for the station or the elevation"; empty for none.
+std::string left_out_text(const LeftOutLines& lines);
 
 /// The curve through points in any order; points at the same station count as one with their mean elevation.
 /// Throws std::invalid_argument as cubspl does.

@@ -5,7 +5,6 @@
 #include <filesystem>
 
 #include "core/number_text.h"
-#include "core/text_fields.h"
 #include "formats/occam/data_file.h"
 #include "formats/occam/iteration_file.h"
 #include "numerics/section/site.h"
@@ -41,15 +40,12 @@ numerics::section::Section masked_section(const OccamModel& model, const std::ve
 MaskStations run_stations(const std::string& model_path) {
   try {
     const fs::path model(model_path);
-    const fs::path control = control_file_in(model.parent_path());
+    const fs::path control = control_file_of(model.parent_path(), model.filename().string());
     if (control.empty()) {
       return {};
     }
-    const ControlFile names = read_control_file(control.string());
-    if (!equal_ignoring_case(names.model_file, model.filename().string())) {
-      return {};
-    }
-    OccamData data = read_data_file_sites((model.parent_path() / names.data_file).string());
+    const std::string data_file = read_control_file(control.string()).data_file;
+    OccamData data = read_data_file_sites((model.parent_path() / data_file).string());
     return {std::move(data.site_names), {data.site_offsets.begin(), data.site_offsets.end()}};
   } catch (const std::exception&) {
     return {};  // a model can be masked before its run is complete

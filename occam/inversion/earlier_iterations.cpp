@@ -6,9 +6,12 @@
 #include <utility>
 
 #include "core/text_fields.h"
+#include "formats/occam/iteration_file.h"
 #include "formats/occam/shift_file.h"
 #include "formats/occam/start_file.h"
 #include "occam/inversion/inversion_files.h"
+#include "occam/run_parts.h"
+#include "platform/files/safe_files.h"
 
 namespace fs = std::filesystem;
 
@@ -50,6 +53,15 @@ fs::path free_folder(const fs::path& directory) {
     if (!fs::exists(folder)) {
       return folder;
     }
+  }
+}
+
+// Of a start or iteration file; none if it can't be read.
+std::optional<ControlFile> names_in(const fs::path& file) {
+  try {
+    return read_control_file(file.string());
+  } catch (const std::exception&) {
+    return {};
   }
 }
 
@@ -137,23 +149,73 @@ std::string EarlierIterationFiles::text() const {
 
 fs::path EarlierIterationFiles::folder() const { return free_folder(directory_); }
 
+// Beside what the iterations name, the start files that name the same: with them the folder is the run as its
+// inversion found it. What lies outside of the folder is no part of a run.
+std::set<std::string> EarlierIterationFiles::files_to_copy() const {
+  std::set<std::string> names;
+  std::vector<ControlFile> runs;
+  const auto add = [&](const std::string& name) {
+    const fs::path path = fs::path(name).lexically_normal();
+    std::error_code missing;
+    if (path.is_relative() && !path.empty() && *path.begin() != ".." &&
+        std::ranges::find(files_, path.string()) == files_.end() &&
+        fs::is_regular_file(directory_ / path, missing)) {
+      names.insert(path.string());
+    }
+  };
+  for (const std::string& file : named_) {
+    if (const std::optional<ControlFile> names_of = names_in(directory_ / file); names_of) {
+      runs.push_back(*names_of);
+      std::ranges::for_each(names_of_run_files(directory_, directory_ / file), add);
+    }
+  }
+  for (const std::string& file : files_in(directory_)) {
+    if (iteration_number_of(file) < 0 && is_of_start_format(directory_ / file)) {
+      const std::optional<ControlFile> names_of = names_in(directory_ / file);
+      if (names_of && std::ranges::find(runs, *names_of) != runs.end()) {
+        add(file);
+      }
+    }
+  }
+  return names;
+}
+
 fs::path EarlierIterationFiles::move_away() const {
   fs::path folder = free_folder(directory_);
+  std::vector<fs::path> copied;
   std::vector<std::string> moved;
+  const auto undo = [&] {
+    std::error_code ignored;
+    for (const std::string& file : moved) {
+      fs::rename(folder / file, directory_ / file, ignored);
+    }
+    for (const fs::path& file : copied) {
+      fs::remove(folder / file, ignored);
+      fs::remove((folder / file).parent_path(), ignored);  // once it is empty
+    }
+    fs::remove(folder, ignored);
+  };
+  const auto told = [&](const std::string& reason) {
+    return std::runtime_error("the earlier iterations can't be moved into " + folder.string() + ": " +
+                              reason);
+  };
   try {
     fs::create_directory(folder);
+    for (const std::string& file : files_to_copy()) {
+      fs::create_directories((folder / file).parent_path());
+      copied.emplace_back(file);
+      safe_files::copy_into_place(directory_ / file, folder / file);
+    }
     for (const std::string& file : files_) {
       fs::rename(directory_ / file, folder / file);
       moved.push_back(file);
     }
   } catch (const fs::filesystem_error& failure) {
-    std::error_code ignored;
-    for (const std::string& file : moved) {
-      fs::rename(folder / file, directory_ / file, ignored);
-    }
-    fs::remove(folder, ignored);
-    throw std::runtime_error("the earlier iterations can't be moved into " + folder.string() + ": " +
-                             failure.code().message());
+    undo();
+    throw told(failure.code().message());
+  } catch (const std::runtime_error& failure) {
+    undo();
+    throw told(failure.what());
   }
   return folder;
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,10 +39,14 @@ class EarlierIterationFiles {
   /// Where they would move: the first of "earlier_1", "earlier_2", ... that is free.
   [[nodiscard]] std::filesystem::path folder() const;
   /// Moves all there, the highest numbers first, so that what a crash leaves in place are iterations in a
-  /// row; back again if one can't be moved, and then throws std::runtime_error. @return the folder
+  /// row; back again if one can't be moved, and then throws std::runtime_error. Before that, copies of the
+  /// files that these iterations need come there, and of their start file: the folder is a run that can be
+  /// opened. @return the folder
   std::filesystem::path move_away() const;
 
  private:
+  [[nodiscard]] std::set<std::string> files_to_copy() const;
+
   std::filesystem::path directory_;
   std::vector<std::string> named_;  // iterations or, without them, responses, ascending
   std::vector<std::string> files_;  // all that move, in that order

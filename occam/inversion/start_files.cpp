@@ -6,23 +6,14 @@
 
 #include "core/text_fields.h"
 #include "formats/occam/start_file.h"
-#include "formats/occam/text_input.h"
 #include "occam/inversion/earlier_iterations.h"
+#include "occam/run_parts.h"
 
 namespace fs = std::filesystem;
 
 namespace Module_occam {
 
 namespace {
-
-// Whether a file says of itself that an inversion can start from it; one of an iteration says so, too.
-bool is_of_start_format(const fs::path& file) {
-  try {
-    return TextInput(file.string()).line().find("OCCAMITER_") != std::string_view::npos;
-  } catch (const std::exception&) {  // another kind of file
-    return false;
-  }
-}
 
 // A file that can't be read may well be the start, and then its user is to know what is wrong with it.
 bool may_be_start(const fs::path& file) {

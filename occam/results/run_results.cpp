@@ -9,6 +9,7 @@
 #include "formats/occam/response_file.h"
 #include "occam/occam_files.h"
 #include "occam/results/run_summary.h"
+#include "occam/run_parts.h"
 
 namespace fs = std::filesystem;
 
@@ -33,6 +34,7 @@ void clear_iterations(RunResults& results) {
   results.iteration_roughness.fill(no_data);
   results.iteration_misfit.fill(no_data);
   results.last_iteration = 0;
+  results.of_other_runs = 0;
 }
 
 void store(RunResults& results, const std::string& name, const OccamIteration& iteration) {
@@ -64,9 +66,6 @@ void store_start_model(RunResults& results) {
 /// Throws for an iteration number that can't be shown.
 void read_iterations(RunResults& results) {
   clear_iterations(results);
-  if (results.seen.empty()) {
-    store_start_model(results);
-  }
   for (const auto& [name, stamp] : results.seen) {
     const auto refused = results.refused.find(name);
     if (refused != results.refused.end() && refused->second == stamp) {
@@ -81,7 +80,14 @@ void read_iterations(RunResults& results) {
       results.refused[name] = stamp;
       continue;
     }
-    store(results, name, iteration);
+    if (is_of_run(results.control_file, results.names.model_file, iteration)) {
+      store(results, name, iteration);
+    } else {
+      ++results.of_other_runs;
+    }
+  }
+  if (!results.has_iterations()) {
+    store_start_model(results);
   }
 }
 
@@ -104,16 +110,21 @@ int read_run_files(const fs::path& control_file, RunResults& results, Iterations
     return -1;
   }
   results.seen = iteration_stamps(results.folder);
-  if (results.seen.empty() && iterations == Iterations::needed) {
-    return refuse(no_iterations_message);
-  }
   read_iterations(results);
+  if (!results.has_iterations() && iterations == Iterations::needed) {
+    return refuse(lack_of_iterations(results));
+  }
   std::error_code shown_when_a_file_is_written;
   fs::create_directory(results.output_folder, shown_when_a_file_is_written);
   return 0;
 }
 
 }  // namespace
+
+std::string lack_of_iterations(const RunResults& results) {
+  return no_iterations_message +
+         (results.of_other_runs > 0 ? " for the model " + results.names.model_file : std::string());
+}
 
 RunResults::RunResults() { clear_iterations(*this); }
 

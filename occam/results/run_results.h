@@ -46,14 +46,17 @@ struct RunResults {
   ByIteration<float> iteration_misfit;  // RMS
   int last_iteration = 0;
 
+  int of_other_runs = 0;  // iteration files of another start file in the folder, which have no number here
   std::map<std::string, FileStamp> seen;     // the iteration files that were read, as of then
   std::map<std::string, FileStamp> refused;  // those of them that couldn't be read
   std::map<std::string, FileStamp> waiting;  // all iteration files at the last look
 
   RunResults();
+  /// Whether there is an iteration file of the run, be it one that can't be read.
+  [[nodiscard]] bool has_iterations() const { return seen.size() > static_cast<std::size_t>(of_other_runs); }
   /// Whether iteration 0 is the model that the inversion begins with, which has no numbers: there is no
   /// iteration yet.
-  [[nodiscard]] bool has_start_only() const { return seen.empty() && has(0); }
+  [[nodiscard]] bool has_start_only() const { return !has_iterations() && has(0); }
   [[nodiscard]] bool has(int iteration) const {
     return !iteration_file[static_cast<std::size_t>(iteration)].empty();
   }
@@ -68,15 +71,18 @@ struct RunResults {
 enum class Iterations { needed, may_come };
 
 /// Reads a run from its control file: sites, model, the heads of all iterations. File names in it are meant
-/// from its folder. A run without iterations has its start model as iteration 0. An iteration file that can't
-/// be read is reported and left out. A folder for derived files is created beside the control file, if that
-/// may be written.
+/// from its folder. The iterations of another start file in it are left out (is_of_run). A run without
+/// iterations has its start model as iteration 0. An iteration file that can't be read is reported and left
+/// out. A folder for derived files is created beside the control file, if that may be written.
 /// @return 0, or -1 after a message; `results` is then not to be used
 [[nodiscard]] int open_results(const std::filesystem::path& control_file, RunResults& results,
                                Iterations iterations = Iterations::needed);
 
 inline constexpr const char* no_iterations_message =
     "No iteration files were found at the specified location";
+
+/// This message, with the model's name where the folder has iterations of other models.
+std::string lack_of_iterations(const RunResults& results);
 
 /// Looks at the directory again, for an inversion that is still running. A new or changed iteration file is
 /// read once a second look finds it unchanged, so that none is read while it is being written; files that no

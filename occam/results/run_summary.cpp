@@ -12,6 +12,7 @@
 #include "formats/occam/model_file.h"
 #include "occam/occam_files.h"
 #include "occam/results/iteration_model.h"
+#include "occam/run_parts.h"
 
 namespace fs = std::filesystem;
 
@@ -56,6 +57,31 @@ fs::path control_file_in(const fs::path& folder) {
   return names.empty() ? fs::path() : folder / names.front();
 }
 
+fs::path control_file_of(const fs::path& folder, const std::string& model_file) {
+  const auto names_it = [&](const fs::path& file) {
+    return equal_ignoring_case(read_control_file(file.string()).model_file, model_file);
+  };
+  fs::path control = control_file_in(folder);
+  if (control.empty() || names_it(control)) {
+    return control;
+  }
+  std::vector<fs::path> others;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder.empty() ? fs::path(".") : folder)) {
+    if (!own_start(entry.path().filename().string()).empty() && is_of_start_format(entry.path())) {
+      others.push_back(entry.path());
+    }
+  }
+  std::ranges::sort(others);
+  const auto found = std::ranges::find_if(others, [&](const fs::path& file) {
+    try {
+      return names_it(file);
+    } catch (const std::exception&) {
+      return false;
+    }
+  });
+  return found == others.end() ? fs::path() : *found;
+}
+
 namespace {
 
 /// The model file that the iteration of the highest number names. A run over a masked mesh stands in the
@@ -87,6 +113,7 @@ RunFiles read_run_files(const fs::path& folder, const std::string& control_file)
     throw RunFault("There is no start file and no iteration file");
   }
   RunFiles run;
+  run.control_file = control;
   run.names =
       read_part(control, "a start file", [&] { return read_control_file((folder / control).string()); });
   run.data = read_part(run.names.data_file, "a data file",
@@ -113,6 +140,10 @@ std::vector<ListedIteration> list_iterations(const fs::path& folder, const RunFi
       remarks.emplace_back(fault.what());
       continue;
     }
+    if (!is_of_run(run.control_file, run.names.model_file, iterations.back())) {
+      iterations.pop_back();
+      continue;
+    }
     const std::string& model_file = iterations.back().model_file;
     if (!model_file.empty() && model_file != run.names.model_file) {
       continue;  // of another model in this folder
@@ -131,6 +162,12 @@ int read_run(const fs::path& folder, const std::string& control_file, RunSummary
     RunSummary read{read_run_files(folder, control_file), {}};
     report_shared_node(read.model);
     std::vector<std::string> remarks;
+    try {
+      (void)read_part(read.names.data_file, "a data file",
+                      [&] { return read_data_file((folder / read.names.data_file).string()); });
+    } catch (const RunFault& fault) {
+      remarks.emplace_back(fault.what());
+    }
     read.iterations = list_iterations(folder, read, remarks);
     for (const std::string& remark : remarks) {
       user_interface().show_message(remark);

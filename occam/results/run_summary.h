@@ -17,8 +17,13 @@ std::vector<std::string> iteration_file_names(const std::string& folder);
 /// Empty without either.
 std::filesystem::path control_file_in(const std::filesystem::path& folder);
 
+/// The one for a model of the folder: control_file_in, or else another start file, whichever names it. Empty
+/// without either. Throws as read_control_file where control_file_in can't be read.
+std::filesystem::path control_file_of(const std::filesystem::path& folder, const std::string& model_file);
+
 /// What the files of a run say before any iteration.
 struct RunFiles {
+  std::string control_file;  // without folder
   ControlFile names;
   OccamData data;
   OccamModel model;
@@ -33,10 +38,9 @@ struct ListedIteration : OccamIteration {  // without parameters
   std::string file;                        // without folder
 };
 
-/// The heads of all iteration files in a folder, by their numbers. Shows nothing.
+/// The heads of a run's iteration files in its folder, by their numbers. Shows nothing.
 /// @param remarks  gets a sentence for each that can't be read, which is left out, and for each that names
-/// the
-///                 run's model but isn't of it, which isn't
+///                 the run's model but isn't of it, which isn't
 std::vector<ListedIteration> list_iterations(const std::filesystem::path& folder, const RunFiles& run,
                                              std::vector<std::string>& remarks);
 
@@ -46,7 +50,8 @@ struct RunSummary : RunFiles {
 
 /// Reads a run directory: names from `control_file` in it or, if that is empty, from "startup" or else the
 /// first iteration file; sites, model, the heads of all iteration files. Iteration files that can't be read
-/// are reported and left out.
+/// are reported and left out; a data file that can't be read behind its sites, as one that was cut off, is
+/// reported.
 /// @return 0, or -1 after a message
 [[nodiscard]] int read_run(const std::filesystem::path& folder, const std::string& control_file,
                            RunSummary& run);

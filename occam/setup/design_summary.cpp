@@ -45,8 +45,8 @@ std::string design_summary(const std::string& line, const InversionInputs& input
                            const Module_projections::LineDistances& distances,
                            std::span<const ModeCount> counts) {
   InversionChoices choices;
-  if (const char* const fault = invalid_entry(inputs, choices)) {
-    return fault;
+  if (const auto fault = invalid_entry(inputs, choices)) {
+    return fault->message;
   }
   try {
     const bool by_distance = inputs.positions == PositionSource::distances;

@@ -7,10 +7,8 @@
 #include <system_error>
 
 #include "core/text_fields.h"
-#include "formats/occam/iteration_file.h"
-#include "formats/occam/model_file.h"
-#include "formats/occam/text_input.h"
 #include "occam/results/run_results.h"
+#include "occam/run_parts.h"
 #include "occam/setup/run_files.h"
 #include "platform/files/files_in_use.h"
 #include "platform/files/folder_access.h"
@@ -30,15 +28,7 @@ bool is_iteration(const fs::path& file) { return begins_with(file.filename().str
 
 /// Whether a file names model and data: "startup", or one that begins as such files do.
 bool is_start_file(const fs::path& file) {
-  if (equal_ignoring_case(file.filename().string(), "startup")) {
-    return true;
-  }
-  try {
-    TextInput input(file.string());
-    return input.line().find("OCCAMITER_") != std::string_view::npos;
-  } catch (const std::exception&) {
-    return false;  // no text
-  }
+  return equal_ignoring_case(file.filename().string(), "startup") || is_of_start_format(file);
 }
 
 /// What the inversion program leaves beside its iterations.
@@ -67,25 +57,6 @@ void add_name(const fs::path& folder, const std::string& name, std::vector<fs::p
   }
   if (inside) {
     names.push_back(from_folder);
-  }
-}
-
-/// Adds the names that a start or iteration file gives and those of its model. A file that can't be read
-/// names nothing.
-void add_named_files(const fs::path& folder, const fs::path& control_file, std::vector<fs::path>& names) {
-  ControlFile named;
-  ModelNames of_model;
-  try {
-    named = read_control_file(control_file.string());
-    of_model = read_model_names((folder / named.model_file).string());
-  } catch (const std::exception&) {
-    // Names that were read before the failure count.
-  }
-  const std::string mesh_beside_model =
-      (fs::path(named.model_file).parent_path() / of_model.mesh_file).string();
-  for (const std::string& name : {named.model_file, named.data_file, of_model.mesh_file, mesh_beside_model,
-                                  of_model.statics_file, of_model.prejudice_file}) {
-    add_name(folder, name, names);
   }
 }
 
@@ -127,7 +98,9 @@ EarlierRun::EarlierRun(fs::path folder, const std::vector<std::string>& new_file
     if (is_file && (is_iteration(name) || is_start_file(entry.path()))) {
       holds_run = true;
       names.push_back(name);
-      add_named_files(folder_, entry.path(), names);
+      for (const std::string& needed : names_of_run_files(folder_, entry.path())) {
+        add_name(folder_, needed, names);
+      }
     }
   }
   if (!holds_run) {

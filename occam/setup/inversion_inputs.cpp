@@ -114,17 +114,19 @@ bool read_limit(std::string_view text, double& limit) {
   return is_numeric(text) && std::isfinite(limit);
 }
 
-const char* invalid_station_limit(const InversionInputs& inputs, InversionChoices& choices) {
+std::optional<InvalidEntry> invalid_station_limit(const InversionInputs& inputs, InversionChoices& choices) {
   choices.first_station = lowest_station;
   choices.last_station = highest_station;
   if (!read_limit(inputs.first_station, choices.first_station)) {
-    return "The start station is not valid";
+    return InvalidEntry{"The start station is not valid", &InversionInputs::first_station};
   }
   if (!read_limit(inputs.last_station, choices.last_station)) {
-    return "The end station is not valid";
+    return InvalidEntry{"The end station is not valid", &InversionInputs::last_station};
   }
-  return choices.first_station > choices.last_station ? "The start station is greater than the end station"
-                                                      : nullptr;
+  if (choices.first_station > choices.last_station) {
+    return InvalidEntry{"The start station is greater than the end station", &InversionInputs::last_station};
+  }
+  return std::nullopt;
 }
 
 std::string name_of(const std::string& entry) { return std::string(trimmed(entry)); }
@@ -189,10 +191,10 @@ void store_inversion_inputs(const InversionInputs& inputs) {
   store(directory_key, inputs.directory);
 }
 
-const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices) {
+std::optional<InvalidEntry> invalid_entry(const InversionInputs& inputs, InversionChoices& choices) {
   for (const TextEntry& entry : text_entries) {
     if (trimmed(inputs.*entry.text).empty()) {
-      return entry.message;
+      return InvalidEntry{entry.message, entry.text};
     }
   }
   for (const NumberEntry& entry : number_entries) {
@@ -203,11 +205,11 @@ const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choic
     const std::string& text = inputs.*entry.text;
     choices.*entry.value = numeric_value(text);
     if (!is_positive_number(text) || (entry.minimum == Minimum::one && choices.*entry.value < 1.0)) {
-      return entry.message;
+      return InvalidEntry{entry.message, entry.text};
     }
   }
   if (inputs.rotate_to_strike && !Module_tensor::is_rotation_azimuth(*inputs.rotate_to_strike)) {
-    return Module_tensor::bad_azimuth;
+    return InvalidEntry{Module_tensor::bad_azimuth, nullptr};
   }
   return invalid_station_limit(inputs, choices);
 }
@@ -246,8 +248,8 @@ std::string run_directory(const InversionInputs& inputs) {
 }
 
 int check_inversion_inputs(const InversionInputs& inputs, InversionChoices& choices) {
-  if (const char* const fault = invalid_entry(inputs, choices)) {
-    user_interface().show_message(fault);
+  if (const auto fault = invalid_entry(inputs, choices)) {
+    user_interface().show_message(fault->message);
     return -1;
   }
   return trap_errors(creating_failed, [&] {

@@ -79,9 +79,13 @@ InversionInputs load_inversion_inputs();
 /// Stores the entries in the user's settings, except those that belong to one inversion.
 void store_inversion_inputs(const InversionInputs& inputs);
 
-/// The message of the first invalid entry, in their order. Null if all are valid; `choices` then holds all
-/// numbers.
-const char* invalid_entry(const InversionInputs& inputs, InversionChoices& choices);
+struct InvalidEntry {
+  const char* message = "";
+  std::string InversionInputs::*entry = nullptr;  // null: the strike to rotate to
+};
+
+/// The first invalid entry, in their order. None if all are valid; `choices` then holds all numbers.
+std::optional<InvalidEntry> invalid_entry(const InversionInputs& inputs, InversionChoices& choices);
 
 /// The form of the errors that the entries ask for.
 ErrorForm error_form(const InversionInputs& inputs);

@@ -15,6 +15,7 @@
 #include "occam/setup/design_summary.h"
 #include "occam/setup/earlier_run.h"
 #include "output/file_errors.h"
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/panel_controls.h"
 #include "platform/windows/progress_in_window.h"
 #include "ui_Form_occam.h"
@@ -62,6 +63,23 @@ constexpr CheckControl check_controls[] = {
     {&Ui::Form_occam::Check_use_rhoplus_error, &InversionInputs::use_rhoplus_error}};
 
 constexpr QSize design_size(1120, 560);
+
+/// What the floor of resistivities is a floor of.
+struct ResistivityFloor {
+  const char* unit;
+  const char* meaning;
+};
+
+ResistivityFloor resistivity_floor(const InversionInputs& entries) {
+  if (entries.errors == ErrorForm::as_before && entries.use_standard_error) {
+    return {"% of log10 resistivity",
+            "percent of its logarithm: 5 gives 0.001 decades at 1 ohm-m and 0.15 at 1000"};
+  }
+  if (entries.errors == ErrorForm::as_before && !entries.use_rhoplus_error) {
+    return {"decades of resistivity", "decades: 5 gives 5 decades, 0.05 what 12 percent are"};
+  }
+  return {"% of resistivity", "the same percent of every one: 5 gives 0.022 decades"};
+}
 
 /// In Combo_errors.
 int index_of(ErrorForm form) { return form == ErrorForm::relative ? 1 : 0; }
@@ -219,12 +237,13 @@ void Form_occam::show_error_form() {
   const InversionInputs entries = inputs();
   const bool both = entries.modes == ModeChoice::both;
   const bool relative = entries.errors == ErrorForm::relative;
-  const QString res_tip = relative ? "Least error of a resistivity, the same percent of every one"
-                                   : "Least error of a resistivity, percent of its logarithm: 5 gives 0.001 "
-                                     "decades at 1 ohm-m and 0.15 at 1000";
+  const ResistivityFloor res = resistivity_floor(entries);
+  const QString res_tip = QString("Least error of a resistivity, ") + res.meaning;
   const QString phase_tip =
       relative ? "Least error of a phase, degrees"
                : "Least error of a phase, taken in percent of the phase: 5 gives 2.25 degrees at 45";
+  ui_->Label_floor_units->setText(QString("Floors: ") + res.unit +
+                                  (relative ? ", degrees of phase" : ", % of phase"));
   const QString te_tip =
       both ? "; for TE, blank: as TM" : "; TE has a floor of its own where a run has both modes";
   for (QWidget* const part :
@@ -232,16 +251,39 @@ void Form_occam::show_error_form() {
                                        ui_->Label_te_phase_error_floor, ui_->Text_te_phase_error_floor}) {
     part->setEnabled(both);
   }
+  mark_invalid({});  // the mark would bring the earlier tip back
   ui_->Text_res_error_floor->setToolTip(res_tip);
   ui_->Text_te_res_error_floor->setToolTip(res_tip + te_tip);
   ui_->Text_phase_error_floor->setToolTip(phase_tip);
   ui_->Text_te_phase_error_floor->setToolTip(phase_tip + te_tip);
   ui_->Check_use_standard_error->setEnabled(!relative);
+  show_summary();
+}
+
+/// Marks the box of an entry, and takes the marks of the others away.
+void Form_occam::mark_invalid(const std::optional<Module_occam::InvalidEntry>& fault) {
+  const QString message = fault ? fault->message : "";
+  for (const TextControl& control : text_controls) {
+    mark_entry(*((*ui_).*control.box), fault && fault->entry == control.text ? message : QString());
+  }
+  mark_entry(*ui_->Text_rotate_to_strike, fault && fault->entry == nullptr ? message : QString());
+}
+
+/// After a refusal: the cursor goes where something is to be typed anew.
+void Form_occam::go_to_marked() {
+  for (QLineEdit* const box : findChildren<QLineEdit*>()) {
+    if (is_marked(*box)) {
+      box->setFocus();
+      box->selectAll();
+    }
+  }
 }
 
 void Form_occam::connect_controls() {
   connect(ui_->Combo_modes, &QComboBox::currentIndexChanged, this, &Form_occam::choose_modes);
   connect(ui_->Combo_errors, &QComboBox::currentIndexChanged, this, &Form_occam::show_error_form);
+  connect(ui_->Check_use_standard_error, &QCheckBox::toggled, this, &Form_occam::show_error_form);
+  connect(ui_->Check_use_rhoplus_error, &QCheckBox::toggled, this, &Form_occam::show_error_form);
   connect(ui_->Combo_positions, &QComboBox::currentIndexChanged, this, [this] {
     show_positions_hint();
     show_summary();
@@ -267,6 +309,8 @@ void Form_occam::show_run_folder() {
 }
 
 void Form_occam::show_summary() {
+  Module_occam::InversionChoices choices;
+  mark_invalid(invalid_entry(inputs(), choices));
   ui_->Label_summary->setText(
       QString::fromStdString(Module_occam::design_summary(line_.line, inputs(), distances_, counts_)));
 }
@@ -328,6 +372,9 @@ void Form_occam::create_inversion() {
   }
   set_running(false);
   ui_->Label_progress->setText(status == 0 && created.stopped ? "Stopped; nothing was written" : "");
+  if (status != 0) {
+    go_to_marked();
+  }
 }
 
 void Form_occam::set_running(bool running) {

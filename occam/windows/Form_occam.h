@@ -50,6 +50,8 @@ class Form_occam : public QDialog {
   void count_data();
   [[nodiscard]] int load_tensors();
   void show_error_form();
+  void mark_invalid(const std::optional<Module_occam::InvalidEntry>& fault);
+  void go_to_marked();
   void show_run_folder();
   void show_summary();
   void choose_file_errors(int index);

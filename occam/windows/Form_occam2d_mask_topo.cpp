@@ -174,6 +174,7 @@ void Form_occam2d_mask_topo::load_locations() {
   }
   mask_.choices.datum_elevation = mask_.topo.highest_elevation();
   ui_->Text_number_locations->setText(QString::number(mask_.topo.points.station.size()));
+  ui_->Label_left_out->setText(QString::fromStdString(left_out_text(mask_.topo.left_out)));
   ui_->Text_datum_elevation->setText(QString::fromStdString(plain_text(mask_.choices.datum_elevation)));
   ui_->Text_datum_elevation->setEnabled(true);
 }

@@ -21,6 +21,7 @@
 #include "occam/results/grid_export.h"
 #include "occam/results/iteration_response.h"
 #include "occam/results/response_plots.h"
+#include "occam/run_parts.h"
 #include "occam/windows/inversion_panel.h"
 #include "occam/windows/model_controls.h"
 #include "occam/windows/picture_model.h"
@@ -40,6 +41,12 @@ namespace {
 constexpr QSize design_size(1240, 760);
 constexpr int split_settles_milliseconds = 100;
 constexpr int look_again_milliseconds = 2000;
+
+/// "hill" or, of one run among those of the folder, "hill (steep_startup)".
+QString name_of(const RunResults& results) {
+  const std::string start = own_start(results.control_file);
+  return qt_text(results.folder.filename().string() + (start.empty() ? "" : " (" + start + ")"));
+}
 
 /// The start file to invert from; empty where an iteration file was chosen.
 std::string start_file_of(const RunResults& results) {
@@ -78,7 +85,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
       Timer_reset_resizer_(named(new QTimer(this), "Timer_reset_resizer")),
       Timer_refresh_(named(new QTimer(this), "Timer_refresh")) {
   setObjectName("Form_occam_inversion");
-  setWindowTitle("Occam2D Results: " + qt_text(view_.results().folder.filename().string()));
+  setWindowTitle("Occam2D Results: " + name_of(view_.results()));
   graph::use_whole_numbers_along_x(convergence_->chart());
   lay_out();
   connect_controls();
@@ -86,7 +93,7 @@ Form_occam_inversion::Form_occam_inversion(RunResults results, QWidget* parent)
   const std::string& title = view_.results().data.title;
   Label_title_->setText(qt_text((title.empty() ? "" : title + "   ") + view_.results().folder.string()));
   controls_->list_iterations(view_);
-  panel_->offer_continue(!view_.results().seen.empty());
+  panel_->offer_continue(view_.results().has_iterations());
   propose_range();
   response_->clear();
   show_convergence();
@@ -305,7 +312,7 @@ void Form_occam_inversion::look_for_iterations() {
 
 /// @param followed  whether the last iteration was on show: then the newest one comes
 void Form_occam_inversion::take_changes(bool followed) {
-  panel_->offer_continue(!view_.results().seen.empty());
+  panel_->offer_continue(view_.results().has_iterations());
   if (followed) {
     view_.choose_iteration(view_.results().last_iteration);
     propose_range();

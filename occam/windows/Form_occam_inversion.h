@@ -29,6 +29,7 @@ class Form_occam_inversion : public QDialog {
 
   /// Folder of the run, absolute.
   [[nodiscard]] const std::filesystem::path& folder() const { return view_.results().folder; }
+  [[nodiscard]] const std::string& control_file() const { return view_.results().control_file; }
   /// Brings the page of the inversion up.
   void show_inversion();
   [[nodiscard]] bool running() const;

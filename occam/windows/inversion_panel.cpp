@@ -262,15 +262,17 @@ void InversionPanel::ask_about_earlier(const QString& sentence) {
   box.setTextFormat(Qt::PlainText);
   const QAbstractButton* const anew =
       box.addButton("&Keep them in " + folder + " and start anew", QMessageBox::AcceptRole);
-  const QAbstractButton* const go_on = box.addButton("C&ontinue", QMessageBox::AcceptRole);
+  const QAbstractButton* const go_on =
+      has_iterations_ ? box.addButton("C&ontinue", QMessageBox::AcceptRole) : nullptr;
   box.setDefaultButton(QMessageBox::Cancel);
   box.exec();
-  if (box.clickedButton() != anew && box.clickedButton() != go_on) {
+  const QAbstractButton* const chosen = box.clickedButton();
+  if (chosen != anew && (chosen == nullptr || chosen != go_on)) {
     Q_EMIT ended();
     return;
   }
   InversionOptions options = options_;
-  options.may_move_earlier = box.clickedButton() == anew;
+  options.may_move_earlier = chosen == anew;
   options.go_on = !options.may_move_earlier;
   options.from = options.go_on ? std::string() : start_file_;
   start(options);

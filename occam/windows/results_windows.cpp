@@ -8,6 +8,7 @@
 #include "core/trap_errors.h"
 #include "core/user_interface.h"
 #include "occam/inversion/run_inversion.h"
+#include "occam/run_parts.h"
 
 using namespace Module_occam;
 namespace fs = std::filesystem;
@@ -19,28 +20,33 @@ void ResultsWindows::open_chosen() {
   if (control_file.empty()) {
     return;
   }
-  if (Form_occam_inversion* const window = window_of(fs::absolute(control_file).parent_path())) {
-    show_again(*window, Page::section);
-    return;
+  const fs::path chosen = fs::absolute(control_file);
+  for (Form_occam_inversion* const window : windows_of(chosen.parent_path())) {
+    if (own_start(window->control_file()) == own_start(chosen.filename().string())) {
+      show_again(*window, Page::section);
+      return;
+    }
   }
   RunResults results;
   if (open_results(control_file, results, Iterations::may_come) != 0) {
     return;
   }
-  const bool has_iterations = !results.seen.empty();
+  const bool has_iterations = results.has_iterations();
   if (has_iterations ||
-      user_interface().ask_yes_no(std::string(no_iterations_message) +
+      user_interface().ask_yes_no(lack_of_iterations(results) +
                                   ". Open it to see its start model and run its inversion?")) {
     show_window(std::move(results), has_iterations ? Page::section : Page::inversion);
   }
 }
 
 void ResultsWindows::open_to_run(const fs::path& directory) {
-  if (Form_occam_inversion* const window = window_of(directory)) {
-    if (window->running()) {
-      show_again(*window, Page::inversion);
-      return;
-    }
+  const QList<Form_occam_inversion*> windows = windows_of(directory);
+  if (const auto busy = std::ranges::find_if(windows, &Form_occam_inversion::running);
+      busy != windows.end()) {
+    show_again(**busy, Page::inversion);
+    return;
+  }
+  for (Form_occam_inversion* const window : windows) {
     window->stop_and_close();  // it shows what stood there before the run was created anew
   }
   RunResults results;
@@ -52,13 +58,16 @@ void ResultsWindows::open_to_run(const fs::path& directory) {
   }
 }
 
-Form_occam_inversion* ResultsWindows::window_of(const fs::path& folder) {
+QList<Form_occam_inversion*> ResultsWindows::windows_of(const fs::path& folder) {
   forget_closed();
-  const auto found = std::ranges::find_if(windows_, [&](const auto& window) {
+  QList<Form_occam_inversion*> found;
+  for (const auto& window : windows_) {
     std::error_code gone;
-    return fs::equivalent(window->folder(), folder, gone);
-  });
-  return found == windows_.end() ? nullptr : found->data();
+    if (fs::equivalent(window->folder(), folder, gone)) {
+      found.append(window.data());
+    }
+  }
+  return found;
 }
 
 void ResultsWindows::show_again(Form_occam_inversion& window, Page page) {

@@ -33,8 +33,7 @@ class ResultsWindows : public QObject {
  private:
   enum class Page { section, inversion };
 
-  /// @return null if the run has none
-  Form_occam_inversion* window_of(const std::filesystem::path& folder);
+  QList<Form_occam_inversion*> windows_of(const std::filesystem::path& folder);
   static void show_again(Form_occam_inversion& window, Page page);
   void show_window(Module_occam::RunResults results, Page page);
   void forget_closed();

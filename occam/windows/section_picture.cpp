@@ -123,7 +123,7 @@ SectionPicture make_section_picture(RunView& view, const SectionLook& look, Pict
   picture.palette = graph::image_palette(look.colour_table, look.invert);
   picture.draw_mesh = look.draw_mesh;
   const int iteration = view.current_iteration();
-  if (view.results().seen.empty() && !view.results().has_start_only()) {
+  if (!view.results().has_iterations() && !view.results().has_start_only()) {
     picture.note = "No iteration yet: Run, on the page Inversion, begins";
     return picture;
   }

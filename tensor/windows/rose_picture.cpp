@@ -201,17 +201,38 @@ void draw_large(QPainter& painter, const QRectF& area, const RoseFigure& figure)
   draw_key(painter, QRectF(area.left(), area.bottom() - line, area.width(), line), figure);
 }
 
-/// As many digits as all headings of the bands have room for, two at least.
-int heading_digits(const QPainter& painter, const std::vector<FrequencyBand>& bands, double width) {
-  const QFontMetricsF metrics(painter.font(), painter.device());
+/// How the headings of the bands are written: with as many digits as all have room for, two at least, and
+/// where there is no room for these in smaller letters.
+struct HeadingForm {
+  int digits = 4;
+  QFont font;
+};
+
+HeadingForm heading_form(const QPainter& painter, const std::vector<FrequencyBand>& bands, double width) {
   constexpr double gap = 4.0;
-  const auto fits = [&](int digits) {
-    return std::ranges::all_of(bands, [&](const FrequencyBand& band) {
-      return std::max(metrics.horizontalAdvance(qt_text(frequencies_text(band, digits))),
-                      metrics.horizontalAdvance(qt_text(periods_text(band, digits)))) <= width - gap;
-    });
+  constexpr int fewest_digits = 2;
+  constexpr double least_letters = 0.6;  // of the picture's
+  const QFontMetricsF metrics(painter.font(), painter.device());
+  const auto widest = [&](int digits) {
+    double result = 1.0;
+    for (const FrequencyBand& band : bands) {
+      for (const std::string& text : {frequencies_text(band, digits), periods_text(band, digits)}) {
+        result = std::max(result, metrics.horizontalAdvance(qt_text(text)));
+      }
+    }
+    return result;
   };
-  return fits(4) ? 4 : fits(3) ? 3 : 2;
+  HeadingForm form{.font = painter.font()};
+  while (form.digits > fewest_digits && widest(form.digits) > width - gap) {
+    --form.digits;
+  }
+  const double share = std::clamp((width - gap) / widest(form.digits), least_letters, 1.0);
+  if (form.font.pointSizeF() > 0.0) {
+    form.font.setPointSizeF(share * form.font.pointSizeF());
+  } else {
+    form.font.setPixelSize(static_cast<int>(share * form.font.pixelSize()));
+  }
+  return form;
 }
 
 /// The small roses: a row a method, a column for all frequencies and one a decade.
@@ -231,12 +252,16 @@ void draw_grid(QPainter& painter, const QRectF& area, const StrikeSummary& summa
   draw_line_of_text(painter, units, units.top(), "Hz");
   draw_line_of_text(painter, units, units.top() + line, "s");
   draw_line_of_text(painter, cell_at(0, 0).translated(0.0, -titles), area.top(), "All");
-  const int digits = heading_digits(painter, summary.decades, cell.width());
+  const HeadingForm form = heading_form(painter, summary.decades, cell.width());
+  painter.save();
+  painter.setFont(form.font);
   for (std::size_t i = 0; i < summary.decades.size(); ++i) {
+    const FrequencyBand& band = summary.decades[i];
     const QRectF title = cell_at(0, i + 1);
-    draw_line_of_text(painter, title, area.top(), qt_text(frequencies_text(summary.decades[i], digits)));
-    draw_line_of_text(painter, title, area.top() + line, qt_text(periods_text(summary.decades[i], digits)));
+    draw_line_of_text(painter, title, area.top(), qt_text(frequencies_text(band, form.digits)));
+    draw_line_of_text(painter, title, area.top() + line, qt_text(periods_text(band, form.digits)));
   }
+  painter.restore();
   for (std::size_t row = 0; row < summary.methods.size(); ++row) {
     const MethodAnswers& answers = summary.methods[row];
     for (std::size_t column = 0; column <= summary.decades.size(); ++column) {

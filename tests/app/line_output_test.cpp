@@ -88,6 +88,11 @@ class LineOutputTest : public QObject, private LineSurveyFixture {
              messages[0].c_str());
     QCOMPARE(file_contents(folder_->path("rho/tmd_run.bat")),
              std::string("rhopp < tmd_100.dat\r\nrhopp < tmd_200.dat\r\nrhopp < tmd_300.dat\r\n"));
+    QVERIFY(control<QLabel>("Label_numout")->text() != "0");
+    control<QLineEdit>("Text_rhoplus_output_directory")->setText("rho/tmd_100.dat");  // no folder
+    QTest::mouseClick(control<QPushButton>("Command_output_data"), Qt::LeftButton);
+    QCOMPARE(interface_->take_messages().size(), std::size_t{1});
+    QCOMPARE(control<QLabel>("Label_numout")->text(), QString("0"));
     window_->findChild<QAction*>("menu_output_data_1")->trigger();
     QVERIFY(!control<QWidget>("Frame_rhoplus")->isVisible());
     QVERIFY2(!control<QPushButton>("Command_choose_folder")->isVisible(), "it is chosen with the file");

@@ -45,6 +45,8 @@ TEST_F(Batch_program, Masks_a_mesh_with_topography_and_tells_the_free_parameters
       << rectangular;
 
   const Outcome refused = run(arguments);
+  EXPECT_NE(refused.errors.find("Line 1 is left out: no number for the station or the elevation\n"),
+            std::string::npos);
   EXPECT_EQ(refused.status, 1);
   EXPECT_NE(refused.errors.find("The specified file already exists. Overwrite? No"), std::string::npos);
   arguments.insert(arguments.end(),

@@ -56,6 +56,24 @@ TEST_F(Batch_results, Columns_of_the_list_stay_apart) {
       << info.output;
 }
 
+TEST_F(Batch_results, What_is_damaged_is_told) {
+  static_cast<void>(run_.write("ITER_9", "FORMAT:           OCCAMITER_1.0\n"));
+  const Outcome grid = run({"grid", directory});
+  EXPECT_EQ(grid.status, 0) << grid.errors;
+  EXPECT_NE(grid.errors.find("ITER_9 can't be read; iteration 3 is taken for the last one\n"),
+            std::string::npos)
+      << grid.errors;
+  EXPECT_EQ(run({"grid", directory, "--iteration", "3"}).errors.find("taken for"), std::string::npos);
+  fs::remove(run_.path("ITER_9"));
+
+  EXPECT_EQ(run({"occam-info", directory}).errors, "");
+  static_cast<void>(run_.write("occamdat", made::data.substr(0, made::data.size() - 20)));
+  const Outcome info = run({"occam-info", directory});
+  EXPECT_EQ(info.status, 0);
+  EXPECT_NE(info.output.find("\n3 "), std::string::npos) << info.output;
+  EXPECT_NE(info.errors.find("occamdat can't be read as a data file: "), std::string::npos) << info.errors;
+}
+
 TEST_F(Batch_results, Are_drawn) {
   if (!program_draws) {
     GTEST_SKIP() << "built without windows";

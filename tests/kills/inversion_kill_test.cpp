@@ -1,5 +1,6 @@
 // An inversion is killed at each of its file operations, its disk fills up, its folder becomes read-only:
 // what is there afterwards are whole files of finished iterations, and the directory can be gone on from.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -17,6 +18,7 @@ using namespace Module_occam;
 namespace {
 
 constexpr int iterations = 3;
+constexpr const char* run_files[] = {"mesh", "inmodel", "occamdat", "startup"};
 
 InversionReport invert(const fs::path& directory, int more, bool go_on = false) {
   InversionOptions options;
@@ -33,9 +35,9 @@ class InversionKills : public ::testing::Test {
   InversionKills() { made::write_inversion(folder); }
 
   [[nodiscard]] fs::path copy(const std::string& name) const {
-    const fs::path place = folder.folder() / name;
+    fs::path place = folder.folder() / name;
     fs::create_directory(place);
-    for (const char* file : {"mesh", "inmodel", "occamdat", "startup"}) {
+    for (const char* file : run_files) {
       fs::copy_file(folder.path(file), place / file);
     }
     return place;
@@ -98,18 +100,32 @@ TEST_F(InversionKills, Leave_whole_iterations_that_can_be_gone_on_from) {
 TEST_F(InversionKills, Among_the_moves_of_an_earlier_inversion_lose_none_of_its_files) {
   const fs::path first = copy("first");
   ASSERT_EQ(wait_for_child(start_child([&] { (void)invert(first, iterations); })), 0);
-  for (std::int64_t operation = 1; operation <= 14; operation += 2) {
+  const auto expect_same = [&](const fs::path& file) {
+    EXPECT_EQ(file_contents(file.string()), file_contents((first / file.filename()).string())) << file;
+  };
+  int moved_by_halves = 0;
+  for (std::int64_t operation = 1; operation <= 33; operation += 2) {
     SCOPED_TRACE(operation);
     const fs::path place = folder.folder() / ("again_" + std::to_string(operation));
     fs::copy(first, place);
-    (void)run_until_operation(operation, [&](const TellProgress&) { (void)invert(place, iterations); });
+    EXPECT_TRUE(
+        run_until_operation(operation, [&](const TellProgress&) { (void)invert(place, iterations); }).killed);
+    const fs::path moved = place / "earlier_1";
+    const bool has_moved = fs::exists(moved / iteration_file_name(iterations));
+    moved_by_halves += has_moved && fs::exists(place / iteration_file_name(0)) ? 1 : 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(first)) {
-      const std::string name = entry.path().filename().string();
-      const fs::path moved = place / "earlier_1" / name;
-      EXPECT_EQ(file_contents((fs::exists(moved) ? moved : place / name).string()),
-                file_contents(entry.path().string()));
+      const fs::path name = entry.path().filename();
+      if (std::ranges::find(run_files, name) == std::end(run_files)) {
+        expect_same(fs::exists(moved / name) ? moved / name : place / name);
+        continue;
+      }
+      expect_same(place / name);
+      if (has_moved) {
+        expect_same(moved / name);
+      }
     }
   }
+  EXPECT_GT(moved_by_halves, 3);
 }
 
 TEST_F(InversionKills, A_disk_that_fills_up_is_told_and_costs_no_iteration) {
@@ -140,6 +156,20 @@ TEST_F(InversionKills, A_disk_that_fills_up_is_told_and_costs_no_iteration) {
     EXPECT_NE(reason.find("No space left"), std::string::npos) << reason;
     EXPECT_NE(reason.find("iteration 1 is in place, and it can be continued"), std::string::npos) << reason;
     EXPECT_EQ(last_iteration_file(run), "ITER01.iter");
+    expect_whole(run, unbroken);
+
+    // Nor does an earlier inversion move where there is no room for the files that it needs.
+    options.may_move_earlier = true;
+    listener = {};
+    reason.clear();
+    try {
+      (void)run_inversion(run, options, listener);
+    } catch (const std::exception& failure) {
+      reason = failure.what();
+    }
+    EXPECT_NE(reason.find("the earlier iterations can't be moved into"), std::string::npos) << reason;
+    EXPECT_NE(reason.find("No space left"), std::string::npos) << reason;
+    EXPECT_FALSE(fs::exists(run / "earlier_1"));
     expect_whole(run, unbroken);
     fs::remove(disk / "ballast");
     expect_continues(run, unbroken);

@@ -154,4 +154,7 @@ TEST_F(SurveyTest, After_a_stop_the_panel_says_what_is_written) {
             Texts{"Data output completed. 3 control files with 3 rows written to " +
                   folder.path("elsewhere") + ", with tmd_run.bat"});
   EXPECT_TRUE(std::filesystem::exists(folder.path("elsewhere/tmd_300.dat")));
+  std::filesystem::remove(folder.path("elsewhere/tmd_300.dat"));
+  EXPECT_EQ(write_chosen_rhoplus(lists, choices, {}, folder.path("elsewhere"), show), 0);
+  EXPECT_TRUE(interface.take_messages().at(0).ends_with(", with tmd_run.bat, in place of 2 earlier files"));
 }

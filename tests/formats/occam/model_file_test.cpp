@@ -270,6 +270,17 @@ TEST_F(ModelFileTest, Faults_are_reported_once) {
   }
 }
 
+// A reader of lines gives "?" for them, the code of a free cell.
+TEST_F(ModelFileTest, NUL_bytes_are_no_codes_of_a_mesh) {
+  std::string mesh = made::mesh;
+  mesh.replace(mesh.rfind("????"), 2, 2, '\0');
+  EXPECT_EQ(read(made::model, mesh), -1);
+  EXPECT_EQ(
+      interface.take_messages(),
+      made::Messages{failed + "MESH: the file holds bytes that are 0, as a failing disk or transfer leaves "
+                              "them"});
+}
+
 TEST_F(ModelFileTest, More_cells_than_a_model_takes_are_refused) {
   for (const int rows : {511, 512}) {
     std::vector<OccamLayer> layers(1);

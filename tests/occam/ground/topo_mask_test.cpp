@@ -334,6 +334,18 @@ TEST_F(TopoMaskFileTest, Comes_with_a_model_and_a_start_file_of_the_parameters_l
   EXPECT_EQ(run.model_file, "masked_model");
   EXPECT_EQ(run.start_file, "masked_startup");
 
+  // What was masked can be masked again, from its own start file.
+  TopoMask deeper;
+  ASSERT_EQ(read_model_to_mask(folder.path("masked_model"), deeper), 0);
+  EXPECT_EQ(deeper.stations.names.size(), 2U);
+  deeper.topo.curve = ground_curve({{0.0}, {-5.0}});
+  ASSERT_EQ(apply_topo_mask(deeper), 0);
+  ASSERT_EQ(write_masked_mesh(folder.path("again.msh"), deeper, run), 0);
+  interface.take_messages();
+  EXPECT_EQ(run.start_file, "again_startup");
+  EXPECT_EQ(read_iteration_file(IterationParts::with_parameters, folder.path("again_startup")).parameters,
+            written.parameters);
+
   interface->yes_no_answers = {false};  // earlier files stay if the user wants them to
   ASSERT_FALSE(folder.write("masked_startup", "mine").empty());
   ASSERT_FALSE(folder.write("masked.msh", "mine too").empty());
@@ -361,7 +373,8 @@ TEST_F(TopoMaskFileTest, Reads_a_model_without_sites_and_writes_the_mask_with_it
   EXPECT_EQ(free_blocks(mask.model, mask.masked), 2);  // those of the second layer
   ASSERT_EQ(write_masked_mesh(folder.path("masked.msh"), mask, run), 0);
   EXPECT_EQ(interface.take_messages(),
-            Messages{"Number of free parameters: 16. The mesh is written to " + folder.path("masked.msh")});
+            Messages{"Number of free parameters: 16 (triangles of the mesh). The mesh is written to " +
+                     folder.path("masked.msh")});
   const OccamMesh written = read_mesh_file(folder.path("masked.msh"));
   EXPECT_EQ(written.mesh_code, mask.masked);
   EXPECT_EQ(written.mesh_code[0][0], "0000");

@@ -24,6 +24,11 @@ TEST_F(TopoPointsTest, Takes_pairs_of_numbers_whatever_is_between_them) {
       "west 7\n200\n250 high\n\n300 1e999\n350 +.5");
   EXPECT_EQ(result.points.station, (Values{0, 50, 100, 150, 350}));
   EXPECT_EQ(result.points.elevation, (Values{100, 101.5, -20, 150, 0.5}));
+  EXPECT_EQ(left_out_text(result.left_out),
+            "4 lines are left out, the first is line 7: no number for the station or the elevation");
+  EXPECT_EQ(left_out_text(read("station elevation\n0 1\n").left_out),
+            "Line 1 is left out: no number for the station or the elevation");
+  EXPECT_EQ(left_out_text(read("! station elevation\n\n0 1\n \n").left_out), "");
 }
 
 TEST_F(TopoPointsTest, Follows_first_line_step_and_columns) {
@@ -33,6 +38,7 @@ TEST_F(TopoPointsTest, Follows_first_line_step_and_columns) {
   const LocationsRead result = read(text, {3, 2, 3, 2});
   EXPECT_EQ(result.points.station, (Values{0, 10, 20}));
   EXPECT_EQ(result.points.elevation, (Values{900, 901, 902}));
+  EXPECT_EQ(result.left_out.count, 0) << "what no step reaches is no data";
   EXPECT_TRUE(read(text, {100, 1, 3, 2}).points.station.empty());
   EXPECT_TRUE(read(text, {1, 1, 2000000000, 2}).points.station.empty());
   EXPECT_EQ(read(text, {3, 2000000000, 3, 2}).points.station, Values{0});

@@ -2,12 +2,14 @@
 
 #include <filesystem>
 #include <map>
+#include <set>
 
 #include "core/text_fields.h"
 #include "formats/occam/response_file.h"
 #include "formats/occam/start_file.h"
 #include "occam/inversion/inversion_input.h"
 #include "occam/inversion/run_problem.h"
+#include "occam/results/run_results.h"
 #include "tests/formats/occam/made_run.h"
 #include "tests/occam/inversion/made_inversion.h"
 
@@ -145,6 +147,10 @@ TEST_F(RunInversion, Earlier_iterations_are_asked_about_and_kept) {
   }
   EXPECT_EQ(file_contents(folder.path("startup")), before.at("startup"));
   EXPECT_TRUE(has("ITER02.iter.bak"));
+  RunResults earlier;
+  ASSERT_EQ(open_results(folder.path("earlier_1/startup"), earlier), 0);
+  EXPECT_EQ(earlier.last_iteration, 2);
+  EXPECT_EQ(earlier.model.num_free_params, made::inverted_blocks);
   EXPECT_NEAR(read_start_file(folder.path("ITER00.iter")).target_rms, 2.0, 1e-12);
 
   // A response whose iteration has gone is somebody's, too; a log alone is gone on with.
@@ -157,6 +163,37 @@ TEST_F(RunInversion, Earlier_iterations_are_asked_about_and_kept) {
   const std::string log = file_contents(folder.path(inversion_log));
   (void)invert(options);
   EXPECT_TRUE(file_contents(folder.path(inversion_log)).starts_with(log));
+}
+
+// Two start files of a folder, as before and after its mesh is masked.
+TEST_F(RunInversion, Earlier_iterations_take_the_files_of_their_own_model_along) {
+  const std::string model = made::replaced(made::inverted_model(), "mesh\n", "MESH\n");  // the file is "mesh"
+  static_cast<void>(folder.write("inmodel", model));
+  static_cast<void>(folder.write("sub/other", model));
+  static_cast<void>(
+      folder.write("other_start", made::replaced(made::inverted_start(), "inmodel", "sub/other")));
+  InversionOptions options;
+  options.iterations = 1;
+  (void)invert(options);
+  InversionOptions other = from("other_start");
+  other.iterations = 1;
+  EXPECT_EQ(invert(other).earlier_folder, "earlier_1");
+  EXPECT_EQ(invert(other).earlier_folder, "earlier_2");
+  const auto names_in = [&](const std::string& place) {
+    std::set<std::string> names;
+    for (const auto& [name, text] : contents()) {
+      const bool is_result = name.find("ITER") != std::string::npos ||
+                             name.find("RESP") != std::string::npos ||
+                             name.find(inversion_log) != std::string::npos;
+      if (name.starts_with(place + "/") && !is_result) {
+        names.insert(name.substr(place.size() + 1));
+      }
+    }
+    return names;
+  };
+  EXPECT_EQ(names_in("earlier_1"), (std::set<std::string>{"inmodel", "mesh", "occamdat", "startup"}));
+  EXPECT_EQ(names_in("earlier_2"), (std::set<std::string>{"sub/other", "mesh", "occamdat", "other_start"}));
+  EXPECT_EQ(run_inversion(folder.path("earlier_2"), go_on(), {}).steps.front().iteration, 1);
 }
 
 TEST_F(RunInversion, A_lost_response_comes_back_with_the_restart) {

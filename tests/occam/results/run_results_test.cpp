@@ -106,6 +106,45 @@ TEST_F(RunResultsTest, An_iteration_is_shown_with_the_model_that_it_names) {
   EXPECT_EQ(interface.take_messages().size(), 1U) << "told once";
 }
 
+// Before its inversion the masked mesh has a start, and the iterations are those of the mesh as it was.
+TEST_F(RunResultsTest, A_start_file_of_another_name_has_the_iterations_of_its_own_model) {
+  const std::string start = made::write_results(folder);
+  static_cast<void>(folder.write(
+      "hill_model", made::replaced(made::results_model, "     2     4\n     1     2     2     1\n",
+                                   "     2     3\n     1     4     1\n")));
+  const auto of_hill = [](int number) {
+    return made::replaced(made::replaced(made::iteration_text(number, " 2.0 1.0 1.5 2.0 2.0\n 2.0 3.0 2.0\n"),
+                                         "NO. PARMS:        9", "NO. PARMS:        8"),
+                          "MODEL FILE:       inmodel", "MODEL FILE:       ./Hill_model");
+  };
+  const std::string hill = folder.write("hill_startup", made::replaced(of_hill(0), "./Hill", "hill"));
+  RunResults results;
+  EXPECT_EQ(open_results(hill, results), -1);
+  EXPECT_EQ(interface.take_messages(),
+            made::Messages{"No iteration files were found at the specified location "
+                           "for the model hill_model"});
+  ASSERT_EQ(open_results(hill, results, Iterations::may_come), 0);
+  EXPECT_TRUE(results.has_start_only());
+  EXPECT_EQ(results.last_iteration, 0);
+  RunView view(results);
+  ASSERT_EQ(view.load_iteration(), 0);
+  EXPECT_EQ(view.parameters().size(), 8U);
+  EXPECT_FALSE(settle(results)) << "nothing has changed";
+  RunSummary summary;
+  ASSERT_EQ(read_run(folder.folder(), "hill_startup", summary), 0);
+  EXPECT_TRUE(summary.iterations.empty());
+
+  // Its iterations come; "startup" stands for the folder, with all of them.
+  static_cast<void>(folder.write("ITER_2", of_hill(2)));
+  ASSERT_TRUE(settle(results));
+  EXPECT_FALSE(results.has_start_only());
+  EXPECT_EQ(results.last_iteration, 2);
+  EXPECT_FALSE(results.has(1));
+  ASSERT_EQ(open_results(start, results), 0);
+  EXPECT_TRUE(results.has(1) && results.has(2) && results.has(3));
+  EXPECT_EQ(interface.take_messages(), made::Messages{});
+}
+
 TEST_F(RunResultsTest, Tells_what_can_not_be_opened) {
   RunResults results;
   const std::string start = made::write_results(folder);

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
 #include <QPlainTextEdit>
@@ -150,6 +151,8 @@ class FormOccam2dMaskTopoTest : public QObject {
   void masks_the_mesh_shows_it_and_saves_it() {
     choose_files();
     QCOMPARE(control("Text_number_locations")->text(), QString("21"));
+    QCOMPARE(control<QLabel>("Label_left_out")->text(),
+             QString("Line 2 is left out: no number for the station or the elevation"));  // the heading
     QVERIFY(control<QPlainTextEdit>("Text_data_file")->toPlainText().startsWith("! line 200E"));
     save_picture("mask_topo_file.png");
     pages().setCurrentIndex(mesh_page);
@@ -185,7 +188,8 @@ class FormOccam2dMaskTopoTest : public QObject {
     QCOMPARE(request.suggested_name, std::string("mesh_topo_mask.msh"));
     const std::string saved = file_contents(folder_->path("masked.msh"));
     QCOMPARE(messages.back(), "Number of free parameters: " + std::to_string(std::ranges::count(saved, '?')) +
-                                  ". The mesh is written to " + folder_->path("masked.msh"));
+                                  " (triangles of the mesh). The mesh is written to " +
+                                  folder_->path("masked.msh"));
     choose("Option_mask_style_1");
     click("Command_save_mesh");  // No to the question
     QCOMPARE(recorded().questions, Messages{"The specified file already exists. Overwrite?"});

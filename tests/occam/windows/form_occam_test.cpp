@@ -17,6 +17,7 @@
 #include "database/sites.h"
 #include "platform/files/file_lock.h"
 #include "platform/settings_store/settings_store.h"
+#include "platform/widgets/entry_mark.h"
 #include "platform/widgets/folder_tree.h"
 #include "tests/reduction/made_readings.h"
 #include "tests/support/recording_interface.h"
@@ -104,13 +105,43 @@ class FormOccamTest : public QObject {
     type("Text_last_station", "149");
     QCOMPARE(summary->text(), QString("The start station is greater than the end station"));
     type("Text_last_station", "x");
+    QVERIFY(is_marked(*control("Text_last_station")));
     click("Command_create_inversion");
     QCOMPARE(interface_->take_messages(), Messages{"The end station is not valid"});
     type("Text_last_station", "");
+    QVERIFY(!is_marked(*control("Text_last_station")));
+    control<QCheckBox>("Check_rotate_to_strike")->setChecked(true);
+    type("Text_rotate_to_strike", "1000");
+    QVERIFY(is_marked(*control("Text_rotate_to_strike")));
+    control<QCheckBox>("Check_rotate_to_strike")->setChecked(false);
+    QVERIFY(!is_marked(*control("Text_rotate_to_strike")));
+    const QString tip = control("Text_block_width")->toolTip();
     type("Text_block_width", "wide");
     QCOMPARE(summary->text(), QString("The block width is invalid"));
     click("Command_create_inversion");
     QCOMPARE(interface_->take_messages(), Messages{"The block width is invalid"});
+    QVERIFY(control("Text_block_width")->hasFocus());
+    QCOMPARE(control("Text_block_width")->selectedText(), QString("wide"));
+    QTest::keyClicks(control("Text_block_width"), "50");
+    QVERIFY(!is_marked(*control("Text_block_width")));
+    QCOMPARE(control("Text_block_width")->toolTip(), tip);
+  }
+
+  void floors_say_what_they_are_floors_of() {
+    open_window();
+    const auto units = [&] { return control<QLabel>("Label_floor_units")->text(); };
+    QCOMPARE(units(), QString("Floors: % of log10 resistivity, % of phase"));
+    control<QCheckBox>("Check_use_standard_error")->setChecked(false);
+    QCOMPARE(units(), QString("Floors: decades of resistivity, % of phase"));
+    control<QCheckBox>("Check_use_rhoplus_error")->setChecked(true);
+    QCOMPARE(units(), QString("Floors: % of resistivity, % of phase"));
+    control<QComboBox>("Combo_errors")->setCurrentIndex(1);
+    QCOMPARE(units(), QString("Floors: % of resistivity, degrees of phase"));
+    type("Text_phase_error_floor", "x");  // the tip of a marked box follows when it can be used again
+    control<QComboBox>("Combo_errors")->setCurrentIndex(0);
+    QVERIFY(is_marked(*control("Text_phase_error_floor")));
+    type("Text_phase_error_floor", "5");
+    QVERIFY(control("Text_phase_error_floor")->toolTip().contains("2.25 degrees at 45"));
   }
 
   void positions_are_proposed_and_explained() {

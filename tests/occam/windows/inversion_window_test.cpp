@@ -315,6 +315,35 @@ class InversionWindowTest : public QObject {
     QVERIFY(text("Text_RMS") != "NA");
   }
 
+  // As after a mesh was masked beside its run.
+  void another_start_file_of_the_folder_is_a_run_of_its_own() {
+    open({"1", "0.001", 0.001});
+    run_to_the_end();
+    static_cast<void>(folder_->write("run/hill_model", file_contents(file("inmodel").string())));
+    std::string start = file_contents(file("startup").string());
+    start.replace(start.find("inmodel"), 7, "hill_model");
+    (*interface_)->path_answers.push_back(folder_->write("run/hill_startup", start));
+    (*interface_)->yes_no_answers = {true};
+    windows_->open_chosen();
+    QCOMPARE(
+        (*interface_)->questions.back(),
+        std::string("No iteration files were found at the specified location for the model hill_model. Open "
+                    "it to see its start model and run its inversion?"));
+    Form_occam_inversion* const plain = window_;
+    plain->hide();
+    window_ = window_of("run");
+    plain->show();
+    QVERIFY(window_ != nullptr && window_ != plain);
+    QCOMPARE(window_->windowTitle(), QString("Occam2D Results: run (hill_startup)"));
+    QCOMPARE(control<QComboBox>("Combo_iteration")->currentText(), QString("Start model"));
+    QVERIFY(!control<QPushButton>("Command_continue")->isEnabled());
+    answer("Keep them in earlier_1 and start anew");
+    run_to_the_end();
+    QVERIFY(fs::exists(file("earlier_1/startup")));
+    QCOMPARE(text("Text_iterate"), QString("1"));
+    QVERIFY(control<QPushButton>("Command_continue")->isEnabled());
+  }
+
   void each_run_has_one_window() {
     open();
     static_cast<void>(made::write_small_run(*folder_));

@@ -15,9 +15,11 @@
 
 #include "database/sites.h"
 #include "tensor/windows/Form_strike.h"
+#include "tensor/windows/rose_picture.h"
 #include "tensor/windows/shown_line.h"
 #include "tensor/windows/strike_table.h"
 #include "tests/reduction/made_readings.h"
+#include "tests/support/drawn_texts.h"
 #include "tests/support/window_fixture.h"
 #include "tests/tensor/made_tensors.h"
 
@@ -181,6 +183,20 @@ class StrikeTest : public QObject, private WindowFixture {
     QTRY_COMPARE(table().item(1, 7)->text(), QString("turned, set"));
     control<QPushButton>("Command_ey_sign").menu()->actions().at(0)->trigger();
     QTRY_VERIFY(table().item(1, 7)->text().contains("as measured, by"));
+  }
+
+  void headings_of_many_decades_are_whole() {
+    const auto stations = Module_tensor::strike_stations(
+        {made::station(1.0, {0.00098, 0.005, 0.05, 0.5, 5, 50, 500, 5000, 20480}, {})});
+    Module_tensor::RoseFigure figure;
+    figure.summary = Module_tensor::strike_summary(stations, {});
+    QCOMPARE(figure.summary->decades.size(), std::size_t{9});
+    DrawnTexts device;
+    QPainter painter(&device);
+    Module_tensor::paint_roses(painter, QRectF(0, 0, 1200, 400), figure);
+    painter.end();
+    QVERIFY2(device.texts().contains("0.00098 - 0.001"), qPrintable(device.texts().join("|")));
+    QVERIFY2(device.texts().filter(QChar(0x2026)).isEmpty(), qPrintable(device.texts().join("|")));
   }
 
   void pictures_are_saved() {
