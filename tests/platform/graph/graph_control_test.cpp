@@ -90,9 +90,14 @@ class GraphControlTest : public QObject, private GraphFixture {
     QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
     const QRect area = control_->plot_area();
     const QPoint from = place(0, 1);
+    QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
     drag(*control_, from, from + QPoint(120, -90));
     QCOMPARE(selected.size(), 0);
     QVERIFY(control_->zoomed());
+    const AxisRange shown = control_->x_range();  // in which the pointer has a place of its own
+    const double right = double(from.x() + 120 - area.left()) / area.width();
+    const double below_pointer = shown.lower * std::pow(shown.upper / shown.lower, right);
+    QVERIFY(std::abs(moved.last().at(1).toDouble() / below_pointer - 1.0) < 0.02);
     QVERIFY(std::abs(control_->x_range().lower / 10.0 - 1.0) < 0.05);
     QVERIFY(std::abs(control_->y_range().lower / 20.0 - 1.0) < 0.05);
 
