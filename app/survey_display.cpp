@@ -374,6 +374,7 @@ void SurveyDisplay::follow_line() {
 /// Sites that lie on no line are to be seen where they are, not in the column that their numbers make.
 void SurveyDisplay::show_map_places() {
   constexpr std::int32_t map_coordinates = 1;
+  const ScopedValue chosen_here(session().updating_controls, false);  // nothing is chosen while they change
   if (std::ranges::all_of(session().station_table, Module_database::has_own_map_place) &&
       choose_coordinates(map_coordinates)) {
     panels_.plan->show_coordinates();

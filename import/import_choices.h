@@ -19,6 +19,8 @@ struct DecodeRow {
   std::int32_t start_column = 0;  // from 1; 0 is not given
   std::int32_t width = 0;         // 0 is not given
   std::string specified;
+
+  bool operator==(const DecodeRow&) const = default;
 };
 
 inline constexpr std::array<std::string_view, 3> decode_row_titles{"Line Number", "Event", "Sample Rate"};

@@ -86,6 +86,30 @@ void take_entries(const ImportEntries& entries, ImportChoices& choices) {
   choices.station_step = entries.station_step;
 }
 
+void take_set_by_hand(const ListChoices& list, ImportChoices& choices) {
+  const ImportChoices& chosen = list.chosen;
+  for (std::size_t row = 0; row < chosen.decode.size(); ++row) {
+    if (chosen.decode.at(row) != list.proposed.decode.at(row)) {
+      choices.decode.at(row) = chosen.decode.at(row);
+    }
+  }
+  if (chosen.decode[decode_line_number] != list.proposed.decode[decode_line_number]) {
+    choices.folder_lines.clear();
+  }
+  if (chosen.decode[decode_sample_rate] != list.proposed.decode[decode_sample_rate]) {
+    choices.own_rate_of_fixed_columns = false;
+  }
+  if (chosen.line_direction != list.proposed.line_direction) {
+    choices.line_direction = chosen.line_direction;
+  }
+  if (list.stations_chosen) {
+    choices.stations_by = chosen.stations_by;
+    choices.count_sites = chosen.count_sites;
+    choices.start_station = chosen.start_station;
+    choices.station_step = chosen.station_step;
+  }
+}
+
 void take_lasting(const LastingChoices& lasting, ImportChoices& choices) {
   choices.ReferenceType = lasting.ReferenceType.value_or(choices.ReferenceType);
   choices.ReductionType = lasting.ReductionType.value_or(choices.ReductionType);

@@ -1,9 +1,9 @@
 // import_entries.h: what stays of an import's choices for the next one.
 //
 // Line, event, rate, columns and stations belong to one list of files: they are proposed for every list, and
-// those of the last import are there to be asked for. How fields were referenced and reduced and which values
-// are computed is the habit of a crew: what the user has set by hand there holds until the program ends, and
-// only what he hasn't touched is proposed again.
+// those of the last import are there to be asked for. A list that has files taken out or added is still that
+// list. How fields were referenced and reduced and which values are computed is the habit of a crew: what the
+// user has set by hand there holds until the program ends, and only what he hasn't touched is proposed again.
 #pragma once
 #include <optional>
 
@@ -25,6 +25,16 @@ void keep_import_entries(const ImportChoices& choices);
 std::optional<ImportEntries> last_import_entries();
 /// Puts entries in the place of what is chosen.
 void take_entries(const ImportEntries& entries, ImportChoices& choices);
+
+/// What was chosen for a list of files, beside what was proposed for it.
+struct ListChoices {
+  ImportChoices proposed;
+  ImportChoices chosen;
+  bool stations_chosen = false;  // by hand
+};
+
+/// Puts what was set by hand in the place of what is proposed now.
+void take_set_by_hand(const ListChoices& list, ImportChoices& choices);
 
 /// What the user has set by hand; none: it follows the files.
 struct LastingChoices {

@@ -3,8 +3,6 @@
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
 #include <QToolTip>
 #include <utility>
 
@@ -36,10 +34,9 @@ void SiteMap::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   plan_.paint(painter, size(), contents_);
   if (hasFocus()) {
-    QStyleOptionFocusRect focus;
-    focus.initFrom(this);
-    focus.backgroundColor = Qt::white;
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    // A frame alone: a style may fill its own with a tint, and the stations' colours mean something.
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
   }
 }
 

@@ -128,15 +128,28 @@ void StationPanel::connect_controls() {
   });
 }
 
-/// Escape leaves what was typed as the factor, and shows the one that is stored.
+/// Escape leaves what was typed as the factor, and shows the one that is stored. What is marked in the graphs
+/// waits for the next Escape, whose shortcut would take the typed factor first.
 bool StationPanel::eventFilter(QObject* receiver, QEvent* event) {
-  if (receiver == Text_static_ && event->type() == QEvent::KeyPress &&
-      static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+  const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+  if (receiver != Text_static_ || !key || static_cast<const QKeyEvent*>(event)->key() != Qt::Key_Escape) {
+    return QWidget::eventFilter(receiver, event);
+  }
+  if (event->type() == QEvent::ShortcutOverride) {
+    if (!static_factor_typed()) {
+      return false;
+    }
+    event->accept();
+  } else {
     show_merged_switches();
     Text_static_->selectAll();
-    return true;
   }
-  return QWidget::eventFilter(receiver, event);
+  return true;
+}
+
+/// The shown text has two decimals, the factor may have more.
+bool StationPanel::static_factor_typed() const {
+  return Text_static_->isModified() || Text_static_->text() != shown_static_;
 }
 
 /// Why the text in the box is no factor; empty if it is one.
@@ -148,8 +161,8 @@ QString StationPanel::static_fault() const {
 }
 
 void StationPanel::leave_static_factor() {
-  if (!Text_static_->isModified() && Text_static_->text() == shown_static_) {
-    return;  // the text has two decimals, the factor may have more, which passing by must not cut off
+  if (!static_factor_typed()) {
+    return;  // passing by must not cut off decimals
   }
   const QString fault = static_fault();
   mark_entry(*Text_static_, fault);

@@ -54,6 +54,7 @@ class StationPanel : public QWidget {
   QHBoxLayout* make_neighbours();
   void connect_controls();
   [[nodiscard]] QString static_fault() const;
+  [[nodiscard]] bool static_factor_typed() const;
   void leave_static_factor();
 
   GraphPairWidget* graphs_;

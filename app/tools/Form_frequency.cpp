@@ -140,9 +140,10 @@ void Form_frequency::fill_grid() {
   Grid_frequencies_->setRowCount(static_cast<int>(choice_.frequencies().count()));
   for (int row = 0; row < Grid_frequencies_->rowCount(); ++row) {
     const auto index = static_cast<std::size_t>(row);
-    const double frequency = choice_.frequencies().list[index];
+    const float frequency = choice_.frequencies().list[index];
     Grid_frequencies_->setItem(row, frequency_column, number_cell(qt_text(plain_text(frequency))));
-    Grid_frequencies_->setItem(row, period_column, number_cell(QString::number(1.0 / frequency, 'g', 4)));
+    Grid_frequencies_->setItem(row, period_column,
+                               number_cell(QString::number(1.0 / double{frequency}, 'g', 4)));
     Grid_frequencies_->setItem(row, use_column, make_check_cell(choice_.is_used(index)));
   }
   show_choice();

@@ -89,4 +89,8 @@ std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& rep
   return stations;
 }
 
+std::string stations_missing(std::int64_t count) {
+  return plain_text(count) + (count == 1 ? " station is" : " stations are") + " not in the .stn file";
+}
+
 }  // namespace formats::zonge

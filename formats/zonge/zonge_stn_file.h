@@ -3,6 +3,7 @@
 // A line for each station: number, map x (east), map y (north), elevation, all in m. Lines that don't begin
 // with a number ("/line 200") are comments.
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,5 +33,8 @@ std::optional<std::string> find_stn_file(const std::string& raw_file);
 /// so. Throws std::runtime_error if the file can't be read.
 std::vector<ZongeStation> read_stn_file(const std::string& path, FileReport& report,
                                         UnreadPlace unread = UnreadPlace::taken_as_zero);
+
+/// "3 stations are not in the .stn file".
+std::string stations_missing(std::int64_t count);
 
 }  // namespace formats::zonge

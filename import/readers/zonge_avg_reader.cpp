@@ -206,11 +206,8 @@ StationPlace AverageStore::place_of(const AvgStation& station) {
   return place;
 }
 
-std::string stations_missing(std::int64_t count) {
-  return plain_text(count) + (count == 1 ? " station is" : " stations are") + " not in the .stn file";
-}
-
 void AverageStore::remark_on_places() {
+  using formats::zonge::stations_missing;
   if (between_ > 0) {
     remark_ignored(task_.report, 0,
                    stations_missing(between_) + "; placed in proportion between those of it on both sides");

@@ -1,8 +1,11 @@
 #include "import/readers/zonge_raw_reader.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+#include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/absent_value.h"
@@ -52,7 +55,9 @@ void fill_curve(const ZongeBlock& block, const ZongeChannel& channel, Module_dat
 // Takes the blocks of one file, one after the other.
 class BlockStore {
  public:
-  BlockStore(FileTask& task, ZongeAccount& account) : task_(task), account_(account) {}
+  /// @param placed  the stations of the file of stations
+  BlockStore(FileTask& task, ZongeAccount& account, std::set<double> placed)
+      : task_(task), account_(account), placed_(std::move(placed)) {}
 
   /// @return false after a failure to store, whose message was shown
   bool take(const ZongeBlock& block) {
@@ -60,7 +65,18 @@ class BlockStore {
     return take_header(block) && take_data(block);
   }
 
-  void report_dropped() const {
+  /// What was left out, and what is without a place of its own.
+  void report_missing() const {
+    if (without_data_) {
+      remark_unreadable(
+          task_.report, 0,
+          "block " + plain_text(*without_data_) + ", the last one, has no data: the file may be cut off");
+    }
+    if (!unplaced_.empty()) {
+      remark_unreadable(task_.report, 0,
+                        stations_missing(static_cast<std::int64_t>(unplaced_.size())) +
+                            "; new ones get their places from the survey grid");
+    }
     if (blocks_dropped_ > 0) {
       remark_unreadable(task_.report, 0,
                         plain_text(blocks_dropped_) + (blocks_dropped_ == 1 ? " block is" : " blocks are") +
@@ -76,6 +92,9 @@ class BlockStore {
 
   FileTask& task_;
   ZongeAccount& account_;
+  std::set<double> placed_;
+  std::set<double> unplaced_;
+  std::optional<std::int64_t> without_data_;  // the number of the last block, if it should have some
   std::int64_t blocks_dropped_ = 0;
 };
 
@@ -110,7 +129,11 @@ bool BlockStore::take_header(const ZongeBlock& block) {
 }
 
 bool BlockStore::take_data(const ZongeBlock& block) {
+  without_data_.reset();
   if (block.channels.empty() && (block.is_header || block.fault.empty())) {
+    if (!block.is_header && !block.aborted) {
+      without_data_ = block.number;
+    }
     return true;
   }
   if (block.aborted || !block.fault.empty()) {
@@ -131,6 +154,9 @@ bool BlockStore::take_data(const ZongeBlock& block) {
 
 bool BlockStore::take_channel(const ZongeBlock& block, const ZongeChannel& channel) {
   task_.record.Station = channel.station;
+  if (!placed_.contains(channel.station)) {
+    unplaced_.insert(channel.station);
+  }
   if (task_.is_import()) {
     // A new station that the file of stations doesn't have gets its place from the survey grid.
     find_station_of_record(task_.record, MapPlace::of_survey_grid);
@@ -145,8 +171,8 @@ bool BlockStore::take_channel(const ZongeBlock& block, const ZongeChannel& chann
   return true;
 }
 
-// Creates the stations at their places before any reading does without.
-void create_stations(const std::string& stn_file, FileTask& task) {
+// Creates the stations at their places before any reading does without. @return their numbers
+std::set<double> create_stations(const std::string& stn_file, FileTask& task) {
   const std::vector<ZongeStation> stations = read_stn_file(stn_file, task.report);
   if (task.is_import()) {
     for (const ZongeStation& entry : stations) {
@@ -157,9 +183,12 @@ void create_stations(const std::string& stn_file, FileTask& task) {
                                           &place);
     }
   }
+  std::set<double> numbers;
+  std::ranges::transform(stations, std::inserter(numbers, numbers.end()), &ZongeStation::station);
+  return numbers;
 }
 
-int read_blocks(FileTask& task) {
+int read_blocks(FileTask& task, std::set<double> placed) {
   set_up_header(task.record);
   if (task.is_import() && store_header_block(task.record, task.notes) != 0) {
     return -1;
@@ -167,7 +196,7 @@ int read_blocks(FileTask& task) {
   LineReader reader(task.file);
   ZongeAccount account(task.report);
   ZongeRawParser parser(reader, account);
-  BlockStore store(task, account);
+  BlockStore store(task, account, std::move(placed));
   ZongeBlock block;
   std::int64_t shown = 0;
   while (parser.next_block(block)) {
@@ -181,7 +210,7 @@ int read_blocks(FileTask& task) {
       task.show_progress(reader);
     }
   }
-  store.report_dropped();
+  store.report_missing();
   remark_on_nul_bytes(reader, task.report);
   return 0;
 }
@@ -194,10 +223,7 @@ int read_zonge_raw(FileTask& task) {
     task.report.failure = no_stn_file_text;
     return -1;
   }
-  return run_reader(task, [&] {
-    create_stations(*stn_file, task);
-    return read_blocks(task);
-  });
+  return run_reader(task, [&] { return read_blocks(task, create_stations(*stn_file, task)); });
 }
 
 }  // namespace Module_data_file

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <algorithm>
+#include <unordered_set>
 
 #include "core/trap_errors.h"
 #include "import/import_files.h"
@@ -95,12 +96,18 @@ void Form_import_MTData::take_files(const std::vector<std::string>& paths) {
 }
 
 void Form_import_MTData::process_files() {
-  files_ = ui_->Frame_select_files->files();
-  if (files_.empty()) {
+  std::vector<std::string> files = ui_->Frame_select_files->files();
+  if (files.empty()) {
     QApplication::beep();
     ui_->Frame_select_files->ask_for_files();
     return;
   }
+  const std::unordered_set<std::string> before(files_.begin(), files_.end());
+  by_hand_.reset();
+  if (std::ranges::any_of(files, [&](const std::string& file) { return before.contains(file); })) {
+    by_hand_ = {proposals_.choices, controls_->choices(), controls_->has_chosen_stations()};
+  }
+  files_ = std::move(files);
   show_page(ui_->Page_import_data);
   ui_->Text_current_directory->setText(QDir::toNativeSeparators(QString::fromStdString(folder_of_files())));
   scan_files();
@@ -122,7 +129,7 @@ void Form_import_MTData::scan_files() {
   scanned_.clear();
   proposals_ = {};
   model_->show_files(files_);
-  controls_->propose_stations_again(true);
+  controls_->propose_stations_again(!by_hand_ || !by_hand_->stations_chosen);
   set_running(true);
   bool finished = false;
   const int result = trap_errors(looking_failed, [&] {
@@ -167,6 +174,9 @@ void Form_import_MTData::propose_choices() {
   proposals_ = propose(scanned_, *maker_, controls_->choices().line_direction);
   ImportChoices choices = proposals_.choices;
   take_lasting(lasting_, choices);
+  if (by_hand_) {
+    take_set_by_hand(*by_hand_, choices);
+  }
   controls_->show(choices);
   controls_->open_events(
       !std::ranges::all_of(scanned_, [](const ScannedFile& file) { return names_sites(file.format); }));

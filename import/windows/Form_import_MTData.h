@@ -68,6 +68,8 @@ class Form_import_MTData : public QDialog {
   std::vector<Module_data_file::ScannedFile> scanned_;
   std::unique_ptr<Module_data_file::PlanMaker> maker_;
   Module_data_file::Proposals proposals_;
+  std::optional<Module_data_file::ListChoices>
+      by_hand_;  // on this page, before files were added or taken out
   Module_data_file::ImportReport report_;
   QString told_;
   bool given_ = false;  // the files were given, and nobody has asked for the dialog

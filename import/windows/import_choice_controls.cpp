@@ -8,15 +8,6 @@
 
 using namespace Module_data_file;
 
-namespace {
-
-bool same_row(const DecodeRow& a, const DecodeRow& b) {
-  return a.use_file_name == b.use_file_name && a.start_column == b.start_column && a.width == b.width &&
-         a.specified == b.specified;
-}
-
-}  // namespace
-
 ImportChoiceControls::ImportChoiceControls(Ui::Form_import_MTData& ui, LastingChoices& lasting,
                                            QObject* parent)
     : QObject(parent), ui_(ui), lasting_(lasting) {
@@ -104,10 +95,10 @@ void ImportChoiceControls::user_changed() {
     return;
   }
   ImportChoices now = read();
-  if (!same_row(now.decode[decode_line_number], choices_.decode[decode_line_number])) {
+  if (now.decode[decode_line_number] != choices_.decode[decode_line_number]) {
     now.folder_lines.clear();  // what is typed holds for all folders
   }
-  if (!same_row(now.decode[decode_sample_rate], choices_.decode[decode_sample_rate])) {
+  if (now.decode[decode_sample_rate] != choices_.decode[decode_sample_rate]) {
     now.own_rate_of_fixed_columns = false;
   }
   if (now.stations_by != choices_.stations_by || now.start_station != choices_.start_station ||
@@ -140,7 +131,7 @@ void ImportChoiceControls::show_reasons(const Proposals& proposals) {
     label->setText(reason(proposals, choice, is_as_proposed));
   };
   const auto show_row = [&](QLabel* label, ProposedChoice choice, std::size_t row, const char* title) {
-    const QString why = reason(proposals, choice, same_row(choices_.decode[row], proposed.decode[row]));
+    const QString why = reason(proposals, choice, choices_.decode[row] == proposed.decode[row]);
     label->setText(why.isEmpty() ? why : title + why);
   };
   show(ui_.Label_why_reference, ProposedChoice::reference, choices_.ReferenceType == proposed.ReferenceType);

@@ -9,6 +9,7 @@
 #include <array>
 #include <map>
 #include <numeric>
+#include <unordered_map>
 #include <utility>
 
 #include "import/natural_order.h"
@@ -72,10 +73,17 @@ ImportPlanModel::ImportPlanModel(QObject* parent)
 
 void ImportPlanModel::show_files(std::vector<std::string> files) {
   beginResetModel();
+  std::unordered_map<std::string, std::size_t> place;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    place.emplace(files[i], i);
+  }
+  std::erase_if(edits_, [&](const PlannedEdit& edit) { return !place.contains(files_[edit.file_index]); });
+  for (PlannedEdit& edit : edits_) {
+    edit.file_index = place.at(files_[edit.file_index]);
+  }
   files_ = std::move(files);
   plan_ = {};
   order_.clear();
-  edits_.clear();
   sorted_by_ = -1;
   endResetModel();
 }

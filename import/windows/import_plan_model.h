@@ -17,7 +17,7 @@ class ImportPlanModel : public QAbstractTableModel {
  public:
   explicit ImportPlanModel(QObject* parent = nullptr);
 
-  /// Begins with a list of files, without edits. No row yet.
+  /// Begins with a list of files, with the edits of those that were in the list before. No row yet.
   void show_files(std::vector<std::string> files);
   /// Shows a plan of these files. Selected rows stay so, wherever they come to be.
   void show_plan(Module_data_file::ImportPlan plan, Module_data_file::LineDirection direction);

@@ -193,9 +193,8 @@ class ChartTicker final : public QCPAxisTicker {
   bool inverse_;
 };
 
-}  // namespace
-
-AxisTicks logarithmic_ticks(const AxisRange& range, const TickRoom& room) {
+/// Ticks whose labels have their gap.
+AxisTicks spaced_decades(const AxisRange& range, const TickRoom& room) {
   const double low = std::log10(range.lower);
   const double span = std::log10(range.upper) - low;
   if (!(span > 0.0) || room.pixels <= 0.0) {
@@ -226,6 +225,21 @@ AxisTicks logarithmic_ticks(const AxisRange& range, const TickRoom& room) {
     }
   }
   return decades(first, first, 1, false);
+}
+
+}  // namespace
+
+AxisTicks logarithmic_ticks(const AxisRange& range, const TickRoom& room) {
+  AxisTicks ticks = spaced_decades(range, room);
+  if (ticks.major.size() < 2) {  // one number gives no scale: rather several that stand close
+    TickRoom close = room;
+    constexpr double share_of_gap = 0.3;
+    close.gap *= share_of_gap;
+    if (AxisTicks closer = spaced_decades(range, close); closer.major.size() > ticks.major.size()) {
+      return closer;
+    }
+  }
+  return ticks;
 }
 
 AxisTicks linear_ticks(const AxisRange& range, const TickRoom& room) {

@@ -85,6 +85,7 @@ bool MouseGestures::release(const QMouseEvent& event) {
   if (ended == State::band && event.button() == Qt::LeftButton) {
     state_ = State::idle;
     Q_EMIT band_released(pressed_at_, event.position());
+    Q_EMIT hovered(event.position());
     return true;
   }
   if ((ended == State::pressed || ended == State::pressed_again) && event.button() == Qt::LeftButton) {
@@ -101,6 +102,7 @@ bool MouseGestures::release(const QMouseEvent& event) {
   }
   if (ended == State::pan && event.button() == Qt::MiddleButton) {
     state_ = State::idle;
+    Q_EMIT hovered(event.position());
     return true;
   }
   return ended != State::idle;

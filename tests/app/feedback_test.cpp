@@ -190,6 +190,20 @@ class FeedbackTest : public QObject, private MainViewFixture {
     QCOMPARE(stored_mask(ID, 2), 0);
   }
 
+  void escape_leaves_a_typed_factor_before_what_is_marked() {
+    mark("vxgraph_Profile_0", 2, 0, 0);
+    const std::size_t marked = Module_display_data::chosen_count();
+    auto* const box = control<QLineEdit>("Text_static");
+    type(box, "3");
+    QTest::keyClick(box, Qt::Key_Escape);
+    QCOMPARE(stored_factor(), 1.0F);
+    QCOMPARE(box->text(), QString("1.00"));
+    QCOMPARE(Module_display_data::chosen_count(), marked);
+    QTest::keyClick(box, Qt::Key_Escape);
+    QCOMPARE(Module_display_data::chosen_count(), 0U);
+    QCOMPARE(stored_factor(), 1.0F);
+  }
+
   void a_key_that_changes_nothing_says_so() {
     mark("vxgraph_Profile_0", 2, 0, 0);
     QTest::keyClick(window_.get(), Qt::Key_Delete, Qt::ShiftModifier);

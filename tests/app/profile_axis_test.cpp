@@ -106,6 +106,22 @@ class ProfileAxisTest : public QObject, private MainViewFixture {
     }
   }
 
+  void the_plan_shows_an_area_by_its_map_places() {
+    auto* const coordinates = control<QComboBox>("Combo_coords");
+    auto* const lines = control<QComboBox>("Combo_line");
+    for (StationPlace& place : session().station_table) {
+      place.map_x = 500000.0 + place.local_y;
+      place.map_y = 7200000.0;
+    }
+    QCOMPARE(coordinates->currentText(), QString("Local"));
+    lines->setCurrentIndex(1);
+    QCOMPARE(coordinates->currentText(), QString("Map"));
+    coordinates->setCurrentIndex(0);
+    lines->setCurrentIndex(0);
+    lines->setCurrentIndex(1);
+    QCOMPARE(coordinates->currentText(), QString("Local"));  // as it was chosen since
+  }
+
   void a_line_without_curves_of_the_chosen_kind_says_so() {
     auto* const lines = control<QComboBox>("Combo_line");
     lines->setCurrentText("500E");

@@ -416,6 +416,16 @@ class WindowsTest : public QObject, private MainViewFixture {
     dialog.findChild<QPushButton*>("Command_cancel_changes")->click();
   }
 
+  void frequencies_are_written_as_they_were_read() {
+    Frequencies frequencies;
+    frequencies.list = {0.0883883F, 33.3F};
+    frequencies.enabled = {1, 1};
+    const Form_frequency dialog(frequencies, window_.get());
+    const auto* const grid = dialog.findChild<QTableWidget*>("Grid_frequencies");
+    QCOMPARE(grid->item(0, 0)->text(), QString("0.0883883"));
+    QCOMPARE(grid->item(1, 0)->text(), QString("33.3"));
+  }
+
   void output_panel_is_worked_by_keys() {
     menu("menu_output_data_1");
     QCOMPARE(window_->focusWidget(), control<QComboBox>("Combo_output_linelist"));

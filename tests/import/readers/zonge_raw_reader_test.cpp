@@ -132,14 +132,26 @@ TEST_F(ZongeRawReader, Drops_blocks_with_faults_and_keeps_the_others) {
   EXPECT_TRUE(tells(told, "Data Block : 3 not stored because Base Frequency is invalid  on line : 20"));
   EXPECT_TRUE(tells(told, "Data Block : 4 not stored because Reading was aborted by the operator"));
   EXPECT_TRUE(tells(told, "Block : 6 Channel Ex has no matching Hy field on line : 58"));
-  ASSERT_EQ(told.unreadable.size(), 2U);
+  ASSERT_EQ(told.unreadable.size(), 3U);
   EXPECT_EQ(told.unreadable[0].text, "UTM.STN line 2: x 'abc' is not a number, taken as 0");
-  EXPECT_EQ(told.unreadable[1].text, "3 blocks are not stored; the account says why");
-  EXPECT_EQ(told.unreadable[1].line, 0) << "of no line";
+  EXPECT_EQ(told.unreadable[1].text,
+            "2 stations are not in the .stn file; new ones get their places from the survey grid");
+  EXPECT_EQ(told.unreadable[2].text, "3 blocks are not stored; the account says why");
+  EXPECT_EQ(told.unreadable[2].line, 0) << "of no line";
   EXPECT_EQ(told.readings, 5);  // 4 of the second block, EyHx of the sixth
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID > 0 AND DipoleLength = 50 AND DataType = 'EyHx'"), 1);
   EXPECT_EQ(rows_in("FileTable"), 2);  // the second header stands behind readings
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE FileID = 1"), 5);
+}
+
+TEST_F(ZongeRawReader, Tells_of_a_file_that_ends_within_a_block) {
+  const std::string last = made_csamt(3, 64.0, 100.0);
+  (void)folder.write("a.stn", made_stn());
+  const FileReport told = import(folder.write(
+      "a.raw", made_header(1) + made_csamt(2, 8.0, 100.0) + last.substr(0, last.find("Ch Name"))));
+  EXPECT_EQ(told.readings, 4);
+  ASSERT_EQ(told.unreadable.size(), 1U);
+  EXPECT_EQ(told.unreadable[0].text, "block 3, the last one, has no data: the file may be cut off");
 }
 
 TEST_F(ZongeRawReader, Without_a_file_of_stations_nothing_is_read) {

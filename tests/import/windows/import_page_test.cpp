@@ -237,6 +237,30 @@ class ImportPageTest : public QObject, private ImportWindowFixture {
     QVERIFY(!control("Command_as_last_time")->isEnabled());  // nothing was imported yet
   }
 
+  void what_is_set_for_a_list_stays_when_a_file_is_taken_out_of_it() {
+    make_three_stations();
+    go_to_import_page();
+    decode_from_names();
+    click("Check_use_SECTID_as_station");
+    type_into(2, PlanColumn::station, "77");
+    click("Command_back");
+    auto* const list = control<QTreeWidget>("ListView_binary");
+    list->setCurrentItem(list->topLevelItem(0));
+    click("Command_clear_selected");
+    click("Command_process_files");
+    QCOMPARE(shown_column(PlanColumn::line), QStringList({"200E", "200E"}));
+    QCOMPARE(shown_column(PlanColumn::rate), QStringList({"256", "256"}));
+    QVERIFY(control<QRadioButton>("Check_use_SECTID_as_station")->isChecked());
+    QCOMPARE(shown_column(PlanColumn::station), QStringList({"2", "77"}));
+
+    click("Command_back");
+    click("Command_clear_list");
+    (void)folder_->write("other/a.edi", made_local_edi());
+    window_->take_files({folder_->path("other")});
+    QTRY_COMPARE(shown_column(PlanColumn::file), QStringList{"a.edi"});
+    QCOMPARE(cell(0, specify), QString("100E"));
+  }
+
   void cells_of_the_table_are_changed_and_go_back() {
     make_three_stations();
     go_to_import_page();

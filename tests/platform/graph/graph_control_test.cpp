@@ -90,9 +90,14 @@ class GraphControlTest : public QObject, private GraphFixture {
     QSignalSpy selected(control_.get(), &VexGraphControl::point_selected);
     const QRect area = control_->plot_area();
     const QPoint from = place(0, 1);
+    QSignalSpy moved(control_.get(), &VexGraphControl::pointer_moved);
     drag(*control_, from, from + QPoint(120, -90));
     QCOMPARE(selected.size(), 0);
     QVERIFY(control_->zoomed());
+    const AxisRange shown = control_->x_range();  // in which the pointer has a place of its own
+    const double right = double(from.x() + 120 - area.left()) / area.width();
+    const double below_pointer = shown.lower * std::pow(shown.upper / shown.lower, right);
+    QVERIFY(std::abs(moved.last().at(1).toDouble() / below_pointer - 1.0) < 0.02);
     QVERIFY(std::abs(control_->x_range().lower / 10.0 - 1.0) < 0.05);
     QVERIFY(std::abs(control_->y_range().lower / 20.0 - 1.0) < 0.05);
 
@@ -491,6 +496,7 @@ class GraphControlTest : public QObject, private GraphFixture {
     QCOMPARE(labels(graph::logarithmic_ticks({0.008, 2000.0}, room(600))), "0.01 0.1 1 10 100 1000");
     QCOMPARE(labels(graph::logarithmic_ticks({0.0008, 2000.0}, room(250))), "1e-3 1e-2 1e-1 1e0 1e1 1e2 1e3");
     QCOMPARE(labels(graph::logarithmic_ticks({0.008, 2000.0}, room(170))), "0.01 1 100");
+    QCOMPARE(labels(graph::logarithmic_ticks({4.0, 4000.0}, room(130))), "10 100 1000");  // closer than one alone
     QCOMPARE(labels(graph::logarithmic_ticks({30.0, 600.0}, room(300))), "50 100 200 500");
     QCOMPARE(labels(graph::logarithmic_ticks({510.0, 540.0}, room(200))), "510 515 520 525 530 535 540");
     QCOMPARE(labels(graph::linear_ticks({-5.0, 92.0}, room(200))), "0 20 40 60 80");
