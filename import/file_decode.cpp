@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -289,7 +290,7 @@ void read_file_head(const std::string& file, ReadingRecord& record, SampleFields
     found = next_filled_line(reader, line);
   }
   if (!found) {
-    return;
+    throw std::runtime_error(file + " is empty");
   }
   if (line.starts_with(">HEAD")) {
     read_edi_head(reader, record, report);

@@ -47,7 +47,7 @@ void decode_file_name(const std::string& file, ReadingRecord& record, SampleFiel
 
 /// Takes line, event and scan rate from the choices and the file's name, and format, dates and unit from the
 /// file, into the record and the sample fields. What can't be read goes into the report; a text of no known
-/// kind is its failure. Throws std::runtime_error if the file can't be read.
+/// kind is its failure. Throws std::runtime_error if the file can't be read or is empty.
 void display_file_format(const std::string& file, ReadingRecord& record, SampleFields& sample,
                          formats::FileReport& report);
 

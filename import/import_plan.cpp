@@ -84,7 +84,9 @@ std::string ImportPlan::summary() const {
     if (!row.is_stored) {
       continue;
     }
-    lines.insert(upper_case(row.line));
+    if (!row.line.empty()) {  // it is told as a problem of its rows
+      lines.insert(upper_case(row.line));
+    }
     stations.emplace(upper_case(row.line), row.station);
     own_stations += row.own_stations > 1 ? row.own_stations - 1 : 0;
   }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int left_room = 78;
+constexpr int left_room = 90;
 constexpr int bottom_room = 36;
 constexpr int top_room = 8;
 constexpr int right_room = 10;

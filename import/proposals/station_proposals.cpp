@@ -79,7 +79,9 @@ std::string why_no_distances(std::span<const ScannedFile> files, const ImportCho
     if (!line.known_are_distances()) {
       return "the stations that line " + name + " has are no distances";
     }
-    found += (found.empty() ? "the sites lie on a line of " : ", ") + kilometres(line.length());
+    const char* const lead =
+        run.lines().all().size() > 1 ? "the sites lie on lines of " : "the sites lie on a line of ";
+    found += (found.empty() ? lead : ", ") + kilometres(line.length());
     if (line.has_known()) {
       found += ", which keeps its zero and direction";
     }

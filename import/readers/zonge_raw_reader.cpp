@@ -61,6 +61,10 @@ class BlockStore {
 
   /// @return false after a failure to store, whose message was shown
   bool take(const ZongeBlock& block) {
+    without_data_.reset();
+    if (block.type != ZongeBlockType::mt) {
+      return true;
+    }
     task_.record.DipoleLength = static_cast<float>(block.a_spacing.value_or(usual_dipole));
     return take_header(block) && take_data(block);
   }
@@ -129,7 +133,6 @@ bool BlockStore::take_header(const ZongeBlock& block) {
 }
 
 bool BlockStore::take_data(const ZongeBlock& block) {
-  without_data_.reset();
   if (block.channels.empty() && (block.is_header || block.fault.empty())) {
     if (!block.is_header && !block.aborted) {
       without_data_ = block.number;
@@ -200,7 +203,7 @@ int read_blocks(FileTask& task, std::set<double> placed) {
   ZongeBlock block;
   std::int64_t shown = 0;
   while (parser.next_block(block)) {
-    if (block.type == ZongeBlockType::mt && !store.take(block)) {
+    if (!store.take(block)) {
       return -1;
     }
     constexpr std::int64_t bytes_between =

@@ -133,7 +133,6 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
       {" 1234\n\n1234567890001-02-03\n", format_zonge_raw, "03-Feb-0001"},
       {" 1234\n\n1234567890000-02-03\n", format_zonge_raw, "01-Jan-1900"},
       {" 1234\n\n123456789-001-02-03\n", format_zonge_raw, "01-Jan-1900"},
-      {"", format_unknown, "01-Jan-1900"},
       {"x,y,rho\n1,2,3\n", format_unknown, "01-Jan-1900"},
   };
   for (const Case& c : cases) {
@@ -147,6 +146,11 @@ TEST(Display_file_format, Tells_formats_and_dates_apart) {
       EXPECT_EQ(sample.date, c.date);
     }
   }
+  ReadingRecord record = good_record();
+  SampleFields sample;
+  FileReport report;
+  EXPECT_THROW(display_file_format(folder.write("L200_07_24.edi", " \n"), record, sample, report),
+               std::runtime_error);
 }
 
 // What stands in the first lines tells a format, before the DC that fixed columns have in theirs.

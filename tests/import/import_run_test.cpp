@@ -251,6 +251,7 @@ TEST_F(ImportRun, A_bad_file_costs_no_other) {
       messages[0].ends_with(": The name of the file has an apostrophe: rename the file to import it."))
       << messages[0];
   EXPECT_EQ(report.files[1].failure, messages[0]);
+  EXPECT_TRUE(report.files[2].failure.ends_with("empty.edi is empty")) << report.files[2].failure;
   EXPECT_EQ(messages.size(), 4U);  // none for the missing, cut and section-less ones, which the report names
 }
 

@@ -268,6 +268,10 @@ TEST_F(PlannedImport, Sites_in_order_keep_their_stations) {
   const ImportPlan plan = plan_for(more, proposals_for(more).choices);
   EXPECT_EQ(planned_stations(plan), (std::vector<double>{300, 100, 200, 100, 400, 200}));
   EXPECT_EQ(plan.summary(), "6 files, 4 stations on line 7E");
+  ImportPlan without_line;
+  without_line.sections.resize(1);
+  without_line.sections[0].is_stored = true;
+  EXPECT_EQ(without_line.summary(), "1 file, 1 station");
   // One name at two places is two sites, which go above what the file of fixed columns holds.
   const std::vector<std::string> placed{
       folder.write("8E/f.res", made_fixed_columns({{16.0, 0.25, {1e-4, 2e-4}, {}}, {1024.0, 0.5, {}, {}}})),
