@@ -325,6 +325,16 @@ TEST_F(Averages, A_stopped_recalculation_says_how_many_stations_keep_their_earli
   EXPECT_EQ(rows_in("ReadingsDataTable WHERE ReductionType=2"), 2) << "no station is left half way";
 }
 
+TEST_F(Averages, Recalculation_names_one_group_that_fails) {
+  damage(made::store(made::key(8.0F, 100.0), 1, made::reading(low_points)));
+  EXPECT_EQ(recalculate_merged(), -1);
+  EXPECT_EQ(interface.take_messages(),
+            std::vector<std::string>{
+                std::string(averaging_failed) +
+                "1 group of readings was skipped and keeps its earlier curve\nline 200E, "
+                "station 100, ExHy, 8 Hz: reading 1 is damaged: FreqBinary has 8 bytes in place of 396"});
+}
+
 TEST_F(Averages, Recalculation_goes_past_groups_that_fail_and_names_three) {
   std::vector<std::int32_t> raw;
   for (int station = 0; station < 7; ++station) {

@@ -265,10 +265,16 @@ TEST_F(StationTables, Points_of_a_table_without_masks_follow_the_rule_of_all_for
                                  "1,EyHx,1,10,-135\n1,EyHx,2,-5,45\n")}),
             0);
   EXPECT_EQ(raw(1.0, "EyHx").curve.mask, (std::vector<std::int32_t>{1, 0, 0, 1}));
-  choices.turn_ey = TurnEy::always;
-  ASSERT_EQ(import({folder.path("a.csv")}), 0);
-  EXPECT_EQ(raw(1.0, "EyHx").curve.value(2, 0), 45.0F);
-  EXPECT_EQ(raw(1.0, "EyHx").axes.EyTurned, Module_database::ey_turned);
+  for (const TurnEy turn : {TurnEy::always, TurnEy::where_needed}) {
+    choices.turn_ey = turn;
+    ASSERT_EQ(import({folder.write("b.csv",
+                                   "station,data_type,frequency_Hz,resistivity_ohm_m,phase_deg\n"
+                                   "2,ExHy,1,10,-135\n2,EyHx,1,10,-135\n")}),
+              0);
+    EXPECT_EQ(raw(2.0, "EyHx").curve.value(2, 0), 45.0F);
+    EXPECT_EQ(raw(2.0, "EyHx").axes.EyTurned, Module_database::ey_turned);
+    EXPECT_EQ(raw(2.0, "ExHy").curve.value(2, 0), -135.0F);
+  }
 }
 
 TEST_F(StationTables, Places_are_converted_where_the_table_has_no_map_coordinates) {

@@ -248,10 +248,14 @@ TEST_F(Refusals, Of_options_and_of_iteration_files) {
   options.static_shift = -0.1;
   EXPECT_NE(refusal(options).find("above 0"), std::string::npos);
 
-  // An iteration file of which a crash of another program has left a part, after whole ones: nothing moves.
+  // What an earlier inversion has left is named by its first and its last iteration.
   options = {};
   options.iterations = 1;
   (void)run_inversion(folder.folder(), options, {});
+  EXPECT_TRUE(refusal(options).starts_with("An earlier inversion has left ITER00.iter to ITER01.iter in "))
+      << refusal(options);
+
+  // An iteration file of which a crash of another program has left a part, after whole ones: nothing moves.
   const std::string whole = file_contents(folder.path("ITER01.iter"));
   options.go_on = true;
   for (const double part : {0.0, 0.3, 0.9}) {
