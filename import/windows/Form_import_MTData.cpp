@@ -180,7 +180,11 @@ void Form_import_MTData::propose_choices() {
   controls_->show(choices);
   controls_->open_events(
       !std::ranges::all_of(scanned_, [](const ScannedFile& file) { return names_sites(file.format); }));
-  make_plan();
+  if (by_hand_) {
+    choices_changed();  // the stations were proposed for other lines
+  } else {
+    make_plan();
+  }
 }
 
 /// A line without a name of its own takes its letter from the direction, unless the user has typed one.
