@@ -17,6 +17,7 @@
 #include "platform/files/files_in_use.h"
 #include "projections/survey_projection.h"
 #include "reduction/each_item.h"
+#include "tensor/shared_remarks.h"
 
 namespace Batch {
 namespace {
@@ -32,8 +33,8 @@ struct ExportOptions {
 };
 
 void tell(const ExportChoices& choices, const ExportResult& result) {
-  for (const std::string& remark : result.remarks) {
-    user_interface().show_message(remark);
+  for (const Module_tensor::SharedRemark& remark : Module_tensor::shared_remarks(result.remarks)) {
+    user_interface().show_message(remark.text);
   }
   if (!result.files.empty() || result.stopped) {
     std::cout << export_summary(choices, result) << '\n';

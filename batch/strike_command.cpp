@@ -14,6 +14,7 @@
 #include "database/frequency_store.h"
 #include "platform/files/safe_files.h"
 #include "tensor/line_tensors.h"
+#include "tensor/shared_remarks.h"
 #include "tensor/strike_summary.h"
 
 namespace Batch {
@@ -245,8 +246,8 @@ int load(const Module_tensor::LineChoice& choice, const StrikeOptions& options, 
   line.name = choice.line;
   line.stations = Module_tensor::strike_stations(tensors.stations, *frequencies);
   line.remarks = remarks_of(tensors.stations);
-  for (const std::string& remark : line.remarks) {
-    user_interface().show_message(remark);
+  for (const Module_tensor::SharedRemark& remark : Module_tensor::shared_remarks(line.remarks)) {
+    user_interface().show_message(remark.text);
   }
   line.azimuth = Module_tensor::line_azimuth(choice.line);
   const auto whole = Module_tensor::whole_band(line.stations);

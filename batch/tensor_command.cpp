@@ -1,6 +1,8 @@
 // brenlox_batch tensor: the tensors of a line's stations, and what is computed from them.
+#include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -14,6 +16,7 @@
 #include "database/frequency_store.h"
 #include "platform/files/safe_files.h"
 #include "tensor/line_tensors.h"
+#include "tensor/shared_remarks.h"
 
 namespace Batch {
 namespace {
@@ -50,13 +53,15 @@ int load(const TensorOptions& options, const LineChoice& choice, std::vector<Lin
 
 /// What has to be known of the stations, on the way for messages.
 void tell_remarks(const std::vector<LineStation>& stations) {
+  std::vector<std::string> remarks;
   for (const LineStation& station : stations) {
     if (!station.tensor.refusal.empty()) {
-      user_interface().show_message(station.tensor.refusal);
+      remarks.push_back(station.tensor.refusal);
     }
-    for (const std::string& remark : station.tensor.remarks) {
-      user_interface().show_message(remark);
-    }
+    std::ranges::copy(station.tensor.remarks, std::back_inserter(remarks));
+  }
+  for (const Module_tensor::SharedRemark& remark : Module_tensor::shared_remarks(remarks)) {
+    user_interface().show_message(remark.text);
   }
 }
 
