@@ -46,6 +46,7 @@
 #include "exchange/windows/Form_transfer_functions.h"
 #include "import/field_files.h"
 #include "import/windows/Form_import_MTData.h"
+#include "import/windows/Form_import_report.h"
 #include "occam/windows/Form_occam2d_mask_topo.h"
 #include "occam/windows/results_windows.h"
 #include "platform/system/system_facts.h"
@@ -89,6 +90,18 @@ bool save_and_stay() {
 /// A dialog is up, or a run lets events in.
 bool is_at_work() {
   return QApplication::activeModalWidget() != nullptr || QApplication::overrideCursor() != nullptr;
+}
+
+/// Shows what an import did with its files; nothing if there is no more to it than that they were read.
+std::function<void()> report_shower(const Module_data_file::ImportReport& report, QWidget* window) {
+  if (!report.has_remarks()) {
+    return {};
+  }
+  return [report, window] {
+    if (!is_at_work()) {
+      Form_import_report(report, window).exec();
+    }
+  };
 }
 
 }  // namespace
@@ -578,7 +591,8 @@ void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   Module_Brenlox::select_imported(dialog.report());
   survey_changed();  // a run that failed or was stopped has stored files, too
   if (!dialog.told().isEmpty()) {
-    Module_Brenlox::tell_finished(dialog.told().toStdString() + "\nStored in " + session().database_file,
-                                  session().database_file);
+    // Dropped files are imported without a message: what is told of them can be read afterwards.
+    const QString survey = QString::fromStdString(session().database_file);
+    work_line_->tell(dialog.told() + "\nStored in " + survey, survey, report_shower(dialog.report(), this));
   }
 }

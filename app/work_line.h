@@ -2,6 +2,7 @@
 // folder.
 #pragma once
 #include <QStatusBar>
+#include <functional>
 
 class QLabel;
 class QToolButton;
@@ -14,18 +15,20 @@ class WorkLine : public QStatusBar {
   explicit WorkLine(QWidget* parent = nullptr);
 
   /// @param text  empty takes the line away
-  /// @param path  of a file or folder; empty: nothing to open
-  void tell(const QString& text, const QString& path);
+  /// @param path         of a file or folder; empty: nothing to open
+  /// @param show_report  what a second link does, which is there if the work has more to say
+  void tell(const QString& text, const QString& path, std::function<void()> show_report = {});
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void show_text();
-  void open_folder() const;
+  void follow(const QString& link) const;
 
   QLabel* Label_work_;
   QToolButton* Command_forget_work_;
   QString text_;
   QString folder_;
+  std::function<void()> show_report_;
 };
