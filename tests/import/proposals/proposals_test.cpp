@@ -318,6 +318,27 @@ TEST_F(PlannedImport, Two_parallel_lines_are_no_distances) {
   }
 }
 
+// Which of two sites belongs to which line is nothing that their places say.
+TEST_F(PlannedImport, Crossing_lines_are_no_distances_and_the_plan_says_what_parts_them) {
+  std::vector<std::string> files;
+  for (const std::string place : {"0", "1", "2", "3", "4"}) {
+    files.push_back(site("run/" + place + "a.edi", place + "00A", "-30.02", "139.0" + place));
+    files.push_back(site("run/" + place + "b.edi", place + "00B", "-30.0" + place, "139.02"));
+  }
+  const Proposals proposals = proposals_for(files);
+  EXPECT_EQ(why(proposals, ProposedChoice::stations)
+                .find("order of the files: the sites of line 100E don't lie on a line; "),
+            0U)
+      << why(proposals, ProposedChoice::stations);
+  const ImportPlan plan = plan_for(files, proposals.choices);
+  const auto advises = [](const PlannedSection& row) {
+    return std::ranges::any_of(row.remarks, [](const std::string& remark) {
+      return remark.ends_with("if they are of several, a folder for each makes lines of them");
+    });
+  };
+  EXPECT_EQ(std::ranges::count_if(plan.sections, advises), 1) << "once for the line";
+}
+
 TEST_F(PlannedImport, Tables_in_one_folder_that_cannot_be_one_line_get_lines_of_their_own) {
   const std::string avg =
       "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy 10 500\n 2 150 1 ExHy 10 500\n";
