@@ -385,3 +385,32 @@ TEST_F(PlannedImport, A_line_goes_on_however_it_is_typed) {
     EXPECT_EQ(chosen.stations_by, StationsBy::distance) << line;
   }
 }
+
+TEST_F(PlannedImport, Changed_choices_take_what_was_proposed_with_them) {
+  const std::vector<std::string> first{site("7N/a.edi", "A", "-30.03", "139"),
+                                       site("7N/b.edi", "B", "-30.06", "139")};
+  ASSERT_EQ(run_import(proposals_for(first).choices, first, ImportMode::import, report), 0);
+  const std::vector<ScannedFile> files = scanned({site("new/d.edi", "5", "-30.09", "139")});
+  PlanMaker maker;
+  Proposals proposals = propose(files, maker);
+  ImportChoices chosen = proposals.choices;
+  const auto line = [&] { return chosen.decode[decode_line_number].specified; };
+  EXPECT_EQ(why(proposals, ProposedChoice::stations), "SECTID: line 100E has one place; SECTID is a number");
+
+  chosen.line_direction = LineDirection::local_north;
+  follow_choices(files, maker, ChosenStations::by_proposal, chosen, proposals);
+  EXPECT_EQ(line(), "100N");
+  EXPECT_EQ(why(proposals, ProposedChoice::line), "100N: the lowest hundred that the survey hasn't");
+  EXPECT_EQ(why(proposals, ProposedChoice::stations), "SECTID: line 100N has one place; SECTID is a number");
+
+  chosen.decode[decode_line_number].specified = "7N";
+  follow_choices(files, maker, ChosenStations::by_proposal, chosen, proposals);
+  EXPECT_EQ(chosen.stations_by, StationsBy::distance) << "the line has its zero";
+  EXPECT_EQ(proposals.choices.stations_by, StationsBy::distance);
+
+  chosen.line_direction = LineDirection::local_east;
+  chosen.stations_by = StationsBy::sectid;
+  follow_choices(files, maker, ChosenStations::by_hand, chosen, proposals);
+  EXPECT_EQ(line(), "7N") << "typed";
+  EXPECT_EQ(chosen.stations_by, StationsBy::sectid) << "chosen by hand";
+}
