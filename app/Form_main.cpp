@@ -92,6 +92,18 @@ bool is_at_work() {
   return QApplication::activeModalWidget() != nullptr || QApplication::overrideCursor() != nullptr;
 }
 
+/// Shows what an import did with its files; nothing if there is no more to it than that they were read.
+std::function<void()> report_shower(const Module_data_file::ImportReport& report, QWidget* window) {
+  if (!report.has_remarks()) {
+    return {};
+  }
+  return [report, window] {
+    if (!is_at_work()) {
+      Form_import_report(report, window).exec();
+    }
+  };
+}
+
 }  // namespace
 
 Form_main::Form_main(QWidget* parent)
@@ -249,7 +261,7 @@ void Form_main::connect_data_menus() {
   connect(marking_, &MarkingActions::edited, display_, &SurveyDisplay::redraw);
   connect(marking_, &MarkingActions::left, display_, &SurveyDisplay::redraw_marks);
   connect(display_, &SurveyDisplay::marks_changed, marking_, &MarkingActions::show_count);
-  const auto tell = [this](const QString& text) { tell_work({text.toStdString(), {}, {}}); };
+  const auto tell = [this](const QString& text) { tell_work({text.toStdString(), {}}); };
   connect(display_, &SurveyDisplay::told, this, tell);
   connect(marking_, &MarkingActions::told, this, tell);
   Module_Brenlox::set_undo_listener([this](bool available) { ui_->menu_undo->setEnabled(available); });
@@ -408,7 +420,7 @@ void Form_main::change_survey(const std::function<bool()>& change) {
 
 void Form_main::tell_work(const Module_Brenlox::FinishedWork& work) {
   told_of_survey_ = true;
-  work_line_->tell(QString::fromStdString(work.text), QString::fromStdString(work.path), work.show_remarks);
+  work_line_->tell(QString::fromStdString(work.text), QString::fromStdString(work.path));
 }
 
 void Form_main::show_no_survey() {
@@ -590,11 +602,8 @@ void Form_main::run_import_dialog(const std::vector<std::string>& given_files) {
   Module_Brenlox::select_imported(dialog.report());
   survey_changed();  // a run that failed or was stopped has stored files, too
   if (!dialog.told().isEmpty()) {
-    std::function<void()> show_remarks;
-    if (dialog.report().has_remarks()) {
-      show_remarks = [this, report = dialog.report()] { Form_import_report(report, this).exec(); };
-    }
-    Module_Brenlox::tell_finished(dialog.told().toStdString() + "\nStored in " + session().database_file,
-                                  session().database_file, show_remarks);
+    // Dropped files are imported without a message: what is told of them can be read afterwards.
+    const QString survey = QString::fromStdString(session().database_file);
+    work_line_->tell(dialog.told() + "\nStored in " + survey, survey, report_shower(dialog.report(), this));
   }
 }

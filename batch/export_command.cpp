@@ -33,7 +33,9 @@ struct ExportOptions {
 };
 
 void tell(const ExportChoices& choices, const ExportResult& result) {
-  Module_tensor::tell_shared(result.remarks);
+  for (const Module_tensor::SharedRemark& remark : Module_tensor::shared_remarks(result.remarks)) {
+    user_interface().show_message(remark.text);
+  }
   if (!result.files.empty() || result.stopped) {
     std::cout << export_summary(choices, result) << '\n';
   }

@@ -246,7 +246,9 @@ int load(const Module_tensor::LineChoice& choice, const StrikeOptions& options, 
   line.name = choice.line;
   line.stations = Module_tensor::strike_stations(tensors.stations, *frequencies);
   line.remarks = remarks_of(tensors.stations);
-  Module_tensor::tell_shared(line.remarks);
+  for (const Module_tensor::SharedRemark& remark : Module_tensor::shared_remarks(line.remarks)) {
+    user_interface().show_message(remark.text);
+  }
   line.azimuth = Module_tensor::line_azimuth(choice.line);
   const auto whole = Module_tensor::whole_band(line.stations);
   if (!whole) {

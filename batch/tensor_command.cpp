@@ -1,6 +1,8 @@
 // brenlox_batch tensor: the tensors of a line's stations, and what is computed from them.
+#include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -56,9 +58,11 @@ void tell_remarks(const std::vector<LineStation>& stations) {
     if (!station.tensor.refusal.empty()) {
       remarks.push_back(station.tensor.refusal);
     }
-    remarks.insert(remarks.end(), station.tensor.remarks.begin(), station.tensor.remarks.end());
+    std::ranges::copy(station.tensor.remarks, std::back_inserter(remarks));
   }
-  Module_tensor::tell_shared(remarks);
+  for (const Module_tensor::SharedRemark& remark : Module_tensor::shared_remarks(remarks)) {
+    user_interface().show_message(remark.text);
+  }
 }
 
 void write(const std::string& path, const std::string& text) {

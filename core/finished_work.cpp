@@ -13,10 +13,9 @@ std::function<void(const FinishedWork&)>& listener() {
 
 }  // namespace
 
-void tell_finished(const std::string& text, const std::string& path,
-                   const std::function<void()>& show_remarks) {
+void tell_finished(const std::string& text, const std::string& path) {
   if (listener()) {
-    listener()({text, path, show_remarks});
+    listener()({text, path});
   }
 }
 

@@ -6,14 +6,12 @@
 namespace Module_Brenlox {
 
 struct FinishedWork {
-  std::string text;                    // one line: what was written where
-  std::string path;                    // the file or folder, where people go next
-  std::function<void()> show_remarks;  // what there is to read beside it; empty: nothing
+  std::string text;  // one line: what was written where
+  std::string path;  // the file or folder, where people go next
 };
 
 /// Passes the news on to the listener; without one nothing happens.
-void tell_finished(const std::string& text, const std::string& path,
-                   const std::function<void()>& show_remarks = {});
+void tell_finished(const std::string& text, const std::string& path);
 
 /// Replaces the listener; an empty one for none.
 void set_finished_listener(std::function<void(const FinishedWork&)> listener);

@@ -6,10 +6,10 @@
 #include <system_error>
 
 #include "core/number_text.h"
+#include "core/text_lists.h"
 #include "database/sites.h"
 #include "database/survey_lists.h"
 #include "exchange/site_places.h"
-#include "exchange/text_lists.h"
 
 namespace Module_exchange {
 

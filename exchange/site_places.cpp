@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "core/number_text.h"
+#include "core/text_lists.h"
 #include "database/sites.h"
 #include "database/stations.h"
 #include "database/survey_lists.h"
-#include "exchange/text_lists.h"
 #include "numerics/geodesy/coordinate_transforms.h"
 #include "numerics/geodesy/datum_shift.h"
 #include "projections/survey_projection.h"

@@ -1,83 +1,70 @@
 #include "tensor/shared_remarks.h"
 
-#include <algorithm>
+#include <map>
 #include <string_view>
+#include <utility>
 
-#include "core/user_interface.h"
+#include "core/text_lists.h"
 
 namespace Module_tensor {
-
 namespace {
 
-constexpr std::size_t most_named = 3;
+struct NamedRemark {
+  std::string station;  // as the remark names it; empty if it is of none
+  std::string words;
+};
 
+NamedRemark parts_of(const std::string& remark) {
+  constexpr std::string_view beginning = "Station ";
+  constexpr std::string_view end_of_name = ": ";
+  const std::size_t end = remark.starts_with(beginning) ? remark.find(end_of_name) : std::string::npos;
+  if (end == std::string::npos) {
+    return {{}, remark};
+  }
+  return {remark.substr(beginning.size(), end - beginning.size()), remark.substr(end + end_of_name.size())};
+}
+
+/// Remarks of the same words: all of stations, or all of none.
 struct Group {
-  std::string_view words;                  // without the stations
-  std::vector<std::string_view> stations;  // empty: of none
+  std::string first;  // the whole of the first one
+  std::string words;
+  std::vector<std::string> stations;
   std::size_t count = 0;
 };
 
-/// Takes "300 (ET003)" off the front of "Station 300 (ET003): words"; empty where no station is named.
-std::string_view take_station(std::string_view& remark) {
-  constexpr std::string_view station = "Station ";
-  constexpr std::string_view end_of_name = ": ";
-  const std::size_t end = remark.starts_with(station) ? remark.find(end_of_name) : std::string_view::npos;
-  if (end == std::string_view::npos) {
-    return {};
-  }
-  const std::string_view name = remark.substr(station.size(), end - station.size());
-  remark.remove_prefix(end + end_of_name.size());
-  return name;
-}
-
-std::vector<Group> groups_of(const std::vector<std::string>& remarks) {
-  std::vector<Group> groups;
-  for (std::string_view words : remarks) {
-    const std::string_view station = take_station(words);
-    auto same = std::ranges::find_if(groups, [&](const Group& other) {
-      return other.words == words && other.stations.empty() == station.empty();
-    });
-    if (same == groups.end()) {
-      same = groups.insert(groups.end(), {words, {}, 0});
-    }
-    ++same->count;
-    if (!station.empty()) {
-      same->stations.push_back(station);
-    }
-  }
-  return groups;
-}
-
 std::string text_of(const Group& group) {
-  const std::vector<std::string_view>& stations = group.stations;
-  const std::string words(group.words);
-  if (stations.empty()) {
-    return group.count == 1 ? words : words + " (" + std::to_string(group.count) + " times)";
+  if (group.count == 1) {
+    return group.first;
   }
-  const std::size_t named = std::min(stations.size(), most_named);
-  const std::size_t more = stations.size() - named;
-  std::string text = stations.size() == 1 ? "Station " : "Stations ";
-  for (std::size_t i = 0; i < named; ++i) {
-    const bool ends = i > 0 && i + 1 == named && more == 0;
-    text.append(i == 0 ? "" : ends ? " and " : ", ").append(stations[i]);
-  }
-  return text + (more > 0 ? " and " + std::to_string(more) + " more" : "") + ": " + words;
+  const std::string count = std::to_string(group.count);
+  return group.stations.empty() ? group.words + " (" + count + " times)"
+                                : count + " stations, " + listed_first(group.stations) + ": " + group.words;
 }
 
 }  // namespace
 
 std::vector<SharedRemark> shared_remarks(const std::vector<std::string>& remarks) {
+  std::vector<Group> groups;
+  std::map<std::pair<bool, std::string>, std::size_t> place_of;
+  for (const std::string& remark : remarks) {
+    const NamedRemark parts = parts_of(remark);
+    const bool of_station = !parts.station.empty();
+    const auto [place, is_new] = place_of.try_emplace({of_station, parts.words}, groups.size());
+    if (is_new) {
+      groups.push_back({remark, parts.words, {}, 0});
+    }
+    Group& group = groups[place->second];
+    ++group.count;
+    if (of_station) {
+      group.stations.push_back(parts.station);
+    }
+  }
   std::vector<SharedRemark> shared;
-  for (const Group& group : groups_of(remarks)) {
+  shared.reserve(groups.size());
+  for (const Group& group : groups) {
     shared.push_back({text_of(group), group.count});
   }
   return shared;
-}
-
-void tell_shared(const std::vector<std::string>& remarks) {
-  for (const SharedRemark& remark : shared_remarks(remarks)) {
-    user_interface().show_message(remark.text);
-  }
 }
 
 }  // namespace Module_tensor

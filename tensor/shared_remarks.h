@@ -1,4 +1,4 @@
-// shared_remarks.h: what is said of several stations in the same words, said once.
+// shared_remarks.h: what is said in the same words of several stations, told once.
 #pragma once
 #include <cstddef>
 #include <string>
@@ -7,15 +7,13 @@
 namespace Module_tensor {
 
 struct SharedRemark {
-  std::string text;  // "Stations 100, 150, 200 and 21 more: there is no tipper"
-  std::size_t count = 0;
+  std::string text;
+  std::size_t count = 0;  // of the remarks that it stands for
 };
 
-/// Remarks that begin with a station ("Station 300 (ET003): ...") and go on in the same words become one, as
-/// do others that are equal; in the order of the first of each.
+/// "12 stations, 1 (ET1), 2, 3, 4, 5 and 7 more: there is no ExHx" for those that begin with
+/// "Station 1 (ET1): " and go on alike; "... (2 times)" for equal ones of no station; others as they are. In
+/// the order of the first of each.
 std::vector<SharedRemark> shared_remarks(const std::vector<std::string>& remarks);
-
-/// Shows each of them, once, in a message of its own.
-void tell_shared(const std::vector<std::string>& remarks);
 
 }  // namespace Module_tensor

@@ -235,7 +235,8 @@ void find_far_off(std::vector<PlannedSection>& rows, const PlanRun& run) {
     }
     if (!places.is_line() && places.places() >= fewest_of_area && told.insert(name).second) {
       row.remarks.push_back("stations of line " + row.line +
-                            " are no distances: its sites don't lie on a line");
+                            " are no distances: its sites don't lie on a line; if they are of several, "
+                            "a folder for each makes lines of them");
     }
   }
 }

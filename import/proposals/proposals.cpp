@@ -136,6 +136,27 @@ void propose_projection(const Census& census, const SurveyBefore& survey, Propos
                                    "latitude and longitude; the zone of the median longitude"});
 }
 
+void replace_reason(Proposals& proposals, Proposal reason) {
+  std::ranges::replace_if(
+      proposals.reasons, [&](const Proposal& other) { return other.choice == reason.choice; }, reason);
+}
+
+/// A line without a name of its own takes its letter from the direction, unless the user has typed one.
+void propose_line_again(std::span<const ScannedFile> files, PlanMaker& maker, ImportChoices& choices,
+                        Proposals& proposals) {
+  const DecodeRow& row = choices.decode[decode_line_number];
+  const DecodeRow& proposed = proposals.choices.decode[decode_line_number];
+  const bool is_other_way = choices.line_direction != proposals.choices.line_direction;
+  if (!is_other_way || row.use_file_name || row.specified != proposed.specified) {
+    return;
+  }
+  LineProposal line = propose_lines(files, maker.survey(), choices);
+  replace_reason(proposals, {ProposedChoice::line, std::move(line.value), std::move(line.why)});
+  proposals.choices.line_direction = choices.line_direction;
+  proposals.choices.decode[decode_line_number] = choices.decode[decode_line_number];
+  proposals.choices.folder_lines = choices.folder_lines;
+}
+
 }  // namespace
 
 const Proposal* Proposals::find(ProposedChoice choice) const {
@@ -148,6 +169,15 @@ std::string_view proposed_title(ProposedChoice choice) { return titles[static_ca
 Proposal propose_stations(std::span<const ScannedFile> files, ImportChoices& choices, PlanMaker& maker) {
   StationProposal proposal = propose_station_rule(files, maker, choices);
   return {ProposedChoice::stations, std::move(proposal.value), std::move(proposal.why)};
+}
+
+void follow_choices(std::span<const ScannedFile> files, PlanMaker& maker, ChosenStations stations,
+                    ImportChoices& choices, Proposals& proposals) {
+  propose_line_again(files, maker, choices, proposals);
+  if (stations == ChosenStations::by_proposal) {  // another line may have sites, and with them its zero
+    replace_reason(proposals, propose_stations(files, choices, maker));
+    proposals.choices.stations_by = choices.stations_by;
+  }
 }
 
 Proposals propose(std::span<const ScannedFile> files, PlanMaker& maker, LineDirection direction) {

@@ -49,4 +49,12 @@ Proposals propose(std::span<const ScannedFile> files, PlanMaker& maker,
 /// station_step of the choices change. @return the reason
 Proposal propose_stations(std::span<const ScannedFile> files, ImportChoices& choices, PlanMaker& maker);
 
+/// Who has chosen the rule of stations: one that was proposed follows the other choices.
+enum class ChosenStations { by_proposal, by_hand };
+
+/// Proposes again what depends on a choice that has changed: the line that isn't typed or of file names takes
+/// its letter from the direction, and stations by proposal are those of the line. The reasons tell it.
+void follow_choices(std::span<const ScannedFile> files, PlanMaker& maker, ChosenStations stations,
+                    ImportChoices& choices, Proposals& proposals);
+
 }  // namespace Module_data_file

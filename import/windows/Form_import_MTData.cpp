@@ -11,7 +11,6 @@
 
 #include "core/trap_errors.h"
 #include "import/import_files.h"
-#include "import/proposals/line_proposals.h"
 #include "import/report_groups.h"
 #include "import/station_sites.h"
 #include "import/windows/Form_import_report.h"
@@ -187,41 +186,17 @@ void Form_import_MTData::propose_choices() {
   }
 }
 
-/// A line without a name of its own takes its letter from the direction, unless the user has typed one.
-void Form_import_MTData::propose_line_again() {
-  ImportChoices choices = controls_->choices();
-  const DecodeRow& row = choices.decode[decode_line_number];
-  const DecodeRow& proposed = proposals_.choices.decode[decode_line_number];
-  const bool is_other_way = choices.line_direction != proposals_.choices.line_direction;
-  if (!is_other_way || row.use_file_name || row.specified != proposed.specified) {
-    return;
-  }
-  const LineProposal line = propose_lines(scanned_, maker_->survey(), choices);
-  std::ranges::replace_if(
-      proposals_.reasons, [](const Proposal& reason) { return reason.choice == ProposedChoice::line; },
-      Proposal{ProposedChoice::line, line.value, line.why});
-  proposals_.choices.line_direction = choices.line_direction;
-  proposals_.choices.decode[decode_line_number] = choices.decode[decode_line_number];
-  proposals_.choices.folder_lines = choices.folder_lines;
-  controls_->show(choices);
-}
-
 void Form_import_MTData::choices_changed() {
   if (maker_ == nullptr) {
     return;
   }
-  (void)trap_errors(looking_failed, [&] { propose_line_again(); });
-  if (!controls_->has_chosen_stations()) {  // another line may have sites, and with them its zero
-    (void)trap_errors(looking_failed, [&] {
-      ImportChoices choices = controls_->choices();
-      const Proposal stations = propose_stations(scanned_, choices, *maker_);
-      std::ranges::replace_if(
-          proposals_.reasons,
-          [](const Proposal& reason) { return reason.choice == ProposedChoice::stations; }, stations);
-      proposals_.choices.stations_by = choices.stations_by;
-      controls_->show(choices);
-    });
-  }
+  (void)trap_errors(looking_failed, [&] {
+    ImportChoices choices = controls_->choices();
+    const ChosenStations stations =
+        controls_->has_chosen_stations() ? ChosenStations::by_hand : ChosenStations::by_proposal;
+    follow_choices(scanned_, *maker_, stations, choices, proposals_);
+    controls_->show(choices);
+  });
   make_plan();
 }
 

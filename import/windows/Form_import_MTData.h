@@ -31,8 +31,7 @@ class Form_import_MTData : public QDialog {
 
   /// Of the last import; empty if there was none.
   [[nodiscard]] const Module_data_file::ImportReport& report() const { return report_; }
-  /// What was said without a message: "Data import complete. ..."; empty if there was a message or nothing to
-  /// say.
+  /// "Data import complete. ..." of the last import; empty if there was none that went well.
   [[nodiscard]] const QString& told() const { return told_; }
 
   /// Esc and the window's close button ask a run to stop, and close the window otherwise.
@@ -47,7 +46,6 @@ class Form_import_MTData : public QDialog {
   void scan_files();
   [[nodiscard]] bool look_into_files();
   void propose_choices();
-  void propose_line_again();
   void choices_changed();
   void as_last_time();
   void make_plan();

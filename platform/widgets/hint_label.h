@@ -1,10 +1,12 @@
-// hint_label.h: a small grey line that says something beside a control.
+// hint_label.h: a small grey text that says something beside a control.
 #pragma once
 #include <QLabel>
 
-/// Takes what room is left and no more: a text that is longer is cut with "..." and shown whole as tool tip.
+/// Takes what room is left and no more: a text that is longer than its lines is cut with "..." and shown
+/// whole as tool tip.
 class HintLabel : public QLabel {
   Q_OBJECT
+  Q_PROPERTY(int lines MEMBER lines_)  // that a text may take; there is room for them without one as well
 
  public:
   explicit HintLabel(QWidget* parent = nullptr);
@@ -15,5 +17,9 @@ class HintLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  [[nodiscard]] QString shown_text() const;
+  /// Each on a line of its own.
+  [[nodiscard]] QStringList shown_parts() const;
+  [[nodiscard]] bool is_cut() const;
+
+  int lines_ = 1;
 };

@@ -1,4 +1,5 @@
 // The strike of a line by the batch program, beside what its files say.
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <filesystem>
@@ -174,14 +175,22 @@ TEST_F(Strike_command, Names_refused_stations_and_says_where_all_are) {
   EXPECT_NE(refused.errors.find("its only one is refused"), std::string::npos) << refused.errors;
 
   std::ignore = folder_.write("more/S05.edi", site("S05", 10.02, 20.04, false));
+  std::ignore = folder_.write("more/S06.edi", site("S06", 10.025, 20.05, false));
   ASSERT_EQ(run({"import", "survey.mdb", "more", "--auto", "--line", "7E"}).status, 0);
   const Outcome given = run({"strike", "survey.mdb", "--line", "7E", "--json"});
   EXPECT_EQ(given.status, 0);
-  EXPECT_NE(given.errors.find("ExHx and EyHy have no values"), std::string::npos) << given.errors;
-  const Json remarks = Json::parse(given.output)["remarks"];
-  ASSERT_FALSE(remarks.empty());
-  EXPECT_NE(remarks.back().get<std::string>().find("ExHx and EyHy have no values"), std::string::npos)
-      << remarks;
+  const auto remarks = Json::parse(given.output)["remarks"].get<std::vector<std::string>>();
+  EXPECT_EQ(std::ranges::count_if(remarks,
+                                  [](const std::string& text) {
+                                    return text.find("ExHx and EyHy have no values") != std::string::npos;
+                                  }),
+            2);
+  const std::size_t names = given.errors.find("2 stations, ");  // told once, with both names
+  ASSERT_NE(names, std::string::npos) << given.errors;
+  const std::string line = given.errors.substr(names, given.errors.find('\n', names) - names);
+  for (const char* const part : {"(S05) and ", "(S06): ", "ExHx and EyHy have no values"}) {
+    EXPECT_NE(line.find(part), std::string::npos) << line;
+  }
 }
 
 TEST_F(Strike_command, Refuses_what_makes_no_sense) {

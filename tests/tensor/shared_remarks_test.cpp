@@ -16,10 +16,10 @@ TEST(Shared_remarks, Name_the_first_stations_and_count_the_others) {
     count += remark.count;
   }
   EXPECT_EQ(texts,
-            (std::vector<std::string>{"Stations 100, 200 (ET2), 300 and 2 more: a", "no place (2 times)",
-                                      "Stations 100 and 500: b", "Station 300: no end", "a"}));
+            (std::vector<std::string>{"5 stations, 100, 200 (ET2), 300, 400 and 500: a", "no place (2 times)",
+                                      "2 stations, 100 and 500: b", "Station 300: no end", "a"}));
   EXPECT_EQ(count, remarks.size());
   EXPECT_EQ(shared_remarks({"Station 1: x", "Station 2: x", "Station 3: x"}).at(0).text,
-            "Stations 1, 2 and 3: x");
+            "3 stations, 1, 2 and 3: x");
   EXPECT_TRUE(shared_remarks({}).empty());
 }

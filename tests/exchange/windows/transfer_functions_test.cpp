@@ -451,8 +451,8 @@ class TransferFunctionsTest : public QObject, private WindowFixture {
     }
     result.remarks.insert(result.remarks.end(), {"Station 3: there is no tipper", "no place", "no place"});
     const std::string all =
-        "1 file written to /out\n\nStations 1 (ET1), 2 (ET2), 3 (ET3) and 9 more: there is no ExHx\nStation "
-        "3: there is no tipper\n"
+        "1 file written to /out\n\n12 stations, 1 (ET1), 2 (ET2), 3 (ET3), 4 (ET4), 5 (ET5) and 7 more: "
+        "there is no ExHx\nStation 3: there is no tipper\n"
         "no place (2 times)";
     QCOMPARE(told_export(choices, result), all);
     for (int other = 1; other <= 7; ++other) {

@@ -322,6 +322,27 @@ TEST_F(PlannedImport, Two_parallel_lines_are_no_distances) {
   }
 }
 
+// Which of two sites belongs to which line is nothing that their places say.
+TEST_F(PlannedImport, Crossing_lines_are_no_distances_and_the_plan_says_what_parts_them) {
+  std::vector<std::string> files;
+  for (const std::string place : {"0", "1", "2", "3", "4"}) {
+    files.push_back(site("run/" + place + "a.edi", place + "00A", "-30.02", "139.0" + place));
+    files.push_back(site("run/" + place + "b.edi", place + "00B", "-30.0" + place, "139.02"));
+  }
+  const Proposals proposals = proposals_for(files);
+  EXPECT_EQ(why(proposals, ProposedChoice::stations)
+                .find("order of the files: the sites of line 100E don't lie on a line; "),
+            0U)
+      << why(proposals, ProposedChoice::stations);
+  const ImportPlan plan = plan_for(files, proposals.choices);
+  const auto advises = [](const PlannedSection& row) {
+    return std::ranges::any_of(row.remarks, [](const std::string& remark) {
+      return remark.ends_with("if they are of several, a folder for each makes lines of them");
+    });
+  };
+  EXPECT_EQ(std::ranges::count_if(plan.sections, advises), 1) << "once for the line";
+}
+
 TEST_F(PlannedImport, Tables_in_one_folder_that_cannot_be_one_line_get_lines_of_their_own) {
   const std::string avg =
       "skp Station Freq Comp Resistivity Phase\n 2 100 1 ExHy 10 500\n 2 150 1 ExHy 10 500\n";
@@ -367,4 +388,33 @@ TEST_F(PlannedImport, A_line_goes_on_however_it_is_typed) {
     EXPECT_EQ(chosen.decode[decode_line_number].specified, line) << "the user may still be typing";
     EXPECT_EQ(chosen.stations_by, StationsBy::distance) << line;
   }
+}
+
+TEST_F(PlannedImport, Changed_choices_take_what_was_proposed_with_them) {
+  const std::vector<std::string> first{site("7N/a.edi", "A", "-30.03", "139"),
+                                       site("7N/b.edi", "B", "-30.06", "139")};
+  ASSERT_EQ(run_import(proposals_for(first).choices, first, ImportMode::import, report), 0);
+  const std::vector<ScannedFile> files = scanned({site("new/d.edi", "5", "-30.09", "139")});
+  PlanMaker maker;
+  Proposals proposals = propose(files, maker);
+  ImportChoices chosen = proposals.choices;
+  const auto line = [&] { return chosen.decode[decode_line_number].specified; };
+  EXPECT_EQ(why(proposals, ProposedChoice::stations), "SECTID: line 100E has one place; SECTID is a number");
+
+  chosen.line_direction = LineDirection::local_north;
+  follow_choices(files, maker, ChosenStations::by_proposal, chosen, proposals);
+  EXPECT_EQ(line(), "100N");
+  EXPECT_EQ(why(proposals, ProposedChoice::line), "100N: the lowest hundred that the survey hasn't");
+  EXPECT_EQ(why(proposals, ProposedChoice::stations), "SECTID: line 100N has one place; SECTID is a number");
+
+  chosen.decode[decode_line_number].specified = "7N";
+  follow_choices(files, maker, ChosenStations::by_proposal, chosen, proposals);
+  EXPECT_EQ(chosen.stations_by, StationsBy::distance) << "the line has its zero";
+  EXPECT_EQ(proposals.choices.stations_by, StationsBy::distance);
+
+  chosen.line_direction = LineDirection::local_east;
+  chosen.stations_by = StationsBy::sectid;
+  follow_choices(files, maker, ChosenStations::by_hand, chosen, proposals);
+  EXPECT_EQ(line(), "7N") << "typed";
+  EXPECT_EQ(chosen.stations_by, StationsBy::sectid) << "chosen by hand";
 }

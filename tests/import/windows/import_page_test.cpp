@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -12,11 +13,13 @@
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 #include <memory>
 
 #include "database/survey_database.h"
 #include "import/proposals/plan_table.h"
 #include "import/windows/import_decode_grid.h"
+#include "platform/widgets/hint_label.h"
 #include "tests/formats/zonge/made_zonge_raw.h"
 #include "tests/import/windows/import_window_fixture.h"
 
@@ -295,6 +298,27 @@ class ImportPageTest : public QObject, private ImportWindowFixture {
     QCOMPARE(rows_in("StationsTable WHERE SurveyLine = '300W'"), 1);
     QCOMPARE(rows_in("StationsTable"), 3);
     QCOMPARE(rows_in("ReadingsDataTable WHERE FileID > 0 AND SampleRate = 64"), 12);
+  }
+
+  void a_long_reason_takes_its_lines_before_it_is_cut() {
+    HintLabel label;
+    label.setProperty("lines", 2);
+    const int height = label.minimumSizeHint().height();
+    label.resize(label.fontMetrics().horizontalAdvance("one of two lines; two"), height);
+    label.show();
+    const auto tip = [&label](const QString& text) {
+      label.setText(text);
+      QToolTip::hideText();
+      QHelpEvent asked(QEvent::ToolTip, {}, label.mapToGlobal(QPoint()));
+      QApplication::sendEvent(&label, &asked);
+      return QToolTip::text();
+    };
+    QCOMPARE(tip("one of two lines; two of two lines"), QString());  // all of it is to be seen
+    const QString three = "one of three lines; two of three lines; three of three lines";
+    QCOMPARE(tip(three), three);
+    label.setProperty("lines", 1);
+    QCOMPARE(label.minimumSizeHint().height(), height / 2);
+    QCOMPARE(tip("one of two lines; two of two lines"), QString("one of two lines; two of two lines"));
   }
 
   void a_scan_that_is_stopped_leaves_what_it_has_seen() {

@@ -6,8 +6,6 @@
 
 #include "core/number_text.h"
 
-namespace Module_exchange {
-
 /// "a, b and c", of many the first ones: "a, b, c, d, e and 12 more".
 inline std::string listed_first(const std::vector<std::string>& names) {
   constexpr std::size_t named = 5;
@@ -21,5 +19,3 @@ inline std::string listed_first(const std::vector<std::string>& names) {
              ? text
              : text + " and " + plain_text(static_cast<std::int64_t>(names.size() - shown)) + " more";
 }
-
-}  // namespace Module_exchange
