@@ -314,6 +314,12 @@ class ImportPageTest : public QObject, private ImportWindowFixture {
       return QToolTip::text();
     };
     QCOMPARE(tip("one of two lines; two of two lines"), QString());  // all of it is to be seen
+    const QImage shown = label.grab(QRect(0, height / 2, label.width(), height / 2)).toImage();
+    bool is_drawn = false;
+    for (int x = 0; x < shown.width(); ++x) {
+      is_drawn = is_drawn || shown.pixel(x, shown.height() / 2) != shown.pixel(0, shown.height() - 1);
+    }
+    QVERIFY(is_drawn);
     const QString three = "one of three lines; two of three lines; three of three lines";
     QCOMPARE(tip(three), three);
     label.setProperty("lines", 1);
