@@ -496,7 +496,8 @@ class GraphControlTest : public QObject, private GraphFixture {
     QCOMPARE(labels(graph::logarithmic_ticks({0.008, 2000.0}, room(600))), "0.01 0.1 1 10 100 1000");
     QCOMPARE(labels(graph::logarithmic_ticks({0.0008, 2000.0}, room(250))), "1e-3 1e-2 1e-1 1e0 1e1 1e2 1e3");
     QCOMPARE(labels(graph::logarithmic_ticks({0.008, 2000.0}, room(170))), "0.01 1 100");
-    QCOMPARE(labels(graph::logarithmic_ticks({4.0, 4000.0}, room(130))), "10 100 1000");  // closer than one alone
+    QCOMPARE(labels(graph::logarithmic_ticks({4.0, 4000.0}, room(130))),
+             "10 100 1000");  // closer than one alone
     QCOMPARE(labels(graph::logarithmic_ticks({30.0, 600.0}, room(300))), "50 100 200 500");
     QCOMPARE(labels(graph::logarithmic_ticks({510.0, 540.0}, room(200))), "510 515 520 525 530 535 540");
     QCOMPARE(labels(graph::linear_ticks({-5.0, 92.0}, room(200))), "0 20 40 60 80");
