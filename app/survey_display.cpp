@@ -171,7 +171,10 @@ void SurveyDisplay::reload() {
   show_survey(lists, read);
 }
 
-void SurveyDisplay::leave_survey() { panels_.profile->forget_choice(); }
+void SurveyDisplay::leave_survey() {
+  panels_.profile->forget_choice();
+  raw_.stats().leave_survey();
+}
 
 void SurveyDisplay::reload_readings() {
   const Shown before = shown_;

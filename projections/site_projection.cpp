@@ -4,7 +4,9 @@
 #include <cmath>
 #include <exception>
 #include <numbers>
+#include <utility>
 
+#include "core/median.h"
 #include "database/sites.h"
 #include "projections/survey_projection.h"
 
@@ -85,12 +87,7 @@ std::optional<double> typical_distance(const TransformParameters& system,
       distances.push_back(std::hypot(given.map_x - place->easting, given.map_y - place->northing));
     }
   }
-  if (distances.empty()) {
-    return std::nullopt;
-  }
-  const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
-  std::ranges::nth_element(distances, middle);
-  return *middle;
+  return distances.empty() ? std::nullopt : std::optional(median(std::move(distances)));
 }
 
 }  // namespace

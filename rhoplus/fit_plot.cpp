@@ -179,7 +179,7 @@ std::string fit_point_text(const GraphPair& plot, std::size_t series, std::size_
                      format_number(of.x[point], "0.0000") + " Hz, " + format_number(of.y[point], "0.00") +
                      unit;
   if (point < of.error.size() && !is_absent(of.error[point])) {
-    text += " +- " + format_number(of.error[point], "0.00");
+    text += " \u00b1 " + format_number(of.error[point], "0.00");
   }
   const int rings = graph::ringed | graph::chosen;
   if (series == series_observed && (pane.point_styles[series][point] & ~rings) == graph::masked_point) {

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <vector>
 
+#include "core/median.h"
+
 namespace Module_tensor {
 
 namespace {
@@ -16,12 +18,6 @@ constexpr double printed = 1e-4;
 using Pair = std::array<CurveType, 2>;
 constexpr Pair diagonals{CurveType::ExHx, CurveType::EyHy};
 constexpr Pair off_diagonals{CurveType::ExHy, CurveType::EyHx};
-
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return *middle;
-}
 
 std::vector<double> ratios_of(const StationCurves& curves, const Pair& pair) {
   std::vector<double> ratios;

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <iterator>
 #include <set>
+#include <utility>
 
+#include "core/median.h"
 #include "numerics/impedance/angles.h"
 
 namespace Module_tensor {
@@ -50,15 +52,6 @@ void each_frequency(const std::vector<StrikeStation>& stations, Visit visit) {
 
 int decade_of(double frequency) {
   return static_cast<int>(std::floor(std::log10(frequency * (1.0 + single_precision))));
-}
-
-double median(std::vector<double>& values) {
-  if (values.empty()) {
-    return numerics::impedance::not_known;
-  }
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return values.size() % 2 == 1 ? *middle : (*middle + *std::max_element(values.begin(), middle)) / 2.0;
 }
 
 std::size_t bin_of(double angle, double width, std::size_t bins) {
@@ -172,7 +165,7 @@ StationStrike station_strike(const StrikeStation& station, const FrequencyBand& 
       skews.push_back(std::abs(tensor->beta.value));
     }
   }
-  result.median_skew = median(skews);
+  result.median_skew = median(std::move(skews));
   return result;
 }
 

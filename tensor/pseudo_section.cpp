@@ -5,6 +5,8 @@
 #include <map>
 #include <utility>
 
+#include "core/median.h"
+
 namespace Module_tensor {
 
 namespace {
@@ -12,15 +14,6 @@ namespace {
 constexpr double gap_in_spacings = 1.5;
 constexpr double same_frequency = 0.01;  // share of it
 constexpr double least_interval = 1e-9;  // of heights: two readings of one frequency
-
-double median(std::vector<double> values, double of_none) {
-  if (values.empty()) {
-    return of_none;
-  }
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return *middle;
-}
 
 std::vector<double> intervals_of(const std::vector<double>& places) {
   std::vector<double> intervals;
@@ -137,7 +130,7 @@ double usual_interval(const std::vector<SectionColumn>& columns) {
   std::vector<double> of_columns;
   for (const SectionColumn& column : columns) {
     if (column.points.size() > 1) {
-      of_columns.push_back(median(intervals_of(heights_of(column)), lone_height));
+      of_columns.push_back(median(intervals_of(heights_of(column))));
     }
   }
   return std::max(median(of_columns, lone_height), least_interval);

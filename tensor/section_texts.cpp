@@ -27,7 +27,7 @@ std::string value_text(const QuantityFacts& facts, const SectionPoint& point) {
   }
   text += " " + short_number(facts.is_logarithmic() ? std::pow(10.0, point.value) : point.value);
   if (std::isfinite(point.error)) {
-    text += " +- " + short_number(point.error);
+    text += " \u00b1 " + short_number(point.error);
   }
   return facts.unit.empty() ? text : text + " " + std::string(facts.unit);
 }

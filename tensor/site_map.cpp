@@ -7,6 +7,7 @@
 #include <map>
 #include <utility>
 
+#include "core/median.h"
 #include "core/number_text.h"
 
 namespace Module_tensor {
@@ -135,12 +136,7 @@ double typical_spacing(std::span<const MapSite> sites) {
       nearest.push_back(distance);
     }
   }
-  if (nearest.empty()) {
-    return 0.0;
-  }
-  const auto middle = nearest.begin() + static_cast<std::ptrdiff_t>(nearest.size() / 2);
-  std::ranges::nth_element(nearest, middle);
-  return *middle;
+  return median(std::move(nearest), 0.0);
 }
 
 }  // namespace

@@ -118,6 +118,12 @@ void StatsPanel::run_outlier_command(averaged::ClipEnds ends) {
   }
 }
 
+void StatsPanel::leave_survey() {
+  if (is_marked(*Text_outliers_)) {
+    Text_outliers_->setText("1");
+  }
+}
+
 void StatsPanel::mark_outlier_count() {
   const QString text = Text_outliers_->text();
   mark_entry(*Text_outliers_,

@@ -19,6 +19,8 @@ class StatsPanel : public QWidget {
 
   /// Where the text of the selected frequency comes from.
   void set_frequency_source(std::function<std::string()> frequency_text);
+  /// A count of outliers that is none isn't taken along into another survey.
+  void leave_survey();
   /// The quantity that outlier commands apply to.
   void choose_outlier_field(Module_averaged_data::Component component);
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "core/median.h"
 #include "core/number_text.h"
 #include "core/text_fields.h"
 #include "formats/field_values.h"
@@ -31,12 +32,6 @@ namespace {
 
 constexpr double absent_mark = -999.0;
 constexpr double field_over_si = 795.774715459;  // mV/km/nT of one ohm: 1e-3 / mu0
-
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return *middle;
-}
 
 class JFormatReader {
  public:

@@ -25,7 +25,8 @@ constexpr std::int32_t wgs_84 = 4326;
 constexpr double far_away = 10.0;
 constexpr std::size_t fewest_to_tell = 5;
 
-double median(std::vector<double> values) {
+/// Of an even number the upper one of the two in the middle: a site's own, which lies in a zone.
+double upper_median(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
   std::ranges::nth_element(values, middle);
   return *middle;
@@ -36,7 +37,7 @@ double median_of(std::span<const Item> items, Value&& value) {
   std::vector<double> values;
   values.reserve(items.size());
   std::ranges::transform(items, std::back_inserter(values), std::forward<Value>(value));
-  return median(std::move(values));
+  return upper_median(std::move(values));
 }
 
 double within_half_turn(double longitude) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/absent_value.h"
+#include "core/median.h"
 #include "import/readers/standard_errors.h"
 #include "numerics/constants.h"
 #include "numerics/impedance/tensor.h"
@@ -26,12 +27,6 @@ constexpr double uninformative_phase = 90.0;  // degrees; some programs print up
 
 double value_of(const EdiValues& values, std::size_t index) {
   return values.present ? values.number(index) : double{no_data};
-}
-
-double median(std::vector<double>& values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return *middle;
 }
 
 /// How far the numbers of >RHOxx.ERR are from the phase errors, in natural logarithms.

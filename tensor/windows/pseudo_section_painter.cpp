@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/median.h"
 #include "core/number_text.h"
 #include "platform/graph/picture_axes.h"
 #include "tensor/section_contours.h"
@@ -103,15 +104,6 @@ void paint_cells(QPainter& painter, const PseudoSectionPicture& picture, const P
     }
     finish();
   }
-}
-
-double median(std::vector<double> values, double of_none) {
-  if (values.empty()) {
-    return of_none;
-  }
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return *middle;
 }
 
 /// Pixels from point to point, the usual ones across and down.

@@ -263,11 +263,15 @@ class FeedbackTest : public QObject, private MainViewFixture {
     type(control<QLineEdit>("Text_static"), "x\r");
     QVERIFY(!told().isEmpty());
     QTest::keyClick(control<QLineEdit>("Text_static"), Qt::Key_Escape);
+    control<QLineEdit>("Text_outliers")->setText("none");
+    QVERIFY(is_marked(*control<QLineEdit>("Text_outliers")));
     menu("menu_database_file_2");
     QCOMPARE(told(), QString());
     window_->open_survey(QString::fromStdString(folder_->path("survey.mdb")));
     QVERIFY(list->count() > 2);
     QCOMPARE(chosen(), -1);
+    QCOMPARE(control<QLineEdit>("Text_outliers")->text(), QString("1"));
+    QVERIFY(!is_marked(*control<QLineEdit>("Text_outliers")));
 
     QCOMPARE(list->item(0)->text(), QString("64"));
     item("menu_periods")->setChecked(true);
