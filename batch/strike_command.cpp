@@ -58,6 +58,7 @@ struct StrikeLine {
 template <class Choice>
 std::vector<std::string> names_of(const std::map<std::string, Choice>& names) {
   std::vector<std::string> list;
+  list.reserve(names.size());
   for (const auto& [name, choice] : names) {
     list.push_back(name);
   }

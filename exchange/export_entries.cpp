@@ -139,8 +139,7 @@ std::string hint_of_folder(const ExportEntries& entries) {
   std::error_code ignored;
   const bool is_there = std::filesystem::exists(folder, ignored);
   const bool is_whole = std::filesystem::path(trimmed(entries.folder)).is_absolute();
-  const std::string path =
-      is_whole ? std::string() : std::filesystem::path(folder).lexically_normal().string();
+  std::string path = is_whole ? std::string() : std::filesystem::path(folder).lexically_normal().string();
   if (is_there) {
     return path;
   }

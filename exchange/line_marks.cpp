@@ -97,17 +97,18 @@ LineMarks marks_of(const ExportChoices& choices, const std::string& line, ToldSt
   const auto places = places_of_line(line);
   const auto names = names_of_line(line);
   const std::string of_line = default_link(choices, line);
+  const std::string before_number = line + " ";
   LineMarks marks{line, {}};
   for (const Module_database::ListedStation& station : Module_database::stations_with_readings(line)) {
     const auto found = places.find(station.station);
     const std::string number = plain_text(station.station);
     if (found == places.end()) {
-      told.without_place.push_back(line + " " + number);
+      told.without_place.push_back(before_number + number);
       continue;
     }
     const GeographicSite& place = found->second;
     if (is_on_other_datum(place)) {
-      told.of_other_datums[place.datum].push_back(line + " " + number);
+      told.of_other_datums[place.datum].push_back(before_number + number);
     }
     SiteMark mark;
     const auto name = names.find(station.station);
