@@ -259,7 +259,8 @@ TEST_F(Station_inversion, Errors_of_files_are_drawn_and_relax_the_fit) {
   EXPECT_EQ(errors_at(drawn_with_files, 3).second, 25.0);
   EXPECT_EQ(errors_at(drawn_with_files, 1), std::pair(60.0, 2.0)) << "drawn with the static factor";
   EXPECT_EQ(errors_at(drawn_with_files, 5), errors_at(drawn, 5)) << "no error in the files";
-  EXPECT_TRUE(fit_point_text(drawn_with_files, series_observed, 3, Component::phase).ends_with(" \u00b1 25.00"));
+  EXPECT_TRUE(
+      fit_point_text(drawn_with_files, series_observed, 3, Component::phase).ends_with(" \u00b1 25.00"));
   EXPECT_LT(with_files.run.achieved_chi, 0.5F * floors.run.achieved_chi);
 }
 
