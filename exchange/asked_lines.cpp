@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/number_text.h"
+#include "core/text_lists.h"
 #include "core/user_interface.h"
 #include "database/survey_lists.h"
 #include "exchange/export_lists.h"
@@ -16,16 +17,6 @@ namespace {
 using Module_tensor::kinds_of_line;
 using Module_tensor::LineChoice;
 
-/// "0 and 1", "50, 100 and 200"
-std::string listed(const std::vector<std::string>& texts) {
-  std::string list;
-  for (std::size_t index = 0; index < texts.size(); ++index) {
-    const bool is_last = index + 1 == texts.size();
-    list += (index == 0 ? "" : is_last ? " and " : ", ") + texts[index];
-  }
-  return list;
-}
-
 std::string kind_text(const LineChoice& kind) {
   return "reference type " + plain_text(kind.reference_type) + " with dipole " + plain_text(kind.dipole);
 }
@@ -33,7 +24,7 @@ std::string kind_text(const LineChoice& kind) {
 std::string listed(const std::vector<LineChoice>& kinds) {
   std::vector<std::string> texts;
   std::ranges::transform(kinds, std::back_inserter(texts), kind_text);
-  return listed(texts);
+  return listed_first(texts);
 }
 
 bool is_asked(const AskedLines& asked, const LineChoice& kind) {
@@ -75,7 +66,7 @@ std::vector<std::string> named_lines(const AskedLines& asked) {
   for (const std::string& name : asked.lines) {
     const std::string line = Module_database::spelled_line(name);
     if (std::ranges::find(lines, line) == lines.end()) {
-      user_interface().show_message("The survey has no line " + name + "; it has " + listed(lines));
+      user_interface().show_message("The survey has no line " + name + "; it has " + listed_first(lines));
       return {};
     }
     if (std::ranges::find(named, line) == named.end()) {
@@ -117,7 +108,7 @@ std::vector<LineChoice> choose_lines(const AskedLines& asked, LineKinds wanted) 
     user_interface().show_message("No line of the survey has " + needed_readings(wanted));
   } else if (!left_out.empty()) {
     user_interface().show_message("Left out, as they have no " + needed_readings(wanted) + ": " +
-                                  listed(left_out));
+                                  listed_first(left_out));
   }
   return choices;
 }

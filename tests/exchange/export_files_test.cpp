@@ -208,6 +208,18 @@ TEST_F(ExportTest, A_line_with_QP_alone_has_curves_and_no_tensors) {
   EXPECT_EQ(curves.rows[0].at("resistivity_ohm_m"), "-3.25");
 }
 
+TEST(Export_plan_texts, Count_lines_and_stations_that_give_none_apart) {
+  ExportPlan plan;
+  plan.rows.resize(4);
+  plan.rows[0].file = "200E_curves.csv";  // of the whole line
+  plan.rows[1].stations = {300.0};
+  plan.rows[2].remarks = {"Line 400E has no readings"};
+  plan.rows[3].file = "300.edi";
+  plan.rows[3].stations = {300.0};
+  plan.rows[3].remarks = {"there is no tipper"};
+  EXPECT_EQ(plan_summary(plan), "2 files; 1 line and 1 station give none; 1 has remarks");
+}
+
 TEST_F(ExportTest, Files_are_replaced_when_the_user_agrees) {
   made::store_line(8);
   ASSERT_EQ(write(), 0);

@@ -166,6 +166,18 @@ TEST(Line_strike, Of_arrows_is_what_they_stand_across) {
   EXPECT_EQ(votes.alternative, 6);
 }
 
+TEST(Line_strike, Sentences_tell_of_masked_diagonals_where_there_are_some) {
+  auto line = turned_sensors();
+  const StrikeQuestion question;
+  auto stations = strike_stations(line);
+  EXPECT_EQ(data_sentences(*strike_summary(stations, question), question).size(), 1U);
+  line[1].points[2].masked_diagonals = 2;
+  stations = strike_stations(line);
+  const auto sentences = data_sentences(*strike_summary(stations, question), question);
+  ASSERT_EQ(sentences.size(), 2U);
+  EXPECT_EQ(sentences[1], "2 of 50 diagonal values are masked and were taken all the same.");
+}
+
 TEST(Line_strike, Frequencies_that_are_switched_off_have_no_say) {
   auto line = turned_sensors();
   line[0].points[4].masked_diagonals = 2;

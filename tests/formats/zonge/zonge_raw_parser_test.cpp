@@ -89,7 +89,7 @@ TEST(Zonge_raw_parser, Tells_each_kind_of_block) {
 
 TEST(Zonge_raw_parser, Tells_what_is_set_up_and_each_change_of_it) {
   const Parsed parsed = parse(made_header(1) + made_csamt(2, 8.0, 100.0) +
-                              replaced(made_header(3, "TEN", "50m"), "LINE 12", "line= 14") +
+                              replaced(made_header(3, "TEN", "50m"), "LINE 12", "Line Number= 14") +
                               replaced(made_csamt(4, 4096.0, 100.0), " 6 Ey", "! 6 Ey"));
   EXPECT_EQ(joined(parsed.report.account),
             "Block : 1 Survey Configuration is Vector\n"
