@@ -1,8 +1,11 @@
 // What is chosen before an import: the files, the meaning of their names, and where they are looked for.
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "core/session_state.h"
 #include "import/decode_table.h"
+#include "import/import_entries.h"
 #include "import/import_files.h"
 #include "import/quiet_interface.h"
 #include "platform/settings_store/settings_store.h"
@@ -53,6 +56,32 @@ TEST(Decode_table, Takes_whole_columns_and_refuses_what_is_none) {
   }
   EXPECT_TRUE(set_decode_cell(row, column_specify, " 200W "));
   EXPECT_EQ(decode_cell_text(row, column_specify), "200W");
+}
+
+TEST(Import_entries, Of_the_last_import_come_back_as_they_were) {
+  install_settings_store(std::make_unique<MemorySettingsStore>());
+  EXPECT_FALSE(last_import_entries());
+  ImportChoices kept;
+  kept.decode[decode_line_number] = {true, 2, 4, ""};
+  kept.decode[decode_event] = {false, 1, 3, "5"};
+  kept.decode[decode_sample_rate] = {false, 0, 0, "a\tb"};
+  kept.line_direction = LineDirection::local_north;
+  kept.stations_by = StationsBy::distance;
+  kept.start_station = "100";
+  kept.station_step = "50";
+  keep_import_entries(kept);
+  const auto entries = last_import_entries();
+  ASSERT_TRUE(entries);
+  ImportChoices again;
+  take_entries(*entries, again);
+  EXPECT_EQ(again.decode[decode_line_number], kept.decode[decode_line_number]);
+  EXPECT_EQ(again.decode[decode_event], kept.decode[decode_event]);
+  EXPECT_EQ(again.decode[decode_sample_rate].specified, "a b") << "tabs part the fields";
+  EXPECT_EQ(again.line_direction, LineDirection::local_north);
+  EXPECT_EQ(again.stations_by, StationsBy::distance);
+  EXPECT_EQ(again.start_station, "100");
+  EXPECT_EQ(again.station_step, "50");
+  install_settings_store(std::make_unique<MemorySettingsStore>());
 }
 
 TEST(Import_files, A_folder_gives_its_files_of_the_extension_as_people_count) {

@@ -121,6 +121,11 @@ TEST(Line_consistency, Finds_the_points_that_no_layered_earth_explains) {
   const MaskProposal proposal = mask_proposal(line, consistency, beyond(5.0));
   EXPECT_EQ(values_of(proposal), planted);
   EXPECT_EQ(proposal.values, (std::array<std::size_t, 2>{2, 2}));
+  EXPECT_EQ(
+      proposal_text(proposal),
+      "2 values of ExHy and 2 values of EyHx lie beyond the limit. The fit without them may leave further "
+      "points beyond it.");
+  EXPECT_EQ(proposal_text({}), "0 values of ExHy and 0 values of EyHx lie beyond the limit.");
   const auto curves = points_to_mask(consistency, proposal);
   ASSERT_EQ(curves.size(), 2U);
   EXPECT_EQ(curves[1].ID, 2);

@@ -341,6 +341,11 @@ TEST_F(PlannedImport, Crossing_lines_are_no_distances_and_the_plan_says_what_par
     });
   };
   EXPECT_EQ(std::ranges::count_if(plan.sections, advises), 1) << "once for the line";
+  const std::vector<std::string> corners{site("three/a.edi", "A", "-30.00", "139.00"),
+                                         site("three/b.edi", "B", "-30.05", "139.03"),
+                                         site("three/c.edi", "C", "-30.00", "139.06")};
+  const ImportPlan area = plan_for(corners, proposals_for(corners).choices);
+  EXPECT_EQ(std::ranges::count_if(area.sections, advises), 1);
 }
 
 TEST_F(PlannedImport, Tables_in_one_folder_that_cannot_be_one_line_get_lines_of_their_own) {
