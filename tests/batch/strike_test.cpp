@@ -136,7 +136,7 @@ TEST_F(Strike_command, Gives_all_methods_and_weights_as_json) {
                                                         {"pt_alpha", "none"},
                                                         {"pt_alpha", "ellipticity_squared"},
                                                         {"swift_sum", "none"}}) {
-    SCOPED_TRACE(method + " " + weights);
+    SCOPED_TRACE(std::string(method).append(" ").append(weights));
     const Json whole = strike_of(strikes, method, weights);
     EXPECT_NEAR(whole["strike"].get<double>(), 25.0, 1e-3);
     EXPECT_NEAR(whole["alternative"].get<double>(), -65.0, 1e-3);
