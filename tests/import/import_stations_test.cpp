@@ -23,6 +23,7 @@ class ImportStations : public ImportRun {
   std::string add(const std::string& name, const std::vector<std::string>& sectids,
                   const std::string& dataid = "") {
     std::vector<MadeSection> sections;
+    sections.reserve(sectids.size());
     for (const std::string& sectid : sectids) {
       sections.push_back({.sectid = sectid.empty() ? "?" : sectid});
     }

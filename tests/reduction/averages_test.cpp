@@ -337,6 +337,7 @@ TEST_F(Averages, Recalculation_names_one_group_that_fails) {
 
 TEST_F(Averages, Recalculation_goes_past_groups_that_fail_and_names_three) {
   std::vector<std::int32_t> raw;
+  raw.reserve(7);
   for (int station = 0; station < 7; ++station) {
     raw.push_back(made::store(made::key(8.0F, 100.0 * station), 1, made::reading(low_points)));
   }

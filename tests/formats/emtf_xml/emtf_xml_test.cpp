@@ -224,7 +224,12 @@ TEST(Emtf_xml, Hostile_texts_cost_little) {
   std::string entities = "<!DOCTYPE a [<!ENTITY e0 \"ha\">";
   for (int i = 1; i < 50; ++i) {
     const std::string before = "&e" + std::to_string(i - 1) + ";";
-    entities += "<!ENTITY e" + std::to_string(i) + " \"" + before + before + "\">";
+    entities.append("<!ENTITY e")
+        .append(std::to_string(i))
+        .append(" \"")
+        .append(before)
+        .append(before)
+        .append("\">");
   }
   const Read laughs = read_text(entities + "]>" + made("<Id>&e49;</Id>", one_period));
   EXPECT_EQ(laughs.function.site.id, "&e49;");

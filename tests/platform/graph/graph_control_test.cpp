@@ -502,7 +502,7 @@ class GraphControlTest : public QObject, private GraphFixture {
     QCOMPARE(labels(graph::logarithmic_ticks({510.0, 540.0}, room(200))), "510 515 520 525 530 535 540");
     QCOMPARE(labels(graph::linear_ticks({-5.0, 92.0}, room(200))), "0 20 40 60 80");
     QCOMPARE(labels(graph::linear_ticks({0.0, 0.01}, room(250))), "0.000 0.002 0.004 0.006 0.008 0.010");
-    for (double pixels = 20.0; pixels < 900.0; pixels += 7.0) {
+    for (int pixels = 20; pixels < 900; pixels += 7) {
       for (const AxisRange& range : {AxisRange{1e-5, 1e6}, AxisRange{1.0, 12000.0}, AxisRange{90.0, 130.0}}) {
         const graph::AxisTicks ticks = graph::logarithmic_ticks(range, room(pixels));
         const double span = std::log10(range.upper / range.lower);
